@@ -1,0 +1,67 @@
+#include <orncore/debug/DebugDatabase.h>
+
+#include <utility>
+
+#include <orncore/utility/NoDestructor.h>
+
+namespace orncore::debug {
+
+using string::UTF8String;
+
+DebugStore::~DebugStore() = default;
+
+MemoryDebugStore::MemoryDebugStore(EntryMap entries) : entries_(std::move(entries)) {}
+
+MemoryDebugStore::~MemoryDebugStore() = default;
+
+std::optional<UTF8String> MemoryDebugStore::Find(std::string_view key) const {
+  const auto found = entries_.find(key);
+  if (found == entries_.end()) return std::nullopt;
+  return found->second;
+}
+
+void MemoryDebugStore::Store(std::string_view key, std::string_view value) {
+  const auto found = entries_.find(key);
+  if (found != entries_.end()) {
+    found->second = value;
+  } else {
+    entries_.emplace(key, value);
+  }
+}
+
+const MemoryDebugStore::EntryMap& MemoryDebugStore::Entries() const noexcept {
+  return entries_;
+}
+
+DebugDatabase& DebugDatabase::Instance() {
+  static utility::NoDestructor<DebugDatabase> instance;
+  return *instance;
+}
+
+DebugDatabase::DebugDatabase() : store_(std::make_shared<MemoryDebugStore>()) {}
+
+DebugDatabase::~DebugDatabase() = default;
+
+UTF8String DebugDatabase::GetEntry(std::string_view key) const {
+  return GetEntry(key, {});
+}
+
+// Each call holds the store it asks: a host's store may put another in its place meanwhile.
+UTF8String DebugDatabase::GetEntry(std::string_view key, std::string_view defaultText) const {
+  const std::shared_ptr<DebugStore> store = store_;
+  std::optional<UTF8String> entry = store->Find(key);
+  return entry ? *std::move(entry) : UTF8String(defaultText);
+}
+
+void DebugDatabase::SetEntry(std::string_view key, std::string_view value) {
+  const std::shared_ptr<DebugStore> store = store_;
+  store->Store(key, value);
+}
+
+void DebugDatabase::SetStore(std::shared_ptr<DebugStore> store) {
+  if (!store) store = std::make_shared<MemoryDebugStore>();
+  // The store before is released when the new one is in place: its destructor may ask the database.
+  store_.swap(store);
+}
+
+}  // namespace orncore::debug

@@ -1,0 +1,52 @@
+// A set of bits with a type of its own.
+#ifndef ORNCORE_UTILITY_FLAGS_H_
+#define ORNCORE_UTILITY_FLAGS_H_
+
+#include <concepts>
+
+namespace orncore::utility {
+
+/// A small set of option bits, kept in a `T`. A value: copy it freely; distinct objects may be used
+/// by distinct threads.
+///
+///     constexpr Flags<unsigned char> kBold{0x01}, kItalic{0x02};
+///     if ((kBold | kItalic).Has(kBold)) ...
+template <std::unsigned_integral T>
+class Flags {
+ public:
+  /// No bit set.
+  constexpr Flags() noexcept = default;
+  /// The bits of `bits`; implicit, so that an option value can stand where a set is asked for.
+  constexpr Flags(T bits) noexcept : bits_(bits) {}
+
+  /// The set as a number.
+  [[nodiscard]] constexpr T Bits() const noexcept { return bits_; }
+
+  /// Whether all bits of `wanted` are set. True for the empty set.
+  [[nodiscard]] constexpr bool Has(Flags wanted) const noexcept {
+    return (*this & wanted) == wanted;
+  }
+
+  /// Adds the bits of `other`.
+  constexpr Flags& operator|=(Flags other) noexcept { return *this = *this | other; }
+  /// Keeps only the bits that `other` has as well.
+  constexpr Flags& operator&=(Flags other) noexcept { return *this = *this & other; }
+
+  /// The bits that are in either set.
+  friend constexpr Flags operator|(Flags left, Flags right) noexcept {
+    return Flags(static_cast<T>(left.bits_ | right.bits_));
+  }
+  /// The bits that are in both sets.
+  friend constexpr Flags operator&(Flags left, Flags right) noexcept {
+    return Flags(static_cast<T>(left.bits_ & right.bits_));
+  }
+  /// Whether the same bits are set.
+  friend constexpr bool operator==(Flags left, Flags right) noexcept = default;
+
+ private:
+  T bits_ = 0;
+};
+
+}  // namespace orncore::utility
+
+#endif  // ORNCORE_UTILITY_FLAGS_H_
