@@ -1,0 +1,85 @@
+#include <ornui/utility/ResourceManager.h>
+
+#include <algorithm>
+#include <cstring>
+#include <optional>
+#include <system_error>
+
+#include <orncore/config/TopLevel.h>
+#include <orncore/filesupport/File.h>
+#include <orncore/filesupport/RegularFile.h>
+
+namespace ornui::utility {
+namespace {
+
+namespace fs = std::filesystem;
+using orncore::filesupport::PathFromText;
+
+bool LeadsNowhereElse(const fs::path& path) {
+  if (path.empty() || path.native().find('\0') != fs::path::string_type::npos) return false;
+  return !path.has_root_path() && std::ranges::find(path, fs::path("..")) == path.end();
+}
+
+bool IsBelow(const fs::path& path, const fs::path& folder) {
+  return std::ranges::mismatch(folder, path).in1 == folder.end();
+}
+
+// The file that `name` and `type` mean, with every link resolved; nothing when it does not exist or
+// lies outside the folder.
+std::optional<fs::path> FileOf(const fs::path& folder, const UTF16String& name,
+                               const UTF16String& type) {
+  std::error_code error;
+  std::optional<fs::path> path = PathFromText(name);
+  if (path && !fs::exists(folder / *path, error)) path = PathFromText(name + u"." + type);
+  if (!path || !LeadsNowhereElse(*path)) return std::nullopt;
+  const fs::path root = fs::canonical(folder, error);
+  if (error) return std::nullopt;
+  fs::path file = fs::canonical(root / *path, error);
+  if (error || !IsBelow(file, root)) return std::nullopt;
+  return file;
+}
+
+}  // namespace
+
+ResourceManager::~ResourceManager() = default;
+
+FolderResourceManager::FolderResourceManager(fs::path folder) : folder_(std::move(folder)) {}
+
+FolderResourceManager::~FolderResourceManager() = default;
+
+bool FolderResourceManager::LoadResource(const UTF16String& name, const UTF16String& type,
+                                         std::vector<unsigned char>& bytes) const {
+  bytes.clear();
+  const std::optional<fs::path> file = FileOf(folder_, name, type);
+  if (!file) return false;
+  try {
+    const auto memory = orncore::filesupport::ReadRegularFile(*file);
+    bytes.resize(memory->Bytes().size());
+    if (!bytes.empty()) std::memcpy(bytes.data(), memory->Bytes().data(), bytes.size());
+    return true;
+  } catch (const orncore::config::ResultError&) {
+    return false;
+  }
+}
+
+MemoryResourceManager::MemoryResourceManager() = default;
+
+MemoryResourceManager::~MemoryResourceManager() = default;
+
+void MemoryResourceManager::Add(UTF16String name, UTF16String type,
+                                std::vector<unsigned char> bytes) {
+  resources_.insert_or_assign({std::move(name), std::move(type)}, std::move(bytes));
+}
+
+bool MemoryResourceManager::LoadResource(const UTF16String& name, const UTF16String& type,
+                                         std::vector<unsigned char>& bytes) const {
+  const auto resource = resources_.find({name, type});
+  if (resource == resources_.end()) {
+    bytes.clear();
+    return false;
+  }
+  bytes = resource->second;
+  return true;
+}
+
+}  // namespace ornui::utility
