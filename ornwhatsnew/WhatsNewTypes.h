@@ -1,0 +1,77 @@
+// Constants and small types that the library shares with its hosts: section keys, layout constants,
+// unlock states, the running version and the debug switches.
+#ifndef ORNWHATSNEW_WHATSNEWTYPES_H_
+#define ORNWHATSNEW_WHATSNEWTYPES_H_
+
+#include <array>
+#include <string>
+#include <string_view>
+
+#include <ornwhatsnew/Export.h>
+#include <ornwhatsnew/utility/SharedTypes.h>
+
+namespace ornwhatsnew {
+
+/// Grouping keys of the four sections, as a data file writes them.
+extern ORNWHATSNEW_EXPORT const UTF8String kMiscKey;
+extern ORNWHATSNEW_EXPORT const UTF8String kBugfixKey;
+extern ORNWHATSNEW_EXPORT const UTF8String kInternalKey;
+extern ORNWHATSNEW_EXPORT const UTF8String kUnreviewedKey;
+
+/// Font sizes, tab width and margin for the host's drawing code, in its own units. The library
+/// itself does not use them.
+inline constexpr float kFontSize_Title = 28.0F;
+inline constexpr float kFontSize_Header = 18.0F;
+inline constexpr float kFontSize_Buttons = 20.0F;
+inline constexpr float kFontSize_Normal = 18.0F;
+inline constexpr float kFontSize_NormalSmall = 16.0F;
+inline constexpr float kFontSize_HotSpot = 16.0F;
+inline constexpr float kFontSize_HotSpotCopy = 16.0F;
+inline constexpr int kTabWidth = 6;
+inline constexpr int kRightMargin = 26;
+
+/// Marks of UTF-8 text that stand apart from words: signs, quotation marks, the small triangle,
+/// and the hyphens, dashes and minus signs that writers mix. For hosts that break or tidy lines.
+inline constexpr std::array<std::string_view, 12> kTypographicMarks = {
+    "\xC2\xB0",      // degree sign
+    "\xC2\xAB",      // left-pointing double angle quotation mark
+    "\xC2\xBB",      // right-pointing double angle quotation mark
+    "\xE2\x96\xBE",  // black down-pointing small triangle
+    "-",             // hyphen-minus
+    "\xEF\xB9\x98",  // small em dash
+    "\xE2\x80\x93",  // en dash
+    "\xE2\x88\x92",  // minus sign
+    "\xEF\xB9\xA3",  // small hyphen-minus
+    "\xEF\xBC\x8D",  // fullwidth hyphen-minus
+    "\xE2\x80\x94",  // em dash
+    "\xE2\x80\x95",  // horizontal bar
+};
+
+/// What the label behind a feature's title says about its availability.
+enum class ItemUnlockState {
+  TarsaOnly,      ///< only for users with the internal-features permission
+  Off,            ///< a public feature that is switched off, shown because a debug switch says so
+  Unlocked,       ///< available to this user
+  InDevelopment,  ///< switched on before it is finished
+  Unlabelled,     ///< no label
+};
+
+/// The unlock state of an item, from the host's feature table of the moment; nothing is cached.
+ORNWHATSNEW_EXPORT ItemUnlockState GetItemUnlockState(const FeatureListItem& item);
+
+/// Whether features that are switched off are to be listed all the same: a debug entry that only
+/// counts for users with the internal-features permission. Read afresh at each call.
+ORNWHATSNEW_EXPORT bool ShowingAllOffFeaturesInternally();
+
+/// Whether titles are followed by the feature's internal key: the second debug entry, with the same
+/// rule. Read afresh at each call.
+ORNWHATSNEW_EXPORT bool ShowingAllUnlockCodesInternally();
+
+/// The running host's version with its build number behind it; a version of exactly two parts is
+/// padded with a third (`25.1` and build `42` give `25.1.0.42`, `25` gives `25.42`). Read afresh
+/// from the host at each call.
+ORNWHATSNEW_EXPORT UTF16String GetFullClientVersionString();
+
+}  // namespace ornwhatsnew
+
+#endif  // ORNWHATSNEW_WHATSNEWTYPES_H_

@@ -1,0 +1,37 @@
+#include <ornwhatsnew/ChangePlacement.h>
+
+#include <ornwhatsnew/utility/TextHelpers.h>
+
+#include "ornwhatsnew/src/Keywords.h"
+
+namespace ornwhatsnew {
+namespace {
+
+// An empty entry is no item.
+FeatureListItem* Find(const FeatureMap& items, std::string_view key) {
+  const auto found = items.find(std::string(key));
+  return found == items.end() ? nullptr : found->second.get();
+}
+
+FeatureListItem* FindByIDs(const FeatureMap& items, std::string_view groupingID,
+                           std::string_view storyID) {
+  if (CaseInsensitiveEqual(groupingID, keywords::kInternal))
+    return Find(items, keywords::kInternal);
+  FeatureListItem* const item = Find(items, storyID);
+  return item != nullptr ? item : Find(items, groupingID);
+}
+
+}  // namespace
+
+ChangePlacement PlaceChange(const FeatureMap& items, std::string_view groupingID,
+                            std::string_view storyID, bool unreviewed) {
+  ChangePlacement placement;
+  placement.item = FindByIDs(items, groupingID, storyID);
+  placement.unmatched = placement.item == nullptr;
+  if (unreviewed || placement.unmatched) {
+    placement.item = Find(items, unreviewed ? keywords::kUnreviewedSection : keywords::kInternal);
+  }
+  return placement;
+}
+
+}  // namespace ornwhatsnew

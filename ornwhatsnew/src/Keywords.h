@@ -1,0 +1,35 @@
+// The fixed texts that the library itself compares with and files things under. The exported
+// constants are made from these; they are strings, built when the library is loaded, and a list
+// that a static object of the host makes must not come upon them half built.
+#ifndef ORNWHATSNEW_SRC_KEYWORDS_H_
+#define ORNWHATSNEW_SRC_KEYWORDS_H_
+
+#include <string_view>
+
+namespace ornwhatsnew::keywords {
+
+inline constexpr std::string_view kMisc = "MISC";
+inline constexpr std::string_view kBugfix = "BUGFIX";
+inline constexpr std::string_view kInternal = "INTERNAL";
+inline constexpr std::string_view kUnreviewedSection = "UNREVIEWED";
+
+inline constexpr std::string_view kHeadline = "Headline";
+inline constexpr std::string_view kDetail = "Detail";
+inline constexpr std::string_view kHideBetaFeature = "HideBetaFeature";
+inline constexpr std::string_view kHideBetaFeatureFromExternal = "HideBetaFeatureFromExternal";
+inline constexpr std::string_view kUnhideBetaFeature = "UnhideBetaFeature";
+inline constexpr std::string_view kUnreviewed = "Unreviewed";
+inline constexpr std::string_view kRatingHidesBetaFeatureDescription =
+    "RatingHidesBetaFeatureDescription";
+
+inline constexpr std::string_view kRequestRating = "RequestRating";
+inline constexpr std::string_view kWin = "Win";
+inline constexpr std::string_view kMac = "Mac";
+
+inline constexpr std::string_view kAllSeenItems = "WhatsNew.AllSeenItems";
+inline constexpr std::string_view kLastVersionSeen = "WhatsNew.LastVersionSeenWhatsNew";
+inline constexpr std::string_view kAllVersionsSeen = "WhatsNew.AllVersionSeenWhatsNew";
+
+}  // namespace ornwhatsnew::keywords
+
+#endif  // ORNWHATSNEW_SRC_KEYWORDS_H_
