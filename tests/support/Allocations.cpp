@@ -1,0 +1,150 @@
+#include "tests/support/Allocations.h"
+
+#include <array>
+#include <atomic>
+#include <cstdint>
+#include <cstdio>
+#include <cstdlib>
+#include <mutex>
+#include <new>
+#include <utility>
+
+namespace test_support {
+namespace {
+
+/// Stands before every block.
+struct alignas(std::max_align_t) BlockHead {
+  std::uint64_t mark;
+  std::size_t size;
+};
+
+constexpr std::uint64_t kLive = 0x6576696C61206C6C;
+constexpr std::uint64_t kGivenBack = 0x6B63616220657667;
+
+thread_local std::size_t allocations = 0;
+thread_local bool isFailingThread = false;
+std::atomic<std::ptrdiff_t> liveAllocations = 0;
+
+/// The failure under way. The counter is only touched while it is.
+struct {
+  std::atomic<bool> isOn = false;
+  std::atomic<bool> hasHappened = false;
+  std::atomic<std::size_t> left = 0;
+  FailureExtent extent = FailureExtent::kOne;
+  FailureThreads threads = FailureThreads::kThis;
+} failure;
+
+bool MustFail() noexcept {
+  if (!failure.isOn) return false;
+  if (failure.threads == FailureThreads::kThis && !isFailingThread) return false;
+  if (failure.hasHappened) return failure.extent == FailureExtent::kAllFrom;
+  if (failure.left.fetch_sub(1) != 1) return false;
+  failure.hasHappened = true;
+  return true;
+}
+
+[[noreturn]] void Die(const char* reason) {
+  std::fputs(reason, stderr);
+  std::abort();
+}
+
+#if !defined(__SANITIZE_ADDRESS__)
+/// The small blocks that were given back last. While they wait here their mark says so, and a
+/// second return is noticed; the sanitizer notices by itself, and better when it has them at once.
+void Release(BlockHead* head) noexcept {
+  constexpr std::size_t kLargestKept = 4096;
+  static constinit std::mutex mutex;
+  static constinit std::array<void*, 1024> kept{};
+  static constinit std::size_t next = 0;
+  if (head->size > kLargestKept) return std::free(head);
+  void* oldest = nullptr;
+  {
+    const std::lock_guard lock(mutex);
+    oldest = std::exchange(kept[next], head);
+    next = (next + 1) % kept.size();
+  }
+  std::free(oldest);
+}
+#else
+void Release(BlockHead* head) noexcept {
+  std::free(head);
+}
+#endif
+
+BlockHead* HeadOf(void* block) noexcept {
+  BlockHead* const head = static_cast<BlockHead*>(block) - 1;
+  if (head->mark == kGivenBack) Die("a block was given back twice\n");
+  if (head->mark != kLive) Die("a block was given back that was never allocated\n");
+  return head;
+}
+
+void* Allocate(std::size_t size) {
+  ++allocations;
+  if (MustFail() || size > SIZE_MAX - sizeof(BlockHead)) throw std::bad_alloc();
+  void* const memory = std::malloc(sizeof(BlockHead) + size);
+  if (memory == nullptr) throw std::bad_alloc();
+  ++liveAllocations;
+  return ::new (memory) BlockHead{kLive, size} + 1;
+}
+
+void GiveBack(void* block) noexcept {
+  if (block == nullptr) return;
+  BlockHead* const head = HeadOf(block);
+  head->mark = kGivenBack;
+  --liveAllocations;
+  Release(head);
+}
+
+}  // namespace
+
+bool AreAllocationsReplaced() noexcept {
+  const std::size_t before = allocations;
+  ::operator delete(::operator new(1));
+  return allocations != before;
+}
+
+std::size_t AllocationsSoFar() noexcept {
+  return allocations;
+}
+
+std::ptrdiff_t LiveAllocations() noexcept {
+  return liveAllocations;
+}
+
+AllocationFailure::AllocationFailure(std::size_t n, FailureExtent extent,
+                                     FailureThreads threads) noexcept {
+  isFailingThread = true;
+  failure.left = n;
+  failure.hasHappened = false;
+  failure.extent = extent;
+  failure.threads = threads;
+  failure.isOn = true;
+}
+
+void AllocationFailure::Stop() noexcept {
+  failure.isOn = false;
+  isFailingThread = false;
+}
+
+bool AllocationFailure::HasHappened() const noexcept {
+  return failure.hasHappened;
+}
+
+}  // namespace test_support
+
+// The other forms of the language call these, but for those of over-aligned types, which go their
+// own way both ways.
+void* operator new(std::size_t size) {
+  return test_support::Allocate(size);
+}
+
+void operator delete(void* block) noexcept {
+  test_support::GiveBack(block);
+}
+
+void operator delete(void* block, std::size_t size) noexcept {
+  if (block != nullptr && test_support::HeadOf(block)->size != size) {
+    test_support::Die("a block was given back with a size that is not its own\n");
+  }
+  test_support::GiveBack(block);
+}

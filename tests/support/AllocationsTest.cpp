@@ -1,0 +1,107 @@
+#include "tests/support/Allocations.h"
+
+#include <atomic>
+#include <new>
+#include <thread>
+
+#include <gtest/gtest.h>
+
+namespace test_support {
+namespace {
+
+class Allocations : public testing::Test {
+ protected:
+  void SetUp() override {
+    if (!AreAllocationsReplaced()) GTEST_SKIP() << "another allocator is in place";
+  }
+
+  /// Whether the next allocation of the calling thread throws.
+  static bool NextFails() {
+    try {
+      ::operator delete(::operator new(8));
+      return false;
+    } catch (const std::bad_alloc&) {
+      return true;
+    }
+  }
+};
+
+TEST_F(Allocations, AreCountedByThread) {
+  EXPECT_EQ(CountAllocations([] { ::operator delete(::operator new(8)); }), 1U);
+  const std::size_t before = AllocationsSoFar();
+  std::thread([] { ::operator delete(::operator new(8)); }).join();
+  EXPECT_LE(AllocationsSoFar() - before, 1U) << "more than the thread's own start";
+}
+
+TEST_F(Allocations, LiveOnesAreThoseNotGivenBack) {
+  const std::ptrdiff_t before = LiveAllocations();
+  void* const block = ::operator new(8);
+  const std::ptrdiff_t between = LiveAllocations();
+  ::operator delete(block);
+  EXPECT_EQ(between, before + 1);
+  EXPECT_EQ(LiveAllocations(), before);
+}
+
+TEST_F(Allocations, TheOneAskedForFails) {
+  AllocationFailure failure(2, FailureExtent::kOne, FailureThreads::kThis);
+  const bool first = NextFails();
+  const bool early = failure.HasHappened();
+  const bool second = NextFails();
+  const bool third = NextFails();
+  failure.Stop();
+  EXPECT_FALSE(first || early);
+  EXPECT_TRUE(second && failure.HasHappened());
+  EXPECT_FALSE(third);
+}
+
+TEST_F(Allocations, AllFailFromTheOneAskedFor) {
+  AllocationFailure failure(2, FailureExtent::kAllFrom, FailureThreads::kThis);
+  const bool first = NextFails();
+  const bool second = NextFails();
+  const bool third = NextFails();
+  failure.Stop();
+  EXPECT_FALSE(first);
+  EXPECT_TRUE(second && third);
+  EXPECT_FALSE(NextFails());
+}
+
+TEST_F(Allocations, FailForOtherThreadsOnlyWhenAsked) {
+  for (const FailureThreads threads : {FailureThreads::kThis, FailureThreads::kAll}) {
+    bool fails = false;
+    std::atomic<bool> isReady = false;
+    std::thread other([&] {
+      isReady.wait(false);
+      fails = NextFails();
+    });
+    AllocationFailure failure(1, FailureExtent::kOne, threads);
+    isReady = true;
+    isReady.notify_one();
+    other.join();
+    failure.Stop();
+    EXPECT_EQ(fails, threads == FailureThreads::kAll);
+  }
+}
+
+using AllocationsDeathTest = Allocations;
+
+TEST_F(AllocationsDeathTest, ABlockThatComesBackTwiceEndsTheProgram) {
+  // Called in a way that the compiler cannot see through, since it would refuse this.
+  void (*volatile giveBack)(void*) = ::operator delete;
+  EXPECT_DEATH(
+      {
+        void* const block = ::operator new(8);
+        giveBack(block);
+        giveBack(block);
+      },
+      "given back twice|heap-use-after-free");
+}
+
+// Some compilers tell the size only when asked to.
+#ifdef __cpp_sized_deallocation
+TEST_F(AllocationsDeathTest, ABlockThatComesBackWithAnotherSizeEndsTheProgram) {
+  EXPECT_DEATH(::operator delete (::operator new(8), std::size_t{9}), "not its own");
+}
+#endif
+
+}  // namespace
+}  // namespace test_support

@@ -1,0 +1,192 @@
+#include "tests/support/ChildProcess.h"
+
+#include <array>
+#include <cerrno>
+#include <cstdio>
+#include <cstdlib>
+#include <system_error>
+#include <utility>
+
+#include <fcntl.h>
+#include <poll.h>
+#include <pty.h>
+#include <signal.h>
+#include <sys/wait.h>
+#include <termios.h>
+#include <unistd.h>
+
+namespace test_support {
+namespace {
+
+constexpr int kCannotStart = 127;
+
+[[noreturn]] void ThrowSystemError(const char* what) {
+  throw std::system_error(errno, std::generic_category(), what);
+}
+
+void CloseAndForget(int& descriptor) {
+  if (descriptor >= 0) ::close(descriptor);
+  descriptor = -1;
+}
+
+void WriteWhole(int descriptor, const std::string& text) {
+  if (::write(descriptor, text.data(), text.size()) != static_cast<ssize_t>(text.size())) {
+    ThrowSystemError("write");
+  }
+}
+
+/// Both ends of a stream: ours and the program's.
+struct Stream {
+  int ours = -1;
+  int theirs = -1;
+};
+
+Stream OutputPipe() {
+  std::array<int, 2> ends{};
+  if (::pipe2(ends.data(), O_CLOEXEC) != 0) ThrowSystemError("pipe");
+  return {ends[0], ends[1]};
+}
+
+Stream InputPipe(const std::string& input) {
+  std::array<int, 2> ends{};
+  if (::pipe2(ends.data(), O_CLOEXEC) != 0) ThrowSystemError("pipe");
+  WriteWhole(ends[1], input);
+  CloseAndForget(ends[1]);
+  return {-1, ends[0]};
+}
+
+Stream Terminal(unsigned short columns, const std::string& typed) {
+  Stream stream;
+  termios settings{};
+  ::cfmakeraw(&settings);
+  // Lines, so that Ctrl-D ends the input; still without echo.
+  settings.c_lflag |= ICANON;
+  settings.c_cc[VEOF] = '\x04';
+  winsize size{};
+  size.ws_row = 24;
+  size.ws_col = columns;
+  if (::openpty(&stream.ours, &stream.theirs, nullptr, &settings, &size) != 0) {
+    ThrowSystemError("openpty");
+  }
+  ::fcntl(stream.ours, F_SETFD, FD_CLOEXEC);
+  ::fcntl(stream.theirs, F_SETFD, FD_CLOEXEC);
+  WriteWhole(stream.ours, typed);
+  return stream;
+}
+
+std::vector<char*> Pointers(std::vector<std::string>& texts) {
+  std::vector<char*> pointers(texts.size() + 1, nullptr);
+  for (std::size_t i = 0; i < texts.size(); ++i) pointers[i] = texts[i].data();
+  return pointers;
+}
+
+[[noreturn]] void BecomeProgram(const std::string& program, const ProgramCall& call, int input,
+                                int output, int errors) {
+  ::dup2(input, STDIN_FILENO);
+  ::dup2(output, STDOUT_FILENO);
+  ::dup2(errors, STDERR_FILENO);
+  std::vector<std::string> arguments = {program};
+  for (const std::string& argument : call.arguments) arguments.push_back(argument);
+  std::vector<std::string> environment;
+  for (const auto& [name, value] : call.environment) environment.push_back(name + "=" + value);
+  if (call.beforeStart) call.beforeStart();
+  ::execve(program.c_str(), Pointers(arguments).data(), Pointers(environment).data());
+  std::perror(program.c_str());
+  ::_exit(kCannotStart);
+}
+
+/// Appends what there is to read; false at the end of the stream.
+bool ReadSome(int descriptor, std::string& text) {
+  std::array<char, 65536> buffer{};
+  const ssize_t count = ::read(descriptor, buffer.data(), buffer.size());
+  if (count < 0 && errno == EINTR) return true;
+  // A terminal whose other side is closed answers EIO.
+  if (count <= 0) return false;
+  text.append(buffer.data(), static_cast<std::size_t>(count));
+  return true;
+}
+
+int WaitFor(pid_t process) {
+  int status = 0;
+  while (::waitpid(process, &status, 0) < 0) {
+    if (errno != EINTR) ThrowSystemError("waitpid");
+  }
+  return WIFSIGNALED(status) ? -WTERMSIG(status) : WEXITSTATUS(status);
+}
+
+}  // namespace
+
+ChildProcess::ChildProcess(const std::string& program, const ProgramCall& call) {
+  Stream output = call.isOnTerminal ? Terminal(call.columns, call.typed) : OutputPipe();
+  Stream errors = OutputPipe();
+  const bool hasTypist = call.isOnTerminal && call.input.empty();
+  Stream input = hasTypist ? Stream{-1, ::dup(output.theirs)} : InputPipe(call.input);
+  process_ = ::fork();
+  if (process_ < 0) ThrowSystemError("fork");
+  if (process_ == 0) BecomeProgram(program, call, input.theirs, output.theirs, errors.theirs);
+  CloseAndForget(input.theirs);
+  CloseAndForget(output.theirs);
+  CloseAndForget(errors.theirs);
+  output_ = output.ours;
+  errors_ = errors.ours;
+}
+
+ChildProcess::~ChildProcess() {
+  if (process_ > 0) {
+    Kill();
+    WaitFor(process_);
+  }
+  CloseAndForget(output_);
+  CloseAndForget(errors_);
+}
+
+void ChildProcess::Kill() {
+  ::kill(process_, SIGKILL);
+}
+
+void ChildProcess::CloseOutput() {
+  CloseAndForget(output_);
+}
+
+ProgramResult ChildProcess::Wait() {
+  ProgramResult result;
+  ReadStreams(result);
+  result.exitStatus = WaitFor(std::exchange(process_, -1));
+  return result;
+}
+
+void ChildProcess::ReadStreams(ProgramResult& result) {
+  // A descriptor of -1 is passed over by poll.
+  while (output_ >= 0 || errors_ >= 0) {
+    std::array<pollfd, 2> polled = {pollfd{output_, POLLIN, 0}, pollfd{errors_, POLLIN, 0}};
+    if (::poll(polled.data(), polled.size(), -1) < 0 && errno != EINTR) ThrowSystemError("poll");
+    if (polled[0].revents != 0 && !ReadSome(output_, result.output)) CloseAndForget(output_);
+    if (polled[1].revents != 0 && !ReadSome(errors_, result.errors)) CloseAndForget(errors_);
+  }
+}
+
+ProgramResult RunProgram(const std::string& program, const ProgramCall& call) {
+  return ChildProcess(program, call).Wait();
+}
+
+int KillsWanted() {
+  const char* const kills = std::getenv("ORNWHATSNEW_TEST_KILLS");
+  return kills == nullptr ? 200 : std::atoi(kills);
+}
+
+bool InChildProcess(const std::function<bool()>& work) {
+  const pid_t process = ::fork();
+  if (process < 0) ThrowSystemError("fork");
+  if (process == 0) {
+    bool answer = false;
+    try {
+      answer = work();
+    } catch (const std::exception& error) {
+      std::fprintf(stderr, "%s\n", error.what());
+    }
+    ::_exit(answer ? 0 : 1);
+  }
+  return WaitFor(process) == 0;
+}
+
+}  // namespace test_support
