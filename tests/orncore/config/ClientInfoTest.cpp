@@ -1,0 +1,81 @@
+#include <orncore/config/ClientInfo.h>
+
+#include <memory>
+
+#include <gtest/gtest.h>
+
+namespace orncore::config {
+namespace {
+
+class ClientInfoTest : public testing::Test {
+ protected:
+  ~ClientInfoTest() override { SetClientInfo(nullptr); }
+};
+
+TEST_F(ClientInfoTest, HasDefaults) {
+  EXPECT_EQ(GetClientVersion(), u"25.1");
+  EXPECT_EQ(GetClientBuildNumber(), u"42");
+  EXPECT_EQ(GetClientPlatform(), "Mac");
+}
+
+TEST_F(ClientInfoTest, AnswersWhatTheHostSays) {
+  SetClientInfo(std::make_shared<FixedClientInfo>(u"1.2.3", u"", "Win"));
+  EXPECT_EQ(GetClientVersion(), u"1.2.3");
+  EXPECT_EQ(GetClientBuildNumber(), u"");
+  EXPECT_EQ(GetClientPlatform(), "Win");
+}
+
+TEST_F(ClientInfoTest, GoesBackToDefaultsAtNull) {
+  SetClientInfo(std::make_shared<FixedClientInfo>(u"1", u"2", "3"));
+  SetClientInfo(nullptr);
+  EXPECT_EQ(GetClientVersion(), u"25.1");
+  EXPECT_EQ(GetClientBuildNumber(), u"42");
+  EXPECT_EQ(GetClientPlatform(), "Mac");
+}
+
+TEST_F(ClientInfoTest, AsksTheHostAtEveryCall) {
+  class Counter final : public ClientInfo {
+   public:
+    UTF16String GetClientVersion() const override { return UTF16String(++calls, u'x'); }
+    UTF16String GetClientBuildNumber() const override { return UTF16String(++calls, u'x'); }
+    UTF8String GetClientPlatform() const override { return UTF8String(++calls, 'x'); }
+    mutable std::size_t calls = 0;
+  };
+  SetClientInfo(std::make_shared<Counter>());
+  EXPECT_EQ(GetClientVersion(), u"x");
+  EXPECT_EQ(GetClientVersion(), u"xx");
+  EXPECT_EQ(GetClientBuildNumber(), u"xxx");
+  EXPECT_EQ(GetClientPlatform(), "xxxx");
+}
+
+TEST_F(ClientInfoTest, OutlivesAHostThatReplacesItself) {
+  class Leaving final : public ClientInfo, public std::enable_shared_from_this<Leaving> {
+   public:
+    UTF16String GetClientVersion() const override { return Leave().version_; }
+    UTF16String GetClientBuildNumber() const override { return Leave().buildNumber_; }
+    UTF8String GetClientPlatform() const override { return Leave().platform_; }
+
+   private:
+    const Leaving& Leave() const {
+      const auto self = weak_from_this();
+      SetClientInfo(nullptr);
+      EXPECT_FALSE(self.expired());
+      return *this;
+    }
+
+    UTF16String version_ = u"1.2.3";
+    UTF16String buildNumber_ = u"7";
+    UTF8String platform_ = "Win";
+  };
+  const auto enter = [] { SetClientInfo(std::make_shared<Leaving>()); };
+  enter();
+  EXPECT_EQ(GetClientVersion(), u"1.2.3");
+  enter();
+  EXPECT_EQ(GetClientBuildNumber(), u"7");
+  enter();
+  EXPECT_EQ(GetClientPlatform(), "Win");
+  EXPECT_EQ(GetClientPlatform(), "Mac");
+}
+
+}  // namespace
+}  // namespace orncore::config

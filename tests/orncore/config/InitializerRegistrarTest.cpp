@@ -1,0 +1,340 @@
+#include <orncore/config/InitializerRegistrar.h>
+
+#include <latch>
+#include <memory>
+#include <stdexcept>
+#include <string>
+#include <thread>
+#include <utility>
+#include <vector>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <orncore/debug/Log.h>
+
+namespace orncore::config {
+namespace {
+
+using enum EInitializerContextFlags;
+using testing::Contains;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::Not;
+
+constexpr EInitializerContextFlags kAll = kCore | kApplication | kConsole;
+
+class InitializerRegistrarTest : public testing::Test {
+ protected:
+  ~InitializerRegistrarTest() override {
+    ShutdownContexts(kAll);
+    debug::SetLogSink({});
+  }
+
+  // A registration whose functions note "+name" and "-name".
+  std::unique_ptr<InitializerRegistrar> Register(const std::string& name,
+                                                 EInitializerContextFlags contexts,
+                                                 bool succeeds = true) {
+    return std::make_unique<InitializerRegistrar>(
+        name, contexts,
+        [this, name, succeeds] {
+          events_.push_back("+" + name);
+          return succeeds;
+        },
+        [this, name] { events_.push_back("-" + name); });
+  }
+
+  void CatchLog() {
+    debug::SetLogSink([this](std::string_view line) { log_.emplace_back(line); });
+  }
+
+  std::vector<std::string> events_;
+  std::vector<std::string> log_;
+};
+
+TEST_F(InitializerRegistrarTest, ListsRegistrationsInOrderWhileTheyLive) {
+  const auto first = Register("b", kConsole);
+  {
+    const auto second = Register("a", kNone);
+    const auto third = Register("b", kConsole);
+    EXPECT_THAT(GetRegisteredInitializers(), ElementsAre("b", "a", "b"));
+  }
+  EXPECT_THAT(GetRegisteredInitializers(), ElementsAre("b"));
+}
+
+TEST_F(InitializerRegistrarTest, RunsNothingBeforeItsContextIsLive) {
+  const auto registration = Register("a", kConsole);
+  EXPECT_TRUE(InitializeContexts(kCore | kApplication));
+  EXPECT_THAT(events_, IsEmpty());
+}
+
+TEST_F(InitializerRegistrarTest, InitializesInOrderAndShutsDownInReverse) {
+  const auto a = Register("a", kConsole);
+  const auto b = Register("b", kConsole);
+  const auto c = Register("c", kConsole);
+  EXPECT_TRUE(InitializeContexts(kConsole));
+  ShutdownContexts(kConsole);
+  EXPECT_THAT(events_, ElementsAre("+a", "+b", "+c", "-c", "-b", "-a"));
+}
+
+TEST_F(InitializerRegistrarTest, ShutsDownInReverseOrderOfInitialisation) {
+  const auto console = Register("console", kConsole);
+  const auto core = Register("core", kCore);
+  InitializeContexts(kCore);
+  InitializeContexts(kConsole);
+  ShutdownContexts(kAll);
+  EXPECT_THAT(events_, ElementsAre("+core", "+console", "-console", "-core"));
+}
+
+TEST_F(InitializerRegistrarTest, InitializesEachOnce) {
+  const auto registration = Register("a", kConsole | kCore);
+  EXPECT_TRUE(InitializeContexts(kConsole));
+  EXPECT_TRUE(InitializeContexts(kConsole));
+  EXPECT_TRUE(InitializeContexts(kAll));
+  EXPECT_THAT(events_, ElementsAre("+a"));
+}
+
+TEST_F(InitializerRegistrarTest, ShutsDownWithTheLastOfItsContexts) {
+  const auto registration = Register("a", kConsole | kCore);
+  InitializeContexts(kAll);
+  ShutdownContexts(kConsole);
+  EXPECT_THAT(events_, ElementsAre("+a"));
+  ShutdownContexts(kCore);
+  EXPECT_THAT(events_, ElementsAre("+a", "-a"));
+  ShutdownContexts(kAll);
+  EXPECT_THAT(events_, ElementsAre("+a", "-a"));
+}
+
+TEST_F(InitializerRegistrarTest, StartsAgainAfterAShutdown) {
+  const auto registration = Register("a", kConsole);
+  InitializeContexts(kConsole);
+  ShutdownContexts(kConsole);
+  InitializeContexts(kConsole);
+  EXPECT_THAT(events_, ElementsAre("+a", "-a", "+a"));
+}
+
+TEST_F(InitializerRegistrarTest, InitializesALateRegistrationAtOnce) {
+  InitializeContexts(kConsole);
+  const auto late = Register("late", kConsole);
+  const auto other = Register("other", kCore);
+  EXPECT_THAT(events_, ElementsAre("+late"));
+}
+
+TEST_F(InitializerRegistrarTest, LeavesALateRegistrationAloneAfterTheShutdown) {
+  InitializeContexts(kConsole);
+  ShutdownContexts(kConsole);
+  const auto late = Register("late", kConsole);
+  EXPECT_THAT(events_, IsEmpty());
+}
+
+TEST_F(InitializerRegistrarTest, ShutsDownWhatIsDestroyedWhileLive) {
+  InitializeContexts(kConsole);
+  Register("a", kConsole).reset();
+  EXPECT_THAT(events_, ElementsAre("+a", "-a"));
+  ShutdownContexts(kConsole);
+  EXPECT_THAT(events_, ElementsAre("+a", "-a"));
+}
+
+TEST_F(InitializerRegistrarTest, ShutsNothingDownThatWasNeverInitialized) {
+  Register("a", kConsole).reset();
+  EXPECT_THAT(events_, IsEmpty());
+}
+
+TEST_F(InitializerRegistrarTest, ReportsAFailureAndGoesOn) {
+  CatchLog();
+  const auto bad = Register("bad", kConsole, false);
+  const auto good = Register("good", kConsole);
+  EXPECT_FALSE(InitializeContexts(kConsole));
+  EXPECT_THAT(log_, ElementsAre(HasSubstr("bad")));
+  ShutdownContexts(kConsole);
+  EXPECT_THAT(events_, ElementsAre("+bad", "+good", "-good"));
+}
+
+TEST_F(InitializerRegistrarTest, TriesAFailedOneAgain) {
+  CatchLog();
+  const auto bad = Register("bad", kConsole, false);
+  const auto good = Register("good", kConsole);
+  EXPECT_FALSE(InitializeContexts(kConsole));
+  EXPECT_FALSE(InitializeContexts(kConsole));
+  EXPECT_THAT(events_, ElementsAre("+bad", "+good", "+bad"));
+}
+
+TEST_F(InitializerRegistrarTest, TakesAnExceptionForAFailure) {
+  CatchLog();
+  const InitializerRegistrar bad(
+      "bad", kConsole, []() -> bool { throw std::runtime_error("no room"); },
+      [this] { events_.push_back("-bad"); });
+  EXPECT_FALSE(InitializeContexts(kConsole));
+  EXPECT_THAT(log_, Contains(HasSubstr("no room")));
+  ShutdownContexts(kConsole);
+  EXPECT_THAT(events_, IsEmpty());
+}
+
+TEST_F(InitializerRegistrarTest, LetsNoExceptionOutOfAShutdown) {
+  CatchLog();
+  const auto first = Register("first", kConsole);
+  {
+    const InitializerRegistrar bad("bad", kConsole, nullptr,
+                                   [] { throw std::runtime_error("too late"); });
+    InitializeContexts(kConsole);
+  }
+  EXPECT_THAT(log_, Contains(HasSubstr("too late")));
+  ShutdownContexts(kConsole);
+  EXPECT_THAT(events_, ElementsAre("+first", "-first"));
+}
+
+TEST_F(InitializerRegistrarTest, TakesEmptyFunctionsForSuccessful) {
+  const InitializerRegistrar nothing("nothing", kConsole, nullptr, nullptr);
+  EXPECT_TRUE(InitializeContexts(kConsole));
+  ShutdownContexts(kConsole);
+  EXPECT_THAT(GetRegisteredInitializers(), Contains("nothing"));
+}
+
+TEST_F(InitializerRegistrarTest, LetsAnInitializerRegisterAnother) {
+  std::unique_ptr<InitializerRegistrar> inner;
+  const InitializerRegistrar outer(
+      "outer", kConsole,
+      [&] {
+        events_.push_back("+outer");
+        inner = Register("inner", kConsole);
+        return true;
+      },
+      [&] { inner.reset(); });
+  EXPECT_TRUE(InitializeContexts(kConsole));
+  EXPECT_THAT(events_, ElementsAre("+outer", "+inner"));
+  ShutdownContexts(kConsole);
+  EXPECT_THAT(events_, ElementsAre("+outer", "+inner", "-inner"));
+  EXPECT_THAT(GetRegisteredInitializers(), Not(Contains("inner")));
+}
+
+TEST_F(InitializerRegistrarTest, StopsWhatEndsItsContextWhileItStarts) {
+  const InitializerRegistrar registration(
+      "a", kConsole,
+      [this] {
+        events_.push_back("+a");
+        ShutdownContexts(kConsole);
+        return true;
+      },
+      [this] { events_.push_back("-a"); });
+  EXPECT_TRUE(InitializeContexts(kConsole));
+  EXPECT_THAT(events_, ElementsAre("+a", "-a"));
+  ShutdownContexts(kConsole);
+  EXPECT_THAT(events_, ElementsAre("+a", "-a"));
+}
+
+TEST_F(InitializerRegistrarTest, LeavesTheRestAloneWhenTheContextEndsMeanwhile) {
+  const InitializerRegistrar first(
+      "first", kConsole,
+      [] {
+        ShutdownContexts(kConsole);
+        return true;
+      },
+      nullptr);
+  const auto second = Register("second", kConsole);
+  EXPECT_TRUE(InitializeContexts(kConsole));
+  EXPECT_THAT(events_, IsEmpty());
+}
+
+TEST_F(InitializerRegistrarTest, KeepsWhatBelongsToAnotherLiveContext) {
+  const InitializerRegistrar registration(
+      "a", kConsole | kCore,
+      [this] {
+        events_.push_back("+a");
+        ShutdownContexts(kConsole);
+        return true;
+      },
+      [this] { events_.push_back("-a"); });
+  EXPECT_TRUE(InitializeContexts(kConsole | kCore));
+  EXPECT_THAT(events_, ElementsAre("+a"));
+}
+
+TEST_F(InitializerRegistrarTest, StartsWhatRevivesItsContextWhileItStops) {
+  bool again = true;
+  const InitializerRegistrar registration(
+      "a", kConsole,
+      [this] {
+        events_.push_back("+a");
+        return true;
+      },
+      [&] {
+        events_.push_back("-a");
+        if (std::exchange(again, false)) InitializeContexts(kConsole);
+      });
+  InitializeContexts(kConsole);
+  ShutdownContexts(kConsole);
+  EXPECT_THAT(events_, ElementsAre("+a", "-a", "+a"));
+  ShutdownContexts(kConsole);
+  EXPECT_THAT(events_, ElementsAre("+a", "-a", "+a", "-a"));
+}
+
+TEST_F(InitializerRegistrarTest, StopsWhatAnotherThreadEndsWhileItStarts) {
+  std::latch entered(1);
+  std::latch ended(1);
+  const InitializerRegistrar slow(
+      "slow", kConsole,
+      [&] {
+        events_.push_back("+slow");
+        entered.count_down();
+        ended.wait();
+        return true;
+      },
+      [this] { events_.push_back("-slow"); });
+  std::thread starter([] { InitializeContexts(kConsole); });
+  entered.wait();
+  ShutdownContexts(kConsole);
+  ended.count_down();
+  starter.join();
+  EXPECT_THAT(events_, ElementsAre("+slow", "-slow"));
+}
+
+TEST_F(InitializerRegistrarTest, ReleasesTheFunctionsWhenDestroyed) {
+  const auto owned = std::make_shared<int>(1);
+  {
+    const InitializerRegistrar registration(
+        "a", kConsole, [owned] { return true; }, [owned] {});
+    InitializeContexts(kConsole);
+    EXPECT_EQ(owned.use_count(), 3);
+  }
+  EXPECT_EQ(owned.use_count(), 1);
+}
+
+TEST_F(InitializerRegistrarTest, DestructionWaitsForItsFunctionOnAnotherThread) {
+  std::latch entered(1);
+  bool finished = false;
+  auto registration = std::make_unique<InitializerRegistrar>(
+      "slow", kConsole,
+      [&] {
+        entered.count_down();
+        std::this_thread::sleep_for(std::chrono::milliseconds(20));
+        finished = true;
+        return true;
+      },
+      [&] { EXPECT_TRUE(finished); });
+  std::thread starter([] { InitializeContexts(kConsole); });
+  entered.wait();
+  registration.reset();
+  EXPECT_TRUE(finished);
+  starter.join();
+}
+
+TEST_F(InitializerRegistrarTest, StandsManyThreads) {
+  std::vector<std::jthread> threads;
+  for (int t = 0; t < 4; ++t) {
+    threads.emplace_back([] {
+      for (int i = 0; i < 50; ++i) {
+        int live = 0;
+        {
+          const InitializerRegistrar registration(
+              "threaded", kConsole, [&live] { return ++live == 1; }, [&live] { --live; });
+          InitializeContexts(kConsole);
+          ShutdownContexts(kConsole);
+        }
+        EXPECT_EQ(live, 0);
+      }
+    });
+  }
+}
+
+}  // namespace
+}  // namespace orncore::config

@@ -1,0 +1,155 @@
+#include <orncore/debug/DebugDatabase.h>
+
+#include <memory>
+#include <stdexcept>
+#include <string>
+
+#include <gtest/gtest.h>
+
+namespace orncore::debug {
+namespace {
+
+using namespace std::string_literals;
+
+class FailingStore final : public DebugStore {
+ public:
+  std::optional<string::UTF8String> Find(std::string_view) const override {
+    throw std::runtime_error("cannot read");
+  }
+  void Store(std::string_view, std::string_view) override {
+    throw std::runtime_error("cannot write");
+  }
+};
+
+// Puts a fresh store into the database that asks it, which releases this one.
+class SelfReplacingStore final : public DebugStore {
+ public:
+  explicit SelfReplacingStore(DebugDatabase& database) : database_(database) {}
+  std::optional<string::UTF8String> Find(std::string_view) const override {
+    database_.SetStore(nullptr);
+    return text_;
+  }
+  void Store(std::string_view, std::string_view value) override {
+    database_.SetStore(nullptr);
+    text_ = value;
+  }
+
+ private:
+  DebugDatabase& database_;
+  std::string text_ = "from the store before";
+};
+
+TEST(DebugDatabase, AnswersEmptyForAMissingEntry) {
+  const DebugDatabase database;
+  EXPECT_EQ(database.GetEntry("missing"), "");
+}
+
+TEST(DebugDatabase, AnswersTheDefaultForAMissingEntry) {
+  const DebugDatabase database;
+  EXPECT_EQ(database.GetEntry("missing", "default"), "default");
+}
+
+TEST(DebugDatabase, AnswersTheLastTextStored) {
+  DebugDatabase database;
+  database.SetEntry("key", "one");
+  database.SetEntry("key", "two");
+  EXPECT_EQ(database.GetEntry("key"), "two");
+  EXPECT_EQ(database.GetEntry("key", "default"), "two");
+}
+
+TEST(DebugDatabase, CountsAnEmptyTextAsAnEntry) {
+  DebugDatabase database;
+  database.SetEntry("key", "");
+  EXPECT_EQ(database.GetEntry("key", "default"), "");
+}
+
+TEST(DebugDatabase, KeepsNulsInKeysAndTexts) {
+  DebugDatabase database;
+  database.SetEntry("a\0b"s, "c\0d"s);
+  EXPECT_EQ(database.GetEntry("a\0b"s), "c\0d"s);
+  EXPECT_EQ(database.GetEntry("a"), "");
+}
+
+TEST(DebugDatabase, ReadsOnlyTheTextTrueAsTrue) {
+  for (const char* text : {"True", "TRUE", "1", "", " true", "true ", "yes", "false"}) {
+    DebugDatabase database;
+    database.SetEntry("switch", text);
+    EXPECT_FALSE(database.GetEntryAs<bool>("switch", false)) << text;
+    EXPECT_FALSE(database.GetEntryAs<bool>("switch", true)) << text;
+  }
+  DebugDatabase database;
+  database.SetEntry("switch", "true");
+  EXPECT_TRUE(database.GetEntryAs<bool>("switch", false));
+}
+
+TEST(DebugDatabase, AnswersTheDefaultForAMissingSwitch) {
+  const DebugDatabase database;
+  EXPECT_TRUE(database.GetEntryAs<bool>("switch", true));
+  EXPECT_FALSE(database.GetEntryAs<bool>("switch", false));
+}
+
+TEST(DebugDatabase, AsksTheStoreOfTheHost) {
+  DebugDatabase database;
+  const auto store =
+      std::make_shared<MemoryDebugStore>(MemoryDebugStore::EntryMap{{"key", "host"}});
+  database.SetStore(store);
+  EXPECT_EQ(database.GetEntry("key"), "host");
+  database.SetEntry("other", "text");
+  EXPECT_EQ(store->Entries(), (MemoryDebugStore::EntryMap{{"key", "host"}, {"other", "text"}}));
+}
+
+TEST(DebugDatabase, CachesNothing) {
+  DebugDatabase database;
+  const auto store = std::make_shared<MemoryDebugStore>();
+  database.SetStore(store);
+  EXPECT_EQ(database.GetEntry("key"), "");
+  store->Store("key", "later");
+  EXPECT_EQ(database.GetEntry("key"), "later");
+}
+
+TEST(DebugDatabase, StartsAfreshWithoutAStore) {
+  DebugDatabase database;
+  database.SetEntry("key", "text");
+  database.SetStore(nullptr);
+  EXPECT_EQ(database.GetEntry("key"), "");
+  database.SetEntry("key", "again");
+  EXPECT_EQ(database.GetEntry("key"), "again");
+}
+
+TEST(DebugDatabase, ReleasesTheStoreBefore) {
+  DebugDatabase database;
+  auto store = std::make_shared<MemoryDebugStore>();
+  const std::weak_ptr<MemoryDebugStore> watched = store;
+  database.SetStore(std::move(store));
+  EXPECT_FALSE(watched.expired());
+  database.SetStore(nullptr);
+  EXPECT_TRUE(watched.expired());
+}
+
+TEST(DebugDatabase, OutlivesAStoreThatReplacesItself) {
+  DebugDatabase database;
+  database.SetStore(std::make_shared<SelfReplacingStore>(database));
+  EXPECT_EQ(database.GetEntry("key"), "from the store before");
+  database.SetStore(std::make_shared<SelfReplacingStore>(database));
+  database.SetEntry("key", "text");
+  EXPECT_EQ(database.GetEntry("key"), "");
+}
+
+TEST(DebugDatabase, LetsTheExceptionsOfAStoreThrough) {
+  DebugDatabase database;
+  database.SetStore(std::make_shared<FailingStore>());
+  EXPECT_THROW(static_cast<void>(database.GetEntry("key")), std::runtime_error);
+  EXPECT_THROW(static_cast<void>(database.GetEntryAs<bool>("key", true)), std::runtime_error);
+  EXPECT_THROW(database.SetEntry("key", "text"), std::runtime_error);
+}
+
+TEST(DebugDatabase, IsOnePerProcess) {
+  EXPECT_EQ(&DebugDatabase::Instance(), &DebugDatabase::Instance());
+  DebugDatabase::Instance().SetEntry("key", "text");
+  EXPECT_EQ(DebugDatabase::Instance().GetEntry("key"), "text");
+  EXPECT_EQ(DebugDatabase().GetEntry("key"), "");
+  DebugDatabase::Instance().SetStore(nullptr);
+}
+
+}  // namespace
+}  // namespace orncore::debug

@@ -1,0 +1,97 @@
+#include <orncore/debug/Log.h>
+
+#include <memory>
+#include <stdexcept>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+namespace orncore::debug {
+namespace {
+
+using namespace std::string_literals;
+
+class LogTest : public testing::Test {
+ protected:
+  ~LogTest() override { SetLogSink({}); }
+
+  // What `Log(line)` writes to standard error.
+  static std::string WrittenFor(std::string_view line) {
+    testing::internal::CaptureStderr();
+    Log(line);
+    return testing::internal::GetCapturedStderr();
+  }
+};
+
+TEST_F(LogTest, WritesALineToStandardErrorByDefault) {
+  EXPECT_EQ(WrittenFor("something failed"), "something failed\n");
+  EXPECT_EQ(WrittenFor(""), "\n");
+  EXPECT_EQ(WrittenFor("na\u00EFve \u2713 \u00A0"), "na\u00EFve \u2713 \u00A0\n");
+}
+
+TEST_F(LogTest, WritesNoControlCharacters) {
+  EXPECT_EQ(WrittenFor("a\nb\rc\td"), "a?b?c?d\n");
+  EXPECT_EQ(WrittenFor("\x1B[2J\x7F\0"s), "?[2J??\n");
+  EXPECT_EQ(WrittenFor("\xC2\x9B"
+                       "2J \xC2\x80 \xC2\x9F"),
+            "??2J ?? ??\n");
+}
+
+TEST_F(LogTest, HandsLinesToTheSinkAsTheyAre) {
+  std::vector<std::string> lines;
+  SetLogSink([&lines](std::string_view line) { lines.emplace_back(line); });
+  EXPECT_EQ(WrittenFor("one\n\0two"s), "");
+  EXPECT_EQ(WrittenFor(""), "");
+  EXPECT_EQ(lines, (std::vector<std::string>{"one\n\0two"s, ""}));
+}
+
+TEST_F(LogTest, GoesBackToTheDefaultWithoutASink) {
+  SetLogSink([](std::string_view) {});
+  SetLogSink({});
+  EXPECT_EQ(WrittenFor("line"), "line\n");
+}
+
+TEST_F(LogTest, WritesTheLineThatTheSinkThrowsAt) {
+  SetLogSink([](std::string_view) { throw std::runtime_error("the sink is broken"); });
+  EXPECT_EQ(WrittenFor("kept"), "kept\n");
+}
+
+TEST_F(LogTest, MayBeCalledFromTheSink) {
+  std::vector<std::string> lines;
+  SetLogSink([&lines](std::string_view line) {
+    lines.emplace_back(line);
+    if (line == "outer") Log("inner");
+    if (line == "last") SetLogSink({});
+  });
+  Log("outer");
+  Log("last");
+  EXPECT_EQ(lines, (std::vector<std::string>{"outer", "inner", "last"}));
+  EXPECT_EQ(WrittenFor("after"), "after\n");
+}
+
+TEST_F(LogTest, ReleasesTheSinkBefore) {
+  auto owned = std::make_shared<int>();
+  const std::weak_ptr<int> watched = owned;
+  SetLogSink([owned = std::move(owned)](std::string_view) {});
+  EXPECT_FALSE(watched.expired());
+  SetLogSink({});
+  EXPECT_TRUE(watched.expired());
+}
+
+TEST_F(LogTest, TakesLinesFromSeveralThreadsWhileSinksChange) {
+  std::vector<std::thread> threads;
+  SetLogSink([](std::string_view) {});
+  for (int i = 0; i < 3; ++i) {
+    threads.emplace_back([] {
+      for (int line = 0; line < 200; ++line) Log("line");
+    });
+  }
+  for (int i = 0; i < 200; ++i)
+    SetLogSink([i](std::string_view line) { EXPECT_LE(i, 200) << line; });
+  for (std::thread& thread : threads) thread.join();
+}
+
+}  // namespace
+}  // namespace orncore::debug

@@ -1,0 +1,79 @@
+// Files of every kind, for the tests of the reads.
+#ifndef TESTS_ORNCORE_FILESUPPORT_FILEFIXTURE_H_
+#define TESTS_ORNCORE_FILESUPPORT_FILEFIXTURE_H_
+
+#include <sys/socket.h>
+#include <sys/stat.h>
+#include <sys/un.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstring>
+#include <filesystem>
+#include <string>
+#include <system_error>
+
+#include <gtest/gtest.h>
+
+#include <orncore/filesupport/RecycledMemory.h>
+#include <tests/support/TemporaryFolder.h>
+
+namespace orncore::filesupport {
+
+class FileFixture : public testing::Test {
+ protected:
+  static std::string Text(const RecycledMemory& memory) {
+    const auto bytes = memory.Bytes();
+    return {reinterpret_cast<const char*>(bytes.data()), bytes.size()};
+  }
+
+  // A FIFO that nobody writes to: opening it the ordinary way would wait for ever.
+  std::filesystem::path MakeFifo() const {
+    std::filesystem::path path = folder_.Path() / "fifo";
+    Require(::mkfifo(path.c_str(), 0600) == 0);
+    return path;
+  }
+
+  std::filesystem::path MakeSocket() const {
+    std::filesystem::path path = folder_.Path() / "socket";
+    sockaddr_un address{};
+    address.sun_family = AF_UNIX;
+    std::strncpy(address.sun_path, path.c_str(), sizeof(address.sun_path) - 1);
+    const int number = ::socket(AF_UNIX, SOCK_STREAM, 0);
+    Require(number >= 0);
+    const int bound = ::bind(number, reinterpret_cast<sockaddr*>(&address), sizeof(address));
+    ::close(number);
+    Require(bound == 0);
+    return path;
+  }
+
+  tests::support::TemporaryFolder folder_;
+
+ private:
+  static void Require(bool succeeded) {
+    if (!succeeded) throw std::system_error(errno, std::generic_category(), "fixture");
+  }
+};
+
+// Root may read everything; while this lives, the process is somebody who may not.
+class NotRoot {
+ public:
+  NotRoot() : user_(::geteuid()) {
+    if (user_ == 0 && ::seteuid(kNobody) != 0) {
+      throw std::system_error(errno, std::generic_category(), "seteuid");
+    }
+  }
+  ~NotRoot() {
+    if (user_ == 0 && ::seteuid(user_) != 0) std::abort();
+  }
+  NotRoot(const NotRoot&) = delete;
+  NotRoot& operator=(const NotRoot&) = delete;
+
+ private:
+  static constexpr uid_t kNobody = 65534;
+  uid_t user_;
+};
+
+}  // namespace orncore::filesupport
+
+#endif  // TESTS_ORNCORE_FILESUPPORT_FILEFIXTURE_H_

@@ -1,0 +1,142 @@
+#include <orncore/filesupport/RegularFile.h>
+
+#include <cerrno>
+#include <string>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <orncore/config/TopLevel.h>
+#include <tests/orncore/filesupport/FileFixture.h>
+
+namespace orncore::filesupport {
+namespace {
+
+namespace fs = std::filesystem;
+
+class RegularFileTest : public FileFixture {
+ protected:
+  // The result that reading `path` fails with; 0 when it succeeds.
+  static int ResultOf(const fs::path& path) {
+    try {
+      ReadRegularFile(path);
+      return 0;
+    } catch (const config::ResultError& error) {
+      return error.Result();
+    }
+  }
+};
+
+TEST_F(RegularFileTest, ReadsTheBytesAsTheyAre) {
+  const std::string bytes(
+      "\xEF\xBB\xBF"
+      "a\0\r\n\xFF",
+      8);
+  EXPECT_EQ(Text(*ReadRegularFile(folder_.Write("file", bytes))), bytes);
+}
+
+TEST_F(RegularFileTest, ReadsAnEmptyFile) {
+  EXPECT_TRUE(ReadRegularFile(folder_.Write("empty", ""))->Bytes().empty());
+}
+
+TEST_F(RegularFileTest, ReadsFilesAroundTheSizesOfItsBuffers) {
+  for (const std::size_t size : {4095U, 4096U, 4097U, 1U << 20, (1U << 20) + 1, 3'000'000U}) {
+    std::string bytes(size, 'x');
+    bytes.back() = 'y';
+    EXPECT_EQ(Text(*ReadRegularFile(folder_.Write("file", bytes))), bytes) << size;
+  }
+}
+
+// A file that grew since it was asked for its size: those of /proc tell 0 bytes.
+TEST_F(RegularFileTest, ReadsAFileThatIsLongerThanItTells) {
+  if (!fs::exists("/proc/self/status")) GTEST_SKIP() << "no such file on this system";
+  EXPECT_THAT(Text(*ReadRegularFile("/proc/self/status")), testing::HasSubstr("Name:"));
+}
+
+// A file that shrank: those of /sys tell a page and give a line.
+TEST_F(RegularFileTest, ReadsAFileThatIsShorterThanItTells) {
+  const fs::path path = "/sys/kernel/profiling";
+  if (!fs::exists(path)) GTEST_SKIP() << "no such file on this system";
+  const auto memory = ReadRegularFile(path);
+  EXPECT_FALSE(memory->Bytes().empty());
+  EXPECT_LT(memory->Bytes().size(), fs::file_size(path));
+}
+
+TEST_F(RegularFileTest, FollowsALinkToAFile) {
+  folder_.Write("file", "linked");
+  fs::create_symlink("file", folder_.Path() / "link");
+  EXPECT_EQ(Text(*ReadRegularFile(folder_.Path() / "link")), "linked");
+}
+
+TEST_F(RegularFileTest, ReadsAFileWithAnyName) {
+  for (const std::string name : {"a b", "\"q\"", "line\nend", "\xFF\xFE", "*"}) {
+    EXPECT_EQ(Text(*ReadRegularFile(folder_.Write(name, name))), name);
+  }
+}
+
+TEST_F(RegularFileTest, FailsOnAMissingFile) {
+  EXPECT_EQ(ResultOf(folder_.Path() / "missing"), -ENOENT);
+  EXPECT_EQ(ResultOf(""), -ENOENT);
+  EXPECT_EQ(ResultOf(folder_.Write("file", "") / "below"), -ENOTDIR);
+}
+
+TEST_F(RegularFileTest, FailsOnADanglingLinkAndACircle) {
+  fs::create_symlink("nowhere", folder_.Path() / "dangling");
+  EXPECT_EQ(ResultOf(folder_.Path() / "dangling"), -ENOENT);
+  fs::create_symlink("circle", folder_.Path() / "circle");
+  EXPECT_EQ(ResultOf(folder_.Path() / "circle"), -ELOOP);
+}
+
+TEST_F(RegularFileTest, FailsOnADirectory) {
+  EXPECT_EQ(ResultOf(folder_.Path()), -EISDIR);
+}
+
+TEST_F(RegularFileTest, FailsOnAnUnreadableFile) {
+  const fs::path path = folder_.Write("secret", "x");
+  fs::permissions(folder_.Path(), fs::perms::all);
+  fs::permissions(path, fs::perms::none);
+  const NotRoot notRoot;
+  EXPECT_EQ(ResultOf(path), -EACCES);
+}
+
+TEST_F(RegularFileTest, RefusesAFifoWithoutWaitingForAWriter) {
+  EXPECT_EQ(ResultOf(MakeFifo()), -EOPNOTSUPP);
+}
+
+TEST_F(RegularFileTest, RefusesDevicesAndSockets) {
+  EXPECT_EQ(ResultOf("/dev/null"), -EOPNOTSUPP);
+  EXPECT_EQ(ResultOf("/dev/zero"), -EOPNOTSUPP);
+  EXPECT_EQ(ResultOf(MakeSocket()), -EOPNOTSUPP);
+}
+
+TEST_F(RegularFileTest, RefusesANameThatWouldBeCutShort) {
+  const std::string name = folder_.Write("file", "x").string() + std::string("\0.csv", 5);
+  EXPECT_EQ(ResultOf(name), -EINVAL);
+}
+
+TEST_F(RegularFileTest, RefusesAFileThatIsTooLarge) {
+  const fs::path path = folder_.Write("sparse", "");
+  fs::resize_file(path, kMaxFileBytes + 1);
+  EXPECT_EQ(ResultOf(path), -EFBIG);
+}
+
+TEST_F(RegularFileTest, NamesTheFileInTheFailure) {
+  const fs::path path = folder_.Path() / "missing";
+  try {
+    ReadRegularFile(path);
+    FAIL() << "no failure";
+  } catch (const config::ResultError& error) {
+    EXPECT_THAT(error.what(), testing::StartsWith(path.string() + ": "));
+  }
+}
+
+TEST_F(RegularFileTest, StopsWhenAskedTo) {
+  const fs::path path = folder_.Write("file", "x");
+  std::stop_source stop;
+  EXPECT_EQ(Text(*ReadRegularFile(path, stop.get_token())), "x");
+  stop.request_stop();
+  EXPECT_THROW(ReadRegularFile(path, stop.get_token()), FutureCancelled);
+}
+
+}  // namespace
+}  // namespace orncore::filesupport

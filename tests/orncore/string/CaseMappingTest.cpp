@@ -1,0 +1,212 @@
+#include <orncore/string/CaseMapping.h>
+
+#include <clocale>
+#include <cstdint>
+#include <random>
+#include <string>
+
+#include <gtest/gtest.h>
+
+#include <orncore/string/Conversion.h>
+
+#include "tests/support/Allocations.h"
+
+namespace orncore::string {
+namespace {
+
+using namespace std::string_literals;
+
+constexpr std::uint32_t kSeed = 20251120;
+
+TEST(CaseMapping, LowersByUnicodesFullMapping) {
+  const struct {
+    std::u16string text;
+    std::u16string lower;
+  } cases[] = {
+      {u"", u""},
+      {u"Headline 25.1 [@Z`z{", u"headline 25.1 [@z`z{"},
+      {u"already lower, long enough for groups", u"already lower, long enough for groups"},
+      {u"ALL UPPER, LONG ENOUGH FOR GROUPS", u"all upper, long enough for groups"},
+      {u"\u00C9COLE", u"\u00E9cole"},
+      {u"Stra\u00DFe \u1E9E", u"stra\u00DFe \u00DF"},
+      {u"\u0130", u"i\u0307"},             // dotted I: i and a combining dot
+      {u"I\u0131", u"i\u0131"},            // not as in Turkish
+      {u"\u212A", u"k"},                   // Kelvin sign
+      {u"\u212B", u"\u00E5"},              // Angstrom sign
+      {u"\u01C5", u"\u01C6"},              // title case digraph
+      {u"\U00010400", u"\U00010428"},      // outside the first plane
+      {u"\u0391\u03A3", u"\u03B1\u03C2"},  // sigma at the end of a word
+      {u"\u03A3\u0391", u"\u03C3\u03B1"},  // and at its beginning
+      {u"\u0391\u03A3 \u0391", u"\u03B1\u03C2 \u03B1"},
+      {u"\u03A3", u"\u03C3"},        // alone it is no end
+      {u"ABC\u03A3", u"abc\u03C2"},  // behind ASCII letters
+      {u"ABCDEFGHIJKLMNOPQRSTUVWX\u03A3 Y", u"abcdefghijklmnopqrstuvwx\u03C2 y"},
+      {u"\u65E5\u672C", u"\u65E5\u672C"},
+      {u"A\0B"s, u"a\0b"s},
+      {u"\u00C9\0B"s, u"\u00E9\0b"s},
+  };
+  for (const auto& [text, lower] : cases) {
+    EXPECT_EQ(LowerCase(text), lower) << UTF16to8(text);
+    EXPECT_EQ(LowerCaseUTF8(UTF16to8(text)), UTF16to8(lower)) << UTF16to8(text);
+  }
+}
+
+TEST(CaseMapping, RaisesByUnicodesFullMapping) {
+  const struct {
+    std::u16string text;
+    std::u16string upper;
+  } cases[] = {
+      {u"", u""},
+      {u"Headline 25.1 [@Z`z{", u"HEADLINE 25.1 [@Z`Z{"},
+      {u"Stra\u00DFe", u"STRASSE"},
+      {u"\u00DF\u00DF\u00DF\u00DF\u00DF\u00DF\u00DF\u00DF\u00DF", u"SSSSSSSSSSSSSSSSSS"},
+      {u"\u0131i", u"II"},
+      {u"\u00FF\u00B5", u"\u0178\u039C"},
+      {u"\uFB03", u"FFI"},                 // a ligature becomes three letters
+      {u"\u0390", u"\u0399\u0308\u0301"},  // so does a letter with two accents
+      {u"\u03C2\u03C3", u"\u03A3\u03A3"},
+      {u"\U00010428", u"\U00010400"},
+      {u"a\0\u00E9"s, u"A\0\u00C9"s},
+  };
+  for (const auto& [text, upper] : cases) EXPECT_EQ(UpperCase(text), upper) << UTF16to8(text);
+}
+
+TEST(CaseMapping, GrowsAsFarAsItMust) {
+  for (const std::size_t length : {1U, 7U, 8U, 9U, 100U, 5000U}) {
+    const std::u16string text(length, u'\u0390');
+    EXPECT_EQ(UpperCase(text).size(), 3 * length);
+    EXPECT_EQ(LowerCase(std::u16string(length, u'\u0130')).size(), 2 * length);
+    // U+023A has two bytes, its small form U+2C65 three.
+    EXPECT_EQ(LowerCaseUTF8(UTF16to8(std::u16string(length, u'\u023A'))).size(), 3 * length);
+  }
+}
+
+TEST(CaseMapping, KeepsUnpairedSurrogates) {
+  const std::u16string text = {'A', 0xD800, 0xDC00, 0xDC00, 'B', 0xD83C};
+  EXPECT_EQ(LowerCase(text), (std::u16string{'a', 0xD800, 0xDC00, 0xDC00, 'b', 0xD83C}));
+  EXPECT_EQ(UpperCase(LowerCase(text)), text);
+}
+
+TEST(CaseMapping, MapsAsciiAloneLikeAsciiAmongOthers) {
+  SCOPED_TRACE(testing::Message() << "seed " << kSeed);
+  std::mt19937 random(kSeed);
+  for (int round = 0; round < 2000; ++round) {
+    std::u16string text(random() % 60, u'\0');
+    for (char16_t& unit : text) unit = static_cast<char16_t>(random() % 0x80);
+    // The ideograph has no case and sends the whole text through ICU.
+    ASSERT_EQ(LowerCase(text) + u"\u65E5", LowerCase(text + u"\u65E5"));
+    ASSERT_EQ(UpperCase(text) + u"\u65E5", UpperCase(text + u"\u65E5"));
+  }
+}
+
+TEST(CaseMapping, LowersUTF8LikeUTF16ForEveryCodePoint) {
+  for (std::uint32_t codePoint = 0; codePoint <= 0x10FFFF; ++codePoint) {
+    std::u16string text = u"x";
+    if (codePoint > 0xFFFF) text += static_cast<char16_t>(0xD7C0 + (codePoint >> 10));
+    text += static_cast<char16_t>(codePoint > 0xFFFF ? 0xDC00 | (codePoint & 0x3FF) : codePoint);
+    ASSERT_EQ(LowerCaseUTF8(UTF16to8(text)), UTF16to8(LowerCase(UTF8to16(UTF16to8(text)))))
+        << codePoint;
+  }
+}
+
+// Letters, sigmas and what Unicode looks for around them: marks, apostrophes, dots, blanks.
+TEST(CaseMapping, LowersUTF8LikeUTF16InEveryContext) {
+  SCOPED_TRACE(testing::Message() << "seed " << kSeed);
+  constexpr std::u16string_view kUnits =
+      u"AaI \u0027.\u03A3\u03C3\u03A3\u0391\u0307\u0301\u00AD\u0130\u2019\u65E5J";
+  std::mt19937 random(kSeed);
+  for (int round = 0; round < 20000; ++round) {
+    std::u16string text(random() % 8, u'\0');
+    for (char16_t& unit : text) unit = kUnits[random() % kUnits.size()];
+    ASSERT_EQ(LowerCaseUTF8(UTF16to8(text)), UTF16to8(LowerCase(text))) << UTF16to8(text);
+  }
+}
+
+TEST(CaseMapping, LowersIllFormedUTF8LikeTheWayThroughUTF16) {
+  EXPECT_EQ(LowerCaseUTF8("A\x80Z"), "a\uFFFDz");
+  EXPECT_EQ(LowerCaseUTF8("\xED\xA0\x80"), "\uFFFD\uFFFD\uFFFD");
+  EXPECT_EQ(LowerCaseUTF8("A\xE2\x82"), "a\uFFFD");
+  SCOPED_TRACE(testing::Message() << "seed " << kSeed);
+  std::mt19937 random(kSeed);
+  for (int round = 0; round < 5000; ++round) {
+    std::string text(random() % 40, '\0');
+    for (char& byte : text) {
+      // Greek capitals are CE 91 to CE A9: final sigmas, well and badly formed.
+      byte = static_cast<char>(random() % 2 ? 0xCE : random() % 2 ? 0xA3 : random() % 0x100);
+    }
+    ASSERT_EQ(LowerCaseUTF8(text), UTF16to8(LowerCase(UTF8to16(text))));
+  }
+}
+
+TEST(CaseMapping, DoesNotFollowTheLocale) {
+  const std::string before = std::setlocale(LC_ALL, nullptr);
+  for (const char* locale : {"tr_TR.UTF-8", "lt_LT.UTF-8", "C.UTF-8", "C"}) {
+    std::setlocale(LC_ALL, locale);  // whatever of these the machine has
+    EXPECT_EQ(LowerCase(u"TITLE I\u00CC"), u"title i\u00EC") << locale;
+    EXPECT_EQ(UpperCase(u"title \u00EC"), u"TITLE \u00CC") << locale;
+  }
+  std::setlocale(LC_ALL, before.c_str());
+}
+
+TEST(CaseMapping, OverwritesWhatWasThere) {
+  std::u16string out = u"a much longer text that was there before";
+  LowerCase(u"\u00C9", out);
+  EXPECT_EQ(out, u"\u00E9");
+  LowerCase(u"AB", out);
+  EXPECT_EQ(out, u"ab");
+  UpperCase(u"", out);
+  EXPECT_EQ(out, u"");
+  std::string utf8 = "before";
+  LowerCaseUTF8("AB", utf8);
+  EXPECT_EQ(utf8, "ab");
+}
+
+TEST(CaseMapping, MapsATextInPlace) {
+  std::u16string ascii = u"Some TEXT that is long enough for a heap";
+  LowerCase(ascii, ascii);
+  EXPECT_EQ(ascii, u"some text that is long enough for a heap");
+  UpperCase(std::u16string_view(ascii).substr(5, 4), ascii);
+  EXPECT_EQ(ascii, u"TEXT");
+  std::u16string other = u"\u00DF\u00DF\u00DF\u00DF\u00DF\u00DF\u00DF\u00DF\u00DF";
+  UpperCase(other, other);
+  EXPECT_EQ(other, u"SSSSSSSSSSSSSSSSSS");
+  std::string utf8 = "\u00C9 AND a text that is long enough for a heap";
+  LowerCaseUTF8(std::string_view(utf8).substr(0, 6), utf8);
+  EXPECT_EQ(utf8, "\u00E9 and");
+  LowerCaseUTF8(std::string_view(utf8).substr(3, 3), utf8);
+  EXPECT_EQ(utf8, "and");
+}
+
+TEST(CaseMapping, AllocatesNothingWhenUsedAgain) {
+  const std::u16string ascii = u"Headline Of A Change That Is Long Enough For The Heap";
+  const std::u16string other = u"\u00C9COLE stra\u00DFe, again long enough for the heap: \u03A3";
+  std::u16string out;
+  UpperCase(other, out);
+  LowerCase(ascii, out);
+  EXPECT_EQ(test_support::CountAllocations([&] {
+              LowerCase(ascii, out);
+              LowerCase(other, out);
+              UpperCase(other, out);
+              UpperCase(ascii, out);
+            }),
+            0U);
+  const std::string ascii8 = UTF16to8(ascii);
+  const std::string other8 = UTF16to8(other);
+  std::string out8;
+  out8.reserve(ascii8.size());
+  LowerCaseUTF8(other8, out8);
+  EXPECT_EQ(test_support::CountAllocations([&] {
+              LowerCaseUTF8(ascii8, out8);
+              LowerCaseUTF8(other8, out8);
+            }),
+            0U);
+}
+
+TEST(CaseMapping, TakesDefaultViews) {
+  EXPECT_EQ(LowerCase(std::u16string_view()), u"");
+  EXPECT_EQ(UpperCase(std::u16string_view()), u"");
+  EXPECT_EQ(LowerCaseUTF8(std::string_view()), "");
+}
+
+}  // namespace
+}  // namespace orncore::string

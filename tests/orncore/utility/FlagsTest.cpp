@@ -1,0 +1,60 @@
+#include <orncore/utility/Flags.h>
+
+#include <cstdint>
+
+#include <gtest/gtest.h>
+
+namespace orncore::utility {
+namespace {
+
+using ByteFlags = Flags<std::uint8_t>;
+
+constexpr ByteFlags kLow{0x01};
+constexpr ByteFlags kHigh{0x80};
+
+static_assert(ByteFlags().Bits() == 0);
+static_assert((kLow | kHigh).Bits() == 0x81);
+static_assert((kLow | kHigh | kHigh).Bits() == 0x81);
+static_assert(((kLow | kHigh) & kHigh) == kHigh);
+static_assert((kLow & kHigh) == ByteFlags());
+static_assert(kLow != kHigh);
+static_assert(sizeof(ByteFlags) == 1);
+
+TEST(Flags, HasAllTheBitsAskedFor) {
+  const ByteFlags both = kLow | kHigh;
+  EXPECT_TRUE(both.Has(kLow));
+  EXPECT_TRUE(both.Has(kHigh));
+  EXPECT_TRUE(both.Has(both));
+  EXPECT_FALSE(kLow.Has(both));
+  EXPECT_FALSE(kLow.Has(kHigh));
+}
+
+TEST(Flags, AlwaysHasTheEmptySet) {
+  EXPECT_TRUE(ByteFlags().Has({}));
+  EXPECT_TRUE(kHigh.Has({}));
+  EXPECT_FALSE(ByteFlags().Has(kLow));
+}
+
+TEST(Flags, TakesAPlainNumberForASet) {
+  const auto bits = [](ByteFlags flags) { return flags.Bits(); };
+  const std::uint8_t number = 0x42;
+  EXPECT_EQ(bits(number), 0x42);
+  EXPECT_EQ(ByteFlags(0xFF).Bits(), 0xFF);
+}
+
+TEST(Flags, AddsAndKeepsBitsInPlace) {
+  ByteFlags flags;
+  flags |= kLow;
+  flags |= kHigh;
+  EXPECT_EQ(flags.Bits(), 0x81);
+  flags &= kHigh;
+  EXPECT_EQ(flags, kHigh);
+}
+
+TEST(Flags, WorksOverWiderNumbers) {
+  const Flags<std::uint64_t> top{std::uint64_t{1} << 63};
+  EXPECT_TRUE((top | Flags<std::uint64_t>{1}).Has(top));
+}
+
+}  // namespace
+}  // namespace orncore::utility
