@@ -1,0 +1,101 @@
+// Questions that hosts ask often, and rules that are applied to every row, cost no memory.
+#include <string>
+
+#include <gtest/gtest.h>
+
+#include <ornwhatsnew/FeatureListData.h>
+#include <ornwhatsnew/utility/TextHelpers.h>
+
+#include "tests/support/Allocations.h"
+#include "tests/support/Builders.h"
+#include "tests/support/FakeHost.h"
+#include "tests/support/Matchers.h"
+
+namespace ornwhatsnew {
+namespace {
+
+using test_support::ChangeRow;
+using test_support::CountAllocations;
+using test_support::DataFile;
+
+// Longer than what a string holds in itself, so that every copy would show.
+const std::string kLong(200, 'x');
+
+ChangeRow LongRow(const std::string& groupingID) {
+  return {.version = "26.0.0.0",
+          .groupingID = groupingID,
+          .ratingRequest = "RequestRating",
+          .firstVersion = "24.0.0.0",
+          .platform = "Mac",
+          .url = "https://a.example/" + kLong,
+          .sha = kLong,
+          .description = kLong};
+}
+
+TEST(Allocation, ComparingKeywordsInAsciiNeedsNone) {
+  const std::string upper(200, 'X');
+  bool equal = false;
+  EXPECT_EQ(CountAllocations([&] { equal = CaseInsensitiveEqual(kLong, upper); }), 0U);
+  EXPECT_TRUE(equal);
+  EXPECT_EQ(CountAllocations([&] { equal = IsSpecialCaseSection(kLong); }), 0U);
+  EXPECT_FALSE(equal);
+}
+
+TEST(Allocation, NumberOfAVersionNeedsNone) {
+  std::int64_t number = 0;
+  EXPECT_EQ(CountAllocations([&] { number = VersionNumber("25.1.0.123"); }), 0U);
+  EXPECT_EQ(number, 25001000123);
+}
+
+TEST(Allocation, IdentityNeedsNone) {
+  const auto item = test_support::MakeItem({kLong, kLong, kLong, "$$$/private/" + kLong + "=x"},
+                                           {LongRow("EPIC-1"), LongRow("EPIC-1")});
+  Guid guid;
+  EXPECT_EQ(CountAllocations([&] { guid = item->GetAllChanges()[0]->GetItemSeenGuid(); }), 0U);
+  EXPECT_EQ(CountAllocations([&] { guid = item->GetAllChanges()[0]->GetItemRatedGuid(); }), 0U);
+  EXPECT_EQ(CountAllocations([&] { guid = item->GetItemSeenGuid(); }), 0U);
+  EXPECT_EQ(CountAllocations([&] { guid = item->GetItemRatedGuid(); }), 0U);
+  EXPECT_FALSE(guid.IsNil());
+}
+
+class ListAllocation : public test_support::FakeHostTest {
+ protected:
+  ListAllocation() {
+    for (const char* key : {"1", "2", "3"}) {
+      host_.AddFeature({.internalKey = std::string("feature") + key,
+                        .epicKey = std::string("EPIC-") + key,
+                        .name = kLong,
+                        .description = kLong});
+    }
+    DataFile file;
+    for (int i = 0; i < 20; ++i) file.Row(LongRow("EPIC-" + std::to_string(1 + i % 3)));
+    file.Row(LongRow("BUGFIX"));
+    list_ = std::make_unique<FeatureListData>(file.Text(), host_.Getter(), host_.Setter());
+    test_support::Format(*list_);
+    list_->RefreshInternalSeenState();  // everything is seen from now on
+  }
+
+  std::unique_ptr<FeatureListData> list_;
+};
+
+TEST_F(ListAllocation, AskingWhetherAnythingIsNewNeedsNoneWhenAllIsSeen) {
+  for (const DisplayOptions options :
+       {kShowOnlyNew, kShowOnlyNew | kFilterRelevantPlatform | kFilterRelevantVersion}) {
+    bool anythingNew = true;
+    EXPECT_EQ(CountAllocations([&] { anythingNew = list_->IsAnythingNew(options); }), 0U)
+        << static_cast<int>(options.Bits());
+    EXPECT_FALSE(anythingNew);
+  }
+}
+
+TEST_F(ListAllocation, AskingWhetherAnythingNeedsRatingNeedsNone) {
+  bool needed = false;
+  EXPECT_EQ(CountAllocations([&] { needed = list_->IsAnythingNeedingRating(); }), 0U);
+  EXPECT_TRUE(needed);
+  for (const char* key : {"EPIC-1", "EPIC-2", "EPIC-3"}) list_->MarkItemHasBeenRated(key);
+  EXPECT_EQ(CountAllocations([&] { needed = list_->IsAnythingNeedingRating(); }), 0U);
+  EXPECT_FALSE(needed);
+}
+
+}  // namespace
+}  // namespace ornwhatsnew

@@ -1,0 +1,318 @@
+#include <ornwhatsnew/DataFileReader.h>
+
+#include <ostream>
+#include <string>
+#include <vector>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <boost/tokenizer.hpp>
+
+#include "tests/support/RandomSource.h"
+
+namespace ornwhatsnew {
+
+void PrintTo(DataRowKind kind, std::ostream* stream) {
+  constexpr const char* kNames[] = {"header", "changes-since", "change", "skipped"};
+  *stream << kNames[static_cast<int>(kind)];
+}
+
+namespace {
+
+using test_support::RandomSource;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+using Kind = DataRowKind;
+using Reason = DataRowSkipReason;
+
+constexpr std::uint64_t kSeed = 20251120;
+constexpr char kHeader[] = "version,grouping,,,,,,,,\n";
+
+// A row with its texts copied out of the reader.
+struct ReadRow {
+  Kind kind;
+  Reason reason;
+  std::size_t line;
+  std::string text;
+  std::size_t fieldCount;
+  std::vector<std::size_t> offsets;
+  std::vector<std::string> values;
+};
+
+std::vector<ReadRow> Read(std::string_view text) {
+  DataFileReader reader(text);
+  std::vector<ReadRow> rows;
+  while (const DataRow* row = reader.Next()) {
+    rows.push_back({row->kind,
+                    row->skipReason,
+                    row->lineNumber,
+                    std::string(row->text),
+                    row->fieldCount,
+                    {row->fieldOffsets.begin(), row->fieldOffsets.end()},
+                    {row->values.begin(), row->values.end()}});
+    EXPECT_EQ(row->kind == Kind::kSkipped, row->skipReason != Reason::kNone);
+  }
+  EXPECT_EQ(reader.Next(), nullptr) << "the end must stay the end";
+  return rows;
+}
+
+std::vector<Kind> Kinds(std::string_view text) {
+  std::vector<Kind> kinds;
+  for (const ReadRow& row : Read(text)) kinds.push_back(row.kind);
+  return kinds;
+}
+
+// The first fields of a text that is one row.
+std::vector<std::string> Fields(std::string_view row) {
+  const ReadRow read = Read(row).at(0);
+  return {read.values.begin(), read.values.begin() + static_cast<std::ptrdiff_t>(std::min(
+                                                         read.fieldCount, kDataColumnCount))};
+}
+
+// The values of the last row.
+std::vector<std::string> LastValues(std::string_view text) {
+  return Read(text).back().values;
+}
+
+TEST(DataFileReader, EmptyTextHasNoRows) {
+  EXPECT_THAT(Kinds(""), IsEmpty());
+}
+
+TEST(DataFileReader, FinalLineFeedYieldsALastBlankRow) {
+  EXPECT_THAT(Kinds(kHeader), ElementsAre(Kind::kHeader, Kind::kSkipped));
+  EXPECT_EQ(Read(kHeader)[1].reason, Reason::kBlank);
+  EXPECT_EQ(Read(kHeader)[1].fieldCount, 0U);
+}
+
+TEST(DataFileReader, CountsLinesFromOne) {
+  const auto rows = Read("a\n\nb");
+  ASSERT_EQ(rows.size(), 3U);
+  EXPECT_EQ(rows[0].line, 1U);
+  EXPECT_EQ(rows[2].line, 3U);
+  EXPECT_EQ(rows[2].text, "b");
+}
+
+TEST(DataFileReader, FirstRowThatCountsIsTheHeaderWhateverItHolds) {
+  EXPECT_THAT(Kinds("2.1,Changes-Since\n2.2,Changes-Since"),
+              ElementsAre(Kind::kHeader, Kind::kChangesSince));
+  EXPECT_THAT(Kinds("25.1,EPIC-1,,,,,,,,Change\n25.1,EPIC-1,,,,,,,,Change"),
+              ElementsAre(Kind::kHeader, Kind::kChange));
+}
+
+TEST(DataFileReader, HeaderWithAnotherFieldCountDoesNotCount) {
+  EXPECT_THAT(Kinds("a,b,c\n1,EPIC-1,,,,,,,,\n1,EPIC-1,,,,,,,,"),
+              ElementsAre(Kind::kSkipped, Kind::kHeader, Kind::kChange));
+}
+
+TEST(DataFileReader, HeaderWithoutAGroupingIDDoesNotCount) {
+  EXPECT_THAT(Kinds("1,,,,,,,,,\n1,EPIC-1,,,,,,,,"), ElementsAre(Kind::kSkipped, Kind::kHeader));
+}
+
+TEST(DataFileReader, TellsWhyARowIsSkipped) {
+  const auto rows = Read(std::string(kHeader) +
+                         "\n"
+                         "\r\n"
+                         "\"\"\n"
+                         "1,EPIC-1,,,,,,,\n"
+                         "1,EPIC-1,,,,,,,,,\n"
+                         "1,,STORY,,,,,,,");
+  EXPECT_EQ(rows[1].reason, Reason::kBlank);
+  EXPECT_EQ(rows[2].reason, Reason::kBlank);
+  EXPECT_EQ(rows[3].reason, Reason::kFieldCount);
+  EXPECT_EQ(rows[4].reason, Reason::kFieldCount);
+  EXPECT_EQ(rows[4].fieldCount, 9U);
+  EXPECT_EQ(rows[5].reason, Reason::kFieldCount);
+  EXPECT_EQ(rows[5].fieldCount, 11U);
+  EXPECT_EQ(rows[6].reason, Reason::kNoGroupingID);
+}
+
+TEST(DataFileReader, ChangesSinceRowCountsWhateverItsFieldCount) {
+  for (const char* row : {"2.1,Changes-Since", "2.1,changes-since,,,,,,,,",
+                          "2.1,CHANGES-SINCE,,,,,,,,,,,,", "2.1,\"Changes-Since\""}) {
+    const auto rows = Read(kHeader + std::string(row));
+    EXPECT_EQ(rows[1].kind, Kind::kChangesSince) << row;
+    EXPECT_EQ(rows[1].values[0], "2.1") << row;
+  }
+}
+
+TEST(DataFileReader, ShortRowKeepsTheValuesBehindIt) {
+  EXPECT_THAT(LastValues(std::string(kHeader) + "1,2,3,4,5,6,7,8,9,10\na,b"),
+              ElementsAre("a", "b", "3", "4", "5", "6", "7", "8", "9", "10"));
+}
+
+TEST(DataFileReader, SkippedRowLeavesItsFieldsInTheValues) {
+  EXPECT_THAT(LastValues(std::string(kHeader) + "x,y,z\n"),
+              ElementsAre("x", "y", "z", "", "", "", "", "", "", ""));
+}
+
+TEST(DataFileReader, RowOfTwoQuotesHasOneEmptyField) {
+  const auto rows = Read("a,Changes-Since\n\"\"");
+  EXPECT_EQ(rows[1].fieldCount, 1U);
+  EXPECT_EQ(rows[1].values[0], "");
+  EXPECT_EQ(rows[1].kind, Kind::kChangesSince);  // the word still stands in its column
+}
+
+TEST(DataFileReader, BlankLineBehindAChangesSinceRowSaysTheSameAgain) {
+  const auto rows = Read(std::string(kHeader) + "2.1,Changes-Since\n");
+  EXPECT_EQ(rows[2].kind, Kind::kChangesSince);
+  EXPECT_EQ(rows[2].values[0], "2.1");
+}
+
+TEST(DataFileReader, OneFieldLineBehindAChangesSinceRowNamesAnotherVersion) {
+  const auto rows = Read(std::string(kHeader) + "2.1,Changes-Since\n3.0");
+  EXPECT_EQ(rows[2].kind, Kind::kChangesSince);
+  EXPECT_EQ(rows[2].values[0], "3.0");
+}
+
+TEST(DataFileReader, BlankLineBehindAChangeIsSkipped) {
+  EXPECT_THAT(Kinds(std::string(kHeader) + "1,EPIC-1,,,,,,,,\n\n"),
+              ElementsAre(Kind::kHeader, Kind::kChange, Kind::kSkipped, Kind::kSkipped));
+}
+
+TEST(DataFileReader, FileWithCarriageReturnsReadsLikeOneWithout) {
+  const std::string plain =
+      std::string(kHeader) + "2.1,Changes-Since\n\n1,EPIC-1,,,,,,,,\"a,b\"\n\nx\n";
+  std::string withReturns;
+  for (const char c : plain) withReturns += c == '\n' ? std::string("\r\n") : std::string(1, c);
+  const auto expected = Read(plain);
+  const auto rows = Read(withReturns);
+  ASSERT_EQ(rows.size(), expected.size());
+  for (std::size_t i = 0; i < rows.size(); ++i) {
+    EXPECT_EQ(rows[i].kind, expected[i].kind) << i;
+    EXPECT_EQ(rows[i].fieldCount, expected[i].fieldCount) << i;
+    EXPECT_EQ(rows[i].values, expected[i].values) << i;
+  }
+}
+
+TEST(DataFileReader, CutsFieldsAtCommasOutsideQuotes) {
+  EXPECT_THAT(Fields("a,\"b,c\",d"), ElementsAre("a", "b,c", "d"));
+  EXPECT_THAT(Fields("a\"b,c\"d,e"), ElementsAre("ab,cd", "e"));
+  EXPECT_THAT(Fields(","), ElementsAre("", ""));
+}
+
+TEST(DataFileReader, DoubledQuotesLeaveNothingBehind) {
+  EXPECT_THAT(Fields("\"say \"\"hi, you\"\"\",b"), ElementsAre("say hi, you", "b"));
+}
+
+TEST(DataFileReader, OpenQuoteRunsToTheEndOfTheRowOnly) {
+  const auto rows = Read("a,\"b,c\nd,e");
+  EXPECT_EQ(rows[0].fieldCount, 2U);
+  EXPECT_EQ(rows[0].values[1], "b,c");
+  EXPECT_EQ(rows[1].fieldCount, 2U);
+}
+
+TEST(DataFileReader, BackslashIsAnOrdinaryCharacter) {
+  EXPECT_THAT(Fields("a\\,b\\\",\\c"), ElementsAre("a\\", "b\\,\\c"));
+  EXPECT_THAT(Fields("\\n\\\\"), ElementsAre("\\n\\\\"));
+}
+
+TEST(DataFileReader, BlanksAroundFieldsStay) {
+  EXPECT_THAT(Fields(" a ,\tb\t"), ElementsAre(" a ", "\tb\t"));
+}
+
+TEST(DataFileReader, NulIsAnOrdinaryCharacter) {
+  using namespace std::string_literals;
+  EXPECT_THAT(Fields("a\0b,c"s), ElementsAre("a\0b"s, "c"));
+}
+
+TEST(DataFileReader, IllFormedBytesBecomeReplacementCharacters) {
+  EXPECT_THAT(Fields("\xFF,\xE2\x82"), ElementsAre("\xEF\xBF\xBD", "\xEF\xBF\xBD"));
+}
+
+TEST(DataFileReader, QuoteDroppedBetweenTwoBytesOfACharacterBringsThemTogether) {
+  EXPECT_THAT(Fields("\xC3\"\x89\""), ElementsAre("\xC3\x89"));
+}
+
+TEST(DataFileReader, CarriageReturnsInsideAFieldVanish) {
+  EXPECT_THAT(Fields("a\rb,\"\rc\",\r"), ElementsAre("ab", "c", ""));
+}
+
+TEST(DataFileReader, ByteOrderMarkOfTheHeaderReachesNoValue) {
+  const auto rows = Read(
+      "\xEF\xBB\xBF"
+      "v,Changes-Since,,,,,,,,\n\n");
+  EXPECT_EQ(rows[0].kind, Kind::kHeader);
+  EXPECT_EQ(rows[0].values[0], "v");
+  EXPECT_EQ(rows[1].values[0], "v");
+}
+
+TEST(DataFileReader, ByteOrderMarkIsRemovedOnce) {
+  EXPECT_EQ(Read("\xEF\xBB\xBF\xEF\xBB\xBF,x,,,,,,,,")[0].values[0], "\xEF\xBB\xBF");
+}
+
+TEST(DataFileReader, ByteOrderMarkIsFoundBehindAQuote) {
+  EXPECT_EQ(Read("\"\xEF\xBB\xBF\"v,x,,,,,,,,")[0].values[0], "v");
+}
+
+TEST(DataFileReader, ByteOrderMarkOfARowBeforeTheHeaderStaysInIt) {
+  const auto rows = Read(
+      "\xEF\xBB\xBF"
+      "title\nv,x,,,,,,,,");
+  EXPECT_EQ(rows[0].kind, Kind::kSkipped);
+  EXPECT_EQ(rows[0].values[0],
+            "\xEF\xBB\xBF"
+            "title");
+  EXPECT_EQ(rows[1].kind, Kind::kHeader);
+}
+
+TEST(DataFileReader, ByteOrderMarkElsewhereStays) {
+  const auto rows = Read(std::string(kHeader) +
+                         "\xEF\xBB\xBF"
+                         "1,EPIC-1,,,,,,,,");
+  EXPECT_EQ(rows[1].values[0],
+            "\xEF\xBB\xBF"
+            "1");
+}
+
+TEST(DataFileReader, TellsWhereFieldsBegin) {
+  const auto rows = Read("ab,\"c,d\",,e\n,\"");
+  EXPECT_THAT(std::vector(rows[0].offsets.begin(), rows[0].offsets.begin() + 4),
+              ElementsAre(0U, 3U, 9U, 10U));
+  EXPECT_THAT(std::vector(rows[1].offsets.begin(), rows[1].offsets.begin() + 2),
+              ElementsAre(0U, 1U));
+}
+
+TEST(DataFileReader, TenthFieldIsTheLastOneKept) {
+  const auto rows = Read("0,1,2,3,4,5,6,7,8,9,10,11");
+  EXPECT_EQ(rows[0].fieldCount, 12U);
+  EXPECT_EQ(rows[0].values[9], "9");
+}
+
+TEST(DataFileReader, ColumnsHaveTheirPlacesAndHeaderTexts) {
+  EXPECT_EQ(kDataColumnHeaders.size(), kDataColumnCount);
+  EXPECT_EQ(kDataColumnHeaders[static_cast<std::size_t>(DataColumn::kVersion)], "App Version");
+  EXPECT_EQ(kDataColumnHeaders[static_cast<std::size_t>(DataColumn::kGroupingID)],
+            "Grouping ID (Jira Epic / BUGFIX / INTERNAL / MISC)");
+  EXPECT_EQ(kDataColumnHeaders[static_cast<std::size_t>(DataColumn::kDescription)],
+            "Public/Internal message");
+  const std::string text = "0,1,2,3,4,5,6,7,8,9";
+  DataFileReader reader(text);
+  const DataRow* row = reader.Next();
+  EXPECT_EQ(row->Value(DataColumn::kVersion), "0");
+  EXPECT_EQ(row->Value(DataColumn::kStoryID), "2");
+  EXPECT_EQ(row->Value(DataColumn::kDescription), "9");
+}
+
+// The offsets against the rule itself, on arbitrary rows: a field begins behind each separator.
+TEST(DataFileReader, OffsetsAreThoseOfACharacterByCharacterWalk) {
+  RandomSource random(kSeed);
+  for (int i = 0; i < 3000; ++i) {
+    std::string row = random.HostileText(30);
+    std::erase(row, '\n');
+    if (row.find_first_not_of('\r') == std::string::npos) continue;
+    std::vector<std::size_t> begins = {0};
+    bool quoted = false;
+    for (std::size_t at = 0; at < row.size(); ++at) {
+      if (row[at] == '"') quoted = !quoted;
+      if (row[at] == ',' && !quoted) begins.push_back(at + 1);
+    }
+    const ReadRow read = Read(row).at(0);
+    ASSERT_EQ(read.fieldCount, begins.size()) << row;
+    begins.resize(std::min(begins.size(), kDataColumnCount));
+    ASSERT_TRUE(std::equal(begins.begin(), begins.end(), read.offsets.begin())) << row;
+  }
+}
+
+}  // namespace
+}  // namespace ornwhatsnew

@@ -1,0 +1,45 @@
+// A host may make its list in a static object, before the constants of a statically linked library
+// are built.
+#include <string>
+#include <vector>
+
+#include <gmock/gmock.h>
+
+#include <ornwhatsnew/FeatureListData.h>
+
+namespace {
+
+using ornwhatsnew::DisplayOptions;
+using ornwhatsnew::FeatureListData;
+using ornwhatsnew::UTF8String;
+
+struct EarlyList {
+  std::vector<std::string> asked;
+  FeatureListData list{
+      "h,h,h,h,h,h,h,h,h,h\n"
+      "2,MISC,,Headline,,,,,,Text\n"
+      "1.9,Changes-Since\n",
+      [this](const UTF8String& key) {
+        asked.push_back(key);
+        return UTF8String();
+      },
+      [](const UTF8String&, const UTF8String&) {}};
+};
+
+const EarlyList kEarly;
+
+TEST(EarlyList, AsksForTheValuesUnderTheirKeys) {
+  EXPECT_THAT(kEarly.asked,
+              testing::ElementsAre("WhatsNew.LastVersionSeenWhatsNew",
+                                   "WhatsNew.AllVersionSeenWhatsNew", "WhatsNew.AllSeenItems"));
+}
+
+TEST(EarlyList, HasItsSectionsAndChanges) {
+  EXPECT_THAT(kEarly.list.GetOrderedFeatureKeys(),
+              testing::ElementsAre("UNREVIEWED", "MISC", "BUGFIX", "INTERNAL"));
+  EXPECT_TRUE(kEarly.list.IsAnythingNew(ornwhatsnew::kShowOnlyNew));
+  const auto& change = kEarly.list.GetFeatureItems().at("MISC")->GetAllChanges().front();
+  EXPECT_FALSE(change->HasMalformedSalience());
+}
+
+}  // namespace

@@ -1,0 +1,159 @@
+#include <ornwhatsnew/WhatsNew.h>
+
+#include <string>
+#include <vector>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <ornui/utility/ResourceManager.h>
+#include <ornwhatsnew/FeatureListData.h>
+
+#include "tests/support/Builders.h"
+#include "tests/support/FakeHost.h"
+#include "tests/support/Matchers.h"
+
+namespace ornwhatsnew {
+namespace {
+
+using test_support::ChangeDescriptions;
+using test_support::DataFile;
+using test_support::Format;
+using test_support::ItemOf;
+using test_support::KeyOrder;
+using testing::ElementsAre;
+using testing::HasSubstr;
+
+// Remembers what it was asked for, fills the bytes, and says that it failed.
+class RecordingResources : public ornui::utility::ResourceManager {
+ public:
+  bool LoadResource(const UTF16String& name, const UTF16String& type,
+                    std::vector<unsigned char>& bytes) const override {
+    asked.emplace_back(name, type);
+    EXPECT_TRUE(bytes.empty());
+    bytes.assign(content.begin(), content.end());
+    return false;
+  }
+
+  std::string content;
+  mutable std::vector<std::pair<UTF16String, UTF16String>> asked;
+};
+
+class EntryPoint : public test_support::FakeHostTest {
+ protected:
+  EntryPoint() {
+    host_.AddFeature({.internalKey = "a", .epicKey = "EPIC-1", .name = "A", .enabled = false});
+    host_.AddFeature({.internalKey = "b", .epicKey = "EPIC-2", .name = "B"});
+    host_.AddFeature({.internalKey = "c", .epicKey = "EPIC-3", .name = "C"});
+  }
+
+  std::shared_ptr<FeatureListData> Load(const std::string& content) {
+    resources_.content = content;
+    return GetWhatsNew(u"WhatsNew", &resources_, host_.Getter(), host_.Setter());
+  }
+
+  const std::string data_ = DataFile()
+                                .ChangesSince("24.0")
+                                .Row({.groupingID = "EPIC-3", .description = "Three"})
+                                .Row({.groupingID = "EPIC-1", .description = "One"})
+                                .Row({.groupingID = "MISC", .description = "Other"})
+                                .Text();
+  RecordingResources resources_;
+};
+
+TEST_F(EntryPoint, AsksTheManagerForThePathAndTypeCsvOnce) {
+  Load("");
+  EXPECT_THAT(resources_.asked,
+              ElementsAre(std::pair(UTF16String(u"WhatsNew"), UTF16String(u"csv"))));
+}
+
+TEST_F(EntryPoint, UsesTheBytesWhateverTheManagerAnswers) {
+  EXPECT_THAT(ChangeDescriptions(ItemOf(*Load(data_), "EPIC-1")), ElementsAre("One"));
+}
+
+TEST_F(EntryPoint, UnknownResourceGivesAListWithoutChanges) {
+  const ornui::utility::MemoryResourceManager nothing;
+  const auto list = GetWhatsNew(u"unknown", &nothing, host_.Getter(), host_.Setter());
+  EXPECT_THAT(KeyOrder(*list), ElementsAre("UNREVIEWED", "EPIC-2", "EPIC-3", "EPIC-1", "MISC",
+                                           "BUGFIX", "INTERNAL"));
+  for (const auto& [key, item] : list->GetFeatureItems()) {
+    EXPECT_TRUE(item->GetAllChanges().empty()) << key;
+  }
+}
+
+TEST_F(EntryPoint, LoadsFromResourcesInMemory) {
+  ornui::utility::MemoryResourceManager resources;
+  resources.Add(u"WhatsNew", u"csv", {data_.begin(), data_.end()});
+  resources.Add(u"WhatsNew", u"txt", {'x'});
+  const auto list = GetWhatsNew(u"WhatsNew", &resources, host_.Getter(), host_.Setter());
+  EXPECT_THAT(ChangeDescriptions(ItemOf(*list, "EPIC-1")), ElementsAre("One"));
+}
+
+TEST_F(EntryPoint, OrdersUnreviewedThenUnlockedThenTheOthers) {
+  EXPECT_THAT(KeyOrder(*Load(data_)), ElementsAre("UNREVIEWED", "EPIC-2", "EPIC-3", "MISC",
+                                                  "BUGFIX", "INTERNAL", "EPIC-1"));
+}
+
+TEST_F(EntryPoint, TextAndResourceGiveTheSameList) {
+  const auto list = Load(data_);
+  const FeatureListData fromText(data_, host_.Getter(), host_.Setter());
+  EXPECT_EQ(KeyOrder(*list), KeyOrder(fromText));
+  ASSERT_EQ(list->GetFeatureItems().size(), fromText.GetFeatureItems().size());
+  for (const auto& [key, item] : list->GetFeatureItems()) {
+    EXPECT_EQ(item->GetItemSeenGuid(), ItemOf(fromText, key).GetItemSeenGuid()) << key;
+  }
+}
+
+TEST_F(EntryPoint, InitializingTwiceLeavesTheSameList) {
+  const auto list = Load(data_);
+  const auto order = KeyOrder(*list);
+  const Guid seen = ItemOf(*list, "EPIC-1").GetItemSeenGuid();
+  list->InitWithData(data_);
+  EXPECT_EQ(KeyOrder(*list), order);
+  EXPECT_EQ(list->GetFeatureItems().size(), 7U);
+  EXPECT_EQ(ItemOf(*list, "EPIC-1").GetItemSeenGuid(), seen);
+  EXPECT_THAT(ChangeDescriptions(ItemOf(*list, "EPIC-1")), ElementsAre("One"));
+}
+
+TEST_F(EntryPoint, InitializingAgainTakesTheHostsFeaturesOfTheMoment) {
+  const auto list = Load(data_);
+  host_.RemoveFeature("a");
+  host_.AddFeature({.internalKey = "d", .epicKey = "EPIC-4", .name = "D"});
+  list->InitWithData("");
+  EXPECT_THAT(KeyOrder(*list), ElementsAre("UNREVIEWED", "EPIC-2", "EPIC-3", "EPIC-4", "MISC",
+                                           "BUGFIX", "INTERNAL"));
+  EXPECT_FALSE(list->GetFeatureItems().contains("EPIC-1"));
+}
+
+TEST_F(EntryPoint, InitializingAgainKeepsTheChangesSinceVersion) {
+  const auto list = Load(data_);
+  list->InitWithData(DataFile().Text());
+  EXPECT_THAT(Format(*list).text, HasSubstr("Changes since v24.0\n"));
+  list->InitWithData(DataFile().ChangesSince("25.0").Text());
+  EXPECT_THAT(Format(*list).text, HasSubstr("Changes since v25.0\n"));
+}
+
+TEST_F(EntryPoint, LoadingReadsTheStateAndWritesNone) {
+  Load(data_);
+  EXPECT_EQ(host_.State().GetterCalls(), 3);
+  EXPECT_EQ(host_.State().SetterCalls(), 0);
+}
+
+TEST_F(EntryPoint, BytesAreTakenAsTheyAre) {
+  using namespace std::string_literals;
+  const auto list = Load("\xEF\xBB\xBFv,g,,,,,,,,\r\n1,EPIC-1,,,,,,,,a\0b\xFF\r\n"s);
+  EXPECT_THAT(ChangeDescriptions(ItemOf(*list, "EPIC-1")), ElementsAre("a\0b\xEF\xBF\xBD"s));
+}
+
+TEST_F(EntryPoint, CallersHoldTheListAlone) {
+  const std::weak_ptr<FeatureListData> list = Load(data_);
+  EXPECT_TRUE(list.expired());
+}
+
+TEST_F(EntryPoint, WhatTheGetterThrowsComesOut) {
+  host_.State().FailGetterCall(2);
+  EXPECT_THROW(Load(data_), test_support::InjectedFailure);
+}
+
+}  // namespace
+}  // namespace ornwhatsnew

@@ -1,0 +1,199 @@
+#include <ornwhatsnew/FeatureListData.h>
+
+#include <memory>
+#include <string>
+#include <type_traits>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "tests/support/Builders.h"
+#include "tests/support/FakeHost.h"
+#include "tests/support/Matchers.h"
+
+namespace ornwhatsnew {
+namespace {
+
+using test_support::Format;
+using test_support::InjectedFailure;
+using test_support::IsText;
+using test_support::ItemOf;
+using test_support::KeyOrder;
+using test_support::MakeItem;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+constexpr char kLastVersionKey[] = "WhatsNew.LastVersionSeenWhatsNew";
+
+static_assert(!std::is_copy_constructible_v<FeatureListData>);
+static_assert(!std::is_polymorphic_v<FeatureListData>);
+
+class FeatureList : public test_support::FakeHostTest {
+ protected:
+  FeatureListData list_{host_.Getter(), host_.Setter()};
+};
+
+TEST_F(FeatureList, StartsEmptyAndAsksTheHostForNothingStored) {
+  EXPECT_THAT(list_.GetFeatureItems(), IsEmpty());
+  EXPECT_THAT(list_.GetOrderedFeatureKeys(), IsEmpty());
+  EXPECT_EQ(list_.GetNewSeenState(), "");
+  EXPECT_EQ(host_.State().GetterCalls(), 0);
+  EXPECT_EQ(host_.State().SetterCalls(), 0);
+}
+
+TEST_F(FeatureList, TakesTheRunningVersionWhenItIsMade) {
+  host_.SetClientVersion("30.0");
+  Format(list_);
+  EXPECT_EQ(host_.State().Text(kLastVersionKey), "25.1.0.42");
+}
+
+TEST_F(FeatureList, UsesTheCallbacksThatItIsGiven) {
+  host_.SetDebugEntry(kLastVersionKey, "debug");
+  list_.RefreshInternalSeenState();
+  Format(list_);
+  EXPECT_EQ(host_.State().GetterCalls(), 3);
+  EXPECT_EQ(host_.State().SetterCalls(), 3);
+  EXPECT_EQ(host_.DebugEntry(kLastVersionKey), "debug");
+}
+
+// Loads and displays a list with these callbacks, and expects all state in the debug database.
+void ExpectDebugDatabaseHoldsTheState(test_support::FakeHost& host, StateGetter getter,
+                                      StateSetter setter) {
+  host.SetDebugEntry(kLastVersionKey, "24.0.0.1");
+  FeatureListData list("", std::move(getter), std::move(setter));
+  EXPECT_THAT(Format(list, kShowOnlyNew).text, testing::HasSubstr("opened in v24.0.0.1"));
+  EXPECT_EQ(host.DebugEntry(kLastVersionKey), "25.1.0.42");
+  EXPECT_EQ(host.State().GetterCalls(), 0);
+  EXPECT_EQ(host.State().SetterCalls(), 0);
+}
+
+TEST_F(FeatureList, KeepsStateInTheDebugDatabaseWithoutCallbacks) {
+  ExpectDebugDatabaseHoldsTheState(host_, {}, {});
+}
+
+TEST_F(FeatureList, ReplacesBothCallbacksWhenTheGetterIsMissing) {
+  ExpectDebugDatabaseHoldsTheState(host_, {}, host_.Setter());
+}
+
+TEST_F(FeatureList, ReplacesBothCallbacksWhenTheSetterIsMissing) {
+  ExpectDebugDatabaseHoldsTheState(host_, host_.Getter(), {});
+}
+
+TEST_F(FeatureList, InsertsAnItemUnderItsGroupingKey) {
+  const auto item = MakeItem({.groupingKey = "EPIC-1"});
+  list_.InsertFeatureListItem(item);
+  EXPECT_EQ(list_.GetFeatureItems().at("EPIC-1"), item);
+  EXPECT_THAT(KeyOrder(list_), ElementsAre("EPIC-1"));
+}
+
+TEST_F(FeatureList, SecondItemWithTheSameKeyIsNotStoredButItsKeyStandsTwice) {
+  const auto first = MakeItem({.groupingKey = "EPIC-1", .name = "First"});
+  list_.InsertFeatureListItem(first);
+  list_.InsertFeatureListItem(MakeItem({.groupingKey = "EPIC-1", .name = "Second"}));
+  EXPECT_EQ(list_.GetFeatureItems().size(), 1U);
+  EXPECT_EQ(list_.GetFeatureItems().at("EPIC-1"), first);
+  EXPECT_THAT(KeyOrder(list_), ElementsAre("EPIC-1", "EPIC-1"));
+}
+
+TEST_F(FeatureList, KeysDifferInLetterCase) {
+  list_.InsertFeatureListItem(MakeItem({.groupingKey = "EPIC-1"}));
+  list_.InsertFeatureListItem(MakeItem({.groupingKey = "epic-1"}));
+  EXPECT_EQ(list_.GetFeatureItems().size(), 2U);
+}
+
+TEST_F(FeatureList, MakesASectionItemOfTheFiveArguments) {
+  list_.EnsureSpecialCaseItemExists("BUGFIX", u"Bug f\u00EFxes", u"All of \u65E5");
+  const FeatureListItem& item = ItemOf(list_, "BUGFIX");
+  EXPECT_EQ(item.GetFeatureJiraIDKey(), "BUGFIX");
+  EXPECT_EQ(item.GetBetaFeatureInternalKey(), "");
+  EXPECT_EQ(item.GetFeatureName(), "Bug f\xC3\xAFxes");
+  EXPECT_EQ(item.GetFeatureDescription(), "All of \xE6\x97\xA5");
+  EXPECT_EQ(item.GetVisibility(), FeatureListItem::Visibility::kPublic);
+  EXPECT_THAT(KeyOrder(list_), ElementsAre("BUGFIX"));
+}
+
+TEST_F(FeatureList, SectionThatIsPresentStaysAsItIs) {
+  list_.EnsureSpecialCaseItemExists("BUGFIX", u"First", u"One");
+  list_.EnsureSpecialCaseItemExists("MISC", u"Miscellaneous", u"");
+  list_.EnsureSpecialCaseItemExists("BUGFIX", u"Second", u"Two");
+  EXPECT_EQ(ItemOf(list_, "BUGFIX").GetFeatureName(), "First");
+  EXPECT_EQ(ItemOf(list_, "BUGFIX").GetFeatureDescription(), "One");
+  EXPECT_THAT(KeyOrder(list_), ElementsAre("BUGFIX", "MISC"));
+}
+
+TEST_F(FeatureList, LocalizesPlainTextAsItIs) {
+  EXPECT_THAT(list_.LocalizeIfNecessary("plain #{endl} ^B @0"), IsText("plain #{endl} ^B @0"));
+  EXPECT_THAT(list_.LocalizeIfNecessary("\xE6\x97\xA5\xFF"), IsText("\xE6\x97\xA5\xEF\xBF\xBD"));
+  EXPECT_THAT(list_.LocalizeIfNecessary(""), IsText(""));
+}
+
+TEST_F(FeatureList, LocalizesAKeyThroughTheHost) {
+  EXPECT_THAT(list_.LocalizeIfNecessary("$$$/a/b=De^}fault"), IsText("De\u2019fault"));
+  EXPECT_THAT(list_.LocalizeIfNecessary("$$$/a/b"), IsText("$$$/a/b"));
+  host_.AddTranslation("$$$/a/b",
+                       "\xC3\x9C"
+                       "bersetzt#{mdash}");
+  EXPECT_THAT(list_.LocalizeIfNecessary("$$$/a/b=Default"), IsText("\u00DC"
+                                                                   "bersetzt\u2014"));
+  EXPECT_THAT(list_.LocalizeIfNecessary("$$$/a/b"), IsText("\u00DC"
+                                                           "bersetzt\u2014"));
+}
+
+TEST_F(FeatureList, ItemsAndKeysAreTheMembersThemselves) {
+  const auto& items = list_.GetFeatureItems();
+  const auto& keys = list_.GetOrderedFeatureKeys();
+  list_.EnsureSpecialCaseItemExists("MISC", u"Miscellaneous", u"");
+  EXPECT_EQ(items.size(), 1U);
+  EXPECT_THAT(keys, ElementsAre("MISC"));
+}
+
+TEST_F(FeatureList, ReleasesItemsWithTheLastHolder) {
+  std::weak_ptr<FeatureListItem> item;
+  {
+    FeatureListData list(host_.Getter(), host_.Setter());
+    list.EnsureSpecialCaseItemExists("MISC", u"Miscellaneous", u"");
+    item = list.GetFeatureItems().at("MISC");
+    EXPECT_FALSE(item.expired());
+  }
+  EXPECT_TRUE(item.expired());
+}
+
+// Bubbling leaves an empty entry for a key without item, which everything that reads passes over.
+class EmptyEntry : public FeatureList {
+ protected:
+  EmptyEntry() {
+    list_.ParseWhatsNewData("");  // puts "UNREVIEWED" into the order, without an item
+    list_.BubbleUnlockedItemsToTheTop();
+  }
+};
+
+TEST_F(EmptyEntry, StandsForAKeyWithoutAnItem) {
+  EXPECT_THAT(KeyOrder(list_), ElementsAre("UNREVIEWED"));
+  ASSERT_TRUE(list_.GetFeatureItems().contains("UNREVIEWED"));
+  EXPECT_EQ(list_.GetFeatureItems().at("UNREVIEWED"), nullptr);
+}
+
+TEST_F(EmptyEntry, IsAPresentKeyForInsertions) {
+  list_.EnsureSpecialCaseItemExists("UNREVIEWED", u"Unreviewed", u"");
+  EXPECT_THAT(KeyOrder(list_), ElementsAre("UNREVIEWED"));
+  list_.InsertFeatureListItem(MakeItem({.groupingKey = "UNREVIEWED"}));
+  EXPECT_THAT(KeyOrder(list_), ElementsAre("UNREVIEWED", "UNREVIEWED"));
+  EXPECT_EQ(list_.GetFeatureItems().at("UNREVIEWED"), nullptr);
+}
+
+TEST_F(EmptyEntry, IsNoItemForParserQueriesAndDisplay) {
+  const std::string data = test_support::DataFileText(
+      {{.groupingID = "UNREVIEWED", .description = "To the section"},
+       {.groupingID = "MISC", .salience = "Unreviewed", .description = "By its salience"}});
+  list_.ParseWhatsNewData(data);
+  list_.BubbleUnlockedItemsToTheTop();
+  EXPECT_EQ(list_.GetFeatureItems().at("UNREVIEWED"), nullptr);
+  EXPECT_FALSE(list_.IsAnythingNew({}));
+  EXPECT_FALSE(list_.IsAnythingNeedingRating());
+  list_.MarkItemHasBeenRated("UNREVIEWED");
+  EXPECT_EQ(host_.State().SetterCalls(), 0);
+  EXPECT_THAT(Format(list_).text, testing::HasSubstr("all caught up"));
+}
+
+}  // namespace
+}  // namespace ornwhatsnew

@@ -1,0 +1,209 @@
+#include <ornwhatsnew/FeatureListDetail.h>
+
+#include <stdexcept>
+#include <string>
+
+#include <gtest/gtest.h>
+
+#include "tests/support/Builders.h"
+
+namespace ornwhatsnew {
+namespace {
+
+using Detail = FeatureListDetail;
+
+const Detail kNumbered("description", "version", "epic", "story", "salience", "first", "platform",
+                       "rating", "url", "sha");
+
+Detail WithSalience(const std::string& salience) {
+  return *test_support::MakeDetail({.salience = salience});
+}
+Detail WithPlatform(const std::string& platform) {
+  return *test_support::MakeDetail({.platform = platform});
+}
+Detail WithURL(const std::string& url) {
+  return *test_support::MakeDetail({.url = url});
+}
+
+TEST(FeatureListDetail, KeepsItsTenTextsUnderTheirGetters) {
+  EXPECT_EQ(kNumbered.GetDescription(), "description");
+  EXPECT_EQ(kNumbered.GetChangeAddedVersion(), "version");
+  EXPECT_EQ(kNumbered.GetJIRAEpicID(), "epic");
+  EXPECT_EQ(kNumbered.GetJIRAStoryBugTaskID(), "story");
+  EXPECT_EQ(kNumbered.GetSalienceOptional(), "salience");
+  EXPECT_EQ(kNumbered.GetRelevantFirstVersionOptional(), "first");
+  EXPECT_EQ(kNumbered.GetRelevantPlatformOptional(), "platform");
+  EXPECT_EQ(kNumbered.GetRatingRequestOptional(), "rating");
+  EXPECT_EQ(kNumbered.GetViewMoreURLOptional(), "url");
+  EXPECT_EQ(kNumbered.GetSHAOptional(), "sha");
+}
+
+TEST(FeatureListDetail, FindsItsTextsByTheirKeys) {
+  EXPECT_EQ(kNumbered.GetField(Detail::kKeyDescription), "description");
+  EXPECT_EQ(kNumbered.GetField(Detail::kKeyVersionAdded), "version");
+  EXPECT_EQ(kNumbered.GetField(Detail::kKeyJIRAEpicID), "epic");
+  EXPECT_EQ(kNumbered.GetField(Detail::kKeyJIRAStoryBugTaskID), "story");
+  EXPECT_EQ(kNumbered.GetField(Detail::kKeySalienceOptional), "salience");
+  EXPECT_EQ(kNumbered.GetField(Detail::kKeyRelevantFirstVersionOptional), "first");
+  EXPECT_EQ(kNumbered.GetField(Detail::kKeyRelevantPlatformOptional), "platform");
+  EXPECT_EQ(kNumbered.GetField(Detail::kKeyRequestFeedbackOptional), "rating");
+  EXPECT_EQ(kNumbered.GetField(Detail::kKeyViewMoreURL), "url");
+  EXPECT_EQ(kNumbered.GetField(Detail::kKeySHANum), "sha");
+}
+
+TEST(FeatureListDetail, KeysHaveTheirNames) {
+  EXPECT_EQ(Detail::kKeyDescription, "kDescription");
+  EXPECT_EQ(Detail::kKeyJIRAEpicID, "kJIRAEpicID");
+  EXPECT_EQ(Detail::kKeyJIRAStoryBugTaskID, "kJIRAStoryBugTaskID");
+  EXPECT_EQ(Detail::kKeyVersionAdded, "kVersionAdded");
+  EXPECT_EQ(Detail::kKeySalienceOptional, "kSalienceOptional");
+  EXPECT_EQ(Detail::kKeyRelevantFirstVersionOptional, "kRelevantFirstVersionOptional");
+  EXPECT_EQ(Detail::kKeyRelevantPlatformOptional, "kRelevantPlatformOptional");
+  EXPECT_EQ(Detail::kKeyRequestFeedbackOptional, "kRequestFeedbackOptional");
+  EXPECT_EQ(Detail::kKeyViewMoreURL, "kViewMoreURL");
+  EXPECT_EQ(Detail::kKeySHANum, "kSHANum");
+}
+
+TEST(FeatureListDetail, KeywordsAreThoseOfTheDataFile) {
+  EXPECT_EQ(Detail::kSalienceHeadline, "Headline");
+  EXPECT_EQ(Detail::kSalienceDetail, "Detail");
+  EXPECT_EQ(Detail::kSalienceHideBetaFeature, "HideBetaFeature");
+  EXPECT_EQ(Detail::kSalienceHideBetaFeatureFromExternal, "HideBetaFeatureFromExternal");
+  EXPECT_EQ(Detail::kSalienceUnhideBetaFeature, "UnhideBetaFeature");
+  EXPECT_EQ(Detail::kSalienceUnreviewed, "Unreviewed");
+  EXPECT_EQ(Detail::kSalienceRatingHideBetaFeatureDescription, "RatingHidesBetaFeatureDescription");
+  EXPECT_EQ(Detail::kRequestRating, "RequestRating");
+  EXPECT_EQ(Detail::kPlatformWin, "Win");
+  EXPECT_EQ(Detail::kPlatformMac, "Mac");
+}
+
+TEST(FeatureListDetail, ThrowsOutOfRangeForAnUnknownKey) {
+  try {
+    kNumbered.GetField("kFeatureName");
+    FAIL() << "a change has no such text";
+  } catch (const std::out_of_range& error) {
+    EXPECT_STREQ(error.what(), "unordered_map::at: key not found");
+  }
+}
+
+TEST(FeatureListDetail, TakesItsTextsFromViewsAsWell) {
+  const std::string text = "description,version,rest";
+  const std::string_view view = text;
+  const Detail detail(
+      Detail::Fields{view.substr(0, 11), view.substr(12, 7), "", "", "", "", "", "", "", "sha"});
+  EXPECT_EQ(detail.GetDescription(), "description");
+  EXPECT_EQ(detail.GetChangeAddedVersion(), "version");
+  EXPECT_EQ(detail.GetSHAOptional(), "sha");
+}
+
+TEST(FeatureListDetail, BearsNoMarkAtFirstAndTheOnesThatAreSet) {
+  Detail detail = kNumbered;
+  EXPECT_FALSE(detail.HasDuplicateURL());
+  EXPECT_FALSE(detail.DetailInternalCouldNotMatchBetaFeature());
+  detail.SetHasDuplicateURL(true);
+  EXPECT_TRUE(detail.HasDuplicateURL());
+  EXPECT_FALSE(detail.DetailInternalCouldNotMatchBetaFeature());
+  detail.SetHasDuplicateURL(false);
+  detail.SetCouldNotMatchBetaFeature(true);
+  EXPECT_FALSE(detail.HasDuplicateURL());
+  EXPECT_TRUE(detail.DetailInternalCouldNotMatchBetaFeature());
+}
+
+TEST(FeatureListDetail, SaliencesForceTheirOverridesInAnyLetterCase) {
+  const struct {
+    const char* salience;
+    bool hidden;
+    bool internal;
+    bool normal;
+    bool unreviewed;
+  } cases[] = {
+      {"", false, false, false, false},
+      {"Headline", false, false, false, false},
+      {"HideBetaFeature", true, false, false, false},
+      {"hidebetafeature", true, false, false, false},
+      {"HIDEBETAFEATUREFROMEXTERNAL", false, true, false, false},
+      {"unhideBetaFeature", false, false, true, false},
+      {"UNREVIEWED", false, false, false, true},
+      {"HideBetaFeature ", false, false, false, false},
+  };
+  for (const auto& [salience, hidden, internal, normal, unreviewed] : cases) {
+    const Detail detail = WithSalience(salience);
+    EXPECT_EQ(detail.DetailForcingItemToHiddenOverride(), hidden) << salience;
+    EXPECT_EQ(detail.DetailForcingItemToInternalOverride(), internal) << salience;
+    EXPECT_EQ(detail.DetailForcingItemToNormalVisibility(), normal) << salience;
+    EXPECT_EQ(detail.DetailInternalOverrideUnreviewed(), unreviewed) << salience;
+  }
+}
+
+TEST(FeatureListDetail, SalienceKeywordIsWellFormedInAnyLetterCase) {
+  for (const char* salience :
+       {"HEADLINE", "headline", "Detail", "HideBetaFeature", "HideBetaFeatureFromExternal",
+        "Unreviewed", "RatingHidesBetaFeatureDescription"}) {
+    EXPECT_FALSE(WithSalience(salience).HasMalformedSalience()) << salience;
+  }
+}
+
+TEST(FeatureListDetail, EmptySalienceIsWellFormed) {
+  EXPECT_FALSE(WithSalience("").HasMalformedSalience());
+}
+
+TEST(FeatureListDetail, UnhideSalienceCountsAsMalformed) {
+  EXPECT_TRUE(WithSalience("UnhideBetaFeature").HasMalformedSalience());
+}
+
+TEST(FeatureListDetail, UnknownSalienceIsMalformed) {
+  for (const char* salience : {"Loud", "Headline ", " ", "RatingHideBetaFeatureDescription"}) {
+    EXPECT_TRUE(WithSalience(salience).HasMalformedSalience()) << salience;
+  }
+}
+
+TEST(FeatureListDetail, KnownPlatformIsWellFormedInAnyLetterCase) {
+  for (const char* platform : {"mac", "Mac", "MAC", "win", "WIN"}) {
+    EXPECT_FALSE(WithPlatform(platform).HasMalformedPlatform()) << platform;
+  }
+}
+
+TEST(FeatureListDetail, UnknownPlatformIsMalformed) {
+  for (const char* platform : {"Linux", "macOS", "Windows", "Mac,Win", " Mac"}) {
+    EXPECT_TRUE(WithPlatform(platform).HasMalformedPlatform()) << platform;
+  }
+}
+
+TEST(FeatureListDetail, EmptyPlatformIsWellFormed) {
+  EXPECT_FALSE(WithPlatform("").HasMalformedPlatform());
+}
+
+TEST(FeatureListDetail, UpperCaseSchemeIsAMalformedURL) {
+  EXPECT_TRUE(WithURL("HTTPS://a.example").HasMalformedURL());
+}
+
+TEST(FeatureListDetail, OnlyAURLWithTheSecureSchemeIsWellFormed) {
+  EXPECT_FALSE(WithURL("https://a.example").HasMalformedURL());
+  EXPECT_FALSE(WithURL("https://").HasMalformedURL());
+  for (const char* url : {"", "http://a.example", " https://a.example", "https:/", "a.example"}) {
+    EXPECT_TRUE(WithURL(url).HasMalformedURL()) << url;
+  }
+}
+
+TEST(FeatureListDetail, NumberOfAnEmptyVersionIsZero) {
+  EXPECT_EQ(kNumbered.ParseVersionStringToNumber(""), 0);
+}
+
+TEST(FeatureListDetail, ComponentThatIsNoNumberCountsAsZero) {
+  EXPECT_EQ(kNumbered.ParseVersionStringToNumber("1.x.3"), 1000003);
+}
+
+TEST(FeatureListDetail, ComponentOfAThousandOrMoreSpillsIntoTheNext) {
+  EXPECT_EQ(kNumbered.ParseVersionStringToNumber("2000"), 2000);
+  EXPECT_EQ(kNumbered.ParseVersionStringToNumber("1.2000"), 3000);
+}
+
+TEST(FeatureListDetail, VersionsOfDifferentLengthsDiffer) {
+  EXPECT_EQ(kNumbered.ParseVersionStringToNumber("25.1"), 25001);
+  EXPECT_EQ(kNumbered.ParseVersionStringToNumber("25.1.0"), 25001000);
+  EXPECT_EQ(kNumbered.ParseVersionStringToNumber("25.1.3"), 25001003);
+  EXPECT_EQ(kNumbered.ParseVersionStringToNumber("25.1.0.123"), 25001000123);
+}
+
+}  // namespace
+}  // namespace ornwhatsnew

@@ -1,0 +1,209 @@
+// The identities under which users' state is stored: pinned by the bytes that are fed, hashed by
+// the reference implementation, and by literal values, so that no release forgets what was seen.
+#include <memory>
+#include <string>
+
+#include <gtest/gtest.h>
+
+#include <ornwhatsnew/FeatureListItem.h>
+
+#include "tests/support/Builders.h"
+#include "tests/support/PlainRecords.h"
+#include "tests/support/PlainText.h"
+#include "tests/support/RandomSource.h"
+
+namespace ornwhatsnew {
+namespace {
+
+using test_support::ChangeRow;
+using test_support::MakeDetail;
+using test_support::MakeItem;
+using test_support::PlainHash;
+using test_support::RandomSource;
+
+constexpr std::uint64_t kSeed = 20251120;
+
+const ChangeRow kFullRow = {.version = "25.1",
+                            .groupingID = "epic-7",
+                            .storyID = "story-9",
+                            .salience = "headline",
+                            .ratingRequest = "RequestRating",
+                            .firstVersion = "24.0",
+                            .platform = "mac",
+                            .url = "https://a.example/1",
+                            .sha = "abc123",
+                            .description = "Faster export"};
+
+std::string Bytes(const Guid& guid) {
+  return {guid.GuidToBytes().begin(), guid.GuidToBytes().end()};
+}
+
+Guid Seen(const ChangeRow& row) {
+  return MakeDetail(row)->GetItemSeenGuid();
+}
+Guid Rated(const ChangeRow& row) {
+  return MakeDetail(row)->GetItemRatedGuid();
+}
+
+TEST(Identity, SeenIdentityOfAChangeHashesTagAndNineTexts) {
+  EXPECT_EQ(Seen(kFullRow),
+            PlainHash("FeatureChangeListFaster export25.1epic-7story-9headline24.0mac"
+                      "https://a.example/1abc123"));
+}
+
+TEST(Identity, SeenIdentityOfAnEmptyChangeIsThatOfItsTag) {
+  EXPECT_EQ(Seen({}), PlainHash("FeatureChangeList"));
+}
+
+TEST(Identity, RatedIdentityOfAChangeHashesTagAndRequestOnly) {
+  EXPECT_EQ(Rated(kFullRow), PlainHash("FeatureChangeRatedListRequestRating"));
+  EXPECT_EQ(Rated({.ratingRequest = "RequestRating"}), Rated(kFullRow));
+  EXPECT_EQ(Rated({}), PlainHash("FeatureChangeRatedList"));
+}
+
+TEST(Identity, RatedIdentityTakesTheKeyOfALocalisedRequest) {
+  EXPECT_EQ(Rated({.ratingRequest = "$$$/private/ask=How was it?"}),
+            PlainHash("FeatureChangeRatedList$$$/ask"));
+}
+
+TEST(Identity, ChangesThatDifferInTheirRatingRequestAreSeenAlikeAndRatedApart) {
+  ChangeRow other = kFullRow;
+  other.ratingRequest = "How was it?";
+  EXPECT_EQ(Seen(other), Seen(kFullRow));
+  EXPECT_NE(Rated(other), Rated(kFullRow));
+}
+
+TEST(Identity, EveryOtherTextOfAChangeTakesPart) {
+  for (std::string ChangeRow::*text :
+       {&ChangeRow::version, &ChangeRow::groupingID, &ChangeRow::storyID, &ChangeRow::salience,
+        &ChangeRow::firstVersion, &ChangeRow::platform, &ChangeRow::url, &ChangeRow::sha,
+        &ChangeRow::description}) {
+    ChangeRow other = kFullRow;
+    other.*text += "x";
+    EXPECT_NE(Seen(other), Seen(kFullRow)) << other.*text;
+  }
+}
+
+TEST(Identity, DefaultTextOfALocalisedDescriptionDoesNotCount) {
+  EXPECT_EQ(Seen({.description = "$$$/a/b=Old words"}), Seen({.description = "$$$/a/b=New words"}));
+}
+
+TEST(Identity, KeyOfALocalisedDescriptionCounts) {
+  EXPECT_NE(Seen({.description = "$$$/a/b=Words"}), Seen({.description = "$$$/a/c=Words"}));
+}
+
+TEST(Identity, PrivateAreaOfALocalisedDescriptionDoesNotCount) {
+  EXPECT_EQ(Seen({.description = "$$$/private/a=x"}), Seen({.description = "$$$/a=y"}));
+}
+
+TEST(Identity, EveryTextOfAChangeIsReducedToItsKey) {
+  EXPECT_EQ(Seen({.version = "$$$/v=1",
+                  .groupingID = "$$$/private/e=1",
+                  .storyID = "$$$/s=1",
+                  .salience = "$$$/l=1",
+                  .firstVersion = "$$$/f=1",
+                  .platform = "$$$/p=1",
+                  .url = "$$$/u=1",
+                  .sha = "$$$/h=1",
+                  .description = "$$$/d=1"}),
+            PlainHash("FeatureChangeList$$$/d$$$/v$$$/e$$$/s$$$/l$$$/f$$$/p$$$/u$$$/h"));
+}
+
+TEST(Identity, ItemWithoutChangesHasBothIdentities) {
+  const auto item = MakeItem({"EPIC-7", "export", "Export", "Exports files"});
+  EXPECT_EQ(item->GetItemSeenGuid(),
+            PlainHash("FeatureItemSeenListEPIC-7exportExportExports files"));
+  EXPECT_EQ(item->GetItemRatedGuid(), PlainHash("FeatureItemRatedListexport"));
+}
+
+TEST(Identity, SeenIdentityOfAnItemTakesItsURLAndDescribedChanges) {
+  const auto item =
+      MakeItem({"EPIC-7", "export", "Export", "Exports files"},
+               {kFullRow, {.ratingRequest = "RequestRating"}, {.description = "More"}});
+  EXPECT_EQ(item->GetItemSeenGuid(),
+            PlainHash("FeatureItemSeenListEPIC-7exportExportExports fileshttps://a.example/1" +
+                      Bytes(Seen(kFullRow)) + Bytes(Seen({.description = "More"}))));
+}
+
+TEST(Identity, RatedIdentityOfAnItemTakesItsRatingRequestsInOrder) {
+  const auto item =
+      MakeItem({"EPIC-7", "export", "Export", "Exports files"},
+               {{.ratingRequest = "first"}, {.description = "x"}, {.ratingRequest = "second"}});
+  EXPECT_EQ(item->GetItemRatedGuid(),
+            PlainHash("FeatureItemRatedListexport" + Bytes(Rated({.ratingRequest = "first"})) +
+                      Bytes(Rated({.ratingRequest = "second"}))));
+}
+
+TEST(Identity, KeysOfAnItemAreTakenWholeAndItsTextsByTheirKeys) {
+  const auto item = MakeItem({"$$$/k=1", "$$$/private/i=1", "$$$/n=1", "$$$/private/d=1"});
+  EXPECT_EQ(item->GetItemSeenGuid(),
+            PlainHash("FeatureItemSeenList$$$/k=1$$$/private/i=1$$$/n$$$/d"));
+  EXPECT_EQ(item->GetItemRatedGuid(), PlainHash("FeatureItemRatedList$$$/private/i=1"));
+}
+
+TEST(Identity, CustomRatingTextIsNotFed) {
+  const auto item = MakeItem({"EPIC-7", "export", "Export", "Exports files"});
+  const Guid seen = item->GetItemSeenGuid();
+  const Guid rated = item->GetItemRatedGuid();
+  item->SetCustomRatingStr("How was it?");
+  EXPECT_EQ(item->GetItemSeenGuid(), seen);
+  EXPECT_EQ(item->GetItemRatedGuid(), rated);
+}
+
+TEST(Identity, ReorderedDescribedChangesChangeTheItemAndNotThemselves) {
+  const ChangeRow one = {.description = "One"};
+  const ChangeRow two = {.description = "Two"};
+  const auto item = MakeItem({.groupingKey = "EPIC-7"}, {one, two});
+  const auto reordered = MakeItem({.groupingKey = "EPIC-7"}, {two, one});
+  EXPECT_NE(item->GetItemSeenGuid(), reordered->GetItemSeenGuid());
+  EXPECT_EQ(item->GetAllChanges()[0]->GetItemSeenGuid(),
+            reordered->GetAllChanges()[1]->GetItemSeenGuid());
+  EXPECT_EQ(item->GetAllChanges()[1]->GetItemSeenGuid(),
+            reordered->GetAllChanges()[0]->GetItemSeenGuid());
+}
+
+TEST(Identity, ChangeWithoutDescriptionDoesNotTouchTheItemsSeenIdentity) {
+  EXPECT_EQ(
+      MakeItem({.groupingKey = "EPIC-7"}, {{.ratingRequest = "RequestRating"}})->GetItemSeenGuid(),
+      MakeItem({.groupingKey = "EPIC-7"})->GetItemSeenGuid());
+}
+
+TEST(Identity, KeysThatConcatenateAlikeAreTheSameItem) {
+  const auto one = MakeItem({"AB", "C", "Name", "Text"});
+  const auto other = MakeItem({"A", "BC", "Name", "Text"});
+  EXPECT_EQ(one->GetItemSeenGuid(), other->GetItemSeenGuid());
+}
+
+// Stored by users of every release so far.
+TEST(Identity, StoredIdentitiesNeverChange) {
+  const auto item = MakeItem({"EPIC-7", "export", "Export", "Exports files"}, {kFullRow});
+  EXPECT_EQ(Seen({}).AsUTF8String(), "38f2e02d-6114-bd02-08f4-00fbcaf073d5");
+  EXPECT_EQ(Seen(kFullRow).AsUTF8String(), "9d29b31b-d514-0303-7926-eb082557e5e5");
+  EXPECT_EQ(Rated(kFullRow).AsUTF8String(), "e353e048-1928-0b3e-02df-c276fd47c88e");
+  EXPECT_EQ(item->GetItemSeenGuid().AsUTF8String(), "a7174684-5de6-9522-4051-c3fe79eecf1d");
+  EXPECT_EQ(item->GetItemRatedGuid().AsUTF8String(), "96d51aba-3c59-2c69-f8a5-c7a8621048cd");
+  EXPECT_EQ(Seen({.description = "\xE6\x97\xA5\xFF"}).AsUTF8String(),
+            "70348520-21eb-a87f-28a3-d27128f313d9");
+}
+
+TEST(Identity, RandomRecordsHaveThePlainIdentities) {
+  RandomSource random(kSeed);
+  for (int i = 0; i < 500; ++i) {
+    const auto text = [&random] { return random.HostileText(random.OneIn(8) ? 40 : 4); };
+    const auto item = MakeItem({text(), text(), text(), text()});
+    for (std::size_t changes = random.Below(5); changes > 0; --changes) {
+      item->AddFeatureDetail(MakeDetail(
+          {text(), text(), text(), text(), text(), text(), text(), text(), text(), text()}));
+    }
+    const auto plain = test_support::PlainCopy(*item);
+    ASSERT_EQ(item->GetItemSeenGuid(), plain.Seen()) << "round " << i;
+    ASSERT_EQ(item->GetItemRatedGuid(), plain.Rated()) << "round " << i;
+    for (std::size_t c = 0; c < plain.changes.size(); ++c) {
+      ASSERT_EQ(item->GetAllChanges()[c]->GetItemSeenGuid(), plain.changes[c].Seen());
+      ASSERT_EQ(item->GetAllChanges()[c]->GetItemRatedGuid(), plain.changes[c].Rated());
+    }
+  }
+}
+
+}  // namespace
+}  // namespace ornwhatsnew

@@ -1,0 +1,117 @@
+#include "ornwhatsnew/src/KeyOrder.h"
+
+#include <algorithm>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "tests/support/RandomSource.h"
+
+namespace ornwhatsnew {
+namespace {
+
+using Order = std::list<std::string>;
+using test_support::RandomSource;
+
+constexpr std::uint64_t kSeed = 20251120;
+constexpr const char* kKeys[] = {"", "A", "B", "C", "D", "E", "F", "a", "UNREVIEWED"};
+
+Order RandomOrder(RandomSource& random) {
+  Order order;
+  for (std::size_t count = random.Below(12); count > 0; --count) {
+    order.emplace_back(random.Pick(kKeys));
+  }
+  return order;
+}
+
+// Keys to move, each once, some of which stand nowhere in the order.
+MovingKeys RandomKeys(RandomSource& random) {
+  MovingKeys keys;
+  for (std::size_t count = random.Below(8); count > 0; --count) {
+    const std::string_view key = random.Pick(kKeys);
+    if (std::ranges::find(keys, key) == keys.end()) keys.push_back(key);
+  }
+  return keys;
+}
+
+TEST(KeyOrder, MovesKeysToTheFrontInTheGivenOrder) {
+  Order order = {"A", "B", "C", "D"};
+  MoveKeysToFront(order, {"D", "B"});
+  EXPECT_EQ(order, (Order{"D", "B", "A", "C"}));
+}
+
+TEST(KeyOrder, MovesKeysToTheBackInTheGivenOrder) {
+  Order order = {"A", "B", "C", "D"};
+  MoveKeysToBack(order, {"C", "A"});
+  EXPECT_EQ(order, (Order{"B", "D", "C", "A"}));
+}
+
+TEST(KeyOrder, LeavesOneOccurrenceOfARepeatedKey) {
+  Order order = {"A", "B", "A", "C", "A"};
+  MoveKeysToFront(order, {"A"});
+  EXPECT_EQ(order, (Order{"A", "B", "C"}));
+
+  order = {"A", "B", "A", "C", "A"};
+  MoveKeysToBack(order, {"A"});
+  EXPECT_EQ(order, (Order{"B", "C", "A"}));
+}
+
+TEST(KeyOrder, LeavesRepeatsOfOtherKeys) {
+  Order order = {"A", "B", "A"};
+  MoveKeysToFront(order, {"B"});
+  EXPECT_EQ(order, (Order{"B", "A", "A"}));
+}
+
+TEST(KeyOrder, PutsKeysThatStoodNowhere) {
+  Order order = {"A"};
+  MoveKeysToFront(order, {"X"});
+  MoveKeysToBack(order, {"Y"});
+  EXPECT_EQ(order, (Order{"X", "A", "Y"}));
+}
+
+TEST(KeyOrder, TakesAMovingKeyOnceHoweverOftenItComes) {
+  Order order = {"A", "B", "C"};
+  MoveKeysToFront(order, {"C", "B", "C"});
+  EXPECT_EQ(order, (Order{"C", "B", "A"}));
+}
+
+TEST(KeyOrder, MovesNothingWithoutKeys) {
+  Order order = {"A", "A", "B"};
+  MoveKeysToFront(order, {});
+  MoveKeysToBack(order, {});
+  EXPECT_EQ(order, (Order{"A", "A", "B"}));
+}
+
+TEST(KeyOrder, MovesToTheFrontLikeOneRemovalAndInsertionAfterTheOther) {
+  RandomSource random(kSeed);
+  for (int i = 0; i < 2000; ++i) {
+    Order order = RandomOrder(random);
+    const MovingKeys keys = RandomKeys(random);
+    Order expected = order;
+    for (auto key = keys.rbegin(); key != keys.rend(); ++key) {
+      expected.remove(std::string(*key));
+      expected.emplace_front(*key);
+    }
+    MoveKeysToFront(order, keys);
+    ASSERT_EQ(order, expected) << "round " << i << ", seed " << kSeed;
+  }
+}
+
+TEST(KeyOrder, MovesToTheBackLikeOneRemovalAndAppendingAfterTheOther) {
+  RandomSource random(kSeed);
+  for (int i = 0; i < 2000; ++i) {
+    Order order = RandomOrder(random);
+    const MovingKeys keys = RandomKeys(random);
+    Order expected = order;
+    for (const std::string_view key : keys) {
+      expected.remove(std::string(key));
+      expected.emplace_back(key);
+    }
+    MoveKeysToBack(order, keys);
+    ASSERT_EQ(order, expected) << "round " << i << ", seed " << kSeed;
+  }
+}
+
+}  // namespace
+}  // namespace ornwhatsnew

@@ -1,0 +1,228 @@
+#include "ornwhatsnew/src/StyledTextWriter.h"
+
+#include <limits>
+#include <string>
+
+#include <gtest/gtest.h>
+
+#include <ornwhatsnew/FeatureListData.h>
+
+#include "tests/support/FakeHost.h"
+#include "tests/support/PlainText.h"
+#include "tests/support/RandomSource.h"
+
+namespace ornwhatsnew {
+namespace {
+
+using test_support::PlainUTF8to16;
+using test_support::RandomSource;
+
+constexpr std::uint64_t kSeed = 20251120;
+constexpr int kMax = std::numeric_limits<int>::max();
+constexpr int kMin = std::numeric_limits<int>::min();
+
+StyleRun RunAt(int start, int length, std::u16string text = {}) {
+  return {{start, length}, std::move(text)};
+}
+
+class StyledText : public test_support::FakeHostTest {
+ protected:
+  // The run that one capture records.
+  StyleRun Capture(const UTF16String& before, const UTF16String& piece, int startAdjust = 0,
+                   int lengthAdjust = 0, const UTF16String& runString = {}) const {
+    StyleRunMap runs;
+    list_.CaptureStyle(kStyleHeader, before, piece, startAdjust, lengthAdjust, runString, runs);
+    return runs.at(kStyleHeader).at(0);
+  }
+
+  const FeatureListData list_{host_.Getter(), host_.Setter()};
+};
+
+TEST_F(StyledText, StylesHaveTheNumbersThatHostsMap) {
+  EXPECT_EQ(static_cast<int>(kStyleFeatureTitle), 0);
+  EXPECT_EQ(static_cast<int>(kStyleFeatureDescription), 1);
+  EXPECT_EQ(static_cast<int>(kStyleChangeText), 2);
+  EXPECT_EQ(static_cast<int>(kStyleHeader), 3);
+  EXPECT_EQ(static_cast<int>(kStyleInternalCode), 4);
+  EXPECT_EQ(static_cast<int>(kStyleCommitLink), 5);
+  EXPECT_EQ(static_cast<int>(kStyleHotSpot), 6);
+  EXPECT_EQ(static_cast<int>(kStyleIssueLink), 7);
+  EXPECT_EQ(static_cast<int>(kStyleUnlockLabel), 9);
+  EXPECT_EQ(static_cast<int>(kStyleInternalWarning), 10);
+  EXPECT_EQ(static_cast<int>(kStyleUnlockLabelBox), 11);
+  EXPECT_EQ(static_cast<int>(kStyleRatingPlaceholder), 13);
+}
+
+TEST_F(StyledText, CaptureRecordsAnEmptyPieceWithLengthZero) {
+  EXPECT_EQ(Capture(u"abc", u""), RunAt(3, 0));
+}
+
+TEST_F(StyledText, CaptureCountsBytesInsteadOfUnits) {
+  EXPECT_EQ(Capture(u"\u00C4", u"\u00E9"), RunAt(2, 2));
+  EXPECT_EQ(Capture(u"\u65E5", u"\U0001F600"), RunAt(3, 4));
+}
+
+TEST_F(StyledText, CaptureWithIssueLinkAdjustmentsOfAOneUnitPieceGivesLengthZero) {
+  EXPECT_EQ(Capture(u"", u"x", 1, -1), RunAt(1, 0));
+}
+
+TEST_F(StyledText, CaptureRecordsANegativeLengthAsItIs) {
+  EXPECT_EQ(Capture(u"", u"", 1, -1), RunAt(1, -1));
+}
+
+TEST_F(StyledText, CaptureCopiesTheRunString) {
+  EXPECT_EQ(Capture(u"", u"x", 0, 0, u"https://a.example"), RunAt(0, 1, u"https://a.example"));
+}
+
+TEST_F(StyledText, CaptureAppendsToTheRunsOfItsStyle) {
+  StyleRunMap runs;
+  list_.CaptureStyle(kStyleHotSpot, u"", u"a", 0, 0, {}, runs);
+  list_.CaptureStyle(kStyleHeader, u"a", u"b", 0, 0, {}, runs);
+  list_.CaptureStyle(kStyleHotSpot, u"ab", u"c", 0, 0, {}, runs);
+  EXPECT_EQ(runs, (StyleRunMap{{kStyleHotSpot, {RunAt(0, 1), RunAt(2, 1)}},
+                               {kStyleHeader, {RunAt(1, 1)}}}));
+}
+
+TEST_F(StyledText, CaptureMakesAnEntryForAStyleOfTheHost) {
+  StyleRunMap runs;
+  list_.CaptureStyle(static_cast<StyleID>(8), u"", u"a", 0, 0, {}, runs);
+  EXPECT_EQ(runs.size(), 1U);
+}
+
+TEST_F(StyledText, CaptureAdjustsInWrappingArithmetic) {
+  EXPECT_EQ(Capture(u"a", u"ab", kMax, kMax), RunAt(kMin, kMin + 1));
+  EXPECT_EQ(Capture(u"", u"", kMin, kMin), RunAt(kMin, kMin));
+  EXPECT_EQ(Capture(u"a", u"a", -2, -2), RunAt(-1, -1));
+}
+
+TEST_F(StyledText, CaptureCountsALoneSurrogateAsTheReplacementCharacter) {
+  EXPECT_EQ(Capture(u"\xD800", u"\xDC00"), RunAt(3, 3));
+  EXPECT_EQ(Capture(u"\xD800\xDC00", u""), RunAt(4, 0));
+}
+
+TEST_F(StyledText, RecordedRunsWrapBeyondThirtyTwoBits) {
+  StyleRunMap runs;
+  RecordStyleRun(kStyleHeader, 0x1'0000'0005U, 0x8000'0000U, {-5, -1}, {}, runs);
+  EXPECT_EQ(runs.at(kStyleHeader).at(0), RunAt(0, kMax));
+}
+
+TEST(StyledTextWriter, ClearsTheRunsThatItIsGiven) {
+  StyleRunMap runs = {{kStyleHeader, {RunAt(1, 2)}}};
+  const StyledTextWriter writer(runs);
+  EXPECT_TRUE(runs.empty());
+}
+
+TEST(StyledTextWriter, TextIsThePiecesInOrder) {
+  StyleRunMap runs;
+  StyledTextWriter writer(runs);
+  writer.Append(u"a\u00E9");
+  writer.Append(kStyleHeader, u"b");
+  writer.AppendUTF8(kStyleChangeText, "\xE6\x97\xA5");
+  EXPECT_EQ(writer.TakeText(), u"a\u00E9b\u65E5");
+  EXPECT_EQ(runs, (StyleRunMap{{kStyleHeader, {RunAt(3, 1)}}, {kStyleChangeText, {RunAt(4, 3)}}}));
+}
+
+TEST(StyledTextWriter, TakenTextLeavesAnEmptyWriter) {
+  StyleRunMap runs;
+  StyledTextWriter writer(runs);
+  writer.Append(u"abc");
+  writer.TakeText();
+  writer.Append(kStyleHeader, u"d");
+  EXPECT_EQ(writer.TakeText(), u"d");
+  EXPECT_EQ(runs.at(kStyleHeader).at(0), RunAt(0, 1));
+}
+
+TEST(StyledTextWriter, HalvesThatMeetCountAsOneCharacter) {
+  StyleRunMap runs;
+  StyledTextWriter writer(runs);
+  writer.Append(kStyleHeader, u"\xD83D");
+  writer.Append(kStyleHeader, u"\xDE00");
+  writer.Append(kStyleHeader, u"x");
+  EXPECT_EQ(runs.at(kStyleHeader), (std::vector{RunAt(0, 3), RunAt(3, 3), RunAt(4, 1)}));
+}
+
+TEST(StyledTextWriter, EmptyPieceBetweenTwoHalvesDoesNotPartThem) {
+  StyleRunMap runs;
+  StyledTextWriter writer(runs);
+  writer.Append(u"\xD83D");
+  writer.Append(kStyleHeader, u"");
+  writer.Append(u"\xDE00");
+  writer.Append(kStyleHeader, u"");
+  EXPECT_EQ(runs.at(kStyleHeader), (std::vector{RunAt(3, 0), RunAt(4, 0)}));
+}
+
+TEST(StyledTextWriter, IllFormedUTF8IsMeasuredAsItWillRead) {
+  StyleRunMap runs;
+  StyledTextWriter writer(runs);
+  writer.AppendUTF8(kStyleHeader, "\xFF\xE2\x82");
+  writer.Append(kStyleHeader, u"x");
+  EXPECT_EQ(runs.at(kStyleHeader), (std::vector{RunAt(0, 6), RunAt(6, 1)}));
+  EXPECT_EQ(writer.TakeText(), u"\uFFFD\uFFFDx");
+}
+
+// The writer on random pieces, against captures that measure the whole text each time.
+class AgainstCapture : public StyledText {
+ protected:
+  void AppendRandomPiece(RandomSource& random) {
+    const auto style = static_cast<StyleID>(random.Below(14));
+    const std::u16string piece = random.HostileUTF16(4);
+    const std::u16string runString = random.HostileUTF16(2);
+    const RunAdjustment adjustment = random.Flip() ? RunAdjustment{1, -1} : RunAdjustment{kMax, 7};
+    switch (random.Below(4)) {
+      case 0:
+        writer_.Append(piece);
+        break;
+      case 1:
+        Capture(style, piece, runString, adjustment);
+        writer_.Append(style, piece, runString, adjustment);
+        break;
+      case 2:
+        Capture(style, piece, {}, {});
+        writer_.RecordRunBefore(style, piece);
+        return;
+      default: {
+        const std::string bytes = random.HostileText(3);
+        Capture(style, PlainUTF8to16(bytes), {}, {});
+        writer_.AppendUTF8(style, bytes);
+        expectedText_ += PlainUTF8to16(bytes);
+        return;
+      }
+    }
+    expectedText_ += piece;
+  }
+
+  void Capture(StyleID style, const UTF16String& piece, const UTF16String& runString,
+               RunAdjustment adjustment) {
+    list_.CaptureStyle(style, expectedText_, piece, adjustment.start, adjustment.length, runString,
+                       expectedRuns_);
+  }
+
+  StyleRunMap runs_;
+  StyledTextWriter writer_{runs_};
+  std::u16string expectedText_;
+  StyleRunMap expectedRuns_;
+};
+
+TEST_F(AgainstCapture, RandomPiecesHaveTheRunsOfTheWholeText) {
+  RandomSource random(kSeed);
+  SCOPED_TRACE("seed " + std::to_string(kSeed));
+  for (int i = 0; i < 1500; ++i) {
+    AppendRandomPiece(random);
+    ASSERT_EQ(runs_, expectedRuns_) << "after piece " << i;
+  }
+  EXPECT_EQ(writer_.TakeText(), expectedText_);
+}
+
+TEST_F(AgainstCapture, CaptureMeasuresLikeAConversionOfTheText) {
+  RandomSource random(kSeed);
+  for (int i = 0; i < 2000; ++i) {
+    const std::u16string before = random.HostileUTF16(40);
+    const std::u16string piece = random.HostileUTF16(8);
+    const auto start = static_cast<int>(test_support::PlainUTF16to8(before).size());
+    const auto length = static_cast<int>(test_support::PlainUTF16to8(piece).size());
+    ASSERT_EQ(StyledText::Capture(before, piece), RunAt(start, length)) << "round " << i;
+  }
+}
+
+}  // namespace
+}  // namespace ornwhatsnew

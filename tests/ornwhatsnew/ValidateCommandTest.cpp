@@ -1,0 +1,156 @@
+#include <cerrno>
+#include <filesystem>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include <orncore/config/InitializerRegistrar.h>
+#include <orncore/console/CommandRegistry.h>
+#include <orncore/debug/DebugDatabase.h>
+#include <orncore/debug/Log.h>
+#include <orncore/string/Conversion.h>
+#include <ornwhatsnew/FeatureListData.h>
+
+#include "tests/support/Builders.h"
+#include "tests/support/FakeHost.h"
+#include "tests/support/TemporaryFolder.h"
+
+namespace ornwhatsnew {
+namespace {
+
+using orncore::config::EInitializerContextFlags;
+using orncore::console::CommandRegistry;
+using orncore::debug::DebugDatabase;
+using orncore::debug::MemoryDebugStore;
+using orncore::string::UTF16to8;
+using orncore::string::UTF8to16;
+using test_support::DataFile;
+using tests::support::TemporaryFolder;
+
+class ValidateCommand : public test_support::FakeHostTest {
+ protected:
+  ValidateCommand() {
+    orncore::config::InitializeContexts(EInitializerContextFlags::kConsole);
+    DebugDatabase::Instance().SetStore(store_);
+  }
+  ~ValidateCommand() override {
+    orncore::config::ShutdownContexts(EInitializerContextFlags::kConsole);
+  }
+
+  // Runs the command with this argument text and gives what it wrote.
+  std::string Validate(const std::string& argument) {
+    std::basic_ostringstream<char16_t> output;
+    result_ = CommandRegistry::Instance().RunLine(UTF8to16("ValidateWhatsNew " + argument), output);
+    return UTF16to8(output.str());
+  }
+
+  std::string Path(const char* name) const { return (folder_.Path() / name).string(); }
+
+  TemporaryFolder folder_;
+  std::shared_ptr<MemoryDebugStore> store_ = std::make_shared<MemoryDebugStore>();
+  std::optional<int> result_;
+};
+
+TEST_F(ValidateCommand, WithoutArgumentPrintsOnlyTheUsageLine) {
+  EXPECT_EQ(Validate(""),
+            "ValidateWhatsNew filepath - Parse a What's New file to validate changes before "
+            "commiting to version control\n");
+  EXPECT_EQ(result_, 0);
+}
+
+TEST_F(ValidateCommand, ReportsThatAFileWasRead) {
+  const std::string path =
+      folder_.Write("data.csv", DataFile().Row({.groupingID = "MISC"}).Text()).string();
+  EXPECT_EQ(Validate(path), "Reading What's New file at \"" + path + "\" finished\n");
+  EXPECT_EQ(result_, 0);
+}
+
+TEST_F(ValidateCommand, ReportsAMissingFileWithANegativeResult) {
+  const std::string path = Path("missing.csv");
+  EXPECT_EQ(Validate(path), "Failed to read What's New file at \"" + path +
+                                "\" with result: " + std::to_string(-ENOENT) + "\n");
+  EXPECT_EQ(result_, 0);
+}
+
+TEST_F(ValidateCommand, ReportsADirectoryWithANegativeResult) {
+  const std::string path = folder_.Path().string();
+  EXPECT_EQ(Validate(path), "Failed to read What's New file at \"" + path +
+                                "\" with result: " + std::to_string(-EISDIR) + "\n");
+  EXPECT_EQ(result_, 0);
+}
+
+TEST_F(ValidateCommand, FinishesAnEmptyFile) {
+  const std::string path = folder_.Write("empty.csv", "").string();
+  EXPECT_EQ(Validate(path), "Reading What's New file at \"" + path + "\" finished\n");
+  EXPECT_EQ(result_, 0);
+}
+
+TEST_F(ValidateCommand, FinishesAFileOfArbitraryBytes) {
+  const std::string path =
+      folder_.Write("bytes.csv", std::string("\xFF\x00\",\n,\xED\xA0\x80,\"", 11)).string();
+  EXPECT_EQ(Validate(path), "Reading What's New file at \"" + path + "\" finished\n");
+}
+
+TEST_F(ValidateCommand, TakesTheWholeArgumentAsOnePath) {
+  const std::string path = folder_.Write(" two  words,\"quoted\" .csv", "").string();
+  EXPECT_EQ(Validate(path), "Reading What's New file at \"" + path + "\" finished\n");
+}
+
+TEST_F(ValidateCommand, PrintsTheFullPathOfARelativeOne) {
+  const std::string name = "no such file of a relative path.csv";
+  const std::string full = (std::filesystem::current_path() / name).string();
+  EXPECT_NE(Validate(name).find('"' + full + '"'), std::string::npos);
+}
+
+TEST_F(ValidateCommand, NeverWritesPersistedState) {
+  host_.AddFeature({.internalKey = "export", .epicKey = "EPIC-1", .name = "Export"});
+  const std::string path =
+      folder_.Write("data.csv", DataFile().Row({.groupingID = "EPIC-1"}).Text()).string();
+  Validate(path);
+  EXPECT_EQ(store_->Entries(), MemoryDebugStore::EntryMap());
+
+  store_->Store("WhatsNew.LastVersionSeenWhatsNew", "24.0");
+  const auto before = store_->Entries();
+  Validate(path);
+  EXPECT_EQ(store_->Entries(), before);
+}
+
+// A developer's own settings count for the parse; reading them is all that can be seen of it.
+TEST_F(ValidateCommand, ReadsTheStateOfTheDebugDatabase) {
+  class AskedStore final : public orncore::debug::DebugStore {
+   public:
+    std::optional<std::string> Find(std::string_view key) const override {
+      asked.emplace_back(key);
+      return std::nullopt;
+    }
+    void Store(std::string_view, std::string_view) override { ADD_FAILURE(); }
+    mutable std::vector<std::string> asked;
+  };
+  const auto store = std::make_shared<AskedStore>();
+  DebugDatabase::Instance().SetStore(store);
+  Validate(folder_.Write("data.csv", "").string());
+  EXPECT_EQ(store->asked,
+            (std::vector<std::string>{"WhatsNew.LastVersionSeenWhatsNew",
+                                      "WhatsNew.AllVersionSeenWhatsNew", "WhatsNew.AllSeenItems"}));
+}
+
+TEST_F(ValidateCommand, LogsAnExceptionOfTheParseAndReportsNoFinish) {
+  class FailingStore final : public orncore::debug::DebugStore {
+   public:
+    std::optional<std::string> Find(std::string_view) const override {
+      throw std::runtime_error("store out of order");
+    }
+    void Store(std::string_view, std::string_view) override {}
+  };
+  DebugDatabase::Instance().SetStore(std::make_shared<FailingStore>());
+  std::string logged;
+  orncore::debug::SetLogSink([&logged](std::string_view line) { logged += line; });
+  EXPECT_EQ(Validate(folder_.Write("data.csv", "").string()), "");
+  EXPECT_EQ(result_, 0);
+  EXPECT_NE(logged.find("store out of order"), std::string::npos) << logged;
+}
+
+}  // namespace
+}  // namespace ornwhatsnew

@@ -1,0 +1,130 @@
+#include <ornwhatsnew/utility/PersistedList.h>
+
+#include <set>
+#include <string>
+#include <vector>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "tests/support/PlainText.h"
+#include "tests/support/RandomSource.h"
+
+namespace ornwhatsnew {
+namespace {
+
+using test_support::PlainHash;
+using test_support::RandomSource;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::UnorderedElementsAre;
+
+constexpr std::uint64_t kSeed = 20251120;
+
+TEST(PersistedList, EmptyTextHasNoPieces) {
+  EXPECT_THAT(SplitPersistedList(""), IsEmpty());
+  EXPECT_THAT(ParseGuidList(""), IsEmpty());
+}
+
+TEST(PersistedList, SplitsAtEachBlankWithoutMergingThem) {
+  EXPECT_THAT(SplitPersistedList("a"), ElementsAre("a"));
+  EXPECT_THAT(SplitPersistedList("a b"), ElementsAre("a", "b"));
+  EXPECT_THAT(SplitPersistedList("a  b"), ElementsAre("a", "", "b"));
+  EXPECT_THAT(SplitPersistedList(" "), ElementsAre("", ""));
+  EXPECT_THAT(SplitPersistedList(" a "), ElementsAre("", "a", ""));
+}
+
+TEST(PersistedList, OnlyTheBlankSeparates) {
+  EXPECT_THAT(SplitPersistedList("a\tb\nc\xC2\xA0"), ElementsAre("a\tb\nc\xC2\xA0"));
+}
+
+TEST(PersistedList, PiecesViewTheText) {
+  const std::string text = "first second";
+  const auto pieces = SplitPersistedList(text);
+  ASSERT_EQ(pieces.size(), 2U);
+  EXPECT_EQ(pieces[0].data(), text.data());
+  EXPECT_EQ(pieces[1].data(), text.data() + 6);
+}
+
+TEST(PersistedList, SplitsLikeThePlainLoop) {
+  RandomSource random(kSeed);
+  for (int i = 0; i < 3000; ++i) {
+    std::string text = random.HostileText(20);
+    if (text.empty()) continue;
+    const auto pieces = SplitPersistedList(text);
+    EXPECT_EQ(std::vector<std::string>(pieces.begin(), pieces.end()),
+              test_support::PlainSplit(text, ' '))
+        << text;
+  }
+}
+
+TEST(PersistedList, JoinsInAscendingByteOrder) {
+  EXPECT_EQ(JoinPersistedList({}), "");
+  EXPECT_EQ(JoinPersistedList({"b", "B", "\xC3\xA9", "a", "10", "9"}), "10 9 B a b \xC3\xA9");
+}
+
+TEST(PersistedList, JoinsEachPieceOnce) {
+  EXPECT_EQ(JoinPersistedList({"b", "a", "b"}), "a b");
+}
+
+TEST(PersistedList, EmptyPieceAddsNothingAndIsGoneAfterTheNextRead) {
+  EXPECT_EQ(JoinPersistedList({"a", "", "b"}), "a b");
+  EXPECT_EQ(JoinPersistedList({""}), "");
+  EXPECT_THAT(SplitPersistedList(JoinPersistedList({"", "b", "a"})), ElementsAre("a", "b"));
+}
+
+TEST(PersistedList, JoinedTextReadsBackAsTheSamePieces) {
+  RandomSource random(kSeed);
+  for (int i = 0; i < 1000; ++i) {
+    std::set<std::string> pieces;
+    for (int n = 0; n < 6; ++n) {
+      std::string piece = random.HostileText(3);
+      std::erase(piece, ' ');
+      if (!piece.empty()) pieces.insert(piece);
+    }
+    const std::string text = JoinPersistedList({pieces.begin(), pieces.end()});
+    const auto read = SplitPersistedList(text);
+    EXPECT_EQ(std::vector<std::string>(read.begin(), read.end()),
+              std::vector<std::string>(pieces.begin(), pieces.end()));
+  }
+}
+
+TEST(PersistedList, TwoBlanksBetweenIdentitiesYieldThreePieces) {
+  const Guid first = PlainHash("first");
+  const Guid second = PlainHash("second");
+  const std::string text = first.AsUTF8String() + "  " + second.AsUTF8String();
+  EXPECT_THAT(SplitPersistedList(text),
+              ElementsAre(first.AsUTF8String(), "", second.AsUTF8String()));
+  EXPECT_THAT(ParseGuidList(text), UnorderedElementsAre(first, Guid(), second));
+}
+
+TEST(PersistedList, PieceThatIsNoIdentityGivesTheNilOne) {
+  EXPECT_THAT(ParseGuidList("rubbish more"), UnorderedElementsAre(Guid()));
+}
+
+TEST(PersistedList, IdentitiesAreReadInEitherLetterCase) {
+  const Guid guid("01234567-89ab-cdef-0123-456789abcdef");
+  EXPECT_THAT(ParseGuidList("01234567-89AB-CDEF-0123-456789ABCDEF"), UnorderedElementsAre(guid));
+}
+
+TEST(PersistedList, FormatsTheUnionOfBothSetsInTextOrder) {
+  const IdentitySet some = {Guid("ffffffff-0000-0000-0000-000000000000"),
+                            Guid("7f000000-0000-0000-0000-000000000001")};
+  const IdentitySet others = {Guid("80000000-0000-0000-0000-000000000000"),
+                              Guid("7f000000-0000-0000-0000-000000000001")};
+  EXPECT_EQ(FormatGuidList(some, others),
+            "7f000000-0000-0000-0000-000000000001 80000000-0000-0000-0000-000000000000 "
+            "ffffffff-0000-0000-0000-000000000000");
+  EXPECT_EQ(FormatGuidList({}, {}), "");
+  EXPECT_EQ(FormatGuidList({}, {Guid()}), "00000000-0000-0000-0000-000000000000");
+}
+
+TEST(PersistedList, FormattedIdentitiesReadBackAsTheSameSet) {
+  IdentitySet guids;
+  for (int i = 0; i < 500; ++i) guids.insert(PlainHash(std::to_string(i)));
+  EXPECT_EQ(ParseGuidList(FormatGuidList(guids, {})), guids);
+  EXPECT_EQ(ParseGuidList(FormatGuidList({}, guids)), guids);
+}
+
+}  // namespace
+}  // namespace ornwhatsnew
