@@ -1,0 +1,70 @@
+#include <hosts/common/PanelJson.h>
+
+#include <cstdint>
+#include <string>
+
+#include <orncore/string/Conversion.h>
+#include <ornwhatsnew/FeatureListItem.h>
+#include <nlohmann/json.hpp>
+
+namespace hosts::common {
+
+using nlohmann::json;
+
+namespace {
+
+std::string WellFormed(std::string_view text) {
+  if (orncore::string::IsWellFormedUTF8(text)) return std::string(text);
+  return orncore::string::UTF16to8(orncore::string::UTF8to16(text));
+}
+
+json RatingItemJson(const ornwhatsnew::FeatureListItem& item) {
+  return {{"internalKey", TextJson(item.GetBetaFeatureInternalKey())},
+          {"name", TextJson(item.GetFeatureName())},
+          {"description", TextJson(item.GetFeatureDescription())},
+          {"customRating", TextJson(item.GetCustomRatingStr())},
+          {"visibility", static_cast<std::int32_t>(item.GetVisibility())}};
+}
+
+}  // namespace
+
+json TextJson(std::string_view text) {
+  return WellFormed(text);
+}
+
+json TextJson(std::u16string_view text) {
+  return orncore::string::UTF16to8(text);
+}
+
+json RunsJson(std::span<const ornwhatsnew::StyleRun> runs) {
+  json array = json::array();
+  for (const auto& [range, string] : runs) {
+    array.push_back(json::array({range.first, range.second, TextJson(string)}));
+  }
+  return array;
+}
+
+json RunsJson(const ornwhatsnew::StyleRunMap& runs) {
+  json object = json::object();
+  for (const auto& [style, styleRuns] : runs) {
+    object[std::to_string(static_cast<int>(style))] = RunsJson(styleRuns);
+  }
+  return object;
+}
+
+json RatingItemsJson(const std::shared_ptr<const ornwhatsnew::RatingMap>& items) {
+  if (items == nullptr) return nullptr;
+  json object = json::object();
+  for (const auto& [key, item] : *items) {
+    object[WellFormed(key)] = item == nullptr ? json() : RatingItemJson(*item);
+  }
+  return object;
+}
+
+json PanelJson(std::u16string_view text, const ornwhatsnew::StyleRunMap& runs,
+               const std::shared_ptr<const ornwhatsnew::RatingMap>& items) {
+  return {
+      {"text", TextJson(text)}, {"runs", RunsJson(runs)}, {"ratingItems", RatingItemsJson(items)}};
+}
+
+}  // namespace hosts::common

@@ -1,0 +1,117 @@
+#include <hosts/common/StateStore.h>
+
+#include <cstdlib>
+#include <optional>
+
+#include <hosts/common/PersistedListMerge.h>
+#include <hosts/common/StateDatabase.h>
+
+namespace hosts::common {
+namespace {
+
+std::filesystem::path AbsoluteLocation(const std::filesystem::path& location) {
+  if (location.empty()) {
+    throw StateStoreError(
+        "The state store has an empty name. Name a file with --state, or ':memory:' to keep "
+        "nothing.");
+  }
+  return location == kMemoryLocation ? location : std::filesystem::absolute(location);
+}
+
+std::string_view Find(const StateValues& values, std::string_view key) {
+  const auto found = values.find(key);
+  return found == values.end() ? std::string_view() : std::string_view(found->second);
+}
+
+bool IsGrowingList(std::string_view key) {
+  return key == kAllSeenItemsKey || key == kAllVersionsSeenKey;
+}
+
+}  // namespace
+
+std::filesystem::path DefaultStateLocation() {
+  const std::filesystem::path file = std::filesystem::path("ornwhatsnew") / "state.db";
+  const char* const stateHome = std::getenv("XDG_STATE_HOME");
+  if (stateHome != nullptr && std::filesystem::path(stateHome).is_absolute()) {
+    return std::filesystem::path(stateHome) / file;
+  }
+  const char* const home = std::getenv("HOME");
+  if (home != nullptr && std::filesystem::path(home).is_absolute()) {
+    return std::filesystem::path(home) / ".local" / "state" / file;
+  }
+  throw StateStoreError(
+      "There is no folder for the state store: neither XDG_STATE_HOME nor HOME names a folder "
+      "from the root on. Set one of them, or name a file with --state.");
+}
+
+StateStore::StateStore(const std::filesystem::path& location, std::chrono::milliseconds patience)
+    : location_(AbsoluteLocation(location)), patience_(patience) {
+  Refresh();
+}
+
+ornwhatsnew::UTF8String StateStore::Get(std::string_view key) const {
+  const auto pending = pending_.find(key);
+  return pending != pending_.end() ? pending->second : ornwhatsnew::UTF8String(Find(kept_, key));
+}
+
+void StateStore::Set(std::string_view key, std::string_view value) {
+  pending_.insert_or_assign(ornwhatsnew::UTF8String(key), ornwhatsnew::UTF8String(value));
+}
+
+StateValues StateStore::Values() const {
+  StateValues values = kept_;
+  for (const auto& [key, value] : pending_) values[key] = value;
+  return values;
+}
+
+void StateStore::Commit() {
+  if (pending_.empty()) return;
+  if (IsInMemory()) {
+    MergePendingInto(kept_);
+  } else {
+    StateDatabase database = StateDatabase::OpenOrMake(location_, patience_);
+    kept_ = database.Change([this](StateValues& values) { MergePendingInto(values); });
+  }
+  pending_.clear();
+}
+
+void StateStore::Discard() {
+  pending_.clear();
+}
+
+void StateStore::Refresh() {
+  if (IsInMemory()) return;
+  std::optional<StateDatabase> database = StateDatabase::OpenExisting(location_, patience_);
+  kept_ = database ? database->Read() : StateValues();
+}
+
+void StateStore::Reset() {
+  if (!IsInMemory()) {
+    std::optional<StateDatabase> database = StateDatabase::OpenExisting(location_, patience_);
+    if (database) database->Change([](StateValues& values) { values.clear(); });
+  }
+  kept_.clear();
+  pending_.clear();
+}
+
+ornwhatsnew::StateGetter StateStore::Getter() const {
+  return [this](const ornwhatsnew::UTF8String& key) { return Get(key); };
+}
+
+ornwhatsnew::StateSetter StateStore::Setter() {
+  return [this](const ornwhatsnew::UTF8String& key, const ornwhatsnew::UTF8String& value) {
+    Set(key, value);
+  };
+}
+
+void StateStore::MergePendingInto(StateValues& values) const {
+  for (const auto& [key, value] : pending_) {
+    if (IsGrowingList(key)) {
+      values[key] = MergePersistedLists(Find(values, key), Find(kept_, key), value);
+    } else {
+      values[key] = value;
+    }
+  }
+}
+
+}  // namespace hosts::common

@@ -1,0 +1,289 @@
+#include "hosts/common/HostDescription.h"
+
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include <gmock/gmock.h>
+
+#include <ornappsupport/analytics/SDMUsageLogger.h>
+#include <ornappsupport/feature/FeatureService.h>
+#include <orncore/appstatemanager/AppStateManager.h>
+#include <orncore/config/ClientInfo.h>
+#include <orncore/config/Localizer.h>
+#include <orncore/debug/DebugDatabase.h>
+
+#include "hosts/common/JsonReader.h"
+#include "tests/support/FakeHost.h"
+#include "tests/support/Matchers.h"
+#include "tests/support/TemporaryFolder.h"
+
+namespace hosts::common {
+namespace {
+
+using test_support::IsText;
+using ::testing::AllOf;
+using ::testing::ElementsAre;
+using ::testing::EndsWith;
+using ::testing::HasSubstr;
+using ::testing::IsEmpty;
+using ::testing::Pair;
+using ::testing::StartsWith;
+
+std::string ErrorOf(std::string_view json) {
+  try {
+    ParseHostDescription(json, "host.json");
+  } catch (const HostDescriptionError& error) {
+    return error.what();
+  }
+  return "";
+}
+
+TEST(HostDescription, HasADefaultForEveryMember) {
+  const HostDescription host = ParseHostDescription("{}", "host.json");
+  EXPECT_EQ(host.clientVersion, "25.1");
+  EXPECT_EQ(host.buildNumber, "42");
+  EXPECT_EQ(host.platform, "Mac");
+  EXPECT_FALSE(host.terminating);
+  EXPECT_TRUE(host.usageLogging);
+  EXPECT_FALSE(host.internalFeaturesAllowed);
+  EXPECT_THAT(host.betaFeatures, IsEmpty());
+  EXPECT_THAT(host.debug, IsEmpty());
+  EXPECT_THAT(host.dictionary, IsEmpty());
+  EXPECT_THAT(host.state, IsEmpty());
+  EXPECT_EQ(host.callbacks, Callbacks::kBoth);
+}
+
+TEST(HostDescription, ReadsEveryMember) {
+  const HostDescription host = ParseHostDescription(
+      R"({"clientVersion":"26","buildNumber":"","platform":"Win","terminating":true,
+          "usageLogging":false,"internalFeaturesAllowed":true,
+          "betaFeatures":[{"internalKey":"f","epicKey":"E","name":"N","description":"D",
+                           "visibility":-2147483648,"enabled":true,"availableForUser":true}],
+          "debug":{"d":"1"},"dictionary":{"$$$/a":"A"}})",
+      "host.json");
+  EXPECT_EQ(host.clientVersion, "26");
+  EXPECT_EQ(host.buildNumber, "");
+  EXPECT_EQ(host.platform, "Win");
+  EXPECT_TRUE(host.terminating);
+  EXPECT_FALSE(host.usageLogging);
+  EXPECT_TRUE(host.internalFeaturesAllowed);
+  ASSERT_EQ(host.betaFeatures.size(), 1U);
+  const BetaFeatureDescription& feature = host.betaFeatures[0];
+  EXPECT_EQ(feature.internalKey, "f");
+  EXPECT_EQ(feature.epicKey, "E");
+  EXPECT_EQ(feature.name, "N");
+  EXPECT_EQ(feature.description, "D");
+  EXPECT_EQ(feature.visibility, -2147483648);
+  EXPECT_TRUE(feature.enabled);
+  EXPECT_TRUE(feature.availableForUser);
+  EXPECT_THAT(host.debug, ElementsAre(Pair("d", "1")));
+  EXPECT_THAT(host.dictionary, ElementsAre(Pair("$$$/a", "A")));
+}
+
+TEST(HostDescription, GivesEveryFeatureMemberADefault) {
+  const HostDescription host = ParseHostDescription(R"({"betaFeatures":[{}]})", "host.json");
+  ASSERT_EQ(host.betaFeatures.size(), 1U);
+  const BetaFeatureDescription& feature = host.betaFeatures[0];
+  EXPECT_EQ(feature.internalKey + feature.epicKey + feature.name + feature.description, "");
+  EXPECT_EQ(feature.visibility, 0);
+  EXPECT_FALSE(feature.enabled);
+  EXPECT_FALSE(feature.availableForUser);
+}
+
+TEST(HostDescription, NamesFilePathAndWayOutForEveryMistake) {
+  const struct {
+    std::string_view json;
+    std::string_view place;
+    std::string_view message;
+  } cases[] = {
+      {"", "host.json: line 1, column 1: ", "not valid JSON"},
+      {"{\n\"platform\": Mac}", "host.json: line 2, column 13: ", "not valid JSON"},
+      {"[]", "host.json: ", "expected an object, found an array"},
+      {R"({"clientVersion":25.1})", "host.json: /clientVersion: ", "expected a text"},
+      {R"({"buildNumber":42})", "host.json: /buildNumber: ", "found the number 42"},
+      {R"({"terminating":"no"})", "host.json: /terminating: ", "expected true or false"},
+      {R"({"usageLogging":null})", "host.json: /usageLogging: ", "found null"},
+      {R"({"internalFeaturesAllowed":1})", "host.json: /internalFeaturesAllowed: ", "true"},
+      {R"({"betaFeatures":{}})", "host.json: /betaFeatures: ", "expected an array"},
+      {R"({"betaFeatures":[{},[]]})", "host.json: /betaFeatures/1: ", "expected an object"},
+      {R"({"betaFeatures":[{},{"visibility":2147483648}]})",
+       "host.json: /betaFeatures/1/visibility: ", "from -2147483648 to 2147483647"},
+      {R"({"betaFeatures":[{"visibility":1.5}]})",
+       "host.json: /betaFeatures/0/visibility: ", "found the number 1.5"},
+      {R"({"betaFeatures":[{"visibilty":1}]})", "host.json: /betaFeatures/0: ",
+       R"(unknown member "visibilty"; known members: "internalKey", "epicKey", "name")"},
+      {R"({"betaFeatures":[{"name":"a","name":"b"}]})",
+       "host.json: /betaFeatures/0: ", R"(the member "name" stands there more than once)"},
+      {R"({"debug":{"a":true}})", "host.json: /debug/a: ", "expected a text, found true"},
+      {R"({"debug":[]})", "host.json: /debug: ", "expected an object of texts"},
+      {R"({"dictionary":{"$$$/a":1}})", "host.json: /dictionary/$$$~1a: ", "expected a text"},
+      {R"({"dictionary":{"a":"","a":""}})", "host.json: /dictionary: ", "more than once"},
+      {R"({"version":"25"})",
+       "host.json: ", R"(unknown member "version"; known members: "clientVersion", "buildNumber")"},
+      {R"({"platform":"a","platform":"b"})", "host.json: ", R"("platform" stands there more)"},
+      {R"({"state":{}})", "host.json: /state: ", "only for scenarios; remove it"},
+      {R"({"callbacks":"both"})", "host.json: /callbacks: ", "only for scenarios; remove it"},
+  };
+  for (const auto& [json, place, message] : cases) {
+    EXPECT_THAT(ErrorOf(json),
+                AllOf(StartsWith(std::string(place)), HasSubstr(std::string(message))))
+        << json;
+  }
+}
+
+TEST(HostDescription, DoesNotOfferScenarioMembersToPrograms) {
+  EXPECT_THAT(ErrorOf(R"({"x":1})"), Not(HasSubstr("callbacks")));
+}
+
+TEST(HostDescription, ReadsAFile) {
+  const tests::support::TemporaryFolder folder;
+  EXPECT_EQ(ReadHostDescription(folder.Write("host 1.json", R"({"platform":"Win"})")).platform,
+            "Win");
+  const std::filesystem::path bad = folder.Write("bad.json", R"({"platform":1})");
+  try {
+    ReadHostDescription(bad);
+    FAIL() << "read a number as a platform";
+  } catch (const HostDescriptionError& error) {
+    EXPECT_THAT(error.what(), StartsWith(bad.string() + ": /platform: expected a text"));
+  }
+}
+
+TEST(HostDescription, NamesAFileThatCannotBeRead) {
+  const tests::support::TemporaryFolder folder;
+  const std::filesystem::path files[] = {folder.Path() / "none.json", folder.Path()};
+  for (const std::filesystem::path& file : files) {
+    try {
+      ReadHostDescription(file);
+      FAIL() << "read " << file;
+    } catch (const HostDescriptionError& error) {
+      EXPECT_THAT(error.what(),
+                  StartsWith("The host description '" + file.string() + "' cannot be read: "));
+      EXPECT_THAT(error.what(), EndsWith(". Name a JSON file with --host."));
+    }
+  }
+}
+
+/// Reading members one on top of the other, as scenarios do.
+class HostMembersTest : public testing::Test {
+ protected:
+  std::string Read(std::string_view json, HostMembers members,
+                   std::vector<std::string_view> others = {}) {
+    const JsonDocument document = JsonDocument::Parse(json, "host.json");
+    try {
+      ReadHostMembers(JsonReader(document), members, others, host_);
+    } catch (const JsonError& error) {
+      return error.what();
+    }
+    return "";
+  }
+
+  HostDescription host_;
+};
+
+TEST_F(HostMembersTest, ReplaceThoseThatAreThereEachWhole) {
+  ASSERT_EQ(Read(R"({"platform":"Win","debug":{"a":"1","b":"2"},"state":{"c":"3"},
+                     "betaFeatures":[{"internalKey":"x"}],"callbacks":"getter"})",
+                 HostMembers::kScenario),
+            "");
+  ASSERT_EQ(Read(R"({"debug":{"b":"4"},"betaFeatures":[]})", HostMembers::kScenarioChange), "");
+  EXPECT_EQ(host_.platform, "Win");
+  EXPECT_THAT(host_.debug, ElementsAre(Pair("b", "4")));
+  EXPECT_THAT(host_.state, ElementsAre(Pair("c", "3")));
+  EXPECT_THAT(host_.betaFeatures, IsEmpty());
+  EXPECT_EQ(host_.callbacks, Callbacks::kGetter);
+}
+
+TEST_F(HostMembersTest, NameTheCallbacks) {
+  const std::pair<std::string_view, Callbacks> names[] = {{"both", Callbacks::kBoth},
+                                                          {"getter", Callbacks::kGetter},
+                                                          {"setter", Callbacks::kSetter},
+                                                          {"none", Callbacks::kNone}};
+  for (const auto& [name, callbacks] : names) {
+    ASSERT_EQ(Read("{\"callbacks\":\"" + std::string(name) + "\"}", HostMembers::kScenario), "");
+    EXPECT_EQ(host_.callbacks, callbacks) << name;
+  }
+  const std::string_view bad[] = {"\"Both\"", "\"\"", "null", "0"};
+  for (const std::string_view json : bad) {
+    EXPECT_THAT(Read("{\"callbacks\":" + std::string(json) + "}", HostMembers::kScenario),
+                HasSubstr(R"(/callbacks: expected "both", "getter", "setter" or "none", found)"));
+  }
+}
+
+TEST_F(HostMembersTest, KeepTheCallbacksWhileAListLives) {
+  EXPECT_THAT(Read(R"({"callbacks":"none"})", HostMembers::kScenarioChange),
+              HasSubstr(R"(unknown member "callbacks")"));
+}
+
+TEST_F(HostMembersTest, MayStandAmongOthers) {
+  EXPECT_EQ(Read(R"({"do":"host","platform":"Win"})", HostMembers::kScenarioChange, {"do"}), "");
+  EXPECT_EQ(host_.platform, "Win");
+  EXPECT_NE(Read(R"({"do":"host"})", HostMembers::kScenarioChange), "");
+}
+
+/// Installing a host; the fixture's fake host puts the services back afterwards.
+class InstallHostTest : public test_support::FakeHostTest {};
+
+TEST_F(InstallHostTest, MakesEveryServiceAnswer) {
+  HostDescription host;
+  host.clientVersion = "26.\xC3\xA9";
+  host.buildNumber = "7";
+  host.platform = "Win";
+  host.terminating = true;
+  host.usageLogging = false;
+  host.internalFeaturesAllowed = true;
+  host.debug = {{"d", "1"}};
+  host.dictionary = {{"$$$/a", "A^B"}};
+  host_.SetDebugEntry("old", "entry");
+  const auto store = InstallHost(host);
+
+  EXPECT_THAT(orncore::config::GetClientVersion(), IsText("26.\xC3\xA9"));
+  EXPECT_THAT(orncore::config::GetClientBuildNumber(), IsText("7"));
+  EXPECT_EQ(orncore::config::GetClientPlatform(), "Win");
+  EXPECT_TRUE(orncore::appstatemanager::IsTerminating());
+  EXPECT_FALSE(ornappsupport::analytics::SDMUsageLogger::IsLogging());
+  EXPECT_TRUE(ornappsupport::feature::IsEntitlementSetToInternalFeaturesAllowed());
+  EXPECT_THAT(orncore::config::Localizer::Get().ZString("$$$/a=x"), IsText("A\xE2\x80\xA2"));
+  EXPECT_EQ(host_.DebugEntry("d"), "1");
+  EXPECT_EQ(host_.DebugEntry("old"), "");
+  host_.SetDebugEntry("new", "2");
+  EXPECT_THAT(store->Entries(), ElementsAre(Pair("d", "1"), Pair("new", "2")));
+}
+
+TEST_F(InstallHostTest, BuildsTheFeatureTable) {
+  HostDescription host;
+  host.betaFeatures = {
+      {.internalKey = "a", .epicKey = "E1", .name = "first", .description = "", .enabled = true},
+      {.internalKey = "b", .epicKey = "E2", .name = "", .description = "", .visibility = 3},
+      {.internalKey = "a",
+       .epicKey = "E3",
+       .name = "last",
+       .description = "d",
+       .availableForUser = true}};
+  InstallHost(host);
+
+  using namespace ornappsupport::feature;
+  const BetaFeatureMap& table = GetConstBetaFeatureMap();
+  ASSERT_EQ(table.size(), 2U);
+  EXPECT_EQ(table.at("a").GetJiraEpicKey(), "E3");
+  EXPECT_THAT(table.at("a").GetDisplayName(), IsText("last"));
+  EXPECT_THAT(table.at("a").GetDisplayDescription(), IsText("d"));
+  EXPECT_EQ(table.at("b").GetVisibility(), VisibilityInAllClientApps::kUnlabelled);
+  EXPECT_FALSE(IsFeatureEnabled("a"));
+  EXPECT_TRUE(IsAvailableForUserEnablement("a"));
+  EXPECT_FALSE(IsAvailableForUserEnablement("b"));
+}
+
+TEST_F(InstallHostTest, CanLeaveTheDebugDatabaseAlone) {
+  host_.SetDebugEntry("kept", "1");
+  HostDescription host;
+  host.platform = "Win";
+  host.debug = {{"d", "1"}};
+  InstallHostButDebugEntries(host);
+  EXPECT_EQ(orncore::config::GetClientPlatform(), "Win");
+  EXPECT_EQ(host_.DebugEntry("kept"), "1");
+  EXPECT_EQ(host_.DebugEntry("d"), "");
+}
+
+}  // namespace
+}  // namespace hosts::common

@@ -1,0 +1,126 @@
+#include "hosts/common/JsonDocument.h"
+
+#include <string>
+
+#include <gmock/gmock.h>
+#include <nlohmann/json.hpp>
+
+#include <orncore/string/Conversion.h>
+
+namespace hosts::common {
+namespace {
+
+using ::testing::HasSubstr;
+
+/// The message that parsing gives, empty when it succeeds.
+std::string ErrorOf(std::string_view text) {
+  try {
+    JsonDocument::Parse(text, "file.json");
+  } catch (const JsonError& error) {
+    return error.what();
+  }
+  return "";
+}
+
+std::string Nested(std::size_t depth) {
+  return std::string(depth, '[') + std::string(depth, ']');
+}
+
+TEST(JsonDocument, BuildsTheSameValueAsTheLibraryItself) {
+  const std::string_view texts[] = {"null",
+                                    "true",
+                                    "-9223372036854775808",
+                                    "18446744073709551615",
+                                    "1.5e3",
+                                    "\"\\u0000\\ud83d\\ude00\"",
+                                    "[]",
+                                    "{}",
+                                    R"([1,[2,{"a":[]}],"x"])",
+                                    R"({"a":{"b":[{"c":null}]},"d":"","":0})",
+                                    "\xEF\xBB\xBF[1]"};
+  for (const std::string_view text : texts) {
+    EXPECT_EQ(JsonDocument::Parse(text, "x").Value(), nlohmann::json::parse(text)) << text;
+  }
+}
+
+TEST(JsonDocument, TellsWhereTextIsNotJson) {
+  const struct {
+    std::string_view text;
+    std::string_view place;
+  } cases[] = {
+      {"", "line 1, column 1"},
+      {"{\"a\": nul}", "line 1, column 10"},
+      {"{\n  \"a\": 1,\n}", "line 3, column 1"},
+      {"[1]\n\n[2]", "line 3, column 1"},
+      {"[\"\xC3\xA9\xC3\xA9\" x]", "line 1, column 7"},
+      {"{\"a\": NaN}", "line 1, column 7"},
+      {"[-Infinity]", "line 1, column 3"},
+      {"[01]", "line 1, column 3"},
+      {"[\"\\ud800\"]", "line 1, column 9"},
+      {"[\"open", "line 1, column 7"},
+      {"[\"line\nbreak\"]", "line 1, column 7"},
+      {"// note\n[]", "line 1, column 1"},
+  };
+  for (const auto& [text, place] : cases) {
+    const std::string error = ErrorOf(text);
+    EXPECT_THAT(error, HasSubstr("file.json: " + std::string(place) + ": not valid JSON: "))
+        << text;
+  }
+}
+
+TEST(JsonDocument, ReportsIllFormedUTF8InWellFormedWords) {
+  const std::string_view texts[] = {"[\"\xFF\"]", "\xFF", "[\"\xED\xA0\x80\"]", "{\"\xC3\":1}"};
+  for (const std::string_view text : texts) {
+    const std::string error = ErrorOf(text);
+    EXPECT_THAT(error, HasSubstr("not valid JSON"));
+    EXPECT_TRUE(orncore::string::IsWellFormedUTF8(error)) << error;
+  }
+}
+
+TEST(JsonDocument, RefusesANumberBeyondAnyRange) {
+  EXPECT_THAT(ErrorOf("[1e400]"), HasSubstr("number overflow"));
+}
+
+TEST(JsonDocument, KeepsItsMessageShortWhateverStandsInTheText) {
+  const std::string text = "[\"" + std::string(100'000, 'x');
+  EXPECT_LT(ErrorOf(text).size(), 400U);
+}
+
+TEST(JsonDocument, KeepsItsMessageOnOneLine) {
+  EXPECT_EQ(ErrorOf("{\"a\n").find('\n'), std::string::npos);
+  EXPECT_EQ(JsonMessage("a\nb", "/c\nd\x7F", ""), "a\\u000ab: /c\\u000ad\\u007f: ");
+  EXPECT_EQ(JsonMessage("a\xC2\x9B", "", "\xC2\xA0\xC2\t"), "a\\u009b: \xC2\xA0\xC2\\u0009");
+}
+
+// The parser quotes what it could not read, and escapes less than we do.
+TEST(JsonDocument, ShowsControlCharactersThatTheParserQuotes) {
+  EXPECT_THAT(ErrorOf("{\x7F}"), HasSubstr("\\u007f"));
+  EXPECT_THAT(ErrorOf("[\"\xC2\x9B\" x"), HasSubstr("\\u009b"));
+}
+
+TEST(JsonDocument, LimitsTheDepth) {
+  EXPECT_EQ(ErrorOf(Nested(JsonDocument::kMaximumDepth)), "");
+  EXPECT_THAT(ErrorOf(Nested(JsonDocument::kMaximumDepth + 1)),
+              HasSubstr("nested more than 100 deep"));
+  EXPECT_THAT(ErrorOf(std::string(1'000'000, '[')), HasSubstr("nested more than 100 deep"));
+  EXPECT_THAT(ErrorOf(R"({"a":[0,)" + std::string(99, '[')), HasSubstr("file.json: /a/1/0/0/0"));
+}
+
+TEST(JsonDocument, RemembersMembersThatComeTwice) {
+  const JsonDocument document =
+      JsonDocument::Parse(R"({"a":[0,{"b":1,"c":2,"b":3}],"d/~":{"e":1,"e":2},"f":{"b":1}})", "x");
+  EXPECT_EQ(document.DuplicateMemberAt("/a/1"), "b");
+  EXPECT_EQ(document.DuplicateMemberAt("/d~1~0"), "e");
+  EXPECT_EQ(document.DuplicateMemberAt(""), std::nullopt);
+  EXPECT_EQ(document.DuplicateMemberAt("/f"), std::nullopt);
+}
+
+TEST(JsonDocument, NamesTheOuterObjectOfADoubledMemberOnlyOnce) {
+  const JsonDocument document = JsonDocument::Parse(R"({"a":{"b":1},"a":{"b":2}})", "x");
+  EXPECT_EQ(document.DuplicateMemberAt(""), "a");
+  EXPECT_EQ(document.DuplicateMemberAt("/a"), std::nullopt);
+  EXPECT_EQ(document.Value(), nlohmann::json::parse(R"({"a":{"b":2}})"));
+}
+
+}  // namespace
+}  // namespace hosts::common

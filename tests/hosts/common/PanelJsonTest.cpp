@@ -1,0 +1,53 @@
+#include <hosts/common/PanelJson.h>
+
+#include <memory>
+
+#include <gtest/gtest.h>
+#include <ornwhatsnew/FeatureListItem.h>
+#include <nlohmann/json.hpp>
+
+namespace hosts::common {
+namespace {
+
+using nlohmann::json;
+using ornwhatsnew::FeatureListItem;
+using ornwhatsnew::StyleID;
+
+TEST(PanelJson, GivesRunsByTheNumberOfTheirStyleInRecordedOrder) {
+  const ornwhatsnew::StyleRunMap runs = {
+      {StyleID::kStyleHotSpot, {{{7, 2}, u"https://a"}, {{1, -1}, u""}}},
+      {StyleID::kStyleRatingPlaceholder, {{{0, 3}, u"\u00E9"}}}};
+  EXPECT_EQ(json::parse(R"({"6": [[7, 2, "https://a"], [1, -1, ""]], "13": [[0, 3, "é"]]})"),
+            RunsJson(runs));
+}
+
+TEST(PanelJson, GivesTheRecordsOfTheRatingMap) {
+  const auto items = std::make_shared<ornwhatsnew::RatingMap>();
+  const auto item = std::make_shared<FeatureListItem>("EPIC-7", "f.export", "Export", "Faster",
+                                                      FeatureListItem::Visibility{1});
+  item->SetCustomRatingStr("Better?");
+  items->emplace("EPIC-7", item);
+  EXPECT_EQ(json::parse(R"({"EPIC-7": {"internalKey": "f.export", "name": "Export",
+                            "description": "Faster", "customRating": "Better?", "visibility": 1}})"),
+            RatingItemsJson(items));
+}
+
+TEST(PanelJson, AMissingRatingMapIsNull) {
+  EXPECT_EQ(json(), RatingItemsJson(nullptr));
+}
+
+TEST(PanelJson, TextThatIsNotWellFormedBecomesReplacementCharacters) {
+  EXPECT_EQ(json("a\uFFFDb"), TextJson(std::string_view("a\xFF"
+                                                        "b")));
+  const std::u16string unpaired = {u'a', char16_t{0xDC00}};
+  EXPECT_EQ(json("a\uFFFD"), TextJson(unpaired));
+}
+
+TEST(PanelJson, PutsTextRunsAndRatingItemsTogether) {
+  EXPECT_EQ(
+      json::parse(R"({"text": "T", "runs": {"0": [[0, 1, ""]]}, "ratingItems": {}})"),
+      PanelJson(u"T", {{StyleID{0}, {{{0, 1}, u""}}}}, std::make_shared<ornwhatsnew::RatingMap>()));
+}
+
+}  // namespace
+}  // namespace hosts::common
