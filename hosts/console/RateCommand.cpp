@@ -1,0 +1,58 @@
+#include <hosts/common/StateStore.h>
+#include <hosts/console/Commands.h>
+#include <hosts/console/StandardStreams.h>
+#include <hosts/console/TerminalText.h>
+#include <hosts/console/WhatsNewLoading.h>
+
+#include <algorithm>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include <ornwhatsnew/utility/TextHelpers.h>
+
+namespace hosts::console {
+namespace {
+
+/// The keys of the features that this user is shown: what a window would offer a rating control
+/// for. `list` must not remember the display pass that finds them out.
+std::vector<std::string> KeysToRate(ornwhatsnew::FeatureListData& list) {
+  const auto ratingItems = std::make_shared<ornwhatsnew::RatingMap>();
+  ornwhatsnew::StyleRunMap runs;
+  list.GetFormattedTextForDisplay({}, {}, runs, ratingItems);
+  std::vector<std::string> keys;
+  for (const auto& [key, item] : *ratingItems) {
+    if (!ornwhatsnew::IsSpecialCaseSection(key)) keys.push_back(key);
+  }
+  std::ranges::sort(keys);
+  return keys;
+}
+
+[[noreturn]] void RefuseKey(const std::string& key, const std::vector<std::string>& keys) {
+  std::string known;
+  for (const std::string& candidate : keys) known += (known.empty() ? "" : ", ") + candidate;
+  throw ToolError(ExitStatus::kUnknownKey,
+                  "There is no feature '" + key + "' to rate. " +
+                      (keys.empty() ? std::string("No feature can be rated.")
+                                    : "These can be rated: " + known + "."));
+}
+
+}  // namespace
+
+ExitStatus Run(const RateArguments& arguments) {
+  InstallHostFile(arguments.sources.host);
+  common::StateStore store(StateLocation(arguments.sources.state));
+  const auto ignore = [](const ornwhatsnew::UTF8String&, const ornwhatsnew::UTF8String&) {};
+  const std::vector<std::string> keys =
+      KeysToRate(*LoadWhatsNew(arguments.sources.data, store.Getter(), ignore));
+  if (!std::ranges::binary_search(keys, arguments.key)) RefuseKey(arguments.key, keys);
+  LoadWhatsNew(arguments.sources.data, store.Getter(), store.Setter())
+      ->MarkItemHasBeenRated(arguments.key);
+  store.Commit();
+  const std::string outcome =
+      "Your rating of " + SafeForTerminal(arguments.key, Whitespace::kShow) + " is remembered.";
+  WriteOutput("Thank you. " + outcome + "\n", outcome);
+  return ExitStatus::kDone;
+}
+
+}  // namespace hosts::console

@@ -1,0 +1,80 @@
+#include <hosts/console/RatingControls.h>
+
+#include <algorithm>
+#include <string_view>
+
+#include <orncore/string/Conversion.h>
+
+namespace hosts::console {
+namespace {
+
+using ornwhatsnew::StyleID;
+
+bool IsPlaceholder(const common::StyledSegment& segment) {
+  return segment.styles.Has(StyleID::kStyleRatingPlaceholder);
+}
+
+std::string Question(const ornwhatsnew::FeatureListData& list,
+                     const ornwhatsnew::FeatureListItem& feature) {
+  if (feature.GetCustomRatingStr().empty()) return "How do you like it?";
+  return orncore::string::UTF16to8(list.LocalizeIfNecessary(feature.GetCustomRatingStr()));
+}
+
+/// Joined by "=", a value that begins with a dash is not taken for the next option.
+std::string Option(const std::string& name, const std::string& value) {
+  return name + (value.starts_with('-') ? "=" : " ") + ShellWord(value) + " ";
+}
+
+std::string RatingCommand(const std::string& key, const SourceArguments& sources) {
+  std::string command = "ornwhatsnew rate " + Option("--host", sources.host.native());
+  if (sources.state) command += Option("--state", sources.state->native());
+  // Neither the key nor the file behind "--" is taken for an option, whatever it begins with.
+  return command + "-- " + ShellWord(key) + " " + ShellWord(sources.data.native());
+}
+
+}  // namespace
+
+ornwhatsnew::UTF16String RatingPlaceholder() {
+  return u"\tRate it: ornwhatsnew rate";
+}
+
+std::string ShellWord(const std::string& word) {
+  constexpr std::string_view kPlain =
+      "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789_-./:,+@%";
+  const bool isPlain = !word.empty() && word.find_first_not_of(kPlain) == std::string::npos;
+  if (isPlain) return word;
+  std::string quoted = "'";
+  for (const char character : word) {
+    if (character == '\'') {
+      quoted += "'\\''";
+    } else {
+      quoted += character;
+    }
+  }
+  return quoted + "'";
+}
+
+std::vector<std::string> RatingControls(const ornwhatsnew::FeatureListData& list,
+                                        const ornwhatsnew::RatingMap& ratingItems,
+                                        const SourceArguments& sources) {
+  std::vector<std::string> controls;
+  for (const std::string& key : list.GetOrderedFeatureKeys()) {
+    const auto found = ratingItems.find(key);
+    if (found == ratingItems.end() || found->second == nullptr) continue;
+    controls.push_back("\n\t" + Question(list, *found->second) + "\n\t" +
+                       RatingCommand(key, sources) + "\n");
+  }
+  return controls;
+}
+
+void PlaceRatingControls(const std::vector<std::string>& controls,
+                         std::span<common::StyledSegment> segments) {
+  const auto count = std::ranges::count_if(segments, IsPlaceholder);
+  if (static_cast<std::size_t>(count) != controls.size()) return;
+  auto control = controls.begin();
+  for (common::StyledSegment& segment : segments) {
+    if (IsPlaceholder(segment)) segment.text = *control++;
+  }
+}
+
+}  // namespace hosts::console

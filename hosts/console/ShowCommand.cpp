@@ -1,0 +1,57 @@
+#include <hosts/common/PanelJson.h>
+#include <hosts/common/StateStore.h>
+#include <hosts/common/StyledSegments.h>
+#include <hosts/console/Commands.h>
+#include <hosts/console/JsonOutput.h>
+#include <hosts/console/RatingControls.h>
+#include <hosts/console/StandardStreams.h>
+#include <hosts/console/TerminalPanel.h>
+#include <hosts/console/WhatsNewLoading.h>
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include <nlohmann/json.hpp>
+
+namespace hosts::console {
+namespace {
+
+std::string RenderText(ornwhatsnew::FeatureListData& list, const ShowArguments& arguments) {
+  const bool isRating = arguments.options.Has(ornwhatsnew::kRatingView);
+  const auto ratingItems = std::make_shared<ornwhatsnew::RatingMap>();
+  ornwhatsnew::StyleRunMap runs;
+  const ornwhatsnew::UTF16String text = list.GetFormattedTextForDisplay(
+      arguments.options, isRating ? RatingPlaceholder() : ornwhatsnew::UTF16String(), runs,
+      ratingItems);
+  std::vector<common::StyledSegment> segments = common::SplitIntoStyledSegments(text, runs);
+  if (isRating) {
+    PlaceRatingControls(RatingControls(list, *ratingItems, arguments.sources), segments);
+  }
+  return RenderTerminalPanel(segments, LookOfOutput(arguments.color, arguments.width));
+}
+
+std::string RenderJson(ornwhatsnew::FeatureListData& list, const ShowArguments& arguments) {
+  const auto ratingItems = std::make_shared<ornwhatsnew::RatingMap>();
+  ornwhatsnew::StyleRunMap runs;
+  const ornwhatsnew::UTF16String text =
+      list.GetFormattedTextForDisplay(arguments.options, {}, runs, ratingItems);
+  return ToJsonText(common::PanelJson(text, runs, ratingItems));
+}
+
+}  // namespace
+
+ExitStatus Run(const ShowArguments& arguments) {
+  InstallHostFile(arguments.sources.host);
+  common::StateStore store(StateLocation(arguments.sources.state));
+  const std::shared_ptr<ornwhatsnew::FeatureListData> list =
+      LoadWhatsNew(arguments.sources.data, store.Getter(), store.Setter());
+  const std::string output = arguments.format == OutputFormat::kJson ? RenderJson(*list, arguments)
+                                                                     : RenderText(*list, arguments);
+  // Only what has been printed counts as seen.
+  WriteOutput(output, "Nothing was remembered.");
+  store.Commit();
+  return ExitStatus::kDone;
+}
+
+}  // namespace hosts::console

@@ -1,0 +1,65 @@
+#include <hosts/common/PanelJson.h>
+#include <hosts/common/StateStore.h>
+#include <hosts/console/Commands.h>
+#include <hosts/console/JsonOutput.h>
+#include <hosts/console/StandardStreams.h>
+#include <hosts/console/TerminalText.h>
+#include <hosts/console/WhatsNewLoading.h>
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include <ornwhatsnew/utility/PersistedList.h>
+#include <nlohmann/json.hpp>
+
+namespace hosts::console {
+namespace {
+
+nlohmann::json PiecesJson(std::string_view list) {
+  nlohmann::json pieces = nlohmann::json::array();
+  for (const std::string_view piece : ornwhatsnew::SplitPersistedList(list)) {
+    pieces.push_back(common::TextJson(piece));
+  }
+  return pieces;
+}
+
+std::string DescribeAsJson(const common::StateStore& store) {
+  return ToJsonText({{"location", common::TextJson(std::string_view(store.Location().native()))},
+                     {"lastVersionSeen", common::TextJson(store.Get(common::kLastVersionSeenKey))},
+                     {"versionsSeen", PiecesJson(store.Get(common::kAllVersionsSeenKey))},
+                     {"seenItems", PiecesJson(store.Get(common::kAllSeenItemsKey))}});
+}
+
+std::string DescribeAsText(const common::StateStore& store) {
+  const std::string location = SafeForTerminal(store.Location().native(), Whitespace::kShow);
+  if (store.Values().empty()) return "Nothing is remembered in " + location + ".\n";
+  const std::string identities = store.Get(common::kAllSeenItemsKey);
+  const std::size_t count = ornwhatsnew::SplitPersistedList(identities).size();
+  const auto shown = [](std::string_view text) { return SafeForTerminal(text, Whitespace::kShow); };
+  return "State store:     " + location + "\n" +
+         "Last opened in:  " + shown(store.Get(common::kLastVersionSeenKey)) + "\n" +
+         "Opened in:       " + shown(store.Get(common::kAllVersionsSeenKey)) + "\n" +
+         "Seen or rated:   " + std::to_string(count) + (count == 1 ? " identity" : " identities") +
+         "\n";
+}
+
+}  // namespace
+
+ExitStatus Run(const StateShowArguments& arguments) {
+  const common::StateStore store(StateLocation(arguments.state));
+  WriteOutput(arguments.format == OutputFormat::kJson ? DescribeAsJson(store)
+                                                      : DescribeAsText(store));
+  return ExitStatus::kDone;
+}
+
+ExitStatus Run(const StateResetArguments& arguments) {
+  common::StateStore store(StateLocation(arguments.state));
+  store.Reset();
+  const std::string outcome = "Nothing is remembered any more in " +
+                              SafeForTerminal(store.Location().native(), Whitespace::kShow) + ".";
+  WriteOutput(outcome + "\n", outcome);
+  return ExitStatus::kDone;
+}
+
+}  // namespace hosts::console

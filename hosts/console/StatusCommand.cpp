@@ -1,0 +1,48 @@
+#include <hosts/common/StateStore.h>
+#include <hosts/console/Commands.h>
+#include <hosts/console/JsonOutput.h>
+#include <hosts/console/StandardStreams.h>
+#include <hosts/console/WhatsNewLoading.h>
+
+#include <memory>
+#include <string>
+
+#include <nlohmann/json.hpp>
+
+namespace hosts::console {
+namespace {
+
+struct Status {
+  bool isAnythingNew;
+  bool isAnythingToRate;
+};
+
+std::string Describe(const Status& status, OutputFormat format) {
+  if (format == OutputFormat::kJson) {
+    return ToJsonText({{"anythingNew", status.isAnythingNew},
+                       {"anythingNeedingRating", status.isAnythingToRate}});
+  }
+  return std::string(status.isAnythingNew ? "There is something new." : "Nothing is new.") + "\n" +
+         (status.isAnythingToRate ? "There is something to rate." : "Nothing needs rating.") + "\n";
+}
+
+ExitStatus AsExitStatus(const Status& status) {
+  if (status.isAnythingNew && status.isAnythingToRate) return ExitStatus::kNewAndToRate;
+  if (status.isAnythingNew) return ExitStatus::kSomethingNew;
+  return status.isAnythingToRate ? ExitStatus::kSomethingToRate : ExitStatus::kDone;
+}
+
+}  // namespace
+
+ExitStatus Run(const StatusArguments& arguments) {
+  InstallHostFile(arguments.sources.host);
+  common::StateStore store(StateLocation(arguments.sources.state));
+  const std::shared_ptr<ornwhatsnew::FeatureListData> list =
+      LoadWhatsNew(arguments.sources.data, store.Getter(), store.Setter());
+  const Status status = {list->IsAnythingNew(arguments.options | ornwhatsnew::kShowOnlyNew),
+                         list->IsAnythingNeedingRating()};
+  WriteOutput(Describe(status, arguments.format));
+  return arguments.saysItByExitStatus ? AsExitStatus(status) : ExitStatus::kDone;
+}
+
+}  // namespace hosts::console

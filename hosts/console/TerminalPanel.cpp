@@ -1,0 +1,242 @@
+#include <hosts/console/TerminalPanel.h>
+
+#include <algorithm>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include <hosts/console/DisplayWidth.h>
+#include <hosts/console/ParagraphWrapper.h>
+#include <hosts/console/TerminalStyle.h>
+#include <hosts/console/TerminalText.h>
+#include <orncore/string/Conversion.h>
+
+namespace hosts::console {
+namespace {
+
+using common::StyledSegment;
+
+constexpr std::u16string_view kGap = u"   ";
+constexpr std::u16string_view kBadgePadding = u"\u00A0";
+constexpr std::size_t kWidestBullet = 4;
+
+/// Units `[begin, end)` of a paragraph and what they look like.
+struct Span {
+  std::size_t begin;
+  std::size_t end;
+  const StyledSegment* segment;
+  std::size_t link;  ///< the number of the hyperlink, 0 for none
+};
+
+struct Paragraph {
+  std::u16string text;
+  std::vector<Span> spans;
+
+  void Append(std::u16string_view piece, const StyledSegment* segment, std::size_t link) {
+    if (piece.empty()) return;
+    const std::size_t begin = text.size();
+    text += piece;
+    spans.push_back({begin, text.size(), segment, link});
+  }
+};
+
+std::size_t TabWidth(std::size_t width) {
+  if (width == 0 || width >= 40) return 3;
+  return width >= 20 ? 2 : 1;
+}
+
+/// The tabs at a paragraph's start and the bullet that may stand between them.
+struct Prefix {
+  std::size_t tabs = 0;
+  std::size_t bulletEnd = 0;  ///< where the tab behind the bullet stands; 0 without bullet
+  ParagraphShape shape;
+};
+
+Prefix MeasurePrefix(std::u16string_view text, std::size_t tabWidth) {
+  Prefix prefix;
+  prefix.tabs = std::min(text.find_first_not_of(u'\t'), text.size());
+  prefix.shape.firstIndent = prefix.tabs * tabWidth;
+  prefix.shape.hangingIndent = prefix.shape.firstIndent;
+  const std::size_t tab = text.find(u'\t', prefix.tabs);
+  if (prefix.tabs == 0 || tab == std::u16string_view::npos) return prefix;
+  const std::u16string_view bullet = text.substr(prefix.tabs, tab - prefix.tabs);
+  const std::size_t columns = DisplayWidth(bullet);
+  if (columns > kWidestBullet) return prefix;
+  prefix.bulletEnd = tab;
+  const std::size_t column = prefix.shape.firstIndent + columns;
+  prefix.shape.hangingIndent = (column + tabWidth - 1) / tabWidth * tabWidth;
+  if (prefix.shape.hangingIndent == column && !bullet.ends_with(u' ')) {
+    prefix.shape.hangingIndent += tabWidth;
+  }
+  prefix.shape.unbrokenPrefix = bullet.size() + prefix.shape.hangingIndent - column;
+  return prefix;
+}
+
+/// What stands for a tab: nothing for those that make the indent, the way to the text for the one
+/// behind a bullet, a gap for the others.
+std::u16string TabReplacement(std::size_t place, const Prefix& prefix) {
+  if (place < prefix.tabs) return {};
+  if (place != prefix.bulletEnd) return std::u16string(kGap);
+  const std::size_t bullet = prefix.bulletEnd - prefix.tabs;
+  return std::u16string(prefix.shape.unbrokenPrefix - bullet, u' ');
+}
+
+Paragraph WithoutTabs(const Paragraph& paragraph, const Prefix& prefix) {
+  Paragraph result;
+  for (const Span& span : paragraph.spans) {
+    std::u16string piece;
+    for (std::size_t place = span.begin; place < span.end; ++place) {
+      if (paragraph.text[place] == u'\t') {
+        piece += TabReplacement(place, prefix);
+      } else {
+        piece += paragraph.text[place];
+      }
+    }
+    result.Append(piece, span.segment, span.link);
+  }
+  return result;
+}
+
+/// Writes the pieces of one line, and switches styles and links on and off between them.
+class LineWriter {
+ public:
+  /// Styles are switched when `isStyled`, links where spans have one.
+  LineWriter(std::string& output, bool isStyled) : output_(output), isStyled_(isStyled) {}
+
+  void Add(std::u16string_view text, const Span& span) {
+    if (isStyled_) SwitchStyle(StyleStart(span.segment->styles));
+    SwitchLink(span);
+    orncore::string::AppendUTF16to8(text, output_);
+  }
+
+  void Finish() {
+    if (link_ != 0) output_ += kHyperlinkEnd;
+    SwitchStyle({});
+    output_ += '\n';
+  }
+
+ private:
+  void SwitchStyle(std::string style) {
+    if (style == style_) return;
+    if (!style_.empty()) output_ += kStyleEnd;
+    output_ += style;
+    style_ = std::move(style);
+  }
+
+  void SwitchLink(const Span& span) {
+    if (span.link == link_) return;
+    if (span.link == 0) {
+      output_ += kHyperlinkEnd;
+    } else {
+      output_ += HyperlinkStart(span.segment->link, span.link);
+    }
+    link_ = span.link;
+  }
+
+  std::string& output_;
+  bool isStyled_;
+  std::string style_;
+  std::size_t link_ = 0;
+};
+
+class PanelRenderer {
+ public:
+  explicit PanelRenderer(const TerminalLook& look)
+      : look_(look), tabWidth_(TabWidth(look.width)), wrapper_(look.width) {}
+
+  std::string Render(std::span<const StyledSegment> segments) {
+    for (std::size_t i = 0; i < segments.size(); ++i) {
+      AddSegment(segments[i]);
+      const bool isLinkDone = i + 1 == segments.size() || segments[i + 1].link != segments[i].link;
+      if (!look_.hasHyperlinks && isLinkDone) AddLinkTarget(segments[i]);
+    }
+    if (!paragraph_.text.empty()) FinishParagraph();
+    if (output_.empty()) output_ += '\n';
+    return std::move(output_);
+  }
+
+ private:
+  void AddSegment(const StyledSegment& segment) {
+    const std::size_t link = look_.hasHyperlinks ? NumberOfLink(segment.link) : 0;
+    const std::u16string text =
+        SafeForTerminal(orncore::string::UTF8to16(segment.text), Whitespace::kKeep);
+    const bool isBadge = look_.isStyled && segment.styles.Has(ornwhatsnew::kStyleUnlockLabelBox);
+    std::size_t begin = 0;
+    for (;;) {
+      const std::size_t end = std::min(text.find(u'\n', begin), text.size());
+      if (isBadge) paragraph_.Append(kBadgePadding, &segment, link);
+      paragraph_.Append(std::u16string_view(text).substr(begin, end - begin), &segment, link);
+      if (isBadge) paragraph_.Append(kBadgePadding, &segment, link);
+      if (end == text.size()) return;
+      FinishParagraph();
+      begin = end + 1;
+    }
+  }
+
+  /// Segments of the same link in a row are one link.
+  std::size_t NumberOfLink(std::string_view link) {
+    if (link != lastLink_) {
+      lastLink_ = link;
+      lastLinkNumber_ = IsSafeHyperlink(link) ? ++linkCount_ : 0;
+    }
+    return lastLinkNumber_;
+  }
+
+  void AddLinkTarget(const StyledSegment& segment) {
+    if (!segment.styles.Has(ornwhatsnew::kStyleHotSpot) || segment.link.empty() ||
+        segment.text == segment.link) {
+      return;
+    }
+    const std::string link = " <" + SafeForTerminal(segment.link, Whitespace::kShow) + ">";
+    paragraph_.Append(orncore::string::UTF8to16(link), &segment, 0);
+  }
+
+  void FinishParagraph() {
+    Prefix prefix = MeasurePrefix(paragraph_.text, tabWidth_);
+    const Paragraph paragraph = WithoutTabs(paragraph_, prefix);
+    paragraph_ = {};
+    const bool isTitle = !paragraph.spans.empty() && paragraph.spans.front().segment->styles.Has(
+                                                         ornwhatsnew::kStyleFeatureTitle);
+    if (isTitle) prefix.shape.hangingIndent += tabWidth_;
+    const std::vector<WrappedLine> lines = wrapper_.Wrap(paragraph.text, prefix.shape);
+    const bool isBlank = lines.size() == 1 && lines.front().begin == lines.front().end;
+    if ((isTitle || isBlank) && !output_.empty()) isGapDue_ = true;
+    if (isBlank) return;
+    if (std::exchange(isGapDue_, false)) output_ += '\n';
+    WriteLines(paragraph, lines);
+  }
+
+  void WriteLines(const Paragraph& paragraph, const std::vector<WrappedLine>& lines) {
+    const std::u16string_view text = paragraph.text;
+    auto span = paragraph.spans.begin();
+    for (const WrappedLine& line : lines) {
+      LineWriter writer(output_, look_.isStyled);
+      output_.append(line.indent, ' ');
+      for (std::size_t place = line.begin; place < line.end;) {
+        while (span->end <= place) ++span;
+        const std::size_t end = std::min(span->end, line.end);
+        writer.Add(text.substr(place, end - place), *span);
+        place = end;
+      }
+      writer.Finish();
+    }
+  }
+
+  TerminalLook look_;
+  std::size_t tabWidth_;
+  ParagraphWrapper wrapper_;
+  Paragraph paragraph_;
+  std::string output_;
+  bool isGapDue_ = false;
+  std::string_view lastLink_;
+  std::size_t lastLinkNumber_ = 0;
+  std::size_t linkCount_ = 0;
+};
+
+}  // namespace
+
+std::string RenderTerminalPanel(std::span<const StyledSegment> segments, const TerminalLook& look) {
+  return PanelRenderer(look).Render(segments);
+}
+
+}  // namespace hosts::console

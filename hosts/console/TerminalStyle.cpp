@@ -1,0 +1,61 @@
+#include <hosts/console/TerminalStyle.h>
+
+#include <algorithm>
+#include <array>
+#include <utility>
+
+namespace hosts::console {
+namespace {
+
+using namespace ornwhatsnew;
+
+/// The attributes of each style, in the order in which they are switched on. Styles that are not
+/// listed (descriptions, changes) are the terminal's plain text. Of the palette's colours only
+/// those are used that the usual palettes make readable on black and on white: red, magenta and the
+/// brighter blue; yellow, cyan and green fade on white, the darker blue on black.
+constexpr std::array<std::pair<StyleID, std::string_view>, 10> kAttributes = {{
+    {kStyleFeatureTitle, "1"},
+    {kStyleHeader, "35"},
+    {kStyleInternalCode, "2"},
+    {kStyleCommitLink, "2;4"},
+    {kStyleHotSpot, "4;94"},
+    {kStyleIssueLink, "4"},
+    {kStyleUnlockLabel, "94"},
+    {kStyleUnlockLabelBox, "7"},
+    {kStyleInternalWarning, "3;31"},
+    {kStyleRatingPlaceholder, "3;94"},
+}};
+
+constexpr std::size_t kLongestLink = 2000;
+constexpr std::string_view kScheme = "https://";
+
+bool IsUrlCharacter(char character) {
+  constexpr std::string_view kMarks = "-._~:/?#[]@!$&'()*+,;=%";
+  const bool isAlphanumeric = (character >= 'a' && character <= 'z') ||
+                              (character >= 'A' && character <= 'Z') ||
+                              (character >= '0' && character <= '9');
+  return isAlphanumeric || kMarks.find(character) != std::string_view::npos;
+}
+
+}  // namespace
+
+std::string StyleStart(const common::StyleSet& styles) {
+  std::string attributes;
+  for (const auto& [style, code] : kAttributes) {
+    if (!styles.Has(style)) continue;
+    if (!attributes.empty()) attributes += ';';
+    attributes += code;
+  }
+  return attributes.empty() ? std::string() : "\x1B[" + attributes + "m";
+}
+
+bool IsSafeHyperlink(std::string_view link) {
+  return link.starts_with(kScheme) && link.size() > kScheme.size() && link.size() <= kLongestLink &&
+         std::ranges::all_of(link, IsUrlCharacter);
+}
+
+std::string HyperlinkStart(std::string_view link, std::size_t number) {
+  return "\x1B]8;id=" + std::to_string(number) + ";" + std::string(link) + "\x1B\\";
+}
+
+}  // namespace hosts::console

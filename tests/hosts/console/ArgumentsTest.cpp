@@ -1,0 +1,174 @@
+#include <hosts/console/Arguments.h>
+
+#include <initializer_list>
+#include <string>
+#include <variant>
+#include <vector>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace hosts::console {
+namespace {
+
+using testing::HasSubstr;
+using testing::StartsWith;
+
+Request Parse(std::initializer_list<const char*> arguments) {
+  std::vector<const char*> words = {"ornwhatsnew"};
+  words.insert(words.end(), arguments);
+  return ParseArguments(static_cast<int>(words.size()), words.data());
+}
+
+template <class Arguments>
+Arguments ParseAs(std::initializer_list<const char*> arguments) {
+  return std::get<Arguments>(Parse(arguments));
+}
+
+TEST(Arguments, ShowTakesDataAndHost) {
+  const auto show = ParseAs<ShowArguments>({"show", "d.csv", "--host", "h.json"});
+  EXPECT_EQ("d.csv", show.sources.data);
+  EXPECT_EQ("h.json", show.sources.host);
+  EXPECT_FALSE(show.sources.state.has_value());
+  EXPECT_FALSE(show.width.has_value());
+  EXPECT_EQ(0, show.options.Bits());
+  EXPECT_EQ(OutputFormat::kText, show.format);
+  EXPECT_EQ(ColorMode::kAuto, show.color);
+}
+
+struct OptionCase {
+  const char* name;
+  int bits;
+};
+
+class ShowOptions : public testing::TestWithParam<OptionCase> {};
+
+TEST_P(ShowOptions, SetOneBitEach) {
+  const auto show = ParseAs<ShowArguments>({"show", "d", "--host", "h", GetParam().name});
+  EXPECT_EQ(GetParam().bits, show.options.Bits());
+}
+
+INSTANTIATE_TEST_SUITE_P(Cases, ShowOptions,
+                         testing::Values(OptionCase{"--only-new", 0x01},
+                                         OptionCase{"--platform", 0x02},
+                                         OptionCase{"--relevant-versions", 0x04},
+                                         OptionCase{"--headlines", 0x08},
+                                         OptionCase{"--rating", 0x10}));
+
+TEST(Arguments, ShowTakesTheLook) {
+  const auto show =
+      ParseAs<ShowArguments>({"show", "d", "--host", "h", "--only-new", "--rating", "--color",
+                              "always", "--format", "json", "--width", "0", "--state", "s"});
+  EXPECT_EQ(0x11, show.options.Bits());
+  EXPECT_EQ(ColorMode::kAlways, show.color);
+  EXPECT_EQ(OutputFormat::kJson, show.format);
+  EXPECT_EQ(0U, show.width);
+  EXPECT_EQ("s", show.sources.state);
+  EXPECT_EQ(ColorMode::kNever,
+            ParseAs<ShowArguments>({"show", "d", "--host", "h", "--color", "never"}).color);
+}
+
+TEST(Arguments, StatusRateAndState) {
+  const auto status =
+      ParseAs<StatusArguments>({"status", "d", "--host", "h", "--exit-status", "--platform"});
+  EXPECT_TRUE(status.saysItByExitStatus);
+  EXPECT_EQ(0x02, status.options.Bits());
+  const auto rate = ParseAs<RateArguments>({"rate", "ORN-7", "d", "--host", "h"});
+  EXPECT_EQ("ORN-7", rate.key);
+  EXPECT_EQ("d", rate.sources.data);
+  EXPECT_EQ("s", ParseAs<StateShowArguments>({"state", "show", "--state", "s"}).state);
+  EXPECT_EQ("s", ParseAs<StateResetArguments>({"state", "reset", "--state", "s"}).state);
+}
+
+TEST(Arguments, AnEmptyStateIsNotTheUsersOwn) {
+  EXPECT_EQ("", ParseAs<StateShowArguments>({"state", "show", "--state", ""}).state);
+}
+
+TEST(Arguments, ConsoleTakesAllWordsBehindItsOptions) {
+  const auto console = ParseAs<ConsoleArguments>(
+      {"console", "--host", "h", "ValidateWhatsNew", "--my", "file.csv", "--host", "x"});
+  EXPECT_EQ("h", console.host);
+  EXPECT_EQ("ValidateWhatsNew --my file.csv --host x", console.line);
+  EXPECT_EQ("", ParseAs<ConsoleArguments>({"console"}).line);
+}
+
+TEST(Arguments, HelpAndVersionAreAnswers) {
+  for (const char* help : {"--help", "-h"}) {
+    const auto answer = ParseAs<Answer>({help});
+    EXPECT_FALSE(answer.isError);
+    EXPECT_THAT(answer.text, HasSubstr("Exit status:"));
+  }
+  EXPECT_THAT(ParseAs<Answer>({"show", "--help"}).text, HasSubstr("--only-new"));
+  EXPECT_THAT(ParseAs<Answer>({"--version"}).text, HasSubstr("ornwhatsnew "));
+}
+
+class BadArguments : public testing::TestWithParam<std::vector<const char*>> {};
+
+TEST_P(BadArguments, AreAnsweredWithTheWayOut) {
+  std::vector<const char*> words = GetParam();
+  words.insert(words.begin(), "ornwhatsnew");
+  const Request request = ParseArguments(static_cast<int>(words.size()), words.data());
+  ASSERT_TRUE(std::holds_alternative<Answer>(request));
+  EXPECT_TRUE(std::get<Answer>(request).isError);
+  EXPECT_THAT(std::get<Answer>(request).text, HasSubstr(" --help' tells what there is."));
+}
+
+using Words = std::vector<const char*>;
+INSTANTIATE_TEST_SUITE_P(Cases, BadArguments,
+                         testing::Values(Words{}, Words{"unknown"}, Words{"show"},
+                                         Words{"show", "d"}, Words{"show", "--host", "h"},
+                                         Words{"show", "d", "more", "--host", "h"},
+                                         Words{"show", "d", "--host", "h", "--unknown"},
+                                         Words{"show", "d", "--host", "h", "--color", "maybe"},
+                                         Words{"show", "d", "--host", "h", "--format", "xml"},
+                                         Words{"show", "d", "--host", "h", "--width", "-1"},
+                                         Words{"show", "d", "--host", "h", "--width", "wide"},
+                                         Words{"state"}, Words{"rate", "d", "--host", "h"},
+                                         Words{"console", "--host"}));
+
+std::string ErrorOf(std::initializer_list<const char*> arguments) {
+  const auto answer = ParseAs<Answer>(arguments);
+  EXPECT_TRUE(answer.isError);
+  return answer.text;
+}
+
+TEST(Arguments, AWrongCommandIsNamedWithThoseThatThereAre) {
+  EXPECT_EQ(
+      "There is no command 'frob'; the commands of 'ornwhatsnew' are show, status, rate, state, "
+      "console. 'ornwhatsnew --help' tells what there is.",
+      ErrorOf({"frob", "more"}));
+  EXPECT_EQ(
+      "There is no command 'frob'; the commands of 'ornwhatsnew state' are show, reset. "
+      "'ornwhatsnew state --help' tells what there is.",
+      ErrorOf({"state", "frob"}));
+}
+
+TEST(Arguments, AWrongOptionBeforeAnyCommandIsNamed) {
+  EXPECT_THAT(ErrorOf({"--frob"}), StartsWith("There is no option '--frob'; the commands of "));
+}
+
+TEST(Arguments, AMissingCommandIsNoWrongOne) {
+  EXPECT_THAT(ErrorOf({}), StartsWith("No command is given; the commands of 'ornwhatsnew' are "));
+  EXPECT_THAT(ErrorOf({"state"}),
+              StartsWith("No command is given; the commands of 'ornwhatsnew state' are "));
+}
+
+TEST(Arguments, AnErrorLeadsToTheHelpOfItsCommand) {
+  EXPECT_THAT(ErrorOf({"show", "d"}), HasSubstr("'ornwhatsnew show --help'"));
+  EXPECT_THAT(ErrorOf({"state", "show", "--frob"}), HasSubstr("'ornwhatsnew state show --help'"));
+}
+
+TEST(Arguments, AChoiceTakesNothingButItsWords) {
+  for (const std::string word : {"blue", "1", "", "Always", "auto "}) {
+    EXPECT_EQ("--color: '" + word +
+                  "' is none of auto, always, never. 'ornwhatsnew show --help' tells what there "
+                  "is.",
+              ErrorOf({"show", "d", "--host", "h", "--color", word.c_str()}));
+    EXPECT_EQ("--format: '" + word +
+                  "' is none of text, json. 'ornwhatsnew state show --help' tells what there is.",
+              ErrorOf({"state", "show", "--format", word.c_str()}));
+  }
+}
+
+}  // namespace
+}  // namespace hosts::console

@@ -1,0 +1,243 @@
+// What the program is given that it cannot use, and places where it cannot write: an error that
+// names the file and the way out, an exit status that says which kind it is, and nothing lost.
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include <SQLiteCpp/Database.h>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <hosts/common/StateStore.h>
+#include <hosts/common/TextFile.h>
+#include <signal.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+
+#include "tests/hosts/console/ProgramFixture.h"
+
+namespace hosts::console {
+namespace {
+
+using test_support::ChildProcess;
+using test_support::ProgramCall;
+using test_support::ProgramResult;
+using testing::AllOf;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::Not;
+using testing::StartsWith;
+
+const std::string kFullOutput =
+    "ornwhatsnew: Standard output cannot be written: No space left on device. See where it leads.";
+
+class ProgramFaultTest : public ProgramTest {
+ protected:
+  /// The program ends with this status and one line that holds `what` and `name`.
+  void ExpectError(int status, const std::vector<std::string>& words, const std::string& name,
+                   const std::string& what) const {
+    const ProgramResult result = Run(words);
+    EXPECT_EQ(status, result.exitStatus) << result.errors;
+    EXPECT_THAT(result.output, IsEmpty());
+    EXPECT_THAT(result.errors,
+                AllOf(StartsWith("ornwhatsnew: "), HasSubstr(name), HasSubstr(what)));
+    EXPECT_EQ(result.errors.size() - 1, result.errors.find('\n'));
+  }
+
+  /// What the program says when its output leads to a full disk.
+  std::string ErrorsOnFullOutput(const std::vector<std::string>& words) const {
+    std::vector<std::string> line = {"-c", "exec \"$@\" > /dev/full", "sh", ProgramFile()};
+    line.insert(line.end(), words.begin(), words.end());
+    const ProgramResult result = test_support::RunProgram("/bin/sh", Call(line));
+    EXPECT_EQ(6, result.exitStatus);
+    return result.errors;
+  }
+
+  /// Every command that reads a data file refuses this one.
+  void ExpectUnreadableData(const std::string& file, const std::string& what) const {
+    ExpectError(3, {"show", file, "{host}"}, file, what);
+    ExpectError(3, {"status", file, "{host}"}, file, what);
+    ExpectError(3, {"rate", "EPIC-7", file, "{host}"}, file, what);
+    EXPECT_FALSE(std::filesystem::exists(folder_.Path() / "state"));
+  }
+
+  /// Every command with a host refuses this one.
+  void ExpectUnusableHost(const std::string& file, const std::string& what) const {
+    ExpectError(3, {"show", "{data}", "--host", file}, file, what);
+    ExpectError(3, {"status", "{data}", "--host", file}, file, what);
+    ExpectError(3, {"rate", "EPIC-7", "{data}", "--host", file}, file, what);
+    ExpectError(3, {"console", "--host", file, "help"}, file, what);
+  }
+};
+
+TEST_F(ProgramFaultTest, DataFilesThatCannotBeRead) {
+  ExpectUnreadableData("/nowhere/data.csv", "No such file");
+  ExpectUnreadableData(folder_.Path(), "Is a directory");
+  ExpectUnreadableData("/dev/zero", "it is no regular file");
+  const std::string pipe = folder_.Path() / "pipe";
+  ASSERT_EQ(0, ::mkfifo(pipe.c_str(), 0600));
+  ExpectUnreadableData(pipe, "it is no regular file");
+  std::filesystem::create_symlink("loop", folder_.Path() / "loop");
+  ExpectUnreadableData(folder_.Path() / "loop", "symbolic links");
+  ExpectUnreadableData("", "cannot be read");
+}
+
+TEST_F(ProgramFaultTest, HostsThatCannotBeUsed) {
+  ExpectUnusableHost("/nowhere/host.json", "No such file");
+  ExpectUnusableHost(folder_.Path(), "directory");
+  ExpectUnusableHost("/dev/zero", "it is no regular file");
+  const std::string pipe = folder_.Path() / "pipe";
+  ASSERT_EQ(0, ::mkfifo(pipe.c_str(), 0600));
+  ExpectUnusableHost(pipe, "it is no regular file. Name a JSON file with --host.");
+  ExpectUnusableHost(folder_.Write("broken.json", "{\"clientVersion\": "), "line 1");
+  ExpectUnusableHost(folder_.Write("wrong.json", R"({"clientVersion": 25})"), "/clientVersion");
+  ExpectUnusableHost(folder_.Write("unknown.json", R"({"version": "25"})"), "clientVersion");
+  ExpectUnusableHost(folder_.Write("state.json", R"({"state": {}})"), "state");
+}
+
+TEST_F(ProgramFaultTest, ConsoleInputThatCannotBeRead) {
+  struct InputCase {
+    const char* redirection;
+    const char* reason;
+  };
+  for (const InputCase& test :
+       {InputCase{"< /", "Is a directory"}, InputCase{"<&-", "Bad file descriptor"}}) {
+    const std::string script = std::string("exec \"$@\" ") + test.redirection;
+    const ProgramResult result = test_support::RunProgram(
+        "/bin/sh", Call({"-c", script, "sh", ProgramFile(), "console", "{host}"}));
+    EXPECT_EQ(3, result.exitStatus);
+    EXPECT_THAT(result.output, IsEmpty());
+    EXPECT_EQ("ornwhatsnew: Standard input cannot be read: " + std::string(test.reason) +
+                  ". Name a command, or give the commands on standard input, one a line.\n",
+              result.errors);
+  }
+}
+
+TEST_F(ProgramFaultTest, NamesMayHoldBlanksQuotesAndLineFeeds) {
+  for (const char* name : {"a b.csv", "it's \"it\".csv", "line\nfeed.csv", "-dash.csv", "..csv"}) {
+    const std::filesystem::path file = folder_.Path() / "names" / name;
+    folder_.Write(std::filesystem::path("names") / name, common::ReadTextFile(DataFile()));
+    EXPECT_THAT(OutputOf({"show", file, "{host}", "--state", ":memory:"}),
+                HasSubstr("Twice as fast"))
+        << name;
+  }
+}
+
+TEST_F(ProgramFaultTest, ANameThatIsNoUTF8IsReadOrRefusedClearly) {
+  const std::filesystem::path file = folder_.Write("\xFF.csv", common::ReadTextFile(DataFile()));
+  ExpectError(3, {"show", file, "{host}"}, "\uFFFD.csv", "UTF-8");
+}
+
+TEST_F(ProgramFaultTest, AFolderWhoseNameIsNoUTF8IsNoObstacle) {
+  const std::filesystem::path file =
+      folder_.Write("\xFF/data.csv", common::ReadTextFile(DataFile()));
+  EXPECT_THAT(OutputOf({"show", file, "{host}"}), HasSubstr("Twice as fast"));
+}
+
+TEST_F(ProgramFaultTest, ALinkToADataFileElsewhereIsFollowed) {
+  std::filesystem::create_directory(folder_.Path() / "links");
+  std::filesystem::create_symlink(DataFile(), folder_.Path() / "links" / "data.csv");
+  EXPECT_THAT(OutputOf({"show", folder_.Path() / "links" / "data.csv", "{host}"}),
+              HasSubstr("Twice as fast"));
+}
+
+TEST_F(ProgramFaultTest, StoresThatAreNoneOfOursAreRefusedAndLeftAlone) {
+  const std::string garbage = folder_.Write("garbage", "not a store");
+  const std::vector<std::vector<std::string>> commands = {
+      {"show", "{data}", "{host}", "--state", garbage},
+      {"status", "{data}", "{host}", "--state", garbage},
+      {"rate", "EPIC-7", "{data}", "{host}", "--state", garbage},
+      {"state", "show", "--state", garbage},
+      {"state", "reset", "--state", garbage}};
+  for (const std::vector<std::string>& command : commands) {
+    ExpectError(4, command, garbage, "--state");
+  }
+  EXPECT_EQ("not a store", common::ReadTextFile(garbage));
+  ExpectError(4, {"show", "{data}", "{host}", "--state", folder_.Path()}, folder_.Path(), "folder");
+  ExpectError(4, {"state", "show", "--state", ""}, "empty name", "--state");
+}
+
+TEST_F(ProgramFaultTest, WithoutAnyStateFolderTheErrorTellsWhatToSet) {
+  ProgramCall call = Call({"show", "{data}", "{host}"});
+  call.environment.clear();
+  const ProgramResult result = RunProgram(ProgramFile(), call);
+  EXPECT_EQ(4, result.exitStatus);
+  EXPECT_THAT(result.errors, HasSubstr("XDG_STATE_HOME"));
+}
+
+TEST_F(ProgramFaultTest, AStoreThatIsHeldIsAClearErrorAfterABoundedWait) {
+  OutputOf({"show", "{data}", "{host}"});
+  SQLite::Database holder(StateFile().c_str(), SQLite::OPEN_READWRITE);
+  holder.exec("BEGIN EXCLUSIVE");
+  ExpectError(4, {"state", "show"}, StateFile(), "held by another program");
+}
+
+TEST_F(ProgramFaultTest, AFullDiskLeavesWhatWasRemembered) {
+  OutputOf({"rate", "EPIC-7", "{data}", "{host}"});
+  const std::string before = OutputOf({"state", "show"});
+  std::string rows;
+  for (int i = 0; i < 2000; ++i) {
+    rows += "25.1,EPIC-7,,,,,,,,Change " + std::to_string(i) + "\n";
+  }
+  WriteData(rows);
+  ProgramCall call = Call({"show", "{data}", "{host}"});
+  call.beforeStart = [] {
+    const rlimit small = {32 * 1024, 32 * 1024};
+    ::setrlimit(RLIMIT_FSIZE, &small);
+  };
+  const ProgramResult result = RunProgram(ProgramFile(), call);
+  EXPECT_EQ(4, result.exitStatus);
+  EXPECT_THAT(result.output, HasSubstr("Change 1999"));
+  EXPECT_THAT(result.errors, AllOf(HasSubstr(StateFile()), HasSubstr("--state")));
+  EXPECT_EQ(before, OutputOf({"state", "show"}));
+}
+
+TEST_F(ProgramFaultTest, WhatCouldNotBePrintedIsNotRemembered) {
+  EXPECT_EQ(kFullOutput + " Nothing was remembered.\n",
+            ErrorsOnFullOutput({"show", "{data}", "{host}"}));
+  EXPECT_FALSE(std::filesystem::exists(StateFile()));
+}
+
+TEST_F(ProgramFaultTest, ARatingThatCouldNotBeAcknowledgedIsRemembered) {
+  OutputOf({"show", "{data}", "{host}"});
+  EXPECT_EQ(kFullOutput + " Your rating of EPIC-7 is remembered.\n",
+            ErrorsOnFullOutput({"rate", "EPIC-7", "{data}", "{host}"}));
+  EXPECT_THAT(OutputOf({"show", "{data}", "{host}", "--rating"}), Not(HasSubstr("EPIC-7")));
+}
+
+TEST_F(ProgramFaultTest, AResetThatCouldNotBeAcknowledgedHasForgotten) {
+  OutputOf({"show", "{data}", "{host}"});
+  EXPECT_EQ(kFullOutput + " Nothing is remembered any more in " + StateFile().native() + ".\n",
+            ErrorsOnFullOutput({"state", "reset"}));
+  EXPECT_THAT(OutputOf({"state", "show"}), StartsWith("Nothing is remembered in "));
+}
+
+TEST_F(ProgramFaultTest, CommandsThatRememberNothingDoNotSpeakOfIt) {
+  const std::vector<std::vector<std::string>> commands = {
+      {"--help"}, {"--version"}, {"state", "show"}, {"status", "{data}", "{host}"}};
+  for (const std::vector<std::string>& command : commands) {
+    EXPECT_EQ(kFullOutput + "\n", ErrorsOnFullOutput(command)) << testing::PrintToString(command);
+  }
+}
+
+TEST_F(ProgramFaultTest, AClosedPipeIsQuiet) {
+  std::string rows;
+  for (int i = 0; i < 5000; ++i) {
+    rows += "25.1,EPIC-7,,,,,,,,Change " + std::to_string(i) + std::string(50, '.') + "\n";
+  }
+  WriteData(rows);
+  for (const bool isSignalIgnored : {false, true}) {
+    ProgramCall call = Call({"show", "{data}", "{host}"});
+    call.beforeStart = [isSignalIgnored] {
+      ::signal(SIGPIPE, isSignalIgnored ? SIG_IGN : SIG_DFL);
+    };
+    ChildProcess process(ProgramFile(), call);
+    process.CloseOutput();
+    const ProgramResult result = process.Wait();
+    EXPECT_EQ(isSignalIgnored ? 6 : -SIGPIPE, result.exitStatus);
+    EXPECT_THAT(result.errors, IsEmpty());
+    EXPECT_FALSE(std::filesystem::exists(StateFile()));
+  }
+}
+
+}  // namespace
+}  // namespace hosts::console

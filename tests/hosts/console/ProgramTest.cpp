@@ -1,0 +1,345 @@
+// The program as a user or a script runs it, from the command line to the exit status.
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
+
+#include "tests/hosts/console/ProgramFixture.h"
+
+namespace hosts::console {
+namespace {
+
+using nlohmann::json;
+using test_support::ProgramCall;
+using test_support::ProgramResult;
+using testing::AllOf;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::Not;
+using testing::StartsWith;
+
+using ShowTest = ProgramTest;
+
+TEST_F(ShowTest, PrintsThePanelAsPlainTextIntoAPipe) {
+  EXPECT_EQ(
+      "   Changes since v24.0\n"
+      "\n"
+      "Export   UNLOCKED\n"
+      "   Exports run beside your work.   View more <https://help.tarsa.example/export>\n"
+      "   \u2022  (macOS only) Twice as fast (v25.1)\n"
+      "\n"
+      "Darkness   UNLOCKED\n"
+      "   \u2022  Every window is dark (v24.0-v25.1)\n"
+      "\n"
+      "Bug fixes\n"
+      "   \u2022  (win only) No crash on full disks (v25.1)\n",
+      OutputOf({"show", "{data}", "{host}"}));
+}
+
+TEST_F(ShowTest, RemembersWhatItShowed) {
+  EXPECT_THAT(OutputOf({"show", "{data}", "{host}", "--only-new"}), HasSubstr("Twice as fast"));
+  EXPECT_EQ("   Changes since last opened in v25.1.0.42\n\n   You\u2019re all caught up.\n",
+            OutputOf({"show", "{data}", "{host}", "--only-new"}));
+  EXPECT_TRUE(std::filesystem::exists(StateFile()));
+}
+
+TEST_F(ShowTest, OnlyWhatIsNewSinceThen) {
+  OutputOf({"show", "{data}", "{host}"});
+  WriteData(
+      "25.1,EPIC-8,,,How dark is it?,24.0,,,,Every window is dark\n"
+      "25.1,EPIC-8,,,,,,,,Menus are dark\n");
+  EXPECT_THAT(OutputOf({"show", "{data}", "{host}", "--only-new"}),
+              AllOf(HasSubstr("Menus are dark"), Not(HasSubstr("Every window is dark"))));
+}
+
+TEST_F(ShowTest, FiltersByPlatformAndVersion) {
+  EXPECT_THAT(OutputOf({"show", "{data}", "{host}", "--platform"}), Not(HasSubstr("No crash")));
+  EXPECT_THAT(OutputOf({"show", "{data}", "{host}", "--relevant-versions"}),
+              Not(HasSubstr("Every window")));
+  EXPECT_THAT(OutputOf({"show", "{data}", "{host}", "--headlines"}),
+              Not(HasSubstr("Twice as fast")));
+}
+
+TEST_F(ShowTest, InternalUsersSeeMore) {
+  WriteHost("25.1", true);
+  EXPECT_THAT(OutputOf({"show", "{data}", "{host}"}),
+              AllOf(HasSubstr("Nobody knows"), HasSubstr("ORN-9"), HasSubstr("abc123")));
+}
+
+TEST_F(ShowTest, MemoryRemembersNothing) {
+  OutputOf({"show", "{data}", "{host}", "--state", ":memory:"});
+  EXPECT_FALSE(std::filesystem::exists(folder_.Path() / "state"));
+  EXPECT_THAT(OutputOf({"show", "{data}", "{host}", "--only-new"}), HasSubstr("Twice as fast"));
+}
+
+TEST_F(ShowTest, KeepsTheStateWhereItIsTold) {
+  const std::string file = folder_.Path() / "other.db";
+  OutputOf({"show", "{data}", "{host}", "--state", file});
+  EXPECT_TRUE(std::filesystem::exists(file));
+  EXPECT_FALSE(std::filesystem::exists(StateFile()));
+}
+
+TEST_F(ShowTest, WithoutAStateFolderTheHomeFolderServes) {
+  ProgramCall call = Call({"show", "{data}", "{host}"});
+  call.environment.erase("XDG_STATE_HOME");
+  EXPECT_EQ(0, RunProgram(ProgramFile(), call).exitStatus);
+  EXPECT_TRUE(std::filesystem::exists(folder_.Path() / "home/.local/state/ornwhatsnew/state.db"));
+}
+
+TEST_F(ShowTest, OffersTheRatingCommandOfEachFeature) {
+  OutputOf({"show", "{data}", "{host}"});
+  const std::string host = "--host " + HostFile().native();
+  const std::string data = " '" + DataFile().native() + "'\n";
+  EXPECT_EQ(
+      "Export   UNLOCKED\n   \u2022  (macOS only) Twice as fast (v25.1)\n\n"
+      "   How do you like it?\n   ornwhatsnew rate " +
+          host + " -- EPIC-7" + data +
+          "\nDarkness   UNLOCKED\n   \u2022  Every window is dark (v24.0-v25.1)\n\n"
+          "   How dark is it?\n   ornwhatsnew rate " +
+          host + " -- EPIC-8" + data,
+      OutputOf({"show", "{data}", "{host}", "--rating"}));
+}
+
+TEST_F(ShowTest, JsonGivesTextRunsAndRatingItems) {
+  const json panel = json::parse(OutputOf({"show", "{data}", "{host}", "--format", "json"}));
+  EXPECT_THAT(panel["text"].get<std::string>(),
+              StartsWith("\n\tChanges since v24.0\n\nExport\tUNLOCKED\n\uFEFF\uFEFF\tExports"));
+  EXPECT_EQ(json::array({json::array({0, 23, ""})}), panel["runs"]["3"]);
+  EXPECT_EQ("How dark is it?", panel["ratingItems"]["EPIC-8"]["customRating"]);
+}
+
+TEST_F(ShowTest, JsonHoldsNothingThatActsOnATerminal) {
+  WriteData("25.1,EPIC-7,,,,,,,,\x1B[31m\xC2\x9B \xE2\x80\xAE\n");
+  for (const char byte : OutputOf({"show", "{data}", "{host}", "--format", "json"})) {
+    ASSERT_TRUE(byte == '\n' || (byte >= 0x20 && byte < 0x7F));
+  }
+}
+
+TEST_F(ShowTest, ControlCharactersAreShownAndNotObeyed) {
+  WriteData(
+      "25.1,EPIC-7,,,,,,,,\x1B]0;owned\x07 \xC2\x9B"
+      "2J \xE2\x80\xAE"
+      "evil\n");
+  const std::string output = OutputOf({"show", "{data}", "{host}", "--color", "always"});
+  EXPECT_THAT(output, HasSubstr("\u241B]0;owned\u2407 \uFFFD2J evil"));
+}
+
+TEST_F(ShowTest, WrapsAPipeOnlyWhenAsked) {
+  const std::string output = OutputOf({"show", "{data}", "{host}", "--width", "24"});
+  EXPECT_THAT(output, HasSubstr("  \u2022 Every window is dark\n    (v24.0-v25.1)\n"));
+}
+
+struct ColorCase {
+  std::vector<std::string> words;
+  bool isNoColorSet;
+  bool isColored;
+};
+
+TEST_F(ShowTest, ColorsAPipeOnlyWhenAsked) {
+  const std::vector<ColorCase> cases = {{{}, false, false},
+                                        {{"--color", "auto"}, false, false},
+                                        {{"--color", "never"}, false, false},
+                                        {{"--color", "always"}, false, true},
+                                        {{"--color", "always"}, true, true}};
+  for (const ColorCase& test : cases) {
+    ProgramCall call = Call({"show", "{data}", "{host}"});
+    call.arguments.insert(call.arguments.end(), test.words.begin(), test.words.end());
+    if (test.isNoColorSet) call.environment["NO_COLOR"] = "1";
+    const bool isColored = RunProgram(ProgramFile(), call).output.find('\x1B') != std::string::npos;
+    EXPECT_EQ(test.isColored, isColored) << testing::PrintToString(test.words);
+  }
+}
+
+using StatusTest = ProgramTest;
+
+TEST_F(StatusTest, SpeaksToPeopleAndScripts) {
+  EXPECT_EQ("There is something new.\nNothing needs rating.\n",
+            OutputOf({"status", "{data}", "{host}"}));
+  OutputOf({"show", "{data}", "{host}"});
+  EXPECT_EQ("Nothing is new.\nThere is something to rate.\n",
+            OutputOf({"status", "{data}", "{host}"}));
+  EXPECT_EQ((json{{"anythingNew", false}, {"anythingNeedingRating", true}}),
+            json::parse(OutputOf({"status", "{data}", "{host}", "--format", "json"})));
+}
+
+TEST_F(StatusTest, SaysItByTheExitStatusWhenAsked) {
+  const std::vector<std::string> status = {"status", "{data}", "{host}", "--exit-status"};
+  EXPECT_EQ(10, Run(status).exitStatus);
+  OutputOf({"show", "{data}", "{host}"});
+  EXPECT_EQ(11, Run(status).exitStatus);
+  OutputOf({"rate", "EPIC-7", "{data}", "{host}"});
+  OutputOf({"rate", "EPIC-8", "{data}", "{host}"});
+  EXPECT_EQ(0, Run(status).exitStatus);
+  WriteData("25.2,EPIC-7,,,How is it now?,,,,,Thrice as fast\n25.2,EPIC-8,,,Better?,,,,,\n");
+  EXPECT_EQ(10, Run(status).exitStatus);
+  OutputOf({"show", "{data}", "{host}"});
+  WriteData(
+      "25.2,EPIC-7,,,How is it now?,,,,,Thrice as fast\n25.2,EPIC-8,,,Better?,,,,,\n"
+      "25.2,MISC,,,,,,,,Something else\n");
+  EXPECT_EQ(12, Run(status).exitStatus);
+}
+
+TEST_F(StatusTest, RemembersNothing) {
+  OutputOf({"status", "{data}", "{host}"});
+  EXPECT_FALSE(std::filesystem::exists(folder_.Path() / "state"));
+}
+
+using RateTest = ProgramTest;
+
+TEST_F(RateTest, RemembersARating) {
+  OutputOf({"show", "{data}", "{host}"});
+  EXPECT_EQ("Thank you. Your rating of EPIC-7 is remembered.\n",
+            OutputOf({"rate", "EPIC-7", "{data}", "{host}"}));
+  const std::string left = OutputOf({"show", "{data}", "{host}", "--rating"});
+  EXPECT_THAT(left, AllOf(HasSubstr("EPIC-8"), Not(HasSubstr("EPIC-7"))));
+}
+
+TEST_F(RateTest, RatingTwiceIsRememberedOnce) {
+  OutputOf({"show", "{data}", "{host}"});
+  OutputOf({"rate", "EPIC-7", "{data}", "{host}"});
+  const std::string once = OutputOf({"state", "show"});
+  OutputOf({"rate", "EPIC-7", "{data}", "{host}"});
+  EXPECT_EQ(once, OutputOf({"state", "show"}));
+}
+
+TEST_F(RateTest, AnUnknownKeyListsThoseThatCanBeRated) {
+  for (const char* key : {"EPIC-1", "epic-7", "", "BUGFIX", "EPIC-9", "f.export"}) {
+    const ProgramResult result = Run({"rate", key, "{data}", "{host}"});
+    EXPECT_EQ(5, result.exitStatus) << key;
+    EXPECT_THAT(result.output, IsEmpty());
+    EXPECT_EQ("ornwhatsnew: There is no feature '" + std::string(key) +
+                  "' to rate. These can be rated: EPIC-7, EPIC-8.\n",
+              result.errors);
+  }
+  EXPECT_FALSE(std::filesystem::exists(folder_.Path() / "state"));
+}
+
+using StateTest = ProgramTest;
+
+TEST_F(StateTest, ShowsWhatIsRemembered) {
+  EXPECT_EQ("Nothing is remembered in " + StateFile().native() + ".\n",
+            OutputOf({"state", "show"}));
+  OutputOf({"show", "{data}", "{host}"});
+  WriteHost("25.2", false);
+  OutputOf({"show", "{data}", "{host}"});
+  EXPECT_THAT(OutputOf({"state", "show"}),
+              AllOf(HasSubstr("Last opened in:  25.2.0.42\n"),
+                    HasSubstr("Opened in:       25.1.0.42 25.2.0.42\n"),
+                    HasSubstr("Seen or rated:   6 identities\n")));
+  const json state = json::parse(OutputOf({"state", "show", "--format", "json"}));
+  EXPECT_EQ(StateFile().native(), state["location"]);
+  EXPECT_EQ("25.2.0.42", state["lastVersionSeen"]);
+  EXPECT_EQ((json{"25.1.0.42", "25.2.0.42"}), state["versionsSeen"]);
+  EXPECT_EQ(6U, state["seenItems"].size());
+}
+
+TEST_F(StateTest, ResetForgets) {
+  OutputOf({"show", "{data}", "{host}"});
+  EXPECT_EQ("Nothing is remembered any more in " + StateFile().native() + ".\n",
+            OutputOf({"state", "reset"}));
+  EXPECT_THAT(OutputOf({"state", "show"}), StartsWith("Nothing is remembered in "));
+  EXPECT_THAT(OutputOf({"show", "{data}", "{host}", "--only-new"}), HasSubstr("Twice as fast"));
+}
+
+using ConsoleTest = ProgramTest;
+
+constexpr const char* kValidateUsage =
+    "ValidateWhatsNew filepath - Parse a What's New file to validate changes before commiting to "
+    "version control\n";
+
+TEST_F(ConsoleTest, RunsACommandFromTheArguments) {
+  EXPECT_EQ("Reading What's New file at \"" + DataFile().native() + "\" finished\n",
+            OutputOf({"console", "ValidateWhatsNew", "{data}"}));
+  EXPECT_EQ(kValidateUsage, OutputOf({"console", "ValidateWhatsNew"}));
+  EXPECT_EQ("Failed to read What's New file at \"/nowhere\" with result: -2\n",
+            OutputOf({"console", "{host}", "ValidateWhatsNew", "/nowhere"}));
+  EXPECT_FALSE(std::filesystem::exists(folder_.Path() / "state"));
+}
+
+TEST_F(ConsoleTest, ListsTheCommands) {
+  EXPECT_EQ(std::string(kValidateUsage) + "help - List the commands\n",
+            OutputOf({"console", "help"}));
+}
+
+TEST_F(ConsoleTest, RunsTheLinesOfStandardInput) {
+  ProgramCall call = Call({"console"});
+  call.input = "help\n\n  \nnonsense more\r\nValidateWhatsNew";
+  const ProgramResult result = RunProgram(ProgramFile(), call);
+  EXPECT_EQ(7, result.exitStatus);
+  EXPECT_EQ(std::string(kValidateUsage) + "help - List the commands\n" + kValidateUsage,
+            result.output);
+  EXPECT_EQ(
+      "ornwhatsnew: There is no console command 'nonsense'. 'help' lists those that there "
+      "are.\n",
+      result.errors);
+}
+
+TEST_F(ConsoleTest, HelpIsACommandLikeAnyOther) {
+  const std::string list = std::string(kValidateUsage) + "help - List the commands\n";
+  for (const char* line : {"help", "help ", "  help", "\thelp", " help  me ", "help\r"}) {
+    ProgramCall call = Call({"console"});
+    call.input = line + std::string("\n");
+    const ProgramResult result = RunProgram(ProgramFile(), call);
+    EXPECT_EQ(0, result.exitStatus) << line;
+    EXPECT_EQ(list, result.output) << line;
+    EXPECT_THAT(result.errors, IsEmpty()) << line;
+  }
+  EXPECT_EQ(list, OutputOf({"console", "help", "ValidateWhatsNew"}));
+}
+
+struct UnknownCase {
+  const char* line;
+  const char* name;
+};
+
+TEST_F(ConsoleTest, AnUnknownCommandIsNamedAsItWasRead) {
+  for (const UnknownCase& test :
+       {UnknownCase{"  nonsense more", "nonsense"}, UnknownCase{"help\tme now", "help\u2409me"},
+        UnknownCase{"Help", "Help"}}) {
+    ProgramCall call = Call({"console"});
+    call.input = test.line;
+    const ProgramResult result = RunProgram(ProgramFile(), call);
+    EXPECT_EQ(7, result.exitStatus);
+    EXPECT_EQ("ornwhatsnew: There is no console command '" + std::string(test.name) +
+                  "'. 'help' lists those that there are.\n",
+              result.errors);
+  }
+}
+
+TEST_F(ConsoleTest, LinesMayBeLong) {
+  ProgramCall call = Call({"console"});
+  const std::string name = "/" + std::string(20'000, 'x');
+  call.input = "ValidateWhatsNew " + name + "\nhelp\n";
+  EXPECT_THAT(RunProgram(ProgramFile(), call).output,
+              AllOf(StartsWith("Failed to read What's New file at \"" + name + "\""),
+                    HasSubstr("\nhelp - List")));
+}
+
+TEST_F(ConsoleTest, NamesOfFilesDoNotActOnTheTerminal) {
+  EXPECT_EQ("Failed to read What's New file at \"/\u241B[31m\" with result: -2\n",
+            OutputOf({"console", "ValidateWhatsNew", "/\x1B[31m"}));
+}
+
+using HelpTest = ProgramTest;
+
+TEST_F(HelpTest, TellsCommandsAndExitStatus) {
+  EXPECT_THAT(OutputOf({"--help"}),
+              AllOf(HasSubstr("show"), HasSubstr("status"), HasSubstr("rate"), HasSubstr("state"),
+                    HasSubstr("console"), HasSubstr("Exit status:"),
+                    HasSubstr("or standard input cannot be used")));
+  EXPECT_THAT(OutputOf({"--version"}), StartsWith("ornwhatsnew "));
+}
+
+TEST_F(HelpTest, AWrongCommandLineIsAnError) {
+  const ProgramResult result = Run({"show", "--nonsense\x1B[31m"});
+  EXPECT_EQ(2, result.exitStatus);
+  EXPECT_THAT(result.output, IsEmpty());
+  EXPECT_THAT(result.errors,
+              AllOf(StartsWith("ornwhatsnew: "), HasSubstr("--help"), Not(HasSubstr("\x1B"))));
+}
+
+}  // namespace
+}  // namespace hosts::console

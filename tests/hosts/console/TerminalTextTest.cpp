@@ -1,0 +1,101 @@
+#include <hosts/console/TerminalText.h>
+
+#include <string>
+#include <string_view>
+
+#include <gtest/gtest.h>
+
+namespace hosts::console {
+namespace {
+
+struct SafeCase {
+  std::u16string text;
+  std::u16string safe;
+};
+
+class TerminalText : public testing::TestWithParam<SafeCase> {};
+
+TEST_P(TerminalText, LeavesNothingThatActsOrHides) {
+  EXPECT_EQ(GetParam().safe, SafeForTerminal(GetParam().text, Whitespace::kKeep));
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    PlainText, TerminalText,
+    testing::Values(SafeCase{u"", u""}, SafeCase{u"plain ~ text", u"plain ~ text"},
+                    SafeCase{u"a\n\tb", u"a\n\tb"},
+                    SafeCase{u"\u00A0\u00E9\u6C34", u"\u00A0\u00E9\u6C34"},
+                    SafeCase{u"e\u0301", u"e\u0301"}, SafeCase{u"\U0001F600", u"\U0001F600"},
+                    SafeCase{u"\u05E9\u05DC\u05D5\u05DD", u"\u05E9\u05DC\u05D5\u05DD"}));
+
+INSTANTIATE_TEST_SUITE_P(
+    Controls, TerminalText,
+    testing::Values(SafeCase{u"\x1B[31mred", u"\u241B[31mred"},
+                    SafeCase{u"\x1B]0;title\x07", u"\u241B]0;title\u2407"},
+                    SafeCase{u"a\rb\bc\x7F", u"a\u240Db\u2408c\u2421"},
+                    SafeCase{std::u16string(1, u'\0'), u"\u2400"},
+                    // The sequence introducer and the line end of the upper control characters.
+                    SafeCase{u"\u009B31m\u0085", u"\uFFFD31m\uFFFD"},
+                    SafeCase{u"a\u2028b\u2029c", u"a b c"}));
+
+INSTANTIATE_TEST_SUITE_P(
+    Invisible, TerminalText,
+    testing::Values(SafeCase{u"\uFEFF\uFEFF\tdescription", u"\tdescription"},
+                    // Overrides, isolates and marks of direction.
+                    SafeCase{u"a\u202Eb\u202Cc\u2066d\u2069e\u200Ef\u200Fg\u061Ch", u"abcdefgh"},
+                    SafeCase{u"a\u200Bb\u2060c\u00ADd\u034Fe\u180Ef\u115Fg\u3164h", u"abcdefgh"},
+                    // Tags: invisible letters.
+                    SafeCase{u"a\U000E0041\U000E007Fb", u"ab"},
+                    SafeCase{u"a\U000E0100b\uFE0Fc", u"abc"}));
+
+INSTANTIATE_TEST_SUITE_P(
+    Joiners, TerminalText,
+    testing::Values(SafeCase{u"pay\u200Dpal\u200C", u"paypal"}, SafeCase{u"\u200D\u200C", u""},
+                    // A family of emoji, and a heart in colour.
+                    SafeCase{u"\U0001F468\u200D\U0001F469\u200D\U0001F467",
+                             u"\U0001F468\u200D\U0001F469\u200D\U0001F467"},
+                    SafeCase{u"\u2764\uFE0F\u200D\U0001F525", u"\u2764\uFE0F\u200D\U0001F525"},
+                    SafeCase{u"1\uFE0F\u20E3 1\uFE0F", u"1\uFE0F\u20E3 1"},
+                    // Persian writes a non-joiner inside a word, Devanagari joiners behind viramas.
+                    SafeCase{u"\u0645\u06CC\u200C\u062E\u0648\u0627\u0647\u0645",
+                             u"\u0645\u06CC\u200C\u062E\u0648\u0627\u0647\u0645"},
+                    SafeCase{u"\u0915\u094D\u200D\u0937", u"\u0915\u094D\u200D\u0937"},
+                    SafeCase{u"\u0645\u200C\u200C\u200C\u062E", u"\u0645\u200C\u062E"}));
+
+INSTANTIATE_TEST_SUITE_P(
+    Malformed, TerminalText,
+    testing::Values(SafeCase{std::u16string(1, char16_t{0xD800}), u"\uFFFD"},
+                    SafeCase{std::u16string({char16_t{0xDC00}, u'a', char16_t{0xD83D}}),
+                             u"\uFFFDa\uFFFD"},
+                    SafeCase{u"\uFFFE\uFDD0\U0001FFFF", u"\uFFFD\uFFFD\uFFFD"}));
+
+TEST(TerminalText, ShowsLineFeedsAndTabsWhenAsked) {
+  EXPECT_EQ(u"a\u240Ab\u2409c", SafeForTerminal(u"a\nb\tc", Whitespace::kShow));
+}
+
+TEST(TerminalText, TakesUTF8WithAnyBytes) {
+  EXPECT_EQ("plain", SafeForTerminal(std::string_view("plain"), Whitespace::kShow));
+  EXPECT_EQ("\uFFFD[31m \u241B \u00E9",
+            SafeForTerminal(std::string_view("\x9B[31m \x1B \xC3\xA9"), Whitespace::kShow));
+}
+
+TEST(TerminalText, NoCharacterOfUnicodeGetsThroughAsAControlOrMark) {
+  for (char32_t character = 0; character <= 0x10FFFF; ++character) {
+    std::u16string text;
+    if (character < 0x10000) {
+      text = {u'a', static_cast<char16_t>(character), u'b'};
+    } else {
+      text = {u'a', static_cast<char16_t>(0xD7C0 + (character >> 10U)),
+              static_cast<char16_t>(0xDC00 + (character & 0x3FFU)), u'b'};
+    }
+    for (const char16_t unit : SafeForTerminal(text, Whitespace::kShow)) {
+      const bool isControl = unit < 0x20 || (unit >= 0x7F && unit < 0xA0);
+      const bool isMark = (unit >= 0x200B && unit <= 0x200F) ||
+                          (unit >= 0x2028 && unit <= 0x202E) ||
+                          (unit >= 0x2060 && unit <= 0x206F) || unit == 0xFEFF || unit == 0x061C;
+      ASSERT_FALSE(isControl || isMark) << std::hex << static_cast<unsigned>(character);
+    }
+  }
+}
+
+}  // namespace
+}  // namespace hosts::console
