@@ -1,0 +1,194 @@
+#include "tests/conformance/RunnerProgram.h"
+
+#include <algorithm>
+#include <exception>
+#include <functional>
+#include <istream>
+#include <optional>
+#include <ostream>
+#include <sstream>
+#include <string_view>
+#include <utility>
+
+#include <nlohmann/json.hpp>
+
+#include "hosts/common/JsonReader.h"
+#include "hosts/common/TextFile.h"
+#include "tests/conformance/ResultComparison.h"
+#include "tests/conformance/ResultJson.h"
+#include "tests/conformance/ScenarioReader.h"
+#include "tests/conformance/ScenarioRun.h"
+
+namespace conformance {
+
+using hosts::common::JsonDocument;
+using hosts::common::JsonError;
+using hosts::common::JsonReader;
+using nlohmann::json;
+
+namespace {
+
+/// What became of one scenario: its results, or an error.
+struct Outcome {
+  /// Null where the scenario has no usable name.
+  json name;
+  json results;
+  std::optional<std::string> error;
+  /// The scenario's `expect`, null when it has none. Lives as long as the document.
+  const json* expect = nullptr;
+};
+
+using OutcomeSink = std::function<void(const Outcome&)>;
+
+Outcome Failed(std::string_view error) {
+  Outcome outcome;
+  outcome.error = error;
+  return outcome;
+}
+
+Outcome RunOne(const JsonReader& reader) {
+  Outcome outcome;
+  try {
+    const json& value = reader.Value();
+    if (value.is_object() && value.contains("name") && value["name"].is_string()) {
+      outcome.name = value["name"];
+    }
+    const Scenario scenario = ReadScenario(reader);
+    if (const auto expect = reader.Find("expect")) {
+      if (!expect->IsArray()) expect->FailExpecting("an array of results");
+      outcome.expect = &expect->Value();
+    }
+    outcome.results = RunScenario(scenario);
+  } catch (const std::exception& error) {
+    outcome.error = error.what();
+  }
+  return outcome;
+}
+
+/// How many scenarios a text may hold.
+enum class Form { kOneOrMany, kOne };
+
+/// Runs the scenarios of one text: one object, or an array of them where many are allowed.
+void RunText(std::string_view text, std::string_view sourceName, Form form,
+             const OutcomeSink& sink) {
+  std::optional<JsonDocument> document;
+  try {
+    document = JsonDocument::Parse(text, sourceName);
+  } catch (const JsonError& error) {
+    sink(Failed(error.what()));
+    return;
+  }
+  const JsonReader reader(*document);
+  if (form == Form::kOne || !reader.IsArray()) {
+    sink(RunOne(reader));
+    return;
+  }
+  for (const JsonReader& element : reader.Elements()) sink(RunOne(element));
+}
+
+void RunFile(const std::string& file, const OutcomeSink& sink) {
+  std::string text;
+  try {
+    text = hosts::common::ReadTextFile(file);
+  } catch (const std::exception& error) {
+    sink(Failed(error.what()));
+    return;
+  }
+  RunText(text, file, Form::kOneOrMany, sink);
+}
+
+void RunAll(const std::vector<std::string>& files, std::istream& in, const OutcomeSink& sink) {
+  if (files.empty()) {
+    std::ostringstream text;
+    text << in.rdbuf();
+    RunText(text.view(), "standard input", Form::kOneOrMany, sink);
+  }
+  for (const std::string& file : files) RunFile(file, sink);
+}
+
+std::string OutcomeJson(const Outcome& outcome) {
+  if (!outcome.error) return LineOf({{"name", outcome.name}, {"results", outcome.results}});
+  return LineOf({{"name", outcome.name}, {"error", TextJson(*outcome.error)}});
+}
+
+std::string NameForPeople(const Outcome& outcome) {
+  if (!outcome.name.is_string()) return "(no name)";
+  const std::string quoted = LineOf(outcome.name);
+  return quoted.substr(1, quoted.size() - 2);
+}
+
+/// Flushes what was written; a result that did not arrive is no result.
+int Finish(const Streams& streams, int status) {
+  streams.out.flush();
+  if (streams.out) return status;
+  streams.err << "scenario_runner: the results could not be written\n";
+  return kNotRun;
+}
+
+/// Writes a line for each difference and tells whether there is one. A path such as `/3/text`
+/// begins with the number of the step, counted from 0 as in the paths of errors.
+bool PrintDifferences(const Outcome& outcome, std::ostream& out) {
+  const std::vector<Difference> differences = CompareJson(*outcome.expect, outcome.results);
+  for (const Difference& difference : differences) {
+    const std::size_t stepEnd = difference.path.find('/', 1);
+    out << NameForPeople(outcome) << ": step " << difference.path.substr(1, stepEnd - 1);
+    if (stepEnd != std::string::npos) out << ' ' << difference.path.substr(stepEnd);
+    out << ": expected " << difference.expected << ", got " << difference.got << '\n';
+  }
+  return !differences.empty();
+}
+
+int CheckOne(const Outcome& outcome, std::ostream& out) {
+  if (outcome.error || !outcome.expect) {
+    out << NameForPeople(outcome) << ": "
+        << outcome.error.value_or("the scenario has no \"expect\" to compare with") << '\n';
+    return kNotRun;
+  }
+  return PrintDifferences(outcome, out) ? kDifferences : kAllWell;
+}
+
+}  // namespace
+
+int PrintResults(const std::vector<std::string>& files, Streams streams) {
+  int status = kAllWell;
+  bool first = true;
+  streams.out << '[';
+  RunAll(files, streams.in, [&](const Outcome& outcome) {
+    if (outcome.error) status = kNotRun;
+    streams.out << (first ? "\n" : ",\n") << OutcomeJson(outcome);
+    first = false;
+  });
+  streams.out << "\n]\n";
+  return Finish(streams, status);
+}
+
+int CheckResults(const std::vector<std::string>& files, Streams streams) {
+  int status = kAllWell;
+  std::size_t scenarios = 0;
+  std::size_t good = 0;
+  RunAll(files, streams.in, [&](const Outcome& outcome) {
+    const int one = CheckOne(outcome, streams.out);
+    ++scenarios;
+    if (one == kAllWell) ++good;
+    status = std::max(status, one);
+  });
+  streams.err << good << " of " << scenarios << " scenarios gave what they expect\n";
+  return Finish(streams, status);
+}
+
+int RunBatch(Streams streams) {
+  int status = kAllWell;
+  std::size_t number = 0;
+  for (std::string line; streams.out && std::getline(streams.in, line);) {
+    ++number;
+    if (line.find_first_not_of(" \t\r") == std::string::npos) continue;
+    const std::string source = "standard input line " + std::to_string(number);
+    RunText(line, source, Form::kOne, [&](const Outcome& outcome) {
+      if (outcome.error) status = kNotRun;
+      streams.out << OutcomeJson(outcome) << std::endl;
+    });
+  }
+  return Finish(streams, status);
+}
+
+}  // namespace conformance

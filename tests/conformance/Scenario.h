@@ -1,0 +1,98 @@
+// A scenario: a host, and the calls that are made on one feature list after the other.
+#ifndef TESTS_CONFORMANCE_SCENARIO_H_
+#define TESTS_CONFORMANCE_SCENARIO_H_
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <variant>
+#include <vector>
+
+#include "hosts/common/HostDescription.h"
+
+namespace conformance {
+
+struct CallFunction;
+
+// One structure per kind of step, named after its `do`. Texts are UTF-8; `data` may be any bytes.
+
+struct ConstructStep {};
+struct LoadStep {
+  std::string data;
+};
+struct LoadResourceStep {
+  std::string path;
+  /// Absent: the resource manager knows no resource.
+  std::optional<std::string> data;
+};
+struct InitStep {
+  std::string data;
+};
+struct ParseStep {
+  std::string data;
+};
+struct ParseBetaFeaturesStep {};
+struct BubbleStep {};
+struct RefreshStep {};
+struct InsertStep {
+  std::string key;
+  std::string internalKey;
+  std::string name;
+  std::string description;
+  std::int32_t visibility = 0;
+};
+struct EnsureSectionStep {
+  std::string key;
+  std::string name;
+  std::string description;
+};
+struct HostStep {
+  /// The whole host from this step on.
+  hosts::common::HostDescription host;
+  /// Both hold what the library wrote as well, so that they are only put back where the step says.
+  bool replacesDebug = false;
+  bool replacesState = false;
+};
+struct IsAnythingNewStep {
+  std::uint8_t options = 0;
+};
+struct IsAnythingNeedingRatingStep {};
+struct RateStep {
+  std::string key;
+};
+struct FormatStep {
+  std::uint8_t options = 0;
+  std::string placeholder;
+  bool ratingMap = true;
+};
+struct ItemsStep {};
+struct NewSeenStateStep {};
+struct DebugStep {};
+struct CallStep {
+  const CallFunction* function = nullptr;
+  std::vector<std::string> arguments;
+};
+struct CaptureStyleStep {
+  std::int32_t style = 0;
+  std::string textSoFar;
+  std::string piece;
+  std::int32_t startAdjust = 0;
+  std::int32_t lengthAdjust = 0;
+  std::string string;
+};
+
+using Step =
+    std::variant<ConstructStep, LoadStep, LoadResourceStep, InitStep, ParseStep,
+                 ParseBetaFeaturesStep, BubbleStep, RefreshStep, InsertStep, EnsureSectionStep,
+                 HostStep, IsAnythingNewStep, IsAnythingNeedingRatingStep, RateStep, FormatStep,
+                 ItemsStep, NewSeenStateStep, DebugStep, CallStep, CaptureStyleStep>;
+
+struct Scenario {
+  std::string name;
+  hosts::common::HostDescription host;
+  std::vector<Step> steps;
+};
+
+}  // namespace conformance
+
+#endif  // TESTS_CONFORMANCE_SCENARIO_H_

@@ -1,0 +1,211 @@
+#include "tests/conformance/ScenarioReader.h"
+
+#include <algorithm>
+#include <array>
+#include <string_view>
+#include <utility>
+
+#include "tests/conformance/Base64.h"
+#include "tests/conformance/CallFunctions.h"
+
+namespace conformance {
+
+using hosts::common::HostDescription;
+using hosts::common::HostMembers;
+using hosts::common::JsonReader;
+
+namespace {
+
+std::optional<std::string> ReadOptionalData(const JsonReader& step) {
+  const auto text = step.Find("data");
+  const auto encoded = step.Find("dataBase64");
+  if (text && encoded) step.Fail("give either \"data\" or \"dataBase64\", not both");
+  if (text) return text->Text();
+  if (!encoded) return std::nullopt;
+  auto bytes = DecodeBase64(encoded->Text());
+  if (!bytes) encoded->FailExpecting("Base64, padded to groups of four");
+  return bytes;
+}
+
+std::string ReadData(const JsonReader& step) {
+  step.RequireObject({"do", "data", "dataBase64"});
+  auto data = ReadOptionalData(step);
+  if (!data) step.Fail("the member \"data\" (or \"dataBase64\") is missing");
+  return *std::move(data);
+}
+
+/// A step that consists of its name.
+template <class BareStep>
+Step ReadBare(const JsonReader& step) {
+  step.RequireObject({"do"});
+  return BareStep{};
+}
+
+/// A step that consists of its name and a data file.
+template <class DataStep>
+Step ReadWithData(const JsonReader& step) {
+  return DataStep{ReadData(step)};
+}
+
+std::uint8_t ReadOptions(const JsonReader& step) {
+  return static_cast<std::uint8_t>(step.Member("options").Integer(0, 255));
+}
+
+Step ReadLoadResource(const JsonReader& step) {
+  step.RequireObject({"do", "path", "data", "dataBase64"});
+  return LoadResourceStep{.path = step.Member("path").Text(), .data = ReadOptionalData(step)};
+}
+
+Step ReadInsert(const JsonReader& step) {
+  step.RequireObject({"do", "key", "internalKey", "name", "description", "visibility"});
+  return InsertStep{.key = step.Member("key").Text(),
+                    .internalKey = step.Member("internalKey").Text(),
+                    .name = step.Member("name").Text(),
+                    .description = step.Member("description").Text(),
+                    .visibility = step.Member("visibility").Integer32()};
+}
+
+Step ReadEnsureSection(const JsonReader& step) {
+  step.RequireObject({"do", "key", "name", "description"});
+  return EnsureSectionStep{.key = step.Member("key").Text(),
+                           .name = step.Member("name").Text(),
+                           .description = step.Member("description").Text()};
+}
+
+Step ReadIsAnythingNew(const JsonReader& step) {
+  step.RequireObject({"do", "options"});
+  return IsAnythingNewStep{ReadOptions(step)};
+}
+
+Step ReadRate(const JsonReader& step) {
+  step.RequireObject({"do", "key"});
+  return RateStep{step.Member("key").Text()};
+}
+
+Step ReadFormat(const JsonReader& step) {
+  step.RequireObject({"do", "options", "placeholder", "ratingMap"});
+  FormatStep format{.options = ReadOptions(step), .placeholder = {}};
+  if (const auto placeholder = step.Find("placeholder")) format.placeholder = placeholder->Text();
+  if (const auto ratingMap = step.Find("ratingMap")) format.ratingMap = ratingMap->Boolean();
+  return format;
+}
+
+Step ReadCall(const JsonReader& step) {
+  step.RequireObject({"do", "function", "arguments"});
+  const JsonReader name = step.Member("function");
+  CallStep call;
+  call.function = FindCallFunction(name.Text());
+  if (!call.function) name.FailExpecting("the name of a function");
+  const JsonReader arguments = step.Member("arguments");
+  for (const JsonReader& argument : arguments.Elements()) {
+    call.arguments.push_back(argument.Text());
+  }
+  if (call.arguments.size() != call.function->argumentCount) {
+    arguments.Fail("the function takes " + std::to_string(call.function->argumentCount) +
+                   " arguments, found " + std::to_string(call.arguments.size()));
+  }
+  return call;
+}
+
+Step ReadCaptureStyle(const JsonReader& step) {
+  step.RequireObject(
+      {"do", "style", "textSoFar", "piece", "startAdjust", "lengthAdjust", "string"});
+  return CaptureStyleStep{.style = step.Member("style").Integer32(),
+                          .textSoFar = step.Member("textSoFar").Text(),
+                          .piece = step.Member("piece").Text(),
+                          .startAdjust = step.Member("startAdjust").Integer32(),
+                          .lengthAdjust = step.Member("lengthAdjust").Integer32(),
+                          .string = step.Member("string").Text()};
+}
+
+/// What a step has to do with lists.
+enum class ListUse { kMakes, kNeeds, kNone };
+
+struct StepForm {
+  std::string_view name;
+  ListUse listUse;
+  Step (*read)(const JsonReader& step);
+};
+
+constexpr std::array<StepForm, 19> kStepForms = {{
+    {"construct", ListUse::kMakes, ReadBare<ConstructStep>},
+    {"load", ListUse::kMakes, ReadWithData<LoadStep>},
+    {"loadResource", ListUse::kMakes, ReadLoadResource},
+    {"init", ListUse::kNeeds, ReadWithData<InitStep>},
+    {"parse", ListUse::kNeeds, ReadWithData<ParseStep>},
+    {"parseBetaFeatures", ListUse::kNeeds, ReadBare<ParseBetaFeaturesStep>},
+    {"bubble", ListUse::kNeeds, ReadBare<BubbleStep>},
+    {"refresh", ListUse::kNeeds, ReadBare<RefreshStep>},
+    {"insert", ListUse::kNeeds, ReadInsert},
+    {"ensureSection", ListUse::kNeeds, ReadEnsureSection},
+    {"isAnythingNew", ListUse::kNeeds, ReadIsAnythingNew},
+    {"isAnythingNeedingRating", ListUse::kNeeds, ReadBare<IsAnythingNeedingRatingStep>},
+    {"rate", ListUse::kNeeds, ReadRate},
+    {"format", ListUse::kNeeds, ReadFormat},
+    {"items", ListUse::kNeeds, ReadBare<ItemsStep>},
+    {"newSeenState", ListUse::kNeeds, ReadBare<NewSeenStateStep>},
+    {"debug", ListUse::kNone, ReadBare<DebugStep>},
+    {"call", ListUse::kNone, ReadCall},
+    {"captureStyle", ListUse::kNeeds, ReadCaptureStyle},
+}};
+
+/// Reads the steps of one scenario, in order: what a step may be depends on those before it.
+class StepReader {
+ public:
+  explicit StepReader(const HostDescription& host) : host_(host) {}
+
+  Step Read(const JsonReader& step) {
+    const JsonReader name = step.Member("do");
+    const std::string text = name.Text();
+    if (text == "host") return ReadHost(step);
+    const auto form = std::ranges::find(kStepForms, text, &StepForm::name);
+    if (form == kStepForms.end()) name.FailExpecting("the name of a step");
+    Step read = form->read(step);
+    RequireList(step, form->listUse);
+    return CheckedCall(step, std::move(read));
+  }
+
+ private:
+  /// The host's members stand beside `do`.
+  Step ReadHost(const JsonReader& step) {
+    constexpr std::string_view kOthers[] = {"do"};
+    ReadHostMembers(step, HostMembers::kScenarioChange, kOthers, host_);
+    return HostStep{.host = host_,
+                    .replacesDebug = step.Find("debug").has_value(),
+                    .replacesState = step.Find("state").has_value()};
+  }
+
+  void RequireList(const JsonReader& step, ListUse use) {
+    if (use == ListUse::kMakes) listMade_ = true;
+    if (use == ListUse::kNeeds && !listMade_) {
+      step.Fail("this step uses a list; make one before it (construct, load, loadResource)");
+    }
+  }
+
+  Step CheckedCall(const JsonReader& step, Step read) {
+    const CallStep* const call = std::get_if<CallStep>(&read);
+    if (call && call->function->usesList) RequireList(step, ListUse::kNeeds);
+    return read;
+  }
+
+  HostDescription host_;
+  bool listMade_ = false;
+};
+
+}  // namespace
+
+Scenario ReadScenario(const JsonReader& object) {
+  object.RequireObject({"name", "host", "steps", "expect"});
+  Scenario scenario;
+  scenario.name = object.Member("name").Text();
+  if (const auto host = object.Find("host")) {
+    ReadHostMembers(*host, HostMembers::kScenario, {}, scenario.host);
+  }
+  StepReader reader(scenario.host);
+  for (const JsonReader& step : object.Member("steps").Elements()) {
+    scenario.steps.push_back(reader.Read(step));
+  }
+  return scenario;
+}
+
+}  // namespace conformance

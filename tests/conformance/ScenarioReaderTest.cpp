@@ -1,0 +1,229 @@
+#include "tests/conformance/ScenarioReader.h"
+
+#include <string>
+#include <variant>
+
+#include <gmock/gmock.h>
+
+#include "tests/conformance/CallFunctions.h"
+
+namespace conformance {
+namespace {
+
+using hosts::common::JsonDocument;
+using hosts::common::JsonError;
+using hosts::common::JsonReader;
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+using ::testing::Pair;
+
+Scenario Read(std::string_view json) {
+  const JsonDocument document = JsonDocument::Parse(json, "file.json");
+  return ReadScenario(JsonReader(document));
+}
+
+/// A scenario of these steps, without the brackets around them.
+std::string WithSteps(std::string_view steps) {
+  return R"({"name":"x","host":{},"steps":[)" + std::string(steps) + "]}";
+}
+
+std::string ErrorOf(std::string_view json) {
+  try {
+    Read(json);
+  } catch (const JsonError& error) {
+    return error.what();
+  }
+  return "";
+}
+
+/// The one step of a scenario, which must be of this kind.
+template <class Kind>
+Kind ReadStep(std::string_view step) {
+  return std::get<Kind>(Read(WithSteps(R"({"do":"construct"},)" + std::string(step))).steps.at(1));
+}
+
+TEST(ScenarioReader, ReadsNameHostAndSteps) {
+  const Scenario scenario = Read(R"({"name":"n","host":{"platform":"Win","callbacks":"none"},
+                                     "steps":[{"do":"construct"},{"do":"items"}],"expect":[]})");
+  EXPECT_EQ(scenario.name, "n");
+  EXPECT_EQ(scenario.host.platform, "Win");
+  EXPECT_EQ(scenario.host.callbacks, hosts::common::Callbacks::kNone);
+  ASSERT_EQ(scenario.steps.size(), 2U);
+  EXPECT_TRUE(std::holds_alternative<ConstructStep>(scenario.steps[0]));
+  EXPECT_TRUE(std::holds_alternative<ItemsStep>(scenario.steps[1]));
+}
+
+TEST(ScenarioReader, TakesAnAbsentHostAndNoSteps) {
+  const Scenario scenario = Read(R"({"name":"n","steps":[]})");
+  EXPECT_EQ(scenario.host.clientVersion, "25.1");
+  EXPECT_TRUE(scenario.steps.empty());
+}
+
+TEST(ScenarioReader, ReadsDataAsTextOrAsBase64) {
+  EXPECT_EQ(ReadStep<LoadStep>(R"({"do":"load","data":"a\u0000"})").data, std::string("a\0", 2));
+  EXPECT_EQ(ReadStep<InitStep>(R"({"do":"init","dataBase64":"/w=="})").data, "\xFF");
+  EXPECT_EQ(ReadStep<ParseStep>(R"({"do":"parse","data":""})").data, "");
+  const auto resource =
+      ReadStep<LoadResourceStep>(R"({"do":"loadResource","path":"p","dataBase64":"/w=="})");
+  EXPECT_EQ(resource.path, "p");
+  EXPECT_EQ(resource.data, "\xFF");
+  EXPECT_EQ(ReadStep<LoadResourceStep>(R"({"do":"loadResource","path":""})").data, std::nullopt);
+}
+
+TEST(ScenarioReader, ReadsTheMembersOfSteps) {
+  const auto insert = ReadStep<InsertStep>(
+      R"({"do":"insert","key":"k","internalKey":"i","name":"n","description":"d","visibility":-1})");
+  EXPECT_EQ(insert.key + insert.internalKey + insert.name + insert.description, "kind");
+  EXPECT_EQ(insert.visibility, -1);
+  const auto section = ReadStep<EnsureSectionStep>(
+      R"({"do":"ensureSection","key":"k","name":"n","description":"d"})");
+  EXPECT_EQ(section.key + section.name + section.description, "knd");
+  const auto capture = ReadStep<CaptureStyleStep>(
+      R"({"do":"captureStyle","style":99,"textSoFar":"t","piece":"p","startAdjust":-2147483648,
+          "lengthAdjust":2147483647,"string":"s"})");
+  EXPECT_EQ(capture.style, 99);
+  EXPECT_EQ(capture.textSoFar + capture.piece + capture.string, "tps");
+  EXPECT_EQ(capture.startAdjust, -2147483648);
+  EXPECT_EQ(capture.lengthAdjust, 2147483647);
+  EXPECT_EQ(ReadStep<RateStep>(R"({"do":"rate","key":"k"})").key, "k");
+  EXPECT_EQ(ReadStep<IsAnythingNewStep>(R"({"do":"isAnythingNew","options":255})").options, 255);
+}
+
+TEST(ScenarioReader, GivesFormatItsDefaults) {
+  const auto bare = ReadStep<FormatStep>(R"({"do":"format","options":0})");
+  EXPECT_EQ(bare.placeholder, "");
+  EXPECT_TRUE(bare.ratingMap);
+  const auto full =
+      ReadStep<FormatStep>(R"({"do":"format","options":16,"placeholder":"p","ratingMap":false})");
+  EXPECT_EQ(full.options, 16);
+  EXPECT_EQ(full.placeholder, "p");
+  EXPECT_FALSE(full.ratingMap);
+}
+
+TEST(ScenarioReader, ReadsCalls) {
+  const auto call = ReadStep<CallStep>(
+      R"({"do":"call","function":"CaseInsensitiveEqual","arguments":["a","b"]})");
+  EXPECT_EQ(call.function, FindCallFunction("CaseInsensitiveEqual"));
+  EXPECT_THAT(call.arguments, ElementsAre("a", "b"));
+}
+
+TEST(ScenarioReader, CarriesTheHostOnFromStepToStep) {
+  const Scenario scenario =
+      Read(R"({"name":"n","host":{"platform":"Win","debug":{"a":"1"},"state":{"s":"1"}},
+               "steps":[{"do":"host","clientVersion":"26"},
+                        {"do":"host","debug":{},"state":{"t":"2"}},{"do":"host"}]})");
+  const auto& first = std::get<HostStep>(scenario.steps[0]);
+  EXPECT_EQ(first.host.platform, "Win");
+  EXPECT_EQ(first.host.clientVersion, "26");
+  EXPECT_FALSE(first.replacesDebug);
+  EXPECT_FALSE(first.replacesState);
+  const auto& second = std::get<HostStep>(scenario.steps[1]);
+  EXPECT_EQ(second.host.clientVersion, "26");
+  EXPECT_TRUE(second.host.debug.empty());
+  EXPECT_THAT(second.host.state, ElementsAre(Pair("t", "2")));
+  EXPECT_TRUE(second.replacesDebug);
+  EXPECT_TRUE(second.replacesState);
+  EXPECT_FALSE(std::get<HostStep>(scenario.steps[2]).replacesDebug);
+}
+
+TEST(ScenarioReader, RefusesScenariosOfAnotherForm) {
+  const std::pair<std::string_view, std::string_view> cases[] = {
+      {"7", "file.json: expected an object, found the number 7"},
+      {R"({"steps":[]})", R"(the member "name" is missing)"},
+      {R"({"name":1,"steps":[]})", "/name: expected a text"},
+      {R"({"name":"x"})", R"(the member "steps" is missing)"},
+      {R"({"name":"x","steps":{}})", "/steps: expected an array"},
+      {R"({"name":"x","steps":[],"host":null})", "/host: expected an object"},
+      {R"({"name":"x","steps":[],"host":{"plattform":""}})", R"(/host: unknown member)"},
+      {R"({"name":"x","steps":[],"host":{"state":{"a":1}}})", "/host/state/a: expected a text"},
+      {R"({"name":"x","steps":[],"note":""})", R"(unknown member "note")"},
+      {R"({"name":"x","steps":[],"steps":[]})",
+       R"(the member "steps" stands there more than once)"},
+  };
+  for (const auto& [json, message] : cases) {
+    EXPECT_THAT(ErrorOf(json), HasSubstr(std::string(message))) << json;
+  }
+}
+
+TEST(ScenarioReader, RefusesStepsOfAnotherForm) {
+  const std::pair<std::string_view, std::string_view> cases[] = {
+      {R"(null)", "/steps/1: expected an object, found null"},
+      {R"({})", R"(/steps/1: the member "do" is missing)"},
+      {R"({"do":7})", "/steps/1/do: expected a text"},
+      {R"({"do":"Construct"})", "/steps/1/do: expected the name of a step"},
+      {R"({"do":"construct","data":""})", R"(/steps/1: unknown member "data")"},
+      {R"({"do":"load"})", R"(/steps/1: the member "data" (or "dataBase64") is missing)"},
+      {R"({"do":"load","data":1})", "/steps/1/data: expected a text"},
+      {R"({"do":"load","data":"","dataBase64":""})", "/steps/1: give either"},
+      {R"({"do":"load","dataBase64":"Zg"})", "/steps/1/dataBase64: expected Base64"},
+      {R"({"do":"loadResource","data":""})", R"(/steps/1: the member "path" is missing)"},
+      {R"({"do":"isAnythingNew"})", R"(/steps/1: the member "options" is missing)"},
+      {R"({"do":"isAnythingNew","options":256})", "/steps/1/options: expected an integer from 0"},
+      {R"({"do":"format","options":-1})", "/steps/1/options: expected an integer from 0"},
+      {R"({"do":"format","options":1.5})", "/steps/1/options: expected an integer from 0"},
+      {R"({"do":"format","options":0,"placeholder":null})", "/steps/1/placeholder: expected"},
+      {R"({"do":"format","options":0,"ratingMap":1})", "/steps/1/ratingMap: expected true"},
+      {R"({"do":"rate"})", R"(/steps/1: the member "key" is missing)"},
+      {R"({"do":"insert","key":"","internalKey":"","name":"","description":""})",
+       R"(the member "visibility" is missing)"},
+      {R"({"do":"insert","key":"","internalKey":"","name":"","description":"",
+           "visibility":2147483648})",
+       "/steps/1/visibility: expected an integer"},
+      {R"({"do":"ensureSection","key":"","name":""})", R"("description" is missing)"},
+      {R"({"do":"host","callbacks":"none"})", R"(/steps/1: unknown member "callbacks")"},
+      {R"({"do":"host","terminating":0})", "/steps/1/terminating: expected true or false"},
+      {R"({"do":"call","function":"Shout","arguments":[]})", "/steps/1/function: expected"},
+      {R"({"do":"call","function":"IsZString"})", R"(the member "arguments" is missing)"},
+      {R"({"do":"call","function":"IsZString","arguments":[]})", "/steps/1/arguments: the func"},
+      {R"({"do":"call","function":"AnalyticsDisabled","arguments":["a"]})", "/steps/1/arguments"},
+      {R"({"do":"call","function":"IsZString","arguments":[1]})", "/steps/1/arguments/0: expected"},
+      {R"({"do":"captureStyle","style":6,"textSoFar":"","piece":"","startAdjust":0,
+           "lengthAdjust":2147483648,"string":""})",
+       "/steps/1/lengthAdjust: expected an integer"},
+      {R"({"do":"bubble","do":"bubble"})", "stands there more than once"},
+  };
+  for (const auto& [step, message] : cases) {
+    const std::string json = WithSteps(R"({"do":"construct"},)" + std::string(step));
+    EXPECT_THAT(ErrorOf(json), HasSubstr(std::string(message))) << step;
+  }
+}
+
+TEST(ScenarioReader, WantsAListBeforeWhatUsesOne) {
+  const std::string_view users[] = {
+      R"({"do":"init","data":""})",
+      R"({"do":"parse","data":""})",
+      R"({"do":"parseBetaFeatures"})",
+      R"({"do":"bubble"})",
+      R"({"do":"refresh"})",
+      R"({"do":"insert","key":"","internalKey":"","name":"","description":"","visibility":0})",
+      R"({"do":"ensureSection","key":"","name":"","description":""})",
+      R"({"do":"isAnythingNew","options":0})",
+      R"({"do":"isAnythingNeedingRating"})",
+      R"({"do":"rate","key":""})",
+      R"({"do":"format","options":0})",
+      R"({"do":"items"})",
+      R"({"do":"newSeenState"})",
+      R"({"do":"captureStyle","style":6,"textSoFar":"","piece":"","startAdjust":0,
+          "lengthAdjust":0,"string":""})",
+      R"({"do":"call","function":"LocalizeIfNecessary","arguments":[""]})",
+  };
+  const std::string_view makers[] = {R"({"do":"construct"})", R"({"do":"load","data":""})",
+                                     R"({"do":"loadResource","path":""})"};
+  for (const std::string_view user : users) {
+    EXPECT_THAT(ErrorOf(WithSteps(user)), HasSubstr("/steps/0: this step uses a list")) << user;
+    for (const std::string_view maker : makers) {
+      EXPECT_EQ(ErrorOf(WithSteps(std::string(maker) + ',' + std::string(user))), "") << user;
+    }
+  }
+}
+
+TEST(ScenarioReader, TakesTheOthersWithoutAList) {
+  const std::string_view steps[] = {
+      R"({"do":"host"})", R"({"do":"debug"})",
+      R"({"do":"call","function":"ParseVersionStringToNumber","arguments":["1"]})",
+      R"({"do":"call","function":"GetFullClientVersionString","arguments":[]})"};
+  for (const std::string_view step : steps) EXPECT_EQ(ErrorOf(WithSteps(step)), "") << step;
+}
+
+}  // namespace
+}  // namespace conformance

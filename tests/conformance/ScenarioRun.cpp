@@ -1,0 +1,181 @@
+#include "tests/conformance/ScenarioRun.h"
+
+#include <memory>
+#include <utility>
+#include <variant>
+#include <vector>
+
+#include <ornappsupport/Services.h>
+#include <orncore/Services.h>
+#include <orncore/debug/DebugDatabase.h>
+#include <orncore/string/Conversion.h>
+#include <ornui/utility/ResourceManager.h>
+#include <ornwhatsnew/FeatureListData.h>
+#include <ornwhatsnew/WhatsNew.h>
+#include <nlohmann/json.hpp>
+
+#include "tests/conformance/CallFunctions.h"
+#include "tests/conformance/ResultJson.h"
+#include "tests/support/FakeStateStore.h"
+
+namespace conformance {
+
+using namespace ornwhatsnew;
+using hosts::common::Callbacks;
+using nlohmann::json;
+using orncore::string::UTF8to16;
+
+namespace {
+
+/// The world of one scenario, and the list that its steps work on. Each kind of step is one
+/// overload of `Do`, which makes the call and gives its result.
+class ScenarioWorld {
+ public:
+  explicit ScenarioWorld(const hosts::common::HostDescription& host) : callbacks_(host.callbacks) {
+    ornappsupport::ResetServices();
+    orncore::ResetServices();
+    hosts::common::InstallHostButDebugEntries(host);
+    UseDebugEntries(host.debug);
+    store_.Replace(host.state);
+  }
+
+  json Execute(const Step& step) {
+    store_.TakeWrites();
+    return std::visit([this](const auto& kind) { return Do(kind); }, step);
+  }
+
+ private:
+  json Do(const ConstructStep&) {
+    list_ = std::make_shared<FeatureListData>(Getter(), Setter());
+    return nullptr;
+  }
+
+  json Do(const LoadStep& step) {
+    list_ = std::make_shared<FeatureListData>(step.data, Getter(), Setter());
+    return nullptr;
+  }
+
+  json Do(const LoadResourceStep& step) {
+    const UTF16String path = UTF8to16(step.path);
+    ornui::utility::MemoryResourceManager resources;
+    if (step.data) resources.Add(path, u"csv", {step.data->begin(), step.data->end()});
+    list_ = GetWhatsNew(path, &resources, Getter(), Setter());
+    return nullptr;
+  }
+
+  json Do(const InitStep& step) {
+    list_->InitWithData(step.data);
+    return nullptr;
+  }
+
+  json Do(const ParseStep& step) {
+    list_->ParseWhatsNewData(step.data);
+    return nullptr;
+  }
+
+  json Do(const ParseBetaFeaturesStep&) {
+    list_->ParseBetaFeatures();
+    return nullptr;
+  }
+
+  json Do(const BubbleStep&) {
+    list_->BubbleUnlockedItemsToTheTop();
+    return nullptr;
+  }
+
+  json Do(const RefreshStep&) {
+    list_->RefreshInternalSeenState();
+    return nullptr;
+  }
+
+  json Do(const InsertStep& step) {
+    list_->InsertFeatureListItem(std::make_shared<FeatureListItem>(
+        step.key, step.internalKey, step.name, step.description,
+        static_cast<FeatureListItem::Visibility>(step.visibility)));
+    return nullptr;
+  }
+
+  json Do(const EnsureSectionStep& step) {
+    list_->EnsureSpecialCaseItemExists(step.key, UTF8to16(step.name), UTF8to16(step.description));
+    return nullptr;
+  }
+
+  json Do(const HostStep& step) {
+    hosts::common::InstallHostButDebugEntries(step.host);
+    if (step.replacesDebug) UseDebugEntries(step.host.debug);
+    if (step.replacesState) store_.Replace(step.host.state);
+    return nullptr;
+  }
+
+  json Do(const IsAnythingNewStep& step) { return list_->IsAnythingNew(step.options); }
+
+  json Do(const IsAnythingNeedingRatingStep&) { return list_->IsAnythingNeedingRating(); }
+
+  json Do(const RateStep& step) {
+    list_->MarkItemHasBeenRated(step.key);
+    return {{"writes", WritesJson(store_.Writes())}};
+  }
+
+  json Do(const FormatStep& step) {
+    const auto ratingItems = step.ratingMap ? std::make_shared<RatingMap>() : nullptr;
+    StyleRunMap runs;
+    const UTF16String text = list_->GetFormattedTextForDisplay(
+        step.options, UTF8to16(step.placeholder), runs, ratingItems);
+    return {{"text", TextJson(text)},
+            {"runs", RunsJson(runs)},
+            {"ratingItems", RatingItemsJson(ratingItems)},
+            {"writes", WritesJson(store_.Writes())}};
+  }
+
+  json Do(const ItemsStep&) { return ItemsJson(*list_); }
+
+  json Do(const NewSeenStateStep&) { return SortedPiecesJson(list_->GetNewSeenState()); }
+
+  json Do(const DebugStep&) {
+    json entries = json::object();
+    for (const auto& [key, value] : debugStore_->Entries()) {
+      entries[TextJson(key).get<std::string>()] = PersistedValueJson(key, value);
+    }
+    return entries;
+  }
+
+  json Do(const CallStep& step) { return step.function->call(step.arguments, list_.get()); }
+
+  json Do(const CaptureStyleStep& step) {
+    const auto style = static_cast<StyleID>(step.style);
+    list_->CaptureStyle(style, UTF8to16(step.textSoFar), UTF8to16(step.piece), step.startAdjust,
+                        step.lengthAdjust, UTF8to16(step.string), capturedRuns_);
+    return RunsJson(capturedRuns_[style]);
+  }
+
+  StateGetter Getter() {
+    const bool given = callbacks_ == Callbacks::kBoth || callbacks_ == Callbacks::kGetter;
+    return given ? store_.Getter() : StateGetter();
+  }
+
+  StateSetter Setter() {
+    const bool given = callbacks_ == Callbacks::kBoth || callbacks_ == Callbacks::kSetter;
+    return given ? store_.Setter() : StateSetter();
+  }
+
+  void UseDebugEntries(const hosts::common::HostDescription::Texts& entries) {
+    debugStore_ = hosts::common::InstallDebugEntries(entries);
+  }
+
+  Callbacks callbacks_;
+  test_support::FakeStateStore store_;
+  std::shared_ptr<orncore::debug::MemoryDebugStore> debugStore_;
+  std::shared_ptr<FeatureListData> list_;
+  StyleRunMap capturedRuns_;
+};
+
+}  // namespace
+
+json RunScenario(const Scenario& scenario) {
+  ScenarioWorld world(scenario.host);
+  json results = json::array();
+  for (const Step& step : scenario.steps) results.push_back(world.Execute(step));
+  return results;
+}
+
+}  // namespace conformance
