@@ -1,0 +1,67 @@
+// The example's hosts are one application seen by different users: they agree on its features.
+#include <filesystem>
+#include <map>
+#include <set>
+#include <string>
+#include <tuple>
+
+#include <gtest/gtest.h>
+
+#include <hosts/common/HostDescription.h>
+
+namespace tests::examples {
+namespace {
+
+using hosts::common::HostDescription;
+
+using Feature = std::tuple<std::string, std::string, std::string, int, bool, bool>;
+
+HostDescription ReadHost(const std::string& name) {
+  return hosts::common::ReadHostDescription(std::filesystem::path(EXAMPLE_FOLDER) / name);
+}
+
+std::map<std::string, Feature> FeaturesOf(const HostDescription& host) {
+  std::map<std::string, Feature> features;
+  for (const auto& feature : host.betaFeatures) {
+    features.emplace(feature.internalKey,
+                     Feature(feature.epicKey, feature.name, feature.description, feature.visibility,
+                             feature.enabled, feature.availableForUser));
+  }
+  return features;
+}
+
+TEST(ExampleHosts, HaveTheSameFeatures) {
+  const auto features = FeaturesOf(ReadHost("host.json"));
+  EXPECT_EQ(FeaturesOf(ReadHost("host.de.json")), features);
+  EXPECT_EQ(FeaturesOf(ReadHost("internal.json")), features);
+  EXPECT_EQ(FeaturesOf(ReadHost("opted-out.json")), features);
+}
+
+TEST(ExampleHosts, HadFewerFeaturesEarlier) {
+  const auto features = FeaturesOf(ReadHost("host.json"));
+  const auto earlier = FeaturesOf(ReadHost("earlier.json"));
+  EXPECT_LT(earlier.size(), features.size());
+  for (const auto& [key, feature] : earlier) {
+    ASSERT_TRUE(features.contains(key)) << key;
+    EXPECT_EQ(feature, features.at(key)) << key;
+  }
+}
+
+TEST(ExampleHosts, ShowEveryVisibilityAndSwitch) {
+  std::set<int> visibilities;
+  std::set<std::pair<bool, bool>> switches;
+  for (const auto& feature : ReadHost("host.json").betaFeatures) {
+    visibilities.insert(feature.visibility);
+    switches.emplace(feature.enabled, feature.availableForUser);
+  }
+  EXPECT_EQ(visibilities, (std::set<int>{0, 1, 2, 3}));
+  EXPECT_EQ(switches.size(), 4U);
+}
+
+TEST(ExampleHosts, SpeakASecondLanguage) {
+  EXPECT_TRUE(ReadHost("host.json").dictionary.empty());
+  EXPECT_GT(ReadHost("host.de.json").dictionary.size(), 20U);
+}
+
+}  // namespace
+}  // namespace tests::examples

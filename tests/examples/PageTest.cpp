@@ -1,0 +1,114 @@
+// The example's page says what its commands print and what each row shows; this is whether it is
+// true.
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <memory>
+#include <regex>
+#include <string>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "tests/examples/WalkThrough.h"
+#include "tests/support/TemporaryFolder.h"
+
+namespace tests::examples {
+namespace {
+
+using ::testing::HasSubstr;
+
+std::string ReadAll(const std::filesystem::path& path) {
+  std::ifstream file(path, std::ios::binary);
+  EXPECT_TRUE(file) << path;
+  return {std::istreambuf_iterator<char>(file), {}};
+}
+
+// What a command prints, in the order in which a reader of the page sees it.
+Lines RunInShell(const std::string& command) {
+  const std::unique_ptr<std::FILE, int (*)(std::FILE*)> pipe(
+      popen(("{ " + command + "; } 2>&1").c_str(), "r"), pclose);
+  EXPECT_NE(pipe, nullptr) << command;
+  std::string output;
+  for (int unit = std::fgetc(pipe.get()); unit != EOF; unit = std::fgetc(pipe.get())) {
+    output += static_cast<char>(unit);
+  }
+  return SplitLines(output);
+}
+
+std::string JoinLines(const Lines& lines) {
+  std::string text;
+  for (const std::string& line : lines) text += line + '\n';
+  return text;
+}
+
+// A reader's shell: in the example's folder, the program at hand, and a state store of its own.
+class ExamplePage : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    std::filesystem::current_path(EXAMPLE_FOLDER);
+    setenv("XDG_STATE_HOME", stateHome_.Path().c_str(), 1);
+    setenv("PATH", (std::string(PROGRAM_FOLDER ":") + std::getenv("PATH")).c_str(), 1);
+    unsetenv("COLUMNS");
+  }
+
+  void TearDown() override { std::filesystem::current_path(startFolder_); }
+
+ private:
+  const tests::support::TemporaryFolder stateHome_;
+  const std::filesystem::path startFolder_ = std::filesystem::current_path();
+};
+
+TEST_F(ExamplePage, ShowsWhatItsCommandsPrint) {
+  const auto commands = ReadShownCommands(ReadAll(EXAMPLE_PAGE));
+  ASSERT_GT(commands.size(), 10U);
+  for (const ShownCommand& shown : commands) {
+    const Lines output = RunInShell(shown.command);
+    EXPECT_TRUE(IsShown(shown.output, output)) << "$ " << shown.command << "\nprints\n"
+                                               << JoinLines(output) << "and the page shows\n"
+                                               << JoinLines(shown.output);
+  }
+}
+
+// Rows of its tables: | line | `what stands in it` | what it shows |
+TEST_F(ExamplePage, NamesTheLinesOfTheDataFile) {
+  const Lines data = SplitLines(ReadAll("whatsnew.csv"));
+  const std::regex tableRow(R"(^\| (\d+) \| `([^`]+)` \|)");
+  int rowCount = 0;
+  for (const std::string& line : SplitLines(ReadAll(EXAMPLE_PAGE))) {
+    std::smatch match;
+    if (!std::regex_search(line, match, tableRow)) continue;
+    const std::size_t number = std::stoul(match[1]);
+    ASSERT_LE(number, data.size()) << line;
+    EXPECT_THAT(data[number - 1], HasSubstr(match[2].str())) << line;
+    ++rowCount;
+  }
+  EXPECT_GT(rowCount, 20);
+}
+
+TEST(WalkThrough, TakesThreeDotsForAnyLines) {
+  const Lines output = {"a", "b", "c", "b", "d"};
+  EXPECT_TRUE(IsShown({"a", "b", "c", "b", "d"}, output));
+  EXPECT_TRUE(IsShown({"...", "b", "d"}, output));
+  EXPECT_TRUE(IsShown({"a", "...", "c", "..."}, output));
+  EXPECT_TRUE(IsShown({"...", "c", "...", "d"}, output));
+  EXPECT_TRUE(IsShown({"..."}, {}));
+  EXPECT_FALSE(IsShown({"a", "b", "c", "b"}, output));
+  EXPECT_FALSE(IsShown({"b", "..."}, output));
+  EXPECT_FALSE(IsShown({"...", "c"}, output));
+  EXPECT_FALSE(IsShown({"a", "...", "c", "d"}, output));
+  EXPECT_FALSE(IsShown({"d", "...", "a"}, output));
+  EXPECT_FALSE(IsShown({}, output));
+}
+
+TEST(WalkThrough, TakesThreeDotsForAnyCharacters) {
+  EXPECT_TRUE(IsShown({"at \"...\" finished"}, {"at \"/a/b\" finished"}));
+  EXPECT_TRUE(IsShown({"...", "at ..."}, {"before", "at last"}));
+  EXPECT_FALSE(IsShown({"at \"...\" finished"}, {"at \"/a/b\" failed"}));
+  EXPECT_FALSE(IsShown({"ab...ba"}, {"aba"}));
+}
+
+}  // namespace
+}  // namespace tests::examples
