@@ -1,0 +1,515 @@
+// Callbacks and services of the host that throw at each of their calls, that answer what no setter
+// ever wrote, and that call back into the list.
+#include <algorithm>
+#include <array>
+#include <cstdint>
+#include <functional>
+#include <iostream>
+#include <memory>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include <ornappsupport/analytics/SDMUsageLogger.h>
+#include <ornappsupport/feature/FeatureService.h>
+#include <orncore/appstatemanager/AppStateManager.h>
+#include <orncore/config/ClientInfo.h>
+#include <orncore/config/Localizer.h>
+#include <ornwhatsnew/utility/PersistedList.h>
+
+#include "tests/faults/FaultWorld.h"
+#include "tests/support/Matchers.h"
+#include "tests/support/RandomSource.h"
+
+namespace faults {
+namespace {
+
+using namespace ornwhatsnew;
+using test_support::Format;
+using test_support::InjectedFailure;
+
+constexpr char kAllSeenItems[] = "WhatsNew.AllSeenItems";
+constexpr char kLastVersion[] = "WhatsNew.LastVersionSeenWhatsNew";
+constexpr char kAllVersions[] = "WhatsNew.AllVersionSeenWhatsNew";
+
+using Operation = std::function<void(World&)>;
+
+void ShowAll(World& world) {
+  Format(*world.list);
+}
+void Rate(World& world) {
+  world.list->MarkItemHasBeenRated("EPIC-7");
+}
+void Reload(World& world) {
+  world.list->InitWithData(LaterData());
+}
+
+class CallbackTest : public FaultTest {
+ protected:
+  /// What becomes of a list after the operation went through.
+  std::string AftermathOf(const Operation& operation) const {
+    World world = MakeWorld();
+    operation(world);
+    return world.Aftermath();
+  }
+};
+
+TEST_F(CallbackTest, AGetterThatThrowsLeavesTheListAsItWas) {
+  const std::string untouched = MakeWorld().Look();
+  const Operation refresh = [](World& world) { world.list->RefreshInternalSeenState(); };
+  for (const Operation& operation : {Operation(Reload), refresh}) {
+    const std::string expected = AftermathOf(operation);
+    for (int call = 1; call <= 3; ++call) {
+      SCOPED_TRACE(call);
+      World world = MakeWorld();
+      world.store.FailGetterCall(call);
+      EXPECT_THROW(operation(world), InjectedFailure);
+      EXPECT_EQ(world.Look(), untouched);
+      operation(world);
+      EXPECT_EQ(world.Aftermath(), expected);
+    }
+  }
+}
+
+TEST_F(CallbackTest, AGetterThatThrowsComesOutOfTheConstructor) {
+  for (int call = 1; call <= 3; ++call) {
+    test_support::FakeStateStore store;
+    store.FailGetterCall(call);
+    EXPECT_THROW(FeatureListData(LoadedData(), store.Getter(), store.Setter()), InjectedFailure);
+    EXPECT_EQ(store.SetterCalls(), 0);
+  }
+}
+
+TEST_F(CallbackTest, ASetterThatThrowsIsToldAllWhenTheCallIsRepeated) {
+  struct Case {
+    Operation operation;
+    int calls;
+  };
+  for (const Case& tried : {Case{ShowAll, 3}, Case{Rate, 1}}) {
+    const std::string expected = AftermathOf(tried.operation);
+    for (int call = 1; call <= tried.calls; ++call) {
+      SCOPED_TRACE(call);
+      World world = MakeWorld();
+      world.store.FailSetterCall(call);
+      EXPECT_THROW(tried.operation(world), InjectedFailure);
+      EXPECT_EQ(world.store.Writes().size(), static_cast<std::size_t>(call) - 1);
+      tried.operation(world);
+      EXPECT_EQ(world.Aftermath(), expected);
+    }
+  }
+}
+
+TEST_F(CallbackTest, WhatIsThrownComesOutUnchangedWhateverItIs) {
+  const StateGetter getter = [](const UTF8String&) -> UTF8String { throw 25; };
+  EXPECT_THROW(FeatureListData("", getter, [](const UTF8String&, const UTF8String&) {}), int);
+  World world = MakeWorld();
+  FeatureListData list(LoadedData(), world.store.Getter(),
+                       [](const UTF8String&, const UTF8String&) { throw 42; });
+  EXPECT_THROW(Format(list), int);
+  EXPECT_THROW(list.MarkItemHasBeenRated("EPIC-7"), int);
+}
+
+/// Every service that the library asks; the n-th question of all throws.
+class FailingServices {
+ public:
+  /// Takes over the feature table that is in place.
+  FailingServices() : asked_(std::make_shared<Asked>()) {
+    using namespace orncore;
+    ornappsupport::feature::SetFeatureService(std::make_shared<Features>(asked_));
+    config::SetClientInfo(std::make_shared<Client>(asked_));
+    config::Localizer::Get().SetDictionary(std::make_shared<Dictionary>(asked_));
+    appstatemanager::SetTerminationQuery([asked = asked_] { return asked->Ask(false); });
+    ornappsupport::analytics::SDMUsageLogger::SetLoggingQuery(
+        [asked = asked_] { return asked->Ask(true); });
+  }
+
+  /// 0: none fails.
+  void FailQuestion(int n) { asked_->failsIn = n; }
+
+ private:
+  struct Asked {
+    int failsIn = 0;
+
+    template <class Answer>
+    Answer Ask(Answer answer) {
+      if (failsIn > 0 && --failsIn == 0) throw InjectedFailure("service");
+      return answer;
+    }
+  };
+
+  class Features : public ornappsupport::feature::FeatureService {
+   public:
+    explicit Features(std::shared_ptr<Asked> asked)
+        : asked_(std::move(asked)), table_(ornappsupport::feature::GetConstBetaFeatureMap()) {}
+
+    const ornappsupport::feature::BetaFeatureMap& GetBetaFeatures() const override {
+      asked_->Ask(0);
+      return table_;
+    }
+    bool IsEnabled(std::string_view) const override { return asked_->Ask(true); }
+    bool IsAvailableForUser(std::string_view) const override { return asked_->Ask(false); }
+    bool AreInternalFeaturesAllowed() const override { return asked_->Ask(true); }
+
+   private:
+    std::shared_ptr<Asked> asked_;
+    ornappsupport::feature::BetaFeatureMap table_;
+  };
+
+  class Client : public orncore::config::ClientInfo {
+   public:
+    explicit Client(std::shared_ptr<Asked> asked) : asked_(std::move(asked)) {}
+
+    UTF16String GetClientVersion() const override { return asked_->Ask(UTF16String(u"25.3")); }
+    UTF16String GetClientBuildNumber() const override { return asked_->Ask(UTF16String(u"42")); }
+    UTF8String GetClientPlatform() const override { return asked_->Ask(UTF8String("Mac")); }
+
+   private:
+    std::shared_ptr<Asked> asked_;
+  };
+
+  class Dictionary : public orncore::config::DictionarySource {
+   public:
+    explicit Dictionary(std::shared_ptr<Asked> asked) : asked_(std::move(asked)) {}
+
+    std::optional<UTF8String> Find(std::string_view) const override {
+      return asked_->Ask(std::optional<UTF8String>());
+    }
+
+   private:
+    std::shared_ptr<Asked> asked_;
+  };
+
+  std::shared_ptr<Asked> asked_;
+};
+
+class ServiceTest : public CallbackTest {
+ protected:
+  /// Whether the n-th question of the operation could be failed; expects that this does no harm.
+  bool FailOne(int n, const Operation& operation, const std::string& expected) {
+    SCOPED_TRACE(testing::Message() << "question " << n);
+    World world = MakeWorld();
+    const std::string untouched = world.Look();
+    services_.FailQuestion(n);
+    bool hasFailed = false;
+    try {
+      operation(world);
+    } catch (const InjectedFailure&) {
+      hasFailed = true;
+    }
+    services_.FailQuestion(0);
+    if (!hasFailed) return false;
+    EXPECT_EQ(world.store.SetterCalls(), 0);
+    EXPECT_EQ(world.Look(), untouched);
+    operation(world);
+    EXPECT_EQ(world.Aftermath(), expected);
+    return true;
+  }
+
+  FailingServices services_;
+};
+
+TEST_F(ServiceTest, AServiceThatThrowsLeavesTheListAsItWas) {
+  const Operation ask = [](World& world) {
+    world.list->IsAnythingNew(kFilterRelevantPlatform | kFilterRelevantVersion);
+    world.list->IsAnythingNeedingRating();
+  };
+  const Operation bubble = [](World& world) { world.list->BubbleUnlockedItemsToTheTop(); };
+  const Operation refresh = [](World& world) { world.list->RefreshInternalSeenState(); };
+  const Operation showRatings = [](World& world) { Format(*world.list, kRatingView, "rate"); };
+  for (const Operation& operation : {Operation(Reload), Operation(ShowAll), showRatings,
+                                     Operation(Rate), refresh, bubble, ask}) {
+    const std::string expected = AftermathOf(operation);
+    int n = 1;
+    while (FailOne(n, operation, expected) && !HasFailure()) ++n;
+    std::cout << n - 1 << " questions failed in turn\n";
+  }
+}
+
+TEST_F(ServiceTest, AServiceThatThrowsComesOutOfTheConstructor) {
+  for (int n = 1; n < 1000; ++n) {
+    World world = MakeWorld();
+    services_.FailQuestion(n);
+    try {
+      const FeatureListData list(LoadedData(), world.store.Getter(), world.store.Setter());
+      EXPECT_GT(n, 10) << "the services must have been asked";
+      services_.FailQuestion(0);
+      return;
+    } catch (const InjectedFailure&) {
+    }
+  }
+  FAIL() << "never made";
+}
+
+/// What a store may give back although no setter wrote it.
+struct StrangeText {
+  std::string name;
+  std::function<std::string()> make;
+};
+
+std::string Repeated(std::string_view piece, std::size_t times) {
+  std::string text;
+  for (std::size_t i = 0; i < times; ++i) text += piece;
+  return text;
+}
+
+std::string ManyIdentities() {
+  std::array<std::uint8_t, 16> bytes{};
+  std::string text;
+  for (std::uint32_t i = 0; i < 100'000; ++i) {
+    for (std::size_t place = 0; place < 4; ++place) {
+      bytes[place * 3] = static_cast<std::uint8_t>(i >> (8 * place));
+    }
+    if (!text.empty()) text += ' ';
+    Guid(bytes).AppendTo(text);
+  }
+  return text;
+}
+
+const std::vector<StrangeText>& StrangeTexts() {
+  static const std::vector<StrangeText> kTexts = {
+      {"NoUTF8", [] { return std::string("\xFF\xFE \xC3 \xED\xA0\x80 \xF5\x80\x80\x80"); }},
+      {"NULs", [] { return std::string("\0 \0\0 a\0b", 9); }},
+      {"HalfIdentities",
+       [] {
+         return std::string("00112233-4455-6677 8899aabb-ccdd-eeff 00112233-4455-6677-8899-");
+       }},
+      {"JoinedIdentities",
+       [] {
+         return std::string(
+             "00112233-4455-6677-8899-aabbccddeeff,00112233-4455-6677-8899-aabbccddeeff");
+       }},
+      {"DoubledSeparators",
+       [] {
+         return std::string(
+             "  00112233-4455-6677-8899-aabbccddeeff   "
+             "10112233-4455-6677-8899-aabbccddeeff  ");
+       }},
+      {"OtherSeparators", [] { return std::string("a\tb\nc\rd\ve\fg"); }},
+      {"AMegabyteWithoutSeparator", [] { return std::string(std::size_t{2} << 20, 'x'); }},
+      {"AMegabyteOfSeparators", [] { return std::string(std::size_t{1} << 20, ' '); }},
+      {"AMegabyteOfDots", [] { return std::string(std::size_t{1} << 20, '.'); }},
+      {"AMegabyteOfNines", [] { return std::string(std::size_t{1} << 20, '9'); }},
+      {"ManyVersions", [] { return Repeated("25.1.0.42 ", 100'000) + "25.2"; }},
+      {"ManyIdentities", ManyIdentities},
+  };
+  return kTexts;
+}
+
+class StrangeStateTest : public FaultTest, public testing::WithParamInterface<StrangeText> {
+ protected:
+  /// Expects that a list can live with the text under the key, and that it loses nothing of it.
+  void ExpectUsable(const std::string& key, const std::string& text) {
+    SCOPED_TRACE(key);
+    test_support::FakeStateStore store;
+    store.Put(key, text);
+    const auto before = ParseGuidList(store.Text(kAllSeenItems));
+    FeatureListData list(LoadedData(), store.Getter(), store.Setter());
+    list.IsAnythingNew(kShowOnlyNew | kFilterRelevantPlatform | kFilterRelevantVersion);
+    EXPECT_FALSE(Format(list).text.empty());
+    list.MarkItemHasBeenRated("EPIC-7");
+
+    const auto after = ParseGuidList(store.Text(kAllSeenItems));
+    for (const Guid& identity : before) EXPECT_TRUE(after.contains(identity));
+    if (key == kAllVersions) ExpectVersionsKept(text, store.Text(kAllVersions));
+    // What has been through a list once stays as it is.
+    const auto texts = store.AllTexts();
+    list.InitWithData(LoadedData());
+    EXPECT_FALSE(list.IsAnythingNew(kShowOnlyNew));
+    Format(list);
+    EXPECT_TRUE(store.AllTexts() == texts);
+  }
+
+  static void ExpectVersionsKept(const std::string& before, const std::string& after) {
+    const auto kept = test_support::SortedPieces(after);
+    for (const std::string_view version : SplitPersistedList(before)) {
+      if (version.empty()) continue;
+      EXPECT_TRUE(std::ranges::binary_search(kept, version)) << "a version is lost";
+      if (HasFailure()) return;
+    }
+  }
+};
+
+TEST_P(StrangeStateTest, IsLivedWithAndLosesNothing) {
+  const std::string text = GetParam().make();
+  for (const char* const key : {kAllSeenItems, kLastVersion, kAllVersions}) ExpectUsable(key, text);
+}
+
+INSTANTIATE_TEST_SUITE_P(Texts, StrangeStateTest, testing::ValuesIn(StrangeTexts()),
+                         [](const auto& text) { return text.param.name; });
+
+TEST_F(CallbackTest, StatesOfRandomBytesAreLivedWith) {
+  constexpr std::uint64_t kSeed = 20'251;
+  SCOPED_TRACE(testing::Message() << "seed " << kSeed);
+  test_support::RandomSource random(kSeed);
+  for (int round = 0; round < 300; ++round) {
+    test_support::FakeStateStore store;
+    for (const char* const key : {kAllSeenItems, kLastVersion, kAllVersions}) {
+      store.Put(key, random.HostileText(40));
+    }
+    FeatureListData list(LoadedData(), store.Getter(), store.Setter());
+    Format(list, kShowOnlyNew | kFilterRelevantVersion);
+    const auto texts = store.AllTexts();
+    list.InitWithData(LoadedData());
+    EXPECT_FALSE(list.IsAnythingNew(kShowOnlyNew | kFilterRelevantVersion));
+    Format(list, kShowOnlyNew | kFilterRelevantVersion);
+    EXPECT_TRUE(store.AllTexts() == texts) << "round " << round;
+  }
+}
+
+/// Callbacks that do, once, something with the list that called them.
+class Reentrance {
+ public:
+  explicit Reentrance(World& world) : world_(world) {
+    list = std::make_unique<FeatureListData>(
+        [this, getter = world.store.Getter()](const UTF8String& key) {
+          Act(inGetter);
+          return getter(key);
+        },
+        [this, setter = world.store.Setter()](const UTF8String& key, const UTF8String& value) {
+          setter(key, value);
+          Act(inSetter);
+        });
+    list->InitWithData(LoadedData());
+    world_.list = nullptr;
+  }
+
+  std::function<void(FeatureListData&)> inGetter;
+  std::function<void(FeatureListData&)> inSetter;
+  std::unique_ptr<FeatureListData> list;
+  int acts = 0;
+
+ private:
+  void Act(std::function<void(FeatureListData&)>& action) {
+    if (!action || list == nullptr) return;
+    // Taken out, so that what it does may come here again.
+    const auto taken = std::exchange(action, nullptr);
+    taken(*list);
+    ++acts;
+  }
+
+  World& world_;
+};
+
+/// Everything that a callback may do with its list.
+const std::vector<std::function<void(FeatureListData&)>>& AllowedActions() {
+  static const std::vector<std::function<void(FeatureListData&)>> kActions = {
+      [](FeatureListData& list) {
+        for (unsigned bits = 0; bits < 32; ++bits) {
+          list.IsAnythingNew(DisplayOptions(static_cast<unsigned char>(bits)));
+        }
+        list.IsAnythingNeedingRating();
+        list.GetNewSeenState();
+        list.LocalizeIfNecessary("$$$/x=y");
+      },
+      [](FeatureListData& list) { Format(list); },
+      [](FeatureListData& list) { Format(list, kRatingView, "rate"); },
+      [](FeatureListData& list) { list.MarkItemHasBeenRated("EPIC-7"); },
+      [](FeatureListData& list) { list.InitWithData(LoadedData()); },
+      [](FeatureListData& list) { list.ParseWhatsNewData(""); },
+      [](FeatureListData& list) { list.RefreshInternalSeenState(); },
+      [](FeatureListData& list) { list.BubbleUnlockedItemsToTheTop(); },
+      [](FeatureListData& list) {
+        list.EnsureSpecialCaseItemExists("MISC", u"Miscellaneous", u"");
+      },
+  };
+  return kActions;
+}
+
+TEST_F(CallbackTest, AGetterMayUseTheListThatAsks) {
+  for (const auto& action : AllowedActions()) {
+    World world = MakeWorld();
+    Reentrance reentrance(world);
+    reentrance.inGetter = action;
+    reentrance.list->InitWithData(LoadedData());
+    EXPECT_EQ(reentrance.acts, 1);
+    // Whatever was done in between, the reload stands.
+    const World other = MakeWorld();
+    EXPECT_EQ(reentrance.list->GetOrderedFeatureKeys(), other.list->GetOrderedFeatureKeys());
+    for (const auto& [key, item] : other.list->GetFeatureItems()) {
+      EXPECT_EQ(test_support::ItemOf(*reentrance.list, key).GetAllChanges().size(),
+                item->GetAllChanges().size());
+    }
+  }
+}
+
+TEST_F(CallbackTest, ASetterMayUseTheListThatTells) {
+  const auto expected = Format(*MakeWorld().list);
+  for (const auto& action : AllowedActions()) {
+    World world = MakeWorld();
+    Reentrance reentrance(world);
+    reentrance.inSetter = action;
+    EXPECT_EQ(Format(*reentrance.list).text, expected.text);
+    reentrance.inSetter = action;
+    reentrance.list->MarkItemHasBeenRated("ORN-1000000000000000");
+    EXPECT_EQ(reentrance.acts, 2);
+    reentrance.list->InitWithData(LoadedData());
+    EXPECT_FALSE(reentrance.list->IsAnythingNew(kShowOnlyNew));
+  }
+}
+
+TEST_F(CallbackTest, AGetterSeesTheListFromBeforeTheReload) {
+  World world = MakeWorld();
+  Reentrance reentrance(world);
+  std::size_t changes = 0;
+  reentrance.inGetter = [&changes](FeatureListData& list) {
+    changes = test_support::ItemOf(list, "EPIC-7").GetAllChanges().size();
+  };
+  reentrance.list->InitWithData("");
+  EXPECT_EQ(changes, 2U);
+  EXPECT_EQ(test_support::ItemOf(*reentrance.list, "EPIC-7").GetAllChanges().size(), 0U);
+}
+
+/// A dictionary that does something with a list whenever it is asked.
+class MeddlingDictionary : public orncore::config::DictionarySource {
+ public:
+  explicit MeddlingDictionary(std::function<void()> meddle) : meddle_(std::move(meddle)) {}
+  std::optional<UTF8String> Find(std::string_view key) const override {
+    // Not the templates, which are asked for before the walk.
+    if (key == "$$$/ornwhatsnew/Change/Localized") meddle_();
+    return std::nullopt;
+  }
+
+ private:
+  std::function<void()> meddle_;
+};
+
+TEST_F(CallbackTest, AServiceMayAskTheListThatAsksIt) {
+  World world = MakeWorld();
+  int asked = 0;
+  orncore::config::Localizer::Get().SetDictionary(std::make_shared<MeddlingDictionary>([&] {
+    ++asked;
+    world.list->IsAnythingNew(kShowOnlyNew);
+    world.list->GetNewSeenState();
+  }));
+  EXPECT_FALSE(Format(*world.list).text.empty());
+  EXPECT_GT(asked, 0);
+}
+
+using CallbackDeathTest = CallbackTest;
+
+TEST_F(CallbackDeathTest, AServiceMustNotChangeTheListThatAsksIt) {
+#ifdef NDEBUG
+  GTEST_SKIP() << "asserted in debug builds only";
+#else
+  const std::vector<std::function<void(FeatureListData&)>> changes = {
+      [](FeatureListData& list) { list.InitWithData(""); },
+      [](FeatureListData& list) { list.ParseWhatsNewData(""); },
+      [](FeatureListData& list) { list.ParseBetaFeatures(); },
+      [](FeatureListData& list) { list.RefreshInternalSeenState(); },
+      [](FeatureListData& list) { list.BubbleUnlockedItemsToTheTop(); },
+      [](FeatureListData& list) { list.EnsureSpecialCaseItemExists("NEW", u"", u""); },
+  };
+  for (const auto& change : changes) {
+    World world = MakeWorld();
+    orncore::config::Localizer::Get().SetDictionary(
+        std::make_shared<MeddlingDictionary>([&] { change(*world.list); }));
+    EXPECT_DEATH(Format(*world.list), "walks_ == 0");
+  }
+#endif
+}
+
+}  // namespace
+}  // namespace faults

@@ -1,0 +1,127 @@
+// Resource managers that throw, that answer garbage, and that answer more than anybody wants.
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include <ornui/utility/ResourceManager.h>
+#include <ornwhatsnew/WhatsNew.h>
+
+#include "tests/faults/FaultWorld.h"
+#include "tests/support/Builders.h"
+#include "tests/support/Matchers.h"
+#include "tests/support/RandomSource.h"
+
+namespace faults {
+namespace {
+
+using namespace ornwhatsnew;
+using test_support::Format;
+using test_support::InjectedFailure;
+
+using Bytes = std::vector<unsigned char>;
+
+// The sanitizers slow everything down, and what they look for needs no great size.
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+constexpr std::size_t kLarge = std::size_t{4} << 20;
+#else
+constexpr std::size_t kLarge = std::size_t{64} << 20;
+#endif
+
+/// Gives whatever the test wants, and any answer.
+class StrangeResources : public ornui::utility::ResourceManager {
+ public:
+  explicit StrangeResources(std::function<bool(Bytes&)> load) : load_(std::move(load)) {}
+  bool LoadResource(const UTF16String&, const UTF16String&, Bytes& bytes) const override {
+    return load_(bytes);
+  }
+
+ private:
+  std::function<bool(Bytes&)> load_;
+};
+
+class ResourceTest : public FaultTest {
+ protected:
+  std::shared_ptr<FeatureListData> Load(const std::function<bool(Bytes&)>& load) {
+    const StrangeResources resources(load);
+    return GetWhatsNew(u"data.csv", &resources, host_.Getter(), host_.Setter());
+  }
+
+  std::shared_ptr<FeatureListData> LoadText(const std::string& text) {
+    return Load([&text](Bytes& bytes) {
+      bytes.assign(text.begin(), text.end());
+      return true;
+    });
+  }
+};
+
+TEST_F(ResourceTest, WhatAManagerThrowsComesOut) {
+  EXPECT_THROW(Load([](Bytes&) -> bool { throw InjectedFailure("resource"); }), InjectedFailure);
+  EXPECT_THROW(Load([](Bytes& bytes) -> bool {
+                 bytes.assign(1000, 'x');
+                 throw 25;
+               }),
+               int);
+  EXPECT_EQ(host_.State().TakeWrites().size(), 3U) << "those of the fixture's own display alone";
+}
+
+TEST_F(ResourceTest, WhetherAManagerSaysThatItFoundSomethingDoesNotMatter) {
+  const std::string text = LoadedData();
+  const auto list = Load([&text](Bytes& bytes) {
+    bytes.assign(text.begin(), text.end());
+    return false;
+  });
+  EXPECT_EQ(test_support::KeyOrder(*list), test_support::KeyOrder(*MakeWorld().list));
+  EXPECT_EQ(
+      test_support::ItemOf(*Load([](Bytes&) { return true; }), "EPIC-7").GetAllChanges().size(),
+      0U);
+}
+
+TEST_F(ResourceTest, GarbageGivesAListThatCanBeUsed) {
+  constexpr std::uint64_t kSeed = 20'252;
+  SCOPED_TRACE(testing::Message() << "seed " << kSeed);
+  test_support::RandomSource random(kSeed);
+  for (int round = 0; round < 300; ++round) {
+    std::string text = random.Flip() ? LoadedData() : std::string();
+    for (int piece = 0; piece < 10; ++piece) {
+      text.insert(random.Below(text.size() + 1), random.HostileText(40));
+    }
+    const auto list = LoadText(text);
+    Format(*list);
+    list->InitWithData(text);
+    EXPECT_FALSE(list->IsAnythingNew(kShowOnlyNew)) << "round " << round;
+  }
+}
+
+TEST_F(ResourceTest, MegabytesOfOneByteAreNoChanges) {
+  for (const char byte : {'x', ',', '"', '\n', '\r', '\0', '\\', '\xFF', '\xC3'}) {
+    SCOPED_TRACE(static_cast<int>(byte));
+    const auto list = LoadText(std::string(byte == '\n' ? kLarge / 8 : kLarge, byte));
+    EXPECT_EQ(test_support::ItemOf(*list, "EPIC-7").GetAllChanges().size(), 0U);
+    EXPECT_FALSE(Format(*list).text.empty());
+  }
+}
+
+TEST_F(ResourceTest, AChangeOfMegabytesIsShown) {
+  const std::string description(kLarge, 'x');
+  const auto list =
+      LoadText(test_support::DataFileText({{.groupingID = "EPIC-7", .description = description}}));
+  StyleRunMap runs;
+  const UTF16String text = list->GetFormattedTextForDisplay({}, {}, runs, nullptr);
+  EXPECT_GT(text.size(), kLarge);
+  list->InitWithData("");
+}
+
+TEST_F(ResourceTest, AChangeOfMegabytesThatAreNoTextIsShown) {
+  const std::string description(kLarge / 8, '\xFF');
+  const auto list =
+      LoadText(test_support::DataFileText({{.groupingID = "EPIC-7", .description = description}}));
+  StyleRunMap runs;
+  const UTF16String text = list->GetFormattedTextForDisplay({}, {}, runs, nullptr);
+  EXPECT_GT(text.size(), description.size());
+}
+
+}  // namespace
+}  // namespace faults
