@@ -1,0 +1,18 @@
+# Installs the build tree BUILD into an empty PREFIX and looks whether what a host needs is there.
+# PROGRAM, when this build has one, is the installed program; it has to find its libraries.
+file(REMOVE_RECURSE ${PREFIX})
+execute_process(COMMAND ${CMAKE_COMMAND} --install ${BUILD} --prefix ${PREFIX}
+                OUTPUT_QUIET COMMAND_ERROR_IS_FATAL ANY)
+foreach(wanted include/ornwhatsnew/WhatsNew.h include/orncore/utility/Guid.h
+        include/ornui/utility/ResourceManager.h include/ornappsupport/feature/FeatureService.h)
+  if(NOT EXISTS ${PREFIX}/${wanted})
+    message(FATAL_ERROR "not installed: ${wanted}")
+  endif()
+endforeach()
+file(GLOB_RECURSE private RELATIVE ${PREFIX}/include ${PREFIX}/include/*/src/*)
+if(private)
+  message(FATAL_ERROR "private headers are installed: ${private}")
+endif()
+if(PROGRAM)
+  execute_process(COMMAND ${PREFIX}/${PROGRAM} --version OUTPUT_QUIET COMMAND_ERROR_IS_FATAL ANY)
+endif()

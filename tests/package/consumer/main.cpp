@@ -1,0 +1,38 @@
+// A tiny host: loads a list from memory and shows it.
+#ifdef EVERY_HEADER
+#include <every_header.h>
+#endif
+
+#include <cstdio>
+#include <map>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include <ornui/utility/ResourceManager.h>
+#include <ornwhatsnew/Version.h>
+#include <ornwhatsnew/WhatsNew.h>
+
+bool AnyRunOf(const ornwhatsnew::StyleRunMap& runs, ornwhatsnew::StyleID style);
+
+int main() {
+  constexpr std::string_view kData =
+      "Version,Group,Story,Salience,Rating,First,Platform,URL,SHA,Text\n"
+      "25.1,MISC,,,,,,,,Found from outside\n";
+  ornui::utility::MemoryResourceManager resources;
+  resources.Add(u"news", u"csv", std::vector<unsigned char>(kData.begin(), kData.end()));
+
+  std::map<std::string, std::string> settings;
+  const auto list = ornwhatsnew::GetWhatsNew(
+      u"news", &resources, [&](const std::string& key) { return settings[key]; },
+      [&](const std::string& key, const std::string& value) { settings[key] = value; });
+  ornwhatsnew::StyleRunMap runs;
+  const std::u16string text = list->GetFormattedTextForDisplay({}, u"", runs, nullptr);
+
+  const bool isShown = text.find(u"Found from outside") != std::u16string::npos;
+  const bool isStyled = AnyRunOf(runs, ornwhatsnew::kStyleFeatureTitle);
+  const bool isRemembered = !settings["WhatsNew.AllSeenItems"].empty();
+  std::printf("%s: shown %d, styled %d, remembered %d\n",
+              std::string(ornwhatsnew::kVersionText).c_str(), isShown, isStyled, isRemembered);
+  return isShown && isStyled && isRemembered ? 0 : 1;
+}
