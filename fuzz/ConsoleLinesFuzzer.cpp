@@ -1,0 +1,189 @@
+// Door: lines typed or piped into the console.
+//
+// Input: the lines. `@data` stands for the path of a What's New data file.
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include <sys/mman.h>
+#include <unistd.h>
+
+#include <hosts/console/Commands.h>
+#include <hosts/console/StandardStreams.h>
+#include <orncore/config/InitializerRegistrar.h>
+#include <orncore/console/CommandRegistry.h>
+#include <orncore/debug/Log.h>
+
+#include "fuzz/OutputCapture.h"
+#include "fuzz/Property.h"
+#include "fuzz/TerminalScan.h"
+#include "tests/support/PlainText.h"
+#include "tests/support/TemporaryFolder.h"
+
+namespace fuzz {
+namespace {
+
+using hosts::console::ExitStatus;
+using orncore::console::UTF16OutputStream;
+using test_support::PlainSplit;
+using test_support::PlainUTF8to16;
+
+constexpr std::string_view kDataMark = "@data";
+constexpr std::string_view kValidate = "ValidateWhatsNew";
+constexpr std::string_view kProbe = "probe";
+constexpr std::string_view kHelp = "help";
+
+// What runs of the console leave behind.
+struct Observed {
+  std::vector<std::u16string> probeArguments;
+  std::size_t logged = 0;
+};
+
+Observed& Observations() {
+  static Observed observed;
+  return observed;
+}
+
+// A command that remembers its argument and fails when that begins with an f.
+int Probe(const std::u16string& arguments, UTF16OutputStream& stream) {
+  Observations().probeArguments.push_back(arguments);
+  orncore::console::Write(stream, arguments);
+  orncore::console::Write(stream, u"\n");
+  return arguments.starts_with(u'f') ? 1 : 0;
+}
+
+void Log(std::string_view line) {
+  ++Observations().logged;
+  hosts::console::ReportError(line);
+}
+
+std::string MakeDataFile() {
+  static const tests::support::TemporaryFolder folder;
+  return folder.Write("whatsnew.csv", "a,b,c,d,e,f,g,h,i,j\n25.1,MISC,,,,,,,,Text\n").native();
+}
+
+const std::string& DataFile() {
+  static const std::string path = [] {
+    orncore::config::InitializeContexts(orncore::config::EInitializerContextFlags::kConsole);
+    orncore::console::CommandRegistry::Instance().RegisterCommandFunction(u"probe", u" text",
+                                                                          Probe);
+    orncore::debug::SetLogSink(Log);
+    return MakeDataFile();
+  }();
+  return path;
+}
+
+std::string WithDataFile(std::string_view lines) {
+  std::string result;
+  for (std::size_t mark = lines.find(kDataMark); mark != std::string_view::npos;
+       mark = lines.find(kDataMark)) {
+    result += std::string(lines.substr(0, mark)) + DataFile();
+    lines.remove_prefix(mark + kDataMark.size());
+  }
+  return result + std::string(lines);
+}
+
+// What the lines must come to.
+struct Expected {
+  explicit Expected(const std::string& lines) {
+    std::vector<std::string> all = PlainSplit(lines, '\n');
+    if (all.back().empty()) all.pop_back();
+    for (std::string& line : all) {
+      if (line.ends_with('\r')) line.pop_back();
+      Add(line);
+    }
+  }
+
+  std::vector<std::u16string> probeArguments;
+  std::size_t unknown = 0;
+  std::size_t validations = 0;
+  bool isDone = true;
+
+ private:
+  void Add(std::string_view line) {
+    if (line.find_first_not_of(" \t") == std::string_view::npos) return;
+    line.remove_prefix(line.find_first_not_of(" \t"));
+    const std::string_view name = line.substr(0, line.find(' '));
+    line.remove_prefix(std::min(name.size() + 1, line.size()));
+    if (name == kHelp) return;
+    if (name == kProbe) {
+      probeArguments.push_back(PlainUTF8to16(line));
+      if (line.starts_with('f')) isDone = false;
+    } else if (name == kValidate) {
+      ++validations;
+    } else {
+      ++unknown;
+      isDone = false;
+    }
+  }
+};
+
+// Standard input holds a text for as long as this lives.
+class TypedInput {
+ public:
+  explicit TypedInput(const std::string& text) : before_(dup(STDIN_FILENO)) {
+    const int file = memfd_create("typed", 0);
+    Require(write(file, text.data(), text.size()) == static_cast<ssize_t>(text.size()),
+            "the input can be written");
+    lseek(file, 0, SEEK_SET);
+    dup2(file, STDIN_FILENO);
+    close(file);
+  }
+  ~TypedInput() {
+    dup2(before_, STDIN_FILENO);
+    close(before_);
+  }
+  TypedInput(const TypedInput&) = delete;
+  TypedInput& operator=(const TypedInput&) = delete;
+
+ private:
+  int before_;
+};
+
+std::size_t CountLines(std::string_view text, std::string_view beginning) {
+  std::size_t count = 0;
+  for (const std::string& line : PlainSplit(text, '\n')) {
+    if (line.starts_with(beginning)) ++count;
+  }
+  return count;
+}
+
+void RequireReports(const Expected& expected, const OutputCapture& capture) {
+  RequireHarmlessText(capture.Output());
+  RequireHarmlessText(capture.Errors());
+  RequireEqual(CountLines(capture.Errors(), "ornwhatsnew: "),
+               expected.unknown + Observations().logged, "every unknown command is reported");
+  const std::size_t validated = CountLines(capture.Output(), kValidate) +
+                                CountLines(capture.Output(), "Reading What's New file at \"") +
+                                CountLines(capture.Output(), "Failed to read What's New file");
+  Require(validated + Observations().logged >= expected.validations,
+          "every validation says how it went");
+}
+
+void Run(std::string_view input) {
+  const std::string lines = WithDataFile(input);
+  const Expected expected(lines);
+  DataFile();
+  Observations() = {};
+
+  const TypedInput typed(lines);
+  OutputCapture capture;
+  const ExitStatus status = hosts::console::Run(hosts::console::ConsoleArguments{});
+  capture.Stop();
+
+  RequireReports(expected, capture);
+  Require(Observations().probeArguments == expected.probeArguments,
+          "a command is given what stands behind its name");
+  Require(status == (expected.isDone ? ExitStatus::kDone : ExitStatus::kCommand),
+          "the exit status says whether all commands went well");
+}
+
+}  // namespace
+}  // namespace fuzz
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  fuzz::Run({reinterpret_cast<const char*>(data), size});
+  return 0;
+}

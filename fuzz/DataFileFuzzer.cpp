@@ -1,0 +1,116 @@
+// Door: the data file that authors write, through a whole list and its panel.
+//
+// Input: a line of switches (see World.h), then the data file.
+#include <algorithm>
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include <ornwhatsnew/DataFileReader.h>
+
+#include "fuzz/Input.h"
+#include "fuzz/ListPair.h"
+#include "fuzz/PanelProperties.h"
+#include "fuzz/Property.h"
+#include "fuzz/World.h"
+#include "tests/support/PlainText.h"
+
+namespace fuzz {
+namespace {
+
+using ornwhatsnew::DataFileReader;
+using ornwhatsnew::DataRow;
+using ornwhatsnew::DataRowKind;
+using test_support::PlainCut;
+using test_support::PlainFields;
+
+constexpr unsigned kOnlyNew = 0x01;
+constexpr unsigned kRatingView = 0x10;
+
+using Values = std::array<std::string, ornwhatsnew::kDataColumnCount>;
+
+void RequireFieldPlaces(const DataRow& row) {
+  const std::size_t places = std::min(row.fieldCount, row.fieldOffsets.size());
+  for (std::size_t i = 0; i < places; ++i) {
+    const std::size_t offset = row.fieldOffsets[i];
+    const bool isBehindComma = i > 0 && offset > row.fieldOffsets[i - 1] &&
+                               offset <= row.text.size() && row.text[offset - 1] == ',';
+    Require(i == 0 ? offset == 0 : isBehindComma, "a field begins behind its comma");
+  }
+}
+
+void RequireSameRow(const DataRow& row, const std::string& text, Values& values) {
+  RequireEqual(std::string(row.text), text, "a row is cut as Boost alone cuts it");
+  const std::vector<std::string> fields = PlainFields(text);
+  RequireEqual(row.fieldCount, fields.size(), "a row has as many fields as Boost alone finds");
+  std::copy_n(fields.begin(), std::min(fields.size(), values.size()), values.begin());
+  if (row.kind == DataRowKind::kHeader && values[0].starts_with("\xEF\xBB\xBF")) {
+    values[0].erase(0, 3);
+  }
+  for (std::size_t i = 0; i < values.size(); ++i) {
+    RequireEqual(std::string(row.values[i]), values[i], "a value is what Boost alone cuts out");
+  }
+  RequireFieldPlaces(row);
+}
+
+// Answers the number of change rows.
+std::size_t RequireCutLikeBoost(std::string_view text) {
+  DataFileReader reader(text);
+  Values values;
+  std::size_t lines = 0;
+  std::size_t changes = 0;
+  for (const std::string& expected : PlainCut(std::string(text), "\n", "")) {
+    const DataRow* const row = reader.Next();
+    Require(row != nullptr, "no row is left out");
+    RequireEqual(row->lineNumber, ++lines, "rows are numbered from 1");
+    RequireSameRow(*row, expected, values);
+    if (row->kind == DataRowKind::kChange) ++changes;
+  }
+  Require(reader.Next() == nullptr, "no row is made up");
+  return changes;
+}
+
+// What was displayed is not new after a reload, and what was rated needs no rating.
+void RequireRemembered(ListPair& lists, const std::string& text, unsigned options) {
+  lists.Display(options & ~kRatingView);
+  lists.Load(text);
+  const unsigned onlyNew = (options & ~kRatingView) | kOnlyNew;
+  Require(!lists.IsAnythingNew(onlyNew), "nothing is new that was displayed before a reload");
+  RequireNoFeatureWritten(lists.Display(onlyNew));
+
+  for (const std::string& key : lists.List().GetOrderedFeatureKeys()) lists.Rate(key);
+  Require(!lists.IsAnythingNeedingRating(), "nothing needs rating when all is rated");
+  lists.Load(text);
+  Require(!lists.IsAnythingNeedingRating(), "nothing needs rating when all was rated");
+}
+
+void Run(Input input) {
+  const std::string_view switches = input.TakeLine();
+  // The reader is given the very bytes, so that a look behind their end is noticed.
+  const std::size_t changeRows = RequireCutLikeBoost(input.Rest());
+  const std::string text(input.Rest());
+
+  World world(switches);
+  ListPair lists(world);
+  lists.Load(text);
+  RequireKeysOnce(lists.List());
+  RequireChangesOnce(lists.List(), changeRows);
+
+  lists.IsAnythingNew(world.Options());
+  lists.IsAnythingNeedingRating();
+  const test_support::PanelOutcome panel = lists.Display(world.Options());
+  RequireWrittenOnce(lists.List(), panel);
+  RequireRunsInside(panel);
+  RequireRemembered(lists, text, world.Options());
+}
+
+}  // namespace
+}  // namespace fuzz
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  fuzz::Run(fuzz::Input(data, size));
+  return 0;
+}

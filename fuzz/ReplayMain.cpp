@@ -1,0 +1,62 @@
+// The main program of a fuzzer where there is no fuzzing compiler: it runs the files that it is
+// given, and all files below the folders, each once and in the order of their names.
+#include <cstdint>
+#include <cstdio>
+#include <exception>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <set>
+#include <stdexcept>
+#include <string>
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size);
+
+namespace {
+
+std::set<std::filesystem::path> FilesBelow(const std::filesystem::path& place) {
+  if (!std::filesystem::is_directory(place)) return {place};
+  std::set<std::filesystem::path> files;
+  for (const auto& entry : std::filesystem::recursive_directory_iterator(place)) {
+    if (entry.is_regular_file()) files.insert(entry.path());
+  }
+  return files;
+}
+
+std::string ReadFile(const std::filesystem::path& file) {
+  std::ifstream stream(file, std::ios::binary);
+  std::string bytes{std::istreambuf_iterator<char>(stream), {}};
+  if (!stream.is_open() || stream.bad()) throw std::runtime_error("cannot read " + file.string());
+  return bytes;
+}
+
+void Run(const std::string& bytes) {
+  LLVMFuzzerTestOneInput(reinterpret_cast<const std::uint8_t*>(bytes.data()), bytes.size());
+}
+
+int Replay(int argc, char** argv) {
+  if (argc < 2) throw std::runtime_error("name the files or folders to run");
+  Run({});
+  std::size_t count = 0;
+  for (int i = 1; i < argc; ++i) {
+    for (const std::filesystem::path& file : FilesBelow(argv[i])) {
+      // Said beforehand: a property that does not hold ends the process.
+      std::fprintf(stderr, "%s\n", file.c_str());
+      Run(ReadFile(file));
+      ++count;
+    }
+  }
+  std::fprintf(stderr, "%zu inputs hold all properties\n", count);
+  return 0;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  try {
+    return Replay(argc, argv);
+  } catch (const std::exception& error) {
+    std::fprintf(stderr, "%s: %s\n", argv[0], error.what());
+    return 2;
+  }
+}

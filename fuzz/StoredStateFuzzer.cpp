@@ -1,0 +1,118 @@
+// Door: the three texts that the host's store gives back, which another program or an older version
+// may have written.
+//
+// Input: a line of switches (see World.h), then the last version, the versions and the seen items.
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <set>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include <ornwhatsnew/utility/PersistedList.h>
+
+#include "fuzz/Input.h"
+#include "fuzz/ListPair.h"
+#include "fuzz/PanelProperties.h"
+#include "fuzz/Property.h"
+#include "fuzz/World.h"
+#include "tests/support/PlainText.h"
+
+namespace fuzz {
+namespace {
+
+using orncore::utility::Guid;
+using test_support::PlainSplit;
+
+constexpr char kSeenKey[] = "WhatsNew.AllSeenItems";
+
+// A change of every kind, and ratings.
+constexpr char kDataText[] =
+    "App Version,Grouping ID,Jira ID,Salience,Rating,First,Platform,URL,Changelist,Message\n"
+    "24.9,Changes-Since\n"
+    "25.1,EPIC-1,,Headline,RequestRating,24.0.0.1,,https://a.example/1,abc123,Faster export\n"
+    "25.1.0.42,EPIC-1,,,How was it?,,,,,\n"
+    "25.2,ORN-7,,,,25.1.0.0,Mac,,def456,A map\n"
+    "25.1,EPIC-2,,UnhideBetaFeature,RequestRating,,,,,$$$/text/one=One^}s\n"
+    "25.1,BUGFIX,,,,,Win,,,Mended\n"
+    "25.1,nowhere,,Unreviewed,,,,,,Not looked at\n";
+
+// A piece counts as the identity that it is, or as the nil one.
+std::set<std::string> Identities(std::string_view list) {
+  std::set<std::string> identities;
+  if (list.empty()) return identities;
+  for (const std::string& piece : PlainSplit(list, ' ')) {
+    identities.insert(Guid(piece).AsUTF8String());
+  }
+  return identities;
+}
+
+void RequireSplitsAndJoins(std::string_view list) {
+  const std::vector<std::string_view> pieces = ornwhatsnew::SplitPersistedList(list);
+  const std::vector<std::string> expected =
+      list.empty() ? std::vector<std::string>() : PlainSplit(list, ' ');
+  Require(std::ranges::equal(pieces, expected), "a list is split at every blank");
+
+  const std::string joined = ornwhatsnew::JoinPersistedList(pieces);
+  const std::string again = ornwhatsnew::JoinPersistedList(ornwhatsnew::SplitPersistedList(joined));
+  RequireEqual(again, joined, "a list that was written is written the same again");
+  const std::vector<std::string_view> kept = ornwhatsnew::SplitPersistedList(joined);
+  Require(std::ranges::is_sorted(kept), "a list is written in order");
+  for (const std::string_view piece : pieces) {
+    Require(piece.empty() || std::ranges::find(kept, piece) != kept.end(), "no piece is lost");
+  }
+}
+
+void RequireIdentity(std::string_view text) {
+  const Guid guid(text);
+  const std::string written = guid.AsUTF8String();
+  RequireEqual(Guid(written).AsUTF8String(), written, "an identity reads back what it writes");
+  if (guid.IsNil()) return;
+  Require(std::ranges::equal(text, written,
+                             [](char a, char b) { return a == b || (a >= 'A' && a + 32 == b); }),
+          "only the text of an identity is one");
+}
+
+void RequireNothingForgotten(const std::set<std::string>& before, World& world) {
+  const std::set<std::string> after = Identities(world.Host().State().Text(kSeenKey));
+  Require(std::ranges::includes(after, before), "no identity is forgotten");
+}
+
+void Run(Input input) {
+  World world(input.TakeLine());
+  const std::string lastVersion(input.TakePart());
+  const std::string versions(input.TakePart());
+  const std::string seen(input.TakePart());
+  RequireSplitsAndJoins(versions);
+  RequireSplitsAndJoins(seen);
+  for (const std::string& piece : PlainSplit(seen, ' ')) RequireIdentity(piece);
+
+  world.Host().State().Put("WhatsNew.LastVersionSeenWhatsNew", lastVersion);
+  world.Host().State().Put("WhatsNew.AllVersionSeenWhatsNew", versions);
+  world.Host().State().Put(kSeenKey, seen);
+  ListPair lists(world);
+  lists.Load(kDataText);
+  lists.IsAnythingNew(world.Options());
+  lists.IsAnythingNeedingRating();
+  RequireRunsInside(lists.Display(world.Options()));
+  RequireNothingForgotten(Identities(seen), world);
+  lists.Rate("EPIC-1");
+  RequireNothingForgotten(Identities(seen), world);
+
+  const auto written = world.Host().State().AllTexts();
+  lists.Load(kDataText);
+  lists.Display(world.Options());
+  lists.Display(0);
+  lists.Load(kDataText);
+  RequireNothingForgotten(Identities(written.at(kSeenKey)), world);
+  Require(!lists.IsAnythingNew(0x01), "nothing is new that was displayed before a reload");
+}
+
+}  // namespace
+}  // namespace fuzz
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  fuzz::Run(fuzz::Input(data, size));
+  return 0;
+}

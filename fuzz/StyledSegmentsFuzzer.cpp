@@ -1,0 +1,141 @@
+// Door: the panel's text and its runs, which a host cuts into segments. Any run map will do.
+//
+// Input: parts: the text as UTF-8, in which U+E000 to U+E7FF stand for unpaired surrogates, then
+// runs, each as `style start length link` with a blank between them.
+#include <charconv>
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <tuple>
+#include <vector>
+
+#include <hosts/common/StyledSegments.h>
+
+#include "fuzz/Input.h"
+#include "fuzz/Property.h"
+#include "tests/support/PlainText.h"
+
+namespace fuzz {
+namespace {
+
+using hosts::common::StyledSegment;
+using hosts::common::StyleSet;
+using ornwhatsnew::StyleID;
+using ornwhatsnew::StyleRunMap;
+using test_support::PlainUTF16to8;
+
+std::u16string TextOf(std::string_view part) {
+  std::u16string text = test_support::PlainUTF8to16(part);
+  for (char16_t& unit : text) {
+    if (unit >= 0xE000 && unit < 0xE800) unit = static_cast<char16_t>(unit - 0x800);
+  }
+  return text;
+}
+
+int TakeNumber(std::string_view& part) {
+  int number = 0;
+  const auto [end, error] = std::from_chars(part.data(), part.data() + part.size(), number);
+  part.remove_prefix(static_cast<std::size_t>(end - part.data()));
+  if (part.starts_with(' ')) part.remove_prefix(1);
+  return number;
+}
+
+StyleRunMap RunsOf(Input& input) {
+  StyleRunMap runs;
+  while (!input.Rest().empty()) {
+    std::string_view part = input.TakePart();
+    const auto style = static_cast<StyleID>(TakeNumber(part));
+    const int start = TakeNumber(part);
+    const int length = TakeNumber(part);
+    runs[style].emplace_back(std::pair(start, length), TextOf(part));
+  }
+  return runs;
+}
+
+// What one character of the text shall look like, worked out run by run.
+class PlainLook {
+ public:
+  PlainLook(std::size_t begin, std::size_t end, std::string_view text)
+      : begin_(begin), end_(end), text_(text) {}
+
+  void Consider(StyleID style, const ornwhatsnew::StyleRun& run, std::size_t number) {
+    const long long start = run.first.first;
+    const bool covers = start <= static_cast<long long>(begin_) &&
+                        start + run.first.second >= static_cast<long long>(end_);
+    if (!covers || !StyleSet::IsMember(style)) return;
+    styles.Set(style, true);
+    if (run.second.empty()) return;
+    // The one that starts last counts, and a run starts with its first whole character.
+    const std::tuple rank(FirstWholeCharacter(start), style, number);
+    if (linkRank_ && rank < *linkRank_) return;
+    linkRank_ = rank;
+    link = PlainUTF16to8(run.second);
+  }
+
+  StyleSet styles;
+  std::string link;
+
+ private:
+  std::size_t FirstWholeCharacter(long long start) const {
+    std::size_t place = start < 0 ? 0 : static_cast<std::size_t>(start);
+    while (place < text_.size() && (static_cast<unsigned char>(text_[place]) & 0xC0) == 0x80) {
+      ++place;
+    }
+    return place;
+  }
+
+  std::size_t begin_;
+  std::size_t end_;
+  std::string_view text_;
+  std::optional<std::tuple<std::size_t, StyleID, std::size_t>> linkRank_;
+};
+
+PlainLook LookAt(std::size_t begin, std::string_view text, const StyleRunMap& runs) {
+  std::size_t end = begin + 1;
+  while (end < text.size() && (static_cast<unsigned char>(text[end]) & 0xC0) == 0x80) ++end;
+  PlainLook look(begin, end, text);
+  for (const auto& [style, ofStyle] : runs) {
+    for (std::size_t i = 0; i < ofStyle.size(); ++i) look.Consider(style, ofStyle[i], i);
+  }
+  return look;
+}
+
+void RequireLook(const StyledSegment& segment, std::size_t begin, std::string_view text,
+                 const StyleRunMap& runs) {
+  for (std::size_t place = begin; place < begin + segment.text.size(); ++place) {
+    if ((static_cast<unsigned char>(text[place]) & 0xC0) == 0x80) continue;
+    const PlainLook look = LookAt(place, text, runs);
+    Require(segment.styles == look.styles, "a character has the styles of the runs over it");
+    RequireEqual(segment.link, look.link, "a character has the link of the last run over it");
+  }
+}
+
+void Run(Input input) {
+  const std::u16string text = TextOf(input.TakePart());
+  const StyleRunMap runs = RunsOf(input);
+  const std::string utf8 = PlainUTF16to8(text);
+  const StyledSegment* before = nullptr;
+  std::string together;
+  const auto segments = hosts::common::SplitIntoStyledSegments(text, runs);
+  for (const StyledSegment& segment : segments) {
+    Require(!segment.text.empty(), "no segment is empty");
+    Require(before == nullptr || before->styles != segment.styles || before->link != segment.link,
+            "neighbours differ");
+    before = &segment;
+    const std::size_t begin = together.size();
+    together += segment.text;
+    Require(together.size() <= utf8.size(), "no segment stands twice");
+    RequireLook(segment, begin, utf8, runs);
+  }
+  RequireEqual(together, utf8, "the segments together are the text");
+}
+
+}  // namespace
+}  // namespace fuzz
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  fuzz::Run(fuzz::Input(data, size));
+  return 0;
+}
