@@ -1,0 +1,186 @@
+"""Finds the places of a C++ source that can be mutated, and what to put there.
+
+A mutant is one small change that a test should notice: another comparison, another constant, a
+negated condition, a statement left out. Places are found by looking at the tokens only, so some
+mutants do not compile; those do not count.
+"""
+
+import hashlib
+import re
+from dataclasses import dataclass
+
+
+@dataclass(frozen=True)
+class Mutant:
+    file: str
+    line: int  # counts from 1
+    column: int  # counts from 1
+    operator: str
+    begin: int  # characters [begin, end) of the file ...
+    end: int
+    replacement: str  # ... become this
+    before: str  # the line without blanks around it
+    occurrence: int  # how many equal lines stand before it
+
+    @property
+    def identity(self):
+        """The same as long as the line's text and its place among equal lines stay."""
+        key = "\0".join(
+            (self.file, self.before, str(self.occurrence), str(self.column), self.operator,
+             self.replacement))
+        return hashlib.sha1(key.encode()).hexdigest()[:16]
+
+
+# What stands for an operator or a word. An operator of two operands has blanks on both sides in
+# formatted code, which tells it from brackets of templates and from references.
+BINARY = {
+    "==": ["!="], "!=": ["=="], "<": ["<=", ">="], "<=": ["<", ">"], ">": [">=", "<="],
+    ">=": [">", "<"], "&&": ["||"], "||": ["&&"], "+": ["-"], "-": ["+"], "*": ["/"],
+    "/": ["*"], "%": ["*"], "&": ["|"], "|": ["&"], "^": ["&"], "<<": [">>"], ">>": ["<<"],
+    "+=": ["-="], "-=": ["+="], "|=": ["&="], "&=": ["|="], "*=": ["/="], "^=": ["&="],
+}
+WORDS = {"true": "false", "false": "true"}
+
+BINARY_PATTERN = re.compile(
+    r"(?<= )(?:" + "|".join(re.escape(o) for o in sorted(BINARY, key=len, reverse=True)) +
+    r")(?=[ \n])")
+WORD_PATTERN = re.compile(r"\b(?:true|false)\b")
+STEP_PATTERN = re.compile(r"\+\+|--")
+NOT_PATTERN = re.compile(r"!(?=[\w(:])")
+NUMBER_PATTERN = re.compile(r"(?<![\w.'])(0[xX][0-9a-fA-F]+|\d+)(?=[uUlL]*\b)(?![\w.]*\.)")
+CONDITION_PATTERN = re.compile(r"\bif (?:constexpr )?\(")
+DECLARATION = re.compile(
+    r"^(?:using|namespace|template|class|struct|enum|friend|extern|static|constexpr|const|typedef|"
+    r"public|private|protected|return|throw|delete|static_assert|assert|#|explicit|virtual|auto|"
+    r"else|case|default)\b|.*= (?:default|delete);$", re.S)
+# A type and a name, with or without a value: left out, it would not compile.
+VARIABLE = re.compile(r"^[\w:<>,&*\s\x01]+[\s&*>]\w+(?:\s*=[^=].*|\(.*|\{.*|\[.*)?;$", re.S)
+# Making room beforehand changes no result.
+MAKES_ROOM = re.compile(r"\b[rR]eserve\(")
+STATEMENT = re.compile(r"^[\w:(*~+-].*;$", re.S)
+# Templates are declared, switches of the preprocessor chosen, assertions checked: no behaviour.
+SKIPPED_LINE = re.compile(r"^\s*(?:template\b|#|static_assert\b|assert\b|using\b|friend\b)")
+
+
+def mask(text):
+    """The text with comments, literals and preprocessor lines blanked out, and the places of
+    string and character literals."""
+    pattern = re.compile(
+        r"//[^\n]*|/\*.*?\*/|^[ \t]*#(?:[^\n\\]|\\.)*|R\"\((?:.*?)\)\"|"
+        r"(?P<literal>\"(?:[^\"\\\n]|\\.)*\"|(?<![0-9a-fA-F])'(?:[^'\\\n]|\\.)+')",
+        re.S | re.M)
+    literals = []
+    pieces = []
+    last = 0
+    for match in pattern.finditer(text):
+        if match.group("literal"):
+            literals.append((match.start(), match.end()))
+        pieces.append(text[last:match.start()])
+        pieces.append(re.sub(r"[^\n]", "\x01", match.group(0)))
+        last = match.end()
+    pieces.append(text[last:])
+    return "".join(pieces), literals
+
+
+def closing_bracket(masked, opening):
+    depth = 0
+    for place in range(opening, len(masked)):
+        if masked[place] == "(":
+            depth += 1
+        elif masked[place] == ")":
+            depth -= 1
+            if depth == 0:
+                return place
+    return None
+
+
+def operator_changes(masked):
+    for match in BINARY_PATTERN.finditer(masked):
+        for other in BINARY[match.group(0)]:
+            yield match.start(), match.end(), other, "operator"
+    for match in STEP_PATTERN.finditer(masked):
+        yield match.start(), match.end(), "--" if match.group(0) == "++" else "++", "step"
+    for match in NOT_PATTERN.finditer(masked):
+        yield match.start(), match.end(), "", "negation"
+
+
+def constant_changes(masked, text, literals):
+    for match in WORD_PATTERN.finditer(masked):
+        yield match.start(), match.end(), WORDS[match.group(0)], "truth"
+    for match in NUMBER_PATTERN.finditer(masked):
+        number = int(match.group(1), 0 if match.group(1)[:2].lower() == "0x" else 10)
+        yield match.start(1), match.end(1), str(number + 1), "number"
+        if number > 0:
+            yield match.start(1), match.end(1), str(number - 1), "number"
+    for begin, end in literals:
+        if text[begin] == '"' and end - begin > 2:
+            yield begin, end, '""', "text"
+        elif text[begin] == "'":
+            yield begin, end, "'~'", "character"
+
+
+def condition_changes(masked, text):
+    for match in CONDITION_PATTERN.finditer(masked):
+        opening = match.end() - 1
+        closing = closing_bracket(masked, opening)
+        if closing is None or ";" in masked[opening:closing]:
+            continue
+        condition = text[opening + 1:closing]
+        yield opening + 1, closing, "!(" + condition + ")", "condition"
+
+
+def is_droppable(statement):
+    if statement in ("break;", "continue;"):
+        return True
+    return bool(STATEMENT.match(statement)) and not any(
+        pattern.match(statement) for pattern in (DECLARATION, VARIABLE)) and not (
+            MAKES_ROOM.search(statement))
+
+
+def statement_changes(masked):
+    """Whole statements: what stands between two of ; { } and ends with ;."""
+    begin = 0
+    depth = 0
+    for place, character in enumerate(masked):
+        if character in "([":
+            depth += 1
+        elif character in ")]":
+            depth -= 1
+        elif depth == 0 and character in ";{}":
+            if character == ";":
+                piece = masked[begin:place + 1]
+                stripped = re.sub(r"^[\s\x01]*(?:(?:if|for|while) \(.*\)\s+)?", "", piece,
+                                  flags=re.S)
+                start = place + 1 - len(stripped)
+                if is_droppable(stripped):
+                    yield start, place + 1, ";", "statement"
+            begin = place + 1
+
+
+def find_mutants(file, text):
+    """All mutants of a file, in the order of their places."""
+    masked, literals = mask(text)
+    changes = [*operator_changes(masked), *constant_changes(masked, text, literals),
+               *condition_changes(masked, text), *statement_changes(masked)]
+    line_starts = [0] + [match.end() for match in re.finditer("\n", text)]
+    lines = text.split("\n")
+    seen = {}
+    occurrences = []
+    for line in lines:
+        stripped = line.strip()
+        occurrences.append(seen.get(stripped, 0))
+        seen[stripped] = occurrences[-1] + 1
+
+    mutants = []
+    for begin, end, replacement, operator in sorted(changes):
+        line = text.count("\n", 0, begin)
+        if SKIPPED_LINE.match(lines[line]):
+            continue
+        mutants.append(
+            Mutant(file, line + 1, begin - line_starts[line] + 1, operator, begin, end,
+                   replacement, lines[line].strip(), occurrences[line]))
+    return mutants
+
+
+def apply(mutant, text):
+    return text[:mutant.begin] + mutant.replacement + text[mutant.end:]

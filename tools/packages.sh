@@ -1,0 +1,57 @@
+# shellcheck shell=bash
+# Part of ./dev: the packages of Debian that each command needs, and how they get onto the machine.
+
+build_packages=(
+  g++ cmake ninja-build pkgconf
+  libboost-dev libboost-thread-dev libicu-dev
+  libsqlitecpp-dev libsqlite3-dev nlohmann-json3-dev libcli11-dev
+  libgtest-dev libgmock-dev libmurmurhash-dev
+)
+check_packages=(
+  clang libclang-rt-dev clang-format clang-tidy cppcheck shellcheck valgrind git python3 gcovr
+)
+
+packages_for() {
+  case $1 in
+    build) printf '%s\n' "${build_packages[@]}" ;;
+    check) printf '%s\n' "${build_packages[@]}" "${check_packages[@]}" ;;
+  esac
+}
+
+is_installed() {
+  [[ $(dpkg-query --show --showformat='${db:Status-Status}' "$1" 2>/dev/null) == installed ]]
+}
+
+# Installs what a command needs and the machine lacks. Without apt-get the machine is taken as it
+# is: CMake names what it does not find.
+ensure_packages() {
+  command -v dpkg-query >/dev/null || return 0
+  local missing=() package
+  while IFS= read -r package; do
+    is_installed "$package" || missing+=("$package")
+  done < <(packages_for "$1")
+  ((${#missing[@]} == 0)) || install_packages "${missing[@]}"
+}
+
+install_packages() {
+  local as_root=()
+  if ((EUID != 0)); then
+    command -v sudo >/dev/null || packages_by_hand "$@"
+    as_root=(sudo)
+  fi
+  say "Installing from Debian (1 to 3 minutes): $*"
+  local apt=("${as_root[@]}" env DEBIAN_FRONTEND=noninteractive
+    apt-get -qq -o DPkg::Lock::Timeout=300)
+  local log
+  log=$(log_file packages)
+  # The lists of a fresh machine are empty or old: they are fetched when the first try fails.
+  "${apt[@]}" install --yes --no-install-recommends "$@" </dev/null >"$log" 2>&1 ||
+    { "${apt[@]}" update && "${apt[@]}" install --yes --no-install-recommends "$@"; } \
+      </dev/null >>"$log" 2>&1 ||
+    { tail -n 20 "$log" >&2 && packages_by_hand "$@"; }
+}
+
+packages_by_hand() {
+  fail "these packages are missing and could not be installed here; have them installed with
+  apt-get install $*"
+}
