@@ -1,6 +1,11 @@
 // A tiny host: loads a list from memory and shows it.
 #ifdef EVERY_HEADER
 #include <every_header.h>
+// A host has its own Boost and ICU, of another version and with other macros set: none of ours may
+// come along with a public header.
+#if defined(BOOST_CONFIG_HPP) || defined(U_ICU_VERSION_SHORT)
+#error "a public header includes Boost or ICU"
+#endif
 #endif
 
 #include <cstdio>

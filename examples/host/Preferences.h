@@ -1,0 +1,18 @@
+// What this application keeps of its user between two starts; another one has a registry, a
+// property list or a database for it.
+#ifndef EXAMPLES_HOST_PREFERENCES_H_
+#define EXAMPLES_HOST_PREFERENCES_H_
+
+#include <map>
+#include <set>
+#include <string>
+
+struct Preferences {
+  bool logsUsage = true;
+  bool isStaff = false;
+  bool isQuitting = false;
+  std::set<std::string, std::less<>> switchedOn;
+  std::map<std::string, std::string, std::less<>> texts;
+};
+
+#endif  // EXAMPLES_HOST_PREFERENCES_H_

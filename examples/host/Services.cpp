@@ -1,0 +1,104 @@
+#include "Services.h"
+
+#include <iostream>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include <ornappsupport/Services.h>
+#include <ornappsupport/analytics/SDMUsageLogger.h>
+#include <ornappsupport/feature/FeatureService.h>
+#include <orncore/Services.h>
+#include <orncore/appstatemanager/AppStateManager.h>
+#include <orncore/config/ClientInfo.h>
+#include <orncore/config/Localizer.h>
+#include <orncore/debug/DebugDatabase.h>
+#include <orncore/debug/Log.h>
+
+namespace feature = ornappsupport::feature;
+
+// Who is running.
+class RunningApplication final : public orncore::config::ClientInfo {
+ public:
+  std::u16string GetClientVersion() const override { return u"4.3"; }
+  std::u16string GetClientBuildNumber() const override { return u"118"; }
+  std::string GetClientPlatform() const override { return "Win"; }
+};
+
+// Beta features: the table is fixed, the switches are the user's.
+class Switches final : public feature::FeatureService {
+ public:
+  explicit Switches(const Preferences& preferences) : preferences_(preferences) {}
+
+  const feature::BetaFeatureMap& GetBetaFeatures() const override { return table_; }
+  bool IsEnabled(std::string_view internalKey) const override {
+    return preferences_.switchedOn.contains(internalKey);
+  }
+  bool IsAvailableForUser(std::string_view internalKey) const override {
+    return internalKey == "herbarium.map";
+  }
+  bool AreInternalFeaturesAllowed() const override { return preferences_.isStaff; }
+
+ private:
+  const Preferences& preferences_;
+  const feature::BetaFeatureMap table_ = {
+      {"herbarium.map",
+       {"ORN-1187", u"$$$/herbarium/feature/map/name=Map of finds",
+        u"$$$/herbarium/feature/map/description=Every sheet where it was collected.",
+        feature::VisibilityInAllClientApps::kPublic}},
+      {"herbarium.sync",
+       {"ORN-1320", u"Sync between herbaria", u"Keeps two collections alike.",
+        feature::VisibilityInAllClientApps::kInDevelopment}},
+  };
+};
+
+// Translations: keys as they are written before `=`.
+class GermanTexts final : public orncore::config::DictionarySource {
+ public:
+  std::optional<std::string> Find(std::string_view key) const override {
+    if (key == "$$$/herbarium/feature/map/name") return "Karte der Funde";
+    if (key == "$$$/herbarium/feature/map/description") return "Jeder Bogen an seinem Fundort.";
+    if (key == "$$$/herbarium/news/43/zoom") return "Strg und das Rad#{mdash}schon zoomt sie";
+    if (key == "$$$/ornwhatsnew/SectionKey/Miscellaneous") return "Sonstiges";
+    return std::nullopt;  // the default text behind the key's `=`
+  }
+};
+
+// Debug entries: this application keeps them among its other texts.
+class DebugTexts final : public orncore::debug::DebugStore {
+ public:
+  explicit DebugTexts(Preferences& preferences) : preferences_(preferences) {}
+
+  std::optional<std::string> Find(std::string_view key) const override {
+    const auto found = preferences_.texts.find("debug/" + std::string(key));
+    if (found == preferences_.texts.end()) return std::nullopt;
+    return found->second;
+  }
+  void Store(std::string_view key, std::string_view value) override {
+    preferences_.texts["debug/" + std::string(key)] = value;
+  }
+
+ private:
+  Preferences& preferences_;
+};
+
+void ReplaceServices(Preferences& preferences) {
+  orncore::config::SetClientInfo(std::make_shared<RunningApplication>());
+  feature::SetFeatureService(std::make_shared<Switches>(preferences));
+  orncore::config::Localizer::Get().SetDictionary(std::make_shared<GermanTexts>());
+  orncore::debug::DebugDatabase::Instance().SetStore(std::make_shared<DebugTexts>(preferences));
+
+  ornappsupport::analytics::SDMUsageLogger::SetLoggingQuery(
+      [&preferences] { return preferences.logsUsage; });
+
+  orncore::appstatemanager::SetTerminationQuery([&preferences] { return preferences.isQuitting; });
+
+  orncore::debug::SetLogSink(
+      [](std::string_view line) { std::cout << "herbarium.log: " << line << '\n'; });
+}
+
+void RestoreServices() {
+  ornappsupport::ResetServices();
+  orncore::ResetServices();
+}

@@ -1,0 +1,128 @@
+// An application with services, resources and settings of its own, and what it does with a list:
+// the badge, the panel, a rating, the end.
+#include <future>
+#include <iostream>
+#include <memory>
+#include <sstream>
+#include <string>
+#include <string_view>
+
+#include <orncore/config/InitializerRegistrar.h>
+#include <orncore/console/CommandRegistry.h>
+#include <orncore/string/Conversion.h>
+#include <ornwhatsnew/WhatsNew.h>
+
+#include "Preferences.h"
+#include "Resources.h"
+#include "Services.h"
+
+using orncore::config::EInitializerContextFlags;
+using orncore::console::CommandRegistry;
+using orncore::string::UTF16to8;
+
+// What the badge asks for, and what the panel shows.
+constexpr ornwhatsnew::DisplayOptions kNews = ornwhatsnew::kShowOnlyNew |
+                                              ornwhatsnew::kFilterRelevantPlatform |
+                                              ornwhatsnew::kFilterRelevantVersion;
+
+// The list as this start of the application finds it.
+std::shared_ptr<ornwhatsnew::FeatureListData> LoadNews(Preferences& preferences) {
+  const BuiltInResources resources;  // only used while the list is loaded
+  const auto getter = [&preferences](const std::string& key) { return preferences.texts[key]; };
+  const auto setter = [&preferences](const std::string& key, const std::string& value) {
+    preferences.texts[key] = value;
+  };
+  return ornwhatsnew::GetWhatsNew(u"news", &resources, getter, setter);
+}
+
+// Loads while the application starts. From get() on, the list belongs to the caller's thread; until
+// then nobody else may touch the preferences or replace a service.
+std::future<std::shared_ptr<ornwhatsnew::FeatureListData>> StartLoadingNews(
+    Preferences& preferences) {
+  return std::async(std::launch::async, [&preferences] { return LoadNews(preferences); });
+}
+
+// A range of a run, clipped to the text: a commit's run reaches one byte past it.
+std::string_view TextOf(const ornwhatsnew::StyleRun& run, std::string_view panel) {
+  const auto start = static_cast<std::size_t>(run.first.first);
+  const auto length = static_cast<std::size_t>(run.first.second);
+  return start < panel.size() ? panel.substr(start, length) : std::string_view();
+}
+
+// Draws the panel, which counts as seen from now on. An application with windows makes fonts and
+// links of the runs.
+void ShowPanel(ornwhatsnew::FeatureListData& list, ornwhatsnew::DisplayOptions options) {
+  ornwhatsnew::StyleRunMap runs;
+  const auto text = UTF16to8(list.GetFormattedTextForDisplay(options, u"", runs, nullptr));
+  std::cout << text;
+  for (const ornwhatsnew::StyleRun& title : runs[ornwhatsnew::kStyleFeatureTitle]) {
+    std::cout << "[title] " << TextOf(title, text) << '\n';
+  }
+}
+
+// Puts a control where each placeholder stands, and remembers what the user chose there.
+void AskForRatings(ornwhatsnew::FeatureListData& list) {
+  if (!list.IsAnythingNeedingRating()) return;
+  ornwhatsnew::StyleRunMap runs;
+  const auto features = std::make_shared<ornwhatsnew::RatingMap>();
+  const auto options = ornwhatsnew::kRatingView | ornwhatsnew::kFilterRelevantPlatform |
+                       ornwhatsnew::kFilterRelevantVersion;
+  list.GetFormattedTextForDisplay(options, u"[five stars]", runs, features);
+  for (const auto& [key, feature] : *features) {
+    const auto name = UTF16to8(list.LocalizeIfNecessary(feature->GetFeatureName()));
+    std::cout << "[rating] " << name << '\n';
+    list.MarkItemHasBeenRated(key);  // once the user has rated it
+  }
+}
+
+// Hands a line of the application's console to the commands that the library registered.
+void RunConsoleLine(std::u16string_view line) {
+  std::basic_ostringstream<char16_t> output;
+  const auto result = CommandRegistry::Instance().RunLine(line, output);
+  std::cout << (result ? UTF16to8(output.str()) : "There is no such command.\n");
+}
+
+// Start-up work of the application itself; it fails, for the log's sake.
+const orncore::config::InitializerRegistrar kCloud(
+    "Herbarium.Cloud", EInitializerContextFlags::kApplication, [] { return false; }, [] {});
+
+void Run(Preferences& preferences) {
+  auto loading = StartLoadingNews(preferences);
+  const auto list = loading.get();
+  std::cout << "badge: " << list->IsAnythingNew(kNews) << '\n';
+  ShowPanel(*list, kNews);
+
+  // What was shown counts once it has been read back: at the next start, or at once.
+  list->RefreshInternalSeenState();
+  std::cout << "badge: " << list->IsAnythingNew(kNews) << '\n';
+
+  preferences.logsUsage = false;
+  std::cout << "to be rated without usage logging: " << list->IsAnythingNeedingRating() << '\n';
+  preferences.logsUsage = true;
+  preferences.isQuitting = true;
+  std::cout << "to be rated while quitting: " << list->IsAnythingNeedingRating() << '\n';
+  preferences.isQuitting = false;
+  AskForRatings(*list);
+  std::cout << "to be rated after that: " << list->IsAnythingNeedingRating() << '\n';
+
+  // Services are asked at each use: both switches show at the next display.
+  preferences.isStaff = true;
+  preferences.texts["debug/ornappsupport.betafeature.SimulateShowingAllUnlockCodesInWhatsNew"] =
+      "true";
+  ShowPanel(*list, {});
+  std::cout << "opened in " << preferences.texts["WhatsNew.AllVersionSeenWhatsNew"] << '\n';
+  RunConsoleLine(u"ValidateWhatsNew");
+}
+
+int main() {
+  std::cout << std::boolalpha;
+  Preferences preferences;
+  preferences.switchedOn = {"herbarium.map"};
+  ReplaceServices(preferences);
+  orncore::config::InitializeContexts(EInitializerContextFlags::kApplication |
+                                      EInitializerContextFlags::kConsole);
+  Run(preferences);
+  orncore::config::ShutdownContexts(EInitializerContextFlags::kApplication |
+                                    EInitializerContextFlags::kConsole);
+  RestoreServices();
+}
