@@ -41,6 +41,9 @@ constexpr std::array<std::string_view, 11> kMembers = {
     "betaFeatures",  "debug",        "dictionary",
     "state",         "callbacks"};
 
+/// Where the schema of the description lies: for editors, which find it by this name.
+constexpr std::string_view kSchemaMember = "$schema";
+
 std::span<const std::string_view> NamesOf(HostMembers members) {
   const std::span<const std::string_view> all(kMembers);
   switch (members) {
@@ -142,7 +145,9 @@ void ReadHostMembers(const JsonReader& object, HostMembers members,
   const auto names = NamesOf(members);
   std::vector<std::string_view> known(others.begin(), others.end());
   known.insert(known.end(), names.begin(), names.end());
+  if (members == HostMembers::kProgram) known.push_back(kSchemaMember);
   object.RequireObject(known);
+  if (const auto schema = object.Find(kSchemaMember)) static_cast<void>(schema->Text());
   ReadText(object, "clientVersion", host.clientVersion);
   ReadText(object, "buildNumber", host.buildNumber);
   ReadText(object, "platform", host.platform);

@@ -11,7 +11,8 @@
 //     "dictionary": {"$$$/path/key": "a translated text"}
 //   }
 //
-// Every member may be absent; the structures below hold the defaults.
+// Every member may be absent; the structures below hold the defaults. schema/ holds the same as a
+// JSON schema, which a description may name under "$schema" for editors; it is not followed.
 #ifndef HOSTS_COMMON_HOSTDESCRIPTION_H_
 #define HOSTS_COMMON_HOSTDESCRIPTION_H_
 
@@ -86,7 +87,7 @@ HostDescription ParseHostDescription(std::string_view json, std::string_view sou
 
 /// Which members an object may have.
 enum class HostMembers {
-  kProgram,         ///< all but `state` and `callbacks`
+  kProgram,         ///< all but `state` and `callbacks`, and `$schema`, which is not kept
   kScenario,        ///< all
   kScenarioChange,  ///< all but `callbacks`: what may change while a list lives
 };

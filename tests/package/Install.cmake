@@ -1,5 +1,6 @@
 # Installs the build tree BUILD into an empty PREFIX and looks whether what a host needs is there.
-# PROGRAM, when this build has one, is the installed program; it has to find its libraries.
+# PROGRAM, when this build has one, is the installed program; it has to find its libraries, and DATA
+# holds what it reads.
 file(REMOVE_RECURSE ${PREFIX})
 execute_process(COMMAND ${CMAKE_COMMAND} --install ${BUILD} --prefix ${PREFIX}
                 OUTPUT_QUIET COMMAND_ERROR_IS_FATAL ANY)
@@ -14,5 +15,10 @@ if(private)
   message(FATAL_ERROR "private headers are installed: ${private}")
 endif()
 if(PROGRAM)
+  foreach(wanted schema/host-description.schema.json examples/herbarium/host.json)
+    if(NOT EXISTS ${PREFIX}/${DATA}/${wanted})
+      message(FATAL_ERROR "not installed: ${DATA}/${wanted}")
+    endif()
+  endforeach()
   execute_process(COMMAND ${PREFIX}/${PROGRAM} --version OUTPUT_QUIET COMMAND_ERROR_IS_FATAL ANY)
 endif()

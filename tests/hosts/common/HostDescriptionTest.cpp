@@ -119,6 +119,8 @@ TEST(HostDescription, NamesFilePathAndWayOutForEveryMistake) {
       {R"({"debug":[]})", "host.json: /debug: ", "expected an object of texts"},
       {R"({"dictionary":{"$$$/a":1}})", "host.json: /dictionary/$$$~1a: ", "expected a text"},
       {R"({"dictionary":{"a":"","a":""}})", "host.json: /dictionary: ", "more than once"},
+      {R"({"$schema":1})", "host.json: /$schema: ", "expected a text, found the number 1"},
+      {R"({"betaFeatures":[{"$schema":""}]})", "host.json: /betaFeatures/0: ", "unknown member"},
       {R"({"version":"25"})",
        "host.json: ", R"(unknown member "version"; known members: "clientVersion", "buildNumber")"},
       {R"({"platform":"a","platform":"b"})", "host.json: ", R"("platform" stands there more)"},
@@ -134,6 +136,12 @@ TEST(HostDescription, NamesFilePathAndWayOutForEveryMistake) {
 
 TEST(HostDescription, DoesNotOfferScenarioMembersToPrograms) {
   EXPECT_THAT(ErrorOf(R"({"x":1})"), Not(HasSubstr("callbacks")));
+}
+
+TEST(HostDescription, MayNameItsSchemaWhichIsNotFollowed) {
+  EXPECT_EQ(ParseHostDescription(R"({"$schema":"/nowhere/x.json","platform":"Win"})", "host.json")
+                .platform,
+            "Win");
 }
 
 TEST(HostDescription, ReadsAFile) {
@@ -213,6 +221,12 @@ TEST_F(HostMembersTest, NameTheCallbacks) {
 TEST_F(HostMembersTest, KeepTheCallbacksWhileAListLives) {
   EXPECT_THAT(Read(R"({"callbacks":"none"})", HostMembers::kScenarioChange),
               HasSubstr(R"(unknown member "callbacks")"));
+}
+
+TEST_F(HostMembersTest, NameNoSchemaInScenarios) {
+  for (const HostMembers members : {HostMembers::kScenario, HostMembers::kScenarioChange}) {
+    EXPECT_THAT(Read(R"({"$schema":"x"})", members), HasSubstr(R"(unknown member "$schema")"));
+  }
 }
 
 TEST_F(HostMembersTest, MayStandAmongOthers) {
