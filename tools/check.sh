@@ -24,11 +24,11 @@ stage_title() {
 }
 
 stage_scripts() {
-  # Every script of ours: those named *.sh, and those without a suffix that begin with #!.
+  # Every script of ours: those named *.sh or *.bash, and those without a suffix that begin with #!.
   local scripts=() file
   while IFS= read -r -d '' file; do
     case $file in
-      *.sh) scripts+=("$file") ;;
+      *.sh | *.bash) scripts+=("$file") ;;
       *.*) [[ $file == .ci/* ]] && scripts+=("$file") ;;
       *) [[ $(head -c 2 "$file") == '#!' ]] && scripts+=("$file") ;;
     esac

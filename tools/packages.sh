@@ -5,7 +5,7 @@ build_packages=(
   g++ cmake ninja-build pkgconf
   libboost-dev libboost-thread-dev libicu-dev
   libsqlitecpp-dev libsqlite3-dev nlohmann-json3-dev libcli11-dev
-  libgtest-dev libgmock-dev libmurmurhash-dev python3-jsonschema
+  libgtest-dev libgmock-dev libmurmurhash-dev python3-jsonschema mandoc
 )
 check_packages=(
   clang libclang-rt-dev clang-format clang-tidy cppcheck shellcheck valgrind git python3 gcovr

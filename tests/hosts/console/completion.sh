@@ -1,0 +1,73 @@
+#!/usr/bin/env bash
+# What bash offers behind the program. usage: completion.sh COMPLETIONS PROGRAM
+set -euo pipefail
+export LC_ALL=C
+
+# shellcheck disable=SC1090  # the file under test
+. "$1"
+program=$2
+folder=$(mktemp -d)
+trap 'rm -rf "$folder"' EXIT
+cd "$folder"
+touch host.json 'what is new.csv'
+failures=0
+
+# Puts what is offered for the last of these words, sorted, into `offered`.
+offer() {
+  COMP_WORDS=(ornwhatsnew "$@")
+  COMP_CWORD=$#
+  local previous=ornwhatsnew
+  (($# < 2)) || previous=${*: -2:1}
+  _ornwhatsnew "$program" "${*: -1}" "$previous"
+  offered=$(printf '%s\n' "${COMPREPLY[@]}" | sort | paste -sd ' ')
+}
+
+# expect WANTED WORD...
+expect() {
+  local wanted=$1
+  shift
+  offer "$@"
+  [[ $offered == "$wanted" ]] || {
+    printf 'behind "ornwhatsnew %s": "%s" instead of "%s"\n' "$*" "$offered" "$wanted" >&2
+    failures=$((failures + 1))
+  }
+}
+
+# Every name that a section of the program's help lists is offered.
+expect_all_of() {
+  local section=$1 wanted
+  shift
+  wanted=$("$program" "${@:1:$#-1}" --help | sed -n "/^$section:/,/^$/p" |
+    sed -En 's/^  (-[a-z],)?([a-z-]+) .*/\2/p' | sort | paste -sd ' ')
+  [[ -n $wanted ]] || {
+    printf 'the help of "ornwhatsnew %s" lists no %s\n' "$*" "$section" >&2
+    failures=$((failures + 1))
+  }
+  expect "$wanted" "$@"
+}
+
+expect_all_of Subcommands ''
+expect_all_of Options --
+expect_all_of Subcommands state ''
+for command in show status rate 'state show' 'state reset' console; do
+  read -ra words <<<"$command"
+  expect_all_of Options "${words[@]}" --
+done
+
+expect 'show state status' s
+expect '--state' show --st
+expect 'host.json what is new.csv' show ''
+expect 'what is new.csv' show --only-new w
+expect 'host.json' show --host h
+expect 'host.json' show 'what is new.csv' --host h
+expect 'json text' show --format ''
+expect 'json' status --format = j
+expect 'json text' status --format =
+expect 'always auto never' show --color ''
+expect '' show --width ''
+expect 'ValidateWhatsNew help' console ''
+expect 'host.json' console ValidateWhatsNew h
+expect '' state show ''
+expect 'reset' state r
+
+((failures == 0))

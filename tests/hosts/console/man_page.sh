@@ -1,0 +1,69 @@
+#!/usr/bin/env bash
+# Whether the man page names what the program's help names, and nothing else.
+# usage: man_page.sh PAGE PROGRAM
+set -euo pipefail
+export LC_ALL=C
+
+page=$1 program=$2
+failures=0
+
+complain() {
+  printf '%s: %s\n' "$page" "$*" >&2
+  failures=$((failures + 1))
+}
+
+# compare WHAT OF-THE-HELP OF-THE-PAGE, both a name per line
+compare() {
+  local difference
+  [[ -n $2 ]] || complain "the help has no $1"
+  difference=$(diff --unified=0 --label help --label page <(sort -u <<<"$2") <(sort -u <<<"$3")) ||
+    complain "$1:"$'\n'"$difference"
+}
+
+# The names below a section of a help text on standard input.
+names_of_help() {
+  sed -n "/^$1:/,/^$/p" | sed -En 's/^  (-[a-z],)?([a-z-]+) .*/\2/p'
+}
+
+# The lines of a section of the page.
+section() { sed -n "/^\.Sh $1$/,/^\.Sh /p" "$page"; }
+
+# The long options in the synopsis of a command, which begins with a line `.Cm COMMAND`.
+synopsis_options() {
+  section SYNOPSIS | awk -v line=".Cm $1" '
+    $0 == ".Nm" { inside = 0 }
+    $0 == line { inside = 1 }
+    inside' | grep -oE 'Fl -[a-z-]+' | sed 's/Fl /-/' || true
+}
+
+# All commands, with those below them.
+commands() {
+  local command below
+  "$program" --help | names_of_help Subcommands | while read -r command; do
+    below=$("$program" "$command" --help | names_of_help Subcommands)
+    if [[ -z $below ]]; then
+      printf '%s\n' "$command"
+    else
+      printf '%s\n' "$below" | sed "s/^/$command /"
+    fi
+  done
+}
+
+all=$(commands)
+compare 'commands in SYNOPSIS' "$all" "$(section SYNOPSIS | sed -n 's/^\.Cm //p')"
+compare 'commands in DESCRIPTION' "$all" "$(section DESCRIPTION | sed -n 's/^\.It Cm //p')"
+
+options=$("$program" --help | names_of_help Options)
+while read -r command; do
+  read -ra words <<<"$command"
+  these=$("$program" "${words[@]}" --help | names_of_help Options)
+  options+=$'\n'$these
+  compare "options of $command" "$(grep -vxF -e --help <<<"$these")" "$(synopsis_options "$command")"
+done <<<"$all"
+compare OPTIONS "$options" \
+  "$(section OPTIONS | sed -En 's/^\.It (Fl h , )?Fl (-[a-z-]+).*/-\2/p')"
+
+statuses=$("$program" --help | sed -n '/^Exit status:/,$p' | sed -En 's/^ *([0-9]+) .*/\1/p')
+compare 'EXIT STATUS' "$statuses" "$(section 'EXIT STATUS' | sed -n 's/^\.It //p')"
+
+((failures == 0))
