@@ -4,7 +4,7 @@
 # stage does not keep the others from running, which also means that the shell does not stop at a
 # stage's first failing command: commands are chained with &&.
 
-check_stages=(scripts format release headers static sanitize thread valgrind fuzz tidy cppcheck)
+check_stages=(scripts format release headers static sanitize thread valgrind growth fuzz tidy cppcheck)
 
 stage_title() {
   case $1 in
@@ -16,6 +16,7 @@ stage_title() {
     sanitize) echo "address, undefined: all but the package tests" ;;
     thread) echo "ThreadSanitizer: the asynchronous read" ;;
     valgrind) echo "valgrind: the example's panel" ;;
+    growth) echo "callgrind: tenfold rows within twelvefold work" ;;
     fuzz) echo "every fuzzer for some seconds" ;;
     tidy) echo "clang-tidy" ;;
     cppcheck) echo "cppcheck" ;;

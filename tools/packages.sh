@@ -7,14 +7,16 @@ build_packages=(
   libsqlitecpp-dev libsqlite3-dev nlohmann-json3-dev libcli11-dev
   libgtest-dev libgmock-dev libmurmurhash-dev python3-jsonschema mandoc
 )
+bench_packages=(libbenchmark-dev valgrind python3)
 check_packages=(
-  clang libclang-rt-dev clang-format clang-tidy cppcheck shellcheck valgrind git python3 gcovr
+  clang libclang-rt-dev clang-format clang-tidy cppcheck shellcheck git gcovr
 )
 
 packages_for() {
   case $1 in
     build) printf '%s\n' "${build_packages[@]}" ;;
-    check) printf '%s\n' "${build_packages[@]}" "${check_packages[@]}" ;;
+    bench) printf '%s\n' "${build_packages[@]}" "${bench_packages[@]}" ;;
+    check) printf '%s\n' "${build_packages[@]}" "${bench_packages[@]}" "${check_packages[@]}" ;;
   esac
 }
 

@@ -1,0 +1,19 @@
+// Loads a sample file of so many rows and displays it, once, for tools that count instructions:
+// what they count, they pick by the names of the functions.
+#include <cstdlib>
+#include <iostream>
+
+#include "benchmarks/support/SampleHost.h"
+
+int main(int argc, char** argv) {
+  const auto rows = argc == 2 ? std::strtoul(argv[1], nullptr, 10) : 0;
+  if (rows == 0) {
+    std::cerr << "usage: growth_probe ROWS\n";
+    return 2;
+  }
+  benchmarks::SampleList list(rows);
+  ornwhatsnew::StyleRunMap runs;
+  const bool shown = !list.Display(runs).empty();
+  list->RefreshInternalSeenState();
+  return shown && !list->IsAnythingNew(ornwhatsnew::kShowOnlyNew) ? 0 : 1;
+}

@@ -1,0 +1,48 @@
+// Loading a list: the host's beta features, and the changes of a data file that hang on them. What
+// is loaded is given back outside the time that counts.
+#include <memory>
+#include <string>
+#include <vector>
+
+#include <benchmark/benchmark.h>
+
+#include <ornwhatsnew/FeatureListData.h>
+
+#include "benchmarks/support/HandRecords.h"
+#include "benchmarks/support/Rows.h"
+#include "benchmarks/support/SampleFile.h"
+#include "benchmarks/support/SampleHost.h"
+
+namespace benchmarks {
+namespace {
+
+void Load(benchmark::State& state) {
+  UseSampleHost();
+  SampleStore store;
+  const std::string& file = SampleFile(Rows(state));
+  for (auto _ : state) {
+    auto list = std::make_unique<ornwhatsnew::FeatureListData>(store.Getter(), store.Setter());
+    list->InitWithData(file);
+    state.PauseTiming();
+    list.reset();
+    state.ResumeTiming();
+  }
+  SetRows(state, Rows(state));
+}
+BENCHMARK(Load)->RangeMultiplier(10)->Range(100, 1'000'000);
+
+void HandLoad(benchmark::State& state) {
+  const std::string& file = SampleFile(Rows(state));
+  for (auto _ : state) {
+    std::vector<HandRecord> records = LoadByHand(file);
+    benchmark::DoNotOptimize(records.data());
+    state.PauseTiming();
+    std::vector<HandRecord>().swap(records);
+    state.ResumeTiming();
+  }
+  SetRows(state, Rows(state));
+}
+BENCHMARK(HandLoad)->Name("Floor.Load")->RangeMultiplier(10)->Range(100, 1'000'000);
+
+}  // namespace
+}  // namespace benchmarks

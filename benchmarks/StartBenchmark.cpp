@@ -1,0 +1,54 @@
+// Start-up: a whole process from its creation to its end, which does nothing but be loaded. What
+// counts is the time that it spends on a processor, not that it waits for one.
+#include <cerrno>
+#include <optional>
+#include <string>
+
+#include <spawn.h>
+#include <sys/resource.h>
+#include <sys/time.h>
+#include <sys/wait.h>
+
+#include <benchmark/benchmark.h>
+
+namespace benchmarks {
+namespace {
+
+double Seconds(const timeval& time) {
+  return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_usec) / 1e6;
+}
+
+// Runs a program; none when that failed.
+std::optional<double> SecondsOf(std::string path) {
+  char* arguments[] = {path.data(), nullptr};
+  char* environment[] = {nullptr};
+  pid_t process = 0;
+  if (posix_spawn(&process, path.c_str(), nullptr, nullptr, arguments, environment) != 0) return {};
+  int status = -1;
+  rusage usage{};
+  while (wait4(process, &status, 0, &usage) < 0) {
+    if (errno != EINTR) return {};
+  }
+  if (status != 0) return {};
+  return Seconds(usage.ru_utime) + Seconds(usage.ru_stime);
+}
+
+void Start(benchmark::State& state, const char* program) {
+  const std::string path = std::string(BENCHMARKS_PROGRAM_FOLDER "/") + program;
+  for (auto _ : state) {
+    const std::optional<double> seconds = SecondsOf(path);
+    if (!seconds) state.SkipWithError("the program could not be run");
+    state.SetIterationTime(seconds.value_or(0));
+  }
+  state.SetItemsProcessed(state.iterations());
+}
+// An application in C++ that has nothing to do; and one that is not even that.
+BENCHMARK_CAPTURE(Start, runtime, "start_runtime")->Name("Floor.Start")->UseManualTime();
+BENCHMARK_CAPTURE(Start, bare, "start_bare")->Name("Bare.Start")->UseManualTime();
+BENCHMARK_CAPTURE(Start, thirdParty, "start_third_party")
+    ->Name("ThirdParty.Start")
+    ->UseManualTime();
+BENCHMARK_CAPTURE(Start, library, "start_library")->Name("Start")->UseManualTime();
+
+}  // namespace
+}  // namespace benchmarks

@@ -1,0 +1,46 @@
+#include "benchmarks/support/ByteCounter.h"
+
+#include <cstdlib>
+#include <new>
+
+#include <malloc.h>
+
+namespace benchmarks {
+namespace {
+
+// What stands before each block, by which the allocator finds it again.
+constexpr std::size_t kBlockHead = sizeof(std::size_t);
+
+std::size_t liveBytes = 0;
+std::size_t allocationCount = 0;
+
+}  // namespace
+
+std::size_t LiveBytes() {
+  return liveBytes;
+}
+
+std::size_t AllocationCount() {
+  return allocationCount;
+}
+
+}  // namespace benchmarks
+
+// The other forms of the language call these.
+void* operator new(std::size_t size) {
+  void* const block = std::malloc(size);
+  if (block == nullptr) throw std::bad_alloc();
+  benchmarks::liveBytes += malloc_usable_size(block) + benchmarks::kBlockHead;
+  ++benchmarks::allocationCount;
+  return block;
+}
+
+void operator delete(void* block) noexcept {
+  if (block == nullptr) return;
+  benchmarks::liveBytes -= malloc_usable_size(block) + benchmarks::kBlockHead;
+  std::free(block);
+}
+
+void operator delete(void* block, std::size_t) noexcept {
+  operator delete(block);
+}

@@ -1,0 +1,93 @@
+#include "benchmarks/support/SampleFile.h"
+
+#include <array>
+#include <cstdint>
+#include <map>
+#include <random>
+#include <span>
+#include <string_view>
+#include <utility>
+
+namespace benchmarks {
+namespace {
+
+using Texts = std::span<const std::string_view>;
+
+constexpr std::array<std::string_view, 32> kWords = {
+    "export", "faster", "map",   "layers",  "when",     "dragging", "pins",    "between",
+    "the",    "legend", "now",   "shows",   "colour",   "labels",   "every",   "route",
+    "fixed",  "crash",  "print", "preview", "search",   "finds",    "places",  "button",
+    "opens",  "area",   "zoom",  "keeps",   "contours", "no",       "overlap", "a"};
+constexpr std::array<std::string_view, 6> kForeignWords = {
+    "caf\u00E9", "don\u2019t", "\u201CSmart\u201D", "\u5730\u56F3", "\u00DCbersicht", "\U0001F5FA"};
+constexpr std::array<std::string_view, 6> kSaliences = {"", "", "", "Headline", "Detail", "Detail"};
+constexpr std::array<std::string_view, 5> kPlatforms = {"", "", "", "Mac", "Win"};
+
+// The standard's distributions differ from library to library, so numbers are cut by hand.
+class Chance {
+ public:
+  std::size_t Below(std::size_t count) { return engine_() % count; }
+  bool Percent(std::size_t percent) { return Below(100) < percent; }
+  std::string_view OneOf(Texts texts) { return texts[Below(texts.size())]; }
+  std::string Number(std::size_t first, std::size_t count) {
+    return std::to_string(first + Below(count));
+  }
+  std::string HexDigits(std::size_t count) {
+    std::string digits;
+    while (digits.size() < count) digits += "0123456789abcdef"[Below(16)];
+    return digits;
+  }
+
+ private:
+  std::mt19937_64 engine_{1};
+};
+
+std::string Description(Chance& chance) {
+  const bool quoted = chance.Percent(25);
+  const bool foreign = chance.Percent(12);
+  const std::size_t words = 11 + chance.Below(16);
+  std::string text = quoted ? "\"" : "";
+  for (std::size_t word = 0; word < words; ++word) {
+    if (word > 0) text += quoted && word % 6 == 0 ? ", " : " ";
+    text += foreign && word % 7 == 3 ? chance.OneOf(kForeignWords) : chance.OneOf(kWords);
+  }
+  if (quoted) text += '"';
+  return text;
+}
+
+void AppendRow(Chance& chance, std::string& text) {
+  const auto maybe = [&chance](std::size_t percent, std::string field) {
+    return chance.Percent(percent) ? std::move(field) : std::string();
+  };
+  text += chance.Number(20, 6) + '.' + chance.Number(0, 12) + '.' + chance.Number(0, 5) + ',';
+  text += chance.Percent(10) ? "BUGFIX" : "EPIC-" + chance.Number(kFirstEpic, kEpicCount);
+  text += ',' + maybe(60, "STORY-" + chance.Number(1000, 90000)) + ',';
+  text += chance.OneOf(kSaliences);
+  text += ',' + maybe(6, "RequestRating") + ',';
+  text += maybe(30, chance.Number(20, 6) + '.' + chance.Number(0, 12)) + ',';
+  text += chance.OneOf(kPlatforms);
+  text += ',' + maybe(50, "https://discuss.example/t/" + chance.Number(10000, 90000)) + ',';
+  text += maybe(80, chance.HexDigits(40)) + ',';
+  text += Description(chance) + '\n';
+}
+
+std::string MakeFile(std::size_t rows) {
+  std::string text =
+      "App Version,Grouping ID,Story ID,Salience,Ask For Rating,Earliest Version,Only Platform,"
+      "URL,Changelist ID,Message\n";
+  text.reserve(text.size() + rows * 210);
+  Chance chance;
+  for (std::size_t row = 0; row < rows; ++row) AppendRow(chance, text);
+  return text;
+}
+
+}  // namespace
+
+const std::string& SampleFile(std::size_t rows) {
+  static std::map<std::size_t, std::string> files;
+  const auto [file, isNew] = files.try_emplace(rows);
+  if (isNew) file->second = MakeFile(rows);
+  return file->second;
+}
+
+}  // namespace benchmarks

@@ -1,0 +1,133 @@
+#!/usr/bin/env python3
+"""Makes one table of the results that the benchmarks wrote as JSON: python3 table.py FILE..."""
+
+import json
+import sys
+from pathlib import Path
+from typing import NamedTuple
+
+
+class Goal(NamedTuple):
+    """At most so many times the floor, at the sizes for which that is meant."""
+
+    times: float
+    smallest: int = 0
+    largest: int = sys.maxsize
+
+
+GOALS = {
+    "Cutting": Goal(3, smallest=1_000),
+    "Load": Goal(2, smallest=1_000),
+    "Identity": Goal(3),
+    "News": Goal(3, smallest=1_000, largest=1_000),
+    "Display": Goal(4, smallest=1_000),
+    "State": Goal(3),
+    "KeyOrder": Goal(2),
+}
+
+# A row at the last size takes at most so many times as long as one at the first.
+GROWTH = {"Load": (10_000, 1_000_000, 1.8), "Display": (10_000, 1_000_000, 2.5)}
+
+# Bytes a row beyond its text; and milliseconds beyond an empty program.
+MEMORY_GOAL = 650
+START_GOAL = 0.3
+
+
+def read(paths: list[Path]) -> dict[tuple[str, int], dict]:
+    """The medians by name and size; a benchmark without sizes has size 0."""
+    results = {}
+    for path in paths:
+        for run in json.loads(path.read_text())["benchmarks"]:
+            if run.get("error_occurred"):
+                sys.exit(f"{run['name']}: {run['error_message']}")
+            if run.get("aggregate_name") != "median":
+                continue
+            name, *arguments = run["run_name"].split("/")
+            sizes = [int(argument) for argument in arguments if argument.isdecimal()]
+            results[name, sizes[0] if sizes else 0] = run
+    return results
+
+
+def nanoseconds(run: dict) -> float:
+    return 1e9 / run["items_per_second"]
+
+
+def floor_name(name: str, names: set[str]) -> str | None:
+    """The floor of a benchmark; those that do the same in another way name it behind a dot."""
+    for candidate in ("Floor." + name, "Floor." + name.partition(".")[2]):
+        if candidate in names:
+            return candidate
+    return None
+
+
+def verdict(figure: float, goal: float) -> str:
+    return "met" if figure <= goal else "MISSED"
+
+
+def ratio_rows(results: dict) -> list[list[str]]:
+    rows = []
+    names = {name for name, _ in results}
+    for (name, size), run in sorted(results.items()):
+        floor = floor_name(name, names)
+        if name.startswith("Floor.") or floor is None or name.endswith("Start"):
+            continue
+        own, peer = nanoseconds(run), nanoseconds(results[floor, size])
+        goal = GOALS.get(name)
+        row = [name, f"{size:,}" if size else "", f"{own:,.1f} ns", f"{peer:,.1f} ns",
+               f"{own / peer:.2f}x"]
+        if goal and goal.smallest <= size <= goal.largest:
+            row += [f"{goal.times:g}x", verdict(own / peer, goal.times)]
+        rows.append(row)
+    return rows
+
+
+def growth_rows(results: dict) -> list[list[str]]:
+    rows = []
+    for name, (small, large, goal) in GROWTH.items():
+        if (name, small) not in results or (name, large) not in results:
+            continue
+        at_small, at_large = (nanoseconds(results[name, size]) for size in (small, large))
+        rows.append([f"{name}, a row", f"{large:,}, {small:,}", f"{at_large:,.1f} ns",
+                     f"{at_small:,.1f} ns", f"{at_large / at_small:.2f}x", f"{goal:g}x",
+                     verdict(at_large / at_small, goal)])
+    return rows
+
+
+def memory_rows(results: dict) -> list[list[str]]:
+    return [["Memory", f"{size:,}", f"{run['bytes']:.0f} bytes", "", "",
+             f"{MEMORY_GOAL} bytes", verdict(run["bytes"], MEMORY_GOAL)]
+            for (name, size), run in sorted(results.items()) if name == "Memory"]
+
+
+def start_rows(results: dict) -> list[list[str]]:
+    if ("Floor.Start", 0) not in results:
+        return []
+    rows = []
+    empty = nanoseconds(results["Floor.Start", 0]) / 1e6
+    for name in ("Bare.Start", "ThirdParty.Start", "Start"):
+        own = nanoseconds(results[name, 0]) / 1e6
+        row = [name, "", f"{own:.2f} ms", f"{empty:.2f} ms", f"{own - empty:+.2f} ms"]
+        if name == "Start":
+            row += [f"+{START_GOAL} ms", verdict(own - empty, START_GOAL)]
+        rows.append(row)
+    return rows
+
+
+def markdown(rows: list[list[str]]) -> str:
+    header = ["what", "size", "one", "floor", "ratio", "goal", ""]
+    table = [header] + [row + [""] * (len(header) - len(row)) for row in rows]
+    widths = [max(len(row[column]) for row in table) for column in range(len(header))]
+    lines = ["| " + " | ".join(cell.ljust(width) for cell, width in zip(row, widths)) + " |"
+             for row in table]
+    lines.insert(1, "|" + "|".join("-" * (width + 2) for width in widths) + "|")
+    return "\n".join(lines)
+
+
+def main() -> None:
+    results = read([Path(argument) for argument in sys.argv[1:]])
+    print(markdown(ratio_rows(results) + growth_rows(results) + memory_rows(results)
+                   + start_rows(results)))
+
+
+if __name__ == "__main__":
+    main()

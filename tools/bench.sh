@@ -1,0 +1,87 @@
+# shellcheck shell=bash
+# Part of ./dev: the benchmarks, and the guard against growth that is worse than linear.
+
+bench_subjects=(cutting fields load memory identity news display state keyorder start)
+
+bench_usage() {
+  cat <<TEXT
+usage: ./dev bench [SUBJECT...]
+
+Runs the benchmarks of these subjects, or of all, and makes a table of them: what one row takes,
+what it takes by hand, and the ratio. docs/performance.md tells the rest.
+  --list   names the subjects
+TEXT
+}
+
+require_subject() {
+  local subject
+  for subject in "${bench_subjects[@]}"; do
+    [[ $subject != "$1" ]] || return 0
+  done
+  fail "there is no subject \"$1\"; they are: ${bench_subjects[*]}"
+}
+
+# Each benchmark and its floor in turns and in random order, so that what else the machine does
+# meets both.
+run_benchmark() {
+  local subject=$1
+  "build/bench/bin/benchmark_$subject" --benchmark_repetitions=9 --benchmark_min_time=0.05 \
+    --benchmark_enable_random_interleaving=true --benchmark_report_aggregates_only=true \
+    --benchmark_out_format=json --benchmark_out="build/bench/results/$subject.json" \
+    </dev/null >"$(log_file "bench-$subject")" 2>&1 ||
+    { cat "$(log_file "bench-$subject")" >&2 && fail "the benchmark of $subject failed"; }
+}
+
+command_bench() {
+  local subjects=() subject results=()
+  for subject in "$@"; do
+    case $subject in
+      --list) printf '%s\n' "${bench_subjects[@]}" && exit 0 ;;
+      --help) bench_usage && exit 0 ;;
+      *) require_subject "$subject" && subjects+=("$subject") ;;
+    esac
+  done
+  ((${#subjects[@]} > 0)) || subjects=("${bench_subjects[@]}")
+  ensure_packages bench
+  configure bench
+  say "Building the benchmarks into build/bench (first time: 2 to 4 minutes on two cores)"
+  build bench --target benchmarks >&2
+  mkdir -p build/bench/results
+  for subject in "${subjects[@]}"; do
+    say "Measuring: $subject"
+    run_benchmark "$subject"
+    results+=("build/bench/results/$subject.json")
+  done
+  python3 benchmarks/table.py "${results[@]}" | tee build/bench/table.md
+  say "The table: build/bench/table.md; all figures: build/bench/results/"
+}
+
+# Instructions that the probe spends, at so many rows, in a function and all that it calls.
+instructions_in() {
+  local function=$1 rows=$2 log
+  log=$(log_file "growth-$rows")
+  valgrind --tool=callgrind --callgrind-out-file=/dev/null --toggle-collect="$function" \
+    build/bench/bin/growth_probe "$rows" >"$log" 2>&1 || { cat "$log" && return 1; }
+  sed -n 's/^==[0-9]*== Collected : \([0-9]*\)$/\1/p' "$log"
+}
+
+# Ten times the rows, at most twelve times the instructions. Counts do not depend on what else the
+# machine does, as times do.
+require_linear() {
+  local function=$1 few many
+  few=$(instructions_in "$function" 1000) && many=$(instructions_in "$function" 10000) || return
+  printf '%s: %s instructions for 1,000 rows, %s for 10,000\n' "$function" "$few" "$many"
+  ((few > 100000)) || { echo "FAILED: too few instructions to be true" && return 1; }
+  ((many <= 12 * few)) || { echo "FAILED: more than twelve times as many" && return 1; }
+}
+
+# The stage of ./dev check.
+stage_growth() {
+  local list='ornwhatsnew::FeatureListData' status=0
+  configure bench && build bench --target benchmarks || return
+  require_linear "$list::InitWithData(*" || status=1
+  require_linear "$list::GetFormattedTextForDisplay(*" || status=1
+  require_linear "$list::RefreshInternalSeenState(*" || status=1
+  require_linear "$list::IsAnythingNew(*" || status=1
+  return "$status"
+}
