@@ -9,32 +9,49 @@
 #include <string>
 #include <vector>
 
+#include <ornwhatsnew/FeatureListItem.h>
 #include <ornwhatsnew/utility/TextHelpers.h>
 
 namespace hosts::console {
 namespace {
 
-/// The keys of the features that this user is shown: what a window would offer a rating control
-/// for. `list` must not remember the display pass that finds them out.
+bool AsksForRating(const ornwhatsnew::FeatureListData& list, const std::string& key) {
+  const auto found = list.GetFeatureItems().find(key);
+  if (found == list.GetFeatureItems().end() || found->second == nullptr) return false;
+  return std::ranges::any_of(found->second->GetAllChanges(), [](const auto& change) {
+    return !change->GetRatingRequestOptional().empty();
+  });
+}
+
+/// The keys of the features that this user is shown and that ask for a rating, rated or not, so
+/// that rating twice is no mistake. `list` must not remember the display pass that finds them out.
 std::vector<std::string> KeysToRate(ornwhatsnew::FeatureListData& list) {
+  std::vector<std::string> keys;
+  if (ornwhatsnew::FeatureListItem::AnalyticsDisabled()) return keys;
   const auto ratingItems = std::make_shared<ornwhatsnew::RatingMap>();
   ornwhatsnew::StyleRunMap runs;
   list.GetFormattedTextForDisplay({}, {}, runs, ratingItems);
-  std::vector<std::string> keys;
   for (const auto& [key, item] : *ratingItems) {
-    if (!ornwhatsnew::IsSpecialCaseSection(key)) keys.push_back(key);
+    if (!ornwhatsnew::IsSpecialCaseSection(key) && AsksForRating(list, key)) keys.push_back(key);
   }
   std::ranges::sort(keys);
   return keys;
 }
 
+std::string WhyNothingCanBeRated() {
+  return ornwhatsnew::FeatureListItem::AnalyticsDisabled()
+             ? "Usage logging is off, so nothing can be rated: the host description's member "
+               "'usageLogging' says so."
+             : "No feature asks for a rating.";
+}
+
 [[noreturn]] void RefuseKey(const std::string& key, const std::vector<std::string>& keys) {
   std::string known;
   for (const std::string& candidate : keys) known += (known.empty() ? "" : ", ") + candidate;
-  throw ToolError(ExitStatus::kUnknownKey,
-                  "There is no feature '" + key + "' to rate. " +
-                      (keys.empty() ? std::string("No feature can be rated.")
-                                    : "These can be rated: " + known + "."));
+  throw ToolError(
+      ExitStatus::kUnknownKey,
+      "There is no feature '" + key + "' to rate. " +
+          (keys.empty() ? WhyNothingCanBeRated() : "These can be rated: " + known + "."));
 }
 
 }  // namespace

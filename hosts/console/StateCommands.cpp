@@ -36,7 +36,10 @@ std::string DescribeAsText(const common::StateStore& store) {
   if (store.Values().empty()) return "Nothing is remembered in " + location + ".\n";
   const std::string identities = store.Get(common::kAllSeenItemsKey);
   const std::size_t count = ornwhatsnew::SplitPersistedList(identities).size();
-  const auto shown = [](std::string_view text) { return SafeForTerminal(text, Whitespace::kShow); };
+  // A rating alone is remembered without a version.
+  const auto shown = [](std::string_view text) {
+    return text.empty() ? "not yet" : SafeForTerminal(text, Whitespace::kShow);
+  };
   return "State store:     " + location + "\n" +
          "Last opened in:  " + shown(store.Get(common::kLastVersionSeenKey)) + "\n" +
          "Opened in:       " + shown(store.Get(common::kAllVersionsSeenKey)) + "\n" +

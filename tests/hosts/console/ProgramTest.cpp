@@ -217,7 +217,36 @@ TEST_F(RateTest, AnUnknownKeyListsThoseThatCanBeRated) {
   EXPECT_FALSE(std::filesystem::exists(folder_.Path() / "state"));
 }
 
+TEST_F(RateTest, AFeatureThatAsksForNoRatingCannotBeRated) {
+  WriteData(
+      "25.1,EPIC-7,,,,,,,,Twice as fast\n"
+      "25.1,EPIC-8,,,RequestRating,,,,,Every window is dark\n");
+  EXPECT_THAT(Run({"rate", "EPIC-7", "{data}", "{host}"}).errors,
+              HasSubstr("These can be rated: EPIC-8."));
+  WriteData("25.1,EPIC-7,,,,,,,,Twice as fast\n");
+  EXPECT_THAT(Run({"rate", "EPIC-7", "{data}", "{host}"}).errors,
+              HasSubstr("No feature asks for a rating."));
+}
+
+TEST_F(RateTest, WithoutUsageLoggingNothingCanBeRated) {
+  folder_.Write("host.json", R"({"usageLogging": false, "betaFeatures": [
+    {"internalKey": "f.export", "epicKey": "EPIC-7", "name": "Export", "enabled": true}]})");
+  const ProgramResult result = Run({"rate", "EPIC-7", "{data}", "{host}"});
+  EXPECT_EQ(5, result.exitStatus);
+  EXPECT_EQ(
+      "ornwhatsnew: There is no feature 'EPIC-7' to rate. Usage logging is off, so nothing can be "
+      "rated: the host description's member 'usageLogging' says so.\n",
+      result.errors);
+}
+
 using StateTest = ProgramTest;
+
+TEST_F(StateTest, SaysThatARatingAloneOpenedNothing) {
+  OutputOf({"rate", "EPIC-7", "{data}", "{host}"});
+  EXPECT_THAT(OutputOf({"state", "show"}), AllOf(HasSubstr("Last opened in:  not yet\n"),
+                                                 HasSubstr("Opened in:       not yet\n"),
+                                                 HasSubstr("Seen or rated:   1 identity\n")));
+}
 
 TEST_F(StateTest, ShowsWhatIsRemembered) {
   EXPECT_EQ("Nothing is remembered in " + StateFile().native() + ".\n",
