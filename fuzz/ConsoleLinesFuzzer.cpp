@@ -10,8 +10,6 @@
 #include <sys/mman.h>
 #include <unistd.h>
 
-#include <hosts/console/Commands.h>
-#include <hosts/console/StandardStreams.h>
 #include <orncore/config/InitializerRegistrar.h>
 #include <orncore/console/CommandRegistry.h>
 #include <orncore/debug/Log.h>
@@ -19,6 +17,8 @@
 #include "fuzz/OutputCapture.h"
 #include "fuzz/Property.h"
 #include "fuzz/TerminalScan.h"
+#include "hosts/console/Commands.h"
+#include "hosts/console/StandardStreams.h"
 #include "tests/support/PlainText.h"
 #include "tests/support/TemporaryFolder.h"
 
@@ -60,7 +60,7 @@ void Log(std::string_view line) {
 }
 
 std::string MakeDataFile() {
-  static const tests::support::TemporaryFolder folder;
+  static const test_support::TemporaryFolder folder;
   return folder.Write("whatsnew.csv", "a,b,c,d,e,f,g,h,i,j\n25.1,MISC,,,,,,,,Text\n").native();
 }
 

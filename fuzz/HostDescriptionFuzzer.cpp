@@ -8,7 +8,6 @@
 #include <string>
 #include <string_view>
 
-#include <hosts/common/HostDescription.h>
 #include <ornappsupport/Services.h>
 #include <orncore/Services.h>
 #include <orncore/string/Conversion.h>
@@ -18,6 +17,7 @@
 
 #include "fuzz/PanelProperties.h"
 #include "fuzz/Property.h"
+#include "hosts/common/HostDescription.h"
 #include "tests/support/FakeStateStore.h"
 #include "tests/support/PlainPanel.h"
 #include "tests/support/PlainText.h"

@@ -11,10 +11,9 @@
 #include <tuple>
 #include <vector>
 
-#include <hosts/common/StyledSegments.h>
-
 #include "fuzz/Input.h"
 #include "fuzz/Property.h"
+#include "hosts/common/StyledSegments.h"
 #include "tests/support/PlainText.h"
 
 namespace fuzz {

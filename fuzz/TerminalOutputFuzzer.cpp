@@ -8,14 +8,14 @@
 #include <string_view>
 #include <vector>
 
-#include <hosts/console/DisplayWidth.h>
-#include <hosts/console/TerminalPanel.h>
-#include <hosts/console/TerminalText.h>
 #include <unicode/uchar.h>
 
 #include "fuzz/Input.h"
 #include "fuzz/Property.h"
 #include "fuzz/TerminalScan.h"
+#include "hosts/console/DisplayWidth.h"
+#include "hosts/console/TerminalPanel.h"
+#include "hosts/console/TerminalText.h"
 #include "tests/support/PlainText.h"
 
 namespace fuzz {

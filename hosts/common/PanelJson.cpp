@@ -1,4 +1,4 @@
-#include <hosts/common/PanelJson.h>
+#include "hosts/common/PanelJson.h"
 
 #include <cstdint>
 #include <string>

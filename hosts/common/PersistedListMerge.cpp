@@ -1,4 +1,4 @@
-#include <hosts/common/PersistedListMerge.h>
+#include "hosts/common/PersistedListMerge.h"
 
 #include <algorithm>
 #include <iterator>

@@ -1,4 +1,4 @@
-#include <hosts/common/StateDatabase.h>
+#include "hosts/common/StateDatabase.h"
 
 #include <array>
 #include <cstdint>

@@ -9,7 +9,7 @@
 #include <memory>
 #include <optional>
 
-#include <hosts/common/StateStore.h>
+#include "hosts/common/StateStore.h"
 
 namespace SQLite {  // NOLINT(readability-identifier-naming): the engine's own name
 class Database;

@@ -1,10 +1,10 @@
-#include <hosts/common/StateStore.h>
+#include "hosts/common/StateStore.h"
 
 #include <cstdlib>
 #include <optional>
 
-#include <hosts/common/PersistedListMerge.h>
-#include <hosts/common/StateDatabase.h>
+#include "hosts/common/PersistedListMerge.h"
+#include "hosts/common/StateDatabase.h"
 
 namespace hosts::common {
 namespace {

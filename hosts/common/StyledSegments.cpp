@@ -1,4 +1,4 @@
-#include <hosts/common/StyledSegments.h>
+#include "hosts/common/StyledSegments.h"
 
 #include <algorithm>
 #include <array>

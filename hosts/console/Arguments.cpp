@@ -1,4 +1,4 @@
-#include <hosts/console/Arguments.h>
+#include "hosts/console/Arguments.h"
 
 #include <sstream>
 #include <string_view>

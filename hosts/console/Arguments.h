@@ -7,7 +7,7 @@
 #include <string>
 #include <variant>
 
-#include <hosts/console/Commands.h>
+#include "hosts/console/Commands.h"
 
 namespace hosts::console {
 

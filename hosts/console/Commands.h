@@ -9,8 +9,9 @@
 #include <optional>
 #include <string>
 
-#include <hosts/console/ToolError.h>
 #include <ornwhatsnew/utility/SharedTypes.h>
+
+#include "hosts/console/ToolError.h"
 
 namespace hosts::console {
 

@@ -1,15 +1,15 @@
-#include <hosts/console/Commands.h>
-#include <hosts/console/ConsoleStream.h>
-#include <hosts/console/InputLines.h>
-#include <hosts/console/StandardStreams.h>
-#include <hosts/console/WhatsNewLoading.h>
-
 #include <optional>
 #include <string>
 #include <string_view>
 
 #include <orncore/console/CommandRegistry.h>
 #include <orncore/string/Conversion.h>
+
+#include "hosts/console/Commands.h"
+#include "hosts/console/ConsoleStream.h"
+#include "hosts/console/InputLines.h"
+#include "hosts/console/StandardStreams.h"
+#include "hosts/console/WhatsNewLoading.h"
 
 namespace hosts::console {
 namespace {

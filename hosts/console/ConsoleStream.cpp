@@ -1,8 +1,9 @@
-#include <hosts/console/ConsoleStream.h>
+#include "hosts/console/ConsoleStream.h"
 
-#include <hosts/console/StandardStreams.h>
-#include <hosts/console/TerminalText.h>
 #include <orncore/string/Conversion.h>
+
+#include "hosts/console/StandardStreams.h"
+#include "hosts/console/TerminalText.h"
 
 namespace hosts::console {
 

@@ -1,7 +1,8 @@
-#include <hosts/console/DisplayWidth.h>
+#include "hosts/console/DisplayWidth.h"
 
-#include <hosts/console/CodePoints.h>
 #include <unicode/uchar.h>
+
+#include "hosts/console/CodePoints.h"
 
 namespace hosts::console {
 namespace {

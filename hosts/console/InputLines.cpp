@@ -1,12 +1,13 @@
-#include <hosts/console/InputLines.h>
+#include "hosts/console/InputLines.h"
 
 #include <array>
 #include <cerrno>
 #include <system_error>
 #include <utility>
 
-#include <hosts/console/ToolError.h>
 #include <unistd.h>
+
+#include "hosts/console/ToolError.h"
 
 namespace hosts::console {
 

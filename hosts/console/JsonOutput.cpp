@@ -1,4 +1,4 @@
-#include <hosts/console/JsonOutput.h>
+#include "hosts/console/JsonOutput.h"
 
 #include <nlohmann/json.hpp>
 

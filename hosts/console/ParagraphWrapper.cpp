@@ -1,14 +1,15 @@
-#include <hosts/console/ParagraphWrapper.h>
+#include "hosts/console/ParagraphWrapper.h"
 
 #include <algorithm>
 #include <cstdint>
 #include <limits>
 #include <new>
 
-#include <hosts/console/DisplayWidth.h>
 #include <unicode/brkiter.h>
 #include <unicode/uchar.h>
 #include <unicode/utext.h>
+
+#include "hosts/console/DisplayWidth.h"
 
 namespace hosts::console {
 namespace {

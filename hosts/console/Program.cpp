@@ -1,4 +1,4 @@
-#include <hosts/console/Program.h>
+#include "hosts/console/Program.h"
 
 #include <csignal>
 #include <exception>
@@ -6,12 +6,13 @@
 #include <string_view>
 #include <variant>
 
-#include <hosts/common/HostDescription.h>
-#include <hosts/common/StateStore.h>
-#include <hosts/console/Arguments.h>
-#include <hosts/console/StandardStreams.h>
 #include <orncore/config/InitializerRegistrar.h>
 #include <orncore/debug/Log.h>
+
+#include "hosts/common/HostDescription.h"
+#include "hosts/common/StateStore.h"
+#include "hosts/console/Arguments.h"
+#include "hosts/console/StandardStreams.h"
 
 namespace hosts::console {
 namespace {

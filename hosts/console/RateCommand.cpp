@@ -1,9 +1,3 @@
-#include <hosts/common/StateStore.h>
-#include <hosts/console/Commands.h>
-#include <hosts/console/StandardStreams.h>
-#include <hosts/console/TerminalText.h>
-#include <hosts/console/WhatsNewLoading.h>
-
 #include <algorithm>
 #include <memory>
 #include <string>
@@ -11,6 +5,12 @@
 
 #include <ornwhatsnew/FeatureListItem.h>
 #include <ornwhatsnew/utility/TextHelpers.h>
+
+#include "hosts/common/StateStore.h"
+#include "hosts/console/Commands.h"
+#include "hosts/console/StandardStreams.h"
+#include "hosts/console/TerminalText.h"
+#include "hosts/console/WhatsNewLoading.h"
 
 namespace hosts::console {
 namespace {

@@ -1,4 +1,4 @@
-#include <hosts/console/RatingControls.h>
+#include "hosts/console/RatingControls.h"
 
 #include <algorithm>
 #include <string_view>

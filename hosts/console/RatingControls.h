@@ -6,9 +6,10 @@
 #include <string>
 #include <vector>
 
-#include <hosts/common/StyledSegments.h>
-#include <hosts/console/Commands.h>
 #include <ornwhatsnew/FeatureListData.h>
+
+#include "hosts/common/StyledSegments.h"
+#include "hosts/console/Commands.h"
 
 namespace hosts::console {
 

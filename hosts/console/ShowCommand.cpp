@@ -1,18 +1,18 @@
-#include <hosts/common/PanelJson.h>
-#include <hosts/common/StateStore.h>
-#include <hosts/common/StyledSegments.h>
-#include <hosts/console/Commands.h>
-#include <hosts/console/JsonOutput.h>
-#include <hosts/console/RatingControls.h>
-#include <hosts/console/StandardStreams.h>
-#include <hosts/console/TerminalPanel.h>
-#include <hosts/console/WhatsNewLoading.h>
-
 #include <memory>
 #include <string>
 #include <vector>
 
 #include <nlohmann/json.hpp>
+
+#include "hosts/common/PanelJson.h"
+#include "hosts/common/StateStore.h"
+#include "hosts/common/StyledSegments.h"
+#include "hosts/console/Commands.h"
+#include "hosts/console/JsonOutput.h"
+#include "hosts/console/RatingControls.h"
+#include "hosts/console/StandardStreams.h"
+#include "hosts/console/TerminalPanel.h"
+#include "hosts/console/WhatsNewLoading.h"
 
 namespace hosts::console {
 namespace {

@@ -1,13 +1,14 @@
-#include <hosts/console/StandardStreams.h>
+#include "hosts/console/StandardStreams.h"
 
 #include <cerrno>
 #include <cstdlib>
 #include <string>
 #include <system_error>
 
-#include <hosts/console/TerminalText.h>
 #include <sys/ioctl.h>
 #include <unistd.h>
+
+#include "hosts/console/TerminalText.h"
 
 namespace hosts::console {
 namespace {

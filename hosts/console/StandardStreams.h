@@ -6,8 +6,8 @@
 #include <optional>
 #include <string_view>
 
-#include <hosts/console/Commands.h>
-#include <hosts/console/TerminalPanel.h>
+#include "hosts/console/Commands.h"
+#include "hosts/console/TerminalPanel.h"
 
 namespace hosts::console {
 

@@ -1,17 +1,17 @@
-#include <hosts/common/PanelJson.h>
-#include <hosts/common/StateStore.h>
-#include <hosts/console/Commands.h>
-#include <hosts/console/JsonOutput.h>
-#include <hosts/console/StandardStreams.h>
-#include <hosts/console/TerminalText.h>
-#include <hosts/console/WhatsNewLoading.h>
-
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include <ornwhatsnew/utility/PersistedList.h>
 #include <nlohmann/json.hpp>
+
+#include "hosts/common/PanelJson.h"
+#include "hosts/common/StateStore.h"
+#include "hosts/console/Commands.h"
+#include "hosts/console/JsonOutput.h"
+#include "hosts/console/StandardStreams.h"
+#include "hosts/console/TerminalText.h"
+#include "hosts/console/WhatsNewLoading.h"
 
 namespace hosts::console {
 namespace {

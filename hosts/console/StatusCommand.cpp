@@ -1,13 +1,13 @@
-#include <hosts/common/StateStore.h>
-#include <hosts/console/Commands.h>
-#include <hosts/console/JsonOutput.h>
-#include <hosts/console/StandardStreams.h>
-#include <hosts/console/WhatsNewLoading.h>
-
 #include <memory>
 #include <string>
 
 #include <nlohmann/json.hpp>
+
+#include "hosts/common/StateStore.h"
+#include "hosts/console/Commands.h"
+#include "hosts/console/JsonOutput.h"
+#include "hosts/console/StandardStreams.h"
+#include "hosts/console/WhatsNewLoading.h"
 
 namespace hosts::console {
 namespace {

@@ -1,15 +1,16 @@
-#include <hosts/console/TerminalPanel.h>
+#include "hosts/console/TerminalPanel.h"
 
 #include <algorithm>
 #include <string_view>
 #include <utility>
 #include <vector>
 
-#include <hosts/console/DisplayWidth.h>
-#include <hosts/console/ParagraphWrapper.h>
-#include <hosts/console/TerminalStyle.h>
-#include <hosts/console/TerminalText.h>
 #include <orncore/string/Conversion.h>
+
+#include "hosts/console/DisplayWidth.h"
+#include "hosts/console/ParagraphWrapper.h"
+#include "hosts/console/TerminalStyle.h"
+#include "hosts/console/TerminalText.h"
 
 namespace hosts::console {
 namespace {

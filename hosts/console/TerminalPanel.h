@@ -6,7 +6,7 @@
 #include <span>
 #include <string>
 
-#include <hosts/common/StyledSegments.h>
+#include "hosts/common/StyledSegments.h"
 
 namespace hosts::console {
 

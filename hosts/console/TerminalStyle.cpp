@@ -1,4 +1,4 @@
-#include <hosts/console/TerminalStyle.h>
+#include "hosts/console/TerminalStyle.h"
 
 #include <algorithm>
 #include <array>

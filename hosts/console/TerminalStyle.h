@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-#include <hosts/common/StyledSegments.h>
+#include "hosts/common/StyledSegments.h"
 
 namespace hosts::console {
 

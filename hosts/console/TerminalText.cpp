@@ -1,11 +1,12 @@
-#include <hosts/console/TerminalText.h>
+#include "hosts/console/TerminalText.h"
 
 #include <algorithm>
 #include <cstdint>
 
-#include <hosts/console/CodePoints.h>
 #include <orncore/string/Conversion.h>
 #include <unicode/uchar.h>
+
+#include "hosts/console/CodePoints.h"
 
 namespace hosts::console {
 namespace {

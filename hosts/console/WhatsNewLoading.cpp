@@ -1,18 +1,19 @@
-#include <hosts/console/WhatsNewLoading.h>
+#include "hosts/console/WhatsNewLoading.h"
 
 #include <string>
 #include <system_error>
 #include <utility>
 
-#include <hosts/common/HostDescription.h>
-#include <hosts/common/StateStore.h>
-#include <hosts/common/TextFile.h>
-#include <hosts/console/ToolError.h>
 #include <orncore/config/TopLevel.h>
 #include <orncore/filesupport/RegularFile.h>
 #include <orncore/string/Conversion.h>
 #include <ornui/utility/ResourceManager.h>
 #include <ornwhatsnew/WhatsNew.h>
+
+#include "hosts/common/HostDescription.h"
+#include "hosts/common/StateStore.h"
+#include "hosts/common/TextFile.h"
+#include "hosts/console/ToolError.h"
 
 namespace hosts::console {
 namespace {

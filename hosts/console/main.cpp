@@ -1,4 +1,4 @@
-#include <hosts/console/Program.h>
+#include "hosts/console/Program.h"
 
 int main(int argc, char** argv) {
   return hosts::console::RunProgram(argc, argv);

@@ -1,6 +1,6 @@
-#include "tests/conformance/Base64.h"
-
 #include <gtest/gtest.h>
+
+#include "tests/conformance/Base64.h"
 
 namespace conformance {
 namespace {

@@ -1,9 +1,9 @@
-#include "tests/conformance/ResultComparison.h"
-
 #include <string>
 
 #include <gmock/gmock.h>
 #include <nlohmann/json.hpp>
+
+#include "tests/conformance/ResultComparison.h"
 
 namespace conformance {
 namespace {

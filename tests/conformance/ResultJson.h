@@ -9,11 +9,12 @@
 #include <utility>
 #include <vector>
 
-#include <hosts/common/PanelJson.h>
 #include <nlohmann/json_fwd.hpp>
 
 #include <ornwhatsnew/FeatureListData.h>
 #include <ornwhatsnew/utility/SharedTypes.h>
+
+#include "hosts/common/PanelJson.h"
 
 namespace conformance {
 

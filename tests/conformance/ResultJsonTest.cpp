@@ -1,10 +1,9 @@
-#include "tests/conformance/ResultJson.h"
-
 #include <memory>
 
 #include <gmock/gmock.h>
 #include <nlohmann/json.hpp>
 
+#include "tests/conformance/ResultJson.h"
 #include "tests/support/Builders.h"
 #include "tests/support/FakeHost.h"
 

@@ -1,11 +1,10 @@
-#include "tests/conformance/RunnerProgram.h"
-
 #include <sstream>
 #include <string>
 
 #include <gmock/gmock.h>
 #include <nlohmann/json.hpp>
 
+#include "tests/conformance/RunnerProgram.h"
 #include "tests/support/FakeHost.h"
 #include "tests/support/TemporaryFolder.h"
 
@@ -50,7 +49,7 @@ class RunnerProgramTest : public test_support::FakeHostTest {
     return folder_.Write(name, text).string();
   }
 
-  tests::support::TemporaryFolder folder_;
+  test_support::TemporaryFolder folder_;
   std::istringstream in_;
   std::ostringstream out_;
   std::ostringstream err_;

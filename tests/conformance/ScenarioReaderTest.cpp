@@ -1,11 +1,10 @@
-#include "tests/conformance/ScenarioReader.h"
-
 #include <string>
 #include <variant>
 
 #include <gmock/gmock.h>
 
 #include "tests/conformance/CallFunctions.h"
+#include "tests/conformance/ScenarioReader.h"
 
 namespace conformance {
 namespace {

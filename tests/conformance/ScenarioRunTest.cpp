@@ -1,11 +1,10 @@
-#include "tests/conformance/ScenarioRun.h"
-
 #include <string>
 
 #include <gmock/gmock.h>
 #include <nlohmann/json.hpp>
 
 #include "tests/conformance/ScenarioReader.h"
+#include "tests/conformance/ScenarioRun.h"
 #include "tests/support/FakeHost.h"
 
 namespace conformance {

@@ -7,9 +7,9 @@
 
 #include <gtest/gtest.h>
 
-#include <hosts/common/HostDescription.h>
+#include "hosts/common/HostDescription.h"
 
-namespace tests::examples {
+namespace examples {
 namespace {
 
 using hosts::common::HostDescription;
@@ -64,4 +64,4 @@ TEST(ExampleHosts, SpeakASecondLanguage) {
 }
 
 }  // namespace
-}  // namespace tests::examples
+}  // namespace examples

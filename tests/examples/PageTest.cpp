@@ -15,7 +15,7 @@
 #include "tests/examples/WalkThrough.h"
 #include "tests/support/TemporaryFolder.h"
 
-namespace tests::examples {
+namespace examples {
 namespace {
 
 using ::testing::HasSubstr;
@@ -57,7 +57,7 @@ class ExamplePage : public ::testing::Test {
   void TearDown() override { std::filesystem::current_path(startFolder_); }
 
  private:
-  const tests::support::TemporaryFolder stateHome_;
+  const test_support::TemporaryFolder stateHome_;
   const std::filesystem::path startFolder_ = std::filesystem::current_path();
 };
 
@@ -111,4 +111,4 @@ TEST(WalkThrough, TakesThreeDotsForAnyCharacters) {
 }
 
 }  // namespace
-}  // namespace tests::examples
+}  // namespace examples

@@ -4,7 +4,7 @@
 #include <cstddef>
 #include <span>
 
-namespace tests::examples {
+namespace examples {
 namespace {
 
 constexpr std::string_view kDots = "...";
@@ -79,4 +79,4 @@ bool IsShown(const Lines& shown, const Lines& output) {
   }
 }
 
-}  // namespace tests::examples
+}  // namespace examples

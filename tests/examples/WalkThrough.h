@@ -6,7 +6,7 @@
 #include <string_view>
 #include <vector>
 
-namespace tests::examples {
+namespace examples {
 
 using Lines = std::vector<std::string>;
 
@@ -26,6 +26,6 @@ std::vector<ShownCommand> ReadShownCommands(std::string_view page);
 /// "..." within a line for any characters.
 bool IsShown(const Lines& shown, const Lines& output);
 
-}  // namespace tests::examples
+}  // namespace examples
 
 #endif  // TESTS_EXAMPLES_WALKTHROUGH_H_

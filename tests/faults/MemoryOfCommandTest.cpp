@@ -136,7 +136,7 @@ class MemoryOfCommandTest : public FaultTest {
     return settled;
   }
 
-  tests::support::TemporaryFolder folder_;
+  test_support::TemporaryFolder folder_;
   std::string file_;
   std::u16string line_;
   int loggedLines_ = 0;

@@ -150,7 +150,7 @@ TEST_F(MemoryTest, GetWhatsNew) {
 }
 
 TEST_F(MemoryTest, GetWhatsNewFromAFolder) {
-  const tests::support::TemporaryFolder folder;
+  const test_support::TemporaryFolder folder;
   folder.Write("a data file whose name is long.csv", LoadedData());
   const ornui::utility::FolderResourceManager resources(folder.Path());
   const UTF16String path = u"a data file whose name is long.csv";

@@ -1,9 +1,8 @@
-#include "ornwhatsnew/src/FieldCleaner.h"
-
 #include <string>
 
 #include <gtest/gtest.h>
 
+#include "ornwhatsnew/src/FieldCleaner.h"
 #include "tests/support/PlainText.h"
 #include "tests/support/RandomSource.h"
 

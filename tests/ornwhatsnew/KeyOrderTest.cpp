@@ -1,11 +1,10 @@
-#include "ornwhatsnew/src/KeyOrder.h"
-
 #include <algorithm>
 #include <string>
 #include <vector>
 
 #include <gtest/gtest.h>
 
+#include "ornwhatsnew/src/KeyOrder.h"
 #include "tests/support/RandomSource.h"
 
 namespace ornwhatsnew {

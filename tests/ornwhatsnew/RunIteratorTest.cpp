@@ -1,11 +1,10 @@
-#include "ornwhatsnew/src/RunIterator.h"
-
 #include <string>
 #include <vector>
 
 #include <gtest/gtest.h>
 #include <boost/tokenizer.hpp>
 
+#include "ornwhatsnew/src/RunIterator.h"
 #include "tests/support/RandomSource.h"
 
 namespace ornwhatsnew {

@@ -1,5 +1,3 @@
-#include "ornwhatsnew/src/StyledTextWriter.h"
-
 #include <limits>
 #include <string>
 
@@ -7,6 +5,7 @@
 
 #include <ornwhatsnew/FeatureListData.h>
 
+#include "ornwhatsnew/src/StyledTextWriter.h"
 #include "tests/support/FakeHost.h"
 #include "tests/support/PlainText.h"
 #include "tests/support/RandomSource.h"

@@ -1,11 +1,10 @@
-#include "ornwhatsnew/src/TextTemplate.h"
-
 #include <string>
 
 #include <gtest/gtest.h>
 
 #include <orncore/string/Replace.h>
 
+#include "ornwhatsnew/src/TextTemplate.h"
 #include "tests/support/RandomSource.h"
 
 namespace ornwhatsnew {

@@ -27,7 +27,7 @@ using orncore::debug::MemoryDebugStore;
 using orncore::string::UTF16to8;
 using orncore::string::UTF8to16;
 using test_support::DataFile;
-using tests::support::TemporaryFolder;
+using test_support::TemporaryFolder;
 
 class ValidateCommand : public test_support::FakeHostTest {
  protected:

@@ -1,10 +1,10 @@
-#include "tests/support/Allocations.h"
-
 #include <atomic>
 #include <new>
 #include <thread>
 
 #include <gtest/gtest.h>
+
+#include "tests/support/Allocations.h"
 
 namespace test_support {
 namespace {

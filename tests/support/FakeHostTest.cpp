@@ -1,11 +1,10 @@
-#include "tests/support/FakeHost.h"
-
 #include <gmock/gmock.h>
 
 #include <ornappsupport/feature/FeatureService.h>
 #include <orncore/config/ClientInfo.h>
 #include <ornwhatsnew/WhatsNewTypes.h>
 
+#include "tests/support/FakeHost.h"
 #include "tests/support/Matchers.h"
 
 namespace test_support {

@@ -11,7 +11,7 @@
 #include <string_view>
 #include <system_error>
 
-namespace tests::support {
+namespace test_support {
 
 /// Makes a folder of its own under the system's temporary one.
 class TemporaryFolder {
@@ -47,6 +47,6 @@ class TemporaryFolder {
   std::filesystem::path path_;
 };
 
-}  // namespace tests::support
+}  // namespace test_support
 
 #endif  // TESTS_SUPPORT_TEMPORARYFOLDER_H_

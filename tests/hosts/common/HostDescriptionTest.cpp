@@ -1,5 +1,3 @@
-#include "hosts/common/HostDescription.h"
-
 #include <filesystem>
 #include <string>
 #include <vector>
@@ -13,6 +11,7 @@
 #include <orncore/config/Localizer.h>
 #include <orncore/debug/DebugDatabase.h>
 
+#include "hosts/common/HostDescription.h"
 #include "hosts/common/JsonReader.h"
 #include "tests/support/FakeHost.h"
 #include "tests/support/Matchers.h"
@@ -145,7 +144,7 @@ TEST(HostDescription, MayNameItsSchemaWhichIsNotFollowed) {
 }
 
 TEST(HostDescription, ReadsAFile) {
-  const tests::support::TemporaryFolder folder;
+  const test_support::TemporaryFolder folder;
   EXPECT_EQ(ReadHostDescription(folder.Write("host 1.json", R"({"platform":"Win"})")).platform,
             "Win");
   const std::filesystem::path bad = folder.Write("bad.json", R"({"platform":1})");
@@ -158,7 +157,7 @@ TEST(HostDescription, ReadsAFile) {
 }
 
 TEST(HostDescription, NamesAFileThatCannotBeRead) {
-  const tests::support::TemporaryFolder folder;
+  const test_support::TemporaryFolder folder;
   const std::filesystem::path files[] = {folder.Path() / "none.json", folder.Path()};
   for (const std::filesystem::path& file : files) {
     try {

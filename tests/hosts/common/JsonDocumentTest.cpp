@@ -1,11 +1,11 @@
-#include "hosts/common/JsonDocument.h"
-
 #include <string>
 
 #include <gmock/gmock.h>
 #include <nlohmann/json.hpp>
 
 #include <orncore/string/Conversion.h>
+
+#include "hosts/common/JsonDocument.h"
 
 namespace hosts::common {
 namespace {

@@ -1,11 +1,11 @@
-#include "hosts/common/JsonReader.h"
-
 #include <functional>
 #include <limits>
 #include <string>
 
 #include <gmock/gmock.h>
 #include <nlohmann/json.hpp>
+
+#include "hosts/common/JsonReader.h"
 
 namespace hosts::common {
 namespace {

@@ -1,10 +1,10 @@
-#include <hosts/common/PanelJson.h>
-
 #include <memory>
 
 #include <gtest/gtest.h>
 #include <ornwhatsnew/FeatureListItem.h>
 #include <nlohmann/json.hpp>
+
+#include "hosts/common/PanelJson.h"
 
 namespace hosts::common {
 namespace {

@@ -1,8 +1,8 @@
-#include <hosts/common/PersistedListMerge.h>
-
 #include <string>
 
 #include <gtest/gtest.h>
+
+#include "hosts/common/PersistedListMerge.h"
 
 namespace hosts::common {
 namespace {

@@ -1,7 +1,5 @@
 // Files that are no store of ours, stores that cannot be read or written, and stores that another
 // program holds: each is refused with a message that says what to do, and nothing is lost.
-#include <hosts/common/StateStore.h>
-
 #include <chrono>
 #include <csignal>
 #include <filesystem>
@@ -12,12 +10,13 @@
 #include <SQLiteCpp/Database.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <hosts/common/StateDatabase.h>
-#include <hosts/common/TextFile.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include "hosts/common/StateDatabase.h"
+#include "hosts/common/StateStore.h"
+#include "hosts/common/TextFile.h"
 #include "tests/support/ChildProcess.h"
 #include "tests/support/TemporaryFolder.h"
 
@@ -74,7 +73,7 @@ class StateStoreFaultTest : public testing::Test {
     EXPECT_TRUE(before == Content(folder_.Path())) << "a file was changed";
   }
 
-  tests::support::TemporaryFolder folder_;
+  test_support::TemporaryFolder folder_;
 };
 
 TEST_F(StateStoreFaultTest, RefusesTextAndGarbage) {
@@ -93,7 +92,7 @@ TEST_F(StateStoreFaultTest, RefusesADatabaseOfAnotherProgram) {
 
 TEST_F(StateStoreFaultTest, RefusesADatabaseOfAnotherProgramWithoutTouchingItsLog) {
   // A crashed program leaves its write-ahead log; whoever opens the database next folds it in.
-  tests::support::TemporaryFolder live;
+  test_support::TemporaryFolder live;
   SQLite::Database other((live.Path() / "state.db").c_str(),
                          SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE);
   other.exec("PRAGMA journal_mode = WAL");
@@ -104,7 +103,7 @@ TEST_F(StateStoreFaultTest, RefusesADatabaseOfAnotherProgramWithoutTouchingItsLo
 }
 
 TEST_F(StateStoreFaultTest, RefusesADatabaseOfAnotherProgramWithoutTouchingItsJournal) {
-  tests::support::TemporaryFolder live;
+  test_support::TemporaryFolder live;
   const std::string file = live.Path() / "state.db";
   SQLite::Database other(file.c_str(), SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE);
   other.exec("CREATE TABLE t (x); INSERT INTO t VALUES (1); PRAGMA cache_size = 1; BEGIN");

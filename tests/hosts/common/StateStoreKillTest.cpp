@@ -2,8 +2,6 @@
 // whole display passes only, and lack none that a program was told is kept.
 //
 // ORNWHATSNEW_TEST_KILLS sets the number of kills.
-#include <hosts/common/StateStore.h>
-
 #include <algorithm>
 #include <array>
 #include <chrono>
@@ -23,6 +21,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include "hosts/common/StateStore.h"
 #include "tests/support/ChildProcess.h"
 #include "tests/support/TemporaryFolder.h"
 
@@ -105,7 +104,7 @@ std::chrono::microseconds TimeToKill(std::mt19937& random) {
 }
 
 TEST(StateStoreKill, EveryKillLeavesAStateThatAWholePassProduced) {
-  const tests::support::TemporaryFolder folder;
+  const test_support::TemporaryFolder folder;
   std::mt19937 random(kSeed);
   SCOPED_TRACE(testing::Message() << "seed " << kSeed);
   std::array<int, kWriters> kept{};
@@ -148,7 +147,7 @@ TEST(StateStoreKill, EveryKillLeavesAStateThatAWholePassProduced) {
 
 TEST(StateStoreKill, TwoWritersAtOnceLoseNothing) {
   constexpr int kPasses = 50;
-  const tests::support::TemporaryFolder folder;
+  const test_support::TemporaryFolder folder;
   const std::filesystem::path file = folder.Path() / "state.db";
   std::vector<pid_t> processes;
   for (int writer = 0; writer < kWriters; ++writer) {

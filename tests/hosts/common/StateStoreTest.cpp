@@ -1,5 +1,3 @@
-#include <hosts/common/StateStore.h>
-
 #include <chrono>
 #include <cstdlib>
 #include <filesystem>
@@ -9,6 +7,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "hosts/common/StateStore.h"
 #include "tests/support/TemporaryFolder.h"
 
 namespace hosts::common {
@@ -32,7 +31,7 @@ class StateStoreTest : public testing::Test {
     store.Commit();
   }
 
-  tests::support::TemporaryFolder folder_;
+  test_support::TemporaryFolder folder_;
 };
 
 TEST_F(StateStoreTest, HoldsNothingAtFirstAndMakesNoFile) {

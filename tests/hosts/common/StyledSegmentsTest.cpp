@@ -1,5 +1,3 @@
-#include <hosts/common/StyledSegments.h>
-
 #include <climits>
 #include <cstdint>
 #include <random>
@@ -9,6 +7,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <orncore/string/Conversion.h>
+
+#include "hosts/common/StyledSegments.h"
 
 namespace hosts::common {
 namespace {

@@ -1,5 +1,3 @@
-#include "hosts/common/TextFile.h"
-
 #include <cerrno>
 #include <string>
 
@@ -7,13 +5,14 @@
 
 #include <orncore/config/TopLevel.h>
 
+#include "hosts/common/TextFile.h"
 #include "tests/support/TemporaryFolder.h"
 
 namespace hosts::common {
 namespace {
 
 TEST(TextFile, GivesTheBytesAsTheyAre) {
-  const tests::support::TemporaryFolder folder;
+  const test_support::TemporaryFolder folder;
   const std::string bytes("\xEF\xBB\xBF\0\r\n\xFF", 7);
   EXPECT_EQ(ReadTextFile(folder.Write("text file.bin", bytes)), bytes);
   EXPECT_EQ(ReadTextFile(folder.Write("empty", "")), "");
@@ -26,7 +25,7 @@ TEST(TextFile, NamesTheFileThatItCannotRead) {
   } catch (const orncore::config::ResultError& error) {
     EXPECT_THAT(error.what(), testing::HasSubstr("no/such file.json"));
   }
-  const tests::support::TemporaryFolder folder;
+  const test_support::TemporaryFolder folder;
   EXPECT_THROW(ReadTextFile(folder.Path()), orncore::config::ResultError);
 }
 

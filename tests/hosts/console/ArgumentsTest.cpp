@@ -1,5 +1,3 @@
-#include <hosts/console/Arguments.h>
-
 #include <initializer_list>
 #include <string>
 #include <variant>
@@ -7,6 +5,8 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+
+#include "hosts/console/Arguments.h"
 
 namespace hosts::console {
 namespace {

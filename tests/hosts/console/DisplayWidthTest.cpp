@@ -1,8 +1,8 @@
-#include <hosts/console/DisplayWidth.h>
-
 #include <string>
 
 #include <gtest/gtest.h>
+
+#include "hosts/console/DisplayWidth.h"
 
 namespace hosts::console {
 namespace {

@@ -1,5 +1,3 @@
-#include <hosts/console/ParagraphWrapper.h>
-
 #include <algorithm>
 #include <random>
 #include <string>
@@ -8,8 +6,10 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <hosts/console/DisplayWidth.h>
 #include <orncore/string/Conversion.h>
+
+#include "hosts/console/DisplayWidth.h"
+#include "hosts/console/ParagraphWrapper.h"
 
 namespace hosts::console {
 namespace {

@@ -7,12 +7,12 @@
 #include <SQLiteCpp/Database.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <hosts/common/StateStore.h>
-#include <hosts/common/TextFile.h>
 #include <signal.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
 
+#include "hosts/common/StateStore.h"
+#include "hosts/common/TextFile.h"
 #include "tests/hosts/console/ProgramFixture.h"
 
 namespace hosts::console {

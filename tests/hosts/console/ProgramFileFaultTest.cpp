@@ -11,12 +11,12 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <hosts/common/TextFile.h>
 #include <sys/socket.h>
 #include <sys/stat.h>
 #include <sys/un.h>
 #include <unistd.h>
 
+#include "hosts/common/TextFile.h"
 #include "tests/hosts/console/ProgramFixture.h"
 
 namespace hosts::console {

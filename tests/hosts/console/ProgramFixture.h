@@ -36,7 +36,7 @@ class ProgramTest : public testing::Test {
   /// Writes the data file; `rows` stand behind the header.
   void WriteData(std::string_view rows) const;
 
-  tests::support::TemporaryFolder folder_;
+  test_support::TemporaryFolder folder_;
 };
 
 /// The program's file.

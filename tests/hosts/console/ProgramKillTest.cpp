@@ -16,9 +16,9 @@
 #include <vector>
 
 #include <gtest/gtest.h>
-#include <hosts/common/StateStore.h>
 #include <ornwhatsnew/utility/PersistedList.h>
 
+#include "hosts/common/StateStore.h"
 #include "tests/hosts/console/ProgramFixture.h"
 
 namespace hosts::console {

@@ -6,9 +6,9 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <hosts/console/DisplayWidth.h>
 #include <orncore/string/Conversion.h>
 
+#include "hosts/console/DisplayWidth.h"
 #include "tests/hosts/console/ProgramFixture.h"
 
 namespace hosts::console {

@@ -1,5 +1,3 @@
-#include <hosts/console/RatingControls.h>
-
 #include <array>
 #include <memory>
 #include <string>
@@ -8,8 +6,9 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <hosts/console/Arguments.h>
 
+#include "hosts/console/Arguments.h"
+#include "hosts/console/RatingControls.h"
 #include "tests/support/Builders.h"
 #include "tests/support/FakeHost.h"
 

@@ -1,5 +1,3 @@
-#include <hosts/console/TerminalPanel.h>
-
 #include <algorithm>
 #include <random>
 #include <sstream>
@@ -9,8 +7,10 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <hosts/console/DisplayWidth.h>
 #include <orncore/string/Conversion.h>
+
+#include "hosts/console/DisplayWidth.h"
+#include "hosts/console/TerminalPanel.h"
 
 namespace hosts::console {
 namespace {

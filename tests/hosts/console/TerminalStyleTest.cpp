@@ -1,10 +1,10 @@
-#include <hosts/console/TerminalStyle.h>
-
 #include <initializer_list>
 #include <set>
 #include <string>
 
 #include <gtest/gtest.h>
+
+#include "hosts/console/TerminalStyle.h"
 
 namespace hosts::console {
 namespace {

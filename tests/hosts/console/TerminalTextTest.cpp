@@ -1,9 +1,9 @@
-#include <hosts/console/TerminalText.h>
-
 #include <string>
 #include <string_view>
 
 #include <gtest/gtest.h>
+
+#include "hosts/console/TerminalText.h"
 
 namespace hosts::console {
 namespace {

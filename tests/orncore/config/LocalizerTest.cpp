@@ -6,7 +6,7 @@
 
 #include <gtest/gtest.h>
 
-#include <tests/support/Allocations.h>
+#include "tests/support/Allocations.h"
 
 namespace orncore::config {
 namespace {

@@ -18,7 +18,8 @@
 #include <orncore/config/TopLevel.h>
 #include <orncore/debug/Log.h>
 #include <orncore/string/Conversion.h>
-#include <tests/orncore/filesupport/FileFixture.h>
+
+#include "tests/orncore/filesupport/FileFixture.h"
 
 namespace orncore::filesupport {
 namespace {

@@ -16,7 +16,8 @@
 #include <gtest/gtest.h>
 
 #include <orncore/filesupport/RecycledMemory.h>
-#include <tests/support/TemporaryFolder.h>
+
+#include "tests/support/TemporaryFolder.h"
 
 namespace orncore::filesupport {
 
@@ -47,7 +48,7 @@ class FileFixture : public testing::Test {
     return path;
   }
 
-  tests::support::TemporaryFolder folder_;
+  test_support::TemporaryFolder folder_;
 
  private:
   static void Require(bool succeeded) {

@@ -5,7 +5,8 @@
 #include <gtest/gtest.h>
 
 #include <orncore/string/Conversion.h>
-#include <tests/support/TemporaryFolder.h>
+
+#include "tests/support/TemporaryFolder.h"
 
 namespace orncore::filesupport {
 namespace {
@@ -44,7 +45,7 @@ TEST(File, TakesRelativePathsFromTheCurrentDirectory) {
 TEST(File, StandsARemovedCurrentDirectory) {
   const std::filesystem::path before = std::filesystem::current_path();
   {
-    const tests::support::TemporaryFolder folder;
+    const test_support::TemporaryFolder folder;
     std::filesystem::current_path(folder.Path());
   }
   EXPECT_EQ(File(u"a/../b").FullPath(), u"b");

@@ -7,7 +7,8 @@
 #include <gtest/gtest.h>
 
 #include <orncore/config/TopLevel.h>
-#include <tests/orncore/filesupport/FileFixture.h>
+
+#include "tests/orncore/filesupport/FileFixture.h"
 
 namespace orncore::filesupport {
 namespace {

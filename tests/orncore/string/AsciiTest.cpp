@@ -1,5 +1,3 @@
-#include "orncore/src/string/Ascii.h"
-
 #include <algorithm>
 #include <cstdint>
 #include <memory>
@@ -9,6 +7,8 @@
 #include <vector>
 
 #include <gtest/gtest.h>
+
+#include "orncore/src/string/Ascii.h"
 
 namespace orncore::string::ascii {
 namespace {

@@ -10,7 +10,8 @@
 #include <gtest/gtest.h>
 
 #include <orncore/string/Conversion.h>
-#include <tests/support/TemporaryFolder.h>
+
+#include "tests/support/TemporaryFolder.h"
 
 namespace ornui::utility {
 namespace {
@@ -42,7 +43,7 @@ class FolderResourceManagerTest : public testing::Test {
     return orncore::string::UTF8to16((outer_.Path() / name).native());
   }
 
-  tests::support::TemporaryFolder outer_;
+  test_support::TemporaryFolder outer_;
   fs::path folder_ = outer_.Path() / "resources";
   FolderResourceManager manager_{folder_};
 };
