@@ -11,6 +11,7 @@
 
 #include "ornwhatsnew/src/Keywords.h"
 #include "ornwhatsnew/src/Localization.h"
+#include "ornwhatsnew/src/ReadAhead.h"
 
 namespace ornwhatsnew {
 namespace {
@@ -88,9 +89,12 @@ void PanelFormatter::WriteFeature(const FeatureListItem& item, const ItemFinding
   if (!options_.Has(kRatingView)) WriteDescription(item);
 
   RatingSummary rating;
-  for (const ItemFindings::ShownChange& shown : findings.shownChanges) {
-    WriteChangeLine(*shown.change, item, isSection);
-    rating.Note(*shown.change);
+  const std::vector<ItemFindings::ShownChange>& changes = findings.shownChanges;
+  for (std::size_t i = 0; i < changes.size(); ++i) {
+    ReadAhead(
+        i, changes.size(), [&](std::size_t at) -> const auto& { return *changes[at].change; });
+    WriteChangeLine(*changes[i].change, item, isSection);
+    rating.Note(*changes[i].change);
   }
   WriteRating(item, rating);
 }

@@ -1,6 +1,7 @@
 #include "ornwhatsnew/src/VisibilityRules.h"
 
 #include <algorithm>
+#include <cstddef>
 
 #include <ornappsupport/feature/FeatureService.h>
 #include <orncore/appstatemanager/AppStateManager.h>
@@ -9,6 +10,7 @@
 #include <ornwhatsnew/utility/TextHelpers.h>
 
 #include "ornwhatsnew/src/Keywords.h"
+#include "ornwhatsnew/src/ReadAhead.h"
 
 namespace ornwhatsnew {
 namespace {
@@ -65,10 +67,14 @@ class ChangeWalk {
 
   /// False when a change hides the item.
   bool Run() {
-    for (const auto& change : item_.GetAllChanges()) {
-      if (!special_ && change->DetailForcingItemToHiddenOverride()) return false;
-      if (change->DetailForcingItemToNormalVisibility()) hiddenByVisibility_ = false;
-      Visit(*change);
+    const FeatureListItem::Changes& changes = item_.GetAllChanges();
+    for (std::size_t i = 0; i < changes.size(); ++i) {
+      ReadAhead(
+          i, changes.size(), [&](std::size_t at) -> const auto& { return *changes[at]; });
+      const FeatureListDetail& change = *changes[i];
+      if (!special_ && change.DetailForcingItemToHiddenOverride()) return false;
+      if (change.DetailForcingItemToNormalVisibility()) hiddenByVisibility_ = false;
+      Visit(change);
     }
     if (findings_ != nullptr) findings_->itemSeen = seenIdentity_->Result();
     return !hiddenByVisibility_;

@@ -97,5 +97,48 @@ TEST_F(ListAllocation, AskingWhetherAnythingNeedsRatingNeedsNone) {
   EXPECT_FALSE(needed);
 }
 
+// Counts at two sizes, so that what grows faster than the file shows whatever the first is.
+class LargeListAllocation : public ListAllocation {
+ protected:
+  static constexpr int kFewRows = 1'000;
+  static constexpr int kManyRows = 10'000;
+
+  static std::string FileOf(int rows) {
+    DataFile file;
+    for (int i = 0; i < rows; ++i) file.Row(LongRow("EPIC-" + std::to_string(1 + i % 3)));
+    return file.Text();
+  }
+
+  std::size_t CountLoad(int rows) {
+    const std::string text = FileOf(rows);
+    return CountAllocations([&] { list_->InitWithData(text); });
+  }
+
+  std::size_t CountDisplay(int rows) {
+    list_->InitWithData(FileOf(rows));
+    StyleRunMap runs;
+    UTF16String text;
+    const std::size_t count =
+        CountAllocations([&] { text = list_->GetFormattedTextForDisplay({}, {}, runs, nullptr); });
+    EXPECT_EQ(runs[kStyleInternalCode].size(), static_cast<std::size_t>(rows));
+    return count;
+  }
+};
+
+TEST_F(LargeListAllocation, LoadingNeedsOneForEachChangeAndForEachLongTextOfIt) {
+  constexpr std::size_t kForEachChange = 4;  // itself, description, commit, URL
+  const std::size_t few = CountLoad(kFewRows);
+  const std::size_t many = CountLoad(kManyRows);
+  EXPECT_LE(few, kForEachChange * kFewRows + 300);
+  EXPECT_LE(many - few, kForEachChange * (kManyRows - kFewRows) + 50);
+}
+
+TEST_F(LargeListAllocation, DisplayingNeedsNoMoreForMoreChanges) {
+  const std::size_t few = CountDisplay(kFewRows);
+  const std::size_t many = CountDisplay(kManyRows);
+  EXPECT_LE(few, 300U);
+  EXPECT_LE(many, few + 50);  // vectors that grow by doubling
+}
+
 }  // namespace
 }  // namespace ornwhatsnew
