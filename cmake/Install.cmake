@@ -4,8 +4,10 @@ include(CMakePackageConfigHelpers)
 
 set(ORN_CMAKE_DIR ${CMAKE_INSTALL_LIBDIR}/cmake/ornwhatsnew)
 
-install(EXPORT ornwhatsnewPlatformTargets NAMESPACE ornwhatsnew:: DESTINATION ${ORN_CMAKE_DIR})
-install(EXPORT ornwhatsnewLibraryTargets NAMESPACE ornwhatsnew:: DESTINATION ${ORN_CMAKE_DIR})
+foreach(part Platform Library)
+  install(EXPORT ornwhatsnew${part}Targets NAMESPACE ornwhatsnew:: DESTINATION ${ORN_CMAKE_DIR}
+          COMPONENT development)
+endforeach()
 
 configure_package_config_file(${CMAKE_CURRENT_LIST_DIR}/ornwhatsnewConfig.cmake.in
   ${PROJECT_BINARY_DIR}/package/ornwhatsnewConfig.cmake INSTALL_DESTINATION ${ORN_CMAKE_DIR})
@@ -15,11 +17,11 @@ write_basic_package_version_file(${PROJECT_BINARY_DIR}/package/ornwhatsnewConfig
 install(FILES
   ${PROJECT_BINARY_DIR}/package/ornwhatsnewConfig.cmake
   ${PROJECT_BINARY_DIR}/package/ornwhatsnewConfigVersion.cmake
-  DESTINATION ${ORN_CMAKE_DIR})
+  DESTINATION ${ORN_CMAKE_DIR} COMPONENT development)
 
 # The pkg-config file finds its prefix from where it lies, so that an installed tree can be moved.
 file(RELATIVE_PATH ORN_PC_PREFIX /${CMAKE_INSTALL_LIBDIR}/pkgconfig /)
 configure_file(${CMAKE_CURRENT_LIST_DIR}/ornwhatsnew.pc.in
   ${PROJECT_BINARY_DIR}/package/ornwhatsnew.pc @ONLY)
 install(FILES ${PROJECT_BINARY_DIR}/package/ornwhatsnew.pc
-        DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
+        DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig COMPONENT development)

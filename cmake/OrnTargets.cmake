@@ -38,7 +38,10 @@ function(orn_add_module name)
     if(name STREQUAL PROJECT_NAME)
       set(component Library)
     endif()
-    install(TARGETS ${name} EXPORT ornwhatsnew${component}Targets FILE_SET HEADERS)
+    install(TARGETS ${name} EXPORT ornwhatsnew${component}Targets
+      LIBRARY NAMELINK_COMPONENT development
+      ARCHIVE COMPONENT development
+      FILE_SET HEADERS COMPONENT development)
   endif()
 endfunction()
 

@@ -4,7 +4,8 @@
 # stage does not keep the others from running, which also means that the shell does not stop at a
 # stage's first failing command: commands are chained with &&.
 
-check_stages=(scripts format release headers static sanitize thread valgrind growth fuzz tidy cppcheck)
+check_stages=(scripts format release headers static package sanitize thread valgrind growth fuzz
+  tidy cppcheck)
 
 stage_title() {
   case $1 in
@@ -13,6 +14,7 @@ stage_title() {
     release) echo "g++, shared libraries: build and all tests" ;;
     headers) echo "each public header compiles alone, both compilers" ;;
     static) echo "clang, static libraries: build and all tests" ;;
+    package) echo "Debian packages, on a clean system and off again" ;;
     sanitize) echo "address, undefined: all but the package tests" ;;
     thread) echo "ThreadSanitizer: the asynchronous read" ;;
     valgrind) echo "valgrind: the example's panel" ;;
@@ -94,9 +96,10 @@ build_and_test() {
   configure "$preset" && build "$preset" && run_tests "$preset" "$@"
 }
 
-# What a stage's log says about tests, such as "412 tests".
-tests_in_log() {
-  sed -n 's/^[0-9]*% tests passed, [0-9]* tests* failed out of \([0-9]*\)$/\1 tests/p' "$1" | tail -n 1
+# What a stage's log says about tests, such as "412 tests", or about what could not be tried.
+summary_of_log() {
+  sed -n -e 's/^[0-9]*% tests passed, [0-9]* tests* failed out of \([0-9]*\)$/\1 tests/p' \
+    -e '/^skipped: /p' "$1" | tail -n 1
 }
 
 run_stage() {
@@ -106,7 +109,7 @@ run_stage() {
   # In a shell of its own: what a stage sets or exports ends with it.
   ("stage_$stage") </dev/null >"$log" 2>&1 || status=$?
   if ((status == 0)); then
-    printf 'ok      %5d s  %s\n' $((SECONDS - start)) "$(tests_in_log "$log")"
+    printf 'ok      %5d s  %s\n' $((SECONDS - start)) "$(summary_of_log "$log")"
   else
     printf 'FAILED  %5d s  %s\n' $((SECONDS - start)) "$log"
     show_failure "$log"

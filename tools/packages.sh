@@ -8,15 +8,22 @@ build_packages=(
   libgtest-dev libgmock-dev libmurmurhash-dev python3-jsonschema mandoc
 )
 bench_packages=(libbenchmark-dev valgrind python3)
+# What makes Debian packages of a build.
+package_packages=(dpkg-dev file)
 check_packages=(
   clang libclang-rt-dev clang-format clang-tidy cppcheck shellcheck git gcovr
+  debootstrap
 )
 
 packages_for() {
   case $1 in
     build) printf '%s\n' "${build_packages[@]}" ;;
     bench) printf '%s\n' "${build_packages[@]}" "${bench_packages[@]}" ;;
-    check) printf '%s\n' "${build_packages[@]}" "${bench_packages[@]}" "${check_packages[@]}" ;;
+    package) printf '%s\n' "${build_packages[@]}" "${package_packages[@]}" ;;
+    check)
+      printf '%s\n' "${build_packages[@]}" "${bench_packages[@]}" "${package_packages[@]}" \
+        "${check_packages[@]}"
+      ;;
   esac
 }
 

@@ -1,0 +1,35 @@
+# Debian packages, which `cpack` makes of a build whose prefix is /usr: `./dev package`.
+set(CPACK_GENERATOR DEB)
+set(CPACK_PACKAGE_NAME ornwhatsnew)
+set(CPACK_PACKAGE_CONTACT "The developers of ornwhatsnew <ornwhatsnew@tarsa.example>")
+set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "${PROJECT_DESCRIPTION}")
+set(CPACK_STRIP_FILES ON)
+set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
+set(CPACK_DEBIAN_PACKAGE_RELEASE 1)
+set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
+
+set(CPACK_COMPONENTS_ALL runtime development)
+set(CPACK_DEB_COMPONENT_INSTALL ON)
+
+set(CPACK_DEBIAN_RUNTIME_PACKAGE_NAME ornwhatsnew)
+set(CPACK_DEBIAN_RUNTIME_PACKAGE_SECTION utils)
+set(CPACK_COMPONENT_RUNTIME_DESCRIPTION "What a table of changes tells a user, shown on a terminal
+ The program ornwhatsnew, and the libraries with which it and other
+ applications show what is new.")
+# What the libraries need is read from them; they find each other where they were built.
+set(CPACK_DEBIAN_RUNTIME_PACKAGE_SHLIBDEPS ON)
+set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS ${CMAKE_LIBRARY_OUTPUT_DIRECTORY})
+set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS ON)
+set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS_POLICY "=")
+
+set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_NAME ornwhatsnew-dev)
+set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SECTION libdevel)
+set(CPACK_COMPONENT_DEVELOPMENT_DESCRIPTION "Development files of ornwhatsnew
+ Headers, CMake package and pkg-config file of the libraries in the package
+ ornwhatsnew.")
+set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_DEPENDS "ornwhatsnew (= ${PROJECT_VERSION}-1)")
+if(NOT BUILD_SHARED_LIBS)
+  set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_DEPENDS "libicu-dev, libboost-thread-dev")
+endif()
+
+include(CPack)

@@ -1,0 +1,112 @@
+#!/usr/bin/env bash
+# Installs the Debian packages on a clean system, tries them, and takes them away without a trace.
+# usage: debian.sh PACKAGES CACHE
+# PACKAGES is the folder with the *.deb files, CACHE a folder in which the clean system is kept for
+# the next time. Exit status 77: it cannot be tried on this machine, and standard output says why.
+set -euo pipefail
+
+skip() {
+  printf 'skipped: %s\n' "$*"
+  exit 77
+}
+
+packages=$(realpath "$1")
+mkdir -p "$2"
+cache=$(realpath "$2")
+((EUID == 0)) || skip 'only root can make a clean system to install the packages on'
+command -v debootstrap >/dev/null || skip 'there is no debootstrap'
+# shellcheck source=/dev/null
+. /etc/os-release
+release=${VERSION_CODENAME:-}
+[[ -n $release ]] || skip 'this system does not say which release it is'
+export DEBIAN_FRONTEND=noninteractive LC_ALL=C
+
+# Where this machine gets its own packages from, as lines of a sources.list.
+# shellcheck disable=SC2016  # the names are those of apt-get
+sources() {
+  apt-get indextargets --format 'deb $(REPO_URI) $(RELEASE) $(COMPONENT)' \
+    'Created-By: Packages' 'Origin: Debian'
+}
+
+root=$(mktemp -d -p "$cache" root.XXXXXX)
+# debootstrap mounts /proc there, and leaves it when it is interrupted or somebody looks at it.
+trap 'umount --lazy --quiet "$root/proc" || true; rm -rf --one-file-system "$root"' EXIT
+chmod 755 "$root"
+
+in_root() { chroot "$root" "$@"; }
+
+# A clean system, made anew once a week, since old lists name packages that are gone.
+clean_system() {
+  local archive=$cache/$release.tar mirror
+  if [[ -n $(find "$archive" -mtime -7 2>/dev/null) ]]; then
+    tar --extract --file "$archive" --directory "$root"
+    cp /etc/resolv.conf "$root/etc/resolv.conf"
+    return
+  fi
+  mirror=$(sources | awk -v release="$release" '$3 == release { print $2; exit }')
+  [[ -n $mirror ]] || skip 'apt names no mirror of Debian'
+  debootstrap --variant=minbase "$release" "$root" "$mirror" ||
+    skip "debootstrap cannot make a system here; the lines above say why"
+  sources >"$root/etc/apt/sources.list"
+  apt-config dump Acquire::http Acquire::https >"$root/etc/apt/apt.conf.d/90machine"
+  in_root apt-get -qq update
+  in_root apt-get clean
+  tar --create --one-file-system --file "$archive.new" --directory "$root" .
+  mv "$archive.new" "$archive"
+}
+
+# Every file of the system but the records of the package system itself.
+list_files() {
+  find "$root" -xdev \( -path "$root/proc" -o -path "$root/dev" -o -path "$root/tmp" \
+    -o -path "$root/var/cache" -o -path "$root/var/lib/apt" -o -path "$root/var/lib/dpkg" \
+    -o -path "$root/var/log" \) -prune -o -printf '%y %P\n' | sort
+}
+
+# What a user who is not root types, in the example's folder.
+as_user() {
+  in_root chroot --userspec=nobody:nogroup / env -i HOME=/tmp/home PATH=/usr/bin:/bin \
+    sh -c "cd /usr/share/ornwhatsnew/examples/herbarium && $1"
+}
+
+expect() {
+  grep -qF -e "$2" <<<"$1" || {
+    printf 'expected "%s" in:\n%s\n' "$2" "$1" >&2
+    return 1
+  }
+}
+
+try_program() {
+  install -d -o nobody -g nogroup "$root/tmp/home"
+  local show='ornwhatsnew show whatsnew.csv --host host.json --only-new --platform'
+  expect "$(as_user "$show")" 'Map of finds' &&
+    expect "$(as_user "$show")" 'all caught up' &&
+    expect "$(as_user 'ornwhatsnew console ValidateWhatsNew whatsnew.csv')" 'finished' &&
+    rm -rf "$root/tmp/home"
+}
+
+clean_system
+printf '== installing\n'
+list_files >"$root/tmp/before"
+mkdir "$root/tmp/packages"
+cp "$packages"/*.deb "$root/tmp/packages"
+mapfile -t names < <(for file in "$packages"/*.deb; do dpkg-deb --field "$file" Package; done)
+in_root sh -c 'apt-get -qq install --yes --no-install-recommends /tmp/packages/*.deb'
+list_files >"$root/tmp/installed"
+grep -q ' usr/bin/ornwhatsnew$' "$root/tmp/installed"
+
+printf '== trying\n'
+try_program
+
+printf '== removing %s\n' "${names[*]}"
+in_root apt-get -qq purge --yes --auto-remove "${names[@]}"
+in_root dpkg --audit
+list_files >"$root/tmp/after"
+diff "$root/tmp/before" "$root/tmp/after" || {
+  printf 'the lines above differ from what was there before the packages were installed\n' >&2
+  exit 1
+}
+if compgen -G "$root/var/lib/dpkg/info/ornwhatsnew*" >/dev/null; then
+  printf 'dpkg still knows the packages\n' >&2
+  exit 1
+fi
+printf '== nothing is left behind\n'

@@ -1,0 +1,30 @@
+# shellcheck shell=bash
+# Part of ./dev: Debian packages, and the stage of ./dev check that tries them.
+
+package_folder=build/deb
+
+make_packages() {
+  rm -rf "$package_folder"
+  configure package && build package &&
+    cpack -G DEB --config build/package/CPackConfig.cmake -B "$package_folder" &&
+    rm -rf "$package_folder/_CPack_Packages"
+}
+
+command_package() {
+  no_arguments package "$@"
+  ensure_packages package
+  say "Building the Debian packages (first time: 2 to 4 minutes on two cores)"
+  make_packages >"$(log_file package)" 2>&1 || {
+    tail -n 30 "$(log_file package)" >&2
+    fail "could not build the packages; build/log/package.log tells the rest"
+  }
+  say "Install them with: apt-get install ./$package_folder/*.deb"
+}
+
+# Without root, or where no clean system can be made, only the building is checked.
+stage_package() {
+  make_packages || return
+  local status=0
+  tests/package/debian.sh "$package_folder" build/debian-root || status=$?
+  ((status == 77)) || return "$status"
+}
