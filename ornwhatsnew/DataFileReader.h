@@ -73,7 +73,9 @@ enum class DataRowSkipReason {
 
 /// One row as it was read. All views stay valid until the next row is read.
 struct DataRow {
+  /// What the row counts as.
   DataRowKind kind = DataRowKind::kSkipped;
+  /// Why it is skipped, if it is.
   DataRowSkipReason skipReason = DataRowSkipReason::kNone;
   /// Counts from 1.
   std::size_t lineNumber = 0;

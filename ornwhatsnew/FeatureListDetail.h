@@ -19,30 +19,32 @@ namespace ornwhatsnew {
 /// is ever an error, the `HasMalformed...` checks only report. Copyable; one thread at a time.
 class ORNWHATSNEW_EXPORT FeatureListDetail {
  public:
-  /// Names of the ten texts, for `GetField`.
-  static const std::string kKeyDescription;
-  static const std::string kKeyJIRAEpicID;
-  static const std::string kKeyJIRAStoryBugTaskID;
-  static const std::string kKeyVersionAdded;
-  static const std::string kKeySalienceOptional;
-  static const std::string kKeyRelevantFirstVersionOptional;
-  static const std::string kKeyRelevantPlatformOptional;
-  static const std::string kKeyRequestFeedbackOptional;
-  static const std::string kKeyViewMoreURL;
-  static const std::string kKeySHANum;
+  // Names of the ten texts, for `GetField`; their getters below say what they hold.
+  static const std::string kKeyDescription;                   ///< names `GetDescription`
+  static const std::string kKeyJIRAEpicID;                    ///< names `GetJIRAEpicID`
+  static const std::string kKeyJIRAStoryBugTaskID;            ///< names `GetJIRAStoryBugTaskID`
+  static const std::string kKeyVersionAdded;                  ///< names `GetChangeAddedVersion`
+  static const std::string kKeySalienceOptional;              ///< names `GetSalienceOptional`
+  static const std::string kKeyRelevantFirstVersionOptional;  ///< names that version's text
+  static const std::string kKeyRelevantPlatformOptional;      ///< names that platform's text
+  static const std::string kKeyRequestFeedbackOptional;       ///< names `GetRatingRequestOptional`
+  static const std::string kKeyViewMoreURL;                   ///< names `GetViewMoreURLOptional`
+  static const std::string kKeySHANum;                        ///< names `GetSHAOptional`
 
-  /// Keywords of the salience, rating request and platform columns; letter case does not matter.
-  static const UTF8String kSalienceHeadline;
-  static const UTF8String kSalienceDetail;
-  static const UTF8String kSalienceHideBetaFeature;
+  // Keywords of the salience, rating request and platform columns; letter case does not matter.
+  static const UTF8String kSalienceHeadline;         ///< for the reader of the file only
+  static const UTF8String kSalienceDetail;           ///< for the reader of the file only
+  static const UTF8String kSalienceHideBetaFeature;  ///< hides the feature from everybody
+  /// Shows the feature to internal users only.
   static const UTF8String kSalienceHideBetaFeatureFromExternal;
-  static const UTF8String kSalienceUnhideBetaFeature;
-  static const UTF8String kSalienceUnreviewed;
-  /// The keyword itself reads "RatingHides...", unlike the constant's name.
+  static const UTF8String kSalienceUnhideBetaFeature;  ///< shows a feature that is hidden otherwise
+  static const UTF8String kSalienceUnreviewed;         ///< puts the change into its own section
+  /// Leaves the feature's description away where it is rated. The keyword itself reads
+  /// "RatingHides...", unlike the constant's name.
   static const UTF8String kSalienceRatingHideBetaFeatureDescription;
-  static const UTF8String kRequestRating;
-  static const UTF8String kPlatformWin;
-  static const UTF8String kPlatformMac;
+  static const UTF8String kRequestRating;  ///< asks for a rating without a question of its own
+  static const UTF8String kPlatformWin;    ///< the change concerns this platform only
+  static const UTF8String kPlatformMac;    ///< the change concerns this platform only
 
   /// How many texts a change has.
   static constexpr std::size_t kFieldCount = 10;

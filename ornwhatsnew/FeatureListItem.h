@@ -27,12 +27,12 @@ class ORNWHATSNEW_EXPORT FeatureListItem {
   /// The changes of an item, shared with whoever holds them.
   using Changes = std::vector<std::shared_ptr<FeatureListDetail>>;
 
-  /// Names of the five texts, for `GetField`.
-  static const std::string kKeyFeatureName;
-  static const std::string kKeyFeatureDescription;
-  static const std::string kKeyFeatureViewMoreURL;
-  static const std::string kKeyFeaturePrefsUI;
-  static const std::string kKeyCustomRatingRequestStr;
+  // Names of the five texts, for `GetField`; their getters below say what they hold.
+  static const std::string kKeyFeatureName;             ///< names `GetFeatureName`
+  static const std::string kKeyFeatureDescription;      ///< names `GetFeatureDescription`
+  static const std::string kKeyFeatureViewMoreURL;      ///< names `GetFeatureViewMoreURL`
+  static const std::string kKeyFeaturePrefsUI;          ///< names `GetFeaturePrefsUI`
+  static const std::string kKeyCustomRatingRequestStr;  ///< names `GetCustomRatingStr`
 
   /// An item without changes. `featureJiraIDKey` is the grouping key (an epic ID or a section key),
   /// `betaFeatureInternalKey` the key of the host's feature table, empty for a section; name and

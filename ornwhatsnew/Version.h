@@ -11,9 +11,11 @@
 
 namespace ornwhatsnew {
 
-/// Major, minor and patch number of the headers that the host is compiled against.
+/// Major number of the headers that the host is compiled against.
 inline constexpr int kVersionMajor = 0;
+/// Their minor number.
 inline constexpr int kVersionMinor = 1;
+/// Their patch number.
 inline constexpr int kVersionPatch = 0;
 
 /// The same version as text, `major.minor.patch`, ASCII.

@@ -12,23 +12,26 @@
 
 namespace ornwhatsnew {
 
-/// Grouping keys of the four sections, as a data file writes them.
+/// Grouping key of the section for what belongs to no feature, as a data file writes it.
 extern ORNWHATSNEW_EXPORT const UTF8String kMiscKey;
+/// That of the section for mended faults.
 extern ORNWHATSNEW_EXPORT const UTF8String kBugfixKey;
+/// That of the internal notes.
 extern ORNWHATSNEW_EXPORT const UTF8String kInternalKey;
+/// That of the changes that wait for review.
 extern ORNWHATSNEW_EXPORT const UTF8String kUnreviewedKey;
 
-/// Font sizes, tab width and margin for the host's drawing code, in its own units. The library
-/// itself does not use them.
-inline constexpr float kFontSize_Title = 28.0F;
-inline constexpr float kFontSize_Header = 18.0F;
-inline constexpr float kFontSize_Buttons = 20.0F;
-inline constexpr float kFontSize_Normal = 18.0F;
-inline constexpr float kFontSize_NormalSmall = 16.0F;
-inline constexpr float kFontSize_HotSpot = 16.0F;
-inline constexpr float kFontSize_HotSpotCopy = 16.0F;
-inline constexpr int kTabWidth = 6;
-inline constexpr int kRightMargin = 26;
+// Font sizes, tab width and margin for the host's drawing code, in its own units. The library
+// itself does not use them.
+inline constexpr float kFontSize_Title = 28.0F;        ///< size of a feature's title
+inline constexpr float kFontSize_Header = 18.0F;       ///< size of the header line
+inline constexpr float kFontSize_Buttons = 20.0F;      ///< size of the text on buttons
+inline constexpr float kFontSize_Normal = 18.0F;       ///< size of descriptions and changes
+inline constexpr float kFontSize_NormalSmall = 16.0F;  ///< size of what stands back behind them
+inline constexpr float kFontSize_HotSpot = 16.0F;      ///< size of links that stand alone
+inline constexpr float kFontSize_HotSpotCopy = 16.0F;  ///< size of links in running text
+inline constexpr int kTabWidth = 6;                    ///< width of a tab
+inline constexpr int kRightMargin = 26;                ///< margin at the right of the panel
 
 /// Marks of UTF-8 text that stand apart from words: signs, quotation marks, the small triangle,
 /// and the hyphens, dashes and minus signs that writers mix. For hosts that break or tidy lines.

@@ -4,13 +4,14 @@
 # stage does not keep the others from running, which also means that the shell does not stop at a
 # stage's first failing command: commands are chained with &&.
 
-check_stages=(scripts format release headers static package sanitize thread valgrind growth fuzz
+check_stages=(scripts format docs release headers static package sanitize thread valgrind growth fuzz
   tidy cppcheck)
 
 stage_title() {
   case $1 in
     scripts) echo "shellcheck over every script" ;;
     format) echo "clang-format leaves no difference" ;;
+    docs) echo "Doxygen: every public name has its comment" ;;
     release) echo "g++, shared libraries: build and all tests" ;;
     headers) echo "each public header compiles alone, both compilers" ;;
     static) echo "clang, static libraries: build and all tests" ;;

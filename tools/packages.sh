@@ -10,6 +10,7 @@ build_packages=(
 bench_packages=(libbenchmark-dev valgrind python3)
 # What makes Debian packages of a build.
 package_packages=(dpkg-dev file)
+docs_packages=(doxygen)
 check_packages=(
   clang libclang-rt-dev clang-format clang-tidy cppcheck shellcheck git gcovr
   debootstrap
@@ -20,9 +21,10 @@ packages_for() {
     build) printf '%s\n' "${build_packages[@]}" ;;
     bench) printf '%s\n' "${build_packages[@]}" "${bench_packages[@]}" ;;
     package) printf '%s\n' "${build_packages[@]}" "${package_packages[@]}" ;;
+    docs) printf '%s\n' "${docs_packages[@]}" ;;
     check)
       printf '%s\n' "${build_packages[@]}" "${bench_packages[@]}" "${package_packages[@]}" \
-        "${check_packages[@]}"
+        "${docs_packages[@]}" "${check_packages[@]}"
       ;;
   esac
 }

@@ -61,10 +61,12 @@ class ORNCORE_EXPORT FixedClientInfo final : public ClientInfo {
 /// platform "Mac", as at the start. Not while another thread asks.
 ORNCORE_EXPORT void SetClientInfo(std::shared_ptr<const ClientInfo> clientInfo);
 
-/// The host's version, build number and platform, asked anew at every call and never cached. Safe
-/// from any thread while none replaces the client information.
+/// The host's version, asked anew at every call and never cached. Safe from any thread while none
+/// replaces the client information; so are the two below.
 ORNCORE_EXPORT UTF16String GetClientVersion();
+/// The host's build number.
 ORNCORE_EXPORT UTF16String GetClientBuildNumber();
+/// The host's platform, UTF-8.
 ORNCORE_EXPORT UTF8String GetClientPlatform();
 
 }  // namespace orncore::config

@@ -16,7 +16,9 @@ class ORNCORE_EXPORT ResultError : public std::runtime_error {
  public:
   /// `result` is negative, such as -ENOENT; `what` names, for people, what failed and on what.
   ResultError(int result, const std::string& what);
+  /// Copied as what the standard library throws is.
   ResultError(const ResultError&) = default;
+  /// As above.
   ResultError& operator=(const ResultError&) = default;
   ~ResultError() override;
 
@@ -31,7 +33,9 @@ class ORNCORE_EXPORT ResultError : public std::runtime_error {
 class ORNCORE_EXPORT FutureCancelled : public std::exception {
  public:
   FutureCancelled() = default;
+  /// Copied as what the standard library throws is.
   FutureCancelled(const FutureCancelled&) = default;
+  /// As above.
   FutureCancelled& operator=(const FutureCancelled&) = default;
   ~FutureCancelled() override;
 

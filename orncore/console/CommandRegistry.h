@@ -40,8 +40,8 @@ class ORNCORE_EXPORT CommandRegistry {
 
   /// What the list of commands tells of one.
   struct Command {
-    UTF16String name;
-    UTF16String help;
+    UTF16String name;  ///< its name, as lines begin with it
+    UTF16String help;  ///< what a usage line shows right behind the name
   };
 
   /// The process's registry; it is never destroyed.

@@ -37,6 +37,7 @@ class ORNCORE_EXPORT DebugStore {
 /// A store that lives as long as the object. One thread at a time.
 class ORNCORE_EXPORT MemoryDebugStore final : public DebugStore {
  public:
+  /// Entries by key, both UTF-8.
   using EntryMap = std::map<string::UTF8String, string::UTF8String, std::less<>>;
 
   /// Starts with these entries, by default none.

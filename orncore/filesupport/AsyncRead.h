@@ -58,7 +58,9 @@ ORNCORE_EXPORT Executor& GetDefaultExecutor();
 /// waits; the request is kept for whatever the thread does next.
 class ORNCORE_EXPORT UntypedFuture {
  public:
+  /// Another future for the same completion.
   UntypedFuture(const UntypedFuture&);
+  /// From now on for the completion of the other one.
   UntypedFuture& operator=(const UntypedFuture&);
   ~UntypedFuture();
 
@@ -76,6 +78,7 @@ class ORNCORE_EXPORT UntypedFuture {
  protected:
   class State;
   friend class ReadFuture;
+  /// @cond the implementation's own
   explicit UntypedFuture(std::shared_ptr<State> state);
 
   friend ORNCORE_EXPORT bool WaitForUntypedUntil(const UntypedFuture& future,
@@ -83,6 +86,7 @@ class ORNCORE_EXPORT UntypedFuture {
                                                  bool cancelAtDeadline);
 
   std::shared_ptr<State> state_;
+  /// @endcond
 };
 
 /// The bytes of a file that is being read.

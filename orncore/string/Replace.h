@@ -19,8 +19,8 @@ namespace orncore::string {
 
 /// One thing to look for and what to put in its place. Views: the texts belong to the caller.
 struct Replacement {
-  std::u16string_view pattern;
-  std::u16string_view text;
+  std::u16string_view pattern;  ///< what to look for
+  std::u16string_view text;     ///< what to put in its place
 };
 
 /// Replaces every occurrence of every pattern in `text`. Where several patterns begin at the same

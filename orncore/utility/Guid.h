@@ -61,8 +61,9 @@ class ORNCORE_EXPORT Guid {
   /// Whether all bytes are zero.
   [[nodiscard]] constexpr bool IsNil() const noexcept { return *this == Guid(); }
 
-  /// Ordered like the bytes, which is the order of the texts, too.
+  /// Equal where all bytes are.
   friend constexpr bool operator==(const Guid&, const Guid&) noexcept = default;
+  /// Ordered like the bytes, which is the order of the texts, too.
   friend constexpr std::strong_ordering operator<=>(const Guid& a, const Guid& b) noexcept {
     const std::strong_ordering leading = a.LeadingBits() <=> b.LeadingBits();
     return leading != 0 ? leading : a.Bits<kByteLength / 2>() <=> b.Bits<kByteLength / 2>();
@@ -90,6 +91,7 @@ class ORNCORE_EXPORT Guid {
 /// The first bytes as they are: an identifier is a hash already, and mixing it again buys nothing.
 template <>
 struct std::hash<orncore::utility::Guid> {
+  /// The identifier's hash.
   [[nodiscard]] std::size_t operator()(const orncore::utility::Guid& guid) const noexcept {
     std::size_t result;
     std::memcpy(&result, guid.GuidToBytes().data(), sizeof result);

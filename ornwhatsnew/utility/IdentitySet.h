@@ -28,13 +28,14 @@ namespace ornwhatsnew {
 /// it unchanged.
 class ORNWHATSNEW_EXPORT IdentitySet {
  public:
-  using value_type = orncore::utility::Guid;
-  using const_iterator = std::vector<value_type>::const_iterator;
+  using value_type = orncore::utility::Guid;                       ///< as the standard's sets have
+  using const_iterator = std::vector<value_type>::const_iterator;  ///< leads to them in order
 
   IdentitySet() = default;
+  /// In any order, with repeats.
   IdentitySet(std::initializer_list<value_type> guids);
 
-  /// In any order, with repeats. Takes linear time when they are in ascending order already.
+  /// The same. Takes linear time when they are in ascending order already.
   explicit IdentitySet(std::vector<value_type> guids);
 
   /// Whether the identity is in the set. Looks at two places in memory, mostly; at worst it
@@ -46,14 +47,21 @@ class ORNWHATSNEW_EXPORT IdentitySet {
   /// Adds the identities of another set, in time linear in both.
   void insert(const IdentitySet& others);
 
+  /// Takes all identities out; the memory is given back with the set.
   void clear() noexcept;
+  /// Exchanges the identities of two sets.
   void swap(IdentitySet& other) noexcept;
 
+  /// Whether there is none.
   [[nodiscard]] bool empty() const noexcept { return guids_.empty(); }
+  /// How many there are.
   [[nodiscard]] std::size_t size() const noexcept { return guids_.size(); }
+  /// The least one.
   [[nodiscard]] const_iterator begin() const noexcept { return guids_.begin(); }
+  /// Behind the greatest.
   [[nodiscard]] const_iterator end() const noexcept { return guids_.end(); }
 
+  /// Whether both hold the same.
   friend bool operator==(const IdentitySet& a, const IdentitySet& b) noexcept {
     return a.guids_ == b.guids_;
   }

@@ -12,10 +12,11 @@
 
 namespace ornwhatsnew {
 
-/// Keys of the three persisted values: the identities of all that was seen or rated, a list; the
-/// version in which the list was last opened; all such versions, a list.
+/// Key of the first persisted value: the identities of all that was seen or rated, a list.
 extern ORNWHATSNEW_EXPORT const UTF8String kAllSeenItemsKey;
+/// Key of the second: the version in which the list was last opened.
 extern ORNWHATSNEW_EXPORT const UTF8String kLastVersionSeenKey;
+/// Key of the third: all versions in which it was opened, a list.
 extern ORNWHATSNEW_EXPORT const UTF8String kAllVersionsSeenKey;
 
 /// The pieces between the blanks of `text`, as views into it. An empty text has none; adjacent
