@@ -64,9 +64,9 @@ class ChildProcess {
 /// Starts a program and waits for its end.
 ProgramResult RunProgram(const std::string& program, const ProgramCall& call);
 
-/// How many processes a test of kills is to kill: the environment's ORNWHATSNEW_TEST_KILLS, else
-/// 200.
-int KillsWanted();
+/// How many processes a test of kills is to kill: the environment's ORNWHATSNEW_TEST_KILLS, or
+/// `otherwise`.
+int KillsWanted(int otherwise);
 
 /// Runs `work` in a process of its own: for what would end or change this one. True when it came to
 /// its end and answered true.

@@ -30,6 +30,7 @@ namespace {
 
 constexpr unsigned kSeed = 25'142;
 constexpr int kWriters = 2;
+constexpr int kKills = 200;
 
 std::string Piece(int writer, int pass) {
   return std::to_string(writer) + "." + std::to_string(pass);
@@ -110,7 +111,7 @@ TEST(StateStoreKill, EveryKillLeavesAStateThatAWholePassProduced) {
   std::array<int, kWriters> kept{};
   std::filesystem::path file;
   int passes = 0;
-  for (int kill = 0; kill < test_support::KillsWanted() && !testing::Test::HasFailure();
+  for (int kill = 0; kill < test_support::KillsWanted(kKills) && !testing::Test::HasFailure();
        kill += kWriters) {
     // A new store now and then, so that the making of one is killed, too.
     if (kill % 20 == 0) {
@@ -141,7 +142,8 @@ TEST(StateStoreKill, EveryKillLeavesAStateThatAWholePassProduced) {
     EXPECT_EQ(pieces.empty(), lastVersion.empty());
     EXPECT_TRUE(pieces.empty() || std::ranges::binary_search(pieces, lastVersion));
   }
-  std::cout << test_support::KillsWanted() << " kills, " << passes << " passes kept" << std::endl;
+  std::cout << test_support::KillsWanted(kKills) << " kills, " << passes << " passes kept"
+            << std::endl;
   EXPECT_GT(passes, 0);
 }
 

@@ -9,6 +9,7 @@
 #include <filesystem>
 #include <iostream>
 #include <memory>
+#include <numeric>
 #include <random>
 #include <set>
 #include <string>
@@ -30,6 +31,7 @@ using Pieces = std::set<std::string>;
 
 constexpr unsigned kSeed = 90'210;
 constexpr int kHosts = 3;
+constexpr int kKills = 100;
 
 Pieces PiecesOf(const StateStore& store, std::string_view key) {
   const std::string list = store.Get(key);
@@ -106,13 +108,18 @@ class ProgramKillTest : public ProgramTest {
     EXPECT_TRUE(versions.empty() || versions.contains(last));
   }
 
-  /// A moment before which a program, one of several, may or may not have ended: what takes longer
-  /// on a slow machine is killed later there.
-  std::chrono::microseconds TimeToKill(std::mt19937& random) const {
+  /// The moments at which the programs of a round are killed, the earliest first. By the last one a
+  /// program, one of several, may or may not have ended: what takes longer on a slow machine is
+  /// killed later there.
+  std::vector<std::chrono::microseconds> TimesToKill(std::mt19937& random,
+                                                     std::size_t count) const {
     const std::chrono::microseconds longest = std::clamp<std::chrono::microseconds>(
-        runTime_, std::chrono::milliseconds(10), std::chrono::milliseconds(300));
-    return std::chrono::microseconds(
-        std::uniform_int_distribution<std::int64_t>(0, longest.count())(random));
+        2 * runTime_, std::chrono::milliseconds(10), std::chrono::milliseconds(300));
+    std::uniform_int_distribution<std::int64_t> moment(0, longest.count());
+    std::vector<std::chrono::microseconds> times(count);
+    std::ranges::generate(times, [&] { return std::chrono::microseconds(moment(random)); });
+    std::ranges::sort(times);
+    return times;
   }
 
   std::vector<Edition> editions_;
@@ -128,7 +135,7 @@ TEST_F(ProgramKillTest, EveryKillLeavesWholePassesAndEveryThingAcknowledged) {
   std::filesystem::path file;
   Pieces acknowledgedVersions;
   Pieces acknowledgedIdentities;
-  for (int round = 0; killed < test_support::KillsWanted() && !HasFailure(); ++round) {
+  for (int round = 0; killed < test_support::KillsWanted(kKills) && !HasFailure(); ++round) {
     if (round % 4 == 0) {
       file = folder_.Path() / "killed" / std::to_string(round) / "state.db";
       acknowledgedVersions.clear();
@@ -141,8 +148,14 @@ TEST_F(ProgramKillTest, EveryKillLeavesWholePassesAndEveryThingAcknowledged) {
     }
     processes.push_back(std::make_unique<ChildProcess>(
         ProgramFile(), Call(RateWords(editions_[random() % kHosts], file))));
-    for (std::size_t i = 0; i < processes.size(); ++i) {
-      std::this_thread::sleep_for(TimeToKill(random));
+    const auto begin = std::chrono::steady_clock::now();
+    const auto times = TimesToKill(random, processes.size());
+    std::vector<std::size_t> order(processes.size());
+    std::iota(order.begin(), order.end(), std::size_t{0});
+    std::ranges::shuffle(order, random);
+    for (std::size_t next = 0; next < order.size(); ++next) {
+      const std::size_t i = order[next];
+      std::this_thread::sleep_until(begin + times[next]);
       processes[i]->Kill();
       const int status = processes[i]->Wait().exitStatus;
       ASSERT_TRUE(status == 0 || status == -9) << status;
