@@ -1,42 +1,53 @@
 #!/usr/bin/env python3
 """Mutation testing: changes the library in one place at a time and sees whether a test notices.
 
-Works on a copy of the sources under build/mutation, built without optimisation as shared libraries,
-so that a mutant costs one compilation and one small link. Each result is written to
-build/mutation/results.jsonl at once, and a later run goes on where this one stopped. The order is
-random but always the same, so that whatever was done is a fair sample of the whole.
+Works on copies of the sources under build/mutation, one for each worker, built without optimisation
+as shared libraries and with nearly all that is included compiled beforehand, so that a mutant costs
+one short compilation and one small link. Each result is written to build/mutation/results.jsonl at
+once, and a later run goes on where this one stopped. The order is random but always the same, so
+that whatever was done is a fair sample of the whole.
 
 Mutants that nothing can notice are listed in equivalent.txt, beside this file, with the reason.
 """
 
 import argparse
+import concurrent.futures
+import fcntl
 import json
 import os
+import queue
+import re
 import resource
 import shutil
 import subprocess
 import sys
+import threading
 import time
 from pathlib import Path
 
+from build_tree import BuildTree
 from mutants import apply, find_mutants
 
 ROOT = Path(__file__).resolve().parents[2]
 WORK = ROOT / "build" / "mutation"
-SOURCE = WORK / "source"
-BUILD = WORK / "build"
 RESULTS = WORK / "results.jsonl"
 EQUIVALENT = Path(__file__).resolve().parent / "equivalent.txt"
+PRECOMPILED = Path(__file__).resolve().parent / "precompiled.h"
 
 FOLDERS = ("ornwhatsnew", "orncore")
-PROGRAMS = ("ornwhatsnew_tests", "orncore_tests", "scenario_runner")
+PROGRAMS = ("orncore_tests", "ornappsupport_tests", "ornwhatsnew_tests", "allocation_tests",
+            "early_list_tests", "fault_tests", "scenario_runner")
 MEMORY_LIMIT = 3 << 30
 
-# Tests that go through every character or every combination take most of the time and notice what
-# others notice too; they are asked only when nobody else did.
-EXHAUSTIVE = ("VisibilityGrid.*", "PlainPanel.*", "RunIterator.ShortTexts*", "RunIterator.Random*",
-              "FieldCleaner.LowersEvery*", "TextHelpers.LowerCase8LowersEvery*",
-              "CaseMapping.*ForEveryCodePoint", "Conversion.TreatsAllShort*", "Conversion.KeepsEvery*")
+# Tests that go through every character take most of the time: they are asked only about the file
+# that they are for, when its other tests have not noticed anything.
+EXHAUSTIVE = ("RunIterator.ShortTexts*", "RunIterator.Random*", "FieldCleaner.LowersEvery*",
+              "TextHelpers.LowerCase8LowersEvery*", "CaseMapping.*ForEveryCodePoint",
+              "Conversion.TreatsAllShort*", "Conversion.KeepsEvery*")
+# Comparisons with a plain second implementation notice nearly everything, and take seconds.
+COMPARISONS = ("VisibilityGrid.*", "PlainPanel.*")
+# Of the tests with faults, those that do not try every allocation.
+FAULTS = ("CallbackTest.A*", "MemoryTest.CapturingAStyle", "MemoryOfCommandTest.ComesBackAndWorks*")
 
 
 def fail(message):
@@ -44,17 +55,18 @@ def fail(message):
     sys.exit(1)
 
 
-def run(command, timeout=None, limited=False):
+def run(command, folder, wall=None, cpu=None):
     """Exit status and output; None for a status that did not come in time."""
     def limit():
         os.setsid()
-        if limited:
+        if cpu is not None:
             resource.setrlimit(resource.RLIMIT_AS, (MEMORY_LIMIT, MEMORY_LIMIT))
             resource.setrlimit(resource.RLIMIT_CORE, (0, 0))
-    with subprocess.Popen(command, stdout=subprocess.PIPE, stderr=subprocess.STDOUT, cwd=SOURCE,
+            resource.setrlimit(resource.RLIMIT_CPU, (cpu, cpu))
+    with subprocess.Popen(command, stdout=subprocess.PIPE, stderr=subprocess.STDOUT, cwd=folder,
                           stdin=subprocess.DEVNULL, preexec_fn=limit) as process:
         try:
-            output, _ = process.communicate(timeout=timeout)
+            output, _ = process.communicate(timeout=wall)
             return process.returncode, output.decode(errors="replace")
         except subprocess.TimeoutExpired:
             os.killpg(process.pid, 9)
@@ -65,94 +77,154 @@ def run(command, timeout=None, limited=False):
             raise
 
 
-def sync_sources():
-    """Makes the copy equal to the work tree; files that are equal keep their time."""
+def write_if_changed(path, content):
+    """Files that are equal keep their time, so that nothing is built for them."""
+    if path.is_file() and path.read_bytes() == content:
+        return False
+    path.parent.mkdir(parents=True, exist_ok=True)
+    path.write_bytes(content)
+    return True
+
+
+def sync_sources(target):
+    """Makes the copy equal to the work tree."""
     listed = subprocess.run(
         ["git", "ls-files", "-z", "--cached", "--others", "--exclude-standard"], cwd=ROOT,
         check=True, stdout=subprocess.PIPE).stdout.decode().split("\0")
     files = {name for name in listed if name and (ROOT / name).is_file()}
     for name in sorted(files):
-        target = SOURCE / name
-        content = (ROOT / name).read_bytes()
-        if target.is_file() and target.read_bytes() == content:
-            continue
-        target.parent.mkdir(parents=True, exist_ok=True)
-        target.write_bytes(content)
-        shutil.copymode(ROOT / name, target)
-    for path in [p for p in SOURCE.rglob("*") if p.is_file()]:
-        if str(path.relative_to(SOURCE)) not in files:
+        if write_if_changed(target / name, (ROOT / name).read_bytes()):
+            shutil.copymode(ROOT / name, target / name)
+    for path in [p for p in target.rglob("*") if p.is_file()]:
+        if str(path.relative_to(target)) not in files:
             path.unlink()
 
 
-def configure():
-    command = [
-        "cmake", "-G", "Ninja", "-S", str(SOURCE), "-B", str(BUILD), "-Wno-dev",
-        "-DCMAKE_BUILD_TYPE=", "-DCMAKE_CXX_COMPILER=g++", "-DCMAKE_CXX_FLAGS=-O0 -g0 -w",
+def precompile():
+    """What nearly every file includes; clang picks the one that fits from a folder."""
+    header = WORK / "precompiled.h"
+    output = WORK / "precompiled.h.pch"
+    if not write_if_changed(header, PRECOMPILED.read_bytes()) and output.is_dir():
+        return
+    shutil.rmtree(output, ignore_errors=True)
+    output.mkdir()
+    hidden = ["-fvisibility=hidden", "-fvisibility-inlines-hidden"]
+    for name, flags in (("default", []), ("hidden", hidden)):
+        status, message = run(
+            ["clang++", "-std=c++20", "-O0", "-fPIC", "-w", "-DGTEST_HAS_PTHREAD=1", *flags, "-x",
+             "c++-header", str(header), "-o", str(output / name)], WORK)
+        if status != 0:
+            shutil.rmtree(output)
+            fail("cannot compile precompiled.h\n" + message)
+
+
+def configure(folder):
+    linker = "-fuse-ld=lld" if shutil.which("ld.lld") else ""
+    status, output = run([
+        "cmake", "-G", "Ninja", "-S", str(folder / "source"), "-B", str(folder / "build"),
+        "-Wno-dev", "-DCMAKE_BUILD_TYPE=", "-DCMAKE_CXX_COMPILER=clang++",
+        f"-DCMAKE_CXX_FLAGS=-std=c++20 -O0 -g0 -w -fPIC -include {WORK / 'precompiled.h'}",
+        f"-DCMAKE_EXE_LINKER_FLAGS={linker}", f"-DCMAKE_SHARED_LINKER_FLAGS={linker}",
         "-DBUILD_SHARED_LIBS=ON", "-DCMAKE_LINK_DEPENDS_NO_SHARED=ON",
+        "-DCMAKE_BUILD_RPATH_USE_ORIGIN=ON", "-DCMAKE_CXX_COMPILER_LAUNCHER=",
         "-DORNWHATSNEW_BUILD_EXAMPLES=OFF", "-DORNWHATSNEW_INSTALL=OFF",
-        "-DORNWHATSNEW_WARNINGS_AS_ERRORS=OFF"]
-    if shutil.which("ccache"):
-        command.append("-DCMAKE_CXX_COMPILER_LAUNCHER=ccache")
-    status, output = run(command)
+        "-DORNWHATSNEW_WARNINGS_AS_ERRORS=OFF"], folder)
     if status != 0:
         fail("cannot configure\n" + output)
 
 
-def build(timeout=None):
-    return run(["cmake", "--build", str(BUILD), "--parallel", str(os.cpu_count()), "--target",
-                *PROGRAMS], timeout)
+def prepare_tree():
+    """A copy of the sources and an up-to-date build of it."""
+    folder = WORK / "1"
+    (folder / "source").mkdir(parents=True, exist_ok=True)
+    for path in folder.rglob("*.kept"):  # of a mutant in whose middle the last run was ended
+        path.rename(path.with_name(path.name.removesuffix(".kept")))
+    sync_sources(folder / "source")
+    configure(folder)
+    status, output = run(["cmake", "--build", str(folder / "build"), "--parallel",
+                          str(os.cpu_count()), "--target", *PROGRAMS], folder)
+    if status != 0:
+        fail("the unchanged sources do not build\n" + output[-3000:])
+    return BuildTree(folder, PROGRAMS)
 
 
-def unit_tests(program, exhaustive):
-    tests = ":".join(EXHAUSTIVE)
-    return [str(BUILD / "bin" / program), "--gtest_brief=1", "--gtest_fail_fast",
-            "--gtest_filter=" + (tests if exhaustive else "-" + tests)]
+def suites_for(source, file):
+    """The suites of the test files that are named after this file."""
+    suites = set()
+    for path in source.glob(f"tests/**/{Path(file).stem}Test.cpp"):
+        suites |= set(re.findall(r"^TEST(?:_F|_P)?\((\w+),", path.read_text(), re.M))
+    return sorted(suites)
 
 
-def test_commands(file):
+def test_commands(tree, file):
     """The tests that can notice a mutant of this file, those first that notice most in least time.
     """
-    scenarios = sorted(str(p) for p in (SOURCE / "tests/conformance/scenarios").glob("*.json"))
-    commands = [
-        ("ornwhatsnew_tests", unit_tests("ornwhatsnew_tests", False)),
-        ("conformance", [str(BUILD / "bin/scenario_runner"), "--check", *scenarios]),
-        ("ornwhatsnew_tests (all)", unit_tests("ornwhatsnew_tests", True))]
+    def unit_tests(program, tests, excluded=()):
+        return [str(tree.build / "bin" / program), "--gtest_brief=1", "--gtest_fail_fast",
+                "--gtest_filter=" + ":".join(tests) + "-" + ":".join(excluded)]
+    scenarios = sorted(str(p) for p in (tree.source / "tests/conformance/scenarios").glob("*.json"))
+    suites = suites_for(tree.source, file)
+    programs = ["ornwhatsnew_tests"]
     if file.startswith("orncore"):
-        commands.insert(0, ("orncore_tests", unit_tests("orncore_tests", False)))
-        commands.insert(3, ("orncore_tests (all)", unit_tests("orncore_tests", True)))
+        programs = ["orncore_tests", "ornwhatsnew_tests", "ornappsupport_tests"]
+    slow = EXHAUSTIVE + COMPARISONS
+    commands = []
+    if suites:
+        commands.append(("own", unit_tests(programs[0], [s + ".*" for s in suites], slow)))
+    commands += [(program, unit_tests(program, ["*"], slow)) for program in programs]
+    commands.append(
+        ("conformance", [str(tree.build / "bin/scenario_runner"), "--check", *scenarios]))
+    commands += [(program, unit_tests(program, ["*"]))
+                 for program in ("allocation_tests", "early_list_tests")]
+    own_exhaustive = [test for test in EXHAUSTIVE if test.split(".")[0] in suites]
+    if own_exhaustive:
+        commands.append(("exhaustive", unit_tests(programs[0], own_exhaustive)))
+    commands.append(("comparisons", unit_tests("ornwhatsnew_tests", COMPARISONS)))
+    commands.append(("faults", unit_tests("fault_tests", FAULTS)))
     return commands
 
 
-def measure_baseline():
-    """How long each test takes on the unchanged sources; they must pass."""
+def measure_baseline(tree):
+    """Limits of time for each test, from what it takes on the unchanged sources; all must pass."""
     limits = {}
-    for name, command in test_commands("orncore"):
+    for name, command in test_commands(tree, "orncore"):
+        before = resource.getrusage(resource.RUSAGE_CHILDREN)
         start = time.monotonic()
-        status, output = run(command, limited=True)
+        status, output = run(command, tree.build)
         if status != 0:
             fail(f"{name} fails without any mutant\n{output[-3000:]}")
-        limits[name] = 20 + 10 * (time.monotonic() - start)
+        after = resource.getrusage(resource.RUSAGE_CHILDREN)
+        cpu = after.ru_utime + after.ru_stime - before.ru_utime - before.ru_stime
+        wall = time.monotonic() - start
+        print(f"{name}: {cpu:.1f} s", flush=True)
+        limits[name] = {"cpu": int(3 + 6 * cpu), "wall": 30 + 10 * wall}
+    # Those of one file are fewer than all, but may go through every character.
+    limits["own"] = limits["exhaustive"] = {"cpu": 60, "wall": 300}
     return limits
 
 
-def try_mutant(mutant, limits):
+def try_mutant(tree, mutant, limits):
     """What becomes of a mutant: killed, survived or invalid, and by which test."""
-    path = SOURCE / mutant.file
-    original = path.read_text()
-    path.write_text(apply(mutant, original))
+    tree.replace_source(mutant.file, apply(mutant, (tree.source / mutant.file).read_text()))
     try:
-        status, _ = build(timeout=1200)
-        if status != 0:
+        units = tree.units_for(mutant.file)
+        for unit in units:
+            message = tree.make(unit)
+            if message is not None:
+                # An assertion of the compiler is a test like any other.
+                by_assertion = "static_assert failed" in message
+                return ("killed", "static_assert") if by_assertion else ("invalid", "")
+        if tree.link(units) is not None:
             return "invalid", ""
-        for name, command in test_commands(mutant.file):
-            status, _ = run(command, timeout=limits[name], limited=True)
-            if status is None:
+        for name, command in test_commands(tree, mutant.file):
+            status, _ = run(command, tree.build, **limits[name])
+            if status is None or status in (-9, -24):
                 return "killed", name + " (never ends)"
             if status != 0:
                 return "killed", name
         return "survived", ""
     finally:
-        path.write_text(original)
+        tree.put_back()
 
 
 def load_results():
@@ -226,49 +298,65 @@ def wanted_mutants(mutants, arguments):
     return [m for m in mutants if m.identity not in results]
 
 
-def record(mutant, status, by, seconds):
-    text = (SOURCE / mutant.file).read_text()
-    entry = {
+def entry_of(mutant, changed, status, by, seconds):
+    return {
         "id": mutant.identity, "status": status, "by": by, "file": mutant.file,
         "line": mutant.line, "column": mutant.column, "operator": mutant.operator,
-        "before": mutant.before, "changed": text[mutant.begin:mutant.end],
+        "before": mutant.before, "changed": changed,
         "replacement": mutant.replacement, "seconds": round(seconds, 1)}
-    with RESULTS.open("a") as results:
-        results.write(json.dumps(entry) + "\n")
-    return entry
 
 
 def run_mutants(arguments):
-    # From here on only the copy counts: the work tree may change meanwhile.
-    sync_sources()
-    wanted = wanted_mutants(all_mutants(SOURCE, arguments.file), arguments)
-    configure()
-    status, output = build()
-    if status != 0:
-        fail("the unchanged sources do not build\n" + output[-3000:])
-    limits = measure_baseline()
+    precompile()
+    trees = [prepare_tree()]
+    trees += [trees[0].copy_to(WORK / str(number)) for number in range(2, arguments.jobs + 1)]
+    # From here on only the copies count: the work tree may change meanwhile.
+    wanted = wanted_mutants(all_mutants(trees[0].source, arguments.file), arguments)
+    limits = measure_baseline(trees[0])
     deadline = time.monotonic() + 60 * arguments.minutes
-    for number, mutant in enumerate(wanted):
-        if time.monotonic() > deadline:
-            break
-        start = time.monotonic()
-        status, by = try_mutant(mutant, limits)
-        entry = record(mutant, status, by, time.monotonic() - start)
-        print(f'{number + 1}/{len(wanted)} {status:8} {entry["seconds"]:6.1f} s  {by:23} '
-              f'{mutant.file}:{mutant.line} {entry["changed"]!r} -> {mutant.replacement!r}',
-              flush=True)
+    work = queue.SimpleQueue()
+    for numbered in enumerate(wanted):
+        work.put(numbered)
+    writing = threading.Lock()
+
+    def work_off(tree):
+        while time.monotonic() < deadline:
+            try:
+                number, mutant = work.get_nowait()
+            except queue.Empty:
+                return
+            start = time.monotonic()
+            changed = (tree.source / mutant.file).read_text()[mutant.begin:mutant.end]
+            status, by = try_mutant(tree, mutant, limits)
+            entry = entry_of(mutant, changed, status, by, time.monotonic() - start)
+            with writing, RESULTS.open("a") as results:
+                results.write(json.dumps(entry) + "\n")
+                print(f'{number + 1}/{len(wanted)} {status:8} {entry["seconds"]:6.1f} s  {by:23} '
+                      f'{mutant.file}:{mutant.line} {changed!r} -> {mutant.replacement!r}',
+                      flush=True)
+
+    with concurrent.futures.ThreadPoolExecutor(len(trees)) as executor:
+        for done in [executor.submit(work_off, tree) for tree in trees]:
+            done.result()
 
 
 def main():
     parser = argparse.ArgumentParser(description=__doc__.splitlines()[0])
     parser.add_argument("--minutes", type=float, default=30, help="when to stop (30)")
+    parser.add_argument("--jobs", type=int, default=os.cpu_count(),
+                        help="how many mutants at once (one for each core)")
     parser.add_argument("--file", default="", help="only files whose path contains this")
     parser.add_argument("--survivors", action="store_true", help="try those again that survived")
     parser.add_argument("--report", action="store_true", help="only list what is known")
     arguments = parser.parse_args()
     if not arguments.report:
-        SOURCE.mkdir(parents=True, exist_ok=True)
-        run_mutants(arguments)
+        WORK.mkdir(parents=True, exist_ok=True)
+        with (WORK / "lock").open("w") as lock:
+            try:
+                fcntl.flock(lock, fcntl.LOCK_EX | fcntl.LOCK_NB)
+            except BlockingIOError:
+                fail("another run is at work in build/mutation")
+            run_mutants(arguments)
     sys.exit(1 if report(all_mutants(ROOT, arguments.file)) else 0)
 
 
