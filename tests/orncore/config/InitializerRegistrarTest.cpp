@@ -259,13 +259,27 @@ TEST_F(InitializerRegistrarTest, StartsWhatRevivesItsContextWhileItStops) {
       },
       [&] {
         events_.push_back("-a");
-        if (std::exchange(again, false)) InitializeContexts(kConsole);
+        if (!std::exchange(again, false)) return;
+        InitializeContexts(kConsole);
+        events_.push_back("-a, revived");
       });
   InitializeContexts(kConsole);
   ShutdownContexts(kConsole);
-  EXPECT_THAT(events_, ElementsAre("+a", "-a", "+a"));
+  EXPECT_THAT(events_, ElementsAre("+a", "-a", "-a, revived", "+a"));
   ShutdownContexts(kConsole);
-  EXPECT_THAT(events_, ElementsAre("+a", "-a", "+a", "-a"));
+  EXPECT_THAT(events_, ElementsAre("+a", "-a", "-a, revived", "+a", "-a"));
+}
+
+TEST_F(InitializerRegistrarTest, RunsNoFunctionWithinItselfWhenItStartsItsOwnContext) {
+  const InitializerRegistrar registration(
+      "a", kConsole,
+      [this] {
+        events_.push_back("+a");
+        return events_.size() > 2 || InitializeContexts(kConsole);
+      },
+      nullptr);
+  EXPECT_TRUE(InitializeContexts(kConsole));
+  EXPECT_THAT(events_, ElementsAre("+a"));
 }
 
 TEST_F(InitializerRegistrarTest, StopsWhatAnotherThreadEndsWhileItStarts) {

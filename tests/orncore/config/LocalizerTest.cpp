@@ -145,6 +145,9 @@ INSTANTIATE_TEST_SUITE_P(
                     ArgumentCase{"k=@0#{endl}@1", {u"a", u"b"}, u"a\nb"},
                     ArgumentCase{"k=@0 @1", {u"a"}, u"a @1"}, ArgumentCase{"k=@0", {}, u"@0"},
                     ArgumentCase{"k=none", {u"a"}, u"none"}, ArgumentCase{"k=@@0@", {u"a"}, u"@a@"},
+                    ArgumentCase{"k=@9@8@7@6@5@4@3@2@1@0",
+                                 {u"a", u"b", u"c", u"d", u"e", u"f", u"g", u"h", u"i", u"j"},
+                                 u"jihgfedcba"},
                     ArgumentCase{"k=@0", {u""}, u""}, ArgumentCase{"@0", {u"a"}, u"a"},
                     ArgumentCase{"k=@^0", {u"a"}, u"@^0"},
                     ArgumentCase{

@@ -13,6 +13,8 @@
 
 #include <orncore/debug/Log.h>
 
+#include "tests/support/Allocations.h"
+
 namespace orncore::config {
 namespace {
 
@@ -55,6 +57,19 @@ TEST_F(TopLevelTest, TakesAnEmptyFunctionForAFailure) {
 TEST_F(TopLevelTest, OutlivesASinkThatThrows) {
   debug::SetLogSink([](std::string_view) { throw std::runtime_error("the sink, too"); });
   EXPECT_FALSE(ExecuteTopLevelFunction([] { throw std::runtime_error("first"); }));
+}
+
+TEST_F(TopLevelTest, LogsAnExceptionWithoutMemoryForMoreThanItsText) {
+  const std::runtime_error prepared("the disk is gone, and with it all that was on it");
+  bool isLogged = false;
+  debug::SetLogSink([&](std::string_view line) { isLogged = line == prepared.what(); });
+  {
+    const test_support::AllocationFailure failure(1, test_support::FailureExtent::kAllFrom,
+                                                  test_support::FailureThreads::kThis);
+    EXPECT_FALSE(ExecuteTopLevelFunction([&prepared] { throw prepared; }));
+    if (!failure.HasHappened()) GTEST_SKIP() << "allocations do not fail here";
+  }
+  EXPECT_TRUE(isLogged);
 }
 
 struct ResultCase {

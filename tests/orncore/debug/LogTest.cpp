@@ -8,6 +8,8 @@
 
 #include <gtest/gtest.h>
 
+#include "tests/support/Allocations.h"
+
 namespace orncore::debug {
 namespace {
 
@@ -37,6 +39,26 @@ TEST_F(LogTest, WritesNoControlCharacters) {
   EXPECT_EQ(WrittenFor("\xC2\x9B"
                        "2J \xC2\x80 \xC2\x9F"),
             "??2J ?? ??\n");
+}
+
+TEST_F(LogTest, LeavesBytesAloneThatAreNoTextAndNoControl) {
+  EXPECT_EQ(WrittenFor("\xC2"
+                       "A \xC2 \xC2\xC2\xA0 \x9B"),
+            "\xC2"
+            "A \xC2 \xC2\xC2\xA0 \x9B\n");
+}
+
+TEST_F(LogTest, SaysThatALineIsLostForWantOfMemory) {
+  const std::string line(1'000, 'x');
+  testing::internal::CaptureStderr();
+  {
+    const test_support::AllocationFailure failure(1, test_support::FailureExtent::kAllFrom,
+                                                  test_support::FailureThreads::kThis);
+    Log(line);
+    if (!failure.HasHappened()) GTEST_SKIP() << "allocations do not fail here";
+  }
+  EXPECT_EQ(testing::internal::GetCapturedStderr(),
+            "A line of the log was lost for want of memory\n");
 }
 
 TEST_F(LogTest, HandsLinesToTheSinkAsTheyAre) {

@@ -183,6 +183,16 @@ TEST_F(AsyncReadTest, FailsAnEmptyContinuation) {
   EXPECT_THROW(WaitForUntypedUntil(done, kForEver, true), std::bad_function_call);
 }
 
+TEST_F(AsyncReadTest, ACopyStandsForTheSameCompletion) {
+  Executor executor;
+  const ReadFuture read = ReadFileToRecycledMemory(FileAt(folder_.Write("file", "x")));
+  UntypedFuture future = read;
+  future = read.Then(executor, [](const ReadFuture&) { throw std::runtime_error("continuation"); });
+  EXPECT_THROW(WaitForUntypedUntil(future, kForEver, false), std::runtime_error);
+  future = read;
+  EXPECT_TRUE(WaitForUntypedUntil(future, kForEver, false));
+}
+
 TEST_F(AsyncReadTest, CancelsAReadThatHasNotBegun) {
   const fs::path path = folder_.Write("file", "x");
   const Blocker blocker(GetDefaultExecutor());

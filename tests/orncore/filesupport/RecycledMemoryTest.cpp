@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <limits>
+#include <memory>
 #include <new>
 #include <stdexcept>
 #include <string_view>
@@ -9,8 +10,12 @@
 
 #include <gtest/gtest.h>
 
+#include "tests/support/Allocations.h"
+
 namespace orncore::filesupport {
 namespace {
+
+using test_support::CountAllocations;
 
 void Append(RecycledMemory& memory, std::string_view text) {
   memory.Reserve(text.size());
@@ -48,20 +53,65 @@ TEST(RecycledMemory, RefusesMoreThanThereCanBe) {
   EXPECT_EQ(Text(memory), "kept");
 }
 
-TEST(RecycledMemory, RecyclesASmallBuffer) {
-  const std::byte* first = nullptr;
-  {
-    const RecycledMemory memory(100'000);
-    first = memory.Bytes().data();
+// Whatever lies in the pool is in use meanwhile.
+class EmptyPool : public testing::Test {
+ protected:
+  static constexpr int kMoreThanThePoolHolds = 32;
+
+  void SetUp() override {
+    if (!test_support::AreAllocationsReplaced()) GTEST_SKIP() << "nothing is counted";
   }
-  // One of the few buffers in the pool is the one just given back.
-  std::vector<std::unique_ptr<RecycledMemory>> taken;
-  bool found = false;
-  for (int i = 0; i < 8; ++i) {
-    taken.push_back(std::make_unique<RecycledMemory>(100'000));
-    found = found || taken.back()->Bytes().data() == first;
+
+  static std::vector<std::unique_ptr<RecycledMemory>> Take(int count, std::size_t capacity) {
+    std::vector<std::unique_ptr<RecycledMemory>> taken;
+    for (int i = 0; i < count; ++i) taken.push_back(std::make_unique<RecycledMemory>(capacity));
+    return taken;
   }
-  EXPECT_TRUE(found);
+
+  static std::size_t AllocationsFor(std::size_t capacity) {
+    return CountAllocations([capacity] { const RecycledMemory memory(capacity); });
+  }
+
+  const std::vector<std::unique_ptr<RecycledMemory>> inUse_ = Take(kMoreThanThePoolHolds, 1);
+};
+
+TEST_F(EmptyPool, RecyclesASmallBuffer) {
+  for (const std::size_t capacity : {std::size_t{100'000}, std::size_t{1} << 20}) {
+    EXPECT_EQ(AllocationsFor(capacity), 1U) << capacity;
+    EXPECT_EQ(AllocationsFor(capacity), 0U) << capacity;
+  }
+}
+
+TEST_F(EmptyPool, RecyclesOnlyBuffersThatAreLargeEnough) {
+  AllocationsFor(100'000);
+  EXPECT_EQ(AllocationsFor(100'001), 1U);
+  EXPECT_EQ(AllocationsFor(99'999), 0U);
+}
+
+TEST_F(EmptyPool, FreesALargeBufferAtOnce) {
+  AllocationsFor((std::size_t{1} << 20) + 1);
+  EXPECT_EQ(AllocationsFor(1), 1U);
+}
+
+TEST_F(EmptyPool, KeepsAFewBuffersOnly) {
+  Take(kMoreThanThePoolHolds, 100'000).clear();
+  std::vector<std::unique_ptr<RecycledMemory>> taken(kMoreThanThePoolHolds);
+  const std::size_t allocations = CountAllocations([&taken] {
+    for (auto& memory : taken) memory = std::make_unique<RecycledMemory>(100'000);
+  });
+  const std::size_t buffers = allocations - taken.size();  // beside the objects themselves
+  EXPECT_LT(buffers, taken.size());
+  EXPECT_GT(buffers, taken.size() / 2);
+}
+
+TEST_F(EmptyPool, GrowsByDoubling) {
+  RecycledMemory memory(1'000'000);
+  memory.Commit(memory.Spare().size());
+  memory.Reserve(1);
+  EXPECT_GE(memory.Spare().size(), 1'000'000U);
+  const std::size_t room = memory.Spare().size();
+  EXPECT_EQ(CountAllocations([&] { memory.Reserve(room); }), 0U);
+  EXPECT_EQ(CountAllocations([&] { memory.Reserve(room + 1); }), 1U);
 }
 
 TEST(RecycledMemory, HandsEachBufferToOne) {

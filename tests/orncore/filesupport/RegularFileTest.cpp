@@ -1,5 +1,8 @@
 #include <orncore/filesupport/RegularFile.h>
 
+#include <fcntl.h>
+#include <unistd.h>
+
 #include <cerrno>
 #include <string>
 
@@ -54,6 +57,15 @@ TEST_F(RegularFileTest, ReadsAFileThatIsLongerThanItTells) {
   EXPECT_THAT(Text(*ReadRegularFile("/proc/self/status")), testing::HasSubstr("Name:"));
 }
 
+TEST_F(RegularFileTest, ReadsAFileThatIsMuchLongerThanItTells) {
+  const fs::path path = "/proc/self/smaps";
+  if (!fs::exists(path)) GTEST_SKIP() << "no such file on this system";
+  const std::string text = Text(*ReadRegularFile(path));
+  EXPECT_GT(text.size(), 10'000U);
+  EXPECT_THAT(text, testing::HasSubstr(" rw-p "));
+  EXPECT_TRUE(text.ends_with('\n'));
+}
+
 // A file that shrank: those of /sys tell a page and give a line.
 TEST_F(RegularFileTest, ReadsAFileThatIsShorterThanItTells) {
   const fs::path path = "/sys/kernel/profiling";
@@ -86,6 +98,24 @@ TEST_F(RegularFileTest, FailsOnADanglingLinkAndACircle) {
   EXPECT_EQ(ResultOf(folder_.Path() / "dangling"), -ENOENT);
   fs::create_symlink("circle", folder_.Path() / "circle");
   EXPECT_EQ(ResultOf(folder_.Path() / "circle"), -ELOOP);
+}
+
+// Nothing lies at the first address of a process.
+TEST_F(RegularFileTest, FailsOnAFileThatCannotBeRead) {
+  if (!fs::exists("/proc/self/mem")) GTEST_SKIP() << "no such file on this system";
+  EXPECT_EQ(ResultOf("/proc/self/mem"), -EIO);
+}
+
+TEST_F(RegularFileTest, TakesAndGivesBackWhateverDescriptorIsFree) {
+  const fs::path path = folder_.Write("file", "read");
+  const int standardInput = ::dup(STDIN_FILENO);
+  ::close(STDIN_FILENO);
+  const std::string text = Text(*ReadRegularFile(path));
+  const bool isFree = ::fcntl(STDIN_FILENO, F_GETFD) == -1;
+  ::dup2(standardInput, STDIN_FILENO);
+  ::close(standardInput);
+  EXPECT_EQ(text, "read");
+  EXPECT_TRUE(isFree);
 }
 
 TEST_F(RegularFileTest, FailsOnADirectory) {

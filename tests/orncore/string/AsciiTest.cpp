@@ -134,6 +134,17 @@ TEST(Ascii, StopsAtAUnitThatIsNotAsciiAnywhere) {
   TryEveryPlace<char16_t, char>(strangers);
 }
 
+// A mask that lacks a bit takes one of these for ASCII only when nothing else is beside it.
+TEST(Ascii, TakesNoUnitForAsciiAmongItsLike) {
+  for (unsigned bit = 7; bit < 16; ++bit) {
+    for (const unsigned unit : {1U << bit, (0xFFFFU << bit) & 0xFFFFU}) {
+      const std::vector<char16_t> text(64, static_cast<char16_t>(unit));
+      ExpectAllLikePlain<char16_t, char>(text);
+    }
+  }
+  ExpectAllLikePlain<char, char16_t>(std::vector<char>(64, '\x80'));
+}
+
 TEST(Ascii, TreatsRandomBytesLikeThePlainForm) {
   TryRandomTexts<char, char16_t>(0xFF);
 }
