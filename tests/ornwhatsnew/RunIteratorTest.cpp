@@ -6,6 +6,7 @@
 
 #include "ornwhatsnew/src/RunIterator.h"
 #include "tests/support/RandomSource.h"
+#include "tests/support/TextAtPageEnd.h"
 
 namespace ornwhatsnew {
 namespace {
@@ -94,6 +95,15 @@ TEST(RunIterator, FindEitherFindsEachByteAtEachPlace) {
         ASSERT_EQ(found - text.data(), static_cast<std::ptrdiff_t>(place)) << length;
       }
     }
+  }
+}
+
+TEST(RunIterator, FindEitherReadsNothingBehindTheReadableMemory) {
+  test_support::TextAtPageEnd memory;
+  for (std::size_t length = 0; length < 50; ++length) {
+    const std::string_view text = memory.Put(std::string(length, 'x'));
+    EXPECT_EQ((FindEither<',', '"'>(text.data(), EndOf(text), EndOf(text))), EndOf(text));
+    EXPECT_EQ((FindEither<'\n', '\n'>(text.data(), EndOf(text), EndOf(text))), EndOf(text));
   }
 }
 

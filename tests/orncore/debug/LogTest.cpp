@@ -43,9 +43,9 @@ TEST_F(LogTest, WritesNoControlCharacters) {
 
 TEST_F(LogTest, LeavesBytesAloneThatAreNoTextAndNoControl) {
   EXPECT_EQ(WrittenFor("\xC2"
-                       "A \xC2 \xC2\xC2\xA0 \x9B"),
+                       "A \xC2 \xC2\xC2\xA0 \x9B \xC2\x7F"),
             "\xC2"
-            "A \xC2 \xC2\xC2\xA0 \x9B\n");
+            "A \xC2 \xC2\xC2\xA0 \x9B \xC2?\n");
 }
 
 TEST_F(LogTest, SaysThatALineIsLostForWantOfMemory) {

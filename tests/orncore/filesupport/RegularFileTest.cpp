@@ -4,6 +4,7 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <cstdint>
 #include <string>
 
 #include <gmock/gmock.h>
@@ -149,6 +150,8 @@ TEST_F(RegularFileTest, RefusesAFileThatIsTooLarge) {
   const fs::path path = folder_.Write("sparse", "");
   fs::resize_file(path, kMaxFileBytes + 1);
   EXPECT_EQ(ResultOf(path), -EFBIG);
+  fs::resize_file(path, std::uintmax_t{1} << 42);
+  EXPECT_EQ(ResultOf(path), -EFBIG) << "and nobody tries to make room for it";
 }
 
 TEST_F(RegularFileTest, NamesTheFileInTheFailure) {

@@ -1,0 +1,45 @@
+// Text behind which no memory can be read, in any build: a step too far ends the program.
+#ifndef TESTS_SUPPORT_TEXTATPAGEEND_H_
+#define TESTS_SUPPORT_TEXTATPAGEEND_H_
+
+#include <sys/mman.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstddef>
+#include <cstring>
+#include <string_view>
+#include <system_error>
+
+namespace test_support {
+
+/// Holds copies of texts of up to a page, one at a time, so that each ends where a page ends that
+/// is followed by one that cannot be read.
+class TextAtPageEnd {
+ public:
+  TextAtPageEnd() : pageSize_(static_cast<std::size_t>(::sysconf(_SC_PAGESIZE))) {
+    void* const pages =
+        ::mmap(nullptr, 2 * pageSize_, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+    if (pages == MAP_FAILED) throw std::system_error(errno, std::generic_category(), "mmap");
+    pages_ = static_cast<char*>(pages);
+    ::mprotect(pages_ + pageSize_, pageSize_, PROT_NONE);
+  }
+  ~TextAtPageEnd() { ::munmap(pages_, 2 * pageSize_); }
+  TextAtPageEnd(const TextAtPageEnd&) = delete;
+  TextAtPageEnd& operator=(const TextAtPageEnd&) = delete;
+
+  /// The same text there, until the next one is put.
+  std::string_view Put(std::string_view text) {
+    char* const to = pages_ + pageSize_ - text.size();
+    std::memcpy(to, text.data(), text.size());
+    return {to, text.size()};
+  }
+
+ private:
+  std::size_t pageSize_;
+  char* pages_;
+};
+
+}  // namespace test_support
+
+#endif  // TESTS_SUPPORT_TEXTATPAGEEND_H_
