@@ -1,5 +1,7 @@
 // What nearly every file includes, compiled once: a mutant then costs a fraction of a second. Only
 // for builds of tests/mutation; no file relies on it.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 #include <algorithm>
 #include <array>
 #include <atomic>
@@ -16,8 +18,6 @@
 #include <exception>
 #include <filesystem>
 #include <functional>
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <limits>
 #include <map>
 #include <memory>
