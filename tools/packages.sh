@@ -15,6 +15,7 @@ check_packages=(
   clang libclang-rt-dev clang-format clang-tidy cppcheck shellcheck git gcovr
   debootstrap
 )
+picture_packages=(aha chromium fonts-dejavu-core fonts-wqy-microhei)
 
 packages_for() {
   case $1 in
@@ -26,6 +27,7 @@ packages_for() {
       printf '%s\n' "${build_packages[@]}" "${bench_packages[@]}" "${package_packages[@]}" \
         "${docs_packages[@]}" "${check_packages[@]}"
       ;;
+    picture) printf '%s\n' "${build_packages[@]}" "${picture_packages[@]}" ;;
   esac
 }
 
