@@ -48,9 +48,9 @@ class ORNCORE_EXPORT FutureCancelled : public std::exception {
 ORNCORE_EXPORT bool ExecuteTopLevelFunction(const std::function<void()>& function) noexcept;
 
 /// The result code that `failure` carries: 0 for null (no failure) and for a cancellation
-/// (FutureCancelled), the code of a ResultError, the negated code of a
-/// std::system_error, -ENOMEM for std::bad_alloc, -EIO for any other exception. Negative for every
-/// failure but a cancellation: a code of 0 or of the wrong sign never makes a failure a success.
+/// (FutureCancelled), the code of a ResultError or std::system_error made negative, -ENOMEM for
+/// std::bad_alloc, -EIO for any other exception. Negative for every failure but a cancellation: a
+/// code of 0 or of the wrong sign never makes a failure a success.
 ORNCORE_EXPORT int ExtractResultFromException(const std::exception_ptr& failure);
 
 }  // namespace orncore::config

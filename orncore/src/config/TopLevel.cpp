@@ -54,7 +54,7 @@ int ExtractResultFromException(const std::exception_ptr& failure) {
   try {
     std::rethrow_exception(failure);
   } catch (const ResultError& error) {
-    return error.Result() == 0 ? -EIO : error.Result();
+    return NegatedCode(error.Result());
   } catch (const FutureCancelled&) {
     return 0;
   } catch (const std::system_error& error) {

@@ -90,22 +90,23 @@ std::exception_ptr SystemError(int code) {
 
 INSTANTIATE_TEST_SUITE_P(
     Results, ResultTest,
-    testing::Values(ResultCase{"NoFailure", nullptr, 0},
-                    ResultCase{"Cancelled", std::make_exception_ptr(FutureCancelled()), 0},
-                    ResultCase{"Result", std::make_exception_ptr(ResultError(-ENOENT, "x")),
-                               -ENOENT},
-                    ResultCase{"ResultZero", std::make_exception_ptr(ResultError(0, "x")), -EIO},
-                    ResultCase{"System", SystemError(EACCES), -EACCES},
-                    ResultCase{"SystemNegative", SystemError(-EACCES), -EACCES},
-                    ResultCase{"SystemZero", SystemError(0), -EIO},
-                    ResultCase{"SystemLeast", SystemError(std::numeric_limits<int>::min()), -EIO},
-                    ResultCase{"Filesystem",
-                               std::make_exception_ptr(std::filesystem::filesystem_error(
-                                   "x", std::make_error_code(std::errc::not_a_directory))),
-                               -ENOTDIR},
-                    ResultCase{"Memory", std::make_exception_ptr(std::bad_alloc()), -ENOMEM},
-                    ResultCase{"Other", std::make_exception_ptr(std::logic_error("x")), -EIO},
-                    ResultCase{"NoStandardException", std::make_exception_ptr(7), -EIO}),
+    testing::Values(
+        ResultCase{"NoFailure", nullptr, 0},
+        ResultCase{"Cancelled", std::make_exception_ptr(FutureCancelled()), 0},
+        ResultCase{"Result", std::make_exception_ptr(ResultError(-ENOENT, "x")), -ENOENT},
+        ResultCase{"ResultPositive", std::make_exception_ptr(ResultError(EACCES, "x")), -EACCES},
+        ResultCase{"ResultZero", std::make_exception_ptr(ResultError(0, "x")), -EIO},
+        ResultCase{"System", SystemError(EACCES), -EACCES},
+        ResultCase{"SystemNegative", SystemError(-EACCES), -EACCES},
+        ResultCase{"SystemZero", SystemError(0), -EIO},
+        ResultCase{"SystemLeast", SystemError(std::numeric_limits<int>::min()), -EIO},
+        ResultCase{"Filesystem",
+                   std::make_exception_ptr(std::filesystem::filesystem_error(
+                       "x", std::make_error_code(std::errc::not_a_directory))),
+                   -ENOTDIR},
+        ResultCase{"Memory", std::make_exception_ptr(std::bad_alloc()), -ENOMEM},
+        ResultCase{"Other", std::make_exception_ptr(std::logic_error("x")), -EIO},
+        ResultCase{"NoStandardException", std::make_exception_ptr(7), -EIO}),
     [](const auto& test) { return test.param.name; });
 
 TEST(FutureCancelled, SaysSo) {
