@@ -34,7 +34,6 @@ class JsonReader {
   const std::string& Path() const { return path_; }
 
   bool IsArray() const;
-  bool IsObject() const;
   bool IsText() const;
 
   std::string Text() const;

@@ -2,6 +2,7 @@
 
 #include <cstdlib>
 #include <optional>
+#include <system_error>
 
 #include "hosts/common/PersistedListMerge.h"
 #include "hosts/common/StateDatabase.h"
@@ -15,7 +16,15 @@ std::filesystem::path AbsoluteLocation(const std::filesystem::path& location) {
         "The state store has an empty name. Name a file with --state, or ':memory:' to keep "
         "nothing.");
   }
-  return location == kMemoryLocation ? location : std::filesystem::absolute(location);
+  if (location == kMemoryLocation) return location;
+  std::error_code error;
+  std::filesystem::path absolute = std::filesystem::absolute(location, error);
+  if (error) {
+    throw StateStoreError("The state store '" + location.native() +
+                          "' cannot be found, for there is no current folder any more: " +
+                          error.message() + ". Name it from the root on, or change the folder.");
+  }
+  return absolute;
 }
 
 std::string_view Find(const StateValues& values, std::string_view key) {
@@ -72,10 +81,6 @@ void StateStore::Commit() {
     StateDatabase database = StateDatabase::OpenOrMake(location_, patience_);
     kept_ = database.Change([this](StateValues& values) { MergePendingInto(values); });
   }
-  pending_.clear();
-}
-
-void StateStore::Discard() {
   pending_.clear();
 }
 

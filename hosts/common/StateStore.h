@@ -83,9 +83,6 @@ class StateStore {
   /// as it was.
   void Commit();
 
-  /// Forgets the buffered changes.
-  void Discard();
-
   /// Reads again what is kept; buffered changes stay. Throws `StateStoreError`.
   void Refresh();
 

@@ -24,7 +24,6 @@ class StyleSet {
   void Set(ornwhatsnew::StyleID style, bool isMember) noexcept {
     if (IsMember(style)) styles_.set(Place(style), isMember);
   }
-  bool IsEmpty() const noexcept { return styles_.none(); }
 
   friend bool operator==(const StyleSet&, const StyleSet&) = default;
 

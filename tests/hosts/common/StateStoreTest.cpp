@@ -57,14 +57,16 @@ TEST_F(StateStoreTest, AnswersWhatWasSetBeforeItIsCommitted) {
   EXPECT_EQ("old", Kept(kOtherKey));
 }
 
-TEST_F(StateStoreTest, DiscardForgetsWhatWasSet) {
-  Keep(kOtherKey, "old");
-  StateStore store(File());
-  store.Set(kOtherKey, "new");
-  store.Discard();
-  store.Commit();
-  EXPECT_EQ("old", store.Get(kOtherKey));
-  EXPECT_EQ("old", Kept(kOtherKey));
+TEST_F(StateStoreTest, ANameBelowAFolderThatIsGoneIsRefused) {
+  const std::filesystem::path before = std::filesystem::current_path();
+  const std::filesystem::path gone = File().parent_path() / "gone";
+  std::filesystem::create_directory(gone);
+  std::filesystem::current_path(gone);
+  std::filesystem::remove(gone);
+  EXPECT_THAT([] { const StateStore store("state.db"); },
+              testing::ThrowsMessage<StateStoreError>(
+                  testing::HasSubstr("Name it from the root on, or change the folder.")));
+  std::filesystem::current_path(before);
 }
 
 TEST_F(StateStoreTest, CallbacksReadAndBuffer) {
