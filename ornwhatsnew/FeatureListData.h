@@ -29,8 +29,8 @@ class PanelFormatter;
 /// the call, a setter the state that it is being told of. A setter that has the list read its state
 /// again (`RefreshInternalSeenState`, `InitWithData`) stores what it was told first: what is read
 /// is taken for all that there is. The platform services that the list asks while it goes through
-/// its items (feature table and queries, dictionary, platform) may ask it as well, but must not
-/// change the list; debug builds assert that.
+/// its items may ask it as well, but must not change it, display it, rate or destroy it. Debug
+/// builds assert both.
 ///
 /// What a callback, a service or an allocation throws comes out of the call unchanged. The list
 /// then is as it was before the call, unless the setter had been told something already or a note
@@ -137,6 +137,10 @@ class ORNWHATSNEW_EXPORT FeatureListData {
   /// Writes what is to be shown; the identities under which that is remembered, none when nothing
   /// is.
   IdentitySet WriteShownFeatures(const DisplayOptions& options, PanelFormatter& panel) const;
+  /// The text that the host keeps under a key.
+  UTF8String AskHost(const UTF8String& key) const;
+  /// Has the host keep a text under a key.
+  void TellHost(const UTF8String& key, const UTF8String& text);
   /// Remembers what was shown and tells the setter.
   void RememberDisplayPass(const IdentitySet& shown);
 
@@ -152,6 +156,8 @@ class ORNWHATSNEW_EXPORT FeatureListData {
   StateSetter stateSetter_;
   /// Walks over the items that are under way; while there are any, the items must stay.
   mutable int walks_ = 0;
+  /// Callbacks that are under way; while there are any, the list must live.
+  mutable int callbacks_ = 0;
 };
 
 }  // namespace ornwhatsnew

@@ -34,7 +34,8 @@ inline constexpr int kTabWidth = 6;                    ///< width of a tab
 inline constexpr int kRightMargin = 26;                ///< margin at the right of the panel
 
 /// Marks of UTF-8 text that stand apart from words: signs, quotation marks, the small triangle,
-/// and the hyphens, dashes and minus signs that writers mix. For hosts that break or tidy lines.
+/// and the hyphens, dashes and minus signs that writers mix. Published as they are; the library
+/// itself does not use them.
 inline constexpr std::array<std::string_view, 12> kTypographicMarks = {
     "\xC2\xB0",      // degree sign
     "\xC2\xAB",      // left-pointing double angle quotation mark

@@ -1,22 +1,21 @@
-// Marks that the items of a list are being walked. The walk asks the host (its feature table, its
-// dictionary), and a host that changed the list from in there would pull it from under the walk.
-#ifndef ORNWHATSNEW_SRC_WALKSCOPE_H_
-#define ORNWHATSNEW_SRC_WALKSCOPE_H_
+// Marks that something is under way in a list: a walk over its items, or a call of the host's.
+#ifndef ORNWHATSNEW_SRC_COUNTEDSCOPE_H_
+#define ORNWHATSNEW_SRC_COUNTEDSCOPE_H_
 
 namespace ornwhatsnew {
 
-/// Counts one walk for as long as it lives.
-class WalkScope {
+/// Counts itself for as long as it lives.
+class CountedScope {
  public:
-  explicit WalkScope(int& walks) : walks_(walks) { ++walks_; }
-  ~WalkScope() { --walks_; }
-  WalkScope(const WalkScope&) = delete;
-  WalkScope& operator=(const WalkScope&) = delete;
+  explicit CountedScope(int& count) : count_(count) { ++count_; }
+  ~CountedScope() { --count_; }
+  CountedScope(const CountedScope&) = delete;
+  CountedScope& operator=(const CountedScope&) = delete;
 
  private:
-  int& walks_;
+  int& count_;
 };
 
 }  // namespace ornwhatsnew
 
-#endif  // ORNWHATSNEW_SRC_WALKSCOPE_H_
+#endif  // ORNWHATSNEW_SRC_COUNTEDSCOPE_H_

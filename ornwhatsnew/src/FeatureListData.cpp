@@ -61,13 +61,16 @@ FeatureListData::FeatureListData(const UTF16String& path,
   InitWithData(LoadDataText(path, *resources));
 }
 
-FeatureListData::~FeatureListData() = default;
+FeatureListData::~FeatureListData() {
+  assert(walks_ == 0);
+  assert(callbacks_ == 0);
+}
 
 void FeatureListData::InitWithData(const UTF8String& dataText) {
   assert(walks_ == 0);
   // Built beside this list and put in its place when nothing can fail any more: a host whose reload
   // fails keeps the list that it has.
-  FeatureListData rebuilt([this](const UTF8String& key) { return stateGetter_(key); },
+  FeatureListData rebuilt([this](const UTF8String& key) { return AskHost(key); },
                           [](const UTF8String&, const UTF8String&) {}, currentVersion_);
   rebuilt.changesSinceVersion_ = changesSinceVersion_;
   rebuilt.RefreshInternalSeenState();

@@ -9,9 +9,9 @@
 #include <orncore/string/Conversion.h>
 #include <ornwhatsnew/FeatureListData.h>
 
+#include "ornwhatsnew/src/CountedScope.h"
 #include "ornwhatsnew/src/KeyOrder.h"
 #include "ornwhatsnew/src/Keywords.h"
-#include "ornwhatsnew/src/WalkScope.h"
 
 namespace ornwhatsnew {
 namespace {
@@ -32,8 +32,9 @@ bool IsUnlockedForOrdering(const FeatureListItem& item) {
   const feature::BetaFeatureMap& table = feature::GetConstBetaFeatureMap();
   const auto entry = table.find(item.BetaFeatureInternalKey());
   if (entry == table.end()) return false;
-  if (!feature::IsFeatureEnabled(item.BetaFeatureInternalKey().c_str())) return false;
+  // Read before the host is asked, which may put another table in this one's place.
   const Visibility visibility = entry->second.GetVisibility();
+  if (!feature::IsFeatureEnabled(item.BetaFeatureInternalKey().c_str())) return false;
   return visibility == Visibility::kPublic ||
          (visibility == Visibility::kInternal &&
           !feature::IsEntitlementSetToInternalFeaturesAllowed());
@@ -72,7 +73,7 @@ void FeatureListData::BubbleUnlockedItemsToTheTop() {
   assert(walks_ == 0);
   MovingKeys leading = {keywords::kUnreviewedSection};
   {
-    const WalkScope walk(walks_);
+    const CountedScope walk(walks_);
     for (const std::string& key : orderedKeys_) {
       // Callers of the public map have always found an entry for every key in the order.
       const auto& item = featureItems_[key];

@@ -1,4 +1,5 @@
 // The panel's text and what comes of showing it.
+#include <cassert>
 #include <memory>
 #include <utility>
 #include <vector>
@@ -6,10 +7,10 @@
 #include <orncore/string/Conversion.h>
 #include <ornwhatsnew/FeatureListData.h>
 
+#include "ornwhatsnew/src/CountedScope.h"
 #include "ornwhatsnew/src/PanelFormatter.h"
 #include "ornwhatsnew/src/StyledTextWriter.h"
 #include "ornwhatsnew/src/VisibilityRules.h"
-#include "ornwhatsnew/src/WalkScope.h"
 
 namespace ornwhatsnew {
 namespace {
@@ -37,6 +38,7 @@ UTF16String FeatureListData::GetFormattedTextForDisplay(const DisplayOptions& op
                                                         std::shared_ptr<RatingMap> ratingItems) {
   runs.clear();
   if (ratingItems != nullptr) ratingItems->clear();
+  assert(walks_ == 0);
   PanelFormatter panel(options, ratingPlaceholder, runs, ratingItems.get());
   panel.WriteHeader(lastVersionSeen_, changesSinceVersion_);
 
@@ -49,7 +51,7 @@ UTF16String FeatureListData::GetFormattedTextForDisplay(const DisplayOptions& op
 
 IdentitySet FeatureListData::WriteShownFeatures(const DisplayOptions& options,
                                                 PanelFormatter& panel) const {
-  const WalkScope walk(walks_);
+  const CountedScope walk(walks_);
   const VisibilityQuestion question(options, seenGuids_, seenVersions_);
   // Of what is asked for by state, most is mostly left out.
   if (!question.AsksForState()) ReserveFor(featureItems_, panel);

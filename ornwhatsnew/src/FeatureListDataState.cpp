@@ -1,13 +1,14 @@
 // What the user has seen and rated: read from the host, asked for, and handed back.
+#include <cassert>
 #include <utility>
 
 #include <ornwhatsnew/FeatureListData.h>
 #include <ornwhatsnew/utility/PersistedList.h>
 #include <ornwhatsnew/utility/TextHelpers.h>
 
+#include "ornwhatsnew/src/CountedScope.h"
 #include "ornwhatsnew/src/Keywords.h"
 #include "ornwhatsnew/src/VisibilityRules.h"
-#include "ornwhatsnew/src/WalkScope.h"
 
 namespace ornwhatsnew {
 namespace {
@@ -20,12 +21,22 @@ VersionSet ParseVersionList(const UTF8String& text) {
 
 }  // namespace
 
+UTF8String FeatureListData::AskHost(const UTF8String& key) const {
+  const CountedScope callback(callbacks_);
+  return stateGetter_(key);
+}
+
+void FeatureListData::TellHost(const UTF8String& key, const UTF8String& text) {
+  const CountedScope callback(callbacks_);
+  stateSetter_(key, text);
+}
+
 void FeatureListData::RefreshInternalSeenState() {
   // All that can fail comes first, so that whatever throws leaves the state as it was.
-  UTF8String lastVersionSeen = stateGetter_(UTF8String(keywords::kLastVersionSeen));
-  VersionSet seenVersions = ParseVersionList(stateGetter_(UTF8String(keywords::kAllVersionsSeen)));
+  UTF8String lastVersionSeen = AskHost(UTF8String(keywords::kLastVersionSeen));
+  VersionSet seenVersions = ParseVersionList(AskHost(UTF8String(keywords::kAllVersionsSeen)));
   seenVersions.insert(currentVersion_);
-  IdentitySet seenGuids = ParseGuidList(stateGetter_(UTF8String(keywords::kAllSeenItems)));
+  IdentitySet seenGuids = ParseGuidList(AskHost(UTF8String(keywords::kAllSeenItems)));
   BubbleUnlockedItemsToTheTop();
 
   lastVersionSeen_ = std::move(lastVersionSeen);
@@ -39,7 +50,7 @@ UTF8String FeatureListData::GetNewSeenState() const {
 }
 
 bool FeatureListData::IsAnythingNew(const DisplayOptions& options) const {
-  const WalkScope walk(walks_);
+  const CountedScope walk(walks_);
   const VisibilityQuestion question(options, seenGuids_, seenVersions_);
   for (const std::string& key : orderedKeys_) {
     const FeatureListItem* const item = FindItem(key);
@@ -53,6 +64,7 @@ bool FeatureListData::IsAnythingNeedingRating() const {
 }
 
 void FeatureListData::MarkItemHasBeenRated(const std::string& featureKey) {
+  assert(walks_ == 0);
   if (IsSpecialCaseSection(featureKey)) return;
   const FeatureListItem* const item = FindItem(featureKey);
   if (item == nullptr) return;
@@ -60,7 +72,7 @@ void FeatureListData::MarkItemHasBeenRated(const std::string& featureKey) {
   const IdentitySet rated = {item->GetItemRatedGuid()};
   const UTF8String seenState = FormatGuidList(seenGuids_, newlySeenGuids_, rated);
   seenGuids_.insert(rated);
-  stateSetter_(key, seenState);
+  TellHost(key, seenState);
 }
 
 void FeatureListData::RememberDisplayPass(const IdentitySet& shown) {
@@ -72,9 +84,9 @@ void FeatureListData::RememberDisplayPass(const IdentitySet& shown) {
   const UTF8String seenState = FormatGuidList(seenGuids_, newlySeenGuids_, shown);
   const UTF8String versions = JoinPersistedList({seenVersions_.begin(), seenVersions_.end()});
   newlySeenGuids_.insert(shown);
-  stateSetter_(seenItemsKey, seenState);
-  stateSetter_(lastVersionKey, currentVersion_);
-  stateSetter_(versionsKey, versions);
+  TellHost(seenItemsKey, seenState);
+  TellHost(lastVersionKey, currentVersion_);
+  TellHost(versionsKey, versions);
 }
 
 }  // namespace ornwhatsnew

@@ -33,15 +33,19 @@ FeatureListItem::FeatureListItem(const std::string& featureJiraIDKey,
 }
 
 void FeatureListItem::AddFeatureDetail(std::shared_ptr<FeatureListDetail> detail) {
-  if (detail->DetailForcingItemToInternalOverride() && !IsSpecialCaseSection(featureJiraIDKey_)) {
+  const bool isDuplicateURL =
+      !detail->GetViewMoreURLOptional().empty() && !GetFeatureViewMoreURL().empty();
+  const bool givesURL = !isDuplicateURL && !detail->HasMalformedURL();
+  // All that can fail comes first, so that a call that failed can be repeated.
+  UTF8String url = givesURL ? detail->GetViewMoreURLOptional() : UTF8String();
+  allChanges_.push_back(std::move(detail));
+
+  FeatureListDetail& change = *allChanges_.back();
+  if (change.DetailForcingItemToInternalOverride() && !IsSpecialCaseSection(featureJiraIDKey_)) {
     itemInternalOverride_ = true;
   }
-  if (!detail->GetViewMoreURLOptional().empty() && !GetFeatureViewMoreURL().empty()) {
-    detail->SetHasDuplicateURL(true);
-  } else if (!detail->HasMalformedURL()) {
-    fields_[kViewMoreURL] = detail->GetViewMoreURLOptional();
-  }
-  allChanges_.push_back(std::move(detail));
+  if (isDuplicateURL) change.SetHasDuplicateURL(true);
+  if (givesURL) fields_[kViewMoreURL] = std::move(url);
 }
 
 void FeatureListItem::MixFeatureIntoGuid(orncore::utility::GuidMixer& mixer) const {

@@ -393,6 +393,11 @@ class Reentrance {
   World& world_;
 };
 
+std::shared_ptr<FeatureListItem> NewItem() {
+  return std::make_shared<FeatureListItem>("NEW", "", "New", "",
+                                           FeatureListItem::Visibility::kPublic);
+}
+
 /// Everything that a callback may do with its list.
 const std::vector<std::function<void(FeatureListData&)>>& AllowedActions() {
   static const std::vector<std::function<void(FeatureListData&)>> kActions = {
@@ -408,11 +413,15 @@ const std::vector<std::function<void(FeatureListData&)>>& AllowedActions() {
       [](FeatureListData& list) { Format(list, kRatingView, "rate"); },
       [](FeatureListData& list) { list.MarkItemHasBeenRated("EPIC-7"); },
       [](FeatureListData& list) { list.InitWithData(LoadedData()); },
-      [](FeatureListData& list) { list.ParseWhatsNewData(""); },
+      [](FeatureListData& list) { list.ParseWhatsNewData(LaterData()); },
+      [](FeatureListData& list) { list.ParseBetaFeatures(); },
       [](FeatureListData& list) { list.RefreshInternalSeenState(); },
       [](FeatureListData& list) { list.BubbleUnlockedItemsToTheTop(); },
+      [](FeatureListData& list) { list.InsertFeatureListItem(NewItem()); },
+      [](FeatureListData& list) { list.EnsureSpecialCaseItemExists("NEW", u"New", u""); },
       [](FeatureListData& list) {
-        list.EnsureSpecialCaseItemExists("MISC", u"Miscellaneous", u"");
+        StyleRunMap runs;
+        list.CaptureStyle(kStyleHeader, u"a", u"b", 0, 0, u"", runs);
       },
   };
   return kActions;
@@ -476,6 +485,38 @@ class MeddlingDictionary : public orncore::config::DictionarySource {
   std::function<void()> meddle_;
 };
 
+/// The features that are there, and queries that do something with a list whenever they are asked.
+class MeddlingFeatures : public ornappsupport::feature::FeatureService {
+ public:
+  explicit MeddlingFeatures(std::function<void()> meddle)
+      : features_(ornappsupport::feature::GetConstBetaFeatureMap()), meddle_(std::move(meddle)) {}
+  const ornappsupport::feature::BetaFeatureMap& GetBetaFeatures() const override {
+    return features_;
+  }
+  bool IsEnabled(std::string_view /*key*/) const override { return Meddle(); }
+  bool IsAvailableForUser(std::string_view /*key*/) const override { return Meddle(); }
+  bool AreInternalFeaturesAllowed() const override { return false; }
+
+ private:
+  bool Meddle() const {
+    meddle_();
+    return true;
+  }
+
+  ornappsupport::feature::BetaFeatureMap features_;
+  std::function<void()> meddle_;
+};
+
+TEST_F(CallbackTest, AServiceThatReplacesItselfWhenAskedLeavesTheListWhole) {
+  World world = MakeWorld();
+  const auto service = std::make_shared<MeddlingFeatures>(
+      [] { ornappsupport::feature::SetFeatureService(nullptr); });
+  ornappsupport::feature::SetFeatureService(service);
+  world.list->BubbleUnlockedItemsToTheTop();
+  EXPECT_FALSE(world.list->GetOrderedFeatureKeys().empty());
+  EXPECT_FALSE(Format(*world.list).text.empty());
+}
+
 TEST_F(CallbackTest, AServiceMayAskTheListThatAsksIt) {
   World world = MakeWorld();
   int asked = 0;
@@ -494,20 +535,42 @@ TEST_F(CallbackDeathTest, AServiceMustNotChangeTheListThatAsksIt) {
 #ifdef NDEBUG
   GTEST_SKIP() << "asserted in debug builds only";
 #else
-  const std::vector<std::function<void(FeatureListData&)>> changes = {
-      [](FeatureListData& list) { list.InitWithData(""); },
-      [](FeatureListData& list) { list.ParseWhatsNewData(""); },
-      [](FeatureListData& list) { list.ParseBetaFeatures(); },
-      [](FeatureListData& list) { list.RefreshInternalSeenState(); },
-      [](FeatureListData& list) { list.BubbleUnlockedItemsToTheTop(); },
-      [](FeatureListData& list) { list.EnsureSpecialCaseItemExists("NEW", u"", u""); },
+  const std::vector<std::function<void(World&)>> changes = {
+      [](World& world) { world.list->InitWithData(""); },
+      [](World& world) { world.list->ParseWhatsNewData(""); },
+      [](World& world) { world.list->ParseBetaFeatures(); },
+      [](World& world) { world.list->RefreshInternalSeenState(); },
+      [](World& world) { world.list->BubbleUnlockedItemsToTheTop(); },
+      [](World& world) { world.list->InsertFeatureListItem(NewItem()); },
+      [](World& world) { world.list->EnsureSpecialCaseItemExists("NEW", u"", u""); },
+      [](World& world) { world.list->MarkItemHasBeenRated("EPIC-7"); },
+      [](World& world) { Format(*world.list); },
+      [](World& world) { world.list = nullptr; },
   };
   for (const auto& change : changes) {
-    World world = MakeWorld();
-    orncore::config::Localizer::Get().SetDictionary(
-        std::make_shared<MeddlingDictionary>([&] { change(*world.list); }));
-    EXPECT_DEATH(Format(*world.list), "walks_ == 0");
+    const FaultHost host;  // takes the services back that meddle with this round's list
+    World world(host);
+    FeatureListData& list = *world.list;
+    const auto meddle = [&] { change(world); };
+    orncore::config::Localizer::Get().SetDictionary(std::make_shared<MeddlingDictionary>(meddle));
+    EXPECT_DEATH(Format(list), "walks_ == 0");
+
+    orncore::config::Localizer::Get().SetDictionary(nullptr);
+    ornappsupport::feature::SetFeatureService(std::make_shared<MeddlingFeatures>(meddle));
+    EXPECT_DEATH(list.IsAnythingNew({}), "walks_ == 0");
   }
+#endif
+}
+
+TEST_F(CallbackDeathTest, ACallbackMustNotDestroyTheListThatCallsIt) {
+#ifdef NDEBUG
+  GTEST_SKIP() << "asserted in debug builds only";
+#else
+  World world = MakeWorld();
+  Reentrance reentrance(world);
+  FeatureListData& list = *reentrance.list;
+  reentrance.inSetter = [&](FeatureListData&) { reentrance.list = nullptr; };
+  EXPECT_DEATH(Format(list), "callbacks_ == 0");
 #endif
 }
 
