@@ -1,39 +1,25 @@
 // A host's first lines: say who is running, load the list, show what is new.
 #include <iostream>
 #include <map>
-#include <memory>
 
-#include <ornappsupport/feature/FeatureService.h>
 #include <orncore/config/ClientInfo.h>
 #include <orncore/string/Conversion.h>
 #include <ornui/utility/ResourceManager.h>
 #include <ornwhatsnew/WhatsNew.h>
 
-using namespace ornwhatsnew;
-namespace feature = ornappsupport::feature;
-
 int main() {
-  // Who is running, and which beta features it has: internal key, epic key, name, description.
+  using namespace ornwhatsnew;
   orncore::config::SetClientInfo(
       std::make_shared<orncore::config::FixedClientInfo>(u"4.3", u"118", "Mac"));
-  const auto features = std::make_shared<feature::FixedFeatureService>();
-  features->Add("herbarium.map",
-                {"ORN-1187", u"Map of finds", u"Every sheet on the map, where it was collected.",
-                 feature::VisibilityInAllClientApps::kPublic},
-                /*enabled=*/true, /*availableForUser=*/true);
-  feature::SetFeatureService(features);
-
-  // Your resources, and your settings: the library keeps three texts there.
   const ornui::utility::FolderResourceManager resources("examples/herbarium");
-  std::map<UTF8String, UTF8String> settings;
+  std::map<UTF8String, UTF8String> settings;  // yours: the library keeps three texts there
   const auto list = GetWhatsNew(
       u"whatsnew.csv", &resources, [&](const UTF8String& key) { return settings[key]; },
       [&](const UTF8String& key, const UTF8String& value) { settings[key] = value; });
 
   const DisplayOptions options = kShowOnlyNew | kFilterRelevantPlatform;
   if (!list->IsAnythingNew(options)) return 0;  // else put a badge on the menu, and once opened:
-
-  StyleRunMap runs;  // which bytes of the text are titles, links, labels
+  StyleRunMap runs;                             // which bytes are titles, links, labels
   const UTF16String text = list->GetFormattedTextForDisplay(options, u"", runs, nullptr);
   std::cout << orncore::string::UTF16to8(text);
 }

@@ -1,11 +1,16 @@
 // The example's hosts are one application seen by different users: they agree on its features.
 #include <filesystem>
 #include <map>
+#include <memory>
+#include <optional>
 #include <set>
 #include <string>
 #include <tuple>
 
 #include <gtest/gtest.h>
+
+#include <orncore/config/Localizer.h>
+#include <ornwhatsnew/FeatureListData.h>
 
 #include "hosts/common/HostDescription.h"
 
@@ -58,9 +63,43 @@ TEST(ExampleHosts, ShowEveryVisibilityAndSwitch) {
   EXPECT_EQ(switches.size(), 4U);
 }
 
-TEST(ExampleHosts, SpeakASecondLanguage) {
+TEST(ExampleHosts, OnlyOneSpeaksASecondLanguage) {
   EXPECT_TRUE(ReadHost("host.json").dictionary.empty());
   EXPECT_GT(ReadHost("host.de.json").dictionary.size(), 20U);
+}
+
+/// A dictionary that notes what it is asked for.
+class AskedKeys : public orncore::config::DictionarySource {
+ public:
+  std::optional<std::string> Find(std::string_view key) const override {
+    keys.emplace(key);
+    return std::nullopt;
+  }
+
+  mutable std::set<std::string> keys;
+};
+
+TEST(ExampleHosts, SpeakItWhereverThePanelHasWords) {
+  const std::set<std::string> withoutWords = {
+      "$$$/ornwhatsnew/Feature/Detail/Plain/DisplayTemplate/Tab",
+      "$$$/ornwhatsnew/Feature/Detail/Plain/DisplayTemplate",
+      "$$$/ornwhatsnew/Feature/Detail/JiraID/displaytemplate",
+      "$$$/private/ornwhatsnew/Feature/Newline",
+      "$$$/ornwhatsnewui/WhatsNewView/SpaceWitDash",
+      "$$$/ornwhatsnewui/WhatsNewView/ParenthesizedCode",
+  };
+  const auto asked = std::make_shared<AskedKeys>();
+  orncore::config::Localizer::Get().SetDictionary(asked);
+  ornwhatsnew::FeatureListData list("", nullptr, nullptr);
+  ornwhatsnew::StyleRunMap runs;
+  list.GetFormattedTextForDisplay({}, {}, runs, nullptr);
+  orncore::config::Localizer::Get().SetDictionary(nullptr);
+
+  const auto dictionary = ReadHost("host.de.json").dictionary;
+  EXPECT_GT(asked->keys.size(), withoutWords.size() + 10);
+  for (const std::string& key : asked->keys) {
+    EXPECT_TRUE(withoutWords.contains(key) || dictionary.contains(key)) << key;
+  }
 }
 
 }  // namespace

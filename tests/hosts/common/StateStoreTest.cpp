@@ -59,7 +59,7 @@ TEST_F(StateStoreTest, AnswersWhatWasSetBeforeItIsCommitted) {
 
 TEST_F(StateStoreTest, ANameBelowAFolderThatIsGoneIsRefused) {
   const std::filesystem::path before = std::filesystem::current_path();
-  const std::filesystem::path gone = File().parent_path() / "gone";
+  const std::filesystem::path gone = folder_.Path() / "gone";
   std::filesystem::create_directory(gone);
   std::filesystem::current_path(gone);
   std::filesystem::remove(gone);
