@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
-# Installs the Debian packages on a clean system, tries them, and takes them away without a trace.
+# Builds the example host with what the Debian packages hold; then installs them on a clean system,
+# tries them, and takes them away without a trace.
 # usage: debian.sh PACKAGES CACHE
 # PACKAGES is the folder with the *.deb files, CACHE a folder in which the clean system is kept for
 # the next time. Exit status 77: it cannot be tried on this machine, and standard output says why.
@@ -13,6 +14,24 @@ skip() {
 packages=$(realpath "$1")
 mkdir -p "$2"
 cache=$(realpath "$2")
+work=$(mktemp -d -p "$cache" work.XXXXXX)
+root=$work/root
+mkdir -m 755 "$root"
+# debootstrap mounts /proc there, and leaves it when it is interrupted or somebody looks at it.
+trap 'umount --lazy "$root/proc" 2>/dev/null || true; rm -rf --one-file-system "$work"' EXIT
+
+# The example host, built as whoever has both packages installed would build it.
+try_development() {
+  local unpacked=$work/unpacked built=$work/built file
+  for file in "$packages"/*.deb; do dpkg-deb --extract "$file" "$unpacked"; done
+  local example=$unpacked/usr/share/ornwhatsnew/examples/host
+  cmake -S "$example" -B "$built" -DCMAKE_PREFIX_PATH="$unpacked/usr" &&
+    cmake --build "$built" && diff "$example/output.txt" <("$built/herbarium")
+}
+
+printf '== building with what the packages hold\n'
+try_development
+
 ((EUID == 0)) || skip 'only root can make a clean system to install the packages on'
 command -v debootstrap >/dev/null || skip 'there is no debootstrap'
 # shellcheck source=/dev/null
@@ -27,11 +46,6 @@ sources() {
   apt-get indextargets --format 'deb $(REPO_URI) $(RELEASE) $(COMPONENT)' \
     'Created-By: Packages' 'Origin: Debian'
 }
-
-root=$(mktemp -d -p "$cache" root.XXXXXX)
-# debootstrap mounts /proc there, and leaves it when it is interrupted or somebody looks at it.
-trap 'umount --lazy --quiet "$root/proc" || true; rm -rf --one-file-system "$root"' EXIT
-chmod 755 "$root"
 
 in_root() { chroot "$root" "$@"; }
 
