@@ -21,6 +21,12 @@ install(FILES
 
 # The pkg-config file finds its prefix from where it lies, so that an installed tree can be moved.
 file(RELATIVE_PATH ORN_PC_PREFIX /${CMAKE_INSTALL_LIBDIR}/pkgconfig /)
+# Static libraries leave it to the consumer to link what they use inside. Of shared ones it is not
+# even mentioned: pkg-config wants to see the files of all that is, linked or not.
+set(ORN_PC_PRIVATE "")
+if(NOT BUILD_SHARED_LIBS)
+  set(ORN_PC_PRIVATE "Requires.private: icu-uc\nLibs.private: -lboost_thread -pthread\n")
+endif()
 configure_file(${CMAKE_CURRENT_LIST_DIR}/ornwhatsnew.pc.in
   ${PROJECT_BINARY_DIR}/package/ornwhatsnew.pc @ONLY)
 install(FILES ${PROJECT_BINARY_DIR}/package/ornwhatsnew.pc

@@ -27,7 +27,8 @@ set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SECTION libdevel)
 set(CPACK_COMPONENT_DEVELOPMENT_DESCRIPTION "Development files of ornwhatsnew
  Headers, CMake package and pkg-config file of the libraries in the package
  ornwhatsnew.")
-set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_DEPENDS "ornwhatsnew (= ${PROJECT_VERSION}-1)")
+set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_DEPENDS
+    "ornwhatsnew (= ${PROJECT_VERSION}-${CPACK_DEBIAN_PACKAGE_RELEASE})")
 if(NOT BUILD_SHARED_LIBS)
   set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_DEPENDS "libicu-dev, libboost-thread-dev")
 endif()

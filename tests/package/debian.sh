@@ -26,7 +26,9 @@ try_development() {
   for file in "$packages"/*.deb; do dpkg-deb --extract "$file" "$unpacked"; done
   local example=$unpacked/usr/share/ornwhatsnew/examples/host
   cmake -S "$example" -B "$built" -DCMAKE_PREFIX_PATH="$unpacked/usr" &&
-    cmake --build "$built" && diff "$example/output.txt" <("$built/herbarium")
+    cmake --build "$built" && diff "$example/output.txt" <("$built/herbarium") &&
+    # With no package beside them: a host of shared libraries needs nothing else.
+    PKG_CONFIG_LIBDIR=$(echo "$unpacked"/usr/lib/*/pkgconfig) pkg-config --cflags --libs ornwhatsnew
 }
 
 printf '== building with what the packages hold\n'
