@@ -93,6 +93,11 @@ TEST(ParagraphWrapper, ACharacterWiderThanTheLineStandsAlone) {
   EXPECT_THAT(Lines(u"\u6C34a\u6C34", 1, {4, 4, 2}), ElementsAre("\u6C34", "a", "\u6C34"));
 }
 
+TEST(ParagraphWrapper, AnEmojiJoinedOfSeveralStandsAlone) {
+  EXPECT_THAT(Lines(u"on \U0001F468\u200D\U0001F469\u200D\U0001F467 foot", 5),
+              ElementsAre("on", "\U0001F468\u200D\U0001F469\u200D\U0001F467", "foot"));
+}
+
 TEST(ParagraphWrapper, ServesOneParagraphAfterTheOther) {
   ParagraphWrapper wrapper(5);
   EXPECT_THAT(wrapper.Wrap(u"one two", {}),
