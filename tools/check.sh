@@ -17,7 +17,7 @@ stage_title() {
     static) echo "clang, static libraries: build and all tests" ;;
     package) echo "Debian packages, on a clean system and off again" ;;
     sanitize) echo "address, undefined: all but the package tests" ;;
-    thread) echo "ThreadSanitizer: the asynchronous read" ;;
+    thread) echo "ThreadSanitizer: what several threads may call" ;;
     valgrind) echo "valgrind: the example's panel" ;;
     growth) echo "callgrind: tenfold rows within twelvefold work" ;;
     fuzz) echo "every fuzzer for some seconds" ;;
@@ -64,8 +64,9 @@ stage_thread() {
     run_tests thread --tests-regex "$thread_tests"
 }
 
-# The only code of ours that runs beside the caller's thread, and its one user.
-thread_tests='(AsyncRead|RecycledMemory|ValidateWhatsNew|ValidateCommand)'
+# What runs beside the caller's thread, its one user, and what any number of threads may call.
+thread_tests='(AsyncRead|Executor|RecycledMemory|ValidateWhatsNew|ValidateCommand|'
+thread_tests+='CommandRegistry|InitializerRegistrar|LogTest|NoDestructor)'
 
 stage_valgrind() {
   configure release && build release --target ornwhatsnew_program &&

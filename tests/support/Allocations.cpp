@@ -132,13 +132,33 @@ bool AllocationFailure::HasHappened() const noexcept {
 
 }  // namespace test_support
 
-// The other forms of the language call these, but for those of over-aligned types, which go their
-// own way both ways.
+// The language's other forms would call these two, but the sanitizers bring their own of each.
+// Those of over-aligned types go their own way both ways.
 void* operator new(std::size_t size) {
   return test_support::Allocate(size);
 }
 
+void* operator new[](std::size_t size) {
+  return test_support::Allocate(size);
+}
+
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
+  try {
+    return test_support::Allocate(size);
+  } catch (const std::bad_alloc&) {
+    return nullptr;
+  }
+}
+
+void* operator new[](std::size_t size, const std::nothrow_t& tag) noexcept {
+  return ::operator new(size, tag);
+}
+
 void operator delete(void* block) noexcept {
+  test_support::GiveBack(block);
+}
+
+void operator delete[](void* block) noexcept {
   test_support::GiveBack(block);
 }
 
@@ -147,4 +167,8 @@ void operator delete(void* block, std::size_t size) noexcept {
     test_support::Die("a block was given back with a size that is not its own\n");
   }
   test_support::GiveBack(block);
+}
+
+void operator delete[](void* block, std::size_t size) noexcept {
+  ::operator delete(block, size);
 }

@@ -33,6 +33,22 @@ TEST_F(Allocations, AreCountedByThread) {
   EXPECT_LE(AllocationsSoFar() - before, 1U) << "more than the thread's own start";
 }
 
+// Sanitizers bring forms of their own, which must not be taken.
+TEST_F(Allocations, AreCountedInEveryForm) {
+  EXPECT_EQ(CountAllocations([] { ::operator delete[](::operator new[](8)); }), 1U);
+  EXPECT_EQ(CountAllocations([] { ::operator delete(::operator new(8, std::nothrow)); }), 1U);
+  EXPECT_EQ(CountAllocations([] { ::operator delete[](::operator new[](8, std::nothrow)); }), 1U);
+}
+
+TEST_F(Allocations, WithoutExceptionsGiveNullWhenTheyFail) {
+  AllocationFailure failure(1, FailureExtent::kAllFrom, FailureThreads::kThis);
+  void* const block = ::operator new(8, std::nothrow);
+  void* const blocks = ::operator new[](8, std::nothrow);
+  failure.Stop();
+  EXPECT_EQ(block, nullptr);
+  EXPECT_EQ(blocks, nullptr);
+}
+
 TEST_F(Allocations, LiveOnesAreThoseNotGivenBack) {
   const std::ptrdiff_t before = LiveAllocations();
   void* const block = ::operator new(8);

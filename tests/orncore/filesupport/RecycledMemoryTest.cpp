@@ -54,7 +54,7 @@ TEST(RecycledMemory, RefusesMoreThanThereCanBe) {
 }
 
 // Whatever lies in the pool is in use meanwhile.
-class EmptyPool : public testing::Test {
+class RecycledMemoryPool : public testing::Test {
  protected:
   static constexpr int kMoreThanThePoolHolds = 32;
 
@@ -75,25 +75,25 @@ class EmptyPool : public testing::Test {
   const std::vector<std::unique_ptr<RecycledMemory>> inUse_ = Take(kMoreThanThePoolHolds, 1);
 };
 
-TEST_F(EmptyPool, RecyclesASmallBuffer) {
+TEST_F(RecycledMemoryPool, RecyclesASmallBuffer) {
   for (const std::size_t capacity : {std::size_t{100'000}, std::size_t{1} << 20}) {
     EXPECT_EQ(AllocationsFor(capacity), 1U) << capacity;
     EXPECT_EQ(AllocationsFor(capacity), 0U) << capacity;
   }
 }
 
-TEST_F(EmptyPool, RecyclesOnlyBuffersThatAreLargeEnough) {
+TEST_F(RecycledMemoryPool, RecyclesOnlyBuffersThatAreLargeEnough) {
   AllocationsFor(100'000);
   EXPECT_EQ(AllocationsFor(100'001), 1U);
   EXPECT_EQ(AllocationsFor(99'999), 0U);
 }
 
-TEST_F(EmptyPool, FreesALargeBufferAtOnce) {
+TEST_F(RecycledMemoryPool, FreesALargeBufferAtOnce) {
   AllocationsFor((std::size_t{1} << 20) + 1);
   EXPECT_EQ(AllocationsFor(1), 1U);
 }
 
-TEST_F(EmptyPool, KeepsAFewBuffersOnly) {
+TEST_F(RecycledMemoryPool, KeepsAFewBuffersOnly) {
   Take(kMoreThanThePoolHolds, 100'000).clear();
   std::vector<std::unique_ptr<RecycledMemory>> taken(kMoreThanThePoolHolds);
   const std::size_t allocations = CountAllocations([&taken] {
@@ -104,7 +104,7 @@ TEST_F(EmptyPool, KeepsAFewBuffersOnly) {
   EXPECT_GT(buffers, taken.size() / 2);
 }
 
-TEST_F(EmptyPool, GrowsByDoubling) {
+TEST_F(RecycledMemoryPool, GrowsByDoubling) {
   RecycledMemory memory(1'000'000);
   memory.Commit(memory.Spare().size());
   memory.Reserve(1);
