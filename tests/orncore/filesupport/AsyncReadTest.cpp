@@ -358,8 +358,8 @@ TEST(Executor, HasAThreadEvenForNone) {
 }
 
 TEST(Executor, RunsFunctionsSideBySide) {
+  std::latch both(2);  // outlives the functions
   Executor executor(2);
-  std::latch both(2);
   for (int i = 0; i < 2; ++i) executor.Submit([&both] { both.arrive_and_wait(); });
   both.wait();
 }
@@ -385,10 +385,10 @@ TEST(Executor, StartsNoThreadBeforeTheFirstFunction) {
     return std::distance(fs::directory_iterator(threads), fs::directory_iterator());
   };
   const auto before = count();
+  std::latch running(1);
+  std::latch mayEnd(1);  // like the other, outlives the function
   Executor executor;
   EXPECT_EQ(count(), before);
-  std::latch running(1);
-  std::latch mayEnd(1);
   executor.Submit([&] {
     running.count_down();
     mayEnd.wait();
