@@ -271,7 +271,7 @@ std::string ManyIdentities() {
 const std::vector<StrangeText>& StrangeTexts() {
   static const std::vector<StrangeText> kTexts = {
       {"NoUTF8", [] { return std::string("\xFF\xFE \xC3 \xED\xA0\x80 \xF5\x80\x80\x80"); }},
-      {"NULs", [] { return std::string("\0 \0\0 a\0b", 9); }},
+      {"NULs", [] { return std::string("\0 \0\0 a\0b", 8); }},
       {"HalfIdentities",
        [] {
          return std::string("00112233-4455-6677 8899aabb-ccdd-eeff 00112233-4455-6677-8899-");

@@ -168,10 +168,8 @@ TEST_F(ProgramFileFaultTest, AStateFolderThatMayNotBeWrittenIsRefused) {
 
 TEST_F(ProgramFileFaultTest, NamesOfTheConsoleMayHoldAnything) {
   const std::string text = common::ReadTextFile(DataFile());
-  for (const char* const name :
-       {"a b.csv", " .csv", "it's \"it\".csv", "line\nfeed.csv", "tab\tand\rreturn.csv",
-        "\xC3\x9C"
-        "bersicht.csv"}) {
+  for (const char* const name : {"a b.csv", " .csv", "it's \"it\".csv", "line\nfeed.csv",
+                                 "tab\tand\rreturn.csv", "\u00DCbersicht.csv"}) {
     const std::string file = folder_.Write(std::filesystem::path("names") / name, text);
     EXPECT_THAT(Validate(file),
                 AllOf(StartsWith("Reading What's New file at \""), HasSubstr("finished")))
