@@ -1,13 +1,13 @@
 // The order of keys: all features touched by changes and moved to the back, then all unlocked and
-// moved to the front. The floor is one pass each way, with a plain table of where each key stands,
-// and knows neither repeated keys nor missing ones.
+// moved to the front. The floor is one pass each way: the moving keys into a table, and then each
+// key of the order looked up and moved, in whatever order it comes.
 #include <algorithm>
 #include <cstddef>
 #include <list>
 #include <random>
 #include <string>
 #include <string_view>
-#include <unordered_map>
+#include <unordered_set>
 #include <vector>
 
 #include <benchmark/benchmark.h>
@@ -43,25 +43,28 @@ void KeyOrder(benchmark::State& state) {
   }
   SetRows(state, Rows(state));
 }
-BENCHMARK(KeyOrder)->RangeMultiplier(10)->Range(1'000, 1'000'000);
+BENCHMARK(KeyOrder)->RangeMultiplier(10)->Range(1'000, 100'000);
 
 void OnePass(benchmark::State& state) {
   const std::vector<std::string> keys = Keys(Rows(state));
   const std::vector<std::string> touched = Shuffled(keys);
   Order order(keys.begin(), keys.end());
+  // The keys then lie in memory as they do for the other benchmark from its second time on.
+  ornwhatsnew::MoveKeysToBack(order, {touched.begin(), touched.end()});
   for (auto _ : state) {
-    for (int way = 0; way < 2; ++way) {
-      std::unordered_map<std::string_view, Order::iterator> places;
-      places.reserve(order.size());
-      for (auto key = order.begin(); key != order.end(); ++key) places.emplace(*key, key);
-      for (const std::string& key : touched) {
-        order.splice(way == 0 ? order.end() : order.begin(), order, places.find(key)->second);
+    for (const bool back : {true, false}) {
+      const std::unordered_set<std::string_view> moving(touched.begin(), touched.end(),
+                                                        touched.size());
+      auto next = order.begin();
+      for (std::size_t left = order.size(); left > 0; --left) {
+        const auto key = next++;
+        if (moving.contains(*key)) order.splice(back ? order.end() : order.begin(), order, key);
       }
     }
   }
   SetRows(state, Rows(state));
 }
-BENCHMARK(OnePass)->Name("Floor.KeyOrder")->RangeMultiplier(10)->Range(1'000, 1'000'000);
+BENCHMARK(OnePass)->Name("Floor.KeyOrder")->RangeMultiplier(10)->Range(1'000, 100'000);
 
 }  // namespace
 }  // namespace benchmarks

@@ -134,13 +134,15 @@ bool IsChangeForRating(const FeatureListDetail& change, SeenIdentities seen,
 
 bool IsChangeShown(const FeatureListDetail& change, const VisibilityQuestion& question,
                    ChangeIdentity& identity) {
+  // First what decides most often: nearly everything is seen, and a walk needs the identities in
+  // any case.
+  if (question.AsksForNewOnly() &&
+      (IsRatingRequestOnly(change) || question.IsSeen(identity.Seen()))) {
+    return false;
+  }
   if (question.Has(kFilterRelevantPlatform) && !IsOnThisPlatform(change, question)) return false;
   if (question.Has(kFilterHeadlinesOnly) && !PassesHeadlineFilter(change)) return false;
   if (question.Has(kFilterRelevantVersion) && !IsRelevantToVersionsRun(change, question)) {
-    return false;
-  }
-  if (question.AsksForNewOnly() &&
-      (IsRatingRequestOnly(change) || question.IsSeen(identity.Seen()))) {
     return false;
   }
   if (question.Has(kRatingView)) return IsChangeForRating(change, question.Seen(), identity);
