@@ -8,6 +8,7 @@
 #include <cerrno>
 #include <cstddef>
 #include <cstring>
+#include <string>
 #include <string_view>
 #include <system_error>
 
@@ -29,10 +30,11 @@ class TextAtPageEnd {
   TextAtPageEnd& operator=(const TextAtPageEnd&) = delete;
 
   /// The same text there, until the next one is put.
-  std::string_view Put(std::string_view text) {
-    char* const to = pages_ + pageSize_ - text.size();
-    std::memcpy(to, text.data(), text.size());
-    return {to, text.size()};
+  template <class Unit>
+  std::basic_string_view<Unit> Put(const std::basic_string<Unit>& text) {
+    char* const to = pages_ + pageSize_ - text.size() * sizeof(Unit);
+    std::memcpy(to, text.data(), text.size() * sizeof(Unit));
+    return {reinterpret_cast<const Unit*>(to), text.size()};
   }
 
  private:

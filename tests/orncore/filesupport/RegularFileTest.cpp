@@ -93,6 +93,12 @@ TEST_F(RegularFileTest, ReadsAFileWithAnyName) {
   }
 }
 
+TEST_F(RegularFileTest, IsNotMisledByAnErrorOfBefore) {
+  const fs::path path = folder_.Write("file", "read");
+  errno = EINTR;
+  EXPECT_EQ(Text(*ReadRegularFile(path)), "read");
+}
+
 TEST_F(RegularFileTest, FailsOnAMissingFile) {
   EXPECT_EQ(ResultOf(folder_.Path() / "missing"), -ENOENT);
   EXPECT_EQ(ResultOf(""), -ENOENT);

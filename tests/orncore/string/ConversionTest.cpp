@@ -11,6 +11,7 @@
 #include <gtest/gtest.h>
 
 #include "tests/support/Allocations.h"
+#include "tests/support/TextAtPageEnd.h"
 
 namespace orncore::string {
 namespace {
@@ -375,6 +376,23 @@ TEST(Conversion, TakesDefaultViews) {
   EXPECT_EQ(UTF8Length(std::u16string_view()), 0U);
   EXPECT_TRUE(IsAscii(std::string_view()));
   EXPECT_TRUE(IsWellFormedUTF8(std::string_view()));
+}
+
+TEST(Conversion, ReadsNothingBehindATextWhateverItEndsWith) {
+  test_support::TextAtPageEnd memory;
+  for (const std::string& end : {"x"s, "\xC3\xA9"s, "\xF0\x9F\x98\x80"s, "\xC3"s, "\xF0\x9F"s}) {
+    const std::string text = "some text and " + end;
+    const std::string_view there = memory.Put(text);
+    EXPECT_EQ(UTF8to16(there), PlainUTF8to16(text));
+    EXPECT_EQ(IsWellFormedUTF8(there), PlainUTF16to8(PlainUTF8to16(text)) == text);
+    EXPECT_EQ(AsciiToUTF16(there), AsciiToUTF16(text));
+    EXPECT_EQ(IsAscii(there), end == "x");
+  }
+  for (const std::u16string& end : {u"x"s, u"\u00E9"s, u"\U0001F600"s, u"\xD83D"s}) {
+    const std::u16string text = u"some text and " + end;
+    const std::u16string_view there = memory.Put(text);
+    EXPECT_EQ(UTF16to8(there), PlainUTF16to8(text));
+  }
 }
 
 TEST(Conversion, WidensAscii) {
