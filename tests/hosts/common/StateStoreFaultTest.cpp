@@ -17,6 +17,7 @@
 #include "hosts/common/StateDatabase.h"
 #include "hosts/common/StateStore.h"
 #include "hosts/common/TextFile.h"
+#include "tests/hosts/common/StoreErrorOf.h"
 #include "tests/support/ChildProcess.h"
 #include "tests/support/TemporaryFolder.h"
 
@@ -40,16 +41,6 @@ std::map<std::string, std::string> Content(const std::filesystem::path& folder) 
   return content;
 }
 
-/// The message of the error that `work` ends with; empty when there is none.
-std::string ErrorOf(const std::function<void()>& work) {
-  try {
-    work();
-  } catch (const StateStoreError& error) {
-    return error.what();
-  }
-  return {};
-}
-
 class StateStoreFaultTest : public testing::Test {
  protected:
   std::filesystem::path File() const { return folder_.Path() / "state.db"; }
@@ -65,10 +56,10 @@ class StateStoreFaultTest : public testing::Test {
     const auto before = Content(folder_.Path());
     const auto isClear = AllOf(HasSubstr("'" + File().native() + "'"),
                                HasSubstr(std::string(reason)), HasSubstr("--state"));
-    EXPECT_THAT(ErrorOf([&] { StateStore store(File()); }), isClear);
+    EXPECT_THAT(StoreErrorOf([&] { StateStore store(File()); }), isClear);
     const auto change = [](StateValues& values) { values["new key"] = "text"; };
     EXPECT_THAT(
-        ErrorOf([&] { StateDatabase::OpenOrMake(File(), milliseconds(50)).Change(change); }),
+        StoreErrorOf([&] { StateDatabase::OpenOrMake(File(), milliseconds(50)).Change(change); }),
         isClear);
     EXPECT_TRUE(before == Content(folder_.Path())) << "a file was changed";
   }
@@ -152,13 +143,13 @@ TEST_F(StateStoreFaultTest, RefusesAPipeWithoutWaitingForIt) {
 }
 
 TEST_F(StateStoreFaultTest, RefusesADevice) {
-  EXPECT_THAT(ErrorOf([] { StateStore store("/dev/full"); }), HasSubstr("no regular file"));
+  EXPECT_THAT(StoreErrorOf([] { StateStore store("/dev/full"); }), HasSubstr("no regular file"));
 }
 
 TEST_F(StateStoreFaultTest, RefusesANameBelowAFile) {
   folder_.Write("file", "x");
   const std::filesystem::path below = folder_.Path() / "file" / "state.db";
-  const std::string error = ErrorOf([&] {
+  const std::string error = StoreErrorOf([&] {
     StateStore store(below);
     store.Set(kKey, "text");
     store.Commit();
@@ -187,9 +178,9 @@ TEST_F(StateStoreFaultTest, WaitsABoundedTimeForAWriterThatHangs) {
   store.Set(kKey, "new");
   const auto isClear = AllOf(HasSubstr("held by another program"), HasSubstr("within 0.1 s"),
                              HasSubstr(File().native()));
-  EXPECT_THAT(ErrorOf([&] { store.Commit(); }), isClear);
-  EXPECT_THAT(ErrorOf([&] { store.Refresh(); }), isClear);
-  EXPECT_THAT(ErrorOf([&] { store.Reset(); }), isClear);
+  EXPECT_THAT(StoreErrorOf([&] { store.Commit(); }), isClear);
+  EXPECT_THAT(StoreErrorOf([&] { store.Refresh(); }), isClear);
+  EXPECT_THAT(StoreErrorOf([&] { store.Reset(); }), isClear);
   EXPECT_EQ("new", store.Get(kKey));
   holder.LetGo();
   EXPECT_EQ("old", StateStore(File()).Get(kKey));
@@ -203,7 +194,7 @@ TEST_F(StateStoreFaultTest, CanBeReadWhileAnotherProgramPreparesToWrite) {
   StateStore store(File(), milliseconds(100));
   EXPECT_EQ("old", store.Get(kKey));
   store.Set(kKey, "new");
-  EXPECT_THAT(ErrorOf([&] { store.Commit(); }), HasSubstr("held by another program"));
+  EXPECT_THAT(StoreErrorOf([&] { store.Commit(); }), HasSubstr("held by another program"));
 }
 
 TEST_F(StateStoreFaultTest, WaitsForAReaderBeforeItCommits) {
@@ -211,7 +202,7 @@ TEST_F(StateStoreFaultTest, WaitsForAReaderBeforeItCommits) {
   Holder reader(File(), "BEGIN; SELECT * FROM kept_value");
   StateStore store(File(), milliseconds(100));
   store.Set(kKey, "new");
-  EXPECT_THAT(ErrorOf([&] { store.Commit(); }), HasSubstr("held by another program"));
+  EXPECT_THAT(StoreErrorOf([&] { store.Commit(); }), HasSubstr("held by another program"));
   reader.LetGo();
   store.Commit();
   EXPECT_EQ("new", StateStore(File()).Get(kKey));
@@ -229,7 +220,7 @@ TEST_F(StateStoreFaultTest, AFullDiskLosesNothing) {
     store.Set(kAllSeenItemsKey, "a b");
     store.Set(kKey, std::string(1'000'000, 'x'));
     ::setrlimit(RLIMIT_FSIZE, &small);
-    const std::string error = ErrorOf([&] { store.Commit(); });
+    const std::string error = StoreErrorOf([&] { store.Commit(); });
     EXPECT_THAT(error,
                 AllOf(HasSubstr("could not be"), HasSubstr(File().native()), HasSubstr("--state")));
     EXPECT_EQ("old", StateStore(File()).Get(kKey));
@@ -260,7 +251,7 @@ TEST_F(StateStoreFaultTest, AReadOnlyFolderCanBeReadAndNotWritten) {
     StateStore store(File());
     EXPECT_EQ("old", store.Get(kKey));
     store.Set(kKey, "new");
-    const std::string error = ErrorOf([&] { store.Commit(); });
+    const std::string error = StoreErrorOf([&] { store.Commit(); });
     EXPECT_THAT(error,
                 AllOf(HasSubstr("writing"), HasSubstr(File().native()), HasSubstr("--state")));
     return !testing::Test::HasFailure();
@@ -276,7 +267,7 @@ TEST_F(StateStoreFaultTest, AFolderThatCannotBeMadeIsNamed) {
     StateStore store(folder / "state.db");
     store.Set(kKey, "new");
     EXPECT_THAT(
-        ErrorOf([&] { store.Commit(); }),
+        StoreErrorOf([&] { store.Commit(); }),
         AllOf(HasSubstr(folder.native()), HasSubstr("Permission denied"), HasSubstr("--state")));
     return !testing::Test::HasFailure();
   }));
@@ -288,7 +279,7 @@ TEST_F(StateStoreFaultTest, AStoreThatMayNotBeReadIsNamed) {
   std::filesystem::permissions(File(), std::filesystem::perms{0000});
   std::filesystem::permissions(folder_.Path(), std::filesystem::perms{0755});
   EXPECT_TRUE(AsOrdinaryUser([this] {
-    EXPECT_THAT(ErrorOf([&] { StateStore store(File()); }),
+    EXPECT_THAT(StoreErrorOf([&] { StateStore store(File()); }),
                 AllOf(HasSubstr(File().native()), HasSubstr("--state")));
     return !testing::Test::HasFailure();
   }));

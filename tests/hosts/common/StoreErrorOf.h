@@ -1,0 +1,24 @@
+// What tests of failing stores share.
+#ifndef TESTS_HOSTS_COMMON_STOREERROROF_H_
+#define TESTS_HOSTS_COMMON_STOREERROROF_H_
+
+#include <string>
+
+#include "hosts/common/StateStore.h"
+
+namespace hosts::common {
+
+/// The message of the `StateStoreError` that `work` ends with; empty when there is none.
+template <class Work>
+std::string StoreErrorOf(const Work& work) {
+  try {
+    work();
+  } catch (const StateStoreError& error) {
+    return error.what();
+  }
+  return {};
+}
+
+}  // namespace hosts::common
+
+#endif  // TESTS_HOSTS_COMMON_STOREERROROF_H_
