@@ -9,10 +9,11 @@
 #include <cstdlib>
 #include <filesystem>
 #include <iostream>
-#include <memory>
+#include <optional>
 #include <random>
 #include <string>
 #include <thread>
+#include <utility>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -104,46 +105,61 @@ std::chrono::microseconds TimeToKill(std::mt19937& random) {
   return std::chrono::microseconds(random() % (isEarly ? 2'000 : 50'000));
 }
 
+/// One store, and what is known to be kept in it.
+class KilledStore {
+ public:
+  explicit KilledStore(std::filesystem::path file) : file_(std::move(file)) { kept_.fill(-1); }
+
+  /// Lets the writers go on from where they are and kills them. Answers how many passes they added.
+  int KillWriters(std::chrono::microseconds timeToKill) {
+    std::vector<Writer> writers;
+    for (int i = 0; i < kWriters; ++i) {
+      writers.emplace_back(file_, i, kept_[static_cast<std::size_t>(i)] + 1);
+    }
+    std::this_thread::sleep_for(timeToKill);
+    std::array<int, kWriters> acknowledged{};
+    for (std::size_t i = 0; i < kWriters; ++i) acknowledged[i] = writers[i].KillAndRead(kept_[i]);
+    return ExpectKept(acknowledged);
+  }
+
+ private:
+  /// Whole passes only, and none missing of those that were acknowledged.
+  int ExpectKept(const std::array<int, kWriters>& acknowledged) {
+    const StateStore store(file_);
+    const std::string seen = store.Get(kAllSeenItemsKey);
+    EXPECT_EQ(seen, store.Get(kAllVersionsSeenKey));
+    const std::vector<std::string_view> pieces = ornwhatsnew::SplitPersistedList(seen);
+    const std::string lastVersion = store.Get(kLastVersionSeenKey);
+    EXPECT_EQ(pieces.empty(), lastVersion.empty());
+    EXPECT_TRUE(pieces.empty() || std::ranges::binary_search(pieces, lastVersion));
+    int passes = 0;
+    for (std::size_t i = 0; i < kWriters; ++i) {
+      const int last = LastWholePass(pieces, static_cast<int>(i));
+      EXPECT_GE(last, acknowledged[i]) << "an acknowledged pass is missing";
+      EXPECT_LE(last, acknowledged[i] + 1);
+      passes += last - std::exchange(kept_[i], last);
+    }
+    return passes;
+  }
+
+  std::filesystem::path file_;
+  std::array<int, kWriters> kept_{};
+};
+
 TEST(StateStoreKill, EveryKillLeavesAStateThatAWholePassProduced) {
   const test_support::TemporaryFolder folder;
   std::mt19937 random(kSeed);
   SCOPED_TRACE(testing::Message() << "seed " << kSeed);
-  std::array<int, kWriters> kept{};
-  std::filesystem::path file;
+  std::optional<KilledStore> store;
+  int kills = 0;
   int passes = 0;
-  for (int kill = 0; kill < test_support::KillsWanted(kKills) && !testing::Test::HasFailure();
-       kill += kWriters) {
+  for (; kills < test_support::KillsWanted(kKills) && !testing::Test::HasFailure();
+       kills += kWriters) {
     // A new store now and then, so that the making of one is killed, too.
-    if (kill % 20 == 0) {
-      file = folder.Path() / std::to_string(kill) / "state.db";
-      kept.fill(-1);
-    }
-    std::vector<Writer> writers;
-    for (int i = 0; i < kWriters; ++i) {
-      writers.emplace_back(file, i, kept[static_cast<std::size_t>(i)] + 1);
-    }
-    std::this_thread::sleep_for(TimeToKill(random));
-    std::array<int, kWriters> acknowledged{};
-    for (std::size_t i = 0; i < kWriters; ++i) acknowledged[i] = writers[i].KillAndRead(kept[i]);
-
-    const StateStore store(file);
-    const std::string seen = store.Get(kAllSeenItemsKey);
-    EXPECT_EQ(seen, store.Get(kAllVersionsSeenKey));
-    const std::vector<std::string_view> pieces = ornwhatsnew::SplitPersistedList(seen);
-    for (int i = 0; i < kWriters; ++i) {
-      const auto place = static_cast<std::size_t>(i);
-      const int last = LastWholePass(pieces, i);
-      EXPECT_GE(last, acknowledged[place]) << "an acknowledged pass is missing";
-      EXPECT_LE(last, acknowledged[place] + 1);
-      passes += last - kept[place];
-      kept[place] = last;
-    }
-    const std::string lastVersion = store.Get(kLastVersionSeenKey);
-    EXPECT_EQ(pieces.empty(), lastVersion.empty());
-    EXPECT_TRUE(pieces.empty() || std::ranges::binary_search(pieces, lastVersion));
+    if (kills % 20 == 0) store.emplace(folder.Path() / std::to_string(kills) / "state.db");
+    passes += store->KillWriters(TimeToKill(random));
   }
-  std::cout << test_support::KillsWanted(kKills) << " kills, " << passes << " passes kept"
-            << std::endl;
+  std::cout << kills << " killed, " << passes << " passes kept" << std::endl;
   EXPECT_GT(passes, 0);
 }
 

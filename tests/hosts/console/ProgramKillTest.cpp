@@ -5,6 +5,7 @@
 // ORNWHATSNEW_TEST_KILLS sets the number of kills.
 #include <algorithm>
 #include <chrono>
+#include <csignal>
 #include <cstdint>
 #include <filesystem>
 #include <iostream>
@@ -54,6 +55,14 @@ struct Edition {
   Pieces shown;
 };
 
+using Processes = std::vector<std::unique_ptr<ChildProcess>>;
+
+/// What programs that ended well have told their users is kept.
+struct Acknowledged {
+  Pieces versions;
+  Pieces identities;
+};
+
 class ProgramKillTest : public ProgramTest {
  protected:
   ProgramKillTest() {
@@ -92,6 +101,46 @@ class ProgramKillTest : public ProgramTest {
     return {"rate", "EPIC-7", edition.data, "--host", edition.host, "--state", store};
   }
 
+  /// Starts one program for each edition that shows it, and behind them one that rates.
+  Processes StartPrograms(const std::filesystem::path& store, const Edition& rating) const {
+    Processes processes;
+    for (const Edition& edition : editions_) {
+      processes.push_back(
+          std::make_unique<ChildProcess>(ProgramFile(), Call(ShowWords(edition, store))));
+    }
+    processes.push_back(
+        std::make_unique<ChildProcess>(ProgramFile(), Call(RateWords(rating, store))));
+    return processes;
+  }
+
+  /// Starts programs and kills them in any order; notes what those acknowledged that ended first.
+  void KillOneRound(const std::filesystem::path& store, std::mt19937& random,
+                    Acknowledged& acknowledged) {
+    const Processes processes = StartPrograms(store, editions_[random() % kHosts]);
+    const auto begin = std::chrono::steady_clock::now();
+    std::vector<std::size_t> order(processes.size());
+    std::iota(order.begin(), order.end(), std::size_t{0});
+    std::ranges::shuffle(order, random);
+    auto place = order.begin();
+    for (const std::chrono::microseconds time : TimesToKill(random, processes.size())) {
+      std::this_thread::sleep_until(begin + time);
+      processes[*place]->Kill();
+      const int status = processes[*place]->Wait().exitStatus;
+      EXPECT_TRUE(status == 0 || status == -SIGKILL) << status;
+      ++(status == 0 ? ended_ : killed_);
+      if (status == 0) Note(*place, acknowledged);
+      ++place;
+    }
+  }
+
+  /// What the program acknowledged that stands at this place of a round.
+  void Note(std::size_t place, Acknowledged& acknowledged) const {
+    const bool isRating = place == editions_.size();
+    const Pieces& identities = isRating ? rated_ : editions_[place].shown;
+    acknowledged.identities.insert(identities.begin(), identities.end());
+    if (!isRating) acknowledged.versions.insert(editions_[place].version);
+  }
+
   /// The store holds nothing but whole passes and perhaps a rating.
   void ExpectWholePasses(const StateStore& store) const {
     const Pieces seen = PiecesOf(store, common::kAllSeenItemsKey);
@@ -125,68 +174,37 @@ class ProgramKillTest : public ProgramTest {
   std::vector<Edition> editions_;
   Pieces rated_;
   std::chrono::microseconds runTime_{};
+  int killed_ = 0;
+  int ended_ = 0;
 };
 
 TEST_F(ProgramKillTest, EveryKillLeavesWholePassesAndEveryThingAcknowledged) {
   SCOPED_TRACE(testing::Message() << "seed " << kSeed);
   std::mt19937 random(kSeed);
-  int killed = 0;
-  int ended = 0;
+  Acknowledged acknowledged;
   std::filesystem::path file;
-  Pieces acknowledgedVersions;
-  Pieces acknowledgedIdentities;
-  for (int round = 0; killed < test_support::KillsWanted(kKills) && !HasFailure(); ++round) {
+  for (int round = 0; killed_ < test_support::KillsWanted(kKills) && !HasFailure(); ++round) {
     if (round % 4 == 0) {
       file = folder_.Path() / "killed" / std::to_string(round) / "state.db";
-      acknowledgedVersions.clear();
-      acknowledgedIdentities.clear();
+      acknowledged = {};
     }
-    std::vector<std::unique_ptr<ChildProcess>> processes;
-    for (const Edition& edition : editions_) {
-      processes.push_back(
-          std::make_unique<ChildProcess>(ProgramFile(), Call(ShowWords(edition, file))));
-    }
-    processes.push_back(std::make_unique<ChildProcess>(
-        ProgramFile(), Call(RateWords(editions_[random() % kHosts], file))));
-    const auto begin = std::chrono::steady_clock::now();
-    const auto times = TimesToKill(random, processes.size());
-    std::vector<std::size_t> order(processes.size());
-    std::iota(order.begin(), order.end(), std::size_t{0});
-    std::ranges::shuffle(order, random);
-    for (std::size_t next = 0; next < order.size(); ++next) {
-      const std::size_t i = order[next];
-      std::this_thread::sleep_until(begin + times[next]);
-      processes[i]->Kill();
-      const int status = processes[i]->Wait().exitStatus;
-      ASSERT_TRUE(status == 0 || status == -9) << status;
-      ++(status == 0 ? ended : killed);
-      if (status != 0) continue;
-      const bool isRating = i == editions_.size();
-      const Pieces& identities = isRating ? rated_ : editions_[i].shown;
-      acknowledgedIdentities.insert(identities.begin(), identities.end());
-      if (!isRating) acknowledgedVersions.insert(editions_[i].version);
-    }
+    KillOneRound(file, random, acknowledged);
     const StateStore store(file);
     ExpectWholePasses(store);
-    EXPECT_TRUE(Includes(PiecesOf(store, common::kAllSeenItemsKey), acknowledgedIdentities));
-    EXPECT_TRUE(Includes(PiecesOf(store, common::kAllVersionsSeenKey), acknowledgedVersions));
+    EXPECT_TRUE(Includes(PiecesOf(store, common::kAllSeenItemsKey), acknowledged.identities));
+    EXPECT_TRUE(Includes(PiecesOf(store, common::kAllVersionsSeenKey), acknowledged.versions));
   }
-  std::cout << killed << " killed, " << ended << " ended first" << std::endl;
-  EXPECT_GT(ended, 0) << "nothing was acknowledged that could have been lost";
+  std::cout << killed_ << " killed, " << ended_ << " ended first" << std::endl;
+  EXPECT_GT(ended_, 0) << "nothing was acknowledged that could have been lost";
 }
 
 TEST_F(ProgramKillTest, ProgramsAtOnceLoseNothing) {
   const std::filesystem::path file = folder_.Path() / "together.db";
   for (int round = 0; round < 5; ++round) {
     std::filesystem::remove(file);
-    std::vector<std::unique_ptr<ChildProcess>> processes;
-    for (const Edition& edition : editions_) {
-      processes.push_back(
-          std::make_unique<ChildProcess>(ProgramFile(), Call(ShowWords(edition, file))));
+    for (const auto& process : StartPrograms(file, editions_.front())) {
+      EXPECT_EQ(0, process->Wait().exitStatus);
     }
-    processes.push_back(
-        std::make_unique<ChildProcess>(ProgramFile(), Call(RateWords(editions_.front(), file))));
-    for (const auto& process : processes) EXPECT_EQ(0, process->Wait().exitStatus);
     const StateStore store(file);
     const Pieces seen = PiecesOf(store, common::kAllSeenItemsKey);
     EXPECT_TRUE(Includes(seen, rated_));
