@@ -1,5 +1,6 @@
 # shellcheck shell=bash
-# Part of ./dev: how well the tests look - what they run through, and what they notice.
+# Part of ./dev: how well the tests look - what they run through, what they notice, and what they
+# stand.
 
 # The library and the platform; programs and tests are not measured.
 measured_folders=(orncore ornappsupport ornui ornwhatsnew)
@@ -28,4 +29,31 @@ command_coverage() {
 command_mutation() {
   ensure_packages check
   nice -n 10 python3 tests/mutation/run.py "$@"
+}
+
+# The tests kill a few hundred processes each; this is for many more. The programs are run directly,
+# since CTest would end them after the time that the few hundred are given.
+command_kills() {
+  local kills=${1:-10000}
+  (($# <= 1)) || fail "kills takes one number; ./dev help lists the commands"
+  [[ $kills =~ ^[1-9][0-9]{0,6}$ ]] || fail "\"$kills\" is no number of kills"
+  ensure_packages build
+  configure release
+  say "Building the tests that kill into build/release"
+  build release --target hosts_common_tests hosts_console_tests
+  say "Killing $kills programs, and as many writers of the state store"
+  kill_in hosts_common_tests StateStoreKill "$kills"
+  kill_in hosts_console_tests ProgramKillTest "$kills"
+}
+
+# Runs the test "EveryKill..." of a suite and prints the line in which it reports its counts.
+kill_in() {
+  local program=$1 suite=$2 kills=$3 log
+  log=$(log_file "kills-$suite")
+  if ! ORNWHATSNEW_TEST_KILLS=$kills "build/release/bin/$program" \
+    --gtest_filter="$suite.EveryKill*" >"$log" 2>&1; then
+    cat "$log" >&2
+    fail "something was lost; $log says what"
+  fi
+  printf '%-17s %s\n' "$suite" "$(grep -E '^[0-9]+ killed, ' "$log")"
 }

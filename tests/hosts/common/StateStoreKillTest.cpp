@@ -1,7 +1,7 @@
 // Programs killed in the middle of their work. After each kill the store must open again, hold
 // whole display passes only, and lack none that a program was told is kept.
 //
-// ORNWHATSNEW_TEST_KILLS sets the number of kills.
+// ORNWHATSNEW_TEST_KILLS sets the number of kills; `./dev kills` sets it high.
 #include <algorithm>
 #include <array>
 #include <chrono>

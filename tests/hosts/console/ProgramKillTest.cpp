@@ -2,7 +2,7 @@
 // After each round the store must open, hold whole passes only, and lack nothing of a program that
 // ended well.
 //
-// ORNWHATSNEW_TEST_KILLS sets the number of kills.
+// ORNWHATSNEW_TEST_KILLS sets the number of kills; `./dev kills` sets it high.
 #include <algorithm>
 #include <chrono>
 #include <csignal>
