@@ -16,6 +16,7 @@
 
 #include "tests/faults/FaultWorld.h"
 #include "tests/support/Allocations.h"
+#include "tests/support/Builders.h"
 #include "tests/support/Matchers.h"
 #include "tests/support/TemporaryFolder.h"
 
@@ -195,6 +196,31 @@ TEST_F(MemoryTest, InsertingAnItem) {
         "An item of the host, with a long key", "feature.export.for.everybody",
         "A name of the host's own, and a long one", "", FeatureListItem::Visibility::kPublic));
   });
+}
+
+TEST_F(MemoryTest, AddingAChangeToAnItem) {
+  const auto change = test_support::MakeDetail({.version = "25.3",
+                                                .salience = "HideBetaFeatureFromExternal",
+                                                .url = "https://help.tarsa.example/added",
+                                                .description = "A change that the host adds"});
+  // One item has a URL already, the other takes that of the change.
+  for (const char* const key : {"EPIC-7", "ORN-1000000000000000"}) {
+    SCOPED_TRACE(key);
+    ExpectAllOrNothing([&](World& world) {
+      change->SetHasDuplicateURL(false);
+      world.list->GetFeatureItems().at(key)->AddFeatureDetail(change);
+    });
+  }
+}
+
+TEST_F(MemoryTest, AChangeThatCouldNotBeAddedIsNotMarked) {
+  const auto change = test_support::MakeDetail({.url = "https://help.tarsa.example/added"});
+  FailEach(
+      [&](World& world) {
+        change->SetHasDuplicateURL(false);
+        world.list->GetFeatureItems().at("EPIC-7")->AddFeatureDetail(change);
+      },
+      [&](World&) { EXPECT_FALSE(change->HasDuplicateURL()); });
 }
 
 TEST_F(MemoryTest, BubblingTheUnlockedItems) {
