@@ -50,8 +50,11 @@ class ValidateCommand {
     ReadFuture read = orncore::filesupport::ReadFileToRecycledMemory(file_);
     const auto reported = read.Then(orncore::filesupport::GetDefaultExecutor(),
                                     [this](const ReadFuture& completed) { Report(completed); });
-    orncore::filesupport::WaitForUntypedUntil(
+    const bool isInTime = orncore::filesupport::WaitForUntypedUntil(
         reported, std::chrono::steady_clock::now() + kReadDeadline, true);
+    if (isInTime) return;
+    // The read was cancelled, which shall not go by unnoticed.
+    if (const std::exception_ptr failure = reported.Failure()) std::rethrow_exception(failure);
   }
 
  private:

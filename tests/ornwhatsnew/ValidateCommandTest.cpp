@@ -1,7 +1,9 @@
 #include <cerrno>
+#include <chrono>
 #include <filesystem>
 #include <sstream>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -10,11 +12,13 @@
 #include <orncore/console/CommandRegistry.h>
 #include <orncore/debug/DebugDatabase.h>
 #include <orncore/debug/Log.h>
+#include <orncore/filesupport/AsyncRead.h>
 #include <orncore/string/Conversion.h>
 #include <ornwhatsnew/FeatureListData.h>
 
 #include "tests/support/Builders.h"
 #include "tests/support/FakeHost.h"
+#include "tests/support/HastyClock.h"
 #include "tests/support/TemporaryFolder.h"
 
 namespace ornwhatsnew {
@@ -28,6 +32,8 @@ using orncore::string::UTF16to8;
 using orncore::string::UTF8to16;
 using test_support::DataFile;
 using test_support::TemporaryFolder;
+
+constexpr std::chrono::seconds kLongPatience{20};
 
 class ValidateCommand : public test_support::FakeHostTest {
  protected:
@@ -44,6 +50,19 @@ class ValidateCommand : public test_support::FakeHostTest {
     std::basic_ostringstream<char16_t> output;
     result_ = CommandRegistry::Instance().RunLine(UTF8to16("ValidateWhatsNew " + argument), output);
     return UTF16to8(output.str());
+  }
+
+  // The same while a day passes, in which the read does not begin: the thread that reads is kept
+  // busy until the command has seen the time, and for `patience` more, in which it can give up.
+  std::string ValidateForADay(const std::string& argument, std::chrono::milliseconds patience) {
+    // The time from which the command counts, and the one at which it looks then.
+    constexpr int kLooks = 2;
+    const test_support::HastyClock clock;
+    orncore::filesupport::GetDefaultExecutor().Submit([&clock, patience] {
+      clock.WaitForLooks(kLooks);
+      std::this_thread::sleep_for(patience);
+    });
+    return Validate(argument);
   }
 
   std::string Path(const char* name) const { return (folder_.Path() / name).string(); }
@@ -150,6 +169,24 @@ TEST_F(ValidateCommand, LogsAnExceptionOfTheParseAndReportsNoFinish) {
   EXPECT_EQ(Validate(folder_.Write("data.csv", "").string()), "");
   EXPECT_EQ(result_, 0);
   EXPECT_NE(logged.find("store out of order"), std::string::npos) << logged;
+}
+
+TEST_F(ValidateCommand, LogsThatTheReadWasCancelledAndReportsNoFinish) {
+  const std::string path = folder_.Write("data.csv", DataFile().Row({}).Text()).string();
+  std::string logged;
+  orncore::debug::SetLogSink([&logged](std::string_view line) { logged += line; });
+  // On a busy machine the read may begin before the command has given it up; then it just finishes.
+  std::string output = "not yet";
+  for (std::chrono::milliseconds patience{1}; !output.empty() && patience < kLongPatience;
+       patience *= 2) {
+    logged.clear();
+    output = ValidateForADay(path, patience);
+  }
+  EXPECT_EQ(output, "");
+  EXPECT_EQ(result_, 0);
+  EXPECT_NE(logged.find("Future Is Cancelled"), std::string::npos) << logged;
+
+  EXPECT_EQ(Validate(path), "Reading What's New file at \"" + path + "\" finished\n");
 }
 
 }  // namespace
