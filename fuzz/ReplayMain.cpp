@@ -41,12 +41,12 @@ int Replay(int argc, char** argv) {
   for (int i = 1; i < argc; ++i) {
     for (const std::filesystem::path& file : FilesBelow(argv[i])) {
       // Said beforehand: a property that does not hold ends the process.
-      std::fprintf(stderr, "%s\n", file.c_str());
+      static_cast<void>(std::fprintf(stderr, "%s\n", file.c_str()));
       Run(ReadFile(file));
       ++count;
     }
   }
-  std::fprintf(stderr, "%zu inputs hold all properties\n", count);
+  static_cast<void>(std::fprintf(stderr, "%zu inputs hold all properties\n", count));
   return 0;
 }
 
@@ -56,7 +56,7 @@ int main(int argc, char** argv) {
   try {
     return Replay(argc, argv);
   } catch (const std::exception& error) {
-    std::fprintf(stderr, "%s: %s\n", argv[0], error.what());
+    static_cast<void>(std::fprintf(stderr, "%s: %s\n", argv[0], error.what()));
     return 2;
   }
 }

@@ -123,8 +123,8 @@ run_stage() {
 show_failure() {
   local log=$1
   {
-    grep -nE '(error|warning|FAILED|ERROR|Failed|\*\*\*Exception|Sanitizer)' "$log" | head -n 60 ||
-      true
+    grep -nE '(error|warning|FAILED|ERROR|Failed|\*\*\*Exception|Sanitizer)' "$log" |
+      grep -v 'warnings generated' | head -n 60 || true
     printf -- '--- the end of %s\n' "$log"
     tail -n 30 "$log"
   } | sed 's/^/    /'

@@ -44,7 +44,7 @@ bool MustFail() noexcept {
 }
 
 [[noreturn]] void Die(const char* reason) {
-  std::fputs(reason, stderr);
+  static_cast<void>(std::fputs(reason, stderr));
   std::abort();
 }
 

@@ -2,8 +2,8 @@
 
 #include <array>
 #include <cerrno>
-#include <cstdio>
 #include <cstdlib>
+#include <iostream>
 #include <system_error>
 #include <utility>
 
@@ -182,7 +182,7 @@ bool InChildProcess(const std::function<bool()>& work) {
     try {
       answer = work();
     } catch (const std::exception& error) {
-      std::fprintf(stderr, "%s\n", error.what());
+      std::cerr << error.what() << '\n';
     }
     ::_exit(answer ? 0 : 1);
   }

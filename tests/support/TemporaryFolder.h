@@ -34,7 +34,7 @@ class TemporaryFolder {
 
   /// Writes a file of this folder, and the folders above it; gives its path.
   std::filesystem::path Write(const std::filesystem::path& name, std::string_view bytes) const {
-    const std::filesystem::path path = path_ / name;
+    std::filesystem::path path = path_ / name;
     std::filesystem::create_directories(path.parent_path());
     std::ofstream file(path, std::ios::binary);
     file.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
