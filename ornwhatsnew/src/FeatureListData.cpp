@@ -74,7 +74,6 @@ void FeatureListData::InitWithData(const UTF8String& dataText) {
                           [](const UTF8String&, const UTF8String&) {}, currentVersion_);
   rebuilt.changesSinceVersion_ = changesSinceVersion_;
   rebuilt.RefreshInternalSeenState();
-  rebuilt.orderedKeys_.clear();
   rebuilt.ParseBetaFeatures();
   rebuilt.ParseWhatsNewData(dataText);
   rebuilt.BubbleUnlockedItemsToTheTop();
