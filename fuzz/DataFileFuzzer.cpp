@@ -24,6 +24,8 @@ namespace {
 using ornwhatsnew::DataFileReader;
 using ornwhatsnew::DataRow;
 using ornwhatsnew::DataRowKind;
+using ornwhatsnew::GuidSet;
+using test_support::PanelOutcome;
 using test_support::PlainCut;
 using test_support::PlainFields;
 
@@ -73,13 +75,22 @@ std::size_t RequireCutLikeBoost(std::string_view text) {
   return changes;
 }
 
+// One display pass. `seen` is what was stored when the lists were loaded.
+PanelOutcome Display(ListPair& lists, unsigned options, const GuidSet& seen) {
+  PanelOutcome panel = lists.Display(options);
+  RequireWrittenOnce(lists.List(), options, seen, panel);
+  RequireRunsInside(panel);
+  return panel;
+}
+
 // What was displayed is not new after a reload, and what was rated needs no rating.
-void RequireRemembered(ListPair& lists, const std::string& text, unsigned options) {
-  lists.Display(options & ~kRatingView);
+void RequireRemembered(ListPair& lists, const std::string& text, unsigned options,
+                       const GuidSet& seen) {
+  Display(lists, options & ~kRatingView, seen);
   lists.Load(text);
   const unsigned onlyNew = (options & ~kRatingView) | kOnlyNew;
   Require(!lists.IsAnythingNew(onlyNew), "nothing is new that was displayed before a reload");
-  RequireNoFeatureWritten(lists.Display(onlyNew));
+  RequireNoFeatureWritten(Display(lists, onlyNew, StoredIdentities(lists.Stored())));
 
   for (const std::string& key : lists.List().GetOrderedFeatureKeys()) lists.Rate(key);
   Require(!lists.IsAnythingNeedingRating(), "nothing needs rating when all is rated");
@@ -95,16 +106,15 @@ void Run(Input input) {
 
   World world(switches);
   ListPair lists(world);
+  const GuidSet seen = StoredIdentities(lists.Stored());
   lists.Load(text);
   RequireKeysOnce(lists.List());
   RequireChangesOnce(lists.List(), changeRows);
 
   lists.IsAnythingNew(world.Options());
   lists.IsAnythingNeedingRating();
-  const test_support::PanelOutcome panel = lists.Display(world.Options());
-  RequireWrittenOnce(lists.List(), panel);
-  RequireRunsInside(panel);
-  RequireRemembered(lists, text, world.Options());
+  Display(lists, world.Options(), seen);
+  RequireRemembered(lists, text, world.Options(), seen);
 }
 
 }  // namespace

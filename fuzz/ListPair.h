@@ -25,6 +25,8 @@ class ListPair {
   void Rate(const std::string& key);
 
   const ornwhatsnew::FeatureListData& List() const { return list_; }
+  /// What both have stored.
+  const test_support::PlainPanel::Texts& Stored() const { return store_; }
 
  private:
   World& world_;

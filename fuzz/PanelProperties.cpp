@@ -2,22 +2,69 @@
 
 #include <set>
 #include <string>
+#include <string_view>
+
+#include <ornwhatsnew/utility/PersistedList.h>
 
 #include "fuzz/Property.h"
 #include "tests/support/PlainText.h"
 
 namespace fuzz {
 
+using ornwhatsnew::DisplayOptions;
 using ornwhatsnew::FeatureListData;
 using ornwhatsnew::FeatureListDetail;
+using ornwhatsnew::GuidSet;
+using ornwhatsnew::kAllSeenItemsKey;
+using ornwhatsnew::kAllVersionsSeenKey;
+using ornwhatsnew::SplitPersistedList;
 using ornwhatsnew::StyleID;
+using ornwhatsnew::VersionSet;
 using test_support::PanelOutcome;
+using test_support::PlainPanel;
 
 namespace {
 
 std::size_t CountRuns(const PanelOutcome& panel, StyleID style) {
   const auto found = panel.runs.find(style);
   return found == panel.runs.end() ? 0 : found->second.size();
+}
+
+std::string_view TextUnder(const PlainPanel::Texts& texts, std::string_view key) {
+  const auto found = texts.find(key);
+  return found == texts.end() ? std::string_view() : std::string_view(found->second);
+}
+
+// The versions in which the user has opened the list: those that the pass stored.
+VersionSet VersionsOf(const PanelOutcome& panel) {
+  VersionSet versions;
+  for (const auto& [key, text] : panel.writes) {
+    if (key != kAllVersionsSeenKey) continue;
+    for (const std::string_view piece : SplitPersistedList(text)) versions.emplace(piece);
+  }
+  return versions;
+}
+
+// The runs that a panel has of its features' titles and of its changes.
+struct RunCounts {
+  std::size_t titles = 0;
+  std::size_t changeTexts = 0;
+};
+
+// Asks each record by itself whether it is shown.
+RunCounts CountRunsOfShown(const FeatureListData& list, DisplayOptions options, const GuidSet& seen,
+                           const VersionSet& versions) {
+  RunCounts counts;
+  for (const auto& [key, item] : list.GetFeatureItems()) {
+    if (item == nullptr || !item->ShouldShowItemToUser(options, seen, versions)) continue;
+    ++counts.titles;
+    for (const auto& change : item->GetAllChanges()) {
+      if (!change->ShouldShowItemToUser(options, seen, versions)) continue;
+      // The bullet, the text, and between them the platform when there is one to name.
+      counts.changeTexts += change->HasUsablePlatform() ? 3U : 2U;
+    }
+  }
+  return counts;
 }
 
 std::size_t CountChanges(const FeatureListData& list) {
@@ -53,13 +100,23 @@ void RequireChangesOnce(const FeatureListData& list, std::size_t rows) {
   Require(changes.size() <= rows, "there are no more changes than rows");
 }
 
-void RequireWrittenOnce(const FeatureListData& list, const PanelOutcome& panel) {
-  Require(CountRuns(panel, StyleID::kStyleFeatureTitle) <= list.GetFeatureItems().size(),
-          "no feature is written more than once");
-  // A change line has its bullet, perhaps its platform, and its text.
-  Require(CountRuns(panel, StyleID::kStyleChangeText) <= 3 * CountChanges(list),
-          "no change is written more than once");
-  RequireEqual(panel.ratingItems.size(), CountRuns(panel, StyleID::kStyleFeatureTitle),
+GuidSet StoredIdentities(const PlainPanel::Texts& stored) {
+  GuidSet identities;
+  for (const std::string_view piece : SplitPersistedList(TextUnder(stored, kAllSeenItemsKey))) {
+    identities.emplace(piece);
+  }
+  return identities;
+}
+
+void RequireWrittenOnce(const FeatureListData& list, unsigned options, const GuidSet& seen,
+                        const PanelOutcome& panel) {
+  const RunCounts expected = CountRunsOfShown(
+      list, DisplayOptions(static_cast<unsigned char>(options)), seen, VersionsOf(panel));
+  RequireEqual(CountRuns(panel, StyleID::kStyleFeatureTitle), expected.titles,
+               "every feature that is shown is written once, and no other");
+  RequireEqual(CountRuns(panel, StyleID::kStyleChangeText), expected.changeTexts,
+               "every change that is shown is written once, and no other");
+  RequireEqual(panel.ratingItems.size(), expected.titles,
                "every feature written has a rating record");
 }
 

@@ -14,9 +14,14 @@ void RequireKeysOnce(const ornwhatsnew::FeatureListData& list);
 /// No change hangs on two items or twice on one, and there are no more than `rows`.
 void RequireChangesOnce(const ornwhatsnew::FeatureListData& list, std::size_t rows);
 
-/// No feature and no change is written more than once.
-void RequireWrittenOnce(const ornwhatsnew::FeatureListData& list,
-                        const test_support::PanelOutcome& panel);
+/// The identities of what was seen and rated, among stored texts.
+ornwhatsnew::GuidSet StoredIdentities(const test_support::PlainPanel::Texts& stored);
+
+/// Each feature and each change of the list that is shown is written once, and nothing else.
+/// `options` are those of the panel's display pass; `seen` is what was stored when the list was
+/// loaded.
+void RequireWrittenOnce(const ornwhatsnew::FeatureListData& list, unsigned options,
+                        const ornwhatsnew::GuidSet& seen, const test_support::PanelOutcome& panel);
 
 /// Every run lies inside the text and is not negative; that of a commit link, by design, reaches
 /// one byte past its piece. Runs of one style start in ascending order.
