@@ -133,12 +133,23 @@ def configure(folder):
         fail("cannot configure\n" + output)
 
 
+def clear_up(folder):
+    """Puts the source back that a mutant had changed when the last run was ended in its middle; what
+    was built of it is built anew."""
+    for kept in folder.rglob("*.kept"):
+        path = kept.with_name(kept.name.removesuffix(".kept"))
+        if path.is_relative_to(folder / "source"):
+            kept.rename(path)
+        else:
+            kept.unlink()
+            path.unlink(missing_ok=True)
+
+
 def prepare_tree():
     """A copy of the sources and an up-to-date build of it."""
     folder = WORK / "1"
     (folder / "source").mkdir(parents=True, exist_ok=True)
-    for path in folder.rglob("*.kept"):  # of a mutant in whose middle the last run was ended
-        path.rename(path.with_name(path.name.removesuffix(".kept")))
+    clear_up(folder)
     sync_sources(folder / "source")
     configure(folder)
     status, output = run(["cmake", "--build", str(folder / "build"), "--parallel",
