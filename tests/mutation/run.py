@@ -257,7 +257,8 @@ class Equivalents:
                 self._known.add((file, text, replacement))
 
     def __contains__(self, mutant):
-        return any((mutant.file, mutant.before, replacement) in self._known
+        return any((mutant.file, before, replacement) in self._known
+                   for before in (mutant.before, "*")
                    for replacement in (mutant.replacement, "*"))
 
 
