@@ -52,20 +52,17 @@ stage_headers() {
 stage_static() { build_and_test static; }
 
 # The consumers of the installed package are built without sanitizers, so they stay out.
-# So do the tests that start programs while a thread of theirs changes files: AddressSanitizer's
-# allocator may be locked by that thread at the fork, and the child then waits for ever.
 stage_sanitize() {
   ASAN_OPTIONS=strict_string_checks=1:detect_stack_use_after_return=1 \
   UBSAN_OPTIONS=print_stacktrace=1 \
-    build_and_test sanitize --label-exclude package --exclude-regex 'ChangingFileTest'
+    build_and_test sanitize --label-exclude package
 }
 
-# The test left out rethrows on one thread what another frees; the standard library counts its
-# holders in code that ThreadSanitizer does not see.
 stage_thread() {
   configure thread &&
     build thread --target orncore_tests ornwhatsnew_tests &&
-    run_tests thread --tests-regex "$thread_tests" --exclude-regex LogsThatTheReadWasCancelled
+    TSAN_OPTIONS=suppressions=$PWD/cmake/ThreadSuppressions.txt \
+      run_tests thread --tests-regex "$thread_tests"
 }
 
 # What runs beside the caller's thread, its one user, and what any number of threads may call.

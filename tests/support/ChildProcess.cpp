@@ -80,18 +80,38 @@ std::vector<char*> Pointers(std::vector<std::string>& texts) {
   return pointers;
 }
 
-[[noreturn]] void BecomeProgram(const std::string& program, const ProgramCall& call, int input,
+/// What `execve` takes, made before the fork: another thread may hold the allocator's lock then,
+/// and the child, which does not have that thread, would wait for it for ever.
+class Invocation {
+ public:
+  Invocation(const std::string& program, const ProgramCall& call) : arguments_({program}) {
+    arguments_.insert(arguments_.end(), call.arguments.begin(), call.arguments.end());
+    for (const auto& [name, value] : call.environment) environment_.push_back(name + "=" + value);
+    argumentPointers_ = Pointers(arguments_);
+    environmentPointers_ = Pointers(environment_);
+  }
+  Invocation(const Invocation&) = delete;
+  Invocation& operator=(const Invocation&) = delete;
+
+  void Execute() const {
+    ::execve(argumentPointers_.front(), argumentPointers_.data(), environmentPointers_.data());
+  }
+
+ private:
+  std::vector<std::string> arguments_;
+  std::vector<std::string> environment_;
+  std::vector<char*> argumentPointers_;
+  std::vector<char*> environmentPointers_;
+};
+
+/// Runs in the child, and so allocates nothing.
+[[noreturn]] void BecomeProgram(const Invocation& invocation, const ProgramCall& call, int input,
                                 int output, int errors) {
   ::dup2(input, STDIN_FILENO);
   ::dup2(output, STDOUT_FILENO);
   ::dup2(errors, STDERR_FILENO);
-  std::vector<std::string> arguments = {program};
-  for (const std::string& argument : call.arguments) arguments.push_back(argument);
-  std::vector<std::string> environment;
-  for (const auto& [name, value] : call.environment) environment.push_back(name + "=" + value);
   if (call.beforeStart) call.beforeStart();
-  ::execve(program.c_str(), Pointers(arguments).data(), Pointers(environment).data());
-  std::perror(program.c_str());
+  invocation.Execute();
   ::_exit(kCannotStart);
 }
 
@@ -121,9 +141,10 @@ ChildProcess::ChildProcess(const std::string& program, const ProgramCall& call) 
   Stream errors = OutputPipe();
   const bool hasTypist = call.isOnTerminal && call.input.empty();
   Stream input = hasTypist ? Stream{-1, ::dup(output.theirs)} : InputPipe(call.input);
+  const Invocation invocation(program, call);
   process_ = ::fork();
   if (process_ < 0) ThrowSystemError("fork");
-  if (process_ == 0) BecomeProgram(program, call, input.theirs, output.theirs, errors.theirs);
+  if (process_ == 0) BecomeProgram(invocation, call, input.theirs, output.theirs, errors.theirs);
   CloseAndForget(input.theirs);
   CloseAndForget(output.theirs);
   CloseAndForget(errors.theirs);
