@@ -8,7 +8,7 @@
 #include "benchmarks/support/HandCut.h"
 #include "benchmarks/support/Rows.h"
 #include "benchmarks/support/SampleFile.h"
-#include "ornwhatsnew/src/DataFileCutter.h"
+#include "ornwhatsnew/src/datafile/DataFileCutter.h"
 
 namespace benchmarks {
 namespace {

@@ -9,7 +9,7 @@
 #include "benchmarks/support/HandText.h"
 #include "benchmarks/support/Rows.h"
 #include "benchmarks/support/SampleFile.h"
-#include "ornwhatsnew/src/FieldCleaner.h"
+#include "ornwhatsnew/src/datafile/FieldCleaner.h"
 
 namespace benchmarks {
 namespace {

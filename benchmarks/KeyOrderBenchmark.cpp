@@ -13,7 +13,7 @@
 #include <benchmark/benchmark.h>
 
 #include "benchmarks/support/Rows.h"
-#include "ornwhatsnew/src/KeyOrder.h"
+#include "ornwhatsnew/src/rules/KeyOrder.h"
 
 namespace benchmarks {
 namespace {

@@ -7,12 +7,12 @@
 #ifndef ORNAPPSUPPORT_SERVICES_H_
 #define ORNAPPSUPPORT_SERVICES_H_
 
-#include <ornappsupport/Export.h>
+#include <orncore/Export.h>
 
 namespace ornappsupport {
 
 /// Puts every service above back to what it was at the start. Not while another thread uses one.
-ORNAPPSUPPORT_EXPORT void ResetServices();
+ORN_EXPORT void ResetServices();
 
 }  // namespace ornappsupport
 

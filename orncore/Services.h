@@ -19,7 +19,7 @@ namespace orncore {
 
 /// Puts every service above back to what it was at the start. Registered commands and initializers
 /// stay. Not while another thread uses a service.
-ORNCORE_EXPORT void ResetServices();
+ORN_EXPORT void ResetServices();
 
 }  // namespace orncore
 

@@ -4,7 +4,7 @@
 
 #include <string_view>
 
-#include <ornwhatsnew/Export.h>
+#include <orncore/Export.h>
 #include <ornwhatsnew/FeatureListItem.h>
 #include <ornwhatsnew/utility/SharedTypes.h>
 
@@ -22,8 +22,8 @@ struct ChangePlacement {
 /// Finds the item for a change. The IDs are looked up exactly as written, the story ID before the
 /// grouping ID; "INTERNAL" in any letter case names the internal section at once; an unreviewed
 /// change always goes to the unreviewed section.
-ORNWHATSNEW_EXPORT ChangePlacement PlaceChange(const FeatureMap& items, std::string_view groupingID,
-                                               std::string_view storyID, bool unreviewed);
+ORN_EXPORT ChangePlacement PlaceChange(const FeatureMap& items, std::string_view groupingID,
+                                       std::string_view storyID, bool unreviewed);
 
 }  // namespace ornwhatsnew
 

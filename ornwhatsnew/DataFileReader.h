@@ -15,7 +15,7 @@
 #include <memory>
 #include <string_view>
 
-#include <ornwhatsnew/Export.h>
+#include <orncore/Export.h>
 #include <ornwhatsnew/utility/SharedTypes.h>
 
 namespace ornwhatsnew {
@@ -98,7 +98,7 @@ struct DataRow {
 
 /// Goes through the rows of a text in file order. Never fails: whatever the bytes are, every row is
 /// reported. Views the text, which must outlive the reader. One thread at a time.
-class ORNWHATSNEW_EXPORT DataFileReader {
+class ORN_EXPORT DataFileReader {
  public:
   /// Stands before the first row of `text`, UTF-8 or any other bytes.
   explicit DataFileReader(std::string_view text);

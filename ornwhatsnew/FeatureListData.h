@@ -7,7 +7,7 @@
 #include <memory>
 #include <string>
 
-#include <ornwhatsnew/Export.h>
+#include <orncore/Export.h>
 #include <ornwhatsnew/FeatureListItem.h>
 #include <ornwhatsnew/utility/IdentitySet.h>
 #include <ornwhatsnew/utility/SharedTypes.h>
@@ -36,7 +36,7 @@ class PanelFormatter;
 /// then is as it was before the call, unless the setter had been told something already or a note
 /// at the operation says otherwise; in any case it can still be used, and the same call repeated
 /// has its full effect.
-class ORNWHATSNEW_EXPORT FeatureListData {
+class ORN_EXPORT FeatureListData {
  public:
   /// An empty list. Takes the running version from the host. When either callback is empty both are
   /// replaced: the state then lives in the host's debug database.

@@ -8,8 +8,8 @@
 #include <string>
 #include <string_view>
 
+#include <orncore/Export.h>
 #include <orncore/utility/MixHashGuid.h>
-#include <ornwhatsnew/Export.h>
 #include <ornwhatsnew/utility/KeyedTexts.h>
 #include <ornwhatsnew/utility/SharedTypes.h>
 
@@ -17,7 +17,7 @@ namespace ornwhatsnew {
 
 /// A change with its ten texts and two marks. The texts are fixed at construction; nothing in them
 /// is ever an error, the `HasMalformed...` checks only report. Copyable; one thread at a time.
-class ORNWHATSNEW_EXPORT FeatureListDetail {
+class ORN_EXPORT FeatureListDetail {
  public:
   // Names of the ten texts, for `GetField`; their getters below say what they hold.
   static const std::string kKeyDescription;                   ///< names `GetDescription`

@@ -10,8 +10,8 @@
 #include <vector>
 
 #include <ornappsupport/feature/BetaFeature.h>
+#include <orncore/Export.h>
 #include <orncore/utility/MixHashGuid.h>
-#include <ornwhatsnew/Export.h>
 #include <ornwhatsnew/FeatureListDetail.h>
 #include <ornwhatsnew/utility/KeyedTexts.h>
 #include <ornwhatsnew/utility/SharedTypes.h>
@@ -20,7 +20,7 @@ namespace ornwhatsnew {
 
 /// A feature with its keys, five texts and changes in file order. Items are shared between the list
 /// and whoever asks for them; an item shares its changes. One thread at a time.
-class ORNWHATSNEW_EXPORT FeatureListItem {
+class ORN_EXPORT FeatureListItem {
  public:
   /// The host's visibility value of a beta feature.
   using Visibility = ornappsupport::feature::VisibilityInAllClientApps;

@@ -4,7 +4,7 @@
 
 #include <memory>
 
-#include <ornwhatsnew/Export.h>
+#include <orncore/Export.h>
 #include <ornwhatsnew/FeatureListData.h>
 #include <ornwhatsnew/utility/SharedTypes.h>
 
@@ -21,7 +21,7 @@ namespace ornwhatsnew {
 /// lives in the host's debug database instead. `resources` is only used during the call and must
 /// not be null. The list is owned by the caller; use it from one thread at a time. Throws only what
 /// an allocation, a callback or the resource manager throws.
-ORNWHATSNEW_EXPORT std::shared_ptr<FeatureListData> GetWhatsNew(
+ORN_EXPORT std::shared_ptr<FeatureListData> GetWhatsNew(
     const UTF16String& path, const ornui::utility::ResourceManager* resources, StateGetter getter,
     StateSetter setter);
 

@@ -7,19 +7,19 @@
 #include <string>
 #include <string_view>
 
-#include <ornwhatsnew/Export.h>
+#include <orncore/Export.h>
 #include <ornwhatsnew/utility/SharedTypes.h>
 
 namespace ornwhatsnew {
 
 /// Grouping key of the section for what belongs to no feature, as a data file writes it.
-extern ORNWHATSNEW_EXPORT const UTF8String kMiscKey;
+extern ORN_EXPORT const UTF8String kMiscKey;
 /// That of the section for mended faults.
-extern ORNWHATSNEW_EXPORT const UTF8String kBugfixKey;
+extern ORN_EXPORT const UTF8String kBugfixKey;
 /// That of the internal notes.
-extern ORNWHATSNEW_EXPORT const UTF8String kInternalKey;
+extern ORN_EXPORT const UTF8String kInternalKey;
 /// That of the changes that wait for review.
-extern ORNWHATSNEW_EXPORT const UTF8String kUnreviewedKey;
+extern ORN_EXPORT const UTF8String kUnreviewedKey;
 
 // Font sizes, tab width and margin for the host's drawing code, in its own units. The library
 // itself does not use them.
@@ -61,20 +61,20 @@ enum class ItemUnlockState {
 };
 
 /// The unlock state of an item, from the host's feature table of the moment; nothing is cached.
-ORNWHATSNEW_EXPORT ItemUnlockState GetItemUnlockState(const FeatureListItem& item);
+ORN_EXPORT ItemUnlockState GetItemUnlockState(const FeatureListItem& item);
 
 /// Whether features that are switched off are to be listed all the same: a debug entry that only
 /// counts for users with the internal-features permission. Read afresh at each call.
-ORNWHATSNEW_EXPORT bool ShowingAllOffFeaturesInternally();
+ORN_EXPORT bool ShowingAllOffFeaturesInternally();
 
 /// Whether titles are followed by the feature's internal key: the second debug entry, with the same
 /// rule. Read afresh at each call.
-ORNWHATSNEW_EXPORT bool ShowingAllUnlockCodesInternally();
+ORN_EXPORT bool ShowingAllUnlockCodesInternally();
 
 /// The running host's version with its build number behind it; a version of exactly two parts is
 /// padded with a third (`25.1` and build `42` give `25.1.0.42`, `25` gives `25.42`). Read afresh
 /// from the host at each call.
-ORNWHATSNEW_EXPORT UTF16String GetFullClientVersionString();
+ORN_EXPORT UTF16String GetFullClientVersionString();
 
 }  // namespace ornwhatsnew
 

@@ -8,14 +8,14 @@
 
 #include <functional>
 
-#include <ornappsupport/Export.h>
+#include <orncore/Export.h>
 
 namespace ornappsupport::analytics {
 
 /// The host's usage logger, as far as anyone here asks for it.
 ///
 /// Threads: IsLogging is safe from any (if the query is) while none replaces the query.
-class ORNAPPSUPPORT_EXPORT SDMUsageLogger {
+class ORN_EXPORT SDMUsageLogger {
  public:
   SDMUsageLogger() = delete;
 

@@ -7,7 +7,7 @@
 #include <map>
 #include <string>
 
-#include <ornappsupport/Export.h>
+#include <orncore/Export.h>
 #include <orncore/string/Types.h>
 
 namespace ornappsupport::feature {
@@ -30,7 +30,7 @@ enum class VisibilityInAllClientApps : std::int32_t {
 /// its key in the BetaFeatureMap.
 ///
 /// Threads: one thread at a time, as for a string.
-class ORNAPPSUPPORT_EXPORT BetaFeature {
+class ORN_EXPORT BetaFeature {
  public:
   /// `jiraEpicKey` is the tracker's key of the feature's epic, through which changes find it; it
   /// may be empty. The display texts are shown as they are, or localised where they are key texts.

@@ -14,15 +14,15 @@
 #include <string>
 #include <string_view>
 
-#include <ornappsupport/Export.h>
 #include <ornappsupport/feature/BetaFeature.h>
+#include <orncore/Export.h>
 
 namespace ornappsupport::feature {
 
 /// What the host knows of its beta features: the interface that it implements.
 ///
 /// Threads: called on whatever thread owns the list that asks.
-class ORNAPPSUPPORT_EXPORT FeatureService {
+class ORN_EXPORT FeatureService {
  public:
   FeatureService() = default;
   FeatureService(const FeatureService&) = delete;
@@ -47,7 +47,7 @@ class ORNAPPSUPPORT_EXPORT FeatureService {
 ///
 /// Threads: filled before it is registered, or on the thread of the lists; reading is safe from any
 /// thread while nobody writes.
-class ORNAPPSUPPORT_EXPORT FixedFeatureService final : public FeatureService {
+class ORN_EXPORT FixedFeatureService final : public FeatureService {
  public:
   /// An empty table; nothing is allowed.
   FixedFeatureService();
@@ -75,20 +75,20 @@ class ORNAPPSUPPORT_EXPORT FixedFeatureService final : public FeatureService {
 
 /// Replaces the service; null: an empty table and nothing allowed, as at the start. Not while a
 /// list, or another thread, is asking: references to the old table end with the old service.
-ORNAPPSUPPORT_EXPORT void SetFeatureService(std::shared_ptr<const FeatureService> service);
+ORN_EXPORT void SetFeatureService(std::shared_ptr<const FeatureService> service);
 
 /// The host's table of the moment. The reference leads into the service, which nobody holds for the
 /// caller: it ends when the service is replaced, even by a query of the service itself.
-ORNAPPSUPPORT_EXPORT const BetaFeatureMap& GetConstBetaFeatureMap();
+ORN_EXPORT const BetaFeatureMap& GetConstBetaFeatureMap();
 
 /// Whether the feature is switched on; false for a key that the table lacks, and for null.
-ORNAPPSUPPORT_EXPORT bool IsFeatureEnabled(const char* internalKey);
+ORN_EXPORT bool IsFeatureEnabled(const char* internalKey);
 
 /// Whether the user may switch the feature on; false for a key that the table lacks, and for null.
-ORNAPPSUPPORT_EXPORT bool IsAvailableForUserEnablement(const char* internalKey);
+ORN_EXPORT bool IsAvailableForUserEnablement(const char* internalKey);
 
 /// Whether the user has the internal-features permission.
-ORNAPPSUPPORT_EXPORT bool IsEntitlementSetToInternalFeaturesAllowed();
+ORN_EXPORT bool IsEntitlementSetToInternalFeaturesAllowed();
 
 }  // namespace ornappsupport::feature
 

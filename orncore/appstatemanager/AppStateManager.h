@@ -15,10 +15,10 @@ namespace orncore::appstatemanager {
 /// Whether the application is terminating: asks the host's query anew at every call; false without
 /// one. What the query throws passes through. Safe from any thread (if the query is) while none
 /// replaces it.
-ORNCORE_EXPORT bool IsTerminating();
+ORN_EXPORT bool IsTerminating();
 
 /// Replaces the query; empty: none, as at the start. Not while another thread asks.
-ORNCORE_EXPORT void SetTerminationQuery(std::function<bool()> query);
+ORN_EXPORT void SetTerminationQuery(std::function<bool()> query);
 
 }  // namespace orncore::appstatemanager
 

@@ -22,7 +22,7 @@ using string::UTF8String;
 /// What the host tells of itself: the interface that it implements.
 ///
 /// Threads: called on whatever thread asks.
-class ORNCORE_EXPORT ClientInfo {
+class ORN_EXPORT ClientInfo {
  public:
   ClientInfo() = default;
   ClientInfo(const ClientInfo&) = delete;
@@ -40,7 +40,7 @@ class ORNCORE_EXPORT ClientInfo {
 /// Three fixed texts. What it overrides is described at the interface.
 ///
 /// Threads: never changes after its construction.
-class ORNCORE_EXPORT FixedClientInfo final : public ClientInfo {
+class ORN_EXPORT FixedClientInfo final : public ClientInfo {
  public:
   /// Answers these: a dotted version such as `25.1`, a build number such as `42`, and "Mac" or
   /// "Win".
@@ -59,15 +59,15 @@ class ORNCORE_EXPORT FixedClientInfo final : public ClientInfo {
 
 /// Replaces what the three functions below answer; null: version "25.1", build number "42",
 /// platform "Mac", as at the start. Not while another thread asks.
-ORNCORE_EXPORT void SetClientInfo(std::shared_ptr<const ClientInfo> clientInfo);
+ORN_EXPORT void SetClientInfo(std::shared_ptr<const ClientInfo> clientInfo);
 
 /// The host's version, asked anew at every call and never cached. Safe from any thread while none
 /// replaces the client information; so are the two below.
-ORNCORE_EXPORT UTF16String GetClientVersion();
+ORN_EXPORT UTF16String GetClientVersion();
 /// The host's build number.
-ORNCORE_EXPORT UTF16String GetClientBuildNumber();
+ORN_EXPORT UTF16String GetClientBuildNumber();
 /// The host's platform, UTF-8.
-ORNCORE_EXPORT UTF8String GetClientPlatform();
+ORN_EXPORT UTF8String GetClientPlatform();
 
 }  // namespace orncore::config
 

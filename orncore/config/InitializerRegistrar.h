@@ -67,7 +67,7 @@ struct InitializerRegistration;
 /// Threads: safe from any. The functions run on the thread that starts or ends the context, or
 /// constructs or destroys the object, without any lock held. Destruction waits for a function of
 /// this registration that another thread is running.
-class ORNCORE_EXPORT InitializerRegistrar {
+class ORN_EXPORT InitializerRegistrar {
  public:
   /// `name` is for people and need not be unique. An empty function does nothing; an empty
   /// `initialize` counts as successful. A registration for kNone is listed and never initialised.
@@ -86,14 +86,14 @@ class ORNCORE_EXPORT InitializerRegistrar {
 /// Makes the contexts live: initialises, in the order of registration, every registration of one of
 /// them that is not initialised yet. True when none of those failed. A failed one does not stop the
 /// others; it is logged, and tried again by the next call.
-ORNCORE_EXPORT bool InitializeContexts(EInitializerContextFlags contexts);
+ORN_EXPORT bool InitializeContexts(EInitializerContextFlags contexts);
 
 /// Ends the contexts: shuts down, in the reverse order of their initialisation, all registrations
 /// of which no other context is live. Contexts that are not live are passed over.
-ORNCORE_EXPORT void ShutdownContexts(EInitializerContextFlags contexts);
+ORN_EXPORT void ShutdownContexts(EInitializerContextFlags contexts);
 
 /// The names of all registrations, in the order of registration.
-ORNCORE_EXPORT std::vector<std::string> GetRegisteredInitializers();
+ORN_EXPORT std::vector<std::string> GetRegisteredInitializers();
 
 }  // namespace orncore::config
 

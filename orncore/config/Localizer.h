@@ -31,7 +31,7 @@ using string::UTF8String;
 ///
 /// Threads: Find is called on whatever thread asks for a text; a host whose lists live on several
 /// threads makes it safe to be called from all of them.
-class ORNCORE_EXPORT DictionarySource {
+class ORN_EXPORT DictionarySource {
  public:
   DictionarySource() = default;
   DictionarySource(const DictionarySource&) = delete;
@@ -47,7 +47,7 @@ class ORNCORE_EXPORT DictionarySource {
 /// A dictionary in memory. What it overrides is described at the interface.
 ///
 /// Threads: never changes after its construction, so that any number of threads may ask it.
-class ORNCORE_EXPORT MapDictionary final : public DictionarySource {
+class ORN_EXPORT MapDictionary final : public DictionarySource {
  public:
   /// Texts by key.
   using Texts = std::map<std::string, std::string, std::less<>>;
@@ -69,7 +69,7 @@ class ORNCORE_EXPORT MapDictionary final : public DictionarySource {
 /// default either (no `=`), the key text as it stands, its markup unexpanded.
 ///
 /// Threads: any number of threads may ask for texts while none sets the dictionary.
-class ORNCORE_EXPORT Localizer {
+class ORN_EXPORT Localizer {
  public:
   /// The process's localiser; it is never destroyed.
   static Localizer& Get();
@@ -104,7 +104,7 @@ class ORNCORE_EXPORT Localizer {
 ///
 /// What is none of these stays as written, one character at a time: `^#{endl}` is a caret and a
 /// line feed, `#{foo}` and `^x` are themselves.
-ORNCORE_EXPORT UTF16String ExpandMarkup(std::u16string_view text);
+ORN_EXPORT UTF16String ExpandMarkup(std::u16string_view text);
 
 }  // namespace orncore::config
 

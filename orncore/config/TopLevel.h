@@ -12,7 +12,7 @@
 namespace orncore::config {
 
 /// A failure with a result code: a negated error number of the operating system.
-class ORNCORE_EXPORT ResultError : public std::runtime_error {
+class ORN_EXPORT ResultError : public std::runtime_error {
  public:
   /// `result` is negative, such as -ENOENT; `what` names, for people, what failed and on what.
   ResultError(int result, const std::string& what);
@@ -30,7 +30,7 @@ class ORNCORE_EXPORT ResultError : public std::runtime_error {
 };
 
 /// An asynchronous operation that was cancelled before its end.
-class ORNCORE_EXPORT FutureCancelled : public std::exception {
+class ORN_EXPORT FutureCancelled : public std::exception {
  public:
   FutureCancelled() = default;
   /// Copied as what the standard library throws is.
@@ -45,13 +45,13 @@ class ORNCORE_EXPORT FutureCancelled : public std::exception {
 
 /// Runs `function` and lets no exception out: one that escapes it, or an empty `function`, is
 /// written to the log (orncore::debug::Log). True when it returned normally. Safe from any thread.
-ORNCORE_EXPORT bool ExecuteTopLevelFunction(const std::function<void()>& function) noexcept;
+ORN_EXPORT bool ExecuteTopLevelFunction(const std::function<void()>& function) noexcept;
 
 /// The result code that `failure` carries: 0 for null (no failure) and for a cancellation
 /// (FutureCancelled), the code of a ResultError or std::system_error made negative, -ENOMEM for
 /// std::bad_alloc, -EIO for any other exception. Negative for every failure but a cancellation: a
 /// code of 0 or of the wrong sign never makes a failure a success.
-ORNCORE_EXPORT int ExtractResultFromException(const std::exception_ptr& failure);
+ORN_EXPORT int ExtractResultFromException(const std::exception_ptr& failure);
 
 }  // namespace orncore::config
 

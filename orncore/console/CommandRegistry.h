@@ -27,13 +27,13 @@ using string::UTF16String;
 using UTF16OutputStream = std::basic_ostream<char16_t>;
 
 /// Writes `text` as it stands.
-ORNCORE_EXPORT void Write(UTF16OutputStream& stream, std::u16string_view text);
+ORN_EXPORT void Write(UTF16OutputStream& stream, std::u16string_view text);
 
 /// Commands by name. Names are compared exactly, unit by unit.
 ///
 /// Threads: safe from any. A command runs on the thread that runs its line, without any lock held:
 /// it may register, unregister (itself, too) and run commands.
-class ORNCORE_EXPORT CommandRegistry {
+class ORN_EXPORT CommandRegistry {
  public:
   /// Executes a command: its argument text and where it writes to give its result, 0 for success.
   using CommandFunction = std::function<int(const UTF16String& arguments, UTF16OutputStream&)>;

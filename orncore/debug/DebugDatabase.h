@@ -18,7 +18,7 @@ namespace orncore::debug {
 /// Where the debug settings are kept. A host derives its own and gives it to
 /// `DebugDatabase::SetStore`. What it throws reaches whoever asked the database. Called on one
 /// thread at a time, that of the database's caller.
-class ORNCORE_EXPORT DebugStore {
+class ORN_EXPORT DebugStore {
  public:
   DebugStore(const DebugStore&) = delete;
   DebugStore& operator=(const DebugStore&) = delete;
@@ -35,7 +35,7 @@ class ORNCORE_EXPORT DebugStore {
 };
 
 /// A store that lives as long as the object. One thread at a time.
-class ORNCORE_EXPORT MemoryDebugStore final : public DebugStore {
+class ORN_EXPORT MemoryDebugStore final : public DebugStore {
  public:
   /// Entries by key, both UTF-8.
   using EntryMap = std::map<string::UTF8String, string::UTF8String, std::less<>>;
@@ -56,7 +56,7 @@ class ORNCORE_EXPORT MemoryDebugStore final : public DebugStore {
 
 /// The process's debug settings. Nothing is cached: each call asks the store. One thread at a time.
 /// Neither copied nor moved, so that everybody speaks to the same one.
-class ORNCORE_EXPORT DebugDatabase {
+class ORN_EXPORT DebugDatabase {
  public:
   /// The one that the system uses. It exists from the first call to the end of the process, so
   /// static constructors and destructors may use it.

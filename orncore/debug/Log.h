@@ -17,11 +17,11 @@ using LogSink = std::function<void(std::string_view line)>;
 
 /// Sends what is logged from now on to `sink`, of which a copy is kept; an empty one brings the
 /// default back. A thread that is logging at this moment may still finish with the sink before.
-ORNCORE_EXPORT void SetLogSink(LogSink sink);
+ORN_EXPORT void SetLogSink(LogSink sink);
 
 /// Hands `line` to the sink. Never throws: a line that the sink throws at goes to the default,
 /// which writes it to standard error as one line, control characters replaced by `?`.
-ORNCORE_EXPORT void Log(std::string_view line) noexcept;
+ORN_EXPORT void Log(std::string_view line) noexcept;
 
 }  // namespace orncore::debug
 

@@ -31,7 +31,7 @@ class ReadFuture;
 ///
 /// Threads: Submit is safe from any. Destruction finishes what was submitted, then ends the
 /// threads; it must not happen on one of them, nor while others submit.
-class ORNCORE_EXPORT Executor {
+class ORN_EXPORT Executor {
  public:
   /// With `threadCount` threads, at least one.
   explicit Executor(unsigned threadCount = 1);
@@ -50,13 +50,13 @@ class ORNCORE_EXPORT Executor {
 
 /// The executor that reads files, with one thread. It is never destroyed: the end of the process
 /// waits for nothing that is still under way.
-ORNCORE_EXPORT Executor& GetDefaultExecutor();
+ORN_EXPORT Executor& GetDefaultExecutor();
 
 /// Completion of something that runs elsewhere. Copies stand for the same completion.
 ///
 /// Threads: safe from any. Interrupting a thread (as some thread libraries can) ends none of the
 /// waits; the request is kept for whatever the thread does next.
-class ORNCORE_EXPORT UntypedFuture {
+class ORN_EXPORT UntypedFuture {
  public:
   /// Another future for the same completion.
   UntypedFuture(const UntypedFuture&);
@@ -81,16 +81,16 @@ class ORNCORE_EXPORT UntypedFuture {
   /// @cond the implementation's own
   explicit UntypedFuture(std::shared_ptr<State> state);
 
-  friend ORNCORE_EXPORT bool WaitForUntypedUntil(const UntypedFuture& future,
-                                                 std::chrono::steady_clock::time_point deadline,
-                                                 bool cancelAtDeadline);
+  friend ORN_EXPORT bool WaitForUntypedUntil(const UntypedFuture& future,
+                                             std::chrono::steady_clock::time_point deadline,
+                                             bool cancelAtDeadline);
 
   std::shared_ptr<State> state_;
   /// @endcond
 };
 
 /// The bytes of a file that is being read.
-class ORNCORE_EXPORT ReadFuture : public UntypedFuture {
+class ORN_EXPORT ReadFuture : public UntypedFuture {
  public:
   /// Waits for the completion and hands out the bytes; throws what the read failed with, such as
   /// config::ResultError or FutureCancelled. May be called any number of times.
@@ -104,21 +104,21 @@ class ORNCORE_EXPORT ReadFuture : public UntypedFuture {
   UntypedFuture Then(Executor& executor, std::function<void(const ReadFuture&)> continuation) const;
 
  private:
-  friend ORNCORE_EXPORT ReadFuture ReadFileToRecycledMemory(const File& file);
+  friend ORN_EXPORT ReadFuture ReadFileToRecycledMemory(const File& file);
   using UntypedFuture::UntypedFuture;
 };
 
 /// Starts reading the whole of `file` on the default executor. Fails as ReadRegularFile does, and
 /// with -EILSEQ for a path that holds an unpaired surrogate and so can be no file's name.
-ORNCORE_EXPORT ReadFuture ReadFileToRecycledMemory(const File& file);
+ORN_EXPORT ReadFuture ReadFileToRecycledMemory(const File& file);
 
 /// Waits until `future` has completed or `deadline` has passed. True when it completed normally;
 /// throws what it failed with. False when the deadline passed first; with `cancelAtDeadline` it is
 /// then cancelled, and its end waited for. Must not be called by a function that runs on the
 /// executor that completes `future`.
-ORNCORE_EXPORT bool WaitForUntypedUntil(const UntypedFuture& future,
-                                        std::chrono::steady_clock::time_point deadline,
-                                        bool cancelAtDeadline);
+ORN_EXPORT bool WaitForUntypedUntil(const UntypedFuture& future,
+                                    std::chrono::steady_clock::time_point deadline,
+                                    bool cancelAtDeadline);
 
 }  // namespace orncore::filesupport
 

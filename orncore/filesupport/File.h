@@ -16,7 +16,7 @@ using string::UTF16String;
 /// Names a file, which need not exist; nothing is opened.
 ///
 /// Threads: one thread at a time, as for a string.
-class ORNCORE_EXPORT File {
+class ORN_EXPORT File {
  public:
   /// `path` is taken as it stands, as one path: no trimming, no quoting, no wildcards.
   explicit File(UTF16String path);
@@ -35,7 +35,7 @@ class ORNCORE_EXPORT File {
 
 /// The path that `text` spells, in UTF-8. Nothing for a text with an unpaired surrogate, which can
 /// be no file's name: a stand-in for it would name another file.
-ORNCORE_EXPORT std::optional<std::filesystem::path> PathFromText(std::u16string_view text);
+ORN_EXPORT std::optional<std::filesystem::path> PathFromText(std::u16string_view text);
 
 }  // namespace orncore::filesupport
 

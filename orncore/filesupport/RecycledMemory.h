@@ -15,7 +15,7 @@ namespace orncore::filesupport {
 ///
 /// Threads: the bytes never change once a read has handed them out, so that any number of threads
 /// may read them; it may be destroyed on any thread.
-class ORNCORE_EXPORT RecycledMemory {
+class ORN_EXPORT RecycledMemory {
  public:
   /// Takes a buffer of at least `capacity` bytes, from the pool where it holds one; the size is 0.
   explicit RecycledMemory(std::size_t capacity);

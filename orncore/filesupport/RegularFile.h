@@ -31,8 +31,8 @@ inline constexpr std::size_t kMaxFileBytes = std::size_t{2} << 30;
 ///
 /// Throws FutureCancelled as soon as it sees that `stop` was requested, std::bad_alloc where memory
 /// runs out. Safe from any thread.
-ORNCORE_EXPORT std::shared_ptr<const RecycledMemory> ReadRegularFile(
-    const std::filesystem::path& path, const std::stop_token& stop = {});
+ORN_EXPORT std::shared_ptr<const RecycledMemory> ReadRegularFile(const std::filesystem::path& path,
+                                                                 const std::stop_token& stop = {});
 
 }  // namespace orncore::filesupport
 

@@ -21,20 +21,20 @@
 namespace orncore::string {
 
 /// `text` in lower case.
-[[nodiscard]] ORNCORE_EXPORT UTF16String LowerCase(std::u16string_view text);
+[[nodiscard]] ORN_EXPORT UTF16String LowerCase(std::u16string_view text);
 /// `text` in upper case.
-[[nodiscard]] ORNCORE_EXPORT UTF16String UpperCase(std::u16string_view text);
+[[nodiscard]] ORN_EXPORT UTF16String UpperCase(std::u16string_view text);
 
 /// Replaces what `out` holds by `text` in lower case.
-ORNCORE_EXPORT void LowerCase(std::u16string_view text, UTF16String& out);
+ORN_EXPORT void LowerCase(std::u16string_view text, UTF16String& out);
 /// Replaces what `out` holds by `text` in upper case.
-ORNCORE_EXPORT void UpperCase(std::u16string_view text, UTF16String& out);
+ORN_EXPORT void UpperCase(std::u16string_view text, UTF16String& out);
 
 /// UTF-8 in lower case: the same bytes as the way through UTF-16, `LowerCase` and back gives, so
 /// ill-formed sequences become U+FFFD. ASCII text never leaves its 8 bits.
-[[nodiscard]] ORNCORE_EXPORT UTF8String LowerCaseUTF8(std::string_view text);
+[[nodiscard]] ORN_EXPORT UTF8String LowerCaseUTF8(std::string_view text);
 /// Replaces what `out` holds by UTF-8 `text` in lower case.
-ORNCORE_EXPORT void LowerCaseUTF8(std::string_view text, UTF8String& out);
+ORN_EXPORT void LowerCaseUTF8(std::string_view text, UTF8String& out);
 
 }  // namespace orncore::string
 

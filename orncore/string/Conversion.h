@@ -24,35 +24,35 @@
 namespace orncore::string {
 
 /// `text` as UTF-16.
-[[nodiscard]] ORNCORE_EXPORT UTF16String UTF8to16(std::string_view text);
+[[nodiscard]] ORN_EXPORT UTF16String UTF8to16(std::string_view text);
 /// `text` as UTF-8.
-[[nodiscard]] ORNCORE_EXPORT UTF8String UTF16to8(std::u16string_view text);
+[[nodiscard]] ORN_EXPORT UTF8String UTF16to8(std::u16string_view text);
 
 /// Replaces what `out` holds by `text` as UTF-16.
-ORNCORE_EXPORT void UTF8to16(std::string_view text, UTF16String& out);
+ORN_EXPORT void UTF8to16(std::string_view text, UTF16String& out);
 /// Replaces what `out` holds by `text` as UTF-8.
-ORNCORE_EXPORT void UTF16to8(std::u16string_view text, UTF8String& out);
+ORN_EXPORT void UTF16to8(std::u16string_view text, UTF8String& out);
 
 /// Adds `text` as UTF-16 behind what `out` holds. Surrogates that meet at the seam are not joined.
-ORNCORE_EXPORT void AppendUTF8to16(std::string_view text, UTF16String& out);
+ORN_EXPORT void AppendUTF8to16(std::string_view text, UTF16String& out);
 /// Adds `text` as UTF-8 behind what `out` holds.
-ORNCORE_EXPORT void AppendUTF16to8(std::u16string_view text, UTF8String& out);
+ORN_EXPORT void AppendUTF16to8(std::u16string_view text, UTF8String& out);
 
 /// An ASCII text of the program itself (a name, a number) as UTF-16. A byte of 0x80 or above, which
 /// such a text does not hold, becomes U+FFFD.
-[[nodiscard]] ORNCORE_EXPORT UTF16String AsciiToUTF16(std::string_view text);
+[[nodiscard]] ORN_EXPORT UTF16String AsciiToUTF16(std::string_view text);
 
 /// The number of bytes that `UTF16to8(text)` would have. Builds nothing.
-[[nodiscard]] ORNCORE_EXPORT std::size_t UTF8Length(std::u16string_view text) noexcept;
+[[nodiscard]] ORN_EXPORT std::size_t UTF8Length(std::u16string_view text) noexcept;
 
 /// Whether every byte is below 0x80. True for the empty text.
-[[nodiscard]] ORNCORE_EXPORT bool IsAscii(std::string_view text) noexcept;
+[[nodiscard]] ORN_EXPORT bool IsAscii(std::string_view text) noexcept;
 
 /// Whether `UTF8to16(text)` would replace nothing. True for the empty text.
-[[nodiscard]] ORNCORE_EXPORT bool IsWellFormedUTF8(std::string_view text) noexcept;
+[[nodiscard]] ORN_EXPORT bool IsWellFormedUTF8(std::string_view text) noexcept;
 
 /// Removes one UTF-8 byte order mark (EF BB BF) from the front of `text`; true when there was one.
-ORNCORE_EXPORT bool RemoveUTF8BOM_IfPresent(UTF8String& text);
+ORN_EXPORT bool RemoveUTF8BOM_IfPresent(UTF8String& text);
 
 }  // namespace orncore::string
 

@@ -16,8 +16,8 @@ inline constexpr unsigned kStringToNumberDecimal = 1;
 /// nothing else, no blanks either. True when `text` is one and within range; otherwise false, and
 /// `value` is unchanged. `options` holds option bits; without `kStringToNumberDecimal` nothing is a
 /// number. May be called from several threads at once.
-ORNCORE_EXPORT bool StringToNumber(std::string_view text, std::int64_t& value,
-                                   unsigned options = kStringToNumberDecimal) noexcept;
+ORN_EXPORT bool StringToNumber(std::string_view text, std::int64_t& value,
+                               unsigned options = kStringToNumberDecimal) noexcept;
 
 }  // namespace orncore::string
 

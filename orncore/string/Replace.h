@@ -29,20 +29,20 @@ struct Replacement {
 ///
 ///     Replacement arguments[] = {{u"@0", name}, {u"@1", version}};
 ///     ReplaceInString(line, arguments);
-ORNCORE_EXPORT void ReplaceInString(UTF16String& text, std::span<const Replacement> replacements);
+ORN_EXPORT void ReplaceInString(UTF16String& text, std::span<const Replacement> replacements);
 
 /// Replaces every occurrence of `pattern` in `text`, with the same promises.
-ORNCORE_EXPORT void ReplaceInString(UTF16String& text, std::u16string_view pattern,
-                                    std::u16string_view replacement);
+ORN_EXPORT void ReplaceInString(UTF16String& text, std::u16string_view pattern,
+                                std::u16string_view replacement);
 
 /// Adds `text`, with every occurrence replaced, behind what `out` holds. No view may lie in `out`.
-ORNCORE_EXPORT void AppendReplacing(std::u16string_view text,
-                                    std::span<const Replacement> replacements, UTF16String& out);
+ORN_EXPORT void AppendReplacing(std::u16string_view text, std::span<const Replacement> replacements,
+                                UTF16String& out);
 
 /// Replaces every occurrence of `pattern` in `text` and answers how many there were. The views may
 /// lie in `text`. If an exception is thrown (memory), `text` is unchanged.
-ORNCORE_EXPORT std::size_t ReplaceAllStringInString(UTF16String& text, std::u16string_view pattern,
-                                                    std::u16string_view replacement);
+ORN_EXPORT std::size_t ReplaceAllStringInString(UTF16String& text, std::u16string_view pattern,
+                                                std::u16string_view replacement);
 
 }  // namespace orncore::string
 

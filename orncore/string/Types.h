@@ -5,6 +5,8 @@
 
 #include <string>
 
+#include <orncore/Export.h>  // reports a compiler that is not in C++20 mode
+
 namespace orncore::string {
 
 /// UTF-8 text, sizes in bytes: file text, persisted values, identifiers. May hold any bytes.

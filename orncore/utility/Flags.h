@@ -2,6 +2,8 @@
 #ifndef ORNCORE_UTILITY_FLAGS_H_
 #define ORNCORE_UTILITY_FLAGS_H_
 
+#include <orncore/Export.h>  // reports a compiler that is not in C++20 mode
+
 #include <concepts>
 
 namespace orncore::utility {

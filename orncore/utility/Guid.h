@@ -26,7 +26,7 @@ namespace orncore::utility {
 ///     01234567-89ab-cdef-0123-456789abcdef
 ///
 /// It is 36 ASCII characters and holds no blank, so texts can be joined by blanks.
-class ORNCORE_EXPORT Guid {
+class ORN_EXPORT Guid {
  public:
   /// Characters (bytes) of the text form.
   static constexpr std::size_t kTextLength = 36;

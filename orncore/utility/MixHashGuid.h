@@ -27,7 +27,7 @@ namespace orncore::utility {
 
 /// The state of one hash between pieces. A value without allocation: a copy goes on from the same
 /// place. One thread at a time.
-class ORNCORE_EXPORT Murmur3MixerState {
+class ORN_EXPORT Murmur3MixerState {
  public:
   /// Adds `length` bytes. `bytes` may be null when `length` is 0.
   void Update(const void* bytes, std::size_t length) noexcept {

@@ -10,8 +10,8 @@
 #include <utility>
 #include <vector>
 
+#include <orncore/Export.h>
 #include <orncore/string/Types.h>
-#include <ornui/Export.h>
 
 namespace ornui::utility {
 
@@ -20,7 +20,7 @@ using orncore::string::UTF16String;
 /// Loads resources: the interface that a host implements.
 ///
 /// Threads: called on the thread that loads a list.
-class ORNUI_EXPORT ResourceManager {
+class ORN_EXPORT ResourceManager {
  public:
   ResourceManager() = default;
   ResourceManager(const ResourceManager&) = delete;
@@ -42,7 +42,7 @@ class ORNUI_EXPORT ResourceManager {
 /// in the folder is trusted not to exchange it while it is being read.
 ///
 /// Threads: safe from any.
-class ORNUI_EXPORT FolderResourceManager final : public ResourceManager {
+class ORN_EXPORT FolderResourceManager final : public ResourceManager {
  public:
   /// The folder need not exist yet. A relative one is taken from the current directory of each
   /// load.
@@ -60,7 +60,7 @@ class ORNUI_EXPORT FolderResourceManager final : public ResourceManager {
 /// interface.
 ///
 /// Threads: filled before it is used; loading is safe from any thread while nobody adds.
-class ORNUI_EXPORT MemoryResourceManager final : public ResourceManager {
+class ORN_EXPORT MemoryResourceManager final : public ResourceManager {
  public:
   /// Holds nothing yet.
   MemoryResourceManager();

@@ -10,8 +10,8 @@
 #include <ornui/utility/ResourceManager.h>
 #include <ornwhatsnew/WhatsNewTypes.h>
 
-#include "ornwhatsnew/src/Localization.h"
 #include "ornwhatsnew/src/ValidateCommand.h"
+#include "ornwhatsnew/src/panel/Localization.h"
 
 namespace ornwhatsnew {
 namespace {

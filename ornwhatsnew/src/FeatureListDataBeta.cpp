@@ -10,8 +10,8 @@
 #include <ornwhatsnew/FeatureListData.h>
 
 #include "ornwhatsnew/src/CountedScope.h"
-#include "ornwhatsnew/src/KeyOrder.h"
-#include "ornwhatsnew/src/Keywords.h"
+#include "ornwhatsnew/src/rules/KeyOrder.h"
+#include "ornwhatsnew/src/rules/Keywords.h"
 
 namespace ornwhatsnew {
 namespace {

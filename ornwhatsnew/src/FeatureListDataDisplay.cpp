@@ -8,9 +8,9 @@
 #include <ornwhatsnew/FeatureListData.h>
 
 #include "ornwhatsnew/src/CountedScope.h"
-#include "ornwhatsnew/src/PanelFormatter.h"
-#include "ornwhatsnew/src/StyledTextWriter.h"
-#include "ornwhatsnew/src/VisibilityRules.h"
+#include "ornwhatsnew/src/panel/PanelFormatter.h"
+#include "ornwhatsnew/src/panel/StyledTextWriter.h"
+#include "ornwhatsnew/src/rules/VisibilityRules.h"
 
 namespace ornwhatsnew {
 namespace {

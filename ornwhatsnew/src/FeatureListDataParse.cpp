@@ -10,9 +10,9 @@
 #include <ornwhatsnew/FeatureListData.h>
 #include <ornwhatsnew/utility/TextHelpers.h>
 
-#include "ornwhatsnew/src/FieldCleaner.h"
-#include "ornwhatsnew/src/KeyOrder.h"
-#include "ornwhatsnew/src/Keywords.h"
+#include "ornwhatsnew/src/datafile/FieldCleaner.h"
+#include "ornwhatsnew/src/rules/KeyOrder.h"
+#include "ornwhatsnew/src/rules/Keywords.h"
 
 namespace ornwhatsnew {
 namespace {

@@ -7,8 +7,8 @@
 #include <ornwhatsnew/utility/TextHelpers.h>
 
 #include "ornwhatsnew/src/CountedScope.h"
-#include "ornwhatsnew/src/Keywords.h"
-#include "ornwhatsnew/src/VisibilityRules.h"
+#include "ornwhatsnew/src/rules/Keywords.h"
+#include "ornwhatsnew/src/rules/VisibilityRules.h"
 
 namespace ornwhatsnew {
 namespace {

@@ -5,9 +5,9 @@
 
 #include <ornwhatsnew/utility/TextHelpers.h>
 
-#include "ornwhatsnew/src/IdentityMixing.h"
-#include "ornwhatsnew/src/Keywords.h"
-#include "ornwhatsnew/src/VisibilityRules.h"
+#include "ornwhatsnew/src/rules/IdentityMixing.h"
+#include "ornwhatsnew/src/rules/Keywords.h"
+#include "ornwhatsnew/src/rules/VisibilityRules.h"
 
 namespace ornwhatsnew {
 namespace {

@@ -6,8 +6,8 @@
 #include <ornappsupport/feature/FeatureService.h>
 #include <ornwhatsnew/utility/TextHelpers.h>
 
-#include "ornwhatsnew/src/IdentityMixing.h"
-#include "ornwhatsnew/src/VisibilityRules.h"
+#include "ornwhatsnew/src/rules/IdentityMixing.h"
+#include "ornwhatsnew/src/rules/VisibilityRules.h"
 
 namespace ornwhatsnew {
 namespace {

@@ -7,7 +7,7 @@
 #include <ornwhatsnew/FeatureListItem.h>
 #include <ornwhatsnew/utility/TextHelpers.h>
 
-#include "ornwhatsnew/src/Keywords.h"
+#include "ornwhatsnew/src/rules/Keywords.h"
 
 namespace ornwhatsnew {
 namespace {

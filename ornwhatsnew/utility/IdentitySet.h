@@ -18,15 +18,15 @@
 #include <initializer_list>
 #include <vector>
 
+#include <orncore/Export.h>
 #include <orncore/utility/Guid.h>
-#include <ornwhatsnew/Export.h>
 
 namespace ornwhatsnew {
 
 /// Identities in ascending order, each once. Named like the standard's sets, and used like them.
 /// A value; any number of threads may read it while none writes. What throws (an allocation) leaves
 /// it unchanged.
-class ORNWHATSNEW_EXPORT IdentitySet {
+class ORN_EXPORT IdentitySet {
  public:
   using value_type = orncore::utility::Guid;                       ///< as the standard's sets have
   using const_iterator = std::vector<value_type>::const_iterator;  ///< leads to them in order

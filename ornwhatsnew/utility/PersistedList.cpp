@@ -7,8 +7,8 @@
 #include <boost/algorithm/string/split.hpp>
 #include <boost/range/iterator_range.hpp>
 
-#include "ornwhatsnew/src/Keywords.h"
-#include "ornwhatsnew/src/RunIterator.h"
+#include "ornwhatsnew/src/datafile/RunIterator.h"
+#include "ornwhatsnew/src/rules/Keywords.h"
 
 namespace ornwhatsnew {
 namespace {

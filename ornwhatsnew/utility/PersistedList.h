@@ -6,33 +6,33 @@
 #include <string_view>
 #include <vector>
 
-#include <ornwhatsnew/Export.h>
+#include <orncore/Export.h>
 #include <ornwhatsnew/utility/IdentitySet.h>
 #include <ornwhatsnew/utility/SharedTypes.h>
 
 namespace ornwhatsnew {
 
 /// Key of the first persisted value: the identities of all that was seen or rated, a list.
-extern ORNWHATSNEW_EXPORT const UTF8String kAllSeenItemsKey;
+extern ORN_EXPORT const UTF8String kAllSeenItemsKey;
 /// Key of the second: the version in which the list was last opened.
-extern ORNWHATSNEW_EXPORT const UTF8String kLastVersionSeenKey;
+extern ORN_EXPORT const UTF8String kLastVersionSeenKey;
 /// Key of the third: all versions in which it was opened, a list.
-extern ORNWHATSNEW_EXPORT const UTF8String kAllVersionsSeenKey;
+extern ORN_EXPORT const UTF8String kAllVersionsSeenKey;
 
 /// The pieces between the blanks of `text`, as views into it. An empty text has none; adjacent
 /// blanks are not merged, so there is an empty piece between them.
-ORNWHATSNEW_EXPORT std::vector<std::string_view> SplitPersistedList(std::string_view text);
+ORN_EXPORT std::vector<std::string_view> SplitPersistedList(std::string_view text);
 
 /// The text of a list: each piece once, in ascending byte order. An empty piece stands first, adds
 /// nothing to the text and so is gone when the text is split again.
-ORNWHATSNEW_EXPORT UTF8String JoinPersistedList(std::vector<std::string_view> pieces);
+ORN_EXPORT UTF8String JoinPersistedList(std::vector<std::string_view> pieces);
 
 /// The identities of a persisted list. A piece that is no identity gives the nil one.
-ORNWHATSNEW_EXPORT IdentitySet ParseGuidList(std::string_view text);
+ORN_EXPORT IdentitySet ParseGuidList(std::string_view text);
 
 /// The text of the identities in any of the sets, each once.
-ORNWHATSNEW_EXPORT UTF8String FormatGuidList(const IdentitySet& some, const IdentitySet& others,
-                                             const IdentitySet& more = {});
+ORN_EXPORT UTF8String FormatGuidList(const IdentitySet& some, const IdentitySet& others,
+                                     const IdentitySet& more = {});
 
 }  // namespace ornwhatsnew
 

@@ -9,7 +9,7 @@
 #include <orncore/string/CaseMapping.h>
 #include <orncore/string/Number.h>
 
-#include "ornwhatsnew/src/Keywords.h"
+#include "ornwhatsnew/src/rules/Keywords.h"
 
 namespace ornwhatsnew {
 namespace {

@@ -9,45 +9,45 @@
 #include <string_view>
 #include <utility>
 
-#include <ornwhatsnew/Export.h>
+#include <orncore/Export.h>
 #include <ornwhatsnew/utility/SharedTypes.h>
 
 namespace ornwhatsnew {
 
 /// Whether the text is a localisation key of the form `$$$/path/key=default text`: begins with
 /// `$$$/`.
-ORNWHATSNEW_EXPORT bool IsZString(std::string_view text) noexcept;
+ORN_EXPORT bool IsZString(std::string_view text) noexcept;
 
 /// The part of a text that takes part in its identity. For a localisation key that is the part
 /// before the first `=`, with `$$$/private/` shortened to `$$$/`, so that neither a reworded
 /// default nor a move out of the private area makes a text new; any other text, and a key without
 /// `=`, counts whole.
-ORNWHATSNEW_EXPORT UTF8String ExtractHashablePortion(std::string_view text);
+ORN_EXPORT UTF8String ExtractHashablePortion(std::string_view text);
 
 /// The same without a copy: the portion is `first` followed by `second`. Both view into `text` or
 /// into a constant.
-ORNWHATSNEW_EXPORT std::pair<std::string_view, std::string_view> SplitHashablePortion(
+ORN_EXPORT std::pair<std::string_view, std::string_view> SplitHashablePortion(
     std::string_view text) noexcept;
 
 /// Whether two texts are equal after full Unicode lower-casing. Allocates only for texts beyond
 /// ASCII.
-ORNWHATSNEW_EXPORT bool CaseInsensitiveEqual(std::string_view a, std::string_view b);
+ORN_EXPORT bool CaseInsensitiveEqual(std::string_view a, std::string_view b);
 
 /// The text in lower case, by full Unicode mapping without a locale.
-ORNWHATSNEW_EXPORT UTF8String LowerCase8(std::string_view text);
+ORN_EXPORT UTF8String LowerCase8(std::string_view text);
 
 /// Whether the grouping key names one of the four sections, in any letter case.
-ORNWHATSNEW_EXPORT bool IsSpecialCaseSection(std::string_view key);
+ORN_EXPORT bool IsSpecialCaseSection(std::string_view key);
 
 /// Whether the grouping key names one of the two sections that only users with the
 /// internal-features permission see, in any letter case.
-ORNWHATSNEW_EXPORT bool IsInternalSpecialCaseSection(std::string_view key);
+ORN_EXPORT bool IsInternalSpecialCaseSection(std::string_view key);
 
 /// The number of a dotted version, base 1000, the rightmost component counting once: `25.1.3` is
 /// 25,001,003, and so `25.1` and `25.1.0` differ. A component that is no decimal number counts as
 /// 0, one of 1000 or more spills into the next; the sum wraps modulo 2^64. Allocates only
 /// for versions of more than 16 components.
-ORNWHATSNEW_EXPORT std::int64_t VersionNumber(std::string_view version);
+ORN_EXPORT std::int64_t VersionNumber(std::string_view version);
 
 }  // namespace ornwhatsnew
 

@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "ornwhatsnew/src/FieldCleaner.h"
+#include "ornwhatsnew/src/datafile/FieldCleaner.h"
 #include "tests/support/PlainText.h"
 #include "tests/support/RandomSource.h"
 

@@ -4,7 +4,7 @@
 
 #include <gtest/gtest.h>
 
-#include "ornwhatsnew/src/KeyOrder.h"
+#include "ornwhatsnew/src/rules/KeyOrder.h"
 #include "tests/support/RandomSource.h"
 
 namespace ornwhatsnew {

@@ -1,4 +1,4 @@
-#include "ornwhatsnew/src/ReadAhead.h"
+#include "ornwhatsnew/src/rules/ReadAhead.h"
 
 #include <vector>
 

@@ -4,7 +4,7 @@
 #include <gtest/gtest.h>
 #include <boost/tokenizer.hpp>
 
-#include "ornwhatsnew/src/RunIterator.h"
+#include "ornwhatsnew/src/datafile/RunIterator.h"
 #include "tests/support/RandomSource.h"
 #include "tests/support/TextAtPageEnd.h"
 

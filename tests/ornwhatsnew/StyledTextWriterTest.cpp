@@ -5,7 +5,7 @@
 
 #include <ornwhatsnew/FeatureListData.h>
 
-#include "ornwhatsnew/src/StyledTextWriter.h"
+#include "ornwhatsnew/src/panel/StyledTextWriter.h"
 #include "tests/support/FakeHost.h"
 #include "tests/support/PlainText.h"
 #include "tests/support/RandomSource.h"

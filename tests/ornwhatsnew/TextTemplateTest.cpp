@@ -4,7 +4,7 @@
 
 #include <orncore/string/Replace.h>
 
-#include "ornwhatsnew/src/TextTemplate.h"
+#include "ornwhatsnew/src/panel/TextTemplate.h"
 #include "tests/support/RandomSource.h"
 
 namespace ornwhatsnew {

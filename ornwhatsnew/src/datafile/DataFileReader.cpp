@@ -5,8 +5,8 @@
 #include <orncore/string/Conversion.h>
 #include <ornwhatsnew/utility/TextHelpers.h>
 
-#include "ornwhatsnew/src/DataFileCutter.h"
-#include "ornwhatsnew/src/FieldCleaner.h"
+#include "ornwhatsnew/src/datafile/DataFileCutter.h"
+#include "ornwhatsnew/src/datafile/FieldCleaner.h"
 
 namespace ornwhatsnew {
 namespace {

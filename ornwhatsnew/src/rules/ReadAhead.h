@@ -4,8 +4,8 @@
 // list each of them is a wait for memory that takes longer than all that is done with it. The
 // changes of an item lie wherever the file's order put them, so the processor cannot guess the
 // next one; the walk knows it.
-#ifndef ORNWHATSNEW_SRC_READAHEAD_H_
-#define ORNWHATSNEW_SRC_READAHEAD_H_
+#ifndef ORNWHATSNEW_SRC_RULES_READAHEAD_H_
+#define ORNWHATSNEW_SRC_RULES_READAHEAD_H_
 
 #include <algorithm>
 #include <cstddef>
@@ -44,4 +44,4 @@ template <class ChangeAt>
 
 }  // namespace ornwhatsnew
 
-#endif  // ORNWHATSNEW_SRC_READAHEAD_H_
+#endif  // ORNWHATSNEW_SRC_RULES_READAHEAD_H_

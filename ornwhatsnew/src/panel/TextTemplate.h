@@ -5,8 +5,8 @@
 // within a display. So it is cut at its marks once, and filling it is a row of appends. The result
 // is what replacing the marks in one pass from left to right gives; inserted text is never
 // searched.
-#ifndef ORNWHATSNEW_SRC_TEXTTEMPLATE_H_
-#define ORNWHATSNEW_SRC_TEXTTEMPLATE_H_
+#ifndef ORNWHATSNEW_SRC_PANEL_TEXTTEMPLATE_H_
+#define ORNWHATSNEW_SRC_PANEL_TEXTTEMPLATE_H_
 
 #include <array>
 #include <cstddef>
@@ -47,4 +47,4 @@ class TextTemplate {
 
 }  // namespace ornwhatsnew
 
-#endif  // ORNWHATSNEW_SRC_TEXTTEMPLATE_H_
+#endif  // ORNWHATSNEW_SRC_PANEL_TEXTTEMPLATE_H_

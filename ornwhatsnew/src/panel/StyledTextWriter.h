@@ -1,6 +1,6 @@
 // Writes the panel's text together with its style runs, in time linear in the text.
-#ifndef ORNWHATSNEW_SRC_STYLEDTEXTWRITER_H_
-#define ORNWHATSNEW_SRC_STYLEDTEXTWRITER_H_
+#ifndef ORNWHATSNEW_SRC_PANEL_STYLEDTEXTWRITER_H_
+#define ORNWHATSNEW_SRC_PANEL_STYLEDTEXTWRITER_H_
 
 #include <array>
 #include <cstddef>
@@ -72,4 +72,4 @@ class StyledTextWriter {
 
 }  // namespace ornwhatsnew
 
-#endif  // ORNWHATSNEW_SRC_STYLEDTEXTWRITER_H_
+#endif  // ORNWHATSNEW_SRC_PANEL_STYLEDTEXTWRITER_H_

@@ -1,12 +1,12 @@
 // The texts that the display builds on: templates that a dictionary may replace, and fixed ones.
-#ifndef ORNWHATSNEW_SRC_DISPLAYTEMPLATES_H_
-#define ORNWHATSNEW_SRC_DISPLAYTEMPLATES_H_
+#ifndef ORNWHATSNEW_SRC_PANEL_DISPLAYTEMPLATES_H_
+#define ORNWHATSNEW_SRC_PANEL_DISPLAYTEMPLATES_H_
 
 #include <string_view>
 
 #include <ornwhatsnew/utility/SharedTypes.h>
 
-#include "ornwhatsnew/src/TextTemplate.h"
+#include "ornwhatsnew/src/panel/TextTemplate.h"
 
 namespace ornwhatsnew {
 
@@ -63,4 +63,4 @@ inline constexpr std::u16string_view kPrivacyPage = u"" ORNWHATSNEW_PRIVACY_PAGE
 
 }  // namespace ornwhatsnew
 
-#endif  // ORNWHATSNEW_SRC_DISPLAYTEMPLATES_H_
+#endif  // ORNWHATSNEW_SRC_PANEL_DISPLAYTEMPLATES_H_

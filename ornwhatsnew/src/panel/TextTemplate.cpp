@@ -1,4 +1,4 @@
-#include "ornwhatsnew/src/TextTemplate.h"
+#include "ornwhatsnew/src/panel/TextTemplate.h"
 
 namespace ornwhatsnew {
 namespace {

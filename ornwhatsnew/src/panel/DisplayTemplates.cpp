@@ -1,4 +1,4 @@
-#include "ornwhatsnew/src/DisplayTemplates.h"
+#include "ornwhatsnew/src/panel/DisplayTemplates.h"
 
 #include <orncore/config/Localizer.h>
 

@@ -1,7 +1,7 @@
 // Writes the panel: its header, its features, their change lines, and the notices that stand where
 // nothing is to be shown.
-#ifndef ORNWHATSNEW_SRC_PANELFORMATTER_H_
-#define ORNWHATSNEW_SRC_PANELFORMATTER_H_
+#ifndef ORNWHATSNEW_SRC_PANEL_PANELFORMATTER_H_
+#define ORNWHATSNEW_SRC_PANEL_PANELFORMATTER_H_
 
 #include <cstddef>
 #include <string_view>
@@ -9,9 +9,9 @@
 #include <ornwhatsnew/FeatureListItem.h>
 #include <ornwhatsnew/utility/SharedTypes.h>
 
-#include "ornwhatsnew/src/DisplayTemplates.h"
-#include "ornwhatsnew/src/StyledTextWriter.h"
-#include "ornwhatsnew/src/VisibilityRules.h"
+#include "ornwhatsnew/src/panel/DisplayTemplates.h"
+#include "ornwhatsnew/src/panel/StyledTextWriter.h"
+#include "ornwhatsnew/src/rules/VisibilityRules.h"
 
 namespace ornwhatsnew {
 
@@ -76,4 +76,4 @@ class PanelFormatter {
 
 }  // namespace ornwhatsnew
 
-#endif  // ORNWHATSNEW_SRC_PANELFORMATTER_H_
+#endif  // ORNWHATSNEW_SRC_PANEL_PANELFORMATTER_H_

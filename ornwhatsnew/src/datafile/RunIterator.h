@@ -5,8 +5,8 @@
 // To the algorithms a run looks like its first byte: a special byte is itself, and for everything
 // that they ask of ordinary bytes ("is it a separator? a quote?") all bytes of a run answer alike.
 // That holds as long as every byte that the algorithm treats specially is named as special here.
-#ifndef ORNWHATSNEW_SRC_RUNITERATOR_H_
-#define ORNWHATSNEW_SRC_RUNITERATOR_H_
+#ifndef ORNWHATSNEW_SRC_DATAFILE_RUNITERATOR_H_
+#define ORNWHATSNEW_SRC_DATAFILE_RUNITERATOR_H_
 
 #include <cstddef>
 #include <cstring>
@@ -154,4 +154,4 @@ class SpanToken {
 
 }  // namespace ornwhatsnew
 
-#endif  // ORNWHATSNEW_SRC_RUNITERATOR_H_
+#endif  // ORNWHATSNEW_SRC_DATAFILE_RUNITERATOR_H_

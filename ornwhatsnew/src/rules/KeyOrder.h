@@ -1,6 +1,6 @@
 // Moves keys within the display order, in time linear in the order however many move.
-#ifndef ORNWHATSNEW_SRC_KEYORDER_H_
-#define ORNWHATSNEW_SRC_KEYORDER_H_
+#ifndef ORNWHATSNEW_SRC_RULES_KEYORDER_H_
+#define ORNWHATSNEW_SRC_RULES_KEYORDER_H_
 
 #include <list>
 #include <string>
@@ -21,4 +21,4 @@ void MoveKeysToBack(std::list<std::string>& order, const MovingKeys& keys);
 
 }  // namespace ornwhatsnew
 
-#endif  // ORNWHATSNEW_SRC_KEYORDER_H_
+#endif  // ORNWHATSNEW_SRC_RULES_KEYORDER_H_

@@ -1,4 +1,4 @@
-#include "ornwhatsnew/src/StyledTextWriter.h"
+#include "ornwhatsnew/src/panel/StyledTextWriter.h"
 
 #include <cstdint>
 #include <utility>

@@ -2,7 +2,7 @@
 
 #include <ornwhatsnew/utility/TextHelpers.h>
 
-#include "ornwhatsnew/src/Keywords.h"
+#include "ornwhatsnew/src/rules/Keywords.h"
 
 namespace ornwhatsnew {
 namespace {

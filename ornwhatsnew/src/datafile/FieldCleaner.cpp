@@ -1,4 +1,4 @@
-#include "ornwhatsnew/src/FieldCleaner.h"
+#include "ornwhatsnew/src/datafile/FieldCleaner.h"
 
 #include <algorithm>
 

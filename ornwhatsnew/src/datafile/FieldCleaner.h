@@ -4,8 +4,8 @@
 //
 // Nearly all fields are ASCII and clean already: those are handed back as they stand, a view into
 // the file, and never leave 8 bits. The others are worked out in buffers that are kept.
-#ifndef ORNWHATSNEW_SRC_FIELDCLEANER_H_
-#define ORNWHATSNEW_SRC_FIELDCLEANER_H_
+#ifndef ORNWHATSNEW_SRC_DATAFILE_FIELDCLEANER_H_
+#define ORNWHATSNEW_SRC_DATAFILE_FIELDCLEANER_H_
 
 #include <string>
 #include <string_view>
@@ -30,4 +30,4 @@ std::string_view LowerField(std::string_view field, UTF8String& buffer);
 
 }  // namespace ornwhatsnew
 
-#endif  // ORNWHATSNEW_SRC_FIELDCLEANER_H_
+#endif  // ORNWHATSNEW_SRC_DATAFILE_FIELDCLEANER_H_

@@ -1,4 +1,4 @@
-#include "ornwhatsnew/src/PanelFormatter.h"
+#include "ornwhatsnew/src/panel/PanelFormatter.h"
 
 #include <memory>
 #include <utility>
@@ -9,9 +9,9 @@
 #include <ornwhatsnew/WhatsNewTypes.h>
 #include <ornwhatsnew/utility/TextHelpers.h>
 
-#include "ornwhatsnew/src/Keywords.h"
-#include "ornwhatsnew/src/Localization.h"
-#include "ornwhatsnew/src/ReadAhead.h"
+#include "ornwhatsnew/src/panel/Localization.h"
+#include "ornwhatsnew/src/rules/Keywords.h"
+#include "ornwhatsnew/src/rules/ReadAhead.h"
 
 namespace ornwhatsnew {
 namespace {

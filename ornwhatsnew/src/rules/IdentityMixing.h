@@ -1,7 +1,7 @@
 // What records feed into their identities: texts without length or separator, and of a localisation
 // key only the part that identifies it.
-#ifndef ORNWHATSNEW_SRC_IDENTITYMIXING_H_
-#define ORNWHATSNEW_SRC_IDENTITYMIXING_H_
+#ifndef ORNWHATSNEW_SRC_RULES_IDENTITYMIXING_H_
+#define ORNWHATSNEW_SRC_RULES_IDENTITYMIXING_H_
 
 #include <optional>
 #include <string_view>
@@ -70,4 +70,4 @@ class ItemSeenIdentity {
 
 }  // namespace ornwhatsnew
 
-#endif  // ORNWHATSNEW_SRC_IDENTITYMIXING_H_
+#endif  // ORNWHATSNEW_SRC_RULES_IDENTITYMIXING_H_

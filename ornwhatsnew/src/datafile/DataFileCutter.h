@@ -2,15 +2,15 @@
 //
 // The tokenizer walks in runs of ordinary bytes and its tokens are views, so nothing is copied and
 // it decides a tenth as often as byte by byte; see RunIterator.h.
-#ifndef ORNWHATSNEW_SRC_DATAFILECUTTER_H_
-#define ORNWHATSNEW_SRC_DATAFILECUTTER_H_
+#ifndef ORNWHATSNEW_SRC_DATAFILE_DATAFILECUTTER_H_
+#define ORNWHATSNEW_SRC_DATAFILE_DATAFILECUTTER_H_
 
 #include <string>
 #include <string_view>
 
 #include <boost/tokenizer.hpp>
 
-#include "ornwhatsnew/src/RunIterator.h"
+#include "ornwhatsnew/src/datafile/RunIterator.h"
 
 namespace ornwhatsnew {
 
@@ -79,4 +79,4 @@ class DataFileCutter {
 
 }  // namespace ornwhatsnew
 
-#endif  // ORNWHATSNEW_SRC_DATAFILECUTTER_H_
+#endif  // ORNWHATSNEW_SRC_DATAFILE_DATAFILECUTTER_H_

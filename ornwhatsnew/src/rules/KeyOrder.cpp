@@ -1,4 +1,4 @@
-#include "ornwhatsnew/src/KeyOrder.h"
+#include "ornwhatsnew/src/rules/KeyOrder.h"
 
 #include <cstddef>
 #include <memory_resource>

@@ -1,6 +1,6 @@
 // How a text of the data or the feature table becomes display text.
-#ifndef ORNWHATSNEW_SRC_LOCALIZATION_H_
-#define ORNWHATSNEW_SRC_LOCALIZATION_H_
+#ifndef ORNWHATSNEW_SRC_PANEL_LOCALIZATION_H_
+#define ORNWHATSNEW_SRC_PANEL_LOCALIZATION_H_
 
 #include <orncore/config/Localizer.h>
 #include <orncore/string/Conversion.h>
@@ -21,4 +21,4 @@ inline void Localize(const UTF8String& text, UTF16String& out) {
 
 }  // namespace ornwhatsnew
 
-#endif  // ORNWHATSNEW_SRC_LOCALIZATION_H_
+#endif  // ORNWHATSNEW_SRC_PANEL_LOCALIZATION_H_

@@ -1,7 +1,7 @@
 // What a user gets to see: the rules that decide it for a change and for an item, written once for
 // the predicates of the records, for the badge, and for the display.
-#ifndef ORNWHATSNEW_SRC_VISIBILITYRULES_H_
-#define ORNWHATSNEW_SRC_VISIBILITYRULES_H_
+#ifndef ORNWHATSNEW_SRC_RULES_VISIBILITYRULES_H_
+#define ORNWHATSNEW_SRC_RULES_VISIBILITYRULES_H_
 
 #include <cstdint>
 #include <optional>
@@ -13,7 +13,7 @@
 #include <ornwhatsnew/utility/IdentitySet.h>
 #include <ornwhatsnew/utility/SharedTypes.h>
 
-#include "ornwhatsnew/src/IdentityMixing.h"
+#include "ornwhatsnew/src/rules/IdentityMixing.h"
 
 namespace ornwhatsnew {
 
@@ -90,4 +90,4 @@ bool IsItemShown(const FeatureListItem& item, const VisibilityQuestion& question
 
 }  // namespace ornwhatsnew
 
-#endif  // ORNWHATSNEW_SRC_VISIBILITYRULES_H_
+#endif  // ORNWHATSNEW_SRC_RULES_VISIBILITYRULES_H_

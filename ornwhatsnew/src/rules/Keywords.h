@@ -1,8 +1,8 @@
 // The fixed texts that the library itself compares with and files things under. The exported
 // constants are made from these; they are strings, built when the library is loaded, and a list
 // that a static object of the host makes must not come upon them half built.
-#ifndef ORNWHATSNEW_SRC_KEYWORDS_H_
-#define ORNWHATSNEW_SRC_KEYWORDS_H_
+#ifndef ORNWHATSNEW_SRC_RULES_KEYWORDS_H_
+#define ORNWHATSNEW_SRC_RULES_KEYWORDS_H_
 
 #include <string_view>
 
@@ -32,4 +32,4 @@ inline constexpr std::string_view kAllVersionsSeen = "WhatsNew.AllVersionSeenWha
 
 }  // namespace ornwhatsnew::keywords
 
-#endif  // ORNWHATSNEW_SRC_KEYWORDS_H_
+#endif  // ORNWHATSNEW_SRC_RULES_KEYWORDS_H_

@@ -1,4 +1,4 @@
-#include "ornwhatsnew/src/VisibilityRules.h"
+#include "ornwhatsnew/src/rules/VisibilityRules.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -9,8 +9,8 @@
 #include <ornwhatsnew/WhatsNewTypes.h>
 #include <ornwhatsnew/utility/TextHelpers.h>
 
-#include "ornwhatsnew/src/Keywords.h"
-#include "ornwhatsnew/src/ReadAhead.h"
+#include "ornwhatsnew/src/rules/Keywords.h"
+#include "ornwhatsnew/src/rules/ReadAhead.h"
 
 namespace ornwhatsnew {
 namespace {
