@@ -1,5 +1,5 @@
-// The example's page says what its commands print and what each row shows; this is whether it is
-// true.
+// Two pages show commands with their output: the walk through the example application and the
+// manual for authors of data files. These tests run the commands and compare the output.
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
@@ -44,7 +44,19 @@ std::string JoinLines(const Lines& lines) {
   return text;
 }
 
-// A reader's shell: in the example's folder, the program at hand, and a state store of its own.
+// Runs the commands of `page` in the current folder and compares what they print.
+void ExpectPageShowsWhatItsCommandsPrint(const std::string& page) {
+  const auto commands = ReadShownCommands(ReadAll(page));
+  ASSERT_GT(commands.size(), 10U);
+  for (const ShownCommand& shown : commands) {
+    const Lines output = RunInShell(shown.command);
+    EXPECT_TRUE(IsShown(shown.output, output)) << "$ " << shown.command << "\nprints\n"
+                                               << JoinLines(output) << "and the page shows\n"
+                                               << JoinLines(shown.output);
+  }
+}
+
+// A reader's shell: in a folder of examples, with the program in the PATH and a new state store.
 class ExamplePage : public ::testing::Test {
  protected:
   void SetUp() override {
@@ -62,14 +74,12 @@ class ExamplePage : public ::testing::Test {
 };
 
 TEST_F(ExamplePage, ShowsWhatItsCommandsPrint) {
-  const auto commands = ReadShownCommands(ReadAll(EXAMPLE_PAGE));
-  ASSERT_GT(commands.size(), 10U);
-  for (const ShownCommand& shown : commands) {
-    const Lines output = RunInShell(shown.command);
-    EXPECT_TRUE(IsShown(shown.output, output)) << "$ " << shown.command << "\nprints\n"
-                                               << JoinLines(output) << "and the page shows\n"
-                                               << JoinLines(shown.output);
-  }
+  ExpectPageShowsWhatItsCommandsPrint(EXAMPLE_PAGE);
+}
+
+TEST_F(ExamplePage, DataFileManualShowsWhatItsCommandsPrint) {
+  std::filesystem::current_path(RULES_FOLDER);
+  ExpectPageShowsWhatItsCommandsPrint(RULES_PAGE);
 }
 
 // Rows of its tables: | line | `what stands in it` | what it shows |
