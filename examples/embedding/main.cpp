@@ -1,4 +1,4 @@
-// A host's first lines: say who is running, load the list, show what is new.
+// The smallest host: describe the application, load the list, show what is new.
 #include <iostream>
 #include <map>
 
@@ -12,14 +12,14 @@ int main() {
   orncore::config::SetClientInfo(
       std::make_shared<orncore::config::FixedClientInfo>(u"4.3", u"118", "Mac"));
   const ornui::utility::FolderResourceManager resources("examples/herbarium");
-  std::map<UTF8String, UTF8String> settings;  // yours: the library keeps three texts there
+  std::map<UTF8String, UTF8String> settings;  // the host's settings; the list stores three strings
   const auto list = GetWhatsNew(
       u"whatsnew.csv", &resources, [&](const UTF8String& key) { return settings[key]; },
       [&](const UTF8String& key, const UTF8String& value) { settings[key] = value; });
 
   const DisplayOptions options = kShowOnlyNew | kFilterRelevantPlatform;
-  if (!list->IsAnythingNew(options)) return 0;  // else put a badge on the menu, and once opened:
-  StyleRunMap runs;                             // which bytes are titles, links, labels
+  if (!list->IsAnythingNew(options)) return 0;  // no badge, no panel
+  StyleRunMap runs;                             // receives the titles, links and labels
   const UTF16String text = list->GetFormattedTextForDisplay(options, u"", runs, nullptr);
   std::cout << orncore::string::UTF16to8(text);
 }
