@@ -1,5 +1,5 @@
-// What this application keeps of its user between two starts; another one has a registry, a
-// property list or a database for it.
+// The user's settings, which the application keeps between two starts. A real application uses a
+// registry, a property list or a database.
 #ifndef EXAMPLES_HOST_PREFERENCES_H_
 #define EXAMPLES_HOST_PREFERENCES_H_
 

@@ -18,7 +18,7 @@
 
 namespace feature = ornappsupport::feature;
 
-// Who is running.
+// Describes the application.
 class RunningApplication final : public orncore::config::ClientInfo {
  public:
   std::u16string GetClientVersion() const override { return u"4.3"; }
@@ -26,7 +26,7 @@ class RunningApplication final : public orncore::config::ClientInfo {
   std::string GetClientPlatform() const override { return "Win"; }
 };
 
-// Beta features: the table is fixed, the switches are the user's.
+// Beta features: a fixed table and the user's switches.
 class Switches final : public feature::FeatureService {
  public:
   explicit Switches(const Preferences& preferences) : preferences_(preferences) {}
@@ -53,7 +53,7 @@ class Switches final : public feature::FeatureService {
   };
 };
 
-// Translations: keys as they are written before `=`.
+// Translations by key, which is the part before `=`.
 class GermanTexts final : public orncore::config::DictionarySource {
  public:
   std::optional<std::string> Find(std::string_view key) const override {
@@ -61,11 +61,11 @@ class GermanTexts final : public orncore::config::DictionarySource {
     if (key == "$$$/herbarium/feature/map/description") return "Jeder Bogen an seinem Fundort.";
     if (key == "$$$/herbarium/news/43/zoom") return "Strg und das Rad#{mdash}schon zoomt sie";
     if (key == "$$$/ornwhatsnew/SectionKey/Miscellaneous") return "Sonstiges";
-    return std::nullopt;  // the default text behind the key's `=`
+    return std::nullopt;  // the list shows the default text after `=`
   }
 };
 
-// Debug entries: this application keeps them among its other texts.
+// Debug entries: this application stores them with its other texts.
 class DebugTexts final : public orncore::debug::DebugStore {
  public:
   explicit DebugTexts(Preferences& preferences) : preferences_(preferences) {}

@@ -1,14 +1,14 @@
-// Every service that the library asks, answered by this application.
+// The application's implementation of every service of the library.
 #ifndef EXAMPLES_HOST_SERVICES_H_
 #define EXAMPLES_HOST_SERVICES_H_
 
 #include "Preferences.h"
 
-/// Puts the application's own services in place of the defaults. `preferences` is asked at each
-/// use, and has to live until RestoreServices.
+/// Replaces the default services by the application's own. The services read `preferences` on every
+/// use; it must outlive them, until RestoreServices.
 void ReplaceServices(Preferences& preferences);
 
-/// Puts the defaults back.
+/// Restores the default services.
 void RestoreServices();
 
 #endif  // EXAMPLES_HOST_SERVICES_H_

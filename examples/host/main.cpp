@@ -1,5 +1,5 @@
-// An application with services, resources and settings of its own, and what it does with a list:
-// the badge, the panel, a rating, the end.
+// An application with its own services, resources and settings. It loads a list, shows the badge,
+// the panel and a rating, and shuts down.
 #include <future>
 #include <iostream>
 #include <memory>
@@ -20,12 +20,12 @@ using orncore::config::EInitializerContextFlags;
 using orncore::console::CommandRegistry;
 using orncore::string::UTF16to8;
 
-// What the badge asks for, and what the panel shows.
+// The display options of the badge and the panel.
 constexpr ornwhatsnew::DisplayOptions kNews = ornwhatsnew::kShowOnlyNew |
                                               ornwhatsnew::kFilterRelevantPlatform |
                                               ornwhatsnew::kFilterRelevantVersion;
 
-// The list as this start of the application finds it.
+// Loads the list.
 std::shared_ptr<ornwhatsnew::FeatureListData> LoadNews(Preferences& preferences) {
   const BuiltInResources resources;  // only used while the list is loaded
   const auto getter = [&preferences](const std::string& key) { return preferences.texts[key]; };
@@ -35,22 +35,23 @@ std::shared_ptr<ornwhatsnew::FeatureListData> LoadNews(Preferences& preferences)
   return ornwhatsnew::GetWhatsNew(u"news", &resources, getter, setter);
 }
 
-// Loads while the application starts. From get() on, the list belongs to the caller's thread; until
-// then nobody else may touch the preferences or replace a service.
+// Loads the list while the application starts. After get(), the list belongs to the caller's
+// thread. Before that, no other thread may use the preferences or replace a service.
 std::future<std::shared_ptr<ornwhatsnew::FeatureListData>> StartLoadingNews(
     Preferences& preferences) {
   return std::async(std::launch::async, [&preferences] { return LoadNews(preferences); });
 }
 
-// A range of a run, clipped to the text: a commit's run reaches one byte past it.
+// Returns the text of a run. Clips the run to the panel, because a commit's run ends one byte past
+// its text.
 std::string_view TextOf(const ornwhatsnew::StyleRun& run, std::string_view panel) {
   const auto start = static_cast<std::size_t>(run.first.first);
   const auto length = static_cast<std::size_t>(run.first.second);
   return start < panel.size() ? panel.substr(start, length) : std::string_view();
 }
 
-// Draws the panel, which counts as seen from now on. An application with windows makes fonts and
-// links of the runs.
+// Shows the panel; the list counts its content as seen. An application with windows turns the runs
+// into fonts and links.
 void ShowPanel(ornwhatsnew::FeatureListData& list, ornwhatsnew::DisplayOptions options) {
   ornwhatsnew::StyleRunMap runs;
   const auto text = UTF16to8(list.GetFormattedTextForDisplay(options, u"", runs, nullptr));
@@ -60,7 +61,7 @@ void ShowPanel(ornwhatsnew::FeatureListData& list, ornwhatsnew::DisplayOptions o
   }
 }
 
-// Puts a control where each placeholder stands, and remembers what the user chose there.
+// Shows a rating control for each feature and reports the ratings to the list.
 void AskForRatings(ornwhatsnew::FeatureListData& list) {
   if (!list.IsAnythingNeedingRating()) return;
   ornwhatsnew::StyleRunMap runs;
@@ -71,18 +72,18 @@ void AskForRatings(ornwhatsnew::FeatureListData& list) {
   for (const auto& [key, feature] : *features) {
     const auto name = UTF16to8(list.LocalizeIfNecessary(feature->GetFeatureName()));
     std::cout << "[rating] " << name << '\n';
-    list.MarkItemHasBeenRated(key);  // once the user has rated it
+    list.MarkItemHasBeenRated(key);  // after the user has rated it
   }
 }
 
-// Hands a line of the application's console to the commands that the library registered.
+// Runs a line of the application's console as a command that the library registered.
 void RunConsoleLine(std::u16string_view line) {
   std::basic_ostringstream<char16_t> output;
   const auto result = CommandRegistry::Instance().RunLine(line, output);
   std::cout << (result ? UTF16to8(output.str()) : "There is no such command.\n");
 }
 
-// Start-up work of the application itself; it fails, for the log's sake.
+// Start-up work of the application. It fails, so that this example has a log entry.
 const orncore::config::InitializerRegistrar kCloud(
     "Herbarium.Cloud", EInitializerContextFlags::kApplication, [] { return false; }, [] {});
 
@@ -92,7 +93,7 @@ void Run(Preferences& preferences) {
   std::cout << "badge: " << list->IsAnythingNew(kNews) << '\n';
   ShowPanel(*list, kNews);
 
-  // What was shown counts once it has been read back: at the next start, or at once.
+  // The displayed content counts as seen after the list has read its state again.
   list->RefreshInternalSeenState();
   std::cout << "badge: " << list->IsAnythingNew(kNews) << '\n';
 
@@ -105,7 +106,7 @@ void Run(Preferences& preferences) {
   AskForRatings(*list);
   std::cout << "to be rated after that: " << list->IsAnythingNeedingRating() << '\n';
 
-  // Services are asked at each use: both switches show at the next display.
+  // The list queries its services on every use, so both changes affect the next display.
   preferences.isStaff = true;
   preferences.texts["debug/ornappsupport.betafeature.SimulateShowingAllUnlockCodesInWhatsNew"] =
       "true";
