@@ -1,12 +1,12 @@
 # shellcheck shell=bash
-# What bash offers behind `ornwhatsnew`. It asks the program, whose help names all that there is, so
-# that nothing is kept here twice.
+# Bash completion for `ornwhatsnew`. It reads commands and options from the program's help, so that
+# they are listed in one place only.
 
 _ornwhatsnew() {
   local program=$1 current=$2 previous=$3
   COMPREPLY=()
 
-  # `--format=json` reaches us as three words.
+  # Bash splits `--format=json` into three words.
   if [[ $current == '=' ]]; then
     current=''
   elif [[ $previous == '=' ]]; then
@@ -51,7 +51,7 @@ _ornwhatsnew() {
   fi
 }
 
-# The names that a section of the help lists: those of commands, or the options' long ones.
+# Prints the names in a section of the help: commands, or long options.
 _ornwhatsnew_names() {
   awk -v section="$1:" '
     /^[^ ]/ { inside = ($0 == section); next }
@@ -59,7 +59,7 @@ _ornwhatsnew_names() {
   ' <<<"$2"
 }
 
-# The kind of value that an option takes, such as FILE; empty when it takes none.
+# Prints the type of the value of an option, such as FILE, or nothing if it has no value.
 _ornwhatsnew_value() {
   [[ $2 == -* ]] || return 0
   awk -v option="$2" '$1 == option && $2 ~ /^[A-Z]+$/ { print $2 }' <<<"$1"
@@ -72,7 +72,7 @@ _ornwhatsnew_offer() {
 }
 
 _ornwhatsnew_files() {
-  compopt -o filenames 2>/dev/null || true # outside of a completion there is none
+  compopt -o filenames 2>/dev/null || true # fails outside of a completion
   mapfile -t COMPREPLY < <(compgen -f -- "$1")
 }
 

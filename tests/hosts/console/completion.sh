@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# What bash offers behind the program. usage: completion.sh COMPLETIONS PROGRAM
+# Tests the bash completion. usage: completion.sh COMPLETIONS PROGRAM
 set -euo pipefail
 export LC_ALL=C
 
@@ -12,7 +12,7 @@ cd "$folder"
 touch host.json 'what is new.csv'
 failures=0
 
-# Puts what is offered for the last of these words, sorted, into `offered`.
+# Sets `offered` to the sorted completions of the last word.
 offer() {
   COMP_WORDS=(ornwhatsnew "$@")
   COMP_CWORD=$#
@@ -28,12 +28,12 @@ expect() {
   shift
   offer "$@"
   [[ $offered == "$wanted" ]] || {
-    printf 'behind "ornwhatsnew %s": "%s" instead of "%s"\n' "$*" "$offered" "$wanted" >&2
+    printf 'after "ornwhatsnew %s": "%s" instead of "%s"\n' "$*" "$offered" "$wanted" >&2
     failures=$((failures + 1))
   }
 }
 
-# Every name that a section of the program's help lists is offered.
+# expect_all_of SECTION WORD...: every name in a section of the program's help is offered.
 expect_all_of() {
   local section=$1 wanted
   shift

@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Whether the man page names what the program's help names, and nothing else.
+# Tests that the man page names the same commands, options and exit statuses as the program's help.
 # usage: man_page.sh PAGE PROGRAM
 set -euo pipefail
 export LC_ALL=C
@@ -12,7 +12,7 @@ complain() {
   failures=$((failures + 1))
 }
 
-# compare WHAT OF-THE-HELP OF-THE-PAGE, both a name per line
+# compare WHAT HELP-NAMES PAGE-NAMES, with one name per line
 compare() {
   local difference
   [[ -n $2 ]] || complain "the help has no $1"
@@ -20,15 +20,15 @@ compare() {
     complain "$1:"$'\n'"$difference"
 }
 
-# The names below a section of a help text on standard input.
+# Prints the names in a section of a help text on standard input.
 names_of_help() {
   sed -n "/^$1:/,/^$/p" | sed -En 's/^  (-[a-z],)?([a-z-]+) .*/\2/p'
 }
 
-# The lines of a section of the page.
+# Prints the lines of a section of the page.
 section() { sed -n "/^\.Sh $1$/,/^\.Sh /p" "$page"; }
 
-# The long options in the synopsis of a command, which begins with a line `.Cm COMMAND`.
+# Prints the long options in the synopsis of a command, which begins with a line `.Cm COMMAND`.
 synopsis_options() {
   section SYNOPSIS | awk -v line=".Cm $1" '
     $0 == ".Nm" { inside = 0 }
@@ -36,7 +36,7 @@ synopsis_options() {
     inside' | grep -oE 'Fl -[a-z-]+' | sed 's/Fl /-/' || true
 }
 
-# All commands, with those below them.
+# Prints all commands, including nested ones.
 commands() {
   local command below
   "$program" --help | names_of_help Subcommands | while read -r command; do
