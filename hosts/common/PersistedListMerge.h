@@ -1,6 +1,6 @@
-// How two writers of one persisted list come together. Lists of identities and of versions only
-// grow, so a writer adds what it has learnt to what is kept and never takes away what another
-// program has added in the meantime.
+// Merges a persisted list of two writers. Lists of identities and of versions only grow, so a
+// writer adds its new elements to the stored list and never removes elements that another program
+// has added in the meantime.
 #ifndef HOSTS_COMMON_PERSISTEDLISTMERGE_H_
 #define HOSTS_COMMON_PERSISTEDLISTMERGE_H_
 
@@ -10,10 +10,10 @@
 
 namespace hosts::common {
 
-/// The list to keep: every piece of `kept`, and every piece of `written` that was not already in
-/// `before`, the list as the writer read it. What was known before is not added again, so that a
-/// reset between reading and writing is not undone by the writer. The text is in the canonical
-/// form of persisted lists: each piece once, in ascending byte order, joined by one blank.
+/// Returns every element of `kept` and every element of `written` that is not in `before`, the list
+/// as the writer read it. Elements of `before` are not added again, so that the writer does not
+/// undo a reset between reading and writing. The result is in the canonical form of persisted
+/// lists: each element once, in ascending byte order, separated by one space.
 ornwhatsnew::UTF8String MergePersistedLists(std::string_view kept, std::string_view before,
                                             std::string_view written);
 

@@ -14,21 +14,20 @@
 namespace hosts::console {
 namespace {
 
-constexpr std::size_t kLongestText = std::numeric_limits<std::int32_t>::max();
+constexpr std::size_t kMaximumText = std::numeric_limits<std::int32_t>::max();
 
-bool IsBreakableBlank(char16_t unit) {
+bool IsBreakableSpace(char16_t unit) {
   return unit == ' ' || (unit >= 0x1680 && u_isWhitespace(unit) != 0);
 }
 
 std::size_t TrimmedEnd(std::u16string_view text, std::size_t begin, std::size_t end) {
-  while (end > begin && IsBreakableBlank(text[end - 1])) --end;
+  while (end > begin && IsBreakableSpace(text[end - 1])) --end;
   return end;
 }
 
 using MakeIterator = icu::BreakIterator*(U_EXPORT2*)(const icu::Locale&, UErrorCode&);
 
-/// An ICU iterator with the text that it stands on. Its rules take a moment to load, so it is made
-/// once and given one text after the other.
+/// An ICU break iterator. Loading its rules takes time, so one iterator is used for all texts.
 class Boundaries {
  public:
   explicit Boundaries(MakeIterator make) {
@@ -48,9 +47,9 @@ class Boundaries {
     size_ = text.size();
   }
 
-  /// The first boundary behind a place; the end of the text is the last one.
-  std::size_t Following(std::size_t place) {
-    const std::int32_t boundary = iterator_->following(static_cast<std::int32_t>(place));
+  /// Returns the first boundary after a position; the end of the text is the last one.
+  std::size_t Following(std::size_t position) {
+    const std::int32_t boundary = iterator_->following(static_cast<std::int32_t>(position));
     return boundary == icu::BreakIterator::DONE ? size_ : static_cast<std::size_t>(boundary);
   }
 
@@ -62,23 +61,14 @@ class Boundaries {
 
 }  // namespace
 
-class ParagraphWrapper::Breaks {
- public:
-  void SetText(std::u16string_view text) {
-    lines_.SetText(text);
-    characters_.SetText(text);
-  }
-  std::size_t NextLineBreak(std::size_t place) { return lines_.Following(place); }
-  std::size_t NextCharacter(std::size_t place) { return characters_.Following(place); }
-
- private:
-  Boundaries lines_{icu::BreakIterator::createLineInstance};
-  Boundaries characters_{icu::BreakIterator::createCharacterInstance};
+struct ParagraphWrapper::Breaks {
+  Boundaries lines{icu::BreakIterator::createLineInstance};
+  Boundaries characters{icu::BreakIterator::createCharacterInstance};
 };
 
 namespace {
 
-/// The lines of one paragraph, the last of them still open.
+/// The lines of one paragraph. The last line is still open.
 class LineFiller {
  public:
   LineFiller(std::u16string_view text, std::size_t width, const ParagraphShape& shape)
@@ -90,11 +80,11 @@ class LineFiller {
 
   bool Fits(std::size_t columns) const { return column_ + columns <= width_; }
 
-  /// Starts another line at `place`, unless nothing stands on this one.
-  void BreakAt(std::size_t place) {
+  /// Starts a new line at `position`, unless the current one is empty.
+  void BreakAt(std::size_t position) {
     if (open_.end == open_.begin) return;
     Close();
-    open_ = {place, place, hangingIndent_};
+    open_ = {position, position, hangingIndent_};
     column_ = hangingIndent_;
   }
 
@@ -130,26 +120,27 @@ ParagraphWrapper::~ParagraphWrapper() = default;
 std::vector<WrappedLine> ParagraphWrapper::Wrap(std::u16string_view paragraph,
                                                 ParagraphShape shape) {
   const std::size_t end = TrimmedEnd(paragraph, 0, paragraph.size());
-  if (width_ == 0 || end > kLongestText) return {{0, end, shape.firstIndent}};
+  if (width_ == 0 || end > kMaximumText) return {{0, end, shape.firstIndent}};
   shape.firstIndent = std::min(shape.firstIndent, width_ / 2);
   shape.hangingIndent = std::min(shape.hangingIndent, width_ / 2);
   if (shape.firstIndent + DisplayWidth(paragraph.substr(0, end)) <= width_) {
     return {{0, end, shape.firstIndent}};
   }
   if (breaks_ == nullptr) breaks_ = std::make_unique<Breaks>();
-  breaks_->SetText(paragraph);
+  breaks_->lines.SetText(paragraph);
+  breaks_->characters.SetText(paragraph);
   LineFiller filler(paragraph, width_, shape);
-  std::size_t place = 0;
-  while (place < end) {
-    std::size_t next = breaks_->NextLineBreak(std::max(place, shape.unbrokenPrefix));
-    const std::size_t wordEnd = TrimmedEnd(paragraph, place, next);
-    const std::size_t columns = DisplayWidth(paragraph.substr(place, wordEnd - place));
-    if (!filler.Fits(columns)) filler.BreakAt(place);
+  std::size_t begin = 0;
+  while (begin < end) {
+    const std::size_t next = breaks_->lines.Following(std::max(begin, shape.unbrokenPrefix));
+    const std::size_t wordEnd = TrimmedEnd(paragraph, begin, next);
+    const std::size_t columns = DisplayWidth(paragraph.substr(begin, wordEnd - begin));
+    if (!filler.Fits(columns)) filler.BreakAt(begin);
     if (filler.Fits(columns)) {
-      filler.AddUntil(next, DisplayWidth(paragraph.substr(place, next - place)));
+      filler.AddUntil(next, DisplayWidth(paragraph.substr(begin, next - begin)));
     } else {
-      for (std::size_t from = place; from < wordEnd;) {
-        const std::size_t to = breaks_->NextCharacter(from);
+      for (std::size_t from = begin; from < wordEnd;) {
+        const std::size_t to = breaks_->characters.Following(from);
         const std::size_t characterColumns = DisplayWidth(paragraph.substr(from, to - from));
         if (!filler.Fits(characterColumns)) filler.BreakAt(from);
         filler.AddUntil(to, characterColumns);
@@ -157,7 +148,7 @@ std::vector<WrappedLine> ParagraphWrapper::Wrap(std::u16string_view paragraph,
       }
       filler.AddUntil(next, DisplayWidth(paragraph.substr(wordEnd, next - wordEnd)));
     }
-    place = next;
+    begin = next;
   }
   return filler.Finish();
 }

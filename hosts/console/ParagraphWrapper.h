@@ -1,4 +1,4 @@
-// Breaks one paragraph into lines that fit a terminal.
+// Wraps a paragraph at the width of a terminal.
 #ifndef HOSTS_CONSOLE_PARAGRAPHWRAPPER_H_
 #define HOSTS_CONSOLE_PARAGRAPHWRAPPER_H_
 
@@ -9,16 +9,16 @@
 
 namespace hosts::console {
 
-/// How a paragraph stands: the columns before its first line and before the others, and the units
-/// at its start (a bullet with the gap behind it) that are not to be parted from what follows.
+/// The indents of a paragraph in columns, for its first line and for the others. `unbrokenPrefix`
+/// is the number of units at its start (a bullet and the gap after it) without a line break.
 struct ParagraphShape {
   std::size_t firstIndent = 0;
   std::size_t hangingIndent = 0;
   std::size_t unbrokenPrefix = 0;
 };
 
-/// One line: UTF-16 units `[begin, end)` of the paragraph behind `indent` columns. Blanks at a
-/// break belong to no line.
+/// One line: UTF-16 units `[begin, end)` of the paragraph after `indent` columns. Spaces at a break
+/// belong to no line.
 struct WrappedLine {
   std::size_t begin;
   std::size_t end;
@@ -27,9 +27,9 @@ struct WrappedLine {
   friend bool operator==(const WrappedLine&, const WrappedLine&) = default;
 };
 
-/// Wraps any number of paragraphs for one width. Lines break where Unicode's rules allow it; a word
-/// longer than a line breaks between characters, but never within one with its combining marks. A
-/// character wider than the whole line stands alone on it. One thread at a time.
+/// Wraps paragraphs at one width. Lines break according to the Unicode rules. A word that is longer
+/// than a line breaks between graphemes. A grapheme that is wider than a line is on a line of its
+/// own. Not thread-safe.
 class ParagraphWrapper {
  public:
   /// `width` in columns; 0 never wraps.
@@ -38,12 +38,12 @@ class ParagraphWrapper {
   ParagraphWrapper(const ParagraphWrapper&) = delete;
   ParagraphWrapper& operator=(const ParagraphWrapper&) = delete;
 
-  /// The lines of a paragraph, at least one. The text has no control characters. Indents that leave
-  /// less than half of the width are cut down to half. Takes time linear in the text.
+  /// Returns the lines of a paragraph, at least one. Indents are at most half of the width. Takes
+  /// linear time. REQUIRES: the paragraph has no control characters.
   std::vector<WrappedLine> Wrap(std::u16string_view paragraph, ParagraphShape shape);
 
  private:
-  class Breaks;
+  struct Breaks;
 
   std::size_t width_;
   std::unique_ptr<Breaks> breaks_;

@@ -20,7 +20,7 @@ std::string Question(const ornwhatsnew::FeatureListData& list,
   return orncore::string::UTF16to8(list.LocalizeIfNecessary(feature.GetCustomRatingStr()));
 }
 
-/// Joined by "=", a value that begins with a dash is not taken for the next option.
+/// Uses "=" for a value that begins with a dash, because it would be parsed as an option.
 std::string Option(const std::string& name, const std::string& value) {
   return name + (value.starts_with('-') ? "=" : " ") + ShellWord(value) + " ";
 }
@@ -28,7 +28,7 @@ std::string Option(const std::string& name, const std::string& value) {
 std::string RatingCommand(const std::string& key, const SourceArguments& sources) {
   std::string command = "ornwhatsnew rate " + Option("--host", sources.host.native());
   if (sources.state) command += Option("--state", sources.state->native());
-  // Neither the key nor the file behind "--" is taken for an option, whatever it begins with.
+  // After "--", a key or a file name that begins with a dash is not parsed as an option.
   return command + "-- " + ShellWord(key) + " " + ShellWord(sources.data.native());
 }
 

@@ -1,4 +1,4 @@
-// What stands where a window would have its rating control: the command that rates the feature.
+// Rating controls for text output: the command line that rates a feature.
 #ifndef HOSTS_CONSOLE_RATINGCONTROLS_H_
 #define HOSTS_CONSOLE_RATINGCONTROLS_H_
 
@@ -13,21 +13,22 @@
 
 namespace hosts::console {
 
-/// The placeholder to ask for: it reads sensibly even if it is never replaced.
+/// The placeholder text for `GetFormattedTextForDisplay`. It is readable even if it is not
+/// replaced.
 ornwhatsnew::UTF16String RatingPlaceholder();
 
-/// The word as a shell reads it back: quoted when it has to be.
+/// Returns the word quoted for a shell if necessary.
 std::string ShellWord(const std::string& word);
 
-/// The paragraph for each feature that the panel shows, in the panel's order: its own rating
-/// question, or a general one, and the command line that rates it. `ratingItems` is what the
-/// display pass of `list` filled.
+/// Returns one paragraph for each feature in `ratingItems`, in the panel's order: the feature's
+/// rating question, or a general one, and the command line that rates it. `ratingItems` is the
+/// rating map from the display pass.
 std::vector<std::string> RatingControls(const ornwhatsnew::FeatureListData& list,
                                         const ornwhatsnew::RatingMap& ratingItems,
                                         const SourceArguments& sources);
 
-/// Replaces the placeholders, the n-th by the n-th control. Leaves them all as they are when their
-/// number is another.
+/// Replaces the n-th placeholder by the n-th control. If the numbers differ, all placeholders stay
+/// unchanged.
 void PlaceRatingControls(const std::vector<std::string>& controls,
                          std::span<common::StyledSegment> segments);
 

@@ -19,9 +19,9 @@ using common::StyledSegment;
 
 constexpr std::u16string_view kGap = u"   ";
 constexpr std::u16string_view kBadgePadding = u"\u00A0";
-constexpr std::size_t kWidestBullet = 4;
+constexpr std::size_t kMaximumBulletWidth = 4;
 
-/// Units `[begin, end)` of a paragraph and what they look like.
+/// Units `[begin, end)` of a paragraph with the same style and link.
 struct Span {
   std::size_t begin;
   std::size_t end;
@@ -33,10 +33,10 @@ struct Paragraph {
   std::u16string text;
   std::vector<Span> spans;
 
-  void Append(std::u16string_view piece, const StyledSegment* segment, std::size_t link) {
-    if (piece.empty()) return;
+  void Append(std::u16string_view added, const StyledSegment* segment, std::size_t link) {
+    if (added.empty()) return;
     const std::size_t begin = text.size();
-    text += piece;
+    text += added;
     spans.push_back({begin, text.size(), segment, link});
   }
 };
@@ -46,10 +46,10 @@ std::size_t TabWidth(std::size_t width) {
   return width >= 20 ? 2 : 1;
 }
 
-/// The tabs at a paragraph's start and the bullet that may stand between them.
+/// The tabs at the start of a paragraph, and the bullet between them if there is one.
 struct Prefix {
   std::size_t tabs = 0;
-  std::size_t bulletEnd = 0;  ///< where the tab behind the bullet stands; 0 without bullet
+  std::size_t bulletEnd = 0;  ///< position of the tab after the bullet; 0 without a bullet
   ParagraphShape shape;
 };
 
@@ -62,7 +62,7 @@ Prefix MeasurePrefix(std::u16string_view text, std::size_t tabWidth) {
   if (prefix.tabs == 0 || tab == std::u16string_view::npos) return prefix;
   const std::u16string_view bullet = text.substr(prefix.tabs, tab - prefix.tabs);
   const std::size_t columns = DisplayWidth(bullet);
-  if (columns > kWidestBullet) return prefix;
+  if (columns > kMaximumBulletWidth) return prefix;
   prefix.bulletEnd = tab;
   const std::size_t column = prefix.shape.firstIndent + columns;
   prefix.shape.hangingIndent = (column + tabWidth - 1) / tabWidth * tabWidth;
@@ -73,11 +73,11 @@ Prefix MeasurePrefix(std::u16string_view text, std::size_t tabWidth) {
   return prefix;
 }
 
-/// What stands for a tab: nothing for those that make the indent, the way to the text for the one
-/// behind a bullet, a gap for the others.
-std::u16string TabReplacement(std::size_t place, const Prefix& prefix) {
-  if (place < prefix.tabs) return {};
-  if (place != prefix.bulletEnd) return std::u16string(kGap);
+/// Returns the replacement of a tab: nothing for the tabs of the indent, spaces up to the hanging
+/// indent for the tab after a bullet, a gap for all other tabs.
+std::u16string TabReplacement(std::size_t position, const Prefix& prefix) {
+  if (position < prefix.tabs) return {};
+  if (position != prefix.bulletEnd) return std::u16string(kGap);
   const std::size_t bullet = prefix.bulletEnd - prefix.tabs;
   return std::u16string(prefix.shape.unbrokenPrefix - bullet, u' ');
 }
@@ -85,23 +85,23 @@ std::u16string TabReplacement(std::size_t place, const Prefix& prefix) {
 Paragraph WithoutTabs(const Paragraph& paragraph, const Prefix& prefix) {
   Paragraph result;
   for (const Span& span : paragraph.spans) {
-    std::u16string piece;
-    for (std::size_t place = span.begin; place < span.end; ++place) {
-      if (paragraph.text[place] == u'\t') {
-        piece += TabReplacement(place, prefix);
+    std::u16string text;
+    for (std::size_t i = span.begin; i < span.end; ++i) {
+      if (paragraph.text[i] == u'\t') {
+        text += TabReplacement(i, prefix);
       } else {
-        piece += paragraph.text[place];
+        text += paragraph.text[i];
       }
     }
-    result.Append(piece, span.segment, span.link);
+    result.Append(text, span.segment, span.link);
   }
   return result;
 }
 
-/// Writes the pieces of one line, and switches styles and links on and off between them.
+/// Writes the spans of one line, and switches styles and links on and off between them.
 class LineWriter {
  public:
-  /// Styles are switched when `isStyled`, links where spans have one.
+  /// Switches styles if `isStyled`, and links if a span has one.
   LineWriter(std::string& output, bool isStyled) : output_(output), isStyled_(isStyled) {}
 
   void Add(std::u16string_view text, const Span& span) {
@@ -174,7 +174,7 @@ class PanelRenderer {
     }
   }
 
-  /// Segments of the same link in a row are one link.
+  /// Consecutive segments with the same link are one link.
   std::size_t NumberOfLink(std::string_view link) {
     if (link != lastLink_) {
       lastLink_ = link;
@@ -213,11 +213,11 @@ class PanelRenderer {
     for (const WrappedLine& line : lines) {
       LineWriter writer(output_, look_.isStyled);
       output_.append(line.indent, ' ');
-      for (std::size_t place = line.begin; place < line.end;) {
-        while (span->end <= place) ++span;
+      for (std::size_t begin = line.begin; begin < line.end;) {
+        while (span->end <= begin) ++span;
         const std::size_t end = std::min(span->end, line.end);
-        writer.Add(text.substr(place, end - place), *span);
-        place = end;
+        writer.Add(text.substr(begin, end - begin), *span);
+        begin = end;
       }
       writer.Finish();
     }

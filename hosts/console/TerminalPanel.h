@@ -1,4 +1,4 @@
-// The whole panel as a terminal shows it.
+// Lays out the panel for a terminal.
 #ifndef HOSTS_CONSOLE_TERMINALPANEL_H_
 #define HOSTS_CONSOLE_TERMINALPANEL_H_
 
@@ -10,20 +10,19 @@
 
 namespace hosts::console {
 
-/// What the terminal can do.
+/// The properties of the output.
 struct TerminalLook {
-  std::size_t width = 0;       ///< columns to wrap at; 0 never wraps
+  std::size_t width = 0;       ///< column at which lines are wrapped; 0 never wraps
   bool isStyled = false;       ///< colours and attributes, or plain text
-  bool hasHyperlinks = false;  ///< hyperlinks, or their targets in the text
+  bool hasHyperlinks = false;  ///< hyperlinks, or link targets in the text
 };
 
-/// Lays out the panel's segments: tabs at a paragraph's start become its indent, with hanging
-/// indents behind bullets; features are set apart by a blank line; markers of a paragraph's start
-/// are dropped. Without hyperlinks the target of one that is to be clicked stands behind its text
-/// in angle brackets.
+/// Returns the panel's segments as lines for a terminal. Tabs at the start of a paragraph become
+/// its indent, with a hanging indent after a bullet. Features are separated by an empty line.
+/// Without hyperlinks, the target of a link follows its text in angle brackets.
 ///
-/// The result ends with a line feed. No character of the segments acts on the terminal, and every
-/// line ends with all styles and hyperlinks off. Takes time linear in the text.
+/// The result ends with a newline. It has no control characters from the segments, and every line
+/// ends with all styles and hyperlinks off. Takes linear time.
 std::string RenderTerminalPanel(std::span<const common::StyledSegment> segments,
                                 const TerminalLook& look);
 

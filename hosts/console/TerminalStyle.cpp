@@ -9,10 +9,9 @@ namespace {
 
 using namespace ornwhatsnew;
 
-/// The attributes of each style, in the order in which they are switched on. Styles that are not
-/// listed (descriptions, changes) are the terminal's plain text. Of the palette's colours only
-/// those are used that the usual palettes make readable on black and on white: red, magenta and the
-/// brighter blue; yellow, cyan and green fade on white, the darker blue on black.
+/// The attributes of each style, in the order in which they are switched on. All other styles, such
+/// as descriptions and changes, are plain text. Only red, magenta and bright blue are used, because
+/// with the common palettes yellow, cyan and green are hard to read on white, and blue on black.
 constexpr std::array<std::pair<StyleID, std::string_view>, 10> kAttributes = {{
     {kStyleFeatureTitle, "1"},
     {kStyleHeader, "35"},
@@ -26,7 +25,7 @@ constexpr std::array<std::pair<StyleID, std::string_view>, 10> kAttributes = {{
     {kStyleRatingPlaceholder, "3;94"},
 }};
 
-constexpr std::size_t kLongestLink = 2000;
+constexpr std::size_t kMaximumLinkLength = 2000;
 constexpr std::string_view kScheme = "https://";
 
 bool IsUrlCharacter(char character) {
@@ -50,8 +49,8 @@ std::string StyleStart(const common::StyleSet& styles) {
 }
 
 bool IsSafeHyperlink(std::string_view link) {
-  return link.starts_with(kScheme) && link.size() > kScheme.size() && link.size() <= kLongestLink &&
-         std::ranges::all_of(link, IsUrlCharacter);
+  return link.starts_with(kScheme) && link.size() > kScheme.size() &&
+         link.size() <= kMaximumLinkLength && std::ranges::all_of(link, IsUrlCharacter);
 }
 
 std::string HyperlinkStart(std::string_view link, std::size_t number) {

@@ -1,4 +1,4 @@
-// How each style of the panel looks on a terminal.
+// Terminal escape sequences for the panel's styles and links.
 #ifndef HOSTS_CONSOLE_TERMINALSTYLE_H_
 #define HOSTS_CONSOLE_TERMINALSTYLE_H_
 
@@ -14,17 +14,17 @@ inline constexpr std::string_view kStyleEnd = "\x1B[0m";
 /// Ends a hyperlink.
 inline constexpr std::string_view kHyperlinkEnd = "\x1B]8;;\x1B\\";
 
-/// The escape sequence that switches a set of styles on from plain text; empty when the set looks
-/// like plain text. Uses the terminal's own palette, so that it can be read on dark and on light
-/// grounds alike.
+/// Returns the escape sequence that switches from plain text to a set of styles, or an empty string
+/// if the set looks like plain text. The colours are those of the terminal's palette and readable
+/// on dark and light backgrounds.
 std::string StyleStart(const common::StyleSet& styles);
 
-/// Whether the link may be handed to a terminal: it begins with "https://", consists of the
-/// characters that a URL may have, all ASCII, and is at most 2,000 bytes long.
+/// Whether the link may be sent to a terminal: it begins with "https://", has only the ASCII
+/// characters that are valid in a URL, and has at most 2,000 bytes.
 bool IsSafeHyperlink(std::string_view link);
 
-/// The escape sequence that starts a hyperlink. Pieces with the same number are one link, though a
-/// line may end between them. REQUIRES: `IsSafeHyperlink(link)`.
+/// Returns the escape sequence that starts a hyperlink. Parts with the same number belong to one
+/// link, even on different lines. REQUIRES: `IsSafeHyperlink(link)`.
 std::string HyperlinkStart(std::string_view link, std::size_t number);
 
 }  // namespace hosts::console

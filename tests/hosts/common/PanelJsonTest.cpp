@@ -13,7 +13,7 @@ using nlohmann::json;
 using ornwhatsnew::FeatureListItem;
 using ornwhatsnew::StyleID;
 
-TEST(PanelJson, GivesRunsByTheNumberOfTheirStyleInRecordedOrder) {
+TEST(PanelJson, WritesRunsByStyleNumberInRecordedOrder) {
   const ornwhatsnew::StyleRunMap runs = {
       {StyleID::kStyleHotSpot, {{{7, 2}, u"https://a"}, {{1, -1}, u""}}},
       {StyleID::kStyleRatingPlaceholder, {{{0, 3}, u"\u00E9"}}}};
@@ -21,7 +21,7 @@ TEST(PanelJson, GivesRunsByTheNumberOfTheirStyleInRecordedOrder) {
             RunsJson(runs));
 }
 
-TEST(PanelJson, GivesTheRecordsOfTheRatingMap) {
+TEST(PanelJson, WritesTheRatingMap) {
   const auto items = std::make_shared<ornwhatsnew::RatingMap>();
   const auto item = std::make_shared<FeatureListItem>("EPIC-7", "f.export", "Export", "Faster",
                                                       FeatureListItem::Visibility{1});
@@ -36,14 +36,14 @@ TEST(PanelJson, AMissingRatingMapIsNull) {
   EXPECT_EQ(json(), RatingItemsJson(nullptr));
 }
 
-TEST(PanelJson, TextThatIsNotWellFormedBecomesReplacementCharacters) {
+TEST(PanelJson, ReplacesIllFormedText) {
   EXPECT_EQ(json("a\uFFFDb"), TextJson(std::string_view("a\xFF"
                                                         "b")));
   const std::u16string unpaired = {u'a', char16_t{0xDC00}};
   EXPECT_EQ(json("a\uFFFD"), TextJson(unpaired));
 }
 
-TEST(PanelJson, PutsTextRunsAndRatingItemsTogether) {
+TEST(PanelJson, WritesTextRunsAndRatingItems) {
   EXPECT_EQ(
       json::parse(R"({"text": "T", "runs": {"0": [[0, 1, ""]]}, "ratingItems": {}})"),
       PanelJson(u"T", {{StyleID{0}, {{{0, 1}, u""}}}}, std::make_shared<ornwhatsnew::RatingMap>()));

@@ -16,7 +16,7 @@ struct MergeCase {
 
 class PersistedListMerge : public testing::TestWithParam<MergeCase> {};
 
-TEST_P(PersistedListMerge, AddsWhatTheWriterHasLearnt) {
+TEST_P(PersistedListMerge, AddsTheNewElementsOfTheWriter) {
   const MergeCase& merge = GetParam();
   EXPECT_EQ(merge.merged, MergePersistedLists(merge.kept, merge.before, merge.written));
 }
@@ -25,13 +25,14 @@ INSTANTIATE_TEST_SUITE_P(
     Cases, PersistedListMerge,
     testing::Values(MergeCase{"", "", "", ""}, MergeCase{"", "", "a", "a"},
                     MergeCase{"a", "a", "a", "a"}, MergeCase{"a", "a", "a b", "a b"},
-                    // Another program has written c in the meantime.
+                    // Another program has stored c in the meantime.
                     MergeCase{"a c", "a", "a b", "a b c"},
-                    // The writer lost a piece: what is kept stays.
+                    // The writer dropped an element: the stored one stays.
                     MergeCase{"a b", "a b", "a", "a b"},
-                    // Another program has reset the store: what was known before stays forgotten.
-                    MergeCase{"", "a b", "a b c", "c"},
-                    // Text that nobody of ours wrote: doubled pieces and blanks.
+                    // Another program has reset the store: elements from before the reset are not
+                    // added again, whatever their order.
+                    MergeCase{"", "a b", "a b c", "c"}, MergeCase{"", "b a", "c b a", "c"},
+                    // A text that the library did not write: duplicate elements and spaces.
                     MergeCase{"b b  a", "", "a  c", "a b c"},
                     MergeCase{"2.0 10.0", "", "1.0", "1.0 10.0 2.0"}));
 

@@ -32,12 +32,12 @@ StyledSegment Segment(std::string text, std::initializer_list<int> styles, std::
   return {std::move(text), Styles(styles), std::move(link)};
 }
 
-TEST(StyledSegments, EmptyTextHasNone) {
+TEST(StyledSegments, EmptyTextHasNoSegments) {
   EXPECT_TRUE(SplitIntoStyledSegments(u"", {}).empty());
   EXPECT_TRUE(SplitIntoStyledSegments(u"", {{StyleID{0}, {RunAt(0, 5)}}}).empty());
 }
 
-TEST(StyledSegments, TextWithoutRunsIsOne) {
+TEST(StyledSegments, TextWithoutRunsIsOneSegment) {
   EXPECT_THAT(SplitIntoStyledSegments(u"a\n\tb", {}), ElementsAre(Segment("a\n\tb", {})));
 }
 
@@ -47,13 +47,13 @@ TEST(StyledSegments, CountsStartAndLengthInBytesOfUTF8) {
               ElementsAre(Segment("\u00C4", {}), Segment("\u00E9", {1}), Segment("x", {})));
 }
 
-TEST(StyledSegments, RunsOverTheSameTextGoIntoOneSet) {
+TEST(StyledSegments, RunsOfTheSameTextFormOneSet) {
   const StyleRunMap runs = {{StyleID{9}, {RunAt(1, 2)}}, {StyleID{11}, {RunAt(1, 2)}}};
   EXPECT_THAT(SplitIntoStyledSegments(u"aBBc", runs),
               ElementsAre(Segment("a", {}), Segment("BB", {9, 11}), Segment("c", {})));
 }
 
-TEST(StyledSegments, CutsWhereRunsOverlapInPart) {
+TEST(StyledSegments, SplitsPartiallyOverlappingRuns) {
   const StyleRunMap runs = {{StyleID{1}, {RunAt(0, 3)}}, {StyleID{2}, {RunAt(2, 3)}}};
   EXPECT_THAT(SplitIntoStyledSegments(u"abcde", runs),
               ElementsAre(Segment("ab", {1}), Segment("c", {1, 2}), Segment("de", {2})));
@@ -65,7 +65,7 @@ TEST(StyledSegments, RunsOfOneStyleMayOverlap) {
               ElementsAre(Segment("abcd", {2}), Segment("e", {})));
 }
 
-TEST(StyledSegments, TheLinkThatStartsLastCounts) {
+TEST(StyledSegments, UsesTheLinkThatStartsLast) {
   const StyleRunMap runs = {{StyleID{0}, {RunAt(0, 6, u"https://outer")}},
                             {StyleID{6}, {RunAt(2, 2, u"https://inner")}}};
   EXPECT_THAT(
@@ -83,25 +83,25 @@ TEST(StyledSegments, AnOuterLinkMayEndFirst) {
                   Segment("d", {6}, "https://inner"), Segment("ef", {})));
 }
 
-TEST(StyledSegments, ARunThatReachesOneBytePastItsTextCoversAFollowingLineFeed) {
+TEST(StyledSegments, ARunThatExtendsOneByteCoversTheNewline) {
   const StyleRunMap runs = {{StyleID{5}, {RunAt(2, 4, u"https://c")}}};
   EXPECT_THAT(SplitIntoStyledSegments(u"x abc\ny", runs),
               ElementsAre(Segment("x ", {}), Segment("abc\n", {5}, "https://c"), Segment("y", {})));
 }
 
-TEST(StyledSegments, ARunThatReachesIntoACharacterEndsBeforeIt) {
+TEST(StyledSegments, ARunThatEndsInsideACharacterEndsBeforeIt) {
   const StyleRunMap runs = {{StyleID{5}, {RunAt(2, 4)}}};
   EXPECT_THAT(SplitIntoStyledSegments(u"x abc\u2028y", runs),
               ElementsAre(Segment("x ", {}), Segment("abc", {5}), Segment("\u2028y", {})));
 }
 
-TEST(StyledSegments, ARunThatStartsInsideACharacterStartsBehindIt) {
+TEST(StyledSegments, ARunThatStartsInsideACharacterStartsAfterIt) {
   const StyleRunMap runs = {{StyleID{7}, {RunAt(1, 4)}}};
   EXPECT_THAT(SplitIntoStyledSegments(u"\u00A0key", runs),
               ElementsAre(Segment("\u00A0", {}), Segment("key", {7})));
 }
 
-TEST(StyledSegments, ClipsRunsThatLeaveTheText) {
+TEST(StyledSegments, ClipsRunsToTheText) {
   const StyleRunMap runs = {
       {StyleID{1},
        {RunAt(-5, 6), RunAt(2, INT_MAX), RunAt(INT_MAX, INT_MAX), RunAt(INT_MIN, INT_MIN)}},
@@ -110,7 +110,7 @@ TEST(StyledSegments, ClipsRunsThatLeaveTheText) {
               ElementsAre(Segment("a", {1}), Segment("b", {}), Segment("cd", {1})));
 }
 
-TEST(StyledSegments, LeavesOutNumbersThatAreNoStyle) {
+TEST(StyledSegments, IgnoresInvalidStyleNumbers) {
   const StyleRunMap runs = {
       {StyleID{-1}, {RunAt(0, 1)}}, {StyleID{32}, {RunAt(0, 1)}}, {StyleID{31}, {RunAt(1, 1)}}};
   EXPECT_THAT(SplitIntoStyledSegments(u"ab", runs),
@@ -123,7 +123,7 @@ TEST(StyledSegments, UnpairedSurrogatesBecomeTheReplacementCharacter) {
               ElementsAre(Segment("a", {}), Segment("\uFFFD", {1}), Segment("b", {})));
 }
 
-/// Which styles lie over a character, found the slow and plain way: run by run.
+/// The styles of a character, computed run by run.
 StyleSet StylesOver(const StyleRunMap& runs, std::int64_t begin, std::int64_t end) {
   StyleSet styles;
   for (const auto& [style, styleRuns] : runs) {
@@ -136,7 +136,7 @@ StyleSet StylesOver(const StyleRunMap& runs, std::int64_t begin, std::int64_t en
   return styles;
 }
 
-TEST(StyledSegments, AgreeWithThePlainWayForRandomRuns) {
+TEST(StyledSegments, AgreeWithASimpleImplementationForRandomRuns) {
   constexpr unsigned kSeed = 20'251;
   SCOPED_TRACE(testing::Message() << "seed " << kSeed);
   std::mt19937 random(kSeed);

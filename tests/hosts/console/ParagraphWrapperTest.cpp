@@ -16,7 +16,7 @@ namespace {
 
 using testing::ElementsAre;
 
-/// The lines as they would be printed.
+/// The lines as a program prints them.
 std::vector<std::string> Lines(std::u16string_view text, std::size_t width,
                                ParagraphShape shape = {}) {
   ParagraphWrapper wrapper(width);
@@ -34,21 +34,21 @@ TEST(ParagraphWrapper, AnEmptyParagraphIsOneEmptyLine) {
   EXPECT_THAT(Lines(u"   ", 1), ElementsAre(""));
 }
 
-TEST(ParagraphWrapper, WithoutWidthNothingIsWrapped) {
+TEST(ParagraphWrapper, DoesNotWrapWithoutAWidth) {
   EXPECT_THAT(Lines(u"one two three ", 0, {3, 6, 0}), ElementsAre("   one two three"));
 }
 
-TEST(ParagraphWrapper, BreaksBetweenWordsAndDropsTheBlanksThere) {
+TEST(ParagraphWrapper, BreaksBetweenWordsAndDropsTheSpaces) {
   EXPECT_THAT(Lines(u"one two  three four", 9), ElementsAre("one two", "three", "four"));
   EXPECT_THAT(Lines(u"one two", 7), ElementsAre("one two"));
   EXPECT_THAT(Lines(u"one two", 6), ElementsAre("one", "two"));
 }
 
-TEST(ParagraphWrapper, BlanksAtTheStartStay) {
+TEST(ParagraphWrapper, KeepsLeadingSpaces) {
   EXPECT_THAT(Lines(u"  one two", 5), ElementsAre("  one", "two"));
 }
 
-TEST(ParagraphWrapper, HangsBehindTheIndent) {
+TEST(ParagraphWrapper, IndentsTheOtherLines) {
   EXPECT_THAT(Lines(u"one two three", 10, {2, 4, 0}), ElementsAre("  one two", "    three"));
 }
 
@@ -59,11 +59,11 @@ TEST(ParagraphWrapper, KeepsTheBulletWithItsText) {
               ElementsAre("   \u2022  abcdef", "      ghijkl"));
 }
 
-TEST(ParagraphWrapper, IndentsLeaveHalfOfTheWidth) {
+TEST(ParagraphWrapper, LimitsIndentsToHalfOfTheWidth) {
   EXPECT_THAT(Lines(u"abcdef", 4, {3, 6, 0}), ElementsAre("  ab", "  cd", "  ef"));
 }
 
-TEST(ParagraphWrapper, BreaksWhereUnicodeAllowsIt) {
+TEST(ParagraphWrapper, BreaksByTheUnicodeRules) {
   EXPECT_THAT(Lines(u"semi-automatic", 8), ElementsAre("semi-", "automati", "c"));
   EXPECT_THAT(Lines(u"a\u00A0b c", 3), ElementsAre("a\u00A0b", "c"));
   EXPECT_THAT(Lines(u"ab (v25.1)", 9), ElementsAre("ab", "(v25.1)"));
@@ -77,28 +77,28 @@ TEST(ParagraphWrapper, BreaksLongWordsBetweenCharacters) {
   EXPECT_THAT(Lines(u"a abcdefg b", 3), ElementsAre("a", "abc", "def", "g b"));
 }
 
-// The blank behind a word that was broken was counted as one column.
-TEST(ParagraphWrapper, CountsAWideBlankBehindABrokenWordTwice) {
+// Regression: the space after a broken word was counted as one column.
+TEST(ParagraphWrapper, CountsAWideSpaceAfterABrokenWordTwice) {
   EXPECT_THAT(Lines(u"abcdef\u3000g", 4), ElementsAre("abcd", "ef", "g"));
   EXPECT_THAT(Lines(u"abcdef\u3000g", 5), ElementsAre("abcde", "f\u3000g"));
 }
 
-TEST(ParagraphWrapper, NeverPartsACharacterFromItsMarks) {
+TEST(ParagraphWrapper, KeepsCombiningMarksWithTheirCharacter) {
   EXPECT_THAT(Lines(u"e\u0301e\u0301e\u0301", 1), ElementsAre("e\u0301", "e\u0301", "e\u0301"));
   EXPECT_THAT(Lines(u"\U0001F468\u200D\U0001F469x", 2),
               ElementsAre("\U0001F468\u200D\U0001F469", "x"));
 }
 
-TEST(ParagraphWrapper, ACharacterWiderThanTheLineStandsAlone) {
+TEST(ParagraphWrapper, ACharacterWiderThanTheLineIsOnALineOfItsOwn) {
   EXPECT_THAT(Lines(u"\u6C34a\u6C34", 1, {4, 4, 2}), ElementsAre("\u6C34", "a", "\u6C34"));
 }
 
-TEST(ParagraphWrapper, AnEmojiJoinedOfSeveralStandsAlone) {
+TEST(ParagraphWrapper, AJoinedEmojiIsOnALineOfItsOwn) {
   EXPECT_THAT(Lines(u"on \U0001F468\u200D\U0001F469\u200D\U0001F467 foot", 5),
               ElementsAre("on", "\U0001F468\u200D\U0001F469\u200D\U0001F467", "foot"));
 }
 
-TEST(ParagraphWrapper, ServesOneParagraphAfterTheOther) {
+TEST(ParagraphWrapper, WrapsSeveralParagraphs) {
   ParagraphWrapper wrapper(5);
   EXPECT_THAT(wrapper.Wrap(u"one two", {}),
               ElementsAre(WrappedLine{0, 3, 0}, WrappedLine{4, 7, 0}));
@@ -106,7 +106,7 @@ TEST(ParagraphWrapper, ServesOneParagraphAfterTheOther) {
               ElementsAre(WrappedLine{0, 5, 0}, WrappedLine{5, 7, 0}));
 }
 
-TEST(ParagraphWrapper, LosesNothingAtAnyWidthAndFits) {
+TEST(ParagraphWrapper, KeepsAllTextAndFitsAtEveryWidth) {
   constexpr unsigned kSeed = 80'120;
   SCOPED_TRACE(testing::Message() << "seed " << kSeed);
   std::mt19937 random(kSeed);

@@ -1,4 +1,4 @@
-// The program with a data file, a host description and a state folder of its own.
+// A fixture that runs the program with its own data file, host description and state folder.
 #ifndef TESTS_HOSTS_CONSOLE_PROGRAMFIXTURE_H_
 #define TESTS_HOSTS_CONSOLE_PROGRAMFIXTURE_H_
 
@@ -19,27 +19,27 @@ class ProgramTest : public testing::Test {
  protected:
   ProgramTest();
 
-  /// The call of the program with these words; `{data}` and `{host}` stand for the two files.
+  /// The call of the program with these arguments. `{data}` and `{host}` are replaced by the files.
   test_support::ProgramCall Call(const std::vector<std::string>& words) const;
 
   test_support::ProgramResult Run(const std::vector<std::string>& words) const;
 
-  /// Runs the program and expects it to succeed without a word on standard error.
+  /// Runs the program and expects success and no output on standard error.
   std::string OutputOf(const std::vector<std::string>& words) const;
 
   std::filesystem::path DataFile() const { return folder_.Path() / "whats new.csv"; }
   std::filesystem::path HostFile() const { return folder_.Path() / "host.json"; }
   std::filesystem::path StateFile() const { return folder_.Path() / "state/ornwhatsnew/state.db"; }
 
-  /// Describes the host anew.
+  /// Replaces the host description.
   void WriteHost(std::string_view version, bool isInternal) const;
-  /// Writes the data file; `rows` stand behind the header.
+  /// Replaces the data file by a header and these rows.
   void WriteData(std::string_view rows) const;
 
   test_support::TemporaryFolder folder_;
 };
 
-/// The program's file.
+/// The path of the program.
 std::string ProgramFile();
 
 }  // namespace hosts::console

@@ -1,6 +1,6 @@
-// The program killed at random moments of showing and rating, several of them at once on one store.
-// After each round the store must open, hold whole passes only, and lack nothing of a program that
-// ended well.
+// Kills programs that show and rate at random moments, several at a time on one store. After each
+// round, the store must open and hold complete passes only, including those of every program that
+// ended normally.
 //
 // ORNWHATSNEW_TEST_KILLS sets the number of kills; `./dev kills` sets it high.
 #include <algorithm>
@@ -47,7 +47,7 @@ bool Includes(const Pieces& all, const Pieces& some) {
   return std::ranges::includes(all, some);
 }
 
-/// One version of the application: its files, and what showing its list adds to the store.
+/// One version of the application: its files, and the state that showing its list adds.
 struct Edition {
   std::filesystem::path data;
   std::filesystem::path host;
@@ -57,7 +57,7 @@ struct Edition {
 
 using Processes = std::vector<std::unique_ptr<ChildProcess>>;
 
-/// What programs that ended well have told their users is kept.
+/// The state that programs acknowledged before they ended is kept.
 struct Acknowledged {
   Pieces versions;
   Pieces identities;
@@ -101,7 +101,7 @@ class ProgramKillTest : public ProgramTest {
     return {"rate", "EPIC-7", edition.data, "--host", edition.host, "--state", store};
   }
 
-  /// Starts one program for each edition that shows it, and behind them one that rates.
+  /// Starts one program for each edition that shows it, and then one that rates.
   Processes StartPrograms(const std::filesystem::path& store, const Edition& rating) const {
     Processes processes;
     for (const Edition& edition : editions_) {
@@ -113,7 +113,7 @@ class ProgramKillTest : public ProgramTest {
     return processes;
   }
 
-  /// Starts programs and kills them in any order; notes what those acknowledged that ended first.
+  /// Starts programs and kills them in any order. Records what the others acknowledged.
   void KillOneRound(const std::filesystem::path& store, std::mt19937& random,
                     Acknowledged& acknowledged) {
     const Processes processes = StartPrograms(store, editions_[random() % kHosts]);
@@ -133,7 +133,7 @@ class ProgramKillTest : public ProgramTest {
     }
   }
 
-  /// What the program acknowledged that stands at this place of a round.
+  /// What the program at this index of a round acknowledged.
   void Note(std::size_t place, Acknowledged& acknowledged) const {
     const bool isRating = place == editions_.size();
     const Pieces& identities = isRating ? rated_ : editions_[place].shown;
@@ -141,7 +141,7 @@ class ProgramKillTest : public ProgramTest {
     if (!isRating) acknowledged.versions.insert(editions_[place].version);
   }
 
-  /// The store holds nothing but whole passes and perhaps a rating.
+  /// The store holds complete passes only, and possibly a rating.
   void ExpectWholePasses(const StateStore& store) const {
     const Pieces seen = PiecesOf(store, common::kAllSeenItemsKey);
     const Pieces versions = PiecesOf(store, common::kAllVersionsSeenKey);
@@ -157,9 +157,8 @@ class ProgramKillTest : public ProgramTest {
     EXPECT_TRUE(versions.empty() || versions.contains(last));
   }
 
-  /// The moments at which the programs of a round are killed, the earliest first. By the last one a
-  /// program, one of several, may or may not have ended: what takes longer on a slow machine is
-  /// killed later there.
+  /// The moments at which the programs of a round are killed, in ascending order. They depend on
+  /// the duration of a run on this machine, so that some programs end before they are killed.
   std::vector<std::chrono::microseconds> TimesToKill(std::mt19937& random,
                                                      std::size_t count) const {
     const std::chrono::microseconds longest = std::clamp<std::chrono::microseconds>(
@@ -178,7 +177,7 @@ class ProgramKillTest : public ProgramTest {
   int ended_ = 0;
 };
 
-TEST_F(ProgramKillTest, EveryKillLeavesWholePassesAndEveryThingAcknowledged) {
+TEST_F(ProgramKillTest, EveryKillLeavesCompletePassesAndAcknowledgedState) {
   SCOPED_TRACE(testing::Message() << "seed " << kSeed);
   std::mt19937 random(kSeed);
   Acknowledged acknowledged;
@@ -198,7 +197,7 @@ TEST_F(ProgramKillTest, EveryKillLeavesWholePassesAndEveryThingAcknowledged) {
   EXPECT_GT(ended_, 0) << "nothing was acknowledged that could have been lost";
 }
 
-TEST_F(ProgramKillTest, ProgramsAtOnceLoseNothing) {
+TEST_F(ProgramKillTest, ConcurrentProgramsLoseNothing) {
   const std::filesystem::path file = folder_.Path() / "together.db";
   for (int round = 0; round < 5; ++round) {
     std::filesystem::remove(file);

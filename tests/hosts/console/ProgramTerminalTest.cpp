@@ -48,14 +48,14 @@ std::size_t WidestLine(const std::string& output) {
   return widest;
 }
 
-TEST_F(ProgramTerminalTest, ColorsAndLinksByItself) {
+TEST_F(ProgramTerminalTest, UsesColorsAndLinks) {
   EXPECT_THAT(OnTerminal(TerminalCall({"show", "{data}", "{host}"}, 80)),
               AllOf(HasSubstr("\x1B[1mDarkness\x1B[0m"), HasSubstr("\u00A0UNLOCKED\u00A0\x1B[0m\n"),
                     HasSubstr(";https://help.tarsa.example/export\x1B\\View more\x1B]8;;\x1B\\"),
                     Not(HasSubstr("<https"))));
 }
 
-TEST_F(ProgramTerminalTest, EveryLineEndsPlain) {
+TEST_F(ProgramTerminalTest, EveryLineEndsWithoutStyles) {
   std::istringstream lines(OnTerminal(TerminalCall({"show", "{data}", "{host}"}, 20)));
   for (std::string line; std::getline(lines, line);) {
     const std::size_t lastStyle = line.rfind("\x1B[");
@@ -65,7 +65,7 @@ TEST_F(ProgramTerminalTest, EveryLineEndsPlain) {
   }
 }
 
-TEST_F(ProgramTerminalTest, WithoutColorsThereAreLinks) {
+TEST_F(ProgramTerminalTest, NoColorKeepsLinks) {
   ProgramCall call = TerminalCall({"show", "{data}", "{host}"}, 80);
   call.environment["NO_COLOR"] = "1";
   EXPECT_THAT(OnTerminal(call),
@@ -75,7 +75,7 @@ TEST_F(ProgramTerminalTest, WithoutColorsThereAreLinks) {
   EXPECT_THAT(OnTerminal(call), Not(HasSubstr("\x1B")));
 }
 
-TEST_F(ProgramTerminalTest, ObeysNeverAndDumbTerminals) {
+TEST_F(ProgramTerminalTest, NeverAndDumbTerminalsHaveNoSequences) {
   ProgramCall dumb = TerminalCall({"show", "{data}", "{host}"}, 80);
   dumb.environment["TERM"] = "dumb";
   EXPECT_THAT(OnTerminal(dumb), Not(HasSubstr("\x1B")));
@@ -85,7 +85,7 @@ TEST_F(ProgramTerminalTest, ObeysNeverAndDumbTerminals) {
               Not(HasSubstr("\x1B")));
 }
 
-TEST_F(ProgramTerminalTest, AnEmptyNoColorDoesNotCount) {
+TEST_F(ProgramTerminalTest, IgnoresAnEmptyNoColor) {
   ProgramCall call = TerminalCall({"show", "{data}", "{host}"}, 80);
   call.environment["NO_COLOR"] = "";
   EXPECT_THAT(OnTerminal(call), HasSubstr("\x1B[1m"));
@@ -99,27 +99,27 @@ TEST_F(ProgramTerminalTest, WrapsAtTheWidthOfTheTerminal) {
   }
 }
 
-TEST_F(ProgramTerminalTest, ATerminalOfUnknownWidthIsTakenForEightyColumns) {
+TEST_F(ProgramTerminalTest, UnknownWidthIsEightyColumns) {
   WriteData("25.1,EPIC-7,,,,,,,," + std::string(200, 'x') + "\n");
   EXPECT_EQ(
       80U,
       WidestLine(OnTerminal(TerminalCall({"show", "{data}", "{host}", "--color", "never"}, 0))));
 }
 
-TEST_F(ProgramTerminalTest, AGivenWidthCounts) {
+TEST_F(ProgramTerminalTest, TheWidthOptionOverridesTheTerminal) {
   WriteData("25.1,EPIC-7,,,,,,,," + std::string(200, 'x') + "\n");
   EXPECT_EQ(30U, WidestLine(OnTerminal(TerminalCall(
                      {"show", "{data}", "{host}", "--color", "never", "--width", "30"}, 80))));
 }
 
-TEST_F(ProgramTerminalTest, TheConsoleOffersAPrompt) {
+TEST_F(ProgramTerminalTest, TheConsolePrintsAPrompt) {
   ProgramCall call = TerminalCall({"console"}, 80);
   call.typed = "help\n\x04";
   EXPECT_THAT(OnTerminal(call), AllOf(StartsWith("ornwhatsnew> ValidateWhatsNew filepath"),
                                       EndsWith("help - List the commands\nornwhatsnew> \n")));
 }
 
-TEST_F(ProgramTerminalTest, APipeGetsNoPrompt) {
+TEST_F(ProgramTerminalTest, NoPromptForAPipe) {
   ProgramCall call = TerminalCall({"console"}, 80);
   call.input = "help\n";
   EXPECT_THAT(OnTerminal(call),

@@ -25,7 +25,7 @@ common::StyledSegment Placeholder(std::string text) {
   return {std::move(text), styles, {}};
 }
 
-TEST(RatingControls, QuotesWhatAShellWouldCut) {
+TEST(RatingControls, QuotesWordsForAShell) {
   EXPECT_EQ("ORN-7", ShellWord("ORN-7"));
   EXPECT_EQ("/tmp/a_b.csv", ShellWord("/tmp/a_b.csv"));
   EXPECT_EQ("''", ShellWord(""));
@@ -37,7 +37,7 @@ TEST(RatingControls, QuotesWhatAShellWouldCut) {
 
 class RatingControlsTest : public test_support::FakeHostTest {};
 
-TEST_F(RatingControlsTest, FollowThePanelAndAskTheFeaturesOwnQuestion) {
+TEST_F(RatingControlsTest, FollowThePanelAndUseTheFeaturesQuestion) {
   ornwhatsnew::FeatureListData list(host_.Getter(), host_.Setter());
   ornwhatsnew::RatingMap ratingItems;
   for (const char* key : {"B", "A", "HIDDEN"}) {
@@ -54,7 +54,7 @@ TEST_F(RatingControlsTest, FollowThePanelAndAskTheFeaturesOwnQuestion) {
                           "state.db -- A 'my data.csv'\n"));
 }
 
-TEST_F(RatingControlsTest, WordsThatBeginWithADashAreNotTakenForOptions) {
+TEST_F(RatingControlsTest, WordsThatBeginWithADashAreNotOptions) {
   ornwhatsnew::FeatureListData list(host_.Getter(), host_.Setter());
   ornwhatsnew::RatingMap ratingItems;
   list.InsertFeatureListItem(test_support::MakeItem({.groupingKey = "-k"}));
@@ -74,7 +74,7 @@ TEST_F(RatingControlsTest, WordsThatBeginWithADashAreNotTakenForOptions) {
   EXPECT_EQ("-s.db", rate.sources.state);
 }
 
-TEST(RatingControls, TakeThePlacesOfThePlaceholders) {
+TEST(RatingControls, ReplaceThePlaceholders) {
   std::vector<common::StyledSegment> segments = {
       Placeholder("x"), {"text", {}, {}}, Placeholder("x")};
   PlaceRatingControls({"one", "two"}, segments);
@@ -83,7 +83,7 @@ TEST(RatingControls, TakeThePlacesOfThePlaceholders) {
   EXPECT_EQ("two", segments[2].text);
 }
 
-TEST(RatingControls, PlaceholdersStayWhenTheirNumberIsAnother) {
+TEST(RatingControls, KeepPlaceholdersIfTheNumbersDiffer) {
   std::vector<common::StyledSegment> segments = {Placeholder("x")};
   PlaceRatingControls({"one", "two"}, segments);
   EXPECT_EQ("x", segments[0].text);

@@ -46,7 +46,7 @@ TEST(TerminalPanel, TabsAtTheStartBecomeTheIndent) {
   EXPECT_EQ("   a\n      b\nc\n", RenderPlain("\ta\n\t\tb\nc"));
 }
 
-TEST(TerminalPanel, ATabBehindABulletLeadsToTheText) {
+TEST(TerminalPanel, ATabAfterABulletEndsAtTheHangingIndent) {
   EXPECT_EQ("   \u2022  text\n", RenderPlain("\t\u2022 \ttext"));
   EXPECT_EQ("   -  text\n", RenderPlain("\t-\ttext"));
   EXPECT_EQ("   --> text\n", RenderPlain("\t--> text"));
@@ -69,24 +69,24 @@ TEST(TerminalPanel, WrapsWithHangingIndents) {
             RenderPlain("\tone two three four five six seven eight nine", 40));
 }
 
-TEST(TerminalPanel, NarrowTerminalsGetNarrowIndents) {
+TEST(TerminalPanel, NarrowTerminalsHaveNarrowIndents) {
   EXPECT_EQ("  a\n", RenderPlain("\ta", 39));
   EXPECT_EQ(" a\n", RenderPlain("\ta", 19));
   EXPECT_EQ("a\nb\n", RenderPlain("\tab", 1));
 }
 
-TEST(TerminalPanel, BlankLinesAtTheEdgesAreDroppedAndOthersJoined) {
+TEST(TerminalPanel, DropsEmptyLinesAtTheEdgesAndJoinsOthers) {
   EXPECT_EQ("   a\n\nb\n", RenderPlain("\n\n\ta\n\n \t\n\nb\n\n"));
 }
 
-TEST(TerminalPanel, FeaturesAreSetApart) {
+TEST(TerminalPanel, SeparatesFeaturesByAnEmptyLine) {
   const std::vector<StyledSegment> segments = {
       Segment("One", {StyleID::kStyleFeatureTitle}), Segment("\n\tchange\n"),
       Segment("Two", {StyleID::kStyleFeatureTitle}), Segment("\n")};
   EXPECT_EQ("One\n   change\n\nTwo\n", Render(segments, kPlain));
 }
 
-TEST(TerminalPanel, TitlesHangSoThatALabelDoesNotLookLikeATitle) {
+TEST(TerminalPanel, TitlesHaveAHangingIndent) {
   EXPECT_EQ("A long\n title\n LABEL\n",
             Render({Segment("A long title", {StyleID::kStyleFeatureTitle}), Segment("\tLABEL")},
                    {7, false, false}));
@@ -100,7 +100,7 @@ TEST(TerminalPanel, SwitchesStylesOnAndOffOnEachLine) {
   EXPECT_EQ("a b c\n", Render(segments, kPlain));
 }
 
-TEST(TerminalPanel, LabelsStandInABox) {
+TEST(TerminalPanel, LabelsAreInABox) {
   const std::vector<StyledSegment> segments = {
       Segment("NEW", {StyleID::kStyleUnlockLabel, StyleID::kStyleUnlockLabelBox})};
   EXPECT_THAT(Render(segments, kStyled), HasSubstr("m\u00A0NEW\u00A0\x1B[0m\n"));
@@ -129,13 +129,13 @@ TEST(TerminalPanel, ColoursAndHyperlinksAreSeparate) {
   EXPECT_EQ("a \x1B[1;4;94mmore <https://x>\x1B[0m\n", Render(segments, {0, true, false}));
 }
 
-TEST(TerminalPanel, LinksThatAreNotSafeStayText) {
+TEST(TerminalPanel, UnsafeLinksAreText) {
   const std::vector<StyledSegment> segments = {
       Segment("View", {StyleID::kStyleHotSpot}, "https://x\x1B\\\x1B[31m")};
   EXPECT_THAT(Render(segments, kStyled), Not(HasSubstr("\x1B]8")));
 }
 
-TEST(TerminalPanel, InPlainTextTheTargetStandsBehindALink) {
+TEST(TerminalPanel, PlainTextHasTheTargetAfterTheLink) {
   EXPECT_EQ("View more <https://x>\n",
             Render({Segment("View more", {StyleID::kStyleHotSpot}, "https://x")}, kPlain));
   EXPECT_EQ("https://x\n",
@@ -146,14 +146,14 @@ TEST(TerminalPanel, InPlainTextTheTargetStandsBehindALink) {
             Render({Segment("View", {StyleID::kStyleHotSpot}, "https://x\x1B[31m\n")}, kPlain));
 }
 
-TEST(TerminalPanel, SequencesInTheTextAreShownAndNotObeyed) {
+TEST(TerminalPanel, SequencesInTheTextAreShown) {
   const std::string rendered =
       Render({Segment("\x1B[31mred\x1B]8;;https://evil\x07\u009B2J\r")}, kStyled);
   EXPECT_EQ("\u241B[31mred\u241B]8;;https://evil\u2407\uFFFD2J\u240D\n", rendered);
 }
 
-/// Where a sequence of styles or of a hyperlink ends that starts at `place`; `place` when none
-/// does.
+/// Returns the end of the style or hyperlink sequence that starts at `place`, or `place` if there
+/// is none.
 std::size_t EndOfOwnSequence(std::string_view line, std::size_t place) {
   const std::string_view rest = line.substr(place);
   if (rest.starts_with("\x1B[")) {
@@ -175,7 +175,7 @@ std::string WithoutOwnSequences(std::string_view line) {
   return bare;
 }
 
-TEST(TerminalPanel, NoRandomTextActsOnTheTerminal) {
+TEST(TerminalPanel, RandomTextIsSafeForTheTerminal) {
   constexpr unsigned kSeed = 18'191;
   SCOPED_TRACE(testing::Message() << "seed " << kSeed);
   std::mt19937 random(kSeed);

@@ -17,7 +17,7 @@ std::string StartOf(std::initializer_list<StyleID> members) {
   return StyleStart(styles);
 }
 
-TEST(TerminalStyle, PlainTextNeedsNoSequence) {
+TEST(TerminalStyle, PlainTextHasNoSequence) {
   EXPECT_EQ("", StartOf({}));
   EXPECT_EQ("", StartOf({StyleID::kStyleChangeText}));
   EXPECT_EQ("", StartOf({StyleID::kStyleFeatureDescription}));
@@ -39,7 +39,7 @@ TEST(TerminalStyle, EveryOtherStyleOfThePanelLooksDifferent) {
   EXPECT_EQ(styles.size(), looks.size());
 }
 
-TEST(TerminalStyle, StylesOverTheSameTextComeTogether) {
+TEST(TerminalStyle, StylesOfTheSameTextAreCombined) {
   const std::string label = StartOf({StyleID::kStyleUnlockLabel});
   const std::string box = StartOf({StyleID::kStyleUnlockLabelBox});
   const std::string both = StartOf({StyleID::kStyleUnlockLabel, StyleID::kStyleUnlockLabelBox});
@@ -53,7 +53,7 @@ struct LinkCase {
 
 class TerminalLink : public testing::TestWithParam<LinkCase> {};
 
-TEST_P(TerminalLink, MayBeHandedToATerminal) {
+TEST_P(TerminalLink, MayBeSentToATerminal) {
   EXPECT_EQ(GetParam().isSafe, IsSafeHyperlink(GetParam().link)) << GetParam().link;
 }
 
