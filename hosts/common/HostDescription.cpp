@@ -1,10 +1,6 @@
 #include "hosts/common/HostDescription.h"
 
-#include <algorithm>
-#include <array>
 #include <memory>
-#include <optional>
-#include <span>
 #include <utility>
 
 #include <ornappsupport/analytics/SDMUsageLogger.h>
@@ -34,28 +30,8 @@ using orncore::string::UTF8to16;
 
 namespace {
 
-/// In the order in which errors list them; the two that only scenarios have come last.
-constexpr std::array<std::string_view, 11> kMembers = {
-    "clientVersion", "buildNumber",  "platform",
-    "terminating",   "usageLogging", "internalFeaturesAllowed",
-    "betaFeatures",  "debug",        "dictionary",
-    "state",         "callbacks"};
-
-/// Where the schema of the description lies: for editors, which find it by this name.
+/// The path of the JSON schema, for editors. It is not followed.
 constexpr std::string_view kSchemaMember = "$schema";
-
-std::span<const std::string_view> NamesOf(HostMembers members) {
-  const std::span<const std::string_view> all(kMembers);
-  switch (members) {
-    case HostMembers::kProgram:
-      return all.first(all.size() - 2);
-    case HostMembers::kScenarioChange:
-      return all.first(all.size() - 1);
-    case HostMembers::kScenario:
-      break;
-  }
-  return all;
-}
 
 void ReadText(const JsonReader& object, std::string_view name, std::string& text) {
   if (const auto member = object.Find(name)) text = member->Text();
@@ -89,29 +65,6 @@ std::vector<BetaFeatureDescription> ReadBetaFeatures(const JsonReader& array) {
   return features;
 }
 
-Callbacks ReadCallbacks(const JsonReader& member) {
-  constexpr std::array<std::pair<std::string_view, Callbacks>, 4> kNames = {
-      {{"both", Callbacks::kBoth},
-       {"getter", Callbacks::kGetter},
-       {"setter", Callbacks::kSetter},
-       {"none", Callbacks::kNone}}};
-  const std::string text = member.IsText() ? member.Text() : std::string();
-  for (const auto& [name, callbacks] : kNames) {
-    if (text == name) return callbacks;
-  }
-  member.FailExpecting("\"both\", \"getter\", \"setter\" or \"none\"");
-}
-
-void RefuseScenarioMembers(const JsonReader& object) {
-  for (const std::string_view name : {"state", "callbacks"}) {
-    if (const auto member = object.Find(name)) {
-      member->Fail(
-          "this member is only for scenarios; remove it, a program keeps its state in its "
-          "own store");
-    }
-  }
-}
-
 BetaFeature MakeBetaFeature(const BetaFeatureDescription& feature) {
   return BetaFeature(feature.epicKey, UTF8to16(feature.name), UTF8to16(feature.description),
                      static_cast<VisibilityInAllClientApps>(feature.visibility));
@@ -121,33 +74,25 @@ BetaFeature MakeBetaFeature(const BetaFeatureDescription& feature) {
 
 HostDescription ReadHostDescription(const std::filesystem::path& file) {
   try {
-    return ParseHostDescription(ReadTextFile(file), file.string());
+    return ParseHostDescription(ReadTextFile(file), file.native());
   } catch (const orncore::config::ResultError& error) {
-    throw HostDescriptionError("The host description '" + file.string() + "' cannot be read: " +
-                               ReasonOf(error) + ". Name a JSON file with --host.");
+    throw JsonError(JsonMessage(OpenErrorMessage(file, error), "", ""));
   }
 }
 
 HostDescription ParseHostDescription(std::string_view json, std::string_view sourceName) {
-  try {
-    const JsonDocument document = JsonDocument::Parse(json, sourceName);
-    HostDescription host;
-    ReadHostMembers(JsonReader(document), HostMembers::kProgram, {}, host);
-    return host;
-  } catch (const JsonError& error) {
-    throw HostDescriptionError(error.what());
-  }
-}
-
-void ReadHostMembers(const JsonReader& object, HostMembers members,
-                     std::span<const std::string_view> others, HostDescription& host) {
-  if (members == HostMembers::kProgram) RefuseScenarioMembers(object);
-  const auto names = NamesOf(members);
-  std::vector<std::string_view> known(others.begin(), others.end());
-  known.insert(known.end(), names.begin(), names.end());
-  if (members == HostMembers::kProgram) known.push_back(kSchemaMember);
+  const JsonDocument document = JsonDocument::Parse(json, sourceName);
+  const JsonReader object(document);
+  std::vector<std::string_view> known(kHostMembers.begin(), kHostMembers.end());
+  known.push_back(kSchemaMember);
   object.RequireObject(known);
   if (const auto schema = object.Find(kSchemaMember)) static_cast<void>(schema->Text());
+  HostDescription host;
+  ReadHostMembers(object, host);
+  return host;
+}
+
+void ReadHostMembers(const JsonReader& object, HostDescription& host) {
   ReadText(object, "clientVersion", host.clientVersion);
   ReadText(object, "buildNumber", host.buildNumber);
   ReadText(object, "platform", host.platform);
@@ -159,16 +104,14 @@ void ReadHostMembers(const JsonReader& object, HostMembers members,
   }
   ReadTexts(object, "debug", host.debug);
   ReadTexts(object, "dictionary", host.dictionary);
-  ReadTexts(object, "state", host.state);
-  if (const auto member = object.Find("callbacks")) host.callbacks = ReadCallbacks(*member);
 }
 
-std::shared_ptr<MemoryDebugStore> InstallHost(const HostDescription& host) {
-  InstallHostButDebugEntries(host);
-  return InstallDebugEntries(host.debug);
+void InstallHost(const HostDescription& host) {
+  InstallHostServices(host);
+  DebugDatabase::Instance().SetStore(std::make_shared<MemoryDebugStore>(host.debug));
 }
 
-void InstallHostButDebugEntries(const HostDescription& host) {
+void InstallHostServices(const HostDescription& host) {
   orncore::config::SetClientInfo(std::make_shared<FixedClientInfo>(
       UTF8to16(host.clientVersion), UTF8to16(host.buildNumber), host.platform));
   Localizer::Get().SetDictionary(std::make_shared<MapDictionary>(host.dictionary));
@@ -182,12 +125,6 @@ void InstallHostButDebugEntries(const HostDescription& host) {
   orncore::appstatemanager::SetTerminationQuery(
       [terminating = host.terminating] { return terminating; });
   SDMUsageLogger::SetLoggingQuery([logging = host.usageLogging] { return logging; });
-}
-
-std::shared_ptr<MemoryDebugStore> InstallDebugEntries(const HostDescription::Texts& entries) {
-  auto store = std::make_shared<MemoryDebugStore>(entries);
-  DebugDatabase::Instance().SetStore(store);
-  return store;
 }
 
 }  // namespace hosts::common

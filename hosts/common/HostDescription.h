@@ -1,5 +1,5 @@
-// A host as a JSON object describes it: who the application is, its beta features, its permissions,
-// debug entries and dictionary. Our programs run the library inside such a host.
+// A host description: a JSON object with the application's version and platform, its beta features,
+// permissions, debug entries and dictionary. Our programs run the library inside such a host.
 //
 //   {
 //     "clientVersion": "25.1", "buildNumber": "42", "platform": "Mac",
@@ -11,25 +11,19 @@
 //     "dictionary": {"$$$/path/key": "a translated text"}
 //   }
 //
-// Every member may be absent; the structures below hold the defaults. schema/ holds the same as a
-// JSON schema, which a description may name under "$schema" for editors; it is not followed.
+// Every member is optional; the structures below hold the defaults. The folder schema/ has a JSON
+// schema, which a description may name under "$schema" for editors.
 #ifndef HOSTS_COMMON_HOSTDESCRIPTION_H_
 #define HOSTS_COMMON_HOSTDESCRIPTION_H_
 
+#include <array>
 #include <cstdint>
 #include <filesystem>
 #include <functional>
 #include <map>
-#include <memory>
-#include <span>
-#include <stdexcept>
 #include <string>
 #include <string_view>
 #include <vector>
-
-namespace orncore::debug {
-class MemoryDebugStore;
-}  // namespace orncore::debug
 
 namespace hosts::common {
 
@@ -46,9 +40,6 @@ struct BetaFeatureDescription {
   bool availableForUser = false;
 };
 
-/// Which of the two state callbacks a list is given.
-enum class Callbacks { kBoth, kGetter, kSetter, kNone };
-
 /// A host. All texts are UTF-8.
 struct HostDescription {
   using Texts = std::map<std::string, std::string, std::less<>>;
@@ -62,53 +53,33 @@ struct HostDescription {
   /// In the order written; a later entry replaces an earlier one with the same internal key.
   std::vector<BetaFeatureDescription> betaFeatures;
   Texts debug;
-  /// From keys, as written before `=`, to translated texts.
+  /// Translated texts by key. The key is the part of a key text before `=`.
   Texts dictionary;
-  /// What the host's store holds, and which callbacks there are: only for scenarios. A program
-  /// keeps its state in a store of its own.
-  Texts state;
-  Callbacks callbacks = Callbacks::kBoth;
 };
 
-/// A description that cannot be used. `what()` is one line: the file, the path inside it (or line
-/// and column where it is not JSON), what was expected and what stands there.
-class HostDescriptionError : public std::runtime_error {
- public:
-  using std::runtime_error::runtime_error;
-};
+/// The members of a host description, in the order in which error messages list them.
+inline constexpr std::array<std::string_view, 9> kHostMembers = {
+    "clientVersion",           "buildNumber",  "platform", "terminating", "usageLogging",
+    "internalFeaturesAllowed", "betaFeatures", "debug",    "dictionary"};
 
-/// Reads a program's host description. Throws `HostDescriptionError` for a file that cannot be
-/// read, for text that is not JSON, and for members that are unknown, doubled, or of the wrong type
-/// or range; `state` and `callbacks` count as such. Nothing is installed.
+/// Reads a host description. Throws `JsonError` if the file cannot be read or is not JSON, and for
+/// members that are unknown, duplicate, or of the wrong type or range.
 HostDescription ReadHostDescription(const std::filesystem::path& file);
 
-/// The same from a text; `sourceName` stands in errors for the file.
+/// The same for a text. Error messages begin with `sourceName`.
 HostDescription ParseHostDescription(std::string_view json, std::string_view sourceName);
 
-/// Which members an object may have.
-enum class HostMembers {
-  kProgram,         ///< all but `state` and `callbacks`, and `$schema`, which is not kept
-  kScenario,        ///< all
-  kScenarioChange,  ///< all but `callbacks`: what may change while a list lives
-};
+/// Replaces those members of `host` that the object has. Other members of the object are ignored.
+/// Throws `JsonError`; `host` may then have some of the new members.
+void ReadHostMembers(const JsonReader& object, HostDescription& host);
 
-/// Replaces those members of `host` that the object has, each whole. Names in `others` may stand
-/// among them and are left to the caller. Throws `JsonError` (see JsonReader.h); `host` may then
-/// hold some of the new members.
-void ReadHostMembers(const JsonReader& object, HostMembers members,
-                     std::span<const std::string_view> others, HostDescription& host);
+/// Configures the process's services by the description: client information, features, permissions,
+/// dictionary, termination and usage logging. The debug entries replace the content of the debug
+/// database, which is then in memory.
+void InstallHost(const HostDescription& host);
 
-/// Makes the process's services answer as the host describes: client information, features,
-/// permissions, dictionary, termination and usage logging. The debug entries become the whole
-/// content of a debug database in memory, which is returned for whoever wants to look into it.
-/// `state` and `callbacks` concern no service.
-std::shared_ptr<orncore::debug::MemoryDebugStore> InstallHost(const HostDescription& host);
-
-/// The same without the debug database, which stays as it is.
-void InstallHostButDebugEntries(const HostDescription& host);
-/// Only the debug database: these entries become its whole content.
-std::shared_ptr<orncore::debug::MemoryDebugStore> InstallDebugEntries(
-    const HostDescription::Texts& entries);
+/// The same without the debug database, which stays unchanged.
+void InstallHostServices(const HostDescription& host);
 
 }  // namespace hosts::common
 

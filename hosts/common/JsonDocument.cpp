@@ -14,38 +14,29 @@ using nlohmann::json;
 
 namespace {
 
-/// The longest quotation from a text in a message, in bytes.
-constexpr std::size_t kLongestDetail = 200;
+/// The maximum length of the parser's message, in bytes. It quotes the text, which may be long.
+constexpr std::size_t kMaximumDetail = 200;
 
-void AppendEscaped(unsigned char code, std::string& line) {
-  constexpr std::string_view kDigits = "0123456789abcdef";
-  line += "\\u00";
-  line += kDigits[code >> 4];
-  line += kDigits[code & 0xF];
-}
+/// The maximum length of a quoted string, in bytes.
+constexpr std::size_t kMaximumQuotation = 60;
 
-/// Control characters as escapes: a message is one line, and shows what it quotes.
-void AppendVisible(std::string_view text, std::string& line) {
-  constexpr unsigned char kLeadOfUpperControls = 0xC2;
-  for (std::size_t i = 0; i < text.size(); ++i) {
-    const auto code = static_cast<unsigned char>(text[i]);
-    const auto next = static_cast<unsigned char>(i + 1 < text.size() ? text[i + 1] : '\0');
-    if (code == kLeadOfUpperControls && next >= 0x80 && next < 0xA0) {
-      AppendEscaped(next, line);
-      ++i;
-    } else if (code < 0x20 || code == 0x7F) {
-      AppendEscaped(code, line);
-    } else {
-      line += text[i];
+/// Replaces control characters by escapes and ill-formed UTF-8 by U+FFFD: a message is one line.
+std::string Visible(std::string_view text) {
+  constexpr std::u16string_view kDigits = u"0123456789abcdef";
+  std::u16string visible;
+  for (const char16_t unit : orncore::string::UTF8to16(text)) {
+    if (unit >= 0x20 && (unit < 0x7F || unit >= 0xA0)) {
+      visible += unit;
+      continue;
     }
+    visible += u"\\u00";
+    visible += kDigits[unit >> 4];
+    visible += kDigits[unit & 0xF];
   }
+  return orncore::string::UTF16to8(visible);
 }
 
-std::string WellFormed(std::string_view text) {
-  return orncore::string::UTF16to8(orncore::string::UTF8to16(text));
-}
-
-/// Line and column of a byte, counted from 1; the column in characters, as editors show it.
+/// Returns line and column of a byte, counted from 1. The column is in characters, as in editors.
 std::string LineAndColumn(std::string_view text, std::size_t position) {
   const std::string_view before = text.substr(0, position == 0 ? 0 : position - 1);
   const auto lines = std::ranges::count(before, '\n');
@@ -57,34 +48,26 @@ std::string LineAndColumn(std::string_view text, std::size_t position) {
   return "line " + std::to_string(lines + 1) + ", column " + std::to_string(characters + 1);
 }
 
-/// What the parser says about an error, without its own name for it and where it stands: that is
-/// told our way. It quotes the text, which may be long and need not be UTF-8.
+/// Returns the parser's message without its prefix, which gives the position in another form.
 std::string ParserDetail(std::string_view message) {
-  if (const std::size_t end = message.find("] "); end != std::string_view::npos) {
-    message.remove_prefix(end + 2);
+  for (const std::string_view prefixEnd : {"] ", ": "}) {
+    const std::size_t end = message.find(prefixEnd);
+    if (end != std::string_view::npos) message.remove_prefix(end + prefixEnd.size());
+    if (!message.starts_with("parse error")) break;
   }
-  if (message.starts_with("parse error")) {
-    if (const std::size_t end = message.find(": "); end != std::string_view::npos) {
-      message.remove_prefix(end + 2);
-    }
-  }
-  if (message.size() <= kLongestDetail) return WellFormed(message);
-  const std::string_view head = message.substr(0, kLongestDetail / 2);
-  const std::string_view tail = message.substr(message.size() - kLongestDetail / 2);
-  return WellFormed(head) + " ... " + WellFormed(tail);
+  if (message.size() <= kMaximumDetail) return std::string(message);
+  return std::string(message.substr(0, kMaximumDetail / 2)) + " ... " +
+         std::string(message.substr(message.size() - kMaximumDetail / 2));
 }
 
-/// Builds the value while the text is parsed. The library's own builder forgets a member that comes
-/// twice, and its callbacks make objects of many members slow.
+/// Builds the value during parsing. The library's own builder overwrites duplicate members, and its
+/// parser callback takes quadratic time for objects with many members.
 class DocumentBuilder : public nlohmann::json_sax<json> {
  public:
   DocumentBuilder(std::string_view text, std::string_view sourceName)
       : text_(text), sourceName_(sourceName) {}
 
   json TakeValue() { return std::move(root_); }
-  std::map<std::string, std::string, std::less<>> TakeDuplicates() {
-    return std::move(duplicates_);
-  }
 
   bool null() override { return Add(nullptr); }
   bool boolean(bool value) override { return Add(value); }
@@ -104,23 +87,28 @@ class DocumentBuilder : public nlohmann::json_sax<json> {
     const auto [member, added] = frame.container->emplace(name, nullptr);
     frame.member = &member.key();
     frame.slot = &member.value();
-    if (!added) duplicates_.emplace(Path(frames_.size() - 1), name);
+    if (!added) {
+      Fail(Path(frames_.size() - 1), "duplicate member " + JsonQuoted(name) + "; keep only one");
+    }
     return true;
   }
 
   bool parse_error(std::size_t position, const std::string&,
                    const nlohmann::detail::exception& error) override {
-    throw JsonError(JsonMessage(sourceName_, LineAndColumn(text_, position),
-                                "not valid JSON: " + ParserDetail(error.what())));
+    Fail(LineAndColumn(text_, position), "not valid JSON: " + ParserDetail(error.what()));
   }
 
  private:
-  /// An array or object that is still open; for an object, the member whose value comes next.
+  /// An array or object that is not closed yet. For an object, the member whose value comes next.
   struct Frame {
     json* container;
     const std::string* member = nullptr;
     json* slot = nullptr;
   };
+
+  [[noreturn]] void Fail(std::string_view place, std::string_view message) const {
+    throw JsonError(JsonMessage(sourceName_, place, message));
+  }
 
   json& Slot() {
     if (frames_.empty()) return root_;
@@ -137,9 +125,8 @@ class DocumentBuilder : public nlohmann::json_sax<json> {
 
   bool Open(json container) {
     if (frames_.size() == JsonDocument::kMaximumDepth) {
-      throw JsonError(JsonMessage(sourceName_, Path(frames_.size()),
-                                  "arrays and objects are nested more than " +
-                                      std::to_string(JsonDocument::kMaximumDepth) + " deep"));
+      Fail(Path(frames_.size()), "arrays and objects are nested more than " +
+                                     std::to_string(JsonDocument::kMaximumDepth) + " deep");
     }
     json& slot = Slot();
     slot = std::move(container);
@@ -152,7 +139,7 @@ class DocumentBuilder : public nlohmann::json_sax<json> {
     return true;
   }
 
-  /// The path of the value inside the first `depth` open containers.
+  /// Returns the path of the value inside the first `depth` open containers.
   std::string Path(std::size_t depth) const {
     std::string path;
     for (std::size_t i = 0; i < depth; ++i) {
@@ -164,36 +151,25 @@ class DocumentBuilder : public nlohmann::json_sax<json> {
   }
 
   std::string_view text_;
-  std::string sourceName_;
+  std::string_view sourceName_;
   json root_;
   std::vector<Frame> frames_;
-  std::map<std::string, std::string, std::less<>> duplicates_;
 };
 
 }  // namespace
 
 JsonDocument JsonDocument::Parse(std::string_view text, std::string_view sourceName) {
-  const std::string name = WellFormed(sourceName);
-  DocumentBuilder builder(text, name);
+  DocumentBuilder builder(text, sourceName);
   json::sax_parse(text.begin(), text.end(), &builder);
-  json value = builder.TakeValue();
-  return JsonDocument(name, std::move(value), builder.TakeDuplicates());
+  return JsonDocument(std::string(sourceName), builder.TakeValue());
 }
 
-JsonDocument::JsonDocument(std::string sourceName, json value, Duplicates duplicates)
-    : sourceName_(std::move(sourceName)),
-      value_(std::make_unique<const json>(std::move(value))),
-      duplicates_(std::move(duplicates)) {}
+JsonDocument::JsonDocument(std::string sourceName, json value)
+    : sourceName_(std::move(sourceName)), value_(std::make_unique<const json>(std::move(value))) {}
 
 JsonDocument::JsonDocument(JsonDocument&&) noexcept = default;
 JsonDocument& JsonDocument::operator=(JsonDocument&&) noexcept = default;
 JsonDocument::~JsonDocument() = default;
-
-std::optional<std::string> JsonDocument::DuplicateMemberAt(std::string_view objectPath) const {
-  const auto found = duplicates_.find(objectPath);
-  if (found == duplicates_.end()) return std::nullopt;
-  return found->second;
-}
 
 std::string JsonPath(std::string_view parent, std::string_view member) {
   std::string path(parent);
@@ -214,17 +190,20 @@ std::string JsonPath(std::string_view parent, std::size_t index) {
   return std::string(parent) + '/' + std::to_string(index);
 }
 
-std::string JsonMessage(std::string_view sourceName, std::string_view path,
+std::string JsonMessage(std::string_view sourceName, std::string_view place,
                         std::string_view message) {
-  std::string line;
-  AppendVisible(sourceName, line);
-  line += ": ";
-  if (!path.empty()) {
-    AppendVisible(path, line);
-    line += ": ";
+  std::string line(sourceName);
+  for (const std::string_view part : {place, message}) {
+    if (!part.empty()) line.append(": ").append(part);
   }
-  AppendVisible(message, line);
-  return line;
+  return Visible(line);
+}
+
+std::string JsonQuoted(std::string_view text) {
+  const bool isCut = text.size() > kMaximumQuotation;
+  return json(text.substr(0, kMaximumQuotation))
+             .dump(-1, ' ', false, json::error_handler_t::replace) +
+         (isCut ? "..." : "");
 }
 
 }  // namespace hosts::common

@@ -1,6 +1,5 @@
-// JSON that people write for our programs, read with errors that say where and what: the source,
-// the path inside it, what was expected and what stands there. Every program reads its JSON through
-// this, so that a mistake reads the same everywhere.
+// Reads JSON that people write for our programs. Error messages give the source, the path inside
+// it, what was expected and what was found.
 #ifndef HOSTS_COMMON_JSONREADER_H_
 #define HOSTS_COMMON_JSONREADER_H_
 
@@ -20,8 +19,8 @@
 
 namespace hosts::common {
 
-/// One value of a document and its place. Cheap to copy; refers to the document, which must outlive
-/// it. Each function that asks for a kind of value throws `JsonError` when another stands there.
+/// One value of a document and its path. It refers to the document, which must outlive it. Each
+/// function that returns a kind of value throws `JsonError` if the value is of another kind.
 class JsonReader {
  public:
   using Names = std::span<const std::string_view>;
@@ -30,50 +29,40 @@ class JsonReader {
   explicit JsonReader(const JsonDocument& document);
 
   const nlohmann::json& Value() const { return *value_; }
-  /// The JSON pointer of the value, such as `/betaFeatures/3/visibility`; empty for the document.
-  const std::string& Path() const { return path_; }
-
-  bool IsArray() const;
-  bool IsText() const;
-
   std::string Text() const;
   bool Boolean() const;
-  /// An integer from `minimum` to `maximum`; a number with a fraction or an exponent is none.
+  /// An integer from `minimum` to `maximum`. A number with a fraction or an exponent is not one.
   std::int64_t Integer(std::int64_t minimum, std::int64_t maximum) const;
   std::int32_t Integer32() const;
 
   /// The elements of an array.
   std::vector<JsonReader> Elements() const;
-  /// An object of texts under any names.
+  /// The members of an object whose values are all texts.
   std::map<std::string, std::string, std::less<>> Texts() const;
 
-  /// Requires an object whose members all have one of these names, none of them twice.
+  /// Throws `JsonError` unless the value is an object whose members all have one of these names.
   void RequireObject(Names known) const;
   void RequireObject(std::initializer_list<std::string_view> known) const {
     RequireObject(Names(known.begin(), known.size()));
   }
 
-  /// A member of an object, or nothing when it is absent.
+  /// Returns a member of an object, or nothing if it is absent.
   std::optional<JsonReader> Find(std::string_view name) const;
-  /// A member that must be there.
+  /// Returns a member of an object. Throws `JsonError` if it is absent.
   JsonReader Member(std::string_view name) const;
 
-  /// Throws `JsonError` with this value's place and the message.
+  /// Throws `JsonError` with this value's path and the message.
   [[noreturn]] void Fail(std::string_view message) const;
-  /// The same, for another value than the one expected ("a text"); says what was found.
+  /// Throws `JsonError` with a message such as "expected a text, found the number 3".
   [[noreturn]] void FailExpecting(std::string_view expected) const;
 
  private:
   JsonReader(const JsonDocument& document, const nlohmann::json& value, std::string path);
-  void RequireUniqueMembers() const;
 
   const JsonDocument* document_;
   const nlohmann::json* value_;
   std::string path_;
 };
-
-/// The names in quotation marks, with commas between them.
-std::string QuotedList(JsonReader::Names names);
 
 }  // namespace hosts::common
 

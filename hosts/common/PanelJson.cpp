@@ -13,11 +13,6 @@ using nlohmann::json;
 
 namespace {
 
-std::string WellFormed(std::string_view text) {
-  if (orncore::string::IsWellFormedUTF8(text)) return std::string(text);
-  return orncore::string::UTF16to8(orncore::string::UTF8to16(text));
-}
-
 json RatingItemJson(const ornwhatsnew::FeatureListItem& item) {
   return {{"internalKey", TextJson(item.GetBetaFeatureInternalKey())},
           {"name", TextJson(item.GetFeatureName())},
@@ -28,8 +23,12 @@ json RatingItemJson(const ornwhatsnew::FeatureListItem& item) {
 
 }  // namespace
 
+std::string ToJsonText(const json& value) {
+  return value.dump(2, ' ', true) + "\n";
+}
+
 json TextJson(std::string_view text) {
-  return WellFormed(text);
+  return TextJson(orncore::string::UTF8to16(text));
 }
 
 json TextJson(std::u16string_view text) {
@@ -56,7 +55,7 @@ json RatingItemsJson(const std::shared_ptr<const ornwhatsnew::RatingMap>& items)
   if (items == nullptr) return nullptr;
   json object = json::object();
   for (const auto& [key, item] : *items) {
-    object[WellFormed(key)] = item == nullptr ? json() : RatingItemJson(*item);
+    object[TextJson(key).get<std::string>()] = item == nullptr ? json() : RatingItemJson(*item);
   }
   return object;
 }

@@ -1,7 +1,6 @@
 #include "hosts/common/TextFile.h"
 
 #include <cerrno>
-#include <cstring>
 #include <system_error>
 
 #include <orncore/filesupport/RegularFile.h>
@@ -11,15 +10,16 @@ namespace hosts::common {
 std::string ReadTextFile(const std::filesystem::path& file) {
   const auto memory = orncore::filesupport::ReadRegularFile(file);
   const auto bytes = memory->Bytes();
-  std::string text(bytes.size(), '\0');
-  if (!bytes.empty()) std::memcpy(text.data(), bytes.data(), bytes.size());
-  return text;
+  return {reinterpret_cast<const char*>(bytes.data()), bytes.size()};
 }
 
-std::string ReasonOf(const orncore::config::ResultError& failure) {
-  // The system's own text for it, "Operation not supported", does not say what is wrong.
-  if (failure.Result() == -EOPNOTSUPP) return "it is no regular file";
-  return std::generic_category().message(-failure.Result());
+std::string OpenErrorMessage(const std::filesystem::path& file,
+                             const orncore::config::ResultError& error) {
+  // The system's text for EOPNOTSUPP, "Operation not supported", does not say what is wrong.
+  const std::string reason = error.Result() == -EOPNOTSUPP
+                                 ? "not a regular file"
+                                 : std::generic_category().message(-error.Result());
+  return "cannot open '" + file.native() + "': " + reason;
 }
 
 }  // namespace hosts::common

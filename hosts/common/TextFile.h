@@ -1,4 +1,4 @@
-// Files that people name on a command line.
+// Reads files that users name on a command line.
 #ifndef HOSTS_COMMON_TEXTFILE_H_
 #define HOSTS_COMMON_TEXTFILE_H_
 
@@ -9,12 +9,14 @@
 
 namespace hosts::common {
 
-/// All bytes of a regular file. Throws `orncore::config::ResultError`, whose text names the file
-/// and the reason, for anything else and for what cannot be read.
+/// Returns all bytes of a regular file. Throws `orncore::config::ResultError` if the file cannot be
+/// read or is not a regular file.
 std::string ReadTextFile(const std::filesystem::path& file);
 
-/// Why a file could not be read, for people: the reason alone, without the file's name.
-std::string ReasonOf(const orncore::config::ResultError& failure);
+/// Returns the message for a file that `ReadTextFile` could not read, such as
+/// "cannot open 'x.csv': No such file or directory".
+std::string OpenErrorMessage(const std::filesystem::path& file,
+                             const orncore::config::ResultError& error);
 
 }  // namespace hosts::common
 

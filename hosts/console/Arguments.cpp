@@ -1,5 +1,6 @@
 #include "hosts/console/Arguments.h"
 
+#include <algorithm>
 #include <sstream>
 #include <string_view>
 #include <utility>
@@ -13,98 +14,91 @@ namespace {
 
 using ornwhatsnew::DisplayOptions;
 
-constexpr std::size_t kWidestWidth = 100'000;
+constexpr std::size_t kMaximumWidth = 100'000;
+/// Leaves 56 columns of an 80-column terminal for the descriptions.
+constexpr std::size_t kHelpNameColumns = 24;
 
-constexpr std::string_view kExitStatusHelp = R"(Exit status:
-   0  done
-   1  something unexpected, such as memory running out
-   2  the command line is not understood
+constexpr const char* kExitStatusHelp = R"(Exit status:
+   0  success
+   1  unexpected error, for example out of memory
+   2  the command line is not valid
    3  the data file, the host description or standard input cannot be used
    4  the state store cannot be read or written
-   5  rate: there is no such feature to rate
+   5  rate: the feature does not exist or cannot be rated
    6  standard output cannot be written
    7  console: a command is unknown or failed
   10  status --exit-status: something is new
   11  status --exit-status: something can be rated
   12  status --exit-status: both)";
 
-/// The flags of the display options, which CLI11 sets one by one.
-struct OptionFlags {
-  bool onlyNew = false;
-  bool platform = false;
-  bool relevantVersions = false;
-  bool headlines = false;
-  bool rating = false;
-
-  DisplayOptions Options() const {
-    DisplayOptions options;
-    if (onlyNew) options = options | ornwhatsnew::kShowOnlyNew;
-    if (platform) options = options | ornwhatsnew::kFilterRelevantPlatform;
-    if (relevantVersions) options = options | ornwhatsnew::kFilterRelevantVersion;
-    if (headlines) options = options | ornwhatsnew::kFilterHeadlinesOnly;
-    if (rating) options = options | ornwhatsnew::kRatingView;
-    return options;
-  }
+struct OptionFlag {
+  const char* name;
+  DisplayOptions option;
+  const char* description;
 };
+
+const OptionFlag kOnlyNewFlag = {"--only-new", ornwhatsnew::kShowOnlyNew,
+                                 "Show only what you have not seen yet"};
+const OptionFlag kRatingFlag = {"--rating", ornwhatsnew::kRatingView,
+                                "Show only what you have seen and can rate"};
+const OptionFlag kFilterFlags[] = {
+    {"--platform", ornwhatsnew::kFilterRelevantPlatform, "Leave out changes for other platforms"},
+    {"--relevant-versions", ornwhatsnew::kFilterRelevantVersion,
+     "Leave out changes to versions that you never ran"},
+    {"--headlines", ornwhatsnew::kFilterHeadlinesOnly,
+     "Leave out every change whose salience is well formed"},
+};
+
+template <class Choice>
+using Choices = std::vector<std::pair<std::string, Choice>>;
+
+const Choices<OutputFormat> kFormats = {{"text", OutputFormat::kText},
+                                        {"json", OutputFormat::kJson}};
+const Choices<ColorMode> kColorModes = {
+    {"auto", ColorMode::kAuto}, {"always", ColorMode::kAlways}, {"never", ColorMode::kNever}};
+
+void AddFlag(CLI::App& command, const OptionFlag& flag, DisplayOptions& options) {
+  command.add_flag_callback(
+      flag.name, [&options, option = flag.option] { options = options | option; },
+      flag.description);
+}
+
+void AddFilters(CLI::App& command, DisplayOptions& options) {
+  for (const OptionFlag& flag : kFilterFlags) AddFlag(command, flag, options);
+}
+
+template <class Choice>
+CLI::Option* AddChoice(CLI::App& command, const std::string& name, const Choices<Choice>& choices,
+                       Choice& chosen, const std::string& description) {
+  const auto choose = [&choices, &chosen](const std::string& word) {
+    chosen = std::ranges::find(choices, word, &std::pair<std::string, Choice>::first)->second;
+  };
+  return command.add_option_function<std::string>(name, choose, description)
+      ->check(CLI::IsMember(choices).description(""));
+}
+
+void AddFormat(CLI::App& command, OutputFormat& format) {
+  AddChoice(command, "--format", kFormats, format, "text (default) or json")->type_name("FORMAT");
+}
+
+template <class Path>
+CLI::Option* AddHost(CLI::App& command, Path& host) {
+  return command.add_option("--host", host, "The host description, a JSON file")->type_name("FILE");
+}
 
 void AddState(CLI::App& command, std::optional<std::filesystem::path>& state) {
   command
       .add_option("--state", state,
-                  "The state store to use; ':memory:' remembers nothing. Default: "
-                  "ornwhatsnew/state.db in $XDG_STATE_HOME, or else in ~/.local/state")
+                  "The state store; ':memory:' remembers nothing.\n"
+                  "Default: ornwhatsnew/state.db in $XDG_STATE_HOME,\n"
+                  "or in ~/.local/state if that is not set")
       ->type_name("FILE");
 }
 
 void AddSources(CLI::App& command, SourceArguments& sources) {
   command.add_option("DATA", sources.data, "The What's New data file")->required()->type_name("");
-  command.add_option("--host", sources.host, "The host description, a JSON file")
-      ->required()
-      ->type_name("FILE");
+  AddHost(command, sources.host)->required();
   AddState(command, sources.state);
-}
-
-void AddFilters(CLI::App& command, OptionFlags& flags) {
-  command.add_flag("--platform", flags.platform, "Leave out changes for other platforms");
-  command.add_flag("--relevant-versions", flags.relevantVersions,
-                   "Leave out changes to versions that you never ran");
-  command.add_flag("--headlines", flags.headlines,
-                   "Leave out every change whose salience is well formed");
-}
-
-template <class Choice>
-using Choices = std::vector<std::pair<std::string, Choice>>;
-
-/// An option that takes one of a few words; anything else is refused, naming them.
-template <class Choice>
-CLI::Option* AddChoice(CLI::App& command, const std::string& name, const Choices<Choice>& choices,
-                       Choice& chosen, const std::string& description) {
-  const auto choose = [name, choices, &chosen](const std::string& word) {
-    std::string known;
-    for (const auto& [candidate, choice] : choices) {
-      if (candidate == word) {
-        chosen = choice;
-        return;
-      }
-      known += (known.empty() ? "" : ", ") + candidate;
-    }
-    throw CLI::ValidationError(name, "'" + word + "' is none of " + known);
-  };
-  return command.add_option_function<std::string>(name, choose, description);
-}
-
-void AddFormat(CLI::App& command, OutputFormat& format) {
-  const Choices<OutputFormat> formats = {{"text", OutputFormat::kText},
-                                         {"json", OutputFormat::kJson}};
-  AddChoice(command, "--format", formats, format, "text (default) or json")->type_name("FORMAT");
-}
-
-void AddColor(CLI::App& command, ColorMode& color) {
-  const Choices<ColorMode> modes = {
-      {"auto", ColorMode::kAuto}, {"always", ColorMode::kAlways}, {"never", ColorMode::kNever}};
-  AddChoice(command, "--color", modes, color,
-            "Colours and links: auto (default: on a terminal; without colours when NO_COLOR is "
-            "set), always or never")
-      ->type_name("WHEN");
 }
 
 std::string FullName(const CLI::App& command) {
@@ -112,25 +106,19 @@ std::string FullName(const CLI::App& command) {
   return (parent == nullptr ? "" : FullName(*parent) + " ") + command.get_name();
 }
 
-/// What is wrong where one of the command's own commands should be named.
-std::string LackOfCommand(const CLI::App& command) {
-  std::string known;
-  for (const CLI::App* candidate : command.get_subcommands([](const CLI::App*) { return true; })) {
-    known += (known.empty() ? "" : ", ") + candidate->get_name();
-  }
+/// CLI11 reports an unknown command as a missing one, without its name.
+std::string MissingCommandMessage(const CLI::App& command) {
   const std::vector<std::string> words = command.remaining();
-  const std::string problem =
-      words.empty()
-          ? "No command is given"
-          : std::string("There is no ") +
-                (words.front().starts_with('-') ? "option '" : "command '") + words.front() + "'";
-  return problem + "; the commands of '" + FullName(command) + "' are " + known;
+  if (words.empty()) return "no command given";
+  const bool isOption = words.front().starts_with('-');
+  return std::string(isOption ? "unknown option '" : "unknown command '") + words.front() + "'";
 }
 
-/// The parser and what it fills.
+/// The parser and the arguments that it fills.
 class CommandLine {
  public:
   CommandLine() {
+    app_.get_formatter()->column_width(kHelpNameColumns);
     app_.require_subcommand(1);
     app_.set_version_flag("--version", "ornwhatsnew " + std::string(ornwhatsnew::kVersionText));
     AddShow();
@@ -138,8 +126,8 @@ class CommandLine {
     AddRate();
     AddStateCommands();
     AddConsole();
-    // Set last, since commands added later would take it over.
-    app_.footer(std::string(kExitStatusHelp));
+    // Subcommands inherit the footer, so it is set after they are added.
+    app_.footer(kExitStatusHelp);
   }
 
   Request Parse(int argc, const char* const* argv) {
@@ -148,118 +136,113 @@ class CommandLine {
     } catch (const CLI::ParseError& error) {
       return AnswerTo(error);
     }
-    return Chosen();
+    return request_;
   }
 
  private:
+  template <class Arguments>
+  CLI::App& AddCommand(CLI::App& parent, const char* name, const char* description,
+                       const Arguments& arguments) {
+    CLI::App* const command = parent.add_subcommand(name, description);
+    command->callback([this, &arguments] { request_ = arguments; });
+    return *command;
+  }
+
   void AddShow() {
-    show_ = app_.add_subcommand("show", "Show what is new, and remember that it was shown");
-    AddSources(*show_, showArguments_.sources);
-    show_->add_flag("--only-new", showFlags_.onlyNew, "Only what you have not seen yet");
-    AddFilters(*show_, showFlags_);
-    show_->add_flag("--rating", showFlags_.rating, "Only what you have seen and can rate");
-    AddFormat(*show_, showArguments_.format);
-    AddColor(*show_, showArguments_.color);
-    show_
-        ->add_option("--width", showArguments_.width,
-                     "Wrap at this many columns; 0 never wraps. Default: the terminal's width, no "
-                     "wrapping elsewhere")
-        ->check(CLI::Range(std::size_t{0}, kWidestWidth).description(""))
+    CLI::App& command =
+        AddCommand(app_, "show", "Show what is new and remember that it was shown", show_);
+    AddSources(command, show_.sources);
+    AddFlag(command, kOnlyNewFlag, show_.options);
+    AddFilters(command, show_.options);
+    AddFlag(command, kRatingFlag, show_.options);
+    AddFormat(command, show_.format);
+    AddChoice(command, "--color", kColorModes, show_.color,
+              "Colours and links: auto (default), always or never.\n"
+              "auto uses them on a terminal, and no colours if\n"
+              "NO_COLOR is set")
+        ->type_name("WHEN");
+    command
+        .add_option("--width", show_.width,
+                    "Wrap at this column; 0 never wraps. Default: the\n"
+                    "terminal's width, or 0 if the output is no terminal")
+        ->check(CLI::Range(std::size_t{0}, kMaximumWidth).description(""))
         ->type_name("COLUMNS");
   }
 
   void AddStatus() {
-    status_ = app_.add_subcommand("status", "Say whether anything is new or can be rated");
-    AddSources(*status_, statusArguments_.sources);
-    AddFilters(*status_, statusFlags_);
-    AddFormat(*status_, statusArguments_.format);
-    status_->add_flag("--exit-status", statusArguments_.saysItByExitStatus,
-                      "Say it by the exit status, too");
+    CLI::App& command =
+        AddCommand(app_, "status", "Report whether anything is new or can be rated", status_);
+    AddSources(command, status_.sources);
+    AddFilters(command, status_.options);
+    AddFormat(command, status_.format);
+    command.add_flag("--exit-status", status_.setsExitStatus,
+                     "Report it in the exit status as well");
   }
 
   void AddRate() {
-    rate_ = app_.add_subcommand("rate", "Remember that you have rated a feature");
-    rate_->add_option("KEY", rateArguments_.key, "The feature's key")->required()->type_name("");
-    AddSources(*rate_, rateArguments_.sources);
+    CLI::App& command = AddCommand(app_, "rate", "Remember that you rated a feature", rate_);
+    command.add_option("KEY", rate_.key, "The feature's key")->required()->type_name("");
+    AddSources(command, rate_.sources);
   }
 
   void AddStateCommands() {
-    state_ = app_.add_subcommand("state", "Look at, or forget, what is remembered");
-    state_->require_subcommand(1);
-    stateShow_ = state_->add_subcommand("show", "Say what is remembered");
-    AddState(*stateShow_, stateShowArguments_.state);
-    AddFormat(*stateShow_, stateShowArguments_.format);
-    stateReset_ = state_->add_subcommand("reset", "Forget everything that is remembered");
-    AddState(*stateReset_, stateResetArguments_.state);
+    CLI::App* const state = app_.add_subcommand("state", "Show or delete what is remembered");
+    state->require_subcommand(1);
+    CLI::App& show = AddCommand(*state, "show", "Show what is remembered", stateShow_);
+    AddState(show, stateShow_.state);
+    AddFormat(show, stateShow_.format);
+    CLI::App& reset =
+        AddCommand(*state, "reset", "Delete everything that is remembered", stateReset_);
+    AddState(reset, stateReset_.state);
   }
 
   void AddConsole() {
-    console_ = app_.add_subcommand(
-        "console",
-        "Run a command of the console, or those that standard input holds, one a line; 'help' "
-        "lists them");
-    console_->add_option("--host", consoleArguments_.host, "The host description, a JSON file")
-        ->type_name("FILE");
-    console_->prefix_command();
-    console_->footer("All words behind the options are the command: console ValidateWhatsNew FILE");
+    CLI::App& command = AddCommand(app_, "console", "Run console commands", console_);
+    AddHost(command, console_.host);
+    command.prefix_command();
+    command.footer(
+        "All words after the options are one console command:\n"
+        "  ornwhatsnew console ValidateWhatsNew FILE\n"
+        "Without a command, each line of standard input is run as one.\n"
+        "The command 'help' lists the console commands.");
+    command.callback([this, &command] {
+      for (const std::string& word : command.remaining()) {
+        if (!console_.line.empty()) console_.line += ' ';
+        console_.line += word;
+      }
+      request_ = console_;
+    });
   }
 
   Answer AnswerTo(const CLI::ParseError& error) {
-    std::ostringstream out;
+    std::ostringstream output;
     std::ostringstream problem;
-    const bool isError = app_.exit(error, out, problem) != 0;
-    if (!isError) return {out.str(), false};
+    const bool isError = app_.exit(error, output, problem) != 0;
+    if (!isError) return {output.str(), false};
     const CLI::App& command = ParsedCommand();
-    const bool lacksCommand =
+    const bool isCommandMissing =
         command.get_require_subcommand_min() > 0 && command.get_subcommands().empty() &&
         error.get_exit_code() == static_cast<int>(CLI::ExitCodes::RequiredError);
-    return {(lacksCommand ? LackOfCommand(command) : std::string(error.what())) + ". '" +
-                FullName(command) + " --help' tells what there is.",
+    return {(isCommandMissing ? MissingCommandMessage(command) : std::string(error.what())) +
+                ". Run '" + FullName(command) + " --help' for usage.",
             true};
   }
 
-  /// The innermost command that was understood.
+  /// The innermost command that the parser recognised.
   const CLI::App& ParsedCommand() const {
     const CLI::App* command = &app_;
     while (!command->get_subcommands().empty()) command = command->get_subcommands().back();
     return *command;
   }
 
-  Request Chosen() {
-    if (show_->parsed()) {
-      showArguments_.options = showFlags_.Options();
-      return showArguments_;
-    }
-    if (status_->parsed()) {
-      statusArguments_.options = statusFlags_.Options();
-      return statusArguments_;
-    }
-    if (rate_->parsed()) return rateArguments_;
-    if (stateShow_->parsed()) return stateShowArguments_;
-    if (stateReset_->parsed()) return stateResetArguments_;
-    for (const std::string& word : console_->remaining()) {
-      if (!consoleArguments_.line.empty()) consoleArguments_.line += ' ';
-      consoleArguments_.line += word;
-    }
-    return consoleArguments_;
-  }
-
   CLI::App app_{"Shows the What's New list of an application.", "ornwhatsnew"};
-  CLI::App* show_ = nullptr;
-  CLI::App* status_ = nullptr;
-  CLI::App* rate_ = nullptr;
-  CLI::App* state_ = nullptr;
-  CLI::App* stateShow_ = nullptr;
-  CLI::App* stateReset_ = nullptr;
-  CLI::App* console_ = nullptr;
-  OptionFlags showFlags_;
-  OptionFlags statusFlags_;
-  ShowArguments showArguments_;
-  StatusArguments statusArguments_;
-  RateArguments rateArguments_;
-  StateShowArguments stateShowArguments_;
-  StateResetArguments stateResetArguments_;
-  ConsoleArguments consoleArguments_;
+  Request request_;
+  ShowArguments show_;
+  StatusArguments status_;
+  RateArguments rate_;
+  StateShowArguments stateShow_;
+  StateResetArguments stateReset_;
+  ConsoleArguments console_;
 };
 
 }  // namespace

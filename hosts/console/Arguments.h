@@ -1,4 +1,4 @@
-// What the user asks the program to do.
+// The program's command line.
 #ifndef HOSTS_CONSOLE_ARGUMENTS_H_
 #define HOSTS_CONSOLE_ARGUMENTS_H_
 
@@ -11,7 +11,7 @@
 
 namespace hosts::console {
 
-/// A command line that is answered by a text: help, the version, or an error.
+/// A text to print instead of running a command: help, the version, or an error message.
 struct Answer {
   std::string text;
   bool isError = false;
@@ -20,7 +20,7 @@ struct Answer {
 using Request = std::variant<Answer, ShowArguments, StatusArguments, RateArguments,
                              StateShowArguments, StateResetArguments, ConsoleArguments>;
 
-/// Reads the command line. Never throws for what stands in it: that is answered by a text.
+/// Parses the command line. An invalid one gives an `Answer` with the error message.
 Request ParseArguments(int argc, const char* const* argv);
 
 }  // namespace hosts::console

@@ -1,6 +1,5 @@
-// The program's commands. Each does its work on the standard streams and answers how it ended;
-// what goes wrong is thrown (`ToolError`, `common::StateStoreError`,
-// `common::HostDescriptionError`).
+// The program's commands. Each one works on the standard streams and returns the exit status. It
+// throws `ToolError`, `common::StateStoreError` or `common::JsonError` on failure.
 #ifndef HOSTS_CONSOLE_COMMANDS_H_
 #define HOSTS_CONSOLE_COMMANDS_H_
 
@@ -18,7 +17,7 @@ namespace hosts::console {
 enum class ColorMode { kAuto, kAlways, kNever };
 enum class OutputFormat { kText, kJson };
 
-/// The list to work on, and where its state is kept; without `state` in the user's own store.
+/// The files that a command works on. Without `state`, the user's default store is used.
 struct SourceArguments {
   std::filesystem::path data;
   std::filesystem::path host;
@@ -30,14 +29,14 @@ struct ShowArguments {
   ornwhatsnew::DisplayOptions options;
   OutputFormat format = OutputFormat::kText;
   ColorMode color = ColorMode::kAuto;
-  std::optional<std::size_t> width;  ///< columns; 0 never wraps; absent: the terminal's
+  std::optional<std::size_t> width;  ///< columns; 0 never wraps; absent: the terminal's width
 };
 
 struct StatusArguments {
   SourceArguments sources;
   ornwhatsnew::DisplayOptions options;
   OutputFormat format = OutputFormat::kText;
-  bool saysItByExitStatus = false;
+  bool setsExitStatus = false;
 };
 
 struct RateArguments {
@@ -55,19 +54,19 @@ struct StateResetArguments {
 };
 
 struct ConsoleArguments {
-  std::optional<std::filesystem::path> host;  ///< absent: the library's defaults then stand
-  std::string line;                           ///< empty: lines are read from standard input
+  std::optional<std::filesystem::path> host;  ///< absent: the library's default services
+  std::string line;                           ///< empty: read lines from standard input
 };
 
-/// Prints the panel, then remembers what it showed. What could not be printed is not remembered.
+/// Prints the panel, then stores what was shown. If printing fails, nothing is stored.
 ExitStatus Run(const ShowArguments& arguments);
-/// Says whether anything is new or waits for a rating.
+/// Reports whether anything is new or can be rated.
 ExitStatus Run(const StatusArguments& arguments);
-/// Remembers that a feature was rated.
+/// Stores that a feature was rated.
 ExitStatus Run(const RateArguments& arguments);
-/// Says what is kept.
+/// Prints the stored state.
 ExitStatus Run(const StateShowArguments& arguments);
-/// Forgets everything that is kept.
+/// Deletes the stored state.
 ExitStatus Run(const StateResetArguments& arguments);
 /// Runs commands of the console registry.
 ExitStatus Run(const ConsoleArguments& arguments);

@@ -1,8 +1,9 @@
 #include "hosts/console/DisplayWidth.h"
 
-#include <unicode/uchar.h>
+#include <cstdint>
 
-#include "hosts/console/CodePoints.h"
+#include <unicode/uchar.h>
+#include <unicode/utf16.h>
 
 namespace hosts::console {
 namespace {
@@ -19,7 +20,7 @@ bool IsZeroWidth(UChar32 character) {
     default:
       break;
   }
-  // Vowels and finals of Hangul written in parts are drawn into the syllable's first part.
+  // A terminal draws Hangul vowels and final consonants into the cell of the first consonant.
   const int syllable = u_getIntPropertyValue(character, UCHAR_HANGUL_SYLLABLE_TYPE);
   return syllable == U_HST_VOWEL_JAMO || syllable == U_HST_TRAILING_JAMO;
 }
@@ -30,6 +31,8 @@ bool IsWide(UChar32 character) {
 }
 
 std::size_t CharacterWidth(UChar32 character) {
+  // Most text is ASCII; looking up its properties would take most of the time.
+  if (character >= 0x20 && character < 0x7F) return 1;
   if (IsZeroWidth(character)) return 0;
   return IsWide(character) ? 2 : 1;
 }
@@ -38,21 +41,18 @@ std::size_t CharacterWidth(UChar32 character) {
 
 std::size_t DisplayWidth(std::u16string_view text) {
   std::size_t columns = 0;
-  std::size_t last = 0;
-  std::size_t place = 0;
-  while (place < text.size()) {
-    if (text[place] >= 0x20 && text[place] < 0x7F) {
-      last = 1;
-      ++columns;
-      ++place;
-      continue;
-    }
-    const UChar32 character = NextCodePoint(text, place);
-    // The selector for emoji presentation widens a narrow sign.
-    const std::size_t width =
-        character == kEmojiPresentation && last == 1 ? 1 : CharacterWidth(character);
+  std::size_t previousWidth = 0;
+  std::size_t position = 0;
+  while (position < text.size()) {
+    // 64 bits, because the macro mixes signed and unsigned 32-bit operands.
+    std::int64_t codePoint = 0;
+    U16_NEXT_OR_FFFD(text, position, text.size(), codePoint);
+    const auto character = static_cast<UChar32>(codePoint);
+    // The selector for emoji presentation makes a narrow character wide.
+    const bool widens = character == kEmojiPresentation && previousWidth == 1;
+    const std::size_t width = widens ? 1 : CharacterWidth(character);
     columns += width;
-    last = width;
+    previousWidth = width;
   }
   return columns;
 }

@@ -1,4 +1,4 @@
-// How many columns of a terminal a text takes.
+// The width of text on a terminal.
 #ifndef HOSTS_CONSOLE_DISPLAYWIDTH_H_
 #define HOSTS_CONSOLE_DISPLAYWIDTH_H_
 
@@ -7,11 +7,10 @@
 
 namespace hosts::console {
 
-/// The columns of a text without control characters, by the East Asian width of its characters:
-/// two for wide ones and emoji, none for marks that combine with what stands before them, one for
-/// the others. Characters that only some terminals draw as one (emoji glued together by joiners)
-/// count one by one, so that a line never gets longer than the terminal is wide.
-/// Takes time linear in the text.
+/// Returns the number of terminal columns of a text without control characters, by the East Asian
+/// width of its characters: 2 for wide characters and emoji, 0 for combining marks, 1 for all
+/// others. Emoji that are connected by joiners count separately, because only some terminals draw
+/// them as one; a line is therefore never wider than the terminal. Takes linear time.
 std::size_t DisplayWidth(std::u16string_view text);
 
 }  // namespace hosts::console

@@ -7,19 +7,20 @@
 
 namespace hosts::console {
 
-/// Reads standard input line by line, and tells its end from a failure to read. One object at a
-/// time, since it reads ahead; one thread at a time.
+/// Reads standard input line by line and distinguishes its end from a read error. It reads ahead,
+/// so use one object for the whole input, from one thread at a time. (`std::getline` does not
+/// report read errors.)
 class InputLines {
  public:
-  /// The next line without its line feed; nothing at the end of the input. A last line need not end
-  /// with one. Throws `ToolError` when standard input cannot be read.
+  /// Returns the next line without its newline, or nothing at the end of the input. The last line
+  /// need not end with a newline. Throws `ToolError` if standard input cannot be read.
   std::optional<std::string> Next();
 
  private:
-  /// Takes what there is to read; false at the end.
+  /// Reads the next block into the buffer. Returns false at the end of the input.
   bool ReadMore();
 
-  std::string ahead_;
+  std::string buffer_;
 };
 
 }  // namespace hosts::console

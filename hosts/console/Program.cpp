@@ -9,7 +9,7 @@
 #include <orncore/config/InitializerRegistrar.h>
 #include <orncore/debug/Log.h>
 
-#include "hosts/common/HostDescription.h"
+#include "hosts/common/JsonDocument.h"
 #include "hosts/common/StateStore.h"
 #include "hosts/console/Arguments.h"
 #include "hosts/console/StandardStreams.h"
@@ -19,7 +19,7 @@ namespace {
 
 using orncore::config::EInitializerContextFlags;
 
-/// The process's contexts, live for as long as the object.
+/// Initializes the process's contexts, and shuts them down at the end.
 class LiveContexts {
  public:
   LiveContexts() { orncore::config::InitializeContexts(kAll); }
@@ -47,30 +47,28 @@ ExitStatus RunRequest(int argc, const char* const* argv) {
 }
 
 ExitStatus Report(ExitStatus status, std::string_view message) {
-  ReportError(message);
+  if (!message.empty()) ReportError(message);
   return status;
 }
 
 ExitStatus RunReportingErrors(int argc, const char* const* argv) {
   try {
     return RunRequest(argc, argv);
-  } catch (const ReaderGone& gone) {
-    return gone.Status();
   } catch (const ToolError& error) {
     return Report(error.Status(), error.what());
   } catch (const common::StateStoreError& error) {
     return Report(ExitStatus::kState, error.what());
-  } catch (const common::HostDescriptionError& error) {
+  } catch (const common::JsonError& error) {
     return Report(ExitStatus::kInput, error.what());
   } catch (const std::exception& error) {
-    return Report(ExitStatus::kUnexpected, std::string("Unexpected: ") + error.what());
+    return Report(ExitStatus::kUnexpected, std::string("unexpected error: ") + error.what());
   }
 }
 
 }  // namespace
 
 int RunProgram(int argc, const char* const* argv) noexcept {
-  // A file size limit is to be an error of the write, like a full disk.
+  // Without the signal, a write beyond the file size limit fails like one on a full disk.
   static_cast<void>(std::signal(SIGXFSZ, SIG_IGN));
   try {
     return static_cast<int>(RunReportingErrors(argc, argv));

@@ -4,8 +4,8 @@
 
 namespace hosts::console {
 
-/// Runs the program on the process's standard streams; returns its exit status. Starts and ends the
-/// process's contexts. Nothing is thrown: errors are reported on standard error.
+/// Runs the program on the process's standard streams and returns the exit status. Initializes and
+/// shuts down the process's contexts. Writes errors to standard error.
 int RunProgram(int argc, const char* const* argv) noexcept;
 
 }  // namespace hosts::console

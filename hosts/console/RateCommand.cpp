@@ -15,43 +15,41 @@
 namespace hosts::console {
 namespace {
 
-bool AsksForRating(const ornwhatsnew::FeatureListData& list, const std::string& key) {
-  const auto found = list.GetFeatureItems().find(key);
-  if (found == list.GetFeatureItems().end() || found->second == nullptr) return false;
-  return std::ranges::any_of(found->second->GetAllChanges(), [](const auto& change) {
-    return !change->GetRatingRequestOptional().empty();
-  });
+using ornwhatsnew::FeatureListItem;
+
+/// Whether the panel shows the feature and one of its changes asks for a rating. Features that were
+/// rated before count as well, because rating twice is not an error. Without options, visibility
+/// does not depend on the state.
+bool CanBeRated(const FeatureListItem& item) {
+  return !ornwhatsnew::IsSpecialCaseSection(item.FeatureJiraIDKey()) &&
+         std::ranges::any_of(
+             item.GetAllChanges(),
+             [](const auto& change) { return !change->GetRatingRequestOptional().empty(); }) &&
+         item.ShouldShowItemToUser({}, {}, {});
 }
 
-/// The keys of the features that this user is shown and that ask for a rating, rated or not, so
-/// that rating twice is no mistake. `list` must not remember the display pass that finds them out.
-std::vector<std::string> KeysToRate(ornwhatsnew::FeatureListData& list) {
+std::vector<std::string> KeysToRate(const ornwhatsnew::FeatureListData& list) {
   std::vector<std::string> keys;
-  if (ornwhatsnew::FeatureListItem::AnalyticsDisabled()) return keys;
-  const auto ratingItems = std::make_shared<ornwhatsnew::RatingMap>();
-  ornwhatsnew::StyleRunMap runs;
-  list.GetFormattedTextForDisplay({}, {}, runs, ratingItems);
-  for (const auto& [key, item] : *ratingItems) {
-    if (!ornwhatsnew::IsSpecialCaseSection(key) && AsksForRating(list, key)) keys.push_back(key);
+  if (FeatureListItem::AnalyticsDisabled()) return keys;
+  for (const auto& [key, item] : list.GetFeatureItems()) {
+    if (item != nullptr && CanBeRated(*item)) keys.push_back(key);
   }
   std::ranges::sort(keys);
   return keys;
 }
 
-std::string WhyNothingCanBeRated() {
-  return ornwhatsnew::FeatureListItem::AnalyticsDisabled()
-             ? "Usage logging is off, so nothing can be rated: the host description's member "
-               "'usageLogging' says so."
-             : "No feature asks for a rating.";
-}
-
-[[noreturn]] void RefuseKey(const std::string& key, const std::vector<std::string>& keys) {
-  std::string known;
-  for (const std::string& candidate : keys) known += (known.empty() ? "" : ", ") + candidate;
-  throw ToolError(
-      ExitStatus::kUnknownKey,
-      "There is no feature '" + key + "' to rate. " +
-          (keys.empty() ? WhyNothingCanBeRated() : "These can be rated: " + known + "."));
+[[noreturn]] void FailUnknownKey(const std::string& key, const std::vector<std::string>& keys) {
+  std::string reason;
+  if (FeatureListItem::AnalyticsDisabled()) {
+    reason = "usage logging is off in the host description, so nothing can be rated";
+  } else if (keys.empty()) {
+    reason = "no feature asks for a rating";
+  } else {
+    for (const std::string& known : keys) {
+      reason += (reason.empty() ? "these features can be rated: " : ", ") + known;
+    }
+  }
+  throw ToolError(ExitStatus::kUnknownKey, "cannot rate '" + key + "': " + reason);
 }
 
 }  // namespace
@@ -59,12 +57,11 @@ std::string WhyNothingCanBeRated() {
 ExitStatus Run(const RateArguments& arguments) {
   InstallHostFile(arguments.sources.host);
   common::StateStore store(StateLocation(arguments.sources.state));
-  const auto ignore = [](const ornwhatsnew::UTF8String&, const ornwhatsnew::UTF8String&) {};
-  const std::vector<std::string> keys =
-      KeysToRate(*LoadWhatsNew(arguments.sources.data, store.Getter(), ignore));
-  if (!std::ranges::binary_search(keys, arguments.key)) RefuseKey(arguments.key, keys);
-  LoadWhatsNew(arguments.sources.data, store.Getter(), store.Setter())
-      ->MarkItemHasBeenRated(arguments.key);
+  const std::shared_ptr<ornwhatsnew::FeatureListData> list =
+      LoadWhatsNew(arguments.sources.data, store.Getter(), store.Setter());
+  const std::vector<std::string> keys = KeysToRate(*list);
+  if (!std::ranges::binary_search(keys, arguments.key)) FailUnknownKey(arguments.key, keys);
+  list->MarkItemHasBeenRated(arguments.key);
   store.Commit();
   const std::string outcome =
       "Your rating of " + SafeForTerminal(arguments.key, Whitespace::kShow) + " is remembered.";

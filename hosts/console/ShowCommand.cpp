@@ -8,7 +8,6 @@
 #include "hosts/common/StateStore.h"
 #include "hosts/common/StyledSegments.h"
 #include "hosts/console/Commands.h"
-#include "hosts/console/JsonOutput.h"
 #include "hosts/console/RatingControls.h"
 #include "hosts/console/StandardStreams.h"
 #include "hosts/console/TerminalPanel.h"
@@ -28,7 +27,7 @@ std::string RenderText(ornwhatsnew::FeatureListData& list, const ShowArguments& 
   if (isRating) {
     PlaceRatingControls(RatingControls(list, *ratingItems, arguments.sources), segments);
   }
-  return RenderTerminalPanel(segments, LookOfOutput(arguments.color, arguments.width));
+  return RenderTerminalPanel(segments, DetectTerminalLook(arguments.color, arguments.width));
 }
 
 std::string RenderJson(ornwhatsnew::FeatureListData& list, const ShowArguments& arguments) {
@@ -36,7 +35,7 @@ std::string RenderJson(ornwhatsnew::FeatureListData& list, const ShowArguments& 
   ornwhatsnew::StyleRunMap runs;
   const ornwhatsnew::UTF16String text =
       list.GetFormattedTextForDisplay(arguments.options, {}, runs, ratingItems);
-  return ToJsonText(common::PanelJson(text, runs, ratingItems));
+  return common::ToJsonText(common::PanelJson(text, runs, ratingItems));
 }
 
 }  // namespace
@@ -48,7 +47,7 @@ ExitStatus Run(const ShowArguments& arguments) {
       LoadWhatsNew(arguments.sources.data, store.Getter(), store.Setter());
   const std::string output = arguments.format == OutputFormat::kJson ? RenderJson(*list, arguments)
                                                                      : RenderText(*list, arguments);
-  // Only what has been printed counts as seen.
+  // Only a panel that was printed counts as seen.
   WriteOutput(output, "Nothing was remembered.");
   store.Commit();
   return ExitStatus::kDone;

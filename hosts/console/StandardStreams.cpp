@@ -15,7 +15,7 @@ namespace {
 
 constexpr std::size_t kUnknownTerminalWidth = 80;
 
-/// Writes everything; answers the error number of the failure, 0 when there was none.
+/// Writes the whole text. Returns 0 or the error number.
 int WriteAll(int descriptor, std::string_view text) {
   while (!text.empty()) {
     const ssize_t written = ::write(descriptor, text.data(), text.size());
@@ -26,23 +26,19 @@ int WriteAll(int descriptor, std::string_view text) {
   return 0;
 }
 
-bool IsSet(const char* variable) {
+/// The value of the variable, or an empty string if it is not set.
+std::string_view EnvironmentValue(const char* variable) {
   const char* const value = std::getenv(variable);
-  return value != nullptr && *value != '\0';
+  return value == nullptr ? std::string_view() : value;
 }
 
-bool IsDumbTerminal() {
-  const char* const terminal = std::getenv("TERM");
-  return terminal == nullptr || *terminal == '\0' || std::string_view(terminal) == "dumb";
-}
-
-/// Whether escape sequences are wanted at all.
-bool WantsSequences(ColorMode color) {
+bool UsesEscapeSequences(ColorMode color) {
   if (color != ColorMode::kAuto) return color == ColorMode::kAlways;
-  return ::isatty(STDOUT_FILENO) != 0 && !IsDumbTerminal();
+  const std::string_view terminal = EnvironmentValue("TERM");
+  return ::isatty(STDOUT_FILENO) != 0 && !terminal.empty() && terminal != "dumb";
 }
 
-std::size_t WidthOfOutput() {
+std::size_t OutputWidth() {
   if (::isatty(STDOUT_FILENO) == 0) return 0;
   winsize size{};
   const bool isKnown = ::ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 0;
@@ -53,13 +49,12 @@ std::size_t WidthOfOutput() {
 
 void WriteOutput(std::string_view text, std::string_view outcome) {
   const int error = WriteAll(STDOUT_FILENO, text);
-  if (error == EPIPE) throw ReaderGone();
-  if (error != 0) {
-    throw ToolError(ExitStatus::kOutput,
-                    "Standard output cannot be written: " + std::generic_category().message(error) +
-                        ". See where it leads." + (outcome.empty() ? "" : " ") +
-                        std::string(outcome));
-  }
+  if (error == 0) return;
+  // The reader has closed the pipe because it has what it wanted: no message.
+  if (error == EPIPE) throw ToolError(ExitStatus::kOutput, "");
+  throw ToolError(ExitStatus::kOutput,
+                  "cannot write standard output: " + std::generic_category().message(error) +
+                      (outcome.empty() ? "" : ". ") + std::string(outcome));
 }
 
 void ReportError(std::string_view message) {
@@ -71,11 +66,11 @@ bool IsInteractive() {
   return ::isatty(STDIN_FILENO) != 0 && ::isatty(STDOUT_FILENO) != 0;
 }
 
-TerminalLook LookOfOutput(ColorMode color, std::optional<std::size_t> width) {
-  const bool hasHyperlinks = WantsSequences(color);
-  // Who wants no colours may want links all the same.
-  const bool isColorless = color == ColorMode::kAuto && IsSet("NO_COLOR");
-  return {width ? *width : WidthOfOutput(), hasHyperlinks && !isColorless, hasHyperlinks};
+TerminalLook DetectTerminalLook(ColorMode color, std::optional<std::size_t> width) {
+  const bool hasHyperlinks = UsesEscapeSequences(color);
+  // NO_COLOR is about colours only, so hyperlinks stay.
+  const bool isColorless = color == ColorMode::kAuto && !EnvironmentValue("NO_COLOR").empty();
+  return {width ? *width : OutputWidth(), hasHyperlinks && !isColorless, hasHyperlinks};
 }
 
 }  // namespace hosts::console

@@ -1,4 +1,4 @@
-// The program's standard streams: what kind of terminal is there, and writing that notices failure.
+// The program's standard streams: output with error checks, and the terminal's properties.
 #ifndef HOSTS_CONSOLE_STANDARDSTREAMS_H_
 #define HOSTS_CONSOLE_STANDARDSTREAMS_H_
 
@@ -11,27 +11,21 @@
 
 namespace hosts::console {
 
-/// Nobody reads what is written any more. That is no error to speak of: the reader has what it
-/// wanted.
-class ReaderGone : public ToolError {
- public:
-  ReaderGone() : ToolError(ExitStatus::kOutput, "Nobody reads standard output any more.") {}
-};
-
-/// Writes the bytes as they are. Throws `ReaderGone`, or `ToolError` for any other failure;
-/// `outcome`, a sentence, then tells what has or has not been done all the same.
+/// Writes the bytes unchanged. Throws `ToolError` on failure; its message ends with `outcome`, a
+/// sentence about what was or was not stored. If the reader has closed the pipe, the message is
+/// empty.
 void WriteOutput(std::string_view text, std::string_view outcome = {});
 
-/// Writes one line to standard error, with the program's name before it and nothing in it that acts
-/// on a terminal. A failure to write is passed over: there is nobody left to tell.
+/// Writes "ornwhatsnew: " and the message as one line to standard error, safe for a terminal. A
+/// failure to write is ignored.
 void ReportError(std::string_view message);
 
-/// Whether somebody types commands and reads their output.
+/// Whether both standard input and standard output are terminals.
 bool IsInteractive();
 
-/// What standard output can do. Without a given width a terminal is asked for its own, 80 when it
-/// does not know, and anything else never wraps.
-TerminalLook LookOfOutput(ColorMode color, std::optional<std::size_t> width);
+/// Returns what standard output supports. Without `width`, a terminal's own width is used (80 if it
+/// is unknown), and output that is not a terminal is not wrapped.
+TerminalLook DetectTerminalLook(ColorMode color, std::optional<std::size_t> width);
 
 }  // namespace hosts::console
 

@@ -8,7 +8,6 @@
 #include "hosts/common/PanelJson.h"
 #include "hosts/common/StateStore.h"
 #include "hosts/console/Commands.h"
-#include "hosts/console/JsonOutput.h"
 #include "hosts/console/StandardStreams.h"
 #include "hosts/console/TerminalText.h"
 #include "hosts/console/WhatsNewLoading.h"
@@ -16,19 +15,20 @@
 namespace hosts::console {
 namespace {
 
-nlohmann::json PiecesJson(std::string_view list) {
-  nlohmann::json pieces = nlohmann::json::array();
-  for (const std::string_view piece : ornwhatsnew::SplitPersistedList(list)) {
-    pieces.push_back(common::TextJson(piece));
+nlohmann::json ListJson(std::string_view list) {
+  nlohmann::json elements = nlohmann::json::array();
+  for (const std::string_view element : ornwhatsnew::SplitPersistedList(list)) {
+    elements.push_back(common::TextJson(element));
   }
-  return pieces;
+  return elements;
 }
 
 std::string DescribeAsJson(const common::StateStore& store) {
-  return ToJsonText({{"location", common::TextJson(std::string_view(store.Location().native()))},
-                     {"lastVersionSeen", common::TextJson(store.Get(common::kLastVersionSeenKey))},
-                     {"versionsSeen", PiecesJson(store.Get(common::kAllVersionsSeenKey))},
-                     {"seenItems", PiecesJson(store.Get(common::kAllSeenItemsKey))}});
+  return common::ToJsonText(
+      {{"location", common::TextJson(std::string_view(store.Location().native()))},
+       {"lastVersionSeen", common::TextJson(store.Get(common::kLastVersionSeenKey))},
+       {"versionsSeen", ListJson(store.Get(common::kAllVersionsSeenKey))},
+       {"seenItems", ListJson(store.Get(common::kAllSeenItemsKey))}});
 }
 
 std::string DescribeAsText(const common::StateStore& store) {
@@ -36,7 +36,7 @@ std::string DescribeAsText(const common::StateStore& store) {
   if (store.Values().empty()) return "Nothing is remembered in " + location + ".\n";
   const std::string identities = store.Get(common::kAllSeenItemsKey);
   const std::size_t count = ornwhatsnew::SplitPersistedList(identities).size();
-  // A rating alone is remembered without a version.
+  // A rating before the first display is stored without a version.
   const auto shown = [](std::string_view text) {
     return text.empty() ? "not yet" : SafeForTerminal(text, Whitespace::kShow);
   };

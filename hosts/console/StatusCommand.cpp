@@ -3,9 +3,9 @@
 
 #include <nlohmann/json.hpp>
 
+#include "hosts/common/PanelJson.h"
 #include "hosts/common/StateStore.h"
 #include "hosts/console/Commands.h"
-#include "hosts/console/JsonOutput.h"
 #include "hosts/console/StandardStreams.h"
 #include "hosts/console/WhatsNewLoading.h"
 
@@ -14,22 +14,23 @@ namespace {
 
 struct Status {
   bool isAnythingNew;
-  bool isAnythingToRate;
+  bool canAnythingBeRated;
 };
 
 std::string Describe(const Status& status, OutputFormat format) {
   if (format == OutputFormat::kJson) {
-    return ToJsonText({{"anythingNew", status.isAnythingNew},
-                       {"anythingNeedingRating", status.isAnythingToRate}});
+    return common::ToJsonText({{"anythingNew", status.isAnythingNew},
+                               {"anythingNeedingRating", status.canAnythingBeRated}});
   }
   return std::string(status.isAnythingNew ? "There is something new." : "Nothing is new.") + "\n" +
-         (status.isAnythingToRate ? "There is something to rate." : "Nothing needs rating.") + "\n";
+         (status.canAnythingBeRated ? "There is something to rate." : "Nothing needs rating.") +
+         "\n";
 }
 
-ExitStatus AsExitStatus(const Status& status) {
-  if (status.isAnythingNew && status.isAnythingToRate) return ExitStatus::kNewAndToRate;
+ExitStatus ToExitStatus(const Status& status) {
+  if (status.isAnythingNew && status.canAnythingBeRated) return ExitStatus::kNewAndToRate;
   if (status.isAnythingNew) return ExitStatus::kSomethingNew;
-  return status.isAnythingToRate ? ExitStatus::kSomethingToRate : ExitStatus::kDone;
+  return status.canAnythingBeRated ? ExitStatus::kSomethingToRate : ExitStatus::kDone;
 }
 
 }  // namespace
@@ -42,7 +43,7 @@ ExitStatus Run(const StatusArguments& arguments) {
   const Status status = {list->IsAnythingNew(arguments.options | ornwhatsnew::kShowOnlyNew),
                          list->IsAnythingNeedingRating()};
   WriteOutput(Describe(status, arguments.format));
-  return arguments.saysItByExitStatus ? AsExitStatus(status) : ExitStatus::kDone;
+  return arguments.setsExitStatus ? ToExitStatus(status) : ExitStatus::kDone;
 }
 
 }  // namespace hosts::console

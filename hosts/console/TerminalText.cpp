@@ -5,8 +5,7 @@
 
 #include <orncore/string/Conversion.h>
 #include <unicode/uchar.h>
-
-#include "hosts/console/CodePoints.h"
+#include <unicode/utf16.h>
 
 namespace hosts::console {
 namespace {
@@ -21,8 +20,17 @@ constexpr UChar32 kEmojiPresentation = 0xFE0F;
 constexpr UChar32 kKeycap = 0x20E3;
 constexpr int kViramaClass = 9;
 
-bool IsPrintableAscii(char16_t unit) {
-  return unit >= 0x20 && unit < 0x7F;
+/// Reads the character at `position` and moves `position` after it. An unpaired surrogate is read
+/// as U+FFFD.
+UChar32 ReadCharacter(std::u16string_view text, std::size_t& position) {
+  // 64 bits, because the macro mixes signed and unsigned 32-bit operands.
+  std::int64_t character = 0;
+  U16_NEXT_OR_FFFD(text, position, text.size(), character);
+  return static_cast<UChar32>(character);
+}
+
+bool IsPrintableAscii(UChar32 character) {
+  return character >= 0x20 && character < 0x7F;
 }
 
 bool IsPictograph(UChar32 character) {
@@ -38,8 +46,8 @@ bool IsJoining(UChar32 character) {
   return u_getIntPropertyValue(character, UCHAR_JOINING_TYPE) != U_JT_NON_JOINING;
 }
 
-/// Joiners shape cursive and Indic scripts and glue emoji together; between other characters they
-/// only make equal looking texts differ.
+/// Joiners affect cursive scripts, Indic scripts and emoji. Between other characters they are
+/// invisible and only make texts differ that look the same.
 bool IsJoinerNeeded(UChar32 joiner, UChar32 before, UChar32 after) {
   if (u_getCombiningClass(before) == kViramaClass) return u_isalpha(after) != 0;
   if (joiner == kJoiner && EndsEmoji(before)) return IsPictograph(after);
@@ -48,7 +56,7 @@ bool IsJoinerNeeded(UChar32 joiner, UChar32 before, UChar32 after) {
 
 bool IsSelectorNeeded(UChar32 selector, UChar32 before, UChar32 after) {
   if (u_hasBinaryProperty(before, UCHAR_EMOJI) == 0) return false;
-  // Digits count as emoji for the sake of keycaps only.
+  // Digits have the property "emoji" only because of keycap sequences.
   return before > 0x7F || (selector == kEmojiPresentation && after == kKeycap);
 }
 
@@ -57,8 +65,8 @@ bool IsInvisible(UChar32 character) {
          u_charType(character) == U_FORMAT_CHAR;
 }
 
-/// What stands for a character that is not plain text; 0 when nothing does. `before` is the last
-/// character kept, `after` the next one of the text.
+/// Returns the character to show instead of `character`, or 0 to show nothing. `before` is the last
+/// character that was kept, `after` the next one of the text.
 UChar32 Substitute(UChar32 character, UChar32 before, UChar32 after, Whitespace whitespace) {
   const bool isLayout = character == '\n' || character == '\t';
   if (isLayout && whitespace == Whitespace::kKeep) return character;
@@ -75,22 +83,11 @@ UChar32 Substitute(UChar32 character, UChar32 before, UChar32 after, Whitespace 
     case U_LINE_SEPARATOR:
     case U_PARAGRAPH_SEPARATOR:
       return ' ';
-    case U_SURROGATE:
-      return kReplacement;
     default:
       break;
   }
   if (u_hasBinaryProperty(character, UCHAR_NONCHARACTER_CODE_POINT) != 0) return kReplacement;
   return IsInvisible(character) ? 0 : character;
-}
-
-void Append(std::u16string& text, UChar32 character) {
-  if (character < 0x10000) {
-    text.push_back(static_cast<char16_t>(character));
-  } else {
-    text.push_back(static_cast<char16_t>(0xD800 + (character - 0x10000) / 0x400));
-    text.push_back(static_cast<char16_t>(0xDC00 + (character - 0x10000) % 0x400));
-  }
 }
 
 }  // namespace
@@ -99,27 +96,31 @@ std::u16string SafeForTerminal(std::u16string_view text, Whitespace whitespace) 
   std::u16string safe;
   safe.reserve(text.size());
   UChar32 before = 0;
-  std::size_t place = 0;
-  while (place < text.size()) {
-    if (IsPrintableAscii(text[place])) {
-      before = text[place];
-      safe.push_back(text[place++]);
+  std::size_t position = 0;
+  while (position < text.size()) {
+    const std::size_t begin = position;
+    const UChar32 character = ReadCharacter(text, position);
+    if (IsPrintableAscii(character)) {
+      before = character;
+      safe.push_back(text[begin]);
       continue;
     }
-    const UChar32 character = NextCodePoint(text, place);
-    std::size_t behind = place;
-    const UChar32 after = place < text.size() ? NextCodePoint(text, behind) : 0;
+    std::size_t next = position;
+    const UChar32 after = next < text.size() ? ReadCharacter(text, next) : 0;
     const UChar32 shown = Substitute(character, before, after, whitespace);
     if (shown == 0) continue;
-    Append(safe, shown);
+    if (shown == character && character != kReplacement) {
+      safe.append(text, begin, position - begin);
+    } else {
+      safe.push_back(static_cast<char16_t>(shown));  // substitutes are never beyond U+FFFF
+    }
     before = shown;
   }
   return safe;
 }
 
 std::string SafeForTerminal(std::string_view text, Whitespace whitespace) {
-  const auto isPlain = [](char byte) { return byte >= 0x20 && byte < 0x7F; };
-  if (std::ranges::all_of(text, isPlain)) return std::string(text);
+  if (std::ranges::all_of(text, IsPrintableAscii)) return std::string(text);
   return orncore::string::UTF16to8(SafeForTerminal(orncore::string::UTF8to16(text), whitespace));
 }
 

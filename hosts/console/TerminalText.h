@@ -1,5 +1,5 @@
-// Text from files, on its way to a terminal: nothing in it may act on the terminal, hide, or make
-// other text look like something else.
+// Makes text from files safe to write to a terminal: it cannot send escape sequences, hide text, or
+// make other text look different.
 #ifndef HOSTS_CONSOLE_TERMINALTEXT_H_
 #define HOSTS_CONSOLE_TERMINALTEXT_H_
 
@@ -8,24 +8,24 @@
 
 namespace hosts::console {
 
-/// What becomes of line feeds and tabs.
+/// How newlines and tabs are treated.
 enum class Whitespace {
-  kKeep,  ///< they stay, to be laid out
-  kShow,  ///< they are shown like any other control character
+  kKeep,  ///< unchanged
+  kShow,  ///< replaced by their pictures, like other control characters
 };
 
-/// The text without anything that a terminal would obey or not show:
-/// - control characters become the picture that Unicode has for them (the escape character is shown
-///   as U+241B), those from U+0080 to U+009F become U+FFFD;
-/// - direction marks, overrides and isolates, invisible marks such as U+FEFF and U+200B, tags and
-///   soft hyphens are dropped, and so are joiners and variation selectors but where a script or an
-///   emoji needs them;
-/// - line and paragraph separators become blanks; unpaired surrogates and noncharacters U+FFFD.
-/// What is left shows every character that the text has, in the order in which it has them.
-/// Takes time linear in the text.
+/// Returns the text without characters that a terminal would interpret or not show:
+/// - Control characters are replaced by their Unicode control pictures (the escape character by
+///   U+241B), those from U+0080 to U+009F by U+FFFD.
+/// - Direction marks, overrides and isolates, invisible marks such as U+FEFF and U+200B, tags and
+///   soft hyphens are removed. Joiners and variation selectors are removed unless a script or an
+///   emoji needs them.
+/// - Line and paragraph separators are replaced by spaces, unpaired surrogates and noncharacters by
+///   U+FFFD.
+/// All other characters keep their order. Takes linear time.
 std::u16string SafeForTerminal(std::u16string_view text, Whitespace whitespace);
 
-/// The same for UTF-8; ill-formed bytes become U+FFFD.
+/// The same for UTF-8. Ill-formed bytes are replaced by U+FFFD.
 std::string SafeForTerminal(std::string_view text, Whitespace whitespace);
 
 }  // namespace hosts::console

@@ -1,4 +1,4 @@
-// How the program ends, and the errors that end it.
+// The program's exit status and the error that ends it.
 #ifndef HOSTS_CONSOLE_TOOLERROR_H_
 #define HOSTS_CONSOLE_TOOLERROR_H_
 
@@ -7,22 +7,23 @@
 
 namespace hosts::console {
 
-/// The program's exit status; scripts rely on the numbers, and `--help` lists them.
+/// The program's exit status. Scripts rely on the numbers; `--help` lists them.
 enum class ExitStatus : int {
   kDone = 0,
-  kUnexpected = 1,        ///< something that should not happen, such as memory running out
-  kUsage = 2,             ///< the command line is not understood
+  kUnexpected = 1,        ///< unexpected error, for example out of memory
+  kUsage = 2,             ///< the command line is not valid
   kInput = 3,             ///< the data file, the host description or standard input cannot be used
   kState = 4,             ///< the state store cannot be read or written
-  kUnknownKey = 5,        ///< there is no such feature to rate
+  kUnknownKey = 5,        ///< the feature does not exist or cannot be rated
   kOutput = 6,            ///< standard output cannot be written
   kCommand = 7,           ///< a console command is unknown or failed
   kSomethingNew = 10,     ///< `status --exit-status`: something is new
-  kSomethingToRate = 11,  ///< ... something can be rated
-  kNewAndToRate = 12,     ///< ... both
+  kSomethingToRate = 11,  ///< `status --exit-status`: something can be rated
+  kNewAndToRate = 12,     ///< `status --exit-status`: both
 };
 
-/// Ends the program with a message of one line that says what is wrong, where, and what to do.
+/// Ends the program with a one-line message: what failed, on which file or argument, and why. An
+/// empty message prints nothing.
 class ToolError : public std::runtime_error {
  public:
   ToolError(ExitStatus status, const std::string& message)

@@ -1,4 +1,4 @@
-// From the files that the user names to a list that can be asked and shown.
+// Loads the files that the user names on the command line.
 #ifndef HOSTS_CONSOLE_WHATSNEWLOADING_H_
 #define HOSTS_CONSOLE_WHATSNEWLOADING_H_
 
@@ -10,17 +10,17 @@
 
 namespace hosts::console {
 
-/// Makes the process's services answer as the file describes. Throws
-/// `common::HostDescriptionError`.
+/// Reads a host description and configures the process's services by it. Throws
+/// `common::JsonError`.
 void InstallHostFile(const std::filesystem::path& file);
 
-/// Loads the data file. Throws `ToolError` when it cannot be read: the library would show a list
-/// without changes.
+/// Loads the data file. Throws `ToolError` if it cannot be read. (`GetWhatsNew` would return a list
+/// without changes.)
 std::shared_ptr<ornwhatsnew::FeatureListData> LoadWhatsNew(const std::filesystem::path& file,
                                                            ornwhatsnew::StateGetter getter,
                                                            ornwhatsnew::StateSetter setter);
 
-/// The location that the user named, or else the user's own store.
+/// Returns `named`, or the location of the user's default store if it is empty.
 std::filesystem::path StateLocation(const std::optional<std::filesystem::path>& named);
 
 }  // namespace hosts::console

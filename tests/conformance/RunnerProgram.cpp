@@ -55,7 +55,7 @@ Outcome RunOne(const JsonReader& reader) {
     }
     const Scenario scenario = ReadScenario(reader);
     if (const auto expect = reader.Find("expect")) {
-      if (!expect->IsArray()) expect->FailExpecting("an array of results");
+      if (!expect->Value().is_array()) expect->FailExpecting("an array of results");
       outcome.expect = &expect->Value();
     }
     outcome.results = RunScenario(scenario);
@@ -79,7 +79,7 @@ void RunText(std::string_view text, std::string_view sourceName, Form form,
     return;
   }
   const JsonReader reader(*document);
-  if (form == Form::kOne || !reader.IsArray()) {
+  if (form == Form::kOne || !reader.Value().is_array()) {
     sink(RunOne(reader));
     return;
   }

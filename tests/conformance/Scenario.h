@@ -46,9 +46,19 @@ struct EnsureSectionStep {
   std::string name;
   std::string description;
 };
+/// Which of the two state callbacks a list is given.
+enum class Callbacks { kBoth, kGetter, kSetter, kNone };
+
+/// The host of a scenario. In addition to its services: the content of the state store, and the
+/// callbacks.
+struct ScenarioHost : hosts::common::HostDescription {
+  Texts state;
+  Callbacks callbacks = Callbacks::kBoth;
+};
+
 struct HostStep {
   /// The whole host from this step on.
-  hosts::common::HostDescription host;
+  ScenarioHost host;
   /// Both hold what the library wrote as well, so that they are only put back where the step says.
   bool replacesDebug = false;
   bool replacesState = false;
@@ -89,7 +99,7 @@ using Step =
 
 struct Scenario {
   std::string name;
-  hosts::common::HostDescription host;
+  ScenarioHost host;
   std::vector<Step> steps;
 };
 

@@ -5,14 +5,15 @@
 #include <string_view>
 #include <utility>
 
+#include <nlohmann/json.hpp>
+
 #include "tests/conformance/Base64.h"
 #include "tests/conformance/CallFunctions.h"
 
 namespace conformance {
 
-using hosts::common::HostDescription;
-using hosts::common::HostMembers;
 using hosts::common::JsonReader;
+using hosts::common::kHostMembers;
 
 namespace {
 
@@ -149,10 +150,33 @@ constexpr std::array<StepForm, 19> kStepForms = {{
     {"captureStyle", ListUse::kNeeds, ReadCaptureStyle},
 }};
 
+Callbacks ReadCallbacks(const JsonReader& member) {
+  constexpr std::array<std::pair<std::string_view, Callbacks>, 4> kNames = {
+      {{"both", Callbacks::kBoth},
+       {"getter", Callbacks::kGetter},
+       {"setter", Callbacks::kSetter},
+       {"none", Callbacks::kNone}}};
+  for (const auto& [name, callbacks] : kNames) {
+    if (member.Value() == nlohmann::json(name)) return callbacks;
+  }
+  member.FailExpecting("\"both\", \"getter\", \"setter\" or \"none\"");
+}
+
+/// Replaces those members of `host` that the object has. The object may have `others` as well.
+void ReadScenarioHost(const JsonReader& object, std::initializer_list<std::string_view> others,
+                      ScenarioHost& host) {
+  std::vector<std::string_view> known(others);
+  known.insert(known.end(), kHostMembers.begin(), kHostMembers.end());
+  object.RequireObject(known);
+  hosts::common::ReadHostMembers(object, host);
+  if (const auto state = object.Find("state")) host.state = state->Texts();
+  if (const auto callbacks = object.Find("callbacks")) host.callbacks = ReadCallbacks(*callbacks);
+}
+
 /// Reads the steps of one scenario, in order: what a step may be depends on those before it.
 class StepReader {
  public:
-  explicit StepReader(const HostDescription& host) : host_(host) {}
+  explicit StepReader(const ScenarioHost& host) : host_(host) {}
 
   Step Read(const JsonReader& step) {
     const JsonReader name = step.Member("do");
@@ -166,10 +190,9 @@ class StepReader {
   }
 
  private:
-  /// The host's members stand beside `do`.
+  /// The step has the changed members of the host next to `do`.
   Step ReadHost(const JsonReader& step) {
-    constexpr std::string_view kOthers[] = {"do"};
-    ReadHostMembers(step, HostMembers::kScenarioChange, kOthers, host_);
+    ReadScenarioHost(step, {"do", "state"}, host_);
     return HostStep{.host = host_,
                     .replacesDebug = step.Find("debug").has_value(),
                     .replacesState = step.Find("state").has_value()};
@@ -188,7 +211,7 @@ class StepReader {
     return read;
   }
 
-  HostDescription host_;
+  ScenarioHost host_;
   bool listMade_ = false;
 };
 
@@ -199,7 +222,7 @@ Scenario ReadScenario(const JsonReader& object) {
   Scenario scenario;
   scenario.name = object.Member("name").Text();
   if (const auto host = object.Find("host")) {
-    ReadHostMembers(*host, HostMembers::kScenario, {}, scenario.host);
+    ReadScenarioHost(*host, {"state", "callbacks"}, scenario.host);
   }
   StepReader reader(scenario.host);
   for (const JsonReader& step : object.Member("steps").Elements()) {

@@ -46,7 +46,7 @@ TEST(ScenarioReader, ReadsNameHostAndSteps) {
                                      "steps":[{"do":"construct"},{"do":"items"}],"expect":[]})");
   EXPECT_EQ(scenario.name, "n");
   EXPECT_EQ(scenario.host.platform, "Win");
-  EXPECT_EQ(scenario.host.callbacks, hosts::common::Callbacks::kNone);
+  EXPECT_EQ(scenario.host.callbacks, Callbacks::kNone);
   ASSERT_EQ(scenario.steps.size(), 2U);
   EXPECT_TRUE(std::holds_alternative<ConstructStep>(scenario.steps[0]));
   EXPECT_TRUE(std::holds_alternative<ItemsStep>(scenario.steps[1]));
@@ -125,6 +125,21 @@ TEST(ScenarioReader, CarriesTheHostOnFromStepToStep) {
   EXPECT_FALSE(std::get<HostStep>(scenario.steps[2]).replacesDebug);
 }
 
+TEST(ScenarioReader, ReadsTheNameOfTheCallbacks) {
+  const std::pair<std::string, Callbacks> names[] = {{"both", Callbacks::kBoth},
+                                                     {"getter", Callbacks::kGetter},
+                                                     {"setter", Callbacks::kSetter},
+                                                     {"none", Callbacks::kNone}};
+  for (const auto& [name, callbacks] : names) {
+    const std::string json = R"({"name":"n","host":{"callbacks":")" + name + R"("},"steps":[]})";
+    EXPECT_EQ(Read(json).host.callbacks, callbacks) << name;
+  }
+  for (const std::string value : {"\"Both\"", "\"\"", "null", "0"}) {
+    EXPECT_THAT(ErrorOf(R"({"name":"n","host":{"callbacks":)" + value + R"(},"steps":[]})"),
+                HasSubstr(R"(/callbacks: expected "both", "getter", "setter" or "none", found)"));
+  }
+}
+
 TEST(ScenarioReader, RefusesScenariosOfAnotherForm) {
   const std::pair<std::string_view, std::string_view> cases[] = {
       {"7", "file.json: expected an object, found the number 7"},
@@ -135,9 +150,9 @@ TEST(ScenarioReader, RefusesScenariosOfAnotherForm) {
       {R"({"name":"x","steps":[],"host":null})", "/host: expected an object"},
       {R"({"name":"x","steps":[],"host":{"plattform":""}})", R"(/host: unknown member)"},
       {R"({"name":"x","steps":[],"host":{"state":{"a":1}}})", "/host/state/a: expected a text"},
+      {R"({"name":"x","steps":[],"host":{"$schema":""}})", R"(unknown member "$schema")"},
       {R"({"name":"x","steps":[],"note":""})", R"(unknown member "note")"},
-      {R"({"name":"x","steps":[],"steps":[]})",
-       R"(the member "steps" stands there more than once)"},
+      {R"({"name":"x","steps":[],"steps":[]})", R"(duplicate member "steps")"},
   };
   for (const auto& [json, message] : cases) {
     EXPECT_THAT(ErrorOf(json), HasSubstr(std::string(message))) << json;
@@ -179,7 +194,7 @@ TEST(ScenarioReader, RefusesStepsOfAnotherForm) {
       {R"({"do":"captureStyle","style":6,"textSoFar":"","piece":"","startAdjust":0,
            "lengthAdjust":2147483648,"string":""})",
        "/steps/1/lengthAdjust: expected an integer"},
-      {R"({"do":"bubble","do":"bubble"})", "stands there more than once"},
+      {R"({"do":"bubble","do":"bubble"})", "duplicate member"},
   };
   for (const auto& [step, message] : cases) {
     const std::string json = WithSteps(R"({"do":"construct"},)" + std::string(step));

@@ -21,7 +21,6 @@
 namespace conformance {
 
 using namespace ornwhatsnew;
-using hosts::common::Callbacks;
 using nlohmann::json;
 using orncore::string::UTF8to16;
 
@@ -31,10 +30,10 @@ namespace {
 /// overload of `Do`, which makes the call and gives its result.
 class ScenarioWorld {
  public:
-  explicit ScenarioWorld(const hosts::common::HostDescription& host) : callbacks_(host.callbacks) {
+  explicit ScenarioWorld(const ScenarioHost& host) : callbacks_(host.callbacks) {
     ornappsupport::ResetServices();
     orncore::ResetServices();
-    hosts::common::InstallHostButDebugEntries(host);
+    hosts::common::InstallHostServices(host);
     UseDebugEntries(host.debug);
     store_.Replace(host.state);
   }
@@ -101,7 +100,7 @@ class ScenarioWorld {
   }
 
   json Do(const HostStep& step) {
-    hosts::common::InstallHostButDebugEntries(step.host);
+    hosts::common::InstallHostServices(step.host);
     if (step.replacesDebug) UseDebugEntries(step.host.debug);
     if (step.replacesState) store_.Replace(step.host.state);
     return nullptr;
@@ -159,7 +158,8 @@ class ScenarioWorld {
   }
 
   void UseDebugEntries(const hosts::common::HostDescription::Texts& entries) {
-    debugStore_ = hosts::common::InstallDebugEntries(entries);
+    debugStore_ = std::make_shared<orncore::debug::MemoryDebugStore>(entries);
+    orncore::debug::DebugDatabase::Instance().SetStore(debugStore_);
   }
 
   Callbacks callbacks_;

@@ -11,17 +11,17 @@
 namespace hosts::common {
 namespace {
 
-TEST(TextFile, GivesTheBytesAsTheyAre) {
+TEST(TextFile, ReturnsTheBytesUnchanged) {
   const test_support::TemporaryFolder folder;
   const std::string bytes("\xEF\xBB\xBF\0\r\n\xFF", 7);
   EXPECT_EQ(ReadTextFile(folder.Write("text file.bin", bytes)), bytes);
   EXPECT_EQ(ReadTextFile(folder.Write("empty", "")), "");
 }
 
-TEST(TextFile, NamesTheFileThatItCannotRead) {
+TEST(TextFile, NamesTheFileInTheException) {
   try {
     ReadTextFile("no/such file.json");
-    FAIL() << "read a file that is not there";
+    FAIL() << "read a file that does not exist";
   } catch (const orncore::config::ResultError& error) {
     EXPECT_THAT(error.what(), testing::HasSubstr("no/such file.json"));
   }
@@ -29,16 +29,18 @@ TEST(TextFile, NamesTheFileThatItCannotRead) {
   EXPECT_THROW(ReadTextFile(folder.Path()), orncore::config::ResultError);
 }
 
-struct ReasonCase {
+struct MessageCase {
   int result;
-  const char* reason;
+  const char* message;
 };
 
-TEST(TextFile, GivesTheReasonWithoutTheFile) {
-  for (const ReasonCase& test :
-       {ReasonCase{-ENOENT, "No such file or directory"}, ReasonCase{-EISDIR, "Is a directory"},
-        ReasonCase{-EOPNOTSUPP, "it is no regular file"}}) {
-    EXPECT_EQ(test.reason, ReasonOf(orncore::config::ResultError(test.result, "file: text")));
+TEST(TextFile, ExplainsWhyAFileCannotBeOpened) {
+  for (const MessageCase& test :
+       {MessageCase{-ENOENT, "cannot open 'a b': No such file or directory"},
+        MessageCase{-EISDIR, "cannot open 'a b': Is a directory"},
+        MessageCase{-EOPNOTSUPP, "cannot open 'a b': not a regular file"}}) {
+    EXPECT_EQ(test.message,
+              OpenErrorMessage("a b", orncore::config::ResultError(test.result, "text")));
   }
 }
 

@@ -1,10 +1,11 @@
-// Files that are no regular files, that may not be read, whose names are strange, or that change
-// while they are read, given to every command of the program and to the console's ValidateWhatsNew.
+// Runs every command, and the console's ValidateWhatsNew, with files that are not regular, that may
+// not be read, that have unusual names, or that change during the run.
 #include <atomic>
 #include <cerrno>
 #include <filesystem>
 #include <functional>
 #include <string>
+#include <string_view>
 #include <thread>
 #include <utility>
 #include <vector>
@@ -34,7 +35,7 @@ constexpr uid_t kNobody = 65534;
 
 class ProgramFileFaultTest : public ProgramTest {
  protected:
-  /// Every command that reads a file, with this one in its place.
+  /// Every command that reads a file, with this file.
   static std::vector<std::vector<std::string>> CommandsWithData(const std::string& file) {
     return {
         {"show", file, "{host}"}, {"status", file, "{host}"}, {"rate", "EPIC-7", file, "{host}"}};
@@ -53,7 +54,7 @@ class ProgramFileFaultTest : public ProgramTest {
             {"state", "reset", "--state", file}};
   }
 
-  /// The commands end with this status and one line that names the file.
+  /// The commands end with this status and a one-line message that names the file.
   void ExpectRefused(const std::vector<std::vector<std::string>>& commands, int status,
                      const std::string& file, bool asNobody = false) const {
     for (const std::vector<std::string>& words : commands) {
@@ -67,7 +68,7 @@ class ProgramFileFaultTest : public ProgramTest {
     }
   }
 
-  /// What ValidateWhatsNew writes about a file; it always succeeds.
+  /// The output of ValidateWhatsNew for a file. The command always succeeds.
   std::string Validate(const std::string& file, bool asNobody = false) const {
     ProgramCall call = Call({"console", "ValidateWhatsNew " + file});
     if (asNobody) call.beforeStart = BecomeNobody;
@@ -82,13 +83,13 @@ class ProgramFileFaultTest : public ProgramTest {
                  HasSubstr("with result: " + std::to_string(-error)));
   }
 
-  /// Whom the permissions of files bind.
+  /// Changes to a user without privileges, because permissions do not apply to root.
   static void BecomeNobody() {
     const bool isDone = ::getuid() != 0 || (::setgid(kNobody) == 0 && ::setuid(kNobody) == 0);
     if (!isDone) ::_exit(99);
   }
 
-  /// Lets anybody into the folder of the test.
+  /// Makes the folder of the test accessible to every user.
   void OpenFolder() const {
     std::filesystem::permissions(folder_.Path(), std::filesystem::perms{0755});
   }
@@ -111,7 +112,7 @@ class ProgramFileFaultTest : public ProgramTest {
   }
 };
 
-TEST_F(ProgramFileFaultTest, PipesSocketsAndDevicesAreRefusedWithoutWaiting) {
+TEST_F(ProgramFileFaultTest, RejectsPipesSocketsAndDevicesWithoutWaiting) {
   for (const std::string& file :
        {MakePipe(), MakeSocket(), std::string("/dev/null"), std::string("/dev/zero")}) {
     ExpectRefused(CommandsWithData(file), 3, file);
@@ -122,7 +123,7 @@ TEST_F(ProgramFileFaultTest, PipesSocketsAndDevicesAreRefusedWithoutWaiting) {
   EXPECT_FALSE(std::filesystem::exists(StateFile()));
 }
 
-TEST_F(ProgramFileFaultTest, FilesWithoutPermissionAreRefused) {
+TEST_F(ProgramFileFaultTest, RejectsFilesWithoutPermission) {
   OpenFolder();
   const std::string file = folder_.Write("secret", common::ReadTextFile(DataFile()));
   std::filesystem::permissions(file, std::filesystem::perms{0200});
@@ -132,7 +133,7 @@ TEST_F(ProgramFileFaultTest, FilesWithoutPermissionAreRefused) {
   EXPECT_THAT(Validate(file, true), FailsWith(EACCES));
 }
 
-TEST_F(ProgramFileFaultTest, FilesInAFolderWithoutPermissionAreRefused) {
+TEST_F(ProgramFileFaultTest, RejectsFilesInAFolderWithoutPermission) {
   OpenFolder();
   const std::string file = folder_.Write("closed/data", common::ReadTextFile(DataFile()));
   std::filesystem::permissions(folder_.Path() / "closed", std::filesystem::perms{0700});
@@ -144,7 +145,7 @@ TEST_F(ProgramFileFaultTest, FilesInAFolderWithoutPermissionAreRefused) {
   std::filesystem::permissions(folder_.Path() / "closed", std::filesystem::perms{0700});
 }
 
-TEST_F(ProgramFileFaultTest, AStateFolderThatMayNotBeWrittenIsRefused) {
+TEST_F(ProgramFileFaultTest, RejectsAStateFolderWithoutPermission) {
   OpenFolder();
   std::filesystem::permissions(DataFile(), std::filesystem::perms{0644});
   std::filesystem::permissions(HostFile(), std::filesystem::perms{0644});
@@ -154,7 +155,7 @@ TEST_F(ProgramFileFaultTest, AStateFolderThatMayNotBeWrittenIsRefused) {
   ExpectRefused({{"show", "{data}", "{host}", "--state", file},
                  {"rate", "EPIC-7", "{data}", "{host}", "--state", file}},
                 4, file, true);
-  // What only reads finds nothing there, and that is no error.
+  // Commands that only read find no store; that is not an error.
   for (const std::vector<std::string>& words :
        {std::vector<std::string>{"state", "show", "--state", file},
         {"state", "reset", "--state", file},
@@ -166,7 +167,7 @@ TEST_F(ProgramFileFaultTest, AStateFolderThatMayNotBeWrittenIsRefused) {
   EXPECT_FALSE(std::filesystem::exists(file));
 }
 
-TEST_F(ProgramFileFaultTest, NamesOfTheConsoleMayHoldAnything) {
+TEST_F(ProgramFileFaultTest, ConsoleReadsFilesWithUnusualNames) {
   const std::string text = common::ReadTextFile(DataFile());
   for (const char* const name : {"a b.csv", " .csv", "it's \"it\".csv", "line\nfeed.csv",
                                  "tab\tand\rreturn.csv", "\u00DCbersicht.csv"}) {
@@ -177,13 +178,13 @@ TEST_F(ProgramFileFaultTest, NamesOfTheConsoleMayHoldAnything) {
   }
 }
 
-TEST_F(ProgramFileFaultTest, ANameThatIsNoUTF8IsMissingToTheConsole) {
-  // The console's lines are text, so that such a name cannot be said there.
+TEST_F(ProgramFileFaultTest, ConsoleDoesNotFindANameThatIsNotUTF8) {
+  // Console commands are UTF-16 text, which cannot represent such a name.
   const std::string file = folder_.Write("\xFF.csv", common::ReadTextFile(DataFile()));
   EXPECT_THAT(Validate(file), FailsWith(ENOENT));
 }
 
-TEST_F(ProgramFileFaultTest, HostAndStateMayHaveNamesThatAreNoUTF8) {
+TEST_F(ProgramFileFaultTest, ReadsHostAndStateWhoseNamesAreNotUTF8) {
   const std::string host = folder_.Write("\xFF.json", common::ReadTextFile(HostFile()));
   const std::string state = folder_.Path() / "\xFE.db";
   EXPECT_THAT(OutputOf({"show", "{data}", "--host", host, "--state", state}),
@@ -192,7 +193,7 @@ TEST_F(ProgramFileFaultTest, HostAndStateMayHaveNamesThatAreNoUTF8) {
   EXPECT_THAT(OutputOf({"state", "show", "--state", state}), HasSubstr("25.1.0.42"));
 }
 
-/// Somebody who does something with a file all the time.
+/// Calls a function in a loop on another thread.
 class Meddler {
  public:
   explicit Meddler(std::function<void()> meddle)
@@ -215,32 +216,60 @@ class ChangingFileTest : public ProgramFileFaultTest {
  protected:
   ChangingFileTest() : text_(common::ReadTextFile(DataFile())) {
     while (text_.size() < (std::size_t{1} << 18)) {
-      text_ += "25.1,EPIC-7,,,,,,,,Change " + std::to_string(text_.size()) + "\n";
+      changes_.push_back(std::to_string(text_.size()));
+      text_ += "25.1,EPIC-7,,,,,,,,Change " + changes_.back() + "\n";
     }
     file_ = folder_.Write("changing.csv", text_);
   }
 
-  /// Runs the commands on the file, and accepts the file as it was at some moment, or a clear
-  /// error.
-  void ExpectReadOrRefused() const {
-    for (int round = 0; round < 10; ++round) {
-      for (const std::vector<std::string>& words :
-           {std::vector<std::string>{"show", file_, "{host}", "--state", ":memory:"},
-            {"status", file_, "{host}", "--state", ":memory:"}}) {
-        const ProgramResult result = Run(words);
-        EXPECT_THAT(result.exitStatus, AnyOf(0, 3)) << result.errors;
-        const bool isClear = result.errors.find(file_) != std::string::npos;
-        EXPECT_TRUE(result.exitStatus == 0 ? result.errors.empty() : isClear) << result.errors;
-      }
-      EXPECT_THAT(Validate(file_), AnyOf(HasSubstr("finished"), HasSubstr("with result: -")));
+  /// The panel shows the changes of the file up to some point. The last one may be cut.
+  void ExpectPanelOfAPrefix(const std::string& panel) const {
+    constexpr std::string_view kBeginning = "\u2022  Change ";
+    std::size_t count = 0;
+    for (std::size_t begin = panel.find(kBeginning); begin != std::string::npos;
+         begin = panel.find(kBeginning, begin)) {
+      begin += kBeginning.size();
+      const std::string change = panel.substr(begin, panel.find(" (v25.1)", begin) - begin);
+      const bool isLast = panel.find(kBeginning, begin) == std::string::npos;
+      ASSERT_LT(count, changes_.size());
+      EXPECT_TRUE(change == changes_[count] || (isLast && changes_[count].starts_with(change)))
+          << change << " instead of " << changes_[count];
+      ++count;
     }
   }
 
+  /// Runs the commands while the file changes. Each run must succeed with the panel of a prefix of
+  /// the file, or fail with a message that names the file. At least one run must succeed.
+  void ExpectReadOrRefused() const {
+    int successes = 0;
+    for (int round = 0; round < 10 || (successes == 0 && round < 1000); ++round) {
+      const ProgramResult shown = Run({"show", file_, "{host}", "--state", ":memory:"});
+      if (shown.exitStatus == 0) {
+        ++successes;
+        EXPECT_THAT(shown.errors, IsEmpty());
+        ExpectPanelOfAPrefix(shown.output);
+      } else {
+        ExpectClearError(shown);
+      }
+      const ProgramResult status = Run({"status", file_, "{host}", "--state", ":memory:"});
+      if (status.exitStatus != 0) ExpectClearError(status);
+      EXPECT_THAT(Validate(file_), AnyOf(HasSubstr("finished"), HasSubstr("with result: -")));
+    }
+    EXPECT_GT(successes, 0);
+  }
+
+  void ExpectClearError(const ProgramResult& result) const {
+    EXPECT_EQ(3, result.exitStatus);
+    EXPECT_THAT(result.output, IsEmpty());
+    EXPECT_THAT(result.errors, StartsWith("ornwhatsnew: cannot open '" + file_ + "': "));
+  }
+
   std::string text_;
+  std::vector<std::string> changes_;
   std::string file_;
 };
 
-TEST_F(ChangingFileTest, AFileThatShrinksAndGrowsIsReadAsFarAsItGoes) {
+TEST_F(ChangingFileTest, ReadsAFileThatShrinksAndGrows) {
   const Meddler meddler([this] {
     EXPECT_EQ(::truncate(file_.c_str(), 100), 0);
     folder_.Write("changing.csv", text_);
@@ -248,7 +277,7 @@ TEST_F(ChangingFileTest, AFileThatShrinksAndGrowsIsReadAsFarAsItGoes) {
   ExpectReadOrRefused();
 }
 
-TEST_F(ChangingFileTest, AFileThatVanishesAndComesBackIsReadOrRefused) {
+TEST_F(ChangingFileTest, ReadsOrRejectsAFileThatIsDeletedAndRecreated) {
   const Meddler meddler([this] {
     ::unlink(file_.c_str());
     folder_.Write("changing.csv", text_);
@@ -256,7 +285,7 @@ TEST_F(ChangingFileTest, AFileThatVanishesAndComesBackIsReadOrRefused) {
   ExpectReadOrRefused();
 }
 
-TEST_F(ChangingFileTest, AFileThatBecomesSomethingElseIsReadOrRefused) {
+TEST_F(ChangingFileTest, ReadsOrRejectsAFileThatChangesItsKind) {
   const Meddler meddler([this] {
     ::unlink(file_.c_str());
     ::mkfifo(file_.c_str(), 0600);
@@ -268,7 +297,7 @@ TEST_F(ChangingFileTest, AFileThatBecomesSomethingElseIsReadOrRefused) {
   ExpectReadOrRefused();
 }
 
-TEST_F(ChangingFileTest, AStoreThatVanishesLosesNoMoreThanItself) {
+TEST_F(ChangingFileTest, ADeletedStoreIsRecreated) {
   const std::string state = folder_.Path() / "vanishing.db";
   {
     const Meddler meddler([&] { ::unlink(state.c_str()); });

@@ -15,7 +15,7 @@ struct SafeCase {
 
 class TerminalText : public testing::TestWithParam<SafeCase> {};
 
-TEST_P(TerminalText, LeavesNothingThatActsOrHides) {
+TEST_P(TerminalText, RemovesCharactersThatActOrHide) {
   EXPECT_EQ(GetParam().safe, SafeForTerminal(GetParam().text, Whitespace::kKeep));
 }
 
@@ -33,14 +33,14 @@ INSTANTIATE_TEST_SUITE_P(
                     SafeCase{u"\x1B]0;title\x07", u"\u241B]0;title\u2407"},
                     SafeCase{u"a\rb\bc\x7F", u"a\u240Db\u2408c\u2421"},
                     SafeCase{std::u16string(1, u'\0'), u"\u2400"},
-                    // The sequence introducer and the line end of the upper control characters.
+                    // Two control characters above ASCII: the sequence introducer and the line end.
                     SafeCase{u"\u009B31m\u0085", u"\uFFFD31m\uFFFD"},
                     SafeCase{u"a\u2028b\u2029c", u"a b c"}));
 
 INSTANTIATE_TEST_SUITE_P(
     Invisible, TerminalText,
     testing::Values(SafeCase{u"\uFEFF\uFEFF\tdescription", u"\tdescription"},
-                    // Overrides, isolates and marks of direction.
+                    // Direction overrides, isolates and marks.
                     SafeCase{u"a\u202Eb\u202Cc\u2066d\u2069e\u200Ef\u200Fg\u061Ch", u"abcdefgh"},
                     SafeCase{u"a\u200Bb\u2060c\u00ADd\u034Fe\u180Ef\u115Fg\u3164h", u"abcdefgh"},
                     // Tags: invisible letters.
@@ -55,7 +55,7 @@ INSTANTIATE_TEST_SUITE_P(
                              u"\U0001F468\u200D\U0001F469\u200D\U0001F467"},
                     SafeCase{u"\u2764\uFE0F\u200D\U0001F525", u"\u2764\uFE0F\u200D\U0001F525"},
                     SafeCase{u"1\uFE0F\u20E3 1\uFE0F", u"1\uFE0F\u20E3 1"},
-                    // Persian writes a non-joiner inside a word, Devanagari joiners behind viramas.
+                    // Persian has non-joiners inside words, Devanagari has joiners after viramas.
                     SafeCase{u"\u0645\u06CC\u200C\u062E\u0648\u0627\u0647\u0645",
                              u"\u0645\u06CC\u200C\u062E\u0648\u0627\u0647\u0645"},
                     SafeCase{u"\u0915\u094D\u200D\u0937", u"\u0915\u094D\u200D\u0937"},
@@ -68,17 +68,28 @@ INSTANTIATE_TEST_SUITE_P(
                              u"\uFFFDa\uFFFD"},
                     SafeCase{u"\uFFFE\uFDD0\U0001FFFF", u"\uFFFD\uFFFD\uFFFD"}));
 
-TEST(TerminalText, ShowsLineFeedsAndTabsWhenAsked) {
+TEST(TerminalText, ShowsNewlinesAndTabs) {
   EXPECT_EQ(u"a\u240Ab\u2409c", SafeForTerminal(u"a\nb\tc", Whitespace::kShow));
 }
 
-TEST(TerminalText, TakesUTF8WithAnyBytes) {
+TEST(TerminalText, ReplacesEveryByteThatIsNotPrintableAscii) {
+  for (int value = 0; value < 256; ++value) {
+    const std::string text = {'a', static_cast<char>(value), 'b'};
+    std::string expected = text;
+    if (value < 0x20) expected = std::string("a\xE2\x90") + static_cast<char>(0x80 + value) + "b";
+    if (value == 0x7F) expected = "a\u2421b";
+    if (value >= 0x80) expected = "a\uFFFDb";
+    EXPECT_EQ(expected, SafeForTerminal(text, Whitespace::kShow)) << value;
+  }
+}
+
+TEST(TerminalText, ReadsUTF8WithAnyBytes) {
   EXPECT_EQ("plain", SafeForTerminal(std::string_view("plain"), Whitespace::kShow));
   EXPECT_EQ("\uFFFD[31m \u241B \u00E9",
             SafeForTerminal(std::string_view("\x9B[31m \x1B \xC3\xA9"), Whitespace::kShow));
 }
 
-TEST(TerminalText, NoCharacterOfUnicodeGetsThroughAsAControlOrMark) {
+TEST(TerminalText, NoCharacterIsKeptAsAControlOrDirectionMark) {
   for (char32_t character = 0; character <= 0x10FFFF; ++character) {
     std::u16string text;
     if (character < 0x10000) {
