@@ -1,4 +1,4 @@
-// Door: lines typed or piped into the console.
+// Entry point: lines of standard input for the console.
 //
 // Input: the lines. `@data` stands for the path of a What's New data file.
 #include <cstddef>
@@ -35,7 +35,7 @@ constexpr std::string_view kValidate = "ValidateWhatsNew";
 constexpr std::string_view kProbe = "probe";
 constexpr std::string_view kHelp = "help";
 
-// What runs of the console leave behind.
+// Observations during one run.
 struct Observed {
   std::vector<std::u16string> probeArguments;
   std::size_t logged = 0;
@@ -46,10 +46,11 @@ Observed& Observations() {
   return observed;
 }
 
-// A command that remembers its argument and fails when that begins with an f.
+// A command that records its argument and fails if it begins with an f. Its output begins with a
+// prefix, so that it is not mistaken for the output of another command.
 int Probe(const std::u16string& arguments, UTF16OutputStream& stream) {
   Observations().probeArguments.push_back(arguments);
-  orncore::console::Write(stream, arguments);
+  orncore::console::Write(stream, u"probe: " + arguments);
   orncore::console::Write(stream, u"\n");
   return arguments.starts_with(u'f') ? 1 : 0;
 }
@@ -85,7 +86,7 @@ std::string WithDataFile(std::string_view lines) {
   return result + std::string(lines);
 }
 
-// What the lines must come to.
+// The expected effects of the lines.
 struct Expected {
   explicit Expected(const std::string& lines) {
     std::vector<std::string> all = PlainSplit(lines, '\n');
@@ -98,6 +99,7 @@ struct Expected {
 
   std::vector<std::u16string> probeArguments;
   std::size_t unknown = 0;
+  std::size_t usages = 0;
   std::size_t validations = 0;
   bool isDone = true;
 
@@ -107,12 +109,13 @@ struct Expected {
     line.remove_prefix(line.find_first_not_of(" \t"));
     const std::string_view name = line.substr(0, line.find(' '));
     line.remove_prefix(std::min(name.size() + 1, line.size()));
-    if (name == kHelp) return;
-    if (name == kProbe) {
+    if (name == kHelp) {
+      ++usages;
+    } else if (name == kProbe) {
       probeArguments.push_back(PlainUTF8to16(line));
       if (line.starts_with('f')) isDone = false;
     } else if (name == kValidate) {
-      ++validations;
+      ++(line.empty() ? usages : validations);
     } else {
       ++unknown;
       isDone = false;
@@ -120,7 +123,7 @@ struct Expected {
   }
 };
 
-// Standard input holds a text for as long as this lives.
+// Replaces standard input by a text during its lifetime.
 class TypedInput {
  public:
   explicit TypedInput(const std::string& text) : before_(dup(STDIN_FILENO)) {
@@ -155,11 +158,14 @@ void RequireReports(const Expected& expected, const OutputCapture& capture) {
   RequireHarmlessText(capture.Errors());
   RequireEqual(CountLines(capture.Errors(), "ornwhatsnew: "),
                expected.unknown + Observations().logged, "every unknown command is reported");
-  const std::size_t validated = CountLines(capture.Output(), kValidate) +
-                                CountLines(capture.Output(), "Reading What's New file at \"") +
+  RequireEqual(CountLines(capture.Output(), kValidate), expected.usages,
+               "every help and every validation without a file prints the usage line once");
+  RequireEqual(CountLines(capture.Output(), "probe: "), expected.probeArguments.size(),
+               "every probe prints its line once");
+  const std::size_t validated = CountLines(capture.Output(), "Reading What's New file at \"") +
                                 CountLines(capture.Output(), "Failed to read What's New file");
-  Require(validated + Observations().logged >= expected.validations,
-          "every validation says how it went");
+  RequireEqual(validated + Observations().logged, expected.validations,
+               "every validation reports its result once");
 }
 
 void Run(std::string_view input) {
@@ -175,9 +181,9 @@ void Run(std::string_view input) {
 
   RequireReports(expected, capture);
   Require(Observations().probeArguments == expected.probeArguments,
-          "a command is given what stands behind its name");
+          "a command receives the text after its name");
   Require(status == (expected.isDone ? ExitStatus::kDone : ExitStatus::kCommand),
-          "the exit status says whether all commands went well");
+          "the exit status shows whether all commands succeeded");
 }
 
 }  // namespace

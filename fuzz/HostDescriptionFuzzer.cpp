@@ -1,12 +1,16 @@
-// Door: the host description, a JSON text, from its reading to a list inside the host.
+// Entry point: the host description, from the JSON text to a list in the described host.
 //
-// Input: the JSON text as it is.
+// Input: the JSON text.
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
+#include <limits>
+#include <map>
 #include <optional>
+#include <set>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include <ornappsupport/Services.h>
 #include <orncore/Services.h>
@@ -18,6 +22,7 @@
 #include "fuzz/PanelProperties.h"
 #include "fuzz/Property.h"
 #include "hosts/common/HostDescription.h"
+#include "hosts/common/JsonDocument.h"
 #include "tests/support/FakeStateStore.h"
 #include "tests/support/PlainPanel.h"
 #include "tests/support/PlainText.h"
@@ -47,7 +52,7 @@ void RequireErrorText(std::string_view message) {
 std::optional<HostDescription> Parse(std::string_view text) {
   try {
     return hosts::common::ParseHostDescription(text, "host.json");
-  } catch (const hosts::common::HostDescriptionError& error) {
+  } catch (const hosts::common::JsonError& error) {
     RequireErrorText(error.what());
     return std::nullopt;
   }
@@ -79,25 +84,86 @@ json HostJson(const HostDescription& host) {
           {"dictionary", host.dictionary}};
 }
 
-// Members that stand in the text must be the description's, the others its defaults.
-void RequireMembers(const HostDescription& host, std::string_view text) {
-  const json written = json::parse(text, nullptr, false);
-  Require(written.is_object(), "only a JSON object is taken");
-  const json read = HostJson(host);
-  for (const auto& [name, value] : written.items()) {
-    if (name != "betaFeatures") Require(read.at(name) == value, "a member is read as it stands");
+// A JSON value without duplicate members, or a discarded value.
+json ParseStrictly(std::string_view text) {
+  std::vector<std::set<std::string>> open;
+  bool isUnique = true;
+  const auto check = [&](int, json::parse_event_t event, json& parsed) {
+    if (event == json::parse_event_t::object_start) open.emplace_back();
+    if (event == json::parse_event_t::key) {
+      isUnique &= open.back().insert(parsed.get<std::string>()).second;
+    }
+    if (event == json::parse_event_t::object_end) open.pop_back();
+    return true;
+  };
+  json value = json::parse(text, check, false);
+  return isUnique ? value : json(json::value_t::discarded);
+}
+
+bool IsObjectOfTexts(const json& value) {
+  return value.is_object() &&
+         std::ranges::all_of(value, [](const json& text) { return text.is_string(); });
+}
+
+bool IsVisibility(const json& value) {
+  using Limits = std::numeric_limits<std::int32_t>;
+  return value.is_number_integer() && value >= Limits::min() && value <= Limits::max();
+}
+
+using KindCheck = bool (*)(const json& value);
+
+bool HasOnly(const json& value, const std::map<std::string, KindCheck>& members) {
+  if (!value.is_object()) return false;
+  for (const auto& [name, member] : value.items()) {
+    const auto found = members.find(name);
+    if (found == members.end() || !found->second(member)) return false;
   }
-  const auto features = written.find("betaFeatures");
-  if (features != written.end()) {
-    RequireEqual(host.betaFeatures.size(), features->size(), "every feature is read");
+  return true;
+}
+
+// The rules of the format, written a second time.
+bool IsValid(const json& value) {
+  const KindCheck isText = [](const json& text) { return text.is_string(); };
+  const KindCheck isBoolean = [](const json& boolean) { return boolean.is_boolean(); };
+  static const std::map<std::string, KindCheck> featureMembers = {
+      {"internalKey", isText},        {"epicKey", isText},          {"name", isText},
+      {"description", isText},        {"visibility", IsVisibility}, {"enabled", isBoolean},
+      {"availableForUser", isBoolean}};
+  const KindCheck areFeatures = [](const json& features) {
+    return features.is_array() && std::ranges::all_of(features, [](const json& feature) {
+             return HasOnly(feature, featureMembers);
+           });
+  };
+  return HasOnly(value, {{"$schema", isText},
+                         {"clientVersion", isText},
+                         {"buildNumber", isText},
+                         {"platform", isText},
+                         {"terminating", isBoolean},
+                         {"usageLogging", isBoolean},
+                         {"internalFeaturesAllowed", isBoolean},
+                         {"betaFeatures", areFeatures},
+                         {"debug", IsObjectOfTexts},
+                         {"dictionary", IsObjectOfTexts}});
+}
+
+// Each member of `written` must have the same value in `read`.
+void RequireSubset(const json& written, const json& read) {
+  for (const auto& [name, value] : written.items()) {
+    if (name == "$schema") continue;
+    if (name != "betaFeatures") {
+      Require(read.at(name) == value, "a member is read unchanged");
+      continue;
+    }
+    RequireEqual(read.at(name).size(), value.size(), "every feature is read");
+    for (std::size_t i = 0; i < value.size(); ++i) RequireSubset(value[i], read.at(name)[i]);
   }
 }
 
 void RequireRoundTrip(const HostDescription& host) {
   const json written = HostJson(host);
   const std::optional<HostDescription> again = Parse(written.dump());
-  Require(again.has_value(), "what was read can be written and read again");
-  Require(HostJson(*again) == written, "a description survives being written and read");
+  Require(again.has_value(), "a description can be written and read again");
+  Require(HostJson(*again) == written, "a description stays the same when it is written and read");
 }
 
 void RequireListInside(const HostDescription& host) {
@@ -120,8 +186,10 @@ void RequireListInside(const HostDescription& host) {
 
 void Run(std::string_view text) {
   const std::optional<HostDescription> host = Parse(text);
+  const json written = ParseStrictly(text);
+  RequireEqual(host.has_value(), IsValid(written), "exactly the valid descriptions are accepted");
   if (!host) return;
-  RequireMembers(*host, text);
+  RequireSubset(written, HostJson(*host));
   RequireRoundTrip(*host);
   RequireListInside(*host);
 }

@@ -1,5 +1,5 @@
-// The main program of a fuzzer where there is no fuzzing compiler: it runs the files that it is
-// given, and all files below the folders, each once and in the order of their names.
+// The main program of a fuzzer without a fuzzing compiler. It runs the files that are its
+// arguments, and all files below the folders, each once and in the order of their names.
 #include <cstdint>
 #include <cstdio>
 #include <exception>
@@ -14,12 +14,13 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
 
 namespace {
 
-std::set<std::filesystem::path> FilesBelow(const std::filesystem::path& place) {
-  if (!std::filesystem::is_directory(place)) return {place};
+std::set<std::filesystem::path> FilesBelow(const std::filesystem::path& path) {
+  if (!std::filesystem::is_directory(path)) return {path};
   std::set<std::filesystem::path> files;
-  for (const auto& entry : std::filesystem::recursive_directory_iterator(place)) {
+  for (const auto& entry : std::filesystem::recursive_directory_iterator(path)) {
     if (entry.is_regular_file()) files.insert(entry.path());
   }
+  if (files.empty()) throw std::runtime_error("no files in " + path.string());
   return files;
 }
 
@@ -40,13 +41,13 @@ int Replay(int argc, char** argv) {
   std::size_t count = 0;
   for (int i = 1; i < argc; ++i) {
     for (const std::filesystem::path& file : FilesBelow(argv[i])) {
-      // Said beforehand: a property that does not hold ends the process.
+      // Printed before the run, because a violated property ends the process.
       static_cast<void>(std::fprintf(stderr, "%s\n", file.c_str()));
       Run(ReadFile(file));
       ++count;
     }
   }
-  static_cast<void>(std::fprintf(stderr, "%zu inputs hold all properties\n", count));
+  static_cast<void>(std::fprintf(stderr, "all properties hold for %zu inputs\n", count));
   return 0;
 }
 

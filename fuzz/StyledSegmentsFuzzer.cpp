@@ -1,7 +1,7 @@
-// Door: the panel's text and its runs, which a host cuts into segments. Any run map will do.
+// Entry point: the panel's text and its runs, which a host splits into segments.
 //
-// Input: parts: the text as UTF-8, in which U+E000 to U+E7FF stand for unpaired surrogates, then
-// runs, each as `style start length link` with a blank between them.
+// Input: parts. The first is the text as UTF-8, in which U+E000 to U+E7FF represent unpaired
+// surrogates. The others are runs: `style start length link`, separated by spaces.
 #include <charconv>
 #include <cstddef>
 #include <cstdint>
@@ -53,7 +53,7 @@ StyleRunMap RunsOf(Input& input) {
   return runs;
 }
 
-// What one character of the text shall look like, worked out run by run.
+// The expected styles and link of one character, computed run by run.
 class PlainLook {
  public:
   PlainLook(std::size_t begin, std::size_t end, std::string_view text)
@@ -66,7 +66,7 @@ class PlainLook {
     if (!covers || !StyleSet::IsMember(style)) return;
     styles.Set(style, true);
     if (run.second.empty()) return;
-    // The one that starts last counts, and a run starts with its first whole character.
+    // The link of the run that starts last applies. A run starts with its first whole character.
     const std::tuple rank(FirstWholeCharacter(start), style, number);
     if (linkRank_ && rank < *linkRank_) return;
     linkRank_ = rank;
@@ -125,7 +125,7 @@ void Run(Input input) {
     before = &segment;
     const std::size_t begin = together.size();
     together += segment.text;
-    Require(together.size() <= utf8.size(), "no segment stands twice");
+    Require(together.size() <= utf8.size(), "no segment is repeated");
     RequireLook(segment, begin, utf8, runs);
   }
   RequireEqual(together, utf8, "the segments together are the text");
