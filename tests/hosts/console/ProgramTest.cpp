@@ -264,6 +264,20 @@ TEST_F(RateTest, AFeatureThatAsksForNoRatingCannotBeRated) {
               HasSubstr("cannot rate 'EPIC-7': no feature asks for a rating\n"));
 }
 
+TEST_F(RateTest, SectionsAndHiddenFeaturesCannotBeRated) {
+  WriteData(
+      "25.1,EPIC-8,,,RequestRating,,,,,Every window is dark\n"
+      "25.1,EPIC-9,,,RequestRating,,,,,Nobody sees this\n"
+      "25.1,BUGFIX,,,RequestRating,,,,,No crash on full disks\n");
+  for (const char* key : {"EPIC-9", "BUGFIX"}) {
+    const ProgramResult result = Run({"rate", key, "{data}", "{host}"});
+    EXPECT_EQ(5, result.exitStatus);
+    EXPECT_EQ("ornwhatsnew: cannot rate '" + std::string(key) +
+                  "': these features can be rated: EPIC-8\n",
+              result.errors);
+  }
+}
+
 TEST_F(RateTest, WithoutUsageLoggingNothingCanBeRated) {
   folder_.Write("host.json", R"({"usageLogging": false, "betaFeatures": [
     {"internalKey": "f.export", "epicKey": "EPIC-7", "name": "Export", "enabled": true}]})");
