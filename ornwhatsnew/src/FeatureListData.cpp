@@ -109,9 +109,7 @@ void FeatureListData::EnsureSpecialCaseItemExists(const std::string& key, const 
 }
 
 UTF16String FeatureListData::LocalizeIfNecessary(const UTF8String& text) const {
-  UTF16String localized;
-  Localize(text, localized);
-  return localized;
+  return Localize(text);
 }
 
 const FeatureListItem* FeatureListData::FindItem(const std::string& key) const {

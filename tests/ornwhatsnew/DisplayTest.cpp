@@ -1,10 +1,15 @@
 // The panel's text and runs, literally.
+#include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <ornappsupport/feature/FeatureService.h>
+#include <orncore/config/Localizer.h>
+#include <orncore/debug/DebugDatabase.h>
 #include <orncore/string/Conversion.h>
 #include <ornwhatsnew/FeatureListData.h>
 
@@ -496,6 +501,90 @@ TEST_F(DisplayText, LoneSurrogatesOfThePlaceholderCountAsReplacementCharacters) 
   EXPECT_EQ(placeholders[0].first.second, 7);
   EXPECT_EQ(static_cast<std::size_t>(placeholders[1].first.first) + 7,
             orncore::string::UTF16to8(text).size());
+}
+
+// Services that log the queries in their order.
+class LoggingFeatures : public ornappsupport::feature::FeatureService {
+ public:
+  explicit LoggingFeatures(std::vector<std::string>& log) : log_(log) {}
+
+  const ornappsupport::feature::BetaFeatureMap& GetBetaFeatures() const override {
+    return features_;
+  }
+  bool IsEnabled(std::string_view key) const override {
+    log_.push_back("enabled " + std::string(key));
+    return true;
+  }
+  bool IsAvailableForUser(std::string_view key) const override {
+    log_.push_back("available " + std::string(key));
+    return true;
+  }
+  bool AreInternalFeaturesAllowed() const override {
+    log_.emplace_back("internal user");
+    return true;
+  }
+
+ private:
+  std::vector<std::string>& log_;
+  const ornappsupport::feature::BetaFeatureMap features_ = {
+      {"export", {"EPIC-7", u"", u"", FeatureListItem::Visibility::kPublic}}};
+};
+
+class LoggingDictionary : public orncore::config::DictionarySource {
+ public:
+  explicit LoggingDictionary(std::vector<std::string>& log) : log_(log) {}
+
+  std::optional<UTF8String> Find(std::string_view key) const override {
+    log_.push_back("text " + std::string(key.substr(key.rfind('/') + 1)));
+    return std::nullopt;
+  }
+
+ private:
+  std::vector<std::string>& log_;
+};
+
+class LoggingDebugStore : public orncore::debug::DebugStore {
+ public:
+  explicit LoggingDebugStore(std::vector<std::string>& log) : log_(log) {}
+
+  std::optional<UTF8String> Find(std::string_view key) const override {
+    log_.push_back("debug " + std::string(key.substr(key.rfind('.') + 1)));
+    return "true";
+  }
+  void Store(std::string_view, std::string_view) override {}
+
+ private:
+  std::vector<std::string>& log_;
+};
+
+TEST_F(DisplayText, QueriesTheLabelThenTheTitleThenTheUnlockCode) {
+  std::vector<std::string> log;
+  FeatureListData list(host_.Getter(), host_.Setter());
+  list.InsertFeatureListItem(test_support::MakeItem(
+      {"EPIC-7", "export", "$$$/feature/title=Export", "$$$/feature/description=Exports files"},
+      {{.groupingID = "EPIC-7", .description = "$$$/feature/change=Faster"}}));
+  ornappsupport::feature::SetFeatureService(std::make_shared<LoggingFeatures>(log));
+  orncore::config::Localizer::Get().SetDictionary(std::make_shared<LoggingDictionary>(log));
+  orncore::debug::DebugDatabase::Instance().SetStore(std::make_shared<LoggingDebugStore>(log));
+  StyleRunMap runs;
+  list.GetFormattedTextForDisplay({}, u"", runs, nullptr);
+
+  EXPECT_THAT(
+      log, ElementsAre(
+               // The templates, each once.
+               "text TarsaOnly", "text Off", "text Unlocked", "text InDevelopment", "text Tab",
+               "text DisplayTemplate", "text displaytemplate", "text displaytemplate",
+               "text displaytemplate", "text displaytemplate", "text Newline", "text ViewMore",
+               "text SpaceWitDash", "text ParenthesizedCode", "text DisplayTemplate",
+               "text DisplayTemplate", "text displaytemplate", "text optedOutOfAnalyticsPart1",
+               "text optedOutOfAnalyticsPart2", "text nonewratings",
+               // Whether internal notes are written, and whether the feature is shown.
+               "internal user", "enabled export",
+               // The unlock label.
+               "internal user", "debug SimulateShowingAllOffFeaturesInWhatsNew", "enabled export",
+               // The title line, the description and the change.
+               "text title", "internal user", "debug SimulateShowingAllUnlockCodesInWhatsNew",
+               "text description", "text change"));
 }
 
 }  // namespace

@@ -105,12 +105,6 @@ TEST_F(StyledText, RecordedRunsWrapBeyondThirtyTwoBits) {
   EXPECT_EQ(runs.at(kStyleHeader).at(0), RunAt(0, kMax));
 }
 
-TEST(StyledTextWriter, ClearsTheRunsThatItIsGiven) {
-  StyleRunMap runs = {{kStyleHeader, {RunAt(1, 2)}}};
-  const StyledTextWriter writer(runs);
-  EXPECT_TRUE(runs.empty());
-}
-
 TEST(StyledTextWriter, TextIsThePiecesInOrder) {
   StyleRunMap runs;
   StyledTextWriter writer(runs);
@@ -121,14 +115,14 @@ TEST(StyledTextWriter, TextIsThePiecesInOrder) {
   EXPECT_EQ(runs, (StyleRunMap{{kStyleHeader, {RunAt(3, 1)}}, {kStyleChangeText, {RunAt(4, 3)}}}));
 }
 
-TEST(StyledTextWriter, TakenTextLeavesAnEmptyWriter) {
+TEST(StyledTextWriter, FilledPatternHasOneRun) {
   StyleRunMap runs;
   StyledTextWriter writer(runs);
-  writer.Append(u"abc");
-  writer.TakeText();
-  writer.Append(kStyleHeader, u"d");
-  EXPECT_EQ(writer.TakeText(), u"d");
-  EXPECT_EQ(runs.at(kStyleHeader).at(0), RunAt(0, 1));
+  writer.Append(u"a");
+  const orncore::string::Replacement versions[] = {{u"@0", u"\u00E9"}, {u"@1", u"@0"}};
+  writer.AppendReplacing(kStyleInternalCode, u"(@0-@1)", versions, u"link", {1, -1});
+  EXPECT_EQ(writer.TakeText(), u"a(\u00E9-@0)");
+  EXPECT_EQ(runs, (StyleRunMap{{kStyleInternalCode, {RunAt(2, 6, u"link")}}}));
 }
 
 TEST(StyledTextWriter, HalvesThatMeetCountAsOneCharacter) {
@@ -177,7 +171,7 @@ class AgainstCapture : public StyledText {
         break;
       case 2:
         Capture(style, piece, {}, {});
-        writer_.RecordRunBefore(style, piece);
+        writer_.RecordRunOfNext(style, piece);
         return;
       default: {
         const std::string bytes = random.HostileText(3);

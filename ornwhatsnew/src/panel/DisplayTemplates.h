@@ -1,65 +1,91 @@
-// The texts that the display builds on: templates that a dictionary may replace, and fixed ones.
+// The texts from which the panel is written: templates that the host's dictionary can replace, and
+// fixed texts.
 #ifndef ORNWHATSNEW_SRC_PANEL_DISPLAYTEMPLATES_H_
 #define ORNWHATSNEW_SRC_PANEL_DISPLAYTEMPLATES_H_
 
 #include <string_view>
 
+#include <orncore/config/Localizer.h>
 #include <ornwhatsnew/utility/SharedTypes.h>
-
-#include "ornwhatsnew/src/panel/TextTemplate.h"
 
 namespace ornwhatsnew {
 
-/// The templates in the user's language, made once for each display. `@0` and `@1` stand for what
-/// is filled in; texts where nothing is are plain.
+/// Returns the localised text of a localisation key.
+inline UTF16String LocalizedText(std::string_view keyText) {
+  return orncore::config::Localizer::Get().ZString(keyText);
+}
+
+/// The templates in the user's language. The constructor queries the host's localiser once for each
+/// template, in this order; create one object for each display. `@0` and `@1` are placeholders.
 struct DisplayTemplates {
-  /// Asks the host's localiser for each of them.
-  DisplayTemplates();
-
-  UTF16String unlockInternal;
-  UTF16String unlockOff;
-  UTF16String unlockUnlocked;
-  UTF16String unlockInDevelopment;
-  UTF16String tab;
-  UTF16String changeBullet;
-  TextTemplate platform;
-  TextTemplate version;
-  TextTemplate versionRange;
-  TextTemplate issueKey;
-  UTF16String newline;
-  UTF16String viewMore;
-  UTF16String internalDash;
-  TextTemplate internalCode;
-  TextTemplate sinceLastOpened;
-  TextTemplate sinceRelease;
-  UTF16String nothingNew;
-  UTF16String optedOutPart1;
-  UTF16String optedOutPart2;
-  UTF16String nothingToRate;
-
-  // Those that are the same in every language.
-  TextTemplate commitCode;
-  TextTemplate commitLink;
-  TextTemplate issueLink;
-  TextTemplate unknownIssueNote;
-  TextTemplate ignoredURLNote;
-  TextTemplate ignoredPlatformNote;
-  TextTemplate ignoredSalienceNote;
-  TextTemplate sectionReason;
+  UTF16String unlockInternal =
+      LocalizedText("$$$/ornwhatsnew/Feature/Item/Unlock/TarsaOnly=TARSA ONLY");
+  UTF16String unlockOff = LocalizedText("$$$/ornwhatsnew/Feature/Item/Unlock/Off=OFF");
+  UTF16String unlockUnlocked =
+      LocalizedText("$$$/ornwhatsnew/Feature/Item/Unlock/Unlocked=UNLOCKED");
+  UTF16String unlockInDevelopment =
+      LocalizedText("$$$/ornwhatsnew/Feature/Item/Unlock/InDevelopment=IN DEVELOPMENT");
+  UTF16String tab = LocalizedText("$$$/ornwhatsnew/Feature/Detail/Plain/DisplayTemplate/Tab=\t");
+  UTF16String changeBullet =
+      LocalizedText("$$$/ornwhatsnew/Feature/Detail/Plain/DisplayTemplate=^B ");
+  UTF16String platform =
+      LocalizedText("$$$/ornwhatsnew/Feature/Detail/OS/displaytemplate=(@0 only) ");
+  UTF16String version =
+      LocalizedText("$$$/ornwhatsnew/Feature/Detail/VersionAdded/displaytemplate= (v@0)");
+  UTF16String versionRange =
+      LocalizedText("$$$/ornwhatsnew/Feature/Detail/VersionRange/displaytemplate= (v@0-v@1)");
+  UTF16String issueKey = LocalizedText("$$$/ornwhatsnew/Feature/Detail/JiraID/displaytemplate= @0");
+  UTF16String newline = LocalizedText("$$$/private/ornwhatsnew/Feature/Newline=#{endl}");
+  UTF16String viewMore = LocalizedText("$$$/ornwhatsnew/Feature/Item/ViewMore/ViewMore=View more");
+  UTF16String internalDash =
+      LocalizedText("$$$/ornwhatsnewui/WhatsNewView/SpaceWitDash= #{mdash} ");
+  UTF16String internalCode = LocalizedText("$$$/ornwhatsnewui/WhatsNewView/ParenthesizedCode=(@0)");
+  UTF16String sinceLastOpened = LocalizedText(
+      "$$$/ornwhatsnew/Feature/ChangesSince/LastOpened/DisplayTemplate=#{endl}\t"
+      "Changes since last opened in v@0#{endl}#{endl}");
+  UTF16String sinceRelease = LocalizedText(
+      "$$$/ornwhatsnew/Feature/ChangesSince/LastRelease/DisplayTemplate=#{endl}\t"
+      "Changes since v@0#{endl}#{endl}");
+  UTF16String nothingNew = LocalizedText(
+      "$$$/ornwhatsnew/feature/nonewchanges/displaytemplate="
+      "\tYou^}re all caught up.#{endl}#{endl}");
+  UTF16String optedOutPart1 = LocalizedText(
+      "$$$/ornwhatsnew/feature/optedOutOfAnalyticsPart1="
+      "\tYou (or your organization) have opted out of sharing information with Tarsa."
+      "#{endl}#{endl}\tIf you are using a personal account, you can rate features by "
+      "enabling ^[Desktop and app usage^] at #{comment}this is followed by a URL, and "
+      "then Part2; only shown when user has opted out of analytics, or non-Tarsa "
+      "enterprise account");
+  UTF16String optedOutPart2 = LocalizedText(
+      "$$$/ornwhatsnew/feature/optedOutOfAnalyticsPart2= and then quitting and relaunching.");
+  UTF16String nothingToRate =
+      LocalizedText("$$$/ornwhatsnew/feature/nonewratings=\tNo features need rating right now.");
 };
 
-/// Texts that are the same in every language and take nothing.
-inline constexpr std::u16string_view kMacDisplayName = u"macOS";
-inline constexpr std::string_view kOwnIssuePrefix = "ORN";
+// Patterns that are the same in every language. The three addresses are build options.
+inline constexpr std::u16string_view kCommitCode = u" @0";
+inline constexpr std::u16string_view kCommitLink =
+    u"" ORNWHATSNEW_COMMIT_BROWSER u"/ORN/orn/commit/@0";
+inline constexpr std::u16string_view kIssueLink = u"" ORNWHATSNEW_ISSUE_TRACKER u"/browse/@0";
+inline constexpr std::u16string_view kUnknownIssueNote = u"(Unknown Jira Issue @0) ";
+inline constexpr std::u16string_view kIgnoredURLNote = u"(View More URL ignored: @0) ";
+inline constexpr std::u16string_view kIgnoredPlatformNote = u"(Malformed platform ignored: @0) ";
+inline constexpr std::u16string_view kIgnoredSalienceNote = u"(Malformed salience ignored: @0) ";
+inline constexpr std::u16string_view kSectionReason = u"in @0 section";
+
+// Texts that are the same in every language and have no placeholder.
 inline constexpr std::u16string_view kDuplicateReason = u"duplicate";
 inline constexpr std::u16string_view kMalformedReason = u"malformed";
 inline constexpr std::u16string_view kReasonSeparator = u" and ";
+inline constexpr std::u16string_view kMacDisplayName = u"macOS";
+inline constexpr std::u16string_view kOwnIssuePrefix = u"ORN";
 
-/// Marks the start of a description paragraph in the text, for hosts that lay it out.
-inline constexpr std::u16string_view kDescriptionMark = u"\uFEFF\uFEFF";
-
-/// The page on which users allow or forbid usage logging; set when the library is built.
+/// The page on which users allow or forbid usage logging.
 inline constexpr std::u16string_view kPrivacyPage = u"" ORNWHATSNEW_PRIVACY_PAGE;
+
+/// Compatibility: these invisible units mark the start of a description paragraph. Existing hosts
+/// search for them when they lay out the panel (docs/compatibility.md).
+inline constexpr std::u16string_view kDescriptionMark = u"\uFEFF\uFEFF";
 
 }  // namespace ornwhatsnew
 

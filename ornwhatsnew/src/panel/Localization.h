@@ -1,4 +1,4 @@
-// How a text of the data or the feature table becomes display text.
+// Turns text of the data file or of the feature table into display text.
 #ifndef ORNWHATSNEW_SRC_PANEL_LOCALIZATION_H_
 #define ORNWHATSNEW_SRC_PANEL_LOCALIZATION_H_
 
@@ -9,14 +9,11 @@
 
 namespace ornwhatsnew {
 
-/// Overwrites `out`: a localisation key goes through the host's localiser, any other text is
-/// converted as it is.
-inline void Localize(const UTF8String& text, UTF16String& out) {
-  if (IsZString(text)) {
-    out = orncore::config::Localizer::Get().ZString(text);
-  } else {
-    orncore::string::UTF8to16(text, out);
-  }
+/// Returns the host's localised text if `text` is a localisation key, and otherwise `text` in
+/// UTF-16.
+inline UTF16String Localize(const UTF8String& text) {
+  return IsZString(text) ? orncore::config::Localizer::Get().ZString(text)
+                         : orncore::string::UTF8to16(text);
 }
 
 }  // namespace ornwhatsnew

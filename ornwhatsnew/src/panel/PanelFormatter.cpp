@@ -6,38 +6,48 @@
 #include <ornappsupport/feature/FeatureService.h>
 #include <orncore/string/CaseMapping.h>
 #include <orncore/string/Conversion.h>
+#include <orncore/string/Replace.h>
 #include <ornwhatsnew/WhatsNewTypes.h>
 #include <ornwhatsnew/utility/TextHelpers.h>
 
 #include "ornwhatsnew/src/panel/Localization.h"
 #include "ornwhatsnew/src/rules/Keywords.h"
-#include "ornwhatsnew/src/rules/ReadAhead.h"
 
 namespace ornwhatsnew {
 namespace {
 
+using orncore::string::Replacement;
 using orncore::string::UTF8to16;
 
-// Both links leave out their template's leading blank. Only the issue's is as much shorter; the
-// commit's keeps its length and so takes in the byte behind it. Panels have always drawn them so.
+// Both runs skip the leading space of their text. Compatibility: the length of the commit run is
+// not reduced, so it extends one byte past its text (docs/compatibility.md).
 constexpr RunAdjustment kIssueLinkAdjustment{1, -1};
 constexpr RunAdjustment kCommitLinkAdjustment{1, 0};
 
-// What the tracker's own keys begin with, in the letter cases that a data file may use. Only these
-// three letters have these three as their capitals.
-bool MayBeOwnIssue(std::string_view id) {
-  return id.size() >= kOwnIssuePrefix.size() &&
-         CaseInsensitiveEqual(id.substr(0, kOwnIssuePrefix.size()), kOwnIssuePrefix);
+UTF16String Fill(std::u16string_view pattern, std::u16string_view text) {
+  UTF16String filled(pattern);
+  orncore::string::ReplaceInString(filled, u"@0", text);
+  return filled;
+}
+
+// The grouping key replaces an empty title.
+UTF16String TitleOf(const FeatureListItem& item) {
+  UTF16String title = Localize(item.GetFeatureName());
+  return title.empty() ? UTF8to16(item.FeatureJiraIDKey()) : title;
+}
+
+bool IsSection(const FeatureListItem& item) {
+  return IsSpecialCaseSection(item.FeatureJiraIDKey());
 }
 
 }  // namespace
 
-// What the shown changes of a feature ask of its rating record.
+// What the rating requests of a feature's shown changes mean for its rating record.
 struct PanelFormatter::RatingSummary {
   UTF8String customText;
   bool hidesDescription = false;
 
-  void Note(const FeatureListDetail& change) {
+  void Add(const FeatureListDetail& change) {
     const UTF8String& request = change.GetRatingRequestOptional();
     if (request.empty()) return;
     const bool isPlain = CaseInsensitiveEqual(request, keywords::kRequestRating);
@@ -54,21 +64,14 @@ PanelFormatter::PanelFormatter(DisplayOptions options, const UTF16String& rating
       ratingPlaceholder_(ratingPlaceholder),
       ratingItems_(ratingItems),
       bulletPrefix_(templates_.tab + templates_.changeBullet + templates_.tab),
+      isInternalUser_(ornappsupport::feature::IsEntitlementSetToInternalFeaturesAllowed()),
       writer_(runs) {}
 
 void PanelFormatter::Reserve(std::size_t changes, std::size_t descriptionBytes) {
-  // What a change line has beside its text: bullet, platform, version, line end; and for internal
-  // users a note, the issue and the commit.
-  constexpr std::size_t kUnitsBesideText = 40;
-  constexpr std::size_t kUnitsForInternalUsers = 90;
-  // No byte of UTF-8 becomes more than one unit.
-  std::size_t units = descriptionBytes + changes * kUnitsBesideText;
-  if (isInternalUser_) units += changes * kUnitsForInternalUsers;
-  writer_.Reserve(units);
-
-  writer_.ReserveRuns(kStyleChangeText, 3 * changes);
-  writer_.ReserveRuns(kStyleInternalCode, changes);
-  writer_.ReserveRuns(kStyleCommitLink, changes);
+  // The bullet, platform, version and newline of a change line. A byte of UTF-8 becomes at most one
+  // UTF-16 unit.
+  constexpr std::size_t kUnitsBesideDescription = 40;
+  writer_.Reserve(descriptionBytes + changes * kUnitsBesideDescription);
 }
 
 void PanelFormatter::WriteHeader(const UTF8String& lastVersionSeen,
@@ -80,23 +83,23 @@ void PanelFormatter::WriteHeader(const UTF8String& lastVersionSeen,
   } else {
     WriteFilled(kStyleHeader, templates_.sinceRelease, UTF8to16(changesSinceVersion));
   }
-  isInternalUser_ = ornappsupport::feature::IsEntitlementSetToInternalFeaturesAllowed();
 }
 
 void PanelFormatter::WriteFeature(const FeatureListItem& item, const ItemFindings& findings) {
-  const bool isSection = IsSpecialCaseSection(item.FeatureJiraIDKey());
-  WriteTitleLine(item, isSection);
+  WriteTitleLine(item);
   if (!options_.Has(kRatingView)) WriteDescription(item);
 
   RatingSummary rating;
-  const std::vector<ItemFindings::ShownChange>& changes = findings.shownChanges;
-  for (std::size_t i = 0; i < changes.size(); ++i) {
-    ReadAhead(
-        i, changes.size(), [&](std::size_t at) -> const auto& { return *changes[at].change; });
-    WriteChangeLine(*changes[i].change, item, isSection);
-    rating.Note(*changes[i].change);
+  for (const auto& shown : findings.shownChanges) {
+    WriteChangeLine(*shown.change, item);
+    rating.Add(*shown.change);
   }
-  WriteRating(item, rating);
+
+  if (ratingItems_ != nullptr) RecordForRating(item, rating);
+  if (!ratingPlaceholder_.empty()) {
+    writer_.Append(kStyleRatingPlaceholder,
+                   templates_.newline + ratingPlaceholder_ + templates_.newline);
+  }
 }
 
 void PanelFormatter::WriteNothingToShow() {
@@ -111,29 +114,32 @@ void PanelFormatter::WriteNothingToShow() {
   }
 }
 
-void PanelFormatter::WriteTitleLine(const FeatureListItem& item, bool isSection) {
-  writer_.Append(kStyleFeatureTitle, Title(item), UTF8to16(item.GetFeatureViewMoreURL()));
+void PanelFormatter::WriteTitleLine(const FeatureListItem& item) {
+  // The label is determined first, because hosts can observe the order of the service queries.
+  const UTF16String* const label = UnlockLabel(item);
+  writer_.Append(kStyleFeatureTitle, TitleOf(item), UTF8to16(item.GetFeatureViewMoreURL()));
 
   const std::string& internalKey = item.BetaFeatureInternalKey();
-  if (isInternalUser_ && !isSection && !internalKey.empty() && ShowingAllUnlockCodesInternally()) {
+  if (isInternalUser_ && !IsSection(item) && !internalKey.empty() &&
+      ShowingAllUnlockCodesInternally()) {
     writer_.Append(kStyleInternalCode, templates_.internalDash);
     WriteFilled(kStyleInternalCode, templates_.internalCode, UTF8to16(internalKey));
   }
 
-  if (const UTF16String* label = UnlockLabel(item)) {
+  if (label != nullptr) {
     writer_.Append(templates_.tab);
-    writer_.RecordRunBefore(kStyleUnlockLabel, *label);
+    writer_.RecordRunOfNext(kStyleUnlockLabel, *label);
     writer_.Append(kStyleUnlockLabelBox, *label);
   }
   writer_.Append(templates_.newline);
 }
 
 void PanelFormatter::WriteDescription(const FeatureListItem& item) {
-  Localize(item.GetFeatureDescription(), first_);
-  if (first_.empty()) return;
+  const UTF16String description = Localize(item.GetFeatureDescription());
+  if (description.empty()) return;
   writer_.Append(kDescriptionMark);
   writer_.Append(templates_.tab);
-  writer_.Append(kStyleFeatureDescription, first_);
+  writer_.Append(kStyleFeatureDescription, description);
   if (isInternalUser_) WriteIssueLink(item.FeatureJiraIDKey());
   if (!item.GetFeatureViewMoreURL().empty()) {
     writer_.Append(templates_.tab);
@@ -142,10 +148,9 @@ void PanelFormatter::WriteDescription(const FeatureListItem& item) {
   writer_.Append(templates_.newline);
 }
 
-void PanelFormatter::WriteChangeLine(const FeatureListDetail& change, const FeatureListItem& item,
-                                     bool isSection) {
+void PanelFormatter::WriteChangeLine(const FeatureListDetail& change, const FeatureListItem& item) {
   writer_.Append(kStyleChangeText, bulletPrefix_);
-  if (isInternalUser_) WriteAnnotations(change, item, isSection);
+  if (isInternalUser_) WriteAnnotations(change, item);
   WritePlatform(change);
   WriteChangeText(change);
   WriteVersion(change);
@@ -156,111 +161,90 @@ void PanelFormatter::WriteChangeLine(const FeatureListDetail& change, const Feat
   writer_.Append(templates_.newline);
 }
 
-void PanelFormatter::WriteAnnotations(const FeatureListDetail& change, const FeatureListItem& item,
-                                      bool isSection) {
+void PanelFormatter::WriteAnnotations(const FeatureListDetail& change,
+                                      const FeatureListItem& item) {
   if (change.DetailInternalCouldNotMatchBetaFeature()) {
-    UTF8to16(change.GetJIRAEpicID(), first_);
-    WriteFilled(kStyleInternalWarning, templates_.unknownIssueNote, first_);
+    WriteFilled(kStyleInternalWarning, kUnknownIssueNote, UTF8to16(change.GetJIRAEpicID()));
   }
-  if (!change.GetViewMoreURLOptional().empty()) WriteIgnoredURLNote(change, item, isSection);
+  if (!change.GetViewMoreURLOptional().empty()) WriteIgnoredURLNote(change, item);
   if (change.HasMalformedPlatform()) {
-    UTF8to16(change.GetRelevantPlatformOptional(), first_);
-    WriteFilled(kStyleInternalWarning, templates_.ignoredPlatformNote, first_);
+    WriteFilled(kStyleInternalWarning, kIgnoredPlatformNote,
+                UTF8to16(change.GetRelevantPlatformOptional()));
   }
   if (change.HasMalformedSalience()) {
-    UTF8to16(change.GetSalienceOptional(), first_);
-    WriteFilled(kStyleInternalWarning, templates_.ignoredSalienceNote, first_);
+    WriteFilled(kStyleInternalWarning, kIgnoredSalienceNote,
+                UTF8to16(change.GetSalienceOptional()));
   }
 }
 
 void PanelFormatter::WriteIgnoredURLNote(const FeatureListDetail& change,
-                                         const FeatureListItem& item, bool isSection) {
-  UTF16String& reasons = first_;
-  reasons.clear();
+                                         const FeatureListItem& item) {
+  UTF16String reasons;
   const auto add = [&reasons](std::u16string_view reason) {
     if (!reasons.empty()) reasons += kReasonSeparator;
     reasons += reason;
   };
   if (change.HasDuplicateURL()) add(kDuplicateReason);
   if (change.HasMalformedURL()) add(kMalformedReason);
-  if (isSection) add(templates_.sectionReason.Filled(UTF8to16(item.FeatureJiraIDKey())));
-  if (!reasons.empty()) WriteFilled(kStyleInternalWarning, templates_.ignoredURLNote, reasons);
+  if (IsSection(item)) add(Fill(kSectionReason, UTF8to16(item.FeatureJiraIDKey())));
+  if (!reasons.empty()) WriteFilled(kStyleInternalWarning, kIgnoredURLNote, reasons);
 }
 
 void PanelFormatter::WritePlatform(const FeatureListDetail& change) {
-  const UTF8String& platform = change.GetRelevantPlatformOptional();
   if (!change.HasUsablePlatform()) return;
-  if (CaseInsensitiveEqual(platform, keywords::kMac)) {
-    WriteFilled(kStyleChangeText, templates_.platform, kMacDisplayName);
-  } else {
-    UTF8to16(platform, first_);
-    WriteFilled(kStyleChangeText, templates_.platform, first_);
-  }
+  const UTF8String& platform = change.GetRelevantPlatformOptional();
+  const bool isMac = CaseInsensitiveEqual(platform, keywords::kMac);
+  WriteFilled(kStyleChangeText, templates_.platform,
+              isMac ? UTF16String(kMacDisplayName) : UTF8to16(platform));
 }
 
 void PanelFormatter::WriteChangeText(const FeatureListDetail& change) {
   const UTF8String& text = change.GetDescription();
-  if (!IsZString(text)) {
+  if (IsZString(text)) {
+    writer_.Append(kStyleChangeText, Localize(text));
+  } else {
     writer_.AppendUTF8(kStyleChangeText, text);
-    return;
   }
-  Localize(text, first_);
-  writer_.Append(kStyleChangeText, first_);
 }
 
 void PanelFormatter::WriteVersion(const FeatureListDetail& change) {
-  Localize(change.GetChangeAddedVersion(), first_);
-  if (first_.empty()) return;
-  Localize(change.GetRelevantFirstVersionOptional(), second_);
-  if (second_.empty()) {
-    WriteFilled(kStyleInternalCode, templates_.version, first_);
+  const UTF16String addedVersion = Localize(change.GetChangeAddedVersion());
+  if (addedVersion.empty()) return;
+  const UTF16String firstVersion = Localize(change.GetRelevantFirstVersionOptional());
+  if (firstVersion.empty()) {
+    WriteFilled(kStyleInternalCode, templates_.version, addedVersion);
     return;
   }
-  templates_.versionRange.Fill(filled_, second_, first_);
-  writer_.Append(kStyleInternalCode, filled_);
+  const Replacement versions[] = {{u"@0", firstVersion}, {u"@1", addedVersion}};
+  writer_.AppendReplacing(kStyleInternalCode, templates_.versionRange, versions);
 }
 
 void PanelFormatter::WriteIssueLink(std::string_view id) {
-  if (!MayBeOwnIssue(id)) return;
-  UTF8to16(id, first_);
-  orncore::string::UpperCase(first_, second_);
-  templates_.issueKey.Fill(filled_, second_);
-  writer_.Append(kStyleIssueLink, filled_, templates_.issueLink.Filled(second_),
-                 kIssueLinkAdjustment);
+  const UTF16String key = orncore::string::UpperCase(UTF8to16(id));
+  if (!key.starts_with(kOwnIssuePrefix)) return;
+  const Replacement keyReplacement[] = {{u"@0", key}};
+  writer_.AppendReplacing(kStyleIssueLink, templates_.issueKey, keyReplacement,
+                          Fill(kIssueLink, key), kIssueLinkAdjustment);
 }
 
 void PanelFormatter::WriteCommitLink(const UTF8String& commit) {
   if (commit.empty()) return;
-  UTF8to16(commit, first_);
-  templates_.commitCode.Fill(filled_, first_);
-  writer_.Append(kStyleCommitLink, filled_, templates_.commitLink.Filled(first_),
-                 kCommitLinkAdjustment);
-}
-
-void PanelFormatter::WriteRating(const FeatureListItem& item, const RatingSummary& rating) {
-  if (ratingItems_ != nullptr) RecordForRating(item, rating);
-  if (ratingPlaceholder_.empty()) return;
-  writer_.Append(kStyleRatingPlaceholder,
-                 templates_.newline + ratingPlaceholder_ + templates_.newline);
+  const UTF16String commitID = UTF8to16(commit);
+  const Replacement commitReplacement[] = {{u"@0", commitID}};
+  writer_.AppendReplacing(kStyleCommitLink, kCommitCode, commitReplacement,
+                          Fill(kCommitLink, commitID), kCommitLinkAdjustment);
 }
 
 void PanelFormatter::RecordForRating(const FeatureListItem& item, const RatingSummary& rating) {
   UTF8String description;
   if (!rating.hidesDescription) {
-    Localize(item.GetFeatureDescription(), first_);
-    orncore::string::UTF16to8(first_, description);
+    description = orncore::string::UTF16to8(Localize(item.GetFeatureDescription()));
   }
   auto record = std::make_shared<FeatureListItem>(
       item.GetFeatureJiraIDKey(), item.BetaFeatureInternalKey(),
-      orncore::string::UTF16to8(Title(item)), description, item.GetVisibility());
+      orncore::string::UTF16to8(TitleOf(item)), description, item.GetVisibility());
   record->SetCustomRatingStr(rating.customText);
   (*ratingItems_)[item.GetFeatureJiraIDKey()] = std::move(record);
-}
-
-UTF16String PanelFormatter::Title(const FeatureListItem& item) const {
-  UTF16String title;
-  Localize(item.GetFeatureName(), title);
-  return title.empty() ? UTF8to16(item.FeatureJiraIDKey()) : title;
 }
 
 const UTF16String* PanelFormatter::UnlockLabel(const FeatureListItem& item) const {
@@ -279,10 +263,10 @@ const UTF16String* PanelFormatter::UnlockLabel(const FeatureListItem& item) cons
   return nullptr;
 }
 
-void PanelFormatter::WriteFilled(StyleID style, const TextTemplate& pattern,
+void PanelFormatter::WriteFilled(StyleID style, std::u16string_view pattern,
                                  std::u16string_view text) {
-  pattern.Fill(filled_, text);
-  writer_.Append(style, filled_);
+  const Replacement replacement[] = {{u"@0", text}};
+  writer_.AppendReplacing(style, pattern, replacement);
 }
 
 }  // namespace ornwhatsnew

@@ -1,5 +1,4 @@
-// Writes the panel: its header, its features, their change lines, and the notices that stand where
-// nothing is to be shown.
+// Writes the panel: the header, the features with their changes, and the notice of an empty panel.
 #ifndef ORNWHATSNEW_SRC_PANEL_PANELFORMATTER_H_
 #define ORNWHATSNEW_SRC_PANEL_PANELFORMATTER_H_
 
@@ -15,63 +14,55 @@
 
 namespace ornwhatsnew {
 
-/// Formats one panel. What is shown is decided elsewhere and handed in; how it reads is decided
-/// here. Lives for one display.
+/// Formats one panel. The caller decides which features and changes are shown; the formatter
+/// decides how they read. Create one object for each display.
 class PanelFormatter {
  public:
-  /// Fills `runs` and, when not null, `ratingItems`, which are empty; both, and
-  /// `ratingPlaceholder`, outlive the formatter.
+  /// Localises the templates. The formatter fills `runs` and, if it is not null, `ratingItems`.
+  /// Both must be empty. They and `ratingPlaceholder` must outlive the formatter.
   PanelFormatter(DisplayOptions options, const UTF16String& ratingPlaceholder, StyleRunMap& runs,
                  RatingMap* ratingItems);
 
-  /// Makes room for about so many changes, whose descriptions have so many bytes altogether.
+  /// Reserves memory for about `changes` change lines with `descriptionBytes` of descriptions.
   void Reserve(std::size_t changes, std::size_t descriptionBytes);
 
-  /// Comes first.
+  /// Writes the header. Call it before the other write functions.
   void WriteHeader(const UTF8String& lastVersionSeen, const UTF8String& changesSinceVersion);
+  /// Writes a feature or section with the shown changes in `findings`.
   void WriteFeature(const FeatureListItem& item, const ItemFindings& findings);
-  /// The notice for a panel without features.
+  /// Writes the notice of a panel without features.
   void WriteNothingToShow();
 
+  /// Moves the text out. REQUIRES: the formatter is not used afterwards.
   UTF16String TakeText() { return writer_.TakeText(); }
 
  private:
   struct RatingSummary;
 
-  void WriteTitleLine(const FeatureListItem& item, bool isSection);
+  void WriteTitleLine(const FeatureListItem& item);
   void WriteDescription(const FeatureListItem& item);
-  void WriteChangeLine(const FeatureListDetail& change, const FeatureListItem& item,
-                       bool isSection);
-  void WriteAnnotations(const FeatureListDetail& change, const FeatureListItem& item,
-                        bool isSection);
-  void WriteIgnoredURLNote(const FeatureListDetail& change, const FeatureListItem& item,
-                           bool isSection);
+  void WriteChangeLine(const FeatureListDetail& change, const FeatureListItem& item);
+  void WriteAnnotations(const FeatureListDetail& change, const FeatureListItem& item);
+  void WriteIgnoredURLNote(const FeatureListDetail& change, const FeatureListItem& item);
   void WritePlatform(const FeatureListDetail& change);
   void WriteChangeText(const FeatureListDetail& change);
   void WriteVersion(const FeatureListDetail& change);
   void WriteIssueLink(std::string_view id);
   void WriteCommitLink(const UTF8String& commit);
-  void WriteRating(const FeatureListItem& item, const RatingSummary& rating);
   void RecordForRating(const FeatureListItem& item, const RatingSummary& rating);
 
-  /// The title as the panel shows it.
-  UTF16String Title(const FeatureListItem& item) const;
-  /// The label behind the title; null for none.
+  /// Returns the label after the title, or null if the feature has none.
   const UTF16String* UnlockLabel(const FeatureListItem& item) const;
-  void WriteFilled(StyleID style, const TextTemplate& pattern, std::u16string_view text);
+  /// Writes `pattern` with `text` for `@0`.
+  void WriteFilled(StyleID style, std::u16string_view pattern, std::u16string_view text);
 
   const DisplayOptions options_;
   const UTF16String& ratingPlaceholder_;
   RatingMap* const ratingItems_;
   const DisplayTemplates templates_;
   const UTF16String bulletPrefix_;
-  /// Asked once, behind the header.
-  bool isInternalUser_ = false;
+  const bool isInternalUser_;
   StyledTextWriter writer_;
-  /// Kept between the pieces.
-  UTF16String filled_;
-  UTF16String first_;
-  UTF16String second_;
 };
 
 }  // namespace ornwhatsnew

@@ -1,14 +1,13 @@
 #include "ornwhatsnew/src/panel/StyledTextWriter.h"
 
 #include <cstdint>
-#include <utility>
 
 #include <orncore/string/Conversion.h>
 
 namespace ornwhatsnew {
 namespace {
 
-// What a pair of surrogates takes less than its halves do as replacement characters.
+// Two lone surrogates take 3 bytes each as U+FFFD; the pair takes 4 bytes.
 constexpr std::size_t kBytesSavedByPairing = 2;
 
 constexpr bool IsHighSurrogate(char16_t unit) {
@@ -23,70 +22,63 @@ int WrappingSum(std::size_t bytes, int adjustment) {
                           static_cast<std::uint32_t>(adjustment));
 }
 
-void RecordRun(std::size_t bytesBefore, std::size_t pieceBytes, RunAdjustment adjustment,
-               UTF16String&& runString, std::vector<StyleRun>& runs) {
-  runs.emplace_back(std::pair(WrappingSum(bytesBefore, adjustment.start),
-                              WrappingSum(pieceBytes, adjustment.length)),
-                    std::move(runString));
-}
-
 }  // namespace
 
-void RecordStyleRun(StyleID style, std::size_t bytesBefore, std::size_t pieceBytes,
-                    RunAdjustment adjustment, UTF16String runString, StyleRunMap& runs) {
-  RecordRun(bytesBefore, pieceBytes, adjustment, std::move(runString), runs[style]);
+void RecordStyleRun(StyleID style, std::size_t start, std::size_t length, RunAdjustment adjustment,
+                    UTF16String runString, StyleRunMap& runs) {
+  runs[style].emplace_back(
+      std::pair(WrappingSum(start, adjustment.start), WrappingSum(length, adjustment.length)),
+      std::move(runString));
 }
 
-void StyledTextWriter::Append(std::u16string_view piece) {
-  const std::size_t unitsBefore = text_.size();
-  text_ += piece;
-  CountAppended(unitsBefore);
+void StyledTextWriter::Append(std::u16string_view string) {
+  const std::size_t begin = text_.size();
+  text_ += string;
+  CountAppended(begin);
 }
 
-void StyledTextWriter::Append(StyleID style, std::u16string_view piece, UTF16String runString,
+void StyledTextWriter::Append(StyleID style, std::u16string_view string, UTF16String runString,
                               RunAdjustment adjustment) {
-  const std::size_t bytesBefore = bytes_;
-  const std::size_t unitsBefore = text_.size();
-  text_ += piece;
-  RecordRun(bytesBefore, CountAppended(unitsBefore), adjustment, std::move(runString),
-            RunsOf(style));
+  const std::size_t begin = text_.size();
+  text_ += string;
+  RecordAppended(begin, style, std::move(runString), adjustment);
 }
 
-void StyledTextWriter::AppendUTF8(StyleID style, std::string_view piece) {
-  const std::size_t bytesBefore = bytes_;
-  const std::size_t unitsBefore = text_.size();
-  orncore::string::AppendUTF8to16(piece, text_);
-  RecordRun(bytesBefore, CountAppended(unitsBefore), {}, {}, RunsOf(style));
+void StyledTextWriter::AppendUTF8(StyleID style, std::string_view string) {
+  const std::size_t begin = text_.size();
+  orncore::string::AppendUTF8to16(string, text_);
+  RecordAppended(begin, style, {}, {});
 }
 
-void StyledTextWriter::RecordRunBefore(StyleID style, std::u16string_view piece) {
-  RecordRun(bytes_, orncore::string::UTF8Length(piece), {}, {}, RunsOf(style));
+void StyledTextWriter::AppendReplacing(StyleID style, std::u16string_view pattern,
+                                       Replacements replacements, UTF16String runString,
+                                       RunAdjustment adjustment) {
+  const std::size_t begin = text_.size();
+  orncore::string::AppendReplacing(pattern, replacements, text_);
+  RecordAppended(begin, style, std::move(runString), adjustment);
 }
 
-UTF16String StyledTextWriter::TakeText() {
-  bytes_ = 0;
-  return std::exchange(text_, {});
+void StyledTextWriter::RecordRunOfNext(StyleID style, std::u16string_view string) {
+  RecordStyleRun(style, bytes_, orncore::string::UTF8Length(string), {}, {}, runs_);
 }
 
-std::vector<StyleRun>& StyledTextWriter::RunsOf(StyleID style) {
-  const auto place = static_cast<std::size_t>(style);
-  if (runsByStyle_[place] == nullptr) {
-    runsByStyle_[place] = &runs_[style];
-    runsByStyle_[place]->reserve(expectedRuns_[place]);
-  }
-  return *runsByStyle_[place];
+void StyledTextWriter::RecordAppended(std::size_t begin, StyleID style, UTF16String runString,
+                                      RunAdjustment adjustment) {
+  const std::size_t start = bytes_;
+  RecordStyleRun(style, start, CountAppended(begin), adjustment, std::move(runString), runs_);
 }
 
-std::size_t StyledTextWriter::CountAppended(std::size_t unitsBefore) {
-  const std::u16string_view piece = std::u16string_view(text_).substr(unitsBefore);
-  const std::size_t pieceBytes = orncore::string::UTF8Length(piece);
-  bytes_ += pieceBytes;
-  // Halves that meet here count as the character that they now are.
-  if (!piece.empty() && unitsBefore > 0 && IsHighSurrogate(text_[unitsBefore - 1]) &&
-      IsLowSurrogate(piece.front())) {
+std::size_t StyledTextWriter::CountAppended(std::size_t begin) {
+  const std::u16string_view appended = std::u16string_view(text_).substr(begin);
+  const std::size_t length = orncore::string::UTF8Length(appended);
+  bytes_ += length;
+  // A high surrogate at the old end and a low surrogate after it are one character in the whole
+  // text, although each counted as U+FFFD on its own.
+  if (!appended.empty() && begin > 0 && IsHighSurrogate(text_[begin - 1]) &&
+      IsLowSurrogate(appended.front())) {
     bytes_ -= kBytesSavedByPairing;
   }
-  return pieceBytes;
+  return length;
 }
 
 }  // namespace ornwhatsnew

@@ -2,71 +2,70 @@
 #ifndef ORNWHATSNEW_SRC_PANEL_STYLEDTEXTWRITER_H_
 #define ORNWHATSNEW_SRC_PANEL_STYLEDTEXTWRITER_H_
 
-#include <array>
 #include <cstddef>
+#include <span>
 #include <string_view>
-#include <vector>
+#include <utility>
 
+#include <orncore/string/Replace.h>
 #include <ornwhatsnew/utility/SharedTypes.h>
 
 namespace ornwhatsnew {
 
-/// How far a run's start and length differ from those of its piece, in UTF-8 bytes.
+/// The difference between a run and its string, in UTF-8 bytes.
 struct RunAdjustment {
   int start = 0;
   int length = 0;
 };
 
-/// Appends the run of a piece of `pieceBytes` UTF-8 bytes behind a text of `bytesBefore`. The
-/// arithmetic is that of 32 bits and wraps.
-void RecordStyleRun(StyleID style, std::size_t bytesBefore, std::size_t pieceBytes,
-                    RunAdjustment adjustment, UTF16String runString, StyleRunMap& runs);
+/// Adds to `runs` the run of a string of `length` UTF-8 bytes that begins at byte `start` of the
+/// text. Computes with 32-bit integers that wrap around.
+void RecordStyleRun(StyleID style, std::size_t start, std::size_t length, RunAdjustment adjustment,
+                    UTF16String runString, StyleRunMap& runs);
 
-/// A text that grows piece by piece. Runs count UTF-8 bytes of the whole text, so the writer keeps
-/// that count instead of converting the text again for every run.
+/// A text that grows at its end. Style runs count UTF-8 bytes of the whole text. The writer keeps
+/// that count, because converting the whole text for every run would take quadratic time.
 class StyledTextWriter {
  public:
-  /// Writes an empty text; runs go to `runs`, which is cleared and must outlive the writer.
-  explicit StyledTextWriter(StyleRunMap& runs) : runs_(runs) { runs_.clear(); }
+  using Replacements = std::span<const orncore::string::Replacement>;
 
-  /// Makes room for a text of so many UTF-16 units.
+  /// Starts with an empty text. The runs are added to `runs`, which must outlive the writer.
+  explicit StyledTextWriter(StyleRunMap& runs) : runs_(runs) {}
+
+  /// Reserves memory for a text of `units` UTF-16 units.
   void Reserve(std::size_t units) { text_.reserve(units); }
 
-  /// Makes room for so many runs of a style, once it has the first.
-  void ReserveRuns(StyleID style, std::size_t count) {
-    expectedRuns_[static_cast<std::size_t>(style)] = count;
-  }
+  /// Appends `string` without a run.
+  void Append(std::u16string_view string);
 
-  /// Appends a piece without style.
-  void Append(std::u16string_view piece);
-
-  /// Appends a piece and records its run. An empty piece has a run, too.
-  void Append(StyleID style, std::u16string_view piece, UTF16String runString = {},
+  /// Appends `string` and records its run, also if `string` is empty.
+  void Append(StyleID style, std::u16string_view string, UTF16String runString = {},
               RunAdjustment adjustment = {});
 
-  /// The same from UTF-8.
-  void AppendUTF8(StyleID style, std::string_view piece);
+  /// Appends a string given in UTF-8 and records its run.
+  void AppendUTF8(StyleID style, std::string_view string);
 
-  /// Records a run over the piece that comes next.
-  void RecordRunBefore(StyleID style, std::u16string_view piece);
+  /// Appends `pattern` with `replacements` applied, and records the run of the result.
+  void AppendReplacing(StyleID style, std::u16string_view pattern, Replacements replacements,
+                       UTF16String runString = {}, RunAdjustment adjustment = {});
 
-  /// The text; the writer is empty afterwards.
-  UTF16String TakeText();
+  /// Records a run for `string`, which the caller appends next.
+  void RecordRunOfNext(StyleID style, std::u16string_view string);
+
+  /// Moves the text out. REQUIRES: the writer is not used afterwards.
+  UTF16String TakeText() { return std::move(text_); }
 
  private:
-  /// The runs of a style, which are looked up once: a map's entries stay where they are.
-  std::vector<StyleRun>& RunsOf(StyleID style);
+  /// Records the run of everything in `text_` from the index `begin`, and counts its bytes.
+  void RecordAppended(std::size_t begin, StyleID style, UTF16String runString,
+                      RunAdjustment adjustment);
 
-  /// Counts what was appended behind the first `unitsBefore` units.
-  std::size_t CountAppended(std::size_t unitsBefore);
-
-  /// The library's own styles, 0 to 13.
-  static constexpr std::size_t kStyleCount = 14;
+  /// Adds everything in `text_` from the index `begin` to `bytes_`. Returns its UTF-8 bytes.
+  std::size_t CountAppended(std::size_t begin);
 
   StyleRunMap& runs_;
-  std::array<std::vector<StyleRun>*, kStyleCount> runsByStyle_{};
-  std::array<std::size_t, kStyleCount> expectedRuns_{};
   UTF16String text_;
+  /// The UTF-8 bytes of `text_`.
   std::size_t bytes_ = 0;
 };
 
