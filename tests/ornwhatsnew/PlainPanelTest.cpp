@@ -140,7 +140,9 @@ class World {
         random_.Pick(kPlatforms), random_.Pick(kURLs),    random_.Flip() ? "" : "abc123"};
     std::string row;
     for (const char* value : usual) row += Field(value) + ',';
-    row += Field("") + Text();
+    // Two statements, because the operands of one "+" are evaluated in an unspecified order.
+    row += Field("");
+    row += Text();
     if (random_.OneIn(15)) row += ",";
     return row;
   }
