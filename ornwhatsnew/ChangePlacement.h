@@ -1,4 +1,4 @@
-// Where a change of the data file goes: which item of the list takes it.
+// Finds the item of the list to which a change of the data file is attached.
 #ifndef ORNWHATSNEW_CHANGEPLACEMENT_H_
 #define ORNWHATSNEW_CHANGEPLACEMENT_H_
 
@@ -10,18 +10,18 @@
 
 namespace ornwhatsnew {
 
-/// The item that takes a change, and whether the change's IDs led to it.
+/// The result of `PlaceChange`.
 struct ChangePlacement {
-  /// Owned by the list. Null when even the section that should take the change is missing: the
-  /// change is dropped.
+  /// The item, owned by the list. Null if the section to which the change belongs is missing; the
+  /// parser then drops the change.
   FeatureListItem* item = nullptr;
-  /// Whether neither ID named an item; such a change goes to the internal section and is marked.
+  /// Whether neither ID matched an item. Such a change goes to the internal section and is marked.
   bool unmatched = false;
 };
 
-/// Finds the item for a change. The IDs are looked up exactly as written, the story ID before the
-/// grouping ID; "INTERNAL" in any letter case names the internal section at once; an unreviewed
-/// change always goes to the unreviewed section.
+/// Finds the item for a change. Looks up the IDs exactly as written, first the story ID, then the
+/// grouping ID. The grouping ID "INTERNAL", in any letter case, is the internal section; the story
+/// ID is then ignored. An unreviewed change goes to the unreviewed section, whatever its IDs are.
 ORN_EXPORT ChangePlacement PlaceChange(const FeatureMap& items, std::string_view groupingID,
                                        std::string_view storyID, bool unreviewed);
 

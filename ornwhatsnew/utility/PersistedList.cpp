@@ -3,36 +3,10 @@
 #include <algorithm>
 #include <utility>
 
-#include <boost/algorithm/string/classification.hpp>
-#include <boost/algorithm/string/split.hpp>
-#include <boost/range/iterator_range.hpp>
-
-#include "ornwhatsnew/src/datafile/RunIterator.h"
 #include "ornwhatsnew/src/rules/Keywords.h"
 
 namespace ornwhatsnew {
 namespace {
-
-using BlankRuns = RunIterator<' '>;
-
-// What the splitter makes of two places: the text between them.
-struct Piece {
-  Piece(BlankRuns begin, BlankRuns end)
-      : text(begin.Position(), static_cast<std::size_t>(end.Position() - begin.Position())) {}
-
-  std::string_view text;
-};
-
-std::vector<Piece> Split(std::string_view text) {
-  std::vector<Piece> pieces;
-  if (text.empty()) return pieces;
-  const auto [begin, end] = RunsOf<' '>(text, text.data() + text.size());
-  const auto isBlank = boost::algorithm::is_any_of(" ");
-  // By reference, as the splitter copies its predicate for each piece.
-  boost::algorithm::split(pieces, boost::make_iterator_range(begin, end),
-                          [&isBlank](char c) { return isBlank(c); });
-  return pieces;
-}
 
 // Grows `text` by the separator where one is due.
 void AppendSeparator(UTF8String& text) {
@@ -46,11 +20,15 @@ const UTF8String kLastVersionSeenKey{keywords::kLastVersionSeen};
 const UTF8String kAllVersionsSeenKey{keywords::kAllVersionsSeen};
 
 std::vector<std::string_view> SplitPersistedList(std::string_view text) {
-  const std::vector<Piece> pieces = Split(text);
-  std::vector<std::string_view> views;
-  views.reserve(pieces.size());
-  for (const Piece& piece : pieces) views.push_back(piece.text);
-  return views;
+  std::vector<std::string_view> pieces;
+  if (text.empty()) return pieces;
+  std::size_t begin = 0;
+  while (begin <= text.size()) {
+    const std::size_t end = std::min(text.find(' ', begin), text.size());
+    pieces.push_back(text.substr(begin, end - begin));
+    begin = end + 1;
+  }
+  return pieces;
 }
 
 UTF8String JoinPersistedList(std::vector<std::string_view> pieces) {
@@ -65,10 +43,10 @@ UTF8String JoinPersistedList(std::vector<std::string_view> pieces) {
 }
 
 IdentitySet ParseGuidList(std::string_view text) {
-  const std::vector<Piece> pieces = Split(text);
+  const std::vector<std::string_view> pieces = SplitPersistedList(text);
   std::vector<Guid> guids;
   guids.reserve(pieces.size());
-  for (const Piece& piece : pieces) guids.emplace_back(piece.text);
+  for (const std::string_view piece : pieces) guids.emplace_back(piece);
   return IdentitySet(std::move(guids));
 }
 

@@ -207,6 +207,19 @@ TEST_F(DataFileParse, ChangeWithoutASectionToTakeItIsDropped) {
   EXPECT_THAT(list.GetFeatureItems(), IsEmpty());
 }
 
+TEST_F(DataFileParse, EmptyEntryTakesNoChange) {
+  FeatureListData list(host_.Getter(), host_.Setter());
+  list.ParseWhatsNewData("");
+  list.BubbleUnlockedItemsToTheTop();  // leaves an empty entry for a key without an item
+  ASSERT_EQ(list.GetFeatureItems().at("UNREVIEWED"), nullptr);
+  list.InsertFeatureListItem(test_support::MakeItem({.groupingKey = "EPIC-1"}));
+  list.ParseWhatsNewData(DataFileText(
+      {{.groupingID = "EPIC-1", .storyID = "UNREVIEWED", .description = "Found by the epic"},
+       {.groupingID = "EPIC-1", .salience = "Unreviewed", .description = "Dropped"}}));
+  EXPECT_THAT(ChangeDescriptions(ItemOf(list, "EPIC-1")), ElementsAre("Found by the epic"));
+  EXPECT_EQ(list.GetFeatureItems().at("UNREVIEWED"), nullptr);
+}
+
 TEST_F(DataFileParse, EmptyStoryIDIsLookedUpLikeAnyOther) {
   host_.AddFeature({.internalKey = "no epic", .name = "No epic"});
   list_.ParseBetaFeatures();

@@ -1,13 +1,14 @@
 #include <ornwhatsnew/DataFileReader.h>
 
+#include <algorithm>
 #include <ostream>
 #include <string>
 #include <vector>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <boost/tokenizer.hpp>
 
+#include "tests/support/PlainText.h"
 #include "tests/support/RandomSource.h"
 
 namespace ornwhatsnew {
@@ -109,7 +110,7 @@ TEST(DataFileReader, HeaderWithoutAGroupingIDDoesNotCount) {
   EXPECT_THAT(Kinds("1,,,,,,,,,\n1,EPIC-1,,,,,,,,"), ElementsAre(Kind::kSkipped, Kind::kHeader));
 }
 
-TEST(DataFileReader, TellsWhyARowIsSkipped) {
+TEST(DataFileReader, ReportsWhyARowIsSkipped) {
   const auto rows = Read(std::string(kHeader) +
                          "\n"
                          "\r\n"
@@ -265,7 +266,7 @@ TEST(DataFileReader, ByteOrderMarkElsewhereStays) {
             "1");
 }
 
-TEST(DataFileReader, TellsWhereFieldsBegin) {
+TEST(DataFileReader, ReportsWhereFieldsBegin) {
   const auto rows = Read("ab,\"c,d\",,e\n,\"");
   EXPECT_THAT(std::vector(rows[0].offsets.begin(), rows[0].offsets.begin() + 4),
               ElementsAre(0U, 3U, 9U, 10U));
@@ -311,6 +312,31 @@ TEST(DataFileReader, OffsetsAreThoseOfACharacterByCharacterWalk) {
     ASSERT_EQ(read.fieldCount, begins.size()) << row;
     begins.resize(std::min(begins.size(), kDataColumnCount));
     ASSERT_TRUE(std::equal(begins.begin(), begins.end(), read.offsets.begin())) << row;
+  }
+}
+
+// Every text of up to six of the bytes that the reader treats specially, and an ordinary one.
+TEST(DataFileReader, ShortTextsAreCutLikeBoostsTokenizerCutsThem) {
+  constexpr std::string_view kBytes = ",\"\\\nx";
+  std::size_t texts = 1;
+  for (std::size_t length = 0; length <= 6; ++length, texts *= kBytes.size()) {
+    for (std::size_t number = 0; number < texts; ++number) {
+      std::string text;
+      for (std::size_t rest = number; text.size() < length; rest /= kBytes.size()) {
+        text += kBytes[rest % kBytes.size()];
+      }
+      const std::vector<std::string> expected = test_support::PlainCut(text, "\n", "");
+      DataFileReader reader(text);
+      for (const std::string& expectedRow : expected) {
+        const DataRow* const row = reader.Next();
+        ASSERT_NE(row, nullptr) << text;
+        ASSERT_EQ(row->text, expectedRow) << text;
+        const std::vector<std::string> fields = test_support::PlainCut(expectedRow, ",", "\"");
+        ASSERT_EQ(row->fieldCount, fields.size()) << text;
+        ASSERT_TRUE(std::equal(fields.begin(), fields.end(), row->values.begin())) << text;
+      }
+      ASSERT_EQ(reader.Next(), nullptr) << text;
+    }
   }
 }
 

@@ -7,7 +7,8 @@
 namespace ornwhatsnew {
 namespace {
 
-// An empty entry is no item.
+// Compatibility: the map can hold keys without an item (docs/compatibility.md). Such a key is
+// treated as missing.
 FeatureListItem* Find(const FeatureMap& items, std::string_view key) {
   const auto found = items.find(std::string(key));
   return found == items.end() ? nullptr : found->second.get();

@@ -6,31 +6,41 @@
 #include <orncore/string/Conversion.h>
 
 namespace ornwhatsnew {
-namespace {
 
-constexpr bool IsLineEnd(char16_t unit) {
-  return unit == u'\r' || unit == u'\n';
+std::size_t FindFieldEnd(std::string_view row, std::size_t begin) {
+  std::size_t comma = std::min(row.find(',', begin), row.size());
+  std::size_t quote = row.substr(0, comma).find('"', begin);
+  while (quote < comma) {
+    const std::size_t closingQuote = row.find('"', quote + 1);
+    if (closingQuote == row.npos) return row.size();
+    if (comma < closingQuote) comma = std::min(row.find(',', closingQuote), row.size());
+    quote = row.find('"', closingQuote + 1);
+  }
+  return comma;
 }
-constexpr bool MayHaveLowerCase(char c) {
-  return (c >= 'A' && c <= 'Z') || static_cast<unsigned char>(c) >= 0x80;
+
+bool IsClean(std::string_view text) {
+  return text.find('"') == text.npos && text.find('\r') == text.npos &&
+         orncore::string::IsWellFormedUTF8(text);
 }
 
-bool HasLineEnd(std::string_view bytes) {
-  return bytes.find('\r') != std::string_view::npos || bytes.find('\n') != std::string_view::npos;
-}
+std::string_view CleanField(std::string_view field, UTF8String& buffer) {
+  if (IsClean(field)) return field;
 
-}  // namespace
+  // Compatibility: all quotes are dropped, a doubled quote included (docs/compatibility.md).
+  buffer.assign(field);
+  std::erase(buffer, '"');
+  if (IsClean(buffer)) return buffer;
 
-std::string_view FieldCleaner::Clean(std::string_view field, UTF8String& buffer) {
-  if (!HasLineEnd(field) && orncore::string::IsWellFormedUTF8(field)) return field;
-  orncore::string::UTF8to16(field, utf16_);
-  std::erase_if(utf16_, IsLineEnd);
-  orncore::string::UTF16to8(utf16_, buffer);
+  // Carriage returns are removed from the UTF-16 text, so that the bytes on both sides of one never
+  // form a new character. A field holds no line feed, because every line feed ends a row.
+  UTF16String text = orncore::string::UTF8to16(buffer);
+  std::erase(text, u'\r');
+  orncore::string::UTF16to8(text, buffer);
   return buffer;
 }
 
 std::string_view LowerField(std::string_view field, UTF8String& buffer) {
-  if (std::ranges::none_of(field, MayHaveLowerCase)) return field;
   orncore::string::LowerCaseUTF8(field, buffer);
   return buffer;
 }

@@ -1,31 +1,30 @@
-// Makes a field of the data file the value that the list keeps: through UTF-16 and back, so that
-// ill-formed bytes become U+FFFD, without carriage returns and line feeds, and in lower case where
-// the column asks for it.
+// Cuts a row of the data file into fields, and turns each field into the value that the list
+// stores.
 //
-// Nearly all fields are ASCII and clean already: those are handed back as they stand, a view into
-// the file, and never leave 8 bits. The others are worked out in buffers that are kept.
+// Nearly all fields need no change. They are returned as views into the file and never copied.
 #ifndef ORNWHATSNEW_SRC_DATAFILE_FIELDCLEANER_H_
 #define ORNWHATSNEW_SRC_DATAFILE_FIELDCLEANER_H_
 
-#include <string>
+#include <cstddef>
 #include <string_view>
 
 #include <ornwhatsnew/utility/SharedTypes.h>
 
 namespace ornwhatsnew {
 
-/// Works on one field at a time, with kept buffers.
-class FieldCleaner {
- public:
-  /// The cleaned field: a view of `field` itself, or of `buffer`, which is overwritten; `field` may
-  /// be a view of `buffer`.
-  std::string_view Clean(std::string_view field, UTF8String& buffer);
+/// Returns the index at which the field that begins at `begin` ends: that of the next comma outside
+/// quotes, or the size of the row. Linear in the bytes that it passes.
+std::size_t FindFieldEnd(std::string_view row, std::size_t begin);
 
- private:
-  UTF16String utf16_;
-};
+/// Whether `CleanField` would return `text` unchanged. The fields of a clean row are clean.
+bool IsClean(std::string_view text);
 
-/// A clean field in lower case: a view of `field` itself, or of `buffer`, which is overwritten.
+/// Returns the field without quotes and carriage returns, with each maximal subpart of an
+/// ill-formed sequence replaced by U+FFFD. The result views `field` or `buffer`; the function
+/// overwrites `buffer`.
+std::string_view CleanField(std::string_view field, UTF8String& buffer);
+
+/// Returns a clean field in lower case, as a view of `buffer`, which the function overwrites.
 std::string_view LowerField(std::string_view field, UTF8String& buffer);
 
 }  // namespace ornwhatsnew
