@@ -1,5 +1,5 @@
-// The panel's text with everything shown. The floor makes one identity and writes one line with
-// its style runs for each record, and knows of no features, options or languages.
+// Formats the panel with everything shown. The baseline computes one identity and writes one line
+// with its style runs for each record, without features, options or languages.
 #include <map>
 #include <memory>
 #include <string>
@@ -107,7 +107,7 @@ void HandDisplay(benchmark::State& state) {
   }
   SetRows(state, Rows(state));
 }
-BENCHMARK(HandDisplay)->Name("Floor.Display")->RangeMultiplier(10)->Range(100, 1'000'000);
+BENCHMARK(HandDisplay)->Name("Baseline.Display")->RangeMultiplier(10)->Range(100, 1'000'000);
 
 }  // namespace
 }  // namespace benchmarks

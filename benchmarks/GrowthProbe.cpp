@@ -1,5 +1,5 @@
-// Loads a sample file of so many rows and displays it, once, for tools that count instructions:
-// what they count, they pick by the names of the functions.
+// Loads and displays a sample file with the given number of rows, once. For tools that count the
+// instructions of functions by name.
 #include <cstdlib>
 #include <iostream>
 

@@ -1,4 +1,4 @@
-// What a loaded list takes of memory beyond the bytes of its file, and how many blocks it is in.
+// Measures the memory and the allocations of a loaded list, without the bytes of its file.
 #include <memory>
 #include <string>
 

@@ -1,5 +1,5 @@
-// Start-up: a whole process from its creation to its end, which does nothing but be loaded. What
-// counts is the time that it spends on a processor, not that it waits for one.
+// Start-up: runs a process that only loads the library. Measures the processor time of the whole
+// process, from its creation to its end.
 #include <cerrno>
 #include <optional>
 #include <string>
@@ -18,7 +18,7 @@ double Seconds(const timeval& time) {
   return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_usec) / 1e6;
 }
 
-// Runs a program; none when that failed.
+// Runs a program. Returns nothing if the program failed.
 std::optional<double> SecondsOf(std::string path) {
   char* arguments[] = {path.data(), nullptr};
   char* environment[] = {nullptr};
@@ -42,8 +42,8 @@ void Start(benchmark::State& state, const char* program) {
   }
   state.SetItemsProcessed(state.iterations());
 }
-// An application in C++ that has nothing to do; and one that is not even that.
-BENCHMARK_CAPTURE(Start, runtime, "start_runtime")->Name("Floor.Start")->UseManualTime();
+// An empty C++ program, and one without the C++ runtime.
+BENCHMARK_CAPTURE(Start, runtime, "start_runtime")->Name("Baseline.Start")->UseManualTime();
 BENCHMARK_CAPTURE(Start, bare, "start_bare")->Name("Bare.Start")->UseManualTime();
 BENCHMARK_CAPTURE(Start, thirdParty, "start_third_party")
     ->Name("ThirdParty.Start")

@@ -1,5 +1,5 @@
 // What was seen: a text of identities read, merged with a tenth as many new ones, and written. The
-// floor does no more than read and write the digits.
+// baseline only reads and writes the digits.
 #include <array>
 #include <cstddef>
 #include <cstdint>
@@ -98,7 +98,7 @@ void HandState(benchmark::State& state) {
   }
   SetRows(state, Rows(state));
 }
-BENCHMARK(HandState)->Name("Floor.State")->RangeMultiplier(10)->Range(1'000, 1'000'000);
+BENCHMARK(HandState)->Name("Baseline.State")->RangeMultiplier(10)->Range(1'000, 1'000'000);
 
 }  // namespace
 }  // namespace benchmarks

@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Makes one table of the results that the benchmarks wrote as JSON: python3 table.py FILE..."""
+"""Prints one table of the JSON results of the benchmarks: python3 table.py FILE..."""
 
 import json
 import sys
@@ -8,7 +8,7 @@ from typing import NamedTuple
 
 
 class Goal(NamedTuple):
-    """At most so many times the floor, at the sizes for which that is meant."""
+    """The largest ratio to the baseline, and the sizes to which the goal applies."""
 
     times: float
     smallest: int = 0
@@ -25,16 +25,16 @@ GOALS = {
     "KeyOrder": Goal(2),
 }
 
-# A row at the last size takes at most so many times as long as one at the first.
+# The largest ratio of the time for a row at the second size to that at the first.
 GROWTH = {"Load": (10_000, 1_000_000, 1.8), "Display": (10_000, 1_000_000, 2.5)}
 
-# Bytes a row beyond its text; and milliseconds beyond an empty program.
+# Bytes for each row besides its text, and milliseconds more than an empty program.
 MEMORY_GOAL = 650
 START_GOAL = 0.3
 
 
 def read(paths: list[Path]) -> dict[tuple[str, int], dict]:
-    """The medians by name and size; a benchmark without sizes has size 0."""
+    """Returns the medians by name and size. A benchmark without sizes has size 0."""
     results = {}
     for path in paths:
         for run in json.loads(path.read_text())["benchmarks"]:
@@ -52,12 +52,10 @@ def nanoseconds(run: dict) -> float:
     return 1e9 / run["items_per_second"]
 
 
-def floor_name(name: str, names: set[str]) -> str | None:
-    """The floor of a benchmark; those that do the same in another way name it behind a dot."""
-    for candidate in ("Floor." + name, "Floor." + name.partition(".")[2]):
-        if candidate in names:
-            return candidate
-    return None
+def baseline_name(name: str, names: set[str]) -> str | None:
+    """Returns the name of the baseline of a benchmark."""
+    baseline = "Baseline." + name
+    return baseline if baseline in names else None
 
 
 def verdict(figure: float, goal: float) -> str:
@@ -68,10 +66,10 @@ def ratio_rows(results: dict) -> list[list[str]]:
     rows = []
     names = {name for name, _ in results}
     for (name, size), run in sorted(results.items()):
-        floor = floor_name(name, names)
-        if name.startswith("Floor.") or floor is None or name.endswith("Start"):
+        baseline = baseline_name(name, names)
+        if name.startswith("Baseline.") or baseline is None or name.endswith("Start"):
             continue
-        own, peer = nanoseconds(run), nanoseconds(results[floor, size])
+        own, peer = nanoseconds(run), nanoseconds(results[baseline, size])
         goal = GOALS.get(name)
         row = [name, f"{size:,}" if size else "", f"{own:,.1f} ns", f"{peer:,.1f} ns",
                f"{own / peer:.2f}x"]
@@ -100,10 +98,10 @@ def memory_rows(results: dict) -> list[list[str]]:
 
 
 def start_rows(results: dict) -> list[list[str]]:
-    if ("Floor.Start", 0) not in results:
+    if ("Baseline.Start", 0) not in results:
         return []
     rows = []
-    empty = nanoseconds(results["Floor.Start", 0]) / 1e6
+    empty = nanoseconds(results["Baseline.Start", 0]) / 1e6
     for name in ("Bare.Start", "ThirdParty.Start", "Start"):
         own = nanoseconds(results[name, 0]) / 1e6
         row = [name, "", f"{own:.2f} ms", f"{empty:.2f} ms", f"{own - empty:+.2f} ms"]
@@ -114,7 +112,7 @@ def start_rows(results: dict) -> list[list[str]]:
 
 
 def markdown(rows: list[list[str]]) -> str:
-    header = ["what", "size", "one", "floor", "ratio", "goal", ""]
+    header = ["what", "size", "one", "baseline", "ratio", "goal", ""]
     table = [header] + [row + [""] * (len(header) - len(row)) for row in rows]
     widths = [max(len(row[column]) for row in table) for column in range(len(header))]
     lines = ["| " + " | ".join(cell.ljust(width) for cell, width in zip(row, widths)) + " |"

@@ -1,7 +1,7 @@
 # shellcheck shell=bash
 # Part of ./dev: the benchmarks, and the guard against growth that is worse than linear.
 
-bench_subjects=(cutting fields load memory identity news display state keyorder start)
+bench_subjects=(cutting load memory identity news display state keyorder start)
 
 bench_usage() {
   cat <<TEXT
@@ -21,8 +21,7 @@ require_subject() {
   fail "there is no subject \"$1\"; they are: ${bench_subjects[*]}"
 }
 
-# Each benchmark and its floor in turns and in random order, so that what else the machine does
-# meets both.
+# Each benchmark and its baseline in turns and in random order, so that other load affects both.
 run_benchmark() {
   local subject=$1
   "build/bench/bin/benchmark_$subject" --benchmark_repetitions=9 --benchmark_min_time=0.05 \

@@ -1,2 +1,2 @@
-// Does nothing; linked without anything, with the C++ runtime, or with all that ours stands on.
+// Does nothing. Linked without libraries, with the C++ runtime, or with all dependencies.
 int main() {}

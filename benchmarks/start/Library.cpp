@@ -1,11 +1,11 @@
-// Loads the library, which registers itself meanwhile, and checks that it did.
+// Loads the library and checks that it registered itself.
 #include <algorithm>
 
 #include <orncore/config/InitializerRegistrar.h>
 #include <ornwhatsnew/WhatsNew.h>
 
 int main(int argc, char**) {
-  // Never true, but the linker does not know: it keeps the library for it.
+  // Never true. The call prevents the linker from dropping the library.
   if (argc > 1'000) ornwhatsnew::GetWhatsNew({}, nullptr, {}, {});
   return std::ranges::count(orncore::config::GetRegisteredInitializers(),
                             "ornwhatsnew.FeatureListData") == 1

@@ -8,7 +8,7 @@
 namespace benchmarks {
 namespace {
 
-// What stands before each block, by which the allocator finds it again.
+// The size of the header that the allocator stores before each block.
 constexpr std::size_t kBlockHead = sizeof(std::size_t);
 
 std::size_t liveBytes = 0;
@@ -26,7 +26,7 @@ std::size_t AllocationCount() {
 
 }  // namespace benchmarks
 
-// The other forms of the language call these.
+// The other forms of new and delete call these.
 void* operator new(std::size_t size) {
   void* const block = std::malloc(size);
   if (block == nullptr) throw std::bad_alloc();

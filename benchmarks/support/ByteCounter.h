@@ -1,5 +1,5 @@
-// The allocation functions of a program, counting. A file of its own, since compilers that see both
-// functions together take each for the other's mistake.
+// Counts the allocations of a program. The functions are in a .cpp file of their own, because
+// compilers warn about a mismatch if they see a replaced new and delete together.
 #ifndef BENCHMARKS_SUPPORT_BYTECOUNTER_H_
 #define BENCHMARKS_SUPPORT_BYTECOUNTER_H_
 
@@ -7,11 +7,11 @@
 
 namespace benchmarks {
 
-/// The bytes of all blocks that are allocated and not yet given back, as the allocator cuts them:
-/// rounded up, and with what it keeps before each.
+/// Returns the bytes of all allocated blocks, including the allocator's rounding and block header.
 std::size_t LiveBytes();
 
-/// The allocations since the program started. One thread only, like the other one.
+/// Returns the number of allocations since the program started. Both functions are for programs
+/// with one thread.
 std::size_t AllocationCount();
 
 }  // namespace benchmarks

@@ -1,5 +1,5 @@
-// A floor for the cutting of data files: a loop by hand that knows nothing but line feeds, commas
-// and quotes, and looks at 64 bytes at once.
+// The baseline for cutting data files: a hand-written loop that compares 64 bytes at a time with
+// line feeds, commas and quotes.
 #ifndef BENCHMARKS_SUPPORT_HANDCUT_H_
 #define BENCHMARKS_SUPPORT_HANDCUT_H_
 
@@ -15,8 +15,8 @@
 
 namespace benchmarks {
 
-/// Calls `sink.Field(column, text)` for each field and `sink.Row(columns)` for each row, a blank
-/// one included, which has none.
+/// Calls `sink.Field(column, text)` for each field and `sink.Row(columns)` for each row. A blank
+/// row has no fields.
 template <class Sink>
 class HandCutter {
  public:
@@ -31,12 +31,12 @@ class HandCutter {
         specials |= SpecialsIn16(text_.data() + at + 16 * part) << (16 * part);
       }
       for (; specials != 0; specials &= specials - 1) {
-        TakeSpecial(at + static_cast<std::size_t>(std::countr_zero(specials)));
+        HandleSpecial(at + static_cast<std::size_t>(std::countr_zero(specials)));
       }
     }
 #endif
     for (; at < text_.size(); ++at) {
-      if (text_[at] == '\n' || text_[at] == ',' || text_[at] == '"') TakeSpecial(at);
+      if (text_[at] == '\n' || text_[at] == ',' || text_[at] == '"') HandleSpecial(at);
     }
     if (rowBegin_ != text_.size()) CloseField(text_.size());
     sink_.Row(columns_);
@@ -53,7 +53,7 @@ class HandCutter {
   }
 #endif
 
-  void TakeSpecial(std::size_t at) {
+  void HandleSpecial(std::size_t at) {
     if (text_[at] == ',') {
       if (inQuotes_) return;
       CloseField(at);
@@ -92,7 +92,7 @@ class HandCutter {
   bool hasQuotes_ = false;
 };
 
-/// A sink that counts, so that the cutting is all that is timed.
+/// A sink that only counts, so that the time is that of the cutting.
 struct CountingSink {
   std::size_t fields = 0;
   std::size_t bytes = 0;

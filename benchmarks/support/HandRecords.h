@@ -1,5 +1,5 @@
-// A floor for the loading of data files: cut, lowered and copied into records of ten texts, in one
-// go and with nothing around it.
+// The baseline for loading data files: fields are cut, converted to lower case and copied into
+// records of ten strings.
 #ifndef BENCHMARKS_SUPPORT_HANDRECORDS_H_
 #define BENCHMARKS_SUPPORT_HANDRECORDS_H_
 
@@ -14,7 +14,7 @@ namespace benchmarks {
 inline constexpr std::size_t kColumns = 10;
 using HandRecord = std::array<std::string, kColumns>;
 
-/// The rows of a well-formed file in columns' order, without the header.
+/// Returns the rows of a well-formed file, without the header.
 std::vector<HandRecord> LoadByHand(std::string_view file);
 
 }  // namespace benchmarks

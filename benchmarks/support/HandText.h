@@ -1,4 +1,4 @@
-// A floor for what is done to texts: ASCII many bytes at a time, the rest by ICU straight.
+// The baseline for text conversion: ASCII many bytes at a time, all other text by ICU.
 #ifndef BENCHMARKS_SUPPORT_HANDTEXT_H_
 #define BENCHMARKS_SUPPORT_HANDTEXT_H_
 
@@ -32,7 +32,7 @@ inline void LowerAsciiByHand(std::string& text) {
   for (char& c : text) c = static_cast<char>(c + (c >= 'A' && c <= 'Z' ? 32 : 0));
 }
 
-/// Texts through ICU and back, in buffers that are kept.
+/// Converts strings with ICU. Reuses its buffers.
 class IcuByHand {
  public:
   std::string_view LowerCase(std::string_view text) {
@@ -54,7 +54,7 @@ class IcuByHand {
     return static_cast<std::int32_t>(text.size());
   }
 
-  // A letter becomes at most three.
+  // The lower-case form of a character has at most three units.
   void MakeRoom(std::size_t bytes) {
     if (utf16_.size() >= bytes) return;
     utf16_.resize(2 * bytes);
@@ -81,7 +81,7 @@ class IcuByHand {
   std::string utf8_;
 };
 
-/// Copies the ASCII at the front of a text; how much that is.
+/// Copies the leading ASCII characters. Returns their number.
 inline std::size_t WidenByHand(std::string_view text, char16_t* to) {
   std::size_t at = 0;
 #if defined(__SSE2__)
@@ -99,7 +99,7 @@ inline std::size_t WidenByHand(std::string_view text, char16_t* to) {
   return at;
 }
 
-/// Adds well-formed UTF-8 behind a text that has the room.
+/// Appends well-formed UTF-8 to a string with sufficient capacity.
 inline void AppendByHand(std::string_view piece, std::u16string& text) {
   const std::size_t before = text.size();
   text.resize(before + piece.size());

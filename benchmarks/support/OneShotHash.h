@@ -1,5 +1,4 @@
-// A floor for identities: the reference implementation of the hash, over bytes that lie side by
-// side already.
+// The baseline for identities: the reference implementation of the hash over contiguous bytes.
 #ifndef BENCHMARKS_SUPPORT_ONESHOTHASH_H_
 #define BENCHMARKS_SUPPORT_ONESHOTHASH_H_
 
@@ -23,7 +22,7 @@ inline HashWords HashOnce(std::string_view bytes) {
   return words;
 }
 
-/// What the seen identity of a change is the hash of.
+/// Returns the bytes from which the seen identity of a change is computed.
 inline std::string HashedBytes(const ornwhatsnew::FeatureListDetail& change) {
   std::string bytes = "FeatureChangeList";
   bytes += change.GetDescription();

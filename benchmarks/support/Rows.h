@@ -1,4 +1,4 @@
-// How the benchmarks take their sizes and say how much they did.
+// The sizes of the benchmarks.
 #ifndef BENCHMARKS_SUPPORT_ROWS_H_
 #define BENCHMARKS_SUPPORT_ROWS_H_
 
@@ -8,12 +8,12 @@
 
 namespace benchmarks {
 
-/// The size that the benchmark was asked for.
+/// Returns the size argument of the benchmark.
 inline std::size_t Rows(const benchmark::State& state) {
   return static_cast<std::size_t>(state.range(0));
 }
 
-/// Tells that each iteration did so many rows, or whatever is counted; times are given for one.
+/// Reports the number of rows, or of other elements, for each iteration.
 inline void SetRows(benchmark::State& state, std::size_t rows) {
   state.SetItemsProcessed(state.iterations() * static_cast<benchmark::IterationCount>(rows));
 }

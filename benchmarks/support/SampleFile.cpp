@@ -23,7 +23,7 @@ constexpr std::array<std::string_view, 6> kForeignWords = {
 constexpr std::array<std::string_view, 6> kSaliences = {"", "", "", "Headline", "Detail", "Detail"};
 constexpr std::array<std::string_view, 5> kPlatforms = {"", "", "", "Mac", "Win"};
 
-// The standard's distributions differ from library to library, so numbers are cut by hand.
+// The standard distributions differ between libraries, so the numbers are reduced by modulo.
 class Chance {
  public:
   std::size_t Below(std::size_t count) { return engine_() % count; }

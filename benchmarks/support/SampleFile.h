@@ -1,5 +1,5 @@
-// Data files for benchmarks: made up, but with the mix of fields, lengths and letters that files of
-// real applications have.
+// Generates data files for benchmarks, with a mix of fields, lengths and letters as in the files of
+// real applications.
 #ifndef BENCHMARKS_SUPPORT_SAMPLEFILE_H_
 #define BENCHMARKS_SUPPORT_SAMPLEFILE_H_
 
@@ -12,10 +12,11 @@ namespace benchmarks {
 inline constexpr std::size_t kFirstEpic = 100;
 inline constexpr std::size_t kEpicCount = 100;
 
-/// A header row and `rows` changes, about 195 bytes each; the same text at every call. All hang on
-/// features of the sample host or on the bug fixes, and nothing hides any, so that a panel without
-/// filters shows every one. A quarter of the descriptions stand in quotes and hold commas, one in
-/// eight holds letters beyond ASCII. Kept for the next call.
+/// Returns a header row and `rows` changes of about 195 bytes each; the same text in every call.
+/// All changes belong to features of the sample host or to the bug fixes, and none hides a feature,
+/// so a panel without filters shows them all. A quarter of the descriptions are quoted and contain
+/// commas; one in eight contains letters outside ASCII. The reference is valid until the program
+/// ends.
 const std::string& SampleFile(std::size_t rows);
 
 }  // namespace benchmarks

@@ -1,4 +1,4 @@
-// The host of the benchmarks: its beta features, and a store for the state of a list.
+// The host of the benchmarks: beta features and a store for the state of a list.
 #ifndef BENCHMARKS_SUPPORT_SAMPLEHOST_H_
 #define BENCHMARKS_SUPPORT_SAMPLEHOST_H_
 
@@ -11,11 +11,10 @@
 
 namespace benchmarks {
 
-/// Registers a host with a public feature, switched on, for each of the sample files' epics, for as
-/// long as the program runs.
+/// Registers a host with an enabled public feature for each epic of the sample files.
 void UseSampleHost();
 
-/// What a host's settings hold: three texts, by key. Outlives the lists that it serves.
+/// Stores the three persisted strings by key. Must outlive the lists that use it.
 class SampleStore {
  public:
   ornwhatsnew::StateGetter Getter() {
@@ -31,7 +30,7 @@ class SampleStore {
   std::map<std::string, std::string> texts_;
 };
 
-/// A list of the sample file with so many rows, with its store.
+/// A list of the sample file with `rows` rows, with its store.
 class SampleList {
  public:
   explicit SampleList(std::size_t rows);
@@ -39,10 +38,11 @@ class SampleList {
   ornwhatsnew::FeatureListData& operator*() { return *list_; }
   ornwhatsnew::FeatureListData* operator->() { return list_.get(); }
 
-  /// The panel with everything in it; all of it counts as seen when the state is read again.
+  /// Formats the panel with everything shown. Its content counts as seen after the state is
+  /// refreshed.
   ornwhatsnew::UTF16String Display(ornwhatsnew::StyleRunMap& runs);
 
-  /// Makes the list that of a user who has never seen it.
+  /// Resets the state to that of a user who has never opened the panel.
   void Forget();
 
  private:
