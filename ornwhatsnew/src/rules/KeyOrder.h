@@ -1,4 +1,4 @@
-// Moves keys within the display order, in time linear in the order however many move.
+// Moves keys within the ordered keys, in linear time.
 #ifndef ORNWHATSNEW_SRC_RULES_KEYORDER_H_
 #define ORNWHATSNEW_SRC_RULES_KEYORDER_H_
 
@@ -9,14 +9,16 @@
 
 namespace ornwhatsnew {
 
-/// Keys that are to move, each taken once, in the order in which they come. They view texts that
-/// outlive the move and are not in the order itself.
+/// Keys to move, in their new order. Only the first occurrence of a key counts. The views must not
+/// lead into the ordered keys themselves, because the move removes those strings.
 using MovingKeys = std::vector<std::string_view>;
 
-/// Removes every occurrence of the keys and puts each once to the front, in the given order.
+/// Removes every occurrence of the keys and inserts each once at the front, in the given order. If
+/// an allocation fails, `order` is unchanged.
 void MoveKeysToFront(std::list<std::string>& order, const MovingKeys& keys);
 
-/// Removes every occurrence of the keys and puts each once to the end, in the given order.
+/// Removes every occurrence of the keys and appends each once, in the given order. If an allocation
+/// fails, `order` is unchanged.
 void MoveKeysToBack(std::list<std::string>& order, const MovingKeys& keys);
 
 }  // namespace ornwhatsnew
