@@ -1,9 +1,9 @@
-// The library's version, written here once; the build reads it from this file.
+// The version of the library. The build reads it from this file.
 //
-// Versions are semantic: the major number changes when a host must change its code or be rebuilt
-// against a changed binary interface, the minor number when something is added, the patch number
-// otherwise. While the major number is 0, the minor number changes for all of the former, and the
-// shared libraries of two minor versions do not stand in for each other.
+// Versions are semantic. The major number changes if a host must change its code or be rebuilt, the
+// minor number if something is added, and the patch number otherwise. While the major number is 0,
+// the minor number changes in the first two cases, and the shared libraries of two minor versions
+// are not interchangeable.
 #ifndef ORNWHATSNEW_VERSION_H_
 #define ORNWHATSNEW_VERSION_H_
 
@@ -11,14 +11,14 @@
 
 namespace ornwhatsnew {
 
-/// Major number of the headers that the host is compiled against.
+/// The major number of the headers that the host is compiled against.
 inline constexpr int kVersionMajor = 0;
-/// Their minor number.
+/// The minor number of these headers.
 inline constexpr int kVersionMinor = 1;
-/// Their patch number.
+/// The patch number of these headers.
 inline constexpr int kVersionPatch = 0;
 
-/// The same version as text, `major.minor.patch`, ASCII.
+/// The version as ASCII text, `major.minor.patch`.
 inline constexpr std::string_view kVersionText = "0.1.0";
 
 }  // namespace ornwhatsnew

@@ -1,4 +1,4 @@
-// The entry point: a host calls `GetWhatsNew` and gets its list.
+// The entry point: `GetWhatsNew` returns the loaded list.
 #ifndef ORNWHATSNEW_WHATSNEW_H_
 #define ORNWHATSNEW_WHATSNEW_H_
 
@@ -14,13 +14,14 @@ class ResourceManager;
 
 namespace ornwhatsnew {
 
-/// Loads the What's New list from the data file that the host ships as the resource `path` of type
-/// "csv". A resource that cannot be loaded gives a valid list of features without changes.
+/// Loads the list from the data file that the host ships as the resource `path` of type "csv". If
+/// the resource cannot be loaded, the list has the host's features and the sections, without
+/// changes.
 ///
-/// `getter` and `setter` keep what the user has seen and rated; when either is empty the state
-/// lives in the host's debug database instead. `resources` is only used during the call and must
-/// not be null. The list is owned by the caller; use it from one thread at a time. Throws only what
-/// an allocation, a callback or the resource manager throws.
+/// `getter` and `setter` persist what the user has seen and rated. If either is empty, the host's
+/// debug database does. `resources` must not be null; the list does not keep it. The caller owns
+/// the list and uses it from one thread at a time. Throws only what an allocation, a callback, a
+/// service or the resource manager throws.
 ORN_EXPORT std::shared_ptr<FeatureListData> GetWhatsNew(
     const UTF16String& path, const ornui::utility::ResourceManager* resources, StateGetter getter,
     StateSetter setter);

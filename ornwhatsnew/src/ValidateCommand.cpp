@@ -23,13 +23,13 @@ using orncore::filesupport::File;
 using orncore::filesupport::ReadFuture;
 
 constexpr std::u16string_view kCommandName = u"ValidateWhatsNew";
-// Stands right behind the name in a usage line, so it begins with a blank.
+// The usage line is the command name immediately followed by this text.
 constexpr std::u16string_view kCommandHelp =
     u" filepath - Parse a What's New file to validate changes before commiting to version control";
 constexpr std::chrono::hours kReadDeadline{24};
 
-// Loads a list as the application would, with the state of the developer's own settings. What it
-// would store goes nowhere, so that checking a file never changes what was seen.
+// Loads a list like the application, with the state of the developer's settings. The setter
+// discards its values, so that checking a file never changes what was seen.
 void ParseForTest(const ReadFuture& read) {
   const auto memory = read.Get();
   const auto bytes = memory->Bytes();
@@ -53,7 +53,7 @@ class ValidateCommand {
     const bool isInTime = orncore::filesupport::WaitForUntypedUntil(
         reported, std::chrono::steady_clock::now() + kReadDeadline, true);
     if (isInTime) return;
-    // The read was cancelled, which shall not go by unnoticed.
+    // A cancelled read has no value, and its failure must reach the log.
     if (const std::exception_ptr failure = reported.Failure()) std::rethrow_exception(failure);
   }
 

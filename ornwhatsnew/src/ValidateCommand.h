@@ -1,14 +1,14 @@
-// The console command with which authors check that their data file can be read and parsed.
+// The console command with which authors check that a data file can be read and parsed.
 #ifndef ORNWHATSNEW_SRC_VALIDATECOMMAND_H_
 #define ORNWHATSNEW_SRC_VALIDATECOMMAND_H_
 
 namespace ornwhatsnew {
 
-/// Puts "ValidateWhatsNew" into the host's console registry. Always true: whether the name was
-/// still free is the registry's business.
+/// Registers "ValidateWhatsNew" in the host's console registry. Always returns true: the registry
+/// handles a name that is already registered.
 bool RegisterValidateCommand();
 
-/// Takes it out again.
+/// Removes the command from the registry.
 void UnregisterValidateCommand();
 
 }  // namespace ornwhatsnew
