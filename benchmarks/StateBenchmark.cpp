@@ -10,9 +10,8 @@
 
 #include <benchmark/benchmark.h>
 
-#include <ornwhatsnew/utility/PersistedList.h>
-
 #include "benchmarks/support/Rows.h"
+#include "ornwhatsnew/src/rules/IdentitySet.h"
 
 namespace benchmarks {
 namespace {
@@ -28,15 +27,15 @@ IdentitySet RandomIdentities(std::size_t count, std::uint64_t seed) {
     for (std::uint8_t& byte : bytes) byte = static_cast<std::uint8_t>(engine());
     guids.emplace_back(bytes);
   }
-  return IdentitySet(std::move(guids));
+  return ornwhatsnew::MakeIdentitySet(std::move(guids));
 }
 
 void State(benchmark::State& state) {
-  const std::string text = ornwhatsnew::FormatGuidList(RandomIdentities(Rows(state), 1), {});
+  const std::string text = ornwhatsnew::FormatIdentities(RandomIdentities(Rows(state), 1));
   const IdentitySet shown = RandomIdentities(Rows(state) / 10, 2);
   for (auto _ : state) {
-    const IdentitySet seen = ornwhatsnew::ParseGuidList(text);
-    benchmark::DoNotOptimize(ornwhatsnew::FormatGuidList(seen, shown));
+    const IdentitySet seen = ornwhatsnew::ParseIdentities(text);
+    benchmark::DoNotOptimize(ornwhatsnew::FormatIdentities(ornwhatsnew::UnionOf(seen, shown)));
   }
   SetRows(state, Rows(state));
 }
@@ -82,7 +81,7 @@ void WriteByHand(const Bytes& bytes, char* to) {
 
 void HandState(benchmark::State& state) {
   constexpr std::size_t kWidth = Guid::kTextLength + 1;
-  const std::string text = ornwhatsnew::FormatGuidList(RandomIdentities(Rows(state), 1), {});
+  const std::string text = ornwhatsnew::FormatIdentities(RandomIdentities(Rows(state), 1));
   const std::size_t written = Rows(state) + Rows(state) / 10;
   for (auto _ : state) {
     std::vector<Bytes> identities;

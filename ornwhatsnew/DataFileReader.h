@@ -13,41 +13,9 @@
 #include <string_view>
 
 #include <orncore/Export.h>
-#include <ornwhatsnew/utility/SharedTypes.h>
+#include <ornwhatsnew/DataColumn.h>
 
 namespace ornwhatsnew {
-
-/// The columns of the data file, found by position and never by the header row's words.
-enum class DataColumn : std::size_t {
-  kVersion,        ///< version in which the change was added, or the changes-since version
-  kGroupingID,     ///< epic ID or section key, or "Changes-Since"
-  kStoryID,        ///< story, task or bug ID
-  kSalience,       ///< a salience keyword or empty
-  kRatingRequest,  ///< "RequestRating", a question, or empty
-  kFirstVersion,   ///< earliest version to which the change is relevant, or empty
-  kPlatform,       ///< "Mac", "Win" or empty
-  kURL,            ///< link to a discussion, or empty
-  kSHA,            ///< changelist or commit identifier, or empty
-  kDescription,    ///< the text that users read
-};
-
-/// How many columns a data file has.
-inline constexpr std::size_t kDataColumnCount = 10;
-
-/// The header texts that authors write, in column order. Documentation only: a header row with
-/// other words is as good.
-inline constexpr std::array<std::string_view, kDataColumnCount> kDataColumnHeaders = {
-    "App Version",
-    "Grouping ID (Jira Epic / BUGFIX / INTERNAL / MISC)",
-    "Jira ID (Story / Task / Bug)",
-    "Salience",
-    "Ask User For Rating",
-    "Earliest Relevant Change Version",
-    "Only Relevant Platform",
-    "URL To Discussion Thread",
-    "Changelist ID",
-    "Public/Internal message",
-};
 
 /// The grouping ID of the row that names the version from which changes are counted.
 inline constexpr std::string_view kChangesSinceKey = "Changes-Since";
@@ -88,9 +56,7 @@ struct DataRow {
   std::array<std::string_view, kDataColumnCount> values{};
 
   /// Returns the current value of a column.
-  std::string_view Value(DataColumn column) const {
-    return values[static_cast<std::size_t>(column)];
-  }
+  std::string_view Value(DataColumn column) const { return values[ColumnIndex(column)]; }
 };
 
 /// Reads the rows of a text in file order. Reading never fails, whatever the bytes are, and no row

@@ -1,5 +1,5 @@
-// The What's New list that a host holds: its features and sections in display order, what the user
-// has seen and rated, and the two callbacks through which that is kept.
+// The What's New list that a host holds: its items in display order, what the user has seen and
+// rated, and the callbacks that persist that state.
 #ifndef ORNWHATSNEW_FEATURELISTDATA_H_
 #define ORNWHATSNEW_FEATURELISTDATA_H_
 
@@ -9,7 +9,6 @@
 
 #include <orncore/Export.h>
 #include <ornwhatsnew/FeatureListItem.h>
-#include <ornwhatsnew/utility/IdentitySet.h>
 #include <ornwhatsnew/utility/SharedTypes.h>
 
 namespace ornui::utility {
@@ -18,35 +17,35 @@ class ResourceManager;
 
 namespace ornwhatsnew {
 
-class PanelFormatter;
-
-/// A loaded list. Made by `GetWhatsNew` and held by the host for as long as it wants it.
+/// A list. `GetWhatsNew` makes a loaded one.
 ///
-/// Not copyable: its state belongs to one user and one store. One thread at a time.
+/// A list is not copyable, because its state belongs to one user and one store. It is not
+/// thread-safe: use one list from one thread at a time.
 ///
-/// The two callbacks are called synchronously on the calling thread. They may call any operation of
-/// the list that called them, but must not destroy it: a getter then finds the state from before
-/// the call, a setter the state that it is being told of. A setter that has the list read its state
-/// again (`RefreshInternalSeenState`, `InitWithData`) stores what it was told first: what is read
-/// is taken for all that there is. The platform services that the list asks while it goes through
-/// its items may ask it as well, but must not change it, display it, rate or destroy it. Debug
-/// builds assert both.
+/// The list calls the getter and the setter synchronously, on the thread that called it. A callback
+/// may call any method of the list, but must not destroy it. During a getter call the list still
+/// has its old state; during a setter call it already has the new one. If a setter calls
+/// `RefreshInternalSeenState` or `InitWithData`, it must store its value first, because the list
+/// replaces its state with what the getter returns.
 ///
-/// What a callback, a service or an allocation throws comes out of the call unchanged. The list
-/// then is as it was before the call, unless the setter had been told something already or a note
-/// at the operation says otherwise; in any case it can still be used, and the same call repeated
-/// has its full effect.
+/// The list queries the platform services while it walks its items or builds new ones. A service
+/// may then query the list, but must not change it, display it, rate a feature or destroy it. Debug
+/// builds check these rules for callbacks and services with assertions.
+///
+/// The methods pass on every exception of a callback, a service or an allocation. Unless a method
+/// states otherwise, the list is then unchanged if the setter was not called yet. The list always
+/// remains usable, and repeating the call has its full effect.
 class ORN_EXPORT FeatureListData {
  public:
-  /// An empty list. Takes the running version from the host. When either callback is empty both are
-  /// replaced: the state then lives in the host's debug database.
+  /// Makes an empty list. Reads the running version from the host. If either callback is empty,
+  /// replaces both: the list then persists its state in the host's debug database.
   FeatureListData(StateGetter getter, StateSetter setter);
 
-  /// A list loaded from the text of a data file, UTF-8.
+  /// Makes a list and calls `InitWithData` with `dataText`.
   FeatureListData(const UTF8String& dataText, StateGetter getter, StateSetter setter);
 
-  /// A list loaded from the resource `path` of type "csv". A resource that cannot be loaded leaves
-  /// a valid list without changes. REQUIRES: `resources` is not null; it is not kept.
+  /// Makes a list from the resource `path` of type "csv". If the resource cannot be loaded, the
+  /// list has no changes. REQUIRES: `resources` is not null. The list does not keep it.
   FeatureListData(const UTF16String& path, const ornui::utility::ResourceManager* resources,
                   StateGetter getter, StateSetter setter);
 
@@ -54,110 +53,85 @@ class ORN_EXPORT FeatureListData {
   FeatureListData(const FeatureListData&) = delete;
   FeatureListData& operator=(const FeatureListData&) = delete;
 
-  /// Rebuilds the list: persisted state, then the host's features and the sections, then the
-  /// changes of `dataText`, then the unlocked features to the top. The changes-since version of an
-  /// earlier text stays unless the new one names its own. Until all of that is done, callbacks and
-  /// services still find the list from before.
+  /// Rebuilds the list from the persisted state, the host's beta features and `dataText` (UTF-8).
+  /// Builds the new content beside the old one and replaces it at the end, so callbacks and
+  /// services see the old content. Keeps the changes-since version if `dataText` does not set one.
   void InitWithData(const UTF8String& dataText);
 
-  /// Hangs the changes of a data file's text on the items that are there, takes its changes-since
-  /// version, and moves the features that it touches behind the others. Rows that are not well
-  /// formed are skipped; nothing is an error. An exception leaves the changes that were hung
-  /// already; `InitWithData` then starts afresh.
+  /// Parses `dataText` (UTF-8) and adds its changes to the existing items. Sets the changes-since
+  /// version. Moves every feature that received a change after the features that did not. Skips
+  /// malformed rows; no input is an error. If an allocation fails, the changes added so far remain;
+  /// call `InitWithData` to start over.
   void ParseWhatsNewData(const UTF8String& dataText);
 
-  /// Makes an item for each of the host's beta features, puts their keys to the front in the order
-  /// of their names, and makes sure that the four sections exist. An exception leaves the items
-  /// that were made already.
+  /// Adds an item for each of the host's beta features, moves their keys to the front in the order
+  /// of their names, and adds the missing sections. After an exception, the items added so far
+  /// remain.
   void ParseBetaFeatures();
 
-  /// Moves the features that are unlocked for this user to the front of the order, and the
-  /// unreviewed section before them. Leaves an empty entry for a key without an item.
+  /// Moves the features that are unlocked for this user to the front, and "UNREVIEWED" before them.
+  /// Adds an empty entry to the items for each ordered key that has none.
   void BubbleUnlockedItemsToTheTop();
 
-  /// Stores the item unless its key is taken, and appends its key to the order in any case.
+  /// Adds `item` unless its key is present, and appends its key to the ordered keys in either case.
   /// REQUIRES: `item` is not null.
   void InsertFeatureListItem(std::shared_ptr<FeatureListItem> item);
 
-  /// Makes and inserts a section item, unless the key is taken.
+  /// Inserts a section item with this key, name and description unless the key is present.
   void EnsureSpecialCaseItemExists(const std::string& key, const UTF16String& name,
                                    const UTF16String& description);
 
-  /// The items by key; entries may be empty. Valid as long as the list.
-  const FeatureMap& GetFeatureItems() const { return featureItems_; }
+  /// Returns the items by key. Entries can be empty. The reference is valid as long as the list,
+  /// also after a reload.
+  const FeatureMap& GetFeatureItems() const;
 
-  /// The keys in display order; a key may stand there without an item, or twice.
-  const std::list<std::string>& GetOrderedFeatureKeys() const { return orderedKeys_; }
+  /// Returns the keys in display order. A key can be present without an item, or twice. The
+  /// reference is valid as long as the list, also after a reload.
+  const std::list<std::string>& GetOrderedFeatureKeys() const;
 
-  /// The text for display: a localisation key through the host's localiser, any other text as it
-  /// is.
+  /// Returns the text for display: a localisation key through the host's localiser, any other text
+  /// unchanged.
   UTF16String LocalizeIfNecessary(const UTF8String& text) const;
 
-  /// Reads the three persisted values again, forgets what was shown since, and bubbles.
+  /// Reads the three persisted values, discards what was shown since the last read, and calls
+  /// `BubbleUnlockedItemsToTheTop`.
   void RefreshInternalSeenState();
 
-  /// The text to persist for everything seen, rated or shown so far.
+  /// Returns the identities to persist: everything seen, rated or shown, as a persisted list.
   UTF8String GetNewSeenState() const;
 
-  /// Whether any item would be listed with these options. What was shown counts as seen only after
-  /// it has been read back from the host.
+  /// Returns whether any item is listed with these options. What was shown counts as seen only
+  /// after `RefreshInternalSeenState` has read it back.
   bool IsAnythingNew(const DisplayOptions& options) const;
 
-  /// Whether any feature waits for the user's rating, on this platform and for the user's versions.
+  /// Returns whether any feature waits for a rating, on this platform and for the user's versions.
   bool IsAnythingNeedingRating() const;
 
-  /// Remembers that the user rated the feature under `featureKey` and tells the setter at once.
-  /// Sections and unknown keys change nothing.
+  /// Adds the rated identity of the feature under `featureKey` to the state and calls the setter.
+  /// Does nothing for a section or an unknown key.
   void MarkItemHasBeenRated(const std::string& featureKey);
 
-  /// Writes the panel's text, UTF-16, for these options.
+  /// Returns the panel's text (UTF-16) for these options.
   ///
-  /// `runs` is cleared and filled with the text's style runs. `ratingItems`, when not null, is
-  /// cleared and filled with a record of each feature written, owned by the caller.
-  /// `ratingPlaceholder`, when not empty, is written behind each feature as a paragraph that the
-  /// host replaces by its rating control. What is shown is remembered, and at the end the three
-  /// persisted values are handed to the setter, whatever was shown.
+  /// Replaces the content of `runs` with the style runs of the text. If `ratingItems` is not null,
+  /// replaces its content with a record of each feature written; the caller owns the records. If
+  /// `ratingPlaceholder` is not empty, writes it as a paragraph after each feature; the host
+  /// replaces it with its rating control. At the end, adds what was shown to the state and calls
+  /// the setter for the three persisted values, even if nothing was shown.
   UTF16String GetFormattedTextForDisplay(const DisplayOptions& options,
                                          const UTF16String& ratingPlaceholder, StyleRunMap& runs,
                                          std::shared_ptr<RatingMap> ratingItems);
 
-  /// Records a run for `piece`, which is about to be appended to `textSoFar`. Start and length are
-  /// measured in UTF-8 bytes and adjusted in wrapping 32-bit arithmetic; nothing is clamped.
+  /// Records a style run for `piece`, which the caller appends to `textSoFar` next. Start and
+  /// length are in UTF-8 bytes, plus the adjustments, in wrapping 32-bit arithmetic. Nothing is
+  /// clamped.
   void CaptureStyle(StyleID style, const UTF16String& textSoFar, const UTF16String& piece,
                     int startAdjust, int lengthAdjust, const UTF16String& runString,
                     StyleRunMap& runs) const;
 
  private:
-  /// An empty list of the given version. REQUIRES: neither callback is empty.
-  FeatureListData(StateGetter getter, StateSetter setter, UTF8String currentVersion);
-  /// Exchanges everything but the version, which stays for good, and the callbacks.
-  void SwapContent(FeatureListData& other) noexcept;
-  /// The item under a key, or null when there is none or only an empty entry.
-  const FeatureListItem* FindItem(const std::string& key) const;
-  /// Writes what is to be shown; the identities under which that is remembered, none when nothing
-  /// is.
-  IdentitySet WriteShownFeatures(const DisplayOptions& options, PanelFormatter& panel) const;
-  /// The text that the host keeps under a key.
-  UTF8String AskHost(const UTF8String& key) const;
-  /// Has the host keep a text under a key.
-  void TellHost(const UTF8String& key, const UTF8String& text);
-  /// Remembers what was shown and tells the setter.
-  void RememberDisplayPass(const IdentitySet& shown);
-
-  FeatureMap featureItems_;
-  std::list<std::string> orderedKeys_;
-  IdentitySet seenGuids_;
-  IdentitySet newlySeenGuids_;
-  UTF8String currentVersion_;
-  VersionSet seenVersions_;
-  UTF8String lastVersionSeen_;
-  UTF8String changesSinceVersion_;
-  StateGetter stateGetter_;
-  StateSetter stateSetter_;
-  /// Walks over the items that are under way; while there are any, the items must stay.
-  mutable int walks_ = 0;
-  /// Callbacks that are under way; while there are any, the list must live.
-  mutable int callbacks_ = 0;
+  struct Impl;
+  const std::unique_ptr<Impl> impl_;
 };
 
 }  // namespace ornwhatsnew

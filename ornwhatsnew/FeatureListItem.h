@@ -1,4 +1,4 @@
-// One feature, or one section, with the changes that hang on it.
+// One item of the list: a feature or a section, with its changes.
 #ifndef ORNWHATSNEW_FEATURELISTITEM_H_
 #define ORNWHATSNEW_FEATURELISTITEM_H_
 
@@ -13,109 +13,116 @@
 #include <orncore/Export.h>
 #include <orncore/utility/MixHashGuid.h>
 #include <ornwhatsnew/FeatureListDetail.h>
-#include <ornwhatsnew/utility/KeyedTexts.h>
 #include <ornwhatsnew/utility/SharedTypes.h>
 
 namespace ornwhatsnew {
 
-/// A feature with its keys, five texts and changes in file order. Items are shared between the list
-/// and whoever asks for them; an item shares its changes. One thread at a time.
+/// An item: two keys, five fields, and its changes in file order. The list and its callers share
+/// the items; an item shares its changes.
+///
+/// Copyable. Not thread-safe: use one item from one thread at a time.
 class ORN_EXPORT FeatureListItem {
  public:
   /// The host's visibility value of a beta feature.
   using Visibility = ornappsupport::feature::VisibilityInAllClientApps;
-  /// The changes of an item, shared with whoever holds them.
+  /// The changes of an item, under shared ownership.
   using Changes = std::vector<std::shared_ptr<FeatureListDetail>>;
 
-  // Names of the five texts, for `GetField`; their getters below say what they hold.
-  static const std::string kKeyFeatureName;             ///< names `GetFeatureName`
-  static const std::string kKeyFeatureDescription;      ///< names `GetFeatureDescription`
-  static const std::string kKeyFeatureViewMoreURL;      ///< names `GetFeatureViewMoreURL`
-  static const std::string kKeyFeaturePrefsUI;          ///< names `GetFeaturePrefsUI`
-  static const std::string kKeyCustomRatingRequestStr;  ///< names `GetCustomRatingStr`
+  // Keys of the five fields, for `GetField`.
+  static const std::string kKeyFeatureName;             ///< see `GetFeatureName`
+  static const std::string kKeyFeatureDescription;      ///< see `GetFeatureDescription`
+  static const std::string kKeyFeatureViewMoreURL;      ///< see `GetFeatureViewMoreURL`
+  static const std::string kKeyFeaturePrefsUI;          ///< see `GetFeaturePrefsUI`
+  static const std::string kKeyCustomRatingRequestStr;  ///< see `GetCustomRatingStr`
 
-  /// An item without changes. `featureJiraIDKey` is the grouping key (an epic ID or a section key),
-  /// `betaFeatureInternalKey` the key of the host's feature table, empty for a section; name and
-  /// description may be localisation keys.
+  /// Makes an item without changes. `featureJiraIDKey` is the grouping key, an epic ID or a section
+  /// key. `betaFeatureInternalKey` is the key in the host's feature table, empty for a section.
+  /// `name` and `description` can be localisation keys.
   FeatureListItem(const std::string& featureJiraIDKey, const std::string& betaFeatureInternalKey,
                   const UTF8String& name, const UTF8String& description, Visibility visibility);
 
-  /// A copy of the grouping key.
+  /// Returns a copy of the grouping key.
   std::string GetFeatureJiraIDKey() const { return featureJiraIDKey_; }
-  /// A copy of the key in the host's feature table; empty for a section.
+  /// Returns a copy of the key in the host's feature table.
   std::string GetBetaFeatureInternalKey() const { return betaFeatureInternalKey_; }
-  /// The grouping key without a copy, valid as long as the item.
+  /// Returns the grouping key without a copy. The reference is valid as long as the item.
   const std::string& FeatureJiraIDKey() const { return featureJiraIDKey_; }
-  /// The other key without a copy, valid as long as the item.
+  /// Returns the key in the host's feature table without a copy, valid as long as the item.
   const std::string& BetaFeatureInternalKey() const { return betaFeatureInternalKey_; }
 
-  /// The visibility that the feature had when the item was made.
+  /// Returns whether the grouping key is a section key; see `IsSpecialCaseSection`.
+  bool IsSection() const { return kind_ != Kind::kFeature; }
+  /// Returns whether only internal users see the section; see `IsInternalSpecialCaseSection`.
+  bool IsInternalSection() const { return kind_ == Kind::kInternalSection; }
+
+  /// Returns the visibility that the item was made with.
   Visibility GetVisibility() const { return visibility_; }
-  /// Whether a change made the feature internal.
+  /// Returns whether a change restricts the feature to internal users.
   bool IsItemInternalOverride() const { return itemInternalOverride_; }
-  /// The changes in the order in which they were added.
+  /// Returns the changes in the order in which they were added.
   const Changes& GetAllChanges() const { return allChanges_; }
 
-  /// The text under one of the `kKey...` names. Throws `std::out_of_range` for any other name.
-  const UTF8String& GetField(std::string_view key) const { return fields_.At(key); }
+  /// Returns the field of one of the `kKey...` constants. Throws `std::out_of_range` for any other
+  /// key.
+  const UTF8String& GetField(std::string_view key) const;
 
-  /// The title; may be a localisation key, or empty.
+  /// Returns the title. It can be a localisation key, or empty.
   const UTF8String& GetFeatureName() const { return fields_[kName]; }
-  /// The description; may be a localisation key, or empty.
+  /// Returns the description. It can be a localisation key, or empty.
   const UTF8String& GetFeatureDescription() const { return fields_[kDescription]; }
-  /// The first well-formed URL among the changes, or empty.
+  /// Returns the first well-formed URL of the changes, or an empty string.
   const UTF8String& GetFeatureViewMoreURL() const { return fields_[kViewMoreURL]; }
-  /// Always empty; it takes part in the identity.
+  /// Returns an empty string. The field takes part in the identity.
   const UTF8String& GetFeaturePrefsUI() const { return fields_[kPrefsUI]; }
-  /// The question that the last rating request of the shown changes asks, in a record of the rating
-  /// map; empty for the plain request.
+  /// Returns the custom question of a rating record, which is that of the last shown change with a
+  /// rating request. Empty if that change has the plain keyword.
   const UTF8String& GetCustomRatingStr() const { return fields_[kCustomRating]; }
-  /// Sets that question.
+  /// Sets the custom question.
   void SetCustomRatingStr(const UTF8String& text) { fields_[kCustomRating] = text; }
 
-  /// Appends a change. The first well-formed URL becomes the feature's; a change with a URL that
-  /// comes later is marked as a duplicate, whatever its URL is. A change that hides the feature
-  /// from external users makes it internal for good, unless the item is a section.
+  /// Appends a change. If the item has no URL yet, a well-formed URL of the change becomes the
+  /// item's. If it has one, a change with a URL is marked as a duplicate, even if the URLs differ.
+  /// The salience "HideBetaFeatureFromExternal" permanently restricts a feature to internal users;
+  /// it does not affect a section. If an allocation fails, the item is unchanged.
   /// REQUIRES: `detail` is not null.
   void AddFeatureDetail(std::shared_ptr<FeatureListDetail> detail);
 
-  /// Feeds keys and texts, without the custom rating text and without the changes.
+  /// Mixes the keys and four fields into `mixer`, all but the custom question.
   void MixFeatureIntoGuid(orncore::utility::GuidMixer& mixer) const;
-  /// The identity under which the item is remembered as seen: its own texts and the identities of
-  /// all changes that have a description. Computed at each call.
+  /// Returns the identity under which the item counts as seen, from its fields and the identities
+  /// of the changes that have a description. Computes it at each call.
   Guid GetItemSeenGuid() const;
-  /// The identity under which the item is remembered as rated: its internal key and its rating
-  /// requests in order, so that a new request asks again.
+  /// Returns the identity under which the item counts as rated, from its internal key and its
+  /// rating requests. A new rating request changes it, so the feature needs rating again.
   Guid GetItemRatedGuid() const;
 
-  /// Whether the item is listed for these options, this state and these versions of the user.
-  /// Asks the host for permission and feature state at each call.
+  /// Returns whether the item is listed with these options, for a user who has seen `seen` and
+  /// opened What's New in `versions`. Queries the host for permissions and feature state.
   bool ShouldShowItemToUser(const DisplayOptions& options, const GuidSet& seen,
                             const VersionSet& versions) const;
-  /// Whether the item was seen and not yet rated.
+  /// Returns whether the item was seen and not rated.
   bool ShowForRating(const GuidSet& seen) const;
-  /// Whether the item's seen identity is in the set.
+  /// Returns whether `seen` contains the item's seen identity.
   bool ItemHasBeenSeen(const GuidSet& seen) const;
-  /// Whether the item's rated identity is in the set.
+  /// Returns whether `seen` contains the item's rated identity.
   bool ItemHasBeenRated(const GuidSet& seen) const;
 
-  /// Whether the user opted out of usage logging. Users with the internal-features permission never
-  /// count as opted out.
+  /// Returns whether the user has disabled usage logging. Always false for internal users.
   static bool AnalyticsDisabled();
 
  private:
-  enum Place : std::size_t { kName, kDescription, kViewMoreURL, kPrefsUI, kCustomRating };
+  enum class Kind { kFeature, kSection, kInternalSection };
+  enum FieldIndex : std::size_t { kName, kDescription, kViewMoreURL, kPrefsUI, kCustomRating };
+  static constexpr std::size_t kFieldCount = 5;
 
-  static constexpr std::array<std::string_view, 5> kFieldKeys = {
-      "kFeatureName",    "kFeatureDescription",     "kFeatureViewMoreURL",
-      "kFeaturePrefsUI", "kCustomRatingRequestStr",
-  };
+  static Kind KindOf(std::string_view featureJiraIDKey);
 
   std::string featureJiraIDKey_;
   std::string betaFeatureInternalKey_;
-  bool itemInternalOverride_ = false;
+  Kind kind_;
   Visibility visibility_;
-  KeyedTexts<kFieldKeys> fields_;
+  bool itemInternalOverride_ = false;
+  std::array<UTF8String, kFieldCount> fields_;
   Changes allChanges_;
 };
 

@@ -10,6 +10,8 @@
 #include <ornui/utility/ResourceManager.h>
 #include <ornwhatsnew/WhatsNewTypes.h>
 
+#include "ornwhatsnew/src/FeatureListDataImpl.h"
+#include "ornwhatsnew/src/ScopedCount.h"
 #include "ornwhatsnew/src/ValidateCommand.h"
 #include "ornwhatsnew/src/panel/Localization.h"
 
@@ -18,33 +20,32 @@ namespace {
 
 using orncore::debug::DebugDatabase;
 
-// Here and not beside the command, because a static library only brings along what is asked for,
-// and every host asks for the list.
+// The registration is in this file because a linker takes only the needed objects of a static
+// library, and every host needs this one.
 const orncore::config::InitializerRegistrar kRegistration(
     "ornwhatsnew.FeatureListData", orncore::config::EInitializerContextFlags::kConsole,
     RegisterValidateCommand, UnregisterValidateCommand);
 
 UTF8String LoadDataText(const UTF16String& path, const ornui::utility::ResourceManager& resources) {
   std::vector<unsigned char> bytes;
-  // Whether the resource was found does not matter: without it the list has no changes.
+  // The result is ignored because a missing resource is not an error: the list has no changes.
   resources.LoadResource(path, u"csv", bytes);
   return {bytes.begin(), bytes.end()};
 }
 
 }  // namespace
 
-FeatureListData::FeatureListData(StateGetter getter, StateSetter setter, UTF8String currentVersion)
-    : currentVersion_(std::move(currentVersion)),
-      stateGetter_(std::move(getter)),
-      stateSetter_(std::move(setter)) {}
-
 FeatureListData::FeatureListData(StateGetter getter, StateSetter setter)
-    : FeatureListData(std::move(getter), std::move(setter),
-                      orncore::string::UTF16to8(GetFullClientVersionString())) {
-  // Half a store would read what was never written, so one callback is as good as none.
-  if (stateGetter_ && stateSetter_) return;
-  stateGetter_ = [](const UTF8String& key) { return DebugDatabase::Instance().GetEntry(key); };
-  stateSetter_ = [](const UTF8String& key, const UTF8String& value) {
+    : impl_(new Impl{.content = {},
+                     .currentVersion = orncore::string::UTF16to8(GetFullClientVersionString()),
+                     .stateGetter = std::move(getter),
+                     .stateSetter = std::move(setter)}) {
+  // With only one callback, the list would read values that it never wrote.
+  if (impl_->stateGetter && impl_->stateSetter) return;
+  impl_->stateGetter = [](const UTF8String& key) {
+    return DebugDatabase::Instance().GetEntry(key);
+  };
+  impl_->stateSetter = [](const UTF8String& key, const UTF8String& value) {
     DebugDatabase::Instance().SetEntry(key, value);
   };
 }
@@ -62,59 +63,65 @@ FeatureListData::FeatureListData(const UTF16String& path,
 }
 
 FeatureListData::~FeatureListData() {
-  assert(walks_ == 0);
-  assert(callbacks_ == 0);
+  assert(impl_->activeWalks == 0);
+  assert(impl_->activeCallbacks == 0);
 }
 
 void FeatureListData::InitWithData(const UTF8String& dataText) {
-  assert(walks_ == 0);
-  // Built beside this list and put in its place when nothing can fail any more: a host whose reload
-  // fails keeps the list that it has.
-  FeatureListData rebuilt([this](const UTF8String& key) { return AskHost(key); },
-                          [](const UTF8String&, const UTF8String&) {}, currentVersion_);
-  rebuilt.changesSinceVersion_ = changesSinceVersion_;
-  rebuilt.RefreshInternalSeenState();
-  rebuilt.ParseBetaFeatures();
-  rebuilt.ParseWhatsNewData(dataText);
-  rebuilt.BubbleUnlockedItemsToTheTop();
-  SwapContent(rebuilt);
+  assert(impl_->activeWalks == 0);
+  ListContent rebuilt;
+  rebuilt.state = impl_->ReadState();
+  {
+    const ScopedCount walk(impl_->activeWalks);
+    rebuilt.AddBetaFeatures();
+    rebuilt.AddChanges(dataText);
+    rebuilt.MoveUnlockedItemsToFront();
+  }
+  ListContent& content = impl_->content;
+  if (!rebuilt.changesSinceVersion) {
+    rebuilt.changesSinceVersion = std::move(content.changesSinceVersion);
+  }
+  content = std::move(rebuilt);
 }
 
-void FeatureListData::SwapContent(FeatureListData& other) noexcept {
-  featureItems_.swap(other.featureItems_);
-  orderedKeys_.swap(other.orderedKeys_);
-  seenGuids_.swap(other.seenGuids_);
-  newlySeenGuids_.swap(other.newlySeenGuids_);
-  seenVersions_.swap(other.seenVersions_);
-  lastVersionSeen_.swap(other.lastVersionSeen_);
-  changesSinceVersion_.swap(other.changesSinceVersion_);
+void FeatureListData::ParseWhatsNewData(const UTF8String& dataText) {
+  assert(impl_->activeWalks == 0);
+  impl_->content.AddChanges(dataText);
+}
+
+void FeatureListData::ParseBetaFeatures() {
+  assert(impl_->activeWalks == 0);
+  const ScopedCount walk(impl_->activeWalks);
+  impl_->content.AddBetaFeatures();
+}
+
+void FeatureListData::BubbleUnlockedItemsToTheTop() {
+  assert(impl_->activeWalks == 0);
+  const ScopedCount walk(impl_->activeWalks);
+  impl_->content.MoveUnlockedItemsToFront();
 }
 
 void FeatureListData::InsertFeatureListItem(std::shared_ptr<FeatureListItem> item) {
-  assert(walks_ == 0);
-  // Nothing can fail once the item is in: an item whose key is not in the order would never be
-  // shown, and could not be inserted again.
-  std::list<std::string> key;
-  key.push_back(item->GetFeatureJiraIDKey());
-  featureItems_.try_emplace(key.front(), std::move(item));
-  orderedKeys_.splice(orderedKeys_.end(), key);
+  assert(impl_->activeWalks == 0);
+  impl_->content.InsertItem(std::move(item));
 }
 
 void FeatureListData::EnsureSpecialCaseItemExists(const std::string& key, const UTF16String& name,
                                                   const UTF16String& description) {
-  if (featureItems_.contains(key)) return;
-  InsertFeatureListItem(std::make_shared<FeatureListItem>(
-      key, std::string(), orncore::string::UTF16to8(name), orncore::string::UTF16to8(description),
-      FeatureListItem::Visibility::kPublic));
+  assert(impl_->activeWalks == 0);
+  impl_->content.EnsureSectionExists(key, name, description);
+}
+
+const FeatureMap& FeatureListData::GetFeatureItems() const {
+  return impl_->content.items;
+}
+
+const std::list<std::string>& FeatureListData::GetOrderedFeatureKeys() const {
+  return impl_->content.orderedKeys;
 }
 
 UTF16String FeatureListData::LocalizeIfNecessary(const UTF8String& text) const {
   return Localize(text);
-}
-
-const FeatureListItem* FeatureListData::FindItem(const std::string& key) const {
-  const auto found = featureItems_.find(key);
-  return found == featureItems_.end() ? nullptr : found->second.get();
 }
 
 }  // namespace ornwhatsnew

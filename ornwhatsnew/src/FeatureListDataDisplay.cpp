@@ -1,4 +1,4 @@
-// The panel's text and what comes of showing it.
+// The panel's text, and the state after it was shown.
 #include <cassert>
 #include <memory>
 #include <utility>
@@ -7,7 +7,8 @@
 #include <orncore/string/Conversion.h>
 #include <ornwhatsnew/FeatureListData.h>
 
-#include "ornwhatsnew/src/CountedScope.h"
+#include "ornwhatsnew/src/FeatureListDataImpl.h"
+#include "ornwhatsnew/src/ScopedCount.h"
 #include "ornwhatsnew/src/panel/PanelFormatter.h"
 #include "ornwhatsnew/src/panel/StyledTextWriter.h"
 #include "ornwhatsnew/src/rules/VisibilityRules.h"
@@ -30,44 +31,49 @@ void ReserveFor(const FeatureMap& items, PanelFormatter& panel) {
   panel.Reserve(changes, descriptionBytes);
 }
 
+// Writes the items that are shown. Returns the identities that then count as seen.
+IdentitySet WriteItems(const ListContent& content, const DisplayOptions& options,
+                       PanelFormatter& panel) {
+  const VisibilityFilter filter(options, content.state.seenGuids, content.state.seenVersionNumbers);
+  // These two options leave out most changes, so the estimate would be far too large.
+  if (!options.Has(kShowOnlyNew) && !options.Has(kRatingView)) ReserveFor(content.items, panel);
+
+  ShownItem shown;
+  std::vector<Guid> seen;
+  for (const std::string& key : content.orderedKeys) {
+    const FeatureListItem* const item = content.FindItem(key);
+    if (item == nullptr || !IsItemShown(*item, filter, &shown)) continue;
+    panel.WriteFeature(*item, shown);
+
+    seen.push_back(shown.seenGuid);
+    if (options.Has(kRatingView)) continue;  // there the user rates the feature, not its changes
+    for (const auto& change : shown.changes) seen.push_back(change.seenGuid);
+  }
+  return MakeIdentitySet(std::move(seen));
+}
+
 }  // namespace
 
 UTF16String FeatureListData::GetFormattedTextForDisplay(const DisplayOptions& options,
                                                         const UTF16String& ratingPlaceholder,
                                                         StyleRunMap& runs,
                                                         std::shared_ptr<RatingMap> ratingItems) {
+  assert(impl_->activeWalks == 0);
   runs.clear();
   if (ratingItems != nullptr) ratingItems->clear();
-  assert(walks_ == 0);
-  PanelFormatter panel(options, ratingPlaceholder, runs, ratingItems.get());
-  panel.WriteHeader(lastVersionSeen_, changesSinceVersion_);
-
-  const IdentitySet shown = WriteShownFeatures(options, panel);
-  if (shown.empty()) panel.WriteNothingToShow();
-
-  RememberDisplayPass(shown);
-  return panel.TakeText();
-}
-
-IdentitySet FeatureListData::WriteShownFeatures(const DisplayOptions& options,
-                                                PanelFormatter& panel) const {
-  const CountedScope walk(walks_);
-  const VisibilityQuestion question(options, seenGuids_, seenVersions_);
-  // Of what is asked for by state, most is mostly left out.
-  if (!question.AsksForState()) ReserveFor(featureItems_, panel);
-
-  ItemFindings findings;
-  std::vector<Guid> shown;
-  for (const std::string& key : orderedKeys_) {
-    const FeatureListItem* const item = FindItem(key);
-    if (item == nullptr || !IsItemShown(*item, question, &findings)) continue;
-    panel.WriteFeature(*item, findings);
-
-    shown.push_back(findings.itemSeen);
-    if (options.Has(kRatingView)) continue;  // there the user rates the feature, not its changes
-    for (const auto& change : findings.shownChanges) shown.push_back(change.seen);
+  const ListContent& content = impl_->content;
+  UTF16String text;
+  IdentitySet shown;
+  {
+    const ScopedCount walk(impl_->activeWalks);
+    PanelFormatter panel(options, ratingPlaceholder, runs, ratingItems.get());
+    panel.WriteHeader(content.state.lastVersionSeen, content.changesSinceVersion.value_or(""));
+    shown = WriteItems(content, options, panel);
+    if (shown.empty()) panel.WriteNothingToShow();
+    text = panel.TakeText();
   }
-  return IdentitySet(std::move(shown));
+  impl_->RecordDisplayPass(shown);
+  return text;
 }
 
 void FeatureListData::CaptureStyle(StyleID style, const UTF16String& textSoFar,

@@ -1,4 +1,5 @@
-// What the user has seen and rated: read from the host, asked for, and handed back.
+// Queries and changes of what the user has seen and rated.
+#include <algorithm>
 #include <cassert>
 #include <utility>
 
@@ -6,57 +7,73 @@
 #include <ornwhatsnew/utility/PersistedList.h>
 #include <ornwhatsnew/utility/TextHelpers.h>
 
-#include "ornwhatsnew/src/CountedScope.h"
+#include "ornwhatsnew/src/FeatureListDataImpl.h"
+#include "ornwhatsnew/src/ScopedCount.h"
 #include "ornwhatsnew/src/rules/Keywords.h"
 #include "ornwhatsnew/src/rules/VisibilityRules.h"
 
 namespace ornwhatsnew {
-namespace {
 
-VersionSet ParseVersionList(const UTF8String& text) {
-  VersionSet versions;
-  for (const std::string_view version : SplitPersistedList(text)) versions.emplace(version);
-  return versions;
+UTF8String FeatureListData::Impl::ReadValue(std::string_view key) {
+  const ScopedCount callback(activeCallbacks);
+  return stateGetter(UTF8String(key));
 }
 
-}  // namespace
-
-UTF8String FeatureListData::AskHost(const UTF8String& key) const {
-  const CountedScope callback(callbacks_);
-  return stateGetter_(key);
+void FeatureListData::Impl::WriteValue(const UTF8String& key, const UTF8String& value) {
+  const ScopedCount callback(activeCallbacks);
+  stateSetter(key, value);
 }
 
-void FeatureListData::TellHost(const UTF8String& key, const UTF8String& text) {
-  const CountedScope callback(callbacks_);
-  stateSetter_(key, text);
+SeenState FeatureListData::Impl::ReadState() {
+  SeenState state;
+  state.lastVersionSeen = ReadValue(keywords::kLastVersionSeen);
+  const UTF8String versions = ReadValue(keywords::kAllVersionsSeen);
+  for (const std::string_view version : SplitPersistedList(versions)) {
+    state.seenVersions.emplace(version);
+  }
+  state.seenVersions.insert(currentVersion);
+  state.seenVersionNumbers = VersionNumbers(state.seenVersions);
+  state.seenGuids = ParseIdentities(ReadValue(keywords::kAllSeenItems));
+  return state;
+}
+
+void FeatureListData::Impl::RecordDisplayPass(const IdentitySet& shown) {
+  // Everything that can fail comes before the change of the state. Otherwise a later rating could
+  // persist identities that the user never saw.
+  SeenState& state = content.state;
+  const UTF8String seenItemsKey(keywords::kAllSeenItems);
+  const UTF8String lastVersionKey(keywords::kLastVersionSeen);
+  const UTF8String versionsKey(keywords::kAllVersionsSeen);
+  IdentitySet newlySeen = UnionOf(state.newlySeenGuids, shown);
+  const UTF8String seenItems = FormatIdentities(UnionOf(state.seenGuids, newlySeen));
+  const UTF8String versions =
+      JoinPersistedList({state.seenVersions.begin(), state.seenVersions.end()});
+  state.newlySeenGuids = std::move(newlySeen);
+  WriteValue(seenItemsKey, seenItems);
+  WriteValue(lastVersionKey, currentVersion);
+  WriteValue(versionsKey, versions);
 }
 
 void FeatureListData::RefreshInternalSeenState() {
-  // All that can fail comes first, so that whatever throws leaves the state as it was.
-  UTF8String lastVersionSeen = AskHost(UTF8String(keywords::kLastVersionSeen));
-  VersionSet seenVersions = ParseVersionList(AskHost(UTF8String(keywords::kAllVersionsSeen)));
-  seenVersions.insert(currentVersion_);
-  IdentitySet seenGuids = ParseGuidList(AskHost(UTF8String(keywords::kAllSeenItems)));
+  // The state is replaced last, so that an exception leaves it unchanged.
+  SeenState state = impl_->ReadState();
   BubbleUnlockedItemsToTheTop();
-
-  lastVersionSeen_ = std::move(lastVersionSeen);
-  seenVersions_ = std::move(seenVersions);
-  seenGuids_ = std::move(seenGuids);
-  newlySeenGuids_.clear();
+  impl_->content.state = std::move(state);
 }
 
 UTF8String FeatureListData::GetNewSeenState() const {
-  return FormatGuidList(seenGuids_, newlySeenGuids_);
+  const SeenState& state = impl_->content.state;
+  return FormatIdentities(UnionOf(state.seenGuids, state.newlySeenGuids));
 }
 
 bool FeatureListData::IsAnythingNew(const DisplayOptions& options) const {
-  const CountedScope walk(walks_);
-  const VisibilityQuestion question(options, seenGuids_, seenVersions_);
-  for (const std::string& key : orderedKeys_) {
-    const FeatureListItem* const item = FindItem(key);
-    if (item != nullptr && IsItemShown(*item, question)) return true;
-  }
-  return false;
+  const ScopedCount walk(impl_->activeWalks);
+  const ListContent& content = impl_->content;
+  const VisibilityFilter filter(options, content.state.seenGuids, content.state.seenVersionNumbers);
+  return std::ranges::any_of(content.orderedKeys, [&](const std::string& key) {
+    const FeatureListItem* const item = content.FindItem(key);
+    return item != nullptr && IsItemShown(*item, filter);
+  });
 }
 
 bool FeatureListData::IsAnythingNeedingRating() const {
@@ -64,29 +81,16 @@ bool FeatureListData::IsAnythingNeedingRating() const {
 }
 
 void FeatureListData::MarkItemHasBeenRated(const std::string& featureKey) {
-  assert(walks_ == 0);
+  assert(impl_->activeWalks == 0);
   if (IsSpecialCaseSection(featureKey)) return;
-  const FeatureListItem* const item = FindItem(featureKey);
+  const FeatureListItem* const item = impl_->content.FindItem(featureKey);
   if (item == nullptr) return;
-  const UTF8String key(keywords::kAllSeenItems);
-  const IdentitySet rated = {item->GetItemRatedGuid()};
-  const UTF8String seenState = FormatGuidList(seenGuids_, newlySeenGuids_, rated);
-  seenGuids_.insert(rated);
-  TellHost(key, seenState);
-}
-
-void FeatureListData::RememberDisplayPass(const IdentitySet& shown) {
-  // What is shown only counts when all that can fail on our side is done: otherwise a rating would
-  // later store as seen what never reached the user.
+  SeenState& state = impl_->content.state;
   const UTF8String seenItemsKey(keywords::kAllSeenItems);
-  const UTF8String lastVersionKey(keywords::kLastVersionSeen);
-  const UTF8String versionsKey(keywords::kAllVersionsSeen);
-  const UTF8String seenState = FormatGuidList(seenGuids_, newlySeenGuids_, shown);
-  const UTF8String versions = JoinPersistedList({seenVersions_.begin(), seenVersions_.end()});
-  newlySeenGuids_.insert(shown);
-  TellHost(seenItemsKey, seenState);
-  TellHost(lastVersionKey, currentVersion_);
-  TellHost(versionsKey, versions);
+  IdentitySet seen = UnionOf(state.seenGuids, IdentitySet{item->GetItemRatedGuid()});
+  const UTF8String seenItems = FormatIdentities(UnionOf(seen, state.newlySeenGuids));
+  state.seenGuids = std::move(seen);
+  impl_->WriteValue(seenItemsKey, seenItems);
 }
 
 }  // namespace ornwhatsnew

@@ -1,7 +1,7 @@
 #include <ornwhatsnew/FeatureListDetail.h>
 
 #include <algorithm>
-#include <array>
+#include <stdexcept>
 
 #include <ornwhatsnew/utility/TextHelpers.h>
 
@@ -12,22 +12,43 @@
 namespace ornwhatsnew {
 namespace {
 
-constexpr std::string_view kChangeSeenTag = "FeatureChangeList";
-constexpr std::string_view kChangeRatedTag = "FeatureChangeRatedList";
-constexpr std::string_view kWellFormedURLPrefix = "https://";
+using Salience = FeatureListDetail::Salience;
+
+std::string KeyOf(DataColumn column) {
+  return std::string(kDataColumns[ColumnIndex(column)].fieldKey);
+}
+
+Salience ParseSalience(std::string_view text) {
+  static constexpr std::pair<std::string_view, Salience> kKeywords[] = {
+      {keywords::kHeadline, Salience::kHeadline},
+      {keywords::kDetail, Salience::kDetail},
+      {keywords::kHideBetaFeature, Salience::kHideBetaFeature},
+      {keywords::kHideBetaFeatureFromExternal, Salience::kHideBetaFeatureFromExternal},
+      {keywords::kUnreviewed, Salience::kUnreviewed},
+      {keywords::kRatingHidesBetaFeatureDescription, Salience::kRatingHidesBetaFeatureDescription},
+      {keywords::kUnhideBetaFeature, Salience::kUnhideBetaFeature},
+  };
+  if (text.empty()) return Salience::kNone;
+  for (const auto& [keyword, salience] : kKeywords) {
+    if (CaseInsensitiveEqual(text, keyword)) return salience;
+  }
+  return Salience::kUnknown;
+}
 
 }  // namespace
 
-const std::string FeatureListDetail::kKeyDescription{kFieldKeys[kDescription]};
-const std::string FeatureListDetail::kKeyJIRAEpicID{kFieldKeys[kEpicID]};
-const std::string FeatureListDetail::kKeyJIRAStoryBugTaskID{kFieldKeys[kStoryBugTaskID]};
-const std::string FeatureListDetail::kKeyVersionAdded{kFieldKeys[kVersionAdded]};
-const std::string FeatureListDetail::kKeySalienceOptional{kFieldKeys[kSalience]};
-const std::string FeatureListDetail::kKeyRelevantFirstVersionOptional{kFieldKeys[kFirstVersion]};
-const std::string FeatureListDetail::kKeyRelevantPlatformOptional{kFieldKeys[kPlatform]};
-const std::string FeatureListDetail::kKeyRequestFeedbackOptional{kFieldKeys[kRatingRequest]};
-const std::string FeatureListDetail::kKeyViewMoreURL{kFieldKeys[kViewMoreURL]};
-const std::string FeatureListDetail::kKeySHANum{kFieldKeys[kSHA]};
+const std::string FeatureListDetail::kKeyDescription = KeyOf(DataColumn::kDescription);
+const std::string FeatureListDetail::kKeyJIRAEpicID = KeyOf(DataColumn::kGroupingID);
+const std::string FeatureListDetail::kKeyJIRAStoryBugTaskID = KeyOf(DataColumn::kStoryID);
+const std::string FeatureListDetail::kKeyVersionAdded = KeyOf(DataColumn::kVersion);
+const std::string FeatureListDetail::kKeySalienceOptional = KeyOf(DataColumn::kSalience);
+const std::string FeatureListDetail::kKeyRelevantFirstVersionOptional =
+    KeyOf(DataColumn::kFirstVersion);
+const std::string FeatureListDetail::kKeyRelevantPlatformOptional = KeyOf(DataColumn::kPlatform);
+const std::string FeatureListDetail::kKeyRequestFeedbackOptional =
+    KeyOf(DataColumn::kRatingRequest);
+const std::string FeatureListDetail::kKeyViewMoreURL = KeyOf(DataColumn::kURL);
+const std::string FeatureListDetail::kKeySHANum = KeyOf(DataColumn::kSHA);
 
 const UTF8String FeatureListDetail::kSalienceHeadline{keywords::kHeadline};
 const UTF8String FeatureListDetail::kSalienceDetail{keywords::kDetail};
@@ -47,87 +68,65 @@ FeatureListDetail::FeatureListDetail(
     const UTF8String& jiraStoryBugTaskID, const UTF8String& salience,
     const UTF8String& relevantFirstVersion, const UTF8String& relevantPlatform,
     const UTF8String& ratingRequest, const UTF8String& viewMoreURL, const UTF8String& sha)
-    : FeatureListDetail(Fields{description, versionAdded, jiraEpicID, jiraStoryBugTaskID, salience,
-                               relevantFirstVersion, relevantPlatform, ratingRequest, viewMoreURL,
-                               sha}) {}
+    : FeatureListDetail(Fields{versionAdded, jiraEpicID, jiraStoryBugTaskID, salience,
+                               ratingRequest, relevantFirstVersion, relevantPlatform, viewMoreURL,
+                               sha, description}) {}
 
-FeatureListDetail::FeatureListDetail(const Fields& fields) : fields_(fields) {}
-
-bool FeatureListDetail::DetailForcingItemToHiddenOverride() const {
-  return CaseInsensitiveEqual(GetSalienceOptional(), keywords::kHideBetaFeature);
+FeatureListDetail::FeatureListDetail(const Fields& fields)
+    : salience_(ParseSalience(fields[ColumnIndex(DataColumn::kSalience)])),
+      platform_(ParsePlatform(fields[ColumnIndex(DataColumn::kPlatform)])),
+      isURLSecure_(fields[ColumnIndex(DataColumn::kURL)].starts_with("https://")) {
+  std::ranges::copy(fields, fields_.begin());
+  if (GetRelevantFirstVersionOptional().empty()) return;
+  relevantFrom_ = VersionNumber(GetRelevantFirstVersionOptional());
+  relevantBefore_ = VersionNumber(GetChangeAddedVersion());
 }
 
-bool FeatureListDetail::DetailForcingItemToInternalOverride() const {
-  return CaseInsensitiveEqual(GetSalienceOptional(), keywords::kHideBetaFeatureFromExternal);
-}
-
-bool FeatureListDetail::DetailForcingItemToNormalVisibility() const {
-  return CaseInsensitiveEqual(GetSalienceOptional(), keywords::kUnhideBetaFeature);
-}
-
-bool FeatureListDetail::DetailInternalOverrideUnreviewed() const {
-  return CaseInsensitiveEqual(GetSalienceOptional(), keywords::kUnreviewed);
-}
-
-bool FeatureListDetail::HasMalformedPlatform() const {
-  const UTF8String& platform = GetRelevantPlatformOptional();
-  return !platform.empty() && !CaseInsensitiveEqual(platform, keywords::kMac) &&
-         !CaseInsensitiveEqual(platform, keywords::kWin);
-}
-
-bool FeatureListDetail::HasUsablePlatform() const {
-  return !GetRelevantPlatformOptional().empty() && !HasMalformedPlatform();
-}
-
-bool FeatureListDetail::HasMalformedSalience() const {
-  const UTF8String& salience = GetSalienceOptional();
-  if (salience.empty()) return false;
-  static constexpr std::array kWellFormed = {
-      keywords::kHeadline,        keywords::kDetail,
-      keywords::kHideBetaFeature, keywords::kHideBetaFeatureFromExternal,
-      keywords::kUnreviewed,      keywords::kRatingHidesBetaFeatureDescription};
-  return std::ranges::none_of(kWellFormed, [&salience](std::string_view keyword) {
-    return CaseInsensitiveEqual(salience, keyword);
-  });
-}
-
-bool FeatureListDetail::HasMalformedURL() const {
-  return !GetViewMoreURLOptional().starts_with(kWellFormedURLPrefix);
+const UTF8String& FeatureListDetail::GetField(std::string_view key) const {
+  const auto found = std::ranges::find(kDataColumns, key, &DataColumnInfo::fieldKey);
+  // Compatibility: the message is that of a map (docs/compatibility.md).
+  if (found == kDataColumns.end()) throw std::out_of_range("unordered_map::at: key not found");
+  return fields_[static_cast<std::size_t>(found - kDataColumns.begin())];
 }
 
 std::int64_t FeatureListDetail::ParseVersionStringToNumber(const UTF8String& version) const {
   return VersionNumber(version);
 }
 
+bool FeatureListDetail::IsRelevantToVersions(std::span<const std::int64_t> versionNumbers) const {
+  if (GetRelevantFirstVersionOptional().empty()) return true;
+  const auto version = std::ranges::lower_bound(versionNumbers, relevantFrom_);
+  return version != versionNumbers.end() && *version < relevantBefore_;
+}
+
 void FeatureListDetail::MixChangeIntoGuid(orncore::utility::GuidMixer& mixer) const {
-  static constexpr std::array kMixed = {kDescription,    kVersionAdded, kEpicID,
-                                        kStoryBugTaskID, kSalience,     kFirstVersion,
-                                        kPlatform,       kViewMoreURL,  kSHA};
-  for (const Place place : kMixed) MixHashablePortion(mixer, fields_[place]);
+  static constexpr DataColumn kMixed[] = {
+      DataColumn::kDescription, DataColumn::kVersion,  DataColumn::kGroupingID,
+      DataColumn::kStoryID,     DataColumn::kSalience, DataColumn::kFirstVersion,
+      DataColumn::kPlatform,    DataColumn::kURL,      DataColumn::kSHA};
+  for (const DataColumn column : kMixed) MixHashablePortion(mixer, Field(column));
 }
 
 Guid FeatureListDetail::GetItemSeenGuid() const {
-  orncore::utility::GuidMixer mixer = TaggedMixer(kChangeSeenTag);
+  orncore::utility::GuidMixer mixer = TaggedMixer("FeatureChangeList");
   MixChangeIntoGuid(mixer);
   return mixer.Result();
 }
 
 Guid FeatureListDetail::GetItemRatedGuid() const {
-  orncore::utility::GuidMixer mixer = TaggedMixer(kChangeRatedTag);
+  orncore::utility::GuidMixer mixer = TaggedMixer("FeatureChangeRatedList");
   MixHashablePortion(mixer, GetRatingRequestOptional());
   return mixer.Result();
 }
 
 bool FeatureListDetail::ShouldShowItemToUser(const DisplayOptions& options, const GuidSet& seen,
                                              const VersionSet& versions) const {
-  const VisibilityQuestion question(options, seen, versions);
-  ChangeIdentity identity(*this);
-  return IsChangeShown(*this, question, identity);
+  const std::vector<std::int64_t> versionNumbers = VersionNumbers(versions);
+  return IsChangeShown(*this, VisibilityFilter(options, seen, versionNumbers), GetItemSeenGuid());
 }
 
 bool FeatureListDetail::ShowForRating(const GuidSet& seen) const {
-  ChangeIdentity identity(*this);
-  return IsChangeForRating(*this, seen, identity);
+  return IsChangeForRating(*this, seen.contains(GetItemSeenGuid()));
 }
 
 }  // namespace ornwhatsnew

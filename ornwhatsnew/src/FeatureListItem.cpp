@@ -1,5 +1,7 @@
 #include <ornwhatsnew/FeatureListItem.h>
 
+#include <algorithm>
+#include <stdexcept>
 #include <utility>
 
 #include <ornappsupport/analytics/SDMUsageLogger.h>
@@ -12,7 +14,11 @@
 namespace ornwhatsnew {
 namespace {
 
-constexpr std::string_view kItemRatedTag = "FeatureItemRatedList";
+// The keys of the fields, by `FieldIndex`.
+constexpr std::array<std::string_view, 5> kFieldKeys = {
+    "kFeatureName",    "kFeatureDescription",     "kFeatureViewMoreURL",
+    "kFeaturePrefsUI", "kCustomRatingRequestStr",
+};
 
 }  // namespace
 
@@ -27,46 +33,54 @@ FeatureListItem::FeatureListItem(const std::string& featureJiraIDKey,
                                  const UTF8String& description, Visibility visibility)
     : featureJiraIDKey_(featureJiraIDKey),
       betaFeatureInternalKey_(betaFeatureInternalKey),
-      visibility_(visibility) {
-  fields_[kName] = name;
-  fields_[kDescription] = description;
+      kind_(KindOf(featureJiraIDKey)),
+      visibility_(visibility),
+      fields_{name, description} {}
+
+FeatureListItem::Kind FeatureListItem::KindOf(std::string_view featureJiraIDKey) {
+  if (IsInternalSpecialCaseSection(featureJiraIDKey)) return Kind::kInternalSection;
+  return IsSpecialCaseSection(featureJiraIDKey) ? Kind::kSection : Kind::kFeature;
+}
+
+const UTF8String& FeatureListItem::GetField(std::string_view key) const {
+  const auto found = std::ranges::find(kFieldKeys, key);
+  // Compatibility: the message is that of a map (docs/compatibility.md).
+  if (found == kFieldKeys.end()) throw std::out_of_range("unordered_map::at: key not found");
+  return fields_[static_cast<std::size_t>(found - kFieldKeys.begin())];
 }
 
 void FeatureListItem::AddFeatureDetail(std::shared_ptr<FeatureListDetail> detail) {
   const bool isDuplicateURL =
       !detail->GetViewMoreURLOptional().empty() && !GetFeatureViewMoreURL().empty();
-  const bool givesURL = !isDuplicateURL && !detail->HasMalformedURL();
-  // All that can fail comes first, so that a call that failed can be repeated.
-  UTF8String url = givesURL ? detail->GetViewMoreURLOptional() : UTF8String();
+  const bool setsURL = !isDuplicateURL && !detail->HasMalformedURL();
+  // The allocations come first, so that a failed call changes nothing and can be repeated.
+  UTF8String url = setsURL ? detail->GetViewMoreURLOptional() : UTF8String();
   allChanges_.push_back(std::move(detail));
 
   FeatureListDetail& change = *allChanges_.back();
-  if (change.DetailForcingItemToInternalOverride() && !IsSpecialCaseSection(featureJiraIDKey_)) {
-    itemInternalOverride_ = true;
-  }
+  if (change.DetailForcingItemToInternalOverride() && !IsSection()) itemInternalOverride_ = true;
   if (isDuplicateURL) change.SetHasDuplicateURL(true);
-  if (givesURL) fields_[kViewMoreURL] = std::move(url);
+  if (setsURL) fields_[kViewMoreURL] = std::move(url);
 }
 
 void FeatureListItem::MixFeatureIntoGuid(orncore::utility::GuidMixer& mixer) const {
   mixer.Mix(featureJiraIDKey_);
   mixer.Mix(betaFeatureInternalKey_);
-  for (const Place place : {kName, kDescription, kViewMoreURL, kPrefsUI}) {
-    MixHashablePortion(mixer, fields_[place]);
+  for (const FieldIndex index : {kName, kDescription, kViewMoreURL, kPrefsUI}) {
+    MixHashablePortion(mixer, fields_[index]);
   }
 }
 
 Guid FeatureListItem::GetItemSeenGuid() const {
-  ItemSeenIdentity identity(*this);
+  orncore::utility::GuidMixer mixer = ItemSeenMixer(*this);
   for (const auto& change : allChanges_) {
-    ChangeIdentity changeIdentity(*change);
-    identity.AddChange(*change, changeIdentity);
+    MixChangeIntoItem(mixer, *change, change->GetItemSeenGuid());
   }
-  return identity.Result();
+  return mixer.Result();
 }
 
 Guid FeatureListItem::GetItemRatedGuid() const {
-  orncore::utility::GuidMixer mixer = TaggedMixer(kItemRatedTag);
+  orncore::utility::GuidMixer mixer = TaggedMixer("FeatureItemRatedList");
   mixer.Mix(betaFeatureInternalKey_);
   for (const auto& change : allChanges_) {
     if (!change->GetRatingRequestOptional().empty()) mixer.Mix(change->GetItemRatedGuid());
@@ -76,7 +90,8 @@ Guid FeatureListItem::GetItemRatedGuid() const {
 
 bool FeatureListItem::ShouldShowItemToUser(const DisplayOptions& options, const GuidSet& seen,
                                            const VersionSet& versions) const {
-  return IsItemShown(*this, VisibilityQuestion(options, seen, versions));
+  const std::vector<std::int64_t> versionNumbers = VersionNumbers(versions);
+  return IsItemShown(*this, VisibilityFilter(options, seen, versionNumbers));
 }
 
 bool FeatureListItem::ShowForRating(const GuidSet& seen) const {

@@ -5,7 +5,6 @@
 #include <orncore/debug/DebugDatabase.h>
 #include <orncore/string/Replace.h>
 #include <ornwhatsnew/FeatureListItem.h>
-#include <ornwhatsnew/utility/TextHelpers.h>
 
 #include "ornwhatsnew/src/rules/Keywords.h"
 
@@ -20,7 +19,7 @@ constexpr std::string_view kShowAllOffFeatures =
 constexpr std::string_view kShowAllUnlockCodes =
     "ornappsupport.betafeature.SimulateShowingAllUnlockCodesInWhatsNew";
 
-// The debug switches only count for users with the permission; for others they are not even read.
+// The debug switches apply to internal users only. For other users, the entries are not read.
 bool IsInternalDebugSwitchOn(std::string_view key) {
   if (!feature::IsEntitlementSetToInternalFeaturesAllowed()) return false;
   return orncore::debug::DebugDatabase::Instance().GetEntryAs<bool>(key, false);
@@ -45,8 +44,8 @@ const UTF8String kInternalKey{keywords::kInternal};
 const UTF8String kUnreviewedKey{keywords::kUnreviewedSection};
 
 ItemUnlockState GetItemUnlockState(const FeatureListItem& item) {
-  if (IsInternalSpecialCaseSection(item.FeatureJiraIDKey())) return ItemUnlockState::TarsaOnly;
-  if (IsSpecialCaseSection(item.FeatureJiraIDKey())) return ItemUnlockState::Unlabelled;
+  if (item.IsInternalSection()) return ItemUnlockState::TarsaOnly;
+  if (item.IsSection()) return ItemUnlockState::Unlabelled;
 
   const feature::BetaFeatureMap& table = feature::GetConstBetaFeatureMap();
   const auto entry = table.find(item.BetaFeatureInternalKey());

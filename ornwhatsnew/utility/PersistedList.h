@@ -1,5 +1,8 @@
-// What the library persists through its callbacks: under which keys, and the form of its lists,
-// pieces joined by a single blank in ascending byte order, so that equal states are equal texts.
+// What a list persists through its callbacks: three keys, and the form of the values that are
+// lists.
+//
+// A persisted list is a text of elements that are joined by single spaces. Its elements are in
+// ascending byte order, so that equal states are equal texts.
 #ifndef ORNWHATSNEW_UTILITY_PERSISTEDLIST_H_
 #define ORNWHATSNEW_UTILITY_PERSISTEDLIST_H_
 
@@ -7,32 +10,24 @@
 #include <vector>
 
 #include <orncore/Export.h>
-#include <ornwhatsnew/utility/IdentitySet.h>
 #include <ornwhatsnew/utility/SharedTypes.h>
 
 namespace ornwhatsnew {
 
-/// Key of the first persisted value: the identities of all that was seen or rated, a list.
+/// Key of the identities of everything that was seen or rated, a persisted list.
 extern ORN_EXPORT const UTF8String kAllSeenItemsKey;
-/// Key of the second: the version in which the list was last opened.
+/// Key of the version in which What's New was last opened.
 extern ORN_EXPORT const UTF8String kLastVersionSeenKey;
-/// Key of the third: all versions in which it was opened, a list.
+/// Key of all versions in which What's New was opened, a persisted list.
 extern ORN_EXPORT const UTF8String kAllVersionsSeenKey;
 
-/// The pieces between the blanks of `text`, as views into it. An empty text has none; adjacent
-/// blanks are not merged, so there is an empty piece between them.
-ORN_EXPORT std::vector<std::string_view> SplitPersistedList(std::string_view text);
+/// Returns the elements of a list as views into `list`. An empty text has no elements. Adjacent
+/// spaces are not merged: there is an empty element between them.
+ORN_EXPORT std::vector<std::string_view> SplitPersistedList(std::string_view list);
 
-/// The text of a list: each piece once, in ascending byte order. An empty piece stands first, adds
-/// nothing to the text and so is gone when the text is split again.
-ORN_EXPORT UTF8String JoinPersistedList(std::vector<std::string_view> pieces);
-
-/// The identities of a persisted list. A piece that is no identity gives the nil one.
-ORN_EXPORT IdentitySet ParseGuidList(std::string_view text);
-
-/// The text of the identities in any of the sets, each once.
-ORN_EXPORT UTF8String FormatGuidList(const IdentitySet& some, const IdentitySet& others,
-                                     const IdentitySet& more = {});
+/// Returns the list of the elements, each once, in ascending byte order. An empty element adds
+/// nothing to the text, so it is lost.
+ORN_EXPORT UTF8String JoinPersistedList(std::vector<std::string_view> elements);
 
 }  // namespace ornwhatsnew
 

@@ -7,7 +7,9 @@
 #include <iostream>
 #include <memory>
 #include <optional>
+#include <set>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -36,6 +38,12 @@ constexpr char kLastVersion[] = "WhatsNew.LastVersionSeenWhatsNew";
 constexpr char kAllVersions[] = "WhatsNew.AllVersionSeenWhatsNew";
 
 using Operation = std::function<void(World&)>;
+
+std::set<Guid> GuidsOf(std::string_view persistedList) {
+  std::set<Guid> guids;
+  for (const std::string_view element : SplitPersistedList(persistedList)) guids.emplace(element);
+  return guids;
+}
 
 void ShowAll(World& world) {
   Format(*world.list);
@@ -305,13 +313,13 @@ class StrangeStateTest : public FaultTest, public testing::WithParamInterface<St
     SCOPED_TRACE(key);
     test_support::FakeStateStore store;
     store.Put(key, text);
-    const auto before = ParseGuidList(store.Text(kAllSeenItems));
+    const auto before = GuidsOf(store.Text(kAllSeenItems));
     FeatureListData list(LoadedData(), store.Getter(), store.Setter());
     list.IsAnythingNew(kShowOnlyNew | kFilterRelevantPlatform | kFilterRelevantVersion);
     EXPECT_FALSE(Format(list).text.empty());
     list.MarkItemHasBeenRated("EPIC-7");
 
-    const auto after = ParseGuidList(store.Text(kAllSeenItems));
+    const auto after = GuidsOf(store.Text(kAllSeenItems));
     for (const Guid& identity : before) EXPECT_TRUE(after.contains(identity));
     if (key == kAllVersions) ExpectVersionsKept(text, store.Text(kAllVersions));
     // What has been through a list once stays as it is.
@@ -497,14 +505,25 @@ class MeddlingFeatures : public ornappsupport::feature::FeatureService {
   bool IsAvailableForUser(std::string_view /*key*/) const override { return Meddle(); }
   bool AreInternalFeaturesAllowed() const override { return false; }
 
- private:
+ protected:
   bool Meddle() const {
     meddle_();
     return true;
   }
 
+ private:
   ornappsupport::feature::BetaFeatureMap features_;
   std::function<void()> meddle_;
+};
+
+/// The same, but it also acts when the table is requested.
+class MeddlingTable : public MeddlingFeatures {
+ public:
+  using MeddlingFeatures::MeddlingFeatures;
+  const ornappsupport::feature::BetaFeatureMap& GetBetaFeatures() const override {
+    Meddle();
+    return MeddlingFeatures::GetBetaFeatures();
+  }
 };
 
 TEST_F(CallbackTest, AServiceThatReplacesItselfWhenAskedLeavesTheListWhole) {
@@ -553,11 +572,32 @@ TEST_F(CallbackDeathTest, AServiceMustNotChangeTheListThatAsksIt) {
     FeatureListData& list = *world.list;
     const auto meddle = [&] { change(world); };
     orncore::config::Localizer::Get().SetDictionary(std::make_shared<MeddlingDictionary>(meddle));
-    EXPECT_DEATH(Format(list), "walks_ == 0");
+    EXPECT_DEATH(Format(list), "activeWalks == 0");
 
     orncore::config::Localizer::Get().SetDictionary(nullptr);
     ornappsupport::feature::SetFeatureService(std::make_shared<MeddlingFeatures>(meddle));
-    EXPECT_DEATH(list.IsAnythingNew({}), "walks_ == 0");
+    EXPECT_DEATH(list.IsAnythingNew({}), "activeWalks == 0");
+  }
+#endif
+}
+
+TEST_F(CallbackDeathTest, AServiceMustNotDestroyTheListThatItIsLoadedFor) {
+#ifdef NDEBUG
+  GTEST_SKIP() << "asserted in debug builds only";
+#else
+  const std::vector<std::function<void(FeatureListData&)>> operations = {
+      [](FeatureListData& list) { list.InitWithData(LoadedData()); },
+      [](FeatureListData& list) { list.ParseBetaFeatures(); },
+      [](FeatureListData& list) { list.BubbleUnlockedItemsToTheTop(); },
+      [](FeatureListData& list) { list.RefreshInternalSeenState(); },
+  };
+  for (const auto& operation : operations) {
+    const FaultHost host;
+    World world(host);
+    FeatureListData& list = *world.list;
+    ornappsupport::feature::SetFeatureService(
+        std::make_shared<MeddlingTable>([&] { world.list = nullptr; }));
+    EXPECT_DEATH(operation(list), "activeWalks == 0");
   }
 #endif
 }
@@ -570,7 +610,7 @@ TEST_F(CallbackDeathTest, ACallbackMustNotDestroyTheListThatCallsIt) {
   Reentrance reentrance(world);
   FeatureListData& list = *reentrance.list;
   reentrance.inSetter = [&](FeatureListData&) { reentrance.list = nullptr; };
-  EXPECT_DEATH(Format(list), "callbacks_ == 0");
+  EXPECT_DEATH(Format(list), "activeCallbacks == 0");
 #endif
 }
 

@@ -62,6 +62,16 @@ TEST_F(DataFileParse, EmptyTextGivesNoChangesAndOneUnreviewedAtTheEnd) {
                                            "INTERNAL", "UNREVIEWED"));
 }
 
+TEST_F(DataFileParse, SectionsThatReceiveChangesAreNotMoved) {
+  list_.ParseWhatsNewData(DataFileText({{.groupingID = "INTERNAL", .description = "Internal"},
+                                        {.groupingID = "MISC", .description = "Other"},
+                                        {.groupingID = "EPIC-1", .description = "One"},
+                                        {.groupingID = "BUGFIX", .description = "Fixed"}}));
+  EXPECT_THAT(ChangesOf("INTERNAL"), ElementsAre("Internal"));
+  EXPECT_THAT(KeyOrder(list_), ElementsAre("EPIC-2", "STORY-9", "MISC", "BUGFIX", "INTERNAL",
+                                           "EPIC-1", "UNREVIEWED"));
+}
+
 TEST_F(DataFileParse, HeaderAloneGivesTheSame) {
   list_.ParseWhatsNewData(DataFile().Text());
   EXPECT_TRUE(HasNoChanges());

@@ -280,13 +280,17 @@ TEST(DataFileReader, TenthFieldIsTheLastOneKept) {
   EXPECT_EQ(rows[0].values[9], "9");
 }
 
-TEST(DataFileReader, ColumnsHaveTheirPlacesAndHeaderTexts) {
-  EXPECT_EQ(kDataColumnHeaders.size(), kDataColumnCount);
-  EXPECT_EQ(kDataColumnHeaders[static_cast<std::size_t>(DataColumn::kVersion)], "App Version");
-  EXPECT_EQ(kDataColumnHeaders[static_cast<std::size_t>(DataColumn::kGroupingID)],
-            "Grouping ID (Jira Epic / BUGFIX / INTERNAL / MISC)");
-  EXPECT_EQ(kDataColumnHeaders[static_cast<std::size_t>(DataColumn::kDescription)],
-            "Public/Internal message");
+TEST(DataFileReader, ColumnsHaveTheirHeaderTexts) {
+  std::vector<std::string_view> headers;
+  for (const DataColumnInfo& column : kDataColumns) headers.push_back(column.header);
+  EXPECT_THAT(headers, testing::ElementsAre(
+                           "App Version", "Grouping ID (Jira Epic / BUGFIX / INTERNAL / MISC)",
+                           "Jira ID (Story / Task / Bug)", "Salience", "Ask User For Rating",
+                           "Earliest Relevant Change Version", "Only Relevant Platform",
+                           "URL To Discussion Thread", "Changelist ID", "Public/Internal message"));
+}
+
+TEST(DataFileReader, FindsTheColumnsByTheirIndex) {
   const std::string text = "0,1,2,3,4,5,6,7,8,9";
   DataFileReader reader(text);
   const DataRow* row = reader.Next();

@@ -1,6 +1,9 @@
 #include <ornwhatsnew/WhatsNew.h>
 
+#include <functional>
+#include <list>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include <gmock/gmock.h>
@@ -131,6 +134,49 @@ TEST_F(EntryPoint, InitializingAgainKeepsTheChangesSinceVersion) {
   EXPECT_THAT(Format(*list).text, HasSubstr("Changes since v24.0\n"));
   list->InitWithData(DataFile().ChangesSince("25.0").Text());
   EXPECT_THAT(Format(*list).text, HasSubstr("Changes since v25.0\n"));
+}
+
+// Reads empty values. Runs an action within each call until the action is removed.
+class ActingGetter {
+ public:
+  StateGetter Getter() {
+    return [this](const UTF8String&) {
+      if (const auto action = std::exchange(action_, {})) action();
+      return UTF8String();
+    };
+  }
+  void ActOnce(std::function<void()> action) { action_ = std::move(action); }
+
+ private:
+  std::function<void()> action_;
+};
+
+TEST_F(EntryPoint, ChangesSinceVersionThatAGetterSetsDuringAReloadIsKept) {
+  ActingGetter getter;
+  FeatureListData list(data_, getter.Getter(), host_.Setter());
+  getter.ActOnce([&list] { list.ParseWhatsNewData(DataFile().ChangesSince("25.0").Text()); });
+  list.InitWithData(DataFile().Text());
+  EXPECT_THAT(Format(list).text, HasSubstr("Changes since v25.0\n"));
+}
+
+TEST_F(EntryPoint, ChangesSinceVersionOfTheTextReplacesTheOneThatAGetterSets) {
+  ActingGetter getter;
+  FeatureListData list(data_, getter.Getter(), host_.Setter());
+  getter.ActOnce([&list] { list.InitWithData(DataFile().ChangesSince("25.0").Text()); });
+  list.InitWithData(DataFile().ChangesSince("").Text());
+  EXPECT_THAT(Format(list).text, HasSubstr("Changes since v\n"));
+}
+
+TEST_F(EntryPoint, ReferencesToItemsAndKeysStayValidAfterAReload) {
+  FeatureListData list(data_, host_.Getter(), host_.Setter());
+  const FeatureMap& items = list.GetFeatureItems();
+  const std::list<std::string>& keys = list.GetOrderedFeatureKeys();
+  host_.AddFeature({.internalKey = "d", .epicKey = "EPIC-4", .name = "D"});
+  list.InitWithData(data_);
+  EXPECT_EQ(&items, &list.GetFeatureItems());
+  EXPECT_EQ(&keys, &list.GetOrderedFeatureKeys());
+  EXPECT_EQ(items.size(), 8U);
+  EXPECT_EQ(keys.size(), 8U);
 }
 
 TEST_F(EntryPoint, LoadingReadsTheStateAndWritesNone) {

@@ -1,7 +1,10 @@
 #include <ornwhatsnew/FeatureListDetail.h>
 
+#include <cstdint>
 #include <stdexcept>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -86,14 +89,12 @@ TEST(FeatureListDetail, ThrowsOutOfRangeForAnUnknownKey) {
   }
 }
 
-TEST(FeatureListDetail, TakesItsTextsFromViewsAsWell) {
-  const std::string text = "description,version,rest";
-  const std::string_view view = text;
-  const Detail detail(
-      Detail::Fields{view.substr(0, 11), view.substr(12, 7), "", "", "", "", "", "", "", "sha"});
-  EXPECT_EQ(detail.GetDescription(), "description");
-  EXPECT_EQ(detail.GetChangeAddedVersion(), "version");
-  EXPECT_EQ(detail.GetSHAOptional(), "sha");
+TEST(FeatureListDetail, CopiesFieldsFromViewsInColumnOrder) {
+  const Detail detail(Detail::Fields{"version", "epic", "story", "salience", "rating", "first",
+                                     "platform", "url", "sha", "description"});
+  for (const DataColumnInfo& column : kDataColumns) {
+    EXPECT_EQ(detail.GetField(column.fieldKey), kNumbered.GetField(column.fieldKey));
+  }
 }
 
 TEST(FeatureListDetail, BearsNoMarkAtFirstAndTheOnesThatAreSet) {
@@ -133,6 +134,55 @@ TEST(FeatureListDetail, SaliencesForceTheirOverridesInAnyLetterCase) {
     EXPECT_EQ(detail.DetailForcingItemToNormalVisibility(), normal) << salience;
     EXPECT_EQ(detail.DetailInternalOverrideUnreviewed(), unreviewed) << salience;
   }
+}
+
+TEST(FeatureListDetail, ClassifiesTheSalienceInAnyLetterCase) {
+  using enum Detail::Salience;
+  const std::pair<const char*, Detail::Salience> cases[] = {
+      {"", kNone},
+      {"headLine", kHeadline},
+      {"DETAIL", kDetail},
+      {"hidebetafeature", kHideBetaFeature},
+      {"HideBetaFeatureFromExternal", kHideBetaFeatureFromExternal},
+      {"unreviewed", kUnreviewed},
+      {"RATINGHIDESBETAFEATUREDESCRIPTION", kRatingHidesBetaFeatureDescription},
+      {"unhideBetaFeature", kUnhideBetaFeature},
+      {"RatingHideBetaFeatureDescription", kUnknown},
+      {"Headline ", kUnknown},
+  };
+  for (const auto& [text, salience] : cases) {
+    EXPECT_EQ(WithSalience(text).GetSalience(), salience) << text;
+  }
+}
+
+TEST(FeatureListDetail, ClassifiesThePlatformInAnyLetterCase) {
+  using enum Detail::Platform;
+  const std::pair<const char*, Detail::Platform> cases[] = {
+      {"", kNone}, {"mac", kMac}, {"MAC", kMac}, {"wIn", kWin}, {"Linux", kOther}, {" ", kOther}};
+  for (const auto& [text, platform] : cases) {
+    EXPECT_EQ(WithPlatform(text).GetPlatform(), platform) << text;
+    EXPECT_EQ(WithPlatform(text).HasUsablePlatform(), platform == kMac || platform == kWin) << text;
+  }
+}
+
+TEST(FeatureListDetail, IsRelevantToVersionsFromTheEarliestUpToTheOneAdded) {
+  const auto detail = test_support::MakeDetail({.version = "25.0", .firstVersion = "24.0"});
+  const std::int64_t version24 = 24'000;
+  const std::int64_t version25 = 25'000;
+  const auto isRelevantTo = [&detail](std::vector<std::int64_t> versions) {
+    return detail->IsRelevantToVersions(versions);
+  };
+  EXPECT_FALSE(isRelevantTo({}));
+  EXPECT_FALSE(isRelevantTo({version24 - 1}));
+  EXPECT_TRUE(isRelevantTo({version24}));
+  EXPECT_TRUE(isRelevantTo({version25 - 1}));
+  EXPECT_FALSE(isRelevantTo({version25}));
+  EXPECT_FALSE(isRelevantTo({1, version25}));
+  EXPECT_TRUE(isRelevantTo({1, version24 + 5, version25}));
+}
+
+TEST(FeatureListDetail, IsRelevantToAllVersionsWithoutAnEarliestOne) {
+  EXPECT_TRUE(test_support::MakeDetail({.version = "25.0"})->IsRelevantToVersions({}));
 }
 
 TEST(FeatureListDetail, SalienceKeywordIsWellFormedInAnyLetterCase) {

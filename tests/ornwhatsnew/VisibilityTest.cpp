@@ -60,6 +60,16 @@ TEST_F(ChangeVisibility, PlatformFilterKeepsThePlatformThatTheHostNames) {
   EXPECT_FALSE(IsShown({.platform = "Mac", .description = "Text"}, kFilterRelevantPlatform));
 }
 
+TEST_F(ChangeVisibility, PlatformFilterKeepsOnlyUnmarkedAndMalformedOnAnotherHostPlatform) {
+  for (const char* hostPlatform : {"Linux", ""}) {
+    host_.SetPlatform(hostPlatform);
+    EXPECT_FALSE(IsShown({.platform = "Win", .description = "Text"}, kFilterRelevantPlatform));
+    EXPECT_FALSE(IsShown({.platform = "Mac", .description = "Text"}, kFilterRelevantPlatform));
+    EXPECT_TRUE(IsShown({.platform = "Linux", .description = "Text"}, kFilterRelevantPlatform));
+    EXPECT_TRUE(IsShown({.description = "Text"}, kFilterRelevantPlatform));
+  }
+}
+
 TEST_F(ChangeVisibility, HeadlineFilterDropsEveryWellFormedSalience) {
   for (const char* salience : {"", "Headline", "Detail", "Unreviewed"}) {
     EXPECT_FALSE(IsShown({.salience = salience, .description = "Text"}, kFilterHeadlinesOnly))

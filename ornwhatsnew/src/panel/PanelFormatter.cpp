@@ -36,10 +36,6 @@ UTF16String TitleOf(const FeatureListItem& item) {
   return title.empty() ? UTF8to16(item.FeatureJiraIDKey()) : title;
 }
 
-bool IsSection(const FeatureListItem& item) {
-  return IsSpecialCaseSection(item.FeatureJiraIDKey());
-}
-
 }  // namespace
 
 // What the rating requests of a feature's shown changes mean for its rating record.
@@ -53,8 +49,8 @@ struct PanelFormatter::RatingSummary {
     const bool isPlain = CaseInsensitiveEqual(request, keywords::kRequestRating);
     customText = isPlain ? UTF8String() : request;
     hidesDescription |=
-        isPlain && CaseInsensitiveEqual(change.GetSalienceOptional(),
-                                        keywords::kRatingHidesBetaFeatureDescription);
+        isPlain &&
+        change.GetSalience() == FeatureListDetail::Salience::kRatingHidesBetaFeatureDescription;
   }
 };
 
@@ -85,14 +81,14 @@ void PanelFormatter::WriteHeader(const UTF8String& lastVersionSeen,
   }
 }
 
-void PanelFormatter::WriteFeature(const FeatureListItem& item, const ItemFindings& findings) {
+void PanelFormatter::WriteFeature(const FeatureListItem& item, const ShownItem& shown) {
   WriteTitleLine(item);
   if (!options_.Has(kRatingView)) WriteDescription(item);
 
   RatingSummary rating;
-  for (const auto& shown : findings.shownChanges) {
-    WriteChangeLine(*shown.change, item);
-    rating.Add(*shown.change);
+  for (const ShownItem::Change& line : shown.changes) {
+    WriteChangeLine(*line.change, item);
+    rating.Add(*line.change);
   }
 
   if (ratingItems_ != nullptr) RecordForRating(item, rating);
@@ -120,7 +116,7 @@ void PanelFormatter::WriteTitleLine(const FeatureListItem& item) {
   writer_.Append(kStyleFeatureTitle, TitleOf(item), UTF8to16(item.GetFeatureViewMoreURL()));
 
   const std::string& internalKey = item.BetaFeatureInternalKey();
-  if (isInternalUser_ && !IsSection(item) && !internalKey.empty() &&
+  if (isInternalUser_ && !item.IsSection() && !internalKey.empty() &&
       ShowingAllUnlockCodesInternally()) {
     writer_.Append(kStyleInternalCode, templates_.internalDash);
     WriteFilled(kStyleInternalCode, templates_.internalCode, UTF8to16(internalKey));
@@ -186,7 +182,7 @@ void PanelFormatter::WriteIgnoredURLNote(const FeatureListDetail& change,
   };
   if (change.HasDuplicateURL()) add(kDuplicateReason);
   if (change.HasMalformedURL()) add(kMalformedReason);
-  if (IsSection(item)) add(Fill(kSectionReason, UTF8to16(item.FeatureJiraIDKey())));
+  if (item.IsSection()) add(Fill(kSectionReason, UTF8to16(item.FeatureJiraIDKey())));
   if (!reasons.empty()) WriteFilled(kStyleInternalWarning, kIgnoredURLNote, reasons);
 }
 

@@ -28,8 +28,8 @@ class PanelFormatter {
 
   /// Writes the header. Call it before the other write functions.
   void WriteHeader(const UTF8String& lastVersionSeen, const UTF8String& changesSinceVersion);
-  /// Writes a feature or section with the shown changes in `findings`.
-  void WriteFeature(const FeatureListItem& item, const ItemFindings& findings);
+  /// Writes a feature or section with the shown changes in `shown`.
+  void WriteFeature(const FeatureListItem& item, const ShownItem& shown);
   /// Writes the notice of a panel without features.
   void WriteNothingToShow();
 

@@ -1,6 +1,7 @@
-// The fixed texts that the library itself compares with and files things under. The exported
-// constants are made from these; they are strings, built when the library is loaded, and a list
-// that a static object of the host makes must not come upon them half built.
+// The fixed texts of data files and persisted values, each written once.
+//
+// The exported constants are strings that are made from these. The library itself uses only these
+// views, because a list in a static object of the host can exist before the strings do.
 #ifndef ORNWHATSNEW_SRC_RULES_KEYWORDS_H_
 #define ORNWHATSNEW_SRC_RULES_KEYWORDS_H_
 

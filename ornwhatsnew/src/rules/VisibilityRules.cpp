@@ -1,7 +1,6 @@
 #include "ornwhatsnew/src/rules/VisibilityRules.h"
 
 #include <algorithm>
-#include <cstddef>
 
 #include <ornappsupport/feature/FeatureService.h>
 #include <orncore/appstatemanager/AppStateManager.h>
@@ -9,171 +8,110 @@
 #include <ornwhatsnew/WhatsNewTypes.h>
 #include <ornwhatsnew/utility/TextHelpers.h>
 
+#include "ornwhatsnew/src/rules/IdentityMixing.h"
 #include "ornwhatsnew/src/rules/Keywords.h"
-#include "ornwhatsnew/src/rules/ReadAhead.h"
 
 namespace ornwhatsnew {
 namespace {
 
 namespace feature = ornappsupport::feature;
+using Platform = FeatureListDetail::Platform;
 
-bool IsOnThisPlatform(const FeatureListDetail& change, const VisibilityQuestion& question) {
-  return !change.HasUsablePlatform() ||
-         CaseInsensitiveEqual(change.GetRelevantPlatformOptional(), question.Platform());
+// A malformed platform does not filter.
+bool IsRelevantOnPlatform(const FeatureListDetail& change, Platform platform) {
+  return !change.HasUsablePlatform() || change.GetPlatform() == platform;
 }
 
-// The two tests exclude each other, so only a malformed salience passes. Hosts have come to rely
-// on it.
+// Compatibility: with this option, only changes with a malformed salience are listed
+// (docs/compatibility.md).
 bool PassesHeadlineFilter(const FeatureListDetail& change) {
-  if (change.HasMalformedSalience()) return true;
-  const UTF8String& salience = change.GetSalienceOptional();
-  if (!salience.empty()) return false;
-  return CaseInsensitiveEqual(salience, keywords::kHeadline);
+  return change.HasMalformedSalience();
 }
 
-bool IsRelevantToVersionsRun(const FeatureListDetail& change, const VisibilityQuestion& question) {
-  const UTF8String& firstVersion = change.GetRelevantFirstVersionOptional();
-  if (firstVersion.empty()) return true;
-  return question.RanVersionWithin(VersionNumber(firstVersion),
-                                   VersionNumber(change.GetChangeAddedVersion()));
-}
-
-bool IsRatingRequestOnly(const FeatureListDetail& change) {
-  return !change.GetRatingRequestOptional().empty() && change.GetDescription().empty();
-}
-
-// A feature that the user has, can switch on, or is shown by the debug switch.
-bool IsWithinReach(const FeatureListItem& item) {
+bool IsAvailableToUser(const FeatureListItem& item) {
   const char* const internalKey = item.BetaFeatureInternalKey().c_str();
   return feature::IsFeatureEnabled(internalKey) ||
          feature::IsAvailableForUserEnablement(internalKey) || ShowingAllOffFeaturesInternally();
 }
 
 bool IsForInternalUsersOnly(const FeatureListItem& item) {
-  return IsInternalSpecialCaseSection(item.FeatureJiraIDKey()) || item.IsItemInternalOverride();
+  return item.IsInternalSection() || item.IsItemInternalOverride();
 }
-
-// The walk over an item's changes: which are shown, whether they hide the item, and the item's
-// identity on the way, so that nothing is hashed twice.
-class ChangeWalk {
- public:
-  ChangeWalk(const FeatureListItem& item, const VisibilityQuestion& question, bool special,
-             ItemFindings* findings)
-      : item_(item), question_(question), special_(special), findings_(findings) {
-    if (findings_ != nullptr) findings_->shownChanges.clear();
-    if (findings_ != nullptr || question_.AsksForState()) seenIdentity_.emplace(item);
-    hiddenByVisibility_ = item.GetVisibility() == FeatureListItem::Visibility::kInternal;
-  }
-
-  /// False when a change hides the item.
-  bool Run() {
-    const FeatureListItem::Changes& changes = item_.GetAllChanges();
-    for (std::size_t i = 0; i < changes.size(); ++i) {
-      ReadAhead(
-          i, changes.size(), [&](std::size_t at) -> const auto& { return *changes[at]; });
-      const FeatureListDetail& change = *changes[i];
-      if (!special_ && change.DetailForcingItemToHiddenOverride()) return false;
-      if (change.DetailForcingItemToNormalVisibility()) hiddenByVisibility_ = false;
-      Visit(change);
-    }
-    if (findings_ != nullptr) findings_->itemSeen = seenIdentity_->Result();
-    return !hiddenByVisibility_;
-  }
-
-  bool AnyShown() const { return anyShown_; }
-  /// REQUIRES: the question asks for state, and while it asks for new things only, nothing is
-  /// shown.
-  Guid ItemSeen() const { return seenIdentity_->Result(); }
-
- private:
-  void Visit(const FeatureListDetail& change) {
-    // A new change makes its item new whatever else stands there, so the rest need not be hashed.
-    const bool decided = anyShown_ && !question_.Has(kRatingView) && findings_ == nullptr;
-    if (decided) return;
-
-    ChangeIdentity identity(change);
-    const bool shown = IsChangeShown(change, question_, identity);
-    anyShown_ |= shown;
-    if (seenIdentity_) seenIdentity_->AddChange(change, identity);
-    if (shown && findings_ != nullptr) {
-      findings_->shownChanges.push_back({&change, identity.Seen()});
-    }
-  }
-
-  const FeatureListItem& item_;
-  const VisibilityQuestion& question_;
-  const bool special_;
-  ItemFindings* const findings_;
-  std::optional<ItemSeenIdentity> seenIdentity_;
-  bool hiddenByVisibility_ = false;
-  bool anyShown_ = false;
-};
 
 }  // namespace
 
-bool VisibilityQuestion::RanVersionWithin(std::int64_t first, std::int64_t end) const {
-  if (versionNumbers_.empty()) {
-    versionNumbers_.reserve(versions_.size());
-    for (const UTF8String& version : versions_) versionNumbers_.push_back(VersionNumber(version));
-    std::ranges::sort(versionNumbers_);
-  }
-  const auto ran = std::ranges::lower_bound(versionNumbers_, first);
-  return ran != versionNumbers_.end() && *ran < end;
+Platform ParsePlatform(std::string_view text) {
+  if (text.empty()) return Platform::kNone;
+  if (CaseInsensitiveEqual(text, keywords::kMac)) return Platform::kMac;
+  return CaseInsensitiveEqual(text, keywords::kWin) ? Platform::kWin : Platform::kOther;
 }
 
-const UTF8String& VisibilityQuestion::Platform() const {
-  if (!platform_) platform_ = orncore::config::GetClientPlatform();
-  return *platform_;
+std::vector<std::int64_t> VersionNumbers(const VersionSet& versions) {
+  std::vector<std::int64_t> numbers(versions.size());
+  std::ranges::transform(versions, numbers.begin(), VersionNumber);
+  std::ranges::sort(numbers);
+  return numbers;
 }
 
-bool IsChangeForRating(const FeatureListDetail& change, SeenIdentities seen,
-                       ChangeIdentity& identity) {
+VisibilityFilter::VisibilityFilter(const DisplayOptions& options, SeenIdentities seen,
+                                   std::span<const std::int64_t> versionNumbers)
+    : options_(options), seen_(seen), versionNumbers_(versionNumbers) {
+  if (!Has(kFilterRelevantPlatform)) return;
+  hostPlatform_ = ParsePlatform(orncore::config::GetClientPlatform());
+}
+
+bool IsChangeForRating(const FeatureListDetail& change, bool isSeen) {
   if (change.GetRatingRequestOptional().empty()) return false;
-  return change.GetDescription().empty() || seen.Contains(identity.Seen());
+  return isSeen || change.GetDescription().empty();
 }
 
-bool IsChangeShown(const FeatureListDetail& change, const VisibilityQuestion& question,
-                   ChangeIdentity& identity) {
-  // First what decides most often: nearly everything is seen, and a walk needs the identities in
-  // any case.
-  if (question.AsksForNewOnly() &&
-      (IsRatingRequestOnly(change) || question.IsSeen(identity.Seen()))) {
+bool IsChangeShown(const FeatureListDetail& change, const VisibilityFilter& filter,
+                   const Guid& seenGuid) {
+  if (filter.Has(kFilterRelevantPlatform) && !IsRelevantOnPlatform(change, filter.HostPlatform())) {
     return false;
   }
-  if (question.Has(kFilterRelevantPlatform) && !IsOnThisPlatform(change, question)) return false;
-  if (question.Has(kFilterHeadlinesOnly) && !PassesHeadlineFilter(change)) return false;
-  if (question.Has(kFilterRelevantVersion) && !IsRelevantToVersionsRun(change, question)) {
+  if (filter.Has(kFilterHeadlinesOnly) && !PassesHeadlineFilter(change)) return false;
+  if (filter.Has(kFilterRelevantVersion) && !change.IsRelevantToVersions(filter.Versions())) {
     return false;
   }
-  if (question.Has(kRatingView)) return IsChangeForRating(change, question.Seen(), identity);
+  if (filter.Has(kRatingView)) return IsChangeForRating(change, filter.IsSeen(seenGuid));
+  if (filter.Has(kShowOnlyNew) && filter.IsSeen(seenGuid)) return false;
   return !change.GetDescription().empty();
 }
 
-bool IsItemShown(const FeatureListItem& item, const VisibilityQuestion& question,
-                 ItemFindings* findings) {
-  const bool rating = question.Has(kRatingView);
-  if (rating && orncore::appstatemanager::IsTerminating()) return false;
-  if (rating && FeatureListItem::AnalyticsDisabled()) return false;
-
-  const bool special = IsSpecialCaseSection(item.FeatureJiraIDKey());
-  if (!special && !IsWithinReach(item)) return false;
+bool IsItemShown(const FeatureListItem& item, const VisibilityFilter& filter, ShownItem* shown) {
+  const bool isRatingView = filter.Has(kRatingView);
+  if (isRatingView && orncore::appstatemanager::IsTerminating()) return false;
+  if (isRatingView && FeatureListItem::AnalyticsDisabled()) return false;
+  if (!item.IsSection() && !IsAvailableToUser(item)) return false;
   if (IsForInternalUsersOnly(item) && !feature::IsEntitlementSetToInternalFeaturesAllowed()) {
     return false;
   }
-  if (special && item.GetAllChanges().empty()) return false;
 
-  ChangeWalk walk(item, question, special, findings);
-  if (!walk.Run()) return false;
-  if (special && !walk.AnyShown()) return false;
+  if (shown != nullptr) shown->changes.clear();
+  orncore::utility::GuidMixer seenMixer = ItemSeenMixer(item);
+  bool isHidden = item.GetVisibility() == FeatureListItem::Visibility::kInternal;
+  bool isAnyChangeShown = false;
+  for (const auto& change : item.GetAllChanges()) {
+    if (!item.IsSection() && change->DetailForcingItemToHiddenOverride()) return false;
+    // Compatibility: "UnhideBetaFeature" has this effect although it counts as malformed
+    // (docs/compatibility.md).
+    if (change->DetailForcingItemToNormalVisibility()) isHidden = false;
+    const Guid seenGuid = change->GetItemSeenGuid();
+    MixChangeIntoItem(seenMixer, *change, seenGuid);
+    if (!IsChangeShown(*change, filter, seenGuid)) continue;
+    isAnyChangeShown = true;
+    if (shown != nullptr) shown->changes.push_back({change.get(), seenGuid});
+  }
+  if (isHidden) return false;
 
-  if (rating) {
-    if (special || question.IsSeen(item.GetItemRatedGuid())) return false;
-    return walk.AnyShown() && question.IsSeen(walk.ItemSeen());
+  const Guid seenGuid = seenMixer.Result();
+  if (shown != nullptr) shown->seenGuid = seenGuid;
+  if (item.IsSection()) return isAnyChangeShown && !isRatingView;
+  if (isRatingView) {
+    return isAnyChangeShown && filter.IsSeen(seenGuid) && !filter.IsSeen(item.GetItemRatedGuid());
   }
-  if (question.Has(kShowOnlyNew)) {
-    return walk.AnyShown() || !question.IsSeen(walk.ItemSeen());
-  }
-  return true;
+  return !filter.Has(kShowOnlyNew) || isAnyChangeShown || !filter.IsSeen(seenGuid);
 }
 
 }  // namespace ornwhatsnew

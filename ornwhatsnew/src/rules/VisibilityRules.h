@@ -1,92 +1,84 @@
-// What a user gets to see: the rules that decide it for a change and for an item, written once for
-// the predicates of the records, for the badge, and for the display.
+// Which items and changes a user sees.
 #ifndef ORNWHATSNEW_SRC_RULES_VISIBILITYRULES_H_
 #define ORNWHATSNEW_SRC_RULES_VISIBILITYRULES_H_
 
 #include <cstdint>
-#include <optional>
+#include <span>
 #include <vector>
 
-#include <boost/container/small_vector.hpp>
-
 #include <ornwhatsnew/FeatureListItem.h>
-#include <ornwhatsnew/utility/IdentitySet.h>
 #include <ornwhatsnew/utility/SharedTypes.h>
 
-#include "ornwhatsnew/src/rules/IdentityMixing.h"
+#include "ornwhatsnew/src/rules/IdentitySet.h"
 
 namespace ornwhatsnew {
 
-/// The identities that the user has seen or rated: a view of the list's own set, or of the standard
-/// set with which a host asks a single record.
+/// Returns the platform keyword in a field of a change, or the platform that the host names.
+FeatureListDetail::Platform ParsePlatform(std::string_view text);
+
+/// Returns the numbers of the versions in ascending order.
+std::vector<std::int64_t> VersionNumbers(const VersionSet& versions);
+
+/// A view of the identities that the user has seen or rated: the set of a list, or the standard set
+/// that a host passes to a record.
 class SeenIdentities {
  public:
-  SeenIdentities(const IdentitySet& identities) : own_(&identities) {}
-  SeenIdentities(const GuidSet& identities) : hosts_(&identities) {}
+  SeenIdentities(const IdentitySet& identities) : listSet_(&identities) {}
+  SeenIdentities(const GuidSet& identities) : hostSet_(&identities) {}
 
   bool Contains(const Guid& identity) const {
-    return own_ != nullptr ? own_->contains(identity) : hosts_->contains(identity);
+    return listSet_ != nullptr ? listSet_->contains(identity) : hostSet_->contains(identity);
   }
 
  private:
-  const IdentitySet* own_ = nullptr;
-  const GuidSet* hosts_ = nullptr;
+  const IdentitySet* listSet_ = nullptr;
+  const GuidSet* hostSet_ = nullptr;
 };
 
-/// One question to the list: the options, the user's state, and what follows from them for every
-/// change alike, worked out when first needed. Views what it is given; lives for one call.
-class VisibilityQuestion {
+/// The inputs of one query: the options, the user's state and the platform. It is a view of the
+/// state, so it must not outlive the call.
+class VisibilityFilter {
  public:
-  VisibilityQuestion(DisplayOptions options, SeenIdentities seen, const VersionSet& versions)
-      : options_(options), seen_(seen), versions_(versions) {}
+  /// `versionNumbers` are the versions in which What's New was opened, in ascending order.
+  VisibilityFilter(const DisplayOptions& options, SeenIdentities seen,
+                   std::span<const std::int64_t> versionNumbers);
 
-  bool Has(DisplayOptions option) const { return options_.Has(option); }
-  bool AsksForNewOnly() const { return Has(kShowOnlyNew) && !Has(kRatingView); }
-  /// Whether identities take part in the answer.
-  bool AsksForState() const { return Has(kShowOnlyNew) || Has(kRatingView); }
-
-  SeenIdentities Seen() const { return seen_; }
+  bool Has(const DisplayOptions& option) const { return options_.Has(option); }
   bool IsSeen(const Guid& identity) const { return seen_.Contains(identity); }
-
-  /// Whether the user ran a version in the range from `first` up to but not including `end`.
-  bool RanVersionWithin(std::int64_t first, std::int64_t end) const;
-
-  /// The platform that the host runs on.
-  const UTF8String& Platform() const;
+  std::span<const std::int64_t> Versions() const { return versionNumbers_; }
+  FeatureListDetail::Platform HostPlatform() const { return hostPlatform_; }
 
  private:
   DisplayOptions options_;
   SeenIdentities seen_;
-  const VersionSet& versions_;
-  /// Ascending. Room for as many versions as users run, so that a question does not allocate.
-  mutable boost::container::small_vector<std::int64_t, 64> versionNumbers_;
-  mutable std::optional<UTF8String> platform_;
+  std::span<const std::int64_t> versionNumbers_;
+  /// Set only if the filter for the relevant platform is on.
+  FeatureListDetail::Platform hostPlatform_ = FeatureListDetail::Platform::kNone;
 };
 
-/// Whether the change is listed.
-bool IsChangeShown(const FeatureListDetail& change, const VisibilityQuestion& question,
-                   ChangeIdentity& identity);
+/// Returns whether a change is listed. `seenGuid` is its seen identity.
+bool IsChangeShown(const FeatureListDetail& change, const VisibilityFilter& filter,
+                   const Guid& seenGuid);
 
-/// Whether the change counts in the rating view.
-bool IsChangeForRating(const FeatureListDetail& change, SeenIdentities seen,
-                       ChangeIdentity& identity);
+/// Returns whether a change is listed in the rating view. `isSeen` is whether it was seen.
+bool IsChangeForRating(const FeatureListDetail& change, bool isSeen);
 
-/// What a walk over an item's changes found out, for the display, which needs it again.
-struct ItemFindings {
-  struct ShownChange {
+/// What the display needs to know of an item that is listed.
+struct ShownItem {
+  struct Change {
     const FeatureListDetail* change;
-    Guid seen;
+    Guid seenGuid;
   };
 
-  Guid itemSeen;
-  /// The changes that are listed, in order; views into the item.
-  std::vector<ShownChange> shownChanges;
+  Guid seenGuid;
+  /// The changes that are listed, in order. The pointers are valid as long as the item.
+  std::vector<Change> changes;
 };
 
-/// Whether the item is listed. With `findings`, which is overwritten, all of the item's identities
-/// are computed on the way and kept there; without, only those that decide.
-bool IsItemShown(const FeatureListItem& item, const VisibilityQuestion& question,
-                 ItemFindings* findings = nullptr);
+/// Returns whether an item is listed. If `shown` is not null, overwrites it; its content is
+/// meaningful only for a result of true. Without `shown`, allocates nothing.
+bool IsItemShown(const FeatureListItem& item, const VisibilityFilter& filter,
+                 ShownItem* shown = nullptr);
 
 }  // namespace ornwhatsnew
 

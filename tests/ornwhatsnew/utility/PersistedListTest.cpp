@@ -13,17 +13,14 @@
 namespace ornwhatsnew {
 namespace {
 
-using test_support::PlainHash;
 using test_support::RandomSource;
 using testing::ElementsAre;
 using testing::IsEmpty;
-using testing::UnorderedElementsAre;
 
 constexpr std::uint64_t kSeed = 20251120;
 
 TEST(PersistedList, EmptyTextHasNoPieces) {
   EXPECT_THAT(SplitPersistedList(""), IsEmpty());
-  EXPECT_THAT(ParseGuidList(""), IsEmpty());
 }
 
 TEST(PersistedList, SplitsAtEachBlankWithoutMergingThem) {
@@ -87,43 +84,6 @@ TEST(PersistedList, JoinedTextReadsBackAsTheSamePieces) {
     EXPECT_EQ(std::vector<std::string>(read.begin(), read.end()),
               std::vector<std::string>(pieces.begin(), pieces.end()));
   }
-}
-
-TEST(PersistedList, TwoBlanksBetweenIdentitiesYieldThreePieces) {
-  const Guid first = PlainHash("first");
-  const Guid second = PlainHash("second");
-  const std::string text = first.AsUTF8String() + "  " + second.AsUTF8String();
-  EXPECT_THAT(SplitPersistedList(text),
-              ElementsAre(first.AsUTF8String(), "", second.AsUTF8String()));
-  EXPECT_THAT(ParseGuidList(text), UnorderedElementsAre(first, Guid(), second));
-}
-
-TEST(PersistedList, PieceThatIsNoIdentityGivesTheNilOne) {
-  EXPECT_THAT(ParseGuidList("rubbish more"), UnorderedElementsAre(Guid()));
-}
-
-TEST(PersistedList, IdentitiesAreReadInEitherLetterCase) {
-  const Guid guid("01234567-89ab-cdef-0123-456789abcdef");
-  EXPECT_THAT(ParseGuidList("01234567-89AB-CDEF-0123-456789ABCDEF"), UnorderedElementsAre(guid));
-}
-
-TEST(PersistedList, FormatsTheUnionOfBothSetsInTextOrder) {
-  const IdentitySet some = {Guid("ffffffff-0000-0000-0000-000000000000"),
-                            Guid("7f000000-0000-0000-0000-000000000001")};
-  const IdentitySet others = {Guid("80000000-0000-0000-0000-000000000000"),
-                              Guid("7f000000-0000-0000-0000-000000000001")};
-  EXPECT_EQ(FormatGuidList(some, others),
-            "7f000000-0000-0000-0000-000000000001 80000000-0000-0000-0000-000000000000 "
-            "ffffffff-0000-0000-0000-000000000000");
-  EXPECT_EQ(FormatGuidList({}, {}), "");
-  EXPECT_EQ(FormatGuidList({}, {Guid()}), "00000000-0000-0000-0000-000000000000");
-}
-
-TEST(PersistedList, FormattedIdentitiesReadBackAsTheSameSet) {
-  IdentitySet guids;
-  for (int i = 0; i < 500; ++i) guids.insert(PlainHash(std::to_string(i)));
-  EXPECT_EQ(ParseGuidList(FormatGuidList(guids, {})), guids);
-  EXPECT_EQ(ParseGuidList(FormatGuidList({}, guids)), guids);
 }
 
 }  // namespace

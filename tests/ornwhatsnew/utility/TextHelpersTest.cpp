@@ -62,14 +62,11 @@ TEST(TextHelpers, PrivateAreaOnlyCountsAtTheBeginningAndBeforeTheEqualsSign) {
   EXPECT_EQ(ExtractHashablePortion("$$$/Private/b=c"), "$$$/Private/b");
 }
 
-TEST(TextHelpers, SplitPortionIsThePortionInTwoPieces) {
+TEST(TextHelpers, HashablePortionAgreesWithThePlainWay) {
   RandomSource random(kSeed);
   for (int i = 0; i < 2000; ++i) {
     const std::string text = (random.Flip() ? "$$$/" : "") + random.HostileText(8);
-    const auto [first, second] = SplitHashablePortion(text);
-    const std::string expected = test_support::PlainHashablePortion(text);
-    EXPECT_EQ(std::string(first) + std::string(second), expected) << text;
-    EXPECT_EQ(ExtractHashablePortion(text), expected) << text;
+    EXPECT_EQ(ExtractHashablePortion(text), test_support::PlainHashablePortion(text)) << text;
   }
 }
 

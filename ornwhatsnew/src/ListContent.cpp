@@ -1,0 +1,142 @@
+#include "ornwhatsnew/src/ListContent.h"
+
+#include <algorithm>
+#include <array>
+#include <utility>
+
+#include <ornappsupport/feature/FeatureService.h>
+#include <orncore/string/Conversion.h>
+#include <ornwhatsnew/ChangePlacement.h>
+#include <ornwhatsnew/DataFileReader.h>
+
+#include "ornwhatsnew/src/datafile/FieldCleaner.h"
+#include "ornwhatsnew/src/rules/KeyOrder.h"
+#include "ornwhatsnew/src/rules/Keywords.h"
+
+namespace ornwhatsnew {
+namespace {
+
+namespace feature = ornappsupport::feature;
+using Visibility = feature::VisibilityInAllClientApps;
+
+std::shared_ptr<FeatureListItem> MakeItem(const std::string& internalKey,
+                                          const feature::BetaFeature& beta) {
+  return std::make_shared<FeatureListItem>(
+      beta.GetJiraEpicKey(), internalKey, orncore::string::UTF16to8(beta.GetDisplayName()),
+      orncore::string::UTF16to8(beta.GetDisplayDescription()), beta.GetVisibility());
+}
+
+// Internal users see internal features anyway, so these features lead the list only for the others.
+bool IsUnlockedForOrdering(const FeatureListItem& item) {
+  const feature::BetaFeatureMap& table = feature::GetConstBetaFeatureMap();
+  const auto entry = table.find(item.BetaFeatureInternalKey());
+  if (entry == table.end()) return false;
+  // Read the visibility before the query, because a service can replace the table during a query.
+  const Visibility visibility = entry->second.GetVisibility();
+  if (!feature::IsFeatureEnabled(item.BetaFeatureInternalKey().c_str())) return false;
+  return visibility == Visibility::kPublic ||
+         (visibility == Visibility::kInternal &&
+          !feature::IsEntitlementSetToInternalFeaturesAllowed());
+}
+
+// Makes changes from rows. The buffers are kept from row to row.
+class ChangeMaker {
+ public:
+  std::shared_ptr<FeatureListDetail> Make(const DataRow& row) {
+    FeatureListDetail::Fields fields = row.values;
+    for (std::size_t i = 0; i < fields.size(); ++i) {
+      if (kDataColumns[i].isLowerCased) fields[i] = LowerField(fields[i], buffers_[i]);
+    }
+    return std::make_shared<FeatureListDetail>(fields);
+  }
+
+ private:
+  std::array<UTF8String, kDataColumnCount> buffers_;
+};
+
+}  // namespace
+
+const FeatureListItem* ListContent::FindItem(const std::string& key) const {
+  const auto found = items.find(key);
+  return found == items.end() ? nullptr : found->second.get();
+}
+
+void ListContent::InsertItem(std::shared_ptr<FeatureListItem> item) {
+  // The key is allocated first. If its allocation failed after the item was added, the item would
+  // never be shown and could not be inserted again.
+  std::list<std::string> key;
+  key.push_back(item->GetFeatureJiraIDKey());
+  items.try_emplace(key.front(), std::move(item));
+  orderedKeys.splice(orderedKeys.end(), key);
+}
+
+void ListContent::EnsureSectionExists(std::string_view key, const UTF16String& name,
+                                      const UTF16String& description) {
+  const std::string sectionKey(key);
+  if (items.contains(sectionKey)) return;
+  InsertItem(std::make_shared<FeatureListItem>(
+      sectionKey, std::string(), orncore::string::UTF16to8(name),
+      orncore::string::UTF16to8(description), Visibility::kPublic));
+}
+
+void ListContent::AddBetaFeatures() {
+  const feature::BetaFeatureMap& table = feature::GetConstBetaFeatureMap();
+  std::vector<std::pair<UTF8String, UTF8String>> namesAndKeys;
+  namesAndKeys.reserve(table.size());
+  for (const auto& [internalKey, beta] : table) {
+    auto item = MakeItem(internalKey, beta);
+    namesAndKeys.emplace_back(item->GetFeatureName(), item->GetFeatureJiraIDKey());
+    InsertItem(std::move(item));
+  }
+
+  std::ranges::sort(namesAndKeys);
+  MovingKeys keysByName;
+  keysByName.reserve(namesAndKeys.size());
+  for (const auto& [name, key] : namesAndKeys) keysByName.push_back(key);
+  MoveKeysToFront(orderedKeys, keysByName);
+
+  EnsureSectionExists(keywords::kMisc, u"$$$/ornwhatsnew/SectionKey/Miscellaneous=Miscellaneous",
+                      {});
+  EnsureSectionExists(keywords::kBugfix, u"$$$/ornwhatsnew/SectionKey/BugFixes=Bug fixes", {});
+  EnsureSectionExists(keywords::kInternal, u"$$$/ornwhatsnew/SectionKey/Internal=Internal notes",
+                      {});
+  EnsureSectionExists(keywords::kUnreviewedSection,
+                      u"$$$/ornwhatsnew/SectionKey/Unreviewed=Unreviewed", {});
+}
+
+void ListContent::AddChanges(std::string_view dataText) {
+  ChangeMaker maker;
+  MovingKeys touchedFeatures;
+  DataFileReader reader(dataText);
+  while (const DataRow* row = reader.Next()) {
+    if (row->kind == DataRowKind::kChangesSince) {
+      changesSinceVersion = row->Value(DataColumn::kVersion);
+    }
+    if (row->kind != DataRowKind::kChange) continue;
+
+    auto change = maker.Make(*row);
+    const auto [item, isUnmatched] =
+        PlaceChange(items, row->Value(DataColumn::kGroupingID), row->Value(DataColumn::kStoryID),
+                    change->DetailInternalOverrideUnreviewed());
+    change->SetCouldNotMatchBetaFeature(isUnmatched);
+    if (item == nullptr) continue;
+    item->AddFeatureDetail(std::move(change));
+    if (!item->IsSection()) touchedFeatures.push_back(item->FeatureJiraIDKey());
+  }
+  touchedFeatures.push_back(keywords::kUnreviewedSection);
+  MoveKeysToBack(orderedKeys, touchedFeatures);
+}
+
+void ListContent::MoveUnlockedItemsToFront() {
+  MovingKeys leading = {keywords::kUnreviewedSection};
+  for (const std::string& key : orderedKeys) {
+    // Compatibility: an ordered key without an item gets an empty entry (docs/compatibility.md).
+    const auto& item = items[key];
+    if (item != nullptr && IsUnlockedForOrdering(*item)) {
+      leading.push_back(item->FeatureJiraIDKey());
+    }
+  }
+  MoveKeysToFront(orderedKeys, leading);
+}
+
+}  // namespace ornwhatsnew
