@@ -1,33 +1,43 @@
-# What `cmake --install` puts where. Modules and the program add themselves where they are declared;
-# here is what goes with them: the CMake package and the pkg-config file.
+# Install rules. The program and the examples declare theirs in their own folders; this file
+# installs the library, the CMake package and the pkg-config file.
 include(CMakePackageConfigHelpers)
 
 set(ORN_CMAKE_DIR ${CMAKE_INSTALL_LIBDIR}/cmake/ornwhatsnew)
 
-foreach(part Platform Library)
-  install(EXPORT ornwhatsnew${part}Targets NAMESPACE ornwhatsnew:: DESTINATION ${ORN_CMAKE_DIR}
-          COMPONENT development)
-endforeach()
+install(TARGETS ornwhatsnew EXPORT ornwhatsnewTargets
+  LIBRARY NAMELINK_COMPONENT development
+  ARCHIVE COMPONENT development
+  FILE_SET HEADERS COMPONENT development)
+install(EXPORT ornwhatsnewTargets NAMESPACE ornwhatsnew:: DESTINATION ${ORN_CMAKE_DIR}
+        COMPONENT development)
+
+# The pkg-config file computes its prefix from its own location, so an installed tree can be moved.
+file(RELATIVE_PATH ORN_PC_PREFIX /${CMAKE_INSTALL_LIBDIR}/pkgconfig /)
+# A program that links the static library also links the libraries that it uses. For the shared
+# library they are not listed at all, because pkg-config requires the files of every listed package.
+set(ORN_PC_CFLAGS "")
+set(ORN_PC_PRIVATE "")
+if(NOT ORNWHATSNEW_SHARED)
+  set(ORN_PC_CFLAGS " -DORNWHATSNEW_STATIC")
+  set(ORN_PC_PRIVATE "Requires.private: icu-uc\nLibs.private: -pthread\n")
+  # Only while orncore uses Boost.Thread.
+  get_target_property(libraries ornwhatsnew LINK_LIBRARIES)
+  if(libraries MATCHES "Boost::thread")
+    set(ORN_PC_PRIVATE "Requires.private: icu-uc\nLibs.private: -lboost_thread -pthread\n")
+    set(ORN_CONFIG_BOOST "find_dependency(Boost COMPONENTS thread)")
+  endif()
+endif()
+configure_file(${CMAKE_CURRENT_LIST_DIR}/ornwhatsnew.pc.in
+  ${PROJECT_BINARY_DIR}/package/ornwhatsnew.pc @ONLY)
+install(FILES ${PROJECT_BINARY_DIR}/package/ornwhatsnew.pc
+        DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig COMPONENT development)
 
 configure_package_config_file(${CMAKE_CURRENT_LIST_DIR}/ornwhatsnewConfig.cmake.in
   ${PROJECT_BINARY_DIR}/package/ornwhatsnewConfig.cmake INSTALL_DESTINATION ${ORN_CMAKE_DIR})
-# Before 1.0 a minor version may ask hosts to change or to be rebuilt (as do the libraries' names).
+# Before 1.0 a minor version may require hosts to change or to be rebuilt.
 write_basic_package_version_file(${PROJECT_BINARY_DIR}/package/ornwhatsnewConfigVersion.cmake
   COMPATIBILITY SameMinorVersion)
 install(FILES
   ${PROJECT_BINARY_DIR}/package/ornwhatsnewConfig.cmake
   ${PROJECT_BINARY_DIR}/package/ornwhatsnewConfigVersion.cmake
   DESTINATION ${ORN_CMAKE_DIR} COMPONENT development)
-
-# The pkg-config file finds its prefix from where it lies, so that an installed tree can be moved.
-file(RELATIVE_PATH ORN_PC_PREFIX /${CMAKE_INSTALL_LIBDIR}/pkgconfig /)
-# Static libraries leave it to the consumer to link what they use inside. Of shared ones it is not
-# even mentioned: pkg-config wants to see the files of all that is, linked or not.
-set(ORN_PC_PRIVATE "")
-if(NOT BUILD_SHARED_LIBS)
-  set(ORN_PC_PRIVATE "Requires.private: icu-uc\nLibs.private: -lboost_thread -pthread\n")
-endif()
-configure_file(${CMAKE_CURRENT_LIST_DIR}/ornwhatsnew.pc.in
-  ${PROJECT_BINARY_DIR}/package/ornwhatsnew.pc @ONLY)
-install(FILES ${PROJECT_BINARY_DIR}/package/ornwhatsnew.pc
-        DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig COMPONENT development)

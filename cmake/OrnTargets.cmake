@@ -1,24 +1,25 @@
-# How a module, a program and a test program of this project are declared: once, here.
+# Functions that declare the library, its modules, programs and test programs.
 
-# Before 1.0 a minor version may change the binary interface, so that it must not be loaded in place
-# of another.
+# Before 1.0 a minor version may change the binary interface, so the loader must tell minor versions
+# apart.
 set(ORN_SOVERSION ${PROJECT_VERSION_MAJOR})
 if(PROJECT_VERSION_MAJOR EQUAL 0)
   set(ORN_SOVERSION ${PROJECT_VERSION_MAJOR}.${PROJECT_VERSION_MINOR})
 endif()
 
-# orn_add_module(NAME HEADERS header... SOURCES source... [PUBLIC library...] [PRIVATE library...])
-# Declares a library with C++20, hidden visibility, our warnings and one header set, based at the
-# repository root, so that the path included is the path on disk. It is installed as part of the
-# package's component "library" where its name is the project's, else of "platform".
-function(orn_add_module name)
-  cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "HEADERS;SOURCES;PUBLIC;PRIVATE")
-  add_library(${name} ${arg_SOURCES})
-  add_library(ornwhatsnew::${name} ALIAS ${name})
-  target_sources(${name} PUBLIC FILE_SET HEADERS BASE_DIRS ${PROJECT_SOURCE_DIR}
-                 FILES ${arg_HEADERS})
-  target_compile_features(${name} PUBLIC cxx_std_20)
-  set_target_properties(${name} PROPERTIES
+# orn_add_library(): declares the library ornwhatsnew, to which orn_add_module adds sources. Its
+# header set is based at the root of the repository, so an include path is the path on disk.
+function(orn_add_library)
+  set(type STATIC)
+  if(ORNWHATSNEW_SHARED)
+    set(type SHARED)
+  endif()
+  add_library(ornwhatsnew ${type})
+  add_library(ornwhatsnew::ornwhatsnew ALIAS ornwhatsnew)
+  target_sources(ornwhatsnew PUBLIC FILE_SET HEADERS BASE_DIRS ${PROJECT_SOURCE_DIR})
+  target_compile_features(ornwhatsnew PUBLIC cxx_std_20)
+  target_compile_definitions(ornwhatsnew PRIVATE ORNWHATSNEW_BUILDING)
+  set_target_properties(ornwhatsnew PROPERTIES
     CXX_EXTENSIONS OFF
     CXX_VISIBILITY_PRESET hidden
     VISIBILITY_INLINES_HIDDEN ON
@@ -26,36 +27,45 @@ function(orn_add_module name)
     VERSION ${PROJECT_VERSION}
     SOVERSION ${ORN_SOVERSION}
     INSTALL_RPATH "$ORIGIN")
-  # A module calls its own exported functions directly, not by way of the host's symbol table.
-  target_link_options(${name} PRIVATE
-    $<$<STREQUAL:$<TARGET_PROPERTY:TYPE>,SHARED_LIBRARY>:LINKER:-Bsymbolic-functions>)
-  target_compile_options(${name} PRIVATE $<$<CXX_COMPILER_ID:GNU>:-fno-semantic-interposition>)
-  orn_export_own_names(${name})
-  target_link_libraries(${name} PUBLIC ${arg_PUBLIC} PRIVATE ${arg_PRIVATE}
-                        $<BUILD_INTERFACE:orn_warnings>)
-  if(ORNWHATSNEW_INSTALL)
-    set(component Platform)
-    if(name STREQUAL PROJECT_NAME)
-      set(component Library)
-    endif()
-    install(TARGETS ${name} EXPORT ornwhatsnew${component}Targets
-      LIBRARY NAMELINK_COMPONENT development
-      ARCHIVE COMPONENT development
-      FILE_SET HEADERS COMPONENT development)
+  target_link_libraries(ornwhatsnew PRIVATE $<BUILD_INTERFACE:orn_warnings>)
+  if(ORNWHATSNEW_SHARED)
+    orn_set_shared_library_options()
+  else()
+    target_compile_definitions(ornwhatsnew PUBLIC ORNWHATSNEW_STATIC)
   endif()
 endfunction()
 
-# orn_export_own_names(NAME): lets the linker export only what is of the namespace NAME.
-function(orn_export_own_names name)
-  if(NOT BUILD_SHARED_LIBS OR NOT UNIX OR APPLE)
-    return()
+# orn_set_shared_library_options(): link options that only some linkers have.
+function(orn_set_shared_library_options)
+  # The library calls its own exported functions directly. Without these options every call goes
+  # through the dynamic symbol table, and the loader resolves each function when the program starts.
+  target_compile_options(ornwhatsnew PRIVATE
+    $<$<CXX_COMPILER_ID:GNU>:-fno-semantic-interposition>)
+  orn_link_option_if_supported(LINKER:-Bsymbolic-functions ORNWHATSNEW_HAS_BSYMBOLIC_FUNCTIONS)
+  orn_link_option_if_supported(LINKER:--as-needed ORNWHATSNEW_HAS_AS_NEEDED)
+  set(map ${PROJECT_SOURCE_DIR}/cmake/Exports.map)
+  orn_link_option_if_supported(LINKER:--version-script=${map} ORNWHATSNEW_HAS_VERSION_SCRIPT)
+  set_property(TARGET ornwhatsnew APPEND PROPERTY LINK_DEPENDS ${map})
+endfunction()
+
+# orn_link_option_if_supported(OPTION VARIABLE): VARIABLE caches whether the linker accepts OPTION.
+function(orn_link_option_if_supported option variable)
+  include(CheckLinkerFlag)
+  check_linker_flag(CXX ${option} ${variable})
+  if(${variable})
+    target_link_options(ornwhatsnew PRIVATE ${option})
   endif()
-  string(LENGTH ${name} length)
-  set(mangled ${length}${name})
-  set(map ${CMAKE_CURRENT_BINARY_DIR}/${name}.map)
-  configure_file(${PROJECT_SOURCE_DIR}/cmake/Exports.map.in ${map} @ONLY)
-  target_link_options(${name} PRIVATE LINKER:--version-script=${map})
-  set_property(TARGET ${name} APPEND PROPERTY LINK_DEPENDS ${map})
+endfunction()
+
+# orn_add_module(NAME HEADERS header... SOURCES source... [PRIVATE library...])
+# Adds the sources and public headers of the module in the current folder to the library.
+function(orn_add_module name)
+  cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "HEADERS;SOURCES;PRIVATE")
+  list(TRANSFORM arg_HEADERS PREPEND ${CMAKE_CURRENT_SOURCE_DIR}/)
+  target_sources(ornwhatsnew
+    PRIVATE ${arg_SOURCES}
+    PUBLIC FILE_SET HEADERS FILES ${arg_HEADERS})
+  target_link_libraries(ornwhatsnew PRIVATE ${arg_PRIVATE})
 endfunction()
 
 # orn_add_internal_library(NAME SOURCES source... [PUBLIC library...] [PRIVATE library...])
@@ -75,14 +85,16 @@ function(orn_add_program name)
   add_executable(${name} ${arg_SOURCES})
   target_include_directories(${name} PRIVATE ${PROJECT_SOURCE_DIR})
   target_compile_features(${name} PRIVATE cxx_std_20)
-  set_target_properties(${name} PROPERTIES
-    CXX_EXTENSIONS OFF
-    INSTALL_RPATH "$ORIGIN/../${CMAKE_INSTALL_LIBDIR}")
+  set_target_properties(${name} PROPERTIES CXX_EXTENSIONS OFF)
+  if(ORNWHATSNEW_INSTALL)
+    set_target_properties(${name} PROPERTIES INSTALL_RPATH "$ORIGIN/../${CMAKE_INSTALL_LIBDIR}")
+  endif()
   target_link_libraries(${name} PRIVATE ${arg_PRIVATE} orn_warnings)
 endfunction()
 
 # orn_add_tests(NAME SOURCES source... [PRIVATE library...])
-# A GoogleTest program; each of its tests is a CTest test of its own, found after the build.
+# A GoogleTest program. CTest runs each of its tests as a test of its own; the list of tests is read
+# from the program after the build.
 function(orn_add_tests name)
   cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SOURCES;PRIVATE")
   orn_add_program(${name} SOURCES ${arg_SOURCES} PRIVATE ${arg_PRIVATE} GTest::gmock_main)

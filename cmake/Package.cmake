@@ -29,8 +29,8 @@ set(CPACK_COMPONENT_DEVELOPMENT_DESCRIPTION "Development files of ornwhatsnew
  ornwhatsnew.")
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_DEPENDS
     "ornwhatsnew (= ${PROJECT_VERSION}-${CPACK_DEBIAN_PACKAGE_RELEASE})")
-if(NOT BUILD_SHARED_LIBS)
-  set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_DEPENDS "libicu-dev, libboost-thread-dev")
+if(NOT ORNWHATSNEW_SHARED)
+  set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_DEPENDS "libicu-dev")
 endif()
 
 include(CPack)

@@ -1,6 +1,7 @@
-# Warnings for our own code only: an interface target that is never exported.
+# Warnings for this project's code only: an interface target that is never exported.
 add_library(orn_warnings INTERFACE)
 target_compile_options(orn_warnings INTERFACE
-  -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsign-conversion -Wold-style-cast -Wcast-qual
-  -Wcast-align -Wformat=2 -Wnon-virtual-dtor -Woverloaded-virtual -Wundef
-  $<$<BOOL:${ORNWHATSNEW_WARNINGS_AS_ERRORS}>:-Werror>)
+  "$<$<CXX_COMPILER_ID:GNU,Clang,AppleClang>:-Wall;-Wextra;-Wpedantic;-Wshadow;-Wconversion;\
+-Wsign-conversion;-Wold-style-cast;-Wcast-qual;-Wcast-align;-Wformat=2;-Wnon-virtual-dtor;\
+-Woverloaded-virtual;-Wundef>"
+  $<$<AND:$<BOOL:${ORNWHATSNEW_WARNINGS_AS_ERRORS}>,$<CXX_COMPILER_ID:GNU,Clang,AppleClang>>:-Werror>)

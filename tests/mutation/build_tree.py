@@ -40,7 +40,7 @@ class BuildTree:
         self.build = folder / "build"
         self.units = self._read_units()
         self.dependents = self._read_dependents()
-        self.links = [self._read_link(f"lib/lib{module}.so") for module in MODULES]
+        self.links = [self._read_link("lib/libornwhatsnew.so")]
         self.links += [self._read_link(f"bin/{program}") for program in programs]
         self._replaced = []
 
