@@ -1,0 +1,43 @@
+# Configures the application in PARENT without and with this project, SOURCE, as a folder of it, the
+# latter twice, because a cache entry of the first run would take effect in the second. Fails if the
+# kind of the application's own library changes, or if an unprefixed cache entry is added. WORK is an
+# empty folder for the builds, GENERATOR and COMPILER are those of this build.
+cmake_minimum_required(VERSION 3.25)
+
+function(configure folder)
+  execute_process(
+    COMMAND ${CMAKE_COMMAND} -S ${PARENT} -B ${folder} -G ${GENERATOR}
+            -DCMAKE_CXX_COMPILER=${COMPILER} -DSOURCE=${SOURCE} ${ARGN}
+    OUTPUT_QUIET COMMAND_ERROR_IS_FATAL ANY)
+endfunction()
+
+# Sets RESULT to the names of the cache entries of a build folder that a user can set.
+function(read_cache_names folder result)
+  file(STRINGS ${folder}/CMakeCache.txt lines REGEX "^[^#/].*:[A-Z]+=")
+  list(FILTER lines EXCLUDE REGEX ":(INTERNAL|STATIC)=")
+  list(TRANSFORM lines REPLACE ":.*" "")
+  set(${result} ${lines} PARENT_SCOPE)
+endfunction()
+
+file(REMOVE_RECURSE ${WORK})
+configure(${WORK}/alone -DEMBED=OFF)
+configure(${WORK}/embedding -DEMBED=ON)
+configure(${WORK}/embedding)
+
+file(READ ${WORK}/alone/kind.txt expected)
+file(READ ${WORK}/embedding/kind.txt kind)
+if(NOT kind STREQUAL expected)
+  message(FATAL_ERROR "the application's library is '${kind}' and must be '${expected}'")
+endif()
+
+read_cache_names(${WORK}/alone before)
+read_cache_names(${WORK}/embedding added)
+list(REMOVE_ITEM added ${before})
+if(NOT "ORNWHATSNEW_INSTALL" IN_LIST added)
+  message(FATAL_ERROR "no cache entry of this project was found")
+endif()
+# The modules that find the dependencies create entries with the names of these packages.
+list(FILTER added EXCLUDE REGEX "^(ORNWHATSNEW|ICU|Boost|boost)_")
+if(added)
+  message(FATAL_ERROR "cache entries without a prefix were added: ${added}")
+endif()
