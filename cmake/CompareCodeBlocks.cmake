@@ -1,5 +1,5 @@
-# Fails unless each block of C++ or CMake that the page PAGE shows stands, as it is, in one of the
-# files CODE (separated by commas); there it may be indented by two blanks.
+# Fails unless each block of C++ or CMake code of the page PAGE is, unchanged, in one of the files CODE
+# (separated by commas), where it may be indented by two spaces.
 cmake_minimum_required(VERSION 3.25)
 
 string(REPLACE "," ";" files "${CODE}")

@@ -1,4 +1,4 @@
-# Debian packages, which `cpack` makes of a build whose prefix is /usr: `./dev package`.
+# Debian packages, which cpack builds from a build with the prefix /usr: ./dev package.
 set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_NAME ornwhatsnew)
 set(CPACK_PACKAGE_CONTACT "The developers of ornwhatsnew <ornwhatsnew@tarsa.example>")
@@ -13,10 +13,10 @@ set(CPACK_DEB_COMPONENT_INSTALL ON)
 
 set(CPACK_DEBIAN_RUNTIME_PACKAGE_NAME ornwhatsnew)
 set(CPACK_DEBIAN_RUNTIME_PACKAGE_SECTION utils)
-set(CPACK_COMPONENT_RUNTIME_DESCRIPTION "What a table of changes tells a user, shown on a terminal
- The program ornwhatsnew, and the libraries with which it and other
+set(CPACK_COMPONENT_RUNTIME_DESCRIPTION "What's New lists for applications and terminals
+ The program ornwhatsnew, and the library with which it and other
  applications show what is new.")
-# What the libraries need is read from them; they find each other where they were built.
+# dpkg-shlibdeps reads the dependencies from the binaries and finds the library in the build folder.
 set(CPACK_DEBIAN_RUNTIME_PACKAGE_SHLIBDEPS ON)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS ${CMAKE_LIBRARY_OUTPUT_DIRECTORY})
 set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS ON)
@@ -25,7 +25,7 @@ set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS_POLICY "=")
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_NAME ornwhatsnew-dev)
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SECTION libdevel)
 set(CPACK_COMPONENT_DEVELOPMENT_DESCRIPTION "Development files of ornwhatsnew
- Headers, CMake package and pkg-config file of the libraries in the package
+ Headers, CMake package and pkg-config file of the library in the package
  ornwhatsnew.")
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_DEPENDS
     "ornwhatsnew (= ${PROJECT_VERSION}-${CPACK_DEBIAN_PACKAGE_RELEASE})")
