@@ -1,5 +1,5 @@
 # shellcheck shell=bash
-# Part of ./dev: the benchmarks, and the guard against growth that is worse than linear.
+# Part of ./dev: the benchmarks, and the check that the work grows linearly.
 
 bench_subjects=(cutting load memory identity news display state keyorder start)
 
@@ -7,9 +7,9 @@ bench_usage() {
   cat <<TEXT
 usage: ./dev bench [SUBJECT...]
 
-Runs the benchmarks of these subjects, or of all, and makes a table of them: what one row takes,
-what it takes by hand, and the ratio. docs/performance.md tells the rest.
-  --list   names the subjects
+Runs the benchmarks of the named subjects, or of all, and prints a table: the time per row, the time
+of a hand-written baseline, and the ratio. See docs/performance.md.
+  --list   prints the subjects
 TEXT
 }
 
@@ -18,10 +18,11 @@ require_subject() {
   for subject in "${bench_subjects[@]}"; do
     [[ $subject != "$1" ]] || return 0
   done
-  fail "there is no subject \"$1\"; they are: ${bench_subjects[*]}"
+  fail "there is no subject '$1'; the subjects are: ${bench_subjects[*]}"
 }
 
-# Each benchmark and its baseline in turns and in random order, so that other load affects both.
+# Runs each benchmark and its baseline alternately in random order, so that other load on the machine
+# affects both.
 run_benchmark() {
   local subject=$1
   "build/bench/bin/benchmark_$subject" --benchmark_repetitions=9 --benchmark_min_time=0.05 \
@@ -43,7 +44,7 @@ command_bench() {
   ((${#subjects[@]} > 0)) || subjects=("${bench_subjects[@]}")
   ensure_packages bench
   configure bench
-  say "Building the benchmarks into build/bench (first time: 2 to 4 minutes on two cores)"
+  say "Building the benchmarks in build/bench (first time: 2 to 4 minutes on two cores)"
   build bench --target benchmarks >&2
   mkdir -p build/bench/results
   for subject in "${subjects[@]}"; do
@@ -55,7 +56,7 @@ command_bench() {
   say "The table: build/bench/table.md; all figures: build/bench/results/"
 }
 
-# The stage of ./dev check. Instructions do not depend on what else the machine does, as times do.
+# The stage of ./dev check. It counts instructions, because times depend on other load.
 stage_growth() {
   configure bench && build bench --target benchmarks && count_instructions 1000 &&
     count_instructions 10000 || return
@@ -66,7 +67,7 @@ stage_growth() {
   return "$status"
 }
 
-# What the probe spends at so many rows, function by function.
+# Counts the instructions of the probe, per function, for a number of rows.
 count_instructions() {
   local rows=$1 counts
   counts=$(log_file "growth-$rows")
@@ -75,16 +76,17 @@ count_instructions() {
     callgrind_annotate --inclusive=yes --threshold=100 "$counts.callgrind" >"$counts"
 }
 
-# Ten times the rows, at most twelve times the instructions.
+# Ten times the rows may need at most twelve times the instructions.
 require_linear() {
   local function=$1 few many
   few=$(instructions_in "$function" 1000) && many=$(instructions_in "$function" 10000)
   printf '%s: %s instructions for 1,000 rows, %s for 10,000\n' "$function" "$few" "$many"
-  ((few > 100000)) || { echo "FAILED: too few instructions to be true" && return 1; }
+  ((few > 100000)) || { echo "FAILED: implausibly few instructions" && return 1; }
   ((many <= 12 * few)) || { echo "FAILED: more than twelve times as many" && return 1; }
 }
 
-# Those of a function of the list and all that it calls. Its line: " 6,139,544 (22.35%)  ???:NAME(..."
+# Prints the instructions of a function of the list and of its callees. The line of callgrind is
+# " 6,139,544 (22.35%)  ???:NAME(...".
 instructions_in() {
   local function=$1 rows=$2 line
   line=$(grep -m 1 ":ornwhatsnew::FeatureListData::$function(" "$(log_file "growth-$rows")")

@@ -1,34 +1,58 @@
 # shellcheck shell=bash
-# Part of ./dev: the stages of `./dev check`. Each is a function stage_NAME that answers with its
-# exit status; what it prints goes to build/log/check-NAME.log and is shown when it fails. A failed
-# stage does not keep the others from running, which also means that the shell does not stop at a
-# stage's first failing command: commands are chained with &&.
+# Part of ./dev: the stages of `./dev check`. Each stage is a function stage_NAME whose exit status is
+# its result; its output goes to build/log/check-NAME.log and is shown if it fails. The stages after a
+# failed one still run. Bash ignores `set -e` in a function whose status is tested, so the commands of
+# a stage are joined with &&.
 
-check_stages=(scripts format docs release headers static package sanitize thread valgrind growth fuzz
-  tidy cppcheck)
+# The stages of the three tiers. Each tier runs the stages of the one before it, but --ci checks all
+# files where a contributor's check looks at the changed ones only.
+contributor_stages=(scripts format includes release tidy-changed)
+ci_stages=(scripts format includes docs release headers windows static package sanitize thread tidy
+  cppcheck)
+release_stages=("${ci_stages[@]}" tidy-tests valgrind growth fuzz kills mutation coverage)
 
 stage_title() {
   case $1 in
-    scripts) echo "shellcheck over every script" ;;
-    format) echo "clang-format leaves no difference" ;;
-    docs) echo "Doxygen: every public name has its comment" ;;
-    release) echo "g++, shared libraries: build and all tests" ;;
-    headers) echo "each public header compiles alone, both compilers" ;;
-    static) echo "clang, static libraries: build and all tests" ;;
-    package) echo "Debian packages, on a clean system and off again" ;;
-    sanitize) echo "address, undefined: all but the package tests" ;;
-    thread) echo "ThreadSanitizer: what several threads may call" ;;
-    valgrind) echo "valgrind: the example's panel" ;;
-    growth) echo "callgrind: tenfold rows within twelvefold work" ;;
-    fuzz) echo "every fuzzer for some seconds" ;;
-    tidy) echo "clang-tidy" ;;
-    cppcheck) echo "cppcheck" ;;
+    scripts) echo "shellcheck: every script" ;;
+    format) echo "clang-format: every source" ;;
+    includes) echo "modules and folders include only allowed ones" ;;
+    docs) echo "Doxygen: every public name has a comment" ;;
+    release) echo "g++, shared library: build and all tests" ;;
+    headers) echo "both compilers: each public header alone" ;;
+    windows) echo "MinGW: every source of the library compiles" ;;
+    static) echo "clang, static library: build and all tests" ;;
+    package) echo "Debian packages: install, run, remove" ;;
+    sanitize) echo "address, undefined: all tests but package tests" ;;
+    thread) echo "ThreadSanitizer: tests of shared objects" ;;
+    tidy) echo "clang-tidy: library, programs, examples" ;;
+    tidy-changed) echo "clang-tidy: changed files" ;;
+    tidy-tests) echo "clang-tidy: tests, fuzzers, benchmarks" ;;
+    cppcheck) echo "cppcheck: library and programs" ;;
+    valgrind) echo "valgrind: the panel of the example" ;;
+    growth) echo "callgrind: ten times the rows, 12 times the work" ;;
+    fuzz) echo "every fuzzer for 30 minutes" ;;
+    kills) echo "10,000 killed writers lose nothing" ;;
+    mutation) echo "mutation testing for 30 minutes" ;;
+    coverage) echo "coverage report" ;;
     *) return 1 ;;
   esac
 }
 
+check_usage() {
+  cat <<'TEXT'
+usage: ./dev check [--ci | --release] [--skip STAGE]... [STAGE...]
+
+Runs the stages of a tier, or only the named stages. Without --ci and --release: the checks for a
+contributor.
+  --ci         what CI requires
+  --release    what a release requires
+  --skip STAGE leaves out a stage
+  --list       prints all stages
+TEXT
+}
+
 stage_scripts() {
-  # Every script of ours: those named *.sh or *.bash, and those without a suffix that begin with #!.
+  # All files named *.sh or *.bash, and files without a suffix that begin with #!.
   local scripts=() file
   while IFS= read -r -d '' file; do
     case $file in
@@ -42,16 +66,37 @@ stage_scripts() {
 
 stage_format() { list_sources | xargs -0 clang-format --dry-run -Werror; }
 
+stage_includes() { python3 tools/include_order.py; }
+
 stage_release() { build_and_test release; }
 
+# The compilers only parse, because no code is generated from a header.
 stage_headers() {
-  configure release && build release --target all_verify_interface_header_sets &&
-    configure static && build static --target all_verify_interface_header_sets
+  local compiler
+  for compiler in g++ clang++; do
+    list_files 'orn*.h' | grep -zv '/src/' |
+      xargs -0 -n 1 -P "$(jobs_count)" "$compiler" -std=c++20 -fsyntax-only -Wall -Wextra -Werror \
+        -I . -x c++ /dev/null -include || return
+  done
+}
+
+# No library for Windows is installed here: of the system's headers only those of ICU and Boost, which
+# are the same on every system, are in the include path.
+stage_windows() {
+  local include=build/windows/include
+  mkdir -p "$include" &&
+    ln -sfn /usr/include/unicode "$include/unicode" &&
+    ln -sfn /usr/include/boost "$include/boost" &&
+    list_files 'orn*.cpp' |
+    xargs -0 -n 1 -P "$(jobs_count)" x86_64-w64-mingw32-g++-posix -std=c++20 -fsyntax-only -Wall \
+      -Wextra -Wshadow -Wconversion -Werror -I . -isystem "$include" -DORNWHATSNEW_BUILDING \
+      '-DORNWHATSNEW_COMMIT_BROWSER=""' '-DORNWHATSNEW_ISSUE_TRACKER=""' \
+      '-DORNWHATSNEW_PRIVACY_PAGE=""'
 }
 
 stage_static() { build_and_test static; }
 
-# The consumers of the installed package are built without sanitizers, so they stay out.
+# The package tests build their consumers without sanitizers, so they cannot link this library.
 stage_sanitize() {
   ASAN_OPTIONS=strict_string_checks=1:detect_stack_use_after_return=1 \
   UBSAN_OPTIONS=print_stacktrace=1 \
@@ -59,13 +104,14 @@ stage_sanitize() {
 }
 
 stage_thread() {
+  local suppressions=$PWD/cmake/ThreadSuppressions.txt
   configure thread &&
     build thread --target orncore_tests ornwhatsnew_tests &&
-    TSAN_OPTIONS=suppressions=$PWD/cmake/ThreadSuppressions.txt \
+    TSAN_OPTIONS=$([[ ! -f $suppressions ]] || echo "suppressions=$suppressions") \
       run_tests thread --tests-regex "$thread_tests"
 }
 
-# What runs beside the caller's thread, its one user, and what any number of threads may call.
+# The tests of objects that several threads may use.
 thread_tests='(AsyncRead|Executor|RecycledMemory|ValidateWhatsNew|ValidateCommand|'
 thread_tests+='CommandRegistry|InitializerRegistrar|LogTest|NoDestructor)'
 
@@ -76,15 +122,39 @@ stage_valgrind() {
       --host examples/herbarium/internal.json --state :memory: --format json
 }
 
-# clang-tidy reads how each file is compiled from clang's own build.
-stage_tidy() {
-  configure static || return
-  local patterns=()
-  mapfile -d '' -t patterns < <(list_files '*.cpp')
-  run-clang-tidy -quiet -j "$(jobs_count)" -p build/static "${patterns[@]/#/^$root/}"
+stage_tidy() { list_files 'orn*.cpp' 'hosts/*.cpp' 'examples/*.cpp' | run_clang_tidy; }
+
+stage_tidy-tests() { list_files 'tests/*.cpp' 'fuzz/*.cpp' 'benchmarks/*.cpp' | run_clang_tidy; }
+
+# The sources that differ from the main branch, and the source and test of each header that does.
+stage_tidy-changed() {
+  local base file
+  base=$(git merge-base HEAD origin/main 2>/dev/null || git merge-base HEAD main 2>/dev/null ||
+    echo HEAD)
+  { git diff --name-only "$base" && git ls-files --others --exclude-standard; } |
+    while IFS= read -r file; do
+      case $file in
+        *.cpp) list_files "$file" ;;
+        *.h) list_files "*/$(basename "$file" .h).cpp" "*/$(basename "$file" .h)Test.cpp" ;;
+      esac
+    done | sort -zu | run_clang_tidy
 }
 
-# It takes an iterator for something large; clang-tidy judges parameters better.
+# Runs clang-tidy on the NUL-separated files of standard input, with the compile commands of the build
+# by clang. The commands of test sources refer to that build's precompiled header.
+run_clang_tidy() {
+  local files=()
+  mapfile -d '' -t files
+  ((${#files[@]} > 0)) || return 0
+  configure static && build static --target test_precompiled || return
+  # A source that this build does not compile has no compile command.
+  local compiled
+  compiled=$(sed -n 's/^  "file": "\(.*\)"$/\1/p' build/static/compile_commands.json)
+  printf '%s\n' "${files[@]/#/$root/}" | grep -xF -f <(printf '%s\n' "$compiled") |
+    xargs -d '\n' -n 1 -P "$(jobs_count)" clang-tidy --quiet -p build/static
+}
+
+# passedByValue: cppcheck takes an iterator for a large object; clang-tidy checks parameters as well.
 stage_cppcheck() {
   mkdir -p build/cppcheck
   cppcheck --quiet --language=c++ --std=c++20 --enable=warning,performance,portability \
@@ -99,7 +169,7 @@ build_and_test() {
   configure "$preset" && build "$preset" && run_tests "$preset" "$@"
 }
 
-# What a stage's log says about tests, such as "412 tests", or about what could not be tried.
+# Prints how many tests a stage ran, such as "412 tests", or what it skipped, from its log.
 summary_of_log() {
   sed -n -e 's/^[0-9]*% tests passed, [0-9]* tests* failed out of \([0-9]*\)$/\1 tests/p' \
     -e '/^skipped: /p' "$1" | tail -n 1
@@ -108,8 +178,8 @@ summary_of_log() {
 run_stage() {
   local stage=$1 log status=0 start=$SECONDS
   log=$(log_file "check-$stage")
-  printf '%-9s %-50s ' "$stage" "$(stage_title "$stage")"
-  # In a shell of its own: what a stage sets or exports ends with it.
+  printf '%-12s %-48s ' "$stage" "$(stage_title "$stage")"
+  # A subshell, so that variables and exports of a stage do not reach the next one.
   ("stage_$stage") </dev/null >"$log" 2>&1 || status=$?
   if ((status == 0)); then
     printf 'ok      %5d s  %s\n' $((SECONDS - start)) "$(summary_of_log "$log")"
@@ -120,7 +190,7 @@ run_stage() {
   return "$status"
 }
 
-# The part of a log that says what is wrong: the lines with complaints, or else its end.
+# Prints the lines of a log that report errors, and its end.
 show_failure() {
   local log=$1
   {
@@ -131,29 +201,40 @@ show_failure() {
   } | sed 's/^/    /'
 }
 
+list_stages() {
+  local stage
+  for stage in "${release_stages[@]}" tidy-changed; do
+    printf '%-12s %s\n' "$stage" "$(stage_title "$stage")"
+  done
+}
+
+require_stage() {
+  stage_title "$1" >/dev/null ||
+    fail "there is no stage '$1'; run './dev check --list' for the list of stages"
+}
+
 select_stages() {
   selected_stages=()
-  local skipped=' ' wanted=()
+  local skipped=' ' wanted=() tier=("${contributor_stages[@]}")
   while (($# > 0)); do
     case $1 in
-      --list)
-        local stage
-        for stage in "${check_stages[@]}"; do printf '%-9s %s\n' "$stage" "$(stage_title "$stage")"; done
-        exit 0
-        ;;
+      --list) list_stages && exit 0 ;;
+      --help) check_usage && exit 0 ;;
+      --ci) tier=("${ci_stages[@]}") ;;
+      --release) tier=("${release_stages[@]}") ;;
       --skip)
-        stage_title "${2:-}" >/dev/null || fail "--skip needs a stage: ${check_stages[*]}"
+        require_stage "${2:-}"
         skipped+="$2 "
         shift
         ;;
       *)
-        stage_title "$1" >/dev/null || fail "there is no stage \"$1\"; they are: ${check_stages[*]}"
+        require_stage "$1"
         wanted+=("$1")
         ;;
     esac
     shift
   done
-  ((${#wanted[@]} > 0)) || wanted=("${check_stages[@]}")
+  ((${#wanted[@]} > 0)) || wanted=("${tier[@]}")
   local stage
   for stage in "${wanted[@]}"; do
     [[ $skipped == *" $stage "* ]] || selected_stages+=("$stage")
@@ -163,7 +244,7 @@ select_stages() {
 command_check() {
   select_stages "$@"
   ensure_packages check
-  say "Checking: ${selected_stages[*]} (all stages together: half an hour on two cores)"
+  say "Checking: ${selected_stages[*]}"
   local failed=() stage start=$SECONDS
   for stage in "${selected_stages[@]}"; do
     run_stage "$stage" || failed+=("$stage")

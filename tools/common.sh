@@ -1,7 +1,7 @@
 # shellcheck shell=bash
-# Part of ./dev: saying what happens, configuring, building, running tests.
+# Part of ./dev: progress messages, configuring, building, running tests.
 
-# One line of progress, on stderr so that a program's own output stays clean.
+# Prints a line of progress on stderr, because stdout may be the output of a program.
 say() { printf '== %s\n' "$*" >&2; }
 
 fail() {
@@ -11,25 +11,28 @@ fail() {
 
 jobs_count() { getconf _NPROCESSORS_ONLN; }
 
-# A compiler cache is used when there is one, and never needed.
-# What one clone has compiled serves the others, so paths count from the clone's root.
+# Uses ccache if it is installed. Paths are relative to the root of the clone, so that several clones
+# share their objects.
 use_compiler_cache() {
   command -v ccache >/dev/null || return 0
   export CMAKE_CXX_COMPILER_LAUNCHER=${CMAKE_CXX_COMPILER_LAUNCHER:-ccache}
   export CCACHE_BASEDIR=${CCACHE_BASEDIR:-$PWD} CCACHE_NOHASHDIR=${CCACHE_NOHASHDIR:-true}
+  # ccache stores objects that use a precompiled header only with these settings.
+  local sloppiness=pch_defines,time_macros,include_file_mtime,include_file_ctime
+  export CCACHE_SLOPPINESS=${CCACHE_SLOPPINESS:-$sloppiness}
 }
 
-# Configures a preset when it is new or the presets have changed; later changes to the CMake files
-# are noticed by the build itself.
+# Configures a preset if it is new or the presets have changed. The build itself notices changes of
+# the CMake files.
 configure() {
   local preset=$1
   if [[ ! -f build/$preset/build.ninja || CMakePresets.json -nt build/$preset/build.ninja ]]; then
     say "Configuring build/$preset"
     cmake --preset "$preset" -Wno-dev >"$(log_file "configure-$preset")" 2>&1 || {
       cat "$(log_file "configure-$preset")" >&2
-      # A half-made folder would be taken for a configured one next time.
+      # Otherwise the next run would take the incomplete folder for a configured one.
       rm -f "build/$preset/build.ninja" "build/$preset/CMakeCache.txt"
-      fail "could not configure the preset $preset; the message above says why"
+      fail "cannot configure the preset '$preset'; see the message above"
     }
   fi
 }
@@ -53,7 +56,7 @@ log_file() {
   printf 'build/log/%s.log' "$1"
 }
 
-# Our own sources, NUL-separated: all that git knows or would add.
+# Prints the sources of this project, NUL-separated: all files that git tracks or would add.
 list_sources() { list_files '*.h' '*.cpp'; }
 
 list_files() {

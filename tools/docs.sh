@@ -1,6 +1,6 @@
 # shellcheck shell=bash
-# Part of ./dev: the API reference, made of the public headers. A name without a comment, and a
-# comment that speaks of what is not there, are errors.
+# Part of ./dev: the API reference, generated from the public headers. A name without a comment and a
+# comment that refers to an unknown name are errors.
 
 make_reference() {
   local version
@@ -12,8 +12,8 @@ make_reference() {
 command_docs() {
   no_arguments docs "$@"
   ensure_packages docs
-  make_reference || fail "the lines above say which comments are missing or wrong"
-  say "Made the API reference: build/docs/html/index.html"
+  make_reference || fail "see the lines above for the missing or wrong comments"
+  say "Built the API reference: build/docs/html/index.html"
 }
 
 stage_docs() { make_reference; }

@@ -1,5 +1,5 @@
 # shellcheck shell=bash
-# Part of ./dev: the packages of Debian that each command needs, and how they get onto the machine.
+# Part of ./dev: the Debian packages that each command needs, and their installation.
 
 build_packages=(
   g++ cmake ninja-build pkgconf
@@ -8,12 +8,12 @@ build_packages=(
   libgtest-dev libgmock-dev libmurmurhash-dev python3-jsonschema mandoc
 )
 bench_packages=(libbenchmark-dev valgrind python3)
-# What makes Debian packages of a build.
-package_packages=(dpkg-dev file)
+# Needed to build Debian packages.
+package_packages=(dpkg-dev file lowdown)
 docs_packages=(doxygen)
 check_packages=(
   clang libclang-rt-dev clang-format clang-tidy cppcheck shellcheck git gcovr
-  debootstrap
+  debootstrap g++-mingw-w64-x86-64-posix python3
 )
 picture_packages=(aha chromium fonts-dejavu-core fonts-wqy-microhei)
 
@@ -35,8 +35,8 @@ is_installed() {
   [[ $(dpkg-query --show --showformat='${db:Status-Status}' "$1" 2>/dev/null) == installed ]]
 }
 
-# Installs what a command needs and the machine lacks. Without apt-get the machine is taken as it
-# is: CMake names what it does not find.
+# Installs the missing packages of a command. On a system without dpkg nothing is installed, and CMake
+# reports what it does not find.
 ensure_packages() {
   command -v dpkg-query >/dev/null || return 0
   local missing=() package
@@ -57,7 +57,7 @@ install_packages() {
     apt-get -qq -o DPkg::Lock::Timeout=300)
   local log
   log=$(log_file packages)
-  # The lists of a fresh machine are empty or old: they are fetched when the first try fails.
+  # The package lists of a new machine are empty or old: update them if the first attempt fails.
   "${apt[@]}" install --yes --no-install-recommends "$@" </dev/null >"$log" 2>&1 ||
     { "${apt[@]}" update && "${apt[@]}" install --yes --no-install-recommends "$@"; } \
       </dev/null >>"$log" 2>&1 ||
@@ -65,6 +65,6 @@ install_packages() {
 }
 
 packages_by_hand() {
-  fail "these packages are missing and could not be installed here; have them installed with
+  fail "these packages are missing and cannot be installed without root; install them with
   apt-get install $*"
 }

@@ -1,12 +1,12 @@
 # shellcheck shell=bash
-# Part of ./dev: the picture of the panel in README, taken of what the program prints today.
+# Part of ./dev: the picture of the panel in README, generated from the output of the program.
 
 picture_file=docs/images/panel.png
 picture_columns=84
 picture_lines=39
 
-# A page that looks like a terminal. Links become plain text, for a picture cannot be clicked, and
-# faint becomes grey, which the converter knows.
+# Prints a page that looks like a terminal. Links become plain text, and faint text becomes grey,
+# because the converter does not support faint.
 picture_page() {
   cat <<'HTML'
 <!doctype html><meta charset="utf-8"><style>
@@ -21,7 +21,7 @@ HTML
   echo '</pre>'
 }
 
-# Colours of a dark terminal in the place of those that the converter gives bright ones.
+# Replaces the bright colours of the converter with those of a dark terminal.
 picture_colors() {
   sed -E -e 's/filter: [^;]*;color:white;background-color:blue;/color:#1d1f29;background:#82aaff;/g' \
     -e 's/filter: [^;]*;color:blue;/color:#82aaff;/g' \
@@ -41,7 +41,7 @@ command_picture() {
     --disable-background-networking --disable-component-update --disable-sync \
     --user-data-dir="$folder/profile" --force-device-scale-factor=1.25 --hide-scrollbars \
     --window-size="$size" --screenshot="$folder/panel.png" "file://$folder/panel.html" \
-    >"$(log_file picture)" 2>&1 || fail "chromium took no picture; build/log/picture.log says why"
+    >"$(log_file picture)" 2>&1 || fail "chromium failed to write the picture; see build/log/picture.log"
   mv "$folder/panel.png" "$picture_file"
   rm -rf "$folder"
 }

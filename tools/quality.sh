@@ -1,8 +1,7 @@
 # shellcheck shell=bash
-# Part of ./dev: how well the tests look - what they run through, what they notice, and what they
-# stand.
+# Part of ./dev: the quality of the tests: coverage, mutation testing, killed programs.
 
-# The library and the platform; programs and tests are not measured.
+# The folders that coverage measures.
 measured_folders=(orncore ornappsupport ornui ornwhatsnew)
 
 command_coverage() {
@@ -10,16 +9,17 @@ command_coverage() {
   configure coverage
   say "Building and running the tests with coverage (first time: 5 to 10 minutes)"
   build coverage
-  # Counts are added up from run to run; those of an earlier build would stay.
+  # Coverage counts accumulate, and those of an earlier build would remain.
   find build/coverage -name '*.gcda' -delete
-  # Programs that become nobody cannot write their counts, and say so where the tests look.
+  # Programs that switch to the user nobody cannot write their counts and report that on stderr, which
+  # these tests compare.
   run_tests coverage --label-exclude package \
     --exclude-regex 'ProgramFileFaultTest.*(WithoutPermission|MayNotBeWritten)'
   local filters=() folder
   for folder in "${measured_folders[@]}"; do filters+=(--filter "$folder/"); done
   mkdir -p build/coverage/report
-  # Branches that only an exception takes exist at every call; the fault tests take those that
-  # matter, and no test could take them all.
+  # Every call has a branch for exceptions. The fault tests cover the relevant ones; no test could
+  # cover all.
   gcovr --root . "${filters[@]}" --exclude-throw-branches --exclude-unreachable-branches \
     --sort-percentage --txt build/coverage/report/summary.txt \
     --html-details build/coverage/report/index.html --json build/coverage/report/coverage.json \
@@ -27,35 +27,40 @@ command_coverage() {
   say "Per file: build/coverage/report/summary.txt; per line: build/coverage/report/index.html"
 }
 
-# Goes on where the last run stopped; tests/mutation/run.py --help names the options.
+# Continues where the last run stopped; tests/mutation/run.py --help describes the options.
 command_mutation() {
   ensure_packages check
   nice -n 10 python3 tests/mutation/run.py "$@"
 }
 
-# The tests kill a few hundred processes each; this is for many more. The programs are run directly,
-# since CTest would end them after the time that the few hundred are given.
+# The tests kill a few hundred processes each; this command kills more. It runs the programs directly,
+# because CTest would stop them at the timeout of the tests.
 command_kills() {
   local kills=${1:-10000}
-  (($# <= 1)) || fail "kills takes one number; ./dev help lists the commands"
-  [[ $kills =~ ^[1-9][0-9]{0,6}$ ]] || fail "\"$kills\" is no number of kills"
+  (($# <= 1)) || fail "'kills' takes one number; run './dev help' for usage"
+  [[ $kills =~ ^[1-9][0-9]{0,6}$ ]] || fail "'$kills' is not a number of kills"
   ensure_packages build
   configure release
-  say "Building the tests that kill into build/release"
+  say "Building the tests in build/release"
   build release --target hosts_common_tests hosts_console_tests
   say "Killing $kills programs, and as many writers of the state store"
   kill_in hosts_common_tests StateStoreKill "$kills"
   kill_in hosts_console_tests ProgramKillTest "$kills"
 }
 
-# Runs the test "EveryKill..." of a suite and prints the line in which it reports its counts.
+# Runs the test "EveryKill..." of a suite and prints its line with the counts.
 kill_in() {
   local program=$1 suite=$2 kills=$3 log
   log=$(log_file "kills-$suite")
   if ! ORNWHATSNEW_TEST_KILLS=$kills "build/release/bin/$program" \
     --gtest_filter="$suite.EveryKill*" >"$log" 2>&1; then
     cat "$log" >&2
-    fail "something was lost; $log says what"
+    fail "data was lost; see $log"
   fi
   printf '%-17s %s\n' "$suite" "$(grep -E '^[0-9]+ killed, ' "$log")"
 }
+
+# The stages of ./dev check --release.
+stage_kills() { command_kills 10000; }
+stage_mutation() { command_mutation --minutes 30; }
+stage_coverage() { command_coverage; }

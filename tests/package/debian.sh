@@ -1,9 +1,10 @@
 #!/usr/bin/env bash
-# Builds the example host with what the Debian packages hold; then installs them on a clean system,
-# tries them, and takes them away without a trace.
+# Builds the example host with the contents of the Debian packages. Then installs the packages on a
+# clean system, runs the program, removes the packages, and fails if files remain.
 # usage: debian.sh PACKAGES CACHE
-# PACKAGES is the folder with the *.deb files, CACHE a folder in which the clean system is kept for
-# the next time. Exit status 77: it cannot be tried on this machine, and standard output says why.
+# PACKAGES is the folder with the *.deb files, CACHE a folder that keeps the clean system for the next
+# run. Exit status 77: this machine cannot install packages in a clean system; standard output says
+# why.
 set -euo pipefail
 
 skip() {
@@ -17,32 +18,31 @@ cache=$(realpath "$2")
 work=$(mktemp -d -p "$cache" work.XXXXXX)
 root=$work/root
 mkdir -m 755 "$root"
-# debootstrap mounts /proc there, and leaves it when it is interrupted or somebody looks at it.
+# debootstrap mounts /proc there, and does not unmount it when it is interrupted.
 trap 'umount --lazy "$root/proc" 2>/dev/null || true; rm -rf --one-file-system "$work"' EXIT
 
-# The example host, built as whoever has both packages installed would build it.
+# Builds the example host as a developer would with both packages installed.
 try_development() {
   local unpacked=$work/unpacked built=$work/built file
   for file in "$packages"/*.deb; do dpkg-deb --extract "$file" "$unpacked"; done
   local example=$unpacked/usr/share/ornwhatsnew/examples/host
   cmake -S "$example" -B "$built" -DCMAKE_PREFIX_PATH="$unpacked/usr" &&
     cmake --build "$built" && diff "$example/output.txt" <("$built/herbarium") &&
-    # With no package beside them: a host of shared libraries needs nothing else.
+    # Without other packages: a host of the shared library needs no other pkg-config file.
     PKG_CONFIG_LIBDIR=$(echo "$unpacked"/usr/lib/*/pkgconfig) pkg-config --cflags --libs ornwhatsnew
 }
 
-printf '== building with what the packages hold\n'
+printf '== building with the contents of the packages\n'
 try_development
 
-((EUID == 0)) || skip 'only root can make a clean system to install the packages on'
-command -v debootstrap >/dev/null || skip 'there is no debootstrap'
+((EUID == 0)) || skip 'only root can create a clean system to install the packages in'
 # shellcheck source=/dev/null
 . /etc/os-release
 release=${VERSION_CODENAME:-}
-[[ -n $release ]] || skip 'this system does not say which release it is'
+[[ -n $release ]] || skip '/etc/os-release does not name the release of this system'
 export DEBIAN_FRONTEND=noninteractive LC_ALL=C
 
-# Where this machine gets its own packages from, as lines of a sources.list.
+# Prints the package sources of this machine as lines of a sources.list.
 # shellcheck disable=SC2016  # the names are those of apt-get
 sources() {
   apt-get indextargets --format 'deb $(REPO_URI) $(RELEASE) $(COMPONENT)' \
@@ -51,7 +51,8 @@ sources() {
 
 in_root() { chroot "$root" "$@"; }
 
-# A clean system, made anew once a week, since old lists name packages that are gone.
+# Unpacks or creates a clean system. It is recreated once a week, because old package lists name
+# packages that were removed from the archive.
 clean_system() {
   local archive=$cache/$release.tar mirror
   if [[ -n $(find "$archive" -mtime -7 2>/dev/null) ]]; then
@@ -60,9 +61,9 @@ clean_system() {
     return
   fi
   mirror=$(sources | awk -v release="$release" '$3 == release { print $2; exit }')
-  [[ -n $mirror ]] || skip 'apt names no mirror of Debian'
+  [[ -n $mirror ]] || skip 'apt lists no mirror of Debian'
   debootstrap --variant=minbase "$release" "$root" "$mirror" ||
-    skip "debootstrap cannot make a system here; the lines above say why"
+    skip "debootstrap cannot create a system here; see the lines above"
   sources >"$root/etc/apt/sources.list"
   apt-config dump Acquire::http Acquire::https >"$root/etc/apt/apt.conf.d/90machine"
   in_root apt-get -qq update
@@ -71,14 +72,14 @@ clean_system() {
   mv "$archive.new" "$archive"
 }
 
-# Every file of the system but the records of the package system itself.
+# Prints every file of the system except the records of the package system itself.
 list_files() {
   find "$root" -xdev \( -path "$root/proc" -o -path "$root/dev" -o -path "$root/tmp" \
     -o -path "$root/var/cache" -o -path "$root/var/lib/apt" -o -path "$root/var/lib/dpkg" \
     -o -path "$root/var/log" \) -prune -o -printf '%y %P\n' | sort
 }
 
-# What a user who is not root types, in the example's folder.
+# Runs a command as a user who is not root, in the folder of the example.
 as_user() {
   in_root chroot --userspec=nobody:nogroup / env -i HOME=/tmp/home PATH=/usr/bin:/bin \
     sh -c "cd /usr/share/ornwhatsnew/examples/herbarium && $1"
@@ -110,7 +111,7 @@ in_root sh -c 'apt-get -qq install --yes --no-install-recommends /tmp/packages/*
 list_files >"$root/tmp/installed"
 grep -q ' usr/bin/ornwhatsnew$' "$root/tmp/installed"
 
-printf '== trying\n'
+printf '== running\n'
 try_program
 
 printf '== removing %s\n' "${names[*]}"
@@ -118,11 +119,11 @@ in_root apt-get -qq purge --yes --auto-remove "${names[@]}"
 in_root dpkg --audit
 list_files >"$root/tmp/after"
 diff "$root/tmp/before" "$root/tmp/after" || {
-  printf 'the lines above differ from what was there before the packages were installed\n' >&2
+  printf 'the files above differ from those before the installation\n' >&2
   exit 1
 }
 if compgen -G "$root/var/lib/dpkg/info/ornwhatsnew*" >/dev/null; then
-  printf 'dpkg still knows the packages\n' >&2
+  printf 'dpkg still has records of the packages\n' >&2
   exit 1
 fi
-printf '== nothing is left behind\n'
+printf '== no files are left\n'
