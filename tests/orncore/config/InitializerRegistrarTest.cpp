@@ -54,13 +54,18 @@ class InitializerRegistrarTest : public testing::Test {
 };
 
 TEST_F(InitializerRegistrarTest, ListsRegistrationsInOrderWhileTheyLive) {
+  // The library itself may have registered an initializer when it was loaded.
+  std::vector<std::string> expected = GetRegisteredInitializers();
+  expected.emplace_back("b");
   const auto first = Register("b", kConsole);
   {
     const auto second = Register("a", kNone);
     const auto third = Register("b", kConsole);
-    EXPECT_THAT(GetRegisteredInitializers(), ElementsAre("b", "a", "b"));
+    std::vector<std::string> withInner = expected;
+    withInner.insert(withInner.end(), {"a", "b"});
+    EXPECT_EQ(GetRegisteredInitializers(), withInner);
   }
-  EXPECT_THAT(GetRegisteredInitializers(), ElementsAre("b"));
+  EXPECT_EQ(GetRegisteredInitializers(), expected);
 }
 
 TEST_F(InitializerRegistrarTest, RunsNothingBeforeItsContextIsLive) {
