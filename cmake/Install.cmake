@@ -41,3 +41,30 @@ install(FILES
   ${PROJECT_BINARY_DIR}/package/ornwhatsnewConfig.cmake
   ${PROJECT_BINARY_DIR}/package/ornwhatsnewConfigVersion.cmake
   DESTINATION ${ORN_CMAKE_DIR} COMPONENT development)
+
+# The documents keep their relative positions, so that the links between them work. The examples link
+# to ../docs. ornwhatsnew-dev, a package name of Debian, needs a documentation folder of its own.
+set(ORN_DOC_DIR ${CMAKE_INSTALL_DATADIR}/doc/ornwhatsnew)
+install(FILES README.md CHANGELOG.md DESTINATION ${ORN_DOC_DIR})
+install(DIRECTORY docs DESTINATION ${ORN_DOC_DIR}
+        FILES_MATCHING PATTERN "*.md" PATTERN "*.png" PATTERN api EXCLUDE)
+file(CREATE_LINK ../doc/ornwhatsnew/docs ${PROJECT_BINARY_DIR}/package/docs SYMBOLIC)
+install(FILES ${PROJECT_BINARY_DIR}/package/docs DESTINATION ${ORN_DATA_DIR})
+file(CREATE_LINK ornwhatsnew ${PROJECT_BINARY_DIR}/package/ornwhatsnew-dev SYMBOLIC)
+install(FILES ${PROJECT_BINARY_DIR}/package/ornwhatsnew-dev DESTINATION ${CMAKE_INSTALL_DATADIR}/doc
+        COMPONENT development)
+
+# ornwhatsnew(5) is generated from the manual for authors of data files. Only packages contain it, so
+# that other builds do not need lowdown.
+if(ORNWHATSNEW_MAN_PAGES)
+  find_program(ORN_LOWDOWN lowdown REQUIRED)
+  mark_as_advanced(ORN_LOWDOWN)
+  set(page ${PROJECT_BINARY_DIR}/package/ornwhatsnew.5)
+  add_custom_command(OUTPUT ${page}
+    COMMAND ${PROJECT_SOURCE_DIR}/tools/man_page.sh ${ORN_LOWDOWN}
+            ${PROJECT_SOURCE_DIR}/docs/data-file.md ${PROJECT_VERSION} ${page}
+    DEPENDS ${PROJECT_SOURCE_DIR}/docs/data-file.md ${PROJECT_SOURCE_DIR}/tools/man_page.sh
+    VERBATIM)
+  add_custom_target(ornwhatsnew_man_page ALL DEPENDS ${page})
+  install(FILES ${page} DESTINATION ${CMAKE_INSTALL_MANDIR}/man5)
+endif()

@@ -150,8 +150,8 @@ run_clang_tidy() {
   # A source that this build does not compile has no compile command.
   local compiled
   compiled=$(sed -n 's/^  "file": "\(.*\)"$/\1/p' build/static/compile_commands.json)
-  printf '%s\n' "${files[@]/#/$root/}" | grep -xF -f <(printf '%s\n' "$compiled") |
-    xargs -d '\n' -n 1 -P "$(jobs_count)" clang-tidy --quiet -p build/static
+  printf '%s\n' "${files[@]/#/$root/}" | { grep -xF -f <(printf '%s\n' "$compiled") || true; } |
+    xargs -r -d '\n' -n 1 -P "$(jobs_count)" clang-tidy --quiet -p build/static
 }
 
 # passedByValue: cppcheck takes an iterator for a large object; clang-tidy checks parameters as well.

@@ -32,8 +32,25 @@ try_development() {
     PKG_CONFIG_LIBDIR=$(echo "$unpacked"/usr/lib/*/pkgconfig) pkg-config --cflags --libs ornwhatsnew
 }
 
+# Both packages contain the documents, and mandoc accepts the generated man page.
+check_documents() {
+  local unpacked=$work/unpacked name page
+  for name in ornwhatsnew ornwhatsnew-dev; do
+    for page in README.md CHANGELOG.md docs/host-guide.md docs/data-file.md; do
+      [[ -f $unpacked/usr/share/doc/$name/$page ]] || {
+        printf 'not in the packages: /usr/share/doc/%s/%s\n' "$name" "$page" >&2
+        return 1
+      }
+    done
+  done
+  [[ -f $unpacked/usr/share/ornwhatsnew/examples/../docs/host-guide.md ]] &&
+    mandoc -Tlint -Wwarning "$unpacked/usr/share/man/man5/ornwhatsnew.5"
+}
+
 printf '== building with the contents of the packages\n'
 try_development
+printf '== checking the documents\n'
+check_documents
 
 ((EUID == 0)) || skip 'only root can create a clean system to install the packages in'
 # shellcheck source=/dev/null
