@@ -13,7 +13,6 @@
 #include <vector>
 
 #include <ornappsupport/Services.h>
-#include <orncore/Services.h>
 #include <orncore/string/Conversion.h>
 #include <ornwhatsnew/FeatureListData.h>
 #include <unicode/uchar.h>
@@ -181,7 +180,6 @@ void RequireListInside(const HostDescription& host) {
                  "the panel equals the plain panel");
   }
   ornappsupport::ResetServices();
-  orncore::ResetServices();
 }
 
 void Run(std::string_view text) {

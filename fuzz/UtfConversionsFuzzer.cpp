@@ -56,7 +56,6 @@ void RequireFromUTF8(std::string_view text) {
 
   RequireEqual(IsWellFormedUTF8(text), ICUTakes(text), "well-formed is what ICU takes");
   const bool isAscii = std::ranges::all_of(text, [](char c) { return (c & 0x80) == 0; });
-  RequireEqual(IsAscii(text), isAscii, "ASCII is what has seven bits");
   if (isAscii) Require(AsciiToUTF16(text) == expected, "ASCII to UTF-16");
 
   std::string withoutMark(text);
@@ -81,16 +80,12 @@ void RequireFromUTF16(std::u16string_view text) {
 void RequireCaseMapping(std::u16string_view text) {
   Require(LowerCase(text) == PlainLower(text), "lower case as ICU does it");
   Require(UpperCase(text) == PlainUpper(text), "upper case as ICU does it");
-  std::u16string inPlace(text);
-  LowerCase(std::u16string_view(inPlace).substr(inPlace.size() / 2), inPlace);
-  Require(inPlace == PlainLower(text.substr(text.size() / 2)),
-          "lower case of a part of the result");
 }
 
 void RequireReplaces(std::u16string_view text, std::u16string_view pattern) {
   if (pattern.empty()) return;
   std::u16string replaced(text);
-  ReplaceInString(replaced, pattern, u"@0");
+  ReplaceAllStringInString(replaced, pattern, u"@0");
   Require(replaced == PlainReplace(text, pattern, u"@0"), "every occurrence is replaced once");
 }
 

@@ -1,9 +1,18 @@
-// The services of this module that a host replaces, and the way back.
+// The services that a host can replace, and how to restore the defaults.
 //
-// | service       | how a host replaces it                     | without                         |
-// |---------------|--------------------------------------------|---------------------------------|
-// | beta features | feature::SetFeatureService                 | an empty table, nothing allowed |
-// | usage logging | analytics::SDMUsageLogger::SetLoggingQuery | on                              |
+// | service            | how a host replaces it                              | default |
+// |--------------------|-----------------------------------------------------|----------------------|
+// | beta features      | ornappsupport::feature::SetFeatureService           | none, no permission
+// | | usage logging      | ornappsupport::analytics::SDMUsageLogger            | on | | |
+// ::SetLoggingQuery                                   |                      | | dictionary |
+// orncore::config::Localizer::Get().SetDictionary     | the default texts    | | client information
+// | orncore::config::SetClientInfo                      | 25.1, 42, Mac        | | debug entries |
+// orncore::debug::DebugDatabase::Instance().SetStore  | empty, in memory     | | log |
+// orncore::debug::SetLogSink                          | standard error       | | termination |
+// orncore::appstatemanager::SetTerminationQuery       | not terminating      |
+//
+// Console commands and initializers are registered, not replaced: see
+// orncore/console/CommandRegistry.h and orncore/config/InitializerRegistrar.h.
 #ifndef ORNAPPSUPPORT_SERVICES_H_
 #define ORNAPPSUPPORT_SERVICES_H_
 
@@ -11,7 +20,8 @@
 
 namespace ornappsupport {
 
-/// Puts every service above back to what it was at the start. Not while another thread uses one.
+/// Restores the default of every service above. Registered commands and initializers stay. Must not
+/// be called while another thread uses a service.
 ORN_EXPORT void ResetServices();
 
 }  // namespace ornappsupport

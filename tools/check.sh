@@ -104,16 +104,14 @@ stage_sanitize() {
 }
 
 stage_thread() {
-  local suppressions=$PWD/cmake/ThreadSuppressions.txt
   configure thread &&
     build thread --target orncore_tests ornwhatsnew_tests &&
-    TSAN_OPTIONS=$([[ ! -f $suppressions ]] || echo "suppressions=$suppressions") \
-      run_tests thread --tests-regex "$thread_tests"
+    run_tests thread --tests-regex "$thread_tests"
 }
 
 # The tests of objects that several threads may use.
-thread_tests='(AsyncRead|Executor|RecycledMemory|ValidateWhatsNew|ValidateCommand|'
-thread_tests+='CommandRegistry|InitializerRegistrar|LogTest|NoDestructor)'
+thread_tests='(AsyncRead|Executor|ValidateCommand|'
+thread_tests+='CommandRegistry|InitializerRegistrar|LogTest)'
 
 stage_valgrind() {
   configure release && build release --target ornwhatsnew_program &&

@@ -9,7 +9,6 @@
 #include <ornappsupport/Services.h>
 #include <ornappsupport/analytics/SDMUsageLogger.h>
 #include <ornappsupport/feature/FeatureService.h>
-#include <orncore/Services.h>
 #include <orncore/appstatemanager/AppStateManager.h>
 #include <orncore/config/ClientInfo.h>
 #include <orncore/config/Localizer.h>
@@ -100,5 +99,4 @@ void ReplaceServices(Preferences& preferences) {
 
 void RestoreServices() {
   ornappsupport::ResetServices();
-  orncore::ResetServices();
 }

@@ -3,7 +3,7 @@
 #include <cerrno>
 #include <system_error>
 
-#include <orncore/filesupport/RegularFile.h>
+#include <orncore/filesupport/File.h>
 
 namespace hosts::common {
 

@@ -1,6 +1,6 @@
 // Whether the user lets the application log its use.
 //
-// A host tells by a function of its own, once, at start:
+// A host sets a query once, at start:
 //
 //   ornappsupport::analytics::SDMUsageLogger::SetLoggingQuery([] { return prefs.LogUsage(); });
 #ifndef ORNAPPSUPPORT_ANALYTICS_SDMUSAGELOGGER_H_
@@ -12,18 +12,19 @@
 
 namespace ornappsupport::analytics {
 
-/// The host's usage logger, as far as anyone here asks for it.
+/// Answers whether the host's usage logging is on.
 ///
-/// Threads: IsLogging is safe from any (if the query is) while none replaces the query.
+/// Threads: safe to use from any thread. The query must be safe to call from the threads that call
+/// `IsLogging`.
 class ORN_EXPORT SDMUsageLogger {
  public:
   SDMUsageLogger() = delete;
 
-  /// Whether usage logging is on: asks the host's query anew at every call; true without one. What
-  /// the query throws passes through.
+  /// Calls the host's query and returns its result; true if there is no query. Passes on what the
+  /// query throws.
   static bool IsLogging();
 
-  /// Replaces the query; empty: none, as at the start.
+  /// Replaces the query. An empty function removes it.
   static void SetLoggingQuery(std::function<bool()> query);
 };
 

@@ -1,4 +1,4 @@
-// A beta feature of the host, as its table describes it.
+// A beta feature, as the host's table describes it.
 #ifndef ORNAPPSUPPORT_FEATURE_BETAFEATURE_H_
 #define ORNAPPSUPPORT_FEATURE_BETAFEATURE_H_
 
@@ -8,42 +8,48 @@
 #include <string>
 
 #include <orncore/Export.h>
-#include <orncore/string/Types.h>
+#include <orncore/string/Conversion.h>
 
 namespace ornappsupport::feature {
 
 using orncore::string::UTF16String;
 
-/// Who gets to see a beta feature. Any other 32-bit value is kept as it is; it has no meaning here.
+/// Which label a list shows for a beta feature. Other 32-bit values are kept unchanged and shown
+/// without a label. Whether a feature is listed at all depends first on `FeatureService`: it must
+/// be switched on, or available for the user to switch on.
 enum class VisibilityInAllClientApps : std::int32_t {
-  /// Everybody, switched on or off.
+  /// A public feature, labelled "UNLOCKED" whether it is on or off. If the debug switch that lists
+  /// all features that are off is set, internal users see "OFF" for one that is off.
   kPublic = 0,
-  /// Users with the internal-features permission; others once it is switched on for them.
+  /// A hidden feature. No user sees it, not even an internal user, unless one of its changes has
+  /// the
+  /// salience "UnhideBetaFeature". It is then labelled "TARSA ONLY" for internal users and
+  /// "UNLOCKED" for others.
   kInternal = 1,
-  /// In development.
+  /// A feature in development, labelled "IN DEVELOPMENT".
   kInDevelopment = 2,
-  /// Shown without any unlock label.
+  /// A feature without a label.
   kUnlabelled = 3,
 };
 
-/// One beta feature's texts and visibility. The internal key, under which the host switches it, is
-/// its key in the BetaFeatureMap.
+/// The texts and the visibility of a beta feature. Its internal key, under which the host switches
+/// it, is its key in the `BetaFeatureMap`.
 ///
 /// Threads: one thread at a time, as for a string.
 class ORN_EXPORT BetaFeature {
  public:
-  /// `jiraEpicKey` is the tracker's key of the feature's epic, through which changes find it; it
-  /// may be empty. The display texts are shown as they are, or localised where they are key texts.
+  /// `jiraEpicKey` is the key of the feature's epic in the issue tracker; changes refer to the
+  /// feature by it. It may be empty. A display text that begins with "$$$/" is localised.
   BetaFeature(std::string jiraEpicKey, UTF16String displayName, UTF16String displayDescription,
               VisibilityInAllClientApps visibility);
 
-  /// The key of the epic, UTF-8, as handed to the constructor; so are the three below.
+  /// Returns the key of the epic, UTF-8.
   const std::string& GetJiraEpicKey() const noexcept { return jiraEpicKey_; }
-  /// The name that users see, or its key text.
+  /// Returns the display name.
   const UTF16String& GetDisplayName() const noexcept { return displayName_; }
-  /// The description that users see, or its key text.
+  /// Returns the display description.
   const UTF16String& GetDisplayDescription() const noexcept { return displayDescription_; }
-  /// Who gets to see the feature.
+  /// Returns the visibility.
   VisibilityInAllClientApps GetVisibility() const noexcept { return visibility_; }
 
  private:
@@ -53,7 +59,7 @@ class ORN_EXPORT BetaFeature {
   VisibilityInAllClientApps visibility_;
 };
 
-/// The host's table: beta features by internal key, in ascending byte order.
+/// Beta features by internal key, in ascending byte order.
 using BetaFeatureMap = std::map<std::string, BetaFeature, std::less<>>;
 
 }  // namespace ornappsupport::feature

@@ -1,10 +1,10 @@
-// The host's beta features: their table, and what is switched on, available and allowed.
+// The host's beta features, their switches, and the internal-features permission.
 //
-// A host implements FeatureService over its own switches and registers it once, at start:
+// A host implements FeatureService with its own switches and registers it once, at start:
 //
 //   ornappsupport::feature::SetFeatureService(std::make_shared<MySwitches>());
 //
-// or fills a FixedFeatureService. Without one there are no beta features, and nothing is allowed.
+// or uses a FixedFeatureService. By default there are no beta features and no permission.
 #ifndef ORNAPPSUPPORT_FEATURE_FEATURESERVICE_H_
 #define ORNAPPSUPPORT_FEATURE_FEATURESERVICE_H_
 
@@ -19,9 +19,9 @@
 
 namespace ornappsupport::feature {
 
-/// What the host knows of its beta features: the interface that it implements.
+/// The interface that a host implements to describe its beta features.
 ///
-/// Threads: called on whatever thread owns the list that asks.
+/// Threads: called on the thread that uses a list.
 class ORN_EXPORT FeatureService {
  public:
   FeatureService() = default;
@@ -29,34 +29,34 @@ class ORN_EXPORT FeatureService {
   FeatureService& operator=(const FeatureService&) = delete;
   virtual ~FeatureService();
 
-  /// The table. It stays where it is, and unchanged during a call into a list; between calls the
-  /// host may change it.
+  /// Returns the table. It must neither move nor change during a call into a list; the host may
+  /// change it between calls.
   virtual const BetaFeatureMap& GetBetaFeatures() const = 0;
 
-  /// Whether the feature is switched on for this user. Asked for keys of the table only.
+  /// Returns whether the feature is switched on for this user. Called only with keys of the table.
   virtual bool IsEnabled(std::string_view internalKey) const = 0;
 
-  /// Whether the user may switch the feature on. Asked for keys of the table only.
+  /// Returns whether the user may switch the feature on. Called only with keys of the table.
   virtual bool IsAvailableForUser(std::string_view internalKey) const = 0;
 
-  /// Whether the user has the internal-features permission.
+  /// Returns whether the user has the internal-features permission.
   virtual bool AreInternalFeaturesAllowed() const = 0;
 };
 
-/// Beta features in memory. What it overrides is described at the interface.
+/// Beta features in memory. `FeatureService` documents the overridden methods.
 ///
-/// Threads: filled before it is registered, or on the thread of the lists; reading is safe from any
-/// thread while nobody writes.
+/// Threads: add features before it is registered, or on the thread that uses the lists. Reading is
+/// safe from any thread while no thread writes.
 class ORN_EXPORT FixedFeatureService final : public FeatureService {
  public:
-  /// An empty table; nothing is allowed.
+  /// Creates an empty table without the permission.
   FixedFeatureService();
   ~FixedFeatureService() override;
 
-  /// Adds a feature, in place of one with the same internal key.
+  /// Adds a feature. Replaces one with the same internal key.
   void Add(std::string internalKey, BetaFeature feature, bool enabled, bool availableForUser);
 
-  /// Sets the internal-features permission; false at first.
+  /// Sets the internal-features permission, which is false by default.
   void SetInternalFeaturesAllowed(bool allowed) noexcept { internalFeaturesAllowed_ = allowed; }
 
   const BetaFeatureMap& GetBetaFeatures() const override;
@@ -73,21 +73,22 @@ class ORN_EXPORT FixedFeatureService final : public FeatureService {
   bool internalFeaturesAllowed_ = false;
 };
 
-/// Replaces the service; null: an empty table and nothing allowed, as at the start. Not while a
-/// list, or another thread, is asking: references to the old table end with the old service.
+/// Replaces the service. Null restores the default: an empty table without the permission. Must not
+/// be called during a call into a list: references to the table of the old service become invalid.
 ORN_EXPORT void SetFeatureService(std::shared_ptr<const FeatureService> service);
 
-/// The host's table of the moment. The reference leads into the service, which nobody holds for the
-/// caller: it ends when the service is replaced, even by a query of the service itself.
+/// Returns the current table of the host. The reference is valid until the service is replaced.
 ORN_EXPORT const BetaFeatureMap& GetConstBetaFeatureMap();
 
-/// Whether the feature is switched on; false for a key that the table lacks, and for null.
+/// Returns whether the feature is switched on. False for null and for a key that is not in the
+/// table.
 ORN_EXPORT bool IsFeatureEnabled(const char* internalKey);
 
-/// Whether the user may switch the feature on; false for a key that the table lacks, and for null.
+/// Returns whether the user may switch the feature on. False for null and for a key that is not in
+/// the table.
 ORN_EXPORT bool IsAvailableForUserEnablement(const char* internalKey);
 
-/// Whether the user has the internal-features permission.
+/// Returns whether the user has the internal-features permission.
 ORN_EXPORT bool IsEntitlementSetToInternalFeaturesAllowed();
 
 }  // namespace ornappsupport::feature

@@ -1,6 +1,6 @@
-// Whether the application is on its way out.
+// Whether the application is terminating.
 //
-// A host tells by a function of its own, once, at start:
+// A host sets a query once, at start:
 //
 //   orncore::appstatemanager::SetTerminationQuery([] { return theApplication->IsQuitting(); });
 #ifndef ORNCORE_APPSTATEMANAGER_APPSTATEMANAGER_H_
@@ -12,12 +12,11 @@
 
 namespace orncore::appstatemanager {
 
-/// Whether the application is terminating: asks the host's query anew at every call; false without
-/// one. What the query throws passes through. Safe from any thread (if the query is) while none
-/// replaces it.
+/// Calls the host's query and returns its result; false if there is no query. Passes on what the
+/// query throws. Safe to call from any thread, if the query is.
 ORN_EXPORT bool IsTerminating();
 
-/// Replaces the query; empty: none, as at the start. Not while another thread asks.
+/// Replaces the query. An empty function removes it. Safe to call from any thread.
 ORN_EXPORT void SetTerminationQuery(std::function<bool()> query);
 
 }  // namespace orncore::appstatemanager

@@ -1,27 +1,27 @@
-// Who the running application is: its version, its build number and its platform.
+// The version, the build number and the platform of the running application.
 //
-// A host says so once, at start:
+// A host sets them once, at start:
 //
 //   orncore::config::SetClientInfo(std::make_shared<orncore::config::FixedClientInfo>(
 //       u"25.1", u"42", "Mac"));
 //
-// or derives its own ClientInfo, which is asked anew at every call.
+// or derives its own ClientInfo.
 #ifndef ORNCORE_CONFIG_CLIENTINFO_H_
 #define ORNCORE_CONFIG_CLIENTINFO_H_
 
 #include <memory>
 
 #include <orncore/Export.h>
-#include <orncore/string/Types.h>
+#include <orncore/string/Conversion.h>
 
 namespace orncore::config {
 
 using string::UTF16String;
 using string::UTF8String;
 
-/// What the host tells of itself: the interface that it implements.
+/// The interface that a host implements to describe itself.
 ///
-/// Threads: called on whatever thread asks.
+/// Threads: called on the threads that call the functions below.
 class ORN_EXPORT ClientInfo {
  public:
   ClientInfo() = default;
@@ -29,21 +29,21 @@ class ORN_EXPORT ClientInfo {
   ClientInfo& operator=(const ClientInfo&) = delete;
   virtual ~ClientInfo();
 
-  /// The version without the build number, such as "25.1".
+  /// Returns the version without the build number, such as "25.1".
   virtual UTF16String GetClientVersion() const = 0;
-  /// The build number, such as "42".
+  /// Returns the build number, such as "42".
   virtual UTF16String GetClientBuildNumber() const = 0;
-  /// The platform that the application runs on, UTF-8, as data files name it: "Mac", "Win", ....
+  /// Returns the platform that the application runs on, UTF-8, as data files name it: "Mac" or
+  /// "Win".
   virtual UTF8String GetClientPlatform() const = 0;
 };
 
-/// Three fixed texts. What it overrides is described at the interface.
+/// Three fixed strings. `ClientInfo` documents the overridden methods.
 ///
-/// Threads: never changes after its construction.
+/// Threads: safe to use from any thread, because it never changes.
 class ORN_EXPORT FixedClientInfo final : public ClientInfo {
  public:
-  /// Answers these: a dotted version such as `25.1`, a build number such as `42`, and "Mac" or
-  /// "Win".
+  /// Stores a dotted version such as "25.1", a build number such as "42", and "Mac" or "Win".
   FixedClientInfo(UTF16String version, UTF16String buildNumber, UTF8String platform);
   ~FixedClientInfo() override;
 
@@ -57,16 +57,15 @@ class ORN_EXPORT FixedClientInfo final : public ClientInfo {
   UTF8String platform_;
 };
 
-/// Replaces what the three functions below answer; null: version "25.1", build number "42",
-/// platform "Mac", as at the start. Not while another thread asks.
+/// Replaces what the functions below return. Null restores the defaults: version "25.1", build
+/// number "42", platform "Mac". Safe to call from any thread; so are the functions below.
 ORN_EXPORT void SetClientInfo(std::shared_ptr<const ClientInfo> clientInfo);
 
-/// The host's version, asked anew at every call and never cached. Safe from any thread while none
-/// replaces the client information; so are the two below.
+/// Returns the host's version. Queries the host at every call and caches nothing.
 ORN_EXPORT UTF16String GetClientVersion();
-/// The host's build number.
+/// Returns the host's build number.
 ORN_EXPORT UTF16String GetClientBuildNumber();
-/// The host's platform, UTF-8.
+/// Returns the host's platform, UTF-8.
 ORN_EXPORT UTF8String GetClientPlatform();
 
 }  // namespace orncore::config

@@ -1,4 +1,4 @@
-// Where exceptions stop, and the result codes that stand for them outside.
+// Functions that stop exceptions, and the result codes that represent them.
 #ifndef ORNCORE_CONFIG_TOPLEVEL_H_
 #define ORNCORE_CONFIG_TOPLEVEL_H_
 
@@ -14,43 +14,44 @@ namespace orncore::config {
 /// A failure with a result code: a negated error number of the operating system.
 class ORN_EXPORT ResultError : public std::runtime_error {
  public:
-  /// `result` is negative, such as -ENOENT; `what` names, for people, what failed and on what.
+  /// `result` is negative, such as -ENOENT; `what` is a message for people that names what failed.
   ResultError(int result, const std::string& what);
-  /// Copied as what the standard library throws is.
+  /// Copyable, as exceptions must be.
   ResultError(const ResultError&) = default;
-  /// As above.
+  /// Assignable, as standard exceptions are.
   ResultError& operator=(const ResultError&) = default;
   ~ResultError() override;
 
-  /// The code handed to the constructor.
+  /// Returns the code that the constructor received.
   int Result() const noexcept { return result_; }
 
  private:
   int result_;
 };
 
-/// An asynchronous operation that was cancelled before its end.
+/// Thrown by an operation that was cancelled before it completed.
 class ORN_EXPORT FutureCancelled : public std::exception {
  public:
   FutureCancelled() = default;
-  /// Copied as what the standard library throws is.
+  /// Copyable, as exceptions must be.
   FutureCancelled(const FutureCancelled&) = default;
-  /// As above.
+  /// Assignable, as standard exceptions are.
   FutureCancelled& operator=(const FutureCancelled&) = default;
   ~FutureCancelled() override;
 
-  /// "Future Is Cancelled"
+  /// Returns "Future Is Cancelled".
   const char* what() const noexcept override;
 };
 
-/// Runs `function` and lets no exception out: one that escapes it, or an empty `function`, is
-/// written to the log (orncore::debug::Log). True when it returned normally. Safe from any thread.
+/// Calls `function`. Writes an exception that escapes from it, or that `function` is empty, to the
+/// log
+/// (`debug::Log`). Returns true if `function` returned normally. Safe to call from any thread.
 ORN_EXPORT bool ExecuteTopLevelFunction(const std::function<void()>& function) noexcept;
 
-/// The result code that `failure` carries: 0 for null (no failure) and for a cancellation
-/// (FutureCancelled), the code of a ResultError or std::system_error made negative, -ENOMEM for
-/// std::bad_alloc, -EIO for any other exception. Negative for every failure but a cancellation: a
-/// code of 0 or of the wrong sign never makes a failure a success.
+/// Returns the result code of `failure`: 0 for null (no failure) and for `FutureCancelled`, the
+/// negated error number of a `ResultError` or `std::system_error`, -ENOMEM for `std::bad_alloc`,
+/// -EIO for any other exception. Every failure except a cancellation has a negative code, also if
+/// the exception carries 0 or a number of the wrong sign.
 ORN_EXPORT int ExtractResultFromException(const std::exception_ptr& failure);
 
 }  // namespace orncore::config

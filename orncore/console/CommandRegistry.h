@@ -1,7 +1,7 @@
-// The commands of the host's console: registered by name, run line by line.
+// The commands of the host's console.
 //
-// A host with a console of its own hands the lines that its own commands do not know to RunLine,
-// with a stream on its output; one without has nothing to do.
+// A host with a console passes each line that is not one of its own commands to RunLine, with a
+// stream for the output. A host without a console need not use this header.
 #ifndef ORNCORE_CONSOLE_COMMANDREGISTRY_H_
 #define ORNCORE_CONSOLE_COMMANDREGISTRY_H_
 
@@ -15,58 +15,59 @@
 #include <vector>
 
 #include <orncore/Export.h>
-#include <orncore/string/Types.h>
+#include <orncore/string/Conversion.h>
 
 namespace orncore::console {
 
 using string::UTF16String;
 
-/// What commands write to. Write texts with Write (below) and single units with put(): the C++
-/// library has no facets for char16_t, so that `<<` of numbers, std::endl, std::setfill and the
-/// like throw std::bad_cast. Turn numbers into texts first, and write u"\n".
+/// The output of a command. Use Write (below) for strings and put() for single units. The C++
+/// library has no facets for char16_t, so `<<` of numbers, std::endl and std::setfill throw
+/// std::bad_cast: convert numbers to strings first, and write u"\n".
 using UTF16OutputStream = std::basic_ostream<char16_t>;
 
-/// Writes `text` as it stands.
+/// Writes `text` unchanged.
 ORN_EXPORT void Write(UTF16OutputStream& stream, std::u16string_view text);
 
-/// Commands by name. Names are compared exactly, unit by unit.
+/// Commands by name. Names are compared unit by unit.
 ///
-/// Threads: safe from any. A command runs on the thread that runs its line, without any lock held:
-/// it may register, unregister (itself, too) and run commands.
+/// Threads: safe to use from any thread. A command runs on the thread that calls `RunLine`, without
+/// a lock: it may register, unregister (also itself) and run commands.
 class ORN_EXPORT CommandRegistry {
  public:
-  /// Executes a command: its argument text and where it writes to give its result, 0 for success.
+  /// Executes a command with its argument text and its output. Returns 0 for success.
   using CommandFunction = std::function<int(const UTF16String& arguments, UTF16OutputStream&)>;
 
-  /// What the list of commands tells of one.
+  /// An entry of the list of commands.
   struct Command {
-    UTF16String name;  ///< its name, as lines begin with it
-    UTF16String help;  ///< what a usage line shows right behind the name
+    UTF16String name;  ///< the first word of a line that runs it
+    UTF16String help;  ///< the usage line shows it directly after the name
   };
 
-  /// The process's registry; it is never destroyed.
+  /// Returns the registry of the process, which is never destroyed.
   static CommandRegistry& Instance();
 
-  /// A registry of its own, without commands; programs use `Instance`.
+  /// Creates a separate, empty registry.
   CommandRegistry();
   ~CommandRegistry();
   CommandRegistry(const CommandRegistry&) = delete;
   CommandRegistry& operator=(const CommandRegistry&) = delete;
 
-  /// Adds a command. False, and nothing is changed, when the name is taken, is empty or holds a
-  /// blank (no line could run it), or when the function is empty. `help` is what a usage line shows
-  /// right behind the name.
+  /// Adds a command. Returns false without effect if the name is taken, is empty or contains a
+  /// space (no line could run it), or if `function` is empty. The usage line shows `help` directly
+  /// after the name.
   bool RegisterCommandFunction(UTF16String name, UTF16String help, CommandFunction function);
 
-  /// Removes a command; false when there is none of that name. A run under way ends normally.
+  /// Removes a command. Returns false if no command has that name. A call in progress is not
+  /// affected.
   bool UnregisterCommand(std::u16string_view name);
 
-  /// All commands, by name in ascending order of UTF-16 units.
+  /// Returns all commands, sorted by name in ascending order of UTF-16 units.
   std::vector<Command> ListCommands() const;
 
-  /// Runs one line: the name is its first word, blanks before it passed over; the argument text is
-  /// all behind the one blank that ends the name, untouched. The command's result, or nothing when
-  /// no command has that name. What the command throws passes through.
+  /// Runs a line. The name is the first word after any leading spaces. The argument text is
+  /// everything after the single space that ends the name, unchanged. Returns the result of the
+  /// command; nothing if no command has that name. Passes on what the command throws.
   std::optional<int> RunLine(std::u16string_view line, UTF16OutputStream& stream) const;
 
  private:

@@ -1,7 +1,7 @@
-// Lines for whoever maintains the host: failures that nobody is there to catch.
+// Messages for the maintainers of the host about failures that no caller can handle.
 //
 // Both functions may be called from any thread, from static constructors and destructors, and from
-// a sink. Several threads may be in the sink at once.
+// the sink. Several threads may be in the sink at once.
 #ifndef ORNCORE_DEBUG_LOG_H_
 #define ORNCORE_DEBUG_LOG_H_
 
@@ -12,15 +12,13 @@
 
 namespace orncore::debug {
 
-/// Takes one line of UTF-8, without a line end; the view lives as long as the call.
-using LogSink = std::function<void(std::string_view line)>;
+/// Replaces the sink, which receives each line as UTF-8 without a line end; the view is valid
+/// during the call. An empty function restores the default. A thread that is logging at this moment
+/// may still use the previous sink.
+ORN_EXPORT void SetLogSink(std::function<void(std::string_view line)> sink);
 
-/// Sends what is logged from now on to `sink`, of which a copy is kept; an empty one brings the
-/// default back. A thread that is logging at this moment may still finish with the sink before.
-ORN_EXPORT void SetLogSink(LogSink sink);
-
-/// Hands `line` to the sink. Never throws: a line that the sink throws at goes to the default,
-/// which writes it to standard error as one line, control characters replaced by `?`.
+/// Writes `line` to the sink. If there is no sink or the sink throws, writes it to standard error
+/// as one line, with `?` in place of control characters. Never throws.
 ORN_EXPORT void Log(std::string_view line) noexcept;
 
 }  // namespace orncore::debug

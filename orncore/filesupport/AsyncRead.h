@@ -1,122 +1,103 @@
-// Reading a file while the caller does something else: futures, continuations, an executor.
+// Reading a file in the background: an executor, a read with its continuation, and the wait.
 //
-//   const ReadFuture read = ReadFileToRecycledMemory(File(path));
-//   const UntypedFuture done = read.Then(GetDefaultExecutor(), [](const ReadFuture& finished) {
-//     Use(finished.Get()->Bytes());  // throws what the read failed with
-//   });
+//   UntypedFuture done = ReadFileToRecycledMemory(
+//       File(path), GetDefaultExecutor(), [](const ReadOutcome& read) {
+//         if (read.failure) std::rethrow_exception(read.failure);
+//         Use(read.memory->Bytes());
+//       });
 //   WaitForUntypedUntil(done, deadline, true);
 #ifndef ORNCORE_FILESUPPORT_ASYNCREAD_H_
 #define ORNCORE_FILESUPPORT_ASYNCREAD_H_
 
 #include <chrono>
+#include <condition_variable>
+#include <deque>
 #include <exception>
 #include <functional>
+#include <future>
 #include <memory>
+#include <mutex>
+#include <stop_token>
+#include <thread>
 
 #include <orncore/Export.h>
 #include <orncore/filesupport/File.h>
-#include <orncore/filesupport/RecycledMemory.h>
-#include <orncore/filesupport/RegularFile.h>
 
 namespace orncore::filesupport {
 
-class UntypedFuture;
-class ReadFuture;
-
-/// Runs functions on threads of its own, in the order in which they come. No thread is started
-/// before the first function comes.
+/// Runs tasks on one thread, in the order of submission. The first task starts the thread.
 ///
-/// A function must not wait for another one of the same executor: with a single thread it would
-/// wait for itself.
+/// Call `Join` before the code of a task is unloaded, for example in the shutdown function of the
+/// `config::InitializerRegistrar` whose module submits tasks.
 ///
-/// Threads: Submit is safe from any. Destruction finishes what was submitted, then ends the
-/// threads; it must not happen on one of them, nor while others submit.
+/// Threads: safe to use from any thread, except that a task must not call `Join`, destroy the
+/// executor, or wait for another task of the same executor.
 class ORN_EXPORT Executor {
  public:
-  /// With `threadCount` threads, at least one.
-  explicit Executor(unsigned threadCount = 1);
+  /// Receives the token through which `Join` requests a stop.
+  using Task = std::function<void(const std::stop_token&)>;
+
+  /// Starts no thread.
+  Executor() = default;
+  /// Joins.
   ~Executor();
   Executor(const Executor&) = delete;
   Executor& operator=(const Executor&) = delete;
 
-  /// Has `function` run. An exception out of it is logged (config::ExecuteTopLevelFunction).
-  void Submit(std::function<void()> function);
+  /// Adds `task` to the queue. If the task throws, the exception is logged. Throws
+  /// `std::bad_alloc`, or `std::system_error` if the thread cannot be started; the task is not run
+  /// then.
+  void Submit(Task task);
+
+  /// Requests a stop of the running task and of all queued ones, runs the queued ones to their end,
+  /// and ends the thread. The next task starts a new thread.
+  void Join();
 
  private:
-  friend class ReadFuture;
-  class Impl;
-  std::unique_ptr<Impl> impl_;
+  void Run(const std::stop_token& stop);
+
+  std::mutex mutex_;
+  std::condition_variable_any wake_;
+  std::deque<Task> tasks_;
+  std::jthread thread_;
 };
 
-/// The executor that reads files, with one thread. It is never destroyed: the end of the process
-/// waits for nothing that is still under way.
+/// Returns the executor of the process. It is never destroyed, so static destructors may use it.
 ORN_EXPORT Executor& GetDefaultExecutor();
 
-/// Completion of something that runs elsewhere. Copies stand for the same completion.
+/// What a read ended with: either the bytes or the exception that it failed with.
+struct ReadOutcome {
+  std::shared_ptr<const RecycledMemory> memory;  ///< null if the read failed
+  std::exception_ptr failure;                    ///< null if the read succeeded
+};
+
+/// The completion of a read and its continuation. It can be moved, not copied.
 ///
-/// Threads: safe from any. Interrupting a thread (as some thread libraries can) ends none of the
-/// waits; the request is kept for whatever the thread does next.
+/// Threads: one thread at a time.
 class ORN_EXPORT UntypedFuture {
- public:
-  /// Another future for the same completion.
-  UntypedFuture(const UntypedFuture&);
-  /// From now on for the completion of the other one.
-  UntypedFuture& operator=(const UntypedFuture&);
-  ~UntypedFuture();
-
-  /// Whether it has completed.
-  bool IsReady() const;
-
-  /// Waits for the completion. Null when it completed normally, else what it failed with.
-  std::exception_ptr Failure() const;
-
-  /// Asks for the end of the read behind this future. One that has not begun ends at once, one
-  /// under way as soon as it notices; both fail with FutureCancelled. What has completed stays as
-  /// it is. A continuation still runs, and sees the cancelled read.
-  void Cancel() const;
-
- protected:
-  class State;
-  friend class ReadFuture;
-  /// @cond the implementation's own
-  explicit UntypedFuture(std::shared_ptr<State> state);
-
-  friend ORN_EXPORT bool WaitForUntypedUntil(const UntypedFuture& future,
+  friend ORN_EXPORT UntypedFuture ReadFileToRecycledMemory(
+      const File& file, Executor& executor, std::function<void(const ReadOutcome&)> continuation);
+  friend ORN_EXPORT bool WaitForUntypedUntil(UntypedFuture& future,
                                              std::chrono::steady_clock::time_point deadline,
                                              bool cancelAtDeadline);
-
-  std::shared_ptr<State> state_;
-  /// @endcond
+  // Holds what the continuation failed with. Not as the future's own exception: the thread that
+  // waits must be the last owner of that exception.
+  std::future<std::exception_ptr> completion_;
+  std::stop_source stop_;
 };
 
-/// The bytes of a file that is being read.
-class ORN_EXPORT ReadFuture : public UntypedFuture {
- public:
-  /// Waits for the completion and hands out the bytes; throws what the read failed with, such as
-  /// config::ResultError or FutureCancelled. May be called any number of times.
-  std::shared_ptr<const RecycledMemory> Get() const;
+/// Starts to read `file` on `executor` and returns at once. After the read, also after a failed or
+/// cancelled one, the same task calls `continuation` and then destroys it. A read that is cancelled
+/// fails with `config::FutureCancelled`. It fails as `ReadRegularFile` does, and with -EILSEQ if
+/// the path contains an unpaired surrogate. Throws what `Executor::Submit` throws.
+ORN_EXPORT UntypedFuture ReadFileToRecycledMemory(
+    const File& file, Executor& executor, std::function<void(const ReadOutcome&)> continuation);
 
-  /// Has `continuation` run on `executor` with this future as soon as it has completed, however it
-  /// did. The result completes when the continuation returns, or fails with what it throws;
-  /// cancelling the result cancels this read. It fails, and the continuation is not run, when there
-  /// is no memory left to start it; what is thrown here means that it never will be. The executor
-  /// must outlive the result's completion.
-  UntypedFuture Then(Executor& executor, std::function<void(const ReadFuture&)> continuation) const;
-
- private:
-  friend ORN_EXPORT ReadFuture ReadFileToRecycledMemory(const File& file);
-  using UntypedFuture::UntypedFuture;
-};
-
-/// Starts reading the whole of `file` on the default executor. Fails as ReadRegularFile does, and
-/// with -EILSEQ for a path that holds an unpaired surrogate and so can be no file's name.
-ORN_EXPORT ReadFuture ReadFileToRecycledMemory(const File& file);
-
-/// Waits until `future` has completed or `deadline` has passed. True when it completed normally;
-/// throws what it failed with. False when the deadline passed first; with `cancelAtDeadline` it is
-/// then cancelled, and its end waited for. Must not be called by a function that runs on the
-/// executor that completes `future`.
-ORN_EXPORT bool WaitForUntypedUntil(const UntypedFuture& future,
+/// Waits until the continuation has returned, or until `deadline`. Returns true if it returned in
+/// time, and throws what it threw. If the deadline passes first, returns false; with
+/// `cancelAtDeadline` the function then cancels the read, waits until the continuation has
+/// returned, and throws what it threw. Call it again only if it returned false without cancelling.
+ORN_EXPORT bool WaitForUntypedUntil(UntypedFuture& future,
                                     std::chrono::steady_clock::time_point deadline,
                                     bool cancelAtDeadline);
 

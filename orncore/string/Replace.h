@@ -1,10 +1,11 @@
-// Replacement of texts in texts, in one pass from left to right.
+// Replacement of substrings, in one pass from left to right.
 //
-// Occurrences are found in the text as it was: they never overlap, and what was inserted is never
-// searched again. Patterns are compared unit by unit; an empty pattern replaces nothing.
+// The functions search the original string: occurrences do not overlap, and inserted text is not
+// searched. An empty pattern matches nothing. Patterns and replacements may be views of the string
+// that is changed. If memory runs out, the functions throw `std::bad_alloc` and leave the string
+// unchanged.
 //
-// All functions may be called from several threads at once, as long as each changes a text of its
-// own.
+// All functions are safe to call from several threads, each with its own string.
 #ifndef ORNCORE_STRING_REPLACE_H_
 #define ORNCORE_STRING_REPLACE_H_
 
@@ -13,34 +14,24 @@
 #include <string_view>
 
 #include <orncore/Export.h>
-#include <orncore/string/Types.h>
+#include <orncore/string/Conversion.h>
 
 namespace orncore::string {
 
-/// One thing to look for and what to put in its place. Views: the texts belong to the caller.
+/// A pattern and the text that replaces it. Both are views; the caller owns the strings.
 struct Replacement {
-  std::u16string_view pattern;  ///< what to look for
-  std::u16string_view text;     ///< what to put in its place
+  std::u16string_view pattern;  ///< the substring to find
+  std::u16string_view text;     ///< its replacement
 };
 
-/// Replaces every occurrence of every pattern in `text`. Where several patterns begin at the same
-/// unit, the first of `replacements` is taken. The views may lie in `text`. If an exception is
-/// thrown (memory), `text` is unchanged.
+/// Replaces every occurrence of every pattern in `text`. If several patterns match at the same
+/// unit, the first of `replacements` applies.
 ///
 ///     Replacement arguments[] = {{u"@0", name}, {u"@1", version}};
 ///     ReplaceInString(line, arguments);
 ORN_EXPORT void ReplaceInString(UTF16String& text, std::span<const Replacement> replacements);
 
-/// Replaces every occurrence of `pattern` in `text`, with the same promises.
-ORN_EXPORT void ReplaceInString(UTF16String& text, std::u16string_view pattern,
-                                std::u16string_view replacement);
-
-/// Adds `text`, with every occurrence replaced, behind what `out` holds. No view may lie in `out`.
-ORN_EXPORT void AppendReplacing(std::u16string_view text, std::span<const Replacement> replacements,
-                                UTF16String& out);
-
-/// Replaces every occurrence of `pattern` in `text` and answers how many there were. The views may
-/// lie in `text`. If an exception is thrown (memory), `text` is unchanged.
+/// Replaces every occurrence of `pattern` in `text`. Returns the number of occurrences.
 ORN_EXPORT std::size_t ReplaceAllStringInString(UTF16String& text, std::u16string_view pattern,
                                                 std::u16string_view replacement);
 

@@ -1,4 +1,4 @@
-// A set of bits with a type of its own.
+// A set of option bits.
 #ifndef ORNCORE_UTILITY_FLAGS_H_
 #define ORNCORE_UTILITY_FLAGS_H_
 
@@ -16,33 +16,33 @@ namespace orncore::utility {
 template <std::unsigned_integral T>
 class Flags {
  public:
-  /// No bit set.
+  /// Creates the empty set.
   constexpr Flags() noexcept = default;
-  /// The bits of `bits`; implicit, so that an option value can stand where a set is asked for.
+  /// Creates the set of the bits of `bits`. Implicit, so that an option value converts to a set.
   constexpr Flags(T bits) noexcept : bits_(bits) {}
 
-  /// The set as a number.
+  /// Returns the set as a number.
   [[nodiscard]] constexpr T Bits() const noexcept { return bits_; }
 
-  /// Whether all bits of `wanted` are set. True for the empty set.
+  /// Returns whether all bits of `wanted` are set. True for the empty set.
   [[nodiscard]] constexpr bool Has(Flags wanted) const noexcept {
     return (*this & wanted) == wanted;
   }
 
   /// Adds the bits of `other`.
   constexpr Flags& operator|=(Flags other) noexcept { return *this = *this | other; }
-  /// Keeps only the bits that `other` has as well.
+  /// Removes the bits that are not in `other`.
   constexpr Flags& operator&=(Flags other) noexcept { return *this = *this & other; }
 
-  /// The bits that are in either set.
+  /// Returns the bits that are in either set.
   friend constexpr Flags operator|(Flags left, Flags right) noexcept {
     return Flags(static_cast<T>(left.bits_ | right.bits_));
   }
-  /// The bits that are in both sets.
+  /// Returns the bits that are in both sets.
   friend constexpr Flags operator&(Flags left, Flags right) noexcept {
     return Flags(static_cast<T>(left.bits_ & right.bits_));
   }
-  /// Whether the same bits are set.
+  /// Returns whether both sets have the same bits.
   friend constexpr bool operator==(Flags left, Flags right) noexcept = default;
 
  private:

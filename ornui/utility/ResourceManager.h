@@ -1,7 +1,6 @@
-// The application's resources: bytes by name and type.
+// The resources of the application: bytes by name and type.
 //
-// A host passes its own ResourceManager, or one of the two here: resources in a folder, resources
-// in memory.
+// A host passes its own ResourceManager or one of these two: resources in a folder or in memory.
 #ifndef ORNUI_UTILITY_RESOURCEMANAGER_H_
 #define ORNUI_UTILITY_RESOURCEMANAGER_H_
 
@@ -11,13 +10,13 @@
 #include <vector>
 
 #include <orncore/Export.h>
-#include <orncore/string/Types.h>
+#include <orncore/string/Conversion.h>
 
 namespace ornui::utility {
 
 using orncore::string::UTF16String;
 
-/// Loads resources: the interface that a host implements.
+/// The interface that a host implements to load resources.
 ///
 /// Threads: called on the thread that loads a list.
 class ORN_EXPORT ResourceManager {
@@ -27,24 +26,24 @@ class ORN_EXPORT ResourceManager {
   ResourceManager& operator=(const ResourceManager&) = delete;
   virtual ~ResourceManager();
 
-  /// Replaces `bytes` by those of the resource and returns true. False when there is no such
-  /// resource, or it cannot be read; `bytes` is empty then.
+  /// Replaces the content of `bytes` with the resource and returns true. If the resource does not
+  /// exist or cannot be read, clears `bytes` and returns false.
   virtual bool LoadResource(const UTF16String& name, const UTF16String& type,
                             std::vector<unsigned char>& bytes) const = 0;
 };
 
-/// Resources in the files of a folder, read anew each time.
+/// Resources in the files of a folder. Every load reads the file.
 ///
-/// A resource is the file `<folder>/<name>`, or `<folder>/<name>.<type>` where the former does not
-/// exist. A name may lead into folders below, with "/" between; it never leads outside: an empty
-/// or an absolute name, one with a "..", a NUL or an unpaired surrogate in it, and a link that
-/// points outside name no resource, and neither does anything but a regular file. Whoever may write
-/// in the folder is trusted not to exchange it while it is being read.
+/// A resource is the regular file `<folder>/<name>`; if that does not exist,
+/// `<folder>/<name>.<type>`. A name may contain "/" for a file in a subfolder. Files outside the
+/// folder are never loaded: an empty or absolute name, a name that contains "..", NUL or an
+/// unpaired surrogate, and a link to a file outside name no resource. Processes that may write to
+/// the folder are trusted not to replace it during a load.
 ///
-/// Threads: safe from any.
+/// Threads: safe to use from any thread.
 class ORN_EXPORT FolderResourceManager final : public ResourceManager {
  public:
-  /// The folder need not exist yet. A relative one is taken from the current directory of each
+  /// `folder` need not exist yet. A relative path is resolved against the current directory at each
   /// load.
   explicit FolderResourceManager(std::filesystem::path folder);
   ~FolderResourceManager() override;
@@ -56,17 +55,17 @@ class ORN_EXPORT FolderResourceManager final : public ResourceManager {
   std::filesystem::path folder_;
 };
 
-/// Resources in memory, found by exactly their name and type. What it overrides is described at the
-/// interface.
+/// Resources in memory, found by their exact name and type. `ResourceManager` documents the
+/// overridden method.
 ///
-/// Threads: filled before it is used; loading is safe from any thread while nobody adds.
+/// Threads: loading is safe from any thread while no thread adds a resource.
 class ORN_EXPORT MemoryResourceManager final : public ResourceManager {
  public:
-  /// Holds nothing yet.
+  /// Creates an empty manager.
   MemoryResourceManager();
   ~MemoryResourceManager() override;
 
-  /// Adds a resource, in place of one with the same name and type.
+  /// Adds a resource. Replaces one with the same name and type.
   void Add(UTF16String name, UTF16String type, std::vector<unsigned char> bytes);
 
   bool LoadResource(const UTF16String& name, const UTF16String& type,

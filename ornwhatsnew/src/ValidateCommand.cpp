@@ -9,7 +9,6 @@
 #include <orncore/console/CommandRegistry.h>
 #include <orncore/debug/DebugDatabase.h>
 #include <orncore/filesupport/AsyncRead.h>
-#include <orncore/filesupport/File.h>
 #include <orncore/string/Conversion.h>
 #include <ornwhatsnew/FeatureListData.h>
 
@@ -20,7 +19,7 @@ using orncore::console::CommandRegistry;
 using orncore::console::UTF16OutputStream;
 using orncore::console::Write;
 using orncore::filesupport::File;
-using orncore::filesupport::ReadFuture;
+using orncore::filesupport::ReadOutcome;
 
 constexpr std::u16string_view kCommandName = u"ValidateWhatsNew";
 // The usage line is the command name immediately followed by this text.
@@ -30,9 +29,8 @@ constexpr std::chrono::hours kReadDeadline{24};
 
 // Loads a list like the application, with the state of the developer's settings. The setter
 // discards its values, so that checking a file never changes what was seen.
-void ParseForTest(const ReadFuture& read) {
-  const auto memory = read.Get();
-  const auto bytes = memory->Bytes();
+void ParseForTest(const orncore::filesupport::RecycledMemory& memory) {
+  const auto bytes = memory.Bytes();
   const UTF8String text(reinterpret_cast<const char*>(bytes.data()), bytes.size());
   const FeatureListData list(
       text,
@@ -47,25 +45,24 @@ class ValidateCommand {
       : file_(path), output_(output) {}
 
   void Run() {
-    ReadFuture read = orncore::filesupport::ReadFileToRecycledMemory(file_);
-    const auto reported = read.Then(orncore::filesupport::GetDefaultExecutor(),
-                                    [this](const ReadFuture& completed) { Report(completed); });
-    const bool isInTime = orncore::filesupport::WaitForUntypedUntil(
+    auto reported = orncore::filesupport::ReadFileToRecycledMemory(
+        file_, orncore::filesupport::GetDefaultExecutor(),
+        [this](const ReadOutcome& read) { Report(read); });
+    orncore::filesupport::WaitForUntypedUntil(
         reported, std::chrono::steady_clock::now() + kReadDeadline, true);
-    if (isInTime) return;
-    // A cancelled read has no value, and its failure must reach the log.
-    if (const std::exception_ptr failure = reported.Failure()) std::rethrow_exception(failure);
   }
 
  private:
-  void Report(const ReadFuture& read) {
-    const int result = orncore::config::ExtractResultFromException(read.Failure());
+  void Report(const ReadOutcome& read) {
+    const int result = orncore::config::ExtractResultFromException(read.failure);
     if (result < 0) {
       Write(output_, u"Failed to read What's New file at \"" + file_.FullPath() +
                          u"\" with result: " +
                          orncore::string::AsciiToUTF16(std::to_string(result)) + u"\n");
     } else {
-      ParseForTest(read);
+      // A cancelled read has the result 0, but no bytes.
+      if (read.failure) std::rethrow_exception(read.failure);
+      ParseForTest(*read.memory);
       Write(output_, u"Reading What's New file at \"" + file_.FullPath() + u"\" finished\n");
     }
     output_.flush();
@@ -97,6 +94,8 @@ bool RegisterValidateCommand() {
 
 void UnregisterValidateCommand() {
   CommandRegistry::Instance().UnregisterCommand(kCommandName);
+  // The library may be unloaded after this.
+  orncore::filesupport::GetDefaultExecutor().Join();
 }
 
 }  // namespace ornwhatsnew

@@ -11,7 +11,7 @@
 #include <utility>
 #include <vector>
 
-#include <orncore/string/Types.h>
+#include <orncore/string/Conversion.h>
 #include <orncore/utility/Flags.h>
 #include <orncore/utility/Guid.h>
 

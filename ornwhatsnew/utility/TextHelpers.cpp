@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include <orncore/string/CaseMapping.h>
-#include <orncore/string/Number.h>
+#include <orncore/string/Conversion.h>
 
 #include "ornwhatsnew/src/rules/HashablePortion.h"
 #include "ornwhatsnew/src/rules/Keywords.h"

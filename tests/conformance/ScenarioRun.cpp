@@ -6,7 +6,6 @@
 #include <vector>
 
 #include <ornappsupport/Services.h>
-#include <orncore/Services.h>
 #include <orncore/debug/DebugDatabase.h>
 #include <orncore/string/Conversion.h>
 #include <ornui/utility/ResourceManager.h>
@@ -32,7 +31,6 @@ class ScenarioWorld {
  public:
   explicit ScenarioWorld(const ScenarioHost& host) : callbacks_(host.callbacks) {
     ornappsupport::ResetServices();
-    orncore::ResetServices();
     hosts::common::InstallHostServices(host);
     UseDebugEntries(host.debug);
     store_.Replace(host.state);

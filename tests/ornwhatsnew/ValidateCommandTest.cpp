@@ -1,6 +1,8 @@
 #include <cerrno>
 #include <chrono>
+#include <condition_variable>
 #include <filesystem>
+#include <mutex>
 #include <sstream>
 #include <string>
 #include <thread>
@@ -18,7 +20,6 @@
 
 #include "tests/support/Builders.h"
 #include "tests/support/FakeHost.h"
-#include "tests/support/HastyClock.h"
 #include "tests/support/TemporaryFolder.h"
 
 namespace ornwhatsnew {
@@ -33,7 +34,7 @@ using orncore::string::UTF8to16;
 using test_support::DataFile;
 using test_support::TemporaryFolder;
 
-constexpr std::chrono::seconds kLongPatience{20};
+constexpr std::chrono::seconds kLongestDelay{20};
 
 class ValidateCommand : public test_support::FakeHostTest {
  protected:
@@ -52,15 +53,19 @@ class ValidateCommand : public test_support::FakeHostTest {
     return UTF16to8(output.str());
   }
 
-  // The same while a day passes, in which the read does not begin: the thread that reads is kept
-  // busy until the command has seen the time, and for `patience` more, in which it can give up.
-  std::string ValidateForADay(const std::string& argument, std::chrono::milliseconds patience) {
-    // The time from which the command counts, and the one at which it looks then.
-    constexpr int kLooks = 2;
-    const test_support::HastyClock clock;
-    orncore::filesupport::GetDefaultExecutor().Submit([&clock, patience] {
-      clock.WaitForLooks(kLooks);
-      std::this_thread::sleep_for(patience);
+  // The same while the executor is busy until it is joined, `delay` later. Joining cancels the read
+  // if the command has submitted it by then.
+  std::string ValidateWhileJoining(const std::string& argument, std::chrono::milliseconds delay) {
+    auto& executor = orncore::filesupport::GetDefaultExecutor();
+    executor.Submit([](const std::stop_token& stop) {
+      std::mutex mutex;
+      std::condition_variable_any wake;
+      std::unique_lock lock(mutex);
+      wake.wait(lock, stop, [] { return false; });
+    });
+    const std::jthread joiner([&executor, delay] {
+      std::this_thread::sleep_for(delay);
+      executor.Join();
     });
     return Validate(argument);
   }
@@ -175,12 +180,12 @@ TEST_F(ValidateCommand, LogsThatTheReadWasCancelledAndReportsNoFinish) {
   const std::string path = folder_.Write("data.csv", DataFile().Row({}).Text()).string();
   std::string logged;
   orncore::debug::SetLogSink([&logged](std::string_view line) { logged += line; });
-  // On a busy machine the read may begin before the command has given it up; then it just finishes.
+  // On a busy machine the executor may be joined before the command submits the read. The read then
+  // succeeds, and a longer delay is tried.
   std::string output = "not yet";
-  for (std::chrono::milliseconds patience{1}; !output.empty() && patience < kLongPatience;
-       patience *= 2) {
+  for (std::chrono::milliseconds delay{1}; !output.empty() && delay < kLongestDelay; delay *= 2) {
     logged.clear();
-    output = ValidateForADay(path, patience);
+    output = ValidateWhileJoining(path, delay);
   }
   EXPECT_EQ(output, "");
   EXPECT_EQ(result_, 0);

@@ -7,7 +7,6 @@
 #include <ornappsupport/Services.h>
 #include <ornappsupport/analytics/SDMUsageLogger.h>
 #include <ornappsupport/feature/FeatureService.h>
-#include <orncore/Services.h>
 #include <orncore/appstatemanager/AppStateManager.h>
 #include <orncore/config/ClientInfo.h>
 #include <orncore/config/Localizer.h>
@@ -38,7 +37,6 @@ void SetMember(KeySet& keys, std::string_view key, bool member) {
 
 void ResetAllServices() {
   ornappsupport::ResetServices();
-  orncore::ResetServices();
 }
 
 }  // namespace

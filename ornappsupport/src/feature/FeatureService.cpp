@@ -2,23 +2,17 @@
 
 #include <utility>
 
-#include <orncore/utility/NoDestructor.h>
+#include <orncore/src/utility/ServiceHolder.h>
 
 namespace ornappsupport::feature {
 namespace {
 
-using orncore::utility::NoDestructor;
-
-// Each query holds the service it asks, which may put another in its place meanwhile.
-std::shared_ptr<const FeatureService>& TheService() {
-  static NoDestructor<std::shared_ptr<const FeatureService>> service;
-  return *service;
-}
+orncore::utility::ServiceHolder<const FeatureService> holder;
 
 using KeyQuery = bool (FeatureService::*)(std::string_view) const;
 
-bool Answer(KeyQuery query, const char* internalKey) {
-  const auto service = TheService();
+bool QueryForKey(KeyQuery query, const char* internalKey) {
+  const auto service = holder.Get();
   if (!service || internalKey == nullptr) return false;
   const std::string_view key = internalKey;
   return service->GetBetaFeatures().contains(key) && (*service.*query)(key);
@@ -63,25 +57,25 @@ bool FixedFeatureService::AreInternalFeaturesAllowed() const {
 }
 
 void SetFeatureService(std::shared_ptr<const FeatureService> service) {
-  TheService().swap(service);
+  holder.Set(std::move(service));
 }
 
 const BetaFeatureMap& GetConstBetaFeatureMap() {
-  static NoDestructor<BetaFeatureMap> emptyTable;
-  const auto service = TheService();
+  static orncore::utility::NoDestructor<BetaFeatureMap> emptyTable;
+  const auto service = holder.Get();
   return service ? service->GetBetaFeatures() : *emptyTable;
 }
 
 bool IsFeatureEnabled(const char* internalKey) {
-  return Answer(&FeatureService::IsEnabled, internalKey);
+  return QueryForKey(&FeatureService::IsEnabled, internalKey);
 }
 
 bool IsAvailableForUserEnablement(const char* internalKey) {
-  return Answer(&FeatureService::IsAvailableForUser, internalKey);
+  return QueryForKey(&FeatureService::IsAvailableForUser, internalKey);
 }
 
 bool IsEntitlementSetToInternalFeaturesAllowed() {
-  const auto service = TheService();
+  const auto service = holder.Get();
   return service && service->AreInternalFeaturesAllowed();
 }
 

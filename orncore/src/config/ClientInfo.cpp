@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include <orncore/utility/NoDestructor.h>
+#include <orncore/src/utility/ServiceHolder.h>
 
 namespace orncore::config {
 namespace {
@@ -11,11 +11,7 @@ constexpr const char16_t* kDefaultVersion = u"25.1";
 constexpr const char16_t* kDefaultBuildNumber = u"42";
 constexpr const char* kDefaultPlatform = "Mac";
 
-// Each call holds what it asks: the host's own may put another in its place meanwhile.
-std::shared_ptr<const ClientInfo>& TheClientInfo() {
-  static utility::NoDestructor<std::shared_ptr<const ClientInfo>> clientInfo;
-  return *clientInfo;
-}
+utility::ServiceHolder<const ClientInfo> holder;
 
 }  // namespace
 
@@ -41,21 +37,21 @@ UTF8String FixedClientInfo::GetClientPlatform() const {
 }
 
 void SetClientInfo(std::shared_ptr<const ClientInfo> clientInfo) {
-  TheClientInfo().swap(clientInfo);
+  holder.Set(std::move(clientInfo));
 }
 
 UTF16String GetClientVersion() {
-  const auto clientInfo = TheClientInfo();
+  const auto clientInfo = holder.Get();
   return clientInfo ? clientInfo->GetClientVersion() : UTF16String(kDefaultVersion);
 }
 
 UTF16String GetClientBuildNumber() {
-  const auto clientInfo = TheClientInfo();
+  const auto clientInfo = holder.Get();
   return clientInfo ? clientInfo->GetClientBuildNumber() : UTF16String(kDefaultBuildNumber);
 }
 
 UTF8String GetClientPlatform() {
-  const auto clientInfo = TheClientInfo();
+  const auto clientInfo = holder.Get();
   return clientInfo ? clientInfo->GetClientPlatform() : UTF8String(kDefaultPlatform);
 }
 

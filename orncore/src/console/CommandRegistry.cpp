@@ -4,12 +4,12 @@
 #include <ios>
 #include <utility>
 
-#include <orncore/utility/NoDestructor.h>
+#include <orncore/src/utility/NoDestructor.h>
 
 namespace orncore::console {
 namespace {
 
-constexpr char16_t kBlank = u' ';
+constexpr char16_t kSpace = u' ';
 
 }  // namespace
 
@@ -28,15 +28,16 @@ CommandRegistry& CommandRegistry::Instance() {
 
 bool CommandRegistry::RegisterCommandFunction(UTF16String name, UTF16String help,
                                               CommandFunction function) {
-  const bool canBeRun = !name.empty() && name.find(kBlank) == UTF16String::npos && function;
-  if (!canBeRun) return false;
+  const bool isRunnable = !name.empty() && name.find(kSpace) == UTF16String::npos && function;
+  if (!isRunnable) return false;
   Entry entry{std::move(help), std::make_shared<const CommandFunction>(std::move(function))};
   const std::lock_guard lock(mutex_);
   return commands_.try_emplace(std::move(name), std::move(entry)).second;
 }
 
 bool CommandRegistry::UnregisterCommand(std::u16string_view name) {
-  // The function may destroy things that come back here; it goes after the lock.
+  // Destroyed after the lock is released: destructors of what the function owns may use the
+  // registry.
   std::map<UTF16String, Entry, std::less<>>::node_type removed;
   const std::lock_guard lock(mutex_);
   const auto command = commands_.find(name);
@@ -55,8 +56,8 @@ std::vector<CommandRegistry::Command> CommandRegistry::ListCommands() const {
 
 std::optional<int> CommandRegistry::RunLine(std::u16string_view line,
                                             UTF16OutputStream& stream) const {
-  line.remove_prefix(std::min(line.find_first_not_of(kBlank), line.size()));
-  const std::size_t nameLength = std::min(line.find(kBlank), line.size());
+  line.remove_prefix(std::min(line.find_first_not_of(kSpace), line.size()));
+  const std::size_t nameLength = std::min(line.find(kSpace), line.size());
   const std::u16string_view name = line.substr(0, nameLength);
   std::shared_ptr<const CommandFunction> function;
   {

@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include <orncore/utility/NoDestructor.h>
+#include <orncore/src/utility/NoDestructor.h>
 
 namespace orncore::debug {
 
@@ -46,7 +46,8 @@ UTF8String DebugDatabase::GetEntry(std::string_view key) const {
   return GetEntry(key, {});
 }
 
-// Each call holds the store it asks: a host's store may put another in its place meanwhile.
+// Each call shares ownership of the store, because the store may be replaced during the call, even
+// by itself.
 UTF8String DebugDatabase::GetEntry(std::string_view key, std::string_view defaultText) const {
   const std::shared_ptr<DebugStore> store = store_;
   std::optional<UTF8String> entry = store->Find(key);
@@ -60,7 +61,7 @@ void DebugDatabase::SetEntry(std::string_view key, std::string_view value) {
 
 void DebugDatabase::SetStore(std::shared_ptr<DebugStore> store) {
   if (!store) store = std::make_shared<MemoryDebugStore>();
-  // The store before is released when the new one is in place: its destructor may ask the database.
+  // The previous store is released after the new one is set: its destructor may use the database.
   store_.swap(store);
 }
 

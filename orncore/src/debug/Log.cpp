@@ -1,30 +1,18 @@
 #include <orncore/debug/Log.h>
 
-#include <cstddef>
 #include <cstdio>
-#include <memory>
-#include <mutex>
 #include <string>
 #include <utility>
 
-#include <orncore/utility/NoDestructor.h>
+#include <orncore/src/utility/ServiceHolder.h>
 
 namespace orncore::debug {
 namespace {
 
-// The sink in use, null for the default. Shared, so that a thread can log without holding the lock.
-struct SinkHolder {
-  std::mutex mutex;
-  std::shared_ptr<const LogSink> sink;
-};
+utility::FunctionHolder<void(std::string_view)> holder;
 
-SinkHolder& Holder() {
-  static utility::NoDestructor<SinkHolder> holder;
-  return *holder;
-}
-
-// A message may quote text from outside: what would move a terminal's cursor, or forge a second
-// line, is taken out, in UTF-8 the C1 controls (C2 80 to C2 9F) as well.
+// A message may quote external text. Control characters could move a terminal's cursor or forge a
+// second line; in UTF-8 they include the C1 controls (C2 80 to C2 9F).
 void ReplaceControls(std::string& line) {
   for (std::size_t i = 0; i < line.size(); ++i) {
     const auto byte = static_cast<unsigned char>(line[i]);
@@ -36,23 +24,18 @@ void ReplaceControls(std::string& line) {
   }
 }
 
-// One write, so that lines of several threads do not run into each other.
+// Writes the line in one call, so that lines of several threads are not mixed.
 void WriteToStandardError(std::string_view line) {
   std::string text(line);
   ReplaceControls(text);
   text += '\n';
-  // Nobody is left to tell when even this fails.
+  // There is no other place to report a failure of standard error.
   static_cast<void>(std::fwrite(text.data(), 1, text.size(), stderr));
 }
 
 bool WriteToSink(std::string_view line) noexcept {
   try {
-    std::shared_ptr<const LogSink> sink;
-    {
-      SinkHolder& holder = Holder();
-      const std::scoped_lock lock(holder.mutex);
-      sink = holder.sink;
-    }
+    const auto sink = holder.Get();
     if (!sink) return false;
     (*sink)(line);
     return true;
@@ -63,13 +46,8 @@ bool WriteToSink(std::string_view line) noexcept {
 
 }  // namespace
 
-void SetLogSink(LogSink sink) {
-  std::shared_ptr<const LogSink> shared;
-  if (sink) shared = std::make_shared<const LogSink>(std::move(sink));
-  SinkHolder& holder = Holder();
-  // Swapped, so that the sink before is released after the lock is: its destructor may log.
-  const std::scoped_lock lock(holder.mutex);
-  holder.sink.swap(shared);
+void SetLogSink(std::function<void(std::string_view line)> sink) {
+  holder.Set(std::move(sink));
 }
 
 void Log(std::string_view line) noexcept {
@@ -77,8 +55,8 @@ void Log(std::string_view line) noexcept {
   try {
     WriteToStandardError(line);
   } catch (...) {
-    // Out of memory: say that much, which needs none.
-    static_cast<void>(std::fputs("A line of the log was lost for want of memory\n", stderr));
+    // This message needs no memory.
+    static_cast<void>(std::fputs("a log line was lost: out of memory\n", stderr));
   }
 }
 

@@ -1,27 +1,50 @@
 #include <orncore/filesupport/File.h>
 
+#include <cerrno>
 #include <system_error>
-#include <utility>
 
-#include <orncore/string/Conversion.h>
+#include <orncore/src/filesupport/RegularFile.h>
 
 namespace orncore::filesupport {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr std::size_t kMaxFileBytes = std::size_t{2} << 30;
+
+fs::path PathFromUTF8(const string::UTF8String& text) {
+  return {std::u8string(text.begin(), text.end())};
+}
+
+}  // namespace
 
 File::File(UTF16String path) : path_(std::move(path)) {}
 
 UTF16String File::FullPath() const {
   if (path_.empty()) return {};
-  const std::filesystem::path path(string::UTF16to8(path_));
-  // The current directory may have been removed; the path as it stands is the best answer then.
+  const fs::path path = PathFromUTF8(string::UTF16to8(path_));
+  // The current directory may have been removed. The relative path is the best result then.
   std::error_code error;
-  const std::filesystem::path absolute = std::filesystem::absolute(path, error);
-  return string::UTF8to16((error ? path : absolute).lexically_normal().native());
+  const fs::path absolute = fs::absolute(path, error);
+  return string::UTF8to16(UTF8FromPath((error ? path : absolute).lexically_normal()));
 }
 
-std::optional<std::filesystem::path> PathFromText(std::u16string_view text) {
-  string::UTF8String path = string::UTF16to8(text);
+std::optional<fs::path> PathFromText(std::u16string_view text) {
+  const string::UTF8String path = string::UTF16to8(text);
   if (string::UTF8to16(path) != text) return std::nullopt;
-  return std::filesystem::path(std::move(path));
+  return PathFromUTF8(path);
+}
+
+std::shared_ptr<const RecycledMemory> ReadRegularFile(const fs::path& path,
+                                                      const std::stop_token& stop) {
+  if (path.native().find('\0') != fs::path::string_type::npos) ThrowFileError(EINVAL, path);
+  // Checked before it is opened, because opening a device or a FIFO can have side effects.
+  std::error_code error;
+  const fs::file_status status = fs::status(path, error);
+  if (error) ThrowFileError(error.value(), path);
+  if (fs::is_directory(status)) ThrowFileError(EISDIR, path);
+  if (!fs::is_regular_file(status)) ThrowFileError(EOPNOTSUPP, path);
+  return std::make_shared<const RecycledMemory>(RegularFile(path).ReadToEnd(kMaxFileBytes, stop));
 }
 
 }  // namespace orncore::filesupport

@@ -1,98 +1,109 @@
-#include <orncore/filesupport/RegularFile.h>
-
-#include <fcntl.h>
-#include <sys/stat.h>
-#include <unistd.h>
+#include <orncore/src/filesupport/RegularFile.h>
 
 #include <algorithm>
 #include <cerrno>
-#include <cstdint>
-#include <string>
 #include <system_error>
+
+#include <orncore/config/TopLevel.h>
+
+#if defined(__unix__) || defined(__APPLE__)
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+#endif
 
 namespace orncore::filesupport {
 namespace {
 
-// Between two looks at whether the read is still wanted.
-constexpr std::size_t kLargestPiece = std::size_t{1} << 20;
-// Room that is made for a file that grew.
-constexpr std::size_t kGrowth = 4096;
+// A stop request is noticed between two reads, so no read is larger than this.
+constexpr std::size_t kLargestRead = std::size_t{1} << 20;
+constexpr std::size_t kSmallestRead = 4096;
 
-class Descriptor {
- public:
-  explicit Descriptor(int number) noexcept : number_(number) {}
-  ~Descriptor() {
-    if (number_ >= 0) ::close(number_);
-  }
-  Descriptor(const Descriptor&) = delete;
-  Descriptor& operator=(const Descriptor&) = delete;
-  int Number() const noexcept { return number_; }
+}  // namespace
 
- private:
-  int number_;
-};
-
-[[noreturn]] void Fail(int error, const std::filesystem::path& path) {
-  throw config::ResultError(-error, path.native() + ": " + std::generic_category().message(error));
+std::string UTF8FromPath(const std::filesystem::path& path) {
+  const std::u8string text = path.u8string();
+  return {text.begin(), text.end()};
 }
 
-void RequireReadable(const struct stat& status, const std::filesystem::path& path) {
-  if (S_ISDIR(status.st_mode)) Fail(EISDIR, path);
-  if (!S_ISREG(status.st_mode)) Fail(EOPNOTSUPP, path);
-  if (static_cast<std::uintmax_t>(status.st_size) > kMaxFileBytes) Fail(EFBIG, path);
+void ThrowFileError(int error, const std::filesystem::path& path) {
+  throw config::ResultError(-error,
+                            UTF8FromPath(path) + ": " + std::generic_category().message(error));
 }
 
-int Open(const char* path) {
-  int number = -1;
+#if defined(__unix__) || defined(__APPLE__)
+
+namespace {
+
+int Open(const std::filesystem::path& path) {
+  int descriptor = -1;
   do {
-    // Should the file be exchanged for a FIFO behind our back, O_NONBLOCK opens it all the same.
-    number = ::open(path, O_RDONLY | O_NONBLOCK | O_CLOEXEC | O_NOCTTY);
-  } while (number < 0 && errno == EINTR);
-  return number;
-}
-
-// The number of bytes read into `buffer`; 0 at the end of the file.
-std::size_t ReadPiece(const Descriptor& file, std::span<std::byte> buffer,
-                      const std::filesystem::path& path) {
-  for (;;) {
-    const ssize_t count =
-        ::read(file.Number(), buffer.data(), std::min(buffer.size(), kLargestPiece));
-    if (count >= 0) return static_cast<std::size_t>(count);
-    if (errno != EINTR) Fail(errno, path);
-  }
-}
-
-std::shared_ptr<const RecycledMemory> ReadAll(const Descriptor& file, std::size_t expected,
-                                              const std::filesystem::path& path,
-                                              const std::stop_token& stop) {
-  // One byte more than expected, so that the end is met without growing.
-  auto memory = std::make_shared<RecycledMemory>(expected + 1);
-  for (;;) {
-    if (stop.stop_requested()) throw FutureCancelled();
-    if (memory->Spare().empty()) memory->Reserve(kGrowth);
-    const std::size_t count = ReadPiece(file, memory->Spare(), path);
-    if (count == 0) return memory;
-    memory->Commit(count);
-    if (memory->Bytes().size() > kMaxFileBytes) Fail(EFBIG, path);
-  }
+    // O_NONBLOCK: another process may have replaced the file with a FIFO since it was checked.
+    descriptor = ::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC | O_NOCTTY);
+  } while (descriptor < 0 && errno == EINTR);
+  if (descriptor < 0) ThrowFileError(errno, path);
+  return descriptor;
 }
 
 }  // namespace
 
-std::shared_ptr<const RecycledMemory> ReadRegularFile(const std::filesystem::path& path,
-                                                      const std::stop_token& stop) {
-  if (stop.stop_requested()) throw FutureCancelled();
-  const std::string& name = path.native();
-  if (name.find('\0') != std::string::npos) Fail(EINVAL, path);
+RegularFile::RegularFile(const std::filesystem::path& path)
+    : path_(path), descriptor_(Open(path_)) {
   struct stat status {};
-  // Opening a device or a FIFO can have effects of its own, so that it is looked at before.
-  if (::stat(name.c_str(), &status) != 0) Fail(errno, path);
-  RequireReadable(status, path);
-  const Descriptor file(Open(name.c_str()));
-  if (file.Number() < 0) Fail(errno, path);
-  if (::fstat(file.Number(), &status) != 0) Fail(errno, path);
-  RequireReadable(status, path);
-  return ReadAll(file, static_cast<std::size_t>(status.st_size), path, stop);
+  int error = ::fstat(descriptor_, &status) == 0 ? 0 : errno;
+  if (error == 0 && !S_ISREG(status.st_mode)) error = EOPNOTSUPP;
+  if (error != 0) {
+    ::close(descriptor_);
+    ThrowFileError(error, path_);
+  }
+  size_ = static_cast<std::uintmax_t>(status.st_size);
+}
+
+RegularFile::~RegularFile() {
+  ::close(descriptor_);
+}
+
+std::size_t RegularFile::Read(std::span<std::byte> buffer) {
+  for (;;) {
+    const ssize_t count = ::read(descriptor_, buffer.data(), buffer.size());
+    if (count >= 0) return static_cast<std::size_t>(count);
+    if (errno != EINTR) ThrowFileError(errno, path_);
+  }
+}
+
+#else
+
+RegularFile::RegularFile(const std::filesystem::path& path)
+    : path_(path), stream_(path_, std::ios::binary) {
+  if (!stream_) ThrowFileError(EACCES, path_);
+  if (!std::filesystem::is_regular_file(path_)) ThrowFileError(EOPNOTSUPP, path_);
+  size_ = std::filesystem::file_size(path_);
+}
+
+RegularFile::~RegularFile() = default;
+
+std::size_t RegularFile::Read(std::span<std::byte> buffer) {
+  stream_.read(reinterpret_cast<char*>(buffer.data()), static_cast<std::streamsize>(buffer.size()));
+  if (stream_.bad()) ThrowFileError(EIO, path_);
+  return static_cast<std::size_t>(stream_.gcount());
+}
+
+#endif
+
+std::vector<std::byte> RegularFile::ReadToEnd(std::size_t maxBytes, const std::stop_token& stop) {
+  if (size_ > maxBytes) ThrowFileError(EFBIG, path_);
+  std::vector<std::byte> bytes;
+  // With room for one more read, so that reaching the end does not reallocate.
+  bytes.reserve(static_cast<std::size_t>(size_) + kSmallestRead);
+  for (;;) {
+    if (stop.stop_requested()) throw config::FutureCancelled();
+    const std::size_t used = bytes.size();
+    bytes.resize(used + std::clamp(bytes.capacity() - used, kSmallestRead, kLargestRead));
+    const std::size_t count = Read(std::span(bytes).subspan(used));
+    bytes.resize(used + count);
+    if (count == 0) return bytes;
+    if (bytes.size() > maxBytes) ThrowFileError(EFBIG, path_);
+  }
 }
 
 }  // namespace orncore::filesupport

@@ -1,106 +1,62 @@
 #include <orncore/string/CaseMapping.h>
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
-#include <functional>
 #include <limits>
 #include <new>
 #include <stdexcept>
-#include <string>
-#include <string_view>
-#include <utility>
 
-#include <unicode/ucasemap.h>
 #include <unicode/uchar.h>
 #include <unicode/ustring.h>
 
 #include <orncore/src/string/Ascii.h>
-#include <orncore/string/Conversion.h>
-#include <orncore/utility/NoDestructor.h>
 
 namespace orncore::string {
 namespace {
 
-using ascii::Case;
-
 constexpr const char* kRootLocale = "";
-constexpr std::size_t kMostUnits = std::numeric_limits<std::int32_t>::max();
+constexpr std::size_t kMaxUnits = std::numeric_limits<std::int32_t>::max();
 
-// Calls `map(to, capacity, length, error)`, one of ICU's mappings of a text of `length` units,
-// until `out` has room for the result.
-template <class String, class MapText>
-void MapWithICU(std::size_t length, String& out, MapText map) {
-  if (length > kMostUnits) throw std::length_error("The text is too long to change its case");
-  out.resize(length);
+using MapWithICU = decltype(&u_strToLower);
+
+void Map(MapWithICU map, std::u16string_view text, UTF16String& out) {
+  if (text.size() > kMaxUnits) throw std::length_error("the string is too long to change its case");
+  const auto length = static_cast<std::int32_t>(text.size());
+  out.resize(text.size());
+  if (text.empty()) return;  // ICU refuses the null pointer of a default view
   UErrorCode error = U_ZERO_ERROR;
-  const auto size = static_cast<std::int32_t>(length);
-  std::int32_t needed = map(out.data(), size, size, &error);
+  std::int32_t needed = map(out.data(), length, text.data(), length, kRootLocale, &error);
   if (error == U_BUFFER_OVERFLOW_ERROR) {
     error = U_ZERO_ERROR;
     out.resize(static_cast<std::size_t>(needed));
-    needed = map(out.data(), needed, size, &error);
+    needed = map(out.data(), needed, text.data(), length, kRootLocale, &error);
   }
   if (error == U_MEMORY_ALLOCATION_ERROR) throw std::bad_alloc();
-  if (U_FAILURE(error)) throw std::length_error("The text is too long once its case is changed");
+  if (U_FAILURE(error)) throw std::length_error("the string is too long after changing its case");
   out.resize(static_cast<std::size_t>(needed));
 }
 
-// ICU's mapping of UTF-8, made on first use and there for good: a static destructor may still map.
-const UCaseMap* CaseMapOfUTF8() {
-  static utility::NoDestructor<icu::LocalUCaseMapPointer> caseMap([] {
-    UErrorCode error = U_ZERO_ERROR;
-    icu::LocalUCaseMapPointer opened(ucasemap_open(kRootLocale, U_FOLD_CASE_DEFAULT, &error));
-    if (U_FAILURE(error)) throw std::bad_alloc();
-    return opened;
-  }());
-  return caseMap->getAlias();
-}
-
-// Whether `text` is a part of what `out` holds. (std::less compares any two pointers.)
-template <class Unit>
-bool LiesIn(std::basic_string_view<Unit> text, const std::basic_string<Unit>& out) {
-  const std::less<const Unit*> before;
-  return !before(text.data(), out.data()) && before(text.data(), out.data() + out.size());
-}
-
-template <Case kCase>
-void Map(std::u16string_view text, UTF16String& out) {
-  if (LiesIn(text, out)) {
-    UTF16String result;
-    Map<kCase>(text, result);
-    out = std::move(result);
-    return;
-  }
-  out.resize(text.size());
-  if (ascii::MapPrefix<kCase>(text.data(), text.size(), out.data()) == text.size()) return;
-  // All of it again, the ASCII part too: what stands before a sigma decides its form.
-  const auto map = kCase == Case::kLower ? u_strToLower : u_strToUpper;
-  MapWithICU(text.size(), out,
-             [text, map](auto* to, auto capacity, auto length, UErrorCode* error) {
-               return map(to, capacity, text.data(), length, kRootLocale, error);
-             });
+char LowerAscii(char character) {
+  return character >= 'A' && character <= 'Z' ? static_cast<char>(character | 0x20) : character;
 }
 
 }  // namespace
 
 UTF16String LowerCase(std::u16string_view text) {
   UTF16String out;
-  Map<Case::kLower>(text, out);
+  Map(u_strToLower, text, out);
   return out;
 }
 
 UTF16String UpperCase(std::u16string_view text) {
   UTF16String out;
-  Map<Case::kUpper>(text, out);
+  UpperCase(text, out);
   return out;
 }
 
-void LowerCase(std::u16string_view text, UTF16String& out) {
-  Map<Case::kLower>(text, out);
-}
-
 void UpperCase(std::u16string_view text, UTF16String& out) {
-  Map<Case::kUpper>(text, out);
+  Map(u_strToUpper, text, out);
 }
 
 UTF8String LowerCaseUTF8(std::string_view text) {
@@ -110,22 +66,13 @@ UTF8String LowerCaseUTF8(std::string_view text) {
 }
 
 void LowerCaseUTF8(std::string_view text, UTF8String& out) {
-  if (LiesIn(text, out)) {
-    out = LowerCaseUTF8(text);
-    return;
-  }
-  out.resize(text.size());
-  if (ascii::MapPrefix<Case::kLower>(text.data(), text.size(), out.data()) == text.size()) return;
-  if (!IsWellFormedUTF8(text)) {
-    // ICU would leave the ill-formed bytes as they are.
+  // Nearly every string is ASCII, so the others may take the longer way.
+  if (AsciiPrefixLength(text) == text.size()) {
+    out.resize(text.size());
+    std::ranges::transform(text, out.begin(), LowerAscii);
+  } else {
     UTF16to8(LowerCase(UTF8to16(text)), out);
-    return;
   }
-  const UCaseMap* const caseMap = CaseMapOfUTF8();
-  MapWithICU(text.size(), out,
-             [text, caseMap](auto* to, auto capacity, auto length, UErrorCode* error) {
-               return ucasemap_utf8ToLower(caseMap, to, capacity, text.data(), length, error);
-             });
 }
 
 }  // namespace orncore::string

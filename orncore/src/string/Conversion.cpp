@@ -1,8 +1,8 @@
 #include <orncore/string/Conversion.h>
 
 #include <algorithm>
-#include <array>
-#include <cstdint>
+#include <charconv>
+#include <system_error>
 
 #include <unicode/utf16.h>
 #include <unicode/utf8.h>
@@ -12,17 +12,16 @@
 namespace orncore::string {
 namespace {
 
-constexpr UChar32 kReplacementCharacter = 0xFFFD;
 constexpr std::string_view kUTF8BOM = "\xEF\xBB\xBF";
 
-// ICU's decoders are macros over any index type, so texts of any size go through them in one piece,
-// and they substitute per maximal subpart. They mix signed and unsigned numbers in ways that our
-// warnings do not let through.
+// ICU's macros accept any index type, so they convert strings of any size, and they substitute
+// maximal subparts. They mix signed and unsigned numbers, which our warnings reject.
 #pragma GCC diagnostic push
 #pragma GCC diagnostic ignored "-Wconversion"
 #pragma GCC diagnostic ignored "-Wsign-conversion"
 
-// The code point at `position`, negative where the text is ill-formed; moves behind what it read.
+// Returns the code point at `position`, negative if it is ill-formed, and moves `position` after
+// it.
 UChar32 NextCodePoint(std::string_view text, std::size_t& position) noexcept {
   UChar32 codePoint = 0;
   U8_NEXT(text, position, text.size(), codePoint);
@@ -36,63 +35,35 @@ UChar32 NextCodePoint(std::u16string_view text, std::size_t& position) noexcept 
   return codePoint;
 }
 
-// Writes a code point that is no surrogate as up to four bytes and answers where they end.
-char* WriteCodePoint(UChar32 codePoint, char* to) noexcept {
+// Writes `text` to `to`, which has room for a unit per byte. Returns the number of units written.
+std::size_t Decode(std::string_view text, char16_t* to) noexcept {
   std::size_t written = 0;
-  U8_APPEND_UNSAFE(to, written, codePoint);
-  return to + written;
-}
-
-#pragma GCC diagnostic pop
-
-// Units that are decoded before they are appended. To grow a string first and write into it then
-// would cost a pass that clears it, and that one is slower than decoding.
-constexpr std::size_t kChunkUnits = 256;
-using Chunk = std::array<char16_t, kChunkUnits>;
-
-char16_t* WriteUnits(UChar32 codePoint, char16_t* to) noexcept {
-  if (codePoint < 0) {
-    *to++ = kReplacementCharacter;
-  } else if (codePoint <= 0xFFFF) {
-    *to++ = static_cast<char16_t>(codePoint);
-  } else {
-    *to++ = U16_LEAD(codePoint);
-    *to++ = U16_TRAIL(codePoint);
-  }
-  return to;
-}
-
-// Fills `chunk` from `position` on, which moves behind what it read; answers the end of the units.
-char16_t* DecodeChunk(std::string_view text, std::size_t& position, Chunk& chunk) noexcept {
-  char16_t* to = chunk.data();
-  char16_t* const end = to + chunk.size();
-  while (position < text.size()) {
-    const std::size_t room = static_cast<std::size_t>(end - to);
-    const std::size_t copied =
-        ascii::CopyPrefix(text.data() + position, std::min(room, text.size() - position), to);
-    position += copied;
-    to += copied;
-    while (position < text.size() && !ascii::IsAsciiUnit(text[position]) && end - to >= 2) {
-      to = WriteUnits(NextCodePoint(text, position), to);
+  for (std::size_t position = 0; position < text.size();) {
+    const std::size_t ascii = AsciiPrefixLength(text.substr(position));
+    std::copy_n(text.data() + position, ascii, to + written);
+    position += ascii;
+    written += ascii;
+    while (position < text.size() && !U8_IS_SINGLE(text[position])) {
+      UChar32 codePoint = 0;
+      U8_NEXT_OR_FFFD(text, position, text.size(), codePoint);
+      U16_APPEND_UNSAFE(to, written, codePoint);
     }
-    if (end - to < 2) break;
   }
-  return to;
+  return written;
 }
 
 // Writes `text` to `to`, which has room for `UTF8Length(text)` bytes.
 void Encode(std::u16string_view text, char* to) noexcept {
-  std::size_t position = 0;
+  std::size_t position = AsciiPrefixLength(text);
+  std::size_t written = position;
+  std::copy_n(text.data(), position, to);
   while (position < text.size()) {
-    const std::size_t copied =
-        ascii::CopyPrefix(text.data() + position, text.size() - position, to);
-    position += copied;
-    to += copied;
-    while (position < text.size() && !ascii::IsAsciiUnit(text[position])) {
-      to = WriteCodePoint(NextCodePoint(text, position), to);
-    }
+    const UChar32 codePoint = NextCodePoint(text, position);
+    U8_APPEND_UNSAFE(to, written, codePoint);
   }
 }
+
+#pragma GCC diagnostic pop
 
 }  // namespace
 
@@ -119,65 +90,39 @@ void UTF16to8(std::u16string_view text, UTF8String& out) {
 }
 
 void AppendUTF8to16(std::string_view text, UTF16String& out) {
-  // No byte makes more than one unit. A text that is added to another one grows as appending does.
-  if (out.empty() && text.size() > kChunkUnits) out.reserve(text.size());
-  Chunk chunk;
-  for (std::size_t position = 0; position < text.size();) {
-    const char16_t* const begin = chunk.data();
-    const char16_t* const end = DecodeChunk(text, position, chunk);
-    out.append(begin, end);
-  }
+  const std::size_t before = out.size();
+  out.resize(before + text.size());
+  out.resize(before + Decode(text, out.data() + before));
 }
 
 void AppendUTF16to8(std::u16string_view text, UTF8String& out) {
   const std::size_t before = out.size();
-  // Texts that were converted are kept, so they are given the length they need and no more.
+  // The exact length, because callers keep the converted strings.
   out.resize(before + UTF8Length(text));
   Encode(text, out.data() + before);
 }
 
 UTF16String AsciiToUTF16(std::string_view text) {
-  UTF16String out(text.size(), char16_t{kReplacementCharacter});
-  std::size_t position = 0;
-  while (position < text.size()) {
-    position +=
-        ascii::CopyPrefix(text.data() + position, text.size() - position, out.data() + position);
-    while (position < text.size() && !ascii::IsAsciiUnit(text[position])) ++position;
-  }
+  UTF16String out(text.size(), u'\0');
+  std::ranges::transform(text, out.begin(), [](char character) {
+    return U8_IS_SINGLE(character) ? static_cast<char16_t>(character) : u'\uFFFD';
+  });
   return out;
 }
 
 std::size_t UTF8Length(std::u16string_view text) noexcept {
-  std::size_t position = ascii::PrefixLength(text.data(), text.size());
+  std::size_t position = AsciiPrefixLength(text);
   std::size_t length = position;
-  for (; position < text.size(); ++position) {
-    const char16_t unit = text[position];
-    if (unit < 0x80) {
-      length += 1;
-    } else if (unit < 0x800) {
-      length += 2;
-    } else if (U16_IS_LEAD(unit) && position + 1 < text.size() &&
-               U16_IS_TRAIL(text[position + 1])) {
-      length += 4;
-      ++position;
-    } else {
-      length += 3;
-    }
+  while (position < text.size()) {
+    const UChar32 codePoint = NextCodePoint(text, position);
+    length += static_cast<std::size_t>(U8_LENGTH(codePoint));
   }
   return length;
 }
 
-bool IsAscii(std::string_view text) noexcept {
-  return ascii::PrefixLength(text.data(), text.size()) == text.size();
-}
-
 bool IsWellFormedUTF8(std::string_view text) noexcept {
-  std::size_t position = 0;
-  while (position < text.size()) {
-    position += ascii::PrefixLength(text.data() + position, text.size() - position);
-    while (position < text.size() && !ascii::IsAsciiUnit(text[position])) {
-      if (NextCodePoint(text, position) < 0) return false;
-    }
+  for (std::size_t position = AsciiPrefixLength(text); position < text.size();) {
+    if (NextCodePoint(text, position) < 0) return false;
   }
   return true;
 }
@@ -185,6 +130,20 @@ bool IsWellFormedUTF8(std::string_view text) noexcept {
 bool RemoveUTF8BOM_IfPresent(UTF8String& text) {
   if (!text.starts_with(kUTF8BOM)) return false;
   text.erase(0, kUTF8BOM.size());
+  return true;
+}
+
+bool StringToNumber(std::string_view text, std::int64_t& value) noexcept {
+  // std::from_chars reads a minus sign, but no plus sign.
+  if (text.starts_with('+')) {
+    text.remove_prefix(1);
+    if (text.starts_with('-')) return false;
+  }
+  std::int64_t number = 0;
+  const char* const end = text.data() + text.size();
+  const auto [stop, error] = std::from_chars(text.data(), end, number);
+  if (error != std::errc() || stop != end) return false;
+  value = number;
   return true;
 }
 

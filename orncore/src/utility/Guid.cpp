@@ -3,7 +3,7 @@
 namespace orncore::utility {
 namespace {
 
-// For each byte of the identifier where its two digits stand in the text.
+// The position of the two digits of each byte in the text form.
 constexpr std::array<std::uint8_t, Guid::kByteLength> kDigitPositions = {
     0, 2, 4, 6, 9, 11, 14, 16, 19, 21, 24, 26, 28, 30, 32, 34};
 constexpr std::array<std::uint8_t, 4> kHyphenPositions = {8, 13, 18, 23};
@@ -36,14 +36,14 @@ Guid::Guid(std::string_view text) noexcept {
     if (text[position] != '-') return;
   }
   std::array<std::uint8_t, kByteLength> bytes;
-  std::uint8_t seen = 0;  // all values together: beyond 15 when one was no digit
+  std::uint8_t allValues = 0;  // above 15 if a character is not a digit
   for (std::size_t i = 0; i < kByteLength; ++i) {
     const std::uint8_t high = DigitValue(text[kDigitPositions[i]]);
     const std::uint8_t low = DigitValue(text[kDigitPositions[i] + 1U]);
-    seen |= high | low;
+    allValues |= high | low;
     bytes[i] = static_cast<std::uint8_t>(high << 4 | low);
   }
-  if (seen < 16) bytes_ = bytes;
+  if (allValues < 16) bytes_ = bytes;
 }
 
 std::string Guid::AsUTF8String() const {

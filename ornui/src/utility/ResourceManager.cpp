@@ -7,7 +7,6 @@
 
 #include <orncore/config/TopLevel.h>
 #include <orncore/filesupport/File.h>
-#include <orncore/filesupport/RegularFile.h>
 
 namespace ornui::utility {
 namespace {
@@ -15,7 +14,7 @@ namespace {
 namespace fs = std::filesystem;
 using orncore::filesupport::PathFromText;
 
-bool LeadsNowhereElse(const fs::path& path) {
+bool StaysInFolder(const fs::path& path) {
   if (path.empty() || path.native().find('\0') != fs::path::string_type::npos) return false;
   return !path.has_root_path() && std::ranges::find(path, fs::path("..")) == path.end();
 }
@@ -24,14 +23,14 @@ bool IsBelow(const fs::path& path, const fs::path& folder) {
   return std::ranges::mismatch(folder, path).in1 == folder.end();
 }
 
-// The file that `name` and `type` mean, with every link resolved; nothing when it does not exist or
-// lies outside the folder.
-std::optional<fs::path> FileOf(const fs::path& folder, const UTF16String& name,
-                               const UTF16String& type) {
+// Returns the file of a resource with all links resolved; nothing if it does not exist or is not in
+// the folder.
+std::optional<fs::path> FindFile(const fs::path& folder, const UTF16String& name,
+                                 const UTF16String& type) {
   std::error_code error;
   std::optional<fs::path> path = PathFromText(name);
   if (path && !fs::exists(folder / *path, error)) path = PathFromText(name + u"." + type);
-  if (!path || !LeadsNowhereElse(*path)) return std::nullopt;
+  if (!path || !StaysInFolder(*path)) return std::nullopt;
   const fs::path root = fs::canonical(folder, error);
   if (error) return std::nullopt;
   fs::path file = fs::canonical(root / *path, error);
@@ -50,7 +49,7 @@ FolderResourceManager::~FolderResourceManager() = default;
 bool FolderResourceManager::LoadResource(const UTF16String& name, const UTF16String& type,
                                          std::vector<unsigned char>& bytes) const {
   bytes.clear();
-  const std::optional<fs::path> file = FileOf(folder_, name, type);
+  const std::optional<fs::path> file = FindFile(folder_, name, type);
   if (!file) return false;
   try {
     const auto memory = orncore::filesupport::ReadRegularFile(*file);

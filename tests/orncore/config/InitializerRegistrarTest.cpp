@@ -1,5 +1,6 @@
 #include <orncore/config/InitializerRegistrar.h>
 
+#include <atomic>
 #include <latch>
 #include <memory>
 #include <stdexcept>
@@ -318,28 +319,93 @@ TEST_F(InitializerRegistrarTest, ReleasesTheFunctionsWhenDestroyed) {
   EXPECT_EQ(owned.use_count(), 1);
 }
 
+// The function can only end once the destruction has begun, which removes the name from the list.
 TEST_F(InitializerRegistrarTest, DestructionWaitsForItsFunctionOnAnotherThread) {
   std::latch entered(1);
   bool finished = false;
+  bool isShutDown = false;
   auto registration = std::make_unique<InitializerRegistrar>(
       "slow", kConsole,
       [&] {
         entered.count_down();
-        std::this_thread::sleep_for(std::chrono::milliseconds(20));
+        while (!GetRegisteredInitializers().empty()) std::this_thread::yield();
         finished = true;
         return true;
       },
-      [&] { EXPECT_TRUE(finished); });
+      [&] { isShutDown = finished; });
   std::thread starter([] { InitializeContexts(kConsole); });
   entered.wait();
   registration.reset();
   EXPECT_TRUE(finished);
+  EXPECT_TRUE(isShutDown);
   starter.join();
 }
 
-TEST_F(InitializerRegistrarTest, StandsManyThreads) {
+TEST_F(InitializerRegistrarTest, LeavesARunningFunctionToItsThread) {
+  std::latch entered(1);
+  std::latch mayEnd(1);
+  int runs = 0;
+  const InitializerRegistrar slow(
+      "slow", kConsole,
+      [&] {
+        ++runs;
+        entered.count_down();
+        mayEnd.wait();
+        return true;
+      },
+      nullptr);
+  std::thread starter([] { InitializeContexts(kConsole); });
+  entered.wait();
+  EXPECT_TRUE(InitializeContexts(kConsole));
+  mayEnd.count_down();
+  starter.join();
+  EXPECT_EQ(runs, 1);
+}
+
+TEST_F(InitializerRegistrarTest, InitializesOnceForContextsStartedBySeveralThreads) {
+  constexpr int kThreads = 4;
+  std::atomic<int> initialized = 0;
+  std::atomic<int> shutDown = 0;
+  const InitializerRegistrar registration(
+      "counted", kConsole, [&] { return ++initialized > 0; }, [&] { ++shutDown; });
+  std::latch start(kThreads);
   std::vector<std::jthread> threads;
-  for (int t = 0; t < 4; ++t) {
+  for (int thread = 0; thread < kThreads; ++thread) {
+    threads.emplace_back([&start] {
+      start.arrive_and_wait();
+      InitializeContexts(kConsole);
+    });
+  }
+  threads.clear();
+  EXPECT_EQ(initialized, 1);
+  ShutdownContexts(kConsole);
+  EXPECT_EQ(shutDown, 1);
+}
+
+TEST_F(InitializerRegistrarTest, RunsEachFunctionOncePerRegistrationOfSeveralThreads) {
+  constexpr int kThreads = 4;
+  constexpr int kRegistrations = 200;
+  std::atomic<int> initialized = 0;
+  std::atomic<int> shutDown = 0;
+  InitializeContexts(kConsole);
+  std::vector<std::jthread> threads;
+  for (int thread = 0; thread < kThreads; ++thread) {
+    threads.emplace_back([&] {
+      for (int i = 0; i < kRegistrations; ++i) {
+        const InitializerRegistrar registration(
+            "threaded", kConsole, [&] { return ++initialized > 0; }, [&] { ++shutDown; });
+      }
+    });
+  }
+  threads.clear();
+  EXPECT_EQ(initialized, kThreads * kRegistrations);
+  EXPECT_EQ(shutDown, kThreads * kRegistrations);
+}
+
+// Contexts that start and end concurrently may or may not run the functions, but in turns.
+TEST_F(InitializerRegistrarTest, AlternatesTheFunctionsWhileContextsChangeOnSeveralThreads) {
+  std::vector<std::jthread> threads;
+  for (int thread = 0; thread < 4; ++thread) {
     threads.emplace_back([] {
       for (int i = 0; i < 50; ++i) {
         int live = 0;

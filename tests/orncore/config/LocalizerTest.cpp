@@ -6,6 +6,8 @@
 
 #include <gtest/gtest.h>
 
+#include <orncore/string/Conversion.h>
+
 #include "tests/support/Allocations.h"
 
 namespace orncore::config {
@@ -19,7 +21,7 @@ struct MarkupCase {
 class MarkupTest : public testing::TestWithParam<MarkupCase> {};
 
 TEST_P(MarkupTest, Expands) {
-  EXPECT_EQ(ExpandMarkup(GetParam().text), GetParam().expanded);
+  EXPECT_EQ(Localizer().ZString("key=" + string::UTF16to8(GetParam().text)), GetParam().expanded);
 }
 
 INSTANTIATE_TEST_SUITE_P(EveryMark, MarkupTest,

@@ -1,8 +1,10 @@
 #include <orncore/console/CommandRegistry.h>
 
+#include <atomic>
 #include <sstream>
 #include <stdexcept>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include <gmock/gmock.h>
@@ -164,6 +166,33 @@ TEST_F(CommandRegistryTest, ReleasesTheFunctionOutsideItsLock) {
   };
   registry_.RegisterCommandFunction(u"a", u"", hold(std::make_shared<Returner>(registry_)));
   EXPECT_TRUE(registry_.UnregisterCommand(u"a"));
+}
+
+TEST_F(CommandRegistryTest, LosesNoCommandOfSeveralThreads) {
+  constexpr int kThreads = 4;
+  constexpr int kCommands = 200;
+  std::atomic<int> registered = 0;
+  std::atomic<int> results = 0;
+  {
+    std::vector<std::jthread> threads;
+    for (int thread = 0; thread < kThreads; ++thread) {
+      threads.emplace_back([&, thread] {
+        Output output;
+        for (int i = 0; i < kCommands; ++i) {
+          const UTF16String name = {static_cast<char16_t>(u'a' + thread),
+                                    static_cast<char16_t>(0x100 + i)};
+          registered += registry_.RegisterCommandFunction(
+              name, u"", [](const UTF16String&, UTF16OutputStream&) { return 1; });
+          results += registry_.RunLine(name, output).value_or(0);
+          EXPECT_FALSE(registry_.ListCommands().empty());
+          if (i % 2 == 0) registered -= registry_.UnregisterCommand(name);
+        }
+      });
+    }
+  }
+  EXPECT_EQ(results, kThreads * kCommands);
+  EXPECT_EQ(registered, kThreads * kCommands / 2);
+  EXPECT_THAT(registry_.ListCommands(), testing::SizeIs(kThreads * kCommands / 2));
 }
 
 TEST(CommandRegistry, IsOneForTheProcess) {

@@ -1,11 +1,11 @@
 #include <orncore/filesupport/AsyncRead.h>
 
-#include <algorithm>
 #include <atomic>
 #include <cerrno>
-#include <cstdlib>
-#include <future>
+#include <condition_variable>
 #include <latch>
+#include <mutex>
+#include <optional>
 #include <stdexcept>
 #include <string>
 #include <thread>
@@ -13,7 +13,6 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <boost/thread/thread.hpp>
 
 #include <orncore/config/TopLevel.h>
 #include <orncore/debug/Log.h>
@@ -28,395 +27,266 @@ namespace fs = std::filesystem;
 using std::chrono::steady_clock;
 using testing::ElementsAre;
 
-constexpr auto kForEver = steady_clock::time_point::max();
-constexpr auto kNever = steady_clock::time_point::min();
-
-// Keeps an executor of one thread busy until it is let go.
-class Blocker {
- public:
-  explicit Blocker(Executor& executor) {
-    executor.Submit([running = running_, letGo = letGo_] {
-      running->count_down();
-      letGo->wait();
-    });
-    running_->wait();
-  }
-  ~Blocker() { LetGo(); }
-  Blocker(const Blocker&) = delete;
-  Blocker& operator=(const Blocker&) = delete;
-
-  void LetGo() {
-    if (!std::exchange(gone_, true)) letGo_->count_down();
-  }
-
- private:
-  std::shared_ptr<std::latch> running_ = std::make_shared<std::latch>(1);
-  std::shared_ptr<std::latch> letGo_ = std::make_shared<std::latch>(1);
-  bool gone_ = false;
-};
+constexpr auto kNoDeadline = steady_clock::time_point::max();
+constexpr auto kPastDeadline = steady_clock::time_point::min();
+constexpr std::uintmax_t kLargeFile = std::uintmax_t{2} << 30;
 
 File FileAt(const fs::path& path) {
   return File(string::UTF8to16(path.native()));
 }
 
+void WaitForStop(const std::stop_token& stop) {
+  std::mutex mutex;
+  std::condition_variable_any wake;
+  std::unique_lock lock(mutex);
+  wake.wait(lock, stop, [] { return false; });
+}
+
 class AsyncReadTest : public FileFixture {
  protected:
-  static int ResultOf(const fs::path& path) {
-    return config::ExtractResultFromException(ReadFileToRecycledMemory(FileAt(path)).Failure());
+  // Keeps the executor busy until Release() or Join().
+  void Block() {
+    executor_.Submit([this](const std::stop_token& stop) {
+      const std::stop_callback releaseAtStop(stop, [this] { Release(); });
+      released_.wait(false);
+    });
+  }
+  void Release() {
+    released_ = true;
+    released_.notify_all();
   }
 
-  static bool IsCancelled(const UntypedFuture& future) {
-    try {
-      WaitForUntypedUntil(future, kForEver, false);
-      return false;
-    } catch (const FutureCancelled&) {
-      return true;
-    }
+  // Starts a read whose continuation stores the outcome and rethrows a failure.
+  UntypedFuture Read(const fs::path& path) { return Read(FileAt(path)); }
+  UntypedFuture Read(const File& file) {
+    return ReadFileToRecycledMemory(file, executor_, [this](const ReadOutcome& outcome) {
+      thread_ = std::this_thread::get_id();
+      outcome_ = outcome;
+      if (outcome.failure) std::rethrow_exception(outcome.failure);
+    });
   }
+
+  // Waits for a read that fails and returns its result code.
+  int ResultOf(const File& file) {
+    UntypedFuture done = Read(file);
+    EXPECT_THROW(WaitForUntypedUntil(done, kNoDeadline, true), config::ResultError);
+    EXPECT_EQ(outcome_->memory, nullptr);
+    return config::ExtractResultFromException(outcome_->failure);
+  }
+
+  std::atomic<bool> released_ = false;
+  std::optional<ReadOutcome> outcome_;
+  std::thread::id thread_;
+  Executor executor_;  // joins before the members above are destroyed
 };
 
-TEST_F(AsyncReadTest, ReadsAFile) {
-  const ReadFuture read = ReadFileToRecycledMemory(FileAt(folder_.Write("file", "some bytes")));
-  EXPECT_EQ(Text(*read.Get()), "some bytes");
-  EXPECT_EQ(Text(*read.Get()), "some bytes");
-  EXPECT_EQ(read.Failure(), nullptr);
-  EXPECT_TRUE(read.IsReady());
+TEST_F(AsyncReadTest, PassesTheBytesToTheContinuation) {
+  UntypedFuture done = Read(folder_.Write("file", "some bytes"));
+  EXPECT_TRUE(WaitForUntypedUntil(done, kNoDeadline, true));
+  EXPECT_EQ(Text(*outcome_->memory), "some bytes");
+  EXPECT_EQ(outcome_->failure, nullptr);
 }
 
-TEST_F(AsyncReadTest, ReadsAnEmptyFile) {
-  const auto memory = ReadFileToRecycledMemory(FileAt(folder_.Write("empty", ""))).Get();
-  ASSERT_NE(memory, nullptr);
-  EXPECT_TRUE(memory->Bytes().empty());
-}
-
-TEST_F(AsyncReadTest, FailsWithTheNegatedErrorNumber) {
-  EXPECT_EQ(ResultOf(folder_.Path() / "missing"), -ENOENT);
-  EXPECT_EQ(ResultOf(folder_.Path()), -EISDIR);
-  EXPECT_EQ(ResultOf(MakeFifo()), -EOPNOTSUPP);
-  EXPECT_EQ(ResultOf("/dev/zero"), -EOPNOTSUPP);
-  EXPECT_EQ(ResultOf(MakeSocket()), -EOPNOTSUPP);
-  EXPECT_EQ(ResultOf(""), -ENOENT);
-}
-
-TEST_F(AsyncReadTest, FailsOnANameThatIsNoText) {
-  folder_.Write("\xEF\xBF\xBD", "the stand-in's file");
-  const UTF16String path = string::UTF8to16(folder_.Path().native()) + u"/\xD800";
-  EXPECT_EQ(config::ExtractResultFromException(ReadFileToRecycledMemory(File(path)).Failure()),
-            -EILSEQ);
-}
-
-TEST_F(AsyncReadTest, ThrowsTheFailureOfTheRead) {
-  const ReadFuture read = ReadFileToRecycledMemory(FileAt(folder_.Path() / "missing"));
-  EXPECT_THROW(read.Get(), config::ResultError);
-  EXPECT_THROW(read.Get(), config::ResultError);
-  EXPECT_THROW(WaitForUntypedUntil(read, kForEver, true), config::ResultError);
-}
-
-TEST_F(AsyncReadTest, RunsAContinuationOnTheExecutor) {
-  const ReadFuture read = ReadFileToRecycledMemory(FileAt(folder_.Write("file", "x")));
-  Executor executor;
-  std::thread::id ranOn;
-  std::string text;
-  const UntypedFuture done = read.Then(executor, [&](const ReadFuture& finished) {
-    ranOn = std::this_thread::get_id();
-    text = Text(*finished.Get());
-  });
-  EXPECT_TRUE(WaitForUntypedUntil(done, kForEver, true));
+TEST_F(AsyncReadTest, RunsTheContinuationOnTheThreadOfTheExecutor) {
   std::thread::id executorThread;
-  std::promise<void> known;
-  executor.Submit([&] {
-    executorThread = std::this_thread::get_id();
-    known.set_value();
-  });
-  known.get_future().wait();
-  EXPECT_EQ(text, "x");
-  EXPECT_EQ(ranOn, executorThread);
-  EXPECT_NE(ranOn, std::this_thread::get_id());
+  executor_.Submit([&](const std::stop_token&) { executorThread = std::this_thread::get_id(); });
+  UntypedFuture done = Read(folder_.Write("file", "x"));
+  EXPECT_TRUE(WaitForUntypedUntil(done, kNoDeadline, true));
+  EXPECT_EQ(thread_, executorThread);
+  EXPECT_NE(thread_, std::this_thread::get_id());
 }
 
-TEST_F(AsyncReadTest, RunsAContinuationOfAFailedRead) {
-  int result = 0;
-  const UntypedFuture done = ReadFileToRecycledMemory(FileAt(folder_.Path() / "missing"))
-                                 .Then(GetDefaultExecutor(), [&result](const ReadFuture& finished) {
-                                   result = config::ExtractResultFromException(finished.Failure());
-                                 });
-  EXPECT_TRUE(WaitForUntypedUntil(done, kForEver, true));
-  EXPECT_EQ(result, -ENOENT);
+TEST_F(AsyncReadTest, PassesAFailureToTheContinuation) {
+  EXPECT_EQ(ResultOf(FileAt(folder_.Path() / "missing")), -ENOENT);
+  EXPECT_EQ(ResultOf(FileAt(folder_.Path())), -EISDIR);
+  EXPECT_EQ(ResultOf(FileAt(MakeFifo())), -EOPNOTSUPP);
+  EXPECT_EQ(ResultOf(File(u"")), -ENOENT);
 }
 
-TEST_F(AsyncReadTest, RunsAContinuationOfACompletedRead) {
-  const ReadFuture read = ReadFileToRecycledMemory(FileAt(folder_.Write("file", "x")));
-  read.Get();
-  bool ran = false;
-  const UntypedFuture done =
-      read.Then(GetDefaultExecutor(), [&ran](const ReadFuture&) { ran = true; });
-  EXPECT_TRUE(WaitForUntypedUntil(done, kForEver, true));
-  EXPECT_TRUE(ran);
+TEST_F(AsyncReadTest, FailsForAPathWithAnUnpairedSurrogate) {
+  folder_.Write("\xEF\xBF\xBD", "the file that a replacement character would name");
+  EXPECT_EQ(ResultOf(File(string::UTF8to16(folder_.Path().native()) + u"/\xD800")), -EILSEQ);
 }
 
-TEST_F(AsyncReadTest, RunsSeveralContinuations) {
-  const fs::path path = folder_.Write("file", "x");
-  Blocker blocker(GetDefaultExecutor());
-  const ReadFuture read = ReadFileToRecycledMemory(FileAt(path));
-  std::atomic<int> runs = 0;
-  std::vector<UntypedFuture> all;
-  for (int i = 0; i < 5; ++i) {
-    all.push_back(read.Then(GetDefaultExecutor(), [&runs](const ReadFuture&) { ++runs; }));
+TEST_F(AsyncReadTest, TheWaitThrowsWhatTheContinuationThrows) {
+  UntypedFuture done =
+      ReadFileToRecycledMemory(FileAt(folder_.Write("file", "x")), executor_,
+                               [](const ReadOutcome&) { throw std::out_of_range("own type"); });
+  EXPECT_THROW(WaitForUntypedUntil(done, kNoDeadline, true), std::out_of_range);
+}
+
+TEST_F(AsyncReadTest, FailsForAnEmptyContinuation) {
+  UntypedFuture done = ReadFileToRecycledMemory(FileAt(folder_.Write("file", "x")), executor_, {});
+  EXPECT_THROW(WaitForUntypedUntil(done, kNoDeadline, true), std::bad_function_call);
+}
+
+TEST_F(AsyncReadTest, DestroysTheContinuationBeforeTheWaitReturns) {
+  const auto owned = std::make_shared<int>();
+  UntypedFuture done = ReadFileToRecycledMemory(FileAt(folder_.Write("file", "x")), executor_,
+                                                [owned](const ReadOutcome&) {});
+  WaitForUntypedUntil(done, kNoDeadline, true);
+  EXPECT_EQ(owned.use_count(), 1);
+}
+
+TEST_F(AsyncReadTest, APassedDeadlineLeavesTheReadRunningWithoutTheOption) {
+  Block();
+  UntypedFuture done = Read(folder_.Write("file", "x"));
+  EXPECT_FALSE(WaitForUntypedUntil(done, kPastDeadline, false));
+  EXPECT_FALSE(WaitForUntypedUntil(done, steady_clock::now(), false));
+  Release();
+  EXPECT_TRUE(WaitForUntypedUntil(done, kNoDeadline, false));
+  EXPECT_EQ(Text(*outcome_->memory), "x");
+}
+
+// The file is so large that reading all of it would take far longer than the request to stop.
+TEST_F(AsyncReadTest, APassedDeadlineCancelsAReadInProgressWithTheOption) {
+  const fs::path path = folder_.Write("sparse", "");
+  fs::resize_file(path, kLargeFile);
+  UntypedFuture done = Read(path);
+  EXPECT_THROW(WaitForUntypedUntil(done, kPastDeadline, true), config::FutureCancelled);
+  EXPECT_EQ(outcome_->memory, nullptr);
+  EXPECT_EQ(config::ExtractResultFromException(outcome_->failure), 0);
+}
+
+TEST_F(AsyncReadTest, ACompletedReadIsNotCancelledByAPassedDeadline) {
+  UntypedFuture done = Read(folder_.Write("file", "x"));
+  std::latch read(1);
+  executor_.Submit([&read](const std::stop_token&) { read.count_down(); });
+  read.wait();
+  EXPECT_TRUE(WaitForUntypedUntil(done, kPastDeadline, true));
+  EXPECT_EQ(Text(*outcome_->memory), "x");
+}
+
+TEST_F(AsyncReadTest, JoinCancelsReadsThatHaveNotBegun) {
+  Block();
+  UntypedFuture done = Read(folder_.Write("file", "x"));
+  executor_.Join();
+  try {
+    WaitForUntypedUntil(done, kPastDeadline, false);
+    FAIL() << "the read was not cancelled";
+  } catch (const config::FutureCancelled& failure) {
+    EXPECT_STREQ(failure.what(), "Future Is Cancelled");
   }
-  blocker.LetGo();
-  for (const UntypedFuture& done : all) EXPECT_TRUE(WaitForUntypedUntil(done, kForEver, true));
-  EXPECT_EQ(runs, 5);
 }
 
-TEST_F(AsyncReadTest, HandsOutWhatAContinuationThrows) {
-  const ReadFuture read = ReadFileToRecycledMemory(FileAt(folder_.Write("file", "x")));
-  const UntypedFuture done = read.Then(
-      GetDefaultExecutor(), [](const ReadFuture&) { throw std::out_of_range("its own type"); });
-  EXPECT_THROW(WaitForUntypedUntil(done, kForEver, true), std::out_of_range);
-  EXPECT_NE(done.Failure(), nullptr);
-  EXPECT_EQ(Text(*read.Get()), "x");
+TEST_F(AsyncReadTest, JoinCancelsAReadInProgress) {
+  const fs::path path = folder_.Write("sparse", "");
+  fs::resize_file(path, kLargeFile);
+  UntypedFuture done = Read(path);
+  executor_.Join();
+  EXPECT_THROW(WaitForUntypedUntil(done, kPastDeadline, false), config::FutureCancelled);
 }
 
-TEST_F(AsyncReadTest, FailsAnEmptyContinuation) {
-  const UntypedFuture done =
-      ReadFileToRecycledMemory(FileAt(folder_.Write("file", "x"))).Then(GetDefaultExecutor(), {});
-  EXPECT_THROW(WaitForUntypedUntil(done, kForEver, true), std::bad_function_call);
-}
-
-TEST_F(AsyncReadTest, ACopyStandsForTheSameCompletion) {
-  Executor executor;
-  const ReadFuture read = ReadFileToRecycledMemory(FileAt(folder_.Write("file", "x")));
-  UntypedFuture future = read;
-  future = read.Then(executor, [](const ReadFuture&) { throw std::runtime_error("continuation"); });
-  EXPECT_THROW(WaitForUntypedUntil(future, kForEver, false), std::runtime_error);
-  future = read;
-  EXPECT_TRUE(WaitForUntypedUntil(future, kForEver, false));
-}
-
-TEST_F(AsyncReadTest, CancelsAReadThatHasNotBegun) {
-  const fs::path path = folder_.Write("file", "x");
-  const Blocker blocker(GetDefaultExecutor());
-  const ReadFuture read = ReadFileToRecycledMemory(FileAt(path));
-  EXPECT_FALSE(read.IsReady());
-  read.Cancel();
-  EXPECT_TRUE(read.IsReady());
-  EXPECT_TRUE(IsCancelled(read));
-  EXPECT_EQ(config::ExtractResultFromException(read.Failure()), 0);
-  read.Cancel();
-}
-
-TEST_F(AsyncReadTest, LeavesACompletedReadAsItIs) {
-  const ReadFuture read = ReadFileToRecycledMemory(FileAt(folder_.Write("file", "x")));
-  read.Get();
-  read.Cancel();
-  EXPECT_EQ(Text(*read.Get()), "x");
-}
-
-TEST_F(AsyncReadTest, CancellingTheContinuationCancelsTheRead) {
-  const fs::path path = folder_.Write("file", "x");
-  Blocker blocker(GetDefaultExecutor());
-  const ReadFuture read = ReadFileToRecycledMemory(FileAt(path));
-  std::string message;
-  const UntypedFuture done =
-      read.Then(GetDefaultExecutor(), [&message](const ReadFuture& finished) {
-        try {
-          finished.Get();
-        } catch (const std::exception& exception) {
-          message = exception.what();
-          throw;
+TEST_F(AsyncReadTest, CompletesEveryReadFromSeveralThreads) {
+  constexpr int kThreads = 4;
+  constexpr int kReads = 50;
+  const fs::path path = folder_.Write("file", std::string(100'000, 'x'));
+  std::atomic<int> completed = 0;
+  {
+    std::vector<std::jthread> threads;
+    for (int thread = 0; thread < kThreads; ++thread) {
+      threads.emplace_back([&] {
+        for (int read = 0; read < kReads; ++read) {
+          UntypedFuture done = ReadFileToRecycledMemory(
+              FileAt(path), executor_, [&completed](const ReadOutcome& outcome) {
+                if (outcome.memory->Bytes().size() == 100'000) ++completed;
+              });
+          EXPECT_TRUE(WaitForUntypedUntil(done, kNoDeadline, true));
         }
       });
-  done.Cancel();
-  EXPECT_TRUE(read.IsReady());
-  EXPECT_FALSE(done.IsReady());
-  blocker.LetGo();
-  EXPECT_TRUE(IsCancelled(done));
-  EXPECT_EQ(message, "Future Is Cancelled");
+    }
+  }
+  EXPECT_EQ(completed, kThreads * kReads);
 }
 
-TEST_F(AsyncReadTest, LeavesTheReadAloneWhenTheDeadlinePasses) {
-  const fs::path path = folder_.Write("file", "x");
-  Blocker blocker(GetDefaultExecutor());
-  const ReadFuture read = ReadFileToRecycledMemory(FileAt(path));
-  EXPECT_FALSE(WaitForUntypedUntil(read, kNever, false));
-  EXPECT_FALSE(
-      WaitForUntypedUntil(read, steady_clock::now() + std::chrono::milliseconds(5), false));
-  EXPECT_FALSE(read.IsReady());
-  blocker.LetGo();
-  EXPECT_TRUE(WaitForUntypedUntil(read, kForEver, false));
+TEST(Executor, RunsTasksInOrderAndFinishesThemWhenDestroyed) {
+  std::vector<int> order;
+  std::vector<int> expected;
+  {
+    Executor executor;
+    for (int i = 0; i < 100; ++i) {
+      executor.Submit([&order, i](const std::stop_token&) { order.push_back(i); });
+      expected.push_back(i);
+    }
+  }
+  EXPECT_EQ(order, expected);
 }
 
-TEST_F(AsyncReadTest, CancelsTheReadWhenTheDeadlinePasses) {
-  const fs::path path = folder_.Write("file", "x");
-  const Blocker blocker(GetDefaultExecutor());
-  const ReadFuture read = ReadFileToRecycledMemory(FileAt(path));
-  EXPECT_FALSE(WaitForUntypedUntil(read, kNever, true));
-  EXPECT_TRUE(read.IsReady());
-  EXPECT_TRUE(IsCancelled(read));
-}
-
-TEST_F(AsyncReadTest, WaitsForTheEndOfACancelledContinuation) {
-  const fs::path path = folder_.Write("file", "x");
-  Executor executor;
-  std::latch entered(1);
-  std::latch mayEnd(1);
-  std::atomic<bool> ended = false;
-  const UntypedFuture done =
-      ReadFileToRecycledMemory(FileAt(path)).Then(executor, [&](const ReadFuture&) {
-        entered.count_down();
-        mayEnd.wait();
-        ended = true;
+TEST(Executor, RunsEveryTaskOfSeveralThreads) {
+  int runs = 0;  // not atomic: the tasks run on one thread
+  {
+    Executor executor;
+    std::vector<std::jthread> threads;
+    for (int thread = 0; thread < 4; ++thread) {
+      threads.emplace_back([&] {
+        for (int i = 0; i < 500; ++i) executor.Submit([&runs](const std::stop_token&) { ++runs; });
       });
-  entered.wait();
-  std::jthread releaser([&] {
-    std::this_thread::sleep_for(std::chrono::milliseconds(20));
-    mayEnd.count_down();
+    }
+  }
+  EXPECT_EQ(runs, 4 * 500);
+}
+
+TEST(Executor, JoinRequestsAStopAndEndsTheThread) {
+  Executor executor;
+  bool ended = false;
+  executor.Submit([&ended](const std::stop_token& stop) {
+    WaitForStop(stop);
+    ended = true;
   });
-  EXPECT_FALSE(WaitForUntypedUntil(done, kNever, true));
+  executor.Join();
   EXPECT_TRUE(ended);
 }
 
-TEST_F(AsyncReadTest, TakesACompletionBeforeAPassedDeadline) {
-  const ReadFuture read = ReadFileToRecycledMemory(FileAt(folder_.Write("file", "x")));
-  read.Get();
-  EXPECT_TRUE(WaitForUntypedUntil(read, kNever, true));
-  EXPECT_EQ(Text(*read.Get()), "x");
-}
-
-TEST_F(AsyncReadTest, WaitsToTheEndOnAnInterruptedThread) {
-  const fs::path path = folder_.Write("file", "x");
-  using Wait = std::function<void(const ReadFuture&, const UntypedFuture&)>;
-  const std::vector<Wait> waits = {
-      [](const ReadFuture&, const UntypedFuture& done) { done.Failure(); },
-      [](const ReadFuture& read, const UntypedFuture&) { read.Get(); },
-      [](const ReadFuture&, const UntypedFuture& done) {
-        WaitForUntypedUntil(done, kForEver, true);
-      },
-      [](const ReadFuture&, const UntypedFuture& done) { WaitForUntypedUntil(done, kNever, true); },
-      [](const ReadFuture&, const UntypedFuture&) { Executor().Submit([] {}); }};
-  for (const Wait& wait : waits) {
-    Blocker blocker(GetDefaultExecutor());
-    const ReadFuture read = ReadFileToRecycledMemory(FileAt(path));
-    const UntypedFuture done = read.Then(GetDefaultExecutor(), [](const ReadFuture&) {});
-    std::latch interrupted(1);
-    bool waited = false;
-    bool stillRequested = false;
-    boost::thread thread([&] {
-      interrupted.wait();
-      wait(read, done);
-      waited = true;
-      stillRequested = boost::this_thread::interruption_requested();
+TEST(Executor, StartsAgainAfterJoin) {
+  Executor executor;
+  executor.Join();
+  for (int i = 0; i < 2; ++i) {
+    std::latch ran(1);
+    bool isStopRequested = true;
+    executor.Submit([&](const std::stop_token& stop) {
+      isStopRequested = stop.stop_requested();
+      ran.count_down();
     });
-    thread.interrupt();
-    interrupted.count_down();
-    std::this_thread::sleep_for(std::chrono::milliseconds(20));
-    blocker.LetGo();
-    thread.join();
-    EXPECT_TRUE(waited);
-    EXPECT_TRUE(stillRequested);
-    EXPECT_EQ(done.Failure(), nullptr);
+    ran.wait();
+    EXPECT_FALSE(isStopRequested);
+    executor.Join();
   }
 }
 
-TEST_F(AsyncReadTest, StandsReadsAndCancellationsFromManyThreads) {
-  const fs::path path = folder_.Write("file", std::string(100'000, 'x'));
-  std::vector<std::jthread> threads;
-  for (int t = 0; t < 4; ++t) {
-    threads.emplace_back([&path] {
-      for (int i = 0; i < 50; ++i) {
-        const ReadFuture read = ReadFileToRecycledMemory(FileAt(path));
-        std::atomic<int> runs = 0;
-        const UntypedFuture done =
-            read.Then(GetDefaultExecutor(), [&runs](const ReadFuture&) { ++runs; });
-        if (i % 3 == 0) done.Cancel();
-        EXPECT_TRUE(WaitForUntypedUntil(done, kForEver, true));
-        EXPECT_EQ(runs, 1);
-        const int result = config::ExtractResultFromException(read.Failure());
-        EXPECT_EQ(result, 0);
-      }
-    });
-  }
-}
-
-TEST(Executor, RunsFunctionsInOrderAndFinishesThemAtItsEnd) {
-  std::vector<int> order;
-  {
-    Executor executor;
-    for (int i = 0; i < 100; ++i) executor.Submit([&order, i] { order.push_back(i); });
-  }
-  EXPECT_EQ(order.size(), 100U);
-  EXPECT_TRUE(std::ranges::is_sorted(order));
-}
-
-TEST(Executor, HasAThreadEvenForNone) {
-  bool ran = false;
-  {
-    Executor executor(0);
-    executor.Submit([&ran] { ran = true; });
-  }
-  EXPECT_TRUE(ran);
-}
-
-TEST(Executor, RunsFunctionsSideBySide) {
-  std::latch both(2);  // outlives the functions
-  Executor executor(2);
-  for (int i = 0; i < 2; ++i) executor.Submit([&both] { both.arrive_and_wait(); });
-  both.wait();
-}
-
-TEST(Executor, LogsWhatAFunctionThrows) {
+TEST(Executor, LogsWhatATaskThrowsAndContinues) {
   std::vector<std::string> lines;
   debug::SetLogSink([&lines](std::string_view line) { lines.emplace_back(line); });
-  bool ranOn = false;
+  bool ran = false;
   {
     Executor executor;
-    executor.Submit([] { throw std::runtime_error("lost otherwise"); });
-    executor.Submit([&ranOn] { ranOn = true; });
+    executor.Submit([](const std::stop_token&) { throw std::runtime_error("lost otherwise"); });
+    executor.Submit([&ran](const std::stop_token&) { ran = true; });
   }
   debug::SetLogSink({});
   EXPECT_THAT(lines, ElementsAre(testing::HasSubstr("lost otherwise")));
-  EXPECT_TRUE(ranOn);
+  EXPECT_TRUE(ran);
 }
 
-TEST(Executor, StartsNoThreadBeforeTheFirstFunction) {
+TEST(Executor, StartsNoThreadBeforeTheFirstTask) {
   const fs::path threads = "/proc/self/task";
   if (!fs::exists(threads)) GTEST_SKIP() << "no list of threads on this system";
   const auto count = [&threads] {
     return std::distance(fs::directory_iterator(threads), fs::directory_iterator());
   };
   const auto before = count();
-  std::latch running(1);
-  std::latch mayEnd(1);  // like the other, outlives the function
   Executor executor;
   EXPECT_EQ(count(), before);
-  executor.Submit([&] {
+  std::latch running(1);
+  executor.Submit([&](const std::stop_token& stop) {
     running.count_down();
-    mayEnd.wait();
+    WaitForStop(stop);
   });
   running.wait();
-  EXPECT_GT(count(), before);  // a sanitizer may add a thread of its own to the first
-  mayEnd.count_down();
+  EXPECT_GT(count(), before);  // a sanitizer may add a thread of its own
 }
 
 TEST(DefaultExecutor, IsOneForTheProcess) {
   EXPECT_EQ(&GetDefaultExecutor(), &GetDefaultExecutor());
-}
-
-TEST(DefaultExecutorDeathTest, LetsTheProcessEndWhateverItDoes) {
-  GTEST_FLAG_SET(death_test_style, "threadsafe");
-  const auto endWhileBusy = [] {
-    std::latch running(1);
-    GetDefaultExecutor().Submit([&running] {
-      running.count_down();
-      std::this_thread::sleep_for(std::chrono::hours(1));
-    });
-    running.wait();
-    ReadFileToRecycledMemory(File(u"/nowhere")).Then(GetDefaultExecutor(), [](const ReadFuture&) {
-      std::abort();
-    });
-    std::exit(3);
-  };
-  EXPECT_EXIT(endWhileBusy(), testing::ExitedWithCode(3), "");
 }
 
 }  // namespace

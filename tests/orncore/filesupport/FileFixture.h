@@ -15,7 +15,7 @@
 
 #include <gtest/gtest.h>
 
-#include <orncore/filesupport/RecycledMemory.h>
+#include <orncore/filesupport/File.h>
 
 #include "tests/support/TemporaryFolder.h"
 

@@ -1,18 +1,19 @@
-#include <orncore/filesupport/RegularFile.h>
+#include "orncore/src/filesupport/RegularFile.h"
 
 #include <fcntl.h>
 #include <unistd.h>
 
 #include <cerrno>
 #include <cstdint>
-#include <memory>
+#include <latch>
 #include <string>
-#include <vector>
+#include <thread>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <orncore/config/TopLevel.h>
+#include <orncore/filesupport/File.h>
 
 #include "tests/orncore/filesupport/FileFixture.h"
 
@@ -27,6 +28,16 @@ class RegularFileTest : public FileFixture {
   static int ResultOf(const fs::path& path) {
     try {
       ReadRegularFile(path);
+      return 0;
+    } catch (const config::ResultError& error) {
+      return error.Result();
+    }
+  }
+
+  // The same without the check before opening, and with a limit.
+  static int ResultOfReading(const fs::path& path, std::size_t maxBytes) {
+    try {
+      RegularFile(path).ReadToEnd(maxBytes, {});
       return 0;
     } catch (const config::ResultError& error) {
       return error.Result();
@@ -63,9 +74,6 @@ TEST_F(RegularFileTest, ReadsAFileThatIsLongerThanItTells) {
 TEST_F(RegularFileTest, ReadsAFileThatIsMuchLongerThanItTells) {
   const fs::path path = "/proc/self/smaps";
   if (!fs::exists(path)) GTEST_SKIP() << "no such file on this system";
-  // No recycled buffer is left that would be long enough by chance.
-  std::vector<std::unique_ptr<RecycledMemory>> inUse;
-  for (int i = 0; i < 32; ++i) inUse.push_back(std::make_unique<RecycledMemory>(1));
   const std::string text = Text(*ReadRegularFile(path));
   EXPECT_GT(text.size(), 10'000U);
   EXPECT_THAT(text, testing::HasSubstr(" rw-p "));
@@ -159,10 +167,46 @@ TEST_F(RegularFileTest, RefusesANameThatWouldBeCutShort) {
 
 TEST_F(RegularFileTest, RefusesAFileThatIsTooLarge) {
   const fs::path path = folder_.Write("sparse", "");
-  fs::resize_file(path, kMaxFileBytes + 1);
+  fs::resize_file(path, (std::uintmax_t{2} << 30) + 1);
   EXPECT_EQ(ResultOf(path), -EFBIG);
   fs::resize_file(path, std::uintmax_t{1} << 42);
-  EXPECT_EQ(ResultOf(path), -EFBIG) << "and nobody tries to make room for it";
+  EXPECT_EQ(ResultOf(path), -EFBIG) << "without an attempt to allocate the memory";
+}
+
+TEST_F(RegularFileTest, ReadsAsManyBytesAsAllowedAndNoMore) {
+  const fs::path path = folder_.Write("file", "12345");
+  EXPECT_EQ(RegularFile(path).ReadToEnd(5, {}).size(), 5U);
+  EXPECT_EQ(ResultOfReading(path, 4), -EFBIG);
+}
+
+TEST_F(RegularFileTest, RefusesAFileThatGrowsBeyondTheLimit) {
+  const fs::path path = folder_.Write("file", "12345");
+  RegularFile file(path);
+  folder_.Write("file", "123456");
+  try {
+    file.ReadToEnd(5, {});
+    FAIL() << "no failure";
+  } catch (const config::ResultError& error) {
+    EXPECT_EQ(error.Result(), -EFBIG);
+  }
+}
+
+// What happens if another process replaces a file after it was checked and before it is opened.
+TEST_F(RegularFileTest, OpensNothingButARegularFileAndDoesNotWait) {
+  EXPECT_EQ(ResultOfReading(MakeFifo(), 1), -EOPNOTSUPP);
+  EXPECT_EQ(ResultOfReading("/dev/null", 1), -EOPNOTSUPP);
+  EXPECT_EQ(ResultOfReading(folder_.Path(), 1), -EOPNOTSUPP);
+  EXPECT_EQ(ResultOfReading(folder_.Path() / "missing", 1), -ENOENT);
+}
+
+TEST_F(RegularFileTest, ClosesWhatItDoesNotRead) {
+  const fs::path fifo = MakeFifo();
+  const int before = ::dup(STDIN_FILENO);
+  ::close(before);
+  EXPECT_EQ(ResultOfReading(fifo, 1), -EOPNOTSUPP);
+  const int after = ::dup(STDIN_FILENO);
+  ::close(after);
+  EXPECT_EQ(after, before);
 }
 
 TEST_F(RegularFileTest, NamesTheFileInTheFailure) {
@@ -180,7 +224,21 @@ TEST_F(RegularFileTest, StopsWhenAskedTo) {
   std::stop_source stop;
   EXPECT_EQ(Text(*ReadRegularFile(path, stop.get_token())), "x");
   stop.request_stop();
-  EXPECT_THROW(ReadRegularFile(path, stop.get_token()), FutureCancelled);
+  EXPECT_THROW(ReadRegularFile(path, stop.get_token()), config::FutureCancelled);
+}
+
+// The file is so large that reading all of it would take far longer than the request to stop.
+TEST_F(RegularFileTest, StopsAReadInProgress) {
+  const fs::path path = folder_.Write("sparse", "");
+  fs::resize_file(path, std::uintmax_t{2} << 30);
+  std::stop_source stop;
+  std::latch started(1);
+  std::jthread stopper([&] {
+    started.wait();
+    stop.request_stop();
+  });
+  started.count_down();
+  EXPECT_THROW(ReadRegularFile(path, stop.get_token()), config::FutureCancelled);
 }
 
 }  // namespace

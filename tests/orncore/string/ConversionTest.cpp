@@ -374,7 +374,6 @@ TEST(Conversion, TakesDefaultViews) {
   EXPECT_EQ(UTF16to8(std::u16string_view()), "");
   EXPECT_EQ(AsciiToUTF16(std::string_view()), u"");
   EXPECT_EQ(UTF8Length(std::u16string_view()), 0U);
-  EXPECT_TRUE(IsAscii(std::string_view()));
   EXPECT_TRUE(IsWellFormedUTF8(std::string_view()));
 }
 
@@ -386,7 +385,6 @@ TEST(Conversion, ReadsNothingBehindATextWhateverItEndsWith) {
     EXPECT_EQ(UTF8to16(there), PlainUTF8to16(text));
     EXPECT_EQ(IsWellFormedUTF8(there), PlainUTF16to8(PlainUTF8to16(text)) == text);
     EXPECT_EQ(AsciiToUTF16(there), AsciiToUTF16(text));
-    EXPECT_EQ(IsAscii(there), end == "x");
   }
   for (const std::u16string& end : {u"x"s, u"\u00E9"s, u"\U0001F600"s, u"\xD83D"s}) {
     const std::u16string text = u"some text and " + end;
@@ -399,12 +397,6 @@ TEST(Conversion, WidensAscii) {
   EXPECT_EQ(AsciiToUTF16("ascii\0\x7F"s), u"ascii\0\x7F"s);
   EXPECT_EQ(AsciiToUTF16("a\x80\xC3\xA9z"), u"a\uFFFD\uFFFD\uFFFDz");
   EXPECT_EQ(AsciiToUTF16("\xFF"), u"\uFFFD");
-}
-
-TEST(Conversion, KnowsAscii) {
-  EXPECT_TRUE(IsAscii("ascii\0\x7F"s));
-  EXPECT_FALSE(IsAscii("\x80"));
-  EXPECT_FALSE(IsAscii("a long text that ends in another \xC3\xA9"));
 }
 
 TEST(Conversion, RemovesOneByteOrderMark) {

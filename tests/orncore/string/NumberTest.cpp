@@ -1,4 +1,4 @@
-#include <orncore/string/Number.h>
+#include <orncore/string/Conversion.h>
 
 #include <limits>
 #include <string>
@@ -88,15 +88,6 @@ TEST(Number, ReadsNothingFromTheDefaultView) {
   std::int64_t value = 42;
   EXPECT_FALSE(StringToNumber({}, value));
   EXPECT_EQ(value, 42);
-}
-
-TEST(Number, ReadsNothingWithoutTheDecimalOption) {
-  std::int64_t value = 42;
-  EXPECT_FALSE(StringToNumber("1", value, 0));
-  EXPECT_FALSE(StringToNumber("1", value, 2));
-  EXPECT_EQ(value, 42);
-  EXPECT_TRUE(StringToNumber("1", value, kStringToNumberDecimal | 2));
-  EXPECT_EQ(value, 1);
 }
 
 }  // namespace

@@ -1,4 +1,4 @@
-#include <orncore/utility/NoDestructor.h>
+#include "orncore/src/utility/NoDestructor.h"
 
 #include <cstdint>
 #include <cstdlib>

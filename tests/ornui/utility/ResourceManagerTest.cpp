@@ -87,6 +87,16 @@ TEST_F(FolderResourceManagerTest, KnowsNoMissingResource) {
   EXPECT_EQ(Load(FolderResourceManager(fs::path()), u"news"), std::nullopt);
 }
 
+TEST_F(FolderResourceManagerTest, ResolvesARelativeFolderAtEachLoad) {
+  const FolderResourceManager manager("resources");
+  const fs::path before = fs::current_path();
+  fs::current_path(outer_.Path());
+  EXPECT_EQ(Load(manager, u"news"), "news");
+  fs::current_path(outer_.Path() / "resources");
+  EXPECT_EQ(Load(manager, u"news"), std::nullopt);
+  fs::current_path(before);
+}
+
 TEST_F(FolderResourceManagerTest, RefusesEmptyNamesAndNul) {
   outer_.Write("resources/.csv", "hidden");
   EXPECT_EQ(Load(manager_, u""), std::nullopt);
