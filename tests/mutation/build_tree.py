@@ -1,152 +1,286 @@
-"""A build of the project in which single files are compiled and linked again, and put back.
+"""Builds the library, the hosts and the tests so that one changed source costs little.
 
-What the build system would do takes longer than the compilation of most mutants, and it would have
-to compile the original once more afterwards. So the commands are taken from it once, and the files
-that a mutant replaces are kept beside and put back.
+The build does not use CMake. It compiles every source of the copied tree with the same flags and a
+precompiled header, without optimization. Each group of sources becomes one shared library and each
+folder of tests one program, so a mutant costs one compilation and the link of one small library.
 """
 
+import concurrent.futures
 import copy
-import json
-import re
+import hashlib
+import os
 import shutil
 import subprocess
 from dataclasses import dataclass
 from pathlib import Path
 
-MODULES = ("orncore", "ornappsupport", "ornui", "ornwhatsnew")
-KEPT = ".kept"
+# The folders that are mutated, by the shared library that they become.
+LIBRARIES = {
+    "modules": ("orncore", "ornappsupport", "ornui", "ornwhatsnew"),
+    "hosts": ("hosts/common", "hosts/console"),
+}
+PROGRAM_MAIN = "hosts/console/main.cpp"
+# These tests replace allocation functions or depend on the order of static objects.
+SEPARATE_TESTS = {
+    "allocation_tests": "tests/ornwhatsnew/AllocationTest.cpp",
+    "early_list_tests": "tests/ornwhatsnew/EarlyListTest.cpp",
+}
+TEST_FOLDERS = {
+    "orncore_tests": "tests/orncore",
+    "ornappsupport_tests": "tests/ornappsupport",
+    "ornui_tests": "tests/ornui",
+    "ornwhatsnew_tests": "tests/ornwhatsnew",
+    "fault_tests": "tests/faults",
+    "hosts_common_tests": "tests/hosts/common",
+    "hosts_console_tests": "tests/hosts/console",
+}
+SUPPORT_FOLDERS = ("tests/support", "tests/conformance")
+# Linked only into the programs that include its header, because it replaces functions.
+REPLACES_FUNCTIONS = "tests/support/Allocations.cpp"
+
+COMPILER_FLAGS = ("-std=c++20", "-O0", "-g0", "-fPIC", "-w", "-DGTEST_HAS_PTHREAD=1")
+DEFINITIONS = {
+    "ORNWHATSNEW_COMMIT_BROWSER": "https://source.tarsa.example",
+    "ORNWHATSNEW_ISSUE_TRACKER": "https://issues.tarsa.example",
+    "ORNWHATSNEW_PRIVACY_PAGE": "https://account.tarsa.example/privacy",
+}
+OPTIONAL_LIBRARIES = ("boost_thread",)
+REQUIRED_LIBRARIES = ("SQLiteCpp", "sqlite3", "murmurhash", "icuuc")
+# A header mutant recompiles at most this many sources of the library and the hosts.
+MOST_INCLUDERS = 12
+
+
+class BuildError(Exception):
+    """The unchanged sources do not build."""
 
 
 @dataclass(frozen=True)
 class Unit:
-    source: str  # counts from the root of the sources
-    object: Path
-    command: str
+    """One source file; the path is relative to the root of the sources."""
+    source: str
 
-
-@dataclass(frozen=True)
-class Link:
-    output: Path
-    objects: frozenset
-    command: str
+    @property
+    def object(self):
+        return "obj/" + self.source.replace("/", "-") + ".o"
 
 
 class BuildTree:
-    """The folders FOLDER/source and FOLDER/build, the latter built and up to date."""
+    """The folders FOLDER/source (the copied tree), FOLDER/obj, FOLDER/lib and FOLDER/bin."""
 
-    def __init__(self, folder, programs):
+    def __init__(self, folder, header):
         self.folder = folder
         self.source = folder / "source"
-        self.build = folder / "build"
-        self.units = self._read_units()
-        self.dependents = self._read_dependents()
-        self.links = [self._read_link("lib/libornwhatsnew.so")]
-        self.links += [self._read_link(f"bin/{program}") for program in programs]
-        self._replaced = []
+        self.header = header
+        self.libraries = {name: self._units_in(folders) for name, folders in LIBRARIES.items()}
+        self.support = [unit for unit in self._units_in(SUPPORT_FOLDERS)
+                        if not unit.source.endswith(("Test.cpp", "/main.cpp"))
+                        and unit.source != REPLACES_FUNCTIONS]
+        self.programs = self._programs()
+        self.dependents = {}
+        self._changed = {}
 
-    def copy_to(self, folder):
-        """The same in another folder, whose earlier content is lost."""
+    def _units_in(self, folders):
+        paths = [path for folder in folders for path in (self.source / folder).rglob("*.cpp")]
+        names = sorted(str(path.relative_to(self.source)) for path in paths)
+        return [Unit(name) for name in names if name != PROGRAM_MAIN]
+
+    def _programs(self):
+        programs = {"ornwhatsnew": [Unit(PROGRAM_MAIN)],
+                    "scenario_runner": [Unit("tests/conformance/main.cpp")]}
+        for name, source in SEPARATE_TESTS.items():
+            if (self.source / source).exists():
+                programs[name] = [Unit(source)]
+        for name, folder in TEST_FOLDERS.items():
+            programs[name] = [unit for unit in self._units_in([folder])
+                              if unit.source not in SEPARATE_TESTS.values()]
+        for units in programs.values():
+            if any('"tests/support/Allocations.h"' in (self.source / unit.source).read_text()
+                   for unit in units):
+                units.append(Unit(REPLACES_FUNCTIONS))
+        return programs
+
+    def build(self, jobs):
+        """Compiles what is out of date and links everything. Throws BuildError."""
+        for folder in ("obj", "lib", "bin"):
+            (self.folder / folder).mkdir(parents=True, exist_ok=True)
+        units = set(self.support).union(*self.libraries.values(), *self.programs.values())
+        with concurrent.futures.ThreadPoolExecutor(jobs) as executor:
+            for message in executor.map(self._build_unit, sorted(units, key=lambda u: u.source)):
+                if message is not None:
+                    raise BuildError(message)
+        self._read_dependents(units)
+        commands = [self._archive_command(), *map(self._library_command, self.libraries)]
+        commands += map(self._program_command, self.programs)
+        for command in commands:
+            message = self._run(command)
+            if message is not None:
+                raise BuildError(message)
+
+    def copy_to(self, folder, jobs):
+        """Returns the same tree in another folder; the earlier content of that folder is lost."""
         shutil.rmtree(folder, ignore_errors=True)
         shutil.copytree(self.folder, folder, symlinks=True)
         other = copy.copy(self)
         other.folder = folder
         other.source = folder / "source"
-        other.build = folder / "build"
-
-        def moved_path(path):
-            return folder / path.relative_to(self.folder)
-
-        def moved_command(command):
-            return command.replace(f"{self.folder}/", f"{folder}/")
-
-        def moved_unit(unit):
-            return Unit(unit.source, moved_path(unit.object), moved_command(unit.command))
-
-        other.units = {name: moved_unit(unit) for name, unit in self.units.items()}
-        other.dependents = {file: [moved_unit(unit) for unit in units]
-                            for file, units in self.dependents.items()}
-        other.links = [Link(moved_path(link.output), frozenset(map(moved_path, link.objects)),
-                            moved_command(link.command)) for link in self.links]
-        other._replaced = []
+        other._changed = {}
+        other.build(jobs)
         return other
 
-    def _read_units(self):
-        entries = json.loads((self.build / "compile_commands.json").read_text())
-        units = {}
-        for entry in entries:
-            output = entry["command"].split(" -o ")[1].split()[0]
-            # Nobody reads the list of what was included.
-            command = re.sub(r" -MD -MT \S+ -MF \S+", "", entry["command"])
-            source = str(Path(entry["file"]).relative_to(self.source))
-            units[output] = Unit(source, self.build / output, command)
-        return units
+    def units_for(self, file, sample):
+        """Returns the library units to compile for a mutant of a file, and the test units.
 
-    def _read_dependents(self):
-        """From a file to the units that include it or are made of it."""
-        text = self._ninja("-t", "deps")
-        dependents = {}
-        unit = None
-        for line in text.splitlines():
-            if line.startswith("    "):
-                path = Path(line.strip())
-                if path.is_relative_to(self.source) and unit is not None:
-                    dependents.setdefault(str(path.relative_to(self.source)), []).append(unit)
-            elif ": #deps" in line:
-                unit = self.units.get(line.split(":")[0])
-        return dependents
-
-    def _read_link(self, target):
-        commands = self._ninja("-t", "commands", target).splitlines()
-        line = next(c for c in reversed(commands) if re.search(r" -o (?:lib|bin)/", c))
-        command = next(part for part in line.split(" && ") if " -o " in part)
-        output = command.split(" -o ")[1].split()[0]
-        objects = frozenset(self.build / word for word in command.split() if word.endswith(".o"))
-        return Link(self.build / output, objects, command)
-
-    def _ninja(self, *arguments):
-        return subprocess.run(["ninja", "-C", str(self.build), *arguments], check=True,
-                              stdout=subprocess.PIPE).stdout.decode()
-
-    def units_for(self, file):
-        """What is compiled for a mutant of a file: what includes it in the modules, and those test
-        units that are named after it or made of it. Other tests keep the original of an inline
-        function for themselves; they notice what it does in the modules."""
-        stem = Path(file).stem
+        A test unit has its own copies of inline functions, so the tests that are named after a
+        header are compiled with it. `sample(units, count)` selects from the units that include a
+        header that is used everywhere.
+        """
+        own_test = Path(file).stem + "Test"
+        measured = set().union(*self.libraries.values(), {Unit(PROGRAM_MAIN)})
         units = self.dependents.get(file, [])
-        return sorted((u for u in units if not u.source.startswith("tests/")
-                       and u.source.split("/")[0] in MODULES or Path(u.source).stem == stem + "Test"),
-                      key=lambda u: (u.source.startswith("tests/"), u.source))
+        included = sorted((u for u in units if u in measured), key=lambda u: u.source)
+        if len(included) > MOST_INCLUDERS:
+            included = sample(included, MOST_INCLUDERS)
+        tests = [u for u in units if u not in measured and Path(u.source).stem == own_test]
+        return included, tests
 
-    def make(self, unit):
-        """Compiles a unit in place of its object; the compiler's message when it fails."""
+    def compile(self, unit):
+        """Compiles a unit in place of its object. Returns None or the compiler's message."""
         self._keep(unit.object)
-        return self._run(unit.command)
+        return self._run(self._compile_command(unit))
 
     def link(self, units):
-        """Links what holds these units; the linker's message when it fails."""
-        objects = {unit.object for unit in units}
-        for link in self.links:
-            if objects & link.objects:
-                self._keep(link.output)
-                message = self._run(link.command)
-                if message is not None:
-                    return message
+        """Links everything that contains one of these units. Returns None or a message."""
+        units = set(units)
+        outputs = {}
+        for name, members in self.libraries.items():
+            if units & set(members):
+                # A linker takes the first copy of an inline function.
+                first = [u for u in members if u in units]
+                outputs[f"lib/lib{name}.so"] = self._library_command(name, first)
+        for name, members in self.programs.items():
+            if units & set(members):
+                outputs[f"bin/{name}"] = self._program_command(name)
+        for output, command in outputs.items():
+            self._keep(output)
+            message = self._run(command)
+            if message is not None:
+                return message
         return None
 
     def replace_source(self, file, text):
-        self._keep(self.source / file)
+        self._keep("source/" + file)
         (self.source / file).write_text(text)
 
-    def put_back(self):
-        for path in reversed(self._replaced):
-            path.with_name(path.name + KEPT).rename(path)
-        self._replaced.clear()
+    def restore(self):
+        """Undoes `replace_source`, `compile` and `link`."""
+        for path in self._changed.values():
+            path.with_name(path.name + ".kept").rename(path)
+        self._changed.clear()
 
-    def _keep(self, path):
-        path.rename(path.with_name(path.name + KEPT))
-        self._replaced.append(path)
+    def _keep(self, name):
+        if name not in self._changed:
+            path = self.folder / name
+            path.rename(path.with_name(path.name + ".kept"))
+            self._changed[name] = path
+
+    def _definitions(self, unit):
+        values = dict(DEFINITIONS)
+        # Only sources that name the program's path are compiled again in another folder.
+        if "ORNWHATSNEW_PROGRAM" in (self.source / unit.source).read_text():
+            values["ORNWHATSNEW_PROGRAM"] = str(self.folder / "bin/ornwhatsnew")
+        return [f'-D{name}="{value}"' for name, value in values.items()]
+
+    def _compile_command(self, unit):
+        return ["clang++", *COMPILER_FLAGS, "-include-pch", str(self.header), "-Isource",
+                *self._definitions(unit), "-c", f"source/{unit.source}", "-o", unit.object]
+
+    def _build_unit(self, unit):
+        """Compiles a unit unless the command and all files that it reads are unchanged."""
+        target = self.folder / unit.object
+        dependencies, stamp = target.with_suffix(".d"), target.with_suffix(".stamp")
+        command = self._compile_command(unit)
+        if target.exists() and stamp.exists():
+            if stamp.read_text() == self._stamp(command, dependencies):
+                return None
+        message = self._run([*command, "-MMD", "-MF", str(dependencies)])
+        if message is None:
+            stamp.write_text(self._stamp(command, dependencies))
+        return message
+
+    def _stamp(self, command, dependencies):
+        digest = hashlib.sha1("\0".join(command).encode())
+        digest.update(self.header.with_suffix(".key").read_bytes())
+        for name in self._read_names(dependencies):
+            path = self.folder / name
+            digest.update(path.read_bytes() if path.exists() else b"missing")
+        return digest.hexdigest()
+
+    @staticmethod
+    def _read_names(dependencies):
+        """Returns the files of the copied tree that a compiler's list of dependencies names."""
+        text = dependencies.read_text().replace("\\\n", " ")
+        return sorted({os.path.normpath(word) for word in text.split(":", 1)[1].split()
+                       if word.startswith("source/")})
+
+    def _read_dependents(self, units):
+        self.dependents = {}
+        for unit in sorted(units, key=lambda u: u.source):
+            for name in self._read_names((self.folder / unit.object).with_suffix(".d")):
+                self.dependents.setdefault(name.removeprefix("source/"), []).append(unit)
+
+    def _archive_command(self):
+        (self.folder / "lib/libsupport.a").unlink(missing_ok=True)
+        return ["ar", "rcs", "lib/libsupport.a", *(unit.object for unit in self.support)]
+
+    def _library_command(self, name, first=()):
+        units = [*first, *(u for u in self.libraries[name] if u not in set(first))]
+        return ["clang++", "-fuse-ld=lld", "-shared", "-Wl,-Bsymbolic-functions",
+                *(u.object for u in units), "-o", f"lib/lib{name}.so"]
+
+    def _program_command(self, name):
+        main = [] if name in ("ornwhatsnew", "scenario_runner") else ["-lgmock_main"]
+        return ["clang++", "-fuse-ld=lld", "-pie", *(u.object for u in self.programs[name]), *main,
+                "lib/libsupport.a", "-lgmock", "-lgtest", "-Llib", "-lhosts", "-lmodules",
+                *(f"-l{library}" for library in available_libraries()), "-lpthread",
+                "-Wl,-rpath,$ORIGIN/../lib", "-o", f"bin/{name}"]
 
     def _run(self, command):
-        result = subprocess.run(command, shell=True, cwd=self.build, stdout=subprocess.PIPE,
+        result = subprocess.run(command, cwd=self.folder, stdout=subprocess.PIPE,
                                 stderr=subprocess.STDOUT, stdin=subprocess.DEVNULL, check=False)
         return None if result.returncode == 0 else result.stdout.decode(errors="replace")
+
+
+def restore_after_kill(folder):
+    """Restores the sources that a killed run left changed in a tree, and removes its objects."""
+    for kept in folder.rglob("*.kept"):
+        path = kept.with_name(kept.name.removesuffix(".kept"))
+        if path.is_relative_to(folder / "source"):
+            kept.rename(path)
+        else:
+            kept.unlink()
+            path.unlink(missing_ok=True)
+
+
+def available_libraries():
+    def is_installed(library):
+        return os.path.isabs(subprocess.run(
+            ["clang++", f"-print-file-name=lib{library}.so"], check=True,
+            stdout=subprocess.PIPE).stdout.decode().strip())
+    return [*REQUIRED_LIBRARIES, *filter(is_installed, OPTIONAL_LIBRARIES)]
+
+
+def compile_header(text, output):
+    """Compiles a header unless the same one was compiled before. Throws BuildError."""
+    key = hashlib.sha1(("\0".join(COMPILER_FLAGS) + text).encode()).hexdigest()
+    if output.exists() and output.with_suffix(".key").exists():
+        if output.with_suffix(".key").read_text() == key:
+            return
+    header = output.with_suffix(".h")
+    header.write_text(text)
+    result = subprocess.run(
+        ["clang++", *COMPILER_FLAGS, "-fpch-instantiate-templates", "-x", "c++-header",
+         str(header), "-o", str(output)], stdout=subprocess.PIPE, stderr=subprocess.STDOUT,
+        check=False)
+    if result.returncode != 0:
+        raise BuildError(result.stdout.decode(errors="replace"))
+    output.with_suffix(".key").write_text(key)

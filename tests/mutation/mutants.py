@@ -1,8 +1,8 @@
-"""Finds the places of a C++ source that can be mutated, and what to put there.
+"""Finds the mutants of a C++ source.
 
 A mutant is one small change that a test should notice: another comparison, another constant, a
-negated condition, a statement left out. Places are found by looking at the tokens only, so some
-mutants do not compile; those do not count.
+negated condition, a removed statement. This module looks only at tokens, so some mutants do not
+compile; those do not count.
 """
 
 import hashlib
@@ -19,20 +19,27 @@ class Mutant:
     begin: int  # characters [begin, end) of the file ...
     end: int
     replacement: str  # ... become this
-    before: str  # the line without blanks around it
-    occurrence: int  # how many equal lines stand before it
+    before: str  # the line without its indentation
+    occurrence: int  # the number of equal lines before it
+
+    @property
+    def folder(self):
+        """The module, or the subfolder of hosts/."""
+        parts = self.file.split("/")
+        return "/".join(parts[:2]) if parts[0] == "hosts" else parts[0]
 
     @property
     def identity(self):
-        """The same as long as the line's text and its place among equal lines stay."""
+        """A hash that stays the same as long as the line and the number of equal lines before it do.
+        """
         key = "\0".join(
             (self.file, self.before, str(self.occurrence), str(self.column), self.operator,
              self.replacement))
         return hashlib.sha1(key.encode()).hexdigest()[:16]
 
 
-# What stands for an operator or a word. An operator of two operands has blanks on both sides in
-# formatted code, which tells it from brackets of templates and from references.
+# The replacements of an operator or a word. Formatted code has a space on each side of a binary
+# operator, which distinguishes it from template brackets and references.
 BINARY = {
     "==": ["!="], "!=": ["=="], "<": ["<=", ">="], "<=": ["<", ">"], ">": [">=", "<="],
     ">=": [">", "<"], "&&": ["||"], "||": ["&&"], "+": ["-"], "-": ["+"], "*": ["/"],
@@ -53,18 +60,18 @@ DECLARATION = re.compile(
     r"^(?:using|namespace|template|class|struct|enum|friend|extern|static|constexpr|const|typedef|"
     r"public|private|protected|return|throw|delete|static_assert|assert|#|explicit|virtual|auto|"
     r"else|case|default)\b|.*= (?:default|delete);$", re.S)
-# A type and a name, with or without a value: left out, it would not compile.
+# A variable declaration. Without it, the source would not compile.
 VARIABLE = re.compile(r"^[\w:<>,&*\s\x01]+[\s&*>]\w+(?:\s*=[^=].*|\(.*|\{.*|\[.*)?;$", re.S)
-# Making room beforehand changes no result.
+# Reserving memory changes no result.
 MAKES_ROOM = re.compile(r"\b[rR]eserve\(")
 STATEMENT = re.compile(r"^[\w:(*~+-].*;$", re.S)
-# Templates are declared, switches of the preprocessor chosen, assertions checked: no behaviour.
+# These lines have no behavior of their own.
 SKIPPED_LINE = re.compile(r"^\s*(?:template\b|#|static_assert\b|assert\b|using\b|friend\b)")
 
 
 def mask(text):
-    """The text with comments, literals and preprocessor lines blanked out, and the places of
-    string and character literals."""
+    """Returns the text with comments, literals and preprocessor lines overwritten, and the ranges
+    of string and character literals."""
     pattern = re.compile(
         r"//[^\n]*|/\*.*?\*/|^[ \t]*#(?:[^\n\\]|\\.)*|R\"\((?:.*?)\)\"|"
         r"(?P<literal>\"(?:[^\"\\\n]|\\.)*\"|(?<![0-9a-fA-F])'(?:[^'\\\n]|\\.)+')",
@@ -84,13 +91,13 @@ def mask(text):
 
 def closing_bracket(masked, opening):
     depth = 0
-    for place in range(opening, len(masked)):
-        if masked[place] == "(":
+    for offset in range(opening, len(masked)):
+        if masked[offset] == "(":
             depth += 1
-        elif masked[place] == ")":
+        elif masked[offset] == ")":
             depth -= 1
             if depth == 0:
-                return place
+                return offset
     return None
 
 
@@ -138,27 +145,27 @@ def is_droppable(statement):
 
 
 def statement_changes(masked):
-    """Whole statements: what stands between two of ; { } and ends with ;."""
+    """Yields the removal of each statement: the text between two of ; { } that ends with ;."""
     begin = 0
     depth = 0
-    for place, character in enumerate(masked):
+    for offset, character in enumerate(masked):
         if character in "([":
             depth += 1
         elif character in ")]":
             depth -= 1
         elif depth == 0 and character in ";{}":
             if character == ";":
-                piece = masked[begin:place + 1]
+                piece = masked[begin:offset + 1]
                 stripped = re.sub(r"^[\s\x01]*(?:(?:if|for|while) \(.*\)\s+)?", "", piece,
                                   flags=re.S)
-                start = place + 1 - len(stripped)
+                start = offset + 1 - len(stripped)
                 if is_droppable(stripped):
-                    yield start, place + 1, ";", "statement"
-            begin = place + 1
+                    yield start, offset + 1, ";", "statement"
+            begin = offset + 1
 
 
 def find_mutants(file, text):
-    """All mutants of a file, in the order of their places."""
+    """Returns all mutants of a file, in the order of their offsets."""
     masked, literals = mask(text)
     changes = [*operator_changes(masked), *constant_changes(masked, text, literals),
                *condition_changes(masked, text), *statement_changes(masked)]
