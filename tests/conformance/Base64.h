@@ -1,4 +1,4 @@
-// Base64 as scenarios use it for data files that are not UTF-8.
+// Base64 for data files in scenarios that are not UTF-8.
 #ifndef TESTS_CONFORMANCE_BASE64_H_
 #define TESTS_CONFORMANCE_BASE64_H_
 
@@ -8,8 +8,8 @@
 
 namespace conformance {
 
-/// The bytes that a text in the standard alphabet stands for, padded with `=` to whole groups of
-/// four; nothing when it is not of this form, or has bits set behind the last byte.
+/// Decodes a text in the standard alphabet, padded with `=` to groups of four. Returns nullopt if
+/// it is malformed or has bits set after the last byte.
 std::optional<std::string> DecodeBase64(std::string_view text);
 
 }  // namespace conformance

@@ -18,14 +18,14 @@ namespace conformance {
 struct CallFunction {
   std::string_view name;
   std::size_t argumentCount;
-  /// Whether it is a function of a list, and `list` not null for it.
+  /// Whether the function needs a list; `list` is not null then.
   bool usesList;
-  /// Calls it; the arguments are UTF-8 texts.
+  /// Calls the function. The arguments are UTF-8.
   nlohmann::json (*call)(std::span<const std::string> arguments,
                          const ornwhatsnew::FeatureListData* list);
 };
 
-/// The function of this name, or null. Valid for the whole run.
+/// Returns the function with this name, or null. The pointer stays valid.
 const CallFunction* FindCallFunction(std::string_view name);
 
 }  // namespace conformance

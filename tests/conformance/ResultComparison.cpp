@@ -16,7 +16,7 @@ using nlohmann::json;
 
 namespace {
 
-/// How much of a side is shown before and behind the place where the two part, in bytes.
+/// The number of bytes that are shown before and after the first difference.
 constexpr std::size_t kShownBefore = 60;
 constexpr std::size_t kShownBehind = 140;
 
@@ -24,7 +24,7 @@ std::string Dump(const json* value) {
   return value ? LineOf(*value) : "nothing";
 }
 
-/// The part of `text` around `place`.
+/// Returns the part of `text` around `place`.
 std::string Excerpt(std::string_view text, std::size_t place) {
   const std::size_t begin = place > kShownBefore ? place - kShownBefore : 0;
   const std::size_t end = std::min(text.size(), place + kShownBehind);

@@ -1,4 +1,4 @@
-// Where two JSON values differ, for people.
+// Finds the differences between two JSON values.
 #ifndef TESTS_CONFORMANCE_RESULTCOMPARISON_H_
 #define TESTS_CONFORMANCE_RESULTCOMPARISON_H_
 
@@ -9,16 +9,16 @@
 
 namespace conformance {
 
-/// One place that differs. Both sides are JSON on one line, long texts cut to where they part;
-/// "nothing" where one side has no value there.
+/// One difference. Both sides are JSON on one line; long strings are cut to the part that differs.
+/// A side without a value is "nothing".
 struct Difference {
   std::string path;
   std::string expected;
   std::string got;
 };
 
-/// All places that differ, down to members and elements; the path is a JSON pointer from the given
-/// values. Arrays are compared element by element.
+/// Returns all differences of members and elements. The path is a JSON pointer. Arrays are compared
+/// element by element.
 std::vector<Difference> CompareJson(const nlohmann::json& expected, const nlohmann::json& got);
 
 }  // namespace conformance

@@ -20,25 +20,25 @@ std::vector<std::string> Differences(std::string_view expected, std::string_view
   return lines;
 }
 
-TEST(ResultComparison, FindsNothingInEqualValues) {
+TEST(ResultComparison, ReturnsNothingForEqualValues) {
   const std::string_view texts[] = {"null", "[]", R"([{"a":[1,"x"],"b":null}])", "-1"};
   for (const std::string_view text : texts) EXPECT_THAT(Differences(text, text), IsEmpty());
   EXPECT_THAT(Differences(R"({"a":1,"b":2})", R"({"b":2,"a":1})"), IsEmpty());
 }
 
-TEST(ResultComparison, NamesEachPlaceThatDiffers) {
+TEST(ResultComparison, ReturnsThePathOfEachDifference) {
   EXPECT_THAT(Differences(R"([null,{"a":[1,2],"b":"x"}])", R"([null,{"a":[1,3],"b":"y"}])"),
               ElementsAre("/1/a/1 2 3", R"(/1/b "x" "y")"));
 }
 
-TEST(ResultComparison, TellsWhatOnlyOneSideHas) {
+TEST(ResultComparison, ReportsAValueThatOnlyOneSideHas) {
   EXPECT_THAT(Differences(R"({"a":1,"b":2})", R"({"b":2,"c":3})"),
               ElementsAre("/a 1 nothing", "/c nothing 3"));
   EXPECT_THAT(Differences("[1,2]", "[1]"), ElementsAre("/1 2 nothing"));
   EXPECT_THAT(Differences("[]", "[null]"), ElementsAre("/0 nothing null"));
 }
 
-TEST(ResultComparison, KeepsKindsApart) {
+TEST(ResultComparison, DistinguishesTypes) {
   const std::pair<std::string_view, std::string_view> cases[] = {
       {"null", "false"}, {"0", "false"}, {"\"1\"", "1"},
       {"[]", "{}"},      {"[]", "null"}, {"\"\"", "null"}};
@@ -47,7 +47,7 @@ TEST(ResultComparison, KeepsKindsApart) {
   }
 }
 
-TEST(ResultComparison, CutsLongTextsToWhereTheyPart) {
+TEST(ResultComparison, CutsLongStringsToTheirDifference) {
   const std::string same(1000, 'x');
   const auto differences = CompareJson(same + "a" + same, same + "b" + same);
   ASSERT_EQ(differences.size(), 1U);
@@ -57,7 +57,7 @@ TEST(ResultComparison, CutsLongTextsToWhereTheyPart) {
   EXPECT_EQ(differences[0].got, "..." + std::string(60, 'x') + 'b' + std::string(139, 'x') + "...");
 }
 
-TEST(ResultComparison, ShowsEverythingInAscii) {
+TEST(ResultComparison, PrintsOnlyAscii) {
   EXPECT_THAT(Differences("\"\xE2\x80\xA8\"", "\"\x7F\""), ElementsAre(R"( "\u2028" "\u007f")"));
 }
 

@@ -61,7 +61,8 @@ std::string LineOf(const json& value) {
   return value.dump(-1, ' ', true, json::error_handler_t::replace);
 }
 
-json SortedPiecesJson(std::string_view persistedList) {
+json PersistedListJson(std::string_view persistedList, ListForm form) {
+  if (form == ListForm::kText) return TextJson(persistedList);
   json pieces = json::array();
   for (const std::string& piece : test_support::SortedPieces(persistedList)) {
     pieces.push_back(TextJson(piece));
@@ -69,15 +70,15 @@ json SortedPiecesJson(std::string_view persistedList) {
   return pieces;
 }
 
-json PersistedValueJson(std::string_view key, std::string_view value) {
+json PersistedValueJson(std::string_view key, std::string_view value, ListForm form) {
   const bool isList = key == "WhatsNew.AllSeenItems" || key == "WhatsNew.AllVersionSeenWhatsNew";
-  return isList ? SortedPiecesJson(value) : TextJson(value);
+  return isList ? PersistedListJson(value, form) : TextJson(value);
 }
 
-json WritesJson(std::span<const std::pair<std::string, std::string>> writes) {
+json WritesJson(std::span<const std::pair<std::string, std::string>> writes, ListForm form) {
   json array = json::array();
   for (const auto& [key, value] : writes) {
-    array.push_back(json::array({TextJson(key), PersistedValueJson(key, value)}));
+    array.push_back(json::array({TextJson(key), PersistedValueJson(key, value, form)}));
   }
   return array;
 }

@@ -1,5 +1,5 @@
-// What the library gave, as JSON. Texts become well-formed UTF-8 whatever they hold: an ill-formed
-// sequence or an unpaired surrogate stands as U+FFFD.
+// The library's results as JSON. An ill-formed UTF-8 sequence or an unpaired surrogate becomes
+// U+FFFD.
 #ifndef TESTS_CONFORMANCE_RESULTJSON_H_
 #define TESTS_CONFORMANCE_RESULTJSON_H_
 
@@ -18,24 +18,31 @@
 
 namespace conformance {
 
-/// The value as one line of ASCII. A line separator or a terminal's control character inside a text
-/// would break the line for whoever reads it, so that everything beyond ASCII is escaped.
+/// Returns the value as one line of ASCII. All other characters are escaped, because a line
+/// separator or a control character would break the line on a terminal.
 std::string LineOf(const nlohmann::json& value);
 
 using hosts::common::RatingItemsJson;
 using hosts::common::RunsJson;
 using hosts::common::TextJson;
 
-/// The pieces of a persisted list in ascending byte order, duplicates kept; an empty text has none.
-nlohmann::json SortedPiecesJson(std::string_view persistedList);
+/// How results give a persisted list.
+enum class ListForm {
+  kSorted,  ///< its elements in ascending byte order, with duplicates; an empty string has none
+  kText,    ///< the string as it was written
+};
 
-/// A persisted value: the two lists as their sorted pieces, any other as a text.
-nlohmann::json PersistedValueJson(std::string_view key, std::string_view value);
+/// Returns a persisted list in the given form.
+nlohmann::json PersistedListJson(std::string_view persistedList, ListForm form);
 
-/// Setter calls, each `[key, value]`.
-nlohmann::json WritesJson(std::span<const std::pair<std::string, std::string>> writes);
+/// Returns a persisted value: the two lists in the given form, any other value as a string.
+nlohmann::json PersistedValueJson(std::string_view key, std::string_view value, ListForm form);
 
-/// The order of the keys, and all items by key.
+/// Returns setter calls, each `[key, value]`.
+nlohmann::json WritesJson(std::span<const std::pair<std::string, std::string>> writes,
+                          ListForm form);
+
+/// Returns the ordered keys, and all items by key.
 nlohmann::json ItemsJson(const ornwhatsnew::FeatureListData& list);
 
 }  // namespace conformance

@@ -13,7 +13,7 @@ namespace {
 using nlohmann::json;
 using ornwhatsnew::StyleID;
 
-TEST(ResultJson, MakesWellFormedTextOfAnyBytes) {
+TEST(ResultJson, ReplacesInvalidUtf8) {
   const std::string_view replacement = "\xEF\xBF\xBD";
   EXPECT_EQ(TextJson(std::string_view("a\xC3\xA9\0", 4)), std::string("a\xC3\xA9\0", 4));
   EXPECT_EQ(TextJson(std::string_view("\xFF")), replacement);
@@ -22,32 +22,43 @@ TEST(ResultJson, MakesWellFormedTextOfAnyBytes) {
   EXPECT_EQ(LineOf(TextJson(std::string_view("\xE2\x80\xA8\n"))), R"("\u2028\n")");
 }
 
-TEST(ResultJson, SortsThePiecesOfPersistedLists) {
-  EXPECT_EQ(SortedPiecesJson(""), json::array());
-  EXPECT_EQ(SortedPiecesJson("b a b"), json::array({"a", "b", "b"}));
-  EXPECT_EQ(SortedPiecesJson("b  \xC3\xA9 Z"), json::array({"", "Z", "b", "\xC3\xA9"}));
-  EXPECT_EQ(SortedPiecesJson(" "), json::array({"", ""}));
+TEST(ResultJson, SortsTheElementsOfPersistedLists) {
+  const auto sorted = [](std::string_view list) {
+    return PersistedListJson(list, ListForm::kSorted);
+  };
+  EXPECT_EQ(sorted(""), json::array());
+  EXPECT_EQ(sorted("b a b"), json::array({"a", "b", "b"}));
+  EXPECT_EQ(sorted("b  \xC3\xA9 Z"), json::array({"", "Z", "b", "\xC3\xA9"}));
+  EXPECT_EQ(sorted(" "), json::array({"", ""}));
 }
 
-TEST(ResultJson, ShowsOnlyTheTwoListsAsPieces) {
+TEST(ResultJson, KeepsTheTextOfPersistedListsIfAsked) {
+  EXPECT_EQ(PersistedListJson("b a  b", ListForm::kText), "b a  b");
+  const std::pair<std::string, std::string> writes[] = {{"WhatsNew.AllSeenItems", "b a"}};
+  EXPECT_EQ(WritesJson(writes, ListForm::kText),
+            json::parse(R"([["WhatsNew.AllSeenItems","b a"]])"));
+}
+
+TEST(ResultJson, SortsOnlyTheTwoPersistedLists) {
   const std::pair<std::string, std::string> writes[] = {
       {"WhatsNew.AllSeenItems", "b a"},
       {"WhatsNew.LastVersionSeenWhatsNew", "b a"},
       {"WhatsNew.AllVersionSeenWhatsNew", ""},
   };
-  EXPECT_EQ(WritesJson(writes), json::parse(R"([["WhatsNew.AllSeenItems",["a","b"]],
-                                                ["WhatsNew.LastVersionSeenWhatsNew","b a"],
-                                                ["WhatsNew.AllVersionSeenWhatsNew",[]]])"));
+  EXPECT_EQ(WritesJson(writes, ListForm::kSorted),
+            json::parse(R"([["WhatsNew.AllSeenItems",["a","b"]],
+                            ["WhatsNew.LastVersionSeenWhatsNew","b a"],
+                            ["WhatsNew.AllVersionSeenWhatsNew",[]]])"));
 }
 
-TEST(ResultJson, NamesStylesByTheirNumbersAndKeepsTheOrderOfRuns) {
+TEST(ResultJson, UsesStyleNumbersAndKeepsTheOrderOfRuns) {
   ornwhatsnew::StyleRunMap runs;
   runs[StyleID::kStyleRatingPlaceholder] = {{{5, -1}, u"x"}, {{2, 0}, u""}};
   runs[StyleID::kStyleFeatureTitle] = {};
   EXPECT_EQ(RunsJson(runs), json::parse(R"({"0":[],"13":[[5,-1,"x"],[2,0,""]]})"));
 }
 
-TEST(ResultJson, TellsNoRatingMapFromAnEmptyOne) {
+TEST(ResultJson, DistinguishesAMissingRatingMapFromAnEmptyOne) {
   EXPECT_EQ(RatingItemsJson(nullptr), json());
   EXPECT_EQ(RatingItemsJson(std::make_shared<ornwhatsnew::RatingMap>()), json::object());
 }

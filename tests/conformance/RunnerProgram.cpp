@@ -28,13 +28,13 @@ using nlohmann::json;
 
 namespace {
 
-/// What became of one scenario: its results, or an error.
+/// The results of one scenario, or its error.
 struct Outcome {
-  /// Null where the scenario has no usable name.
+  /// Null if the scenario has no usable name.
   json name;
   json results;
   std::optional<std::string> error;
-  /// The scenario's `expect`, null when it has none. Lives as long as the document.
+  /// The scenario's `expect`, or null. Owned by the document.
   const json* expect = nullptr;
 };
 
@@ -65,10 +65,10 @@ Outcome RunOne(const JsonReader& reader) {
   return outcome;
 }
 
-/// How many scenarios a text may hold.
+/// How many scenarios a text may contain.
 enum class Form { kOneOrMany, kOne };
 
-/// Runs the scenarios of one text: one object, or an array of them where many are allowed.
+/// Runs the scenarios of one text: one object, or an array if `form` allows it.
 void RunText(std::string_view text, std::string_view sourceName, Form form,
              const OutcomeSink& sink) {
   std::optional<JsonDocument> document;
@@ -117,16 +117,16 @@ std::string NameForPeople(const Outcome& outcome) {
   return quoted.substr(1, quoted.size() - 2);
 }
 
-/// Flushes what was written; a result that did not arrive is no result.
+/// Flushes the output and reports a write error.
 int Finish(const Streams& streams, int status) {
   streams.out.flush();
   if (streams.out) return status;
-  streams.err << "scenario_runner: the results could not be written\n";
+  streams.err << "scenario_runner: cannot write the results\n";
   return kNotRun;
 }
 
-/// Writes a line for each difference and tells whether there is one. A path such as `/3/text`
-/// begins with the number of the step, counted from 0 as in the paths of errors.
+/// Writes a line for each difference and returns whether there is one. A path such as `/3/text`
+/// begins with the index of the step.
 bool PrintDifferences(const Outcome& outcome, std::ostream& out) {
   const std::vector<Difference> differences = CompareJson(*outcome.expect, outcome.results);
   for (const Difference& difference : differences) {
@@ -141,7 +141,7 @@ bool PrintDifferences(const Outcome& outcome, std::ostream& out) {
 int CheckOne(const Outcome& outcome, std::ostream& out) {
   if (outcome.error || !outcome.expect) {
     out << NameForPeople(outcome) << ": "
-        << outcome.error.value_or("the scenario has no \"expect\" to compare with") << '\n';
+        << outcome.error.value_or("the scenario has no member \"expect\"") << '\n';
     return kNotRun;
   }
   return PrintDifferences(outcome, out) ? kDifferences : kAllWell;
@@ -172,7 +172,7 @@ int CheckResults(const std::vector<std::string>& files, Streams streams) {
     if (one == kAllWell) ++good;
     status = std::max(status, one);
   });
-  streams.err << good << " of " << scenarios << " scenarios gave what they expect\n";
+  streams.err << good << " of " << scenarios << " scenarios have the expected results\n";
   return Finish(streams, status);
 }
 

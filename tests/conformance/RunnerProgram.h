@@ -1,4 +1,4 @@
-// The three ways in which the program works through scenarios.
+// The three modes of the scenario runner.
 #ifndef TESTS_CONFORMANCE_RUNNERPROGRAM_H_
 #define TESTS_CONFORMANCE_RUNNERPROGRAM_H_
 
@@ -8,26 +8,25 @@
 
 namespace conformance {
 
-/// Exit statuses; the higher one counts when both apply.
+/// Exit statuses. The higher one has priority.
 inline constexpr int kAllWell = 0;
 inline constexpr int kDifferences = 1;
 inline constexpr int kNotRun = 2;
 
-/// Where scenarios come from and results go to. `files` empty: `in`.
+/// The streams of the program. Scenarios are read from `in` if there are no files.
 struct Streams {
   std::istream& in;
   std::ostream& out;
   std::ostream& err;
 };
 
-/// Writes one JSON array: for each scenario, in order, its results, or what is wrong with it.
+/// Writes one JSON array with the results or the error of each scenario, in order.
 int PrintResults(const std::vector<std::string>& files, Streams streams);
 
-/// Compares each scenario's results with what it expects, and writes a line for each difference.
+/// Compares the results of each scenario with the expected ones and writes a line per difference.
 int CheckResults(const std::vector<std::string>& files, Streams streams);
 
-/// Reads one scenario a line and writes one result a line, each as soon as it is there. Blank lines
-/// are passed over.
+/// Reads one scenario per line and writes one result per line at once. Ignores empty lines.
 int RunBatch(Streams streams);
 
 }  // namespace conformance

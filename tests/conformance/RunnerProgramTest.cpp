@@ -25,7 +25,7 @@ const std::string kDiffering =
 const std::string kBad =
     R"({"name":"bad","host":{},"steps":[{"do":"construct"},{"do":"rate"}],"expect":[]})";
 
-/// The program's three ways; the fixture's fake host puts the services back afterwards.
+/// The three modes of the runner. The fake host of the fixture resets the services.
 class RunnerProgramTest : public test_support::FakeHostTest {
  protected:
   int Print(const std::string& input, const std::vector<std::string>& files = {}) {
@@ -55,7 +55,7 @@ class RunnerProgramTest : public test_support::FakeHostTest {
   std::ostringstream err_;
 };
 
-TEST_F(RunnerProgramTest, GivesOneArrayInTheOrderOfTheScenarios) {
+TEST_F(RunnerProgramTest, PrintsOneArrayInTheOrderOfTheScenarios) {
   const std::string other = R"({"name":"other","host":{},"steps":[]})";
   EXPECT_EQ(Print("[" + kGood + "," + other + "," + kGood + "]"), kAllWell);
   EXPECT_EQ(Output(), json::parse(R"([{"name":"good","results":[null,[]]},
@@ -63,7 +63,7 @@ TEST_F(RunnerProgramTest, GivesOneArrayInTheOrderOfTheScenarios) {
                                       {"name":"good","results":[null,[]]}])"));
 }
 
-TEST_F(RunnerProgramTest, TakesASingleScenarioAndNoneAtAll) {
+TEST_F(RunnerProgramTest, AcceptsASingleScenarioAndAnEmptyArray) {
   EXPECT_EQ(Print(kGood), kAllWell);
   EXPECT_EQ(Output().size(), 1U);
   out_.str("");
@@ -85,7 +85,7 @@ TEST_F(RunnerProgramTest, ReadsFilesInTheOrderGiven) {
   EXPECT_EQ(output[3]["name"], "differing");
 }
 
-TEST_F(RunnerProgramTest, GivesAnErrorObjectForEachScenarioOfAnotherForm) {
+TEST_F(RunnerProgramTest, PrintsAnErrorForEachMalformedScenario) {
   EXPECT_EQ(Print("[" + kBad + "," + kGood +
                   R"(,7,{"name":5,"steps":[]},{"name":"e",)"
                   R"("steps":[],"expect":{}}])"),
@@ -102,7 +102,7 @@ TEST_F(RunnerProgramTest, GivesAnErrorObjectForEachScenarioOfAnotherForm) {
   EXPECT_THAT(output[4]["error"].get<std::string>(), HasSubstr("/4/expect: expected an array"));
 }
 
-TEST_F(RunnerProgramTest, ReportsInputThatIsNotJsonAsAnErrorObject) {
+TEST_F(RunnerProgramTest, PrintsAnErrorForInputThatIsNotJson) {
   for (const std::string& input :
        {std::string(), std::string("[{]"), std::string("[\"\xFF\"]"), std::string(100'000, '[')}) {
     out_.str("");
@@ -114,7 +114,7 @@ TEST_F(RunnerProgramTest, ReportsInputThatIsNotJsonAsAnErrorObject) {
   }
 }
 
-TEST_F(RunnerProgramTest, GoesOnBehindAFileThatCannotBeRead) {
+TEST_F(RunnerProgramTest, ContinuesAfterAnUnreadableFile) {
   const std::string good = WriteFile("good.json", kGood);
   EXPECT_EQ(Print("", {"no/such.json", good}), kNotRun);
   const json output = Output();
@@ -123,7 +123,7 @@ TEST_F(RunnerProgramTest, GoesOnBehindAFileThatCannotBeRead) {
   EXPECT_EQ(output[1]["name"], "good");
 }
 
-TEST_F(RunnerProgramTest, WritesAsciiWhateverTheTextsHold) {
+TEST_F(RunnerProgramTest, PrintsOnlyAscii) {
   EXPECT_EQ(Print(R"({"name":"\u2028","host":{},"steps":[)"
                   R"({"do":"call","function":"LowerCase8","arguments":["\u00c9\u0085"]}]})"),
             kAllWell);
@@ -131,24 +131,24 @@ TEST_F(RunnerProgramTest, WritesAsciiWhateverTheTextsHold) {
   EXPECT_EQ(Output()[0]["name"], "\xE2\x80\xA8");
 }
 
-TEST_F(RunnerProgramTest, NotesResultsThatCannotBeWritten) {
+TEST_F(RunnerProgramTest, ReportsResultsThatCannotBeWritten) {
   out_.setstate(std::ios::badbit);
   EXPECT_EQ(Print(kGood), kNotRun);
-  EXPECT_THAT(err_.str(), HasSubstr("could not be written"));
+  EXPECT_THAT(err_.str(), HasSubstr("cannot write the results"));
 }
 
-TEST_F(RunnerProgramTest, ChecksWithoutAWordWhenAllIsWell) {
+TEST_F(RunnerProgramTest, PrintsNothingIfThereIsNoDifference) {
   EXPECT_EQ(Check("[" + kGood + "," + kGood + "]"), kAllWell);
   EXPECT_EQ(out_.str(), "");
-  EXPECT_EQ(err_.str(), "2 of 2 scenarios gave what they expect\n");
+  EXPECT_EQ(err_.str(), "2 of 2 scenarios have the expected results\n");
 }
 
-TEST_F(RunnerProgramTest, WritesALineForEachDifference) {
+TEST_F(RunnerProgramTest, PrintsALineForEachDifference) {
   EXPECT_EQ(Check("[" + kDiffering + "," + kGood + "]"), kDifferences);
   EXPECT_EQ(out_.str(),
             "differing: step 0: expected 0, got null\n"
             "differing: step 1 /order/0: expected \"A\", got nothing\n");
-  EXPECT_EQ(err_.str(), "1 of 2 scenarios gave what they expect\n");
+  EXPECT_EQ(err_.str(), "1 of 2 scenarios have the expected results\n");
 }
 
 TEST_F(RunnerProgramTest, CountsMissingAndSurplusExpectationsAsDifferences) {
@@ -160,9 +160,9 @@ TEST_F(RunnerProgramTest, CountsMissingAndSurplusExpectationsAsDifferences) {
   EXPECT_EQ(out_.str(), "s: step 0: expected null, got nothing\n");
 }
 
-TEST_F(RunnerProgramTest, SaysWhenThereIsNothingToCompareWith) {
+TEST_F(RunnerProgramTest, ReportsAMissingExpect) {
   EXPECT_EQ(Check(R"({"name":"s","host":{},"steps":[]})"), kNotRun);
-  EXPECT_EQ(out_.str(), "s: the scenario has no \"expect\" to compare with\n");
+  EXPECT_EQ(out_.str(), "s: the scenario has no member \"expect\"\n");
 }
 
 TEST_F(RunnerProgramTest, RanksScenariosNotRunAboveDifferences) {
@@ -171,7 +171,7 @@ TEST_F(RunnerProgramTest, RanksScenariosNotRunAboveDifferences) {
                                 HasSubstr("differing: step 0: ")));
 }
 
-TEST_F(RunnerProgramTest, AnswersABatchLineByLine) {
+TEST_F(RunnerProgramTest, PrintsAResultForEachLineOfABatch) {
   EXPECT_EQ(Batch(kGood + "\n" + kDiffering + "\r\n\n  \n" + kGood), kAllWell);
   std::istringstream lines(out_.str());
   std::vector<json> results;
@@ -182,7 +182,7 @@ TEST_F(RunnerProgramTest, AnswersABatchLineByLine) {
   EXPECT_EQ(results[2], results[0]);
 }
 
-TEST_F(RunnerProgramTest, AnswersEveryLineOfABatchWhateverItHolds) {
+TEST_F(RunnerProgramTest, PrintsAResultForEachMalformedLineOfABatch) {
   EXPECT_EQ(Batch("{\n" + kBad + "\n[" + kGood + "," + kGood + "]\n[]\n" + kGood + "\n"), kNotRun);
   std::istringstream lines(out_.str());
   std::vector<json> results;

@@ -1,4 +1,4 @@
-// A scenario: a host, and the calls that are made on one feature list after the other.
+// A scenario: a host, and the calls that are made on its feature lists in order.
 #ifndef TESTS_CONFORMANCE_SCENARIO_H_
 #define TESTS_CONFORMANCE_SCENARIO_H_
 
@@ -14,7 +14,7 @@ namespace conformance {
 
 struct CallFunction;
 
-// One structure per kind of step, named after its `do`. Texts are UTF-8; `data` may be any bytes.
+// One structure per kind of step, named after its `do`. Strings are UTF-8; `data` may be any bytes.
 
 struct ConstructStep {};
 struct LoadStep {
@@ -22,7 +22,7 @@ struct LoadStep {
 };
 struct LoadResourceStep {
   std::string path;
-  /// Absent: the resource manager knows no resource.
+  /// Absent if the resource manager has no resource.
   std::optional<std::string> data;
 };
 struct InitStep {
@@ -57,9 +57,10 @@ struct ScenarioHost : hosts::common::HostDescription {
 };
 
 struct HostStep {
-  /// The whole host from this step on.
+  /// The complete host from this step on.
   ScenarioHost host;
-  /// Both hold what the library wrote as well, so that they are only put back where the step says.
+  /// The debug entries and the state also hold what the library wrote, so a step replaces them only
+  /// if it has the member.
   bool replacesDebug = false;
   bool replacesState = false;
 };
@@ -99,6 +100,8 @@ using Step =
 
 struct Scenario {
   std::string name;
+  /// Results give persisted lists as they were written instead of sorted.
+  bool exactTexts = false;
   ScenarioHost host;
   std::vector<Step> steps;
 };

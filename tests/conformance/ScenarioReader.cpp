@@ -17,32 +17,47 @@ using hosts::common::kHostMembers;
 
 namespace {
 
+std::string JoinLines(const JsonReader& lines) {
+  std::string text;
+  for (const JsonReader& line : lines.Elements()) text += line.Text() + '\n';
+  return text;
+}
+
+std::string DecodeData(const JsonReader& encoded) {
+  auto bytes = DecodeBase64(encoded.Text());
+  if (!bytes) encoded.FailExpecting("Base64, padded to groups of four");
+  return *std::move(bytes);
+}
+
+/// Reads the data file, which a step gives in one of three forms.
 std::optional<std::string> ReadOptionalData(const JsonReader& step) {
   const auto text = step.Find("data");
+  const auto lines = step.Find("dataLines");
   const auto encoded = step.Find("dataBase64");
-  if (text && encoded) step.Fail("give either \"data\" or \"dataBase64\", not both");
+  if (text.has_value() + lines.has_value() + encoded.has_value() > 1) {
+    step.Fail("give only one of \"data\", \"dataLines\" and \"dataBase64\"");
+  }
   if (text) return text->Text();
-  if (!encoded) return std::nullopt;
-  auto bytes = DecodeBase64(encoded->Text());
-  if (!bytes) encoded->FailExpecting("Base64, padded to groups of four");
-  return bytes;
+  if (lines) return JoinLines(*lines);
+  if (encoded) return DecodeData(*encoded);
+  return std::nullopt;
 }
 
 std::string ReadData(const JsonReader& step) {
-  step.RequireObject({"do", "data", "dataBase64"});
+  step.RequireObject({"do", "data", "dataLines", "dataBase64"});
   auto data = ReadOptionalData(step);
-  if (!data) step.Fail("the member \"data\" (or \"dataBase64\") is missing");
+  if (!data) step.Fail("the member \"data\" (or \"dataLines\", \"dataBase64\") is missing");
   return *std::move(data);
 }
 
-/// A step that consists of its name.
+/// Reads a step that has no other members.
 template <class BareStep>
 Step ReadBare(const JsonReader& step) {
   step.RequireObject({"do"});
   return BareStep{};
 }
 
-/// A step that consists of its name and a data file.
+/// Reads a step that has only a data file.
 template <class DataStep>
 Step ReadWithData(const JsonReader& step) {
   return DataStep{ReadData(step)};
@@ -53,7 +68,7 @@ std::uint8_t ReadOptions(const JsonReader& step) {
 }
 
 Step ReadLoadResource(const JsonReader& step) {
-  step.RequireObject({"do", "path", "data", "dataBase64"});
+  step.RequireObject({"do", "path", "data", "dataLines", "dataBase64"});
   return LoadResourceStep{.path = step.Member("path").Text(), .data = ReadOptionalData(step)};
 }
 
@@ -119,7 +134,7 @@ Step ReadCaptureStyle(const JsonReader& step) {
                           .string = step.Member("string").Text()};
 }
 
-/// What a step has to do with lists.
+/// Whether a step creates a list or needs one.
 enum class ListUse { kMakes, kNeeds, kNone };
 
 struct StepForm {
@@ -173,7 +188,8 @@ void ReadScenarioHost(const JsonReader& object, std::initializer_list<std::strin
   if (const auto callbacks = object.Find("callbacks")) host.callbacks = ReadCallbacks(*callbacks);
 }
 
-/// Reads the steps of one scenario, in order: what a step may be depends on those before it.
+/// Reads the steps of one scenario in order, because a step may need a list that an earlier step
+/// creates.
 class StepReader {
  public:
   explicit StepReader(const ScenarioHost& host) : host_(host) {}
@@ -190,7 +206,7 @@ class StepReader {
   }
 
  private:
-  /// The step has the changed members of the host next to `do`.
+  /// Reads the host's members, which are members of the step.
   Step ReadHost(const JsonReader& step) {
     ReadScenarioHost(step, {"do", "state"}, host_);
     return HostStep{.host = host_,
@@ -201,7 +217,7 @@ class StepReader {
   void RequireList(const JsonReader& step, ListUse use) {
     if (use == ListUse::kMakes) listMade_ = true;
     if (use == ListUse::kNeeds && !listMade_) {
-      step.Fail("this step uses a list; make one before it (construct, load, loadResource)");
+      step.Fail("this step needs a list; create one first (construct, load, loadResource)");
     }
   }
 
@@ -218,9 +234,14 @@ class StepReader {
 }  // namespace
 
 Scenario ReadScenario(const JsonReader& object) {
-  object.RequireObject({"name", "host", "steps", "expect"});
+  object.RequireObject({"name", "intent", "exactTexts", "host", "steps", "expect"});
   Scenario scenario;
   scenario.name = object.Member("name").Text();
+  // The intent is for readers; it only has to be a text.
+  if (const auto intent = object.Find("intent")) intent->Text();
+  if (const auto exactTexts = object.Find("exactTexts")) {
+    scenario.exactTexts = exactTexts->Boolean();
+  }
   if (const auto host = object.Find("host")) {
     ReadScenarioHost(*host, {"state", "callbacks"}, scenario.host);
   }

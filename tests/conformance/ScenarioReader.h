@@ -1,5 +1,4 @@
-// From JSON to a scenario that can be executed: everything that can be wrong with its form is found
-// here, before its first call.
+// Reads scenarios from JSON. Every error of form is reported here, before the first step runs.
 #ifndef TESTS_CONFORMANCE_SCENARIOREADER_H_
 #define TESTS_CONFORMANCE_SCENARIOREADER_H_
 
@@ -8,9 +7,9 @@
 
 namespace conformance {
 
-/// Reads one scenario. Throws `hosts::common::JsonError` when it is not of the form: an unknown,
-/// missing or doubled member, a value of the wrong type or range, or a step that uses a list before
-/// one has been made. `expect` is left to whoever compares.
+/// Reads one scenario. Throws `hosts::common::JsonError` for an unknown, missing or duplicate
+/// member, for a value of the wrong type or range, and for a step that needs a list before one
+/// exists. Does not read `expect`.
 Scenario ReadScenario(const hosts::common::JsonReader& object);
 
 }  // namespace conformance

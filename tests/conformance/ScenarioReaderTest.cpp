@@ -21,7 +21,7 @@ Scenario Read(std::string_view json) {
   return ReadScenario(JsonReader(document));
 }
 
-/// A scenario of these steps, without the brackets around them.
+/// Returns a scenario with these steps; `steps` has no brackets.
 std::string WithSteps(std::string_view steps) {
   return R"({"name":"x","host":{},"steps":[)" + std::string(steps) + "]}";
 }
@@ -35,7 +35,7 @@ std::string ErrorOf(std::string_view json) {
   return "";
 }
 
-/// The one step of a scenario, which must be of this kind.
+/// Returns a step that must be of this kind.
 template <class Kind>
 Kind ReadStep(std::string_view step) {
   return std::get<Kind>(Read(WithSteps(R"({"do":"construct"},)" + std::string(step))).steps.at(1));
@@ -52,10 +52,23 @@ TEST(ScenarioReader, ReadsNameHostAndSteps) {
   EXPECT_TRUE(std::holds_alternative<ItemsStep>(scenario.steps[1]));
 }
 
-TEST(ScenarioReader, TakesAnAbsentHostAndNoSteps) {
+TEST(ScenarioReader, ReadsIntentAndExactTexts) {
+  EXPECT_FALSE(Read(R"({"name":"n","intent":"A reason.","steps":[]})").exactTexts);
+  EXPECT_TRUE(Read(R"({"name":"n","exactTexts":true,"steps":[]})").exactTexts);
+  EXPECT_FALSE(Read(R"({"name":"n","exactTexts":false,"steps":[]})").exactTexts);
+}
+
+TEST(ScenarioReader, AcceptsAnAbsentHostAndNoSteps) {
   const Scenario scenario = Read(R"({"name":"n","steps":[]})");
   EXPECT_EQ(scenario.host.clientVersion, "25.1");
   EXPECT_TRUE(scenario.steps.empty());
+}
+
+TEST(ScenarioReader, EndsEachDataLineWithANewline) {
+  EXPECT_EQ(ReadStep<LoadStep>(R"({"do":"load","dataLines":["a,b","","c"]})").data, "a,b\n\nc\n");
+  EXPECT_EQ(ReadStep<LoadStep>(R"({"do":"load","dataLines":[]})").data, "");
+  EXPECT_EQ(ReadStep<LoadResourceStep>(R"({"do":"loadResource","path":"","dataLines":["a"]})").data,
+            "a\n");
 }
 
 TEST(ScenarioReader, ReadsDataAsTextOrAsBase64) {
@@ -88,7 +101,7 @@ TEST(ScenarioReader, ReadsTheMembersOfSteps) {
   EXPECT_EQ(ReadStep<IsAnythingNewStep>(R"({"do":"isAnythingNew","options":255})").options, 255);
 }
 
-TEST(ScenarioReader, GivesFormatItsDefaults) {
+TEST(ScenarioReader, UsesDefaultsForAbsentMembersOfFormat) {
   const auto bare = ReadStep<FormatStep>(R"({"do":"format","options":0})");
   EXPECT_EQ(bare.placeholder, "");
   EXPECT_TRUE(bare.ratingMap);
@@ -106,7 +119,7 @@ TEST(ScenarioReader, ReadsCalls) {
   EXPECT_THAT(call.arguments, ElementsAre("a", "b"));
 }
 
-TEST(ScenarioReader, CarriesTheHostOnFromStepToStep) {
+TEST(ScenarioReader, KeepsHostMembersThatAStepDoesNotReplace) {
   const Scenario scenario =
       Read(R"({"name":"n","host":{"platform":"Win","debug":{"a":"1"},"state":{"s":"1"}},
                "steps":[{"do":"host","clientVersion":"26"},
@@ -140,7 +153,7 @@ TEST(ScenarioReader, ReadsTheNameOfTheCallbacks) {
   }
 }
 
-TEST(ScenarioReader, RefusesScenariosOfAnotherForm) {
+TEST(ScenarioReader, RejectsMalformedScenarios) {
   const std::pair<std::string_view, std::string_view> cases[] = {
       {"7", "file.json: expected an object, found the number 7"},
       {R"({"steps":[]})", R"(the member "name" is missing)"},
@@ -152,6 +165,8 @@ TEST(ScenarioReader, RefusesScenariosOfAnotherForm) {
       {R"({"name":"x","steps":[],"host":{"state":{"a":1}}})", "/host/state/a: expected a text"},
       {R"({"name":"x","steps":[],"host":{"$schema":""}})", R"(unknown member "$schema")"},
       {R"({"name":"x","steps":[],"note":""})", R"(unknown member "note")"},
+      {R"({"name":"x","steps":[],"intent":7})", "/intent: expected"},
+      {R"({"name":"x","steps":[],"exactTexts":"yes"})", "/exactTexts: expected"},
       {R"({"name":"x","steps":[],"steps":[]})", R"(duplicate member "steps")"},
   };
   for (const auto& [json, message] : cases) {
@@ -159,16 +174,19 @@ TEST(ScenarioReader, RefusesScenariosOfAnotherForm) {
   }
 }
 
-TEST(ScenarioReader, RefusesStepsOfAnotherForm) {
+TEST(ScenarioReader, RejectsMalformedSteps) {
   const std::pair<std::string_view, std::string_view> cases[] = {
       {R"(null)", "/steps/1: expected an object, found null"},
       {R"({})", R"(/steps/1: the member "do" is missing)"},
       {R"({"do":7})", "/steps/1/do: expected a text"},
       {R"({"do":"Construct"})", "/steps/1/do: expected the name of a step"},
       {R"({"do":"construct","data":""})", R"(/steps/1: unknown member "data")"},
-      {R"({"do":"load"})", R"(/steps/1: the member "data" (or "dataBase64") is missing)"},
+      {R"({"do":"load"})", R"(/steps/1: the member "data" (or "dataLines")"},
       {R"({"do":"load","data":1})", "/steps/1/data: expected a text"},
-      {R"({"do":"load","data":"","dataBase64":""})", "/steps/1: give either"},
+      {R"({"do":"load","data":"","dataBase64":""})", "/steps/1: give only one"},
+      {R"({"do":"load","data":"","dataLines":[]})", "/steps/1: give only one"},
+      {R"({"do":"load","dataLines":"a"})", "/steps/1/dataLines: expected an array"},
+      {R"({"do":"load","dataLines":[1]})", "/steps/1/dataLines/0: expected"},
       {R"({"do":"load","dataBase64":"Zg"})", "/steps/1/dataBase64: expected Base64"},
       {R"({"do":"loadResource","data":""})", R"(/steps/1: the member "path" is missing)"},
       {R"({"do":"isAnythingNew"})", R"(/steps/1: the member "options" is missing)"},
@@ -202,7 +220,7 @@ TEST(ScenarioReader, RefusesStepsOfAnotherForm) {
   }
 }
 
-TEST(ScenarioReader, WantsAListBeforeWhatUsesOne) {
+TEST(ScenarioReader, RejectsAStepThatNeedsAListBeforeOneExists) {
   const std::string_view users[] = {
       R"({"do":"init","data":""})",
       R"({"do":"parse","data":""})",
@@ -224,14 +242,14 @@ TEST(ScenarioReader, WantsAListBeforeWhatUsesOne) {
   const std::string_view makers[] = {R"({"do":"construct"})", R"({"do":"load","data":""})",
                                      R"({"do":"loadResource","path":""})"};
   for (const std::string_view user : users) {
-    EXPECT_THAT(ErrorOf(WithSteps(user)), HasSubstr("/steps/0: this step uses a list")) << user;
+    EXPECT_THAT(ErrorOf(WithSteps(user)), HasSubstr("/steps/0: this step needs a list")) << user;
     for (const std::string_view maker : makers) {
       EXPECT_EQ(ErrorOf(WithSteps(std::string(maker) + ',' + std::string(user))), "") << user;
     }
   }
 }
 
-TEST(ScenarioReader, TakesTheOthersWithoutAList) {
+TEST(ScenarioReader, AcceptsOtherStepsWithoutAList) {
   const std::string_view steps[] = {
       R"({"do":"host"})", R"({"do":"debug"})",
       R"({"do":"call","function":"ParseVersionStringToNumber","arguments":["1"]})",

@@ -25,11 +25,12 @@ using orncore::string::UTF8to16;
 
 namespace {
 
-/// The world of one scenario, and the list that its steps work on. Each kind of step is one
-/// overload of `Do`, which makes the call and gives its result.
+/// The host of one scenario and the list that its steps use. Each kind of step has an overload of
+/// `Do`, which makes the call and returns its result.
 class ScenarioWorld {
  public:
-  explicit ScenarioWorld(const ScenarioHost& host) : callbacks_(host.callbacks) {
+  ScenarioWorld(const ScenarioHost& host, ListForm listForm)
+      : callbacks_(host.callbacks), listForm_(listForm) {
     ornappsupport::ResetServices();
     hosts::common::InstallHostServices(host);
     UseDebugEntries(host.debug);
@@ -110,7 +111,7 @@ class ScenarioWorld {
 
   json Do(const RateStep& step) {
     list_->MarkItemHasBeenRated(step.key);
-    return {{"writes", WritesJson(store_.Writes())}};
+    return {{"writes", WritesJson(store_.Writes(), listForm_)}};
   }
 
   json Do(const FormatStep& step) {
@@ -121,17 +122,19 @@ class ScenarioWorld {
     return {{"text", TextJson(text)},
             {"runs", RunsJson(runs)},
             {"ratingItems", RatingItemsJson(ratingItems)},
-            {"writes", WritesJson(store_.Writes())}};
+            {"writes", WritesJson(store_.Writes(), listForm_)}};
   }
 
   json Do(const ItemsStep&) { return ItemsJson(*list_); }
 
-  json Do(const NewSeenStateStep&) { return SortedPiecesJson(list_->GetNewSeenState()); }
+  json Do(const NewSeenStateStep&) {
+    return PersistedListJson(list_->GetNewSeenState(), listForm_);
+  }
 
   json Do(const DebugStep&) {
     json entries = json::object();
     for (const auto& [key, value] : debugStore_->Entries()) {
-      entries[TextJson(key).get<std::string>()] = PersistedValueJson(key, value);
+      entries[TextJson(key).get<std::string>()] = PersistedValueJson(key, value, listForm_);
     }
     return entries;
   }
@@ -161,6 +164,7 @@ class ScenarioWorld {
   }
 
   Callbacks callbacks_;
+  ListForm listForm_;
   test_support::FakeStateStore store_;
   std::shared_ptr<orncore::debug::MemoryDebugStore> debugStore_;
   std::shared_ptr<FeatureListData> list_;
@@ -170,7 +174,7 @@ class ScenarioWorld {
 }  // namespace
 
 json RunScenario(const Scenario& scenario) {
-  ScenarioWorld world(scenario.host);
+  ScenarioWorld world(scenario.host, scenario.exactTexts ? ListForm::kText : ListForm::kSorted);
   json results = json::array();
   for (const Step& step : scenario.steps) results.push_back(world.Execute(step));
   return results;

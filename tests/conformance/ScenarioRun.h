@@ -1,4 +1,4 @@
-// Executes a scenario: a fresh host, then one call after the other.
+// Runs a scenario: a new host, then its calls in order.
 #ifndef TESTS_CONFORMANCE_SCENARIORUN_H_
 #define TESTS_CONFORMANCE_SCENARIORUN_H_
 
@@ -8,9 +8,8 @@
 
 namespace conformance {
 
-/// Executes the scenario's steps and gives the array of their results. The process's services are
-/// put back to the start first, so that nothing is left of another scenario. Throws what the
-/// library throws. One at a time.
+/// Runs the steps of a scenario and returns the array of their results. Resets all services first,
+/// so that no earlier scenario has an effect. Throws what the library throws. Not thread-safe.
 nlohmann::json RunScenario(const Scenario& scenario);
 
 }  // namespace conformance

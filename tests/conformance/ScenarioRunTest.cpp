@@ -14,7 +14,7 @@ using hosts::common::JsonDocument;
 using hosts::common::JsonReader;
 using nlohmann::json;
 
-/// Running scenarios; the fixture's fake host puts the services back afterwards.
+/// Runs scenarios. The fake host of the fixture resets the services.
 class ScenarioRunTest : public test_support::FakeHostTest {
  protected:
   static json Run(std::string_view host, std::string_view steps) {
@@ -46,7 +46,7 @@ TEST_F(ScenarioRunTest, LogsTheWritesOfOneStepOnly) {
   EXPECT_EQ(results[2], json::parse(R"({"writes":[]})"));
 }
 
-TEST_F(ScenarioRunTest, LeavesTheStateToTheDebugDatabaseWithoutBothCallbacks) {
+TEST_F(ScenarioRunTest, KeepsTheStateInTheDebugDatabaseUnlessThereAreBothCallbacks) {
   for (const std::string_view callbacks : {"getter", "setter", "none"}) {
     const json results =
         Run(R"({"state":{"WhatsNew.LastVersionSeenWhatsNew":"24"},"callbacks":")" +
@@ -61,7 +61,7 @@ TEST_F(ScenarioRunTest, LeavesTheStateToTheDebugDatabaseWithoutBothCallbacks) {
   }
 }
 
-TEST_F(ScenarioRunTest, ReplacesWhatAHostStepNamesAndNothingElse) {
+TEST_F(ScenarioRunTest, ReplacesOnlyTheMembersOfAHostStep) {
   const json results =
       Run(R"({"callbacks":"none","debug":{"a":"1"}})",
           R"([{"do":"construct"},{"do":"format","options":0},{"do":"host","platform":"Win"},
@@ -89,7 +89,7 @@ TEST_F(ScenarioRunTest, KeepsCapturedRunsForTheWholeScenario) {
   EXPECT_EQ(results[3], json::parse(R"([[2,1,"s"],[2,1,"s"]])"));
 }
 
-TEST_F(ScenarioRunTest, TellsARatingMapFromNone) {
+TEST_F(ScenarioRunTest, DistinguishesAMissingRatingMap) {
   const json results = Run("{}", R"([{"do":"construct"},{"do":"format","options":0},
                     {"do":"format","options":0,"ratingMap":false}])");
   EXPECT_EQ(results[1]["ratingItems"], json::object());

@@ -1,4 +1,4 @@
-// scenario_runner: executes scenarios against the library.
+// scenario_runner: runs scenarios and prints or checks their results.
 
 #include <iostream>
 #include <string>
@@ -9,18 +9,19 @@
 #include "tests/conformance/RunnerProgram.h"
 
 int main(int argc, char** argv) {
-  CLI::App app("Executes scenarios and writes one JSON array of their results.");
+  CLI::App app("Runs scenarios and prints one JSON array of their results.");
   std::vector<std::string> files;
   bool check = false;
   bool batch = false;
   app.add_option("FILE", files,
-                 "A scenario, or an array of them; standard input when there is none");
-  CLI::Option* const checkFlag = app.add_flag(
-      "--check", check, "Compare with what the scenarios expect; a line for each difference");
-  CLI::Option* const batchFlag = app.add_flag(
-      "--batch", batch, "Read a scenario a line from standard input, write a result a line");
+                 "A file with one scenario or an array of scenarios (default: standard input)");
+  CLI::Option* const checkFlag =
+      app.add_flag("--check", check, "Print a line for each difference from the expected results");
+  CLI::Option* const batchFlag =
+      app.add_flag("--batch", batch,
+                   "Read one scenario per line from standard input, print one result per line");
   batchFlag->excludes(checkFlag)->excludes("FILE");
-  app.footer("Exit status: 0 all well, 1 differences, 2 a scenario could not be run.");
+  app.footer("Exit status: 0 success, 1 differences, 2 a scenario could not be run.");
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& error) {
