@@ -1,5 +1,6 @@
-// Memory that runs out at every place where it can: for each operation the first allocation fails,
-// then the second, and so on until it has none left to fail, each alone and with all that follow.
+// Memory that runs out at every allocation: for each operation the first allocation fails, then the
+// second, and so on until the last, each alone and with all later ones.
+#include <algorithm>
 #include <functional>
 #include <iostream>
 #include <memory>
@@ -41,7 +42,7 @@ bool RunsOutOfMemory(const std::function<void()>& work) {
 class MemoryTest : public FaultTest {
  protected:
   using Operation = std::function<void(World&)>;
-  /// Asked after each failure whether the world is as it must be; expects so itself.
+  /// Checks the world after each failure.
   using Check = std::function<void(World&)>;
 
   void SetUp() override {
@@ -58,16 +59,16 @@ class MemoryTest : public FaultTest {
     }
   }
 
-  /// Of an operation that either leaves everything as it was, or has begun to tell the setter; in
-  /// both cases it has its full effect when repeated.
+  /// Expects that a failed operation changes nothing unless it has called the setter, and that it
+  /// has its full effect when it is repeated.
   void ExpectAllOrNothing(const Operation& operation) const {
     const std::string untouched = MakeWorld().Look();
     World other = MakeWorld();
     operation(other);
     const std::string expected = other.Aftermath();
     FailEach(operation, [&](World& world) {
-      const bool isTold = world.store.SetterCalls() > 0;
-      if (!isTold) {
+      const bool isWritten = world.store.SetterCalls() > 0;
+      if (!isWritten) {
         EXPECT_EQ(world.Look(), untouched);
       }
       operation(world);
@@ -75,7 +76,7 @@ class MemoryTest : public FaultTest {
     });
   }
 
-  /// Of a question: it changes nothing and is answered as ever when asked again.
+  /// Expects that a failed query changes nothing and returns the same value when it is repeated.
   template <class Question>
   void ExpectAnswerOrNothing(const Question& question) const {
     const World other = MakeWorld();
@@ -89,7 +90,7 @@ class MemoryTest : public FaultTest {
   }
 
  private:
-  /// What is made once and kept is made before anything is counted.
+  /// Runs everything once, because some objects are created once and kept.
   void WarmUp(const Operation& operation, const Check& check) const {
     World checked = MakeWorld();
     check(checked);
@@ -97,14 +98,14 @@ class MemoryTest : public FaultTest {
     operation(operated);
   }
 
-  /// Whether there was an n-th allocation to fail.
+  /// Returns whether there was an n-th allocation.
   bool FailOneAndCount(std::size_t n, FailureExtent extent, const Operation& operation,
                        const Check& check) const {
     SCOPED_TRACE(testing::Message()
                  << "allocation " << n << (extent == FailureExtent::kOne ? "" : " and all after"));
     const std::ptrdiff_t before = LiveAllocations();
     const bool hasFailed = FailOne(n, extent, operation, check);
-    EXPECT_EQ(LiveAllocations(), before) << "something leaked";
+    EXPECT_EQ(LiveAllocations(), before) << "memory leaked";
     return hasFailed;
   }
 
@@ -114,7 +115,7 @@ class MemoryTest : public FaultTest {
     AllocationFailure failure(n, extent, FailureThreads::kThis);
     const bool ranOut = RunsOutOfMemory([&] { operation(world); });
     failure.Stop();
-    EXPECT_EQ(ranOut, failure.HasHappened()) << "the exception must come out";
+    EXPECT_EQ(ranOut, failure.HasHappened()) << "the exception must reach the caller";
     if (ranOut) check(world);
     return failure.HasHappened();
   }
@@ -182,7 +183,7 @@ TEST_F(MemoryTest, RefreshOfTheSeenState) {
   ExpectAllOrNothing([](World& world) { world.list->RefreshInternalSeenState(); });
 }
 
-TEST_F(MemoryTest, MakingASection) {
+TEST_F(MemoryTest, CreatingASection) {
   ExpectAllOrNothing([](World& world) {
     world.list->EnsureSpecialCaseItemExists("A section of the host, with a long key",
                                             u"A section of the host, with a long name",
@@ -203,7 +204,7 @@ TEST_F(MemoryTest, AddingAChangeToAnItem) {
                                                 .salience = "HideBetaFeatureFromExternal",
                                                 .url = "https://help.tarsa.example/added",
                                                 .description = "A change that the host adds"});
-  // One item has a URL already, the other takes that of the change.
+  // The first item has a URL already; the second receives the URL of the change.
   for (const char* const key : {"EPIC-7", "ORN-1000000000000000"}) {
     SCOPED_TRACE(key);
     ExpectAllOrNothing([&](World& world) {
@@ -228,7 +229,7 @@ TEST_F(MemoryTest, BubblingTheUnlockedItems) {
 }
 
 TEST_F(MemoryTest, ParsingWithoutClearing) {
-  // Halfway it may have hung some of its changes on the list, and a reload makes good for that.
+  // A failed parse may have added some of its changes; a reload removes them.
   const std::string text = LaterData();
   World other = MakeWorld();
   other.list->InitWithData(text);
@@ -241,7 +242,7 @@ TEST_F(MemoryTest, ParsingWithoutClearing) {
   FailEach([&](World& world) { world.list->ParseBetaFeatures(); }, reload);
 }
 
-TEST_F(MemoryTest, EveryQuestionForNewThings) {
+TEST_F(MemoryTest, IsAnythingNewWithEveryOption) {
   for (unsigned bits = 0; bits < 32; ++bits) {
     SCOPED_TRACE(bits);
     const DisplayOptions options(static_cast<unsigned char>(bits));
@@ -249,7 +250,7 @@ TEST_F(MemoryTest, EveryQuestionForNewThings) {
   }
 }
 
-TEST_F(MemoryTest, TheQuestionForRatings) {
+TEST_F(MemoryTest, IsAnythingNeedingRating) {
   ExpectAnswerOrNothing([](const FeatureListData& list) { return list.IsAnythingNeedingRating(); });
 }
 
@@ -274,28 +275,35 @@ TEST_F(MemoryTest, CapturingAStyle) {
   });
 }
 
-TEST_F(MemoryTest, CapturingAStyleKeepsTheRunsBefore) {
+TEST_F(MemoryTest, AFailedCaptureKeepsTheEarlierRuns) {
   const UTF16String url = u"https://help.tarsa.example/export";
   std::optional<StyleRunMap> runs;
+  std::size_t captured = 0;
+  std::size_t mostKept = 0;
   FailEach(
       [&](World& world) {
+        captured = 0;
         runs.emplace();
         for (int i = 0; i < 3; ++i) {
           world.list->CaptureStyle(kStyleHotSpot, {}, {}, i, 0, url, *runs);
+          ++captured;
         }
         runs.reset();
       },
       [&](World&) {
         if (!runs) return;
         const std::vector<StyleRun>& kept = (*runs)[kStyleHotSpot];
+        EXPECT_EQ(kept.size(), captured);
         for (std::size_t i = 0; i < kept.size(); ++i) {
           EXPECT_EQ(kept[i], StyleRun({static_cast<int>(i), 0}, url));
         }
+        mostKept = std::max(mostKept, kept.size());
         runs.reset();
       });
+  EXPECT_EQ(mostKept, 2U) << "the third call must fail after two runs";
 }
 
-/// The ways to ask for a panel.
+/// The arguments of a display call.
 struct Panel {
   DisplayOptions options;
   bool hasRatingMap;
@@ -303,7 +311,7 @@ struct Panel {
 
 class MemoryOfPanelTest : public MemoryTest, public testing::WithParamInterface<Panel> {};
 
-TEST_P(MemoryOfPanelTest, IsShownAndToldOrShownAgain) {
+TEST_P(MemoryOfPanelTest, IsShownAndWrittenOrShownAgain) {
   const UTF16String placeholder = u"	A placeholder for the rating control";
   ExpectAllOrNothing([&](World& world) {
     StyleRunMap runs;
@@ -323,7 +331,7 @@ INSTANTIATE_TEST_SUITE_P(
              (panel.param.hasRatingMap ? "WithRatingMap" : "WithoutRatingMap");
     });
 
-TEST_F(MemoryTest, ARatingIsToldOrGivenAgain) {
+TEST_F(MemoryTest, ARatingIsWrittenOrCanBeRepeated) {
   ExpectAllOrNothing([](World& world) { world.list->MarkItemHasBeenRated("EPIC-7"); });
 }
 
