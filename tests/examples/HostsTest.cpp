@@ -1,4 +1,5 @@
-// The example's hosts are one application seen by different users: they agree on its features.
+// The example's host descriptions are one application with different users, so they have the same
+// features.
 #include <filesystem>
 #include <map>
 #include <memory>
@@ -42,7 +43,7 @@ TEST(ExampleHosts, HaveTheSameFeatures) {
   EXPECT_EQ(FeaturesOf(ReadHost("opted-out.json")), features);
 }
 
-TEST(ExampleHosts, HadFewerFeaturesEarlier) {
+TEST(ExampleHosts, TheEarlierVersionHasFewerFeatures) {
   const auto features = FeaturesOf(ReadHost("host.json"));
   const auto earlier = FeaturesOf(ReadHost("earlier.json"));
   EXPECT_LT(earlier.size(), features.size());
@@ -70,8 +71,8 @@ TEST(ExampleHosts, OnlyTheGermanOneHasADictionary) {
   EXPECT_GT(ReadHost("host.de.json").dictionary.size(), 20U);
 }
 
-/// A dictionary that notes what it is asked for.
-class AskedKeys : public orncore::config::DictionarySource {
+/// A dictionary that records the keys of its queries.
+class QueriedKeys : public orncore::config::DictionarySource {
  public:
   std::optional<std::string> Find(std::string_view key) const override {
     keys.emplace(key);
@@ -81,8 +82,8 @@ class AskedKeys : public orncore::config::DictionarySource {
   mutable std::set<std::string> keys;
 };
 
-TEST(ExampleHosts, SpeakItWhereverThePanelHasWords) {
-  const std::set<std::string> withoutWords = {
+TEST(ExampleHosts, TranslateEveryTextOfThePanel) {
+  const std::set<std::string> untranslated = {
       "$$$/ornwhatsnew/Feature/Detail/Plain/DisplayTemplate/Tab",
       "$$$/ornwhatsnew/Feature/Detail/Plain/DisplayTemplate",
       "$$$/ornwhatsnew/Feature/Detail/JiraID/displaytemplate",
@@ -90,17 +91,17 @@ TEST(ExampleHosts, SpeakItWhereverThePanelHasWords) {
       "$$$/ornwhatsnewui/WhatsNewView/SpaceWitDash",
       "$$$/ornwhatsnewui/WhatsNewView/ParenthesizedCode",
   };
-  const auto asked = std::make_shared<AskedKeys>();
-  orncore::config::Localizer::Get().SetDictionary(asked);
+  const auto queried = std::make_shared<QueriedKeys>();
+  orncore::config::Localizer::Get().SetDictionary(queried);
   ornwhatsnew::FeatureListData list("", nullptr, nullptr);
   ornwhatsnew::StyleRunMap runs;
   list.GetFormattedTextForDisplay({}, {}, runs, nullptr);
   orncore::config::Localizer::Get().SetDictionary(nullptr);
 
   const auto dictionary = ReadHost("host.de.json").dictionary;
-  EXPECT_GT(asked->keys.size(), withoutWords.size() + 10);
-  for (const std::string& key : asked->keys) {
-    EXPECT_TRUE(withoutWords.contains(key) || dictionary.contains(key)) << key;
+  EXPECT_GT(queried->keys.size(), untranslated.size() + 10);
+  for (const std::string& key : queried->keys) {
+    EXPECT_TRUE(untranslated.contains(key) || dictionary.contains(key)) << key;
   }
 }
 

@@ -26,7 +26,7 @@ std::string ReadAll(const std::filesystem::path& path) {
   return {std::istreambuf_iterator<char>(file), {}};
 }
 
-// What a command prints, in the order in which a reader of the page sees it.
+// The output of a command, both streams in the order of writing.
 Lines RunInShell(const std::string& command) {
   const std::unique_ptr<std::FILE, int (*)(std::FILE*)> pipe(
       popen(("{ " + command + "; } 2>&1").c_str(), "r"), pclose);
@@ -73,7 +73,7 @@ class ExamplePage : public ::testing::Test {
   const std::filesystem::path startFolder_ = std::filesystem::current_path();
 };
 
-TEST_F(ExamplePage, ShowsWhatItsCommandsPrint) {
+TEST_F(ExamplePage, ShowsTheOutputOfItsCommands) {
   ExpectPageShowsWhatItsCommandsPrint(EXAMPLE_PAGE);
 }
 
@@ -82,7 +82,7 @@ TEST_F(ExamplePage, DataFileManualShowsWhatItsCommandsPrint) {
   ExpectPageShowsWhatItsCommandsPrint(RULES_PAGE);
 }
 
-// Rows of its tables: | line | `what stands in it` | what it shows |
+// Rows of its tables: | line | `text of the line` | what it shows |
 TEST_F(ExamplePage, NamesTheLinesOfTheDataFile) {
   const Lines data = SplitLines(ReadAll("whatsnew.csv"));
   const std::regex tableRow(R"(^\| (\d+) \| `([^`]+)` \|)");
@@ -98,7 +98,7 @@ TEST_F(ExamplePage, NamesTheLinesOfTheDataFile) {
   EXPECT_GT(rowCount, 20);
 }
 
-TEST(WalkThrough, TakesThreeDotsForAnyLines) {
+TEST(WalkThrough, AcceptsThreeDotsForAnyLines) {
   const Lines output = {"a", "b", "c", "b", "d"};
   EXPECT_TRUE(IsShown({"a", "b", "c", "b", "d"}, output));
   EXPECT_TRUE(IsShown({"...", "b", "d"}, output));
@@ -113,7 +113,7 @@ TEST(WalkThrough, TakesThreeDotsForAnyLines) {
   EXPECT_FALSE(IsShown({}, output));
 }
 
-TEST(WalkThrough, TakesThreeDotsForAnyCharacters) {
+TEST(WalkThrough, AcceptsThreeDotsForAnyCharacters) {
   EXPECT_TRUE(IsShown({"at \"...\" finished"}, {"at \"/a/b\" finished"}));
   EXPECT_TRUE(IsShown({"...", "at ..."}, {"before", "at last"}));
   EXPECT_FALSE(IsShown({"at \"...\" finished"}, {"at \"/a/b\" failed"}));

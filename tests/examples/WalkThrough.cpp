@@ -13,7 +13,7 @@ bool IsAnyLines(std::string_view line) {
   return line == kDots;
 }
 
-// Whether a line is the one shown, whose dots stand for any characters.
+// Returns whether a line matches the shown one, in which "..." matches any characters.
 bool IsShownLine(std::string_view shown, std::string_view line) {
   const std::size_t dots = shown.find(kDots);
   if (dots == std::string_view::npos) return shown == line;

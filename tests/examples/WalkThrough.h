@@ -1,4 +1,4 @@
-// Reads what a page says about the program: its console blocks and what they say comes out.
+// Reads the console blocks of a page: commands and their output.
 #ifndef TESTS_EXAMPLES_WALKTHROUGH_H_
 #define TESTS_EXAMPLES_WALKTHROUGH_H_
 
@@ -10,20 +10,20 @@ namespace examples {
 
 using Lines = std::vector<std::string>;
 
-/// The lines of a text, without the blank ones at its end.
+/// Returns the lines of a text without the empty lines at its end.
 Lines SplitLines(std::string_view text);
 
-/// One command of a page, and the lines that the page shows under it.
+/// One command of a page, and its output on the page.
 struct ShownCommand {
   std::string command;
   Lines output;
 };
 
-/// The commands of all blocks that open with "```console": lines that begin with "$ ".
+/// Returns the commands (lines that begin with "$ ") of all blocks that open with "```console".
 std::vector<ShownCommand> ReadShownCommands(std::string_view page);
 
-/// Whether the output is what the page shows, where a line "..." stands for any lines or none, and
-/// "..." within a line for any characters.
+/// Returns whether the output matches the page. A line "..." matches any number of lines, and "..."
+/// within a line matches any characters.
 bool IsShown(const Lines& shown, const Lines& output);
 
 }  // namespace examples

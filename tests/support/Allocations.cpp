@@ -12,7 +12,7 @@
 namespace test_support {
 namespace {
 
-/// Stands before every block.
+/// Precedes every block.
 struct alignas(std::max_align_t) BlockHead {
   std::uint64_t mark;
   std::size_t size;
@@ -25,7 +25,7 @@ thread_local std::size_t allocations = 0;
 thread_local bool isFailingThread = false;
 std::atomic<std::ptrdiff_t> liveAllocations = 0;
 
-/// The failure under way. The counter is only touched while it is.
+/// The active failure. The counter is only used while one is active.
 struct {
   std::atomic<bool> isOn = false;
   std::atomic<bool> hasHappened = false;
@@ -49,8 +49,8 @@ bool MustFail() noexcept {
 }
 
 #if !defined(__SANITIZE_ADDRESS__)
-/// The small blocks that were given back last. While they wait here their mark says so, and a
-/// second return is noticed; the sanitizer notices by itself, and better when it has them at once.
+/// The small blocks that were freed last. They are kept with a mark, so that a second free is
+/// found. AddressSanitizer finds that itself, and needs the blocks at once.
 void Release(BlockHead* head) noexcept {
   constexpr std::size_t kLargestKept = 4096;
   static constinit std::mutex mutex;
@@ -132,8 +132,8 @@ bool AllocationFailure::HasHappened() const noexcept {
 
 }  // namespace test_support
 
-// The language's other forms would call these two, but the sanitizers bring their own of each.
-// Those of over-aligned types go their own way both ways.
+// By default the other forms call these two, but sanitizers replace each form, so all are defined.
+// The forms for over-aligned types are not replaced.
 void* operator new(std::size_t size) {
   return test_support::Allocate(size);
 }

@@ -1,7 +1,7 @@
-// Counts what goes through `operator new`, makes it fail, and keeps account of what comes back:
-// for tests that promise that nothing is allocated, or that nothing is lost when nothing can be.
-// Programs that link `test_allocations` have their allocation functions replaced; there is one
-// replacement for all of them, since a program can have only one.
+// Counts allocations, makes them fail, and checks what is freed. For tests that nothing is
+// allocated, or that nothing is lost when an allocation fails. Linking `test_allocations` replaces
+// the allocation functions of a program. A program can have only one replacement, so all tests
+// share it.
 #ifndef TESTS_SUPPORT_ALLOCATIONS_H_
 #define TESTS_SUPPORT_ALLOCATIONS_H_
 
@@ -9,15 +9,15 @@
 
 namespace test_support {
 
-/// Whether the replaced functions are in use. Under valgrind, which puts an allocator of its own in
-/// place, they are not: nothing is counted and nothing fails.
+/// Returns whether the replaced functions are in use. Valgrind uses its own allocator; nothing is
+/// counted and nothing fails then.
 bool AreAllocationsReplaced() noexcept;
 
-/// The allocations of the calling thread since the program started. Expect at most a number, never
-/// exactly one, for the sake of valgrind.
+/// Returns the allocations of the calling thread since the program started. Under valgrind this is
+/// 0, so tests must only expect an upper limit.
 std::size_t AllocationsSoFar() noexcept;
 
-/// The allocations that `work` makes on the calling thread.
+/// Returns the number of allocations that `work` makes on the calling thread.
 template <class Work>
 std::size_t CountAllocations(Work work) {
   const std::size_t before = AllocationsSoFar();
@@ -25,22 +25,22 @@ std::size_t CountAllocations(Work work) {
   return AllocationsSoFar() - before;
 }
 
-/// The blocks of all threads that are allocated and not yet given back. A block that is given back
-/// twice, with another size than its own, or that never came from here, ends the program.
+/// Returns the number of blocks of all threads that are allocated and not freed. Freeing a block
+/// twice, with a wrong size, or from another allocator ends the program.
 std::ptrdiff_t LiveAllocations() noexcept;
 
-/// Which allocations fail, and whose.
+/// Which allocations fail.
 enum class FailureExtent {
-  kOne,      ///< the n-th alone
-  kAllFrom,  ///< the n-th and every one after it
+  kOne,      ///< only the n-th
+  kAllFrom,  ///< the n-th and all later ones
 };
 enum class FailureThreads {
   kThis,  ///< the allocations of the calling thread count and fail
   kAll,   ///< those of all threads
 };
 
-/// While it lives, the n-th allocation from its making on (1: the next) throws `std::bad_alloc`.
-/// One at a time; made, stopped and destroyed on one thread.
+/// While this object exists, the n-th allocation after its construction (1: the next one) throws
+/// `std::bad_alloc`. Only one object may exist. Use it from one thread.
 class AllocationFailure {
  public:
   AllocationFailure(std::size_t n, FailureExtent extent, FailureThreads threads) noexcept;
@@ -48,10 +48,10 @@ class AllocationFailure {
   AllocationFailure(const AllocationFailure&) = delete;
   AllocationFailure& operator=(const AllocationFailure&) = delete;
 
-  /// From here on nothing fails.
+  /// Lets no more allocations fail.
   void Stop() noexcept;
 
-  /// Whether an allocation has failed.
+  /// Returns whether an allocation has failed.
   bool HasHappened() const noexcept;
 };
 

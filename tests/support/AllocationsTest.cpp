@@ -15,7 +15,7 @@ class Allocations : public testing::Test {
     if (!AreAllocationsReplaced()) GTEST_SKIP() << "another allocator is in place";
   }
 
-  /// Whether the next allocation of the calling thread throws.
+  /// Returns whether the next allocation of the calling thread throws.
   static bool NextFails() {
     try {
       ::operator delete(::operator new(8));
@@ -33,14 +33,14 @@ TEST_F(Allocations, AreCountedByThread) {
   EXPECT_LE(AllocationsSoFar() - before, 1U) << "more than the thread's own start";
 }
 
-// Sanitizers bring forms of their own, which must not be taken.
+// Sanitizers define these forms, too; the replacement must be used.
 TEST_F(Allocations, AreCountedInEveryForm) {
   EXPECT_EQ(CountAllocations([] { ::operator delete[](::operator new[](8)); }), 1U);
   EXPECT_EQ(CountAllocations([] { ::operator delete(::operator new(8, std::nothrow)); }), 1U);
   EXPECT_EQ(CountAllocations([] { ::operator delete[](::operator new[](8, std::nothrow)); }), 1U);
 }
 
-TEST_F(Allocations, WithoutExceptionsGiveNullWhenTheyFail) {
+TEST_F(Allocations, ReturnNullOnFailureWithNothrow) {
   AllocationFailure failure(1, FailureExtent::kAllFrom, FailureThreads::kThis);
   void* const block = ::operator new(8, std::nothrow);
   void* const blocks = ::operator new[](8, std::nothrow);
@@ -49,7 +49,7 @@ TEST_F(Allocations, WithoutExceptionsGiveNullWhenTheyFail) {
   EXPECT_EQ(blocks, nullptr);
 }
 
-TEST_F(Allocations, LiveOnesAreThoseNotGivenBack) {
+TEST_F(Allocations, AreLiveUntilTheyAreFreed) {
   const std::ptrdiff_t before = LiveAllocations();
   void* const block = ::operator new(8);
   const std::ptrdiff_t between = LiveAllocations();
@@ -58,7 +58,7 @@ TEST_F(Allocations, LiveOnesAreThoseNotGivenBack) {
   EXPECT_EQ(LiveAllocations(), before);
 }
 
-TEST_F(Allocations, TheOneAskedForFails) {
+TEST_F(Allocations, FailAtTheGivenNumber) {
   AllocationFailure failure(2, FailureExtent::kOne, FailureThreads::kThis);
   const bool first = NextFails();
   const bool early = failure.HasHappened();
@@ -70,7 +70,7 @@ TEST_F(Allocations, TheOneAskedForFails) {
   EXPECT_FALSE(third);
 }
 
-TEST_F(Allocations, AllFailFromTheOneAskedFor) {
+TEST_F(Allocations, AllFailFromTheGivenNumber) {
   AllocationFailure failure(2, FailureExtent::kAllFrom, FailureThreads::kThis);
   const bool first = NextFails();
   const bool second = NextFails();
@@ -81,7 +81,7 @@ TEST_F(Allocations, AllFailFromTheOneAskedFor) {
   EXPECT_FALSE(NextFails());
 }
 
-TEST_F(Allocations, FailForOtherThreadsOnlyWhenAsked) {
+TEST_F(Allocations, FailForOtherThreadsOnlyOnRequest) {
   for (const FailureThreads threads : {FailureThreads::kThis, FailureThreads::kAll}) {
     bool fails = false;
     std::atomic<bool> isReady = false;
@@ -100,8 +100,8 @@ TEST_F(Allocations, FailForOtherThreadsOnlyWhenAsked) {
 
 using AllocationsDeathTest = Allocations;
 
-TEST_F(AllocationsDeathTest, ABlockThatComesBackTwiceEndsTheProgram) {
-  // Called in a way that the compiler cannot see through, since it would refuse this.
+TEST_F(AllocationsDeathTest, FreeingABlockTwiceEndsTheProgram) {
+  // The compiler would reject a direct call.
   void (*volatile giveBack)(void*) = ::operator delete;
   EXPECT_DEATH(
       {
@@ -112,9 +112,9 @@ TEST_F(AllocationsDeathTest, ABlockThatComesBackTwiceEndsTheProgram) {
       "given back twice|heap-use-after-free");
 }
 
-// Some compilers tell the size only when asked to.
+// Some compilers pass the size only with an option.
 #ifdef __cpp_sized_deallocation
-TEST_F(AllocationsDeathTest, ABlockThatComesBackWithAnotherSizeEndsTheProgram) {
+TEST_F(AllocationsDeathTest, FreeingABlockWithAWrongSizeEndsTheProgram) {
   EXPECT_DEATH(::operator delete (::operator new(8), std::size_t{9}), "not its own");
 }
 #endif

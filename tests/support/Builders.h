@@ -1,4 +1,4 @@
-// Records and data files for tests, written with only the fields that a test is about.
+// Builds records and data files for tests from only the fields that matter to a test.
 #ifndef TESTS_SUPPORT_BUILDERS_H_
 #define TESTS_SUPPORT_BUILDERS_H_
 
@@ -14,7 +14,7 @@
 
 namespace test_support {
 
-/// One change row of a data file, its ten columns in file order.
+/// One change row of a data file: its ten columns in file order.
 struct ChangeRow {
   std::string version = {};
   std::string groupingID = {};
@@ -28,7 +28,7 @@ struct ChangeRow {
   std::string description = {};
 };
 
-/// The text of a data file, line by line; it begins with the header row.
+/// Builds the text of a data file line by line. The first line is the header row.
 ///
 ///     DataFile().ChangesSince("25.0").Row({.groupingID = "EPIC-1", .description =
 ///     "Faster"}).Text()
@@ -36,29 +36,30 @@ class DataFile {
  public:
   DataFile();
 
-  /// A row of ten fields; a field with a comma stands in quotes.
+  /// Adds a row of ten fields. Quotes a field that contains a comma.
   DataFile& Row(const ChangeRow& row);
-  /// The row that names the version from which changes are counted.
+  /// Adds the row that sets the changes-since version.
   DataFile& ChangesSince(std::string_view version);
-  /// A line as it is, for rows of every other form.
+  /// Adds a line unchanged, for rows of any other form.
   DataFile& Line(std::string_view line);
 
   const std::string& Text() const { return text_; }
 
-  /// The header row as authors write it, without a line end.
+  /// The usual header row, without a line end.
   static std::string_view Header();
 
  private:
   std::string text_;
 };
 
-/// The text of a data file with a header and these rows.
+/// Returns the text of a data file with a header and these rows.
 std::string DataFileText(std::initializer_list<ChangeRow> rows);
 
-/// A change with the row's texts as they stand: nothing is lower-cased as the parser would.
+/// Returns a change with the unchanged fields of the row. The parser would convert some to lower
+/// case.
 std::shared_ptr<ornwhatsnew::FeatureListDetail> MakeDetail(const ChangeRow& row);
 
-/// The five texts and keys of an item.
+/// The five strings of an item.
 struct ItemTexts {
   std::string groupingKey = {};
   std::string internalKey = {};
@@ -67,7 +68,7 @@ struct ItemTexts {
   std::int32_t visibility = 0;
 };
 
-/// An item, with a change added for each row in order.
+/// Returns an item with a change for each row, in order.
 std::shared_ptr<ornwhatsnew::FeatureListItem> MakeItem(const ItemTexts& texts,
                                                        const std::vector<ChangeRow>& changes = {});
 

@@ -35,7 +35,7 @@ void WriteWhole(int descriptor, const std::string& text) {
   }
 }
 
-/// Both ends of a stream: ours and the program's.
+/// Both ends of a stream: that of the test and that of the program.
 struct Stream {
   int ours = -1;
   int theirs = -1;
@@ -59,7 +59,7 @@ Stream Terminal(unsigned short columns, const std::string& typed) {
   Stream stream;
   termios settings{};
   ::cfmakeraw(&settings);
-  // Lines, so that Ctrl-D ends the input; still without echo.
+  // Line mode, so that Ctrl-D ends the input; without echo.
   settings.c_lflag |= ICANON;
   settings.c_cc[VEOF] = '\x04';
   winsize size{};
@@ -80,8 +80,8 @@ std::vector<char*> Pointers(std::vector<std::string>& texts) {
   return pointers;
 }
 
-/// What `execve` takes, made before the fork: another thread may hold the allocator's lock then,
-/// and the child, which does not have that thread, would wait for it for ever.
+/// The arguments of `execve`, created before the fork. At the fork another thread may hold the
+/// allocator's lock; the child does not have that thread and would wait forever.
 class Invocation {
  public:
   Invocation(const std::string& program, const ProgramCall& call) : arguments_({program}) {
@@ -104,7 +104,7 @@ class Invocation {
   std::vector<char*> environmentPointers_;
 };
 
-/// Runs in the child, and so allocates nothing.
+/// Runs in the child, so it must not allocate.
 [[noreturn]] void BecomeProgram(const Invocation& invocation, const ProgramCall& call, int input,
                                 int output, int errors) {
   ::dup2(input, STDIN_FILENO);
@@ -115,12 +115,12 @@ class Invocation {
   ::_exit(kCannotStart);
 }
 
-/// Appends what there is to read; false at the end of the stream.
+/// Appends the available output. Returns false at the end of the stream.
 bool ReadSome(int descriptor, std::string& text) {
   std::array<char, 65536> buffer{};
   const ssize_t count = ::read(descriptor, buffer.data(), buffer.size());
   if (count < 0 && errno == EINTR) return true;
-  // A terminal whose other side is closed answers EIO.
+  // Reading from a terminal whose other end is closed fails with EIO.
   if (count <= 0) return false;
   text.append(buffer.data(), static_cast<std::size_t>(count));
   return true;
@@ -177,7 +177,7 @@ ProgramResult ChildProcess::Wait() {
 }
 
 void ChildProcess::ReadStreams(ProgramResult& result) {
-  // A descriptor of -1 is passed over by poll.
+  // poll ignores a descriptor of -1.
   while (output_ >= 0 || errors_ >= 0) {
     std::array<pollfd, 2> polled = {pollfd{output_, POLLIN, 0}, pollfd{errors_, POLLIN, 0}};
     if (::poll(polled.data(), polled.size(), -1) < 0 && errno != EINTR) ThrowSystemError("poll");

@@ -1,5 +1,5 @@
-// Programs run by tests, as a user or a script would run them: with arguments, an environment,
-// standard streams and, where it matters, a terminal.
+// Runs programs in tests as a user or a script does: with arguments, an environment, standard
+// streams and, if needed, a terminal.
 #ifndef TESTS_SUPPORT_CHILDPROCESS_H_
 #define TESTS_SUPPORT_CHILDPROCESS_H_
 
@@ -12,30 +12,30 @@
 
 namespace test_support {
 
-/// How a program is started. The environment is exactly the one given, so that a test does not
-/// depend on who runs it.
+/// How to start a program. The program receives only the given environment, so that a test does not
+/// depend on the user who runs it.
 struct ProgramCall {
   std::vector<std::string> arguments = {};
   std::map<std::string, std::string> environment = {};
-  /// What standard input holds; at most what fits into a pipe.
+  /// The content of standard input; it must fit into a pipe.
   std::string input = {};
-  /// Standard output, and standard input when `input` is empty, are a terminal this wide.
+  /// The width of the terminal that is standard output, and standard input if `input` is empty.
   bool isOnTerminal = false;
   unsigned short columns = 80;
-  /// What somebody types on the terminal, line by line; "\x04" is Ctrl-D. Not with `input`.
+  /// The lines that a user types on the terminal; "\x04" is Ctrl-D. Not together with `input`.
   std::string typed = {};
-  /// Runs in the new process before the program: limits, another user.
+  /// Runs in the new process before the program, for example to set limits.
   std::function<void()> beforeStart = {};
 };
 
 /// How a program ended.
 struct ProgramResult {
-  int exitStatus = 0;  ///< negated signal number when a signal ended it
+  int exitStatus = 0;  ///< the negated signal number if a signal ended the program
   std::string output;
   std::string errors;
 };
 
-/// A program under way. Killed and waited for when the object goes. One thread at a time.
+/// A running program. The destructor kills it and waits for it. Not thread-safe.
 class ChildProcess {
  public:
   /// Starts a program. Throws `std::system_error`.
@@ -44,13 +44,13 @@ class ChildProcess {
   ChildProcess(const ChildProcess&) = delete;
   ChildProcess& operator=(const ChildProcess&) = delete;
 
-  /// Ends it at once, wherever it is.
+  /// Kills the program.
   void Kill();
 
-  /// Stops reading its output, like a pager that is closed.
+  /// Closes the reading end of its output, like a pager that exits.
   void CloseOutput();
 
-  /// Waits for its end. REQUIRES: called once.
+  /// Waits until the program ends. REQUIRES: called once.
   ProgramResult Wait();
 
  private:
@@ -61,15 +61,15 @@ class ChildProcess {
   int errors_ = -1;
 };
 
-/// Starts a program and waits for its end.
+/// Starts a program and waits until it ends.
 ProgramResult RunProgram(const std::string& program, const ProgramCall& call);
 
-/// How many processes a test of kills is to kill: the environment's ORNWHATSNEW_TEST_KILLS, or
-/// `otherwise`.
+/// Returns how many processes a test must kill: the value of ORNWHATSNEW_TEST_KILLS in the
+/// environment, or `otherwise`.
 int KillsWanted(int otherwise);
 
-/// Runs `work` in a process of its own: for what would end or change this one. True when it came to
-/// its end and answered true.
+/// Runs `work` in a new process, because it would end or change this one. Returns true if it
+/// returned true.
 bool InChildProcess(const std::function<bool()>& work);
 
 }  // namespace test_support

@@ -41,8 +41,8 @@ void ResetAllServices() {
 
 }  // namespace
 
-/// The state behind all services at once. The registries share it, so that a service which outlives
-/// the fixture by a destructor's length still finds it.
+/// The state of all services. The services share its ownership, because they may outlive the host
+/// for a moment.
 class FakeHost::Services : public orncore::config::ClientInfo,
                            public ornappsupport::feature::FeatureService {
  public:

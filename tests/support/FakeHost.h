@@ -1,5 +1,5 @@
-// A host for tests: every service that the library asks, settable one by one, and put back to the
-// defaults when the test is over.
+// A host for tests: all services that the library queries. Each can be set separately, and all are
+// reset after the test.
 #ifndef TESTS_SUPPORT_FAKEHOST_H_
 #define TESTS_SUPPORT_FAKEHOST_H_
 
@@ -16,7 +16,7 @@
 
 namespace test_support {
 
-/// One entry of the host's feature table; texts are UTF-8.
+/// One entry of the host's feature table. All strings are UTF-8.
 struct FakeFeature {
   std::string internalKey;
   std::string epicKey = {};
@@ -27,9 +27,8 @@ struct FakeFeature {
   bool availableForUser = false;
 };
 
-/// Owns the world of one test: the process-wide services are reset when it is made and again when
-/// it goes, and answer from here in between. What is set counts from the next question on, as it
-/// does with a real host. Only one at a time, one thread at a time.
+/// Replaces the process-wide services by its own from construction to destruction. A setter takes
+/// effect with the next query, as with a real host. Only one object may exist. Not thread-safe.
 class FakeHost {
  public:
   FakeHost();
@@ -37,7 +36,7 @@ class FakeHost {
   FakeHost(const FakeHost&) = delete;
   FakeHost& operator=(const FakeHost&) = delete;
 
-  /// Version, build number and platform of the running client ("25.1", "42", "Mac" at first).
+  /// Set the version, build number and platform of the client (initially "25.1", "42", "Mac").
   void SetClientVersion(std::string_view version);
   void SetBuildNumber(std::string_view buildNumber);
   void SetPlatform(std::string_view platform);
@@ -46,24 +45,24 @@ class FakeHost {
   void SetUsageLogging(bool logging);
   void SetInternalFeaturesAllowed(bool allowed);
 
-  /// Adds a feature, or replaces the one under the same internal key.
+  /// Adds a feature or replaces the one with the same internal key.
   void AddFeature(const FakeFeature& feature);
   void RemoveFeature(std::string_view internalKey);
-  /// Switches a feature that is in the table. REQUIRES: it is.
+  /// Switches a feature on or off. REQUIRES: it is in the table.
   void SetFeatureEnabled(std::string_view internalKey, bool enabled);
   void SetFeatureAvailableForUser(std::string_view internalKey, bool available);
 
-  /// Entries of the debug database.
+  /// Sets an entry of the debug database.
   void SetDebugEntry(std::string_view key, std::string_view value);
   std::string DebugEntry(std::string_view key) const;
-  /// The two switches that let an internal user see what others see.
+  /// Set the two debug switches for internal users.
   void ShowAllOffFeatures(bool show);
   void ShowAllUnlockCodes(bool show);
 
-  /// Adds a dictionary entry: a key as written before `=`, and its text.
+  /// Adds a dictionary entry: the key (the part before `=`) and its text.
   void AddTranslation(std::string_view key, std::string_view text);
 
-  /// The store behind the callbacks, and the callbacks to hand to a list.
+  /// The store of the callbacks, and the callbacks for a list.
   FakeStateStore& State() { return state_; }
   std::function<std::string(const std::string&)> Getter() { return state_.Getter(); }
   std::function<void(const std::string&, const std::string&)> Setter() { return state_.Setter(); }
@@ -76,7 +75,7 @@ class FakeHost {
   FakeStateStore state_;
 };
 
-/// The base of tests that need a host and nothing else around it.
+/// Base class of tests that need only a host.
 class FakeHostTest : public ::testing::Test {
  protected:
   FakeHost host_;

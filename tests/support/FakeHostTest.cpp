@@ -26,7 +26,7 @@ TEST(FakeStateStore, LogsWritesAndReadsThemBack) {
   EXPECT_EQ(store.SetterCalls(), 1);
 }
 
-TEST(FakeStateStore, FailsTheCallThatItWasToldTo) {
+TEST(FakeStateStore, FailsTheGivenCall) {
   FakeStateStore store;
   const auto setter = store.Setter();
   store.FailSetterCall(2);
@@ -43,7 +43,7 @@ TEST(FakeStateStore, FailsTheCallThatItWasToldTo) {
   EXPECT_EQ(getter("a"), "3");
 }
 
-TEST(FakeHost, AnswersForEveryServiceAndLeavesNothingBehind) {
+TEST(FakeHost, ReplacesAllServicesAndResetsThem) {
   using namespace ornappsupport::feature;
   {
     FakeHost host;

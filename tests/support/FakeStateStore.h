@@ -1,5 +1,4 @@
-// A host's state store for tests: texts by key, a log of every write, and calls that fail on
-// demand.
+// A host's state store for tests: texts by key, a log of all writes, and calls that fail on demand.
 #ifndef TESTS_SUPPORT_FAKESTATESTORE_H_
 #define TESTS_SUPPORT_FAKESTATESTORE_H_
 
@@ -13,14 +12,13 @@
 
 namespace test_support {
 
-/// What a call throws that was told to fail.
+/// Thrown by a call that is set to fail.
 class InjectedFailure : public std::runtime_error {
  public:
   using std::runtime_error::runtime_error;
 };
 
-/// The store behind the two state callbacks. It must outlive the callbacks that it hands out.
-/// One thread at a time.
+/// The store of the two state callbacks. It must outlive them. Not thread-safe.
 class FakeStateStore {
  public:
   using Texts = std::map<std::string, std::string, std::less<>>;
@@ -31,29 +29,29 @@ class FakeStateStore {
   FakeStateStore(const FakeStateStore&) = delete;
   FakeStateStore& operator=(const FakeStateStore&) = delete;
 
-  /// The callbacks to hand to a list.
+  /// Return the callbacks for a list.
   std::function<std::string(const std::string&)> Getter();
   std::function<void(const std::string&, const std::string&)> Setter();
 
-  /// Stores a text as an earlier run would have left it: not logged, never failing.
+  /// Stores a text like an earlier run: not logged, never fails.
   void Put(std::string key, std::string value);
-  /// The same for the whole content.
+  /// Replaces all texts: not logged, never fails.
   void Replace(Texts texts) { texts_ = std::move(texts); }
-  /// The text under a key, empty when there is none: not counted, never failing.
+  /// Returns the text of a key, or an empty string: not counted, never fails.
   std::string Text(std::string_view key) const;
   const Texts& AllTexts() const { return texts_; }
 
   /// The setter calls that succeeded, in order.
   const std::vector<Write>& Writes() const { return writes_; }
-  /// The same, and the log is empty afterwards.
+  /// Returns the log and clears it.
   std::vector<Write> TakeWrites() { return std::exchange(writes_, {}); }
 
-  /// Calls since construction, failed ones included.
+  /// Calls since construction, including failed ones.
   int GetterCalls() const { return getterCalls_; }
   int SetterCalls() const { return setterCalls_; }
 
-  /// The n-th call from now on (1: the next) throws `InjectedFailure`, once; a failed write leaves
-  /// neither text nor log entry. 0: none fails.
+  /// Lets the n-th call from now on (1: the next one) throw `InjectedFailure`, once; 0 lets none
+  /// fail. A failed write changes neither the texts nor the log.
   void FailGetterCall(int n) { getterFailsIn_ = n; }
   void FailSetterCall(int n) { setterFailsIn_ = n; }
 

@@ -1,4 +1,4 @@
-// What tests ask of a list and of a styled text, in words instead of loops.
+// Helpers that read lists and styled texts for expectations.
 #ifndef TESTS_SUPPORT_MATCHERS_H_
 #define TESTS_SUPPORT_MATCHERS_H_
 
@@ -15,33 +15,33 @@
 
 namespace test_support {
 
-/// The keys of a list in display order.
+/// Returns the keys of a list in display order.
 std::vector<std::string> KeyOrder(const ornwhatsnew::FeatureListData& list);
 
-/// The item under a key. Throws `std::logic_error` when there is none.
+/// Returns the item with a key. Throws `std::logic_error` if there is none.
 const ornwhatsnew::FeatureListItem& ItemOf(const ornwhatsnew::FeatureListData& list,
                                            std::string_view key);
 
-/// The descriptions of an item's changes, in order.
+/// Returns the descriptions of an item's changes, in order.
 std::vector<std::string> ChangeDescriptions(const ornwhatsnew::FeatureListItem& item);
 
-/// The pieces of a persisted list, sorted; an empty text has none.
+/// Returns the sorted elements of a persisted list; an empty string has none.
 std::vector<std::string> SortedPieces(std::string_view persistedList);
 
-/// What a display pass gave: the text as UTF-8, its runs and its rating records.
+/// The results of a display call: the text as UTF-8, its runs and its rating records.
 struct Display {
   std::string text;
   ornwhatsnew::StyleRunMap runs;
   ornwhatsnew::RatingMap ratingItems;
 
-  /// The text under each run of a style, in recorded order. A run that leaves the text is cut at
-  /// its end.
+  /// Returns the text of each run of a style, in recorded order. A run that extends past the end of
+  /// the text is cut there.
   std::vector<std::string> Pieces(ornwhatsnew::StyleID style) const;
-  /// The string of each run of a style, in recorded order.
+  /// Returns the string of each run of a style, in recorded order.
   std::vector<std::string> Strings(ornwhatsnew::StyleID style) const;
 };
 
-/// One display pass.
+/// Returns the results of one display call.
 Display Format(ornwhatsnew::FeatureListData& list, ornwhatsnew::DisplayOptions options = {},
                std::string_view ratingPlaceholder = "");
 

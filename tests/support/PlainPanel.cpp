@@ -51,6 +51,13 @@ std::string DifferenceOf(const ornwhatsnew::FeatureListItem& item, const PlainIt
   if (item.GetItemSeenGuid() != expected.Seen()) return "the seen identity";
   if (item.GetItemRatedGuid() != expected.Rated()) return "the rated identity";
   if (item.IsItemInternalOverride() != expected.internalOverride) return "the internal override";
+  if (static_cast<std::int32_t>(item.GetVisibility()) != expected.visibility) {
+    return "the visibility";
+  }
+  if (item.GetBetaFeatureInternalKey() != expected.internalKey) return "the internal key";
+  if (item.GetFeatureName() != expected.name) return "the name";
+  if (item.GetFeatureDescription() != expected.description) return "the description";
+  if (item.GetFeatureViewMoreURL() != expected.viewMoreURL) return "the link";
   if (item.GetAllChanges().size() != expected.changes.size()) return "the number of changes";
   for (std::size_t i = 0; i < expected.changes.size(); ++i) {
     if (PlainCopy(*item.GetAllChanges()[i]) != expected.changes[i]) return "a change";

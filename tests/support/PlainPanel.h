@@ -1,5 +1,5 @@
-// A whole list written the slow and plain way, from the data file's text to the panel: the oracle
-// for tests and fuzzers that hand the library arbitrary files, hosts and options.
+// A second, slow and plain implementation of a list, from the data file's text to the panel. Tests
+// and fuzzers compare the library with it for arbitrary files, hosts and options.
 //
 //   PlainPanel::Texts store = ...;
 //   PlainPanel oracle(store);
@@ -7,8 +7,14 @@
 //   if (FormatWithLibrary(list, state, options, placeholder) != oracle.Format(options,
 //   placeholder))
 //
-// Every run is measured over the whole text so far, rows and fields are cut by Boost's own
-// tokenizer, every key is moved by itself. It asks the host's services, as the library does.
+// It measures every run over the complete text so far, splits rows and fields with Boost's
+// tokenizer, and moves each key separately.
+//
+// It shares these with the library: the host's services (client information, feature table,
+// localizer and its markup, debug database, usage logging), the `Guid` class, and the types of
+// style runs and options. A bug in those shows on both sides; their own unit tests cover them. ICU,
+// Boost's tokenizer and the reference implementation of the hash are called directly, not by way of
+// the library.
 #ifndef TESTS_SUPPORT_PLAINPANEL_H_
 #define TESTS_SUPPORT_PLAINPANEL_H_
 
@@ -29,7 +35,7 @@
 
 namespace test_support {
 
-/// What the rating map says of one feature.
+/// One record of the rating map.
 struct PlainRatingRecord {
   std::string internalKey;
   std::string name;
@@ -40,7 +46,7 @@ struct PlainRatingRecord {
   friend bool operator==(const PlainRatingRecord&, const PlainRatingRecord&) = default;
 };
 
-/// All that one display pass gives.
+/// All results of one display call.
 struct PanelOutcome {
   std::u16string text;
   ornwhatsnew::StyleRunMap runs;
@@ -54,28 +60,29 @@ struct PanelOutcome {
 /// Prints an outcome for a failed comparison.
 std::ostream& operator<<(std::ostream& stream, const PanelOutcome& outcome);
 
-/// One display pass of the library, in the form to compare. `state` is the store behind the list's
-/// callbacks; its log is emptied.
+/// Returns the results of one display call of the library. `state` is the store of the list's
+/// callbacks; its log is cleared.
 PanelOutcome FormatWithLibrary(ornwhatsnew::FeatureListData& list, FakeStateStore& state,
                                unsigned options, const std::u16string& ratingPlaceholder);
 
 class PlainPanel;
 
-/// Where the two lists' keys, items and changes differ first, in words; empty when they are equal.
+/// Describes the first difference between the keys, items and changes of two lists. Returns an
+/// empty string if they are equal.
 std::string FirstDifference(const ornwhatsnew::FeatureListData& list, const PlainPanel& plain);
 
-/// The list. One thread at a time.
+/// The list. Not thread-safe.
 class PlainPanel {
  public:
   using Texts = FakeStateStore::Texts;
-  /// An entry without an item is a key that was only looked up.
+  /// An entry without an item is a key that was looked up and not found.
   using Items = std::map<std::string, std::optional<PlainItem>>;
 
-  /// An empty list over a store of persisted values, which it reads and writes and which outlives
-  /// it. Takes the running version from the host.
+  /// Creates an empty list that reads and writes the persisted values in `store`, which must
+  /// outlive it. Reads the running version from the host.
   explicit PlainPanel(Texts& store);
 
-  /// Loads a data file's text, as often as you like.
+  /// Loads the text of a data file. Can be called repeatedly.
   void Load(const std::string& dataText);
 
   PanelOutcome Format(unsigned options, std::u16string_view ratingPlaceholder);

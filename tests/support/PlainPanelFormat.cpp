@@ -1,4 +1,4 @@
-// How the plain list writes its panel.
+// Formats the panel of the plain list.
 #include <cstdint>
 #include <memory>
 
@@ -35,7 +35,7 @@ std::u16string Fill(std::u16string_view pattern, std::u16string_view argument) {
   return PlainReplace(pattern, u"@0", argument);
 }
 
-// Both arguments in one pass.
+// Replaces both arguments in one pass.
 std::u16string Fill(std::u16string_view pattern, std::u16string_view first,
                     std::u16string_view second) {
   std::u16string result;
@@ -55,7 +55,7 @@ int Measure(std::u16string_view text, int adjustment) {
 
 }  // namespace
 
-// One panel being written: the text so far, and a run for every piece.
+// Formats one panel: the text so far and its runs.
 class PlainPanel::Formatting {
  public:
   Formatting(unsigned options, std::u16string_view placeholder, PanelOutcome& outcome)

@@ -1,5 +1,6 @@
-// Changes and items as plain data, with their identities and the question whether a user sees them,
-// written the slow and plain way. Nothing here calls the library but for the host's services.
+// Changes and items as plain data, with a second implementation of their identities and their
+// visibility. They share with the library the host's services, the `Guid` class, and the section
+// and field names that `PlainCopy` reads from the library's records.
 #ifndef TESTS_SUPPORT_PLAINRECORDS_H_
 #define TESTS_SUPPORT_PLAINRECORDS_H_
 
@@ -16,7 +17,7 @@ namespace test_support {
 using PlainGuids = std::set<orncore::utility::Guid>;
 using PlainVersions = std::set<std::string>;
 
-/// A change: its ten texts and its two marks.
+/// A change: its ten fields and its two flags.
 struct PlainChange {
   std::string description = {};
   std::string versionAdded = {};
@@ -38,7 +39,7 @@ struct PlainChange {
   orncore::utility::Guid Seen() const;
   orncore::utility::Guid Rated() const;
 
-  /// Whether it is listed, for these option bits.
+  /// Returns whether the change is shown with these option bits.
   bool IsShown(unsigned options, const PlainGuids& seen, const PlainVersions& versions) const;
 
   friend bool operator==(const PlainChange&, const PlainChange&) = default;
@@ -55,22 +56,22 @@ struct PlainItem {
   std::string viewMoreURL = {};
   std::vector<PlainChange> changes = {};
 
-  /// Appends a change; URL and override follow.
+  /// Appends a change and updates the link and the internal override.
   void Add(PlainChange change);
 
   orncore::utility::Guid Seen() const;
   orncore::utility::Guid Rated() const;
 
-  /// Whether it is listed, for these option bits. Asks the host's services.
+  /// Returns whether the item is shown with these option bits. Queries the host's services.
   bool IsShown(unsigned options, const PlainGuids& seen, const PlainVersions& versions) const;
 };
 
-/// Whether the user opted out of usage logging.
+/// Returns whether the user may not be asked for ratings.
 bool PlainAnalyticsDisabled();
-/// Whether features that are switched off are listed all the same.
+/// Returns whether features that are switched off are shown, too.
 bool PlainShowsAllOffFeatures();
 
-/// What the library's records hold.
+/// Copies the library's records.
 PlainChange PlainCopy(const ornwhatsnew::FeatureListDetail& change);
 PlainItem PlainCopy(const ornwhatsnew::FeatureListItem& item);
 

@@ -1,5 +1,5 @@
-// The text rules of a list, written the slow and plain way over the Unicode library and the
-// reference hash, for tests that compare the library with them.
+// A second, slow and plain implementation of the library's text rules, over ICU, Boost's tokenizer
+// and the reference implementation of the hash. It shares only the `Guid` class with the library.
 #ifndef TESTS_SUPPORT_PLAINTEXT_H_
 #define TESTS_SUPPORT_PLAINTEXT_H_
 
@@ -17,19 +17,19 @@ std::string PlainUTF16to8(std::u16string_view text);
 std::u16string PlainLower(std::u16string_view text);
 std::u16string PlainUpper(std::u16string_view text);
 
-/// Every occurrence, from left to right; what was inserted is not looked at again.
+/// Replaces every occurrence from left to right. Does not search the inserted text.
 std::u16string PlainReplace(std::u16string_view text, std::u16string_view pattern,
                             std::u16string_view replacement);
 
-/// The pieces between the separators; adjacent ones have an empty piece between them, and an empty
-/// text is one empty piece.
+/// Returns the elements between the separators. Adjacent separators have an empty element between
+/// them; an empty text is one empty element.
 std::vector<std::string> PlainSplit(std::string_view text, char separator);
 
-/// What Boost's own tokenizer gives over plain strings, without an escape character.
+/// Returns the result of Boost's tokenizer without an escape character.
 std::vector<std::string> PlainCut(const std::string& text, const std::string& separator,
                                   const std::string& quote);
-/// The fields of a data file's row, each through UTF-16 and back without line ends; a row of
-/// nothing but carriage returns has none.
+/// Returns the fields of a row, each converted to UTF-16 and back, without line ends. A row that
+/// has only carriage returns has no fields.
 std::vector<std::string> PlainFields(const std::string& row);
 
 std::string PlainLower8(std::string_view text);
@@ -40,7 +40,7 @@ bool PlainIsZString(std::string_view text);
 std::string PlainHashablePortion(std::string_view text);
 std::int64_t PlainVersionNumber(std::string_view version);
 
-/// The identity of these bytes, laid side by side.
+/// Returns the identity of these bytes.
 orncore::utility::Guid PlainHash(std::string_view bytes);
 
 }  // namespace test_support

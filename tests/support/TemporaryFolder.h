@@ -1,4 +1,4 @@
-// A folder for one test, removed with all that is in it at the end.
+// A folder for one test, which is removed with its content.
 #ifndef TESTS_SUPPORT_TEMPORARYFOLDER_H_
 #define TESTS_SUPPORT_TEMPORARYFOLDER_H_
 
@@ -13,7 +13,7 @@
 
 namespace test_support {
 
-/// Makes a folder of its own under the system's temporary one.
+/// Creates a folder in the system's folder for temporary files and removes it when destroyed.
 class TemporaryFolder {
  public:
   TemporaryFolder() {
@@ -32,7 +32,7 @@ class TemporaryFolder {
 
   const std::filesystem::path& Path() const noexcept { return path_; }
 
-  /// Writes a file of this folder, and the folders above it; gives its path.
+  /// Writes a file in this folder, creates missing folders, and returns the file's path.
   std::filesystem::path Write(const std::filesystem::path& name, std::string_view bytes) const {
     std::filesystem::path path = path_ / name;
     std::filesystem::create_directories(path.parent_path());

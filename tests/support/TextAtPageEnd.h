@@ -1,4 +1,4 @@
-// Text behind which no memory can be read, in any build: a step too far ends the program.
+// Text that is followed by unreadable memory: reading past its end ends the program in every build.
 #ifndef TESTS_SUPPORT_TEXTATPAGEEND_H_
 #define TESTS_SUPPORT_TEXTATPAGEEND_H_
 
@@ -14,8 +14,7 @@
 
 namespace test_support {
 
-/// Holds copies of texts of up to a page, one at a time, so that each ends where a page ends that
-/// is followed by one that cannot be read.
+/// Holds a copy of a text of up to one page, so that the text ends where an unreadable page begins.
 class TextAtPageEnd {
  public:
   TextAtPageEnd() : pageSize_(static_cast<std::size_t>(::sysconf(_SC_PAGESIZE))) {
@@ -29,7 +28,7 @@ class TextAtPageEnd {
   TextAtPageEnd(const TextAtPageEnd&) = delete;
   TextAtPageEnd& operator=(const TextAtPageEnd&) = delete;
 
-  /// The same text there, until the next one is put.
+  /// Returns a copy of the text; valid until the next call.
   template <class Unit>
   std::basic_string_view<Unit> Put(const std::basic_string<Unit>& text) {
     char* const to = pages_ + pageSize_ - text.size() * sizeof(Unit);
