@@ -1,4 +1,4 @@
-// Door: the data file that authors write, through a whole list and its panel.
+// Entry point: the data file, through a complete list and its panel.
 //
 // Input: a line of switches (see World.h), then the data file.
 #include <algorithm>
@@ -58,7 +58,7 @@ void RequireSameRow(const DataRow& row, const std::string& text, Values& values)
   RequireFieldPlaces(row);
 }
 
-// Answers the number of change rows.
+// Returns the number of change rows.
 std::size_t RequireCutLikeBoost(std::string_view text) {
   DataFileReader reader(text);
   Values values;
@@ -75,7 +75,7 @@ std::size_t RequireCutLikeBoost(std::string_view text) {
   return changes;
 }
 
-// One display pass. `seen` is what was stored when the lists were loaded.
+// Makes one display call. `seen` was stored when the lists were loaded.
 PanelOutcome Display(ListPair& lists, unsigned options, const GuidSet& seen) {
   PanelOutcome panel = lists.Display(options);
   RequireWrittenOnce(lists.List(), options, seen, panel);
@@ -83,7 +83,7 @@ PanelOutcome Display(ListPair& lists, unsigned options, const GuidSet& seen) {
   return panel;
 }
 
-// What was displayed is not new after a reload, and what was rated needs no rating.
+// After a reload, displayed changes are not new and rated features need no rating.
 void RequireRemembered(ListPair& lists, const std::string& text, unsigned options,
                        const GuidSet& seen) {
   Display(lists, options & ~kRatingView, seen);
@@ -100,7 +100,7 @@ void RequireRemembered(ListPair& lists, const std::string& text, unsigned option
 
 void Run(Input input) {
   const std::string_view switches = input.TakeLine();
-  // The reader is given the very bytes, so that a look behind their end is noticed.
+  // The reader gets the bytes without a copy, so that a sanitizer finds a read past their end.
   const std::size_t changeRows = RequireCutLikeBoost(input.Rest());
   const std::string text(input.Rest());
 

@@ -1,7 +1,7 @@
-// The bytes of one execution, taken apart from the front.
+// Splits the bytes of one execution into parts, from the front.
 //
-// Inputs are readable: a line of switches, then parts set apart by the byte FF, which no UTF-8 text
-// has. Ill-formed text can be written with any other byte.
+// Inputs are readable: a line of switches, then parts that are separated by the byte FF, which no
+// UTF-8 text contains. Any other byte can be part of ill-formed text.
 #ifndef FUZZ_INPUT_H_
 #define FUZZ_INPUT_H_
 
@@ -18,11 +18,11 @@ class Input {
   Input(const std::uint8_t* data, std::size_t size)
       : rest_(reinterpret_cast<const char*>(data), size) {}
 
-  /// What stands before the next line feed, which is dropped; all when there is none.
+  /// Removes and returns the text up to the next line feed, without it; the rest if there is none.
   std::string_view TakeLine() { return TakeUntil('\n'); }
-  /// What stands before the next byte FF, which is dropped; all when there is none.
+  /// Removes and returns the text up to the next byte FF, without it; the rest if there is none.
   std::string_view TakePart() { return TakeUntil('\xFF'); }
-  /// All parts that are left, at least one.
+  /// Returns all remaining parts, at least one.
   std::vector<std::string_view> TakeParts();
 
   std::string_view Rest() const { return rest_; }
@@ -33,8 +33,8 @@ class Input {
   std::string_view rest_;
 };
 
-/// The n-th switch of a line, 0 when the line is shorter. Switches are bits of a byte; `@` (40 hex)
-/// has none of the lower five, and letters and digits make up the others.
+/// Returns the n-th switch of a line, or 0 if the line is shorter. A switch is a byte of flags; `@`
+/// (40 hex) has none of the lower five bits, letters and digits have the others.
 inline unsigned Switch(std::string_view line, std::size_t n) {
   return n < line.size() ? static_cast<unsigned char>(line[n]) : 0U;
 }

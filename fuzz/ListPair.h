@@ -1,5 +1,5 @@
-// One list twice: the library's and the plain one, over stores with equal content. Every call is
-// made on both, and what comes of it must be the same.
+// The library's list and the plain list over stores with equal content. Every call is made on both,
+// and the results must be equal.
 #ifndef FUZZ_LISTPAIR_H_
 #define FUZZ_LISTPAIR_H_
 
@@ -12,20 +12,20 @@
 
 namespace fuzz {
 
-/// Takes the world's state as it stands. The world must outlive it.
+/// Copies the state of the world, which must outlive the pair.
 class ListPair {
  public:
   explicit ListPair(World& world);
 
   void Load(const std::string& dataText);
-  /// A display pass with these option bits.
+  /// Formats both lists with these option bits and compares the results.
   test_support::PanelOutcome Display(unsigned options);
   bool IsAnythingNew(unsigned options) const;
   bool IsAnythingNeedingRating() const;
   void Rate(const std::string& key);
 
   const ornwhatsnew::FeatureListData& List() const { return list_; }
-  /// What both have stored.
+  /// Returns the texts that both have stored.
   const test_support::PlainPanel::Texts& Stored() const { return store_; }
 
  private:

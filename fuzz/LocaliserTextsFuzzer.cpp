@@ -1,4 +1,4 @@
-// Door: the texts of translators and authors, on their way through the localiser and the panel.
+// Entry point: the texts of translators and authors, through the localizer and the panel.
 //
 // Input: a line of switches (see World.h; one more: the number of the display template that is
 // translated), then a key text, a dictionary text, and arguments.
@@ -50,7 +50,7 @@ constexpr std::array kTemplates = {
     "$$$/ornwhatsnew/SectionKey/BugFixes",
 };
 
-// Markup by the book: what stands at a place, and how many units it takes.
+// The markup at an offset, and its length in units.
 std::u16string PlainExpand(std::u16string_view text) {
   static const std::map<std::u16string_view, char16_t> kMarks = {
       {u"#{endl}", 0x0A}, {u"#{tab}", 0x09}, {u"#{mdash}", 0x2014}, {u"#{ndash}", 0x2013},

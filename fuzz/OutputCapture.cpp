@@ -29,7 +29,7 @@ int Checked(int result) {
 
 void SendReportsTo([[maybe_unused]] int descriptor) {
 #if defined(FUZZ_HAS_REPORT_FD)
-  // The interface takes the number as a pointer.
+  // The interface of the sanitizers takes the descriptor as a pointer.
   __sanitizer_set_report_fd(reinterpret_cast<void*>(static_cast<std::intptr_t>(descriptor)));
 #endif
 }

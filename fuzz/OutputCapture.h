@@ -1,4 +1,4 @@
-// Catches what the process writes to its standard output and standard error.
+// Captures what the process writes to its standard output and standard error.
 #ifndef FUZZ_OUTPUTCAPTURE_H_
 #define FUZZ_OUTPUTCAPTURE_H_
 
@@ -6,8 +6,8 @@
 
 namespace fuzz {
 
-/// Catches from its construction on, until it is told to stop or goes. A sanitizer's report still
-/// goes to the real standard error. Only one at a time.
+/// Captures from construction until `Stop` or destruction. Reports of sanitizers still go to the
+/// real standard error. Only one object may exist.
 class OutputCapture {
  public:
   OutputCapture();
@@ -15,10 +15,10 @@ class OutputCapture {
   OutputCapture(const OutputCapture&) = delete;
   OutputCapture& operator=(const OutputCapture&) = delete;
 
-  /// Writes go where they went before.
+  /// Restores both streams.
   void Stop();
 
-  /// All that was written since the construction. REQUIRES: stopped.
+  /// Returns the captured output. REQUIRES: stopped.
   const std::string& Output() const { return output_; }
   const std::string& Errors() const { return errors_; }
 

@@ -35,7 +35,7 @@ std::string_view TextUnder(const PlainPanel::Texts& texts, std::string_view key)
   return found == texts.end() ? std::string_view() : std::string_view(found->second);
 }
 
-// The versions in which the user has opened the list: those that the pass stored.
+// Returns the versions that the display call stored.
 VersionSet VersionsOf(const PanelOutcome& panel) {
   VersionSet versions;
   for (const auto& [key, text] : panel.writes) {
@@ -45,13 +45,13 @@ VersionSet VersionsOf(const PanelOutcome& panel) {
   return versions;
 }
 
-// The runs that a panel has of its features' titles and of its changes.
+// The runs of the titles of features and of the changes.
 struct RunCounts {
   std::size_t titles = 0;
   std::size_t changeTexts = 0;
 };
 
-// Asks each record by itself whether it is shown.
+// Queries the visibility of each record separately.
 RunCounts CountRunsOfShown(const FeatureListData& list, DisplayOptions options, const GuidSet& seen,
                            const VersionSet& versions) {
   RunCounts counts;
@@ -60,7 +60,7 @@ RunCounts CountRunsOfShown(const FeatureListData& list, DisplayOptions options, 
     ++counts.titles;
     for (const auto& change : item->GetAllChanges()) {
       if (!change->ShouldShowItemToUser(options, seen, versions)) continue;
-      // The bullet, the text, and between them the platform when there is one to name.
+      // The bullet, the platform if there is one, and the text.
       counts.changeTexts += change->HasUsablePlatform() ? 3U : 2U;
     }
   }

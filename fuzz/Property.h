@@ -1,5 +1,5 @@
-// What every execution must fulfil. A property that does not hold is a find: it ends the process
-// with a message, and the fuzzer keeps the input.
+// Checks of properties. A property that does not hold is a finding: the process ends with a
+// message, and the fuzzer stores the input.
 #ifndef FUZZ_PROPERTY_H_
 #define FUZZ_PROPERTY_H_
 
@@ -16,7 +16,7 @@ inline void Require(bool holds, std::string_view property) {
   if (!holds) Fail(property);
 }
 
-/// Requires that two values are equal, and prints both when they are not.
+/// Requires that two values are equal, and prints both if they are not.
 template <class Value>
 void RequireEqual(const Value& got, const Value& expected, std::string_view property) {
   if (got == expected) return;

@@ -1,5 +1,5 @@
-// Door: the three texts that the host's store gives back, which another program or an older version
-// may have written.
+// Entry point: the three texts that the host's store returns. Another program or an older version
+// may have written them.
 //
 // Input: a line of switches (see World.h), then the last version, the versions and the seen items.
 #include <algorithm>
@@ -27,7 +27,7 @@ using test_support::PlainSplit;
 
 constexpr char kSeenKey[] = "WhatsNew.AllSeenItems";
 
-// A change of every kind, and ratings.
+// Changes of every kind, and ratings.
 constexpr char kDataText[] =
     "App Version,Grouping ID,Jira ID,Salience,Rating,First,Platform,URL,Changelist,Message\n"
     "24.9,Changes-Since\n"
@@ -38,7 +38,7 @@ constexpr char kDataText[] =
     "25.1,BUGFIX,,,,,Win,,,Mended\n"
     "25.1,nowhere,,Unreviewed,,,,,,Not looked at\n";
 
-// A piece counts as the identity that it is, or as the nil one.
+// Returns the identity of an element; an invalid element has the nil identity.
 std::set<std::string> Identities(std::string_view list) {
   std::set<std::string> identities;
   if (list.empty()) return identities;

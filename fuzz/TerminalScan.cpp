@@ -11,7 +11,7 @@
 namespace fuzz {
 namespace {
 
-// The character at the place, which moves behind it.
+// Returns the character at the offset and moves the offset past it.
 UChar32 TakeCharacter(std::string_view text, std::size_t& place) {
   const auto* const bytes = reinterpret_cast<const std::uint8_t*>(text.data());
   auto at = static_cast<std::int32_t>(place);
@@ -22,7 +22,8 @@ UChar32 TakeCharacter(std::string_view text, std::size_t& place) {
   return character;
 }
 
-// Joiners and presentation selectors shape what is seen; everything else that is not seen is gone.
+// Joiners and presentation selectors change visible characters; other invisible ones must be
+// removed.
 bool IsShaping(UChar32 character) {
   return character == 0x200C || character == 0x200D || character == 0xFE0E || character == 0xFE0F;
 }
@@ -47,7 +48,7 @@ bool IsUrlByte(char c) {
   return c > 0x20 && c < 0x7F;
 }
 
-// Follows the styles and hyperlinks of an output.
+// Tracks the styles and hyperlinks of an output.
 class Terminal {
  public:
   explicit Terminal(std::string_view output) : rest_(output) {}

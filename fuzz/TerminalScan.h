@@ -1,4 +1,4 @@
-// Reads what a program of ours wrote as a terminal would, and takes nothing on trust.
+// Checks the output of a program as a terminal interprets it.
 #ifndef FUZZ_TERMINALSCAN_H_
 #define FUZZ_TERMINALSCAN_H_
 
@@ -7,13 +7,13 @@
 
 namespace fuzz {
 
-/// Requires that nothing in the output acts on a terminal but line feeds and the two kinds of
-/// escape sequence that the panel uses, colours and hyperlinks; that every line ends with both
-/// switched off; and that no invisible or direction-changing character is left. Answers the output
-/// without the escape sequences.
+/// Requires that the output controls a terminal only with line feeds and the two kinds of escape
+/// sequences of the panel, colours and hyperlinks; that every line ends with both switched off; and
+/// that it has no invisible or direction-changing character. Returns the output without the escape
+/// sequences.
 std::string RequireHarmlessPanel(std::string_view output);
 
-/// The same for output without any escape sequence, in which tabs may stand.
+/// Requires the same for output without escape sequences, which may contain tabs.
 void RequireHarmlessText(std::string_view output);
 
 }  // namespace fuzz

@@ -1,8 +1,8 @@
-// Door: bytes and UTF-16 units of any kind, through conversions, case mappings and text rules,
-// against the Unicode library alone.
+// Entry point: arbitrary bytes and UTF-16 units, through conversions, case mappings and text rules,
+// compared with ICU.
 //
-// Input: a line with one switch (how many bytes to leave out, so that texts begin at any address),
-// then two parts: a text, and another one that plays pattern, keyword and second piece.
+// Input: a line with one switch (the number of bytes to skip, so that texts begin at any address),
+// then two parts: a text, and another text that is used as pattern, keyword and second element.
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
@@ -29,7 +29,7 @@ namespace {
 using namespace orncore::string;
 using namespace test_support;
 
-// A buffer of exactly the text's size, so that a look behind its end is noticed.
+// A buffer of exactly the size of the text, so that a sanitizer finds a read past its end.
 std::vector<char16_t> UnitsOf(std::string_view bytes) {
   std::vector<char16_t> units(bytes.size() / sizeof(char16_t));
   if (!units.empty()) std::memcpy(units.data(), bytes.data(), units.size() * sizeof(char16_t));

@@ -8,7 +8,7 @@ using test_support::FakeFeature;
 
 namespace {
 
-// Every visibility, a shared epic, a missing one, a section's name, letters beyond ASCII.
+// Every visibility, a shared epic, a missing epic, the name of a section, and non-ASCII letters.
 const FakeFeature kFeatures[] = {
     {.internalKey = "export", .epicKey = "EPIC-1", .name = "Export", .description = "Hands on"},
     {.internalKey = "keys",

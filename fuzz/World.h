@@ -1,5 +1,4 @@
-// The host in which the fuzzers load their lists: features of every kind, and switches that the
-// input sets.
+// The host of the fuzzers' lists: features of every kind, and switches that the input sets.
 #ifndef FUZZ_WORLD_H_
 #define FUZZ_WORLD_H_
 
@@ -11,7 +10,7 @@
 
 namespace fuzz {
 
-/// How many switches a world takes from the line.
+/// The number of switches that a world reads from the line.
 inline constexpr std::size_t kWorldSwitches = 5;
 
 /// A fake host with a fixed feature table. The line's switches, each a byte:
@@ -19,8 +18,8 @@ inline constexpr std::size_t kWorldSwitches = 5;
 ///   0  display options, the lower five bits
 ///   1  1 internal features allowed, 2 no usage logging, 4 terminating, 8 show features that are
 ///      off, 10 show unlock codes, 20 the platform is Win (hex)
-///   2  features that are switched off, a bit each
-///   3  features that the user may switch on, a bit each
+///   2  features that are switched off, one bit each
+///   3  features that the user may switch on, one bit each
 ///   4  1 a rating placeholder, 2 a dictionary
 class World {
  public:
