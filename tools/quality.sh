@@ -1,8 +1,8 @@
 # shellcheck shell=bash
 # Part of ./dev: the quality of the tests: coverage, mutation testing, killed programs.
 
-# The folders that coverage measures.
-measured_folders=(orncore ornappsupport ornui ornwhatsnew)
+# The library and the programs; tests are not measured.
+measured_folders=(orncore ornappsupport ornui ornwhatsnew hosts)
 
 command_coverage() {
   ensure_packages check
@@ -27,7 +27,7 @@ command_coverage() {
   say "Per file: build/coverage/report/summary.txt; per line: build/coverage/report/index.html"
 }
 
-# Continues where the last run stopped; tests/mutation/run.py --help describes the options.
+# Skips mutants that have a result; tests/mutation/run.py --help lists the options.
 command_mutation() {
   ensure_packages check
   nice -n 10 python3 tests/mutation/run.py "$@"
