@@ -20,12 +20,6 @@ set(ORN_PC_PRIVATE "")
 if(NOT ORNWHATSNEW_SHARED)
   set(ORN_PC_CFLAGS " -DORNWHATSNEW_STATIC")
   set(ORN_PC_PRIVATE "Requires.private: icu-uc\nLibs.private: -pthread\n")
-  # Only while orncore uses Boost.Thread.
-  get_target_property(libraries ornwhatsnew LINK_LIBRARIES)
-  if(libraries MATCHES "Boost::thread")
-    set(ORN_PC_PRIVATE "Requires.private: icu-uc\nLibs.private: -lboost_thread -pthread\n")
-    set(ORN_CONFIG_BOOST "find_dependency(Boost COMPONENTS thread)")
-  endif()
 endif()
 configure_file(${CMAKE_CURRENT_LIST_DIR}/ornwhatsnew.pc.in
   ${PROJECT_BINARY_DIR}/package/ornwhatsnew.pc @ONLY)

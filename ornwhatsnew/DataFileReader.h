@@ -14,6 +14,7 @@
 
 #include <orncore/Export.h>
 #include <ornwhatsnew/DataColumn.h>
+#include <ornwhatsnew/utility/SharedTypes.h>
 
 namespace ornwhatsnew {
 

@@ -48,8 +48,6 @@ def problem(source, included):
         return f"{source.parts[0]} must not include {module}"
     if not is_private(included):
         return None
-    if source.parts[0] != module:
-        return f"'{included}' is private to {module}"
     if source.suffix == ".h" and not is_private(source):
         return f"public header includes private '{included}'"
     if None not in (layer(source), layer(included)) and layer(included) < layer(source):

@@ -3,7 +3,7 @@
 
 build_packages=(
   g++ cmake ninja-build pkgconf
-  libboost-dev libboost-thread-dev libicu-dev
+  libboost-dev libicu-dev
   libsqlitecpp-dev libsqlite3-dev nlohmann-json3-dev libcli11-dev
   libgtest-dev libgmock-dev libmurmurhash-dev python3-jsonschema mandoc
 )

@@ -115,12 +115,11 @@ TEST(StyledTextWriter, TextIsThePiecesInOrder) {
   EXPECT_EQ(runs, (StyleRunMap{{kStyleHeader, {RunAt(3, 1)}}, {kStyleChangeText, {RunAt(4, 3)}}}));
 }
 
-TEST(StyledTextWriter, FilledPatternHasOneRun) {
+TEST(StyledTextWriter, RunIsAdjustedInBytes) {
   StyleRunMap runs;
   StyledTextWriter writer(runs);
   writer.Append(u"a");
-  const orncore::string::Replacement versions[] = {{u"@0", u"\u00E9"}, {u"@1", u"@0"}};
-  writer.AppendReplacing(kStyleInternalCode, u"(@0-@1)", versions, u"link", {1, -1});
+  writer.Append(kStyleInternalCode, u"(\u00E9-@0)", u"link", {1, -1});
   EXPECT_EQ(writer.TakeText(), u"a(\u00E9-@0)");
   EXPECT_EQ(runs, (StyleRunMap{{kStyleInternalCode, {RunAt(2, 6, u"link")}}}));
 }

@@ -8,6 +8,7 @@ namespace {
 
 std::size_t Replace(UTF16String& text, std::span<const Replacement> replacements) {
   UTF16String result;
+  result.reserve(text.size());
   std::size_t count = 0;
   for (std::u16string_view rest = text; !rest.empty();) {
     const auto match = std::ranges::find_if(replacements, [rest](const Replacement& candidate) {

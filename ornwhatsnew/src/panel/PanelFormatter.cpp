@@ -1,6 +1,7 @@
 #include "ornwhatsnew/src/panel/PanelFormatter.h"
 
 #include <memory>
+#include <span>
 #include <utility>
 
 #include <ornappsupport/feature/FeatureService.h>
@@ -24,10 +25,15 @@ using orncore::string::UTF8to16;
 constexpr RunAdjustment kIssueLinkAdjustment{1, -1};
 constexpr RunAdjustment kCommitLinkAdjustment{1, 0};
 
-UTF16String Fill(std::u16string_view pattern, std::u16string_view text) {
+UTF16String Fill(std::u16string_view pattern, std::span<const Replacement> replacements) {
   UTF16String filled(pattern);
-  orncore::string::ReplaceInString(filled, u"@0", text);
+  orncore::string::ReplaceInString(filled, replacements);
   return filled;
+}
+
+UTF16String Fill(std::u16string_view pattern, std::u16string_view text) {
+  const Replacement replacement[] = {{u"@0", text}};
+  return Fill(pattern, replacement);
 }
 
 // The grouping key replaces an empty title.
@@ -212,23 +218,21 @@ void PanelFormatter::WriteVersion(const FeatureListDetail& change) {
     return;
   }
   const Replacement versions[] = {{u"@0", firstVersion}, {u"@1", addedVersion}};
-  writer_.AppendReplacing(kStyleInternalCode, templates_.versionRange, versions);
+  writer_.Append(kStyleInternalCode, Fill(templates_.versionRange, versions));
 }
 
 void PanelFormatter::WriteIssueLink(std::string_view id) {
   const UTF16String key = orncore::string::UpperCase(UTF8to16(id));
   if (!key.starts_with(kOwnIssuePrefix)) return;
-  const Replacement keyReplacement[] = {{u"@0", key}};
-  writer_.AppendReplacing(kStyleIssueLink, templates_.issueKey, keyReplacement,
-                          Fill(kIssueLink, key), kIssueLinkAdjustment);
+  writer_.Append(kStyleIssueLink, Fill(templates_.issueKey, key), Fill(kIssueLink, key),
+                 kIssueLinkAdjustment);
 }
 
 void PanelFormatter::WriteCommitLink(const UTF8String& commit) {
   if (commit.empty()) return;
   const UTF16String commitID = UTF8to16(commit);
-  const Replacement commitReplacement[] = {{u"@0", commitID}};
-  writer_.AppendReplacing(kStyleCommitLink, kCommitCode, commitReplacement,
-                          Fill(kCommitLink, commitID), kCommitLinkAdjustment);
+  writer_.Append(kStyleCommitLink, Fill(kCommitCode, commitID), Fill(kCommitLink, commitID),
+                 kCommitLinkAdjustment);
 }
 
 void PanelFormatter::RecordForRating(const FeatureListItem& item, const RatingSummary& rating) {
@@ -261,8 +265,7 @@ const UTF16String* PanelFormatter::UnlockLabel(const FeatureListItem& item) cons
 
 void PanelFormatter::WriteFilled(StyleID style, std::u16string_view pattern,
                                  std::u16string_view text) {
-  const Replacement replacement[] = {{u"@0", text}};
-  writer_.AppendReplacing(style, pattern, replacement);
+  writer_.Append(style, Fill(pattern, text));
 }
 
 }  // namespace ornwhatsnew

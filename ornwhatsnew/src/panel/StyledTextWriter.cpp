@@ -50,14 +50,6 @@ void StyledTextWriter::AppendUTF8(StyleID style, std::string_view string) {
   RecordAppended(begin, style, {}, {});
 }
 
-void StyledTextWriter::AppendReplacing(StyleID style, std::u16string_view pattern,
-                                       Replacements replacements, UTF16String runString,
-                                       RunAdjustment adjustment) {
-  const std::size_t begin = text_.size();
-  orncore::string::AppendReplacing(pattern, replacements, text_);
-  RecordAppended(begin, style, std::move(runString), adjustment);
-}
-
 void StyledTextWriter::RecordRunOfNext(StyleID style, std::u16string_view string) {
   RecordStyleRun(style, bytes_, orncore::string::UTF8Length(string), {}, {}, runs_);
 }

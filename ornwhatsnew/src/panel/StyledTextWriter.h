@@ -3,11 +3,9 @@
 #define ORNWHATSNEW_SRC_PANEL_STYLEDTEXTWRITER_H_
 
 #include <cstddef>
-#include <span>
 #include <string_view>
 #include <utility>
 
-#include <orncore/string/Replace.h>
 #include <ornwhatsnew/utility/SharedTypes.h>
 
 namespace ornwhatsnew {
@@ -27,8 +25,6 @@ void RecordStyleRun(StyleID style, std::size_t start, std::size_t length, RunAdj
 /// that count, because converting the whole text for every run would take quadratic time.
 class StyledTextWriter {
  public:
-  using Replacements = std::span<const orncore::string::Replacement>;
-
   /// Starts with an empty text. The runs are added to `runs`, which must outlive the writer.
   explicit StyledTextWriter(StyleRunMap& runs) : runs_(runs) {}
 
@@ -44,10 +40,6 @@ class StyledTextWriter {
 
   /// Appends a string given in UTF-8 and records its run.
   void AppendUTF8(StyleID style, std::string_view string);
-
-  /// Appends `pattern` with `replacements` applied, and records the run of the result.
-  void AppendReplacing(StyleID style, std::u16string_view pattern, Replacements replacements,
-                       UTF16String runString = {}, RunAdjustment adjustment = {});
 
   /// Records a run for `string`, which the caller appends next.
   void RecordRunOfNext(StyleID style, std::u16string_view string);

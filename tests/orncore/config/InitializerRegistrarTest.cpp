@@ -1,5 +1,6 @@
 #include <orncore/config/InitializerRegistrar.h>
 
+#include <algorithm>
 #include <atomic>
 #include <latch>
 #include <memory>
@@ -328,7 +329,9 @@ TEST_F(InitializerRegistrarTest, DestructionWaitsForItsFunctionOnAnotherThread) 
       "slow", kConsole,
       [&] {
         entered.count_down();
-        while (!GetRegisteredInitializers().empty()) std::this_thread::yield();
+        while (std::ranges::count(GetRegisteredInitializers(), "slow") != 0) {
+          std::this_thread::yield();
+        }
         finished = true;
         return true;
       },
