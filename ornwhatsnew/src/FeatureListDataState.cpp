@@ -87,7 +87,7 @@ void FeatureListData::MarkItemHasBeenRated(const std::string& featureKey) {
   if (item == nullptr) return;
   SeenState& state = impl_->content.state;
   const UTF8String seenItemsKey(keywords::kAllSeenItems);
-  IdentitySet seen = UnionOf(state.seenGuids, IdentitySet{item->GetItemRatedGuid()});
+  IdentitySet seen = UnionOf(state.seenGuids, MakeIdentitySet({item->GetItemRatedGuid()}));
   const UTF8String seenItems = FormatIdentities(UnionOf(seen, state.newlySeenGuids));
   state.seenGuids = std::move(seen);
   impl_->WriteValue(seenItemsKey, seenItems);

@@ -25,8 +25,7 @@ std::vector<std::string_view> SplitPersistedList(std::string_view list) {
 
 UTF8String JoinPersistedList(std::vector<std::string_view> elements) {
   std::ranges::sort(elements);
-  const auto repeats = std::ranges::unique(elements);
-  elements.erase(repeats.begin(), repeats.end());
+  elements.erase(std::unique(elements.begin(), elements.end()), elements.end());
   UTF8String list;
   for (const std::string_view element : elements) {
     if (!list.empty()) list += ' ';

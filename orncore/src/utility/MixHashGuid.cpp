@@ -83,7 +83,7 @@ void Murmur3MixerState::Finish(std::array<std::uint8_t, Guid::kByteLength>& resu
   MixBlocks(buffer_.data(), buffered_ - restBytes, sums);
   // Zeros after the last bytes do not change the hash.
   std::array<unsigned char, kBlockBytes> rest{};
-  std::memcpy(rest.data(), buffer_.data() + buffered_ - restBytes, restBytes);
+  Copy(buffer_.data() + buffered_ - restBytes, restBytes, rest.data());
   const std::uint64_t total = mixed_ + buffered_;
   std::uint64_t h1 = sums.h1 ^ MixFirst(Load(rest.data())) ^ total;
   std::uint64_t h2 = sums.h2 ^ MixSecond(Load(rest.data() + 8)) ^ total;

@@ -1,6 +1,8 @@
 #include "ornwhatsnew/src/rules/IdentitySet.h"
 
 #include <algorithm>
+#include <bit>
+#include <functional>
 #include <iterator>
 #include <utility>
 
@@ -8,19 +10,40 @@
 
 namespace ornwhatsnew {
 
+IdentitySet::IdentitySet(std::vector<Guid> identities) : identities_(std::move(identities)) {
+  constexpr std::size_t kIdentitiesInRange = 4;
+  constexpr unsigned kLeadingBits = 64;
+  const auto bits = static_cast<unsigned>(std::bit_width(size() / kIdentitiesInRange) + 1);
+  shift_ = kLeadingBits - bits;
+  rangeBegins_.assign((std::size_t{1} << bits) + 1, size());
+  // Backwards, so that the first identity of each range is written last.
+  for (std::size_t i = size(); i-- > 0;) rangeBegins_[IndexOf(identities_[i])] = i;
+  for (std::size_t i = rangeBegins_.size() - 1; i-- > 0;) {
+    rangeBegins_[i] = std::min(rangeBegins_[i], rangeBegins_[i + 1]);
+  }
+}
+
+bool IdentitySet::contains(const Guid& identity) const noexcept {
+  if (identities_.empty()) return false;
+  const std::size_t index = IndexOf(identity);
+  const Guid* const identities = identities_.data();
+  return std::binary_search(identities + rangeBegins_[index], identities + rangeBegins_[index + 1],
+                            identity);
+}
+
 IdentitySet MakeIdentitySet(std::vector<Guid> identities) {
-  IdentitySet set;
-  set.adopt_sequence(std::move(identities));
-  return set;
+  if (std::ranges::adjacent_find(identities, std::greater_equal()) != identities.end()) {
+    std::ranges::sort(identities);
+    identities.erase(std::unique(identities.begin(), identities.end()), identities.end());
+  }
+  return IdentitySet(std::move(identities));
 }
 
 IdentitySet UnionOf(const IdentitySet& some, const IdentitySet& others) {
   std::vector<Guid> merged;
   merged.reserve(some.size() + others.size());
   std::ranges::set_union(some, others, std::back_inserter(merged));
-  IdentitySet set;
-  set.adopt_sequence(boost::container::ordered_unique_range, std::move(merged));
-  return set;
+  return IdentitySet(std::move(merged));
 }
 
 IdentitySet ParseIdentities(std::string_view list) {
