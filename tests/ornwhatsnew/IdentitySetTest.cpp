@@ -1,6 +1,8 @@
 #include "ornwhatsnew/src/rules/IdentitySet.h"
 
 #include <algorithm>
+#include <array>
+#include <cstdint>
 #include <set>
 #include <string>
 #include <vector>
@@ -17,7 +19,6 @@ namespace {
 using test_support::PlainHash;
 using test_support::RandomSource;
 using testing::ElementsAre;
-using testing::IsEmpty;
 
 constexpr std::uint64_t kSeed = 20251120;
 
@@ -34,10 +35,53 @@ std::vector<Guid> RandomGuids(RandomSource& random) {
   return guids;
 }
 
+std::vector<Guid> ElementsOf(const IdentitySet& set) {
+  return {set.begin(), set.end()};
+}
+
+// An identity whose first eight bytes are those of every other identity of this function.
+Guid GuidWithCommonStart(unsigned number) {
+  std::array<std::uint8_t, Guid::kByteLength> bytes{};
+  bytes.front() = 0x7F;
+  bytes.back() = static_cast<std::uint8_t>(number);
+  return Guid(bytes);
+}
+
 TEST(IdentitySet, MadeSetHoldsEachIdentityOnceInAscendingOrder) {
-  EXPECT_THAT(MakeIdentitySet({kThird, kFirst, kSecond, kThird}),
+  EXPECT_THAT(ElementsOf(MakeIdentitySet({kThird, kFirst, kSecond, kThird})),
               ElementsAre(kFirst, kSecond, kThird));
-  EXPECT_THAT(MakeIdentitySet({}), IsEmpty());
+  EXPECT_TRUE(MakeIdentitySet({}).empty());
+}
+
+TEST(IdentitySet, ContainsExactlyItsElements) {
+  EXPECT_FALSE(IdentitySet().contains(Guid()));
+  EXPECT_FALSE(MakeIdentitySet({}).contains(Guid()));
+  RandomSource random(kSeed);
+  for (int i = 0; i < 200; ++i) {
+    const std::vector<Guid> guids = RandomGuids(random);
+    const IdentitySet set = MakeIdentitySet(guids);
+    for (int number = 0; number < 60; ++number) {
+      const Guid guid = PlainHash(std::to_string(number));
+      EXPECT_EQ(set.contains(guid), std::ranges::count(guids, guid) > 0) << "seed " << kSeed;
+    }
+  }
+}
+
+TEST(IdentitySet, FindsTheSmallestAndTheGreatestIdentity) {
+  const Guid greatest("ffffffff-ffff-ffff-ffff-ffffffffffff");
+  const IdentitySet set = MakeIdentitySet({greatest, kFirst, Guid()});
+  EXPECT_TRUE(set.contains(Guid()));
+  EXPECT_TRUE(set.contains(greatest));
+  EXPECT_FALSE(MakeIdentitySet({kFirst}).contains(greatest));
+}
+
+TEST(IdentitySet, FindsIdentitiesThatBeginAlike) {
+  std::vector<Guid> guids;
+  for (unsigned number = 0; number < 200; number += 2) guids.push_back(GuidWithCommonStart(number));
+  const IdentitySet set = MakeIdentitySet(guids);
+  for (unsigned number = 0; number < 200; ++number) {
+    EXPECT_EQ(set.contains(GuidWithCommonStart(number)), number % 2 == 0) << number;
+  }
 }
 
 TEST(IdentitySet, UnionAgreesWithAStandardSet) {
@@ -53,24 +97,25 @@ TEST(IdentitySet, UnionAgreesWithAStandardSet) {
 }
 
 TEST(IdentitySet, ReadsAnEmptyElementAsTheNilIdentity) {
-  EXPECT_THAT(ParseIdentities(kSecond.AsUTF8String() + "  " + kFirst.AsUTF8String()),
+  EXPECT_THAT(ElementsOf(ParseIdentities(kSecond.AsUTF8String() + "  " + kFirst.AsUTF8String())),
               ElementsAre(Guid(), kFirst, kSecond));
 }
 
 TEST(IdentitySet, ReadsAnElementThatIsNoIdentityAsTheNilIdentity) {
-  EXPECT_THAT(ParseIdentities("rubbish more"), ElementsAre(Guid()));
+  EXPECT_THAT(ElementsOf(ParseIdentities("rubbish more")), ElementsAre(Guid()));
 }
 
 TEST(IdentitySet, ReadsNoIdentitiesFromAnEmptyList) {
-  EXPECT_THAT(ParseIdentities(""), IsEmpty());
+  EXPECT_TRUE(ParseIdentities("").empty());
 }
 
 TEST(IdentitySet, ReadsIdentitiesInEitherLetterCase) {
-  EXPECT_THAT(ParseIdentities("01234567-89AB-CDEF-0123-456789ABCDEF"), ElementsAre(kFirst));
+  EXPECT_THAT(ElementsOf(ParseIdentities("01234567-89AB-CDEF-0123-456789ABCDEF")),
+              ElementsAre(kFirst));
 }
 
 TEST(IdentitySet, WritesIdentitiesInTheOrderOfTheirTexts) {
-  EXPECT_EQ(FormatIdentities({kThird, Guid(), kSecond}),
+  EXPECT_EQ(FormatIdentities(MakeIdentitySet({kThird, Guid(), kSecond})),
             "00000000-0000-0000-0000-000000000000 7f000000-0000-0000-0000-000000000001 "
             "80000000-0000-0000-0000-000000000000");
   EXPECT_EQ(FormatIdentities({}), "");
@@ -80,7 +125,7 @@ TEST(IdentitySet, ReadsBackWhatItWrites) {
   RandomSource random(kSeed);
   for (int i = 0; i < 100; ++i) {
     const IdentitySet identities = MakeIdentitySet(RandomGuids(random));
-    EXPECT_EQ(ParseIdentities(FormatIdentities(identities)), identities);
+    EXPECT_EQ(ElementsOf(ParseIdentities(FormatIdentities(identities))), ElementsOf(identities));
   }
 }
 
