@@ -1,16 +1,21 @@
-// Marks what the library exports. Every other symbol in it is hidden.
+// Defines `ORN_EXPORT`, which marks the exported names of the library. All other symbols are
+// hidden.
+//
+// Every public header includes this header, directly or through another one.
 #ifndef ORNCORE_EXPORT_H_
 #define ORNCORE_EXPORT_H_
 
-// The first of our headers that a host includes ends up here, so that a compiler in an older mode
-// reports this line and not the first C++20 construct that it cannot parse.
+// Fail here in an older language mode. Otherwise, the compiler would report a syntax error in
+// another header.
 #if (defined(_MSVC_LANG) ? _MSVC_LANG : __cplusplus) < 202002L
 #error "ornwhatsnew requires C++20: compile with -std=c++20 or newer (/std:c++20)"
 #endif
 
-/// Precedes every public class, function and variable that is defined in the library. The build
-/// defines `ORNWHATSNEW_BUILDING` while it compiles the library, and `ORNWHATSNEW_STATIC` for the
-/// library and its users when the library is static; only Windows distinguishes these cases.
+/// Exports a public class, function or variable that is defined in a source file of the library.
+///
+/// The CMake targets define two macros, which only Windows needs:
+/// - `ORNWHATSNEW_BUILDING`, while the library itself is compiled;
+/// - `ORNWHATSNEW_STATIC`, for the library and for its users, if the library is static.
 #if defined(_WIN32)
 #if defined(ORNWHATSNEW_STATIC)
 #define ORN_EXPORT

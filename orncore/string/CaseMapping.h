@@ -1,14 +1,16 @@
-// Lower and upper case, the same in every locale.
+// Conversion to lower and upper case. The results do not depend on the locale.
 //
-// The functions use the full Unicode mappings from ICU's tables. A string can grow (U+00DF becomes
-// "SS"), and a capital sigma at the end of a word becomes the final form. Unpaired surrogates and
-// NUL map to themselves.
+// The functions use the full case mappings of Unicode. The result can be longer than the source:
+// U+00DF becomes "SS". In lower case, a capital sigma at the end of a word becomes a final sigma.
+// NUL maps to itself.
 //
-// Functions that write to `out` keep its capacity. The source must not be a part of `out`. All
-// functions throw `std::length_error` for a string of 2^31 units or more that is not all ASCII; the
-// content of `out` is unspecified then.
+// Functions with the parameter `out` reuse its capacity. The source must not be a part of `out`.
 //
-// All functions are safe to call from several threads, each with its own `out`.
+// All functions throw `std::length_error` if the source or the result has 2^31 UTF-16 units or
+// more. They throw `std::bad_alloc` if memory runs out. After an exception, the content of `out` is
+// unspecified.
+//
+// All functions are safe to call from any thread if each call has its own `out`.
 #ifndef ORNCORE_STRING_CASEMAPPING_H_
 #define ORNCORE_STRING_CASEMAPPING_H_
 
@@ -19,17 +21,18 @@
 
 namespace orncore::string {
 
-/// Returns `text` in lower case.
+/// Returns `text` in lower case. Keeps unpaired surrogates unchanged.
 [[nodiscard]] ORN_EXPORT UTF16String LowerCase(std::u16string_view text);
-/// Returns `text` in upper case.
+/// Returns `text` in upper case. Keeps unpaired surrogates unchanged.
 [[nodiscard]] ORN_EXPORT UTF16String UpperCase(std::u16string_view text);
-/// Replaces the content of `out` with `text` in upper case.
+/// Replaces the content of `out` with `text` in upper case. Keeps unpaired surrogates unchanged.
 ORN_EXPORT void UpperCase(std::u16string_view text, UTF16String& out);
 
-/// Returns UTF-8 `text` in lower case. Ill-formed sequences become U+FFFD, as in `UTF8to16`.
+/// Returns the UTF-8 string `text` in lower case. Replaces ill-formed sequences with U+FFFD, as
+/// `UTF8to16` does. The length limit does not apply to ASCII strings.
 [[nodiscard]] ORN_EXPORT UTF8String LowerCaseUTF8(std::string_view text);
-/// Replaces the content of `out` with UTF-8 `text` in lower case. Allocates nothing if `text` is
-/// ASCII and `out` has room for it.
+/// Replaces the content of `out` with the UTF-8 string `text` in lower case, like the function
+/// above. Allocates nothing if `text` is ASCII and fits into the capacity of `out`.
 ORN_EXPORT void LowerCaseUTF8(std::string_view text, UTF8String& out);
 
 }  // namespace orncore::string

@@ -1,17 +1,21 @@
 // The string types of all modules, and conversion between UTF-8, UTF-16, ASCII and numbers.
 //
-// No conversion rejects a string. Each maximal subpart of an ill-formed UTF-8 sequence becomes one
-// U+FFFD, as the Unicode standard recommends (chapter 3, "U+FFFD Substitution of Maximal
-// Subparts"). An unpaired surrogate becomes one U+FFFD. NUL is an ordinary character and a byte
-// order mark is kept. Results are therefore well-formed, and a well-formed string survives the
-// round trip.
+// The UTF-8 and UTF-16 conversions accept every string, and their results are well-formed. They
+// keep NUL and the byte order mark. Converting a well-formed string to the other form and back
+// restores it.
 //
-// Functions that write to `out` keep its capacity: with a string that is no longer than the
-// previous one they allocate nothing. The source must not be a part of `out`. The functions throw
-// `std::bad_alloc` or `std::length_error` if the result does not fit into memory; the content of
-// `out` is unspecified then.
+// The conversions replace each unpaired surrogate with one U+FFFD. They replace each maximal
+// subpart of an ill-formed UTF-8 sequence with one U+FFFD. The Unicode standard recommends this in
+// chapter 3, "U+FFFD Substitution of Maximal Subparts".
 //
-// All functions are safe to call from several threads, each with its own `out`.
+// Functions with the parameter `out` reuse its capacity and allocate only if it is too small.
+// Conversion to UTF-16 needs room for one unit per byte of the source. The source must not be a
+// part of `out`.
+//
+// Unless declared `noexcept`, the functions throw `std::bad_alloc` or `std::length_error` if the
+// result does not fit into memory. The content of `out` is unspecified then.
+//
+// All functions are safe to call from any thread if each call has its own `out`.
 #ifndef ORNCORE_STRING_CONVERSION_H_
 #define ORNCORE_STRING_CONVERSION_H_
 
@@ -24,43 +28,51 @@
 
 namespace orncore::string {
 
-/// A UTF-8 string, sizes in bytes: file text, persisted values, identifiers. May hold any bytes.
+/// A UTF-8 string for file text, persisted values and identifiers. Sizes are in bytes. The type
+/// does not enforce well-formed content.
 using UTF8String = std::string;
-/// A UTF-16 string, sizes in 16-bit units: paths and display text. May hold any units.
+/// A UTF-16 string for paths and display text. Sizes are in 16-bit units. The type does not enforce
+/// well-formed content.
 using UTF16String = std::u16string;
 
-/// Returns `text` as UTF-16.
+/// Converts UTF-8 to UTF-16 and returns the result.
 [[nodiscard]] ORN_EXPORT UTF16String UTF8to16(std::string_view text);
-/// Returns `text` as UTF-8.
+/// Converts UTF-16 to UTF-8 and returns the result.
 [[nodiscard]] ORN_EXPORT UTF8String UTF16to8(std::u16string_view text);
 
-/// Replaces the content of `out` with `text` as UTF-16.
+/// Converts UTF-8 to UTF-16 and replaces the content of `out` with the result.
 ORN_EXPORT void UTF8to16(std::string_view text, UTF16String& out);
-/// Replaces the content of `out` with `text` as UTF-8.
+/// Converts UTF-16 to UTF-8 and replaces the content of `out` with the result.
 ORN_EXPORT void UTF16to8(std::u16string_view text, UTF8String& out);
 
-/// Appends `text` as UTF-16 to `out`. Two surrogates from different calls are not joined.
+/// Converts UTF-8 to UTF-16 and appends the result to `out`. A sequence that is split between two
+/// calls is ill-formed in both.
 ORN_EXPORT void AppendUTF8to16(std::string_view text, UTF16String& out);
-/// Appends `text` as UTF-8 to `out`.
+/// Converts UTF-16 to UTF-8 and appends the result to `out`. A surrogate pair that is split between
+/// two calls is two unpaired surrogates.
 ORN_EXPORT void AppendUTF16to8(std::u16string_view text, UTF8String& out);
 
-/// Returns an ASCII string (a name, a number) as UTF-16. A byte of 0x80 or above becomes U+FFFD.
+/// Converts an ASCII string, such as a name or a number, to UTF-16. Replaces each byte from 0x80
+/// with U+FFFD.
 [[nodiscard]] ORN_EXPORT UTF16String AsciiToUTF16(std::string_view text);
 
 /// Returns the size of `UTF16to8(text)` in bytes, without allocating.
 [[nodiscard]] ORN_EXPORT std::size_t UTF8Length(std::u16string_view text) noexcept;
 
-/// Returns whether `UTF8to16(text)` would replace nothing. True for the empty string.
+/// Returns whether `text` is well-formed UTF-8, so that `UTF8to16` replaces nothing. Returns true
+/// for the empty string.
 [[nodiscard]] ORN_EXPORT bool IsWellFormedUTF8(std::string_view text) noexcept;
 
-/// Removes one UTF-8 byte order mark (EF BB BF) from the start of `text`. Returns whether there was
-/// one.
+/// Removes one UTF-8 byte order mark (EF BB BF) from the start of `text` and returns true. Returns
+/// false and changes nothing if `text` does not start with one.
 ORN_EXPORT bool RemoveUTF8BOM_IfPresent(UTF8String& text);
 
-/// Parses a signed 64-bit decimal integer, in the same way in every locale: an optional `+` or `-`,
-/// then one or more ASCII digits, and nothing else, not even a space. If `text` is such a number
-/// and within range, sets `value` and returns true. Otherwise returns false and leaves `value`
-/// unchanged.
+/// Parses a signed decimal integer: an optional `+` or `-`, then one or more ASCII digits. Any
+/// other character, including a space, makes `text` invalid. The result does not depend on the
+/// locale.
+///
+/// Sets `value` and returns true if `text` is valid and the number fits into 64 bits. Otherwise
+/// returns false and leaves `value` unchanged.
 ORN_EXPORT bool StringToNumber(std::string_view text, std::int64_t& value) noexcept;
 
 }  // namespace orncore::string

@@ -1,11 +1,12 @@
-// Replacement of substrings, in one pass from left to right.
+// Replacement of substrings in one pass from left to right.
 //
-// The functions search the original string: occurrences do not overlap, and inserted text is not
+// The functions search the original string only: matches do not overlap, and inserted text is not
 // searched. An empty pattern matches nothing. Patterns and replacements may be views of the string
-// that is changed. If memory runs out, the functions throw `std::bad_alloc` and leave the string
-// unchanged.
+// that is changed.
 //
-// All functions are safe to call from several threads, each with its own string.
+// If memory runs out, the functions throw `std::bad_alloc` and leave the string unchanged.
+//
+// All functions are safe to call from any thread if each call changes its own string.
 #ifndef ORNCORE_STRING_REPLACE_H_
 #define ORNCORE_STRING_REPLACE_H_
 
@@ -18,20 +19,22 @@
 
 namespace orncore::string {
 
-/// A pattern and the text that replaces it. Both are views; the caller owns the strings.
+/// A pattern and its replacement text. Both are views: the caller owns the strings and keeps them
+/// alive during the call.
 struct Replacement {
   std::u16string_view pattern;  ///< the substring to find
-  std::u16string_view text;     ///< its replacement
+  std::u16string_view text;     ///< the text that replaces it
 };
 
 /// Replaces every occurrence of every pattern in `text`. If several patterns match at the same
-/// unit, the first of `replacements` applies.
+/// position, the first one in `replacements` applies.
 ///
 ///     Replacement arguments[] = {{u"@0", name}, {u"@1", version}};
 ///     ReplaceInString(line, arguments);
 ORN_EXPORT void ReplaceInString(UTF16String& text, std::span<const Replacement> replacements);
 
-/// Replaces every occurrence of `pattern` in `text`. Returns the number of occurrences.
+/// Replaces every occurrence of `pattern` in `text` with `replacement`. Returns the number of
+/// replacements.
 ORN_EXPORT std::size_t ReplaceAllStringInString(UTF16String& text, std::u16string_view pattern,
                                                 std::u16string_view replacement);
 

@@ -1,40 +1,43 @@
-// A set of option bits.
+// A set of option bits with the usual operators.
 #ifndef ORNCORE_UTILITY_FLAGS_H_
 #define ORNCORE_UTILITY_FLAGS_H_
 
-#include <orncore/Export.h>  // reports a compiler that is not in C++20 mode
+#include <orncore/Export.h>  // checks the language mode before <concepts> is used
 
 #include <concepts>
 
 namespace orncore::utility {
 
-/// A small set of option bits, kept in a `T`. A value: copy it freely; distinct objects may be used
-/// by distinct threads.
+/// A set of option bits, stored in a `T`. All operations are `constexpr` and never throw. An object
+/// is as cheap to copy as a `T`.
 ///
 ///     constexpr Flags<unsigned char> kBold{0x01}, kItalic{0x02};
 ///     if ((kBold | kItalic).Has(kBold)) ...
+///
+/// Threads: several threads may read an object at the same time. A change needs exclusive access.
 template <std::unsigned_integral T>
 class Flags {
  public:
   /// Creates the empty set.
   constexpr Flags() noexcept = default;
-  /// Creates the set of the bits of `bits`. Implicit, so that an option value converts to a set.
+  /// Creates the set of the bits that are 1 in `bits`. The constructor is implicit, so that
+  /// functions that take a set accept an option value.
   constexpr Flags(T bits) noexcept : bits_(bits) {}
 
-  /// Returns the set as a number.
+  /// Returns the set as a number with the same bits.
   [[nodiscard]] constexpr T Bits() const noexcept { return bits_; }
 
-  /// Returns whether all bits of `wanted` are set. True for the empty set.
+  /// Returns whether the set contains all bits of `wanted`. Returns true if `wanted` is empty.
   [[nodiscard]] constexpr bool Has(Flags wanted) const noexcept {
     return (*this & wanted) == wanted;
   }
 
-  /// Adds the bits of `other`.
+  /// Adds the bits of `other` to this set.
   constexpr Flags& operator|=(Flags other) noexcept { return *this = *this | other; }
-  /// Removes the bits that are not in `other`.
+  /// Removes the bits that are not in `other` from this set.
   constexpr Flags& operator&=(Flags other) noexcept { return *this = *this & other; }
 
-  /// Returns the bits that are in either set.
+  /// Returns the bits that are in at least one of the two sets.
   friend constexpr Flags operator|(Flags left, Flags right) noexcept {
     return Flags(static_cast<T>(left.bits_ | right.bits_));
   }

@@ -17,65 +17,68 @@
 
 namespace orncore::utility {
 
-/// Sixteen bytes that identify a content.
+/// A 128-bit identifier, such as an identity. It consists of sixteen bytes.
 ///
-/// The text form is the bytes in order as lower-case hexadecimal digits, grouped 8-4-4-4-12:
+/// The text form shows the bytes in order as lower-case hexadecimal digits in groups of 8, 4, 4, 4
+/// and 12 digits:
 ///
 ///     01 23 45 67 89 ab cd ef 01 23 45 67 89 ab cd ef
 ///     01234567-89ab-cdef-0123-456789abcdef
 ///
-/// It has 36 ASCII characters and no space, so it can be stored in lists that spaces separate.
+/// The text form has 36 ASCII characters and no spaces, so a list of text forms can use spaces as
+/// separators.
 ///
-/// Threads: one thread at a time for each object.
+/// Threads: several threads may read an object at the same time. A change needs exclusive access.
 class ORN_EXPORT Guid {
  public:
-  /// The length of the text form in characters (bytes).
+  /// The length of the text form in bytes.
   static constexpr std::size_t kTextLength = 36;
   /// The number of bytes of the identifier.
   static constexpr std::size_t kByteLength = 16;
 
-  /// Creates the nil identifier: sixteen zero bytes.
+  /// Creates the nil identifier, which has sixteen zero bytes.
   constexpr Guid() noexcept = default;
 
-  /// Parses the text form, in either letter case. Any other string, such as one with braces or the
-  /// empty string, gives the nil identifier.
+  /// Parses the text form. Accepts lower-case and upper-case digits. Any other string, such as an
+  /// empty string or one with braces, results in the nil identifier.
   explicit Guid(std::string_view text) noexcept;
 
-  /// Creates the identifier with these bytes.
+  /// Creates an identifier with a copy of `bytes`.
   explicit constexpr Guid(std::span<const std::uint8_t, kByteLength> bytes) noexcept {
     std::ranges::copy(bytes, bytes_.begin());
   }
 
-  /// Returns the bytes, in the order of the text form.
+  /// Returns the bytes in the order of the text form. The reference is valid until the object is
+  /// destroyed.
   [[nodiscard]] constexpr const std::array<std::uint8_t, kByteLength>& GuidToBytes()
       const noexcept {
     return bytes_;
   }
 
-  /// Returns the text form.
+  /// Returns the text form in lower case. Throws `std::bad_alloc` if memory runs out.
   [[nodiscard]] std::string AsUTF8String() const;
 
-  /// Appends the text form to `out`. Throws `std::bad_alloc` and leaves `out` unchanged if memory
-  /// runs out.
+  /// Appends the text form in lower case to `out`. If memory runs out, throws `std::bad_alloc` and
+  /// leaves `out` unchanged.
   void AppendTo(std::string& out) const;
 
-  /// Returns whether all bytes are zero.
+  /// Returns whether this is the nil identifier.
   [[nodiscard]] constexpr bool IsNil() const noexcept { return *this == Guid(); }
 
-  /// Compares all bytes.
+  /// Returns whether all bytes are equal.
   friend constexpr bool operator==(const Guid&, const Guid&) noexcept = default;
-  /// Compares in the order of the bytes, which is also the order of the text forms.
+  /// Compares the bytes from first to last. The text forms have the same order.
   friend constexpr std::strong_ordering operator<=>(const Guid& a, const Guid& b) noexcept {
     const std::strong_ordering leading = a.LeadingBits() <=> b.LeadingBits();
     return leading != 0 ? leading : a.Bits<kByteLength / 2>() <=> b.Bits<kByteLength / 2>();
   }
 
-  /// Returns the first eight bytes as a number, most significant byte first, so that the numbers
-  /// have the order of the identifiers.
+  /// Returns the first eight bytes as a number, with the most significant byte first. If two
+  /// numbers differ, they have the same order as their identifiers.
   [[nodiscard]] constexpr std::uint64_t LeadingBits() const noexcept { return Bits<0>(); }
 
  private:
-  // Without a loop, so that compilers generate a single load and byte swap.
+  // Written without a loop, so that compilers generate one load and one byte swap.
   template <std::size_t kFirst>
   [[nodiscard]] constexpr std::uint64_t Bits() const noexcept {
     const auto bits = [this](std::size_t index, unsigned shift) {
@@ -90,10 +93,12 @@ class ORN_EXPORT Guid {
 
 }  // namespace orncore::utility
 
-/// Uses the first bytes unchanged, because an identifier is a hash already.
+/// Allows a `Guid` as the key of an unordered container.
 template <>
 struct std::hash<orncore::utility::Guid> {
-  /// Returns the hash of `guid`.
+  /// Returns the first bytes of `guid` as a number. They need no further hashing, because
+  /// identifiers are hashes. The value depends on the byte order of the machine, so do not persist
+  /// it.
   [[nodiscard]] std::size_t operator()(const orncore::utility::Guid& guid) const noexcept {
     std::size_t result;
     std::memcpy(&result, guid.GuidToBytes().data(), sizeof result);

@@ -1,9 +1,11 @@
-// Identifiers made by hashing content.
+// Computation of identifiers by hashing content.
 //
-// The hash is MurmurHash3 by Austin Appleby (x64, 128 bits, seed 0; the published algorithm is in
-// the public domain), in streaming form: the result depends on the bytes and their order, not on
-// how they were split into calls. It protects against chance, not against an adversary. Identifiers
-// are persisted, so the result never changes and is the same on every machine.
+// The hash is MurmurHash3 by Austin Appleby (x64, 128 bits, seed 0). The published algorithm is in
+// the public domain.
+//
+// The result depends on the bytes and their order, but not on how calls split them. Accidental
+// collisions are improbable, but the hash does not resist deliberate ones. Identifiers are
+// persisted, so the result is the same on every machine and in every version of the library.
 #ifndef ORNCORE_UTILITY_MIXHASHGUID_H_
 #define ORNCORE_UTILITY_MIXHASHGUID_H_
 
@@ -18,20 +20,23 @@
 
 namespace orncore::utility {
 
-/// The state of a hash. A copy continues from the same state. It allocates nothing.
+/// The state of a hash computation. A copy continues from the same state. The methods allocate no
+/// memory and never throw.
 ///
-/// Threads: one thread at a time.
+/// Threads: use one object from one thread at a time.
 class ORN_EXPORT Murmur3MixerState {
  public:
-  /// Adds `length` bytes. `bytes` may be null if `length` is 0.
+  /// Adds `length` bytes from `bytes`, which may be null if `length` is 0.
   void Update(const void* bytes, std::size_t length) noexcept {
     if (length > buffer_.size() - buffered_) return UpdateLong(bytes, length);
     Copy(static_cast<const unsigned char*>(bytes), length, buffer_.data() + buffered_);
     buffered_ += length;
   }
 
-  /// Writes the sixteen bytes of the hash of all bytes added so far: h1, then h2, each least
-  /// significant byte first. Does not change the state: more bytes can be added.
+  /// Sets `result` to the hash of all bytes added so far: the two 64-bit halves h1 and h2 of the
+  /// algorithm in this order, each with the least significant byte first.
+  ///
+  /// The state does not change, so more bytes can be added afterwards.
   void Finish(std::array<std::uint8_t, Guid::kByteLength>& result) const noexcept;
 
  private:
@@ -72,45 +77,47 @@ class ORN_EXPORT Murmur3MixerState {
 
   static void MixBlocks(const unsigned char* from, std::size_t length, Sums& sums) noexcept;
 
-  // Adds more bytes than the buffer has room for.
+  // Adds bytes that do not fit into the buffer.
   void UpdateLong(const void* bytes, std::size_t length) noexcept;
 
   Sums sums_;
-  std::uint64_t mixed_ = 0;   // number of bytes that are in sums_
+  std::uint64_t mixed_ = 0;   // number of bytes already mixed into sums_
   std::size_t buffered_ = 0;  // number of bytes in buffer_
-  // Whole blocks. Most identities fit, so their blocks are mixed together. Not initialised, because
-  // that would take longer than hashing a short string.
+  // The size is a multiple of the block size. The content of most identities fits, so `Finish`
+  // mixes all of its blocks in one loop. The buffer is not initialised, because that would take
+  // longer than hashing a short string.
   std::array<unsigned char, 256> buffer_;
 };
 
-/// Makes a `Guid` from bytes. A string is added as its bytes only, without length or separator. A
-/// copy continues from the same state.
+/// Computes a `Guid` from bytes, strings and other identifiers. `State` is the hash, such as
+/// `Murmur3MixerState`. A copy continues from the same state.
 ///
 ///     GuidMixer mixer;
 ///     mixer.Mix("FeatureChangeList");
 ///     mixer.Mix(description);
 ///     Guid identity = mixer.Result();
 ///
-/// Threads: one thread at a time.
+/// Threads: use one object from one thread at a time.
 template <class State>
 class MixHashGuidT {
  public:
-  /// Adds `length` bytes to `state`. `bytes` may be null if `length` is 0.
+  /// Adds `length` bytes from `bytes` to `state`. `bytes` may be null if `length` is 0.
   static void UpdateHashState(State& state, const void* bytes, std::size_t length) noexcept {
     state.Update(bytes, length);
   }
 
-  /// Sets `result` to the hash of all bytes added to `state`. Does not change `state`.
+  /// Sets `result` to the hash of all bytes added to `state` so far. Does not change `state`.
   static void GetHashResult(const State& state, Guid& result) noexcept {
     std::array<std::uint8_t, Guid::kByteLength> bytes;
     state.Finish(bytes);
     result = Guid(bytes);
   }
 
-  /// Adds the bytes of a string.
+  /// Adds the bytes of `text`. Adds neither a length nor a separator: "a" and "bc" have the same
+  /// result as "ab" and "c".
   void Mix(std::string_view text) noexcept { UpdateHashState(state_, text.data(), text.size()); }
 
-  /// Adds the sixteen bytes of an identifier.
+  /// Adds the sixteen bytes of `guid`, in the order of its text form.
   void Mix(const Guid& guid) noexcept {
     UpdateHashState(state_, guid.GuidToBytes().data(), Guid::kByteLength);
   }
@@ -126,7 +133,7 @@ class MixHashGuidT {
   State state_;
 };
 
-/// The mixer of all identities.
+/// The class that computes all identities.
 using GuidMixer = MixHashGuidT<Murmur3MixerState>;
 
 }  // namespace orncore::utility

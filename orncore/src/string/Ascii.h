@@ -1,5 +1,5 @@
-// The ASCII part at the start of a string. Nearly every string is all ASCII, so the conversions
-// handle that part many characters at a time.
+// Fast detection of ASCII. Nearly all strings are ASCII, so the conversions test eight bytes at a
+// time.
 #ifndef ORNCORE_SRC_STRING_ASCII_H_
 #define ORNCORE_SRC_STRING_ASCII_H_
 
@@ -10,7 +10,7 @@
 
 namespace orncore::string {
 
-/// Returns the length of the longest ASCII prefix of `text`.
+/// Returns the length of the longest ASCII prefix of `text`, in units.
 template <class Unit>
 std::size_t AsciiPrefixLength(std::basic_string_view<Unit> text) noexcept {
   constexpr std::size_t kUnitsPerWord = sizeof(std::uint64_t) / sizeof(Unit);

@@ -20,11 +20,11 @@ constexpr std::size_t kMaxUnits = std::numeric_limits<std::int32_t>::max();
 
 using MapWithICU = decltype(&u_strToLower);
 
-void Map(MapWithICU map, std::u16string_view text, UTF16String& out) {
+void MapCase(MapWithICU map, std::u16string_view text, UTF16String& out) {
   if (text.size() > kMaxUnits) throw std::length_error("the string is too long to change its case");
   const auto length = static_cast<std::int32_t>(text.size());
   out.resize(text.size());
-  if (text.empty()) return;  // ICU refuses the null pointer of a default view
+  if (text.empty()) return;  // ICU rejects the null pointer of an empty view
   UErrorCode error = U_ZERO_ERROR;
   std::int32_t needed = map(out.data(), length, text.data(), length, kRootLocale, &error);
   if (error == U_BUFFER_OVERFLOW_ERROR) {
@@ -45,7 +45,7 @@ char LowerAscii(char character) {
 
 UTF16String LowerCase(std::u16string_view text) {
   UTF16String out;
-  Map(u_strToLower, text, out);
+  MapCase(u_strToLower, text, out);
   return out;
 }
 
@@ -56,7 +56,7 @@ UTF16String UpperCase(std::u16string_view text) {
 }
 
 void UpperCase(std::u16string_view text, UTF16String& out) {
-  Map(u_strToUpper, text, out);
+  MapCase(u_strToUpper, text, out);
 }
 
 UTF8String LowerCaseUTF8(std::string_view text) {
@@ -66,7 +66,7 @@ UTF8String LowerCaseUTF8(std::string_view text) {
 }
 
 void LowerCaseUTF8(std::string_view text, UTF8String& out) {
-  // Nearly every string is ASCII, so the others may take the longer way.
+  // Nearly all strings are ASCII, so only they need a fast path.
   if (AsciiPrefixLength(text) == text.size()) {
     out.resize(text.size());
     std::ranges::transform(text, out.begin(), LowerAscii);

@@ -14,28 +14,31 @@ namespace {
 
 constexpr std::string_view kUTF8BOM = "\xEF\xBB\xBF";
 
-// ICU's macros accept any index type, so they convert strings of any size, and they substitute
-// maximal subparts. They mix signed and unsigned numbers, which our warnings reject.
+// ICU's macros replace maximal subparts. Unlike ICU's functions, they accept any index type and
+// therefore strings of any length. They mix signed and unsigned numbers, so the conversion warnings
+// are off here.
 #pragma GCC diagnostic push
 #pragma GCC diagnostic ignored "-Wconversion"
 #pragma GCC diagnostic ignored "-Wsign-conversion"
 
-// Returns the code point at `position`, negative if it is ill-formed, and moves `position` after
-// it.
+// Returns the code point at `position` and advances `position` past it. Returns a negative number
+// for an ill-formed sequence.
 UChar32 NextCodePoint(std::string_view text, std::size_t& position) noexcept {
   UChar32 codePoint = 0;
   U8_NEXT(text, position, text.size(), codePoint);
   return codePoint;
 }
 
-// The same for UTF-16; an unpaired surrogate becomes U+FFFD.
+// Returns the code point at `position` and advances `position` past it. Returns U+FFFD for an
+// unpaired surrogate.
 UChar32 NextCodePoint(std::u16string_view text, std::size_t& position) noexcept {
   UChar32 codePoint = 0;
   U16_NEXT_OR_FFFD(text, position, text.size(), codePoint);
   return codePoint;
 }
 
-// Writes `text` to `to`, which has room for a unit per byte. Returns the number of units written.
+// Writes `text` as UTF-16 to `to`, which needs room for one unit per byte. Returns the number of
+// units written.
 std::size_t Decode(std::string_view text, char16_t* to) noexcept {
   std::size_t written = 0;
   for (std::size_t position = 0; position < text.size();) {
@@ -52,7 +55,7 @@ std::size_t Decode(std::string_view text, char16_t* to) noexcept {
   return written;
 }
 
-// Writes `text` to `to`, which has room for `UTF8Length(text)` bytes.
+// Writes `text` as UTF-8 to `to`, which needs room for `UTF8Length(text)` bytes.
 void Encode(std::u16string_view text, char* to) noexcept {
   std::size_t position = AsciiPrefixLength(text);
   std::size_t written = position;
@@ -90,16 +93,16 @@ void UTF16to8(std::u16string_view text, UTF8String& out) {
 }
 
 void AppendUTF8to16(std::string_view text, UTF16String& out) {
-  const std::size_t before = out.size();
-  out.resize(before + text.size());
-  out.resize(before + Decode(text, out.data() + before));
+  const std::size_t oldSize = out.size();
+  out.resize(oldSize + text.size());
+  out.resize(oldSize + Decode(text, out.data() + oldSize));
 }
 
 void AppendUTF16to8(std::u16string_view text, UTF8String& out) {
-  const std::size_t before = out.size();
-  // The exact length, because callers keep the converted strings.
-  out.resize(before + UTF8Length(text));
-  Encode(text, out.data() + before);
+  const std::size_t oldSize = out.size();
+  // Callers store the converted strings, so the exact length is computed to save memory.
+  out.resize(oldSize + UTF8Length(text));
+  Encode(text, out.data() + oldSize);
 }
 
 UTF16String AsciiToUTF16(std::string_view text) {
@@ -134,7 +137,7 @@ bool RemoveUTF8BOM_IfPresent(UTF8String& text) {
 }
 
 bool StringToNumber(std::string_view text, std::int64_t& value) noexcept {
-  // std::from_chars reads a minus sign, but no plus sign.
+  // std::from_chars accepts a minus sign but not a plus sign.
   if (text.starts_with('+')) {
     text.remove_prefix(1);
     if (text.starts_with('-')) return false;

@@ -35,8 +35,8 @@ void ReplaceInString(UTF16String& text, std::span<const Replacement> replacement
 
 std::size_t ReplaceAllStringInString(UTF16String& text, std::u16string_view pattern,
                                      std::u16string_view replacement) {
-  const Replacement only[] = {{pattern, replacement}};
-  return Replace(text, only);
+  const Replacement replacements[] = {{pattern, replacement}};
+  return Replace(text, replacements);
 }
 
 }  // namespace orncore::string

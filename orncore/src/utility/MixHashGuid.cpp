@@ -13,7 +13,8 @@ constexpr std::size_t kBlockBytes = 16;
 constexpr std::uint64_t kFirstFactor = 0x87c37b91114253d5U;
 constexpr std::uint64_t kSecondFactor = 0x4cf5ad432745937fU;
 
-// Persisted identifiers must not depend on the byte order of the machine.
+// Converts between the byte order of the machine and little-endian, because persisted identifiers
+// must not depend on the machine.
 constexpr std::uint64_t LittleEndian(std::uint64_t word) noexcept {
   if constexpr (std::endian::native == std::endian::big) {
     auto bytes = std::bit_cast<std::array<unsigned char, sizeof word>>(word);
@@ -81,7 +82,8 @@ void Murmur3MixerState::Finish(std::array<std::uint8_t, Guid::kByteLength>& resu
   const std::size_t restBytes = buffered_ % kBlockBytes;
   Sums sums = sums_;
   MixBlocks(buffer_.data(), buffered_ - restBytes, sums);
-  // Zeros after the last bytes do not change the hash.
+  // Pad the last block with zeros, as the algorithm does. A half without any bytes mixes to zero
+  // and does not change the hash.
   std::array<unsigned char, kBlockBytes> rest{};
   Copy(buffer_.data() + buffered_ - restBytes, restBytes, rest.data());
   const std::uint64_t total = mixed_ + buffered_;

@@ -1,5 +1,5 @@
-// Process-wide objects that are never destroyed, so that static destructors of this library or of a
-// host can use them in any order.
+// Process-wide objects that are never destroyed. Static destructors of this library and of a host
+// can therefore use them in any order.
 #ifndef ORNCORE_SRC_UTILITY_NODESTRUCTOR_H_
 #define ORNCORE_SRC_UTILITY_NODESTRUCTOR_H_
 
@@ -7,14 +7,15 @@
 
 namespace orncore::utility {
 
-/// Holds a `T` and never destroys it. For static variables only. A `constinit` variable is usable
-/// before any static constructor has run, if `T` has a constexpr constructor.
+/// Holds a `T` and never destroys it. Use it for static variables only. If `T` has a constexpr
+/// constructor, the variable can be `constinit` and is then usable before any static constructor
+/// runs.
 ///
-/// Threads: as for a `T`.
+/// Threads: the rules of `T` apply.
 template <class T>
 class NoDestructor {
  public:
-  /// Constructs the `T` from `arguments`.
+  /// Constructs the `T` with `arguments`.
   template <class... Arguments>
   constexpr explicit NoDestructor(Arguments&&... arguments)
       : value_(std::forward<Arguments>(arguments)...) {}

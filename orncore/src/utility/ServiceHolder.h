@@ -1,4 +1,4 @@
-// Where a module keeps a service that the host can replace.
+// Storage for a service that the host can replace.
 #ifndef ORNCORE_SRC_UTILITY_SERVICEHOLDER_H_
 #define ORNCORE_SRC_UTILITY_SERVICEHOLDER_H_
 
@@ -11,9 +11,12 @@
 
 namespace orncore::utility {
 
-/// Holds a service, null at first. Declare it as a variable of a namespace. The service is never
-/// destroyed. The variable is usable before any static constructor has run, on systems where
-/// std::mutex has a constexpr constructor; not `constinit`, because others would not compile then.
+/// Holds a service, which is null at first. Declare the holder as a variable at namespace scope.
+/// The last service is not destroyed when the process ends.
+///
+/// If `std::mutex` has a constexpr constructor, the variable is usable before any static
+/// constructor runs. The variables are not declared `constinit`, because the code would not compile
+/// on systems without such a constructor.
 ///
 /// Threads: safe to use from any thread.
 template <class Service>
@@ -21,17 +24,17 @@ class ServiceHolder {
  public:
   constexpr ServiceHolder() noexcept = default;
 
-  /// Returns the service. The caller shares ownership, because the service may be replaced during a
-  /// call to it, even by the service itself.
+  /// Returns the service, or null. The caller shares ownership, because another thread or the
+  /// service itself may replace the service while the caller uses it.
   [[nodiscard]] std::shared_ptr<Service> Get() const {
     const std::lock_guard lock(mutex_);
     return *service_;
   }
 
-  /// Replaces the service.
+  /// Replaces the service. Null removes it.
   void Set(std::shared_ptr<Service> service) {
-    // The parameter is destroyed after the lock is released: the destructor of the previous service
-    // may use the holder.
+    // The swap makes the parameter own the previous service. The parameter is destroyed after the
+    // lock is released, because the destructor of that service may use the holder.
     const std::lock_guard lock(mutex_);
     service_->swap(service);
   }
@@ -41,11 +44,12 @@ class ServiceHolder {
   mutable NoDestructor<std::shared_ptr<Service>> service_;
 };
 
-/// Holds a function of the host. An empty function counts as none.
+/// Holds a function of the host.
 template <class Signature>
 class FunctionHolder : public ServiceHolder<const std::function<Signature>> {
  public:
-  /// Replaces the function. Throws `std::bad_alloc` without effect.
+  /// Replaces the function. An empty function removes it. If memory runs out, throws
+  /// `std::bad_alloc` and keeps the previous function.
   void Set(std::function<Signature> function) {
     using Function = const std::function<Signature>;
     ServiceHolder<Function>::Set(function ? std::make_shared<Function>(std::move(function))
