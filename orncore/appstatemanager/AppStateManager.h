@@ -1,6 +1,6 @@
-// Whether the application is terminating.
+// The state of the application: whether it is terminating.
 //
-// A host sets a query once, at start:
+// A host sets a query once at start:
 //
 //   orncore::appstatemanager::SetTerminationQuery([] { return theApplication->IsQuitting(); });
 #ifndef ORNCORE_APPSTATEMANAGER_APPSTATEMANAGER_H_
@@ -12,11 +12,17 @@
 
 namespace orncore::appstatemanager {
 
-/// Calls the host's query and returns its result; false if there is no query. Passes on what the
-/// query throws. Safe to call from any thread, if the query is.
+/// Calls the host's query on the calling thread and returns its result. Returns false if there is
+/// no query. Exceptions of the query propagate to the caller.
+///
+/// Safe to call from any thread if the query is.
 ORN_EXPORT bool IsTerminating();
 
-/// Replaces the query. An empty function removes it. Safe to call from any thread.
+/// Replaces the query. An empty function removes it. A call of `IsTerminating` on another thread
+/// may still use the previous query.
+///
+/// If memory runs out, throws `std::bad_alloc` and keeps the previous query. Safe to call from any
+/// thread.
 ORN_EXPORT void SetTerminationQuery(std::function<bool()> query);
 
 }  // namespace orncore::appstatemanager

@@ -1,11 +1,11 @@
-// The version, the build number and the platform of the running application.
+// The version, the build number and the platform of the host.
 //
-// A host sets them once, at start:
+// A host sets them once at start:
 //
 //   orncore::config::SetClientInfo(std::make_shared<orncore::config::FixedClientInfo>(
 //       u"25.1", u"42", "Mac"));
 //
-// or derives its own ClientInfo.
+// A host can also implement ClientInfo itself.
 #ifndef ORNCORE_CONFIG_CLIENTINFO_H_
 #define ORNCORE_CONFIG_CLIENTINFO_H_
 
@@ -19,9 +19,11 @@ namespace orncore::config {
 using string::UTF16String;
 using string::UTF8String;
 
-/// The interface that a host implements to describe itself.
+/// The interface that a host implements to describe itself. Exceptions of an implementation
+/// propagate to the callers of the functions below.
 ///
-/// Threads: called on the threads that call the functions below.
+/// Threads: the functions below call it on the thread of their own caller. If a host uses lists on
+/// several threads, the methods must be safe to call from all of them at the same time.
 class ORN_EXPORT ClientInfo {
  public:
   ClientInfo() = default;
@@ -33,14 +35,14 @@ class ORN_EXPORT ClientInfo {
   virtual UTF16String GetClientVersion() const = 0;
   /// Returns the build number, such as "42".
   virtual UTF16String GetClientBuildNumber() const = 0;
-  /// Returns the platform that the application runs on, UTF-8, as data files name it: "Mac" or
-  /// "Win".
+  /// Returns the platform of the host in UTF-8: "Mac" or "Win", as in column 7 of a data file.
+  /// Letter case does not matter.
   virtual UTF8String GetClientPlatform() const = 0;
 };
 
-/// Three fixed strings. `ClientInfo` documents the overridden methods.
+/// A `ClientInfo` that returns three fixed strings. `ClientInfo` documents the overridden methods.
 ///
-/// Threads: safe to use from any thread, because it never changes.
+/// Threads: safe to use from any thread, because the strings never change.
 class ORN_EXPORT FixedClientInfo final : public ClientInfo {
  public:
   /// Stores a dotted version such as "25.1", a build number such as "42", and "Mac" or "Win".
@@ -57,15 +59,17 @@ class ORN_EXPORT FixedClientInfo final : public ClientInfo {
   UTF8String platform_;
 };
 
-/// Replaces what the functions below return. Null restores the defaults: version "25.1", build
-/// number "42", platform "Mac". Safe to call from any thread; so are the functions below.
+/// Replaces the object that the functions below query. The library shares ownership of
+/// `clientInfo`. Null restores the defaults: version "25.1", build number "42", platform "Mac".
+/// Safe to call from any thread.
 ORN_EXPORT void SetClientInfo(std::shared_ptr<const ClientInfo> clientInfo);
 
-/// Returns the host's version. Queries the host at every call and caches nothing.
+/// Returns the version of the host. Queries `ClientInfo` at every call and caches nothing. Safe to
+/// call from any thread.
 ORN_EXPORT UTF16String GetClientVersion();
-/// Returns the host's build number.
+/// Returns the build number of the host, in the same way.
 ORN_EXPORT UTF16String GetClientBuildNumber();
-/// Returns the host's platform, UTF-8.
+/// Returns the platform of the host in UTF-8, in the same way.
 ORN_EXPORT UTF8String GetClientPlatform();
 
 }  // namespace orncore::config

@@ -1,14 +1,14 @@
-// Functions of a library that run when its host starts and ends.
+// Initialise and shutdown functions, which libraries register and the host runs.
 //
-// A library registers them by constructing an InitializerRegistrar, usually at namespace scope, so
-// that loading the library is enough. A host starts and ends contexts:
+// A library registers a pair of functions by constructing an InitializerRegistrar. It usually is a
+// variable at namespace scope, so that loading the library registers the functions. A host starts
+// and ends contexts:
 //
 //   orncore::config::InitializeContexts(orncore::config::EInitializerContextFlags::kConsole);
 //   ...
 //   orncore::config::ShutdownContexts(orncore::config::EInitializerContextFlags::kConsole);
 //
-// A host that loads and unloads the library at run time calls ShutdownContexts before it unloads
-// it.
+// If a host unloads a library at run time, it calls ShutdownContexts first.
 #ifndef ORNCORE_CONFIG_INITIALIZERREGISTRAR_H_
 #define ORNCORE_CONFIG_INITIALIZERREGISTRAR_H_
 
@@ -23,18 +23,20 @@
 
 namespace orncore::config {
 
-/// The contexts of a host, a bit set. A registration belongs to one or more of them.
+/// The contexts of a host. The values are bits and can be combined. A registration belongs to one
+/// or more contexts.
 enum class EInitializerContextFlags : std::uint32_t {
+  /// No context.
   kNone = 0,
-  /// Services that everything else needs.
+  /// The services that the other contexts need.
   kCore = 1,
-  /// The application proper: windows, documents.
+  /// The application itself, with its windows and documents.
   kApplication = 2,
   /// The command console.
   kConsole = 4,
 };
 
-/// Returns the contexts that are in either set.
+/// Returns the contexts that are in at least one of the two sets.
 constexpr EInitializerContextFlags operator|(EInitializerContextFlags a,
                                              EInitializerContextFlags b) noexcept {
   return static_cast<EInitializerContextFlags>(static_cast<std::uint32_t>(a) |
@@ -48,36 +50,48 @@ constexpr EInitializerContextFlags operator&(EInitializerContextFlags a,
                                                static_cast<std::uint32_t>(b));
 }
 
-/// Private to the implementation.
+/// The content of a registration. Private to the implementation.
 struct InitializerRegistration;
 
-/// A registration, valid as long as the object exists.
+/// Registers a pair of functions for one or more contexts. The registration ends with the object.
 ///
-/// The initialise function runs when the first context of the registration becomes live. If a
-/// context is live already, it runs at once. The shutdown function runs when the last of the
-/// contexts ends, or when the object is destroyed before that; once for each successful
-/// initialisation.
+/// The initialise function runs when the first context of the registration becomes live. If one of
+/// the contexts is already live, the constructor runs the function.
 ///
-/// A function may start and end contexts, and so may other threads meanwhile. The effect on its own
-/// registration is deferred until the function has returned; the latest call wins.
+/// The shutdown function runs once for each successful initialisation: when the last of the
+/// contexts ends, or when the object is destroyed before that.
 ///
-/// A function must not destroy its own registration. An exception that escapes from a function is
-/// logged and counts as a failed initialisation. Global registrars may be constructed and destroyed
-/// in any order, also by a library that is loaded and unloaded at run time.
+/// An exception that escapes from a function is logged. In an initialise function it also counts as
+/// a failure.
 ///
-/// Threads: safe to use from any thread. The functions run on the thread that starts or ends the
-/// context, or that constructs or destroys the object, without a lock. Destruction waits for a
-/// function that another thread is running.
+/// A function may start and end contexts, and other threads may do so while it runs. The effect on
+/// the function's own registration is deferred until the function returns; the latest call wins. A
+/// function must not destroy its own registration.
+///
+/// Registrars at namespace scope may be constructed and destroyed in any order. Libraries that
+/// define them may be loaded and unloaded at run time.
+///
+/// Threads: safe to use from any thread. The functions run without a lock, on the thread that
+/// starts or ends the context or that constructs or destroys the object. If another thread is
+/// running a function of the registration, the destructor waits for it.
 class ORN_EXPORT InitializerRegistrar {
  public:
-  /// `name` appears in lists and log lines; it need not be unique. An empty function does nothing,
-  /// and an empty `initialize` counts as successful. A registration for kNone is listed, but never
-  /// initialised.
+  /// Registers the functions. If `initialize` fails, the constructor logs the failure and the
+  /// object is still registered. The next `InitializeContexts` for one of its contexts calls
+  /// `initialize` again.
+  ///
+  /// `name` appears in `GetRegisteredInitializers` and in log lines, and need not be unique.
+  /// `initialize` returns whether it succeeded. An empty function does nothing, and an empty
+  /// `initialize` succeeds. A registration for `kNone` is listed but never initialised.
+  ///
+  /// If memory runs out, throws `std::bad_alloc` and registers nothing.
   InitializerRegistrar(std::string_view name, EInitializerContextFlags contexts,
                        std::function<bool()> initialize, std::function<void()> shutdown);
+
+  /// Ends the registration. Runs the shutdown function if the registration is initialised.
   ~InitializerRegistrar();
 
-  /// Not copyable, because each object is one registration.
+  /// An object is not copyable, because it is one registration.
   InitializerRegistrar(const InitializerRegistrar&) = delete;
   InitializerRegistrar& operator=(const InitializerRegistrar&) = delete;
 
@@ -85,17 +99,22 @@ class ORN_EXPORT InitializerRegistrar {
   std::unique_ptr<InitializerRegistration> registration_;
 };
 
-/// Makes the contexts live: initialises, in the order of registration, every registration of one of
-/// them that is not initialised yet. Leaves a registration to the thread that is running one of its
-/// functions. Returns true if none failed. A failure is logged and does not stop the others; the
-/// next call retries it.
+/// Makes `contexts` live. Initialises all registrations of these contexts that are not initialised
+/// yet, in the order of registration.
+///
+/// Returns true if all initialise functions that it called succeeded. Logs each failure and
+/// continues with the next registration. The next call retries the failed functions.
+///
+/// Does not wait for a function that another call is running, and does not report its failure. The
+/// other call updates that registration. Safe to call from any thread.
 ORN_EXPORT bool InitializeContexts(EInitializerContextFlags contexts);
 
-/// Ends the contexts: shuts down, in the reverse order of initialisation, all registrations without
-/// another live context. Ignores contexts that are not live.
+/// Ends `contexts`. Shuts down all registrations that have no other live context, in the reverse
+/// order of initialisation. Contexts that are not live are ignored. Safe to call from any thread.
 ORN_EXPORT void ShutdownContexts(EInitializerContextFlags contexts);
 
-/// Returns the names of all registrations, in the order of registration.
+/// Returns the names of all registrations in the order of registration. Safe to call from any
+/// thread.
 ORN_EXPORT std::vector<std::string> GetRegisteredInitializers();
 
 }  // namespace orncore::config

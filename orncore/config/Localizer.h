@@ -1,12 +1,13 @@
-// Localised texts: a dictionary that the host supplies, default texts that are part of the keys,
-// and the markup of both.
+// Localisation: a dictionary that the host supplies, default texts that are part of the key texts,
+// and the markup in both.
 //
 // A host sets the dictionary at start, and again when the user changes the language:
 //
 //   orncore::config::Localizer::Get().SetDictionary(
 //       std::make_shared<orncore::config::MapDictionary>(std::move(texts)));
 //
-// or derives its own DictionarySource. Without a dictionary every key has its default text.
+// A host can also implement DictionarySource itself. Without a dictionary, all texts are default
+// texts.
 #ifndef ORNCORE_CONFIG_LOCALIZER_H_
 #define ORNCORE_CONFIG_LOCALIZER_H_
 
@@ -28,8 +29,8 @@ using string::UTF8String;
 
 /// The interface that a host implements to supply translations.
 ///
-/// Threads: called on the threads that use lists. If there are several, `Find` must be safe to call
-/// from all of them.
+/// Threads: the localiser calls `Find` on the thread that uses a list. If a host uses lists on
+/// several threads, `Find` must be safe to call from all of them at the same time.
 class ORN_EXPORT DictionarySource {
  public:
   DictionarySource() = default;
@@ -37,21 +38,24 @@ class ORN_EXPORT DictionarySource {
   DictionarySource& operator=(const DictionarySource&) = delete;
   virtual ~DictionarySource();
 
-  /// Returns the text for `key`, UTF-8, with its markup; nothing if the dictionary does not contain
-  /// the key. An empty text is shown as empty. `key` is the key text before its first `=`, exactly
-  /// as written; the view is valid during the call. The Localizer passes on what this throws.
+  /// Returns the text for `key` in UTF-8, with markup. Returns `std::nullopt` if the dictionary
+  /// does not contain the key. An empty text is a valid translation and replaces the default text.
+  ///
+  /// `key` is the part of the key text before the first `=`, unchanged. The view is valid during
+  /// the call. Exceptions propagate to the caller of the localiser.
   virtual std::optional<UTF8String> Find(std::string_view key) const = 0;
 };
 
 /// A dictionary in memory. `DictionarySource` documents the overridden method.
 ///
-/// Threads: safe to use from any thread, because it never changes.
+/// Threads: safe to use from any thread, because the texts never change.
 class ORN_EXPORT MapDictionary final : public DictionarySource {
  public:
-  /// Texts by key.
+  /// Texts by key, both UTF-8.
   using Texts = std::map<std::string, std::string, std::less<>>;
 
-  /// Stores UTF-8 texts, with markup, by key (as written before `=`).
+  /// Stores `texts`, which may contain markup. A key is the part of a key text before the first
+  /// `=`.
   explicit MapDictionary(Texts texts);
   ~MapDictionary() override;
 
@@ -61,39 +65,49 @@ class ORN_EXPORT MapDictionary final : public DictionarySource {
   Texts texts_;
 };
 
-/// Localises key texts.
+/// Converts key texts to texts in the user's language.
 ///
-/// A key text is `key=default text`, UTF-8; the key is the part before the first `=`. The result is
-/// the dictionary's text for the key. If there is none, it is the default text. If there is no
-/// default either (no `=`), it is the key text unchanged, markup included.
+/// A key text has the form `key=default text` in UTF-8. The first `=` separates the key and the
+/// default text. The localiser returns the first of these texts that exists:
+///
+/// 1. the text of the dictionary for the key, with its markup expanded;
+/// 2. the default text, with its markup expanded;
+/// 3. the whole key text, if it contains no `=`. Its markup is not expanded.
 ///
 /// Threads: `ZString` is safe to call from any thread while no thread calls `SetDictionary`.
 class ORN_EXPORT Localizer {
  public:
-  /// Returns the localiser of the process, which is never destroyed.
+  /// Returns the localiser of the process. It is never destroyed, so static destructors may use it.
   static Localizer& Get();
 
+  /// Creates a separate localiser without a dictionary.
   Localizer() = default;
   Localizer(const Localizer&) = delete;
   Localizer& operator=(const Localizer&) = delete;
 
-  /// Returns the text for `keyText` with its markup expanded:
+  /// Returns the text for `keyText`. Expands the markup of a translation or default text:
   ///
   ///   #{endl} line feed      ^B  U+2022 bullet           ^[  U+201C left double quote
   ///   #{tab}  tab            ^{  U+2018 left quote       ^]  U+201D right double quote
   ///   #{mdash} U+2014        ^}  U+2019 right quote      ^^  a caret
   ///   #{ndash} U+2013        #{comment} ends the text; the rest is dropped
   ///
-  /// Everything else is kept, one character at a time: `^#{endl}` is a caret and a line feed, `^x`
-  /// and `#{foo}` are kept as they are. Ill-formed UTF-8 becomes U+FFFD.
+  /// Keeps all other characters, such as `^x` and `#{foo}`. A caret that begins no markup is kept
+  /// alone: `^#{endl}` becomes a caret and a line feed. Replaces ill-formed UTF-8 with U+FFFD.
+  ///
+  /// Queries the dictionary at every call and caches nothing. Exceptions of the dictionary
+  /// propagate to the caller.
   UTF16String ZString(std::string_view keyText) const;
 
-  /// Returns the same text with every `@0` to `@9` replaced by the argument with that index, in one
-  /// pass after the markup is expanded. Inserted text is not expanded. A placeholder without an
-  /// argument is kept; an argument without a placeholder, and any after the tenth, is ignored.
+  /// Returns `ZString(keyText)` with each placeholder `@0` to `@9` replaced by the argument with
+  /// that index. Inserted arguments are not searched for placeholders or markup.
+  ///
+  /// A placeholder without an argument is kept. An argument without a placeholder is ignored, and
+  /// so are all arguments after the tenth.
   UTF16String ZString(std::string_view keyText, std::span<const UTF16String> arguments) const;
 
-  /// Replaces the dictionary. Null removes it.
+  /// Replaces the dictionary. The localiser shares ownership of `dictionary`. Null removes the
+  /// current dictionary. Do not call while another thread uses the localiser.
   void SetDictionary(std::shared_ptr<const DictionarySource> dictionary);
 
  private:

@@ -1,4 +1,8 @@
-// Functions that stop exceptions, and the result codes that represent them.
+// Handling of exceptions at the top level of a thread or callback, and the result codes for
+// exceptions.
+//
+// A result code is 0 for success or a negated error number of the operating system, such as
+// -ENOENT.
 #ifndef ORNCORE_CONFIG_TOPLEVEL_H_
 #define ORNCORE_CONFIG_TOPLEVEL_H_
 
@@ -11,47 +15,60 @@
 
 namespace orncore::config {
 
-/// A failure with a result code: a negated error number of the operating system.
+/// An exception with a result code and a message.
 class ORN_EXPORT ResultError : public std::runtime_error {
  public:
-  /// `result` is negative, such as -ENOENT; `what` is a message for people that names what failed.
+  /// Creates an exception with the code `result` and the message `what`. `result` is a negated
+  /// error number, such as -ENOENT. `what` is a message for users that names the failed operation
+  /// or file.
   ResultError(int result, const std::string& what);
-  /// Copyable, as exceptions must be.
+  /// Copies the exception, as `throw` requires.
   ResultError(const ResultError&) = default;
-  /// Assignable, as standard exceptions are.
+  /// Assigns the exception, as the standard exceptions allow.
   ResultError& operator=(const ResultError&) = default;
   ~ResultError() override;
 
-  /// Returns the code that the constructor received.
+  /// Returns the result code that was passed to the constructor.
   int Result() const noexcept { return result_; }
 
  private:
   int result_;
 };
 
-/// Thrown by an operation that was cancelled before it completed.
+/// The exception of an operation that was cancelled before it completed. Its result code is 0.
 class ORN_EXPORT FutureCancelled : public std::exception {
  public:
   FutureCancelled() = default;
-  /// Copyable, as exceptions must be.
+  /// Copies the exception, as `throw` requires.
   FutureCancelled(const FutureCancelled&) = default;
-  /// Assignable, as standard exceptions are.
+  /// Assigns the exception, as the standard exceptions allow.
   FutureCancelled& operator=(const FutureCancelled&) = default;
   ~FutureCancelled() override;
 
-  /// Returns "Future Is Cancelled".
+  /// Returns "Future Is Cancelled", a static string.
   const char* what() const noexcept override;
 };
 
-/// Calls `function`. Writes an exception that escapes from it, or that `function` is empty, to the
-/// log
-/// (`debug::Log`). Returns true if `function` returned normally. Safe to call from any thread.
+/// Calls `function` on the calling thread. Returns true if `function` returns normally. If an
+/// exception escapes from it, writes the exception's message to the log (`debug::Log`) and returns
+/// false. An empty `function` counts as one that throws.
+///
+/// Use it where an exception would otherwise end the process, such as in a thread or a callback.
+/// Safe to call from any thread.
 ORN_EXPORT bool ExecuteTopLevelFunction(const std::function<void()>& function) noexcept;
 
-/// Returns the result code of `failure`: 0 for null (no failure) and for `FutureCancelled`, the
-/// negated error number of a `ResultError` or `std::system_error`, -ENOMEM for `std::bad_alloc`,
-/// -EIO for any other exception. Every failure except a cancellation has a negative code, also if
-/// the exception carries 0 or a number of the wrong sign.
+/// Returns the result code of `failure`:
+///
+///   null (no failure)     0
+///   `FutureCancelled`     0, because a cancellation is not an error
+///   `ResultError`         its result code
+///   `std::system_error`   the negated error number
+///   `std::bad_alloc`      -ENOMEM
+///   all others            -EIO
+///
+/// The code of a failure other than a cancellation is always negative. If the number of the
+/// exception has the wrong sign, the function negates it. If the number is 0, the code is -EIO.
+/// Safe to call from any thread.
 ORN_EXPORT int ExtractResultFromException(const std::exception_ptr& failure);
 
 }  // namespace orncore::config

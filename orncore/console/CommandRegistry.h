@@ -1,7 +1,7 @@
-// The commands of the host's console.
+// The registry of console commands.
 //
-// A host with a console passes each line that is not one of its own commands to RunLine, with a
-// stream for the output. A host without a console need not use this header.
+// A host with a console passes each line to RunLine unless the line is one of its own commands. The
+// commands write to a stream of the host. A host without a console does not need this header.
 #ifndef ORNCORE_CONSOLE_COMMANDREGISTRY_H_
 #define ORNCORE_CONSOLE_COMMANDREGISTRY_H_
 
@@ -21,30 +21,34 @@ namespace orncore::console {
 
 using string::UTF16String;
 
-/// The output of a command. Use Write (below) for strings and put() for single units. The C++
-/// library has no facets for char16_t, so `<<` of numbers, std::endl and std::setfill throw
-/// std::bad_cast: convert numbers to strings first, and write u"\n".
+/// A stream for the output of a command. Use `Write` for strings and `put` for single units.
+///
+/// Standard libraries have no facets for `char16_t`. Therefore `<<` of a number, `std::endl` and
+/// `std::setfill` throw `std::bad_cast`. Convert numbers to strings first, and write `u"\n"` for a
+/// line end.
 using UTF16OutputStream = std::basic_ostream<char16_t>;
 
-/// Writes `text` unchanged.
+/// Writes `text` to `stream` without formatting. A failure sets the state bits of `stream`, as for
+/// `std::ostream::write`.
 ORN_EXPORT void Write(UTF16OutputStream& stream, std::u16string_view text);
 
-/// Commands by name. Names are compared unit by unit.
+/// Maps names to commands. Names are compared as sequences of UTF-16 units, so letter case matters.
 ///
-/// Threads: safe to use from any thread. A command runs on the thread that calls `RunLine`, without
-/// a lock: it may register, unregister (also itself) and run commands.
+/// Threads: safe to use from any thread. A command runs without a lock, on the thread that calls
+/// `RunLine`. It may register, unregister and run commands, and may unregister itself.
 class ORN_EXPORT CommandRegistry {
  public:
-  /// Executes a command with its argument text and its output. Returns 0 for success.
+  /// The function of a command. It receives the argument text and the output stream, and returns 0
+  /// for success. Several threads may call it at the same time.
   using CommandFunction = std::function<int(const UTF16String& arguments, UTF16OutputStream&)>;
 
-  /// An entry of the list of commands.
+  /// A command, as `ListCommands` returns it.
   struct Command {
-    UTF16String name;  ///< the first word of a line that runs it
-    UTF16String help;  ///< the usage line shows it directly after the name
+    UTF16String name;  ///< the first word of a line that runs the command
+    UTF16String help;  ///< the text that follows the name in the usage line
   };
 
-  /// Returns the registry of the process, which is never destroyed.
+  /// Returns the registry of the process. It is never destroyed, so static destructors may use it.
   static CommandRegistry& Instance();
 
   /// Creates a separate, empty registry.
@@ -53,21 +57,28 @@ class ORN_EXPORT CommandRegistry {
   CommandRegistry(const CommandRegistry&) = delete;
   CommandRegistry& operator=(const CommandRegistry&) = delete;
 
-  /// Adds a command. Returns false without effect if the name is taken, is empty or contains a
-  /// space (no line could run it), or if `function` is empty. The usage line shows `help` directly
-  /// after the name.
+  /// Adds a command and returns true. Returns false and adds nothing in these cases:
+  /// - a command with that name exists;
+  /// - `name` is empty or contains a space, so that no line could run the command;
+  /// - `function` is empty.
+  ///
+  /// `help` is the text that follows the name in the usage line. It starts with its own separator,
+  /// such as a space.
   bool RegisterCommandFunction(UTF16String name, UTF16String help, CommandFunction function);
 
-  /// Removes a command. Returns false if no command has that name. A call in progress is not
-  /// affected.
+  /// Removes a command and returns true. Returns false if no command has that name. Does not wait
+  /// for a running call of the command; its function is destroyed when that call ends.
   bool UnregisterCommand(std::u16string_view name);
 
-  /// Returns all commands, sorted by name in ascending order of UTF-16 units.
+  /// Returns copies of all commands, sorted by name in ascending order of UTF-16 units.
   std::vector<Command> ListCommands() const;
 
-  /// Runs a line. The name is the first word after any leading spaces. The argument text is
-  /// everything after the single space that ends the name, unchanged. Returns the result of the
-  /// command; nothing if no command has that name. Passes on what the command throws.
+  /// Runs the command of a line and returns its result. Returns `std::nullopt` if no command has
+  /// the name in the line.
+  ///
+  /// The name is the first word after any leading spaces. A space ends the name, and everything
+  /// after that one space is the argument text, unchanged. Exceptions of the command propagate to
+  /// the caller.
   std::optional<int> RunLine(std::u16string_view line, UTF16OutputStream& stream) const;
 
  private:

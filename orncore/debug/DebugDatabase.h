@@ -1,5 +1,8 @@
-// Debug settings: strings by key that developers and testers edit, in a store that the host can
-// replace.
+// Debug entries: strings by key that developers and testers edit. The host can replace their store.
+//
+//   orncore::debug::DebugDatabase::Instance().SetStore(std::make_shared<PreferencesStore>());
+//
+// Keys and values are UTF-8, but the database passes on any bytes unchanged.
 #ifndef ORNCORE_DEBUG_DEBUGDATABASE_H_
 #define ORNCORE_DEBUG_DEBUGDATABASE_H_
 
@@ -15,56 +18,65 @@
 
 namespace orncore::debug {
 
-/// The interface that a host implements to keep the debug settings; see `DebugDatabase::SetStore`.
-/// The database passes on what it throws.
+/// The interface that a host implements to keep the debug entries. `DebugDatabase::SetStore`
+/// registers an implementation. Exceptions of an implementation propagate to the caller of the
+/// database.
 ///
-/// Threads: called on the thread that calls the database, one at a time.
+/// Threads: the database calls its store on the thread of its own caller. It never makes two calls
+/// at the same time, so an implementation needs no lock.
 class ORN_EXPORT DebugStore {
  public:
   DebugStore(const DebugStore&) = delete;
   DebugStore& operator=(const DebugStore&) = delete;
   virtual ~DebugStore();
 
-  /// Returns the string stored under `key`; nothing if there is none. An empty string is an entry.
+  /// Returns the string stored under `key`, which may be empty. Returns `std::nullopt` if there is
+  /// no entry. The view `key` is valid during the call.
   [[nodiscard]] virtual std::optional<string::UTF8String> Find(std::string_view key) const = 0;
 
   /// Stores `value` under `key`. Replaces the previous value.
+
+  /// Stores `value` under `key` and replaces the previous value. The views are valid during the
+  /// call.
   virtual void Store(std::string_view key, std::string_view value) = 0;
 
  protected:
   DebugStore() = default;
 };
 
-/// A store in memory.
+/// A store in memory. Its entries are lost when it is destroyed. `DebugStore` documents the
+/// overridden methods.
 ///
-/// Threads: one thread at a time.
+/// Threads: use one store from one thread at a time.
 class ORN_EXPORT MemoryDebugStore final : public DebugStore {
  public:
   /// Entries by key, both UTF-8.
   using EntryMap = std::map<string::UTF8String, string::UTF8String, std::less<>>;
 
-  /// Creates a store with `entries`.
+  /// Creates a store that contains `entries`.
   explicit MemoryDebugStore(EntryMap entries = {});
   ~MemoryDebugStore() override;
 
   [[nodiscard]] std::optional<string::UTF8String> Find(std::string_view key) const override;
   void Store(std::string_view key, std::string_view value) override;
 
-  /// Returns all entries. The reference is valid as long as the store.
+  /// Returns all entries. The reference is valid until the store is destroyed.
   [[nodiscard]] const EntryMap& Entries() const noexcept;
 
  private:
   EntryMap entries_;
 };
 
-/// The debug settings of the process. Every call queries the store; nothing is cached. Not
-/// copyable, so that all users share one.
+/// Reads and writes debug entries. Every call queries the store, and nothing is cached.
 ///
-/// Threads: one thread at a time.
+/// A `DebugDatabase` is not copyable, so that all users share the same entries.
+///
+/// Threads: use one database from one thread at a time. The console command `ValidateWhatsNew` uses
+/// the database of the process on a background thread while the thread that runs the command waits.
 class ORN_EXPORT DebugDatabase {
  public:
-  /// Returns the database of the process. It is never destroyed, so static constructors and
-  /// destructors may use it.
+  /// Returns the database of the process. The database is never destroyed, so static constructors
+  /// and destructors may use it.
   static DebugDatabase& Instance();
 
   /// Creates a separate database with an empty `MemoryDebugStore`.
@@ -73,25 +85,28 @@ class ORN_EXPORT DebugDatabase {
   DebugDatabase& operator=(const DebugDatabase&) = delete;
   ~DebugDatabase();
 
-  /// Returns the string stored under `key`; empty if there is none.
+  /// Returns the string stored under `key`, or an empty string if there is no entry.
   [[nodiscard]] string::UTF8String GetEntry(std::string_view key) const;
 
-  /// Returns the string stored under `key`, also if it is empty; `defaultText` if there is none.
+  /// Returns the string stored under `key`, or `defaultText` if there is no entry. An entry with an
+  /// empty string counts as an entry.
   [[nodiscard]] string::UTF8String GetEntry(std::string_view key,
                                             std::string_view defaultText) const;
 
-  /// Stores `value` under `key`.
+  /// Stores `value` under `key` and replaces the previous value.
   void SetEntry(std::string_view key, std::string_view value);
 
-  /// Returns the entry as a switch: true for "true", false for any other string ("True", "1" and
-  /// the empty string included), `defaultValue` if there is no entry.
+  /// Returns the entry as a switch. Returns true for "true" and false for any other string, such as
+  /// "True", "1" or an empty string. Returns `defaultValue` if there is no entry.
   template <std::same_as<bool> T>
   [[nodiscard]] T GetEntryAs(std::string_view key, T defaultValue) const {
     return GetEntry(key, defaultValue ? "true" : "false") == "true";
   }
 
-  /// Replaces the store; the database shares ownership of `store`. Null sets an empty
+  /// Replaces the store. The database shares ownership of `store`. Null sets a new, empty
   /// `MemoryDebugStore`. Entries are not copied from the previous store.
+  ///
+  /// If memory runs out, throws `std::bad_alloc` and keeps the previous store.
   void SetStore(std::shared_ptr<DebugStore> store);
 
  private:

@@ -1,7 +1,10 @@
-// Messages for the maintainers of the host about failures that no caller can handle.
+// The log: lines about failures that cannot be reported to a caller, for the developers of the
+// host.
 //
-// Both functions may be called from any thread, from static constructors and destructors, and from
-// the sink. Several threads may be in the sink at once.
+//   orncore::debug::SetLogSink([](std::string_view line) { hostLog.Append(line); });
+//
+// Both functions are safe to call from any thread, from static constructors and destructors, and
+// from the sink itself.
 #ifndef ORNCORE_DEBUG_LOG_H_
 #define ORNCORE_DEBUG_LOG_H_
 
@@ -12,13 +15,19 @@
 
 namespace orncore::debug {
 
-/// Replaces the sink, which receives each line as UTF-8 without a line end; the view is valid
-/// during the call. An empty function restores the default. A thread that is logging at this moment
-/// may still use the previous sink.
+/// Replaces the sink. An empty function restores the default, which writes to standard error. A
+/// thread that is logging during the call may still use the previous sink.
+///
+/// The sink receives each line as UTF-8 without a line end. The view is valid during the call.
+/// Several threads may call the sink at the same time.
+///
+/// If memory runs out, throws `std::bad_alloc` and keeps the previous sink.
 ORN_EXPORT void SetLogSink(std::function<void(std::string_view line)> sink);
 
-/// Writes `line` to the sink. If there is no sink or the sink throws, writes it to standard error
-/// as one line, with `?` in place of control characters. Never throws.
+/// Passes `line` to the sink on the calling thread. Never throws.
+///
+/// If there is no sink or the sink throws, writes `line` to standard error as one line. In this
+/// output, `?` replaces each byte of a control character.
 ORN_EXPORT void Log(std::string_view line) noexcept;
 
 }  // namespace orncore::debug

@@ -1,4 +1,4 @@
-// Reading a file in the background: an executor, a read with its continuation, and the wait.
+// Background reading of files: an executor, a read with a continuation, and a wait with a deadline.
 //
 //   UntypedFuture done = ReadFileToRecycledMemory(
 //       File(path), GetDefaultExecutor(), [](const ReadOutcome& read) {
@@ -25,32 +25,37 @@
 
 namespace orncore::filesupport {
 
-/// Runs tasks on one thread, in the order of submission. The first task starts the thread.
+/// Runs tasks on one thread in the order of submission. The first task starts the thread.
 ///
-/// Call `Join` before the code of a task is unloaded, for example in the shutdown function of the
-/// `config::InitializerRegistrar` whose module submits tasks.
+/// A module that submits tasks must call `Join` before its code is unloaded, for example in the
+/// shutdown function of its `config::InitializerRegistrar`.
 ///
-/// Threads: safe to use from any thread, except that a task must not call `Join`, destroy the
+/// Threads: safe to use from any thread. However, a task must not call `Join`, destroy the
 /// executor, or wait for another task of the same executor.
 class ORN_EXPORT Executor {
  public:
-  /// Receives the token through which `Join` requests a stop.
+  /// A task. It receives a token through which `Join` requests that it stops early.
   using Task = std::function<void(const std::stop_token&)>;
 
-  /// Starts no thread.
+  /// Creates an executor without a thread.
   Executor() = default;
-  /// Joins.
+  /// Calls `Join`.
   ~Executor();
   Executor(const Executor&) = delete;
   Executor& operator=(const Executor&) = delete;
 
-  /// Adds `task` to the queue. If the task throws, the exception is logged. Throws
-  /// `std::bad_alloc`, or `std::system_error` if the thread cannot be started; the task is not run
-  /// then.
+  /// Adds `task` to the queue and returns. The executor destroys the task on its thread after the
+  /// task has run. If the task throws, the executor logs the exception.
+  ///
+  /// Throws `std::bad_alloc` if memory runs out and `std::system_error` if the thread cannot be
+  /// started. The task does not run then.
   void Submit(Task task);
 
-  /// Requests a stop of the running task and of all queued ones, runs the queued ones to their end,
-  /// and ends the thread. The next task starts a new thread.
+  /// Requests that the running task and all queued tasks stop, waits until they have run, and ends
+  /// the thread. The next task starts a new thread.
+  ///
+  /// Submit no task while `Join` runs. Such a task starts a second thread, which may also run tasks
+  /// that were already queued. `Join` does not wait for the second thread.
   void Join();
 
  private:
@@ -63,40 +68,60 @@ class ORN_EXPORT Executor {
 };
 
 /// Returns the executor of the process. It is never destroyed, so static destructors may use it.
+/// Its thread runs until `Join` is called or the process ends. Safe to call from any thread.
 ORN_EXPORT Executor& GetDefaultExecutor();
 
-/// What a read ended with: either the bytes or the exception that it failed with.
+/// The outcome of a read: either the bytes or an exception. Exactly one member is not null.
 struct ReadOutcome {
   std::shared_ptr<const RecycledMemory> memory;  ///< null if the read failed
   std::exception_ptr failure;                    ///< null if the read succeeded
 };
 
-/// The completion of a read and its continuation. It can be moved, not copied.
+/// Represents the completion of a read and of its continuation. `WaitForUntypedUntil` waits for it.
 ///
-/// Threads: one thread at a time.
+/// An object can be moved but not copied. Its destruction neither cancels the read nor waits for
+/// it.
+///
+/// Threads: use one object from one thread at a time.
 class ORN_EXPORT UntypedFuture {
   friend ORN_EXPORT UntypedFuture ReadFileToRecycledMemory(
       const File& file, Executor& executor, std::function<void(const ReadOutcome&)> continuation);
   friend ORN_EXPORT bool WaitForUntypedUntil(UntypedFuture& future,
                                              std::chrono::steady_clock::time_point deadline,
                                              bool cancelAtDeadline);
-  // Holds what the continuation failed with. Not as the future's own exception: the thread that
-  // waits must be the last owner of that exception.
+  // Holds the exception of the continuation, or null. The exception is a value, so that the waiting
+  // thread becomes its only owner. With `set_exception`, the reading thread could release the
+  // exception last and destroy it after the wait.
   std::future<std::exception_ptr> completion_;
   std::stop_source stop_;
 };
 
-/// Starts to read `file` on `executor` and returns at once. After the read, also after a failed or
-/// cancelled one, the same task calls `continuation` and then destroys it. A read that is cancelled
-/// fails with `config::FutureCancelled`. It fails as `ReadRegularFile` does, and with -EILSEQ if
-/// the path contains an unpaired surrogate. Throws what `Executor::Submit` throws.
+/// Submits a task that reads `file` to `executor`, and returns without waiting.
+///
+/// The task always calls `continuation` with the outcome, whether the read succeeds, fails or is
+/// cancelled. It then destroys `continuation`. Both happen on the executor's thread. The reference
+/// to the outcome is valid during the call; a continuation may keep a copy of `memory`.
+///
+/// `ReadOutcome::failure` is one of these exceptions:
+/// - `config::FutureCancelled` if `WaitForUntypedUntil` or `Executor::Join` cancels the read;
+/// - `config::ResultError` with -EILSEQ if the path contains an unpaired surrogate;
+/// - any exception of `ReadRegularFile`.
+///
+/// The function itself throws `std::bad_alloc` and the exceptions of `Executor::Submit`. Safe to
+/// call from any thread.
 ORN_EXPORT UntypedFuture ReadFileToRecycledMemory(
     const File& file, Executor& executor, std::function<void(const ReadOutcome&)> continuation);
 
-/// Waits until the continuation has returned, or until `deadline`. Returns true if it returned in
-/// time, and throws what it threw. If the deadline passes first, returns false; with
-/// `cancelAtDeadline` the function then cancels the read, waits until the continuation has
-/// returned, and throws what it threw. Call it again only if it returned false without cancelling.
+/// Waits until the continuation has returned, but not longer than `deadline`. Returns true if the
+/// continuation returned in time, and rethrows its exception if it threw one.
+///
+/// If the deadline passes first, the result depends on `cancelAtDeadline`:
+/// - false: The function returns false. The read continues, and the caller may wait again.
+/// - true: The function cancels the read and waits until the continuation has returned.
+///   Then it returns false, or rethrows the exception of the continuation.
+///
+/// `future` must be a result of `ReadFileToRecycledMemory`. Do not wait again after a call that
+/// returned true, threw, or cancelled the read.
 ORN_EXPORT bool WaitForUntypedUntil(UntypedFuture& future,
                                     std::chrono::steady_clock::time_point deadline,
                                     bool cancelAtDeadline);

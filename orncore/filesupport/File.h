@@ -1,4 +1,4 @@
-// A file: its name, and reading it whole on the calling thread. `AsyncRead.h` reads in the
+// Names of files, and reading a whole file on the calling thread. `AsyncRead.h` reads files in the
 // background.
 #ifndef ORNCORE_FILESUPPORT_FILE_H_
 #define ORNCORE_FILESUPPORT_FILE_H_
@@ -20,58 +20,67 @@ namespace orncore::filesupport {
 
 using string::UTF16String;
 
-/// Names a file, which need not exist. The class never opens the file.
+/// Holds the path of a file. The file need not exist, and the class never opens it.
 ///
-/// Threads: one thread at a time, as for a string.
+/// Threads: several threads may use an object at the same time if none of them changes it.
 class ORN_EXPORT File {
  public:
-  /// Uses the whole of `path` as one path, without trimming, quoting rules or wildcards.
+  /// Stores `path` unchanged. Spaces, quotation marks and wildcards in it have no special meaning.
   explicit File(UTF16String path);
 
-  /// Returns the path that the constructor received.
+  /// Returns the path that was passed to the constructor.
   const UTF16String& Path() const noexcept { return path_; }
 
-  /// Returns the path made absolute (relative to the current directory at the time of the call) and
-  /// lexically normal: without ".", ".." and repeated separators. Links are not followed. The
-  /// result is empty for an empty path. An unpaired surrogate becomes U+FFFD.
+  /// Returns the path as an absolute path without ".", ".." and repeated separators. Does not
+  /// resolve links. A relative path starts at the current directory. If the current directory no
+  /// longer exists, the result is relative.
+  ///
+  /// Replaces each unpaired surrogate with U+FFFD. Returns an empty string for an empty path.
   UTF16String FullPath() const;
 
  private:
   UTF16String path_;
 };
 
-/// Returns `text` as a path, encoded as the system requires (UTF-8 on POSIX systems). Returns
-/// nothing if `text` contains an unpaired surrogate: no file has such a name, and a replacement
-/// character would name another file.
+/// Converts `text` to a path in the encoding of the system, which is UTF-8 on POSIX systems.
+///
+/// Returns `std::nullopt` if `text` contains an unpaired surrogate, because a replacement character
+/// would name another file. Safe to call from any thread.
 ORN_EXPORT std::optional<std::filesystem::path> PathFromText(std::u16string_view text);
 
-/// The bytes of a file that was read. They never change.
+/// Owns the bytes that were read from a file. The bytes never change.
 ///
-/// Threads: any number of threads may read the bytes at the same time.
+/// Threads: several threads may read the bytes at the same time.
 class RecycledMemory {
  public:
   /// Takes ownership of `bytes`.
   explicit RecycledMemory(std::vector<std::byte> bytes) noexcept : bytes_(std::move(bytes)) {}
 
-  /// Returns the bytes. The view is valid as long as the object.
+  /// Returns the bytes. The view is valid until the object is destroyed.
   std::span<const std::byte> Bytes() const noexcept { return bytes_; }
 
  private:
   const std::vector<std::byte> bytes_;
 };
 
-/// Reads all bytes of the regular file `path`. Follows links.
+/// Reads all bytes of the regular file `path` and returns them. Follows links.
 ///
-/// Throws `config::ResultError` with a negated error number and a text that names the file:
-/// -ENOENT if the file is missing, -EACCES if it is not readable, -EISDIR for a directory, -EINVAL
-/// for a path that contains NUL, -EFBIG for more than 2 GiB, -EOPNOTSUPP for a FIFO, a device or a
-/// socket. The function does not open those, so it never waits for another process.
+/// Throws `config::ResultError` with a message that names the file, and with one of these codes or
+/// another negated error number of the system:
 ///
-/// If the file shrinks or grows during the call, the result is what was read up to the end of the
-/// file at that time.
+///   -ENOENT       the file does not exist
+///   -EACCES       the user may not read the file
+///   -EISDIR       the path names a directory
+///   -EOPNOTSUPP   the path names a FIFO, a device or a socket
+///   -EINVAL       the path contains NUL
+///   -EFBIG        the file is larger than 2 GiB
 ///
-/// Throws `config::FutureCancelled` soon after a stop is requested through `stop`, and
-/// `std::bad_alloc` if memory runs out. Safe to call from any thread.
+/// The function does not open FIFOs, devices and sockets, and therefore never waits for another
+/// process. If the file changes during the call, the result may mix old and new bytes. It ends
+/// where the last read found the end of the file.
+///
+/// Checks `stop` before each read of at most 1 MiB and throws `config::FutureCancelled` after a
+/// stop request. Throws `std::bad_alloc` if memory runs out. Safe to call from any thread.
 ORN_EXPORT std::shared_ptr<const RecycledMemory> ReadRegularFile(const std::filesystem::path& path,
                                                                  const std::stop_token& stop = {});
 

@@ -11,7 +11,7 @@ constexpr const char16_t* kDefaultVersion = u"25.1";
 constexpr const char16_t* kDefaultBuildNumber = u"42";
 constexpr const char* kDefaultPlatform = "Mac";
 
-utility::ServiceHolder<const ClientInfo> holder;
+utility::ServiceHolder<const ClientInfo> clientInfoHolder;
 
 }  // namespace
 
@@ -37,21 +37,21 @@ UTF8String FixedClientInfo::GetClientPlatform() const {
 }
 
 void SetClientInfo(std::shared_ptr<const ClientInfo> clientInfo) {
-  holder.Set(std::move(clientInfo));
+  clientInfoHolder.Set(std::move(clientInfo));
 }
 
 UTF16String GetClientVersion() {
-  const auto clientInfo = holder.Get();
+  const auto clientInfo = clientInfoHolder.Get();
   return clientInfo ? clientInfo->GetClientVersion() : UTF16String(kDefaultVersion);
 }
 
 UTF16String GetClientBuildNumber() {
-  const auto clientInfo = holder.Get();
+  const auto clientInfo = clientInfoHolder.Get();
   return clientInfo ? clientInfo->GetClientBuildNumber() : UTF16String(kDefaultBuildNumber);
 }
 
 UTF8String GetClientPlatform() {
-  const auto clientInfo = holder.Get();
+  const auto clientInfo = clientInfoHolder.Get();
   return clientInfo ? clientInfo->GetClientPlatform() : UTF8String(kDefaultPlatform);
 }
 

@@ -11,7 +11,7 @@
 
 namespace orncore::config {
 
-// The registry's mutex guards the members after the functions.
+// The mutex of the registry guards the members after `shutdown`.
 struct InitializerRegistration {
   std::string name;
   EInitializerContextFlags contexts;
@@ -20,7 +20,7 @@ struct InitializerRegistration {
   std::uint64_t id = 0;
   std::uint64_t initializationOrder = 0;  // 0: not initialised
   bool isRegistered = true;
-  bool isRunning = false;  // a thread is in one of the functions
+  bool isRunning = false;  // whether a thread is running one of the functions
 };
 
 namespace {
@@ -54,8 +54,10 @@ void CallShutdown(const InitializerRegistration& registration) {
   });
 }
 
-// The functions run without the lock: they may register, start contexts and load libraries, and a
-// thread that registers from a static constructor already holds the loader's lock.
+// The functions run without the lock, because they may register functions, start contexts and load
+// libraries. A thread that registers from a static constructor already holds the lock of the
+// dynamic loader. If another thread loaded a library under our lock, the two threads could
+// deadlock.
 class Registry {
  public:
   static Registry& Instance() {
@@ -80,9 +82,9 @@ class Registry {
 
   bool Initialize(EInitializerContextFlags contexts) {
     Lock lock(mutex_);
-    live_ = live_ | contexts;
+    liveContexts_ = liveContexts_ | contexts;
     bool succeeded = true;
-    // By ID, because the map may change while a function runs.
+    // Find the next registration by its ID, because the map may change while a function runs.
     std::uint64_t id = 0;
     for (auto next = registrations_.begin(); next != registrations_.end();
          next = registrations_.upper_bound(id)) {
@@ -97,8 +99,8 @@ class Registry {
 
   void Shutdown(EInitializerContextFlags contexts) {
     Lock lock(mutex_);
-    live_ = Without(live_, contexts);
-    while (InitializerRegistration* const last = LastWithoutContext()) Update(lock, *last);
+    liveContexts_ = Without(liveContexts_, contexts);
+    while (InitializerRegistration* const last = FindLastWithoutLiveContext()) Update(lock, *last);
   }
 
   std::vector<std::string> Names() {
@@ -109,16 +111,16 @@ class Registry {
   }
 
  private:
-  bool IsWanted(const InitializerRegistration& registration) const {
-    return registration.isRegistered && Overlap(registration.contexts, live_);
+  bool ShouldBeInitialized(const InitializerRegistration& registration) const {
+    return registration.isRegistered && Overlap(registration.contexts, liveContexts_);
   }
 
-  // Runs the functions until the registration is in the wanted state, which may change while a
-  // function runs. If a function is already running, its thread does this. Returns false if the
-  // initialise function failed.
+  // Runs functions until the registration is in the wanted state. The loop is needed because that
+  // state may change while a function runs without the lock. If another call is running a function,
+  // that call does the update. Returns false if the initialise function failed.
   bool Update(Lock& lock, InitializerRegistration& registration) {
     while (!registration.isRunning &&
-           IsWanted(registration) != (registration.initializationOrder != 0)) {
+           ShouldBeInitialized(registration) != (registration.initializationOrder != 0)) {
       const bool initializes = registration.initializationOrder == 0;
       registration.initializationOrder = 0;
       registration.isRunning = true;
@@ -134,12 +136,12 @@ class Registry {
     return true;
   }
 
-  InitializerRegistration* LastWithoutContext() const {
+  InitializerRegistration* FindLastWithoutLiveContext() const {
     InitializerRegistration* last = nullptr;
     std::uint64_t order = 0;
     for (const auto& [id, registration] : registrations_) {
       const bool isLater = registration->initializationOrder > order;
-      if (!isLater || Overlap(registration->contexts, live_)) continue;
+      if (!isLater || Overlap(registration->contexts, liveContexts_)) continue;
       last = registration;
       order = registration->initializationOrder;
     }
@@ -149,7 +151,7 @@ class Registry {
   std::mutex mutex_;
   std::condition_variable idle_;
   std::map<std::uint64_t, InitializerRegistration*> registrations_;
-  EInitializerContextFlags live_ = EInitializerContextFlags::kNone;
+  EInitializerContextFlags liveContexts_ = EInitializerContextFlags::kNone;
   std::uint64_t lastId_ = 0;
   std::uint64_t lastOrder_ = 0;
 };

@@ -29,7 +29,7 @@ constexpr std::u16string_view kMarkStarts = u"#^";
 constexpr std::array<std::u16string_view, 10> kArgumentMarks = {u"@0", u"@1", u"@2", u"@3", u"@4",
                                                                 u"@5", u"@6", u"@7", u"@8", u"@9"};
 
-// Replaces the markup in place, because no mark is shorter than its character.
+// Expands the markup in place. This works because each mark is at least as long as its character.
 void ExpandMarkup(UTF16String& text) {
   std::size_t read = text.find_first_of(kMarkStarts);
   if (read == UTF16String::npos) return;
@@ -46,7 +46,7 @@ void ExpandMarkup(UTF16String& text) {
   text.resize(written);
 }
 
-UTF16String WithExpandedMarkup(std::string_view text) {
+UTF16String ConvertAndExpand(std::string_view text) {
   UTF16String result = string::UTF8to16(text);
   ExpandMarkup(result);
   return result;
@@ -73,13 +73,13 @@ Localizer& Localizer::Get() {
 
 UTF16String Localizer::ZString(std::string_view keyText) const {
   const std::size_t equals = keyText.find('=');
-  // Shares ownership, because the dictionary may be replaced during the call, even by itself.
+  // Share ownership, because a dictionary can replace itself during the call.
   if (const auto dictionary = dictionary_) {
     const std::optional<UTF8String> text = dictionary->Find(keyText.substr(0, equals));
-    if (text) return WithExpandedMarkup(*text);
+    if (text) return ConvertAndExpand(*text);
   }
   if (equals == std::string_view::npos) return string::UTF8to16(keyText);
-  return WithExpandedMarkup(keyText.substr(equals + 1));
+  return ConvertAndExpand(keyText.substr(equals + 1));
 }
 
 UTF16String Localizer::ZString(std::string_view keyText,

@@ -11,12 +11,12 @@ namespace orncore::config {
 namespace {
 
 int NegatedCode(int code) {
-  const bool meaningless = code == 0 || code == std::numeric_limits<int>::min();
-  if (meaningless) return -EIO;
+  const bool isInvalid = code == 0 || code == std::numeric_limits<int>::min();
+  if (isInvalid) return -EIO;
   return code > 0 ? -code : code;
 }
 
-void LogEscaped(const char* what) noexcept {
+void LogException(const char* what) noexcept {
   try {
     debug::Log(std::string("an exception reached the top level: ") + what);
   } catch (const std::bad_alloc&) {
@@ -42,9 +42,9 @@ bool ExecuteTopLevelFunction(const std::function<void()>& function) noexcept {
     function();
     return true;
   } catch (const std::exception& exception) {
-    LogEscaped(exception.what());
+    LogException(exception.what());
   } catch (...) {
-    LogEscaped("of an unknown kind");
+    LogException("of an unknown kind");
   }
   return false;
 }

@@ -46,8 +46,7 @@ UTF8String DebugDatabase::GetEntry(std::string_view key) const {
   return GetEntry(key, {});
 }
 
-// Each call shares ownership of the store, because the store may be replaced during the call, even
-// by itself.
+// Each call shares ownership of the store, because a store can replace itself during the call.
 UTF8String DebugDatabase::GetEntry(std::string_view key, std::string_view defaultText) const {
   const std::shared_ptr<DebugStore> store = store_;
   std::optional<UTF8String> entry = store->Find(key);
@@ -61,7 +60,8 @@ void DebugDatabase::SetEntry(std::string_view key, std::string_view value) {
 
 void DebugDatabase::SetStore(std::shared_ptr<DebugStore> store) {
   if (!store) store = std::make_shared<MemoryDebugStore>();
-  // The previous store is released after the new one is set: its destructor may use the database.
+  // Release the previous store after the new one is set, because its destructor may use the
+  // database.
   store_.swap(store);
 }
 

@@ -9,10 +9,10 @@
 namespace orncore::debug {
 namespace {
 
-utility::FunctionHolder<void(std::string_view)> holder;
+utility::FunctionHolder<void(std::string_view)> sinkHolder;
 
-// A message may quote external text. Control characters could move a terminal's cursor or forge a
-// second line; in UTF-8 they include the C1 controls (C2 80 to C2 9F).
+// A line may quote untrusted text, whose control characters could control the user's terminal or
+// imitate a second line. They include the C1 controls, which are C2 80 to C2 9F in UTF-8.
 void ReplaceControls(std::string& line) {
   for (std::size_t i = 0; i < line.size(); ++i) {
     const auto byte = static_cast<unsigned char>(line[i]);
@@ -24,18 +24,18 @@ void ReplaceControls(std::string& line) {
   }
 }
 
-// Writes the line in one call, so that lines of several threads are not mixed.
+// Writes the line in one call, so that the lines of several threads are not mixed.
 void WriteToStandardError(std::string_view line) {
   std::string text(line);
   ReplaceControls(text);
   text += '\n';
-  // There is no other place to report a failure of standard error.
+  // Ignore the result, because a failure of standard error cannot be reported anywhere.
   static_cast<void>(std::fwrite(text.data(), 1, text.size(), stderr));
 }
 
 bool WriteToSink(std::string_view line) noexcept {
   try {
-    const auto sink = holder.Get();
+    const auto sink = sinkHolder.Get();
     if (!sink) return false;
     (*sink)(line);
     return true;
@@ -47,7 +47,7 @@ bool WriteToSink(std::string_view line) noexcept {
 }  // namespace
 
 void SetLogSink(std::function<void(std::string_view line)> sink) {
-  holder.Set(std::move(sink));
+  sinkHolder.Set(std::move(sink));
 }
 
 void Log(std::string_view line) noexcept {
@@ -55,7 +55,7 @@ void Log(std::string_view line) noexcept {
   try {
     WriteToStandardError(line);
   } catch (...) {
-    // This message needs no memory.
+    // Use a constant, because this message must not allocate memory.
     static_cast<void>(std::fputs("a log line was lost: out of memory\n", stderr));
   }
 }

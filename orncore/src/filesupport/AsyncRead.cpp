@@ -10,9 +10,9 @@
 namespace orncore::filesupport {
 namespace {
 
-// Returns what `function` throws, null for nothing.
+// Calls `function`. Returns the exception that it throws, or null if it throws none.
 template <class Function>
-std::exception_ptr FailureOf(const Function& function) noexcept {
+std::exception_ptr CatchException(const Function& function) noexcept {
   try {
     function();
     return nullptr;
@@ -23,7 +23,7 @@ std::exception_ptr FailureOf(const Function& function) noexcept {
 
 ReadOutcome Read(const File& file, const std::stop_token& stop) {
   ReadOutcome outcome;
-  outcome.failure = FailureOf([&] {
+  outcome.failure = CatchException([&] {
     if (stop.stop_requested()) throw config::FutureCancelled();
     const std::optional<std::filesystem::path> path = PathFromText(file.Path());
     if (!path) throw config::ResultError(-EILSEQ, string::UTF16to8(file.Path()));
@@ -48,9 +48,11 @@ void Executor::Submit(Task task) {
 }
 
 void Executor::Join() {
-  std::jthread ending;  // its destructor requests the stop and joins
+  // The destructor requests the stop and joins. It runs after the lock is released, because the
+  // thread needs the lock to end.
+  std::jthread endingThread;
   const std::lock_guard lock(mutex_);
-  ending.swap(thread_);
+  endingThread.swap(thread_);
 }
 
 void Executor::Run(const std::stop_token& stop) {
@@ -77,8 +79,9 @@ UntypedFuture ReadFileToRecycledMemory(const File& file, Executor& executor,
   future.completion_ = promise->get_future();
   executor.Submit([file, continuation = std::move(continuation), promise,
                    stop = future.stop_](const std::stop_token& executorStop) mutable {
-    const std::stop_callback forward(executorStop, [&stop] { stop.request_stop(); });
-    std::exception_ptr failure = FailureOf([&] { continuation(Read(file, stop.get_token())); });
+    const std::stop_callback forwardStop(executorStop, [&stop] { stop.request_stop(); });
+    std::exception_ptr failure =
+        CatchException([&] { continuation(Read(file, stop.get_token())); });
     continuation = nullptr;
     promise->set_value(std::move(failure));
   });

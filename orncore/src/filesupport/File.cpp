@@ -23,7 +23,7 @@ File::File(UTF16String path) : path_(std::move(path)) {}
 UTF16String File::FullPath() const {
   if (path_.empty()) return {};
   const fs::path path = PathFromUTF8(string::UTF16to8(path_));
-  // The current directory may have been removed. The relative path is the best result then.
+  // If the current directory was removed, no absolute path exists. Return the relative path then.
   std::error_code error;
   const fs::path absolute = fs::absolute(path, error);
   return string::UTF8to16(UTF8FromPath((error ? path : absolute).lexically_normal()));
@@ -38,7 +38,7 @@ std::optional<fs::path> PathFromText(std::u16string_view text) {
 std::shared_ptr<const RecycledMemory> ReadRegularFile(const fs::path& path,
                                                       const std::stop_token& stop) {
   if (path.native().find('\0') != fs::path::string_type::npos) ThrowFileError(EINVAL, path);
-  // Checked before it is opened, because opening a device or a FIFO can have side effects.
+  // Check the type before opening, because opening a device or a FIFO can have side effects.
   std::error_code error;
   const fs::file_status status = fs::status(path, error);
   if (error) ThrowFileError(error.value(), path);

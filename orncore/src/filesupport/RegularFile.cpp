@@ -15,7 +15,7 @@
 namespace orncore::filesupport {
 namespace {
 
-// A stop request is noticed between two reads, so no read is larger than this.
+// `ReadToEnd` checks for a stop request between reads, so the size of a read is limited.
 constexpr std::size_t kLargestRead = std::size_t{1} << 20;
 constexpr std::size_t kSmallestRead = 4096;
 
@@ -38,7 +38,8 @@ namespace {
 int Open(const std::filesystem::path& path) {
   int descriptor = -1;
   do {
-    // O_NONBLOCK: another process may have replaced the file with a FIFO since it was checked.
+    // Use O_NONBLOCK, because another process may have replaced the file with a FIFO since the
+    // check. Opening a FIFO would otherwise wait for a writer.
     descriptor = ::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC | O_NOCTTY);
   } while (descriptor < 0 && errno == EINTR);
   if (descriptor < 0) ThrowFileError(errno, path);
@@ -93,7 +94,7 @@ std::size_t RegularFile::Read(std::span<std::byte> buffer) {
 std::vector<std::byte> RegularFile::ReadToEnd(std::size_t maxBytes, const std::stop_token& stop) {
   if (size_ > maxBytes) ThrowFileError(EFBIG, path_);
   std::vector<std::byte> bytes;
-  // With room for one more read, so that reaching the end does not reallocate.
+  // Reserve room for one more read, so that the read that finds the end does not reallocate.
   bytes.reserve(static_cast<std::size_t>(size_) + kSmallestRead);
   for (;;) {
     if (stop.stop_requested()) throw config::FutureCancelled();
