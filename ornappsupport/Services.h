@@ -1,17 +1,17 @@
-// The services that a host can replace, and how to restore the defaults.
+// The services that a host can replace, and their defaults.
 //
-// | service            | how a host replaces it                              | default |
-// |--------------------|-----------------------------------------------------|----------------------|
-// | beta features      | ornappsupport::feature::SetFeatureService           | none, no permission
-// | | usage logging      | ornappsupport::analytics::SDMUsageLogger            | on | | |
-// ::SetLoggingQuery                                   |                      | | dictionary |
-// orncore::config::Localizer::Get().SetDictionary     | the default texts    | | client information
-// | orncore::config::SetClientInfo                      | 25.1, 42, Mac        | | debug entries |
-// orncore::debug::DebugDatabase::Instance().SetStore  | empty, in memory     | | log |
-// orncore::debug::SetLogSink                          | standard error       | | termination |
-// orncore::appstatemanager::SetTerminationQuery       | not terminating      |
+//   Service             Function that replaces it                      Default
+//   ------------------  ---------------------------------------------  -----------------------
+//   beta features       ornappsupport::feature::SetFeatureService      no features
+//   permission          ornappsupport::feature::SetFeatureService      no permission
+//   usage logging       analytics::SDMUsageLogger::SetLoggingQuery     on
+//   dictionary          orncore::config::Localizer::SetDictionary      the default texts
+//   client information  orncore::config::SetClientInfo                 25.1, build 42, Mac
+//   debug entries       orncore::debug::DebugDatabase::SetStore        empty, in memory
+//   log                 orncore::debug::SetLogSink                     standard error
+//   termination         orncore::appstatemanager::SetTerminationQuery  not terminating
 //
-// Console commands and initializers are registered, not replaced: see
+// A host registers console commands and initialisers instead of replacing a service. See
 // orncore/console/CommandRegistry.h and orncore/config/InitializerRegistrar.h.
 #ifndef ORNAPPSUPPORT_SERVICES_H_
 #define ORNAPPSUPPORT_SERVICES_H_
@@ -20,8 +20,11 @@
 
 namespace ornappsupport {
 
-/// Restores the default of every service above. Registered commands and initializers stay. Must not
-/// be called while another thread uses a service.
+/// Restores the default of every service above, for example between tests. Keeps registered
+/// commands and initialisers.
+///
+/// Do not call while a list or another thread uses a service. If memory runs out, throws
+/// `std::bad_alloc`; the services that were not reset yet are unchanged.
 ORN_EXPORT void ResetServices();
 
 }  // namespace ornappsupport

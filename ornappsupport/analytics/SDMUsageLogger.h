@@ -1,6 +1,6 @@
-// Whether the user lets the application log its use.
+// The user's choice whether the application logs its use.
 //
-// A host sets a query once, at start:
+// A host sets a query once at start:
 //
 //   ornappsupport::analytics::SDMUsageLogger::SetLoggingQuery([] { return prefs.LogUsage(); });
 #ifndef ORNAPPSUPPORT_ANALYTICS_SDMUSAGELOGGER_H_
@@ -12,19 +12,24 @@
 
 namespace ornappsupport::analytics {
 
-/// Answers whether the host's usage logging is on.
+/// Queries whether the usage logging of the host is on. If it is off, only internal users can rate
+/// features.
 ///
-/// Threads: safe to use from any thread. The query must be safe to call from the threads that call
-/// `IsLogging`.
+/// Threads: safe to use from any thread. If a host uses lists on several threads, its query must be
+/// safe to call from all of them at the same time.
 class ORN_EXPORT SDMUsageLogger {
  public:
+  /// Not constructible, because all functions are static.
   SDMUsageLogger() = delete;
 
-  /// Calls the host's query and returns its result; true if there is no query. Passes on what the
-  /// query throws.
+  /// Calls the host's query on the calling thread and returns its result. Returns true if there is
+  /// no query. Exceptions of the query propagate to the caller.
   static bool IsLogging();
 
-  /// Replaces the query. An empty function removes it.
+  /// Replaces the query. An empty function removes it. A call of `IsLogging` on another thread may
+  /// still use the previous query.
+  ///
+  /// If memory runs out, throws `std::bad_alloc` and keeps the previous query.
   static void SetLoggingQuery(std::function<bool()> query);
 };
 

@@ -1,4 +1,4 @@
-// A beta feature, as the host's table describes it.
+// The description of a beta feature in the feature table of the host.
 #ifndef ORNAPPSUPPORT_FEATURE_BETAFEATURE_H_
 #define ORNAPPSUPPORT_FEATURE_BETAFEATURE_H_
 
@@ -14,40 +14,48 @@ namespace ornappsupport::feature {
 
 using orncore::string::UTF16String;
 
-/// Which label a list shows for a beta feature. Other 32-bit values are kept unchanged and shown
-/// without a label. Whether a feature is listed at all depends first on `FeatureService`: it must
-/// be switched on, or available for the user to switch on.
+/// Determines the label of a beta feature in a list and, for `kInternal`, whether the list shows
+/// the feature. A feature with any other 32-bit value is treated like `kUnlabelled`.
+///
+/// A list shows a feature only if it is switched on or the user may switch it on, whatever its
+/// visibility. A debug switch shows all features to internal users.
+///
+/// If a change of a feature has the salience "HideBetaFeatureFromExternal", only internal users see
+/// the feature. Its label is then "TARSA ONLY", unless its visibility is `kPublic`.
 enum class VisibilityInAllClientApps : std::int32_t {
-  /// A public feature, labelled "UNLOCKED" whether it is on or off. If the debug switch that lists
-  /// all features that are off is set, internal users see "OFF" for one that is off.
+  /// A public feature with the label "UNLOCKED", whether it is on or off. If the debug switch that
+  /// shows all features is on, internal users see the label "OFF" on a feature that is off.
   kPublic = 0,
-  /// A hidden feature. No user sees it, not even an internal user, unless one of its changes has
-  /// the
-  /// salience "UnhideBetaFeature". It is then labelled "TARSA ONLY" for internal users and
-  /// "UNLOCKED" for others.
+  /// A feature that is hidden from all users, including internal users. If one of its changes has
+  /// the salience "UnhideBetaFeature", it is shown. Its label is then "TARSA ONLY" for internal
+  /// users and "UNLOCKED" for others.
   kInternal = 1,
-  /// A feature in development, labelled "IN DEVELOPMENT".
+  /// A feature in development, with the label "IN DEVELOPMENT".
   kInDevelopment = 2,
   /// A feature without a label.
   kUnlabelled = 3,
 };
 
-/// The texts and the visibility of a beta feature. Its internal key, under which the host switches
-/// it, is its key in the `BetaFeatureMap`.
+/// Holds the epic key, the texts and the visibility of a beta feature. The internal key, under
+/// which the host switches the feature, is its key in the `BetaFeatureMap`.
 ///
-/// Threads: one thread at a time, as for a string.
+/// Threads: several threads may read an object at the same time. A change needs exclusive access.
 class ORN_EXPORT BetaFeature {
  public:
-  /// `jiraEpicKey` is the key of the feature's epic in the issue tracker; changes refer to the
-  /// feature by it. It may be empty. A display text that begins with "$$$/" is localised.
+  /// Creates a description. `jiraEpicKey` is the key of the feature's epic in the issue tracker, in
+  /// UTF-8. Changes refer to the feature by this key. An empty key is allowed, but it matches the
+  /// empty story ID of changes that belong to other items.
+  ///
+  /// A list localises a display text that begins with "$$$/", and shows other display texts
+  /// unchanged.
   BetaFeature(std::string jiraEpicKey, UTF16String displayName, UTF16String displayDescription,
               VisibilityInAllClientApps visibility);
 
-  /// Returns the key of the epic, UTF-8.
+  /// Returns the key of the feature's epic in UTF-8.
   const std::string& GetJiraEpicKey() const noexcept { return jiraEpicKey_; }
-  /// Returns the display name.
+  /// Returns the display name, which is not localised yet.
   const UTF16String& GetDisplayName() const noexcept { return displayName_; }
-  /// Returns the display description.
+  /// Returns the display description, which is not localised yet.
   const UTF16String& GetDisplayDescription() const noexcept { return displayDescription_; }
   /// Returns the visibility.
   VisibilityInAllClientApps GetVisibility() const noexcept { return visibility_; }
@@ -59,7 +67,7 @@ class ORN_EXPORT BetaFeature {
   VisibilityInAllClientApps visibility_;
 };
 
-/// Beta features by internal key, in ascending byte order.
+/// A feature table: beta features by internal key in UTF-8, sorted in ascending byte order.
 using BetaFeatureMap = std::map<std::string, BetaFeature, std::less<>>;
 
 }  // namespace ornappsupport::feature

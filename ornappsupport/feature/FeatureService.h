@@ -1,10 +1,11 @@
-// The host's beta features, their switches, and the internal-features permission.
+// The beta features of the host, their switches, and the internal-features permission.
 //
-// A host implements FeatureService with its own switches and registers it once, at start:
+// A host implements FeatureService with its own switches and registers it once at start:
 //
 //   ornappsupport::feature::SetFeatureService(std::make_shared<MySwitches>());
 //
-// or uses a FixedFeatureService. By default there are no beta features and no permission.
+// A host can also fill a FixedFeatureService. By default, there are no beta features and no
+// permission.
 #ifndef ORNAPPSUPPORT_FEATURE_FEATURESERVICE_H_
 #define ORNAPPSUPPORT_FEATURE_FEATURESERVICE_H_
 
@@ -19,9 +20,14 @@
 
 namespace ornappsupport::feature {
 
-/// The interface that a host implements to describe its beta features.
+/// The interface that a host implements to describe its beta features. A list copies the features
+/// when it is loaded. It queries the switches and the permission on every use and caches none of
+/// them. Exceptions of an implementation propagate to the caller of the list.
 ///
-/// Threads: called on the thread that uses a list.
+/// Threads: the library calls it on the thread that uses a list. The console command
+/// `ValidateWhatsNew` uses a list on a background thread while the thread that runs the command
+/// waits. If a host uses lists on several threads, the methods must be safe to call from all of
+/// them at the same time.
 class ORN_EXPORT FeatureService {
  public:
   FeatureService() = default;
@@ -29,31 +35,36 @@ class ORN_EXPORT FeatureService {
   FeatureService& operator=(const FeatureService&) = delete;
   virtual ~FeatureService();
 
-  /// Returns the table. It must neither move nor change during a call into a list; the host may
-  /// change it between calls.
+  /// Returns the feature table. The table must not change, move or be destroyed while a method of a
+  /// list runs. The host may change it between such calls.
   virtual const BetaFeatureMap& GetBetaFeatures() const = 0;
 
-  /// Returns whether the feature is switched on for this user. Called only with keys of the table.
+  /// Returns whether the feature is switched on for the user. `internalKey` is always a key of the
+  /// table.
   virtual bool IsEnabled(std::string_view internalKey) const = 0;
 
-  /// Returns whether the user may switch the feature on. Called only with keys of the table.
+  /// Returns whether the user may switch the feature on. `internalKey` is always a key of the
+  /// table.
   virtual bool IsAvailableForUser(std::string_view internalKey) const = 0;
 
-  /// Returns whether the user has the internal-features permission.
+  /// Returns whether the user has the internal-features permission. With it, a list shows internal
+  /// sections, keys and notes to the user.
   virtual bool AreInternalFeaturesAllowed() const = 0;
 };
 
-/// Beta features in memory. `FeatureService` documents the overridden methods.
+/// A feature table in memory, with its switches and the permission. `FeatureService` documents the
+/// overridden methods.
 ///
-/// Threads: add features before it is registered, or on the thread that uses the lists. Reading is
-/// safe from any thread while no thread writes.
+/// Threads: reading is safe from any thread while no thread calls `Add` or
+/// `SetInternalFeaturesAllowed`. Call these when no method of a list runs.
 class ORN_EXPORT FixedFeatureService final : public FeatureService {
  public:
-  /// Creates an empty table without the permission.
+  /// Creates an empty table. The user does not have the permission.
   FixedFeatureService();
   ~FixedFeatureService() override;
 
-  /// Adds a feature. Replaces one with the same internal key.
+  /// Adds a feature, or replaces the feature with the same internal key. `enabled` is the result of
+  /// `IsEnabled`, and `availableForUser` is the result of `IsAvailableForUser`.
   void Add(std::string internalKey, BetaFeature feature, bool enabled, bool availableForUser);
 
   /// Sets the internal-features permission, which is false by default.
@@ -73,22 +84,27 @@ class ORN_EXPORT FixedFeatureService final : public FeatureService {
   bool internalFeaturesAllowed_ = false;
 };
 
-/// Replaces the service. Null restores the default: an empty table without the permission. Must not
-/// be called during a call into a list: references to the table of the old service become invalid.
+/// Replaces the service. The library shares ownership of `service`. Null restores the default: an
+/// empty table and no permission.
+///
+/// Do not call while a method of a list runs, because the list may hold a reference to the table of
+/// the previous service. Otherwise, the function is safe to call from any thread.
 ORN_EXPORT void SetFeatureService(std::shared_ptr<const FeatureService> service);
 
-/// Returns the current table of the host. The reference is valid until the service is replaced.
+/// Returns the feature table of the host. The reference is valid until the service is replaced.
+/// This function and the functions below query the service on the calling thread.
 ORN_EXPORT const BetaFeatureMap& GetConstBetaFeatureMap();
 
-/// Returns whether the feature is switched on. False for null and for a key that is not in the
-/// table.
+/// Returns whether the feature is switched on for the user. Returns false if `internalKey` is null
+/// or not a key of the table.
 ORN_EXPORT bool IsFeatureEnabled(const char* internalKey);
 
-/// Returns whether the user may switch the feature on. False for null and for a key that is not in
-/// the table.
+/// Returns whether the user may switch the feature on. Returns false if `internalKey` is null or
+/// not a key of the table.
 ORN_EXPORT bool IsAvailableForUserEnablement(const char* internalKey);
 
-/// Returns whether the user has the internal-features permission.
+/// Returns whether the user has the internal-features permission. Returns false if no service is
+/// set.
 ORN_EXPORT bool IsEntitlementSetToInternalFeaturesAllowed();
 
 }  // namespace ornappsupport::feature

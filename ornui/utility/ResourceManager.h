@@ -1,6 +1,7 @@
-// The resources of the application: bytes by name and type.
+// The resources of the host: bytes by name and type.
 //
-// A host passes its own ResourceManager or one of these two: resources in a folder or in memory.
+// A host passes a ResourceManager to a list, which loads its data file through it. The host can use
+// one of the two implementations in this header or its own.
 #ifndef ORNUI_UTILITY_RESOURCEMANAGER_H_
 #define ORNUI_UTILITY_RESOURCEMANAGER_H_
 
@@ -16,9 +17,10 @@ namespace ornui::utility {
 
 using orncore::string::UTF16String;
 
-/// The interface that a host implements to load resources.
+/// The interface that a host implements to load resources. Exceptions of an implementation
+/// propagate to the caller of the list.
 ///
-/// Threads: called on the thread that loads a list.
+/// Threads: the list calls it on the thread that constructs the list.
 class ORN_EXPORT ResourceManager {
  public:
   ResourceManager() = default;
@@ -28,23 +30,32 @@ class ORN_EXPORT ResourceManager {
 
   /// Replaces the content of `bytes` with the resource and returns true. If the resource does not
   /// exist or cannot be read, clears `bytes` and returns false.
+  ///
+  /// For a data file, `name` is the path that the host passed to the list, and `type` is "csv".
   virtual bool LoadResource(const UTF16String& name, const UTF16String& type,
                             std::vector<unsigned char>& bytes) const = 0;
 };
 
-/// Resources in the files of a folder. Every load reads the file.
+/// Loads resources from the files of a folder. `ResourceManager` documents the overridden method.
+/// Every load reads the file, and nothing is cached.
 ///
-/// A resource is the regular file `<folder>/<name>`; if that does not exist,
-/// `<folder>/<name>.<type>`. A name may contain "/" for a file in a subfolder. Files outside the
-/// folder are never loaded: an empty or absolute name, a name that contains "..", NUL or an
-/// unpaired surrogate, and a link to a file outside name no resource. Processes that may write to
-/// the folder are trusted not to replace it during a load.
+/// A resource is the regular file `<folder>/<name>`. If nothing exists at that path, it is the
+/// regular file `<folder>/<name>.<type>`. A name may contain "/" for a file in a subfolder.
+///
+/// Files outside the folder are never loaded. These names have no resource:
+/// - an empty name, or an absolute path;
+/// - a path with the element "..";
+/// - a name with NUL or an unpaired surrogate;
+/// - a link to a file outside the folder.
+///
+/// The class trusts processes that can write to the folder. Such a process could replace a file
+/// with a link during a load, and the load could then read a file outside the folder.
 ///
 /// Threads: safe to use from any thread.
 class ORN_EXPORT FolderResourceManager final : public ResourceManager {
  public:
-  /// `folder` need not exist yet. A relative path is resolved against the current directory at each
-  /// load.
+  /// Stores the path of the folder, which need not exist yet. Each load resolves a relative path
+  /// against the current directory at that time.
   explicit FolderResourceManager(std::filesystem::path folder);
   ~FolderResourceManager() override;
 
@@ -55,17 +66,18 @@ class ORN_EXPORT FolderResourceManager final : public ResourceManager {
   std::filesystem::path folder_;
 };
 
-/// Resources in memory, found by their exact name and type. `ResourceManager` documents the
-/// overridden method.
+/// Loads resources from memory. Names and types must match exactly, including letter case.
+/// `ResourceManager` documents the overridden method.
 ///
-/// Threads: loading is safe from any thread while no thread adds a resource.
+/// Threads: `LoadResource` is safe to call from any thread while no thread calls `Add`.
 class ORN_EXPORT MemoryResourceManager final : public ResourceManager {
  public:
-  /// Creates an empty manager.
+  /// Creates a manager without resources.
   MemoryResourceManager();
   ~MemoryResourceManager() override;
 
-  /// Adds a resource. Replaces one with the same name and type.
+  /// Adds a resource and takes ownership of `bytes`. Replaces the resource with the same name and
+  /// type.
   void Add(UTF16String name, UTF16String type, std::vector<unsigned char> bytes);
 
   bool LoadResource(const UTF16String& name, const UTF16String& type,

@@ -7,12 +7,12 @@
 namespace ornappsupport::feature {
 namespace {
 
-orncore::utility::ServiceHolder<const FeatureService> holder;
+orncore::utility::ServiceHolder<const FeatureService> serviceHolder;
 
 using KeyQuery = bool (FeatureService::*)(std::string_view) const;
 
 bool QueryForKey(KeyQuery query, const char* internalKey) {
-  const auto service = holder.Get();
+  const auto service = serviceHolder.Get();
   if (!service || internalKey == nullptr) return false;
   const std::string_view key = internalKey;
   return service->GetBetaFeatures().contains(key) && (*service.*query)(key);
@@ -28,15 +28,15 @@ FixedFeatureService::~FixedFeatureService() = default;
 
 void FixedFeatureService::Add(std::string internalKey, BetaFeature feature, bool enabled,
                               bool availableForUser) {
-  const auto put = [&internalKey](Keys& keys, bool present) {
+  const auto setPresence = [&internalKey](Keys& keys, bool present) {
     if (present) {
       keys.insert(internalKey);
     } else {
       keys.erase(internalKey);
     }
   };
-  put(enabled_, enabled);
-  put(available_, availableForUser);
+  setPresence(enabled_, enabled);
+  setPresence(available_, availableForUser);
   features_.insert_or_assign(std::move(internalKey), std::move(feature));
 }
 
@@ -57,12 +57,12 @@ bool FixedFeatureService::AreInternalFeaturesAllowed() const {
 }
 
 void SetFeatureService(std::shared_ptr<const FeatureService> service) {
-  holder.Set(std::move(service));
+  serviceHolder.Set(std::move(service));
 }
 
 const BetaFeatureMap& GetConstBetaFeatureMap() {
   static orncore::utility::NoDestructor<BetaFeatureMap> emptyTable;
-  const auto service = holder.Get();
+  const auto service = serviceHolder.Get();
   return service ? service->GetBetaFeatures() : *emptyTable;
 }
 
@@ -75,7 +75,7 @@ bool IsAvailableForUserEnablement(const char* internalKey) {
 }
 
 bool IsEntitlementSetToInternalFeaturesAllowed() {
-  const auto service = holder.Get();
+  const auto service = serviceHolder.Get();
   return service && service->AreInternalFeaturesAllowed();
 }
 

@@ -14,27 +14,28 @@ namespace {
 namespace fs = std::filesystem;
 using orncore::filesupport::PathFromText;
 
-bool StaysInFolder(const fs::path& path) {
+bool IsRelativeWithoutParent(const fs::path& path) {
   if (path.empty() || path.native().find('\0') != fs::path::string_type::npos) return false;
   return !path.has_root_path() && std::ranges::find(path, fs::path("..")) == path.end();
 }
 
-bool IsBelow(const fs::path& path, const fs::path& folder) {
+bool IsInFolder(const fs::path& path, const fs::path& folder) {
   return std::ranges::mismatch(folder, path).in1 == folder.end();
 }
 
-// Returns the file of a resource with all links resolved; nothing if it does not exist or is not in
-// the folder.
+// Returns the path of the resource's file with all links resolved. Returns `std::nullopt` if the
+// file does not exist or is not in the folder. Links must be resolved first, because a link in the
+// folder can lead to a file outside.
 std::optional<fs::path> FindFile(const fs::path& folder, const UTF16String& name,
                                  const UTF16String& type) {
   std::error_code error;
   std::optional<fs::path> path = PathFromText(name);
   if (path && !fs::exists(folder / *path, error)) path = PathFromText(name + u"." + type);
-  if (!path || !StaysInFolder(*path)) return std::nullopt;
+  if (!path || !IsRelativeWithoutParent(*path)) return std::nullopt;
   const fs::path root = fs::canonical(folder, error);
   if (error) return std::nullopt;
   fs::path file = fs::canonical(root / *path, error);
-  if (error || !IsBelow(file, root)) return std::nullopt;
+  if (error || !IsInFolder(file, root)) return std::nullopt;
   return file;
 }
 
