@@ -1,4 +1,5 @@
-// Finds the item of the list to which a change of the data file is attached.
+// Finds the item of the list to which a change of the data file belongs. The parser uses it, and so
+// can tools that check a data file.
 #ifndef ORNWHATSNEW_CHANGEPLACEMENT_H_
 #define ORNWHATSNEW_CHANGEPLACEMENT_H_
 
@@ -12,16 +13,24 @@ namespace ornwhatsnew {
 
 /// The result of `PlaceChange`.
 struct ChangePlacement {
-  /// The item, owned by the list. Null if the section to which the change belongs is missing; the
-  /// parser then drops the change.
+  /// The item, owned by the map of items. Null if the section to which the change belongs is
+  /// missing; the parser then drops the change.
   FeatureListItem* item = nullptr;
-  /// Whether neither ID matched an item. Such a change goes to the internal section and is marked.
+  /// Whether the IDs match no item. The parser marks such a change; internal users then see a note.
+  /// The change belongs to the section INTERNAL, or to UNREVIEWED if it is unreviewed.
   bool unmatched = false;
 };
 
-/// Finds the item for a change. Looks up the IDs exactly as written, first the story ID, then the
-/// grouping ID. The grouping ID "INTERNAL", in any letter case, is the internal section; the story
-/// ID is then ignored. An unreviewed change goes to the unreviewed section, whatever its IDs are.
+/// Finds the item for a change among `items`. The first rule that applies decides:
+///
+/// 1. An unreviewed change belongs to the section UNREVIEWED, whatever its IDs are.
+/// 2. The grouping ID "INTERNAL", in any letter case, means the section INTERNAL.
+/// 3. The story ID is the key of an item, compared byte for byte.
+/// 4. The grouping ID is the key of an item, compared byte for byte.
+/// 5. Any other change is unmatched and belongs to the section INTERNAL.
+///
+/// An entry of `items` without an item counts as missing. The function does not change `items` and
+/// can be called from any thread while no thread changes them.
 ORN_EXPORT ChangePlacement PlaceChange(const FeatureMap& items, std::string_view groupingID,
                                        std::string_view storyID, bool unreviewed);
 

@@ -1,5 +1,5 @@
-// The ten columns of a What's New data file: their order, their header texts, and under which key a
-// change keeps each of them.
+// The ten columns of a data file. `DataColumn` defines their order, `kDataColumns` their headers
+// and the key under which a change stores each field.
 #ifndef ORNWHATSNEW_DATACOLUMN_H_
 #define ORNWHATSNEW_DATACOLUMN_H_
 
@@ -9,39 +9,51 @@
 
 namespace ornwhatsnew {
 
-/// The columns in file order. The reader finds a column by its index, never by the header row.
+/// The columns in file order. The reader identifies a column by its index and never compares the
+/// header row. Every field except the grouping ID can be empty.
 enum class DataColumn : std::size_t {
-  kVersion,        ///< version in which the change was added, or the changes-since version
-  kGroupingID,     ///< epic ID or section key, or "Changes-Since"
-  kStoryID,        ///< story, task or bug ID, or empty
-  kSalience,       ///< a salience keyword, or empty
-  kRatingRequest,  ///< "RequestRating", a question, or empty
-  kFirstVersion,   ///< earliest version to which the change is relevant, or empty
-  kPlatform,       ///< "Mac", "Win", or empty
-  kURL,            ///< link to a discussion, or empty
-  kSHA,            ///< changelist or commit ID, or empty
-  kDescription,    ///< the text that users read
+  /// The version in which the change was added. In a changes-since row, the changes-since version.
+  kVersion,
+  /// The epic ID of a feature, a section key, or "Changes-Since".
+  kGroupingID,
+  /// The ID of a story, task or bug.
+  kStoryID,
+  /// A salience keyword.
+  kSalience,
+  /// "RequestRating" or a custom question.
+  kRatingRequest,
+  /// The earliest version to which the change is relevant; empty for all versions.
+  kFirstVersion,
+  /// The only platform to which the change is relevant, "Mac" or "Win"; empty for all platforms.
+  kPlatform,
+  /// A link to a discussion.
+  kURL,
+  /// A changelist ID or commit ID.
+  kSHA,
+  /// The text that users read. It is empty in a row that only requests a rating.
+  kDescription,
 };
 
 /// The number of columns.
 inline constexpr std::size_t kDataColumnCount = 10;
 
-/// The index of a column in `kDataColumns` and in the values of a row.
+/// Returns the index of a column, from 0. It is the index in `kDataColumns`, in `DataRow::values`
+/// and in `FeatureListDetail::Fields`.
 constexpr std::size_t ColumnIndex(DataColumn column) {
   return static_cast<std::size_t>(column);
 }
 
-/// What is fixed about a column.
+/// The properties of a column.
 struct DataColumnInfo {
-  /// The text in the header row as authors write it. The reader does not compare it.
+  /// The header that authors write in the first row. The reader does not compare it.
   std::string_view header;
   /// The key for `FeatureListDetail::GetField`.
   std::string_view fieldKey;
-  /// Whether the parser stores the values of the column in lower case.
+  /// Whether the parser converts the field to lower case. `DataFileReader` does not convert it.
   bool isLowerCased;
 };
 
-/// The columns, by `ColumnIndex`.
+/// The properties of each column, indexed by `ColumnIndex`.
 inline constexpr std::array<DataColumnInfo, kDataColumnCount> kDataColumns = {{
     {"App Version", "kVersionAdded", false},
     {"Grouping ID (Jira Epic / BUGFIX / INTERNAL / MISC)", "kJIRAEpicID", true},

@@ -1,10 +1,13 @@
-// Reads the rows of a What's New data file, for the parser and for tools that check a file.
+// Reads the rows of a data file, for the parser and for tools that check a file.
 //
-//     text ──line feeds──> rows ──commas, quotes──> fields ──cleaned──> ten current values ──> kind
+//     DataFileReader reader(text);
+//     while (const DataRow* row = reader.Next()) {
+//       if (row->kind == DataRowKind::kChange) Print(row->Value(DataColumn::kDescription));
+//     }
 //
-// A row ends at every line feed, inside quotes too. A double quote switches quoting on and off and
-// is dropped; inside quotes a comma is text. There is no escape character, and nothing is trimmed.
-// Carriage returns are removed from every field, and ill-formed UTF-8 becomes U+FFFD.
+// A row ends at every line feed, even inside quotes. A comma outside quotes ends a field. A double
+// quote starts or ends quoting and is removed. There is no escape character, and spaces are kept.
+// The reader removes carriage returns from every field and replaces ill-formed UTF-8 with U+FFFD.
 #ifndef ORNWHATSNEW_DATAFILEREADER_H_
 #define ORNWHATSNEW_DATAFILEREADER_H_
 
@@ -18,62 +21,75 @@
 
 namespace ornwhatsnew {
 
-/// The grouping ID of the row that names the version from which changes are counted.
+/// The grouping ID of a row that sets the changes-since version. Its letter case does not matter.
 inline constexpr std::string_view kChangesSinceKey = "Changes-Since";
 
-/// What a row is for the parser.
+/// How the parser treats a row.
 enum class DataRowKind {
-  kHeader,        ///< the first row that is not skipped, whatever it holds
-  kChangesSince,  ///< its version column holds the changes-since version
-  kChange,        ///< a change
-  kSkipped,       ///< changes nothing; `DataRow::skipReason` is the reason
+  /// The first row that is not skipped, whatever it contains. The parser ignores it.
+  kHeader,
+  /// The row sets the changes-since version to its version column.
+  kChangesSince,
+  /// The row is a change.
+  kChange,
+  /// The parser ignores the row. `DataRow::skipReason` is the reason.
+  kSkipped,
 };
 
-/// Why a row is skipped. A row whose current grouping ID is "Changes-Since" is never skipped.
+/// Why a row is skipped. If several reasons apply, the first one in this order is reported. A row
+/// whose current grouping ID is "Changes-Since" is never skipped.
 enum class DataRowSkipReason {
-  kNone,          ///< the row is not skipped
-  kBlank,         ///< the row is empty or holds only carriage returns
-  kFieldCount,    ///< the row does not have ten fields
-  kNoGroupingID,  ///< the grouping ID is empty
+  /// The row is not skipped.
+  kNone,
+  /// The row is empty or contains only carriage returns.
+  kBlank,
+  /// The row does not have exactly ten fields.
+  kFieldCount,
+  /// The grouping ID is empty.
+  kNoGroupingID,
 };
 
-/// One row. All views are valid until the next row is read.
+/// One row of a data file. All views are valid until the next row is read.
 struct DataRow {
-  /// What the row is.
+  /// How the parser treats the row.
   DataRowKind kind = DataRowKind::kSkipped;
   /// Why the row is skipped; `kNone` for every other kind.
   DataRowSkipReason skipReason = DataRowSkipReason::kNone;
-  /// The number of the row's line, from 1.
+  /// The line number of the row, from 1.
   std::size_t lineNumber = 0;
   /// The bytes of the row, without its line feed.
   std::string_view text;
-  /// The number of fields. A blank row has none.
+  /// The number of fields, which can be greater than ten. A blank row has no fields.
   std::size_t fieldCount = 0;
-  /// The index in `text` at which each of the row's first ten fields begins, quote included. The
-  /// elements after the last field are unspecified.
+  /// The byte offset in `text` at which each of the first ten fields begins. A field in quotes
+  /// begins at its opening quote. The elements after the last field are unspecified.
   std::array<std::size_t, kDataColumnCount> fieldOffsets{};
-  /// The ten current values, cleaned. A row with fewer fields inherits the other values from the
-  /// rows before it; skipped rows change the values, too.
+  /// The ten current values, without quotes and carriage returns. A row with fewer than ten fields
+  /// inherits the missing values from the previous row, even if that row was skipped.
   std::array<std::string_view, kDataColumnCount> values{};
 
   /// Returns the current value of a column.
   std::string_view Value(DataColumn column) const { return values[ColumnIndex(column)]; }
 };
 
-/// Reads the rows of a text in file order. Reading never fails, whatever the bytes are, and no row
-/// is left out. A reader is not copyable, because its row views its buffers. Use one reader from
-/// one thread at a time.
+/// Reads the rows of a data file in file order. No input is an error: the reader returns every row,
+/// the skipped ones included.
+///
+/// A reader is not copyable, because its row views its buffers. It is not thread-safe: use one
+/// reader from one thread at a time.
 class DataFileReader {
  public:
-  /// Starts before the first row of `text`, which may hold any bytes. The reader views the text, so
-  /// the text must outlive it.
+  /// Creates a reader at the start of `text`, which can contain any bytes. The reader does not copy
+  /// `text`, so its bytes must outlive the reader.
   ORN_EXPORT explicit DataFileReader(std::string_view text);
   DataFileReader(const DataFileReader&) = delete;
   DataFileReader& operator=(const DataFileReader&) = delete;
 
-  /// Reads the next row. Returns null after the last one. An empty text has no rows; a final line
-  /// feed is followed by a blank row. The reader owns the row and overwrites it in the next call.
-  /// If an allocation fails, do not use the reader any more.
+  /// Reads the next row. Returns null after the last row. An empty file has no rows. A line feed at
+  /// the end of the file is followed by one more row, which is blank.
+  ///
+  /// The reader owns the row and overwrites it in the next call. If an allocation fails, the method
+  /// throws `std::bad_alloc`, and the reader must not be used again.
   ORN_EXPORT const DataRow* Next();
 
  private:
@@ -85,7 +101,7 @@ class DataFileReader {
   std::string_view rest_;
   bool atEnd_;
   bool headerRead_ = false;
-  /// The values that do not view the text.
+  /// Storage for the values that differ from the bytes of the file.
   std::array<UTF8String, kDataColumnCount> buffers_;
   DataRow row_;
 };

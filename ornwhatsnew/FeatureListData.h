@@ -1,5 +1,5 @@
-// The What's New list that a host holds: its items in display order, what the user has seen and
-// rated, and the callbacks that persist that state.
+// The list: the items in display order, the state of the user, and the callbacks through which the
+// host persists that state.
 #ifndef ORNWHATSNEW_FEATURELISTDATA_H_
 #define ORNWHATSNEW_FEATURELISTDATA_H_
 
@@ -17,10 +17,13 @@ class ResourceManager;
 
 namespace ornwhatsnew {
 
-/// A list. `GetWhatsNew` makes a loaded one.
+/// A What's New list. `GetWhatsNew` creates and loads one.
 ///
-/// A list is not copyable, because its state belongs to one user and one store. It is not
-/// thread-safe: use one list from one thread at a time.
+///     auto list = GetWhatsNew(u"whatsnew.csv", &resources, getter, setter);
+///     if (list->IsAnythingNew(kShowOnlyNew)) ShowBadge();
+///
+/// A `FeatureListData` is not copyable, because its state belongs to one user and one store. It is
+/// not thread-safe: use one list from one thread at a time.
 ///
 /// The list calls the getter and the setter synchronously, on the thread that called it. A callback
 /// may call any method of the list, but must not destroy it. During a getter call the list still
@@ -28,24 +31,26 @@ namespace ornwhatsnew {
 /// `RefreshInternalSeenState` or `InitWithData`, it must store its value first, because the list
 /// replaces its state with what the getter returns.
 ///
-/// The list queries the platform services while it walks its items or builds new ones. A service
-/// may then query the list, but must not change it, display it, rate a feature or destroy it. Debug
-/// builds check these rules for callbacks and services with assertions.
+/// The list queries the host's services while it iterates over its items or builds new ones. During
+/// such a query, the service may query the list. It must not change, display or destroy the list,
+/// or mark a feature as rated. Debug builds check these rules with assertions.
 ///
-/// The methods pass on every exception of a callback, a service or an allocation. Unless a method
-/// states otherwise, the list is then unchanged if the setter was not called yet. The list always
-/// remains usable, and repeating the call has its full effect.
+/// The methods pass on every exception of a callback, a service or an allocation. If an exception
+/// occurs before the first call of the setter, the list is unchanged, unless the method states
+/// otherwise. The list always remains usable, and the same call can be repeated.
 class ORN_EXPORT FeatureListData {
  public:
-  /// Makes an empty list. Reads the running version from the host. If either callback is empty,
-  /// replaces both: the list then persists its state in the host's debug database.
+  /// Creates a list without items and with an empty state. Reads the full version from the host.
+  /// Does not call the callbacks. If either callback is empty, the list uses neither of them and
+  /// persists its state in the debug database.
   FeatureListData(StateGetter getter, StateSetter setter);
 
-  /// Makes a list and calls `InitWithData` with `dataText`.
+  /// Creates a list and calls `InitWithData` with `dataText` (UTF-8).
   FeatureListData(const UTF8String& dataText, StateGetter getter, StateSetter setter);
 
-  /// Makes a list from the resource `path` of type "csv". If the resource cannot be loaded, the
-  /// list has no changes. REQUIRES: `resources` is not null. The list does not keep it.
+  /// Creates a list and calls `InitWithData` with the resource `path` of type "csv". If the
+  /// resource cannot be loaded, the list has no changes. `resources` must not be null. The list
+  /// uses it only during this call.
   FeatureListData(const UTF16String& path, const ornui::utility::ResourceManager* resources,
                   StateGetter getter, StateSetter setter);
 
@@ -54,78 +59,88 @@ class ORN_EXPORT FeatureListData {
   FeatureListData& operator=(const FeatureListData&) = delete;
 
   /// Rebuilds the list from the persisted state, the host's beta features and `dataText` (UTF-8).
-  /// Builds the new content beside the old one and replaces it at the end, so callbacks and
-  /// services see the old content. Keeps the changes-since version if `dataText` does not set one.
+  /// Builds the new content first and then replaces the old content in one step. Until then,
+  /// callbacks and services see the old content. If `dataText` does not set a changes-since
+  /// version, the list keeps its previous one.
   void InitWithData(const UTF8String& dataText);
 
   /// Parses `dataText` (UTF-8) and adds its changes to the existing items. Sets the changes-since
-  /// version. Moves every feature that received a change after the features that did not. Skips
-  /// malformed rows; no input is an error. If an allocation fails, the changes added so far remain;
-  /// call `InitWithData` to start over.
+  /// version. Moves every feature that received a change after the features that did not, and the
+  /// key "UNREVIEWED" to the end. Skips malformed rows; no input is an error. If an allocation
+  /// fails, the changes added so far remain; call `InitWithData` to start over.
   void ParseWhatsNewData(const UTF8String& dataText);
 
-  /// Adds an item for each of the host's beta features, moves their keys to the front in the order
-  /// of their names, and adds the missing sections. After an exception, the items added so far
-  /// remain.
+  /// Adds an item for each of the host's beta features, and moves their keys to the front. The keys
+  /// are ordered by the names of the features in UTF-8, byte by byte, before localisation. Then
+  /// adds the missing sections at the end. After an exception, the items added so far remain.
   void ParseBetaFeatures();
 
-  /// Moves the features that are unlocked for this user to the front, and "UNREVIEWED" before them.
-  /// Adds an empty entry to the items for each ordered key that has none.
+  /// Moves the key "UNREVIEWED" to the front, and the unlocked features directly after it. Inserts
+  /// the key "UNREVIEWED" if it is missing. Adds an empty entry to the items for each ordered key
+  /// without one; after an exception, the entries added so far remain.
   void BubbleUnlockedItemsToTheTop();
 
-  /// Adds `item` unless its key is present, and appends its key to the ordered keys in either case.
-  /// REQUIRES: `item` is not null.
+  /// Adds `item`, which must not be null. If the items already have an entry for its key, keeps
+  /// that entry. Appends the key to the ordered keys in both cases.
   void InsertFeatureListItem(std::shared_ptr<FeatureListItem> item);
 
-  /// Inserts a section item with this key, name and description unless the key is present.
+  /// Adds an item with this key, name and description. Does nothing if the items already have an
+  /// entry for the key. The name and the description can be localisation keys.
   void EnsureSpecialCaseItemExists(const std::string& key, const UTF16String& name,
                                    const UTF16String& description);
 
-  /// Returns the items by key. Entries can be empty. The reference is valid as long as the list,
-  /// also after a reload.
+  /// Returns the items by key. An entry can be empty; see `BubbleUnlockedItemsToTheTop`. The
+  /// reference is valid as long as the list, also after a reload.
   const FeatureMap& GetFeatureItems() const;
 
-  /// Returns the keys in display order. A key can be present without an item, or twice. The
-  /// reference is valid as long as the list, also after a reload.
+  /// Returns the keys in display order. A key can have no item, and a key can occur several times.
+  /// The reference is valid as long as the list, also after a reload.
   const std::list<std::string>& GetOrderedFeatureKeys() const;
 
-  /// Returns the text for display: a localisation key through the host's localiser, any other text
-  /// unchanged.
+  /// Returns the display text for `text` (UTF-8). Localises a localisation key through the
+  /// `Localizer`, and converts any other string to UTF-16.
   UTF16String LocalizeIfNecessary(const UTF8String& text) const;
 
-  /// Reads the three persisted values, discards what was shown since the last read, and calls
-  /// `BubbleUnlockedItemsToTheTop`.
+  /// Replaces the state with the three persisted values from the getter, and calls
+  /// `BubbleUnlockedItemsToTheTop`. Identities that were shown count as seen only if the getter
+  /// returns them. After an exception, the state is unchanged.
   void RefreshInternalSeenState();
 
-  /// Returns the identities to persist: everything seen, rated or shown, as a persisted list.
+  /// Returns the identities to persist, as a persisted list: the ones from the last read of the
+  /// state, and the ones shown or rated since then. Does not call the callbacks.
   UTF8String GetNewSeenState() const;
 
-  /// Returns whether any item is listed with these options. What was shown counts as seen only
-  /// after `RefreshInternalSeenState` has read it back.
+  /// Returns whether the display with these options would show any item. An item that was displayed
+  /// counts as seen only after `RefreshInternalSeenState` or `InitWithData` has read the state.
   bool IsAnythingNew(const DisplayOptions& options) const;
 
-  /// Returns whether any feature waits for a rating, on this platform and for the user's versions.
+  /// Returns whether the rating view would show any feature, with the filters for the host's
+  /// platform and for the user's versions.
   bool IsAnythingNeedingRating() const;
 
-  /// Adds the rated identity of the feature under `featureKey` to the state and calls the setter.
-  /// Does nothing for a section or an unknown key.
+  /// Adds the rated identity of the feature with the key `featureKey` to the state, and passes the
+  /// value of `GetNewSeenState` to the setter. Does nothing for a section or an unknown key.
   void MarkItemHasBeenRated(const std::string& featureKey);
 
-  /// Returns the panel's text (UTF-16) for these options.
+  /// Returns the text of the panel for these options.
   ///
   /// Replaces the content of `runs` with the style runs of the text. If `ratingItems` is not null,
-  /// replaces its content with a record of each feature written; the caller owns the records. If
-  /// `ratingPlaceholder` is not empty, writes it as a paragraph after each feature; the host
-  /// replaces it with its rating control. At the end, adds what was shown to the state and calls
-  /// the setter for the three persisted values, even if nothing was shown.
+  /// replaces its content with a rating record of each item shown; the caller owns the records. If
+  /// `ratingPlaceholder` is not empty, writes it as a paragraph after each item; the host replaces
+  /// it with its rating control. After an exception, `runs` and `ratingItems` are unspecified.
+  ///
+  /// At the end, adds the identities shown to the state and passes the three persisted values to
+  /// the setter, even if nothing was shown. Calls nothing else between the three calls, so a host
+  /// can make them one transaction.
   UTF16String GetFormattedTextForDisplay(const DisplayOptions& options,
                                          const UTF16String& ratingPlaceholder, StyleRunMap& runs,
                                          std::shared_ptr<RatingMap> ratingItems);
 
-  /// Records a style run for `piece`, which the caller appends to `textSoFar` next. Start and
-  /// length are in UTF-8 bytes, plus the adjustments, in wrapping 32-bit arithmetic. Nothing is
-  /// clamped.
-  void CaptureStyle(StyleID style, const UTF16String& textSoFar, const UTF16String& piece,
+  /// Adds to `runs` the style run of `appended`, a string that the caller appends to `textSoFar`
+  /// afterwards. The start is the length of `textSoFar` plus `startAdjust`, and the length is that
+  /// of `appended` plus `lengthAdjust`, both in UTF-8 bytes. The sums wrap modulo 2^32 and are not
+  /// limited to the text. Takes time linear in both strings.
+  void CaptureStyle(StyleID style, const UTF16String& textSoFar, const UTF16String& appended,
                     int startAdjust, int lengthAdjust, const UTF16String& runString,
                     StyleRunMap& runs) const;
 

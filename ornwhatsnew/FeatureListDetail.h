@@ -1,4 +1,4 @@
-// One change: a change row of the data file, attached to a feature or a section.
+// A change: one change row of the data file, attached to a feature or a section.
 #ifndef ORNWHATSNEW_FEATURELISTDETAIL_H_
 #define ORNWHATSNEW_FEATURELISTDETAIL_H_
 
@@ -15,14 +15,16 @@
 
 namespace ornwhatsnew {
 
-/// A change: ten fields and two marks. The fields never change after construction. The constructor
-/// classifies salience, platform, versions and URL, so no query parses them again. Invalid values
-/// are kept and never rejected; the `HasMalformed...` functions report them.
+/// A change. It has ten fields, which never change after construction, and two marks.
 ///
-/// Copyable. Not thread-safe: use one change from one thread at a time.
+/// The constructor classifies the salience, the platform, the versions and the URL, so no query
+/// parses them again. A change keeps malformed values; the `HasMalformed...` functions report them.
+/// All strings are UTF-8. A returned reference is valid as long as the change.
+///
+/// A change is copyable. It is not thread-safe: use one change from one thread at a time.
 class ORN_EXPORT FeatureListDetail {
  public:
-  // Keys of the ten fields, for `GetField`.
+  // The keys of the ten fields, for `GetField`. `kDataColumns` has the same keys.
   static const std::string kKeyDescription;                   ///< see `GetDescription`
   static const std::string kKeyJIRAEpicID;                    ///< see `GetJIRAEpicID`
   static const std::string kKeyJIRAStoryBugTaskID;            ///< see `GetJIRAStoryBugTaskID`
@@ -34,95 +36,114 @@ class ORN_EXPORT FeatureListDetail {
   static const std::string kKeyViewMoreURL;                   ///< see `GetViewMoreURLOptional`
   static const std::string kKeySHANum;                        ///< see `GetSHAOptional`
 
-  // Keywords of the salience, rating request and platform columns. Letter case does not matter.
-  static const UTF8String kSalienceHeadline;         ///< has no effect in the library
-  static const UTF8String kSalienceDetail;           ///< has no effect in the library
-  static const UTF8String kSalienceHideBetaFeature;  ///< hides the feature from all users
-  /// Shows the feature to internal users only.
+  // The keywords of the columns salience, rating request and platform. Their letter case does not
+  // matter. A static object of the host must not use the constants of this class in its
+  // constructor, which can run before theirs.
+  static const UTF8String kSalienceHeadline;         ///< see `Salience::kHeadline`
+  static const UTF8String kSalienceDetail;           ///< see `Salience::kDetail`
+  static const UTF8String kSalienceHideBetaFeature;  ///< see `Salience::kHideBetaFeature`
+  /// See `Salience::kHideBetaFeatureFromExternal`.
   static const UTF8String kSalienceHideBetaFeatureFromExternal;
-  static const UTF8String kSalienceUnhideBetaFeature;  ///< shows a feature hidden by visibility
-  static const UTF8String kSalienceUnreviewed;  ///< moves the change to the unreviewed section
-  /// Omits the feature's description from its rating record. The keyword is
-  /// "RatingHidesBetaFeatureDescription", unlike the name of the constant.
+  static const UTF8String kSalienceUnhideBetaFeature;  ///< see `Salience::kUnhideBetaFeature`
+  static const UTF8String kSalienceUnreviewed;         ///< see `Salience::kUnreviewed`
+  /// See `Salience::kRatingHidesBetaFeatureDescription`. The keyword has "Hides", not "Hide".
   static const UTF8String kSalienceRatingHideBetaFeatureDescription;
-  static const UTF8String kRequestRating;  ///< requests a rating without a custom question
-  static const UTF8String kPlatformWin;    ///< the change is relevant on this platform only
-  static const UTF8String kPlatformMac;    ///< the change is relevant on this platform only
+  /// The rating request "RequestRating". Any other rating request is a custom question.
+  static const UTF8String kRequestRating;
+  static const UTF8String kPlatformWin;  ///< see `Platform::kWin`
+  static const UTF8String kPlatformMac;  ///< see `Platform::kMac`
 
-  /// The salience keywords, compared without regard to letter case.
+  /// The meaning of the salience field. The letter case of a keyword does not matter.
   enum class Salience : std::uint8_t {
-    kNone,                               ///< the field is empty
-    kHeadline,                           ///< "Headline"
-    kDetail,                             ///< "Detail"
-    kHideBetaFeature,                    ///< "HideBetaFeature"
-    kHideBetaFeatureFromExternal,        ///< "HideBetaFeatureFromExternal"
-    kUnreviewed,                         ///< "Unreviewed"
-    kRatingHidesBetaFeatureDescription,  ///< "RatingHidesBetaFeatureDescription"
-    kUnhideBetaFeature,                  ///< "UnhideBetaFeature"
-    kUnknown,                            ///< any other text
+    /// The field is empty.
+    kNone,
+    /// "Headline". Has no effect in the library.
+    kHeadline,
+    /// "Detail". Has no effect in the library.
+    kDetail,
+    /// "HideBetaFeature". Hides the feature from all users. Has no effect in a section.
+    kHideBetaFeature,
+    /// "HideBetaFeatureFromExternal". Sets the internal override of the feature, so that only
+    /// internal users see it. Has no effect in a section.
+    kHideBetaFeatureFromExternal,
+    /// "Unreviewed". Moves the change to the section UNREVIEWED, whatever its IDs are.
+    kUnreviewed,
+    /// "RatingHidesBetaFeatureDescription". Omits the feature's description from its rating record,
+    /// if the rating request of the change is "RequestRating".
+    kRatingHidesBetaFeatureDescription,
+    /// "UnhideBetaFeature". Shows the feature although its visibility is `kInternal`.
+    kUnhideBetaFeature,
+    /// Any other string. Has no effect, except that internal users see a note.
+    kUnknown,
   };
 
-  /// The platform keywords, compared without regard to letter case.
+  /// The meaning of the platform field. The letter case of a keyword does not matter.
   enum class Platform : std::uint8_t {
-    kNone,   ///< the field is empty
-    kMac,    ///< "Mac"
-    kWin,    ///< "Win"
-    kOther,  ///< any other text
+    /// The field is empty. The change is relevant on all platforms.
+    kNone,
+    /// "Mac". The change is relevant on macOS only.
+    kMac,
+    /// "Win". The change is relevant on Windows only.
+    kWin,
+    /// Any other string. The change is relevant on all platforms, and internal users see a note.
+    kOther,
   };
 
-  /// The ten field values in column order, by `ColumnIndex`.
+  /// The ten field values, indexed by `ColumnIndex`.
   using Fields = std::array<std::string_view, kDataColumnCount>;
 
-  /// Copies the ten fields unchanged. The second argument is the version added, not the epic ID.
+  /// Creates a change without marks. Copies the ten fields unchanged. The order of the arguments is
+  /// not the column order. `jiraEpicID` is the grouping ID.
   FeatureListDetail(const UTF8String& description, const UTF8String& versionAdded,
                     const UTF8String& jiraEpicID, const UTF8String& jiraStoryBugTaskID,
                     const UTF8String& salience, const UTF8String& relevantFirstVersion,
                     const UTF8String& relevantPlatform, const UTF8String& ratingRequest,
                     const UTF8String& viewMoreURL, const UTF8String& sha);
 
-  /// Copies the ten fields unchanged, from views in column order.
+  /// Creates a change without marks. Copies the ten fields unchanged, from views in column order.
   explicit FeatureListDetail(const Fields& fields);
 
-  /// Returns the field of one of the `kKey...` constants. Throws `std::out_of_range` for any other
-  /// key.
+  /// Returns the field with the key `key`, one of the `kKey...` constants. Throws
+  /// `std::out_of_range` for any other key.
   const UTF8String& GetField(std::string_view key) const;
 
-  /// Returns the text that users read. It can be a localisation key. It is empty in a row that only
+  /// Returns the text that users read. It can be a localisation key. It is empty if the change only
   /// requests a rating.
   const UTF8String& GetDescription() const { return Field(DataColumn::kDescription); }
-  /// Returns the grouping ID. In a change from a data file it is in lower case, like the story ID,
-  /// the salience, the earliest relevant version and the platform.
+  /// Returns the grouping ID. The parser converts five fields to lower case: grouping ID, story ID,
+  /// salience, earliest relevant version and platform.
   const UTF8String& GetJIRAEpicID() const { return Field(DataColumn::kGroupingID); }
   /// Returns the story, task or bug ID, or an empty string.
   const UTF8String& GetJIRAStoryBugTaskID() const { return Field(DataColumn::kStoryID); }
   /// Returns the version that added the change, or an empty string.
   const UTF8String& GetChangeAddedVersion() const { return Field(DataColumn::kVersion); }
-  /// Returns the salience as written: a keyword, an invalid text, or an empty string.
+  /// Returns the salience: a keyword, a malformed value, or an empty string.
   const UTF8String& GetSalienceOptional() const { return Field(DataColumn::kSalience); }
   /// Returns the earliest version to which the change is relevant; empty for all versions.
   const UTF8String& GetRelevantFirstVersionOptional() const {
     return Field(DataColumn::kFirstVersion);
   }
-  /// Returns the only platform to which the change is relevant, as written; empty for all.
+  /// Returns the only platform to which the change is relevant, or a malformed value; empty for all
+  /// platforms.
   const UTF8String& GetRelevantPlatformOptional() const { return Field(DataColumn::kPlatform); }
   /// Returns `kRequestRating`, a custom question, or an empty string.
   const UTF8String& GetRatingRequestOptional() const { return Field(DataColumn::kRatingRequest); }
-  /// Returns the link to a discussion as written, or an empty string.
+  /// Returns the link to a discussion, which can be malformed, or an empty string.
   const UTF8String& GetViewMoreURLOptional() const { return Field(DataColumn::kURL); }
   /// Returns the changelist or commit ID, or an empty string.
   const UTF8String& GetSHAOptional() const { return Field(DataColumn::kSHA); }
 
-  /// Sets the mark of a change whose URL comes after the URL of its feature.
+  /// Sets the mark of a change whose URL is ignored because its item already has a URL.
   void SetHasDuplicateURL(bool duplicate) { hasDuplicateURL_ = duplicate; }
-  /// Returns whether the change has that mark. A new change does not have it.
+  /// Returns whether the URL is marked as a duplicate. The default is false.
   bool HasDuplicateURL() const { return hasDuplicateURL_; }
 
-  /// Sets the mark of a change whose IDs match no item.
+  /// Sets the mark of an unmatched change; see `ChangePlacement::unmatched`.
   void SetCouldNotMatchBetaFeature(bool unmatched) { couldNotMatchBetaFeature_ = unmatched; }
-  /// Returns whether the change has that mark. A new change does not have it.
+  /// Returns whether the change is marked as unmatched. The default is false.
   bool DetailInternalCouldNotMatchBetaFeature() const { return couldNotMatchBetaFeature_; }
 
-  /// Returns the keyword in the salience field.
+  /// Returns the meaning of the salience field.
   Salience GetSalience() const { return salience_; }
   /// Returns whether the salience is "HideBetaFeature".
   bool DetailForcingItemToHiddenOverride() const { return salience_ == Salience::kHideBetaFeature; }
@@ -136,46 +157,51 @@ class ORN_EXPORT FeatureListDetail {
   }
   /// Returns whether the salience is "Unreviewed".
   bool DetailInternalOverrideUnreviewed() const { return salience_ == Salience::kUnreviewed; }
-  /// Returns whether the salience is not empty and not one of the six well-formed keywords.
-  /// "UnhideBetaFeature" has an effect but counts as malformed.
+  /// Returns whether the salience is malformed: not empty, and not a keyword. "UnhideBetaFeature"
+  /// counts as malformed, although it has an effect.
   bool HasMalformedSalience() const {
     return salience_ == Salience::kUnhideBetaFeature || salience_ == Salience::kUnknown;
   }
 
-  /// Returns the keyword in the platform field.
+  /// Returns the meaning of the platform field.
   Platform GetPlatform() const { return platform_; }
-  /// Returns whether the platform is not empty and neither "Mac" nor "Win".
+  /// Returns whether the platform is malformed: not empty, not "Mac" and not "Win".
   bool HasMalformedPlatform() const { return platform_ == Platform::kOther; }
   /// Returns whether the platform is "Mac" or "Win".
   bool HasUsablePlatform() const {
     return platform_ == Platform::kMac || platform_ == Platform::kWin;
   }
 
-  /// Returns whether the URL does not begin with exactly "https://". An empty URL is malformed.
+  /// Returns whether the URL is malformed: it does not begin with "https://" in lower case. An
+  /// empty URL counts as malformed.
   bool HasMalformedURL() const { return !isURLSecure_; }
 
-  /// Returns the number of a dotted version; see `VersionNumber`.
+  /// Returns `VersionNumber(version)`.
   std::int64_t ParseVersionStringToNumber(const UTF8String& version) const;
 
-  /// Returns whether one of `versionNumbers`, in ascending order, is at least the earliest relevant
-  /// version and less than the version added. Returns true if there is no earliest relevant
-  /// version.
+  /// Returns whether the change is relevant to a user of the given versions. `versionNumbers` are
+  /// results of `VersionNumber` in ascending order. The change is relevant if one of them is at
+  /// least the earliest relevant version and less than the version added. A change without an
+  /// earliest relevant version is relevant to every user.
   bool IsRelevantToVersions(std::span<const std::int64_t> versionNumbers) const;
 
-  /// Mixes nine fields into `mixer`, all but the rating request, so that a rating request does not
-  /// make a change new. Of a localisation key, mixes only the part before the default text.
+  /// Adds the `ExtractHashablePortion` of nine fields to `mixer`. Omits the rating request, so that
+  /// a new rating request does not make the change new again.
   void MixChangeIntoGuid(orncore::utility::GuidMixer& mixer) const;
-  /// Returns the identity under which the change counts as seen. Computes it at each call.
+  /// Returns the identity under which the change counts as seen. Computes it at each call, in time
+  /// linear in the fields.
   Guid GetItemSeenGuid() const;
-  /// Returns the identity of the rating request. Changes with equal request texts share it.
+  /// Returns the identity of the rating request. Changes with equal rating requests have the same
+  /// one.
   Guid GetItemRatedGuid() const;
 
-  /// Returns whether the change is listed with these options, for a user who has seen `seen` and
-  /// opened What's New in `versions`.
+  /// Returns whether the change is shown with these options to a user who has seen or rated the
+  /// identities `seen` and opened What's New in `versions`. Queries the host's platform if the
+  /// options contain `kFilterRelevantPlatform`. Does not check whether the item is shown.
   bool ShouldShowItemToUser(const DisplayOptions& options, const GuidSet& seen,
                             const VersionSet& versions) const;
-  /// Returns whether the change is listed in the rating view: it requests a rating, and it was seen
-  /// or has no description.
+  /// Returns whether the rating view shows the change: it requests a rating, and either `seen`
+  /// contains its seen identity or it has no description.
   bool ShowForRating(const GuidSet& seen) const;
 
  private:
@@ -186,7 +212,7 @@ class ORN_EXPORT FeatureListDetail {
   bool isURLSecure_;
   bool couldNotMatchBetaFeature_ = false;
   bool hasDuplicateURL_ = false;
-  // The two numbers are set only if there is an earliest relevant version.
+  // The version numbers are set only if the change has an earliest relevant version.
   std::int64_t relevantFrom_ = 0;
   std::int64_t relevantBefore_ = 0;
   std::array<UTF8String, kDataColumnCount> fields_;

@@ -1,9 +1,9 @@
 // The version of the library. The build reads it from this file.
 //
-// Versions are semantic. The major number changes if a host must change its code or be rebuilt, the
-// minor number if something is added, and the patch number otherwise. While the major number is 0,
-// the minor number changes in the first two cases, and the shared libraries of two minor versions
-// are not interchangeable.
+// The version follows semantic versioning. The major number changes if hosts must be changed or
+// rebuilt, the minor number if something is added, and the patch number otherwise. While the major
+// number is 0, the minor number changes in the first two cases. A host must be rebuilt for each
+// minor version of the shared library.
 #ifndef ORNWHATSNEW_VERSION_H_
 #define ORNWHATSNEW_VERSION_H_
 
@@ -11,14 +11,14 @@
 
 namespace ornwhatsnew {
 
-/// The major number of the headers that the host is compiled against.
+/// The major number of these headers.
 inline constexpr int kVersionMajor = 0;
 /// The minor number of these headers.
 inline constexpr int kVersionMinor = 1;
 /// The patch number of these headers.
 inline constexpr int kVersionPatch = 0;
 
-/// The version as ASCII text, `major.minor.patch`.
+/// The version of these headers as `major.minor.patch`, in ASCII.
 inline constexpr std::string_view kVersionText = "0.1.0";
 
 }  // namespace ornwhatsnew

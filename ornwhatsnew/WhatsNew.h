@@ -1,4 +1,4 @@
-// The entry point: `GetWhatsNew` returns the loaded list.
+// The main function of the library: `GetWhatsNew` creates and loads a list.
 #ifndef ORNWHATSNEW_WHATSNEW_H_
 #define ORNWHATSNEW_WHATSNEW_H_
 
@@ -14,14 +14,16 @@ class ResourceManager;
 
 namespace ornwhatsnew {
 
-/// Loads the list from the data file that the host ships as the resource `path` of type "csv". If
-/// the resource cannot be loaded, the list has the host's features and the sections, without
-/// changes.
+/// Returns a list that is loaded from a data file, the resource `path` of type "csv". The list
+/// contains an item for each of the host's beta features and for each section. If the resource
+/// cannot be loaded, the items have no changes.
 ///
-/// `getter` and `setter` persist what the user has seen and rated. If either is empty, the host's
-/// debug database does. `resources` must not be null; the list does not keep it. The caller owns
-/// the list and uses it from one thread at a time. Throws only what an allocation, a callback, a
-/// service or the resource manager throws.
+/// `resources` must not be null; the list uses it only during this call. `getter` and `setter` read
+/// and write the state. If either is empty, the list uses neither of them and keeps its state in
+/// the debug database.
+///
+/// The caller owns the list. It is not thread-safe: use one list from one thread at a time. The
+/// function throws only what an allocation, the getter, a service or `resources` throws.
 ORN_EXPORT std::shared_ptr<FeatureListData> GetWhatsNew(
     const UTF16String& path, const ornui::utility::ResourceManager* resources, StateGetter getter,
     StateSetter setter);

@@ -1,5 +1,5 @@
-// Constants and small types that the library shares with its hosts: section keys, layout constants,
-// unlock states, the running version and the debug switches.
+// Constants and queries for hosts: section keys, layout constants, unlock states, debug switches
+// and the full version.
 #ifndef ORNWHATSNEW_WHATSNEWTYPES_H_
 #define ORNWHATSNEW_WHATSNEWTYPES_H_
 
@@ -12,30 +12,33 @@
 
 namespace ornwhatsnew {
 
-/// Grouping key of the section for changes that belong to no feature, as in a data file.
+// The grouping IDs of the four sections in a data file, which are also the keys of their items. A
+// static object of the host must not use them in its constructor, which can run before theirs.
+
+/// The key of the section for changes that belong to no feature.
 extern ORN_EXPORT const UTF8String kMiscKey;
-/// Grouping key of the section for bug fixes.
+/// The key of the section for bug fixes.
 extern ORN_EXPORT const UTF8String kBugfixKey;
-/// Grouping key of the section for internal notes.
+/// The key of the section for internal notes, which only internal users see.
 extern ORN_EXPORT const UTF8String kInternalKey;
-/// Grouping key of the section for unreviewed changes.
+/// The key of the section for unreviewed changes, which only internal users see.
 extern ORN_EXPORT const UTF8String kUnreviewedKey;
 
-// Font sizes, tab width and margin for the host's drawing code, in the units of the host. The
-// library does not use them.
+// Font sizes, a tab width and a margin for the code with which a host draws the panel. Each host
+// chooses the units. The library does not use these constants.
+
 inline constexpr float kFontSize_Title = 28.0F;        ///< size of a feature's title
 inline constexpr float kFontSize_Header = 18.0F;       ///< size of the header line
 inline constexpr float kFontSize_Buttons = 20.0F;      ///< size of the text on buttons
 inline constexpr float kFontSize_Normal = 18.0F;       ///< size of descriptions and changes
 inline constexpr float kFontSize_NormalSmall = 16.0F;  ///< size of secondary text
-inline constexpr float kFontSize_HotSpot = 16.0F;  ///< size of links in a paragraph of their own
-inline constexpr float kFontSize_HotSpotCopy = 16.0F;  ///< size of links in running text
+inline constexpr float kFontSize_HotSpot = 16.0F;      ///< size of links in a separate paragraph
+inline constexpr float kFontSize_HotSpotCopy = 16.0F;  ///< size of links within a paragraph
 inline constexpr int kTabWidth = 6;                    ///< width of a tab
-inline constexpr int kRightMargin = 26;                ///< margin at the right of the panel
+inline constexpr int kRightMargin = 26;                ///< right margin of the panel
 
-/// UTF-8 characters that are not part of words: a sign, quotation marks, a triangle, and the
-/// hyphens, dashes and minus signs. They are for the host's drawing code. The library does not use
-/// them.
+/// Characters that are not parts of words, each in UTF-8. The code with which a host draws the
+/// panel can use them to find word boundaries. The library does not use them.
 inline constexpr std::array<std::string_view, 12> kTypographicMarks = {
     "\xC2\xB0",      // degree sign
     "\xC2\xAB",      // left-pointing double angle quotation mark
@@ -51,29 +54,41 @@ inline constexpr std::array<std::string_view, 12> kTypographicMarks = {
     "\xE2\x80\x95",  // horizontal bar
 };
 
-/// What the label after a feature's title says about the availability of the feature.
+/// The state that the unlock label after an item's title shows.
 enum class ItemUnlockState {
-  TarsaOnly,      ///< only for users with the internal-features permission
-  Off,            ///< a public feature that is off; a debug switch shows it
-  Unlocked,       ///< available to this user
-  InDevelopment,  ///< in development
-  Unlabelled,     ///< no label
+  /// A section for internal users. For internal users, also a feature of visibility `kInternal`,
+  /// and a feature that is not public and has the internal override.
+  TarsaOnly,
+  /// A public feature that is switched off. This state exists only while
+  /// `ShowingAllOffFeaturesInternally` returns true.
+  Off,
+  /// Any other public feature, even if it is switched off. For users without the internal-features
+  /// permission, also a feature for which internal users see `TarsaOnly`.
+  Unlocked,
+  /// A feature of visibility `kInDevelopment` without the internal override.
+  InDevelopment,
+  /// The item has no label: another section, another visibility, or a feature that is not in the
+  /// host's feature table.
+  Unlabelled,
 };
 
-/// Returns the unlock state of an item. Queries the host's feature table at each call.
+/// Returns the unlock state of an item. Queries the host at each call, and uses the visibility in
+/// the host's feature table instead of the visibility of the item.
 ORN_EXPORT ItemUnlockState GetItemUnlockState(const FeatureListItem& item);
 
-/// Returns whether a debug entry lists the features that are off, too. Always false for users
-/// without the internal-features permission. Reads the entry at each call.
+/// Returns whether the list also shows features that are switched off, because the debug switch
+/// "ornappsupport.betafeature.SimulateShowingAllOffFeaturesInWhatsNew" is on. Always returns false
+/// for users without the internal-features permission. Reads the debug database at each call.
 ORN_EXPORT bool ShowingAllOffFeaturesInternally();
 
-/// Returns whether a debug entry shows the internal key after the title of a feature. Always false
-/// for users without the internal-features permission. Reads the entry at each call.
+/// Returns whether the panel shows the internal key after a feature's title, because the debug
+/// switch "ornappsupport.betafeature.SimulateShowingAllUnlockCodesInWhatsNew" is on. Always returns
+/// false for users without the internal-features permission. Reads the debug database at each call.
 ORN_EXPORT bool ShowingAllUnlockCodesInternally();
 
-/// Returns the version of the running host, followed by its build number. A version of exactly two
-/// components gets a third: `25.1` and build `42` give `25.1.0.42`, `25` gives `25.42`. Queries the
-/// host at each call.
+/// Returns the full version of the host: the version, a dot and the build number. If the version
+/// has exactly two components, inserts a third component 0. With the build number `42`, the version
+/// `25.1` gives `25.1.0.42`, and the version `25` gives `25.42`. Queries the host at each call.
 ORN_EXPORT UTF16String GetFullClientVersionString();
 
 }  // namespace ornwhatsnew

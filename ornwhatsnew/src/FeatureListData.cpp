@@ -20,8 +20,8 @@ namespace {
 
 using orncore::debug::DebugDatabase;
 
-// The registration is in this file because a linker takes only the needed objects of a static
-// library, and every host needs this one.
+// The registration is in this file because every host uses it. A linker takes only the objects of a
+// static library that the program uses.
 const orncore::config::InitializerRegistrar kRegistration(
     "ornwhatsnew.FeatureListData", orncore::config::EInitializerContextFlags::kConsole,
     RegisterValidateCommand, UnregisterValidateCommand);
@@ -40,7 +40,8 @@ FeatureListData::FeatureListData(StateGetter getter, StateSetter setter)
                      .currentVersion = orncore::string::UTF16to8(GetFullClientVersionString()),
                      .stateGetter = std::move(getter),
                      .stateSetter = std::move(setter)}) {
-  // With only one callback, the list would read values that it never wrote.
+  // Replace both callbacks if one is empty. Otherwise the list would read and write different
+  // stores.
   if (impl_->stateGetter && impl_->stateSetter) return;
   impl_->stateGetter = [](const UTF8String& key) {
     return DebugDatabase::Instance().GetEntry(key);

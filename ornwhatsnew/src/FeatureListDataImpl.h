@@ -1,4 +1,4 @@
-// The members of a list.
+// The private members of `FeatureListData`.
 #ifndef ORNWHATSNEW_SRC_FEATURELISTDATAIMPL_H_
 #define ORNWHATSNEW_SRC_FEATURELISTDATAIMPL_H_
 
@@ -10,22 +10,24 @@
 namespace ornwhatsnew {
 
 struct FeatureListData::Impl {
-  /// Stays at its address, so that references to its members remain valid after a reload.
+  /// A reload assigns the new content to this object, so that references to its members remain
+  /// valid.
   ListContent content;
   const UTF8String currentVersion;
   StateGetter stateGetter;
   StateSetter stateSetter;
-  /// The walks over items that call services. During a walk, the list must not change.
+  /// The number of running iterations over items that query services. The list must not change
+  /// during such an iteration.
   int activeWalks = 0;
-  /// The callbacks that are running. During a callback, the list must not be destroyed.
+  /// The number of running callbacks. A callback must not destroy the list.
   int activeCallbacks = 0;
 
   UTF8String ReadValue(std::string_view key);
   void WriteValue(const UTF8String& key, const UTF8String& value);
 
-  /// Reads the three persisted values. Nothing counts as newly seen.
+  /// Reads the three persisted values. The result has no newly seen identities.
   SeenState ReadState();
-  /// Adds the identities of a display pass to the state and writes the three persisted values.
+  /// Adds the identities shown in a display to the state and writes the three persisted values.
   void RecordDisplayPass(const IdentitySet& shown);
 };
 

@@ -1,4 +1,4 @@
-// Queries and changes of what the user has seen and rated.
+// The methods of the list that query and change the state.
 #include <algorithm>
 #include <cassert>
 #include <utility>
@@ -38,7 +38,7 @@ SeenState FeatureListData::Impl::ReadState() {
 }
 
 void FeatureListData::Impl::RecordDisplayPass(const IdentitySet& shown) {
-  // Everything that can fail comes before the change of the state. Otherwise a later rating could
+  // Do all allocations before the state changes. If one failed afterwards, a later rating could
   // persist identities that the user never saw.
   SeenState& state = content.state;
   const UTF8String seenItemsKey(keywords::kAllSeenItems);
@@ -55,7 +55,7 @@ void FeatureListData::Impl::RecordDisplayPass(const IdentitySet& shown) {
 }
 
 void FeatureListData::RefreshInternalSeenState() {
-  // The state is replaced last, so that an exception leaves it unchanged.
+  // Replace the state last, so that an exception leaves it unchanged.
   SeenState state = impl_->ReadState();
   BubbleUnlockedItemsToTheTop();
   impl_->content.state = std::move(state);

@@ -14,7 +14,7 @@
 namespace ornwhatsnew {
 namespace {
 
-// The keys of the fields, by `FieldIndex`.
+// The keys of the fields, indexed by `FieldIndex`.
 constexpr std::array<std::string_view, 5> kFieldKeys = {
     "kFeatureName",    "kFeatureDescription",     "kFeatureViewMoreURL",
     "kFeaturePrefsUI", "kCustomRatingRequestStr",
@@ -44,7 +44,7 @@ FeatureListItem::Kind FeatureListItem::KindOf(std::string_view featureJiraIDKey)
 
 const UTF8String& FeatureListItem::GetField(std::string_view key) const {
   const auto found = std::ranges::find(kFieldKeys, key);
-  // Compatibility: the message is that of a map (docs/compatibility.md).
+  // Compatibility: hosts may compare this message (docs/compatibility.md).
   if (found == kFieldKeys.end()) throw std::out_of_range("unordered_map::at: key not found");
   return fields_[static_cast<std::size_t>(found - kFieldKeys.begin())];
 }
@@ -53,7 +53,7 @@ void FeatureListItem::AddFeatureDetail(std::shared_ptr<FeatureListDetail> detail
   const bool isDuplicateURL =
       !detail->GetViewMoreURLOptional().empty() && !GetFeatureViewMoreURL().empty();
   const bool setsURL = !isDuplicateURL && !detail->HasMalformedURL();
-  // The allocations come first, so that a failed call changes nothing and can be repeated.
+  // Do all allocations first, so that a failed one leaves the item unchanged.
   UTF8String url = setsURL ? detail->GetViewMoreURLOptional() : UTF8String();
   allChanges_.push_back(std::move(detail));
 

@@ -26,7 +26,8 @@ std::shared_ptr<FeatureListItem> MakeItem(const std::string& internalKey,
       orncore::string::UTF16to8(beta.GetDisplayDescription()), beta.GetVisibility());
 }
 
-// Internal users see internal features anyway, so these features lead the list only for the others.
+// A feature of visibility `kInternal` is unlocked only for users without the permission. Internal
+// users see the label TARSA ONLY instead.
 bool IsUnlockedForOrdering(const FeatureListItem& item) {
   const feature::BetaFeatureMap& table = feature::GetConstBetaFeatureMap();
   const auto entry = table.find(item.BetaFeatureInternalKey());
@@ -39,7 +40,7 @@ bool IsUnlockedForOrdering(const FeatureListItem& item) {
           !feature::IsEntitlementSetToInternalFeaturesAllowed());
 }
 
-// Makes changes from rows. The buffers are kept from row to row.
+// Creates changes from rows. Reuses its buffers for all rows.
 class ChangeMaker {
  public:
   std::shared_ptr<FeatureListDetail> Make(const DataRow& row) {
@@ -62,8 +63,8 @@ const FeatureListItem* ListContent::FindItem(const std::string& key) const {
 }
 
 void ListContent::InsertItem(std::shared_ptr<FeatureListItem> item) {
-  // The key is allocated first. If its allocation failed after the item was added, the item would
-  // never be shown and could not be inserted again.
+  // Allocate the key first. If its allocation failed after the item was added, the item would never
+  // be shown and could not be inserted again.
   std::list<std::string> key;
   key.push_back(item->GetFeatureJiraIDKey());
   items.try_emplace(key.front(), std::move(item));

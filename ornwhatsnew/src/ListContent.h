@@ -1,4 +1,4 @@
-// The content of a list: what a reload replaces as a whole.
+// The content of a list, which a reload replaces in one step.
 #ifndef ORNWHATSNEW_SRC_LISTCONTENT_H_
 #define ORNWHATSNEW_SRC_LISTCONTENT_H_
 
@@ -18,14 +18,14 @@
 
 namespace ornwhatsnew {
 
-/// What the user has seen and rated.
+/// The state of a list in memory.
 struct SeenState {
   IdentitySet seenGuids;
-  /// What was shown since the state was read.
+  /// The identities shown since the state was read.
   IdentitySet newlySeenGuids;
   UTF8String lastVersionSeen;
   VersionSet seenVersions;
-  /// The numbers of `seenVersions`, ascending.
+  /// The `VersionNumber` of each element of `seenVersions`, in ascending order.
   std::vector<std::int64_t> seenVersionNumbers;
 };
 
@@ -33,13 +33,13 @@ struct ListContent {
   FeatureMap items;
   std::list<std::string> orderedKeys;
   SeenState state;
-  /// Empty if no parsed text has a "Changes-Since" row.
+  /// Has no value if no data file contained a "Changes-Since" row.
   std::optional<UTF8String> changesSinceVersion;
 
-  /// Returns the item under a key, or null if there is none or only an empty entry.
+  /// Returns the item with this key. Returns null if there is none, or only an empty entry.
   const FeatureListItem* FindItem(const std::string& key) const;
 
-  // The steps of the `FeatureListData` methods with similar names.
+  // These functions implement the `FeatureListData` methods with similar names.
   void InsertItem(std::shared_ptr<FeatureListItem> item);
   void EnsureSectionExists(std::string_view key, const UTF16String& name,
                            const UTF16String& description);
@@ -48,7 +48,7 @@ struct ListContent {
   void MoveUnlockedItemsToFront();
 };
 
-// A reload must not fail halfway through the replacement.
+// A reload replaces the content by a move assignment, which must not fail halfway.
 static_assert(std::is_nothrow_move_assignable_v<ListContent>);
 
 }  // namespace ornwhatsnew

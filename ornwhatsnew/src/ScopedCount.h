@@ -1,10 +1,11 @@
-// Counts the running operations of a kind, for debug assertions.
+// Counts running operations, for debug assertions.
 #ifndef ORNWHATSNEW_SRC_SCOPEDCOUNT_H_
 #define ORNWHATSNEW_SRC_SCOPEDCOUNT_H_
 
 namespace ornwhatsnew {
 
-/// Adds one to a count as long as the object lives. The count must outlive it.
+/// Increments a counter in its constructor and decrements it in its destructor. The counter must
+/// outlive the object.
 class ScopedCount {
  public:
   explicit ScopedCount(int& count) : count_(count) { ++count_; }

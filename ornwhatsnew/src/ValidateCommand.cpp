@@ -27,8 +27,8 @@ constexpr std::u16string_view kCommandHelp =
     u" filepath - Parse a What's New file to validate changes before commiting to version control";
 constexpr std::chrono::hours kReadDeadline{24};
 
-// Loads a list like the application, with the state of the developer's settings. The setter
-// discards its values, so that checking a file never changes what was seen.
+// Loads a list with the state in the debug database. The setter discards its values, so that
+// checking a file never changes the state.
 void ParseForTest(const orncore::filesupport::RecycledMemory& memory) {
   const auto bytes = memory.Bytes();
   const UTF8String text(reinterpret_cast<const char*>(bytes.data()), bytes.size());
@@ -38,7 +38,7 @@ void ParseForTest(const orncore::filesupport::RecycledMemory& memory) {
       [](const UTF8String&, const UTF8String&) {});
 }
 
-// One execution of the command.
+// Runs the command for one file.
 class ValidateCommand {
  public:
   ValidateCommand(const UTF16String& path, UTF16OutputStream& output)
@@ -60,7 +60,7 @@ class ValidateCommand {
                          u"\" with result: " +
                          orncore::string::AsciiToUTF16(std::to_string(result)) + u"\n");
     } else {
-      // A cancelled read has the result 0, but no bytes.
+      // A cancelled read has the result 0 but no bytes, so there is nothing to parse.
       if (read.failure) std::rethrow_exception(read.failure);
       ParseForTest(*read.memory);
       Write(output_, u"Reading What's New file at \"" + file_.FullPath() + u"\" finished\n");
@@ -94,7 +94,7 @@ bool RegisterValidateCommand() {
 
 void UnregisterValidateCommand() {
   CommandRegistry::Instance().UnregisterCommand(kCommandName);
-  // The library may be unloaded after this.
+  // End the thread of the background read, because the library may be unloaded afterwards.
   orncore::filesupport::GetDefaultExecutor().Join();
 }
 

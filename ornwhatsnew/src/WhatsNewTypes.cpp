@@ -19,7 +19,8 @@ constexpr std::string_view kShowAllOffFeatures =
 constexpr std::string_view kShowAllUnlockCodes =
     "ornappsupport.betafeature.SimulateShowingAllUnlockCodesInWhatsNew";
 
-// The debug switches apply to internal users only. For other users, the entries are not read.
+// The debug switches apply to internal users only. For other users, the function does not read the
+// debug database.
 bool IsInternalDebugSwitchOn(std::string_view key) {
   if (!feature::IsEntitlementSetToInternalFeaturesAllowed()) return false;
   return orncore::debug::DebugDatabase::Instance().GetEntryAs<bool>(key, false);

@@ -1,8 +1,7 @@
-// What a list persists through its callbacks: three keys, and the form of the values that are
-// lists.
+// The keys under which a list persists its state, and the format of the persisted lists.
 //
-// A persisted list is a text of elements that are joined by single spaces. Its elements are in
-// ascending byte order, so that equal states are equal texts.
+// A persisted list is a string of elements, separated by single spaces. The elements are in
+// ascending byte order, so that equal states give equal strings.
 #ifndef ORNWHATSNEW_UTILITY_PERSISTEDLIST_H_
 #define ORNWHATSNEW_UTILITY_PERSISTEDLIST_H_
 
@@ -14,19 +13,19 @@
 
 namespace ornwhatsnew {
 
-/// Key of the identities of everything that was seen or rated, a persisted list.
+/// The key of the identities that were seen or rated. The value is a persisted list.
 extern ORN_EXPORT const UTF8String kAllSeenItemsKey;
-/// Key of the version in which What's New was last opened.
+/// The key of the full version in which the user last opened What's New.
 extern ORN_EXPORT const UTF8String kLastVersionSeenKey;
-/// Key of all versions in which What's New was opened, a persisted list.
+/// The key of all full versions in which the user opened What's New. The value is a persisted list.
 extern ORN_EXPORT const UTF8String kAllVersionsSeenKey;
 
-/// Returns the elements of a list as views into `list`. An empty text has no elements. Adjacent
-/// spaces are not merged: there is an empty element between them.
+/// Returns the elements of a persisted list as views into `list`. An empty string has no elements.
+/// Adjacent spaces are not merged: each pair has an empty element between them.
 ORN_EXPORT std::vector<std::string_view> SplitPersistedList(std::string_view list);
 
-/// Returns the list of the elements, each once, in ascending byte order. An empty element adds
-/// nothing to the text, so it is lost.
+/// Returns a persisted list of the elements, without duplicates. Omits an empty element. An element
+/// with a space would be read as several elements.
 ORN_EXPORT UTF8String JoinPersistedList(std::vector<std::string_view> elements);
 
 }  // namespace ornwhatsnew

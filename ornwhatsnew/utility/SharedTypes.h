@@ -1,5 +1,5 @@
-// The types that the library and its hosts exchange: strings, identities, display options, style
-// runs and the two state callbacks.
+// The types that the library and its hosts share: strings, identities, display options, style runs,
+// and the two callbacks for the state.
 #ifndef ORNWHATSNEW_UTILITY_SHAREDTYPES_H_
 #define ORNWHATSNEW_UTILITY_SHAREDTYPES_H_
 
@@ -19,67 +19,86 @@ namespace ornwhatsnew {
 
 class FeatureListItem;
 
-/// UTF-8 string for file text, field values, persisted values and identifiers. A `std::string`.
+/// A UTF-8 string, used for data files, fields, persisted values and keys. A `std::string`.
 using orncore::string::UTF8String;
-/// UTF-16 string for paths and display text. A `std::u16string`.
+/// A UTF-16 string, used for paths and display text. A `std::u16string`.
 using orncore::string::UTF16String;
-/// A 128-bit hash of content.
+/// An identity: the 128-bit hash under which a change or an item counts as seen or rated.
 using orncore::utility::Guid;
 
-/// What the host wants to show: any combination of the five bits below.
+/// The options of a display: any combination of the five bits below. Without any bit, the display
+/// shows everything that is available to the user.
 using DisplayOptions = orncore::utility::Flags<unsigned char>;
 
-/// List only what the user has not seen.
+/// Shows only items and changes that the user has not seen.
 inline constexpr DisplayOptions kShowOnlyNew{0x01};
-/// Omit changes that are relevant on another platform only.
+/// Hides changes that are relevant only to a platform other than the host's.
 inline constexpr DisplayOptions kFilterRelevantPlatform{0x02};
-/// Omit changes whose range of relevant versions the user never ran.
+/// Hides changes that are not relevant to the versions in which the user opened What's New; see
+/// `FeatureListDetail::IsRelevantToVersions`.
 inline constexpr DisplayOptions kFilterRelevantVersion{0x04};
-/// Omit every change with a well-formed salience, including an empty one.
+/// Shows only changes with a malformed salience. This rule is kept for compatibility.
 inline constexpr DisplayOptions kFilterHeadlinesOnly{0x08};
-/// List the features that the user has seen and not rated.
+/// Shows only features that the user has seen but not rated, and their changes that request a
+/// rating.
 inline constexpr DisplayOptions kRatingView{0x10};
 
-/// The identities that the user has seen or rated. A standard set, because hosts pass their own
-/// sets to the predicates of the records.
+/// The identities that a user has seen or rated. Hosts pass such a set to `ShouldShowItemToUser`
+/// and similar functions of changes and items.
 using GuidSet = std::unordered_set<Guid>;
-/// The full client versions in which the user opened What's New.
+/// The full versions in which a user opened What's New.
 using VersionSet = std::unordered_set<UTF8String>;
 
-/// The role of a range of the panel's text. The values never change, because hosts map them to
-/// fonts. The values 8 and 12 are reserved for hosts; the library never produces them.
+/// The role of a range of the panel's text. Hosts map the values to fonts, so the values never
+/// change. The library never uses the values 8 and 12, which are reserved for hosts.
 enum class StyleID : int {
-  kStyleFeatureTitle = 0,        ///< a feature's title; the string is its view-more URL
-  kStyleFeatureDescription = 1,  ///< a feature's description paragraph
-  kStyleChangeText = 2,          ///< bullet prefix, platform text and text of a change
-  kStyleHeader = 3,              ///< the header line and every notice paragraph
-  kStyleInternalCode = 4,        ///< unlock codes and version suffixes
-  kStyleCommitLink = 5,          ///< a commit identifier; the string is the commit's URL
-  kStyleHotSpot = 6,             ///< a link text; the string is the URL that a click opens
-  kStyleIssueLink = 7,           ///< an issue key; the string is the issue's URL
-  kStyleUnlockLabel = 9,         ///< the unlock label after a title
-  kStyleInternalWarning = 10,    ///< notes that explain what was ignored in a change
-  kStyleUnlockLabelBox = 11,     ///< a second run over the same text as `kStyleUnlockLabel`
-  kStyleRatingPlaceholder = 13,  ///< the paragraph that the host replaces with a rating control
+  /// The title of an item. The string is the item's URL, or empty.
+  kStyleFeatureTitle = 0,
+  /// The description of a feature.
+  kStyleFeatureDescription = 1,
+  /// The bullet, the platform or the text of a change, each with its own run.
+  kStyleChangeText = 2,
+  /// The header line, or the notice of a panel without items.
+  kStyleHeader = 3,
+  /// The internal key after a title, or the version after a change.
+  kStyleInternalCode = 4,
+  /// The commit ID of a change, for internal users. The string is the commit's URL.
+  kStyleCommitLink = 5,
+  /// Any other link, such as "View more". The string is its URL.
+  kStyleHotSpot = 6,
+  /// An issue key, for internal users. The string is the issue's URL.
+  kStyleIssueLink = 7,
+  /// The unlock label after a title.
+  kStyleUnlockLabel = 9,
+  /// A note about an ignored field of a change, for internal users.
+  kStyleInternalWarning = 10,
+  /// The box around an unlock label. It has the same range as `kStyleUnlockLabel`.
+  kStyleUnlockLabelBox = 11,
+  /// The rating placeholder, which the host replaces with its rating control.
+  kStyleRatingPlaceholder = 13,
 };
 using enum StyleID;
 
-/// One style run: ((start, length), string). Start and length are in UTF-8 bytes of the whole text,
-/// not in UTF-16 units. The string is a URL or empty. A run of `kStyleCommitLink` extends one byte
-/// past its text.
+/// A style run: ((start, length), string). The start and the length are in UTF-8 bytes, although
+/// the text is UTF-16; the start is relative to the whole text. The string is a URL or empty. A run
+/// of `kStyleCommitLink` extends one byte past its text, so hosts should limit each run to the
+/// text.
 using StyleRun = std::pair<std::pair<int, int>, UTF16String>;
-/// The runs of each style in the order of the text. The caller owns the map.
+/// The style runs of a text, by style. The runs of each style are in the order of the text.
 using StyleRunMap = std::unordered_map<StyleID, std::vector<StyleRun>>;
 
-/// The items of a list by grouping key. An entry can be empty, for an ordered key without an item.
-/// All queries treat an empty entry as a missing item.
+/// The items of a list by key. An entry can be empty; see
+/// `FeatureListData::BubbleUnlockedItemsToTheTop`. The library treats an empty entry like a missing
+/// item.
 using FeatureMap = std::unordered_map<std::string, std::shared_ptr<FeatureListItem>>;
-/// The features offered for rating, by grouping key. The caller owns the records.
+/// The rating records of a display, by the key of the item. A rating record is a copy of an item
+/// without its changes; its title and description are localised.
 using RatingMap = FeatureMap;
 
-/// Returns one persisted value: what the setter last stored under the key, or an empty string.
+/// Returns the value that the setter last stored under `key`, or an empty string if there is none.
+/// The keys are in `PersistedList.h`.
 using StateGetter = std::function<UTF8String(const UTF8String& key)>;
-/// Stores one persisted value under its key.
+/// Stores `value` under `key`, replacing the previous value.
 using StateSetter = std::function<void(const UTF8String& key, const UTF8String& value)>;
 
 }  // namespace ornwhatsnew

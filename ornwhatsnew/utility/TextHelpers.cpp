@@ -37,9 +37,9 @@ UTF8String ExtractHashablePortion(std::string_view text) {
 }
 
 bool CaseInsensitiveEqual(std::string_view a, std::string_view b) {
-  // In ASCII, the lower case of a letter does not depend on its neighbours, so the bytes decide up
-  // to the first byte beyond ASCII. From there on only the full mapping is correct: a letter can
-  // have several characters as its lower case, including ASCII ones.
+  // Compare ASCII byte by byte, because the lower case of an ASCII letter does not depend on its
+  // neighbours. Beyond ASCII, only the full mapping is correct: the lower case of a letter can be
+  // several characters, including ASCII letters.
   const auto [restOfA, restOfB] = std::ranges::mismatch(a, b, AreSameAscii);
   if (restOfA == a.end() || restOfB == b.end()) return restOfA == a.end() && restOfB == b.end();
   if (IsAsciiByte(*restOfA) && IsAsciiByte(*restOfB)) return false;

@@ -7,8 +7,7 @@
 namespace ornwhatsnew {
 namespace {
 
-// Compatibility: the map can hold keys without an item (docs/compatibility.md). Such a key is
-// treated as missing.
+// Compatibility: the map can contain empty entries (docs/compatibility.md). They count as missing.
 FeatureListItem* Find(const FeatureMap& items, std::string_view key) {
   const auto found = items.find(std::string(key));
   return found == items.end() ? nullptr : found->second.get();

@@ -11,7 +11,7 @@
 namespace ornwhatsnew {
 namespace {
 
-// A file with CR LF line ends must read like one with LF, blank rows included.
+// In a file with CR LF line ends, an empty line contains a carriage return.
 bool IsBlank(std::string_view row) {
   return std::ranges::all_of(row, [](char c) { return c == '\r'; });
 }
@@ -33,13 +33,13 @@ const DataRow* DataFileReader::Next() {
   return &row_;
 }
 
-// Compatibility: a row with fewer than ten fields inherits the other values from the rows before
-// it, so the values are never cleared (docs/compatibility.md).
+// Compatibility: a row with fewer than ten fields inherits the missing values from the previous
+// row, so the values are never cleared (docs/compatibility.md).
 void DataFileReader::ReadFields() {
   row_.fieldCount = 0;
   if (IsBlank(row_.text)) return;
 
-  // Most rows need no cleaning, and one check of the row is faster than ten of its fields.
+  // Most rows need no cleaning. Checking the row once is faster than checking each field.
   const bool isClean = IsClean(row_.text);
   std::size_t begin = 0;
   while (begin <= row_.text.size()) {
@@ -77,7 +77,7 @@ DataRowSkipReason DataFileReader::ReasonToSkip() const {
                                                      : DataRowSkipReason::kNone;
 }
 
-// Changes the current value, because a shorter row after the header inherits it.
+// Removes the mark from the current value, because a shorter row after the header inherits it.
 void DataFileReader::RemoveByteOrderMark() {
   constexpr auto kColumn = static_cast<std::size_t>(DataColumn::kVersion);
   UTF8String version(row_.values[kColumn]);

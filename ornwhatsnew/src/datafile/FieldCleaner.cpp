@@ -27,13 +27,13 @@ bool IsClean(std::string_view text) {
 std::string_view CleanField(std::string_view field, UTF8String& buffer) {
   if (IsClean(field)) return field;
 
-  // Compatibility: all quotes are dropped, a doubled quote included (docs/compatibility.md).
+  // Compatibility: every quote is removed, even a doubled one (docs/compatibility.md).
   buffer.assign(field);
   std::erase(buffer, '"');
   if (IsClean(buffer)) return buffer;
 
-  // Carriage returns are removed from the UTF-16 text, so that the bytes on both sides of one never
-  // form a new character. A field holds no line feed, because every line feed ends a row.
+  // Remove carriage returns after the conversion to UTF-16. Otherwise the bytes before and after a
+  // carriage return could form a new character.
   UTF16String text = orncore::string::UTF8to16(buffer);
   std::erase(text, u'\r');
   orncore::string::UTF16to8(text, buffer);

@@ -1,7 +1,6 @@
-// Cuts a row of the data file into fields, and turns each field into the value that the list
-// stores.
+// Finds the fields of a row of the data file, and cleans them.
 //
-// Nearly all fields need no change. They are returned as views into the file and never copied.
+// Most fields need no cleaning. The functions return them as views into the file, without copying.
 #ifndef ORNWHATSNEW_SRC_DATAFILE_FIELDCLEANER_H_
 #define ORNWHATSNEW_SRC_DATAFILE_FIELDCLEANER_H_
 
@@ -12,16 +11,17 @@
 
 namespace ornwhatsnew {
 
-/// Returns the index at which the field that begins at `begin` ends: that of the next comma outside
-/// quotes, or the size of the row. Linear in the bytes that it passes.
+/// Returns the index of the end of the field that begins at `begin`. The end is the next comma
+/// outside quotes, or the end of the row. Takes time linear in the length of the field.
 std::size_t FindFieldEnd(std::string_view row, std::size_t begin);
 
-/// Whether `CleanField` would return `text` unchanged. The fields of a clean row are clean.
+/// Returns whether `CleanField` would return `text` unchanged. If a row is clean, its fields are
+/// clean.
 bool IsClean(std::string_view text);
 
-/// Returns the field without quotes and carriage returns, with each maximal subpart of an
-/// ill-formed sequence replaced by U+FFFD. The result views `field` or `buffer`; the function
-/// overwrites `buffer`.
+/// Returns the field without quotes and carriage returns. Replaces each maximal subpart of an
+/// ill-formed UTF-8 sequence with U+FFFD. The result is a view of `field` or of `buffer`, which the
+/// function can overwrite.
 std::string_view CleanField(std::string_view field, UTF8String& buffer);
 
 /// Returns a clean field in lower case, as a view of `buffer`, which the function overwrites.

@@ -1,5 +1,4 @@
-// The texts from which the panel is written: templates that the host's dictionary can replace, and
-// fixed texts.
+// The strings of the panel: templates that the host's dictionary can translate, and fixed strings.
 #ifndef ORNWHATSNEW_SRC_PANEL_DISPLAYTEMPLATES_H_
 #define ORNWHATSNEW_SRC_PANEL_DISPLAYTEMPLATES_H_
 
@@ -15,8 +14,9 @@ inline UTF16String LocalizedText(std::string_view keyText) {
   return orncore::config::Localizer::Get().ZString(keyText);
 }
 
-/// The templates in the user's language. The constructor queries the host's localiser once for each
-/// template, in this order; create one object for each display. `@0` and `@1` are placeholders.
+/// The templates in the user's language. `@0` and `@1` are placeholders. The constructor queries
+/// the localiser once for each template, in this order. Create one object for each display, because
+/// the language can change between displays.
 struct DisplayTemplates {
   UTF16String unlockInternal =
       LocalizedText("$$$/ornwhatsnew/Feature/Item/Unlock/TarsaOnly=TARSA ONLY");
@@ -62,7 +62,7 @@ struct DisplayTemplates {
       LocalizedText("$$$/ornwhatsnew/feature/nonewratings=\tNo features need rating right now.");
 };
 
-// Patterns that are the same in every language. The three addresses are build options.
+// Templates that are not translated. The addresses in them are build options.
 inline constexpr std::u16string_view kCommitCode = u" @0";
 inline constexpr std::u16string_view kCommitLink =
     u"" ORNWHATSNEW_COMMIT_BROWSER u"/ORN/orn/commit/@0";
@@ -73,18 +73,18 @@ inline constexpr std::u16string_view kIgnoredPlatformNote = u"(Malformed platfor
 inline constexpr std::u16string_view kIgnoredSalienceNote = u"(Malformed salience ignored: @0) ";
 inline constexpr std::u16string_view kSectionReason = u"in @0 section";
 
-// Texts that are the same in every language and have no placeholder.
+// Strings that are not translated and have no placeholder.
 inline constexpr std::u16string_view kDuplicateReason = u"duplicate";
 inline constexpr std::u16string_view kMalformedReason = u"malformed";
 inline constexpr std::u16string_view kReasonSeparator = u" and ";
 inline constexpr std::u16string_view kMacDisplayName = u"macOS";
 inline constexpr std::u16string_view kOwnIssuePrefix = u"ORN";
 
-/// The page on which users allow or forbid usage logging.
+/// The URL of the page on which users switch usage logging on or off. It is a build option.
 inline constexpr std::u16string_view kPrivacyPage = u"" ORNWHATSNEW_PRIVACY_PAGE;
 
-/// Compatibility: these invisible units mark the start of a description paragraph. Existing hosts
-/// search for them when they lay out the panel (docs/compatibility.md).
+/// Compatibility: these invisible characters mark the start of a description. Existing hosts search
+/// for them when they lay out the panel (docs/compatibility.md).
 inline constexpr std::u16string_view kDescriptionMark = u"\uFEFF\uFEFF";
 
 }  // namespace ornwhatsnew

@@ -1,4 +1,4 @@
-// Turns text of the data file or of the feature table into display text.
+// Converts strings of the data file and of the feature table to display text.
 #ifndef ORNWHATSNEW_SRC_PANEL_LOCALIZATION_H_
 #define ORNWHATSNEW_SRC_PANEL_LOCALIZATION_H_
 

@@ -21,7 +21,7 @@ using orncore::string::Replacement;
 using orncore::string::UTF8to16;
 
 // Both runs skip the leading space of their text. Compatibility: the length of the commit run is
-// not reduced, so it extends one byte past its text (docs/compatibility.md).
+// not reduced, so the run extends one byte past its text (docs/compatibility.md).
 constexpr RunAdjustment kIssueLinkAdjustment{1, -1};
 constexpr RunAdjustment kCommitLinkAdjustment{1, 0};
 
@@ -36,7 +36,7 @@ UTF16String Fill(std::u16string_view pattern, std::u16string_view text) {
   return Fill(pattern, replacement);
 }
 
-// The grouping key replaces an empty title.
+// Returns the title of an item, or its key if it has no title.
 UTF16String TitleOf(const FeatureListItem& item) {
   UTF16String title = Localize(item.GetFeatureName());
   return title.empty() ? UTF8to16(item.FeatureJiraIDKey()) : title;
@@ -44,7 +44,7 @@ UTF16String TitleOf(const FeatureListItem& item) {
 
 }  // namespace
 
-// What the rating requests of a feature's shown changes mean for its rating record.
+// The fields of a rating record that depend on the rating requests of the shown changes.
 struct PanelFormatter::RatingSummary {
   UTF8String customText;
   bool hidesDescription = false;
@@ -70,8 +70,8 @@ PanelFormatter::PanelFormatter(DisplayOptions options, const UTF16String& rating
       writer_(runs) {}
 
 void PanelFormatter::Reserve(std::size_t changes, std::size_t descriptionBytes) {
-  // The bullet, platform, version and newline of a change line. A byte of UTF-8 becomes at most one
-  // UTF-16 unit.
+  // An estimate for the bullet, platform, version and newline of a change line. A byte of UTF-8
+  // becomes at most one UTF-16 unit.
   constexpr std::size_t kUnitsBesideDescription = 40;
   writer_.Reserve(descriptionBytes + changes * kUnitsBesideDescription);
 }
@@ -117,7 +117,7 @@ void PanelFormatter::WriteNothingToShow() {
 }
 
 void PanelFormatter::WriteTitleLine(const FeatureListItem& item) {
-  // The label is determined first, because hosts can observe the order of the service queries.
+  // Determine the label first, because hosts can observe the order of the service queries.
   const UTF16String* const label = UnlockLabel(item);
   writer_.Append(kStyleFeatureTitle, TitleOf(item), UTF8to16(item.GetFeatureViewMoreURL()));
 

@@ -1,4 +1,5 @@
-// Writes the panel: the header, the features with their changes, and the notice of an empty panel.
+// Writes the text of the panel: the header, the items with their changes, and the notice of a panel
+// without items.
 #ifndef ORNWHATSNEW_SRC_PANEL_PANELFORMATTER_H_
 #define ORNWHATSNEW_SRC_PANEL_PANELFORMATTER_H_
 
@@ -14,12 +15,13 @@
 
 namespace ornwhatsnew {
 
-/// Formats one panel. The caller decides which features and changes are shown; the formatter
-/// decides how they read. Create one object for each display.
+/// Formats one panel. The caller decides which items and changes are shown. Create one object for
+/// each display.
 class PanelFormatter {
  public:
-  /// Localises the templates. The formatter fills `runs` and, if it is not null, `ratingItems`.
-  /// Both must be empty. They and `ratingPlaceholder` must outlive the formatter.
+  /// Localises the templates. The formatter adds the style runs to `runs`, and the rating records
+  /// to `ratingItems` if it is not null. Both must be empty. They and `ratingPlaceholder` must
+  /// outlive the formatter.
   PanelFormatter(DisplayOptions options, const UTF16String& ratingPlaceholder, StyleRunMap& runs,
                  RatingMap* ratingItems);
 
@@ -28,12 +30,12 @@ class PanelFormatter {
 
   /// Writes the header. Call it before the other write functions.
   void WriteHeader(const UTF8String& lastVersionSeen, const UTF8String& changesSinceVersion);
-  /// Writes a feature or section with the shown changes in `shown`.
+  /// Writes a feature or a section with the changes in `shown`.
   void WriteFeature(const FeatureListItem& item, const ShownItem& shown);
-  /// Writes the notice of a panel without features.
+  /// Writes the notice of a panel without items.
   void WriteNothingToShow();
 
-  /// Moves the text out. REQUIRES: the formatter is not used afterwards.
+  /// Returns the text. Do not use the formatter afterwards.
   UTF16String TakeText() { return writer_.TakeText(); }
 
  private:
@@ -51,9 +53,9 @@ class PanelFormatter {
   void WriteCommitLink(const UTF8String& commit);
   void RecordForRating(const FeatureListItem& item, const RatingSummary& rating);
 
-  /// Returns the label after the title, or null if the feature has none.
+  /// Returns the unlock label of the item, or null if it has none.
   const UTF16String* UnlockLabel(const FeatureListItem& item) const;
-  /// Writes `pattern` with `text` for `@0`.
+  /// Writes `pattern` with `@0` replaced by `text`.
   void WriteFilled(StyleID style, std::u16string_view pattern, std::u16string_view text);
 
   const DisplayOptions options_;

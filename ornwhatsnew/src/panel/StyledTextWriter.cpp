@@ -7,7 +7,7 @@
 namespace ornwhatsnew {
 namespace {
 
-// Two lone surrogates take 3 bytes each as U+FFFD; the pair takes 4 bytes.
+// Two unpaired surrogates become two U+FFFD, 3 bytes each. A surrogate pair takes 4 bytes.
 constexpr std::size_t kBytesSavedByPairing = 2;
 
 constexpr bool IsHighSurrogate(char16_t unit) {
@@ -64,8 +64,8 @@ std::size_t StyledTextWriter::CountAppended(std::size_t begin) {
   const std::u16string_view appended = std::u16string_view(text_).substr(begin);
   const std::size_t length = orncore::string::UTF8Length(appended);
   bytes_ += length;
-  // A high surrogate at the old end and a low surrogate after it are one character in the whole
-  // text, although each counted as U+FFFD on its own.
+  // A high surrogate before the appended string and a low surrogate at its start form one
+  // character, but each was counted as U+FFFD.
   if (!appended.empty() && begin > 0 && IsHighSurrogate(text_[begin - 1]) &&
       IsLowSurrogate(appended.front())) {
     bytes_ -= kBytesSavedByPairing;

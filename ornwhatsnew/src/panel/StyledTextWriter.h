@@ -10,22 +10,24 @@
 
 namespace ornwhatsnew {
 
-/// The difference between a run and its string, in UTF-8 bytes.
+/// Numbers of UTF-8 bytes to add to the start and to the length of a run. They can be negative.
 struct RunAdjustment {
   int start = 0;
   int length = 0;
 };
 
-/// Adds to `runs` the run of a string of `length` UTF-8 bytes that begins at byte `start` of the
-/// text. Computes with 32-bit integers that wrap around.
+/// Adds to `runs` the run of a string that begins at the offset `start` of the text. `start` and
+/// `length` are in UTF-8 bytes. Their sums with `adjustment` wrap modulo 2^32.
 void RecordStyleRun(StyleID style, std::size_t start, std::size_t length, RunAdjustment adjustment,
                     UTF16String runString, StyleRunMap& runs);
 
-/// A text that grows at its end. Style runs count UTF-8 bytes of the whole text. The writer keeps
-/// that count, because converting the whole text for every run would take quadratic time.
+/// Appends strings to a text and records their style runs. The positions of runs are in UTF-8
+/// bytes. The writer counts these bytes as the text grows, because measuring the whole text for
+/// each run would take quadratic time.
 class StyledTextWriter {
  public:
-  /// Starts with an empty text. The runs are added to `runs`, which must outlive the writer.
+  /// Creates a writer with an empty text. It adds the runs to `runs`, which must outlive the
+  /// writer.
   explicit StyledTextWriter(StyleRunMap& runs) : runs_(runs) {}
 
   /// Reserves memory for a text of `units` UTF-16 units.
@@ -34,30 +36,31 @@ class StyledTextWriter {
   /// Appends `string` without a run.
   void Append(std::u16string_view string);
 
-  /// Appends `string` and records its run, also if `string` is empty.
+  /// Appends `string` and records its run, even if `string` is empty.
   void Append(StyleID style, std::u16string_view string, UTF16String runString = {},
               RunAdjustment adjustment = {});
 
-  /// Appends a string given in UTF-8 and records its run.
+  /// Appends `string`, which is UTF-8, and records its run.
   void AppendUTF8(StyleID style, std::string_view string);
 
   /// Records a run for `string`, which the caller appends next.
   void RecordRunOfNext(StyleID style, std::u16string_view string);
 
-  /// Moves the text out. REQUIRES: the writer is not used afterwards.
+  /// Returns the text. Do not use the writer afterwards.
   UTF16String TakeText() { return std::move(text_); }
 
  private:
-  /// Records the run of everything in `text_` from the index `begin`, and counts its bytes.
+  /// Records a run of the part of `text_` from the index `begin`, and updates `bytes_`.
   void RecordAppended(std::size_t begin, StyleID style, UTF16String runString,
                       RunAdjustment adjustment);
 
-  /// Adds everything in `text_` from the index `begin` to `bytes_`. Returns its UTF-8 bytes.
+  /// Updates `bytes_` after a string was appended at the index `begin` of `text_`. Returns the
+  /// length of that string in UTF-8 bytes.
   std::size_t CountAppended(std::size_t begin);
 
   StyleRunMap& runs_;
   UTF16String text_;
-  /// The UTF-8 bytes of `text_`.
+  /// The length of `text_` in UTF-8 bytes.
   std::size_t bytes_ = 0;
 };
 

@@ -1,4 +1,4 @@
-// Which part of a text takes part in identities.
+// Finds the part of a string from which identities are computed.
 #ifndef ORNWHATSNEW_SRC_RULES_HASHABLEPORTION_H_
 #define ORNWHATSNEW_SRC_RULES_HASHABLEPORTION_H_
 
@@ -7,11 +7,12 @@
 
 namespace ornwhatsnew {
 
-/// What a localisation key begins with.
+/// The prefix of a localisation key.
 inline constexpr std::string_view kZStringPrefix = "$$$/";
 
-/// Returns the result of `ExtractHashablePortion` without a copy, as two parts in order. The views
-/// lead into `text` or a constant. Inline because every identity calls it for each of its fields.
+/// Returns the result of `ExtractHashablePortion` as two consecutive parts, without copying. The
+/// parts are views into `text` or a constant. The function is inline because it runs for each field
+/// of each identity.
 inline std::pair<std::string_view, std::string_view> SplitHashablePortion(
     std::string_view text) noexcept {
   constexpr std::string_view kPrivatePrefix = "$$$/private/";

@@ -1,5 +1,5 @@
-// What records mix into their identities: texts without length or separator, and only the part of a
-// localisation key that identifies it.
+// Computes the identities of changes and items. An identity is the hash of strings that are joined
+// without lengths or separators.
 #ifndef ORNWHATSNEW_SRC_RULES_IDENTITYMIXING_H_
 #define ORNWHATSNEW_SRC_RULES_IDENTITYMIXING_H_
 
@@ -12,16 +12,16 @@
 
 namespace ornwhatsnew {
 
-/// Returns a mixer that contains `tag`, which separates the kinds of identities.
+/// Returns a mixer that begins with `tag`. Each kind of identity has its own tag.
 inline orncore::utility::GuidMixer TaggedMixer(std::string_view tag) {
   orncore::utility::GuidMixer mixer;
   mixer.Mix(tag);
   return mixer;
 }
 
-/// Mixes the result of `ExtractHashablePortion`.
+/// Adds the `ExtractHashablePortion` of `text` to `mixer`.
 inline void MixHashablePortion(orncore::utility::GuidMixer& mixer, std::string_view text) {
-  if (!text.starts_with('$')) {  // most texts are not localisation keys
+  if (!text.starts_with('$')) {  // Most strings are not localisation keys.
     mixer.Mix(text);
     return;
   }
@@ -30,15 +30,15 @@ inline void MixHashablePortion(orncore::utility::GuidMixer& mixer, std::string_v
   mixer.Mix(second);
 }
 
-/// Returns the mixer of an item's seen identity, without the changes.
+/// Returns a mixer for the seen identity of an item, before its changes are added.
 inline orncore::utility::GuidMixer ItemSeenMixer(const FeatureListItem& item) {
   orncore::utility::GuidMixer mixer = TaggedMixer("FeatureItemSeenList");
   item.MixFeatureIntoGuid(mixer);
   return mixer;
 }
 
-/// Mixes a change with the seen identity `seenGuid` into the seen identity of its item. A change
-/// without a description only requests a rating, which does not make an item new.
+/// Adds a change with the seen identity `seenGuid` to the seen identity of its item. Ignores a
+/// change without a description: it only requests a rating and must not make the item new.
 inline void MixChangeIntoItem(orncore::utility::GuidMixer& mixer, const FeatureListDetail& change,
                               const Guid& seenGuid) {
   if (!change.GetDescription().empty()) mixer.Mix(seenGuid);

@@ -10,7 +10,7 @@
 
 namespace ornwhatsnew {
 
-/// Identities in ascending order, each once. The persisted list has the same order, so reading,
+/// A set of identities in ascending order. The persisted list has the same order, so reading,
 /// merging and writing it take linear time.
 ///
 /// An index gives, for the first bits of an identity, the range of positions at which it can be.
@@ -42,14 +42,15 @@ class IdentitySet {
   unsigned shift_ = 0;
 };
 
-/// Returns the set of the identities, which can be in any order and repeated. Takes linear time if
-/// they are in order.
+/// Returns the set of the identities, which can be in any order and contain duplicates. Takes
+/// linear time if they are in ascending order.
 IdentitySet MakeIdentitySet(std::vector<Guid> identities);
 
 /// Returns the identities that are in either set, in linear time.
 IdentitySet UnionOf(const IdentitySet& some, const IdentitySet& others);
 
-/// Returns the identities of a persisted list. An element that is no identity gives the nil one.
+/// Returns the identities of a persisted list. An element that is not an identity becomes the nil
+/// identity.
 IdentitySet ParseIdentities(std::string_view list);
 
 /// Returns the persisted list of the identities.

@@ -7,7 +7,7 @@ namespace {
 
 using Order = std::list<std::string>;
 
-// Removes every occurrence of the keys from `order`. Returns the keys, each once.
+// Removes every occurrence of the keys from `order`. Returns the keys without duplicates.
 Order Remove(Order& order, const MovingKeys& keys) {
   Order distinct;
   std::unordered_set<std::string_view> moving;

@@ -10,15 +10,16 @@
 namespace ornwhatsnew {
 
 /// Keys to move, in their new order. Only the first occurrence of a key counts. The views must not
-/// lead into the ordered keys themselves, because the move removes those strings.
+/// refer to the strings of the order, because the move destroys those strings.
 using MovingKeys = std::vector<std::string_view>;
 
-/// Removes every occurrence of the keys and inserts each once at the front, in the given order. If
-/// an allocation fails, `order` is unchanged.
+/// Removes every occurrence of the keys, and inserts each key once at the front, in the given
+/// order. Also inserts keys that `order` did not contain. If an allocation fails, `order` is
+/// unchanged.
 void MoveKeysToFront(std::list<std::string>& order, const MovingKeys& keys);
 
-/// Removes every occurrence of the keys and appends each once, in the given order. If an allocation
-/// fails, `order` is unchanged.
+/// Removes every occurrence of the keys, and appends each key once, in the given order. Also
+/// appends keys that `order` did not contain. If an allocation fails, `order` is unchanged.
 void MoveKeysToBack(std::list<std::string>& order, const MovingKeys& keys);
 
 }  // namespace ornwhatsnew

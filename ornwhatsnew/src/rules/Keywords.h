@@ -1,7 +1,7 @@
-// The fixed texts of data files and persisted values, each written once.
+// The keywords of data files and the keys of the state.
 //
-// The exported constants are strings that are made from these. The library itself uses only these
-// views, because a list in a static object of the host can exist before the strings do.
+// The exported constants are `std::string` copies of these. The library itself uses only these,
+// because a static object of the host can create a list before the copies are initialised.
 #ifndef ORNWHATSNEW_SRC_RULES_KEYWORDS_H_
 #define ORNWHATSNEW_SRC_RULES_KEYWORDS_H_
 

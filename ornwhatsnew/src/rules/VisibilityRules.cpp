@@ -17,13 +17,12 @@ namespace {
 namespace feature = ornappsupport::feature;
 using Platform = FeatureListDetail::Platform;
 
-// A malformed platform does not filter.
+// A change with a malformed platform is relevant on every platform.
 bool IsRelevantOnPlatform(const FeatureListDetail& change, Platform platform) {
   return !change.HasUsablePlatform() || change.GetPlatform() == platform;
 }
 
-// Compatibility: with this option, only changes with a malformed salience are listed
-// (docs/compatibility.md).
+// Compatibility: the filter shows only changes with a malformed salience (docs/compatibility.md).
 bool PassesHeadlineFilter(const FeatureListDetail& change) {
   return change.HasMalformedSalience();
 }

@@ -1,4 +1,4 @@
-// Which items and changes a user sees.
+// Decides which items and changes are shown.
 #ifndef ORNWHATSNEW_SRC_RULES_VISIBILITYRULES_H_
 #define ORNWHATSNEW_SRC_RULES_VISIBILITYRULES_H_
 
@@ -13,14 +13,14 @@
 
 namespace ornwhatsnew {
 
-/// Returns the platform keyword in a field of a change, or the platform that the host names.
+/// Returns the platform with this name. The name is a field of a change or the host's platform.
 FeatureListDetail::Platform ParsePlatform(std::string_view text);
 
-/// Returns the numbers of the versions in ascending order.
+/// Returns the `VersionNumber` of each version, in ascending order.
 std::vector<std::int64_t> VersionNumbers(const VersionSet& versions);
 
-/// A view of the identities that the user has seen or rated: the set of a list, or the standard set
-/// that a host passes to a record.
+/// A view of the identities that the user has seen or rated. It refers either to the set of a list
+/// or to the set that a host passes to a change or an item.
 class SeenIdentities {
  public:
   SeenIdentities(const IdentitySet& identities) : listSet_(&identities) {}
@@ -35,8 +35,8 @@ class SeenIdentities {
   const GuidSet* hostSet_ = nullptr;
 };
 
-/// The inputs of one query: the options, the user's state and the platform. It is a view of the
-/// state, so it must not outlive the call.
+/// The inputs of a query: the options, the user's state and the platform. The filter is a view of
+/// the state, which must outlive it.
 class VisibilityFilter {
  public:
   /// `versionNumbers` are the versions in which What's New was opened, in ascending order.
@@ -52,18 +52,18 @@ class VisibilityFilter {
   DisplayOptions options_;
   SeenIdentities seen_;
   std::span<const std::int64_t> versionNumbers_;
-  /// Set only if the filter for the relevant platform is on.
+  /// Set only if the options contain `kFilterRelevantPlatform`.
   FeatureListDetail::Platform hostPlatform_ = FeatureListDetail::Platform::kNone;
 };
 
-/// Returns whether a change is listed. `seenGuid` is its seen identity.
+/// Returns whether a change is shown. `seenGuid` is its seen identity.
 bool IsChangeShown(const FeatureListDetail& change, const VisibilityFilter& filter,
                    const Guid& seenGuid);
 
-/// Returns whether a change is listed in the rating view. `isSeen` is whether it was seen.
+/// Returns whether the rating view shows a change. `isSeen` is whether the change was seen.
 bool IsChangeForRating(const FeatureListDetail& change, bool isSeen);
 
-/// What the display needs to know of an item that is listed.
+/// The data that the display needs about a shown item.
 struct ShownItem {
   struct Change {
     const FeatureListDetail* change;
@@ -71,12 +71,12 @@ struct ShownItem {
   };
 
   Guid seenGuid;
-  /// The changes that are listed, in order. The pointers are valid as long as the item.
+  /// The shown changes, in order. The pointers are valid as long as the item does not change.
   std::vector<Change> changes;
 };
 
-/// Returns whether an item is listed. If `shown` is not null, overwrites it; its content is
-/// meaningful only for a result of true. Without `shown`, allocates nothing.
+/// Returns whether an item is shown. If `shown` is not null, overwrites it; its content is valid
+/// only if the result is true. If `shown` is null, allocates nothing.
 bool IsItemShown(const FeatureListItem& item, const VisibilityFilter& filter,
                  ShownItem* shown = nullptr);
 
