@@ -1,5 +1,5 @@
-// Formats the panel with everything shown. The baseline computes one identity and writes one line
-// with its style runs for each record, without features, options or languages.
+// Formats the panel without filters. The baseline computes one hash and writes one line with style
+// runs for each record. It does not handle features, options or translations.
 #include <map>
 #include <memory>
 #include <string>
@@ -35,7 +35,7 @@ void Display(benchmark::State& state) {
     state.PauseTiming();
     std::u16string().swap(text);
     StyleRunMap().swap(runs);
-    list->Forget();
+    list->ResetState();
     state.ResumeTiming();
   }
   SetRows(state, Rows(state));
@@ -69,12 +69,12 @@ class HandWriter {
   std::u16string TakeText() { return std::move(text_); }
 
  private:
-  void Append(std::string_view piece, std::vector<ornwhatsnew::StyleRun>* runs) {
+  void Append(std::string_view text, std::vector<ornwhatsnew::StyleRun>* runs) {
     if (runs != nullptr) {
-      runs->emplace_back(std::pair(bytes_, static_cast<int>(piece.size())), std::u16string());
+      runs->emplace_back(std::pair(bytes_, static_cast<int>(text.size())), std::u16string());
     }
-    AppendByHand(piece, text_);
-    bytes_ += static_cast<int>(piece.size());
+    AppendByHand(text, text_);
+    bytes_ += static_cast<int>(text.size());
   }
 
   std::vector<ornwhatsnew::StyleRun>& changes_;

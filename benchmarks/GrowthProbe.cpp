@@ -1,5 +1,5 @@
-// Loads and displays a sample file with the given number of rows, once. For tools that count the
-// instructions of functions by name.
+// Loads and displays a sample file with the given number of rows. `./dev check growth` counts the
+// instructions of the functions that this program calls.
 #include <cstdlib>
 #include <iostream>
 

@@ -1,4 +1,5 @@
-// Computes the identity of a change from its nine strings.
+// Computes the identity of a change from nine fields. The baseline hashes the same bytes, joined in
+// advance.
 #include <cstddef>
 #include <string>
 #include <vector>

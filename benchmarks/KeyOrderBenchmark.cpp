@@ -1,6 +1,6 @@
-// Moves all keys to the back and then to the front, as for a file that changes every feature. The
-// baseline makes one pass in each direction: it fills a hash table with the keys to move, looks up
-// each key of the order and moves it.
+// Moves all keys to the back and then to the front, as for a file that changes every feature. For
+// each direction, the baseline fills a hash table with the keys to move. Then it looks up each key
+// of the order and moves it.
 #include <algorithm>
 #include <cstddef>
 #include <list>
@@ -26,7 +26,7 @@ std::vector<std::string> Keys(std::size_t count) {
   return keys;
 }
 
-// The order of the features in a file differs from that of their names.
+// Shuffles the keys, because the features in a file are not in the order of their names.
 std::vector<std::string> Shuffled(std::vector<std::string> keys) {
   std::shuffle(keys.begin(), keys.end(), std::mt19937_64(1));
   return keys;
@@ -49,7 +49,7 @@ void OnePass(benchmark::State& state) {
   const std::vector<std::string> keys = Keys(Rows(state));
   const std::vector<std::string> touched = Shuffled(keys);
   Order order(keys.begin(), keys.end());
-  // Gives the keys the same memory layout as in the other benchmark from its second iteration.
+  // Give the keys the memory layout that the other benchmark has after its first iteration.
   ornwhatsnew::MoveKeysToBack(order, {touched.begin(), touched.end()});
   for (auto _ : state) {
     for (const bool back : {true, false}) {

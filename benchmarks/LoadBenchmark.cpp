@@ -1,5 +1,5 @@
-// Loads a list: the host's beta features and the changes of a data file. The list is destroyed
-// while the timer is paused.
+// Loads a list from the host's beta features and a data file. The baseline copies the fields of the
+// file into records. The timer is paused while the result is destroyed.
 #include <memory>
 #include <string>
 #include <vector>

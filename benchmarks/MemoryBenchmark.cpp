@@ -1,4 +1,5 @@
-// Measures the memory and the allocations of a loaded list, without the bytes of its file.
+// Measures the memory and the allocations of a loaded list per row. The memory excludes the bytes
+// of the data file.
 #include <memory>
 #include <string>
 

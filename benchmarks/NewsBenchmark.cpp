@@ -1,5 +1,5 @@
-// Determines the badge of a list whose changes are all seen, so that every change is checked. The
-// baseline only computes the necessary hashes.
+// Checks whether a list has anything new. All changes are seen, so that the list must check each of
+// them. The baseline only computes the necessary hashes.
 #include <string>
 #include <vector>
 
@@ -20,25 +20,27 @@ void IsAnythingNew(benchmark::State& state) {
   list.Display(runs);
   list->RefreshInternalSeenState();
   for (auto _ : state) {
-    if (list->IsAnythingNew(ornwhatsnew::kShowOnlyNew)) state.SkipWithError("something is new");
+    if (list->IsAnythingNew(ornwhatsnew::kShowOnlyNew))
+      state.SkipWithError("IsAnythingNew returned true");
   }
   SetRows(state, Rows(state));
 }
 BENCHMARK(IsAnythingNew)->Name("News")->RangeMultiplier(10)->Range(100, 100'000);
 
-// One hash for each change, and one for each item over its own texts and those of its changes.
+// Returns the bytes of each hash. There is one hash for each change. There is one for each item,
+// from its own strings and the identities of its changes.
 std::vector<std::string> BytesToHash(SampleList& list) {
   std::vector<std::string> texts;
   for (const auto& [key, item] : list->GetFeatureItems()) {
-    std::string ofItem = "FeatureItemSeenList" + key + item->BetaFeatureInternalKey();
-    ofItem += item->GetFeatureName();
-    ofItem += item->GetFeatureDescription();
-    ofItem += item->GetFeatureViewMoreURL();
+    std::string itemBytes = "FeatureItemSeenList" + key + item->BetaFeatureInternalKey();
+    itemBytes += item->GetFeatureName();
+    itemBytes += item->GetFeatureDescription();
+    itemBytes += item->GetFeatureViewMoreURL();
     for (const auto& change : item->GetAllChanges()) {
       texts.push_back(HashedBytes(*change));
-      ofItem.append(ornwhatsnew::Guid::kByteLength, '\x5A');
+      itemBytes.append(ornwhatsnew::Guid::kByteLength, '\x5A');
     }
-    texts.push_back(ofItem);
+    texts.push_back(itemBytes);
   }
   return texts;
 }

@@ -1,5 +1,5 @@
-// Start-up: runs a process that only loads the library. Measures the processor time of the whole
-// process, from its creation to its end.
+// Runs a program that only loads the library. Measures the processor time of the whole process,
+// from its start to its end.
 #include <cerrno>
 #include <optional>
 #include <string>
@@ -18,8 +18,8 @@ double Seconds(const timeval& time) {
   return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_usec) / 1e6;
 }
 
-// Runs a program. Returns nothing if the program failed.
-std::optional<double> SecondsOf(std::string path) {
+// Runs a program and returns its processor time. Returns nothing if the program failed.
+std::optional<double> ProcessorSeconds(std::string path) {
   char* arguments[] = {path.data(), nullptr};
   char* environment[] = {nullptr};
   pid_t process = 0;
@@ -36,13 +36,14 @@ std::optional<double> SecondsOf(std::string path) {
 void Start(benchmark::State& state, const char* program) {
   const std::string path = std::string(BENCHMARKS_PROGRAM_FOLDER "/") + program;
   for (auto _ : state) {
-    const std::optional<double> seconds = SecondsOf(path);
-    if (!seconds) state.SkipWithError("the program could not be run");
+    const std::optional<double> seconds = ProcessorSeconds(path);
+    if (!seconds) state.SkipWithError("the program failed");
     state.SetIterationTime(seconds.value_or(0));
   }
   state.SetItemsProcessed(state.iterations());
 }
-// An empty C++ program, and one without the C++ runtime.
+// The first three programs are empty. `start_runtime` loads the C++ runtime, `start_bare` only the
+// C library, and `start_third_party` also the dependencies of the library.
 BENCHMARK_CAPTURE(Start, runtime, "start_runtime")->Name("Baseline.Start")->UseManualTime();
 BENCHMARK_CAPTURE(Start, bare, "start_bare")->Name("Bare.Start")->UseManualTime();
 BENCHMARK_CAPTURE(Start, thirdParty, "start_third_party")

@@ -1,5 +1,5 @@
-// What was seen: a text of identities read, merged with a tenth as many new ones, and written. The
-// baseline only reads and writes the digits.
+// Reads the persisted identities, merges them with a tenth as many new ones, and writes the result.
+// The baseline only converts the digits to bytes and back.
 #include <array>
 #include <cstddef>
 #include <cstdint>
@@ -51,7 +51,7 @@ constexpr std::array<std::uint8_t, 256> kValues = [] {
   return values;
 }();
 
-// Digits of each group between the hyphens.
+// The number of digits in each group of the text form. Hyphens separate the groups.
 constexpr std::array<std::size_t, 5> kGroups = {8, 4, 4, 4, 12};
 
 Bytes ReadByHand(const char* from) {

@@ -1,5 +1,8 @@
 #!/usr/bin/env python3
-"""Prints one table of the JSON results of the benchmarks: python3 table.py FILE..."""
+"""Prints a table of benchmark results, from the JSON files of Google Benchmark.
+
+Usage: python3 table.py FILE...
+"""
 
 import json
 import sys
@@ -8,9 +11,9 @@ from typing import NamedTuple
 
 
 class Goal(NamedTuple):
-    """The largest ratio to the baseline, and the sizes to which the goal applies."""
+    """The largest allowed ratio to the baseline, and the sizes to which the goal applies."""
 
-    times: float
+    ratio: float
     smallest: int = 0
     largest: int = sys.maxsize
 
@@ -25,16 +28,18 @@ GOALS = {
     "KeyOrder": Goal(2),
 }
 
-# The largest ratio of the time for a row at the second size to that at the first.
+# Two sizes, and the largest allowed ratio of the time per row at the second size to the time per row
+# at the first.
 GROWTH = {"Load": (10_000, 1_000_000, 1.8), "Display": (10_000, 1_000_000, 2.5)}
 
-# Bytes for each row besides its text, and milliseconds more than an empty program.
+# The largest allowed memory per row in bytes, without the bytes of the file.
 MEMORY_GOAL = 650
+# The largest allowed difference to the start of an empty program, in milliseconds.
 START_GOAL = 0.3
 
 
 def read(paths: list[Path]) -> dict[tuple[str, int], dict]:
-    """Returns the medians by name and size. A benchmark without sizes has size 0."""
+    """Returns the medians by name and size. The size is 0 for a benchmark without sizes."""
     results = {}
     for path in paths:
         for run in json.loads(path.read_text())["benchmarks"]:
@@ -49,17 +54,18 @@ def read(paths: list[Path]) -> dict[tuple[str, int], dict]:
 
 
 def nanoseconds(run: dict) -> float:
+    """Returns the time per row, or per other element."""
     return 1e9 / run["items_per_second"]
 
 
 def baseline_name(name: str, names: set[str]) -> str | None:
-    """Returns the name of the baseline of a benchmark."""
+    """Returns the name of the baseline of a benchmark, or None if it has none."""
     baseline = "Baseline." + name
     return baseline if baseline in names else None
 
 
 def verdict(figure: float, goal: float) -> str:
-    return "met" if figure <= goal else "MISSED"
+    return "met" if figure <= goal else "missed"
 
 
 def ratio_rows(results: dict) -> list[list[str]]:
@@ -69,12 +75,13 @@ def ratio_rows(results: dict) -> list[list[str]]:
         baseline = baseline_name(name, names)
         if name.startswith("Baseline.") or baseline is None or name.endswith("Start"):
             continue
-        own, peer = nanoseconds(run), nanoseconds(results[baseline, size])
+        time, baseline_time = nanoseconds(run), nanoseconds(results[baseline, size])
+        ratio = time / baseline_time
         goal = GOALS.get(name)
-        row = [name, f"{size:,}" if size else "", f"{own:,.1f} ns", f"{peer:,.1f} ns",
-               f"{own / peer:.2f}x"]
+        row = [name, f"{size:,}" if size else "", f"{time:,.1f} ns", f"{baseline_time:,.1f} ns",
+               f"{ratio:.2f}x"]
         if goal and goal.smallest <= size <= goal.largest:
-            row += [f"{goal.times:g}x", verdict(own / peer, goal.times)]
+            row += [f"{goal.ratio:g}x", verdict(ratio, goal.ratio)]
         rows.append(row)
     return rows
 
@@ -85,7 +92,7 @@ def growth_rows(results: dict) -> list[list[str]]:
         if (name, small) not in results or (name, large) not in results:
             continue
         at_small, at_large = (nanoseconds(results[name, size]) for size in (small, large))
-        rows.append([f"{name}, a row", f"{large:,}, {small:,}", f"{at_large:,.1f} ns",
+        rows.append([f"{name}, one row", f"{large:,} to {small:,}", f"{at_large:,.1f} ns",
                      f"{at_small:,.1f} ns", f"{at_large / at_small:.2f}x", f"{goal:g}x",
                      verdict(at_large / at_small, goal)])
     return rows
@@ -103,16 +110,16 @@ def start_rows(results: dict) -> list[list[str]]:
     rows = []
     empty = nanoseconds(results["Baseline.Start", 0]) / 1e6
     for name in ("Bare.Start", "ThirdParty.Start", "Start"):
-        own = nanoseconds(results[name, 0]) / 1e6
-        row = [name, "", f"{own:.2f} ms", f"{empty:.2f} ms", f"{own - empty:+.2f} ms"]
+        time = nanoseconds(results[name, 0]) / 1e6
+        row = [name, "", f"{time:.2f} ms", f"{empty:.2f} ms", f"{time - empty:+.2f} ms"]
         if name == "Start":
-            row += [f"+{START_GOAL} ms", verdict(own - empty, START_GOAL)]
+            row += [f"+{START_GOAL} ms", verdict(time - empty, START_GOAL)]
         rows.append(row)
     return rows
 
 
 def markdown(rows: list[list[str]]) -> str:
-    header = ["what", "size", "one", "baseline", "ratio", "goal", ""]
+    header = ["Subject", "Size", "Library", "Baseline", "Ratio", "Goal", "Result"]
     table = [header] + [row + [""] * (len(header) - len(row)) for row in rows]
     widths = [max(len(row[column]) for row in table) for column in range(len(header))]
     lines = ["| " + " | ".join(cell.ljust(width) for cell, width in zip(row, widths)) + " |"

@@ -1,11 +1,11 @@
-// Loads the library and checks that it registered itself.
+// Loads the library and checks that it registered its initializer.
 #include <algorithm>
 
 #include <orncore/config/InitializerRegistrar.h>
 #include <ornwhatsnew/WhatsNew.h>
 
 int main(int argc, char**) {
-  // Never true. The call prevents the linker from dropping the library.
+  // The condition is never true. The call prevents the linker from omitting the library.
   if (argc > 1'000) ornwhatsnew::GetWhatsNew({}, nullptr, {}, {});
   return std::ranges::count(orncore::config::GetRegisteredInitializers(),
                             "ornwhatsnew.FeatureListData") == 1

@@ -9,7 +9,7 @@ namespace benchmarks {
 namespace {
 
 // The size of the header that the allocator stores before each block.
-constexpr std::size_t kBlockHead = sizeof(std::size_t);
+constexpr std::size_t kBlockHeader = sizeof(std::size_t);
 
 std::size_t liveBytes = 0;
 std::size_t allocationCount = 0;
@@ -26,18 +26,18 @@ std::size_t AllocationCount() {
 
 }  // namespace benchmarks
 
-// The other forms of new and delete call these.
+// The operators for arrays and for `std::nothrow` call these.
 void* operator new(std::size_t size) {
   void* const block = std::malloc(size);
   if (block == nullptr) throw std::bad_alloc();
-  benchmarks::liveBytes += malloc_usable_size(block) + benchmarks::kBlockHead;
+  benchmarks::liveBytes += malloc_usable_size(block) + benchmarks::kBlockHeader;
   ++benchmarks::allocationCount;
   return block;
 }
 
 void operator delete(void* block) noexcept {
   if (block == nullptr) return;
-  benchmarks::liveBytes -= malloc_usable_size(block) + benchmarks::kBlockHead;
+  benchmarks::liveBytes -= malloc_usable_size(block) + benchmarks::kBlockHeader;
   std::free(block);
 }
 

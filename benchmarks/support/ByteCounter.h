@@ -1,5 +1,5 @@
-// Counts the allocations of a program. The functions are in a .cpp file of their own, because
-// compilers warn about a mismatch if they see a replaced new and delete together.
+// Counts the allocations of a program. ByteCounter.cpp replaces new and delete. It is a separate
+// file, because compilers report mismatched functions if they inline the two operators.
 #ifndef BENCHMARKS_SUPPORT_BYTECOUNTER_H_
 #define BENCHMARKS_SUPPORT_BYTECOUNTER_H_
 
@@ -10,8 +10,8 @@ namespace benchmarks {
 /// Returns the bytes of all allocated blocks, including the allocator's rounding and block header.
 std::size_t LiveBytes();
 
-/// Returns the number of allocations since the program started. Both functions are for programs
-/// with one thread.
+/// Returns the number of allocations since the program started. Both functions require that the
+/// program has only one thread.
 std::size_t AllocationCount();
 
 }  // namespace benchmarks

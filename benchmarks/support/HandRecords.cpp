@@ -22,7 +22,7 @@ class RecordSink {
     std::string& field = records_.back()[column];
     const bool isAscii = IsAsciiByHand(text);
     if (isAscii || !kLowered[column]) {
-      field = isAscii ? text : icu_.ThereAndBack(text);
+      field = isAscii ? text : icu_.RoundTrip(text);
       if (kLowered[column]) LowerAsciiByHand(field);
     } else {
       field = icu_.LowerCase(text);

@@ -1,5 +1,5 @@
-// The baseline for loading data files: fields are cut, converted to lower case and copied into
-// records of ten strings.
+// The baseline for loading data files. It cuts a file into fields, converts some of them to lower
+// case, and copies them into records of ten strings.
 #ifndef BENCHMARKS_SUPPORT_HANDRECORDS_H_
 #define BENCHMARKS_SUPPORT_HANDRECORDS_H_
 
@@ -14,7 +14,7 @@ namespace benchmarks {
 inline constexpr std::size_t kColumns = 10;
 using HandRecord = std::array<std::string, kColumns>;
 
-/// Returns the rows of a well-formed file, without the header.
+/// Returns a record for each row of a well-formed file except the header.
 std::vector<HandRecord> LoadByHand(std::string_view file);
 
 }  // namespace benchmarks

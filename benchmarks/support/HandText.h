@@ -1,4 +1,5 @@
-// The baseline for text conversion: ASCII many bytes at a time, all other text by ICU.
+// The baseline for text conversion. It converts ASCII several bytes at a time, and other text with
+// ICU.
 #ifndef BENCHMARKS_SUPPORT_HANDTEXT_H_
 #define BENCHMARKS_SUPPORT_HANDTEXT_H_
 
@@ -32,19 +33,20 @@ inline void LowerAsciiByHand(std::string& text) {
   for (char& c : text) c = static_cast<char>(c + (c >= 'A' && c <= 'Z' ? 32 : 0));
 }
 
-/// Converts strings with ICU. Reuses its buffers.
+/// Converts UTF-8 strings with ICU. A result is valid until the next call.
 class IcuByHand {
  public:
   std::string_view LowerCase(std::string_view text) {
-    MakeRoom(text.size());
+    ResizeBuffers(text.size());
     UErrorCode error = U_ZERO_ERROR;
     std::int32_t length = Decode(text);
     length = u_strToLower(lowered_.data(), Length(lowered_), utf16_.data(), length, "", &error);
     return Encode(lowered_, length);
   }
 
-  std::string_view ThereAndBack(std::string_view text) {
-    MakeRoom(text.size());
+  /// Converts the string to UTF-16 and back, which replaces ill-formed UTF-8.
+  std::string_view RoundTrip(std::string_view text) {
+    ResizeBuffers(text.size());
     return Encode(utf16_, Decode(text));
   }
 
@@ -54,8 +56,8 @@ class IcuByHand {
     return static_cast<std::int32_t>(text.size());
   }
 
-  // The lower-case form of a character has at most three units.
-  void MakeRoom(std::size_t bytes) {
+  // A UTF-16 unit becomes at most three units in lower case.
+  void ResizeBuffers(std::size_t bytes) {
     if (utf16_.size() >= bytes) return;
     utf16_.resize(2 * bytes);
     lowered_.resize(3 * utf16_.size());
@@ -81,7 +83,7 @@ class IcuByHand {
   std::string utf8_;
 };
 
-/// Copies the leading ASCII characters. Returns their number.
+/// Copies the leading ASCII characters of `text` to `to` as UTF-16. Returns their number.
 inline std::size_t WidenByHand(std::string_view text, char16_t* to) {
   std::size_t at = 0;
 #if defined(__SSE2__)
@@ -99,16 +101,16 @@ inline std::size_t WidenByHand(std::string_view text, char16_t* to) {
   return at;
 }
 
-/// Appends well-formed UTF-8 to a string with sufficient capacity.
-inline void AppendByHand(std::string_view piece, std::u16string& text) {
+/// Appends `utf8`, which must be well-formed, to `text`.
+inline void AppendByHand(std::string_view utf8, std::u16string& text) {
   const std::size_t before = text.size();
-  text.resize(before + piece.size());
-  const std::size_t ascii = WidenByHand(piece, text.data() + before);
-  if (ascii == piece.size()) return;
+  text.resize(before + utf8.size());
+  const std::size_t ascii = WidenByHand(utf8, text.data() + before);
+  if (ascii == utf8.size()) return;
   UErrorCode error = U_ZERO_ERROR;
   std::int32_t length = 0;
-  const auto rest = static_cast<std::int32_t>(piece.size() - ascii);
-  u_strFromUTF8WithSub(text.data() + before + ascii, rest, &length, piece.data() + ascii, rest,
+  const auto rest = static_cast<std::int32_t>(utf8.size() - ascii);
+  u_strFromUTF8WithSub(text.data() + before + ascii, rest, &length, utf8.data() + ascii, rest,
                        0xFFFD, nullptr, &error);
   text.resize(before + ascii + static_cast<std::size_t>(length));
 }

@@ -1,4 +1,4 @@
-// The baseline for identities: the reference implementation of the hash over contiguous bytes.
+// The baseline for identities: libmurmurhash over contiguous bytes.
 #ifndef BENCHMARKS_SUPPORT_ONESHOTHASH_H_
 #define BENCHMARKS_SUPPORT_ONESHOTHASH_H_
 
@@ -22,7 +22,8 @@ inline HashWords HashOnce(std::string_view bytes) {
   return words;
 }
 
-/// Returns the bytes from which the seen identity of a change is computed.
+/// Returns the bytes from which the seen identity of a change is computed, if the change has no
+/// localisation keys.
 inline std::string HashedBytes(const ornwhatsnew::FeatureListDetail& change) {
   std::string bytes = "FeatureChangeList";
   bytes += change.GetDescription();

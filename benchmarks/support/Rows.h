@@ -1,4 +1,4 @@
-// The sizes of the benchmarks.
+// Reads and reports the number of rows of a benchmark.
 #ifndef BENCHMARKS_SUPPORT_ROWS_H_
 #define BENCHMARKS_SUPPORT_ROWS_H_
 
@@ -13,7 +13,7 @@ inline std::size_t Rows(const benchmark::State& state) {
   return static_cast<std::size_t>(state.range(0));
 }
 
-/// Reports the number of rows, or of other elements, for each iteration.
+/// Reports that each iteration processed `rows` rows, or as many other elements.
 inline void SetRows(benchmark::State& state, std::size_t rows) {
   state.SetItemsProcessed(state.iterations() * static_cast<benchmark::IterationCount>(rows));
 }

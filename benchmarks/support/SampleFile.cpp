@@ -23,8 +23,9 @@ constexpr std::array<std::string_view, 6> kForeignWords = {
 constexpr std::array<std::string_view, 6> kSaliences = {"", "", "", "Headline", "Detail", "Detail"};
 constexpr std::array<std::string_view, 5> kPlatforms = {"", "", "", "Mac", "Win"};
 
-// The standard distributions differ between libraries, so the numbers are reduced by modulo.
-class Chance {
+// Generates the same values in every run. It uses modulo, because the distributions of the standard
+// library differ between implementations.
+class RandomSource {
  public:
   std::size_t Below(std::size_t count) { return engine_() % count; }
   bool Percent(std::size_t percent) { return Below(100) < percent; }
@@ -42,33 +43,33 @@ class Chance {
   std::mt19937_64 engine_{1};
 };
 
-std::string Description(Chance& chance) {
-  const bool quoted = chance.Percent(25);
-  const bool foreign = chance.Percent(12);
-  const std::size_t words = 11 + chance.Below(16);
+std::string Description(RandomSource& source) {
+  const bool quoted = source.Percent(25);
+  const bool foreign = source.Percent(12);
+  const std::size_t words = 11 + source.Below(16);
   std::string text = quoted ? "\"" : "";
   for (std::size_t word = 0; word < words; ++word) {
     if (word > 0) text += quoted && word % 6 == 0 ? ", " : " ";
-    text += foreign && word % 7 == 3 ? chance.OneOf(kForeignWords) : chance.OneOf(kWords);
+    text += foreign && word % 7 == 3 ? source.OneOf(kForeignWords) : source.OneOf(kWords);
   }
   if (quoted) text += '"';
   return text;
 }
 
-void AppendRow(Chance& chance, std::string& text) {
-  const auto maybe = [&chance](std::size_t percent, std::string field) {
-    return chance.Percent(percent) ? std::move(field) : std::string();
+void AppendRow(RandomSource& source, std::string& text) {
+  const auto maybe = [&source](std::size_t percent, std::string field) {
+    return source.Percent(percent) ? std::move(field) : std::string();
   };
-  text += chance.Number(20, 6) + '.' + chance.Number(0, 12) + '.' + chance.Number(0, 5) + ',';
-  text += chance.Percent(10) ? "BUGFIX" : "EPIC-" + chance.Number(kFirstEpic, kEpicCount);
-  text += ',' + maybe(60, "STORY-" + chance.Number(1000, 90000)) + ',';
-  text += chance.OneOf(kSaliences);
+  text += source.Number(20, 6) + '.' + source.Number(0, 12) + '.' + source.Number(0, 5) + ',';
+  text += source.Percent(10) ? "BUGFIX" : "EPIC-" + source.Number(kFirstEpic, kEpicCount);
+  text += ',' + maybe(60, "STORY-" + source.Number(1000, 90000)) + ',';
+  text += source.OneOf(kSaliences);
   text += ',' + maybe(6, "RequestRating") + ',';
-  text += maybe(30, chance.Number(20, 6) + '.' + chance.Number(0, 12)) + ',';
-  text += chance.OneOf(kPlatforms);
-  text += ',' + maybe(50, "https://discuss.example/t/" + chance.Number(10000, 90000)) + ',';
-  text += maybe(80, chance.HexDigits(40)) + ',';
-  text += Description(chance) + '\n';
+  text += maybe(30, source.Number(20, 6) + '.' + source.Number(0, 12)) + ',';
+  text += source.OneOf(kPlatforms);
+  text += ',' + maybe(50, "https://discuss.example/t/" + source.Number(10000, 90000)) + ',';
+  text += maybe(80, source.HexDigits(40)) + ',';
+  text += Description(source) + '\n';
 }
 
 std::string MakeFile(std::size_t rows) {
@@ -76,8 +77,8 @@ std::string MakeFile(std::size_t rows) {
       "App Version,Grouping ID,Story ID,Salience,Ask For Rating,Earliest Version,Only Platform,"
       "URL,Changelist ID,Message\n";
   text.reserve(text.size() + rows * 210);
-  Chance chance;
-  for (std::size_t row = 0; row < rows; ++row) AppendRow(chance, text);
+  RandomSource source;
+  for (std::size_t row = 0; row < rows; ++row) AppendRow(source, text);
   return text;
 }
 

@@ -1,4 +1,4 @@
-// Generates data files for benchmarks, with a mix of fields, lengths and letters as in the files of
+// Generates data files for benchmarks. Their fields, lengths and letters are similar to those of
 // real applications.
 #ifndef BENCHMARKS_SUPPORT_SAMPLEFILE_H_
 #define BENCHMARKS_SUPPORT_SAMPLEFILE_H_
@@ -8,15 +8,16 @@
 
 namespace benchmarks {
 
-/// The epics of the sample host: "EPIC-100" and so on.
+/// The epic keys of the sample host are "EPIC-100" to "EPIC-199".
 inline constexpr std::size_t kFirstEpic = 100;
 inline constexpr std::size_t kEpicCount = 100;
 
-/// Returns a header row and `rows` changes of about 195 bytes each; the same text in every call.
-/// All changes belong to features of the sample host or to the bug fixes, and none hides a feature,
-/// so a panel without filters shows them all. A quarter of the descriptions are quoted and contain
-/// commas; one in eight contains letters outside ASCII. The reference is valid until the program
-/// ends.
+/// Returns a data file with a header and `rows` changes of about 195 bytes each. Every call returns
+/// the same string. The reference is valid until the program ends.
+///
+/// Each change belongs to a feature of the sample host or to the section BUGFIX. No change hides a
+/// feature, so a panel without filters shows all changes. A quarter of the descriptions are quoted
+/// and contain commas. One in eight contains letters outside ASCII.
 const std::string& SampleFile(std::size_t rows);
 
 }  // namespace benchmarks

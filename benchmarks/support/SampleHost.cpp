@@ -41,7 +41,7 @@ ornwhatsnew::UTF16String SampleList::Display(ornwhatsnew::StyleRunMap& runs) {
   return list_->GetFormattedTextForDisplay({}, {}, runs, nullptr);
 }
 
-void SampleList::Forget() {
+void SampleList::ResetState() {
   store_.Clear();
   list_->RefreshInternalSeenState();
 }

@@ -1,4 +1,4 @@
-// The host of the benchmarks: beta features and a store for the state of a list.
+// The host of the benchmarks: beta features, and a store for the state of a list.
 #ifndef BENCHMARKS_SUPPORT_SAMPLEHOST_H_
 #define BENCHMARKS_SUPPORT_SAMPLEHOST_H_
 
@@ -11,7 +11,7 @@
 
 namespace benchmarks {
 
-/// Registers a host with an enabled public feature for each epic of the sample files.
+/// Registers a feature service with an enabled public feature for each epic of the sample files.
 void UseSampleHost();
 
 /// Stores the three persisted strings by key. Must outlive the lists that use it.
@@ -30,7 +30,7 @@ class SampleStore {
   std::map<std::string, std::string> texts_;
 };
 
-/// A list of the sample file with `rows` rows, with its store.
+/// A list that is loaded from `SampleFile(rows)`, and its state store.
 class SampleList {
  public:
   explicit SampleList(std::size_t rows);
@@ -38,12 +38,12 @@ class SampleList {
   ornwhatsnew::FeatureListData& operator*() { return *list_; }
   ornwhatsnew::FeatureListData* operator->() { return list_.get(); }
 
-  /// Formats the panel with everything shown. Its content counts as seen after the state is
-  /// refreshed.
+  /// Formats the panel without filters. Its content counts as seen after a call of
+  /// `RefreshInternalSeenState`.
   ornwhatsnew::UTF16String Display(ornwhatsnew::StyleRunMap& runs);
 
   /// Resets the state to that of a user who has never opened the panel.
-  void Forget();
+  void ResetState();
 
  private:
   SampleStore store_;
