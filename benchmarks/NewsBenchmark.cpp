@@ -20,15 +20,14 @@ void IsAnythingNew(benchmark::State& state) {
   list.Display(runs);
   list->RefreshInternalSeenState();
   for (auto _ : state) {
-    if (list->IsAnythingNew(ornwhatsnew::kShowOnlyNew))
-      state.SkipWithError("IsAnythingNew returned true");
+    if (list->IsAnythingNew(ornwhatsnew::kShowOnlyNew)) state.SkipWithError("an item is new");
   }
   SetRows(state, Rows(state));
 }
 BENCHMARK(IsAnythingNew)->Name("News")->RangeMultiplier(10)->Range(100, 100'000);
 
-// Returns the bytes of each hash. There is one hash for each change. There is one for each item,
-// from its own strings and the identities of its changes.
+// Returns the bytes to hash: one string for each change, and one for each item. The string of an
+// item consists of its fields and of placeholders for the identities of its changes.
 std::vector<std::string> BytesToHash(SampleList& list) {
   std::vector<std::string> texts;
   for (const auto& [key, item] : list->GetFeatureItems()) {

@@ -42,8 +42,8 @@ void Start(benchmark::State& state, const char* program) {
   }
   state.SetItemsProcessed(state.iterations());
 }
-// The first three programs are empty. `start_runtime` loads the C++ runtime, `start_bare` only the
-// C library, and `start_third_party` also the dependencies of the library.
+// The first three programs are empty. `start_bare` loads only the C library, `start_runtime` also
+// the C++ runtime, and `start_third_party` also the dependencies of the library.
 BENCHMARK_CAPTURE(Start, runtime, "start_runtime")->Name("Baseline.Start")->UseManualTime();
 BENCHMARK_CAPTURE(Start, bare, "start_bare")->Name("Bare.Start")->UseManualTime();
 BENCHMARK_CAPTURE(Start, thirdParty, "start_third_party")

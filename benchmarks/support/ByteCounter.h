@@ -1,5 +1,5 @@
 // Counts the allocations of a program. ByteCounter.cpp replaces new and delete. It is a separate
-// file, because compilers report mismatched functions if they inline the two operators.
+// file, because compilers report a mismatch of new and delete if they inline both.
 #ifndef BENCHMARKS_SUPPORT_BYTECOUNTER_H_
 #define BENCHMARKS_SUPPORT_BYTECOUNTER_H_
 

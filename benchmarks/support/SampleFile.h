@@ -17,7 +17,7 @@ inline constexpr std::size_t kEpicCount = 100;
 ///
 /// Each change belongs to a feature of the sample host or to the section BUGFIX. No change hides a
 /// feature, so a panel without filters shows all changes. A quarter of the descriptions are quoted
-/// and contain commas. One in eight contains letters outside ASCII.
+/// and contain commas. One in eight descriptions contains letters outside ASCII.
 const std::string& SampleFile(std::size_t rows);
 
 }  // namespace benchmarks

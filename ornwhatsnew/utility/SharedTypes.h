@@ -74,7 +74,7 @@ enum class StyleID : int {
   kStyleInternalWarning = 10,
   /// The box around an unlock label. It has the same range as `kStyleUnlockLabel`.
   kStyleUnlockLabelBox = 11,
-  /// The rating placeholder, which the host replaces with its rating control.
+  /// The paragraph with the rating placeholder, which the host replaces with its rating control.
   kStyleRatingPlaceholder = 13,
 };
 using enum StyleID;
