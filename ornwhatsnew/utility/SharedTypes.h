@@ -91,8 +91,9 @@ using StyleRunMap = std::unordered_map<StyleID, std::vector<StyleRun>>;
 /// `FeatureListData::BubbleUnlockedItemsToTheTop`. The library treats an empty entry like a missing
 /// item.
 using FeatureMap = std::unordered_map<std::string, std::shared_ptr<FeatureListItem>>;
-/// The rating records of a display, by the key of the item. A rating record is a copy of an item
-/// without its changes; its title and description are localised.
+/// The rating records of a display, by the key of the item. A rating record has the keys, the
+/// visibility, the localised title and the localised description of an item, and a custom question.
+/// It has no changes.
 using RatingMap = FeatureMap;
 
 /// Returns the value that the setter last stored under `key`, or an empty string if there is none.
