@@ -30,7 +30,7 @@ using orncore::string::UTF8to16;
 
 namespace {
 
-/// The path of the JSON schema, for editors. It is not followed.
+/// Gives editors the path of the JSON schema. The reader does not open that file.
 constexpr std::string_view kSchemaMember = "$schema";
 
 void ReadText(const JsonReader& object, std::string_view name, std::string& text) {

@@ -1,5 +1,6 @@
-// A host description: a JSON object with the application's version and platform, its beta features,
-// permissions, debug entries and dictionary. Our programs run the library inside such a host.
+// A host description is a JSON object with the application's version and platform, its beta
+// features, permissions, debug entries and dictionary. The programs of this project configure the
+// library's services from it.
 //
 //   {
 //     "clientVersion": "25.1", "buildNumber": "42", "platform": "Mac",
@@ -11,8 +12,8 @@
 //     "dictionary": {"$$$/path/key": "a translated text"}
 //   }
 //
-// Every member is optional; the structures below hold the defaults. The folder schema/ has a JSON
-// schema, which a description may name under "$schema" for editors.
+// Every member is optional; the structures below hold the defaults. For editors, a description may
+// contain the path of the JSON schema (see schema/) in the member "$schema".
 #ifndef HOSTS_COMMON_HOSTDESCRIPTION_H_
 #define HOSTS_COMMON_HOSTDESCRIPTION_H_
 
@@ -29,7 +30,7 @@ namespace hosts::common {
 
 class JsonReader;
 
-/// One entry of the feature table. All texts are UTF-8.
+/// One entry of the feature table. All strings are UTF-8.
 struct BetaFeatureDescription {
   std::string internalKey;
   std::string epicKey;
@@ -40,7 +41,7 @@ struct BetaFeatureDescription {
   bool availableForUser = false;
 };
 
-/// A host. All texts are UTF-8.
+/// The configuration of a host. All strings are UTF-8.
 struct HostDescription {
   using Texts = std::map<std::string, std::string, std::less<>>;
 
@@ -50,35 +51,38 @@ struct HostDescription {
   bool terminating = false;
   bool usageLogging = true;
   bool internalFeaturesAllowed = false;
-  /// In the order written; a later entry replaces an earlier one with the same internal key.
+  /// Beta features in file order. If two have the same internal key, the later one applies.
   std::vector<BetaFeatureDescription> betaFeatures;
+  /// Debug entries by key.
   Texts debug;
-  /// Translated texts by key. The key is the part of a key text before `=`.
+  /// Translations by key. The key is the part of a key text before `=`.
   Texts dictionary;
 };
 
-/// The members of a host description, in the order in which error messages list them.
+/// The names of the members of a host description, in the order in which error messages list them.
 inline constexpr std::array<std::string_view, 9> kHostMembers = {
     "clientVersion",           "buildNumber",  "platform", "terminating", "usageLogging",
     "internalFeaturesAllowed", "betaFeatures", "debug",    "dictionary"};
 
-/// Reads a host description. Throws `JsonError` if the file cannot be read or is not JSON, and for
-/// members that are unknown, duplicate, or of the wrong type or range.
+/// Reads a host description from a file. Throws `JsonError` if the file cannot be read or is not
+/// JSON, and for members that are unknown, duplicate, or of the wrong type or range.
 HostDescription ReadHostDescription(const std::filesystem::path& file);
 
-/// The same for a text. Error messages begin with `sourceName`.
+/// Parses a host description from a JSON string. Error messages begin with `sourceName`. Throws
+/// `JsonError` if `json` is not valid JSON, and for members that are unknown, duplicate, or of the
+/// wrong type or range.
 HostDescription ParseHostDescription(std::string_view json, std::string_view sourceName);
 
-/// Replaces those members of `host` that the object has. Other members of the object are ignored.
-/// Throws `JsonError`; `host` may then have some of the new members.
+/// Sets each member of `host` that `object` contains. Ignores other members of `object`. Throws
+/// `JsonError` if a member has the wrong type or range; `host` may then be partly changed.
 void ReadHostMembers(const JsonReader& object, HostDescription& host);
 
-/// Configures the process's services by the description: client information, features, permissions,
-/// dictionary, termination and usage logging. The debug entries replace the content of the debug
-/// database, which is then in memory.
+/// Configures the services of this process from the description: client information, features,
+/// permissions, dictionary, termination and usage logging. Gives the debug database a new store in
+/// memory, which contains the description's debug entries.
 void InstallHost(const HostDescription& host);
 
-/// The same without the debug database, which stays unchanged.
+/// Does the same as `InstallHost`, but leaves the debug database unchanged.
 void InstallHostServices(const HostDescription& host);
 
 }  // namespace hosts::common

@@ -14,13 +14,15 @@ using nlohmann::json;
 
 namespace {
 
-/// The maximum length of the parser's message, in bytes. It quotes the text, which may be long.
+/// The maximum length of the parser's message, in bytes. The parser quotes its input, which may be
+/// long.
 constexpr std::size_t kMaximumDetail = 200;
 
 /// The maximum length of a quoted string, in bytes.
 constexpr std::size_t kMaximumQuotation = 60;
 
-/// Replaces control characters by escapes and ill-formed UTF-8 by U+FFFD: a message is one line.
+/// Replaces control characters with escapes and ill-formed UTF-8 with U+FFFD, so that a message is
+/// one line.
 std::string Visible(std::string_view text) {
   constexpr std::u16string_view kDigits = u"0123456789abcdef";
   std::u16string visible;
@@ -36,7 +38,8 @@ std::string Visible(std::string_view text) {
   return orncore::string::UTF16to8(visible);
 }
 
-/// Returns line and column of a byte, counted from 1. The column is in characters, as in editors.
+/// Returns the line and the column of the byte at `position`. All three count from 1. The column
+/// counts characters, as editors do.
 std::string LineAndColumn(std::string_view text, std::size_t position) {
   const std::string_view before = text.substr(0, position == 0 ? 0 : position - 1);
   const auto lines = std::ranges::count(before, '\n');
@@ -48,7 +51,7 @@ std::string LineAndColumn(std::string_view text, std::size_t position) {
   return "line " + std::to_string(lines + 1) + ", column " + std::to_string(characters + 1);
 }
 
-/// Returns the parser's message without its prefix, which gives the position in another form.
+/// Returns the parser's message without its prefix, which repeats the position in another form.
 std::string ParserDetail(std::string_view message) {
   for (const std::string_view prefixEnd : {"] ", ": "}) {
     const std::size_t end = message.find(prefixEnd);
@@ -60,8 +63,8 @@ std::string ParserDetail(std::string_view message) {
          std::string(message.substr(message.size() - kMaximumDetail / 2));
 }
 
-/// Builds the value during parsing. The library's own builder overwrites duplicate members, and its
-/// parser callback takes quadratic time for objects with many members.
+/// Builds the value during parsing and rejects duplicate members. The builder of nlohmann-json
+/// overwrites them, and its parser callback takes quadratic time for objects with many members.
 class DocumentBuilder : public nlohmann::json_sax<json> {
  public:
   DocumentBuilder(std::string_view text, std::string_view sourceName)
@@ -99,15 +102,16 @@ class DocumentBuilder : public nlohmann::json_sax<json> {
   }
 
  private:
-  /// An array or object that is not closed yet. For an object, the member whose value comes next.
+  /// An array or object that is not closed yet. For an object, `member` and `slot` are the name and
+  /// the value of its last member.
   struct Frame {
     json* container;
     const std::string* member = nullptr;
     json* slot = nullptr;
   };
 
-  [[noreturn]] void Fail(std::string_view place, std::string_view message) const {
-    throw JsonError(JsonMessage(sourceName_, place, message));
+  [[noreturn]] void Fail(std::string_view location, std::string_view message) const {
+    throw JsonError(JsonMessage(sourceName_, location, message));
   }
 
   json& Slot() {
@@ -139,7 +143,7 @@ class DocumentBuilder : public nlohmann::json_sax<json> {
     return true;
   }
 
-  /// Returns the path of the value inside the first `depth` open containers.
+  /// Returns the JSON pointer of the current value at nesting depth `depth`.
   std::string Path(std::size_t depth) const {
     std::string path;
     for (std::size_t i = 0; i < depth; ++i) {
@@ -190,10 +194,10 @@ std::string JsonPath(std::string_view parent, std::size_t index) {
   return std::string(parent) + '/' + std::to_string(index);
 }
 
-std::string JsonMessage(std::string_view sourceName, std::string_view place,
+std::string JsonMessage(std::string_view sourceName, std::string_view location,
                         std::string_view message) {
   std::string line(sourceName);
-  for (const std::string_view part : {place, message}) {
+  for (const std::string_view part : {location, message}) {
     if (!part.empty()) line.append(": ").append(part);
   }
   return Visible(line);

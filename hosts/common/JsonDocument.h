@@ -1,4 +1,4 @@
-// A parsed JSON text with the name of its source.
+// A parsed JSON document with the name of its source.
 #ifndef HOSTS_COMMON_JSONDOCUMENT_H_
 #define HOSTS_COMMON_JSONDOCUMENT_H_
 
@@ -12,20 +12,21 @@
 
 namespace hosts::common {
 
-/// A JSON file or text that cannot be used. `what()` is one line of well-formed UTF-8: the source,
-/// the path inside it (or line and column if the text is not JSON), what was expected and what was
-/// found.
+/// Thrown for a JSON file or string that cannot be used. `what()` is one line of well-formed UTF-8
+/// with the source, the path of the value (or line and column if the text is not valid JSON), and
+/// the problem.
 class JsonError : public std::runtime_error {
  public:
   using std::runtime_error::runtime_error;
 };
 
-/// Movable, not copyable. Readers refer to the document, so it must not be moved or destroyed while
-/// they are used. Threads may share it, because it never changes.
+/// A parsed document. It can be moved but not copied. `JsonReader` objects refer to the document,
+/// so do not move or destroy it while they are in use. Several threads may read one document,
+/// because it never changes.
 class JsonDocument {
  public:
-  /// The maximum depth of nested arrays and objects. It keeps recursive functions over the value
-  /// from exhausting the stack.
+  /// The maximum depth of nested arrays and objects. The limit keeps recursive functions from
+  /// exhausting the stack.
   static constexpr std::size_t kMaximumDepth = 100;
 
   /// Parses UTF-8 text, with or without a byte order mark. Error messages begin with `sourceName`.
@@ -37,8 +38,9 @@ class JsonDocument {
   JsonDocument& operator=(JsonDocument&&) noexcept;
   ~JsonDocument();
 
-  /// Returns the value of the whole text. REQUIRES: the document has not been moved from.
+  /// Returns the root value. REQUIRES: the document has not been moved from.
   const nlohmann::json& Value() const { return *value_; }
+  /// Returns the source name that `Parse` received.
   const std::string& SourceName() const { return sourceName_; }
 
  private:
@@ -48,16 +50,16 @@ class JsonDocument {
   std::unique_ptr<const nlohmann::json> value_;
 };
 
-/// Returns the JSON pointer of a member or an element of the value at `parent`.
+/// Returns the JSON pointer of an object member or an array element of the value at `parent`.
 std::string JsonPath(std::string_view parent, std::string_view member);
 std::string JsonPath(std::string_view parent, std::size_t index);
 
-/// Returns "source: place: message" as one line without control characters. An empty place, the
-/// path of the whole document, is omitted.
-std::string JsonMessage(std::string_view sourceName, std::string_view place,
+/// Returns "source: location: message" as one line without control characters. Omits an empty
+/// location, which is the path of the whole document.
+std::string JsonMessage(std::string_view sourceName, std::string_view location,
                         std::string_view message);
 
-/// Returns the text as a JSON string in quotation marks, for a message. A long text is cut.
+/// Returns `text` as a JSON string in quotation marks, for a message. Cuts `text` after 60 bytes.
 std::string JsonQuoted(std::string_view text);
 
 }  // namespace hosts::common

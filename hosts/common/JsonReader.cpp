@@ -53,7 +53,8 @@ bool JsonReader::Boolean() const {
 }
 
 std::int64_t JsonReader::Integer(std::int64_t minimum, std::int64_t maximum) const {
-  // A value above the range of the signed type is unsigned; all others fit into it.
+  // nlohmann-json stores non-negative integers as unsigned. Compare them first, because a large one
+  // would become negative in the conversion to std::int64_t.
   const bool fits =
       value_->is_number_integer() &&
       !(value_->is_number_unsigned() && std::cmp_greater(value_->get<std::uint64_t>(), maximum)) &&

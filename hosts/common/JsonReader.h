@@ -1,5 +1,5 @@
-// Reads JSON that people write for our programs. Error messages give the source, the path inside
-// it, what was expected and what was found.
+// Reads the values of JSON documents and checks their types. Error messages contain the source, the
+// path of the value, the expected type and the value found.
 #ifndef HOSTS_COMMON_JSONREADER_H_
 #define HOSTS_COMMON_JSONREADER_H_
 
@@ -19,34 +19,40 @@
 
 namespace hosts::common {
 
-/// One value of a document and its path. It refers to the document, which must outlive it. Each
-/// function that returns a kind of value throws `JsonError` if the value is of another kind.
+/// One value of a document, with its path. It refers to the document, which must outlive it. A
+/// function that reads a type throws `JsonError` if the value has another type.
 class JsonReader {
  public:
   using Names = std::span<const std::string_view>;
 
-  /// The whole document.
+  /// Refers to the root value of the document.
   explicit JsonReader(const JsonDocument& document);
 
+  /// Returns the value without a type check.
   const nlohmann::json& Value() const { return *value_; }
+  /// Returns a string, in UTF-8.
   std::string Text() const;
+  /// Returns a boolean value.
   bool Boolean() const;
-  /// An integer from `minimum` to `maximum`. A number with a fraction or an exponent is not one.
+  /// Returns an integer from `minimum` to `maximum`. A number with a fraction or an exponent is not
+  /// an integer.
   std::int64_t Integer(std::int64_t minimum, std::int64_t maximum) const;
+  /// Returns an integer in the range of `std::int32_t`.
   std::int32_t Integer32() const;
 
-  /// The elements of an array.
+  /// Returns a reader for each element of an array.
   std::vector<JsonReader> Elements() const;
-  /// The members of an object whose values are all texts.
+  /// Returns the members of an object whose values are all strings.
   std::map<std::string, std::string, std::less<>> Texts() const;
 
-  /// Throws `JsonError` unless the value is an object whose members all have one of these names.
+  /// Throws `JsonError` unless the value is an object and each of its members has a name in
+  /// `known`.
   void RequireObject(Names known) const;
   void RequireObject(std::initializer_list<std::string_view> known) const {
     RequireObject(Names(known.begin(), known.size()));
   }
 
-  /// Returns a member of an object, or nothing if it is absent.
+  /// Returns a member of an object, or `std::nullopt` if it is absent.
   std::optional<JsonReader> Find(std::string_view name) const;
   /// Returns a member of an object. Throws `JsonError` if it is absent.
   JsonReader Member(std::string_view name) const;

@@ -46,7 +46,7 @@ std::string SystemReason(sqlite3* handle) {
   return error == 0 ? std::string() : " (" + std::generic_category().message(error) + ")";
 }
 
-/// What went wrong and what to do about it, for an error of the database engine.
+/// Returns a message that explains an SQLite error and what the user can do.
 std::string Explain(const SQLite::Exception& error, const std::filesystem::path& file,
                     std::chrono::milliseconds patience, sqlite3* handle) {
   const std::string store = "The state store " + Quoted(file) + " ";
@@ -90,8 +90,8 @@ auto Guarded(const std::filesystem::path& file, std::chrono::milliseconds patien
   }
 }
 
-/// Whether there is such a file; refuses what is no regular file before anything opens it, since
-/// opening alone can block on a pipe or a device.
+/// Returns whether the file exists. Throws if it is not a regular file, because opening a pipe or a
+/// device can block.
 bool Exists(const std::filesystem::path& file) {
   std::error_code error;
   const std::filesystem::file_status status = std::filesystem::status(file, error);
@@ -128,7 +128,7 @@ int ReadBigEndian(const std::array<char, kHeaderSize>& header, std::size_t offse
   return static_cast<int>(value);
 }
 
-/// The first bytes of a file, and its size.
+/// The header and the size of a database file.
 struct Header {
   sqlite3_int64 fileSize = 0;
   std::array<char, kHeaderSize> bytes{};
@@ -142,8 +142,8 @@ struct Header {
   int ApplicationId() const { return ReadBigEndian(bytes, kApplicationIdOffset, 4); }
 };
 
-/// Reads through the engine's own descriptor, since closing another one would drop the locks that
-/// this process holds.
+/// Reads through SQLite's own file descriptor. Closing a second descriptor would release the POSIX
+/// locks that this process holds on the file.
 Header ReadHeader(SQLite::Database& database, const std::filesystem::path& path) {
   sqlite3_file* file = nullptr;
   sqlite3_file_control(database.getHandle(), "main", SQLITE_FCNTL_FILE_POINTER, &file);
@@ -159,12 +159,12 @@ Header ReadHeader(SQLite::Database& database, const std::filesystem::path& path)
   return header;
 }
 
-/// Looks at the header before the engine reads anything: reading another program's database could
-/// already alter it, by rolling back its journal or folding in its log.
+/// Checks the header before SQLite reads the file. A read could change another program's database,
+/// because SQLite would roll back its journal or apply its write-ahead log.
 void RefuseForeignFile(SQLite::Database& database, const std::filesystem::path& path) {
   const Header header = ReadHeader(database, path);
   if (header.fileSize == 0) {
-    // The engine takes a file of a single byte for an empty one.
+    // SQLite reports a size of 0 for a file of one byte.
     std::error_code error;
     if (std::filesystem::file_size(path, error) == 1) Refuse(path, "it is no state store.");
     return;
@@ -184,8 +184,9 @@ void RefuseForeignFile(SQLite::Database& database, const std::filesystem::path& 
   }
 }
 
-/// The engine itself misses only a last page that is cut. To be asked while the file is locked: a
-/// page may be half written otherwise, or wait to be rolled back.
+/// Throws if the last page is incomplete, because SQLite does not detect that. Call this only while
+/// the file is locked. Otherwise another program may be writing a page, or a journal may have to be
+/// rolled back first.
 void RefuseCutFile(SQLite::Database& database, const std::filesystem::path& path) {
   const Header header = ReadHeader(database, path);
   const int pageSize = header.PageSize();
@@ -255,7 +256,7 @@ StateDatabase::StateDatabase(std::filesystem::path file, std::chrono::millisecon
                                                    static_cast<int>(patience_.count()));
   });
   RefuseForeignFile(*database_, file_);
-  // What a file's own schema brings along is not to run any function with effects.
+  // Prevent the schema of an untrusted file from calling functions with side effects.
   Guarded(file_, patience_, database_.get(),
           [&] { database_->exec("PRAGMA trusted_schema = OFF"); });
 }

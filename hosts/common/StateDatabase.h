@@ -1,5 +1,5 @@
-// The file behind a `StateStore`: an SQLite database with one table of keys and values, recognised
-// by its application id. Nothing that is not such a file is ever written to.
+// The file of a `StateStore`: an SQLite database with one table of keys and values, identified by
+// its application ID. All other files are rejected and never changed.
 #ifndef HOSTS_COMMON_STATEDATABASE_H_
 #define HOSTS_COMMON_STATEDATABASE_H_
 
@@ -11,26 +11,27 @@
 
 #include "hosts/common/StateStore.h"
 
-namespace SQLite {  // NOLINT(readability-identifier-naming): the engine's own name
+namespace SQLite {  // NOLINT(readability-identifier-naming): the namespace of SQLiteCpp
 class Database;
 }  // namespace SQLite
 
 namespace hosts::common {
 
-/// The mark in the file's header that says whose it is ("ORNW"), and the layout's version.
+/// The application ID in the header of a state database ("ORNW" in ASCII), and the version of its
+/// layout.
 inline constexpr int kStateApplicationId = 0x4F524E57;
 inline constexpr int kStateLayoutVersion = 1;
 
-/// An open file. Every operation throws `StateStoreError` on failure and then leaves the file as it
-/// was. One thread at a time.
+/// An open state database. Every operation throws `StateStoreError` on failure and then leaves the
+/// stored values unchanged. Not thread-safe.
 class StateDatabase {
  public:
-  /// Opens the file, or answers nothing when there is none. An empty file is a store that holds
-  /// nothing.
+  /// Opens the file. Returns `std::nullopt` if it does not exist. An empty file is a database
+  /// without values. Each operation waits at most `patience` until other programs release the file.
   static std::optional<StateDatabase> OpenExisting(const std::filesystem::path& file,
                                                    std::chrono::milliseconds patience);
 
-  /// Opens the file, and makes it and its folder when they are missing.
+  /// Opens the file. Creates the file and its folder if they do not exist.
   static StateDatabase OpenOrMake(const std::filesystem::path& file,
                                   std::chrono::milliseconds patience);
 
@@ -38,11 +39,11 @@ class StateDatabase {
   StateDatabase& operator=(StateDatabase&&) noexcept;
   ~StateDatabase();
 
-  /// All values, as of one moment.
+  /// Returns all values, read in one transaction.
   StateValues Read();
 
-  /// Lets `change` alter the values and writes the difference, alone with the file from reading to
-  /// writing. Returns the values as they are kept then.
+  /// Reads the values, applies `change` to them and writes the differences. One transaction covers
+  /// all three steps and excludes other writers. Returns the new values.
   StateValues Change(const std::function<void(StateValues&)>& change);
 
  private:

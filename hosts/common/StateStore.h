@@ -1,6 +1,6 @@
-// Where a host keeps what the library remembers through its two callbacks: which features and
-// changes were seen or rated, and in which versions the list was opened. One small SQLite file per
-// user, shared by every program that shows the list.
+// Stores the state of lists for the library's two callbacks: which features and changes were seen
+// or rated, and in which versions the list was opened. Each user has one SQLite file, which all
+// programs that show a list share.
 #ifndef HOSTS_COMMON_STATESTORE_H_
 #define HOSTS_COMMON_STATESTORE_H_
 
@@ -17,8 +17,8 @@
 
 namespace hosts::common {
 
-/// The store cannot be read or written. The message names the file, says what is wrong with it and
-/// what to do. A file that is refused is left byte for byte as it was.
+/// Thrown if the store cannot be read or written. The message contains the file, the problem and
+/// what the user can do. A rejected file is not changed.
 class StateStoreError : public std::runtime_error {
  public:
   using std::runtime_error::runtime_error;
@@ -27,70 +27,71 @@ class StateStoreError : public std::runtime_error {
 /// Persisted values by key.
 using StateValues = std::map<ornwhatsnew::UTF8String, ornwhatsnew::UTF8String, std::less<>>;
 
-/// The keys under which the library keeps its three values.
+/// The keys of the three strings of the state.
 using ornwhatsnew::kAllSeenItemsKey;
 using ornwhatsnew::kAllVersionsSeenKey;
 using ornwhatsnew::kLastVersionSeenKey;
 
-/// The location of a store that lives and ends with the program.
+/// The location of a store in memory, which is lost when the program ends.
 inline constexpr std::string_view kMemoryLocation = ":memory:";
 
-/// `ornwhatsnew/state.db` in the user's state folder: `$XDG_STATE_HOME` when that is an absolute
-/// path, else `~/.local/state`. Throws `StateStoreError` when neither that nor `$HOME` is one.
+/// Returns the path of `ornwhatsnew/state.db` in the user's state folder. That folder is
+/// `$XDG_STATE_HOME`, or `$HOME/.local/state` if that variable does not contain an absolute path.
+/// Throws `StateStoreError` if `$HOME` does not contain one either.
 std::filesystem::path DefaultStateLocation();
 
-/// The kept values, as of the last reading, and the changes that are still to be written.
+/// The stored values as of the last read, and the values that are not written yet.
 ///
-/// What is `Set` is only buffered; `Commit` writes all of it in one transaction, or nothing. So one
-/// display pass, which sets three values, is remembered whole or not at all, and a program killed
-/// at any moment leaves the old state or the new one. Lists of identities and versions are merged
-/// with what other programs have written in the meantime; of any other value the last writer's
-/// stands.
+/// `Set` buffers a value. `Commit` writes all buffered values in one transaction. A display sets
+/// three values, so either all three are stored or none, even if the program is killed. `Commit`
+/// merges lists of identities and versions with the values that other programs have written since
+/// the last read. For every other key, the last writer wins.
 ///
-/// The file is opened for each reading and each writing and is not held in between. It is made,
-/// with its folder, by the first `Commit`; reading makes nothing.
+/// The store opens the file for each read and each write, and closes it afterwards. The first
+/// `Commit` creates the file and its folder; a read creates nothing.
 ///
-/// One thread at a time. Any number of programs may use one file; each waits a bounded time for
-/// the others.
+/// Not thread-safe. Any number of programs can use one file; each waits a limited time for the
+/// others.
 class StateStore {
  public:
-  /// How long a reading or writing waits for another program to finish.
+  /// The time that a read or a write waits until other programs release the file.
   static constexpr std::chrono::milliseconds kDefaultPatience{5000};
 
-  /// Reads what is kept at `location`: a file, which need not exist yet, or `kMemoryLocation`.
-  /// Throws `StateStoreError`.
+  /// Reads the values at `location`, which is a file or `kMemoryLocation`. The file need not exist
+  /// yet. Throws `StateStoreError`.
   explicit StateStore(const std::filesystem::path& location,
                       std::chrono::milliseconds patience = kDefaultPatience);
 
-  /// The callbacks of a list refer to the store, so it stays where it is.
+  /// Not copyable, because the callbacks of a list refer to the store.
   StateStore(const StateStore&) = delete;
   StateStore& operator=(const StateStore&) = delete;
 
-  /// The absolute path of the file, or `kMemoryLocation`.
+  /// Returns the absolute path of the file, or `kMemoryLocation`.
   const std::filesystem::path& Location() const { return location_; }
 
-  /// What was last set under the key, else what is kept there, else an empty text.
+  /// Returns the buffered value of the key. If there is none, returns the stored value, or an empty
+  /// string.
   ornwhatsnew::UTF8String Get(std::string_view key) const;
 
   /// Buffers a value for the next `Commit`.
   void Set(std::string_view key, std::string_view value);
 
-  /// Everything that is kept, with the changes that are still to be written.
+  /// Returns all values. A buffered value replaces the stored one.
   StateValues Values() const;
 
-  /// Writes the buffered changes and reads back what is kept then. Writes nothing when that makes
-  /// no difference. Throws `StateStoreError`; the changes then stay buffered and the file stays
-  /// as it was.
+  /// Writes the buffered values and reads the result back. Writes nothing if no stored value would
+  /// change. Throws `StateStoreError`; the values then stay buffered and the stored values do not
+  /// change.
   void Commit();
 
-  /// Reads again what is kept; buffered changes stay. Throws `StateStoreError`.
+  /// Reads the stored values again. Keeps the buffered values. Throws `StateStoreError`.
   void Refresh();
 
-  /// Removes everything that is kept, in one transaction, and forgets the buffered changes. Does
-  /// not make the file. Throws `StateStoreError`.
+  /// Deletes all stored values in one transaction and discards the buffered values. Does not create
+  /// the file. Throws `StateStoreError`.
   void Reset();
 
-  /// Callbacks for a list. They refer to this store, which must outlive the list.
+  /// Return the callbacks of a list. They refer to this store, which must outlive the list.
   ornwhatsnew::StateGetter Getter() const;
   ornwhatsnew::StateSetter Setter();
 

@@ -15,7 +15,7 @@ namespace {
 using ornwhatsnew::StyleID;
 using ornwhatsnew::UTF16String;
 
-/// A run as whole characters of the text.
+/// A run, clipped to the text and to whole characters. `begin` and `end` are byte offsets.
 struct Range {
   std::size_t begin;
   std::size_t end;
@@ -23,13 +23,13 @@ struct Range {
   const UTF16String* link;
 };
 
-bool IsCharacterStart(std::string_view text, std::size_t place) {
-  return place == text.size() || (static_cast<unsigned char>(text[place]) & 0xC0U) != 0x80U;
+bool IsCharacterStart(std::string_view text, std::size_t offset) {
+  return offset == text.size() || (static_cast<unsigned char>(text[offset]) & 0xC0U) != 0x80U;
 }
 
-std::size_t Clip(std::int64_t place, std::string_view text) {
+std::size_t Clip(std::int64_t offset, std::string_view text) {
   return static_cast<std::size_t>(
-      std::clamp<std::int64_t>(place, 0, static_cast<std::int64_t>(text.size())));
+      std::clamp<std::int64_t>(offset, 0, static_cast<std::int64_t>(text.size())));
 }
 
 Range WholeCharacters(StyleID style, const ornwhatsnew::StyleRun& run, std::string_view text) {
@@ -50,50 +50,51 @@ std::vector<Range> SortedRanges(const ornwhatsnew::StyleRunMap& runs, std::strin
       if (range.begin < range.end) ranges.push_back(range);
     }
   }
-  // The map has no order of its own, so the style decides between runs that start together; runs
-  // of one style keep theirs.
+  // The map is unordered. Sort runs with the same start by style, so that the result does not
+  // depend on the map's order. The sort is stable, so runs of one style keep their order.
   std::ranges::stable_sort(ranges, [](const Range& a, const Range& b) {
     return a.begin != b.begin ? a.begin < b.begin : a.style < b.style;
   });
   return ranges;
 }
 
-/// The runs that lie over the place that the sweep has reached.
+/// The runs that cover the current offset of the scan.
 class OpenRanges {
  public:
   void Add(const Range& range) {
-    if (++counts_[Place(range.style)] == 1) styles_.Set(range.style, true);
+    if (++counts_[Index(range.style)] == 1) styles_.Set(range.style, true);
     ends_.push({range.end, range.style});
     if (!range.link->empty()) links_.push_back({range.end, range.link});
   }
 
-  void CloseUntil(std::size_t place) {
-    while (!ends_.empty() && ends_.top().place <= place) {
+  void CloseUntil(std::size_t offset) {
+    while (!ends_.empty() && ends_.top().offset <= offset) {
       const StyleID style = ends_.top().style;
-      if (--counts_[Place(style)] == 0) styles_.Set(style, false);
+      if (--counts_[Index(style)] == 0) styles_.Set(style, false);
       ends_.pop();
     }
-    // The last to start is at the back. One below it that has ended is found when it comes up.
-    while (!links_.empty() && links_.back().end <= place) links_.pop_back();
+    // The link that started last is at the back. A link before it that has ended is removed once it
+    // is at the back.
+    while (!links_.empty() && links_.back().end <= offset) links_.pop_back();
   }
 
   bool IsEmpty() const { return ends_.empty(); }
-  std::size_t NextEnd() const { return ends_.top().place; }
+  std::size_t NextEnd() const { return ends_.top().offset; }
   const StyleSet& Styles() const { return styles_; }
   const UTF16String* Link() const { return links_.empty() ? nullptr : links_.back().link; }
 
  private:
   struct End {
-    std::size_t place;
+    std::size_t offset;
     StyleID style;
-    friend bool operator<(const End& a, const End& b) { return a.place > b.place; }
+    friend bool operator<(const End& a, const End& b) { return a.offset > b.offset; }
   };
   struct OpenLink {
     std::size_t end;
     const UTF16String* link;
   };
 
-  static std::size_t Place(StyleID style) { return static_cast<std::size_t>(style); }
+  static std::size_t Index(StyleID style) { return static_cast<std::size_t>(style); }
 
   std::priority_queue<End> ends_;
   std::vector<OpenLink> links_;
@@ -122,15 +123,15 @@ std::vector<StyledSegment> SplitIntoStyledSegments(std::u16string_view text,
   const std::vector<Range> ranges = SortedRanges(runs, utf8);
   std::vector<StyledSegment> segments;
   OpenRanges open;
-  std::size_t place = 0;
+  std::size_t offset = 0;
   auto next = ranges.begin();
-  while (place < utf8.size()) {
-    open.CloseUntil(place);
-    for (; next != ranges.end() && next->begin <= place; ++next) open.Add(*next);
+  while (offset < utf8.size()) {
+    open.CloseUntil(offset);
+    for (; next != ranges.end() && next->begin <= offset; ++next) open.Add(*next);
     std::size_t end = next == ranges.end() ? utf8.size() : next->begin;
     if (!open.IsEmpty()) end = std::min(end, open.NextEnd());
-    AppendSegment(segments, std::string_view(utf8).substr(place, end - place), open);
-    place = end;
+    AppendSegment(segments, std::string_view(utf8).substr(offset, end - offset), open);
+    offset = end;
   }
   return segments;
 }

@@ -1,5 +1,5 @@
-// The panel's text cut into pieces that each carry one set of styles and one link: what a view
-// needs to draw it, whatever it draws on.
+// Splits the panel's text into segments, each with one set of styles and one link, which a view can
+// draw one after the other.
 #ifndef HOSTS_COMMON_STYLEDSEGMENTS_H_
 #define HOSTS_COMMON_STYLEDSEGMENTS_H_
 
@@ -11,7 +11,7 @@
 
 namespace hosts::common {
 
-/// A set of style numbers from 0 to 31; numbers beyond belong to nobody and are left out.
+/// A set of style numbers from 0 to 31. It ignores all other numbers, because no style has them.
 class StyleSet {
  public:
   static constexpr int kSize = 32;
@@ -19,29 +19,30 @@ class StyleSet {
   StyleSet() = default;
 
   bool Has(ornwhatsnew::StyleID style) const noexcept {
-    return IsMember(style) && styles_.test(Place(style));
+    return IsMember(style) && styles_.test(Index(style));
   }
   void Set(ornwhatsnew::StyleID style, bool isMember) noexcept {
-    if (IsMember(style)) styles_.set(Place(style), isMember);
+    if (IsMember(style)) styles_.set(Index(style), isMember);
   }
 
   friend bool operator==(const StyleSet&, const StyleSet&) = default;
 
-  /// Whether the number can be in a set.
+  /// Returns whether a set can contain the number.
   static bool IsMember(ornwhatsnew::StyleID style) noexcept {
     return static_cast<int>(style) >= 0 && static_cast<int>(style) < kSize;
   }
 
  private:
-  static std::size_t Place(ornwhatsnew::StyleID style) noexcept {
+  static std::size_t Index(ornwhatsnew::StyleID style) noexcept {
     return static_cast<std::size_t>(style);
   }
 
   std::bitset<kSize> styles_;
 };
 
-/// A piece of the text. `link` is the string of the run that lies over it, empty when none has one;
-/// of several the one that starts last counts.
+/// A segment of the text. `link` is the string of the run that covers it, or empty if no such run
+/// has a string. If several runs with a string cover it, `link` is the string of the run that
+/// starts last.
 struct StyledSegment {
   ornwhatsnew::UTF8String text;
   StyleSet styles;
@@ -50,13 +51,14 @@ struct StyledSegment {
   friend bool operator==(const StyledSegment&, const StyledSegment&) = default;
 };
 
-/// Cuts `text` at the ends of `runs`, whose starts and lengths count bytes of the text in UTF-8.
-/// The segments follow each other without gap or overlap, none is empty, neighbours differ in
-/// styles or link, and their texts together are the whole text in UTF-8.
+/// Splits `text` wherever a run starts or ends. The starts and lengths of `runs` count bytes of the
+/// text in UTF-8. The segments cover the whole text in order, without gaps or overlaps. No segment
+/// is empty, and adjacent segments differ in their styles or links.
 ///
-/// Any run map will do: a run is clipped to the text, and a character that a run covers only in
-/// part (the run of a commit link reaches one byte past its text) does not belong to it. Runs may
-/// overlap. Takes time linear in the text, and n log n in the number of runs.
+/// Accepts any run map, including overlapping runs. Clips each run to the text and to the
+/// characters that it covers completely. The run of a commit link needs this, because it ends one
+/// byte past its text. Takes linear time in the length of the text, and O(n log n) time in the
+/// number of runs.
 std::vector<StyledSegment> SplitIntoStyledSegments(std::u16string_view text,
                                                    const ornwhatsnew::StyleRunMap& runs);
 
