@@ -15,7 +15,8 @@ namespace {
 using ornwhatsnew::DisplayOptions;
 
 constexpr std::size_t kMaximumWidth = 100'000;
-/// Leaves 56 columns of an 80-column terminal for the descriptions.
+/// The width of the name column in help texts. It leaves 56 columns of an 80-column terminal for
+/// the descriptions.
 constexpr std::size_t kHelpNameColumns = 24;
 
 constexpr const char* kExitStatusHelp = R"(Exit status:
@@ -106,7 +107,8 @@ std::string FullName(const CLI::App& command) {
   return (parent == nullptr ? "" : FullName(*parent) + " ") + command.get_name();
 }
 
-/// CLI11 reports an unknown command as a missing one, without its name.
+/// Returns the message for a missing or unknown command. CLI11 reports an unknown command as
+/// missing, without its name.
 std::string MissingCommandMessage(const CLI::App& command) {
   const std::vector<std::string> words = command.remaining();
   if (words.empty()) return "no command given";
@@ -114,7 +116,7 @@ std::string MissingCommandMessage(const CLI::App& command) {
   return std::string(isOption ? "unknown option '" : "unknown command '") + words.front() + "'";
 }
 
-/// The parser and the arguments that it fills.
+/// The CLI11 parser and the argument structures that it fills.
 class CommandLine {
  public:
   CommandLine() {
@@ -126,7 +128,7 @@ class CommandLine {
     AddRate();
     AddStateCommands();
     AddConsole();
-    // Subcommands inherit the footer, so it is set after they are added.
+    // Set the footer last, because subcommands that are added later would inherit it.
     app_.footer(kExitStatusHelp);
   }
 
@@ -186,13 +188,12 @@ class CommandLine {
   }
 
   void AddStateCommands() {
-    CLI::App* const state = app_.add_subcommand("state", "Show or delete what is remembered");
+    CLI::App* const state = app_.add_subcommand("state", "Show or delete the stored state");
     state->require_subcommand(1);
-    CLI::App& show = AddCommand(*state, "show", "Show what is remembered", stateShow_);
+    CLI::App& show = AddCommand(*state, "show", "Show the stored state", stateShow_);
     AddState(show, stateShow_.state);
     AddFormat(show, stateShow_.format);
-    CLI::App& reset =
-        AddCommand(*state, "reset", "Delete everything that is remembered", stateReset_);
+    CLI::App& reset = AddCommand(*state, "reset", "Delete the stored state", stateReset_);
     AddState(reset, stateReset_.state);
   }
 
@@ -228,7 +229,7 @@ class CommandLine {
             true};
   }
 
-  /// The innermost command that the parser recognised.
+  /// Returns the innermost command that the parser recognised.
   const CLI::App& ParsedCommand() const {
     const CLI::App* command = &app_;
     while (!command->get_subcommands().empty()) command = command->get_subcommands().back();

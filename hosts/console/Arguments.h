@@ -1,4 +1,4 @@
-// The program's command line.
+// Parses the program's command line.
 #ifndef HOSTS_CONSOLE_ARGUMENTS_H_
 #define HOSTS_CONSOLE_ARGUMENTS_H_
 
@@ -11,7 +11,7 @@
 
 namespace hosts::console {
 
-/// A text to print instead of running a command: help, the version, or an error message.
+/// The text to print instead of running a command: help, the version, or an error message.
 struct Answer {
   std::string text;
   bool isError = false;
@@ -20,7 +20,7 @@ struct Answer {
 using Request = std::variant<Answer, ShowArguments, StatusArguments, RateArguments,
                              StateShowArguments, StateResetArguments, ConsoleArguments>;
 
-/// Parses the command line. An invalid one gives an `Answer` with the error message.
+/// Parses the command line. If it is invalid, returns an `Answer` with the error message.
 Request ParseArguments(int argc, const char* const* argv);
 
 }  // namespace hosts::console

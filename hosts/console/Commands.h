@@ -1,5 +1,5 @@
-// The program's commands. Each one works on the standard streams and returns the exit status. It
-// throws `ToolError`, `common::StateStoreError` or `common::JsonError` on failure.
+// The program's commands. Each command uses the standard streams and returns the exit status. On
+// failure it throws `ToolError`, `common::StateStoreError` or `common::JsonError`.
 #ifndef HOSTS_CONSOLE_COMMANDS_H_
 #define HOSTS_CONSOLE_COMMANDS_H_
 
@@ -17,7 +17,7 @@ namespace hosts::console {
 enum class ColorMode { kAuto, kAlways, kNever };
 enum class OutputFormat { kText, kJson };
 
-/// The files that a command works on. Without `state`, the user's default store is used.
+/// The files that a command uses. If `state` is absent, the command uses the user's default store.
 struct SourceArguments {
   std::filesystem::path data;
   std::filesystem::path host;
@@ -58,7 +58,7 @@ struct ConsoleArguments {
   std::string line;                           ///< empty: read lines from standard input
 };
 
-/// Prints the panel, then stores what was shown. If printing fails, nothing is stored.
+/// Prints the panel, and then stores its content as seen. If printing fails, stores nothing.
 ExitStatus Run(const ShowArguments& arguments);
 /// Reports whether anything is new or can be rated.
 ExitStatus Run(const StatusArguments& arguments);

@@ -18,12 +18,13 @@ namespace {
 using orncore::console::CommandRegistry;
 using orncore::console::UTF16OutputStream;
 
-constexpr std::string_view kBlanks = " \t";
+constexpr std::string_view kSpacesAndTabs = " \t";
 constexpr std::string_view kPrompt = "ornwhatsnew> ";
 
 int ListCommands(const std::u16string&, UTF16OutputStream& stream) {
   for (const CommandRegistry::Command& command : CommandRegistry::Instance().ListCommands()) {
-    // The help text of some commands starts with the name, that of others continues it.
+    // Some help texts already start with the name of the command. Print the name only before the
+    // others.
     if (!command.help.starts_with(command.name)) orncore::console::Write(stream, command.name);
     orncore::console::Write(stream, command.help);
     orncore::console::Write(stream, u"\n");
@@ -32,9 +33,9 @@ int ListCommands(const std::u16string&, UTF16OutputStream& stream) {
 }
 
 bool RunLine(std::string_view line) {
-  const std::size_t begin = line.find_first_not_of(kBlanks);
+  const std::size_t begin = line.find_first_not_of(kSpacesAndTabs);
   if (begin == std::string_view::npos) return true;
-  // Trailing spaces may be part of an argument.
+  // Keep trailing spaces, because they may be part of an argument.
   line.remove_prefix(begin);
   std::basic_ostringstream<char16_t> output;
   const std::optional<int> result =

@@ -31,7 +31,7 @@ bool IsWide(UChar32 character) {
 }
 
 std::size_t CharacterWidth(UChar32 character) {
-  // Most text is ASCII; looking up its properties would take most of the time.
+  // Most text is ASCII. Looking up its properties would take most of the time.
   if (character >= 0x20 && character < 0x7F) return 1;
   if (IsZeroWidth(character)) return 0;
   return IsWide(character) ? 2 : 1;
@@ -44,7 +44,7 @@ std::size_t DisplayWidth(std::u16string_view text) {
   std::size_t previousWidth = 0;
   std::size_t position = 0;
   while (position < text.size()) {
-    // 64 bits, because the macro mixes signed and unsigned 32-bit operands.
+    // Use 64 bits, because the ICU macro mixes signed and unsigned 32-bit operands.
     std::int64_t codePoint = 0;
     U16_NEXT_OR_FFFD(text, position, text.size(), codePoint);
     const auto character = static_cast<UChar32>(codePoint);

@@ -1,4 +1,4 @@
-// The width of text on a terminal.
+// Measures the width of text on a terminal.
 #ifndef HOSTS_CONSOLE_DISPLAYWIDTH_H_
 #define HOSTS_CONSOLE_DISPLAYWIDTH_H_
 
@@ -7,10 +7,12 @@
 
 namespace hosts::console {
 
-/// Returns the number of terminal columns of a text without control characters, by the East Asian
-/// width of its characters: 2 for wide characters and emoji, 0 for combining marks, 1 for all
-/// others. Emoji that are connected by joiners count separately, because only some terminals draw
-/// them as one; a line is therefore never wider than the terminal. Takes linear time.
+/// Returns the number of terminal columns that `text` occupies. Wide characters and emoji occupy 2
+/// columns, combining marks 0 and all others 1, according to their East Asian width. Control
+/// characters count as 0.
+///
+/// Counts each emoji of a joined sequence, because only some terminals draw the sequence as one
+/// emoji. A line is therefore never wider than the result. Takes linear time.
 std::size_t DisplayWidth(std::u16string_view text);
 
 }  // namespace hosts::console

@@ -1,4 +1,4 @@
-// The lines of standard input.
+// Reads the lines of standard input.
 #ifndef HOSTS_CONSOLE_INPUTLINES_H_
 #define HOSTS_CONSOLE_INPUTLINES_H_
 
@@ -7,13 +7,12 @@
 
 namespace hosts::console {
 
-/// Reads standard input line by line and distinguishes its end from a read error. It reads ahead,
-/// so use one object for the whole input, from one thread at a time. (`std::getline` does not
-/// report read errors.)
+/// Reads standard input line by line. Unlike `std::getline`, it reports read errors. It reads
+/// ahead, so use one object for the whole input. Not thread-safe.
 class InputLines {
  public:
-  /// Returns the next line without its newline, or nothing at the end of the input. The last line
-  /// need not end with a newline. Throws `ToolError` if standard input cannot be read.
+  /// Returns the next line without its newline, or `std::nullopt` at the end of the input. The last
+  /// line need not end with a newline. Throws `ToolError` if standard input cannot be read.
   std::optional<std::string> Next();
 
  private:

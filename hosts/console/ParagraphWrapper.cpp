@@ -27,7 +27,7 @@ std::size_t TrimmedEnd(std::u16string_view text, std::size_t begin, std::size_t 
 
 using MakeIterator = icu::BreakIterator*(U_EXPORT2*)(const icu::Locale&, UErrorCode&);
 
-/// An ICU break iterator. Loading its rules takes time, so one iterator is used for all texts.
+/// An ICU break iterator. Loading its rules takes time, so one iterator is used for all paragraphs.
 class Boundaries {
  public:
   explicit Boundaries(MakeIterator make) {
@@ -47,7 +47,7 @@ class Boundaries {
     size_ = text.size();
   }
 
-  /// Returns the first boundary after a position; the end of the text is the last one.
+  /// Returns the first boundary after `position`, or the end of the text if there is none.
   std::size_t Following(std::size_t position) {
     const std::int32_t boundary = iterator_->following(static_cast<std::int32_t>(position));
     return boundary == icu::BreakIterator::DONE ? size_ : static_cast<std::size_t>(boundary);
@@ -68,7 +68,7 @@ struct ParagraphWrapper::Breaks {
 
 namespace {
 
-/// The lines of one paragraph. The last line is still open.
+/// Collects the lines of one paragraph. The last line is open until `Finish`.
 class LineFiller {
  public:
   LineFiller(std::u16string_view text, std::size_t width, const ParagraphShape& shape)

@@ -19,7 +19,7 @@ namespace {
 
 using orncore::config::EInitializerContextFlags;
 
-/// Initializes the process's contexts, and shuts them down at the end.
+/// Initializes the process's contexts, and shuts them down in its destructor.
 class LiveContexts {
  public:
   LiveContexts() { orncore::config::InitializeContexts(kAll); }
@@ -68,7 +68,8 @@ ExitStatus RunReportingErrors(int argc, const char* const* argv) {
 }  // namespace
 
 int RunProgram(int argc, const char* const* argv) noexcept {
-  // Without the signal, a write beyond the file size limit fails like one on a full disk.
+  // Ignore SIGXFSZ, so that a write beyond the file size limit returns an error instead of ending
+  // the program.
   static_cast<void>(std::signal(SIGXFSZ, SIG_IGN));
   try {
     return static_cast<int>(RunReportingErrors(argc, argv));

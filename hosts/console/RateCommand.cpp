@@ -17,9 +17,9 @@ namespace {
 
 using ornwhatsnew::FeatureListItem;
 
-/// Whether the panel shows the feature and one of its changes asks for a rating. Features that were
-/// rated before count as well, because rating twice is not an error. Without options, visibility
-/// does not depend on the state.
+/// Returns whether the panel shows the feature and one of its changes requests a rating. Includes
+/// features that are already rated, because rating twice is not an error. Passes no display
+/// options, so that the result does not depend on the state.
 bool CanBeRated(const FeatureListItem& item) {
   return !ornwhatsnew::IsSpecialCaseSection(item.FeatureJiraIDKey()) &&
          std::ranges::any_of(

@@ -20,7 +20,8 @@ std::string Question(const ornwhatsnew::FeatureListData& list,
   return orncore::string::UTF16to8(list.LocalizeIfNecessary(feature.GetCustomRatingStr()));
 }
 
-/// Uses "=" for a value that begins with a dash, because it would be parsed as an option.
+/// Returns an option with its value. Joins them with "=" if the value begins with a dash, because
+/// it would otherwise be parsed as an option.
 std::string Option(const std::string& name, const std::string& value) {
   return name + (value.starts_with('-') ? "=" : " ") + ShellWord(value) + " ";
 }

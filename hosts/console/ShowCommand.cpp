@@ -47,7 +47,7 @@ ExitStatus Run(const ShowArguments& arguments) {
       LoadWhatsNew(arguments.sources.data, store.Getter(), store.Setter());
   const std::string output = arguments.format == OutputFormat::kJson ? RenderJson(*list, arguments)
                                                                      : RenderText(*list, arguments);
-  // Only a panel that was printed counts as seen.
+  // Commit after printing, because only a printed panel counts as seen.
   WriteOutput(output, "Nothing was remembered.");
   store.Commit();
   return ExitStatus::kDone;

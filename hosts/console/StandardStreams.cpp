@@ -15,7 +15,7 @@ namespace {
 
 constexpr std::size_t kUnknownTerminalWidth = 80;
 
-/// Writes the whole text. Returns 0 or the error number.
+/// Writes all of `text`. Returns 0, or the value of errno on failure.
 int WriteAll(int descriptor, std::string_view text) {
   while (!text.empty()) {
     const ssize_t written = ::write(descriptor, text.data(), text.size());
@@ -26,7 +26,7 @@ int WriteAll(int descriptor, std::string_view text) {
   return 0;
 }
 
-/// The value of the variable, or an empty string if it is not set.
+/// Returns the value of the variable, or an empty string if it is not set.
 std::string_view EnvironmentValue(const char* variable) {
   const char* const value = std::getenv(variable);
   return value == nullptr ? std::string_view() : value;
@@ -50,7 +50,7 @@ std::size_t OutputWidth() {
 void WriteOutput(std::string_view text, std::string_view outcome) {
   const int error = WriteAll(STDOUT_FILENO, text);
   if (error == 0) return;
-  // The reader has closed the pipe because it has what it wanted: no message.
+  // Print no message: a program such as `head` closes the pipe once it has read enough.
   if (error == EPIPE) throw ToolError(ExitStatus::kOutput, "");
   throw ToolError(ExitStatus::kOutput,
                   "cannot write standard output: " + std::generic_category().message(error) +
@@ -68,7 +68,7 @@ bool IsInteractive() {
 
 TerminalLook DetectTerminalLook(ColorMode color, std::optional<std::size_t> width) {
   const bool hasHyperlinks = UsesEscapeSequences(color);
-  // NO_COLOR is about colours only, so hyperlinks stay.
+  // NO_COLOR applies to colours only, so hyperlinks stay on.
   const bool isColorless = color == ColorMode::kAuto && !EnvironmentValue("NO_COLOR").empty();
   return {width ? *width : OutputWidth(), hasHyperlinks && !isColorless, hasHyperlinks};
 }

@@ -11,20 +11,20 @@
 
 namespace hosts::console {
 
-/// Writes the bytes unchanged. Throws `ToolError` on failure; its message ends with `outcome`, a
-/// sentence about what was or was not stored. If the reader has closed the pipe, the message is
-/// empty.
+/// Writes `text` unchanged to standard output. Throws `ToolError` on failure; its message ends with
+/// `outcome`, a sentence about what was or was not stored. If the reader has closed the pipe, the
+/// message is empty.
 void WriteOutput(std::string_view text, std::string_view outcome = {});
 
-/// Writes "ornwhatsnew: " and the message as one line to standard error, safe for a terminal. A
-/// failure to write is ignored.
+/// Writes "ornwhatsnew: " and the message as one line to standard error. Makes the message safe for
+/// a terminal. Ignores write errors.
 void ReportError(std::string_view message);
 
-/// Whether both standard input and standard output are terminals.
+/// Returns whether both standard input and standard output are terminals.
 bool IsInteractive();
 
-/// Returns what standard output supports. Without `width`, a terminal's own width is used (80 if it
-/// is unknown), and output that is not a terminal is not wrapped.
+/// Returns the properties of standard output. If `width` is absent, uses the width of the terminal,
+/// or 80 if it is unknown. Output that is not a terminal is then not wrapped.
 TerminalLook DetectTerminalLook(ColorMode color, std::optional<std::size_t> width);
 
 }  // namespace hosts::console

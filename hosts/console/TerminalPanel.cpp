@@ -21,7 +21,7 @@ constexpr std::u16string_view kGap = u"   ";
 constexpr std::u16string_view kBadgePadding = u"\u00A0";
 constexpr std::size_t kMaximumBulletWidth = 4;
 
-/// Units `[begin, end)` of a paragraph with the same style and link.
+/// UTF-16 units `[begin, end)` of a paragraph with the same style and link.
 struct Span {
   std::size_t begin;
   std::size_t end;
@@ -46,7 +46,7 @@ std::size_t TabWidth(std::size_t width) {
   return width >= 20 ? 2 : 1;
 }
 
-/// The tabs at the start of a paragraph, and the bullet between them if there is one.
+/// The tabs at the start of a paragraph, and the bullet after them if there is one.
 struct Prefix {
   std::size_t tabs = 0;
   std::size_t bulletEnd = 0;  ///< position of the tab after the bullet; 0 without a bullet
@@ -73,8 +73,8 @@ Prefix MeasurePrefix(std::u16string_view text, std::size_t tabWidth) {
   return prefix;
 }
 
-/// Returns the replacement of a tab: nothing for the tabs of the indent, spaces up to the hanging
-/// indent for the tab after a bullet, a gap for all other tabs.
+/// Returns the replacement of a tab. It is empty for the tabs of the indent. For the tab after a
+/// bullet, it is the spaces up to the hanging indent. For every other tab, it is a gap.
 std::u16string TabReplacement(std::size_t position, const Prefix& prefix) {
   if (position < prefix.tabs) return {};
   if (position != prefix.bulletEnd) return std::u16string(kGap);
@@ -101,7 +101,7 @@ Paragraph WithoutTabs(const Paragraph& paragraph, const Prefix& prefix) {
 /// Writes the spans of one line, and switches styles and links on and off between them.
 class LineWriter {
  public:
-  /// Switches styles if `isStyled`, and links if a span has one.
+  /// Writes style sequences only if `isStyled`. Writes a hyperlink for each span that has one.
   LineWriter(std::string& output, bool isStyled) : output_(output), isStyled_(isStyled) {}
 
   void Add(std::u16string_view text, const Span& span) {
@@ -174,7 +174,8 @@ class PanelRenderer {
     }
   }
 
-  /// Consecutive segments with the same link are one link.
+  /// Returns the number of a hyperlink, or 0 if `link` is empty or unsafe. Consecutive segments
+  /// with the same link get the same number.
   std::size_t NumberOfLink(std::string_view link) {
     if (link != lastLink_) {
       lastLink_ = link;
@@ -200,9 +201,9 @@ class PanelRenderer {
                                                          ornwhatsnew::kStyleFeatureTitle);
     if (isTitle) prefix.shape.hangingIndent += tabWidth_;
     const std::vector<WrappedLine> lines = wrapper_.Wrap(paragraph.text, prefix.shape);
-    const bool isBlank = lines.size() == 1 && lines.front().begin == lines.front().end;
-    if ((isTitle || isBlank) && !output_.empty()) isGapDue_ = true;
-    if (isBlank) return;
+    const bool isEmpty = lines.size() == 1 && lines.front().begin == lines.front().end;
+    if ((isTitle || isEmpty) && !output_.empty()) isGapDue_ = true;
+    if (isEmpty) return;
     if (std::exchange(isGapDue_, false)) output_ += '\n';
     WriteLines(paragraph, lines);
   }

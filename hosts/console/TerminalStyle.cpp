@@ -10,8 +10,9 @@ namespace {
 using namespace ornwhatsnew;
 
 /// The attributes of each style, in the order in which they are switched on. All other styles, such
-/// as descriptions and changes, are plain text. Only red, magenta and bright blue are used, because
-/// with the common palettes yellow, cyan and green are hard to read on white, and blue on black.
+/// as descriptions and changes, are plain text. The table uses only red, magenta and bright blue.
+/// In common palettes, yellow, cyan and green are hard to read on white, and blue is hard to read
+/// on black.
 constexpr std::array<std::pair<StyleID, std::string_view>, 10> kAttributes = {{
     {kStyleFeatureTitle, "1"},
     {kStyleHeader, "35"},

@@ -23,7 +23,7 @@ constexpr int kViramaClass = 9;
 /// Reads the character at `position` and moves `position` after it. An unpaired surrogate is read
 /// as U+FFFD.
 UChar32 ReadCharacter(std::u16string_view text, std::size_t& position) {
-  // 64 bits, because the macro mixes signed and unsigned 32-bit operands.
+  // Use 64 bits, because the ICU macro mixes signed and unsigned 32-bit operands.
   std::int64_t character = 0;
   U16_NEXT_OR_FFFD(text, position, text.size(), character);
   return static_cast<UChar32>(character);
@@ -46,8 +46,9 @@ bool IsJoining(UChar32 character) {
   return u_getIntPropertyValue(character, UCHAR_JOINING_TYPE) != U_JT_NON_JOINING;
 }
 
-/// Joiners affect cursive scripts, Indic scripts and emoji. Between other characters they are
-/// invisible and only make texts differ that look the same.
+/// Returns whether a joiner changes how the text looks. Joiners affect cursive scripts, Indic
+/// scripts and emoji. Between other characters they are invisible, so two different texts would
+/// look the same.
 bool IsJoinerNeeded(UChar32 joiner, UChar32 before, UChar32 after) {
   if (u_getCombiningClass(before) == kViramaClass) return u_isalpha(after) != 0;
   if (joiner == kJoiner && EndsEmoji(before)) return IsPictograph(after);
@@ -66,7 +67,7 @@ bool IsInvisible(UChar32 character) {
 }
 
 /// Returns the character to show instead of `character`, or 0 to show nothing. `before` is the last
-/// character that was kept, `after` the next one of the text.
+/// character of the output, and `after` is the next one of the input.
 UChar32 Substitute(UChar32 character, UChar32 before, UChar32 after, Whitespace whitespace) {
   const bool isLayout = character == '\n' || character == '\t';
   if (isLayout && whitespace == Whitespace::kKeep) return character;
@@ -112,7 +113,7 @@ std::u16string SafeForTerminal(std::u16string_view text, Whitespace whitespace) 
     if (shown == character && character != kReplacement) {
       safe.append(text, begin, position - begin);
     } else {
-      safe.push_back(static_cast<char16_t>(shown));  // substitutes are never beyond U+FFFF
+      safe.push_back(static_cast<char16_t>(shown));  // all substitutes are at most U+FFFF
     }
     before = shown;
   }

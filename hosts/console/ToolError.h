@@ -1,4 +1,4 @@
-// The program's exit status and the error that ends it.
+// The exit status of the program, and the exception that ends the program.
 #ifndef HOSTS_CONSOLE_TOOLERROR_H_
 #define HOSTS_CONSOLE_TOOLERROR_H_
 

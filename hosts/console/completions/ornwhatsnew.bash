@@ -1,6 +1,5 @@
-# shellcheck shell=bash
-# Bash completion for `ornwhatsnew`. It reads commands and options from the program's help, so that
-# they are listed in one place only.
+# shellcheck shell=bash Bash completion for `ornwhatsnew`. It reads commands and options from the
+# program's help, so that no second list has to be maintained.
 
 _ornwhatsnew() {
   local program=$1 current=$2 previous=$3
