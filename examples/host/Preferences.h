@@ -1,5 +1,5 @@
-// The user's settings, which the application keeps between two starts. A real application uses a
-// registry, a property list or a database.
+// The user's settings. A real application stores them in a registry, a property list or a
+// database.
 #ifndef EXAMPLES_HOST_PREFERENCES_H_
 #define EXAMPLES_HOST_PREFERENCES_H_
 
