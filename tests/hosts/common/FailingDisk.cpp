@@ -10,35 +10,35 @@ namespace {
 
 enum class Operation { kWrite, kSync, kTruncate, kDelete };
 
-/// What fails, and how far it has come.
+/// Counts operations and decides which ones fail.
 class FaultPlan {
  public:
   FaultPlan() = default;
   FaultPlan(int n, DiskFault fault, DiskFaultExtent extent)
-      : first_(n), fault_(fault), extent_(extent) {}
+      : firstFailure_(n), fault_(fault), extent_(extent) {}
 
-  /// What the operation is to answer; SQLITE_OK when it is to be done.
-  int Answer(Operation operation) {
-    if (!Concerns(operation)) return SQLITE_OK;
+  /// Returns the error code of an operation that must fail, or SQLITE_OK for any other operation.
+  int ErrorOf(Operation operation) {
+    if (!Affects(operation)) return SQLITE_OK;
     ++operations_;
-    const bool isBefore = first_ == 0 || operations_ < first_;
-    const bool isAfter = operations_ > first_ && extent_ == DiskFaultExtent::kOnce;
+    const bool isBefore = firstFailure_ == 0 || operations_ < firstFailure_;
+    const bool isAfter = operations_ > firstFailure_ && extent_ == DiskFaultExtent::kOnce;
     if (isBefore || isAfter) return SQLITE_OK;
     ++failures_;
-    return fault_ == DiskFault::kFull ? SQLITE_FULL : AnswerWhenBroken(operation);
+    return fault_ == DiskFault::kFull ? SQLITE_FULL : BrokenDiskError(operation);
   }
 
-  void Stop() { first_ = 0; }
+  void Stop() { firstFailure_ = 0; }
 
   int Failures() const { return failures_; }
 
  private:
-  bool Concerns(Operation operation) const {
-    const bool needsRoom = operation == Operation::kWrite || operation == Operation::kSync;
-    return needsRoom || fault_ == DiskFault::kBroken;
+  bool Affects(Operation operation) const {
+    const bool needsSpace = operation == Operation::kWrite || operation == Operation::kSync;
+    return needsSpace || fault_ == DiskFault::kBroken;
   }
 
-  static int AnswerWhenBroken(Operation operation) {
+  static int BrokenDiskError(Operation operation) {
     switch (operation) {
       case Operation::kWrite:
         return SQLITE_IOERR_WRITE;
@@ -52,15 +52,15 @@ class FaultPlan {
     return SQLITE_IOERR;
   }
 
-  // 0: nothing fails.
-  int first_ = 0;
+  // The number of the first operation that fails, or 0 if none fails.
+  int firstFailure_ = 0;
   int operations_ = 0;
   int failures_ = 0;
   DiskFault fault_ = DiskFault::kFull;
   DiskFaultExtent extent_ = DiskFaultExtent::kOnce;
 };
 
-/// The functions of a kind of file, ours in front of the system's.
+/// A function table with our replacements, and the system's original table.
 struct LayeredMethods : sqlite3_io_methods {
   const sqlite3_io_methods* system = nullptr;
 };
@@ -71,17 +71,20 @@ const sqlite3_io_methods& SystemMethods(const sqlite3_file* file) {
 
 }  // namespace
 
-/// The engine calls plain functions, so that what they need is kept for the one disk there is.
+/// The VFS. SQLite calls plain functions, which find their object through `current_`, so only one
+/// object can exist.
 class FailingDisk::Layer {
  public:
   Layer() : system_(sqlite3_vfs_find(nullptr)) {
-    if (current_ != nullptr || system_ == nullptr) throw std::logic_error("no place for a disk");
+    if (current_ != nullptr || system_ == nullptr)
+      throw std::logic_error("a FailingDisk exists already, or SQLite has no VFS");
     layer_ = *system_;
     layer_.zName = "failing disk";
     layer_.pNext = nullptr;
     layer_.xOpen = Open;
     layer_.xDelete = Delete;
-    if (sqlite3_vfs_register(&layer_, 1) != SQLITE_OK) throw std::runtime_error("no disk");
+    if (sqlite3_vfs_register(&layer_, 1) != SQLITE_OK)
+      throw std::runtime_error("cannot register the VFS");
     current_ = this;
   }
 
@@ -105,25 +108,26 @@ class FailingDisk::Layer {
   }
 
   static int Delete(sqlite3_vfs*, const char* name, int) {
-    const int answer = current_->plan_.Answer(Operation::kDelete);
-    return answer == SQLITE_OK ? current_->system_->xDelete(current_->system_, name, 0) : answer;
+    const int error = current_->plan_.ErrorOf(Operation::kDelete);
+    return error == SQLITE_OK ? current_->system_->xDelete(current_->system_, name, 0) : error;
   }
 
   static int Write(sqlite3_file* file, const void* bytes, int count, sqlite3_int64 offset) {
-    const int answer = current_->plan_.Answer(Operation::kWrite);
-    const int room = answer == SQLITE_OK ? count : count / 2;
-    const int result = SystemMethods(file).xWrite(file, bytes, room, offset);
-    return answer == SQLITE_OK ? result : answer;
+    const int error = current_->plan_.ErrorOf(Operation::kWrite);
+    const int length = error == SQLITE_OK ? count : count / 2;
+    const int result = SystemMethods(file).xWrite(file, bytes, length, offset);
+    return error == SQLITE_OK ? result : error;
   }
 
   static int Truncate(sqlite3_file* file, sqlite3_int64 size) {
-    const int answer = current_->plan_.Answer(Operation::kTruncate);
-    return answer == SQLITE_OK ? SystemMethods(file).xTruncate(file, size) : answer;
+    const int error = current_->plan_.ErrorOf(Operation::kTruncate);
+    return error == SQLITE_OK ? SystemMethods(file).xTruncate(file, size) : error;
   }
 
-  static int Sync(sqlite3_file*, int) { return current_->plan_.Answer(Operation::kSync); }
+  static int Sync(sqlite3_file*, int) { return current_->plan_.ErrorOf(Operation::kSync); }
 
-  /// An open file stays the system's own; only the table of its functions is exchanged.
+  /// Returns the table that replaces the function table `system` of an open file. The file itself
+  /// stays unchanged.
   const LayeredMethods& Layered(const sqlite3_io_methods& system) {
     LayeredMethods& methods = methods_[&system];
     static_cast<sqlite3_io_methods&>(methods) = system;
@@ -152,7 +156,7 @@ void FailingDisk::FailAt(int n, DiskFault fault, DiskFaultExtent extent) {
   layer_->Plan() = FaultPlan(n, fault, extent);
 }
 
-void FailingDisk::Mend() {
+void FailingDisk::Repair() {
   layer_->Plan().Stop();
 }
 

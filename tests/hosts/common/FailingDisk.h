@@ -1,6 +1,5 @@
-// A disk that fails when it is told to. It stands between the database engine and the system, as
-// one of the engine's own file systems, and hands on everything but the operations that are to
-// fail.
+// Simulates a disk that fails. It is an SQLite VFS that forwards every operation to the system's
+// VFS, except the operations that must fail.
 #ifndef TESTS_HOSTS_COMMON_FAILINGDISK_H_
 #define TESTS_HOSTS_COMMON_FAILINGDISK_H_
 
@@ -8,23 +7,25 @@
 
 namespace hosts::common {
 
-/// What is wrong with the disk.
+/// The kind of failure.
 enum class DiskFault {
-  kFull,    ///< there is no room: writing and syncing fail, truncating and deleting do not
-  kBroken,  ///< nothing works that alters a file or makes it last
+  kFull,    ///< no space left: writes and syncs fail, truncation and deletion succeed
+  kBroken,  ///< every operation that changes or syncs a file fails
 };
 
-/// For how long.
+/// The number of operations that fail.
 enum class DiskFaultExtent {
   kOnce,      ///< one operation fails
-  kFromThen,  ///< that one and every one after it, until the disk is mended
+  kFromThen,  ///< that operation and all later ones fail, until `Repair`
 };
 
-/// While it lives, every database that this process opens lies on this disk. A write that fails has
-/// written the first half of its bytes, as when the room ends in the middle; any other operation
-/// that fails has done nothing. A sync that does not fail is only counted, since no power is cut.
+/// While an object of this class exists, every database that this process opens is on this disk. A
+/// failing write writes the first half of its bytes, as on a disk that becomes full. Any other
+/// failing operation does nothing. A sync that does not fail is only counted, because the tests do
+/// not simulate power failures.
 ///
-/// One at a time, and one thread at a time. What was opened on it must be closed before it goes.
+/// Only one object may exist at a time. Not thread-safe. Close all databases before the object is
+/// destroyed.
 class FailingDisk {
  public:
   FailingDisk();
@@ -32,13 +33,14 @@ class FailingDisk {
   FailingDisk(const FailingDisk&) = delete;
   FailingDisk& operator=(const FailingDisk&) = delete;
 
-  /// Of the operations that the fault concerns, the n-th from here on fails (1: the next).
+  /// Makes the n-th operation from now on fail; 1 is the next one. Counts only operations that the
+  /// fault affects.
   void FailAt(int n, DiskFault fault, DiskFaultExtent extent);
 
-  /// From here on nothing fails.
-  void Mend();
+  /// Stops all failures.
+  void Repair();
 
-  /// How many operations have failed since `FailAt`.
+  /// Returns the number of operations that have failed since `FailAt`.
   int Failures() const;
 
  private:

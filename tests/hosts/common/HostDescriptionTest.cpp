@@ -87,10 +87,10 @@ TEST(HostDescription, HasADefaultForEveryFeatureMember) {
   EXPECT_FALSE(feature.availableForUser);
 }
 
-TEST(HostDescription, NamesFilePathAndProblemOfEveryMistake) {
+TEST(HostDescription, ErrorsNameTheFileThePathAndTheProblem) {
   const struct {
     std::string_view json;
-    std::string_view place;
+    std::string_view location;
     std::string_view message;
   } cases[] = {
       {"", "host.json: line 1, column 1: ", "not valid JSON"},
@@ -123,22 +123,22 @@ TEST(HostDescription, NamesFilePathAndProblemOfEveryMistake) {
       {R"({"state":{}})", "host.json: ", R"(unknown member "state")"},
       {R"({"callbacks":"both"})", "host.json: ", R"(unknown member "callbacks")"},
   };
-  for (const auto& [json, place, message] : cases) {
+  for (const auto& [json, location, message] : cases) {
     EXPECT_THAT(ErrorOf(json),
-                AllOf(StartsWith(std::string(place)), HasSubstr(std::string(message))))
+                AllOf(StartsWith(std::string(location)), HasSubstr(std::string(message))))
         << json;
   }
 }
 
-// The list of members of the format. It changes only together with schema/ and docs/.
-TEST(HostDescription, ListsAllMembersInTheErrorForAnUnknownOne) {
+// Change this list of members only together with schema/ and docs/.
+TEST(HostDescription, TheErrorForAnUnknownMemberListsAllMembers) {
   EXPECT_EQ(ErrorOf(R"({"x":1})"),
             R"(host.json: unknown member "x"; known members: "clientVersion", "buildNumber", )"
             R"("platform", "terminating", "usageLogging", "internalFeaturesAllowed", )"
             R"("betaFeatures", "debug", "dictionary", "$schema")");
 }
 
-TEST(HostDescription, AcceptsASchemaPathAndDoesNotFollowIt) {
+TEST(HostDescription, AcceptsASchemaPathWithoutReadingTheFile) {
   EXPECT_EQ(ParseHostDescription(R"({"$schema":"/nowhere/x.json","platform":"Win"})", "host.json")
                 .platform,
             "Win");
@@ -151,13 +151,13 @@ TEST(HostDescription, ReadsAFile) {
   const std::filesystem::path bad = folder.Write("bad.json", R"({"platform":1})");
   try {
     ReadHostDescription(bad);
-    FAIL() << "read a number as a platform";
+    FAIL() << "accepted a number as the platform";
   } catch (const JsonError& error) {
     EXPECT_THAT(error.what(), StartsWith(bad.string() + ": /platform: expected a text"));
   }
 }
 
-TEST(HostDescription, NamesAFileThatCannotBeRead) {
+TEST(HostDescription, ReportsAFileThatCannotBeRead) {
   const test_support::TemporaryFolder folder;
   const std::filesystem::path files[] = {folder.Path() / "none.json", folder.Path()};
   for (const std::filesystem::path& file : files) {
@@ -170,7 +170,7 @@ TEST(HostDescription, NamesAFileThatCannotBeRead) {
   }
 }
 
-TEST(HostMembers, ReplaceThoseOfTheHostThatTheObjectHas) {
+TEST(HostMembers, AreReplacedIfTheObjectHasThem) {
   HostDescription host;
   ReadHostMembers(JsonReader(JsonDocument::Parse(
                       R"({"platform":"Win","debug":{"a":"1","b":"2"},"other":1,
@@ -236,7 +236,7 @@ TEST_F(InstallHostTest, BuildsTheFeatureTable) {
   EXPECT_FALSE(IsAvailableForUserEnablement("b"));
 }
 
-TEST_F(InstallHostTest, ServicesAloneKeepTheDebugDatabase) {
+TEST_F(InstallHostTest, InstallHostServicesKeepsTheDebugDatabase) {
   host_.SetDebugEntry("kept", "1");
   HostDescription host;
   host.platform = "Win";

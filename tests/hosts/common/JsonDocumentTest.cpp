@@ -13,7 +13,7 @@ namespace {
 using ::testing::AllOf;
 using ::testing::HasSubstr;
 
-/// The message that parsing gives, empty when it succeeds.
+/// Returns the error message of parsing `text`, or an empty string on success.
 std::string ErrorOf(std::string_view text) {
   try {
     JsonDocument::Parse(text, "file.json");
@@ -27,7 +27,7 @@ std::string Nested(std::size_t depth) {
   return std::string(depth, '[') + std::string(depth, ']');
 }
 
-TEST(JsonDocument, BuildsTheSameValueAsTheLibraryItself) {
+TEST(JsonDocument, BuildsTheSameValueAsNlohmannJson) {
   const std::string_view texts[] = {"null",
                                     "true",
                                     "-9223372036854775808",
@@ -47,7 +47,7 @@ TEST(JsonDocument, BuildsTheSameValueAsTheLibraryItself) {
 TEST(JsonDocument, ReportsLineAndColumnOfInvalidJson) {
   const struct {
     std::string_view text;
-    std::string_view place;
+    std::string_view location;
   } cases[] = {
       {"", "line 1, column 1"},
       {"{\"a\": nul}", "line 1, column 10"},
@@ -62,9 +62,9 @@ TEST(JsonDocument, ReportsLineAndColumnOfInvalidJson) {
       {"[\"line\nbreak\"]", "line 1, column 7"},
       {"// note\n[]", "line 1, column 1"},
   };
-  for (const auto& [text, place] : cases) {
+  for (const auto& [text, location] : cases) {
     const std::string error = ErrorOf(text);
-    EXPECT_THAT(error, HasSubstr("file.json: " + std::string(place) + ": not valid JSON: "))
+    EXPECT_THAT(error, HasSubstr("file.json: " + std::string(location) + ": not valid JSON: "))
         << text;
   }
 }
@@ -94,7 +94,7 @@ TEST(JsonDocument, WritesMessagesOnOneLine) {
   EXPECT_EQ(JsonMessage("a\xC2\x9B", "", "\xC2\xA0\xC2\t"), "a\\u009b: \xC2\xA0\uFFFD\\u0009");
 }
 
-// The parser quotes the unreadable text and escapes fewer characters than we do.
+// The parser quotes invalid input, but does not escape DEL and U+0080 to U+009F.
 TEST(JsonDocument, EscapesControlCharactersThatTheParserQuotes) {
   EXPECT_THAT(ErrorOf("{\x7F}"), HasSubstr("\\u007f"));
   EXPECT_THAT(ErrorOf("[\"\xC2\x9B\" x"), HasSubstr("\\u009b"));

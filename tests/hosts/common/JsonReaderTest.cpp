@@ -15,7 +15,7 @@ using ::testing::Pair;
 
 using Limits = std::numeric_limits<std::int64_t>;
 
-/// What reading gives as an error, empty when it succeeds.
+/// Returns the error message of `read`, or an empty string on success.
 std::string ErrorOf(std::string_view json, const std::function<void(const JsonReader&)>& read) {
   const JsonDocument document = JsonDocument::Parse(json, "file.json");
   try {
@@ -31,7 +31,7 @@ std::int64_t IntegerOf(std::string_view json, std::int64_t minimum, std::int64_t
   return JsonReader(document).Integer(minimum, maximum);
 }
 
-TEST(JsonReader, ReadsEachKindOfValue) {
+TEST(JsonReader, ReadsEachType) {
   const JsonDocument document =
       JsonDocument::Parse(R"({"text":"a\u0000b","yes":true,"number":-7,"array":[1,"x"]})", "x");
   const JsonReader reader(document);
@@ -43,7 +43,7 @@ TEST(JsonReader, ReadsEachKindOfValue) {
   EXPECT_EQ(elements[1].Text(), "x");
 }
 
-TEST(JsonReader, ReportsTheExpectedAndTheFoundKind) {
+TEST(JsonReader, ReportsTheExpectedTypeAndTheValueFound) {
   const auto text = [](const JsonReader& reader) { reader.Member("a").Text(); };
   const struct {
     std::string_view json;
@@ -64,7 +64,7 @@ TEST(JsonReader, ReportsTheExpectedAndTheFoundKind) {
             R"(file.json: expected true or false, found the text "a\"\n")");
 }
 
-// Quoting as JSON does not escape DEL and U+0080 to U+009F.
+// JSON quoting does not escape DEL and U+0080 to U+009F.
 TEST(JsonReader, EscapesControlCharactersInQuotations) {
   EXPECT_EQ(ErrorOf("\"\x7F\xC2\x9B\"", [](const JsonReader& reader) { reader.Boolean(); }),
             R"(file.json: expected true or false, found the text "\u007f\u009b")");
@@ -72,14 +72,14 @@ TEST(JsonReader, EscapesControlCharactersInQuotations) {
             R"(file.json: unknown member "\u007f"; known members: "a")");
 }
 
-TEST(JsonReader, CutsLongTextsInMessages) {
+TEST(JsonReader, CutsLongStringsInMessages) {
   const std::string json = '"' + std::string(5000, 'x') + '"';
   EXPECT_EQ(
       ErrorOf(json, [](const JsonReader& reader) { reader.Boolean(); }),
       "file.json: expected true or false, found the text \"" + std::string(60, 'x') + "\"...");
 }
 
-TEST(JsonReader, ReadsIntegersWithinTheRangeOnly) {
+TEST(JsonReader, AcceptsOnlyIntegersInTheRange) {
   EXPECT_EQ(IntegerOf("0", 0, 255), 0);
   EXPECT_EQ(IntegerOf("255", 0, 255), 255);
   EXPECT_EQ(IntegerOf("-1", -1, -1), -1);
@@ -120,7 +120,7 @@ TEST(JsonReader, FindsMembers) {
             "file.json: expected an object, found the number 7");
 }
 
-TEST(JsonReader, ReadsObjectsOfTexts) {
+TEST(JsonReader, ReadsObjectsOfStrings) {
   const JsonDocument document = JsonDocument::Parse(R"({"b":"2","a":"1"})", "file.json");
   EXPECT_THAT(JsonReader(document).Texts(), ElementsAre(Pair("a", "1"), Pair("b", "2")));
   EXPECT_EQ(ErrorOf(R"({"a":1})", [](const JsonReader& reader) { reader.Texts(); }),

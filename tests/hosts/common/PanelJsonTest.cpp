@@ -32,7 +32,7 @@ TEST(PanelJson, WritesTheRatingMap) {
             RatingItemsJson(items));
 }
 
-TEST(PanelJson, AMissingRatingMapIsNull) {
+TEST(PanelJson, WritesNullForAMissingRatingMap) {
   EXPECT_EQ(json(), RatingItemsJson(nullptr));
 }
 

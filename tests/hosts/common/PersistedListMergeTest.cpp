@@ -25,14 +25,14 @@ INSTANTIATE_TEST_SUITE_P(
     Cases, PersistedListMerge,
     testing::Values(MergeCase{"", "", "", ""}, MergeCase{"", "", "a", "a"},
                     MergeCase{"a", "a", "a", "a"}, MergeCase{"a", "a", "a b", "a b"},
-                    // Another program has stored c in the meantime.
+                    // Another program has stored c since the read.
                     MergeCase{"a c", "a", "a b", "a b c"},
-                    // The writer dropped an element: the stored one stays.
+                    // The writer dropped an element. The stored element stays.
                     MergeCase{"a b", "a b", "a", "a b"},
-                    // Another program has reset the store: elements from before the reset are not
-                    // added again, whatever their order.
+                    // Another program has reset the store. Elements from before the reset are not
+                    // added again, in any order.
                     MergeCase{"", "a b", "a b c", "c"}, MergeCase{"", "b a", "c b a", "c"},
-                    // A text that the library did not write: duplicate elements and spaces.
+                    // The library does not write lists with duplicate elements or extra spaces.
                     MergeCase{"b b  a", "", "a  c", "a b c"},
                     MergeCase{"2.0 10.0", "", "1.0", "1.0 10.0 2.0"}));
 

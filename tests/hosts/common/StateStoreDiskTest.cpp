@@ -1,6 +1,6 @@
-// Disks that fail at every place where they can: in each thing that is remembered, the first
-// operation on the disk fails, then the second, and so on until there is none left to fail. What
-// was acknowledged is there afterwards, what was not is not, and the next writing works.
+// Tests the store on a disk that fails. For each kind of change, the first disk operation fails,
+// then the second, and so on until every operation has failed once. Afterwards, the store must have
+// every change that succeeded and none that failed, and the next write must succeed.
 #include <filesystem>
 #include <iostream>
 #include <ostream>
@@ -27,7 +27,7 @@ using testing::AllOf;
 using testing::HasSubstr;
 
 constexpr char kFeature[] = "EPIC-7";
-// Identities that fill several pages of the database, so that it grows and is cut back again.
+// Enough identities to fill several pages of the database, so that it grows and is truncated again.
 constexpr int kChanges = 300;
 
 std::string Data() {
@@ -41,7 +41,7 @@ std::string Data() {
   return file.Text();
 }
 
-/// One run of a host: its list, and the store that remembers for it.
+/// One run of a host: its list and its store.
 class Session {
  public:
   explicit Session(const std::filesystem::path& file)
@@ -56,30 +56,30 @@ class Session {
   ornwhatsnew::FeatureListData list_;
 };
 
-/// Something that is remembered: what the user does, and the call that writes it.
-struct Deed {
+/// A kind of change: what the user does, and the call that writes it.
+struct Change {
   const char* name;
-  bool isFirst;  ///< there is no store before
-  void (*act)(Session&);
+  bool isFirst;  ///< the store does not exist before
+  void (*apply)(Session&);
   void (*write)(StateStore&);
 };
 
-void PrintTo(const Deed& deed, std::ostream* out) {
-  *out << deed.name;
+void PrintTo(const Change& change, std::ostream* out) {
+  *out << change.name;
 }
 
 void Commit(StateStore& store) {
   store.Commit();
 }
 
-const Deed kDeeds[] = {
+const Change kTestedChanges[] = {
     {"FirstDisplay", true, [](Session& session) { session.Show(); }, Commit},
     {"Display", false, [](Session& session) { session.Show(); }, Commit},
     {"Rating", false, [](Session& session) { session.Rate(); }, Commit},
     {"Reset", false, [](Session&) {}, [](StateStore& store) { store.Reset(); }},
 };
 
-using Case = std::tuple<Deed, DiskFault, DiskFaultExtent>;
+using Case = std::tuple<Change, DiskFault, DiskFaultExtent>;
 
 class StateStoreDiskTest : public testing::TestWithParam<Case> {
  protected:
@@ -88,18 +88,20 @@ class StateStoreDiskTest : public testing::TestWithParam<Case> {
     ShowAndCommit(FileBefore(), "25.1");
     host_.SetClientVersion("25.2");
     const std::filesystem::path file = NewStore();
-    before_ = Kept(file);
+    before_ = StoredValues(file);
     Session session(file);
-    TheDeed().act(session);
-    TheDeed().write(session.Store());
-    after_ = Kept(file);
+    TestedChange().apply(session);
+    TestedChange().write(session.Store());
+    after_ = StoredValues(file);
     ShowAndCommit(file, "25.3");
-    later_ = Kept(file);
+    later_ = StoredValues(file);
   }
 
-  static const Deed& TheDeed() { return std::get<Deed>(GetParam()); }
+  static const Change& TestedChange() { return std::get<Change>(GetParam()); }
 
-  static StateValues Kept(const std::filesystem::path& file) { return StateStore(file).Values(); }
+  static StateValues StoredValues(const std::filesystem::path& file) {
+    return StateStore(file).Values();
+  }
 
   void ShowAndCommit(const std::filesystem::path& file, const std::string& version) {
     host_.SetClientVersion(version);
@@ -111,12 +113,12 @@ class StateStoreDiskTest : public testing::TestWithParam<Case> {
 
   std::filesystem::path FileBefore() const { return folder_.Path() / "before.db"; }
 
-  /// A store as it is before the deed.
+  /// Creates a store without the tested change and returns its path.
   std::filesystem::path NewStore() const {
-    const std::filesystem::path folder = folder_.Path() / "tried";
+    const std::filesystem::path folder = folder_.Path() / "tested";
     std::filesystem::remove_all(folder);
     std::filesystem::create_directory(folder);
-    if (!TheDeed().isFirst) std::filesystem::copy(FileBefore(), folder / "state.db");
+    if (!TestedChange().isFirst) std::filesystem::copy(FileBefore(), folder / "state.db");
     return folder / "state.db";
   }
 
@@ -124,7 +126,7 @@ class StateStoreDiskTest : public testing::TestWithParam<Case> {
     disk_.FailAt(n, std::get<DiskFault>(GetParam()), std::get<DiskFaultExtent>(GetParam()));
   }
 
-  static void ExpectSaysWhatToDo(const std::string& error, const std::filesystem::path& file) {
+  static void ExpectHelpfulMessage(const std::string& error, const std::filesystem::path& file) {
     const bool isFull = std::get<DiskFault>(GetParam()) == DiskFault::kFull;
     const char* const reason =
         isFull ? "could not be written: the disk is full" : "could not be read or written";
@@ -134,43 +136,43 @@ class StateStoreDiskTest : public testing::TestWithParam<Case> {
                              HasSubstr(advice), HasSubstr("--state")));
   }
 
-  /// A store that was left in the middle is put in order by whoever reads it next. The disk fails
-  /// at every place of that, too: the store may be refused then, but never read wrongly.
-  void ExpectReadRightOrRefused(const std::filesystem::path& file, const StateValues& expected) {
+  /// The next read rolls back an interrupted write. Each disk operation of that read fails in turn.
+  /// The read may then fail, but must never return wrong values.
+  void ExpectCorrectValuesOrError(const std::filesystem::path& file, const StateValues& expected) {
     int n = 0;
     do {
       FailAt(++n);
       StateValues values;
-      const std::string error = StoreErrorOf([&] { values = Kept(file); });
+      const std::string error = StoreErrorOf([&] { values = StoredValues(file); });
       if (error.empty()) {
         EXPECT_EQ(values, expected);
       } else {
-        ExpectSaysWhatToDo(error, file);
+        ExpectHelpfulMessage(error, file);
       }
-      if (disk_.Failures() > 0) ++failedPlaces_;
+      if (disk_.Failures() > 0) ++failedOperations_;
     } while (disk_.Failures() > 0 && !HasFailure());
   }
 
-  /// Whether there was an n-th operation to fail.
-  bool FailOne(int n) {
+  /// Tests a failure of the n-th operation. Returns false if there are fewer operations.
+  bool TestFailureOf(int n) {
     const std::filesystem::path file = NewStore();
     Session session(file);
-    TheDeed().act(session);
+    TestedChange().apply(session);
     FailAt(n);
-    const std::string error = StoreErrorOf([&] { TheDeed().write(session.Store()); });
+    const std::string error = StoreErrorOf([&] { TestedChange().write(session.Store()); });
     const bool hasFailed = disk_.Failures() > 0;
-    if (hasFailed) ++failedPlaces_;
+    if (hasFailed) ++failedOperations_;
     const StateValues& expected = error.empty() ? after_ : before_;
-    ExpectReadRightOrRefused(file, expected);
-    disk_.Mend();
+    ExpectCorrectValuesOrError(file, expected);
+    disk_.Repair();
 
     EXPECT_TRUE(hasFailed || error.empty()) << error;
-    if (!error.empty()) ExpectSaysWhatToDo(error, file);
-    EXPECT_EQ(Kept(file), expected);
-    TheDeed().write(session.Store());
-    EXPECT_EQ(Kept(file), after_);
+    if (!error.empty()) ExpectHelpfulMessage(error, file);
+    EXPECT_EQ(StoredValues(file), expected);
+    TestedChange().write(session.Store());
+    EXPECT_EQ(StoredValues(file), after_);
     ShowAndCommit(file, "25.3");
-    EXPECT_EQ(Kept(file), later_);
+    EXPECT_EQ(StoredValues(file), later_);
     return hasFailed;
   }
 
@@ -180,25 +182,25 @@ class StateStoreDiskTest : public testing::TestWithParam<Case> {
   StateValues after_;
   StateValues later_;
   FailingDisk disk_;
-  int failedPlaces_ = 0;
+  int failedOperations_ = 0;
 };
 
-TEST_P(StateStoreDiskTest, LosesNothingWhereverItFails) {
+TEST_P(StateStoreDiskTest, KeepsTheStateIfAnyOperationFails) {
   ASSERT_NE(before_, after_);
   int n = 1;
-  while (FailOne(n) && !HasFailure()) ++n;
-  std::cout << failedPlaces_ << " operations failed in turn\n";
-  EXPECT_GT(failedPlaces_, 0);
+  while (TestFailureOf(n) && !HasFailure()) ++n;
+  std::cout << failedOperations_ << " operations failed in turn\n";
+  EXPECT_GT(failedOperations_, 0);
 }
 
 std::string NameOf(const testing::TestParamInfo<Case>& info) {
-  const auto& [deed, fault, extent] = info.param;
-  return std::string(deed.name) + (fault == DiskFault::kFull ? "Full" : "Broken") +
+  const auto& [change, fault, extent] = info.param;
+  return std::string(change.name) + (fault == DiskFault::kFull ? "Full" : "Broken") +
          (extent == DiskFaultExtent::kOnce ? "Once" : "FromThen");
 }
 
 INSTANTIATE_TEST_SUITE_P(Disks, StateStoreDiskTest,
-                         testing::Combine(testing::ValuesIn(kDeeds),
+                         testing::Combine(testing::ValuesIn(kTestedChanges),
                                           testing::Values(DiskFault::kFull, DiskFault::kBroken),
                                           testing::Values(DiskFaultExtent::kOnce,
                                                           DiskFaultExtent::kFromThen)),

@@ -1,5 +1,6 @@
-// Files that are no store of ours, stores that cannot be read or written, and stores that another
-// program holds: each is refused with a message that says what to do, and nothing is lost.
+// Tests files that are not state stores, stores that cannot be read or written, and stores that
+// another program has locked. Each is rejected with a message that gives advice, and no data is
+// lost.
 #include <chrono>
 #include <csignal>
 #include <filesystem>
@@ -32,7 +33,7 @@ using testing::HasSubstr;
 constexpr std::string_view kKey = "A.Key";
 constexpr uid_t kNobody = 65534;
 
-/// All files of a folder with what they hold.
+/// Returns the names and the contents of all files in a folder.
 std::map<std::string, std::string> Content(const std::filesystem::path& folder) {
   std::map<std::string, std::string> content;
   for (const auto& entry : std::filesystem::directory_iterator(folder)) {
@@ -45,14 +46,14 @@ class StateStoreFaultTest : public testing::Test {
  protected:
   std::filesystem::path File() const { return folder_.Path() / "state.db"; }
 
-  void Keep(std::string_view key, std::string_view value) const {
+  void WriteValue(std::string_view key, std::string_view value) const {
     StateStore store(File());
     store.Set(key, value);
     store.Commit();
   }
 
-  /// The file is refused for reading, writing and forgetting, and nothing in its folder changes.
-  void ExpectRefused(std::string_view reason) const {
+  /// Expects an error for reading and for writing, and no change in the file's folder.
+  void ExpectRejected(std::string_view reason) const {
     const auto before = Content(folder_.Path());
     const auto isClear = AllOf(HasSubstr("'" + File().native() + "'"),
                                HasSubstr(std::string(reason)), HasSubstr("--state"));
@@ -67,22 +68,23 @@ class StateStoreFaultTest : public testing::Test {
   test_support::TemporaryFolder folder_;
 };
 
-TEST_F(StateStoreFaultTest, RefusesTextAndGarbage) {
+TEST_F(StateStoreFaultTest, RejectsTextAndGarbage) {
   for (const std::string& bytes : {std::string("x"), std::string("Version,Epic\n1,2\n"),
                                    std::string(5000, '\0'), std::string(5000, '\xFF')}) {
     folder_.Write("state.db", bytes);
-    ExpectRefused("no state store");
+    ExpectRejected("no state store");
   }
 }
 
-TEST_F(StateStoreFaultTest, RefusesADatabaseOfAnotherProgram) {
+TEST_F(StateStoreFaultTest, RejectsADatabaseOfAnotherProgram) {
   SQLite::Database(File().c_str(), SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE)
       .exec("CREATE TABLE kept_value (key TEXT PRIMARY KEY, value TEXT)");
-  ExpectRefused("another program");
+  ExpectRejected("another program");
 }
 
-TEST_F(StateStoreFaultTest, RefusesADatabaseOfAnotherProgramWithoutTouchingItsLog) {
-  // A crashed program leaves its write-ahead log; whoever opens the database next folds it in.
+TEST_F(StateStoreFaultTest, RejectsADatabaseOfAnotherProgramWithoutChangingItsLog) {
+  // A crashed program leaves its write-ahead log. The next program that opens the database applies
+  // the log.
   test_support::TemporaryFolder live;
   SQLite::Database other((live.Path() / "state.db").c_str(),
                          SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE);
@@ -90,10 +92,10 @@ TEST_F(StateStoreFaultTest, RefusesADatabaseOfAnotherProgramWithoutTouchingItsLo
   other.exec("CREATE TABLE t (x)");
   std::filesystem::copy(live.Path(), folder_.Path());
   ASSERT_TRUE(std::filesystem::exists(folder_.Path() / "state.db-wal"));
-  ExpectRefused("another program");
+  ExpectRejected("another program");
 }
 
-TEST_F(StateStoreFaultTest, RefusesADatabaseOfAnotherProgramWithoutTouchingItsJournal) {
+TEST_F(StateStoreFaultTest, RejectsADatabaseOfAnotherProgramWithoutChangingItsJournal) {
   test_support::TemporaryFolder live;
   const std::string file = live.Path() / "state.db";
   SQLite::Database other(file.c_str(), SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE);
@@ -103,50 +105,50 @@ TEST_F(StateStoreFaultTest, RefusesADatabaseOfAnotherProgramWithoutTouchingItsJo
       "INSERT INTO t SELECT i FROM n");
   std::filesystem::copy(live.Path(), folder_.Path());
   ASSERT_TRUE(std::filesystem::exists(folder_.Path() / "state.db-journal"));
-  ExpectRefused("another program");
+  ExpectRejected("another program");
 }
 
-TEST_F(StateStoreFaultTest, RefusesAStoreOfANewerVersion) {
-  Keep(kKey, "text");
+TEST_F(StateStoreFaultTest, RejectsAStoreOfANewerVersion) {
+  WriteValue(kKey, "text");
   SQLite::Database(File().c_str(), SQLite::OPEN_READWRITE).exec("PRAGMA user_version = 2");
-  ExpectRefused("newer version");
+  ExpectRejected("newer version");
 }
 
-TEST_F(StateStoreFaultTest, RefusesATruncatedStore) {
-  Keep(kKey, std::string(20'000, 'x'));
+TEST_F(StateStoreFaultTest, RejectsATruncatedStore) {
+  WriteValue(kKey, std::string(20'000, 'x'));
   const std::string whole = ReadTextFile(File());
   for (const std::size_t size :
        {std::size_t{16}, std::size_t{99}, std::size_t{100}, std::size_t{4095}, std::size_t{4096},
         std::size_t{8192}, whole.size() - 1}) {
     SCOPED_TRACE(size);
     folder_.Write("state.db", whole.substr(0, size));
-    ExpectRefused("damaged or cut short");
+    ExpectRejected("damaged or cut short");
   }
 }
 
-TEST_F(StateStoreFaultTest, RefusesAStoreWithDestroyedPages) {
-  Keep(kKey, "text");
+TEST_F(StateStoreFaultTest, RejectsAStoreWithDestroyedPages) {
+  WriteValue(kKey, "text");
   std::string bytes = ReadTextFile(File());
   for (std::size_t i = 100; i < bytes.size(); ++i) bytes[i] = '\xA5';
   folder_.Write("state.db", bytes);
-  ExpectRefused("damaged or cut short");
+  ExpectRejected("damaged or cut short");
 }
 
-TEST_F(StateStoreFaultTest, RefusesAFolder) {
+TEST_F(StateStoreFaultTest, RejectsAFolder) {
   std::filesystem::create_directory(File());
-  ExpectRefused("it is a folder");
+  ExpectRejected("it is a folder");
 }
 
-TEST_F(StateStoreFaultTest, RefusesAPipeWithoutWaitingForIt) {
+TEST_F(StateStoreFaultTest, RejectsAPipeWithoutWaitingForIt) {
   ASSERT_EQ(0, ::mkfifo(File().c_str(), 0600));
-  ExpectRefused("no regular file");
+  ExpectRejected("no regular file");
 }
 
-TEST_F(StateStoreFaultTest, RefusesADevice) {
+TEST_F(StateStoreFaultTest, RejectsADevice) {
   EXPECT_THAT(StoreErrorOf([] { StateStore store("/dev/full"); }), HasSubstr("no regular file"));
 }
 
-TEST_F(StateStoreFaultTest, RefusesANameBelowAFile) {
+TEST_F(StateStoreFaultTest, RejectsAPathBelowAFile) {
   folder_.Write("file", "x");
   const std::filesystem::path below = folder_.Path() / "file" / "state.db";
   const std::string error = StoreErrorOf([&] {
@@ -158,21 +160,21 @@ TEST_F(StateStoreFaultTest, RefusesANameBelowAFile) {
   EXPECT_EQ("x", ReadTextFile(folder_.Path() / "file"));
 }
 
-/// Another program that holds the store, with a lock of the given strength.
+/// Another program that locks the store. `begin` is the SQL statement that sets the lock.
 class Holder {
  public:
   Holder(const std::filesystem::path& file, const std::string& begin)
       : database_(file.c_str(), SQLite::OPEN_READWRITE) {
     database_.exec(begin);
   }
-  void LetGo() { database_.exec("ROLLBACK"); }
+  void Release() { database_.exec("ROLLBACK"); }
 
  private:
   SQLite::Database database_;
 };
 
-TEST_F(StateStoreFaultTest, WaitsABoundedTimeForAWriterThatHangs) {
-  Keep(kKey, "old");
+TEST_F(StateStoreFaultTest, WaitsALimitedTimeForAWriterThatHangs) {
+  WriteValue(kKey, "old");
   StateStore store(File(), milliseconds(100));
   Holder holder(File(), "BEGIN EXCLUSIVE");
   store.Set(kKey, "new");
@@ -182,14 +184,14 @@ TEST_F(StateStoreFaultTest, WaitsABoundedTimeForAWriterThatHangs) {
   EXPECT_THAT(StoreErrorOf([&] { store.Refresh(); }), isClear);
   EXPECT_THAT(StoreErrorOf([&] { store.Reset(); }), isClear);
   EXPECT_EQ("new", store.Get(kKey));
-  holder.LetGo();
+  holder.Release();
   EXPECT_EQ("old", StateStore(File()).Get(kKey));
   store.Commit();
   EXPECT_EQ("new", StateStore(File()).Get(kKey));
 }
 
 TEST_F(StateStoreFaultTest, CanBeReadWhileAnotherProgramPreparesToWrite) {
-  Keep(kKey, "old");
+  WriteValue(kKey, "old");
   Holder holder(File(), "BEGIN IMMEDIATE");
   StateStore store(File(), milliseconds(100));
   EXPECT_EQ("old", store.Get(kKey));
@@ -198,20 +200,20 @@ TEST_F(StateStoreFaultTest, CanBeReadWhileAnotherProgramPreparesToWrite) {
 }
 
 TEST_F(StateStoreFaultTest, WaitsForAReaderBeforeItCommits) {
-  Keep(kKey, "old");
+  WriteValue(kKey, "old");
   Holder reader(File(), "BEGIN; SELECT * FROM kept_value");
   StateStore store(File(), milliseconds(100));
   store.Set(kKey, "new");
   EXPECT_THAT(StoreErrorOf([&] { store.Commit(); }), HasSubstr("held by another program"));
-  reader.LetGo();
+  reader.Release();
   store.Commit();
   EXPECT_EQ("new", StateStore(File()).Get(kKey));
 }
 
 TEST_F(StateStoreFaultTest, AFullDiskLosesNothing) {
-  Keep(kAllSeenItemsKey, "a");
-  Keep(kKey, "old");
-  const bool went = InChildProcess([this] {
+  WriteValue(kAllSeenItemsKey, "a");
+  WriteValue(kKey, "old");
+  const bool succeeded = InChildProcess([this] {
     std::signal(SIGXFSZ, SIG_IGN);
     rlimit limit{};
     ::getrlimit(RLIMIT_FSIZE, &limit);
@@ -229,12 +231,13 @@ TEST_F(StateStoreFaultTest, AFullDiskLosesNothing) {
     store.Commit();
     return !testing::Test::HasFailure();
   });
-  EXPECT_TRUE(went);
+  EXPECT_TRUE(succeeded);
   EXPECT_EQ("a b", StateStore(File()).Get(kAllSeenItemsKey));
   EXPECT_EQ(1'000'000U, StateStore(File()).Get(kKey).size());
 }
 
-/// Runs `work` as somebody whom the permissions of files bind.
+/// Runs `work` in a child process without privileges, because file permissions do not apply to
+/// root.
 bool AsOrdinaryUser(const std::function<bool()>& work) {
   return InChildProcess([&work] {
     if (::getuid() == 0 && (::setgid(kNobody) != 0 || ::setuid(kNobody) != 0)) return false;
@@ -242,8 +245,8 @@ bool AsOrdinaryUser(const std::function<bool()>& work) {
   });
 }
 
-TEST_F(StateStoreFaultTest, AReadOnlyFolderCanBeReadAndNotWritten) {
-  Keep(kKey, "old");
+TEST_F(StateStoreFaultTest, AStoreInAReadOnlyFolderCanOnlyBeRead) {
+  WriteValue(kKey, "old");
   std::filesystem::permissions(File(), std::filesystem::perms{0444});
   std::filesystem::permissions(folder_.Path(), std::filesystem::perms{0555});
   const auto before = Content(folder_.Path());
@@ -260,7 +263,7 @@ TEST_F(StateStoreFaultTest, AReadOnlyFolderCanBeReadAndNotWritten) {
   std::filesystem::permissions(folder_.Path(), std::filesystem::perms{0755});
 }
 
-TEST_F(StateStoreFaultTest, AFolderThatCannotBeMadeIsNamed) {
+TEST_F(StateStoreFaultTest, NamesAFolderThatCannotBeCreated) {
   std::filesystem::permissions(folder_.Path(), std::filesystem::perms{0555});
   EXPECT_TRUE(AsOrdinaryUser([this] {
     const std::filesystem::path folder = folder_.Path() / "new";
@@ -274,8 +277,8 @@ TEST_F(StateStoreFaultTest, AFolderThatCannotBeMadeIsNamed) {
   std::filesystem::permissions(folder_.Path(), std::filesystem::perms{0755});
 }
 
-TEST_F(StateStoreFaultTest, AStoreThatMayNotBeReadIsNamed) {
-  Keep(kKey, "old");
+TEST_F(StateStoreFaultTest, NamesAStoreWithoutReadPermission) {
+  WriteValue(kKey, "old");
   std::filesystem::permissions(File(), std::filesystem::perms{0000});
   std::filesystem::permissions(folder_.Path(), std::filesystem::perms{0755});
   EXPECT_TRUE(AsOrdinaryUser([this] {

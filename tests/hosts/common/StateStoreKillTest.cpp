@@ -1,5 +1,5 @@
-// Programs killed in the middle of their work. After each kill the store must open again, hold
-// whole display passes only, and lack none that a program was told is kept.
+// Kills programs while they write. After each kill, the store must open and hold complete passes
+// only, including every pass that a program had committed.
 //
 // ORNWHATSNEW_TEST_KILLS sets the number of kills; `./dev kills` sets it high.
 #include <algorithm>
@@ -33,20 +33,20 @@ constexpr unsigned kSeed = 25'142;
 constexpr int kWriters = 2;
 constexpr int kKills = 200;
 
-std::string Piece(int writer, int pass) {
+std::string Element(int writer, int pass) {
   return std::to_string(writer) + "." + std::to_string(pass);
 }
 
-/// Writes one pass after the other and says through the pipe which ones are kept.
+/// Writes passes one after the other. Sends the number of each committed pass through the pipe.
 [[noreturn]] void WritePasses(const std::filesystem::path& file, int writer, int firstPass,
                               int acknowledge) {
   try {
     for (int pass = firstPass;; ++pass) {
       StateStore store(file);
-      const std::string piece = Piece(writer, pass);
-      store.Set(kAllSeenItemsKey, store.Get(kAllSeenItemsKey) + " " + piece);
-      store.Set(kLastVersionSeenKey, piece);
-      store.Set(kAllVersionsSeenKey, store.Get(kAllVersionsSeenKey) + " " + piece);
+      const std::string element = Element(writer, pass);
+      store.Set(kAllSeenItemsKey, store.Get(kAllSeenItemsKey) + " " + element);
+      store.Set(kLastVersionSeenKey, element);
+      store.Set(kAllVersionsSeenKey, store.Get(kAllVersionsSeenKey) + " " + element);
       store.Commit();
       if (::write(acknowledge, &pass, sizeof pass) != sizeof pass) ::_exit(2);
     }
@@ -71,12 +71,12 @@ class Writer {
     acknowledged_ = ends[0];
   }
 
-  /// Kills it; answers the last pass that it was told is kept, or `none`.
+  /// Kills the process. Returns the last pass that it acknowledged, or `none`.
   int KillAndRead(int none) const {
     ::kill(process_, SIGKILL);
     int status = 0;
     ::waitpid(process_, &status, 0);
-    EXPECT_TRUE(WIFSIGNALED(status)) << "a writer ended by itself";
+    EXPECT_TRUE(WIFSIGNALED(status)) << "a writer ended before it was killed";
     int last = none;
     for (int pass = 0; ::read(acknowledged_, &pass, sizeof pass) == sizeof pass;) last = pass;
     ::close(acknowledged_);
@@ -88,65 +88,71 @@ class Writer {
   int acknowledged_ = -1;
 };
 
-/// The last pass of a writer among the pieces; expects all before it, from the first, to be there.
-int LastWholePass(const std::vector<std::string_view>& pieces, int writer) {
+/// Returns the last pass of a writer in the list, or -1 if there is none. Expects all its earlier
+/// passes in the list.
+int LastPass(const std::vector<std::string_view>& elements, int writer) {
   int last = -1;
-  while (std::ranges::binary_search(pieces, Piece(writer, last + 1))) ++last;
+  while (std::ranges::binary_search(elements, Element(writer, last + 1))) ++last;
   const std::string prefix = std::to_string(writer) + ".";
   const auto count = std::ranges::count_if(
-      pieces, [&prefix](std::string_view piece) { return piece.starts_with(prefix); });
+      elements, [&prefix](std::string_view element) { return element.starts_with(prefix); });
   EXPECT_EQ(last + 1, count) << "passes of writer " << writer << " are missing";
   return last;
 }
 
-/// Mostly while passes are being written, and now and then while the first one is prepared.
+/// Returns the time until the kill. Most kills happen while passes are written, and a quarter of
+/// them while the first one is prepared.
 std::chrono::microseconds TimeToKill(std::mt19937& random) {
   const bool isEarly = random() % 4 == 0;
   return std::chrono::microseconds(random() % (isEarly ? 2'000 : 50'000));
 }
 
-/// One store, and what is known to be kept in it.
+/// A store and the last pass of each writer in it.
 class KilledStore {
  public:
-  explicit KilledStore(std::filesystem::path file) : file_(std::move(file)) { kept_.fill(-1); }
+  explicit KilledStore(std::filesystem::path file) : file_(std::move(file)) {
+    lastPasses_.fill(-1);
+  }
 
-  /// Lets the writers go on from where they are and kills them. Answers how many passes they added.
+  /// Starts the writers after their last passes and kills them. Returns the number of passes that
+  /// they added.
   int KillWriters(std::chrono::microseconds timeToKill) {
     std::vector<Writer> writers;
     for (int i = 0; i < kWriters; ++i) {
-      writers.emplace_back(file_, i, kept_[static_cast<std::size_t>(i)] + 1);
+      writers.emplace_back(file_, i, lastPasses_[static_cast<std::size_t>(i)] + 1);
     }
     std::this_thread::sleep_for(timeToKill);
     std::array<int, kWriters> acknowledged{};
-    for (std::size_t i = 0; i < kWriters; ++i) acknowledged[i] = writers[i].KillAndRead(kept_[i]);
+    for (std::size_t i = 0; i < kWriters; ++i)
+      acknowledged[i] = writers[i].KillAndRead(lastPasses_[i]);
     return ExpectKept(acknowledged);
   }
 
  private:
-  /// Whole passes only, and none missing of those that were acknowledged.
+  /// Expects complete passes only, and all acknowledged ones. Returns the number of new passes.
   int ExpectKept(const std::array<int, kWriters>& acknowledged) {
     const StateStore store(file_);
     const std::string seen = store.Get(kAllSeenItemsKey);
     EXPECT_EQ(seen, store.Get(kAllVersionsSeenKey));
-    const std::vector<std::string_view> pieces = ornwhatsnew::SplitPersistedList(seen);
+    const std::vector<std::string_view> elements = ornwhatsnew::SplitPersistedList(seen);
     const std::string lastVersion = store.Get(kLastVersionSeenKey);
-    EXPECT_EQ(pieces.empty(), lastVersion.empty());
-    EXPECT_TRUE(pieces.empty() || std::ranges::binary_search(pieces, lastVersion));
+    EXPECT_EQ(elements.empty(), lastVersion.empty());
+    EXPECT_TRUE(elements.empty() || std::ranges::binary_search(elements, lastVersion));
     int passes = 0;
     for (std::size_t i = 0; i < kWriters; ++i) {
-      const int last = LastWholePass(pieces, static_cast<int>(i));
+      const int last = LastPass(elements, static_cast<int>(i));
       EXPECT_GE(last, acknowledged[i]) << "an acknowledged pass is missing";
       EXPECT_LE(last, acknowledged[i] + 1);
-      passes += last - std::exchange(kept_[i], last);
+      passes += last - std::exchange(lastPasses_[i], last);
     }
     return passes;
   }
 
   std::filesystem::path file_;
-  std::array<int, kWriters> kept_{};
+  std::array<int, kWriters> lastPasses_{};
 };
 
-TEST(StateStoreKill, EveryKillLeavesAStateThatAWholePassProduced) {
+TEST(StateStoreKill, EveryKillLeavesCompletePassesOnly) {
   const test_support::TemporaryFolder folder;
   std::mt19937 random(kSeed);
   SCOPED_TRACE(testing::Message() << "seed " << kSeed);
@@ -155,7 +161,7 @@ TEST(StateStoreKill, EveryKillLeavesAStateThatAWholePassProduced) {
   int passes = 0;
   for (; kills < test_support::KillsWanted(kKills) && !testing::Test::HasFailure();
        kills += kWriters) {
-    // A new store now and then, so that the making of one is killed, too.
+    // Use a new store from time to time, so that some kills interrupt its creation.
     if (kills % 20 == 0) store.emplace(folder.Path() / std::to_string(kills) / "state.db");
     passes += store->KillWriters(TimeToKill(random));
   }
@@ -163,7 +169,7 @@ TEST(StateStoreKill, EveryKillLeavesAStateThatAWholePassProduced) {
   EXPECT_GT(passes, 0);
 }
 
-TEST(StateStoreKill, TwoWritersAtOnceLoseNothing) {
+TEST(StateStoreKill, ConcurrentWritersLoseNothing) {
   constexpr int kPasses = 50;
   const test_support::TemporaryFolder folder;
   const std::filesystem::path file = folder.Path() / "state.db";
@@ -174,7 +180,7 @@ TEST(StateStoreKill, TwoWritersAtOnceLoseNothing) {
     try {
       for (int pass = 0; pass < kPasses; ++pass) {
         StateStore store(file, std::chrono::seconds(60));
-        store.Set(kAllSeenItemsKey, Piece(writer, pass));
+        store.Set(kAllSeenItemsKey, Element(writer, pass));
         store.Commit();
       }
       ::_exit(0);
@@ -189,9 +195,9 @@ TEST(StateStoreKill, TwoWritersAtOnceLoseNothing) {
     EXPECT_EQ(0, status);
   }
   const std::string seen = StateStore(file).Get(kAllSeenItemsKey);
-  const std::vector<std::string_view> pieces = ornwhatsnew::SplitPersistedList(seen);
+  const std::vector<std::string_view> elements = ornwhatsnew::SplitPersistedList(seen);
   for (int writer = 0; writer < kWriters; ++writer) {
-    EXPECT_EQ(kPasses - 1, LastWholePass(pieces, writer));
+    EXPECT_EQ(kPasses - 1, LastPass(elements, writer));
   }
 }
 

@@ -22,10 +22,10 @@ class StateStoreTest : public testing::Test {
  protected:
   std::filesystem::path File() const { return folder_.Path() / "deep" / "state.db"; }
 
-  /// What a store opened afresh holds under a key.
-  std::string Kept(std::string_view key) const { return StateStore(File()).Get(key); }
+  /// Returns the value of a key in a newly opened store.
+  std::string StoredValue(std::string_view key) const { return StateStore(File()).Get(key); }
 
-  void Keep(std::string_view key, std::string_view value) const {
+  void WriteValue(std::string_view key, std::string_view value) const {
     StateStore store(File());
     store.Set(key, value);
     store.Commit();
@@ -34,7 +34,7 @@ class StateStoreTest : public testing::Test {
   test_support::TemporaryFolder folder_;
 };
 
-TEST_F(StateStoreTest, HoldsNothingAtFirstAndMakesNoFile) {
+TEST_F(StateStoreTest, IsEmptyAtFirstAndCreatesNoFile) {
   StateStore store(File());
   EXPECT_EQ("", store.Get(kAllSeenItemsKey));
   EXPECT_THAT(store.Values(), IsEmpty());
@@ -44,54 +44,54 @@ TEST_F(StateStoreTest, HoldsNothingAtFirstAndMakesNoFile) {
   EXPECT_FALSE(std::filesystem::exists(File().parent_path()));
 }
 
-TEST_F(StateStoreTest, KeepsWhatWasCommitted) {
-  Keep(kLastVersionSeenKey, "25.1.0.42");
-  EXPECT_EQ("25.1.0.42", Kept(kLastVersionSeenKey));
+TEST_F(StateStoreTest, StoresCommittedValues) {
+  WriteValue(kLastVersionSeenKey, "25.1.0.42");
+  EXPECT_EQ("25.1.0.42", StoredValue(kLastVersionSeenKey));
 }
 
-TEST_F(StateStoreTest, AnswersWhatWasSetBeforeItIsCommitted) {
-  Keep(kOtherKey, "old");
+TEST_F(StateStoreTest, ReturnsValuesBeforeTheyAreCommitted) {
+  WriteValue(kOtherKey, "old");
   StateStore store(File());
   store.Set(kOtherKey, "new");
   EXPECT_EQ("new", store.Get(kOtherKey));
-  EXPECT_EQ("old", Kept(kOtherKey));
+  EXPECT_EQ("old", StoredValue(kOtherKey));
 }
 
-TEST_F(StateStoreTest, ANameBelowAFolderThatIsGoneIsRefused) {
+TEST_F(StateStoreTest, RejectsARelativePathInADeletedFolder) {
   const std::filesystem::path before = std::filesystem::current_path();
-  const std::filesystem::path gone = folder_.Path() / "gone";
-  std::filesystem::create_directory(gone);
-  std::filesystem::current_path(gone);
-  std::filesystem::remove(gone);
+  const std::filesystem::path deleted = folder_.Path() / "deleted";
+  std::filesystem::create_directory(deleted);
+  std::filesystem::current_path(deleted);
+  std::filesystem::remove(deleted);
   EXPECT_THAT([] { const StateStore store("state.db"); },
               testing::ThrowsMessage<StateStoreError>(
                   testing::HasSubstr("Name it from the root on, or change the folder.")));
   std::filesystem::current_path(before);
 }
 
-TEST_F(StateStoreTest, CallbacksReadAndBuffer) {
+TEST_F(StateStoreTest, CallbacksReadAndBufferValues) {
   StateStore store(File());
   store.Setter()("key", "value");
   EXPECT_EQ("value", store.Getter()("key"));
-  EXPECT_EQ("", Kept("key"));
+  EXPECT_EQ("", StoredValue("key"));
   store.Commit();
-  EXPECT_EQ("value", Kept("key"));
+  EXPECT_EQ("value", StoredValue("key"));
 }
 
-TEST_F(StateStoreTest, KeepsAnyBytes) {
+TEST_F(StateStoreTest, StoresAnyBytes) {
   const std::string bytes("a\0b\xFF\xC3'\n", 7);
-  Keep(bytes, bytes);
-  EXPECT_EQ(bytes, Kept(bytes));
+  WriteValue(bytes, bytes);
+  EXPECT_EQ(bytes, StoredValue(bytes));
 }
 
-TEST_F(StateStoreTest, KeepsMegabytes) {
+TEST_F(StateStoreTest, StoresMegabytes) {
   const std::string text(4'000'000, 'x');
-  Keep(kOtherKey, text);
-  EXPECT_EQ(text, Kept(kOtherKey));
+  WriteValue(kOtherKey, text);
+  EXPECT_EQ(text, StoredValue(kOtherKey));
 }
 
-TEST_F(StateStoreTest, ListsOfTwoProgramsComeTogether) {
-  Keep(kAllSeenItemsKey, "a");
+TEST_F(StateStoreTest, MergesTheListsOfTwoPrograms) {
+  WriteValue(kAllSeenItemsKey, "a");
   StateStore one(File());
   StateStore other(File());
   one.Set(kAllSeenItemsKey, "a b");
@@ -101,35 +101,35 @@ TEST_F(StateStoreTest, ListsOfTwoProgramsComeTogether) {
   one.Commit();
   other.Commit();
   EXPECT_EQ("a b c", other.Get(kAllSeenItemsKey));
-  EXPECT_EQ("a b c", Kept(kAllSeenItemsKey));
-  EXPECT_EQ("25.0 25.1", Kept(kAllVersionsSeenKey));
+  EXPECT_EQ("a b c", StoredValue(kAllSeenItemsKey));
+  EXPECT_EQ("25.0 25.1", StoredValue(kAllVersionsSeenKey));
   one.Refresh();
   EXPECT_EQ("a b c", one.Get(kAllSeenItemsKey));
 }
 
-TEST_F(StateStoreTest, OfASingleTextTheLastWriterStands) {
+TEST_F(StateStoreTest, TheLastWriterSetsTheLastVersion) {
   StateStore one(File());
   StateStore other(File());
   one.Set(kLastVersionSeenKey, "1");
   other.Set(kLastVersionSeenKey, "2");
   other.Commit();
   one.Commit();
-  EXPECT_EQ("1", Kept(kLastVersionSeenKey));
+  EXPECT_EQ("1", StoredValue(kLastVersionSeenKey));
 }
 
-TEST_F(StateStoreTest, ARatingDoesNotTouchTheVersions) {
-  Keep(kAllVersionsSeenKey, "25.0");
+TEST_F(StateStoreTest, ARatingKeepsTheVersions) {
+  WriteValue(kAllVersionsSeenKey, "25.0");
   StateStore rating(File());
-  Keep(kAllVersionsSeenKey, "25.1");
+  WriteValue(kAllVersionsSeenKey, "25.1");
   rating.Set(kAllSeenItemsKey, "rated");
   rating.Commit();
-  EXPECT_EQ("25.0 25.1", Kept(kAllVersionsSeenKey));
-  EXPECT_EQ("rated", Kept(kAllSeenItemsKey));
+  EXPECT_EQ("25.0 25.1", StoredValue(kAllVersionsSeenKey));
+  EXPECT_EQ("rated", StoredValue(kAllSeenItemsKey));
 }
 
-TEST_F(StateStoreTest, ResetRemovesEverything) {
-  Keep(kAllSeenItemsKey, "a");
-  Keep(kOtherKey, "text");
+TEST_F(StateStoreTest, ResetDeletesAllValues) {
+  WriteValue(kAllSeenItemsKey, "a");
+  WriteValue(kOtherKey, "text");
   StateStore store(File());
   store.Set(kOtherKey, "more");
   store.Reset();
@@ -137,51 +137,51 @@ TEST_F(StateStoreTest, ResetRemovesEverything) {
   EXPECT_THAT(StateStore(File()).Values(), IsEmpty());
 }
 
-TEST_F(StateStoreTest, AWriterDoesNotUndoAResetThatItDidNotSee) {
-  Keep(kAllSeenItemsKey, "a b");
+TEST_F(StateStoreTest, AWriterDoesNotUndoAResetByAnotherProgram) {
+  WriteValue(kAllSeenItemsKey, "a b");
   StateStore writer(File());
   StateStore(File()).Reset();
   writer.Set(kAllSeenItemsKey, "a b c");
   writer.Commit();
-  EXPECT_EQ("c", Kept(kAllSeenItemsKey));
+  EXPECT_EQ("c", StoredValue(kAllSeenItemsKey));
 }
 
-TEST_F(StateStoreTest, ACommitThatChangesNothingLeavesTheFileAlone) {
-  Keep(kAllSeenItemsKey, "a b");
+TEST_F(StateStoreTest, ACommitWithoutChangesDoesNotWrite) {
+  WriteValue(kAllSeenItemsKey, "a b");
   const auto before = std::filesystem::file_time_type::clock::now() - std::chrono::hours(1);
   std::filesystem::last_write_time(File(), before);
-  Keep(kAllSeenItemsKey, "b a");
+  WriteValue(kAllSeenItemsKey, "b a");
   EXPECT_EQ(before, std::filesystem::last_write_time(File()));
 }
 
-TEST_F(StateStoreTest, AnEmptyFileIsAStoreThatHoldsNothing) {
+TEST_F(StateStoreTest, AnEmptyFileIsAnEmptyStore) {
   folder_.Write("deep/state.db", "");
   EXPECT_THAT(StateStore(File()).Values(), IsEmpty());
   StateStore(File()).Reset();
   EXPECT_EQ(0U, std::filesystem::file_size(File()));
-  Keep(kOtherKey, "text");
-  EXPECT_EQ("text", Kept(kOtherKey));
+  WriteValue(kOtherKey, "text");
+  EXPECT_EQ("text", StoredValue(kOtherKey));
 }
 
-TEST_F(StateStoreTest, AStoreThatWasDeletedMeanwhileIsMadeAnew) {
-  Keep(kAllSeenItemsKey, "a");
+TEST_F(StateStoreTest, RecreatesADeletedStore) {
+  WriteValue(kAllSeenItemsKey, "a");
   StateStore store(File());
   std::filesystem::remove_all(File().parent_path());
   store.Set(kAllSeenItemsKey, "a b");
   store.Commit();
-  EXPECT_EQ("b", Kept(kAllSeenItemsKey));
+  EXPECT_EQ("b", StoredValue(kAllSeenItemsKey));
 }
 
-TEST_F(StateStoreTest, ALinkToAStoreIsAStore) {
+TEST_F(StateStoreTest, FollowsASymbolicLink) {
   std::filesystem::create_symlink(File(), folder_.Path() / "link");
   std::filesystem::create_directories(File().parent_path());
   StateStore store(folder_.Path() / "link");
   store.Set(kOtherKey, "text");
   store.Commit();
-  EXPECT_EQ("text", Kept(kOtherKey));
+  EXPECT_EQ("text", StoredValue(kOtherKey));
 }
 
-TEST_F(StateStoreTest, NamesMayHoldAnyCharacters) {
+TEST_F(StateStoreTest, FileNamesMayHaveAnyCharacters) {
   for (const char* name :
        {"a b", "a'b\"c", "a?mode=memory#x%41", "line\nfeed", "\xFF\xFE", "file:x", "-option"}) {
     const std::filesystem::path file = folder_.Path() / name;
@@ -193,7 +193,7 @@ TEST_F(StateStoreTest, NamesMayHoldAnyCharacters) {
   }
 }
 
-TEST(StateStoreInMemory, KeepsForTheProgramAndMakesNoFile) {
+TEST(StateStoreInMemory, StoresValuesWithoutAFile) {
   StateStore store{std::filesystem::path(kMemoryLocation)};
   store.Set(kAllSeenItemsKey, "b");
   store.Commit();
@@ -208,11 +208,11 @@ TEST(StateStoreInMemory, KeepsForTheProgramAndMakesNoFile) {
   EXPECT_EQ("", StateStore{std::filesystem::path(kMemoryLocation)}.Get(kAllSeenItemsKey));
 }
 
-TEST(StateStoreLocation, AnEmptyNameIsRefused) {
+TEST(StateStoreLocation, RejectsAnEmptyPath) {
   EXPECT_THROW(StateStore{std::filesystem::path()}, StateStoreError);
 }
 
-/// Sets a variable of the environment, or takes it away, for one test.
+/// Sets or removes an environment variable for one test.
 class EnvironmentVariable {
  public:
   EnvironmentVariable(const char* name, const char* value) : name_(name) {
@@ -242,7 +242,7 @@ TEST(StateStoreLocation, IsInTheStateFolderOfTheUser) {
   EXPECT_EQ("/var/state/ornwhatsnew/state.db", DefaultStateLocation());
 }
 
-TEST(StateStoreLocation, IsBelowTheHomeFolderOtherwise) {
+TEST(StateStoreLocation, IsBelowTheHomeFolderWithoutAStateFolder) {
   const EnvironmentVariable home("HOME", "/home/somebody");
   for (const char* unusable : {static_cast<const char*>(nullptr), "", "relative/folder"}) {
     const EnvironmentVariable state("XDG_STATE_HOME", unusable);
@@ -250,7 +250,7 @@ TEST(StateStoreLocation, IsBelowTheHomeFolderOtherwise) {
   }
 }
 
-TEST(StateStoreLocation, WithoutAnyFolderTheErrorTellsWhatToSet) {
+TEST(StateStoreLocation, WithoutAnyFolderTheErrorNamesTheVariables) {
   for (const char* unusable : {static_cast<const char*>(nullptr), "", "relative/folder", "."}) {
     const EnvironmentVariable home("HOME", unusable);
     const EnvironmentVariable state("XDG_STATE_HOME", nullptr);

@@ -1,4 +1,4 @@
-// What tests of failing stores share.
+// A helper for tests of failing stores.
 #ifndef TESTS_HOSTS_COMMON_STOREERROROF_H_
 #define TESTS_HOSTS_COMMON_STOREERROROF_H_
 
@@ -8,7 +8,8 @@
 
 namespace hosts::common {
 
-/// The message of the `StateStoreError` that `work` ends with; empty when there is none.
+/// Returns the message of the `StateStoreError` that `work` throws, or an empty string if it throws
+/// none.
 template <class Work>
 std::string StoreErrorOf(const Work& work) {
   try {

@@ -47,7 +47,7 @@ TEST(StyledSegments, CountsStartAndLengthInBytesOfUTF8) {
               ElementsAre(Segment("\u00C4", {}), Segment("\u00E9", {1}), Segment("x", {})));
 }
 
-TEST(StyledSegments, RunsOfTheSameTextFormOneSet) {
+TEST(StyledSegments, RunsOverTheSameTextFormOneSet) {
   const StyleRunMap runs = {{StyleID{9}, {RunAt(1, 2)}}, {StyleID{11}, {RunAt(1, 2)}}};
   EXPECT_THAT(SplitIntoStyledSegments(u"aBBc", runs),
               ElementsAre(Segment("a", {}), Segment("BB", {9, 11}), Segment("c", {})));
@@ -74,7 +74,7 @@ TEST(StyledSegments, UsesTheLinkThatStartsLast) {
                   Segment("ef", {0}, "https://outer")));
 }
 
-TEST(StyledSegments, AnOuterLinkMayEndFirst) {
+TEST(StyledSegments, AnOuterLinkMayEndBeforeTheInnerLink) {
   const StyleRunMap runs = {{StyleID{0}, {RunAt(0, 3, u"https://outer")}},
                             {StyleID{6}, {RunAt(2, 2, u"https://inner")}}};
   EXPECT_THAT(
@@ -123,7 +123,7 @@ TEST(StyledSegments, UnpairedSurrogatesBecomeTheReplacementCharacter) {
               ElementsAre(Segment("a", {}), Segment("\uFFFD", {1}), Segment("b", {})));
 }
 
-/// The styles of a character, computed run by run.
+/// Returns the styles of the character at bytes `[begin, end)`, computed from every run.
 StyleSet StylesOver(const StyleRunMap& runs, std::int64_t begin, std::int64_t end) {
   StyleSet styles;
   for (const auto& [style, styleRuns] : runs) {
@@ -149,15 +149,15 @@ TEST(StyledSegments, AgreeWithASimpleImplementationForRandomRuns) {
       runs[static_cast<StyleID>(random() % 3)].push_back(
           RunAt(static_cast<int>(random() % 30) - 5, static_cast<int>(random() % 20) - 3));
     }
-    std::int64_t place = 0;
+    std::int64_t offset = 0;
     std::string whole;
     for (const StyledSegment& segment : SplitIntoStyledSegments(text, runs)) {
       ASSERT_FALSE(segment.text.empty());
       for (const char16_t character : orncore::string::UTF8to16(segment.text)) {
         const auto size = static_cast<std::int64_t>(
             orncore::string::UTF8Length(std::u16string_view(&character, 1)));
-        ASSERT_EQ(StylesOver(runs, place, place + size), segment.styles);
-        place += size;
+        ASSERT_EQ(StylesOver(runs, offset, offset + size), segment.styles);
+        offset += size;
       }
       whole += segment.text;
     }

@@ -43,7 +43,7 @@ struct OptionCase {
 
 class ShowOptions : public testing::TestWithParam<OptionCase> {};
 
-TEST_P(ShowOptions, SetOneBitEach) {
+TEST_P(ShowOptions, EachSetOneBit) {
   const auto show = ParseAs<ShowArguments>({"show", "d", "--host", "h", GetParam().name});
   EXPECT_EQ(GetParam().bits, show.options.Bits());
 }
@@ -92,7 +92,7 @@ TEST(Arguments, ConsoleJoinsAllWordsAfterItsOptions) {
   EXPECT_EQ("", ParseAs<ConsoleArguments>({"console"}).line);
 }
 
-TEST(Arguments, HelpAndVersionAreAnswers) {
+TEST(Arguments, HelpAndVersionAreTextToPrint) {
   for (const char* help : {"--help", "-h"}) {
     const auto answer = ParseAs<Answer>({help});
     EXPECT_FALSE(answer.isError);
@@ -104,7 +104,7 @@ TEST(Arguments, HelpAndVersionAreAnswers) {
 
 class BadArguments : public testing::TestWithParam<std::vector<const char*>> {};
 
-TEST_P(BadArguments, GiveAnErrorThatNamesTheHelp) {
+TEST_P(BadArguments, GiveAnErrorThatMentionsTheHelp) {
   std::vector<const char*> words = GetParam();
   words.insert(words.begin(), "ornwhatsnew");
   const Request request = ParseArguments(static_cast<int>(words.size()), words.data());
@@ -145,12 +145,12 @@ TEST(Arguments, ReportAMissingCommand) {
   EXPECT_EQ("no command given. Run 'ornwhatsnew state --help' for usage.", ErrorOf({"state"}));
 }
 
-TEST(Arguments, ErrorsNameTheHelpOfTheirCommand) {
+TEST(Arguments, ErrorsMentionTheHelpOfTheirCommand) {
   EXPECT_THAT(ErrorOf({"show", "d"}), HasSubstr("'ornwhatsnew show --help'"));
   EXPECT_THAT(ErrorOf({"state", "show", "--frob"}), HasSubstr("'ornwhatsnew state show --help'"));
 }
 
-TEST(Arguments, ChoicesAcceptTheirWordsOnly) {
+TEST(Arguments, ChoicesAcceptOnlyTheListedWords) {
   for (const std::string word : {"blue", "1", "", "Always", "auto "}) {
     EXPECT_EQ("--color: " + word +
                   " not in {auto,always,never}. Run 'ornwhatsnew show --help' for usage.",

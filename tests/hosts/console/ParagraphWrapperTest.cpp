@@ -16,7 +16,7 @@ namespace {
 
 using testing::ElementsAre;
 
-/// The lines as a program prints them.
+/// Returns the lines of a paragraph as the program prints them.
 std::vector<std::string> Lines(std::u16string_view text, std::size_t width,
                                ParagraphShape shape = {}) {
   ParagraphWrapper wrapper(width);
@@ -63,7 +63,7 @@ TEST(ParagraphWrapper, LimitsIndentsToHalfOfTheWidth) {
   EXPECT_THAT(Lines(u"abcdef", 4, {3, 6, 0}), ElementsAre("  ab", "  cd", "  ef"));
 }
 
-TEST(ParagraphWrapper, BreaksByTheUnicodeRules) {
+TEST(ParagraphWrapper, BreaksAccordingToTheUnicodeRules) {
   EXPECT_THAT(Lines(u"semi-automatic", 8), ElementsAre("semi-", "automati", "c"));
   EXPECT_THAT(Lines(u"a\u00A0b c", 3), ElementsAre("a\u00A0b", "c"));
   EXPECT_THAT(Lines(u"ab (v25.1)", 9), ElementsAre("ab", "(v25.1)"));
@@ -77,7 +77,7 @@ TEST(ParagraphWrapper, BreaksLongWordsBetweenCharacters) {
   EXPECT_THAT(Lines(u"a abcdefg b", 3), ElementsAre("a", "abc", "def", "g b"));
 }
 
-// Regression: the space after a broken word was counted as one column.
+// Regression test: a wide space after a broken word counted as one column.
 TEST(ParagraphWrapper, CountsAWideSpaceAfterABrokenWordTwice) {
   EXPECT_THAT(Lines(u"abcdef\u3000g", 4), ElementsAre("abcd", "ef", "g"));
   EXPECT_THAT(Lines(u"abcdef\u3000g", 5), ElementsAre("abcde", "f\u3000g"));
@@ -89,11 +89,11 @@ TEST(ParagraphWrapper, KeepsCombiningMarksWithTheirCharacter) {
               ElementsAre("\U0001F468\u200D\U0001F469", "x"));
 }
 
-TEST(ParagraphWrapper, ACharacterWiderThanTheLineIsOnALineOfItsOwn) {
+TEST(ParagraphWrapper, ACharacterWiderThanTheLineIsOnASeparateLine) {
   EXPECT_THAT(Lines(u"\u6C34a\u6C34", 1, {4, 4, 2}), ElementsAre("\u6C34", "a", "\u6C34"));
 }
 
-TEST(ParagraphWrapper, AJoinedEmojiIsOnALineOfItsOwn) {
+TEST(ParagraphWrapper, AJoinedEmojiIsOnASeparateLine) {
   EXPECT_THAT(Lines(u"on \U0001F468\u200D\U0001F469\u200D\U0001F467 foot", 5),
               ElementsAre("on", "\U0001F468\u200D\U0001F469\u200D\U0001F467", "foot"));
 }
@@ -110,29 +110,29 @@ TEST(ParagraphWrapper, KeepsAllTextAndFitsAtEveryWidth) {
   constexpr unsigned kSeed = 80'120;
   SCOPED_TRACE(testing::Message() << "seed " << kSeed);
   std::mt19937 random(kSeed);
-  const std::vector<std::u16string> pieces = {u"a",      u"bc-",     u" ",          u"  ",
-                                              u"\u6C34", u"e\u0301", u"\U0001F600", u"\u2764\uFE0F",
-                                              u"long",   u"/",       u"("};
+  const std::vector<std::u16string> fragments = {
+      u"a",          u"bc-",          u" ",    u"  ", u"\u6C34", u"e\u0301",
+      u"\U0001F600", u"\u2764\uFE0F", u"long", u"/",  u"("};
   for (int round = 0; round < 3000; ++round) {
     std::u16string text;
-    for (auto i = random() % 25; i > 0; --i) text += pieces[random() % pieces.size()];
+    for (auto i = random() % 25; i > 0; --i) text += fragments[random() % fragments.size()];
     const std::size_t width = 1 + random() % 12;
     ParagraphWrapper wrapper(width);
-    std::size_t place = 0;
+    std::size_t position = 0;
     const ParagraphShape shape = {random() % 4, random() % 8,
                                   std::min<std::size_t>(2, text.size())};
     for (const WrappedLine& line : wrapper.Wrap(text, shape)) {
-      ASSERT_EQ(
-          std::u16string::npos,
-          std::u16string_view(text).substr(place, line.begin - place).find_first_not_of(u' '));
+      ASSERT_EQ(std::u16string::npos, std::u16string_view(text)
+                                          .substr(position, line.begin - position)
+                                          .find_first_not_of(u' '));
       const std::size_t columns = line.indent + DisplayWidth(std::u16string_view(text).substr(
                                                     line.begin, line.end - line.begin));
       const bool isSingleWideCharacter = columns - line.indent <= 2;
       ASSERT_TRUE(columns <= width || isSingleWideCharacter) << columns << " of " << width;
-      place = line.end;
+      position = line.end;
     }
     ASSERT_EQ(std::u16string::npos,
-              std::u16string_view(text).substr(place).find_first_not_of(u' '));
+              std::u16string_view(text).substr(position).find_first_not_of(u' '));
   }
 }
 

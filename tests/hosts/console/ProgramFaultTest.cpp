@@ -1,5 +1,5 @@
-// Input that the program cannot use, and output that it cannot write: the error message names the
-// file, the exit status names the kind of error, and no state is lost.
+// Tests input that the program cannot use and output that it cannot write. The error message must
+// name the file, the exit status must show the kind of error, and no state may be lost.
 #include <filesystem>
 #include <string>
 #include <vector>
@@ -32,7 +32,7 @@ const std::string kFullOutput =
 
 class ProgramFaultTest : public ProgramTest {
  protected:
-  /// The program ends with this status and a one-line message that contains `what` and `name`.
+  /// Expects this exit status and a one-line message that contains `name` and `what`.
   void ExpectError(int status, const std::vector<std::string>& words, const std::string& name,
                    const std::string& what) const {
     const ProgramResult result = Run(words);
@@ -43,7 +43,7 @@ class ProgramFaultTest : public ProgramTest {
     EXPECT_EQ(result.errors.size() - 1, result.errors.find('\n'));
   }
 
-  /// The error message of the program if its output is a full disk.
+  /// Returns the error message of the program when standard output is a full disk.
   std::string ErrorsOnFullOutput(const std::vector<std::string>& words) const {
     std::vector<std::string> line = {"-c", "exec \"$@\" > /dev/full", "sh", ProgramFile()};
     line.insert(line.end(), words.begin(), words.end());
@@ -52,7 +52,7 @@ class ProgramFaultTest : public ProgramTest {
     return result.errors;
   }
 
-  /// Every command that reads a data file fails with this one.
+  /// Expects that every command that reads a data file fails for `file`.
   void ExpectUnreadableData(const std::string& file, const std::string& what) const {
     ExpectError(3, {"show", file, "{host}"}, file, what);
     ExpectError(3, {"status", file, "{host}"}, file, what);
@@ -60,7 +60,7 @@ class ProgramFaultTest : public ProgramTest {
     EXPECT_FALSE(std::filesystem::exists(folder_.Path() / "state"));
   }
 
-  /// Every command with a host description fails with this one.
+  /// Expects that every command that reads a host description fails for `file`.
   void ExpectUnusableHost(const std::string& file, const std::string& what) const {
     ExpectError(3, {"show", "{data}", "--host", file}, file, what);
     ExpectError(3, {"status", "{data}", "--host", file}, file, what);
@@ -163,7 +163,7 @@ TEST_F(ProgramFaultTest, WithoutAStateFolderTheErrorNamesTheVariable) {
   EXPECT_THAT(result.errors, HasSubstr("XDG_STATE_HOME"));
 }
 
-TEST_F(ProgramFaultTest, ReportsALockedStoreAfterABoundedWait) {
+TEST_F(ProgramFaultTest, ReportsALockedStoreAfterALimitedWait) {
   OutputOf({"show", "{data}", "{host}"});
   SQLite::Database holder(StateFile().c_str(), SQLite::OPEN_READWRITE);
   holder.exec("BEGIN EXCLUSIVE");
@@ -190,27 +190,27 @@ TEST_F(ProgramFaultTest, AFullDiskKeepsTheStoredState) {
   EXPECT_EQ(before, OutputOf({"state", "show"}));
 }
 
-TEST_F(ProgramFaultTest, APanelThatCouldNotBePrintedIsNotRemembered) {
+TEST_F(ProgramFaultTest, APanelThatCannotBePrintedIsNotStored) {
   EXPECT_EQ(kFullOutput + ". Nothing was remembered.\n",
             ErrorsOnFullOutput({"show", "{data}", "{host}"}));
   EXPECT_FALSE(std::filesystem::exists(StateFile()));
 }
 
-TEST_F(ProgramFaultTest, ARatingThatCouldNotBeAcknowledgedIsRemembered) {
+TEST_F(ProgramFaultTest, ARatingIsStoredEvenIfTheOutputFails) {
   OutputOf({"show", "{data}", "{host}"});
   EXPECT_EQ(kFullOutput + ". Your rating of EPIC-7 is remembered.\n",
             ErrorsOnFullOutput({"rate", "EPIC-7", "{data}", "{host}"}));
   EXPECT_THAT(OutputOf({"show", "{data}", "{host}", "--rating"}), Not(HasSubstr("EPIC-7")));
 }
 
-TEST_F(ProgramFaultTest, AResetThatCouldNotBeAcknowledgedIsDone) {
+TEST_F(ProgramFaultTest, AResetIsDoneEvenIfTheOutputFails) {
   OutputOf({"show", "{data}", "{host}"});
   EXPECT_EQ(kFullOutput + ". Nothing is remembered any more in " + StateFile().native() + ".\n",
             ErrorsOnFullOutput({"state", "reset"}));
   EXPECT_THAT(OutputOf({"state", "show"}), StartsWith("Nothing is remembered in "));
 }
 
-TEST_F(ProgramFaultTest, ErrorsOfCommandsWithoutStateDoNotMentionIt) {
+TEST_F(ProgramFaultTest, OutputErrorsOfOtherCommandsDoNotMentionTheState) {
   const std::vector<std::vector<std::string>> commands = {
       {"--help"}, {"--version"}, {"state", "show"}, {"status", "{data}", "{host}"}};
   for (const std::vector<std::string>& command : commands) {

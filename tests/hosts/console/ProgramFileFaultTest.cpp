@@ -1,5 +1,5 @@
-// Runs every command, and the console's ValidateWhatsNew, with files that are not regular, that may
-// not be read, that have unusual names, or that change during the run.
+// Runs every command, and ValidateWhatsNew in the console, with unusual files. They are not
+// regular, are not readable, have unusual names, or change during the run.
 #include <atomic>
 #include <cerrno>
 #include <filesystem>
@@ -35,7 +35,7 @@ constexpr uid_t kNobody = 65534;
 
 class ProgramFileFaultTest : public ProgramTest {
  protected:
-  /// Every command that reads a file, with this file.
+  /// Return every command that reads a data file, a host description or a state store, with `file`.
   static std::vector<std::vector<std::string>> CommandsWithData(const std::string& file) {
     return {
         {"show", file, "{host}"}, {"status", file, "{host}"}, {"rate", "EPIC-7", file, "{host}"}};
@@ -54,9 +54,9 @@ class ProgramFileFaultTest : public ProgramTest {
             {"state", "reset", "--state", file}};
   }
 
-  /// The commands end with this status and a one-line message that names the file.
-  void ExpectRefused(const std::vector<std::vector<std::string>>& commands, int status,
-                     const std::string& file, bool asNobody = false) const {
+  /// Expects that each command ends with this status and a one-line message that names the file.
+  void ExpectRejected(const std::vector<std::vector<std::string>>& commands, int status,
+                      const std::string& file, bool asNobody = false) const {
     for (const std::vector<std::string>& words : commands) {
       ProgramCall call = Call(words);
       if (asNobody) call.beforeStart = BecomeNobody;
@@ -68,7 +68,7 @@ class ProgramFileFaultTest : public ProgramTest {
     }
   }
 
-  /// The output of ValidateWhatsNew for a file. The command always succeeds.
+  /// Runs ValidateWhatsNew with a file and returns its output. The command always succeeds.
   std::string Validate(const std::string& file, bool asNobody = false) const {
     ProgramCall call = Call({"console", "ValidateWhatsNew " + file});
     if (asNobody) call.beforeStart = BecomeNobody;
@@ -115,9 +115,9 @@ class ProgramFileFaultTest : public ProgramTest {
 TEST_F(ProgramFileFaultTest, RejectsPipesSocketsAndDevicesWithoutWaiting) {
   for (const std::string& file :
        {MakePipe(), MakeSocket(), std::string("/dev/null"), std::string("/dev/zero")}) {
-    ExpectRefused(CommandsWithData(file), 3, file);
-    ExpectRefused(CommandsWithHost(file), 3, file);
-    ExpectRefused(CommandsWithState(file), 4, file);
+    ExpectRejected(CommandsWithData(file), 3, file);
+    ExpectRejected(CommandsWithHost(file), 3, file);
+    ExpectRejected(CommandsWithState(file), 4, file);
     EXPECT_THAT(Validate(file), FailsWith(EOPNOTSUPP));
   }
   EXPECT_FALSE(std::filesystem::exists(StateFile()));
@@ -127,9 +127,9 @@ TEST_F(ProgramFileFaultTest, RejectsFilesWithoutPermission) {
   OpenFolder();
   const std::string file = folder_.Write("secret", common::ReadTextFile(DataFile()));
   std::filesystem::permissions(file, std::filesystem::perms{0200});
-  ExpectRefused(CommandsWithData(file), 3, file, true);
-  ExpectRefused(CommandsWithHost(file), 3, file, true);
-  ExpectRefused(CommandsWithState(file), 4, file, true);
+  ExpectRejected(CommandsWithData(file), 3, file, true);
+  ExpectRejected(CommandsWithHost(file), 3, file, true);
+  ExpectRejected(CommandsWithState(file), 4, file, true);
   EXPECT_THAT(Validate(file, true), FailsWith(EACCES));
 }
 
@@ -138,9 +138,9 @@ TEST_F(ProgramFileFaultTest, RejectsFilesInAFolderWithoutPermission) {
   const std::string file = folder_.Write("closed/data", common::ReadTextFile(DataFile()));
   std::filesystem::permissions(folder_.Path() / "closed", std::filesystem::perms{0700});
   std::filesystem::permissions(folder_.Path() / "closed", std::filesystem::perms::none);
-  ExpectRefused(CommandsWithData(file), 3, file, true);
-  ExpectRefused(CommandsWithHost(file), 3, file, true);
-  ExpectRefused(CommandsWithState(file), 4, file, true);
+  ExpectRejected(CommandsWithData(file), 3, file, true);
+  ExpectRejected(CommandsWithHost(file), 3, file, true);
+  ExpectRejected(CommandsWithState(file), 4, file, true);
   EXPECT_THAT(Validate(file, true), FailsWith(EACCES));
   std::filesystem::permissions(folder_.Path() / "closed", std::filesystem::perms{0700});
 }
@@ -152,10 +152,10 @@ TEST_F(ProgramFileFaultTest, RejectsAStateFolderWithoutPermission) {
   std::filesystem::create_directory(folder_.Path() / "readonly");
   std::filesystem::permissions(folder_.Path() / "readonly", std::filesystem::perms{0555});
   const std::string file = folder_.Path() / "readonly" / "state.db";
-  ExpectRefused({{"show", "{data}", "{host}", "--state", file},
-                 {"rate", "EPIC-7", "{data}", "{host}", "--state", file}},
-                4, file, true);
-  // Commands that only read find no store; that is not an error.
+  ExpectRejected({{"show", "{data}", "{host}", "--state", file},
+                  {"rate", "EPIC-7", "{data}", "{host}", "--state", file}},
+                 4, file, true);
+  // Commands that only read succeed, because a missing store is not an error.
   for (const std::vector<std::string>& words :
        {std::vector<std::string>{"state", "show", "--state", file},
         {"state", "reset", "--state", file},
@@ -178,7 +178,7 @@ TEST_F(ProgramFileFaultTest, ConsoleReadsFilesWithUnusualNames) {
   }
 }
 
-TEST_F(ProgramFileFaultTest, ConsoleDoesNotFindANameThatIsNotUTF8) {
+TEST_F(ProgramFileFaultTest, ConsoleCannotOpenAFileWhoseNameIsNotUTF8) {
   // Console commands are UTF-16 text, which cannot represent such a name.
   const std::string file = folder_.Write("\xFF.csv", common::ReadTextFile(DataFile()));
   EXPECT_THAT(Validate(file), FailsWith(ENOENT));
@@ -193,19 +193,19 @@ TEST_F(ProgramFileFaultTest, ReadsHostAndStateWhoseNamesAreNotUTF8) {
   EXPECT_THAT(OutputOf({"state", "show", "--state", state}), HasSubstr("25.1.0.42"));
 }
 
-/// Calls a function in a loop on another thread.
-class Meddler {
+/// Calls a function in a loop on another thread until it is destroyed.
+class BackgroundLoop {
  public:
-  explicit Meddler(std::function<void()> meddle)
-      : thread_([this, meddle = std::move(meddle)] {
-          while (!isOver_) meddle();
+  explicit BackgroundLoop(std::function<void()> step)
+      : thread_([this, step = std::move(step)] {
+          while (!isOver_) step();
         }) {}
-  ~Meddler() {
+  ~BackgroundLoop() {
     isOver_ = true;
     thread_.join();
   }
-  Meddler(const Meddler&) = delete;
-  Meddler& operator=(const Meddler&) = delete;
+  BackgroundLoop(const BackgroundLoop&) = delete;
+  BackgroundLoop& operator=(const BackgroundLoop&) = delete;
 
  private:
   std::atomic<bool> isOver_ = false;
@@ -222,7 +222,8 @@ class ChangingFileTest : public ProgramFileFaultTest {
     file_ = folder_.Write("changing.csv", text_);
   }
 
-  /// The panel shows the changes of the file up to some point. The last one may be cut.
+  /// Expects that the panel shows the first changes of the file, in order. The last one may be
+  /// incomplete.
   void ExpectPanelOfAPrefix(const std::string& panel) const {
     constexpr std::string_view kBeginning = "\u2022  Change ";
     std::size_t count = 0;
@@ -240,7 +241,7 @@ class ChangingFileTest : public ProgramFileFaultTest {
 
   /// Runs the commands while the file changes. Each run must succeed with the panel of a prefix of
   /// the file, or fail with a message that names the file. At least one run must succeed.
-  void ExpectReadOrRefused() const {
+  void ExpectReadOrRejected() const {
     int successes = 0;
     for (int round = 0; round < 10 || (successes == 0 && round < 1000); ++round) {
       const ProgramResult shown = Run({"show", file_, "{host}", "--state", ":memory:"});
@@ -270,23 +271,23 @@ class ChangingFileTest : public ProgramFileFaultTest {
 };
 
 TEST_F(ChangingFileTest, ReadsAFileThatShrinksAndGrows) {
-  const Meddler meddler([this] {
+  const BackgroundLoop loop([this] {
     EXPECT_EQ(::truncate(file_.c_str(), 100), 0);
     folder_.Write("changing.csv", text_);
   });
-  ExpectReadOrRefused();
+  ExpectReadOrRejected();
 }
 
 TEST_F(ChangingFileTest, ReadsOrRejectsAFileThatIsDeletedAndRecreated) {
-  const Meddler meddler([this] {
+  const BackgroundLoop loop([this] {
     ::unlink(file_.c_str());
     folder_.Write("changing.csv", text_);
   });
-  ExpectReadOrRefused();
+  ExpectReadOrRejected();
 }
 
-TEST_F(ChangingFileTest, ReadsOrRejectsAFileThatChangesItsKind) {
-  const Meddler meddler([this] {
+TEST_F(ChangingFileTest, ReadsOrRejectsAFileThatChangesItsType) {
+  const BackgroundLoop loop([this] {
     ::unlink(file_.c_str());
     ::mkfifo(file_.c_str(), 0600);
     ::unlink(file_.c_str());
@@ -294,13 +295,13 @@ TEST_F(ChangingFileTest, ReadsOrRejectsAFileThatChangesItsKind) {
     ::rmdir(file_.c_str());
     folder_.Write("changing.csv", text_);
   });
-  ExpectReadOrRefused();
+  ExpectReadOrRejected();
 }
 
 TEST_F(ChangingFileTest, ADeletedStoreIsRecreated) {
   const std::string state = folder_.Path() / "vanishing.db";
   {
-    const Meddler meddler([&] { ::unlink(state.c_str()); });
+    const BackgroundLoop loop([&] { ::unlink(state.c_str()); });
     for (int round = 0; round < 10; ++round) {
       const ProgramResult result = Run({"show", "{data}", "{host}", "--state", state});
       EXPECT_THAT(result.exitStatus, AnyOf(0, 4)) << result.errors;

@@ -1,4 +1,5 @@
-// A fixture that runs the program with its own data file, host description and state folder.
+// A fixture that runs the program with a data file, a host description and a state folder for each
+// test.
 #ifndef TESTS_HOSTS_CONSOLE_PROGRAMFIXTURE_H_
 #define TESTS_HOSTS_CONSOLE_PROGRAMFIXTURE_H_
 
@@ -14,17 +15,20 @@
 
 namespace hosts::console {
 
-/// Two public features that ask for a rating, one internal feature, and changes for all of them.
+/// The host has two public features and one internal feature. The data file has a change with a
+/// rating request for each public feature, a bug fix, and an unmatched change.
 class ProgramTest : public testing::Test {
  protected:
   ProgramTest();
 
-  /// The call of the program with these arguments. `{data}` and `{host}` are replaced by the files.
+  /// Returns a call of the program. Replaces `{data}` with the data file, and `{host}` with
+  /// `--host` and the host description.
   test_support::ProgramCall Call(const std::vector<std::string>& words) const;
 
+  /// Runs the program with the arguments of `Call`.
   test_support::ProgramResult Run(const std::vector<std::string>& words) const;
 
-  /// Runs the program and expects success and no output on standard error.
+  /// Runs the program and returns its standard output. Expects success and an empty standard error.
   std::string OutputOf(const std::vector<std::string>& words) const;
 
   std::filesystem::path DataFile() const { return folder_.Path() / "whats new.csv"; }
@@ -33,13 +37,13 @@ class ProgramTest : public testing::Test {
 
   /// Replaces the host description.
   void WriteHost(std::string_view version, bool isInternal) const;
-  /// Replaces the data file by a header and these rows.
+  /// Replaces the data file with a header and these rows.
   void WriteData(std::string_view rows) const;
 
   test_support::TemporaryFolder folder_;
 };
 
-/// The path of the program.
+/// Returns the path of the program.
 std::string ProgramFile();
 
 }  // namespace hosts::console

@@ -1,6 +1,6 @@
-// Kills programs that show and rate at random moments, several at a time on one store. After each
-// round, the store must open and hold complete passes only, including those of every program that
-// ended normally.
+// Starts several programs that use one store, and kills them at random times. After each round, the
+// store must open and hold complete passes only, including those of every program that ended
+// normally.
 //
 // ORNWHATSNEW_TEST_KILLS sets the number of kills; `./dev kills` sets it high.
 #include <algorithm>
@@ -28,39 +28,39 @@ namespace {
 
 using common::StateStore;
 using test_support::ChildProcess;
-using Pieces = std::set<std::string>;
+using Elements = std::set<std::string>;
 
 constexpr unsigned kSeed = 90'210;
 constexpr int kHosts = 3;
 constexpr int kKills = 100;
 
-Pieces PiecesOf(const StateStore& store, std::string_view key) {
+Elements ElementsOf(const StateStore& store, std::string_view key) {
   const std::string list = store.Get(key);
-  Pieces pieces;
-  for (const std::string_view piece : ornwhatsnew::SplitPersistedList(list)) {
-    pieces.emplace(piece);
+  Elements elements;
+  for (const std::string_view element : ornwhatsnew::SplitPersistedList(list)) {
+    elements.emplace(element);
   }
-  return pieces;
+  return elements;
 }
 
-bool Includes(const Pieces& all, const Pieces& some) {
+bool Includes(const Elements& all, const Elements& some) {
   return std::ranges::includes(all, some);
 }
 
-/// One version of the application: its files, and the state that showing its list adds.
+/// One version of the application: its files, and the identities that a display of its list stores.
 struct Edition {
   std::filesystem::path data;
   std::filesystem::path host;
   std::string version;
-  Pieces shown;
+  Elements shown;
 };
 
 using Processes = std::vector<std::unique_ptr<ChildProcess>>;
 
-/// The state that programs acknowledged before they ended is kept.
+/// The state that programs stored before they ended normally.
 struct Acknowledged {
-  Pieces versions;
-  Pieces identities;
+  Elements versions;
+  Elements identities;
 };
 
 class ProgramKillTest : public ProgramTest {
@@ -68,11 +68,11 @@ class ProgramKillTest : public ProgramTest {
   ProgramKillTest() {
     const auto begin = std::chrono::steady_clock::now();
     for (int i = 0; i < kHosts; ++i) editions_.push_back(MakeEdition(i));
-    const auto whole = std::chrono::steady_clock::now() - begin;
-    runTime_ = std::chrono::duration_cast<std::chrono::microseconds>(whole) / kHosts;
+    const auto total = std::chrono::steady_clock::now() - begin;
+    runTime_ = std::chrono::duration_cast<std::chrono::microseconds>(total) / kHosts;
     const std::filesystem::path file = folder_.Path() / "rated.db";
     OutputOf(RateWords(editions_.front(), file));
-    rated_ = PiecesOf(StateStore(file), common::kAllSeenItemsKey);
+    rated_ = ElementsOf(StateStore(file), common::kAllSeenItemsKey);
   }
 
   Edition MakeEdition(int number) const {
@@ -87,7 +87,7 @@ class ProgramKillTest : public ProgramTest {
     std::filesystem::rename(HostFile(), edition.host);
     const std::filesystem::path file = folder_.Path() / (name + ".db");
     OutputOf(ShowWords(edition, file));
-    edition.shown = PiecesOf(StateStore(file), common::kAllSeenItemsKey);
+    edition.shown = ElementsOf(StateStore(file), common::kAllSeenItemsKey);
     return edition;
   }
 
@@ -101,7 +101,8 @@ class ProgramKillTest : public ProgramTest {
     return {"rate", "EPIC-7", edition.data, "--host", edition.host, "--state", store};
   }
 
-  /// Starts one program for each edition that shows it, and then one that rates.
+  /// Starts one program for each edition, which shows it, and one program that rates a feature of
+  /// `rating`.
   Processes StartPrograms(const std::filesystem::path& store, const Edition& rating) const {
     Processes processes;
     for (const Edition& edition : editions_) {
@@ -113,7 +114,8 @@ class ProgramKillTest : public ProgramTest {
     return processes;
   }
 
-  /// Starts programs and kills them in any order. Records what the others acknowledged.
+  /// Starts programs and kills them in random order. Records the state of each program that ended
+  /// before it was killed.
   void KillOneRound(const std::filesystem::path& store, std::mt19937& random,
                     Acknowledged& acknowledged) {
     const Processes processes = StartPrograms(store, editions_[random() % kHosts]);
@@ -121,44 +123,45 @@ class ProgramKillTest : public ProgramTest {
     std::vector<std::size_t> order(processes.size());
     std::iota(order.begin(), order.end(), std::size_t{0});
     std::ranges::shuffle(order, random);
-    auto place = order.begin();
+    auto index = order.begin();
     for (const std::chrono::microseconds time : TimesToKill(random, processes.size())) {
       std::this_thread::sleep_until(begin + time);
-      processes[*place]->Kill();
-      const int status = processes[*place]->Wait().exitStatus;
+      processes[*index]->Kill();
+      const int status = processes[*index]->Wait().exitStatus;
       EXPECT_TRUE(status == 0 || status == -SIGKILL) << status;
       ++(status == 0 ? ended_ : killed_);
-      if (status == 0) Note(*place, acknowledged);
-      ++place;
+      if (status == 0) RecordAcknowledged(*index, acknowledged);
+      ++index;
     }
   }
 
-  /// What the program at this index of a round acknowledged.
-  void Note(std::size_t place, Acknowledged& acknowledged) const {
-    const bool isRating = place == editions_.size();
-    const Pieces& identities = isRating ? rated_ : editions_[place].shown;
+  /// Records the state that the program at this index stored.
+  void RecordAcknowledged(std::size_t index, Acknowledged& acknowledged) const {
+    const bool isRating = index == editions_.size();
+    const Elements& identities = isRating ? rated_ : editions_[index].shown;
     acknowledged.identities.insert(identities.begin(), identities.end());
-    if (!isRating) acknowledged.versions.insert(editions_[place].version);
+    if (!isRating) acknowledged.versions.insert(editions_[index].version);
   }
 
-  /// The store holds complete passes only, and possibly a rating.
-  void ExpectWholePasses(const StateStore& store) const {
-    const Pieces seen = PiecesOf(store, common::kAllSeenItemsKey);
-    const Pieces versions = PiecesOf(store, common::kAllVersionsSeenKey);
-    Pieces explained = rated_;
+  /// Expects that the store holds complete passes only, and possibly a rating.
+  void ExpectCompletePasses(const StateStore& store) const {
+    const Elements seen = ElementsOf(store, common::kAllSeenItemsKey);
+    const Elements versions = ElementsOf(store, common::kAllVersionsSeenKey);
+    Elements expected = rated_;
     for (const Edition& edition : editions_) {
       if (!versions.contains(edition.version)) continue;
-      EXPECT_TRUE(Includes(seen, edition.shown)) << edition.version << " is there in part";
-      explained.insert(edition.shown.begin(), edition.shown.end());
+      EXPECT_TRUE(Includes(seen, edition.shown)) << edition.version << " is incomplete";
+      expected.insert(edition.shown.begin(), edition.shown.end());
     }
-    EXPECT_TRUE(Includes(explained, seen)) << "somebody's identities came without their version";
+    EXPECT_TRUE(Includes(expected, seen)) << "the store has identities without their version";
     const std::string last = store.Get(common::kLastVersionSeenKey);
     EXPECT_EQ(versions.empty(), last.empty());
     EXPECT_TRUE(versions.empty() || versions.contains(last));
   }
 
-  /// The moments at which the programs of a round are killed, in ascending order. They depend on
-  /// the duration of a run on this machine, so that some programs end before they are killed.
+  /// Returns the times at which the programs of a round are killed, in ascending order. The times
+  /// depend on the duration of a run on this machine, so that some programs end before they are
+  /// killed.
   std::vector<std::chrono::microseconds> TimesToKill(std::mt19937& random,
                                                      std::size_t count) const {
     const std::chrono::microseconds longest = std::clamp<std::chrono::microseconds>(
@@ -171,7 +174,7 @@ class ProgramKillTest : public ProgramTest {
   }
 
   std::vector<Edition> editions_;
-  Pieces rated_;
+  Elements rated_;
   std::chrono::microseconds runTime_{};
   int killed_ = 0;
   int ended_ = 0;
@@ -189,12 +192,12 @@ TEST_F(ProgramKillTest, EveryKillLeavesCompletePassesAndAcknowledgedState) {
     }
     KillOneRound(file, random, acknowledged);
     const StateStore store(file);
-    ExpectWholePasses(store);
-    EXPECT_TRUE(Includes(PiecesOf(store, common::kAllSeenItemsKey), acknowledged.identities));
-    EXPECT_TRUE(Includes(PiecesOf(store, common::kAllVersionsSeenKey), acknowledged.versions));
+    ExpectCompletePasses(store);
+    EXPECT_TRUE(Includes(ElementsOf(store, common::kAllSeenItemsKey), acknowledged.identities));
+    EXPECT_TRUE(Includes(ElementsOf(store, common::kAllVersionsSeenKey), acknowledged.versions));
   }
   std::cout << killed_ << " killed, " << ended_ << " ended first" << std::endl;
-  EXPECT_GT(ended_, 0) << "nothing was acknowledged that could have been lost";
+  EXPECT_GT(ended_, 0) << "no program ended before it was killed";
 }
 
 TEST_F(ProgramKillTest, ConcurrentProgramsLoseNothing) {
@@ -205,10 +208,10 @@ TEST_F(ProgramKillTest, ConcurrentProgramsLoseNothing) {
       EXPECT_EQ(0, process->Wait().exitStatus);
     }
     const StateStore store(file);
-    const Pieces seen = PiecesOf(store, common::kAllSeenItemsKey);
+    const Elements seen = ElementsOf(store, common::kAllSeenItemsKey);
     EXPECT_TRUE(Includes(seen, rated_));
     for (const Edition& edition : editions_) EXPECT_TRUE(Includes(seen, edition.shown));
-    EXPECT_EQ(editions_.size(), PiecesOf(store, common::kAllVersionsSeenKey).size());
+    EXPECT_EQ(editions_.size(), ElementsOf(store, common::kAllVersionsSeenKey).size());
   }
 }
 

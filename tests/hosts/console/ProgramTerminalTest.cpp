@@ -1,4 +1,4 @@
-// The program on a pseudo-terminal.
+// Runs the program on a pseudo-terminal.
 #include <algorithm>
 #include <array>
 #include <sstream>

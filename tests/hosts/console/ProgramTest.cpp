@@ -39,14 +39,14 @@ TEST_F(ShowTest, PrintsThePanelAsPlainTextToAPipe) {
       OutputOf({"show", "{data}", "{host}"}));
 }
 
-TEST_F(ShowTest, RemembersTheShownChanges) {
+TEST_F(ShowTest, StoresTheShownChanges) {
   EXPECT_THAT(OutputOf({"show", "{data}", "{host}", "--only-new"}), HasSubstr("Twice as fast"));
   EXPECT_EQ("   Changes since last opened in v25.1.0.42\n\n   You\u2019re all caught up.\n",
             OutputOf({"show", "{data}", "{host}", "--only-new"}));
   EXPECT_TRUE(std::filesystem::exists(StateFile()));
 }
 
-TEST_F(ShowTest, OnlyNewLeavesOutSeenChanges) {
+TEST_F(ShowTest, OnlyNewHidesSeenChanges) {
   OutputOf({"show", "{data}", "{host}"});
   WriteData(
       "25.1,EPIC-8,,,How dark is it?,24.0,,,,Every window is dark\n"
@@ -100,13 +100,13 @@ TEST_F(ShowTest, InternalUsersSeeMore) {
               AllOf(HasSubstr("Nobody knows"), HasSubstr("ORN-9"), HasSubstr("abc123")));
 }
 
-TEST_F(ShowTest, MemoryStoreRemembersNothing) {
+TEST_F(ShowTest, TheMemoryStoreCreatesNoFile) {
   OutputOf({"show", "{data}", "{host}", "--state", ":memory:"});
   EXPECT_FALSE(std::filesystem::exists(folder_.Path() / "state"));
   EXPECT_THAT(OutputOf({"show", "{data}", "{host}", "--only-new"}), HasSubstr("Twice as fast"));
 }
 
-TEST_F(ShowTest, StateNamesTheStore) {
+TEST_F(ShowTest, TheStateOptionSelectsTheStore) {
   const std::string file = folder_.Path() / "other.db";
   OutputOf({"show", "{data}", "{host}", "--state", file});
   EXPECT_TRUE(std::filesystem::exists(file));
@@ -218,14 +218,14 @@ TEST_F(StatusTest, SetsTheExitStatusWithTheOption) {
   EXPECT_EQ(12, Run(status).exitStatus);
 }
 
-TEST_F(StatusTest, RemembersNothing) {
+TEST_F(StatusTest, StoresNothing) {
   OutputOf({"status", "{data}", "{host}"});
   EXPECT_FALSE(std::filesystem::exists(folder_.Path() / "state"));
 }
 
 using RateTest = ProgramTest;
 
-TEST_F(RateTest, RemembersARating) {
+TEST_F(RateTest, StoresARating) {
   OutputOf({"show", "{data}", "{host}"});
   EXPECT_EQ("Thank you. Your rating of EPIC-7 is remembered.\n",
             OutputOf({"rate", "EPIC-7", "{data}", "{host}"}));
@@ -233,7 +233,7 @@ TEST_F(RateTest, RemembersARating) {
   EXPECT_THAT(left, AllOf(HasSubstr("EPIC-8"), Not(HasSubstr("EPIC-7"))));
 }
 
-TEST_F(RateTest, RatingTwiceIsRememberedOnce) {
+TEST_F(RateTest, StoresARepeatedRatingOnce) {
   OutputOf({"show", "{data}", "{host}"});
   OutputOf({"rate", "EPIC-7", "{data}", "{host}"});
   const std::string once = OutputOf({"state", "show"});
@@ -253,7 +253,7 @@ TEST_F(RateTest, AnUnknownKeyListsTheKeysThatCanBeRated) {
   EXPECT_FALSE(std::filesystem::exists(folder_.Path() / "state"));
 }
 
-TEST_F(RateTest, AFeatureThatAsksForNoRatingCannotBeRated) {
+TEST_F(RateTest, AFeatureWithoutARatingRequestCannotBeRated) {
   WriteData(
       "25.1,EPIC-7,,,,,,,,Twice as fast\n"
       "25.1,EPIC-8,,,RequestRating,,,,,Every window is dark\n");
@@ -356,7 +356,7 @@ TEST_F(ConsoleTest, RunsTheLinesOfStandardInput) {
             result.errors);
 }
 
-TEST_F(ConsoleTest, HelpIsACommandLikeAnyOther) {
+TEST_F(ConsoleTest, HelpAcceptsSpacesAndArguments) {
   const std::string list = std::string(kValidateUsage) + "help - List the commands\n";
   for (const char* line : {"help", "help ", "  help", "\thelp", " help  me ", "help\r"}) {
     ProgramCall call = Call({"console"});
@@ -412,7 +412,7 @@ TEST_F(HelpTest, ListsCommandsAndExitStatus) {
   EXPECT_THAT(OutputOf({"--version"}), StartsWith("ornwhatsnew "));
 }
 
-TEST_F(HelpTest, AWrongCommandLineIsAnError) {
+TEST_F(HelpTest, AnInvalidCommandLineIsAnError) {
   const ProgramResult result = Run({"show", "--nonsense\x1B[31m"});
   EXPECT_EQ(2, result.exitStatus);
   EXPECT_THAT(result.output, IsEmpty());

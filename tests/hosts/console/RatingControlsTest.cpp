@@ -37,7 +37,7 @@ TEST(RatingControls, QuotesWordsForAShell) {
 
 class RatingControlsTest : public test_support::FakeHostTest {};
 
-TEST_F(RatingControlsTest, FollowThePanelAndUseTheFeaturesQuestion) {
+TEST_F(RatingControlsTest, FollowTheOrderOfThePanelAndUseTheFeaturesQuestion) {
   ornwhatsnew::FeatureListData list(host_.Getter(), host_.Setter());
   ornwhatsnew::RatingMap ratingItems;
   for (const char* key : {"B", "A", "HIDDEN"}) {

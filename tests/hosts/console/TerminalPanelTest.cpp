@@ -146,31 +146,32 @@ TEST(TerminalPanel, PlainTextHasTheTargetAfterTheLink) {
             Render({Segment("View", {StyleID::kStyleHotSpot}, "https://x\x1B[31m\n")}, kPlain));
 }
 
-TEST(TerminalPanel, SequencesInTheTextAreShown) {
+TEST(TerminalPanel, EscapeSequencesInTheTextAreMadeVisible) {
   const std::string rendered =
       Render({Segment("\x1B[31mred\x1B]8;;https://evil\x07\u009B2J\r")}, kStyled);
   EXPECT_EQ("\u241B[31mred\u241B]8;;https://evil\u2407\uFFFD2J\u240D\n", rendered);
 }
 
-/// Returns the end of the style or hyperlink sequence that starts at `place`, or `place` if there
-/// is none.
-std::size_t EndOfOwnSequence(std::string_view line, std::size_t place) {
-  const std::string_view rest = line.substr(place);
+/// Returns the end of the style or hyperlink sequence at `position`, or `position` if there is
+/// none.
+std::size_t EndOfOwnSequence(std::string_view line, std::size_t position) {
+  const std::string_view rest = line.substr(position);
   if (rest.starts_with("\x1B[")) {
     const std::size_t end = rest.find_first_not_of("0123456789;", 2);
-    return end != std::string_view::npos && rest[end] == 'm' ? place + end + 1 : place;
+    return end != std::string_view::npos && rest[end] == 'm' ? position + end + 1 : position;
   }
-  if (!rest.starts_with("\x1B]8;;") && !rest.starts_with("\x1B]8;id=")) return place;
+  if (!rest.starts_with("\x1B]8;;") && !rest.starts_with("\x1B]8;id=")) return position;
   const std::size_t end = rest.find('\x1B', 1);
-  return rest.substr(std::min(end, rest.size())).starts_with("\x1B\\") ? place + end + 2 : place;
+  return rest.substr(std::min(end, rest.size())).starts_with("\x1B\\") ? position + end + 2
+                                                                       : position;
 }
 
 std::string WithoutOwnSequences(std::string_view line) {
   std::string bare;
-  for (std::size_t place = 0; place < line.size();) {
-    const std::size_t end = EndOfOwnSequence(line, place);
-    if (end == place) bare += line[place];
-    place = std::max(end, place + 1);
+  for (std::size_t position = 0; position < line.size();) {
+    const std::size_t end = EndOfOwnSequence(line, position);
+    if (end == position) bare += line[position];
+    position = std::max(end, position + 1);
   }
   return bare;
 }
@@ -179,16 +180,16 @@ TEST(TerminalPanel, RandomTextIsSafeForTheTerminal) {
   constexpr unsigned kSeed = 18'191;
   SCOPED_TRACE(testing::Message() << "seed " << kSeed);
   std::mt19937 random(kSeed);
-  const std::vector<std::string> pieces = {"\x1B",   "[",      "]8;;",   "\x07",   "\\",
-                                           "a b",    "\n",     "\t",     "\u009B", "\r",
-                                           "\u202E", "\uFEFF", "\u6C34", "m"};
+  const std::vector<std::string> fragments = {"\x1B",   "[",      "]8;;",   "\x07",   "\\",
+                                              "a b",    "\n",     "\t",     "\u009B", "\r",
+                                              "\u202E", "\uFEFF", "\u6C34", "m"};
   for (int round = 0; round < 1000; ++round) {
     std::vector<StyledSegment> segments;
     for (auto i = random() % 8; i > 0; --i) {
       std::string text;
       std::string link = random() % 2 == 0 ? "" : "https://x";
-      for (auto j = random() % 5; j > 0; --j) text += pieces[random() % pieces.size()];
-      for (auto j = random() % 3; j > 0; --j) link += pieces[random() % pieces.size()];
+      for (auto j = random() % 5; j > 0; --j) text += fragments[random() % fragments.size()];
+      for (auto j = random() % 3; j > 0; --j) link += fragments[random() % fragments.size()];
       segments.push_back(Segment(text, {static_cast<StyleID>(random() % 14)}, link));
     }
     const std::string rendered = Render(segments, {random() % 20, true, random() % 2 == 0});

@@ -53,7 +53,7 @@ struct LinkCase {
 
 class TerminalLink : public testing::TestWithParam<LinkCase> {};
 
-TEST_P(TerminalLink, MayBeSentToATerminal) {
+TEST_P(TerminalLink, IsSafeIfItIsAnHttpsUrl) {
   EXPECT_EQ(GetParam().isSafe, IsSafeHyperlink(GetParam().link)) << GetParam().link;
 }
 

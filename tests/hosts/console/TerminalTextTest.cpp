@@ -15,7 +15,7 @@ struct SafeCase {
 
 class TerminalText : public testing::TestWithParam<SafeCase> {};
 
-TEST_P(TerminalText, RemovesCharactersThatActOrHide) {
+TEST_P(TerminalText, ReplacesOrRemovesUnsafeCharacters) {
   EXPECT_EQ(GetParam().safe, SafeForTerminal(GetParam().text, Whitespace::kKeep));
 }
 
@@ -33,7 +33,7 @@ INSTANTIATE_TEST_SUITE_P(
                     SafeCase{u"\x1B]0;title\x07", u"\u241B]0;title\u2407"},
                     SafeCase{u"a\rb\bc\x7F", u"a\u240Db\u2408c\u2421"},
                     SafeCase{std::u16string(1, u'\0'), u"\u2400"},
-                    // Two control characters above ASCII: the sequence introducer and the line end.
+                    // U+009B introduces an escape sequence, and U+0085 ends a line.
                     SafeCase{u"\u009B31m\u0085", u"\uFFFD31m\uFFFD"},
                     SafeCase{u"a\u2028b\u2029c", u"a b c"}));
 
@@ -43,14 +43,14 @@ INSTANTIATE_TEST_SUITE_P(
                     // Direction overrides, isolates and marks.
                     SafeCase{u"a\u202Eb\u202Cc\u2066d\u2069e\u200Ef\u200Fg\u061Ch", u"abcdefgh"},
                     SafeCase{u"a\u200Bb\u2060c\u00ADd\u034Fe\u180Ef\u115Fg\u3164h", u"abcdefgh"},
-                    // Tags: invisible letters.
+                    // Tag characters, which are invisible letters.
                     SafeCase{u"a\U000E0041\U000E007Fb", u"ab"},
                     SafeCase{u"a\U000E0100b\uFE0Fc", u"abc"}));
 
 INSTANTIATE_TEST_SUITE_P(
     Joiners, TerminalText,
     testing::Values(SafeCase{u"pay\u200Dpal\u200C", u"paypal"}, SafeCase{u"\u200D\u200C", u""},
-                    // A family of emoji, and a heart in colour.
+                    // Emoji that are joined: a family and a burning heart.
                     SafeCase{u"\U0001F468\u200D\U0001F469\u200D\U0001F467",
                              u"\U0001F468\u200D\U0001F469\u200D\U0001F467"},
                     SafeCase{u"\u2764\uFE0F\u200D\U0001F525", u"\u2764\uFE0F\u200D\U0001F525"},
@@ -83,13 +83,13 @@ TEST(TerminalText, ReplacesEveryByteThatIsNotPrintableAscii) {
   }
 }
 
-TEST(TerminalText, ReadsUTF8WithAnyBytes) {
+TEST(TerminalText, AcceptsIllFormedUTF8) {
   EXPECT_EQ("plain", SafeForTerminal(std::string_view("plain"), Whitespace::kShow));
   EXPECT_EQ("\uFFFD[31m \u241B \u00E9",
             SafeForTerminal(std::string_view("\x9B[31m \x1B \xC3\xA9"), Whitespace::kShow));
 }
 
-TEST(TerminalText, NoCharacterIsKeptAsAControlOrDirectionMark) {
+TEST(TerminalText, KeepsNoControlCharacterOrDirectionMark) {
   for (char32_t character = 0; character <= 0x10FFFF; ++character) {
     std::u16string text;
     if (character < 0x10000) {

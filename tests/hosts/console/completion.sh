@@ -22,7 +22,7 @@ offer() {
   offered=$(printf '%s\n' "${COMPREPLY[@]}" | sort | paste -sd ' ')
 }
 
-# expect WANTED WORD...
+# expect WANTED WORD...: the completions of the last word are WANTED.
 expect() {
   local wanted=$1
   shift
@@ -33,7 +33,7 @@ expect() {
   }
 }
 
-# expect_all_of SECTION WORD...: every name in a section of the program's help is offered.
+# expect_all_of SECTION WORD...: the completions are all names in a section of the program's help.
 expect_all_of() {
   local section=$1 wanted
   shift

@@ -12,7 +12,7 @@ complain() {
   failures=$((failures + 1))
 }
 
-# compare WHAT HELP-NAMES PAGE-NAMES, with one name per line
+# compare WHAT HELP-NAMES PAGE-NAMES: both lists have the same names, one on each line.
 compare() {
   local difference
   [[ -n $2 ]] || complain "the help has no $1"
