@@ -30,7 +30,7 @@ using orncore::string::UTF8to16;
 
 namespace {
 
-/// Gives editors the path of the JSON schema. The reader does not open that file.
+/// The member with the path of the JSON schema, for editors. The reader does not open that file.
 constexpr std::string_view kSchemaMember = "$schema";
 
 void ReadText(const JsonReader& object, std::string_view name, std::string& text) {

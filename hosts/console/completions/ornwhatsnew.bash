@@ -1,5 +1,6 @@
-# shellcheck shell=bash Bash completion for `ornwhatsnew`. It reads commands and options from the
-# program's help, so that no second list has to be maintained.
+# shellcheck shell=bash
+# Bash completion for `ornwhatsnew`. It reads commands and options from the program's help, so that
+# no second list has to be maintained.
 
 _ornwhatsnew() {
   local program=$1 current=$2 previous=$3
