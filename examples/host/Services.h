@@ -4,8 +4,8 @@
 
 #include "Preferences.h"
 
-/// Replaces the default services by the application's own. The services read `preferences` on every
-/// use; it must outlive them, until RestoreServices.
+/// Replaces the default services with those of the application. The new services read `preferences`
+/// on every use, so it must stay alive until RestoreServices.
 void ReplaceServices(Preferences& preferences);
 
 /// Restores the default services.

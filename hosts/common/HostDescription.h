@@ -8,7 +8,7 @@
 //     "betaFeatures": [{"internalKey": "feature.export", "epicKey": "EPIC-7", "name": "Export",
 //                       "description": "", "visibility": 0, "enabled": true,
 //                       "availableForUser": false}],
-//     "debug": {"a key": "a text"},
+//     "debug": {"a key": "a value"},
 //     "dictionary": {"$$$/path/key": "a translated text"}
 //   }
 //

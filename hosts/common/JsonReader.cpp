@@ -16,7 +16,7 @@ std::string Counted(std::size_t count, std::string_view one, std::string_view ma
   return std::to_string(count) + ' ' + std::string(count == 1 ? one : many);
 }
 
-/// Describes a value for a message: its kind, and the value itself if it is short.
+/// Describes a value for a message: its type, and the value itself if it is short.
 std::string Describe(const json& value) {
   if (value.is_string()) return "the text " + JsonQuoted(value.get_ref<const std::string&>());
   if (value.is_number()) return "the number " + value.dump();

@@ -29,7 +29,7 @@ struct ShowArguments {
   ornwhatsnew::DisplayOptions options;
   OutputFormat format = OutputFormat::kText;
   ColorMode color = ColorMode::kAuto;
-  std::optional<std::size_t> width;  ///< columns; 0 never wraps; absent: the terminal's width
+  std::optional<std::size_t> width;  ///< in columns; 0: no wrapping; absent: the terminal's width
 };
 
 struct StatusArguments {

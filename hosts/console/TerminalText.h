@@ -20,8 +20,8 @@ enum class Whitespace {
 /// - Direction marks, overrides and isolates, invisible marks such as U+FEFF and U+200B, tags and
 ///   soft hyphens are removed. Joiners and variation selectors are removed unless a script or an
 ///   emoji needs them.
-/// - Line and paragraph separators are replaced by spaces, unpaired surrogates and noncharacters by
-///   U+FFFD.
+/// - Line and paragraph separators are replaced by spaces. Unpaired surrogates and noncharacters
+///   are replaced by U+FFFD.
 ///
 /// All other characters stay unchanged. Takes linear time.
 std::u16string SafeForTerminal(std::u16string_view text, Whitespace whitespace);

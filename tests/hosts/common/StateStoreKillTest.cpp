@@ -1,7 +1,7 @@
 // Kills programs while they write. After each kill, the store must open and hold complete passes
 // only, including every pass that a program had committed.
 //
-// ORNWHATSNEW_TEST_KILLS sets the number of kills; `./dev kills` sets it high.
+// ORNWHATSNEW_TEST_KILLS sets the number of kills; `./dev kills` sets a high number.
 #include <algorithm>
 #include <array>
 #include <chrono>

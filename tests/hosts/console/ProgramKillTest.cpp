@@ -2,7 +2,7 @@
 // store must open and hold complete passes only, including those of every program that ended
 // normally.
 //
-// ORNWHATSNEW_TEST_KILLS sets the number of kills; `./dev kills` sets it high.
+// ORNWHATSNEW_TEST_KILLS sets the number of kills; `./dev kills` sets a high number.
 #include <algorithm>
 #include <chrono>
 #include <csignal>
