@@ -16,7 +16,7 @@ TEST_F(SDMUsageLoggerTest, LogsWithoutAQuery) {
   EXPECT_TRUE(SDMUsageLogger::IsLogging());
 }
 
-TEST_F(SDMUsageLoggerTest, AsksTheQueryAtEveryCall) {
+TEST_F(SDMUsageLoggerTest, RunsTheQueryAtEveryCall) {
   bool logging = false;
   SDMUsageLogger::SetLoggingQuery([&logging] { return logging; });
   EXPECT_FALSE(SDMUsageLogger::IsLogging());
@@ -24,13 +24,13 @@ TEST_F(SDMUsageLoggerTest, AsksTheQueryAtEveryCall) {
   EXPECT_TRUE(SDMUsageLogger::IsLogging());
 }
 
-TEST_F(SDMUsageLoggerTest, ForgetsTheQueryAtAnEmptyOne) {
+TEST_F(SDMUsageLoggerTest, AnEmptyQueryRestoresTheDefault) {
   SDMUsageLogger::SetLoggingQuery([] { return false; });
   SDMUsageLogger::SetLoggingQuery({});
   EXPECT_TRUE(SDMUsageLogger::IsLogging());
 }
 
-TEST_F(SDMUsageLoggerTest, OutlivesAQueryThatReplacesItself) {
+TEST_F(SDMUsageLoggerTest, AQueryMayReplaceItself) {
   SDMUsageLogger::SetLoggingQuery([owned = std::make_shared<bool>(false)] {
     const std::weak_ptr<bool> held = owned;
     SDMUsageLogger::SetLoggingQuery({});

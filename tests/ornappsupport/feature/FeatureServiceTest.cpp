@@ -21,8 +21,8 @@ class FeatureServiceTest : public testing::Test {
  protected:
   ~FeatureServiceTest() override { SetFeatureService(nullptr); }
 
-  // Registers a service and leaves it open to changes.
-  FixedFeatureService& Register() {
+  // Installs a service and returns a reference, so that the test can change it.
+  FixedFeatureService& InstallService() {
     auto service = std::make_shared<FixedFeatureService>();
     FixedFeatureService& reference = *service;
     SetFeatureService(std::move(service));
@@ -30,7 +30,7 @@ class FeatureServiceTest : public testing::Test {
   }
 };
 
-TEST(BetaFeature, KeepsWhatItWasMadeFrom) {
+TEST(BetaFeature, KeepsItsConstructorArguments) {
   const BetaFeature feature("EPIC-7", u"N\u00E4me", u"", VisibilityInAllClientApps::kInDevelopment);
   EXPECT_EQ(feature.GetJiraEpicKey(), "EPIC-7");
   EXPECT_EQ(feature.GetDisplayName(), u"N\u00E4me");
@@ -38,22 +38,22 @@ TEST(BetaFeature, KeepsWhatItWasMadeFrom) {
   EXPECT_EQ(feature.GetVisibility(), VisibilityInAllClientApps::kInDevelopment);
 }
 
-TEST(BetaFeature, NumbersTheVisibilities) {
+TEST(BetaFeature, VisibilitiesHaveFixedValues) {
   EXPECT_EQ(static_cast<int>(VisibilityInAllClientApps::kPublic), 0);
   EXPECT_EQ(static_cast<int>(VisibilityInAllClientApps::kInternal), 1);
   EXPECT_EQ(static_cast<int>(VisibilityInAllClientApps::kInDevelopment), 2);
   EXPECT_EQ(static_cast<int>(VisibilityInAllClientApps::kUnlabelled), 3);
 }
 
-TEST_F(FeatureServiceTest, KnowsAndAllowsNothingWithoutAService) {
+TEST_F(FeatureServiceTest, HasNoFeaturesWithoutAService) {
   EXPECT_TRUE(GetConstBetaFeatureMap().empty());
   EXPECT_FALSE(IsFeatureEnabled("a"));
   EXPECT_FALSE(IsAvailableForUserEnablement("a"));
   EXPECT_FALSE(IsEntitlementSetToInternalFeaturesAllowed());
 }
 
-TEST_F(FeatureServiceTest, AnswersEachQueryByItself) {
-  FixedFeatureService& service = Register();
+TEST_F(FeatureServiceTest, AnswersEachQueryIndependently) {
+  FixedFeatureService& service = InstallService();
   service.Add("on", Feature(), true, false);
   service.Add("available", Feature(), false, true);
   EXPECT_TRUE(IsFeatureEnabled("on"));
@@ -66,7 +66,7 @@ TEST_F(FeatureServiceTest, AnswersEachQueryByItself) {
 }
 
 TEST_F(FeatureServiceTest, ListsFeaturesInAscendingByteOrder) {
-  FixedFeatureService& service = Register();
+  FixedFeatureService& service = InstallService();
   for (const char* key : {"b", "\xC3\xA4", "B", "", "ab", "a"}) {
     service.Add(key, Feature(), false, false);
   }
@@ -75,8 +75,8 @@ TEST_F(FeatureServiceTest, ListsFeaturesInAscendingByteOrder) {
   EXPECT_THAT(keys, ElementsAre("", "B", "a", "ab", "b", "\xC3\xA4"));
 }
 
-TEST_F(FeatureServiceTest, ReplacesAFeatureWhole) {
-  FixedFeatureService& service = Register();
+TEST_F(FeatureServiceTest, AddReplacesTheWholeFeature) {
+  FixedFeatureService& service = InstallService();
   service.Add("a", Feature("EPIC-1"), true, true);
   service.Add("a", Feature("EPIC-2"), false, false);
   EXPECT_EQ(GetConstBetaFeatureMap().at("a").GetJiraEpicKey(), "EPIC-2");
@@ -84,8 +84,8 @@ TEST_F(FeatureServiceTest, ReplacesAFeatureWhole) {
   EXPECT_FALSE(IsAvailableForUserEnablement("a"));
 }
 
-TEST_F(FeatureServiceTest, AnswersFalseForNullAndForAnUnknownKey) {
-  class YesMan final : public FeatureService {
+TEST_F(FeatureServiceTest, ReturnsFalseForNullAndUnknownKeys) {
+  class AlwaysTrueService final : public FeatureService {
    public:
     const BetaFeatureMap& GetBetaFeatures() const override { return features; }
     bool IsEnabled(std::string_view) const override { return true; }
@@ -93,7 +93,7 @@ TEST_F(FeatureServiceTest, AnswersFalseForNullAndForAnUnknownKey) {
     bool AreInternalFeaturesAllowed() const override { return true; }
     BetaFeatureMap features{{"known", Feature()}};
   };
-  SetFeatureService(std::make_shared<YesMan>());
+  SetFeatureService(std::make_shared<AlwaysTrueService>());
   EXPECT_TRUE(IsFeatureEnabled("known"));
   EXPECT_TRUE(IsAvailableForUserEnablement("known"));
   for (const char* key : {"Known", "know", "known ", ""}) {
@@ -104,8 +104,8 @@ TEST_F(FeatureServiceTest, AnswersFalseForNullAndForAnUnknownKey) {
   EXPECT_FALSE(IsAvailableForUserEnablement(nullptr));
 }
 
-TEST_F(FeatureServiceTest, ForgetsTheServiceAtNull) {
-  FixedFeatureService& service = Register();
+TEST_F(FeatureServiceTest, NullRemovesTheService) {
+  FixedFeatureService& service = InstallService();
   service.Add("a", Feature(), true, true);
   service.SetInternalFeaturesAllowed(true);
   SetFeatureService(nullptr);
@@ -114,19 +114,20 @@ TEST_F(FeatureServiceTest, ForgetsTheServiceAtNull) {
   EXPECT_FALSE(IsEntitlementSetToInternalFeaturesAllowed());
 }
 
-TEST_F(FeatureServiceTest, OutlivesAServiceThatReplacesItself) {
-  class Leaving final : public FeatureService, public std::enable_shared_from_this<Leaving> {
+TEST_F(FeatureServiceTest, AServiceMayReplaceItselfDuringAQuery) {
+  class SelfReplacing final : public FeatureService,
+                              public std::enable_shared_from_this<SelfReplacing> {
    public:
     const BetaFeatureMap& GetBetaFeatures() const override {
-      Leave();
+      ReplaceSelf();
       return features_;
     }
     bool IsEnabled(std::string_view key) const override { return features_.contains(key); }
     bool IsAvailableForUser(std::string_view key) const override { return features_.contains(key); }
-    bool AreInternalFeaturesAllowed() const override { return Leave(); }
+    bool AreInternalFeaturesAllowed() const override { return ReplaceSelf(); }
 
    private:
-    bool Leave() const {
+    bool ReplaceSelf() const {
       const auto self = weak_from_this();
       SetFeatureService(nullptr);
       EXPECT_FALSE(self.expired());
@@ -135,12 +136,12 @@ TEST_F(FeatureServiceTest, OutlivesAServiceThatReplacesItself) {
 
     BetaFeatureMap features_{{"a", Feature()}};
   };
-  const auto enter = [] { SetFeatureService(std::make_shared<Leaving>()); };
-  enter();
+  const auto install = [] { SetFeatureService(std::make_shared<SelfReplacing>()); };
+  install();
   EXPECT_TRUE(IsFeatureEnabled("a"));
-  enter();
+  install();
   EXPECT_TRUE(IsAvailableForUserEnablement("a"));
-  enter();
+  install();
   EXPECT_TRUE(IsEntitlementSetToInternalFeaturesAllowed());
   EXPECT_FALSE(IsEntitlementSetToInternalFeaturesAllowed());
 }

@@ -16,7 +16,7 @@ TEST_F(AppStateManagerTest, IsNotTerminatingWithoutAQuery) {
   EXPECT_FALSE(IsTerminating());
 }
 
-TEST_F(AppStateManagerTest, AsksTheQueryAtEveryCall) {
+TEST_F(AppStateManagerTest, RunsTheQueryAtEveryCall) {
   bool terminating = false;
   SetTerminationQuery([&terminating] { return terminating; });
   EXPECT_FALSE(IsTerminating());
@@ -24,13 +24,13 @@ TEST_F(AppStateManagerTest, AsksTheQueryAtEveryCall) {
   EXPECT_TRUE(IsTerminating());
 }
 
-TEST_F(AppStateManagerTest, ForgetsTheQueryAtAnEmptyOne) {
+TEST_F(AppStateManagerTest, AnEmptyQueryRestoresTheDefault) {
   SetTerminationQuery([] { return true; });
   SetTerminationQuery({});
   EXPECT_FALSE(IsTerminating());
 }
 
-TEST_F(AppStateManagerTest, OutlivesAQueryThatReplacesItself) {
+TEST_F(AppStateManagerTest, AQueryMayReplaceItself) {
   SetTerminationQuery([owned = std::make_shared<bool>(true)] {
     const std::weak_ptr<bool> held = owned;
     SetTerminationQuery({});

@@ -18,14 +18,14 @@ TEST_F(ClientInfoTest, HasDefaults) {
   EXPECT_EQ(GetClientPlatform(), "Mac");
 }
 
-TEST_F(ClientInfoTest, AnswersWhatTheHostSays) {
+TEST_F(ClientInfoTest, ReturnsTheValuesOfTheHost) {
   SetClientInfo(std::make_shared<FixedClientInfo>(u"1.2.3", u"", "Win"));
   EXPECT_EQ(GetClientVersion(), u"1.2.3");
   EXPECT_EQ(GetClientBuildNumber(), u"");
   EXPECT_EQ(GetClientPlatform(), "Win");
 }
 
-TEST_F(ClientInfoTest, GoesBackToDefaultsAtNull) {
+TEST_F(ClientInfoTest, NullRestoresTheDefaults) {
   SetClientInfo(std::make_shared<FixedClientInfo>(u"1", u"2", "3"));
   SetClientInfo(nullptr);
   EXPECT_EQ(GetClientVersion(), u"25.1");
@@ -33,7 +33,7 @@ TEST_F(ClientInfoTest, GoesBackToDefaultsAtNull) {
   EXPECT_EQ(GetClientPlatform(), "Mac");
 }
 
-TEST_F(ClientInfoTest, AsksTheHostAtEveryCall) {
+TEST_F(ClientInfoTest, QueriesTheHostAtEveryCall) {
   class Counter final : public ClientInfo {
    public:
     UTF16String GetClientVersion() const override { return UTF16String(++calls, u'x'); }
@@ -48,15 +48,16 @@ TEST_F(ClientInfoTest, AsksTheHostAtEveryCall) {
   EXPECT_EQ(GetClientPlatform(), "xxxx");
 }
 
-TEST_F(ClientInfoTest, OutlivesAHostThatReplacesItself) {
-  class Leaving final : public ClientInfo, public std::enable_shared_from_this<Leaving> {
+TEST_F(ClientInfoTest, AClientInfoMayReplaceItselfDuringAQuery) {
+  class SelfReplacing final : public ClientInfo,
+                              public std::enable_shared_from_this<SelfReplacing> {
    public:
-    UTF16String GetClientVersion() const override { return Leave().version_; }
-    UTF16String GetClientBuildNumber() const override { return Leave().buildNumber_; }
-    UTF8String GetClientPlatform() const override { return Leave().platform_; }
+    UTF16String GetClientVersion() const override { return ReplaceSelf().version_; }
+    UTF16String GetClientBuildNumber() const override { return ReplaceSelf().buildNumber_; }
+    UTF8String GetClientPlatform() const override { return ReplaceSelf().platform_; }
 
    private:
-    const Leaving& Leave() const {
+    const SelfReplacing& ReplaceSelf() const {
       const auto self = weak_from_this();
       SetClientInfo(nullptr);
       EXPECT_FALSE(self.expired());
@@ -67,12 +68,12 @@ TEST_F(ClientInfoTest, OutlivesAHostThatReplacesItself) {
     UTF16String buildNumber_ = u"7";
     UTF8String platform_ = "Win";
   };
-  const auto enter = [] { SetClientInfo(std::make_shared<Leaving>()); };
-  enter();
+  const auto install = [] { SetClientInfo(std::make_shared<SelfReplacing>()); };
+  install();
   EXPECT_EQ(GetClientVersion(), u"1.2.3");
-  enter();
+  install();
   EXPECT_EQ(GetClientBuildNumber(), u"7");
-  enter();
+  install();
   EXPECT_EQ(GetClientPlatform(), "Win");
   EXPECT_EQ(GetClientPlatform(), "Mac");
 }

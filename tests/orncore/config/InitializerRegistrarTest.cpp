@@ -34,7 +34,7 @@ class InitializerRegistrarTest : public testing::Test {
     debug::SetLogSink({});
   }
 
-  // A registration whose functions note "+name" and "-name".
+  // Returns a registration whose functions append "+name" and "-name" to `events_`.
   std::unique_ptr<InitializerRegistrar> Register(const std::string& name,
                                                  EInitializerContextFlags contexts,
                                                  bool succeeds = true) {
@@ -47,7 +47,7 @@ class InitializerRegistrarTest : public testing::Test {
         [this, name] { events_.push_back("-" + name); });
   }
 
-  void CatchLog() {
+  void RecordLog() {
     debug::SetLogSink([this](std::string_view line) { log_.emplace_back(line); });
   }
 
@@ -55,7 +55,7 @@ class InitializerRegistrarTest : public testing::Test {
   std::vector<std::string> log_;
 };
 
-TEST_F(InitializerRegistrarTest, ListsRegistrationsInOrderWhileTheyLive) {
+TEST_F(InitializerRegistrarTest, ListsExistingRegistrationsInOrder) {
   // The library itself may have registered an initializer when it was loaded.
   std::vector<std::string> expected = GetRegisteredInitializers();
   expected.emplace_back("b");
@@ -70,7 +70,7 @@ TEST_F(InitializerRegistrarTest, ListsRegistrationsInOrderWhileTheyLive) {
   EXPECT_EQ(GetRegisteredInitializers(), expected);
 }
 
-TEST_F(InitializerRegistrarTest, RunsNothingBeforeItsContextIsLive) {
+TEST_F(InitializerRegistrarTest, RunsNoInitializerBeforeItsContextStarts) {
   const auto registration = Register("a", kConsole);
   EXPECT_TRUE(InitializeContexts(kCore | kApplication));
   EXPECT_THAT(events_, IsEmpty());
@@ -94,7 +94,7 @@ TEST_F(InitializerRegistrarTest, ShutsDownInReverseOrderOfInitialisation) {
   EXPECT_THAT(events_, ElementsAre("+core", "+console", "-console", "-core"));
 }
 
-TEST_F(InitializerRegistrarTest, InitializesEachOnce) {
+TEST_F(InitializerRegistrarTest, InitializesEachRegistrationOnce) {
   const auto registration = Register("a", kConsole | kCore);
   EXPECT_TRUE(InitializeContexts(kConsole));
   EXPECT_TRUE(InitializeContexts(kConsole));
@@ -102,7 +102,7 @@ TEST_F(InitializerRegistrarTest, InitializesEachOnce) {
   EXPECT_THAT(events_, ElementsAre("+a"));
 }
 
-TEST_F(InitializerRegistrarTest, ShutsDownWithTheLastOfItsContexts) {
+TEST_F(InitializerRegistrarTest, ShutsDownWhenItsLastContextEnds) {
   const auto registration = Register("a", kConsole | kCore);
   InitializeContexts(kAll);
   ShutdownContexts(kConsole);
@@ -113,7 +113,7 @@ TEST_F(InitializerRegistrarTest, ShutsDownWithTheLastOfItsContexts) {
   EXPECT_THAT(events_, ElementsAre("+a", "-a"));
 }
 
-TEST_F(InitializerRegistrarTest, StartsAgainAfterAShutdown) {
+TEST_F(InitializerRegistrarTest, InitializesAgainAfterAShutdown) {
   const auto registration = Register("a", kConsole);
   InitializeContexts(kConsole);
   ShutdownContexts(kConsole);
@@ -121,21 +121,21 @@ TEST_F(InitializerRegistrarTest, StartsAgainAfterAShutdown) {
   EXPECT_THAT(events_, ElementsAre("+a", "-a", "+a"));
 }
 
-TEST_F(InitializerRegistrarTest, InitializesALateRegistrationAtOnce) {
+TEST_F(InitializerRegistrarTest, InitializesARegistrationForALiveContextImmediately) {
   InitializeContexts(kConsole);
   const auto late = Register("late", kConsole);
   const auto other = Register("other", kCore);
   EXPECT_THAT(events_, ElementsAre("+late"));
 }
 
-TEST_F(InitializerRegistrarTest, LeavesALateRegistrationAloneAfterTheShutdown) {
+TEST_F(InitializerRegistrarTest, DoesNotInitializeARegistrationAfterTheShutdown) {
   InitializeContexts(kConsole);
   ShutdownContexts(kConsole);
   const auto late = Register("late", kConsole);
   EXPECT_THAT(events_, IsEmpty());
 }
 
-TEST_F(InitializerRegistrarTest, ShutsDownWhatIsDestroyedWhileLive) {
+TEST_F(InitializerRegistrarTest, ShutsDownALiveRegistrationWhenItIsDestroyed) {
   InitializeContexts(kConsole);
   Register("a", kConsole).reset();
   EXPECT_THAT(events_, ElementsAre("+a", "-a"));
@@ -143,13 +143,13 @@ TEST_F(InitializerRegistrarTest, ShutsDownWhatIsDestroyedWhileLive) {
   EXPECT_THAT(events_, ElementsAre("+a", "-a"));
 }
 
-TEST_F(InitializerRegistrarTest, ShutsNothingDownThatWasNeverInitialized) {
+TEST_F(InitializerRegistrarTest, DoesNotShutDownAnUninitializedRegistration) {
   Register("a", kConsole).reset();
   EXPECT_THAT(events_, IsEmpty());
 }
 
-TEST_F(InitializerRegistrarTest, ReportsAFailureAndGoesOn) {
-  CatchLog();
+TEST_F(InitializerRegistrarTest, LogsAFailureAndContinues) {
+  RecordLog();
   const auto bad = Register("bad", kConsole, false);
   const auto good = Register("good", kConsole);
   EXPECT_FALSE(InitializeContexts(kConsole));
@@ -158,8 +158,8 @@ TEST_F(InitializerRegistrarTest, ReportsAFailureAndGoesOn) {
   EXPECT_THAT(events_, ElementsAre("+bad", "+good", "-good"));
 }
 
-TEST_F(InitializerRegistrarTest, TriesAFailedOneAgain) {
-  CatchLog();
+TEST_F(InitializerRegistrarTest, RetriesAFailedInitializer) {
+  RecordLog();
   const auto bad = Register("bad", kConsole, false);
   const auto good = Register("good", kConsole);
   EXPECT_FALSE(InitializeContexts(kConsole));
@@ -167,19 +167,19 @@ TEST_F(InitializerRegistrarTest, TriesAFailedOneAgain) {
   EXPECT_THAT(events_, ElementsAre("+bad", "+good", "+bad"));
 }
 
-TEST_F(InitializerRegistrarTest, TakesAnExceptionForAFailure) {
-  CatchLog();
+TEST_F(InitializerRegistrarTest, TreatsAnExceptionAsAFailure) {
+  RecordLog();
   const InitializerRegistrar bad(
-      "bad", kConsole, []() -> bool { throw std::runtime_error("no room"); },
+      "bad", kConsole, []() -> bool { throw std::runtime_error("no memory"); },
       [this] { events_.push_back("-bad"); });
   EXPECT_FALSE(InitializeContexts(kConsole));
-  EXPECT_THAT(log_, Contains(HasSubstr("no room")));
+  EXPECT_THAT(log_, Contains(HasSubstr("no memory")));
   ShutdownContexts(kConsole);
   EXPECT_THAT(events_, IsEmpty());
 }
 
-TEST_F(InitializerRegistrarTest, LetsNoExceptionOutOfAShutdown) {
-  CatchLog();
+TEST_F(InitializerRegistrarTest, LogsExceptionsOfShutdownFunctions) {
+  RecordLog();
   const auto first = Register("first", kConsole);
   {
     const InitializerRegistrar bad("bad", kConsole, nullptr,
@@ -191,14 +191,14 @@ TEST_F(InitializerRegistrarTest, LetsNoExceptionOutOfAShutdown) {
   EXPECT_THAT(events_, ElementsAre("+first", "-first"));
 }
 
-TEST_F(InitializerRegistrarTest, TakesEmptyFunctionsForSuccessful) {
+TEST_F(InitializerRegistrarTest, TreatsEmptyFunctionsAsSuccessful) {
   const InitializerRegistrar nothing("nothing", kConsole, nullptr, nullptr);
   EXPECT_TRUE(InitializeContexts(kConsole));
   ShutdownContexts(kConsole);
   EXPECT_THAT(GetRegisteredInitializers(), Contains("nothing"));
 }
 
-TEST_F(InitializerRegistrarTest, LetsAnInitializerRegisterAnother) {
+TEST_F(InitializerRegistrarTest, AnInitializerMayRegisterAnother) {
   std::unique_ptr<InitializerRegistrar> inner;
   const InitializerRegistrar outer(
       "outer", kConsole,
@@ -215,7 +215,7 @@ TEST_F(InitializerRegistrarTest, LetsAnInitializerRegisterAnother) {
   EXPECT_THAT(GetRegisteredInitializers(), Not(Contains("inner")));
 }
 
-TEST_F(InitializerRegistrarTest, StopsWhatEndsItsContextWhileItStarts) {
+TEST_F(InitializerRegistrarTest, ShutsDownAnInitializerThatEndsItsOwnContext) {
   const InitializerRegistrar registration(
       "a", kConsole,
       [this] {
@@ -230,7 +230,7 @@ TEST_F(InitializerRegistrarTest, StopsWhatEndsItsContextWhileItStarts) {
   EXPECT_THAT(events_, ElementsAre("+a", "-a"));
 }
 
-TEST_F(InitializerRegistrarTest, LeavesTheRestAloneWhenTheContextEndsMeanwhile) {
+TEST_F(InitializerRegistrarTest, SkipsLaterInitializersWhenTheContextEnds) {
   const InitializerRegistrar first(
       "first", kConsole,
       [] {
@@ -243,7 +243,7 @@ TEST_F(InitializerRegistrarTest, LeavesTheRestAloneWhenTheContextEndsMeanwhile) 
   EXPECT_THAT(events_, IsEmpty());
 }
 
-TEST_F(InitializerRegistrarTest, KeepsWhatBelongsToAnotherLiveContext) {
+TEST_F(InitializerRegistrarTest, StaysInitializedWhileAnotherContextIsLive) {
   const InitializerRegistrar registration(
       "a", kConsole | kCore,
       [this] {
@@ -256,8 +256,8 @@ TEST_F(InitializerRegistrarTest, KeepsWhatBelongsToAnotherLiveContext) {
   EXPECT_THAT(events_, ElementsAre("+a"));
 }
 
-TEST_F(InitializerRegistrarTest, StartsWhatRevivesItsContextWhileItStops) {
-  bool again = true;
+TEST_F(InitializerRegistrarTest, InitializesAgainIfTheShutdownFunctionRestartsTheContext) {
+  bool restarts = true;
   const InitializerRegistrar registration(
       "a", kConsole,
       [this] {
@@ -266,18 +266,18 @@ TEST_F(InitializerRegistrarTest, StartsWhatRevivesItsContextWhileItStops) {
       },
       [&] {
         events_.push_back("-a");
-        if (!std::exchange(again, false)) return;
+        if (!std::exchange(restarts, false)) return;
         InitializeContexts(kConsole);
-        events_.push_back("-a, revived");
+        events_.push_back("-a, restarted");
       });
   InitializeContexts(kConsole);
   ShutdownContexts(kConsole);
-  EXPECT_THAT(events_, ElementsAre("+a", "-a", "-a, revived", "+a"));
+  EXPECT_THAT(events_, ElementsAre("+a", "-a", "-a, restarted", "+a"));
   ShutdownContexts(kConsole);
-  EXPECT_THAT(events_, ElementsAre("+a", "-a", "-a, revived", "+a", "-a"));
+  EXPECT_THAT(events_, ElementsAre("+a", "-a", "-a, restarted", "+a", "-a"));
 }
 
-TEST_F(InitializerRegistrarTest, RunsNoFunctionWithinItselfWhenItStartsItsOwnContext) {
+TEST_F(InitializerRegistrarTest, DoesNotReenterAnInitializerThatStartsItsOwnContext) {
   const InitializerRegistrar registration(
       "a", kConsole,
       [this] {
@@ -289,7 +289,7 @@ TEST_F(InitializerRegistrarTest, RunsNoFunctionWithinItselfWhenItStartsItsOwnCon
   EXPECT_THAT(events_, ElementsAre("+a"));
 }
 
-TEST_F(InitializerRegistrarTest, StopsWhatAnotherThreadEndsWhileItStarts) {
+TEST_F(InitializerRegistrarTest, ShutsDownIfAnotherThreadEndsTheContextDuringInitialization) {
   std::latch entered(1);
   std::latch ended(1);
   const InitializerRegistrar slow(
@@ -320,7 +320,7 @@ TEST_F(InitializerRegistrarTest, ReleasesTheFunctionsWhenDestroyed) {
   EXPECT_EQ(owned.use_count(), 1);
 }
 
-// The function can only end once the destruction has begun, which removes the name from the list.
+// The function ends only after the destructor has removed the name from the list of registrations.
 TEST_F(InitializerRegistrarTest, DestructionWaitsForItsFunctionOnAnotherThread) {
   std::latch entered(1);
   bool finished = false;
@@ -344,7 +344,7 @@ TEST_F(InitializerRegistrarTest, DestructionWaitsForItsFunctionOnAnotherThread) 
   starter.join();
 }
 
-TEST_F(InitializerRegistrarTest, LeavesARunningFunctionToItsThread) {
+TEST_F(InitializerRegistrarTest, DoesNotWaitForAnInitializerOnAnotherThread) {
   std::latch entered(1);
   std::latch mayEnd(1);
   int runs = 0;
@@ -365,7 +365,7 @@ TEST_F(InitializerRegistrarTest, LeavesARunningFunctionToItsThread) {
   EXPECT_EQ(runs, 1);
 }
 
-TEST_F(InitializerRegistrarTest, InitializesOnceForContextsStartedBySeveralThreads) {
+TEST_F(InitializerRegistrarTest, InitializesOnceWhenSeveralThreadsStartTheContext) {
   constexpr int kThreads = 4;
   std::atomic<int> initialized = 0;
   std::atomic<int> shutDown = 0;
@@ -385,7 +385,7 @@ TEST_F(InitializerRegistrarTest, InitializesOnceForContextsStartedBySeveralThrea
   EXPECT_EQ(shutDown, 1);
 }
 
-TEST_F(InitializerRegistrarTest, RunsEachFunctionOncePerRegistrationOfSeveralThreads) {
+TEST_F(InitializerRegistrarTest, RunsEachFunctionOnceForRegistrationsOnSeveralThreads) {
   constexpr int kThreads = 4;
   constexpr int kRegistrations = 200;
   std::atomic<int> initialized = 0;
@@ -405,8 +405,8 @@ TEST_F(InitializerRegistrarTest, RunsEachFunctionOncePerRegistrationOfSeveralThr
   EXPECT_EQ(shutDown, kThreads * kRegistrations);
 }
 
-// Contexts that start and end concurrently may or may not run the functions, but in turns.
-TEST_F(InitializerRegistrarTest, AlternatesTheFunctionsWhileContextsChangeOnSeveralThreads) {
+// It is unspecified whether the functions run, but initialization and shutdown must alternate.
+TEST_F(InitializerRegistrarTest, AlternatesTheFunctionsWhileSeveralThreadsChangeContexts) {
   std::vector<std::jthread> threads;
   for (int thread = 0; thread < 4; ++thread) {
     threads.emplace_back([] {

@@ -20,11 +20,11 @@ struct MarkupCase {
 
 class MarkupTest : public testing::TestWithParam<MarkupCase> {};
 
-TEST_P(MarkupTest, Expands) {
+TEST_P(MarkupTest, ExpandsMarkup) {
   EXPECT_EQ(Localizer().ZString("key=" + string::UTF16to8(GetParam().text)), GetParam().expanded);
 }
 
-INSTANTIATE_TEST_SUITE_P(EveryMark, MarkupTest,
+INSTANTIATE_TEST_SUITE_P(EveryMarkup, MarkupTest,
                          testing::Values(MarkupCase{u"", u""}, MarkupCase{u"plain", u"plain"},
                                          MarkupCase{u"a#{endl}b", u"a\nb"},
                                          MarkupCase{u"a#{tab}b", u"a\tb"},
@@ -36,7 +36,7 @@ INSTANTIATE_TEST_SUITE_P(EveryMark, MarkupTest,
                                          MarkupCase{u"#{endl}#{endl}", u"\n\n"},
                                          MarkupCase{u"it^}s ^[so^]", u"it\u2019s \u201Cso\u201D"}));
 
-INSTANTIATE_TEST_SUITE_P(CommentEndsTheText, MarkupTest,
+INSTANTIATE_TEST_SUITE_P(TextEndsAtAComment, MarkupTest,
                          testing::Values(MarkupCase{u"shown#{comment}not #{endl}", u"shown"},
                                          MarkupCase{u"#{comment}", u""},
                                          MarkupCase{u"a#{endl}#{comment}b#{comment}c", u"a\n"},
@@ -44,7 +44,7 @@ INSTANTIATE_TEST_SUITE_P(CommentEndsTheText, MarkupTest,
                                          MarkupCase{u"^#{comment}x", u"^"}));
 
 INSTANTIATE_TEST_SUITE_P(
-    WhatIsNoMarkStays, MarkupTest,
+    OtherTextIsKept, MarkupTest,
     testing::Values(MarkupCase{u"#{foo}", u"#{foo}"}, MarkupCase{u"^x", u"^x"},
                     MarkupCase{u"^#{endl}", u"^\n"}, MarkupCase{u"^", u"^"}, MarkupCase{u"#", u"#"},
                     MarkupCase{u"#{", u"#{"}, MarkupCase{u"#{endl", u"#{endl"},
@@ -75,7 +75,7 @@ class KeyTest : public testing::TestWithParam<KeyCase> {
   Localizer localizer_;
 };
 
-TEST_P(KeyTest, Shows) {
+TEST_P(KeyTest, LooksUpTheKey) {
   EXPECT_EQ(localizer_.ZString(GetParam().keyText), GetParam().shown);
 }
 
@@ -95,13 +95,13 @@ INSTANTIATE_TEST_SUITE_P(
                     KeyCase{"$$$/new=@0 \xC3\xBC", u"@0 \u00FC"}, KeyCase{"$$$/ill=x", u"\uFFFD"},
                     KeyCase{"$$$/new=\xC3(", u"\uFFFD("}));
 
-TEST(Localizer, ShowsDefaultsWithoutDictionary) {
+TEST(Localizer, ReturnsTheDefaultTextWithoutADictionary) {
   Localizer localizer;
   EXPECT_EQ(localizer.ZString("$$$/key=text"), u"text");
   EXPECT_EQ(localizer.ZString(""), u"");
 }
 
-TEST(Localizer, ForgetsTheDictionaryAtNull) {
+TEST(Localizer, NullRemovesTheDictionary) {
   Localizer localizer;
   localizer.SetDictionary(std::make_shared<MapDictionary>(MapDictionary::Texts{{"k", "found"}}));
   EXPECT_EQ(localizer.ZString("k=default"), u"found");
@@ -109,7 +109,7 @@ TEST(Localizer, ForgetsTheDictionaryAtNull) {
   EXPECT_EQ(localizer.ZString("k=default"), u"default");
 }
 
-TEST(Localizer, AsksTheDictionaryForTheKeyAsWritten) {
+TEST(Localizer, PassesTheKeyToTheDictionaryUnchanged) {
   class Recorder final : public DictionarySource {
    public:
     std::optional<UTF8String> Find(std::string_view key) const override {
@@ -133,7 +133,7 @@ struct ArgumentCase {
 
 class ArgumentTest : public testing::TestWithParam<ArgumentCase> {};
 
-TEST_P(ArgumentTest, Fills) {
+TEST_P(ArgumentTest, ReplacesArguments) {
   EXPECT_EQ(Localizer().ZString(GetParam().keyText, GetParam().arguments), GetParam().shown);
 }
 
@@ -157,8 +157,8 @@ INSTANTIATE_TEST_SUITE_P(
                         {u"0", u"1", u"2", u"3", u"4", u"5", u"6", u"7", u"8", u"9", u"ten"},
                         u"910"}));
 
-// Texts are localised row by row; the result is all that a default text may cost.
-TEST(Localizer, AllocatesTheResultOnly) {
+// The panel localises several texts for each change, so each may allocate only its result.
+TEST(Localizer, AllocatesOnlyTheResult) {
   const std::string keyText = "$$$/path/to/a/key=" + std::string(100, 'x') + "^B and #{mdash}";
   const Localizer localizer;
   UTF16String shown;
@@ -166,27 +166,28 @@ TEST(Localizer, AllocatesTheResultOnly) {
   EXPECT_EQ(shown, UTF16String(100, u'x') + u"\u2022 and \u2014");
 }
 
-TEST(Localizer, IsOneForTheProcess) {
+TEST(Localizer, HasOneInstancePerProcess) {
   EXPECT_EQ(&Localizer::Get(), &Localizer::Get());
 }
 
-TEST(Localizer, OutlivesADictionaryThatReplacesItself) {
-  class Leaving final : public DictionarySource, public std::enable_shared_from_this<Leaving> {
+TEST(Localizer, ADictionaryMayReplaceItselfDuringAQuery) {
+  class SelfReplacing final : public DictionarySource,
+                              public std::enable_shared_from_this<SelfReplacing> {
    public:
-    explicit Leaving(Localizer& localizer) : localizer_(localizer) {}
+    explicit SelfReplacing(Localizer& localizer) : localizer_(localizer) {}
     std::optional<UTF8String> Find(std::string_view key) const override {
       const auto self = weak_from_this();
       localizer_.SetDictionary(nullptr);
       EXPECT_FALSE(self.expired());
-      return UTF8String(key) + " of the one before";
+      return UTF8String(key) + " in the old dictionary";
     }
 
    private:
     Localizer& localizer_;
   };
   Localizer localizer;
-  localizer.SetDictionary(std::make_shared<Leaving>(localizer));
-  EXPECT_EQ(localizer.ZString("$key=default"), u"$key of the one before");
+  localizer.SetDictionary(std::make_shared<SelfReplacing>(localizer));
+  EXPECT_EQ(localizer.ZString("$key=default"), u"$key in the old dictionary");
   EXPECT_EQ(localizer.ZString("$key=default"), u"default");
 }
 

@@ -44,30 +44,30 @@ TEST_F(TopLevelTest, LogsAnEscapingException) {
   EXPECT_THAT(lines_, ElementsAre(HasSubstr("the disk is gone")));
 }
 
-TEST_F(TopLevelTest, LogsWhatIsNoStandardException) {
+TEST_F(TopLevelTest, LogsAnExceptionOfAnotherType) {
   EXPECT_FALSE(ExecuteTopLevelFunction([] { throw 7; }));
   EXPECT_EQ(lines_.size(), 1U);
 }
 
-TEST_F(TopLevelTest, TakesAnEmptyFunctionForAFailure) {
+TEST_F(TopLevelTest, TreatsAnEmptyFunctionAsAFailure) {
   EXPECT_FALSE(ExecuteTopLevelFunction({}));
   EXPECT_EQ(lines_.size(), 1U);
 }
 
-TEST_F(TopLevelTest, OutlivesASinkThatThrows) {
-  debug::SetLogSink([](std::string_view) { throw std::runtime_error("the sink, too"); });
+TEST_F(TopLevelTest, ToleratesASinkThatThrows) {
+  debug::SetLogSink([](std::string_view) { throw std::runtime_error("the sink failed"); });
   EXPECT_FALSE(ExecuteTopLevelFunction([] { throw std::runtime_error("first"); }));
 }
 
-TEST_F(TopLevelTest, LogsAnExceptionWithoutMemoryForMoreThanItsText) {
-  const std::runtime_error prepared("the disk is gone, and with it all that was on it");
+TEST_F(TopLevelTest, LogsAnExceptionWithoutAllocating) {
+  const std::runtime_error prepared("the disk with all files is gone");
   bool isLogged = false;
   debug::SetLogSink([&](std::string_view line) { isLogged = line == prepared.what(); });
   {
     const test_support::AllocationFailure failure(1, test_support::FailureExtent::kAllFrom,
                                                   test_support::FailureThreads::kThis);
     EXPECT_FALSE(ExecuteTopLevelFunction([&prepared] { throw prepared; }));
-    if (!failure.HasHappened()) GTEST_SKIP() << "allocations do not fail here";
+    if (!failure.HasHappened()) GTEST_SKIP() << "allocation failures are not available";
   }
   EXPECT_TRUE(isLogged);
 }
@@ -80,7 +80,7 @@ struct ResultCase {
 
 class ResultTest : public testing::TestWithParam<ResultCase> {};
 
-TEST_P(ResultTest, Extracts) {
+TEST_P(ResultTest, ReturnsTheResultCode) {
   EXPECT_EQ(ExtractResultFromException(GetParam().failure), GetParam().result);
 }
 
@@ -99,21 +99,21 @@ INSTANTIATE_TEST_SUITE_P(
         ResultCase{"System", SystemError(EACCES), -EACCES},
         ResultCase{"SystemNegative", SystemError(-EACCES), -EACCES},
         ResultCase{"SystemZero", SystemError(0), -EIO},
-        ResultCase{"SystemLeast", SystemError(std::numeric_limits<int>::min()), -EIO},
+        ResultCase{"SystemMinimum", SystemError(std::numeric_limits<int>::min()), -EIO},
         ResultCase{"Filesystem",
                    std::make_exception_ptr(std::filesystem::filesystem_error(
                        "x", std::make_error_code(std::errc::not_a_directory))),
                    -ENOTDIR},
         ResultCase{"Memory", std::make_exception_ptr(std::bad_alloc()), -ENOMEM},
         ResultCase{"Other", std::make_exception_ptr(std::logic_error("x")), -EIO},
-        ResultCase{"NoStandardException", std::make_exception_ptr(7), -EIO}),
+        ResultCase{"OtherType", std::make_exception_ptr(7), -EIO}),
     [](const auto& test) { return test.param.name; });
 
-TEST(FutureCancelled, SaysSo) {
+TEST(FutureCancelled, HasAFixedMessage) {
   EXPECT_STREQ(FutureCancelled().what(), "Future Is Cancelled");
 }
 
-TEST(ResultError, CarriesCodeAndText) {
+TEST(ResultError, HasACodeAndAMessage) {
   const ResultError error(-EISDIR, "/tmp: Is a directory");
   EXPECT_EQ(error.Result(), -EISDIR);
   EXPECT_STREQ(error.what(), "/tmp: Is a directory");

@@ -21,8 +21,8 @@ using Output = std::basic_ostringstream<char16_t>;
 
 class CommandRegistryTest : public testing::Test {
  protected:
-  // A command that notes its arguments and gives 7.
-  CommandRegistry::CommandFunction Noting() {
+  // Returns a command that records its arguments and returns 7.
+  CommandRegistry::CommandFunction Recording() {
     return [this](const UTF16String& arguments, UTF16OutputStream&) {
       arguments_.push_back(arguments);
       return 7;
@@ -42,34 +42,34 @@ class CommandRegistryTest : public testing::Test {
 
 TEST_F(CommandRegistryTest, ListsCommandsByName) {
   EXPECT_THAT(registry_.ListCommands(), IsEmpty());
-  EXPECT_TRUE(registry_.RegisterCommandFunction(u"b", u" help of b", Noting()));
-  EXPECT_TRUE(registry_.RegisterCommandFunction(u"a", u"", Noting()));
-  EXPECT_TRUE(registry_.RegisterCommandFunction(u"B", u"", Noting()));
+  EXPECT_TRUE(registry_.RegisterCommandFunction(u"b", u" help of b", Recording()));
+  EXPECT_TRUE(registry_.RegisterCommandFunction(u"a", u"", Recording()));
+  EXPECT_TRUE(registry_.RegisterCommandFunction(u"B", u"", Recording()));
   EXPECT_THAT(Names(), ElementsAre(u"B", u"a", u"b"));
   EXPECT_EQ(registry_.ListCommands()[2].help, u" help of b");
 }
 
 TEST_F(CommandRegistryTest, KeepsTheFirstCommandOfAName) {
-  EXPECT_TRUE(registry_.RegisterCommandFunction(u"a", u"first", Noting()));
+  EXPECT_TRUE(registry_.RegisterCommandFunction(u"a", u"first", Recording()));
   EXPECT_FALSE(registry_.RegisterCommandFunction(
       u"a", u"second", [](const UTF16String&, UTF16OutputStream&) { return 1; }));
   EXPECT_EQ(registry_.ListCommands()[0].help, u"first");
   EXPECT_THAT(registry_.RunLine(u"a", output_), Optional(7));
 }
 
-TEST_F(CommandRegistryTest, RefusesWhatNoLineCouldRun) {
-  EXPECT_FALSE(registry_.RegisterCommandFunction(u"", u"", Noting()));
-  EXPECT_FALSE(registry_.RegisterCommandFunction(u"a b", u"", Noting()));
+TEST_F(CommandRegistryTest, RefusesInvalidCommands) {
+  EXPECT_FALSE(registry_.RegisterCommandFunction(u"", u"", Recording()));
+  EXPECT_FALSE(registry_.RegisterCommandFunction(u"a b", u"", Recording()));
   EXPECT_FALSE(registry_.RegisterCommandFunction(u"a", u"", {}));
   EXPECT_THAT(registry_.ListCommands(), IsEmpty());
 }
 
-TEST_F(CommandRegistryTest, ForgetsAnUnregisteredCommand) {
-  registry_.RegisterCommandFunction(u"a", u"", Noting());
+TEST_F(CommandRegistryTest, UnregisterRemovesTheCommand) {
+  registry_.RegisterCommandFunction(u"a", u"", Recording());
   EXPECT_TRUE(registry_.UnregisterCommand(u"a"));
   EXPECT_FALSE(registry_.UnregisterCommand(u"a"));
   EXPECT_EQ(registry_.RunLine(u"a", output_), std::nullopt);
-  EXPECT_TRUE(registry_.RegisterCommandFunction(u"a", u"", Noting()));
+  EXPECT_TRUE(registry_.RegisterCommandFunction(u"a", u"", Recording()));
 }
 
 struct LineCase {
@@ -79,8 +79,8 @@ struct LineCase {
 
 class LineTest : public CommandRegistryTest, public testing::WithParamInterface<LineCase> {};
 
-TEST_P(LineTest, HandsOverTheArgumentText) {
-  registry_.RegisterCommandFunction(u"run", u"", Noting());
+TEST_P(LineTest, PassesTheArgumentTextToTheCommand) {
+  registry_.RegisterCommandFunction(u"run", u"", Recording());
   EXPECT_THAT(registry_.RunLine(GetParam().line, output_), Optional(7));
   EXPECT_THAT(arguments_, ElementsAre(UTF16String(GetParam().arguments)));
 }
@@ -95,8 +95,8 @@ INSTANTIATE_TEST_SUITE_P(Lines, LineTest,
                                          LineCase{u"run a\nb", u"a\nb"},
                                          LineCase{{u"run a\0b", 7}, {u"a\0b", 3}}));
 
-TEST_F(CommandRegistryTest, KnowsNoCommandForTheseLines) {
-  registry_.RegisterCommandFunction(u"run", u"", Noting());
+TEST_F(CommandRegistryTest, FindsNoCommandForOtherLines) {
+  registry_.RegisterCommandFunction(u"run", u"", Recording());
   for (const std::u16string_view line : {u"", u" ", u"ru", u"runs", u"Run", u"run\ta", u"\trun"}) {
     EXPECT_EQ(registry_.RunLine(line, output_), std::nullopt);
   }
@@ -104,7 +104,7 @@ TEST_F(CommandRegistryTest, KnowsNoCommandForTheseLines) {
   EXPECT_EQ(output_.str(), u"");
 }
 
-TEST_F(CommandRegistryTest, HandsOverTheStream) {
+TEST_F(CommandRegistryTest, PassesTheStreamToTheCommand) {
   registry_.RegisterCommandFunction(u"say", u"",
                                     [](const UTF16String& arguments, UTF16OutputStream& stream) {
                                       Write(stream, arguments);
@@ -116,15 +116,15 @@ TEST_F(CommandRegistryTest, HandsOverTheStream) {
   EXPECT_EQ(output_.str(), u"\u00FC \U0001F600\n");
 }
 
-TEST_F(CommandRegistryTest, WritesTextsAsTheyStand) {
+TEST_F(CommandRegistryTest, WritesTextUnchanged) {
   Write(output_, u"");
   Write(output_, {u"a\0b", 3});
   EXPECT_EQ(output_.str(), UTF16String(u"a\0b", 3));
   EXPECT_TRUE(output_.good());
 }
 
-TEST_F(CommandRegistryTest, LetsACommandUnregisterItself) {
-  const std::string owned = "what the command holds";
+TEST_F(CommandRegistryTest, ACommandMayUnregisterItself) {
+  const std::string owned = "a string that the command owns";
   registry_.RegisterCommandFunction(u"once", u"",
                                     [this, owned](const UTF16String&, UTF16OutputStream&) {
                                       EXPECT_TRUE(registry_.UnregisterCommand(u"once"));
@@ -134,17 +134,17 @@ TEST_F(CommandRegistryTest, LetsACommandUnregisterItself) {
   EXPECT_EQ(registry_.RunLine(u"once", output_), std::nullopt);
 }
 
-TEST_F(CommandRegistryTest, LetsACommandRunAndRegisterOthers) {
+TEST_F(CommandRegistryTest, ACommandMayRegisterAndRunOthers) {
   registry_.RegisterCommandFunction(u"outer", u"",
                                     [this](const UTF16String&, UTF16OutputStream& stream) {
-                                      registry_.RegisterCommandFunction(u"inner", u"", Noting());
+                                      registry_.RegisterCommandFunction(u"inner", u"", Recording());
                                       return registry_.RunLine(u"inner x", stream).value_or(-1);
                                     });
   EXPECT_THAT(registry_.RunLine(u"outer", output_), Optional(7));
   EXPECT_THAT(arguments_, ElementsAre(u"x"));
 }
 
-TEST_F(CommandRegistryTest, PassesExceptionsOn) {
+TEST_F(CommandRegistryTest, PropagatesExceptionsOfCommands) {
   registry_.RegisterCommandFunction(u"bad", u"", [](const UTF16String&, UTF16OutputStream&) -> int {
     throw std::runtime_error("bad");
   });
@@ -152,23 +152,24 @@ TEST_F(CommandRegistryTest, PassesExceptionsOn) {
   EXPECT_THAT(Names(), ElementsAre(u"bad"));
 }
 
-TEST_F(CommandRegistryTest, ReleasesTheFunctionOutsideItsLock) {
-  class Returner {
+TEST_F(CommandRegistryTest, DestroysAFunctionWithoutHoldingTheLock) {
+  class CallsRegistryWhenDestroyed {
    public:
-    explicit Returner(CommandRegistry& registry) : registry_(registry) {}
-    ~Returner() { registry_.UnregisterCommand(u"nobody"); }
+    explicit CallsRegistryWhenDestroyed(CommandRegistry& registry) : registry_(registry) {}
+    ~CallsRegistryWhenDestroyed() { registry_.UnregisterCommand(u"nobody"); }
 
    private:
     CommandRegistry& registry_;
   };
-  const auto hold = [](std::shared_ptr<Returner> returner) {
-    return [returner](const UTF16String&, UTF16OutputStream&) { return 0; };
+  const auto commandThatOwns = [](std::shared_ptr<CallsRegistryWhenDestroyed> object) {
+    return [object](const UTF16String&, UTF16OutputStream&) { return 0; };
   };
-  registry_.RegisterCommandFunction(u"a", u"", hold(std::make_shared<Returner>(registry_)));
+  registry_.RegisterCommandFunction(
+      u"a", u"", commandThatOwns(std::make_shared<CallsRegistryWhenDestroyed>(registry_)));
   EXPECT_TRUE(registry_.UnregisterCommand(u"a"));
 }
 
-TEST_F(CommandRegistryTest, LosesNoCommandOfSeveralThreads) {
+TEST_F(CommandRegistryTest, KeepsEveryCommandOfSeveralThreads) {
   constexpr int kThreads = 4;
   constexpr int kCommands = 200;
   std::atomic<int> registered = 0;
@@ -195,7 +196,7 @@ TEST_F(CommandRegistryTest, LosesNoCommandOfSeveralThreads) {
   EXPECT_THAT(registry_.ListCommands(), testing::SizeIs(kThreads * kCommands / 2));
 }
 
-TEST(CommandRegistry, IsOneForTheProcess) {
+TEST(CommandRegistry, HasOneInstancePerProcess) {
   EXPECT_EQ(&CommandRegistry::Instance(), &CommandRegistry::Instance());
 }
 

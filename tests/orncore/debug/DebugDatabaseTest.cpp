@@ -21,7 +21,7 @@ class FailingStore final : public DebugStore {
   }
 };
 
-// Puts a fresh store into the database that asks it, which releases this one.
+// Removes itself from the database during a call. The database then releases its reference.
 class SelfReplacingStore final : public DebugStore {
  public:
   explicit SelfReplacingStore(DebugDatabase& database) : database_(database) {}
@@ -36,20 +36,20 @@ class SelfReplacingStore final : public DebugStore {
 
  private:
   DebugDatabase& database_;
-  std::string text_ = "from the store before";
+  std::string text_ = "from the old store";
 };
 
-TEST(DebugDatabase, AnswersEmptyForAMissingEntry) {
+TEST(DebugDatabase, ReturnsAnEmptyStringForAMissingEntry) {
   const DebugDatabase database;
   EXPECT_EQ(database.GetEntry("missing"), "");
 }
 
-TEST(DebugDatabase, AnswersTheDefaultForAMissingEntry) {
+TEST(DebugDatabase, ReturnsTheDefaultForAMissingEntry) {
   const DebugDatabase database;
   EXPECT_EQ(database.GetEntry("missing", "default"), "default");
 }
 
-TEST(DebugDatabase, AnswersTheLastTextStored) {
+TEST(DebugDatabase, ReturnsTheLastStoredText) {
   DebugDatabase database;
   database.SetEntry("key", "one");
   database.SetEntry("key", "two");
@@ -57,20 +57,20 @@ TEST(DebugDatabase, AnswersTheLastTextStored) {
   EXPECT_EQ(database.GetEntry("key", "default"), "two");
 }
 
-TEST(DebugDatabase, CountsAnEmptyTextAsAnEntry) {
+TEST(DebugDatabase, AnEmptyTextIsAnEntry) {
   DebugDatabase database;
   database.SetEntry("key", "");
   EXPECT_EQ(database.GetEntry("key", "default"), "");
 }
 
-TEST(DebugDatabase, KeepsNulsInKeysAndTexts) {
+TEST(DebugDatabase, KeepsNulCharactersInKeysAndTexts) {
   DebugDatabase database;
   database.SetEntry("a\0b"s, "c\0d"s);
   EXPECT_EQ(database.GetEntry("a\0b"s), "c\0d"s);
   EXPECT_EQ(database.GetEntry("a"), "");
 }
 
-TEST(DebugDatabase, ReadsOnlyTheTextTrueAsTrue) {
+TEST(DebugDatabase, ConvertsOnlyTheTextTrueToTrue) {
   for (const char* text : {"True", "TRUE", "1", "", " true", "true ", "yes", "false"}) {
     DebugDatabase database;
     database.SetEntry("switch", text);
@@ -82,13 +82,13 @@ TEST(DebugDatabase, ReadsOnlyTheTextTrueAsTrue) {
   EXPECT_TRUE(database.GetEntryAs<bool>("switch", false));
 }
 
-TEST(DebugDatabase, AnswersTheDefaultForAMissingSwitch) {
+TEST(DebugDatabase, ReturnsTheDefaultForAMissingSwitch) {
   const DebugDatabase database;
   EXPECT_TRUE(database.GetEntryAs<bool>("switch", true));
   EXPECT_FALSE(database.GetEntryAs<bool>("switch", false));
 }
 
-TEST(DebugDatabase, AsksTheStoreOfTheHost) {
+TEST(DebugDatabase, UsesTheStoreOfTheHost) {
   DebugDatabase database;
   const auto store =
       std::make_shared<MemoryDebugStore>(MemoryDebugStore::EntryMap{{"key", "host"}});
@@ -107,7 +107,7 @@ TEST(DebugDatabase, CachesNothing) {
   EXPECT_EQ(database.GetEntry("key"), "later");
 }
 
-TEST(DebugDatabase, StartsAfreshWithoutAStore) {
+TEST(DebugDatabase, StartsEmptyWhenTheStoreIsReset) {
   DebugDatabase database;
   database.SetEntry("key", "text");
   database.SetStore(nullptr);
@@ -116,7 +116,7 @@ TEST(DebugDatabase, StartsAfreshWithoutAStore) {
   EXPECT_EQ(database.GetEntry("key"), "again");
 }
 
-TEST(DebugDatabase, ReleasesTheStoreBefore) {
+TEST(DebugDatabase, ReleasesTheOldStore) {
   DebugDatabase database;
   auto store = std::make_shared<MemoryDebugStore>();
   const std::weak_ptr<MemoryDebugStore> watched = store;
@@ -126,16 +126,16 @@ TEST(DebugDatabase, ReleasesTheStoreBefore) {
   EXPECT_TRUE(watched.expired());
 }
 
-TEST(DebugDatabase, OutlivesAStoreThatReplacesItself) {
+TEST(DebugDatabase, AStoreMayReplaceItselfDuringACall) {
   DebugDatabase database;
   database.SetStore(std::make_shared<SelfReplacingStore>(database));
-  EXPECT_EQ(database.GetEntry("key"), "from the store before");
+  EXPECT_EQ(database.GetEntry("key"), "from the old store");
   database.SetStore(std::make_shared<SelfReplacingStore>(database));
   database.SetEntry("key", "text");
   EXPECT_EQ(database.GetEntry("key"), "");
 }
 
-TEST(DebugDatabase, LetsTheExceptionsOfAStoreThrough) {
+TEST(DebugDatabase, PropagatesExceptionsOfTheStore) {
   DebugDatabase database;
   database.SetStore(std::make_shared<FailingStore>());
   EXPECT_THROW(static_cast<void>(database.GetEntry("key")), std::runtime_error);
@@ -143,7 +143,7 @@ TEST(DebugDatabase, LetsTheExceptionsOfAStoreThrough) {
   EXPECT_THROW(database.SetEntry("key", "text"), std::runtime_error);
 }
 
-TEST(DebugDatabase, IsOnePerProcess) {
+TEST(DebugDatabase, HasOneInstancePerProcess) {
   EXPECT_EQ(&DebugDatabase::Instance(), &DebugDatabase::Instance());
   DebugDatabase::Instance().SetEntry("key", "text");
   EXPECT_EQ(DebugDatabase::Instance().GetEntry("key"), "text");

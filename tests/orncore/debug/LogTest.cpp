@@ -20,7 +20,7 @@ class LogTest : public testing::Test {
  protected:
   ~LogTest() override { SetLogSink({}); }
 
-  // What `Log(line)` writes to standard error.
+  // Returns the output of `Log(line)` on standard error.
   static std::string WrittenFor(std::string_view line) {
     testing::internal::CaptureStderr();
     Log(line);
@@ -34,7 +34,7 @@ TEST_F(LogTest, WritesALineToStandardErrorByDefault) {
   EXPECT_EQ(WrittenFor("na\u00EFve \u2713 \u00A0"), "na\u00EFve \u2713 \u00A0\n");
 }
 
-TEST_F(LogTest, WritesNoControlCharacters) {
+TEST_F(LogTest, ReplacesControlCharacters) {
   EXPECT_EQ(WrittenFor("a\nb\rc\td"), "a?b?c?d\n");
   EXPECT_EQ(WrittenFor("\x1B[2J\x7F\0"s), "?[2J??\n");
   EXPECT_EQ(WrittenFor("\xC2\x9B"
@@ -42,26 +42,26 @@ TEST_F(LogTest, WritesNoControlCharacters) {
             "??2J ?? ??\n");
 }
 
-TEST_F(LogTest, LeavesBytesAloneThatAreNoTextAndNoControl) {
+TEST_F(LogTest, KeepsInvalidBytesThatAreNotControlCharacters) {
   EXPECT_EQ(WrittenFor("\xC2"
                        "A \xC2 \xC2\xC2\xA0 \x9B \xC2\x7F"),
             "\xC2"
             "A \xC2 \xC2\xC2\xA0 \x9B \xC2?\n");
 }
 
-TEST_F(LogTest, SaysThatALineIsLostForWantOfMemory) {
+TEST_F(LogTest, ReportsALostLineWhenMemoryRunsOut) {
   const std::string line(1'000, 'x');
   testing::internal::CaptureStderr();
   {
     const test_support::AllocationFailure failure(1, test_support::FailureExtent::kAllFrom,
                                                   test_support::FailureThreads::kThis);
     Log(line);
-    if (!failure.HasHappened()) GTEST_SKIP() << "allocations do not fail here";
+    if (!failure.HasHappened()) GTEST_SKIP() << "allocation failures are not available";
   }
   EXPECT_EQ(testing::internal::GetCapturedStderr(), "a log line was lost: out of memory\n");
 }
 
-TEST_F(LogTest, HandsLinesToTheSinkAsTheyAre) {
+TEST_F(LogTest, PassesLinesToTheSinkUnchanged) {
   std::vector<std::string> lines;
   SetLogSink([&lines](std::string_view line) { lines.emplace_back(line); });
   EXPECT_EQ(WrittenFor("one\n\0two"s), "");
@@ -69,18 +69,18 @@ TEST_F(LogTest, HandsLinesToTheSinkAsTheyAre) {
   EXPECT_EQ(lines, (std::vector<std::string>{"one\n\0two"s, ""}));
 }
 
-TEST_F(LogTest, GoesBackToTheDefaultWithoutASink) {
+TEST_F(LogTest, AnEmptySinkRestoresTheDefault) {
   SetLogSink([](std::string_view) {});
   SetLogSink({});
   EXPECT_EQ(WrittenFor("line"), "line\n");
 }
 
-TEST_F(LogTest, WritesTheLineThatTheSinkThrowsAt) {
+TEST_F(LogTest, WritesTheLineToStandardErrorIfTheSinkThrows) {
   SetLogSink([](std::string_view) { throw std::runtime_error("the sink is broken"); });
   EXPECT_EQ(WrittenFor("kept"), "kept\n");
 }
 
-TEST_F(LogTest, MayBeCalledFromTheSink) {
+TEST_F(LogTest, TheSinkMayCallTheLog) {
   std::vector<std::string> lines;
   SetLogSink([&lines](std::string_view line) {
     lines.emplace_back(line);
@@ -93,7 +93,7 @@ TEST_F(LogTest, MayBeCalledFromTheSink) {
   EXPECT_EQ(WrittenFor("after"), "after\n");
 }
 
-TEST_F(LogTest, ReleasesTheSinkBefore) {
+TEST_F(LogTest, ReleasesTheOldSink) {
   auto owned = std::make_shared<int>();
   const std::weak_ptr<int> watched = owned;
   SetLogSink([owned = std::move(owned)](std::string_view) {});
@@ -102,7 +102,7 @@ TEST_F(LogTest, ReleasesTheSinkBefore) {
   EXPECT_TRUE(watched.expired());
 }
 
-TEST_F(LogTest, WritesEveryLineOfSeveralThreadsToOneOfTheSinks) {
+TEST_F(LogTest, PassesEveryLineOfSeveralThreadsToASink) {
   constexpr int kThreads = 3;
   constexpr int kLines = 500;
   std::atomic<int> lines = 0;
@@ -116,7 +116,7 @@ TEST_F(LogTest, WritesEveryLineOfSeveralThreadsToOneOfTheSinks) {
       --running;
     });
   }
-  // A sink that is replaced without the lock is a data race, or loses a line.
+  // Replacing the sink without the lock would be a data race or lose a line.
   while (running > 0) SetLogSink(count);
   threads.clear();
   EXPECT_EQ(lines, kThreads * kLines);

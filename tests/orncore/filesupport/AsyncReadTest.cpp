@@ -44,7 +44,7 @@ void WaitForStop(const std::stop_token& stop) {
 
 class AsyncReadTest : public FileFixture {
  protected:
-  // Keeps the executor busy until Release() or Join().
+  // Blocks the executor until `Release` or `Join` is called.
   void Block() {
     executor_.Submit([this](const std::stop_token& stop) {
       const std::stop_callback releaseAtStop(stop, [this] { Release(); });
@@ -56,7 +56,7 @@ class AsyncReadTest : public FileFixture {
     released_.notify_all();
   }
 
-  // Starts a read whose continuation stores the outcome and rethrows a failure.
+  // Starts a read. Its continuation stores the outcome and rethrows a failure.
   UntypedFuture Read(const fs::path& path) { return Read(FileAt(path)); }
   UntypedFuture Read(const File& file) {
     return ReadFileToRecycledMemory(file, executor_, [this](const ReadOutcome& outcome) {
@@ -77,7 +77,7 @@ class AsyncReadTest : public FileFixture {
   std::atomic<bool> released_ = false;
   std::optional<ReadOutcome> outcome_;
   std::thread::id thread_;
-  Executor executor_;  // joins before the members above are destroyed
+  Executor executor_;  // last, so that it joins before the other members are destroyed
 };
 
 TEST_F(AsyncReadTest, PassesTheBytesToTheContinuation) {
@@ -87,7 +87,7 @@ TEST_F(AsyncReadTest, PassesTheBytesToTheContinuation) {
   EXPECT_EQ(outcome_->failure, nullptr);
 }
 
-TEST_F(AsyncReadTest, RunsTheContinuationOnTheThreadOfTheExecutor) {
+TEST_F(AsyncReadTest, RunsTheContinuationOnTheExecutorThread) {
   std::thread::id executorThread;
   executor_.Submit([&](const std::stop_token&) { executorThread = std::this_thread::get_id(); });
   UntypedFuture done = Read(folder_.Write("file", "x"));
@@ -104,11 +104,11 @@ TEST_F(AsyncReadTest, PassesAFailureToTheContinuation) {
 }
 
 TEST_F(AsyncReadTest, FailsForAPathWithAnUnpairedSurrogate) {
-  folder_.Write("\xEF\xBF\xBD", "the file that a replacement character would name");
+  folder_.Write("\xEF\xBF\xBD", "the name is a replacement character");
   EXPECT_EQ(ResultOf(File(string::UTF8to16(folder_.Path().native()) + u"/\xD800")), -EILSEQ);
 }
 
-TEST_F(AsyncReadTest, TheWaitThrowsWhatTheContinuationThrows) {
+TEST_F(AsyncReadTest, TheWaitRethrowsTheExceptionOfTheContinuation) {
   UntypedFuture done =
       ReadFileToRecycledMemory(FileAt(folder_.Write("file", "x")), executor_,
                                [](const ReadOutcome&) { throw std::out_of_range("own type"); });
@@ -128,7 +128,7 @@ TEST_F(AsyncReadTest, DestroysTheContinuationBeforeTheWaitReturns) {
   EXPECT_EQ(owned.use_count(), 1);
 }
 
-TEST_F(AsyncReadTest, APassedDeadlineLeavesTheReadRunningWithoutTheOption) {
+TEST_F(AsyncReadTest, WithoutTheOptionAPastDeadlineDoesNotCancelTheRead) {
   Block();
   UntypedFuture done = Read(folder_.Write("file", "x"));
   EXPECT_FALSE(WaitForUntypedUntil(done, kPastDeadline, false));
@@ -138,8 +138,8 @@ TEST_F(AsyncReadTest, APassedDeadlineLeavesTheReadRunningWithoutTheOption) {
   EXPECT_EQ(Text(*outcome_->memory), "x");
 }
 
-// The file is so large that reading all of it would take far longer than the request to stop.
-TEST_F(AsyncReadTest, APassedDeadlineCancelsAReadInProgressWithTheOption) {
+// The file is so large that the stop request arrives long before the end of the read.
+TEST_F(AsyncReadTest, WithTheOptionAPastDeadlineCancelsAReadInProgress) {
   const fs::path path = folder_.Write("sparse", "");
   fs::resize_file(path, kLargeFile);
   UntypedFuture done = Read(path);
@@ -148,7 +148,7 @@ TEST_F(AsyncReadTest, APassedDeadlineCancelsAReadInProgressWithTheOption) {
   EXPECT_EQ(config::ExtractResultFromException(outcome_->failure), 0);
 }
 
-TEST_F(AsyncReadTest, ACompletedReadIsNotCancelledByAPassedDeadline) {
+TEST_F(AsyncReadTest, APastDeadlineDoesNotCancelACompletedRead) {
   UntypedFuture done = Read(folder_.Write("file", "x"));
   std::latch read(1);
   executor_.Submit([&read](const std::stop_token&) { read.count_down(); });
@@ -213,7 +213,7 @@ TEST(Executor, RunsTasksInOrderAndFinishesThemWhenDestroyed) {
 }
 
 TEST(Executor, RunsEveryTaskOfSeveralThreads) {
-  int runs = 0;  // not atomic: the tasks run on one thread
+  int runs = 0;  // not atomic, because all tasks run on one thread
   {
     Executor executor;
     std::vector<std::jthread> threads;
@@ -237,7 +237,7 @@ TEST(Executor, JoinRequestsAStopAndEndsTheThread) {
   EXPECT_TRUE(ended);
 }
 
-TEST(Executor, StartsAgainAfterJoin) {
+TEST(Executor, RestartsAfterJoin) {
   Executor executor;
   executor.Join();
   for (int i = 0; i < 2; ++i) {
@@ -253,17 +253,17 @@ TEST(Executor, StartsAgainAfterJoin) {
   }
 }
 
-TEST(Executor, LogsWhatATaskThrowsAndContinues) {
+TEST(Executor, LogsTheExceptionOfATaskAndContinues) {
   std::vector<std::string> lines;
   debug::SetLogSink([&lines](std::string_view line) { lines.emplace_back(line); });
   bool ran = false;
   {
     Executor executor;
-    executor.Submit([](const std::stop_token&) { throw std::runtime_error("lost otherwise"); });
+    executor.Submit([](const std::stop_token&) { throw std::runtime_error("the task failed"); });
     executor.Submit([&ran](const std::stop_token&) { ran = true; });
   }
   debug::SetLogSink({});
-  EXPECT_THAT(lines, ElementsAre(testing::HasSubstr("lost otherwise")));
+  EXPECT_THAT(lines, ElementsAre(testing::HasSubstr("the task failed")));
   EXPECT_TRUE(ran);
 }
 
@@ -282,10 +282,10 @@ TEST(Executor, StartsNoThreadBeforeTheFirstTask) {
     WaitForStop(stop);
   });
   running.wait();
-  EXPECT_GT(count(), before);  // a sanitizer may add a thread of its own
+  EXPECT_GT(count(), before);  // EXPECT_GT, because a sanitizer may start its own thread
 }
 
-TEST(DefaultExecutor, IsOneForTheProcess) {
+TEST(DefaultExecutor, HasOneInstancePerProcess) {
   EXPECT_EQ(&GetDefaultExecutor(), &GetDefaultExecutor());
 }
 

@@ -1,4 +1,4 @@
-// Files of every kind, for the tests of the reads.
+// A fixture that creates regular files, FIFOs and sockets for the tests of file reads.
 #ifndef TESTS_ORNCORE_FILESUPPORT_FILEFIXTURE_H_
 #define TESTS_ORNCORE_FILESUPPORT_FILEFIXTURE_H_
 
@@ -28,7 +28,7 @@ class FileFixture : public testing::Test {
     return {reinterpret_cast<const char*>(bytes.data()), bytes.size()};
   }
 
-  // A FIFO that nobody writes to: opening it the ordinary way would wait for ever.
+  // Creates a FIFO without a writer. A blocking open would wait forever.
   std::filesystem::path MakeFifo() const {
     std::filesystem::path path = folder_.Path() / "fifo";
     Require(::mkfifo(path.c_str(), 0600) == 0);
@@ -56,7 +56,8 @@ class FileFixture : public testing::Test {
   }
 };
 
-// Root may read everything; while this lives, the process is somebody who may not.
+// Drops root privileges while this object exists. Root may read every file, so tests of file
+// permissions would fail.
 class NotRoot {
  public:
   NotRoot() : user_(::geteuid()) {

@@ -11,7 +11,7 @@
 namespace orncore::filesupport {
 namespace {
 
-TEST(File, KeepsThePathAsItStands) {
+TEST(File, KeepsThePathUnchanged) {
   EXPECT_EQ(File(u" a/../\"b\" ").Path(), u" a/../\"b\" ");
   EXPECT_EQ(File(u"").Path(), u"");
 }
@@ -21,7 +21,7 @@ struct PathCase {
   std::u16string_view full;
 };
 
-TEST(File, MakesAbsolutePathsNormal) {
+TEST(File, NormalizesAbsolutePaths) {
   const PathCase cases[] = {
       {u"/", u"/"},
       {u"/a/b", u"/a/b"},
@@ -36,13 +36,13 @@ TEST(File, MakesAbsolutePathsNormal) {
   for (const PathCase& c : cases) EXPECT_EQ(File(UTF16String(c.path)).FullPath(), c.full);
 }
 
-TEST(File, TakesRelativePathsFromTheCurrentDirectory) {
+TEST(File, ResolvesRelativePathsFromTheCurrentDirectory) {
   const UTF16String current = string::UTF8to16(std::filesystem::current_path().native());
   EXPECT_EQ(File(u"a/./b").FullPath(), current + u"/a/b");
   EXPECT_EQ(File(u" ").FullPath(), current + u"/ ");
 }
 
-TEST(File, StandsARemovedCurrentDirectory) {
+TEST(File, ToleratesARemovedCurrentDirectory) {
   const std::filesystem::path before = std::filesystem::current_path();
   {
     const test_support::TemporaryFolder folder;
@@ -52,13 +52,13 @@ TEST(File, StandsARemovedCurrentDirectory) {
   std::filesystem::current_path(before);
 }
 
-TEST(PathFromText, SpellsTheTextInUTF8) {
+TEST(PathFromText, ConvertsTheTextToUTF8) {
   EXPECT_EQ(PathFromText(u"")->native(), "");
   EXPECT_EQ(PathFromText(u"a/n\u00E4h \U0001F600")->native(), "a/n\xC3\xA4h \xF0\x9F\x98\x80");
   EXPECT_EQ(PathFromText(u"\uFFFD")->native(), "\xEF\xBF\xBD");
 }
 
-TEST(PathFromText, KnowsNoPathForAnUnpairedSurrogate) {
+TEST(PathFromText, ReturnsNothingForAnUnpairedSurrogate) {
   for (const std::u16string_view text : {u"\xD800", u"a\xDC00", u"\xD83D/\xDE00", u"a/\xD83D"}) {
     EXPECT_EQ(PathFromText(text), std::nullopt);
   }

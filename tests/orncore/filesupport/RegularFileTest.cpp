@@ -24,7 +24,7 @@ namespace fs = std::filesystem;
 
 class RegularFileTest : public FileFixture {
  protected:
-  // The result that reading `path` fails with; 0 when it succeeds.
+  // Reads the file. Returns the result code of the failure, or 0 on success.
   static int ResultOf(const fs::path& path) {
     try {
       ReadRegularFile(path);
@@ -34,7 +34,8 @@ class RegularFileTest : public FileFixture {
     }
   }
 
-  // The same without the check before opening, and with a limit.
+  // Opens and reads the file without the check before the open. Returns the result code of the
+  // failure, or 0 on success.
   static int ResultOfReading(const fs::path& path, std::size_t maxBytes) {
     try {
       RegularFile(path).ReadToEnd(maxBytes, {});
@@ -45,7 +46,7 @@ class RegularFileTest : public FileFixture {
   }
 };
 
-TEST_F(RegularFileTest, ReadsTheBytesAsTheyAre) {
+TEST_F(RegularFileTest, ReadsTheBytesUnchanged) {
   const std::string bytes(
       "\xEF\xBB\xBF"
       "a\0\r\n\xFF",
@@ -65,31 +66,32 @@ TEST_F(RegularFileTest, ReadsFilesAroundTheSizesOfItsBuffers) {
   }
 }
 
-// A file that grew since it was asked for its size: those of /proc tell 0 bytes.
-TEST_F(RegularFileTest, ReadsAFileThatIsLongerThanItTells) {
-  if (!fs::exists("/proc/self/status")) GTEST_SKIP() << "no such file on this system";
+// Files in /proc report a size of 0, like a file that grew after its size was queried.
+TEST_F(RegularFileTest, ReadsAFileThatIsLongerThanItsReportedSize) {
+  if (!fs::exists("/proc/self/status")) GTEST_SKIP() << "this system does not have the file";
   EXPECT_THAT(Text(*ReadRegularFile("/proc/self/status")), testing::HasSubstr("Name:"));
 }
 
-TEST_F(RegularFileTest, ReadsAFileThatIsMuchLongerThanItTells) {
+TEST_F(RegularFileTest, ReadsAFileThatIsMuchLongerThanItsReportedSize) {
   const fs::path path = "/proc/self/smaps";
-  if (!fs::exists(path)) GTEST_SKIP() << "no such file on this system";
+  if (!fs::exists(path)) GTEST_SKIP() << "this system does not have the file";
   const std::string text = Text(*ReadRegularFile(path));
   EXPECT_GT(text.size(), 10'000U);
   EXPECT_THAT(text, testing::HasSubstr(" rw-p "));
   EXPECT_TRUE(text.ends_with('\n'));
 }
 
-// A file that shrank: those of /sys tell a page and give a line.
-TEST_F(RegularFileTest, ReadsAFileThatIsShorterThanItTells) {
+// Files in /sys report the size of a page but contain one line, like a file that shrank after its
+// size was queried.
+TEST_F(RegularFileTest, ReadsAFileThatIsShorterThanItsReportedSize) {
   const fs::path path = "/sys/kernel/profiling";
-  if (!fs::exists(path)) GTEST_SKIP() << "no such file on this system";
+  if (!fs::exists(path)) GTEST_SKIP() << "this system does not have the file";
   const auto memory = ReadRegularFile(path);
   EXPECT_FALSE(memory->Bytes().empty());
   EXPECT_LT(memory->Bytes().size(), fs::file_size(path));
 }
 
-TEST_F(RegularFileTest, FollowsALinkToAFile) {
+TEST_F(RegularFileTest, FollowsASymbolicLinkToAFile) {
   folder_.Write("file", "linked");
   fs::create_symlink("file", folder_.Path() / "link");
   EXPECT_EQ(Text(*ReadRegularFile(folder_.Path() / "link")), "linked");
@@ -101,7 +103,7 @@ TEST_F(RegularFileTest, ReadsAFileWithAnyName) {
   }
 }
 
-TEST_F(RegularFileTest, IsNotMisledByAnErrorOfBefore) {
+TEST_F(RegularFileTest, IgnoresAnEarlierErrno) {
   const fs::path path = folder_.Write("file", "read");
   errno = EINTR;
   EXPECT_EQ(Text(*ReadRegularFile(path)), "read");
@@ -113,20 +115,20 @@ TEST_F(RegularFileTest, FailsOnAMissingFile) {
   EXPECT_EQ(ResultOf(folder_.Write("file", "") / "below"), -ENOTDIR);
 }
 
-TEST_F(RegularFileTest, FailsOnADanglingLinkAndACircle) {
+TEST_F(RegularFileTest, FailsOnDanglingAndCircularLinks) {
   fs::create_symlink("nowhere", folder_.Path() / "dangling");
   EXPECT_EQ(ResultOf(folder_.Path() / "dangling"), -ENOENT);
   fs::create_symlink("circle", folder_.Path() / "circle");
   EXPECT_EQ(ResultOf(folder_.Path() / "circle"), -ELOOP);
 }
 
-// Nothing lies at the first address of a process.
+// Reading /proc/self/mem fails at offset 0, because no memory is mapped at address 0.
 TEST_F(RegularFileTest, FailsOnAFileThatCannotBeRead) {
-  if (!fs::exists("/proc/self/mem")) GTEST_SKIP() << "no such file on this system";
+  if (!fs::exists("/proc/self/mem")) GTEST_SKIP() << "this system does not have the file";
   EXPECT_EQ(ResultOf("/proc/self/mem"), -EIO);
 }
 
-TEST_F(RegularFileTest, TakesAndGivesBackWhateverDescriptorIsFree) {
+TEST_F(RegularFileTest, AcceptsAndClosesDescriptorZero) {
   const fs::path path = folder_.Write("file", "read");
   const int standardInput = ::dup(STDIN_FILENO);
   ::close(STDIN_FILENO);
@@ -160,7 +162,7 @@ TEST_F(RegularFileTest, RefusesDevicesAndSockets) {
   EXPECT_EQ(ResultOf(MakeSocket()), -EOPNOTSUPP);
 }
 
-TEST_F(RegularFileTest, RefusesANameThatWouldBeCutShort) {
+TEST_F(RegularFileTest, RefusesANameThatContainsNul) {
   const std::string name = folder_.Write("file", "x").string() + std::string("\0.csv", 5);
   EXPECT_EQ(ResultOf(name), -EINVAL);
 }
@@ -170,10 +172,10 @@ TEST_F(RegularFileTest, RefusesAFileThatIsTooLarge) {
   fs::resize_file(path, (std::uintmax_t{2} << 30) + 1);
   EXPECT_EQ(ResultOf(path), -EFBIG);
   fs::resize_file(path, std::uintmax_t{1} << 42);
-  EXPECT_EQ(ResultOf(path), -EFBIG) << "without an attempt to allocate the memory";
+  EXPECT_EQ(ResultOf(path), -EFBIG) << "the size must be checked before memory is allocated";
 }
 
-TEST_F(RegularFileTest, ReadsAsManyBytesAsAllowedAndNoMore) {
+TEST_F(RegularFileTest, ReadsAFileUpToTheLimit) {
   const fs::path path = folder_.Write("file", "12345");
   EXPECT_EQ(RegularFile(path).ReadToEnd(5, {}).size(), 5U);
   EXPECT_EQ(ResultOfReading(path, 4), -EFBIG);
@@ -191,15 +193,16 @@ TEST_F(RegularFileTest, RefusesAFileThatGrowsBeyondTheLimit) {
   }
 }
 
-// What happens if another process replaces a file after it was checked and before it is opened.
-TEST_F(RegularFileTest, OpensNothingButARegularFileAndDoesNotWait) {
+// The check before the open is skipped, as if another process had replaced the file between the
+// check and the open.
+TEST_F(RegularFileTest, RefusesOtherFilesAfterTheOpenWithoutWaiting) {
   EXPECT_EQ(ResultOfReading(MakeFifo(), 1), -EOPNOTSUPP);
   EXPECT_EQ(ResultOfReading("/dev/null", 1), -EOPNOTSUPP);
   EXPECT_EQ(ResultOfReading(folder_.Path(), 1), -EOPNOTSUPP);
   EXPECT_EQ(ResultOfReading(folder_.Path() / "missing", 1), -ENOENT);
 }
 
-TEST_F(RegularFileTest, ClosesWhatItDoesNotRead) {
+TEST_F(RegularFileTest, ClosesAFileThatItRefuses) {
   const fs::path fifo = MakeFifo();
   const int before = ::dup(STDIN_FILENO);
   ::close(before);
@@ -209,7 +212,7 @@ TEST_F(RegularFileTest, ClosesWhatItDoesNotRead) {
   EXPECT_EQ(after, before);
 }
 
-TEST_F(RegularFileTest, NamesTheFileInTheFailure) {
+TEST_F(RegularFileTest, NamesTheFileInTheErrorMessage) {
   const fs::path path = folder_.Path() / "missing";
   try {
     ReadRegularFile(path);
@@ -219,7 +222,7 @@ TEST_F(RegularFileTest, NamesTheFileInTheFailure) {
   }
 }
 
-TEST_F(RegularFileTest, StopsWhenAskedTo) {
+TEST_F(RegularFileTest, StopsOnAStopRequest) {
   const fs::path path = folder_.Write("file", "x");
   std::stop_source stop;
   EXPECT_EQ(Text(*ReadRegularFile(path, stop.get_token())), "x");
@@ -227,7 +230,7 @@ TEST_F(RegularFileTest, StopsWhenAskedTo) {
   EXPECT_THROW(ReadRegularFile(path, stop.get_token()), config::FutureCancelled);
 }
 
-// The file is so large that reading all of it would take far longer than the request to stop.
+// The file is so large that the stop request arrives long before the end of the read.
 TEST_F(RegularFileTest, StopsAReadInProgress) {
   const fs::path path = folder_.Write("sparse", "");
   fs::resize_file(path, std::uintmax_t{2} << 30);

@@ -18,7 +18,7 @@ using namespace std::string_literals;
 
 constexpr std::uint32_t kSeed = 20251120;
 
-TEST(CaseMapping, LowersByUnicodesFullMapping) {
+TEST(CaseMapping, LowerCaseUsesTheFullUnicodeMapping) {
   const struct {
     std::u16string text;
     std::u16string lower;
@@ -29,17 +29,17 @@ TEST(CaseMapping, LowersByUnicodesFullMapping) {
       {u"ALL UPPER, LONG ENOUGH FOR GROUPS", u"all upper, long enough for groups"},
       {u"\u00C9COLE", u"\u00E9cole"},
       {u"Stra\u00DFe \u1E9E", u"stra\u00DFe \u00DF"},
-      {u"\u0130", u"i\u0307"},             // dotted I: i and a combining dot
-      {u"I\u0131", u"i\u0131"},            // not as in Turkish
+      {u"\u0130", u"i\u0307"},             // becomes i and a combining dot
+      {u"I\u0131", u"i\u0131"},            // no Turkish special case
       {u"\u212A", u"k"},                   // Kelvin sign
       {u"\u212B", u"\u00E5"},              // Angstrom sign
       {u"\u01C5", u"\u01C6"},              // title case digraph
-      {u"\U00010400", u"\U00010428"},      // outside the first plane
-      {u"\u0391\u03A3", u"\u03B1\u03C2"},  // sigma at the end of a word
-      {u"\u03A3\u0391", u"\u03C3\u03B1"},  // and at its beginning
+      {u"\U00010400", u"\U00010428"},      // outside the basic multilingual plane
+      {u"\u0391\u03A3", u"\u03B1\u03C2"},  // final sigma
+      {u"\u03A3\u0391", u"\u03C3\u03B1"},  // sigma at the start of a word
       {u"\u0391\u03A3 \u0391", u"\u03B1\u03C2 \u03B1"},
-      {u"\u03A3", u"\u03C3"},        // alone it is no end
-      {u"ABC\u03A3", u"abc\u03C2"},  // behind ASCII letters
+      {u"\u03A3", u"\u03C3"},        // a single sigma is not final
+      {u"ABC\u03A3", u"abc\u03C2"},  // final sigma after ASCII letters
       {u"ABCDEFGHIJKLMNOPQRSTUVWX\u03A3 Y", u"abcdefghijklmnopqrstuvwx\u03C2 y"},
       {u"\u65E5\u672C", u"\u65E5\u672C"},
       {u"A\0B"s, u"a\0b"s},
@@ -51,7 +51,7 @@ TEST(CaseMapping, LowersByUnicodesFullMapping) {
   }
 }
 
-TEST(CaseMapping, RaisesByUnicodesFullMapping) {
+TEST(CaseMapping, UpperCaseUsesTheFullUnicodeMapping) {
   const struct {
     std::u16string text;
     std::u16string upper;
@@ -63,7 +63,7 @@ TEST(CaseMapping, RaisesByUnicodesFullMapping) {
       {u"\u0131i", u"II"},
       {u"\u00FF\u00B5", u"\u0178\u039C"},
       {u"\uFB03", u"FFI"},                 // a ligature becomes three letters
-      {u"\u0390", u"\u0399\u0308\u0301"},  // so does a letter with two accents
+      {u"\u0390", u"\u0399\u0308\u0301"},  // a letter with two accents becomes three characters
       {u"\u03C2\u03C3", u"\u03A3\u03A3"},
       {u"\U00010428", u"\U00010400"},
       {u"a\0\u00E9"s, u"A\0\u00C9"s},
@@ -71,12 +71,12 @@ TEST(CaseMapping, RaisesByUnicodesFullMapping) {
   for (const auto& [text, upper] : cases) EXPECT_EQ(UpperCase(text), upper) << UTF16to8(text);
 }
 
-TEST(CaseMapping, GrowsAsFarAsItMust) {
+TEST(CaseMapping, ReturnsResultsThatAreLongerThanTheText) {
   for (const std::size_t length : {1U, 7U, 8U, 9U, 100U, 5000U}) {
     const std::u16string text(length, u'\u0390');
     EXPECT_EQ(UpperCase(text).size(), 3 * length);
     EXPECT_EQ(LowerCase(std::u16string(length, u'\u0130')).size(), 2 * length);
-    // U+023A has two bytes, its small form U+2C65 three.
+    // U+023A has two bytes in UTF-8. Its lower-case form, U+2C65, has three.
     EXPECT_EQ(LowerCaseUTF8(UTF16to8(std::u16string(length, u'\u023A'))).size(), 3 * length);
   }
 }
@@ -87,19 +87,20 @@ TEST(CaseMapping, KeepsUnpairedSurrogates) {
   EXPECT_EQ(UpperCase(LowerCase(text)), text);
 }
 
-TEST(CaseMapping, MapsAsciiAloneLikeAsciiAmongOthers) {
+TEST(CaseMapping, MapsPureAsciiLikeAsciiInOtherText) {
   SCOPED_TRACE(testing::Message() << "seed " << kSeed);
   std::mt19937 random(kSeed);
   for (int round = 0; round < 2000; ++round) {
     std::u16string text(random() % 60, u'\0');
     for (char16_t& unit : text) unit = static_cast<char16_t>(random() % 0x80);
-    // The ideograph has no case and sends the whole text through ICU.
+    // The ideograph has no case, so it must not change the mapping of the ASCII letters.
     ASSERT_EQ(LowerCase(text) + u"\u65E5", LowerCase(text + u"\u65E5"));
     ASSERT_EQ(UpperCase(text) + u"\u65E5", UpperCase(text + u"\u65E5"));
   }
 }
 
-// Letters, sigmas and what Unicode looks for around them: marks, apostrophes, dots, blanks.
+// The lower case of a sigma depends on its context. Therefore the strings mix sigmas with letters,
+// combining marks, apostrophes, dots and spaces.
 TEST(CaseMapping, LowersUTF8LikeUTF16InEveryContext) {
   SCOPED_TRACE(testing::Message() << "seed " << kSeed);
   constexpr std::u16string_view kUnits =
@@ -112,7 +113,7 @@ TEST(CaseMapping, LowersUTF8LikeUTF16InEveryContext) {
   }
 }
 
-TEST(CaseMapping, LowersIllFormedUTF8LikeTheWayThroughUTF16) {
+TEST(CaseMapping, LowersIllFormedUTF8LikeItsUTF16Form) {
   EXPECT_EQ(LowerCaseUTF8("A\x80Z"), "a\uFFFDz");
   EXPECT_EQ(LowerCaseUTF8("\xED\xA0\x80"), "\uFFFD\uFFFD\uFFFD");
   EXPECT_EQ(LowerCaseUTF8("A\xE2\x82"), "a\uFFFD");
@@ -121,14 +122,14 @@ TEST(CaseMapping, LowersIllFormedUTF8LikeTheWayThroughUTF16) {
   for (int round = 0; round < 5000; ++round) {
     std::string text(random() % 40, '\0');
     for (char& byte : text) {
-      // Greek capitals are CE 91 to CE A9: final sigmas, well and badly formed.
+      // CE A3 is a capital sigma, so well-formed and ill-formed sigmas alternate.
       byte = static_cast<char>(random() % 2 ? 0xCE : random() % 2 ? 0xA3 : random() % 0x100);
     }
     ASSERT_EQ(LowerCaseUTF8(text), UTF16to8(LowerCase(UTF8to16(text))));
   }
 }
 
-TEST(CaseMapping, DoesNotFollowTheLocale) {
+TEST(CaseMapping, DoesNotDependOnTheLocale) {
   const std::string before = uloc_getDefault();
   for (const char* locale : {"tr_TR", "lt_LT", "en_US"}) {
     UErrorCode error = U_ZERO_ERROR;
@@ -142,8 +143,8 @@ TEST(CaseMapping, DoesNotFollowTheLocale) {
   uloc_setDefault(before.c_str(), &error);
 }
 
-TEST(CaseMapping, OverwritesWhatWasThere) {
-  std::u16string out = u"a much longer text that was there before";
+TEST(CaseMapping, OverwritesTheOldContent) {
+  std::u16string out = u"an old text that is much longer";
   UpperCase(u"\u00E9", out);
   EXPECT_EQ(out, u"\u00C9");
   UpperCase(u"ab", out);
@@ -155,7 +156,7 @@ TEST(CaseMapping, OverwritesWhatWasThere) {
   EXPECT_EQ(utf8, "ab");
 }
 
-TEST(CaseMapping, AllocatesNothingForAsciiWhenThereIsRoom) {
+TEST(CaseMapping, AllocatesNothingForAsciiWithEnoughCapacity) {
   const std::string ascii = "Headline Of A Change That Is Long Enough For The Heap";
   std::string out;
   out.reserve(ascii.size());
@@ -163,7 +164,7 @@ TEST(CaseMapping, AllocatesNothingForAsciiWhenThereIsRoom) {
   EXPECT_EQ(out, "headline of a change that is long enough for the heap");
 }
 
-TEST(CaseMapping, TakesDefaultViews) {
+TEST(CaseMapping, AcceptsDefaultViews) {
   EXPECT_EQ(LowerCase(std::u16string_view()), u"");
   EXPECT_EQ(UpperCase(std::u16string_view()), u"");
   EXPECT_EQ(LowerCaseUTF8(std::string_view()), "");

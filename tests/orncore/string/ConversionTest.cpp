@@ -20,8 +20,8 @@ using namespace std::string_literals;
 
 constexpr std::uint32_t kSeed = 20251120;
 
-// The range of second bytes that a lead byte allows, and how many bytes follow in all: the Unicode
-// standard's table of well-formed UTF-8 byte sequences.
+// A row of the Unicode standard's table "Well-Formed UTF-8 Byte Sequences": a range of lead bytes,
+// the range of second bytes that they allow, and the number of bytes that follow them.
 struct Lead {
   unsigned first;
   unsigned last;
@@ -43,8 +43,8 @@ void AppendCodePoint(std::u16string& out, std::uint32_t codePoint) {
   out += static_cast<char16_t>(codePoint);
 }
 
-// A slow decoder by the table: it takes as many bytes as could begin a well-formed sequence, and
-// what is not complete then is one U+FFFD.
+// A slow decoder that follows the table. It reads the longest prefix of a well-formed sequence. An
+// incomplete sequence becomes one U+FFFD.
 std::u16string PlainUTF8to16(std::string_view text) {
   std::u16string out;
   std::size_t position = 0;
@@ -108,7 +108,8 @@ std::string PlainUTF16to8(std::u16string_view text) {
   return out;
 }
 
-// The text in memory of exactly its size, so that a sanitizer sees every step outside.
+// A copy of a text in a buffer of exactly its size, so that a sanitizer detects every access past
+// its end.
 template <class Unit>
 class Exact {
  public:
@@ -143,7 +144,7 @@ void ExpectLikePlain(std::u16string_view text) {
   ASSERT_EQ(UTF8Length(text), expected.size()) << testing::PrintToString(text);
 }
 
-TEST(Conversion, ConvertsWellFormedTextsBothWays) {
+TEST(Conversion, ConvertsWellFormedTextInBothDirections) {
   const struct {
     std::string utf8;
     std::u16string utf16;
@@ -175,17 +176,17 @@ TEST(Conversion, ConvertsWellFormedTextsBothWays) {
   }
 }
 
-TEST(Conversion, PutsOneReplacementForEachMaximalSubpart) {
+TEST(Conversion, ReplacesEachMaximalSubpartOnce) {
   const struct {
     std::string_view utf8;
     std::u16string_view utf16;
   } cases[] = {
-      // Continuation bytes on their own.
+      // Continuation bytes without a lead byte.
       {"\x80", u"\uFFFD"},
       {"\xBF", u"\uFFFD"},
       {"\x80\x80\x80", u"\uFFFD\uFFFD\uFFFD"},
       {"a\x80z", u"a\uFFFDz"},
-      // Sequences cut short: as long as they could go on, they are one.
+      // Truncated sequences: a prefix of a well-formed sequence becomes one U+FFFD.
       {"\xC3", u"\uFFFD"},
       {"\xE2\x82", u"\uFFFD"},
       {"\xF0\x9F", u"\uFFFD"},
@@ -195,7 +196,7 @@ TEST(Conversion, PutsOneReplacementForEachMaximalSubpart) {
       {"\xF0\x9F\x8Ez", u"\uFFFDz"},
       {"\xE2\xE2\x82\xAC", u"\uFFFD\u20AC"},
       {"\xF0\x9F\xC3\xA9", u"\uFFFD\u00E9"},
-      // Longer than need be: no such sequence begins that way.
+      // Overlong sequences: no well-formed sequence begins like this.
       {"\xC0\xAF", u"\uFFFD\uFFFD"},
       {"\xC1\xBF", u"\uFFFD\uFFFD"},
       {"\xE0\x80\xAF", u"\uFFFD\uFFFD\uFFFD"},
@@ -207,12 +208,12 @@ TEST(Conversion, PutsOneReplacementForEachMaximalSubpart) {
       {"\xED\xBF\xBF", u"\uFFFD\uFFFD\uFFFD"},
       {"\xED\xA0\xBD\xED\xB8\x80", u"\uFFFD\uFFFD\uFFFD\uFFFD\uFFFD\uFFFD"},
       {"\xED\xA0", u"\uFFFD\uFFFD"},
-      // Beyond U+10FFFF, and bytes that begin nothing.
+      // Code points beyond U+10FFFF, and bytes that cannot start a sequence.
       {"\xF4\x90\x80\x80", u"\uFFFD\uFFFD\uFFFD\uFFFD"},
       {"\xF5\x80\x80\x80", u"\uFFFD\uFFFD\uFFFD\uFFFD"},
       {"\xF8\x88\x80\x80\x80", u"\uFFFD\uFFFD\uFFFD\uFFFD\uFFFD"},
       {"\xFE\xFF", u"\uFFFD\uFFFD"},
-      // The standard's own examples.
+      // Examples of the Unicode standard.
       {"\x61\xF1\x80\x80\xE1\x80\xC2\x62\x80\x63\x80\xBF\x64",
        u"a\uFFFD\uFFFD\uFFFDb\uFFFDc\uFFFD\uFFFDd"},
       {"\xC0\xAF\xE0\x80\xBF\xF0\x81\x82\x41",
@@ -222,12 +223,12 @@ TEST(Conversion, PutsOneReplacementForEachMaximalSubpart) {
   };
   for (const auto& [utf8, utf16] : cases) {
     EXPECT_EQ(Convert(utf8), utf16) << testing::PrintToString(utf8);
-    EXPECT_EQ(PlainUTF8to16(utf8), utf16) << "the test's own decoder is wrong";
+    EXPECT_EQ(PlainUTF8to16(utf8), utf16) << "the decoder of this test is wrong";
     EXPECT_FALSE(IsWellFormedUTF8(utf8)) << testing::PrintToString(utf8);
   }
 }
 
-TEST(Conversion, PutsAReplacementForAnUnpairedSurrogate) {
+TEST(Conversion, ReplacesAnUnpairedSurrogate) {
   const struct {
     std::u16string utf16;
     std::string utf8;
@@ -250,8 +251,8 @@ TEST(Conversion, PutsAReplacementForAnUnpairedSurrogate) {
   }
 }
 
-TEST(Conversion, TreatsAllShortSequencesLikeThePlainForm) {
-  // Every byte that the standard's table treats differently, and its neighbours.
+TEST(Conversion, MatchesThePlainDecoderForAllShortSequences) {
+  // The first and last byte of each range in the standard's table, and their neighbours.
   constexpr std::array<unsigned, 26> kBytes = {0x00, 0x41, 0x7F, 0x80, 0x8F, 0x90, 0x9F, 0xA0, 0xBF,
                                                0xC0, 0xC1, 0xC2, 0xDF, 0xE0, 0xE1, 0xEC, 0xED, 0xEE,
                                                0xEF, 0xF0, 0xF1, 0xF3, 0xF4, 0xF5, 0xF8, 0xFF};
@@ -266,7 +267,7 @@ TEST(Conversion, TreatsAllShortSequencesLikeThePlainForm) {
   }
 }
 
-TEST(Conversion, TreatsAllShortUnitSequencesLikeThePlainForm) {
+TEST(Conversion, MatchesThePlainEncoderForAllShortSequences) {
   constexpr std::array<char16_t, 14> kUnits = {0,      0x41,   0x7F,   0x80,   0x7FF,
                                                0x800,  0xD7FF, 0xD800, 0xDBFF, 0xDC00,
                                                0xDFFF, 0xE000, 0xFFFD, 0xFFFF};
@@ -281,11 +282,11 @@ TEST(Conversion, TreatsAllShortUnitSequencesLikeThePlainForm) {
   }
 }
 
-TEST(Conversion, TreatsRandomTextsLikeThePlainForm) {
+TEST(Conversion, MatchesThePlainConverterForRandomText) {
   SCOPED_TRACE(testing::Message() << "seed " << kSeed);
   std::mt19937 random(kSeed);
   for (int round = 0; round < 5000; ++round) {
-    // From nearly all ASCII to none, so that runs of every length meet every kind of neighbour.
+    // The share of ASCII varies, so that ASCII runs of all lengths are next to all other bytes.
     const std::uint32_t share = random() % 32;
     std::string bytes(random() % 100, '\0');
     for (char& byte : bytes) {
@@ -301,7 +302,7 @@ TEST(Conversion, TreatsRandomTextsLikeThePlainForm) {
   }
 }
 
-TEST(Conversion, KeepsEveryCodePointOnTheWayThereAndBack) {
+TEST(Conversion, KeepsEveryCodePointInARoundTrip) {
   for (std::uint32_t codePoint = 0; codePoint <= 0x10FFFF; ++codePoint) {
     if (codePoint >= 0xD800 && codePoint < 0xE000) continue;
     std::u16string text;
@@ -310,20 +311,20 @@ TEST(Conversion, KeepsEveryCodePointOnTheWayThereAndBack) {
   }
 }
 
-TEST(Conversion, OverwritesWhatWasThere) {
-  std::u16string utf16 = u"a much longer text that was there before";
+TEST(Conversion, OverwritesTheOldContent) {
+  std::u16string utf16 = u"an old text that is much longer";
   UTF8to16("\xC3\xA9", utf16);
   EXPECT_EQ(utf16, u"\u00E9");
   UTF8to16("", utf16);
   EXPECT_EQ(utf16, u"");
-  std::string utf8 = "a much longer text that was there before";
+  std::string utf8 = "an old text that is much longer";
   UTF16to8(u"\u00E9", utf8);
   EXPECT_EQ(utf8, "\xC3\xA9");
   UTF16to8(u"", utf8);
   EXPECT_EQ(utf8, "");
 }
 
-TEST(Conversion, AppendsBehindWhatWasThere) {
+TEST(Conversion, AppendsToTheOldContent) {
   std::u16string utf16 = u"\u00E9 ";
   AppendUTF8to16("\xE2\x82\xAC\x80", utf16);
   AppendUTF8to16("", utf16);
@@ -336,7 +337,7 @@ TEST(Conversion, AppendsBehindWhatWasThere) {
   EXPECT_EQ(utf8, "\u00E9 \u20AC end");
 }
 
-TEST(Conversion, DoesNotJoinHalvesAtTheSeam) {
+TEST(Conversion, DoesNotJoinSequencesAcrossCalls) {
   std::u16string utf16;
   AppendUTF8to16("\xC3", utf16);
   AppendUTF8to16("\xA9", utf16);
@@ -347,7 +348,7 @@ TEST(Conversion, DoesNotJoinHalvesAtTheSeam) {
   EXPECT_EQ(utf8, "\uFFFD\uFFFD");
 }
 
-TEST(Conversion, AllocatesNothingWhenUsedAgain) {
+TEST(Conversion, AllocatesNothingWhenTheOutputIsReused) {
   const std::string utf8 = "forty bytes of ascii text, then a few more: \xC3\xA9\xE2\x82\xAC\x80";
   std::u16string utf16;
   std::string back;
@@ -362,14 +363,14 @@ TEST(Conversion, AllocatesNothingWhenUsedAgain) {
             0U);
 }
 
-TEST(Conversion, AllocatesOnceForANewText) {
+TEST(Conversion, AllocatesOnceForANewString) {
   const std::u16string text(1000, u'\u20AC');
   std::string result;
   EXPECT_LE(test_support::CountAllocations([&] { result = UTF16to8(text); }), 1U);
   EXPECT_EQ(result.capacity(), 3000U);
 }
 
-TEST(Conversion, TakesDefaultViews) {
+TEST(Conversion, AcceptsDefaultViews) {
   EXPECT_EQ(UTF8to16(std::string_view()), u"");
   EXPECT_EQ(UTF16to8(std::u16string_view()), "");
   EXPECT_EQ(AsciiToUTF16(std::string_view()), u"");
@@ -377,7 +378,7 @@ TEST(Conversion, TakesDefaultViews) {
   EXPECT_TRUE(IsWellFormedUTF8(std::string_view()));
 }
 
-TEST(Conversion, ReadsNothingBehindATextWhateverItEndsWith) {
+TEST(Conversion, ReadsNothingPastTheEndOfAText) {
   test_support::TextAtPageEnd memory;
   for (const std::string& end : {"x"s, "\xC3\xA9"s, "\xF0\x9F\x98\x80"s, "\xC3"s, "\xF0\x9F"s}) {
     const std::string text = "some text and " + end;

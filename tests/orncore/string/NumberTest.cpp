@@ -37,7 +37,7 @@ TEST(Number, ReadsSignedDecimalIntegers) {
   }
 }
 
-TEST(Number, LeavesTheValueForAnythingElse) {
+TEST(Number, RejectsOtherTextAndKeepsTheValue) {
   const std::string cases[] = {
       "",
       "+",
@@ -68,7 +68,7 @@ TEST(Number, LeavesTheValueForAnythingElse) {
       "-9223372036854775809",
       "99999999999999999999999999",
       "\xD9\xA1",
-      "\xEF\xBC\x91",  // Arabic-Indic and full-width digit one
+      "\xEF\xBC\x91",  // the Arabic-Indic and the full-width digit 1
   };
   for (const std::string& text : cases) {
     std::int64_t value = 42;
@@ -84,7 +84,7 @@ TEST(Number, ReadsAViewWithoutATerminator) {
   EXPECT_EQ(value, 23);
 }
 
-TEST(Number, ReadsNothingFromTheDefaultView) {
+TEST(Number, RejectsTheDefaultView) {
   std::int64_t value = 42;
   EXPECT_FALSE(StringToNumber({}, value));
   EXPECT_EQ(value, 42);

@@ -16,7 +16,7 @@ using namespace std::string_literals;
 
 constexpr std::uint32_t kSeed = 20251120;
 
-// A unit at a time, the first pattern that fits.
+// Replaces the first matching pattern at each position, one UTF-16 unit at a time.
 std::u16string PlainReplacing(std::u16string_view text, std::span<const Replacement> replacements) {
   std::u16string out;
   while (!text.empty()) {
@@ -68,14 +68,14 @@ TEST(Replace, ReplacesEveryOccurrenceOfOnePattern) {
   }
 }
 
-TEST(Replace, NeverExpandsInsertedTextAgain) {
+TEST(Replace, DoesNotSearchInsertedText) {
   std::u16string text = u"@0 and @1, @0";
   const Replacement replacements[] = {{u"@0", u"@1"}, {u"@1", u"@0 @1"}};
   ReplaceInString(text, replacements);
   EXPECT_EQ(text, u"@1 and @0 @1, @1");
 }
 
-TEST(Replace, TakesTheFirstPatternThatFits) {
+TEST(Replace, UsesTheFirstMatchingPattern) {
   const Replacement shortFirst[] = {{u"@1", u"x"}, {u"@10", u"y"}};
   const Replacement longFirst[] = {{u"@10", u"y"}, {u"@1", u"x"}};
   std::u16string text = u"@10 @1";
@@ -109,7 +109,7 @@ TEST(Replace, SkipsAnEmptyPatternAmongOthers) {
   EXPECT_EQ(text, u"TexT");
 }
 
-TEST(Replace, TakesViewsOfTheTextItChanges) {
+TEST(Replace, AcceptsViewsOfTheTextThatItChanges) {
   std::u16string text = u"ab, a text long enough for the heap, ab";
   const std::u16string_view view = text;
   EXPECT_EQ(ReplaceAllStringInString(text, view.substr(0, 2), view.substr(4, 6)), 2U);
@@ -120,7 +120,7 @@ TEST(Replace, TakesViewsOfTheTextItChanges) {
   EXPECT_EQ(text, expected);
 }
 
-TEST(Replace, TreatsRandomTextsLikeThePlainForm) {
+TEST(Replace, MatchesThePlainImplementationForRandomText) {
   SCOPED_TRACE(testing::Message() << "seed " << kSeed);
   std::mt19937 random(kSeed);
   const auto randomText = [&random](std::size_t longest) {
@@ -141,7 +141,7 @@ TEST(Replace, TreatsRandomTextsLikeThePlainForm) {
   }
 }
 
-TEST(Replace, LeavesTheTextUnchangedWhenMemoryRunsOut) {
+TEST(Replace, LeavesTheTextUnchangedWhenAnAllocationFails) {
   const std::u16string original = u"@0 and @1, long enough for the heap, and once more @0";
   const Replacement replacements[] = {{u"@0", u"a name that is longer than most"}, {u"@1", u"x"}};
   std::u16string text = original;
@@ -158,7 +158,8 @@ TEST(Replace, LeavesTheTextUnchangedWhenMemoryRunsOut) {
     }
     hasFailed = failure.HasHappened();
   }
-  if (!test_support::AreAllocationsReplaced()) GTEST_SKIP() << "allocations do not fail here";
+  if (!test_support::AreAllocationsReplaced())
+    GTEST_SKIP() << "allocation failures are not available";
   EXPECT_GE(failures, 1);
   EXPECT_EQ(text, PlainReplacing(original, replacements));
 }

@@ -20,7 +20,7 @@ static_assert((kLow & kHigh) == ByteFlags());
 static_assert(kLow != kHigh);
 static_assert(sizeof(ByteFlags) == 1);
 
-TEST(Flags, HasAllTheBitsAskedFor) {
+TEST(Flags, HasReturnsTrueOnlyIfAllBitsAreSet) {
   const ByteFlags both = kLow | kHigh;
   EXPECT_TRUE(both.Has(kLow));
   EXPECT_TRUE(both.Has(kHigh));
@@ -29,20 +29,20 @@ TEST(Flags, HasAllTheBitsAskedFor) {
   EXPECT_FALSE(kLow.Has(kHigh));
 }
 
-TEST(Flags, AlwaysHasTheEmptySet) {
+TEST(Flags, EverySetHasTheEmptySet) {
   EXPECT_TRUE(ByteFlags().Has({}));
   EXPECT_TRUE(kHigh.Has({}));
   EXPECT_FALSE(ByteFlags().Has(kLow));
 }
 
-TEST(Flags, TakesAPlainNumberForASet) {
+TEST(Flags, ConvertsFromAnInteger) {
   const auto bits = [](ByteFlags flags) { return flags.Bits(); };
   const std::uint8_t number = 0x42;
   EXPECT_EQ(bits(number), 0x42);
   EXPECT_EQ(ByteFlags(0xFF).Bits(), 0xFF);
 }
 
-TEST(Flags, AddsAndKeepsBitsInPlace) {
+TEST(Flags, AssignmentOperatorsAddAndMaskBits) {
   ByteFlags flags;
   flags |= kLow;
   flags |= kHigh;
@@ -51,7 +51,7 @@ TEST(Flags, AddsAndKeepsBitsInPlace) {
   EXPECT_EQ(flags, kHigh);
 }
 
-TEST(Flags, WorksOverWiderNumbers) {
+TEST(Flags, SupportsWiderIntegers) {
   const Flags<std::uint64_t> top{std::uint64_t{1} << 63};
   EXPECT_TRUE((top | Flags<std::uint64_t>{1}).Has(top));
 }

@@ -34,34 +34,34 @@ TEST(Guid, IsNilByDefault) {
   EXPECT_EQ(Guid().AsUTF8String(), "00000000-0000-0000-0000-000000000000");
 }
 
-TEST(Guid, WritesItsBytesInOrder) {
+TEST(Guid, FormatsItsBytesInOrder) {
   EXPECT_EQ(Guid(kBytes).AsUTF8String(), kText);
 }
 
-TEST(Guid, AppendsItsTextBehindAnother) {
+TEST(Guid, AppendsItsTextToAString) {
   std::string text = "before ";
   Guid(kBytes).AppendTo(text);
   EXPECT_EQ(text, "before " + std::string(kText));
 }
 
-TEST(Guid, ReadsBackEitherLetterCase) {
+TEST(Guid, ReadsBothLetterCases) {
   EXPECT_EQ(Guid(kText), Guid(kBytes));
   EXPECT_EQ(Guid("01234567-89AB-CDEF-FEDC-BA9876543210"), Guid(kBytes));
   EXPECT_EQ(Guid("01234567-89aB-CdEf-fEdC-Ba9876543210"), Guid(kBytes));
 }
 
-TEST(Guid, ReadsBackEveryByteAtEveryPlace) {
-  for (std::size_t place = 0; place < Guid::kByteLength; ++place) {
+TEST(Guid, ReadsEveryByteAtEveryIndex) {
+  for (std::size_t index = 0; index < Guid::kByteLength; ++index) {
     for (unsigned byte = 0; byte < 256; ++byte) {
       Bytes bytes = kBytes;
-      bytes[place] = static_cast<std::uint8_t>(byte);
+      bytes[index] = static_cast<std::uint8_t>(byte);
       const Guid guid(bytes);
       EXPECT_EQ(Guid(guid.AsUTF8String()), guid) << guid.AsUTF8String();
     }
   }
 }
 
-TEST(Guid, IsNilForATextOfAnotherForm) {
+TEST(Guid, IsNilForMalformedText) {
   const std::string cases[] = {
       "",
       "-",
@@ -85,14 +85,14 @@ TEST(Guid, IsNilForATextOfAnotherForm) {
 }
 
 TEST(Guid, IsNilWhenOneCharacterIsWrong) {
-  for (std::size_t place = 0; place < kText.size(); ++place) {
+  for (std::size_t index = 0; index < kText.size(); ++index) {
     for (int value = -128; value < 128; ++value) {
       const char wrong = static_cast<char>(value);
       const bool isDigit = std::string_view("0123456789abcdefABCDEF").find(wrong) != kText.npos;
-      const bool fits = kText[place] == '-' ? wrong == '-' : isDigit;
-      if (fits) continue;
+      const bool isAllowed = kText[index] == '-' ? wrong == '-' : isDigit;
+      if (isAllowed) continue;
       std::string text(kText);
-      text[place] = wrong;
+      text[index] = wrong;
       EXPECT_TRUE(Guid(text).IsNil()) << text;
     }
   }
@@ -120,20 +120,20 @@ TEST(Guid, HashesByItsFirstBytes) {
   Bytes other = kBytes;
   other[15] ^= 1;
   EXPECT_EQ(hash(Guid(kBytes)), hash(Guid(other)));
-  for (std::size_t place = 0; place < sizeof(std::size_t); ++place) {
+  for (std::size_t index = 0; index < sizeof(std::size_t); ++index) {
     other = kBytes;
-    other[place] ^= 1;
-    EXPECT_NE(hash(Guid(kBytes)), hash(Guid(other))) << place;
+    other[index] ^= 1;
+    EXPECT_NE(hash(Guid(kBytes)), hash(Guid(other))) << index;
   }
 }
 
-TEST(Guid, ServesAsAKey) {
+TEST(Guid, CanBeAKeyOfUnorderedContainers) {
   const std::unordered_set<Guid> guids = {Guid(kBytes), Guid(), Guid(kText)};
   EXPECT_EQ(guids.size(), 2U);
   EXPECT_TRUE(guids.contains(Guid(kBytes)));
 }
 
-TEST(Guid, AllocatesNothingButItsText) {
+TEST(Guid, AllocatesOnlyForItsText) {
   std::string text;
   text.reserve(2 * Guid::kTextLength);
   EXPECT_EQ(test_support::CountAllocations([&text] {

@@ -16,8 +16,8 @@ namespace {
 
 constexpr std::uint32_t kSeed = 20251120;
 
-// The same hash by an independent implementation, in one piece.
-Guid HashByOthers(std::string_view bytes) {
+// Returns the hash of the bytes, computed by an independent implementation in one call.
+Guid ReferenceHash(std::string_view bytes) {
   std::array<std::uint64_t, 2> words{};
   lmmh_x64_128(bytes.data(), static_cast<unsigned>(bytes.size()), 0, words.data());
   std::array<std::uint8_t, Guid::kByteLength> result{};
@@ -39,14 +39,15 @@ std::string RandomBytes(std::mt19937& random, std::size_t length) {
   return bytes;
 }
 
-// The bytes in memory of exactly their size, so that a sanitizer sees every step outside.
+// Mixes a copy of the bytes in a buffer of exactly their size, so that a sanitizer detects every
+// access past its end.
 void MixExact(GuidMixer& mixer, std::string_view bytes) {
   const auto exact = std::make_unique<char[]>(bytes.size());
   bytes.copy(exact.get(), bytes.size());
   mixer.Mix(std::string_view(exact.get(), bytes.size()));
 }
 
-TEST(MixHashGuid, GivesKnownAnswers) {
+TEST(MixHashGuid, MatchesKnownHashes) {
   const struct {
     std::string_view bytes;
     std::string_view guid;
@@ -69,7 +70,7 @@ TEST(MixHashGuid, GivesKnownAnswers) {
   }
 }
 
-TEST(MixHashGuid, GivesNilForNothing) {
+TEST(MixHashGuid, HashesEmptyInputToNil) {
   EXPECT_TRUE(GuidMixer().Result().IsNil());
   EXPECT_TRUE(Hash("").IsNil());
   GuidMixer mixer;
@@ -80,7 +81,7 @@ TEST(MixHashGuid, GivesNilForNothing) {
   EXPECT_TRUE(result.IsNil());
 }
 
-// Lengths up to more than twice what the state keeps back.
+// The longest input is more than twice as long as the buffer of the state.
 TEST(MixHashGuid, AgreesWithAnIndependentImplementationAtEveryLength) {
   SCOPED_TRACE(testing::Message() << "seed " << kSeed);
   std::mt19937 random(kSeed);
@@ -88,16 +89,16 @@ TEST(MixHashGuid, AgreesWithAnIndependentImplementationAtEveryLength) {
     const std::string bytes = RandomBytes(random, length);
     GuidMixer mixer;
     MixExact(mixer, bytes);
-    EXPECT_EQ(mixer.Result(), HashByOthers(bytes)) << length;
+    EXPECT_EQ(mixer.Result(), ReferenceHash(bytes)) << length;
   }
 }
 
-TEST(MixHashGuid, DoesNotDependOnWhereItIsCutInTwo) {
+TEST(MixHashGuid, GivesTheSameHashForInputInTwoParts) {
   SCOPED_TRACE(testing::Message() << "seed " << kSeed);
   std::mt19937 random(kSeed);
   for (std::size_t length = 0; length <= 300; ++length) {
     const std::string bytes = RandomBytes(random, length);
-    const Guid expected = HashByOthers(bytes);
+    const Guid expected = ReferenceHash(bytes);
     for (std::size_t cut = 0; cut <= length; ++cut) {
       GuidMixer mixer;
       MixExact(mixer, std::string_view(bytes).substr(0, cut));
@@ -107,7 +108,7 @@ TEST(MixHashGuid, DoesNotDependOnWhereItIsCutInTwo) {
   }
 }
 
-TEST(MixHashGuid, DoesNotDependOnItsPieces) {
+TEST(MixHashGuid, GivesTheSameHashForInputInAnyParts) {
   SCOPED_TRACE(testing::Message() << "seed " << kSeed);
   std::mt19937 random(kSeed);
   for (int round = 0; round < 3000; ++round) {
@@ -116,57 +117,57 @@ TEST(MixHashGuid, DoesNotDependOnItsPieces) {
     GuidMixer mixer;
     std::string_view rest = bytes;
     while (!rest.empty()) {
-      const std::string_view piece = rest.substr(0, random() % (longest + 1));
-      MixExact(mixer, piece);
-      rest.remove_prefix(piece.size());
+      const std::string_view part = rest.substr(0, random() % (longest + 1));
+      MixExact(mixer, part);
+      rest.remove_prefix(part.size());
     }
-    ASSERT_EQ(mixer.Result(), HashByOthers(bytes)) << round;
+    ASSERT_EQ(mixer.Result(), ReferenceHash(bytes)) << round;
   }
 }
 
-TEST(MixHashGuid, TakesBytesOneAtATime) {
+TEST(MixHashGuid, AcceptsSingleBytes) {
   const std::string bytes = "One byte after the other, \xF0\x9F\x8E\x89, over several blocks.";
   GuidMixer mixer;
   for (std::size_t i = 0; i < bytes.size(); ++i) {
     mixer.Mix(std::string_view(bytes).substr(i, 1));
-    EXPECT_EQ(mixer.Result(), HashByOthers(std::string_view(bytes).substr(0, i + 1))) << i;
+    EXPECT_EQ(mixer.Result(), ReferenceHash(std::string_view(bytes).substr(0, i + 1))) << i;
   }
 }
 
-TEST(MixHashGuid, FeedsAGuidAsItsBytes) {
+TEST(MixHashGuid, MixesTheBytesOfAGuid) {
   const Guid guid(std::string_view("01234567-89ab-cdef-fedc-ba9876543210"));
   const auto& bytes = guid.GuidToBytes();
   GuidMixer mixer;
   mixer.Mix("tag");
   mixer.Mix(guid);
-  EXPECT_EQ(mixer.Result(), HashByOthers("tag" + std::string(bytes.begin(), bytes.end())));
+  EXPECT_EQ(mixer.Result(), ReferenceHash("tag" + std::string(bytes.begin(), bytes.end())));
 }
 
-TEST(MixHashGuid, GoesOnAfterAResultAndInACopy) {
+TEST(MixHashGuid, CanContinueAfterAResultAndInACopy) {
   GuidMixer mixer;
   mixer.Mix("one");
-  EXPECT_EQ(mixer.Result(), HashByOthers("one"));
+  EXPECT_EQ(mixer.Result(), ReferenceHash("one"));
   GuidMixer copy = mixer;
   mixer.Mix("two");
   copy.Mix("three");
-  EXPECT_EQ(mixer.Result(), HashByOthers("onetwo"));
-  EXPECT_EQ(copy.Result(), HashByOthers("onethree"));
+  EXPECT_EQ(mixer.Result(), ReferenceHash("onetwo"));
+  EXPECT_EQ(copy.Result(), ReferenceHash("onethree"));
 }
 
-TEST(MixHashGuid, UpdatesAStateOfTheCallers) {
+TEST(MixHashGuid, UpdatesAStateOfTheCaller) {
   Murmur3MixerState state;
   GuidMixer::UpdateHashState(state, "FeatureChangeList", 17);
   GuidMixer::UpdateHashState(state, "text\0more", 9);
   Guid result;
   GuidMixer::GetHashResult(state, result);
-  EXPECT_EQ(result, HashByOthers(std::string_view("FeatureChangeListtext\0more", 26)));
+  EXPECT_EQ(result, ReferenceHash(std::string_view("FeatureChangeListtext\0more", 26)));
 }
 
 TEST(MixHashGuid, AllocatesNothing) {
-  const std::string piece(40, 'x');
-  EXPECT_EQ(test_support::CountAllocations([&piece] {
+  const std::string text(40, 'x');
+  EXPECT_EQ(test_support::CountAllocations([&text] {
               GuidMixer mixer;
-              for (int i = 0; i < 10; ++i) mixer.Mix(piece);
+              for (int i = 0; i < 10; ++i) mixer.Mix(text);
               static_cast<void>(mixer.Result());
             }),
             0U);

@@ -24,37 +24,38 @@ struct alignas(64) Aligned {
   char byte = 'x';
 };
 
-// Made before what it uses, and therefore destroyed after it, if that were destroyed at all.
-struct SpeaksAtTheEnd {
-  ~SpeaksAtTheEnd() { debug::Log(debug::DebugDatabase::Instance().GetEntry("last words")); }
+// Uses the database and the log in its destructor. A static object is destroyed after all static
+// objects that were constructed later, so the database and the log must never be destroyed.
+struct LogsWhenDestroyed {
+  ~LogsWhenDestroyed() { debug::Log(debug::DebugDatabase::Instance().GetEntry("last entry")); }
 };
 
-TEST(NoDestructor, HoldsWhatItsArgumentsMake) {
+TEST(NoDestructor, PassesItsArgumentsToTheConstructor) {
   NoDestructor<Probe> probe(7, "seven");
   EXPECT_EQ(probe->number, 7);
   EXPECT_EQ((*probe).text, "seven");
 }
 
-TEST(NoDestructor, NeverDestroysWhatItHolds) {
+TEST(NoDestructor, NeverDestroysItsObject) {
   Probe::destroyed = 0;
   { const NoDestructor<Probe> probe(1, ""); }
   EXPECT_EQ(Probe::destroyed, 0);
 }
 
-TEST(NoDestructor, AlignsWhatItHolds) {
+TEST(NoDestructor, AlignsItsObject) {
   NoDestructor<Aligned> aligned;
   EXPECT_EQ(reinterpret_cast<std::uintptr_t>(&*aligned) % alignof(Aligned), 0U);
   EXPECT_EQ(aligned->byte, 'x');
 }
 
-TEST(NoDestructorDeathTest, DatabaseAndLogServeStaticDestructors) {
+TEST(NoDestructorDeathTest, StaticDestructorsMayUseTheDatabaseAndTheLog) {
   EXPECT_EXIT(
       {
-        static const SpeaksAtTheEnd speaker;
-        debug::DebugDatabase::Instance().SetEntry("last words", "still here");
+        static const LogsWhenDestroyed logger;
+        debug::DebugDatabase::Instance().SetEntry("last entry", "still available");
         std::exit(0);
       },
-      testing::ExitedWithCode(0), "still here");
+      testing::ExitedWithCode(0), "still available");
 }
 
 }  // namespace

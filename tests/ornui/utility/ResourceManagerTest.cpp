@@ -18,8 +18,8 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// What the manager loads, nothing when it says that there is none; a vector that held something
-// before shows that a failed load leaves none of it.
+// Returns the bytes of a resource, or nothing if the manager does not find it. The vector is not
+// empty before the call, because a failed load must clear it.
 std::optional<std::string> Load(const ResourceManager& manager, const UTF16String& name,
                                 const UTF16String& type = u"csv") {
   std::vector<unsigned char> bytes{'o', 'l', 'd'};
@@ -48,19 +48,19 @@ class FolderResourceManagerTest : public testing::Test {
   FolderResourceManager manager_{folder_};
 };
 
-TEST_F(FolderResourceManagerTest, LoadsAFileByItsName) {
+TEST_F(FolderResourceManagerTest, LoadsAFileByName) {
   EXPECT_EQ(Load(manager_, u"news.csv"), "news");
   EXPECT_EQ(Load(manager_, u"news.csv", u"png"), "news");
 }
 
-TEST_F(FolderResourceManagerTest, AddsTheTypeToANameThatDoesNotExist) {
+TEST_F(FolderResourceManagerTest, AddsTheTypeIfTheNameDoesNotExist) {
   EXPECT_EQ(Load(manager_, u"news"), "news");
   EXPECT_EQ(Load(manager_, u"news", u"png"), std::nullopt);
   outer_.Write("resources/news", "without type");
   EXPECT_EQ(Load(manager_, u"news"), "without type");
 }
 
-TEST_F(FolderResourceManagerTest, LoadsBytesAsTheyAre) {
+TEST_F(FolderResourceManagerTest, LoadsBytesUnchanged) {
   const std::string bytes("\xEF\xBB\xBF\0\r\n\xFF", 7);
   outer_.Write("resources/bytes", bytes);
   EXPECT_EQ(Load(manager_, u"bytes"), bytes);
@@ -68,19 +68,19 @@ TEST_F(FolderResourceManagerTest, LoadsBytesAsTheyAre) {
   EXPECT_EQ(Load(manager_, u"empty"), "");
 }
 
-TEST_F(FolderResourceManagerTest, ReadsAnewEachTime) {
+TEST_F(FolderResourceManagerTest, ReadsTheFileAtEveryLoad) {
   EXPECT_EQ(Load(manager_, u"news"), "news");
   outer_.Write("resources/news.csv", "newer");
   EXPECT_EQ(Load(manager_, u"news"), "newer");
 }
 
-TEST_F(FolderResourceManagerTest, LoadsFromFoldersBelow) {
+TEST_F(FolderResourceManagerTest, LoadsFromSubfolders) {
   outer_.Write("resources/de/n\xC3\xA4\x68.csv", "nah");
   EXPECT_EQ(Load(manager_, u"de/n\u00E4h.csv"), "nah");
   EXPECT_EQ(Load(manager_, u"./de//n\u00E4h"), "nah");
 }
 
-TEST_F(FolderResourceManagerTest, KnowsNoMissingResource) {
+TEST_F(FolderResourceManagerTest, FindsNoMissingResource) {
   EXPECT_EQ(Load(manager_, u"missing"), std::nullopt);
   EXPECT_EQ(Load(manager_, u"news.csv/below"), std::nullopt);
   EXPECT_EQ(Load(FolderResourceManager(outer_.Path() / "nowhere"), u"news"), std::nullopt);
@@ -106,11 +106,11 @@ TEST_F(FolderResourceManagerTest, RefusesEmptyNamesAndNul) {
 }
 
 TEST_F(FolderResourceManagerTest, RefusesUnpairedSurrogates) {
-  outer_.Write("resources/\xEF\xBF\xBD", "the stand-in's");
-  outer_.Write("resources/name.\xEF\xBF\xBD", "the stand-in's");
+  outer_.Write("resources/\xEF\xBF\xBD", "replacement character");
+  outer_.Write("resources/name.\xEF\xBF\xBD", "replacement character");
   EXPECT_EQ(Load(manager_, u"\xD800"), std::nullopt);
   EXPECT_EQ(Load(manager_, u"name", u"\xDC00"), std::nullopt);
-  EXPECT_EQ(Load(manager_, u"\uFFFD"), "the stand-in's");
+  EXPECT_EQ(Load(manager_, u"\uFFFD"), "replacement character");
 }
 
 TEST_F(FolderResourceManagerTest, RefusesAbsoluteNames) {
@@ -119,7 +119,7 @@ TEST_F(FolderResourceManagerTest, RefusesAbsoluteNames) {
   EXPECT_EQ(Load(manager_, u"/"), std::nullopt);
 }
 
-TEST_F(FolderResourceManagerTest, RefusesNamesThatClimb) {
+TEST_F(FolderResourceManagerTest, RefusesNamesWithDotSegments) {
   outer_.Write("resources/de/file", "x");
   for (const UTF16String name :
        {u"../secret.csv", u"../secret", u"de/../../secret.csv", u"de/../news.csv", u"..", u".",
@@ -128,12 +128,12 @@ TEST_F(FolderResourceManagerTest, RefusesNamesThatClimb) {
   }
 }
 
-TEST_F(FolderResourceManagerTest, RefusesATypeThatClimbs) {
+TEST_F(FolderResourceManagerTest, RefusesATypeThatLeavesTheFolder) {
   fs::create_directory(folder_ / "x.");
   EXPECT_EQ(Load(manager_, u"x", u"/../../secret.csv"), std::nullopt);
 }
 
-TEST_F(FolderResourceManagerTest, RefusesLinksThatLeadOut) {
+TEST_F(FolderResourceManagerTest, RefusesLinksThatLeaveTheFolder) {
   fs::create_symlink("../secret.csv", folder_ / "link.csv");
   fs::create_symlink("..", folder_ / "up");
   fs::create_symlink("../resources-not", folder_ / "beside");
@@ -143,22 +143,22 @@ TEST_F(FolderResourceManagerTest, RefusesLinksThatLeadOut) {
   EXPECT_EQ(Load(manager_, u"beside/secret.csv"), std::nullopt);
 }
 
-TEST_F(FolderResourceManagerTest, FollowsLinksThatStayInside) {
+TEST_F(FolderResourceManagerTest, FollowsLinksInsideTheFolder) {
   fs::create_symlink("news.csv", folder_ / "latest.csv");
   EXPECT_EQ(Load(manager_, u"latest"), "news");
 }
 
-TEST_F(FolderResourceManagerTest, StandsACircleOfLinks) {
+TEST_F(FolderResourceManagerTest, FindsNothingForACircularLink) {
   fs::create_symlink("circle", folder_ / "circle");
   EXPECT_EQ(Load(manager_, u"circle"), std::nullopt);
 }
 
-TEST_F(FolderResourceManagerTest, TakesALinkForItsFolder) {
+TEST_F(FolderResourceManagerTest, AcceptsALinkAsItsFolder) {
   fs::create_directory_symlink("resources", outer_.Path() / "linked");
   EXPECT_EQ(Load(FolderResourceManager(outer_.Path() / "linked"), u"news"), "news");
 }
 
-TEST_F(FolderResourceManagerTest, LoadsNothingButRegularFiles) {
+TEST_F(FolderResourceManagerTest, LoadsOnlyRegularFiles) {
   fs::create_directory(folder_ / "directory.csv");
   ASSERT_EQ(::mkfifo((folder_ / "fifo").c_str(), 0600), 0);
   EXPECT_EQ(Load(manager_, u"directory"), std::nullopt);
@@ -166,7 +166,7 @@ TEST_F(FolderResourceManagerTest, LoadsNothingButRegularFiles) {
   EXPECT_EQ(Load(manager_, u"fifo"), std::nullopt);
 }
 
-TEST(MemoryResourceManager, FindsExactlyNameAndType) {
+TEST(MemoryResourceManager, FindsResourcesByExactNameAndType) {
   MemoryResourceManager manager;
   manager.Add(u"news", u"csv", {'a', 0, 0xFF});
   EXPECT_EQ(Load(manager, u"news", u"csv"), std::string("a\0\xFF", 3));
@@ -175,14 +175,14 @@ TEST(MemoryResourceManager, FindsExactlyNameAndType) {
   EXPECT_EQ(Load(manager, u"", u""), std::nullopt);
 }
 
-TEST(MemoryResourceManager, TellsAnEmptyResourceFromNone) {
+TEST(MemoryResourceManager, DistinguishesAnEmptyResourceFromAMissingOne) {
   MemoryResourceManager manager;
   manager.Add(u"empty", u"csv", {});
   EXPECT_EQ(Load(manager, u"empty"), "");
   EXPECT_EQ(Load(manager, u"other"), std::nullopt);
 }
 
-TEST(MemoryResourceManager, ReplacesAResource) {
+TEST(MemoryResourceManager, AddReplacesAResource) {
   MemoryResourceManager manager;
   manager.Add(u"news", u"csv", {'a'});
   manager.Add(u"news", u"csv", {'b'});
