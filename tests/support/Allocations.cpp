@@ -12,20 +12,20 @@
 namespace test_support {
 namespace {
 
-/// Precedes every block.
+/// The header that precedes every block in memory.
 struct alignas(std::max_align_t) BlockHead {
   std::uint64_t mark;
   std::size_t size;
 };
 
 constexpr std::uint64_t kLive = 0x6576696C61206C6C;
-constexpr std::uint64_t kGivenBack = 0x6B63616220657667;
+constexpr std::uint64_t kFreed = 0x6B63616220657667;
 
 thread_local std::size_t allocations = 0;
 thread_local bool isFailingThread = false;
 std::atomic<std::ptrdiff_t> liveAllocations = 0;
 
-/// The active failure. The counter is only used while one is active.
+/// The active failure. `left` is meaningful only while `isOn` is true.
 struct {
   std::atomic<bool> isOn = false;
   std::atomic<bool> hasHappened = false;
@@ -34,7 +34,7 @@ struct {
   FailureThreads threads = FailureThreads::kThis;
 } failure;
 
-bool MustFail() noexcept {
+bool ShouldFail() noexcept {
   if (!failure.isOn) return false;
   if (failure.threads == FailureThreads::kThis && !isFailingThread) return false;
   if (failure.hasHappened) return failure.extent == FailureExtent::kAllFrom;
@@ -49,8 +49,9 @@ bool MustFail() noexcept {
 }
 
 #if !defined(__SANITIZE_ADDRESS__)
-/// The small blocks that were freed last. They are kept with a mark, so that a second free is
-/// found. AddressSanitizer finds that itself, and needs the blocks at once.
+/// Delays the release of the most recently freed small blocks. Their header still holds the mark
+/// `kFreed`, so a second free of such a block is detected. AddressSanitizer detects it without this
+/// help, and it must receive freed blocks immediately.
 void Release(BlockHead* head) noexcept {
   constexpr std::size_t kLargestKept = 4096;
   static constinit std::mutex mutex;
@@ -73,24 +74,24 @@ void Release(BlockHead* head) noexcept {
 
 BlockHead* HeadOf(void* block) noexcept {
   BlockHead* const head = static_cast<BlockHead*>(block) - 1;
-  if (head->mark == kGivenBack) Die("a block was given back twice\n");
-  if (head->mark != kLive) Die("a block was given back that was never allocated\n");
+  if (head->mark == kFreed) Die("a block was freed twice\n");
+  if (head->mark != kLive) Die("a block was freed that was never allocated\n");
   return head;
 }
 
 void* Allocate(std::size_t size) {
   ++allocations;
-  if (MustFail() || size > SIZE_MAX - sizeof(BlockHead)) throw std::bad_alloc();
+  if (ShouldFail() || size > SIZE_MAX - sizeof(BlockHead)) throw std::bad_alloc();
   void* const memory = std::malloc(sizeof(BlockHead) + size);
   if (memory == nullptr) throw std::bad_alloc();
   ++liveAllocations;
   return ::new (memory) BlockHead{kLive, size} + 1;
 }
 
-void GiveBack(void* block) noexcept {
+void Free(void* block) noexcept {
   if (block == nullptr) return;
   BlockHead* const head = HeadOf(block);
-  head->mark = kGivenBack;
+  head->mark = kFreed;
   --liveAllocations;
   Release(head);
 }
@@ -132,8 +133,8 @@ bool AllocationFailure::HasHappened() const noexcept {
 
 }  // namespace test_support
 
-// By default the other forms call these two, but sanitizers replace each form, so all are defined.
-// The forms for over-aligned types are not replaced.
+// By default the other forms of `new` and `delete` call the first form. Sanitizers replace each
+// form separately, so each must be defined here. The forms for over-aligned types are not replaced.
 void* operator new(std::size_t size) {
   return test_support::Allocate(size);
 }
@@ -155,18 +156,18 @@ void* operator new[](std::size_t size, const std::nothrow_t& tag) noexcept {
 }
 
 void operator delete(void* block) noexcept {
-  test_support::GiveBack(block);
+  test_support::Free(block);
 }
 
 void operator delete[](void* block) noexcept {
-  test_support::GiveBack(block);
+  test_support::Free(block);
 }
 
 void operator delete(void* block, std::size_t size) noexcept {
   if (block != nullptr && test_support::HeadOf(block)->size != size) {
-    test_support::Die("a block was given back with a size that is not its own\n");
+    test_support::Die("a block was freed with a wrong size\n");
   }
-  test_support::GiveBack(block);
+  test_support::Free(block);
 }
 
 void operator delete[](void* block, std::size_t size) noexcept {

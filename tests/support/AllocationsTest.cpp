@@ -12,7 +12,7 @@ namespace {
 class Allocations : public testing::Test {
  protected:
   void SetUp() override {
-    if (!AreAllocationsReplaced()) GTEST_SKIP() << "another allocator is in place";
+    if (!AreAllocationsReplaced()) GTEST_SKIP() << "another allocator is in use";
   }
 
   /// Returns whether the next allocation of the calling thread throws.
@@ -26,14 +26,14 @@ class Allocations : public testing::Test {
   }
 };
 
-TEST_F(Allocations, AreCountedByThread) {
+TEST_F(Allocations, AreCountedForEachThread) {
   EXPECT_EQ(CountAllocations([] { ::operator delete(::operator new(8)); }), 1U);
   const std::size_t before = AllocationsSoFar();
   std::thread([] { ::operator delete(::operator new(8)); }).join();
-  EXPECT_LE(AllocationsSoFar() - before, 1U) << "more than the thread's own start";
+  EXPECT_LE(AllocationsSoFar() - before, 1U) << "only the start of the thread may allocate";
 }
 
-// Sanitizers define these forms, too; the replacement must be used.
+// Sanitizers define these forms, too, but the program must use our replacement.
 TEST_F(Allocations, AreCountedInEveryForm) {
   EXPECT_EQ(CountAllocations([] { ::operator delete[](::operator new[](8)); }), 1U);
   EXPECT_EQ(CountAllocations([] { ::operator delete(::operator new(8, std::nothrow)); }), 1U);
@@ -70,7 +70,7 @@ TEST_F(Allocations, FailAtTheGivenNumber) {
   EXPECT_FALSE(third);
 }
 
-TEST_F(Allocations, AllFailFromTheGivenNumber) {
+TEST_F(Allocations, FailFromTheGivenNumberOn) {
   AllocationFailure failure(2, FailureExtent::kAllFrom, FailureThreads::kThis);
   const bool first = NextFails();
   const bool second = NextFails();
@@ -101,21 +101,21 @@ TEST_F(Allocations, FailForOtherThreadsOnlyOnRequest) {
 using AllocationsDeathTest = Allocations;
 
 TEST_F(AllocationsDeathTest, FreeingABlockTwiceEndsTheProgram) {
-  // The compiler would reject a direct call.
-  void (*volatile giveBack)(void*) = ::operator delete;
+  // The compiler would reject a second direct call.
+  void (*volatile freeBlock)(void*) = ::operator delete;
   EXPECT_DEATH(
       {
         void* const block = ::operator new(8);
-        giveBack(block);
-        giveBack(block);
+        freeBlock(block);
+        freeBlock(block);
       },
-      "given back twice|heap-use-after-free");
+      "freed twice|heap-use-after-free");
 }
 
-// Some compilers pass the size only with an option.
+// Some compilers call the sized form of `delete` only with an option.
 #ifdef __cpp_sized_deallocation
 TEST_F(AllocationsDeathTest, FreeingABlockWithAWrongSizeEndsTheProgram) {
-  EXPECT_DEATH(::operator delete (::operator new(8), std::size_t{9}), "not its own");
+  EXPECT_DEATH(::operator delete (::operator new(8), std::size_t{9}), "wrong size");
 }
 #endif
 

@@ -1,4 +1,4 @@
-// Builds records and data files for tests from only the fields that matter to a test.
+// Builds records and data files for tests. A test sets only the fields that matter to it.
 #ifndef TESTS_SUPPORT_BUILDERS_H_
 #define TESTS_SUPPORT_BUILDERS_H_
 
@@ -14,7 +14,7 @@
 
 namespace test_support {
 
-/// One change row of a data file: its ten columns in file order.
+/// The ten fields of a change row, in the order of the data file.
 struct ChangeRow {
   std::string version = {};
   std::string groupingID = {};
@@ -30,36 +30,36 @@ struct ChangeRow {
 
 /// Builds the text of a data file line by line. The first line is the header row.
 ///
-///     DataFile().ChangesSince("25.0").Row({.groupingID = "EPIC-1", .description =
-///     "Faster"}).Text()
+///     DataFile().ChangesSince("25.0").Row({.groupingID = "EPIC-1"}).Text()
 class DataFile {
  public:
   DataFile();
 
-  /// Adds a row of ten fields. Quotes a field that contains a comma.
+  /// Adds a row with ten fields. Puts a field that contains a comma in quotes.
   DataFile& Row(const ChangeRow& row);
   /// Adds the row that sets the changes-since version.
   DataFile& ChangesSince(std::string_view version);
-  /// Adds a line unchanged, for rows of any other form.
+  /// Adds a line unchanged. Use it for rows that `Row` cannot write.
   DataFile& Line(std::string_view line);
 
+  /// Returns the text of the data file. Every line ends with a newline.
   const std::string& Text() const { return text_; }
 
-  /// The usual header row, without a line end.
+  /// Returns the usual header row, without a newline.
   static std::string_view Header();
 
  private:
   std::string text_;
 };
 
-/// Returns the text of a data file with a header and these rows.
+/// Returns the text of a data file that consists of the header row and `rows`.
 std::string DataFileText(std::initializer_list<ChangeRow> rows);
 
-/// Returns a change with the unchanged fields of the row. The parser would convert some to lower
-/// case.
+/// Returns a change with the fields of `row`, unchanged. The parser of data files would convert
+/// some fields to lower case.
 std::shared_ptr<ornwhatsnew::FeatureListDetail> MakeDetail(const ChangeRow& row);
 
-/// The five strings of an item.
+/// The fields of an item.
 struct ItemTexts {
   std::string groupingKey = {};
   std::string internalKey = {};
@@ -68,7 +68,7 @@ struct ItemTexts {
   std::int32_t visibility = 0;
 };
 
-/// Returns an item with a change for each row, in order.
+/// Returns an item with the fields `texts` and one change for each row, in order.
 std::shared_ptr<ornwhatsnew::FeatureListItem> MakeItem(const ItemTexts& texts,
                                                        const std::vector<ChangeRow>& changes = {});
 

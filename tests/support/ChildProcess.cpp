@@ -35,7 +35,7 @@ void WriteWhole(int descriptor, const std::string& text) {
   }
 }
 
-/// Both ends of a stream: that of the test and that of the program.
+/// The two ends of a stream: `ours` belongs to the test, `theirs` to the program.
 struct Stream {
   int ours = -1;
   int theirs = -1;
@@ -59,7 +59,7 @@ Stream Terminal(unsigned short columns, const std::string& typed) {
   Stream stream;
   termios settings{};
   ::cfmakeraw(&settings);
-  // Line mode, so that Ctrl-D ends the input; without echo.
+  // Canonical mode is needed so that Ctrl-D ends the input. Raw mode has switched the echo off.
   settings.c_lflag |= ICANON;
   settings.c_cc[VEOF] = '\x04';
   winsize size{};
@@ -80,8 +80,9 @@ std::vector<char*> Pointers(std::vector<std::string>& texts) {
   return pointers;
 }
 
-/// The arguments of `execve`, created before the fork. At the fork another thread may hold the
-/// allocator's lock; the child does not have that thread and would wait forever.
+/// The arguments of `execve`. They are created before the fork, because the child must not
+/// allocate. Another thread may hold the allocator's lock during the fork. That thread does not
+/// exist in the child, so an allocation there could wait forever.
 class Invocation {
  public:
   Invocation(const std::string& program, const ProgramCall& call) : arguments_({program}) {
@@ -104,7 +105,7 @@ class Invocation {
   std::vector<char*> environmentPointers_;
 };
 
-/// Runs in the child, so it must not allocate.
+/// Replaces the child process by the program. Must not allocate.
 [[noreturn]] void BecomeProgram(const Invocation& invocation, const ProgramCall& call, int input,
                                 int output, int errors) {
   ::dup2(input, STDIN_FILENO);
@@ -115,12 +116,12 @@ class Invocation {
   ::_exit(kCannotStart);
 }
 
-/// Appends the available output. Returns false at the end of the stream.
+/// Appends the available bytes of a stream to `text`. Returns false at the end of the stream.
 bool ReadSome(int descriptor, std::string& text) {
   std::array<char, 65536> buffer{};
   const ssize_t count = ::read(descriptor, buffer.data(), buffer.size());
   if (count < 0 && errno == EINTR) return true;
-  // Reading from a terminal whose other end is closed fails with EIO.
+  // A read from a terminal fails with EIO after the program has closed its end.
   if (count <= 0) return false;
   text.append(buffer.data(), static_cast<std::size_t>(count));
   return true;
@@ -139,8 +140,8 @@ int WaitFor(pid_t process) {
 ChildProcess::ChildProcess(const std::string& program, const ProgramCall& call) {
   Stream output = call.isOnTerminal ? Terminal(call.columns, call.typed) : OutputPipe();
   Stream errors = OutputPipe();
-  const bool hasTypist = call.isOnTerminal && call.input.empty();
-  Stream input = hasTypist ? Stream{-1, ::dup(output.theirs)} : InputPipe(call.input);
+  const bool readsTerminal = call.isOnTerminal && call.input.empty();
+  Stream input = readsTerminal ? Stream{-1, ::dup(output.theirs)} : InputPipe(call.input);
   const Invocation invocation(program, call);
   process_ = ::fork();
   if (process_ < 0) ThrowSystemError("fork");
@@ -199,13 +200,13 @@ bool InChildProcess(const std::function<bool()>& work) {
   const pid_t process = ::fork();
   if (process < 0) ThrowSystemError("fork");
   if (process == 0) {
-    bool answer = false;
+    bool result = false;
     try {
-      answer = work();
+      result = work();
     } catch (const std::exception& error) {
       std::cerr << error.what() << '\n';
     }
-    ::_exit(answer ? 0 : 1);
+    ::_exit(result ? 0 : 1);
   }
   return WaitFor(process) == 0;
 }

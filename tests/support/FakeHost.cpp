@@ -41,8 +41,8 @@ void ResetAllServices() {
 
 }  // namespace
 
-/// The state of all services. The services share its ownership, because they may outlive the host
-/// for a moment.
+/// The state of all services. The installed services share its ownership, because a service that is
+/// being queried can outlive the `FakeHost`.
 class FakeHost::Services : public orncore::config::ClientInfo,
                            public ornappsupport::feature::FeatureService {
  public:

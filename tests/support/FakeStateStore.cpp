@@ -6,7 +6,8 @@ namespace {
 
 void CountDown(int& failsIn, const char* callback, const std::string& key) {
   if (failsIn == 0) return;
-  if (--failsIn == 0) throw InjectedFailure(std::string(callback) + " told to fail at " + key);
+  if (--failsIn == 0)
+    throw InjectedFailure(std::string(callback) + " was set to fail for the key " + key);
 }
 
 }  // namespace

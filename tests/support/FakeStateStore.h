@@ -1,4 +1,4 @@
-// A host's state store for tests: texts by key, a log of all writes, and calls that fail on demand.
+// A state store for tests. It stores texts by key, logs all writes, and can fail on demand.
 #ifndef TESTS_SUPPORT_FAKESTATESTORE_H_
 #define TESTS_SUPPORT_FAKESTATESTORE_H_
 
@@ -12,46 +12,46 @@
 
 namespace test_support {
 
-/// Thrown by a call that is set to fail.
+/// Thrown by a call that a test has set to fail.
 class InjectedFailure : public std::runtime_error {
  public:
   using std::runtime_error::runtime_error;
 };
 
-/// The store of the two state callbacks. It must outlive them. Not thread-safe.
+/// The state store of a list. It must outlive the callbacks that it returns. Not thread-safe.
 class FakeStateStore {
  public:
   using Texts = std::map<std::string, std::string, std::less<>>;
-  /// Key and value of one setter call.
+  /// The key and the value of one setter call.
   using Write = std::pair<std::string, std::string>;
 
   FakeStateStore() = default;
   FakeStateStore(const FakeStateStore&) = delete;
   FakeStateStore& operator=(const FakeStateStore&) = delete;
 
-  /// Return the callbacks for a list.
+  /// Return callbacks that read and write this store.
   std::function<std::string(const std::string&)> Getter();
   std::function<void(const std::string&, const std::string&)> Setter();
 
-  /// Stores a text like an earlier run: not logged, never fails.
+  /// Stores a text, as if an earlier run of the host had written it. Not logged; never fails.
   void Put(std::string key, std::string value);
-  /// Replaces all texts: not logged, never fails.
+  /// Replaces all texts. Not logged; never fails.
   void Replace(Texts texts) { texts_ = std::move(texts); }
-  /// Returns the text of a key, or an empty string: not counted, never fails.
+  /// Returns the text of a key, or an empty string if there is none. Not counted; never fails.
   std::string Text(std::string_view key) const;
   const Texts& AllTexts() const { return texts_; }
 
-  /// The setter calls that succeeded, in order.
+  /// Returns the log: the setter calls that succeeded, in order.
   const std::vector<Write>& Writes() const { return writes_; }
   /// Returns the log and clears it.
   std::vector<Write> TakeWrites() { return std::exchange(writes_, {}); }
 
-  /// Calls since construction, including failed ones.
+  /// Return the number of calls since the construction, including failed calls.
   int GetterCalls() const { return getterCalls_; }
   int SetterCalls() const { return setterCalls_; }
 
-  /// Lets the n-th call from now on (1: the next one) throw `InjectedFailure`, once; 0 lets none
-  /// fail. A failed write changes neither the texts nor the log.
+  /// Make the n-th later call throw `InjectedFailure`, once. 1 is the next call; 0 lets no call
+  /// fail. A failed setter call changes neither the texts nor the log.
   void FailGetterCall(int n) { getterFailsIn_ = n; }
   void FailSetterCall(int n) { setterFailsIn_ = n; }
 

@@ -22,7 +22,7 @@ const std::vector<StyleRun>& RunsOf(const StyleRunMap& runs, StyleID style) {
 
 std::string PieceOf(const std::string& text, const StyleRun& run) {
   const auto [start, length] = run.first;
-  if (start < 0 || length < 0) throw std::logic_error("a run that begins before its text");
+  if (start < 0 || length < 0) throw std::logic_error("a style run has a negative start or length");
   return text.substr(static_cast<std::size_t>(start), static_cast<std::size_t>(length));
 }
 
@@ -36,7 +36,7 @@ std::vector<std::string> KeyOrder(const FeatureListData& list) {
 const FeatureListItem& ItemOf(const FeatureListData& list, std::string_view key) {
   const auto found = list.GetFeatureItems().find(std::string(key));
   if (found == list.GetFeatureItems().end() || !found->second) {
-    throw std::logic_error("no item under " + std::string(key));
+    throw std::logic_error("no item has the key " + std::string(key));
   }
   return *found->second;
 }

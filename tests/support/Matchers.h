@@ -1,4 +1,4 @@
-// Helpers that read lists and styled texts for expectations.
+// Helpers for expectations on lists and formatted texts.
 #ifndef TESTS_SUPPORT_MATCHERS_H_
 #define TESTS_SUPPORT_MATCHERS_H_
 
@@ -25,27 +25,27 @@ const ornwhatsnew::FeatureListItem& ItemOf(const ornwhatsnew::FeatureListData& l
 /// Returns the descriptions of an item's changes, in order.
 std::vector<std::string> ChangeDescriptions(const ornwhatsnew::FeatureListItem& item);
 
-/// Returns the sorted elements of a persisted list; an empty string has none.
+/// Returns the sorted elements of a persisted list. The result of an empty string is empty.
 std::vector<std::string> SortedPieces(std::string_view persistedList);
 
-/// The results of a display call: the text as UTF-8, its runs and its rating records.
+/// The results of a display call. `text` is UTF-8.
 struct Display {
   std::string text;
   ornwhatsnew::StyleRunMap runs;
   ornwhatsnew::RatingMap ratingItems;
 
-  /// Returns the text of each run of a style, in recorded order. A run that extends past the end of
-  /// the text is cut there.
+  /// Returns the part of `text` that each run of a style covers, in the order of recording.
+  /// Truncates a run that extends past the end of `text`.
   std::vector<std::string> Pieces(ornwhatsnew::StyleID style) const;
-  /// Returns the string of each run of a style, in recorded order.
+  /// Returns the string that each run of a style holds, in the order of recording.
   std::vector<std::string> Strings(ornwhatsnew::StyleID style) const;
 };
 
-/// Returns the results of one display call.
+/// Formats the list for display and returns all results of the call.
 Display Format(ornwhatsnew::FeatureListData& list, ornwhatsnew::DisplayOptions options = {},
                std::string_view ratingPlaceholder = "");
 
-/// Matches a UTF-16 text by its UTF-8 form.
+/// Matches a UTF-16 text that is equal to the UTF-8 text `expected`.
 MATCHER_P(IsText, expected, "") {
   const std::string actual = orncore::string::UTF16to8(arg);
   *result_listener << "which is \"" << actual << '"';

@@ -37,12 +37,12 @@ bool IsUnlockedForOrdering(const PlainItem& item) {
          (visibility == 1 && !feature::IsEntitlementSetToInternalFeaturesAllowed());
 }
 
-template <class Pieces>
-std::string Join(const Pieces& pieces) {
+template <class Elements>
+std::string Join(const Elements& elements) {
   std::string text;
-  for (const std::string& piece : pieces) {
+  for (const std::string& element : elements) {
     if (!text.empty()) text += " ";
-    text += piece;
+    text += element;
   }
   return text;
 }
@@ -165,7 +165,7 @@ void PlainPanel::ReadState() {
   seen_.clear();
   newlySeen_.clear();
   if (const std::string text = Stored(kSeenKey); !text.empty()) {
-    for (const std::string& piece : PlainSplit(text, ' ')) seen_.emplace(piece);
+    for (const std::string& element : PlainSplit(text, ' ')) seen_.emplace(element);
   }
 }
 

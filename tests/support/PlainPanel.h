@@ -1,20 +1,20 @@
-// A second, slow and plain implementation of a list, from the data file's text to the panel. Tests
-// and fuzzers compare the library with it for arbitrary files, hosts and options.
+// The plain implementation of a list: it parses a data file and formats the panel. It is slow and
+// simple. Tests and fuzzers compare the library with it for arbitrary files, hosts and options.
 //
 //   PlainPanel::Texts store = ...;
-//   PlainPanel oracle(store);
-//   oracle.Load(dataText);
-//   if (FormatWithLibrary(list, state, options, placeholder) != oracle.Format(options,
-//   placeholder))
+//   PlainPanel plain(store);
+//   plain.Load(dataText);
+//   const PanelOutcome expected = plain.Format(options, placeholder);
+//   EXPECT_EQ(FormatWithLibrary(list, state, options, placeholder), expected);
 //
-// It measures every run over the complete text so far, splits rows and fields with Boost's
-// tokenizer, and moves each key separately.
+// It computes the position of each style run from the complete text so far. It splits rows and
+// fields with Boost's tokenizer, and moves each key separately.
 //
-// It shares these with the library: the host's services (client information, feature table,
+// It shares some code with the library: the host's services (client information, feature table,
 // localizer and its markup, debug database, usage logging), the `Guid` class, and the types of
-// style runs and options. A bug in those shows on both sides; their own unit tests cover them. ICU,
-// Boost's tokenizer and the reference implementation of the hash are called directly, not by way of
-// the library.
+// style runs and options. A bug in shared code affects both implementations equally, so only
+// unit tests can find it. The plain implementation calls ICU, Boost's tokenizer and the reference
+// implementation of the hash directly.
 #ifndef TESTS_SUPPORT_PLAINPANEL_H_
 #define TESTS_SUPPORT_PLAINPANEL_H_
 
@@ -35,7 +35,7 @@
 
 namespace test_support {
 
-/// One record of the rating map.
+/// A rating record.
 struct PlainRatingRecord {
   std::string internalKey;
   std::string name;
@@ -51,44 +51,49 @@ struct PanelOutcome {
   std::u16string text;
   ornwhatsnew::StyleRunMap runs;
   std::map<std::string, PlainRatingRecord> ratingItems;
-  /// The setter's calls, in order.
+  /// The setter calls, in order.
   std::vector<FakeStateStore::Write> writes;
 
   friend bool operator==(const PanelOutcome&, const PanelOutcome&) = default;
 };
 
-/// Prints an outcome for a failed comparison.
+/// Writes an outcome to `stream`. GoogleTest calls it when a comparison fails.
 std::ostream& operator<<(std::ostream& stream, const PanelOutcome& outcome);
 
-/// Returns the results of one display call of the library. `state` is the store of the list's
-/// callbacks; its log is cleared.
+/// Formats the list with the library and returns all results. `state` must be the store of the
+/// list's callbacks. Clears the log of `state`.
 PanelOutcome FormatWithLibrary(ornwhatsnew::FeatureListData& list, FakeStateStore& state,
                                unsigned options, const std::u16string& ratingPlaceholder);
 
 class PlainPanel;
 
-/// Describes the first difference between the keys, items and changes of two lists. Returns an
-/// empty string if they are equal.
+/// Compares the keys, items and changes of two lists. Returns a description of the first
+/// difference, or an empty string if they are equal.
 std::string FirstDifference(const ornwhatsnew::FeatureListData& list, const PlainPanel& plain);
 
-/// The list. Not thread-safe.
+/// A list in the plain implementation. Not thread-safe.
 class PlainPanel {
  public:
   using Texts = FakeStateStore::Texts;
-  /// An entry without an item is a key that was looked up and not found.
+  /// The items by key. An entry has no item if its key was looked up and not found.
   using Items = std::map<std::string, std::optional<PlainItem>>;
 
-  /// Creates an empty list that reads and writes the persisted values in `store`, which must
-  /// outlive it. Reads the running version from the host.
+  /// Creates an empty list that reads and writes its state in `store`, which must outlive the list.
+  /// Queries the host for the full version.
   explicit PlainPanel(Texts& store);
 
-  /// Loads the text of a data file. Can be called repeatedly.
+  /// Reads the state and loads the text of a data file. May be called repeatedly.
   void Load(const std::string& dataText);
 
+  /// Formats the list for display, writes the state, and returns all results. `options` are the
+  /// bits of display options.
   PanelOutcome Format(unsigned options, std::u16string_view ratingPlaceholder);
+  /// Returns whether a display with these options would show an item.
   bool IsAnythingNew(unsigned options) const;
+  /// Marks an item as rated and writes the state. Ignores sections and unknown keys.
   void MarkItemHasBeenRated(const std::string& key);
 
+  /// Returns the keys in key order.
   const std::list<std::string>& Order() const { return order_; }
   const Items& AllItems() const { return items_; }
 

@@ -25,8 +25,8 @@ constexpr unsigned kVersion = 0x04;
 constexpr unsigned kHeadlines = 0x08;
 constexpr unsigned kRating = 0x10;
 
-void Feed(const Guid& guid, std::string& fed) {
-  for (const std::uint8_t byte : guid.GuidToBytes()) fed += static_cast<char>(byte);
+void AppendBytes(const Guid& guid, std::string& bytes) {
+  for (const std::uint8_t byte : guid.GuidToBytes()) bytes += static_cast<char>(byte);
 }
 
 bool RanRelevantVersion(const PlainChange& change, const PlainVersions& versions) {
@@ -59,12 +59,12 @@ bool PlainChange::HasMalformedURL() const {
 }
 
 Guid PlainChange::Seen() const {
-  std::string fed = "FeatureChangeList";
+  std::string bytes = "FeatureChangeList";
   for (const std::string* text : {&description, &versionAdded, &epic, &story, &salience,
                                   &firstVersion, &platform, &url, &sha}) {
-    fed += PlainHashablePortion(*text);
+    bytes += PlainHashablePortion(*text);
   }
-  return PlainHash(fed);
+  return PlainHash(bytes);
 }
 
 Guid PlainChange::Rated() const {
@@ -109,20 +109,21 @@ void PlainItem::Add(PlainChange change) {
 }
 
 Guid PlainItem::Seen() const {
-  std::string fed = "FeatureItemSeenList" + groupingKey + internalKey + PlainHashablePortion(name) +
-                    PlainHashablePortion(description) + PlainHashablePortion(viewMoreURL);
+  std::string bytes = "FeatureItemSeenList" + groupingKey + internalKey +
+                      PlainHashablePortion(name) + PlainHashablePortion(description) +
+                      PlainHashablePortion(viewMoreURL);
   for (const PlainChange& change : changes) {
-    if (!change.description.empty()) Feed(change.Seen(), fed);
+    if (!change.description.empty()) AppendBytes(change.Seen(), bytes);
   }
-  return PlainHash(fed);
+  return PlainHash(bytes);
 }
 
 Guid PlainItem::Rated() const {
-  std::string fed = "FeatureItemRatedList" + internalKey;
+  std::string bytes = "FeatureItemRatedList" + internalKey;
   for (const PlainChange& change : changes) {
-    if (!change.ratingRequest.empty()) Feed(change.Rated(), fed);
+    if (!change.ratingRequest.empty()) AppendBytes(change.Rated(), bytes);
   }
-  return PlainHash(fed);
+  return PlainHash(bytes);
 }
 
 bool PlainItem::IsShown(unsigned options, const PlainGuids& seen,

@@ -1,6 +1,6 @@
-// Changes and items as plain data, with a second implementation of their identities and their
-// visibility. They share with the library the host's services, the `Guid` class, and the section
-// and field names that `PlainCopy` reads from the library's records.
+// The changes and items of the plain implementation. They compute their identities and their
+// visibility without the library. They share the host's services and the `Guid` class with the
+// library.
 #ifndef TESTS_SUPPORT_PLAINRECORDS_H_
 #define TESTS_SUPPORT_PLAINRECORDS_H_
 
@@ -17,7 +17,7 @@ namespace test_support {
 using PlainGuids = std::set<orncore::utility::Guid>;
 using PlainVersions = std::set<std::string>;
 
-/// A change: its ten fields and its two flags.
+/// A change: the ten fields of its row and two flags.
 struct PlainChange {
   std::string description = {};
   std::string versionAdded = {};
@@ -32,14 +32,17 @@ struct PlainChange {
   bool duplicateURL = false;
   bool unmatched = false;
 
+  /// Return whether a field is malformed. An empty platform or salience is not; an empty URL is.
   bool HasMalformedPlatform() const;
   bool HasMalformedSalience() const;
   bool HasMalformedURL() const;
 
+  /// Return the identities of the change.
   orncore::utility::Guid Seen() const;
   orncore::utility::Guid Rated() const;
 
-  /// Returns whether the change is shown with these option bits.
+  /// Returns whether the change is shown with these display options. `versions` are the versions
+  /// that the user has run.
   bool IsShown(unsigned options, const PlainGuids& seen, const PlainVersions& versions) const;
 
   friend bool operator==(const PlainChange&, const PlainChange&) = default;
@@ -56,22 +59,24 @@ struct PlainItem {
   std::string viewMoreURL = {};
   std::vector<PlainChange> changes = {};
 
-  /// Appends a change and updates the link and the internal override.
+  /// Appends a change. May set the link and the internal override.
   void Add(PlainChange change);
 
+  /// Return the identities of the item.
   orncore::utility::Guid Seen() const;
   orncore::utility::Guid Rated() const;
 
-  /// Returns whether the item is shown with these option bits. Queries the host's services.
+  /// Returns whether the item is shown with these display options. Queries the host's services.
   bool IsShown(unsigned options, const PlainGuids& seen, const PlainVersions& versions) const;
 };
 
-/// Returns whether the user may not be asked for ratings.
+/// Returns whether usage logging is off for a user who is not an internal user. Such a user cannot
+/// rate features.
 bool PlainAnalyticsDisabled();
-/// Returns whether features that are switched off are shown, too.
+/// Returns whether the list shows an internal user the features that are switched off, too.
 bool PlainShowsAllOffFeatures();
 
-/// Copies the library's records.
+/// Return copies of the records of the library.
 PlainChange PlainCopy(const ornwhatsnew::FeatureListDetail& change);
 PlainItem PlainCopy(const ornwhatsnew::FeatureListItem& item);
 

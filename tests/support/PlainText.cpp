@@ -23,7 +23,7 @@ std::u16string FromICU(const icu::UnicodeString& text) {
   return {text.getBuffer(), static_cast<std::size_t>(text.length())};
 }
 
-// An optional sign and digits within the signed 64-bit range; anything else is 0.
+// Parses an optional sign and digits. Returns 0 for other text and outside the signed 64-bit range.
 std::int64_t PlainNumber(std::string_view text) {
   const bool negative = text.starts_with('-');
   if (negative || text.starts_with('+')) text.remove_prefix(1);
@@ -73,22 +73,22 @@ std::u16string PlainReplace(std::u16string_view text, std::u16string_view patter
 }
 
 std::vector<std::string> PlainSplit(std::string_view text, char separator) {
-  std::vector<std::string> pieces(1);
+  std::vector<std::string> elements(1);
   for (const char c : text) {
     if (c == separator) {
-      pieces.emplace_back();
+      elements.emplace_back();
     } else {
-      pieces.back() += c;
+      elements.back() += c;
     }
   }
-  return pieces;
+  return elements;
 }
 
 std::vector<std::string> PlainCut(const std::string& text, const std::string& separator,
                                   const std::string& quote) {
-  const boost::escaped_list_separator<char> cutting("", separator, quote);
-  const boost::tokenizer<boost::escaped_list_separator<char>> pieces(text, cutting);
-  return {pieces.begin(), pieces.end()};
+  const boost::escaped_list_separator<char> format("", separator, quote);
+  const boost::tokenizer<boost::escaped_list_separator<char>> tokens(text, format);
+  return {tokens.begin(), tokens.end()};
 }
 
 std::vector<std::string> PlainFields(const std::string& row) {

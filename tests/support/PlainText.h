@@ -1,5 +1,5 @@
-// A second, slow and plain implementation of the library's text rules, over ICU, Boost's tokenizer
-// and the reference implementation of the hash. It shares only the `Guid` class with the library.
+// The text functions of the plain implementation. They use ICU, Boost's tokenizer and the reference
+// implementation of the hash. They share only the `Guid` class with the library.
 #ifndef TESTS_SUPPORT_PLAINTEXT_H_
 #define TESTS_SUPPORT_PLAINTEXT_H_
 
@@ -12,35 +12,46 @@
 
 namespace test_support {
 
+/// Return `text` in the other encoding. Ill-formed input becomes U+FFFD.
 std::u16string PlainUTF8to16(std::string_view text);
 std::string PlainUTF16to8(std::u16string_view text);
+/// Return `text` in lower and upper case, in the same way in every locale.
 std::u16string PlainLower(std::u16string_view text);
 std::u16string PlainUpper(std::u16string_view text);
 
-/// Replaces every occurrence from left to right. Does not search the inserted text.
+/// Returns `text` with every occurrence of `pattern` replaced, from left to right. Does not search
+/// inserted text.
 std::u16string PlainReplace(std::u16string_view text, std::u16string_view pattern,
                             std::u16string_view replacement);
 
-/// Returns the elements between the separators. Adjacent separators have an empty element between
-/// them; an empty text is one empty element.
+/// Returns the elements between the separators. There is an empty element between adjacent
+/// separators. An empty text has one empty element.
 std::vector<std::string> PlainSplit(std::string_view text, char separator);
 
-/// Returns the result of Boost's tokenizer without an escape character.
+/// Returns the elements that Boost's tokenizer finds with these separators and quotes and without
+/// escape characters.
 std::vector<std::string> PlainCut(const std::string& text, const std::string& separator,
                                   const std::string& quote);
-/// Returns the fields of a row, each converted to UTF-16 and back, without line ends. A row that
-/// has only carriage returns has no fields.
+/// Returns the fields of a row. Replaces ill-formed UTF-8 and removes carriage returns and
+/// newlines. A row that is empty or consists of carriage returns has no fields.
 std::vector<std::string> PlainFields(const std::string& row);
 
+/// Returns the UTF-8 string `text` in lower case.
 std::string PlainLower8(std::string_view text);
+/// Returns whether two UTF-8 strings are equal in lower case.
 bool PlainEqualIgnoringCase(std::string_view a, std::string_view b);
+/// Return whether `key` is the key of a section, or of one of the sections INTERNAL and UNREVIEWED.
 bool PlainIsSection(std::string_view key);
 bool PlainIsInternalSection(std::string_view key);
+/// Returns whether `text` is a key text.
 bool PlainIsZString(std::string_view text);
+/// Returns the part of `text` on which identities depend: the localisation key of a key text with a
+/// default text, and other strings unchanged.
 std::string PlainHashablePortion(std::string_view text);
+/// Returns a version as a number in which each component has 1000 times the weight of the next.
 std::int64_t PlainVersionNumber(std::string_view version);
 
-/// Returns the identity of these bytes.
+/// Returns the identity hash of the bytes.
 orncore::utility::Guid PlainHash(std::string_view bytes);
 
 }  // namespace test_support

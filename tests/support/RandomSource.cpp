@@ -8,7 +8,7 @@ namespace {
 
 using namespace std::string_view_literals;
 
-constexpr std::string_view kPieces[] = {
+constexpr std::string_view kFragments[] = {
     ","sv,
     "\""sv,
     "\n"sv,
@@ -29,17 +29,17 @@ constexpr std::string_view kPieces[] = {
     "#{endl}"sv,
     "^B"sv,
     "\xEF\xBB\xBF"sv,      // byte order mark
-    "\xC3\x89"sv,          // E with acute
-    "\xC4\xB0"sv,          // I with dot: two characters in lower case
+    "\xC3\x89"sv,          // capital E with acute accent
+    "\xC4\xB0"sv,          // capital I with dot: two characters in lower case
     "\xE2\x84\xAA"sv,      // Kelvin sign: ASCII in lower case
-    "\xCE\xA3"sv,          // sigma: depends on what stands around it
-    "\xE6\x97\xA5"sv,      // three bytes
-    "\xF0\x90\x90\x80"sv,  // four bytes, with a lower case
-    "\xF0\x9F\x98"sv,      // cut off
-    "\xC3"sv,              // cut off
-    "\x80"sv,              // no beginning
-    "\xED\xA0\x80"sv,      // a surrogate
-    "\xF5\x80\x80\x80"sv,  // beyond Unicode
+    "\xCE\xA3"sv,          // capital sigma: its lower case depends on the context
+    "\xE6\x97\xA5"sv,      // a character of three bytes
+    "\xF0\x90\x90\x80"sv,  // a character of four bytes that has a lower case
+    "\xF0\x9F\x98"sv,      // truncated sequence
+    "\xC3"sv,              // truncated sequence
+    "\x80"sv,              // continuation byte without a lead byte
+    "\xED\xA0\x80"sv,      // an encoded surrogate
+    "\xF5\x80\x80\x80"sv,  // beyond U+10FFFF
     "a text of sixteen or more"sv,
 };
 
@@ -49,9 +49,9 @@ constexpr char16_t kUnits[] = {u'a',   u'Z',   u' ',   u'@',   u'0',   0,      0
 
 }  // namespace
 
-std::string RandomSource::HostileText(std::size_t maxPieces) {
+std::string RandomSource::HostileText(std::size_t maxFragments) {
   std::string text;
-  for (std::size_t count = Below(maxPieces + 1); count > 0; --count) text += Pick(kPieces);
+  for (std::size_t count = Below(maxFragments + 1); count > 0; --count) text += Pick(kFragments);
   return text;
 }
 

@@ -1,4 +1,4 @@
-// Reproducible random data for tests: a seed gives the same data everywhere.
+// Reproducible random data for tests. A seed gives the same data on every system.
 #ifndef TESTS_SUPPORT_RANDOMSOURCE_H_
 #define TESTS_SUPPORT_RANDOMSOURCE_H_
 
@@ -15,12 +15,13 @@ class RandomSource {
  public:
   explicit RandomSource(std::uint64_t seed) : engine_(seed) {}
 
-  /// Returns a number from 0 to `bound - 1`. Does not use the standard's distributions, because
-  /// they differ between libraries. REQUIRES: `bound > 0`.
+  /// Returns a number from 0 to `bound - 1`. Does not use the distributions of the standard
+  /// library, because their results differ between implementations. REQUIRES: `bound > 0`.
   std::size_t Below(std::size_t bound) { return static_cast<std::size_t>(engine_() % bound); }
 
-  /// Returns true with a probability of one in `n`.
+  /// Returns true with a probability of 1 in `n`. REQUIRES: `n > 0`.
   bool OneIn(std::size_t n) { return Below(n) == 0; }
+  /// Returns true with a probability of 1 in 2.
   bool Flip() { return OneIn(2); }
 
   /// Returns an element of an array or a container. REQUIRES: it is not empty.
@@ -29,11 +30,12 @@ class RandomSource {
     return *std::next(std::begin(range), static_cast<std::ptrdiff_t>(Below(std::size(range))));
   }
 
-  /// Returns up to `maxPieces` strings that have a meaning in data files or are difficult UTF-8:
-  /// separators, quotes, line ends, letters of keywords, marks, invalid sequences.
-  std::string HostileText(std::size_t maxPieces);
+  /// Returns a string of up to `maxFragments` fragments that are special in data files or difficult
+  /// to convert: separators, quotes, newlines, keywords, markup, byte order marks, ill-formed
+  /// UTF-8.
+  std::string HostileText(std::size_t maxFragments);
 
-  /// Returns up to `maxUnits` UTF-16 units with paired and unpaired surrogates.
+  /// Returns a string of up to `maxUnits` UTF-16 units, with paired and unpaired surrogates.
   std::u16string HostileUTF16(std::size_t maxUnits);
 
  private:

@@ -1,4 +1,4 @@
-// A folder for one test, which is removed with its content.
+// A temporary folder for a test.
 #ifndef TESTS_SUPPORT_TEMPORARYFOLDER_H_
 #define TESTS_SUPPORT_TEMPORARYFOLDER_H_
 
@@ -13,7 +13,8 @@
 
 namespace test_support {
 
-/// Creates a folder in the system's folder for temporary files and removes it when destroyed.
+/// Creates a folder in the system's folder for temporary files. The destructor removes it with its
+/// content. The constructor throws `std::system_error` on failure.
 class TemporaryFolder {
  public:
   TemporaryFolder() {
@@ -32,7 +33,8 @@ class TemporaryFolder {
 
   const std::filesystem::path& Path() const noexcept { return path_; }
 
-  /// Writes a file in this folder, creates missing folders, and returns the file's path.
+  /// Writes `bytes` to the file `name` in this folder and returns its path. Creates missing folders
+  /// and replaces an existing file. Throws `std::runtime_error` if the file cannot be written.
   std::filesystem::path Write(const std::filesystem::path& name, std::string_view bytes) const {
     std::filesystem::path path = path_ / name;
     std::filesystem::create_directories(path.parent_path());

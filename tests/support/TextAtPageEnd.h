@@ -1,4 +1,5 @@
-// Text that is followed by unreadable memory: reading past its end ends the program in every build.
+// Text that is followed by unreadable memory. A read past its end crashes the program in every
+// build.
 #ifndef TESTS_SUPPORT_TEXTATPAGEEND_H_
 #define TESTS_SUPPORT_TEXTATPAGEEND_H_
 
@@ -14,7 +15,7 @@
 
 namespace test_support {
 
-/// Holds a copy of a text of up to one page, so that the text ends where an unreadable page begins.
+/// Holds a copy of a text that ends immediately before an unreadable page.
 class TextAtPageEnd {
  public:
   TextAtPageEnd() : pageSize_(static_cast<std::size_t>(::sysconf(_SC_PAGESIZE))) {
@@ -28,12 +29,13 @@ class TextAtPageEnd {
   TextAtPageEnd(const TextAtPageEnd&) = delete;
   TextAtPageEnd& operator=(const TextAtPageEnd&) = delete;
 
-  /// Returns a copy of the text; valid until the next call.
+  /// Copies the text and returns a view of the copy. The view is valid until the next call.
+  /// REQUIRES: the text is not larger than one page.
   template <class Unit>
   std::basic_string_view<Unit> Put(const std::basic_string<Unit>& text) {
-    char* const to = pages_ + pageSize_ - text.size() * sizeof(Unit);
-    std::memcpy(to, text.data(), text.size() * sizeof(Unit));
-    return {reinterpret_cast<const Unit*>(to), text.size()};
+    char* const start = pages_ + pageSize_ - text.size() * sizeof(Unit);
+    std::memcpy(start, text.data(), text.size() * sizeof(Unit));
+    return {reinterpret_cast<const Unit*>(start), text.size()};
   }
 
  private:
