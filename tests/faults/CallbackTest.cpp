@@ -1,5 +1,5 @@
-// Host callbacks and services that throw at each of their calls, that return values that no setter
-// wrote, and that call the list that calls them.
+// Tests with faulty host callbacks and services. A call throws, a getter returns a value that no
+// setter wrote, or a callback calls the list that called it.
 #include <algorithm>
 #include <array>
 #include <cstdint>
@@ -56,27 +56,27 @@ void Reload(World& world) {
 
 class CallbackTest : public FaultTest {
  protected:
-  /// Describes a list after the operation succeeded.
-  std::string AftermathOf(const Operation& operation) const {
+  /// Runs the operation on a new list and returns the snapshots of its later use.
+  std::string SnapshotsAfter(const Operation& operation) const {
     World world = MakeWorld();
     operation(world);
-    return world.Aftermath();
+    return world.SnapshotsWhileUsed();
   }
 };
 
 TEST_F(CallbackTest, AThrowingGetterLeavesTheListUnchanged) {
-  const std::string untouched = MakeWorld().Look();
+  const std::string untouched = MakeWorld().Snapshot();
   const Operation refresh = [](World& world) { world.list->RefreshInternalSeenState(); };
   for (const Operation& operation : {Operation(Reload), refresh}) {
-    const std::string expected = AftermathOf(operation);
+    const std::string expected = SnapshotsAfter(operation);
     for (int call = 1; call <= 3; ++call) {
       SCOPED_TRACE(call);
       World world = MakeWorld();
       world.store.FailGetterCall(call);
       EXPECT_THROW(operation(world), InjectedFailure);
-      EXPECT_EQ(world.Look(), untouched);
+      EXPECT_EQ(world.Snapshot(), untouched);
       operation(world);
-      EXPECT_EQ(world.Aftermath(), expected);
+      EXPECT_EQ(world.SnapshotsWhileUsed(), expected);
     }
   }
 }
@@ -90,13 +90,13 @@ TEST_F(CallbackTest, TheConstructorPropagatesAnExceptionOfTheGetter) {
   }
 }
 
-TEST_F(CallbackTest, ARepeatedCallWritesEverythingThatAThrowingSetterMissed) {
+TEST_F(CallbackTest, ARepeatedCallWritesAllValuesAfterASetterThrew) {
   struct Case {
     Operation operation;
     int calls;
   };
   for (const Case& tried : {Case{ShowAll, 3}, Case{Rate, 1}}) {
-    const std::string expected = AftermathOf(tried.operation);
+    const std::string expected = SnapshotsAfter(tried.operation);
     for (int call = 1; call <= tried.calls; ++call) {
       SCOPED_TRACE(call);
       World world = MakeWorld();
@@ -104,7 +104,7 @@ TEST_F(CallbackTest, ARepeatedCallWritesEverythingThatAThrowingSetterMissed) {
       EXPECT_THROW(tried.operation(world), InjectedFailure);
       EXPECT_EQ(world.store.Writes().size(), static_cast<std::size_t>(call) - 1);
       tried.operation(world);
-      EXPECT_EQ(world.Aftermath(), expected);
+      EXPECT_EQ(world.SnapshotsWhileUsed(), expected);
     }
   }
 }
@@ -119,10 +119,10 @@ TEST_F(CallbackTest, ExceptionsOfAnyTypeReachTheCaller) {
   EXPECT_THROW(list.MarkItemHasBeenRated("EPIC-7"), int);
 }
 
-/// All services that the library queries. The n-th query of all of them throws.
+/// Installs all services that the library queries. The n-th query of any of them throws.
 class FailingServices {
  public:
-  /// Copies the current feature table.
+  /// Installs the services. They use a copy of the current feature table.
   FailingServices() : queries_(std::make_shared<Queries>()) {
     using namespace orncore;
     ornappsupport::feature::SetFeatureService(std::make_shared<Features>(queries_));
@@ -133,9 +133,9 @@ class FailingServices {
         [queries = queries_] { return queries->Query(true); });
   }
 
-  /// Lets the n-th query from now on throw; 0 lets none throw.
+  /// Makes the n-th later query throw `InjectedFailure`. 1 is the next query; 0 lets no query fail.
   void FailQuery(int n) { queries_->failsIn = n; }
-  /// Returns whether the query that `FailQuery` named was made.
+  /// Returns whether the query that `FailQuery` selected has been made.
   bool HasReachedFailure() const { return queries_->failsIn == 0; }
 
  private:
@@ -198,13 +198,13 @@ class FailingServices {
 
 class ServiceTest : public CallbackTest {
  protected:
-  /// Lets the n-th query of the operation throw, and expects that the exception reaches the caller,
-  /// that nothing changed and that the operation works afterwards. Returns whether there was an
-  /// n-th query.
+  /// Makes the n-th query of the operation throw. Expects that the exception reaches the caller,
+  /// that the list is unchanged, and that the operation succeeds when it is repeated. Returns
+  /// whether there was an n-th query.
   bool FailOne(int n, const Operation& operation, const std::string& expected) {
     SCOPED_TRACE(testing::Message() << "query " << n);
     World world = MakeWorld();
-    const std::string untouched = world.Look();
+    const std::string untouched = world.Snapshot();
     services_.FailQuery(n);
     bool hasFailed = false;
     try {
@@ -217,9 +217,9 @@ class ServiceTest : public CallbackTest {
     EXPECT_EQ(hasFailed, wasReached) << "the exception must reach the caller";
     if (!wasReached) return false;
     EXPECT_EQ(world.store.SetterCalls(), 0);
-    EXPECT_EQ(world.Look(), untouched);
+    EXPECT_EQ(world.Snapshot(), untouched);
     operation(world);
-    EXPECT_EQ(world.Aftermath(), expected);
+    EXPECT_EQ(world.SnapshotsWhileUsed(), expected);
     return true;
   }
 
@@ -244,7 +244,7 @@ TEST_F(ServiceTest, AThrowingServiceLeavesTheListUnchanged) {
         Case{"rate", Rate, false}, Case{"refresh", refresh}, Case{"bubble", bubble},
         Case{"query news", queryNews}}) {
     SCOPED_TRACE(name);
-    const std::string expected = AftermathOf(operation);
+    const std::string expected = SnapshotsAfter(operation);
     int n = 1;
     while (FailOne(n, operation, expected) && !HasFailure()) ++n;
     EXPECT_EQ(n > 1, queriesServices);
@@ -264,18 +264,18 @@ TEST_F(ServiceTest, TheConstructorPropagatesAnExceptionOfAService) {
     } catch (const InjectedFailure&) {
     }
   }
-  FAIL() << "the constructor made more than 1000 queries";
+  FAIL() << "the constructor made 999 queries or more";
 }
 
-/// A stored text that no setter wrote.
+/// A stored text that no setter would write.
 struct StrangeText {
   std::string name;
   std::function<std::string()> make;
 };
 
-std::string Repeated(std::string_view piece, std::size_t times) {
+std::string Repeated(std::string_view element, std::size_t times) {
   std::string text;
-  for (std::size_t i = 0; i < times; ++i) text += piece;
+  for (std::size_t i = 0; i < times; ++i) text += element;
   return text;
 }
 
@@ -283,8 +283,8 @@ std::string ManyIdentities() {
   std::array<std::uint8_t, 16> bytes{};
   std::string text;
   for (std::uint32_t i = 0; i < 100'000; ++i) {
-    for (std::size_t place = 0; place < 4; ++place) {
-      bytes[place * 3] = static_cast<std::uint8_t>(i >> (8 * place));
+    for (std::size_t index = 0; index < 4; ++index) {
+      bytes[index * 3] = static_cast<std::uint8_t>(i >> (8 * index));
     }
     if (!text.empty()) text += ' ';
     Guid(bytes).AppendTo(text);
@@ -294,9 +294,9 @@ std::string ManyIdentities() {
 
 const std::vector<StrangeText>& StrangeTexts() {
   static const std::vector<StrangeText> kTexts = {
-      {"NoUTF8", [] { return std::string("\xFF\xFE \xC3 \xED\xA0\x80 \xF5\x80\x80\x80"); }},
-      {"NULs", [] { return std::string("\0 \0\0 a\0b", 8); }},
-      {"HalfIdentities",
+      {"IllFormedUTF8", [] { return std::string("\xFF\xFE \xC3 \xED\xA0\x80 \xF5\x80\x80\x80"); }},
+      {"NulCharacters", [] { return std::string("\0 \0\0 a\0b", 8); }},
+      {"TruncatedIdentities",
        [] {
          return std::string("00112233-4455-6677 8899aabb-ccdd-eeff 00112233-4455-6677-8899-");
        }},
@@ -312,7 +312,7 @@ const std::vector<StrangeText>& StrangeTexts() {
              "10112233-4455-6677-8899-aabbccddeeff  ");
        }},
       {"OtherSeparators", [] { return std::string("a\tb\nc\rd\ve\fg"); }},
-      {"AMegabyteWithoutSeparator", [] { return std::string(std::size_t{2} << 20, 'x'); }},
+      {"TwoMegabytesWithoutSeparator", [] { return std::string(std::size_t{2} << 20, 'x'); }},
       {"AMegabyteOfSeparators", [] { return std::string(std::size_t{1} << 20, ' '); }},
       {"AMegabyteOfDots", [] { return std::string(std::size_t{1} << 20, '.'); }},
       {"AMegabyteOfNines", [] { return std::string(std::size_t{1} << 20, '9'); }},
@@ -324,7 +324,8 @@ const std::vector<StrangeText>& StrangeTexts() {
 
 class StrangeStateTest : public FaultTest, public testing::WithParamInterface<StrangeText> {
  protected:
-  /// Expects that a list works with the text under the key and keeps every entry of it.
+  /// Expects that a list works if the store holds `text` under `key`, and that it keeps every entry
+  /// of the text.
   void ExpectUsable(const std::string& key, const std::string& text) {
     SCOPED_TRACE(key);
     test_support::FakeStateStore store;
@@ -338,7 +339,7 @@ class StrangeStateTest : public FaultTest, public testing::WithParamInterface<St
     const auto after = GuidsOf(store.Text(kAllSeenItems));
     for (const Guid& identity : before) EXPECT_TRUE(after.contains(identity));
     if (key == kAllVersions) ExpectVersionsKept(text, store.Text(kAllVersions));
-    // A list that has written the texts once writes them unchanged.
+    // The first display may clean the stored texts. A second display must not change them again.
     const auto texts = store.AllTexts();
     list.InitWithData(LoadedData());
     EXPECT_FALSE(list.IsAnythingNew(kShowOnlyNew));
@@ -350,13 +351,13 @@ class StrangeStateTest : public FaultTest, public testing::WithParamInterface<St
     const auto kept = test_support::SortedPieces(after);
     for (const std::string_view version : SplitPersistedList(before)) {
       if (version.empty()) continue;
-      EXPECT_TRUE(std::ranges::binary_search(kept, version)) << "a version is lost";
+      EXPECT_TRUE(std::ranges::binary_search(kept, version)) << "the list lost a version";
       if (HasFailure()) return;
     }
   }
 };
 
-TEST_P(StrangeStateTest, IsToleratedAndLosesNothing) {
+TEST_P(StrangeStateTest, IsToleratedAndKeepsItsEntries) {
   const std::string text = GetParam().make();
   for (const char* const key : {kAllSeenItems, kLastVersion, kAllVersions}) ExpectUsable(key, text);
 }
@@ -364,7 +365,7 @@ TEST_P(StrangeStateTest, IsToleratedAndLosesNothing) {
 INSTANTIATE_TEST_SUITE_P(Texts, StrangeStateTest, testing::ValuesIn(StrangeTexts()),
                          [](const auto& text) { return text.param.name; });
 
-TEST_F(CallbackTest, StatesOfRandomBytesAreTolerated) {
+TEST_F(CallbackTest, ARandomStateIsTolerated) {
   constexpr std::uint64_t kSeed = 20'251;
   SCOPED_TRACE(testing::Message() << "seed " << kSeed);
   test_support::RandomSource random(kSeed);
@@ -383,18 +384,18 @@ TEST_F(CallbackTest, StatesOfRandomBytesAreTolerated) {
   }
 }
 
-/// Callbacks that call the list that called them, once.
-class Reentrance {
+/// A list whose callbacks run an action on the list. Each action runs once.
+class ReentrantList {
  public:
-  explicit Reentrance(World& world) : world_(world) {
+  explicit ReentrantList(World& world) : world_(world) {
     list = std::make_unique<FeatureListData>(
         [this, getter = world.store.Getter()](const UTF8String& key) {
-          Act(inGetter);
+          Execute(inGetter);
           return getter(key);
         },
         [this, setter = world.store.Setter()](const UTF8String& key, const UTF8String& value) {
           setter(key, value);
-          Act(inSetter);
+          Execute(inSetter);
         });
     list->InitWithData(LoadedData());
     world_.list = nullptr;
@@ -403,15 +404,15 @@ class Reentrance {
   std::function<void(FeatureListData&)> inGetter;
   std::function<void(FeatureListData&)> inSetter;
   std::unique_ptr<FeatureListData> list;
-  int acts = 0;
+  int executedActions = 0;
 
  private:
-  void Act(std::function<void(FeatureListData&)>& action) {
+  void Execute(std::function<void(FeatureListData&)>& action) {
     if (!action || list == nullptr) return;
-    // The action may call the callbacks again, so it is removed first.
-    const auto taken = std::exchange(action, nullptr);
-    taken(*list);
-    ++acts;
+    // Remove the action first, because it may call the callbacks again.
+    const auto current = std::exchange(action, nullptr);
+    current(*list);
+    ++executedActions;
   }
 
   World& world_;
@@ -422,7 +423,7 @@ std::shared_ptr<FeatureListItem> NewItem() {
                                            FeatureListItem::Visibility::kPublic);
 }
 
-/// All calls that a callback may make on its list.
+/// Returns all calls that a callback may make on its list.
 const std::vector<std::function<void(FeatureListData&)>>& AllowedActions() {
   static const std::vector<std::function<void(FeatureListData&)>> kActions = {
       [](FeatureListData& list) {
@@ -454,15 +455,15 @@ const std::vector<std::function<void(FeatureListData&)>>& AllowedActions() {
 TEST_F(CallbackTest, AGetterMayUseTheListThatCallsIt) {
   for (const auto& action : AllowedActions()) {
     World world = MakeWorld();
-    Reentrance reentrance(world);
-    reentrance.inGetter = action;
-    reentrance.list->InitWithData(LoadedData());
-    EXPECT_EQ(reentrance.acts, 1);
-    // The reload replaces the content, whatever the callback did.
+    ReentrantList reentrant(world);
+    reentrant.inGetter = action;
+    reentrant.list->InitWithData(LoadedData());
+    EXPECT_EQ(reentrant.executedActions, 1);
+    // The reload replaces the content, so changes by the callback must have no effect.
     const World other = MakeWorld();
-    EXPECT_EQ(reentrance.list->GetOrderedFeatureKeys(), other.list->GetOrderedFeatureKeys());
+    EXPECT_EQ(reentrant.list->GetOrderedFeatureKeys(), other.list->GetOrderedFeatureKeys());
     for (const auto& [key, item] : other.list->GetFeatureItems()) {
-      EXPECT_EQ(test_support::ItemOf(*reentrance.list, key).GetAllChanges().size(),
+      EXPECT_EQ(test_support::ItemOf(*reentrant.list, key).GetAllChanges().size(),
                 item->GetAllChanges().size());
     }
   }
@@ -472,78 +473,78 @@ TEST_F(CallbackTest, ASetterMayUseTheListThatCallsIt) {
   const auto expected = Format(*MakeWorld().list);
   for (const auto& action : AllowedActions()) {
     World world = MakeWorld();
-    Reentrance reentrance(world);
-    reentrance.inSetter = action;
-    EXPECT_EQ(Format(*reentrance.list).text, expected.text);
-    reentrance.inSetter = action;
-    reentrance.list->MarkItemHasBeenRated("ORN-1000000000000000");
-    EXPECT_EQ(reentrance.acts, 2);
-    reentrance.list->InitWithData(LoadedData());
-    EXPECT_FALSE(reentrance.list->IsAnythingNew(kShowOnlyNew));
+    ReentrantList reentrant(world);
+    reentrant.inSetter = action;
+    EXPECT_EQ(Format(*reentrant.list).text, expected.text);
+    reentrant.inSetter = action;
+    reentrant.list->MarkItemHasBeenRated("ORN-1000000000000000");
+    EXPECT_EQ(reentrant.executedActions, 2);
+    reentrant.list->InitWithData(LoadedData());
+    EXPECT_FALSE(reentrant.list->IsAnythingNew(kShowOnlyNew));
   }
 }
 
 TEST_F(CallbackTest, AGetterSeesTheListFromBeforeTheReload) {
   World world = MakeWorld();
-  Reentrance reentrance(world);
+  ReentrantList reentrant(world);
   std::size_t changes = 0;
-  reentrance.inGetter = [&changes](FeatureListData& list) {
+  reentrant.inGetter = [&changes](FeatureListData& list) {
     changes = test_support::ItemOf(list, "EPIC-7").GetAllChanges().size();
   };
-  reentrance.list->InitWithData("");
+  reentrant.list->InitWithData("");
   EXPECT_EQ(changes, 2U);
-  EXPECT_EQ(test_support::ItemOf(*reentrance.list, "EPIC-7").GetAllChanges().size(), 0U);
+  EXPECT_EQ(test_support::ItemOf(*reentrant.list, "EPIC-7").GetAllChanges().size(), 0U);
 }
 
-/// A dictionary that calls a function during queries.
-class MeddlingDictionary : public orncore::config::DictionarySource {
+/// A dictionary that calls a function during a query.
+class HookedDictionary : public orncore::config::DictionarySource {
  public:
-  explicit MeddlingDictionary(std::function<void()> meddle) : meddle_(std::move(meddle)) {}
+  explicit HookedDictionary(std::function<void()> hook) : hook_(std::move(hook)) {}
   std::optional<UTF8String> Find(std::string_view key) const override {
-    // The list reads its templates before it walks through its items.
-    if (key == "$$$/ornwhatsnew/Change/Localized") meddle_();
+    // Call the function only for the text of a change. The list then iterates over its items.
+    if (key == "$$$/ornwhatsnew/Change/Localized") hook_();
     return std::nullopt;
   }
 
  private:
-  std::function<void()> meddle_;
+  std::function<void()> hook_;
 };
 
-/// The current features, with queries that call a function.
-class MeddlingFeatures : public ornappsupport::feature::FeatureService {
+/// A copy of the current features. Each query of a feature calls a function.
+class HookedFeatures : public ornappsupport::feature::FeatureService {
  public:
-  explicit MeddlingFeatures(std::function<void()> meddle)
-      : features_(ornappsupport::feature::GetConstBetaFeatureMap()), meddle_(std::move(meddle)) {}
+  explicit HookedFeatures(std::function<void()> hook)
+      : features_(ornappsupport::feature::GetConstBetaFeatureMap()), hook_(std::move(hook)) {}
   const ornappsupport::feature::BetaFeatureMap& GetBetaFeatures() const override {
     return features_;
   }
-  bool IsEnabled(std::string_view /*key*/) const override { return Meddle(); }
-  bool IsAvailableForUser(std::string_view /*key*/) const override { return Meddle(); }
+  bool IsEnabled(std::string_view /*key*/) const override { return RunHook(); }
+  bool IsAvailableForUser(std::string_view /*key*/) const override { return RunHook(); }
   bool AreInternalFeaturesAllowed() const override { return false; }
 
  protected:
-  bool Meddle() const {
-    meddle_();
+  bool RunHook() const {
+    hook_();
     return true;
   }
 
  private:
   ornappsupport::feature::BetaFeatureMap features_;
-  std::function<void()> meddle_;
+  std::function<void()> hook_;
 };
 
-/// The same, but it also acts when the table is requested.
-class MeddlingTable : public MeddlingFeatures {
+/// Like `HookedFeatures`, but queries of the feature table also call the function.
+class HookedTable : public HookedFeatures {
  public:
-  using MeddlingFeatures::MeddlingFeatures;
+  using HookedFeatures::HookedFeatures;
   const ornappsupport::feature::BetaFeatureMap& GetBetaFeatures() const override {
-    Meddle();
-    return MeddlingFeatures::GetBetaFeatures();
+    RunHook();
+    return HookedFeatures::GetBetaFeatures();
   }
 };
 
-/// A service that replaces itself by the default service during its first query. Nothing else keeps
-/// it alive, and it expects to outlive that query.
+/// A service that replaces itself with the default service during its first query. No test owns it,
+/// so the library must keep it alive until that query returns.
 class SelfReplacingFeatures : public ornappsupport::feature::FeatureService {
  public:
   SelfReplacingFeatures() : features_(ornappsupport::feature::GetConstBetaFeatureMap()) {}
@@ -574,24 +575,24 @@ TEST_F(CallbackTest, AServiceMayReplaceItselfDuringAQuery) {
   World other = MakeWorld();
   ornappsupport::feature::SetFeatureService(nullptr);
   other.list->BubbleUnlockedItemsToTheTop();
-  const std::string expected = other.Look();
+  const std::string expected = other.Snapshot();
   const std::string expectedText = Format(*other.list).text;
 
-  // Reading the features takes the table of the fault host again.
+  // A new fault host installs the feature table again, so that the service can copy it.
   FaultHost host;
   ornappsupport::feature::SetFeatureService(std::make_shared<SelfReplacingFeatures>());
   world.list->BubbleUnlockedItemsToTheTop();
-  EXPECT_EQ(world.Look(), expected);
+  EXPECT_EQ(world.Snapshot(), expected);
   EXPECT_EQ(Format(*world.list).text, expectedText);
 }
 
 TEST_F(CallbackTest, AServiceMayQueryTheListThatQueriesIt) {
   auto& localizer = orncore::config::Localizer::Get();
   World world = MakeWorld();
-  localizer.SetDictionary(std::make_shared<MeddlingDictionary>([] {}));
+  localizer.SetDictionary(std::make_shared<HookedDictionary>([] {}));
   const std::string expected = Format(*MakeWorld().list).text;
   int queries = 0;
-  localizer.SetDictionary(std::make_shared<MeddlingDictionary>([&] {
+  localizer.SetDictionary(std::make_shared<HookedDictionary>([&] {
     ++queries;
     world.list->IsAnythingNew(kShowOnlyNew);
     world.list->GetNewSeenState();
@@ -603,7 +604,7 @@ TEST_F(CallbackTest, AServiceMayQueryTheListThatQueriesIt) {
 TEST_F(CallbackTest, AServiceSeesTheListFromBeforeTheReload) {
   World world = MakeWorld();
   int queries = 0;
-  ornappsupport::feature::SetFeatureService(std::make_shared<MeddlingFeatures>([&] {
+  ornappsupport::feature::SetFeatureService(std::make_shared<HookedFeatures>([&] {
     ++queries;
     EXPECT_EQ(test_support::ItemOf(*world.list, "EPIC-7").GetAllChanges().size(), 2U);
   }));
@@ -616,7 +617,7 @@ using CallbackDeathTest = CallbackTest;
 
 TEST_F(CallbackDeathTest, AServiceMustNotChangeTheListThatQueriesIt) {
 #ifdef NDEBUG
-  GTEST_SKIP() << "asserted in debug builds only";
+  GTEST_SKIP() << "only debug builds assert this";
 #else
   const std::vector<std::function<void(World&)>> changes = {
       [](World& world) { world.list->InitWithData(""); },
@@ -631,24 +632,24 @@ TEST_F(CallbackDeathTest, AServiceMustNotChangeTheListThatQueriesIt) {
       [](World& world) { world.list = nullptr; },
   };
   for (const auto& change : changes) {
-    // A new host removes the services of the previous round, which refer to its list.
+    // A new host removes the services of the previous iteration, which refer to the previous list.
     const FaultHost host;
     World world(host);
     FeatureListData& list = *world.list;
-    const auto meddle = [&] { change(world); };
-    orncore::config::Localizer::Get().SetDictionary(std::make_shared<MeddlingDictionary>(meddle));
+    const auto hook = [&] { change(world); };
+    orncore::config::Localizer::Get().SetDictionary(std::make_shared<HookedDictionary>(hook));
     EXPECT_DEATH(Format(list), "activeWalks == 0");
 
     orncore::config::Localizer::Get().SetDictionary(nullptr);
-    ornappsupport::feature::SetFeatureService(std::make_shared<MeddlingFeatures>(meddle));
+    ornappsupport::feature::SetFeatureService(std::make_shared<HookedFeatures>(hook));
     EXPECT_DEATH(list.IsAnythingNew({}), "activeWalks == 0");
   }
 #endif
 }
 
-TEST_F(CallbackDeathTest, AServiceMustNotDestroyTheListThatItIsLoadedFor) {
+TEST_F(CallbackDeathTest, AServiceMustNotDestroyAListThatIsBeingUpdated) {
 #ifdef NDEBUG
-  GTEST_SKIP() << "asserted in debug builds only";
+  GTEST_SKIP() << "only debug builds assert this";
 #else
   const std::vector<std::function<void(FeatureListData&)>> operations = {
       [](FeatureListData& list) { list.InitWithData(LoadedData()); },
@@ -661,7 +662,7 @@ TEST_F(CallbackDeathTest, AServiceMustNotDestroyTheListThatItIsLoadedFor) {
     World world(host);
     FeatureListData& list = *world.list;
     ornappsupport::feature::SetFeatureService(
-        std::make_shared<MeddlingTable>([&] { world.list = nullptr; }));
+        std::make_shared<HookedTable>([&] { world.list = nullptr; }));
     EXPECT_DEATH(operation(list), "activeWalks == 0");
   }
 #endif
@@ -669,12 +670,12 @@ TEST_F(CallbackDeathTest, AServiceMustNotDestroyTheListThatItIsLoadedFor) {
 
 TEST_F(CallbackDeathTest, ACallbackMustNotDestroyTheListThatCallsIt) {
 #ifdef NDEBUG
-  GTEST_SKIP() << "asserted in debug builds only";
+  GTEST_SKIP() << "only debug builds assert this";
 #else
   World world = MakeWorld();
-  Reentrance reentrance(world);
-  FeatureListData& list = *reentrance.list;
-  reentrance.inSetter = [&](FeatureListData&) { reentrance.list = nullptr; };
+  ReentrantList reentrant(world);
+  FeatureListData& list = *reentrant.list;
+  reentrant.inSetter = [&](FeatureListData&) { reentrant.list = nullptr; };
   EXPECT_DEATH(Format(list), "activeCallbacks == 0");
 #endif
 }

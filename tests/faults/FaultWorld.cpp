@@ -17,7 +17,7 @@ using test_support::DataFile;
 
 constexpr unsigned kAllOptions = 32;
 constexpr std::string_view kOldVersion = "24.0.0.1000000000000001";
-// More than a question to the list has room for without an allocation.
+// Large enough that a query of the list must allocate memory for the versions.
 constexpr int kOldVersions = 70;
 
 DataFile SeenFile() {
@@ -30,12 +30,12 @@ DataFile SeenFile() {
             .platform = "Mac",
             .url = "https://help.tarsa.example/export",
             .sha = "0123456789abcdef0123456789abcdef",
-            .description = "Exports run beside your work, all of them"})
+            .description = "All exports run in the background now"})
       .Row({.version = "25.1",
             .groupingID = "EPIC-7",
-            .ratingRequest = "How do you like the new way to export?",
+            .ratingRequest = "How do you like the new export?",
             .url = "https://help.tarsa.example/again",
-            .description = "$$$/ornwhatsnew/Change/Localized=A text for translators, in any case"})
+            .description = "$$$/ornwhatsnew/Change/Localized=A text that translators can replace"})
       .Row({.version = "25.1",
             .groupingID = "ORN-1000000000000000",
             .salience = "RatingHidesBetaFeatureDescription",
@@ -44,10 +44,10 @@ DataFile SeenFile() {
             .description = "\xC3\x84nderungen, die nicht ASCII sind, \xE2\x80\x94 und lang"})
       .Row({.version = "25.1",
             .groupingID = "BUGFIX",
-            .salience = "No such salience at all, in Capitals",
-            .platform = "No such platform at all, in Capitals",
+            .salience = "A Salience That Does Not Exist",
+            .platform = "A Platform That Does Not Exist",
             .url = "http://help.tarsa.example/malformed",
-            .description = "Crashes on full disks, with \xFF bytes that are no text"});
+            .description = "Crashes on full disks, with an ill-formed byte \xFF in the text"});
   return file;
 }
 
@@ -59,14 +59,14 @@ DataFile LoadedFile() {
       .Row({.version = "25.2",
             .groupingID = "EPIC-9-for-internal-users",
             .salience = "HideBetaFeatureFromExternal",
-            .description = "A new change that only we may see"})
+            .description = "A new change for internal users only"})
       .Row({.version = "25.2",
             .groupingID = "EPIC-unknown-\xC3\x89PIC-unknown",
-            .description = "A new change that belongs nowhere"})
+            .description = "A new change without a matching item"})
       .Row({.version = "25.2",
             .groupingID = "MISC",
             .salience = "Unreviewed",
-            .description = "A new change that nobody has read"})
+            .description = "A new change that nobody has reviewed"})
       .Line("a,row,of,the,wrong,shape");
   return file;
 }
@@ -117,7 +117,7 @@ std::string LaterData() {
   file.ChangesSince("25.1.0.1000000000000042")
       .Row({.version = "25.3",
             .groupingID = "EPIC-7",
-            .description = "A change that came with the later file"});
+            .description = "A change that only the later file has"});
   return file.Text();
 }
 
@@ -132,18 +132,18 @@ FaultHost::FaultHost() {
   AddFeature({.internalKey = "feature.export.for.everybody",
               .epicKey = "EPIC-7",
               .name = "Export of everything",
-              .description = "Exports everything that there is"});
+              .description = "Exports all documents of a project"});
   AddFeature({.internalKey = "feature.own.issue.of.the.maker",
               .epicKey = "ORN-1000000000000000",
               .name = "$$$/ornwhatsnew/Feature/Translated=The default is not used",
-              .description = "$$$/ornwhatsnew/Feature/Default=The default is used, at length"});
+              .description = "$$$/ornwhatsnew/Feature/Default=The default text is used here"});
   AddFeature({.internalKey = "feature.in.development.yet",
               .epicKey = "EPIC-8-in-development",
-              .name = "Darkness in every window",
+              .name = "Dark mode in every window",
               .visibility = 2});
   AddFeature({.internalKey = "feature.for.internal.users",
               .epicKey = "EPIC-9-for-internal-users",
-              .name = "Secrets of the internal users",
+              .name = "Features of the internal users",
               .visibility = 1});
   AddFeature({.internalKey = "feature.switched.off.by.user",
               .epicKey = "EPIC-10-available-to-users",
@@ -154,7 +154,7 @@ FaultHost::FaultHost() {
 
   AddFeature({.internalKey = "feature.whose.key.resembles.a.section",
               .epicKey = "INTERN\xC3\x84L, which is no section",
-              .name = "A key that only the full mapping tells from a section's"});
+              .name = "The key resembles the key of a section"});
 
   std::string versions(kOldVersion);
   for (int i = 0; i < kOldVersions; ++i) versions += " 23.0." + std::to_string(i);
@@ -169,7 +169,7 @@ World::World(const FaultHost& host) {
   list = std::make_unique<FeatureListData>(LoadedData(), store.Getter(), store.Setter());
 }
 
-std::string World::Look() const {
+std::string World::Snapshot() const {
   std::ostringstream out;
   for (const std::string& key : list->GetOrderedFeatureKeys()) {
     const auto found = list->GetFeatureItems().find(key);
@@ -185,18 +185,18 @@ std::string World::Look() const {
   return out.str();
 }
 
-std::string World::Aftermath() {
+std::string World::SnapshotsWhileUsed() {
   std::ostringstream out;
-  out << Look();
+  out << Snapshot();
   Describe(out, test_support::Format(*list, ornwhatsnew::kShowOnlyNew));
-  out << Look();
+  out << Snapshot();
   Describe(out, test_support::Format(*list, ornwhatsnew::kRatingView, "\tRate it"));
   list->MarkItemHasBeenRated("EPIC-7");
-  out << Look();
+  out << Snapshot();
   list->InitWithData(SeenData());
-  out << Look();
+  out << Snapshot();
   Describe(out, test_support::Format(*list));
-  out << Look();
+  out << Snapshot();
   return out.str();
 }
 

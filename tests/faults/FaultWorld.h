@@ -1,6 +1,6 @@
-// The world in which faults are injected: a host with features of every kind, data files that take
-// every way through the parser and the panel, a user who has seen and rated part of it, and a
-// description of a list in which every difference shows.
+// The fixture for fault injection. It has a host with features of every kind, data files that
+// exercise the parser and the panel, and a user who has seen some of the changes. It also describes
+// the observable content of a list, so that tests can compare lists.
 #ifndef TESTS_FAULTS_FAULTWORLD_H_
 #define TESTS_FAULTS_FAULTWORLD_H_
 
@@ -16,42 +16,44 @@
 
 namespace faults {
 
-/// The data file of which the user has seen everything.
+/// Returns the data file that the user has seen completely.
 std::string SeenData();
-/// The same with changes that are new to the user: what lists of this world are loaded with.
+/// Returns the data file that a `World` loads: `SeenData` and changes that are new to the user.
 std::string LoadedData();
-/// A later file with other changes and another changes-since version.
+/// Returns a later data file, with another change and another changes-since version.
 std::string LaterData();
 
-/// A host whose user may see internal features, and whose texts are too long for strings to hold
-/// them without an allocation.
+/// A host with an internal user. Most of its strings are too long for the small-string
+/// optimization, so that copying them allocates.
 class FaultHost : public test_support::FakeHost {
  public:
   FaultHost();
 
-  /// What the store holds after the user saw `SeenData`.
+  /// Returns the content of the state store after the user has seen `SeenData`.
   const test_support::FakeStateStore::Texts& SeenState() const { return seenState_; }
 
  private:
   test_support::FakeStateStore::Texts seenState_;
 };
 
-/// A list and the store behind it.
+/// A list and its state store.
 struct World {
-  /// A list loaded with `LoadedData`.
+  /// Loads a list with `LoadedData`, for the user who has seen `SeenData`.
   explicit World(const FaultHost& host);
 
-  /// A list with what it has and what it answers to every question, asked without changing it.
-  std::string Look() const;
+  /// Describes the items and changes of the list, the results of its const functions, and the
+  /// content of the store. Changes nothing.
+  std::string Snapshot() const;
 
-  /// What becomes of the list afterwards: shown, rated, reloaded, shown again, each with what the
-  /// store holds then.
-  std::string Aftermath();
+  /// Displays the list, rates an item, reloads the list and displays it again. Returns the results
+  /// and the snapshots of all steps. Tests use it to check that the list is usable after a failure.
+  std::string SnapshotsWhileUsed();
 
   test_support::FakeStateStore store;
   std::unique_ptr<ornwhatsnew::FeatureListData> list;
 };
 
+/// Base class of tests that inject faults.
 class FaultTest : public testing::Test {
  protected:
   World MakeWorld() const { return World(host_); }

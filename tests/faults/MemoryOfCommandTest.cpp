@@ -1,6 +1,6 @@
-// Memory that runs out while a data file is checked: on the console's thread, and on the one that
-// reads the file and parses it. The command says or logs that it failed and comes back; the next
-// one works.
+// Tests that make allocations fail while ValidateWhatsNew checks a data file. The failures hit the
+// console thread and the thread that reads and parses the file. The command must return and report
+// the failure, and the next command must succeed.
 #include <array>
 #include <cerrno>
 #include <chrono>
@@ -35,15 +35,18 @@ using test_support::FailureExtent;
 using test_support::FailureThreads;
 using test_support::LiveAllocations;
 
-// Up to four buffers stay for the next reading, and the queue of the reading thread keeps a piece.
-constexpr std::ptrdiff_t kKeptForLater = 5;
+// The task queue of the reading thread keeps memory for later tasks. The limit allows a few such
+// blocks.
+constexpr std::ptrdiff_t kRetainedBlocks = 5;
 
+// The reading thread starts within this number of allocations.
 constexpr std::size_t kAllocationsOfStart = 40;
 
+// The environment variables that select the failing allocations in a child process.
 constexpr char kFailAt[] = "FAULT_TESTS_FAIL_AT";
 constexpr char kFailAll[] = "FAULT_TESTS_FAIL_ALL";
 
-/// A console that needs no memory of its own.
+/// A stream buffer of fixed size. It does not allocate, so output never fails.
 class FixedStreamBuffer : public std::basic_streambuf<char16_t> {
  public:
   FixedStreamBuffer() { setp(units_.data(), units_.data() + units_.size()); }
@@ -56,7 +59,7 @@ class FixedStreamBuffer : public std::basic_streambuf<char16_t> {
   std::array<char16_t, 4096> units_{};
 };
 
-/// How one execution went.
+/// The results of one execution of the command.
 struct Execution {
   std::optional<int> result;
   bool hasThrown = false;
@@ -78,16 +81,17 @@ class MemoryOfCommandTest : public FaultTest {
   }
 
   void SetUp() override {
-    if (!test_support::AreAllocationsReplaced()) GTEST_SKIP() << "another allocator is in place";
+    if (!test_support::AreAllocationsReplaced()) GTEST_SKIP() << "another allocator is in use";
   }
 
-  /// Runs the command while the n-th allocation of any thread fails; 0: none.
+  /// Runs the command while the n-th allocation of any thread fails. If `n` is 0, no allocation
+  /// fails.
   Execution Validate(std::size_t n, FailureExtent extent) {
     FixedStreamBuffer buffer;
     std::basic_ostream<char16_t> stream(&buffer);
     Execution execution;
     loggedLines_ = 0;
-    // A wait that never ends shall not take the whole test run with it.
+    // If the command never returns, SIGALRM ends this process, so that the test run can continue.
     ::alarm(60);
     {
       AllocationFailure failure(n, extent, FailureThreads::kAll);
@@ -104,36 +108,39 @@ class MemoryOfCommandTest : public FaultTest {
     return execution;
   }
 
-  void ExpectFinished() {
+  /// Runs the command without failures and expects that it succeeds.
+  void ExpectSuccess() {
     const Execution execution = Validate(0, FailureExtent::kOne);
     EXPECT_EQ(execution.result, 0);
     EXPECT_EQ(execution.output, "Reading What's New file at \"" + file_ + "\" finished\n");
     EXPECT_EQ(execution.loggedLines, 0);
   }
 
-  /// The failure came out in one of the ways that there are.
-  void ExpectSaidOrLogged(const Execution& execution) const {
+  /// Expects that the command threw, printed its failure, or logged it.
+  void ExpectReported(const Execution& execution) const {
     if (execution.hasThrown) {
-      // The registry's copy of the argument, before the command is reached.
+      // Only the registry can throw: it copies the argument before it calls the command.
       EXPECT_EQ(execution.output, "");
       return;
     }
     EXPECT_EQ(execution.result, 0);
-    const bool isSaid = execution.output == "Failed to read What's New file at \"" + file_ +
-                                                "\" with result: " + std::to_string(-ENOMEM) + "\n";
-    EXPECT_TRUE(isSaid || execution.output.empty()) << execution.output;
-    EXPECT_TRUE(isSaid || execution.loggedLines > 0) << "nothing was said and nothing logged";
+    const bool isPrinted = execution.output == "Failed to read What's New file at \"" + file_ +
+                                                   "\" with result: " + std::to_string(-ENOMEM) +
+                                                   "\n";
+    EXPECT_TRUE(isPrinted || execution.output.empty()) << execution.output;
+    EXPECT_TRUE(isPrinted || execution.loggedLines > 0)
+        << "the failure was neither printed nor logged";
   }
 
-  /// The allocations of a process at rest: threads let go of what they hold shortly after the
-  /// command has come back.
-  static std::ptrdiff_t SettledAllocations() {
-    std::ptrdiff_t settled = LiveAllocations();
-    for (int rest = 0; rest < 50; ++rest) {
+  /// Waits until the number of live allocations is stable and returns it. The reading thread may
+  /// still free memory for a short time after the command has returned.
+  static std::ptrdiff_t StableLiveAllocations() {
+    std::ptrdiff_t stable = LiveAllocations();
+    for (int unchanged = 0; unchanged < 50; ++unchanged) {
       std::this_thread::sleep_for(std::chrono::milliseconds(1));
-      if (std::exchange(settled, LiveAllocations()) != settled) rest = 0;
+      if (std::exchange(stable, LiveAllocations()) != stable) unchanged = 0;
     }
-    return settled;
+    return stable;
   }
 
   test_support::TemporaryFolder folder_;
@@ -142,9 +149,9 @@ class MemoryOfCommandTest : public FaultTest {
   int loggedLines_ = 0;
 };
 
-TEST_F(MemoryOfCommandTest, ComesBackAndWorksAgain) {
-  ExpectFinished();
-  const std::ptrdiff_t before = SettledAllocations();
+TEST_F(MemoryOfCommandTest, ReportsAFailureAndWorksAgain) {
+  ExpectSuccess();
+  const std::ptrdiff_t before = StableLiveAllocations();
   for (const FailureExtent extent : {FailureExtent::kOne, FailureExtent::kAllFrom}) {
     bool hasFailed = true;
     std::size_t n = 0;
@@ -154,34 +161,35 @@ TEST_F(MemoryOfCommandTest, ComesBackAndWorksAgain) {
       hasFailed = execution.hasFailed;
       SCOPED_TRACE(testing::Message() << "allocation " << n
                                       << (extent == FailureExtent::kOne ? "" : " and all after"));
-      if (hasFailed) ExpectSaidOrLogged(execution);
-      ExpectFinished();
+      if (hasFailed) ExpectReported(execution);
+      ExpectSuccess();
     }
     std::cout << n - 1 << " allocations failed in turn\n";
   }
-  EXPECT_LE(SettledAllocations(), before + kKeptForLater) << "something leaked";
+  EXPECT_LE(StableLiveAllocations(), before + kRetainedBlocks) << "memory leaked";
 }
 
-// The first command of a process starts the threads that read; that has to be tried in processes of
-// its own.
+// The first command of a process starts the reading thread. Therefore
+// ReportsAFailureOfTheFirstCommandInAProcess runs this test in new processes.
 TEST_F(MemoryOfCommandTest, DISABLED_OneFirstCommand) {
   const std::size_t n = std::strtoul(std::getenv(kFailAt), nullptr, 10);
   const bool isAll = std::getenv(kFailAll) != nullptr;
   const Execution execution = Validate(n, isAll ? FailureExtent::kAllFrom : FailureExtent::kOne);
   if (execution.hasFailed) {
-    ExpectSaidOrLogged(execution);
+    ExpectReported(execution);
     std::cout << "an allocation failed\n";
   }
-  ExpectFinished();
+  ExpectSuccess();
 }
 
-TEST_F(MemoryOfCommandTest, ComesBackAsTheFirstOfAProcess) {
+TEST_F(MemoryOfCommandTest, ReportsAFailureOfTheFirstCommandInAProcess) {
   for (const bool isAll : {false, true}) {
     test_support::ProgramResult result;
     std::size_t n = 0;
     int processes = 0;
     do {
-      // The threads are started early on; what comes later is as with every command.
+      // Try every allocation until the thread has started. The later allocations are those of every
+      // command, so a sample is enough.
       n += n < kAllocationsOfStart ? 1 : 7;
       ++processes;
       test_support::ProgramCall call;
@@ -196,7 +204,7 @@ TEST_F(MemoryOfCommandTest, ComesBackAsTheFirstOfAProcess) {
           << "the process ran no test\n"
           << result.output;
     } while (!HasFailure() && result.output.find("an allocation failed") != std::string::npos);
-    EXPECT_GT(processes, 10) << "the first command must allocate more often than that";
+    EXPECT_GT(processes, 10) << "the first command must make more allocations";
   }
 }
 

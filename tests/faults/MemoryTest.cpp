@@ -1,5 +1,5 @@
-// Memory that runs out at every allocation: for each operation the first allocation fails, then the
-// second, and so on until the last, each alone and with all later ones.
+// Tests that make every allocation of an operation fail in turn, from the first to the last. Each
+// fails once alone and once together with all later allocations.
 #include <algorithm>
 #include <functional>
 #include <iostream>
@@ -42,55 +42,56 @@ bool RunsOutOfMemory(const std::function<void()>& work) {
 class MemoryTest : public FaultTest {
  protected:
   using Operation = std::function<void(World&)>;
-  /// Checks the world after each failure.
+  /// A function that checks the world after a failure.
   using Check = std::function<void(World&)>;
 
   void SetUp() override {
-    if (!test_support::AreAllocationsReplaced()) GTEST_SKIP() << "another allocator is in place";
+    if (!test_support::AreAllocationsReplaced()) GTEST_SKIP() << "another allocator is in use";
   }
 
-  /// Fails every allocation of the operation in turn, each in a new world.
+  /// Makes every allocation of the operation fail in turn, each time in a new world.
   void FailEach(const Operation& operation, const Check& check) const {
     WarmUp(operation, check);
     for (const FailureExtent extent : {FailureExtent::kOne, FailureExtent::kAllFrom}) {
       std::size_t n = 1;
-      while (FailOneAndCount(n, extent, operation, check) && !HasFailure()) ++n;
+      while (FailOneWithoutLeak(n, extent, operation, check) && !HasFailure()) ++n;
       std::cout << n - 1 << " allocations failed in turn\n";
     }
   }
 
-  /// Expects that a failed operation changes nothing unless it has called the setter, and that it
-  /// has its full effect when it is repeated.
+  /// Expects that a failed operation has its full effect when it is repeated. If it failed before
+  /// it called the setter, expects that it has changed nothing.
   void ExpectAllOrNothing(const Operation& operation) const {
-    const std::string untouched = MakeWorld().Look();
+    const std::string untouched = MakeWorld().Snapshot();
     World other = MakeWorld();
     operation(other);
-    const std::string expected = other.Aftermath();
+    const std::string expected = other.SnapshotsWhileUsed();
     FailEach(operation, [&](World& world) {
       const bool isWritten = world.store.SetterCalls() > 0;
       if (!isWritten) {
-        EXPECT_EQ(world.Look(), untouched);
+        EXPECT_EQ(world.Snapshot(), untouched);
       }
       operation(world);
-      EXPECT_EQ(world.Aftermath(), expected);
+      EXPECT_EQ(world.SnapshotsWhileUsed(), expected);
     });
   }
 
   /// Expects that a failed query changes nothing and returns the same value when it is repeated.
-  template <class Question>
-  void ExpectAnswerOrNothing(const Question& question) const {
+  template <class Query>
+  void ExpectQueryCanBeRepeated(const Query& query) const {
     const World other = MakeWorld();
-    const auto expected = question(*other.list);
-    const std::string untouched = other.Look();
-    FailEach([&](World& world) { question(*world.list); },
+    const auto expected = query(*other.list);
+    const std::string untouched = other.Snapshot();
+    FailEach([&](World& world) { query(*world.list); },
              [&](World& world) {
-               EXPECT_TRUE(question(*world.list) == expected);
-               EXPECT_EQ(world.Look(), untouched);
+               EXPECT_TRUE(query(*world.list) == expected);
+               EXPECT_EQ(world.Snapshot(), untouched);
              });
   }
 
  private:
-  /// Runs everything once, because some objects are created once and kept.
+  /// Runs everything once, so that objects that exist until the program ends are not reported as
+  /// leaks.
   void WarmUp(const Operation& operation, const Check& check) const {
     World checked = MakeWorld();
     check(checked);
@@ -98,9 +99,10 @@ class MemoryTest : public FaultTest {
     operation(operated);
   }
 
-  /// Returns whether there was an n-th allocation.
-  bool FailOneAndCount(std::size_t n, FailureExtent extent, const Operation& operation,
-                       const Check& check) const {
+  /// Makes the n-th allocation fail and expects that no memory leaks. Returns whether there was an
+  /// n-th allocation.
+  bool FailOneWithoutLeak(std::size_t n, FailureExtent extent, const Operation& operation,
+                          const Check& check) const {
     SCOPED_TRACE(testing::Message()
                  << "allocation " << n << (extent == FailureExtent::kOne ? "" : " and all after"));
     const std::ptrdiff_t before = LiveAllocations();
@@ -121,24 +123,24 @@ class MemoryTest : public FaultTest {
   }
 };
 
-TEST_F(MemoryTest, ConstructionFromData) {
+TEST_F(MemoryTest, ConstructionCanBeRepeated) {
   const std::string text = LoadedData();
-  const std::string expected = MakeWorld().Look();
+  const std::string expected = MakeWorld().Snapshot();
   FailEach(
       [&](World& world) { FeatureListData list(text, world.store.Getter(), world.store.Setter()); },
       [&](World& world) {
         world.list =
             std::make_unique<FeatureListData>(text, world.store.Getter(), world.store.Setter());
-        EXPECT_EQ(world.Look(), expected);
+        EXPECT_EQ(world.Snapshot(), expected);
       });
 }
 
-TEST_F(MemoryTest, GetWhatsNew) {
+TEST_F(MemoryTest, GetWhatsNewCanBeRepeated) {
   const std::string text = LoadedData();
-  const UTF16String path = u"a path that is too long to be held without an allocation";
+  const UTF16String path = u"a path that is too long for the small-string optimization";
   ornui::utility::MemoryResourceManager resources;
   resources.Add(path, u"csv", {text.begin(), text.end()});
-  const std::string expected = MakeWorld().Look();
+  const std::string expected = MakeWorld().Snapshot();
   FailEach(
       [&](World& world) {
         GetWhatsNew(path, &resources, world.store.Getter(), world.store.Setter());
@@ -147,11 +149,11 @@ TEST_F(MemoryTest, GetWhatsNew) {
         const auto list = GetWhatsNew(path, &resources, world.store.Getter(), world.store.Setter());
         world.list->InitWithData(text);
         EXPECT_EQ(list->GetOrderedFeatureKeys(), world.list->GetOrderedFeatureKeys());
-        EXPECT_EQ(world.Look(), expected);
+        EXPECT_EQ(world.Snapshot(), expected);
       });
 }
 
-TEST_F(MemoryTest, GetWhatsNewFromAFolder) {
+TEST_F(MemoryTest, GetWhatsNewFromAFolderCanBeRepeated) {
   const test_support::TemporaryFolder folder;
   folder.Write("a data file whose name is long.csv", LoadedData());
   const ornui::utility::FolderResourceManager resources(folder.Path());
@@ -165,7 +167,7 @@ TEST_F(MemoryTest, GetWhatsNewFromAFolder) {
            });
 }
 
-TEST_F(MemoryTest, ConstructionWithTheStateInTheDebugDatabase) {
+TEST_F(MemoryTest, ConstructionWithStateInTheDebugDatabaseCanBeRepeated) {
   const std::string text = LoadedData();
   FailEach([&](World&) { FeatureListData list(text, {}, {}); },
            [&](World& world) {
@@ -174,16 +176,16 @@ TEST_F(MemoryTest, ConstructionWithTheStateInTheDebugDatabase) {
            });
 }
 
-TEST_F(MemoryTest, InitWithDataOfALiveList) {
+TEST_F(MemoryTest, InitWithDataSucceedsOrChangesNothing) {
   const std::string text = LaterData();
   ExpectAllOrNothing([&](World& world) { world.list->InitWithData(text); });
 }
 
-TEST_F(MemoryTest, RefreshOfTheSeenState) {
+TEST_F(MemoryTest, RefreshSucceedsOrChangesNothing) {
   ExpectAllOrNothing([](World& world) { world.list->RefreshInternalSeenState(); });
 }
 
-TEST_F(MemoryTest, CreatingASection) {
+TEST_F(MemoryTest, CreatingASectionSucceedsOrChangesNothing) {
   ExpectAllOrNothing([](World& world) {
     world.list->EnsureSpecialCaseItemExists("A section of the host, with a long key",
                                             u"A section of the host, with a long name",
@@ -191,15 +193,15 @@ TEST_F(MemoryTest, CreatingASection) {
   });
 }
 
-TEST_F(MemoryTest, InsertingAnItem) {
+TEST_F(MemoryTest, InsertingAnItemSucceedsOrChangesNothing) {
   ExpectAllOrNothing([](World& world) {
     world.list->InsertFeatureListItem(std::make_shared<FeatureListItem>(
         "An item of the host, with a long key", "feature.export.for.everybody",
-        "A name of the host's own, and a long one", "", FeatureListItem::Visibility::kPublic));
+        "An item of the host, with a long name", "", FeatureListItem::Visibility::kPublic));
   });
 }
 
-TEST_F(MemoryTest, AddingAChangeToAnItem) {
+TEST_F(MemoryTest, AddingAChangeToAnItemSucceedsOrChangesNothing) {
   const auto change = test_support::MakeDetail({.version = "25.3",
                                                 .salience = "HideBetaFeatureFromExternal",
                                                 .url = "https://help.tarsa.example/added",
@@ -214,7 +216,7 @@ TEST_F(MemoryTest, AddingAChangeToAnItem) {
   }
 }
 
-TEST_F(MemoryTest, AChangeThatCouldNotBeAddedIsNotMarked) {
+TEST_F(MemoryTest, AChangeThatWasNotAddedIsNotMarked) {
   const auto change = test_support::MakeDetail({.url = "https://help.tarsa.example/added"});
   FailEach(
       [&](World& world) {
@@ -224,53 +226,55 @@ TEST_F(MemoryTest, AChangeThatCouldNotBeAddedIsNotMarked) {
       [&](World&) { EXPECT_FALSE(change->HasDuplicateURL()); });
 }
 
-TEST_F(MemoryTest, BubblingTheUnlockedItems) {
+TEST_F(MemoryTest, BubblingUnlockedItemsSucceedsOrChangesNothing) {
   ExpectAllOrNothing([](World& world) { world.list->BubbleUnlockedItemsToTheTop(); });
 }
 
-TEST_F(MemoryTest, ParsingWithoutClearing) {
-  // A failed parse may have added some of its changes; a reload removes them.
+TEST_F(MemoryTest, AReloadRepairsAFailedParse) {
+  // A failed parse may have added some of its changes. A reload must remove them.
   const std::string text = LaterData();
   World other = MakeWorld();
   other.list->InitWithData(text);
-  const std::string expected = other.Aftermath();
+  const std::string expected = other.SnapshotsWhileUsed();
   const auto reload = [&](World& world) {
     world.list->InitWithData(text);
-    EXPECT_EQ(world.Aftermath(), expected);
+    EXPECT_EQ(world.SnapshotsWhileUsed(), expected);
   };
   FailEach([&](World& world) { world.list->ParseWhatsNewData(text); }, reload);
   FailEach([&](World& world) { world.list->ParseBetaFeatures(); }, reload);
 }
 
-TEST_F(MemoryTest, IsAnythingNewWithEveryOption) {
+TEST_F(MemoryTest, IsAnythingNewCanBeRepeatedWithAllOptions) {
   for (unsigned bits = 0; bits < 32; ++bits) {
     SCOPED_TRACE(bits);
     const DisplayOptions options(static_cast<unsigned char>(bits));
-    ExpectAnswerOrNothing([&](const FeatureListData& list) { return list.IsAnythingNew(options); });
+    ExpectQueryCanBeRepeated(
+        [&](const FeatureListData& list) { return list.IsAnythingNew(options); });
   }
 }
 
-TEST_F(MemoryTest, IsAnythingNeedingRating) {
-  ExpectAnswerOrNothing([](const FeatureListData& list) { return list.IsAnythingNeedingRating(); });
+TEST_F(MemoryTest, IsAnythingNeedingRatingCanBeRepeated) {
+  ExpectQueryCanBeRepeated(
+      [](const FeatureListData& list) { return list.IsAnythingNeedingRating(); });
 }
 
-TEST_F(MemoryTest, TheNewSeenState) {
-  ExpectAnswerOrNothing([](const FeatureListData& list) { return list.GetNewSeenState(); });
+TEST_F(MemoryTest, GetNewSeenStateCanBeRepeated) {
+  ExpectQueryCanBeRepeated([](const FeatureListData& list) { return list.GetNewSeenState(); });
 }
 
-TEST_F(MemoryTest, Localizing) {
-  ExpectAnswerOrNothing([](const FeatureListData& list) {
+TEST_F(MemoryTest, LocalizingCanBeRepeated) {
+  ExpectQueryCanBeRepeated([](const FeatureListData& list) {
     return list.LocalizeIfNecessary("$$$/ornwhatsnew/Feature/Translated=x") +
-           list.LocalizeIfNecessary("no key, but longer than what fits into a string");
+           list.LocalizeIfNecessary("no key, but too long for the small-string optimization");
   });
 }
 
-TEST_F(MemoryTest, CapturingAStyle) {
-  const UTF16String text = u"a text before";
+TEST_F(MemoryTest, CapturingAStyleCanBeRepeated) {
+  const UTF16String text = u"the text so far";
   const UTF16String url = u"https://help.tarsa.example/export";
-  ExpectAnswerOrNothing([&](const FeatureListData& list) {
+  ExpectQueryCanBeRepeated([&](const FeatureListData& list) {
     StyleRunMap runs;
-    for (int i = 0; i < 3; ++i) list.CaptureStyle(kStyleHotSpot, text, u"piece", 1, -1, url, runs);
+    for (int i = 0; i < 3; ++i) list.CaptureStyle(kStyleHotSpot, text, u"link", 1, -1, url, runs);
     return runs;
   });
 }
@@ -303,7 +307,7 @@ TEST_F(MemoryTest, AFailedCaptureKeepsTheEarlierRuns) {
   EXPECT_EQ(mostKept, 2U) << "the third call must fail after two runs";
 }
 
-/// The arguments of a display call.
+/// Arguments of a display call.
 struct Panel {
   DisplayOptions options;
   bool hasRatingMap;
@@ -311,7 +315,7 @@ struct Panel {
 
 class MemoryOfPanelTest : public MemoryTest, public testing::WithParamInterface<Panel> {};
 
-TEST_P(MemoryOfPanelTest, IsShownAndWrittenOrShownAgain) {
+TEST_P(MemoryOfPanelTest, DisplaySucceedsOrCanBeRepeated) {
   const UTF16String placeholder = u"	A placeholder for the rating control";
   ExpectAllOrNothing([&](World& world) {
     StyleRunMap runs;
@@ -331,7 +335,7 @@ INSTANTIATE_TEST_SUITE_P(
              (panel.param.hasRatingMap ? "WithRatingMap" : "WithoutRatingMap");
     });
 
-TEST_F(MemoryTest, ARatingIsWrittenOrCanBeRepeated) {
+TEST_F(MemoryTest, ARatingSucceedsOrCanBeRepeated) {
   ExpectAllOrNothing([](World& world) { world.list->MarkItemHasBeenRated("EPIC-7"); });
 }
 

@@ -1,4 +1,4 @@
-// Resource managers that throw, that return garbage, and that return megabytes.
+// Tests with resource managers that throw, return random bytes, or return megabytes.
 #include <functional>
 #include <memory>
 #include <string>
@@ -23,19 +23,19 @@ using test_support::InjectedFailure;
 
 using Bytes = std::vector<unsigned char>;
 
-// Sanitizers are slow, and they find errors in small texts, too.
+// Sanitizers slow the tests down, and smaller texts are enough for them to find errors.
 #if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
 constexpr std::size_t kLarge = std::size_t{4} << 20;
 #else
 constexpr std::size_t kLarge = std::size_t{64} << 20;
 #endif
-// With quadratic work, a test of this size would not end.
+// A parser with quadratic run time would not finish at this size.
 constexpr std::size_t kLargeOfEachByte = kLarge / 8;
 
-/// Returns whatever the test supplies.
-class StrangeResources : public ornui::utility::ResourceManager {
+/// A resource manager that calls a function of the test.
+class StubResources : public ornui::utility::ResourceManager {
  public:
-  explicit StrangeResources(std::function<bool(Bytes&)> load) : load_(std::move(load)) {}
+  explicit StubResources(std::function<bool(Bytes&)> load) : load_(std::move(load)) {}
   bool LoadResource(const UTF16String&, const UTF16String&, Bytes& bytes) const override {
     return load_(bytes);
   }
@@ -47,7 +47,7 @@ class StrangeResources : public ornui::utility::ResourceManager {
 class ResourceTest : public FaultTest {
  protected:
   std::shared_ptr<FeatureListData> Load(const std::function<bool(Bytes&)>& load) {
-    const StrangeResources resources(load);
+    const StubResources resources(load);
     return GetWhatsNew(u"data.csv", &resources, host_.Getter(), host_.Setter());
   }
 
@@ -59,17 +59,17 @@ class ResourceTest : public FaultTest {
   }
 };
 
-TEST_F(ResourceTest, WhatAManagerThrowsComesOut) {
+TEST_F(ResourceTest, PropagatesExceptionsOfTheResourceManager) {
   EXPECT_THROW(Load([](Bytes&) -> bool { throw InjectedFailure("resource"); }), InjectedFailure);
   EXPECT_THROW(Load([](Bytes& bytes) -> bool {
                  bytes.assign(1000, 'x');
                  throw 25;
                }),
                int);
-  EXPECT_EQ(host_.State().TakeWrites().size(), 3U) << "those of the fixture's own display alone";
+  EXPECT_EQ(host_.State().TakeWrites().size(), 3U) << "only the fixture may have written the state";
 }
 
-TEST_F(ResourceTest, TheResultOfLoadResourceDoesNotMatter) {
+TEST_F(ResourceTest, UsesTheBytesEvenIfLoadResourceReturnsFalse) {
   const std::string text = LoadedData();
   const auto list = Load([&text](Bytes& bytes) {
     bytes.assign(text.begin(), text.end());
@@ -81,13 +81,13 @@ TEST_F(ResourceTest, TheResultOfLoadResourceDoesNotMatter) {
       0U);
 }
 
-TEST_F(ResourceTest, GarbageGivesAListThatCanBeUsed) {
+TEST_F(ResourceTest, LoadsAUsableListFromRandomText) {
   constexpr std::uint64_t kSeed = 20'252;
   SCOPED_TRACE(testing::Message() << "seed " << kSeed);
   test_support::RandomSource random(kSeed);
   for (int round = 0; round < 300; ++round) {
     std::string text = random.Flip() ? LoadedData() : std::string();
-    for (int piece = 0; piece < 10; ++piece) {
+    for (int insertion = 0; insertion < 10; ++insertion) {
       text.insert(random.Below(text.size() + 1), random.HostileText(40));
     }
     const auto list = LoadText(text);
@@ -97,7 +97,7 @@ TEST_F(ResourceTest, GarbageGivesAListThatCanBeUsed) {
   }
 }
 
-TEST_F(ResourceTest, MegabytesOfOneByteAreNoChanges) {
+TEST_F(ResourceTest, FindsNoChangesInMegabytesOfOneByte) {
   const std::string expected = Format(*LoadText("")).text;
   for (const char byte : {'x', ',', '"', '\n', '\r', '\0', '\\', '\xFF', '\xC3'}) {
     SCOPED_TRACE(static_cast<int>(byte));
@@ -107,7 +107,7 @@ TEST_F(ResourceTest, MegabytesOfOneByteAreNoChanges) {
   }
 }
 
-TEST_F(ResourceTest, AChangeOfMegabytesIsShown) {
+TEST_F(ResourceTest, ShowsAChangeOfMegabytes) {
   const std::string description(kLarge, 'x');
   const auto list =
       LoadText(test_support::DataFileText({{.groupingID = "EPIC-7", .description = description}}));
@@ -117,7 +117,7 @@ TEST_F(ResourceTest, AChangeOfMegabytesIsShown) {
   list->InitWithData("");
 }
 
-TEST_F(ResourceTest, AChangeOfMegabytesOfInvalidUtf8IsShown) {
+TEST_F(ResourceTest, ShowsAChangeOfMegabytesOfIllFormedUTF8) {
   const std::string description(kLarge / 8, '\xFF');
   const auto list =
       LoadText(test_support::DataFileText({{.groupingID = "EPIC-7", .description = description}}));
