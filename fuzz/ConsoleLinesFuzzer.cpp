@@ -1,6 +1,6 @@
-// Entry point: lines of standard input for the console.
+// Entry point: the lines that the console reads from standard input.
 //
-// Input: the lines. `@data` stands for the path of a What's New data file.
+// Input: the lines. Each `@data` is replaced by the path of a data file.
 #include <cstddef>
 #include <cstdint>
 #include <string>
@@ -30,12 +30,12 @@ using orncore::console::UTF16OutputStream;
 using test_support::PlainSplit;
 using test_support::PlainUTF8to16;
 
-constexpr std::string_view kDataMark = "@data";
+constexpr std::string_view kDataPlaceholder = "@data";
 constexpr std::string_view kValidate = "ValidateWhatsNew";
 constexpr std::string_view kProbe = "probe";
 constexpr std::string_view kHelp = "help";
 
-// Observations during one run.
+// The calls of the probe command and of the log sink during one run.
 struct Observed {
   std::vector<std::u16string> probeArguments;
   std::size_t logged = 0;
@@ -46,8 +46,8 @@ Observed& Observations() {
   return observed;
 }
 
-// A command that records its argument and fails if it begins with an f. Its output begins with a
-// prefix, so that it is not mistaken for the output of another command.
+// Records its argument, and fails if the argument starts with 'f'. The prefix distinguishes its
+// output from the output of other commands.
 int Probe(const std::u16string& arguments, UTF16OutputStream& stream) {
   Observations().probeArguments.push_back(arguments);
   orncore::console::Write(stream, u"probe: " + arguments);
@@ -65,6 +65,8 @@ std::string MakeDataFile() {
   return folder.Write("whatsnew.csv", "a,b,c,d,e,f,g,h,i,j\n25.1,MISC,,,,,,,,Text\n").native();
 }
 
+// Returns the path of the data file. The first call also registers the probe command and the log
+// sink.
 const std::string& DataFile() {
   static const std::string path = [] {
     orncore::config::InitializeContexts(orncore::config::EInitializerContextFlags::kConsole);
@@ -78,15 +80,15 @@ const std::string& DataFile() {
 
 std::string WithDataFile(std::string_view lines) {
   std::string result;
-  for (std::size_t mark = lines.find(kDataMark); mark != std::string_view::npos;
-       mark = lines.find(kDataMark)) {
-    result += std::string(lines.substr(0, mark)) + DataFile();
-    lines.remove_prefix(mark + kDataMark.size());
+  for (std::size_t placeholder = lines.find(kDataPlaceholder);
+       placeholder != std::string_view::npos; placeholder = lines.find(kDataPlaceholder)) {
+    result += std::string(lines.substr(0, placeholder)) + DataFile();
+    lines.remove_prefix(placeholder + kDataPlaceholder.size());
   }
   return result + std::string(lines);
 }
 
-// The expected effects of the lines.
+// The effects that the lines must have.
 struct Expected {
   explicit Expected(const std::string& lines) {
     std::vector<std::string> all = PlainSplit(lines, '\n');
@@ -123,26 +125,26 @@ struct Expected {
   }
 };
 
-// Replaces standard input by a text during its lifetime.
-class TypedInput {
+// Redirects standard input to a string during its lifetime.
+class RedirectedInput {
  public:
-  explicit TypedInput(const std::string& text) : before_(dup(STDIN_FILENO)) {
-    const int file = memfd_create("typed", 0);
+  explicit RedirectedInput(const std::string& text) : original_(dup(STDIN_FILENO)) {
+    const int file = memfd_create("input", 0);
     Require(write(file, text.data(), text.size()) == static_cast<ssize_t>(text.size()),
-            "the input can be written");
+            "the input is written completely");
     lseek(file, 0, SEEK_SET);
     dup2(file, STDIN_FILENO);
     close(file);
   }
-  ~TypedInput() {
-    dup2(before_, STDIN_FILENO);
-    close(before_);
+  ~RedirectedInput() {
+    dup2(original_, STDIN_FILENO);
+    close(original_);
   }
-  TypedInput(const TypedInput&) = delete;
-  TypedInput& operator=(const TypedInput&) = delete;
+  RedirectedInput(const RedirectedInput&) = delete;
+  RedirectedInput& operator=(const RedirectedInput&) = delete;
 
  private:
-  int before_;
+  int original_;
 };
 
 std::size_t CountLines(std::string_view text, std::string_view beginning) {
@@ -157,15 +159,15 @@ void RequireReports(const Expected& expected, const OutputCapture& capture) {
   RequireHarmlessText(capture.Output());
   RequireHarmlessText(capture.Errors());
   RequireEqual(CountLines(capture.Errors(), "ornwhatsnew: "),
-               expected.unknown + Observations().logged, "every unknown command is reported");
+               expected.unknown + Observations().logged, "every unknown command is reported once");
   RequireEqual(CountLines(capture.Output(), kValidate), expected.usages,
-               "every help and every validation without a file prints the usage line once");
+               "each help command and each validation without a file prints the usage once");
   RequireEqual(CountLines(capture.Output(), "probe: "), expected.probeArguments.size(),
-               "every probe prints its line once");
+               "each probe prints its line once");
   const std::size_t validated = CountLines(capture.Output(), "Reading What's New file at \"") +
                                 CountLines(capture.Output(), "Failed to read What's New file");
   RequireEqual(validated + Observations().logged, expected.validations,
-               "every validation reports its result once");
+               "each validation reports its result once");
 }
 
 void Run(std::string_view input) {
@@ -174,7 +176,7 @@ void Run(std::string_view input) {
   DataFile();
   Observations() = {};
 
-  const TypedInput typed(lines);
+  const RedirectedInput redirected(lines);
   OutputCapture capture;
   const ExitStatus status = hosts::console::Run(hosts::console::ConsoleArguments{});
   capture.Stop();

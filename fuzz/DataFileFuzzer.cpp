@@ -1,4 +1,4 @@
-// Entry point: the data file, through a complete list and its panel.
+// Entry point: the data file, from its rows to the complete list and its panel.
 //
 // Input: a line of switches (see World.h), then the data file.
 #include <algorithm>
@@ -34,48 +34,50 @@ constexpr unsigned kRatingView = 0x10;
 
 using Values = std::array<std::string, ornwhatsnew::kDataColumnCount>;
 
-void RequireFieldPlaces(const DataRow& row) {
-  const std::size_t places = std::min(row.fieldCount, row.fieldOffsets.size());
-  for (std::size_t i = 0; i < places; ++i) {
+void RequireFieldOffsets(const DataRow& row) {
+  const std::size_t count = std::min(row.fieldCount, row.fieldOffsets.size());
+  for (std::size_t i = 0; i < count; ++i) {
     const std::size_t offset = row.fieldOffsets[i];
-    const bool isBehindComma = i > 0 && offset > row.fieldOffsets[i - 1] &&
-                               offset <= row.text.size() && row.text[offset - 1] == ',';
-    Require(i == 0 ? offset == 0 : isBehindComma, "a field begins behind its comma");
+    const bool isAfterComma = i > 0 && offset > row.fieldOffsets[i - 1] &&
+                              offset <= row.text.size() && row.text[offset - 1] == ',';
+    Require(i == 0 ? offset == 0 : isAfterComma, "each field starts after its comma");
   }
 }
 
 void RequireSameRow(const DataRow& row, const std::string& text, Values& values) {
-  RequireEqual(std::string(row.text), text, "a row is cut as Boost alone cuts it");
+  RequireEqual(std::string(row.text), text, "a row equals the row that Boost splits");
   const std::vector<std::string> fields = PlainFields(text);
-  RequireEqual(row.fieldCount, fields.size(), "a row has as many fields as Boost alone finds");
+  RequireEqual(row.fieldCount, fields.size(), "a row has as many fields as with Boost");
   std::copy_n(fields.begin(), std::min(fields.size(), values.size()), values.begin());
   if (row.kind == DataRowKind::kHeader && values[0].starts_with("\xEF\xBB\xBF")) {
     values[0].erase(0, 3);
   }
   for (std::size_t i = 0; i < values.size(); ++i) {
-    RequireEqual(std::string(row.values[i]), values[i], "a value is what Boost alone cuts out");
+    RequireEqual(std::string(row.values[i]), values[i],
+                 "a value equals the field that Boost splits");
   }
-  RequireFieldPlaces(row);
+  RequireFieldOffsets(row);
 }
 
-// Returns the number of change rows.
-std::size_t RequireCutLikeBoost(std::string_view text) {
+// Compares all rows with Boost's. Returns the number of change rows.
+std::size_t RequireRowsEqualBoost(std::string_view text) {
   DataFileReader reader(text);
   Values values;
   std::size_t lines = 0;
   std::size_t changes = 0;
   for (const std::string& expected : PlainCut(std::string(text), "\n", "")) {
     const DataRow* const row = reader.Next();
-    Require(row != nullptr, "no row is left out");
+    Require(row != nullptr, "no row is missing");
     RequireEqual(row->lineNumber, ++lines, "rows are numbered from 1");
     RequireSameRow(*row, expected, values);
     if (row->kind == DataRowKind::kChange) ++changes;
   }
-  Require(reader.Next() == nullptr, "no row is made up");
+  Require(reader.Next() == nullptr, "there is no extra row");
   return changes;
 }
 
-// Makes one display call. `seen` was stored when the lists were loaded.
+// Displays both lists and checks the panel. `seen` contains the identities that were stored when
+// the lists were loaded.
 PanelOutcome Display(ListPair& lists, unsigned options, const GuidSet& seen) {
   PanelOutcome panel = lists.Display(options);
   RequireWrittenOnce(lists.List(), options, seen, panel);
@@ -89,19 +91,20 @@ void RequireRemembered(ListPair& lists, const std::string& text, unsigned option
   Display(lists, options & ~kRatingView, seen);
   lists.Load(text);
   const unsigned onlyNew = (options & ~kRatingView) | kOnlyNew;
-  Require(!lists.IsAnythingNew(onlyNew), "nothing is new that was displayed before a reload");
+  Require(!lists.IsAnythingNew(onlyNew), "displayed changes are not new after a reload");
   RequireNoFeatureWritten(Display(lists, onlyNew, StoredIdentities(lists.Stored())));
 
   for (const std::string& key : lists.List().GetOrderedFeatureKeys()) lists.Rate(key);
-  Require(!lists.IsAnythingNeedingRating(), "nothing needs rating when all is rated");
+  Require(!lists.IsAnythingNeedingRating(), "rated features need no rating");
   lists.Load(text);
-  Require(!lists.IsAnythingNeedingRating(), "nothing needs rating when all was rated");
+  Require(!lists.IsAnythingNeedingRating(), "rated features need no rating after a reload");
 }
 
 void Run(Input input) {
-  const std::string_view switches = input.TakeLine();
-  // The reader gets the bytes without a copy, so that a sanitizer finds a read past their end.
-  const std::size_t changeRows = RequireCutLikeBoost(input.Rest());
+  const std::string_view switches = input.ReadLine();
+  // The reader receives the fuzzer's buffer, not a copy, so that AddressSanitizer detects reads
+  // past its end.
+  const std::size_t changeRows = RequireRowsEqualBoost(input.Rest());
   const std::string text(input.Rest());
 
   World world(switches);

@@ -42,7 +42,7 @@ constexpr char kDataText[] =
 
 void RequireErrorText(std::string_view message) {
   Require(message.starts_with("host.json: "), "an error names its source");
-  Require(orncore::string::IsWellFormedUTF8(message), "an error is well-formed");
+  Require(orncore::string::IsWellFormedUTF8(message), "an error is well-formed UTF-8");
   const std::u16string text = test_support::PlainUTF8to16(message);
   Require(std::ranges::none_of(text, [](char16_t c) { return u_charType(c) == U_CONTROL_CHAR; }),
           "an error is one line without control characters");
@@ -83,7 +83,7 @@ json HostJson(const HostDescription& host) {
           {"dictionary", host.dictionary}};
 }
 
-// A JSON value without duplicate members, or a discarded value.
+// Parses JSON. Returns a discarded value if the text is invalid or an object has duplicate members.
 json ParseStrictly(std::string_view text) {
   std::vector<std::set<std::string>> open;
   bool isUnique = true;
@@ -120,7 +120,7 @@ bool HasOnly(const json& value, const std::map<std::string, KindCheck>& members)
   return true;
 }
 
-// The rules of the format, written a second time.
+// A second implementation of the format's rules.
 bool IsValid(const json& value) {
   const KindCheck isText = [](const json& text) { return text.is_string(); };
   const KindCheck isBoolean = [](const json& boolean) { return boolean.is_boolean(); };
@@ -160,12 +160,12 @@ void RequireSubset(const json& written, const json& read) {
 
 void RequireRoundTrip(const HostDescription& host) {
   const json written = HostJson(host);
-  const std::optional<HostDescription> again = Parse(written.dump());
-  Require(again.has_value(), "a description can be written and read again");
-  Require(HostJson(*again) == written, "a description stays the same when it is written and read");
+  const std::optional<HostDescription> reread = Parse(written.dump());
+  Require(reread.has_value(), "a written description can be read");
+  Require(HostJson(*reread) == written, "writing and reading a description does not change it");
 }
 
-void RequireListInside(const HostDescription& host) {
+void RequireEqualLists(const HostDescription& host) {
   hosts::common::InstallHost(host);
   test_support::FakeStateStore state;
   test_support::PlainPanel::Texts store;
@@ -185,11 +185,12 @@ void RequireListInside(const HostDescription& host) {
 void Run(std::string_view text) {
   const std::optional<HostDescription> host = Parse(text);
   const json written = ParseStrictly(text);
-  RequireEqual(host.has_value(), IsValid(written), "exactly the valid descriptions are accepted");
+  RequireEqual(host.has_value(), IsValid(written),
+               "valid descriptions are accepted, others are rejected");
   if (!host) return;
   RequireSubset(written, HostJson(*host));
   RequireRoundTrip(*host);
-  RequireListInside(*host);
+  RequireEqualLists(*host);
 }
 
 }  // namespace

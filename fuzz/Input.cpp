@@ -4,15 +4,15 @@
 
 namespace fuzz {
 
-std::vector<std::string_view> Input::TakeParts() {
+std::vector<std::string_view> Input::ReadParts() {
   std::vector<std::string_view> parts;
   do {
-    parts.push_back(TakePart());
+    parts.push_back(ReadPart());
   } while (!rest_.empty());
   return parts;
 }
 
-std::string_view Input::TakeUntil(char end) {
+std::string_view Input::ReadUntil(char end) {
   const std::string_view taken = rest_.substr(0, rest_.find(end));
   rest_.remove_prefix(std::min(taken.size() + 1, rest_.size()));
   return taken;

@@ -1,7 +1,7 @@
-// Splits the bytes of one execution into parts, from the front.
+// Splits the input of one execution into parts.
 //
-// Inputs are readable: a line of switches, then parts that are separated by the byte FF, which no
-// UTF-8 text contains. Any other byte can be part of ill-formed text.
+// Most inputs are a line of switches, then parts that are separated by the byte FF. UTF-8 never
+// contains this byte. All other bytes may occur in a part, so a part may be ill-formed.
 #ifndef FUZZ_INPUT_H_
 #define FUZZ_INPUT_H_
 
@@ -12,29 +12,33 @@
 
 namespace fuzz {
 
-/// Views the bytes, which must outlive it.
+/// Reads the parts of an input in order. Does not copy the bytes, which must outlive this object.
 class Input {
  public:
   Input(const std::uint8_t* data, std::size_t size)
       : rest_(reinterpret_cast<const char*>(data), size) {}
 
-  /// Removes and returns the text up to the next line feed, without it; the rest if there is none.
-  std::string_view TakeLine() { return TakeUntil('\n'); }
-  /// Removes and returns the text up to the next byte FF, without it; the rest if there is none.
-  std::string_view TakePart() { return TakeUntil('\xFF'); }
-  /// Returns all remaining parts, at least one.
-  std::vector<std::string_view> TakeParts();
+  /// Removes and returns the text before the next line feed, or the rest if there is none. Also
+  /// removes the line feed.
+  std::string_view ReadLine() { return ReadUntil('\n'); }
+  /// Removes and returns the text before the next byte FF, or the rest if there is none. Also
+  /// removes the byte FF.
+  std::string_view ReadPart() { return ReadUntil('\xFF'); }
+  /// Removes and returns all remaining parts, at least one, which may be empty.
+  std::vector<std::string_view> ReadParts();
 
+  /// Returns the bytes that have not been read yet.
   std::string_view Rest() const { return rest_; }
 
  private:
-  std::string_view TakeUntil(char end);
+  std::string_view ReadUntil(char end);
 
   std::string_view rest_;
 };
 
-/// Returns the n-th switch of a line, or 0 if the line is shorter. A switch is a byte of flags; `@`
-/// (40 hex) has none of the lower five bits, letters and digits have the others.
+/// Returns switch `n` of a line, counted from 0, or 0 if the line is shorter. A switch is one byte
+/// whose bits are flags. In readable inputs, `@` (0x40) sets none of the lower five bits, and `A`
+/// to `Z` set the bits of 1 to 26.
 inline unsigned Switch(std::string_view line, std::size_t n) {
   return n < line.size() ? static_cast<unsigned char>(line[n]) : 0U;
 }

@@ -24,7 +24,8 @@ PanelOutcome ListPair::Display(unsigned options) {
       FormatWithLibrary(list_, world_.Host().State(), options, world_.Placeholder());
   RequireEqual(outcome, plain_.Format(options, world_.Placeholder()),
                "the panel equals the plain panel");
-  Require(world_.Host().State().AllTexts() == store_, "the stored texts equal the plain ones");
+  Require(world_.Host().State().AllTexts() == store_,
+          "the state equals the state of the plain list");
   return outcome;
 }
 
@@ -35,9 +36,9 @@ bool ListPair::IsAnythingNew(unsigned options) const {
 }
 
 bool ListPair::IsAnythingNeedingRating() const {
-  constexpr unsigned kRatingQuestion = 0x16;
+  constexpr unsigned kRatingOptions = 0x16;
   const bool needsRating = list_.IsAnythingNeedingRating();
-  RequireEqual(needsRating, plain_.IsAnythingNew(kRatingQuestion),
+  RequireEqual(needsRating, plain_.IsAnythingNew(kRatingOptions),
                "something needs rating in both lists or in none");
   return needsRating;
 }
@@ -45,7 +46,8 @@ bool ListPair::IsAnythingNeedingRating() const {
 void ListPair::Rate(const std::string& key) {
   list_.MarkItemHasBeenRated(key);
   plain_.MarkItemHasBeenRated(key);
-  Require(world_.Host().State().AllTexts() == store_, "a rating stores what the plain one stores");
+  Require(world_.Host().State().AllTexts() == store_,
+          "a rating stores the same state as in the plain list");
 }
 
 }  // namespace fuzz

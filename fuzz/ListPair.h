@@ -1,5 +1,5 @@
-// The library's list and the plain list over stores with equal content. Every call is made on both,
-// and the results must be equal.
+// Makes each call on a list of the library and on a list of the plain implementation, and requires
+// equal results.
 #ifndef FUZZ_LISTPAIR_H_
 #define FUZZ_LISTPAIR_H_
 
@@ -12,20 +12,22 @@
 
 namespace fuzz {
 
-/// Copies the state of the world, which must outlive the pair.
+/// The plain list starts with a copy of the world's state. The world must outlive this object.
 class ListPair {
  public:
   explicit ListPair(World& world);
 
+  /// Loads the data file into both lists and requires equal content.
   void Load(const std::string& dataText);
-  /// Formats both lists with these option bits and compares the results.
+  /// Displays both lists with these option bits, requires equal panels and states, and returns the
+  /// panel.
   test_support::PanelOutcome Display(unsigned options);
   bool IsAnythingNew(unsigned options) const;
   bool IsAnythingNeedingRating() const;
   void Rate(const std::string& key);
 
   const ornwhatsnew::FeatureListData& List() const { return list_; }
-  /// Returns the texts that both have stored.
+  /// Returns the state, which is the same for both lists.
   const test_support::PlainPanel::Texts& Stored() const { return store_; }
 
  private:

@@ -1,7 +1,7 @@
-// Entry point: the texts of translators and authors, through the localizer and the panel.
+// Entry point: the texts of translators and authors, from the localizer to the panel.
 //
-// Input: a line of switches (see World.h; one more: the number of the display template that is
-// translated), then a key text, a dictionary text, and arguments.
+// Input: a line of switches, then parts: a key text, its translation, and arguments. The switches
+// are those of World.h and one more, the number of the template that is translated.
 #include <array>
 #include <cstddef>
 #include <cstdint>
@@ -50,7 +50,7 @@ constexpr std::array kTemplates = {
     "$$$/ornwhatsnew/SectionKey/BugFixes",
 };
 
-// The markup at an offset, and its length in units.
+// Replaces the markup of a text, one sequence at a time. `#{comment}` ends the text.
 std::u16string PlainExpand(std::u16string_view text) {
   static const std::map<std::u16string_view, char16_t> kMarks = {
       {u"#{endl}", 0x0A}, {u"#{tab}", 0x09}, {u"#{mdash}", 0x2014}, {u"#{ndash}", 0x2013},
@@ -58,15 +58,15 @@ std::u16string PlainExpand(std::u16string_view text) {
       {u"^]", 0x201D},    {u"^^", 0x5E}};
   std::u16string expanded;
   while (!text.empty() && !text.starts_with(u"#{comment}")) {
-    std::size_t taken = 1;
-    char16_t shown = text.front();
+    std::size_t length = 1;
+    char16_t replacement = text.front();
     for (const auto& [mark, character] : kMarks) {
       if (!text.starts_with(mark)) continue;
-      taken = mark.size();
-      shown = character;
+      length = mark.size();
+      replacement = character;
     }
-    expanded += shown;
-    text.remove_prefix(taken);
+    expanded += replacement;
+    text.remove_prefix(length);
   }
   return expanded;
 }
@@ -97,15 +97,15 @@ void RequireLocalised(std::string_view keyText, std::string_view translation,
   Localizer& localizer = Localizer::Get();
   localizer.SetDictionary(nullptr);
   Require(localizer.ZString(keyText) == PlainZString(keyText),
-          "without a dictionary the default stands");
+          "without a dictionary the default text is returned");
 
   const std::string key(keyText.substr(0, keyText.find('=')));
   localizer.SetDictionary(
       std::make_shared<MapDictionary>(MapDictionary::Texts{{key, std::string(translation)}}));
   const std::u16string expected = PlainExpand(PlainUTF8to16(translation));
-  Require(localizer.ZString(keyText) == expected, "the dictionary's text stands");
+  Require(localizer.ZString(keyText) == expected, "the text of the dictionary is returned");
   Require(localizer.ZString(keyText, arguments) == PlainFill(expected, arguments),
-          "arguments are filled in once");
+          "each argument is inserted once");
   localizer.SetDictionary(nullptr);
 }
 
@@ -122,11 +122,11 @@ std::string DataText(std::string_view message) {
 }
 
 void Run(Input input) {
-  const std::string_view switches = input.TakeLine();
-  const std::string_view keyText = input.TakePart();
-  const std::string_view translation = input.TakePart();
+  const std::string_view switches = input.ReadLine();
+  const std::string_view keyText = input.ReadPart();
+  const std::string_view translation = input.ReadPart();
   std::vector<std::u16string> arguments;
-  for (const std::string_view part : input.TakeParts()) arguments.push_back(PlainUTF8to16(part));
+  for (const std::string_view part : input.ReadParts()) arguments.push_back(PlainUTF8to16(part));
   RequireLocalised(keyText, translation, arguments);
 
   World world(switches);

@@ -23,13 +23,14 @@ namespace fuzz {
 namespace {
 
 int Checked(int result) {
-  if (result < 0) throw std::system_error(errno, std::generic_category(), "capturing output");
+  if (result < 0)
+    throw std::system_error(errno, std::generic_category(), "cannot capture the output");
   return result;
 }
 
 void SendReportsTo([[maybe_unused]] int descriptor) {
 #if defined(FUZZ_HAS_REPORT_FD)
-  // The interface of the sanitizers takes the descriptor as a pointer.
+  // The sanitizers' function expects the file descriptor as a pointer.
   __sanitizer_set_report_fd(reinterpret_cast<void*>(static_cast<std::intptr_t>(descriptor)));
 #endif
 }
@@ -44,13 +45,13 @@ std::string ReadAll(int descriptor) {
 }  // namespace
 
 OutputCapture::OutputCapture()
-    : realOutput_(Checked(::dup(STDOUT_FILENO))),
-      realErrors_(Checked(::dup(STDERR_FILENO))),
-      caughtOutput_(Checked(::memfd_create("output", 0))),
-      caughtErrors_(Checked(::memfd_create("errors", 0))) {
-  SendReportsTo(realErrors_);
-  Checked(::dup2(caughtOutput_, STDOUT_FILENO));
-  Checked(::dup2(caughtErrors_, STDERR_FILENO));
+    : originalOutput_(Checked(::dup(STDOUT_FILENO))),
+      originalErrors_(Checked(::dup(STDERR_FILENO))),
+      capturedOutput_(Checked(::memfd_create("output", 0))),
+      capturedErrors_(Checked(::memfd_create("errors", 0))) {
+  SendReportsTo(originalErrors_);
+  Checked(::dup2(capturedOutput_, STDOUT_FILENO));
+  Checked(::dup2(capturedErrors_, STDERR_FILENO));
 }
 
 OutputCapture::~OutputCapture() {
@@ -58,14 +59,15 @@ OutputCapture::~OutputCapture() {
 }
 
 void OutputCapture::Stop() {
-  if (!isCatching_) return;
-  isCatching_ = false;
-  Checked(::dup2(realOutput_, STDOUT_FILENO));
-  Checked(::dup2(realErrors_, STDERR_FILENO));
+  if (!isCapturing_) return;
+  isCapturing_ = false;
+  Checked(::dup2(originalOutput_, STDOUT_FILENO));
+  Checked(::dup2(originalErrors_, STDERR_FILENO));
   SendReportsTo(STDERR_FILENO);
-  output_ = ReadAll(caughtOutput_);
-  errors_ = ReadAll(caughtErrors_);
-  for (const int descriptor : {realOutput_, realErrors_, caughtOutput_, caughtErrors_}) {
+  output_ = ReadAll(capturedOutput_);
+  errors_ = ReadAll(capturedErrors_);
+  for (const int descriptor :
+       {originalOutput_, originalErrors_, capturedOutput_, capturedErrors_}) {
     ::close(descriptor);
   }
 }

@@ -1,4 +1,4 @@
-// Captures what the process writes to its standard output and standard error.
+// Captures the standard output and the standard error of the process.
 #ifndef FUZZ_OUTPUTCAPTURE_H_
 #define FUZZ_OUTPUTCAPTURE_H_
 
@@ -6,8 +6,9 @@
 
 namespace fuzz {
 
-/// Captures from construction until `Stop` or destruction. Reports of sanitizers still go to the
-/// real standard error. Only one object may exist.
+/// Captures from construction until `Stop` or destruction. Sanitizers still write their reports to
+/// the original standard error. Only one object may exist at a time. The constructor and `Stop`
+/// throw std::system_error if a stream cannot be redirected.
 class OutputCapture {
  public:
   OutputCapture();
@@ -15,19 +16,19 @@ class OutputCapture {
   OutputCapture(const OutputCapture&) = delete;
   OutputCapture& operator=(const OutputCapture&) = delete;
 
-  /// Restores both streams.
+  /// Restores both streams. Later calls do nothing.
   void Stop();
 
-  /// Returns the captured output. REQUIRES: stopped.
+  /// Return the captured standard output and standard error. REQUIRES: `Stop` was called.
   const std::string& Output() const { return output_; }
   const std::string& Errors() const { return errors_; }
 
  private:
-  int realOutput_;
-  int realErrors_;
-  int caughtOutput_;
-  int caughtErrors_;
-  bool isCatching_ = true;
+  int originalOutput_;
+  int originalErrors_;
+  int capturedOutput_;
+  int capturedErrors_;
+  bool isCapturing_ = true;
   std::string output_;
   std::string errors_;
 };

@@ -30,7 +30,7 @@ std::size_t CountRuns(const PanelOutcome& panel, StyleID style) {
   return found == panel.runs.end() ? 0 : found->second.size();
 }
 
-std::string_view TextUnder(const PlainPanel::Texts& texts, std::string_view key) {
+std::string_view FindText(const PlainPanel::Texts& texts, std::string_view key) {
   const auto found = texts.find(key);
   return found == texts.end() ? std::string_view() : std::string_view(found->second);
 }
@@ -40,18 +40,18 @@ VersionSet VersionsOf(const PanelOutcome& panel) {
   VersionSet versions;
   for (const auto& [key, text] : panel.writes) {
     if (key != kAllVersionsSeenKey) continue;
-    for (const std::string_view piece : SplitPersistedList(text)) versions.emplace(piece);
+    for (const std::string_view element : SplitPersistedList(text)) versions.emplace(element);
   }
   return versions;
 }
 
-// The runs of the titles of features and of the changes.
+// The expected numbers of runs for feature titles and for changes.
 struct RunCounts {
   std::size_t titles = 0;
   std::size_t changeTexts = 0;
 };
 
-// Queries the visibility of each record separately.
+// Counts the runs of a panel by querying the visibility of each item and change.
 RunCounts CountRunsOfShown(const FeatureListData& list, DisplayOptions options, const GuidSet& seen,
                            const VersionSet& versions) {
   RunCounts counts;
@@ -60,7 +60,7 @@ RunCounts CountRunsOfShown(const FeatureListData& list, DisplayOptions options, 
     ++counts.titles;
     for (const auto& change : item->GetAllChanges()) {
       if (!change->ShouldShowItemToUser(options, seen, versions)) continue;
-      // The bullet, the platform if there is one, and the text.
+      // One run each for the bullet, the platform if there is one, and the text.
       counts.changeTexts += change->HasUsablePlatform() ? 3U : 2U;
     }
   }
@@ -76,10 +76,10 @@ std::size_t CountChanges(const FeatureListData& list) {
 }
 
 void RequireRunInside(StyleID style, const ornwhatsnew::StyleRun& run, long long textBytes) {
-  const long long reach = style == StyleID::kStyleCommitLink ? 1 : 0;
+  const long long excess = style == StyleID::kStyleCommitLink ? 1 : 0;
   const auto [start, length] = run.first;
-  Require(start >= 0 && length >= 0, "no run begins before the text or has a negative length");
-  Require(0LL + start + length <= textBytes + reach, "no run reaches beyond the text");
+  Require(start >= 0 && length >= 0, "no run starts before the text or has a negative length");
+  Require(0LL + start + length <= textBytes + excess, "no run ends after the text");
 }
 
 }  // namespace
@@ -87,7 +87,7 @@ void RequireRunInside(StyleID style, const ornwhatsnew::StyleRun& run, long long
 void RequireKeysOnce(const FeatureListData& list) {
   const auto& order = list.GetOrderedFeatureKeys();
   const std::set<std::string> keys(order.begin(), order.end());
-  RequireEqual(order.size(), keys.size(), "every key stands once in the order");
+  RequireEqual(order.size(), keys.size(), "each key occurs once in the key order");
 }
 
 void RequireChangesOnce(const FeatureListData& list, std::size_t rows) {
@@ -96,14 +96,14 @@ void RequireChangesOnce(const FeatureListData& list, std::size_t rows) {
     if (item == nullptr) continue;
     for (const auto& change : item->GetAllChanges()) changes.insert(change.get());
   }
-  RequireEqual(CountChanges(list), changes.size(), "no change hangs on a list twice");
+  RequireEqual(CountChanges(list), changes.size(), "no change is in the list twice");
   Require(changes.size() <= rows, "there are no more changes than rows");
 }
 
 GuidSet StoredIdentities(const PlainPanel::Texts& stored) {
   GuidSet identities;
-  for (const std::string_view piece : SplitPersistedList(TextUnder(stored, kAllSeenItemsKey))) {
-    identities.emplace(piece);
+  for (const std::string_view element : SplitPersistedList(FindText(stored, kAllSeenItemsKey))) {
+    identities.emplace(element);
   }
   return identities;
 }
@@ -113,11 +113,11 @@ void RequireWrittenOnce(const FeatureListData& list, unsigned options, const Gui
   const RunCounts expected = CountRunsOfShown(
       list, DisplayOptions(static_cast<unsigned char>(options)), seen, VersionsOf(panel));
   RequireEqual(CountRuns(panel, StyleID::kStyleFeatureTitle), expected.titles,
-               "every feature that is shown is written once, and no other");
+               "each visible feature is written once, and no other");
   RequireEqual(CountRuns(panel, StyleID::kStyleChangeText), expected.changeTexts,
-               "every change that is shown is written once, and no other");
+               "each visible change is written once, and no other");
   RequireEqual(panel.ratingItems.size(), expected.titles,
-               "every feature written has a rating record");
+               "each written feature has a rating record");
 }
 
 void RequireRunsInside(const PanelOutcome& panel) {
@@ -126,7 +126,7 @@ void RequireRunsInside(const PanelOutcome& panel) {
     int lastStart = 0;
     for (const auto& run : runs) {
       RequireRunInside(style, run, textBytes);
-      Require(run.first.first >= lastStart, "the runs of a style stand in ascending order");
+      Require(run.first.first >= lastStart, "the runs of a style start in ascending order");
       lastStart = run.first.first;
     }
   }
@@ -135,7 +135,7 @@ void RequireRunsInside(const PanelOutcome& panel) {
 void RequireNoFeatureWritten(const PanelOutcome& panel) {
   RequireEqual(CountRuns(panel, StyleID::kStyleFeatureTitle), std::size_t{0},
                "no feature is written");
-  Require(panel.ratingItems.empty(), "no feature is offered for rating");
+  Require(panel.ratingItems.empty(), "there is no rating record");
 }
 
 }  // namespace fuzz

@@ -1,4 +1,4 @@
-// Properties of every list and every panel, for any data file and host.
+// Properties that every list and every panel must have, for any data file and host.
 #ifndef FUZZ_PANELPROPERTIES_H_
 #define FUZZ_PANELPROPERTIES_H_
 
@@ -8,26 +8,28 @@
 
 namespace fuzz {
 
-/// Each key occurs once in the order. Holds after `InitWithData`.
+/// Requires that each key occurs once in the key order, as after `InitWithData`.
 void RequireKeysOnce(const ornwhatsnew::FeatureListData& list);
 
-/// No change belongs to two items or twice to one, and there are at most `rows` changes.
+/// Requires that each change belongs to one item, once, and that there are at most `rows` changes.
 void RequireChangesOnce(const ornwhatsnew::FeatureListData& list, std::size_t rows);
 
-/// Returns the identities that were seen or rated, from stored texts.
+/// Returns the identities in a state.
 ornwhatsnew::GuidSet StoredIdentities(const test_support::PlainPanel::Texts& stored);
 
-/// The panel contains each visible feature and change of the list once, and nothing else. `options`
-/// are those of the display call; `seen` was stored when the list was loaded.
+/// Requires that the panel contains each visible feature and change of the list once, and no
+/// others. `options` are the options of the display call. `seen` contains the identities that were
+/// stored when the list was loaded.
 void RequireWrittenOnce(const ornwhatsnew::FeatureListData& list, unsigned options,
                         const ornwhatsnew::GuidSet& seen, const test_support::PanelOutcome& panel);
 
-/// Every run is inside the text and has no negative length; the run of a commit link extends one
-/// byte past its text by design. Runs of one style start in ascending order. REQUIRES: the template
-/// of issue keys is not translated to an empty text.
+/// Requires that every run is inside the text and has no negative length, and that the runs of one
+/// style start in ascending order. The run of a commit link may end one byte after the text, as
+/// docs/compatibility.md explains. REQUIRES: the template of issue keys is not translated to an
+/// empty string.
 void RequireRunsInside(const test_support::PanelOutcome& panel);
 
-/// The panel contains only the header and the notice that there is nothing to show.
+/// Requires that the panel shows no feature and has no rating record.
 void RequireNoFeatureWritten(const test_support::PanelOutcome& panel);
 
 }  // namespace fuzz

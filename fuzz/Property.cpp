@@ -6,7 +6,7 @@
 namespace fuzz {
 
 void Fail(std::string_view property, std::string_view details) {
-  std::cerr << "This does not hold: " << property << '\n' << details << '\n';
+  std::cerr << "property does not hold: " << property << '\n' << details << '\n';
   std::abort();
 }
 

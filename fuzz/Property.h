@@ -1,5 +1,5 @@
-// Checks of properties. A property that does not hold is a finding: the process ends with a
-// message, and the fuzzer stores the input.
+// Checks of properties. If a property does not hold, the process prints a message and aborts, and
+// the fuzzer stores the input as a finding.
 #ifndef FUZZ_PROPERTY_H_
 #define FUZZ_PROPERTY_H_
 
@@ -8,15 +8,15 @@
 
 namespace fuzz {
 
-/// Prints which property does not hold and aborts.
+/// Prints the property and the details, and aborts.
 [[noreturn]] void Fail(std::string_view property, std::string_view details = {});
 
-/// Requires that the property holds.
+/// Fails unless the property holds.
 inline void Require(bool holds, std::string_view property) {
   if (!holds) Fail(property);
 }
 
-/// Requires that two values are equal, and prints both if they are not.
+/// Fails unless two values are equal, and prints both values.
 template <class Value>
 void RequireEqual(const Value& got, const Value& expected, std::string_view property) {
   if (got == expected) return;

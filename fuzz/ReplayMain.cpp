@@ -1,5 +1,5 @@
-// The main program of a fuzzer without a fuzzing compiler. It runs the files that are its
-// arguments, and all files below the folders, each once and in the order of their names.
+// The main program of a fuzzer that is built without libFuzzer. It runs the fuzzer once for each
+// file in its arguments and for each file in the folders there, in the order of the names.
 #include <cstdint>
 #include <cstdio>
 #include <exception>
@@ -20,14 +20,15 @@ std::set<std::filesystem::path> FilesBelow(const std::filesystem::path& path) {
   for (const auto& entry : std::filesystem::recursive_directory_iterator(path)) {
     if (entry.is_regular_file()) files.insert(entry.path());
   }
-  if (files.empty()) throw std::runtime_error("no files in " + path.string());
+  if (files.empty()) throw std::runtime_error("no files in '" + path.string() + "'");
   return files;
 }
 
 std::string ReadFile(const std::filesystem::path& file) {
   std::ifstream stream(file, std::ios::binary);
   std::string bytes{std::istreambuf_iterator<char>(stream), {}};
-  if (!stream.is_open() || stream.bad()) throw std::runtime_error("cannot read " + file.string());
+  if (!stream.is_open() || stream.bad())
+    throw std::runtime_error("cannot read '" + file.string() + "'");
   return bytes;
 }
 
@@ -36,12 +37,12 @@ void Run(const std::string& bytes) {
 }
 
 int Replay(int argc, char** argv) {
-  if (argc < 2) throw std::runtime_error("name the files or folders to run");
+  if (argc < 2) throw std::runtime_error("no files or folders given");
   Run({});
   std::size_t count = 0;
   for (int i = 1; i < argc; ++i) {
     for (const std::filesystem::path& file : FilesBelow(argv[i])) {
-      // Printed before the run, because a violated property ends the process.
+      // Print the name before the run, because the process aborts if a property does not hold.
       static_cast<void>(std::fprintf(stderr, "%s\n", file.c_str()));
       Run(ReadFile(file));
       ++count;

@@ -1,7 +1,8 @@
-// Entry point: the three texts that the host's store returns. Another program or an older version
-// may have written them.
+// Entry point: the three strings of the state. Another program or an older version may have written
+// them.
 //
-// Input: a line of switches (see World.h), then the last version, the versions and the seen items.
+// Input: a line of switches (see World.h), then parts: the last version, all versions, and the
+// identities.
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
@@ -27,7 +28,7 @@ using test_support::PlainSplit;
 
 constexpr char kSeenKey[] = "WhatsNew.AllSeenItems";
 
-// Changes of every kind, and ratings.
+// Changes of every kind, some with a rating request.
 constexpr char kDataText[] =
     "App Version,Grouping ID,Jira ID,Salience,Rating,First,Platform,URL,Changelist,Message\n"
     "24.9,Changes-Since\n"
@@ -38,55 +39,57 @@ constexpr char kDataText[] =
     "25.1,BUGFIX,,,,,Win,,,Mended\n"
     "25.1,nowhere,,Unreviewed,,,,,,Not looked at\n";
 
-// Returns the identity of an element; an invalid element has the nil identity.
+// Returns the identities in a stored list. An invalid element has the nil identity.
 std::set<std::string> Identities(std::string_view list) {
   std::set<std::string> identities;
   if (list.empty()) return identities;
-  for (const std::string& piece : PlainSplit(list, ' ')) {
-    identities.insert(Guid(piece).AsUTF8String());
+  for (const std::string& element : PlainSplit(list, ' ')) {
+    identities.insert(Guid(element).AsUTF8String());
   }
   return identities;
 }
 
 void RequireSplitsAndJoins(std::string_view list) {
-  const std::vector<std::string_view> pieces = ornwhatsnew::SplitPersistedList(list);
+  const std::vector<std::string_view> elements = ornwhatsnew::SplitPersistedList(list);
   const std::vector<std::string> expected =
       list.empty() ? std::vector<std::string>() : PlainSplit(list, ' ');
-  Require(std::ranges::equal(pieces, expected), "a list is split at every blank");
+  Require(std::ranges::equal(elements, expected), "a list is split at every space");
 
-  const std::string joined = ornwhatsnew::JoinPersistedList(pieces);
-  const std::string again = ornwhatsnew::JoinPersistedList(ornwhatsnew::SplitPersistedList(joined));
-  RequireEqual(again, joined, "a list that was written is written the same again");
+  const std::string joined = ornwhatsnew::JoinPersistedList(elements);
+  const std::string rejoined =
+      ornwhatsnew::JoinPersistedList(ornwhatsnew::SplitPersistedList(joined));
+  RequireEqual(rejoined, joined, "splitting and joining a written list does not change it");
   const std::vector<std::string_view> kept = ornwhatsnew::SplitPersistedList(joined);
-  Require(std::ranges::is_sorted(kept), "a list is written in order");
-  for (const std::string_view piece : pieces) {
-    Require(piece.empty() || std::ranges::find(kept, piece) != kept.end(), "no piece is lost");
+  Require(std::ranges::is_sorted(kept), "a list is written in ascending order");
+  for (const std::string_view element : elements) {
+    Require(element.empty() || std::ranges::find(kept, element) != kept.end(),
+            "no element is lost");
   }
 }
 
 void RequireIdentity(std::string_view text) {
   const Guid guid(text);
   const std::string written = guid.AsUTF8String();
-  RequireEqual(Guid(written).AsUTF8String(), written, "an identity reads back what it writes");
+  RequireEqual(Guid(written).AsUTF8String(), written, "a written identity is read back unchanged");
   if (guid.IsNil()) return;
   Require(std::ranges::equal(text, written,
                              [](char a, char b) { return a == b || (a >= 'A' && a + 32 == b); }),
-          "only the text of an identity is one");
+          "only the text form of an identity is accepted");
 }
 
-void RequireNothingForgotten(const std::set<std::string>& before, World& world) {
+void RequireNothingLost(const std::set<std::string>& before, World& world) {
   const std::set<std::string> after = Identities(world.Host().State().Text(kSeenKey));
-  Require(std::ranges::includes(after, before), "no identity is forgotten");
+  Require(std::ranges::includes(after, before), "no identity is lost");
 }
 
 void Run(Input input) {
-  World world(input.TakeLine());
-  const std::string lastVersion(input.TakePart());
-  const std::string versions(input.TakePart());
-  const std::string seen(input.TakePart());
+  World world(input.ReadLine());
+  const std::string lastVersion(input.ReadPart());
+  const std::string versions(input.ReadPart());
+  const std::string seen(input.ReadPart());
   RequireSplitsAndJoins(versions);
   RequireSplitsAndJoins(seen);
-  for (const std::string& piece : PlainSplit(seen, ' ')) RequireIdentity(piece);
+  for (const std::string& element : PlainSplit(seen, ' ')) RequireIdentity(element);
 
   world.Host().State().Put("WhatsNew.LastVersionSeenWhatsNew", lastVersion);
   world.Host().State().Put("WhatsNew.AllVersionSeenWhatsNew", versions);
@@ -96,17 +99,17 @@ void Run(Input input) {
   lists.IsAnythingNew(world.Options());
   lists.IsAnythingNeedingRating();
   RequireRunsInside(lists.Display(world.Options()));
-  RequireNothingForgotten(Identities(seen), world);
+  RequireNothingLost(Identities(seen), world);
   lists.Rate("EPIC-1");
-  RequireNothingForgotten(Identities(seen), world);
+  RequireNothingLost(Identities(seen), world);
 
   const auto written = world.Host().State().AllTexts();
   lists.Load(kDataText);
   lists.Display(world.Options());
   lists.Display(0);
   lists.Load(kDataText);
-  RequireNothingForgotten(Identities(written.at(kSeenKey)), world);
-  Require(!lists.IsAnythingNew(0x01), "nothing is new that was displayed before a reload");
+  RequireNothingLost(Identities(written.at(kSeenKey)), world);
+  Require(!lists.IsAnythingNew(0x01), "displayed changes are not new after a reload");
 }
 
 }  // namespace

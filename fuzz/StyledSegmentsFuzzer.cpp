@@ -33,7 +33,7 @@ std::u16string TextOf(std::string_view part) {
   return text;
 }
 
-int TakeNumber(std::string_view& part) {
+int ReadNumber(std::string_view& part) {
   int number = 0;
   const auto [end, error] = std::from_chars(part.data(), part.data() + part.size(), number);
   part.remove_prefix(static_cast<std::size_t>(end - part.data()));
@@ -44,10 +44,10 @@ int TakeNumber(std::string_view& part) {
 StyleRunMap RunsOf(Input& input) {
   StyleRunMap runs;
   while (!input.Rest().empty()) {
-    std::string_view part = input.TakePart();
-    const auto style = static_cast<StyleID>(TakeNumber(part));
-    const int start = TakeNumber(part);
-    const int length = TakeNumber(part);
+    std::string_view part = input.ReadPart();
+    const auto style = static_cast<StyleID>(ReadNumber(part));
+    const int start = ReadNumber(part);
+    const int length = ReadNumber(part);
     runs[style].emplace_back(std::pair(start, length), TextOf(part));
   }
   return runs;
@@ -59,7 +59,7 @@ class PlainLook {
   PlainLook(std::size_t begin, std::size_t end, std::string_view text)
       : begin_(begin), end_(end), text_(text) {}
 
-  void Consider(StyleID style, const ornwhatsnew::StyleRun& run, std::size_t number) {
+  void AddRun(StyleID style, const ornwhatsnew::StyleRun& run, std::size_t number) {
     const long long start = run.first.first;
     const bool covers = start <= static_cast<long long>(begin_) &&
                         start + run.first.second >= static_cast<long long>(end_);
@@ -78,11 +78,11 @@ class PlainLook {
 
  private:
   std::size_t FirstWholeCharacter(long long start) const {
-    std::size_t place = start < 0 ? 0 : static_cast<std::size_t>(start);
-    while (place < text_.size() && (static_cast<unsigned char>(text_[place]) & 0xC0) == 0x80) {
-      ++place;
+    std::size_t offset = start < 0 ? 0 : static_cast<std::size_t>(start);
+    while (offset < text_.size() && (static_cast<unsigned char>(text_[offset]) & 0xC0) == 0x80) {
+      ++offset;
     }
-    return place;
+    return offset;
   }
 
   std::size_t begin_;
@@ -91,44 +91,45 @@ class PlainLook {
   std::optional<std::tuple<std::size_t, StyleID, std::size_t>> linkRank_;
 };
 
-PlainLook LookAt(std::size_t begin, std::string_view text, const StyleRunMap& runs) {
+PlainLook ExpectedLook(std::size_t begin, std::string_view text, const StyleRunMap& runs) {
   std::size_t end = begin + 1;
   while (end < text.size() && (static_cast<unsigned char>(text[end]) & 0xC0) == 0x80) ++end;
   PlainLook look(begin, end, text);
   for (const auto& [style, ofStyle] : runs) {
-    for (std::size_t i = 0; i < ofStyle.size(); ++i) look.Consider(style, ofStyle[i], i);
+    for (std::size_t i = 0; i < ofStyle.size(); ++i) look.AddRun(style, ofStyle[i], i);
   }
   return look;
 }
 
 void RequireLook(const StyledSegment& segment, std::size_t begin, std::string_view text,
                  const StyleRunMap& runs) {
-  for (std::size_t place = begin; place < begin + segment.text.size(); ++place) {
-    if ((static_cast<unsigned char>(text[place]) & 0xC0) == 0x80) continue;
-    const PlainLook look = LookAt(place, text, runs);
-    Require(segment.styles == look.styles, "a character has the styles of the runs over it");
-    RequireEqual(segment.link, look.link, "a character has the link of the last run over it");
+  for (std::size_t offset = begin; offset < begin + segment.text.size(); ++offset) {
+    if ((static_cast<unsigned char>(text[offset]) & 0xC0) == 0x80) continue;
+    const PlainLook look = ExpectedLook(offset, text, runs);
+    Require(segment.styles == look.styles, "a character has the styles of the runs that cover it");
+    RequireEqual(segment.link, look.link,
+                 "a character has the link of the last run that covers it");
   }
 }
 
 void Run(Input input) {
-  const std::u16string text = TextOf(input.TakePart());
+  const std::u16string text = TextOf(input.ReadPart());
   const StyleRunMap runs = RunsOf(input);
   const std::string utf8 = PlainUTF16to8(text);
   const StyledSegment* before = nullptr;
-  std::string together;
+  std::string joined;
   const auto segments = hosts::common::SplitIntoStyledSegments(text, runs);
   for (const StyledSegment& segment : segments) {
     Require(!segment.text.empty(), "no segment is empty");
     Require(before == nullptr || before->styles != segment.styles || before->link != segment.link,
-            "neighbours differ");
+            "adjacent segments differ in styles or link");
     before = &segment;
-    const std::size_t begin = together.size();
-    together += segment.text;
-    Require(together.size() <= utf8.size(), "no segment is repeated");
+    const std::size_t begin = joined.size();
+    joined += segment.text;
+    Require(joined.size() <= utf8.size(), "no segment is repeated");
     RequireLook(segment, begin, utf8, runs);
   }
-  RequireEqual(together, utf8, "the segments together are the text");
+  RequireEqual(joined, utf8, "the segments together are the text");
 }
 
 }  // namespace

@@ -1,7 +1,12 @@
-// Entry point: text from files that is written to a terminal.
+// Entry point: text from files that the program writes to a terminal.
 //
-// Input: a line with two switches (the width in columns; 1 without colours and links), then parts,
-// each a segment of the panel: two bytes that choose styles and link, and its text.
+// Input: a line of two switches, then parts. The switches are:
+//
+//   0  the width in columns
+//   1  1 no styles, 2 either styles or hyperlinks but not both
+//
+// Each part is a segment of the panel: a byte for its styles, a byte for its kind of link, and its
+// text.
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
@@ -52,7 +57,8 @@ StyledSegment SegmentOf(std::string_view part) {
   return segment;
 }
 
-// The replacement of a character that must not reach the terminal; other characters unchanged.
+// Returns the replacement of a character that must not reach the terminal. Returns other characters
+// unchanged.
 UChar32 PlainReplacement(UChar32 character) {
   if (character < 0x20) return 0x2400 + character;
   if (character == 0x7F) return 0x2421;
@@ -62,8 +68,8 @@ UChar32 PlainReplacement(UChar32 character) {
   return isReplaced ? 0xFFFD : character;
 }
 
-// The characters that the panel must show, in order. Spaces are left out, because layout adds and
-// removes them, and so are invisible characters, because some of them are kept inside words.
+// Returns the characters that the panel must show, in order. Omits spaces, because the layout adds
+// and removes them. Omits invisible characters, because some of them are kept inside words.
 std::string VisibleCharacters(std::string_view text) {
   const std::u16string utf16 = PlainUTF8to16(text);
   const icu::UnicodeString characters(utf16.data(), static_cast<std::int32_t>(utf16.size()));
@@ -87,13 +93,14 @@ void RequireSafeText(std::string_view text) {
   Require(shown.find_first_of("\n\t") == std::string::npos, "newlines and tabs are shown");
   RequireHarmlessText(SafeForTerminal(text, Whitespace::kKeep));
   RequireEqual(VisibleCharacters(SafeForTerminal(text, Whitespace::kKeep)), VisibleCharacters(text),
-               "every visible character is kept");
+               "each visible character is kept");
   RequireEqual(PlainUTF16to8(SafeForTerminal(PlainUTF8to16(text), Whitespace::kShow)), shown,
                "UTF-8 and UTF-16 give the same safe text");
 }
 
-// Whether the text is one grapheme. A grapheme that is wider than the line is on a line of its own.
-bool IsOneCharacter(std::u16string_view text) {
+// Returns whether the text is one grapheme. Only a line of one grapheme may be wider than the
+// terminal.
+bool IsOneGrapheme(std::u16string_view text) {
   UErrorCode status = U_ZERO_ERROR;
   const std::unique_ptr<icu::BreakIterator> characters(
       icu::BreakIterator::createCharacterInstance(icu::Locale::getRoot(), status));
@@ -110,12 +117,12 @@ void RequireWidth(std::string_view plain, std::size_t width) {
     if (hosts::console::DisplayWidth(text) <= width) continue;
     const std::u16string_view afterIndent =
         std::u16string_view(text).substr(std::min(text.find_first_not_of(u' '), text.size()));
-    Require(IsOneCharacter(afterIndent), "no line is wider than the terminal");
+    Require(IsOneGrapheme(afterIndent), "no line is wider than the terminal");
   }
 }
 
 void Run(Input input) {
-  const std::string_view switches = input.TakeLine();
+  const std::string_view switches = input.ReadLine();
   const bool isStyled = (Switch(switches, 1) & 0x01) == 0;
   const bool isMixed = (Switch(switches, 1) & 0x02) != 0;
   const TerminalLook look{.width = Switch(switches, 0) % 128,
@@ -123,7 +130,7 @@ void Run(Input input) {
                           .hasHyperlinks = isStyled != isMixed};
   std::vector<StyledSegment> segments;
   std::string expected;
-  for (const std::string_view part : input.TakeParts()) {
+  for (const std::string_view part : input.ReadParts()) {
     segments.push_back(SegmentOf(part));
     RequireSafeText(segments.back().text);
     expected += segments.back().text;
@@ -137,7 +144,7 @@ void Run(Input input) {
   RequireWidth(plain, look.width);
   if (look.hasHyperlinks) {
     RequireEqual(VisibleCharacters(plain), VisibleCharacters(expected),
-                 "every visible character is shown once, in order");
+                 "each visible character is shown once, in order");
   }
 }
 

@@ -12,18 +12,17 @@ namespace fuzz {
 namespace {
 
 // Returns the character at the offset and moves the offset past it.
-UChar32 TakeCharacter(std::string_view text, std::size_t& place) {
+UChar32 ReadCharacter(std::string_view text, std::size_t& offset) {
   const auto* const bytes = reinterpret_cast<const std::uint8_t*>(text.data());
-  auto at = static_cast<std::int32_t>(place);
+  auto next = static_cast<std::int32_t>(offset);
   UChar32 character = 0;
-  U8_NEXT(bytes, at, static_cast<std::int32_t>(text.size()), character);
+  U8_NEXT(bytes, next, static_cast<std::int32_t>(text.size()), character);
   Require(character >= 0, "output is well-formed UTF-8");
-  place = static_cast<std::size_t>(at);
+  offset = static_cast<std::size_t>(next);
   return character;
 }
 
-// Joiners and presentation selectors change visible characters; other invisible ones must be
-// removed.
+// Joiners and presentation selectors are invisible, but visible characters need them.
 bool IsShaping(UChar32 character) {
   return character == 0x200C || character == 0x200D || character == 0xFE0E || character == 0xFE0F;
 }
@@ -31,13 +30,14 @@ bool IsShaping(UChar32 character) {
 void RequireHarmless(UChar32 character) {
   if (character >= 0x20 && character < 0x7F) return;
   Require(u_charType(character) != U_CONTROL_CHAR, "no control character is written");
-  Require(u_hasBinaryProperty(character, UCHAR_BIDI_CONTROL) == 0, "no direction is changed");
+  Require(u_hasBinaryProperty(character, UCHAR_BIDI_CONTROL) == 0,
+          "no direction control is written");
   Require(
       u_charType(character) != U_LINE_SEPARATOR && u_charType(character) != U_PARAGRAPH_SEPARATOR,
-      "no other line end is written");
+      "no line or paragraph separator is written");
   Require(u_charType(character) != U_SURROGATE &&
               u_hasBinaryProperty(character, UCHAR_NONCHARACTER_CODE_POINT) == 0,
-          "no noncharacter is written");
+          "no surrogate or noncharacter is written");
   const bool isInvisible =
       u_hasBinaryProperty(character, UCHAR_DEFAULT_IGNORABLE_CODE_POINT) != 0 ||
       u_charType(character) == U_FORMAT_CHAR;
@@ -48,7 +48,7 @@ bool IsUrlByte(char c) {
   return c > 0x20 && c < 0x7F;
 }
 
-// Tracks the styles and hyperlinks of an output.
+// Interprets output like a terminal and tracks its styles and hyperlinks.
 class Terminal {
  public:
   explicit Terminal(std::string_view output) : rest_(output) {}
@@ -56,14 +56,14 @@ class Terminal {
   std::string Read() {
     while (!rest_.empty()) {
       if (rest_.front() == '\x1B') {
-        TakeSequence();
+        ReadSequence();
       } else if (rest_.front() == '\n') {
         Require(!isStyled_ && !isLinked_, "every line ends with styles and links off");
-        Take(1);
+        CopyText(1);
       } else {
         std::size_t length = 0;
-        RequireHarmless(TakeCharacter(rest_, length));
-        Take(length);
+        RequireHarmless(ReadCharacter(rest_, length));
+        CopyText(length);
       }
     }
     Require(!isStyled_ && !isLinked_, "the output ends with styles and links off");
@@ -71,38 +71,39 @@ class Terminal {
   }
 
  private:
-  void Take(std::size_t length) {
+  void CopyText(std::size_t length) {
     plain_ += rest_.substr(0, length);
     rest_.remove_prefix(length);
   }
 
-  void TakeSequence() {
+  void ReadSequence() {
     if (rest_.starts_with("\x1B[")) {
-      TakeStyle();
+      ReadStyle();
     } else {
-      Require(rest_.starts_with("\x1B]8;"), "there are no sequences but styles and links");
-      TakeLink();
+      Require(rest_.starts_with("\x1B]8;"), "styles and links are the only escape sequences");
+      ReadLink();
     }
   }
 
-  void TakeStyle() {
+  void ReadStyle() {
     const std::size_t end = rest_.find_first_not_of("0123456789;", 2);
-    Require(end != std::string_view::npos && end > 2 && rest_[end] == 'm', "a style is complete");
+    Require(end != std::string_view::npos && end > 2 && rest_[end] == 'm',
+            "a style sequence is complete");
     isStyled_ = rest_.substr(2, end - 2) != "0";
     rest_.remove_prefix(end + 1);
   }
 
-  void TakeLink() {
+  void ReadLink() {
     const std::size_t parameters = 4;
     const std::size_t target = rest_.find(';', parameters);
-    Require(target != std::string_view::npos, "a link is complete");
+    Require(target != std::string_view::npos, "a link sequence is complete");
     const std::string_view id = rest_.substr(parameters, target - parameters);
-    Require(id.empty() || id.starts_with("id="), "a link has no other parameter than its number");
+    Require(id.empty() || id.starts_with("id="), "the only parameter of a link is its id");
     const std::size_t end = rest_.find("\x1B\\", target);
-    Require(end != std::string_view::npos, "a link ends");
+    Require(end != std::string_view::npos, "a link sequence has a terminator");
     const std::string_view url = rest_.substr(target + 1, end - target - 1);
-    Require(std::ranges::all_of(url, IsUrlByte), "a link has the characters of a link");
-    Require(url.empty() || url.starts_with("https://"), "a link leads to https");
+    Require(std::ranges::all_of(url, IsUrlByte), "a link consists of printable ASCII characters");
+    Require(url.empty() || url.starts_with("https://"), "a link starts with https://");
     isLinked_ = !url.empty();
     rest_.remove_prefix(end + 2);
   }
@@ -120,8 +121,8 @@ std::string RequireHarmlessPanel(std::string_view output) {
 }
 
 void RequireHarmlessText(std::string_view output) {
-  for (std::size_t place = 0; place < output.size();) {
-    const UChar32 character = TakeCharacter(output, place);
+  for (std::size_t offset = 0; offset < output.size();) {
+    const UChar32 character = ReadCharacter(output, offset);
     if (character != '\n' && character != '\t') RequireHarmless(character);
   }
 }

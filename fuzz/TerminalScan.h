@@ -1,4 +1,4 @@
-// Checks the output of a program as a terminal interprets it.
+// Checks the effects of program output on a terminal.
 #ifndef FUZZ_TERMINALSCAN_H_
 #define FUZZ_TERMINALSCAN_H_
 
@@ -7,13 +7,14 @@
 
 namespace fuzz {
 
-/// Requires that the output controls a terminal only with line feeds and the two kinds of escape
-/// sequences of the panel, colours and hyperlinks; that every line ends with both switched off; and
-/// that it has no invisible or direction-changing character. Returns the output without the escape
-/// sequences.
+/// Requires that a panel affects the terminal only with line feeds and with the escape sequences
+/// for styles and hyperlinks, and that every line ends with both switched off. Direction controls
+/// and invisible characters are not allowed, except joiners and presentation selectors. Returns the
+/// panel without escape sequences.
 std::string RequireHarmlessPanel(std::string_view output);
 
-/// Requires the same for output without escape sequences, which may contain tabs.
+/// Requires that the output contains no control characters except line feeds and tabs. Direction
+/// controls and invisible characters are not allowed, except joiners and presentation selectors.
 void RequireHarmlessText(std::string_view output);
 
 }  // namespace fuzz

@@ -1,8 +1,9 @@
-// Entry point: arbitrary bytes and UTF-16 units, through conversions, case mappings and text rules,
-// compared with ICU.
+// Entry point: arbitrary bytes and UTF-16 units, which are converted, mapped to another letter case
+// and matched. ICU and plain code compute the expected results.
 //
-// Input: a line with one switch (the number of bytes to skip, so that texts begin at any address),
-// then two parts: a text, and another text that is used as pattern, keyword and second element.
+// Input: a line with one switch, then two parts. The switch is the number of bytes to skip, so that
+// texts start at any alignment. The first part is the text. The second part is the search pattern,
+// the text to compare with, and further input of the hash.
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
@@ -29,14 +30,15 @@ namespace {
 using namespace orncore::string;
 using namespace test_support;
 
-// A buffer of exactly the size of the text, so that a sanitizer finds a read past its end.
+// Returns the units in a buffer of exactly their size, so that AddressSanitizer detects reads past
+// its end.
 std::vector<char16_t> UnitsOf(std::string_view bytes) {
   std::vector<char16_t> units(bytes.size() / sizeof(char16_t));
   if (!units.empty()) std::memcpy(units.data(), bytes.data(), units.size() * sizeof(char16_t));
   return units;
 }
 
-bool ICUTakes(std::string_view text) {
+bool IsAcceptedByICU(std::string_view text) {
   std::vector<char16_t> out(text.size() + 1);
   std::int32_t length = 0;
   UErrorCode error = U_ZERO_ERROR;
@@ -47,77 +49,82 @@ bool ICUTakes(std::string_view text) {
 
 void RequireFromUTF8(std::string_view text) {
   const std::u16string expected = PlainUTF8to16(text);
-  Require(UTF8to16(text) == expected, "UTF-8 to UTF-16 as ICU does it");
-  std::u16string used = u"what was there before, long enough for most texts";
-  UTF8to16(text, used);
-  Require(used == expected, "UTF-8 to UTF-16 into a used text");
-  AppendUTF8to16(text, used);
-  Require(used == expected + expected, "UTF-8 to UTF-16 appended");
+  Require(UTF8to16(text) == expected, "UTF-8 to UTF-16 equals ICU");
+  std::u16string reused = u"the previous content, longer than most texts";
+  UTF8to16(text, reused);
+  Require(reused == expected, "UTF-8 to UTF-16 replaces the previous content");
+  AppendUTF8to16(text, reused);
+  Require(reused == expected + expected, "UTF-8 to UTF-16 appends to the content");
 
-  RequireEqual(IsWellFormedUTF8(text), ICUTakes(text), "well-formed is what ICU takes");
+  RequireEqual(IsWellFormedUTF8(text), IsAcceptedByICU(text),
+               "text is well-formed if and only if ICU accepts it");
   const bool isAscii = std::ranges::all_of(text, [](char c) { return (c & 0x80) == 0; });
   if (isAscii) Require(AsciiToUTF16(text) == expected, "ASCII to UTF-16");
 
-  std::string withoutMark(text);
-  const bool hadMark = RemoveUTF8BOM_IfPresent(withoutMark);
-  RequireEqual(hadMark, text.starts_with("\xEF\xBB\xBF"), "a byte order mark is found");
-  RequireEqual(withoutMark, std::string(text.substr(hadMark ? 3 : 0)), "one mark is removed");
+  std::string stripped(text);
+  const bool hadMark = RemoveUTF8BOM_IfPresent(stripped);
+  RequireEqual(hadMark, text.starts_with("\xEF\xBB\xBF"), "a byte order mark is detected");
+  RequireEqual(stripped, std::string(text.substr(hadMark ? 3 : 0)),
+               "one byte order mark is removed");
 }
 
 void RequireFromUTF16(std::u16string_view text) {
   const std::string expected = PlainUTF16to8(text);
-  RequireEqual(UTF16to8(text), expected, "UTF-16 to UTF-8 as ICU does it");
-  RequireEqual(UTF8Length(text), expected.size(), "the length is that of the result");
-  std::string used = "what was there before, long enough for most texts";
-  UTF16to8(text, used);
-  RequireEqual(used, expected, "UTF-16 to UTF-8 into a used text");
-  AppendUTF16to8(text, used);
-  RequireEqual(used, expected + expected, "UTF-16 to UTF-8 appended");
+  RequireEqual(UTF16to8(text), expected, "UTF-16 to UTF-8 equals ICU");
+  RequireEqual(UTF8Length(text), expected.size(), "UTF8Length is the length of the result");
+  std::string reused = "the previous content, longer than most texts";
+  UTF16to8(text, reused);
+  RequireEqual(reused, expected, "UTF-16 to UTF-8 replaces the previous content");
+  AppendUTF16to8(text, reused);
+  RequireEqual(reused, expected + expected, "UTF-16 to UTF-8 appends to the content");
   Require(IsWellFormedUTF8(expected), "the result is well-formed");
-  RequireEqual(UTF16to8(UTF8to16(expected)), expected, "well-formed text survives the way");
+  RequireEqual(UTF16to8(UTF8to16(expected)), expected,
+               "converting well-formed text to UTF-16 and back does not change it");
 }
 
 void RequireCaseMapping(std::u16string_view text) {
-  Require(LowerCase(text) == PlainLower(text), "lower case as ICU does it");
-  Require(UpperCase(text) == PlainUpper(text), "upper case as ICU does it");
+  Require(LowerCase(text) == PlainLower(text), "lower case equals ICU");
+  Require(UpperCase(text) == PlainUpper(text), "upper case equals ICU");
 }
 
 void RequireReplaces(std::u16string_view text, std::u16string_view pattern) {
   if (pattern.empty()) return;
   std::u16string replaced(text);
   ReplaceAllStringInString(replaced, pattern, u"@0");
-  Require(replaced == PlainReplace(text, pattern, u"@0"), "every occurrence is replaced once");
+  Require(replaced == PlainReplace(text, pattern, u"@0"), "each occurrence is replaced once");
 }
 
 void RequireTextRules(std::string_view text, std::string_view other) {
-  RequireEqual(LowerCaseUTF8(text), PlainLower8(text), "UTF-8 in lower case");
+  RequireEqual(LowerCaseUTF8(text), PlainLower8(text), "lower case of UTF-8 equals plain code");
   RequireEqual(ornwhatsnew::CaseInsensitiveEqual(text, other), PlainEqualIgnoringCase(text, other),
-               "equal but for letter case");
-  RequireEqual(ornwhatsnew::IsSpecialCaseSection(text), PlainIsSection(text), "a section's name");
+               "the comparison ignores letter case");
+  RequireEqual(ornwhatsnew::IsSpecialCaseSection(text), PlainIsSection(text),
+               "section names are recognised");
   RequireEqual(ornwhatsnew::ExtractHashablePortion(text), PlainHashablePortion(text),
-               "the portion that identifies");
-  RequireEqual(ornwhatsnew::VersionNumber(text), PlainVersionNumber(text), "a version's number");
+               "the hashable portion equals plain code");
+  RequireEqual(ornwhatsnew::VersionNumber(text), PlainVersionNumber(text),
+               "the version number equals plain code");
 
   orncore::utility::GuidMixer mixer;
   mixer.Mix(text);
   mixer.Mix(other);
   mixer.Mix(text);
-  const std::string together = std::string(text) + std::string(other) + std::string(text);
-  RequireEqual(mixer.Result().AsUTF8String(), PlainHash(together).AsUTF8String(),
-               "pieces hash like their bytes side by side");
+  const std::string concatenation = std::string(text) + std::string(other) + std::string(text);
+  RequireEqual(mixer.Result().AsUTF8String(), PlainHash(concatenation).AsUTF8String(),
+               "hashing parts equals hashing their concatenation");
 }
 
 void Run(Input input) {
-  const std::size_t leftOut = Switch(input.TakeLine(), 0) & 0x0F;
-  std::string_view text = input.TakePart();
-  text.remove_prefix(std::min(leftOut, text.size()));
+  const std::size_t skipped = Switch(input.ReadLine(), 0) & 0x0F;
+  std::string_view text = input.ReadPart();
+  text.remove_prefix(std::min(skipped, text.size()));
   const std::string_view other = input.Rest();
   RequireFromUTF8(text);
   RequireTextRules(text, other);
 
   const std::vector<char16_t> units = UnitsOf(text);
   std::u16string_view wide(units.data(), units.size());
-  wide.remove_prefix(std::min(leftOut % 2, wide.size()));
+  wide.remove_prefix(std::min(skipped % 2, wide.size()));
   RequireFromUTF16(wide);
   RequireCaseMapping(wide);
   RequireCaseMapping(PlainUTF8to16(text));

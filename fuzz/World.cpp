@@ -8,7 +8,8 @@ using test_support::FakeFeature;
 
 namespace {
 
-// Every visibility, a shared epic, a missing epic, the name of a section, and non-ASCII letters.
+// Covers every visibility, two features with the same epic, a feature without an epic, the name of
+// a section, and non-ASCII letters.
 const FakeFeature kFeatures[] = {
     {.internalKey = "export", .epicKey = "EPIC-1", .name = "Export", .description = "Hands on"},
     {.internalKey = "keys",

@@ -1,4 +1,4 @@
-// The host of the fuzzers' lists: features of every kind, and switches that the input sets.
+// A fake host for the fuzzers' lists, which the input configures.
 #ifndef FUZZ_WORLD_H_
 #define FUZZ_WORLD_H_
 
@@ -10,10 +10,10 @@
 
 namespace fuzz {
 
-/// The number of switches that a world reads from the line.
+/// The number of switches that a `World` reads.
 inline constexpr std::size_t kWorldSwitches = 5;
 
-/// A fake host with a fixed feature table. The line's switches, each a byte:
+/// A fake host with a fixed feature table. It is configured by these switches, one byte each:
 ///
 ///   0  display options, the lower five bits
 ///   1  1 internal features allowed, 2 no usage logging, 4 terminating, 8 show features that are
@@ -23,6 +23,7 @@ inline constexpr std::size_t kWorldSwitches = 5;
 ///   4  1 a rating placeholder, 2 a dictionary
 class World {
  public:
+  /// Reads the switches of a line. A missing switch is 0.
   explicit World(std::string_view switches);
 
   test_support::FakeHost& Host() { return host_; }
