@@ -1,4 +1,4 @@
-"""Builds the library, the hosts and the tests so that one changed source costs little.
+"""Builds the library, the hosts and the tests so that a change of one source is built quickly.
 
 The build does not use CMake. It compiles every source of the copied tree with the same flags and a
 precompiled header, without optimization. Each group of sources becomes one shared library and each
@@ -20,7 +20,8 @@ LIBRARIES = {
     "hosts": ("hosts/common", "hosts/console"),
 }
 PROGRAM_MAIN = "hosts/console/main.cpp"
-# These tests replace allocation functions or depend on the order of static objects.
+# These tests need their own programs: they replace allocation functions or depend on the order of
+# static objects.
 SEPARATE_TESTS = {
     "allocation_tests": "tests/ornwhatsnew/AllocationTest.cpp",
     "early_list_tests": "tests/ornwhatsnew/EarlyListTest.cpp",
@@ -35,7 +36,7 @@ TEST_FOLDERS = {
     "hosts_console_tests": "tests/hosts/console",
 }
 SUPPORT_FOLDERS = ("tests/support", "tests/conformance")
-# Linked only into the programs that include its header, because it replaces functions.
+# Linked only into the programs that include its header, because it replaces allocation functions.
 REPLACES_FUNCTIONS = "tests/support/Allocations.cpp"
 
 COMPILER_FLAGS = ("-std=c++20", "-O0", "-g0", "-fPIC", "-w", "-DGTEST_HAS_PTHREAD=1")
@@ -56,7 +57,7 @@ class BuildError(Exception):
 
 @dataclass(frozen=True)
 class Unit:
-    """One source file; the path is relative to the root of the sources."""
+    """A source file. Its path is relative to the root of the sources."""
     source: str
 
     @property
@@ -65,7 +66,7 @@ class Unit:
 
 
 class BuildTree:
-    """The folders FOLDER/source (the copied tree), FOLDER/obj, FOLDER/lib and FOLDER/bin."""
+    """A copy of the sources in FOLDER/source, built in FOLDER/obj, FOLDER/lib and FOLDER/bin."""
 
     def __init__(self, folder, header):
         self.folder = folder
@@ -100,7 +101,7 @@ class BuildTree:
         return programs
 
     def build(self, jobs):
-        """Compiles what is out of date and links everything. Throws BuildError."""
+        """Compiles the units that have changed and links everything. Raises BuildError."""
         for folder in ("obj", "lib", "bin"):
             (self.folder / folder).mkdir(parents=True, exist_ok=True)
         units = set(self.support).union(*self.libraries.values(), *self.programs.values())
@@ -117,7 +118,7 @@ class BuildTree:
                 raise BuildError(message)
 
     def copy_to(self, folder, jobs):
-        """Returns the same tree in another folder; the earlier content of that folder is lost."""
+        """Copies the tree to another folder, replaces its content, and returns the copy."""
         shutil.rmtree(folder, ignore_errors=True)
         shutil.copytree(self.folder, folder, symlinks=True)
         other = copy.copy(self)
@@ -128,11 +129,11 @@ class BuildTree:
         return other
 
     def units_for(self, file, sample):
-        """Returns the library units to compile for a mutant of a file, and the test units.
+        """Returns the library units and the test units to compile for a mutant of a file.
 
-        A test unit has its own copies of inline functions, so the tests that are named after a
-        header are compiled with it. `sample(units, count)` selects from the units that include a
-        header that is used everywhere.
+        Test units have their own copies of inline functions, so the tests that are named after a
+        header are compiled, too. If many units include a header, `sample(units, count)` selects
+        some of them.
         """
         own_test = Path(file).stem + "Test"
         measured = set().union(*self.libraries.values(), {Unit(PROGRAM_MAIN)})
@@ -144,17 +145,17 @@ class BuildTree:
         return included, tests
 
     def compile(self, unit):
-        """Compiles a unit in place of its object. Returns None or the compiler's message."""
+        """Compiles a unit and replaces its object. Returns None or the compiler's message."""
         self._keep(unit.object)
         return self._run(self._compile_command(unit))
 
     def link(self, units):
-        """Links everything that contains one of these units. Returns None or a message."""
+        """Links everything that contains one of the units. Returns None or the linker's message."""
         units = set(units)
         outputs = {}
         for name, members in self.libraries.items():
             if units & set(members):
-                # A linker takes the first copy of an inline function.
+                # Link these units first: the linker uses the first copy of an inline function.
                 first = [u for u in members if u in units]
                 outputs[f"lib/lib{name}.so"] = self._library_command(name, first)
         for name, members in self.programs.items():
@@ -185,7 +186,8 @@ class BuildTree:
 
     def _definitions(self, unit):
         values = dict(DEFINITIONS)
-        # Only sources that name the program's path are compiled again in another folder.
+        # Define the program's path only for sources that use it, because a copy of the tree must
+        # compile these sources again.
         if "ORNWHATSNEW_PROGRAM" in (self.source / unit.source).read_text():
             values["ORNWHATSNEW_PROGRAM"] = str(self.folder / "bin/ornwhatsnew")
         return [f'-D{name}="{value}"' for name, value in values.items()]
@@ -195,7 +197,7 @@ class BuildTree:
                 *self._definitions(unit), "-c", f"source/{unit.source}", "-o", unit.object]
 
     def _build_unit(self, unit):
-        """Compiles a unit unless the command and all files that it reads are unchanged."""
+        """Compiles a unit if the command or a file that it reads has changed."""
         target = self.folder / unit.object
         dependencies, stamp = target.with_suffix(".d"), target.with_suffix(".stamp")
         command = self._compile_command(unit)
@@ -217,7 +219,7 @@ class BuildTree:
 
     @staticmethod
     def _read_names(dependencies):
-        """Returns the files of the copied tree that a compiler's list of dependencies names."""
+        """Returns the files of the copied tree in a compiler's dependency file."""
         text = dependencies.read_text().replace("\\\n", " ")
         return sorted({os.path.normpath(word) for word in text.split(":", 1)[1].split()
                        if word.startswith("source/")})
@@ -251,7 +253,7 @@ class BuildTree:
 
 
 def restore_after_kill(folder):
-    """Restores the sources that a killed run left changed in a tree, and removes its objects."""
+    """Restores the sources that a killed run left changed, and removes its changed objects."""
     for kept in folder.rglob("*.kept"):
         path = kept.with_name(kept.name.removesuffix(".kept"))
         if path.is_relative_to(folder / "source"):
@@ -270,7 +272,7 @@ def available_libraries():
 
 
 def compile_header(text, output):
-    """Compiles a header unless the same one was compiled before. Throws BuildError."""
+    """Precompiles a header if its text or the flags have changed. Raises BuildError."""
     key = hashlib.sha1(("\0".join(COMPILER_FLAGS) + text).encode()).hexdigest()
     if output.exists() and output.with_suffix(".key").exists():
         if output.with_suffix(".key").read_text() == key:

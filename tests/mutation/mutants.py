@@ -1,8 +1,8 @@
 """Finds the mutants of a C++ source.
 
 A mutant is one small change that a test should notice: another comparison, another constant, a
-negated condition, a removed statement. This module looks only at tokens, so some mutants do not
-compile; those do not count.
+negated condition, a removed statement. This module does not parse C++, so some mutants do not
+compile. They are not counted.
 """
 
 import hashlib
@@ -16,21 +16,23 @@ class Mutant:
     line: int  # counts from 1
     column: int  # counts from 1
     operator: str
-    begin: int  # characters [begin, end) of the file ...
+    begin: int  # characters [begin, end) of the file are replaced
     end: int
-    replacement: str  # ... become this
+    replacement: str
     before: str  # the line without its indentation
     occurrence: int  # the number of equal lines before it
 
     @property
     def folder(self):
-        """The module, or the subfolder of hosts/."""
+        """The module, or the folder in hosts/."""
         parts = self.file.split("/")
         return "/".join(parts[:2]) if parts[0] == "hosts" else parts[0]
 
     @property
     def identity(self):
-        """A hash that stays the same as long as the line and the number of equal lines before it do.
+        """A hash that does not depend on the line number.
+
+        It changes with the text of the line and the number of equal lines before it.
         """
         key = "\0".join(
             (self.file, self.before, str(self.occurrence), str(self.column), self.operator,
@@ -60,33 +62,35 @@ DECLARATION = re.compile(
     r"^(?:using|namespace|template|class|struct|enum|friend|extern|static|constexpr|const|typedef|"
     r"public|private|protected|return|throw|delete|static_assert|assert|#|explicit|virtual|auto|"
     r"else|case|default)\b|.*= (?:default|delete);$", re.S)
-# A variable declaration. Without it, the source would not compile.
+# Variable declarations are not removed, because the source would not compile without them.
 VARIABLE = re.compile(r"^[\w:<>,&*\s\x01]+[\s&*>]\w+(?:\s*=[^=].*|\(.*|\{.*|\[.*)?;$", re.S)
-# Reserving memory changes no result.
-MAKES_ROOM = re.compile(r"\b[rR]eserve\(")
+# Reserving memory does not change results.
+RESERVATION = re.compile(r"\b[rR]eserve\(")
 STATEMENT = re.compile(r"^[\w:(*~+-].*;$", re.S)
-# These lines have no behavior of their own.
+# Mutants of these lines would change nothing at run time.
 SKIPPED_LINE = re.compile(r"^\s*(?:template\b|#|static_assert\b|assert\b|using\b|friend\b)")
 
 
 def mask(text):
-    """Returns the text with comments, literals and preprocessor lines overwritten, and the ranges
-    of string and character literals."""
+    """Returns the text and the ranges of its string and character literals.
+
+    Comments, literals and preprocessor lines are overwritten in the text.
+    """
     pattern = re.compile(
         r"//[^\n]*|/\*.*?\*/|^[ \t]*#(?:[^\n\\]|\\.)*|R\"\((?:.*?)\)\"|"
         r"(?P<literal>\"(?:[^\"\\\n]|\\.)*\"|(?<![0-9a-fA-F])'(?:[^'\\\n]|\\.)+')",
         re.S | re.M)
     literals = []
-    pieces = []
+    parts = []
     last = 0
     for match in pattern.finditer(text):
         if match.group("literal"):
             literals.append((match.start(), match.end()))
-        pieces.append(text[last:match.start()])
-        pieces.append(re.sub(r"[^\n]", "\x01", match.group(0)))
+        parts.append(text[last:match.start()])
+        parts.append(re.sub(r"[^\n]", "\x01", match.group(0)))
         last = match.end()
-    pieces.append(text[last:])
-    return "".join(pieces), literals
+    parts.append(text[last:])
+    return "".join(parts), literals
 
 
 def closing_bracket(masked, opening):
@@ -141,7 +145,7 @@ def is_droppable(statement):
         return True
     return bool(STATEMENT.match(statement)) and not any(
         pattern.match(statement) for pattern in (DECLARATION, VARIABLE)) and not (
-            MAKES_ROOM.search(statement))
+            RESERVATION.search(statement))
 
 
 def statement_changes(masked):
@@ -155,8 +159,8 @@ def statement_changes(masked):
             depth -= 1
         elif depth == 0 and character in ";{}":
             if character == ";":
-                piece = masked[begin:offset + 1]
-                stripped = re.sub(r"^[\s\x01]*(?:(?:if|for|while) \(.*\)\s+)?", "", piece,
+                part = masked[begin:offset + 1]
+                stripped = re.sub(r"^[\s\x01]*(?:(?:if|for|while) \(.*\)\s+)?", "", part,
                                   flags=re.S)
                 start = offset + 1 - len(stripped)
                 if is_droppable(stripped):

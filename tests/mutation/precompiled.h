@@ -1,5 +1,5 @@
-// The headers that most sources include, compiled once so that a mutant compiles in a fraction of a
-// second. Only the mutation tool uses this file.
+// The headers that most sources include. They are compiled once, so that a mutant compiles in a
+// fraction of a second. Only the mutation tool uses this file.
 #include <CLI/CLI.hpp>
 #include <SQLiteCpp/Database.h>
 #include <SQLiteCpp/Statement.h>

@@ -1,4 +1,4 @@
-"""Stores what happened to each mutant and reports it."""
+"""Stores the results of the mutants and prints reports."""
 
 import json
 import threading
@@ -6,7 +6,7 @@ from collections import Counter
 
 
 class Results:
-    """A file with one JSON object per line, appended to as soon as a result is known."""
+    """A file with one JSON object per line, one for each result."""
 
     def __init__(self, path):
         self._path = path
@@ -27,8 +27,8 @@ class Results:
 class Equivalents:
     """The mutants of equivalent.txt, which no test can notice.
 
-    An entry is "FILE || LINE || REPLACEMENT || REASON". FILE, LINE and REPLACEMENT may be "*". LINE
-    is a source line without its indentation, or "~" and a part of a line.
+    An entry is "FILE || LINE || REPLACEMENT || REASON". FILE, LINE and REPLACEMENT may be "*" for
+    any value. LINE is a source line without its indentation, or "~" and a part of a line.
     """
 
     def __init__(self, path):
@@ -36,7 +36,7 @@ class Equivalents:
         for line in path.read_text().splitlines():
             if line and not line.startswith("#"):
                 file, rest = line.split(" || ", 1)
-                # The source line may contain the separator, the other fields do not.
+                # The source line may contain the separator; the other fields do not.
                 text, replacement, reason = rest.rsplit(" || ", 2)
                 self._entries.append((file, text, replacement, reason))
 
@@ -92,7 +92,7 @@ def report(mutants, results, equivalents, lines_by_file):
     for reason, count in sorted(reasons.items()):
         print(f"equivalent: {count} in {reason}")
     for file, text in equivalents.stale(lines_by_file):
-        print(f"stale: equivalent.txt names a line that does not exist: {file}: {text}")
+        print(f"stale: the line of an entry in equivalent.txt does not exist: {file}: {text}")
     for folder, folder_counts in sorted(by_folder.items()):
         print(f"{folder}: {_totals(folder_counts)}")
     print(f"{sum(counts.values())} of {len(mutants)} mutants tried: {_totals(counts)}")

@@ -1,9 +1,9 @@
 #!/usr/bin/env python3
-"""Mutation testing: changes the sources at one point at a time and checks that a test fails.
+"""Mutation testing: makes one small change to the sources at a time and checks that a test fails.
 
 The tool works on copies of the sources in build/mutation, one for each worker. It tries the mutants
-in random order, from a seed that it prints, so any number of them is a fair sample. It appends each
-result to build/mutation/results.jsonl; a later run skips the mutants that have a result there.
+in random order, so the mutants of a run are a random sample. It appends each result to
+build/mutation/results.jsonl. Later runs skip the mutants that have a result there.
 
 equivalent.txt lists the mutants that no test can notice, with the reason.
 """
@@ -37,7 +37,7 @@ def fail(message):
 
 
 def listed_files():
-    """Returns the files of the work tree that git lists, without ignored ones."""
+    """Returns the files of the working tree that git tracks or would add."""
     listed = subprocess.run(
         ["git", "ls-files", "-z", "--cached", "--others", "--exclude-standard"], cwd=ROOT,
         check=True, stdout=subprocess.PIPE).stdout.decode().split("\0")
@@ -45,7 +45,7 @@ def listed_files():
 
 
 def copy_sources(target):
-    """Makes `target` equal to the work tree."""
+    """Makes `target` equal to the working tree."""
     names = listed_files()
     for name in names:
         path = target / name
@@ -73,7 +73,7 @@ def all_mutants(root, pattern):
 
 
 def prepare_trees(jobs):
-    """Builds a copy of the work tree for each worker."""
+    """Builds a copy of the working tree for each worker."""
     header = WORK / "precompiled.pch"
     compile_header((HERE / "precompiled.h").read_text(), header)
     folder = WORK / "1"
@@ -86,7 +86,7 @@ def prepare_trees(jobs):
 
 
 class Worker:
-    """Tries one mutant after the other in a tree of its own."""
+    """Tries mutants, one at a time, in its own copy of the sources."""
 
     def __init__(self, tree, plan, seed):
         self._tree = tree
@@ -94,10 +94,10 @@ class Worker:
         self._random = random.Random(seed)
 
     def try_mutant(self, mutant):
-        """Returns the status (killed, survived or invalid) and what killed the mutant."""
+        """Returns the status (killed, survived or invalid) and the test that killed the mutant."""
         tree = self._tree
         temporary = Path(tempfile.mkdtemp(prefix="orn-mutation-"))
-        # Some tests drop their privileges and still create temporary files.
+        # Some tests create temporary files after they have dropped their privileges.
         temporary.chmod(0o1777)
         try:
             text = (tree.source / mutant.file).read_text()
@@ -108,7 +108,7 @@ class Worker:
             for unit in [*units, *tests]:
                 message = tree.compile(unit)
                 if message is not None:
-                    # A failed static_assert notices the mutant like a test.
+                    # A failed static_assert counts as a failed test.
                     if "static_assert failed" in message:
                         return "killed", "static_assert"
                     return "invalid", ""
@@ -174,8 +174,8 @@ def run_mutants(arguments, results, equivalents):
             os.chmod(temporary, 0o1777)
             plan = TestPlan(trees[0], temporary)
     except (BuildError, RuntimeError) as error:
-        fail(f"the unchanged sources fail\n{error}")
-    # The work tree may change during the run, so only the copies are read from here on.
+        fail(f"the unchanged sources do not build or do not pass their tests\n{error}")
+    # From here on, read only the copies, because the working tree may change during the run.
     texts = {name: (trees[0].source / name).read_text() for name in measured_files(trees[0].source)}
     mutants = [mutant for name, text in texts.items() if arguments.file in name
                for mutant in find_mutants(name, text)]
@@ -197,17 +197,17 @@ def run_mutants(arguments, results, equivalents):
 def parse_arguments():
     parser = argparse.ArgumentParser(description=__doc__.splitlines()[0])
     parser.add_argument("--minutes", type=float, default=60,
-                        help="stop after this time, preparation not counted (default: 60)")
+                        help="stop after this time, without the preparation (default: 60)")
     parser.add_argument("--count", type=int, help="stop after this number of mutants")
     parser.add_argument("--seed", default=str(random.SystemRandom().randrange(10**6)),
-                        help="seed of the order (default: a random one, which is printed)")
+                        help="seed of the random order (default: random; the tool prints it)")
     parser.add_argument("--jobs", type=int, default=os.cpu_count(),
-                        help="number of mutants tried in parallel (default: one for each core)")
+                        help="number of mutants tried in parallel (default: number of cores)")
     parser.add_argument("--file", default="", help="only files whose path contains this text")
     parser.add_argument("--survivors", action="store_true",
-                        help="try the earlier survivors again")
-    parser.add_argument("--fresh", action="store_true", help="discard the earlier results first")
-    parser.add_argument("--report", action="store_true", help="only report the earlier results")
+                        help="try the survivors of earlier runs again")
+    parser.add_argument("--fresh", action="store_true", help="discard earlier results first")
+    parser.add_argument("--report", action="store_true", help="only report earlier results")
     return parser.parse_args()
 
 
@@ -221,7 +221,7 @@ def main():
             try:
                 fcntl.flock(lock, fcntl.LOCK_EX | fcntl.LOCK_NB)
             except BlockingIOError:
-                fail("another run is active in build/mutation")
+                fail("another run uses build/mutation; wait until it has finished")
             if arguments.fresh:
                 (WORK / "results.jsonl").unlink(missing_ok=True)
             run_mutants(arguments, results, equivalents)

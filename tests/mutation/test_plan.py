@@ -1,4 +1,4 @@
-"""Selects and runs the tests that can notice a mutant, the likeliest and fastest ones first."""
+"""Selects and runs the tests that can notice a mutant, the likeliest and fastest tests first."""
 
 import os
 import re
@@ -8,7 +8,7 @@ import time
 from dataclasses import dataclass
 from pathlib import Path
 
-# The programs whose tests exercise a folder, its own tests first.
+# The programs whose tests exercise a folder. The folder's own tests come first.
 PROGRAMS = {
     "orncore": ("orncore_tests", "ornwhatsnew_tests", "ornappsupport_tests", "ornui_tests",
                 "scenarios", "early_list_tests", "hosts_common_tests", "hosts_console_tests"),
@@ -20,7 +20,7 @@ PROGRAMS = {
     "hosts/common": ("hosts_common_tests", "hosts_console_tests", "scenarios"),
     "hosts/console": ("hosts_console_tests", "scripts"),
 }
-# Slow tests of other modules hardly ever notice what the fast ones miss.
+# Slow tests of other modules rarely notice a mutant that the fast tests miss.
 SLOW_PROGRAMS = {
     "orncore": ("orncore_tests", "ornwhatsnew_tests", "fault_tests"),
     "ornappsupport": ("ornappsupport_tests", "ornwhatsnew_tests", "fault_tests"),
@@ -30,15 +30,15 @@ SLOW_PROGRAMS = {
     "hosts/console": ("hosts_console_tests",),
 }
 SLOW_SECONDS = 0.15
-# Tests above this limit run only for the file that they are named after.
+# Slower tests run only for the file that they are named after.
 VERY_SLOW_SECONDS = 3.0
-# Of these programs only some tests run, because the others take minutes without optimization.
+# Some tests of these programs do not run, because they take minutes without optimization.
 FILTERS = {
     "fault_tests": "CallbackTest.*:ServiceTest.*:MemoryTest.*Captur*:MemoryTest.InsertingAnItem*:"
                    "MemoryTest.AddingAChangeToAnItem*:MemoryOfCommandTest.ReportsAFailureAndWorks*",
 }
 MEMORY_LIMIT = 3 << 30
-# The tests that kill processes at random moments take this number from the environment.
+# The kill tests read the number of kills from the environment.
 KILLS = "20"
 FAILED_LINE = re.compile(r"^\[  FAILED  \] (\S+?\.\S+?)(?:,.*)? \(\d+ ms\)$", re.M)
 # A few tests may depend on how CMake links the programs. More failures are an error.
@@ -47,7 +47,7 @@ OK_LINE = re.compile(r"^\[       OK \] (\S+?\.\S+?)(?:, where .*)? \((\d+) ms\)$
 
 
 def run(command, folder, temporary, wall=1800.0, cpu=1800):
-    """Runs a command and returns its status and output. The status is None after `wall` seconds."""
+    """Runs a command and returns its status, or None after `wall` seconds, and its output."""
     environment = os.environ | {"TMPDIR": str(temporary), "ORNWHATSNEW_TEST_KILLS": KILLS}
     limits = ["prlimit", f"--as={MEMORY_LIMIT}", "--core=0", f"--cpu={cpu}"]
     with subprocess.Popen([*limits, *command], cwd=folder, env=environment,
@@ -78,7 +78,7 @@ class Step:
     seconds: float
 
     def kills(self, folder, temporary):
-        """Returns how the command fails: 'fails', 'does not end', or None if it passes."""
+        """Runs the command. Returns 'fails', 'does not end', or None if it succeeds."""
         status, _ = run(self.command, folder, temporary, wall=15 + 6 * self.seconds,
                         cpu=int(3 + 4 * self.seconds))
         if status is None or status in (-9, -24):
@@ -87,7 +87,7 @@ class Step:
 
 
 class TestPlan:
-    """The tests of a tree, with the time that each takes on the unchanged sources."""
+    """The tests of a tree, and the time of each with the unchanged sources."""
 
     def __init__(self, tree, temporary):
         self._source = tree.source
@@ -125,7 +125,7 @@ class TestPlan:
         return test.seconds <= SLOW_SECONDS
 
     def _tests(self, program, is_wanted):
-        """Returns the step that runs the wanted tests of a program, or None without such tests."""
+        """Returns the step that runs the wanted tests of a program, or None if there are none."""
         tests = self._seconds.get(program, [])
         wanted = [test for test in tests if is_wanted(test)]
         if not wanted:
@@ -134,7 +134,7 @@ class TestPlan:
         test_filter = ":".join(names)
         command = (f"bin/{program}", "--gtest_brief=1", "--gtest_fail_fast",
                    f"--gtest_filter={test_filter}")
-        # Programs take some time to start.
+        # Add the time to start the program.
         return Step(program, command, 0.3 + sum(test.seconds for test in wanted))
 
     def _measure(self, tree, program, temporary):
@@ -157,7 +157,7 @@ class TestPlan:
 
     @staticmethod
     def _find_suites(tree):
-        """Returns, by the stem of a source, the programs and suites of the tests named after it."""
+        """Returns the programs and suites of the tests that are named after each source."""
         suites = {}
         for program, units in tree.programs.items():
             for unit in units:
@@ -178,7 +178,7 @@ class TestPlan:
         commands = {
             "scenarios": ("bin/scenario_runner", "--check", *files),
         }
-        # The scripts need an absolute path of the program, which differs between the trees.
+        # The scripts need the absolute path of the program, which is different in each tree.
         for script, argument in (("man_page.sh", page), ("completion.sh", completions)):
             if (self._source.parent / console / script).exists():
                 commands[f"scripts: {script}"] = (
