@@ -1,5 +1,5 @@
 # shellcheck shell=bash
-# Part of ./dev: the benchmarks, and the check that the work grows linearly.
+# Part of ./dev: the benchmarks, and the check that the work grows linearly with the number of rows.
 
 bench_subjects=(cutting load memory identity news display state keyorder start)
 
@@ -7,9 +7,9 @@ bench_usage() {
   cat <<TEXT
 usage: ./dev bench [SUBJECT...]
 
-Runs the benchmarks of the named subjects, or of all, and prints a table: the time per row, the time
-of a hand-written baseline, and the ratio. See docs/performance.md.
-  --list   prints the subjects
+Runs the benchmarks of the named subjects, or of all subjects, and prints a table: the time per row,
+the time of a hand-written baseline, and the ratio. See docs/performance.md.
+  --list   print the subjects
 TEXT
 }
 
@@ -18,18 +18,18 @@ require_subject() {
   for subject in "${bench_subjects[@]}"; do
     [[ $subject != "$1" ]] || return 0
   done
-  fail "there is no subject '$1'; the subjects are: ${bench_subjects[*]}"
+  fail "unknown subject '$1'; the subjects are: ${bench_subjects[*]}"
 }
 
 # Runs each benchmark and its baseline alternately in random order, so that other load on the machine
-# affects both.
+# affects both equally.
 run_benchmark() {
   local subject=$1
   "build/bench/bin/benchmark_$subject" --benchmark_repetitions=9 --benchmark_min_time=0.05 \
     --benchmark_enable_random_interleaving=true --benchmark_report_aggregates_only=true \
     --benchmark_out_format=json --benchmark_out="build/bench/results/$subject.json" \
     </dev/null >"$(log_file "bench-$subject")" 2>&1 ||
-    { cat "$(log_file "bench-$subject")" >&2 && fail "the benchmark of $subject failed"; }
+    { cat "$(log_file "bench-$subject")" >&2 && fail "the benchmark '$subject' failed"; }
 }
 
 command_bench() {
@@ -53,10 +53,10 @@ command_bench() {
     results+=("build/bench/results/$subject.json")
   done
   python3 benchmarks/table.py "${results[@]}" | tee build/bench/table.md
-  say "The table: build/bench/table.md; all figures: build/bench/results/"
+  say "Wrote the table to build/bench/table.md and all measurements to build/bench/results/"
 }
 
-# The stage of ./dev check. It counts instructions, because times depend on other load.
+# The stage "growth" of ./dev check. It counts instructions, because times depend on other load.
 stage_growth() {
   configure bench && build bench --target benchmarks && count_instructions 1000 &&
     count_instructions 10000 || return
@@ -67,7 +67,7 @@ stage_growth() {
   return "$status"
 }
 
-# Counts the instructions of the probe, per function, for a number of rows.
+# Counts the instructions of each function of growth_probe for a number of rows.
 count_instructions() {
   local rows=$1 counts
   counts=$(log_file "growth-$rows")
@@ -76,17 +76,17 @@ count_instructions() {
     callgrind_annotate --inclusive=yes --threshold=100 "$counts.callgrind" >"$counts"
 }
 
-# Ten times the rows may need at most twelve times the instructions.
+# Fails if ten times the rows need more than twelve times the instructions.
 require_linear() {
   local function=$1 few many
   few=$(instructions_in "$function" 1000) && many=$(instructions_in "$function" 10000)
   printf '%s: %s instructions for 1,000 rows, %s for 10,000\n' "$function" "$few" "$many"
   ((few > 100000)) || { echo "FAILED: implausibly few instructions" && return 1; }
-  ((many <= 12 * few)) || { echo "FAILED: more than twelve times as many" && return 1; }
+  ((many <= 12 * few)) || { echo "FAILED: more than twelve times as many instructions" && return 1; }
 }
 
-# Prints the instructions of a function of the list and of its callees. The line of callgrind is
-# " 6,139,544 (22.35%)  ???:NAME(...".
+# Prints the number of instructions in a method of FeatureListData and its callees. A line of
+# callgrind_annotate is " 6,139,544 (22.35%)  ???:NAME(...".
 instructions_in() {
   local function=$1 rows=$2 line
   line=$(grep -m 1 ":ornwhatsnew::FeatureListData::$function(" "$(log_file "growth-$rows")")

@@ -1,11 +1,11 @@
 # shellcheck shell=bash
-# Part of ./dev: the stages of `./dev check`. Each stage is a function stage_NAME whose exit status is
-# its result; its output goes to build/log/check-NAME.log and is shown if it fails. The stages after a
-# failed one still run. Bash ignores `set -e` in a function whose status is tested, so the commands of
-# a stage are joined with &&.
+# Part of ./dev: the stages of `./dev check`. A stage is a function stage_NAME, which fails with a
+# nonzero status. Its output is written to build/log/check-NAME.log, and printed if the stage fails.
+# After a failure the other stages still run. Bash ignores `set -e` in a function whose status is
+# tested, so the commands of a stage are joined with &&.
 
-# The stages of the three tiers. Each tier runs the stages of the one before it, but --ci checks all
-# files where a contributor's check looks at the changed ones only.
+# The stages of the three tiers. Each tier includes the stages of the previous one, except that --ci
+# runs clang-tidy on all files instead of the changed files.
 contributor_stages=(scripts format includes release tidy-changed)
 ci_stages=(scripts format includes docs release headers windows static package sanitize thread tidy
   cppcheck)
@@ -15,23 +15,23 @@ stage_title() {
   case $1 in
     scripts) echo "shellcheck: every script" ;;
     format) echo "clang-format: every source" ;;
-    includes) echo "modules and folders include only allowed ones" ;;
+    includes) echo "includes: allowed modules and folders only" ;;
     docs) echo "Doxygen: every public name has a comment" ;;
     release) echo "g++, shared library: build and all tests" ;;
-    headers) echo "both compilers: each public header alone" ;;
+    headers) echo "g++ and clang: each public header alone" ;;
     windows) echo "MinGW: every source of the library compiles" ;;
     static) echo "clang, static library: build and all tests" ;;
     package) echo "Debian packages: install, run, remove" ;;
-    sanitize) echo "address, undefined: all tests but package tests" ;;
+    sanitize) echo "address, undefined: all tests except package" ;;
     thread) echo "ThreadSanitizer: tests of shared objects" ;;
     tidy) echo "clang-tidy: library, programs, examples" ;;
     tidy-changed) echo "clang-tidy: changed files" ;;
     tidy-tests) echo "clang-tidy: tests, fuzzers, benchmarks" ;;
     cppcheck) echo "cppcheck: library and programs" ;;
     valgrind) echo "valgrind: the panel of the example" ;;
-    growth) echo "callgrind: ten times the rows, 12 times the work" ;;
+    growth) echo "callgrind: instructions grow linearly" ;;
     fuzz) echo "every fuzzer for 30 minutes" ;;
-    kills) echo "10,000 killed writers lose nothing" ;;
+    kills) echo "10,000 killed writers lose no data" ;;
     mutation) echo "mutation testing for 30 minutes" ;;
     coverage) echo "coverage report" ;;
     *) return 1 ;;
@@ -42,12 +42,11 @@ check_usage() {
   cat <<'TEXT'
 usage: ./dev check [--ci | --release] [--skip STAGE]... [STAGE...]
 
-Runs the stages of a tier, or only the named stages. Without --ci and --release: the checks for a
-contributor.
-  --ci         what CI requires
-  --release    what a release requires
-  --skip STAGE leaves out a stage
-  --list       prints all stages
+Runs the stages of a tier, or only the named stages. The default tier is for contributors.
+  --ci         run the stages that CI requires
+  --release    run the stages that a release requires
+  --skip STAGE skip a stage
+  --list       print all stages
 TEXT
 }
 
@@ -70,7 +69,7 @@ stage_includes() { python3 tools/include_order.py; }
 
 stage_release() { build_and_test release; }
 
-# The compilers only parse, because no code is generated from a header.
+# Checks only the syntax, because a header alone generates no code.
 stage_headers() {
   local compiler
   for compiler in g++ clang++; do
@@ -80,8 +79,8 @@ stage_headers() {
   done
 }
 
-# No library for Windows is installed here: of the system's headers only those of ICU and Boost, which
-# are the same on every system, are in the include path.
+# Checks only the syntax, because the libraries for Windows are not installed. Of the system's headers,
+# the include path contains only those of ICU and Boost, which are the same on every system.
 stage_windows() {
   local include=build/windows/include
   mkdir -p "$include" &&
@@ -96,7 +95,7 @@ stage_windows() {
 
 stage_static() { build_and_test static; }
 
-# The package tests build their consumers without sanitizers, so they cannot link this library.
+# Skips the package tests: they build hosts without sanitizers, which cannot link this library.
 stage_sanitize() {
   ASAN_OPTIONS=strict_string_checks=1:detect_stack_use_after_return=1 \
   UBSAN_OPTIONS=print_stacktrace=1 \
@@ -124,7 +123,8 @@ stage_tidy() { list_files 'orn*.cpp' 'hosts/*.cpp' 'examples/*.cpp' | run_clang_
 
 stage_tidy-tests() { list_files 'tests/*.cpp' 'fuzz/*.cpp' 'benchmarks/*.cpp' | run_clang_tidy; }
 
-# The sources that differ from the main branch, and the source and test of each header that does.
+# Checks the sources that differ from the main branch, and the source and test of each header that
+# differs from it.
 stage_tidy-changed() {
   local base file
   base=$(git merge-base HEAD origin/main 2>/dev/null || git merge-base HEAD main 2>/dev/null ||
@@ -138,21 +138,22 @@ stage_tidy-changed() {
     done | sort -zu | run_clang_tidy
 }
 
-# Runs clang-tidy on the NUL-separated files of standard input, with the compile commands of the build
-# by clang. The commands of test sources refer to that build's precompiled header.
+# Runs clang-tidy on the NUL-separated files of standard input, with the compile commands of the preset
+# "static", which uses clang. The compile commands of tests require its precompiled header.
 run_clang_tidy() {
   local files=()
   mapfile -d '' -t files
   ((${#files[@]} > 0)) || return 0
   configure static && build static --target test_precompiled || return
-  # A source that this build does not compile has no compile command.
+  # Skip sources that this build does not compile: they have no compile command.
   local compiled
   compiled=$(sed -n 's/^  "file": "\(.*\)"$/\1/p' build/static/compile_commands.json)
   printf '%s\n' "${files[@]/#/$root/}" | { grep -xF -f <(printf '%s\n' "$compiled") || true; } |
     xargs -r -d '\n' -n 1 -P "$(jobs_count)" clang-tidy --quiet -p build/static
 }
 
-# passedByValue: cppcheck takes an iterator for a large object; clang-tidy checks parameters as well.
+# Suppresses passedByValue, because cppcheck mistakes iterators for large objects. clang-tidy checks
+# parameters, too.
 stage_cppcheck() {
   mkdir -p build/cppcheck
   cppcheck --quiet --language=c++ --std=c++20 --enable=warning,performance,portability \
@@ -167,7 +168,8 @@ build_and_test() {
   configure "$preset" && build "$preset" && run_tests "$preset" "$@"
 }
 
-# Prints how many tests a stage ran, such as "412 tests", or what it skipped, from its log.
+# Prints a summary from the log of a stage: the number of tests, such as "412 tests", or what the stage
+# skipped.
 summary_of_log() {
   sed -n -e 's/^[0-9]*% tests passed, [0-9]* tests* failed out of \([0-9]*\)$/\1 tests/p' \
     -e '/^skipped: /p' "$1" | tail -n 1
@@ -177,7 +179,7 @@ run_stage() {
   local stage=$1 log status=0 start=$SECONDS
   log=$(log_file "check-$stage")
   printf '%-12s %-48s ' "$stage" "$(stage_title "$stage")"
-  # A subshell, so that variables and exports of a stage do not reach the next one.
+  # Use a subshell, so that the variables of a stage do not affect the next stage.
   ("stage_$stage") </dev/null >"$log" 2>&1 || status=$?
   if ((status == 0)); then
     printf 'ok      %5d s  %s\n' $((SECONDS - start)) "$(summary_of_log "$log")"
@@ -188,13 +190,13 @@ run_stage() {
   return "$status"
 }
 
-# Prints the lines of a log that report errors, and its end.
+# Prints the error lines and the last lines of a log.
 show_failure() {
   local log=$1
   {
     grep -nE '(error|warning|FAILED|ERROR|Failed|\*\*\*Exception|Sanitizer)' "$log" |
       grep -v 'warnings generated' | head -n 60 || true
-    printf -- '--- the end of %s\n' "$log"
+    printf -- '--- last lines of %s\n' "$log"
     tail -n 30 "$log"
   } | sed 's/^/    /'
 }
@@ -208,7 +210,7 @@ list_stages() {
 
 require_stage() {
   stage_title "$1" >/dev/null ||
-    fail "there is no stage '$1'; run './dev check --list' for the list of stages"
+    fail "unknown stage '$1'; run './dev check --list' for the list of stages"
 }
 
 select_stages() {

@@ -1,5 +1,5 @@
 # shellcheck shell=bash
-# Part of ./dev: progress messages, configuring, building, running tests.
+# Part of ./dev: functions that print messages, configure, build, and run tests.
 
 # Prints a line of progress on stderr, because stdout may be the output of a program.
 say() { printf '== %s\n' "$*" >&2; }
@@ -11,8 +11,8 @@ fail() {
 
 jobs_count() { getconf _NPROCESSORS_ONLN; }
 
-# Uses ccache if it is installed. Paths are relative to the root of the clone, so that several clones
-# share their objects.
+# Uses ccache if it is installed. ccache stores paths relative to the root of the clone, so that several
+# clones share the cached objects.
 use_compiler_cache() {
   command -v ccache >/dev/null || return 0
   export CMAKE_CXX_COMPILER_LAUNCHER=${CMAKE_CXX_COMPILER_LAUNCHER:-ccache}
@@ -22,15 +22,15 @@ use_compiler_cache() {
   export CCACHE_SLOPPINESS=${CCACHE_SLOPPINESS:-$sloppiness}
 }
 
-# Configures a preset if it is new or the presets have changed. The build itself notices changes of
-# the CMake files.
+# Configures a preset if it has no build folder yet, or if CMakePresets.json has changed. The build runs
+# CMake again if another CMake file has changed.
 configure() {
   local preset=$1
   if [[ ! -f build/$preset/build.ninja || CMakePresets.json -nt build/$preset/build.ninja ]]; then
     say "Configuring build/$preset"
     cmake --preset "$preset" -Wno-dev >"$(log_file "configure-$preset")" 2>&1 || {
       cat "$(log_file "configure-$preset")" >&2
-      # Otherwise the next run would take the incomplete folder for a configured one.
+      # Otherwise the next run would assume that the folder is configured.
       rm -f "build/$preset/build.ninja" "build/$preset/CMakeCache.txt"
       fail "cannot configure the preset '$preset'; see the message above"
     }
@@ -56,13 +56,14 @@ log_file() {
   printf 'build/log/%s.log' "$1"
 }
 
-# Prints the sources of this project, NUL-separated: all files that git tracks or would add.
+# Prints the C++ files of this project, NUL-separated.
 list_sources() { list_files '*.h' '*.cpp'; }
 
+# Prints the matching files that git tracks or would add, NUL-separated.
 list_files() {
   git ls-files -z --cached --others --exclude-standard -- "$@" |
     while IFS= read -r -d '' file; do
-      # A file that was deleted but not yet committed is still listed.
+      # git still lists a deleted file until the deletion is committed.
       if [[ -f $file ]]; then printf '%s\0' "$file"; fi
     done
 }

@@ -1,6 +1,6 @@
 # shellcheck shell=bash
-# Part of ./dev: the API reference, generated from the public headers. A name without a comment and a
-# comment that refers to an unknown name are errors.
+# Part of ./dev: the API reference, which Doxygen generates from the public headers. Undocumented names
+# and references to unknown names are errors.
 
 make_reference() {
   local version
@@ -12,7 +12,7 @@ make_reference() {
 command_docs() {
   no_arguments docs "$@"
   ensure_packages docs
-  make_reference || fail "see the lines above for the missing or wrong comments"
+  make_reference || fail "comments of public headers are missing or wrong; see the messages above"
   say "Built the API reference: build/docs/html/index.html"
 }
 

@@ -1,20 +1,20 @@
 # shellcheck shell=bash
-# Part of ./dev: running the fuzzers. The corpus that they build is kept in build/fuzz/corpus for the
-# next run; inputs that break a property go to build/fuzz/finds.
+# Part of ./dev: runs the fuzzers. Each run extends the corpus in build/fuzz/corpus and writes its
+# findings to build/fuzz/finds.
 
 fuzz_targets=(data-file stored-state localiser-texts utf-conversions host-description styled-segments
   console-lines terminal-output)
 
-# Longer inputs reach no new code, but make the reference implementation slow.
+# Longer inputs reach no new code, but make the plain implementation slow.
 longest_input=4096
 
 fuzz_usage() {
   cat <<TEXT
 usage: ./dev fuzz [TARGET...] [SECONDS]
 
-Runs the named fuzz targets, or all of them, one after the other, each for SECONDS (default: 60).
-  --long   30 minutes each, as many at a time as there are cores
-  --list   prints the targets
+Runs the named targets, or all targets, one at a time and for SECONDS each (default: 60).
+  --long   run each target for 30 minutes, as many in parallel as there are cores
+  --list   print the targets
 TEXT
 }
 
@@ -22,19 +22,19 @@ build_fuzzers() {
   configure fuzz && build fuzz --target "${fuzz_targets[@]/#/fuzz_}"
 }
 
-# Runs one target. libFuzzer ends at the first finding, which its log describes.
+# Runs one target. libFuzzer stops at the first finding and describes it in the log.
 fuzz_target() {
   local target=$1 seconds=$2
-  local corpus=build/fuzz/corpus/$target finds=build/fuzz/finds/$target
-  mkdir -p "$corpus" "$finds"
+  local corpus=build/fuzz/corpus/$target findings=build/fuzz/finds/$target
+  mkdir -p "$corpus" "$findings"
   ASAN_OPTIONS=malloc_context_size=5 UBSAN_OPTIONS=print_stacktrace=1 \
     "build/fuzz/bin/fuzz_$target" "$corpus" "fuzz/seeds/$target" \
-    -dict="fuzz/dictionaries/$target.dict" -artifact_prefix="$finds/" \
+    -dict="fuzz/dictionaries/$target.dict" -artifact_prefix="$findings/" \
     -max_total_time="$seconds" -max_len=$longest_input -timeout=20 -rss_limit_mb=2048 \
     -print_final_stats=1 </dev/null >"$(log_file "fuzz-$target")" 2>&1
 }
 
-# Prints a target's line of the report: executions, covered edges, size of the corpus, result.
+# Prints a line about a target: executions, covered edges, size of the corpus, result.
 report_target() {
   local target=$1 status=$2 log executions coverage inputs verdict=ok
   log=$(log_file "fuzz-$target")
@@ -46,12 +46,12 @@ report_target() {
     "$target" "${executions:-?}" "${coverage:-?}" "$inputs" "$verdict"
 }
 
-# Runs targets in parallel and reports each. Fails if there is a finding.
+# Runs targets in parallel and prints a line about each. Fails if there is a finding.
 fuzz_targets_for() {
   local seconds=$1 at_a_time=$2 failed=0 running=() target
   shift 2
   for target in "$@"; do
-    # All run for the same time, so the one that started first ends first.
+    # All targets run for the same time, so wait for the one that started first.
     if ((${#running[@]} >= at_a_time)); then
       wait "${running[0]}" || failed=1
       running=("${running[@]:1}")
@@ -76,7 +76,7 @@ require_target() {
   for target in "${fuzz_targets[@]}"; do
     [[ $target != "$1" ]] || return 0
   done
-  fail "there is no fuzz target '$1'; the targets are: ${fuzz_targets[*]}"
+  fail "unknown fuzz target '$1'; the targets are: ${fuzz_targets[*]}"
 }
 
 command_fuzz() {
@@ -95,8 +95,8 @@ command_fuzz() {
   build_fuzzers
   say "Fuzzing ${#targets[@]} targets, $seconds seconds each"
   fuzz_targets_for "$seconds" "$at_a_time" "${targets[@]}" ||
-    fail "there are findings; see docs/fuzzing.md for how to make a regression test of one"
+    fail "there are findings; docs/fuzzing.md explains how to add a regression test for a finding"
 }
 
-# The stage of ./dev check.
+# The stage "fuzz" of ./dev check.
 stage_fuzz() { build_fuzzers && fuzz_targets_for 1800 "$(jobs_count)" "${fuzz_targets[@]}"; }

@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
-"""Checks that the includes of the modules follow their layers.
+"""Checks that files include only what their module and layer allow.
 
-Prints each violation as FILE:LINE: MESSAGE. The exit status is 1 if there is any.
+Prints each violation as FILE:LINE: MESSAGE. The exit status is 1 if there are violations.
 
 - Modules: a module includes only itself and the modules below it.
 - Public headers, which are those outside src/, include no private header.
@@ -40,7 +40,7 @@ def layer(path):
 
 
 def problem(source, included):
-    """Returns what is wrong with the include, or None."""
+    """Returns a message if the include is not allowed, otherwise None."""
     module = included.parts[0]
     if module not in MODULES:
         return None
@@ -72,7 +72,7 @@ def main():
     parser = argparse.ArgumentParser(description=__doc__.splitlines()[0])
     parser.add_argument("root", nargs="?", type=pathlib.Path,
                         default=pathlib.Path(__file__).resolve().parent.parent,
-                        help="the repository (default: the one of this script)")
+                        help="root of the repository (default: the repository of this script)")
     found = list(violations(parser.parse_args().root))
     print("\n".join(found), end="\n" if found else "")
     return 1 if found else 0

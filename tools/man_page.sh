@@ -5,11 +5,11 @@ set -euo pipefail
 
 lowdown=$1 page=$2 version=$3 output=$4
 
-# The date of the page itself, so that the same sources give the same file.
+# Use the date of the last commit of the page, so that the same sources give the same file.
 date=$(git -C "$(dirname "$page")" log -1 --format=%cs -- "$page" 2>/dev/null || true)
 
-# mandoc has no font C. A link to another page of the documentation would show its file name twice, and
-# a paragraph directly after a heading is redundant.
+# Correct the output of lowdown: mandoc does not support its font C, a link to another page would show
+# the file name twice, and a paragraph macro directly after a heading is redundant.
 "$lowdown" -sTman -m title=ORNWHATSNEW -m section=5 -m "date=${date:-$(date -u -r "$page" +%F)}" \
   -m "source=ornwhatsnew $version" -m 'volume=File Formats' "$page" |
   sed -e 's/\\fC/\\fB/g' -e 's/ <\\fI[^<>]*\.md\(#[^<>]*\)\?\\fR>//g' |

@@ -1,5 +1,5 @@
 # shellcheck shell=bash
-# Part of ./dev: Debian packages, and the stage of ./dev check that tests them.
+# Part of ./dev: builds and tests the Debian packages.
 
 package_folder=build/deb
 
@@ -16,13 +16,13 @@ command_package() {
   say "Building the Debian packages (first time: 2 to 4 minutes on two cores)"
   make_packages >"$(log_file package)" 2>&1 || {
     tail -n 30 "$(log_file package)" >&2
-    fail "could not build the packages; see build/log/package.log"
+    fail "cannot build the packages; see build/log/package.log"
   }
   say "Install them with: apt-get install ./$package_folder/*.deb"
 }
 
-# Without root, or where no clean system can be created, the stage only builds the packages and a host
-# with them. The line of the stage then says what was skipped.
+# Without root, or if no clean system can be created, the stage only builds the packages and a host that
+# uses them. The result line of the stage then names what was skipped.
 stage_package() {
   make_packages || return
   local status=0

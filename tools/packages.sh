@@ -35,8 +35,8 @@ is_installed() {
   [[ $(dpkg-query --show --showformat='${db:Status-Status}' "$1" 2>/dev/null) == installed ]]
 }
 
-# Installs the missing packages of a command. On a system without dpkg nothing is installed, and CMake
-# reports what it does not find.
+# Installs the missing packages of a command. Without dpkg it installs nothing, and CMake reports missing
+# dependencies.
 ensure_packages() {
   command -v dpkg-query >/dev/null || return 0
   local missing=() package
@@ -57,7 +57,8 @@ install_packages() {
     apt-get -qq -o DPkg::Lock::Timeout=300)
   local log
   log=$(log_file packages)
-  # The package lists of a new machine are empty or old: update them if the first attempt fails.
+  # The package lists of a new machine may be empty or outdated, so update them if the first attempt
+  # fails.
   "${apt[@]}" install --yes --no-install-recommends "$@" </dev/null >"$log" 2>&1 ||
     { "${apt[@]}" update && "${apt[@]}" install --yes --no-install-recommends "$@"; } \
       </dev/null >>"$log" 2>&1 ||
@@ -65,6 +66,6 @@ install_packages() {
 }
 
 packages_by_hand() {
-  fail "these packages are missing and cannot be installed without root; install them with
+  fail "cannot install missing packages; install them as root with
   apt-get install $*"
 }

@@ -1,12 +1,12 @@
 # shellcheck shell=bash
-# Part of ./dev: the picture of the panel in README, generated from the output of the program.
+# Part of ./dev: generates the picture of the panel in README from the output of the program.
 
 picture_file=docs/images/panel.png
 picture_columns=84
 picture_lines=39
 
-# Prints a page that looks like a terminal. Links become plain text, and faint text becomes grey,
-# because the converter does not support faint.
+# Prints an HTML page that looks like a terminal. Replaces links by their text. Replaces faint text by
+# grey text, because aha does not support faint.
 picture_page() {
   cat <<'HTML'
 <!doctype html><meta charset="utf-8"><style>
@@ -21,7 +21,7 @@ HTML
   echo '</pre>'
 }
 
-# Replaces the bright colours of the converter with those of a dark terminal.
+# Replaces aha's bright colours by colours for a dark background.
 picture_colors() {
   sed -E -e 's/filter: [^;]*;color:white;background-color:blue;/color:#1d1f29;background:#82aaff;/g' \
     -e 's/filter: [^;]*;color:blue;/color:#82aaff;/g' \
@@ -36,12 +36,12 @@ command_picture() {
   folder=$(mktemp -d)
   picture_page build/release/bin/ornwhatsnew >"$folder/panel.html"
   size=$((picture_columns * 1024 / 100 + 56)),$((picture_lines * 2244 / 100 + 44))
-  say "Taking the picture ($picture_file)"
+  say "Writing $picture_file"
   chromium --headless --no-sandbox --disable-gpu --disable-quic --no-first-run \
     --disable-background-networking --disable-component-update --disable-sync \
     --user-data-dir="$folder/profile" --force-device-scale-factor=1.25 --hide-scrollbars \
     --window-size="$size" --screenshot="$folder/panel.png" "file://$folder/panel.html" \
-    >"$(log_file picture)" 2>&1 || fail "chromium failed to write the picture; see build/log/picture.log"
+    >"$(log_file picture)" 2>&1 || fail "cannot write the picture; see build/log/picture.log"
   mv "$folder/panel.png" "$picture_file"
   rm -rf "$folder"
 }

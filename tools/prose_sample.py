@@ -14,7 +14,7 @@ ROOT = Path(__file__).resolve().parent.parent
 CODE_SUFFIXES = {".h", ".cpp", ".cmake", ".sh", ".py"}
 CODE_NAMES = {"CMakeLists.txt", "dev"}
 MAN_SOURCE = re.compile(r"\.[1-9]$")
-# Macros of mdoc that continue a sentence with their text. Other macro lines end it.
+# The mdoc macros whose text continues a sentence. Other macro lines end the sentence.
 MAN_INLINE = re.compile(r"^\.(Nm|Ar|Cm|Fl|Ql|Pa|Ev|Em|Sy|Li) ?")
 SENTENCE_END = re.compile(r"(?<=[.!?])\s+(?=[A-Z`\"(\[*])")
 # A C++ string literal, or several that the compiler joins.
@@ -24,7 +24,7 @@ SHORTEST_SENTENCE = 4  # words
 
 
 def project_files() -> list[Path]:
-    """The files that git knows or would add."""
+    """Returns the files that git tracks or would add."""
     command = ["git", "ls-files", "--cached", "--others", "--exclude-standard", "-z"]
     listed = subprocess.run(command, cwd=ROOT, check=True, capture_output=True, text=True).stdout
     paths = (ROOT / name for name in sorted(listed.split("\0")) if name)
@@ -36,7 +36,7 @@ def is_code(path: Path) -> bool:
 
 
 def comment_text(line: str, marker: str) -> str | None:
-    """The text of a line that holds nothing but a comment, or None."""
+    """Returns the text of a line that contains only a comment, or None."""
     stripped = line.strip()
     if not stripped.startswith(marker) or stripped.startswith("#!"):
         return None
@@ -44,7 +44,7 @@ def comment_text(line: str, marker: str) -> str | None:
 
 
 def comment_blocks(path: Path, text: str) -> list[tuple[int, str]]:
-    """The blocks of adjacent comment lines, each with its first line number."""
+    """Returns the blocks of adjacent comment lines, each with its first line number."""
     marker = "//" if path.suffix in {".h", ".cpp"} else "#"
     blocks, block, start = [], [], 0
     for number, line in enumerate(text.splitlines() + [""], 1):
@@ -65,7 +65,7 @@ def sentences(paragraph: str, line: int) -> list[tuple[int, str]]:
 
 
 def paragraphs(lines: list[tuple[int, str]]) -> list[tuple[int, str]]:
-    """Joins adjacent lines. An empty line ends a paragraph, a list item begins one."""
+    """Joins adjacent lines. An empty line ends a paragraph; a list item starts one."""
     found, current, start = [], [], 0
     for number, line in lines + [(0, "")]:
         begins = re.match(r"\s*([-*|]|\d+\.)\s", line)
@@ -79,7 +79,7 @@ def paragraphs(lines: list[tuple[int, str]]) -> list[tuple[int, str]]:
 
 
 def markdown_lines(text: str) -> list[tuple[int, str]]:
-    """The lines of a Markdown page without code blocks, rules and table lines' markup."""
+    """Returns the lines of a Markdown page without code blocks, headings and table markup."""
     lines, in_code = [], False
     for number, line in enumerate(text.splitlines(), 1):
         if line.startswith("```"):
@@ -95,7 +95,7 @@ def markdown_lines(text: str) -> list[tuple[int, str]]:
 
 
 def man_lines(text: str) -> list[tuple[int, str]]:
-    """The text lines of an mdoc page."""
+    """Returns the text lines of an mdoc page."""
     lines = []
     for number, line in enumerate(text.splitlines(), 1):
         inline = MAN_INLINE.sub("", line)
@@ -104,7 +104,7 @@ def man_lines(text: str) -> list[tuple[int, str]]:
 
 
 def help_lines(text: str) -> list[tuple[int, str]]:
-    """The lines of the here-documents of a shell script, which are its help texts."""
+    """Returns the lines of a shell script's here-documents, which are its help texts."""
     lines, end = [], None
     for number, line in enumerate(text.splitlines(), 1):
         opening = re.search(r"<<-?'?([A-Z]+)'?", line)
@@ -120,7 +120,7 @@ def help_lines(text: str) -> list[tuple[int, str]]:
 
 
 def help_columns(number: int, line: str) -> list[tuple[int, str]]:
-    """The description in a line of a help text: "  name   description   time", or its continuation."""
+    """Returns the description in a line of a help text, "  name   description   time"."""
     columns = re.split(r"\s{2,}", line.strip())
     if re.match(r"  \S", line) and len(columns) > 1:
         return [(number, ""), (number, columns[1])]
@@ -128,7 +128,7 @@ def help_columns(number: int, line: str) -> list[tuple[int, str]]:
 
 
 def help_strings(text: str) -> list[tuple[int, str]]:
-    """The string literals of a C++ file that read like help texts: several words."""
+    """Returns the string literals of a C++ file that consist of several words."""
     lines = []
     for match in JOINED_LITERALS.finditer(text):
         literal = "".join(re.findall(LITERAL, match.group()))

@@ -1,7 +1,7 @@
 # shellcheck shell=bash
-# Part of ./dev: the quality of the tests: coverage, mutation testing, killed programs.
+# Part of ./dev: coverage, mutation testing, and tests that kill programs.
 
-# The library and the programs; tests are not measured.
+# The folders whose coverage is measured. Tests are not among them.
 measured_folders=(orncore ornappsupport ornui ornwhatsnew hosts)
 
 command_coverage() {
@@ -9,17 +9,17 @@ command_coverage() {
   configure coverage
   say "Building and running the tests with coverage (first time: 5 to 10 minutes)"
   build coverage
-  # Coverage counts accumulate, and those of an earlier build would remain.
+  # Delete the counts of earlier runs, because a run adds its counts to them.
   find build/coverage -name '*.gcda' -delete
-  # Programs that switch to the user nobody cannot write their counts and report that on stderr, which
-  # these tests compare.
+  # Skip tests in which the program switches to the user nobody. It then cannot write its counts and
+  # reports this on stderr, which the tests compare.
   run_tests coverage --label-exclude package \
     --exclude-regex 'ProgramFileFaultTest.*(WithoutPermission|MayNotBeWritten)'
   local filters=() folder
   for folder in "${measured_folders[@]}"; do filters+=(--filter "$folder/"); done
   mkdir -p build/coverage/report
-  # Every call has a branch for exceptions. The fault tests cover the relevant ones; no test could
-  # cover all.
+  # Exclude the branches for exceptions: every call has one, and tests cannot cover all of them. The
+  # fault tests cover the relevant ones.
   gcovr --root . "${filters[@]}" --exclude-throw-branches --exclude-unreachable-branches \
     --sort-percentage --txt build/coverage/report/summary.txt \
     --html-details build/coverage/report/index.html --json build/coverage/report/coverage.json \
@@ -27,18 +27,18 @@ command_coverage() {
   say "Per file: build/coverage/report/summary.txt; per line: build/coverage/report/index.html"
 }
 
-# Skips mutants that have a result; tests/mutation/run.py --help lists the options.
+# Skips mutants that already have a result. Run './dev mutation --help' for the options.
 command_mutation() {
   ensure_packages check
   nice -n 10 python3 tests/mutation/run.py "$@"
 }
 
-# The tests kill a few hundred processes each; this command kills more. It runs the programs directly,
-# because CTest would stop them at the timeout of the tests.
+# Runs the kill tests with more kills than usual. Runs the test programs directly, because CTest would
+# stop them after the timeout of a test.
 command_kills() {
   local kills=${1:-10000}
   (($# <= 1)) || fail "'kills' takes one number; run './dev help' for usage"
-  [[ $kills =~ ^[1-9][0-9]{0,6}$ ]] || fail "'$kills' is not a number of kills"
+  [[ $kills =~ ^[1-9][0-9]{0,6}$ ]] || fail "invalid number of kills '$kills'"
   ensure_packages build
   configure release
   say "Building the tests in build/release"
@@ -48,14 +48,14 @@ command_kills() {
   kill_in hosts_console_tests ProgramKillTest "$kills"
 }
 
-# Runs the test "EveryKill..." of a suite and prints its line with the counts.
+# Runs the tests "EveryKill..." of a suite and prints the line with the number of kills.
 kill_in() {
   local program=$1 suite=$2 kills=$3 log
   log=$(log_file "kills-$suite")
   if ! ORNWHATSNEW_TEST_KILLS=$kills "build/release/bin/$program" \
     --gtest_filter="$suite.EveryKill*" >"$log" 2>&1; then
     cat "$log" >&2
-    fail "data was lost; see $log"
+    fail "the suite '$suite' failed; see $log"
   fi
   printf '%-17s %s\n' "$suite" "$(grep -E '^[0-9]+ killed, ' "$log")"
 }
