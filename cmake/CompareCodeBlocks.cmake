@@ -1,5 +1,5 @@
-# Fails unless each block of C++ or CMake code of the page PAGE is, unchanged, in one of the files CODE
-# (separated by commas), where it may be indented by two spaces.
+# Fails unless each C++ and CMake block of the page PAGE occurs unchanged in one of the files CODE,
+# which are separated by commas. In the file, the block may be indented by two spaces.
 cmake_minimum_required(VERSION 3.25)
 
 string(REPLACE "," ";" files "${CODE}")
@@ -25,13 +25,13 @@ foreach(language cpp cmake)
     string(SUBSTRING "${rest}" ${start} -1 rest)
     string(FIND "${rest}" "```\n" end)
     string(SUBSTRING "${rest}" 0 ${end} block)
-    string(FIND "${code}" "\n${block}" place)
-    if(place EQUAL -1)
-      message(FATAL_ERROR "${PAGE} shows code that is in none of ${CODE}:\n${block}")
+    string(FIND "${code}" "\n${block}" position)
+    if(position EQUAL -1)
+      message(FATAL_ERROR "'${PAGE}' contains a block that is in none of the files ${CODE}:\n${block}")
     endif()
     math(EXPR count "${count} + 1")
   endwhile()
 endforeach()
 if(count EQUAL 0)
-  message(FATAL_ERROR "${PAGE} shows no code")
+  message(FATAL_ERROR "'${PAGE}' contains no C++ or CMake block")
 endif()

@@ -1,4 +1,4 @@
-# Runs PROGRAM and fails unless it succeeds and prints exactly the content of the file EXPECTED.
+# Runs PROGRAM. Fails unless the program succeeds and prints exactly the content of the file EXPECTED.
 cmake_minimum_required(VERSION 3.25)
 
 execute_process(COMMAND ${PROGRAM} OUTPUT_VARIABLE output COMMAND_ERROR_IS_FATAL ANY)

@@ -1,5 +1,5 @@
-# Install rules. The program and the examples declare theirs in their own folders; this file
-# installs the library, the CMake package and the pkg-config file.
+# Install rules for the library, the CMake package, the pkg-config file and the documents. The rules for
+# the program and the examples are in their own folders.
 include(CMakePackageConfigHelpers)
 
 set(ORN_CMAKE_DIR ${CMAKE_INSTALL_LIBDIR}/cmake/ornwhatsnew)
@@ -13,8 +13,8 @@ install(EXPORT ornwhatsnewTargets NAMESPACE ornwhatsnew:: DESTINATION ${ORN_CMAK
 
 # The pkg-config file computes its prefix from its own location, so an installed tree can be moved.
 file(RELATIVE_PATH ORN_PC_PREFIX /${CMAKE_INSTALL_LIBDIR}/pkgconfig /)
-# A program that links the static library also links the libraries that it uses. For the shared
-# library they are not listed at all, because pkg-config requires the files of every listed package.
+# A program that links the static library must also link the library's dependencies. The pkg-config file
+# of the shared library does not list them, because pkg-config fails if a listed package is missing.
 set(ORN_PC_CFLAGS "")
 set(ORN_PC_PRIVATE "")
 if(NOT ORNWHATSNEW_SHARED)
@@ -28,7 +28,7 @@ install(FILES ${PROJECT_BINARY_DIR}/package/ornwhatsnew.pc
 
 configure_package_config_file(${CMAKE_CURRENT_LIST_DIR}/ornwhatsnewConfig.cmake.in
   ${PROJECT_BINARY_DIR}/package/ornwhatsnewConfig.cmake INSTALL_DESTINATION ${ORN_CMAKE_DIR})
-# Before 1.0 a minor version may require hosts to change or to be rebuilt.
+# Before version 1.0, hosts may have to be changed or rebuilt for a new minor version.
 write_basic_package_version_file(${PROJECT_BINARY_DIR}/package/ornwhatsnewConfigVersion.cmake
   COMPATIBILITY SameMinorVersion)
 install(FILES
@@ -36,8 +36,9 @@ install(FILES
   ${PROJECT_BINARY_DIR}/package/ornwhatsnewConfigVersion.cmake
   DESTINATION ${ORN_CMAKE_DIR} COMPONENT development)
 
-# The documents keep their relative positions, so that the links between them work. The examples link
-# to ../docs. ornwhatsnew-dev, a package name of Debian, needs a documentation folder of its own.
+# The installed documents have the same relative paths as in the sources, so that the links between them
+# work. The examples link to ../docs, which is a symbolic link to the documents. Debian requires a
+# documentation folder for each package, so the one of ornwhatsnew-dev is a symbolic link, too.
 set(ORN_DOC_DIR ${CMAKE_INSTALL_DATADIR}/doc/ornwhatsnew)
 install(FILES README.md CHANGELOG.md DESTINATION ${ORN_DOC_DIR})
 install(DIRECTORY docs DESTINATION ${ORN_DOC_DIR}

@@ -1,14 +1,15 @@
 # Functions that declare the library, its modules, programs and test programs.
 
-# Before 1.0 a minor version may change the binary interface, so the loader must tell minor versions
-# apart.
+# Before version 1.0, a minor version may change the binary interface, so the soname contains the minor
+# version.
 set(ORN_SOVERSION ${PROJECT_VERSION_MAJOR})
 if(PROJECT_VERSION_MAJOR EQUAL 0)
   set(ORN_SOVERSION ${PROJECT_VERSION_MAJOR}.${PROJECT_VERSION_MINOR})
 endif()
 
-# orn_add_library(): declares the library ornwhatsnew, to which orn_add_module adds sources. Its
-# header set is based at the root of the repository, so an include path is the path on disk.
+# orn_add_library()
+# Declares the library ornwhatsnew, to which orn_add_module adds sources. The base of its header set is
+# the root of the repository, so include paths equal the paths in the repository.
 function(orn_add_library)
   set(type STATIC)
   if(ORNWHATSNEW_SHARED)
@@ -35,10 +36,11 @@ function(orn_add_library)
   endif()
 endfunction()
 
-# orn_set_shared_library_options(): link options that only some linkers have.
+# orn_set_shared_library_options()
+# Sets options for the shared library that not all compilers and linkers support.
 function(orn_set_shared_library_options)
-  # The library calls its own exported functions directly. Without these options every call goes
-  # through the dynamic symbol table, and the loader resolves each function when the program starts.
+  # With these options, the library calls its own exported functions directly. Otherwise every call
+  # would go through the dynamic symbol table, and program start would resolve each function.
   target_compile_options(ornwhatsnew PRIVATE
     $<$<CXX_COMPILER_ID:GNU>:-fno-semantic-interposition>)
   orn_link_option_if_supported(LINKER:-Bsymbolic-functions ORNWHATSNEW_HAS_BSYMBOLIC_FUNCTIONS)
@@ -48,7 +50,9 @@ function(orn_set_shared_library_options)
   set_property(TARGET ornwhatsnew APPEND PROPERTY LINK_DEPENDS ${map})
 endfunction()
 
-# orn_link_option_if_supported(OPTION VARIABLE): VARIABLE caches whether the linker accepts OPTION.
+# orn_link_option_if_supported(OPTION VARIABLE)
+# Links the library with OPTION if the linker supports it. The cache variable VARIABLE stores whether it
+# does.
 function(orn_link_option_if_supported option variable)
   include(CheckLinkerFlag)
   check_linker_flag(CXX ${option} ${variable})
@@ -69,7 +73,7 @@ function(orn_add_module name)
 endfunction()
 
 # orn_add_internal_library(NAME SOURCES source... [PUBLIC library...] [PRIVATE library...])
-# A static library that only our own programs and tests link; it is not installed.
+# Declares a static library for this project's programs and tests. It is not installed.
 function(orn_add_internal_library name)
   cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SOURCES;PUBLIC;PRIVATE")
   add_library(${name} STATIC ${arg_SOURCES})
@@ -80,6 +84,7 @@ function(orn_add_internal_library name)
 endfunction()
 
 # orn_add_program(NAME SOURCES source... [PRIVATE library...])
+# Declares a program. If it is installed, it finds the shared library relative to its own path.
 function(orn_add_program name)
   cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SOURCES;PRIVATE")
   add_executable(${name} ${arg_SOURCES})
@@ -93,8 +98,8 @@ function(orn_add_program name)
 endfunction()
 
 # orn_add_tests(NAME SOURCES source... [PRIVATE library...])
-# A GoogleTest program. CTest runs each of its tests as a test of its own; the list of tests is read
-# from the program after the build.
+# Declares a GoogleTest program. Each of its tests is a separate CTest test. CMake reads the list of
+# tests from the program after the build.
 function(orn_add_tests name)
   cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SOURCES;PRIVATE")
   orn_add_program(${name} SOURCES ${arg_SOURCES} PRIVATE ${arg_PRIVATE} GTest::gmock_main)
@@ -103,8 +108,9 @@ function(orn_add_tests name)
   gtest_discover_tests(${name} TEST_PREFIX "${name}." DISCOVERY_TIMEOUT 60 PROPERTIES TIMEOUT 120)
 endfunction()
 
-# orn_speed_up_test_compilation(NAME): a release build does not optimise the test sources, only the
-# code under test. The precompiled header needs the same options.
+# orn_speed_up_test_compilation(NAME)
+# Compiles test sources without optimisation in release builds; only the code under test is optimised.
+# The precompiled header must be compiled with the same options as the tests.
 function(orn_speed_up_test_compilation name)
   target_compile_options(${name} PRIVATE
     $<$<AND:$<CONFIG:Release>,$<CXX_COMPILER_ID:GNU,Clang,AppleClang>>:-O0>)

@@ -1,4 +1,4 @@
-# Debian packages, which cpack builds from a build with the prefix /usr: ./dev package.
+# Debian packages. './dev package' builds them with cpack from a build with the prefix /usr.
 set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_NAME ornwhatsnew)
 set(CPACK_PACKAGE_CONTACT "The developers of ornwhatsnew <ornwhatsnew@tarsa.example>")
@@ -14,9 +14,9 @@ set(CPACK_DEB_COMPONENT_INSTALL ON)
 set(CPACK_DEBIAN_RUNTIME_PACKAGE_NAME ornwhatsnew)
 set(CPACK_DEBIAN_RUNTIME_PACKAGE_SECTION utils)
 set(CPACK_COMPONENT_RUNTIME_DESCRIPTION "What's New lists for applications and terminals
- The program ornwhatsnew, and the library with which it and other
- applications show what is new.")
-# dpkg-shlibdeps reads the dependencies from the binaries and finds the library in the build folder.
+ A library that shows the users of an application what is new, and the
+ program ornwhatsnew, which shows it in a terminal.")
+# dpkg-shlibdeps reads the dependencies from the binaries. It needs the folder of the built library.
 set(CPACK_DEBIAN_RUNTIME_PACKAGE_SHLIBDEPS ON)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS ${CMAKE_LIBRARY_OUTPUT_DIRECTORY})
 set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS ON)

@@ -1,8 +1,9 @@
-# All targets are built with the sanitizers, because mixed programs give false reports.
+# Build all targets with the sanitizers, because a program that is only partly instrumented causes false
+# reports.
 if(ORNWHATSNEW_SANITIZERS)
   string(REPLACE "," ";" sanitizers "${ORNWHATSNEW_SANITIZERS}")
-  # With sanitizers g++ reports members of std::regex as uninitialised; the release build keeps that
-  # warning.
+  # With sanitizers, g++ warns that members of std::regex are uninitialised. The warning stays enabled
+  # in release builds.
   add_compile_options(-fsanitize=${ORNWHATSNEW_SANITIZERS} -fno-omit-frame-pointer
                       -fno-sanitize-recover=all
                       $<$<CXX_COMPILER_ID:GNU>:-Wno-maybe-uninitialized>)

@@ -1,4 +1,4 @@
-# Warnings for this project's code only: an interface target that is never exported.
+# The compiler warnings for this project's code. The target is not exported, so hosts do not get them.
 add_library(orn_warnings INTERFACE)
 target_compile_options(orn_warnings INTERFACE
   "$<$<CXX_COMPILER_ID:GNU,Clang,AppleClang>:-Wall;-Wextra;-Wpedantic;-Wshadow;-Wconversion;\
