@@ -23,8 +23,7 @@ namespace fuzz {
 namespace {
 
 int Checked(int result) {
-  if (result < 0)
-    throw std::system_error(errno, std::generic_category(), "cannot capture the output");
+  if (result < 0) throw std::system_error(errno, std::generic_category(), "cannot capture output");
   return result;
 }
 

@@ -14,7 +14,7 @@ void RequireKeysOnce(const ornwhatsnew::FeatureListData& list);
 /// Requires that each change belongs to one item, once, and that there are at most `rows` changes.
 void RequireChangesOnce(const ornwhatsnew::FeatureListData& list, std::size_t rows);
 
-/// Returns the identities in a state.
+/// Returns the identities in a stored state.
 ornwhatsnew::GuidSet StoredIdentities(const test_support::PlainPanel::Texts& stored);
 
 /// Requires that the panel contains each visible feature and change of the list once, and no

@@ -1,5 +1,5 @@
-// The main program of a fuzzer that is built without libFuzzer. It runs the fuzzer once for each
-// file in its arguments and for each file in the folders there, in the order of the names.
+// The main program of a fuzzer that is built without libFuzzer. Its arguments are files and
+// folders. It runs the fuzzer once for each file, in the order of the names within a folder.
 #include <cstdint>
 #include <cstdio>
 #include <exception>

@@ -3,7 +3,7 @@
 // Input: a line of two switches, then parts. The switches are:
 //
 //   0  the width in columns
-//   1  1 no styles, 2 either styles or hyperlinks but not both
+//   1  flags: 0x01 no styles, 0x02 either styles or hyperlinks, but not both
 //
 // Each part is a segment of the panel: a byte for its styles, a byte for its kind of link, and its
 // text.

@@ -15,12 +15,12 @@ inline constexpr std::size_t kWorldSwitches = 5;
 
 /// A fake host with a fixed feature table. It is configured by these switches, one byte each:
 ///
-///   0  display options, the lower five bits
-///   1  1 internal features allowed, 2 no usage logging, 4 terminating, 8 show features that are
-///      off, 10 show unlock codes, 20 the platform is Win (hex)
+///   0  the display options, in the lower five bits
+///   1  flags: 0x01 internal features allowed, 0x02 no usage logging, 0x04 terminating, 0x08 show
+///      features that are off, 0x10 show unlock codes, 0x20 the platform is "Win"
 ///   2  features that are switched off, one bit each
 ///   3  features that the user may switch on, one bit each
-///   4  1 a rating placeholder, 2 a dictionary
+///   4  flags: 0x01 a rating placeholder, 0x02 a dictionary
 class World {
  public:
   /// Reads the switches of a line. A missing switch is 0.
