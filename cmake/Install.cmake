@@ -38,7 +38,7 @@ install(FILES
 
 # The installed documents have the same relative paths as in the sources, so that the links between them
 # work. The examples link to ../docs, which is a symbolic link to the documents. Debian requires a
-# documentation folder for each package, so the one of ornwhatsnew-dev is a symbolic link, too.
+# documentation folder for each package; the folder of ornwhatsnew-dev is a symbolic link, too.
 set(ORN_DOC_DIR ${CMAKE_INSTALL_DATADIR}/doc/ornwhatsnew)
 install(FILES README.md CHANGELOG.md DESTINATION ${ORN_DOC_DIR})
 install(DIRECTORY docs DESTINATION ${ORN_DOC_DIR}

@@ -40,7 +40,7 @@ endfunction()
 # Sets options for the shared library that not all compilers and linkers support.
 function(orn_set_shared_library_options)
   # With these options, the library calls its own exported functions directly. Otherwise every call
-  # would go through the dynamic symbol table, and program start would resolve each function.
+  # would use the dynamic symbol table, and the loader would resolve each function at program start.
   target_compile_options(ornwhatsnew PRIVATE
     $<$<CXX_COMPILER_ID:GNU>:-fno-semantic-interposition>)
   orn_link_option_if_supported(LINKER:-Bsymbolic-functions ORNWHATSNEW_HAS_BSYMBOLIC_FUNCTIONS)

@@ -1,4 +1,5 @@
 # shellcheck shell=bash
+
 # Part of ./dev: the benchmarks, and the check that the work grows linearly with the number of rows.
 
 bench_subjects=(cutting load memory identity news display state keyorder start)
@@ -67,7 +68,7 @@ stage_growth() {
   return "$status"
 }
 
-# Counts the instructions of each function of growth_probe for a number of rows.
+# Counts the instructions of each function in growth_probe for the given number of rows.
 count_instructions() {
   local rows=$1 counts
   counts=$(log_file "growth-$rows")

@@ -1,4 +1,5 @@
 # shellcheck shell=bash
+
 # Part of ./dev: the stages of `./dev check`. A stage is a function stage_NAME, which fails with a
 # nonzero status. Its output is written to build/log/check-NAME.log, and printed if the stage fails.
 # After a failure the other stages still run. Bash ignores `set -e` in a function whose status is
@@ -51,7 +52,7 @@ TEXT
 }
 
 stage_scripts() {
-  # All files named *.sh or *.bash, and files without a suffix that begin with #!.
+  # Checks files named *.sh or *.bash, files without a suffix that start with #!, and files in .ci/.
   local scripts=() file
   while IFS= read -r -d '' file; do
     case $file in

@@ -1,4 +1,5 @@
 # shellcheck shell=bash
+
 # Part of ./dev: functions that print messages, configure, build, and run tests.
 
 # Prints a line of progress on stderr, because stdout may be the output of a program.

@@ -1,4 +1,5 @@
 # shellcheck shell=bash
+
 # Part of ./dev: the API reference, which Doxygen generates from the public headers. Undocumented names
 # and references to unknown names are errors.
 

@@ -1,4 +1,5 @@
 # shellcheck shell=bash
+
 # Part of ./dev: runs the fuzzers. Each run extends the corpus in build/fuzz/corpus and writes its
 # findings to build/fuzz/finds.
 
@@ -34,7 +35,7 @@ fuzz_target() {
     -print_final_stats=1 </dev/null >"$(log_file "fuzz-$target")" 2>&1
 }
 
-# Prints a line about a target: executions, covered edges, size of the corpus, result.
+# Prints one line with the executions, covered edges, corpus size and result of a target.
 report_target() {
   local target=$1 status=$2 log executions coverage inputs verdict=ok
   log=$(log_file "fuzz-$target")

@@ -13,7 +13,7 @@ import pathlib
 import re
 import sys
 
-# Each module, with the modules that it may include.
+# Maps each module to the modules that it may include.
 MODULES = {
     "orncore": {"orncore"},
     "ornappsupport": {"ornappsupport", "orncore"},

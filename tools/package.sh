@@ -1,4 +1,5 @@
 # shellcheck shell=bash
+
 # Part of ./dev: builds and tests the Debian packages.
 
 package_folder=build/deb

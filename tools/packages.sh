@@ -1,4 +1,5 @@
 # shellcheck shell=bash
+
 # Part of ./dev: the Debian packages that each command needs, and their installation.
 
 build_packages=(

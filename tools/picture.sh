@@ -1,4 +1,5 @@
 # shellcheck shell=bash
+
 # Part of ./dev: generates the picture of the panel in README from the output of the program.
 
 picture_file=docs/images/panel.png

@@ -1,4 +1,5 @@
 # shellcheck shell=bash
+
 # Part of ./dev: coverage, mutation testing, and tests that kill programs.
 
 # The folders whose coverage is measured. Tests are not among them.

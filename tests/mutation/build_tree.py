@@ -14,7 +14,7 @@ import subprocess
 from dataclasses import dataclass
 from pathlib import Path
 
-# The folders that are mutated, by the shared library that they become.
+# Maps each shared library to its folders, whose files are mutated.
 LIBRARIES = {
     "modules": ("orncore", "ornappsupport", "ornui", "ornwhatsnew"),
     "hosts": ("hosts/common", "hosts/console"),
