@@ -50,7 +50,7 @@ ensure_packages() {
 install_packages() {
   local as_root=()
   if ((EUID != 0)); then
-    command -v sudo >/dev/null || packages_by_hand "$@"
+    command -v sudo >/dev/null || fail_with_missing_packages "$@"
     as_root=(sudo)
   fi
   say "Installing from Debian (1 to 3 minutes): $*"
@@ -63,10 +63,10 @@ install_packages() {
   "${apt[@]}" install --yes --no-install-recommends "$@" </dev/null >"$log" 2>&1 ||
     { "${apt[@]}" update && "${apt[@]}" install --yes --no-install-recommends "$@"; } \
       </dev/null >>"$log" 2>&1 ||
-    { tail -n 20 "$log" >&2 && packages_by_hand "$@"; }
+    { tail -n 20 "$log" >&2 && fail_with_missing_packages "$@"; }
 }
 
-packages_by_hand() {
+fail_with_missing_packages() {
   fail "cannot install missing packages; install them as root with
   apt-get install $*"
 }
