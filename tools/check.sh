@@ -81,12 +81,11 @@ stage_headers() {
 }
 
 # Checks only the syntax, because the libraries for Windows are not installed. Of the system's headers,
-# the include path contains only those of ICU and Boost, which are the same on every system.
+# the include path contains only those of ICU, which are the same on every system.
 stage_windows() {
   local include=build/windows/include
   mkdir -p "$include" &&
     ln -sfn /usr/include/unicode "$include/unicode" &&
-    ln -sfn /usr/include/boost "$include/boost" &&
     list_files 'orn*.cpp' |
     xargs -0 -n 1 -P "$(jobs_count)" x86_64-w64-mingw32-g++-posix -std=c++20 -fsyntax-only -Wall \
       -Wextra -Wshadow -Wconversion -Werror -I . -isystem "$include" -DORNWHATSNEW_BUILDING \

@@ -45,7 +45,6 @@ DEFINITIONS = {
     "ORNWHATSNEW_ISSUE_TRACKER": "https://issues.tarsa.example",
     "ORNWHATSNEW_PRIVACY_PAGE": "https://account.tarsa.example/privacy",
 }
-OPTIONAL_LIBRARIES = ("boost_thread",)
 REQUIRED_LIBRARIES = ("SQLiteCpp", "sqlite3", "murmurhash", "icuuc")
 # A header mutant recompiles at most this many sources of the library and the hosts.
 MOST_INCLUDERS = 12
@@ -243,7 +242,7 @@ class BuildTree:
         main = [] if name in ("ornwhatsnew", "scenario_runner") else ["-lgmock_main"]
         return ["clang++", "-fuse-ld=lld", "-pie", *(u.object for u in self.programs[name]), *main,
                 "lib/libsupport.a", "-lgmock", "-lgtest", "-Llib", "-lhosts", "-lmodules",
-                *(f"-l{library}" for library in available_libraries()), "-lpthread",
+                *(f"-l{library}" for library in REQUIRED_LIBRARIES), "-lpthread",
                 "-Wl,-rpath,$ORIGIN/../lib", "-o", f"bin/{name}"]
 
     def _run(self, command):
@@ -261,14 +260,6 @@ def restore_after_kill(folder):
         else:
             kept.unlink()
             path.unlink(missing_ok=True)
-
-
-def available_libraries():
-    def is_installed(library):
-        return os.path.isabs(subprocess.run(
-            ["clang++", f"-print-file-name=lib{library}.so"], check=True,
-            stdout=subprocess.PIPE).stdout.decode().strip())
-    return [*REQUIRED_LIBRARIES, *filter(is_installed, OPTIONAL_LIBRARIES)]
 
 
 def compile_header(text, output):

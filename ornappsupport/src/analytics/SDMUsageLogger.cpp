@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include <orncore/src/utility/ServiceHolder.h>
+#include "orncore/src/utility/ServiceHolder.h"
 
 namespace ornappsupport::analytics {
 namespace {

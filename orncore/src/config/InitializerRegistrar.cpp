@@ -7,7 +7,8 @@
 
 #include <orncore/config/TopLevel.h>
 #include <orncore/debug/Log.h>
-#include <orncore/src/utility/NoDestructor.h>
+
+#include "orncore/src/utility/NoDestructor.h"
 
 namespace orncore::config {
 

@@ -5,9 +5,10 @@
 #include <cstddef>
 #include <utility>
 
-#include <orncore/src/utility/NoDestructor.h>
 #include <orncore/string/Conversion.h>
 #include <orncore/string/Replace.h>
+
+#include "orncore/src/utility/NoDestructor.h"
 
 namespace orncore::config {
 namespace {

@@ -4,7 +4,7 @@
 #include <ios>
 #include <utility>
 
-#include <orncore/src/utility/NoDestructor.h>
+#include "orncore/src/utility/NoDestructor.h"
 
 namespace orncore::console {
 namespace {

@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include <orncore/src/utility/NoDestructor.h>
+#include "orncore/src/utility/NoDestructor.h"
 
 namespace orncore::debug {
 

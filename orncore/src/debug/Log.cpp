@@ -4,7 +4,7 @@
 #include <string>
 #include <utility>
 
-#include <orncore/src/utility/ServiceHolder.h>
+#include "orncore/src/utility/ServiceHolder.h"
 
 namespace orncore::debug {
 namespace {

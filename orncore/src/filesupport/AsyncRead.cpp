@@ -5,7 +5,8 @@
 #include <utility>
 
 #include <orncore/config/TopLevel.h>
-#include <orncore/src/utility/NoDestructor.h>
+
+#include "orncore/src/utility/NoDestructor.h"
 
 namespace orncore::filesupport {
 namespace {

@@ -3,7 +3,7 @@
 #include <cerrno>
 #include <system_error>
 
-#include <orncore/src/filesupport/RegularFile.h>
+#include "orncore/src/filesupport/RegularFile.h"
 
 namespace orncore::filesupport {
 namespace {

@@ -1,4 +1,4 @@
-#include <orncore/src/filesupport/RegularFile.h>
+#include "orncore/src/filesupport/RegularFile.h"
 
 #include <algorithm>
 #include <cerrno>

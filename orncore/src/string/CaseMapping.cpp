@@ -10,7 +10,7 @@
 #include <unicode/uchar.h>
 #include <unicode/ustring.h>
 
-#include <orncore/src/string/Ascii.h>
+#include "orncore/src/string/Ascii.h"
 
 namespace orncore::string {
 namespace {

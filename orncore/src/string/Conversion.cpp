@@ -7,7 +7,7 @@
 #include <unicode/utf16.h>
 #include <unicode/utf8.h>
 
-#include <orncore/src/string/Ascii.h>
+#include "orncore/src/string/Ascii.h"
 
 namespace orncore::string {
 namespace {

@@ -7,7 +7,7 @@
 #include <mutex>
 #include <utility>
 
-#include <orncore/src/utility/NoDestructor.h>
+#include "orncore/src/utility/NoDestructor.h"
 
 namespace orncore::utility {
 
