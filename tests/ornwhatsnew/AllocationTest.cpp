@@ -1,4 +1,5 @@
-// Questions that hosts ask often, and rules that are applied to every row, cost no memory.
+// Tests that frequent queries and the rules for every row do not allocate, and that loading and
+// displaying allocate in proportion to the number of changes.
 #include <string>
 
 #include <gtest/gtest.h>
@@ -18,7 +19,7 @@ using test_support::ChangeRow;
 using test_support::CountAllocations;
 using test_support::DataFile;
 
-// Longer than what a string holds in itself, so that every copy would show.
+// Longer than the internal buffer of std::string, so every copy allocates.
 const std::string kLong(200, 'x');
 
 ChangeRow LongRow(const std::string& groupingID) {
@@ -32,7 +33,7 @@ ChangeRow LongRow(const std::string& groupingID) {
           .description = kLong};
 }
 
-TEST(Allocation, ComparingKeywordsInAsciiNeedsNone) {
+TEST(Allocation, ComparesAsciiKeywordsWithoutAllocating) {
   const std::string upper(200, 'X');
   bool equal = false;
   EXPECT_EQ(CountAllocations([&] { equal = CaseInsensitiveEqual(kLong, upper); }), 0U);
@@ -41,13 +42,13 @@ TEST(Allocation, ComparingKeywordsInAsciiNeedsNone) {
   EXPECT_FALSE(equal);
 }
 
-TEST(Allocation, NumberOfAVersionNeedsNone) {
+TEST(Allocation, ComputesVersionNumbersWithoutAllocating) {
   std::int64_t number = 0;
   EXPECT_EQ(CountAllocations([&] { number = VersionNumber("25.1.0.123"); }), 0U);
   EXPECT_EQ(number, 25001000123);
 }
 
-TEST(Allocation, IdentityNeedsNone) {
+TEST(Allocation, ComputesIdentitiesWithoutAllocating) {
   const auto item = test_support::MakeItem({kLong, kLong, kLong, "$$$/private/" + kLong + "=x"},
                                            {LongRow("EPIC-1"), LongRow("EPIC-1")});
   Guid guid;
@@ -72,13 +73,13 @@ class ListAllocation : public test_support::FakeHostTest {
     file.Row(LongRow("BUGFIX"));
     list_ = std::make_unique<FeatureListData>(file.Text(), host_.Getter(), host_.Setter());
     test_support::Format(*list_);
-    list_->RefreshInternalSeenState();  // everything is seen from now on
+    list_->RefreshInternalSeenState();  // everything that was shown is now seen
   }
 
   std::unique_ptr<FeatureListData> list_;
 };
 
-TEST_F(ListAllocation, AskingWhetherAnythingIsNewNeedsNoneWhenAllIsSeen) {
+TEST_F(ListAllocation, IsAnythingNewDoesNotAllocateIfEverythingIsSeen) {
   for (const DisplayOptions options :
        {kShowOnlyNew, kShowOnlyNew | kFilterRelevantPlatform | kFilterRelevantVersion}) {
     bool anythingNew = true;
@@ -88,7 +89,7 @@ TEST_F(ListAllocation, AskingWhetherAnythingIsNewNeedsNoneWhenAllIsSeen) {
   }
 }
 
-TEST_F(ListAllocation, AskingWhetherAnythingNeedsRatingNeedsNone) {
+TEST_F(ListAllocation, IsAnythingNeedingRatingDoesNotAllocate) {
   bool needed = false;
   EXPECT_EQ(CountAllocations([&] { needed = list_->IsAnythingNeedingRating(); }), 0U);
   EXPECT_TRUE(needed);
@@ -97,7 +98,8 @@ TEST_F(ListAllocation, AskingWhetherAnythingNeedsRatingNeedsNone) {
   EXPECT_FALSE(needed);
 }
 
-// Counts at two sizes, so that what grows faster than the file shows whatever the first is.
+// Counts the allocations for two file sizes. The difference shows a faster than linear growth even
+// if the count for the smaller file is low.
 class LargeListAllocation : public ListAllocation {
  protected:
   static constexpr int kFewRows = 1'000;
@@ -125,20 +127,20 @@ class LargeListAllocation : public ListAllocation {
   }
 };
 
-TEST_F(LargeListAllocation, LoadingNeedsOneForEachChangeAndForEachLongTextOfIt) {
-  constexpr std::size_t kForEachChange = 4;  // itself, description, commit, URL
+TEST_F(LargeListAllocation, LoadingAllocatesOncePerChangeAndOncePerLongText) {
+  constexpr std::size_t kPerChange = 4;  // the change, its description, commit and URL
   const std::size_t few = CountLoad(kFewRows);
   const std::size_t many = CountLoad(kManyRows);
-  EXPECT_LE(few, kForEachChange * kFewRows + 300);
-  EXPECT_LE(many - few, kForEachChange * (kManyRows - kFewRows) + 50);
+  EXPECT_LE(few, kPerChange * kFewRows + 300);
+  EXPECT_LE(many - few, kPerChange * (kManyRows - kFewRows) + 50);
 }
 
-TEST_F(LargeListAllocation, DisplayingNeedsNoMoreThanSevenForEachChange) {
-  constexpr std::size_t kForEachChange = 7;  // two for the platform, five for the version range
+TEST_F(LargeListAllocation, DisplayingAllocatesAtMostSevenTimesPerChange) {
+  constexpr std::size_t kPerChange = 7;  // two for the platform, five for the version range
   const std::size_t few = CountDisplay(kFewRows);
   const std::size_t many = CountDisplay(kManyRows);
-  EXPECT_LE(few, kForEachChange * kFewRows + 300);
-  EXPECT_LE(many - few, kForEachChange * (kManyRows - kFewRows) + 50);
+  EXPECT_LE(few, kPerChange * kFewRows + 300);
+  EXPECT_LE(many - few, kPerChange * (kManyRows - kFewRows) + 50);
 }
 
 }  // namespace

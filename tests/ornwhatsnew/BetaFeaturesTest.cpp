@@ -1,4 +1,4 @@
-// How the host's beta features become items, in which order they stand, and how they are labelled.
+// Tests how the host's beta features become items, and the order and the labels of items.
 #include <string>
 
 #include <gmock/gmock.h>
@@ -31,7 +31,7 @@ class BetaFeatures : public test_support::FakeHostTest {
     list_.BubbleUnlockedItemsToTheTop();
     return KeyOrder(list_);
   }
-  // The state of the feature's item as a list would label it now.
+  // Returns the current unlock state of an item with these keys.
   ItemUnlockState UnlockState(const std::string& internalKey,
                               const std::string& groupingKey = "E") {
     return GetItemUnlockState(*MakeItem({groupingKey, internalKey}));
@@ -45,7 +45,7 @@ TEST_F(BetaFeatures, EmptyTableGivesTheFourSections) {
   EXPECT_THAT(OrderAfterBubbling(), ElementsAre("UNREVIEWED", "MISC", "BUGFIX", "INTERNAL"));
 }
 
-TEST_F(BetaFeatures, SectionsHaveTheirNamesAndNothingElse) {
+TEST_F(BetaFeatures, SectionsHaveOnlyAName) {
   list_.ParseBetaFeatures();
   const struct {
     const char* key;
@@ -65,7 +65,7 @@ TEST_F(BetaFeatures, SectionsHaveTheirNamesAndNothingElse) {
   }
 }
 
-TEST_F(BetaFeatures, EntryBecomesAnItem) {
+TEST_F(BetaFeatures, BecomeItems) {
   host_.AddFeature({.internalKey = "export",
                     .epicKey = "EPIC-7",
                     .name = "Exp\xC3\xB6rt",
@@ -81,7 +81,7 @@ TEST_F(BetaFeatures, EntryBecomesAnItem) {
   EXPECT_FALSE(item.IsItemInternalOverride());
 }
 
-TEST_F(BetaFeatures, AreOrderedByNameWithCapitalsFirst) {
+TEST_F(BetaFeatures, AreOrderedByNameWithUpperCaseFirst) {
   host_.AddFeature({.internalKey = "1", .epicKey = "E-beta", .name = "beta"});
   host_.AddFeature({.internalKey = "2", .epicKey = "E-Alpha", .name = "Alpha"});
   host_.AddFeature({.internalKey = "3", .epicKey = "E-alpha", .name = "alpha"});
@@ -98,37 +98,37 @@ TEST_F(BetaFeatures, NamesCompareAsUnsignedBytesAndPrefixesSortFirst) {
               ElementsAre("E-3", "E-2", "E-4", "E-1", "MISC", "BUGFIX", "INTERNAL", "UNREVIEWED"));
 }
 
-TEST_F(BetaFeatures, OfTheSameNameAreOrderedByTheirKeys) {
+TEST_F(BetaFeatures, WithTheSameNameAreOrderedByEpicKey) {
   host_.AddFeature({.internalKey = "1", .epicKey = "E-2", .name = "Same"});
   host_.AddFeature({.internalKey = "2", .epicKey = "E-1", .name = "Same"});
   EXPECT_THAT(OrderAfterParsing(),
               ElementsAre("E-1", "E-2", "MISC", "BUGFIX", "INTERNAL", "UNREVIEWED"));
 }
 
-TEST_F(BetaFeatures, OfTheSameEpicGiveOneItemAndOneEntry) {
+TEST_F(BetaFeatures, WithTheSameEpicKeyBecomeOneItem) {
   host_.AddFeature({.internalKey = "b", .epicKey = "E-1", .name = "Aardvark"});
   host_.AddFeature({.internalKey = "a", .epicKey = "E-1", .name = "Zebra"});
   host_.AddFeature({.internalKey = "c", .epicKey = "E-2", .name = "Middle"});
-  // The item is that of the smaller internal key, its place that of the smaller name.
+  // The smaller internal key determines the item, and the smaller name determines its position.
   EXPECT_THAT(OrderAfterParsing(),
               ElementsAre("E-1", "E-2", "MISC", "BUGFIX", "INTERNAL", "UNREVIEWED"));
   EXPECT_EQ(ItemOf(list_, "E-1").GetBetaFeatureInternalKey(), "a");
 }
 
-TEST_F(BetaFeatures, WithoutAnEpicShareTheEmptyKey) {
+TEST_F(BetaFeatures, WithoutAnEpicKeyShareTheEmptyKey) {
   host_.AddFeature({.internalKey = "a", .name = "First"});
   host_.AddFeature({.internalKey = "b", .name = "Second"});
   EXPECT_THAT(OrderAfterParsing(), ElementsAre("", "MISC", "BUGFIX", "INTERNAL", "UNREVIEWED"));
   EXPECT_EQ(ItemOf(list_, "").GetFeatureName(), "First");
 }
 
-TEST_F(BetaFeatures, EpicThatIsASectionKeyTakesTheSectionsPlace) {
+TEST_F(BetaFeatures, WithASectionKeyReplaceTheSection) {
   host_.AddFeature({.internalKey = "a", .epicKey = "BUGFIX", .name = "Feature"});
   EXPECT_THAT(OrderAfterParsing(), ElementsAre("BUGFIX", "MISC", "INTERNAL", "UNREVIEWED"));
   EXPECT_EQ(ItemOf(list_, "BUGFIX").GetFeatureName(), "Feature");
 }
 
-TEST_F(BetaFeatures, ParsedAgainKeepTheirItemsAndStandOnce) {
+TEST_F(BetaFeatures, ParsingAgainKeepsItemsAndAddsNoKeys) {
   host_.AddFeature({.internalKey = "a", .epicKey = "E-1", .name = "A"});
   list_.ParseBetaFeatures();
   const auto item = list_.GetFeatureItems().at("E-1");
@@ -136,7 +136,7 @@ TEST_F(BetaFeatures, ParsedAgainKeepTheirItemsAndStandOnce) {
   EXPECT_EQ(list_.GetFeatureItems().at("E-1"), item);
 }
 
-TEST_F(BetaFeatures, EnabledPublicFeaturesLeadTheListBehindUnreviewed) {
+TEST_F(BetaFeatures, EnabledPublicFeaturesFollowUnreviewed) {
   host_.AddFeature({.internalKey = "1", .epicKey = "E-1", .name = "A", .enabled = false});
   host_.AddFeature({.internalKey = "2", .epicKey = "E-2", .name = "B"});
   host_.AddFeature({.internalKey = "3", .epicKey = "E-3", .name = "C", .enabled = false});
@@ -158,7 +158,7 @@ TEST_F(BetaFeatures, EnabledInternalFeatureMovesUpForExternalUsersOnly) {
               ElementsAre("UNREVIEWED", "E-2", "E-1", "MISC", "BUGFIX", "INTERNAL"));
 }
 
-TEST_F(BetaFeatures, DisabledPublicFeatureStaysAndIsLabelledUnlocked) {
+TEST_F(BetaFeatures, DisabledPublicFeatureDoesNotMoveButIsLabelledUnlocked) {
   host_.AddFeature({.internalKey = "1", .epicKey = "E-1", .name = "A", .visibility = 3});
   host_.AddFeature({.internalKey = "2", .epicKey = "E-2", .name = "B", .enabled = false});
   list_.ParseBetaFeatures();
@@ -183,7 +183,7 @@ TEST_F(BetaFeatures, InDevelopmentAndUnlabelledFeaturesNeverMoveUp) {
               ElementsAre("UNREVIEWED", "E-1", "E-2", "E-3", "E-4", "MISC", "BUGFIX", "INTERNAL"));
 }
 
-TEST_F(BetaFeatures, BubblingTwiceIsBubblingOnce) {
+TEST_F(BetaFeatures, BubblingTwiceHasNoFurtherEffect) {
   for (const char* key : {"1", "2", "3", "4"}) {
     host_.AddFeature({.internalKey = key,
                       .epicKey = std::string("E-") + key,
@@ -200,7 +200,7 @@ TEST_F(BetaFeatures, BubblingPutsUnreviewedFirstEvenWithoutAnItem) {
   EXPECT_THAT(OrderAfterBubbling(), ElementsAre("UNREVIEWED", "E-1"));
 }
 
-TEST_F(BetaFeatures, OrderGoesByTheHostsTableOfTheMoment) {
+TEST_F(BetaFeatures, OrderDependsOnTheCurrentFeatureTable) {
   host_.AddFeature({.internalKey = "1", .epicKey = "E-1", .name = "A", .enabled = false});
   host_.AddFeature({.internalKey = "2", .epicKey = "E-2", .name = "B", .visibility = 2});
   list_.ParseBetaFeatures();
@@ -213,14 +213,14 @@ TEST_F(BetaFeatures, OrderGoesByTheHostsTableOfTheMoment) {
               ElementsAre("UNREVIEWED", "E-1", "E-2", "MISC", "BUGFIX", "INTERNAL"));
 }
 
-TEST_F(BetaFeatures, SectionsAreLabelledByTheirKind) {
+TEST_F(BetaFeatures, OnlyInternalSectionsAreLabelled) {
   EXPECT_EQ(UnlockState("", "INTERNAL"), ItemUnlockState::TarsaOnly);
   EXPECT_EQ(UnlockState("", "UNREVIEWED"), ItemUnlockState::TarsaOnly);
   EXPECT_EQ(UnlockState("", "MISC"), ItemUnlockState::Unlabelled);
   EXPECT_EQ(UnlockState("", "BUGFIX"), ItemUnlockState::Unlabelled);
 }
 
-TEST_F(BetaFeatures, UnlockStateFollowsVisibilityAndPermission) {
+TEST_F(BetaFeatures, UnlockStateDependsOnVisibilityAndPermission) {
   const struct {
     std::int32_t visibility;
     ItemUnlockState external;
@@ -242,7 +242,7 @@ TEST_F(BetaFeatures, UnlockStateFollowsVisibilityAndPermission) {
   }
 }
 
-TEST_F(BetaFeatures, OverrideLabelsAllButPublicFeaturesAsInternalOnes) {
+TEST_F(BetaFeatures, OverrideLabelsNonPublicFeaturesAsInternal) {
   const auto item = MakeItem({"E", "1"}, {{.salience = "HideBetaFeatureFromExternal"}});
   for (const std::int32_t visibility : {1, 2, 3, 4}) {
     host_.AddFeature({.internalKey = "1", .visibility = visibility});
@@ -256,18 +256,18 @@ TEST_F(BetaFeatures, OverrideLabelsAllButPublicFeaturesAsInternalOnes) {
   EXPECT_EQ(GetItemUnlockState(*item), ItemUnlockState::Unlocked);
 }
 
-TEST_F(BetaFeatures, FeatureThatLeftTheTableIsUnlabelled) {
+TEST_F(BetaFeatures, FeatureMissingFromTheTableIsUnlabelled) {
   EXPECT_EQ(UnlockState("gone"), ItemUnlockState::Unlabelled);
 }
 
-TEST_F(BetaFeatures, LabelGoesByTheTablesVisibilityAndNotTheItems) {
+TEST_F(BetaFeatures, LabelUsesTheVisibilityInTheTable) {
   host_.AddFeature({.internalKey = "1", .visibility = 2});
   EXPECT_EQ(
       GetItemUnlockState(*MakeItem({.groupingKey = "E", .internalKey = "1", .visibility = 0})),
       ItemUnlockState::InDevelopment);
 }
 
-TEST_F(BetaFeatures, DebugSwitchCountsOnlyAsTheExactWordAndWithPermission) {
+TEST_F(BetaFeatures, DebugSwitchRequiresTheExactWordTrueAndPermission) {
   host_.SetInternalFeaturesAllowed(true);
   EXPECT_FALSE(ShowingAllOffFeaturesInternally());
   for (const char* text : {"True", "TRUE", "1", "", "yes", " true", "false"}) {

@@ -1,5 +1,5 @@
-// What a data file makes of a list: which change goes where, in which order the features stand
-// afterwards, and from which version changes are counted.
+// Tests how a list parses a data file: the item of each change, the key order, and the
+// changes-since version.
 #include <string>
 
 #include <gmock/gmock.h>
@@ -24,7 +24,7 @@ using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
 
-// A list with two features, their sections, and a feature that is keyed by a story.
+// A list with the sections and three features. The key of the third feature is a story ID.
 class DataFileParse : public test_support::FakeHostTest {
  protected:
   DataFileParse() {
@@ -49,13 +49,13 @@ class DataFileParse : public test_support::FakeHostTest {
       return entry.second->GetAllChanges().empty();
     });
   }
-  // The header that names the changes-since version.
+  // Returns the panel's heading, which contains the changes-since version.
   std::string Header() { return Format(list_).Pieces(kStyleHeader).at(0); }
 
   FeatureListData list_{host_.Getter(), host_.Setter()};
 };
 
-TEST_F(DataFileParse, EmptyTextGivesNoChangesAndOneUnreviewedAtTheEnd) {
+TEST_F(DataFileParse, EmptyTextAddsNoChangesAndLeavesUnreviewedLast) {
   list_.ParseWhatsNewData("");
   EXPECT_TRUE(HasNoChanges());
   EXPECT_THAT(KeyOrder(list_), ElementsAre("EPIC-1", "EPIC-2", "STORY-9", "MISC", "BUGFIX",
@@ -72,7 +72,7 @@ TEST_F(DataFileParse, SectionsThatReceiveChangesAreNotMoved) {
                                            "EPIC-1", "UNREVIEWED"));
 }
 
-TEST_F(DataFileParse, HeaderAloneGivesTheSame) {
+TEST_F(DataFileParse, HeaderAloneAddsNoChangesAndLeavesUnreviewedLast) {
   list_.ParseWhatsNewData(DataFile().Text());
   EXPECT_TRUE(HasNoChanges());
   EXPECT_THAT(KeyOrder(list_), ElementsAre("EPIC-1", "EPIC-2", "STORY-9", "MISC", "BUGFIX",
@@ -86,24 +86,24 @@ TEST_F(DataFileParse, AppendsUnreviewedEvenToAnEmptyList) {
   EXPECT_THAT(list.GetFeatureItems(), IsEmpty());
 }
 
-TEST_F(DataFileParse, ChangeRowInTheFirstPlaceIsLost) {
+TEST_F(DataFileParse, ChangeInTheFirstRowIsLost) {
   list_.ParseWhatsNewData(",EPIC-1,,,,,,,,Lost\n,EPIC-1,,,,,,,,Kept\n");
   EXPECT_THAT(ChangesOf("EPIC-1"), ElementsAre("Kept"));
 }
 
-TEST_F(DataFileParse, ChangesSinceRowInTheFirstPlaceIsTheHeader) {
+TEST_F(DataFileParse, FirstRowIsTheHeaderEvenIfItIsAChangesSinceRow) {
   list_.ParseWhatsNewData("2.1,Changes-Since,,,,,,,,\n,EPIC-1,,,,,,,,Kept\n");
   EXPECT_THAT(ChangesOf("EPIC-1"), ElementsAre("Kept"));
   EXPECT_EQ(Header(), "\n\tChanges since v\n\n");
 }
 
-TEST_F(DataFileParse, HeaderWithAByteOrderMarkIsTheHeader) {
+TEST_F(DataFileParse, HeaderMayBeginWithAByteOrderMark) {
   list_.ParseWhatsNewData("\xEF\xBB\xBF" +
                           DataFileText({{.groupingID = "EPIC-1", .description = "Kept"}}));
   EXPECT_THAT(ChangesOf("EPIC-1"), ElementsAre("Kept"));
 }
 
-TEST_F(DataFileParse, HeaderOfAnotherFieldCountCostsTheFirstChange) {
+TEST_F(DataFileParse, FirstChangeIsLostIfTheHeaderHasAnotherFieldCount) {
   list_.ParseWhatsNewData("What's new\n,EPIC-1,,,,,,,,Lost\n,EPIC-1,,,,,,,,Kept\n");
   EXPECT_THAT(ChangesOf("EPIC-1"), ElementsAre("Kept"));
 }
@@ -113,13 +113,13 @@ TEST_F(DataFileParse, RowWithoutAGroupingIDIsSkippedEvenIfItsStoryIDIsKnown) {
   EXPECT_TRUE(HasNoChanges());
 }
 
-TEST_F(DataFileParse, RowsOfNineAndElevenFieldsAreSkipped) {
+TEST_F(DataFileParse, RowsWithNineOrElevenFieldsAreSkipped) {
   list_.ParseWhatsNewData(
       DataFile().Line(",EPIC-1,,,,,,,Lost").Line(",EPIC-1,,,,,,,,Lost,").Text());
   EXPECT_TRUE(HasNoChanges());
 }
 
-TEST_F(DataFileParse, ChangesSinceRowSetsTheVersionWhateverItsFieldCount) {
+TEST_F(DataFileParse, ChangesSinceRowMayHaveAnyFieldCount) {
   list_.ParseWhatsNewData(DataFile().Line("2.1,Changes-Since").Text());
   EXPECT_EQ(Header(), "\n\tChanges since v2.1\n\n");
   list_.ParseWhatsNewData(DataFile().Line("2.2,changes-since,,,,,,,,").Text());
@@ -137,25 +137,25 @@ TEST_F(DataFileParse, FileWithoutChangesSinceRowKeepsTheVersion) {
   EXPECT_EQ(Header(), "\n\tChanges since v2.1\n\n");
 }
 
-TEST_F(DataFileParse, LinesBehindAChangesSinceRowMaySayItAgain) {
+TEST_F(DataFileParse, ShortRowAfterAChangesSinceRowInheritsItsKeyword) {
   list_.ParseWhatsNewData(DataFile().Line("2.1,Changes-Since").Line("").Text());
   EXPECT_EQ(Header(), "\n\tChanges since v2.1\n\n");
   list_.ParseWhatsNewData(DataFile().Line("2.1,Changes-Since").Line("3.0").Text());
   EXPECT_EQ(Header(), "\n\tChanges since v3.0\n\n");
 }
 
-TEST_F(DataFileParse, BlankLineBehindAChangeIsSkipped) {
+TEST_F(DataFileParse, BlankRowAfterAChangeIsSkipped) {
   list_.ParseWhatsNewData(
       DataFile().Row({.groupingID = "EPIC-1", .description = "One"}).Line("").Text());
   EXPECT_THAT(ChangesOf("EPIC-1"), ElementsAre("One"));
 }
 
-TEST_F(DataFileParse, QuotedDescriptionWithCommasArrivesWhole) {
+TEST_F(DataFileParse, QuotedDescriptionKeepsItsCommas) {
   list_.ParseWhatsNewData(DataFile().Line(",EPIC-1,,,,,,,,\"One, two, three\"").Text());
   EXPECT_THAT(ChangesOf("EPIC-1"), ElementsAre("One, two, three"));
 }
 
-TEST_F(DataFileParse, ColumnsBecomeTheTextsOfTheChange) {
+TEST_F(DataFileParse, ColumnsBecomeTheFieldsOfTheChange) {
   list_.ParseWhatsNewData(
       DataFile().Line("V1,EPIC-1,STORY-1,HeadLine,Ask Me,F1,MAC,HTTPS://U,SHA,Text").Text());
   const FeatureListDetail& change = OnlyChangeOf("EPIC-1");
@@ -171,13 +171,13 @@ TEST_F(DataFileParse, ColumnsBecomeTheTextsOfTheChange) {
   EXPECT_EQ(change.GetDescription(), "Text");
 }
 
-TEST_F(DataFileParse, LoweredColumnsAreLoweredBeyondAscii) {
+TEST_F(DataFileParse, NonAsciiLettersOfStoryIDsAreLowerCased) {
   list_.ParseWhatsNewData(DataFile().Line(",EPIC-1,\xC3\x89\xE2\x84\xAA,,,,,,,\xC3\x89").Text());
   EXPECT_EQ(OnlyChangeOf("EPIC-1").GetJIRAStoryBugTaskID(), "\xC3\xA9k");
   EXPECT_EQ(OnlyChangeOf("EPIC-1").GetDescription(), "\xC3\x89");
 }
 
-TEST_F(DataFileParse, InternalInAnyLetterCaseGoesThereWithoutLookingAtTheStoryID) {
+TEST_F(DataFileParse, InternalGroupingIDMatchesInAnyLetterCaseAndOverridesTheStoryID) {
   list_.ParseWhatsNewData(
       DataFileText({{.groupingID = "internal", .storyID = "EPIC-1", .description = "lower"},
                     {.groupingID = "InterNal", .storyID = "EPIC-1", .description = "mixed"}}));
@@ -185,7 +185,7 @@ TEST_F(DataFileParse, InternalInAnyLetterCaseGoesThereWithoutLookingAtTheStoryID
   EXPECT_FALSE(OnlyChangeOf("INTERNAL").DetailInternalCouldNotMatchBetaFeature());
 }
 
-TEST_F(DataFileParse, BugfixIsFoundUnderItsExactKeyOnly) {
+TEST_F(DataFileParse, BugfixGroupingIDIsCaseSensitive) {
   list_.ParseWhatsNewData(DataFileText({{.groupingID = "BUGFIX", .description = "found"},
                                         {.groupingID = "bugfix", .description = "not found"}}));
   EXPECT_THAT(ChangesOf("BUGFIX"), ElementsAre("found"));
@@ -194,14 +194,14 @@ TEST_F(DataFileParse, BugfixIsFoundUnderItsExactKeyOnly) {
   EXPECT_TRUE(OnlyChangeOf("INTERNAL").DetailInternalCouldNotMatchBetaFeature());
 }
 
-TEST_F(DataFileParse, StoryIDDecidesWhereBothIDsNameAFeature) {
+TEST_F(DataFileParse, StoryIDHasPriorityOverTheGroupingID) {
   list_.ParseWhatsNewData(
       DataFileText({{.groupingID = "EPIC-1", .storyID = "STORY-9", .description = "Story"}}));
   EXPECT_THAT(ChangesOf("STORY-9"), ElementsAre("Story"));
   EXPECT_THAT(ChangesOf("EPIC-1"), IsEmpty());
 }
 
-TEST_F(DataFileParse, UnreviewedChangeOfAFeatureLandsInItsSectionUnmarked) {
+TEST_F(DataFileParse, UnreviewedChangeIsMarkedOnlyIfItMatchesNoFeature) {
   list_.ParseWhatsNewData(DataFileText(
       {{.groupingID = "EPIC-1", .salience = "UNREVIEWED", .description = "matched"},
        {.groupingID = "none", .salience = "Unreviewed", .description = "not matched"}}));
@@ -211,16 +211,16 @@ TEST_F(DataFileParse, UnreviewedChangeOfAFeatureLandsInItsSectionUnmarked) {
       ItemOf(list_, "UNREVIEWED").GetAllChanges()[1]->DetailInternalCouldNotMatchBetaFeature());
 }
 
-TEST_F(DataFileParse, ChangeWithoutASectionToTakeItIsDropped) {
+TEST_F(DataFileParse, UnmatchedChangeIsDroppedIfThereIsNoInternalSection) {
   FeatureListData list(host_.Getter(), host_.Setter());
   list.ParseWhatsNewData(DataFileText({{.groupingID = "none", .description = "Lost"}}));
   EXPECT_THAT(list.GetFeatureItems(), IsEmpty());
 }
 
-TEST_F(DataFileParse, EmptyEntryTakesNoChange) {
+TEST_F(DataFileParse, EmptyEntryReceivesNoChange) {
   FeatureListData list(host_.Getter(), host_.Setter());
   list.ParseWhatsNewData("");
-  list.BubbleUnlockedItemsToTheTop();  // leaves an empty entry for a key without an item
+  list.BubbleUnlockedItemsToTheTop();  // adds an empty entry for a key without an item
   ASSERT_EQ(list.GetFeatureItems().at("UNREVIEWED"), nullptr);
   list.InsertFeatureListItem(test_support::MakeItem({.groupingKey = "EPIC-1"}));
   list.ParseWhatsNewData(DataFileText(
@@ -237,14 +237,14 @@ TEST_F(DataFileParse, EmptyStoryIDIsLookedUpLikeAnyOther) {
   EXPECT_THAT(ChangesOf(""), ElementsAre("Change"));
 }
 
-TEST_F(DataFileParse, IDsAreLookedUpCleanedAndBeforeLowerCasing) {
+TEST_F(DataFileParse, IDsAreLookedUpAfterCleaningAndBeforeLowerCasing) {
   AddFeature("Mixed-\xEF\xBF\xBD");
   list_.ParseBetaFeatures();
   list_.ParseWhatsNewData(DataFile().Line(",Mi\rxed-\xFF,,,,,,,,Change").Text());
   EXPECT_THAT(ChangesOf("Mixed-\xEF\xBF\xBD"), ElementsAre("Change"));
 }
 
-TEST_F(DataFileParse, TouchedFeaturesMoveBehindTheOthersInTheOrderOfTheirFirstChange) {
+TEST_F(DataFileParse, TouchedFeaturesMoveToTheEndInTheOrderOfTheirFirstChange) {
   list_.ParseWhatsNewData(DataFileText({{.groupingID = "STORY-9"},
                                         {.groupingID = "BUGFIX"},
                                         {.groupingID = "EPIC-1"},
@@ -260,14 +260,14 @@ TEST_F(DataFileParse, FeatureOfAnUnreviewedChangeIsNotTouched) {
                                            "INTERNAL", "UNREVIEWED"));
 }
 
-TEST_F(DataFileParse, RepeatedKeysOfTouchedFeaturesBecomeOne) {
+TEST_F(DataFileParse, RepeatedKeyOfATouchedFeatureIsKeptOnce) {
   list_.InsertFeatureListItem(test_support::MakeItem({.groupingKey = "EPIC-1"}));
   list_.ParseWhatsNewData(DataFileText({{.groupingID = "EPIC-1"}}));
   EXPECT_THAT(KeyOrder(list_), ElementsAre("EPIC-2", "STORY-9", "MISC", "BUGFIX", "INTERNAL",
                                            "EPIC-1", "UNREVIEWED"));
 }
 
-TEST_F(DataFileParse, RepeatedUnreviewedBecomesOneAtTheEnd) {
+TEST_F(DataFileParse, RepeatedUnreviewedKeyIsKeptOnceAtTheEnd) {
   list_.InsertFeatureListItem(test_support::MakeItem({.groupingKey = "UNREVIEWED"}));
   list_.InsertFeatureListItem(test_support::MakeItem({.groupingKey = "UNREVIEWED"}));
   list_.ParseWhatsNewData("");
@@ -275,14 +275,14 @@ TEST_F(DataFileParse, RepeatedUnreviewedBecomesOneAtTheEnd) {
                                            "INTERNAL", "UNREVIEWED"));
 }
 
-TEST_F(DataFileParse, ParsingTwiceAddsTheChangesAgain) {
+TEST_F(DataFileParse, ParsingTwiceAddsTheChangesTwice) {
   const std::string data = DataFileText({{.groupingID = "EPIC-1", .description = "One"}});
   list_.ParseWhatsNewData(data);
   list_.ParseWhatsNewData(data);
   EXPECT_THAT(ChangesOf("EPIC-1"), ElementsAre("One", "One"));
 }
 
-TEST_F(DataFileParse, FileWithCarriageReturnsMakesTheSameChanges) {
+TEST_F(DataFileParse, CarriageReturnsDoNotAffectTheChanges) {
   std::string data =
       DataFile().ChangesSince("2.1").Row({.groupingID = "EPIC-1", .description = "One"}).Text();
   for (std::size_t at = 0; (at = data.find('\n', at)) != std::string::npos; at += 2) {
@@ -293,7 +293,7 @@ TEST_F(DataFileParse, FileWithCarriageReturnsMakesTheSameChanges) {
   EXPECT_THAT(Header(), HasSubstr("v2.1\n"));
 }
 
-TEST_F(DataFileParse, LineFeedInsideQuotesEndsTheRow) {
+TEST_F(DataFileParse, NewlineInsideQuotesEndsTheRow) {
   list_.ParseWhatsNewData(DataFile().Line(",EPIC-1,,,,,,,,\"One\ntwo\"").Text());
   EXPECT_THAT(ChangesOf("EPIC-1"), ElementsAre("One"));
 }

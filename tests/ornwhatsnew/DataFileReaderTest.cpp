@@ -30,7 +30,7 @@ using Reason = DataRowSkipReason;
 constexpr std::uint64_t kSeed = 20251120;
 constexpr char kHeader[] = "version,grouping,,,,,,,,\n";
 
-// A row with its texts copied out of the reader.
+// A copy of a row, because the reader overwrites its row in the next call.
 struct ReadRow {
   Kind kind;
   Reason reason;
@@ -54,7 +54,7 @@ std::vector<ReadRow> Read(std::string_view text) {
                     {row->values.begin(), row->values.end()}});
     EXPECT_EQ(row->kind == Kind::kSkipped, row->skipReason != Reason::kNone);
   }
-  EXPECT_EQ(reader.Next(), nullptr) << "the end must stay the end";
+  EXPECT_EQ(reader.Next(), nullptr) << "Next must keep returning null at the end";
   return rows;
 }
 
@@ -64,14 +64,14 @@ std::vector<Kind> Kinds(std::string_view text) {
   return kinds;
 }
 
-// The first fields of a text that is one row.
+// Returns the first ten fields of a text that is one row.
 std::vector<std::string> Fields(std::string_view row) {
   const ReadRow read = Read(row).at(0);
   return {read.values.begin(), read.values.begin() + static_cast<std::ptrdiff_t>(std::min(
                                                          read.fieldCount, kDataColumnCount))};
 }
 
-// The values of the last row.
+// Returns the current values after the last row.
 std::vector<std::string> LastValues(std::string_view text) {
   return Read(text).back().values;
 }
@@ -80,7 +80,7 @@ TEST(DataFileReader, EmptyTextHasNoRows) {
   EXPECT_THAT(Kinds(""), IsEmpty());
 }
 
-TEST(DataFileReader, FinalLineFeedYieldsALastBlankRow) {
+TEST(DataFileReader, FinalNewlineYieldsABlankRow) {
   EXPECT_THAT(Kinds(kHeader), ElementsAre(Kind::kHeader, Kind::kSkipped));
   EXPECT_EQ(Read(kHeader)[1].reason, Reason::kBlank);
   EXPECT_EQ(Read(kHeader)[1].fieldCount, 0U);
@@ -94,19 +94,19 @@ TEST(DataFileReader, CountsLinesFromOne) {
   EXPECT_EQ(rows[2].text, "b");
 }
 
-TEST(DataFileReader, FirstRowThatCountsIsTheHeaderWhateverItHolds) {
+TEST(DataFileReader, FirstRowThatIsNotSkippedIsTheHeader) {
   EXPECT_THAT(Kinds("2.1,Changes-Since\n2.2,Changes-Since"),
               ElementsAre(Kind::kHeader, Kind::kChangesSince));
   EXPECT_THAT(Kinds("25.1,EPIC-1,,,,,,,,Change\n25.1,EPIC-1,,,,,,,,Change"),
               ElementsAre(Kind::kHeader, Kind::kChange));
 }
 
-TEST(DataFileReader, HeaderWithAnotherFieldCountDoesNotCount) {
+TEST(DataFileReader, SkipsARowWithAnotherFieldCountBeforeTheHeader) {
   EXPECT_THAT(Kinds("a,b,c\n1,EPIC-1,,,,,,,,\n1,EPIC-1,,,,,,,,"),
               ElementsAre(Kind::kSkipped, Kind::kHeader, Kind::kChange));
 }
 
-TEST(DataFileReader, HeaderWithoutAGroupingIDDoesNotCount) {
+TEST(DataFileReader, SkipsARowWithoutAGroupingIDBeforeTheHeader) {
   EXPECT_THAT(Kinds("1,,,,,,,,,\n1,EPIC-1,,,,,,,,"), ElementsAre(Kind::kSkipped, Kind::kHeader));
 }
 
@@ -128,7 +128,7 @@ TEST(DataFileReader, ReportsWhyARowIsSkipped) {
   EXPECT_EQ(rows[6].reason, Reason::kNoGroupingID);
 }
 
-TEST(DataFileReader, ChangesSinceRowCountsWhateverItsFieldCount) {
+TEST(DataFileReader, ChangesSinceRowMayHaveAnyFieldCount) {
   for (const char* row : {"2.1,Changes-Since", "2.1,changes-since,,,,,,,,",
                           "2.1,CHANGES-SINCE,,,,,,,,,,,,", "2.1,\"Changes-Since\""}) {
     const auto rows = Read(kHeader + std::string(row));
@@ -137,12 +137,12 @@ TEST(DataFileReader, ChangesSinceRowCountsWhateverItsFieldCount) {
   }
 }
 
-TEST(DataFileReader, ShortRowKeepsTheValuesBehindIt) {
+TEST(DataFileReader, ShortRowInheritsItsMissingFields) {
   EXPECT_THAT(LastValues(std::string(kHeader) + "1,2,3,4,5,6,7,8,9,10\na,b"),
               ElementsAre("a", "b", "3", "4", "5", "6", "7", "8", "9", "10"));
 }
 
-TEST(DataFileReader, SkippedRowLeavesItsFieldsInTheValues) {
+TEST(DataFileReader, SkippedRowOverwritesTheCurrentValues) {
   EXPECT_THAT(LastValues(std::string(kHeader) + "x,y,z\n"),
               ElementsAre("x", "y", "z", "", "", "", "", "", "", ""));
 }
@@ -151,27 +151,27 @@ TEST(DataFileReader, RowOfTwoQuotesHasOneEmptyField) {
   const auto rows = Read("a,Changes-Since\n\"\"");
   EXPECT_EQ(rows[1].fieldCount, 1U);
   EXPECT_EQ(rows[1].values[0], "");
-  EXPECT_EQ(rows[1].kind, Kind::kChangesSince);  // the word still stands in its column
+  EXPECT_EQ(rows[1].kind, Kind::kChangesSince);  // column 2 still contains the keyword
 }
 
-TEST(DataFileReader, BlankLineBehindAChangesSinceRowSaysTheSameAgain) {
+TEST(DataFileReader, BlankRowAfterAChangesSinceRowRepeatsIt) {
   const auto rows = Read(std::string(kHeader) + "2.1,Changes-Since\n");
   EXPECT_EQ(rows[2].kind, Kind::kChangesSince);
   EXPECT_EQ(rows[2].values[0], "2.1");
 }
 
-TEST(DataFileReader, OneFieldLineBehindAChangesSinceRowNamesAnotherVersion) {
+TEST(DataFileReader, OneFieldRowAfterAChangesSinceRowSetsAnotherVersion) {
   const auto rows = Read(std::string(kHeader) + "2.1,Changes-Since\n3.0");
   EXPECT_EQ(rows[2].kind, Kind::kChangesSince);
   EXPECT_EQ(rows[2].values[0], "3.0");
 }
 
-TEST(DataFileReader, BlankLineBehindAChangeIsSkipped) {
+TEST(DataFileReader, BlankRowAfterAChangeIsSkipped) {
   EXPECT_THAT(Kinds(std::string(kHeader) + "1,EPIC-1,,,,,,,,\n\n"),
               ElementsAre(Kind::kHeader, Kind::kChange, Kind::kSkipped, Kind::kSkipped));
 }
 
-TEST(DataFileReader, FileWithCarriageReturnsReadsLikeOneWithout) {
+TEST(DataFileReader, CarriageReturnsBeforeNewlinesDoNotAffectTheRows) {
   const std::string plain =
       std::string(kHeader) + "2.1,Changes-Since\n\n1,EPIC-1,,,,,,,,\"a,b\"\n\nx\n";
   std::string withReturns;
@@ -186,17 +186,17 @@ TEST(DataFileReader, FileWithCarriageReturnsReadsLikeOneWithout) {
   }
 }
 
-TEST(DataFileReader, CutsFieldsAtCommasOutsideQuotes) {
+TEST(DataFileReader, SplitsFieldsAtCommasOutsideQuotes) {
   EXPECT_THAT(Fields("a,\"b,c\",d"), ElementsAre("a", "b,c", "d"));
   EXPECT_THAT(Fields("a\"b,c\"d,e"), ElementsAre("ab,cd", "e"));
   EXPECT_THAT(Fields(","), ElementsAre("", ""));
 }
 
-TEST(DataFileReader, DoubledQuotesLeaveNothingBehind) {
+TEST(DataFileReader, RemovesDoubledQuotes) {
   EXPECT_THAT(Fields("\"say \"\"hi, you\"\"\",b"), ElementsAre("say hi, you", "b"));
 }
 
-TEST(DataFileReader, OpenQuoteRunsToTheEndOfTheRowOnly) {
+TEST(DataFileReader, OpenQuoteEndsAtTheEndOfTheRow) {
   const auto rows = Read("a,\"b,c\nd,e");
   EXPECT_EQ(rows[0].fieldCount, 2U);
   EXPECT_EQ(rows[0].values[1], "b,c");
@@ -208,7 +208,7 @@ TEST(DataFileReader, BackslashIsAnOrdinaryCharacter) {
   EXPECT_THAT(Fields("\\n\\\\"), ElementsAre("\\n\\\\"));
 }
 
-TEST(DataFileReader, BlanksAroundFieldsStay) {
+TEST(DataFileReader, KeepsSpacesAndTabsAroundFields) {
   EXPECT_THAT(Fields(" a ,\tb\t"), ElementsAre(" a ", "\tb\t"));
 }
 
@@ -221,15 +221,15 @@ TEST(DataFileReader, IllFormedBytesBecomeReplacementCharacters) {
   EXPECT_THAT(Fields("\xFF,\xE2\x82"), ElementsAre("\xEF\xBF\xBD", "\xEF\xBF\xBD"));
 }
 
-TEST(DataFileReader, QuoteDroppedBetweenTwoBytesOfACharacterBringsThemTogether) {
+TEST(DataFileReader, RemovedQuoteJoinsTheBytesOfACharacter) {
   EXPECT_THAT(Fields("\xC3\"\x89\""), ElementsAre("\xC3\x89"));
 }
 
-TEST(DataFileReader, CarriageReturnsInsideAFieldVanish) {
+TEST(DataFileReader, RemovesCarriageReturnsInsideFields) {
   EXPECT_THAT(Fields("a\rb,\"\rc\",\r"), ElementsAre("ab", "c", ""));
 }
 
-TEST(DataFileReader, ByteOrderMarkOfTheHeaderReachesNoValue) {
+TEST(DataFileReader, RemovesTheByteOrderMarkOfTheHeader) {
   const auto rows = Read(
       "\xEF\xBB\xBF"
       "v,Changes-Since,,,,,,,,\n\n");
@@ -238,15 +238,15 @@ TEST(DataFileReader, ByteOrderMarkOfTheHeaderReachesNoValue) {
   EXPECT_EQ(rows[1].values[0], "v");
 }
 
-TEST(DataFileReader, ByteOrderMarkIsRemovedOnce) {
+TEST(DataFileReader, RemovesOnlyOneByteOrderMark) {
   EXPECT_EQ(Read("\xEF\xBB\xBF\xEF\xBB\xBF,x,,,,,,,,")[0].values[0], "\xEF\xBB\xBF");
 }
 
-TEST(DataFileReader, ByteOrderMarkIsFoundBehindAQuote) {
+TEST(DataFileReader, RemovesAByteOrderMarkInQuotes) {
   EXPECT_EQ(Read("\"\xEF\xBB\xBF\"v,x,,,,,,,,")[0].values[0], "v");
 }
 
-TEST(DataFileReader, ByteOrderMarkOfARowBeforeTheHeaderStaysInIt) {
+TEST(DataFileReader, KeepsTheByteOrderMarkOfASkippedFirstRow) {
   const auto rows = Read(
       "\xEF\xBB\xBF"
       "title\nv,x,,,,,,,,");
@@ -257,7 +257,7 @@ TEST(DataFileReader, ByteOrderMarkOfARowBeforeTheHeaderStaysInIt) {
   EXPECT_EQ(rows[1].kind, Kind::kHeader);
 }
 
-TEST(DataFileReader, ByteOrderMarkElsewhereStays) {
+TEST(DataFileReader, KeepsAByteOrderMarkAfterTheHeader) {
   const auto rows = Read(std::string(kHeader) +
                          "\xEF\xBB\xBF"
                          "1,EPIC-1,,,,,,,,");
@@ -266,7 +266,7 @@ TEST(DataFileReader, ByteOrderMarkElsewhereStays) {
             "1");
 }
 
-TEST(DataFileReader, ReportsWhereFieldsBegin) {
+TEST(DataFileReader, ReportsTheOffsetsOfFields) {
   const auto rows = Read("ab,\"c,d\",,e\n,\"");
   EXPECT_THAT(std::vector(rows[0].offsets.begin(), rows[0].offsets.begin() + 4),
               ElementsAre(0U, 3U, 9U, 10U));
@@ -274,7 +274,7 @@ TEST(DataFileReader, ReportsWhereFieldsBegin) {
               ElementsAre(0U, 1U));
 }
 
-TEST(DataFileReader, TenthFieldIsTheLastOneKept) {
+TEST(DataFileReader, KeepsOnlyTenFields) {
   const auto rows = Read("0,1,2,3,4,5,6,7,8,9,10,11");
   EXPECT_EQ(rows[0].fieldCount, 12U);
   EXPECT_EQ(rows[0].values[9], "9");
@@ -290,7 +290,7 @@ TEST(DataFileReader, ColumnsHaveTheirHeaderTexts) {
                            "URL To Discussion Thread", "Changelist ID", "Public/Internal message"));
 }
 
-TEST(DataFileReader, FindsTheColumnsByTheirIndex) {
+TEST(DataFileReader, ReturnsValuesByColumn) {
   const std::string text = "0,1,2,3,4,5,6,7,8,9";
   DataFileReader reader(text);
   const DataRow* row = reader.Next();
@@ -299,8 +299,9 @@ TEST(DataFileReader, FindsTheColumnsByTheirIndex) {
   EXPECT_EQ(row->Value(DataColumn::kDescription), "9");
 }
 
-// The offsets against the rule itself, on arbitrary rows: a field begins behind each separator.
-TEST(DataFileReader, OffsetsAreThoseOfACharacterByCharacterWalk) {
+// Computes the expected offsets of random rows from the rule: a field begins after each comma
+// outside quotes.
+TEST(DataFileReader, OffsetsMatchACharacterByCharacterScan) {
   RandomSource random(kSeed);
   for (int i = 0; i < 3000; ++i) {
     std::string row = random.HostileText(30);
@@ -319,8 +320,8 @@ TEST(DataFileReader, OffsetsAreThoseOfACharacterByCharacterWalk) {
   }
 }
 
-// Every text of up to six of the bytes that the reader treats specially, and an ordinary one.
-TEST(DataFileReader, ShortTextsAreCutLikeBoostsTokenizerCutsThem) {
+// Compares all texts of up to six bytes that consist of these five bytes.
+TEST(DataFileReader, SplitsShortTextsLikeTheBoostTokenizer) {
   constexpr std::string_view kBytes = ",\"\\\nx";
   std::size_t texts = 1;
   for (std::size_t length = 0; length <= 6; ++length, texts *= kBytes.size()) {

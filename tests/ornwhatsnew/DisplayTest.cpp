@@ -1,4 +1,4 @@
-// The panel's text and runs, literally.
+// Tests the exact text and style runs of the panel.
 #include <memory>
 #include <optional>
 #include <string>
@@ -39,7 +39,7 @@ constexpr char kPrivacy[] = ORNWHATSNEW_PRIVACY_PAGE;
 
 class DisplayText : public test_support::FakeHostTest {
  protected:
-  // The panel of a fresh list with these changes.
+  // Returns the panel of a new list with these changes.
   Display Show(const std::vector<ChangeRow>& rows, DisplayOptions options = {},
                std::string_view placeholder = "") {
     DataFile file;
@@ -51,7 +51,7 @@ class DisplayText : public test_support::FakeHostTest {
     FeatureListData list(file.Text(), host_.Getter(), host_.Setter());
     return Format(list, options, placeholder);
   }
-  // What stands behind the header.
+  // Returns the panel's text after the header.
   std::string Body(const std::vector<ChangeRow>& rows, DisplayOptions options = {}) {
     const std::string text = Show(rows, options).text;
     EXPECT_THAT(text, testing::StartsWith(kHeader));
@@ -67,7 +67,7 @@ class DisplayText : public test_support::FakeHostTest {
   }
 };
 
-TEST_F(DisplayText, EmptyListIsTheHeaderAndTheCaughtUpNotice) {
+TEST_F(DisplayText, EmptyListShowsTheHeaderAndTheCaughtUpNotice) {
   const Display display = Show({});
   EXPECT_EQ(display.text, "\n\tChanges since v\n\n\tYou\u2019re all caught up.\n\n");
   EXPECT_THAT(display.runs,
@@ -75,7 +75,7 @@ TEST_F(DisplayText, EmptyListIsTheHeaderAndTheCaughtUpNotice) {
                   kStyleHeader, ElementsAre(StyleRun{{0, 19}, u""}, StyleRun{{19, 26}, u""}))));
 }
 
-TEST_F(DisplayText, EmptyRatingViewIsTwoNewlinesAndTheNoticeThatNothingNeedsRating) {
+TEST_F(DisplayText, EmptyRatingViewShowsTheNothingToRateNotice) {
   const Display display = Show({}, kRatingView);
   EXPECT_EQ(display.text, "\n\n\tNo features need rating right now.");
   EXPECT_THAT(display.runs,
@@ -83,7 +83,7 @@ TEST_F(DisplayText, EmptyRatingViewIsTwoNewlinesAndTheNoticeThatNothingNeedsRati
                   Pair(kStyleHeader, ElementsAre(StyleRun{{0, 2}, u""}, StyleRun{{2, 35}, u""}))));
 }
 
-TEST_F(DisplayText, EmptyRatingViewOfAnOptedOutUserLeadsToThePrivacyPage) {
+TEST_F(DisplayText, EmptyRatingViewLinksToThePrivacyPageForAnOptedOutUser) {
   host_.SetUsageLogging(false);
   const Display display = Show({}, kRatingView);
   const std::string part1 =
@@ -98,17 +98,17 @@ TEST_F(DisplayText, EmptyRatingViewOfAnOptedOutUserLeadsToThePrivacyPage) {
   EXPECT_EQ(display.runs.size(), 2U);
 }
 
-TEST_F(DisplayText, OptOutDoesNotShowOutsideTheRatingView) {
+TEST_F(DisplayText, OptOutNoticeIsShownOnlyInTheRatingView) {
   host_.SetUsageLogging(false);
   EXPECT_THAT(Show({}).text, HasSubstr("all caught up"));
 }
 
-TEST_F(DisplayText, HeaderNamesTheChangesSinceVersion) {
+TEST_F(DisplayText, HeaderShowsTheChangesSinceVersion) {
   EXPECT_THAT(ShowFile(DataFile().ChangesSince("24.0")).Pieces(kStyleHeader).at(0),
               "\n\tChanges since v24.0\n\n");
 }
 
-TEST_F(DisplayText, HeaderOfNewThingsNamesTheVersionLastOpened) {
+TEST_F(DisplayText, HeaderOfOnlyNewShowsTheVersionLastOpened) {
   host_.State().Put("WhatsNew.LastVersionSeenWhatsNew", "24.3.0.1");
   const DataFile file = DataFile().ChangesSince("24.0");
   EXPECT_EQ(ShowFile(file, kShowOnlyNew).Pieces(kStyleHeader).at(0),
@@ -117,7 +117,7 @@ TEST_F(DisplayText, HeaderOfNewThingsNamesTheVersionLastOpened) {
   EXPECT_EQ(ShowFile(file).Pieces(kStyleHeader).at(0), "\n\tChanges since v24.0\n\n");
 }
 
-TEST_F(DisplayText, HeaderOfNewThingsAtTheFirstRunNamesTheChangesSinceVersion) {
+TEST_F(DisplayText, HeaderOfOnlyNewShowsTheChangesSinceVersionOnTheFirstRun) {
   EXPECT_EQ(ShowFile(DataFile().ChangesSince("24.0"), kShowOnlyNew).Pieces(kStyleHeader).at(0),
             "\n\tChanges since v24.0\n\n");
 }
@@ -127,7 +127,7 @@ TEST_F(DisplayText, HeaderVersionsAreNotLocalised) {
             "\n\tChanges since v$$$/a=b\n\n");
 }
 
-TEST_F(DisplayText, FeatureWithAChangeReadsAsAPanel) {
+TEST_F(DisplayText, ShowsAFeatureWithAChange) {
   AddFeature();
   const Display display = Show({{.version = "25.1",
                                  .groupingID = "EPIC-7",
@@ -154,14 +154,14 @@ TEST_F(DisplayText, FeatureWithAChangeReadsAsAPanel) {
           Pair(kStyleInternalCode, ElementsAre(StyleRun{{88, 8}, u""}))));
 }
 
-TEST_F(DisplayText, RunsCountBytesOfTextBeyondAscii) {
+TEST_F(DisplayText, RunsCountUtf8Bytes) {
   host_.AddFeature({.internalKey = "a", .epicKey = "EPIC-7", .name = "\u65E5\u672C"});
   const Display display = Show({{.groupingID = "EPIC-7", .description = "\U0001F600"}});
   EXPECT_EQ(display.runs.at(kStyleFeatureTitle).at(0).first, (std::pair{19, 6}));
   EXPECT_THAT(display.Pieces(kStyleChangeText), ElementsAre("\t\u2022 \t", "\U0001F600"));
 }
 
-TEST_F(DisplayText, FeatureOfWhichNoChangePassesIsStillWritten) {
+TEST_F(DisplayText, FeatureIsShownEvenIfTheFiltersHideItsChanges) {
   AddFeature();
   EXPECT_EQ(Body({{.groupingID = "EPIC-7", .platform = "Win", .description = "Text"}},
                  kFilterRelevantPlatform),
@@ -193,7 +193,7 @@ TEST_F(DisplayText, SectionsShowTheirNames) {
                               "Bug fixes\n\t\u2022 \tTwo\n");
 }
 
-TEST_F(DisplayText, InternalSectionsBothCarryTheInternalLabel) {
+TEST_F(DisplayText, BothInternalSectionsHaveTheInternalLabel) {
   host_.SetInternalFeaturesAllowed(true);
   EXPECT_EQ(Body({{.groupingID = "INTERNAL", .description = "One"},
                   {.groupingID = "MISC", .salience = "Unreviewed", .description = "Two"}}),
@@ -201,7 +201,7 @@ TEST_F(DisplayText, InternalSectionsBothCarryTheInternalLabel) {
             "Internal notes\tTARSA ONLY\n\t\u2022 \tOne\n");
 }
 
-TEST_F(DisplayText, LabelsFollowTheUnlockState) {
+TEST_F(DisplayText, LabelsShowTheUnlockState) {
   host_.SetInternalFeaturesAllowed(true);
   host_.ShowAllOffFeatures(true);
   const auto label = [this](std::int32_t visibility, bool enabled = true) {
@@ -221,7 +221,7 @@ TEST_F(DisplayText, LabelsFollowTheUnlockState) {
   EXPECT_THAT(label(7), IsEmpty());
 }
 
-TEST_F(DisplayText, UnlockCodesAreShownToInternalUsersOnDemand) {
+TEST_F(DisplayText, UnlockCodesAreShownToInternalUsersIfTheDebugSwitchIsOn) {
   AddFeature();
   host_.ShowAllUnlockCodes(true);
   EXPECT_THAT(Show({}).text, HasSubstr("Export\tUNLOCKED\n"));
@@ -232,7 +232,7 @@ TEST_F(DisplayText, UnlockCodesAreShownToInternalUsersOnDemand) {
   EXPECT_THAT(display.Pieces(kStyleInternalCode), ElementsAre(" \u2014 ", "(export)"));
 }
 
-TEST_F(DisplayText, FeatureWithAURLLeadsThereFromTitleAndDescription) {
+TEST_F(DisplayText, FeatureURLIsALinkInTitleAndDescription) {
   AddFeature();
   const Display display = Show({{.groupingID = "EPIC-7", .url = kURL}});
   EXPECT_THAT(display.text, HasSubstr("\uFEFF\uFEFF\tExports files\tView more\n"));
@@ -248,7 +248,7 @@ TEST_F(DisplayText, FeatureWithoutDescriptionHasNoDescriptionLineAndNoViewMore) 
   EXPECT_EQ(Body({{.groupingID = "EPIC-7", .url = kURL}}), "N\tUNLOCKED\n");
 }
 
-TEST_F(DisplayText, OwnIssueKeyOfAFeatureIsALinkForInternalUsers) {
+TEST_F(DisplayText, IssueKeyOfAFeatureIsALinkForInternalUsers) {
   for (const char* epic : {"ORN-7", "orn-7", "Orn-7"}) {
     AddFeature(0, epic);
     host_.SetInternalFeaturesAllowed(true);
@@ -261,7 +261,7 @@ TEST_F(DisplayText, OwnIssueKeyOfAFeatureIsALinkForInternalUsers) {
   }
 }
 
-TEST_F(DisplayText, IssueKeyOfOthersIsNone) {
+TEST_F(DisplayText, OtherKeysAreNotIssueLinks) {
   host_.SetInternalFeaturesAllowed(true);
   for (const char* epic : {"EPIC-7", "XORN-7", "OR", ""}) {
     AddFeature(0, epic);
@@ -269,7 +269,7 @@ TEST_F(DisplayText, IssueKeyOfOthersIsNone) {
   }
 }
 
-TEST_F(DisplayText, IssueLinkIsItsTextWithoutTheFirstByteWhateverThatIs) {
+TEST_F(DisplayText, IssueLinkSkipsTheFirstByteOfItsText) {
   host_.SetInternalFeaturesAllowed(true);
   host_.AddTranslation("$$$/ornwhatsnew/Feature/Detail/JiraID/displaytemplate", " [@0]");
   const Display display =
@@ -278,7 +278,7 @@ TEST_F(DisplayText, IssueLinkIsItsTextWithoutTheFirstByteWhateverThatIs) {
   EXPECT_THAT(display.Pieces(kStyleIssueLink), ElementsAre("[ORN-12]"));
 }
 
-TEST_F(DisplayText, CommitIsALinkOneByteLongerThanItsText) {
+TEST_F(DisplayText, CommitLinkExtendsOneBytePastItsText) {
   host_.SetInternalFeaturesAllowed(true);
   const Display display = Show({{.groupingID = "MISC", .sha = "abc@0123", .description = "Text"}});
   EXPECT_THAT(display.text, HasSubstr("Text abc@0123\n"));
@@ -286,7 +286,7 @@ TEST_F(DisplayText, CommitIsALinkOneByteLongerThanItsText) {
   EXPECT_THAT(display.Strings(kStyleCommitLink), ElementsAre(std::string(kCommits) + "abc@0123"));
 }
 
-TEST_F(DisplayText, IssueStandsBeforeCommit) {
+TEST_F(DisplayText, IssueIsShownBeforeCommit) {
   host_.SetInternalFeaturesAllowed(true);
   EXPECT_EQ(Body({{.version = "25.1",
                    .groupingID = "MISC",
@@ -296,7 +296,7 @@ TEST_F(DisplayText, IssueStandsBeforeCommit) {
             "Miscellaneous\n\t\u2022 \tText (v25.1) ORN-1 abc\n");
 }
 
-TEST_F(DisplayText, ExternalUsersSeeNoKeyNoCommitAndNoAnnotation) {
+TEST_F(DisplayText, ExternalUsersSeeNoIssueKeyCommitOrAnnotation) {
   AddFeature(0, "ORN-7");
   const Display display = Show({{.groupingID = "ORN-7",
                                  .storyID = "ORN-1",
@@ -312,7 +312,7 @@ TEST_F(DisplayText, ExternalUsersSeeNoKeyNoCommitAndNoAnnotation) {
   }
 }
 
-TEST_F(DisplayText, AnnotationsStandInTheirOrderBeforePlatformAndText) {
+TEST_F(DisplayText, AnnotationsAreShownBeforePlatformAndText) {
   host_.SetInternalFeaturesAllowed(true);
   const Display display = Show({{.groupingID = "None-1",
                                  .salience = "Loud",
@@ -331,7 +331,7 @@ TEST_F(DisplayText, AnnotationsStandInTheirOrderBeforePlatformAndText) {
                   "(Malformed platform ignored: linux) ", "(Malformed salience ignored: loud) "));
 }
 
-TEST_F(DisplayText, IgnoredURLNamesItsReasons) {
+TEST_F(DisplayText, AnnotationOfAnIgnoredURLListsTheReasons) {
   AddFeature();
   host_.SetInternalFeaturesAllowed(true);
   const auto notes = [this](const char* key, std::vector<std::string> urls) {
@@ -361,7 +361,7 @@ TEST_F(DisplayText, UnhideSalienceIsAnnotatedAsMalformed) {
               ElementsAre("(Malformed salience ignored: unhidebetafeature) "));
 }
 
-TEST_F(DisplayText, PlatformsShowTheirDisplayNames) {
+TEST_F(DisplayText, PlatformsAreShownByDisplayName) {
   const auto change = [this](const char* platform) {
     return Body({{.groupingID = "MISC", .platform = platform, .description = "Text"}});
   };
@@ -371,7 +371,7 @@ TEST_F(DisplayText, PlatformsShowTheirDisplayNames) {
   EXPECT_EQ(change(""), "Miscellaneous\n\t\u2022 \tText\n");
 }
 
-TEST_F(DisplayText, VersionsShowAsOneOrAsARange) {
+TEST_F(DisplayText, VersionsAreShownAsOneOrAsARange) {
   const auto change = [this](const char* first, const char* added) {
     return Body(
         {{.version = added, .groupingID = "MISC", .firstVersion = first, .description = "T"}});
@@ -382,7 +382,7 @@ TEST_F(DisplayText, VersionsShowAsOneOrAsARange) {
   EXPECT_EQ(change("24.0", ""), "Miscellaneous\n\t\u2022 \tT\n");
 }
 
-TEST_F(DisplayText, VersionIsPresentOrNotAfterLocalisation) {
+TEST_F(DisplayText, VersionWithAnEmptyLocalisedTextIsNotShown) {
   const auto change = [this](const char* first, const char* added) {
     return Body(
         {{.version = added, .groupingID = "MISC", .firstVersion = first, .description = "T"}});
@@ -401,27 +401,27 @@ TEST_F(DisplayText, CommitsAndIDsAreNotLocalised) {
   EXPECT_THAT(display.Strings(kStyleCommitLink), ElementsAre(std::string(kCommits) + "$$$/sha=No"));
 }
 
-TEST_F(DisplayText, KeysBeyondAsciiShowAsTheirUTF8) {
+TEST_F(DisplayText, NonAsciiKeysAreShownUnchanged) {
   host_.SetInternalFeaturesAllowed(true);
   host_.ShowAllUnlockCodes(true);
   host_.AddFeature({.internalKey = "\u00FC\u65E5", .epicKey = "\u00C9-7", .visibility = 3});
   EXPECT_EQ(Body({}), "\u00C9-7 \u2014 (\u00FC\u65E5)\n");
 }
 
-TEST_F(DisplayText, FilledTextsAreNotFilledAgain) {
+TEST_F(DisplayText, PlaceholdersInArgumentsAreNotReplaced) {
   EXPECT_EQ(
       Body({{.version = "@0", .groupingID = "MISC", .firstVersion = "@1", .description = "@0"}}),
       "Miscellaneous\n\t\u2022 \t@0 (v@1-v@0)\n");
 }
 
-TEST_F(DisplayText, EveryPlaceholderOfATemplateIsFilled) {
+TEST_F(DisplayText, EveryPlaceholderOfATemplateIsReplaced) {
   host_.AddTranslation("$$$/ornwhatsnew/Feature/Detail/VersionRange/displaytemplate",
                        "<@1@0@1@0@2>");
   EXPECT_EQ(Body({{.version = "B", .groupingID = "MISC", .firstVersion = "a", .description = "T"}}),
             "Miscellaneous\n\t\u2022 \tT<BaBa@2>\n");
 }
 
-TEST_F(DisplayText, EveryLineEndIsTheLocalisedNewline) {
+TEST_F(DisplayText, EveryLineEndsWithTheLocalisedNewline) {
   AddFeature();
   host_.AddTranslation("$$$/private/ornwhatsnew/Feature/Newline", "|");
   EXPECT_EQ(
@@ -431,7 +431,7 @@ TEST_F(DisplayText, EveryLineEndIsTheLocalisedNewline) {
   EXPECT_THAT(rating.Pieces(kStyleHeader).at(0), "||");
 }
 
-TEST_F(DisplayText, TextThatADictionaryMakesEmptyStillHasItsRun) {
+TEST_F(DisplayText, TextWithAnEmptyTranslationStillHasARun) {
   AddFeature();
   host_.AddTranslation("$$$/ornwhatsnew/Feature/Item/Unlock/Unlocked", "");
   host_.AddTranslation("$$$/ornwhatsnew/Feature/Detail/OS/displaytemplate", "");
@@ -445,7 +445,7 @@ TEST_F(DisplayText, TextThatADictionaryMakesEmptyStillHasItsRun) {
   EXPECT_THAT(display.Pieces(kStyleChangeText), ElementsAre("\t\u2022 \t", "", ""));
 }
 
-TEST_F(DisplayText, PlaceholderStandsBehindEachFeatureInEveryView) {
+TEST_F(DisplayText, RatingPlaceholderFollowsEachItem) {
   AddFeature();
   const std::vector<ChangeRow> rows = {{.groupingID = "MISC", .description = "Text"}};
   const Display display = Show(rows, {}, "RATE");
@@ -455,13 +455,13 @@ TEST_F(DisplayText, PlaceholderStandsBehindEachFeatureInEveryView) {
   EXPECT_THAT(display.Pieces(kStyleRatingPlaceholder), ElementsAre("\nRATE\n", "\nRATE\n"));
 }
 
-TEST_F(DisplayText, RatingViewShowsTitleChangesAndPlaceholderOnly) {
+TEST_F(DisplayText, RatingViewShowsOnlyTitleChangesAndPlaceholder) {
   AddFeature();
   const std::vector<ChangeRow> rows = {{.groupingID = "EPIC-7",
                                         .ratingRequest = "RequestRating",
                                         .url = kURL,
                                         .description = "Faster"}};
-  Show(rows);  // seen from now on
+  Show(rows);  // marks the feature and its change as seen
   const Display display = Show(rows, kRatingView, "RATE");
   EXPECT_EQ(display.text, "\n\nExport\tUNLOCKED\n\t\u2022 \tFaster\n\nRATE\n");
   EXPECT_THAT(display.Strings(kStyleFeatureTitle), ElementsAre(kURL));
@@ -469,12 +469,12 @@ TEST_F(DisplayText, RatingViewShowsTitleChangesAndPlaceholderOnly) {
   EXPECT_FALSE(display.runs.contains(kStyleFeatureDescription));
 }
 
-TEST_F(DisplayText, NothingToShowMeansNoFeatureAndNotNoChange) {
+TEST_F(DisplayText, CaughtUpNoticeIsNotShownIfAFeatureIsShown) {
   AddFeature();
   EXPECT_THAT(Show({}).text, Not(HasSubstr("caught up")));
 }
 
-TEST_F(DisplayText, EachCallStartsWithEmptyRuns) {
+TEST_F(DisplayText, EachCallClearsTheRuns) {
   FeatureListData list("", host_.Getter(), host_.Setter());
   StyleRunMap runs = {{kStyleHotSpot, {StyleRun{{1, 2}, u"left over"}}}};
   list.GetFormattedTextForDisplay({}, u"", runs, nullptr);
@@ -482,7 +482,7 @@ TEST_F(DisplayText, EachCallStartsWithEmptyRuns) {
   EXPECT_TRUE(runs.contains(kStyleHeader));
 }
 
-TEST_F(DisplayText, RepeatedKeyIsWrittenTwice) {
+TEST_F(DisplayText, ItemWithARepeatedKeyIsShownTwice) {
   AddFeature();
   FeatureListData list("", host_.Getter(), host_.Setter());
   list.InsertFeatureListItem(list.GetFeatureItems().at("EPIC-7"));
@@ -503,7 +503,7 @@ TEST_F(DisplayText, LoneSurrogatesOfThePlaceholderCountAsReplacementCharacters) 
             orncore::string::UTF16to8(text).size());
 }
 
-// Services that log the queries in their order.
+// Logs the queries to the services in order.
 class LoggingFeatures : public ornappsupport::feature::FeatureService {
  public:
   explicit LoggingFeatures(std::vector<std::string>& log) : log_(log) {}
@@ -557,7 +557,7 @@ class LoggingDebugStore : public orncore::debug::DebugStore {
   std::vector<std::string>& log_;
 };
 
-TEST_F(DisplayText, QueriesTheLabelThenTheTitleThenTheUnlockCode) {
+TEST_F(DisplayText, QueriesTheHostInAFixedOrder) {
   std::vector<std::string> log;
   FeatureListData list(host_.Getter(), host_.Setter());
   list.InsertFeatureListItem(test_support::MakeItem(
@@ -578,7 +578,7 @@ TEST_F(DisplayText, QueriesTheLabelThenTheTitleThenTheUnlockCode) {
                "text SpaceWitDash", "text ParenthesizedCode", "text DisplayTemplate",
                "text DisplayTemplate", "text displaytemplate", "text optedOutOfAnalyticsPart1",
                "text optedOutOfAnalyticsPart2", "text nonewratings",
-               // Whether internal notes are written, and whether the feature is shown.
+               // The decisions whether to write annotations and whether to show the feature.
                "internal user", "enabled export",
                // The unlock label.
                "internal user", "debug SimulateShowingAllOffFeaturesInWhatsNew", "enabled export",

@@ -1,5 +1,5 @@
-// A host may make its list in a static object, before the constants of a statically linked library
-// are built.
+// Tests a list in a static object of the host. If the library is linked statically, the list is
+// constructed before the library's own static objects.
 #include <string>
 #include <vector>
 
@@ -14,13 +14,13 @@ using ornwhatsnew::FeatureListData;
 using ornwhatsnew::UTF8String;
 
 struct EarlyList {
-  std::vector<std::string> asked;
+  std::vector<std::string> queriedKeys;
   FeatureListData list{
       "h,h,h,h,h,h,h,h,h,h\n"
       "2,MISC,,Headline,,,,,,Text\n"
       "1.9,Changes-Since\n",
       [this](const UTF8String& key) {
-        asked.push_back(key);
+        queriedKeys.push_back(key);
         return UTF8String();
       },
       [](const UTF8String&, const UTF8String&) {}};
@@ -28,13 +28,13 @@ struct EarlyList {
 
 const EarlyList kEarly;
 
-TEST(EarlyList, AsksForTheValuesUnderTheirKeys) {
-  EXPECT_THAT(kEarly.asked,
+TEST(EarlyList, ReadsTheThreePersistedValues) {
+  EXPECT_THAT(kEarly.queriedKeys,
               testing::ElementsAre("WhatsNew.LastVersionSeenWhatsNew",
                                    "WhatsNew.AllVersionSeenWhatsNew", "WhatsNew.AllSeenItems"));
 }
 
-TEST(EarlyList, HasItsSectionsAndChanges) {
+TEST(EarlyList, HasSectionsAndChanges) {
   EXPECT_THAT(kEarly.list.GetOrderedFeatureKeys(),
               testing::ElementsAre("UNREVIEWED", "MISC", "BUGFIX", "INTERNAL"));
   EXPECT_TRUE(kEarly.list.IsAnythingNew(ornwhatsnew::kShowOnlyNew));

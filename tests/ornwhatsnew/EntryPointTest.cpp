@@ -27,19 +27,19 @@ using test_support::KeyOrder;
 using testing::ElementsAre;
 using testing::HasSubstr;
 
-// Remembers what it was asked for, fills the bytes, and says that it failed.
+// Records each request, returns bytes, and nevertheless reports a failure.
 class RecordingResources : public ornui::utility::ResourceManager {
  public:
   bool LoadResource(const UTF16String& name, const UTF16String& type,
                     std::vector<unsigned char>& bytes) const override {
-    asked.emplace_back(name, type);
+    requests.emplace_back(name, type);
     EXPECT_TRUE(bytes.empty());
     bytes.assign(content.begin(), content.end());
     return false;
   }
 
   std::string content;
-  mutable std::vector<std::pair<UTF16String, UTF16String>> asked;
+  mutable std::vector<std::pair<UTF16String, UTF16String>> requests;
 };
 
 class EntryPoint : public test_support::FakeHostTest {
@@ -64,17 +64,17 @@ class EntryPoint : public test_support::FakeHostTest {
   RecordingResources resources_;
 };
 
-TEST_F(EntryPoint, AsksTheManagerForThePathAndTypeCsvOnce) {
+TEST_F(EntryPoint, RequestsTheResourceOfTypeCsvOnce) {
   Load("");
-  EXPECT_THAT(resources_.asked,
+  EXPECT_THAT(resources_.requests,
               ElementsAre(std::pair(UTF16String(u"WhatsNew"), UTF16String(u"csv"))));
 }
 
-TEST_F(EntryPoint, UsesTheBytesWhateverTheManagerAnswers) {
+TEST_F(EntryPoint, UsesTheBytesEvenIfTheManagerReturnsFalse) {
   EXPECT_THAT(ChangeDescriptions(ItemOf(*Load(data_), "EPIC-1")), ElementsAre("One"));
 }
 
-TEST_F(EntryPoint, UnknownResourceGivesAListWithoutChanges) {
+TEST_F(EntryPoint, CreatesAListWithoutChangesForAnUnknownResource) {
   const ornui::utility::MemoryResourceManager nothing;
   const auto list = GetWhatsNew(u"unknown", &nothing, host_.Getter(), host_.Setter());
   EXPECT_THAT(KeyOrder(*list), ElementsAre("UNREVIEWED", "EPIC-2", "EPIC-3", "EPIC-1", "MISC",
@@ -107,7 +107,7 @@ TEST_F(EntryPoint, TextAndResourceGiveTheSameList) {
   }
 }
 
-TEST_F(EntryPoint, InitializingTwiceLeavesTheSameList) {
+TEST_F(EntryPoint, InitializingTwiceGivesTheSameList) {
   const auto list = Load(data_);
   const auto order = KeyOrder(*list);
   const Guid seen = ItemOf(*list, "EPIC-1").GetItemSeenGuid();
@@ -118,7 +118,7 @@ TEST_F(EntryPoint, InitializingTwiceLeavesTheSameList) {
   EXPECT_THAT(ChangeDescriptions(ItemOf(*list, "EPIC-1")), ElementsAre("One"));
 }
 
-TEST_F(EntryPoint, InitializingAgainTakesTheHostsFeaturesOfTheMoment) {
+TEST_F(EntryPoint, InitializingAgainReadsTheHostsCurrentFeatures) {
   const auto list = Load(data_);
   host_.RemoveFeature("a");
   host_.AddFeature({.internalKey = "d", .epicKey = "EPIC-4", .name = "D"});
@@ -136,7 +136,7 @@ TEST_F(EntryPoint, InitializingAgainKeepsTheChangesSinceVersion) {
   EXPECT_THAT(Format(*list).text, HasSubstr("Changes since v25.0\n"));
 }
 
-// Reads empty values. Runs an action within each call until the action is removed.
+// A getter that returns empty values. `ActOnce` makes its next call run an action first.
 class ActingGetter {
  public:
   StateGetter Getter() {
@@ -151,7 +151,7 @@ class ActingGetter {
   std::function<void()> action_;
 };
 
-TEST_F(EntryPoint, ChangesSinceVersionThatAGetterSetsDuringAReloadIsKept) {
+TEST_F(EntryPoint, ReloadKeepsAChangesSinceVersionThatAGetterSets) {
   ActingGetter getter;
   FeatureListData list(data_, getter.Getter(), host_.Setter());
   getter.ActOnce([&list] { list.ParseWhatsNewData(DataFile().ChangesSince("25.0").Text()); });
@@ -159,7 +159,7 @@ TEST_F(EntryPoint, ChangesSinceVersionThatAGetterSetsDuringAReloadIsKept) {
   EXPECT_THAT(Format(list).text, HasSubstr("Changes since v25.0\n"));
 }
 
-TEST_F(EntryPoint, ChangesSinceVersionOfTheTextReplacesTheOneThatAGetterSets) {
+TEST_F(EntryPoint, ChangesSinceVersionInTheTextOverridesTheOneThatAGetterSets) {
   ActingGetter getter;
   FeatureListData list(data_, getter.Getter(), host_.Setter());
   getter.ActOnce([&list] { list.InitWithData(DataFile().ChangesSince("25.0").Text()); });
@@ -179,24 +179,24 @@ TEST_F(EntryPoint, ReferencesToItemsAndKeysStayValidAfterAReload) {
   EXPECT_EQ(keys.size(), 8U);
 }
 
-TEST_F(EntryPoint, LoadingReadsTheStateAndWritesNone) {
+TEST_F(EntryPoint, LoadingReadsTheStateAndWritesNothing) {
   Load(data_);
   EXPECT_EQ(host_.State().GetterCalls(), 3);
   EXPECT_EQ(host_.State().SetterCalls(), 0);
 }
 
-TEST_F(EntryPoint, BytesAreTakenAsTheyAre) {
+TEST_F(EntryPoint, AcceptsArbitraryBytes) {
   using namespace std::string_literals;
   const auto list = Load("\xEF\xBB\xBFv,g,,,,,,,,\r\n1,EPIC-1,,,,,,,,a\0b\xFF\r\n"s);
   EXPECT_THAT(ChangeDescriptions(ItemOf(*list, "EPIC-1")), ElementsAre("a\0b\xEF\xBF\xBD"s));
 }
 
-TEST_F(EntryPoint, CallersHoldTheListAlone) {
+TEST_F(EntryPoint, ReturnsTheOnlyReferenceToTheList) {
   const std::weak_ptr<FeatureListData> list = Load(data_);
   EXPECT_TRUE(list.expired());
 }
 
-TEST_F(EntryPoint, WhatTheGetterThrowsComesOut) {
+TEST_F(EntryPoint, PropagatesExceptionsOfTheGetter) {
   host_.State().FailGetterCall(2);
   EXPECT_THROW(Load(data_), test_support::InjectedFailure);
 }

@@ -33,7 +33,7 @@ class FeatureList : public test_support::FakeHostTest {
   FeatureListData list_{host_.Getter(), host_.Setter()};
 };
 
-TEST_F(FeatureList, StartsEmptyAndAsksTheHostForNothingStored) {
+TEST_F(FeatureList, StartsEmptyAndDoesNotReadTheState) {
   EXPECT_THAT(list_.GetFeatureItems(), IsEmpty());
   EXPECT_THAT(list_.GetOrderedFeatureKeys(), IsEmpty());
   EXPECT_EQ(list_.GetNewSeenState(), "");
@@ -41,13 +41,13 @@ TEST_F(FeatureList, StartsEmptyAndAsksTheHostForNothingStored) {
   EXPECT_EQ(host_.State().SetterCalls(), 0);
 }
 
-TEST_F(FeatureList, TakesTheRunningVersionWhenItIsMade) {
+TEST_F(FeatureList, ReadsTheRunningVersionInTheConstructor) {
   host_.SetClientVersion("30.0");
   Format(list_);
   EXPECT_EQ(host_.State().Text(kLastVersionKey), "25.1.0.42");
 }
 
-TEST_F(FeatureList, UsesTheCallbacksThatItIsGiven) {
+TEST_F(FeatureList, UsesTheGivenCallbacks) {
   host_.SetDebugEntry(kLastVersionKey, "debug");
   list_.RefreshInternalSeenState();
   Format(list_);
@@ -56,7 +56,7 @@ TEST_F(FeatureList, UsesTheCallbacksThatItIsGiven) {
   EXPECT_EQ(host_.DebugEntry(kLastVersionKey), "debug");
 }
 
-// Loads and displays a list with these callbacks, and expects all state in the debug database.
+// Loads and displays a list with these callbacks. Expects that the debug database holds all state.
 void ExpectDebugDatabaseHoldsTheState(test_support::FakeHost& host, StateGetter getter,
                                       StateSetter setter) {
   host.SetDebugEntry(kLastVersionKey, "24.0.0.1");
@@ -71,11 +71,11 @@ TEST_F(FeatureList, KeepsStateInTheDebugDatabaseWithoutCallbacks) {
   ExpectDebugDatabaseHoldsTheState(host_, {}, {});
 }
 
-TEST_F(FeatureList, ReplacesBothCallbacksWhenTheGetterIsMissing) {
+TEST_F(FeatureList, IgnoresTheSetterIfTheGetterIsMissing) {
   ExpectDebugDatabaseHoldsTheState(host_, {}, host_.Setter());
 }
 
-TEST_F(FeatureList, ReplacesBothCallbacksWhenTheSetterIsMissing) {
+TEST_F(FeatureList, IgnoresTheGetterIfTheSetterIsMissing) {
   ExpectDebugDatabaseHoldsTheState(host_, host_.Getter(), {});
 }
 
@@ -86,7 +86,7 @@ TEST_F(FeatureList, InsertsAnItemUnderItsGroupingKey) {
   EXPECT_THAT(KeyOrder(list_), ElementsAre("EPIC-1"));
 }
 
-TEST_F(FeatureList, SecondItemWithTheSameKeyIsNotStoredButItsKeyStandsTwice) {
+TEST_F(FeatureList, InsertingAnItemWithAnExistingKeyOnlyRepeatsTheKey) {
   const auto first = MakeItem({.groupingKey = "EPIC-1", .name = "First"});
   list_.InsertFeatureListItem(first);
   list_.InsertFeatureListItem(MakeItem({.groupingKey = "EPIC-1", .name = "Second"}));
@@ -95,13 +95,13 @@ TEST_F(FeatureList, SecondItemWithTheSameKeyIsNotStoredButItsKeyStandsTwice) {
   EXPECT_THAT(KeyOrder(list_), ElementsAre("EPIC-1", "EPIC-1"));
 }
 
-TEST_F(FeatureList, KeysDifferInLetterCase) {
+TEST_F(FeatureList, KeysAreCaseSensitive) {
   list_.InsertFeatureListItem(MakeItem({.groupingKey = "EPIC-1"}));
   list_.InsertFeatureListItem(MakeItem({.groupingKey = "epic-1"}));
   EXPECT_EQ(list_.GetFeatureItems().size(), 2U);
 }
 
-TEST_F(FeatureList, MakesASectionItemOfTheFiveArguments) {
+TEST_F(FeatureList, CreatesASectionItem) {
   list_.EnsureSpecialCaseItemExists("BUGFIX", u"Bug f\u00EFxes", u"All of \u65E5");
   const FeatureListItem& item = ItemOf(list_, "BUGFIX");
   EXPECT_EQ(item.GetFeatureJiraIDKey(), "BUGFIX");
@@ -112,7 +112,7 @@ TEST_F(FeatureList, MakesASectionItemOfTheFiveArguments) {
   EXPECT_THAT(KeyOrder(list_), ElementsAre("BUGFIX"));
 }
 
-TEST_F(FeatureList, SectionThatIsPresentStaysAsItIs) {
+TEST_F(FeatureList, DoesNotReplaceAnExistingSection) {
   list_.EnsureSpecialCaseItemExists("BUGFIX", u"First", u"One");
   list_.EnsureSpecialCaseItemExists("MISC", u"Miscellaneous", u"");
   list_.EnsureSpecialCaseItemExists("BUGFIX", u"Second", u"Two");
@@ -121,7 +121,7 @@ TEST_F(FeatureList, SectionThatIsPresentStaysAsItIs) {
   EXPECT_THAT(KeyOrder(list_), ElementsAre("BUGFIX", "MISC"));
 }
 
-TEST_F(FeatureList, LocalizesPlainTextAsItIs) {
+TEST_F(FeatureList, LocalizingDoesNotChangePlainText) {
   EXPECT_THAT(list_.LocalizeIfNecessary("plain #{endl} ^B @0"), IsText("plain #{endl} ^B @0"));
   EXPECT_THAT(list_.LocalizeIfNecessary("\xE6\x97\xA5\xFF"), IsText("\xE6\x97\xA5\xEF\xBF\xBD"));
   EXPECT_THAT(list_.LocalizeIfNecessary(""), IsText(""));
@@ -139,7 +139,7 @@ TEST_F(FeatureList, LocalizesAKeyThroughTheHost) {
                                                            "bersetzt\u2014"));
 }
 
-TEST_F(FeatureList, ItemsAndKeysAreTheMembersThemselves) {
+TEST_F(FeatureList, ReturnsReferencesToTheCurrentItemsAndKeys) {
   const auto& items = list_.GetFeatureItems();
   const auto& keys = list_.GetOrderedFeatureKeys();
   list_.EnsureSpecialCaseItemExists("MISC", u"Miscellaneous", u"");
@@ -147,7 +147,7 @@ TEST_F(FeatureList, ItemsAndKeysAreTheMembersThemselves) {
   EXPECT_THAT(keys, ElementsAre("MISC"));
 }
 
-TEST_F(FeatureList, ReleasesItemsWithTheLastHolder) {
+TEST_F(FeatureList, DestructorReleasesTheItems) {
   std::weak_ptr<FeatureListItem> item;
   {
     FeatureListData list(host_.Getter(), host_.Setter());
@@ -158,22 +158,22 @@ TEST_F(FeatureList, ReleasesItemsWithTheLastHolder) {
   EXPECT_TRUE(item.expired());
 }
 
-// Bubbling leaves an empty entry for a key without item, which everything that reads passes over.
+// Bubbling adds an empty entry for a key without an item. All other operations skip the entry.
 class EmptyEntry : public FeatureList {
  protected:
   EmptyEntry() {
-    list_.ParseWhatsNewData("");  // puts "UNREVIEWED" into the order, without an item
+    list_.ParseWhatsNewData("");  // adds the key "UNREVIEWED" to the order without an item
     list_.BubbleUnlockedItemsToTheTop();
   }
 };
 
-TEST_F(EmptyEntry, StandsForAKeyWithoutAnItem) {
+TEST_F(EmptyEntry, IsCreatedForAKeyWithoutAnItem) {
   EXPECT_THAT(KeyOrder(list_), ElementsAre("UNREVIEWED"));
   ASSERT_TRUE(list_.GetFeatureItems().contains("UNREVIEWED"));
   EXPECT_EQ(list_.GetFeatureItems().at("UNREVIEWED"), nullptr);
 }
 
-TEST_F(EmptyEntry, IsAPresentKeyForInsertions) {
+TEST_F(EmptyEntry, IsNotReplacedByAnInsertedItem) {
   list_.EnsureSpecialCaseItemExists("UNREVIEWED", u"Unreviewed", u"");
   EXPECT_THAT(KeyOrder(list_), ElementsAre("UNREVIEWED"));
   list_.InsertFeatureListItem(MakeItem({.groupingKey = "UNREVIEWED"}));
@@ -181,7 +181,7 @@ TEST_F(EmptyEntry, IsAPresentKeyForInsertions) {
   EXPECT_EQ(list_.GetFeatureItems().at("UNREVIEWED"), nullptr);
 }
 
-TEST_F(EmptyEntry, IsNoItemForParserQueriesAndDisplay) {
+TEST_F(EmptyEntry, IsIgnoredByParserQueriesAndDisplay) {
   const std::string data = test_support::DataFileText(
       {{.groupingID = "UNREVIEWED", .description = "To the section"},
        {.groupingID = "MISC", .salience = "Unreviewed", .description = "By its salience"}});

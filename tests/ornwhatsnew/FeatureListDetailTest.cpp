@@ -15,8 +15,8 @@ namespace {
 
 using Detail = FeatureListDetail;
 
-const Detail kNumbered("description", "version", "epic", "story", "salience", "first", "platform",
-                       "rating", "url", "sha");
+const Detail kFullDetail("description", "version", "epic", "story", "salience", "first", "platform",
+                         "rating", "url", "sha");
 
 Detail WithSalience(const std::string& salience) {
   return *test_support::MakeDetail({.salience = salience});
@@ -28,33 +28,33 @@ Detail WithURL(const std::string& url) {
   return *test_support::MakeDetail({.url = url});
 }
 
-TEST(FeatureListDetail, KeepsItsTenTextsUnderTheirGetters) {
-  EXPECT_EQ(kNumbered.GetDescription(), "description");
-  EXPECT_EQ(kNumbered.GetChangeAddedVersion(), "version");
-  EXPECT_EQ(kNumbered.GetJIRAEpicID(), "epic");
-  EXPECT_EQ(kNumbered.GetJIRAStoryBugTaskID(), "story");
-  EXPECT_EQ(kNumbered.GetSalienceOptional(), "salience");
-  EXPECT_EQ(kNumbered.GetRelevantFirstVersionOptional(), "first");
-  EXPECT_EQ(kNumbered.GetRelevantPlatformOptional(), "platform");
-  EXPECT_EQ(kNumbered.GetRatingRequestOptional(), "rating");
-  EXPECT_EQ(kNumbered.GetViewMoreURLOptional(), "url");
-  EXPECT_EQ(kNumbered.GetSHAOptional(), "sha");
+TEST(FeatureListDetail, GettersReturnTheTenFields) {
+  EXPECT_EQ(kFullDetail.GetDescription(), "description");
+  EXPECT_EQ(kFullDetail.GetChangeAddedVersion(), "version");
+  EXPECT_EQ(kFullDetail.GetJIRAEpicID(), "epic");
+  EXPECT_EQ(kFullDetail.GetJIRAStoryBugTaskID(), "story");
+  EXPECT_EQ(kFullDetail.GetSalienceOptional(), "salience");
+  EXPECT_EQ(kFullDetail.GetRelevantFirstVersionOptional(), "first");
+  EXPECT_EQ(kFullDetail.GetRelevantPlatformOptional(), "platform");
+  EXPECT_EQ(kFullDetail.GetRatingRequestOptional(), "rating");
+  EXPECT_EQ(kFullDetail.GetViewMoreURLOptional(), "url");
+  EXPECT_EQ(kFullDetail.GetSHAOptional(), "sha");
 }
 
-TEST(FeatureListDetail, FindsItsTextsByTheirKeys) {
-  EXPECT_EQ(kNumbered.GetField(Detail::kKeyDescription), "description");
-  EXPECT_EQ(kNumbered.GetField(Detail::kKeyVersionAdded), "version");
-  EXPECT_EQ(kNumbered.GetField(Detail::kKeyJIRAEpicID), "epic");
-  EXPECT_EQ(kNumbered.GetField(Detail::kKeyJIRAStoryBugTaskID), "story");
-  EXPECT_EQ(kNumbered.GetField(Detail::kKeySalienceOptional), "salience");
-  EXPECT_EQ(kNumbered.GetField(Detail::kKeyRelevantFirstVersionOptional), "first");
-  EXPECT_EQ(kNumbered.GetField(Detail::kKeyRelevantPlatformOptional), "platform");
-  EXPECT_EQ(kNumbered.GetField(Detail::kKeyRequestFeedbackOptional), "rating");
-  EXPECT_EQ(kNumbered.GetField(Detail::kKeyViewMoreURL), "url");
-  EXPECT_EQ(kNumbered.GetField(Detail::kKeySHANum), "sha");
+TEST(FeatureListDetail, GetFieldReturnsTheFieldOfEachKey) {
+  EXPECT_EQ(kFullDetail.GetField(Detail::kKeyDescription), "description");
+  EXPECT_EQ(kFullDetail.GetField(Detail::kKeyVersionAdded), "version");
+  EXPECT_EQ(kFullDetail.GetField(Detail::kKeyJIRAEpicID), "epic");
+  EXPECT_EQ(kFullDetail.GetField(Detail::kKeyJIRAStoryBugTaskID), "story");
+  EXPECT_EQ(kFullDetail.GetField(Detail::kKeySalienceOptional), "salience");
+  EXPECT_EQ(kFullDetail.GetField(Detail::kKeyRelevantFirstVersionOptional), "first");
+  EXPECT_EQ(kFullDetail.GetField(Detail::kKeyRelevantPlatformOptional), "platform");
+  EXPECT_EQ(kFullDetail.GetField(Detail::kKeyRequestFeedbackOptional), "rating");
+  EXPECT_EQ(kFullDetail.GetField(Detail::kKeyViewMoreURL), "url");
+  EXPECT_EQ(kFullDetail.GetField(Detail::kKeySHANum), "sha");
 }
 
-TEST(FeatureListDetail, KeysHaveTheirNames) {
+TEST(FeatureListDetail, FieldKeysNeverChange) {
   EXPECT_EQ(Detail::kKeyDescription, "kDescription");
   EXPECT_EQ(Detail::kKeyJIRAEpicID, "kJIRAEpicID");
   EXPECT_EQ(Detail::kKeyJIRAStoryBugTaskID, "kJIRAStoryBugTaskID");
@@ -67,7 +67,7 @@ TEST(FeatureListDetail, KeysHaveTheirNames) {
   EXPECT_EQ(Detail::kKeySHANum, "kSHANum");
 }
 
-TEST(FeatureListDetail, KeywordsAreThoseOfTheDataFile) {
+TEST(FeatureListDetail, KeywordsMatchTheDataFile) {
   EXPECT_EQ(Detail::kSalienceHeadline, "Headline");
   EXPECT_EQ(Detail::kSalienceDetail, "Detail");
   EXPECT_EQ(Detail::kSalienceHideBetaFeature, "HideBetaFeature");
@@ -82,8 +82,8 @@ TEST(FeatureListDetail, KeywordsAreThoseOfTheDataFile) {
 
 TEST(FeatureListDetail, ThrowsOutOfRangeForAnUnknownKey) {
   try {
-    kNumbered.GetField("kFeatureName");
-    FAIL() << "a change has no such text";
+    kFullDetail.GetField("kFeatureName");
+    FAIL() << "a change has no such field";
   } catch (const std::out_of_range& error) {
     EXPECT_STREQ(error.what(), "unordered_map::at: key not found");
   }
@@ -93,12 +93,12 @@ TEST(FeatureListDetail, CopiesFieldsFromViewsInColumnOrder) {
   const Detail detail(Detail::Fields{"version", "epic", "story", "salience", "rating", "first",
                                      "platform", "url", "sha", "description"});
   for (const DataColumnInfo& column : kDataColumns) {
-    EXPECT_EQ(detail.GetField(column.fieldKey), kNumbered.GetField(column.fieldKey));
+    EXPECT_EQ(detail.GetField(column.fieldKey), kFullDetail.GetField(column.fieldKey));
   }
 }
 
-TEST(FeatureListDetail, BearsNoMarkAtFirstAndTheOnesThatAreSet) {
-  Detail detail = kNumbered;
+TEST(FeatureListDetail, HasOnlyTheMarksThatWereSet) {
+  Detail detail = kFullDetail;
   EXPECT_FALSE(detail.HasDuplicateURL());
   EXPECT_FALSE(detail.DetailInternalCouldNotMatchBetaFeature());
   detail.SetHasDuplicateURL(true);
@@ -110,7 +110,7 @@ TEST(FeatureListDetail, BearsNoMarkAtFirstAndTheOnesThatAreSet) {
   EXPECT_TRUE(detail.DetailInternalCouldNotMatchBetaFeature());
 }
 
-TEST(FeatureListDetail, SaliencesForceTheirOverridesInAnyLetterCase) {
+TEST(FeatureListDetail, SaliencesSetOverridesInAnyLetterCase) {
   const struct {
     const char* salience;
     bool hidden;
@@ -165,7 +165,7 @@ TEST(FeatureListDetail, ClassifiesThePlatformInAnyLetterCase) {
   }
 }
 
-TEST(FeatureListDetail, IsRelevantToVersionsFromTheEarliestUpToTheOneAdded) {
+TEST(FeatureListDetail, IsRelevantToVersionsSinceTheFirstAndBeforeTheAddedOne) {
   const auto detail = test_support::MakeDetail({.version = "25.0", .firstVersion = "24.0"});
   const std::int64_t version24 = 24'000;
   const std::int64_t version25 = 25'000;
@@ -181,7 +181,7 @@ TEST(FeatureListDetail, IsRelevantToVersionsFromTheEarliestUpToTheOneAdded) {
   EXPECT_TRUE(isRelevantTo({1, version24 + 5, version25}));
 }
 
-TEST(FeatureListDetail, IsRelevantToAllVersionsWithoutAnEarliestOne) {
+TEST(FeatureListDetail, IsRelevantToAllVersionsIfTheFirstVersionIsEmpty) {
   EXPECT_TRUE(test_support::MakeDetail({.version = "25.0"})->IsRelevantToVersions({}));
 }
 
@@ -223,11 +223,11 @@ TEST(FeatureListDetail, EmptyPlatformIsWellFormed) {
   EXPECT_FALSE(WithPlatform("").HasMalformedPlatform());
 }
 
-TEST(FeatureListDetail, UpperCaseSchemeIsAMalformedURL) {
+TEST(FeatureListDetail, URLWithAnUpperCaseSchemeIsMalformed) {
   EXPECT_TRUE(WithURL("HTTPS://a.example").HasMalformedURL());
 }
 
-TEST(FeatureListDetail, OnlyAURLWithTheSecureSchemeIsWellFormed) {
+TEST(FeatureListDetail, OnlyAnHttpsURLIsWellFormed) {
   EXPECT_FALSE(WithURL("https://a.example").HasMalformedURL());
   EXPECT_FALSE(WithURL("https://").HasMalformedURL());
   for (const char* url : {"", "http://a.example", " https://a.example", "https:/", "a.example"}) {
@@ -236,23 +236,23 @@ TEST(FeatureListDetail, OnlyAURLWithTheSecureSchemeIsWellFormed) {
 }
 
 TEST(FeatureListDetail, NumberOfAnEmptyVersionIsZero) {
-  EXPECT_EQ(kNumbered.ParseVersionStringToNumber(""), 0);
+  EXPECT_EQ(kFullDetail.ParseVersionStringToNumber(""), 0);
 }
 
-TEST(FeatureListDetail, ComponentThatIsNoNumberCountsAsZero) {
-  EXPECT_EQ(kNumbered.ParseVersionStringToNumber("1.x.3"), 1000003);
+TEST(FeatureListDetail, NonNumericComponentCountsAsZero) {
+  EXPECT_EQ(kFullDetail.ParseVersionStringToNumber("1.x.3"), 1000003);
 }
 
-TEST(FeatureListDetail, ComponentOfAThousandOrMoreSpillsIntoTheNext) {
-  EXPECT_EQ(kNumbered.ParseVersionStringToNumber("2000"), 2000);
-  EXPECT_EQ(kNumbered.ParseVersionStringToNumber("1.2000"), 3000);
+TEST(FeatureListDetail, ComponentOfAThousandOrMoreCarriesIntoTheNext) {
+  EXPECT_EQ(kFullDetail.ParseVersionStringToNumber("2000"), 2000);
+  EXPECT_EQ(kFullDetail.ParseVersionStringToNumber("1.2000"), 3000);
 }
 
-TEST(FeatureListDetail, VersionsOfDifferentLengthsDiffer) {
-  EXPECT_EQ(kNumbered.ParseVersionStringToNumber("25.1"), 25001);
-  EXPECT_EQ(kNumbered.ParseVersionStringToNumber("25.1.0"), 25001000);
-  EXPECT_EQ(kNumbered.ParseVersionStringToNumber("25.1.3"), 25001003);
-  EXPECT_EQ(kNumbered.ParseVersionStringToNumber("25.1.0.123"), 25001000123);
+TEST(FeatureListDetail, VersionsOfDifferentLengthsHaveDifferentNumbers) {
+  EXPECT_EQ(kFullDetail.ParseVersionStringToNumber("25.1"), 25001);
+  EXPECT_EQ(kFullDetail.ParseVersionStringToNumber("25.1.0"), 25001000);
+  EXPECT_EQ(kFullDetail.ParseVersionStringToNumber("25.1.3"), 25001003);
+  EXPECT_EQ(kFullDetail.ParseVersionStringToNumber("25.1.0.123"), 25001000123);
 }
 
 }  // namespace

@@ -28,7 +28,7 @@ FeatureListItem Feature() {
   return {"EPIC-1", "export", "Export", "Exports files", Visibility::kInternal};
 }
 
-TEST(FeatureListItem, KeepsKeysTextsAndVisibility) {
+TEST(FeatureListItem, GettersReturnKeysTextsAndVisibility) {
   const FeatureListItem item = Feature();
   EXPECT_EQ(item.GetFeatureJiraIDKey(), "EPIC-1");
   EXPECT_EQ(item.FeatureJiraIDKey(), "EPIC-1");
@@ -48,7 +48,7 @@ TEST(FeatureListItem, StartsWithoutOverrideURLPreferencesRatingTextAndChanges) {
   EXPECT_THAT(item.GetAllChanges(), IsEmpty());
 }
 
-TEST(FeatureListItem, KeysHaveTheirNames) {
+TEST(FeatureListItem, FieldKeysNeverChange) {
   EXPECT_EQ(FeatureListItem::kKeyFeatureName, "kFeatureName");
   EXPECT_EQ(FeatureListItem::kKeyFeatureDescription, "kFeatureDescription");
   EXPECT_EQ(FeatureListItem::kKeyFeatureViewMoreURL, "kFeatureViewMoreURL");
@@ -56,7 +56,7 @@ TEST(FeatureListItem, KeysHaveTheirNames) {
   EXPECT_EQ(FeatureListItem::kKeyCustomRatingRequestStr, "kCustomRatingRequestStr");
 }
 
-TEST(FeatureListItem, FindsItsTextsByTheirKeys) {
+TEST(FeatureListItem, GetFieldReturnsTheFieldOfEachKey) {
   FeatureListItem item = Feature();
   item.SetCustomRatingStr("How was it?");
   item.AddFeatureDetail(MakeDetail({.url = kURL}));
@@ -70,7 +70,7 @@ TEST(FeatureListItem, FindsItsTextsByTheirKeys) {
 TEST(FeatureListItem, ThrowsOutOfRangeForAnUnknownKey) {
   try {
     Feature().GetField("kDescription");
-    FAIL() << "an item has no such text";
+    FAIL() << "an item has no such field";
   } catch (const std::out_of_range& error) {
     EXPECT_STREQ(error.what(), "unordered_map::at: key not found");
   }
@@ -84,7 +84,7 @@ TEST(FeatureListItem, CustomRatingTextCanBeReplaced) {
   EXPECT_EQ(item.GetCustomRatingStr(), "");
 }
 
-TEST(FeatureListItem, SharesItsChangesInTheOrderInWhichTheyCame) {
+TEST(FeatureListItem, ReturnsTheAddedChangesInOrder) {
   FeatureListItem item = Feature();
   const auto first = MakeDetail({.description = "first"});
   const auto second = MakeDetail({.description = "second"});
@@ -94,7 +94,7 @@ TEST(FeatureListItem, SharesItsChangesInTheOrderInWhichTheyCame) {
   EXPECT_THAT(item.GetAllChanges(), ElementsAre(first, second, first));
 }
 
-TEST(FeatureListItem, TakesTheFirstWellFormedURLAndMarksTheNextEvenIfItIsTheSame) {
+TEST(FeatureListItem, KeepsTheFirstWellFormedURLAndMarksLaterOnesAsDuplicates) {
   for (const char* second : {kURL, kOtherURL, "http://a.example"}) {
     const auto item = MakeItem({.groupingKey = "EPIC-1"}, {{.url = kURL}, {.url = second}});
     EXPECT_EQ(item->GetFeatureViewMoreURL(), kURL) << second;
@@ -103,7 +103,7 @@ TEST(FeatureListItem, TakesTheFirstWellFormedURLAndMarksTheNextEvenIfItIsTheSame
   }
 }
 
-TEST(FeatureListItem, MalformedURLLeavesThePlaceForALaterWellFormedOne) {
+TEST(FeatureListItem, SkipsAMalformedURLBeforeAWellFormedOne) {
   const auto item =
       MakeItem({.groupingKey = "EPIC-1"}, {{.url = "http://a.example"}, {.url = kURL}});
   EXPECT_EQ(item->GetFeatureViewMoreURL(), kURL);
@@ -117,13 +117,13 @@ TEST(FeatureListItem, ChangeWithoutURLIsNeverADuplicate) {
   EXPECT_FALSE(item->GetAllChanges()[1]->HasDuplicateURL());
 }
 
-TEST(FeatureListItem, ChangeThatHidesFromExternalUsersMakesAFeatureInternalForGood) {
+TEST(FeatureListItem, HideFromExternalSalienceSetsTheInternalOverride) {
   const auto item = MakeItem({.groupingKey = "EPIC-1"},
                              {{.salience = "hidebetafeaturefromexternal"}, {.salience = "Detail"}});
   EXPECT_TRUE(item->IsItemInternalOverride());
 }
 
-TEST(FeatureListItem, ChangeThatHidesFromExternalUsersLeavesASectionAsItIs) {
+TEST(FeatureListItem, HideFromExternalSalienceDoesNotAffectASection) {
   for (const char* section : {"BUGFIX", "misc", "INTERNAL", "UNREVIEWED"}) {
     const auto item =
         MakeItem({.groupingKey = section},
@@ -132,7 +132,7 @@ TEST(FeatureListItem, ChangeThatHidesFromExternalUsersLeavesASectionAsItIs) {
   }
 }
 
-TEST(FeatureListItem, SeenAndRatedAreAskedByTheirIdentities) {
+TEST(FeatureListItem, SeenAndRatedDependOnTheIdentities) {
   const auto item = MakeItem({.groupingKey = "EPIC-1"}, {{.ratingRequest = "RequestRating"}});
   const GuidSet none;
   const GuidSet seen = {item->GetItemSeenGuid()};
@@ -151,7 +151,7 @@ TEST(FeatureListItem, SeenAndRatedAreAskedByTheirIdentities) {
 
 class AnalyticsDisabled : public test_support::FakeHostTest {};
 
-TEST_F(AnalyticsDisabled, OnlyWithoutLoggingAndWithoutPermission) {
+TEST_F(AnalyticsDisabled, IsTrueOnlyWithoutLoggingAndPermission) {
   EXPECT_FALSE(FeatureListItem::AnalyticsDisabled());
   host_.SetUsageLogging(false);
   EXPECT_TRUE(FeatureListItem::AnalyticsDisabled());

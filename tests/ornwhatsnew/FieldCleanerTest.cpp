@@ -31,7 +31,7 @@ std::string Clean(const std::string& field) {
   return std::string(CleanField(field, buffer));
 }
 
-// The fields of a row, as written.
+// Returns the fields of a row without cleaning them.
 std::vector<std::string> Cut(std::string_view row) {
   std::vector<std::string> fields;
   for (std::size_t begin = 0; begin <= row.size();) {
@@ -42,7 +42,7 @@ std::vector<std::string> Cut(std::string_view row) {
   return fields;
 }
 
-TEST(FieldCleaner, FieldsEndAtCommasOutsideQuotes) {
+TEST(FieldCleaner, EndsFieldsAtCommasOutsideQuotes) {
   EXPECT_THAT(Cut("a,,b"), ElementsAre("a", "", "b"));
   EXPECT_THAT(Cut(","), ElementsAre("", ""));
   EXPECT_THAT(Cut("\"a,b\",c"), ElementsAre("\"a,b\"", "c"));
@@ -50,7 +50,7 @@ TEST(FieldCleaner, FieldsEndAtCommasOutsideQuotes) {
   EXPECT_THAT(Cut("a,\"b,c"), ElementsAre("a", "\"b,c"));
 }
 
-TEST(FieldCleaner, CleanFieldIsReturnedWithoutACopy) {
+TEST(FieldCleaner, ReturnsACleanFieldWithoutCopying) {
   UTF8String buffer;
   for (const std::string field : {"", "Faster export", "\xC3\x89\xF0\x9F\x98\x80"}) {
     EXPECT_EQ(CleanField(field, buffer).data(), field.data()) << field;
@@ -68,7 +68,7 @@ TEST(FieldCleaner, RemovesAllCarriageReturns) {
   EXPECT_EQ(Clean("\r"), "");
 }
 
-TEST(FieldCleaner, BytesOnBothSidesOfACarriageReturnStayIllFormed) {
+TEST(FieldCleaner, DoesNotJoinBytesAcrossARemovedCarriageReturn) {
   EXPECT_EQ(Clean("\xC3\r\x89"), "\xEF\xBF\xBD\xEF\xBF\xBD");
 }
 
@@ -94,7 +94,7 @@ TEST(FieldCleaner, CleansRandomFieldsLikeAConversionToUTF16AndBack) {
   }
 }
 
-TEST(FieldCleaner, LowersAllLetters) {
+TEST(FieldCleaner, LowerCasesAllLetters) {
   UTF8String buffer;
   EXPECT_EQ(LowerField("EPIC-1 @[`{", buffer), "epic-1 @[`{");
   EXPECT_EQ(LowerField("\xC3\x89PIC \xE2\x84\xAA", buffer), "\xC3\xA9pic k");

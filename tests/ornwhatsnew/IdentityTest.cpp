@@ -1,5 +1,5 @@
-// The identities under which users' state is stored: pinned by the bytes that are fed, hashed by
-// the reference implementation, and by literal values, so that no release forgets what was seen.
+// Tests that identities never change, because the stores of users contain them. The expected values
+// are literals and hashes that the plain implementation computes.
 #include <memory>
 #include <string>
 
@@ -45,35 +45,35 @@ Guid Rated(const ChangeRow& row) {
   return MakeDetail(row)->GetItemRatedGuid();
 }
 
-TEST(Identity, SeenIdentityOfAChangeHashesTagAndNineTexts) {
+TEST(Identity, SeenIdentityOfAChangeHashesTagAndNineFields) {
   EXPECT_EQ(Seen(kFullRow),
             PlainHash("FeatureChangeListFaster export25.1epic-7story-9headline24.0mac"
                       "https://a.example/1abc123"));
 }
 
-TEST(Identity, SeenIdentityOfAnEmptyChangeIsThatOfItsTag) {
+TEST(Identity, SeenIdentityOfAnEmptyChangeHashesOnlyTheTag) {
   EXPECT_EQ(Seen({}), PlainHash("FeatureChangeList"));
 }
 
-TEST(Identity, RatedIdentityOfAChangeHashesTagAndRequestOnly) {
+TEST(Identity, RatedIdentityOfAChangeHashesOnlyTagAndRequest) {
   EXPECT_EQ(Rated(kFullRow), PlainHash("FeatureChangeRatedListRequestRating"));
   EXPECT_EQ(Rated({.ratingRequest = "RequestRating"}), Rated(kFullRow));
   EXPECT_EQ(Rated({}), PlainHash("FeatureChangeRatedList"));
 }
 
-TEST(Identity, RatedIdentityTakesTheKeyOfALocalisedRequest) {
+TEST(Identity, RatedIdentityHashesTheKeyOfALocalisedRequest) {
   EXPECT_EQ(Rated({.ratingRequest = "$$$/private/ask=How was it?"}),
             PlainHash("FeatureChangeRatedList$$$/ask"));
 }
 
-TEST(Identity, ChangesThatDifferInTheirRatingRequestAreSeenAlikeAndRatedApart) {
+TEST(Identity, RatingRequestAffectsOnlyTheRatedIdentity) {
   ChangeRow other = kFullRow;
   other.ratingRequest = "How was it?";
   EXPECT_EQ(Seen(other), Seen(kFullRow));
   EXPECT_NE(Rated(other), Rated(kFullRow));
 }
 
-TEST(Identity, EveryOtherTextOfAChangeTakesPart) {
+TEST(Identity, EveryOtherFieldAffectsTheSeenIdentity) {
   for (std::string ChangeRow::*text :
        {&ChangeRow::version, &ChangeRow::groupingID, &ChangeRow::storyID, &ChangeRow::salience,
         &ChangeRow::firstVersion, &ChangeRow::platform, &ChangeRow::url, &ChangeRow::sha,
@@ -84,19 +84,19 @@ TEST(Identity, EveryOtherTextOfAChangeTakesPart) {
   }
 }
 
-TEST(Identity, DefaultTextOfALocalisedDescriptionDoesNotCount) {
+TEST(Identity, DefaultTextOfALocalisedDescriptionIsNotHashed) {
   EXPECT_EQ(Seen({.description = "$$$/a/b=Old words"}), Seen({.description = "$$$/a/b=New words"}));
 }
 
-TEST(Identity, KeyOfALocalisedDescriptionCounts) {
+TEST(Identity, KeyOfALocalisedDescriptionIsHashed) {
   EXPECT_NE(Seen({.description = "$$$/a/b=Words"}), Seen({.description = "$$$/a/c=Words"}));
 }
 
-TEST(Identity, PrivateAreaOfALocalisedDescriptionDoesNotCount) {
+TEST(Identity, PrivatePrefixOfALocalisationKeyIsNotHashed) {
   EXPECT_EQ(Seen({.description = "$$$/private/a=x"}), Seen({.description = "$$$/a=y"}));
 }
 
-TEST(Identity, EveryTextOfAChangeIsReducedToItsKey) {
+TEST(Identity, EveryLocalisedFieldIsReducedToItsKey) {
   EXPECT_EQ(Seen({.version = "$$$/v=1",
                   .groupingID = "$$$/private/e=1",
                   .storyID = "$$$/s=1",
@@ -116,7 +116,7 @@ TEST(Identity, ItemWithoutChangesHasBothIdentities) {
   EXPECT_EQ(item->GetItemRatedGuid(), PlainHash("FeatureItemRatedListexport"));
 }
 
-TEST(Identity, SeenIdentityOfAnItemTakesItsURLAndDescribedChanges) {
+TEST(Identity, SeenIdentityOfAnItemHashesItsURLAndDescribedChanges) {
   const auto item =
       MakeItem({"EPIC-7", "export", "Export", "Exports files"},
                {kFullRow, {.ratingRequest = "RequestRating"}, {.description = "More"}});
@@ -125,7 +125,7 @@ TEST(Identity, SeenIdentityOfAnItemTakesItsURLAndDescribedChanges) {
                       Bytes(Seen(kFullRow)) + Bytes(Seen({.description = "More"}))));
 }
 
-TEST(Identity, RatedIdentityOfAnItemTakesItsRatingRequestsInOrder) {
+TEST(Identity, RatedIdentityOfAnItemHashesItsRatingRequestsInOrder) {
   const auto item =
       MakeItem({"EPIC-7", "export", "Export", "Exports files"},
                {{.ratingRequest = "first"}, {.description = "x"}, {.ratingRequest = "second"}});
@@ -134,14 +134,14 @@ TEST(Identity, RatedIdentityOfAnItemTakesItsRatingRequestsInOrder) {
                       Bytes(Rated({.ratingRequest = "second"}))));
 }
 
-TEST(Identity, KeysOfAnItemAreTakenWholeAndItsTextsByTheirKeys) {
+TEST(Identity, ItemHashesWholeKeysAndReducedTexts) {
   const auto item = MakeItem({"$$$/k=1", "$$$/private/i=1", "$$$/n=1", "$$$/private/d=1"});
   EXPECT_EQ(item->GetItemSeenGuid(),
             PlainHash("FeatureItemSeenList$$$/k=1$$$/private/i=1$$$/n$$$/d"));
   EXPECT_EQ(item->GetItemRatedGuid(), PlainHash("FeatureItemRatedList$$$/private/i=1"));
 }
 
-TEST(Identity, CustomRatingTextIsNotFed) {
+TEST(Identity, CustomRatingTextIsNotHashed) {
   const auto item = MakeItem({"EPIC-7", "export", "Export", "Exports files"});
   const Guid seen = item->GetItemSeenGuid();
   const Guid rated = item->GetItemRatedGuid();
@@ -150,7 +150,7 @@ TEST(Identity, CustomRatingTextIsNotFed) {
   EXPECT_EQ(item->GetItemRatedGuid(), rated);
 }
 
-TEST(Identity, ReorderedDescribedChangesChangeTheItemAndNotThemselves) {
+TEST(Identity, ReorderingDescribedChangesAffectsOnlyTheItem) {
   const ChangeRow one = {.description = "One"};
   const ChangeRow two = {.description = "Two"};
   const auto item = MakeItem({.groupingKey = "EPIC-7"}, {one, two});
@@ -162,19 +162,19 @@ TEST(Identity, ReorderedDescribedChangesChangeTheItemAndNotThemselves) {
             reordered->GetAllChanges()[0]->GetItemSeenGuid());
 }
 
-TEST(Identity, ChangeWithoutDescriptionDoesNotTouchTheItemsSeenIdentity) {
+TEST(Identity, ChangeWithoutDescriptionDoesNotAffectTheItemsSeenIdentity) {
   EXPECT_EQ(
       MakeItem({.groupingKey = "EPIC-7"}, {{.ratingRequest = "RequestRating"}})->GetItemSeenGuid(),
       MakeItem({.groupingKey = "EPIC-7"})->GetItemSeenGuid());
 }
 
-TEST(Identity, KeysThatConcatenateAlikeAreTheSameItem) {
+TEST(Identity, KeysWithTheSameConcatenationGiveTheSameIdentity) {
   const auto one = MakeItem({"AB", "C", "Name", "Text"});
   const auto other = MakeItem({"A", "BC", "Name", "Text"});
   EXPECT_EQ(one->GetItemSeenGuid(), other->GetItemSeenGuid());
 }
 
-// Stored by users of every release so far.
+// Users' stores contain identities from every release.
 TEST(Identity, StoredIdentitiesNeverChange) {
   const auto item = MakeItem({"EPIC-7", "export", "Export", "Exports files"}, {kFullRow});
   EXPECT_EQ(Seen({}).AsUTF8String(), "38f2e02d-6114-bd02-08f4-00fbcaf073d5");
@@ -186,7 +186,7 @@ TEST(Identity, StoredIdentitiesNeverChange) {
             "70348520-21eb-a87f-28a3-d27128f313d9");
 }
 
-TEST(Identity, RandomRecordsHaveThePlainIdentities) {
+TEST(Identity, IdentitiesOfRandomRecordsMatchThePlainImplementation) {
   RandomSource random(kSeed);
   for (int i = 0; i < 500; ++i) {
     const auto text = [&random] { return random.HostileText(random.OneIn(8) ? 40 : 4); };

@@ -24,7 +24,7 @@ Order RandomOrder(RandomSource& random) {
   return order;
 }
 
-// Keys to move, each once, some of which stand nowhere in the order.
+// Returns different keys to move. Some of them are not in the order.
 MovingKeys RandomKeys(RandomSource& random) {
   MovingKeys keys;
   for (std::size_t count = random.Below(8); count > 0; --count) {
@@ -46,7 +46,7 @@ TEST(KeyOrder, MovesKeysToTheBackInTheGivenOrder) {
   EXPECT_EQ(order, (Order{"B", "D", "C", "A"}));
 }
 
-TEST(KeyOrder, LeavesOneOccurrenceOfARepeatedKey) {
+TEST(KeyOrder, MovesARepeatedKeyOnce) {
   Order order = {"A", "B", "A", "C", "A"};
   MoveKeysToFront(order, {"A"});
   EXPECT_EQ(order, (Order{"A", "B", "C"}));
@@ -56,20 +56,20 @@ TEST(KeyOrder, LeavesOneOccurrenceOfARepeatedKey) {
   EXPECT_EQ(order, (Order{"B", "C", "A"}));
 }
 
-TEST(KeyOrder, LeavesRepeatsOfOtherKeys) {
+TEST(KeyOrder, KeepsRepeatsOfOtherKeys) {
   Order order = {"A", "B", "A"};
   MoveKeysToFront(order, {"B"});
   EXPECT_EQ(order, (Order{"B", "A", "A"}));
 }
 
-TEST(KeyOrder, PutsKeysThatStoodNowhere) {
+TEST(KeyOrder, InsertsKeysThatAreNotInTheOrder) {
   Order order = {"A"};
   MoveKeysToFront(order, {"X"});
   MoveKeysToBack(order, {"Y"});
   EXPECT_EQ(order, (Order{"X", "A", "Y"}));
 }
 
-TEST(KeyOrder, TakesAMovingKeyOnceHoweverOftenItComes) {
+TEST(KeyOrder, IgnoresRepeatsInTheKeysToMove) {
   Order order = {"A", "B", "C"};
   MoveKeysToFront(order, {"C", "B", "C"});
   EXPECT_EQ(order, (Order{"C", "B", "A"}));
@@ -82,7 +82,7 @@ TEST(KeyOrder, MovesNothingWithoutKeys) {
   EXPECT_EQ(order, (Order{"A", "A", "B"}));
 }
 
-TEST(KeyOrder, MovesToTheFrontLikeOneRemovalAndInsertionAfterTheOther) {
+TEST(KeyOrder, MovesToTheFrontLikeSuccessiveRemovalsAndInsertions) {
   RandomSource random(kSeed);
   for (int i = 0; i < 2000; ++i) {
     Order order = RandomOrder(random);
@@ -97,7 +97,7 @@ TEST(KeyOrder, MovesToTheFrontLikeOneRemovalAndInsertionAfterTheOther) {
   }
 }
 
-TEST(KeyOrder, MovesToTheBackLikeOneRemovalAndAppendingAfterTheOther) {
+TEST(KeyOrder, MovesToTheBackLikeSuccessiveRemovalsAndInsertions) {
   RandomSource random(kSeed);
   for (int i = 0; i < 2000; ++i) {
     Order order = RandomOrder(random);

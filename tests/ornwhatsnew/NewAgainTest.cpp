@@ -1,5 +1,5 @@
-// What makes a change or a feature new again, from one release of a data file to the next, and what
-// does not: what docs/host-guide.md promises to hosts.
+// Tests which edits between two releases of a data file make a seen change or feature new again.
+// docs/host-guide.md documents these rules for hosts.
 #include <functional>
 #include <string>
 
@@ -34,7 +34,7 @@ const ChangeRow kZoom = {.version = "4.3",
 const ChangeRow kDrag = {.version = "4.3", .groupingID = "EPIC-1", .description = "Drags"};
 const ChangeRow kSync = {.version = "4.3", .groupingID = "EPIC-2", .description = "Syncs"};
 
-/// The row after an edit.
+/// Returns the row after an edit.
 template <class Edit>
 ChangeRow Edited(ChangeRow row, Edit edit) {
   edit(row);
@@ -48,7 +48,8 @@ class NewAgain : public test_support::FakeHostTest {
     host_.AddFeature({.internalKey = "sync", .epicKey = "EPIC-2", .name = "Sync"});
   }
 
-  /// A start of the application whose user opens the panel: what is new is shown, and remembered.
+  /// Starts the application and opens its panel. Returns the text, which contains only new changes
+  /// and features; the list stores them as seen.
   std::string Open(const std::string& data) {
     FeatureListData list(data, host_.Getter(), host_.Setter());
     return Format(list, kShowOnlyNew).text;
@@ -61,7 +62,7 @@ class NewAgain : public test_support::FakeHostTest {
       .internalKey = "map", .epicKey = "EPIC-1", .name = "Map", .description = "Of finds"};
 };
 
-TEST_F(NewAgain, NothingIsAfterAnUpdateWithTheSameFile) {
+TEST_F(NewAgain, NothingIsNewAfterAnUpdateWithTheSameFile) {
   const std::string data = DataFileText({kZoom, kDrag, kSync});
   Open(data);
   EXPECT_FALSE(IsAnythingNew(data));
@@ -69,7 +70,7 @@ TEST_F(NewAgain, NothingIsAfterAnUpdateWithTheSameFile) {
   EXPECT_FALSE(IsAnythingNew(data));
 }
 
-TEST_F(NewAgain, AChangeIsWhenOneOfNineColumnsIsEdited) {
+TEST_F(NewAgain, ChangeIsNewIfOneOfNineColumnsIsEdited) {
   const std::function<void(ChangeRow&)> edits[] = {
       [](ChangeRow& row) { row.version = "4.4"; },
       [](ChangeRow& row) { row.groupingID = "EPIC-2"; },
@@ -89,7 +90,7 @@ TEST_F(NewAgain, AChangeIsWhenOneOfNineColumnsIsEdited) {
   }
 }
 
-TEST_F(NewAgain, AFeatureIsWithoutItsSeenChangesWhenItsChangesAreOthers) {
+TEST_F(NewAgain, FeatureIsNewButNotItsSeenChangesIfTheListOfChangesDiffers) {
   Open(DataFileText({kZoom, kDrag, kSync}));
   EXPECT_THAT(Open(DataFileText({kDrag, kSync})),
               AllOf(HasSubstr("Map"), Not(HasSubstr("Drags")), Not(HasSubstr("Sync"))));
@@ -100,7 +101,7 @@ TEST_F(NewAgain, AFeatureIsWithoutItsSeenChangesWhenItsChangesAreOthers) {
               AllOf(HasSubstr("Map"), HasSubstr("Turns"), Not(HasSubstr("Drags"))));
 }
 
-TEST_F(NewAgain, AFeatureIsWhenItsOwnTextsChange) {
+TEST_F(NewAgain, FeatureIsNewIfItsNameDescriptionOrInternalKeyChanges) {
   const std::string data = DataFileText({kZoom, kSync});
   Open(data);
   FakeFeature feature = kMap;
@@ -117,7 +118,7 @@ TEST_F(NewAgain, AFeatureIsWhenItsOwnTextsChange) {
   EXPECT_FALSE(IsAnythingNew(data));
 }
 
-TEST_F(NewAgain, AFeatureIsNotWhenItIsSwitchedOffAndOn) {
+TEST_F(NewAgain, SwitchingAFeatureOffAndOnDoesNotMakeItNew) {
   const std::string data = DataFileText({kZoom, kSync});
   Open(data);
   host_.SetFeatureEnabled("map", false);
@@ -132,7 +133,7 @@ TEST_F(NewAgain, AFeatureIsNotWhenItIsSwitchedOffAndOn) {
   EXPECT_FALSE(IsAnythingNew(data));
 }
 
-TEST_F(NewAgain, AFeatureIsOfferedForRatingAndNotAsNewWhenItsRequestChanges) {
+TEST_F(NewAgain, NewRatingRequestMakesAFeatureRateableButNotNew) {
   Open(DataFileText({kZoom, kSync}));
   for (const char* request : {"RequestRating", "How do you like the zoom?"}) {
     const std::string data = DataFileText(
@@ -145,7 +146,7 @@ TEST_F(NewAgain, AFeatureIsOfferedForRatingAndNotAsNewWhenItsRequestChanges) {
   }
 }
 
-TEST_F(NewAgain, ALocalisedTextIsWhenItsKeyChangesOnly) {
+TEST_F(NewAgain, LocalisedTextIsNewOnlyIfItsKeyChanges) {
   const auto dataWith = [](const char* text) {
     return DataFileText({Edited(kZoom, [text](ChangeRow& row) { row.description = text; }), kSync});
   };
@@ -157,10 +158,11 @@ TEST_F(NewAgain, ALocalisedTextIsWhenItsKeyChangesOnly) {
   EXPECT_TRUE(IsAnythingNew(dataWith("$$$/app/zooming=Zooms")));
 }
 
-TEST_F(NewAgain, NothingIsWhenOnlyTheFormOfTheFileChanges) {
+TEST_F(NewAgain, FormattingOfTheFileDoesNotMakeAnythingNew) {
   const std::string data = DataFileText({kZoom, kDrag, kSync});
   Open(data);
-  EXPECT_FALSE(IsAnythingNew(DataFileText({kSync, kZoom, kDrag})));  // features change places
+  EXPECT_FALSE(IsAnythingNew(
+      DataFileText({kSync, kZoom, kDrag})));  // rows of different features are reordered
   EXPECT_FALSE(IsAnythingNew("\xEF\xBB\xBF" + data));
   std::string crlf;
   for (const char unit : data) crlf += unit == '\n' ? std::string("\r\n") : std::string(1, unit);
@@ -175,7 +177,7 @@ TEST_F(NewAgain, NothingIsWhenOnlyTheFormOfTheFileChanges) {
   EXPECT_FALSE(IsAnythingNew(DataFileText({lower, kDrag, kSync})));
 }
 
-TEST_F(NewAgain, AChangeForTheOtherPlatformStaysNewUntilItIsShown) {
+TEST_F(NewAgain, ChangeForAnotherPlatformStaysNewUntilItIsShown) {
   const std::string data = DataFileText({kZoom, kDrag, kSync});
   host_.SetPlatform("Win");
   FeatureListData list(data, host_.Getter(), host_.Setter());

@@ -1,4 +1,5 @@
-// The whole library against a second implementation, on worlds that nobody would think of.
+// Compares the library with the plain implementation in random worlds. A world is a host with
+// features, a state store and data files.
 #include <gtest/gtest.h>
 
 #include <ornwhatsnew/FeatureListData.h>
@@ -61,7 +62,7 @@ constexpr const char* kTranslated[] = {
     "$$$/ornwhatsnewui/WhatsNewView/ParenthesizedCode",
     "$$$/ornwhatsnew/feature/nonewchanges/displaytemplate"};
 
-// One host with its features, its store and a data file.
+// A random host with features and a state store, and a source of random data files.
 class World {
  public:
   explicit World(RandomSource& random) : random_(random) {
@@ -152,7 +153,8 @@ class World {
   std::vector<std::string> internalKeys_;
 };
 
-// One list twice: the library's and the plain one, over equal stores.
+// A list of the library and the same list in the plain implementation. Each has its own store, and
+// both stores have the same content.
 class Pair {
  public:
   explicit Pair(World& world)
@@ -209,7 +211,7 @@ class Pair {
   PlainPanel plain_;
 };
 
-TEST(PlainPanel, AgreesWithTheLibraryInRandomWorlds) {
+TEST(PlainPanel, MatchesTheLibraryInRandomWorlds) {
   for (std::uint64_t seed = kSeed; seed < kSeed + kWorlds; ++seed) {
     SCOPED_TRACE("seed " + std::to_string(seed));
     RandomSource random(seed);
@@ -220,7 +222,7 @@ TEST(PlainPanel, AgreesWithTheLibraryInRandomWorlds) {
     for (int step = 0; step < kStepsPerWorld; ++step) {
       SCOPED_TRACE("step " + std::to_string(step));
       pair.Step(random, dataText);
-      if (testing::Test::HasFailure()) return;  // the first difference is enough
+      if (testing::Test::HasFailure()) return;  // later differences may follow from the first one
     }
   }
 }

@@ -1,4 +1,4 @@
-// The records that tie a host's rating controls to their features.
+// Tests the rating records, through which a host finds the feature of each rating control.
 #include <memory>
 #include <string>
 #include <vector>
@@ -40,7 +40,8 @@ class RatingRecord : public test_support::FakeHostTest {
     FeatureListData list(file.Text(), host_.Getter(), host_.Setter());
     return Format(list, options);
   }
-  // The record of the feature for changes with these requests and saliences.
+  // Returns the feature's record after a display. The feature has changes with the requests and
+  // saliences of `rows`.
   std::shared_ptr<FeatureListItem> Record(std::vector<ChangeRow> rows = {}) {
     for (ChangeRow& row : rows) {
       row.groupingID = "EPIC-7";
@@ -50,7 +51,7 @@ class RatingRecord : public test_support::FakeHostTest {
   }
 };
 
-TEST_F(RatingRecord, CarriesKeysTitleDescriptionAndVisibility) {
+TEST_F(RatingRecord, HasKeysTitleDescriptionAndVisibility) {
   const auto record = Record();
   EXPECT_EQ(record->GetFeatureJiraIDKey(), "EPIC-7");
   EXPECT_EQ(record->GetBetaFeatureInternalKey(), "export");
@@ -61,13 +62,13 @@ TEST_F(RatingRecord, CarriesKeysTitleDescriptionAndVisibility) {
   EXPECT_TRUE(record->GetAllChanges().empty());
 }
 
-TEST_F(RatingRecord, IsMadeForEachFeatureAndSectionWritten) {
+TEST_F(RatingRecord, IsCreatedForEachShownItem) {
   host_.AddFeature({.internalKey = "off", .epicKey = "EPIC-8", .enabled = false});
   EXPECT_THAT(Show({{.groupingID = "MISC", .description = "Text"}}).ratingItems,
               UnorderedElementsAre(Key("EPIC-7"), Key("MISC")));
 }
 
-TEST_F(RatingRecord, IsMadeInTheRatingViewWithTheDescriptionThatIsNotShownThere) {
+TEST_F(RatingRecord, HasTheDescriptionInTheRatingView) {
   const ChangeRow row = {.groupingID = "EPIC-7", .ratingRequest = "RequestRating"};
   Show({row});
   const Display display = Show({row}, kRatingView);
@@ -85,19 +86,19 @@ TEST_F(RatingRecord, IsLocalised) {
   EXPECT_EQ(Record()->GetFeatureDescription(), "Texte");
 }
 
-TEST_F(RatingRecord, IsNamedByTheKeyWhereTheNameIsEmpty) {
+TEST_F(RatingRecord, HasTheKeyAsNameIfTheNameIsEmpty) {
   host_.AddFeature({.internalKey = "export", .epicKey = "EPIC-7"});
   EXPECT_EQ(Record()->GetFeatureName(), "EPIC-7");
 }
 
-TEST_F(RatingRecord, VisibilityIsTheItemsOwnAndNotTheTables) {
+TEST_F(RatingRecord, HasTheVisibilityOfTheItemInsteadOfTheTable) {
   FeatureListData list("", host_.Getter(), host_.Setter());
   host_.AddFeature({.internalKey = "export", .epicKey = "EPIC-7", .visibility = 2});
   EXPECT_EQ(Format(list).ratingItems.at("EPIC-7")->GetVisibility(),
             FeatureListItem::Visibility::kUnlabelled);
 }
 
-TEST_F(RatingRecord, CustomTextIsThatOfTheLastShownRequest) {
+TEST_F(RatingRecord, CustomTextIsTheLastShownRequest) {
   const struct {
     std::vector<const char*> requests;
     const char* text;
@@ -110,7 +111,7 @@ TEST_F(RatingRecord, CustomTextIsThatOfTheLastShownRequest) {
       {{"How?", "RequestRating"}, ""},
       {{"How?", "REQUESTRATING"}, ""},
       {{"RequestRating", "How?"}, "How?"},
-      {{"$$$/ask=How?"}, "$$$/ask=How?"},  // never localised here
+      {{"$$$/ask=How?"}, "$$$/ask=How?"},  // not localised
   };
   for (const auto& [requests, text] : cases) {
     std::vector<ChangeRow> rows;
@@ -119,7 +120,7 @@ TEST_F(RatingRecord, CustomTextIsThatOfTheLastShownRequest) {
   }
 }
 
-TEST_F(RatingRecord, RequestOfAChangeThatIsNotShownDoesNotCount) {
+TEST_F(RatingRecord, IgnoresRequestsOfHiddenChanges) {
   const Display display = Show(
       {{.groupingID = "EPIC-7", .ratingRequest = "How?", .description = "Text"},
        {.groupingID = "EPIC-7", .ratingRequest = "Only rating"},
@@ -137,7 +138,7 @@ TEST_F(RatingRecord, CustomTextStartsEmptyForEachFeature) {
   EXPECT_EQ(display.ratingItems.at("EPIC-9")->GetCustomRatingStr(), "");
 }
 
-TEST_F(RatingRecord, PlainRequestWithTheSalienceHidesTheDescription) {
+TEST_F(RatingRecord, DefaultRequestWithTheSalienceHidesTheDescription) {
   EXPECT_EQ(Record({{.salience = kHidesDescription, .ratingRequest = "requestrating"}})
                 ->GetFeatureDescription(),
             "");
@@ -147,7 +148,7 @@ TEST_F(RatingRecord, PlainRequestWithTheSalienceHidesTheDescription) {
             "");
 }
 
-TEST_F(RatingRecord, SalienceOrRequestAloneDoNotHideTheDescription) {
+TEST_F(RatingRecord, SalienceOrRequestAloneDoesNotHideTheDescription) {
   EXPECT_EQ(Record({{.salience = kHidesDescription}})->GetFeatureDescription(), "Exports files");
   EXPECT_EQ(
       Record({{.salience = kHidesDescription, .ratingRequest = "How?"}})->GetFeatureDescription(),
@@ -165,13 +166,13 @@ TEST_F(RatingRecord, HiddenDescriptionIsStillShownInThePanel) {
   EXPECT_THAT(display.Pieces(kStyleFeatureDescription), testing::ElementsAre("Exports files"));
 }
 
-TEST_F(RatingRecord, IsTheCallersOwn) {
+TEST_F(RatingRecord, IsACopyOfTheItem) {
   FeatureListData list("", host_.Getter(), host_.Setter());
   const Display display = Format(list);
   EXPECT_NE(display.ratingItems.at("EPIC-7"), list.GetFeatureItems().at("EPIC-7"));
 }
 
-TEST_F(RatingRecord, MapIsClearedAtTheStart) {
+TEST_F(RatingRecord, DisplayClearsTheMap) {
   FeatureListData list("", host_.Getter(), host_.Setter());
   const auto records = std::make_shared<RatingMap>();
   (*records)["left over"] = nullptr;
@@ -180,7 +181,7 @@ TEST_F(RatingRecord, MapIsClearedAtTheStart) {
   EXPECT_THAT(*records, UnorderedElementsAre(Key("EPIC-7")));
 }
 
-TEST_F(RatingRecord, PlaceholderDoesNotNeedAMap) {
+TEST_F(RatingRecord, PlaceholderIsShownWithoutAMap) {
   FeatureListData list("", host_.Getter(), host_.Setter());
   StyleRunMap runs;
   list.GetFormattedTextForDisplay({}, u"RATE", runs, nullptr);

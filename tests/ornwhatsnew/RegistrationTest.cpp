@@ -1,4 +1,5 @@
-// What loading the library leaves with the host: one initializer, and through it one command.
+// Tests the start-up registration. Loading the library registers one initializer, and the
+// initializer registers one command.
 #include <algorithm>
 #include <string>
 
@@ -22,18 +23,18 @@ std::ptrdiff_t CommandsNamed(const std::u16string& name) {
                             &CommandRegistry::Command::name);
 }
 
-// Named so that the linker keeps the library that registers.
+// The constructor calls a function of the library, because the linker drops unused libraries.
 class Registration : public testing::Test {
  protected:
   Registration() { GetFullClientVersionString(); }
   ~Registration() override { ShutdownContexts(EInitializerContextFlags::kConsole); }
 };
 
-TEST_F(Registration, RegistersOneInitializerUnderItsName) {
+TEST_F(Registration, RegistersOneInitializer) {
   EXPECT_EQ(std::ranges::count(GetRegisteredInitializers(), "ornwhatsnew.FeatureListData"), 1);
 }
 
-TEST_F(Registration, ListsTheCommandAfterInitializationAndDropsItAtShutdown) {
+TEST_F(Registration, InitializationAddsTheCommandAndShutdownRemovesIt) {
   EXPECT_EQ(CommandsNamed(u"ValidateWhatsNew"), 0);
   EXPECT_TRUE(InitializeContexts(EInitializerContextFlags::kConsole));
   EXPECT_EQ(CommandsNamed(u"ValidateWhatsNew"), 1);
@@ -41,7 +42,7 @@ TEST_F(Registration, ListsTheCommandAfterInitializationAndDropsItAtShutdown) {
   EXPECT_EQ(CommandsNamed(u"ValidateWhatsNew"), 0);
 }
 
-TEST_F(Registration, BelongsToTheConsoleContextAlone) {
+TEST_F(Registration, OnlyTheConsoleContextAddsTheCommand) {
   EXPECT_TRUE(
       InitializeContexts(EInitializerContextFlags::kCore | EInitializerContextFlags::kApplication));
   EXPECT_EQ(CommandsNamed(u"ValidateWhatsNew"), 0);
@@ -56,8 +57,8 @@ TEST_F(Registration, CanBeInitializedAgainAfterAShutdown) {
   }
 }
 
-// A list of commands shows the help text right behind the name, which must not stand there twice.
-TEST_F(Registration, HelpTextContinuesTheCommandsName) {
+// Lists of commands show the help text directly after the name.
+TEST_F(Registration, HelpTextDoesNotRepeatTheCommandsName) {
   InitializeContexts(EInitializerContextFlags::kConsole);
   const auto commands = CommandRegistry::Instance().ListCommands();
   const auto command = std::ranges::find(commands, u"ValidateWhatsNew", [](const auto& candidate) {

@@ -1,4 +1,4 @@
-// What the list remembers of the user, and what it hands back to the host.
+// Tests which state a list reads from the host and which state it writes.
 #include <string>
 #include <vector>
 
@@ -39,7 +39,7 @@ class SeenState : public test_support::FakeHostTest {
     host_.AddFeature({.internalKey = "export", .epicKey = "EPIC-1", .name = "Export"});
   }
 
-  // Loads the list as a start of the application would.
+  // Creates a new list with these changes, as the application does when it starts.
   FeatureListData& Load(std::initializer_list<ChangeRow> rows = {}) {
     list_ = std::make_unique<FeatureListData>(DataFileText(rows), host_.Getter(), host_.Setter());
     return *list_;
@@ -56,7 +56,7 @@ class SeenState : public test_support::FakeHostTest {
   std::unique_ptr<FeatureListData> list_;
 };
 
-TEST_F(SeenState, FirstRunKnowsOnlyTheRunningVersionAndFindsEveryEnabledFeatureNew) {
+TEST_F(SeenState, FirstRunHasOnlyTheRunningVersionAndANewFeature) {
   FeatureListData& list = Load();
   EXPECT_EQ(list.GetNewSeenState(), "");
   EXPECT_TRUE(list.IsAnythingNew(kShowOnlyNew));
@@ -64,19 +64,19 @@ TEST_F(SeenState, FirstRunKnowsOnlyTheRunningVersionAndFindsEveryEnabledFeatureN
   EXPECT_EQ(State().Text(kVersionsKey), "25.1.0.42");
 }
 
-TEST_F(SeenState, ReadsItsThreeValuesOnceInTheirOrder) {
-  std::vector<std::string> asked;
+TEST_F(SeenState, ReadsTheThreeValuesOnceInAFixedOrder) {
+  std::vector<std::string> queriedKeys;
   const FeatureListData list(
       "",
-      [&asked](const UTF8String& key) {
-        asked.push_back(key);
+      [&queriedKeys](const UTF8String& key) {
+        queriedKeys.push_back(key);
         return UTF8String();
       },
       [](const UTF8String&, const UTF8String&) {});
-  EXPECT_THAT(asked, ElementsAre(kLastVersionKey, kVersionsKey, kSeenKey));
+  EXPECT_THAT(queriedKeys, ElementsAre(kLastVersionKey, kVersionsKey, kSeenKey));
 }
 
-TEST_F(SeenState, DisplayWritesItsThreeValuesInTheirOrder) {
+TEST_F(SeenState, DisplayWritesTheThreeValuesInAFixedOrder) {
   State().Put(kVersionsKey, "26.0.0.1 24.0.0.1");
   FeatureListData& list = Load();
   Format(list);
@@ -86,7 +86,7 @@ TEST_F(SeenState, DisplayWritesItsThreeValuesInTheirOrder) {
                           FakeStateStore::Write(kVersionsKey, "24.0.0.1 25.1.0.42 26.0.0.1")));
 }
 
-TEST_F(SeenState, DisplayOfAnEmptyPanelWritesAsWell) {
+TEST_F(SeenState, DisplayOfAnEmptyPanelWritesTheState) {
   host_.SetFeatureEnabled("export", false);
   FeatureListData& list = Load();
   Format(list);
@@ -99,7 +99,7 @@ TEST_F(SeenState, DisplayOfAnEmptyPanelWritesAsWell) {
                                             FakeStateStore::Write(kVersionsKey, "25.1.0.42")));
 }
 
-TEST_F(SeenState, DisplayRemembersItemsAndChangesThatItShowed) {
+TEST_F(SeenState, DisplayStoresTheItemsAndChangesThatItShowed) {
   host_.AddFeature({.internalKey = "off", .epicKey = "EPIC-2", .enabled = false});
   FeatureListData& list = Load({{.groupingID = "EPIC-1", .description = "Shown"},
                                 {.groupingID = "EPIC-1", .platform = "Win", .description = "Not"},
@@ -112,24 +112,24 @@ TEST_F(SeenState, DisplayRemembersItemsAndChangesThatItShowed) {
   EXPECT_EQ(StoredSeen(), expected);
 }
 
-TEST_F(SeenState, IdentitiesOfChangesThatLeftTheFileStayStored) {
+TEST_F(SeenState, KeepsIdentitiesOfChangesThatAreNotInTheFile) {
   State().Put(kSeenKey, kSomeGuid);
   Format(Load());
   EXPECT_THAT(StoredSeen(), testing::Contains(kSomeGuid));
 }
 
-TEST_F(SeenState, TwoBlanksBetweenStoredIdentitiesYieldAnEmptyPieceBetweenThem) {
+TEST_F(SeenState, TwoSpacesBetweenIdentitiesAddTheNilIdentity) {
   State().Put(kSeenKey, std::string(kSomeGuid) + "  ffffffff-ffff-ffff-ffff-ffffffffffff");
   EXPECT_EQ(Load().GetNewSeenState(),
             std::string(kNil) + " " + kSomeGuid + " ffffffff-ffff-ffff-ffff-ffffffffffff");
 }
 
-TEST_F(SeenState, PieceThatIsNoIdentityBecomesTheNilOne) {
+TEST_F(SeenState, MalformedIdentityBecomesTheNilIdentity) {
   State().Put(kSeenKey, "rubbish");
   EXPECT_EQ(Load().GetNewSeenState(), kNil);
 }
 
-TEST_F(SeenState, EmptyVersionIsKeptInMemoryAndGoneAfterTheNextWrite) {
+TEST_F(SeenState, EmptyVersionIsKeptInMemoryButNotWritten) {
   State().Put(kVersionsKey, "24.0.0.1  25.0.0.1");
   // An empty version has the number 0, which is within the range from 0 to 1.
   FeatureListData& list =
@@ -140,7 +140,7 @@ TEST_F(SeenState, EmptyVersionIsKeptInMemoryAndGoneAfterTheNextWrite) {
   EXPECT_THAT(Format(list, kFilterRelevantVersion).text, Not(HasSubstr("Text")));
 }
 
-TEST_F(SeenState, RunningVersionCountsAsRun) {
+TEST_F(SeenState, RunningVersionCountsAsAVersionTheUserRan) {
   FeatureListData& list = Load({{.version = "25.1.0.43",
                                  .groupingID = "MISC",
                                  .firstVersion = "25.1.0.42",
@@ -148,7 +148,7 @@ TEST_F(SeenState, RunningVersionCountsAsRun) {
   EXPECT_THAT(Format(list, kFilterRelevantVersion).text, HasSubstr("Text"));
 }
 
-TEST_F(SeenState, WhatWasShownCountsAsNewUntilItIsReadBack) {
+TEST_F(SeenState, ShownItemsStayNewUntilTheStateIsReadBack) {
   FeatureListData& list = Load({{.groupingID = "EPIC-1", .description = "Text"}});
   Format(list);
   EXPECT_TRUE(list.IsAnythingNew(kShowOnlyNew));
@@ -156,7 +156,7 @@ TEST_F(SeenState, WhatWasShownCountsAsNewUntilItIsReadBack) {
   EXPECT_FALSE(list.IsAnythingNew(kShowOnlyNew));
 }
 
-TEST_F(SeenState, RefreshForgetsWhatTheHostDidNotStore) {
+TEST_F(SeenState, RefreshDropsStateThatTheHostDidNotStore) {
   FeatureListData& list = Load();
   Format(list);
   State().Replace({});
@@ -176,7 +176,7 @@ TEST_F(SeenState, NothingIsNewInAListWithoutItems) {
   EXPECT_FALSE(list.IsAnythingNeedingRating());
 }
 
-// A loaded list whose feature asks for a rating and was shown in an earlier run.
+// A list with a feature that requests a rating and was shown in an earlier run.
 class Rating : public SeenState {
  protected:
   Rating() {
@@ -188,11 +188,11 @@ class Rating : public SeenState {
   const ChangeRow kRequest = {.groupingID = "EPIC-1", .ratingRequest = "RequestRating"};
 };
 
-TEST_F(Rating, SeenFeatureThatAsksNeedsRating) {
+TEST_F(Rating, SeenFeatureWithARequestNeedsRating) {
   EXPECT_TRUE(list_->IsAnythingNeedingRating());
 }
 
-TEST_F(Rating, QuestionIsAskedForThisPlatformAndTheUsersVersions) {
+TEST_F(Rating, RequestMustMatchThePlatformAndTheUsersVersions) {
   const ChangeRow win = {
       .groupingID = "EPIC-1", .ratingRequest = "RequestRating", .platform = "Win"};
   EXPECT_FALSE(Load({win}).IsAnythingNeedingRating());
@@ -203,7 +203,7 @@ TEST_F(Rating, QuestionIsAskedForThisPlatformAndTheUsersVersions) {
   EXPECT_FALSE(Load({old}).IsAnythingNeedingRating());
 }
 
-TEST_F(Rating, RatedFeatureDropsOutAtOnceAndIsStoredAtOnce) {
+TEST_F(Rating, TakesEffectAndIsStoredImmediately) {
   list_->MarkItemHasBeenRated("EPIC-1");
   EXPECT_FALSE(list_->IsAnythingNeedingRating());
   ASSERT_EQ(State().Writes().size(), 1U);
@@ -211,7 +211,7 @@ TEST_F(Rating, RatedFeatureDropsOutAtOnceAndIsStoredAtOnce) {
   EXPECT_THAT(StoredSeen(), testing::Contains(RatedOf("EPIC-1")));
 }
 
-TEST_F(Rating, StoresWhatTheDisplayShowedSoFarAsWell) {
+TEST_F(Rating, AlsoStoresItemsThatAFailedDisplayShowed) {
   State().Replace({});
   list_->RefreshInternalSeenState();
   State().FailSetterCall(1);
@@ -220,7 +220,7 @@ TEST_F(Rating, StoresWhatTheDisplayShowedSoFarAsWell) {
   EXPECT_THAT(StoredSeen(), testing::UnorderedElementsAre(SeenOf("EPIC-1"), RatedOf("EPIC-1")));
 }
 
-TEST_F(Rating, OfASectionChangesAndWritesNothing) {
+TEST_F(Rating, HasNoEffectOnASection) {
   const std::string before = list_->GetNewSeenState();
   for (const char* key : {"BUGFIX", "bugfix", "MISC", "INTERNAL", "UNREVIEWED"}) {
     list_->MarkItemHasBeenRated(key);
@@ -229,14 +229,14 @@ TEST_F(Rating, OfASectionChangesAndWritesNothing) {
   EXPECT_THAT(State().Writes(), IsEmpty());
 }
 
-TEST_F(Rating, OfAnUnknownKeyChangesAndWritesNothing) {
+TEST_F(Rating, HasNoEffectOnAnUnknownKey) {
   const std::string before = list_->GetNewSeenState();
   for (const char* key : {"", "EPIC-2", "epic-1"}) list_->MarkItemHasBeenRated(key);
   EXPECT_EQ(list_->GetNewSeenState(), before);
   EXPECT_THAT(State().Writes(), IsEmpty());
 }
 
-TEST_F(Rating, TwiceStoresTheIdentityOnce) {
+TEST_F(Rating, RepeatedRatingStoresTheIdentityOnce) {
   list_->MarkItemHasBeenRated("EPIC-1");
   const std::string once = State().Text(kSeenKey);
   list_->MarkItemHasBeenRated("EPIC-1");
@@ -244,7 +244,7 @@ TEST_F(Rating, TwiceStoresTheIdentityOnce) {
   EXPECT_EQ(State().Writes().size(), 2U);
 }
 
-TEST_F(Rating, NewRequestOfARatedFeatureAsksAgain) {
+TEST_F(Rating, RatedFeatureWithANewRequestNeedsRating) {
   list_->MarkItemHasBeenRated("EPIC-1");
   EXPECT_FALSE(Load({kRequest}).IsAnythingNeedingRating());
   const ChangeRow another = {.groupingID = "EPIC-1", .ratingRequest = "And how now?"};
@@ -265,9 +265,9 @@ TEST_F(Rating, RatingViewDoesNotMarkChangesAsSeen) {
   EXPECT_THAT(StoredSeen(), Not(testing::Contains(change)));
 }
 
-// Failures and callbacks that come in between.
+// Tests of failing callbacks, and of callbacks that call the list.
 
-TEST_F(SeenState, RefreshThatFailsChangesNothing) {
+TEST_F(SeenState, FailedRefreshChangesNothing) {
   State().Put(kSeenKey, kSomeGuid);
   FeatureListData& list = Load();
   State().Put(kSeenKey, kNil);
@@ -280,7 +280,7 @@ TEST_F(SeenState, RefreshThatFailsChangesNothing) {
   EXPECT_EQ(list.GetNewSeenState(), kNil);
 }
 
-TEST_F(SeenState, DisplayThatCannotStoreHasItsFullEffectWhenRepeated) {
+TEST_F(SeenState, FailedDisplayHasItsFullEffectWhenRepeated) {
   FeatureListData& list = Load({{.groupingID = "EPIC-1", .description = "Text"}});
   const std::string expected = Format(list).text;
   const auto stored = State().AllTexts();
@@ -294,7 +294,7 @@ TEST_F(SeenState, DisplayThatCannotStoreHasItsFullEffectWhenRepeated) {
   }
 }
 
-TEST_F(SeenState, RatingThatCannotBeStoredIsStoredWithTheNextWrite) {
+TEST_F(SeenState, FailedRatingIsStoredByTheNextWrite) {
   FeatureListData& list = Load();
   State().FailSetterCall(1);
   EXPECT_THROW(list.MarkItemHasBeenRated("EPIC-1"), InjectedFailure);
@@ -302,7 +302,7 @@ TEST_F(SeenState, RatingThatCannotBeStoredIsStoredWithTheNextWrite) {
   EXPECT_THAT(StoredSeen(), ElementsAre(RatedOf("EPIC-1")));
 }
 
-TEST_F(SeenState, CallbacksMayCallTheListThatCallsThem) {
+TEST_F(SeenState, CallbacksMayCallTheirList) {
   FeatureListData* calling = nullptr;
   int calls = 0;
   const auto useList = [&] {

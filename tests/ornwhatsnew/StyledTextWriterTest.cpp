@@ -26,18 +26,18 @@ StyleRun RunAt(int start, int length, std::u16string text = {}) {
 
 class StyledText : public test_support::FakeHostTest {
  protected:
-  // The run that one capture records.
-  StyleRun Capture(const UTF16String& before, const UTF16String& piece, int startAdjust = 0,
+  // Returns the run that one call of `CaptureStyle` records.
+  StyleRun Capture(const UTF16String& before, const UTF16String& string, int startAdjust = 0,
                    int lengthAdjust = 0, const UTF16String& runString = {}) const {
     StyleRunMap runs;
-    list_.CaptureStyle(kStyleHeader, before, piece, startAdjust, lengthAdjust, runString, runs);
+    list_.CaptureStyle(kStyleHeader, before, string, startAdjust, lengthAdjust, runString, runs);
     return runs.at(kStyleHeader).at(0);
   }
 
   const FeatureListData list_{host_.Getter(), host_.Setter()};
 };
 
-TEST_F(StyledText, StylesHaveTheNumbersThatHostsMap) {
+TEST_F(StyledText, StyleNumbersNeverChange) {
   EXPECT_EQ(static_cast<int>(kStyleFeatureTitle), 0);
   EXPECT_EQ(static_cast<int>(kStyleFeatureDescription), 1);
   EXPECT_EQ(static_cast<int>(kStyleChangeText), 2);
@@ -52,20 +52,20 @@ TEST_F(StyledText, StylesHaveTheNumbersThatHostsMap) {
   EXPECT_EQ(static_cast<int>(kStyleRatingPlaceholder), 13);
 }
 
-TEST_F(StyledText, CaptureRecordsAnEmptyPieceWithLengthZero) {
+TEST_F(StyledText, CaptureRecordsAnEmptyStringWithLengthZero) {
   EXPECT_EQ(Capture(u"abc", u""), RunAt(3, 0));
 }
 
-TEST_F(StyledText, CaptureCountsBytesInsteadOfUnits) {
+TEST_F(StyledText, CaptureCountsUtf8Bytes) {
   EXPECT_EQ(Capture(u"\u00C4", u"\u00E9"), RunAt(2, 2));
   EXPECT_EQ(Capture(u"\u65E5", u"\U0001F600"), RunAt(3, 4));
 }
 
-TEST_F(StyledText, CaptureWithIssueLinkAdjustmentsOfAOneUnitPieceGivesLengthZero) {
+TEST_F(StyledText, CaptureOfOneUnitWithIssueLinkAdjustmentsHasLengthZero) {
   EXPECT_EQ(Capture(u"", u"x", 1, -1), RunAt(1, 0));
 }
 
-TEST_F(StyledText, CaptureRecordsANegativeLengthAsItIs) {
+TEST_F(StyledText, CaptureRecordsANegativeLength) {
   EXPECT_EQ(Capture(u"", u"", 1, -1), RunAt(1, -1));
 }
 
@@ -82,13 +82,13 @@ TEST_F(StyledText, CaptureAppendsToTheRunsOfItsStyle) {
                                {kStyleHeader, {RunAt(1, 1)}}}));
 }
 
-TEST_F(StyledText, CaptureMakesAnEntryForAStyleOfTheHost) {
+TEST_F(StyledText, CaptureAcceptsAStyleOfTheHost) {
   StyleRunMap runs;
   list_.CaptureStyle(static_cast<StyleID>(8), u"", u"a", 0, 0, {}, runs);
   EXPECT_EQ(runs.size(), 1U);
 }
 
-TEST_F(StyledText, CaptureAdjustsInWrappingArithmetic) {
+TEST_F(StyledText, CaptureWrapsAroundOnIntegerOverflow) {
   EXPECT_EQ(Capture(u"a", u"ab", kMax, kMax), RunAt(kMin, kMin + 1));
   EXPECT_EQ(Capture(u"", u"", kMin, kMin), RunAt(kMin, kMin));
   EXPECT_EQ(Capture(u"a", u"a", -2, -2), RunAt(-1, -1));
@@ -99,13 +99,13 @@ TEST_F(StyledText, CaptureCountsALoneSurrogateAsTheReplacementCharacter) {
   EXPECT_EQ(Capture(u"\xD800\xDC00", u""), RunAt(4, 0));
 }
 
-TEST_F(StyledText, RecordedRunsWrapBeyondThirtyTwoBits) {
+TEST_F(StyledText, RecordedRunsWrapAroundAt32Bits) {
   StyleRunMap runs;
   RecordStyleRun(kStyleHeader, 0x1'0000'0005U, 0x8000'0000U, {-5, -1}, {}, runs);
   EXPECT_EQ(runs.at(kStyleHeader).at(0), RunAt(0, kMax));
 }
 
-TEST(StyledTextWriter, TextIsThePiecesInOrder) {
+TEST(StyledTextWriter, AppendsStringsInOrder) {
   StyleRunMap runs;
   StyledTextWriter writer(runs);
   writer.Append(u"a\u00E9");
@@ -115,7 +115,7 @@ TEST(StyledTextWriter, TextIsThePiecesInOrder) {
   EXPECT_EQ(runs, (StyleRunMap{{kStyleHeader, {RunAt(3, 1)}}, {kStyleChangeText, {RunAt(4, 3)}}}));
 }
 
-TEST(StyledTextWriter, RunIsAdjustedInBytes) {
+TEST(StyledTextWriter, AdjustsRunsInBytes) {
   StyleRunMap runs;
   StyledTextWriter writer(runs);
   writer.Append(u"a");
@@ -124,7 +124,7 @@ TEST(StyledTextWriter, RunIsAdjustedInBytes) {
   EXPECT_EQ(runs, (StyleRunMap{{kStyleInternalCode, {RunAt(2, 6, u"link")}}}));
 }
 
-TEST(StyledTextWriter, HalvesThatMeetCountAsOneCharacter) {
+TEST(StyledTextWriter, AdjacentSurrogatesCountAsOneCharacter) {
   StyleRunMap runs;
   StyledTextWriter writer(runs);
   writer.Append(kStyleHeader, u"\xD83D");
@@ -133,7 +133,7 @@ TEST(StyledTextWriter, HalvesThatMeetCountAsOneCharacter) {
   EXPECT_EQ(runs.at(kStyleHeader), (std::vector{RunAt(0, 3), RunAt(3, 3), RunAt(4, 1)}));
 }
 
-TEST(StyledTextWriter, EmptyPieceBetweenTwoHalvesDoesNotPartThem) {
+TEST(StyledTextWriter, EmptyStringDoesNotSeparateSurrogates) {
   StyleRunMap runs;
   StyledTextWriter writer(runs);
   writer.Append(u"\xD83D");
@@ -143,7 +143,7 @@ TEST(StyledTextWriter, EmptyPieceBetweenTwoHalvesDoesNotPartThem) {
   EXPECT_EQ(runs.at(kStyleHeader), (std::vector{RunAt(3, 0), RunAt(4, 0)}));
 }
 
-TEST(StyledTextWriter, IllFormedUTF8IsMeasuredAsItWillRead) {
+TEST(StyledTextWriter, IllFormedUtf8IsMeasuredAfterReplacement) {
   StyleRunMap runs;
   StyledTextWriter writer(runs);
   writer.AppendUTF8(kStyleHeader, "\xFF\xE2\x82");
@@ -152,25 +152,25 @@ TEST(StyledTextWriter, IllFormedUTF8IsMeasuredAsItWillRead) {
   EXPECT_EQ(writer.TakeText(), u"\uFFFD\uFFFDx");
 }
 
-// The writer on random pieces, against captures that measure the whole text each time.
-class AgainstCapture : public StyledText {
+// Compares the writer with `CaptureStyle`, which measures the whole text in each call.
+class WriterComparison : public StyledText {
  protected:
-  void AppendRandomPiece(RandomSource& random) {
+  void AppendRandomString(RandomSource& random) {
     const auto style = static_cast<StyleID>(random.Below(14));
-    const std::u16string piece = random.HostileUTF16(4);
+    const std::u16string string = random.HostileUTF16(4);
     const std::u16string runString = random.HostileUTF16(2);
     const RunAdjustment adjustment = random.Flip() ? RunAdjustment{1, -1} : RunAdjustment{kMax, 7};
     switch (random.Below(4)) {
       case 0:
-        writer_.Append(piece);
+        writer_.Append(string);
         break;
       case 1:
-        Capture(style, piece, runString, adjustment);
-        writer_.Append(style, piece, runString, adjustment);
+        Capture(style, string, runString, adjustment);
+        writer_.Append(style, string, runString, adjustment);
         break;
       case 2:
-        Capture(style, piece, {}, {});
-        writer_.RecordRunOfNext(style, piece);
+        Capture(style, string, {}, {});
+        writer_.RecordRunOfNext(style, string);
         return;
       default: {
         const std::string bytes = random.HostileText(3);
@@ -180,12 +180,12 @@ class AgainstCapture : public StyledText {
         return;
       }
     }
-    expectedText_ += piece;
+    expectedText_ += string;
   }
 
-  void Capture(StyleID style, const UTF16String& piece, const UTF16String& runString,
+  void Capture(StyleID style, const UTF16String& string, const UTF16String& runString,
                RunAdjustment adjustment) {
-    list_.CaptureStyle(style, expectedText_, piece, adjustment.start, adjustment.length, runString,
+    list_.CaptureStyle(style, expectedText_, string, adjustment.start, adjustment.length, runString,
                        expectedRuns_);
   }
 
@@ -195,24 +195,24 @@ class AgainstCapture : public StyledText {
   StyleRunMap expectedRuns_;
 };
 
-TEST_F(AgainstCapture, RandomPiecesHaveTheRunsOfTheWholeText) {
+TEST_F(WriterComparison, WriterRecordsTheSameRunsForRandomStrings) {
   RandomSource random(kSeed);
   SCOPED_TRACE("seed " + std::to_string(kSeed));
   for (int i = 0; i < 1500; ++i) {
-    AppendRandomPiece(random);
-    ASSERT_EQ(runs_, expectedRuns_) << "after piece " << i;
+    AppendRandomString(random);
+    ASSERT_EQ(runs_, expectedRuns_) << "after string " << i;
   }
   EXPECT_EQ(writer_.TakeText(), expectedText_);
 }
 
-TEST_F(AgainstCapture, CaptureMeasuresLikeAConversionOfTheText) {
+TEST_F(WriterComparison, CaptureMeasuresLikeAConversionToUtf8) {
   RandomSource random(kSeed);
   for (int i = 0; i < 2000; ++i) {
     const std::u16string before = random.HostileUTF16(40);
-    const std::u16string piece = random.HostileUTF16(8);
+    const std::u16string string = random.HostileUTF16(8);
     const auto start = static_cast<int>(test_support::PlainUTF16to8(before).size());
-    const auto length = static_cast<int>(test_support::PlainUTF16to8(piece).size());
-    ASSERT_EQ(StyledText::Capture(before, piece), RunAt(start, length)) << "round " << i;
+    const auto length = static_cast<int>(test_support::PlainUTF16to8(string).size());
+    ASSERT_EQ(StyledText::Capture(before, string), RunAt(start, length)) << "round " << i;
   }
 }
 

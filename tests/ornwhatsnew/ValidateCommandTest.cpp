@@ -46,15 +46,15 @@ class ValidateCommand : public test_support::FakeHostTest {
     orncore::config::ShutdownContexts(EInitializerContextFlags::kConsole);
   }
 
-  // Runs the command with this argument text and gives what it wrote.
+  // Runs the command with this argument and returns its output.
   std::string Validate(const std::string& argument) {
     std::basic_ostringstream<char16_t> output;
     result_ = CommandRegistry::Instance().RunLine(UTF8to16("ValidateWhatsNew " + argument), output);
     return UTF16to8(output.str());
   }
 
-  // The same while the executor is busy until it is joined, `delay` later. Joining cancels the read
-  // if the command has submitted it by then.
+  // Runs the command while the executor is busy, and joins the executor after `delay`. Joining
+  // cancels the read if the command has already submitted it.
   std::string ValidateWhileJoining(const std::string& argument, std::chrono::milliseconds delay) {
     auto& executor = orncore::filesupport::GetDefaultExecutor();
     executor.Submit([](const std::stop_token& stop) {
@@ -105,24 +105,24 @@ TEST_F(ValidateCommand, ReportsADirectoryWithANegativeResult) {
   EXPECT_EQ(result_, 0);
 }
 
-TEST_F(ValidateCommand, FinishesAnEmptyFile) {
+TEST_F(ValidateCommand, ReportsThatAnEmptyFileWasRead) {
   const std::string path = folder_.Write("empty.csv", "").string();
   EXPECT_EQ(Validate(path), "Reading What's New file at \"" + path + "\" finished\n");
   EXPECT_EQ(result_, 0);
 }
 
-TEST_F(ValidateCommand, FinishesAFileOfArbitraryBytes) {
+TEST_F(ValidateCommand, ReportsThatAFileOfArbitraryBytesWasRead) {
   const std::string path =
       folder_.Write("bytes.csv", std::string("\xFF\x00\",\n,\xED\xA0\x80,\"", 11)).string();
   EXPECT_EQ(Validate(path), "Reading What's New file at \"" + path + "\" finished\n");
 }
 
-TEST_F(ValidateCommand, TakesTheWholeArgumentAsOnePath) {
+TEST_F(ValidateCommand, UsesTheWholeArgumentAsOnePath) {
   const std::string path = folder_.Write(" two  words,\"quoted\" .csv", "").string();
   EXPECT_EQ(Validate(path), "Reading What's New file at \"" + path + "\" finished\n");
 }
 
-TEST_F(ValidateCommand, PrintsTheFullPathOfARelativeOne) {
+TEST_F(ValidateCommand, PrintsTheFullPathForARelativePath) {
   const std::string name = "no such file of a relative path.csv";
   const std::string full = (std::filesystem::current_path() / name).string();
   EXPECT_NE(Validate(name).find('"' + full + '"'), std::string::npos);
@@ -141,26 +141,27 @@ TEST_F(ValidateCommand, NeverWritesPersistedState) {
   EXPECT_EQ(store_->Entries(), before);
 }
 
-// A developer's own settings count for the parse; reading them is all that can be seen of it.
+// The command uses the state in the developer's debug database. These queries are the only visible
+// effect.
 TEST_F(ValidateCommand, ReadsTheStateOfTheDebugDatabase) {
-  class AskedStore final : public orncore::debug::DebugStore {
+  class RecordingStore final : public orncore::debug::DebugStore {
    public:
     std::optional<std::string> Find(std::string_view key) const override {
-      asked.emplace_back(key);
+      queriedKeys.emplace_back(key);
       return std::nullopt;
     }
     void Store(std::string_view, std::string_view) override { ADD_FAILURE(); }
-    mutable std::vector<std::string> asked;
+    mutable std::vector<std::string> queriedKeys;
   };
-  const auto store = std::make_shared<AskedStore>();
+  const auto store = std::make_shared<RecordingStore>();
   DebugDatabase::Instance().SetStore(store);
   Validate(folder_.Write("data.csv", "").string());
-  EXPECT_EQ(store->asked,
+  EXPECT_EQ(store->queriedKeys,
             (std::vector<std::string>{"WhatsNew.LastVersionSeenWhatsNew",
                                       "WhatsNew.AllVersionSeenWhatsNew", "WhatsNew.AllSeenItems"}));
 }
 
-TEST_F(ValidateCommand, LogsAnExceptionOfTheParseAndReportsNoFinish) {
+TEST_F(ValidateCommand, LogsAnExceptionOfTheParseAndPrintsNothing) {
   class FailingStore final : public orncore::debug::DebugStore {
    public:
     std::optional<std::string> Find(std::string_view) const override {
@@ -176,12 +177,12 @@ TEST_F(ValidateCommand, LogsAnExceptionOfTheParseAndReportsNoFinish) {
   EXPECT_NE(logged.find("store out of order"), std::string::npos) << logged;
 }
 
-TEST_F(ValidateCommand, LogsThatTheReadWasCancelledAndReportsNoFinish) {
+TEST_F(ValidateCommand, LogsACancelledReadAndPrintsNothing) {
   const std::string path = folder_.Write("data.csv", DataFile().Row({}).Text()).string();
   std::string logged;
   orncore::debug::SetLogSink([&logged](std::string_view line) { logged += line; });
-  // On a busy machine the executor may be joined before the command submits the read. The read then
-  // succeeds, and a longer delay is tried.
+  // On a busy machine the executor may be joined before the command submits the read. In this case
+  // the read succeeds, and the loop retries with a longer delay.
   std::string output = "not yet";
   for (std::chrono::milliseconds delay{1}; !output.empty() && delay < kLongestDelay; delay *= 2) {
     logged.clear();

@@ -1,5 +1,5 @@
-// Both visibility predicates against a plain transcription, over all option bits and a grid of
-// records, hosts and states.
+// Compares the visibility of changes and items with the plain implementation. The tests combine all
+// display options with many records, hosts and states.
 #include <string>
 #include <vector>
 
@@ -23,8 +23,9 @@ using test_support::PlainVersions;
 
 constexpr unsigned kOptionCombinations = 32;
 
-// Each bit is one thing that a host may say: enabled, available, internal, all off features,
-// no logging, terminating. Those together that can decide differently.
+// Each number is a set of host properties. Its bits, from the lowest: the feature is enabled, the
+// feature is available, the user is internal, the debug switch shows all disabled features, usage
+// logging is off, the application is terminating. Other combinations give no other results.
 constexpr unsigned kHosts[] = {0, 1, 2, 4, 5, 6, 8, 12, 13, 16 + 1, 16 + 5, 32 + 1, 32 + 5};
 
 std::string Describe(const ChangeRow& row) {
@@ -78,7 +79,8 @@ class VisibilityGrid : public test_support::FakeHostTest {
     }
   }
 
-  // All items of the grid for one key and visibility, in several states of being seen.
+  // Compares items with this key and visibility, for several lists of changes. The state has no
+  // identity at first, then also the first change, the seen item and the rated item.
   void ExpectSameItems(const std::string& groupingKey, std::int32_t visibility) {
     const ChangeRow plain = {.description = "Plain"};
     const ChangeRow other = {.platform = "Win", .description = "Other"};
@@ -113,7 +115,7 @@ class VisibilityGrid : public test_support::FakeHostTest {
   }
 };
 
-TEST_F(VisibilityGrid, ChangesAgreeWithThePlainRules) {
+TEST_F(VisibilityGrid, ChangesMatchThePlainImplementation) {
   for (const char* platform : {"Mac", "Win"}) {
     host_.SetPlatform(platform);
     for (const ChangeRow& row : AllChanges()) {
@@ -131,7 +133,7 @@ TEST_F(VisibilityGrid, ChangesAgreeWithThePlainRules) {
   }
 }
 
-TEST_F(VisibilityGrid, ItemsAgreeWithThePlainRules) {
+TEST_F(VisibilityGrid, ItemsMatchThePlainImplementation) {
   for (const unsigned host : kHosts) {
     SCOPED_TRACE("host " + std::to_string(host));
     host_.AddFeature({.internalKey = "feature",

@@ -1,4 +1,4 @@
-// What a user gets to see: one test for each rule, for changes and for items.
+// Tests each visibility rule of changes and of items.
 #include <string>
 #include <vector>
 
@@ -35,32 +35,32 @@ TEST_F(ChangeVisibility, DescribedChangeIsShown) {
   EXPECT_TRUE(IsShown({.description = "Text"}, kEverything));
 }
 
-TEST_F(ChangeVisibility, ChangeWithoutDescriptionIsNot) {
+TEST_F(ChangeVisibility, ChangeWithoutDescriptionIsHidden) {
   EXPECT_FALSE(IsShown({}, kEverything));
 }
 
-TEST_F(ChangeVisibility, ChangeForAnotherPlatformIsDroppedByThePlatformFilter) {
+TEST_F(ChangeVisibility, PlatformFilterHidesAChangeForAnotherPlatform) {
   const ChangeRow row = {.platform = "Win", .description = "Text"};
   EXPECT_TRUE(IsShown(row, kEverything));
   EXPECT_FALSE(IsShown(row, kFilterRelevantPlatform));
 }
 
-TEST_F(ChangeVisibility, ChangeForThisPlatformPassesInAnyLetterCase) {
+TEST_F(ChangeVisibility, PlatformFilterIgnoresLetterCase) {
   EXPECT_TRUE(IsShown({.platform = "mac", .description = "Text"}, kFilterRelevantPlatform));
   EXPECT_TRUE(IsShown({.platform = "MAC", .description = "Text"}, kFilterRelevantPlatform));
 }
 
-TEST_F(ChangeVisibility, MalformedPlatformDoesNotFilter) {
+TEST_F(ChangeVisibility, PlatformFilterIgnoresAMalformedPlatform) {
   EXPECT_TRUE(IsShown({.platform = "Linux", .description = "Text"}, kFilterRelevantPlatform));
 }
 
-TEST_F(ChangeVisibility, PlatformFilterKeepsThePlatformThatTheHostNames) {
+TEST_F(ChangeVisibility, PlatformFilterUsesThePlatformOfTheHost) {
   host_.SetPlatform("win");
   EXPECT_TRUE(IsShown({.platform = "Win", .description = "Text"}, kFilterRelevantPlatform));
   EXPECT_FALSE(IsShown({.platform = "Mac", .description = "Text"}, kFilterRelevantPlatform));
 }
 
-TEST_F(ChangeVisibility, PlatformFilterKeepsOnlyUnmarkedAndMalformedOnAnotherHostPlatform) {
+TEST_F(ChangeVisibility, PlatformFilterHidesMacAndWinChangesOnOtherHostPlatforms) {
   for (const char* hostPlatform : {"Linux", ""}) {
     host_.SetPlatform(hostPlatform);
     EXPECT_FALSE(IsShown({.platform = "Win", .description = "Text"}, kFilterRelevantPlatform));
@@ -70,46 +70,46 @@ TEST_F(ChangeVisibility, PlatformFilterKeepsOnlyUnmarkedAndMalformedOnAnotherHos
   }
 }
 
-TEST_F(ChangeVisibility, HeadlineFilterDropsEveryWellFormedSalience) {
+TEST_F(ChangeVisibility, HeadlineFilterHidesEveryWellFormedSalience) {
   for (const char* salience : {"", "Headline", "Detail", "Unreviewed"}) {
     EXPECT_FALSE(IsShown({.salience = salience, .description = "Text"}, kFilterHeadlinesOnly))
         << salience;
   }
 }
 
-TEST_F(ChangeVisibility, HeadlineFilterPassesMalformedSaliences) {
+TEST_F(ChangeVisibility, HeadlineFilterShowsMalformedSaliences) {
   for (const char* salience : {"Loud", "UnhideBetaFeature"}) {
     EXPECT_TRUE(IsShown({.salience = salience, .description = "Text"}, kFilterHeadlinesOnly))
         << salience;
   }
 }
 
-TEST_F(ChangeVisibility, VersionFilterPassesAChangeToWhatTheUserRan) {
+TEST_F(ChangeVisibility, VersionFilterShowsAChangeToAVersionTheUserRan) {
   const ChangeRow row = {.version = "25.0", .firstVersion = "24.0", .description = "Text"};
   EXPECT_TRUE(IsShown(row, kFilterRelevantVersion, {"24.5", "25.1"}));
   EXPECT_FALSE(IsShown(row, kFilterRelevantVersion, {"25.1"}));
   EXPECT_TRUE(IsShown(row, kEverything, {"25.1"}));
 }
 
-TEST_F(ChangeVisibility, VersionRangeIncludesItsFirstAndNotItsEnd) {
+TEST_F(ChangeVisibility, VersionRangeIncludesItsStartButNotItsEnd) {
   const ChangeRow row = {.version = "25.0", .firstVersion = "24.0", .description = "Text"};
   EXPECT_TRUE(IsShown(row, kFilterRelevantVersion, {"24.0"}));
   EXPECT_FALSE(IsShown(row, kFilterRelevantVersion, {"25.0"}));
   EXPECT_FALSE(IsShown(row, kFilterRelevantVersion, {"23.999"}));
 }
 
-TEST_F(ChangeVisibility, VersionsOfOtherLengthsCompareByTheirNumbers) {
+TEST_F(ChangeVisibility, VersionsOfDifferentLengthsCompareByTheirNumbers) {
   const ChangeRow row = {.version = "25.0", .firstVersion = "24.0", .description = "Text"};
   EXPECT_FALSE(IsShown(row, kFilterRelevantVersion, {"24.5.0"}));
   EXPECT_TRUE(IsShown(row, kFilterRelevantVersion, {"24500"}));
 }
 
-TEST_F(ChangeVisibility, VersionFilterNeedsAVersionThatWasRun) {
+TEST_F(ChangeVisibility, VersionFilterHidesAVersionRangeIfNoVersionWasRun) {
   const ChangeRow row = {.version = "25.0", .firstVersion = "24.0", .description = "Text"};
   EXPECT_FALSE(IsShown(row, kFilterRelevantVersion, kNoVersions));
 }
 
-TEST_F(ChangeVisibility, VersionFilterPassesAChangeWithoutFirstVersion) {
+TEST_F(ChangeVisibility, VersionFilterShowsAChangeWithoutFirstVersion) {
   EXPECT_TRUE(
       IsShown({.version = "25.0", .description = "Text"}, kFilterRelevantVersion, kNoVersions));
 }
@@ -130,14 +130,14 @@ TEST_F(ChangeVisibility, RatingOnlyChangeIsNeverShownOutsideTheRatingView) {
   EXPECT_FALSE(IsShown(row, kEverything));
 }
 
-TEST_F(ChangeVisibility, RatingOnlyChangeIsShownInTheRatingViewEvenBeforeItWasSeen) {
+TEST_F(ChangeVisibility, RatingOnlyChangeIsShownInTheRatingViewEvenIfUnseen) {
   const ChangeRow row = {.ratingRequest = "RequestRating"};
   EXPECT_TRUE(IsShown(row, kRatingView));
   SetSeen(row);
   EXPECT_TRUE(IsShown(row, kRatingView));
 }
 
-TEST_F(ChangeVisibility, DescribedChangeIsShownInTheRatingViewOnceSeen) {
+TEST_F(ChangeVisibility, DescribedChangeIsShownInTheRatingViewIfSeen) {
   const ChangeRow row = {.ratingRequest = "RequestRating", .description = "Text"};
   EXPECT_FALSE(IsShown(row, kRatingView));
   SetSeen(row);
@@ -151,7 +151,7 @@ TEST_F(ChangeVisibility, ChangeWithoutRequestIsNotShownInTheRatingView) {
   EXPECT_FALSE(IsShown(row, kRatingView));
 }
 
-TEST_F(ChangeVisibility, ShowForRatingNeedsARequest) {
+TEST_F(ChangeVisibility, ShowForRatingRequiresARequest) {
   EXPECT_FALSE(MakeDetail({})->ShowForRating(seen_));
   EXPECT_FALSE(MakeDetail({.description = "Text"})->ShowForRating(seen_));
   EXPECT_TRUE(MakeDetail({.ratingRequest = "x"})->ShowForRating(seen_));
@@ -161,7 +161,7 @@ TEST_F(ChangeVisibility, ShowForRatingNeedsARequest) {
   EXPECT_TRUE(MakeDetail(described)->ShowForRating(seen_));
 }
 
-// One item, "EPIC-1" unless told otherwise, whose feature is enabled.
+// An item with the key "EPIC-1" by default. Its feature is enabled.
 class ItemVisibility : public test_support::FakeHostTest {
  protected:
   ItemVisibility() { host_.AddFeature({.internalKey = "feature"}); }
@@ -192,31 +192,31 @@ class ItemVisibility : public test_support::FakeHostTest {
   GuidSet seen_;
 };
 
-TEST_F(ItemVisibility, EnabledFeatureIsListedEvenWithoutChanges) {
+TEST_F(ItemVisibility, EnabledFeatureIsShownEvenWithoutChanges) {
   Make({});
   EXPECT_TRUE(IsShown());
 }
 
-TEST_F(ItemVisibility, EnabledFeatureIsListedWhenNoChangePassesTheFilters) {
+TEST_F(ItemVisibility, EnabledFeatureIsShownEvenIfTheFiltersHideItsChanges) {
   Make({{.platform = "Win", .description = "Text"}});
   EXPECT_TRUE(IsShown(kFilterRelevantPlatform));
   EXPECT_TRUE(IsShown(kFilterHeadlinesOnly));
 }
 
-TEST_F(ItemVisibility, FeatureOutOfReachIsNotListed) {
+TEST_F(ItemVisibility, DisabledFeatureIsHidden) {
   Make({{.description = "Text"}});
   host_.SetFeatureEnabled("feature", false);
   EXPECT_FALSE(IsShown());
 }
 
-TEST_F(ItemVisibility, FeatureThatTheUserMayEnableIsListed) {
+TEST_F(ItemVisibility, DisabledFeatureIsShownIfTheUserMayEnableIt) {
   Make({});
   host_.SetFeatureEnabled("feature", false);
   host_.SetFeatureAvailableForUser("feature", true);
   EXPECT_TRUE(IsShown());
 }
 
-TEST_F(ItemVisibility, DebugSwitchListsFeaturesThatAreOffForInternalUsers) {
+TEST_F(ItemVisibility, DebugSwitchShowsDisabledFeaturesToInternalUsers) {
   Make({});
   host_.SetFeatureEnabled("feature", false);
   host_.ShowAllOffFeatures(true);
@@ -225,13 +225,13 @@ TEST_F(ItemVisibility, DebugSwitchListsFeaturesThatAreOffForInternalUsers) {
   EXPECT_TRUE(IsShown());
 }
 
-TEST_F(ItemVisibility, FeatureThatLeftTheTableIsOutOfReach) {
+TEST_F(ItemVisibility, FeatureMissingFromTheTableIsHidden) {
   Make({});
   host_.RemoveFeature("feature");
   EXPECT_FALSE(IsShown());
 }
 
-TEST_F(ItemVisibility, EnablingAFeatureShowsItAtTheNextQuestion) {
+TEST_F(ItemVisibility, FeatureIsShownAtTheNextQueryAfterItIsEnabled) {
   Make({});
   host_.SetFeatureEnabled("feature", false);
   EXPECT_FALSE(IsShown());
@@ -239,7 +239,7 @@ TEST_F(ItemVisibility, EnablingAFeatureShowsItAtTheNextQuestion) {
   EXPECT_TRUE(IsShown());
 }
 
-TEST_F(ItemVisibility, InternalSectionsNeedThePermission) {
+TEST_F(ItemVisibility, InternalSectionsRequireThePermission) {
   for (const char* key : {"INTERNAL", "UNREVIEWED", "internal"}) {
     MakeSection(key, {{.description = "Text"}});
     host_.SetInternalFeaturesAllowed(false);
@@ -249,26 +249,26 @@ TEST_F(ItemVisibility, InternalSectionsNeedThePermission) {
   }
 }
 
-TEST_F(ItemVisibility, OtherSectionsDoNot) {
+TEST_F(ItemVisibility, OtherSectionsDoNotRequireThePermission) {
   for (const char* key : {"MISC", "BUGFIX"}) {
     MakeSection(key, {{.description = "Text"}});
     EXPECT_TRUE(IsShown()) << key;
   }
 }
 
-TEST_F(ItemVisibility, FeatureHiddenFromExternalUsersNeedsThePermission) {
+TEST_F(ItemVisibility, FeatureHiddenFromExternalUsersRequiresThePermission) {
   Make({{.salience = "HideBetaFeatureFromExternal", .description = "Text"}});
   EXPECT_FALSE(IsShown());
   host_.SetInternalFeaturesAllowed(true);
   EXPECT_TRUE(IsShown());
 }
 
-TEST_F(ItemVisibility, SectionWithoutChangesIsNotListed) {
+TEST_F(ItemVisibility, SectionWithoutChangesIsHidden) {
   MakeSection("BUGFIX", {});
   EXPECT_FALSE(IsShown());
 }
 
-TEST_F(ItemVisibility, SectionOfWhichNoChangePassesIsNotListed) {
+TEST_F(ItemVisibility, SectionIsHiddenIfTheFiltersHideItsChanges) {
   MakeSection("BUGFIX", {{.platform = "Win", .description = "Text"}});
   EXPECT_TRUE(IsShown());
   EXPECT_FALSE(IsShown(kFilterRelevantPlatform));
@@ -288,18 +288,18 @@ TEST_F(ItemVisibility, UnhideChangeAnywhereShowsAFeatureOfVisibilityOne) {
   EXPECT_TRUE(IsShown());
 }
 
-TEST_F(ItemVisibility, UnhideChangeBehindANewOneStillCounts) {
+TEST_F(ItemVisibility, UnhideChangeAfterANewChangeShowsTheFeature) {
   Make({{.description = "New"}, {.salience = "UnhideBetaFeature", .description = "Unhide"}}, 1);
   EXPECT_TRUE(IsShown(kShowOnlyNew));
 }
 
-TEST_F(ItemVisibility, HiddenTestGoesByTheItemsOwnVisibility) {
+TEST_F(ItemVisibility, ItemsVisibilityHasPriorityOverTheTable) {
   host_.AddFeature({.internalKey = "feature", .visibility = 1});
   Make({}, 0);
   EXPECT_TRUE(IsShown());
 }
 
-TEST_F(ItemVisibility, HideChangeHidesAFeatureEvenBehindAnUnhideChange) {
+TEST_F(ItemVisibility, HideChangeHidesAFeatureEvenAfterAnUnhideChange) {
   Make({{.salience = "UnhideBetaFeature"}, {.salience = "HideBetaFeature"}}, 1);
   EXPECT_FALSE(IsShown());
   Make(
@@ -308,12 +308,12 @@ TEST_F(ItemVisibility, HideChangeHidesAFeatureEvenBehindAnUnhideChange) {
   EXPECT_FALSE(IsShown(kShowOnlyNew));
 }
 
-TEST_F(ItemVisibility, HideChangeHidesNothingInASection) {
+TEST_F(ItemVisibility, HideChangeDoesNotHideASection) {
   MakeSection("BUGFIX", {{.salience = "HideBetaFeature"}, {.description = "Text"}});
   EXPECT_TRUE(IsShown());
 }
 
-TEST_F(ItemVisibility, SeenChangeLeavesItsItemNewWhileTheItemIsNew) {
+TEST_F(ItemVisibility, ItemWithSeenChangesIsNewUntilItIsSeen) {
   Make({{.description = "Text"}});
   SetChangesSeen();
   EXPECT_TRUE(IsShown(kShowOnlyNew));
@@ -328,7 +328,7 @@ TEST_F(ItemVisibility, NewChangeMakesASeenItemNew) {
   EXPECT_TRUE(IsShown(kShowOnlyNew));
 }
 
-TEST_F(ItemVisibility, RatingViewListsASeenFeatureThatAsks) {
+TEST_F(ItemVisibility, RatingViewShowsASeenFeatureWithARequest) {
   Make({{.ratingRequest = "RequestRating"}});
   EXPECT_FALSE(IsShown(kRatingView));
   SetItemSeen();
@@ -336,27 +336,27 @@ TEST_F(ItemVisibility, RatingViewListsASeenFeatureThatAsks) {
   EXPECT_TRUE(IsShown(kRatingView | kShowOnlyNew));
 }
 
-TEST_F(ItemVisibility, RatingViewListsNoFeatureWithoutARequest) {
+TEST_F(ItemVisibility, RatingViewHidesAFeatureWithoutARequest) {
   Make({{.description = "Text"}});
   SetItemSeen();
   SetChangesSeen();
   EXPECT_FALSE(IsShown(kRatingView));
 }
 
-TEST_F(ItemVisibility, RatingViewListsNoRatedFeature) {
+TEST_F(ItemVisibility, RatingViewHidesARatedFeature) {
   Make({{.ratingRequest = "RequestRating"}});
   SetItemSeen();
   SetRated();
   EXPECT_FALSE(IsShown(kRatingView));
 }
 
-TEST_F(ItemVisibility, RatingViewListsNoSection) {
+TEST_F(ItemVisibility, RatingViewHidesSections) {
   MakeSection("BUGFIX", {{.ratingRequest = "RequestRating"}});
   SetItemSeen();
   EXPECT_FALSE(IsShown(kRatingView));
 }
 
-TEST_F(ItemVisibility, RatingViewListsNothingWhileTheApplicationTerminates) {
+TEST_F(ItemVisibility, RatingViewIsEmptyWhileTheApplicationTerminates) {
   Make({{.ratingRequest = "RequestRating"}});
   SetItemSeen();
   host_.SetTerminating(true);
@@ -364,7 +364,7 @@ TEST_F(ItemVisibility, RatingViewListsNothingWhileTheApplicationTerminates) {
   EXPECT_TRUE(IsShown());
 }
 
-TEST_F(ItemVisibility, RatingViewNeedsUsageLoggingOrThePermission) {
+TEST_F(ItemVisibility, RatingViewRequiresUsageLoggingOrThePermission) {
   Make({{.ratingRequest = "RequestRating"}});
   SetItemSeen();
   host_.SetUsageLogging(false);

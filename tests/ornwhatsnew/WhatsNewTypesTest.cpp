@@ -10,14 +10,14 @@
 namespace ornwhatsnew {
 namespace {
 
-TEST(WhatsNewTypes, SectionsHaveTheKeysOfTheDataFile) {
+TEST(WhatsNewTypes, SectionKeysMatchTheDataFile) {
   EXPECT_EQ(kMiscKey, "MISC");
   EXPECT_EQ(kBugfixKey, "BUGFIX");
   EXPECT_EQ(kInternalKey, "INTERNAL");
   EXPECT_EQ(kUnreviewedKey, "UNREVIEWED");
 }
 
-TEST(WhatsNewTypes, LayoutConstantsAreThoseThatHostsDrawWith) {
+TEST(WhatsNewTypes, LayoutConstantsNeverChange) {
   EXPECT_EQ(kFontSize_Title, 28.0F);
   EXPECT_EQ(kFontSize_Header, 18.0F);
   EXPECT_EQ(kFontSize_Buttons, 20.0F);
@@ -31,13 +31,13 @@ TEST(WhatsNewTypes, LayoutConstantsAreThoseThatHostsDrawWith) {
   static_assert(std::is_same_v<decltype(kTabWidth), const int>);
 }
 
-TEST(WhatsNewTypes, MarksStandInTheirOrder) {
+TEST(WhatsNewTypes, TypographicMarksNeverChange) {
   EXPECT_THAT(kTypographicMarks,
               testing::ElementsAre("\u00B0", "\u00AB", "\u00BB", "\u25BE", "-", "\uFE58", "\u2013",
                                    "\u2212", "\uFE63", "\uFF0D", "\u2014", "\u2015"));
 }
 
-TEST(WhatsNewTypes, DisplayOptionsHaveTheirBits) {
+TEST(WhatsNewTypes, DisplayOptionBitsNeverChange) {
   EXPECT_EQ(kShowOnlyNew.Bits(), 0x01);
   EXPECT_EQ(kFilterRelevantPlatform.Bits(), 0x02);
   EXPECT_EQ(kFilterRelevantVersion.Bits(), 0x04);
@@ -45,7 +45,7 @@ TEST(WhatsNewTypes, DisplayOptionsHaveTheirBits) {
   EXPECT_EQ(kRatingView.Bits(), 0x10);
 }
 
-TEST(WhatsNewTypes, VersionReadsAsItsNumbers) {
+TEST(WhatsNewTypes, VersionTextConsistsOfItsNumbers) {
   EXPECT_EQ(kVersionText, std::to_string(kVersionMajor) + "." + std::to_string(kVersionMinor) +
                               "." + std::to_string(kVersionPatch));
 }

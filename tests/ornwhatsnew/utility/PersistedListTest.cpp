@@ -19,11 +19,11 @@ using testing::IsEmpty;
 
 constexpr std::uint64_t kSeed = 20251120;
 
-TEST(PersistedList, EmptyTextHasNoPieces) {
+TEST(PersistedList, EmptyTextHasNoElements) {
   EXPECT_THAT(SplitPersistedList(""), IsEmpty());
 }
 
-TEST(PersistedList, SplitsAtEachBlankWithoutMergingThem) {
+TEST(PersistedList, SplitsAtEachSpaceWithoutMerging) {
   EXPECT_THAT(SplitPersistedList("a"), ElementsAre("a"));
   EXPECT_THAT(SplitPersistedList("a b"), ElementsAre("a", "b"));
   EXPECT_THAT(SplitPersistedList("a  b"), ElementsAre("a", "", "b"));
@@ -31,25 +31,25 @@ TEST(PersistedList, SplitsAtEachBlankWithoutMergingThem) {
   EXPECT_THAT(SplitPersistedList(" a "), ElementsAre("", "a", ""));
 }
 
-TEST(PersistedList, OnlyTheBlankSeparates) {
+TEST(PersistedList, SplitsOnlyAtSpaces) {
   EXPECT_THAT(SplitPersistedList("a\tb\nc\xC2\xA0"), ElementsAre("a\tb\nc\xC2\xA0"));
 }
 
-TEST(PersistedList, PiecesViewTheText) {
+TEST(PersistedList, ElementsAreViewsOfTheText) {
   const std::string text = "first second";
-  const auto pieces = SplitPersistedList(text);
-  ASSERT_EQ(pieces.size(), 2U);
-  EXPECT_EQ(pieces[0].data(), text.data());
-  EXPECT_EQ(pieces[1].data(), text.data() + 6);
+  const auto elements = SplitPersistedList(text);
+  ASSERT_EQ(elements.size(), 2U);
+  EXPECT_EQ(elements[0].data(), text.data());
+  EXPECT_EQ(elements[1].data(), text.data() + 6);
 }
 
-TEST(PersistedList, SplitsLikeThePlainLoop) {
+TEST(PersistedList, SplitsLikeThePlainImplementation) {
   RandomSource random(kSeed);
   for (int i = 0; i < 3000; ++i) {
     std::string text = random.HostileText(20);
     if (text.empty()) continue;
-    const auto pieces = SplitPersistedList(text);
-    EXPECT_EQ(std::vector<std::string>(pieces.begin(), pieces.end()),
+    const auto elements = SplitPersistedList(text);
+    EXPECT_EQ(std::vector<std::string>(elements.begin(), elements.end()),
               test_support::PlainSplit(text, ' '))
         << text;
   }
@@ -60,29 +60,29 @@ TEST(PersistedList, JoinsInAscendingByteOrder) {
   EXPECT_EQ(JoinPersistedList({"b", "B", "\xC3\xA9", "a", "10", "9"}), "10 9 B a b \xC3\xA9");
 }
 
-TEST(PersistedList, JoinsEachPieceOnce) {
+TEST(PersistedList, JoinsEachElementOnce) {
   EXPECT_EQ(JoinPersistedList({"b", "a", "b"}), "a b");
 }
 
-TEST(PersistedList, EmptyPieceAddsNothingAndIsGoneAfterTheNextRead) {
+TEST(PersistedList, JoinDropsEmptyElements) {
   EXPECT_EQ(JoinPersistedList({"a", "", "b"}), "a b");
   EXPECT_EQ(JoinPersistedList({""}), "");
   EXPECT_THAT(SplitPersistedList(JoinPersistedList({"", "b", "a"})), ElementsAre("a", "b"));
 }
 
-TEST(PersistedList, JoinedTextReadsBackAsTheSamePieces) {
+TEST(PersistedList, SplitReturnsTheElementsOfAJoinedText) {
   RandomSource random(kSeed);
   for (int i = 0; i < 1000; ++i) {
-    std::set<std::string> pieces;
+    std::set<std::string> elements;
     for (int n = 0; n < 6; ++n) {
-      std::string piece = random.HostileText(3);
-      std::erase(piece, ' ');
-      if (!piece.empty()) pieces.insert(piece);
+      std::string element = random.HostileText(3);
+      std::erase(element, ' ');
+      if (!element.empty()) elements.insert(element);
     }
-    const std::string text = JoinPersistedList({pieces.begin(), pieces.end()});
+    const std::string text = JoinPersistedList({elements.begin(), elements.end()});
     const auto read = SplitPersistedList(text);
     EXPECT_EQ(std::vector<std::string>(read.begin(), read.end()),
-              std::vector<std::string>(pieces.begin(), pieces.end()));
+              std::vector<std::string>(elements.begin(), elements.end()));
   }
 }
 

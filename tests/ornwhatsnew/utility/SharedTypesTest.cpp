@@ -1,4 +1,5 @@
-// The types that hosts write down themselves when they call the library.
+// Hosts may write these standard types instead of the library's names, so the types must not
+// change.
 #include <ornwhatsnew/utility/SharedTypes.h>
 
 #include <memory>
@@ -26,7 +27,7 @@ TEST(SharedTypes, TextsAreStandardStrings) {
   EXPECT_TRUE((std::is_same_v<ornwhatsnew::UTF16String, std::u16string>));
 }
 
-TEST(SharedTypes, RecordsAreAskedWithStandardSets) {
+TEST(SharedTypes, VisibilityQueriesAcceptStandardSets) {
   const std::unordered_set<Guid> seen;
   const std::unordered_set<std::string> versions;
   const Flags<unsigned char> options;

@@ -45,7 +45,7 @@ TEST(TextHelpers, HashablePortionOfPlainTextIsTheWholeText) {
   EXPECT_EQ(ExtractHashablePortion(""), "");
 }
 
-TEST(TextHelpers, HashablePortionOfAPrivateKeyLosesThePrivateArea) {
+TEST(TextHelpers, HashablePortionOmitsThePrivatePrefix) {
   EXPECT_EQ(ExtractHashablePortion("$$$/private/x=Y"), "$$$/x");
   EXPECT_EQ(ExtractHashablePortion("$$$/private/a/b=Text"), "$$$/a/b");
   EXPECT_EQ(ExtractHashablePortion("$$$/private/=Text"), "$$$/");
@@ -56,13 +56,13 @@ TEST(TextHelpers, HashablePortionEndsBeforeTheFirstEqualsSign) {
   EXPECT_EQ(ExtractHashablePortion("$$$/=x"), "$$$/");
 }
 
-TEST(TextHelpers, PrivateAreaOnlyCountsAtTheBeginningAndBeforeTheEqualsSign) {
+TEST(TextHelpers, PrivatePrefixMustBeAtTheBeginningAndBeforeTheEqualsSign) {
   EXPECT_EQ(ExtractHashablePortion("$$$/a/private/b=c"), "$$$/a/private/b");
   EXPECT_EQ(ExtractHashablePortion("$$$/private=/c"), "$$$/private");
   EXPECT_EQ(ExtractHashablePortion("$$$/Private/b=c"), "$$$/Private/b");
 }
 
-TEST(TextHelpers, HashablePortionAgreesWithThePlainWay) {
+TEST(TextHelpers, HashablePortionMatchesThePlainImplementation) {
   RandomSource random(kSeed);
   for (int i = 0; i < 2000; ++i) {
     const std::string text = (random.Flip() ? "$$$/" : "") + random.HostileText(8);
@@ -80,17 +80,17 @@ TEST(TextHelpers, CaseInsensitiveEqualComparesLowerCasedCharacters) {
       {"Mac", "mAC", true},
       {"Mac", "Mac ", false},
       {"Mac", "Man", false},
-      {"[", "{", false},  // 32 apart, and no letters
+      {"[", "{", false},  // differ by 32 like letters, but are none
       {"@", "`", false},
       {"\xC3\x89", "\xC3\xA9", true},    // E and e with acute
       {"\xE2\x84\xAA", "K", true},       // Kelvin sign
-      {"\xC4\xB0", "i\xCC\x87", true},   // I with dot is two characters in lower case
-      {"\xC4\xB0", "i", false},          // and not one
-      {"\xC3\x9F", "ss", false},         // lower-casing does not fold
-      {"\xCE\xA3", "\xCF\x82", false},   // a lone sigma is no final one
-      {"A\xCE\xA3", "a\xCF\x82", true},  // at the end of a word it is
-      {"\xFF", "\xEF\xBF\xBD", true},    // ill-formed counts as U+FFFD
-      {"\xE2\x82", "\x80", true},        // one maximal subpart each
+      {"\xC4\xB0", "i\xCC\x87", true},   // I with dot becomes two characters
+      {"\xC4\xB0", "i", false},          // not one character
+      {"\xC3\x9F", "ss", false},         // lower-casing is not case folding
+      {"\xCE\xA3", "\xCF\x82", false},   // a single sigma is not final
+      {"A\xCE\xA3", "a\xCF\x82", true},  // a sigma that ends a word is final
+      {"\xFF", "\xEF\xBF\xBD", true},    // ill-formed bytes count as U+FFFD
+      {"\xE2\x82", "\x80", true},        // each side is one maximal subpart
       {"\xF0\x90\x90\x80", "\xF0\x90\x90\xA8", true},
   };
   for (const auto& [a, b, equal] : cases) {
@@ -99,13 +99,13 @@ TEST(TextHelpers, CaseInsensitiveEqualComparesLowerCasedCharacters) {
   }
 }
 
-TEST(TextHelpers, CaseInsensitiveEqualKnowsNoEndAtANul) {
+TEST(TextHelpers, CaseInsensitiveEqualDoesNotStopAtANul) {
   using namespace std::string_view_literals;
   EXPECT_FALSE(CaseInsensitiveEqual("a\0b"sv, "a\0c"sv));
   EXPECT_TRUE(CaseInsensitiveEqual("a\0B"sv, "A\0b"sv));
 }
 
-TEST(TextHelpers, CaseInsensitiveEqualAgreesWithThePlainWay) {
+TEST(TextHelpers, CaseInsensitiveEqualMatchesThePlainImplementation) {
   RandomSource random(kSeed);
   for (int i = 0; i < 5000; ++i) {
     const std::string a = random.HostileText(3);
@@ -115,7 +115,7 @@ TEST(TextHelpers, CaseInsensitiveEqualAgreesWithThePlainWay) {
   }
 }
 
-TEST(TextHelpers, LowerCase8LowersEveryCharacterAsUTF16Would) {
+TEST(TextHelpers, LowerCase8MatchesThePlainImplementationForEveryCharacter) {
   for (char32_t codePoint = 0; codePoint <= 0x10FFFF; ++codePoint) {
     const std::string text = Encode(codePoint);
     ASSERT_EQ(LowerCase8(text), test_support::PlainLower8(text))
@@ -128,7 +128,7 @@ TEST(TextHelpers, LowerCase8ReplacesIllFormedBytes) {
   EXPECT_EQ(LowerCase8("\xED\xA0\x80"), "\xEF\xBF\xBD\xEF\xBF\xBD\xEF\xBF\xBD");
 }
 
-TEST(TextHelpers, LowerCase8AgreesWithThePlainWay) {
+TEST(TextHelpers, LowerCase8MatchesThePlainImplementationForRandomTexts) {
   RandomSource random(kSeed);
   for (int i = 0; i < 5000; ++i) {
     const std::string text = random.HostileText(6);
@@ -136,7 +136,7 @@ TEST(TextHelpers, LowerCase8AgreesWithThePlainWay) {
   }
 }
 
-TEST(TextHelpers, SectionKeysAreKnownInAnyLetterCase) {
+TEST(TextHelpers, SectionKeysMatchInAnyLetterCase) {
   for (const char* key :
        {"MISC", "misc", "BUGFIX", "BugFix", "INTERNAL", "Internal", "UNREVIEWED", "Unreviewed"}) {
     EXPECT_TRUE(IsSpecialCaseSection(key)) << key;
@@ -155,7 +155,7 @@ TEST(TextHelpers, OnlyInternalAndUnreviewedAreInternalSections) {
   EXPECT_FALSE(IsInternalSpecialCaseSection(""));
 }
 
-TEST(TextHelpers, VersionNumberWeighsComponentsByAThousand) {
+TEST(TextHelpers, VersionNumberMultipliesByAThousandPerComponent) {
   const struct {
     const char* version;
     std::int64_t number;
@@ -171,7 +171,7 @@ TEST(TextHelpers, VersionNumberWeighsComponentsByAThousand) {
       {"1..3", 1000003},
       {"1.2.", 1002000},
       {" 1.2", 2},
-      {"1.2000", 3000},  // spills into the next component
+      {"1.2000", 3000},  // carries into the next component
       {"-1.5", -995},
       {"+1.+5", 1005},
       {"1.-5", 995},
@@ -184,14 +184,14 @@ TEST(TextHelpers, VersionNumberWeighsComponentsByAThousand) {
   for (const auto& [version, number] : cases) EXPECT_EQ(VersionNumber(version), number) << version;
 }
 
-TEST(TextHelpers, VersionNumberWrapsInsteadOfOverflowing) {
+TEST(TextHelpers, VersionNumberWrapsAround) {
   // 1000^7 is 10^21, which is 3875820019684212736 modulo 2^64.
   EXPECT_EQ(VersionNumber("1.0.0.0.0.0.0.0"), 3875820019684212736);
   EXPECT_EQ(VersionNumber("1.9223372036854775807"), std::numeric_limits<std::int64_t>::min() + 999);
   EXPECT_EQ(VersionNumber("9223372036854775807.0"), -1000);
 }
 
-TEST(TextHelpers, VersionNumberAgreesWithThePlainWay) {
+TEST(TextHelpers, VersionNumberMatchesThePlainImplementation) {
   RandomSource random(kSeed);
   constexpr const char* kParts[] = {
       ".", "0", "7", "12", "999", "1000", "-", "+", "x", "\xC2\xB2", "9223372036854775807"};
