@@ -15,17 +15,18 @@ class FeatureListData;
 
 namespace conformance {
 
+/// A function of the library that the step `call` can call.
 struct CallFunction {
   std::string_view name;
   std::size_t argumentCount;
-  /// Whether the function needs a list; `list` is not null then.
+  /// Whether the function needs a list. If not, `list` may be null.
   bool usesList;
-  /// Calls the function. The arguments are UTF-8.
+  /// Calls the function with UTF-8 arguments and returns its result.
   nlohmann::json (*call)(std::span<const std::string> arguments,
                          const ornwhatsnew::FeatureListData* list);
 };
 
-/// Returns the function with this name, or null. The pointer stays valid.
+/// Returns the function with this name, or null if there is none. The pointer is always valid.
 const CallFunction* FindCallFunction(std::string_view name);
 
 }  // namespace conformance

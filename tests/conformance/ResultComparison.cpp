@@ -16,18 +16,18 @@ using nlohmann::json;
 
 namespace {
 
-/// The number of bytes that are shown before and after the first difference.
+/// The number of bytes that an excerpt contains before and after the first difference.
 constexpr std::size_t kShownBefore = 60;
-constexpr std::size_t kShownBehind = 140;
+constexpr std::size_t kShownAfter = 140;
 
 std::string Dump(const json* value) {
   return value ? LineOf(*value) : "nothing";
 }
 
-/// Returns the part of `text` around `place`.
-std::string Excerpt(std::string_view text, std::size_t place) {
-  const std::size_t begin = place > kShownBefore ? place - kShownBefore : 0;
-  const std::size_t end = std::min(text.size(), place + kShownBehind);
+/// Returns the part of `text` around `offset`.
+std::string Excerpt(std::string_view text, std::size_t offset) {
+  const std::size_t begin = offset > kShownBefore ? offset - kShownBefore : 0;
+  const std::size_t end = std::min(text.size(), offset + kShownAfter);
   return (begin > 0 ? "..." : "") + std::string(text.substr(begin, end - begin)) +
          (end < text.size() ? "..." : "");
 }
@@ -35,18 +35,18 @@ std::string Excerpt(std::string_view text, std::size_t place) {
 class Comparison {
  public:
   void Compare(const std::string& path, const json* expected, const json* got) {
-    const bool bothThere = expected && got;
-    if (bothThere && *expected == *got) return;
-    if (bothThere && expected->is_object() && got->is_object()) {
+    const bool bothExist = expected && got;
+    if (bothExist && *expected == *got) return;
+    if (bothExist && expected->is_object() && got->is_object()) {
       CompareObjects(path, *expected, *got);
-    } else if (bothThere && expected->is_array() && got->is_array()) {
+    } else if (bothExist && expected->is_array() && got->is_array()) {
       CompareArrays(path, *expected, *got);
     } else {
-      Note(path, Dump(expected), Dump(got));
+      AddDifference(path, Dump(expected), Dump(got));
     }
   }
 
-  std::vector<Difference> Take() { return std::move(differences_); }
+  std::vector<Difference> TakeDifferences() { return std::move(differences_); }
 
  private:
   void CompareObjects(const std::string& path, const json& expected, const json& got) {
@@ -66,10 +66,10 @@ class Comparison {
     }
   }
 
-  void Note(const std::string& path, std::string_view expected, std::string_view got) {
-    const auto parted = std::ranges::mismatch(expected, got);
-    const auto place = static_cast<std::size_t>(parted.in1 - expected.begin());
-    differences_.push_back({path, Excerpt(expected, place), Excerpt(got, place)});
+  void AddDifference(const std::string& path, std::string_view expected, std::string_view got) {
+    const auto mismatch = std::ranges::mismatch(expected, got);
+    const auto offset = static_cast<std::size_t>(mismatch.in1 - expected.begin());
+    differences_.push_back({path, Excerpt(expected, offset), Excerpt(got, offset)});
   }
 
   std::vector<Difference> differences_;
@@ -80,7 +80,7 @@ class Comparison {
 std::vector<Difference> CompareJson(const json& expected, const json& got) {
   Comparison comparison;
   comparison.Compare("", &expected, &got);
-  return comparison.Take();
+  return comparison.TakeDifferences();
 }
 
 }  // namespace conformance

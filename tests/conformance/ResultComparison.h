@@ -9,16 +9,16 @@
 
 namespace conformance {
 
-/// One difference. Both sides are JSON on one line; long strings are cut to the part that differs.
-/// A side without a value is "nothing".
+/// One difference. `expected` and `got` are JSON on one line, shortened to the part that differs.
+/// If one side has no value, its string is "nothing".
 struct Difference {
+  /// The JSON pointer of the value.
   std::string path;
   std::string expected;
   std::string got;
 };
 
-/// Returns all differences of members and elements. The path is a JSON pointer. Arrays are compared
-/// element by element.
+/// Returns all differences of members and elements. Compares arrays by index.
 std::vector<Difference> CompareJson(const nlohmann::json& expected, const nlohmann::json& got);
 
 }  // namespace conformance

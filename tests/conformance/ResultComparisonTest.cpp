@@ -47,7 +47,7 @@ TEST(ResultComparison, DistinguishesTypes) {
   }
 }
 
-TEST(ResultComparison, CutsLongStringsToTheirDifference) {
+TEST(ResultComparison, ShortensLongStringsAroundTheDifference) {
   const std::string same(1000, 'x');
   const auto differences = CompareJson(same + "a" + same, same + "b" + same);
   ASSERT_EQ(differences.size(), 1U);

@@ -63,11 +63,11 @@ std::string LineOf(const json& value) {
 
 json PersistedListJson(std::string_view persistedList, ListForm form) {
   if (form == ListForm::kText) return TextJson(persistedList);
-  json pieces = json::array();
-  for (const std::string& piece : test_support::SortedPieces(persistedList)) {
-    pieces.push_back(TextJson(piece));
+  json elements = json::array();
+  for (const std::string& element : test_support::SortedPieces(persistedList)) {
+    elements.push_back(TextJson(element));
   }
-  return pieces;
+  return elements;
 }
 
 json PersistedValueJson(std::string_view key, std::string_view value, ListForm form) {

@@ -1,5 +1,4 @@
-// The library's results as JSON. An ill-formed UTF-8 sequence or an unpaired surrogate becomes
-// U+FFFD.
+// Converts results of the library to JSON. Ill-formed UTF-8 and unpaired surrogates become U+FFFD.
 #ifndef TESTS_CONFORMANCE_RESULTJSON_H_
 #define TESTS_CONFORMANCE_RESULTJSON_H_
 
@@ -18,31 +17,33 @@
 
 namespace conformance {
 
-/// Returns the value as one line of ASCII. All other characters are escaped, because a line
-/// separator or a control character would break the line on a terminal.
+/// Returns the value as one line of ASCII. Escapes all other characters, because some of them would
+/// break the line on a terminal.
 std::string LineOf(const nlohmann::json& value);
 
 using hosts::common::RatingItemsJson;
 using hosts::common::RunsJson;
 using hosts::common::TextJson;
 
-/// How results give a persisted list.
+/// The form of persisted lists in results.
 enum class ListForm {
-  kSorted,  ///< its elements in ascending byte order, with duplicates; an empty string has none
-  kText,    ///< the string as it was written
+  kSorted,  ///< the array of the elements in ascending byte order, with duplicates
+  kText,    ///< the string that the library wrote
 };
 
 /// Returns a persisted list in the given form.
 nlohmann::json PersistedListJson(std::string_view persistedList, ListForm form);
 
-/// Returns a persisted value: the two lists in the given form, any other value as a string.
+/// Returns the value that is persisted under `key`: one of the two lists in the given form, any
+/// other value as a string.
 nlohmann::json PersistedValueJson(std::string_view key, std::string_view value, ListForm form);
 
-/// Returns setter calls, each `[key, value]`.
+/// Returns an array of setter calls, each as `[key, value]`.
 nlohmann::json WritesJson(std::span<const std::pair<std::string, std::string>> writes,
                           ListForm form);
 
-/// Returns the ordered keys, and all items by key.
+/// Returns an object with the ordered keys (`order`) and all items by key (`items`). An empty entry
+/// is null.
 nlohmann::json ItemsJson(const ornwhatsnew::FeatureListData& list);
 
 }  // namespace conformance

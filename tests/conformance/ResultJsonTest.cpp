@@ -32,7 +32,7 @@ TEST(ResultJson, SortsTheElementsOfPersistedLists) {
   EXPECT_EQ(sorted(" "), json::array({"", ""}));
 }
 
-TEST(ResultJson, KeepsTheTextOfPersistedListsIfAsked) {
+TEST(ResultJson, KeepsPersistedListsInTextForm) {
   EXPECT_EQ(PersistedListJson("b a  b", ListForm::kText), "b a  b");
   const std::pair<std::string, std::string> writes[] = {{"WhatsNew.AllSeenItems", "b a"}};
   EXPECT_EQ(WritesJson(writes, ListForm::kText),
@@ -63,7 +63,7 @@ TEST(ResultJson, DistinguishesAMissingRatingMapFromAnEmptyOne) {
   EXPECT_EQ(RatingItemsJson(std::make_shared<ornwhatsnew::RatingMap>()), json::object());
 }
 
-TEST(ResultJson, ShowsARatingRecord) {
+TEST(ResultJson, ConvertsARatingRecord) {
   const auto items = std::make_shared<ornwhatsnew::RatingMap>();
   const auto item = test_support::MakeItem(
       {.groupingKey = "E", .internalKey = "f", .name = "N", .description = "D", .visibility = 2});
@@ -79,7 +79,7 @@ class ItemsJsonTest : public test_support::FakeHostTest {
   ornwhatsnew::FeatureListData list_{host_.Getter(), host_.Setter()};
 };
 
-TEST_F(ItemsJsonTest, ShowsOrderItemsAndEmptyEntries) {
+TEST_F(ItemsJsonTest, ConvertsOrderAndItems) {
   const auto item = test_support::MakeItem(
       {.groupingKey = "E", .internalKey = "f", .name = "N", .description = "D"},
       {{.version = "25.1",
@@ -125,7 +125,7 @@ TEST_F(ItemsJsonTest, ShowsOrderItemsAndEmptyEntries) {
   EXPECT_EQ(shown["changes"][1]["malformedURL"], true);
 }
 
-TEST_F(ItemsJsonTest, ShowsAnEmptyEntryAsNull) {
+TEST_F(ItemsJsonTest, ConvertsAnEmptyEntryToNull) {
   list_.ParseWhatsNewData("");
   list_.BubbleUnlockedItemsToTheTop();
   EXPECT_EQ(ItemsJson(list_), json::parse(R"({"order":["UNREVIEWED"],

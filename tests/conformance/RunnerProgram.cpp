@@ -34,13 +34,13 @@ struct Outcome {
   json name;
   json results;
   std::optional<std::string> error;
-  /// The scenario's `expect`, or null. Owned by the document.
+  /// The scenario's `expect`, or null. The document owns it.
   const json* expect = nullptr;
 };
 
 using OutcomeSink = std::function<void(const Outcome&)>;
 
-Outcome Failed(std::string_view error) {
+Outcome FailedOutcome(std::string_view error) {
   Outcome outcome;
   outcome.error = error;
   return outcome;
@@ -65,17 +65,18 @@ Outcome RunOne(const JsonReader& reader) {
   return outcome;
 }
 
-/// How many scenarios a text may contain.
+/// The number of scenarios that a text may contain.
 enum class Form { kOneOrMany, kOne };
 
-/// Runs the scenarios of one text: one object, or an array if `form` allows it.
+/// Runs the scenarios of one text. The text is one object, or an array of objects if `form` allows
+/// it.
 void RunText(std::string_view text, std::string_view sourceName, Form form,
              const OutcomeSink& sink) {
   std::optional<JsonDocument> document;
   try {
     document = JsonDocument::Parse(text, sourceName);
   } catch (const JsonError& error) {
-    sink(Failed(error.what()));
+    sink(FailedOutcome(error.what()));
     return;
   }
   const JsonReader reader(*document);
@@ -91,7 +92,7 @@ void RunFile(const std::string& file, const OutcomeSink& sink) {
   try {
     text = hosts::common::ReadTextFile(file);
   } catch (const std::exception& error) {
-    sink(Failed(error.what()));
+    sink(FailedOutcome(error.what()));
     return;
   }
   RunText(text, file, Form::kOneOrMany, sink);
@@ -111,13 +112,13 @@ std::string OutcomeJson(const Outcome& outcome) {
   return LineOf({{"name", outcome.name}, {"error", TextJson(*outcome.error)}});
 }
 
-std::string NameForPeople(const Outcome& outcome) {
+std::string DisplayName(const Outcome& outcome) {
   if (!outcome.name.is_string()) return "(no name)";
   const std::string quoted = LineOf(outcome.name);
   return quoted.substr(1, quoted.size() - 2);
 }
 
-/// Flushes the output and reports a write error.
+/// Flushes the output. Returns `status`, or reports a write error and returns `kNotRun`.
 int Finish(const Streams& streams, int status) {
   streams.out.flush();
   if (streams.out) return status;
@@ -125,13 +126,13 @@ int Finish(const Streams& streams, int status) {
   return kNotRun;
 }
 
-/// Writes a line for each difference and returns whether there is one. A path such as `/3/text`
-/// begins with the index of the step.
+/// Writes a line for each difference. Returns whether there is one. The first number of a path such
+/// as `/3/text` is the index of the step.
 bool PrintDifferences(const Outcome& outcome, std::ostream& out) {
   const std::vector<Difference> differences = CompareJson(*outcome.expect, outcome.results);
   for (const Difference& difference : differences) {
     const std::size_t stepEnd = difference.path.find('/', 1);
-    out << NameForPeople(outcome) << ": step " << difference.path.substr(1, stepEnd - 1);
+    out << DisplayName(outcome) << ": step " << difference.path.substr(1, stepEnd - 1);
     if (stepEnd != std::string::npos) out << ' ' << difference.path.substr(stepEnd);
     out << ": expected " << difference.expected << ", got " << difference.got << '\n';
   }
@@ -140,17 +141,17 @@ bool PrintDifferences(const Outcome& outcome, std::ostream& out) {
 
 int CheckOne(const Outcome& outcome, std::ostream& out) {
   if (outcome.error || !outcome.expect) {
-    out << NameForPeople(outcome) << ": "
+    out << DisplayName(outcome) << ": "
         << outcome.error.value_or("the scenario has no member \"expect\"") << '\n';
     return kNotRun;
   }
-  return PrintDifferences(outcome, out) ? kDifferences : kAllWell;
+  return PrintDifferences(outcome, out) ? kDifferences : kSuccess;
 }
 
 }  // namespace
 
 int PrintResults(const std::vector<std::string>& files, Streams streams) {
-  int status = kAllWell;
+  int status = kSuccess;
   bool first = true;
   streams.out << '[';
   RunAll(files, streams.in, [&](const Outcome& outcome) {
@@ -163,21 +164,21 @@ int PrintResults(const std::vector<std::string>& files, Streams streams) {
 }
 
 int CheckResults(const std::vector<std::string>& files, Streams streams) {
-  int status = kAllWell;
+  int status = kSuccess;
   std::size_t scenarios = 0;
-  std::size_t good = 0;
+  std::size_t passed = 0;
   RunAll(files, streams.in, [&](const Outcome& outcome) {
     const int one = CheckOne(outcome, streams.out);
     ++scenarios;
-    if (one == kAllWell) ++good;
+    if (one == kSuccess) ++passed;
     status = std::max(status, one);
   });
-  streams.err << good << " of " << scenarios << " scenarios have the expected results\n";
+  streams.err << passed << " of " << scenarios << " scenarios have the expected results\n";
   return Finish(streams, status);
 }
 
 int RunBatch(Streams streams) {
-  int status = kAllWell;
+  int status = kSuccess;
   std::size_t number = 0;
   for (std::string line; streams.out && std::getline(streams.in, line);) {
     ++number;

@@ -25,7 +25,7 @@ const std::string kDiffering =
 const std::string kBad =
     R"({"name":"bad","host":{},"steps":[{"do":"construct"},{"do":"rate"}],"expect":[]})";
 
-/// The three modes of the runner. The fake host of the fixture resets the services.
+/// Runs the three modes of the runner. The fixture's fake host resets the services.
 class RunnerProgramTest : public test_support::FakeHostTest {
  protected:
   int Print(const std::string& input, const std::vector<std::string>& files = {}) {
@@ -57,21 +57,21 @@ class RunnerProgramTest : public test_support::FakeHostTest {
 
 TEST_F(RunnerProgramTest, PrintsOneArrayInTheOrderOfTheScenarios) {
   const std::string other = R"({"name":"other","host":{},"steps":[]})";
-  EXPECT_EQ(Print("[" + kGood + "," + other + "," + kGood + "]"), kAllWell);
+  EXPECT_EQ(Print("[" + kGood + "," + other + "," + kGood + "]"), kSuccess);
   EXPECT_EQ(Output(), json::parse(R"([{"name":"good","results":[null,[]]},
                                       {"name":"other","results":[]},
                                       {"name":"good","results":[null,[]]}])"));
 }
 
 TEST_F(RunnerProgramTest, AcceptsASingleScenarioAndAnEmptyArray) {
-  EXPECT_EQ(Print(kGood), kAllWell);
+  EXPECT_EQ(Print(kGood), kSuccess);
   EXPECT_EQ(Output().size(), 1U);
   out_.str("");
-  EXPECT_EQ(Print("[]"), kAllWell);
+  EXPECT_EQ(Print("[]"), kSuccess);
   EXPECT_EQ(Output(), json::array());
 }
 
-TEST_F(RunnerProgramTest, ReadsFilesInTheOrderGiven) {
+TEST_F(RunnerProgramTest, ReadsFilesInTheGivenOrder) {
   const std::string one = WriteFile("one.json", "[" + kGood + "," + kBad + "]");
   const std::string two = WriteFile("two.json", kDiffering);
   EXPECT_EQ(Print("not read", {two, one, two}), kNotRun);
@@ -126,19 +126,19 @@ TEST_F(RunnerProgramTest, ContinuesAfterAnUnreadableFile) {
 TEST_F(RunnerProgramTest, PrintsOnlyAscii) {
   EXPECT_EQ(Print(R"({"name":"\u2028","host":{},"steps":[)"
                   R"({"do":"call","function":"LowerCase8","arguments":["\u00c9\u0085"]}]})"),
-            kAllWell);
+            kSuccess);
   EXPECT_THAT(out_.str(), HasSubstr(R"(["\u00e9\u0085"])"));
   EXPECT_EQ(Output()[0]["name"], "\xE2\x80\xA8");
 }
 
-TEST_F(RunnerProgramTest, ReportsResultsThatCannotBeWritten) {
+TEST_F(RunnerProgramTest, ReportsAWriteError) {
   out_.setstate(std::ios::badbit);
   EXPECT_EQ(Print(kGood), kNotRun);
   EXPECT_THAT(err_.str(), HasSubstr("cannot write the results"));
 }
 
 TEST_F(RunnerProgramTest, PrintsNothingIfThereIsNoDifference) {
-  EXPECT_EQ(Check("[" + kGood + "," + kGood + "]"), kAllWell);
+  EXPECT_EQ(Check("[" + kGood + "," + kGood + "]"), kSuccess);
   EXPECT_EQ(out_.str(), "");
   EXPECT_EQ(err_.str(), "2 of 2 scenarios have the expected results\n");
 }
@@ -151,7 +151,7 @@ TEST_F(RunnerProgramTest, PrintsALineForEachDifference) {
   EXPECT_EQ(err_.str(), "1 of 2 scenarios have the expected results\n");
 }
 
-TEST_F(RunnerProgramTest, CountsMissingAndSurplusExpectationsAsDifferences) {
+TEST_F(RunnerProgramTest, ReportsMissingAndSurplusExpectationsAsDifferences) {
   EXPECT_EQ(Check(R"({"name":"s","host":{},"steps":[{"do":"construct"}],"expect":[]})"),
             kDifferences);
   EXPECT_EQ(out_.str(), "s: step 0: expected nothing, got null\n");
@@ -165,14 +165,14 @@ TEST_F(RunnerProgramTest, ReportsAMissingExpect) {
   EXPECT_EQ(out_.str(), "s: the scenario has no member \"expect\"\n");
 }
 
-TEST_F(RunnerProgramTest, RanksScenariosNotRunAboveDifferences) {
+TEST_F(RunnerProgramTest, ReturnsNotRunEvenIfThereAreDifferences) {
   EXPECT_EQ(Check("[" + kBad + "," + kDiffering + "]"), kNotRun);
   EXPECT_THAT(out_.str(), AllOf(HasSubstr("bad: standard input: /0/steps/1: the member \"key\""),
                                 HasSubstr("differing: step 0: ")));
 }
 
 TEST_F(RunnerProgramTest, PrintsAResultForEachLineOfABatch) {
-  EXPECT_EQ(Batch(kGood + "\n" + kDiffering + "\r\n\n  \n" + kGood), kAllWell);
+  EXPECT_EQ(Batch(kGood + "\n" + kDiffering + "\r\n\n  \n" + kGood), kSuccess);
   std::istringstream lines(out_.str());
   std::vector<json> results;
   for (std::string line; std::getline(lines, line);) results.push_back(json::parse(line));

@@ -1,4 +1,4 @@
-// A scenario: a host, and the calls that are made on its feature lists in order.
+// A scenario: a host, and the calls on its feature lists in order.
 #ifndef TESTS_CONFORMANCE_SCENARIO_H_
 #define TESTS_CONFORMANCE_SCENARIO_H_
 
@@ -14,7 +14,8 @@ namespace conformance {
 
 struct CallFunction;
 
-// One structure per kind of step, named after its `do`. Strings are UTF-8; `data` may be any bytes.
+// Each kind of step has a struct, which is named after the step's `do`. Strings are UTF-8, and
+// `data` may contain any bytes.
 
 struct ConstructStep {};
 struct LoadStep {
@@ -22,7 +23,7 @@ struct LoadStep {
 };
 struct LoadResourceStep {
   std::string path;
-  /// Absent if the resource manager has no resource.
+  /// Empty if the resource manager has no resource.
   std::optional<std::string> data;
 };
 struct InitStep {
@@ -46,11 +47,11 @@ struct EnsureSectionStep {
   std::string name;
   std::string description;
 };
-/// Which of the two state callbacks a list is given.
+/// The state callbacks that a list receives.
 enum class Callbacks { kBoth, kGetter, kSetter, kNone };
 
-/// The host of a scenario. In addition to its services: the content of the state store, and the
-/// callbacks.
+/// The host of a scenario. It adds the content of the state store and the callbacks to a host
+/// description.
 struct ScenarioHost : hosts::common::HostDescription {
   Texts state;
   Callbacks callbacks = Callbacks::kBoth;
@@ -59,8 +60,8 @@ struct ScenarioHost : hosts::common::HostDescription {
 struct HostStep {
   /// The complete host from this step on.
   ScenarioHost host;
-  /// The debug entries and the state also hold what the library wrote, so a step replaces them only
-  /// if it has the member.
+  /// Whether the step has the members `debug` and `state`. If not, the current entries stay,
+  /// because the library may have written some of them.
   bool replacesDebug = false;
   bool replacesState = false;
 };
@@ -100,7 +101,7 @@ using Step =
 
 struct Scenario {
   std::string name;
-  /// Results give persisted lists as they were written instead of sorted.
+  /// Whether results contain persisted lists as strings instead of sorted arrays.
   bool exactTexts = false;
   ScenarioHost host;
   std::vector<Step> steps;

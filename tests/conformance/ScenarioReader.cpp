@@ -29,7 +29,7 @@ std::string DecodeData(const JsonReader& encoded) {
   return *std::move(bytes);
 }
 
-/// Reads the data file, which a step gives in one of three forms.
+/// Returns the data file of a step, which has one of three forms, or nullopt if the step has none.
 std::optional<std::string> ReadOptionalData(const JsonReader& step) {
   const auto text = step.Find("data");
   const auto lines = step.Find("dataLines");
@@ -50,14 +50,14 @@ std::string ReadData(const JsonReader& step) {
   return *std::move(data);
 }
 
-/// Reads a step that has no other members.
-template <class BareStep>
-Step ReadBare(const JsonReader& step) {
+/// Reads a step whose only member is `do`.
+template <class EmptyStep>
+Step ReadEmpty(const JsonReader& step) {
   step.RequireObject({"do"});
-  return BareStep{};
+  return EmptyStep{};
 }
 
-/// Reads a step that has only a data file.
+/// Reads a step whose only members are `do` and a data file.
 template <class DataStep>
 Step ReadWithData(const JsonReader& step) {
   return DataStep{ReadData(step)};
@@ -135,7 +135,7 @@ Step ReadCaptureStyle(const JsonReader& step) {
 }
 
 /// Whether a step creates a list or needs one.
-enum class ListUse { kMakes, kNeeds, kNone };
+enum class ListUse { kCreates, kNeeds, kNone };
 
 struct StepForm {
   std::string_view name;
@@ -144,23 +144,23 @@ struct StepForm {
 };
 
 constexpr std::array<StepForm, 19> kStepForms = {{
-    {"construct", ListUse::kMakes, ReadBare<ConstructStep>},
-    {"load", ListUse::kMakes, ReadWithData<LoadStep>},
-    {"loadResource", ListUse::kMakes, ReadLoadResource},
+    {"construct", ListUse::kCreates, ReadEmpty<ConstructStep>},
+    {"load", ListUse::kCreates, ReadWithData<LoadStep>},
+    {"loadResource", ListUse::kCreates, ReadLoadResource},
     {"init", ListUse::kNeeds, ReadWithData<InitStep>},
     {"parse", ListUse::kNeeds, ReadWithData<ParseStep>},
-    {"parseBetaFeatures", ListUse::kNeeds, ReadBare<ParseBetaFeaturesStep>},
-    {"bubble", ListUse::kNeeds, ReadBare<BubbleStep>},
-    {"refresh", ListUse::kNeeds, ReadBare<RefreshStep>},
+    {"parseBetaFeatures", ListUse::kNeeds, ReadEmpty<ParseBetaFeaturesStep>},
+    {"bubble", ListUse::kNeeds, ReadEmpty<BubbleStep>},
+    {"refresh", ListUse::kNeeds, ReadEmpty<RefreshStep>},
     {"insert", ListUse::kNeeds, ReadInsert},
     {"ensureSection", ListUse::kNeeds, ReadEnsureSection},
     {"isAnythingNew", ListUse::kNeeds, ReadIsAnythingNew},
-    {"isAnythingNeedingRating", ListUse::kNeeds, ReadBare<IsAnythingNeedingRatingStep>},
+    {"isAnythingNeedingRating", ListUse::kNeeds, ReadEmpty<IsAnythingNeedingRatingStep>},
     {"rate", ListUse::kNeeds, ReadRate},
     {"format", ListUse::kNeeds, ReadFormat},
-    {"items", ListUse::kNeeds, ReadBare<ItemsStep>},
-    {"newSeenState", ListUse::kNeeds, ReadBare<NewSeenStateStep>},
-    {"debug", ListUse::kNone, ReadBare<DebugStep>},
+    {"items", ListUse::kNeeds, ReadEmpty<ItemsStep>},
+    {"newSeenState", ListUse::kNeeds, ReadEmpty<NewSeenStateStep>},
+    {"debug", ListUse::kNone, ReadEmpty<DebugStep>},
     {"call", ListUse::kNone, ReadCall},
     {"captureStyle", ListUse::kNeeds, ReadCaptureStyle},
 }};
@@ -177,7 +177,8 @@ Callbacks ReadCallbacks(const JsonReader& member) {
   member.FailExpecting("\"both\", \"getter\", \"setter\" or \"none\"");
 }
 
-/// Replaces those members of `host` that the object has. The object may have `others` as well.
+/// Replaces the members of `host` that `object` has. `others` are the names of further members that
+/// `object` may have.
 void ReadScenarioHost(const JsonReader& object, std::initializer_list<std::string_view> others,
                       ScenarioHost& host) {
   std::vector<std::string_view> known(others);
@@ -188,8 +189,8 @@ void ReadScenarioHost(const JsonReader& object, std::initializer_list<std::strin
   if (const auto callbacks = object.Find("callbacks")) host.callbacks = ReadCallbacks(*callbacks);
 }
 
-/// Reads the steps of one scenario in order, because a step may need a list that an earlier step
-/// creates.
+/// Reads the steps of one scenario in order. The order matters, because some steps need a list that
+/// an earlier step creates.
 class StepReader {
  public:
   explicit StepReader(const ScenarioHost& host) : host_(host) {}
@@ -206,7 +207,7 @@ class StepReader {
   }
 
  private:
-  /// Reads the host's members, which are members of the step.
+  /// Reads a host step. The host's members are members of the step itself.
   Step ReadHost(const JsonReader& step) {
     ReadScenarioHost(step, {"do", "state"}, host_);
     return HostStep{.host = host_,
@@ -215,8 +216,8 @@ class StepReader {
   }
 
   void RequireList(const JsonReader& step, ListUse use) {
-    if (use == ListUse::kMakes) listMade_ = true;
-    if (use == ListUse::kNeeds && !listMade_) {
+    if (use == ListUse::kCreates) listExists_ = true;
+    if (use == ListUse::kNeeds && !listExists_) {
       step.Fail("this step needs a list; create one first (construct, load, loadResource)");
     }
   }
@@ -228,7 +229,7 @@ class StepReader {
   }
 
   ScenarioHost host_;
-  bool listMade_ = false;
+  bool listExists_ = false;
 };
 
 }  // namespace
@@ -237,7 +238,7 @@ Scenario ReadScenario(const JsonReader& object) {
   object.RequireObject({"name", "intent", "exactTexts", "host", "steps", "expect"});
   Scenario scenario;
   scenario.name = object.Member("name").Text();
-  // The intent is for readers; it only has to be a text.
+  // The program does not use the intent, so the reader only checks its type.
   if (const auto intent = object.Find("intent")) intent->Text();
   if (const auto exactTexts = object.Find("exactTexts")) {
     scenario.exactTexts = exactTexts->Boolean();

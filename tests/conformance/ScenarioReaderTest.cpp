@@ -21,7 +21,7 @@ Scenario Read(std::string_view json) {
   return ReadScenario(JsonReader(document));
 }
 
-/// Returns a scenario with these steps; `steps` has no brackets.
+/// Returns a scenario with these steps. `steps` is the content of the array, without brackets.
 std::string WithSteps(std::string_view steps) {
   return R"({"name":"x","host":{},"steps":[)" + std::string(steps) + "]}";
 }
@@ -35,7 +35,7 @@ std::string ErrorOf(std::string_view json) {
   return "";
 }
 
-/// Returns a step that must be of this kind.
+/// Reads a step and returns it as a `Kind`. Throws if it is of another kind.
 template <class Kind>
 Kind ReadStep(std::string_view step) {
   return std::get<Kind>(Read(WithSteps(R"({"do":"construct"},)" + std::string(step))).steps.at(1));
@@ -58,7 +58,7 @@ TEST(ScenarioReader, ReadsIntentAndExactTexts) {
   EXPECT_FALSE(Read(R"({"name":"n","exactTexts":false,"steps":[]})").exactTexts);
 }
 
-TEST(ScenarioReader, AcceptsAnAbsentHostAndNoSteps) {
+TEST(ScenarioReader, AcceptsAMissingHostAndNoSteps) {
   const Scenario scenario = Read(R"({"name":"n","steps":[]})");
   EXPECT_EQ(scenario.host.clientVersion, "25.1");
   EXPECT_TRUE(scenario.steps.empty());
@@ -101,7 +101,7 @@ TEST(ScenarioReader, ReadsTheMembersOfSteps) {
   EXPECT_EQ(ReadStep<IsAnythingNewStep>(R"({"do":"isAnythingNew","options":255})").options, 255);
 }
 
-TEST(ScenarioReader, UsesDefaultsForAbsentMembersOfFormat) {
+TEST(ScenarioReader, UsesDefaultsForMissingMembersOfFormat) {
   const auto bare = ReadStep<FormatStep>(R"({"do":"format","options":0})");
   EXPECT_EQ(bare.placeholder, "");
   EXPECT_TRUE(bare.ratingMap);
@@ -138,7 +138,7 @@ TEST(ScenarioReader, KeepsHostMembersThatAStepDoesNotReplace) {
   EXPECT_FALSE(std::get<HostStep>(scenario.steps[2]).replacesDebug);
 }
 
-TEST(ScenarioReader, ReadsTheNameOfTheCallbacks) {
+TEST(ScenarioReader, ReadsCallbacks) {
   const std::pair<std::string, Callbacks> names[] = {{"both", Callbacks::kBoth},
                                                      {"getter", Callbacks::kGetter},
                                                      {"setter", Callbacks::kSetter},
@@ -221,7 +221,7 @@ TEST(ScenarioReader, RejectsMalformedSteps) {
 }
 
 TEST(ScenarioReader, RejectsAStepThatNeedsAListBeforeOneExists) {
-  const std::string_view users[] = {
+  const std::string_view usingSteps[] = {
       R"({"do":"init","data":""})",
       R"({"do":"parse","data":""})",
       R"({"do":"parseBetaFeatures"})",
@@ -239,12 +239,14 @@ TEST(ScenarioReader, RejectsAStepThatNeedsAListBeforeOneExists) {
           "lengthAdjust":0,"string":""})",
       R"({"do":"call","function":"LocalizeIfNecessary","arguments":[""]})",
   };
-  const std::string_view makers[] = {R"({"do":"construct"})", R"({"do":"load","data":""})",
-                                     R"({"do":"loadResource","path":""})"};
-  for (const std::string_view user : users) {
-    EXPECT_THAT(ErrorOf(WithSteps(user)), HasSubstr("/steps/0: this step needs a list")) << user;
-    for (const std::string_view maker : makers) {
-      EXPECT_EQ(ErrorOf(WithSteps(std::string(maker) + ',' + std::string(user))), "") << user;
+  const std::string_view creatingSteps[] = {R"({"do":"construct"})", R"({"do":"load","data":""})",
+                                            R"({"do":"loadResource","path":""})"};
+  for (const std::string_view usingStep : usingSteps) {
+    EXPECT_THAT(ErrorOf(WithSteps(usingStep)), HasSubstr("/steps/0: this step needs a list"))
+        << usingStep;
+    for (const std::string_view creatingStep : creatingSteps) {
+      EXPECT_EQ(ErrorOf(WithSteps(std::string(creatingStep) + ',' + std::string(usingStep))), "")
+          << usingStep;
     }
   }
 }

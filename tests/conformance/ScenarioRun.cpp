@@ -26,7 +26,7 @@ using orncore::string::UTF8to16;
 namespace {
 
 /// The host of one scenario and the list that its steps use. Each kind of step has an overload of
-/// `Do`, which makes the call and returns its result.
+/// `Do`, which executes the step and returns its result.
 class ScenarioWorld {
  public:
   ScenarioWorld(const ScenarioHost& host, ListForm listForm)

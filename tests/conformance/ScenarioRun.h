@@ -1,4 +1,4 @@
-// Runs a scenario: a new host, then its calls in order.
+// Runs the calls of a scenario with a new host.
 #ifndef TESTS_CONFORMANCE_SCENARIORUN_H_
 #define TESTS_CONFORMANCE_SCENARIORUN_H_
 
@@ -9,7 +9,7 @@
 namespace conformance {
 
 /// Runs the steps of a scenario and returns the array of their results. Resets all services first,
-/// so that no earlier scenario has an effect. Throws what the library throws. Not thread-safe.
+/// so that earlier scenarios have no effect. Exceptions of the library propagate. Not thread-safe.
 nlohmann::json RunScenario(const Scenario& scenario);
 
 }  // namespace conformance

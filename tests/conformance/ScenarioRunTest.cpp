@@ -14,7 +14,7 @@ using hosts::common::JsonDocument;
 using hosts::common::JsonReader;
 using nlohmann::json;
 
-/// Runs scenarios. The fake host of the fixture resets the services.
+/// Runs scenarios. The fixture's fake host resets the services.
 class ScenarioRunTest : public test_support::FakeHostTest {
  protected:
   static json Run(std::string_view host, std::string_view steps) {
@@ -25,18 +25,18 @@ class ScenarioRunTest : public test_support::FakeHostTest {
   }
 };
 
-TEST_F(ScenarioRunTest, StartsFromAFreshHost) {
-  const std::string_view look = R"([{"do":"construct"},{"do":"debug"},
+TEST_F(ScenarioRunTest, StartsWithANewHost) {
+  const std::string_view queries = R"([{"do":"construct"},{"do":"debug"},
       {"do":"call","function":"GetFullClientVersionString","arguments":[]},
       {"do":"call","function":"LocalizeIfNecessary","arguments":["$$$/a=default"]},
       {"do":"call","function":"AnalyticsDisabled","arguments":[]}])";
   Run(R"({"clientVersion":"1.2.3","usageLogging":false,"debug":{"d":"1"},
           "dictionary":{"$$$/a":"translated"}})",
-      look);
-  EXPECT_EQ(Run("{}", look), json::parse(R"([null,{},"25.1.0.42","default",false])"));
+      queries);
+  EXPECT_EQ(Run("{}", queries), json::parse(R"([null,{},"25.1.0.42","default",false])"));
 }
 
-TEST_F(ScenarioRunTest, LogsTheWritesOfOneStepOnly) {
+TEST_F(ScenarioRunTest, ReportsOnlyTheWritesOfTheStep) {
   const json results = Run(R"({"state":{"WhatsNew.AllVersionSeenWhatsNew":"b a"}})",
                            R"([{"do":"load","data":""},{"do":"format","options":0},
                                {"do":"rate","key":"none"}])");
@@ -46,7 +46,7 @@ TEST_F(ScenarioRunTest, LogsTheWritesOfOneStepOnly) {
   EXPECT_EQ(results[2], json::parse(R"({"writes":[]})"));
 }
 
-TEST_F(ScenarioRunTest, KeepsTheStateInTheDebugDatabaseUnlessThereAreBothCallbacks) {
+TEST_F(ScenarioRunTest, KeepsStateInTheDebugDatabaseIfACallbackIsMissing) {
   for (const std::string_view callbacks : {"getter", "setter", "none"}) {
     const json results =
         Run(R"({"state":{"WhatsNew.LastVersionSeenWhatsNew":"24"},"callbacks":")" +
@@ -71,7 +71,7 @@ TEST_F(ScenarioRunTest, ReplacesOnlyTheMembersOfAHostStep) {
   EXPECT_EQ(results[5], json::parse(R"({"b":"2"})"));
 }
 
-TEST_F(ScenarioRunTest, KeepsTheStateThatWasWrittenUntilAStepReplacesIt) {
+TEST_F(ScenarioRunTest, KeepsWrittenStateUntilAStepReplacesIt) {
   const json results = Run(R"({})", R"([{"do":"construct"},{"do":"format","options":0},
                        {"do":"host","clientVersion":"26"},{"do":"refresh"},
                        {"do":"format","options":1},{"do":"host","state":{}},{"do":"refresh"},

@@ -25,7 +25,7 @@ int main(int argc, char** argv) {
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& error) {
-    return app.exit(error) == 0 ? conformance::kAllWell : conformance::kNotRun;
+    return app.exit(error) == 0 ? conformance::kSuccess : conformance::kNotRun;
   }
 
   std::ios::sync_with_stdio(false);
