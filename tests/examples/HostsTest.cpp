@@ -1,5 +1,5 @@
-// The example's host descriptions are one application with different users, so they have the same
-// features.
+// Tests the host descriptions of the example. They describe one application with different users,
+// so they must have the same features.
 #include <filesystem>
 #include <map>
 #include <memory>
@@ -53,7 +53,7 @@ TEST(ExampleHosts, TheEarlierVersionHasFewerFeatures) {
   }
 }
 
-TEST(ExampleHosts, ShowEveryVisibilityAndSwitch) {
+TEST(ExampleHosts, ContainEveryVisibilityAndSwitch) {
   std::set<int> visibilities;
   std::set<std::pair<bool, bool>> switches;
   for (const auto& feature : ReadHost("host.json").betaFeatures) {
@@ -64,14 +64,14 @@ TEST(ExampleHosts, ShowEveryVisibilityAndSwitch) {
   EXPECT_EQ(switches.size(), 4U);
 }
 
-TEST(ExampleHosts, OnlyTheGermanOneHasADictionary) {
+TEST(ExampleHosts, OnlyTheGermanHostHasADictionary) {
   for (const char* name : {"host.json", "internal.json", "opted-out.json", "earlier.json"}) {
     EXPECT_TRUE(ReadHost(name).dictionary.empty()) << name;
   }
   EXPECT_GT(ReadHost("host.de.json").dictionary.size(), 20U);
 }
 
-/// A dictionary that records the keys of its queries.
+/// An empty dictionary that records the keys of its queries.
 class QueriedKeys : public orncore::config::DictionarySource {
  public:
   std::optional<std::string> Find(std::string_view key) const override {
@@ -82,7 +82,8 @@ class QueriedKeys : public orncore::config::DictionarySource {
   mutable std::set<std::string> keys;
 };
 
-TEST(ExampleHosts, TranslateEveryTextOfThePanel) {
+TEST(ExampleHosts, GermanHostTranslatesEveryTextOfThePanel) {
+  // These texts contain only layout, which is the same in every language.
   const std::set<std::string> untranslated = {
       "$$$/ornwhatsnew/Feature/Detail/Plain/DisplayTemplate/Tab",
       "$$$/ornwhatsnew/Feature/Detail/Plain/DisplayTemplate",

@@ -1,5 +1,5 @@
-// Two pages show commands with their output: the walk through the example application and the
-// manual for authors of data files. These tests run the commands and compare the output.
+// Two pages show commands with their output: the README of the examples and the manual for authors
+// of data files. These tests run the commands and compare the output.
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
@@ -26,7 +26,7 @@ std::string ReadAll(const std::filesystem::path& path) {
   return {std::istreambuf_iterator<char>(file), {}};
 }
 
-// The output of a command, both streams in the order of writing.
+// Runs a command and returns the lines that it writes to standard output and standard error.
 Lines RunInShell(const std::string& command) {
   const std::unique_ptr<std::FILE, int (*)(std::FILE*)> pipe(
       popen(("{ " + command + "; } 2>&1").c_str(), "r"), pclose);
@@ -44,19 +44,20 @@ std::string JoinLines(const Lines& lines) {
   return text;
 }
 
-// Runs the commands of `page` in the current folder and compares what they print.
+// Runs the commands of `page` in the current folder and compares their output with the page.
 void ExpectPageShowsWhatItsCommandsPrint(const std::string& page) {
   const auto commands = ReadShownCommands(ReadAll(page));
   ASSERT_GT(commands.size(), 10U);
   for (const ShownCommand& shown : commands) {
     const Lines output = RunInShell(shown.command);
     EXPECT_TRUE(IsShown(shown.output, output)) << "$ " << shown.command << "\nprints\n"
-                                               << JoinLines(output) << "and the page shows\n"
+                                               << JoinLines(output) << "but the page shows\n"
                                                << JoinLines(shown.output);
   }
 }
 
-// A reader's shell: in a folder of examples, with the program in the PATH and a new state store.
+// Sets up the environment of the commands: a folder with examples, a PATH with the program, and a
+// new state store.
 class ExamplePage : public ::testing::Test {
  protected:
   void SetUp() override {
@@ -77,13 +78,13 @@ TEST_F(ExamplePage, ShowsTheOutputOfItsCommands) {
   ExpectPageShowsWhatItsCommandsPrint(EXAMPLE_PAGE);
 }
 
-TEST_F(ExamplePage, DataFileManualShowsWhatItsCommandsPrint) {
+TEST_F(ExamplePage, DataFileManualShowsTheOutputOfItsCommands) {
   std::filesystem::current_path(RULES_FOLDER);
   ExpectPageShowsWhatItsCommandsPrint(RULES_PAGE);
 }
 
-// Rows of its tables: | line | `text of the line` | what it shows |
-TEST_F(ExamplePage, NamesTheLinesOfTheDataFile) {
+// The tables have rows of this form: | line | `text of the line` | what it shows |
+TEST_F(ExamplePage, QuotesTheLinesOfTheDataFile) {
   const Lines data = SplitLines(ReadAll("whatsnew.csv"));
   const std::regex tableRow(R"(^\| (\d+) \| `([^`]+)` \|)");
   int rowCount = 0;

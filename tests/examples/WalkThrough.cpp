@@ -9,11 +9,11 @@ namespace {
 
 constexpr std::string_view kDots = "...";
 
-bool IsAnyLines(std::string_view line) {
+bool MatchesAnyLines(std::string_view line) {
   return line == kDots;
 }
 
-// Returns whether a line matches the shown one, in which "..." matches any characters.
+// Returns whether `line` matches `shown`, in which "..." matches any characters.
 bool IsShownLine(std::string_view shown, std::string_view line) {
   const std::size_t dots = shown.find(kDots);
   if (dots == std::string_view::npos) return shown == line;
@@ -58,23 +58,23 @@ bool IsShown(const Lines& shown, const Lines& output) {
   std::span<const std::string> rest(output);
   bool isAnchored = true;
   while (true) {
-    const auto gap = std::ranges::find_if(expected, IsAnyLines);
-    const auto piece = expected.first(static_cast<std::size_t>(gap - expected.begin()));
+    const auto gap = std::ranges::find_if(expected, MatchesAnyLines);
+    const auto block = expected.first(static_cast<std::size_t>(gap - expected.begin()));
     const bool isLast = gap == expected.end();
     if (isLast && !isAnchored) {
-      return piece.size() <= rest.size() &&
-             std::ranges::equal(piece, rest.last(piece.size()), IsShownLine);
+      return block.size() <= rest.size() &&
+             std::ranges::equal(block, rest.last(block.size()), IsShownLine);
     }
     const auto isShownLine = [](std::string_view line, std::string_view shownLine) {
       return IsShownLine(shownLine, line);
     };
     const auto found =
-        std::search(rest.begin(), rest.end(), piece.begin(), piece.end(), isShownLine);
-    if (found == rest.end() && !piece.empty()) return false;
+        std::search(rest.begin(), rest.end(), block.begin(), block.end(), isShownLine);
+    if (found == rest.end() && !block.empty()) return false;
     if (isAnchored && found != rest.begin()) return false;
-    rest = rest.subspan(static_cast<std::size_t>(found - rest.begin()) + piece.size());
+    rest = rest.subspan(static_cast<std::size_t>(found - rest.begin()) + block.size());
     if (isLast) return rest.empty();
-    expected = expected.subspan(piece.size() + 1);
+    expected = expected.subspan(block.size() + 1);
     isAnchored = false;
   }
 }

@@ -1,4 +1,4 @@
-// Reads the console blocks of a page: commands and their output.
+// Reads the console blocks of a Markdown page, which contain commands and their output.
 #ifndef TESTS_EXAMPLES_WALKTHROUGH_H_
 #define TESTS_EXAMPLES_WALKTHROUGH_H_
 
@@ -13,7 +13,7 @@ using Lines = std::vector<std::string>;
 /// Returns the lines of a text without the empty lines at its end.
 Lines SplitLines(std::string_view text);
 
-/// One command of a page, and its output on the page.
+/// A command in a page, and the output that the page shows for it.
 struct ShownCommand {
   std::string command;
   Lines output;
@@ -22,8 +22,8 @@ struct ShownCommand {
 /// Returns the commands (lines that begin with "$ ") of all blocks that open with "```console".
 std::vector<ShownCommand> ReadShownCommands(std::string_view page);
 
-/// Returns whether the output matches the page. A line "..." matches any number of lines, and "..."
-/// within a line matches any characters.
+/// Returns whether `output` matches `shown`. In `shown`, the line "..." matches any number of
+/// lines, and "..." within a line matches any characters.
 bool IsShown(const Lines& shown, const Lines& output);
 
 }  // namespace examples

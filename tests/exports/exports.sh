@@ -10,7 +10,8 @@ fail() {
   exit 1
 }
 
-# Prints short names for the standard string types, so that signatures are readable.
+# Prints the symbols. Replaces the standard string types by short names to make the signatures
+# readable.
 list() {
   local traits='std::char_traits<\1>' allocator='std::allocator<\1>'
   local text="std::__cxx11::basic_string<\\(char\\|char16_t\\), $traits, $allocator >"

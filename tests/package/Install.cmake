@@ -1,6 +1,6 @@
-# Installs the build tree BUILD into an empty PREFIX and looks whether what a host needs is there.
-# PROGRAM, when this build has one, is the installed program; it has to find its libraries, and DATA
-# holds what it reads.
+# Installs the build tree BUILD into an empty folder PREFIX and checks the installed files. PROGRAM is
+# the path of the installed program in PREFIX, or empty if this build has no program. The program must
+# start and find its libraries. DATA is the folder of the schema and the examples in PREFIX.
 file(REMOVE_RECURSE ${PREFIX})
 execute_process(COMMAND ${CMAKE_COMMAND} --install ${BUILD} --prefix ${PREFIX}
                 OUTPUT_QUIET COMMAND_ERROR_IS_FATAL ANY)

@@ -1,7 +1,7 @@
-# Configures the application in PARENT without and with this project, SOURCE, as a folder of it, the
-# latter twice, because a cache entry of the first run would take effect in the second. Fails if the
-# kind of the application's own library changes, or if an unprefixed cache entry is added. WORK is an
-# empty folder for the builds, GENERATOR and COMPILER are those of this build.
+# Configures the application in PARENT without and with the project SOURCE as a subdirectory. Fails if
+# the project changes the kind of the application's own library, or adds a cache entry without a
+# prefix. Configures the second build twice, because a cache entry takes effect in the second run.
+# WORK is the folder for the builds. GENERATOR and COMPILER are those of this build.
 cmake_minimum_required(VERSION 3.25)
 
 function(configure folder)
@@ -11,7 +11,7 @@ function(configure folder)
     OUTPUT_QUIET COMMAND_ERROR_IS_FATAL ANY)
 endfunction()
 
-# Sets RESULT to the names of the cache entries of a build folder that a user can set.
+# Sets RESULT to the names of the cache entries in FOLDER that a user can set.
 function(read_cache_names folder result)
   file(STRINGS ${folder}/CMakeCache.txt lines REGEX "^[^#/].*:[A-Z]+=")
   list(FILTER lines EXCLUDE REGEX ":(INTERNAL|STATIC)=")
@@ -36,7 +36,7 @@ list(REMOVE_ITEM added ${before})
 if(NOT "ORNWHATSNEW_INSTALL" IN_LIST added)
   message(FATAL_ERROR "no cache entry of this project was found")
 endif()
-# The modules that find the dependencies create entries with the names of these packages.
+# The find modules of the dependencies add entries with the prefixes of their packages.
 list(FILTER added EXCLUDE REGEX "^(ORNWHATSNEW|ICU|Boost|boost)_")
 if(added)
   message(FATAL_ERROR "cache entries without a prefix were added: ${added}")

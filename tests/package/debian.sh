@@ -2,9 +2,9 @@
 # Builds the example host with the contents of the Debian packages. Then installs the packages on a
 # clean system, runs the program, removes the packages, and fails if files remain.
 # usage: debian.sh PACKAGES CACHE
-# PACKAGES is the folder with the *.deb files, CACHE a folder that keeps the clean system for the next
-# run. Exit status 77: this machine cannot install packages in a clean system; standard output says
-# why.
+# PACKAGES is the folder with the *.deb files. CACHE is a folder that keeps the clean system for the
+# next run. If this machine cannot create a clean system, the script prints the reason to standard
+# output and exits with status 77.
 set -euo pipefail
 
 skip() {
@@ -18,21 +18,22 @@ cache=$(realpath "$2")
 work=$(mktemp -d -p "$cache" work.XXXXXX)
 root=$work/root
 mkdir -m 755 "$root"
-# debootstrap mounts /proc there, and does not unmount it when it is interrupted.
+# An interrupted debootstrap leaves /proc mounted in the new system.
 trap 'umount --lazy "$root/proc" 2>/dev/null || true; rm -rf --one-file-system "$work"' EXIT
 
-# Builds the example host as a developer would with both packages installed.
+# Builds and runs the example host like a developer who installed both packages.
 try_development() {
   local unpacked=$work/unpacked built=$work/built file
   for file in "$packages"/*.deb; do dpkg-deb --extract "$file" "$unpacked"; done
   local example=$unpacked/usr/share/ornwhatsnew/examples/host
   cmake -S "$example" -B "$built" -DCMAKE_PREFIX_PATH="$unpacked/usr" &&
     cmake --build "$built" && diff "$example/output.txt" <("$built/herbarium") &&
-    # Without other packages: a host of the shared library needs no other pkg-config file.
+    # PKG_CONFIG_LIBDIR excludes all other packages, because a host of the shared library must not need
+    # their pkg-config files.
     PKG_CONFIG_LIBDIR=$(echo "$unpacked"/usr/lib/*/pkgconfig) pkg-config --cflags --libs ornwhatsnew
 }
 
-# Both packages contain the documents, and mandoc accepts the generated man page.
+# Checks that both packages contain the documents, and that mandoc accepts the generated man page.
 check_documents() {
   local unpacked=$work/unpacked name page
   for name in ornwhatsnew ornwhatsnew-dev; do
@@ -60,16 +61,17 @@ release=${VERSION_CODENAME:-}
 export DEBIAN_FRONTEND=noninteractive LC_ALL=C
 
 # Prints the package sources of this machine as lines of a sources.list.
-# shellcheck disable=SC2016  # the names are those of apt-get
+# shellcheck disable=SC2016  # apt-get expands these names, not the shell
 sources() {
   apt-get indextargets --format 'deb $(REPO_URI) $(RELEASE) $(COMPONENT)' \
     'Created-By: Packages' 'Origin: Debian'
 }
 
+# Runs a command in the clean system.
 in_root() { chroot "$root" "$@"; }
 
-# Unpacks or creates a clean system. It is recreated once a week, because old package lists name
-# packages that were removed from the archive.
+# Unpacks or creates a clean system. Recreates it once a week, because old package lists contain
+# packages that the archive no longer has.
 clean_system() {
   local archive=$cache/$release.tar mirror
   if [[ -n $(find "$archive" -mtime -7 2>/dev/null) ]]; then
@@ -89,19 +91,20 @@ clean_system() {
   mv "$archive.new" "$archive"
 }
 
-# Prints every file of the system except the records of the package system itself.
+# Prints every file of the clean system except temporary files and the records of the package system.
 list_files() {
   find "$root" -xdev \( -path "$root/proc" -o -path "$root/dev" -o -path "$root/tmp" \
     -o -path "$root/var/cache" -o -path "$root/var/lib/apt" -o -path "$root/var/lib/dpkg" \
     -o -path "$root/var/log" \) -prune -o -printf '%y %P\n' | sort
 }
 
-# Runs a command as a user who is not root, in the folder of the example.
+# Runs a command as an unprivileged user in the folder of the example.
 as_user() {
   in_root chroot --userspec=nobody:nogroup / env -i HOME=/tmp/home PATH=/usr/bin:/bin \
     sh -c "cd /usr/share/ornwhatsnew/examples/herbarium && $1"
 }
 
+# Fails unless the text $1 contains $2.
 expect() {
   grep -qF -e "$2" <<<"$1" || {
     printf 'expected "%s" in:\n%s\n' "$2" "$1" >&2

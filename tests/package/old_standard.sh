@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Compiles each header as C++17. The first error must be the one that requires C++20.
+# Compiles each header as C++17. The first error must say that the library requires C++20.
 # usage: old_standard.sh COMPILER INCLUDE_FOLDER HEADER...
 set -euo pipefail
 

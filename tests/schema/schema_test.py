@@ -1,11 +1,11 @@
 #!/usr/bin/env python3
-"""Holds the schema of the host description against the program that reads descriptions: what the
-one takes, the other takes as well.
+"""Checks that the schema and the program accept the same host descriptions.
 
 usage: schema_test.py PROGRAM SCHEMA DATA DESCRIPTION...
 
-DATA is any data file. Each DESCRIPTION is judged by both, and so are descriptions made from the
-schema: every member with every kind of value, numbers around their bounds, unknown members.
+DATA is any data file. The test compares the schema and the program on each DESCRIPTION and on
+generated descriptions. The generated descriptions contain every member with every type of value,
+numbers at the limits of their range, and unknown members.
 """
 
 import json
@@ -21,8 +21,8 @@ VALUES = ["", "text", 0, -1, 1.5, True, False, None, [], [0], {}, {"x": ""}, {"x
 BOUNDS = [2**31 - 1, 2**31, -(2**31), -(2**31) - 1]
 
 
-class Judges:
-    """The schema and the program, asked about the same text."""
+class SchemaComparison:
+    """Compares the results of the schema and of the program for the same descriptions."""
 
     def __init__(self, program, schema, data):
         self.program = program
@@ -32,10 +32,10 @@ class Judges:
         jsonschema.Draft7Validator.check_schema(schema)
         self.validator = jsonschema.Draft7Validator(schema)
         self.folder = tempfile.TemporaryDirectory()
-        self.judged = {True: 0, False: 0}
+        self.counts = {True: 0, False: 0}
 
-    def complaint(self, text):
-        """What the program says against a description, empty when it takes it."""
+    def program_error(self, text):
+        """Returns the program's error message, or "" if the program accepts the description."""
         path = pathlib.Path(self.folder.name) / "host.json"
         path.write_text(text, encoding="utf-8")
         run = subprocess.run(
@@ -45,43 +45,46 @@ class Judges:
             sys.exit(f"{self.program} ends with {run.returncode} on {text}: {run.stderr}")
         return run.stderr
 
-    def agree(self, text):
-        value = json.loads(text)
-        complaint = self.complaint(text)
-        allowed = self.validator.is_valid(value)
-        if allowed != (complaint == ""):
-            sys.exit(f"{text}\nschema: {'valid' if allowed else 'not valid'}\n"
-                     f"program: {complaint or 'takes it'}")
-        self.judged[allowed] += 1
+    def compare(self, text):
+        """Exits with a message if the schema and the program disagree about a description."""
+        error = self.program_error(text)
+        is_valid = self.validator.is_valid(json.loads(text))
+        if is_valid != (error == ""):
+            sys.exit(f"{text}\nschema: {'valid' if is_valid else 'invalid'}\n"
+                     f"program: {error or 'no error'}")
+        self.counts[is_valid] += 1
 
-    def agree_on_members(self):
+    def compare_members(self):
         for name in self.properties:
             for value in VALUES + BOUNDS:
-                self.agree(json.dumps({name: value}))
+                self.compare(json.dumps({name: value}))
         for name in self.feature_properties:
             for value in VALUES + BOUNDS:
-                self.agree(json.dumps({"betaFeatures": [{name: value}]}))
+                self.compare(json.dumps({"betaFeatures": [{name: value}]}))
 
-    def agree_on_names(self):
-        """The names that the program offers for an unknown one are those of the schema."""
+    def compare_known_members(self):
+        """Compares the known members in the program's error messages with those of the schema."""
         for text, properties in [('{"?": 0}', self.properties),
                                  ('{"betaFeatures": [{"?": 0}]}', self.feature_properties)]:
-            self.agree(text)
-            offered = re.findall(r'"([^"]*)"', self.complaint(text).split("known members:")[1])
-            if set(offered) != set(properties):
-                sys.exit(f"the program knows {offered}, the schema {list(properties)}")
+            self.compare(text)
+            known = re.findall(r'"([^"]*)"', self.program_error(text).split("known members:")[1])
+            if set(known) != set(properties):
+                sys.exit(f"members of the program: {known}, of the schema: {list(properties)}")
 
 
-def readable(path):
-    """A description's text; none for what only the reader of JSON can refuse."""
+def read_description(path):
+    """Returns the text of a description, or None if a JSON reader must reject it.
+
+    The schema cannot describe such errors: invalid UTF-8 or JSON, and duplicate members.
+    """
     def unique(pairs):
         if len({name for name, _ in pairs}) != len(pairs):
-            raise ValueError("a member stands there twice")
+            raise ValueError("duplicate member")
         return dict(pairs)
     try:
         text = path.read_bytes().decode("utf-8")
         value = json.loads(text, object_pairs_hook=unique)
-        json.dumps(value, ensure_ascii=False).encode("utf-8")  # no half characters
+        json.dumps(value, ensure_ascii=False).encode("utf-8")  # fails for unpaired surrogates
         return text
     except (ValueError, RecursionError):
         return None
@@ -89,14 +92,16 @@ def readable(path):
 
 def main():
     program, schema, data, *descriptions = sys.argv[1:]
-    judges = Judges(program, json.loads(pathlib.Path(schema).read_text(encoding="utf-8")), data)
-    judges.agree_on_members()
-    judges.agree_on_names()
+    schema = json.loads(pathlib.Path(schema).read_text(encoding="utf-8"))
+    comparison = SchemaComparison(program, schema, data)
+    comparison.compare_members()
+    comparison.compare_known_members()
     for path in map(pathlib.Path, descriptions):
-        text = readable(path)
+        text = read_description(path)
         if text is not None:
-            judges.agree(text)
-    print(f"agree on {judges.judged[True]} that are valid, {judges.judged[False]} that are not")
+            comparison.compare(text)
+    counts = comparison.counts
+    print(f"compared {counts[True]} valid and {counts[False]} invalid descriptions")
 
 
 main()

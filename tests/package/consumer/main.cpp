@@ -1,8 +1,8 @@
-// A tiny host: loads a list from memory and shows it.
+// A small host that loads a list from memory and displays it.
 #ifdef EVERY_HEADER
 #include <every_header.h>
-// A host has its own Boost and ICU, of another version and with other macros set: none of ours may
-// come along with a public header.
+// A host may use other versions of Boost and ICU, or other macros, so public headers must not
+// include these libraries.
 #if defined(BOOST_CONFIG_HPP) || defined(U_ICU_VERSION_SHORT)
 #error "a public header includes Boost or ICU"
 #endif

@@ -1,4 +1,5 @@
-// The program's second source, so that whatever a header defines is there twice.
+// Includes every header a second time, so that the linker reports non-inline definitions in
+// headers.
 #ifdef EVERY_HEADER
 #include <every_header.h>
 #endif
