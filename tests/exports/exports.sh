@@ -29,9 +29,9 @@ check() {
   local foreign kind='(typeinfo|typeinfo name|vtable|VTT) for |(non-)?virtual thunk to '
   foreign=$(grep -vE "^($kind)?(orncore|ornappsupport|ornui|ornwhatsnew)::" <<<"$names" || true)
   [[ -z $foreign ]] ||
-    fail "$library exports symbols of foreign namespaces:" "$foreign" "See cmake/Exports.map."
+    fail "$library exports symbols of other namespaces:" "$foreign" "See cmake/Exports.map."
   diff --unified=0 --label "$file" --label "$library" "$file" - <<<"$names" >&2 ||
-    fail 'The exported symbols have changed. Hosts that were built before may need the removed ones.' \
+    fail 'The exported symbols have changed. Existing hosts may need the removed symbols.' \
       "If the change is intended, run './dev exports' and commit the list."
 }
 

@@ -578,7 +578,7 @@ TEST_F(DisplayText, QueriesTheHostInAFixedOrder) {
                "text SpaceWitDash", "text ParenthesizedCode", "text DisplayTemplate",
                "text DisplayTemplate", "text displaytemplate", "text optedOutOfAnalyticsPart1",
                "text optedOutOfAnalyticsPart2", "text nonewratings",
-               // The decisions whether to write annotations and whether to show the feature.
+               // The permission for annotations, and the visibility of the feature.
                "internal user", "enabled export",
                // The unlock label.
                "internal user", "debug SimulateShowingAllOffFeaturesInWhatsNew", "enabled export",

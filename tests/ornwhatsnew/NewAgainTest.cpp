@@ -161,8 +161,8 @@ TEST_F(NewAgain, LocalisedTextIsNewOnlyIfItsKeyChanges) {
 TEST_F(NewAgain, FormattingOfTheFileDoesNotMakeAnythingNew) {
   const std::string data = DataFileText({kZoom, kDrag, kSync});
   Open(data);
-  EXPECT_FALSE(IsAnythingNew(
-      DataFileText({kSync, kZoom, kDrag})));  // rows of different features are reordered
+  // The rows of one feature keep their order.
+  EXPECT_FALSE(IsAnythingNew(DataFileText({kSync, kZoom, kDrag})));
   EXPECT_FALSE(IsAnythingNew("\xEF\xBB\xBF" + data));
   std::string crlf;
   for (const char unit : data) crlf += unit == '\n' ? std::string("\r\n") : std::string(1, unit);

@@ -23,7 +23,7 @@ std::ptrdiff_t CommandsNamed(const std::u16string& name) {
                             &CommandRegistry::Command::name);
 }
 
-// The constructor calls a function of the library, because the linker drops unused libraries.
+// Calls a function of the library, because the linker would otherwise drop the library.
 class Registration : public testing::Test {
  protected:
   Registration() { GetFullClientVersionString(); }

@@ -141,8 +141,7 @@ TEST_F(ValidateCommand, NeverWritesPersistedState) {
   EXPECT_EQ(store_->Entries(), before);
 }
 
-// The command uses the state in the developer's debug database. These queries are the only visible
-// effect.
+// The command parses the file with the state in the debug database. Only the queries show this.
 TEST_F(ValidateCommand, ReadsTheStateOfTheDebugDatabase) {
   class RecordingStore final : public orncore::debug::DebugStore {
    public:

@@ -25,7 +25,7 @@ constexpr unsigned kOptionCombinations = 32;
 
 // Each number is a set of host properties. Its bits, from the lowest: the feature is enabled, the
 // feature is available, the user is internal, the debug switch shows all disabled features, usage
-// logging is off, the application is terminating. Other combinations give no other results.
+// logging is off, the application is terminating. Other combinations would only repeat results.
 constexpr unsigned kHosts[] = {0, 1, 2, 4, 5, 6, 8, 12, 13, 16 + 1, 16 + 5, 32 + 1, 32 + 5};
 
 std::string Describe(const ChangeRow& row) {
@@ -79,8 +79,9 @@ class VisibilityGrid : public test_support::FakeHostTest {
     }
   }
 
-  // Compares items with this key and visibility, for several lists of changes. The state has no
-  // identity at first, then also the first change, the seen item and the rated item.
+  // Compares items with this key and visibility, for several lists of changes. The set of
+  // identities is empty at first. The first change, the seen item and the rated item are added in
+  // turn.
   void ExpectSameItems(const std::string& groupingKey, std::int32_t visibility) {
     const ChangeRow plain = {.description = "Plain"};
     const ChangeRow other = {.platform = "Win", .description = "Other"};

@@ -22,7 +22,7 @@ mkdir -m 755 "$root"
 trap 'umount --lazy "$root/proc" 2>/dev/null || true; rm -rf --one-file-system "$work"' EXIT
 
 # Builds and runs the example host like a developer who installed both packages.
-try_development() {
+build_example() {
   local unpacked=$work/unpacked built=$work/built file
   for file in "$packages"/*.deb; do dpkg-deb --extract "$file" "$unpacked"; done
   local example=$unpacked/usr/share/ornwhatsnew/examples/host
@@ -48,16 +48,16 @@ check_documents() {
     mandoc -Tlint -Wwarning "$unpacked/usr/share/man/man5/ornwhatsnew.5"
 }
 
-printf '== building with the contents of the packages\n'
-try_development
+printf '== building the example host with the packages\n'
+build_example
 printf '== checking the documents\n'
 check_documents
 
-((EUID == 0)) || skip 'only root can create a clean system to install the packages in'
+((EUID == 0)) || skip 'creating a clean system requires root'
 # shellcheck source=/dev/null
 . /etc/os-release
 release=${VERSION_CODENAME:-}
-[[ -n $release ]] || skip '/etc/os-release does not name the release of this system'
+[[ -n $release ]] || skip "'/etc/os-release' has no VERSION_CODENAME"
 export DEBIAN_FRONTEND=noninteractive LC_ALL=C
 
 # Prints the package sources of this machine as lines of a sources.list.
@@ -80,9 +80,9 @@ clean_system() {
     return
   fi
   mirror=$(sources | awk -v release="$release" '$3 == release { print $2; exit }')
-  [[ -n $mirror ]] || skip 'apt lists no mirror of Debian'
+  [[ -n $mirror ]] || skip "apt has no Debian mirror for '$release'"
   debootstrap --variant=minbase "$release" "$root" "$mirror" ||
-    skip "debootstrap cannot create a system here; see the lines above"
+    skip 'debootstrap failed; see its messages above'
   sources >"$root/etc/apt/sources.list"
   apt-config dump Acquire::http Acquire::https >"$root/etc/apt/apt.conf.d/90machine"
   in_root apt-get -qq update
@@ -112,7 +112,7 @@ expect() {
   }
 }
 
-try_program() {
+run_program() {
   install -d -o nobody -g nogroup "$root/tmp/home"
   local show='ornwhatsnew show whatsnew.csv --host host.json --only-new --platform'
   expect "$(as_user "$show")" 'Map of finds' &&
@@ -132,7 +132,7 @@ list_files >"$root/tmp/installed"
 grep -q ' usr/bin/ornwhatsnew$' "$root/tmp/installed"
 
 printf '== running\n'
-try_program
+run_program
 
 printf '== removing %s\n' "${names[*]}"
 in_root apt-get -qq purge --yes --auto-remove "${names[@]}"
