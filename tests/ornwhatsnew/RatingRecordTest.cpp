@@ -138,7 +138,7 @@ TEST_F(RatingRecord, CustomTextStartsEmptyForEachFeature) {
   EXPECT_EQ(display.ratingItems.at("EPIC-9")->GetCustomRatingStr(), "");
 }
 
-TEST_F(RatingRecord, DefaultRequestWithTheSalienceHidesTheDescription) {
+TEST_F(RatingRecord, RequestRatingWithTheSalienceHidesTheDescription) {
   EXPECT_EQ(Record({{.salience = kHidesDescription, .ratingRequest = "requestrating"}})
                 ->GetFeatureDescription(),
             "");

@@ -1,8 +1,7 @@
-# Configures the application in PARENT without and with the project SOURCE as a subdirectory. Fails if
-# the project changes the kind of the application's own library, or adds a cache entry without a
-# prefix. Configures the second build twice, because a cache entry of the first run takes effect
-# in the second run. WORK is the folder for the builds. GENERATOR and COMPILER are those of this
-# build.
+# Configures the application in PARENT without and with the project SOURCE as a subdirectory. Fails
+# if the project changes the kind of the application's own library, or adds a cache entry without a
+# prefix. Configures the second build twice, because a cache entry of the first run takes effect in
+# the second run. WORK is the folder for the builds. GENERATOR and COMPILER are those of this build.
 cmake_minimum_required(VERSION 3.25)
 
 function(configure folder)

@@ -28,8 +28,8 @@ build_example() {
   local example=$unpacked/usr/share/ornwhatsnew/examples/host
   cmake -S "$example" -B "$built" -DCMAKE_PREFIX_PATH="$unpacked/usr" &&
     cmake --build "$built" && diff "$example/output.txt" <("$built/herbarium") &&
-    # PKG_CONFIG_LIBDIR excludes all other packages, because a host of the shared library must not need
-    # their pkg-config files.
+    # PKG_CONFIG_LIBDIR excludes all other packages, because a host of the shared library must not
+    # need their pkg-config files.
     PKG_CONFIG_LIBDIR=$(echo "$unpacked"/usr/lib/*/pkgconfig) pkg-config --cflags --libs ornwhatsnew
 }
 
@@ -91,7 +91,7 @@ clean_system() {
   mv "$archive.new" "$archive"
 }
 
-# Prints every file of the clean system except temporary files and the records of the package system.
+# Prints every file of the clean system except temporary files and the records of apt and dpkg.
 list_files() {
   find "$root" -xdev \( -path "$root/proc" -o -path "$root/dev" -o -path "$root/tmp" \
     -o -path "$root/var/cache" -o -path "$root/var/lib/apt" -o -path "$root/var/lib/dpkg" \
