@@ -39,7 +39,7 @@ std::vector<Guid> ElementsOf(const IdentitySet& set) {
   return {set.begin(), set.end()};
 }
 
-// An identity whose first eight bytes are those of every other identity of this function.
+// Returns an identity. All results have the same first eight bytes.
 Guid GuidWithCommonStart(unsigned number) {
   std::array<std::uint8_t, Guid::kByteLength> bytes{};
   bytes.front() = 0x7F;
@@ -47,7 +47,7 @@ Guid GuidWithCommonStart(unsigned number) {
   return Guid(bytes);
 }
 
-TEST(IdentitySet, MadeSetHoldsEachIdentityOnceInAscendingOrder) {
+TEST(IdentitySet, StoresEachIdentityOnceInAscendingOrder) {
   EXPECT_THAT(ElementsOf(MakeIdentitySet({kThird, kFirst, kSecond, kThird})),
               ElementsAre(kFirst, kSecond, kThird));
   EXPECT_TRUE(MakeIdentitySet({}).empty());
@@ -101,7 +101,7 @@ TEST(IdentitySet, ReadsAnEmptyElementAsTheNilIdentity) {
               ElementsAre(Guid(), kFirst, kSecond));
 }
 
-TEST(IdentitySet, ReadsAnElementThatIsNoIdentityAsTheNilIdentity) {
+TEST(IdentitySet, ReadsAMalformedElementAsTheNilIdentity) {
   EXPECT_THAT(ElementsOf(ParseIdentities("rubbish more")), ElementsAre(Guid()));
 }
 
@@ -109,12 +109,12 @@ TEST(IdentitySet, ReadsNoIdentitiesFromAnEmptyList) {
   EXPECT_TRUE(ParseIdentities("").empty());
 }
 
-TEST(IdentitySet, ReadsIdentitiesInEitherLetterCase) {
+TEST(IdentitySet, ReadsBothLetterCases) {
   EXPECT_THAT(ElementsOf(ParseIdentities("01234567-89AB-CDEF-0123-456789ABCDEF")),
               ElementsAre(kFirst));
 }
 
-TEST(IdentitySet, WritesIdentitiesInTheOrderOfTheirTexts) {
+TEST(IdentitySet, WritesIdentitiesInAscendingOrder) {
   EXPECT_EQ(FormatIdentities(MakeIdentitySet({kThird, Guid(), kSecond})),
             "00000000-0000-0000-0000-000000000000 7f000000-0000-0000-0000-000000000001 "
             "80000000-0000-0000-0000-000000000000");
