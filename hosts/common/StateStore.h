@@ -62,7 +62,7 @@ class StateStore {
   explicit StateStore(const std::filesystem::path& location,
                       std::chrono::milliseconds patience = kDefaultPatience);
 
-  /// Not copyable, because the callbacks of a list refer to the store.
+  /// A store is not copyable, because the callbacks of a list refer to the store.
   StateStore(const StateStore&) = delete;
   StateStore& operator=(const StateStore&) = delete;
 

@@ -24,7 +24,8 @@
 namespace orncore::config {
 
 /// The contexts of a host. The values are bits and can be combined. A registration belongs to one
-/// or more contexts.
+/// or more contexts. A context is live from the `InitializeContexts` call that starts it to the
+/// `ShutdownContexts` call that ends it.
 enum class EInitializerContextFlags : std::uint32_t {
   /// No context.
   kNone = 0,
@@ -99,8 +100,8 @@ class ORN_EXPORT InitializerRegistrar {
   std::unique_ptr<InitializerRegistration> registration_;
 };
 
-/// Makes `contexts` live. Initialises all registrations of these contexts that are not initialised
-/// yet, in the order of registration.
+/// Starts `contexts`. Initialises all registrations of these contexts that are not initialised yet,
+/// in the order of registration.
 ///
 /// Returns true if all initialise functions that it called succeeded. Logs each failure and
 /// continues with the next registration. The next call retries the failed functions.

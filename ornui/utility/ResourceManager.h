@@ -55,7 +55,7 @@ class ORN_EXPORT ResourceManager {
 class ORN_EXPORT FolderResourceManager final : public ResourceManager {
  public:
   /// Stores the path of the folder, which need not exist yet. Each load resolves a relative path
-  /// against the current directory at that time.
+  /// against the current directory of the process.
   explicit FolderResourceManager(std::filesystem::path folder);
   ~FolderResourceManager() override;
 

@@ -34,8 +34,8 @@ enum class ListForm {
 /// Returns a persisted list in the given form.
 nlohmann::json PersistedListJson(std::string_view persistedList, ListForm form);
 
-/// Returns the value that is persisted under `key`: one of the two lists in the given form, any
-/// other value as a string.
+/// Returns `value`, which is persisted under `key`. A list of identities or versions has the given
+/// form. Any other value is a string.
 nlohmann::json PersistedValueJson(std::string_view key, std::string_view value, ListForm form);
 
 /// Returns an array of setter calls, each as `[key, value]`.

@@ -65,11 +65,11 @@ Outcome RunOne(const JsonReader& reader) {
   return outcome;
 }
 
-/// The number of scenarios that a text may contain.
+/// The number of scenarios that a JSON string may contain.
 enum class Form { kOneOrMany, kOne };
 
-/// Runs the scenarios of one text. The text is one object, or an array of objects if `form` allows
-/// it.
+/// Runs the scenarios of one JSON string. The string is one object, or an array of objects if
+/// `form` allows it.
 void RunText(std::string_view text, std::string_view sourceName, Form form,
              const OutcomeSink& sink) {
   std::optional<JsonDocument> document;

@@ -10,7 +10,7 @@ namespace examples {
 
 using Lines = std::vector<std::string>;
 
-/// Returns the lines of a text without the empty lines at its end.
+/// Returns the lines of a string without the empty lines at its end.
 Lines SplitLines(std::string_view text);
 
 /// A command in a page, and the output that the page shows for it.

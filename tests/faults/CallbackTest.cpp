@@ -339,7 +339,7 @@ class StrangeStateTest : public FaultTest, public testing::WithParamInterface<St
     const auto after = GuidsOf(store.Text(kAllSeenItems));
     for (const Guid& identity : before) EXPECT_TRUE(after.contains(identity));
     if (key == kAllVersions) ExpectVersionsKept(text, store.Text(kAllVersions));
-    // The first display may clean the stored texts. A second display must not change them again.
+    // The first display may clean the stored strings. A second display must not change them again.
     const auto texts = store.AllTexts();
     list.InitWithData(LoadedData());
     EXPECT_FALSE(list.IsAnythingNew(kShowOnlyNew));

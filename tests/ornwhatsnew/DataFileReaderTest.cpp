@@ -64,7 +64,7 @@ std::vector<Kind> Kinds(std::string_view text) {
   return kinds;
 }
 
-// Returns the first ten fields of a text that is one row.
+// Returns the first ten fields of a string that is one row.
 std::vector<std::string> Fields(std::string_view row) {
   const ReadRow read = Read(row).at(0);
   return {read.values.begin(), read.values.begin() + static_cast<std::ptrdiff_t>(std::min(
@@ -320,7 +320,7 @@ TEST(DataFileReader, OffsetsMatchACharacterByCharacterScan) {
   }
 }
 
-// Compares all texts of up to six bytes that consist of these five bytes.
+// Compares the two results for every string of up to six bytes from `kBytes`.
 TEST(DataFileReader, SplitsShortTextsLikeTheBoostTokenizer) {
   constexpr std::string_view kBytes = ",\"\\\nx";
   std::size_t texts = 1;

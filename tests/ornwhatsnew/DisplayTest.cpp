@@ -571,18 +571,19 @@ TEST_F(DisplayText, QueriesTheHostInAFixedOrder) {
 
   EXPECT_THAT(
       log, ElementsAre(
-               // The templates, each once.
+               // The list queries each template once.
                "text TarsaOnly", "text Off", "text Unlocked", "text InDevelopment", "text Tab",
                "text DisplayTemplate", "text displaytemplate", "text displaytemplate",
                "text displaytemplate", "text displaytemplate", "text Newline", "text ViewMore",
                "text SpaceWitDash", "text ParenthesizedCode", "text DisplayTemplate",
                "text DisplayTemplate", "text displaytemplate", "text optedOutOfAnalyticsPart1",
                "text optedOutOfAnalyticsPart2", "text nonewratings",
-               // The permission for annotations, and the visibility of the feature.
+               // These queries decide whether the list adds notes and shows the feature.
                "internal user", "enabled export",
-               // The unlock label.
+               // These queries determine the unlock label.
                "internal user", "debug SimulateShowingAllOffFeaturesInWhatsNew", "enabled export",
-               // The title line, the description and the change.
+               // The list makes these queries while it writes the title line, the description
+               // and the change.
                "text title", "internal user", "debug SimulateShowingAllUnlockCodesInWhatsNew",
                "text description", "text change"));
 }

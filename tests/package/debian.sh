@@ -104,7 +104,7 @@ as_user() {
     sh -c "cd /usr/share/ornwhatsnew/examples/herbarium && $1"
 }
 
-# Fails unless the text $1 contains $2.
+# Fails unless the string $1 contains the string $2.
 expect() {
   grep -qF -e "$2" <<<"$1" || {
     printf 'expected "%s" in:\n%s\n' "$2" "$1" >&2

@@ -1,4 +1,4 @@
-// A state store for tests. It stores texts by key, logs all writes, and can fail on demand.
+// A state store for tests. It stores strings by key, logs all writes, and can fail on demand.
 #ifndef TESTS_SUPPORT_FAKESTATESTORE_H_
 #define TESTS_SUPPORT_FAKESTATESTORE_H_
 
@@ -33,9 +33,9 @@ class FakeStateStore {
   std::function<std::string(const std::string&)> Getter();
   std::function<void(const std::string&, const std::string&)> Setter();
 
-  /// Stores a text, as if an earlier run of the host had written it. Not logged; never fails.
+  /// Stores a string, as if an earlier run of the host had written it. Not logged; never fails.
   void Put(std::string key, std::string value);
-  /// Replaces all texts. Not logged; never fails.
+  /// Replaces all strings. Not logged; never fails.
   void Replace(Texts texts) { texts_ = std::move(texts); }
   /// Returns the text of a key, or an empty string if there is none. Not counted; never fails.
   std::string Text(std::string_view key) const;
@@ -51,7 +51,7 @@ class FakeStateStore {
   int SetterCalls() const { return setterCalls_; }
 
   /// Make the n-th later call throw `InjectedFailure`, once. 1 is the next call; 0 lets no call
-  /// fail. A failed setter call changes neither the texts nor the log.
+  /// fail. A failed setter call changes neither the strings nor the log.
   void FailGetterCall(int n) { getterFailsIn_ = n; }
   void FailSetterCall(int n) { setterFailsIn_ = n; }
 

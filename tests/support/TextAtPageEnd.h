@@ -15,7 +15,7 @@
 
 namespace test_support {
 
-/// Holds a copy of a text that ends immediately before an unreadable page.
+/// Holds a copy of a string that ends immediately before an unreadable page.
 class TextAtPageEnd {
  public:
   TextAtPageEnd() : pageSize_(static_cast<std::size_t>(::sysconf(_SC_PAGESIZE))) {

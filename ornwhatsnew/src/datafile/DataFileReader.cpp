@@ -77,7 +77,8 @@ DataRowSkipReason DataFileReader::ReasonToSkip() const {
                                                      : DataRowSkipReason::kNone;
 }
 
-// Removes the mark from the current value, because a shorter row after the header inherits it.
+// Removes the byte order mark from the current value of column 1, because a later row without
+// fields inherits this value.
 void DataFileReader::RemoveByteOrderMark() {
   constexpr auto kColumn = static_cast<std::size_t>(DataColumn::kVersion);
   UTF8String version(row_.values[kColumn]);

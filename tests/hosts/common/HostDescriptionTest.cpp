@@ -130,7 +130,7 @@ TEST(HostDescription, ErrorsNameTheFileThePathAndTheProblem) {
   }
 }
 
-// Change this list of members only together with schema/ and docs/.
+// The JSON schema in schema/ lists the same members. If you change one list, change the other.
 TEST(HostDescription, TheErrorForAnUnknownMemberListsAllMembers) {
   EXPECT_EQ(ErrorOf(R"({"x":1})"),
             R"(host.json: unknown member "x"; known members: "clientVersion", "buildNumber", )"

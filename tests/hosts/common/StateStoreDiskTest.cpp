@@ -113,7 +113,8 @@ class StateStoreDiskTest : public testing::TestWithParam<Case> {
 
   std::filesystem::path FileBefore() const { return folder_.Path() / "before.db"; }
 
-  /// Creates a store without the tested change and returns its path.
+  /// Recreates the state folder as it is before the tested change, and returns the path of the
+  /// store. If the tested change creates the store, the folder is empty.
   std::filesystem::path NewStore() const {
     const std::filesystem::path folder = folder_.Path() / "tested";
     std::filesystem::remove_all(folder);

@@ -55,7 +55,8 @@ INSTANTIATE_TEST_SUITE_P(
                              u"\U0001F468\u200D\U0001F469\u200D\U0001F467"},
                     SafeCase{u"\u2764\uFE0F\u200D\U0001F525", u"\u2764\uFE0F\u200D\U0001F525"},
                     SafeCase{u"1\uFE0F\u20E3 1\uFE0F", u"1\uFE0F\u20E3 1"},
-                    // Persian has non-joiners inside words, Devanagari has joiners after viramas.
+                    // Persian words contain zero-width non-joiners. Devanagari text contains
+                    // zero-width joiners after viramas. Both change how the text looks.
                     SafeCase{u"\u0645\u06CC\u200C\u062E\u0648\u0627\u0647\u0645",
                              u"\u0645\u06CC\u200C\u062E\u0648\u0627\u0647\u0645"},
                     SafeCase{u"\u0915\u094D\u200D\u0937", u"\u0915\u094D\u200D\u0937"},

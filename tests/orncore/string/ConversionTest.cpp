@@ -108,7 +108,7 @@ std::string PlainUTF16to8(std::u16string_view text) {
   return out;
 }
 
-// A copy of a text in a buffer of exactly its size, so that a sanitizer detects every access past
+// A copy of a string in a buffer of exactly its size, so that a sanitizer detects every access past
 // its end.
 template <class Unit>
 class Exact {
