@@ -7,6 +7,8 @@
 #include <cstddef>
 #include <string_view>
 
+#include <orncore/Export.h>  // reports a compiler that is not in C++20 mode
+
 namespace ornwhatsnew {
 
 /// The columns in file order. The reader identifies a column by its index and never compares the

@@ -138,7 +138,7 @@ class ORN_EXPORT FeatureListDetail {
   /// Returns whether the URL is marked as a duplicate. The default is false.
   bool HasDuplicateURL() const { return hasDuplicateURL_; }
 
-  /// Sets the mark of an unmatched change; see `ChangePlacement::unmatched`.
+  /// Sets whether the IDs of the change match no item.
   void SetCouldNotMatchBetaFeature(bool unmatched) { couldNotMatchBetaFeature_ = unmatched; }
   /// Returns whether the change is marked as unmatched. The default is false.
   bool DetailInternalCouldNotMatchBetaFeature() const { return couldNotMatchBetaFeature_; }

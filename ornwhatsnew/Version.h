@@ -9,6 +9,8 @@
 
 #include <string_view>
 
+#include <orncore/Export.h>  // reports a compiler that is not in C++20 mode
+
 namespace ornwhatsnew {
 
 /// The major number of these headers.

@@ -61,6 +61,7 @@ class ORN_EXPORT Executor {
  private:
   void Run(const std::stop_token& stop);
 
+  std::mutex joinMutex_;  // locked for the whole of Join, so that every caller waits
   std::mutex mutex_;
   std::condition_variable_any wake_;
   std::deque<Task> tasks_;

@@ -82,7 +82,9 @@ void FeatureListData::InitWithData(const UTF8String& dataText) {
   if (!rebuilt.changesSinceVersion) {
     rebuilt.changesSinceVersion = std::move(content.changesSinceVersion);
   }
-  content = std::move(rebuilt);
+  // The old items are destroyed when the new content is complete, because the destructor of an item
+  // that a host derived may query the list.
+  const ListContent old = std::exchange(content, std::move(rebuilt));
 }
 
 void FeatureListData::ParseWhatsNewData(const UTF8String& dataText) {

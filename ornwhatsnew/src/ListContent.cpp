@@ -6,9 +6,9 @@
 
 #include <ornappsupport/feature/FeatureService.h>
 #include <orncore/string/Conversion.h>
-#include <ornwhatsnew/ChangePlacement.h>
 #include <ornwhatsnew/DataFileReader.h>
 
+#include "ornwhatsnew/src/datafile/ChangePlacement.h"
 #include "ornwhatsnew/src/datafile/FieldCleaner.h"
 #include "ornwhatsnew/src/rules/KeyOrder.h"
 #include "ornwhatsnew/src/rules/Keywords.h"

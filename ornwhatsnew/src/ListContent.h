@@ -49,7 +49,8 @@ struct ListContent {
 };
 
 // A reload replaces the content by a move assignment, which must not fail halfway.
-static_assert(std::is_nothrow_move_assignable_v<ListContent>);
+static_assert(std::is_nothrow_move_constructible_v<ListContent> &&
+              std::is_nothrow_move_assignable_v<ListContent>);
 
 }  // namespace ornwhatsnew
 

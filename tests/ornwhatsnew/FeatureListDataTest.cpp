@@ -195,5 +195,31 @@ TEST_F(EmptyEntry, IsIgnoredByParserQueriesAndDisplay) {
   EXPECT_THAT(Format(list_).text, testing::HasSubstr("all caught up"));
 }
 
+// An item whose destructor reads the list.
+class ItemThatReadsTheList final : public FeatureListItem {
+ public:
+  ItemThatReadsTheList(const std::string& key, const FeatureListData& list, std::size_t& itemCount)
+      : FeatureListItem(key, "", "Name", "", Visibility::kPublic),
+        list_(list),
+        itemCount_(itemCount) {}
+  ~ItemThatReadsTheList() {
+    itemCount_ = list_.GetFeatureItems().size();
+    for (const auto& [key, item] : list_.GetFeatureItems()) EXPECT_FALSE(key.empty());
+  }
+
+ private:
+  const FeatureListData& list_;
+  std::size_t& itemCount_;
+};
+
+TEST_F(FeatureList, OldItemsAreDestroyedAfterAReload) {
+  std::size_t itemCount = 0;
+  for (const char* const key : {"A", "B", "C"}) {
+    list_.InsertFeatureListItem(std::make_shared<ItemThatReadsTheList>(key, list_, itemCount));
+  }
+  list_.InitWithData("");
+  EXPECT_EQ(itemCount, 4U);  // the four sections
+}
+
 }  // namespace
 }  // namespace ornwhatsnew

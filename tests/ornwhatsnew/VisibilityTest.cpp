@@ -1,9 +1,12 @@
 // Tests each visibility rule of changes and of items.
+#include <memory>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
 #include <gtest/gtest.h>
 
+#include <orncore/config/ClientInfo.h>
 #include <ornwhatsnew/FeatureListItem.h>
 
 #include "tests/support/Builders.h"
@@ -43,6 +46,21 @@ TEST_F(ChangeVisibility, PlatformFilterHidesAChangeForAnotherPlatform) {
   const ChangeRow row = {.platform = "Win", .description = "Text"};
   EXPECT_TRUE(IsShown(row, kEverything));
   EXPECT_FALSE(IsShown(row, kFilterRelevantPlatform));
+}
+
+class ThrowingPlatform final : public orncore::config::ClientInfo {
+ public:
+  UTF16String GetClientVersion() const override { return u"25.1"; }
+  UTF16String GetClientBuildNumber() const override { return u"42"; }
+  UTF8String GetClientPlatform() const override { throw std::runtime_error("platform"); }
+};
+
+TEST_F(ChangeVisibility, PlatformIsQueriedOnlyForAChangeThatNamesOne) {
+  orncore::config::SetClientInfo(std::make_shared<ThrowingPlatform>());
+  EXPECT_TRUE(IsShown({.description = "Text"}, kFilterRelevantPlatform));
+  EXPECT_TRUE(IsShown({.platform = "Linux", .description = "Text"}, kFilterRelevantPlatform));
+  EXPECT_THROW(IsShown({.platform = "Mac", .description = "Text"}, kFilterRelevantPlatform),
+               std::runtime_error);
 }
 
 TEST_F(ChangeVisibility, PlatformFilterIgnoresLetterCase) {

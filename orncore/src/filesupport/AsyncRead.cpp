@@ -49,6 +49,7 @@ void Executor::Submit(Task task) {
 }
 
 void Executor::Join() {
+  const std::lock_guard joinLock(joinMutex_);
   // The destructor requests the stop and joins. It runs after the lock is released, because the
   // thread needs the lock to end.
   std::jthread endingThread;

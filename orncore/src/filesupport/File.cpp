@@ -41,7 +41,7 @@ std::shared_ptr<const RecycledMemory> ReadRegularFile(const fs::path& path,
   // Check the type before opening, because opening a device or a FIFO can have side effects.
   std::error_code error;
   const fs::file_status status = fs::status(path, error);
-  if (error) ThrowFileError(error.value(), path);
+  if (error) ThrowFileError(error.default_error_condition().value(), path);
   if (fs::is_directory(status)) ThrowFileError(EISDIR, path);
   if (!fs::is_regular_file(status)) ThrowFileError(EOPNOTSUPP, path);
   return std::make_shared<const RecycledMemory>(RegularFile(path).ReadToEnd(kMaxFileBytes, stop));

@@ -77,8 +77,10 @@ std::size_t RegularFile::Read(std::span<std::byte> buffer) {
 RegularFile::RegularFile(const std::filesystem::path& path)
     : path_(path), stream_(path_, std::ios::binary) {
   if (!stream_) ThrowFileError(EACCES, path_);
-  if (!std::filesystem::is_regular_file(path_)) ThrowFileError(EOPNOTSUPP, path_);
-  size_ = std::filesystem::file_size(path_);
+  std::error_code error;
+  if (!std::filesystem::is_regular_file(path_, error)) ThrowFileError(EOPNOTSUPP, path_);
+  size_ = std::filesystem::file_size(path_, error);
+  if (error) ThrowFileError(EIO, path_);
 }
 
 RegularFile::~RegularFile() = default;

@@ -27,21 +27,26 @@ class ServiceHolder {
   /// Returns the service, or null. The caller shares ownership, because another thread or the
   /// service itself may replace the service while the caller uses it.
   [[nodiscard]] std::shared_ptr<Service> Get() const {
-    const std::lock_guard lock(mutex_);
-    return *service_;
+    const std::lock_guard lock(content_->mutex);
+    return content_->service;
   }
 
   /// Replaces the service. Null removes it.
   void Set(std::shared_ptr<Service> service) {
     // The swap makes the parameter own the previous service. The parameter is destroyed after the
     // lock is released, because the destructor of that service may use the holder.
-    const std::lock_guard lock(mutex_);
-    service_->swap(service);
+    const std::lock_guard lock(content_->mutex);
+    content_->service.swap(service);
   }
 
  private:
-  mutable std::mutex mutex_;
-  mutable NoDestructor<std::shared_ptr<Service>> service_;
+  struct Content {
+    std::mutex mutex;
+    std::shared_ptr<Service> service;
+  };
+
+  // Neither is destroyed, because static destructors of the host may use the service.
+  mutable NoDestructor<Content> content_;
 };
 
 /// Holds a function of the host.

@@ -1,4 +1,4 @@
-#include <ornwhatsnew/ChangePlacement.h>
+#include "ornwhatsnew/src/datafile/ChangePlacement.h"
 
 #include <ornwhatsnew/utility/TextHelpers.h>
 

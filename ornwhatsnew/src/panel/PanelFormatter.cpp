@@ -194,10 +194,10 @@ void PanelFormatter::WriteIgnoredURLNote(const FeatureListDetail& change,
 
 void PanelFormatter::WritePlatform(const FeatureListDetail& change) {
   if (!change.HasUsablePlatform()) return;
-  const UTF8String& platform = change.GetRelevantPlatformOptional();
-  const bool isMac = CaseInsensitiveEqual(platform, keywords::kMac);
-  WriteFilled(kStyleChangeText, templates_.platform,
-              isMac ? UTF16String(kMacDisplayName) : UTF8to16(platform));
+  const bool isMac = change.GetPlatform() == FeatureListDetail::Platform::kMac;
+  WriteFilled(
+      kStyleChangeText, templates_.platform,
+      isMac ? UTF16String(kMacDisplayName) : UTF8to16(change.GetRelevantPlatformOptional()));
 }
 
 void PanelFormatter::WriteChangeText(const FeatureListDetail& change) {

@@ -14,8 +14,8 @@ namespace ornwhatsnew {
 /// merging and writing it take linear time.
 ///
 /// An index gives, for the first bits of an identity, the range of positions at which it can be.
-/// Identities are hashes, so a range has four elements on average; a plain binary search reads
-/// three times as many, and the badge then misses its time goal (docs/performance.md).
+/// Identities are hashes, so a range has two to four elements on average; a plain binary search
+/// reads three times as many, and the badge then misses its time goal (docs/performance.md).
 class IdentitySet {
  public:
   IdentitySet() = default;

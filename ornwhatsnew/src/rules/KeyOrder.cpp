@@ -22,11 +22,14 @@ Order Remove(Order& order, const MovingKeys& keys) {
 }  // namespace
 
 void MoveKeysToFront(Order& order, const MovingKeys& keys) {
-  order.splice(order.begin(), Remove(order, keys));
+  // Not in one expression with begin(), which the removal can invalidate.
+  Order moved = Remove(order, keys);
+  order.splice(order.begin(), moved);
 }
 
 void MoveKeysToBack(Order& order, const MovingKeys& keys) {
-  order.splice(order.end(), Remove(order, keys));
+  Order moved = Remove(order, keys);
+  order.splice(order.end(), moved);
 }
 
 }  // namespace ornwhatsnew

@@ -18,8 +18,8 @@ namespace feature = ornappsupport::feature;
 using Platform = FeatureListDetail::Platform;
 
 // A change with a malformed platform is relevant on every platform.
-bool IsRelevantOnPlatform(const FeatureListDetail& change, Platform platform) {
-  return !change.HasUsablePlatform() || change.GetPlatform() == platform;
+bool IsRelevantOnHostPlatform(const FeatureListDetail& change, const VisibilityFilter& filter) {
+  return !change.HasUsablePlatform() || change.GetPlatform() == filter.HostPlatform();
 }
 
 // Compatibility: the filter shows only changes with a malformed salience (docs/compatibility.md).
@@ -54,9 +54,11 @@ std::vector<std::int64_t> VersionNumbers(const VersionSet& versions) {
 
 VisibilityFilter::VisibilityFilter(const DisplayOptions& options, SeenIdentities seen,
                                    std::span<const std::int64_t> versionNumbers)
-    : options_(options), seen_(seen), versionNumbers_(versionNumbers) {
-  if (!Has(kFilterRelevantPlatform)) return;
-  hostPlatform_ = ParsePlatform(orncore::config::GetClientPlatform());
+    : options_(options), seen_(seen), versionNumbers_(versionNumbers) {}
+
+Platform VisibilityFilter::HostPlatform() const {
+  if (!hostPlatform_) hostPlatform_ = ParsePlatform(orncore::config::GetClientPlatform());
+  return *hostPlatform_;
 }
 
 bool IsChangeForRating(const FeatureListDetail& change, bool isSeen) {
@@ -66,9 +68,8 @@ bool IsChangeForRating(const FeatureListDetail& change, bool isSeen) {
 
 bool IsChangeShown(const FeatureListDetail& change, const VisibilityFilter& filter,
                    const Guid& seenGuid) {
-  if (filter.Has(kFilterRelevantPlatform) && !IsRelevantOnPlatform(change, filter.HostPlatform())) {
+  if (filter.Has(kFilterRelevantPlatform) && !IsRelevantOnHostPlatform(change, filter))
     return false;
-  }
   if (filter.Has(kFilterHeadlinesOnly) && !PassesHeadlineFilter(change)) return false;
   if (filter.Has(kFilterRelevantVersion) && !change.IsRelevantToVersions(filter.Versions())) {
     return false;

@@ -3,7 +3,9 @@
 #define ORNWHATSNEW_SRC_RULES_VISIBILITYRULES_H_
 
 #include <cstdint>
+#include <optional>
 #include <span>
+#include <string_view>
 #include <vector>
 
 #include <ornwhatsnew/FeatureListItem.h>
@@ -46,14 +48,14 @@ class VisibilityFilter {
   bool Has(const DisplayOptions& option) const { return options_.Has(option); }
   bool IsSeen(const Guid& identity) const { return seen_.Contains(identity); }
   std::span<const std::int64_t> Versions() const { return versionNumbers_; }
-  FeatureListDetail::Platform HostPlatform() const { return hostPlatform_; }
+  /// Returns the platform of the host. Queries the host in the first call.
+  FeatureListDetail::Platform HostPlatform() const;
 
  private:
   DisplayOptions options_;
   SeenIdentities seen_;
   std::span<const std::int64_t> versionNumbers_;
-  /// Set only if the options contain `kFilterRelevantPlatform`.
-  FeatureListDetail::Platform hostPlatform_ = FeatureListDetail::Platform::kNone;
+  mutable std::optional<FeatureListDetail::Platform> hostPlatform_;
 };
 
 /// Returns whether a change is shown. `seenGuid` is its seen identity.

@@ -1,11 +1,9 @@
-// Finds the item of the list to which a change of the data file belongs. The parser uses it, and so
-// can tools that check a data file.
-#ifndef ORNWHATSNEW_CHANGEPLACEMENT_H_
-#define ORNWHATSNEW_CHANGEPLACEMENT_H_
+// Finds the item of the list to which a change of the data file belongs.
+#ifndef ORNWHATSNEW_SRC_DATAFILE_CHANGEPLACEMENT_H_
+#define ORNWHATSNEW_SRC_DATAFILE_CHANGEPLACEMENT_H_
 
 #include <string_view>
 
-#include <orncore/Export.h>
 #include <ornwhatsnew/FeatureListItem.h>
 #include <ornwhatsnew/utility/SharedTypes.h>
 
@@ -31,9 +29,9 @@ struct ChangePlacement {
 ///
 /// An entry of `items` without an item counts as missing. The function does not change `items` and
 /// can be called from any thread while no thread changes them.
-ORN_EXPORT ChangePlacement PlaceChange(const FeatureMap& items, std::string_view groupingID,
-                                       std::string_view storyID, bool unreviewed);
+ChangePlacement PlaceChange(const FeatureMap& items, std::string_view groupingID,
+                            std::string_view storyID, bool unreviewed);
 
 }  // namespace ornwhatsnew
 
-#endif  // ORNWHATSNEW_CHANGEPLACEMENT_H_
+#endif  // ORNWHATSNEW_SRC_DATAFILE_CHANGEPLACEMENT_H_
