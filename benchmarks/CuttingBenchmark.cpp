@@ -1,4 +1,4 @@
-// Cuts a data file into rows and fields, and removes the quotes. The baseline is `HandCutter`.
+// Splits a data file into rows and fields, and removes the quotes. The baseline is `HandCutter`.
 #include <algorithm>
 #include <string>
 #include <string_view>

@@ -1,5 +1,5 @@
-// Formats the panel without filters. The baseline computes one hash and writes one line with style
-// runs for each record. It does not handle features, options or translations.
+// Formats the panel without display options. For each record, the baseline computes one hash and
+// writes one line with style runs. It does not handle features, options or translations.
 #include <map>
 #include <memory>
 #include <string>

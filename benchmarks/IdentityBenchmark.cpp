@@ -1,5 +1,5 @@
-// Computes the identity of a change from nine fields. The baseline hashes the same bytes, joined in
-// advance.
+// Computes the seen identity of each change. The baseline hashes the same bytes, which were joined
+// before the measurement.
 #include <cstddef>
 #include <string>
 #include <vector>

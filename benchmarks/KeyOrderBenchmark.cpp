@@ -1,6 +1,6 @@
-// Moves all keys to the back and then to the front, as for a file that changes every feature. For
-// each direction, the baseline fills a hash table with the keys to move. Then it looks up each key
-// of the order and moves it.
+// Moves all keys to the back and then to the front, as a list does if its data file has a change
+// for every feature. For each direction, the baseline fills a hash table with the keys to move.
+// Then it looks up each key of the order and moves it.
 #include <algorithm>
 #include <cstddef>
 #include <list>
@@ -49,7 +49,7 @@ void OnePass(benchmark::State& state) {
   const std::vector<std::string> keys = Keys(Rows(state));
   const std::vector<std::string> touched = Shuffled(keys);
   Order order(keys.begin(), keys.end());
-  // Give the keys the memory layout that the other benchmark has after its first iteration.
+  // Give the keys the memory layout that they have in `KeyOrder` after its first iteration.
   ornwhatsnew::MoveKeysToBack(order, {touched.begin(), touched.end()});
   for (auto _ : state) {
     for (const bool back : {true, false}) {

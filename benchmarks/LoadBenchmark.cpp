@@ -1,5 +1,5 @@
 // Loads a list from the host's beta features and a data file. The baseline copies the fields of the
-// file into records. The timer is paused while the result is destroyed.
+// file into records. Both benchmarks pause the timer while they destroy the result.
 #include <memory>
 #include <string>
 #include <vector>

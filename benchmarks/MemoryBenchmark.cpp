@@ -1,5 +1,5 @@
-// Measures the memory and the allocations of a loaded list per row. The memory excludes the bytes
-// of the data file.
+// Measures the bytes and the allocations that a loaded list needs for each row. The bytes of the
+// data file are not counted.
 #include <memory>
 #include <string>
 

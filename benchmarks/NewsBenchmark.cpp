@@ -1,5 +1,5 @@
-// Checks whether a list has anything new. All changes are seen, so that the list must check each of
-// them. The baseline only computes the necessary hashes.
+// Checks whether a list has anything new. The user has seen all changes, so the list must check
+// each of them. The baseline only computes the hashes of the changes and items.
 #include <string>
 #include <vector>
 

@@ -18,7 +18,7 @@ double Seconds(const timeval& time) {
   return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_usec) / 1e6;
 }
 
-// Runs a program and returns its processor time. Returns nothing if the program failed.
+// Runs a program and returns its processor time. Returns `std::nullopt` if the program failed.
 std::optional<double> ProcessorSeconds(std::string path) {
   char* arguments[] = {path.data(), nullptr};
   char* environment[] = {nullptr};
@@ -42,8 +42,9 @@ void Start(benchmark::State& state, const char* program) {
   }
   state.SetItemsProcessed(state.iterations());
 }
-// The first three programs are empty. `start_bare` loads only the C library, `start_runtime` also
-// the C++ runtime, and `start_third_party` also the dependencies of the library.
+// The first three programs are empty. `start_bare` loads only the C library. `start_runtime` also
+// loads the C++ runtime. `start_third_party` also loads the C++ runtime and the dependencies of the
+// library.
 BENCHMARK_CAPTURE(Start, runtime, "start_runtime")->Name("Baseline.Start")->UseManualTime();
 BENCHMARK_CAPTURE(Start, bare, "start_bare")->Name("Bare.Start")->UseManualTime();
 BENCHMARK_CAPTURE(Start, thirdParty, "start_third_party")

@@ -1,5 +1,5 @@
-// Reads the persisted identities, merges them with a tenth as many new ones, and writes the result.
-// The baseline only converts the digits to bytes and back.
+// Reads persisted identities, adds 10 % new identities, and writes the result. The baseline only
+// converts the digits of the identities to bytes and back.
 #include <array>
 #include <cstddef>
 #include <cstdint>

@@ -11,7 +11,7 @@ from typing import NamedTuple
 
 
 class Goal(NamedTuple):
-    """The largest allowed ratio to the baseline, and the sizes to which the goal applies."""
+    """The largest allowed ratio of library time to baseline time, and the sizes it applies to."""
 
     ratio: float
     smallest: int = 0
@@ -28,18 +28,19 @@ GOALS = {
     "KeyOrder": Goal(2),
 }
 
-# Two sizes, and the largest allowed ratio of the time per row at the second size to the time per row
-# at the first.
+# For each subject: a small size, a large size, and the goal. The goal is the largest allowed ratio
+# of the time per row at the large size to the time per row at the small size.
 GROWTH = {"Load": (10_000, 1_000_000, 1.8), "Display": (10_000, 1_000_000, 2.5)}
 
-# The largest allowed memory per row in bytes, without the bytes of the file.
+# The largest allowed memory per row in bytes. The bytes of the data file do not count.
 MEMORY_GOAL = 650
-# The largest allowed difference to the start of an empty program, in milliseconds.
+# The largest allowed difference between the start times of a program with the library and of an
+# empty program, in milliseconds.
 START_GOAL = 0.3
 
 
 def read(paths: list[Path]) -> dict[tuple[str, int], dict]:
-    """Returns the medians by name and size. The size is 0 for a benchmark without sizes."""
+    """Returns the median of each benchmark by name and size. The size is 0 if it has no sizes."""
     results = {}
     for path in paths:
         for run in json.loads(path.read_text())["benchmarks"]:
@@ -54,7 +55,7 @@ def read(paths: list[Path]) -> dict[tuple[str, int], dict]:
 
 
 def nanoseconds(run: dict) -> float:
-    """Returns the time per row, or per other element."""
+    """Returns the time in nanoseconds for one row, or for one element of another kind."""
     return 1e9 / run["items_per_second"]
 
 

@@ -11,7 +11,7 @@
 //   log                 orncore::debug::SetLogSink                     standard error
 //   termination         orncore::appstatemanager::SetTerminationQuery  not terminating
 //
-// A host registers console commands and initialisers instead of replacing a service. See
+// Console commands and initialisers are not services. A host registers them; see
 // orncore/console/CommandRegistry.h and orncore/config/InitializerRegistrar.h.
 #ifndef ORNAPPSUPPORT_SERVICES_H_
 #define ORNAPPSUPPORT_SERVICES_H_
@@ -20,11 +20,11 @@
 
 namespace ornappsupport {
 
-/// Restores the default of every service above, for example between tests. Keeps registered
-/// commands and initialisers.
+/// Restores the default of every service in the table above, for example between tests. Does not
+/// change the registered commands and initialisers.
 ///
 /// Do not call while a list or another thread uses a service. If memory runs out, throws
-/// `std::bad_alloc`; the services that were not reset yet are unchanged.
+/// `std::bad_alloc`. The services that were not yet reset are unchanged.
 ORN_EXPORT void ResetServices();
 
 }  // namespace ornappsupport

@@ -1,5 +1,5 @@
-// The ten columns of a data file. `DataColumn` defines their order, `kDataColumns` their headers
-// and the key under which a change stores each field.
+// The ten columns of a data file. `DataColumn` defines their order. `kDataColumns` contains the
+// header of each column, and the key under which a change stores the field.
 #ifndef ORNWHATSNEW_DATACOLUMN_H_
 #define ORNWHATSNEW_DATACOLUMN_H_
 
@@ -11,47 +11,50 @@
 
 namespace ornwhatsnew {
 
-/// The columns in file order. The reader identifies a column by its index and never compares the
-/// header row. Every field except the grouping ID can be empty.
+/// The columns in file order. The reader identifies a column by its index and ignores the text of
+/// the header row. Every field except the grouping ID can be empty.
 enum class DataColumn : std::size_t {
-  /// The version in which the change was added. In a changes-since row, the changes-since version.
+  /// The version that added the change. A changes-since row has the changes-since version here.
   kVersion,
-  /// The epic ID of a feature, a section key, or "Changes-Since".
+  /// The epic key of a feature, a section key, or "Changes-Since".
   kGroupingID,
   /// The ID of a story, task or bug.
   kStoryID,
-  /// A salience keyword.
+  /// The salience, a keyword; see `FeatureListDetail::Salience`.
   kSalience,
-  /// "RequestRating" or a custom question.
+  /// A request for a rating: "RequestRating" or a custom question.
   kRatingRequest,
-  /// The earliest version to which the change is relevant; empty for all versions.
+  /// The earliest version to which the change is relevant. If the field is empty, the change is
+  /// relevant to all versions.
   kFirstVersion,
-  /// The only platform to which the change is relevant, "Mac" or "Win"; empty for all platforms.
+  /// The only platform on which the change is relevant, "Mac" or "Win". If the field is empty, the
+  /// change is relevant on all platforms.
   kPlatform,
-  /// A link to a discussion.
+  /// The URL of a discussion of the change.
   kURL,
-  /// A changelist ID or commit ID.
+  /// The ID of the changelist or commit that contains the change.
   kSHA,
   /// The text that users read. It is empty in a row that only requests a rating.
   kDescription,
 };
 
-/// The number of columns.
+/// The number of columns of a data file.
 inline constexpr std::size_t kDataColumnCount = 10;
 
-/// Returns the index of a column, from 0. It is the index in `kDataColumns`, in `DataRow::values`
-/// and in `FeatureListDetail::Fields`.
+/// Returns the zero-based index of a column. It is an index into `kDataColumns`, `DataRow::values`
+/// and `FeatureListDetail::Fields`.
 constexpr std::size_t ColumnIndex(DataColumn column) {
   return static_cast<std::size_t>(column);
 }
 
 /// The properties of a column.
 struct DataColumnInfo {
-  /// The header that authors write in the first row. The reader does not compare it.
+  /// The header that authors write in the first row. The reader ignores it.
   std::string_view header;
   /// The key for `FeatureListDetail::GetField`.
   std::string_view fieldKey;
-  /// Whether the parser converts the field to lower case. `DataFileReader` does not convert it.
+  /// Whether the parser converts the field to lower case. `DataFileReader` does not change the
+  /// letter case of the field.
   bool isLowerCased;
 };
 

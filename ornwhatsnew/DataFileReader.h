@@ -24,20 +24,20 @@ namespace ornwhatsnew {
 /// The grouping ID of a row that sets the changes-since version. Its letter case does not matter.
 inline constexpr std::string_view kChangesSinceKey = "Changes-Since";
 
-/// How the parser treats a row.
+/// The kind of a row, which determines how the parser treats it.
 enum class DataRowKind {
-  /// The first row that is not skipped, whatever it contains. The parser ignores it.
+  /// The row is the first one that is not skipped. The parser ignores it, whatever it contains.
   kHeader,
   /// The row sets the changes-since version to its version column.
   kChangesSince,
   /// The row is a change.
   kChange,
-  /// The parser ignores the row. `DataRow::skipReason` is the reason.
+  /// The parser ignores the row. `DataRow::skipReason` contains the reason.
   kSkipped,
 };
 
-/// Why a row is skipped. If several reasons apply, the first one in this order is reported. A row
-/// whose current grouping ID is "Changes-Since" is never skipped.
+/// The reason why the parser skips a row. If several reasons apply, the reader reports the first
+/// one in this order. A row whose current grouping ID is "Changes-Since" is never skipped.
 enum class DataRowSkipReason {
   /// The row is not skipped.
   kNone,
@@ -49,13 +49,13 @@ enum class DataRowSkipReason {
   kNoGroupingID,
 };
 
-/// One row of a data file. All views are valid until the next row is read.
+/// One row of a data file. All views are valid until the reader reads the next row.
 struct DataRow {
-  /// How the parser treats the row.
+  /// The kind of the row, which determines how the parser treats it.
   DataRowKind kind = DataRowKind::kSkipped;
-  /// Why the row is skipped; `kNone` for every other kind.
+  /// The reason why the parser skips the row, or `kNone` if the parser does not skip it.
   DataRowSkipReason skipReason = DataRowSkipReason::kNone;
-  /// The line number of the row, from 1.
+  /// The line number of the row. The first row of the file has the number 1.
   std::size_t lineNumber = 0;
   /// The bytes of the row, without its line feed.
   std::string_view text;
@@ -64,19 +64,20 @@ struct DataRow {
   /// The byte offset in `text` at which each of the first ten fields begins. A field in quotes
   /// begins at its opening quote. The elements after the last field are unspecified.
   std::array<std::size_t, kDataColumnCount> fieldOffsets{};
-  /// The ten current values, without quotes and carriage returns. A row with fewer than ten fields
-  /// inherits the missing values from the previous row, even if that row was skipped.
+  /// The ten current values, indexed by `ColumnIndex`, without quotes and carriage returns. A row
+  /// with fewer than ten fields inherits the missing values from the previous row, even if that row
+  /// was skipped.
   std::array<std::string_view, kDataColumnCount> values{};
 
   /// Returns the current value of a column.
   std::string_view Value(DataColumn column) const { return values[ColumnIndex(column)]; }
 };
 
-/// Reads the rows of a data file in file order. No input is an error: the reader returns every row,
-/// the skipped ones included.
+/// Reads the rows of a data file in file order. No input is an error. The reader returns every row,
+/// including the rows that the parser skips.
 ///
-/// A reader is not copyable, because its row views its buffers. It is not thread-safe: use one
-/// reader from one thread at a time.
+/// A reader is not copyable, because its row contains views into its buffers. It is not
+/// thread-safe: use one reader from one thread at a time.
 class DataFileReader {
  public:
   /// Creates a reader at the start of `text`, which can contain any bytes. The reader does not copy
@@ -85,8 +86,8 @@ class DataFileReader {
   DataFileReader(const DataFileReader&) = delete;
   DataFileReader& operator=(const DataFileReader&) = delete;
 
-  /// Reads the next row. Returns null after the last row. An empty file has no rows. A line feed at
-  /// the end of the file is followed by one more row, which is blank.
+  /// Reads the next row and returns it. Returns null after the last row. An empty file has no rows.
+  /// A line feed at the end of the file is followed by one more row, which is blank.
   ///
   /// The reader owns the row and overwrites it in the next call. If an allocation fails, the method
   /// throws `std::bad_alloc`, and the reader must not be used again.
@@ -101,7 +102,7 @@ class DataFileReader {
   std::string_view rest_;
   bool atEnd_;
   bool headerRead_ = false;
-  /// Storage for the values that differ from the bytes of the file.
+  /// Buffers for the current values that differ from the bytes of the file.
   std::array<UTF8String, kDataColumnCount> buffers_;
   DataRow row_;
 };

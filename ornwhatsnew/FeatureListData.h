@@ -32,12 +32,13 @@ namespace ornwhatsnew {
 /// replaces its state with what the getter returns.
 ///
 /// The list queries the host's services while it iterates over its items or builds new ones. During
-/// such a query, the service may query the list. It must not change, display or destroy the list,
-/// or mark a feature as rated. Debug builds check these rules with assertions.
+/// such a query, the service may call only const methods of the list and must not destroy the list.
+/// Debug builds check these rules with assertions.
 ///
-/// The methods pass on every exception of a callback, a service or an allocation. If an exception
-/// occurs before the first call of the setter, the list is unchanged, unless the method states
-/// otherwise. The list always remains usable, and the same call can be repeated.
+/// Exceptions of callbacks, services and allocations propagate to the caller. If an exception
+/// occurs before the first call of the setter, the list is unchanged, unless the comment of the
+/// method says otherwise. After every exception, the list is usable, and the same call can be
+/// repeated.
 class ORN_EXPORT FeatureListData {
  public:
   /// Creates a list without items and with an empty state. Reads the full version from the host.
@@ -48,9 +49,9 @@ class ORN_EXPORT FeatureListData {
   /// Creates a list and calls `InitWithData` with `dataText` (UTF-8).
   FeatureListData(const UTF8String& dataText, StateGetter getter, StateSetter setter);
 
-  /// Creates a list and calls `InitWithData` with the resource `path` of type "csv". If the
-  /// resource cannot be loaded, the list has no changes. `resources` must not be null. The list
-  /// uses it only during this call.
+  /// Creates a list, loads the resource `path` of type "csv" through `resources`, and calls
+  /// `InitWithData` with its bytes. If the resource cannot be loaded, the list has no changes.
+  /// `resources` must not be null. The list uses it only during this call.
   FeatureListData(const UTF16String& path, const ornui::utility::ResourceManager* resources,
                   StateGetter getter, StateSetter setter);
 
@@ -76,29 +77,30 @@ class ORN_EXPORT FeatureListData {
   void ParseBetaFeatures();
 
   /// Moves the key "UNREVIEWED" to the front, and the unlocked features directly after it. Inserts
-  /// the key "UNREVIEWED" if it is missing. Adds an empty entry to the items for each ordered key
-  /// without one; after an exception, the entries added so far remain.
+  /// the key "UNREVIEWED" if it is missing. For each ordered key without an entry in the items,
+  /// adds an empty entry. After an exception, the entries added so far remain.
   void BubbleUnlockedItemsToTheTop();
 
   /// Adds `item`, which must not be null. If the items already have an entry for its key, keeps
   /// that entry. Appends the key to the ordered keys in both cases.
   void InsertFeatureListItem(std::shared_ptr<FeatureListItem> item);
 
-  /// Adds an item with this key, name and description. Does nothing if the items already have an
-  /// entry for the key. The name and the description can be localisation keys.
+  /// Adds an item with this key, name and description, and appends its key to the ordered keys.
+  /// Does nothing if the items already have an entry for the key. The name and the description can
+  /// be key texts.
   void EnsureSpecialCaseItemExists(const std::string& key, const UTF16String& name,
                                    const UTF16String& description);
 
   /// Returns the items by key. An entry can be empty; see `BubbleUnlockedItemsToTheTop`. The
-  /// reference is valid as long as the list, also after a reload.
+  /// reference is valid until the list is destroyed, and a reload does not invalidate it.
   const FeatureMap& GetFeatureItems() const;
 
   /// Returns the keys in display order. A key can have no item, and a key can occur several times.
-  /// The reference is valid as long as the list, also after a reload.
+  /// The reference is valid until the list is destroyed, and a reload does not invalidate it.
   const std::list<std::string>& GetOrderedFeatureKeys() const;
 
-  /// Returns the display text for `text` (UTF-8). Localises a localisation key through the
-  /// `Localizer`, and converts any other string to UTF-16.
+  /// Returns the display text for `text` (UTF-8). Localises a key text through the `Localizer`, and
+  /// converts any other string to UTF-16.
   UTF16String LocalizeIfNecessary(const UTF8String& text) const;
 
   /// Replaces the state with the three persisted values from the getter, and calls
@@ -106,16 +108,16 @@ class ORN_EXPORT FeatureListData {
   /// returns them. After an exception, the state is unchanged.
   void RefreshInternalSeenState();
 
-  /// Returns the identities to persist, as a persisted list: the ones from the last read of the
-  /// state, and the ones shown or rated since then. Does not call the callbacks.
+  /// Returns the identities to persist, as a persisted list: the identities from the last read of
+  /// the state, and the identities shown or rated since then. Does not call the callbacks.
   UTF8String GetNewSeenState() const;
 
   /// Returns whether the display with these options would show any item. An item that was displayed
   /// counts as seen only after `RefreshInternalSeenState` or `InitWithData` has read the state.
   bool IsAnythingNew(const DisplayOptions& options) const;
 
-  /// Returns whether the rating view would show any feature, with the filters for the host's
-  /// platform and for the user's versions.
+  /// Returns whether the rating view would show any feature with the options
+  /// `kFilterRelevantPlatform` and `kFilterRelevantVersion`.
   bool IsAnythingNeedingRating() const;
 
   /// Adds the rated identity of the feature with the key `featureKey` to the state, and passes the
@@ -130,16 +132,19 @@ class ORN_EXPORT FeatureListData {
   /// it with its rating control. After an exception, `runs` and `ratingItems` are unspecified.
   ///
   /// At the end, adds the identities shown to the state and passes the three persisted values to
-  /// the setter, even if nothing was shown. Calls nothing else between the three calls, so a host
-  /// can make them one transaction.
+  /// the setter, even if nothing was shown. Makes no other call between these three calls, so a
+  /// host can store the values in one transaction.
   UTF16String GetFormattedTextForDisplay(const DisplayOptions& options,
                                          const UTF16String& ratingPlaceholder, StyleRunMap& runs,
                                          std::shared_ptr<RatingMap> ratingItems);
 
   /// Adds to `runs` the style run of `appended`, a string that the caller appends to `textSoFar`
-  /// afterwards. The start is the length of `textSoFar` plus `startAdjust`, and the length is that
-  /// of `appended` plus `lengthAdjust`, both in UTF-8 bytes. The sums wrap modulo 2^32 and are not
-  /// limited to the text. Takes time linear in both strings.
+  /// afterwards. `runString` is the string of the run, such as a URL.
+  ///
+  /// The start of the run is the length of `textSoFar` plus `startAdjust`. The length of the run is
+  /// the length of `appended` plus `lengthAdjust`. All lengths are in UTF-8 bytes. Each sum wraps
+  /// modulo 2^32, and the run can extend beyond the text. Takes time linear in the lengths of both
+  /// strings.
   void CaptureStyle(StyleID style, const UTF16String& textSoFar, const UTF16String& appended,
                     int startAdjust, int lengthAdjust, const UTF16String& runString,
                     StyleRunMap& runs) const;

@@ -15,11 +15,13 @@
 
 namespace ornwhatsnew {
 
-/// A change. It has ten fields, which never change after construction, and two marks.
+/// A change. It has ten fields, which never change after construction. Two flags say whether the
+/// change is unmatched and whether its URL is a duplicate.
 ///
-/// The constructor classifies the salience, the platform, the versions and the URL, so no query
-/// parses them again. A change keeps malformed values; the `HasMalformed...` functions report them.
-/// All strings are UTF-8. A returned reference is valid as long as the change.
+/// The constructor classifies the salience, the platform, the versions and the URL, so queries do
+/// not parse them again. A change stores malformed values unchanged, and the `HasMalformed...`
+/// functions report them. All strings are UTF-8. A returned reference is valid until the change is
+/// destroyed.
 ///
 /// A change is copyable. It is not thread-safe: use one change from one thread at a time.
 class ORN_EXPORT FeatureListDetail {
@@ -37,8 +39,8 @@ class ORN_EXPORT FeatureListDetail {
   static const std::string kKeySHANum;                        ///< see `GetSHAOptional`
 
   // The keywords of the columns salience, rating request and platform. Their letter case does not
-  // matter. A static object of the host must not use the constants of this class in its
-  // constructor, which can run before theirs.
+  // matter. The constructor of a static object of the host must not use the constants of this
+  // class, because it can run before they are initialised.
   static const UTF8String kSalienceHeadline;         ///< see `Salience::kHeadline`
   static const UTF8String kSalienceDetail;           ///< see `Salience::kDetail`
   static const UTF8String kSalienceHideBetaFeature;  ///< see `Salience::kHideBetaFeature`
@@ -46,7 +48,8 @@ class ORN_EXPORT FeatureListDetail {
   static const UTF8String kSalienceHideBetaFeatureFromExternal;
   static const UTF8String kSalienceUnhideBetaFeature;  ///< see `Salience::kUnhideBetaFeature`
   static const UTF8String kSalienceUnreviewed;         ///< see `Salience::kUnreviewed`
-  /// See `Salience::kRatingHidesBetaFeatureDescription`. The keyword has "Hides", not "Hide".
+  /// See `Salience::kRatingHidesBetaFeatureDescription`. The keyword contains "Hides", although the
+  /// name of the constant contains "Hide".
   static const UTF8String kSalienceRatingHideBetaFeatureDescription;
   /// The rating request "RequestRating". Any other rating request is a custom question.
   static const UTF8String kRequestRating;
@@ -57,23 +60,26 @@ class ORN_EXPORT FeatureListDetail {
   enum class Salience : std::uint8_t {
     /// The field is empty.
     kNone,
-    /// "Headline". Has no effect in the library.
+    /// The keyword "Headline". It has no effect in the library.
     kHeadline,
-    /// "Detail". Has no effect in the library.
+    /// The keyword "Detail". It has no effect in the library.
     kDetail,
-    /// "HideBetaFeature". Hides the feature from all users. Has no effect in a section.
+    /// The keyword "HideBetaFeature". It hides the feature from all users. It has no effect in a
+    /// section.
     kHideBetaFeature,
-    /// "HideBetaFeatureFromExternal". Sets the internal override of the feature, so that only
-    /// internal users see it. Has no effect in a section.
+    /// The keyword "HideBetaFeatureFromExternal". It sets the internal override of the feature, so
+    /// that only internal users see the feature. It has no effect in a section.
     kHideBetaFeatureFromExternal,
-    /// "Unreviewed". Moves the change to the section UNREVIEWED, whatever its IDs are.
+    /// The keyword "Unreviewed". The change belongs to the section UNREVIEWED, whatever its IDs
+    /// are.
     kUnreviewed,
-    /// "RatingHidesBetaFeatureDescription". Omits the feature's description from its rating record,
-    /// if the rating request of the change is "RequestRating".
+    /// The keyword "RatingHidesBetaFeatureDescription". If the change is shown and its rating
+    /// request is "RequestRating", the rating record of the feature has no description.
     kRatingHidesBetaFeatureDescription,
-    /// "UnhideBetaFeature". Shows the feature although its visibility is `kInternal`.
+    /// The keyword "UnhideBetaFeature". It shows a feature even if its visibility is `kInternal`.
     kUnhideBetaFeature,
-    /// Any other string. Has no effect, except that internal users see a note.
+    /// The field is any other string. Internal users see a note, and the change passes the filter
+    /// `kFilterHeadlinesOnly`.
     kUnknown,
   };
 
@@ -81,33 +87,36 @@ class ORN_EXPORT FeatureListDetail {
   enum class Platform : std::uint8_t {
     /// The field is empty. The change is relevant on all platforms.
     kNone,
-    /// "Mac". The change is relevant on macOS only.
+    /// The keyword "Mac". The change is relevant only on macOS.
     kMac,
-    /// "Win". The change is relevant on Windows only.
+    /// The keyword "Win". The change is relevant only on Windows.
     kWin,
-    /// Any other string. The change is relevant on all platforms, and internal users see a note.
+    /// The field is any other string. The change is relevant on all platforms, and internal users
+    /// see a note.
     kOther,
   };
 
-  /// The ten field values, indexed by `ColumnIndex`.
+  /// The values of the ten fields, indexed by `ColumnIndex`.
   using Fields = std::array<std::string_view, kDataColumnCount>;
 
-  /// Creates a change without marks. Copies the ten fields unchanged. The order of the arguments is
-  /// not the column order. `jiraEpicID` is the grouping ID.
+  /// Creates a change with ten fields, which it copies unchanged. Both flags are false. The
+  /// arguments are not in column order. `jiraEpicID` is the grouping ID, and `jiraStoryBugTaskID`
+  /// is the story ID.
   FeatureListDetail(const UTF8String& description, const UTF8String& versionAdded,
                     const UTF8String& jiraEpicID, const UTF8String& jiraStoryBugTaskID,
                     const UTF8String& salience, const UTF8String& relevantFirstVersion,
                     const UTF8String& relevantPlatform, const UTF8String& ratingRequest,
                     const UTF8String& viewMoreURL, const UTF8String& sha);
 
-  /// Creates a change without marks. Copies the ten fields unchanged, from views in column order.
+  /// Creates a change with ten fields, which it copies unchanged from `fields`. Both flags are
+  /// false.
   explicit FeatureListDetail(const Fields& fields);
 
   /// Returns the field with the key `key`, one of the `kKey...` constants. Throws
   /// `std::out_of_range` for any other key.
   const UTF8String& GetField(std::string_view key) const;
 
-  /// Returns the text that users read. It can be a localisation key. It is empty if the change only
+  /// Returns the text that users read. It can be a key text. It is empty if the change only
   /// requests a rating.
   const UTF8String& GetDescription() const { return Field(DataColumn::kDescription); }
   /// Returns the grouping ID. The parser converts five fields to lower case: grouping ID, story ID,
@@ -119,28 +128,29 @@ class ORN_EXPORT FeatureListDetail {
   const UTF8String& GetChangeAddedVersion() const { return Field(DataColumn::kVersion); }
   /// Returns the salience: a keyword, a malformed value, or an empty string.
   const UTF8String& GetSalienceOptional() const { return Field(DataColumn::kSalience); }
-  /// Returns the earliest version to which the change is relevant; empty for all versions.
+  /// Returns the earliest version to which the change is relevant, or an empty string if the change
+  /// is relevant to all versions.
   const UTF8String& GetRelevantFirstVersionOptional() const {
     return Field(DataColumn::kFirstVersion);
   }
-  /// Returns the only platform to which the change is relevant, or a malformed value; empty for all
-  /// platforms.
+  /// Returns the only platform on which the change is relevant, or a malformed value. The result is
+  /// empty if the change is relevant on all platforms.
   const UTF8String& GetRelevantPlatformOptional() const { return Field(DataColumn::kPlatform); }
   /// Returns `kRequestRating`, a custom question, or an empty string.
   const UTF8String& GetRatingRequestOptional() const { return Field(DataColumn::kRatingRequest); }
-  /// Returns the link to a discussion, which can be malformed, or an empty string.
+  /// Returns the URL of a discussion of the change, or an empty string. The URL can be malformed.
   const UTF8String& GetViewMoreURLOptional() const { return Field(DataColumn::kURL); }
   /// Returns the changelist or commit ID, or an empty string.
   const UTF8String& GetSHAOptional() const { return Field(DataColumn::kSHA); }
 
-  /// Sets the mark of a change whose URL is ignored because its item already has a URL.
+  /// Sets whether the URL of the change is ignored because its item already has a URL.
   void SetHasDuplicateURL(bool duplicate) { hasDuplicateURL_ = duplicate; }
-  /// Returns whether the URL is marked as a duplicate. The default is false.
+  /// Returns the value that `SetHasDuplicateURL` set, or false by default.
   bool HasDuplicateURL() const { return hasDuplicateURL_; }
 
   /// Sets whether the IDs of the change match no item.
   void SetCouldNotMatchBetaFeature(bool unmatched) { couldNotMatchBetaFeature_ = unmatched; }
-  /// Returns whether the change is marked as unmatched. The default is false.
+  /// Returns the value that `SetCouldNotMatchBetaFeature` set, or false by default.
   bool DetailInternalCouldNotMatchBetaFeature() const { return couldNotMatchBetaFeature_; }
 
   /// Returns the meaning of the salience field.
@@ -176,7 +186,7 @@ class ORN_EXPORT FeatureListDetail {
   /// empty URL counts as malformed.
   bool HasMalformedURL() const { return !isURLSecure_; }
 
-  /// Returns `VersionNumber(version)`.
+  /// Returns `VersionNumber(version)`, which does not depend on the change.
   std::int64_t ParseVersionStringToNumber(const UTF8String& version) const;
 
   /// Returns whether the change is relevant to a user of the given versions. `versionNumbers` are
@@ -189,10 +199,10 @@ class ORN_EXPORT FeatureListDetail {
   /// a new rating request does not make the change new again.
   void MixChangeIntoGuid(orncore::utility::GuidMixer& mixer) const;
   /// Returns the identity under which the change counts as seen. Computes it at each call, in time
-  /// linear in the fields.
+  /// linear in the total length of the fields.
   Guid GetItemSeenGuid() const;
-  /// Returns the identity of the rating request. Changes with equal rating requests have the same
-  /// one.
+  /// Returns the identity of the rating request. Changes with equal rating requests have equal
+  /// identities. The rated identity of an item depends on this identity.
   Guid GetItemRatedGuid() const;
 
   /// Returns whether the change is shown with these options to a user who has seen or rated the
@@ -212,7 +222,8 @@ class ORN_EXPORT FeatureListDetail {
   bool isURLSecure_;
   bool couldNotMatchBetaFeature_ = false;
   bool hasDuplicateURL_ = false;
-  // The version numbers are set only if the change has an earliest relevant version.
+  // The numbers of the earliest relevant version and of the version added. They are set only if the
+  // change has an earliest relevant version.
   std::int64_t relevantFrom_ = 0;
   std::int64_t relevantBefore_ = 0;
   std::array<UTF8String, kDataColumnCount> fields_;

@@ -17,17 +17,18 @@
 
 namespace ornwhatsnew {
 
-/// An item. It has two keys, five fields, and its changes in file order.
+/// An item. It has its own key, the internal key of its beta feature, five text fields, and its
+/// changes in file order.
 ///
 /// The list and its callers share ownership of the items. A copy of an item shares the changes of
-/// the original. All strings are UTF-8. A returned reference is valid as long as the item.
+/// the original. All strings are UTF-8. A returned reference is valid until the item is destroyed.
 ///
 /// An item is not thread-safe: use one item from one thread at a time.
 class ORN_EXPORT FeatureListItem {
  public:
   /// The host's visibility value of a beta feature.
   using Visibility = ornappsupport::feature::VisibilityInAllClientApps;
-  /// The changes of an item. They are never null.
+  /// The changes of an item. None of the pointers is null.
   using Changes = std::vector<std::shared_ptr<FeatureListDetail>>;
 
   // The keys of the five fields, for `GetField`.
@@ -41,7 +42,8 @@ class ORN_EXPORT FeatureListItem {
   ///
   /// `featureJiraIDKey` is the key of the item, either the epic key of a feature or a section key.
   /// `betaFeatureInternalKey` is the key in the host's feature table; it is empty for a section.
-  /// `name` and `description` can be localisation keys.
+  /// `name` and `description` can be key texts. `visibility` is the visibility of the beta feature.
+  /// The sections of a list have the visibility `kPublic`.
   FeatureListItem(const std::string& featureJiraIDKey, const std::string& betaFeatureInternalKey,
                   const UTF8String& name, const UTF8String& description, Visibility visibility);
 
@@ -71,35 +73,38 @@ class ORN_EXPORT FeatureListItem {
   /// `std::out_of_range` for any other key.
   const UTF8String& GetField(std::string_view key) const;
 
-  /// Returns the title. It can be a localisation key, or empty.
+  /// Returns the title, which can be a key text or empty.
   const UTF8String& GetFeatureName() const { return fields_[kName]; }
-  /// Returns the description. It can be a localisation key, or empty.
+  /// Returns the description, which can be a key text or empty.
   const UTF8String& GetFeatureDescription() const { return fields_[kDescription]; }
-  /// Returns the first well-formed URL of the changes. It is empty if there is none.
+  /// Returns the first well-formed URL of the changes, or an empty string if no change has one.
   const UTF8String& GetFeatureViewMoreURL() const { return fields_[kViewMoreURL]; }
-  /// Returns an empty string. The library never sets this field, but includes it in the identity.
+  /// Returns an empty string. The library never sets this field, but the seen identity of the item
+  /// includes it.
   const UTF8String& GetFeaturePrefsUI() const { return fields_[kPrefsUI]; }
   /// Returns the custom question of a rating record: the rating request of the last shown change
-  /// that has one. It is empty if that request is the keyword `kRequestRating`, and in every item
-  /// that is not a rating record.
+  /// that has one. The result is empty if that request is the keyword `kRequestRating`, or if no
+  /// shown change has a request. It is also empty in every item that is not a rating record.
   const UTF8String& GetCustomRatingStr() const { return fields_[kCustomRating]; }
-  /// Sets the custom question.
+  /// Sets the custom question of a rating record.
   void SetCustomRatingStr(const UTF8String& text) { fields_[kCustomRating] = text; }
 
   /// Appends a change, which must not be null.
   ///
-  /// If the item has no URL and the URL of the change is well-formed, it becomes the URL of the
-  /// item. If the item has a URL and the change has one, the URL of the change is marked as a
-  /// duplicate, even if it differs. A change with the salience "HideBetaFeatureFromExternal" sets
-  /// the internal override of a feature, and has no effect on a section. If an allocation fails,
-  /// the item is unchanged.
+  /// If the item has no URL and the change has a well-formed URL, that URL becomes the URL of the
+  /// item. If both have a URL, the URL of the change counts as a duplicate, even if the two URLs
+  /// differ.
+  ///
+  /// If the change has the salience "HideBetaFeatureFromExternal" and the item is a feature, sets
+  /// the internal override of the feature. If an allocation fails, the item is unchanged.
   void AddFeatureDetail(std::shared_ptr<FeatureListDetail> detail);
 
-  /// Adds the two keys and the `ExtractHashablePortion` of four fields to `mixer`. Omits the custom
+  /// Adds the two keys and the `ExtractHashablePortion` of each field to `mixer`. Omits the custom
   /// question.
   void MixFeatureIntoGuid(orncore::utility::GuidMixer& mixer) const;
-  /// Returns the identity under which the item counts as seen. It depends on the keys, four fields,
-  /// and the seen identities of the changes that have a description. Computes it at each call.
+  /// Returns the identity under which the item counts as seen. It depends on the two keys, on all
+  /// fields except the custom question, and on the seen identities of the changes that have a
+  /// description. Computes it at each call.
   Guid GetItemSeenGuid() const;
   /// Returns the identity under which the item counts as rated. It depends on the internal key and
   /// the rating requests of the changes. A new rating request changes it, so the feature needs

@@ -19,11 +19,12 @@ namespace ornwhatsnew {
 /// cannot be loaded, the items have no changes.
 ///
 /// `resources` must not be null; the list uses it only during this call. `getter` and `setter` read
-/// and write the state. If either is empty, the list uses neither of them and keeps its state in
+/// and write the state. If either is empty, the list uses neither of them and persists its state in
 /// the debug database.
 ///
-/// The caller owns the list. It is not thread-safe: use one list from one thread at a time. The
-/// function throws only what an allocation, the getter, a service or `resources` throws.
+/// The caller owns the list. It is not thread-safe: use one list from one thread at a time.
+/// Exceptions of allocations, of the getter, of services and of `resources` propagate to the
+/// caller.
 ORN_EXPORT std::shared_ptr<FeatureListData> GetWhatsNew(
     const UTF16String& path, const ornui::utility::ResourceManager* resources, StateGetter getter,
     StateSetter setter);

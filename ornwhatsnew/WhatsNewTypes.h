@@ -12,8 +12,9 @@
 
 namespace ornwhatsnew {
 
-// The grouping IDs of the four sections in a data file, which are also the keys of their items. A
-// static object of the host must not use them in its constructor, which can run before theirs.
+// The grouping IDs of the four sections in a data file, which are also the keys of their items. The
+// constructor of a static object of the host must not use these keys, because it can run before
+// they are initialised.
 
 /// The key of the section for changes that belong to no feature.
 extern ORN_EXPORT const UTF8String kMiscKey;
@@ -37,7 +38,7 @@ inline constexpr float kFontSize_HotSpotCopy = 16.0F;  ///< size of links within
 inline constexpr int kTabWidth = 6;                    ///< width of a tab
 inline constexpr int kRightMargin = 26;                ///< right margin of the panel
 
-/// Characters that are not parts of words, each in UTF-8. The code with which a host draws the
+/// Characters that do not belong to words, each in UTF-8. The code with which a host draws the
 /// panel can use them to find word boundaries. The library does not use them.
 inline constexpr std::array<std::string_view, 12> kTypographicMarks = {
     "\xC2\xB0",      // degree sign
@@ -56,19 +57,21 @@ inline constexpr std::array<std::string_view, 12> kTypographicMarks = {
 
 /// The state that the unlock label after an item's title shows.
 enum class ItemUnlockState {
-  /// A section for internal users. For internal users, also a feature of visibility `kInternal`,
-  /// and a feature that is not public and has the internal override.
+  /// The item is a section for internal users. For internal users, this is also the state of a
+  /// feature of visibility `kInternal`, and of a feature that is not public and has the internal
+  /// override.
   TarsaOnly,
-  /// A public feature that is switched off. This state exists only while
+  /// The item is a public feature that is switched off. This state occurs only while
   /// `ShowingAllOffFeaturesInternally` returns true.
   Off,
-  /// Any other public feature, even if it is switched off. For users without the internal-features
-  /// permission, also a feature for which internal users see `TarsaOnly`.
+  /// The item is any other public feature, even one that is switched off. For users without the
+  /// internal-features permission, this is also the state of a feature that has the state
+  /// `TarsaOnly` for internal users.
   Unlocked,
-  /// A feature of visibility `kInDevelopment` without the internal override.
+  /// The item is a feature of visibility `kInDevelopment` without the internal override.
   InDevelopment,
-  /// The item has no label: another section, another visibility, or a feature that is not in the
-  /// host's feature table.
+  /// The item has no label. It is one of the other sections, a feature of another visibility, or a
+  /// feature that is not in the host's feature table.
   Unlabelled,
 };
 

@@ -26,7 +26,7 @@ std::size_t AllocationCount() {
 
 }  // namespace benchmarks
 
-// The operators for arrays and for `std::nothrow` call these.
+// The standard library's operators for arrays and for `std::nothrow` call the operators below.
 void* operator new(std::size_t size) {
   void* const block = std::malloc(size);
   if (block == nullptr) throw std::bad_alloc();

@@ -1,5 +1,6 @@
-// Counts the allocations of a program. ByteCounter.cpp replaces new and delete. It is a separate
-// file, because compilers report a mismatch of new and delete if they inline both.
+// Counts the allocations of a program. ByteCounter.cpp replaces `operator new` and `operator
+// delete`. The operators are in a separate file, because compilers report a mismatch if they inline
+// both.
 #ifndef BENCHMARKS_SUPPORT_BYTECOUNTER_H_
 #define BENCHMARKS_SUPPORT_BYTECOUNTER_H_
 
@@ -7,11 +8,12 @@
 
 namespace benchmarks {
 
-/// Returns the bytes of all allocated blocks, including the allocator's rounding and block header.
+/// Returns the number of bytes in all allocated blocks, including the allocator's rounding and
+/// block headers. Requires that the program has only one thread.
 std::size_t LiveBytes();
 
-/// Returns the number of allocations since the program started. Both functions require that the
-/// program has only one thread.
+/// Returns the number of allocations since the program started. Requires that the program has only
+/// one thread.
 std::size_t AllocationCount();
 
 }  // namespace benchmarks

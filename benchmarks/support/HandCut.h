@@ -1,4 +1,4 @@
-// The baseline for cutting data files: a hand-written loop that searches 64 bytes at a time for
+// The baseline for splitting data files: a hand-written loop that searches 64 bytes at a time for
 // line feeds, commas and quotes.
 #ifndef BENCHMARKS_SUPPORT_HANDCUT_H_
 #define BENCHMARKS_SUPPORT_HANDCUT_H_
@@ -15,8 +15,8 @@
 
 namespace benchmarks {
 
-/// Calls `sink.Field(column, text)` for each field, and `sink.Row(columns)` after the fields of
-/// each row. A blank row has no fields.
+/// Splits a data file. Calls `sink.Field(column, text)` for each field, without quotes, and
+/// `sink.Row(columns)` after the fields of each row. A blank row has no fields.
 template <class Sink>
 class HandCutter {
  public:
@@ -92,7 +92,8 @@ class HandCutter {
   bool hasQuotes_ = false;
 };
 
-/// A sink that only counts, so that the benchmark measures little besides the cutting.
+/// Counts rows, fields and bytes. It does no other work, so that the benchmark measures mainly the
+/// splitting.
 struct CountingSink {
   std::size_t fields = 0;
   std::size_t bytes = 0;

@@ -1,5 +1,5 @@
-// The baseline for text conversion. It converts ASCII several bytes at a time, and other text with
-// ICU.
+// The baseline for text conversion. It converts ASCII characters several at a time, and other
+// characters with ICU.
 #ifndef BENCHMARKS_SUPPORT_HANDTEXT_H_
 #define BENCHMARKS_SUPPORT_HANDTEXT_H_
 
@@ -44,7 +44,7 @@ class IcuByHand {
     return Encode(lowered_, length);
   }
 
-  /// Converts the string to UTF-16 and back, which replaces ill-formed UTF-8.
+  /// Converts the string to UTF-16 and back, so that U+FFFD replaces ill-formed UTF-8.
   std::string_view RoundTrip(std::string_view text) {
     ResizeBuffers(text.size());
     return Encode(utf16_, Decode(text));

@@ -1,4 +1,4 @@
-// The baseline for identities: libmurmurhash over contiguous bytes.
+// The baseline for identities: libmurmurhash computes the hash of one contiguous string.
 #ifndef BENCHMARKS_SUPPORT_ONESHOTHASH_H_
 #define BENCHMARKS_SUPPORT_ONESHOTHASH_H_
 
@@ -22,8 +22,8 @@ inline HashWords HashOnce(std::string_view bytes) {
   return words;
 }
 
-/// Returns the bytes from which the seen identity of a change is computed, if the change has no
-/// localisation keys.
+/// Returns the bytes whose hash is the seen identity of `change`. The fields of `change` must not
+/// be key texts.
 inline std::string HashedBytes(const ornwhatsnew::FeatureListDetail& change) {
   std::string bytes = "FeatureChangeList";
   bytes += change.GetDescription();

@@ -8,12 +8,12 @@
 
 namespace benchmarks {
 
-/// Returns the size argument of the benchmark.
+/// Returns the size argument of the benchmark, which is the number of rows or other elements.
 inline std::size_t Rows(const benchmark::State& state) {
   return static_cast<std::size_t>(state.range(0));
 }
 
-/// Reports that each iteration processed `rows` rows, or as many other elements.
+/// Reports that each iteration processed `rows` rows or other elements.
 inline void SetRows(benchmark::State& state, std::size_t rows) {
   state.SetItemsProcessed(state.iterations() * static_cast<benchmark::IterationCount>(rows));
 }

@@ -1,5 +1,5 @@
-// Generates data files for benchmarks. Their fields, lengths and letters are similar to those of
-// real applications.
+// Generates data files for benchmarks. Their fields, lengths and letters are similar to those in
+// the data files of real applications.
 #ifndef BENCHMARKS_SUPPORT_SAMPLEFILE_H_
 #define BENCHMARKS_SUPPORT_SAMPLEFILE_H_
 
@@ -12,8 +12,8 @@ namespace benchmarks {
 inline constexpr std::size_t kFirstEpic = 100;
 inline constexpr std::size_t kEpicCount = 100;
 
-/// Returns a data file with a header and `rows` changes of about 195 bytes each. Every call returns
-/// the same string. The reference is valid until the program ends.
+/// Returns a data file with a header and `rows` changes of about 195 bytes each. For each number of
+/// rows, the content is the same in every run. The reference is valid until the program ends.
 ///
 /// Each change belongs to a feature of the sample host or to the section BUGFIX. No change hides a
 /// feature, so a panel without filters shows all changes. A quarter of the descriptions are quoted

@@ -30,7 +30,7 @@ class SampleStore {
   std::map<std::string, std::string> texts_;
 };
 
-/// A list that is loaded from `SampleFile(rows)`, and its state store.
+/// A list that is loaded from `SampleFile(rows)`, together with its state store.
 class SampleList {
  public:
   explicit SampleList(std::size_t rows);
@@ -38,8 +38,8 @@ class SampleList {
   ornwhatsnew::FeatureListData& operator*() { return *list_; }
   ornwhatsnew::FeatureListData* operator->() { return list_.get(); }
 
-  /// Formats the panel without filters. Its content counts as seen after a call of
-  /// `RefreshInternalSeenState`.
+  /// Formats the panel without display options and returns its text. The changes shown count as
+  /// seen after a call of `RefreshInternalSeenState`.
   ornwhatsnew::UTF16String Display(ornwhatsnew::StyleRunMap& runs);
 
   /// Resets the state to that of a user who has never opened the panel.

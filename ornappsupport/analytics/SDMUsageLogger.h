@@ -1,4 +1,4 @@
-// The user's choice whether the application logs its use.
+// The query through which the library checks whether the application logs its usage.
 //
 // A host sets a query once at start:
 //
@@ -12,8 +12,8 @@
 
 namespace ornappsupport::analytics {
 
-/// Queries whether the usage logging of the host is on. If it is off, only internal users can rate
-/// features.
+/// Checks whether usage logging is on in the host. If usage logging is off, only internal users can
+/// rate features.
 ///
 /// Threads: safe to use from any thread. If a host uses lists on several threads, its query must be
 /// safe to call from all of them at the same time.

@@ -15,7 +15,7 @@ namespace ornappsupport::feature {
 using orncore::string::UTF16String;
 
 /// Determines the label of a beta feature in a list and, for `kInternal`, whether the list shows
-/// the feature. A feature with any other 32-bit value is treated like `kUnlabelled`.
+/// the feature. The list treats any other 32-bit value like `kUnlabelled`.
 ///
 /// A list shows a feature only if it is switched on or the user may switch it on, whatever its
 /// visibility. A debug switch shows all features to internal users.
@@ -36,18 +36,20 @@ enum class VisibilityInAllClientApps : std::int32_t {
   kUnlabelled = 3,
 };
 
-/// Holds the epic key, the texts and the visibility of a beta feature. The internal key, under
-/// which the host switches the feature, is its key in the `BetaFeatureMap`.
+/// Contains the epic key, the display name, the display description and the visibility of a beta
+/// feature. It does not contain the internal key, which is the key of the feature in the
+/// `BetaFeatureMap`.
 ///
-/// Threads: several threads may read an object at the same time. A change needs exclusive access.
+/// Threads: several threads may read an object at the same time. A thread that modifies an object
+/// needs exclusive access.
 class ORN_EXPORT BetaFeature {
  public:
   /// Creates a description. `jiraEpicKey` is the key of the feature's epic in the issue tracker, in
   /// UTF-8. Changes refer to the feature by this key. An empty key is allowed, but it matches the
   /// empty story ID of changes that belong to other items.
   ///
-  /// A list localises a display text that begins with "$$$/", and shows other display texts
-  /// unchanged.
+  /// `displayName` and `displayDescription` are shown to users. A list localises them if they begin
+  /// with "$$$/", and otherwise shows them unchanged.
   BetaFeature(std::string jiraEpicKey, UTF16String displayName, UTF16String displayDescription,
               VisibilityInAllClientApps visibility);
 

@@ -20,11 +20,11 @@
 
 namespace ornappsupport::feature {
 
-/// The interface that a host implements to describe its beta features. A list copies the features
-/// when it is loaded. It queries the switches and the permission on every use and caches none of
-/// them. Exceptions of an implementation propagate to the caller of the list.
+/// The interface that a host implements to describe its beta features. A list copies the feature
+/// table when it is loaded. It queries the switches and the permission on every use and does not
+/// cache the answers. Exceptions of an implementation propagate to the caller of the list.
 ///
-/// Threads: the library calls it on the thread that uses a list. The console command
+/// Threads: the library calls the methods on the thread that uses a list. The console command
 /// `ValidateWhatsNew` uses a list on a background thread while the thread that runs the command
 /// waits. If a host uses lists on several threads, the methods must be safe to call from all of
 /// them at the same time.
@@ -47,8 +47,8 @@ class ORN_EXPORT FeatureService {
   /// table.
   virtual bool IsAvailableForUser(std::string_view internalKey) const = 0;
 
-  /// Returns whether the user has the internal-features permission. With it, a list shows internal
-  /// sections, keys and notes to the user.
+  /// Returns whether the user has the internal-features permission. A list shows internal sections,
+  /// keys and notes only to a user with this permission.
   virtual bool AreInternalFeaturesAllowed() const = 0;
 };
 
@@ -56,7 +56,7 @@ class ORN_EXPORT FeatureService {
 /// overridden methods.
 ///
 /// Threads: reading is safe from any thread while no thread calls `Add` or
-/// `SetInternalFeaturesAllowed`. Call these when no method of a list runs.
+/// `SetInternalFeaturesAllowed`. Call these two methods only while no method of a list runs.
 class ORN_EXPORT FixedFeatureService final : public FeatureService {
  public:
   /// Creates an empty table. The user does not have the permission.
@@ -87,7 +87,7 @@ class ORN_EXPORT FixedFeatureService final : public FeatureService {
 /// Replaces the service. The library shares ownership of `service`. Null restores the default: an
 /// empty table and no permission.
 ///
-/// Do not call while a method of a list runs, because the list may hold a reference to the table of
+/// Do not call while a method of a list runs, because the list may use a reference to the table of
 /// the previous service. Otherwise, the function is safe to call from any thread.
 ORN_EXPORT void SetFeatureService(std::shared_ptr<const FeatureService> service);
 

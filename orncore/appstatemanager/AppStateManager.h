@@ -1,4 +1,4 @@
-// The state of the application: whether it is terminating.
+// The query through which the library checks whether the application is terminating.
 //
 // A host sets a query once at start:
 //
@@ -15,7 +15,7 @@ namespace orncore::appstatemanager {
 /// Calls the host's query on the calling thread and returns its result. Returns false if there is
 /// no query. Exceptions of the query propagate to the caller.
 ///
-/// Safe to call from any thread if the query is.
+/// Safe to call from any thread if the query is safe to call from any thread.
 ORN_EXPORT bool IsTerminating();
 
 /// Replaces the query. An empty function removes it. A call of `IsTerminating` on another thread

@@ -19,11 +19,12 @@ namespace orncore::config {
 using string::UTF16String;
 using string::UTF8String;
 
-/// The interface that a host implements to describe itself. Exceptions of an implementation
-/// propagate to the callers of the functions below.
+/// The interface that a host implements to return its version, build number and platform.
+/// Exceptions of an implementation propagate to the callers of the functions below.
 ///
-/// Threads: the functions below call it on the thread of their own caller. If a host uses lists on
-/// several threads, the methods must be safe to call from all of them at the same time.
+/// Threads: each function below calls the methods on the thread that called the function. If a host
+/// uses lists on several threads, the methods must be safe to call from all of them at the same
+/// time.
 class ORN_EXPORT ClientInfo {
  public:
   ClientInfo() = default;
@@ -67,9 +68,11 @@ ORN_EXPORT void SetClientInfo(std::shared_ptr<const ClientInfo> clientInfo);
 /// Returns the version of the host. Queries `ClientInfo` at every call and caches nothing. Safe to
 /// call from any thread.
 ORN_EXPORT UTF16String GetClientVersion();
-/// Returns the build number of the host, in the same way.
+/// Returns the build number of the host. Queries `ClientInfo` at every call and caches nothing.
+/// Safe to call from any thread.
 ORN_EXPORT UTF16String GetClientBuildNumber();
-/// Returns the platform of the host in UTF-8, in the same way.
+/// Returns the platform of the host in UTF-8. Queries `ClientInfo` at every call and caches
+/// nothing. Safe to call from any thread.
 ORN_EXPORT UTF8String GetClientPlatform();
 
 }  // namespace orncore::config

@@ -1,4 +1,5 @@
-// Initialise and shutdown functions, which libraries register and the host runs.
+// Registration of initialise and shutdown functions. Libraries register the functions, and the host
+// runs them.
 //
 // A library registers a pair of functions by constructing an InitializerRegistrar. It usually is a
 // variable at namespace scope, so that loading the library registers the functions. A host starts
@@ -54,12 +55,13 @@ constexpr EInitializerContextFlags operator&(EInitializerContextFlags a,
 /// The content of a registration. Private to the implementation.
 struct InitializerRegistration;
 
-/// Registers a pair of functions for one or more contexts. The registration ends with the object.
+/// Registers a pair of functions for one or more contexts. The registration ends when the object is
+/// destroyed.
 ///
 /// The initialise function runs when the first context of the registration becomes live. If one of
 /// the contexts is already live, the constructor runs the function.
 ///
-/// The shutdown function runs once for each successful initialisation: when the last of the
+/// The shutdown function runs once for each successful initialisation. It runs when the last of the
 /// contexts ends, or when the object is destroyed before that.
 ///
 /// An exception that escapes from a function is logged. In an initialise function it also counts as
@@ -83,7 +85,8 @@ class ORN_EXPORT InitializerRegistrar {
   ///
   /// `name` appears in `GetRegisteredInitializers` and in log lines, and need not be unique.
   /// `initialize` returns whether it succeeded. An empty function does nothing, and an empty
-  /// `initialize` succeeds. A registration for `kNone` is listed but never initialised.
+  /// `initialize` succeeds. A registration for `kNone` appears in `GetRegisteredInitializers`, but
+  /// its functions never run.
   ///
   /// If memory runs out, throws `std::bad_alloc` and registers nothing.
   InitializerRegistrar(std::string_view name, EInitializerContextFlags contexts,
@@ -106,8 +109,9 @@ class ORN_EXPORT InitializerRegistrar {
 /// Returns true if all initialise functions that it called succeeded. Logs each failure and
 /// continues with the next registration. The next call retries the failed functions.
 ///
-/// Does not wait for a function that another call is running, and does not report its failure. The
-/// other call updates that registration. Safe to call from any thread.
+/// If another call is running a function of a registration, does not wait for it and does not
+/// report its failure. The other call finishes the initialisation of that registration. Safe to
+/// call from any thread.
 ORN_EXPORT bool InitializeContexts(EInitializerContextFlags contexts);
 
 /// Ends `contexts`. Shuts down all registrations that have no other live context, in the reverse

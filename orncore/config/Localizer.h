@@ -1,13 +1,13 @@
-// Localisation: a dictionary that the host supplies, default texts that are part of the key texts,
-// and the markup in both.
+// Localisation. The translations are in a dictionary that the host supplies. The default texts are
+// part of the key texts. Both can contain markup.
 //
 // A host sets the dictionary at start, and again when the user changes the language:
 //
 //   orncore::config::Localizer::Get().SetDictionary(
 //       std::make_shared<orncore::config::MapDictionary>(std::move(texts)));
 //
-// A host can also implement DictionarySource itself. Without a dictionary, all texts are default
-// texts.
+// A host can also implement DictionarySource itself. Without a dictionary, the localiser returns
+// the default texts.
 #ifndef ORNCORE_CONFIG_LOCALIZER_H_
 #define ORNCORE_CONFIG_LOCALIZER_H_
 
@@ -38,8 +38,9 @@ class ORN_EXPORT DictionarySource {
   DictionarySource& operator=(const DictionarySource&) = delete;
   virtual ~DictionarySource();
 
-  /// Returns the text for `key` in UTF-8, with markup. Returns `std::nullopt` if the dictionary
-  /// does not contain the key. An empty text is a valid translation and replaces the default text.
+  /// Returns the translation for `key` in UTF-8, in which markup is not expanded. Returns
+  /// `std::nullopt` if the dictionary does not contain the key. An empty string is a valid
+  /// translation and replaces the default text.
   ///
   /// `key` is the part of the key text before the first `=`, unchanged. The view is valid during
   /// the call. Exceptions propagate to the caller of the localiser.
@@ -51,7 +52,7 @@ class ORN_EXPORT DictionarySource {
 /// Threads: safe to use from any thread, because the texts never change.
 class ORN_EXPORT MapDictionary final : public DictionarySource {
  public:
-  /// Texts by key, both UTF-8.
+  /// The translations by key. Keys and translations are UTF-8.
   using Texts = std::map<std::string, std::string, std::less<>>;
 
   /// Stores `texts`, which may contain markup. A key is the part of a key text before the first
@@ -87,13 +88,14 @@ class ORN_EXPORT Localizer {
 
   /// Returns the text for `keyText`. Expands the markup of a translation or default text:
   ///
-  ///   #{endl} line feed      ^B  U+2022 bullet           ^[  U+201C left double quote
+  ///   #{endl} newline        ^B  U+2022 bullet           ^[  U+201C left double quote
   ///   #{tab}  tab            ^{  U+2018 left quote       ^]  U+201D right double quote
   ///   #{mdash} U+2014        ^}  U+2019 right quote      ^^  a caret
   ///   #{ndash} U+2013        #{comment} ends the text; the rest is dropped
   ///
-  /// Keeps all other characters, such as `^x` and `#{foo}`. A caret that begins no markup is kept
-  /// alone: `^#{endl}` becomes a caret and a line feed. Replaces ill-formed UTF-8 with U+FFFD.
+  /// Keeps all other characters, such as `^x` and `#{foo}`. A caret that does not begin markup has
+  /// no effect on the characters after it: `^#{endl}` becomes a caret and a newline. Replaces
+  /// ill-formed UTF-8 with U+FFFD.
   ///
   /// Queries the dictionary at every call and caches nothing. Exceptions of the dictionary
   /// propagate to the caller.
@@ -102,8 +104,8 @@ class ORN_EXPORT Localizer {
   /// Returns `ZString(keyText)` with each placeholder `@0` to `@9` replaced by the argument with
   /// that index. Inserted arguments are not searched for placeholders or markup.
   ///
-  /// A placeholder without an argument is kept. An argument without a placeholder is ignored, and
-  /// so are all arguments after the tenth.
+  /// Keeps a placeholder that has no argument. Ignores an argument that has no placeholder, and all
+  /// arguments after the tenth.
   UTF16String ZString(std::string_view keyText, std::span<const UTF16String> arguments) const;
 
   /// Replaces the dictionary. The localiser shares ownership of `dictionary`. Null removes the

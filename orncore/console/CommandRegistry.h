@@ -21,7 +21,7 @@ namespace orncore::console {
 
 using string::UTF16String;
 
-/// A stream for the output of a command. Use `Write` for strings and `put` for single units.
+/// A stream for the output of a command. Use `Write` for strings and `put` for single UTF-16 units.
 ///
 /// Standard libraries have no facets for `char16_t`. Therefore `<<` of a number, `std::endl` and
 /// `std::setfill` throw `std::bad_cast`. Convert numbers to strings first, and write `u"\n"` for a
@@ -42,7 +42,7 @@ class ORN_EXPORT CommandRegistry {
   /// for success. Several threads may call it at the same time.
   using CommandFunction = std::function<int(const UTF16String& arguments, UTF16OutputStream&)>;
 
-  /// A command, as `ListCommands` returns it.
+  /// The name and the help of a command, which `ListCommands` returns.
   struct Command {
     UTF16String name;  ///< the first word of a line that runs the command
     UTF16String help;  ///< the text that follows the name in the usage line
@@ -67,7 +67,8 @@ class ORN_EXPORT CommandRegistry {
   bool RegisterCommandFunction(UTF16String name, UTF16String help, CommandFunction function);
 
   /// Removes a command and returns true. Returns false if no command has that name. Does not wait
-  /// for a running call of the command; its function is destroyed when that call ends.
+  /// for a running call of the command. The function of the command is destroyed when the last
+  /// running call ends.
   bool UnregisterCommand(std::u16string_view name);
 
   /// Returns copies of all commands, sorted by name in ascending order of UTF-16 units.

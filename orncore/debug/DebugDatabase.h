@@ -1,4 +1,5 @@
-// Debug entries: strings by key that developers and testers edit. The host can replace their store.
+// Debug entries, which are strings with keys. Developers and testers edit them. The host can
+// replace the store that contains them.
 //
 //   orncore::debug::DebugDatabase::Instance().SetStore(std::make_shared<PreferencesStore>());
 //
@@ -18,12 +19,12 @@
 
 namespace orncore::debug {
 
-/// The interface that a host implements to keep the debug entries. `DebugDatabase::SetStore`
+/// The interface that a host implements to store the debug entries. `DebugDatabase::SetStore`
 /// registers an implementation. Exceptions of an implementation propagate to the caller of the
 /// database.
 ///
-/// Threads: the database calls its store on the thread of its own caller. It never makes two calls
-/// at the same time, so an implementation needs no lock.
+/// Threads: the database calls the store on the thread that called the database. It never makes two
+/// calls at the same time, so an implementation needs no lock.
 class ORN_EXPORT DebugStore {
  public:
   DebugStore(const DebugStore&) = delete;
@@ -33,8 +34,6 @@ class ORN_EXPORT DebugStore {
   /// Returns the string stored under `key`, which may be empty. Returns `std::nullopt` if there is
   /// no entry. The view `key` is valid during the call.
   [[nodiscard]] virtual std::optional<string::UTF8String> Find(std::string_view key) const = 0;
-
-  /// Stores `value` under `key`. Replaces the previous value.
 
   /// Stores `value` under `key` and replaces the previous value. The views are valid during the
   /// call.
@@ -50,7 +49,7 @@ class ORN_EXPORT DebugStore {
 /// Threads: use one store from one thread at a time.
 class ORN_EXPORT MemoryDebugStore final : public DebugStore {
  public:
-  /// Entries by key, both UTF-8.
+  /// The entries by key. Keys and values are UTF-8.
   using EntryMap = std::map<string::UTF8String, string::UTF8String, std::less<>>;
 
   /// Creates a store that contains `entries`.
@@ -96,7 +95,7 @@ class ORN_EXPORT DebugDatabase {
   /// Stores `value` under `key` and replaces the previous value.
   void SetEntry(std::string_view key, std::string_view value);
 
-  /// Returns the entry as a switch. Returns true for "true" and false for any other string, such as
+  /// Returns the entry as a Boolean value: true for "true", and false for any other string, such as
   /// "True", "1" or an empty string. Returns `defaultValue` if there is no entry.
   template <std::same_as<bool> T>
   [[nodiscard]] T GetEntryAs(std::string_view key, T defaultValue) const {

@@ -1,5 +1,5 @@
-// The log: lines about failures that cannot be reported to a caller, for the developers of the
-// host.
+// The log, which contains lines about failures that cannot be reported to a caller. The developers
+// of the host read it.
 //
 //   orncore::debug::SetLogSink([](std::string_view line) { hostLog.Append(line); });
 //

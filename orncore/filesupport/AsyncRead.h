@@ -34,7 +34,7 @@ namespace orncore::filesupport {
 /// executor, or wait for another task of the same executor.
 class ORN_EXPORT Executor {
  public:
-  /// A task. It receives a token through which `Join` requests that it stops early.
+  /// A task. Its argument is a stop token, through which `Join` requests that the task stops early.
   using Task = std::function<void(const std::stop_token&)>;
 
   /// Creates an executor without a thread.
@@ -47,15 +47,15 @@ class ORN_EXPORT Executor {
   /// Adds `task` to the queue and returns. The executor destroys the task on its thread after the
   /// task has run. If the task throws, the executor logs the exception.
   ///
-  /// Throws `std::bad_alloc` if memory runs out and `std::system_error` if the thread cannot be
-  /// started. The task does not run then.
+  /// Throws `std::bad_alloc` if memory runs out, and `std::system_error` if the thread cannot be
+  /// started. In both cases, the task does not run.
   void Submit(Task task);
 
   /// Requests that the running task and all queued tasks stop, waits until they have run, and ends
   /// the thread. The next task starts a new thread.
   ///
-  /// Submit no task while `Join` runs. Such a task starts a second thread, which may also run tasks
-  /// that were already queued. `Join` does not wait for the second thread.
+  /// Do not submit a task while `Join` runs. Such a task starts a second thread, which may also run
+  /// tasks that were already queued. `Join` does not wait for the second thread.
   void Join();
 
  private:
@@ -90,8 +90,8 @@ class ORN_EXPORT UntypedFuture {
   friend ORN_EXPORT bool WaitForUntypedUntil(UntypedFuture& future,
                                              std::chrono::steady_clock::time_point deadline,
                                              bool cancelAtDeadline);
-  // Holds the exception of the continuation, or null. The exception is a value, so that the waiting
-  // thread becomes its only owner. With `set_exception`, the reading thread could release the
+  // The value is the exception of the continuation, or null. The waiting thread becomes the only
+  // owner of the exception. With `set_exception` instead, the executor's thread could release the
   // exception last and destroy it after the wait.
   std::future<std::exception_ptr> completion_;
   std::stop_source stop_;
@@ -113,7 +113,7 @@ class ORN_EXPORT UntypedFuture {
 ORN_EXPORT UntypedFuture ReadFileToRecycledMemory(
     const File& file, Executor& executor, std::function<void(const ReadOutcome&)> continuation);
 
-/// Waits until the continuation has returned, but not longer than `deadline`. Returns true if the
+/// Waits until the continuation has returned or `deadline` has passed. Returns true if the
 /// continuation returned in time, and rethrows its exception if it threw one.
 ///
 /// If the deadline passes first, the result depends on `cancelAtDeadline`:

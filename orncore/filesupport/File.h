@@ -1,5 +1,5 @@
-// Names of files, and reading a whole file on the calling thread. `AsyncRead.h` reads files in the
-// background.
+// Paths of files, and a function that reads a whole file on the calling thread. `AsyncRead.h` reads
+// files in the background.
 #ifndef ORNCORE_FILESUPPORT_FILE_H_
 #define ORNCORE_FILESUPPORT_FILE_H_
 
@@ -20,7 +20,7 @@ namespace orncore::filesupport {
 
 using string::UTF16String;
 
-/// Holds the path of a file. The file need not exist, and the class never opens it.
+/// Stores the path of a file. The file need not exist, and the class never opens it.
 ///
 /// Threads: several threads may use an object at the same time if none of them changes it.
 class ORN_EXPORT File {
@@ -31,9 +31,9 @@ class ORN_EXPORT File {
   /// Returns the path that was passed to the constructor.
   const UTF16String& Path() const noexcept { return path_; }
 
-  /// Returns the path as an absolute path without ".", ".." and repeated separators. Does not
-  /// resolve links. A relative path starts at the current directory. If the current directory no
-  /// longer exists, the result is relative.
+  /// Returns the absolute form of the path, without ".", ".." and repeated separators. Does not
+  /// resolve links. Resolves a relative path against the current directory. If the current
+  /// directory no longer exists, the result is relative.
   ///
   /// Replaces each unpaired surrogate with U+FFFD. Returns an empty string for an empty path.
   UTF16String FullPath() const;
@@ -76,8 +76,8 @@ class RecycledMemory {
 ///   -EFBIG        the file is larger than 2 GiB
 ///
 /// The function does not open FIFOs, devices and sockets, and therefore never waits for another
-/// process. If the file changes during the call, the result may mix old and new bytes. It ends
-/// where the last read found the end of the file.
+/// process. If the file changes during the call, the result may contain old and new bytes. The
+/// result ends where the last read found the end of the file.
 ///
 /// Checks `stop` before each read of at most 1 MiB and throws `config::FutureCancelled` after a
 /// stop request. Throws `std::bad_alloc` if memory runs out. Safe to call from any thread.

@@ -8,9 +8,9 @@
 // subpart of an ill-formed UTF-8 sequence with one U+FFFD. The Unicode standard recommends this in
 // chapter 3, "U+FFFD Substitution of Maximal Subparts".
 //
-// Functions with the parameter `out` reuse its capacity and allocate only if it is too small.
-// Conversion to UTF-16 needs room for one unit per byte of the source. The source must not be a
-// part of `out`.
+// Functions with the parameter `out` reuse its capacity and allocate only if it is too small. For a
+// conversion to UTF-16, the required capacity is one unit per byte of the source. The source must
+// not be a part of `out`.
 //
 // Unless declared `noexcept`, the functions throw `std::bad_alloc` or `std::length_error` if the
 // result does not fit into memory. The content of `out` is unspecified then.
@@ -63,8 +63,8 @@ ORN_EXPORT void AppendUTF16to8(std::u16string_view text, UTF8String& out);
 /// for the empty string.
 [[nodiscard]] ORN_EXPORT bool IsWellFormedUTF8(std::string_view text) noexcept;
 
-/// Removes one UTF-8 byte order mark (EF BB BF) from the start of `text` and returns true. Returns
-/// false and changes nothing if `text` does not start with one.
+/// Removes one UTF-8 byte order mark (EF BB BF) from the start of `text` and returns true. If
+/// `text` does not start with a byte order mark, returns false and leaves `text` unchanged.
 ORN_EXPORT bool RemoveUTF8BOM_IfPresent(UTF8String& text);
 
 /// Parses a signed decimal integer: an optional `+` or `-`, then one or more ASCII digits. Any

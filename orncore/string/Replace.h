@@ -19,8 +19,8 @@
 
 namespace orncore::string {
 
-/// A pattern and its replacement text. Both are views: the caller owns the strings and keeps them
-/// alive during the call.
+/// A pattern and its replacement text. Both are views of strings, which must exist until the call
+/// returns.
 struct Replacement {
   std::u16string_view pattern;  ///< the substring to find
   std::u16string_view text;     ///< the text that replaces it

@@ -14,14 +14,15 @@ namespace orncore::utility {
 ///     constexpr Flags<unsigned char> kBold{0x01}, kItalic{0x02};
 ///     if ((kBold | kItalic).Has(kBold)) ...
 ///
-/// Threads: several threads may read an object at the same time. A change needs exclusive access.
+/// Threads: several threads may read an object at the same time. A thread that modifies an object
+/// needs exclusive access.
 template <std::unsigned_integral T>
 class Flags {
  public:
   /// Creates the empty set.
   constexpr Flags() noexcept = default;
-  /// Creates the set of the bits that are 1 in `bits`. The constructor is implicit, so that
-  /// functions that take a set accept an option value.
+  /// Creates the set of the bits that are 1 in `bits`. The constructor is implicit, so that a `T`
+  /// can be passed to a function with a `Flags` parameter.
   constexpr Flags(T bits) noexcept : bits_(bits) {}
 
   /// Returns the set as a number with the same bits.

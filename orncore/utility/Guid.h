@@ -28,7 +28,8 @@ namespace orncore::utility {
 /// The text form has 36 ASCII characters and no spaces, so a list of text forms can use spaces as
 /// separators.
 ///
-/// Threads: several threads may read an object at the same time. A change needs exclusive access.
+/// Threads: several threads may read an object at the same time. A thread that modifies an object
+/// needs exclusive access.
 class ORN_EXPORT Guid {
  public:
   /// The length of the text form in bytes.
@@ -78,7 +79,7 @@ class ORN_EXPORT Guid {
   [[nodiscard]] constexpr std::uint64_t LeadingBits() const noexcept { return Bits<0>(); }
 
  private:
-  // Written without a loop, so that compilers generate one load and one byte swap.
+  // The expression contains no loop, so that compilers generate one load and one byte swap.
   template <std::size_t kFirst>
   [[nodiscard]] constexpr std::uint64_t Bits() const noexcept {
     const auto bits = [this](std::size_t index, unsigned shift) {
@@ -96,9 +97,9 @@ class ORN_EXPORT Guid {
 /// Allows a `Guid` as the key of an unordered container.
 template <>
 struct std::hash<orncore::utility::Guid> {
-  /// Returns the first bytes of `guid` as a number. They need no further hashing, because
-  /// identifiers are hashes. The value depends on the byte order of the machine, so do not persist
-  /// it.
+  /// Returns the first `sizeof(std::size_t)` bytes of `guid` as a number. They need no further
+  /// hashing, because identifiers are hashes. The result depends on the byte order of the machine,
+  /// so do not persist it.
   [[nodiscard]] std::size_t operator()(const orncore::utility::Guid& guid) const noexcept {
     std::size_t result;
     std::memcpy(&result, guid.GuidToBytes().data(), sizeof result);

@@ -57,8 +57,9 @@ class ORN_EXPORT Murmur3MixerState {
     std::memcpy(to + length - kCount, back.data(), kCount);
   }
 
-  // Copies `length` bytes. Most strings of an identity are short, and for them a call of memcpy
-  // takes longer than the copy; the badge would miss its time goal (docs/performance.md).
+  // Copies `length` bytes. Most strings of an identity are short. For a short string, a call of
+  // memcpy takes longer than the copy itself, and the badge would miss its time goal
+  // (docs/performance.md).
   static void Copy(const unsigned char* from, std::size_t length, unsigned char* to) noexcept {
     if (length > 32) {
       std::memcpy(to, from, length);
@@ -83,14 +84,14 @@ class ORN_EXPORT Murmur3MixerState {
   Sums sums_;
   std::uint64_t mixed_ = 0;   // number of bytes already mixed into sums_
   std::size_t buffered_ = 0;  // number of bytes in buffer_
-  // The size is a multiple of the block size. The content of most identities fits, so `Finish`
-  // mixes all of its blocks in one loop. The buffer is not initialised, because that would take
-  // longer than hashing a short string.
+  // The size is a multiple of the block size. The bytes of most identities fit into the buffer, so
+  // `Finish` mixes all their blocks in one loop. The buffer is not initialised, because that would
+  // take longer than hashing a short string.
   std::array<unsigned char, 256> buffer_;
 };
 
-/// Computes a `Guid` from bytes, strings and other identifiers. `State` is the hash, such as
-/// `Murmur3MixerState`. A copy continues from the same state.
+/// Computes a `Guid` from bytes, strings and other identifiers. `State` is the class that computes
+/// the hash, such as `Murmur3MixerState`. A copy of an object continues from the same state.
 ///
 ///     GuidMixer mixer;
 ///     mixer.Mix("FeatureChangeList");

@@ -1,4 +1,5 @@
-// The resources of the host: bytes by name and type.
+// Gives a list access to the resources of the host. A resource is a sequence of bytes with a name
+// and a type.
 //
 // A host passes a ResourceManager to a list, which loads its data file through it. The host can use
 // one of the two implementations in this header or its own.
@@ -20,7 +21,7 @@ using orncore::string::UTF16String;
 /// The interface that a host implements to load resources. Exceptions of an implementation
 /// propagate to the caller of the list.
 ///
-/// Threads: the list calls it on the thread that constructs the list.
+/// Threads: the list calls `LoadResource` on the thread that constructs the list.
 class ORN_EXPORT ResourceManager {
  public:
   ResourceManager() = default;
@@ -37,7 +38,7 @@ class ORN_EXPORT ResourceManager {
 };
 
 /// Loads resources from the files of a folder. `ResourceManager` documents the overridden method.
-/// Every load reads the file, and nothing is cached.
+/// Every call of `LoadResource` reads the file, and nothing is cached.
 ///
 /// A resource is the regular file `<folder>/<name>`. If nothing exists at that path, it is the
 /// regular file `<folder>/<name>.<type>`. A name may contain "/" for a file in a subfolder.
@@ -46,7 +47,7 @@ class ORN_EXPORT ResourceManager {
 /// - an empty name, or an absolute path;
 /// - a path with the element "..";
 /// - a name with NUL or an unpaired surrogate;
-/// - a link to a file outside the folder.
+/// - the name of a link to a file outside the folder.
 ///
 /// The class trusts processes that can write to the folder. Such a process could replace a file
 /// with a link during a load, and the load could then read a file outside the folder.
@@ -76,8 +77,8 @@ class ORN_EXPORT MemoryResourceManager final : public ResourceManager {
   MemoryResourceManager();
   ~MemoryResourceManager() override;
 
-  /// Adds a resource and takes ownership of `bytes`. Replaces the resource with the same name and
-  /// type.
+  /// Adds a resource and takes ownership of `bytes`. If a resource with the same name and type
+  /// exists, replaces it.
   void Add(UTF16String name, UTF16String type, std::vector<unsigned char> bytes);
 
   bool LoadResource(const UTF16String& name, const UTF16String& type,

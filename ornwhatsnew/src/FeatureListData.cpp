@@ -20,15 +20,15 @@ namespace {
 
 using orncore::debug::DebugDatabase;
 
-// The registration is in this file because every host uses it. A linker takes only the objects of a
-// static library that the program uses.
+// The registration is in this file because every host uses the file. From a static library, a
+// linker includes only the object files that the program uses.
 const orncore::config::InitializerRegistrar kRegistration(
     "ornwhatsnew.FeatureListData", orncore::config::EInitializerContextFlags::kConsole,
     RegisterValidateCommand, UnregisterValidateCommand);
 
 UTF8String LoadDataText(const UTF16String& path, const ornui::utility::ResourceManager& resources) {
   std::vector<unsigned char> bytes;
-  // The result is ignored because a missing resource is not an error: the list has no changes.
+  // Ignore the result, because a missing resource is not an error. The list then has no changes.
   resources.LoadResource(path, u"csv", bytes);
   return {bytes.begin(), bytes.end()};
 }

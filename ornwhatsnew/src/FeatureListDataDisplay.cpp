@@ -16,9 +16,9 @@
 namespace ornwhatsnew {
 namespace {
 
-// Reserves memory for the text. Without this function, a panel of 10,000 changes takes 1.5 times as
-// long: a string that grows by doubling uses twice the memory, and the first access to new memory
-// takes longer than writing the text.
+// Reserves memory for the panel's text. Without this function, a panel of 10,000 changes takes 1.5
+// times as long. A string that grows by doubling uses twice the memory, and the first access to new
+// memory takes longer than writing the text.
 void ReserveFor(const FeatureMap& items, PanelFormatter& panel) {
   std::size_t changes = 0;
   std::size_t descriptionBytes = 0;
@@ -36,7 +36,8 @@ void ReserveFor(const FeatureMap& items, PanelFormatter& panel) {
 IdentitySet WriteItems(const ListContent& content, const DisplayOptions& options,
                        PanelFormatter& panel) {
   const VisibilityFilter filter(options, content.state.seenGuids, content.state.seenVersionNumbers);
-  // These two options usually hide most changes, so the estimate would be far too large.
+  // With one of these two options, most changes are usually hidden, and `ReserveFor` would reserve
+  // far too much memory.
   if (!options.Has(kShowOnlyNew) && !options.Has(kRatingView)) ReserveFor(content.items, panel);
 
   ShownItem shown;
@@ -47,7 +48,8 @@ IdentitySet WriteItems(const ListContent& content, const DisplayOptions& options
     panel.WriteFeature(*item, shown);
 
     seen.push_back(shown.seenGuid);
-    // The rating view is about features, so its changes do not become seen.
+    // A user opens the rating view to rate features, so the changes that it shows do not count as
+    // seen.
     if (options.Has(kRatingView)) continue;
     for (const auto& change : shown.changes) seen.push_back(change.seenGuid);
   }

@@ -16,8 +16,8 @@ struct FeatureListData::Impl {
   const UTF8String currentVersion;
   StateGetter stateGetter;
   StateSetter stateSetter;
-  /// The number of running iterations over items that query services. The list must not change
-  /// during such an iteration.
+  /// The number of running iterations over the items during which the list queries services. The
+  /// list must not change during such an iteration.
   int activeWalks = 0;
   /// The number of running callbacks. A callback must not destroy the list.
   int activeCallbacks = 0;

@@ -26,13 +26,13 @@ std::shared_ptr<FeatureListItem> MakeItem(const std::string& internalKey,
       orncore::string::UTF16to8(beta.GetDisplayDescription()), beta.GetVisibility());
 }
 
-// A feature of visibility `kInternal` is unlocked only for users without the permission. Internal
-// users see the label TARSA ONLY instead.
+// A feature of visibility `kInternal` is unlocked only for users without the internal-features
+// permission. Internal users see the label TARSA ONLY instead.
 bool IsUnlockedForOrdering(const FeatureListItem& item) {
   const feature::BetaFeatureMap& table = feature::GetConstBetaFeatureMap();
   const auto entry = table.find(item.BetaFeatureInternalKey());
   if (entry == table.end()) return false;
-  // Read the visibility before the query, because a service can replace the table during a query.
+  // Read the visibility first, because the feature service can change the table when it is queried.
   const Visibility visibility = entry->second.GetVisibility();
   if (!feature::IsFeatureEnabled(item.BetaFeatureInternalKey().c_str())) return false;
   return visibility == Visibility::kPublic ||
@@ -40,7 +40,7 @@ bool IsUnlockedForOrdering(const FeatureListItem& item) {
           !feature::IsEntitlementSetToInternalFeaturesAllowed());
 }
 
-// Creates changes from rows. Reuses its buffers for all rows.
+// Creates changes from rows. Uses the same buffers for all rows, to save allocations.
 class ChangeMaker {
  public:
   std::shared_ptr<FeatureListDetail> Make(const DataRow& row) {

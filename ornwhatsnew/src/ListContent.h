@@ -20,10 +20,13 @@ namespace ornwhatsnew {
 
 /// The state of a list in memory.
 struct SeenState {
+  /// The identities from the last read of the state, and the identities rated since then.
   IdentitySet seenGuids;
   /// The identities shown since the state was read.
   IdentitySet newlySeenGuids;
+  /// The full version in which the user last opened What's New. It is empty for a new user.
   UTF8String lastVersionSeen;
+  /// The full versions in which the user opened What's New, including the current version.
   VersionSet seenVersions;
   /// The `VersionNumber` of each element of `seenVersions`, in ascending order.
   std::vector<std::int64_t> seenVersionNumbers;
@@ -36,7 +39,7 @@ struct ListContent {
   /// Has no value if no data file contained a "Changes-Since" row.
   std::optional<UTF8String> changesSinceVersion;
 
-  /// Returns the item with this key. Returns null if there is none, or only an empty entry.
+  /// Returns the item with this key. Returns null if the key has no entry or an empty entry.
   const FeatureListItem* FindItem(const std::string& key) const;
 
   // These functions implement the `FeatureListData` methods with similar names.

@@ -22,7 +22,7 @@ using orncore::filesupport::File;
 using orncore::filesupport::ReadOutcome;
 
 constexpr std::u16string_view kCommandName = u"ValidateWhatsNew";
-// The usage line is the command name immediately followed by this text.
+// The usage line consists of the command name and this string, without a separator.
 constexpr std::u16string_view kCommandHelp =
     u" filepath - Parse a What's New file to validate changes before commiting to version control";
 constexpr std::chrono::hours kReadDeadline{24};

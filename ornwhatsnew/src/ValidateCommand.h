@@ -4,8 +4,8 @@
 
 namespace ornwhatsnew {
 
-/// Registers "ValidateWhatsNew" in the host's console registry. Always returns true, because the
-/// registry handles a name that is already registered.
+/// Registers "ValidateWhatsNew" in the host's console registry. Always returns true, even if the
+/// registry already has a command with this name.
 bool RegisterValidateCommand();
 
 /// Removes the command from the registry and ends the thread of the background read.

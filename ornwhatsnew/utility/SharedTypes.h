@@ -19,9 +19,9 @@ namespace ornwhatsnew {
 
 class FeatureListItem;
 
-/// A UTF-8 string, used for data files, fields, persisted values and keys. A `std::string`.
+/// A UTF-8 string (`std::string`). Data files, fields, persisted values and keys have this type.
 using orncore::string::UTF8String;
-/// A UTF-16 string, used for paths and display text. A `std::u16string`.
+/// A UTF-16 string (`std::u16string`). Paths and display text have this type.
 using orncore::string::UTF16String;
 /// An identity: the 128-bit hash under which a change or an item counts as seen or rated.
 using orncore::utility::Guid;
@@ -52,7 +52,7 @@ using VersionSet = std::unordered_set<UTF8String>;
 /// The role of a range of the panel's text. Hosts map the values to fonts, so the values never
 /// change. The library never uses the values 8 and 12, which are reserved for hosts.
 enum class StyleID : int {
-  /// The title of an item. The string is the item's URL, or empty.
+  /// The title of an item. The string of the run is the item's URL, or empty.
   kStyleFeatureTitle = 0,
   /// The description of a feature.
   kStyleFeatureDescription = 1,
@@ -62,11 +62,11 @@ enum class StyleID : int {
   kStyleHeader = 3,
   /// The internal key after a title, or the version after a change.
   kStyleInternalCode = 4,
-  /// The commit ID of a change, for internal users. The string is the commit's URL.
+  /// The commit ID of a change, for internal users. The string of the run is the commit's URL.
   kStyleCommitLink = 5,
-  /// Any other link, such as "View more". The string is its URL.
+  /// Any other link, such as "View more". The string of the run is the link's URL.
   kStyleHotSpot = 6,
-  /// An issue key, for internal users. The string is the issue's URL.
+  /// An issue key, for internal users. The string of the run is the issue's URL.
   kStyleIssueLink = 7,
   /// The unlock label after a title.
   kStyleUnlockLabel = 9,
@@ -80,9 +80,9 @@ enum class StyleID : int {
 using enum StyleID;
 
 /// A style run: ((start, length), string). The start and the length are in UTF-8 bytes, although
-/// the text is UTF-16; the start is relative to the whole text. The string is a URL or empty. A run
-/// of `kStyleCommitLink` extends one byte past its text, so hosts should limit each run to the
-/// text.
+/// the text is UTF-16; the start is relative to the beginning of the whole text. The string is a
+/// URL or empty. A run of `kStyleCommitLink` extends one byte past the commit ID, so hosts should
+/// limit each run to the text.
 using StyleRun = std::pair<std::pair<int, int>, UTF16String>;
 /// The style runs of a text, by style. The runs of each style are in the order of the text.
 using StyleRunMap = std::unordered_map<StyleID, std::vector<StyleRun>>;

@@ -38,8 +38,8 @@ UTF8String ExtractHashablePortion(std::string_view text) {
 
 bool CaseInsensitiveEqual(std::string_view a, std::string_view b) {
   // Compare ASCII byte by byte, because the lower case of an ASCII letter does not depend on its
-  // neighbours. Beyond ASCII, only the full mapping is correct: the lower case of a letter can be
-  // several characters, including ASCII letters.
+  // neighbours. Other letters need the full mapping: their lower case can consist of several
+  // characters, including ASCII letters.
   const auto [restOfA, restOfB] = std::ranges::mismatch(a, b, AreSameAscii);
   if (restOfA == a.end() || restOfB == b.end()) return restOfA == a.end() && restOfB == b.end();
   if (IsAsciiByte(*restOfA) && IsAsciiByte(*restOfB)) return false;

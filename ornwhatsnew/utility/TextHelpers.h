@@ -1,5 +1,4 @@
-// Functions for the strings of data files: localisation keys, letter case, section keys and
-// versions.
+// Functions for the strings of data files: key texts, letter case, section keys and versions.
 //
 // All functions accept UTF-8 strings with any bytes and can be called from any thread. When they
 // compare or convert letter case, ill-formed bytes count as U+FFFD.
@@ -14,14 +13,14 @@
 
 namespace ornwhatsnew {
 
-/// Returns whether `text` is a localisation key, which means that it begins with `$$$/`. A complete
-/// key has the form `$$$/path/key=default text`.
+/// Returns whether `text` is a key text, which means that it begins with `$$$/`. A complete key
+/// text has the form `$$$/path/key=default text`.
 ORN_EXPORT bool IsZString(std::string_view text) noexcept;
 
-/// Returns the part of `text` from which identities are computed. For a localisation key with a
-/// `=`, this is the part before the first `=`, with the prefix `$$$/private/` replaced by `$$$/`. A
-/// new default text, or a move out of `private`, therefore does not change the identity. Any other
-/// string is returned unchanged.
+/// Returns the part of `text` from which identities are computed. For a key text with a `=`, this
+/// is the part before the first `=`, with the prefix `$$$/private/` replaced by `$$$/`. Therefore,
+/// an identity does not change if only the default text changes or if the key moves out of
+/// `private`. Returns any other string unchanged.
 ORN_EXPORT UTF8String ExtractHashablePortion(std::string_view text);
 
 /// Returns whether two strings are equal after `LowerCase8`. Does not allocate if both are ASCII.
@@ -43,7 +42,7 @@ ORN_EXPORT bool IsInternalSpecialCaseSection(std::string_view key);
 /// 25,001,003. Missing components are not added, so `25.1` and `25.1.0` differ.
 ///
 /// A component that is not a decimal number counts as 0. A component of 1000 or more carries over
-/// into the next one. The sum wraps modulo 2^64. Does not allocate.
+/// into the component to its left. The sum wraps modulo 2^64. Does not allocate.
 ORN_EXPORT std::int64_t VersionNumber(std::string_view version);
 
 }  // namespace ornwhatsnew

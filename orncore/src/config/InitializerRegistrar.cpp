@@ -19,7 +19,7 @@ struct InitializerRegistration {
   std::function<bool()> initialize;
   std::function<void()> shutdown;
   std::uint64_t id = 0;
-  std::uint64_t initializationOrder = 0;  // 0: not initialised
+  std::uint64_t initializationOrder = 0;  // 0 if not initialised
   bool isRegistered = true;
   bool isRunning = false;  // whether a thread is running one of the functions
 };
@@ -116,9 +116,10 @@ class Registry {
     return registration.isRegistered && Overlap(registration.contexts, liveContexts_);
   }
 
-  // Runs functions until the registration is in the wanted state. The loop is needed because that
-  // state may change while a function runs without the lock. If another call is running a function,
-  // that call does the update. Returns false if the initialise function failed.
+  // Runs the initialise or shutdown function until the state of the registration matches the live
+  // contexts. The loop is needed because the live contexts may change while a function runs without
+  // the lock. If another call is running a function of the registration, that call does the update.
+  // Returns false if the initialise function failed.
   bool Update(Lock& lock, InitializerRegistration& registration) {
     while (!registration.isRunning &&
            ShouldBeInitialized(registration) != (registration.initializationOrder != 0)) {

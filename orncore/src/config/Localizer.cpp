@@ -30,7 +30,8 @@ constexpr std::u16string_view kMarkStarts = u"#^";
 constexpr std::array<std::u16string_view, 10> kArgumentMarks = {u"@0", u"@1", u"@2", u"@3", u"@4",
                                                                 u"@5", u"@6", u"@7", u"@8", u"@9"};
 
-// Expands the markup in place. This works because each mark is at least as long as its character.
+// Expands the markup in place. The text never grows, because each markup sequence is at least as
+// long as the character that replaces it.
 void ExpandMarkup(UTF16String& text) {
   std::size_t read = text.find_first_of(kMarkStarts);
   if (read == UTF16String::npos) return;
@@ -74,7 +75,7 @@ Localizer& Localizer::Get() {
 
 UTF16String Localizer::ZString(std::string_view keyText) const {
   const std::size_t equals = keyText.find('=');
-  // Share ownership, because a dictionary can replace itself during the call.
+  // Share ownership of the dictionary, because it can replace itself during the call.
   if (const auto dictionary = dictionary_) {
     const std::optional<UTF8String> text = dictionary->Find(keyText.substr(0, equals));
     if (text) return ConvertAndExpand(*text);

@@ -15,7 +15,7 @@
 namespace orncore::filesupport {
 namespace {
 
-// `ReadToEnd` checks for a stop request between reads, so the size of a read is limited.
+// The size of a read is limited, because `ReadToEnd` checks for a stop request only between reads.
 constexpr std::size_t kLargestRead = std::size_t{1} << 20;
 constexpr std::size_t kSmallestRead = 4096;
 

@@ -1,4 +1,4 @@
-// An open regular file. Only this unit opens and reads files.
+// An open regular file. All code of the library that opens or reads a file is in this class.
 #ifndef ORNCORE_SRC_FILESUPPORT_REGULARFILE_H_
 #define ORNCORE_SRC_FILESUPPORT_REGULARFILE_H_
 
@@ -41,7 +41,7 @@ class RegularFile {
   std::size_t Read(std::span<std::byte> buffer);
 
   const std::filesystem::path path_;
-  std::uintmax_t size_ = 0;  // at the time of opening
+  std::uintmax_t size_ = 0;  // the size of the file when it was opened
 #if defined(__unix__) || defined(__APPLE__)
   int descriptor_;
 #else

@@ -10,7 +10,7 @@
 
 namespace orncore::string {
 
-/// Returns the length of the longest ASCII prefix of `text`, in units.
+/// Returns the length of the longest ASCII prefix of `text`, in elements of type `Unit`.
 template <class Unit>
 std::size_t AsciiPrefixLength(std::basic_string_view<Unit> text) noexcept {
   constexpr std::size_t kUnitsPerWord = sizeof(std::uint64_t) / sizeof(Unit);

@@ -66,7 +66,7 @@ UTF8String LowerCaseUTF8(std::string_view text) {
 }
 
 void LowerCaseUTF8(std::string_view text, UTF8String& out) {
-  // Nearly all strings are ASCII, so only they need a fast path.
+  // Nearly all strings are ASCII, so ASCII strings have a fast path.
   if (AsciiPrefixLength(text) == text.size()) {
     out.resize(text.size());
     std::ranges::transform(text, out.begin(), LowerAscii);

@@ -16,7 +16,7 @@ constexpr std::string_view kUTF8BOM = "\xEF\xBB\xBF";
 
 // ICU's macros replace maximal subparts. Unlike ICU's functions, they accept any index type and
 // therefore strings of any length. They mix signed and unsigned numbers, so the conversion warnings
-// are off here.
+// are disabled for the functions that use them.
 #pragma GCC diagnostic push
 #pragma GCC diagnostic ignored "-Wconversion"
 #pragma GCC diagnostic ignored "-Wsign-conversion"
@@ -100,7 +100,7 @@ void AppendUTF8to16(std::string_view text, UTF16String& out) {
 
 void AppendUTF16to8(std::u16string_view text, UTF8String& out) {
   const std::size_t oldSize = out.size();
-  // Callers store the converted strings, so the exact length is computed to save memory.
+  // Compute the exact length to save memory, because callers store the converted strings.
   out.resize(oldSize + UTF8Length(text));
   Encode(text, out.data() + oldSize);
 }

@@ -7,7 +7,7 @@
 
 namespace orncore::utility {
 
-/// Holds a `T` and never destroys it. Use it for static variables only. If `T` has a constexpr
+/// Contains a `T` and never destroys it. Use it for static variables only. If `T` has a constexpr
 /// constructor, the variable can be `constinit` and is then usable before any static constructor
 /// runs.
 ///

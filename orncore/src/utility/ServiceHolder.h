@@ -11,7 +11,7 @@
 
 namespace orncore::utility {
 
-/// Holds a service, which is null at first. Declare the holder as a variable at namespace scope.
+/// Stores a service, which is null at first. Declare the holder as a variable at namespace scope.
 /// The last service is not destroyed when the process ends.
 ///
 /// If `std::mutex` has a constexpr constructor, the variable is usable before any static
@@ -49,7 +49,7 @@ class ServiceHolder {
   mutable NoDestructor<Content> content_;
 };
 
-/// Holds a function of the host.
+/// Stores a function of the host.
 template <class Signature>
 class FunctionHolder : public ServiceHolder<const std::function<Signature>> {
  public:

@@ -9,17 +9,19 @@
 
 namespace ornwhatsnew {
 
-/// The result of `PlaceChange`.
+/// The result of `PlaceChange`: the item for a change, and whether the change is unmatched.
 struct ChangePlacement {
-  /// The item, owned by the map of items. Null if the section to which the change belongs is
-  /// missing; the parser then drops the change.
+  /// The item for the change, which the map of items owns. If the change belongs to a section that
+  /// is missing, the pointer is null, and the parser drops the change.
   FeatureListItem* item = nullptr;
-  /// Whether the IDs match no item. The parser marks such a change; internal users then see a note.
-  /// The change belongs to the section INTERNAL, or to UNREVIEWED if it is unreviewed.
+  /// True if the IDs of the change match no item. Internal users then see a note in the panel. An
+  /// unmatched change belongs to the section INTERNAL, or to UNREVIEWED if it is unreviewed.
   bool unmatched = false;
 };
 
-/// Finds the item for a change among `items`. The first rule that applies decides:
+/// Returns the item in `items` to which a change belongs. `groupingID` and `storyID` are columns 2
+/// and 3 of its row. `unreviewed` is true if its salience is "Unreviewed". The first rule that
+/// applies decides:
 ///
 /// 1. An unreviewed change belongs to the section UNREVIEWED, whatever its IDs are.
 /// 2. The grouping ID "INTERNAL", in any letter case, means the section INTERNAL.

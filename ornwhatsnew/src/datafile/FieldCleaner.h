@@ -1,6 +1,7 @@
 // Finds the fields of a row of the data file, and cleans them.
 //
-// Most fields need no cleaning. The functions return them as views into the file, without copying.
+// Most fields need no cleaning. The functions return such fields as views into the file, without
+// copying.
 #ifndef ORNWHATSNEW_SRC_DATAFILE_FIELDCLEANER_H_
 #define ORNWHATSNEW_SRC_DATAFILE_FIELDCLEANER_H_
 
@@ -11,8 +12,9 @@
 
 namespace ornwhatsnew {
 
-/// Returns the index of the end of the field that begins at `begin`. The end is the next comma
-/// outside quotes, or the end of the row. Takes time linear in the length of the field.
+/// Returns the index in `row` of the end of the field that begins at the index `begin`. The end is
+/// the next comma outside quotes, or the end of the row. Takes time linear in the length of the
+/// field.
 std::size_t FindFieldEnd(std::string_view row, std::size_t begin);
 
 /// Returns whether `CleanField` would return `text` unchanged. If a row is clean, its fields are
@@ -20,11 +22,11 @@ std::size_t FindFieldEnd(std::string_view row, std::size_t begin);
 bool IsClean(std::string_view text);
 
 /// Returns the field without quotes and carriage returns. Replaces each maximal subpart of an
-/// ill-formed UTF-8 sequence with U+FFFD. The result is a view of `field` or of `buffer`, which the
-/// function can overwrite.
+/// ill-formed UTF-8 sequence with U+FFFD. The result is a view of `field` or of `buffer`. The
+/// function can overwrite `buffer`.
 std::string_view CleanField(std::string_view field, UTF8String& buffer);
 
-/// Returns a clean field in lower case, as a view of `buffer`, which the function overwrites.
+/// Returns a clean field in lower case. The function overwrites `buffer` and returns a view of it.
 std::string_view LowerField(std::string_view field, UTF8String& buffer);
 
 }  // namespace ornwhatsnew

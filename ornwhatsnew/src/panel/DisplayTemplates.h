@@ -9,14 +9,14 @@
 
 namespace ornwhatsnew {
 
-/// Returns the localised text of a localisation key.
+/// Returns the text for the key text `keyText` in the user's language.
 inline UTF16String LocalizedText(std::string_view keyText) {
   return orncore::config::Localizer::Get().ZString(keyText);
 }
 
 /// The templates in the user's language. `@0` and `@1` are placeholders. The constructor queries
-/// the localiser once for each template, in this order. Create one object for each display, because
-/// the language can change between displays.
+/// the localiser once for each template, in the order of the members. Create one object for each
+/// display, because the language can change between displays.
 struct DisplayTemplates {
   UTF16String unlockInternal =
       LocalizedText("$$$/ornwhatsnew/Feature/Item/Unlock/TarsaOnly=TARSA ONLY");
@@ -62,7 +62,8 @@ struct DisplayTemplates {
       LocalizedText("$$$/ornwhatsnew/feature/nonewratings=\tNo features need rating right now.");
 };
 
-// Templates that are not translated. The addresses in them are build options.
+// Templates that are not translated. The addresses of the commit browser and of the issue tracker
+// are build options.
 inline constexpr std::u16string_view kCommitCode = u" @0";
 inline constexpr std::u16string_view kCommitLink =
     u"" ORNWHATSNEW_COMMIT_BROWSER u"/ORN/orn/commit/@0";

@@ -9,8 +9,7 @@
 
 namespace ornwhatsnew {
 
-/// Returns the host's localised text if `text` is a localisation key, and otherwise `text` in
-/// UTF-16.
+/// Returns the localised text if `text` is a key text. Otherwise returns `text` in UTF-16.
 inline UTF16String Localize(const UTF8String& text) {
   return IsZString(text) ? orncore::config::Localizer::Get().ZString(text)
                          : orncore::string::UTF8to16(text);

@@ -20,8 +20,9 @@ namespace {
 using orncore::string::Replacement;
 using orncore::string::UTF8to16;
 
-// Both runs skip the leading space of their text. Compatibility: the length of the commit run is
-// not reduced, so the run extends one byte past its text (docs/compatibility.md).
+// The issue run and the commit run skip the leading space of their text. Compatibility: the length
+// of the commit run is not reduced, so the run extends one byte past its text
+// (docs/compatibility.md).
 constexpr RunAdjustment kIssueLinkAdjustment{1, -1};
 constexpr RunAdjustment kCommitLinkAdjustment{1, 0};
 
@@ -70,8 +71,8 @@ PanelFormatter::PanelFormatter(DisplayOptions options, const UTF16String& rating
       writer_(runs) {}
 
 void PanelFormatter::Reserve(std::size_t changes, std::size_t descriptionBytes) {
-  // An estimate for the bullet, platform, version and newline of a change line. A byte of UTF-8
-  // becomes at most one UTF-16 unit.
+  // The estimated number of UTF-16 units for the bullet, platform, version and newline of a change
+  // line. In the description, a byte of UTF-8 becomes at most one UTF-16 unit.
   constexpr std::size_t kUnitsBesideDescription = 40;
   writer_.Reserve(descriptionBytes + changes * kUnitsBesideDescription);
 }
@@ -152,7 +153,7 @@ void PanelFormatter::WriteDescription(const FeatureListItem& item) {
 
 void PanelFormatter::WriteChangeLine(const FeatureListDetail& change, const FeatureListItem& item) {
   writer_.Append(kStyleChangeText, bulletPrefix_);
-  if (isInternalUser_) WriteAnnotations(change, item);
+  if (isInternalUser_) WriteNotes(change, item);
   WritePlatform(change);
   WriteChangeText(change);
   WriteVersion(change);
@@ -163,8 +164,7 @@ void PanelFormatter::WriteChangeLine(const FeatureListDetail& change, const Feat
   writer_.Append(templates_.newline);
 }
 
-void PanelFormatter::WriteAnnotations(const FeatureListDetail& change,
-                                      const FeatureListItem& item) {
+void PanelFormatter::WriteNotes(const FeatureListDetail& change, const FeatureListItem& item) {
   if (change.DetailInternalCouldNotMatchBetaFeature()) {
     WriteFilled(kStyleInternalWarning, kUnknownIssueNote, UTF8to16(change.GetJIRAEpicID()));
   }

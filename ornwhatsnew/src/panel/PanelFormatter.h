@@ -28,7 +28,9 @@ class PanelFormatter {
   /// Reserves memory for about `changes` change lines with `descriptionBytes` of descriptions.
   void Reserve(std::size_t changes, std::size_t descriptionBytes);
 
-  /// Writes the header. Call it before the other write functions.
+  /// Writes the header line. It contains `lastVersionSeen` if the options contain `kShowOnlyNew`
+  /// and that version is not empty. Otherwise it contains `changesSinceVersion`. In the rating
+  /// view, writes two newlines instead. Call this function before the other write functions.
   void WriteHeader(const UTF8String& lastVersionSeen, const UTF8String& changesSinceVersion);
   /// Writes a feature or a section with the changes in `shown`.
   void WriteFeature(const FeatureListItem& item, const ShownItem& shown);
@@ -44,7 +46,9 @@ class PanelFormatter {
   void WriteTitleLine(const FeatureListItem& item);
   void WriteDescription(const FeatureListItem& item);
   void WriteChangeLine(const FeatureListDetail& change, const FeatureListItem& item);
-  void WriteAnnotations(const FeatureListDetail& change, const FeatureListItem& item);
+  /// Writes the notes about an unmatched change and about its ignored fields. Only internal users
+  /// see these notes.
+  void WriteNotes(const FeatureListDetail& change, const FeatureListItem& item);
   void WriteIgnoredURLNote(const FeatureListDetail& change, const FeatureListItem& item);
   void WritePlatform(const FeatureListDetail& change);
   void WriteChangeText(const FeatureListDetail& change);

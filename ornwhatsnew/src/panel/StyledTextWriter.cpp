@@ -7,7 +7,8 @@
 namespace ornwhatsnew {
 namespace {
 
-// Two unpaired surrogates become two U+FFFD, 3 bytes each. A surrogate pair takes 4 bytes.
+// In UTF-8, two unpaired surrogates become two U+FFFD of 3 bytes each. A surrogate pair becomes one
+// character of 4 bytes.
 constexpr std::size_t kBytesSavedByPairing = 2;
 
 constexpr bool IsHighSurrogate(char16_t unit) {
@@ -65,7 +66,7 @@ std::size_t StyledTextWriter::CountAppended(std::size_t begin) {
   const std::size_t length = orncore::string::UTF8Length(appended);
   bytes_ += length;
   // A high surrogate before the appended string and a low surrogate at its start form one
-  // character, but each was counted as U+FFFD.
+  // character, but each of them was counted as U+FFFD.
   if (!appended.empty() && begin > 0 && IsHighSurrogate(text_[begin - 1]) &&
       IsLowSurrogate(appended.front())) {
     bytes_ -= kBytesSavedByPairing;

@@ -16,8 +16,9 @@ struct RunAdjustment {
   int length = 0;
 };
 
-/// Adds to `runs` the run of a string that begins at the offset `start` of the text. `start` and
-/// `length` are in UTF-8 bytes. Their sums with `adjustment` wrap modulo 2^32.
+/// Adds a run with the style `style` to `runs`. The run begins at the offset `start` of the text
+/// and has the length `length`, both in UTF-8 bytes. Adds `adjustment` to both values, modulo 2^32.
+/// `runString` is the string of the run, a URL or empty.
 void RecordStyleRun(StyleID style, std::size_t start, std::size_t length, RunAdjustment adjustment,
                     UTF16String runString, StyleRunMap& runs);
 
@@ -43,7 +44,7 @@ class StyledTextWriter {
   /// Appends `string`, which is UTF-8, and records its run.
   void AppendUTF8(StyleID style, std::string_view string);
 
-  /// Records a run for `string`, which the caller appends next.
+  /// Records a run for `string`, which the caller must append next.
   void RecordRunOfNext(StyleID style, std::u16string_view string);
 
   /// Returns the text. Do not use the writer afterwards.

@@ -7,12 +7,12 @@
 
 namespace ornwhatsnew {
 
-/// The prefix of a localisation key.
+/// The prefix of a key text.
 inline constexpr std::string_view kZStringPrefix = "$$$/";
 
 /// Returns the result of `ExtractHashablePortion` as two consecutive parts, without copying. The
-/// parts are views into `text` or a constant. The function is inline because it runs for each field
-/// of each identity.
+/// parts are views into `text` or into a constant. The function is inline because each identity
+/// calls it for each of its fields.
 inline std::pair<std::string_view, std::string_view> SplitHashablePortion(
     std::string_view text) noexcept {
   constexpr std::string_view kPrivatePrefix = "$$$/private/";

@@ -12,7 +12,7 @@
 
 namespace ornwhatsnew {
 
-/// Returns a mixer that begins with `tag`. Each kind of identity has its own tag.
+/// Returns a mixer to which only `tag` was added. Each kind of identity has its own tag.
 inline orncore::utility::GuidMixer TaggedMixer(std::string_view tag) {
   orncore::utility::GuidMixer mixer;
   mixer.Mix(tag);
@@ -21,7 +21,7 @@ inline orncore::utility::GuidMixer TaggedMixer(std::string_view tag) {
 
 /// Adds the `ExtractHashablePortion` of `text` to `mixer`.
 inline void MixHashablePortion(orncore::utility::GuidMixer& mixer, std::string_view text) {
-  if (!text.starts_with('$')) {  // Most strings are not localisation keys.
+  if (!text.starts_with('$')) {  // Most strings are not key texts.
     mixer.Mix(text);
     return;
   }

@@ -17,7 +17,7 @@ IdentitySet::IdentitySet(std::vector<Guid> identities) : identities_(std::move(i
       std::max(1U, static_cast<unsigned>(std::bit_width(size() / kIdentitiesInRange)));
   shift_ = kLeadingBits - bits;
   rangeBegins_.assign((std::size_t{1} << bits) + 1, size());
-  // Backwards, so that the first identity of each range is written last.
+  // Iterate backwards, so that the index of the first identity of each range is written last.
   for (std::size_t i = size(); i-- > 0;) rangeBegins_[IndexOf(identities_[i])] = i;
   for (std::size_t i = rangeBegins_.size() - 1; i-- > 0;) {
     rangeBegins_[i] = std::min(rangeBegins_[i], rangeBegins_[i + 1]);

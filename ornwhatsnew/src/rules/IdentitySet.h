@@ -19,7 +19,7 @@ namespace ornwhatsnew {
 class IdentitySet {
  public:
   IdentitySet() = default;
-  /// REQUIRES: `identities` is in ascending order and has no repeats.
+  /// Creates a set of `identities`, which must be in ascending order and without duplicates.
   explicit IdentitySet(std::vector<Guid> identities);
 
   [[nodiscard]] bool contains(const Guid& identity) const noexcept;
@@ -35,10 +35,10 @@ class IdentitySet {
   }
 
   std::vector<Guid> identities_;
-  /// For each value of the first bits: the position of the first identity with that value or a
-  /// greater one. Ends with the number of identities.
+  /// Element `i` is the position of the first identity whose first bits have the value `i` or a
+  /// greater one. The last element is the number of identities.
   std::vector<std::size_t> rangeBegins_;
-  /// The number of the 64 leading bits that are not used.
+  /// The number of the 64 leading bits that the index ignores.
   unsigned shift_ = 0;
 };
 

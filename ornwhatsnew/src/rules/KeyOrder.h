@@ -9,8 +9,8 @@
 
 namespace ornwhatsnew {
 
-/// Keys to move, in their new order. Only the first occurrence of a key counts. The views must not
-/// refer to the strings of the order, because the move destroys those strings.
+/// The keys to move, in their new order. Only the first occurrence of each key counts. The views
+/// must not refer to the strings of the order, because the move destroys those strings.
 using MovingKeys = std::vector<std::string_view>;
 
 /// Removes every occurrence of the keys, and inserts each key once at the front, in the given

@@ -15,7 +15,8 @@
 
 namespace ornwhatsnew {
 
-/// Returns the platform with this name. The name is a field of a change or the host's platform.
+/// Returns the platform that `text` names. `text` is the platform field of a change, or the host's
+/// platform.
 FeatureListDetail::Platform ParsePlatform(std::string_view text);
 
 /// Returns the `VersionNumber` of each version, in ascending order.
@@ -37,11 +38,13 @@ class SeenIdentities {
   const GuidSet* hostSet_ = nullptr;
 };
 
-/// The inputs of a query: the options, the user's state and the platform. The filter is a view of
-/// the state, which must outlive it.
+/// The inputs of the visibility rules: the options, the user's state and the host's platform. The
+/// filter refers to the state, which must outlive the filter.
 class VisibilityFilter {
  public:
-  /// `versionNumbers` are the versions in which What's New was opened, in ascending order.
+  /// Creates a filter. `versionNumbers` contains the `VersionNumber` of each version in which the
+  /// user opened What's New, in ascending order. Queries the host's platform if the options contain
+  /// `kFilterRelevantPlatform`.
   VisibilityFilter(const DisplayOptions& options, SeenIdentities seen,
                    std::span<const std::int64_t> versionNumbers);
 
@@ -65,7 +68,7 @@ bool IsChangeShown(const FeatureListDetail& change, const VisibilityFilter& filt
 /// Returns whether the rating view shows a change. `isSeen` is whether the change was seen.
 bool IsChangeForRating(const FeatureListDetail& change, bool isSeen);
 
-/// The data that the display needs about a shown item.
+/// The seen identity and the shown changes of a shown item, for the display.
 struct ShownItem {
   struct Change {
     const FeatureListDetail* change;
@@ -73,12 +76,13 @@ struct ShownItem {
   };
 
   Guid seenGuid;
-  /// The shown changes, in order. The pointers are valid as long as the item does not change.
+  /// The shown changes, in file order. The pointers are valid until the item is changed or
+  /// destroyed.
   std::vector<Change> changes;
 };
 
-/// Returns whether an item is shown. If `shown` is not null, overwrites it; its content is valid
-/// only if the result is true. If `shown` is null, allocates nothing.
+/// Returns whether an item is shown. If `shown` is null, allocates nothing. Otherwise overwrites
+/// `*shown`, whose content is valid only if the result is true.
 bool IsItemShown(const FeatureListItem& item, const VisibilityFilter& filter,
                  ShownItem* shown = nullptr);
 
