@@ -1,4 +1,4 @@
-// Moves all keys to the back and then to the front, as a list does if its data file has a change
+// Moves all keys to the back and then to the front. A list does this if its data file has a change
 // for every feature. For each direction, the baseline fills a hash table with the keys to move.
 // Then it looks up each key of the order and moves it.
 #include <algorithm>

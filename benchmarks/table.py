@@ -28,8 +28,8 @@ GOALS = {
     "KeyOrder": Goal(2),
 }
 
-# For each subject: a small size, a large size, and the goal. The goal is the largest allowed ratio
-# of the time per row at the large size to the time per row at the small size.
+# For each subject: a small size, a large size, and the goal for the ratio of the two times per row.
+# The ratio is the time at the large size divided by the time at the small size.
 GROWTH = {"Load": (10_000, 1_000_000, 1.8), "Display": (10_000, 1_000_000, 2.5)}
 
 # The largest allowed memory per row in bytes. The bytes of the data file do not count.

@@ -20,7 +20,7 @@ enum class DataColumn : std::size_t {
   kGroupingID,
   /// The ID of a story, task or bug.
   kStoryID,
-  /// The salience, a keyword; see `FeatureListDetail::Salience`.
+  /// The salience, which is a keyword; see `FeatureListDetail::Salience`.
   kSalience,
   /// A request for a rating: "RequestRating" or a custom question.
   kRatingRequest,

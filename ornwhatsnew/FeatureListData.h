@@ -26,8 +26,8 @@ namespace ornwhatsnew {
 /// not thread-safe: use one list from one thread at a time.
 ///
 /// The list calls the getter and the setter synchronously, on the thread that called it. A callback
-/// may call any method of the list, but must not destroy it. During a getter call the list still
-/// has its old state; during a setter call it already has the new one. If a setter calls
+/// may call any method of the list, but must not destroy it. During a getter call, the list still
+/// has its old state. During a setter call, it already has the new state. If a setter calls
 /// `RefreshInternalSeenState` or `InitWithData`, it must store its value first, because the list
 /// replaces its state with what the getter returns.
 ///
@@ -67,8 +67,8 @@ class ORN_EXPORT FeatureListData {
 
   /// Parses `dataText` (UTF-8) and adds its changes to the existing items. Sets the changes-since
   /// version. Moves every feature that received a change after the features that did not, and the
-  /// key "UNREVIEWED" to the end. Skips malformed rows; no input is an error. If an allocation
-  /// fails, the changes added so far remain; call `InitWithData` to start over.
+  /// key "UNREVIEWED" to the end. Skips malformed rows. No input is an error. If an allocation
+  /// fails, the changes added so far remain. Call `InitWithData` to start over.
   void ParseWhatsNewData(const UTF8String& dataText);
 
   /// Adds an item for each of the host's beta features, and moves their keys to the front. The keys
@@ -108,8 +108,9 @@ class ORN_EXPORT FeatureListData {
   /// returns them. After an exception, the state is unchanged.
   void RefreshInternalSeenState();
 
-  /// Returns the identities to persist, as a persisted list: the identities from the last read of
-  /// the state, and the identities shown or rated since then. Does not call the callbacks.
+  /// Returns the identities to persist, as a persisted list. It contains the identities from the
+  /// last read of the state and the identities shown or rated since then. Does not call the
+  /// callbacks.
   UTF8String GetNewSeenState() const;
 
   /// Returns whether the display with these options would show any item. An item that was displayed
@@ -127,9 +128,10 @@ class ORN_EXPORT FeatureListData {
   /// Returns the text of the panel for these options.
   ///
   /// Replaces the content of `runs` with the style runs of the text. If `ratingItems` is not null,
-  /// replaces its content with a rating record of each item shown; the caller owns the records. If
-  /// `ratingPlaceholder` is not empty, writes it as a paragraph after each item; the host replaces
-  /// it with its rating control. After an exception, `runs` and `ratingItems` are unspecified.
+  /// replaces its content with a rating record of each item shown. The caller owns the records. If
+  /// `ratingPlaceholder` is not empty, writes it as a paragraph after each item. The host replaces
+  /// each placeholder with its rating control. After an exception, `runs` and `ratingItems` are
+  /// unspecified.
   ///
   /// At the end, adds the identities shown to the state and passes the three persisted values to
   /// the setter, even if nothing was shown. Makes no other call between these three calls, so a

@@ -39,8 +39,8 @@ class ORN_EXPORT FeatureListDetail {
   static const std::string kKeySHANum;                        ///< see `GetSHAOptional`
 
   // The keywords of the columns salience, rating request and platform. Their letter case does not
-  // matter. The constructor of a static object of the host must not use the constants of this
-  // class, because it can run before they are initialised.
+  // matter. Static objects of the host must not use the constants of this class in their
+  // constructors, which can run before the constants are initialised.
   static const UTF8String kSalienceHeadline;         ///< see `Salience::kHeadline`
   static const UTF8String kSalienceDetail;           ///< see `Salience::kDetail`
   static const UTF8String kSalienceHideBetaFeature;  ///< see `Salience::kHideBetaFeature`
@@ -205,9 +205,10 @@ class ORN_EXPORT FeatureListDetail {
   /// identities. The rated identity of an item depends on this identity.
   Guid GetItemRatedGuid() const;
 
-  /// Returns whether the change is shown with these options to a user who has seen or rated the
-  /// identities `seen` and opened What's New in `versions`. Queries the host's platform if the
-  /// options contain `kFilterRelevantPlatform`. Does not check whether the item is shown.
+  /// Returns whether the change is shown with these options. `seen` contains the identities that
+  /// the user has seen or rated. `versions` contains the full versions in which the user opened
+  /// What's New. Queries the host's platform if the options contain `kFilterRelevantPlatform`. Does
+  /// not check whether the item is shown.
   bool ShouldShowItemToUser(const DisplayOptions& options, const GuidSet& seen,
                             const VersionSet& versions) const;
   /// Returns whether the rating view shows the change: it requests a rating, and either `seen`

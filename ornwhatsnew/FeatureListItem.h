@@ -41,7 +41,7 @@ class ORN_EXPORT FeatureListItem {
   /// Creates an item without changes.
   ///
   /// `featureJiraIDKey` is the key of the item, either the epic key of a feature or a section key.
-  /// `betaFeatureInternalKey` is the key in the host's feature table; it is empty for a section.
+  /// `betaFeatureInternalKey` is the key in the host's feature table. It is empty for a section.
   /// `name` and `description` can be key texts. `visibility` is the visibility of the beta feature.
   /// The sections of a list have the visibility `kPublic`.
   FeatureListItem(const std::string& featureJiraIDKey, const std::string& betaFeatureInternalKey,
@@ -102,8 +102,8 @@ class ORN_EXPORT FeatureListItem {
   /// Adds the two keys and the `ExtractHashablePortion` of each field to `mixer`. Omits the custom
   /// question.
   void MixFeatureIntoGuid(orncore::utility::GuidMixer& mixer) const;
-  /// Returns the identity under which the item counts as seen. It depends on the two keys, on all
-  /// fields except the custom question, and on the seen identities of the changes that have a
+  /// Returns the identity under which the item counts as seen. It depends on the two keys, all
+  /// fields except the custom question, and the seen identities of the changes that have a
   /// description. Computes it at each call.
   Guid GetItemSeenGuid() const;
   /// Returns the identity under which the item counts as rated. It depends on the internal key and
@@ -111,8 +111,9 @@ class ORN_EXPORT FeatureListItem {
   /// rating again. Computes it at each call.
   Guid GetItemRatedGuid() const;
 
-  /// Returns whether the item is shown with these options to a user who has seen or rated the
-  /// identities `seen` and opened What's New in `versions`. Queries the host's services.
+  /// Returns whether the item is shown with these options. `seen` contains the identities that the
+  /// user has seen or rated. `versions` contains the full versions in which the user opened What's
+  /// New. Queries the host's services.
   bool ShouldShowItemToUser(const DisplayOptions& options, const GuidSet& seen,
                             const VersionSet& versions) const;
   /// Returns whether `seen` contains the item's seen identity, but not its rated identity.

@@ -18,7 +18,7 @@ namespace ornwhatsnew {
 /// contains an item for each of the host's beta features and for each section. If the resource
 /// cannot be loaded, the items have no changes.
 ///
-/// `resources` must not be null; the list uses it only during this call. `getter` and `setter` read
+/// `resources` must not be null. The list uses it only during this call. `getter` and `setter` read
 /// and write the state. If either is empty, the list uses neither of them and persists its state in
 /// the debug database.
 ///

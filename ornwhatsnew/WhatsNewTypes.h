@@ -12,9 +12,9 @@
 
 namespace ornwhatsnew {
 
-// The grouping IDs of the four sections in a data file, which are also the keys of their items. The
-// constructor of a static object of the host must not use these keys, because it can run before
-// they are initialised.
+// The grouping IDs of the four sections in a data file, which are also the keys of their items.
+// Static objects of the host must not use the keys in their constructors, which can run before the
+// keys are initialised.
 
 /// The key of the section for changes that belong to no feature.
 extern ORN_EXPORT const UTF8String kMiscKey;
@@ -57,16 +57,15 @@ inline constexpr std::array<std::string_view, 12> kTypographicMarks = {
 
 /// The state that the unlock label after an item's title shows.
 enum class ItemUnlockState {
-  /// The item is a section for internal users. For internal users, this is also the state of a
-  /// feature of visibility `kInternal`, and of a feature that is not public and has the internal
-  /// override.
+  /// The item is a section for internal users. For internal users, a feature also has this state if
+  /// its visibility is `kInternal`, or if it is not public and has the internal override.
   TarsaOnly,
   /// The item is a public feature that is switched off. This state occurs only while
   /// `ShowingAllOffFeaturesInternally` returns true.
   Off,
   /// The item is any other public feature, even one that is switched off. For users without the
-  /// internal-features permission, this is also the state of a feature that has the state
-  /// `TarsaOnly` for internal users.
+  /// internal-features permission, a feature also has this state if it has the state `TarsaOnly`
+  /// for internal users.
   Unlocked,
   /// The item is a feature of visibility `kInDevelopment` without the internal override.
   InDevelopment,

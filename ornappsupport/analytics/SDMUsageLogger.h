@@ -26,8 +26,8 @@ class ORN_EXPORT SDMUsageLogger {
   /// no query. Exceptions of the query propagate to the caller.
   static bool IsLogging();
 
-  /// Replaces the query. An empty function removes it. A call of `IsLogging` on another thread may
-  /// still use the previous query.
+  /// Replaces the query, which returns whether usage logging is on. An empty function removes it. A
+  /// call of `IsLogging` on another thread may still use the previous query.
   ///
   /// If memory runs out, throws `std::bad_alloc` and keeps the previous query.
   static void SetLoggingQuery(std::function<bool()> query);

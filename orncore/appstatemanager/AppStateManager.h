@@ -18,8 +18,8 @@ namespace orncore::appstatemanager {
 /// Safe to call from any thread if the query is safe to call from any thread.
 ORN_EXPORT bool IsTerminating();
 
-/// Replaces the query. An empty function removes it. A call of `IsTerminating` on another thread
-/// may still use the previous query.
+/// Replaces the query, which returns whether the application is terminating. An empty function
+/// removes it. A call of `IsTerminating` on another thread may still use the previous query.
 ///
 /// If memory runs out, throws `std::bad_alloc` and keeps the previous query. Safe to call from any
 /// thread.

@@ -68,7 +68,7 @@ struct InitializerRegistration;
 /// a failure.
 ///
 /// A function may start and end contexts, and other threads may do so while it runs. The effect on
-/// the function's own registration is deferred until the function returns; the latest call wins. A
+/// the function's own registration is deferred until the function returns. The latest call wins. A
 /// function must not destroy its own registration.
 ///
 /// Registrars at namespace scope may be constructed and destroyed in any order. Libraries that

@@ -33,8 +33,8 @@ class ORN_EXPORT Murmur3MixerState {
     buffered_ += length;
   }
 
-  /// Sets `result` to the hash of all bytes added so far: the two 64-bit halves h1 and h2 of the
-  /// algorithm in this order, each with the least significant byte first.
+  /// Sets `result` to the hash of all bytes added so far. `result` contains the two 64-bit halves
+  /// h1 and h2 of the algorithm in this order. Each half begins with its least significant byte.
   ///
   /// The state does not change, so more bytes can be added afterwards.
   void Finish(std::array<std::uint8_t, Guid::kByteLength>& result) const noexcept;

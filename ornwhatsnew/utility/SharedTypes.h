@@ -80,9 +80,9 @@ enum class StyleID : int {
 using enum StyleID;
 
 /// A style run: ((start, length), string). The start and the length are in UTF-8 bytes, although
-/// the text is UTF-16; the start is relative to the beginning of the whole text. The string is a
-/// URL or empty. A run of `kStyleCommitLink` extends one byte past the commit ID, so hosts should
-/// limit each run to the text.
+/// the text is UTF-16. The start is an offset in the whole text. The string is a URL or empty. A
+/// run of `kStyleCommitLink` extends one byte past the commit ID, so hosts should limit each run to
+/// the text.
 using StyleRun = std::pair<std::pair<int, int>, UTF16String>;
 /// The style runs of a text, by style. The runs of each style are in the order of the text.
 using StyleRunMap = std::unordered_map<StyleID, std::vector<StyleRun>>;

@@ -24,8 +24,8 @@ bool IsInFolder(const fs::path& path, const fs::path& folder) {
 }
 
 // Returns the path of the resource's file with all links resolved. Returns `std::nullopt` if the
-// file does not exist or is not in the folder. Resolves the links before it compares the path with
-// the folder, because a link in the folder can refer to a file outside the folder.
+// file does not exist or is not in the folder. Resolves links before it checks the folder, because
+// a link in the folder can refer to a file outside the folder.
 std::optional<fs::path> FindFile(const fs::path& folder, const UTF16String& name,
                                  const UTF16String& type) {
   std::error_code error;

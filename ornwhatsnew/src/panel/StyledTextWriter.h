@@ -37,7 +37,8 @@ class StyledTextWriter {
   /// Appends `string` without a run.
   void Append(std::u16string_view string);
 
-  /// Appends `string` and records its run, even if `string` is empty.
+  /// Appends `string` and records its run, even if `string` is empty. `runString` is the string of
+  /// the run. `adjustment` is added to the start and the length of the run.
   void Append(StyleID style, std::u16string_view string, UTF16String runString = {},
               RunAdjustment adjustment = {});
 
