@@ -1,4 +1,4 @@
-// The services that a host can replace, and their defaults.
+// Describes the services that a host can replace, and restores their defaults.
 //
 //   Service             Function that replaces it                      Default
 //   ------------------  ---------------------------------------------  -----------------------

@@ -1,5 +1,5 @@
-// The ten columns of a data file. `DataColumn` defines their order. `kDataColumns` contains the
-// header of each column, and the key under which a change stores the field.
+// Describes the ten columns of a data file. `DataColumn` defines their order. `kDataColumns`
+// contains the header of each column, and the key under which a change stores the field.
 #ifndef ORNWHATSNEW_DATACOLUMN_H_
 #define ORNWHATSNEW_DATACOLUMN_H_
 

@@ -1,5 +1,5 @@
-// The list: the items in display order, the state of the user, and the callbacks through which the
-// host persists that state.
+// Defines the list. It contains the items in display order, the state of the user, and the
+// callbacks through which the host persists that state.
 #ifndef ORNWHATSNEW_FEATURELISTDATA_H_
 #define ORNWHATSNEW_FEATURELISTDATA_H_
 

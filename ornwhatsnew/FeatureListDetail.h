@@ -1,4 +1,5 @@
-// A change: one change row of the data file, attached to a feature or a section.
+// Defines a change, which is one change row of the data file. A change belongs to a feature or a
+// section.
 #ifndef ORNWHATSNEW_FEATURELISTDETAIL_H_
 #define ORNWHATSNEW_FEATURELISTDETAIL_H_
 
@@ -15,8 +16,8 @@
 
 namespace ornwhatsnew {
 
-/// A change. It has ten fields, which never change after construction. Two flags say whether the
-/// change is unmatched and whether its URL is a duplicate.
+/// A change has ten fields, which never change after construction. Two flags say whether the change
+/// is unmatched and whether its URL is a duplicate.
 ///
 /// The constructor classifies the salience, the platform, the versions and the URL, so queries do
 /// not parse them again. A change stores malformed values unchanged, and the `HasMalformed...`

@@ -1,4 +1,4 @@
-// An item of the list: a feature or a section, with its changes.
+// Defines an item of the list, which is a feature or a section with its changes.
 #ifndef ORNWHATSNEW_FEATURELISTITEM_H_
 #define ORNWHATSNEW_FEATURELISTITEM_H_
 
@@ -17,8 +17,8 @@
 
 namespace ornwhatsnew {
 
-/// An item. It has its own key, the internal key of its beta feature, five text fields, and its
-/// changes in file order.
+/// An item has its own key, the internal key of its beta feature, five text fields, and its changes
+/// in file order.
 ///
 /// The list and its callers share ownership of the items. A copy of an item shares the changes of
 /// the original. All strings are UTF-8. A returned reference is valid until the item is destroyed.

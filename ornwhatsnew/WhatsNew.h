@@ -1,4 +1,4 @@
-// The main function of the library: `GetWhatsNew` creates and loads a list.
+// Declares `GetWhatsNew`, the main function of the library, which creates and loads a list.
 #ifndef ORNWHATSNEW_WHATSNEW_H_
 #define ORNWHATSNEW_WHATSNEW_H_
 

@@ -1,5 +1,5 @@
-// Constants and queries for hosts: section keys, layout constants, unlock states, debug switches
-// and the full version.
+// Declares constants and queries for hosts: section keys, layout constants, unlock states, debug
+// switches and the full version.
 #ifndef ORNWHATSNEW_WHATSNEWTYPES_H_
 #define ORNWHATSNEW_WHATSNEWTYPES_H_
 
@@ -25,8 +25,8 @@ extern ORN_EXPORT const UTF8String kInternalKey;
 /// The key of the section for unreviewed changes, which only internal users see.
 extern ORN_EXPORT const UTF8String kUnreviewedKey;
 
-// Font sizes, a tab width and a margin for the code with which a host draws the panel. Each host
-// chooses the units. The library does not use these constants.
+// These font sizes, the tab width and the margin are for the code with which a host draws the
+// panel. Each host chooses the units. The library does not use these constants.
 
 inline constexpr float kFontSize_Title = 28.0F;        ///< size of a feature's title
 inline constexpr float kFontSize_Header = 18.0F;       ///< size of the header line
@@ -55,7 +55,7 @@ inline constexpr std::array<std::string_view, 12> kTypographicMarks = {
     "\xE2\x80\x95",  // horizontal bar
 };
 
-/// The state that the unlock label after an item's title shows.
+/// The unlock state of an item, which the unlock label after its title shows.
 enum class ItemUnlockState {
   /// The item is a section for internal users. For internal users, a feature also has this state if
   /// its visibility is `kInternal`, or if it is not public and has the internal override.

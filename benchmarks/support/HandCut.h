@@ -1,5 +1,5 @@
-// The baseline for splitting data files: a hand-written loop that searches 64 bytes at a time for
-// line feeds, commas and quotes.
+// Implements the baseline for splitting data files. A hand-written loop searches 64 bytes at a time
+// for line feeds, commas and quotes.
 #ifndef BENCHMARKS_SUPPORT_HANDCUT_H_
 #define BENCHMARKS_SUPPORT_HANDCUT_H_
 

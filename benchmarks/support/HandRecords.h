@@ -1,5 +1,5 @@
-// The baseline for loading data files. It splits a file into fields, converts five of the ten
-// columns to lower case, and copies the fields into records of ten strings.
+// Implements the baseline for loading data files. It splits a file into fields, converts five of
+// the ten columns to lower case, and copies the fields into records of ten strings.
 #ifndef BENCHMARKS_SUPPORT_HANDRECORDS_H_
 #define BENCHMARKS_SUPPORT_HANDRECORDS_H_
 

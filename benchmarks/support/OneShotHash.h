@@ -1,4 +1,5 @@
-// The baseline for identities: libmurmurhash computes the hash of one contiguous string.
+// Implements the baseline for identities, in which libmurmurhash computes the hash of one
+// contiguous string.
 #ifndef BENCHMARKS_SUPPORT_ONESHOTHASH_H_
 #define BENCHMARKS_SUPPORT_ONESHOTHASH_H_
 

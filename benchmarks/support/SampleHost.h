@@ -1,4 +1,4 @@
-// The host of the benchmarks: beta features, and a store for the state of a list.
+// Implements the host of the benchmarks, with beta features and a store for the state of a list.
 #ifndef BENCHMARKS_SUPPORT_SAMPLEHOST_H_
 #define BENCHMARKS_SUPPORT_SAMPLEHOST_H_
 
@@ -30,7 +30,7 @@ class SampleStore {
   std::map<std::string, std::string> texts_;
 };
 
-/// A list that is loaded from `SampleFile(rows)`, together with its state store.
+/// Contains a list that is loaded from `SampleFile(rows)`, and the state store of the list.
 class SampleList {
  public:
   explicit SampleList(std::size_t rows);

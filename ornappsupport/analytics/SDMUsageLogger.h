@@ -1,4 +1,4 @@
-// The query through which the library checks whether the application logs its usage.
+// Checks whether the application logs its usage. The host supplies a query for this.
 //
 // A host sets a query once at start:
 //

@@ -1,4 +1,4 @@
-// The description of a beta feature in the feature table of the host.
+// Describes a beta feature in the feature table of the host.
 #ifndef ORNAPPSUPPORT_FEATURE_BETAFEATURE_H_
 #define ORNAPPSUPPORT_FEATURE_BETAFEATURE_H_
 
@@ -69,7 +69,8 @@ class ORN_EXPORT BetaFeature {
   VisibilityInAllClientApps visibility_;
 };
 
-/// A feature table: beta features by internal key in UTF-8, sorted in ascending byte order.
+/// A feature table, which maps internal keys to beta features. The keys are UTF-8 and in ascending
+/// byte order.
 using BetaFeatureMap = std::map<std::string, BetaFeature, std::less<>>;
 
 }  // namespace ornappsupport::feature

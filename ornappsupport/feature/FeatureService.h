@@ -1,4 +1,5 @@
-// The beta features of the host, their switches, and the internal-features permission.
+// Gives the library access to the beta features of the host, their switches, and the
+// internal-features permission.
 //
 // A host implements FeatureService with its own switches and registers it once at start:
 //
@@ -52,8 +53,8 @@ class ORN_EXPORT FeatureService {
   virtual bool AreInternalFeaturesAllowed() const = 0;
 };
 
-/// A feature table in memory, with its switches and the permission. `FeatureService` documents the
-/// overridden methods.
+/// Stores a feature table, the switches of its features, and the permission in memory.
+/// `FeatureService` documents the overridden methods.
 ///
 /// Threads: reading is safe from any thread while no thread calls `Add` or
 /// `SetInternalFeaturesAllowed`. Call these two methods only while no method of a list runs.

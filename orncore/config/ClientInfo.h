@@ -1,6 +1,6 @@
-// The version, the build number and the platform of the host.
+// Gives the library access to the version, the build number and the platform of the host.
 //
-// A host sets them once at start:
+// A host sets these values once at start:
 //
 //   orncore::config::SetClientInfo(std::make_shared<orncore::config::FixedClientInfo>(
 //       u"25.1", u"42", "Mac"));
@@ -41,7 +41,7 @@ class ORN_EXPORT ClientInfo {
   virtual UTF8String GetClientPlatform() const = 0;
 };
 
-/// A `ClientInfo` that returns three fixed strings. `ClientInfo` documents the overridden methods.
+/// Returns three fixed strings. `ClientInfo` documents the overridden methods.
 ///
 /// Threads: safe to use from any thread, because the strings never change.
 class ORN_EXPORT FixedClientInfo final : public ClientInfo {

@@ -1,9 +1,9 @@
-// Registration of initialise and shutdown functions. Libraries register the functions, and the host
-// runs them.
+// Registers initialise and shutdown functions. Libraries register the functions, and the host runs
+// them.
 //
-// A library registers a pair of functions by constructing an InitializerRegistrar. It usually is a
-// variable at namespace scope, so that loading the library registers the functions. A host starts
-// and ends contexts:
+// A library registers a pair of functions by constructing an InitializerRegistrar. The object
+// usually is a variable at namespace scope, so that loading the library registers the functions. A
+// host starts and ends contexts:
 //
 //   orncore::config::InitializeContexts(orncore::config::EInitializerContextFlags::kConsole);
 //   ...
@@ -30,11 +30,11 @@ namespace orncore::config {
 enum class EInitializerContextFlags : std::uint32_t {
   /// No context.
   kNone = 0,
-  /// The services that the other contexts need.
+  /// The context of services that the other contexts need.
   kCore = 1,
-  /// The application itself, with its windows and documents.
+  /// The context of the application itself, with its windows and documents.
   kApplication = 2,
-  /// The command console.
+  /// The context of the command console.
   kConsole = 4,
 };
 
@@ -52,7 +52,7 @@ constexpr EInitializerContextFlags operator&(EInitializerContextFlags a,
                                                static_cast<std::uint32_t>(b));
 }
 
-/// The content of a registration. Private to the implementation.
+/// The content of a registration. Only the implementation uses this type.
 struct InitializerRegistration;
 
 /// Registers a pair of functions for one or more contexts. The registration ends when the object is

@@ -1,5 +1,5 @@
-// Localisation. The translations are in a dictionary that the host supplies. The default texts are
-// part of the key texts. Both can contain markup.
+// Localises texts. The translations are in a dictionary that the host supplies. The default texts
+// are part of the key texts. Both can contain markup.
 //
 // A host sets the dictionary at start, and again when the user changes the language:
 //
@@ -47,7 +47,7 @@ class ORN_EXPORT DictionarySource {
   virtual std::optional<UTF8String> Find(std::string_view key) const = 0;
 };
 
-/// A dictionary in memory. `DictionarySource` documents the overridden method.
+/// Stores a dictionary in memory. `DictionarySource` documents the overridden method.
 ///
 /// Threads: safe to use from any thread, because the texts never change.
 class ORN_EXPORT MapDictionary final : public DictionarySource {

@@ -1,4 +1,4 @@
-// Handling of exceptions at the top level of a thread or callback, and the result codes for
+// Handles exceptions at the top level of a thread or callback, and defines result codes for
 // exceptions.
 //
 // A result code is 0 for success or a negated error number of the operating system, such as

@@ -1,4 +1,4 @@
-// The registry of console commands.
+// Registers and runs console commands.
 //
 // A host with a console passes each line to RunLine unless the line is one of its own commands. The
 // commands write to a stream of the host. A host without a console does not need this header.

@@ -1,5 +1,5 @@
-// Debug entries, which are strings with keys. Developers and testers edit them. The host can
-// replace the store that contains them.
+// Reads and writes debug entries, which are strings with keys. Developers and testers edit them.
+// The host can replace the store that contains them.
 //
 //   orncore::debug::DebugDatabase::Instance().SetStore(std::make_shared<PreferencesStore>());
 //
@@ -43,8 +43,8 @@ class ORN_EXPORT DebugStore {
   DebugStore() = default;
 };
 
-/// A store in memory. Its entries are lost when it is destroyed. `DebugStore` documents the
-/// overridden methods.
+/// Stores debug entries in memory. The entries are lost when the object is destroyed. `DebugStore`
+/// documents the overridden methods.
 ///
 /// Threads: use one store from one thread at a time.
 class ORN_EXPORT MemoryDebugStore final : public DebugStore {

@@ -1,5 +1,5 @@
-// The log, which contains lines about failures that cannot be reported to a caller. The developers
-// of the host read it.
+// Writes lines to a log that the developers of the host read. The lines are about failures that
+// cannot be reported to a caller.
 //
 //   orncore::debug::SetLogSink([](std::string_view line) { hostLog.Append(line); });
 //

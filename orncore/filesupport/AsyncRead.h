@@ -1,4 +1,5 @@
-// Background reading of files: an executor, a read with a continuation, and a wait with a deadline.
+// Reads files in the background. A read calls a continuation on the thread of an executor, and the
+// caller can wait for it until a deadline.
 //
 //   UntypedFuture done = ReadFileToRecycledMemory(
 //       File(path), GetDefaultExecutor(), [](const ReadOutcome& read) {
@@ -34,7 +35,8 @@ namespace orncore::filesupport {
 /// executor, or wait for another task of the same executor.
 class ORN_EXPORT Executor {
  public:
-  /// A task. Its argument is a stop token, through which `Join` requests that the task stops early.
+  /// The type of a task. Its argument is a stop token, through which `Join` requests that the task
+  /// stops early.
   using Task = std::function<void(const std::stop_token&)>;
 
   /// Creates an executor without a thread.

@@ -1,5 +1,5 @@
-// Paths of files, and a function that reads a whole file on the calling thread. `AsyncRead.h` reads
-// files in the background.
+// Defines a class for file paths, and a function that reads a whole file on the calling thread.
+// `AsyncRead.h` reads files in the background.
 #ifndef ORNCORE_FILESUPPORT_FILE_H_
 #define ORNCORE_FILESUPPORT_FILE_H_
 

@@ -1,4 +1,4 @@
-// Conversion to lower and upper case. The results do not depend on the locale.
+// Converts strings to lower and upper case. The results do not depend on the locale.
 //
 // The functions use the full case mappings of Unicode. The result can be longer than the source:
 // U+00DF becomes "SS". In lower case, a capital sigma at the end of a word becomes a final sigma.

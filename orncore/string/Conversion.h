@@ -1,4 +1,4 @@
-// The string types of all modules, and conversion between UTF-8, UTF-16, ASCII and numbers.
+// Defines the string types of all modules, and converts between UTF-8, UTF-16, ASCII and numbers.
 //
 // The UTF-8 and UTF-16 conversions accept every string, and their results are well-formed. They
 // keep NUL and the byte order mark. Converting a well-formed string to the other form and back

@@ -1,4 +1,4 @@
-// Replacement of substrings in one pass from left to right.
+// Replaces substrings in one pass from left to right.
 //
 // The functions search the original string only: matches do not overlap, and inserted text is not
 // searched. An empty pattern matches nothing. Patterns and replacements may be views of the string

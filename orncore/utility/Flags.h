@@ -1,4 +1,4 @@
-// A set of option bits with the usual operators.
+// Defines a set of option bits with the usual operators.
 #ifndef ORNCORE_UTILITY_FLAGS_H_
 #define ORNCORE_UTILITY_FLAGS_H_
 

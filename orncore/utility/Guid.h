@@ -1,4 +1,4 @@
-// A 128-bit identifier and its text form.
+// Defines a 128-bit identifier and its text form.
 #ifndef ORNCORE_UTILITY_GUID_H_
 #define ORNCORE_UTILITY_GUID_H_
 

@@ -1,4 +1,4 @@
-// Computation of identifiers by hashing content.
+// Computes identifiers by hashing content.
 //
 // The hash is MurmurHash3 by Austin Appleby (x64, 128 bits, seed 0). The published algorithm is in
 // the public domain.

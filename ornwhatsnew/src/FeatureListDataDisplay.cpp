@@ -1,4 +1,4 @@
-// The methods of the list that create the panel's text.
+// Implements the methods of the list that create the panel's text.
 #include <cassert>
 #include <memory>
 #include <utility>

@@ -1,4 +1,4 @@
-// The private members of `FeatureListData`.
+// Defines the private members of `FeatureListData`.
 #ifndef ORNWHATSNEW_SRC_FEATURELISTDATAIMPL_H_
 #define ORNWHATSNEW_SRC_FEATURELISTDATAIMPL_H_
 

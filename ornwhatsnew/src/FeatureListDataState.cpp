@@ -1,4 +1,4 @@
-// The methods of the list that query and change the state.
+// Implements the methods of the list that query and update the state.
 #include <algorithm>
 #include <cassert>
 #include <utility>

@@ -1,4 +1,4 @@
-// The content of a list, which a reload replaces in one step.
+// Defines the content of a list, which a reload replaces in one step.
 #ifndef ORNWHATSNEW_SRC_LISTCONTENT_H_
 #define ORNWHATSNEW_SRC_LISTCONTENT_H_
 

@@ -1,4 +1,4 @@
-// The console command that checks whether a data file can be read and parsed.
+// Registers the console command that checks whether a data file can be read and parsed.
 #ifndef ORNWHATSNEW_SRC_VALIDATECOMMAND_H_
 #define ORNWHATSNEW_SRC_VALIDATECOMMAND_H_
 

@@ -1,4 +1,4 @@
-// The keys under which a list persists its state, and the format of the persisted lists.
+// Defines the keys under which a list persists its state, and the format of the persisted lists.
 //
 // A persisted list is a string of elements, separated by single spaces. The elements are in
 // ascending byte order, so that equal states give equal strings.

@@ -1,5 +1,5 @@
-// The types that the library and its hosts share: strings, identities, display options, style runs,
-// and the two callbacks for the state.
+// Defines the types that the library and its hosts share: strings, identities, display options,
+// style runs, and the two callbacks for the state.
 #ifndef ORNWHATSNEW_UTILITY_SHAREDTYPES_H_
 #define ORNWHATSNEW_UTILITY_SHAREDTYPES_H_
 

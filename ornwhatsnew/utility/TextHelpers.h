@@ -1,4 +1,4 @@
-// Functions for the strings of data files: key texts, letter case, section keys and versions.
+// Processes the strings of data files: key texts, letter case, section keys and versions.
 //
 // All functions accept UTF-8 strings with any bytes and can be called from any thread. When they
 // compare or convert letter case, ill-formed bytes count as U+FFFD.

@@ -1,4 +1,5 @@
-// An open regular file. All code of the library that opens or reads a file is in this class.
+// Opens and reads a regular file. All code of the library that opens or reads a file is in this
+// class.
 #ifndef ORNCORE_SRC_FILESUPPORT_REGULARFILE_H_
 #define ORNCORE_SRC_FILESUPPORT_REGULARFILE_H_
 

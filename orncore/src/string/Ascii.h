@@ -1,4 +1,4 @@
-// Fast detection of ASCII. Nearly all strings are ASCII, so the conversions test eight bytes at a
+// Detects ASCII quickly. Nearly all strings are ASCII, so the conversions test eight bytes at a
 // time.
 #ifndef ORNCORE_SRC_STRING_ASCII_H_
 #define ORNCORE_SRC_STRING_ASCII_H_

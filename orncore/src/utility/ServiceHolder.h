@@ -1,4 +1,4 @@
-// Storage for a service that the host can replace.
+// Stores a service that the host can replace.
 #ifndef ORNCORE_SRC_UTILITY_SERVICEHOLDER_H_
 #define ORNCORE_SRC_UTILITY_SERVICEHOLDER_H_
 

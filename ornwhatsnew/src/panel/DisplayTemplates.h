@@ -1,4 +1,5 @@
-// The strings of the panel: templates that the host's dictionary can translate, and fixed strings.
+// Defines the strings of the panel: templates that the host's dictionary can translate, and fixed
+// strings.
 #ifndef ORNWHATSNEW_SRC_PANEL_DISPLAYTEMPLATES_H_
 #define ORNWHATSNEW_SRC_PANEL_DISPLAYTEMPLATES_H_
 
@@ -62,8 +63,8 @@ struct DisplayTemplates {
       LocalizedText("$$$/ornwhatsnew/feature/nonewratings=\tNo features need rating right now.");
 };
 
-// Templates that are not translated. The addresses of the commit browser and of the issue tracker
-// are build options.
+// The templates below are not translated. The addresses of the commit browser and of the issue
+// tracker are build options.
 inline constexpr std::u16string_view kCommitCode = u" @0";
 inline constexpr std::u16string_view kCommitLink =
     u"" ORNWHATSNEW_COMMIT_BROWSER u"/ORN/orn/commit/@0";
@@ -74,7 +75,7 @@ inline constexpr std::u16string_view kIgnoredPlatformNote = u"(Malformed platfor
 inline constexpr std::u16string_view kIgnoredSalienceNote = u"(Malformed salience ignored: @0) ";
 inline constexpr std::u16string_view kSectionReason = u"in @0 section";
 
-// Strings that are not translated and have no placeholder.
+// The strings below are not translated and have no placeholder.
 inline constexpr std::u16string_view kDuplicateReason = u"duplicate";
 inline constexpr std::u16string_view kMalformedReason = u"malformed";
 inline constexpr std::u16string_view kReasonSeparator = u" and ";

@@ -1,4 +1,4 @@
-// The identities that a user has seen or rated, in memory and as a persisted list.
+// Stores the identities that a user has seen or rated, in memory and as a persisted list.
 #ifndef ORNWHATSNEW_SRC_RULES_IDENTITYSET_H_
 #define ORNWHATSNEW_SRC_RULES_IDENTITYSET_H_
 

@@ -1,4 +1,4 @@
-// The keywords of data files and the keys of the state.
+// Defines the keywords of data files and the keys of the state.
 //
 // The exported constants are `std::string` copies of the constants in this header. The library
 // itself does not use the copies, because a static object of the host can create a list before they

@@ -38,8 +38,8 @@ class SeenIdentities {
   const GuidSet* hostSet_ = nullptr;
 };
 
-/// The inputs of the visibility rules: the options, the user's state and the host's platform. The
-/// filter refers to the state, which must outlive the filter.
+/// Contains the inputs of the visibility rules: the options, the user's state and the host's
+/// platform. The filter refers to the state, which must outlive the filter.
 class VisibilityFilter {
  public:
   /// Creates a filter. `versionNumbers` contains the `VersionNumber` of each version in which the
