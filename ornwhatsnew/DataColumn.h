@@ -14,7 +14,8 @@ namespace ornwhatsnew {
 /// The columns in file order. The reader identifies a column by its index and ignores the text of
 /// the header row. Every field except the grouping ID can be empty.
 enum class DataColumn : std::size_t {
-  /// The version that added the change. A changes-since row has the changes-since version here.
+  /// The version that added the change. In a changes-since row, this column contains the
+  /// changes-since version.
   kVersion,
   /// The epic key of a feature, a section key, or "Changes-Since".
   kGroupingID,
@@ -47,7 +48,7 @@ constexpr std::size_t ColumnIndex(DataColumn column) {
   return static_cast<std::size_t>(column);
 }
 
-/// The properties of a column.
+/// Describes a column.
 struct DataColumnInfo {
   /// The header that authors write in the first row. The reader ignores it.
   std::string_view header;

@@ -1,6 +1,6 @@
-// Checks whether the application logs its usage. The host supplies a query for this.
+// Checks whether the application logs its usage, through a query that the host supplies.
 //
-// A host sets a query once at start:
+// The host sets the query once at start:
 //
 //   ornappsupport::analytics::SDMUsageLogger::SetLoggingQuery([] { return prefs.LogUsage(); });
 #ifndef ORNAPPSUPPORT_ANALYTICS_SDMUSAGELOGGER_H_

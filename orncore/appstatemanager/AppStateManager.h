@@ -1,6 +1,6 @@
-// Checks whether the application is terminating. The host supplies a query for this.
+// Checks whether the application is terminating, through a query that the host supplies.
 //
-// A host sets a query once at start:
+// The host sets the query once at start:
 //
 //   orncore::appstatemanager::SetTerminationQuery([] { return theApplication->IsQuitting(); });
 #ifndef ORNCORE_APPSTATEMANAGER_APPSTATEMANAGER_H_

@@ -66,7 +66,7 @@ class ORN_EXPORT Guid {
   /// Returns whether this is the nil identifier.
   [[nodiscard]] constexpr bool IsNil() const noexcept { return *this == Guid(); }
 
-  /// Returns whether all bytes are equal.
+  /// Returns whether both identifiers have the same bytes.
   friend constexpr bool operator==(const Guid&, const Guid&) noexcept = default;
   /// Compares the bytes from first to last. The text forms have the same order.
   friend constexpr std::strong_ordering operator<=>(const Guid& a, const Guid& b) noexcept {

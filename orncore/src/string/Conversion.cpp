@@ -14,9 +14,9 @@ namespace {
 
 constexpr std::string_view kUTF8BOM = "\xEF\xBB\xBF";
 
-// ICU's macros replace maximal subparts. Unlike ICU's functions, they accept any index type and
-// therefore strings of any length. They mix signed and unsigned numbers, so the conversion warnings
-// are disabled for the functions that use them.
+// ICU's macros find the maximal subparts of ill-formed sequences. Unlike ICU's functions, they
+// accept any index type and therefore strings of any length. They mix signed and unsigned numbers,
+// so the conversion warnings are disabled for the functions that use them.
 #pragma GCC diagnostic push
 #pragma GCC diagnostic ignored "-Wconversion"
 #pragma GCC diagnostic ignored "-Wsign-conversion"

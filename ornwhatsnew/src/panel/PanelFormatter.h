@@ -34,7 +34,7 @@ class PanelFormatter {
   void WriteHeader(const UTF8String& lastVersionSeen, const UTF8String& changesSinceVersion);
   /// Writes a feature or a section with the changes in `shown`.
   void WriteFeature(const FeatureListItem& item, const ShownItem& shown);
-  /// Writes the notice of a panel without items.
+  /// Writes the notice that a panel without items contains.
   void WriteNothingToShow();
 
   /// Returns the text. Do not use the formatter afterwards.
