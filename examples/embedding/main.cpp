@@ -1,4 +1,4 @@
-// The smallest host: describe the application, load the list, show what is new.
+// The smallest host. It describes the application, loads the list and shows what is new.
 #include <iostream>
 #include <map>
 
@@ -12,7 +12,7 @@ int main() {
   orncore::config::SetClientInfo(
       std::make_shared<orncore::config::FixedClientInfo>(u"4.3", u"118", "Mac"));
   const ornui::utility::FolderResourceManager resources("examples/herbarium");
-  std::map<UTF8String, UTF8String> settings;  // the host's settings; the list stores three strings
+  std::map<UTF8String, UTF8String> settings;  // the list stores three strings here
   const auto list = GetWhatsNew(
       u"whatsnew.csv", &resources, [&](const UTF8String& key) { return settings[key]; },
       [&](const UTF8String& key, const UTF8String& value) { settings[key] = value; });

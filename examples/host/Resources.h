@@ -1,4 +1,4 @@
-// The application's resources.
+// Reads the application's resources.
 #ifndef EXAMPLES_HOST_RESOURCES_H_
 #define EXAMPLES_HOST_RESOURCES_H_
 
@@ -7,7 +7,7 @@
 
 #include <ornui/utility/ResourceManager.h>
 
-// Resources that are part of the program.
+// Returns resources that are compiled into the program.
 class BuiltInResources final : public ornui::utility::ResourceManager {
  public:
   bool LoadResource(const std::u16string& name, const std::u16string& type,

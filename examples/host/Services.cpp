@@ -25,7 +25,7 @@ class RunningApplication final : public orncore::config::ClientInfo {
   std::string GetClientPlatform() const override { return "Win"; }
 };
 
-// Beta features: a fixed table and the user's switches.
+// Describes the beta features, and returns which of them the user has switched on.
 class Switches final : public feature::FeatureService {
  public:
   explicit Switches(const Preferences& preferences) : preferences_(preferences) {}
@@ -47,12 +47,12 @@ class Switches final : public feature::FeatureService {
         u"$$$/herbarium/feature/map/description=Every sheet where it was collected.",
         feature::VisibilityInAllClientApps::kPublic}},
       {"herbarium.sync",
-       {"ORN-1320", u"Sync between herbaria", u"Keeps two collections alike.",
+       {"ORN-1320", u"Sync between herbaria", u"Keeps two collections in sync.",
         feature::VisibilityInAllClientApps::kInDevelopment}},
   };
 };
 
-// Translations by key, which is the part before `=`.
+// Finds translations by key. The key is the part of a key text before `=`.
 class GermanTexts final : public orncore::config::DictionarySource {
  public:
   std::optional<std::string> Find(std::string_view key) const override {
@@ -64,7 +64,7 @@ class GermanTexts final : public orncore::config::DictionarySource {
   }
 };
 
-// Debug entries: this application stores them with its other texts.
+// Stores the debug entries with the application's other strings.
 class DebugTexts final : public orncore::debug::DebugStore {
  public:
   explicit DebugTexts(Preferences& preferences) : preferences_(preferences) {}

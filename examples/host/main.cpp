@@ -20,12 +20,12 @@ using orncore::config::EInitializerContextFlags;
 using orncore::console::CommandRegistry;
 using orncore::string::UTF16to8;
 
-// The display options of the badge and the panel.
+// The badge and the panel use these display options.
 constexpr ornwhatsnew::DisplayOptions kNews = ornwhatsnew::kShowOnlyNew |
                                               ornwhatsnew::kFilterRelevantPlatform |
                                               ornwhatsnew::kFilterRelevantVersion;
 
-// Loads the list.
+// Loads the list and returns it. The list stores its state in `preferences`.
 std::shared_ptr<ornwhatsnew::FeatureListData> LoadNews(Preferences& preferences) {
   const BuiltInResources resources;  // only used while the list is loaded
   const auto getter = [&preferences](const std::string& key) { return preferences.texts[key]; };
@@ -35,23 +35,23 @@ std::shared_ptr<ornwhatsnew::FeatureListData> LoadNews(Preferences& preferences)
   return ornwhatsnew::GetWhatsNew(u"news", &resources, getter, setter);
 }
 
-// Loads the list while the application starts. After get(), the list belongs to the caller's
-// thread. Before that, no other thread may use the preferences or replace a service.
+// Starts to load the list on another thread. Until get() returns, no other thread may use the
+// preferences or replace a service. Afterwards, only the thread that called get() may use the list.
 std::future<std::shared_ptr<ornwhatsnew::FeatureListData>> StartLoadingNews(
     Preferences& preferences) {
   return std::async(std::launch::async, [&preferences] { return LoadNews(preferences); });
 }
 
-// Returns the text of a run. Clips the run to the panel, because a commit's run ends one byte past
-// its text.
+// Returns the part of `panel`, the panel's text, that `run` covers. Clips the run to the panel,
+// because the run of a commit ends one byte past its text.
 std::string_view TextOf(const ornwhatsnew::StyleRun& run, std::string_view panel) {
   const auto start = static_cast<std::size_t>(run.first.first);
   const auto length = static_cast<std::size_t>(run.first.second);
   return start < panel.size() ? panel.substr(start, length) : std::string_view();
 }
 
-// Shows the panel; the list counts its content as seen. An application with windows turns the runs
-// into fonts and links.
+// Shows the panel. The list then counts its content as seen. An application with windows would
+// convert the runs to fonts and links.
 void ShowPanel(ornwhatsnew::FeatureListData& list, ornwhatsnew::DisplayOptions options) {
   ornwhatsnew::StyleRunMap runs;
   const auto text = UTF16to8(list.GetFormattedTextForDisplay(options, u"", runs, nullptr));
@@ -83,7 +83,7 @@ void RunConsoleLine(std::u16string_view line) {
   std::cout << (result ? UTF16to8(output.str()) : "There is no such command.\n");
 }
 
-// Start-up work of the application. It fails, so that this example has a log entry.
+// Registers start-up work of the application. It fails, so that this example writes a log entry.
 const orncore::config::InitializerRegistrar kCloud(
     "Herbarium.Cloud", EInitializerContextFlags::kApplication, [] { return false; }, [] {});
 
