@@ -30,7 +30,8 @@ using orncore::string::UTF8to16;
 
 namespace {
 
-/// The member with the path of the JSON schema, for editors. The reader does not open that file.
+/// The name of the member that contains the path of the JSON schema. Editors use the schema. The
+/// reader does not open it.
 constexpr std::string_view kSchemaMember = "$schema";
 
 void ReadText(const JsonReader& object, std::string_view name, std::string& text) {

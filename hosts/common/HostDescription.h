@@ -1,6 +1,6 @@
-// A host description is a JSON object with the application's version and platform, its beta
-// features, permissions, debug entries and dictionary. The programs of this project configure the
-// library's services from it.
+// Reads host descriptions. A host description is a JSON object with the application's version and
+// platform, its beta features, permissions, debug entries and dictionary. The programs of this
+// project configure the library's services from it.
 //
 //   {
 //     "clientVersion": "25.1", "buildNumber": "42", "platform": "Mac",
@@ -12,8 +12,8 @@
 //     "dictionary": {"$$$/path/key": "a translated text"}
 //   }
 //
-// Every member is optional; the structures below hold the defaults. For editors, a description may
-// contain the path of the JSON schema (see schema/) in the member "$schema".
+// Every member is optional. The structures below contain the defaults. The member "$schema" may
+// contain the path of the JSON schema (see schema/), so that an editor can check the description.
 #ifndef HOSTS_COMMON_HOSTDESCRIPTION_H_
 #define HOSTS_COMMON_HOSTDESCRIPTION_H_
 
@@ -41,7 +41,7 @@ struct BetaFeatureDescription {
   bool availableForUser = false;
 };
 
-/// The configuration of a host. All strings are UTF-8.
+/// The content of a host description. All strings are UTF-8.
 struct HostDescription {
   using Texts = std::map<std::string, std::string, std::less<>>;
 
@@ -51,11 +51,12 @@ struct HostDescription {
   bool terminating = false;
   bool usageLogging = true;
   bool internalFeaturesAllowed = false;
-  /// Beta features in file order. If two have the same internal key, the later one applies.
+  /// The beta features in file order. If two features have the same internal key, the later one
+  /// applies.
   std::vector<BetaFeatureDescription> betaFeatures;
-  /// Debug entries by key.
+  /// The debug entries by key.
   Texts debug;
-  /// Translations by key. The key is the part of a key text before `=`.
+  /// The translations by key. The key is the part of a key text before `=`.
   Texts dictionary;
 };
 
@@ -73,13 +74,14 @@ HostDescription ReadHostDescription(const std::filesystem::path& file);
 /// wrong type or range.
 HostDescription ParseHostDescription(std::string_view json, std::string_view sourceName);
 
-/// Sets each member of `host` that `object` contains. Ignores other members of `object`. Throws
-/// `JsonError` if a member has the wrong type or range; `host` may then be partly changed.
+/// Replaces each member of `host` that `object` contains. Ignores unknown members of `object`.
+/// Throws `JsonError` if a member has the wrong type or range, or if a beta feature has an unknown
+/// member. Some members of `host` may then be replaced already.
 void ReadHostMembers(const JsonReader& object, HostDescription& host);
 
-/// Configures the services of this process from the description: client information, features,
-/// permissions, dictionary, termination and usage logging. Gives the debug database a new store in
-/// memory, which contains the description's debug entries.
+/// Configures the services of this process from `host`: client information, features, permissions,
+/// dictionary, termination and usage logging. Replaces the store of the debug database with a store
+/// in memory that contains the debug entries of `host`.
 void InstallHost(const HostDescription& host);
 
 /// Does the same as `InstallHost`, but leaves the debug database unchanged.

@@ -14,15 +14,15 @@ using nlohmann::json;
 
 namespace {
 
-/// The maximum length of the parser's message, in bytes. The parser quotes its input, which may be
-/// long.
+/// The maximum length, in bytes, of the parser's message in an error message. The parser quotes its
+/// input, which can be long.
 constexpr std::size_t kMaximumDetail = 200;
 
-/// The maximum length of a quoted string, in bytes.
+/// The maximum length, in bytes, of a string that an error message quotes.
 constexpr std::size_t kMaximumQuotation = 60;
 
-/// Replaces control characters with escapes and ill-formed UTF-8 with U+FFFD, so that a message is
-/// one line.
+/// Returns `text` as one line of well-formed UTF-8. Replaces control characters with escapes
+/// such as "\u000a", and ill-formed UTF-8 with U+FFFD.
 std::string Visible(std::string_view text) {
   constexpr std::u16string_view kDigits = u"0123456789abcdef";
   std::u16string visible;
@@ -38,8 +38,8 @@ std::string Visible(std::string_view text) {
   return orncore::string::UTF16to8(visible);
 }
 
-/// Returns the line and the column of the byte at `position`. All three count from 1. The column
-/// counts characters, as editors do.
+/// Returns the line and the column of the byte at `position`. The position, the line and the column
+/// count from 1. The column counts characters, as editors do.
 std::string LineAndColumn(std::string_view text, std::size_t position) {
   const std::string_view before = text.substr(0, position == 0 ? 0 : position - 1);
   const auto lines = std::ranges::count(before, '\n');
@@ -52,6 +52,7 @@ std::string LineAndColumn(std::string_view text, std::size_t position) {
 }
 
 /// Returns the parser's message without its prefix, which repeats the position in another form.
+/// Replaces the middle of a long message with " ... ".
 std::string ParserDetail(std::string_view message) {
   for (const std::string_view prefixEnd : {"] ", ": "}) {
     const std::size_t end = message.find(prefixEnd);
@@ -63,8 +64,9 @@ std::string ParserDetail(std::string_view message) {
          std::string(message.substr(message.size() - kMaximumDetail / 2));
 }
 
-/// Builds the value during parsing and rejects duplicate members. The builder of nlohmann-json
-/// overwrites them, and its parser callback takes quadratic time for objects with many members.
+/// Builds a JSON value from the parser's events and rejects duplicate members. The builder of
+/// nlohmann-json would overwrite the first of two duplicates. Its parser callback could reject
+/// them, but takes quadratic time for objects with many members.
 class DocumentBuilder : public nlohmann::json_sax<json> {
  public:
   DocumentBuilder(std::string_view text, std::string_view sourceName)
@@ -143,7 +145,8 @@ class DocumentBuilder : public nlohmann::json_sax<json> {
     return true;
   }
 
-  /// Returns the JSON pointer of the current value at nesting depth `depth`.
+  /// Returns the JSON pointer of the value at nesting depth `depth` that the parser is reading. The
+  /// depth of the root value is 0.
   std::string Path(std::size_t depth) const {
     std::string path;
     for (std::size_t i = 0; i < depth; ++i) {

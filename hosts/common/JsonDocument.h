@@ -1,4 +1,4 @@
-// A parsed JSON document with the name of its source.
+// Parses JSON documents and formats messages about errors in them.
 #ifndef HOSTS_COMMON_JSONDOCUMENT_H_
 #define HOSTS_COMMON_JSONDOCUMENT_H_
 
@@ -29,9 +29,10 @@ class JsonDocument {
   /// exhausting the stack.
   static constexpr std::size_t kMaximumDepth = 100;
 
-  /// Parses UTF-8 text, with or without a byte order mark. Error messages begin with `sourceName`.
-  /// Throws `JsonError` for text that is not JSON, for a number beyond the range of a double, for
-  /// duplicate members, and for nesting beyond `kMaximumDepth`.
+  /// Parses `text`, which is UTF-8 with or without a byte order mark, and returns the document.
+  /// Error messages begin with `sourceName`. Throws `JsonError` if `text` is not valid JSON, if a
+  /// number is beyond the range of a double, if an object has duplicate members, and if arrays and
+  /// objects are nested deeper than `kMaximumDepth`.
   static JsonDocument Parse(std::string_view text, std::string_view sourceName);
 
   JsonDocument(JsonDocument&&) noexcept;
@@ -50,16 +51,19 @@ class JsonDocument {
   std::unique_ptr<const nlohmann::json> value_;
 };
 
-/// Returns the JSON pointer of an object member or an array element of the value at `parent`.
+/// Returns the JSON pointer of the member `member`, or of the element `index`, of the value whose
+/// JSON pointer is `parent`.
 std::string JsonPath(std::string_view parent, std::string_view member);
 std::string JsonPath(std::string_view parent, std::size_t index);
 
-/// Returns "source: location: message" as one line without control characters. Omits an empty
-/// location, which is the path of the whole document.
+/// Returns "source: location: message" as one line without control characters. `location` is a JSON
+/// pointer, or a line and a column. Omits an empty `location`, which means the whole document, and
+/// an empty `message`.
 std::string JsonMessage(std::string_view sourceName, std::string_view location,
                         std::string_view message);
 
-/// Returns `text` as a JSON string in quotation marks, for a message. Cuts `text` after 60 bytes.
+/// Returns the first 60 bytes of `text` as a JSON string in quotation marks, for an error message.
+/// Appends "..." if `text` is longer.
 std::string JsonQuoted(std::string_view text);
 
 }  // namespace hosts::common

@@ -16,9 +16,10 @@ std::string Counted(std::size_t count, std::string_view one, std::string_view ma
   return std::to_string(count) + ' ' + std::string(count == 1 ? one : many);
 }
 
-/// Describes a value for a message: its type, and the value itself if it is short.
+/// Describes a value for an error message. The description contains the type and, for strings and
+/// numbers, the value. For arrays and objects, it contains the number of elements or members.
 std::string Describe(const json& value) {
-  if (value.is_string()) return "the text " + JsonQuoted(value.get_ref<const std::string&>());
+  if (value.is_string()) return "the string " + JsonQuoted(value.get_ref<const std::string&>());
   if (value.is_number()) return "the number " + value.dump();
   if (value.is_array()) return "an array of " + Counted(value.size(), "element", "elements");
   if (value.is_object()) return "an object of " + Counted(value.size(), "member", "members");
@@ -43,7 +44,7 @@ JsonReader::JsonReader(const JsonDocument& document, const json& value, std::str
     : document_(&document), value_(&value), path_(std::move(path)) {}
 
 std::string JsonReader::Text() const {
-  if (!value_->is_string()) FailExpecting("a text");
+  if (!value_->is_string()) FailExpecting("a string");
   return value_->get<std::string>();
 }
 
@@ -53,8 +54,8 @@ bool JsonReader::Boolean() const {
 }
 
 std::int64_t JsonReader::Integer(std::int64_t minimum, std::int64_t maximum) const {
-  // nlohmann-json stores non-negative integers as unsigned. Compare them first, because a large one
-  // would become negative in the conversion to std::int64_t.
+  // nlohmann-json stores non-negative integers as unsigned. Compare the unsigned value first,
+  // because a large one would become negative in the conversion to std::int64_t.
   const bool fits =
       value_->is_number_integer() &&
       !(value_->is_number_unsigned() && std::cmp_greater(value_->get<std::uint64_t>(), maximum)) &&
@@ -81,7 +82,7 @@ std::vector<JsonReader> JsonReader::Elements() const {
 }
 
 std::map<std::string, std::string, std::less<>> JsonReader::Texts() const {
-  if (!value_->is_object()) FailExpecting("an object of texts");
+  if (!value_->is_object()) FailExpecting("an object of strings");
   std::map<std::string, std::string, std::less<>> texts;
   for (const auto& [name, value] : value_->items()) {
     texts.emplace_hint(texts.end(), name,

@@ -1,5 +1,5 @@
-// Reads the values of JSON documents and checks their types. Error messages contain the source, the
-// path of the value, the expected type and the value found.
+// Reads the values of JSON documents and checks their types. An error message contains the source,
+// the path of the value, the expected type and the value that was found.
 #ifndef HOSTS_COMMON_JSONREADER_H_
 #define HOSTS_COMMON_JSONREADER_H_
 
@@ -19,30 +19,30 @@
 
 namespace hosts::common {
 
-/// One value of a document, with its path. It refers to the document, which must outlive it. A
-/// function that reads a type throws `JsonError` if the value has another type.
+/// Reads one value of a document. A reader refers to the document, which must outlive the reader.
+/// Every function that requires a type throws `JsonError` if the value has another type.
 class JsonReader {
  public:
   using Names = std::span<const std::string_view>;
 
-  /// Refers to the root value of the document.
+  /// Creates a reader of the root value of the document.
   explicit JsonReader(const JsonDocument& document);
 
-  /// Returns the value without a type check.
+  /// Returns the JSON value, which may have any type.
   const nlohmann::json& Value() const { return *value_; }
-  /// Returns a string, in UTF-8.
+  /// Returns the value of a string, in UTF-8.
   std::string Text() const;
-  /// Returns a boolean value.
+  /// Returns the value of a boolean.
   bool Boolean() const;
-  /// Returns an integer from `minimum` to `maximum`. A number with a fraction or an exponent is not
-  /// an integer.
+  /// Returns the value of an integer from `minimum` to `maximum`. Throws `JsonError` if the integer
+  /// is outside of this range. A number with a fraction or an exponent is not an integer.
   std::int64_t Integer(std::int64_t minimum, std::int64_t maximum) const;
-  /// Returns an integer in the range of `std::int32_t`.
+  /// Returns the value of an integer. Throws `JsonError` if it does not fit into `std::int32_t`.
   std::int32_t Integer32() const;
 
-  /// Returns a reader for each element of an array.
+  /// Returns a reader for each element of an array, in order.
   std::vector<JsonReader> Elements() const;
-  /// Returns the members of an object whose values are all strings.
+  /// Returns the members of an object. All their values must be strings.
   std::map<std::string, std::string, std::less<>> Texts() const;
 
   /// Throws `JsonError` unless the value is an object and each of its members has a name in
@@ -52,14 +52,15 @@ class JsonReader {
     RequireObject(Names(known.begin(), known.size()));
   }
 
-  /// Returns a member of an object, or `std::nullopt` if it is absent.
+  /// Returns a reader of the object's member `name`, or `std::nullopt` if there is no such member.
   std::optional<JsonReader> Find(std::string_view name) const;
-  /// Returns a member of an object. Throws `JsonError` if it is absent.
+  /// Returns a reader of the object's member `name`. Throws `JsonError` if there is no such member.
   JsonReader Member(std::string_view name) const;
 
-  /// Throws `JsonError` with this value's path and the message.
+  /// Throws `JsonError` with the source, the path of the value, and `message`.
   [[noreturn]] void Fail(std::string_view message) const;
-  /// Throws `JsonError` with a message such as "expected a text, found the number 3".
+  /// Throws `JsonError` with a message such as "expected a string, found the number 3". `expected`
+  /// describes the expected value.
   [[noreturn]] void FailExpecting(std::string_view expected) const;
 
  private:

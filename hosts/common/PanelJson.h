@@ -12,25 +12,28 @@
 
 namespace hosts::common {
 
-/// Returns the value as indented ASCII text that ends with a newline. Escapes all other characters,
-/// so that no string in it can send control characters to a terminal.
+/// Returns `value` as indented ASCII text that ends with a newline. Escapes control characters and
+/// non-ASCII characters, so that no string in `value` can send control characters to a terminal.
 std::string ToJsonText(const nlohmann::json& value);
 
 /// Returns `text` as a JSON string. Replaces ill-formed UTF-8 and unpaired surrogates with U+FFFD.
 nlohmann::json TextJson(std::string_view text);
 nlohmann::json TextJson(std::u16string_view text);
 
-/// Returns the runs of one style in recorded order, each as `[start, length, string]`.
+/// Returns an array with the runs of one style, in the order of `runs`. Each element is an array
+/// `[start, length, string]`.
 nlohmann::json RunsJson(std::span<const ornwhatsnew::StyleRun> runs);
 
-/// Returns an object with the runs of each style. Its member names are the style numbers.
+/// Returns an object that maps each style number to the array of the runs with this style.
 nlohmann::json RunsJson(const ornwhatsnew::StyleRunMap& runs);
 
-/// Returns an object with the features of the rating map by key, each as `{"internalKey", "name",
-/// "description", "customRating", "visibility"}`. Returns null for a null pointer.
+/// Returns an object that maps the key of each feature in the rating map to an object with the
+/// members "internalKey", "name", "description", "customRating" and "visibility". Returns a JSON
+/// null if `items` is null.
 nlohmann::json RatingItemsJson(const std::shared_ptr<const ornwhatsnew::RatingMap>& items);
 
-/// Returns the text, the runs and the rating map in one object: `{"text", "runs", "ratingItems"}`.
+/// Returns an object with the members "text", "runs" and "ratingItems". `text` is the panel's text,
+/// `runs` are its style runs, and `items` is the rating map of the same display.
 nlohmann::json PanelJson(std::u16string_view text, const ornwhatsnew::StyleRunMap& runs,
                          const std::shared_ptr<const ornwhatsnew::RatingMap>& items);
 

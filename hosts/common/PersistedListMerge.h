@@ -1,6 +1,5 @@
-// Merges the persisted lists of two programs. Lists of identities and of versions only grow. A
-// writer therefore adds its new elements to the stored list and never removes an element that
-// another program added.
+// Merges the persisted lists of two programs. A writer adds its new identities or versions to the
+// stored list. It never removes an element that another program added.
 #ifndef HOSTS_COMMON_PERSISTEDLISTMERGE_H_
 #define HOSTS_COMMON_PERSISTEDLISTMERGE_H_
 
@@ -10,10 +9,11 @@
 
 namespace hosts::common {
 
-/// Returns the elements of `kept`, the stored list, and the elements of `written` that are not in
-/// `before`. `before` is the list as the writer read it. Its elements are not added again, because
-/// another program may have reset the store since. The result is in the canonical form of persisted
-/// lists: each element once, in ascending byte order, separated by one space.
+/// Returns a list with the elements of `kept`, and with the elements of `written` that are not in
+/// `before`. `kept` is the stored list, `before` is the list that the writer read, and `written` is
+/// the list that it writes. Does not add the elements of `before` again, because another program
+/// may have reset the store after the read. The result is in the canonical form of persisted lists:
+/// each element once, in ascending byte order, separated by one space.
 ornwhatsnew::UTF8String MergePersistedLists(std::string_view kept, std::string_view before,
                                             std::string_view written);
 

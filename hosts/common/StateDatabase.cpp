@@ -22,17 +22,17 @@ constexpr std::size_t kPageSizeOffset = 16;
 constexpr std::size_t kUserVersionOffset = 60;
 constexpr std::size_t kApplicationIdOffset = 68;
 
-constexpr std::string_view kDamaged = "it is damaged or cut short.";
-constexpr std::string_view kAnotherFile =
-    " The file was left as it is: move it away, or name another one with --state.";
+constexpr std::string_view kDamaged = "the file is damaged or truncated";
+constexpr std::string_view kAnotherFile = "; move the file, or name another one with --state";
+constexpr std::string_view kElsewhere = "or name a file elsewhere with --state";
 
 std::string Quoted(const std::filesystem::path& file) {
   return "'" + file.native() + "'";
 }
 
 [[noreturn]] void Refuse(const std::filesystem::path& file, std::string_view reason) {
-  throw StateStoreError("The state store " + Quoted(file) +
-                        " cannot be used: " + std::string(reason) + std::string(kAnotherFile));
+  throw StateStoreError("cannot use the state store " + Quoted(file) + ": " + std::string(reason) +
+                        std::string(kAnotherFile));
 }
 
 std::string InSeconds(std::chrono::milliseconds time) {
@@ -41,44 +41,44 @@ std::string InSeconds(std::chrono::milliseconds time) {
          " s";
 }
 
-std::string SystemReason(sqlite3* handle) {
-  const int error = handle == nullptr ? 0 : sqlite3_system_errno(handle);
-  return error == 0 ? std::string() : " (" + std::generic_category().message(error) + ")";
+/// Returns the operating system's reason for the last error of the database. If that is unknown,
+/// returns the message of `error`.
+std::string Reason(const SQLite::Exception& error, sqlite3* handle) {
+  const int systemError = handle == nullptr ? 0 : sqlite3_system_errno(handle);
+  return systemError == 0 ? error.what() : std::generic_category().message(systemError);
 }
 
-/// Returns a message that explains an SQLite error and what the user can do.
+/// Returns a message that explains an SQLite error and says what the user can do. `patience` is the
+/// time that SQLite waited for a lock. `handle` is null if the database was not opened.
 std::string Explain(const SQLite::Exception& error, const std::filesystem::path& file,
                     std::chrono::milliseconds patience, sqlite3* handle) {
-  const std::string store = "The state store " + Quoted(file) + " ";
+  const std::string store = "the state store " + Quoted(file);
   switch (error.getErrorCode()) {
     case SQLITE_BUSY:
     case SQLITE_LOCKED:
-      return store + "is held by another program, which did not let go of it within " +
-             InSeconds(patience) +
-             ". Nothing was changed: end that program or wait for it, and try again.";
+      return "cannot lock " + store + " within " + InSeconds(patience) +
+             ": another program has locked it; wait for that program or end it, and try again";
     case SQLITE_FULL:
-      return store +
-             "could not be written: the disk is full. Nothing was changed: free some space and "
-             "try again, or name a file elsewhere with --state.";
+      return "cannot write " + store + ": the disk is full; free some space and try again, " +
+             std::string(kElsewhere);
     case SQLITE_IOERR:
-      return store + "could not be read or written" + SystemReason(handle) +
-             ". What was kept there still is: see to the disk and try again, or name a file "
-             "elsewhere with --state.";
+      return "cannot read or write " + store + ": " + Reason(error, handle) +
+             "; check the disk and try again, " + std::string(kElsewhere);
     case SQLITE_READONLY:
     case SQLITE_CANTOPEN:
     case SQLITE_PERM:
     case SQLITE_AUTH:
-      return store + "cannot be opened for writing" + SystemReason(handle) +
-             ". Nothing was changed: allow writing to the file and its folder, or name a file "
-             "elsewhere with --state.";
+      return "cannot open " + store + " for writing: " + Reason(error, handle) +
+             "; allow writing to the file and its folder, " + std::string(kElsewhere);
     case SQLITE_CORRUPT:
     case SQLITE_NOTADB:
-      return store + "cannot be used: " + std::string(kDamaged) + std::string(kAnotherFile);
+      return "cannot use " + store + ": " + std::string(kDamaged) + std::string(kAnotherFile);
     default:
-      return store + "failed: " + error.what() + ". Nothing was changed.";
+      return "cannot use " + store + ": " + error.what();
   }
 }
 
+/// Calls `function` and returns its result. Converts an SQLite error to a `StateStoreError`.
 template <class Function>
 auto Guarded(const std::filesystem::path& file, std::chrono::milliseconds patience,
              const SQLite::Database* database, Function function) {
@@ -90,8 +90,8 @@ auto Guarded(const std::filesystem::path& file, std::chrono::milliseconds patien
   }
 }
 
-/// Returns whether the file exists. Throws if it is not a regular file, because opening a pipe or a
-/// device can block.
+/// Returns whether the file exists. Throws if it exists but is not a regular file, because opening
+/// a pipe or a device can block. Throws if its type cannot be read.
 bool Exists(const std::filesystem::path& file) {
   std::error_code error;
   const std::filesystem::file_status status = std::filesystem::status(file, error);
@@ -101,12 +101,12 @@ bool Exists(const std::filesystem::path& file) {
     case std::filesystem::file_type::not_found:
       return false;
     case std::filesystem::file_type::directory:
-      Refuse(file, "it is a folder.");
+      Refuse(file, "it is a folder");
     case std::filesystem::file_type::none:
     case std::filesystem::file_type::unknown:
-      Refuse(file, "it cannot be looked at (" + error.message() + ").");
+      Refuse(file, error.message());
     default:
-      Refuse(file, "it is no regular file.");
+      Refuse(file, "it is not a regular file");
   }
 }
 
@@ -114,9 +114,9 @@ void MakeFolderOf(const std::filesystem::path& file) {
   std::error_code error;
   std::filesystem::create_directories(file.parent_path(), error);
   if (!error) return;
-  throw StateStoreError("The folder " + Quoted(file.parent_path()) +
-                        " for the state store cannot be made (" + error.message() +
-                        "). Make it, or name a file elsewhere with --state.");
+  throw StateStoreError("cannot create the folder " + Quoted(file.parent_path()) +
+                        " for the state store: " + error.message() + "; create it, " +
+                        std::string(kElsewhere));
 }
 
 int ReadBigEndian(const std::array<char, kHeaderSize>& header, std::size_t offset,
@@ -128,7 +128,7 @@ int ReadBigEndian(const std::array<char, kHeaderSize>& header, std::size_t offse
   return static_cast<int>(value);
 }
 
-/// The header and the size of a database file.
+/// The first 100 bytes of a database file, and the size of the file in bytes.
 struct Header {
   sqlite3_int64 fileSize = 0;
   std::array<char, kHeaderSize> bytes{};
@@ -142,51 +142,51 @@ struct Header {
   int ApplicationId() const { return ReadBigEndian(bytes, kApplicationIdOffset, 4); }
 };
 
-/// Reads through SQLite's own file descriptor. Closing a second descriptor would release the POSIX
-/// locks that this process holds on the file.
+/// Reads the header through SQLite's own file descriptor. Closing a second descriptor would release
+/// the POSIX locks that this process holds on the file.
 Header ReadHeader(SQLite::Database& database, const std::filesystem::path& path) {
   sqlite3_file* file = nullptr;
   sqlite3_file_control(database.getHandle(), "main", SQLITE_FCNTL_FILE_POINTER, &file);
   Header header;
   if (file == nullptr || file->pMethods == nullptr ||
       file->pMethods->xFileSize(file, &header.fileSize) != SQLITE_OK) {
-    Refuse(path, "its size cannot be read.");
+    Refuse(path, "cannot read the size of the file");
   }
   const int result = file->pMethods->xRead(file, header.bytes.data(), kHeaderSize, 0);
   if (result != SQLITE_OK && result != SQLITE_IOERR_SHORT_READ) {
-    Refuse(path, "it cannot be read.");
+    Refuse(path, "cannot read the header of the file");
   }
   return header;
 }
 
-/// Checks the header before SQLite reads the file. A read could change another program's database,
-/// because SQLite would roll back its journal or apply its write-ahead log.
+/// Throws if the file is not empty and is not a state store that this version supports. Call this
+/// before SQLite reads the file. A read could change another program's database, because SQLite
+/// would roll back its journal or apply its write-ahead log.
 void RefuseForeignFile(SQLite::Database& database, const std::filesystem::path& path) {
   const Header header = ReadHeader(database, path);
   if (header.fileSize == 0) {
     // SQLite reports a size of 0 for a file of one byte.
     std::error_code error;
-    if (std::filesystem::file_size(path, error) == 1) Refuse(path, "it is no state store.");
+    if (std::filesystem::file_size(path, error) == 1) Refuse(path, "it is not a state store");
     return;
   }
-  if (!header.IsOfDatabase()) Refuse(path, "it is no state store.");
+  if (!header.IsOfDatabase()) Refuse(path, "it is not a state store");
   if (header.IsCutShort()) Refuse(path, kDamaged);
   if (header.ApplicationId() != kStateApplicationId) {
-    Refuse(path, "it is a database of another program.");
+    Refuse(path, "it is a database of another program");
   }
   if (header.UserVersion() > kStateLayoutVersion) {
-    throw StateStoreError("The state store " + Quoted(path) +
-                          " was written by a newer version of this program (layout " +
-                          std::to_string(header.UserVersion()) + ", this one knows " +
+    throw StateStoreError("cannot use the state store " + Quoted(path) +
+                          ": a newer version of this program wrote it (layout " +
+                          std::to_string(header.UserVersion()) + "; this version supports layout " +
                           std::to_string(kStateLayoutVersion) +
-                          "). The file was left as it is: update this program, or name another "
-                          "file with --state.");
+                          "); update this program, or name another file with --state");
   }
 }
 
-/// Throws if the last page is incomplete, because SQLite does not detect that. Call this only while
-/// the file is locked. Otherwise another program may be writing a page, or a journal may have to be
-/// rolled back first.
+/// Throws if the last page of the file is incomplete, because SQLite does not detect that. Call
+/// this only while the file is locked. Otherwise, another program may be writing a page, or SQLite
+/// may still have to roll back a journal.
 void RefuseCutFile(SQLite::Database& database, const std::filesystem::path& path) {
   const Header header = ReadHeader(database, path);
   const int pageSize = header.PageSize();
@@ -256,7 +256,7 @@ StateDatabase::StateDatabase(std::filesystem::path file, std::chrono::millisecon
                                                    static_cast<int>(patience_.count()));
   });
   RefuseForeignFile(*database_, file_);
-  // Prevent the schema of an untrusted file from calling functions with side effects.
+  // The schema of an untrusted file must not call functions with side effects.
   Guarded(file_, patience_, database_.get(),
           [&] { database_->exec("PRAGMA trusted_schema = OFF"); });
 }

@@ -1,5 +1,6 @@
-// The file of a `StateStore`: an SQLite database with one table of keys and values, identified by
-// its application ID. All other files are rejected and never changed.
+// Reads and writes the file of a `StateStore`. The file is an SQLite database with one table of
+// keys and values. The application ID in its header identifies it as a state database. Other files
+// are rejected and never changed.
 #ifndef HOSTS_COMMON_STATEDATABASE_H_
 #define HOSTS_COMMON_STATEDATABASE_H_
 
@@ -17,21 +18,21 @@ class Database;
 
 namespace hosts::common {
 
-/// The application ID in the header of a state database ("ORNW" in ASCII), and the version of its
-/// layout.
+/// The application ID in the header of a state database, "ORNW" in ASCII.
 inline constexpr int kStateApplicationId = 0x4F524E57;
+/// The version of the table layout that this program writes, and the newest one that it reads.
 inline constexpr int kStateLayoutVersion = 1;
 
 /// An open state database. Every operation throws `StateStoreError` on failure and then leaves the
 /// stored values unchanged. Not thread-safe.
 class StateDatabase {
  public:
-  /// Opens the file. Returns `std::nullopt` if it does not exist. An empty file is a database
-  /// without values. Each operation waits at most `patience` until other programs release the file.
+  /// Opens `file`. Returns `std::nullopt` if it does not exist. An empty file is a database without
+  /// values. Each operation waits at most `patience` for the locks of other programs.
   static std::optional<StateDatabase> OpenExisting(const std::filesystem::path& file,
                                                    std::chrono::milliseconds patience);
 
-  /// Opens the file. Creates the file and its folder if they do not exist.
+  /// Opens `file`. Creates the file and its folder if they do not exist.
   static StateDatabase OpenOrMake(const std::filesystem::path& file,
                                   std::chrono::milliseconds patience);
 
@@ -42,8 +43,8 @@ class StateDatabase {
   /// Returns all values, read in one transaction.
   StateValues Read();
 
-  /// Reads the values, applies `change` to them and writes the differences. One transaction covers
-  /// all three steps and excludes other writers. Returns the new values.
+  /// Reads all values, calls `change` to modify them, and writes those that differ. One transaction
+  /// covers all three steps and excludes other writers. Returns the new values.
   StateValues Change(const std::function<void(StateValues&)>& change);
 
  private:

@@ -13,16 +13,16 @@ namespace {
 std::filesystem::path AbsoluteLocation(const std::filesystem::path& location) {
   if (location.empty()) {
     throw StateStoreError(
-        "The state store has an empty name. Name a file with --state, or ':memory:' to keep "
-        "nothing.");
+        "cannot use the state store '': empty name; name a file with --state, or ':memory:' to "
+        "store nothing");
   }
   if (location == kMemoryLocation) return location;
   std::error_code error;
   std::filesystem::path absolute = std::filesystem::absolute(location, error);
   if (error) {
-    throw StateStoreError("The state store '" + location.native() +
-                          "' cannot be found, for there is no current folder any more: " +
-                          error.message() + ". Name it from the root on, or change the folder.");
+    throw StateStoreError("cannot use the state store '" + location.native() +
+                          "': cannot find the current folder: " + error.message() +
+                          "; use an absolute path, or change to another folder");
   }
   return absolute;
 }
@@ -49,8 +49,8 @@ std::filesystem::path DefaultStateLocation() {
     return std::filesystem::path(home) / ".local" / "state" / file;
   }
   throw StateStoreError(
-      "There is no folder for the state store: neither XDG_STATE_HOME nor HOME names a folder "
-      "from the root on. Set one of them, or name a file with --state.");
+      "cannot find a folder for the state store: neither XDG_STATE_HOME nor HOME contains an "
+      "absolute path; set one of them, or name a file with --state");
 }
 
 StateStore::StateStore(const std::filesystem::path& location, std::chrono::milliseconds patience)

@@ -1,6 +1,6 @@
-// Stores the state of lists for the library's two callbacks: which features and changes were seen
-// or rated, and in which versions the list was opened. Each user has one SQLite file, which all
-// programs that show a list share.
+// Stores the state of lists: which features and changes the user has seen or rated, and in which
+// versions the list was opened. Each user has one SQLite file, which all programs that show a list
+// share.
 #ifndef HOSTS_COMMON_STATESTORE_H_
 #define HOSTS_COMMON_STATESTORE_H_
 
@@ -17,14 +17,14 @@
 
 namespace hosts::common {
 
-/// Thrown if the store cannot be read or written. The message contains the file, the problem and
-/// what the user can do. A rejected file is not changed.
+/// Thrown if the store cannot be read or written. `what()` contains the file, the problem and what
+/// the user can do. The stored values are then unchanged.
 class StateStoreError : public std::runtime_error {
  public:
   using std::runtime_error::runtime_error;
 };
 
-/// Persisted values by key.
+/// The persisted values by key.
 using StateValues = std::map<ornwhatsnew::UTF8String, ornwhatsnew::UTF8String, std::less<>>;
 
 /// The keys of the three strings of the state.
@@ -32,7 +32,8 @@ using ornwhatsnew::kAllSeenItemsKey;
 using ornwhatsnew::kAllVersionsSeenKey;
 using ornwhatsnew::kLastVersionSeenKey;
 
-/// The location of a store in memory, which is lost when the program ends.
+/// The location that selects a store in memory. Its values are lost when the `StateStore` object is
+/// destroyed.
 inline constexpr std::string_view kMemoryLocation = ":memory:";
 
 /// Returns the path of `ornwhatsnew/state.db` in the user's state folder. That folder is
@@ -40,25 +41,27 @@ inline constexpr std::string_view kMemoryLocation = ":memory:";
 /// Throws `StateStoreError` if `$HOME` does not contain one either.
 std::filesystem::path DefaultStateLocation();
 
-/// The stored values as of the last read, and the values that are not written yet.
+/// A state store. An object contains a copy of the stored values as of the last read, and a buffer
+/// of values that are not written yet.
 ///
-/// `Set` buffers a value. `Commit` writes all buffered values in one transaction. A display sets
-/// three values, so either all three are stored or none, even if the program is killed. `Commit`
-/// merges lists of identities and versions with the values that other programs have written since
-/// the last read. For every other key, the last writer wins.
+/// `Set` buffers a value. `Commit` writes all buffered values in one transaction. Either all three
+/// values of a display are stored or none, even if the program is killed. `Commit` merges lists of
+/// identities and versions with the elements that other programs have written since the last read.
+/// For every other key, `Commit` overwrites the stored value.
 ///
 /// The store opens the file for each read and each write, and closes it afterwards. The first
 /// `Commit` creates the file and its folder; a read creates nothing.
 ///
-/// Not thread-safe. Any number of programs can use one file; each waits a limited time for the
-/// others.
+/// Not thread-safe. Any number of programs can use one file at the same time. Each operation waits
+/// a limited time for the locks of other programs.
 class StateStore {
  public:
   /// The time that a read or a write waits until other programs release the file.
   static constexpr std::chrono::milliseconds kDefaultPatience{5000};
 
-  /// Reads the values at `location`, which is a file or `kMemoryLocation`. The file need not exist
-  /// yet. Throws `StateStoreError`.
+  /// Reads the values at `location`, which is a file or `kMemoryLocation`. If the file does not
+  /// exist, the store is empty. Throws `StateStoreError` if the file cannot be read or is not a
+  /// state store.
   explicit StateStore(const std::filesystem::path& location,
                       std::chrono::milliseconds patience = kDefaultPatience);
 
@@ -76,22 +79,23 @@ class StateStore {
   /// Buffers a value for the next `Commit`.
   void Set(std::string_view key, std::string_view value);
 
-  /// Returns all values. A buffered value replaces the stored one.
+  /// Returns all values. If a key has a buffered value, returns that instead of the stored one.
   StateValues Values() const;
 
-  /// Writes the buffered values and reads the result back. Writes nothing if no stored value would
-  /// change. Throws `StateStoreError`; the values then stay buffered and the stored values do not
-  /// change.
+  /// Writes the buffered values and reads all stored values again. Writes nothing if no stored
+  /// value would change. Throws `StateStoreError` on failure. The stored values and the buffered
+  /// values are then unchanged.
   void Commit();
 
-  /// Reads the stored values again. Keeps the buffered values. Throws `StateStoreError`.
+  /// Reads the stored values again. Does not change the buffered values. Throws `StateStoreError`
+  /// on failure.
   void Refresh();
 
   /// Deletes all stored values in one transaction and discards the buffered values. Does not create
-  /// the file. Throws `StateStoreError`.
+  /// the file. Throws `StateStoreError` on failure.
   void Reset();
 
-  /// Return the callbacks of a list. They refer to this store, which must outlive the list.
+  /// Returns a getter or a setter for a list. It refers to this store, which must outlive the list.
   ornwhatsnew::StateGetter Getter() const;
   ornwhatsnew::StateSetter Setter();
 

@@ -15,7 +15,8 @@ namespace {
 using ornwhatsnew::StyleID;
 using ornwhatsnew::UTF16String;
 
-/// A run, clipped to the text and to whole characters. `begin` and `end` are byte offsets.
+/// The range of a run, clipped to the text and to whole characters. `begin` and `end` are byte
+/// offsets in the text.
 struct Range {
   std::size_t begin;
   std::size_t end;
@@ -73,8 +74,8 @@ class OpenRanges {
       if (--counts_[Index(style)] == 0) styles_.Set(style, false);
       ends_.pop();
     }
-    // The link that started last is at the back. A link before it that has ended is removed once it
-    // is at the back.
+    // `Link` needs only the last element, which is the link that started last. An earlier element
+    // may therefore remain after its end. It is removed when it becomes the last element.
     while (!links_.empty() && links_.back().end <= offset) links_.pop_back();
   }
 

@@ -1,5 +1,5 @@
-// Splits the panel's text into segments, each with one set of styles and one link, which a view can
-// draw one after the other.
+// Splits the panel's text into segments that a view can draw one after the other. Each segment has
+// one set of styles and one link.
 #ifndef HOSTS_COMMON_STYLEDSEGMENTS_H_
 #define HOSTS_COMMON_STYLEDSEGMENTS_H_
 
@@ -27,7 +27,7 @@ class StyleSet {
 
   friend bool operator==(const StyleSet&, const StyleSet&) = default;
 
-  /// Returns whether a set can contain the number.
+  /// Returns whether `style` is a number from 0 to 31.
   static bool IsMember(ornwhatsnew::StyleID style) noexcept {
     return static_cast<int>(style) >= 0 && static_cast<int>(style) < kSize;
   }
@@ -40,9 +40,9 @@ class StyleSet {
   std::bitset<kSize> styles_;
 };
 
-/// A segment of the text. `link` is the string of the run that covers it, or empty if no such run
-/// has a string. If several runs with a string cover it, `link` is the string of the run that
-/// starts last.
+/// A segment of the panel's text. `link` is the string of a style run that covers the segment. It
+/// is empty if no such run has a string. If several of them have a string, `link` is the string of
+/// the run that starts last.
 struct StyledSegment {
   ornwhatsnew::UTF8String text;
   StyleSet styles;
@@ -51,13 +51,13 @@ struct StyledSegment {
   friend bool operator==(const StyledSegment&, const StyledSegment&) = default;
 };
 
-/// Splits `text` wherever a run starts or ends. The starts and lengths of `runs` count bytes of the
-/// text in UTF-8. The segments cover the whole text in order, without gaps or overlaps. No segment
-/// is empty, and adjacent segments differ in their styles or links.
+/// Splits `text` wherever a run starts or ends, and returns the segments. The starts and lengths of
+/// `runs` count UTF-8 bytes of `text`. The segments cover the whole text in order, without gaps or
+/// overlaps. No segment is empty, and adjacent segments differ in their styles or links.
 ///
 /// Accepts any run map, including overlapping runs. Clips each run to the text and to the
-/// characters that it covers completely. The run of a commit link needs this, because it ends one
-/// byte past its text. Takes linear time in the length of the text, and O(n log n) time in the
+/// characters that it covers completely. The run of a commit link must be clipped, because it ends
+/// one byte past its text. The time is linear in the length of the text, and O(n log n) in the
 /// number of runs.
 std::vector<StyledSegment> SplitIntoStyledSegments(std::u16string_view text,
                                                    const ornwhatsnew::StyleRunMap& runs);

@@ -15,7 +15,8 @@ std::string ReadTextFile(const std::filesystem::path& file) {
 
 std::string OpenErrorMessage(const std::filesystem::path& file,
                              const orncore::config::ResultError& error) {
-  // The system's text for EOPNOTSUPP, "Operation not supported", does not explain the problem.
+  // The system's message for EOPNOTSUPP is "Operation not supported", which does not explain the
+  // problem.
   const std::string reason = error.Result() == -EOPNOTSUPP
                                  ? "not a regular file"
                                  : std::generic_category().message(-error.Result());

@@ -15,8 +15,8 @@ namespace {
 using ornwhatsnew::DisplayOptions;
 
 constexpr std::size_t kMaximumWidth = 100'000;
-/// The width of the name column in help texts. It leaves 56 columns of an 80-column terminal for
-/// the descriptions.
+/// The width of the column with the names in help texts. On a terminal with 80 columns, 56 columns
+/// remain for the descriptions.
 constexpr std::size_t kHelpNameColumns = 24;
 
 constexpr const char* kExitStatusHelp = R"(Exit status:
@@ -30,7 +30,7 @@ constexpr const char* kExitStatusHelp = R"(Exit status:
    7  console: a command is unknown or failed
   10  status --exit-status: something is new
   11  status --exit-status: something can be rated
-  12  status --exit-status: both)";
+  12  status --exit-status: something is new, and something can be rated)";
 
 struct OptionFlag {
   const char* name;
@@ -43,11 +43,11 @@ const OptionFlag kOnlyNewFlag = {"--only-new", ornwhatsnew::kShowOnlyNew,
 const OptionFlag kRatingFlag = {"--rating", ornwhatsnew::kRatingView,
                                 "Show only what you have seen and can rate"};
 const OptionFlag kFilterFlags[] = {
-    {"--platform", ornwhatsnew::kFilterRelevantPlatform, "Leave out changes for other platforms"},
+    {"--platform", ornwhatsnew::kFilterRelevantPlatform, "Omit changes for other platforms"},
     {"--relevant-versions", ornwhatsnew::kFilterRelevantVersion,
-     "Leave out changes to versions that you never ran"},
+     "Omit changes that affect no version that you ran"},
     {"--headlines", ornwhatsnew::kFilterHeadlinesOnly,
-     "Leave out every change whose salience is well formed"},
+     "Omit every change whose salience is not malformed"},
 };
 
 template <class Choice>
@@ -90,7 +90,7 @@ CLI::Option* AddHost(CLI::App& command, Path& host) {
 void AddState(CLI::App& command, std::optional<std::filesystem::path>& state) {
   command
       .add_option("--state", state,
-                  "The state store; ':memory:' remembers nothing.\n"
+                  "The state store; ':memory:' stores nothing.\n"
                   "Default: ornwhatsnew/state.db in $XDG_STATE_HOME,\n"
                   "or in ~/.local/state if that is not set")
       ->type_name("FILE");
@@ -107,8 +107,8 @@ std::string FullName(const CLI::App& command) {
   return (parent == nullptr ? "" : FullName(*parent) + " ") + command.get_name();
 }
 
-/// Returns the message for a missing or unknown command. CLI11 reports an unknown command as
-/// missing, without its name.
+/// Returns the error message for a missing or unknown command. The message of CLI11 cannot be used,
+/// because it reports an unknown command as missing and does not contain its name.
 std::string MissingCommandMessage(const CLI::App& command) {
   const std::vector<std::string> words = command.remaining();
   if (words.empty()) return "no command given";
@@ -116,7 +116,7 @@ std::string MissingCommandMessage(const CLI::App& command) {
   return std::string(isOption ? "unknown option '" : "unknown command '") + words.front() + "'";
 }
 
-/// The CLI11 parser and the argument structures that it fills.
+/// Parses the command line with CLI11 and stores the arguments of each command.
 class CommandLine {
  public:
   CommandLine() {
@@ -128,7 +128,7 @@ class CommandLine {
     AddRate();
     AddStateCommands();
     AddConsole();
-    // Set the footer last, because subcommands that are added later would inherit it.
+    // Set the footer last. A subcommand that is added after it would inherit it.
     app_.footer(kExitStatusHelp);
   }
 
@@ -151,8 +151,7 @@ class CommandLine {
   }
 
   void AddShow() {
-    CLI::App& command =
-        AddCommand(app_, "show", "Show what is new and remember that it was shown", show_);
+    CLI::App& command = AddCommand(app_, "show", "Show what is new, and store it as seen", show_);
     AddSources(command, show_.sources);
     AddFlag(command, kOnlyNewFlag, show_.options);
     AddFilters(command, show_.options);
@@ -166,7 +165,7 @@ class CommandLine {
     command
         .add_option("--width", show_.width,
                     "Wrap at this column; 0 never wraps. Default: the\n"
-                    "terminal's width, or 0 if the output is no terminal")
+                    "terminal's width, or 0 if the output is not a terminal")
         ->check(CLI::Range(std::size_t{0}, kMaximumWidth).description(""))
         ->type_name("COLUMNS");
   }
@@ -177,12 +176,11 @@ class CommandLine {
     AddSources(command, status_.sources);
     AddFilters(command, status_.options);
     AddFormat(command, status_.format);
-    command.add_flag("--exit-status", status_.setsExitStatus,
-                     "Report it in the exit status as well");
+    command.add_flag("--exit-status", status_.setsExitStatus, "Set the exit status to the result");
   }
 
   void AddRate() {
-    CLI::App& command = AddCommand(app_, "rate", "Remember that you rated a feature", rate_);
+    CLI::App& command = AddCommand(app_, "rate", "Store that you rated a feature", rate_);
     command.add_option("KEY", rate_.key, "The feature's key")->required()->type_name("");
     AddSources(command, rate_.sources);
   }
@@ -204,7 +202,7 @@ class CommandLine {
     command.footer(
         "All words after the options are one console command:\n"
         "  ornwhatsnew console ValidateWhatsNew FILE\n"
-        "Without a command, each line of standard input is run as one.\n"
+        "Without a command, each line of standard input is one command.\n"
         "The command 'help' lists the console commands.");
     command.callback([this, &command] {
       for (const std::string& word : command.remaining()) {

@@ -17,10 +17,12 @@ struct Answer {
   bool isError = false;
 };
 
+/// A parsed command line: the arguments of a command, or the text to print instead.
 using Request = std::variant<Answer, ShowArguments, StatusArguments, RateArguments,
                              StateShowArguments, StateResetArguments, ConsoleArguments>;
 
-/// Parses the command line. If it is invalid, returns an `Answer` with the error message.
+/// Parses the command line. Returns the arguments of the command. If the user requests help or the
+/// version, or if the command line is invalid, returns an `Answer`.
 Request ParseArguments(int argc, const char* const* argv);
 
 }  // namespace hosts::console

@@ -1,5 +1,6 @@
-// The program's commands. Each command uses the standard streams and returns the exit status. On
-// failure it throws `ToolError`, `common::StateStoreError` or `common::JsonError`.
+// The program's commands. Each `Run` function executes one command, which reads and writes the
+// standard streams, and returns the exit status. On failure, it throws `ToolError`,
+// `common::StateStoreError` or `common::JsonError`.
 #ifndef HOSTS_CONSOLE_COMMANDS_H_
 #define HOSTS_CONSOLE_COMMANDS_H_
 
@@ -58,17 +59,17 @@ struct ConsoleArguments {
   std::string line;                           ///< empty: read lines from standard input
 };
 
-/// Prints the panel, and then stores its content as seen. If printing fails, stores nothing.
+/// Prints the panel, and then stores its content as seen. Stores nothing if the output fails.
 ExitStatus Run(const ShowArguments& arguments);
-/// Reports whether anything is new or can be rated.
+/// Prints whether anything is new or can be rated. Stores nothing.
 ExitStatus Run(const StatusArguments& arguments);
-/// Stores that a feature was rated.
+/// Stores that the user rated a feature.
 ExitStatus Run(const RateArguments& arguments);
 /// Prints the stored state.
 ExitStatus Run(const StateShowArguments& arguments);
 /// Deletes the stored state.
 ExitStatus Run(const StateResetArguments& arguments);
-/// Runs commands of the console registry.
+/// Runs the console command in `arguments`, or each line of standard input as a console command.
 ExitStatus Run(const ConsoleArguments& arguments);
 
 }  // namespace hosts::console

@@ -23,8 +23,7 @@ constexpr std::string_view kPrompt = "ornwhatsnew> ";
 
 int ListCommands(const std::u16string&, UTF16OutputStream& stream) {
   for (const CommandRegistry::Command& command : CommandRegistry::Instance().ListCommands()) {
-    // Some help texts already start with the name of the command. Print the name only before the
-    // others.
+    // Do not print the name of a command twice. Some help texts already start with it.
     if (!command.help.starts_with(command.name)) orncore::console::Write(stream, command.name);
     orncore::console::Write(stream, command.help);
     orncore::console::Write(stream, u"\n");

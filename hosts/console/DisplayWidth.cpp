@@ -20,7 +20,7 @@ bool IsZeroWidth(UChar32 character) {
     default:
       break;
   }
-  // A terminal draws Hangul vowels and final consonants into the cell of the first consonant.
+  // A terminal draws Hangul vowels and final consonants in the columns of the first consonant.
   const int syllable = u_getIntPropertyValue(character, UCHAR_HANGUL_SYLLABLE_TYPE);
   return syllable == U_HST_VOWEL_JAMO || syllable == U_HST_TRAILING_JAMO;
 }
@@ -31,7 +31,7 @@ bool IsWide(UChar32 character) {
 }
 
 std::size_t CharacterWidth(UChar32 character) {
-  // Most text is ASCII. Looking up its properties would take most of the time.
+  // Most characters are ASCII. Looking up their properties would take most of the time.
   if (character >= 0x20 && character < 0x7F) return 1;
   if (IsZeroWidth(character)) return 0;
   return IsWide(character) ? 2 : 1;
@@ -48,7 +48,7 @@ std::size_t DisplayWidth(std::u16string_view text) {
     std::int64_t codePoint = 0;
     U16_NEXT_OR_FFFD(text, position, text.size(), codePoint);
     const auto character = static_cast<UChar32>(codePoint);
-    // The selector for emoji presentation makes a narrow character wide.
+    // The selector for emoji presentation makes the narrow character before it wide.
     const bool widens = character == kEmojiPresentation && previousWidth == 1;
     const std::size_t width = widens ? 1 : CharacterWidth(character);
     columns += width;

@@ -7,8 +7,9 @@
 
 namespace hosts::console {
 
-/// Reads standard input line by line. Unlike `std::getline`, it reports read errors. It reads
-/// ahead, so use one object for the whole input. Not thread-safe.
+/// Reads standard input line by line. Unlike `std::getline`, it reports read errors. Use one object
+/// for the whole input, because the object buffers bytes that follow the current line. Not
+/// thread-safe.
 class InputLines {
  public:
   /// Returns the next line without its newline, or `std::nullopt` at the end of the input. The last

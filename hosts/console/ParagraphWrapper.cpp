@@ -27,7 +27,8 @@ std::size_t TrimmedEnd(std::u16string_view text, std::size_t begin, std::size_t 
 
 using MakeIterator = icu::BreakIterator*(U_EXPORT2*)(const icu::Locale&, UErrorCode&);
 
-/// An ICU break iterator. Loading its rules takes time, so one iterator is used for all paragraphs.
+/// Wraps an ICU break iterator. Loading its rules takes time, so one iterator is used for all
+/// paragraphs.
 class Boundaries {
  public:
   explicit Boundaries(MakeIterator make) {
@@ -68,7 +69,7 @@ struct ParagraphWrapper::Breaks {
 
 namespace {
 
-/// Collects the lines of one paragraph. The last line is open until `Finish`.
+/// Collects the lines of one paragraph. Text can be added to the last line until `Finish`.
 class LineFiller {
  public:
   LineFiller(std::u16string_view text, std::size_t width, const ParagraphShape& shape)

@@ -17,9 +17,9 @@ namespace {
 
 using ornwhatsnew::FeatureListItem;
 
-/// Returns whether the panel shows the feature and one of its changes requests a rating. Includes
-/// features that are already rated, because rating twice is not an error. Passes no display
-/// options, so that the result does not depend on the state.
+/// Returns whether the user can rate `item`: it is a feature, the panel shows it, and one of its
+/// changes requests a rating. Returns true for a feature that is already rated, because rating it
+/// twice is not an error. Sets no display options, so that the result does not depend on the state.
 bool CanBeRated(const FeatureListItem& item) {
   return !ornwhatsnew::IsSpecialCaseSection(item.FeatureJiraIDKey()) &&
          std::ranges::any_of(
@@ -43,7 +43,7 @@ std::vector<std::string> KeysToRate(const ornwhatsnew::FeatureListData& list) {
   if (FeatureListItem::AnalyticsDisabled()) {
     reason = "usage logging is off in the host description, so nothing can be rated";
   } else if (keys.empty()) {
-    reason = "no feature asks for a rating";
+    reason = "no feature requests a rating";
   } else {
     for (const std::string& known : keys) {
       reason += (reason.empty() ? "these features can be rated: " : ", ") + known;
@@ -63,9 +63,9 @@ ExitStatus Run(const RateArguments& arguments) {
   if (!std::ranges::binary_search(keys, arguments.key)) FailUnknownKey(arguments.key, keys);
   list->MarkItemHasBeenRated(arguments.key);
   store.Commit();
-  const std::string outcome =
-      "Your rating of " + SafeForTerminal(arguments.key, Whitespace::kShow) + " is remembered.";
-  WriteOutput("Thank you. " + outcome + "\n", outcome);
+  const std::string key = SafeForTerminal(arguments.key, Whitespace::kShow);
+  WriteOutput("Thank you. Your rating of " + key + " was stored.\n",
+              "your rating of " + key + " was stored");
   return ExitStatus::kDone;
 }
 

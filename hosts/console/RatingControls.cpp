@@ -20,8 +20,8 @@ std::string Question(const ornwhatsnew::FeatureListData& list,
   return orncore::string::UTF16to8(list.LocalizeIfNecessary(feature.GetCustomRatingStr()));
 }
 
-/// Returns an option with its value. Joins them with "=" if the value begins with a dash, because
-/// it would otherwise be parsed as an option.
+/// Returns a command-line option with its value and a space. Joins name and value with "=" if the
+/// value begins with a dash. The program would otherwise parse the value as an option.
 std::string Option(const std::string& name, const std::string& value) {
   return name + (value.starts_with('-') ? "=" : " ") + ShellWord(value) + " ";
 }
@@ -29,7 +29,7 @@ std::string Option(const std::string& name, const std::string& value) {
 std::string RatingCommand(const std::string& key, const SourceArguments& sources) {
   std::string command = "ornwhatsnew rate " + Option("--host", sources.host.native());
   if (sources.state) command += Option("--state", sources.state->native());
-  // After "--", a key or a file name that begins with a dash is not parsed as an option.
+  // The program does not parse words after "--" as options, even if they begin with a dash.
   return command + "-- " + ShellWord(key) + " " + ShellWord(sources.data.native());
 }
 

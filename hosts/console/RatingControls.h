@@ -13,22 +13,25 @@
 
 namespace hosts::console {
 
-/// Returns the rating placeholder for `GetFormattedTextForDisplay`. It is readable text, in case it
-/// is not replaced.
+/// Returns the rating placeholder for `GetFormattedTextForDisplay`. The placeholder is readable,
+/// because `PlaceRatingControls` does not always replace it.
 ornwhatsnew::UTF16String RatingPlaceholder();
 
-/// Returns `word`, quoted for a POSIX shell if necessary.
+/// Returns `word` as one word of a POSIX shell. Adds quotes if necessary.
 std::string ShellWord(const std::string& word);
 
-/// Returns one control for each feature in `ratingItems`, in the panel's order. A control contains
-/// the feature's rating question, or a general one, and the command line that rates the feature.
-/// `ratingItems` is the rating map from the display.
+/// Returns one control for each feature in `ratingItems`, in the order of the panel. A control
+/// contains the feature's rating question and the command line that rates the feature. If the
+/// feature has no question, the control contains a general one.
+///
+/// `list` is the displayed list, `ratingItems` is the rating map of its display, and `sources` are
+/// the files in the command line.
 std::vector<std::string> RatingControls(const ornwhatsnew::FeatureListData& list,
                                         const ornwhatsnew::RatingMap& ratingItems,
                                         const SourceArguments& sources);
 
-/// Replaces the n-th placeholder with the n-th control. Changes nothing if the numbers of
-/// placeholders and controls differ.
+/// Replaces the n-th rating placeholder in `segments` with the n-th element of `controls`. Changes
+/// nothing if the numbers of placeholders and controls differ.
 void PlaceRatingControls(const std::vector<std::string>& controls,
                          std::span<common::StyledSegment> segments);
 

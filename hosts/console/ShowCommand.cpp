@@ -48,7 +48,7 @@ ExitStatus Run(const ShowArguments& arguments) {
   const std::string output = arguments.format == OutputFormat::kJson ? RenderJson(*list, arguments)
                                                                      : RenderText(*list, arguments);
   // Commit after printing, because only a printed panel counts as seen.
-  WriteOutput(output, "Nothing was remembered.");
+  WriteOutput(output, "nothing was stored");
   store.Commit();
   return ExitStatus::kDone;
 }

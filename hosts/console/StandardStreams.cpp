@@ -15,7 +15,8 @@ namespace {
 
 constexpr std::size_t kUnknownTerminalWidth = 80;
 
-/// Writes all of `text`. Returns 0, or the value of errno on failure.
+/// Writes all of `text` to the file descriptor. Returns 0 on success and the value of errno on
+/// failure.
 int WriteAll(int descriptor, std::string_view text) {
   while (!text.empty()) {
     const ssize_t written = ::write(descriptor, text.data(), text.size());
@@ -26,7 +27,7 @@ int WriteAll(int descriptor, std::string_view text) {
   return 0;
 }
 
-/// Returns the value of the variable, or an empty string if it is not set.
+/// Returns the value of the environment variable, or an empty string if it is not set.
 std::string_view EnvironmentValue(const char* variable) {
   const char* const value = std::getenv(variable);
   return value == nullptr ? std::string_view() : value;
@@ -50,11 +51,11 @@ std::size_t OutputWidth() {
 void WriteOutput(std::string_view text, std::string_view outcome) {
   const int error = WriteAll(STDOUT_FILENO, text);
   if (error == 0) return;
-  // Print no message: a program such as `head` closes the pipe once it has read enough.
+  // Print no message, because programs such as `head` close the pipe when they have read enough.
   if (error == EPIPE) throw ToolError(ExitStatus::kOutput, "");
   throw ToolError(ExitStatus::kOutput,
                   "cannot write standard output: " + std::generic_category().message(error) +
-                      (outcome.empty() ? "" : ". ") + std::string(outcome));
+                      (outcome.empty() ? "" : "; ") + std::string(outcome));
 }
 
 void ReportError(std::string_view message) {
@@ -68,7 +69,7 @@ bool IsInteractive() {
 
 TerminalLook DetectTerminalLook(ColorMode color, std::optional<std::size_t> width) {
   const bool hasHyperlinks = UsesEscapeSequences(color);
-  // NO_COLOR applies to colours only, so hyperlinks stay on.
+  // NO_COLOR switches off colours, but not hyperlinks.
   const bool isColorless = color == ColorMode::kAuto && !EnvironmentValue("NO_COLOR").empty();
   return {width ? *width : OutputWidth(), hasHyperlinks && !isColorless, hasHyperlinks};
 }

@@ -1,4 +1,4 @@
-// The program's standard streams: output with error checks, and the terminal's properties.
+// Writes to the program's standard streams and reads the properties of the terminal.
 #ifndef HOSTS_CONSOLE_STANDARDSTREAMS_H_
 #define HOSTS_CONSOLE_STANDARDSTREAMS_H_
 
@@ -11,20 +11,22 @@
 
 namespace hosts::console {
 
-/// Writes `text` unchanged to standard output. Throws `ToolError` on failure; its message ends with
-/// `outcome`, a sentence about what was or was not stored. If the reader has closed the pipe, the
-/// message is empty.
+/// Writes `text` unchanged to standard output. Throws `ToolError` on failure. The error message
+/// ends with `outcome`, a clause that says what was or was not stored. If standard output is a pipe
+/// that its reader has closed, the error message is empty.
 void WriteOutput(std::string_view text, std::string_view outcome = {});
 
-/// Writes "ornwhatsnew: " and the message as one line to standard error. Makes the message safe for
-/// a terminal. Ignores write errors.
+/// Writes "ornwhatsnew: " and `message` as one line to standard error. Makes `message` safe for a
+/// terminal first. Ignores write errors.
 void ReportError(std::string_view message);
 
 /// Returns whether both standard input and standard output are terminals.
 bool IsInteractive();
 
-/// Returns the properties of standard output. If `width` is absent, uses the width of the terminal,
-/// or 80 if it is unknown. Output that is not a terminal is then not wrapped.
+/// Returns how to write the panel to standard output. `color` decides whether to use colours and
+/// hyperlinks. `width` is the column at which lines are wrapped. If `width` is absent, the result
+/// has the width of the terminal, or 80 if that is unknown. If standard output is not a terminal
+/// either, the result has the width 0, which means no wrapping.
 TerminalLook DetectTerminalLook(ColorMode color, std::optional<std::size_t> width);
 
 }  // namespace hosts::console

@@ -33,10 +33,10 @@ std::string DescribeAsJson(const common::StateStore& store) {
 
 std::string DescribeAsText(const common::StateStore& store) {
   const std::string location = SafeForTerminal(store.Location().native(), Whitespace::kShow);
-  if (store.Values().empty()) return "Nothing is remembered in " + location + ".\n";
+  if (store.Values().empty()) return "Nothing is stored in " + location + ".\n";
   const std::string identities = store.Get(common::kAllSeenItemsKey);
   const std::size_t count = ornwhatsnew::SplitPersistedList(identities).size();
-  // A rating before the first display is stored without a version.
+  // If the user rates a feature before the first display, the store contains no version.
   const auto shown = [](std::string_view text) {
     return text.empty() ? "not yet" : SafeForTerminal(text, Whitespace::kShow);
   };
@@ -59,9 +59,9 @@ ExitStatus Run(const StateShowArguments& arguments) {
 ExitStatus Run(const StateResetArguments& arguments) {
   common::StateStore store(StateLocation(arguments.state));
   store.Reset();
-  const std::string outcome = "Nothing is remembered any more in " +
-                              SafeForTerminal(store.Location().native(), Whitespace::kShow) + ".";
-  WriteOutput(outcome + "\n", outcome);
+  const std::string location = SafeForTerminal(store.Location().native(), Whitespace::kShow);
+  WriteOutput("Deleted the state in " + location + ".\n",
+              "the state in " + location + " was deleted");
   return ExitStatus::kDone;
 }
 

@@ -21,12 +21,12 @@ constexpr std::u16string_view kGap = u"   ";
 constexpr std::u16string_view kBadgePadding = u"\u00A0";
 constexpr std::size_t kMaximumBulletWidth = 4;
 
-/// UTF-16 units `[begin, end)` of a paragraph with the same style and link.
+/// The UTF-16 units `[begin, end)` of a paragraph. All of them come from the same segment.
 struct Span {
   std::size_t begin;
   std::size_t end;
   const StyledSegment* segment;
-  std::size_t link;  ///< the number of the hyperlink, 0 for none
+  std::size_t link;  ///< the number of the hyperlink; 0: no hyperlink
 };
 
 struct Paragraph {
@@ -49,7 +49,7 @@ std::size_t TabWidth(std::size_t width) {
 /// The tabs at the start of a paragraph, and the bullet after them if there is one.
 struct Prefix {
   std::size_t tabs = 0;
-  std::size_t bulletEnd = 0;  ///< position of the tab after the bullet; 0 without a bullet
+  std::size_t bulletEnd = 0;  ///< the position of the tab after the bullet; 0: no bullet
   ParagraphShape shape;
 };
 
@@ -73,8 +73,9 @@ Prefix MeasurePrefix(std::u16string_view text, std::size_t tabWidth) {
   return prefix;
 }
 
-/// Returns the replacement of a tab. It is empty for the tabs of the indent. For the tab after a
-/// bullet, it is the spaces up to the hanging indent. For every other tab, it is a gap.
+/// Returns the replacement of the tab at `position`. For the tabs of the indent, it is empty. For
+/// the tab after a bullet, it consists of the spaces up to the hanging indent. For every other tab,
+/// it consists of three spaces.
 std::u16string TabReplacement(std::size_t position, const Prefix& prefix) {
   if (position < prefix.tabs) return {};
   if (position != prefix.bulletEnd) return std::u16string(kGap);
@@ -98,10 +99,12 @@ Paragraph WithoutTabs(const Paragraph& paragraph, const Prefix& prefix) {
   return result;
 }
 
-/// Writes the spans of one line, and switches styles and links on and off between them.
+/// Writes the spans of one line, and the escape sequences that switch styles and hyperlinks between
+/// the spans.
 class LineWriter {
  public:
-  /// Writes style sequences only if `isStyled`. Writes a hyperlink for each span that has one.
+  /// Appends to `output`. Writes styles only if `isStyled` is true. Writes a hyperlink for each
+  /// span that has one.
   LineWriter(std::string& output, bool isStyled) : output_(output), isStyled_(isStyled) {}
 
   void Add(std::u16string_view text, const Span& span) {
@@ -174,8 +177,8 @@ class PanelRenderer {
     }
   }
 
-  /// Returns the number of a hyperlink, or 0 if `link` is empty or unsafe. Consecutive segments
-  /// with the same link get the same number.
+  /// Returns the number of the hyperlink to `link`, or 0 if `link` is empty or unsafe. Returns the
+  /// same number for consecutive segments with the same link.
   std::size_t NumberOfLink(std::string_view link) {
     if (link != lastLink_) {
       lastLink_ = link;

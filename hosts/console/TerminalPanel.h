@@ -10,19 +10,20 @@
 
 namespace hosts::console {
 
-/// The properties of the output.
+/// How the panel is written to the output.
 struct TerminalLook {
-  std::size_t width = 0;       ///< column at which lines are wrapped; 0 never wraps
+  std::size_t width = 0;       ///< the width of a line in columns; 0: no wrapping
   bool isStyled = false;       ///< true: colours and attributes; false: plain text
   bool hasHyperlinks = false;  ///< true: hyperlinks; false: link targets in the text
 };
 
 /// Returns the panel's segments as lines for a terminal. Tabs at the start of a paragraph become
-/// its indent, with a hanging indent after a bullet. An empty line separates features. Without
-/// hyperlinks, the target of a link follows its text in angle brackets.
+/// its indent. If a bullet follows them, the other lines of the paragraph have a hanging indent. An
+/// empty line separates features. If `look` has no hyperlinks, the target of a link follows its
+/// text in angle brackets.
 ///
-/// The result ends with a newline. It contains no control characters from the segments. Every line
-/// ends with all styles and hyperlinks switched off. Takes linear time.
+/// The result ends with a newline. Control characters in the segments are replaced or removed. All
+/// styles and hyperlinks are switched off at the end of every line. Takes linear time.
 std::string RenderTerminalPanel(std::span<const common::StyledSegment> segments,
                                 const TerminalLook& look);
 

@@ -9,10 +9,10 @@ namespace {
 
 using namespace ornwhatsnew;
 
-/// The attributes of each style, in the order in which they are switched on. All other styles, such
-/// as descriptions and changes, are plain text. The table uses only red, magenta and bright blue.
-/// In common palettes, yellow, cyan and green are hard to read on white, and blue is hard to read
-/// on black.
+/// The terminal attributes of each style, in the order in which `StyleStart` writes them. All other
+/// styles, such as those of descriptions and changes, are plain text. The only colours are red,
+/// magenta and bright blue. In common palettes, yellow, cyan and green are hard to read on white,
+/// and blue is hard to read on black.
 constexpr std::array<std::pair<StyleID, std::string_view>, 10> kAttributes = {{
     {kStyleFeatureTitle, "1"},
     {kStyleHeader, "35"},

@@ -1,4 +1,4 @@
-// Terminal escape sequences for the panel's styles and links.
+// Builds the terminal escape sequences for the panel's styles and links.
 #ifndef HOSTS_CONSOLE_TERMINALSTYLE_H_
 #define HOSTS_CONSOLE_TERMINALSTYLE_H_
 
@@ -14,17 +14,18 @@ inline constexpr std::string_view kStyleEnd = "\x1B[0m";
 /// Ends a hyperlink.
 inline constexpr std::string_view kHyperlinkEnd = "\x1B]8;;\x1B\\";
 
-/// Returns the escape sequence that switches from plain text to a set of styles, or an empty string
-/// if these styles are shown as plain text. Uses colours of the terminal's palette that are
-/// readable on dark and light backgrounds.
+/// Returns the escape sequence that switches from plain text to `styles`. Returns an empty string
+/// if text with these styles is shown as plain text. Uses colours of the terminal's palette that
+/// are readable on dark and light backgrounds.
 std::string StyleStart(const common::StyleSet& styles);
 
-/// Returns whether the link may be sent to a terminal: it begins with "https://", has only the
-/// ASCII characters that are valid in a URL, and has at most 2,000 bytes.
+/// Returns whether it is safe to send `link` to a terminal. A safe link begins with "https://", has
+/// further characters, has only the ASCII characters that are valid in a URL, and has at most 2,000
+/// bytes.
 bool IsSafeHyperlink(std::string_view link);
 
-/// Returns the escape sequence that starts a hyperlink. Terminals treat hyperlinks with the same
-/// number as one link, even on different lines. REQUIRES: `IsSafeHyperlink(link)`.
+/// Returns the escape sequence that starts a hyperlink to `link`. Terminals treat hyperlinks with
+/// the same `number` as one link, even on different lines. REQUIRES: `IsSafeHyperlink(link)`.
 std::string HyperlinkStart(std::string_view link, std::size_t number);
 
 }  // namespace hosts::console

@@ -20,8 +20,8 @@ constexpr UChar32 kEmojiPresentation = 0xFE0F;
 constexpr UChar32 kKeycap = 0x20E3;
 constexpr int kViramaClass = 9;
 
-/// Reads the character at `position` and moves `position` after it. An unpaired surrogate is read
-/// as U+FFFD.
+/// Returns the character at `position` and sets `position` to the end of the character. Returns
+/// U+FFFD for an unpaired surrogate.
 UChar32 ReadCharacter(std::u16string_view text, std::size_t& position) {
   // Use 64 bits, because the ICU macro mixes signed and unsigned 32-bit operands.
   std::int64_t character = 0;
@@ -46,9 +46,9 @@ bool IsJoining(UChar32 character) {
   return u_getIntPropertyValue(character, UCHAR_JOINING_TYPE) != U_JT_NON_JOINING;
 }
 
-/// Returns whether a joiner changes how the text looks. Joiners affect cursive scripts, Indic
-/// scripts and emoji. Between other characters they are invisible, so two different texts would
-/// look the same.
+/// Returns whether a joiner between `before` and `after` changes how the text looks. Joiners affect
+/// cursive scripts, Indic scripts and emoji. Between other characters, they are invisible, and two
+/// different strings would look the same.
 bool IsJoinerNeeded(UChar32 joiner, UChar32 before, UChar32 after) {
   if (u_getCombiningClass(before) == kViramaClass) return u_isalpha(after) != 0;
   if (joiner == kJoiner && EndsEmoji(before)) return IsPictograph(after);
@@ -67,7 +67,7 @@ bool IsInvisible(UChar32 character) {
 }
 
 /// Returns the character to show instead of `character`, or 0 to show nothing. `before` is the last
-/// character of the output, and `after` is the next one of the input.
+/// character of the output, and `after` is the next character of the input.
 UChar32 Substitute(UChar32 character, UChar32 before, UChar32 after, Whitespace whitespace) {
   const bool isLayout = character == '\n' || character == '\t';
   if (isLayout && whitespace == Whitespace::kKeep) return character;

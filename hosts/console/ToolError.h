@@ -7,7 +7,7 @@
 
 namespace hosts::console {
 
-/// The program's exit status. Scripts rely on the numbers; `--help` lists them.
+/// The program's exit status. Scripts depend on the numbers, which `--help` lists.
 enum class ExitStatus : int {
   kDone = 0,
   kUnexpected = 1,        ///< unexpected error, for example out of memory
@@ -19,11 +19,12 @@ enum class ExitStatus : int {
   kCommand = 7,           ///< a console command is unknown or failed
   kSomethingNew = 10,     ///< `status --exit-status`: something is new
   kSomethingToRate = 11,  ///< `status --exit-status`: something can be rated
-  kNewAndToRate = 12,     ///< `status --exit-status`: both
+  kNewAndToRate = 12,     ///< `status --exit-status`: something is new and something can be rated
 };
 
-/// Ends the program with a one-line message: what failed, on which file or argument, and why. An
-/// empty message prints nothing.
+/// Thrown to end the program with an exit status and an error message. The message is one line:
+/// what failed, on which file or argument, and why. If the message is empty, the program prints
+/// nothing.
 class ToolError : public std::runtime_error {
  public:
   ToolError(ExitStatus status, const std::string& message)

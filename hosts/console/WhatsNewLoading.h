@@ -10,12 +10,13 @@
 
 namespace hosts::console {
 
-/// Reads a host description and configures the process's services from it. Throws
-/// `common::JsonError`.
+/// Reads the host description in `file` and configures the services of this process from it. Throws
+/// `common::JsonError` if the file cannot be read or is not a host description.
 void InstallHostFile(const std::filesystem::path& file);
 
-/// Loads the data file into a list. Throws `ToolError` if the file cannot be read, while
-/// `GetWhatsNew` would return a list without changes.
+/// Returns a list with the changes of the data file. The list reads and writes its state through
+/// the callbacks. Throws `ToolError` if the file cannot be read, although `GetWhatsNew` would
+/// return a list without changes.
 std::shared_ptr<ornwhatsnew::FeatureListData> LoadWhatsNew(const std::filesystem::path& file,
                                                            ornwhatsnew::StateGetter getter,
                                                            ornwhatsnew::StateSetter setter);

@@ -98,7 +98,7 @@ TEST_F(RunnerProgramTest, PrintsAnErrorForEachMalformedScenario) {
   EXPECT_EQ(output[1]["results"], json::parse("[null,[]]"));
   EXPECT_EQ(output[2]["name"], json());
   EXPECT_EQ(output[3]["name"], json());
-  EXPECT_THAT(output[3]["error"].get<std::string>(), HasSubstr("/3/name: expected a text"));
+  EXPECT_THAT(output[3]["error"].get<std::string>(), HasSubstr("/3/name: expected a string"));
   EXPECT_THAT(output[4]["error"].get<std::string>(), HasSubstr("/4/expect: expected an array"));
 }
 

@@ -1,6 +1,6 @@
 # shellcheck shell=bash
-# Bash completion for `ornwhatsnew`. It reads commands and options from the program's help, so that
-# no second list has to be maintained.
+# Bash completion for `ornwhatsnew`. It reads the commands and options from the program's help, so
+# that this file does not have to list them.
 
 _ornwhatsnew() {
   local program=$1 current=$2 previous=$3
@@ -51,7 +51,8 @@ _ornwhatsnew() {
   fi
 }
 
-# Prints the names in a section of the help: commands, or long options.
+# _ornwhatsnew_names SECTION HELP
+# Prints the names in a section of a help text. A name is a command or a long option.
 _ornwhatsnew_names() {
   awk -v section="$1:" '
     /^[^ ]/ { inside = ($0 == section); next }
@@ -59,18 +60,24 @@ _ornwhatsnew_names() {
   ' <<<"$2"
 }
 
-# Prints the type of the value of an option, such as FILE, or nothing if it has no value.
+# _ornwhatsnew_value HELP OPTION
+# Prints the placeholder for the value of an option, such as FILE. Prints nothing if the option has no
+# value.
 _ornwhatsnew_value() {
   [[ $2 == -* ]] || return 0
   awk -v option="$2" '$1 == option && $2 ~ /^[A-Z]+$/ { print $2 }' <<<"$1"
 }
 
+# _ornwhatsnew_offer CURRENT WORD...
+# Offers the words that begin with CURRENT, the word that the user is typing.
 _ornwhatsnew_offer() {
   local current=$1
   shift
   mapfile -t COMPREPLY < <(compgen -W "$*" -- "$current")
 }
 
+# _ornwhatsnew_files CURRENT
+# Offers the files whose names begin with CURRENT.
 _ornwhatsnew_files() {
   compopt -o filenames 2>/dev/null || true # fails outside of a completion
   mapfile -t COMPREPLY < <(compgen -f -- "$1")

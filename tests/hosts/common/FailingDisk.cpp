@@ -10,7 +10,7 @@ namespace {
 
 enum class Operation { kWrite, kSync, kTruncate, kDelete };
 
-/// Counts operations and decides which ones fail.
+/// Counts disk operations and decides which ones fail.
 class FaultPlan {
  public:
   FaultPlan() = default;
@@ -52,7 +52,7 @@ class FaultPlan {
     return SQLITE_IOERR;
   }
 
-  // The number of the first operation that fails, or 0 if none fails.
+  // The number of the first operation that fails. If it is 0, no operation fails.
   int firstFailure_ = 0;
   int operations_ = 0;
   int failures_ = 0;
@@ -60,7 +60,8 @@ class FaultPlan {
   DiskFaultExtent extent_ = DiskFaultExtent::kOnce;
 };
 
-/// A function table with our replacements, and the system's original table.
+/// A table of SQLite's file operations. Some of them are replaced by functions that can fail.
+/// `system` points to the system's original table.
 struct LayeredMethods : sqlite3_io_methods {
   const sqlite3_io_methods* system = nullptr;
 };
@@ -71,8 +72,8 @@ const sqlite3_io_methods& SystemMethods(const sqlite3_file* file) {
 
 }  // namespace
 
-/// The VFS. SQLite calls plain functions, which find their object through `current_`, so only one
-/// object can exist.
+/// Implements the VFS. SQLite calls static functions, which find the object through `current_`.
+/// Therefore only one object can exist.
 class FailingDisk::Layer {
  public:
   Layer() : system_(sqlite3_vfs_find(nullptr)) {
@@ -126,8 +127,8 @@ class FailingDisk::Layer {
 
   static int Sync(sqlite3_file*, int) { return current_->plan_.ErrorOf(Operation::kSync); }
 
-  /// Returns the table that replaces the function table `system` of an open file. The file itself
-  /// stays unchanged.
+  /// Returns a table that can replace the function table `system` of an open file. Creates it at
+  /// the first call for this `system`.
   const LayeredMethods& Layered(const sqlite3_io_methods& system) {
     LayeredMethods& methods = methods_[&system];
     static_cast<sqlite3_io_methods&>(methods) = system;

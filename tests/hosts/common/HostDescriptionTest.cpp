@@ -96,7 +96,7 @@ TEST(HostDescription, ErrorsNameTheFileThePathAndTheProblem) {
       {"", "host.json: line 1, column 1: ", "not valid JSON"},
       {"{\n\"platform\": Mac}", "host.json: line 2, column 13: ", "not valid JSON"},
       {"[]", "host.json: ", "expected an object, found an array"},
-      {R"({"clientVersion":25.1})", "host.json: /clientVersion: ", "expected a text"},
+      {R"({"clientVersion":25.1})", "host.json: /clientVersion: ", "expected a string"},
       {R"({"buildNumber":42})", "host.json: /buildNumber: ", "found the number 42"},
       {R"({"terminating":"no"})", "host.json: /terminating: ", "expected true or false"},
       {R"({"usageLogging":null})", "host.json: /usageLogging: ", "found null"},
@@ -111,11 +111,11 @@ TEST(HostDescription, ErrorsNameTheFileThePathAndTheProblem) {
        R"(unknown member "visibilty"; known members: "internalKey", "epicKey", "name")"},
       {R"({"betaFeatures":[{"name":"a","name":"b"}]})",
        "host.json: /betaFeatures/0: ", R"(duplicate member "name"; keep only one)"},
-      {R"({"debug":{"a":true}})", "host.json: /debug/a: ", "expected a text, found true"},
-      {R"({"debug":[]})", "host.json: /debug: ", "expected an object of texts"},
-      {R"({"dictionary":{"$$$/a":1}})", "host.json: /dictionary/$$$~1a: ", "expected a text"},
+      {R"({"debug":{"a":true}})", "host.json: /debug/a: ", "expected a string, found true"},
+      {R"({"debug":[]})", "host.json: /debug: ", "expected an object of strings"},
+      {R"({"dictionary":{"$$$/a":1}})", "host.json: /dictionary/$$$~1a: ", "expected a string"},
       {R"({"dictionary":{"a":"","a":""}})", "host.json: /dictionary: ", "duplicate member"},
-      {R"({"$schema":1})", "host.json: /$schema: ", "expected a text, found the number 1"},
+      {R"({"$schema":1})", "host.json: /$schema: ", "expected a string, found the number 1"},
       {R"({"betaFeatures":[{"$schema":""}]})", "host.json: /betaFeatures/0: ", "unknown member"},
       {R"({"version":"25"})",
        "host.json: ", R"(unknown member "version"; known members: "clientVersion", "buildNumber")"},
@@ -130,7 +130,8 @@ TEST(HostDescription, ErrorsNameTheFileThePathAndTheProblem) {
   }
 }
 
-// The JSON schema in schema/ lists the same members. If you change one list, change the other.
+// The JSON schema in schema/ lists the same members. If you change the members here, change the
+// schema too.
 TEST(HostDescription, TheErrorForAnUnknownMemberListsAllMembers) {
   EXPECT_EQ(ErrorOf(R"({"x":1})"),
             R"(host.json: unknown member "x"; known members: "clientVersion", "buildNumber", )"
@@ -153,7 +154,7 @@ TEST(HostDescription, ReadsAFile) {
     ReadHostDescription(bad);
     FAIL() << "accepted a number as the platform";
   } catch (const JsonError& error) {
-    EXPECT_THAT(error.what(), StartsWith(bad.string() + ": /platform: expected a text"));
+    EXPECT_THAT(error.what(), StartsWith(bad.string() + ": /platform: expected a string"));
   }
 }
 
@@ -170,7 +171,7 @@ TEST(HostDescription, ReportsAFileThatCannotBeRead) {
   }
 }
 
-TEST(HostMembers, AreReplacedIfTheObjectHasThem) {
+TEST(ReadHostMembers, ReplacesTheMembersThatTheObjectContains) {
   HostDescription host;
   ReadHostMembers(JsonReader(JsonDocument::Parse(
                       R"({"platform":"Win","debug":{"a":"1","b":"2"},"other":1,
@@ -185,7 +186,7 @@ TEST(HostMembers, AreReplacedIfTheObjectHasThem) {
   EXPECT_THAT(host.betaFeatures, IsEmpty());
 }
 
-/// The fixture's fake host restores the services after each test.
+/// The fake host of the base class restores the services after each test.
 class InstallHostTest : public test_support::FakeHostTest {};
 
 TEST_F(InstallHostTest, ConfiguresEveryService) {

@@ -13,7 +13,7 @@ namespace {
 using ::testing::AllOf;
 using ::testing::HasSubstr;
 
-/// Returns the error message of parsing `text`, or an empty string on success.
+/// Parses `text`. Returns the error message, or an empty string if `text` is valid.
 std::string ErrorOf(std::string_view text) {
   try {
     JsonDocument::Parse(text, "file.json");
@@ -82,7 +82,7 @@ TEST(JsonDocument, RejectsNumbersBeyondTheRangeOfADouble) {
   EXPECT_THAT(ErrorOf("[1e400]"), HasSubstr("number overflow"));
 }
 
-TEST(JsonDocument, CutsLongMessages) {
+TEST(JsonDocument, ShortensLongMessages) {
   const std::string text = "[\"" + std::string(100'000, 'x');
   EXPECT_LT(ErrorOf(text).size(), 400U);
   EXPECT_THAT(ErrorOf(text), AllOf(HasSubstr("not valid JSON: syntax error"), HasSubstr(" ... ")));
@@ -94,7 +94,7 @@ TEST(JsonDocument, WritesMessagesOnOneLine) {
   EXPECT_EQ(JsonMessage("a\xC2\x9B", "", "\xC2\xA0\xC2\t"), "a\\u009b: \xC2\xA0\uFFFD\\u0009");
 }
 
-// The parser quotes invalid input, but does not escape DEL and U+0080 to U+009F.
+// The parser quotes invalid input without escaping DEL and the characters U+0080 to U+009F.
 TEST(JsonDocument, EscapesControlCharactersThatTheParserQuotes) {
   EXPECT_THAT(ErrorOf("{\x7F}"), HasSubstr("\\u007f"));
   EXPECT_THAT(ErrorOf("[\"\xC2\x9B\" x"), HasSubstr("\\u009b"));

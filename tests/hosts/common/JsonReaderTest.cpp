@@ -15,7 +15,8 @@ using ::testing::Pair;
 
 using Limits = std::numeric_limits<std::int64_t>;
 
-/// Returns the error message of `read`, or an empty string on success.
+/// Calls `read` with a reader of the document `json`. Returns the error message, or an empty string
+/// if `read` succeeds.
 std::string ErrorOf(std::string_view json, const std::function<void(const JsonReader&)>& read) {
   const JsonDocument document = JsonDocument::Parse(json, "file.json");
   try {
@@ -58,25 +59,25 @@ TEST(JsonReader, ReportsTheExpectedTypeAndTheValueFound) {
       {R"({"a":{"b":1,"c":2}})", "an object of 2 members"},
   };
   for (const auto& [json, found] : cases) {
-    EXPECT_EQ(ErrorOf(json, text), "file.json: /a: expected a text, found " + std::string(found));
+    EXPECT_EQ(ErrorOf(json, text), "file.json: /a: expected a string, found " + std::string(found));
   }
   EXPECT_EQ(ErrorOf(R"("a\"\n")", [](const JsonReader& reader) { reader.Boolean(); }),
-            R"(file.json: expected true or false, found the text "a\"\n")");
+            R"(file.json: expected true or false, found the string "a\"\n")");
 }
 
-// JSON quoting does not escape DEL and U+0080 to U+009F.
+// JSON quoting does not escape DEL and the characters U+0080 to U+009F.
 TEST(JsonReader, EscapesControlCharactersInQuotations) {
   EXPECT_EQ(ErrorOf("\"\x7F\xC2\x9B\"", [](const JsonReader& reader) { reader.Boolean(); }),
-            R"(file.json: expected true or false, found the text "\u007f\u009b")");
+            R"(file.json: expected true or false, found the string "\u007f\u009b")");
   EXPECT_EQ(ErrorOf("{\"\x7F\":0}", [](const JsonReader& reader) { reader.RequireObject({"a"}); }),
             R"(file.json: unknown member "\u007f"; known members: "a")");
 }
 
-TEST(JsonReader, CutsLongStringsInMessages) {
+TEST(JsonReader, ShortensLongStringsInMessages) {
   const std::string json = '"' + std::string(5000, 'x') + '"';
   EXPECT_EQ(
       ErrorOf(json, [](const JsonReader& reader) { reader.Boolean(); }),
-      "file.json: expected true or false, found the text \"" + std::string(60, 'x') + "\"...");
+      "file.json: expected true or false, found the string \"" + std::string(60, 'x') + "\"...");
 }
 
 TEST(JsonReader, AcceptsOnlyIntegersInTheRange) {
@@ -124,9 +125,9 @@ TEST(JsonReader, ReadsObjectsOfStrings) {
   const JsonDocument document = JsonDocument::Parse(R"({"b":"2","a":"1"})", "file.json");
   EXPECT_THAT(JsonReader(document).Texts(), ElementsAre(Pair("a", "1"), Pair("b", "2")));
   EXPECT_EQ(ErrorOf(R"({"a":1})", [](const JsonReader& reader) { reader.Texts(); }),
-            "file.json: /a: expected a text, found the number 1");
+            "file.json: /a: expected a string, found the number 1");
   EXPECT_EQ(ErrorOf("[]", [](const JsonReader& reader) { reader.Texts(); }),
-            "file.json: expected an object of texts, found an array of 0 elements");
+            "file.json: expected an object of strings, found an array of 0 elements");
 }
 
 }  // namespace

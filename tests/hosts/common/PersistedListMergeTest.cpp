@@ -25,14 +25,15 @@ INSTANTIATE_TEST_SUITE_P(
     Cases, PersistedListMerge,
     testing::Values(MergeCase{"", "", "", ""}, MergeCase{"", "", "a", "a"},
                     MergeCase{"a", "a", "a", "a"}, MergeCase{"a", "a", "a b", "a b"},
-                    // Another program has stored c since the read.
+                    // After the writer's read, another program has added c.
                     MergeCase{"a c", "a", "a b", "a b c"},
-                    // The writer dropped an element. The stored element stays.
+                    // The writer has removed b. The store must still contain it.
                     MergeCase{"a b", "a b", "a", "a b"},
-                    // Another program has reset the store. Elements from before the reset are not
-                    // added again, in any order.
+                    // After the writer's read, another program has reset the store. The elements
+                    // that the writer read are not added again, in whatever order they are.
                     MergeCase{"", "a b", "a b c", "c"}, MergeCase{"", "b a", "c b a", "c"},
-                    // The library does not write lists with duplicate elements or extra spaces.
+                    // Lists with duplicate elements and extra spaces are accepted, although the
+                    // library does not write them.
                     MergeCase{"b b  a", "", "a  c", "a b c"},
                     MergeCase{"2.0 10.0", "", "1.0", "1.0 10.0 2.0"}));
 

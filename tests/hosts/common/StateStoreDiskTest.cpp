@@ -1,6 +1,6 @@
-// Tests the store on a disk that fails. For each kind of change, the first disk operation fails,
-// then the second, and so on until every operation has failed once. Afterwards, the store must have
-// every change that succeeded and none that failed, and the next write must succeed.
+// Tests the store on a disk that fails. For each kind of write, the first disk operation fails,
+// then the second, and so on until every operation has failed once. After each failure, the store
+// must contain every write that succeeded and none that failed. The next write must succeed.
 #include <filesystem>
 #include <iostream>
 #include <ostream>
@@ -24,10 +24,12 @@ namespace hosts::common {
 namespace {
 
 using testing::AllOf;
-using testing::HasSubstr;
+using testing::EndsWith;
+using testing::StartsWith;
 
 constexpr char kFeature[] = "EPIC-7";
-// Enough identities to fill several pages of the database, so that it grows and is truncated again.
+// The identities of this number of changes fill several pages, so that the database file grows and
+// is truncated again.
 constexpr int kChanges = 300;
 
 std::string Data() {
@@ -41,7 +43,7 @@ std::string Data() {
   return file.Text();
 }
 
-/// One run of a host: its list and its store.
+/// The list and the store of a host that runs once.
 class Session {
  public:
   explicit Session(const std::filesystem::path& file)
@@ -56,10 +58,10 @@ class Session {
   ornwhatsnew::FeatureListData list_;
 };
 
-/// A kind of change: what the user does, and the call that writes it.
+/// A kind of write: the action of the user, and the call that writes the new state.
 struct Change {
   const char* name;
-  bool isFirst;  ///< the store does not exist before
+  bool isFirst;  ///< whether the write creates the store
   void (*apply)(Session&);
   void (*write)(StateStore&);
 };
@@ -113,8 +115,8 @@ class StateStoreDiskTest : public testing::TestWithParam<Case> {
 
   std::filesystem::path FileBefore() const { return folder_.Path() / "before.db"; }
 
-  /// Recreates the state folder as it is before the tested change, and returns the path of the
-  /// store. If the tested change creates the store, the folder is empty.
+  /// Recreates the state folder with the store as it is before the tested write. Returns the path
+  /// of the store. If the tested write creates the store, the folder is empty.
   std::filesystem::path NewStore() const {
     const std::filesystem::path folder = folder_.Path() / "tested";
     std::filesystem::remove_all(folder);
@@ -129,16 +131,16 @@ class StateStoreDiskTest : public testing::TestWithParam<Case> {
 
   static void ExpectHelpfulMessage(const std::string& error, const std::filesystem::path& file) {
     const bool isFull = std::get<DiskFault>(GetParam()) == DiskFault::kFull;
-    const char* const reason =
-        isFull ? "could not be written: the disk is full" : "could not be read or written";
-    const char* const advice = isFull ? "free some space and try again, or name a file elsewhere"
-                                      : "see to the disk and try again, or name a file elsewhere";
-    EXPECT_THAT(error, AllOf(HasSubstr("'" + file.native() + "'"), HasSubstr(reason),
-                             HasSubstr(advice), HasSubstr("--state")));
+    const std::string problem = isFull ? "cannot write" : "cannot read or write";
+    const std::string advice = isFull ? ": the disk is full; free some space and try again"
+                                      : "; check the disk and try again";
+    EXPECT_THAT(error, AllOf(StartsWith(problem + " the state store '" + file.native() + "': "),
+                             EndsWith(advice + ", or name a file elsewhere with --state")));
   }
 
-  /// The next read rolls back an interrupted write. Each disk operation of that read fails in turn.
-  /// The read may then fail, but must never return wrong values.
+  /// Reads the store repeatedly after an interrupted write. In the n-th read, the n-th disk
+  /// operation fails, until a read has fewer than n operations. A read rolls back the interrupted
+  /// write. It may fail, but must never return values other than `expected`.
   void ExpectCorrectValuesOrError(const std::filesystem::path& file, const StateValues& expected) {
     int n = 0;
     do {
@@ -154,7 +156,8 @@ class StateStoreDiskTest : public testing::TestWithParam<Case> {
     } while (disk_.Failures() > 0 && !HasFailure());
   }
 
-  /// Tests a failure of the n-th operation. Returns false if there are fewer operations.
+  /// Tests a failure of the n-th disk operation of the write. Returns false if the write has fewer
+  /// than n operations.
   bool TestFailureOf(int n) {
     const std::filesystem::path file = NewStore();
     Session session(file);

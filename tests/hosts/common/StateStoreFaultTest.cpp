@@ -1,6 +1,6 @@
 // Tests files that are not state stores, stores that cannot be read or written, and stores that
-// another program has locked. Each is rejected with a message that gives advice, and no data is
-// lost.
+// another program has locked. The store rejects each of them with a message that gives advice, and
+// no data is lost.
 #include <chrono>
 #include <csignal>
 #include <filesystem>
@@ -33,7 +33,7 @@ using testing::HasSubstr;
 constexpr std::string_view kKey = "A.Key";
 constexpr uid_t kNobody = 65534;
 
-/// Returns the names and the contents of all files in a folder.
+/// Returns the contents of all files in `folder` by file name.
 std::map<std::string, std::string> Content(const std::filesystem::path& folder) {
   std::map<std::string, std::string> content;
   for (const auto& entry : std::filesystem::directory_iterator(folder)) {
@@ -52,7 +52,8 @@ class StateStoreFaultTest : public testing::Test {
     store.Commit();
   }
 
-  /// Expects an error for reading and for writing, and no change in the file's folder.
+  /// Expects that reading and writing the store fail, that both messages contain `reason`, and that
+  /// no file in the folder changes.
   void ExpectRejected(std::string_view reason) const {
     const auto before = Content(folder_.Path());
     const auto isClear = AllOf(HasSubstr("'" + File().native() + "'"),
@@ -62,7 +63,7 @@ class StateStoreFaultTest : public testing::Test {
     EXPECT_THAT(
         StoreErrorOf([&] { StateDatabase::OpenOrMake(File(), milliseconds(50)).Change(change); }),
         isClear);
-    EXPECT_TRUE(before == Content(folder_.Path())) << "a file was changed";
+    EXPECT_TRUE(before == Content(folder_.Path())) << "a file has changed";
   }
 
   test_support::TemporaryFolder folder_;
@@ -72,7 +73,7 @@ TEST_F(StateStoreFaultTest, RejectsTextAndGarbage) {
   for (const std::string& bytes : {std::string("x"), std::string("Version,Epic\n1,2\n"),
                                    std::string(5000, '\0'), std::string(5000, '\xFF')}) {
     folder_.Write("state.db", bytes);
-    ExpectRejected("no state store");
+    ExpectRejected("not a state store");
   }
 }
 
@@ -83,8 +84,8 @@ TEST_F(StateStoreFaultTest, RejectsADatabaseOfAnotherProgram) {
 }
 
 TEST_F(StateStoreFaultTest, RejectsADatabaseOfAnotherProgramWithoutChangingItsLog) {
-  // A crashed program leaves its write-ahead log. The next program that opens the database applies
-  // the log.
+  // A program that crashes leaves its write-ahead log. SQLite applies the log when the next program
+  // reads the database.
   test_support::TemporaryFolder live;
   SQLite::Database other((live.Path() / "state.db").c_str(),
                          SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE);
@@ -122,7 +123,7 @@ TEST_F(StateStoreFaultTest, RejectsATruncatedStore) {
         std::size_t{8192}, whole.size() - 1}) {
     SCOPED_TRACE(size);
     folder_.Write("state.db", whole.substr(0, size));
-    ExpectRejected("damaged or cut short");
+    ExpectRejected("damaged or truncated");
   }
 }
 
@@ -131,7 +132,7 @@ TEST_F(StateStoreFaultTest, RejectsAStoreWithDestroyedPages) {
   std::string bytes = ReadTextFile(File());
   for (std::size_t i = 100; i < bytes.size(); ++i) bytes[i] = '\xA5';
   folder_.Write("state.db", bytes);
-  ExpectRejected("damaged or cut short");
+  ExpectRejected("damaged or truncated");
 }
 
 TEST_F(StateStoreFaultTest, RejectsAFolder) {
@@ -141,11 +142,11 @@ TEST_F(StateStoreFaultTest, RejectsAFolder) {
 
 TEST_F(StateStoreFaultTest, RejectsAPipeWithoutWaitingForIt) {
   ASSERT_EQ(0, ::mkfifo(File().c_str(), 0600));
-  ExpectRejected("no regular file");
+  ExpectRejected("not a regular file");
 }
 
 TEST_F(StateStoreFaultTest, RejectsADevice) {
-  EXPECT_THAT(StoreErrorOf([] { StateStore store("/dev/full"); }), HasSubstr("no regular file"));
+  EXPECT_THAT(StoreErrorOf([] { StateStore store("/dev/full"); }), HasSubstr("not a regular file"));
 }
 
 TEST_F(StateStoreFaultTest, RejectsAPathBelowAFile) {
@@ -160,7 +161,7 @@ TEST_F(StateStoreFaultTest, RejectsAPathBelowAFile) {
   EXPECT_EQ("x", ReadTextFile(folder_.Path() / "file"));
 }
 
-/// Another program that locks the store. `begin` is the SQL statement that sets the lock.
+/// Locks the store as another program would. `begin` is the SQL statement that sets the lock.
 class Holder {
  public:
   Holder(const std::filesystem::path& file, const std::string& begin)
@@ -178,7 +179,7 @@ TEST_F(StateStoreFaultTest, WaitsALimitedTimeForAWriterThatHangs) {
   StateStore store(File(), milliseconds(100));
   Holder holder(File(), "BEGIN EXCLUSIVE");
   store.Set(kKey, "new");
-  const auto isClear = AllOf(HasSubstr("held by another program"), HasSubstr("within 0.1 s"),
+  const auto isClear = AllOf(HasSubstr("another program has locked it"), HasSubstr("within 0.1 s"),
                              HasSubstr(File().native()));
   EXPECT_THAT(StoreErrorOf([&] { store.Commit(); }), isClear);
   EXPECT_THAT(StoreErrorOf([&] { store.Refresh(); }), isClear);
@@ -196,7 +197,7 @@ TEST_F(StateStoreFaultTest, CanBeReadWhileAnotherProgramPreparesToWrite) {
   StateStore store(File(), milliseconds(100));
   EXPECT_EQ("old", store.Get(kKey));
   store.Set(kKey, "new");
-  EXPECT_THAT(StoreErrorOf([&] { store.Commit(); }), HasSubstr("held by another program"));
+  EXPECT_THAT(StoreErrorOf([&] { store.Commit(); }), HasSubstr("another program has locked it"));
 }
 
 TEST_F(StateStoreFaultTest, WaitsForAReaderBeforeItCommits) {
@@ -204,7 +205,7 @@ TEST_F(StateStoreFaultTest, WaitsForAReaderBeforeItCommits) {
   Holder reader(File(), "BEGIN; SELECT * FROM kept_value");
   StateStore store(File(), milliseconds(100));
   store.Set(kKey, "new");
-  EXPECT_THAT(StoreErrorOf([&] { store.Commit(); }), HasSubstr("held by another program"));
+  EXPECT_THAT(StoreErrorOf([&] { store.Commit(); }), HasSubstr("another program has locked it"));
   reader.Release();
   store.Commit();
   EXPECT_EQ("new", StateStore(File()).Get(kKey));
@@ -224,7 +225,7 @@ TEST_F(StateStoreFaultTest, AFullDiskLosesNothing) {
     ::setrlimit(RLIMIT_FSIZE, &small);
     const std::string error = StoreErrorOf([&] { store.Commit(); });
     EXPECT_THAT(error,
-                AllOf(HasSubstr("could not be"), HasSubstr(File().native()), HasSubstr("--state")));
+                AllOf(HasSubstr("cannot "), HasSubstr(File().native()), HasSubstr("--state")));
     EXPECT_EQ("old", StateStore(File()).Get(kKey));
     EXPECT_EQ("a", StateStore(File()).Get(kAllSeenItemsKey));
     ::setrlimit(RLIMIT_FSIZE, &limit);
@@ -237,7 +238,7 @@ TEST_F(StateStoreFaultTest, AFullDiskLosesNothing) {
 }
 
 /// Runs `work` in a child process without privileges, because file permissions do not apply to
-/// root.
+/// root. Returns the result of `work`, or false if the privileges cannot be dropped.
 bool AsOrdinaryUser(const std::function<bool()>& work) {
   return InChildProcess([&work] {
     if (::getuid() == 0 && (::setgid(kNobody) != 0 || ::setuid(kNobody) != 0)) return false;
@@ -259,7 +260,7 @@ TEST_F(StateStoreFaultTest, AStoreInAReadOnlyFolderCanOnlyBeRead) {
                 AllOf(HasSubstr("writing"), HasSubstr(File().native()), HasSubstr("--state")));
     return !testing::Test::HasFailure();
   }));
-  EXPECT_TRUE(before == Content(folder_.Path())) << "a file was changed";
+  EXPECT_TRUE(before == Content(folder_.Path())) << "a file has changed";
   std::filesystem::permissions(folder_.Path(), std::filesystem::perms{0755});
 }
 

@@ -1,7 +1,9 @@
-// Kills programs while they write. After each kill, the store must open and hold complete passes
-// only, including every pass that a program had committed.
+// Kills writer processes at random times. In each pass, a writer adds one element to both lists and
+// sets the last version, with one commit. After each kill, the store must open and contain complete
+// passes only, including every committed pass.
 //
-// ORNWHATSNEW_TEST_KILLS sets the number of kills; `./dev kills` sets a high number.
+// The environment variable ORNWHATSNEW_TEST_KILLS sets the number of kills. `./dev kills` sets a
+// high number.
 #include <algorithm>
 #include <array>
 #include <chrono>
@@ -37,7 +39,8 @@ std::string Element(int writer, int pass) {
   return std::to_string(writer) + "." + std::to_string(pass);
 }
 
-/// Writes passes one after the other. Sends the number of each committed pass through the pipe.
+/// Writes passes in a loop, starting with `firstPass`. Sends the number of each committed pass to
+/// the pipe `acknowledge`.
 [[noreturn]] void WritePasses(const std::filesystem::path& file, int writer, int firstPass,
                               int acknowledge) {
   try {
@@ -71,7 +74,8 @@ class Writer {
     acknowledged_ = ends[0];
   }
 
-  /// Kills the process. Returns the last pass that it acknowledged, or `none`.
+  /// Kills the process. Returns the last pass that it acknowledged, or `none` if it acknowledged no
+  /// pass.
   int KillAndRead(int none) const {
     ::kill(process_, SIGKILL);
     int status = 0;
@@ -88,8 +92,8 @@ class Writer {
   int acknowledged_ = -1;
 };
 
-/// Returns the last pass of a writer in the list, or -1 if there is none. Expects all its earlier
-/// passes in the list.
+/// Returns the last pass of a writer in the sorted `elements`, or -1 if there is none. Expects that
+/// all earlier passes of this writer are in `elements` too.
 int LastPass(const std::vector<std::string_view>& elements, int writer) {
   int last = -1;
   while (std::ranges::binary_search(elements, Element(writer, last + 1))) ++last;
@@ -100,22 +104,22 @@ int LastPass(const std::vector<std::string_view>& elements, int writer) {
   return last;
 }
 
-/// Returns the time until the kill. Most kills happen while passes are written, and a quarter of
-/// them while the first one is prepared.
+/// Returns a random time until the kill. A quarter of the times are at most 2 ms, so that some
+/// kills happen before the first pass is complete. Most other kills happen during later passes.
 std::chrono::microseconds TimeToKill(std::mt19937& random) {
   const bool isEarly = random() % 4 == 0;
   return std::chrono::microseconds(random() % (isEarly ? 2'000 : 50'000));
 }
 
-/// A store and the last pass of each writer in it.
+/// A store whose writers are killed. Records the last pass of each writer in the store.
 class KilledStore {
  public:
   explicit KilledStore(std::filesystem::path file) : file_(std::move(file)) {
     lastPasses_.fill(-1);
   }
 
-  /// Starts the writers after their last passes and kills them. Returns the number of passes that
-  /// they added.
+  /// Starts the writers, each after its last pass, and kills them after `timeToKill`. Returns the
+  /// number of passes that they added.
   int KillWriters(std::chrono::microseconds timeToKill) {
     std::vector<Writer> writers;
     for (int i = 0; i < kWriters; ++i) {
@@ -129,7 +133,9 @@ class KilledStore {
   }
 
  private:
-  /// Expects complete passes only, and all acknowledged ones. Returns the number of new passes.
+  /// Expects that the store contains complete passes only, and every acknowledged pass.
+  /// `acknowledged` has the last acknowledged pass of each writer. Returns the number of new
+  /// passes.
   int ExpectKept(const std::array<int, kWriters>& acknowledged) {
     const StateStore store(file_);
     const std::string seen = store.Get(kAllSeenItemsKey);
@@ -161,7 +167,7 @@ TEST(StateStoreKill, EveryKillLeavesCompletePassesOnly) {
   int passes = 0;
   for (; kills < test_support::KillsWanted(kKills) && !testing::Test::HasFailure();
        kills += kWriters) {
-    // Use a new store from time to time, so that some kills interrupt its creation.
+    // Use a new store after 20 kills, so that some kills interrupt the creation of a store.
     if (kills % 20 == 0) store.emplace(folder.Path() / std::to_string(kills) / "state.db");
     passes += store->KillWriters(TimeToKill(random));
   }

@@ -65,7 +65,7 @@ TEST_F(StateStoreTest, RejectsARelativePathInADeletedFolder) {
   std::filesystem::remove(deleted);
   EXPECT_THAT([] { const StateStore store("state.db"); },
               testing::ThrowsMessage<StateStoreError>(
-                  testing::HasSubstr("Name it from the root on, or change the folder.")));
+                  testing::HasSubstr("use an absolute path, or change to another folder")));
   std::filesystem::current_path(before);
 }
 

@@ -1,4 +1,4 @@
-// A helper for tests of failing stores.
+// A helper for tests of state stores that fail.
 #ifndef TESTS_HOSTS_COMMON_STOREERROROF_H_
 #define TESTS_HOSTS_COMMON_STOREERROROF_H_
 
@@ -8,8 +8,8 @@
 
 namespace hosts::common {
 
-/// Returns the message of the `StateStoreError` that `work` throws, or an empty string if it throws
-/// none.
+/// Calls `work`. Returns the message of the `StateStoreError` that it throws, or an empty string if
+/// it throws no exception.
 template <class Work>
 std::string StoreErrorOf(const Work& work) {
   try {

@@ -47,7 +47,7 @@ TEST(StyledSegments, CountsStartAndLengthInBytesOfUTF8) {
               ElementsAre(Segment("\u00C4", {}), Segment("\u00E9", {1}), Segment("x", {})));
 }
 
-TEST(StyledSegments, RunsOverTheSameTextFormOneSet) {
+TEST(StyledSegments, CombinesTheStylesOfRunsOverTheSameText) {
   const StyleRunMap runs = {{StyleID{9}, {RunAt(1, 2)}}, {StyleID{11}, {RunAt(1, 2)}}};
   EXPECT_THAT(SplitIntoStyledSegments(u"aBBc", runs),
               ElementsAre(Segment("a", {}), Segment("BB", {9, 11}), Segment("c", {})));
@@ -123,7 +123,7 @@ TEST(StyledSegments, UnpairedSurrogatesBecomeTheReplacementCharacter) {
               ElementsAre(Segment("a", {}), Segment("\uFFFD", {1}), Segment("b", {})));
 }
 
-/// Returns the styles of the character at bytes `[begin, end)`, computed from every run.
+/// Returns the styles of the character at the bytes `[begin, end)`. Checks each run separately.
 StyleSet StylesOver(const StyleRunMap& runs, std::int64_t begin, std::int64_t end) {
   StyleSet styles;
   for (const auto& [style, styleRuns] : runs) {

@@ -16,7 +16,7 @@ namespace {
 
 using testing::ElementsAre;
 
-/// Returns the lines of a paragraph as the program prints them.
+/// Returns the lines of the paragraph `text`, each with its indent, as the program prints them.
 std::vector<std::string> Lines(std::u16string_view text, std::size_t width,
                                ParagraphShape shape = {}) {
   ParagraphWrapper wrapper(width);
@@ -77,7 +77,7 @@ TEST(ParagraphWrapper, BreaksLongWordsBetweenCharacters) {
   EXPECT_THAT(Lines(u"a abcdefg b", 3), ElementsAre("a", "abc", "def", "g b"));
 }
 
-// Regression test: a wide space after a broken word counted as one column.
+// Regression test: the wrapper counted a wide space after a broken word as one column.
 TEST(ParagraphWrapper, CountsAWideSpaceAfterABrokenWordTwice) {
   EXPECT_THAT(Lines(u"abcdef\u3000g", 4), ElementsAre("abcd", "ef", "g"));
   EXPECT_THAT(Lines(u"abcdef\u3000g", 5), ElementsAre("abcde", "f\u3000g"));

@@ -1,5 +1,6 @@
 // Tests input that the program cannot use and output that it cannot write. The error message must
-// name the file, the exit status must show the kind of error, and no state may be lost.
+// contain the name of the file, the exit status must show the kind of error, and no state may be
+// lost.
 #include <filesystem>
 #include <string>
 #include <vector>
@@ -32,7 +33,8 @@ const std::string kFullOutput =
 
 class ProgramFaultTest : public ProgramTest {
  protected:
-  /// Expects this exit status and a one-line message that contains `name` and `what`.
+  /// Runs the program with the arguments `words`. Expects the exit status `status`, no output, and
+  /// a one-line error message that contains `name` and `what`.
   void ExpectError(int status, const std::vector<std::string>& words, const std::string& name,
                    const std::string& what) const {
     const ProgramResult result = Run(words);
@@ -43,7 +45,8 @@ class ProgramFaultTest : public ProgramTest {
     EXPECT_EQ(result.errors.size() - 1, result.errors.find('\n'));
   }
 
-  /// Returns the error message of the program when standard output is a full disk.
+  /// Runs the program with /dev/full as standard output, where every write fails as on a full disk.
+  /// Returns the error message.
   std::string ErrorsOnFullOutput(const std::vector<std::string>& words) const {
     std::vector<std::string> line = {"-c", "exec \"$@\" > /dev/full", "sh", ProgramFile()};
     line.insert(line.end(), words.begin(), words.end());
@@ -52,7 +55,8 @@ class ProgramFaultTest : public ProgramTest {
     return result.errors;
   }
 
-  /// Expects that every command that reads a data file fails for `file`.
+  /// Expects that every command that reads a data file rejects `file` with a message that contains
+  /// `what`.
   void ExpectUnreadableData(const std::string& file, const std::string& what) const {
     ExpectError(3, {"show", file, "{host}"}, file, what);
     ExpectError(3, {"status", file, "{host}"}, file, what);
@@ -60,7 +64,8 @@ class ProgramFaultTest : public ProgramTest {
     EXPECT_FALSE(std::filesystem::exists(folder_.Path() / "state"));
   }
 
-  /// Expects that every command that reads a host description fails for `file`.
+  /// Expects that every command that reads a host description rejects `file` with a message that
+  /// contains `what`.
   void ExpectUnusableHost(const std::string& file, const std::string& what) const {
     ExpectError(3, {"show", "{data}", "--host", file}, file, what);
     ExpectError(3, {"status", "{data}", "--host", file}, file, what);
@@ -167,7 +172,7 @@ TEST_F(ProgramFaultTest, ReportsALockedStoreAfterALimitedWait) {
   OutputOf({"show", "{data}", "{host}"});
   SQLite::Database holder(StateFile().c_str(), SQLite::OPEN_READWRITE);
   holder.exec("BEGIN EXCLUSIVE");
-  ExpectError(4, {"state", "show"}, StateFile(), "held by another program");
+  ExpectError(4, {"state", "show"}, StateFile(), "another program has locked it");
 }
 
 TEST_F(ProgramFaultTest, AFullDiskKeepsTheStoredState) {
@@ -191,23 +196,23 @@ TEST_F(ProgramFaultTest, AFullDiskKeepsTheStoredState) {
 }
 
 TEST_F(ProgramFaultTest, APanelThatCannotBePrintedIsNotStored) {
-  EXPECT_EQ(kFullOutput + ". Nothing was remembered.\n",
+  EXPECT_EQ(kFullOutput + "; nothing was stored\n",
             ErrorsOnFullOutput({"show", "{data}", "{host}"}));
   EXPECT_FALSE(std::filesystem::exists(StateFile()));
 }
 
 TEST_F(ProgramFaultTest, ARatingIsStoredEvenIfTheOutputFails) {
   OutputOf({"show", "{data}", "{host}"});
-  EXPECT_EQ(kFullOutput + ". Your rating of EPIC-7 is remembered.\n",
+  EXPECT_EQ(kFullOutput + "; your rating of EPIC-7 was stored\n",
             ErrorsOnFullOutput({"rate", "EPIC-7", "{data}", "{host}"}));
   EXPECT_THAT(OutputOf({"show", "{data}", "{host}", "--rating"}), Not(HasSubstr("EPIC-7")));
 }
 
 TEST_F(ProgramFaultTest, AResetIsDoneEvenIfTheOutputFails) {
   OutputOf({"show", "{data}", "{host}"});
-  EXPECT_EQ(kFullOutput + ". Nothing is remembered any more in " + StateFile().native() + ".\n",
+  EXPECT_EQ(kFullOutput + "; the state in " + StateFile().native() + " was deleted\n",
             ErrorsOnFullOutput({"state", "reset"}));
-  EXPECT_THAT(OutputOf({"state", "show"}), StartsWith("Nothing is remembered in "));
+  EXPECT_THAT(OutputOf({"state", "show"}), StartsWith("Nothing is stored in "));
 }
 
 TEST_F(ProgramFaultTest, OutputErrorsOfOtherCommandsDoNotMentionTheState) {

@@ -1,5 +1,5 @@
-// Runs every command, and ValidateWhatsNew in the console, with unusual files. They are not
-// regular, are not readable, have unusual names, or change during the run.
+// Runs every command of the program, and the console command ValidateWhatsNew, with unusual files.
+// The files are not regular, are not readable, have unusual names, or change during the run.
 #include <atomic>
 #include <cerrno>
 #include <filesystem>
@@ -35,7 +35,8 @@ constexpr uid_t kNobody = 65534;
 
 class ProgramFileFaultTest : public ProgramTest {
  protected:
-  /// Return every command that reads a data file, a host description or a state store, with `file`.
+  /// Each of these three functions returns every command that reads one kind of file: a data file,
+  /// a host description or a state store. The commands read `file`.
   static std::vector<std::vector<std::string>> CommandsWithData(const std::string& file) {
     return {
         {"show", file, "{host}"}, {"status", file, "{host}"}, {"rate", "EPIC-7", file, "{host}"}};
@@ -54,7 +55,8 @@ class ProgramFileFaultTest : public ProgramTest {
             {"state", "reset", "--state", file}};
   }
 
-  /// Expects that each command ends with this status and a one-line message that names the file.
+  /// Expects that each command ends with the exit status `status` and a one-line message that
+  /// contains `file`. If `asNobody` is true, runs the commands without privileges.
   void ExpectRejected(const std::vector<std::vector<std::string>>& commands, int status,
                       const std::string& file, bool asNobody = false) const {
     for (const std::vector<std::string>& words : commands) {
@@ -68,7 +70,8 @@ class ProgramFileFaultTest : public ProgramTest {
     }
   }
 
-  /// Runs ValidateWhatsNew with a file and returns its output. The command always succeeds.
+  /// Runs ValidateWhatsNew with `file` and returns its output. Expects success, because the command
+  /// always succeeds.
   std::string Validate(const std::string& file, bool asNobody = false) const {
     ProgramCall call = Call({"console", "ValidateWhatsNew " + file});
     if (asNobody) call.beforeStart = BecomeNobody;
@@ -83,7 +86,7 @@ class ProgramFileFaultTest : public ProgramTest {
                  HasSubstr("with result: " + std::to_string(-error)));
   }
 
-  /// Changes to a user without privileges, because permissions do not apply to root.
+  /// Changes to a user without privileges, because file permissions do not apply to root.
   static void BecomeNobody() {
     const bool isDone = ::getuid() != 0 || (::setgid(kNobody) == 0 && ::setuid(kNobody) == 0);
     if (!isDone) ::_exit(99);
@@ -155,7 +158,7 @@ TEST_F(ProgramFileFaultTest, RejectsAStateFolderWithoutPermission) {
   ExpectRejected({{"show", "{data}", "{host}", "--state", file},
                   {"rate", "EPIC-7", "{data}", "{host}", "--state", file}},
                  4, file, true);
-  // Commands that only read succeed, because a missing store is not an error.
+  // The other commands succeed, because they write nothing and a missing store is not an error.
   for (const std::vector<std::string>& words :
        {std::vector<std::string>{"state", "show", "--state", file},
         {"state", "reset", "--state", file},
@@ -179,7 +182,7 @@ TEST_F(ProgramFileFaultTest, ConsoleReadsFilesWithUnusualNames) {
 }
 
 TEST_F(ProgramFileFaultTest, ConsoleCannotOpenAFileWhoseNameIsNotUTF8) {
-  // Console commands are UTF-16 text, which cannot represent such a name.
+  // Console commands are UTF-16 strings, which cannot represent such a name.
   const std::string file = folder_.Write("\xFF.csv", common::ReadTextFile(DataFile()));
   EXPECT_THAT(Validate(file), FailsWith(ENOENT));
 }
@@ -193,7 +196,7 @@ TEST_F(ProgramFileFaultTest, ReadsHostAndStateWhoseNamesAreNotUTF8) {
   EXPECT_THAT(OutputOf({"state", "show", "--state", state}), HasSubstr("25.1.0.42"));
 }
 
-/// Calls a function in a loop on another thread until it is destroyed.
+/// Calls `step` in a loop on another thread until the `BackgroundLoop` is destroyed.
 class BackgroundLoop {
  public:
   explicit BackgroundLoop(std::function<void()> step)
@@ -222,8 +225,8 @@ class ChangingFileTest : public ProgramFileFaultTest {
     file_ = folder_.Write("changing.csv", text_);
   }
 
-  /// Expects that the panel shows the first changes of the file, in order. The last one may be
-  /// incomplete.
+  /// Expects that `panel` shows the first n changes of the file, in order, for any n. The last one
+  /// may be incomplete.
   void ExpectPanelOfAPrefix(const std::string& panel) const {
     constexpr std::string_view kBeginning = "\u2022  Change ";
     std::size_t count = 0;
@@ -239,8 +242,9 @@ class ChangingFileTest : public ProgramFileFaultTest {
     }
   }
 
-  /// Runs the commands while the file changes. Each run must succeed with the panel of a prefix of
-  /// the file, or fail with a message that names the file. At least one run must succeed.
+  /// Runs `show`, `status` and ValidateWhatsNew while the file changes. Expects that each run of
+  /// `show` prints the panel of a prefix of the file, or fails with a message that contains the
+  /// file name. Expects that at least one run of `show` succeeds.
   void ExpectReadOrRejected() const {
     int successes = 0;
     for (int round = 0; round < 10 || (successes == 0 && round < 1000); ++round) {

@@ -1,5 +1,5 @@
-// A fixture that runs the program with a data file, a host description and a state folder for each
-// test.
+// A fixture that runs the program. Each test has its own data file, host description and state
+// folder.
 #ifndef TESTS_HOSTS_CONSOLE_PROGRAMFIXTURE_H_
 #define TESTS_HOSTS_CONSOLE_PROGRAMFIXTURE_H_
 
@@ -15,29 +15,32 @@
 
 namespace hosts::console {
 
-/// The host has two public features and one internal feature. The data file has a change with a
-/// rating request for each public feature, a bug fix, and an unmatched change.
+/// Runs the program. The host description has two public features and one internal feature. The
+/// data file has a change with a rating request for each public feature, a bug fix, and an
+/// unmatched change.
 class ProgramTest : public testing::Test {
  protected:
   ProgramTest();
 
-  /// Returns a call of the program. Replaces `{data}` with the data file, and `{host}` with
-  /// `--host` and the host description.
+  /// Returns a call of the program with the arguments `words`. Replaces `{data}` with the path of
+  /// the data file, and `{host}` with `--host` and the path of the host description.
   test_support::ProgramCall Call(const std::vector<std::string>& words) const;
 
-  /// Runs the program with the arguments of `Call`.
+  /// Runs the program with the call that `Call` returns, and returns the result.
   test_support::ProgramResult Run(const std::vector<std::string>& words) const;
 
-  /// Runs the program and returns its standard output. Expects success and an empty standard error.
+  /// Runs the program like `Run` and returns its standard output. Expects success and no error
+  /// output.
   std::string OutputOf(const std::vector<std::string>& words) const;
 
   std::filesystem::path DataFile() const { return folder_.Path() / "whats new.csv"; }
   std::filesystem::path HostFile() const { return folder_.Path() / "host.json"; }
   std::filesystem::path StateFile() const { return folder_.Path() / "state/ornwhatsnew/state.db"; }
 
-  /// Replaces the host description.
+  /// Replaces the host description. `version` is the version of the application. `isInternal` says
+  /// whether the user is an internal user.
   void WriteHost(std::string_view version, bool isInternal) const;
-  /// Replaces the data file with a header and these rows.
+  /// Replaces the data file. The new file has a header row and then `rows`.
   void WriteData(std::string_view rows) const;
 
   test_support::TemporaryFolder folder_;

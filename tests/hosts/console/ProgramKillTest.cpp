@@ -1,8 +1,9 @@
-// Starts several programs that use one store, and kills them at random times. After each round, the
-// store must open and hold complete passes only, including those of every program that ended
-// normally.
+// Runs several programs at the same time with one store, and kills them at random times. After each
+// round, the store must open and contain the complete state of a program or nothing of it. It must
+// contain the state of every program that ended normally.
 //
-// ORNWHATSNEW_TEST_KILLS sets the number of kills; `./dev kills` sets a high number.
+// The environment variable ORNWHATSNEW_TEST_KILLS sets the number of kills. `./dev kills` sets a
+// high number.
 #include <algorithm>
 #include <chrono>
 #include <csignal>
@@ -47,7 +48,8 @@ bool Includes(const Elements& all, const Elements& some) {
   return std::ranges::includes(all, some);
 }
 
-/// One version of the application: its files, and the identities that a display of its list stores.
+/// One version of the application: its files, its version, and the identities that a display of its
+/// list stores.
 struct Edition {
   std::filesystem::path data;
   std::filesystem::path host;
@@ -57,7 +59,7 @@ struct Edition {
 
 using Processes = std::vector<std::unique_ptr<ChildProcess>>;
 
-/// The state that programs stored before they ended normally.
+/// The versions and identities that programs stored before they ended normally.
 struct Acknowledged {
   Elements versions;
   Elements identities;
@@ -101,8 +103,8 @@ class ProgramKillTest : public ProgramTest {
     return {"rate", "EPIC-7", edition.data, "--host", edition.host, "--state", store};
   }
 
-  /// Starts one program for each edition, which shows it, and one program that rates a feature of
-  /// `rating`.
+  /// Starts one program for each edition, which shows its list, and one program that rates a
+  /// feature of the edition `rating`. Returns their processes in this order.
   Processes StartPrograms(const std::filesystem::path& store, const Edition& rating) const {
     Processes processes;
     for (const Edition& edition : editions_) {
@@ -114,8 +116,8 @@ class ProgramKillTest : public ProgramTest {
     return processes;
   }
 
-  /// Starts programs and kills them in random order. Records the state of each program that ended
-  /// before it was killed.
+  /// Starts programs and kills them in random order. Adds the state of each program that ended
+  /// before it was killed to `acknowledged`.
   void KillOneRound(const std::filesystem::path& store, std::mt19937& random,
                     Acknowledged& acknowledged) {
     const Processes processes = StartPrograms(store, editions_[random() % kHosts]);
@@ -135,7 +137,7 @@ class ProgramKillTest : public ProgramTest {
     }
   }
 
-  /// Records the state that the program at this index stored.
+  /// Adds the state that the process at `index` stored to `acknowledged`.
   void RecordAcknowledged(std::size_t index, Acknowledged& acknowledged) const {
     const bool isRating = index == editions_.size();
     const Elements& identities = isRating ? rated_ : editions_[index].shown;
@@ -143,7 +145,8 @@ class ProgramKillTest : public ProgramTest {
     if (!isRating) acknowledged.versions.insert(editions_[index].version);
   }
 
-  /// Expects that the store holds complete passes only, and possibly a rating.
+  /// Expects that the store contains all identities of each edition whose version it contains. It
+  /// may also contain the identity of the rating, but nothing else.
   void ExpectCompletePasses(const StateStore& store) const {
     const Elements seen = ElementsOf(store, common::kAllSeenItemsKey);
     const Elements versions = ElementsOf(store, common::kAllVersionsSeenKey);
@@ -159,9 +162,9 @@ class ProgramKillTest : public ProgramTest {
     EXPECT_TRUE(versions.empty() || versions.contains(last));
   }
 
-  /// Returns the times at which the programs of a round are killed, in ascending order. The times
-  /// depend on the duration of a run on this machine, so that some programs end before they are
-  /// killed.
+  /// Returns `count` random times at which the programs of a round are killed, in ascending order.
+  /// The longest possible time depends on the duration of a run on this machine. Some programs
+  /// therefore end before they are killed.
   std::vector<std::chrono::microseconds> TimesToKill(std::mt19937& random,
                                                      std::size_t count) const {
     const std::chrono::microseconds longest = std::clamp<std::chrono::microseconds>(

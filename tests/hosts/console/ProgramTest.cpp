@@ -1,4 +1,4 @@
-// Runs the program as a user or a script does and checks its output and exit status.
+// Runs the program as a user or a script does, and checks its output and exit status.
 #include <filesystem>
 #include <string>
 #include <vector>
@@ -227,7 +227,7 @@ using RateTest = ProgramTest;
 
 TEST_F(RateTest, StoresARating) {
   OutputOf({"show", "{data}", "{host}"});
-  EXPECT_EQ("Thank you. Your rating of EPIC-7 is remembered.\n",
+  EXPECT_EQ("Thank you. Your rating of EPIC-7 was stored.\n",
             OutputOf({"rate", "EPIC-7", "{data}", "{host}"}));
   const std::string left = OutputOf({"show", "{data}", "{host}", "--rating"});
   EXPECT_THAT(left, AllOf(HasSubstr("EPIC-8"), Not(HasSubstr("EPIC-7"))));
@@ -261,7 +261,7 @@ TEST_F(RateTest, AFeatureWithoutARatingRequestCannotBeRated) {
               HasSubstr("these features can be rated: EPIC-8\n"));
   WriteData("25.1,EPIC-7,,,,,,,,Twice as fast\n");
   EXPECT_THAT(Run({"rate", "EPIC-7", "{data}", "{host}"}).errors,
-              HasSubstr("cannot rate 'EPIC-7': no feature asks for a rating\n"));
+              HasSubstr("cannot rate 'EPIC-7': no feature requests a rating\n"));
 }
 
 TEST_F(RateTest, SectionsAndHiddenFeaturesCannotBeRated) {
@@ -300,8 +300,7 @@ TEST_F(StateTest, ARatingAloneStoresNoVersion) {
 }
 
 TEST_F(StateTest, ShowsTheStoredState) {
-  EXPECT_EQ("Nothing is remembered in " + StateFile().native() + ".\n",
-            OutputOf({"state", "show"}));
+  EXPECT_EQ("Nothing is stored in " + StateFile().native() + ".\n", OutputOf({"state", "show"}));
   OutputOf({"show", "{data}", "{host}"});
   WriteHost("25.2", false);
   OutputOf({"show", "{data}", "{host}"});
@@ -318,10 +317,8 @@ TEST_F(StateTest, ShowsTheStoredState) {
 
 TEST_F(StateTest, ResetDeletesTheStoredState) {
   OutputOf({"show", "{data}", "{host}"});
-  EXPECT_EQ("Nothing is remembered any more in " + StateFile().native() + ".\n",
-            OutputOf({"state", "reset"}));
-  EXPECT_EQ("Nothing is remembered in " + StateFile().native() + ".\n",
-            OutputOf({"state", "show"}));
+  EXPECT_EQ("Deleted the state in " + StateFile().native() + ".\n", OutputOf({"state", "reset"}));
+  EXPECT_EQ("Nothing is stored in " + StateFile().native() + ".\n", OutputOf({"state", "show"}));
   EXPECT_THAT(OutputOf({"show", "{data}", "{host}", "--only-new"}), HasSubstr("Twice as fast"));
 }
 

@@ -152,8 +152,8 @@ TEST(TerminalPanel, EscapeSequencesInTheTextAreMadeVisible) {
   EXPECT_EQ("\u241B[31mred\u241B]8;;https://evil\u2407\uFFFD2J\u240D\n", rendered);
 }
 
-/// Returns the end of the style or hyperlink sequence at `position`, or `position` if there is
-/// none.
+/// Returns the end of the escape sequence at `position` if the sequence is for a style or a
+/// hyperlink. Otherwise returns `position`.
 std::size_t EndOfOwnSequence(std::string_view line, std::size_t position) {
   const std::string_view rest = line.substr(position);
   if (rest.starts_with("\x1B[")) {

@@ -33,24 +33,24 @@ INSTANTIATE_TEST_SUITE_P(
                     SafeCase{u"\x1B]0;title\x07", u"\u241B]0;title\u2407"},
                     SafeCase{u"a\rb\bc\x7F", u"a\u240Db\u2408c\u2421"},
                     SafeCase{std::u16string(1, u'\0'), u"\u2400"},
-                    // U+009B introduces an escape sequence, and U+0085 ends a line.
+                    // U+009B starts an escape sequence, and U+0085 ends a line.
                     SafeCase{u"\u009B31m\u0085", u"\uFFFD31m\uFFFD"},
                     SafeCase{u"a\u2028b\u2029c", u"a b c"}));
 
 INSTANTIATE_TEST_SUITE_P(
     Invisible, TerminalText,
     testing::Values(SafeCase{u"\uFEFF\uFEFF\tdescription", u"\tdescription"},
-                    // Direction overrides, isolates and marks.
+                    // This text contains direction overrides, isolates and marks.
                     SafeCase{u"a\u202Eb\u202Cc\u2066d\u2069e\u200Ef\u200Fg\u061Ch", u"abcdefgh"},
                     SafeCase{u"a\u200Bb\u2060c\u00ADd\u034Fe\u180Ef\u115Fg\u3164h", u"abcdefgh"},
-                    // Tag characters, which are invisible letters.
+                    // This text contains tag characters, which are invisible.
                     SafeCase{u"a\U000E0041\U000E007Fb", u"ab"},
                     SafeCase{u"a\U000E0100b\uFE0Fc", u"abc"}));
 
 INSTANTIATE_TEST_SUITE_P(
     Joiners, TerminalText,
     testing::Values(SafeCase{u"pay\u200Dpal\u200C", u"paypal"}, SafeCase{u"\u200D\u200C", u""},
-                    // Emoji that are joined: a family and a burning heart.
+                    // The joiners in emoji sequences are kept: a family and a burning heart.
                     SafeCase{u"\U0001F468\u200D\U0001F469\u200D\U0001F467",
                              u"\U0001F468\u200D\U0001F469\u200D\U0001F467"},
                     SafeCase{u"\u2764\uFE0F\u200D\U0001F525", u"\u2764\uFE0F\u200D\U0001F525"},

@@ -12,7 +12,8 @@ cd "$folder"
 touch host.json 'what is new.csv'
 failures=0
 
-# Sets `offered` to the sorted completions of the last word.
+# offer WORD...
+# Sets `offered` to the sorted completions of the last word of the command line.
 offer() {
   COMP_WORDS=(ornwhatsnew "$@")
   COMP_CWORD=$#
@@ -22,7 +23,8 @@ offer() {
   offered=$(printf '%s\n' "${COMPREPLY[@]}" | sort | paste -sd ' ')
 }
 
-# expect WANTED WORD...: the completions of the last word are WANTED.
+# expect WANTED WORD...
+# Checks that the sorted completions of the last word are WANTED.
 expect() {
   local wanted=$1
   shift
@@ -33,7 +35,8 @@ expect() {
   }
 }
 
-# expect_all_of SECTION WORD...: the completions are all names in a section of the program's help.
+# expect_all_of SECTION WORD...
+# Checks that the completions of the last word are all names in a section of the program's help.
 expect_all_of() {
   local section=$1 wanted
   shift

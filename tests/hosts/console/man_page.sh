@@ -12,7 +12,8 @@ complain() {
   failures=$((failures + 1))
 }
 
-# compare WHAT HELP-NAMES PAGE-NAMES: both lists have the same names, one on each line.
+# compare WHAT HELP-NAMES PAGE-NAMES
+# Checks that the two lists have the same names, one on each line. WHAT describes the names.
 compare() {
   local difference
   [[ -n $2 ]] || complain "the help has no $1"
@@ -20,7 +21,7 @@ compare() {
     complain "$1:"$'\n'"$difference"
 }
 
-# Prints the names in a section of a help text on standard input.
+# Reads a help text from standard input. Prints the names in one of its sections.
 names_of_help() {
   sed -n "/^$1:/,/^$/p" | sed -En 's/^  (-[a-z],)?([a-z-]+) .*/\2/p'
 }
@@ -28,7 +29,7 @@ names_of_help() {
 # Prints the lines of a section of the page.
 section() { sed -n "/^\.Sh $1$/,/^\.Sh /p" "$page"; }
 
-# Prints the long options in the synopsis of a command, which begins with a line `.Cm COMMAND`.
+# Prints the long options in the synopsis of a command. The synopsis begins with a line `.Cm COMMAND`.
 synopsis_options() {
   section SYNOPSIS | awk -v line=".Cm $1" '
     $0 == ".Nm" { inside = 0 }
@@ -36,7 +37,7 @@ synopsis_options() {
     inside' | grep -oE 'Fl -[a-z-]+' | sed 's/Fl /-/' || true
 }
 
-# Prints all commands, including nested ones.
+# Prints all commands, one on each line. Prints nested commands such as `state show`, but not `state`.
 commands() {
   local command below
   "$program" --help | names_of_help Subcommands | while read -r command; do
