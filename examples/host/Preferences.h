@@ -1,5 +1,5 @@
-// The user's settings. A real application stores them in a registry, a property list or a
-// database.
+// The settings of the user. A real application would store them in a registry, a property list or
+// a database.
 #ifndef EXAMPLES_HOST_PREFERENCES_H_
 #define EXAMPLES_HOST_PREFERENCES_H_
 

@@ -20,13 +20,13 @@ class JsonError : public std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
-/// A parsed document. It can be moved but not copied. `JsonReader` objects refer to the document,
-/// so do not move or destroy it while they are in use. Several threads may read one document,
-/// because it never changes.
+/// A parsed JSON document. It can be moved but not copied. `JsonReader` objects refer to the
+/// document, so the document must not be moved or destroyed while they exist. Several threads may
+/// read one document at the same time, because it never changes.
 class JsonDocument {
  public:
-  /// The maximum depth of nested arrays and objects. The limit keeps recursive functions from
-  /// exhausting the stack.
+  /// The maximum depth of nested arrays and objects. Deeper nesting could exhaust the stack in
+  /// recursive functions.
   static constexpr std::size_t kMaximumDepth = 100;
 
   /// Parses `text`, which is UTF-8 with or without a byte order mark, and returns the document.

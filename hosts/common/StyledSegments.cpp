@@ -52,7 +52,8 @@ std::vector<Range> SortedRanges(const ornwhatsnew::StyleRunMap& runs, std::strin
     }
   }
   // The map is unordered. Sort runs with the same start by style, so that the result does not
-  // depend on the map's order. The sort is stable, so runs of one style keep their order.
+  // depend on the map's order. The sort is stable and does not change the order of the
+  // runs of one style.
   std::ranges::stable_sort(ranges, [](const Range& a, const Range& b) {
     return a.begin != b.begin ? a.begin < b.begin : a.style < b.style;
   });

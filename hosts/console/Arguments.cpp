@@ -158,13 +158,13 @@ class CommandLine {
     AddFlag(command, kRatingFlag, show_.options);
     AddFormat(command, show_.format);
     AddChoice(command, "--color", kColorModes, show_.color,
-              "Colours and links: auto (default), always or never.\n"
-              "auto uses them on a terminal, and no colours if\n"
+              "Use colours and links: auto (default), always or never.\n"
+              "auto uses both on a terminal, but no colours if\n"
               "NO_COLOR is set")
         ->type_name("WHEN");
     command
         .add_option("--width", show_.width,
-                    "Wrap at this column; 0 never wraps. Default: the\n"
+                    "Wrap lines at this column; 0: no wrapping. Default: the\n"
                     "terminal's width, or 0 if the output is not a terminal")
         ->check(CLI::Range(std::size_t{0}, kMaximumWidth).description(""))
         ->type_name("COLUMNS");

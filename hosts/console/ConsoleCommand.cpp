@@ -34,7 +34,7 @@ int ListCommands(const std::u16string&, UTF16OutputStream& stream) {
 bool RunLine(std::string_view line) {
   const std::size_t begin = line.find_first_not_of(kSpacesAndTabs);
   if (begin == std::string_view::npos) return true;
-  // Keep trailing spaces, because they may be part of an argument.
+  // Do not remove trailing spaces, because they may be part of an argument.
   line.remove_prefix(begin);
   std::basic_ostringstream<char16_t> output;
   const std::optional<int> result =

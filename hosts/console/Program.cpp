@@ -19,7 +19,7 @@ namespace {
 
 using orncore::config::EInitializerContextFlags;
 
-/// Initializes the process's contexts, and shuts them down in its destructor.
+/// Initializes all contexts of the process. The destructor shuts them down.
 class LiveContexts {
  public:
   LiveContexts() { orncore::config::InitializeContexts(kAll); }

@@ -1,11 +1,12 @@
-// The program `ornwhatsnew`, from its command line to its exit status.
+// Runs the program `ornwhatsnew`.
 #ifndef HOSTS_CONSOLE_PROGRAM_H_
 #define HOSTS_CONSOLE_PROGRAM_H_
 
 namespace hosts::console {
 
-/// Runs the program on the process's standard streams and returns the exit status. Initializes and
-/// shuts down the process's contexts. Writes errors to standard error.
+/// Runs the program with the command line `argv` and returns the exit status. Reads and writes the
+/// standard streams of the process. Initializes the contexts of the process and shuts them down.
+/// Writes error messages to standard error.
 int RunProgram(int argc, const char* const* argv) noexcept;
 
 }  // namespace hosts::console

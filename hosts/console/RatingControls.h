@@ -1,4 +1,4 @@
-// Rating controls for text output. A control shows the command line that rates a feature.
+// Builds rating controls for text output. A control shows the command line that rates a feature.
 #ifndef HOSTS_CONSOLE_RATINGCONTROLS_H_
 #define HOSTS_CONSOLE_RATINGCONTROLS_H_
 

@@ -1,6 +1,6 @@
 # shellcheck shell=bash
-# Bash completion for `ornwhatsnew`. It reads the commands and options from the program's help, so
-# that this file does not have to list them.
+# Completes command lines of `ornwhatsnew` in bash. Reads the commands and options from the program's
+# help, so that this file does not have to list them.
 
 _ornwhatsnew() {
   local program=$1 current=$2 previous=$3
@@ -79,7 +79,7 @@ _ornwhatsnew_offer() {
 # _ornwhatsnew_files CURRENT
 # Offers the files whose names begin with CURRENT.
 _ornwhatsnew_files() {
-  compopt -o filenames 2>/dev/null || true # fails outside of a completion
+  compopt -o filenames 2>/dev/null || true # compopt fails outside of a completion
   mapfile -t COMPREPLY < <(compgen -f -- "$1")
 }
 

@@ -28,8 +28,8 @@ using testing::EndsWith;
 using testing::StartsWith;
 
 constexpr char kFeature[] = "EPIC-7";
-// The identities of this number of changes fill several pages, so that the database file grows and
-// is truncated again.
+// The number of changes in the data file. Their identities fill several database pages, so that
+// the database file grows and is truncated again.
 constexpr int kChanges = 300;
 
 std::string Data() {

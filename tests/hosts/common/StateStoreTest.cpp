@@ -22,7 +22,7 @@ class StateStoreTest : public testing::Test {
  protected:
   std::filesystem::path File() const { return folder_.Path() / "deep" / "state.db"; }
 
-  /// Returns the value of a key in a newly opened store.
+  /// Opens the store again and returns the value of `key`.
   std::string StoredValue(std::string_view key) const { return StateStore(File()).Get(key); }
 
   void WriteValue(std::string_view key, std::string_view value) const {

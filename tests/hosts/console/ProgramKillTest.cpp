@@ -1,6 +1,6 @@
 // Runs several programs at the same time with one store, and kills them at random times. After each
-// round, the store must open and contain the complete state of a program or nothing of it. It must
-// contain the state of every program that ended normally.
+// round, the store must open. For each program, it must contain everything that the program stores,
+// or nothing. It must contain the state of every program that ended normally.
 //
 // The environment variable ORNWHATSNEW_TEST_KILLS sets the number of kills. `./dev kills` sets a
 // high number.
