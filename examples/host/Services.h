@@ -1,4 +1,4 @@
-// The application's implementation of every service of the library.
+// Implements every service of the library for this application.
 #ifndef EXAMPLES_HOST_SERVICES_H_
 #define EXAMPLES_HOST_SERVICES_H_
 

@@ -84,7 +84,7 @@ void ReadHostMembers(const JsonReader& object, HostDescription& host);
 /// in memory that contains the debug entries of `host`.
 void InstallHost(const HostDescription& host);
 
-/// Does the same as `InstallHost`, but leaves the debug database unchanged.
+/// Does the same as `InstallHost`, but does not change the debug database.
 void InstallHostServices(const HostDescription& host);
 
 }  // namespace hosts::common

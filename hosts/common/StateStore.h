@@ -72,11 +72,11 @@ class StateStore {
   /// Returns the absolute path of the file, or `kMemoryLocation`.
   const std::filesystem::path& Location() const { return location_; }
 
-  /// Returns the buffered value of the key. If there is none, returns the stored value, or an empty
-  /// string.
+  /// Returns the buffered value of `key`. If there is none, returns the stored value. If there is
+  /// no stored value either, returns an empty string.
   ornwhatsnew::UTF8String Get(std::string_view key) const;
 
-  /// Buffers a value for the next `Commit`.
+  /// Buffers `value` for the next `Commit`. Replaces an earlier buffered value of `key`.
   void Set(std::string_view key, std::string_view value);
 
   /// Returns all values. If a key has a buffered value, returns that instead of the stored one.

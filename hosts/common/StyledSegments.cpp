@@ -60,7 +60,7 @@ std::vector<Range> SortedRanges(const ornwhatsnew::StyleRunMap& runs, std::strin
   return ranges;
 }
 
-/// The runs that cover the current offset of the scan.
+/// The style runs that cover the current offset in the text.
 class OpenRanges {
  public:
   void Add(const Range& range) {

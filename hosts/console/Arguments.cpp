@@ -79,7 +79,8 @@ CLI::Option* AddChoice(CLI::App& command, const std::string& name, const Choices
 }
 
 void AddFormat(CLI::App& command, OutputFormat& format) {
-  AddChoice(command, "--format", kFormats, format, "text (default) or json")->type_name("FORMAT");
+  AddChoice(command, "--format", kFormats, format, "Print the result as text (default) or json")
+      ->type_name("FORMAT");
 }
 
 template <class Path>
@@ -176,7 +177,8 @@ class CommandLine {
     AddSources(command, status_.sources);
     AddFilters(command, status_.options);
     AddFormat(command, status_.format);
-    command.add_flag("--exit-status", status_.setsExitStatus, "Set the exit status to the result");
+    command.add_flag("--exit-status", status_.setsExitStatus,
+                     "Report the result in the exit status");
   }
 
   void AddRate() {

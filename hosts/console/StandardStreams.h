@@ -25,8 +25,8 @@ bool IsInteractive();
 
 /// Returns how to write the panel to standard output. `color` decides whether to use colours and
 /// hyperlinks. `width` is the column at which lines are wrapped. If `width` is absent, the result
-/// has the width of the terminal, or 80 if that is unknown. If standard output is not a terminal
-/// either, the result has the width 0, which means no wrapping.
+/// depends on standard output. For a terminal, the width is that of the terminal, or 80 if it is
+/// unknown. For other output, the width is 0, which means no wrapping.
 TerminalLook DetectTerminalLook(ColorMode color, std::optional<std::size_t> width);
 
 }  // namespace hosts::console

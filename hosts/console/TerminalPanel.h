@@ -10,7 +10,7 @@
 
 namespace hosts::console {
 
-/// How the panel is written to the output.
+/// Selects whether the panel has line breaks, styles and hyperlinks for a terminal.
 struct TerminalLook {
   std::size_t width = 0;       ///< the width of a line in columns; 0: no wrapping
   bool isStyled = false;       ///< true: colours and attributes; false: plain text

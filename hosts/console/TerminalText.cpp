@@ -46,9 +46,9 @@ bool IsJoining(UChar32 character) {
   return u_getIntPropertyValue(character, UCHAR_JOINING_TYPE) != U_JT_NON_JOINING;
 }
 
-/// Returns whether a joiner between `before` and `after` changes how the text looks. Joiners affect
-/// cursive scripts, Indic scripts and emoji. Between other characters, they are invisible, and two
-/// different strings would look the same.
+/// Returns whether `joiner`, which is between `before` and `after`, changes how the text looks.
+/// Joiners affect cursive scripts, Indic scripts and emoji. Between other characters, they are
+/// invisible, and two different strings would look the same.
 bool IsJoinerNeeded(UChar32 joiner, UChar32 before, UChar32 after) {
   if (u_getCombiningClass(before) == kViramaClass) return u_isalpha(after) != 0;
   if (joiner == kJoiner && EndsEmoji(before)) return IsPictograph(after);

@@ -8,7 +8,7 @@
 
 namespace hosts::console {
 
-/// How `SafeForTerminal` treats newlines and tabs.
+/// Selects how `SafeForTerminal` treats newlines and tabs.
 enum class Whitespace {
   kKeep,  ///< unchanged
   kShow,  ///< replaced by control pictures, like other control characters
@@ -17,10 +17,9 @@ enum class Whitespace {
 /// Returns a copy of `text` without characters that a terminal would interpret or hide:
 /// - Control characters are replaced by their Unicode control pictures, for example the escape
 ///   character by U+241B. Control characters from U+0080 to U+009F are replaced by U+FFFD.
-/// - Direction marks, overrides and isolates, invisible characters such as U+FEFF and U+200B, tags
-/// and
-///   soft hyphens are removed. Joiners and variation selectors are removed unless a script or an
-///   emoji needs them.
+/// - Direction marks, overrides and isolates are removed. Tags, soft hyphens and invisible
+///   characters such as U+FEFF and U+200B are removed. Joiners and variation selectors are removed
+///   unless a script or an emoji needs them.
 /// - Line and paragraph separators are replaced by spaces. Unpaired surrogates and noncharacters
 ///   are replaced by U+FFFD.
 ///

@@ -1,4 +1,4 @@
-// The exit status of the program, and the exception that ends the program.
+// Defines the exit status of the program, and the exception that ends the program.
 #ifndef HOSTS_CONSOLE_TOOLERROR_H_
 #define HOSTS_CONSOLE_TOOLERROR_H_
 

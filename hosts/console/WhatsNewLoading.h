@@ -15,8 +15,8 @@ namespace hosts::console {
 void InstallHostFile(const std::filesystem::path& file);
 
 /// Returns a list with the changes of the data file. The list reads and writes its state through
-/// the callbacks. Throws `ToolError` if the file cannot be read, although `GetWhatsNew` would
-/// return a list without changes.
+/// the callbacks. Throws `ToolError` if the file cannot be read. Unlike this function,
+/// `GetWhatsNew` would then return a list without changes.
 std::shared_ptr<ornwhatsnew::FeatureListData> LoadWhatsNew(const std::filesystem::path& file,
                                                            ornwhatsnew::StateGetter getter,
                                                            ornwhatsnew::StateSetter setter);
