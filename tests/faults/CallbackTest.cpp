@@ -1,5 +1,5 @@
-// Tests with faulty host callbacks and services. A call throws, a getter returns a value that no
-// setter wrote, or a callback calls the list that called it.
+// Tests that a list tolerates unusual callbacks and services: some throw, some return strings that
+// no setter wrote, and some call the list that called them.
 #include <algorithm>
 #include <array>
 #include <cstdint>
@@ -56,7 +56,7 @@ void Reload(World& world) {
 
 class CallbackTest : public FaultTest {
  protected:
-  /// Runs the operation on a new list and returns the snapshots of its later use.
+  /// Runs the operation in a new world. Returns the result of `SnapshotsWhileUsed` for this world.
   std::string SnapshotsAfter(const Operation& operation) const {
     World world = MakeWorld();
     operation(world);
@@ -119,10 +119,11 @@ TEST_F(CallbackTest, ExceptionsOfAnyTypeReachTheCaller) {
   EXPECT_THROW(list.MarkItemHasBeenRated("EPIC-7"), int);
 }
 
-/// Installs all services that the library queries. The n-th query of any of them throws.
+/// Replaces all services that the library queries. `FailQuery` makes one query of these services
+/// throw.
 class FailingServices {
  public:
-  /// Installs the services. They use a copy of the current feature table.
+  /// Installs the services. The feature service uses a copy of the current feature table.
   FailingServices() : queries_(std::make_shared<Queries>()) {
     using namespace orncore;
     ornappsupport::feature::SetFeatureService(std::make_shared<Features>(queries_));
@@ -133,7 +134,7 @@ class FailingServices {
         [queries = queries_] { return queries->Query(true); });
   }
 
-  /// Makes the n-th later query throw `InjectedFailure`. 1 is the next query; 0 lets no query fail.
+  /// Makes the n-th of the following queries throw `InjectedFailure`. If `n` is 0, no query fails.
   void FailQuery(int n) { queries_->failsIn = n; }
   /// Returns whether the query that `FailQuery` selected has been made.
   bool HasReachedFailure() const { return queries_->failsIn == 0; }
@@ -199,8 +200,9 @@ class FailingServices {
 class ServiceTest : public CallbackTest {
  protected:
   /// Makes the n-th query of the operation throw. Expects that the exception reaches the caller,
-  /// that the list is unchanged, and that the operation succeeds when it is repeated. Returns
-  /// whether there was an n-th query.
+  /// that the list is unchanged, and that the operation succeeds when it is repeated. `expected` is
+  /// the result of `SnapshotsAfter(operation)` without failures. Returns false if the operation
+  /// makes fewer than `n` queries.
   bool FailOne(int n, const Operation& operation, const std::string& expected) {
     SCOPED_TRACE(testing::Message() << "query " << n);
     World world = MakeWorld();
@@ -267,7 +269,7 @@ TEST_F(ServiceTest, TheConstructorPropagatesAnExceptionOfAService) {
   FAIL() << "the constructor made 999 queries or more";
 }
 
-/// A stored text that no setter would write.
+/// A stored string that no setter would write, and the name of its test.
 struct StrangeText {
   std::string name;
   std::function<std::string()> make;
@@ -324,8 +326,8 @@ const std::vector<StrangeText>& StrangeTexts() {
 
 class StrangeStateTest : public FaultTest, public testing::WithParamInterface<StrangeText> {
  protected:
-  /// Expects that a list works if the store holds `text` under `key`, and that it keeps every entry
-  /// of the text.
+  /// Expects that a list is usable if the state store contains `text` under `key`. Expects that the
+  /// list keeps each stored identity and version.
   void ExpectUsable(const std::string& key, const std::string& text) {
     SCOPED_TRACE(key);
     test_support::FakeStateStore store;
@@ -339,7 +341,8 @@ class StrangeStateTest : public FaultTest, public testing::WithParamInterface<St
     const auto after = GuidsOf(store.Text(kAllSeenItems));
     for (const Guid& identity : before) EXPECT_TRUE(after.contains(identity));
     if (key == kAllVersions) ExpectVersionsKept(text, store.Text(kAllVersions));
-    // The first display may clean the stored strings. A second display must not change them again.
+    // The first display may normalise the stored strings. A second display must not change them
+    // again.
     const auto texts = store.AllTexts();
     list.InitWithData(LoadedData());
     EXPECT_FALSE(list.IsAnythingNew(kShowOnlyNew));
@@ -384,7 +387,8 @@ TEST_F(CallbackTest, ARandomStateIsTolerated) {
   }
 }
 
-/// A list whose callbacks run an action on the list. Each action runs once.
+/// A list whose getter calls `inGetter` and whose setter calls `inSetter`, with the list as
+/// argument. Each function that a test assigns is called once.
 class ReentrantList {
  public:
   explicit ReentrantList(World& world) : world_(world) {
@@ -409,7 +413,7 @@ class ReentrantList {
  private:
   void Execute(std::function<void(FeatureListData&)>& action) {
     if (!action || list == nullptr) return;
-    // Remove the action first, because it may call the callbacks again.
+    // Reset the member first, because the action can cause further calls of the callbacks.
     const auto current = std::exchange(action, nullptr);
     current(*list);
     ++executedActions;
@@ -423,7 +427,7 @@ std::shared_ptr<FeatureListItem> NewItem() {
                                            FeatureListItem::Visibility::kPublic);
 }
 
-/// Returns all calls that a callback may make on its list.
+/// Returns one action for each kind of call that a callback may make on its list.
 const std::vector<std::function<void(FeatureListData&)>>& AllowedActions() {
   static const std::vector<std::function<void(FeatureListData&)>> kActions = {
       [](FeatureListData& list) {
@@ -459,7 +463,7 @@ TEST_F(CallbackTest, AGetterMayUseTheListThatCallsIt) {
     reentrant.inGetter = action;
     reentrant.list->InitWithData(LoadedData());
     EXPECT_EQ(reentrant.executedActions, 1);
-    // The reload replaces the content, so changes by the callback must have no effect.
+    // The reload replaces the content that the callback changed, so the list must equal a new list.
     const World other = MakeWorld();
     EXPECT_EQ(reentrant.list->GetOrderedFeatureKeys(), other.list->GetOrderedFeatureKeys());
     for (const auto& [key, item] : other.list->GetFeatureItems()) {
@@ -496,12 +500,13 @@ TEST_F(CallbackTest, AGetterSeesTheListFromBeforeTheReload) {
   EXPECT_EQ(test_support::ItemOf(*reentrant.list, "EPIC-7").GetAllChanges().size(), 0U);
 }
 
-/// A dictionary that calls a function during a query.
+/// A dictionary without translations. It calls a function when the list looks up a certain key.
 class HookedDictionary : public orncore::config::DictionarySource {
  public:
   explicit HookedDictionary(std::function<void()> hook) : hook_(std::move(hook)) {}
   std::optional<UTF8String> Find(std::string_view key) const override {
-    // Call the function only for the text of a change. The list then iterates over its items.
+    // Call the function only for the description of a change, because the list is then iterating
+    // over its items.
     if (key == "$$$/ornwhatsnew/Change/Localized") hook_();
     return std::nullopt;
   }
@@ -510,7 +515,8 @@ class HookedDictionary : public orncore::config::DictionarySource {
   std::function<void()> hook_;
 };
 
-/// A copy of the current features. Each query of a feature calls a function.
+/// A feature service with a copy of the current feature table. Each query about one feature calls a
+/// function.
 class HookedFeatures : public ornappsupport::feature::FeatureService {
  public:
   explicit HookedFeatures(std::function<void()> hook)
@@ -533,7 +539,7 @@ class HookedFeatures : public ornappsupport::feature::FeatureService {
   std::function<void()> hook_;
 };
 
-/// Like `HookedFeatures`, but queries of the feature table also call the function.
+/// Like `HookedFeatures`, but also calls the function when the list reads the feature table.
 class HookedTable : public HookedFeatures {
  public:
   using HookedFeatures::HookedFeatures;
@@ -578,7 +584,7 @@ TEST_F(CallbackTest, AServiceMayReplaceItselfDuringAQuery) {
   const std::string expected = other.Snapshot();
   const std::string expectedText = Format(*other.list).text;
 
-  // A new fault host installs the feature table again, so that the service can copy it.
+  // A new `FaultHost` installs the feature table again, so that the service can copy it.
   FaultHost host;
   ornappsupport::feature::SetFeatureService(std::make_shared<SelfReplacingFeatures>());
   world.list->BubbleUnlockedItemsToTheTop();
@@ -632,7 +638,8 @@ TEST_F(CallbackDeathTest, AServiceMustNotChangeTheListThatQueriesIt) {
       [](World& world) { world.list = nullptr; },
   };
   for (const auto& change : changes) {
-    // A new host removes the services of the previous iteration, which refer to the previous list.
+    // A new `FaultHost` removes the services of the previous iteration, which refer to the previous
+    // list.
     const FaultHost host;
     World world(host);
     FeatureListData& list = *world.list;

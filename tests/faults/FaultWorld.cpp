@@ -17,7 +17,8 @@ using test_support::DataFile;
 
 constexpr unsigned kAllOptions = 32;
 constexpr std::string_view kOldVersion = "24.0.0.1000000000000001";
-// Large enough that a query of the list must allocate memory for the versions.
+// The number of old versions. It is so large that queries of the list must allocate memory for the
+// versions.
 constexpr int kOldVersions = 70;
 
 DataFile SeenFile() {

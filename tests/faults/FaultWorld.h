@@ -1,6 +1,6 @@
-// The fixture for fault injection. It has a host with features of every kind, data files that
-// exercise the parser and the panel, and a user who has seen some of the changes. It also describes
-// the observable content of a list, so that tests can compare lists.
+// Provides the fixture for tests that inject faults: a host with features of every kind, data files
+// that exercise the parser and the panel, and a user who has seen some of the changes. `World`
+// describes the observable content of a list, so that tests can compare lists.
 #ifndef TESTS_FAULTS_FAULTWORLD_H_
 #define TESTS_FAULTS_FAULTWORLD_H_
 
@@ -20,11 +20,11 @@ namespace faults {
 std::string SeenData();
 /// Returns the data file that a `World` loads: `SeenData` and changes that are new to the user.
 std::string LoadedData();
-/// Returns a later data file, with another change and another changes-since version.
+/// Returns a later version of `LoadedData`, with one more change and another changes-since version.
 std::string LaterData();
 
 /// A host with an internal user. Most of its strings are too long for the small-string
-/// optimization, so that copying them allocates.
+/// optimization, so copying them allocates memory.
 class FaultHost : public test_support::FakeHost {
  public:
   FaultHost();
@@ -38,11 +38,11 @@ class FaultHost : public test_support::FakeHost {
 
 /// A list and its state store.
 struct World {
-  /// Loads a list with `LoadedData`, for the user who has seen `SeenData`.
+  /// Creates a list from `LoadedData`, with the state of a user who has seen `SeenData`.
   explicit World(const FaultHost& host);
 
-  /// Describes the items and changes of the list, the results of its const functions, and the
-  /// content of the store. Changes nothing.
+  /// Returns a description of the items and changes of the list, the results of its const
+  /// functions, and the content of the store. Changes neither the list nor the store.
   std::string Snapshot() const;
 
   /// Displays the list, rates an item, reloads the list and displays it again. Returns the results

@@ -1,6 +1,6 @@
-// Tests that make allocations fail while ValidateWhatsNew checks a data file. The failures hit the
-// console thread and the thread that reads and parses the file. The command must return and report
-// the failure, and the next command must succeed.
+// Tests that make allocations fail while ValidateWhatsNew checks a data file. The failures occur on
+// the console thread and on the thread that reads and parses the file. The command must return and
+// report the failure, and the next command must succeed.
 #include <array>
 #include <cerrno>
 #include <chrono>
@@ -35,18 +35,19 @@ using test_support::FailureExtent;
 using test_support::FailureThreads;
 using test_support::LiveAllocations;
 
-// The task queue of the reading thread keeps memory for later tasks. The limit allows a few such
-// blocks.
+// The number of blocks that may remain allocated after all commands. The task queue of the reading
+// thread keeps a few blocks for later tasks.
 constexpr std::ptrdiff_t kRetainedBlocks = 5;
 
-// The reading thread starts within this number of allocations.
+// The first command of a process starts the reading thread within this number of allocations.
 constexpr std::size_t kAllocationsOfStart = 40;
 
 // The environment variables that select the failing allocations in a child process.
 constexpr char kFailAt[] = "FAULT_TESTS_FAIL_AT";
 constexpr char kFailAll[] = "FAULT_TESTS_FAIL_ALL";
 
-/// A stream buffer of fixed size. It does not allocate, so output never fails.
+/// A stream buffer of fixed size. It does not allocate memory, so a failed allocation does not
+/// affect the output.
 class FixedStreamBuffer : public std::basic_streambuf<char16_t> {
  public:
   FixedStreamBuffer() { setp(units_.data(), units_.data() + units_.size()); }
@@ -84,8 +85,8 @@ class MemoryOfCommandTest : public FaultTest {
     if (!test_support::AreAllocationsReplaced()) GTEST_SKIP() << "another allocator is in use";
   }
 
-  /// Runs the command while the n-th allocation of any thread fails. If `n` is 0, no allocation
-  /// fails.
+  /// Runs the command and makes its n-th allocation fail, counted over all threads. With
+  /// `kAllFrom`, all later allocations also fail. If `n` is 0, no allocation fails.
   Execution Validate(std::size_t n, FailureExtent extent) {
     FixedStreamBuffer buffer;
     std::basic_ostream<char16_t> stream(&buffer);
@@ -119,7 +120,8 @@ class MemoryOfCommandTest : public FaultTest {
   /// Expects that the command threw, printed its failure, or logged it.
   void ExpectReported(const Execution& execution) const {
     if (execution.hasThrown) {
-      // Only the registry can throw: it copies the argument before it calls the command.
+      // Only the registry can throw, because it copies the argument text before it calls the
+      // command.
       EXPECT_EQ(execution.output, "");
       return;
     }
@@ -188,8 +190,9 @@ TEST_F(MemoryOfCommandTest, ReportsAFailureOfTheFirstCommandInAProcess) {
     std::size_t n = 0;
     int processes = 0;
     do {
-      // Try every allocation until the thread has started. The later allocations are those of every
-      // command, so a sample is enough.
+      // Try every allocation until the thread has started. After that, try only a sample. The later
+      // allocations are the same in every command, and ReportsAFailureAndWorksAgain tries all of
+      // them.
       n += n < kAllocationsOfStart ? 1 : 7;
       ++processes;
       test_support::ProgramCall call;

@@ -1,5 +1,5 @@
 // Tests that make every allocation of an operation fail in turn, from the first to the last. Each
-// fails once alone and once together with all later allocations.
+// allocation fails twice: once alone, and once together with all later allocations.
 #include <algorithm>
 #include <functional>
 #include <iostream>
@@ -49,7 +49,8 @@ class MemoryTest : public FaultTest {
     if (!test_support::AreAllocationsReplaced()) GTEST_SKIP() << "another allocator is in use";
   }
 
-  /// Makes every allocation of the operation fail in turn, each time in a new world.
+  /// Makes every allocation of the operation fail in turn, each time in a new world. Calls `check`
+  /// after each failure.
   void FailEach(const Operation& operation, const Check& check) const {
     WarmUp(operation, check);
     for (const FailureExtent extent : {FailureExtent::kOne, FailureExtent::kAllFrom}) {
@@ -90,8 +91,8 @@ class MemoryTest : public FaultTest {
   }
 
  private:
-  /// Runs everything once, so that objects that exist until the program ends are not reported as
-  /// leaks.
+  /// Runs the check and the operation once. Objects that they create for the rest of the program
+  /// are then not counted as leaks.
   void WarmUp(const Operation& operation, const Check& check) const {
     World checked = MakeWorld();
     check(checked);
@@ -99,8 +100,8 @@ class MemoryTest : public FaultTest {
     operation(operated);
   }
 
-  /// Makes the n-th allocation fail and expects that no memory leaks. Returns whether there was an
-  /// n-th allocation.
+  /// Makes the n-th allocation fail and expects that no memory leaks. Returns false if the
+  /// operation makes fewer than `n` allocations.
   bool FailOneWithoutLeak(std::size_t n, FailureExtent extent, const Operation& operation,
                           const Check& check) const {
     SCOPED_TRACE(testing::Message()
@@ -206,7 +207,7 @@ TEST_F(MemoryTest, AddingAChangeToAnItemSucceedsOrChangesNothing) {
                                                 .salience = "HideBetaFeatureFromExternal",
                                                 .url = "https://help.tarsa.example/added",
                                                 .description = "A change that the host adds"});
-  // The first item has a URL already; the second receives the URL of the change.
+  // The first item already has a link. The second item receives its link from the change.
   for (const char* const key : {"EPIC-7", "ORN-1000000000000000"}) {
     SCOPED_TRACE(key);
     ExpectAllOrNothing([&](World& world) {
@@ -216,7 +217,7 @@ TEST_F(MemoryTest, AddingAChangeToAnItemSucceedsOrChangesNothing) {
   }
 }
 
-TEST_F(MemoryTest, AChangeThatWasNotAddedIsNotMarked) {
+TEST_F(MemoryTest, AChangeThatWasNotAddedIsNoDuplicate) {
   const auto change = test_support::MakeDetail({.url = "https://help.tarsa.example/added"});
   FailEach(
       [&](World& world) {
@@ -307,7 +308,7 @@ TEST_F(MemoryTest, AFailedCaptureKeepsTheEarlierRuns) {
   EXPECT_EQ(mostKept, 2U) << "the third call must fail after two runs";
 }
 
-/// Arguments of a display call.
+/// The arguments of a display call.
 struct Panel {
   DisplayOptions options;
   bool hasRatingMap;

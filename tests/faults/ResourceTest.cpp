@@ -1,4 +1,5 @@
-// Tests with resource managers that throw, return random bytes, or return megabytes.
+// Tests how a list is loaded from resource managers that throw, return random bytes, or return
+// megabytes of data.
 #include <functional>
 #include <memory>
 #include <string>
@@ -23,16 +24,16 @@ using test_support::InjectedFailure;
 
 using Bytes = std::vector<unsigned char>;
 
-// Sanitizers slow the tests down, and smaller texts are enough for them to find errors.
+// Under sanitizers, the tests use smaller data files, because sanitizers slow the tests down.
 #if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
 constexpr std::size_t kLarge = std::size_t{4} << 20;
 #else
 constexpr std::size_t kLarge = std::size_t{64} << 20;
 #endif
-// A parser with quadratic run time would not finish at this size.
+// A parser with quadratic running time would not finish a file of this size in a reasonable time.
 constexpr std::size_t kLargeOfEachByte = kLarge / 8;
 
-/// A resource manager that calls a function of the test.
+/// A resource manager whose `LoadResource` calls a function of the test.
 class StubResources : public ornui::utility::ResourceManager {
  public:
   explicit StubResources(std::function<bool(Bytes&)> load) : load_(std::move(load)) {}

@@ -1,5 +1,5 @@
-// Tests that frequent queries and the rules for every row do not allocate, and that loading and
-// displaying allocate in proportion to the number of changes.
+// Tests that queries which hosts repeat, and functions which run for every row, allocate no memory.
+// Tests that loading and displaying allocate in proportion to the number of changes.
 #include <string>
 
 #include <gtest/gtest.h>
@@ -19,7 +19,8 @@ using test_support::ChangeRow;
 using test_support::CountAllocations;
 using test_support::DataFile;
 
-// Longer than the internal buffer of std::string, so every copy allocates.
+// A string that is longer than the internal buffer of std::string, so that each copy allocates
+// memory.
 const std::string kLong(200, 'x');
 
 ChangeRow LongRow(const std::string& groupingID) {
@@ -73,7 +74,7 @@ class ListAllocation : public test_support::FakeHostTest {
     file.Row(LongRow("BUGFIX"));
     list_ = std::make_unique<FeatureListData>(file.Text(), host_.Getter(), host_.Setter());
     test_support::Format(*list_);
-    list_->RefreshInternalSeenState();  // everything that was shown is now seen
+    list_->RefreshInternalSeenState();  // all shown items and changes are now seen
   }
 
   std::unique_ptr<FeatureListData> list_;
@@ -98,8 +99,8 @@ TEST_F(ListAllocation, IsAnythingNeedingRatingDoesNotAllocate) {
   EXPECT_FALSE(needed);
 }
 
-// Counts the allocations for two file sizes. The difference shows a faster than linear growth even
-// if the count for the smaller file is low.
+// Counts the allocations for a small and a large file. The tests also limit the difference, because
+// a low count for the small file could otherwise hide growth that is faster than linear.
 class LargeListAllocation : public ListAllocation {
  protected:
   static constexpr int kFewRows = 1'000;
@@ -127,7 +128,7 @@ class LargeListAllocation : public ListAllocation {
   }
 };
 
-TEST_F(LargeListAllocation, LoadingAllocatesOncePerChangeAndOncePerLongText) {
+TEST_F(LargeListAllocation, LoadingAllocatesOncePerChangeAndOncePerLongField) {
   constexpr std::size_t kPerChange = 4;  // the change, its description, commit and URL
   const std::size_t few = CountLoad(kFewRows);
   const std::size_t many = CountLoad(kManyRows);

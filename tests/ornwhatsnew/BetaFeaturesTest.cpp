@@ -1,4 +1,5 @@
-// Tests how the host's beta features become items, and the order and the labels of items.
+// Tests which items a list creates from the host's beta features, how it orders them, and which
+// unlock labels they have.
 #include <string>
 
 #include <gmock/gmock.h>
@@ -31,7 +32,7 @@ class BetaFeatures : public test_support::FakeHostTest {
     list_.BubbleUnlockedItemsToTheTop();
     return KeyOrder(list_);
   }
-  // Returns the current unlock state of an item with these keys.
+  // Returns the unlock state of an item with these keys and no changes.
   ItemUnlockState UnlockState(const std::string& internalKey,
                               const std::string& groupingKey = "E") {
     return GetItemUnlockState(*MakeItem({groupingKey, internalKey}));
@@ -109,7 +110,8 @@ TEST_F(BetaFeatures, WithTheSameEpicKeyBecomeOneItem) {
   host_.AddFeature({.internalKey = "b", .epicKey = "E-1", .name = "Aardvark"});
   host_.AddFeature({.internalKey = "a", .epicKey = "E-1", .name = "Zebra"});
   host_.AddFeature({.internalKey = "c", .epicKey = "E-2", .name = "Middle"});
-  // The smaller internal key determines the item, and the smaller name determines its position.
+  // The item is created from the feature with the smaller internal key, but its position follows
+  // the smaller name.
   EXPECT_THAT(OrderAfterParsing(),
               ElementsAre("E-1", "E-2", "MISC", "BUGFIX", "INTERNAL", "UNREVIEWED"));
   EXPECT_EQ(ItemOf(list_, "E-1").GetBetaFeatureInternalKey(), "a");

@@ -1,5 +1,5 @@
-// Tests how a list parses a data file: the item of each change, the key order, and the
-// changes-since version.
+// Tests how a list parses a data file: which item receives each change, how the keys are ordered,
+// and which changes-since version is set.
 #include <string>
 
 #include <gmock/gmock.h>
@@ -24,7 +24,8 @@ using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
 
-// A list with the sections and three features. The key of the third feature is a story ID.
+// Provides a list with the four sections and three features. The epic key of the third feature
+// looks like a story ID.
 class DataFileParse : public test_support::FakeHostTest {
  protected:
   DataFileParse() {
@@ -201,7 +202,7 @@ TEST_F(DataFileParse, StoryIDHasPriorityOverTheGroupingID) {
   EXPECT_THAT(ChangesOf("EPIC-1"), IsEmpty());
 }
 
-TEST_F(DataFileParse, UnreviewedChangeIsMarkedOnlyIfItMatchesNoFeature) {
+TEST_F(DataFileParse, UnreviewedChangeIsUnmatchedOnlyIfItMatchesNoItem) {
   list_.ParseWhatsNewData(DataFileText(
       {{.groupingID = "EPIC-1", .salience = "UNREVIEWED", .description = "matched"},
        {.groupingID = "none", .salience = "Unreviewed", .description = "not matched"}}));
@@ -230,7 +231,7 @@ TEST_F(DataFileParse, EmptyEntryReceivesNoChange) {
   EXPECT_EQ(list.GetFeatureItems().at("UNREVIEWED"), nullptr);
 }
 
-TEST_F(DataFileParse, EmptyStoryIDIsLookedUpLikeAnyOther) {
+TEST_F(DataFileParse, EmptyStoryIDMatchesAFeatureWithoutAnEpicKey) {
   host_.AddFeature({.internalKey = "no epic", .name = "No epic"});
   list_.ParseBetaFeatures();
   list_.ParseWhatsNewData(DataFileText({{.groupingID = "EPIC-1", .description = "Change"}}));

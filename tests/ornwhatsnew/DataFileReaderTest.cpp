@@ -30,7 +30,8 @@ using Reason = DataRowSkipReason;
 constexpr std::uint64_t kSeed = 20251120;
 constexpr char kHeader[] = "version,grouping,,,,,,,,\n";
 
-// A copy of a row, because the reader overwrites its row in the next call.
+// A copy of a `DataRow`. Tests need copies, because each call of `Next` overwrites the row that the
+// previous call returned.
 struct ReadRow {
   Kind kind;
   Reason reason;
@@ -64,14 +65,14 @@ std::vector<Kind> Kinds(std::string_view text) {
   return kinds;
 }
 
-// Returns the first ten fields of a string that is one row.
+// Returns the first ten fields of `row`, which must be a single row.
 std::vector<std::string> Fields(std::string_view row) {
   const ReadRow read = Read(row).at(0);
   return {read.values.begin(), read.values.begin() + static_cast<std::ptrdiff_t>(std::min(
                                                          read.fieldCount, kDataColumnCount))};
 }
 
-// Returns the current values after the last row.
+// Returns the reader's current values after the last row of `text`.
 std::vector<std::string> LastValues(std::string_view text) {
   return Read(text).back().values;
 }
@@ -151,7 +152,7 @@ TEST(DataFileReader, RowOfTwoQuotesHasOneEmptyField) {
   const auto rows = Read("a,Changes-Since\n\"\"");
   EXPECT_EQ(rows[1].fieldCount, 1U);
   EXPECT_EQ(rows[1].values[0], "");
-  EXPECT_EQ(rows[1].kind, Kind::kChangesSince);  // column 2 still contains the keyword
+  EXPECT_EQ(rows[1].kind, Kind::kChangesSince);  // column 2 inherits the keyword
 }
 
 TEST(DataFileReader, BlankRowAfterAChangesSinceRowRepeatsIt) {
@@ -299,8 +300,8 @@ TEST(DataFileReader, ReturnsValuesByColumn) {
   EXPECT_EQ(row->Value(DataColumn::kDescription), "9");
 }
 
-// Computes the expected offsets of random rows from the rule: a field begins after each comma
-// outside quotes.
+// Compares the offsets in random rows with those of a simple scan, in which a field begins after
+// each comma outside quotes.
 TEST(DataFileReader, OffsetsMatchACharacterByCharacterScan) {
   RandomSource random(kSeed);
   for (int i = 0; i < 3000; ++i) {
@@ -320,7 +321,7 @@ TEST(DataFileReader, OffsetsMatchACharacterByCharacterScan) {
   }
 }
 
-// Compares the two results for every string of up to six bytes from `kBytes`.
+// Compares the reader with Boost's tokenizer for every string of up to six bytes from `kBytes`.
 TEST(DataFileReader, SplitsShortTextsLikeTheBoostTokenizer) {
   constexpr std::string_view kBytes = ",\"\\\nx";
   std::size_t texts = 1;

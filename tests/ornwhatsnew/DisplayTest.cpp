@@ -39,7 +39,8 @@ constexpr char kPrivacy[] = ORNWHATSNEW_PRIVACY_PAGE;
 
 class DisplayText : public test_support::FakeHostTest {
  protected:
-  // Returns the panel of a new list with these changes.
+  // Displays a new list with these changes and returns the results. `placeholder` is the rating
+  // placeholder.
   Display Show(const std::vector<ChangeRow>& rows, DisplayOptions options = {},
                std::string_view placeholder = "") {
     DataFile file;
@@ -51,7 +52,7 @@ class DisplayText : public test_support::FakeHostTest {
     FeatureListData list(file.Text(), host_.Getter(), host_.Setter());
     return Format(list, options, placeholder);
   }
-  // Returns the panel's text after the header.
+  // Displays a new list with these changes and returns the text after the panel's header.
   std::string Body(const std::vector<ChangeRow>& rows, DisplayOptions options = {}) {
     const std::string text = Show(rows, options).text;
     EXPECT_THAT(text, testing::StartsWith(kHeader));
@@ -296,7 +297,7 @@ TEST_F(DisplayText, IssueIsShownBeforeCommit) {
             "Miscellaneous\n\t\u2022 \tText (v25.1) ORN-1 abc\n");
 }
 
-TEST_F(DisplayText, ExternalUsersSeeNoIssueKeyCommitOrAnnotation) {
+TEST_F(DisplayText, ExternalUsersSeeNoIssueKeyCommitOrNote) {
   AddFeature(0, "ORN-7");
   const Display display = Show({{.groupingID = "ORN-7",
                                  .storyID = "ORN-1",
@@ -312,7 +313,7 @@ TEST_F(DisplayText, ExternalUsersSeeNoIssueKeyCommitOrAnnotation) {
   }
 }
 
-TEST_F(DisplayText, AnnotationsAreShownBeforePlatformAndText) {
+TEST_F(DisplayText, NotesAreShownBeforePlatformAndDescription) {
   host_.SetInternalFeaturesAllowed(true);
   const Display display = Show({{.groupingID = "None-1",
                                  .salience = "Loud",
@@ -331,7 +332,7 @@ TEST_F(DisplayText, AnnotationsAreShownBeforePlatformAndText) {
                   "(Malformed platform ignored: linux) ", "(Malformed salience ignored: loud) "));
 }
 
-TEST_F(DisplayText, AnnotationOfAnIgnoredURLListsTheReasons) {
+TEST_F(DisplayText, NoteOnAnIgnoredURLListsTheReasons) {
   AddFeature();
   host_.SetInternalFeaturesAllowed(true);
   const auto notes = [this](const char* key, std::vector<std::string> urls) {
@@ -353,7 +354,7 @@ TEST_F(DisplayText, AnnotationOfAnIgnoredURLListsTheReasons) {
                           "(View More URL ignored: duplicate and malformed and in MISC section) "));
 }
 
-TEST_F(DisplayText, UnhideSalienceIsAnnotatedAsMalformed) {
+TEST_F(DisplayText, NoteReportsTheUnhideSalienceAsMalformed) {
   AddFeature();
   host_.SetInternalFeaturesAllowed(true);
   EXPECT_THAT(Show({{.groupingID = "EPIC-7", .salience = "UnhideBetaFeature", .description = "T"}})
@@ -461,7 +462,7 @@ TEST_F(DisplayText, RatingViewShowsOnlyTitleChangesAndPlaceholder) {
                                         .ratingRequest = "RequestRating",
                                         .url = kURL,
                                         .description = "Faster"}};
-  Show(rows);  // marks the feature and its change as seen
+  Show(rows);  // stores the feature and its change as seen
   const Display display = Show(rows, kRatingView, "RATE");
   EXPECT_EQ(display.text, "\n\nExport\tUNLOCKED\n\t\u2022 \tFaster\n\nRATE\n");
   EXPECT_THAT(display.Strings(kStyleFeatureTitle), ElementsAre(kURL));
@@ -503,7 +504,7 @@ TEST_F(DisplayText, LoneSurrogatesOfThePlaceholderCountAsReplacementCharacters) 
             orncore::string::UTF16to8(text).size());
 }
 
-// Logs the queries to the services in order.
+// A feature service that appends the name of each query to `log`.
 class LoggingFeatures : public ornappsupport::feature::FeatureService {
  public:
   explicit LoggingFeatures(std::vector<std::string>& log) : log_(log) {}
@@ -571,14 +572,15 @@ TEST_F(DisplayText, QueriesTheHostInAFixedOrder) {
 
   EXPECT_THAT(
       log, ElementsAre(
-               // The list queries each template once.
+               // The list looks up the translation of each template once.
                "text TarsaOnly", "text Off", "text Unlocked", "text InDevelopment", "text Tab",
                "text DisplayTemplate", "text displaytemplate", "text displaytemplate",
                "text displaytemplate", "text displaytemplate", "text Newline", "text ViewMore",
                "text SpaceWitDash", "text ParenthesizedCode", "text DisplayTemplate",
                "text DisplayTemplate", "text displaytemplate", "text optedOutOfAnalyticsPart1",
                "text optedOutOfAnalyticsPart2", "text nonewratings",
-               // These queries decide whether the list adds notes and shows the feature.
+               // These queries decide whether the list adds notes to changes and whether it shows
+               // the feature.
                "internal user", "enabled export",
                // These queries determine the unlock label.
                "internal user", "debug SimulateShowingAllOffFeaturesInWhatsNew", "enabled export",

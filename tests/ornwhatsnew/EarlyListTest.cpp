@@ -1,5 +1,5 @@
-// Tests a list in a static object of the host. If the library is linked statically, the list may
-// be constructed before the library's own static objects.
+// Tests a list in a static object of the host. If the library is linked statically, the host's
+// static objects can be constructed before the static objects of the library.
 #include <string>
 #include <vector>
 

@@ -27,7 +27,8 @@ using test_support::KeyOrder;
 using testing::ElementsAre;
 using testing::HasSubstr;
 
-// Records each request, returns bytes, and nevertheless reports a failure.
+// A resource manager that records each request. `LoadResource` sets `bytes` to `content`, but
+// returns false as if it had failed.
 class RecordingResources : public ornui::utility::ResourceManager {
  public:
   bool LoadResource(const UTF16String& name, const UTF16String& type,
@@ -136,7 +137,8 @@ TEST_F(EntryPoint, InitializingAgainKeepsTheChangesSinceVersion) {
   EXPECT_THAT(Format(*list).text, HasSubstr("Changes since v25.0\n"));
 }
 
-// A getter that returns empty values. `ActOnce` makes its next call run an action first.
+// Provides a getter that returns empty strings. After `ActOnce`, the next getter call runs the
+// action before it returns.
 class ActingGetter {
  public:
   StateGetter Getter() {

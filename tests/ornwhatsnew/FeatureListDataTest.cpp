@@ -56,9 +56,10 @@ TEST_F(FeatureList, UsesTheGivenCallbacks) {
   EXPECT_EQ(host_.DebugEntry(kLastVersionKey), "debug");
 }
 
-// Loads and displays a list with these callbacks. Expects that the debug database holds all state.
-void ExpectDebugDatabaseHoldsTheState(test_support::FakeHost& host, StateGetter getter,
-                                      StateSetter setter) {
+// Loads and displays a list with these callbacks. Expects that the list uses the debug database as
+// its state store and calls neither callback.
+void ExpectStateInDebugDatabase(test_support::FakeHost& host, StateGetter getter,
+                                StateSetter setter) {
   host.SetDebugEntry(kLastVersionKey, "24.0.0.1");
   FeatureListData list("", std::move(getter), std::move(setter));
   EXPECT_THAT(Format(list, kShowOnlyNew).text, testing::HasSubstr("opened in v24.0.0.1"));
@@ -68,15 +69,15 @@ void ExpectDebugDatabaseHoldsTheState(test_support::FakeHost& host, StateGetter 
 }
 
 TEST_F(FeatureList, KeepsStateInTheDebugDatabaseWithoutCallbacks) {
-  ExpectDebugDatabaseHoldsTheState(host_, {}, {});
+  ExpectStateInDebugDatabase(host_, {}, {});
 }
 
 TEST_F(FeatureList, IgnoresTheSetterIfTheGetterIsMissing) {
-  ExpectDebugDatabaseHoldsTheState(host_, {}, host_.Setter());
+  ExpectStateInDebugDatabase(host_, {}, host_.Setter());
 }
 
 TEST_F(FeatureList, IgnoresTheGetterIfTheSetterIsMissing) {
-  ExpectDebugDatabaseHoldsTheState(host_, host_.Getter(), {});
+  ExpectStateInDebugDatabase(host_, host_.Getter(), {});
 }
 
 TEST_F(FeatureList, InsertsAnItemUnderItsGroupingKey) {
@@ -158,11 +159,12 @@ TEST_F(FeatureList, DestructorReleasesTheItems) {
   EXPECT_TRUE(item.expired());
 }
 
-// Bubbling adds an empty entry for a key without an item. All other operations skip the entry.
+// A list with an empty entry. `BubbleUnlockedItemsToTheTop` creates such an entry for each key
+// without an item, and all other operations skip it.
 class EmptyEntry : public FeatureList {
  protected:
   EmptyEntry() {
-    list_.ParseWhatsNewData("");  // adds the key "UNREVIEWED" to the order without an item
+    list_.ParseWhatsNewData("");  // adds the key "UNREVIEWED" but no item
     list_.BubbleUnlockedItemsToTheTop();
   }
 };

@@ -83,7 +83,7 @@ TEST(FeatureListDetail, KeywordsMatchTheDataFile) {
 TEST(FeatureListDetail, ThrowsOutOfRangeForAnUnknownKey) {
   try {
     kFullDetail.GetField("kFeatureName");
-    FAIL() << "a change has no such field";
+    FAIL() << "GetField did not throw";
   } catch (const std::out_of_range& error) {
     EXPECT_STREQ(error.what(), "unordered_map::at: key not found");
   }
@@ -97,7 +97,7 @@ TEST(FeatureListDetail, CopiesFieldsFromViewsInColumnOrder) {
   }
 }
 
-TEST(FeatureListDetail, HasOnlyTheMarksThatWereSet) {
+TEST(FeatureListDetail, HasOnlyTheFlagsThatWereSet) {
   Detail detail = kFullDetail;
   EXPECT_FALSE(detail.HasDuplicateURL());
   EXPECT_FALSE(detail.DetailInternalCouldNotMatchBetaFeature());
@@ -243,7 +243,7 @@ TEST(FeatureListDetail, NonNumericComponentCountsAsZero) {
   EXPECT_EQ(kFullDetail.ParseVersionStringToNumber("1.x.3"), 1000003);
 }
 
-TEST(FeatureListDetail, ComponentOfAThousandOrMoreCarriesIntoTheNext) {
+TEST(FeatureListDetail, ComponentOfAThousandOrMoreCarriesIntoThePrecedingOne) {
   EXPECT_EQ(kFullDetail.ParseVersionStringToNumber("2000"), 2000);
   EXPECT_EQ(kFullDetail.ParseVersionStringToNumber("1.2000"), 3000);
 }

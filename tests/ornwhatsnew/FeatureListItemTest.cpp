@@ -70,7 +70,7 @@ TEST(FeatureListItem, GetFieldReturnsTheFieldOfEachKey) {
 TEST(FeatureListItem, ThrowsOutOfRangeForAnUnknownKey) {
   try {
     Feature().GetField("kDescription");
-    FAIL() << "an item has no such field";
+    FAIL() << "GetField did not throw";
   } catch (const std::out_of_range& error) {
     EXPECT_STREQ(error.what(), "unordered_map::at: key not found");
   }

@@ -32,7 +32,7 @@ std::string Clean(const std::string& field) {
 }
 
 // Returns the fields of a row without cleaning them.
-std::vector<std::string> Cut(std::string_view row) {
+std::vector<std::string> SplitRow(std::string_view row) {
   std::vector<std::string> fields;
   for (std::size_t begin = 0; begin <= row.size();) {
     const std::size_t end = FindFieldEnd(row, begin);
@@ -43,11 +43,11 @@ std::vector<std::string> Cut(std::string_view row) {
 }
 
 TEST(FieldCleaner, EndsFieldsAtCommasOutsideQuotes) {
-  EXPECT_THAT(Cut("a,,b"), ElementsAre("a", "", "b"));
-  EXPECT_THAT(Cut(","), ElementsAre("", ""));
-  EXPECT_THAT(Cut("\"a,b\",c"), ElementsAre("\"a,b\"", "c"));
-  EXPECT_THAT(Cut("a\"b,c\"d\",\"e,f"), ElementsAre("a\"b,c\"d\",\"e", "f"));
-  EXPECT_THAT(Cut("a,\"b,c"), ElementsAre("a", "\"b,c"));
+  EXPECT_THAT(SplitRow("a,,b"), ElementsAre("a", "", "b"));
+  EXPECT_THAT(SplitRow(","), ElementsAre("", ""));
+  EXPECT_THAT(SplitRow("\"a,b\",c"), ElementsAre("\"a,b\"", "c"));
+  EXPECT_THAT(SplitRow("a\"b,c\"d\",\"e,f"), ElementsAre("a\"b,c\"d\",\"e", "f"));
+  EXPECT_THAT(SplitRow("a,\"b,c"), ElementsAre("a", "\"b,c"));
 }
 
 TEST(FieldCleaner, ReturnsACleanFieldWithoutCopying) {

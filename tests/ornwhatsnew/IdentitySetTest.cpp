@@ -26,7 +26,7 @@ const Guid kFirst("01234567-89ab-cdef-0123-456789abcdef");
 const Guid kSecond("7f000000-0000-0000-0000-000000000001");
 const Guid kThird("80000000-0000-0000-0000-000000000000");
 
-// Identities from a small range, so that many are equal.
+// Returns up to 39 random identities out of 60 possible ones, so that some of them repeat.
 std::vector<Guid> RandomGuids(RandomSource& random) {
   std::vector<Guid> guids;
   for (std::size_t count = random.Below(40); count > 0; --count) {
@@ -39,7 +39,7 @@ std::vector<Guid> ElementsOf(const IdentitySet& set) {
   return {set.begin(), set.end()};
 }
 
-// Returns an identity. All results have the same first eight bytes.
+// Returns an identity whose last byte is `number`. All results have the same first eight bytes.
 Guid GuidWithCommonStart(unsigned number) {
   std::array<std::uint8_t, Guid::kByteLength> bytes{};
   bytes.front() = 0x7F;

@@ -1,5 +1,5 @@
-// Tests that identities never change, because the stores of users contain them. The expected values
-// are literals and hashes that the plain implementation computes.
+// Tests that identities never change, because users' state stores contain them. Each expected value
+// is a literal or a hash that the plain implementation computes.
 #include <memory>
 #include <string>
 
@@ -174,7 +174,8 @@ TEST(Identity, KeysWithTheSameConcatenationGiveTheSameIdentity) {
   EXPECT_EQ(one->GetItemSeenGuid(), other->GetItemSeenGuid());
 }
 
-// Users' stores contain identities from every release.
+// Users' state stores contain identities from every release. Each release must therefore compute
+// these literals.
 TEST(Identity, StoredIdentitiesNeverChange) {
   const auto item = MakeItem({"EPIC-7", "export", "Export", "Exports files"}, {kFullRow});
   EXPECT_EQ(Seen({}).AsUTF8String(), "38f2e02d-6114-bd02-08f4-00fbcaf073d5");

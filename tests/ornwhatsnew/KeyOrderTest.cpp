@@ -24,7 +24,7 @@ Order RandomOrder(RandomSource& random) {
   return order;
 }
 
-// Returns keys to move, without duplicates. Some of them are not in the order.
+// Returns up to seven different random keys to move. The key order can lack some of them.
 MovingKeys RandomKeys(RandomSource& random) {
   MovingKeys keys;
   for (std::size_t count = random.Below(8); count > 0; --count) {

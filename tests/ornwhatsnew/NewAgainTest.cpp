@@ -34,7 +34,7 @@ const ChangeRow kZoom = {.version = "4.3",
 const ChangeRow kDrag = {.version = "4.3", .groupingID = "EPIC-1", .description = "Drags"};
 const ChangeRow kSync = {.version = "4.3", .groupingID = "EPIC-2", .description = "Syncs"};
 
-/// Returns the row after an edit.
+/// Applies `edit` to `row` and returns the edited row.
 template <class Edit>
 ChangeRow Edited(ChangeRow row, Edit edit) {
   edit(row);
@@ -48,8 +48,9 @@ class NewAgain : public test_support::FakeHostTest {
     host_.AddFeature({.internalKey = "sync", .epicKey = "EPIC-2", .name = "Sync"});
   }
 
-  /// Starts the application and opens its panel. Returns the text, which contains only new changes
-  /// and features; the list stores them as seen.
+  /// Creates a list from `data`, as an application does when it starts, and displays only new
+  /// features and changes. Returns the displayed text. The list stores the displayed features and
+  /// changes as seen.
   std::string Open(const std::string& data) {
     FeatureListData list(data, host_.Getter(), host_.Setter());
     return Format(list, kShowOnlyNew).text;
@@ -161,7 +162,8 @@ TEST_F(NewAgain, LocalisedTextIsNewOnlyIfItsKeyChanges) {
 TEST_F(NewAgain, FormattingOfTheFileDoesNotMakeAnythingNew) {
   const std::string data = DataFileText({kZoom, kDrag, kSync});
   Open(data);
-  // The rows of one feature keep their order.
+  // The rows of one feature now precede those of the other, but each feature's rows keep their
+  // order.
   EXPECT_FALSE(IsAnythingNew(DataFileText({kSync, kZoom, kDrag})));
   EXPECT_FALSE(IsAnythingNew("\xEF\xBB\xBF" + data));
   std::string crlf;
@@ -177,7 +179,7 @@ TEST_F(NewAgain, FormattingOfTheFileDoesNotMakeAnythingNew) {
   EXPECT_FALSE(IsAnythingNew(DataFileText({lower, kDrag, kSync})));
 }
 
-TEST_F(NewAgain, ChangeForAnotherPlatformStaysNewUntilItIsShown) {
+TEST_F(NewAgain, ChangeForAnotherPlatformRemainsNewUntilItIsShown) {
   const std::string data = DataFileText({kZoom, kDrag, kSync});
   host_.SetPlatform("Win");
   FeatureListData list(data, host_.Getter(), host_.Setter());

@@ -1,5 +1,4 @@
-// Compares the library with the plain implementation in random worlds. A world is a host with
-// features, a state store and data files.
+// Compares the library with the plain implementation for random hosts, states and data files.
 #include <gtest/gtest.h>
 
 #include <ornwhatsnew/FeatureListData.h>
@@ -62,7 +61,7 @@ constexpr const char* kTranslated[] = {
     "$$$/ornwhatsnewui/WhatsNewView/ParenthesizedCode",
     "$$$/ornwhatsnew/feature/nonewchanges/displaytemplate"};
 
-// A random host with features and a state store, and a source of random data files.
+// Provides a host with random features and a random state, and generates random data files for it.
 class World {
  public:
   explicit World(RandomSource& random) : random_(random) {
@@ -141,7 +140,8 @@ class World {
         random_.Pick(kPlatforms), random_.Pick(kURLs),    random_.Flip() ? "" : "abc123"};
     std::string row;
     for (const char* value : usual) row += Field(value) + ',';
-    // Two statements, because the operands of one "+" are evaluated in an unspecified order.
+    // Call `Field` and `Text` in separate statements. C++ does not specify the order in which the
+    // operands of "+" are evaluated. In one statement, the random row would depend on the compiler.
     row += Field("");
     row += Text();
     if (random_.OneIn(15)) row += ",";
@@ -153,8 +153,8 @@ class World {
   std::vector<std::string> internalKeys_;
 };
 
-// A list of the library and the same list in the plain implementation. Each has its own store, and
-// both stores have the same content.
+// A list of the library, and a list of the plain implementation with the same content. Each list
+// has its own state store. Both stores must always have the same content.
 class Pair {
  public:
   explicit Pair(World& world)
@@ -222,7 +222,7 @@ TEST(PlainPanel, MatchesTheLibraryInRandomWorlds) {
     for (int step = 0; step < kStepsPerWorld; ++step) {
       SCOPED_TRACE("step " + std::to_string(step));
       pair.Step(random, dataText);
-      if (testing::Test::HasFailure()) return;  // later differences may follow from the first one
+      if (testing::Test::HasFailure()) return;  // the first difference can cause later ones
     }
   }
 }

@@ -1,4 +1,5 @@
-// Tests the rating records, through which a host finds the feature of each rating control.
+// Tests the rating records. A host uses them to find the feature that belongs to each rating
+// control.
 #include <memory>
 #include <string>
 #include <vector>
@@ -40,8 +41,8 @@ class RatingRecord : public test_support::FakeHostTest {
     FeatureListData list(file.Text(), host_.Getter(), host_.Setter());
     return Format(list, options);
   }
-  // Returns the feature's record after a display. The feature has changes with the requests and
-  // saliences of `rows`.
+  // Displays a list and returns the rating record of the feature. The list adds each of `rows` to
+  // the feature, with the description "Text".
   std::shared_ptr<FeatureListItem> Record(std::vector<ChangeRow> rows = {}) {
     for (ChangeRow& row : rows) {
       row.groupingID = "EPIC-7";

@@ -23,7 +23,8 @@ std::ptrdiff_t CommandsNamed(const std::u16string& name) {
                             &CommandRegistry::Command::name);
 }
 
-// Calls a function of the library, because the linker would otherwise drop the library.
+// Calls a function of the library. Otherwise the linker would not include the library in the test
+// program.
 class Registration : public testing::Test {
  protected:
   Registration() { GetFullClientVersionString(); }
@@ -57,7 +58,7 @@ TEST_F(Registration, CanBeInitializedAgainAfterAShutdown) {
   }
 }
 
-// Lists of commands show the help text directly after the name.
+// A host that lists its commands writes the help text directly after the command's name.
 TEST_F(Registration, HelpTextDoesNotRepeatTheCommandsName) {
   InitializeContexts(EInitializerContextFlags::kConsole);
   const auto commands = CommandRegistry::Instance().ListCommands();

@@ -131,7 +131,8 @@ TEST_F(SeenState, MalformedIdentityBecomesTheNilIdentity) {
 
 TEST_F(SeenState, EmptyVersionIsKeptInMemoryButNotWritten) {
   State().Put(kVersionsKey, "24.0.0.1  25.0.0.1");
-  // An empty version has the number 0, which is within the range from 0 to 1.
+  // The number of an empty version is 0. The change is relevant to all versions from 0 up to, but
+  // not including, 1.
   FeatureListData& list =
       Load({{.version = "1", .groupingID = "MISC", .firstVersion = "0", .description = "Text"}});
   EXPECT_THAT(Format(list, kFilterRelevantVersion).text, HasSubstr("Text"));
@@ -148,7 +149,7 @@ TEST_F(SeenState, RunningVersionCountsAsAVersionTheUserRan) {
   EXPECT_THAT(Format(list, kFilterRelevantVersion).text, HasSubstr("Text"));
 }
 
-TEST_F(SeenState, ShownItemsStayNewUntilTheStateIsReadBack) {
+TEST_F(SeenState, ShownItemsRemainNewUntilTheStateIsReadAgain) {
   FeatureListData& list = Load({{.groupingID = "EPIC-1", .description = "Text"}});
   Format(list);
   EXPECT_TRUE(list.IsAnythingNew(kShowOnlyNew));
@@ -176,7 +177,7 @@ TEST_F(SeenState, NothingIsNewInAListWithoutItems) {
   EXPECT_FALSE(list.IsAnythingNeedingRating());
 }
 
-// A list with a feature that requests a rating and was shown in an earlier run.
+// Provides a new list. Its feature has a rating request and was shown by an earlier list.
 class Rating : public SeenState {
  protected:
   Rating() {
@@ -265,7 +266,7 @@ TEST_F(Rating, RatingViewDoesNotMarkChangesAsSeen) {
   EXPECT_THAT(StoredSeen(), Not(testing::Contains(change)));
 }
 
-// Tests of failing callbacks, and of callbacks that call the list.
+// The following tests use callbacks that throw or that call the list.
 
 TEST_F(SeenState, FailedRefreshChangesNothing) {
   State().Put(kSeenKey, kSomeGuid);

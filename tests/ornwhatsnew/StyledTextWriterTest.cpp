@@ -26,7 +26,8 @@ StyleRun RunAt(int start, int length, std::u16string text = {}) {
 
 class StyledText : public test_support::FakeHostTest {
  protected:
-  // Returns the run that one call of `CaptureStyle` records.
+  // Calls `CaptureStyle` once and returns the run that it records. `before` is the text before
+  // `string`.
   StyleRun Capture(const UTF16String& before, const UTF16String& string, int startAdjust = 0,
                    int lengthAdjust = 0, const UTF16String& runString = {}) const {
     StyleRunMap runs;

@@ -46,15 +46,15 @@ class ValidateCommand : public test_support::FakeHostTest {
     orncore::config::ShutdownContexts(EInitializerContextFlags::kConsole);
   }
 
-  // Runs the command with this argument and returns its output.
+  // Runs the command with this argument, stores its result in `result_`, and returns its output.
   std::string Validate(const std::string& argument) {
     std::basic_ostringstream<char16_t> output;
     result_ = CommandRegistry::Instance().RunLine(UTF8to16("ValidateWhatsNew " + argument), output);
     return UTF16to8(output.str());
   }
 
-  // Runs the command while the executor is busy, and joins the executor after `delay`. Joining
-  // cancels the read if the command has already submitted it.
+  // Runs the command while another task occupies the executor. Another thread joins the executor
+  // after `delay`, which cancels the read if the command has already submitted it.
   std::string ValidateWhileJoining(const std::string& argument, std::chrono::milliseconds delay) {
     auto& executor = orncore::filesupport::GetDefaultExecutor();
     executor.Submit([](const std::stop_token& stop) {
@@ -141,7 +141,8 @@ TEST_F(ValidateCommand, NeverWritesPersistedState) {
   EXPECT_EQ(store_->Entries(), before);
 }
 
-// The command parses the file with the state in the debug database. Only the queries show this.
+// The command reads the state from the debug database, but its output does not depend on the state.
+// Therefore the test records the queries.
 TEST_F(ValidateCommand, ReadsTheStateOfTheDebugDatabase) {
   class RecordingStore final : public orncore::debug::DebugStore {
    public:

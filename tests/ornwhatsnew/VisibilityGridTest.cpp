@@ -1,5 +1,5 @@
-// Compares the visibility of changes and items with the plain implementation. The tests combine all
-// display options with many records, hosts and states.
+// Compares the visibility rules for changes and items with the plain implementation. The tests
+// combine all display options with many changes, items, hosts and states.
 #include <string>
 #include <vector>
 
@@ -23,9 +23,10 @@ using test_support::PlainVersions;
 
 constexpr unsigned kOptionCombinations = 32;
 
-// Each number is a set of host properties. Its bits, from the lowest: the feature is enabled, the
-// feature is available, the user is internal, the debug switch shows all disabled features, usage
-// logging is off, the application is terminating. Other combinations would only repeat results.
+// Each element combines six properties of a host. From the lowest bit: the feature is enabled, the
+// feature is available to the user, the user is internal, the debug switch shows all disabled
+// features, usage logging is off, the application is terminating. The omitted combinations would
+// not test further rules.
 constexpr unsigned kHosts[] = {0, 1, 2, 4, 5, 6, 8, 12, 13, 16 + 1, 16 + 5, 32 + 1, 32 + 5};
 
 std::string Describe(const ChangeRow& row) {
@@ -79,9 +80,10 @@ class VisibilityGrid : public test_support::FakeHostTest {
     }
   }
 
-  // Compares items with this key and visibility, for several lists of changes. The set of
-  // identities is empty at first. The first change, the seen item and the rated item are added in
-  // turn.
+  // Compares items with this key and visibility, each with a different list of changes. The set of
+  // identities is empty at first. The function then adds the seen identity of the first change, the
+  // item's seen identity and the item's rated identity. It compares the results after each
+  // addition.
   void ExpectSameItems(const std::string& groupingKey, std::int32_t visibility) {
     const ChangeRow plain = {.description = "Plain"};
     const ChangeRow other = {.platform = "Win", .description = "Other"};

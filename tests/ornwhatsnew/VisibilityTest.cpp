@@ -179,7 +179,7 @@ TEST_F(ChangeVisibility, ShowForRatingRequiresARequest) {
   EXPECT_TRUE(MakeDetail(described)->ShowForRating(seen_));
 }
 
-// An item with the key "EPIC-1" by default. Its feature is enabled.
+// Provides an item. By default, the item has the key "EPIC-1" and belongs to an enabled feature.
 class ItemVisibility : public test_support::FakeHostTest {
  protected:
   ItemVisibility() { host_.AddFeature({.internalKey = "feature"}); }

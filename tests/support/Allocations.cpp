@@ -12,9 +12,9 @@
 namespace test_support {
 namespace {
 
-/// The header that precedes every block in memory.
+/// The header that is in memory directly before each allocated block.
 struct alignas(std::max_align_t) BlockHead {
-  std::uint64_t mark;
+  std::uint64_t state;
   std::size_t size;
 };
 
@@ -25,7 +25,8 @@ thread_local std::size_t allocations = 0;
 thread_local bool isFailingThread = false;
 std::atomic<std::ptrdiff_t> liveAllocations = 0;
 
-/// The active failure. `left` is meaningful only while `isOn` is true.
+/// The failure that the current `AllocationFailure` requests. While `isOn` is true, `left` counts
+/// the allocations up to the first one that fails.
 struct {
   std::atomic<bool> isOn = false;
   std::atomic<bool> hasHappened = false;
@@ -49,9 +50,9 @@ bool ShouldFail() noexcept {
 }
 
 #if !defined(__SANITIZE_ADDRESS__)
-/// Delays the release of the most recently freed small blocks. Their header still holds the mark
-/// `kFreed`, so a second free of such a block is detected. AddressSanitizer detects it without this
-/// help, and it must receive freed blocks immediately.
+/// Delays freeing a small block until 1024 more small blocks have been released. Until then, the
+/// header of the block contains `kFreed`, so `HeadOf` detects a second free. AddressSanitizer
+/// detects a second free itself, but only if blocks are freed immediately.
 void Release(BlockHead* head) noexcept {
   constexpr std::size_t kLargestKept = 4096;
   static constinit std::mutex mutex;
@@ -74,8 +75,8 @@ void Release(BlockHead* head) noexcept {
 
 BlockHead* HeadOf(void* block) noexcept {
   BlockHead* const head = static_cast<BlockHead*>(block) - 1;
-  if (head->mark == kFreed) Die("a block was freed twice\n");
-  if (head->mark != kLive) Die("a block was freed that was never allocated\n");
+  if (head->state == kFreed) Die("a block was freed twice\n");
+  if (head->state != kLive) Die("a block was freed that was never allocated\n");
   return head;
 }
 
@@ -91,7 +92,7 @@ void* Allocate(std::size_t size) {
 void Free(void* block) noexcept {
   if (block == nullptr) return;
   BlockHead* const head = HeadOf(block);
-  head->mark = kFreed;
+  head->state = kFreed;
   --liveAllocations;
   Release(head);
 }
@@ -133,8 +134,9 @@ bool AllocationFailure::HasHappened() const noexcept {
 
 }  // namespace test_support
 
-// By default the other forms of `new` and `delete` call the first form. Sanitizers replace each
-// form separately, so each must be defined here. The forms for over-aligned types are not replaced.
+// By default, the other forms of `new` and `delete` call the first form. Sanitizers replace each
+// form separately, so this file must define each form. It does not replace the forms for
+// over-aligned types.
 void* operator new(std::size_t size) {
   return test_support::Allocate(size);
 }
@@ -165,7 +167,7 @@ void operator delete[](void* block) noexcept {
 
 void operator delete(void* block, std::size_t size) noexcept {
   if (block != nullptr && test_support::HeadOf(block)->size != size) {
-    test_support::Die("a block was freed with a wrong size\n");
+    test_support::Die("a block was freed with the wrong size\n");
   }
   test_support::Free(block);
 }

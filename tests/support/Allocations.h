@@ -9,15 +9,15 @@
 
 namespace test_support {
 
-/// Returns whether the program uses the replaced functions. It does not under valgrind, which
-/// installs its own allocator. Then no allocation is counted and none fails.
+/// Returns whether the program uses the replacement functions. Returns false under valgrind, which
+/// installs its own allocator. In this case, no allocation is counted, and none is made to fail.
 bool AreAllocationsReplaced() noexcept;
 
-/// Returns the number of allocations of the calling thread since the program started. Under
-/// valgrind the result is 0, so tests must expect only an upper limit.
+/// Returns the number of allocations that the calling thread has made. Under valgrind the result is
+/// 0, so tests can check only upper limits.
 std::size_t AllocationsSoFar() noexcept;
 
-/// Returns the number of allocations that `work` makes on the calling thread.
+/// Calls `work` and returns the number of allocations that it makes on the calling thread.
 template <class Work>
 std::size_t CountAllocations(Work work) {
   const std::size_t before = AllocationsSoFar();
@@ -27,25 +27,26 @@ std::size_t CountAllocations(Work work) {
 
 /// Returns the number of blocks that any thread has allocated and no thread has freed.
 ///
-/// The replaced functions abort the program if a block is freed twice, with a wrong size, or if
-/// another allocator allocated it.
+/// The replacement functions abort the program if a block is freed twice, is freed with the wrong
+/// size, or was allocated by another allocator.
 std::ptrdiff_t LiveAllocations() noexcept;
 
-/// How many allocations fail.
+/// Selects how many allocations fail.
 enum class FailureExtent {
   kOne,      ///< only the n-th allocation
   kAllFrom,  ///< the n-th allocation and all later ones
 };
 
-/// On which threads allocations are counted and fail.
+/// Selects the threads on which allocations are counted and fail.
 enum class FailureThreads {
   kThis,  ///< only on the thread that creates the `AllocationFailure`
   kAll,   ///< on all threads
 };
 
-/// Makes allocations throw `std::bad_alloc` while it exists. `n` counts from the construction: 1 is
-/// the next allocation, 0 lets none fail. Only one object may exist at a time. Use it from one
-/// thread.
+/// Makes the n-th allocation after its construction throw `std::bad_alloc`. If `n` is 0, no
+/// allocation fails. `extent` selects whether later allocations also fail, and `threads` selects
+/// the threads whose allocations count. The failures end when the object is destroyed. Only one
+/// object may exist at a time, and only one thread may use it.
 class AllocationFailure {
  public:
   AllocationFailure(std::size_t n, FailureExtent extent, FailureThreads threads) noexcept;
@@ -53,10 +54,10 @@ class AllocationFailure {
   AllocationFailure(const AllocationFailure&) = delete;
   AllocationFailure& operator=(const AllocationFailure&) = delete;
 
-  /// Stops the failures early. Later allocations succeed.
+  /// Ends the failures before the object is destroyed. Later allocations succeed.
   void Stop() noexcept;
 
-  /// Returns whether an allocation has failed.
+  /// Returns whether this object has made an allocation fail.
   bool HasHappened() const noexcept;
 };
 

@@ -15,7 +15,7 @@ class Allocations : public testing::Test {
     if (!AreAllocationsReplaced()) GTEST_SKIP() << "another allocator is in use";
   }
 
-  /// Returns whether the next allocation of the calling thread throws.
+  /// Allocates and frees a block. Returns whether the allocation threw `std::bad_alloc`.
   static bool NextFails() {
     try {
       ::operator delete(::operator new(8));
@@ -33,7 +33,7 @@ TEST_F(Allocations, AreCountedForEachThread) {
   EXPECT_LE(AllocationsSoFar() - before, 1U) << "only the start of the thread may allocate";
 }
 
-// Sanitizers define these forms, too, but the program must use our replacement.
+// Sanitizers also define these forms, but the program must use the replacement functions.
 TEST_F(Allocations, AreCountedInEveryForm) {
   EXPECT_EQ(CountAllocations([] { ::operator delete[](::operator new[](8)); }), 1U);
   EXPECT_EQ(CountAllocations([] { ::operator delete(::operator new(8, std::nothrow)); }), 1U);
@@ -101,7 +101,8 @@ TEST_F(Allocations, FailForOtherThreadsOnlyOnRequest) {
 using AllocationsDeathTest = Allocations;
 
 TEST_F(AllocationsDeathTest, FreeingABlockTwiceEndsTheProgram) {
-  // The compiler would reject a second direct call.
+  // The test calls `delete` through a pointer, because the compiler would reject a second direct
+  // call.
   void (*volatile freeBlock)(void*) = ::operator delete;
   EXPECT_DEATH(
       {
@@ -112,9 +113,9 @@ TEST_F(AllocationsDeathTest, FreeingABlockTwiceEndsTheProgram) {
       "freed twice|heap-use-after-free");
 }
 
-// Some compilers call the sized form of `delete` only with an option.
+// Some compilers call the sized form of `delete` only if an option is set.
 #ifdef __cpp_sized_deallocation
-TEST_F(AllocationsDeathTest, FreeingABlockWithAWrongSizeEndsTheProgram) {
+TEST_F(AllocationsDeathTest, FreeingABlockWithTheWrongSizeEndsTheProgram) {
   EXPECT_DEATH(::operator delete (::operator new(8), std::size_t{9}), "wrong size");
 }
 #endif

@@ -1,4 +1,5 @@
-// Builds records and data files for tests. A test sets only the fields that matter to it.
+// Builds changes, items and data files for tests. A test sets only the fields that it needs; the
+// others are empty.
 #ifndef TESTS_SUPPORT_BUILDERS_H_
 #define TESTS_SUPPORT_BUILDERS_H_
 
@@ -14,7 +15,7 @@
 
 namespace test_support {
 
-/// The ten fields of a change row, in the order of the data file.
+/// The ten fields of a change row, in column order.
 struct ChangeRow {
   std::string version = {};
   std::string groupingID = {};
@@ -35,17 +36,17 @@ class DataFile {
  public:
   DataFile();
 
-  /// Adds a row with ten fields. Puts a field that contains a comma in quotes.
+  /// Adds a row with ten fields. Puts quotes around each field that contains a comma.
   DataFile& Row(const ChangeRow& row);
-  /// Adds the row that sets the changes-since version.
+  /// Adds a row that sets the changes-since version to `version`.
   DataFile& ChangesSince(std::string_view version);
-  /// Adds a line unchanged. Use it for rows that `Row` cannot write.
+  /// Adds `line` unchanged, and a newline. Use it for rows that `Row` cannot write.
   DataFile& Line(std::string_view line);
 
   /// Returns the text of the data file. Every line ends with a newline.
   const std::string& Text() const { return text_; }
 
-  /// Returns the usual header row, without a newline.
+  /// Returns the header row that the constructor adds, without its newline.
   static std::string_view Header();
 
  private:
@@ -55,11 +56,11 @@ class DataFile {
 /// Returns the text of a data file that consists of the header row and `rows`.
 std::string DataFileText(std::initializer_list<ChangeRow> rows);
 
-/// Returns a change with the fields of `row`, unchanged. The parser of data files would convert
-/// some fields to lower case.
+/// Returns a change with exactly the fields of `row`. In contrast, the parser of data files
+/// converts some fields to lower case.
 std::shared_ptr<ornwhatsnew::FeatureListDetail> MakeDetail(const ChangeRow& row);
 
-/// The fields of an item.
+/// The constructor arguments of an item. All have defaults.
 struct ItemTexts {
   std::string groupingKey = {};
   std::string internalKey = {};
@@ -68,7 +69,8 @@ struct ItemTexts {
   std::int32_t visibility = 0;
 };
 
-/// Returns an item with the fields `texts` and one change for each row, in order.
+/// Returns an item that is constructed from `texts` and contains a change for each of `changes`, in
+/// the same order.
 std::shared_ptr<ornwhatsnew::FeatureListItem> MakeItem(const ItemTexts& texts,
                                                        const std::vector<ChangeRow>& changes = {});
 

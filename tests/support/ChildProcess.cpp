@@ -35,7 +35,8 @@ void WriteWhole(int descriptor, const std::string& text) {
   }
 }
 
-/// The two ends of a stream: `ours` belongs to the test, `theirs` to the program.
+/// The descriptors of the two ends of a stream. The test uses `ours`, and the program uses
+/// `theirs`.
 struct Stream {
   int ours = -1;
   int theirs = -1;
@@ -59,7 +60,7 @@ Stream Terminal(unsigned short columns, const std::string& typed) {
   Stream stream;
   termios settings{};
   ::cfmakeraw(&settings);
-  // Canonical mode is needed so that Ctrl-D ends the input. Raw mode has switched the echo off.
+  // Ctrl-D ends the input only in canonical mode. `cfmakeraw` has already switched off the echo.
   settings.c_lflag |= ICANON;
   settings.c_cc[VEOF] = '\x04';
   winsize size{};
@@ -105,7 +106,8 @@ class Invocation {
   std::vector<char*> environmentPointers_;
 };
 
-/// Replaces the child process by the program. Must not allocate.
+/// Connects the standard streams of the child process to the three descriptors and executes the
+/// program. Must not allocate memory.
 [[noreturn]] void BecomeProgram(const Invocation& invocation, const ProgramCall& call, int input,
                                 int output, int errors) {
   ::dup2(input, STDIN_FILENO);
@@ -116,12 +118,14 @@ class Invocation {
   ::_exit(kCannotStart);
 }
 
-/// Appends the available bytes of a stream to `text`. Returns false at the end of the stream.
+/// Appends the available bytes of a stream to `text`. Returns false at the end of the stream or if
+/// the read fails.
 bool ReadSome(int descriptor, std::string& text) {
   std::array<char, 65536> buffer{};
   const ssize_t count = ::read(descriptor, buffer.data(), buffer.size());
   if (count < 0 && errno == EINTR) return true;
-  // A read from a terminal fails with EIO after the program has closed its end.
+  // After the program has closed its end, a read from a terminal fails with EIO instead of
+  // returning 0.
   if (count <= 0) return false;
   text.append(buffer.data(), static_cast<std::size_t>(count));
   return true;
@@ -178,7 +182,7 @@ ProgramResult ChildProcess::Wait() {
 }
 
 void ChildProcess::ReadStreams(ProgramResult& result) {
-  // poll ignores a descriptor of -1.
+  // `poll` ignores the descriptor of a closed stream, which is -1.
   while (output_ >= 0 || errors_ >= 0) {
     std::array<pollfd, 2> polled = {pollfd{output_, POLLIN, 0}, pollfd{errors_, POLLIN, 0}};
     if (::poll(polled.data(), polled.size(), -1) < 0 && errno != EINTR) ThrowSystemError("poll");

@@ -1,5 +1,5 @@
-// A host for tests. It provides all services that the library queries. A test can set each service
-// separately; all are reset after the test.
+// Provides a host for tests. It implements all services that the library queries, and tests can set
+// the results of each service.
 #ifndef TESTS_SUPPORT_FAKEHOST_H_
 #define TESTS_SUPPORT_FAKEHOST_H_
 
@@ -28,7 +28,7 @@ struct FakeFeature {
 };
 
 /// Replaces the process-wide services with its own while it exists. The constructor and the
-/// destructor reset all services to their defaults. A change takes effect with the next query. Only
+/// destructor reset all services to their defaults. A new value applies from the next query. Only
 /// one object may exist at a time. Not thread-safe.
 class FakeHost {
  public:
@@ -48,26 +48,29 @@ class FakeHost {
   void SetUsageLogging(bool logging);
   void SetInternalFeaturesAllowed(bool allowed);
 
-  /// Adds a feature or replaces the one with the same internal key.
+  /// Adds a feature, or replaces the feature with the same internal key.
   void AddFeature(const FakeFeature& feature);
-  /// Removes a feature. Throws `std::logic_error` if it is not in the table.
+  /// Removes a feature. Throws `std::logic_error` if the feature is not in the table.
   void RemoveFeature(std::string_view internalKey);
-  /// Switch a feature on or off, or make it available to the user. Throw `std::logic_error` if it
-  /// is not in the table.
+  /// Set whether a feature is switched on, and whether the user can switch it on. Throw
+  /// `std::logic_error` if the feature is not in the table.
   void SetFeatureEnabled(std::string_view internalKey, bool enabled);
   void SetFeatureAvailableForUser(std::string_view internalKey, bool available);
 
-  /// Set and return an entry of the debug database.
+  /// Set and return an entry of the debug database. `DebugEntry` returns an empty string if there
+  /// is no entry.
   void SetDebugEntry(std::string_view key, std::string_view value);
   std::string DebugEntry(std::string_view key) const;
-  /// Set the two debug switches. They affect only internal users.
+  /// Set the debug switches that show disabled features and unlock codes. These switches affect
+  /// only internal users.
   void ShowAllOffFeatures(bool show);
   void ShowAllUnlockCodes(bool show);
 
-  /// Adds an entry to the dictionary. `key` is the part of a key text before the `=`.
+  /// Adds the translation `text` of `key` to the dictionary, or replaces it. `key` is the part of a
+  /// key text before the `=`.
   void AddTranslation(std::string_view key, std::string_view text);
 
-  /// Return the state store, and the callbacks of a list that uses it.
+  /// Return the state store, and a getter and a setter that use it.
   FakeStateStore& State() { return state_; }
   std::function<std::string(const std::string&)> Getter() { return state_.Getter(); }
   std::function<void(const std::string&, const std::string&)> Setter() { return state_.Setter(); }

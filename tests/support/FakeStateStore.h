@@ -1,4 +1,5 @@
-// A state store for tests. It stores strings by key, logs all writes, and can fail on demand.
+// Provides a state store for tests. It stores strings by key, logs all setter calls, and can fail
+// on demand.
 #ifndef TESTS_SUPPORT_FAKESTATESTORE_H_
 #define TESTS_SUPPORT_FAKESTATESTORE_H_
 
@@ -12,13 +13,13 @@
 
 namespace test_support {
 
-/// Thrown by a call that a test has set to fail.
+/// Thrown by a callback or service if a test makes its call fail.
 class InjectedFailure : public std::runtime_error {
  public:
   using std::runtime_error::runtime_error;
 };
 
-/// The state store of a list. It must outlive the callbacks that it returns. Not thread-safe.
+/// A state store in memory. It must outlive the callbacks that it returns. Not thread-safe.
 class FakeStateStore {
  public:
   using Texts = std::map<std::string, std::string, std::less<>>;
@@ -33,25 +34,27 @@ class FakeStateStore {
   std::function<std::string(const std::string&)> Getter();
   std::function<void(const std::string&, const std::string&)> Setter();
 
-  /// Stores a string, as if an earlier run of the host had written it. Not logged; never fails.
+  /// Stores `value` under `key`, as if an earlier run of the host had written it. Does not log the
+  /// write and ignores `FailSetterCall`.
   void Put(std::string key, std::string value);
-  /// Replaces all strings. Not logged; never fails.
+  /// Replaces all stored strings. Does not log a write and ignores `FailSetterCall`.
   void Replace(Texts texts) { texts_ = std::move(texts); }
-  /// Returns the text of a key, or an empty string if there is none. Not counted; never fails.
+  /// Returns the string that is stored under `key`, or an empty string if there is none. Does not
+  /// count as a getter call and ignores `FailGetterCall`.
   std::string Text(std::string_view key) const;
   const Texts& AllTexts() const { return texts_; }
 
-  /// Returns the log: the setter calls that succeeded, in order.
+  /// Returns the log, which contains the successful setter calls in order.
   const std::vector<Write>& Writes() const { return writes_; }
   /// Returns the log and clears it.
   std::vector<Write> TakeWrites() { return std::exchange(writes_, {}); }
 
-  /// Return the number of calls since the construction, including failed calls.
+  /// Return the number of getter calls and of setter calls so far. Failed calls count.
   int GetterCalls() const { return getterCalls_; }
   int SetterCalls() const { return setterCalls_; }
 
-  /// Make the n-th later call throw `InjectedFailure`, once. 1 is the next call; 0 lets no call
-  /// fail. A failed setter call changes neither the strings nor the log.
+  /// Make the n-th of the following calls throw `InjectedFailure`. The calls after it succeed. If
+  /// `n` is 0, no call fails. A failed setter call changes neither the stored strings nor the log.
   void FailGetterCall(int n) { getterFailsIn_ = n; }
   void FailSetterCall(int n) { setterFailsIn_ = n; }
 

@@ -1,4 +1,4 @@
-// Helpers for expectations on lists and formatted texts.
+// Provides functions with which tests check the content of lists and panels.
 #ifndef TESTS_SUPPORT_MATCHERS_H_
 #define TESTS_SUPPORT_MATCHERS_H_
 
@@ -15,17 +15,17 @@
 
 namespace test_support {
 
-/// Returns the keys of a list in display order.
+/// Returns the keys of a list in key order.
 std::vector<std::string> KeyOrder(const ornwhatsnew::FeatureListData& list);
 
-/// Returns the item with a key. Throws `std::logic_error` if there is none.
+/// Returns the item that has `key`. Throws `std::logic_error` if the list has no such item.
 const ornwhatsnew::FeatureListItem& ItemOf(const ornwhatsnew::FeatureListData& list,
                                            std::string_view key);
 
 /// Returns the descriptions of an item's changes, in order.
 std::vector<std::string> ChangeDescriptions(const ornwhatsnew::FeatureListItem& item);
 
-/// Returns the sorted elements of a persisted list. The result of an empty string is empty.
+/// Returns the sorted elements of a persisted list. If the string is empty, there are no elements.
 std::vector<std::string> SortedPieces(std::string_view persistedList);
 
 /// The results of a display call. `text` is UTF-8.
@@ -35,17 +35,18 @@ struct Display {
   ornwhatsnew::RatingMap ratingItems;
 
   /// Returns the part of `text` that each run of a style covers, in the order of recording.
-  /// Truncates a run that extends past the end of `text`.
+  /// Truncates a run that extends past the end of `text`. Throws `std::logic_error` if a start or
+  /// length is negative.
   std::vector<std::string> Pieces(ornwhatsnew::StyleID style) const;
-  /// Returns the string that each run of a style holds, in the order of recording.
+  /// Returns the string of each run of a style in UTF-8, in the order of recording.
   std::vector<std::string> Strings(ornwhatsnew::StyleID style) const;
 };
 
-/// Formats the list for display and returns all results of the call.
+/// Displays the list and returns all results. `ratingPlaceholder` is UTF-8.
 Display Format(ornwhatsnew::FeatureListData& list, ornwhatsnew::DisplayOptions options = {},
                std::string_view ratingPlaceholder = "");
 
-/// Matches a UTF-16 text that is equal to the UTF-8 text `expected`.
+/// Matches a UTF-16 string that equals the UTF-8 string `expected` after conversion.
 MATCHER_P(IsText, expected, "") {
   const std::string actual = orncore::string::UTF16to8(arg);
   *result_listener << "which is \"" << actual << '"';

@@ -8,7 +8,7 @@
 //   EXPECT_EQ(FormatWithLibrary(list, state, options, placeholder), expected);
 //
 // It computes the position of each style run from the complete text so far. It splits rows and
-// fields with Boost's tokenizer, and moves each key separately.
+// fields with Boost's tokenizer, and changes the key order one key at a time.
 //
 // It shares some code with the library: the host's services (client information, feature table,
 // localizer and its markup, debug database, usage logging), the `Guid` class, and the types of
@@ -35,7 +35,7 @@
 
 namespace test_support {
 
-/// A rating record.
+/// A rating record in the plain implementation.
 struct PlainRatingRecord {
   std::string internalKey;
   std::string name;
@@ -46,7 +46,7 @@ struct PlainRatingRecord {
   friend bool operator==(const PlainRatingRecord&, const PlainRatingRecord&) = default;
 };
 
-/// All results of one display call.
+/// The results and the setter calls of one display call.
 struct PanelOutcome {
   std::u16string text;
   ornwhatsnew::StyleRunMap runs;
@@ -60,8 +60,8 @@ struct PanelOutcome {
 /// Writes an outcome to `stream`. GoogleTest calls it when a comparison fails.
 std::ostream& operator<<(std::ostream& stream, const PanelOutcome& outcome);
 
-/// Formats the list with the library and returns all results. `state` must be the store of the
-/// list's callbacks. Clears the log of `state`.
+/// Displays the list with the library and returns all results. `options` are the bits of display
+/// options. `state` must be the store that the list's callbacks use; the function clears its log.
 PanelOutcome FormatWithLibrary(ornwhatsnew::FeatureListData& list, FakeStateStore& state,
                                unsigned options, const std::u16string& ratingPlaceholder);
 
@@ -75,22 +75,22 @@ std::string FirstDifference(const ornwhatsnew::FeatureListData& list, const Plai
 class PlainPanel {
  public:
   using Texts = FakeStateStore::Texts;
-  /// The items by key. An entry has no item if its key was looked up and not found.
+  /// The items by key. An entry is empty if the list looked up its key but had no item for it.
   using Items = std::map<std::string, std::optional<PlainItem>>;
 
   /// Creates an empty list that reads and writes its state in `store`, which must outlive the list.
   /// Queries the host for the full version.
   explicit PlainPanel(Texts& store);
 
-  /// Reads the state and loads the text of a data file. May be called repeatedly.
+  /// Reads the state and replaces the content of the list with that of the data file `dataText`.
   void Load(const std::string& dataText);
 
-  /// Formats the list for display, writes the state, and returns all results. `options` are the
-  /// bits of display options.
+  /// Displays the list, writes the state, and returns all results. `options` are the bits of
+  /// display options.
   PanelOutcome Format(unsigned options, std::u16string_view ratingPlaceholder);
   /// Returns whether a display with these options would show an item.
   bool IsAnythingNew(unsigned options) const;
-  /// Marks an item as rated and writes the state. Ignores sections and unknown keys.
+  /// Stores the rated identity of an item in the state. Ignores sections and unknown keys.
   void MarkItemHasBeenRated(const std::string& key);
 
   /// Returns the keys in key order.

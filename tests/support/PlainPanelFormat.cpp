@@ -1,4 +1,4 @@
-// The panel of the plain implementation.
+// Writes the panel of the plain implementation.
 #include <cstdint>
 #include <memory>
 
@@ -35,7 +35,7 @@ std::u16string Fill(std::u16string_view pattern, std::u16string_view argument) {
   return PlainReplace(pattern, u"@0", argument);
 }
 
-// Replaces both arguments in one pass, so that it does not search inserted text.
+// Replaces `@0` and `@1` in one pass, so that the function does not search the inserted arguments.
 std::u16string Fill(std::u16string_view pattern, std::u16string_view first,
                     std::u16string_view second) {
   std::u16string result;
@@ -55,7 +55,7 @@ int Measure(std::u16string_view text, int adjustment) {
 
 }  // namespace
 
-// Writes the text and the style runs of one panel to an outcome.
+// Writes the text, the style runs and the rating records of one display to a `PanelOutcome`.
 class PlainPanel::Formatting {
  public:
   Formatting(unsigned options, std::u16string_view placeholder, PanelOutcome& outcome)

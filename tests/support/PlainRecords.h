@@ -1,6 +1,6 @@
-// The changes and items of the plain implementation. They compute their identities and their
-// visibility without the library. They share the host's services and the `Guid` class with the
-// library.
+// Provides the changes and items of the plain implementation. They compute their identities and
+// their visibility without the library. They share the host's services and the `Guid` class with
+// the library.
 #ifndef TESTS_SUPPORT_PLAINRECORDS_H_
 #define TESTS_SUPPORT_PLAINRECORDS_H_
 
@@ -17,7 +17,9 @@ namespace test_support {
 using PlainGuids = std::set<orncore::utility::Guid>;
 using PlainVersions = std::set<std::string>;
 
-/// A change: the ten fields of its row and two flags.
+/// A change in the plain implementation: the ten fields of its row and two flags. `duplicateURL` is
+/// true if the change has a URL but its item already had a link. `unmatched` is true if no item has
+/// the grouping ID or the story ID as key.
 struct PlainChange {
   std::string description = {};
   std::string versionAdded = {};
@@ -32,23 +34,25 @@ struct PlainChange {
   bool duplicateURL = false;
   bool unmatched = false;
 
-  /// Return whether a field is malformed. An empty platform or salience is not; an empty URL is.
+  /// Return whether a field is malformed. An empty platform or salience is well-formed, but an
+  /// empty URL is malformed.
   bool HasMalformedPlatform() const;
   bool HasMalformedSalience() const;
   bool HasMalformedURL() const;
 
-  /// Return the identities of the change.
+  /// Return the seen and the rated identity of the change.
   orncore::utility::Guid Seen() const;
   orncore::utility::Guid Rated() const;
 
-  /// Returns whether the change is shown with these display options. `versions` are the versions
-  /// that the user has run.
+  /// Returns whether the change is shown with these display options. `seen` contains the identities
+  /// from the state, and `versions` contains the versions that the user has run. Queries the host
+  /// for its platform.
   bool IsShown(unsigned options, const PlainGuids& seen, const PlainVersions& versions) const;
 
   friend bool operator==(const PlainChange&, const PlainChange&) = default;
 };
 
-/// A feature or a section.
+/// A feature or a section in the plain implementation.
 struct PlainItem {
   std::string groupingKey = {};
   std::string internalKey = {};
@@ -59,24 +63,26 @@ struct PlainItem {
   std::string viewMoreURL = {};
   std::vector<PlainChange> changes = {};
 
-  /// Appends a change. May set the link and the internal override.
+  /// Appends a change. Sets the link and the internal override of the item if the change requires
+  /// it.
   void Add(PlainChange change);
 
-  /// Return the identities of the item.
+  /// Return the seen and the rated identity of the item.
   orncore::utility::Guid Seen() const;
   orncore::utility::Guid Rated() const;
 
-  /// Returns whether the item is shown with these display options. Queries the host's services.
+  /// Returns whether the item is shown with these display options. `seen` and `versions` are as for
+  /// a change. Queries the host's services.
   bool IsShown(unsigned options, const PlainGuids& seen, const PlainVersions& versions) const;
 };
 
-/// Returns whether usage logging is off for a user who is not an internal user. Such a user cannot
+/// Returns true if usage logging is off and the user is not an internal user. Such a user cannot
 /// rate features.
 bool PlainAnalyticsDisabled();
-/// Returns whether the list shows an internal user the features that are switched off, too.
+/// Returns whether the user is internal and the debug switch makes the list show disabled features.
 bool PlainShowsAllOffFeatures();
 
-/// Return copies of the records of the library.
+/// Return copies of a change and an item of the library.
 PlainChange PlainCopy(const ornwhatsnew::FeatureListDetail& change);
 PlainItem PlainCopy(const ornwhatsnew::FeatureListItem& item);
 

@@ -23,7 +23,8 @@ std::u16string FromICU(const icu::UnicodeString& text) {
   return {text.getBuffer(), static_cast<std::size_t>(text.length())};
 }
 
-// Parses an optional sign and digits. Returns 0 for other text and outside the signed 64-bit range.
+// Returns the number that an optional sign and digits represent. Returns 0 if `text` has another
+// form or if the number is outside the range of std::int64_t.
 std::int64_t PlainNumber(std::string_view text) {
   const bool negative = text.starts_with('-');
   if (negative || text.starts_with('+')) text.remove_prefix(1);

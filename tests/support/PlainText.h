@@ -1,5 +1,5 @@
-// The text functions of the plain implementation. They use ICU, Boost's tokenizer and the reference
-// implementation of the hash. They share only the `Guid` class with the library.
+// Provides the text functions of the plain implementation. They use ICU, Boost's tokenizer and the
+// reference implementation of the hash. They share only the `Guid` class with the library.
 #ifndef TESTS_SUPPORT_PLAINTEXT_H_
 #define TESTS_SUPPORT_PLAINTEXT_H_
 
@@ -12,10 +12,10 @@
 
 namespace test_support {
 
-/// Return `text` in the other encoding. Ill-formed input becomes U+FFFD.
+/// Convert between UTF-8 and UTF-16. Replace ill-formed input with U+FFFD.
 std::u16string PlainUTF8to16(std::string_view text);
 std::string PlainUTF16to8(std::u16string_view text);
-/// Return `text` in lower and upper case, in the same way in every locale.
+/// Return `text` in lower case and in upper case. The results do not depend on the locale.
 std::u16string PlainLower(std::u16string_view text);
 std::u16string PlainUpper(std::u16string_view text);
 
@@ -25,11 +25,11 @@ std::u16string PlainReplace(std::u16string_view text, std::u16string_view patter
                             std::u16string_view replacement);
 
 /// Returns the elements between the separators. There is an empty element between adjacent
-/// separators. An empty text has one empty element.
+/// separators. An empty string has one empty element.
 std::vector<std::string> PlainSplit(std::string_view text, char separator);
 
-/// Returns the elements that Boost's tokenizer finds with these separators and quotes and without
-/// escape characters.
+/// Returns the elements that Boost's tokenizer finds in `text`. Each character of `separator` ends
+/// an element, except between characters of `quote`. There are no escape characters.
 std::vector<std::string> PlainCut(const std::string& text, const std::string& separator,
                                   const std::string& quote);
 /// Returns the fields of a row. Replaces ill-formed UTF-8 and removes carriage returns and
@@ -38,20 +38,21 @@ std::vector<std::string> PlainFields(const std::string& row);
 
 /// Returns the UTF-8 string `text` in lower case.
 std::string PlainLower8(std::string_view text);
-/// Returns whether two UTF-8 strings are equal in lower case.
+/// Returns whether two UTF-8 strings have the same lower-case form.
 bool PlainEqualIgnoringCase(std::string_view a, std::string_view b);
-/// Return whether `key` is the key of a section, or of one of the sections INTERNAL and UNREVIEWED.
+/// Return whether `key` is the key of a section, and whether it is INTERNAL or UNREVIEWED. The
+/// letter case of `key` does not matter.
 bool PlainIsSection(std::string_view key);
 bool PlainIsInternalSection(std::string_view key);
 /// Returns whether `text` is a key text.
 bool PlainIsZString(std::string_view text);
-/// Returns the part of `text` on which identities depend: the localisation key of a key text with a
-/// default text, and other strings unchanged.
+/// Returns the part of `text` on which identities depend. For a key text with a default text, this
+/// is the key without the prefix `private/`. Returns other strings unchanged.
 std::string PlainHashablePortion(std::string_view text);
 /// Returns a version as a number in which each component has 1000 times the weight of the next.
 std::int64_t PlainVersionNumber(std::string_view version);
 
-/// Returns the identity hash of the bytes.
+/// Returns the hash of `bytes`, computed with the hash function of identities.
 orncore::utility::Guid PlainHash(std::string_view bytes);
 
 }  // namespace test_support

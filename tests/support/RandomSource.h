@@ -1,4 +1,4 @@
-// Reproducible random data for tests. A seed gives the same data on every system.
+// Generates reproducible random data for tests. The same seed gives the same data on every system.
 #ifndef TESTS_SUPPORT_RANDOMSOURCE_H_
 #define TESTS_SUPPORT_RANDOMSOURCE_H_
 
@@ -24,7 +24,7 @@ class RandomSource {
   /// Returns true with a probability of 1 in 2.
   bool Flip() { return OneIn(2); }
 
-  /// Returns an element of an array or a container. REQUIRES: it is not empty.
+  /// Returns a random element of an array or a container. REQUIRES: `range` is not empty.
   template <class Range>
   const auto& Pick(const Range& range) {
     return *std::next(std::begin(range), static_cast<std::ptrdiff_t>(Below(std::size(range))));

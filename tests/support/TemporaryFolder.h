@@ -1,4 +1,4 @@
-// A temporary folder for a test.
+// Provides a temporary folder for a test.
 #ifndef TESTS_SUPPORT_TEMPORARYFOLDER_H_
 #define TESTS_SUPPORT_TEMPORARYFOLDER_H_
 
@@ -13,8 +13,8 @@
 
 namespace test_support {
 
-/// Creates a folder in the system's folder for temporary files. The destructor removes it with its
-/// content. The constructor throws `std::system_error` on failure.
+/// A new folder in the system's folder for temporary files. The destructor removes the folder with
+/// its content. The constructor throws `std::system_error` on failure.
 class TemporaryFolder {
  public:
   TemporaryFolder() {

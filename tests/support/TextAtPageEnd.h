@@ -1,5 +1,5 @@
-// Text that is followed by unreadable memory. A read past its end crashes the program in every
-// build.
+// Provides strings that are followed by unreadable memory. A read past the end of a string crashes
+// the program in every build.
 #ifndef TESTS_SUPPORT_TEXTATPAGEEND_H_
 #define TESTS_SUPPORT_TEXTATPAGEEND_H_
 
@@ -15,7 +15,8 @@
 
 namespace test_support {
 
-/// Holds a copy of a string that ends immediately before an unreadable page.
+/// A buffer for a copy of a string. The copy ends immediately before an unreadable page. The
+/// constructor throws `std::system_error` if it cannot allocate the pages.
 class TextAtPageEnd {
  public:
   TextAtPageEnd() : pageSize_(static_cast<std::size_t>(::sysconf(_SC_PAGESIZE))) {
@@ -29,8 +30,8 @@ class TextAtPageEnd {
   TextAtPageEnd(const TextAtPageEnd&) = delete;
   TextAtPageEnd& operator=(const TextAtPageEnd&) = delete;
 
-  /// Copies the text and returns a view of the copy. The view is valid until the next call.
-  /// REQUIRES: the text is not larger than one page.
+  /// Copies `text` and returns a view of the copy. The view is valid until the next call. REQUIRES:
+  /// `text` is not larger than one page.
   template <class Unit>
   std::basic_string_view<Unit> Put(const std::basic_string<Unit>& text) {
     char* const start = pages_ + pageSize_ - text.size() * sizeof(Unit);

@@ -21,7 +21,8 @@ class FeatureServiceTest : public testing::Test {
  protected:
   ~FeatureServiceTest() override { SetFeatureService(nullptr); }
 
-  // Installs a service and returns a reference, so that the test can change it.
+  // Installs a service without features and returns a reference to it. The test can then change the
+  // service.
   FixedFeatureService& InstallService() {
     auto service = std::make_shared<FixedFeatureService>();
     FixedFeatureService& reference = *service;

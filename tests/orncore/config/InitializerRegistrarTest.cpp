@@ -34,7 +34,8 @@ class InitializerRegistrarTest : public testing::Test {
     debug::SetLogSink({});
   }
 
-  // Returns a registration whose functions append "+name" and "-name" to `events_`.
+  // Returns a registration. Its initialise function appends "+" and `name` to `events_` and returns
+  // `succeeds`. Its shutdown function appends "-" and `name`.
   std::unique_ptr<InitializerRegistrar> Register(const std::string& name,
                                                  EInitializerContextFlags contexts,
                                                  bool succeeds = true) {
@@ -320,7 +321,8 @@ TEST_F(InitializerRegistrarTest, ReleasesTheFunctionsWhenDestroyed) {
   EXPECT_EQ(owned.use_count(), 1);
 }
 
-// The function ends only after the destructor has removed the name from the list of registrations.
+// The initialise function returns only after the destructor has removed its name from the list of
+// registered initializers.
 TEST_F(InitializerRegistrarTest, DestructionWaitsForItsFunctionOnAnotherThread) {
   std::latch entered(1);
   bool finished = false;
@@ -405,7 +407,8 @@ TEST_F(InitializerRegistrarTest, RunsEachFunctionOnceForRegistrationsOnSeveralTh
   EXPECT_EQ(shutDown, kThreads * kRegistrations);
 }
 
-// It is unspecified whether the functions run, but initialization and shutdown must alternate.
+// Whether the two functions run is unspecified here, but initialization and shutdown must
+// alternate.
 TEST_F(InitializerRegistrarTest, AlternatesTheFunctionsWhileSeveralThreadsChangeContexts) {
   std::vector<std::jthread> threads;
   for (int thread = 0; thread < 4; ++thread) {

@@ -157,7 +157,8 @@ INSTANTIATE_TEST_SUITE_P(
                         {u"0", u"1", u"2", u"3", u"4", u"5", u"6", u"7", u"8", u"9", u"ten"},
                         u"910"}));
 
-// The panel localises several texts for each change, so each may allocate only its result.
+// The panel localises several strings for each change, so `ZString` may allocate memory only for
+// its result.
 TEST(Localizer, AllocatesOnlyTheResult) {
   const std::string keyText = "$$$/path/to/a/key=" + std::string(100, 'x') + "^B and #{mdash}";
   const Localizer localizer;

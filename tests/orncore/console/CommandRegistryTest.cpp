@@ -21,7 +21,7 @@ using Output = std::basic_ostringstream<char16_t>;
 
 class CommandRegistryTest : public testing::Test {
  protected:
-  // Returns a command that records its arguments and returns 7.
+  // Returns a command function that appends its argument text to `arguments_` and returns 7.
   CommandRegistry::CommandFunction Recording() {
     return [this](const UTF16String& arguments, UTF16OutputStream&) {
       arguments_.push_back(arguments);

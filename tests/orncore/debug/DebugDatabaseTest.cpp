@@ -21,7 +21,8 @@ class FailingStore final : public DebugStore {
   }
 };
 
-// Removes itself from the database during a call. The database then releases its reference.
+// A store that removes itself from the database during a call. The database then releases its
+// reference to the store.
 class SelfReplacingStore final : public DebugStore {
  public:
   explicit SelfReplacingStore(DebugDatabase& database) : database_(database) {}

@@ -20,7 +20,7 @@ class LogTest : public testing::Test {
  protected:
   ~LogTest() override { SetLogSink({}); }
 
-  // Returns the output of `Log(line)` on standard error.
+  // Calls `Log(line)` and returns the bytes that it writes to standard error.
   static std::string WrittenFor(std::string_view line) {
     testing::internal::CaptureStderr();
     Log(line);
@@ -116,7 +116,7 @@ TEST_F(LogTest, PassesEveryLineOfSeveralThreadsToASink) {
       --running;
     });
   }
-  // Replacing the sink without the lock would be a data race or lose a line.
+  // If `SetLogSink` did not lock the sink, this loop would cause a data race or lose a line.
   while (running > 0) SetLogSink(count);
   threads.clear();
   EXPECT_EQ(lines, kThreads * kLines);

@@ -44,7 +44,7 @@ void WaitForStop(const std::stop_token& stop) {
 
 class AsyncReadTest : public FileFixture {
  protected:
-  // Blocks the executor until `Release` or `Join` is called.
+  // Submits a task that blocks the executor's thread until `Release` or `Join` is called.
   void Block() {
     executor_.Submit([this](const std::stop_token& stop) {
       const std::stop_callback releaseAtStop(stop, [this] { Release(); });
@@ -56,7 +56,8 @@ class AsyncReadTest : public FileFixture {
     released_.notify_all();
   }
 
-  // Starts a read. Its continuation stores the outcome and rethrows a failure.
+  // Starts a read. Its continuation stores the outcome and the ID of its thread, and rethrows a
+  // failure.
   UntypedFuture Read(const fs::path& path) { return Read(FileAt(path)); }
   UntypedFuture Read(const File& file) {
     return ReadFileToRecycledMemory(file, executor_, [this](const ReadOutcome& outcome) {
@@ -66,7 +67,7 @@ class AsyncReadTest : public FileFixture {
     });
   }
 
-  // Waits for a read that fails and returns its result code.
+  // Reads `file`, expects a failure, and returns the result code of the failure.
   int ResultOf(const File& file) {
     UntypedFuture done = Read(file);
     EXPECT_THROW(WaitForUntypedUntil(done, kNoDeadline, true), config::ResultError);
@@ -77,7 +78,7 @@ class AsyncReadTest : public FileFixture {
   std::atomic<bool> released_ = false;
   std::optional<ReadOutcome> outcome_;
   std::thread::id thread_;
-  Executor executor_;  // last, so that it joins before the other members are destroyed
+  Executor executor_;  // last, so that its destructor joins the thread first
 };
 
 TEST_F(AsyncReadTest, PassesTheBytesToTheContinuation) {

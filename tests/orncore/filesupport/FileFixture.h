@@ -28,7 +28,8 @@ class FileFixture : public testing::Test {
     return {reinterpret_cast<const char*>(bytes.data()), bytes.size()};
   }
 
-  // Creates a FIFO without a writer. A blocking open would wait forever.
+  // Creates a FIFO without a writer and returns its path. A blocking open of this FIFO would wait
+  // forever.
   std::filesystem::path MakeFifo() const {
     std::filesystem::path path = folder_.Path() / "fifo";
     Require(::mkfifo(path.c_str(), 0600) == 0);
@@ -56,8 +57,8 @@ class FileFixture : public testing::Test {
   }
 };
 
-// Drops root privileges while this object exists. Root may read every file, so tests of file
-// permissions would fail.
+// Drops root privileges while it exists. Root can read every file, so tests of file permissions
+// would fail. The constructor throws `std::system_error` on failure.
 class NotRoot {
  public:
   NotRoot() : user_(::geteuid()) {

@@ -34,8 +34,9 @@ class RegularFileTest : public FileFixture {
     }
   }
 
-  // Opens and reads the file without the check before the open. Returns the result code of the
-  // failure, or 0 on success.
+  // Opens and reads the file without the check that `ReadRegularFile` makes before the open. The
+  // read fails if the file has more than `maxBytes` bytes. Returns the result code of the failure,
+  // or 0 on success.
   static int ResultOfReading(const fs::path& path, std::size_t maxBytes) {
     try {
       RegularFile(path).ReadToEnd(maxBytes, {});
@@ -66,7 +67,8 @@ TEST_F(RegularFileTest, ReadsFilesAroundTheSizesOfItsBuffers) {
   }
 }
 
-// Files in /proc report a size of 0, like a file that grew after its size was queried.
+// Files in /proc have content but report a size of 0, like a file that grew after its size was
+// queried.
 TEST_F(RegularFileTest, ReadsAFileThatIsLongerThanItsReportedSize) {
   if (!fs::exists("/proc/self/status")) GTEST_SKIP() << "this system does not have the file";
   EXPECT_THAT(Text(*ReadRegularFile("/proc/self/status")), testing::HasSubstr("Name:"));
@@ -193,7 +195,7 @@ TEST_F(RegularFileTest, RefusesAFileThatGrowsBeyondTheLimit) {
   }
 }
 
-// The check before the open is skipped, as if another process had replaced the file between the
+// The test skips the check before the open, as if another process had replaced the file between the
 // check and the open.
 TEST_F(RegularFileTest, RefusesOtherFilesAfterTheOpenWithoutWaiting) {
   EXPECT_EQ(ResultOfReading(MakeFifo(), 1), -EOPNOTSUPP);

@@ -122,7 +122,8 @@ TEST(CaseMapping, LowersIllFormedUTF8LikeItsUTF16Form) {
   for (int round = 0; round < 5000; ++round) {
     std::string text(random() % 40, '\0');
     for (char& byte : text) {
-      // CE A3 is a capital sigma, so well-formed and ill-formed sigmas alternate.
+      // The bytes CE A3 are a capital sigma. They are frequent here, so that the text contains
+      // complete and incomplete sigmas.
       byte = static_cast<char>(random() % 2 ? 0xCE : random() % 2 ? 0xA3 : random() % 0x100);
     }
     ASSERT_EQ(LowerCaseUTF8(text), UTF16to8(LowerCase(UTF8to16(text))));

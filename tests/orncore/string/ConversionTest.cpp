@@ -20,8 +20,9 @@ using namespace std::string_literals;
 
 constexpr std::uint32_t kSeed = 20251120;
 
-// A row of the Unicode standard's table "Well-Formed UTF-8 Byte Sequences": a range of lead bytes,
-// the range of second bytes that they allow, and the number of bytes that follow them.
+// One row of the Unicode standard's table "Well-Formed UTF-8 Byte Sequences": a range of lead
+// bytes, the range of second bytes that they allow, and the number of bytes that follow a lead
+// byte.
 struct Lead {
   unsigned first;
   unsigned last;
@@ -43,8 +44,8 @@ void AppendCodePoint(std::u16string& out, std::uint32_t codePoint) {
   out += static_cast<char16_t>(codePoint);
 }
 
-// A slow decoder that follows the table. It reads the longest prefix of a well-formed sequence. An
-// incomplete sequence becomes one U+FFFD.
+// Converts `text` to UTF-16, slowly and according to the table above. Replaces each maximal subpart
+// of an ill-formed sequence with one U+FFFD.
 std::u16string PlainUTF8to16(std::string_view text) {
   std::u16string out;
   std::size_t position = 0;
@@ -108,8 +109,8 @@ std::string PlainUTF16to8(std::u16string_view text) {
   return out;
 }
 
-// A copy of a string in a buffer of exactly its size, so that a sanitizer detects every access past
-// its end.
+// A copy of a string in a buffer of exactly the same size. A sanitizer therefore detects every
+// access past the end of the string.
 template <class Unit>
 class Exact {
  public:
@@ -186,7 +187,7 @@ TEST(Conversion, ReplacesEachMaximalSubpartOnce) {
       {"\xBF", u"\uFFFD"},
       {"\x80\x80\x80", u"\uFFFD\uFFFD\uFFFD"},
       {"a\x80z", u"a\uFFFDz"},
-      // Truncated sequences: a prefix of a well-formed sequence becomes one U+FFFD.
+      // Truncated sequences: each prefix of a well-formed sequence becomes one U+FFFD.
       {"\xC3", u"\uFFFD"},
       {"\xE2\x82", u"\uFFFD"},
       {"\xF0\x9F", u"\uFFFD"},
@@ -196,14 +197,15 @@ TEST(Conversion, ReplacesEachMaximalSubpartOnce) {
       {"\xF0\x9F\x8Ez", u"\uFFFDz"},
       {"\xE2\xE2\x82\xAC", u"\uFFFD\u20AC"},
       {"\xF0\x9F\xC3\xA9", u"\uFFFD\u00E9"},
-      // Overlong sequences: no well-formed sequence begins like this.
+      // Overlong sequences: each byte becomes one U+FFFD, because no well-formed sequence begins
+      // with the first two bytes.
       {"\xC0\xAF", u"\uFFFD\uFFFD"},
       {"\xC1\xBF", u"\uFFFD\uFFFD"},
       {"\xE0\x80\xAF", u"\uFFFD\uFFFD\uFFFD"},
       {"\xE0\x9F\xBF", u"\uFFFD\uFFFD\uFFFD"},
       {"\xF0\x80\x80\xAF", u"\uFFFD\uFFFD\uFFFD\uFFFD"},
       {"\xF0\x8F\xBF\xBF", u"\uFFFD\uFFFD\uFFFD\uFFFD"},
-      // Surrogates.
+      // Encoded surrogates.
       {"\xED\xA0\x80", u"\uFFFD\uFFFD\uFFFD"},
       {"\xED\xBF\xBF", u"\uFFFD\uFFFD\uFFFD"},
       {"\xED\xA0\xBD\xED\xB8\x80", u"\uFFFD\uFFFD\uFFFD\uFFFD\uFFFD\uFFFD"},
@@ -213,7 +215,7 @@ TEST(Conversion, ReplacesEachMaximalSubpartOnce) {
       {"\xF5\x80\x80\x80", u"\uFFFD\uFFFD\uFFFD\uFFFD"},
       {"\xF8\x88\x80\x80\x80", u"\uFFFD\uFFFD\uFFFD\uFFFD\uFFFD"},
       {"\xFE\xFF", u"\uFFFD\uFFFD"},
-      // Examples of the Unicode standard.
+      // Examples from the Unicode standard.
       {"\x61\xF1\x80\x80\xE1\x80\xC2\x62\x80\x63\x80\xBF\x64",
        u"a\uFFFD\uFFFD\uFFFDb\uFFFDc\uFFFD\uFFFDd"},
       {"\xC0\xAF\xE0\x80\xBF\xF0\x81\x82\x41",
@@ -286,7 +288,8 @@ TEST(Conversion, MatchesThePlainConverterForRandomText) {
   SCOPED_TRACE(testing::Message() << "seed " << kSeed);
   std::mt19937 random(kSeed);
   for (int round = 0; round < 5000; ++round) {
-    // The share of ASCII varies, so that ASCII runs of all lengths are next to all other bytes.
+    // The proportion of ASCII varies, so that ASCII sequences of many lengths occur between other
+    // characters.
     const std::uint32_t share = random() % 32;
     std::string bytes(random() % 100, '\0');
     for (char& byte : bytes) {

@@ -16,8 +16,8 @@ using namespace std::string_literals;
 
 constexpr std::uint32_t kSeed = 20251120;
 
-// Returns the expected result. At each position, replaces the first pattern that matches. If no
-// pattern matches, copies one UTF-16 unit.
+// Returns the expected result of `ReplaceInString`. At each position of `text`, replaces the first
+// pattern that matches there. If no pattern matches, copies one UTF-16 unit.
 std::u16string PlainReplacing(std::u16string_view text, std::span<const Replacement> replacements) {
   std::u16string out;
   while (!text.empty()) {

@@ -16,7 +16,7 @@ namespace {
 
 constexpr std::uint32_t kSeed = 20251120;
 
-// Returns the hash of the bytes, computed by an independent implementation in one call.
+// Returns the hash of `bytes`, which an independent implementation computes in one call.
 Guid ReferenceHash(std::string_view bytes) {
   std::array<std::uint64_t, 2> words{};
   lmmh_x64_128(bytes.data(), static_cast<unsigned>(bytes.size()), 0, words.data());
@@ -39,8 +39,8 @@ std::string RandomBytes(std::mt19937& random, std::size_t length) {
   return bytes;
 }
 
-// Mixes a copy of the bytes in a buffer of exactly their size, so that a sanitizer detects every
-// access past its end.
+// Calls `Mix` with a copy of `bytes` in a buffer of exactly the same size. A sanitizer therefore
+// detects every access past the end of the bytes.
 void MixExact(GuidMixer& mixer, std::string_view bytes) {
   const auto exact = std::make_unique<char[]>(bytes.size());
   bytes.copy(exact.get(), bytes.size());
@@ -81,7 +81,7 @@ TEST(MixHashGuid, HashesEmptyInputToNil) {
   EXPECT_TRUE(result.IsNil());
 }
 
-// The longest input is more than twice as long as the buffer of the state.
+// The longest input is more than twice as long as the internal buffer of `Murmur3MixerState`.
 TEST(MixHashGuid, AgreesWithAnIndependentImplementationAtEveryLength) {
   SCOPED_TRACE(testing::Message() << "seed " << kSeed);
   std::mt19937 random(kSeed);
@@ -99,11 +99,11 @@ TEST(MixHashGuid, GivesTheSameHashForInputInTwoParts) {
   for (std::size_t length = 0; length <= 300; ++length) {
     const std::string bytes = RandomBytes(random, length);
     const Guid expected = ReferenceHash(bytes);
-    for (std::size_t cut = 0; cut <= length; ++cut) {
+    for (std::size_t split = 0; split <= length; ++split) {
       GuidMixer mixer;
-      MixExact(mixer, std::string_view(bytes).substr(0, cut));
-      MixExact(mixer, std::string_view(bytes).substr(cut));
-      EXPECT_EQ(mixer.Result(), expected) << length << " cut at " << cut;
+      MixExact(mixer, std::string_view(bytes).substr(0, split));
+      MixExact(mixer, std::string_view(bytes).substr(split));
+      EXPECT_EQ(mixer.Result(), expected) << length << " bytes, split at " << split;
     }
   }
 }

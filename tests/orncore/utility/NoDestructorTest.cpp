@@ -24,8 +24,9 @@ struct alignas(64) Aligned {
   char byte = 'x';
 };
 
-// Uses the database and the log in its destructor. A static object is destroyed after all static
-// objects that were constructed later, so the database and the log must never be destroyed.
+// Uses the debug database and the log in its destructor. Static objects are destroyed in the
+// reverse order of their construction, and the database and the log can be constructed later than
+// this object. Therefore they must never be destroyed.
 struct LogsWhenDestroyed {
   ~LogsWhenDestroyed() { debug::Log(debug::DebugDatabase::Instance().GetEntry("last entry")); }
 };

@@ -18,8 +18,8 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// Returns the bytes of a resource, or nothing if the manager does not find it. The vector is not
-// empty before the call, because a failed load must clear it.
+// Returns the bytes of a resource, or std::nullopt if the manager does not find it. The buffer is
+// not empty before the load, because a failed load must clear it.
 std::optional<std::string> Load(const ResourceManager& manager, const UTF16String& name,
                                 const UTF16String& type = u"csv") {
   std::vector<unsigned char> bytes{'o', 'l', 'd'};

@@ -1,5 +1,5 @@
-// Hosts may write these standard types instead of the library's names, so the types must not
-// change.
+// Tests that the library's type names are aliases of certain standard types. Hosts can use the
+// standard types directly, so the aliases must never change.
 #include <ornwhatsnew/utility/SharedTypes.h>
 
 #include <memory>

@@ -80,17 +80,17 @@ TEST(TextHelpers, CaseInsensitiveEqualComparesLowerCasedCharacters) {
       {"Mac", "mAC", true},
       {"Mac", "Mac ", false},
       {"Mac", "Man", false},
-      {"[", "{", false},  // differ by 32 like letters, but are none
+      {"[", "{", false},  // differ by 32 like letters, but are not letters
       {"@", "`", false},
       {"\xC3\x89", "\xC3\xA9", true},    // E and e with acute
       {"\xE2\x84\xAA", "K", true},       // Kelvin sign
       {"\xC4\xB0", "i\xCC\x87", true},   // I with dot becomes two characters
-      {"\xC4\xB0", "i", false},          // not one character
+      {"\xC4\xB0", "i", false},          // the combining dot is missing
       {"\xC3\x9F", "ss", false},         // lower-casing is not case folding
       {"\xCE\xA3", "\xCF\x82", false},   // a single sigma is not final
       {"A\xCE\xA3", "a\xCF\x82", true},  // a sigma that ends a word is final
       {"\xFF", "\xEF\xBF\xBD", true},    // ill-formed bytes count as U+FFFD
-      {"\xE2\x82", "\x80", true},        // each side is one maximal subpart
+      {"\xE2\x82", "\x80", true},        // each side becomes one U+FFFD
       {"\xF0\x90\x90\x80", "\xF0\x90\x90\xA8", true},
   };
   for (const auto& [a, b, equal] : cases) {
@@ -171,7 +171,7 @@ TEST(TextHelpers, VersionNumberMultipliesByAThousandPerComponent) {
       {"1..3", 1000003},
       {"1.2.", 1002000},
       {" 1.2", 2},
-      {"1.2000", 3000},  // carries into the next component
+      {"1.2000", 3000},  // carries into the preceding component
       {"-1.5", -995},
       {"+1.+5", 1005},
       {"1.-5", 995},
