@@ -76,7 +76,7 @@ void Release(BlockHead* head) noexcept {
 BlockHead* HeadOf(void* block) noexcept {
   BlockHead* const head = static_cast<BlockHead*>(block) - 1;
   if (head->state == kFreed) Die("a block was freed twice\n");
-  if (head->state != kLive) Die("a block was freed that was never allocated\n");
+  if (head->state != kLive) Die("a block was freed that another allocator allocated\n");
   return head;
 }
 

@@ -34,9 +34,12 @@ struct ProgramCall {
 
 /// The exit status and the output of a program.
 struct ProgramResult {
-  int exitStatus = 0;  ///< or the negated signal number if a signal ended the program
-  std::string output;  ///< the bytes written to standard output
-  std::string errors;  ///< the bytes written to standard error
+  /// The exit status, or the negated signal number if a signal ended the program.
+  int exitStatus = 0;
+  /// The bytes that the program wrote to standard output.
+  std::string output;
+  /// The bytes that the program wrote to standard error.
+  std::string errors;
 };
 
 /// A running program. The destructor kills the program and waits for its end. Not thread-safe.

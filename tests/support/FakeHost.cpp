@@ -56,7 +56,8 @@ class FakeHost::Services : public orncore::config::ClientInfo,
   bool AreInternalFeaturesAllowed() const override { return internalFeaturesAllowed; }
 
   void RequireFeature(std::string_view key) const {
-    if (!features.contains(key)) throw std::logic_error("no feature " + std::string(key));
+    if (!features.contains(key))
+      throw std::logic_error("no feature has the key '" + std::string(key) + "'");
   }
 
   std::string version = "25.1";

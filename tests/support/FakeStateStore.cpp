@@ -7,7 +7,8 @@ namespace {
 void CountDown(int& failsIn, const char* callback, const std::string& key) {
   if (failsIn == 0) return;
   if (--failsIn == 0)
-    throw InjectedFailure(std::string(callback) + " was set to fail for the key " + key);
+    throw InjectedFailure(std::string("the test made the ") + callback + " fail for the key '" +
+                          key + "'");
 }
 
 }  // namespace

@@ -36,7 +36,7 @@ std::vector<std::string> KeyOrder(const FeatureListData& list) {
 const FeatureListItem& ItemOf(const FeatureListData& list, std::string_view key) {
   const auto found = list.GetFeatureItems().find(std::string(key));
   if (found == list.GetFeatureItems().end() || !found->second) {
-    throw std::logic_error("no item has the key " + std::string(key));
+    throw std::logic_error("no item has the key '" + std::string(key) + "'");
   }
   return *found->second;
 }

@@ -30,9 +30,9 @@ constexpr std::string_view kFragments[] = {
     "^B"sv,
     "\xEF\xBB\xBF"sv,      // byte order mark
     "\xC3\x89"sv,          // capital E with acute accent
-    "\xC4\xB0"sv,          // capital I with dot: two characters in lower case
-    "\xE2\x84\xAA"sv,      // Kelvin sign: ASCII in lower case
-    "\xCE\xA3"sv,          // capital sigma: its lower case depends on the context
+    "\xC4\xB0"sv,          // capital I with dot; its lower case has two characters
+    "\xE2\x84\xAA"sv,      // Kelvin sign; its lower case is ASCII
+    "\xCE\xA3"sv,          // capital sigma; its lower case depends on the context
     "\xE6\x97\xA5"sv,      // a character of three bytes
     "\xF0\x90\x90\x80"sv,  // a character of four bytes that has a lower case
     "\xF0\x9F\x98"sv,      // truncated sequence

@@ -41,7 +41,7 @@ class TemporaryFolder {
     std::ofstream file(path, std::ios::binary);
     file.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
     file.close();
-    if (!file) throw std::runtime_error("cannot write " + path.string());
+    if (!file) throw std::runtime_error("cannot write '" + path.string() + "'");
     return path;
   }
 

@@ -270,7 +270,7 @@ TEST(Executor, LogsTheExceptionOfATaskAndContinues) {
 
 TEST(Executor, StartsNoThreadBeforeTheFirstTask) {
   const fs::path threads = "/proc/self/task";
-  if (!fs::exists(threads)) GTEST_SKIP() << "no list of threads on this system";
+  if (!fs::exists(threads)) GTEST_SKIP() << "this system has no folder " << threads;
   const auto count = [&threads] {
     return std::distance(fs::directory_iterator(threads), fs::directory_iterator());
   };
@@ -283,7 +283,7 @@ TEST(Executor, StartsNoThreadBeforeTheFirstTask) {
     WaitForStop(stop);
   });
   running.wait();
-  EXPECT_GT(count(), before);  // EXPECT_GT, because a sanitizer may start its own thread
+  EXPECT_GT(count(), before);  // a sanitizer can start another thread
 }
 
 TEST(DefaultExecutor, HasOneInstancePerProcess) {

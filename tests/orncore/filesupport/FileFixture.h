@@ -53,7 +53,8 @@ class FileFixture : public testing::Test {
 
  private:
   static void Require(bool succeeded) {
-    if (!succeeded) throw std::system_error(errno, std::generic_category(), "fixture");
+    if (!succeeded)
+      throw std::system_error(errno, std::generic_category(), "cannot create a test file");
   }
 };
 

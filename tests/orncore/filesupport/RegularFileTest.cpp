@@ -70,13 +70,13 @@ TEST_F(RegularFileTest, ReadsFilesAroundTheSizesOfItsBuffers) {
 // Files in /proc have content but report a size of 0, like a file that grew after its size was
 // queried.
 TEST_F(RegularFileTest, ReadsAFileThatIsLongerThanItsReportedSize) {
-  if (!fs::exists("/proc/self/status")) GTEST_SKIP() << "this system does not have the file";
+  if (!fs::exists("/proc/self/status")) GTEST_SKIP() << "this system has no '/proc/self/status'";
   EXPECT_THAT(Text(*ReadRegularFile("/proc/self/status")), testing::HasSubstr("Name:"));
 }
 
 TEST_F(RegularFileTest, ReadsAFileThatIsMuchLongerThanItsReportedSize) {
   const fs::path path = "/proc/self/smaps";
-  if (!fs::exists(path)) GTEST_SKIP() << "this system does not have the file";
+  if (!fs::exists(path)) GTEST_SKIP() << "this system has no file " << path;
   const std::string text = Text(*ReadRegularFile(path));
   EXPECT_GT(text.size(), 10'000U);
   EXPECT_THAT(text, testing::HasSubstr(" rw-p "));
@@ -87,7 +87,7 @@ TEST_F(RegularFileTest, ReadsAFileThatIsMuchLongerThanItsReportedSize) {
 // size was queried.
 TEST_F(RegularFileTest, ReadsAFileThatIsShorterThanItsReportedSize) {
   const fs::path path = "/sys/kernel/profiling";
-  if (!fs::exists(path)) GTEST_SKIP() << "this system does not have the file";
+  if (!fs::exists(path)) GTEST_SKIP() << "this system has no file " << path;
   const auto memory = ReadRegularFile(path);
   EXPECT_FALSE(memory->Bytes().empty());
   EXPECT_LT(memory->Bytes().size(), fs::file_size(path));
@@ -126,7 +126,7 @@ TEST_F(RegularFileTest, FailsOnDanglingAndCircularLinks) {
 
 // Reading /proc/self/mem fails at offset 0, because no memory is mapped at address 0.
 TEST_F(RegularFileTest, FailsOnAFileThatCannotBeRead) {
-  if (!fs::exists("/proc/self/mem")) GTEST_SKIP() << "this system does not have the file";
+  if (!fs::exists("/proc/self/mem")) GTEST_SKIP() << "this system has no '/proc/self/mem'";
   EXPECT_EQ(ResultOf("/proc/self/mem"), -EIO);
 }
 
@@ -189,7 +189,7 @@ TEST_F(RegularFileTest, RefusesAFileThatGrowsBeyondTheLimit) {
   folder_.Write("file", "123456");
   try {
     file.ReadToEnd(5, {});
-    FAIL() << "no failure";
+    FAIL() << "the read did not fail";
   } catch (const config::ResultError& error) {
     EXPECT_EQ(error.Result(), -EFBIG);
   }
@@ -218,7 +218,7 @@ TEST_F(RegularFileTest, NamesTheFileInTheErrorMessage) {
   const fs::path path = folder_.Path() / "missing";
   try {
     ReadRegularFile(path);
-    FAIL() << "no failure";
+    FAIL() << "the read did not fail";
   } catch (const config::ResultError& error) {
     EXPECT_THAT(error.what(), testing::StartsWith(path.string() + ": "));
   }
