@@ -1,6 +1,6 @@
-// Entry point: the lines that the console reads from standard input.
+// Fuzzes the lines that the console reads from standard input.
 //
-// Input: the lines. Each `@data` is replaced by the path of a data file.
+// The input consists of these lines. Each `@data` is replaced by the path of a data file.
 #include <cstddef>
 #include <cstdint>
 #include <string>
@@ -35,7 +35,7 @@ constexpr std::string_view kValidate = "ValidateWhatsNew";
 constexpr std::string_view kProbe = "probe";
 constexpr std::string_view kHelp = "help";
 
-// The calls of the probe command and of the log sink during one run.
+// Records the calls of the probe command and of the log sink during one run.
 struct Observed {
   std::vector<std::u16string> probeArguments;
   std::size_t logged = 0;
@@ -46,8 +46,8 @@ Observed& Observations() {
   return observed;
 }
 
-// Records its argument, and fails if the argument starts with 'f'. The prefix distinguishes its
-// output from the output of other commands.
+// A console command that records and prints its argument. It fails if the argument starts with 'f'.
+// The prefix "probe: " distinguishes its output from the output of other commands.
 int Probe(const std::u16string& arguments, UTF16OutputStream& stream) {
   Observations().probeArguments.push_back(arguments);
   orncore::console::Write(stream, u"probe: " + arguments);
@@ -88,7 +88,7 @@ std::string WithDataFile(std::string_view lines) {
   return result + std::string(lines);
 }
 
-// The effects that the lines must have.
+// The calls and messages that the console must produce for the given lines.
 struct Expected {
   explicit Expected(const std::string& lines) {
     std::vector<std::string> all = PlainSplit(lines, '\n');

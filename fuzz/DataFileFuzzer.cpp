@@ -1,6 +1,6 @@
-// Entry point: the data file, from its rows to the complete list and its panel.
+// Fuzzes data files: checks their rows, the loaded list, and its panel.
 //
-// Input: a line of switches (see World.h), then the data file.
+// The input consists of a line of switches (see World.h) and the data file.
 #include <algorithm>
 #include <array>
 #include <cstddef>
@@ -45,21 +45,22 @@ void RequireFieldOffsets(const DataRow& row) {
 }
 
 void RequireSameRow(const DataRow& row, const std::string& text, Values& values) {
-  RequireEqual(std::string(row.text), text, "a row equals the row that Boost splits");
+  RequireEqual(std::string(row.text), text, "a row has the same text as with Boost");
   const std::vector<std::string> fields = PlainFields(text);
-  RequireEqual(row.fieldCount, fields.size(), "a row has as many fields as with Boost");
+  RequireEqual(row.fieldCount, fields.size(), "a row has the same number of fields as with Boost");
   std::copy_n(fields.begin(), std::min(fields.size(), values.size()), values.begin());
   if (row.kind == DataRowKind::kHeader && values[0].starts_with("\xEF\xBB\xBF")) {
     values[0].erase(0, 3);
   }
   for (std::size_t i = 0; i < values.size(); ++i) {
     RequireEqual(std::string(row.values[i]), values[i],
-                 "a value equals the field that Boost splits");
+                 "a value equals the field that Boost returns");
   }
   RequireFieldOffsets(row);
 }
 
-// Compares all rows with Boost's. Returns the number of change rows.
+// Requires that the reader and Boost's tokenizer find the same rows and fields. Returns the number
+// of change rows.
 std::size_t RequireRowsEqualBoost(std::string_view text) {
   DataFileReader reader(text);
   Values values;
@@ -76,8 +77,8 @@ std::size_t RequireRowsEqualBoost(std::string_view text) {
   return changes;
 }
 
-// Displays both lists and checks the panel. `seen` contains the identities that were stored when
-// the lists were loaded.
+// Displays both lists, checks the panel and returns it. `seen` contains the identities that were
+// stored when the lists were loaded.
 PanelOutcome Display(ListPair& lists, unsigned options, const GuidSet& seen) {
   PanelOutcome panel = lists.Display(options);
   RequireWrittenOnce(lists.List(), options, seen, panel);
@@ -85,7 +86,9 @@ PanelOutcome Display(ListPair& lists, unsigned options, const GuidSet& seen) {
   return panel;
 }
 
-// After a reload, displayed changes are not new and rated features need no rating.
+// Displays the lists, reloads them and rates each item. Requires that displayed changes are not new
+// and that rated features need no rating. `seen` contains the identities that were stored when the
+// lists were loaded.
 void RequireRemembered(ListPair& lists, const std::string& text, unsigned options,
                        const GuidSet& seen) {
   Display(lists, options & ~kRatingView, seen);

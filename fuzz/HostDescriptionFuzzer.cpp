@@ -1,6 +1,6 @@
-// Entry point: the host description, from the JSON text to a list in the described host.
+// Fuzzes host descriptions: checks the reader and a list in the described host.
 //
-// Input: the JSON text.
+// The input is the text of a host description.
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
@@ -120,7 +120,8 @@ bool HasOnly(const json& value, const std::map<std::string, KindCheck>& members)
   return true;
 }
 
-// A second implementation of the format's rules.
+// Returns whether a host description is valid. This is a second implementation of the reader's
+// rules.
 bool IsValid(const json& value) {
   const KindCheck isText = [](const json& text) { return text.is_string(); };
   const KindCheck isBoolean = [](const json& boolean) { return boolean.is_boolean(); };
@@ -145,7 +146,7 @@ bool IsValid(const json& value) {
                          {"dictionary", IsObjectOfTexts}});
 }
 
-// Each member of `written` must have the same value in `read`.
+// Requires that each member of `written` has the same value in `read`.
 void RequireSubset(const json& written, const json& read) {
   for (const auto& [name, value] : written.items()) {
     if (name == "$schema") continue;

@@ -1,7 +1,7 @@
-// Splits the input of one execution into parts.
+// Splits a fuzzer's input into parts.
 //
-// Most inputs are a line of switches, then parts that are separated by the byte FF. UTF-8 never
-// contains this byte. All other bytes may occur in a part, so a part may be ill-formed.
+// Most inputs consist of a line of switches and of parts that are separated by the byte 0xFF, which
+// never occurs in UTF-8. A part may contain all other bytes, so it may be ill-formed UTF-8.
 #ifndef FUZZ_INPUT_H_
 #define FUZZ_INPUT_H_
 
@@ -18,13 +18,13 @@ class Input {
   Input(const std::uint8_t* data, std::size_t size)
       : rest_(reinterpret_cast<const char*>(data), size) {}
 
-  /// Removes and returns the text before the next line feed, or the rest if there is none. Also
-  /// removes the line feed.
+  /// Returns the bytes before the next newline, or all remaining bytes if there is no newline.
+  /// Removes these bytes and the newline from the input.
   std::string_view ReadLine() { return ReadUntil('\n'); }
-  /// Removes and returns the text before the next byte FF, or the rest if there is none. Also
-  /// removes the byte FF.
+  /// Returns the bytes before the next byte 0xFF, or all remaining bytes if there is no such byte.
+  /// Removes these bytes and the byte 0xFF from the input.
   std::string_view ReadPart() { return ReadUntil('\xFF'); }
-  /// Removes and returns all remaining parts, at least one, which may be empty.
+  /// Removes and returns all remaining parts. If no bytes remain, returns one empty part.
   std::vector<std::string_view> ReadParts();
 
   /// Returns the bytes that have not been read yet.
@@ -36,9 +36,9 @@ class Input {
   std::string_view rest_;
 };
 
-/// Returns switch `n` of a line, counted from 0, or 0 if the line is shorter. A switch is one byte
-/// whose bits are flags. In readable inputs, `@` (0x40) sets none of the lower five bits, and `A`
-/// to `Z` set the bits of 1 to 26.
+/// Returns the switch at index `n` of a line of switches, or 0 if the line is shorter. A switch is
+/// one byte whose bits are flags. Switches in seeds are printable characters: the lower five bits
+/// of `@` are 0, and those of `A` to `Z` are the numbers 1 to 26.
 inline unsigned Switch(std::string_view line, std::size_t n) {
   return n < line.size() ? static_cast<unsigned char>(line[n]) : 0U;
 }

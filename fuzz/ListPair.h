@@ -12,22 +12,28 @@
 
 namespace fuzz {
 
-/// The plain list starts with a copy of the world's state. The world must outlive this object.
+/// A list of the library and a list of the plain implementation in the same host. The library's
+/// list uses the state of the world, and the plain list uses a copy of this state. The world must
+/// outlive this object.
 class ListPair {
  public:
   explicit ListPair(World& world);
 
   /// Loads the data file into both lists and requires equal content.
   void Load(const std::string& dataText);
-  /// Displays both lists with these option bits, requires equal panels and states, and returns the
-  /// panel.
+  /// Displays both lists with the bits of `DisplayOptions` in `options`. Requires that the panels
+  /// and the stored states are equal. Returns the panel.
   test_support::PanelOutcome Display(unsigned options);
+  /// Returns whether the lists have new content with these options. Requires equal results.
   bool IsAnythingNew(unsigned options) const;
+  /// Returns whether a feature needs a rating. Requires equal results.
   bool IsAnythingNeedingRating() const;
+  /// Marks the item with this key as rated in both lists. Requires that the stored states are
+  /// equal.
   void Rate(const std::string& key);
 
   const ornwhatsnew::FeatureListData& List() const { return list_; }
-  /// Returns the state, which is the same for both lists.
+  /// Returns the stored state, which is the same for both lists.
   const test_support::PlainPanel::Texts& Stored() const { return store_; }
 
  private:

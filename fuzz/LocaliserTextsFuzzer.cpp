@@ -1,7 +1,7 @@
-// Entry point: the texts of translators and authors, from the localizer to the panel.
+// Fuzzes texts of translators and authors: checks the localizer and the panel.
 //
-// Input: a line of switches, then parts: a key text, its translation, and arguments. The switches
-// are those of World.h and one more, the number of the template that is translated.
+// The input consists of a line of switches and of parts: a key text, its translation, and
+// arguments. The line contains the switches of World.h and the number of the template to translate.
 #include <array>
 #include <cstddef>
 #include <cstdint>
@@ -50,9 +50,10 @@ constexpr std::array kTemplates = {
     "$$$/ornwhatsnew/SectionKey/BugFixes",
 };
 
-// Replaces the markup of a text, one sequence at a time. `#{comment}` ends the text.
+// Returns `text` with each markup sequence replaced by its character. Omits `#{comment}` and
+// everything after it.
 std::u16string PlainExpand(std::u16string_view text) {
-  static const std::map<std::u16string_view, char16_t> kMarks = {
+  static const std::map<std::u16string_view, char16_t> kMarkup = {
       {u"#{endl}", 0x0A}, {u"#{tab}", 0x09}, {u"#{mdash}", 0x2014}, {u"#{ndash}", 0x2013},
       {u"^B", 0x2022},    {u"^{", 0x2018},   {u"^}", 0x2019},       {u"^[", 0x201C},
       {u"^]", 0x201D},    {u"^^", 0x5E}};
@@ -60,9 +61,9 @@ std::u16string PlainExpand(std::u16string_view text) {
   while (!text.empty() && !text.starts_with(u"#{comment}")) {
     std::size_t length = 1;
     char16_t replacement = text.front();
-    for (const auto& [mark, character] : kMarks) {
-      if (!text.starts_with(mark)) continue;
-      length = mark.size();
+    for (const auto& [sequence, character] : kMarkup) {
+      if (!text.starts_with(sequence)) continue;
+      length = sequence.size();
       replacement = character;
     }
     expanded += replacement;
@@ -97,13 +98,13 @@ void RequireLocalised(std::string_view keyText, std::string_view translation,
   Localizer& localizer = Localizer::Get();
   localizer.SetDictionary(nullptr);
   Require(localizer.ZString(keyText) == PlainZString(keyText),
-          "without a dictionary the default text is returned");
+          "without a dictionary, the localizer returns the default text");
 
   const std::string key(keyText.substr(0, keyText.find('=')));
   localizer.SetDictionary(
       std::make_shared<MapDictionary>(MapDictionary::Texts{{key, std::string(translation)}}));
   const std::u16string expected = PlainExpand(PlainUTF8to16(translation));
-  Require(localizer.ZString(keyText) == expected, "the text of the dictionary is returned");
+  Require(localizer.ZString(keyText) == expected, "the localizer returns the translation");
   Require(localizer.ZString(keyText, arguments) == PlainFill(expected, arguments),
           "each argument is inserted once");
   localizer.SetDictionary(nullptr);

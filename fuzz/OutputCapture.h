@@ -6,9 +6,9 @@
 
 namespace fuzz {
 
-/// Captures from construction until `Stop` or destruction. Sanitizers still write their reports to
-/// the original standard error. Only one object may exist at a time. The constructor and `Stop`
-/// throw std::system_error if a stream cannot be redirected.
+/// Captures both streams from construction until `Stop` or destruction. Sanitizers still write
+/// their reports to the original standard error. Only one object may exist at a time. The
+/// constructor and `Stop` throw std::system_error if a stream cannot be redirected.
 class OutputCapture {
  public:
   OutputCapture();
@@ -16,10 +16,11 @@ class OutputCapture {
   OutputCapture(const OutputCapture&) = delete;
   OutputCapture& operator=(const OutputCapture&) = delete;
 
-  /// Restores both streams. Later calls do nothing.
+  /// Restores both streams and reads the captured bytes. Later calls do nothing.
   void Stop();
 
-  /// Return the captured standard output and standard error. REQUIRES: `Stop` was called.
+  /// Return the bytes that the process wrote to standard output and to standard error.
+  /// REQUIRES: `Stop` was called.
   const std::string& Output() const { return output_; }
   const std::string& Errors() const { return errors_; }
 

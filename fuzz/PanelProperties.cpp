@@ -45,13 +45,13 @@ VersionSet VersionsOf(const PanelOutcome& panel) {
   return versions;
 }
 
-// The expected numbers of runs for feature titles and for changes.
+// The numbers of runs that a panel must contain for feature titles and for changes.
 struct RunCounts {
   std::size_t titles = 0;
   std::size_t changeTexts = 0;
 };
 
-// Counts the runs of a panel by querying the visibility of each item and change.
+// Returns the expected numbers of runs, computed from the visibility of each item and change.
 RunCounts CountRunsOfShown(const FeatureListData& list, DisplayOptions options, const GuidSet& seen,
                            const VersionSet& versions) {
   RunCounts counts;
@@ -60,7 +60,7 @@ RunCounts CountRunsOfShown(const FeatureListData& list, DisplayOptions options, 
     ++counts.titles;
     for (const auto& change : item->GetAllChanges()) {
       if (!change->ShouldShowItemToUser(options, seen, versions)) continue;
-      // One run each for the bullet, the platform if there is one, and the text.
+      // The bullet, the optional platform, and the text have one run each.
       counts.changeTexts += change->HasUsablePlatform() ? 3U : 2U;
     }
   }

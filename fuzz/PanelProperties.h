@@ -1,4 +1,4 @@
-// Properties that every list and every panel must have, for any data file and host.
+// Checks the properties that every list and every panel must have for any data file and host.
 #ifndef FUZZ_PANELPROPERTIES_H_
 #define FUZZ_PANELPROPERTIES_H_
 
@@ -8,24 +8,25 @@
 
 namespace fuzz {
 
-/// Requires that each key occurs once in the key order, as after `InitWithData`.
+/// Requires that no key occurs twice in the key order. `InitWithData` guarantees this property.
 void RequireKeysOnce(const ornwhatsnew::FeatureListData& list);
 
-/// Requires that each change belongs to one item, once, and that there are at most `rows` changes.
+/// Requires that the list contains no change twice and has at most `rows` changes. `rows` is the
+/// number of change rows in the data file.
 void RequireChangesOnce(const ornwhatsnew::FeatureListData& list, std::size_t rows);
 
-/// Returns the identities in a stored state.
+/// Returns the identities of seen and rated items in `stored`, the persisted strings by key.
 ornwhatsnew::GuidSet StoredIdentities(const test_support::PlainPanel::Texts& stored);
 
 /// Requires that the panel contains each visible feature and change of the list once, and no
-/// others. `options` are the options of the display call. `seen` contains the identities that were
-/// stored when the list was loaded.
+/// others. `options` contains the option bits of the display call. `seen` contains the identities
+/// that were stored when the list was loaded.
 void RequireWrittenOnce(const ornwhatsnew::FeatureListData& list, unsigned options,
                         const ornwhatsnew::GuidSet& seen, const test_support::PanelOutcome& panel);
 
 /// Requires that every run is inside the text and has no negative length, and that the runs of one
 /// style start in ascending order. The run of a commit link may end one byte after the text, as
-/// docs/compatibility.md explains. REQUIRES: the template of issue keys is not translated to an
+/// docs/compatibility.md explains. REQUIRES: the template for issue keys is not translated to an
 /// empty string.
 void RequireRunsInside(const test_support::PanelOutcome& panel);
 

@@ -1,5 +1,5 @@
-// Checks of properties. If a property does not hold, the process prints a message and aborts, and
-// the fuzzer stores the input as a finding.
+// Checks properties. If a property does not hold, the process prints a message and aborts, and the
+// fuzzer stores the input as a finding.
 #ifndef FUZZ_PROPERTY_H_
 #define FUZZ_PROPERTY_H_
 
@@ -8,15 +8,15 @@
 
 namespace fuzz {
 
-/// Prints the property and the details, and aborts.
+/// Prints the violated property and the details, and aborts the process.
 [[noreturn]] void Fail(std::string_view property, std::string_view details = {});
 
-/// Fails unless the property holds.
+/// Calls `Fail` if `holds` is false.
 inline void Require(bool holds, std::string_view property) {
   if (!holds) Fail(property);
 }
 
-/// Fails unless two values are equal, and prints both values.
+/// Calls `Fail` with both values if they differ.
 template <class Value>
 void RequireEqual(const Value& got, const Value& expected, std::string_view property) {
   if (got == expected) return;

@@ -1,5 +1,6 @@
 // The main program of a fuzzer that is built without libFuzzer. Its arguments are files and
-// folders. It runs the fuzzer once for each file, in the order of the names within a folder.
+// folders. It runs the fuzzer on empty input and on each file. Within a folder, it sorts the files
+// by path.
 #include <cstdint>
 #include <cstdio>
 #include <exception>

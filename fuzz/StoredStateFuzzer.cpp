@@ -1,8 +1,8 @@
-// Entry point: the three strings of the state. Another program or an older version may have written
-// them.
+// Fuzzes the three strings of the state, which another program or an older version may have
+// written.
 //
-// Input: a line of switches (see World.h), then parts: the last version, all versions, and the
-// identities.
+// The input consists of a line of switches (see World.h) and three parts: the last version, all
+// versions, and the identities.
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
@@ -28,7 +28,7 @@ using test_support::PlainSplit;
 
 constexpr char kSeenKey[] = "WhatsNew.AllSeenItems";
 
-// Changes of every kind, some with a rating request.
+// Contains changes of every kind. Some of them request a rating.
 constexpr char kDataText[] =
     "App Version,Grouping ID,Jira ID,Salience,Rating,First,Platform,URL,Changelist,Message\n"
     "24.9,Changes-Since\n"
@@ -39,7 +39,8 @@ constexpr char kDataText[] =
     "25.1,BUGFIX,,,,,Win,,,Mended\n"
     "25.1,nowhere,,Unreviewed,,,,,,Not looked at\n";
 
-// Returns the identities in a stored list. An invalid element has the nil identity.
+// Returns the identities in a stored list, in text form. An invalid element becomes the nil
+// identity.
 std::set<std::string> Identities(std::string_view list) {
   std::set<std::string> identities;
   if (list.empty()) return identities;
@@ -58,7 +59,7 @@ void RequireSplitsAndJoins(std::string_view list) {
   const std::string joined = ornwhatsnew::JoinPersistedList(elements);
   const std::string rejoined =
       ornwhatsnew::JoinPersistedList(ornwhatsnew::SplitPersistedList(joined));
-  RequireEqual(rejoined, joined, "splitting and joining a written list does not change it");
+  RequireEqual(rejoined, joined, "splitting and joining a written list returns the same list");
   const std::vector<std::string_view> kept = ornwhatsnew::SplitPersistedList(joined);
   Require(std::ranges::is_sorted(kept), "a list is written in ascending order");
   for (const std::string_view element : elements) {
@@ -74,7 +75,7 @@ void RequireIdentity(std::string_view text) {
   if (guid.IsNil()) return;
   Require(std::ranges::equal(text, written,
                              [](char a, char b) { return a == b || (a >= 'A' && a + 32 == b); }),
-          "only the text form of an identity is accepted");
+          "an identity is accepted only in its text form");
 }
 
 void RequireNothingLost(const std::set<std::string>& before, World& world) {

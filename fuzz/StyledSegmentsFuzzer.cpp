@@ -1,7 +1,8 @@
-// Entry point: the panel's text and its runs, which a host splits into segments.
+// Fuzzes the function that splits a panel's text into segments with styles and links.
 //
-// Input: parts. The first is the text as UTF-8, in which U+E000 to U+E7FF represent unpaired
-// surrogates. The others are runs: `style start length link`, separated by spaces.
+// The input consists of parts. The first part is the text in UTF-8, in which U+E000 to U+E7FF
+// represent unpaired surrogates. Each other part is a style run: `style start length link`,
+// separated by spaces.
 #include <charconv>
 #include <cstddef>
 #include <cstdint>
@@ -53,7 +54,8 @@ StyleRunMap RunsOf(Input& input) {
   return runs;
 }
 
-// The expected styles and link of one character, computed run by run.
+// The expected styles and link of the character in the bytes [begin, end) of the text. They are
+// computed from one run at a time.
 class PlainLook {
  public:
   PlainLook(std::size_t begin, std::size_t end, std::string_view text)
@@ -66,7 +68,8 @@ class PlainLook {
     if (!covers || !StyleSet::IsMember(style)) return;
     styles.Set(style, true);
     if (run.second.empty()) return;
-    // The link of the run that starts last applies. A run starts with its first whole character.
+    // If several runs have a link, the run that starts last applies. A run that starts inside a
+    // character begins at the next character.
     const std::tuple rank(FirstWholeCharacter(start), style, number);
     if (linkRank_ && rank < *linkRank_) return;
     linkRank_ = rank;

@@ -1,12 +1,12 @@
-// Entry point: text from files that the program writes to a terminal.
+// Fuzzes the functions that write text from files to a terminal.
 //
-// Input: a line of two switches, then parts. The switches are:
+// The input consists of a line of two switches and of parts. The switches are:
 //
-//   0  the width in columns
+//   0  the width in columns, 0 for no limit
 //   1  flags: 0x01 no styles, 0x02 either styles or hyperlinks, but not both
 //
-// Each part is a segment of the panel: a byte for its styles, a byte for its kind of link, and its
-// text.
+// Each part describes a segment of the panel: one byte for its styles, one byte for the kind of its
+// link, and its text.
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
@@ -69,7 +69,7 @@ UChar32 PlainReplacement(UChar32 character) {
 }
 
 // Returns the characters that the panel must show, in order. Omits spaces, because the layout adds
-// and removes them. Omits invisible characters, because some of them are kept inside words.
+// and removes them. Omits invisible characters, because the program keeps some of them.
 std::string VisibleCharacters(std::string_view text) {
   const std::u16string utf16 = PlainUTF8to16(text);
   const icu::UnicodeString characters(utf16.data(), static_cast<std::int32_t>(utf16.size()));

@@ -22,7 +22,8 @@ UChar32 ReadCharacter(std::string_view text, std::size_t& offset) {
   return character;
 }
 
-// Joiners and presentation selectors are invisible, but visible characters need them.
+// Returns whether the character is a joiner or a presentation selector. They are invisible, but
+// they change the appearance of visible characters.
 bool IsShaping(UChar32 character) {
   return character == 0x200C || character == 0x200D || character == 0xFE0E || character == 0xFE0F;
 }
@@ -48,7 +49,7 @@ bool IsUrlByte(char c) {
   return c > 0x20 && c < 0x7F;
 }
 
-// Interprets output like a terminal and tracks its styles and hyperlinks.
+// Interprets the output like a terminal: tracks whether a style and a hyperlink are on.
 class Terminal {
  public:
   explicit Terminal(std::string_view output) : rest_(output) {}

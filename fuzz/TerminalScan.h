@@ -1,4 +1,4 @@
-// Checks the effects of program output on a terminal.
+// Checks that the program's output cannot control a terminal in unintended ways.
 #ifndef FUZZ_TERMINALSCAN_H_
 #define FUZZ_TERMINALSCAN_H_
 
@@ -7,14 +7,14 @@
 
 namespace fuzz {
 
-/// Requires that a panel affects the terminal only with line feeds and with the escape sequences
-/// for styles and hyperlinks, and that every line ends with both switched off. Direction controls
-/// and invisible characters are not allowed, except joiners and presentation selectors. Returns the
-/// panel without escape sequences.
+/// Requires that the only control characters of a panel are newlines and the escape sequences for
+/// styles and hyperlinks. Requires that styles and hyperlinks are off at the end of each line.
+/// Joiners and presentation selectors are allowed; direction controls and other invisible
+/// characters are not. Returns the panel without escape sequences.
 std::string RequireHarmlessPanel(std::string_view output);
 
-/// Requires that the output contains no control characters except line feeds and tabs. Direction
-/// controls and invisible characters are not allowed, except joiners and presentation selectors.
+/// Requires that the only control characters of the output are newlines and tabs. Joiners and
+/// presentation selectors are allowed; direction controls and other invisible characters are not.
 void RequireHarmlessText(std::string_view output);
 
 }  // namespace fuzz

@@ -1,9 +1,10 @@
-// Entry point: arbitrary bytes and UTF-16 units, which are converted, mapped to another letter case
-// and matched. ICU and plain code compute the expected results.
+// Fuzzes conversions between UTF-8 and UTF-16, case mapping, replacement, comparison and hashing.
+// ICU and plain code compute the expected results.
 //
-// Input: a line with one switch, then two parts. The switch is the number of bytes to skip, so that
-// texts start at any alignment. The first part is the text. The second part is the search pattern,
-// the text to compare with, and further input of the hash.
+// The input consists of a line with one switch and of two strings, separated by the byte 0xFF. The
+// switch is the number of bytes to skip, so that the first string starts at any alignment. The
+// second string is the pattern to replace, the other string of a comparison, and further input of
+// the hash.
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
@@ -30,8 +31,8 @@ namespace {
 using namespace orncore::string;
 using namespace test_support;
 
-// Returns the units in a buffer of exactly their size, so that AddressSanitizer detects reads past
-// its end.
+// Returns the bytes as UTF-16 units in a buffer of exactly their size, so that AddressSanitizer
+// detects reads past its end.
 std::vector<char16_t> UnitsOf(std::string_view bytes) {
   std::vector<char16_t> units(bytes.size() / sizeof(char16_t));
   if (!units.empty()) std::memcpy(units.data(), bytes.data(), units.size() * sizeof(char16_t));
@@ -49,42 +50,42 @@ bool IsAcceptedByICU(std::string_view text) {
 
 void RequireFromUTF8(std::string_view text) {
   const std::u16string expected = PlainUTF8to16(text);
-  Require(UTF8to16(text) == expected, "UTF-8 to UTF-16 equals ICU");
+  Require(UTF8to16(text) == expected, "the conversion from UTF-8 to UTF-16 equals ICU's");
   std::u16string reused = u"the previous content, longer than most texts";
   UTF8to16(text, reused);
-  Require(reused == expected, "UTF-8 to UTF-16 replaces the previous content");
+  Require(reused == expected, "UTF8to16 replaces the previous content");
   AppendUTF8to16(text, reused);
-  Require(reused == expected + expected, "UTF-8 to UTF-16 appends to the content");
+  Require(reused == expected + expected, "AppendUTF8to16 appends to the previous content");
 
   RequireEqual(IsWellFormedUTF8(text), IsAcceptedByICU(text),
                "text is well-formed if and only if ICU accepts it");
   const bool isAscii = std::ranges::all_of(text, [](char c) { return (c & 0x80) == 0; });
-  if (isAscii) Require(AsciiToUTF16(text) == expected, "ASCII to UTF-16");
+  if (isAscii) Require(AsciiToUTF16(text) == expected, "AsciiToUTF16 equals UTF8to16 for ASCII");
 
   std::string stripped(text);
-  const bool hadMark = RemoveUTF8BOM_IfPresent(stripped);
-  RequireEqual(hadMark, text.starts_with("\xEF\xBB\xBF"), "a byte order mark is detected");
-  RequireEqual(stripped, std::string(text.substr(hadMark ? 3 : 0)),
+  const bool hadBOM = RemoveUTF8BOM_IfPresent(stripped);
+  RequireEqual(hadBOM, text.starts_with("\xEF\xBB\xBF"), "a byte order mark is detected");
+  RequireEqual(stripped, std::string(text.substr(hadBOM ? 3 : 0)),
                "one byte order mark is removed");
 }
 
 void RequireFromUTF16(std::u16string_view text) {
   const std::string expected = PlainUTF16to8(text);
-  RequireEqual(UTF16to8(text), expected, "UTF-16 to UTF-8 equals ICU");
+  RequireEqual(UTF16to8(text), expected, "the conversion from UTF-16 to UTF-8 equals ICU's");
   RequireEqual(UTF8Length(text), expected.size(), "UTF8Length is the length of the result");
   std::string reused = "the previous content, longer than most texts";
   UTF16to8(text, reused);
-  RequireEqual(reused, expected, "UTF-16 to UTF-8 replaces the previous content");
+  RequireEqual(reused, expected, "UTF16to8 replaces the previous content");
   AppendUTF16to8(text, reused);
-  RequireEqual(reused, expected + expected, "UTF-16 to UTF-8 appends to the content");
-  Require(IsWellFormedUTF8(expected), "the result is well-formed");
+  RequireEqual(reused, expected + expected, "AppendUTF16to8 appends to the previous content");
+  Require(IsWellFormedUTF8(expected), "the conversion to UTF-8 returns well-formed text");
   RequireEqual(UTF16to8(UTF8to16(expected)), expected,
                "converting well-formed text to UTF-16 and back does not change it");
 }
 
 void RequireCaseMapping(std::u16string_view text) {
-  Require(LowerCase(text) == PlainLower(text), "lower case equals ICU");
-  Require(UpperCase(text) == PlainUpper(text), "upper case equals ICU");
+  Require(LowerCase(text) == PlainLower(text), "the lower case equals ICU's");
+  Require(UpperCase(text) == PlainUpper(text), "the upper case equals ICU's");
 }
 
 void RequireReplaces(std::u16string_view text, std::u16string_view pattern) {
@@ -95,15 +96,16 @@ void RequireReplaces(std::u16string_view text, std::u16string_view pattern) {
 }
 
 void RequireTextRules(std::string_view text, std::string_view other) {
-  RequireEqual(LowerCaseUTF8(text), PlainLower8(text), "lower case of UTF-8 equals plain code");
+  RequireEqual(LowerCaseUTF8(text), PlainLower8(text),
+               "the lower case of UTF-8 equals that of plain code");
   RequireEqual(ornwhatsnew::CaseInsensitiveEqual(text, other), PlainEqualIgnoringCase(text, other),
                "the comparison ignores letter case");
   RequireEqual(ornwhatsnew::IsSpecialCaseSection(text), PlainIsSection(text),
                "section names are recognised");
   RequireEqual(ornwhatsnew::ExtractHashablePortion(text), PlainHashablePortion(text),
-               "the hashable portion equals plain code");
+               "the hashable portion equals that of plain code");
   RequireEqual(ornwhatsnew::VersionNumber(text), PlainVersionNumber(text),
-               "the version number equals plain code");
+               "the version number equals that of plain code");
 
   orncore::utility::GuidMixer mixer;
   mixer.Mix(text);

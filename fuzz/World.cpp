@@ -8,8 +8,8 @@ using test_support::FakeFeature;
 
 namespace {
 
-// Covers every visibility, two features with the same epic, a feature without an epic, the name of
-// a section, and non-ASCII letters.
+// The features have every visibility. Two of them share an epic key, one has no epic key, and one
+// has the key of a section. One has a key and a name with non-ASCII letters.
 const FakeFeature kFeatures[] = {
     {.internalKey = "export", .epicKey = "EPIC-1", .name = "Export", .description = "Hands on"},
     {.internalKey = "keys",

@@ -1,4 +1,4 @@
-// A fake host for the fuzzers' lists, which the input configures.
+// A fake host that a fuzzer's input configures.
 #ifndef FUZZ_WORLD_H_
 #define FUZZ_WORLD_H_
 
@@ -13,7 +13,7 @@ namespace fuzz {
 /// The number of switches that a `World` reads.
 inline constexpr std::size_t kWorldSwitches = 5;
 
-/// A fake host with a fixed feature table. It is configured by these switches, one byte each:
+/// A fake host with a fixed table of features. These switches, one byte each, configure it:
 ///
 ///   0  the display options, in the lower five bits
 ///   1  flags: 0x01 internal features allowed, 0x02 no usage logging, 0x04 terminating, 0x08 show
@@ -23,7 +23,7 @@ inline constexpr std::size_t kWorldSwitches = 5;
 ///   4  flags: 0x01 a rating placeholder, 0x02 a dictionary
 class World {
  public:
-  /// Reads the switches of a line. A missing switch is 0.
+  /// Configures the host with the switches of a line. A missing switch is 0.
   explicit World(std::string_view switches);
 
   test_support::FakeHost& Host() { return host_; }
