@@ -1,5 +1,6 @@
-# Fails unless each C++ and CMake block of the page PAGE occurs unchanged in one of the files CODE,
-# which are separated by commas. In the file, the block may be indented by two spaces.
+# Fails unless each C++ and CMake code block of the Markdown file PAGE occurs unchanged in a source
+# file. CODE is the list of source files, separated by commas. The source file may indent the block by
+# two spaces.
 cmake_minimum_required(VERSION 3.25)
 
 string(REPLACE "," ";" files "${CODE}")
@@ -27,11 +28,11 @@ foreach(language cpp cmake)
     string(SUBSTRING "${rest}" 0 ${end} block)
     string(FIND "${code}" "\n${block}" position)
     if(position EQUAL -1)
-      message(FATAL_ERROR "'${PAGE}' contains a block that is in none of the files ${CODE}:\n${block}")
+      message(FATAL_ERROR "'${PAGE}' contains a code block that is in none of the files ${CODE}:\n${block}")
     endif()
     math(EXPR count "${count} + 1")
   endwhile()
 endforeach()
 if(count EQUAL 0)
-  message(FATAL_ERROR "'${PAGE}' contains no C++ or CMake block")
+  message(FATAL_ERROR "'${PAGE}' contains no C++ or CMake code block")
 endif()

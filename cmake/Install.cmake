@@ -38,7 +38,8 @@ install(FILES
 
 # The installed documents have the same relative paths as in the sources, so that the links between them
 # work. The examples link to ../docs, which is a symbolic link to the documents. Debian requires a
-# documentation folder for each package; the folder of ornwhatsnew-dev is a symbolic link, too.
+# documentation folder for each package. The folder of ornwhatsnew-dev is a symbolic link to the folder
+# of ornwhatsnew.
 set(ORN_DOC_DIR ${CMAKE_INSTALL_DATADIR}/doc/ornwhatsnew)
 install(FILES README.md CHANGELOG.md DESTINATION ${ORN_DOC_DIR})
 install(DIRECTORY docs DESTINATION ${ORN_DOC_DIR}
@@ -49,8 +50,8 @@ file(CREATE_LINK ornwhatsnew ${PROJECT_BINARY_DIR}/package/ornwhatsnew-dev SYMBO
 install(FILES ${PROJECT_BINARY_DIR}/package/ornwhatsnew-dev DESTINATION ${CMAKE_INSTALL_DATADIR}/doc
         COMPONENT development)
 
-# ornwhatsnew(5) is generated from the manual for authors of data files. Only packages contain it, so
-# that other builds do not need lowdown.
+# The man page ornwhatsnew(5) is generated from the manual for authors of data files. It is optional,
+# because only the build of packages should require lowdown.
 if(ORNWHATSNEW_MAN_PAGES)
   find_program(ORN_LOWDOWN lowdown REQUIRED)
   mark_as_advanced(ORN_LOWDOWN)

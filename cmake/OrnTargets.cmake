@@ -39,8 +39,9 @@ endfunction()
 # orn_set_shared_library_options()
 # Sets options for the shared library that not all compilers and linkers support.
 function(orn_set_shared_library_options)
-  # With these options, the library calls its own exported functions directly. Otherwise every call
-  # would use the dynamic symbol table, and the loader would resolve each function at program start.
+  # With -fno-semantic-interposition and -Bsymbolic-functions, the library calls its own exported
+  # functions directly. Otherwise every call would use the dynamic symbol table, and the loader would
+  # resolve each function at program start.
   target_compile_options(ornwhatsnew PRIVATE
     $<$<CXX_COMPILER_ID:GNU>:-fno-semantic-interposition>)
   orn_link_option_if_supported(LINKER:-Bsymbolic-functions ORNWHATSNEW_HAS_BSYMBOLIC_FUNCTIONS)
@@ -51,8 +52,8 @@ function(orn_set_shared_library_options)
 endfunction()
 
 # orn_link_option_if_supported(OPTION VARIABLE)
-# Links the library with OPTION if the linker supports it. The cache variable VARIABLE stores whether it
-# does.
+# Links the library with OPTION if the linker supports it. Stores in the cache variable VARIABLE whether
+# the linker supports it.
 function(orn_link_option_if_supported option variable)
   include(CheckLinkerFlag)
   check_linker_flag(CXX ${option} ${variable})
@@ -109,8 +110,8 @@ function(orn_add_tests name)
 endfunction()
 
 # orn_speed_up_test_compilation(NAME)
-# Compiles test sources without optimisation in release builds; only the code under test is optimised.
-# The precompiled header must be compiled with the same options as the tests.
+# Compiles the target NAME without optimisation in release builds. Call this function for all test
+# programs and for their precompiled header, which must be compiled with the same options.
 function(orn_speed_up_test_compilation name)
   target_compile_options(${name} PRIVATE
     $<$<AND:$<CONFIG:Release>,$<CXX_COMPILER_ID:GNU,Clang,AppleClang>>:-O0>)

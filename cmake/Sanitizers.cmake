@@ -2,8 +2,8 @@
 # reports.
 if(ORNWHATSNEW_SANITIZERS)
   string(REPLACE "," ";" sanitizers "${ORNWHATSNEW_SANITIZERS}")
-  # With sanitizers, g++ warns that members of std::regex are uninitialised. The warning stays enabled
-  # in release builds.
+  # With sanitizers, g++ wrongly warns that members of std::regex are uninitialised. Builds without
+  # sanitizers keep this warning enabled.
   add_compile_options(-fsanitize=${ORNWHATSNEW_SANITIZERS} -fno-omit-frame-pointer
                       -fno-sanitize-recover=all
                       $<$<CXX_COMPILER_ID:GNU>:-Wno-maybe-uninitialized>)

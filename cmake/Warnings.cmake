@@ -1,4 +1,5 @@
-# The compiler warnings for this project's code. The target is not exported, so hosts do not get them.
+# Enables compiler warnings for all targets that link orn_warnings. This target is not exported, so that
+# hosts are compiled without these warnings.
 add_library(orn_warnings INTERFACE)
 target_compile_options(orn_warnings INTERFACE
   "$<$<CXX_COMPILER_ID:GNU,Clang,AppleClang>:-Wall;-Wextra;-Wpedantic;-Wshadow;-Wconversion;\
