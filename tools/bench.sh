@@ -1,6 +1,7 @@
 # shellcheck shell=bash
 
-# Part of ./dev: the benchmarks, and the check that the work grows linearly with the number of rows.
+# Part of ./dev: runs the benchmarks. Also checks that the number of instructions grows linearly with
+# the number of rows.
 
 bench_subjects=(cutting load memory identity news display state keyorder start)
 
@@ -8,8 +9,8 @@ bench_usage() {
   cat <<TEXT
 usage: ./dev bench [SUBJECT...]
 
-Runs the benchmarks of the named subjects, or of all subjects, and prints a table: the time per row,
-the time of a hand-written baseline, and the ratio. See docs/performance.md.
+Runs the benchmarks of the named subjects, or of all subjects. Prints a table with the time per row,
+the time of a hand-written baseline, and the ratio of the two. See docs/performance.md.
   --list   print the subjects
 TEXT
 }
@@ -22,8 +23,8 @@ require_subject() {
   fail "unknown subject '$1'; the subjects are: ${bench_subjects[*]}"
 }
 
-# Runs each benchmark and its baseline alternately in random order, so that other load on the machine
-# affects both equally.
+# Runs the benchmarks of a subject and their baselines in random order, so that other load on the
+# machine affects all of them equally.
 run_benchmark() {
   local subject=$1
   "build/bench/bin/benchmark_$subject" --benchmark_repetitions=9 --benchmark_min_time=0.05 \
@@ -57,7 +58,7 @@ command_bench() {
   say "Wrote the table to build/bench/table.md and all measurements to build/bench/results/"
 }
 
-# The stage "growth" of ./dev check. It counts instructions, because times depend on other load.
+# Runs the stage "growth" of ./dev check. Counts instructions, because run times depend on other load.
 stage_growth() {
   configure bench && build bench --target benchmarks && count_instructions 1000 &&
     count_instructions 10000 || return
@@ -68,7 +69,8 @@ stage_growth() {
   return "$status"
 }
 
-# Counts the instructions of each function in growth_probe for the given number of rows.
+# Runs growth_probe with the given number of rows and writes the instruction count of each function to a
+# log file.
 count_instructions() {
   local rows=$1 counts
   counts=$(log_file "growth-$rows")
@@ -77,7 +79,7 @@ count_instructions() {
     callgrind_annotate --inclusive=yes --threshold=100 "$counts.callgrind" >"$counts"
 }
 
-# Fails if ten times the rows need more than twelve times the instructions.
+# Fails if a function needs more than twelve times as many instructions for ten times as many rows.
 require_linear() {
   local function=$1 few many
   few=$(instructions_in "$function" 1000) && many=$(instructions_in "$function" 10000)

@@ -1,12 +1,12 @@
 # shellcheck shell=bash
 
-# Part of ./dev: the stages of `./dev check`. A stage is a function stage_NAME, which fails with a
-# nonzero status. Its output is written to build/log/check-NAME.log, and printed if the stage fails.
-# After a failure the other stages still run. Bash ignores `set -e` in a function whose status is
-# tested, so the commands of a stage are joined with &&.
+# Part of ./dev: runs the stages of `./dev check`. A stage is a function stage_NAME, which returns a
+# nonzero status if a check fails. Its output is written to build/log/check-NAME.log, and printed if the
+# stage fails. The other stages still run after a failure. The commands of a stage are joined with &&,
+# because Bash ignores `set -e` in a function whose status is tested.
 
-# The stages of the three tiers. Each tier includes the stages of the previous one, except that --ci
-# runs clang-tidy on all files instead of the changed files.
+# These arrays list the stages of the three tiers. Each tier includes the stages of the previous one,
+# except that --ci runs clang-tidy on all files instead of the changed files.
 contributor_stages=(scripts format includes release tidy-changed)
 ci_stages=(scripts format includes docs release headers windows static package sanitize thread tidy
   cppcheck)
@@ -70,7 +70,7 @@ stage_includes() { python3 tools/include_order.py; }
 
 stage_release() { build_and_test release; }
 
-# Checks only the syntax, because a header alone generates no code.
+# Compiles each public header on its own. Checks only the syntax, because a header generates no code.
 stage_headers() {
   local compiler
   for compiler in g++ clang++; do
@@ -95,7 +95,8 @@ stage_windows() {
 
 stage_static() { build_and_test static; }
 
-# Skips the package tests: they build hosts without sanitizers, which cannot link this library.
+# Skips the package tests, because they build hosts without sanitizers. Such hosts cannot link a library
+# with sanitizers.
 stage_sanitize() {
   ASAN_OPTIONS=strict_string_checks=1:detect_stack_use_after_return=1 \
   UBSAN_OPTIONS=print_stacktrace=1 \
@@ -108,7 +109,7 @@ stage_thread() {
     run_tests thread --tests-regex "$thread_tests"
 }
 
-# The tests of objects that several threads may use.
+# This regular expression matches the tests of objects that several threads may use.
 thread_tests='(AsyncRead|Executor|ValidateCommand|'
 thread_tests+='CommandRegistry|InitializerRegistrar|LogTest)'
 
@@ -123,8 +124,8 @@ stage_tidy() { list_files 'orn*.cpp' 'hosts/*.cpp' 'examples/*.cpp' | run_clang_
 
 stage_tidy-tests() { list_files 'tests/*.cpp' 'fuzz/*.cpp' 'benchmarks/*.cpp' | run_clang_tidy; }
 
-# Checks the sources that differ from the main branch, and the source and test of each header that
-# differs from it.
+# Checks the sources that differ from the main branch. For each header that differs, checks its source
+# and its test.
 stage_tidy-changed() {
   local base file
   base=$(git merge-base HEAD origin/main 2>/dev/null || git merge-base HEAD main 2>/dev/null ||
@@ -138,8 +139,8 @@ stage_tidy-changed() {
     done | sort -zu | run_clang_tidy
 }
 
-# Runs clang-tidy on the NUL-separated files of standard input, with the compile commands of the preset
-# "static", which uses clang. The compile commands of tests require its precompiled header.
+# Runs clang-tidy on the NUL-separated files of standard input. Uses the compile commands of the preset
+# "static", because it uses clang. Builds the precompiled header, because the tests' commands need it.
 run_clang_tidy() {
   local files=()
   mapfile -d '' -t files
@@ -152,8 +153,8 @@ run_clang_tidy() {
     xargs -r -d '\n' -n 1 -P "$(jobs_count)" clang-tidy --quiet -p build/static
 }
 
-# Suppresses passedByValue, because cppcheck mistakes iterators for large objects. clang-tidy checks
-# parameters, too.
+# Suppresses passedByValue, because cppcheck mistakes iterators for large objects. clang-tidy reports
+# large parameters that are passed by value.
 stage_cppcheck() {
   mkdir -p build/cppcheck
   cppcheck --quiet --language=c++ --std=c++20 --enable=warning,performance,portability \
@@ -168,8 +169,8 @@ build_and_test() {
   configure "$preset" && build "$preset" && run_tests "$preset" "$@"
 }
 
-# Prints a summary from the log of a stage: the number of tests, such as "412 tests", or what the stage
-# skipped.
+# Prints a summary of the log of a stage: the number of tests, such as "412 tests", or the line that
+# names what the stage skipped.
 summary_of_log() {
   sed -n -e 's/^[0-9]*% tests passed, [0-9]* tests* failed out of \([0-9]*\)$/\1 tests/p' \
     -e '/^skipped: /p' "$1" | tail -n 1

@@ -1,6 +1,6 @@
 # shellcheck shell=bash
 
-# Part of ./dev: functions that print messages, configure, build, and run tests.
+# Part of ./dev: defines functions that print messages, configure and build presets, and run tests.
 
 # Prints a line of progress on stderr, because stdout may be the output of a program.
 say() { printf '== %s\n' "$*" >&2; }
@@ -12,8 +12,8 @@ fail() {
 
 jobs_count() { getconf _NPROCESSORS_ONLN; }
 
-# Uses ccache if it is installed. ccache stores paths relative to the root of the clone, so that several
-# clones share the cached objects.
+# Uses ccache if it is installed. Makes ccache store paths relative to the root of the clone, so that
+# several clones share the cached objects.
 use_compiler_cache() {
   command -v ccache >/dev/null || return 0
   export CMAKE_CXX_COMPILER_LAUNCHER=${CMAKE_CXX_COMPILER_LAUNCHER:-ccache}

@@ -1,6 +1,6 @@
 # shellcheck shell=bash
 
-# Part of ./dev: the API reference, which Doxygen generates from the public headers. Undocumented names
+# Part of ./dev: generates the API reference from the public headers with Doxygen. Undocumented names
 # and references to unknown names are errors.
 
 make_reference() {

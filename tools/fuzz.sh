@@ -6,14 +6,14 @@
 fuzz_targets=(data-file stored-state localiser-texts utf-conversions host-description styled-segments
   console-lines terminal-output)
 
-# Longer inputs reach no new code, but make the plain implementation slow.
+# Longer inputs reach no new code, and the plain implementation is slow on them.
 longest_input=4096
 
 fuzz_usage() {
   cat <<TEXT
 usage: ./dev fuzz [TARGET...] [SECONDS]
 
-Runs the named targets, or all targets, one at a time and for SECONDS each (default: 60).
+Runs the named targets, or all targets, one after the other. Each target runs for SECONDS (default: 60).
   --long   run each target for 30 minutes, as many in parallel as there are cores
   --list   print the targets
 TEXT
@@ -35,7 +35,8 @@ fuzz_target() {
     -print_final_stats=1 </dev/null >"$(log_file "fuzz-$target")" 2>&1
 }
 
-# Prints one line with the executions, covered edges, corpus size and result of a target.
+# Prints one line with the result of a target and the numbers of its executions, covered edges and
+# inputs in the corpus.
 report_target() {
   local target=$1 status=$2 log executions coverage inputs verdict=ok
   log=$(log_file "fuzz-$target")
@@ -47,7 +48,8 @@ report_target() {
     "$target" "${executions:-?}" "${coverage:-?}" "$inputs" "$verdict"
 }
 
-# Runs targets in parallel and prints a line about each. Fails if there is a finding.
+# fuzz_targets_for SECONDS COUNT TARGET...: runs the targets, COUNT in parallel, and prints a line about
+# each. Fails if there is a finding.
 fuzz_targets_for() {
   local seconds=$1 at_a_time=$2 failed=0 running=() target
   shift 2
@@ -99,5 +101,5 @@ command_fuzz() {
     fail "there are findings; docs/fuzzing.md explains how to add a regression test for a finding"
 }
 
-# The stage "fuzz" of ./dev check.
+# Runs the stage "fuzz" of ./dev check.
 stage_fuzz() { build_fuzzers && fuzz_targets_for 1800 "$(jobs_count)" "${fuzz_targets[@]}"; }

@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Checks that files include only what their module and layer allow.
+"""Checks that files include only headers that their module and layer may include.
 
 Prints each violation as FILE:LINE: MESSAGE. The exit status is 1 if there are violations.
 
@@ -21,7 +21,8 @@ MODULES = {
     "ornwhatsnew": {"ornwhatsnew", "ornappsupport", "ornui", "orncore"},
 }
 
-# The private folders from top to bottom. The sources of ornwhatsnew/utility are at the bottom.
+# The private folders from the highest to the lowest layer. The sources of ornwhatsnew/utility belong to
+# the lowest layer.
 LAYERS = ["ornwhatsnew/src", "ornwhatsnew/src/panel", "ornwhatsnew/src/datafile",
           "ornwhatsnew/src/rules"]
 
@@ -40,7 +41,7 @@ def layer(path):
 
 
 def problem(source, included):
-    """Returns a message if the include is not allowed, otherwise None."""
+    """Returns an error message if `source` must not include `included`, otherwise None."""
     module = included.parts[0]
     if module not in MODULES:
         return None

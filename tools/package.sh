@@ -23,7 +23,7 @@ command_package() {
 }
 
 # Without root, or if no clean system can be created, the stage only builds the packages and a host that
-# uses them. The result line of the stage then names what was skipped.
+# uses them. The result line of the stage then contains the reason.
 stage_package() {
   make_packages || return
   local status=0

@@ -1,6 +1,6 @@
 # shellcheck shell=bash
 
-# Part of ./dev: the Debian packages that each command needs, and their installation.
+# Part of ./dev: lists and installs the Debian packages that each command needs.
 
 build_packages=(
   g++ cmake ninja-build pkgconf
@@ -9,7 +9,6 @@ build_packages=(
   libgtest-dev libgmock-dev libmurmurhash-dev python3-jsonschema mandoc
 )
 bench_packages=(libbenchmark-dev valgrind python3)
-# Needed to build Debian packages.
 package_packages=(dpkg-dev file lowdown)
 docs_packages=(doxygen)
 check_packages=(
@@ -36,8 +35,8 @@ is_installed() {
   [[ $(dpkg-query --show --showformat='${db:Status-Status}' "$1" 2>/dev/null) == installed ]]
 }
 
-# Installs the missing packages of a command. Without dpkg it installs nothing, and CMake reports missing
-# dependencies.
+# Installs the missing packages of a command. Without dpkg, it installs nothing, and CMake reports the
+# missing dependencies.
 ensure_packages() {
   command -v dpkg-query >/dev/null || return 0
   local missing=() package

@@ -6,8 +6,8 @@ picture_file=docs/images/panel.png
 picture_columns=84
 picture_lines=39
 
-# Prints an HTML page that looks like a terminal. Replaces links by their text. Replaces faint text by
-# grey text, because aha does not support faint.
+# Prints an HTML page that shows the panel like a terminal. Removes the link targets. Replaces faint
+# text with grey text, because aha does not support faint text.
 picture_page() {
   cat <<'HTML'
 <!doctype html><meta charset="utf-8"><style>
@@ -22,7 +22,7 @@ HTML
   echo '</pre>'
 }
 
-# Replaces aha's bright colours by colours for a dark background.
+# Replaces aha's bright colours with colours for a dark background.
 picture_colors() {
   sed -E -e 's/filter: [^;]*;color:white;background-color:blue;/color:#1d1f29;background:#82aaff;/g' \
     -e 's/filter: [^;]*;color:blue;/color:#82aaff;/g' \

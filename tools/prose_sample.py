@@ -17,7 +17,8 @@ MAN_SOURCE = re.compile(r"\.[1-9]$")
 # The mdoc macros whose text continues a sentence. Other macro lines end the sentence.
 MAN_INLINE = re.compile(r"^\.(Nm|Ar|Cm|Fl|Ql|Pa|Ev|Em|Sy|Li) ?")
 SENTENCE_END = re.compile(r"(?<=[.!?])\s+(?=[A-Z`\"(\[*])")
-# A C++ string literal, or several that the compiler joins.
+# LITERAL matches one C++ string literal. JOINED_LITERALS also matches adjacent literals, which the
+# compiler joins.
 LITERAL = r'"((?:[^"\\\n]|\\.)*)"'
 JOINED_LITERALS = re.compile(rf"{LITERAL}(?:\s*{LITERAL})*")
 SHORTEST_SENTENCE = 4  # words
@@ -44,7 +45,7 @@ def comment_text(line: str, marker: str) -> str | None:
 
 
 def comment_blocks(path: Path, text: str) -> list[tuple[int, str]]:
-    """Returns the blocks of adjacent comment lines, each with its first line number."""
+    """Returns each block of adjacent comment lines that has three or more words, and its line."""
     marker = "//" if path.suffix in {".h", ".cpp"} else "#"
     blocks, block, start = [], [], 0
     for number, line in enumerate(text.splitlines() + [""], 1):

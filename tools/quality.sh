@@ -1,8 +1,8 @@
 # shellcheck shell=bash
 
-# Part of ./dev: coverage, mutation testing, and tests that kill programs.
+# Part of ./dev: measures coverage, runs mutation testing, and runs the tests that kill programs.
 
-# The folders whose coverage is measured. Tests are not among them.
+# The coverage report includes only these folders, which contain no tests.
 measured_folders=(orncore ornappsupport ornui ornwhatsnew hosts)
 
 command_coverage() {
@@ -12,8 +12,8 @@ command_coverage() {
   build coverage
   # Delete the counts of earlier runs, because a run adds its counts to them.
   find build/coverage -name '*.gcda' -delete
-  # Skip tests in which the program switches to the user nobody. It then cannot write its counts and
-  # reports this on stderr, which the tests compare.
+  # Skip tests in which the program switches to the user nobody. This user cannot write the counts, so
+  # the program prints an error that the tests do not expect.
   run_tests coverage --label-exclude package \
     --exclude-regex 'ProgramFileFaultTest.*(WithoutPermission|MayNotBeWritten)'
   local filters=() folder
@@ -49,7 +49,7 @@ command_kills() {
   kill_in hosts_console_tests ProgramKillTest "$kills"
 }
 
-# Runs the tests "EveryKill..." of a suite and prints the line with the number of kills.
+# Runs the tests "EveryKill..." of a suite and prints the line of their output with the number of kills.
 kill_in() {
   local program=$1 suite=$2 kills=$3 log
   log=$(log_file "kills-$suite")
@@ -61,7 +61,7 @@ kill_in() {
   printf '%-17s %s\n' "$suite" "$(grep -E '^[0-9]+ killed, ' "$log")"
 }
 
-# The stages of ./dev check --release.
+# The following functions run stages of ./dev check --release.
 stage_kills() { command_kills 10000; }
 stage_mutation() { command_mutation --minutes 30; }
 stage_coverage() { command_coverage; }
