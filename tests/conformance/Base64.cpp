@@ -12,8 +12,8 @@ constexpr std::string_view kAlphabet =
     "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
 constexpr std::size_t kGroup = 4;
 
-/// Appends the bytes of two to four digits. Returns false if a digit is invalid or an unused bit is
-/// set.
+/// Appends the bytes that two to four Base64 digits encode. Returns false if a digit is invalid or
+/// an unused bit is set.
 bool AppendGroup(std::string_view digits, std::string& bytes) {
   std::uint32_t bits = 0;
   for (const char digit : digits) {

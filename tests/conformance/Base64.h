@@ -1,4 +1,4 @@
-// Decodes Base64, the encoding of data files that are not UTF-8.
+// Decodes Base64, in which scenarios contain data files that are not UTF-8.
 #ifndef TESTS_CONFORMANCE_BASE64_H_
 #define TESTS_CONFORMANCE_BASE64_H_
 
@@ -8,8 +8,8 @@
 
 namespace conformance {
 
-/// Returns the bytes of Base64 text in the standard alphabet, padded with `=` to groups of four
-/// characters. Returns nullopt if `text` is malformed or if a bit after the last byte is set.
+/// Decodes Base64 in the standard alphabet, padded with `=` to groups of four characters. Returns
+/// nullopt if `text` is malformed or if an unused bit after the last byte is set.
 std::optional<std::string> DecodeBase64(std::string_view text);
 
 }  // namespace conformance

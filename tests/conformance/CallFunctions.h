@@ -1,4 +1,4 @@
-// The functions that a scenario can call by name.
+// Finds the functions that a scenario can call by name.
 #ifndef TESTS_CONFORMANCE_CALLFUNCTIONS_H_
 #define TESTS_CONFORMANCE_CALLFUNCTIONS_H_
 
@@ -15,18 +15,19 @@ class FeatureListData;
 
 namespace conformance {
 
-/// A function of the library that the step `call` can call.
+/// A library function that the step `call` can call.
 struct CallFunction {
   std::string_view name;
   std::size_t argumentCount;
-  /// Whether the function needs a list. If not, `list` may be null.
+  /// True if the function needs a list. If false, the `list` argument of `call` may be null.
   bool usesList;
-  /// Calls the function with UTF-8 arguments and returns its result.
+  /// Calls the function with `argumentCount` UTF-8 arguments and returns its result.
   nlohmann::json (*call)(std::span<const std::string> arguments,
                          const ornwhatsnew::FeatureListData* list);
 };
 
-/// Returns the function with this name, or null if there is none. The pointer is always valid.
+/// Returns the function with this name, or null if there is none. The pointer stays valid until the
+/// program ends.
 const CallFunction* FindCallFunction(std::string_view name);
 
 }  // namespace conformance

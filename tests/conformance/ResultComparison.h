@@ -9,16 +9,16 @@
 
 namespace conformance {
 
-/// One difference. `expected` and `got` are JSON on one line, shortened to the part that differs.
-/// If one side has no value, its string is "nothing".
+/// A difference between two JSON values. `expected` and `got` are JSON on one line, shortened to
+/// the part that differs. If a value exists on only one side, the other string is "nothing".
 struct Difference {
-  /// The JSON pointer of the value.
+  /// The JSON pointer to the value that differs.
   std::string path;
   std::string expected;
   std::string got;
 };
 
-/// Returns all differences of members and elements. Compares arrays by index.
+/// Returns each member and element that differs. Compares elements of arrays by index.
 std::vector<Difference> CompareJson(const nlohmann::json& expected, const nlohmann::json& got);
 
 }  // namespace conformance

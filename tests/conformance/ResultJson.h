@@ -17,15 +17,15 @@
 
 namespace conformance {
 
-/// Returns the value as one line of ASCII. Escapes all other characters, because some of them would
-/// break the line on a terminal.
+/// Returns the value as one line of ASCII. Escapes all other characters, because some of them start
+/// a new line on a terminal.
 std::string LineOf(const nlohmann::json& value);
 
 using hosts::common::RatingItemsJson;
 using hosts::common::RunsJson;
 using hosts::common::TextJson;
 
-/// The form of persisted lists in results.
+/// The form in which results contain persisted lists.
 enum class ListForm {
   kSorted,  ///< the array of the elements in ascending byte order, with duplicates
   kText,    ///< the string that the library wrote
@@ -34,16 +34,17 @@ enum class ListForm {
 /// Returns a persisted list in the given form.
 nlohmann::json PersistedListJson(std::string_view persistedList, ListForm form);
 
-/// Returns `value`, which is persisted under `key`. A list of identities or versions has the given
-/// form. Any other value is a string.
+/// Returns the JSON of `value`, which is persisted under `key`. A list of identities or versions is
+/// converted to the given form. Any other value becomes a string.
 nlohmann::json PersistedValueJson(std::string_view key, std::string_view value, ListForm form);
 
-/// Returns an array of setter calls, each as `[key, value]`.
+/// Returns an array with one element `[key, value]` for each setter call. Persisted lists have the
+/// given form.
 nlohmann::json WritesJson(std::span<const std::pair<std::string, std::string>> writes,
                           ListForm form);
 
-/// Returns an object with the ordered keys (`order`) and all items by key (`items`). An empty entry
-/// is null.
+/// Returns an object with two members: `order` is the key order, and `items` maps each key to its
+/// item. A null entry of the list becomes null.
 nlohmann::json ItemsJson(const ornwhatsnew::FeatureListData& list);
 
 }  // namespace conformance

@@ -28,13 +28,13 @@ using nlohmann::json;
 
 namespace {
 
-/// The results of one scenario, or its error.
+/// The results of one scenario, or the error that prevented its run.
 struct Outcome {
-  /// Null if the scenario has no usable name.
+  /// The name of the scenario, or null if it has no name that is a string.
   json name;
   json results;
   std::optional<std::string> error;
-  /// The scenario's `expect`, or null. The document owns it.
+  /// The expected results, or null if the scenario has none. The JSON document owns them.
   const json* expect = nullptr;
 };
 
@@ -65,11 +65,12 @@ Outcome RunOne(const JsonReader& reader) {
   return outcome;
 }
 
-/// The number of scenarios that a JSON string may contain.
+/// Whether a JSON string may contain an array of scenarios.
 enum class Form { kOneOrMany, kOne };
 
-/// Runs the scenarios of one JSON string. The string is one object, or an array of objects if
-/// `form` allows it.
+/// Runs the scenarios in a JSON string and passes their outcomes to `sink`. The string contains one
+/// scenario or, if `form` allows it, an array of scenarios. `sourceName` names the string in
+/// errors.
 void RunText(std::string_view text, std::string_view sourceName, Form form,
              const OutcomeSink& sink) {
   std::optional<JsonDocument> document;
@@ -118,7 +119,8 @@ std::string DisplayName(const Outcome& outcome) {
   return quoted.substr(1, quoted.size() - 2);
 }
 
-/// Flushes the output. Returns `status`, or reports a write error and returns `kNotRun`.
+/// Flushes the output and returns `status`. If the output cannot be written, reports an error and
+/// returns `kNotRun`.
 int Finish(const Streams& streams, int status) {
   streams.out.flush();
   if (streams.out) return status;
@@ -126,8 +128,8 @@ int Finish(const Streams& streams, int status) {
   return kNotRun;
 }
 
-/// Writes a line for each difference. Returns whether there is one. The first number of a path such
-/// as `/3/text` is the index of the step.
+/// Writes a line for each difference from the expected results. Returns whether there is a
+/// difference. The first number of a path such as `/3/text` is the index of the step.
 bool PrintDifferences(const Outcome& outcome, std::ostream& out) {
   const std::vector<Difference> differences = CompareJson(*outcome.expect, outcome.results);
   for (const Difference& difference : differences) {

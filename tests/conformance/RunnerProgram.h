@@ -1,4 +1,4 @@
-// The three modes of the scenario runner.
+// Implements the three modes of the scenario runner.
 #ifndef TESTS_CONFORMANCE_RUNNERPROGRAM_H_
 #define TESTS_CONFORMANCE_RUNNERPROGRAM_H_
 
@@ -8,28 +8,29 @@
 
 namespace conformance {
 
-/// Exit statuses. If several apply, the highest one is returned.
+/// The exit statuses. If several apply, the program returns the highest one.
 inline constexpr int kSuccess = 0;
 inline constexpr int kDifferences = 1;
 inline constexpr int kNotRun = 2;
 
-/// The streams of the program. If no files are given, scenarios are read from `in`.
+/// The standard streams of the program.
 struct Streams {
   std::istream& in;
   std::ostream& out;
   std::ostream& err;
 };
 
-/// Writes one JSON array with the results or the error of each scenario, in order. Returns the exit
-/// status.
+/// Runs the scenarios of the files, or those of `streams.in` if there are no files. Writes one JSON
+/// array with the results or the error of each scenario, in order. Returns the exit status.
 int PrintResults(const std::vector<std::string>& files, Streams streams);
 
-/// Compares the results of each scenario with the expected ones, and writes a line for each
-/// difference. Returns the exit status.
+/// Runs the scenarios of the files, or those of `streams.in` if there are no files. Compares the
+/// results of each scenario with the expected results, and writes a line for each difference.
+/// Returns the exit status.
 int CheckResults(const std::vector<std::string>& files, Streams streams);
 
-/// Reads one scenario per line. Writes and flushes its result as one line before it reads the next
-/// scenario. Ignores blank lines. Returns the exit status.
+/// Reads one scenario per line from `streams.in` and runs it. Writes and flushes the results as one
+/// line before it reads the next scenario. Ignores blank lines. Returns the exit status.
 int RunBatch(Streams streams);
 
 }  // namespace conformance

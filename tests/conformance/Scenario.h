@@ -1,4 +1,4 @@
-// A scenario: a host, and the calls on its feature lists in order.
+// Defines scenarios. A scenario consists of a host and a sequence of calls on its feature lists.
 #ifndef TESTS_CONFORMANCE_SCENARIO_H_
 #define TESTS_CONFORMANCE_SCENARIO_H_
 
@@ -14,8 +14,8 @@ namespace conformance {
 
 struct CallFunction;
 
-// Each kind of step has a struct, which is named after the step's `do`. Strings are UTF-8, and
-// `data` may contain any bytes.
+// Each kind of step has a struct, which is named after the member `do` of the step. Strings are
+// UTF-8, except that `data` may contain any bytes.
 
 struct ConstructStep {};
 struct LoadStep {
@@ -23,7 +23,7 @@ struct LoadStep {
 };
 struct LoadResourceStep {
   std::string path;
-  /// Empty if the resource manager has no resource.
+  /// The content of the resource, or nullopt if the resource manager has no resource.
   std::optional<std::string> data;
 };
 struct InitStep {
@@ -50,8 +50,8 @@ struct EnsureSectionStep {
 /// The state callbacks that a list receives.
 enum class Callbacks { kBoth, kGetter, kSetter, kNone };
 
-/// The host of a scenario. It adds the content of the state store and the callbacks to a host
-/// description.
+/// The host of a scenario: a host description, the content of the state store, and the callbacks
+/// that a list receives.
 struct ScenarioHost : hosts::common::HostDescription {
   Texts state;
   Callbacks callbacks = Callbacks::kBoth;
@@ -60,9 +60,10 @@ struct ScenarioHost : hosts::common::HostDescription {
 struct HostStep {
   /// The complete host from this step on.
   ScenarioHost host;
-  /// Whether the step has the members `debug` and `state`. If not, the current entries stay,
+  /// True if the step has the member `debug`. If false, the debug database keeps its entries,
   /// because the library may have written some of them.
   bool replacesDebug = false;
+  /// True if the step has the member `state`. If false, the state store keeps its content.
   bool replacesState = false;
 };
 struct IsAnythingNewStep {
@@ -101,7 +102,7 @@ using Step =
 
 struct Scenario {
   std::string name;
-  /// Whether results contain persisted lists as strings instead of sorted arrays.
+  /// True if results contain persisted lists as strings instead of sorted arrays.
   bool exactTexts = false;
   ScenarioHost host;
   std::vector<Step> steps;

@@ -29,7 +29,8 @@ std::string DecodeData(const JsonReader& encoded) {
   return *std::move(bytes);
 }
 
-/// Returns the data file of a step, which has one of three forms, or nullopt if the step has none.
+/// Returns the data file of a step, or nullopt if the step has none. The member `data`, `dataLines`
+/// or `dataBase64` contains it.
 std::optional<std::string> ReadOptionalData(const JsonReader& step) {
   const auto text = step.Find("data");
   const auto lines = step.Find("dataLines");
@@ -134,7 +135,7 @@ Step ReadCaptureStyle(const JsonReader& step) {
                           .string = step.Member("string").Text()};
 }
 
-/// Whether a step creates a list or needs one.
+/// How a step uses the list of the scenario.
 enum class ListUse { kCreates, kNeeds, kNone };
 
 struct StepForm {
@@ -177,8 +178,8 @@ Callbacks ReadCallbacks(const JsonReader& member) {
   member.FailExpecting("\"both\", \"getter\", \"setter\" or \"none\"");
 }
 
-/// Replaces the members of `host` that `object` has. `others` are the names of further members that
-/// `object` may have.
+/// Sets the members of `host` that `object` contains, and leaves the other members unchanged.
+/// `others` contains the names of members that `object` may have besides `kHostMembers`.
 void ReadScenarioHost(const JsonReader& object, std::initializer_list<std::string_view> others,
                       ScenarioHost& host) {
   std::vector<std::string_view> known(others);
@@ -189,8 +190,8 @@ void ReadScenarioHost(const JsonReader& object, std::initializer_list<std::strin
   if (const auto callbacks = object.Find("callbacks")) host.callbacks = ReadCallbacks(*callbacks);
 }
 
-/// Reads the steps of one scenario in order. The order matters, because some steps need a list that
-/// an earlier step creates.
+/// Reads the steps of one scenario in order. The order matters, because a step may need a list that
+/// an earlier step creates, and a host step changes the host of the previous steps.
 class StepReader {
  public:
   explicit StepReader(const ScenarioHost& host) : host_(host) {}
@@ -207,7 +208,7 @@ class StepReader {
   }
 
  private:
-  /// Reads a host step. The host's members are members of the step itself.
+  /// Reads a host step, whose members are those members of the host that it replaces.
   Step ReadHost(const JsonReader& step) {
     ReadScenarioHost(step, {"do", "state"}, host_);
     return HostStep{.host = host_,

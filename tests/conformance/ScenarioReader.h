@@ -1,4 +1,4 @@
-// Reads scenarios from JSON. The reader checks the whole scenario before the first step runs.
+// Reads scenarios from JSON. Checks a whole scenario, so that a malformed step prevents the run.
 #ifndef TESTS_CONFORMANCE_SCENARIOREADER_H_
 #define TESTS_CONFORMANCE_SCENARIOREADER_H_
 
@@ -7,9 +7,9 @@
 
 namespace conformance {
 
-/// Returns the scenario that `object` contains, without `expect`. Throws `hosts::common::JsonError`
-/// for an unknown, missing or duplicate member, for a value of the wrong type or range, and for a
-/// step that needs a list before one exists.
+/// Reads a scenario from `object`. Accepts but ignores the member `expect`. Throws
+/// `hosts::common::JsonError` for an unknown, missing or duplicate member, and for a value of the
+/// wrong type or range. Also throws it for a step that needs a list before one exists.
 Scenario ReadScenario(const hosts::common::JsonReader& object);
 
 }  // namespace conformance

@@ -21,7 +21,7 @@ Scenario Read(std::string_view json) {
   return ReadScenario(JsonReader(document));
 }
 
-/// Returns a scenario with these steps. `steps` is the content of the array, without brackets.
+/// Returns the JSON of a scenario. `steps` contains the elements of its array of steps.
 std::string WithSteps(std::string_view steps) {
   return R"({"name":"x","host":{},"steps":[)" + std::string(steps) + "]}";
 }
@@ -35,7 +35,7 @@ std::string ErrorOf(std::string_view json) {
   return "";
 }
 
-/// Reads a step and returns it as a `Kind`. Throws if it is of another kind.
+/// Reads a step that follows a `construct` step. Throws if the step is not of the type `Kind`.
 template <class Kind>
 Kind ReadStep(std::string_view step) {
   return std::get<Kind>(Read(WithSteps(R"({"do":"construct"},)" + std::string(step))).steps.at(1));

@@ -25,8 +25,8 @@ using orncore::string::UTF8to16;
 
 namespace {
 
-/// The host of one scenario and the list that its steps use. Each kind of step has an overload of
-/// `Do`, which executes the step and returns its result.
+/// Executes the steps of one scenario in its host. Each kind of step has an overload of `Do`, which
+/// executes the step and returns its result.
 class ScenarioWorld {
  public:
   ScenarioWorld(const ScenarioHost& host, ListForm listForm)

@@ -9,7 +9,8 @@
 namespace conformance {
 
 /// Runs the steps of a scenario and returns the array of their results. Resets all services first,
-/// so that earlier scenarios have no effect. Exceptions of the library propagate. Not thread-safe.
+/// so that earlier scenarios have no effect. Propagates the library's exceptions. Not thread-safe,
+/// because the services are global.
 nlohmann::json RunScenario(const Scenario& scenario);
 
 }  // namespace conformance

@@ -14,7 +14,7 @@ using hosts::common::JsonDocument;
 using hosts::common::JsonReader;
 using nlohmann::json;
 
-/// Runs scenarios. The fixture's fake host resets the services.
+/// Runs scenarios. The fake host of the base class resets the services after each test.
 class ScenarioRunTest : public test_support::FakeHostTest {
  protected:
   static json Run(std::string_view host, std::string_view steps) {

@@ -1,4 +1,4 @@
-// scenario_runner: runs scenarios and prints or checks their results.
+// The program scenario_runner, which runs scenarios and prints or checks their results.
 
 #include <iostream>
 #include <string>
@@ -19,7 +19,7 @@ int main(int argc, char** argv) {
       app.add_flag("--check", check, "Print a line for each difference from the expected results");
   CLI::Option* const batchFlag =
       app.add_flag("--batch", batch,
-                   "Read one scenario per line from standard input, print one result per line");
+                   "Read one scenario per line from standard input and print one result per line");
   batchFlag->excludes(checkFlag)->excludes("FILE");
   app.footer("Exit status: 0 success, 1 differences, 2 a scenario could not be run.");
   try {

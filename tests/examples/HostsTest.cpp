@@ -1,5 +1,5 @@
-// Tests the host descriptions of the example. They describe one application with different users,
-// so they must have the same features.
+// Tests the host descriptions of the example. They describe one application with different users
+// and versions, so their features must agree.
 #include <filesystem>
 #include <map>
 #include <memory>
@@ -71,7 +71,7 @@ TEST(ExampleHosts, OnlyTheGermanHostHasADictionary) {
   EXPECT_GT(ReadHost("host.de.json").dictionary.size(), 20U);
 }
 
-/// An empty dictionary that records the keys of its queries.
+/// An empty dictionary that records the keys that the library looks up.
 class QueriedKeys : public orncore::config::DictionarySource {
  public:
   std::optional<std::string> Find(std::string_view key) const override {
@@ -83,7 +83,7 @@ class QueriedKeys : public orncore::config::DictionarySource {
 };
 
 TEST(ExampleHosts, GermanHostTranslatesEveryTextOfThePanel) {
-  // These texts contain only layout, which is the same in every language.
+  // These templates contain only layout, which is the same in every language.
   const std::set<std::string> untranslated = {
       "$$$/ornwhatsnew/Feature/Detail/Plain/DisplayTemplate/Tab",
       "$$$/ornwhatsnew/Feature/Detail/Plain/DisplayTemplate",

@@ -1,5 +1,5 @@
-// Two pages show commands with their output: the README of the examples and the manual for authors
-// of data files. These tests run the commands and compare the output.
+// Runs the commands that two pages show, and compares the output with the pages. The pages are the
+// README of the examples and the manual for authors of data files.
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
@@ -44,7 +44,8 @@ std::string JoinLines(const Lines& lines) {
   return text;
 }
 
-// Runs the commands of `page` in the current folder and compares their output with the page.
+// Runs the commands of the file `page` in the current folder. Expects the output that the page
+// shows.
 void ExpectPageShowsWhatItsCommandsPrint(const std::string& page) {
   const auto commands = ReadShownCommands(ReadAll(page));
   ASSERT_GT(commands.size(), 10U);
@@ -56,8 +57,8 @@ void ExpectPageShowsWhatItsCommandsPrint(const std::string& page) {
   }
 }
 
-// Sets up the environment of the commands: a folder with examples, a PATH with the program, and a
-// new state store.
+// Prepares the environment of the commands: the folder of the examples, a PATH that contains the
+// program, and an empty state store.
 class ExamplePage : public ::testing::Test {
  protected:
   void SetUp() override {
@@ -83,7 +84,7 @@ TEST_F(ExamplePage, DataFileManualShowsTheOutputOfItsCommands) {
   ExpectPageShowsWhatItsCommandsPrint(RULES_PAGE);
 }
 
-// The tables have rows of this form: | line | `text of the line` | what it shows |
+// The page quotes the data file in table rows: | line number | `quoted text` | explanation |
 TEST_F(ExamplePage, QuotesTheLinesOfTheDataFile) {
   const Lines data = SplitLines(ReadAll("whatsnew.csv"));
   const std::regex tableRow(R"(^\| (\d+) \| `([^`]+)` \|)");

@@ -1,4 +1,4 @@
-// Reads the console blocks of a Markdown page, which contain commands and their output.
+// Reads the console code blocks of a Markdown page, which contain commands and their output.
 #ifndef TESTS_EXAMPLES_WALKTHROUGH_H_
 #define TESTS_EXAMPLES_WALKTHROUGH_H_
 
@@ -10,20 +10,22 @@ namespace examples {
 
 using Lines = std::vector<std::string>;
 
-/// Returns the lines of a string without the empty lines at its end.
+/// Splits a string into lines. Omits empty lines at its end.
 Lines SplitLines(std::string_view text);
 
-/// A command in a page, and the output that the page shows for it.
+/// A command in a Markdown page, and the output that the page shows for it.
 struct ShownCommand {
   std::string command;
   Lines output;
 };
 
-/// Returns the commands (lines that begin with "$ ") of all blocks that open with "```console".
+/// Returns the commands in the code blocks of `page` that open with "```console". A command is a
+/// line that begins with "$ ". The lines up to the next command are its output.
 std::vector<ShownCommand> ReadShownCommands(std::string_view page);
 
-/// Returns whether `output` matches `shown`. In `shown`, the line "..." matches any number of
-/// lines, and "..." within a line matches any characters.
+/// Returns whether a command's `output` matches the output in the page, `shown`. In `shown`, the
+/// line
+/// "..." matches any number of lines, and "..." within a line matches any characters.
 bool IsShown(const Lines& shown, const Lines& output);
 
 }  // namespace examples

@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Prints or checks the symbols that the shared library exports.
 #   exports.sh list LIBRARY        prints the demangled symbols, sorted
-#   exports.sh check LIBRARY LIST  compares them with the file LIST
+#   exports.sh check LIBRARY LIST  compares the symbols with the file LIST
 set -euo pipefail
 export LC_ALL=C
 
@@ -10,8 +10,8 @@ fail() {
   exit 1
 }
 
-# Prints the symbols. Replaces the standard string types by short names to make the signatures
-# readable.
+# Prints the exported symbols of a library. Replaces the standard string types with short names to make
+# the signatures readable.
 list() {
   local traits='std::char_traits<\1>' allocator='std::allocator<\1>'
   local text="std::__cxx11::basic_string<\\(char\\|char16_t\\), $traits, $allocator >"
@@ -29,10 +29,10 @@ check() {
   local foreign kind='(typeinfo|typeinfo name|vtable|VTT) for |(non-)?virtual thunk to '
   foreign=$(grep -vE "^($kind)?(orncore|ornappsupport|ornui|ornwhatsnew)::" <<<"$names" || true)
   [[ -z $foreign ]] ||
-    fail "$library exports symbols of other namespaces:" "$foreign" "See cmake/Exports.map."
+    fail "$library exports symbols of other namespaces:" "$foreign" "see cmake/Exports.map"
   diff --unified=0 --label "$file" --label "$library" "$file" - <<<"$names" >&2 ||
-    fail 'The exported symbols have changed. Existing hosts may need the removed symbols.' \
-      "If the change is intended, run './dev exports' and commit the list."
+    fail 'the exported symbols have changed; existing hosts may need the removed symbols' \
+      "if the change is intended, run './dev exports' and commit the list"
 }
 
 case "${1:-} $#" in

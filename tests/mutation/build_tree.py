@@ -1,8 +1,9 @@
-"""Builds the library, the hosts and the tests so that a change of one source is built quickly.
+"""Builds the library, the hosts and the tests so that rebuilding a changed source file is fast.
 
 The build does not use CMake. It compiles every source of the copied tree with the same flags and a
-precompiled header, without optimization. Each group of sources becomes one shared library and each
-folder of tests one program, so a mutant costs one compilation and the link of one small library.
+precompiled header, without optimization. It links each group of sources into a shared library and
+each folder of tests into a program. A mutant therefore needs only one compilation and one link of a
+small library.
 """
 
 import concurrent.futures
@@ -14,7 +15,7 @@ import subprocess
 from dataclasses import dataclass
 from pathlib import Path
 
-# Maps each shared library to its folders, whose files are mutated.
+# Maps each shared library to its folders. The mutants are changes of the files in these folders.
 LIBRARIES = {
     "modules": ("orncore", "ornappsupport", "ornui", "ornwhatsnew"),
     "hosts": ("hosts/common", "hosts/console"),
@@ -36,7 +37,7 @@ TEST_FOLDERS = {
     "hosts_console_tests": "tests/hosts/console",
 }
 SUPPORT_FOLDERS = ("tests/support", "tests/conformance")
-# Linked only into the programs that include its header, because it replaces allocation functions.
+# This source replaces allocation functions, so it is linked only into programs that include its header.
 REPLACES_FUNCTIONS = "tests/support/Allocations.cpp"
 
 COMPILER_FLAGS = ("-std=c++20", "-O0", "-g0", "-fPIC", "-w", "-DGTEST_HAS_PTHREAD=1")
@@ -46,12 +47,12 @@ DEFINITIONS = {
     "ORNWHATSNEW_PRIVACY_PAGE": "https://account.tarsa.example/privacy",
 }
 REQUIRED_LIBRARIES = ("SQLiteCpp", "sqlite3", "murmurhash", "icuuc")
-# A header mutant recompiles at most this many sources of the library and the hosts.
+# For a mutant of a header, at most this number of sources of the library and the hosts is recompiled.
 MOST_INCLUDERS = 12
 
 
 class BuildError(Exception):
-    """The unchanged sources do not build."""
+    """Raised if the unchanged sources do not compile or link."""
 
 
 @dataclass(frozen=True)
@@ -100,7 +101,10 @@ class BuildTree:
         return programs
 
     def build(self, jobs):
-        """Compiles the units that have changed and links everything. Raises BuildError."""
+        """Compiles the changed units and links all libraries and programs.
+
+        Raises BuildError if the compiler or the linker fails.
+        """
         for folder in ("obj", "lib", "bin"):
             (self.folder / folder).mkdir(parents=True, exist_ok=True)
         units = set(self.support).union(*self.libraries.values(), *self.programs.values())
@@ -117,7 +121,7 @@ class BuildTree:
                 raise BuildError(message)
 
     def copy_to(self, folder, jobs):
-        """Copies the tree to another folder, replaces its content, and returns the copy."""
+        """Replaces the content of `folder` with a copy of this tree. Builds and returns the copy."""
         shutil.rmtree(folder, ignore_errors=True)
         shutil.copytree(self.folder, folder, symlinks=True)
         other = copy.copy(self)
@@ -130,9 +134,9 @@ class BuildTree:
     def units_for(self, file, sample):
         """Returns the library units and the test units to compile for a mutant of a file.
 
-        Test units have their own copies of inline functions, so the tests that are named after a
-        header are compiled, too. If many units include a header, `sample(units, count)` selects
-        some of them.
+        For a header, the test units are the tests that are named after it, because they contain
+        their own copies of its inline functions. If more than MOST_INCLUDERS library units include
+        the header, `sample(units, count)` selects some of them.
         """
         own_test = Path(file).stem + "Test"
         measured = set().union(*self.libraries.values(), {Unit(PROGRAM_MAIN)})
@@ -144,12 +148,15 @@ class BuildTree:
         return included, tests
 
     def compile(self, unit):
-        """Compiles a unit and replaces its object. Returns None or the compiler's message."""
+        """Compiles a unit and replaces its object. Returns None, or the errors of the compiler."""
         self._keep(unit.object)
         return self._run(self._compile_command(unit))
 
     def link(self, units):
-        """Links everything that contains one of the units. Returns None or the linker's message."""
+        """Links the libraries and programs that contain one of the units.
+
+        Returns None, or the errors of the linker.
+        """
         units = set(units)
         outputs = {}
         for name, members in self.libraries.items():
@@ -185,8 +192,8 @@ class BuildTree:
 
     def _definitions(self, unit):
         values = dict(DEFINITIONS)
-        # Define the program's path only for sources that use it, because a copy of the tree must
-        # compile these sources again.
+        # Define the program's path only for sources that use it. The path differs in each copy of
+        # the tree, so each copy must recompile these sources.
         if "ORNWHATSNEW_PROGRAM" in (self.source / unit.source).read_text():
             values["ORNWHATSNEW_PROGRAM"] = str(self.folder / "bin/ornwhatsnew")
         return [f'-D{name}="{value}"' for name, value in values.items()]
@@ -196,7 +203,10 @@ class BuildTree:
                 *self._definitions(unit), "-c", f"source/{unit.source}", "-o", unit.object]
 
     def _build_unit(self, unit):
-        """Compiles a unit if the command or a file that it reads has changed."""
+        """Compiles a unit if its compile command or a file that it includes has changed.
+
+        Returns None, or the errors of the compiler.
+        """
         target = self.folder / unit.object
         dependencies, stamp = target.with_suffix(".d"), target.with_suffix(".stamp")
         command = self._compile_command(unit)
@@ -218,7 +228,7 @@ class BuildTree:
 
     @staticmethod
     def _read_names(dependencies):
-        """Returns the files of the copied tree in a compiler's dependency file."""
+        """Returns the names of the copied tree's files in a dependency file of the compiler."""
         text = dependencies.read_text().replace("\\\n", " ")
         return sorted({os.path.normpath(word) for word in text.split(":", 1)[1].split()
                        if word.startswith("source/")})
@@ -252,7 +262,7 @@ class BuildTree:
 
 
 def restore_after_kill(folder):
-    """Restores the sources that a killed run left changed, and removes its changed objects."""
+    """Restores the sources that a killed run has changed, and removes the objects built from them."""
     for kept in folder.rglob("*.kept"):
         path = kept.with_name(kept.name.removesuffix(".kept"))
         if path.is_relative_to(folder / "source"):
@@ -263,7 +273,10 @@ def restore_after_kill(folder):
 
 
 def compile_header(text, output):
-    """Precompiles a header if its text or the flags have changed. Raises BuildError."""
+    """Precompiles a header if its text or the compiler flags have changed.
+
+    Raises BuildError if the compiler fails.
+    """
     key = hashlib.sha1(("\0".join(COMPILER_FLAGS) + text).encode()).hexdigest()
     if output.exists() and output.with_suffix(".key").exists():
         if output.with_suffix(".key").read_text() == key:

@@ -1,8 +1,8 @@
 """Finds the mutants of a C++ source.
 
-A mutant is one small change that a test should notice: another comparison, another constant, a
-negated condition, a removed statement. This module does not parse C++, so some mutants do not
-compile. They are not counted.
+A mutant is one small change that a test should notice, for example another comparison, another
+constant, a negated condition, or a removed statement. This module does not parse C++, so some mutants
+do not compile. The rate of killed mutants does not include them.
 """
 
 import hashlib
@@ -20,19 +20,19 @@ class Mutant:
     end: int
     replacement: str
     before: str  # the line without its indentation
-    occurrence: int  # the number of equal lines before it
+    occurrence: int  # the number of equal lines before the line
 
     @property
     def folder(self):
-        """The module, or the folder in hosts/."""
+        """The folder of the module, such as orncore, or the folder in hosts/."""
         parts = self.file.split("/")
         return "/".join(parts[:2]) if parts[0] == "hosts" else parts[0]
 
     @property
     def identity(self):
-        """A hash that does not depend on the line number.
+        """A hash that identifies the mutant and does not depend on the line number.
 
-        It changes with the text of the line and the number of equal lines before it.
+        It changes if the text of the line or the number of equal lines before it changes.
         """
         key = "\0".join(
             (self.file, self.before, str(self.occurrence), str(self.column), self.operator,
@@ -40,8 +40,8 @@ class Mutant:
         return hashlib.sha1(key.encode()).hexdigest()[:16]
 
 
-# The replacements of an operator or a word. Formatted code has a space on each side of a binary
-# operator, which distinguishes it from template brackets and references.
+# Maps each operator to its replacements. Formatted code has a space on each side of a binary operator,
+# which distinguishes the operator from template brackets and references.
 BINARY = {
     "==": ["!="], "!=": ["=="], "<": ["<=", ">="], "<=": ["<", ">"], ">": [">=", "<="],
     ">=": [">", "<"], "&&": ["||"], "||": ["&&"], "+": ["-"], "-": ["+"], "*": ["/"],
@@ -67,14 +67,14 @@ VARIABLE = re.compile(r"^[\w:<>,&*\s\x01]+[\s&*>]\w+(?:\s*=[^=].*|\(.*|\{.*|\[.*
 # Reserving memory does not change results.
 RESERVATION = re.compile(r"\b[rR]eserve\(")
 STATEMENT = re.compile(r"^[\w:(*~+-].*;$", re.S)
-# Mutants of these lines would change nothing at run time.
+# Mutants of these lines would not change the program at run time.
 SKIPPED_LINE = re.compile(r"^\s*(?:template\b|#|static_assert\b|assert\b|using\b|friend\b)")
 
 
 def mask(text):
-    """Returns the text and the ranges of its string and character literals.
+    """Returns a copy of the text, and the ranges of its string and character literals.
 
-    Comments, literals and preprocessor lines are overwritten in the text.
+    In the copy, comments, literals and preprocessor lines are replaced with the character 1.
     """
     pattern = re.compile(
         r"//[^\n]*|/\*.*?\*/|^[ \t]*#(?:[^\n\\]|\\.)*|R\"\((?:.*?)\)\"|"
@@ -149,7 +149,10 @@ def is_droppable(statement):
 
 
 def statement_changes(masked):
-    """Yields the removal of each statement: the text between two of ; { } that ends with ;."""
+    """Yields the removal of each statement.
+
+    A statement is the text between two of the characters ; { } if the second character is ;.
+    """
     begin = 0
     depth = 0
     for offset, character in enumerate(masked):

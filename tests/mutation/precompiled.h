@@ -1,5 +1,5 @@
-// The headers that most sources include. They are compiled once, so that a mutant compiles in a
-// fraction of a second. Only the mutation tool uses this file.
+// Includes the headers that most sources include. The mutation tool compiles this file once, so
+// that a mutant compiles in a fraction of a second.
 #include <SQLiteCpp/Database.h>
 #include <SQLiteCpp/Statement.h>
 #include <SQLiteCpp/Transaction.h>

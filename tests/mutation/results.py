@@ -6,7 +6,7 @@ from collections import Counter
 
 
 class Results:
-    """A file with one JSON object per line, one for each result."""
+    """Stores results in a file that contains one JSON object per line."""
 
     def __init__(self, path):
         self._path = path
@@ -25,10 +25,11 @@ class Results:
 
 
 class Equivalents:
-    """The mutants of equivalent.txt, which no test can notice.
+    """The mutants in equivalent.txt, which no test can notice.
 
-    An entry is "FILE || LINE || REPLACEMENT || REASON". FILE, LINE and REPLACEMENT may be "*" for
-    any value. LINE is a source line without its indentation, or "~" and a part of a line.
+    An entry is "FILE || LINE || REPLACEMENT || REASON". FILE, LINE and REPLACEMENT may be "*",
+    which matches any value. LINE is a source line without its indentation, or "~" and a part of a
+    source line.
     """
 
     def __init__(self, path):
@@ -41,7 +42,7 @@ class Equivalents:
                 self._entries.append((file, text, replacement, reason))
 
     def reason(self, mutant):
-        """Returns why a mutant is equivalent, or None."""
+        """Returns why no test can notice a mutant, or None if it has no entry."""
         for file, text, replacement, reason in self._entries:
             if (file in ("*", mutant.file) and self._matches(text, mutant.before)
                     and replacement in ("*", mutant.replacement)):
@@ -49,7 +50,7 @@ class Equivalents:
         return None
 
     def stale(self, lines_by_file):
-        """Returns the entries whose file or line no longer exists."""
+        """Returns the file and the line of each entry whose file or line no longer exists."""
         def exists(file, text):
             files = lines_by_file.values() if file == "*" else [lines_by_file.get(file, [])]
             return any(self._matches(text, line) for lines in files for line in lines)
@@ -67,9 +68,10 @@ def describe(entry):
 
 
 def report(mutants, results, equivalents, lines_by_file):
-    """Prints survivors, equivalent mutants by reason, stale entries and totals.
+    """Prints the survivors, the equivalent mutants by reason, the stale entries and the totals.
 
-    Returns the number of survivors."""
+    Returns the number of survivors.
+    """
     counts, reasons, survivors = Counter(), Counter(), []
     by_folder = {}
     known = results.load()
@@ -92,7 +94,7 @@ def report(mutants, results, equivalents, lines_by_file):
     for reason, count in sorted(reasons.items()):
         print(f"equivalent: {count} in {reason}")
     for file, text in equivalents.stale(lines_by_file):
-        print(f"stale: the line of an entry in equivalent.txt does not exist: {file}: {text}")
+        print(f"stale: no line matches an entry in equivalent.txt: {file}: {text}")
     for folder, folder_counts in sorted(by_folder.items()):
         print(f"{folder}: {_totals(folder_counts)}")
     print(f"{sum(counts.values())} of {len(mutants)} mutants tried: {_totals(counts)}")

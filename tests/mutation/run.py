@@ -1,11 +1,11 @@
 #!/usr/bin/env python3
 """Mutation testing: makes one small change to the sources at a time and checks that a test fails.
 
-The tool works on copies of the sources in build/mutation, one for each worker. It tries the mutants
-in random order, so the mutants of a run are a random sample. It appends each result to
-build/mutation/results.jsonl. Later runs skip the mutants that have a result there.
+Each worker has its own copy of the sources in build/mutation. The tool tries the mutants in random
+order, so that the mutants of a run are a random sample. It appends each result to
+build/mutation/results.jsonl. Later runs skip the mutants that have a result in this file.
 
-equivalent.txt lists the mutants that no test can notice, with the reason.
+equivalent.txt lists the mutants that no test can notice, with the reasons.
 """
 
 import argparse
@@ -45,7 +45,7 @@ def listed_files():
 
 
 def copy_sources(target):
-    """Makes `target` equal to the working tree."""
+    """Updates `target` to a copy of the working tree. Rewrites only files that differ."""
     names = listed_files()
     for name in names:
         path = target / name
@@ -60,7 +60,7 @@ def copy_sources(target):
 
 
 def measured_files(root):
-    """Returns the names of the sources and headers that are mutated."""
+    """Returns the paths of the sources and headers for which mutants are made, relative to `root`."""
     folders = [root / folder for folders in LIBRARIES.values() for folder in folders]
     paths = [path for folder in folders for path in folder.rglob("*")
              if path.suffix in (".cpp", ".h")]
@@ -73,7 +73,7 @@ def all_mutants(root, pattern):
 
 
 def prepare_trees(jobs):
-    """Builds a copy of the working tree for each worker."""
+    """Builds a copy of the working tree for each worker. Returns the copies."""
     header = WORK / "precompiled.pch"
     compile_header((HERE / "precompiled.h").read_text(), header)
     folder = WORK / "1"
@@ -94,7 +94,7 @@ class Worker:
         self._random = random.Random(seed)
 
     def try_mutant(self, mutant):
-        """Returns the status (killed, survived or invalid) and the test that killed the mutant."""
+        """Returns the status (killed, survived or invalid) and, if killed, the check that failed."""
         tree = self._tree
         temporary = Path(tempfile.mkdtemp(prefix="orn-mutation-"))
         # Some tests create temporary files after they have dropped their privileges.
@@ -133,7 +133,10 @@ def entry_of(mutant, text, status, killer, seconds):
 
 
 def try_all(workers, wanted, source, results, deadline):
-    """Tries the wanted mutants with all workers until the deadline."""
+    """Tries the wanted mutants with all workers and appends each result to `results`.
+
+    At the deadline, no worker starts another mutant.
+    """
     waiting = queue.SimpleQueue()
     for numbered in enumerate(wanted, 1):
         waiting.put(numbered)
@@ -197,17 +200,18 @@ def run_mutants(arguments, results, equivalents):
 def parse_arguments():
     parser = argparse.ArgumentParser(description=__doc__.splitlines()[0])
     parser.add_argument("--minutes", type=float, default=60,
-                        help="stop after this time, without the preparation (default: 60)")
+                        help="stop after this number of minutes, without the preparation "
+                             "(default: 60)")
     parser.add_argument("--count", type=int, help="stop after this number of mutants")
     parser.add_argument("--seed", default=str(random.SystemRandom().randrange(10**6)),
                         help="seed of the random order (default: random; the tool prints it)")
     parser.add_argument("--jobs", type=int, default=os.cpu_count(),
                         help="number of mutants tried in parallel (default: number of cores)")
-    parser.add_argument("--file", default="", help="only files whose path contains this text")
+    parser.add_argument("--file", default="", help="mutate only files whose path contains this string")
     parser.add_argument("--survivors", action="store_true",
                         help="try the survivors of earlier runs again")
-    parser.add_argument("--fresh", action="store_true", help="discard earlier results first")
-    parser.add_argument("--report", action="store_true", help="only report earlier results")
+    parser.add_argument("--fresh", action="store_true", help="delete the results of earlier runs first")
+    parser.add_argument("--report", action="store_true", help="print the results of earlier runs and try no mutants")
     return parser.parse_args()
 
 

@@ -8,7 +8,7 @@ import time
 from dataclasses import dataclass
 from pathlib import Path
 
-# The programs whose tests exercise a folder. The folder's own tests come first.
+# Maps each folder to the programs whose tests execute its code. The folder's own tests are first.
 PROGRAMS = {
     "orncore": ("orncore_tests", "ornwhatsnew_tests", "ornappsupport_tests", "ornui_tests",
                 "scenarios", "early_list_tests", "hosts_common_tests", "hosts_console_tests"),
@@ -20,7 +20,8 @@ PROGRAMS = {
     "hosts/common": ("hosts_common_tests", "hosts_console_tests", "scenarios"),
     "hosts/console": ("hosts_console_tests", "scripts"),
 }
-# Slow tests of other modules rarely notice a mutant that the fast tests miss.
+# Maps each folder to the programs whose slow tests run. Slow tests of other modules rarely notice a
+# mutant that the fast tests miss.
 SLOW_PROGRAMS = {
     "orncore": ("orncore_tests", "ornwhatsnew_tests", "fault_tests"),
     "ornappsupport": ("ornappsupport_tests", "ornwhatsnew_tests", "fault_tests"),
@@ -30,9 +31,9 @@ SLOW_PROGRAMS = {
     "hosts/console": ("hosts_console_tests",),
 }
 SLOW_SECONDS = 0.15
-# Slower tests run only for the file that they are named after.
+# Tests that are slower than this run only for mutants of the file that they are named after.
 VERY_SLOW_SECONDS = 3.0
-# Some tests of these programs do not run, because they take minutes without optimization.
+# Only these tests of a program run, because its other tests take minutes without optimization.
 FILTERS = {
     "fault_tests": "CallbackTest.*:ServiceTest.*:MemoryTest.*Captur*:MemoryTest.InsertingAnItem*:"
                    "MemoryTest.AddingAChangeToAnItem*:MemoryOfCommandTest.ReportsAFailureAndWorks*",
@@ -41,13 +42,17 @@ MEMORY_LIMIT = 3 << 30
 # The kill tests read the number of kills from the environment.
 KILLS = "20"
 FAILED_LINE = re.compile(r"^\[  FAILED  \] (\S+?\.\S+?)(?:,.*)? \(\d+ ms\)$", re.M)
-# A few tests may depend on how CMake links the programs. More failures are an error.
+# A few tests may fail because they depend on how CMake links the programs. More failures are an error.
 MOST_FAILING = 5
 OK_LINE = re.compile(r"^\[       OK \] (\S+?\.\S+?)(?:, where .*)? \((\d+) ms\)$", re.M)
 
 
 def run(command, folder, temporary, wall=1800.0, cpu=1800):
-    """Runs a command and returns its status, or None after `wall` seconds, and its output."""
+    """Runs a command and returns its exit status and its output.
+
+    The status is None if the command was killed after `wall` seconds. `cpu` limits its processor
+    time in seconds.
+    """
     environment = os.environ | {"TMPDIR": str(temporary), "ORNWHATSNEW_TEST_KILLS": KILLS}
     limits = ["prlimit", f"--as={MEMORY_LIMIT}", "--core=0", f"--cpu={cpu}"]
     with subprocess.Popen([*limits, *command], cwd=folder, env=environment,
@@ -72,7 +77,7 @@ def children_cpu():
 
 @dataclass(frozen=True)
 class Step:
-    """One command, with its limits in seconds."""
+    """A command that runs tests, and its expected duration in seconds."""
     name: str
     command: tuple
     seconds: float
@@ -87,7 +92,7 @@ class Step:
 
 
 class TestPlan:
-    """The tests of a tree, and the time of each with the unchanged sources."""
+    """The tests of a tree, and the time that each test takes with the unchanged sources."""
 
     def __init__(self, tree, temporary):
         self._source = tree.source
@@ -134,7 +139,7 @@ class TestPlan:
         test_filter = ":".join(names)
         command = (f"bin/{program}", "--gtest_brief=1", "--gtest_fail_fast",
                    f"--gtest_filter={test_filter}")
-        # Add the time to start the program.
+        # Add 0.3 seconds for the start of the program.
         return Step(program, command, 0.3 + sum(test.seconds for test in wanted))
 
     def _measure(self, tree, program, temporary):
@@ -157,7 +162,7 @@ class TestPlan:
 
     @staticmethod
     def _find_suites(tree):
-        """Returns the programs and suites of the tests that are named after each source."""
+        """Maps each source name to the programs and suites of the tests that are named after it."""
         suites = {}
         for program, units in tree.programs.items():
             for unit in units:
@@ -169,7 +174,7 @@ class TestPlan:
         return suites
 
     def _plain_commands(self):
-        """Returns the checks that are not GoogleTest programs."""
+        """Returns the commands of the checks that are not GoogleTest programs, by name."""
         files = sorted(str(path.relative_to(self._source.parent))
                        for path in (self._source / "tests/conformance").rglob("*.json"))
         console = "source/tests/hosts/console"

@@ -1,7 +1,8 @@
 # Configures the application in PARENT without and with the project SOURCE as a subdirectory. Fails
-# if the project changes the kind of the application's own library, or adds a cache entry without a
-# prefix. Configures the second build twice, because a cache entry of the first run takes effect in
-# the second run. WORK is the folder for the builds. GENERATOR and COMPILER are those of this build.
+# if the project changes the type or the output folder of the application's own library, or adds a
+# cache entry without a prefix. Configures the application with the subdirectory twice, because a
+# cache entry of the first run may affect the second run. WORK is the folder for the builds.
+# GENERATOR and COMPILER are the generator and the compiler of the application.
 cmake_minimum_required(VERSION 3.25)
 
 function(configure folder)
@@ -27,7 +28,7 @@ configure(${WORK}/embedding)
 file(READ ${WORK}/alone/kind.txt expected)
 file(READ ${WORK}/embedding/kind.txt kind)
 if(NOT kind STREQUAL expected)
-  message(FATAL_ERROR "the application's library is '${kind}' and must be '${expected}'")
+  message(FATAL_ERROR "the application's library is '${kind}' instead of '${expected}'")
 endif()
 
 read_cache_names(${WORK}/alone before)

@@ -2,9 +2,9 @@
 # Builds the example host with the contents of the Debian packages. Then installs the packages on a
 # clean system, runs the program, removes the packages, and fails if files remain.
 # usage: debian.sh PACKAGES CACHE
-# PACKAGES is the folder with the *.deb files. CACHE is a folder that keeps the clean system for the
-# next run. If this machine cannot create a clean system, the script prints the reason to standard
-# output and exits with status 77.
+# PACKAGES is the folder with the *.deb files. CACHE is a folder in which the script stores the clean
+# system for the next run. If this machine cannot create a clean system, the script prints the reason
+# to standard output and exits with status 77.
 set -euo pipefail
 
 skip() {
@@ -21,7 +21,7 @@ mkdir -m 755 "$root"
 # An interrupted debootstrap leaves /proc mounted in the new system.
 trap 'umount --lazy "$root/proc" 2>/dev/null || true; rm -rf --one-file-system "$work"' EXIT
 
-# Builds and runs the example host like a developer who installed both packages.
+# Unpacks both packages, and builds and runs the example host with their contents.
 build_example() {
   local unpacked=$work/unpacked built=$work/built file
   for file in "$packages"/*.deb; do dpkg-deb --extract "$file" "$unpacked"; done
@@ -33,7 +33,7 @@ build_example() {
     PKG_CONFIG_LIBDIR=$(echo "$unpacked"/usr/lib/*/pkgconfig) pkg-config --cflags --libs ornwhatsnew
 }
 
-# Checks that both packages contain the documents, and that mandoc accepts the generated man page.
+# Checks that the unpacked packages contain the documents, and that mandoc accepts ornwhatsnew(5).
 check_documents() {
   local unpacked=$work/unpacked name page
   for name in ornwhatsnew ornwhatsnew-dev; do
@@ -70,8 +70,8 @@ sources() {
 # Runs a command in the clean system.
 in_root() { chroot "$root" "$@"; }
 
-# Unpacks or creates a clean system. Recreates it once a week, because old package lists contain
-# packages that the archive no longer has.
+# Creates a clean system in $root, or unpacks the one in the cache. Ignores a cached system that is older
+# than a week, because its package lists may contain packages that the Debian archive has removed.
 clean_system() {
   local archive=$cache/$release.tar mirror
   if [[ -n $(find "$archive" -mtime -7 2>/dev/null) ]]; then
@@ -91,14 +91,14 @@ clean_system() {
   mv "$archive.new" "$archive"
 }
 
-# Prints every file of the clean system except temporary files and the records of apt and dpkg.
+# Prints every file of the clean system except temporary files, logs, and the records of apt and dpkg.
 list_files() {
   find "$root" -xdev \( -path "$root/proc" -o -path "$root/dev" -o -path "$root/tmp" \
     -o -path "$root/var/cache" -o -path "$root/var/lib/apt" -o -path "$root/var/lib/dpkg" \
     -o -path "$root/var/log" \) -prune -o -printf '%y %P\n' | sort
 }
 
-# Runs a command as an unprivileged user in the folder of the example.
+# Runs a shell command in the clean system, as an unprivileged user, in the folder of the example.
 as_user() {
   in_root chroot --userspec=nobody:nogroup / env -i HOME=/tmp/home PATH=/usr/bin:/bin \
     sh -c "cd /usr/share/ornwhatsnew/examples/herbarium && $1"
@@ -139,11 +139,11 @@ in_root apt-get -qq purge --yes --auto-remove "${names[@]}"
 in_root dpkg --audit
 list_files >"$root/tmp/after"
 diff "$root/tmp/before" "$root/tmp/after" || {
-  printf 'the files above differ from those before the installation\n' >&2
+  printf 'removing the packages did not restore the files above\n' >&2
   exit 1
 }
 if compgen -G "$root/var/lib/dpkg/info/ornwhatsnew*" >/dev/null; then
   printf 'dpkg still has records of the packages\n' >&2
   exit 1
 fi
-printf '== no files are left\n'
+printf '== no files remain\n'

@@ -3,9 +3,9 @@
 
 usage: schema_test.py PROGRAM SCHEMA DATA DESCRIPTION...
 
-DATA is any data file. The test compares the schema and the program on each DESCRIPTION and on
+DATA is any data file. The test compares the schema and the program on each file DESCRIPTION and on
 generated descriptions. The generated descriptions contain every member with every type of value,
-numbers at the limits of their range, and unknown members.
+numbers at the limits of 32-bit integers, and unknown members.
 """
 
 import json
@@ -22,7 +22,7 @@ BOUNDS = [2**31 - 1, 2**31, -(2**31), -(2**31) - 1]
 
 
 class SchemaComparison:
-    """Compares the results of the schema and of the program for the same descriptions."""
+    """Checks host descriptions with the schema and with the program, and compares the results."""
 
     def __init__(self, program, schema, data):
         self.program = program
@@ -42,11 +42,11 @@ class SchemaComparison:
             [self.program, "status", self.data, "--host", path, "--state", ":memory:"],
             capture_output=True, text=True, check=False)
         if run.returncode not in (0, 3):
-            sys.exit(f"{self.program} ends with {run.returncode} on {text}: {run.stderr}")
+            sys.exit(f"{self.program} exits with status {run.returncode} for {text}: {run.stderr}")
         return run.stderr
 
     def compare(self, text):
-        """Exits with a message if the schema and the program disagree about a description."""
+        """Exits with an error message if only one of the schema and the program accepts `text`."""
         error = self.program_error(text)
         is_valid = self.validator.is_valid(json.loads(text))
         if is_valid != (error == ""):
@@ -63,19 +63,19 @@ class SchemaComparison:
                 self.compare(json.dumps({"betaFeatures": [{name: value}]}))
 
     def compare_known_members(self):
-        """Compares the known members in the program's error messages with those of the schema."""
+        """Compares the member names in the program's error messages with those of the schema."""
         for text, properties in [('{"?": 0}', self.properties),
                                  ('{"betaFeatures": [{"?": 0}]}', self.feature_properties)]:
             self.compare(text)
             known = re.findall(r'"([^"]*)"', self.program_error(text).split("known members:")[1])
             if set(known) != set(properties):
-                sys.exit(f"members of the program: {known}, of the schema: {list(properties)}")
+                sys.exit(f"known members: program: {known}, schema: {list(properties)}")
 
 
 def read_description(path):
-    """Returns the text of a description, or None if a JSON reader must reject it.
+    """Returns the text of a description, or None if the schema cannot describe its errors.
 
-    The schema cannot describe such errors: invalid UTF-8 or JSON, and duplicate members.
+    Such errors are invalid UTF-8, invalid JSON, unpaired surrogates, and duplicate members.
     """
     def unique(pairs):
         if len({name for name, _ in pairs}) != len(pairs):

@@ -1,8 +1,8 @@
-// A small host that loads a list from memory and displays it.
+// A host that loads a list from memory and fails unless the list can be displayed.
 #ifdef EVERY_HEADER
 #include <every_header.h>
-// A host may use other versions of Boost and ICU, or other macros, so public headers must not
-// include these libraries.
+// Public headers must not include Boost or ICU, because a host may use other versions of these
+// libraries or configure them with other macros.
 #if defined(BOOST_CONFIG_HPP) || defined(U_ICU_VERSION_SHORT)
 #error "a public header includes Boost or ICU"
 #endif

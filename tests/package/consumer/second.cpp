@@ -1,5 +1,5 @@
-// Includes every header a second time, so that the linker reports non-inline definitions in
-// headers.
+// Includes every header in a second source file, so that the linker reports functions that a header
+// defines without `inline`.
 #ifdef EVERY_HEADER
 #include <every_header.h>
 #endif
