@@ -1,5 +1,5 @@
-# Install rules for the library, the CMake package, the pkg-config file and the documents. The rules for
-# the program and the examples are in their own folders.
+# Defines the install rules for the library, the CMake package, the pkg-config file and the documents.
+# The folders of the program and the examples define their own install rules.
 include(CMakePackageConfigHelpers)
 
 set(ORN_CMAKE_DIR ${CMAKE_INSTALL_LIBDIR}/cmake/ornwhatsnew)

@@ -1,4 +1,4 @@
-# Functions that declare the library, its modules, programs and test programs.
+# Defines functions that declare the library, its modules, programs and test programs.
 
 # Before version 1.0, a minor version may change the binary interface, so the soname contains the minor
 # version.

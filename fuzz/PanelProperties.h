@@ -15,12 +15,12 @@ void RequireKeysOnce(const ornwhatsnew::FeatureListData& list);
 /// number of change rows in the data file.
 void RequireChangesOnce(const ornwhatsnew::FeatureListData& list, std::size_t rows);
 
-/// Returns the identities of seen and rated items in `stored`, the persisted strings by key.
+/// Returns the identities in a stored state. `stored` maps each key of the state to its string.
 ornwhatsnew::GuidSet StoredIdentities(const test_support::PlainPanel::Texts& stored);
 
-/// Requires that the panel contains each visible feature and change of the list once, and no
-/// others. `options` contains the option bits of the display call. `seen` contains the identities
-/// that were stored when the list was loaded.
+/// Requires that the panel contains each visible feature and change of the list once, and no other
+/// feature or change. `options` contains the option bits of the display call. `seen` contains the
+/// identities that were stored when the list was loaded.
 void RequireWrittenOnce(const ornwhatsnew::FeatureListData& list, unsigned options,
                         const ornwhatsnew::GuidSet& seen, const test_support::PanelOutcome& panel);
 

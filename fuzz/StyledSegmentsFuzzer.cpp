@@ -54,8 +54,8 @@ StyleRunMap RunsOf(Input& input) {
   return runs;
 }
 
-// The expected styles and link of the character in the bytes [begin, end) of the text. They are
-// computed from one run at a time.
+// The expected styles and link of the character in the bytes [begin, end) of the text. `AddRun`
+// applies one run to them.
 class PlainLook {
  public:
   PlainLook(std::size_t begin, std::size_t end, std::string_view text)

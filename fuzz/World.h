@@ -13,7 +13,7 @@ namespace fuzz {
 /// The number of switches that a `World` reads.
 inline constexpr std::size_t kWorldSwitches = 5;
 
-/// A fake host with a fixed table of features. These switches, one byte each, configure it:
+/// A fake host with a fixed feature table. These switches, one byte each, configure the host:
 ///
 ///   0  the display options, in the lower five bits
 ///   1  flags: 0x01 internal features allowed, 0x02 no usage logging, 0x04 terminating, 0x08 show

@@ -88,7 +88,7 @@ require_linear() {
   ((many <= 12 * few)) || { echo "FAILED: more than twelve times as many instructions" && return 1; }
 }
 
-# Prints the number of instructions in a method of FeatureListData and its callees. A line of
+# Prints the number of instructions that a method of FeatureListData and its callees executed. A line of
 # callgrind_annotate is " 6,139,544 (22.35%)  ???:NAME(...".
 instructions_in() {
   local function=$1 rows=$2 line

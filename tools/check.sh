@@ -140,13 +140,13 @@ stage_tidy-changed() {
 }
 
 # Runs clang-tidy on the NUL-separated files of standard input. Uses the compile commands of the preset
-# "static", because it uses clang. Builds the precompiled header, because the tests' commands need it.
+# "static", which selects clang. Builds the precompiled header, because the tests' commands use it.
 run_clang_tidy() {
   local files=()
   mapfile -d '' -t files
   ((${#files[@]} > 0)) || return 0
   configure static && build static --target test_precompiled || return
-  # Skip sources that this build does not compile: they have no compile command.
+  # Skip sources that this build does not compile, because they have no compile command.
   local compiled
   compiled=$(sed -n 's/^  "file": "\(.*\)"$/\1/p' build/static/compile_commands.json)
   printf '%s\n' "${files[@]/#/$root/}" | { grep -xF -f <(printf '%s\n' "$compiled") || true; } |

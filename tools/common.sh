@@ -31,7 +31,7 @@ configure() {
     say "Configuring build/$preset"
     cmake --preset "$preset" -Wno-dev >"$(log_file "configure-$preset")" 2>&1 || {
       cat "$(log_file "configure-$preset")" >&2
-      # Otherwise the next run would assume that the folder is configured.
+      # If these files existed, the next run would assume that the folder is configured.
       rm -f "build/$preset/build.ninja" "build/$preset/CMakeCache.txt"
       fail "cannot configure the preset '$preset'; see the message above"
     }
@@ -60,7 +60,7 @@ log_file() {
 # Prints the C++ files of this project, NUL-separated.
 list_sources() { list_files '*.h' '*.cpp'; }
 
-# Prints the matching files that git tracks or would add, NUL-separated.
+# Prints the files that match the patterns and that git tracks or would add, NUL-separated.
 list_files() {
   git ls-files -z --cached --others --exclude-standard -- "$@" |
     while IFS= read -r -d '' file; do

@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Converts a page of Markdown to the man page ornwhatsnew(5).
+# Converts a Markdown page to the man page ornwhatsnew(5).
 # usage: man_page.sh LOWDOWN PAGE VERSION OUTPUT
 set -euo pipefail
 

@@ -1,6 +1,6 @@
 # shellcheck shell=bash
 
-# Part of ./dev: generates the picture of the panel in README from the output of the program.
+# Part of ./dev: generates the picture of the panel in README.md from the output of the program.
 
 picture_file=docs/images/panel.png
 picture_columns=84

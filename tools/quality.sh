@@ -19,8 +19,8 @@ command_coverage() {
   local filters=() folder
   for folder in "${measured_folders[@]}"; do filters+=(--filter "$folder/"); done
   mkdir -p build/coverage/report
-  # Exclude the branches for exceptions: every call has one, and tests cannot cover all of them. The
-  # fault tests cover the relevant ones.
+  # Exclude the branches for exceptions, because every call has such a branch and tests cannot cover
+  # all of them. The fault tests cover the relevant branches.
   gcovr --root . "${filters[@]}" --exclude-throw-branches --exclude-unreachable-branches \
     --sort-percentage --txt build/coverage/report/summary.txt \
     --html-details build/coverage/report/index.html --json build/coverage/report/coverage.json \

@@ -25,8 +25,8 @@ const std::string kDiffering =
 const std::string kBad =
     R"({"name":"bad","host":{},"steps":[{"do":"construct"},{"do":"rate"}],"expect":[]})";
 
-/// Runs the three modes of the runner on strings. The fake host of the base class resets the
-/// services after each test.
+/// Runs the three modes of the runner with strings as input. The fake host of the base class resets
+/// the services after each test.
 class RunnerProgramTest : public test_support::FakeHostTest {
  protected:
   int Print(const std::string& input, const std::vector<std::string>& files = {}) {

@@ -191,7 +191,7 @@ void ReadScenarioHost(const JsonReader& object, std::initializer_list<std::strin
 }
 
 /// Reads the steps of one scenario in order. The order matters, because a step may need a list that
-/// an earlier step creates, and a host step changes the host of the previous steps.
+/// an earlier step creates, and a host step changes the host of the earlier steps.
 class StepReader {
  public:
   explicit StepReader(const ScenarioHost& host) : host_(host) {}
@@ -208,7 +208,7 @@ class StepReader {
   }
 
  private:
-  /// Reads a host step, whose members are those members of the host that it replaces.
+  /// Reads a host step. Each of its members replaces the same member of the current host.
   Step ReadHost(const JsonReader& step) {
     ReadScenarioHost(step, {"do", "state"}, host_);
     return HostStep{.host = host_,

@@ -1,4 +1,4 @@
-// Reads scenarios from JSON. Checks a whole scenario, so that a malformed step prevents the run.
+// Reads scenarios from JSON. The reader checks a whole scenario before its first step runs.
 #ifndef TESTS_CONFORMANCE_SCENARIOREADER_H_
 #define TESTS_CONFORMANCE_SCENARIOREADER_H_
 

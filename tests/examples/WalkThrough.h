@@ -23,9 +23,8 @@ struct ShownCommand {
 /// line that begins with "$ ". The lines up to the next command are its output.
 std::vector<ShownCommand> ReadShownCommands(std::string_view page);
 
-/// Returns whether a command's `output` matches the output in the page, `shown`. In `shown`, the
-/// line
-/// "..." matches any number of lines, and "..." within a line matches any characters.
+/// Returns whether the `output` of a command matches the output that the page shows. In `shown`,
+/// the line "..." matches any number of lines, and "..." within a line matches any characters.
 bool IsShown(const Lines& shown, const Lines& output);
 
 }  // namespace examples

@@ -21,8 +21,8 @@ LIBRARIES = {
     "hosts": ("hosts/common", "hosts/console"),
 }
 PROGRAM_MAIN = "hosts/console/main.cpp"
-# These tests need their own programs: they replace allocation functions or depend on the order of
-# static objects.
+# These tests need separate programs, because they replace allocation functions or depend on the order
+# in which static objects are initialized.
 SEPARATE_TESTS = {
     "allocation_tests": "tests/ornwhatsnew/AllocationTest.cpp",
     "early_list_tests": "tests/ornwhatsnew/EarlyListTest.cpp",
@@ -161,7 +161,8 @@ class BuildTree:
         outputs = {}
         for name, members in self.libraries.items():
             if units & set(members):
-                # Link these units first: the linker uses the first copy of an inline function.
+                # Link these units first, because the linker uses the first copy of an inline
+                # function.
                 first = [u for u in members if u in units]
                 outputs[f"lib/lib{name}.so"] = self._library_command(name, first)
         for name, members in self.programs.items():

@@ -207,11 +207,14 @@ def parse_arguments():
                         help="seed of the random order (default: random; the tool prints it)")
     parser.add_argument("--jobs", type=int, default=os.cpu_count(),
                         help="number of mutants tried in parallel (default: number of cores)")
-    parser.add_argument("--file", default="", help="mutate only files whose path contains this string")
+    parser.add_argument("--file", default="",
+                        help="mutate only files whose path contains this string")
     parser.add_argument("--survivors", action="store_true",
                         help="try the survivors of earlier runs again")
-    parser.add_argument("--fresh", action="store_true", help="delete the results of earlier runs first")
-    parser.add_argument("--report", action="store_true", help="print the results of earlier runs and try no mutants")
+    parser.add_argument("--fresh", action="store_true",
+                        help="delete the results of earlier runs first")
+    parser.add_argument("--report", action="store_true",
+                        help="print the results of earlier runs and try no mutants")
     return parser.parse_args()
 
 

@@ -60,7 +60,7 @@ release=${VERSION_CODENAME:-}
 [[ -n $release ]] || skip "'/etc/os-release' has no VERSION_CODENAME"
 export DEBIAN_FRONTEND=noninteractive LC_ALL=C
 
-# Prints the package sources of this machine as lines of a sources.list.
+# Prints the package sources of this machine in the format of sources.list.
 # shellcheck disable=SC2016  # apt-get expands these names, not the shell
 sources() {
   apt-get indextargets --format 'deb $(REPO_URI) $(RELEASE) $(COMPONENT)' \
