@@ -50,7 +50,7 @@ void Executor::Submit(Task task) {
 
 void Executor::Join() {
   const std::lock_guard joinLock(joinMutex_);
-  // The destructor requests the stop and joins. It runs after the lock is released, because the
+  // The destructor of `endingThread` requests the stop and joins the thread. It runs after the lock is released, because the
   // thread needs the lock to end.
   std::jthread endingThread;
   const std::lock_guard lock(mutex_);

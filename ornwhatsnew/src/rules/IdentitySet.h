@@ -13,9 +13,10 @@ namespace ornwhatsnew {
 /// A set of identities in ascending order. The persisted list has the same order, so reading,
 /// merging and writing it take linear time.
 ///
-/// An index gives, for the first bits of an identity, the range of positions at which it can be.
-/// Identities are hashes, so a range has two to four elements on average; a plain binary search
-/// reads three times as many, and the badge then misses its time goal (docs/performance.md).
+/// An index maps the first bits of an identity to the range of positions that can contain the
+/// identity. Identities are hashes, so a range has two to four elements on average. A binary search
+/// without the index reads three times as many elements, and the badge then misses its time goal
+/// (docs/performance.md).
 class IdentitySet {
  public:
   IdentitySet() = default;
