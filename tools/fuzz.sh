@@ -1,7 +1,7 @@
 # shellcheck shell=bash
 
 # Part of ./dev: runs the fuzzers. Each run extends the corpus in build/fuzz/corpus and writes its
-# findings to build/fuzz/finds.
+# findings to build/fuzz/findings.
 
 fuzz_targets=(data-file stored-state localiser-texts utf-conversions host-description styled-segments
   console-lines terminal-output)
@@ -26,7 +26,7 @@ build_fuzzers() {
 # Runs one target. libFuzzer stops at the first finding and describes it in the log.
 fuzz_target() {
   local target=$1 seconds=$2
-  local corpus=build/fuzz/corpus/$target findings=build/fuzz/finds/$target
+  local corpus=build/fuzz/corpus/$target findings=build/fuzz/findings/$target
   mkdir -p "$corpus" "$findings"
   ASAN_OPTIONS=malloc_context_size=5 UBSAN_OPTIONS=print_stacktrace=1 \
     "build/fuzz/bin/fuzz_$target" "$corpus" "fuzz/seeds/$target" \

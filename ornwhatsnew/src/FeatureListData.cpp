@@ -38,7 +38,9 @@ UTF8String LoadDataText(const UTF16String& path, const ornui::utility::ResourceM
 FeatureListData::FeatureListData(StateGetter getter, StateSetter setter)
     : impl_(new Impl{.content = {},
                      .currentVersion = orncore::string::UTF16to8(GetFullClientVersionString()),
+                     // cppcheck-suppress accessMoved  // false: each callback is moved once
                      .stateGetter = std::move(getter),
+                     // cppcheck-suppress accessMoved
                      .stateSetter = std::move(setter)}) {
   // Replace both callbacks if one is empty. Otherwise the list would read and write different
   // stores.

@@ -38,7 +38,7 @@ if(NOT "ORNWHATSNEW_INSTALL" IN_LIST added)
   message(FATAL_ERROR "no cache entry of this project was found")
 endif()
 # The find modules of the dependencies add entries with the prefixes of their packages.
-list(FILTER added EXCLUDE REGEX "^(ORNWHATSNEW|ICU|Boost|boost)_")
+list(FILTER added EXCLUDE REGEX "^(ORNWHATSNEW|ICU)_")
 if(added)
   message(FATAL_ERROR "cache entries without a prefix were added: ${added}")
 endif()

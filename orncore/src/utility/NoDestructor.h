@@ -22,7 +22,8 @@ class NoDestructor {
   NoDestructor(const NoDestructor&) = delete;
   NoDestructor& operator=(const NoDestructor&) = delete;
   /// Does not destroy the `T`.
-  ~NoDestructor() {}
+  // "= default" would delete the destructor, because the union has a member with a destructor.
+  ~NoDestructor() {}  // NOLINT(modernize-use-equals-default)
 
   /// Returns the `T`.
   [[nodiscard]] T& operator*() noexcept { return value_; }
