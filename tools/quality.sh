@@ -63,5 +63,5 @@ kill_in() {
 
 # The following functions run stages of ./dev check --release.
 stage_kills() { command_kills 10000; }
-stage_mutation() { command_mutation --minutes 30; }
+stage_mutation() { command_mutation --fresh --minutes 30; }
 stage_coverage() { command_coverage; }

@@ -23,8 +23,8 @@ namespace orncore::debug {
 /// registers an implementation. Exceptions of an implementation propagate to the caller of the
 /// database.
 ///
-/// Threads: the database calls the store on the thread that called the database. It never makes two
-/// calls at the same time, so an implementation needs no lock.
+/// Threads: the database has no lock and calls the store on the thread of its own caller. If lists
+/// are used on several threads, an implementation must be safe to use from all of them.
 class ORN_EXPORT DebugStore {
  public:
   DebugStore(const DebugStore&) = delete;
