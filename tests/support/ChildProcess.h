@@ -24,7 +24,7 @@ struct ProgramCall {
   bool isOnTerminal = false;
   /// The width of the terminal in characters.
   unsigned short columns = 80;
-  /// The input that a user types on the terminal. "\x04" stands for Ctrl-D. REQUIRES: `input` is
+  /// The input that a user types on the terminal. "\x04" represents Ctrl-D. REQUIRES: `input` is
   /// empty.
   std::string typed = {};
   /// A function that the new process calls before it executes the program, for example to set
