@@ -26,7 +26,7 @@ struct CallFunction {
                          const ornwhatsnew::FeatureListData* list);
 };
 
-/// Returns the function with this name, or null if there is none. The pointer stays valid until the
+/// Returns the function with this name, or null if there is none. The pointer is valid until the
 /// program ends.
 const CallFunction* FindCallFunction(std::string_view name);
 

@@ -16,7 +16,7 @@ using nlohmann::json;
 
 namespace {
 
-/// An excerpt contains at most these numbers of bytes before and after the first difference.
+/// The maximum numbers of bytes that an excerpt contains before and after the first difference.
 constexpr std::size_t kShownBefore = 60;
 constexpr std::size_t kShownAfter = 140;
 
@@ -24,7 +24,7 @@ std::string Dump(const json* value) {
   return value ? LineOf(*value) : "nothing";
 }
 
-/// Returns the part of `text` around `offset`, with "..." for each omitted end.
+/// Returns the part of `text` around `offset`, with "..." in place of each omitted end.
 std::string Excerpt(std::string_view text, std::size_t offset) {
   const std::size_t begin = offset > kShownBefore ? offset - kShownBefore : 0;
   const std::size_t end = std::min(text.size(), offset + kShownAfter);

@@ -10,7 +10,8 @@
 namespace conformance {
 
 /// A difference between two JSON values. `expected` and `got` are JSON on one line, shortened to
-/// the part that differs. If a value exists on only one side, the other string is "nothing".
+/// the part that differs. If only one of the compared values has this member or element, the string
+/// of the other one is "nothing".
 struct Difference {
   /// The JSON pointer to the value that differs.
   std::string path;

@@ -17,8 +17,8 @@
 
 namespace conformance {
 
-/// Returns the value as one line of ASCII. Escapes all other characters, because some of them start
-/// a new line on a terminal.
+/// Returns the value as one line of ASCII. Escapes all characters outside ASCII, because some of
+/// them, such as U+0085, start a new line on a terminal.
 std::string LineOf(const nlohmann::json& value);
 
 using hosts::common::RatingItemsJson;
@@ -44,7 +44,7 @@ nlohmann::json WritesJson(std::span<const std::pair<std::string, std::string>> w
                           ListForm form);
 
 /// Returns an object with two members: `order` is the key order, and `items` maps each key to its
-/// item. A null entry of the list becomes null.
+/// item. An empty entry of the list becomes null.
 nlohmann::json ItemsJson(const ornwhatsnew::FeatureListData& list);
 
 }  // namespace conformance

@@ -30,7 +30,7 @@ namespace {
 
 /// The results of one scenario, or the error that prevented its run.
 struct Outcome {
-  /// The name of the scenario, or null if it has no name that is a string.
+  /// The name of the scenario, or null if the scenario has no valid name.
   json name;
   json results;
   std::optional<std::string> error;
@@ -65,12 +65,12 @@ Outcome RunOne(const JsonReader& reader) {
   return outcome;
 }
 
-/// Whether a JSON string may contain an array of scenarios.
+/// Selects whether a JSON string may contain an array of scenarios.
 enum class Form { kOneOrMany, kOne };
 
 /// Runs the scenarios in a JSON string and passes their outcomes to `sink`. The string contains one
-/// scenario or, if `form` allows it, an array of scenarios. `sourceName` names the string in
-/// errors.
+/// scenario or, if `form` allows it, an array of scenarios. If the string is not JSON, passes one
+/// outcome with an error. Error messages call the string `sourceName`.
 void RunText(std::string_view text, std::string_view sourceName, Form form,
              const OutcomeSink& sink) {
   std::optional<JsonDocument> document;
@@ -128,7 +128,7 @@ int Finish(const Streams& streams, int status) {
   return kNotRun;
 }
 
-/// Writes a line for each difference from the expected results. Returns whether there is a
+/// Writes a line to `out` for each difference from the expected results. Returns true if there is a
 /// difference. The first number of a path such as `/3/text` is the index of the step.
 bool PrintDifferences(const Outcome& outcome, std::ostream& out) {
   const std::vector<Difference> differences = CompareJson(*outcome.expect, outcome.results);

@@ -8,7 +8,8 @@
 
 namespace conformance {
 
-/// The exit statuses. If several apply, the program returns the highest one.
+/// The exit statuses. If several apply, the program returns the highest one. It returns `kNotRun`
+/// if a scenario could not be run or if the results could not be written.
 inline constexpr int kSuccess = 0;
 inline constexpr int kDifferences = 1;
 inline constexpr int kNotRun = 2;
@@ -21,16 +22,19 @@ struct Streams {
 };
 
 /// Runs the scenarios of the files, or those of `streams.in` if there are no files. Writes one JSON
-/// array with the results or the error of each scenario, in order. Returns the exit status.
+/// array with the results or the error of each scenario to `streams.out`, in order. Returns the
+/// exit status.
 int PrintResults(const std::vector<std::string>& files, Streams streams);
 
 /// Runs the scenarios of the files, or those of `streams.in` if there are no files. Compares the
-/// results of each scenario with the expected results, and writes a line for each difference.
-/// Returns the exit status.
+/// results of each scenario with the expected results, and writes a line to `streams.out` for each
+/// difference and each error. Writes the number of passed scenarios to `streams.err`. Returns the
+/// exit status.
 int CheckResults(const std::vector<std::string>& files, Streams streams);
 
-/// Reads one scenario per line from `streams.in` and runs it. Writes and flushes the results as one
-/// line before it reads the next scenario. Ignores blank lines. Returns the exit status.
+/// Reads one scenario per line from `streams.in` and runs it. Writes and flushes the results or the
+/// error as one line before it reads the next scenario. Ignores blank lines. Returns the exit
+/// status.
 int RunBatch(Streams streams);
 
 }  // namespace conformance

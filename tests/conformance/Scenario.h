@@ -1,4 +1,4 @@
-// Defines scenarios. A scenario consists of a host and a sequence of calls on its feature lists.
+// Defines scenarios. A scenario consists of a host and a sequence of calls to the library.
 #ifndef TESTS_CONFORMANCE_SCENARIO_H_
 #define TESTS_CONFORMANCE_SCENARIO_H_
 

@@ -30,7 +30,8 @@ std::string DecodeData(const JsonReader& encoded) {
 }
 
 /// Returns the data file of a step, or nullopt if the step has none. The member `data`, `dataLines`
-/// or `dataBase64` contains it.
+/// or `dataBase64` contains the file. Throws `JsonError` if the step has more than one of these
+/// members.
 std::optional<std::string> ReadOptionalData(const JsonReader& step) {
   const auto text = step.Find("data");
   const auto lines = step.Find("dataLines");
@@ -135,7 +136,7 @@ Step ReadCaptureStyle(const JsonReader& step) {
                           .string = step.Member("string").Text()};
 }
 
-/// How a step uses the list of the scenario.
+/// Describes how a step uses the list of the scenario.
 enum class ListUse { kCreates, kNeeds, kNone };
 
 struct StepForm {
@@ -191,7 +192,8 @@ void ReadScenarioHost(const JsonReader& object, std::initializer_list<std::strin
 }
 
 /// Reads the steps of one scenario in order. The order matters, because a step may need a list that
-/// an earlier step creates, and a host step changes the host of the earlier steps.
+/// an earlier step creates, and a host step contains only those members that differ from the
+/// current host.
 class StepReader {
  public:
   explicit StepReader(const ScenarioHost& host) : host_(host) {}

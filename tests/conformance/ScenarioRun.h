@@ -9,8 +9,8 @@
 namespace conformance {
 
 /// Runs the steps of a scenario and returns the array of their results. Resets all services first,
-/// so that earlier scenarios have no effect. Propagates the library's exceptions. Not thread-safe,
-/// because the services are global.
+/// so that earlier scenarios have no effect. Leaves the services of the scenario installed.
+/// Propagates the library's exceptions. Not thread-safe, because the services are global.
 nlohmann::json RunScenario(const Scenario& scenario);
 
 }  // namespace conformance

@@ -1,4 +1,4 @@
-// The program scenario_runner, which runs scenarios and prints or checks their results.
+// Implements the program scenario_runner, which runs scenarios and prints or checks their results.
 
 #include <iostream>
 #include <string>
