@@ -119,8 +119,8 @@ TEST_F(CallbackTest, ExceptionsOfAnyTypeReachTheCaller) {
   EXPECT_THROW(list.MarkItemHasBeenRated("EPIC-7"), int);
 }
 
-/// Replaces all services that the library queries. `FailQuery` makes one query of these services
-/// throw.
+/// Replaces all services that the library queries, except the debug store. `FailQuery` makes one
+/// query of these services throw.
 class FailingServices {
  public:
   /// Installs the services. The feature service uses a copy of the current feature table.
@@ -136,7 +136,7 @@ class FailingServices {
 
   /// Makes the n-th of the following queries throw `InjectedFailure`. If `n` is 0, no query fails.
   void FailQuery(int n) { queries_->failsIn = n; }
-  /// Returns whether the query that `FailQuery` selected has been made.
+  /// Returns true if the query that `FailQuery` selected has been made, or if it selected no query.
   bool HasReachedFailure() const { return queries_->failsIn == 0; }
 
  private:
@@ -200,9 +200,9 @@ class FailingServices {
 class ServiceTest : public CallbackTest {
  protected:
   /// Makes the n-th query of the operation throw. Expects that the exception reaches the caller,
-  /// that the list is unchanged, and that the operation succeeds when it is repeated. `expected` is
-  /// the result of `SnapshotsAfter(operation)` without failures. Returns false if the operation
-  /// makes fewer than `n` queries.
+  /// that the list and its state store are unchanged, and that the operation succeeds when it is
+  /// repeated. `expected` is the result of `SnapshotsAfter(operation)` without failures. Returns
+  /// false if the operation makes fewer than `n` queries.
   bool FailOne(int n, const Operation& operation, const std::string& expected) {
     SCOPED_TRACE(testing::Message() << "query " << n);
     World world = MakeWorld();
@@ -388,7 +388,8 @@ TEST_F(CallbackTest, ARandomStateIsTolerated) {
 }
 
 /// A list whose getter calls `inGetter` and whose setter calls `inSetter`, with the list as
-/// argument. Each function that a test assigns is called once.
+/// argument. Each function that a test assigns is called once. The list uses the state store of
+/// `world`. The constructor destroys the list of `world`.
 class ReentrantList {
  public:
   explicit ReentrantList(World& world) : world_(world) {
@@ -427,7 +428,7 @@ std::shared_ptr<FeatureListItem> NewItem() {
                                            FeatureListItem::Visibility::kPublic);
 }
 
-/// Returns one action for each kind of call that a callback may make on its list.
+/// Returns one action for each kind of call that a callback may make on the list that called it.
 const std::vector<std::function<void(FeatureListData&)>>& AllowedActions() {
   static const std::vector<std::function<void(FeatureListData&)>> kActions = {
       [](FeatureListData& list) {
@@ -500,13 +501,14 @@ TEST_F(CallbackTest, AGetterSeesTheListFromBeforeTheReload) {
   EXPECT_EQ(test_support::ItemOf(*reentrant.list, "EPIC-7").GetAllChanges().size(), 0U);
 }
 
-/// A dictionary without translations. It calls a function when the list looks up a certain key.
+/// A dictionary without translations. It calls `hook` when the list looks up the description of the
+/// localised change in the data file.
 class HookedDictionary : public orncore::config::DictionarySource {
  public:
   explicit HookedDictionary(std::function<void()> hook) : hook_(std::move(hook)) {}
   std::optional<UTF8String> Find(std::string_view key) const override {
-    // Call the function only for the description of a change, because the list is then iterating
-    // over its items.
+    // Call `hook_` only for the description of a change, because the list is then iterating over
+    // its items.
     if (key == "$$$/ornwhatsnew/Change/Localized") hook_();
     return std::nullopt;
   }
@@ -515,8 +517,8 @@ class HookedDictionary : public orncore::config::DictionarySource {
   std::function<void()> hook_;
 };
 
-/// A feature service with a copy of the current feature table. Each query about one feature calls a
-/// function.
+/// A feature service with a copy of the current feature table. It calls `hook` on each query about
+/// one feature.
 class HookedFeatures : public ornappsupport::feature::FeatureService {
  public:
   explicit HookedFeatures(std::function<void()> hook)
@@ -539,7 +541,7 @@ class HookedFeatures : public ornappsupport::feature::FeatureService {
   std::function<void()> hook_;
 };
 
-/// Like `HookedFeatures`, but also calls the function when the list reads the feature table.
+/// Like `HookedFeatures`, but also calls `hook` when the list reads the feature table.
 class HookedTable : public HookedFeatures {
  public:
   using HookedFeatures::HookedFeatures;
@@ -549,8 +551,8 @@ class HookedTable : public HookedFeatures {
   }
 };
 
-/// A service that replaces itself with the default service during its first query. No test owns it,
-/// so the library must keep it alive until that query returns.
+/// A service that replaces itself with the default service during the first query about a feature
+/// or the user. No test owns it, so the library must keep it alive until that query returns.
 class SelfReplacingFeatures : public ornappsupport::feature::FeatureService {
  public:
   SelfReplacingFeatures() : features_(ornappsupport::feature::GetConstBetaFeatureMap()) {}

@@ -16,7 +16,7 @@
 
 namespace faults {
 
-/// Returns the data file that the user has seen completely.
+/// Returns a data file. The user has seen all of its features and changes.
 std::string SeenData();
 /// Returns the data file that a `World` loads: `SeenData` and changes that are new to the user.
 std::string LoadedData();
@@ -45,8 +45,9 @@ struct World {
   /// functions, and the content of the store. Changes neither the list nor the store.
   std::string Snapshot() const;
 
-  /// Displays the list, rates an item, reloads the list and displays it again. Returns the results
-  /// and the snapshots of all steps. Tests use it to check that the list is usable after a failure.
+  /// Displays the list, rates an item, loads `SeenData` and displays the list again. Returns the
+  /// results and the snapshots of all steps. Tests use it to check that the list is usable after a
+  /// failure.
   std::string SnapshotsWhileUsed();
 
   test_support::FakeStateStore store;

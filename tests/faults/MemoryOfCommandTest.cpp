@@ -134,8 +134,8 @@ class MemoryOfCommandTest : public FaultTest {
         << "the failure was neither printed nor logged";
   }
 
-  /// Waits until the number of live allocations is stable and returns it. The reading thread may
-  /// still free memory for a short time after the command has returned.
+  /// Waits until the number of live allocations has not changed for 50 milliseconds, and returns
+  /// it. The reading thread may still free memory for a short time after the command has returned.
   static std::ptrdiff_t StableLiveAllocations() {
     std::ptrdiff_t stable = LiveAllocations();
     for (int unchanged = 0; unchanged < 50; ++unchanged) {
@@ -161,8 +161,9 @@ TEST_F(MemoryOfCommandTest, ReportsAFailureAndWorksAgain) {
       ++n;
       const Execution execution = Validate(n, extent);
       hasFailed = execution.hasFailed;
-      SCOPED_TRACE(testing::Message() << "allocation " << n
-                                      << (extent == FailureExtent::kOne ? "" : " and all after"));
+      SCOPED_TRACE(testing::Message()
+                   << "allocation " << n
+                   << (extent == FailureExtent::kOne ? "" : " and all later ones"));
       if (hasFailed) ExpectReported(execution);
       ExpectSuccess();
     }

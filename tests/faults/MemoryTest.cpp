@@ -100,12 +100,13 @@ class MemoryTest : public FaultTest {
     operation(operated);
   }
 
-  /// Makes the n-th allocation fail and expects that no memory leaks. Returns false if the
-  /// operation makes fewer than `n` allocations.
+  /// Makes the n-th allocation of the operation fail, calls `check` after the failure, and expects
+  /// that no memory leaks. Returns false if the operation makes fewer than `n` allocations.
   bool FailOneWithoutLeak(std::size_t n, FailureExtent extent, const Operation& operation,
                           const Check& check) const {
     SCOPED_TRACE(testing::Message()
-                 << "allocation " << n << (extent == FailureExtent::kOne ? "" : " and all after"));
+                 << "allocation " << n
+                 << (extent == FailureExtent::kOne ? "" : " and all later ones"));
     const std::ptrdiff_t before = LiveAllocations();
     const bool hasFailed = FailOne(n, extent, operation, check);
     EXPECT_EQ(LiveAllocations(), before) << "memory leaked";
@@ -305,7 +306,7 @@ TEST_F(MemoryTest, AFailedCaptureKeepsTheEarlierRuns) {
         mostKept = std::max(mostKept, kept.size());
         runs.reset();
       });
-  EXPECT_EQ(mostKept, 2U) << "the third call must fail after two runs";
+  EXPECT_EQ(mostKept, 2U) << "no allocation of the third call failed";
 }
 
 /// The arguments of a display call.
