@@ -74,7 +74,8 @@ SKIPPED_LINE = re.compile(r"^\s*(?:template\b|#|static_assert\b|assert\b|using\b
 def mask(text):
     """Returns a copy of the text, and the ranges of its string and character literals.
 
-    In the copy, comments, literals and preprocessor lines are replaced with the character 1.
+    In the copy, U+0001 replaces each character of a comment, literal or preprocessor line, except
+    newlines.
     """
     pattern = re.compile(
         r"//[^\n]*|/\*.*?\*/|^[ \t]*#(?:[^\n\\]|\\.)*|R\"\((?:.*?)\)\"|"

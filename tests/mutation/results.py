@@ -42,7 +42,7 @@ class Equivalents:
                 self._entries.append((file, text, replacement, reason))
 
     def reason(self, mutant):
-        """Returns why no test can notice a mutant, or None if it has no entry."""
+        """Returns why no test can notice a mutant, or None if the file has no entry for it."""
         for file, text, replacement, reason in self._entries:
             if (file in ("*", mutant.file) and self._matches(text, mutant.before)
                     and replacement in ("*", mutant.replacement)):

@@ -135,7 +135,7 @@ def entry_of(mutant, text, status, killer, seconds):
 def try_all(workers, wanted, source, results, deadline):
     """Tries the wanted mutants with all workers and appends each result to `results`.
 
-    At the deadline, no worker starts another mutant.
+    After the deadline, no worker starts another mutant. Raises the first exception of a worker.
     """
     waiting = queue.SimpleQueue()
     for numbered in enumerate(wanted, 1):
@@ -200,7 +200,7 @@ def run_mutants(arguments, results, equivalents):
 def parse_arguments():
     parser = argparse.ArgumentParser(description=__doc__.splitlines()[0])
     parser.add_argument("--minutes", type=float, default=60,
-                        help="stop after this number of minutes, without the preparation "
+                        help="stop after this number of minutes, not counting the preparation "
                              "(default: 60)")
     parser.add_argument("--count", type=int, help="stop after this number of mutants")
     parser.add_argument("--seed", default=str(random.SystemRandom().randrange(10**6)),

@@ -20,8 +20,8 @@ PROGRAMS = {
     "hosts/common": ("hosts_common_tests", "hosts_console_tests", "scenarios"),
     "hosts/console": ("hosts_console_tests", "scripts"),
 }
-# Maps each folder to the programs whose slow tests run. Slow tests of other modules rarely notice a
-# mutant that the fast tests miss.
+# Maps each folder to the programs whose slow tests run for its mutants. Slow tests of other modules
+# rarely notice a mutant that the fast tests miss.
 SLOW_PROGRAMS = {
     "orncore": ("orncore_tests", "ornwhatsnew_tests", "fault_tests"),
     "ornappsupport": ("ornappsupport_tests", "ornwhatsnew_tests", "fault_tests"),
@@ -31,7 +31,7 @@ SLOW_PROGRAMS = {
     "hosts/console": ("hosts_console_tests",),
 }
 SLOW_SECONDS = 0.15
-# Tests that are slower than this run only for mutants of the file that they are named after.
+# Slower tests run only for mutants of the file that they are named after.
 VERY_SLOW_SECONDS = 3.0
 # Only these tests of a program run, because its other tests take minutes without optimization.
 FILTERS = {
