@@ -321,9 +321,9 @@ TEST_F(InitializerRegistrarTest, ReleasesTheFunctionsWhenDestroyed) {
   EXPECT_EQ(owned.use_count(), 1);
 }
 
-// The initialise function returns only after the destructor has removed its name from the list of
-// registered initializers.
-TEST_F(InitializerRegistrarTest, DestructionWaitsForItsFunctionOnAnotherThread) {
+// The initialise function returns only after the destructor of the registration has removed the
+// name "slow" from the list of registered initializers.
+TEST_F(InitializerRegistrarTest, DestructorWaitsForAFunctionOnAnotherThread) {
   std::latch entered(1);
   bool finished = false;
   bool isShutDown = false;

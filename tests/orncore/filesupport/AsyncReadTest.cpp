@@ -129,7 +129,7 @@ TEST_F(AsyncReadTest, DestroysTheContinuationBeforeTheWaitReturns) {
   EXPECT_EQ(owned.use_count(), 1);
 }
 
-TEST_F(AsyncReadTest, WithoutTheOptionAPastDeadlineDoesNotCancelTheRead) {
+TEST_F(AsyncReadTest, DoesNotCancelAtTheDeadlineUnlessRequested) {
   Block();
   UntypedFuture done = Read(folder_.Write("file", "x"));
   EXPECT_FALSE(WaitForUntypedUntil(done, kPastDeadline, false));
@@ -140,7 +140,7 @@ TEST_F(AsyncReadTest, WithoutTheOptionAPastDeadlineDoesNotCancelTheRead) {
 }
 
 // The file is so large that the stop request arrives long before the end of the read.
-TEST_F(AsyncReadTest, WithTheOptionAPastDeadlineCancelsAReadInProgress) {
+TEST_F(AsyncReadTest, CancelsAReadInProgressAtTheDeadlineIfRequested) {
   const fs::path path = folder_.Write("sparse", "");
   fs::resize_file(path, kLargeFile);
   UntypedFuture done = Read(path);

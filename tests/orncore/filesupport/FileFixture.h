@@ -1,4 +1,4 @@
-// A fixture that creates regular files, FIFOs and sockets for the tests of file reads.
+// Provides a fixture that creates regular files, FIFOs and sockets for the tests of file reads.
 #ifndef TESTS_ORNCORE_FILESUPPORT_FILEFIXTURE_H_
 #define TESTS_ORNCORE_FILESUPPORT_FILEFIXTURE_H_
 
@@ -58,8 +58,8 @@ class FileFixture : public testing::Test {
   }
 };
 
-// Drops root privileges while it exists. Root can read every file, so tests of file permissions
-// would fail. The constructor throws `std::system_error` on failure.
+// Drops root privileges while the object exists. Root can read every file, so tests of file
+// permissions would fail for root. The constructor throws `std::system_error` on failure.
 class NotRoot {
  public:
   NotRoot() : user_(::geteuid()) {

@@ -29,7 +29,7 @@ TEST(Flags, HasReturnsTrueOnlyIfAllBitsAreSet) {
   EXPECT_FALSE(kLow.Has(kHigh));
 }
 
-TEST(Flags, EverySetHasTheEmptySet) {
+TEST(Flags, EverySetContainsTheEmptySet) {
   EXPECT_TRUE(ByteFlags().Has({}));
   EXPECT_TRUE(kHigh.Has({}));
   EXPECT_FALSE(ByteFlags().Has(kLow));

@@ -115,7 +115,7 @@ TEST(Guid, IsOrderedLikeItsBytesAndItsText) {
   }
 }
 
-TEST(Guid, HashesByItsFirstBytes) {
+TEST(Guid, StandardHashDependsOnTheFirstBytes) {
   const std::hash<Guid> hash;
   Bytes other = kBytes;
   other[15] ^= 1;

@@ -16,7 +16,7 @@ namespace {
 
 constexpr std::uint32_t kSeed = 20251120;
 
-// Returns the hash of `bytes`, which an independent implementation computes in one call.
+// Returns the hash of `bytes`, computed by an independent implementation in one call.
 Guid ReferenceHash(std::string_view bytes) {
   std::array<std::uint64_t, 2> words{};
   lmmh_x64_128(bytes.data(), static_cast<unsigned>(bytes.size()), 0, words.data());
