@@ -1,5 +1,5 @@
-// Tests that queries which hosts repeat, and functions which run for every row, allocate no memory.
-// Tests that loading and displaying allocate in proportion to the number of changes.
+// Tests that queries that hosts make often, and functions that run for every row, allocate no
+// memory. Tests that loading and displaying allocate in proportion to the number of changes.
 #include <string>
 
 #include <gtest/gtest.h>

@@ -504,7 +504,8 @@ TEST_F(DisplayText, LoneSurrogatesOfThePlaceholderCountAsReplacementCharacters) 
             orncore::string::UTF16to8(text).size());
 }
 
-// A feature service that appends the name of each query to `log`.
+// A feature service that appends the name of each query to `log`, except queries of the feature
+// table.
 class LoggingFeatures : public ornappsupport::feature::FeatureService {
  public:
   explicit LoggingFeatures(std::vector<std::string>& log) : log_(log) {}

@@ -24,7 +24,8 @@ Order RandomOrder(RandomSource& random) {
   return order;
 }
 
-// Returns up to seven different random keys to move. The key order can lack some of them.
+// Returns up to seven different random keys to move. Some of them may be missing from the key order
+// of the test.
 MovingKeys RandomKeys(RandomSource& random) {
   MovingKeys keys;
   for (std::size_t count = random.Below(8); count > 0; --count) {

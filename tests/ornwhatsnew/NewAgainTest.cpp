@@ -162,8 +162,7 @@ TEST_F(NewAgain, LocalisedTextIsNewOnlyIfItsKeyChanges) {
 TEST_F(NewAgain, FormattingOfTheFileDoesNotMakeAnythingNew) {
   const std::string data = DataFileText({kZoom, kDrag, kSync});
   Open(data);
-  // The rows of one feature now precede those of the other, but each feature's rows keep their
-  // order.
+  // The row of EPIC-2 now precedes the rows of EPIC-1. The rows of EPIC-1 keep their order.
   EXPECT_FALSE(IsAnythingNew(DataFileText({kSync, kZoom, kDrag})));
   EXPECT_FALSE(IsAnythingNew("\xEF\xBB\xBF" + data));
   std::string crlf;

@@ -23,8 +23,8 @@ std::ptrdiff_t CommandsNamed(const std::u16string& name) {
                             &CommandRegistry::Command::name);
 }
 
-// Calls a function of the library. Otherwise the linker would not include the library in the test
-// program.
+// The constructor calls a function of the module ornwhatsnew. Without such a call, the linker could
+// omit the object files of the module from the test program.
 class Registration : public testing::Test {
  protected:
   Registration() { GetFullClientVersionString(); }

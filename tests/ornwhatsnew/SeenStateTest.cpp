@@ -177,7 +177,8 @@ TEST_F(SeenState, NothingIsNewInAListWithoutItems) {
   EXPECT_FALSE(list.IsAnythingNeedingRating());
 }
 
-// Provides a new list. Its feature has a rating request and was shown by an earlier list.
+// Provides a list whose feature has a rating request. An earlier list has already displayed the
+// feature.
 class Rating : public SeenState {
  protected:
   Rating() {

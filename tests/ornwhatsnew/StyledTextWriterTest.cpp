@@ -153,7 +153,7 @@ TEST(StyledTextWriter, IllFormedUtf8IsMeasuredAfterReplacement) {
   EXPECT_EQ(writer.TakeText(), u"\uFFFD\uFFFDx");
 }
 
-// Compares the writer with `CaptureStyle`, which measures the whole text in each call.
+// Compares `StyledTextWriter` with `CaptureStyle`, which measures the whole text in each call.
 class WriterComparison : public StyledText {
  protected:
   void AppendRandomString(RandomSource& random) {

@@ -53,8 +53,9 @@ class ValidateCommand : public test_support::FakeHostTest {
     return UTF16to8(output.str());
   }
 
-  // Runs the command while another task occupies the executor. Another thread joins the executor
-  // after `delay`, which cancels the read if the command has already submitted it.
+  // Runs the command while another task occupies the executor, and returns the output. Another
+  // thread joins the executor after `delay`, which cancels the read if the command has already
+  // submitted it.
   std::string ValidateWhileJoining(const std::string& argument, std::chrono::milliseconds delay) {
     auto& executor = orncore::filesupport::GetDefaultExecutor();
     executor.Submit([](const std::stop_token& stop) {

@@ -23,7 +23,7 @@ using test_support::PlainVersions;
 
 constexpr unsigned kOptionCombinations = 32;
 
-// Each element combines six properties of a host. From the lowest bit: the feature is enabled, the
+// Each bit of an element is a property of a host. From the lowest bit: the feature is enabled, the
 // feature is available to the user, the user is internal, the debug switch shows all disabled
 // features, usage logging is off, the application is terminating. The omitted combinations would
 // not test further rules.
@@ -80,10 +80,10 @@ class VisibilityGrid : public test_support::FakeHostTest {
     }
   }
 
-  // Compares items with this key and visibility, each with a different list of changes. The set of
-  // identities is empty at first. The function then adds the seen identity of the first change, the
-  // item's seen identity and the item's rated identity. It compares the results after each
-  // addition.
+  // Compares the two implementations for items with this key and visibility and different lists of
+  // changes. The set of seen identities is empty at first. The function then adds the seen identity
+  // of the first change, the item's seen identity and the item's rated identity. It compares the
+  // results after each addition.
   void ExpectSameItems(const std::string& groupingKey, std::int32_t visibility) {
     const ChangeRow plain = {.description = "Plain"};
     const ChangeRow other = {.platform = "Win", .description = "Other"};
