@@ -1,7 +1,6 @@
-# Installs the build tree BUILD into an empty folder PREFIX and checks the installed files.
-# PROGRAM is the path of the program relative to PREFIX, or empty if this build has no program. The
-# program must start and find its libraries. DATA is the folder of the schema and the examples,
-# relative to PREFIX.
+# Deletes the folder PREFIX, installs the build tree BUILD there, and checks the installed files. PROGRAM
+# is the path of the program relative to PREFIX, or empty if this build has no program. The program must
+# start and find its libraries. DATA is the folder of the schema and the examples, relative to PREFIX.
 file(REMOVE_RECURSE ${PREFIX})
 execute_process(COMMAND ${CMAKE_COMMAND} --install ${BUILD} --prefix ${PREFIX}
                 OUTPUT_QUIET COMMAND_ERROR_IS_FATAL ANY)

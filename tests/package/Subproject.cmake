@@ -1,8 +1,9 @@
-# Configures the application in PARENT without and with the project SOURCE as a subdirectory. Fails
-# if the project changes the type or the output folder of the application's own library, or adds a
-# cache entry without a prefix. Configures the application with the subdirectory twice, because a
-# cache entry of the first run may affect the second run. WORK is the folder for the builds.
-# GENERATOR and COMPILER are the generator and the compiler of the application.
+# Configures the application in PARENT alone, and then with the project SOURCE as a subdirectory. Fails
+# if the project changes the type or the output folder of the application's own library, or adds a cache
+# entry whose name does not begin with ORNWHATSNEW_ or the prefix of a dependency. Repeats the
+# configuration with the subdirectory, because cache entries of the first run may affect the second run.
+# WORK is the folder for the builds. GENERATOR and COMPILER are the generator and the compiler of the
+# application.
 cmake_minimum_required(VERSION 3.25)
 
 function(configure folder)
@@ -37,8 +38,8 @@ list(REMOVE_ITEM added ${before})
 if(NOT "ORNWHATSNEW_INSTALL" IN_LIST added)
   message(FATAL_ERROR "no cache entry of this project was found")
 endif()
-# The find modules of the dependencies add entries with the prefixes of their packages.
+# The find module of ICU adds entries with the prefix ICU_.
 list(FILTER added EXCLUDE REGEX "^(ORNWHATSNEW|ICU)_")
 if(added)
-  message(FATAL_ERROR "cache entries without a prefix were added: ${added}")
+  message(FATAL_ERROR "cache entries without the prefix ORNWHATSNEW_ were added: ${added}")
 endif()

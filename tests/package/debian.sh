@@ -70,8 +70,9 @@ sources() {
 # Runs a command in the clean system.
 in_root() { chroot "$root" "$@"; }
 
-# Creates a clean system in $root, or unpacks the one in the cache. Ignores a cached system that is older
-# than a week, because its package lists may contain packages that the Debian archive has removed.
+# Creates a clean system in $root and stores it in the cache, or unpacks the cached system. Ignores a
+# cached system that is older than a week, because its package lists may contain packages that the Debian
+# archive has removed.
 clean_system() {
   local archive=$cache/$release.tar mirror
   if [[ -n $(find "$archive" -mtime -7 2>/dev/null) ]]; then
