@@ -25,8 +25,8 @@ thread_local std::size_t allocations = 0;
 thread_local bool isFailingThread = false;
 std::atomic<std::ptrdiff_t> liveAllocations = 0;
 
-/// The failure that the current `AllocationFailure` requests. While `isOn` is true, `left` counts
-/// the allocations up to the first one that fails.
+/// The failure that the current `AllocationFailure` requests. While `isOn` is true, `left` is the
+/// number of allocations up to and including the first one that fails.
 struct {
   std::atomic<bool> isOn = false;
   std::atomic<bool> hasHappened = false;
@@ -50,9 +50,9 @@ bool ShouldFail() noexcept {
 }
 
 #if !defined(__SANITIZE_ADDRESS__)
-/// Delays freeing a small block until 1024 more small blocks have been released. Until then, the
-/// header of the block contains `kFreed`, so `HeadOf` detects a second free. AddressSanitizer
-/// detects a second free itself, but only if blocks are freed immediately.
+/// Frees a large block immediately, but a small block only after 1024 more small blocks have been
+/// released. Until then, the header of the block contains `kFreed`, so `HeadOf` detects a second
+/// free. AddressSanitizer detects a second free itself, but only if blocks are freed immediately.
 void Release(BlockHead* head) noexcept {
   constexpr std::size_t kLargestKept = 4096;
   static constinit std::mutex mutex;
@@ -135,7 +135,7 @@ bool AllocationFailure::HasHappened() const noexcept {
 }  // namespace test_support
 
 // By default, the other forms of `new` and `delete` call the first form. Sanitizers replace each
-// form separately, so this file must define each form. It does not replace the forms for
+// form separately, so this file must define each form. It does not define the forms for
 // over-aligned types.
 void* operator new(std::size_t size) {
   return test_support::Allocate(size);

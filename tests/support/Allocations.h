@@ -1,4 +1,4 @@
-// Counts allocations, makes them fail, and checks every freed block. Tests use this to check that
+// Counts allocations, makes them fail, and checks every freed block. Tests use it to check that
 // code allocates nothing, or that a failed allocation loses no data. Linking `test_allocations`
 // replaces the allocation functions of a program. A program can have only one replacement, so all
 // tests share this one.

@@ -56,11 +56,11 @@ class DataFile {
 /// Returns the text of a data file that consists of the header row and `rows`.
 std::string DataFileText(std::initializer_list<ChangeRow> rows);
 
-/// Returns a change with exactly the fields of `row`. In contrast, the parser of data files
+/// Returns a change with exactly the fields of `row`. In contrast, a list that parses a data file
 /// converts some fields to lower case.
 std::shared_ptr<ornwhatsnew::FeatureListDetail> MakeDetail(const ChangeRow& row);
 
-/// The constructor arguments of an item. All have defaults.
+/// The constructor arguments of an item. Tests can omit any of them.
 struct ItemTexts {
   std::string groupingKey = {};
   std::string internalKey = {};

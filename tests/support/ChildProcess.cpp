@@ -106,8 +106,9 @@ class Invocation {
   std::vector<char*> environmentPointers_;
 };
 
-/// Connects the standard streams of the child process to the three descriptors and executes the
-/// program. Must not allocate memory.
+/// Connects the standard streams of the child process to the three descriptors, calls
+/// `call.beforeStart`, and executes the program. Exits with the status `kCannotStart` if the
+/// program cannot be executed. Must not allocate memory.
 [[noreturn]] void BecomeProgram(const Invocation& invocation, const ProgramCall& call, int input,
                                 int output, int errors) {
   ::dup2(input, STDIN_FILENO);

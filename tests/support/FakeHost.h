@@ -27,9 +27,9 @@ struct FakeFeature {
   bool availableForUser = false;
 };
 
-/// Replaces the process-wide services with its own while it exists. The constructor and the
-/// destructor reset all services to their defaults. A new value applies from the next query. Only
-/// one object may exist at a time. Not thread-safe.
+/// Replaces the process-wide services with its own services while the object exists. The
+/// constructor and the destructor reset all services to their defaults. A new value applies from
+/// the next query. Only one object may exist at a time. Not thread-safe.
 class FakeHost {
  public:
   FakeHost();

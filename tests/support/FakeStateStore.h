@@ -13,7 +13,7 @@
 
 namespace test_support {
 
-/// Thrown by a callback or service if a test makes its call fail.
+/// The exception that a callback or service throws if a test makes the call fail.
 class InjectedFailure : public std::runtime_error {
  public:
   using std::runtime_error::runtime_error;

@@ -82,7 +82,8 @@ class PlainPanel {
   /// Queries the host for the full version.
   explicit PlainPanel(Texts& store);
 
-  /// Reads the state and replaces the content of the list with that of the data file `dataText`.
+  /// Reads the state. Replaces the content of the list with the host's features, the sections, and
+  /// the changes of the data file `dataText`.
   void Load(const std::string& dataText);
 
   /// Displays the list, writes the state, and returns all results. `options` are the bits of

@@ -35,7 +35,8 @@ std::u16string Fill(std::u16string_view pattern, std::u16string_view argument) {
   return PlainReplace(pattern, u"@0", argument);
 }
 
-// Replaces `@0` and `@1` in one pass, so that the function does not search the inserted arguments.
+// Replaces `@0` with `first` and `@1` with `second` in one pass, so that the function does not
+// search the inserted arguments.
 std::u16string Fill(std::u16string_view pattern, std::u16string_view first,
                     std::u16string_view second) {
   std::u16string result;

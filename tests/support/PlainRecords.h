@@ -18,8 +18,8 @@ using PlainGuids = std::set<orncore::utility::Guid>;
 using PlainVersions = std::set<std::string>;
 
 /// A change in the plain implementation: the ten fields of its row and two flags. `duplicateURL` is
-/// true if the change has a URL but its item already had a link. `unmatched` is true if no item has
-/// the grouping ID or the story ID as key.
+/// true if the change has a URL but its item already had a link. `unmatched` is true if neither the
+/// grouping ID nor the story ID is the key of an item.
 struct PlainChange {
   std::string description = {};
   std::string versionAdded = {};
@@ -63,16 +63,18 @@ struct PlainItem {
   std::string viewMoreURL = {};
   std::vector<PlainChange> changes = {};
 
-  /// Appends a change. Sets the link and the internal override of the item if the change requires
-  /// it.
+  /// Appends a change. Sets the internal override if the item is a feature and the salience is
+  /// HideBetaFeatureFromExternal. Sets the link if the URL of the change is well-formed and the
+  /// item has no link. Sets `duplicateURL` of the change if the change has a URL and the item
+  /// already has a link.
   void Add(PlainChange change);
 
   /// Return the seen and the rated identity of the item.
   orncore::utility::Guid Seen() const;
   orncore::utility::Guid Rated() const;
 
-  /// Returns whether the item is shown with these display options. `seen` and `versions` are as for
-  /// a change. Queries the host's services.
+  /// Returns whether the item is shown with these display options. `seen` and `versions` have the
+  /// same meaning as in `PlainChange::IsShown`. Queries the host's services.
   bool IsShown(unsigned options, const PlainGuids& seen, const PlainVersions& versions) const;
 };
 

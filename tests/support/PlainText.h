@@ -20,20 +20,20 @@ std::u16string PlainLower(std::u16string_view text);
 std::u16string PlainUpper(std::u16string_view text);
 
 /// Returns `text` with every occurrence of `pattern` replaced, from left to right. Does not search
-/// inserted text.
+/// inserted text. REQUIRES: `pattern` is not empty.
 std::u16string PlainReplace(std::u16string_view text, std::u16string_view pattern,
                             std::u16string_view replacement);
 
-/// Returns the elements between the separators. There is an empty element between adjacent
-/// separators. An empty string has one empty element.
+/// Splits `text` at each `separator` and returns the elements. Adjacent separators have an empty
+/// element between them. An empty string has one empty element.
 std::vector<std::string> PlainSplit(std::string_view text, char separator);
 
 /// Returns the elements that Boost's tokenizer finds in `text`. Each character of `separator` ends
 /// an element, except between characters of `quote`. There are no escape characters.
 std::vector<std::string> PlainCut(const std::string& text, const std::string& separator,
                                   const std::string& quote);
-/// Returns the fields of a row. Replaces ill-formed UTF-8 and removes carriage returns and
-/// newlines. A row that is empty or consists of carriage returns has no fields.
+/// Returns the fields of a row. Replaces ill-formed UTF-8 with U+FFFD, and removes carriage returns
+/// and newlines. A row that is empty or consists of carriage returns has no fields.
 std::vector<std::string> PlainFields(const std::string& row);
 
 /// Returns the UTF-8 string `text` in lower case.
@@ -49,7 +49,8 @@ bool PlainIsZString(std::string_view text);
 /// Returns the part of `text` on which identities depend. For a key text with a default text, this
 /// is the key without the prefix `private/`. Returns other strings unchanged.
 std::string PlainHashablePortion(std::string_view text);
-/// Returns a version as a number in which each component has 1000 times the weight of the next.
+/// Returns a version as a number in which each component has 1000 times the weight of the next. A
+/// component that is not a 64-bit integer counts as 0. The number wraps around at 64 bits.
 std::int64_t PlainVersionNumber(std::string_view version);
 
 /// Returns the hash of `bytes`, computed with the hash function of identities.

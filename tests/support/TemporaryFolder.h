@@ -13,7 +13,7 @@
 
 namespace test_support {
 
-/// A new folder in the system's folder for temporary files. The destructor removes the folder with
+/// A new folder in the system's folder for temporary files. The destructor removes the folder and
 /// its content. The constructor throws `std::system_error` on failure.
 class TemporaryFolder {
  public:
