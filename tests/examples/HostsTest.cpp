@@ -1,5 +1,5 @@
 // Tests the host descriptions of the example. They describe one application with different users
-// and versions, so their features must agree.
+// and versions, so a feature must be the same in every description that contains it.
 #include <filesystem>
 #include <map>
 #include <memory>

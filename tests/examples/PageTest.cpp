@@ -1,5 +1,5 @@
-// Runs the commands that two pages show, and compares the output with the pages. The pages are the
-// README of the examples and the manual for authors of data files.
+// Runs the commands that two pages show, and compares their output with the output that the pages
+// show. The pages are the README of the examples and the manual for authors of data files.
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
@@ -84,7 +84,8 @@ TEST_F(ExamplePage, DataFileManualShowsTheOutputOfItsCommands) {
   ExpectPageShowsWhatItsCommandsPrint(RULES_PAGE);
 }
 
-// The page quotes the data file in table rows: | line number | `quoted text` | explanation |
+// The README of the examples quotes lines of the data file in table rows of this form:
+// | line number | `quoted text` | explanation |
 TEST_F(ExamplePage, QuotesTheLinesOfTheDataFile) {
   const Lines data = SplitLines(ReadAll("whatsnew.csv"));
   const std::regex tableRow(R"(^\| (\d+) \| `([^`]+)` \|)");

@@ -20,7 +20,8 @@ struct ShownCommand {
 };
 
 /// Returns the commands in the code blocks of `page` that open with "```console". A command is a
-/// line that begins with "$ ". The lines up to the next command are its output.
+/// line that begins with "$ ". The lines up to the next command or the end of the block are its
+/// output.
 std::vector<ShownCommand> ReadShownCommands(std::string_view page);
 
 /// Returns whether the `output` of a command matches the output that the page shows. In `shown`,

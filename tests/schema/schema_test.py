@@ -63,7 +63,7 @@ class SchemaComparison:
                 self.compare(json.dumps({"betaFeatures": [{name: value}]}))
 
     def compare_known_members(self):
-        """Compares the member names in the program's error messages with those of the schema."""
+        """Exits with an error message if the program's errors do not list the schema's members."""
         for text, properties in [('{"?": 0}', self.properties),
                                  ('{"betaFeatures": [{"?": 0}]}', self.feature_properties)]:
             self.compare(text)
@@ -73,7 +73,7 @@ class SchemaComparison:
 
 
 def read_description(path):
-    """Returns the text of a description, or None if the schema cannot describe its errors.
+    """Returns the text of a file, or None if the file has an error that no schema can express.
 
     Such errors are invalid UTF-8, invalid JSON, unpaired surrogates, and duplicate members.
     """
