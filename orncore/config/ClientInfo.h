@@ -22,9 +22,9 @@ using string::UTF8String;
 /// The interface that a host implements to return its version, build number and platform.
 /// Exceptions of an implementation propagate to the callers of the functions below.
 ///
-/// Threads: each function below calls the methods on the thread that called the function. If a host
-/// uses lists on several threads, the methods must be safe to call from all of them at the same
-/// time.
+/// Threads: each `GetClient...` function below calls the method of the same name on its caller's
+/// thread. If a host uses lists on several threads, the methods must be safe to call from all of
+/// them at the same time.
 class ORN_EXPORT ClientInfo {
  public:
   ClientInfo() = default;

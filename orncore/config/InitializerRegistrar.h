@@ -1,8 +1,8 @@
 // Registers initialise and shutdown functions. Libraries register the functions, and the host runs
 // them.
 //
-// A library registers a pair of functions by constructing an InitializerRegistrar. The object
-// usually is a variable at namespace scope, so that loading the library registers the functions. A
+// A library registers a pair of functions by constructing an InitializerRegistrar. The object is
+// usually a variable at namespace scope, so that loading the library registers the functions. A
 // host starts and ends contexts:
 //
 //   orncore::config::InitializeContexts(orncore::config::EInitializerContextFlags::kConsole);
@@ -61,11 +61,11 @@ struct InitializerRegistration;
 /// The initialise function runs when the first context of the registration becomes live. If one of
 /// the contexts is already live, the constructor runs the function.
 ///
-/// The shutdown function runs once for each successful initialisation. It runs when the last of the
-/// contexts ends, or when the object is destroyed before that.
+/// The shutdown function runs once for each successful initialisation. It runs when the last live
+/// context of the registration ends, or when the object is destroyed before that.
 ///
-/// An exception that escapes from a function is logged. In an initialise function it also counts as
-/// a failure.
+/// An exception that escapes from a function is logged. In an initialise function, it also counts
+/// as a failure.
 ///
 /// A function may start and end contexts, and other threads may do so while it runs. The effect on
 /// the function's own registration is deferred until the function returns. The latest call wins. A
@@ -115,7 +115,10 @@ class ORN_EXPORT InitializerRegistrar {
 ORN_EXPORT bool InitializeContexts(EInitializerContextFlags contexts);
 
 /// Ends `contexts`. Shuts down all registrations that have no other live context, in the reverse
-/// order of initialisation. Contexts that are not live are ignored. Safe to call from any thread.
+/// order of initialisation. Contexts that are not live are ignored.
+///
+/// If another call is running a function of a registration, does not wait for it. The other call
+/// finishes the shutdown of that registration. Safe to call from any thread.
 ORN_EXPORT void ShutdownContexts(EInitializerContextFlags contexts);
 
 /// Returns the names of all registrations in the order of registration. Safe to call from any

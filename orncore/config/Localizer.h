@@ -1,5 +1,5 @@
 // Localises texts. The translations are in a dictionary that the host supplies. The default texts
-// are part of the key texts. Both can contain markup.
+// are part of the key texts. Translations and default texts can contain markup.
 //
 // A host sets the dictionary at start, and again when the user changes the language:
 //
@@ -38,12 +38,13 @@ class ORN_EXPORT DictionarySource {
   DictionarySource& operator=(const DictionarySource&) = delete;
   virtual ~DictionarySource();
 
-  /// Returns the translation for `key` in UTF-8, in which markup is not expanded. Returns
-  /// `std::nullopt` if the dictionary does not contain the key. An empty string is a valid
-  /// translation and replaces the default text.
+  /// Returns the translation for `key` in UTF-8, with unexpanded markup. Returns `std::nullopt` if
+  /// the dictionary does not contain the key. An empty string is a valid translation and replaces
+  /// the default text.
   ///
-  /// `key` is the part of the key text before the first `=`, unchanged. The view is valid during
-  /// the call. Exceptions propagate to the caller of the localiser.
+  /// `key` is the part of the key text before the first `=`, or the whole key text if it contains
+  /// no `=`. The view is valid during the call. Exceptions propagate to the caller of the
+  /// localiser.
   virtual std::optional<UTF8String> Find(std::string_view key) const = 0;
 };
 
@@ -71,7 +72,7 @@ class ORN_EXPORT MapDictionary final : public DictionarySource {
 /// A key text has the form `key=default text` in UTF-8. The first `=` separates the key and the
 /// default text. The localiser returns the first of these texts that exists:
 ///
-/// 1. the text of the dictionary for the key, with its markup expanded;
+/// 1. the translation of the key in the dictionary, with its markup expanded;
 /// 2. the default text, with its markup expanded;
 /// 3. the whole key text, if it contains no `=`. Its markup is not expanded.
 ///
@@ -93,8 +94,8 @@ class ORN_EXPORT Localizer {
   ///   #{mdash} U+2014        ^}  U+2019 right quote      ^^  a caret
   ///   #{ndash} U+2013        #{comment} ends the text; the rest is dropped
   ///
-  /// Keeps all other characters, such as `^x` and `#{foo}`. A caret that does not begin markup has
-  /// no effect on the characters after it: `^#{endl}` becomes a caret and a newline. Replaces
+  /// Keeps all other text, such as `^x` and `#{foo}`. A caret that does not begin markup has no
+  /// effect on the characters after it: `^#{endl}` becomes a caret and a newline. Replaces
   /// ill-formed UTF-8 with U+FFFD.
   ///
   /// Queries the dictionary at every call and caches nothing. Exceptions of the dictionary

@@ -66,9 +66,9 @@ ORN_EXPORT bool ExecuteTopLevelFunction(const std::function<void()>& function) n
 ///   `std::bad_alloc`      -ENOMEM
 ///   all others            -EIO
 ///
-/// The code of a failure other than a cancellation is always negative. If the error number of an
-/// exception has the wrong sign, the function negates it. If the error number is 0, the code is
-/// -EIO. Safe to call from any thread.
+/// The code of a failure other than a cancellation is always negative, even if the number in the
+/// exception has the wrong sign. If that number is 0 or cannot be negated, the code is -EIO. Safe
+/// to call from any thread.
 ORN_EXPORT int ExtractResultFromException(const std::exception_ptr& failure);
 
 }  // namespace orncore::config

@@ -1,7 +1,8 @@
 // Registers and runs console commands.
 //
-// A host with a console passes each line to RunLine unless the line is one of its own commands. The
-// commands write to a stream of the host. A host without a console does not need this header.
+// A host with a console passes each line to RunLine, unless the line is a command of the host
+// itself. The commands write to a stream of the host. A host without a console does not need this
+// header.
 #ifndef ORNCORE_CONSOLE_COMMANDREGISTRY_H_
 #define ORNCORE_CONSOLE_COMMANDREGISTRY_H_
 

@@ -66,9 +66,9 @@ class ORN_EXPORT MemoryDebugStore final : public DebugStore {
   EntryMap entries_;
 };
 
-/// Reads and writes debug entries. Every call queries the store, and nothing is cached.
+/// Reads and writes debug entries. Every call uses the store, and nothing is cached.
 ///
-/// A `DebugDatabase` is not copyable, so that all users share the same entries.
+/// A `DebugDatabase` is not copyable, so that all callers share the same entries.
 ///
 /// Threads: use one database from one thread at a time. The console command `ValidateWhatsNew` uses
 /// the database of the process on a background thread while the thread that runs the command waits.

@@ -1,4 +1,4 @@
-// Writes lines to a log that the developers of the host read. The lines are about failures that
+// Writes lines to a log that the developers of the host read. The lines describe failures that
 // cannot be reported to a caller.
 //
 //   orncore::debug::SetLogSink([](std::string_view line) { hostLog.Append(line); });
@@ -27,7 +27,8 @@ ORN_EXPORT void SetLogSink(std::function<void(std::string_view line)> sink);
 /// Passes `line` to the sink on the calling thread. Never throws.
 ///
 /// If there is no sink or the sink throws, writes `line` to standard error as one line. In this
-/// output, `?` replaces each byte of a control character.
+/// output, `?` replaces each byte of a control character. If memory runs out, writes a fixed
+/// message instead of `line`.
 ORN_EXPORT void Log(std::string_view line) noexcept;
 
 }  // namespace orncore::debug

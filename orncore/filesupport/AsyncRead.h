@@ -1,5 +1,5 @@
-// Reads files in the background. A read calls a continuation on the thread of an executor, and the
-// caller can wait for it until a deadline.
+// Reads files in the background. A read calls a continuation on the thread of an executor. The
+// caller can wait for the continuation until a deadline.
 //
 //   UntypedFuture done = ReadFileToRecycledMemory(
 //       File(path), GetDefaultExecutor(), [](const ReadOutcome& read) {
@@ -26,7 +26,8 @@
 
 namespace orncore::filesupport {
 
-/// Runs tasks on one thread in the order of submission. The first task starts the thread.
+/// Runs tasks on one thread in the order of submission. `Submit` starts the thread if it is not
+/// running.
 ///
 /// A module that submits tasks must call `Join` before its code is unloaded, for example in the
 /// shutdown function of its `config::InitializerRegistrar`.
@@ -36,7 +37,7 @@ namespace orncore::filesupport {
 class ORN_EXPORT Executor {
  public:
   /// The type of a task. Its argument is a stop token, through which `Join` requests that the task
-  /// stops early.
+  /// stop early.
   using Task = std::function<void(const std::stop_token&)>;
 
   /// Creates an executor without a thread.
@@ -53,8 +54,8 @@ class ORN_EXPORT Executor {
   /// started. In both cases, the task does not run.
   void Submit(Task task);
 
-  /// Requests that the running task and all queued tasks stop, waits until they have run, and ends
-  /// the thread. The next task starts a new thread.
+  /// Requests that the running task and all queued tasks stop, waits until all of them have run,
+  /// and ends the thread. The next call of `Submit` starts a new thread.
   ///
   /// Do not submit a task while `Join` runs. Such a task starts a second thread, which may also run
   /// tasks that were already queued. `Join` does not wait for the second thread.
@@ -93,20 +94,20 @@ class ORN_EXPORT UntypedFuture {
                                              std::chrono::steady_clock::time_point deadline,
                                              bool cancelAtDeadline);
   // The value is the exception of the continuation, or null. The waiting thread becomes the only
-  // owner of the exception. With `set_exception` instead, the executor's thread could release the
-  // exception last and destroy it after the wait.
+  // owner of the exception. With `set_exception`, the executor's thread could also own the
+  // exception and destroy it after the wait.
   std::future<std::exception_ptr> completion_;
   std::stop_source stop_;
 };
 
-/// Submits a task that reads `file` to `executor`, and returns without waiting.
+/// Submits to `executor` a task that reads `file`, and returns without waiting.
 ///
 /// The task always calls `continuation` with the outcome, whether the read succeeds, fails or is
 /// cancelled. It then destroys `continuation`. Both happen on the executor's thread. The reference
 /// to the outcome is valid during the call. The continuation may copy `memory` and use the copy
 /// after the call.
 ///
-/// `ReadOutcome::failure` is one of these exceptions:
+/// If the read does not succeed, `ReadOutcome::failure` is one of these exceptions:
 /// - `config::FutureCancelled` if `WaitForUntypedUntil` or `Executor::Join` cancels the read;
 /// - `config::ResultError` with -EILSEQ if the path contains an unpaired surrogate;
 /// - any exception of `ReadRegularFile`.

@@ -44,8 +44,8 @@ class ORN_EXPORT File {
 
 /// Converts `text` to a path in the encoding of the system, which is UTF-8 on POSIX systems.
 ///
-/// Returns `std::nullopt` if `text` contains an unpaired surrogate, because a replacement character
-/// would name another file. Safe to call from any thread.
+/// Returns `std::nullopt` if `text` contains an unpaired surrogate, because a path with a
+/// replacement character would name another file. Safe to call from any thread.
 ORN_EXPORT std::optional<std::filesystem::path> PathFromText(std::u16string_view text);
 
 /// Owns the bytes that were read from a file. The bytes never change.

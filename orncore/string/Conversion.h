@@ -1,4 +1,5 @@
-// Defines the string types of all modules, and converts between UTF-8, UTF-16, ASCII and numbers.
+// Defines the string types of all modules. Converts between UTF-8 and UTF-16, from ASCII to UTF-16,
+// and from decimal strings to integers.
 //
 // The UTF-8 and UTF-16 conversions accept every string, and their results are well-formed. They
 // keep NUL and the byte order mark. Converting a well-formed string to the other form and back
@@ -45,15 +46,15 @@ ORN_EXPORT void UTF8to16(std::string_view text, UTF16String& out);
 /// Converts UTF-16 to UTF-8 and replaces the content of `out` with the result.
 ORN_EXPORT void UTF16to8(std::u16string_view text, UTF8String& out);
 
-/// Converts UTF-8 to UTF-16 and appends the result to `out`. A sequence that is split between two
-/// calls is ill-formed in both.
+/// Converts UTF-8 to UTF-16 and appends the result to `out`. A UTF-8 sequence that is split between
+/// two calls is ill-formed in both.
 ORN_EXPORT void AppendUTF8to16(std::string_view text, UTF16String& out);
 /// Converts UTF-16 to UTF-8 and appends the result to `out`. A surrogate pair that is split between
 /// two calls is two unpaired surrogates.
 ORN_EXPORT void AppendUTF16to8(std::u16string_view text, UTF8String& out);
 
-/// Converts an ASCII string, such as a name or a number, to UTF-16. Replaces each byte from 0x80
-/// with U+FFFD.
+/// Converts an ASCII string, such as a name or a number, to UTF-16. Replaces each byte that is 0x80
+/// or greater with U+FFFD.
 [[nodiscard]] ORN_EXPORT UTF16String AsciiToUTF16(std::string_view text);
 
 /// Returns the size of `UTF16to8(text)` in bytes, without allocating.

@@ -1,8 +1,8 @@
 // Replaces substrings in one pass from left to right.
 //
-// The functions search the original string only: matches do not overlap, and inserted text is not
-// searched. An empty pattern matches nothing. Patterns and replacements may be views of the string
-// that is changed.
+// The functions search the original string and not the inserted text. Matches do not overlap. An
+// empty pattern matches nothing. Patterns and replacements may be views of the string that is
+// changed.
 //
 // If memory runs out, the functions throw `std::bad_alloc` and leave the string unchanged.
 //
@@ -19,8 +19,8 @@
 
 namespace orncore::string {
 
-/// A pattern and its replacement text. Both are views of strings, which must exist until the call
-/// returns.
+/// A pattern and its replacement text. Both are views of strings, which must exist until
+/// `ReplaceInString` returns.
 struct Replacement {
   std::u16string_view pattern;  ///< the substring to find
   std::u16string_view text;     ///< the text that replaces it

@@ -1,4 +1,4 @@
-// Defines a set of option bits with the usual operators.
+// Defines a class for a set of option bits, with bitwise operators.
 #ifndef ORNCORE_UTILITY_FLAGS_H_
 #define ORNCORE_UTILITY_FLAGS_H_
 

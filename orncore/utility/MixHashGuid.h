@@ -3,9 +3,9 @@
 // The hash is MurmurHash3 by Austin Appleby (x64, 128 bits, seed 0). The published algorithm is in
 // the public domain.
 //
-// The result depends on the bytes and their order, but not on how calls split them. Accidental
-// collisions are improbable, but the hash does not resist deliberate ones. Identifiers are
-// persisted, so the result is the same on every machine and in every version of the library.
+// The result depends on the bytes and their order, but not on how they are split between calls.
+// Accidental collisions are improbable, but the hash does not resist deliberate ones. Identifiers
+// are persisted, so the result is the same on every machine and in every version of the library.
 #ifndef ORNCORE_UTILITY_MIXHASHGUID_H_
 #define ORNCORE_UTILITY_MIXHASHGUID_H_
 
@@ -45,7 +45,8 @@ class ORN_EXPORT Murmur3MixerState {
     std::uint64_t h2 = 0;
   };
 
-  // Copies `length` bytes, from kCount to twice kCount, as two overlapping parts of constant size.
+  // Copies `length` bytes as two parts of kCount bytes, which can overlap. `length` is at least
+  // kCount and at most twice kCount.
   template <std::size_t kCount>
   static void CopyBothEnds(const unsigned char* from, std::size_t length,
                            unsigned char* to) noexcept {
@@ -58,8 +59,8 @@ class ORN_EXPORT Murmur3MixerState {
   }
 
   // Copies `length` bytes. Most strings of an identity are short. For a short string, a call of
-  // memcpy takes longer than the copy itself, and the badge would miss its time goal
-  // (docs/performance.md).
+  // memcpy takes longer than the copy itself. With such calls, `IsAnythingNew` would miss its time
+  // goal (docs/performance.md).
   static void Copy(const unsigned char* from, std::size_t length, unsigned char* to) noexcept {
     if (length > 32) {
       std::memcpy(to, from, length);
@@ -78,7 +79,7 @@ class ORN_EXPORT Murmur3MixerState {
 
   static void MixBlocks(const unsigned char* from, std::size_t length, Sums& sums) noexcept;
 
-  // Adds bytes that do not fit into the buffer.
+  // Adds `length` bytes that do not fit into the free part of the buffer.
   void UpdateLong(const void* bytes, std::size_t length) noexcept;
 
   Sums sums_;

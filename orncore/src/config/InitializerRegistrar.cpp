@@ -12,7 +12,7 @@
 
 namespace orncore::config {
 
-// The mutex of the registry guards the members after `shutdown`.
+// The mutex of the registry guards `id` and the members after it.
 struct InitializerRegistration {
   std::string name;
   EInitializerContextFlags contexts;

@@ -60,8 +60,8 @@ void DebugDatabase::SetEntry(std::string_view key, std::string_view value) {
 
 void DebugDatabase::SetStore(std::shared_ptr<DebugStore> store) {
   if (!store) store = std::make_shared<MemoryDebugStore>();
-  // Release the previous store after the new one is set, because its destructor may use the
-  // database.
+  // Release the previous store after the new one is set, because the destructor of the previous
+  // store may use the database.
   store_.swap(store);
 }
 

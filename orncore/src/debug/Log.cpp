@@ -55,7 +55,7 @@ void Log(std::string_view line) noexcept {
   try {
     WriteToStandardError(line);
   } catch (...) {
-    // Use a constant, because this message must not allocate memory.
+    // Write a constant, because memory has run out.
     static_cast<void>(std::fputs("a log line was lost: out of memory\n", stderr));
   }
 }

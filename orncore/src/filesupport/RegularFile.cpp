@@ -38,8 +38,8 @@ namespace {
 int Open(const std::filesystem::path& path) {
   int descriptor = -1;
   do {
-    // Use O_NONBLOCK, because another process may have replaced the file with a FIFO since the
-    // check. Opening a FIFO would otherwise wait for a writer.
+    // Use O_NONBLOCK, because another process may have replaced the file with a FIFO since
+    // `ReadRegularFile` checked its type. Opening a FIFO would otherwise wait for a writer.
     descriptor = ::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC | O_NOCTTY);
   } while (descriptor < 0 && errno == EINTR);
   if (descriptor < 0) ThrowFileError(errno, path);
@@ -96,7 +96,8 @@ std::size_t RegularFile::Read(std::span<std::byte> buffer) {
 std::vector<std::byte> RegularFile::ReadToEnd(std::size_t maxBytes, const std::stop_token& stop) {
   if (size_ > maxBytes) ThrowFileError(EFBIG, path_);
   std::vector<std::byte> bytes;
-  // Reserve room for one more read, so that the read that finds the end does not reallocate.
+  // Reserve room for one more read, so that the read that finds the end of the file does not
+  // reallocate.
   bytes.reserve(static_cast<std::size_t>(size_) + kSmallestRead);
   for (;;) {
     if (stop.stop_requested()) throw config::FutureCancelled();

@@ -25,15 +25,16 @@ std::string UTF8FromPath(const std::filesystem::path& path);
 /// Threads: use one object from one thread at a time.
 class RegularFile {
  public:
-  /// Opens `path`. Throws `config::ResultError`, with -EOPNOTSUPP if `path` is not a regular file.
-  /// Does not wait for a writer if `path` is a FIFO.
+  /// Opens `path`. Throws `config::ResultError` if that fails. If `path` is not a regular file, the
+  /// code of the exception is -EOPNOTSUPP. Does not wait for a writer if `path` is a FIFO.
   explicit RegularFile(const std::filesystem::path& path);
   ~RegularFile();
   RegularFile(const RegularFile&) = delete;
   RegularFile& operator=(const RegularFile&) = delete;
 
-  /// Reads the rest of the file and returns it. Throws `config::ResultError`, with -EFBIG if the
-  /// file has more than `maxBytes` bytes. Throws `config::FutureCancelled` after a stop request.
+  /// Reads the rest of the file and returns it. Throws `config::ResultError` if a read fails. If
+  /// the file has more than `maxBytes` bytes, the code of the exception is -EFBIG. Throws
+  /// `config::FutureCancelled` after a stop request.
   std::vector<std::byte> ReadToEnd(std::size_t maxBytes, const std::stop_token& stop);
 
  private:

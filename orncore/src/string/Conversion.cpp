@@ -21,8 +21,8 @@ constexpr std::string_view kUTF8BOM = "\xEF\xBB\xBF";
 #pragma GCC diagnostic ignored "-Wconversion"
 #pragma GCC diagnostic ignored "-Wsign-conversion"
 
-// Returns the code point at `position` and advances `position` past it. Returns a negative number
-// for an ill-formed sequence.
+// Returns the code point at `position` and advances `position` past it. For an ill-formed sequence,
+// returns a negative number and advances past its maximal subpart.
 UChar32 NextCodePoint(std::string_view text, std::size_t& position) noexcept {
   UChar32 codePoint = 0;
   U8_NEXT(text, position, text.size(), codePoint);

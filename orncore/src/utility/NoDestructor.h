@@ -1,4 +1,4 @@
-// Defines process-wide objects that are never destroyed. Therefore, static destructors of this
+// Defines a wrapper for process-wide objects that are never destroyed. Static destructors of this
 // library and of a host can use these objects in any order.
 #ifndef ORNCORE_SRC_UTILITY_NODESTRUCTOR_H_
 #define ORNCORE_SRC_UTILITY_NODESTRUCTOR_H_

@@ -45,7 +45,8 @@ class ServiceHolder {
     std::shared_ptr<Service> service;
   };
 
-  // Neither is destroyed, because static destructors of the host may use the service.
+  // Neither the mutex nor the service is destroyed, because static destructors of the host may use
+  // them.
   mutable NoDestructor<Content> content_;
 };
 
