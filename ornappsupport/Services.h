@@ -11,8 +11,8 @@
 //   log                 orncore::debug::SetLogSink                     standard error
 //   termination         orncore::appstatemanager::SetTerminationQuery  not terminating
 //
-// Console commands and initialisers are not services. A host registers them; see
-// orncore/console/CommandRegistry.h and orncore/config/InitializerRegistrar.h.
+// Console commands and initialisers are not services. orncore/console/CommandRegistry.h and
+// orncore/config/InitializerRegistrar.h explain how to register them.
 #ifndef ORNAPPSUPPORT_SERVICES_H_
 #define ORNAPPSUPPORT_SERVICES_H_
 
@@ -24,7 +24,7 @@ namespace ornappsupport {
 /// change the registered commands and initialisers.
 ///
 /// Do not call while a list or another thread uses a service. If memory runs out, throws
-/// `std::bad_alloc`. The services that were not yet reset are unchanged.
+/// `std::bad_alloc` and does not change the services that it has not reset yet.
 ORN_EXPORT void ResetServices();
 
 }  // namespace ornappsupport

@@ -1,4 +1,4 @@
-// Gives the library access to the beta features of the host, their switches, and the
+// Gives the library access to the beta features of the host, to their switches, and to the
 // internal-features permission.
 //
 // A host implements FeatureService with its own switches and registers it once at start:
@@ -89,11 +89,12 @@ class ORN_EXPORT FixedFeatureService final : public FeatureService {
 /// empty table and no permission.
 ///
 /// Do not call while a method of a list runs, because the list may use a reference to the table of
-/// the previous service. Otherwise, the function is safe to call from any thread.
+/// the previous service. At other times, the function is safe to call from any thread.
 ORN_EXPORT void SetFeatureService(std::shared_ptr<const FeatureService> service);
 
-/// Returns the feature table of the host. The reference is valid until the service is replaced.
-/// This function and the functions below query the service on the calling thread.
+/// Returns the feature table of the host, or an empty table if no service is set. The reference is
+/// valid until the service is replaced. This function and the functions below query the service on
+/// the calling thread.
 ORN_EXPORT const BetaFeatureMap& GetConstBetaFeatureMap();
 
 /// Returns whether the feature is switched on for the user. Returns false if `internalKey` is null
