@@ -54,8 +54,8 @@ struct DataColumnInfo {
   std::string_view header;
   /// The key for `FeatureListDetail::GetField`.
   std::string_view fieldKey;
-  /// Whether the parser converts the field to lower case. `DataFileReader` does not change the
-  /// letter case of the field.
+  /// Whether `FeatureListData` converts the field to lower case. `DataFileReader` does not change
+  /// the letter case of the field.
   bool isLowerCased;
 };
 

@@ -1,11 +1,11 @@
-// Reads the rows of a data file, for the parser and for tools that check a file.
+// Reads the rows of a data file, for `FeatureListData` and for tools that check a file.
 //
 //     DataFileReader reader(text);
 //     while (const DataRow* row = reader.Next()) {
 //       if (row->kind == DataRowKind::kChange) Print(row->Value(DataColumn::kDescription));
 //     }
 //
-// A row ends at every line feed, even inside quotes. A comma outside quotes ends a field. A double
+// Every line feed ends a row, even inside quotes. A comma outside quotes ends a field. A double
 // quote starts or ends quoting and is removed. There is no escape character, and spaces are kept.
 // The reader removes carriage returns from every field and replaces ill-formed UTF-8 with U+FFFD.
 #ifndef ORNWHATSNEW_DATAFILEREADER_H_
@@ -24,20 +24,20 @@ namespace ornwhatsnew {
 /// The grouping ID of a row that sets the changes-since version. Its letter case does not matter.
 inline constexpr std::string_view kChangesSinceKey = "Changes-Since";
 
-/// The kind of a row, which determines how the parser treats it.
+/// The kind of a row, which determines how a list uses the row.
 enum class DataRowKind {
-  /// The row is the first one that is not skipped. The parser ignores it, whatever it contains.
+  /// The row is the first one that is not skipped. A list ignores it, whatever it contains.
   kHeader,
-  /// The row sets the changes-since version to its version column.
+  /// The row sets the changes-since version to the value of its version column.
   kChangesSince,
   /// The row is a change.
   kChange,
-  /// The parser ignores the row. `DataRow::skipReason` contains the reason.
+  /// A list ignores the row. `DataRow::skipReason` contains the reason.
   kSkipped,
 };
 
-/// The reason why the parser skips a row. If several reasons apply, the reader reports the first
-/// one in this order. A row whose current grouping ID is "Changes-Since" is never skipped.
+/// The reason why a list skips a row. If several reasons apply, the reader reports the first one in
+/// this order. A row whose current grouping ID is "Changes-Since" is never skipped.
 enum class DataRowSkipReason {
   /// The row is not skipped.
   kNone,
@@ -51,9 +51,9 @@ enum class DataRowSkipReason {
 
 /// One row of a data file. All views are valid until the reader reads the next row.
 struct DataRow {
-  /// The kind of the row, which determines how the parser treats it.
+  /// The kind of the row, which determines how a list uses the row.
   DataRowKind kind = DataRowKind::kSkipped;
-  /// The reason why the parser skips the row, or `kNone` if the parser does not skip it.
+  /// The reason why a list skips the row, or `kNone` if a list does not skip it.
   DataRowSkipReason skipReason = DataRowSkipReason::kNone;
   /// The line number of the row. The first row of the file has the number 1.
   std::size_t lineNumber = 0;
@@ -74,7 +74,7 @@ struct DataRow {
 };
 
 /// Reads the rows of a data file in file order. No input is an error. The reader returns every row,
-/// including the rows that the parser skips.
+/// including the rows that a list skips.
 ///
 /// A reader is not copyable, because its row contains views into its buffers. It is not
 /// thread-safe: use one reader from one thread at a time.
@@ -87,7 +87,7 @@ class DataFileReader {
   DataFileReader& operator=(const DataFileReader&) = delete;
 
   /// Reads the next row and returns it. Returns null after the last row. An empty file has no rows.
-  /// A line feed at the end of the file is followed by one more row, which is blank.
+  /// If the file ends with a line feed, the last row is blank.
   ///
   /// The reader owns the row and overwrites it in the next call. If an allocation fails, the method
   /// throws `std::bad_alloc`, and the reader must not be used again.

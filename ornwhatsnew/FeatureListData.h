@@ -66,9 +66,10 @@ class ORN_EXPORT FeatureListData {
   void InitWithData(const UTF8String& dataText);
 
   /// Parses `dataText` (UTF-8) and adds its changes to the existing items. Sets the changes-since
-  /// version. Moves every feature that received a change after the features that did not, and the
-  /// key "UNREVIEWED" to the end. Skips malformed rows. No input is an error. If an allocation
-  /// fails, the changes added so far remain. Call `InitWithData` to start over.
+  /// version if `dataText` contains one. Moves the keys of the features that received changes to
+  /// the end, and then the key "UNREVIEWED", which it inserts if it is missing. Skips the rows that
+  /// `DataFileReader` reports as skipped. No input is an error. If an allocation fails, the changes
+  /// added so far remain. Call `InitWithData` to start over.
   void ParseWhatsNewData(const UTF8String& dataText);
 
   /// Adds an item for each of the host's beta features, and moves their keys to the front. The keys
@@ -113,12 +114,12 @@ class ORN_EXPORT FeatureListData {
   /// callbacks.
   UTF8String GetNewSeenState() const;
 
-  /// Returns whether the display with these options would show any item. An item that was displayed
+  /// Returns whether a display with these options would show any item. An item that was displayed
   /// counts as seen only after `RefreshInternalSeenState` or `InitWithData` has read the state.
   bool IsAnythingNew(const DisplayOptions& options) const;
 
-  /// Returns whether the rating view would show any feature with the options
-  /// `kFilterRelevantPlatform` and `kFilterRelevantVersion`.
+  /// Returns whether the rating view, with the options `kFilterRelevantPlatform` and
+  /// `kFilterRelevantVersion`, would show any feature.
   bool IsAnythingNeedingRating() const;
 
   /// Adds the rated identity of the feature with the key `featureKey` to the state, and passes the
@@ -134,8 +135,8 @@ class ORN_EXPORT FeatureListData {
   /// unspecified.
   ///
   /// At the end, adds the identities shown to the state and passes the three persisted values to
-  /// the setter, even if nothing was shown. Makes no other call between these three calls, so a
-  /// host can store the values in one transaction.
+  /// the setter, even if nothing was shown. Makes no other call to the host between these three
+  /// calls, so a host can store the values in one transaction.
   UTF16String GetFormattedTextForDisplay(const DisplayOptions& options,
                                          const UTF16String& ratingPlaceholder, StyleRunMap& runs,
                                          std::shared_ptr<RatingMap> ratingItems);

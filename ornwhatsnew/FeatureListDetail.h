@@ -120,8 +120,8 @@ class ORN_EXPORT FeatureListDetail {
   /// Returns the text that users read. It can be a key text. It is empty if the change only
   /// requests a rating.
   const UTF8String& GetDescription() const { return Field(DataColumn::kDescription); }
-  /// Returns the grouping ID. The parser converts five fields to lower case: grouping ID, story ID,
-  /// salience, earliest relevant version and platform.
+  /// Returns the grouping ID. `FeatureListData` converts five fields to lower case: grouping ID,
+  /// story ID, salience, earliest relevant version and platform.
   const UTF8String& GetJIRAEpicID() const { return Field(DataColumn::kGroupingID); }
   /// Returns the story, task or bug ID, or an empty string.
   const UTF8String& GetJIRAStoryBugTaskID() const { return Field(DataColumn::kStoryID); }
@@ -208,8 +208,8 @@ class ORN_EXPORT FeatureListDetail {
 
   /// Returns whether the change is shown with these options. `seen` contains the identities that
   /// the user has seen or rated. `versions` contains the full versions in which the user opened
-  /// What's New. Queries the host's platform if the options contain `kFilterRelevantPlatform`. Does
-  /// not check whether the item is shown.
+  /// What's New. Queries the host's platform if the options contain `kFilterRelevantPlatform` and
+  /// the platform of the change is "Mac" or "Win". Does not check whether the item is shown.
   bool ShouldShowItemToUser(const DisplayOptions& options, const GuidSet& seen,
                             const VersionSet& versions) const;
   /// Returns whether the rating view shows the change: it requests a rating, and either `seen`

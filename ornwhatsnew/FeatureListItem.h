@@ -26,7 +26,7 @@ namespace ornwhatsnew {
 /// An item is not thread-safe: use one item from one thread at a time.
 class ORN_EXPORT FeatureListItem {
  public:
-  /// The host's visibility value of a beta feature.
+  /// The visibility that the host assigns to a beta feature.
   using Visibility = ornappsupport::feature::VisibilityInAllClientApps;
   /// The changes of an item. None of the pointers is null.
   using Changes = std::vector<std::shared_ptr<FeatureListDetail>>;

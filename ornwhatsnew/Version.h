@@ -1,9 +1,9 @@
 // Defines the version of the library. The build reads the version from this file.
 //
 // The version follows semantic versioning. The major number changes if hosts must be modified or
-// rebuilt. The minor number changes if something is added. Otherwise, only the patch number
-// changes. While the major number is 0, the minor number changes in the first two cases. A host
-// must be rebuilt for each minor version of the shared library.
+// rebuilt. The minor number changes if the interface is extended. Otherwise, only the patch number
+// changes. While the major number is 0, the minor number changes in both of these cases. A host
+// must then be rebuilt for each new minor version of the shared library.
 #ifndef ORNWHATSNEW_VERSION_H_
 #define ORNWHATSNEW_VERSION_H_
 

@@ -69,8 +69,9 @@ enum class ItemUnlockState {
   Unlocked,
   /// The item is a feature of visibility `kInDevelopment` without the internal override.
   InDevelopment,
-  /// The item has no label. It is one of the other sections, a feature of another visibility, or a
-  /// feature that is not in the host's feature table.
+  /// The item has no label. It is the section MISC or BUGFIX, or a feature that is not in the
+  /// host's feature table. A feature without the internal override also has this state if its
+  /// visibility is `kUnlabelled` or an unknown number.
   Unlabelled,
 };
 

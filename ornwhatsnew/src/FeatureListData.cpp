@@ -20,8 +20,8 @@ namespace {
 
 using orncore::debug::DebugDatabase;
 
-// The registration is in this file because every host uses the file. From a static library, a
-// linker includes only the object files that the program uses.
+// The registration is in this file, because every host calls a function of this file. From a static
+// library, a linker includes only the object files that the program uses.
 const orncore::config::InitializerRegistrar kRegistration(
     "ornwhatsnew.FeatureListData", orncore::config::EInitializerContextFlags::kConsole,
     RegisterValidateCommand, UnregisterValidateCommand);
@@ -84,8 +84,8 @@ void FeatureListData::InitWithData(const UTF8String& dataText) {
   if (!rebuilt.changesSinceVersion) {
     rebuilt.changesSinceVersion = std::move(content.changesSinceVersion);
   }
-  // The old items are destroyed when the new content is complete, because the destructor of an item
-  // that a host derived may query the list.
+  // The old items are destroyed after the exchange, because a host can derive an item class whose
+  // destructor queries the list.
   const ListContent old = std::exchange(content, std::move(rebuilt));
 }
 

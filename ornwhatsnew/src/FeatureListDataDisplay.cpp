@@ -16,9 +16,9 @@
 namespace ornwhatsnew {
 namespace {
 
-// Reserves memory for the panel's text. Without this function, a panel of 10,000 changes takes 1.5
-// times as long. A string that grows by doubling uses twice the memory, and the first access to new
-// memory takes longer than writing the text.
+// Reserves memory for the panel's text. Without this function, formatting a panel of 10,000 changes
+// takes 1.5 times as long. A string that grows by doubling uses twice the memory, and the first
+// access to new memory takes longer than writing the text.
 void ReserveFor(const FeatureMap& items, PanelFormatter& panel) {
   std::size_t changes = 0;
   std::size_t descriptionBytes = 0;

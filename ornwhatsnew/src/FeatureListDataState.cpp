@@ -39,7 +39,7 @@ SeenState FeatureListData::Impl::ReadState() {
 
 void FeatureListData::Impl::RecordDisplayPass(const IdentitySet& shown) {
   // Do all allocations before the state changes. If one failed afterwards, a later rating could
-  // persist identities that the user never saw.
+  // persist the identities of changes that the user never saw.
   SeenState& state = content.state;
   const UTF8String seenItemsKey(keywords::kAllSeenItems);
   const UTF8String lastVersionKey(keywords::kLastVersionSeen);

@@ -8,7 +8,8 @@ namespace ornwhatsnew {
 /// registry already has a command with this name.
 bool RegisterValidateCommand();
 
-/// Removes the command from the registry and ends the thread of the background read.
+/// Removes the command from the registry, cancels the background reads, and waits until their
+/// thread has ended.
 void UnregisterValidateCommand();
 
 }  // namespace ornwhatsnew

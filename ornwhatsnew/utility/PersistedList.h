@@ -21,7 +21,8 @@ extern ORN_EXPORT const UTF8String kLastVersionSeenKey;
 extern ORN_EXPORT const UTF8String kAllVersionsSeenKey;
 
 /// Returns the elements of a persisted list as views into `list`. An empty string has no elements.
-/// Adjacent spaces are not merged: each pair has an empty element between them.
+/// Does not merge spaces: adjacent spaces, and a space at the start or the end of `list`, give
+/// empty elements.
 ORN_EXPORT std::vector<std::string_view> SplitPersistedList(std::string_view list);
 
 /// Returns a persisted list of the elements, without duplicates. Omits an empty element. An element

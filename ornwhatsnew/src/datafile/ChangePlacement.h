@@ -12,16 +12,16 @@ namespace ornwhatsnew {
 /// The result of `PlaceChange`: the item for a change, and whether the change is unmatched.
 struct ChangePlacement {
   /// The item for the change, which the map of items owns. If the change belongs to a section that
-  /// is missing, the pointer is null, and the parser drops the change.
+  /// is missing, the pointer is null, and the list drops the change.
   FeatureListItem* item = nullptr;
   /// True if the IDs of the change match no item. Internal users then see a note in the panel. An
   /// unmatched change belongs to the section INTERNAL, or to UNREVIEWED if it is unreviewed.
   bool unmatched = false;
 };
 
-/// Returns the item in `items` to which a change belongs. `groupingID` and `storyID` are columns 2
-/// and 3 of its row. `unreviewed` is true if its salience is "Unreviewed". The first rule that
-/// applies decides:
+/// Returns the item in `items` to which a change belongs, and whether the change is unmatched.
+/// `groupingID` and `storyID` are columns 2 and 3 of its row. `unreviewed` is true if its salience
+/// is "Unreviewed". The first rule that applies decides:
 ///
 /// 1. An unreviewed change belongs to the section UNREVIEWED, whatever its IDs are.
 /// 2. The grouping ID "INTERNAL", in any letter case, means the section INTERNAL.

@@ -1,6 +1,6 @@
 // Finds the fields of a row of the data file, and cleans them.
 //
-// Most fields need no cleaning. The functions return such fields as views into the file, without
+// Most fields need no cleaning. `CleanField` returns such fields as views into the file, without
 // copying.
 #ifndef ORNWHATSNEW_SRC_DATAFILE_FIELDCLEANER_H_
 #define ORNWHATSNEW_SRC_DATAFILE_FIELDCLEANER_H_
@@ -26,7 +26,8 @@ bool IsClean(std::string_view text);
 /// function can overwrite `buffer`.
 std::string_view CleanField(std::string_view field, UTF8String& buffer);
 
-/// Returns a clean field in lower case. The function overwrites `buffer` and returns a view of it.
+/// Returns `field`, which must be clean, in lower case. The function overwrites `buffer` and
+/// returns a view of it.
 std::string_view LowerField(std::string_view field, UTF8String& buffer);
 
 }  // namespace ornwhatsnew

@@ -25,14 +25,17 @@ class PanelFormatter {
   PanelFormatter(DisplayOptions options, const UTF16String& ratingPlaceholder, StyleRunMap& runs,
                  RatingMap* ratingItems);
 
-  /// Reserves memory for about `changes` change lines with `descriptionBytes` of descriptions.
+  /// Reserves memory for about `changes` change lines, whose descriptions have `descriptionBytes`
+  /// bytes in total.
   void Reserve(std::size_t changes, std::size_t descriptionBytes);
 
   /// Writes the header line. It contains `lastVersionSeen` if the options contain `kShowOnlyNew`
   /// and that version is not empty. Otherwise it contains `changesSinceVersion`. In the rating
   /// view, writes two newlines instead. Call this function before the other write functions.
   void WriteHeader(const UTF8String& lastVersionSeen, const UTF8String& changesSinceVersion);
-  /// Writes a feature or a section with the changes in `shown`.
+  /// Writes a feature or a section with the changes in `shown`. If the constructor received a map
+  /// for rating records, adds a rating record. If the rating placeholder is not empty, writes it at
+  /// the end.
   void WriteFeature(const FeatureListItem& item, const ShownItem& shown);
   /// Writes the notice that a panel without items contains.
   void WriteNothingToShow();

@@ -66,7 +66,7 @@ std::size_t StyledTextWriter::CountAppended(std::size_t begin) {
   const std::size_t length = orncore::string::UTF8Length(appended);
   bytes_ += length;
   // A high surrogate before the appended string and a low surrogate at its start form one
-  // character. Until here, each of them was counted as U+FFFD.
+  // character. So far, `bytes_` counts each of them as U+FFFD.
   if (!appended.empty() && begin > 0 && IsHighSurrogate(text_[begin - 1]) &&
       IsLowSurrogate(appended.front())) {
     bytes_ -= kBytesSavedByPairing;

@@ -1,4 +1,4 @@
-// Writes the panel's text together with its style runs, in time linear in the text.
+// Writes the panel's text together with its style runs, in time linear in the length of the text.
 #ifndef ORNWHATSNEW_SRC_PANEL_STYLEDTEXTWRITER_H_
 #define ORNWHATSNEW_SRC_PANEL_STYLEDTEXTWRITER_H_
 

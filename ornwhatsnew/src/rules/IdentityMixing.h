@@ -37,8 +37,9 @@ inline orncore::utility::GuidMixer ItemSeenMixer(const FeatureListItem& item) {
   return mixer;
 }
 
-/// Adds a change with the seen identity `seenGuid` to the seen identity of its item. Ignores a
-/// change without a description: it only requests a rating and must not make the item new.
+/// Adds `seenGuid`, the seen identity of `change`, to the mixer for the seen identity of its item.
+/// Ignores a change without a description, because such a change only requests a rating and must
+/// not make the item new.
 inline void MixChangeIntoItem(orncore::utility::GuidMixer& mixer, const FeatureListDetail& change,
                               const Guid& seenGuid) {
   if (!change.GetDescription().empty()) mixer.Mix(seenGuid);

@@ -1,4 +1,5 @@
-// Stores the identities that a user has seen or rated, in memory and as a persisted list.
+// Defines a set of the identities that a user has seen or rated, and its conversion from and to a
+// persisted list.
 #ifndef ORNWHATSNEW_SRC_RULES_IDENTITYSET_H_
 #define ORNWHATSNEW_SRC_RULES_IDENTITYSET_H_
 
@@ -36,15 +37,15 @@ class IdentitySet {
   }
 
   std::vector<Guid> identities_;
-  /// Element `i` is the position of the first identity whose first bits have the value `i` or a
-  /// greater one. The last element is the number of identities.
+  /// Element `i` is the position of the first identity for which `IndexOf` returns `i` or more. The
+  /// last element is the number of identities.
   std::vector<std::size_t> rangeBegins_;
-  /// The number of the 64 leading bits that the index ignores.
+  /// The number of low bits of `Guid::LeadingBits()` that the index ignores.
   unsigned shift_ = 0;
 };
 
 /// Returns the set of the identities, which can be in any order and contain duplicates. Takes
-/// linear time if they are in ascending order.
+/// linear time if they are in ascending order and without duplicates.
 IdentitySet MakeIdentitySet(std::vector<Guid> identities);
 
 /// Returns the identities that are in either set, in linear time.

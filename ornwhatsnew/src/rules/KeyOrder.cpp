@@ -22,7 +22,7 @@ Order Remove(Order& order, const MovingKeys& keys) {
 }  // namespace
 
 void MoveKeysToFront(Order& order, const MovingKeys& keys) {
-  // Not in one expression with begin(), which the removal can invalidate.
+  // Call `begin` after the removal, which can remove the first key and invalidate its iterator.
   Order moved = Remove(order, keys);
   order.splice(order.begin(), moved);
 }

@@ -15,8 +15,8 @@
 
 namespace ornwhatsnew {
 
-/// Returns the platform that `text` names. `text` is the platform field of a change, or the host's
-/// platform.
+/// Returns the platform that `text` names: `kNone` for an empty string, and `kOther` for an unknown
+/// platform. `text` is the platform field of a change, or the host's platform.
 FeatureListDetail::Platform ParsePlatform(std::string_view text);
 
 /// Returns the `VersionNumber` of each version, in ascending order.
@@ -43,15 +43,14 @@ class SeenIdentities {
 class VisibilityFilter {
  public:
   /// Creates a filter. `versionNumbers` contains the `VersionNumber` of each version in which the
-  /// user opened What's New, in ascending order. Queries the host's platform if the options contain
-  /// `kFilterRelevantPlatform`.
+  /// user opened What's New, in ascending order. Does not query the host.
   VisibilityFilter(const DisplayOptions& options, SeenIdentities seen,
                    std::span<const std::int64_t> versionNumbers);
 
   bool Has(const DisplayOptions& option) const { return options_.Has(option); }
   bool IsSeen(const Guid& identity) const { return seen_.Contains(identity); }
   std::span<const std::int64_t> Versions() const { return versionNumbers_; }
-  /// Returns the platform of the host. Queries the host in the first call.
+  /// Returns the platform of the host. Only the first call queries the host.
   FeatureListDetail::Platform HostPlatform() const;
 
  private:
@@ -65,10 +64,11 @@ class VisibilityFilter {
 bool IsChangeShown(const FeatureListDetail& change, const VisibilityFilter& filter,
                    const Guid& seenGuid);
 
-/// Returns whether the rating view shows a change. `isSeen` is whether the change was seen.
+/// Returns whether the rating view shows a change. `isSeen` says whether the user has seen the
+/// change.
 bool IsChangeForRating(const FeatureListDetail& change, bool isSeen);
 
-/// The seen identity and the shown changes of a shown item, for the display.
+/// The seen identity and the shown changes of an item that a display shows.
 struct ShownItem {
   struct Change {
     const FeatureListDetail* change;
