@@ -1,6 +1,6 @@
 // Fuzzes the lines that the console reads from standard input.
 //
-// The input consists of these lines. Each `@data` is replaced by the path of a data file.
+// The input consists of these lines. The fuzzer replaces each `@data` with the path of a data file.
 #include <cstddef>
 #include <cstdint>
 #include <string>
@@ -46,8 +46,9 @@ Observed& Observations() {
   return observed;
 }
 
-// A console command that records and prints its argument. It fails if the argument starts with 'f'.
-// The prefix "probe: " distinguishes its output from the output of other commands.
+// The function of a console command that records and prints its argument. The command fails if the
+// argument starts with 'f'. The prefix "probe: " distinguishes its output from the output of other
+// commands.
 int Probe(const std::u16string& arguments, UTF16OutputStream& stream) {
   Observations().probeArguments.push_back(arguments);
   orncore::console::Write(stream, u"probe: " + arguments);

@@ -24,9 +24,11 @@ class ListPair {
   /// Displays both lists with the bits of `DisplayOptions` in `options`. Requires that the panels
   /// and the stored states are equal. Returns the panel.
   test_support::PanelOutcome Display(unsigned options);
-  /// Returns whether the lists have new content with these options. Requires equal results.
+  /// Returns the result of `IsAnythingNew` for these options. Requires that both lists return the
+  /// same result.
   bool IsAnythingNew(unsigned options) const;
-  /// Returns whether a feature needs a rating. Requires equal results.
+  /// Returns the result of `IsAnythingNeedingRating`. Requires that both lists return the same
+  /// result.
   bool IsAnythingNeedingRating() const;
   /// Marks the item with this key as rated in both lists. Requires that the stored states are
   /// equal.

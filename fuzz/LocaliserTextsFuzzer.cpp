@@ -1,7 +1,8 @@
-// Fuzzes texts of translators and authors: checks the localizer and the panel.
+// Fuzzes texts of translators and authors: checks the localiser and the panel.
 //
 // The input consists of a line of switches and of parts: a key text, its translation, and
-// arguments. The line contains the switches of World.h and the number of the template to translate.
+// arguments. The line contains the switches of World.h and the index in `kTemplates` of the
+// template to translate.
 #include <array>
 #include <cstddef>
 #include <cstdint>
@@ -98,13 +99,13 @@ void RequireLocalised(std::string_view keyText, std::string_view translation,
   Localizer& localizer = Localizer::Get();
   localizer.SetDictionary(nullptr);
   Require(localizer.ZString(keyText) == PlainZString(keyText),
-          "without a dictionary, the localizer returns the default text");
+          "without a dictionary, the localiser returns the default text");
 
   const std::string key(keyText.substr(0, keyText.find('=')));
   localizer.SetDictionary(
       std::make_shared<MapDictionary>(MapDictionary::Texts{{key, std::string(translation)}}));
   const std::u16string expected = PlainExpand(PlainUTF8to16(translation));
-  Require(localizer.ZString(keyText) == expected, "the localizer returns the translation");
+  Require(localizer.ZString(keyText) == expected, "the localiser returns the translation");
   Require(localizer.ZString(keyText, arguments) == PlainFill(expected, arguments),
           "each argument is inserted once");
   localizer.SetDictionary(nullptr);

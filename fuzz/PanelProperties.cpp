@@ -45,7 +45,7 @@ VersionSet VersionsOf(const PanelOutcome& panel) {
   return versions;
 }
 
-// The numbers of runs that a panel must contain for feature titles and for changes.
+// The numbers of runs that a panel must contain for the titles of items and for changes.
 struct RunCounts {
   std::size_t titles = 0;
   std::size_t changeTexts = 0;
@@ -113,11 +113,10 @@ void RequireWrittenOnce(const FeatureListData& list, unsigned options, const Gui
   const RunCounts expected = CountRunsOfShown(
       list, DisplayOptions(static_cast<unsigned char>(options)), seen, VersionsOf(panel));
   RequireEqual(CountRuns(panel, StyleID::kStyleFeatureTitle), expected.titles,
-               "each visible feature is written once, and no other");
+               "each visible item is written once, and no other item");
   RequireEqual(CountRuns(panel, StyleID::kStyleChangeText), expected.changeTexts,
-               "each visible change is written once, and no other");
-  RequireEqual(panel.ratingItems.size(), expected.titles,
-               "each written feature has a rating record");
+               "each visible change is written once, and no other change");
+  RequireEqual(panel.ratingItems.size(), expected.titles, "each written item has a rating record");
 }
 
 void RequireRunsInside(const PanelOutcome& panel) {
@@ -133,8 +132,7 @@ void RequireRunsInside(const PanelOutcome& panel) {
 }
 
 void RequireNoFeatureWritten(const PanelOutcome& panel) {
-  RequireEqual(CountRuns(panel, StyleID::kStyleFeatureTitle), std::size_t{0},
-               "no feature is written");
+  RequireEqual(CountRuns(panel, StyleID::kStyleFeatureTitle), std::size_t{0}, "no item is written");
   Require(panel.ratingItems.empty(), "there is no rating record");
 }
 

@@ -18,9 +18,10 @@ void RequireChangesOnce(const ornwhatsnew::FeatureListData& list, std::size_t ro
 /// Returns the identities in a stored state. `stored` maps each key of the state to its string.
 ornwhatsnew::GuidSet StoredIdentities(const test_support::PlainPanel::Texts& stored);
 
-/// Requires that the panel contains each visible feature and change of the list once, and no other
-/// feature or change. `options` contains the option bits of the display call. `seen` contains the
-/// identities that were stored when the list was loaded.
+/// Requires that the panel contains each visible item and change of the list once, and no other
+/// item or change. Also requires a rating record for each visible item. `options` contains the
+/// option bits of the display call. `seen` contains the identities that were stored when the list
+/// was loaded.
 void RequireWrittenOnce(const ornwhatsnew::FeatureListData& list, unsigned options,
                         const ornwhatsnew::GuidSet& seen, const test_support::PanelOutcome& panel);
 
@@ -30,7 +31,7 @@ void RequireWrittenOnce(const ornwhatsnew::FeatureListData& list, unsigned optio
 /// empty string.
 void RequireRunsInside(const test_support::PanelOutcome& panel);
 
-/// Requires that the panel shows no feature and has no rating record.
+/// Requires that the panel shows no item and has no rating record.
 void RequireNoFeatureWritten(const test_support::PanelOutcome& panel);
 
 }  // namespace fuzz

@@ -28,7 +28,8 @@ using test_support::PlainSplit;
 
 constexpr char kSeenKey[] = "WhatsNew.AllSeenItems";
 
-// Contains changes of every kind. Some of them request a rating.
+// Contains changes of features and of the sections BUGFIX and UNREVIEWED. Some changes request a
+// rating.
 constexpr char kDataText[] =
     "App Version,Grouping ID,Jira ID,Salience,Rating,First,Platform,URL,Changelist,Message\n"
     "24.9,Changes-Since\n"

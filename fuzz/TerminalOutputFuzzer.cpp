@@ -2,7 +2,7 @@
 //
 // The input consists of a line of two switches and of parts. The switches are:
 //
-//   0  the width in columns, 0 for no limit
+//   0  the width in columns, modulo 128; 0 means no limit
 //   1  flags: 0x01 no styles, 0x02 either styles or hyperlinks, but not both
 //
 // Each part describes a segment of the panel: one byte for its styles, one byte for the kind of its
@@ -69,7 +69,7 @@ UChar32 PlainReplacement(UChar32 character) {
 }
 
 // Returns the characters that the panel must show, in order. Omits spaces, because the layout adds
-// and removes them. Omits invisible characters, because the program keeps some of them.
+// and removes them. Omits invisible characters, because the program keeps only some of them.
 std::string VisibleCharacters(std::string_view text) {
   const std::u16string utf16 = PlainUTF8to16(text);
   const icu::UnicodeString characters(utf16.data(), static_cast<std::int32_t>(utf16.size()));
@@ -90,7 +90,8 @@ std::string VisibleCharacters(std::string_view text) {
 void RequireSafeText(std::string_view text) {
   const std::string shown = SafeForTerminal(text, Whitespace::kShow);
   RequireHarmlessText(shown);
-  Require(shown.find_first_of("\n\t") == std::string::npos, "newlines and tabs are shown");
+  Require(shown.find_first_of("\n\t") == std::string::npos,
+          "newlines and tabs are replaced by symbols");
   RequireHarmlessText(SafeForTerminal(text, Whitespace::kKeep));
   RequireEqual(VisibleCharacters(SafeForTerminal(text, Whitespace::kKeep)), VisibleCharacters(text),
                "each visible character is kept");

@@ -8,8 +8,9 @@ using test_support::FakeFeature;
 
 namespace {
 
-// The features have every visibility. Two of them share an epic key, one has no epic key, and one
-// has the key of a section. One has a key and a name with non-ASCII letters.
+// Together, the features have every visibility from 0 to 3 and an unknown visibility. Two of them
+// share an epic key, one has no epic key, and one has the key of a section. One has a key and a
+// name with non-ASCII letters.
 const FakeFeature kFeatures[] = {
     {.internalKey = "export", .epicKey = "EPIC-1", .name = "Export", .description = "Hands on"},
     {.internalKey = "keys",

@@ -1,4 +1,4 @@
-// A fake host that a fuzzer's input configures.
+// Defines a fake host that a fuzzer's input configures.
 #ifndef FUZZ_WORLD_H_
 #define FUZZ_WORLD_H_
 
@@ -20,7 +20,7 @@ inline constexpr std::size_t kWorldSwitches = 5;
 ///      features that are off, 0x10 show unlock codes, 0x20 the platform is "Win"
 ///   2  features that are switched off, one bit each
 ///   3  features that the user may switch on, one bit each
-///   4  flags: 0x01 a rating placeholder, 0x02 a dictionary
+///   4  flags: 0x01 use a rating placeholder, 0x02 use a dictionary
 class World {
  public:
   /// Configures the host with the switches of a line. A missing switch is 0.
