@@ -1,5 +1,5 @@
-// Measures the bytes and the allocations that a loaded list needs for each row. The bytes of the
-// data file are not counted.
+// Measures the bytes and the allocations that a loaded list needs for each row. Subtracts the size
+// of the data file from the bytes.
 #include <memory>
 #include <string>
 

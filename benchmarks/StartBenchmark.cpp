@@ -1,4 +1,4 @@
-// Runs a program that only loads the library. Measures the processor time of the whole process,
+// Runs programs that only load libraries and exit. Measures the processor time of each process,
 // from its start to its end.
 #include <cerrno>
 #include <optional>

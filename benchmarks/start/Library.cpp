@@ -1,4 +1,4 @@
-// Loads the library and checks that it registered its initializer.
+// Loads the library and checks that it registered its initialise function.
 #include <algorithm>
 
 #include <orncore/config/InitializerRegistrar.h>

@@ -1,5 +1,5 @@
-// Implements the baseline for text conversion. It converts ASCII characters several at a time, and
-// other characters with ICU.
+// Implements the baseline for text conversion. It converts several ASCII characters at a time, and
+// all other characters with ICU.
 #ifndef BENCHMARKS_SUPPORT_HANDTEXT_H_
 #define BENCHMARKS_SUPPORT_HANDTEXT_H_
 
