@@ -32,7 +32,7 @@ GOALS = {
 # The ratio is the time at the large size divided by the time at the small size.
 GROWTH = {"Load": (10_000, 1_000_000, 1.8), "Display": (10_000, 1_000_000, 2.5)}
 
-# The largest allowed memory per row in bytes. The size of the data file is subtracted.
+# The largest allowed memory per row in bytes. The size of the data file is subtracted first.
 MEMORY_GOAL = 650
 # The largest allowed difference between the start times of a program with the library and of an
 # empty program, in milliseconds.
@@ -40,7 +40,7 @@ START_GOAL = 0.3
 
 
 def read(paths: list[Path]) -> dict[tuple[str, int], dict]:
-    """Returns the median of each benchmark by name and size. A benchmark without sizes has the size 0."""
+    """Returns the median of each benchmark by name and size. A missing size is 0."""
     results = {}
     for path in paths:
         for run in json.loads(path.read_text())["benchmarks"]:

@@ -68,8 +68,8 @@ class PlainLook {
     if (!covers || !StyleSet::IsMember(style)) return;
     styles.Set(style, true);
     if (run.second.empty()) return;
-    // If several runs have a link, the run that starts last applies. A run that starts inside a
-    // character begins at the next character.
+    // If several runs that cover the character have a link, the link of the run that starts last
+    // applies. A run that starts inside a character begins at the next character.
     const std::tuple rank(FirstWholeCharacter(start), style, number);
     if (linkRank_ && rank < *linkRank_) return;
     linkRank_ = rank;

@@ -2,7 +2,7 @@
 // ICU and plain code compute the expected results.
 //
 // The input consists of a line with one switch and of two strings, separated by the byte 0xFF. The
-// switch is the number of bytes to skip, so that the first string starts at any alignment. The
+// switch is the number of bytes to skip, so that the first string can start at any alignment. The
 // second string is the pattern to replace, the other string of a comparison, and further input of
 // the hash.
 #include <algorithm>

@@ -1,6 +1,6 @@
 // Counts the allocations of a program. ByteCounter.cpp replaces `operator new` and `operator
-// delete`. The operators are in a separate file, because a compiler that inlines both reports that
-// `std::free` does not match `operator new`.
+// delete`. The operators are in a separate file, because compilers that inline them report
+// mismatched allocation functions.
 #ifndef BENCHMARKS_SUPPORT_BYTECOUNTER_H_
 #define BENCHMARKS_SUPPORT_BYTECOUNTER_H_
 

@@ -18,13 +18,13 @@ using orncore::string::UTF16String;
 /// the feature. The list treats any other 32-bit value like `kUnlabelled`.
 ///
 /// A list shows a feature only if it is switched on or the user may switch it on, whatever its
-/// visibility. A debug switch shows all features to internal users.
+/// visibility. A debug switch removes this restriction for internal users.
 ///
 /// If a change of a feature has the salience "HideBetaFeatureFromExternal", only internal users see
 /// the feature. Its label is then "TARSA ONLY", unless its visibility is `kPublic`.
 enum class VisibilityInAllClientApps : std::int32_t {
-  /// A public feature with the label "UNLOCKED", whether it is on or off. If the debug switch that
-  /// shows all features is on, internal users see the label "OFF" on a feature that is off.
+  /// A public feature with the label "UNLOCKED", whether it is on or off. If the debug switch
+  /// described above is on, internal users see the label "OFF" on a feature that is off.
   kPublic = 0,
   /// A feature that is hidden from all users, including internal users. If one of its changes has
   /// the salience "UnhideBetaFeature", it is shown. Its label is then "TARSA ONLY" for internal

@@ -21,9 +21,10 @@
 
 namespace ornappsupport::feature {
 
-/// The interface that a host implements to describe its beta features. A list copies the feature
-/// table when it is loaded. It queries the switches and the permission on every use and does not
-/// cache the answers. Exceptions of an implementation propagate to the caller of the list.
+/// The interface that a host implements to describe its beta features. A list creates items from
+/// the feature table when it is loaded. It queries the switches, the permission, and the
+/// visibilities for unlock labels on every use and does not cache the answers. Exceptions of an
+/// implementation propagate to the caller of the list.
 ///
 /// Threads: the library calls the methods on the thread that uses a list. The console command
 /// `ValidateWhatsNew` uses a list on a background thread while the thread that runs the command

@@ -9,7 +9,7 @@
 //   ...
 //   orncore::config::ShutdownContexts(orncore::config::EInitializerContextFlags::kConsole);
 //
-// If a host unloads a library at run time, it calls ShutdownContexts first.
+// Before a host unloads a library at run time, it must call ShutdownContexts.
 #ifndef ORNCORE_CONFIG_INITIALIZERREGISTRAR_H_
 #define ORNCORE_CONFIG_INITIALIZERREGISTRAR_H_
 

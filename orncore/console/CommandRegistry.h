@@ -68,8 +68,8 @@ class ORN_EXPORT CommandRegistry {
   bool RegisterCommandFunction(UTF16String name, UTF16String help, CommandFunction function);
 
   /// Removes a command and returns true. Returns false if no command has that name. Does not wait
-  /// for a running call of the command. The function of the command is destroyed when the last
-  /// running call ends.
+  /// for running calls of the command. If there are any, the function of the command is destroyed
+  /// when the last of them ends.
   bool UnregisterCommand(std::u16string_view name);
 
   /// Returns copies of all commands, sorted by name in ascending order of UTF-16 units.

@@ -23,8 +23,8 @@ namespace orncore::debug {
 /// registers an implementation. Exceptions of an implementation propagate to the caller of the
 /// database.
 ///
-/// Threads: the database has no lock and calls the store on the thread of its own caller. If lists
-/// are used on several threads, an implementation must be safe to use from all of them.
+/// Threads: the database has no lock and calls the store on its caller's thread. If lists are used
+/// on several threads, an implementation must be safe to use from all of them.
 class ORN_EXPORT DebugStore {
  public:
   DebugStore(const DebugStore&) = delete;

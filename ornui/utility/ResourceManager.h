@@ -47,7 +47,7 @@ class ORN_EXPORT ResourceManager {
 /// - an empty name, or an absolute path;
 /// - a path with the element "..";
 /// - a name with NUL or an unpaired surrogate;
-/// - the name of a link to a file outside the folder.
+/// - a name that refers to a file outside the folder through a link.
 ///
 /// The class trusts processes that can write to the folder. Such a process could replace a file
 /// with a link during a load, and the load could then read a file outside the folder.

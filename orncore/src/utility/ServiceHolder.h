@@ -50,7 +50,7 @@ class ServiceHolder {
   mutable NoDestructor<Content> content_;
 };
 
-/// Stores a function of the host.
+/// Stores a function that the host can replace.
 template <class Signature>
 class FunctionHolder : public ServiceHolder<const std::function<Signature>> {
  public:

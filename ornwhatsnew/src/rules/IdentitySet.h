@@ -11,13 +11,13 @@
 
 namespace ornwhatsnew {
 
-/// A set of identities in ascending order. The persisted list has the same order, so reading,
-/// merging and writing it take linear time.
+/// A set of identities in ascending order. The persisted list has the same order, so the library
+/// can read, merge and write sets in linear time.
 ///
 /// An index maps the first bits of an identity to the range of positions that can contain the
 /// identity. Identities are hashes, so a range has two to four elements on average. A binary search
-/// without the index reads three times as many elements, and the badge then misses its time goal
-/// (docs/performance.md).
+/// without the index reads three times as many elements, and `IsAnythingNew` then misses its time
+/// goal (docs/performance.md).
 class IdentitySet {
  public:
   IdentitySet() = default;
