@@ -50,7 +50,7 @@ std::string_view TextOf(const ornwhatsnew::StyleRun& run, std::string_view panel
   return start < panel.size() ? panel.substr(start, length) : std::string_view();
 }
 
-// Shows the panel. The list then counts its content as seen. An application with windows would
+// Shows the panel and stores that the user has seen its content. An application with windows would
 // convert the runs to fonts and links.
 void ShowPanel(ornwhatsnew::FeatureListData& list, ornwhatsnew::DisplayOptions options) {
   ornwhatsnew::StyleRunMap runs;
@@ -83,7 +83,8 @@ void RunConsoleLine(std::u16string_view line) {
   std::cout << (result ? UTF16to8(output.str()) : "There is no such command.\n");
 }
 
-// Registers start-up work of the application. It fails, so that this example writes a log entry.
+// Registers an initializer of the application. The initializer fails, so that this example writes a
+// log entry.
 const orncore::config::InitializerRegistrar kCloud(
     "Herbarium.Cloud", EInitializerContextFlags::kApplication, [] { return false; }, [] {});
 
