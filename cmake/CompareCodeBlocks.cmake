@@ -1,6 +1,6 @@
 # Fails unless each C++ and CMake code block of the Markdown file PAGE occurs unchanged in a source
-# file. CODE is the list of source files, separated by commas. The source file may indent the block by
-# two spaces.
+# file. CODE is the list of source files, separated by commas. In the source file, the block may be
+# indented by two more spaces.
 cmake_minimum_required(VERSION 3.25)
 
 string(REPLACE "," ";" files "${CODE}")

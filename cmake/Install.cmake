@@ -1,5 +1,5 @@
 # Defines the install rules for the library, the CMake package, the pkg-config file and the documents.
-# The folders of the program and the examples define their own install rules.
+# The CMakeLists.txt files of the program and of the examples define the other install rules.
 include(CMakePackageConfigHelpers)
 
 set(ORN_CMAKE_DIR ${CMAKE_INSTALL_LIBDIR}/cmake/ornwhatsnew)
@@ -37,9 +37,9 @@ install(FILES
   DESTINATION ${ORN_CMAKE_DIR} COMPONENT development)
 
 # The installed documents have the same relative paths as in the sources, so that the links between them
-# work. The examples link to ../docs, which is a symbolic link to the documents. Debian requires a
-# documentation folder for each package. The folder of ornwhatsnew-dev is a symbolic link to the folder
-# of ornwhatsnew.
+# work. The examples link to ../docs, so this file installs a symbolic link of that name, which leads to
+# the documents. Debian requires a documentation folder for each package. The folder of ornwhatsnew-dev
+# is a symbolic link to the folder of ornwhatsnew.
 set(ORN_DOC_DIR ${CMAKE_INSTALL_DATADIR}/doc/ornwhatsnew)
 install(FILES README.md CHANGELOG.md DESTINATION ${ORN_DOC_DIR})
 install(DIRECTORY docs DESTINATION ${ORN_DOC_DIR}

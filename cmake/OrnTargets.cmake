@@ -37,11 +37,11 @@ function(orn_add_library)
 endfunction()
 
 # orn_set_shared_library_options()
-# Sets options for the shared library that not all compilers and linkers support.
+# Sets the options of the shared library that only some compilers and linkers support.
 function(orn_set_shared_library_options)
   # With -fno-semantic-interposition and -Bsymbolic-functions, the library calls its own exported
-  # functions directly. Otherwise every call would use the dynamic symbol table, and the loader would
-  # resolve each function at program start.
+  # functions directly. Otherwise, every such call would use the dynamic symbol table, and the loader
+  # would have to look up each of these functions when the program starts.
   target_compile_options(ornwhatsnew PRIVATE
     $<$<CXX_COMPILER_ID:GNU>:-fno-semantic-interposition>)
   orn_link_option_if_supported(LINKER:-Bsymbolic-functions ORNWHATSNEW_HAS_BSYMBOLIC_FUNCTIONS)
@@ -85,7 +85,7 @@ function(orn_add_internal_library name)
 endfunction()
 
 # orn_add_program(NAME SOURCES source... [PRIVATE library...])
-# Declares a program. If it is installed, it finds the shared library relative to its own path.
+# Declares a program. The installed program finds the shared library relative to its own folder.
 function(orn_add_program name)
   cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SOURCES;PRIVATE")
   add_executable(${name} ${arg_SOURCES})
@@ -99,8 +99,8 @@ function(orn_add_program name)
 endfunction()
 
 # orn_add_tests(NAME SOURCES source... [PRIVATE library...])
-# Declares a GoogleTest program. Each of its tests is a separate CTest test. CMake reads the list of
-# tests from the program after the build.
+# Declares a GoogleTest program. Each of its tests is a separate CTest test. The build runs the program
+# to get the list of its tests.
 function(orn_add_tests name)
   cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SOURCES;PRIVATE")
   orn_add_program(${name} SOURCES ${arg_SOURCES} PRIVATE ${arg_PRIVATE} GTest::gmock_main)
@@ -110,8 +110,8 @@ function(orn_add_tests name)
 endfunction()
 
 # orn_speed_up_test_compilation(NAME)
-# Compiles the target NAME without optimisation in release builds. Call this function for all test
-# programs and for their precompiled header, which must be compiled with the same options.
+# Compiles the target NAME without optimisation in release builds, to save compile time. Call this
+# function for all test programs and for their precompiled header, which needs the same options.
 function(orn_speed_up_test_compilation name)
   target_compile_options(${name} PRIVATE
     $<$<AND:$<CONFIG:Release>,$<CXX_COMPILER_ID:GNU,Clang,AppleClang>>:-O0>)

@@ -1,5 +1,4 @@
-# Configures the Debian packages. './dev package' builds them with cpack. The prefix of their build is
-# /usr.
+# Configures the Debian packages. './dev package' builds them with cpack and the install prefix /usr.
 set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_NAME ornwhatsnew)
 set(CPACK_PACKAGE_CONTACT "The developers of ornwhatsnew <ornwhatsnew@tarsa.example>")
@@ -17,8 +16,8 @@ set(CPACK_DEBIAN_RUNTIME_PACKAGE_SECTION utils)
 set(CPACK_COMPONENT_RUNTIME_DESCRIPTION "What's New lists for applications and terminals
  A library that shows the users of an application what is new, and the
  program ornwhatsnew, which shows it in a terminal.")
-# dpkg-shlibdeps finds the dependencies of the binaries. To find the library itself, it needs the folder
-# of the build.
+# dpkg-shlibdeps finds the packages that the binaries depend on. The program depends on libornwhatsnew,
+# which is not installed, so dpkg-shlibdeps needs the folder in which the build writes this library.
 set(CPACK_DEBIAN_RUNTIME_PACKAGE_SHLIBDEPS ON)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS ${CMAKE_LIBRARY_OUTPUT_DIRECTORY})
 set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS ON)

@@ -1,7 +1,7 @@
 # shellcheck shell=bash
 
-# Part of ./dev: runs the benchmarks. Also checks that the number of instructions grows linearly with
-# the number of rows.
+# Part of ./dev: runs the benchmarks. Also checks that the library's instruction count grows no faster
+# than about linearly with the number of rows.
 
 bench_subjects=(cutting load memory identity news display state keyorder start)
 
@@ -9,8 +9,8 @@ bench_usage() {
   cat <<TEXT
 usage: ./dev bench [SUBJECT...]
 
-Runs the benchmarks of the named subjects, or of all subjects. Prints a table with the time per row,
-the time of a hand-written baseline, and the ratio of the two. See docs/performance.md.
+Runs the benchmarks of the named subjects, or of all subjects. Prints a table with the library's time,
+the time of a hand-written baseline, and the ratio of these times. See docs/performance.md.
   --list   print the subjects
 TEXT
 }
@@ -58,7 +58,8 @@ command_bench() {
   say "Wrote the table to build/bench/table.md and all measurements to build/bench/results/"
 }
 
-# Runs the stage "growth" of ./dev check. Counts instructions, because run times depend on other load.
+# This function is the stage "growth" of ./dev check. It counts instructions, because run times depend
+# on other load.
 stage_growth() {
   configure bench && build bench --target benchmarks && count_instructions 1000 &&
     count_instructions 10000 || return
@@ -79,7 +80,7 @@ count_instructions() {
     callgrind_annotate --inclusive=yes --threshold=100 "$counts.callgrind" >"$counts"
 }
 
-# Fails if a function needs more than twelve times as many instructions for ten times as many rows.
+# Fails if a function executes more than twelve times as many instructions for ten times as many rows.
 require_linear() {
   local function=$1 few many
   few=$(instructions_in "$function" 1000) && many=$(instructions_in "$function" 10000)

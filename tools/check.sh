@@ -1,12 +1,12 @@
 # shellcheck shell=bash
 
 # Part of ./dev: runs the stages of `./dev check`. A stage is a function stage_NAME, which returns a
-# nonzero status if a check fails. Its output is written to build/log/check-NAME.log, and printed if the
-# stage fails. The other stages still run after a failure. The commands of a stage are joined with &&,
-# because Bash ignores `set -e` in a function whose status is tested.
+# nonzero status if a check fails. Its output is written to build/log/check-NAME.log. If a stage fails,
+# ./dev prints the errors from this log, and the other stages still run. The commands of a stage are
+# joined with &&, because Bash ignores `set -e` in a function whose status is tested.
 
 # These arrays list the stages of the three tiers. Each tier includes the stages of the previous one,
-# except that --ci runs clang-tidy on all files instead of the changed files.
+# except tidy-changed. The tier for CI instead runs clang-tidy on the library, programs and examples.
 contributor_stages=(scripts format includes release tidy-changed)
 ci_stages=(scripts format includes docs release headers windows static package sanitize thread tidy
   cppcheck)
@@ -24,7 +24,7 @@ stage_title() {
     static) echo "clang, static library: build and all tests" ;;
     package) echo "Debian packages: install, run, remove" ;;
     sanitize) echo "address, undefined: all tests except package" ;;
-    thread) echo "ThreadSanitizer: tests of shared objects" ;;
+    thread) echo "ThreadSanitizer: tests with several threads" ;;
     tidy) echo "clang-tidy: library, programs, examples" ;;
     tidy-changed) echo "clang-tidy: changed files" ;;
     tidy-tests) echo "clang-tidy: tests, fuzzers, benchmarks" ;;
@@ -43,7 +43,7 @@ check_usage() {
   cat <<'TEXT'
 usage: ./dev check [--ci | --release] [--skip STAGE]... [STAGE...]
 
-Runs the stages of a tier, or only the named stages. The default tier is for contributors.
+Runs the stages of a tier, or only the named stages. The default is the tier for contributors.
   --ci         run the stages that CI requires
   --release    run the stages that a release requires
   --skip STAGE skip a stage
@@ -124,8 +124,8 @@ stage_tidy() { list_files 'orn*.cpp' 'hosts/*.cpp' 'examples/*.cpp' | run_clang_
 
 stage_tidy-tests() { list_files 'tests/*.cpp' 'fuzz/*.cpp' 'benchmarks/*.cpp' | run_clang_tidy; }
 
-# Checks the sources that differ from the main branch. For each header that differs, checks its source
-# and its test.
+# Checks the sources that differ from the main branch. For each header that differs, checks the source
+# file and the test of the same name.
 stage_tidy-changed() {
   local base file
   base=$(git merge-base HEAD origin/main 2>/dev/null || git merge-base HEAD main 2>/dev/null ||
@@ -180,7 +180,7 @@ run_stage() {
   local stage=$1 log status=0 start=$SECONDS
   log=$(log_file "check-$stage")
   printf '%-12s %-48s ' "$stage" "$(stage_title "$stage")"
-  # Use a subshell, so that the variables of a stage do not affect the next stage.
+  # Use a subshell, so that a stage can neither set variables for the next stage nor end the script.
   ("stage_$stage") </dev/null >"$log" 2>&1 || status=$?
   if ((status == 0)); then
     printf 'ok      %5d s  %s\n' $((SECONDS - start)) "$(summary_of_log "$log")"
@@ -191,7 +191,7 @@ run_stage() {
   return "$status"
 }
 
-# Prints the error lines and the last lines of a log.
+# Prints the lines of a log that contain an error or a warning, and the last lines of the log.
 show_failure() {
   local log=$1
   {

@@ -12,8 +12,8 @@ fail() {
 
 jobs_count() { getconf _NPROCESSORS_ONLN; }
 
-# Uses ccache if it is installed. Makes ccache store paths relative to the root of the clone, so that
-# several clones share the cached objects.
+# Makes the builds use ccache if it is installed. Makes ccache store paths relative to the root of the
+# clone, so that several clones share the cached objects.
 use_compiler_cache() {
   command -v ccache >/dev/null || return 0
   export CMAKE_CXX_COMPILER_LAUNCHER=${CMAKE_CXX_COMPILER_LAUNCHER:-ccache}
@@ -31,7 +31,7 @@ configure() {
     say "Configuring build/$preset"
     cmake --preset "$preset" -Wno-dev >"$(log_file "configure-$preset")" 2>&1 || {
       cat "$(log_file "configure-$preset")" >&2
-      # If these files existed, the next run would assume that the folder is configured.
+      # Delete these files, so that the next run does not assume that the folder is configured.
       rm -f "build/$preset/build.ninja" "build/$preset/CMakeCache.txt"
       fail "cannot configure the preset '$preset'; see the message above"
     }
@@ -64,7 +64,7 @@ list_sources() { list_files '*.h' '*.cpp'; }
 list_files() {
   git ls-files -z --cached --others --exclude-standard -- "$@" |
     while IFS= read -r -d '' file; do
-      # git still lists a deleted file until the deletion is committed.
+      # git still lists a deleted file until the deletion is staged.
       if [[ -f $file ]]; then printf '%s\0' "$file"; fi
     done
 }

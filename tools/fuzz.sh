@@ -6,7 +6,8 @@
 fuzz_targets=(data-file stored-state localiser-texts utf-conversions host-description styled-segments
   console-lines terminal-output)
 
-# Longer inputs reach no new code, and the plain implementation is slow on them.
+# The maximum size of an input in bytes. Longer inputs reach no new code, and the plain implementation
+# is slow on them.
 longest_input=4096
 
 fuzz_usage() {
@@ -101,5 +102,5 @@ command_fuzz() {
     fail "there are findings; docs/fuzzing.md explains how to add a regression test for a finding"
 }
 
-# Runs the stage "fuzz" of ./dev check.
+# This function is the stage "fuzz" of ./dev check.
 stage_fuzz() { build_fuzzers && fuzz_targets_for 1800 "$(jobs_count)" "${fuzz_targets[@]}"; }

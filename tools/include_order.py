@@ -3,9 +3,9 @@
 
 Prints each violation as FILE:LINE: MESSAGE. The exit status is 1 if there are violations.
 
-- Modules: a module includes only itself and the modules below it.
+- Modules: a module includes only its own headers and those of the modules that it depends on.
 - Public headers, which are those outside src/, include no private header.
-- Private headers of ornwhatsnew: a folder includes only itself and the folders below it.
+- Private headers of ornwhatsnew: a folder includes those of itself and of lower layers only.
 """
 
 import argparse

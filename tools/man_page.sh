@@ -5,7 +5,8 @@ set -euo pipefail
 
 lowdown=$1 page=$2 version=$3 output=$4
 
-# Use the date of the last commit of the page, so that the same sources give the same file.
+# Use the date of the last commit that changed the page, so that the same sources give the same file.
+# Outside a git clone, use the modification date of the page.
 date=$(git -C "$(dirname "$page")" log -1 --format=%cs -- "$page" 2>/dev/null || true)
 
 # Correct the output of lowdown: mandoc does not support its font C, a link to another page would show

@@ -22,8 +22,9 @@ command_package() {
   say "Install them with: apt-get install ./$package_folder/*.deb"
 }
 
-# Without root, or if no clean system can be created, the stage only builds the packages and a host that
-# uses them. The result line of the stage then contains the reason.
+# Builds the packages, installs them on a clean system and removes them. If no clean system can be
+# created, for example without root, the stage only builds the packages and a host that uses them. The
+# result line of the stage then contains the reason.
 stage_package() {
   make_packages || return
   local status=0

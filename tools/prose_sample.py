@@ -14,7 +14,7 @@ ROOT = Path(__file__).resolve().parent.parent
 CODE_SUFFIXES = {".h", ".cpp", ".cmake", ".sh", ".py"}
 CODE_NAMES = {"CMakeLists.txt", "dev"}
 MAN_SOURCE = re.compile(r"\.[1-9]$")
-# The mdoc macros whose text continues a sentence. Other macro lines end the sentence.
+# Matches the mdoc macros whose text continues a sentence. A line with another macro ends the sentence.
 MAN_INLINE = re.compile(r"^\.(Nm|Ar|Cm|Fl|Ql|Pa|Ev|Em|Sy|Li) ?")
 SENTENCE_END = re.compile(r"(?<=[.!?])\s+(?=[A-Z`\"(\[*])")
 # LITERAL matches one C++ string literal. JOINED_LITERALS also matches adjacent literals, which the

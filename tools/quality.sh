@@ -12,8 +12,8 @@ command_coverage() {
   build coverage
   # Delete the counts of earlier runs, because a run adds its counts to them.
   find build/coverage -name '*.gcda' -delete
-  # Skip tests in which the program switches to the user nobody. This user cannot write the counts, so
-  # the program prints an error that the tests do not expect.
+  # Skip tests in which the program switches to the user nobody. This user cannot write the coverage
+  # counts, so the program prints an error that the tests do not expect.
   run_tests coverage --label-exclude package \
     --exclude-regex 'ProgramFileFaultTest.*(WithoutPermission|MayNotBeWritten)'
   local filters=() folder
@@ -28,14 +28,14 @@ command_coverage() {
   say "Per file: build/coverage/report/summary.txt; per line: build/coverage/report/index.html"
 }
 
-# Skips mutants that already have a result. Run './dev mutation --help' for the options.
+# Tests the mutants that have no result yet. Run './dev mutation --help' for the options.
 command_mutation() {
   ensure_packages check
   nice -n 10 python3 tests/mutation/run.py "$@"
 }
 
-# Runs the kill tests with more kills than usual. Runs the test programs directly, because CTest would
-# stop them after the timeout of a test.
+# Runs the kill tests with more kills than './dev test'. Runs the test programs directly, because these
+# tests take longer than the time limit of CTest.
 command_kills() {
   local kills=${1:-10000}
   (($# <= 1)) || fail "'kills' takes one number; run './dev help' for usage"
@@ -61,7 +61,7 @@ kill_in() {
   printf '%-17s %s\n' "$suite" "$(grep -E '^[0-9]+ killed, ' "$log")"
 }
 
-# The following functions run stages of ./dev check --release.
+# The following functions are stages of ./dev check --release.
 stage_kills() { command_kills 10000; }
 stage_mutation() { command_mutation --fresh --minutes 30; }
 stage_coverage() { command_coverage; }
