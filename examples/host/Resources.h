@@ -1,4 +1,4 @@
-// Reads the application's resources.
+// Defines the resource manager of the application.
 #ifndef EXAMPLES_HOST_RESOURCES_H_
 #define EXAMPLES_HOST_RESOURCES_H_
 

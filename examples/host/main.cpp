@@ -35,7 +35,7 @@ std::shared_ptr<ornwhatsnew::FeatureListData> LoadNews(Preferences& preferences)
   return ornwhatsnew::GetWhatsNew(u"news", &resources, getter, setter);
 }
 
-// Starts to load the list on another thread. Until get() returns, no other thread may use the
+// Starts loading the list on another thread. Until get() returns, no other thread may use the
 // preferences or replace a service. Afterwards, only the thread that called get() may use the list.
 std::future<std::shared_ptr<ornwhatsnew::FeatureListData>> StartLoadingNews(
     Preferences& preferences) {
@@ -61,7 +61,7 @@ void ShowPanel(ornwhatsnew::FeatureListData& list, ornwhatsnew::DisplayOptions o
   }
 }
 
-// Shows a rating control for each feature and reports the ratings to the list.
+// Shows a rating control for each feature that the user can rate, and marks each feature as rated.
 void AskForRatings(ornwhatsnew::FeatureListData& list) {
   if (!list.IsAnythingNeedingRating()) return;
   ornwhatsnew::StyleRunMap runs;
@@ -76,7 +76,7 @@ void AskForRatings(ornwhatsnew::FeatureListData& list) {
   }
 }
 
-// Runs a line of the application's console as a command that the library registered.
+// Runs a line of the application's console if it is a command in the library's registry.
 void RunConsoleLine(std::u16string_view line) {
   std::basic_ostringstream<char16_t> output;
   const auto result = CommandRegistry::Instance().RunLine(line, output);
@@ -107,7 +107,7 @@ void Run(Preferences& preferences) {
   AskForRatings(*list);
   std::cout << "to be rated after that: " << list->IsAnythingNeedingRating() << '\n';
 
-  // The list queries its services on every use, so both changes affect the next display.
+  // The list queries the services on every use, so the next display uses both new preferences.
   preferences.isStaff = true;
   preferences.texts["debug/ornappsupport.betafeature.SimulateShowingAllUnlockCodesInWhatsNew"] =
       "true";
