@@ -7,11 +7,11 @@
 #include <ornappsupport/feature/FeatureService.h>
 #include <orncore/string/Conversion.h>
 #include <ornwhatsnew/DataFileReader.h>
+#include <ornwhatsnew/WhatsNewTypes.h>
 
 #include "ornwhatsnew/src/datafile/ChangePlacement.h"
 #include "ornwhatsnew/src/datafile/FieldCleaner.h"
 #include "ornwhatsnew/src/rules/KeyOrder.h"
-#include "ornwhatsnew/src/rules/Keywords.h"
 
 namespace ornwhatsnew {
 namespace {
@@ -96,13 +96,10 @@ void ListContent::AddBetaFeatures() {
   for (const auto& [name, key] : namesAndKeys) keysByName.push_back(key);
   MoveKeysToFront(orderedKeys, keysByName);
 
-  EnsureSectionExists(keywords::kMisc, u"$$$/ornwhatsnew/SectionKey/Miscellaneous=Miscellaneous",
-                      {});
-  EnsureSectionExists(keywords::kBugfix, u"$$$/ornwhatsnew/SectionKey/BugFixes=Bug fixes", {});
-  EnsureSectionExists(keywords::kInternal, u"$$$/ornwhatsnew/SectionKey/Internal=Internal notes",
-                      {});
-  EnsureSectionExists(keywords::kUnreviewedSection,
-                      u"$$$/ornwhatsnew/SectionKey/Unreviewed=Unreviewed", {});
+  EnsureSectionExists(kMiscKey, u"$$$/ornwhatsnew/SectionKey/Miscellaneous=Miscellaneous", {});
+  EnsureSectionExists(kBugfixKey, u"$$$/ornwhatsnew/SectionKey/BugFixes=Bug fixes", {});
+  EnsureSectionExists(kInternalKey, u"$$$/ornwhatsnew/SectionKey/Internal=Internal notes", {});
+  EnsureSectionExists(kUnreviewedKey, u"$$$/ornwhatsnew/SectionKey/Unreviewed=Unreviewed", {});
 }
 
 void ListContent::AddChanges(std::string_view dataText) {
@@ -124,12 +121,12 @@ void ListContent::AddChanges(std::string_view dataText) {
     item->AddFeatureDetail(std::move(change));
     if (!item->IsSection()) touchedFeatures.push_back(item->FeatureJiraIDKey());
   }
-  touchedFeatures.push_back(keywords::kUnreviewedSection);
+  touchedFeatures.push_back(kUnreviewedKey);
   MoveKeysToBack(orderedKeys, touchedFeatures);
 }
 
 void ListContent::MoveUnlockedItemsToFront() {
-  MovingKeys leading = {keywords::kUnreviewedSection};
+  MovingKeys leading = {kUnreviewedKey};
   for (const std::string& key : orderedKeys) {
     // Compatibility: an ordered key without an item gets an empty entry (docs/compatibility.md).
     const auto& item = items[key];
