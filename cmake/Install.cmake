@@ -37,18 +37,38 @@ install(FILES
   DESTINATION ${ORN_CMAKE_DIR} COMPONENT development)
 
 # The installed documents have the same relative paths as in the sources, so that the links between them
-# work. The examples link to ../docs, so this file installs a symbolic link of that name, which leads to
-# the documents. Debian requires a documentation folder for each package. The folder of ornwhatsnew-dev
-# is a symbolic link to the folder of ornwhatsnew.
+# work. The documents link to the examples and the headers, and the examples link to the
+# documents. Symbolic links in both folders make these links work. Debian requires a documentation
+# folder for each package. The folder of ornwhatsnew-dev is a symbolic link to the folder of ornwhatsnew.
 set(ORN_DOC_DIR ${CMAKE_INSTALL_DATADIR}/doc/ornwhatsnew)
-install(FILES README.md CHANGELOG.md DESTINATION ${ORN_DOC_DIR})
+install(FILES README.md CHANGELOG.md ARCHITECTURE.md CONTRIBUTING.md SECURITY.md
+        DESTINATION ${ORN_DOC_DIR})
 install(DIRECTORY docs DESTINATION ${ORN_DOC_DIR}
         FILES_MATCHING PATTERN "*.md" PATTERN "*.png" PATTERN api EXCLUDE)
-file(CREATE_LINK ../doc/ornwhatsnew/docs ${PROJECT_BINARY_DIR}/package/docs SYMBOLIC)
-install(FILES ${PROJECT_BINARY_DIR}/package/docs DESTINATION ${ORN_DATA_DIR})
-file(CREATE_LINK ornwhatsnew ${PROJECT_BINARY_DIR}/package/ornwhatsnew-dev SYMBOLIC)
-install(FILES ${PROJECT_BINARY_DIR}/package/ornwhatsnew-dev DESTINATION ${CMAKE_INSTALL_DATADIR}/doc
-        COMPONENT development)
+
+# orn_install_link(LINK TARGET COMPONENT)
+# Installs the symbolic link LINK to TARGET. Both are paths relative to the installation prefix.
+function(orn_install_link link target component)
+  cmake_path(GET link PARENT_PATH folder)
+  cmake_path(GET link FILENAME name)
+  # A user may set the folders to absolute paths.
+  cmake_path(ABSOLUTE_PATH folder BASE_DIRECTORY ${CMAKE_INSTALL_PREFIX} OUTPUT_VARIABLE base)
+  cmake_path(ABSOLUTE_PATH target BASE_DIRECTORY ${CMAKE_INSTALL_PREFIX})
+  cmake_path(RELATIVE_PATH target BASE_DIRECTORY ${base})
+  set(staging ${PROJECT_BINARY_DIR}/package/${folder})
+  file(MAKE_DIRECTORY ${staging})
+  file(CREATE_LINK ${target} ${staging}/${name} SYMBOLIC)
+  install(FILES ${staging}/${name} DESTINATION ${folder} COMPONENT ${component})
+endfunction()
+
+orn_install_link(${ORN_DATA_DIR}/docs ${ORN_DOC_DIR}/docs runtime)
+if(ORNWHATSNEW_BUILD_EXAMPLES)
+  orn_install_link(${ORN_DOC_DIR}/examples ${ORN_EXAMPLES_DIR} runtime)
+endif()
+foreach(module orncore ornappsupport ornui ornwhatsnew)
+  orn_install_link(${ORN_DOC_DIR}/${module} ${CMAKE_INSTALL_INCLUDEDIR}/${module} development)
+endforeach()
+orn_install_link(${CMAKE_INSTALL_DATADIR}/doc/ornwhatsnew-dev ${ORN_DOC_DIR} development)
 
 # The man page ornwhatsnew(5) is generated from the manual for authors of data files. It is optional,
 # because only the build of packages should require lowdown.

@@ -17,7 +17,7 @@ stage_title() {
     scripts) echo "shellcheck: every script" ;;
     format) echo "clang-format: every source" ;;
     includes) echo "includes: allowed modules and folders only" ;;
-    docs) echo "Doxygen: every public name has a comment" ;;
+    docs) echo "Doxygen: every public name; links in documents" ;;
     release) echo "g++, shared library: build and all tests" ;;
     headers) echo "g++ and clang: each public header alone" ;;
     windows) echo "MinGW: every source of the library compiles" ;;

@@ -17,4 +17,4 @@ command_docs() {
   say "Built the API reference: build/docs/html/index.html"
 }
 
-stage_docs() { make_reference; }
+stage_docs() { make_reference && list_files '*.md' | xargs -0 tools/check_links.py; }

@@ -12,6 +12,7 @@ skip() {
   exit 77
 }
 
+tools=$(realpath "$(dirname "${BASH_SOURCE[0]}")/../../tools")
 packages=$(realpath "$1")
 mkdir -p "$2"
 cache=$(realpath "$2")
@@ -33,7 +34,8 @@ build_example() {
     PKG_CONFIG_LIBDIR=$(echo "$unpacked"/usr/lib/*/pkgconfig) pkg-config --cflags --libs ornwhatsnew
 }
 
-# Checks that the unpacked packages contain the documents, and that mandoc accepts ornwhatsnew(5).
+# Checks that both packages have a documentation folder, that all links between the documents work, and
+# that mandoc accepts ornwhatsnew(5).
 check_documents() {
   local unpacked=$work/unpacked name page
   for name in ornwhatsnew ornwhatsnew-dev; do
@@ -44,7 +46,7 @@ check_documents() {
       }
     done
   done
-  [[ -f $unpacked/usr/share/ornwhatsnew/examples/../docs/host-guide.md ]] &&
+  python3 "$tools/check_links.py" "$unpacked/usr/share" &&
     mandoc -Tlint -Wwarning "$unpacked/usr/share/man/man5/ornwhatsnew.5"
 }
 
