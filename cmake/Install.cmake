@@ -73,11 +73,11 @@ orn_install_link(${CMAKE_INSTALL_DATADIR}/doc/ornwhatsnew-dev ${ORN_DOC_DIR} dev
 # The man page ornwhatsnew(5) is generated from the manual for authors of data files. It is optional,
 # because only the build of packages should require lowdown.
 if(ORNWHATSNEW_MAN_PAGES)
-  find_program(ORN_LOWDOWN lowdown REQUIRED)
-  mark_as_advanced(ORN_LOWDOWN)
+  find_program(ORNWHATSNEW_LOWDOWN lowdown REQUIRED)
+  mark_as_advanced(ORNWHATSNEW_LOWDOWN)
   set(page ${PROJECT_BINARY_DIR}/package/ornwhatsnew.5)
   add_custom_command(OUTPUT ${page}
-    COMMAND ${PROJECT_SOURCE_DIR}/tools/man_page.sh ${ORN_LOWDOWN}
+    COMMAND ${PROJECT_SOURCE_DIR}/tools/man_page.sh ${ORNWHATSNEW_LOWDOWN}
             ${PROJECT_SOURCE_DIR}/docs/data-file.md ${PROJECT_VERSION} ${page}
     DEPENDS ${PROJECT_SOURCE_DIR}/docs/data-file.md ${PROJECT_SOURCE_DIR}/tools/man_page.sh
     VERBATIM)

@@ -13,33 +13,53 @@ function(configure folder)
     OUTPUT_QUIET COMMAND_ERROR_IS_FATAL ANY)
 endfunction()
 
-# Sets RESULT to the names of the cache entries in FOLDER that a user can set.
+# Sets RESULT to the names of the cache entries in FOLDER. Omits STATIC entries, because only CMake
+# itself creates them.
 function(read_cache_names folder result)
   file(STRINGS ${folder}/CMakeCache.txt lines REGEX "^[^#/].*:[A-Z]+=")
-  list(FILTER lines EXCLUDE REGEX ":(INTERNAL|STATIC)=")
+  list(FILTER lines EXCLUDE REGEX ":STATIC=")
   list(TRANSFORM lines REPLACE ":.*" "")
   set(${result} ${lines} PARENT_SCOPE)
 endfunction()
 
+# Configures the application twice with the subdirectory and the options. Compares its library and
+# its cache entries with those of the application without the subdirectory. PACKAGES are the prefixes
+# of the packages that the project searches with these options.
+function(check_embedding name packages)
+  set(folder ${WORK}/${name})
+  configure(${folder} -DEMBED=ON ${ARGN})
+  configure(${folder})
+  file(READ ${WORK}/alone/kind.txt expected)
+  file(READ ${folder}/kind.txt kind)
+  if(NOT kind STREQUAL expected)
+    message(FATAL_ERROR "${name}: the application's library is '${kind}' instead of '${expected}'")
+  endif()
+
+  read_cache_names(${WORK}/alone before)
+  read_cache_names(${folder} added)
+  list(REMOVE_ITEM added ${before})
+  if(NOT "ORNWHATSNEW_INSTALL" IN_LIST added)
+    message(FATAL_ERROR "${name}: no cache entry of this project was found")
+  endif()
+  # The find modules of CMake and of the packages add these entries. They are the same for all projects
+  # that search for the package.
+  list(FILTER added EXCLUDE REGEX "^(ORNWHATSNEW|${packages})_")
+  list(FILTER added EXCLUDE REGEX "^FIND_PACKAGE_MESSAGE_DETAILS_(${packages}|Threads|PkgConfig)$")
+  list(REMOVE_ITEM added CMAKE_HAVE_LIBC_PTHREAD)
+  if("-DORNWHATSNEW_INSTALL=ON" IN_LIST ARGN)
+    # GNUInstallDirs adds these entries.
+    list(FILTER added EXCLUDE REGEX "^CMAKE_INSTALL_[A-Z]+DIR(-ADVANCED)?$")
+    list(REMOVE_ITEM added _GNUInstallDirs_LAST_CMAKE_INSTALL_PREFIX)
+  endif()
+  if(added)
+    message(FATAL_ERROR "${name}: cache entries without a prefix were added: ${added}")
+  endif()
+endfunction()
+
 file(REMOVE_RECURSE ${WORK})
 configure(${WORK}/alone -DEMBED=OFF)
-configure(${WORK}/embedding -DEMBED=ON)
-configure(${WORK}/embedding)
-
-file(READ ${WORK}/alone/kind.txt expected)
-file(READ ${WORK}/embedding/kind.txt kind)
-if(NOT kind STREQUAL expected)
-  message(FATAL_ERROR "the application's library is '${kind}' instead of '${expected}'")
-endif()
-
-read_cache_names(${WORK}/alone before)
-read_cache_names(${WORK}/embedding added)
-list(REMOVE_ITEM added ${before})
-if(NOT "ORNWHATSNEW_INSTALL" IN_LIST added)
-  message(FATAL_ERROR "no cache entry of this project was found")
-endif()
-# The find module of ICU adds entries with the prefix ICU_.
-list(FILTER added EXCLUDE REGEX "^(ORNWHATSNEW|ICU)_")
-if(added)
-  message(FATAL_ERROR "cache entries without the prefix ORNWHATSNEW_ were added: ${added}")
-endif()
+check_embedding(default "ICU")
+check_embedding(installed "ICU" -DORNWHATSNEW_INSTALL=ON)
+check_embedding(everything
+  "ICU|Boost|boost_headers|CLI11|GTest|PKG_CONFIG|SQLite3|SQLiteCpp|nlohmann_json"
+  -DORNWHATSNEW_BUILD_EXAMPLES=ON -DORNWHATSNEW_BUILD_HOSTS=ON -DORNWHATSNEW_BUILD_TESTS=ON)
