@@ -22,12 +22,6 @@ command_package() {
   say "Install them with: apt-get install ./$package_folder/*.deb"
 }
 
-# Builds the packages, installs them on a clean system and removes them. If no clean system can be
-# created, for example without root, the stage only builds the packages and a host that uses them. The
-# result line of the stage then contains the reason.
-stage_package() {
-  make_packages || return
-  local status=0
-  tests/package/debian.sh "$package_folder" build/debian-root || status=$?
-  ((status == 77)) || return "$status"
-}
+# Without root, or if no clean system can be created, the stage only builds the packages and a host that
+# uses them. The rest of the stage is then skipped.
+stage_package() { make_packages && tests/package/debian.sh "$package_folder" build/debian-root; }

@@ -6,16 +6,22 @@
 measured_folders=(orncore ornappsupport ornui ornwhatsnew hosts)
 
 command_coverage() {
+  no_arguments coverage "$@"
   ensure_packages check
-  configure coverage
   say "Building and running the tests with coverage (first time: 5 to 10 minutes)"
-  build coverage
+  measure_coverage
+  say "Per file: build/coverage/report/summary.txt; per line: build/coverage/report/index.html"
+}
+
+# Runs the tests and writes the report. gcovr receives the arguments.
+measure_coverage() {
+  configure coverage && build coverage || return
   # Delete the counts of earlier runs, because a run adds its counts to them.
   find build/coverage -name '*.gcda' -delete
   # Skip tests in which the program switches to the user nobody. This user cannot write the coverage
   # counts, so the program prints an error that the tests do not expect.
   run_tests coverage --label-exclude package \
-    --exclude-regex 'ProgramFileFaultTest.*(WithoutPermission|MayNotBeWritten)'
+    --exclude-regex 'ProgramFileFaultTest.*(WithoutPermission|MayNotBeWritten)' || return
   local filters=() folder
   for folder in "${measured_folders[@]}"; do filters+=(--filter "$folder/"); done
   mkdir -p build/coverage/report
@@ -24,8 +30,7 @@ command_coverage() {
   gcovr --root . "${filters[@]}" --exclude-throw-branches --exclude-unreachable-branches \
     --sort-percentage --txt build/coverage/report/summary.txt \
     --html-details build/coverage/report/index.html --json build/coverage/report/coverage.json \
-    --print-summary build/coverage
-  say "Per file: build/coverage/report/summary.txt; per line: build/coverage/report/index.html"
+    --print-summary "$@" build/coverage
 }
 
 # Tests the mutants that have no result yet. Run './dev mutation --help' for the options.
@@ -64,4 +69,4 @@ kill_in() {
 # The following functions are stages of ./dev check --release.
 stage_kills() { command_kills 10000; }
 stage_mutation() { command_mutation --fresh --minutes 30; }
-stage_coverage() { command_coverage; }
+stage_coverage() { measure_coverage --fail-under-line 95; }
