@@ -1,5 +1,6 @@
-// Runs programs that only load libraries and exit. Measures the processor time of each process,
-// from its start to its end.
+// Runs a program that only loads the library, and empty programs. Measures the processor time of
+// each whole process, from its start to its end.
+#include <array>
 #include <cerrno>
 #include <optional>
 #include <string>
@@ -33,24 +34,24 @@ std::optional<double> ProcessorSeconds(std::string path) {
   return Seconds(usage.ru_utime) + Seconds(usage.ru_stime);
 }
 
-void Start(benchmark::State& state, const char* program) {
-  const std::string path = std::string(BENCHMARKS_PROGRAM_FOLDER "/") + program;
+// The first three programs are empty. `start_runtime` loads the C++ runtime, `start_bare` only the
+// C library, and `start_third_party` the C++ runtime and the dependencies of the library.
+constexpr std::array<const char*, 4> kPrograms = {"start_runtime", "start_bare",
+                                                  "start_third_party", "start_library"};
+
+// Runs each program once and stores its processor time in a counter. The repetitions run the
+// programs alternately, so that other load on the machine affects all of them equally.
+void Start(benchmark::State& state) {
   for (auto _ : state) {
-    const std::optional<double> seconds = ProcessorSeconds(path);
-    if (!seconds) state.SkipWithError("the program failed");
-    state.SetIterationTime(seconds.value_or(0));
+    for (const char* program : kPrograms) {
+      const std::optional<double> seconds =
+          ProcessorSeconds(std::string(BENCHMARKS_PROGRAM_FOLDER "/") + program);
+      if (!seconds) return state.SkipWithError("the program failed");
+      state.counters[program] = *seconds;
+    }
   }
-  state.SetItemsProcessed(state.iterations());
 }
-// The first three programs are empty. `start_bare` loads only the C library. `start_runtime` also
-// loads the C++ runtime. `start_third_party` also loads the C++ runtime and the dependencies of the
-// library.
-BENCHMARK_CAPTURE(Start, runtime, "start_runtime")->Name("Baseline.Start")->UseManualTime();
-BENCHMARK_CAPTURE(Start, bare, "start_bare")->Name("Bare.Start")->UseManualTime();
-BENCHMARK_CAPTURE(Start, thirdParty, "start_third_party")
-    ->Name("ThirdParty.Start")
-    ->UseManualTime();
-BENCHMARK_CAPTURE(Start, library, "start_library")->Name("Start")->UseManualTime();
+BENCHMARK(Start)->Iterations(1)->Repetitions(500);
 
 }  // namespace
 }  // namespace benchmarks

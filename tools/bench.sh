@@ -24,7 +24,7 @@ require_subject() {
 }
 
 # Runs the benchmarks of a subject and their baselines in random order, so that other load on the
-# machine affects all of them equally.
+# machine affects all of them equally. StartBenchmark.cpp sets its own number of repetitions.
 run_benchmark() {
   local subject=$1
   "build/bench/bin/benchmark_$subject" --benchmark_repetitions=9 --benchmark_min_time=0.05 \
