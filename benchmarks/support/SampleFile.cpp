@@ -6,7 +6,6 @@
 #include <random>
 #include <span>
 #include <string_view>
-#include <utility>
 
 namespace benchmarks {
 namespace {
@@ -33,6 +32,12 @@ class RandomSource {
   std::string Number(std::size_t first, std::size_t count) {
     return std::to_string(first + Below(count));
   }
+  std::string Version() {
+    std::string version = Number(20, 6);
+    version += '.';
+    version += Number(0, 12);
+    return version;
+  }
   std::string HexDigits(std::size_t count) {
     std::string digits;
     while (digits.size() < count) digits += "0123456789abcdef"[Below(16)];
@@ -56,20 +61,32 @@ std::string Description(RandomSource& source) {
   return text;
 }
 
+// Draws one random value in each statement, because the order in which an expression evaluates its
+// operands is unspecified.
 void AppendRow(RandomSource& source, std::string& text) {
-  const auto maybe = [&source](std::size_t percent, std::string field) {
-    return source.Percent(percent) ? std::move(field) : std::string();
-  };
-  text += source.Number(20, 6) + '.' + source.Number(0, 12) + '.' + source.Number(0, 5) + ',';
-  text += source.Percent(10) ? "BUGFIX" : "EPIC-" + source.Number(kFirstEpic, kEpicCount);
-  text += ',' + maybe(60, "STORY-" + source.Number(1000, 90000)) + ',';
+  text += source.Version();
+  text += '.';
+  text += source.Number(0, 5);
+  text += ',';
+  const bool isBugfix = source.Percent(10);
+  text += isBugfix ? "BUGFIX" : "EPIC-" + source.Number(kFirstEpic, kEpicCount);
+  text += ',';
+  if (source.Percent(60)) text += "STORY-" + source.Number(1000, 90000);
+  text += ',';
   text += source.OneOf(kSaliences);
-  text += ',' + maybe(6, "RequestRating") + ',';
-  text += maybe(30, source.Number(20, 6) + '.' + source.Number(0, 12)) + ',';
+  text += ',';
+  if (source.Percent(6)) text += "RequestRating";
+  text += ',';
+  if (source.Percent(30)) text += source.Version();
+  text += ',';
   text += source.OneOf(kPlatforms);
-  text += ',' + maybe(50, "https://discuss.example/t/" + source.Number(10000, 90000)) + ',';
-  text += maybe(80, source.HexDigits(40)) + ',';
-  text += Description(source) + '\n';
+  text += ',';
+  if (source.Percent(50)) text += "https://discuss.example/t/" + source.Number(10000, 90000);
+  text += ',';
+  if (source.Percent(80)) text += source.HexDigits(40);
+  text += ',';
+  text += Description(source);
+  text += '\n';
 }
 
 std::string MakeFile(std::size_t rows) {
