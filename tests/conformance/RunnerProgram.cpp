@@ -34,6 +34,8 @@ struct Outcome {
   json name;
   json results;
   std::optional<std::string> error;
+  /// Whether the scenario states its intent and requires exact texts.
+  bool showsRule = false;
   /// The expected results, or null if the scenario has none. The JSON document owns them.
   const json* expect = nullptr;
 };
@@ -58,6 +60,7 @@ Outcome RunOne(const JsonReader& reader) {
       if (!expect->Value().is_array()) expect->FailExpecting("an array of results");
       outcome.expect = &expect->Value();
     }
+    outcome.showsRule = !scenario.intent.empty() && scenario.exactTexts;
     outcome.results = RunScenario(scenario);
   } catch (const std::exception& error) {
     outcome.error = error.what();
@@ -141,10 +144,19 @@ bool PrintDifferences(const Outcome& outcome, std::ostream& out) {
   return !differences.empty();
 }
 
-int CheckOne(const Outcome& outcome, std::ostream& out) {
-  if (outcome.error || !outcome.expect) {
-    out << DisplayName(outcome) << ": "
-        << outcome.error.value_or("the scenario has no member \"expect\"") << '\n';
+/// Returns why the results of a scenario cannot be checked, or `std::nullopt` if they can.
+std::optional<std::string> ReasonNotToCheck(const Outcome& outcome, Accepted accepted) {
+  if (outcome.error) return outcome.error;
+  if (!outcome.expect) return "the scenario has no member \"expect\"";
+  if (accepted == Accepted::kRules && !outcome.showsRule) {
+    return "the scenario has no \"intent\", or its member \"exactTexts\" is not true";
+  }
+  return std::nullopt;
+}
+
+int CheckOne(const Outcome& outcome, Accepted accepted, std::ostream& out) {
+  if (const auto reason = ReasonNotToCheck(outcome, accepted)) {
+    out << DisplayName(outcome) << ": " << *reason << '\n';
     return kNotRun;
   }
   return PrintDifferences(outcome, out) ? kDifferences : kSuccess;
@@ -165,12 +177,12 @@ int PrintResults(const std::vector<std::string>& files, Streams streams) {
   return Finish(streams, status);
 }
 
-int CheckResults(const std::vector<std::string>& files, Streams streams) {
+int CheckResults(const std::vector<std::string>& files, Accepted accepted, Streams streams) {
   int status = kSuccess;
   std::size_t scenarios = 0;
   std::size_t passed = 0;
   RunAll(files, streams.in, [&](const Outcome& outcome) {
-    const int one = CheckOne(outcome, streams.out);
+    const int one = CheckOne(outcome, accepted, streams.out);
     ++scenarios;
     if (one == kSuccess) ++passed;
     status = std::max(status, one);

@@ -21,16 +21,19 @@ struct Streams {
   std::ostream& err;
 };
 
+/// The scenarios that a check accepts: all of them, or only those that show a rule. A scenario that
+/// shows a rule states its intent and requires exact texts.
+enum class Accepted { kAll, kRules };
+
 /// Runs the scenarios of the files, or those of `streams.in` if there are no files. Writes one JSON
 /// array with the results or the error of each scenario to `streams.out`, in order. Returns the
 /// exit status.
 int PrintResults(const std::vector<std::string>& files, Streams streams);
 
 /// Runs the scenarios of the files, or those of `streams.in` if there are no files. Compares the
-/// results of each scenario with the expected results, and writes a line to `streams.out` for each
-/// difference and each error. Writes the number of passed scenarios to `streams.err`. Returns the
-/// exit status.
-int CheckResults(const std::vector<std::string>& files, Streams streams);
+/// results of each scenario with the expected results, and writes a line for each difference.
+/// Returns the exit status, which is `kNotRun` if a scenario is not of an accepted kind.
+int CheckResults(const std::vector<std::string>& files, Accepted accepted, Streams streams);
 
 /// Reads one scenario per line from `streams.in` and runs it. Writes and flushes the results or the
 /// error as one line before it reads the next scenario. Ignores blank lines. Returns the exit

@@ -34,9 +34,9 @@ class RunnerProgramTest : public test_support::FakeHostTest {
     return PrintResults(files, {in_, out_, err_});
   }
 
-  int Check(const std::string& input) {
+  int Check(const std::string& input, Accepted accepted = Accepted::kAll) {
     in_.str(input);
-    return CheckResults({}, {in_, out_, err_});
+    return CheckResults({}, accepted, {in_, out_, err_});
   }
 
   int Batch(const std::string& input) {
@@ -130,6 +130,17 @@ TEST_F(RunnerProgramTest, PrintsOnlyAscii) {
             kSuccess);
   EXPECT_THAT(out_.str(), HasSubstr(R"(["\u00e9\u0085"])"));
   EXPECT_EQ(Output()[0]["name"], "\xE2\x80\xA8");
+}
+
+TEST_F(RunnerProgramTest, RequiresAnIntentAndExactTextsOfScenariosThatShowARule) {
+  const std::string end = R"("steps":[],"expect":[]})";
+  EXPECT_EQ(Check(R"({"name":"n","intent":"A rule.","exactTexts":true,)" + end, Accepted::kRules),
+            kSuccess);
+  for (const std::string members :
+       {R"("exactTexts":true,)", R"("intent":"","exactTexts":true,)", R"("intent":"A rule.",)"}) {
+    EXPECT_EQ(Check(R"({"name":"n",)" + members + end, Accepted::kRules), kNotRun) << members;
+    EXPECT_EQ(Check(R"({"name":"n",)" + members + end), kSuccess) << members;
+  }
 }
 
 TEST_F(RunnerProgramTest, ReportsAWriteError) {

@@ -102,6 +102,8 @@ using Step =
 
 struct Scenario {
   std::string name;
+  /// The rule that the scenario shows, or an empty string.
+  std::string intent;
   /// True if results contain persisted lists as strings instead of sorted arrays.
   bool exactTexts = false;
   ScenarioHost host;

@@ -241,8 +241,7 @@ Scenario ReadScenario(const JsonReader& object) {
   object.RequireObject({"name", "intent", "exactTexts", "host", "steps", "expect"});
   Scenario scenario;
   scenario.name = object.Member("name").Text();
-  // The program does not use the intent, so the reader only checks its type.
-  if (const auto intent = object.Find("intent")) intent->Text();
+  if (const auto intent = object.Find("intent")) scenario.intent = intent->Text();
   if (const auto exactTexts = object.Find("exactTexts")) {
     scenario.exactTexts = exactTexts->Boolean();
   }

@@ -53,7 +53,8 @@ TEST(ScenarioReader, ReadsNameHostAndSteps) {
 }
 
 TEST(ScenarioReader, ReadsIntentAndExactTexts) {
-  EXPECT_FALSE(Read(R"({"name":"n","intent":"A reason.","steps":[]})").exactTexts);
+  EXPECT_EQ(Read(R"({"name":"n","intent":"A rule.","steps":[]})").intent, "A rule.");
+  EXPECT_FALSE(Read(R"({"name":"n","steps":[]})").exactTexts);
   EXPECT_TRUE(Read(R"({"name":"n","exactTexts":true,"steps":[]})").exactTexts);
   EXPECT_FALSE(Read(R"({"name":"n","exactTexts":false,"steps":[]})").exactTexts);
 }
