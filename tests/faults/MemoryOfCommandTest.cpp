@@ -3,14 +3,11 @@
 // report the failure, and the next command must succeed.
 #include <array>
 #include <cerrno>
-#include <chrono>
 #include <cstdlib>
 #include <iostream>
 #include <new>
 #include <optional>
 #include <string>
-#include <thread>
-#include <utility>
 
 #include <gtest/gtest.h>
 #include <unistd.h>
@@ -18,6 +15,7 @@
 #include <orncore/config/InitializerRegistrar.h>
 #include <orncore/console/CommandRegistry.h>
 #include <orncore/debug/Log.h>
+#include <orncore/filesupport/AsyncRead.h>
 #include <orncore/string/Conversion.h>
 
 #include "tests/faults/FaultWorld.h"
@@ -34,10 +32,6 @@ using test_support::AllocationFailure;
 using test_support::FailureExtent;
 using test_support::FailureThreads;
 using test_support::LiveAllocations;
-
-// The number of blocks that may remain allocated after all commands. The task queue of the reading
-// thread keeps a few blocks for later tasks.
-constexpr std::ptrdiff_t kRetainedBlocks = 5;
 
 // The first command of a process starts the reading thread within this number of allocations.
 constexpr std::size_t kAllocationsOfStart = 40;
@@ -134,15 +128,11 @@ class MemoryOfCommandTest : public FaultTest {
         << "the failure was neither printed nor logged";
   }
 
-  /// Waits until the number of live allocations has not changed for 50 milliseconds, and returns
-  /// it. The reading thread may still free memory for a short time after the command has returned.
-  static std::ptrdiff_t StableLiveAllocations() {
-    std::ptrdiff_t stable = LiveAllocations();
-    for (int unchanged = 0; unchanged < 50; ++unchanged) {
-      std::this_thread::sleep_for(std::chrono::milliseconds(1));
-      if (std::exchange(stable, LiveAllocations()) != stable) unchanged = 0;
-    }
-    return stable;
+  /// Returns the number of live allocations after the reading thread has ended. The thread may
+  /// still free memory when the command has returned.
+  static std::ptrdiff_t LiveAllocationsWithoutThread() {
+    orncore::filesupport::GetDefaultExecutor().Join();
+    return LiveAllocations();
   }
 
   test_support::TemporaryFolder folder_;
@@ -152,8 +142,9 @@ class MemoryOfCommandTest : public FaultTest {
 };
 
 TEST_F(MemoryOfCommandTest, ReportsAFailureAndWorksAgain) {
+  { SCOPED_TRACE("GoogleTest keeps the memory of its first trace"); }
   ExpectSuccess();
-  const std::ptrdiff_t before = StableLiveAllocations();
+  const std::ptrdiff_t before = LiveAllocationsWithoutThread();
   for (const FailureExtent extent : {FailureExtent::kOne, FailureExtent::kAllFrom}) {
     bool hasFailed = true;
     std::size_t n = 0;
@@ -169,7 +160,7 @@ TEST_F(MemoryOfCommandTest, ReportsAFailureAndWorksAgain) {
     }
     std::cout << n - 1 << " allocations failed in turn\n";
   }
-  EXPECT_LE(StableLiveAllocations(), before + kRetainedBlocks) << "memory leaked";
+  EXPECT_EQ(LiveAllocationsWithoutThread(), before) << "memory leaked";
 }
 
 // The first command of a process starts the reading thread. Therefore
