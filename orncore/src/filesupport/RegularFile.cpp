@@ -6,7 +6,7 @@
 
 #include <orncore/config/TopLevel.h>
 
-#if defined(__unix__) || defined(__APPLE__)
+#ifdef ORN_POSIX_FILES
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -31,7 +31,7 @@ void ThrowFileError(int error, const std::filesystem::path& path) {
                             UTF8FromPath(path) + ": " + std::generic_category().message(error));
 }
 
-#if defined(__unix__) || defined(__APPLE__)
+#ifdef ORN_POSIX_FILES
 
 namespace {
 

@@ -12,6 +12,12 @@
 #include <string>
 #include <vector>
 
+// The class has a form with POSIX functions, and a portable form for other systems. A test defines
+// ORN_PORTABLE_FILES to compile the portable form on a POSIX system.
+#if (defined(__unix__) || defined(__APPLE__)) && !defined(ORN_PORTABLE_FILES)
+#define ORN_POSIX_FILES
+#endif
+
 namespace orncore::filesupport {
 
 /// Returns `path` as UTF-8. On POSIX systems, returns the bytes of the path unchanged.
@@ -44,7 +50,7 @@ class RegularFile {
 
   const std::filesystem::path path_;
   std::uintmax_t size_ = 0;  // the size of the file when it was opened
-#if defined(__unix__) || defined(__APPLE__)
+#ifdef ORN_POSIX_FILES
   int descriptor_;
 #else
   std::ifstream stream_;

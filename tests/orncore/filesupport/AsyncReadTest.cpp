@@ -2,6 +2,7 @@
 
 #include <atomic>
 #include <cerrno>
+#include <chrono>
 #include <condition_variable>
 #include <latch>
 #include <mutex>
@@ -19,6 +20,7 @@
 #include <orncore/string/Conversion.h>
 
 #include "tests/orncore/filesupport/FileFixture.h"
+#include "tests/support/Threads.h"
 
 namespace orncore::filesupport {
 namespace {
@@ -236,6 +238,43 @@ TEST(Executor, JoinRequestsAStopAndEndsTheThread) {
   });
   executor.Join();
   EXPECT_TRUE(ended);
+}
+
+TEST(Executor, JoinWaitsOnEachOfSeveralThreads) {
+  Executor executor;
+  std::latch running(1);
+  std::atomic<bool> ended = false;
+  executor.Submit([&](const std::stop_token& stop) {
+    running.count_down();
+    WaitForStop(stop);
+    // Give the other threads time to call `Join`.
+    std::this_thread::sleep_for(std::chrono::milliseconds(20));
+    ended = true;
+  });
+  running.wait();
+  std::atomic<int> earlyReturns = 0;
+  const auto join = [&] {
+    executor.Join();
+    earlyReturns += ended ? 0 : 1;
+  };
+  test_support::RunOnThreads(join, join);
+  EXPECT_EQ(earlyReturns, 0);
+}
+
+TEST(Executor, RunsEveryTaskOnceIfThreadsSubmitDuringJoin) {
+  constexpr int kTasks = 500;
+  std::atomic<int> runs = 0;
+  {
+    Executor executor;
+    test_support::RunOnThreads(
+        [&] {
+          for (int task = 0; task < kTasks; ++task) {
+            executor.Submit([&runs](const std::stop_token&) { ++runs; });
+          }
+        },
+        [&executor] { executor.Join(); });
+  }
+  EXPECT_EQ(runs, test_support::kThreadCount * kTasks);
 }
 
 TEST(Executor, RestartsAfterJoin) {
