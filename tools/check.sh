@@ -108,13 +108,13 @@ stage_sanitize() {
 
 stage_thread() {
   configure thread &&
-    build thread --target orncore_tests ornwhatsnew_tests &&
+    build thread --target orncore_tests ornappsupport_tests ornwhatsnew_tests &&
     run_tests thread --tests-regex "$thread_tests"
 }
 
 # This regular expression matches the tests of objects that several threads may use.
 thread_tests='(AsyncRead|Executor|ValidateCommand|'
-thread_tests+='CommandRegistry|InitializerRegistrar|LogTest)'
+thread_tests+='CommandRegistry|InitializerRegistrar|SeveralThreads)'
 
 stage_valgrind() {
   configure release && build release --target ornwhatsnew_program &&

@@ -11,6 +11,7 @@
 #include <functional>
 #include <map>
 #include <memory>
+#include <mutex>
 #include <optional>
 #include <string_view>
 
@@ -23,8 +24,9 @@ namespace orncore::debug {
 /// registers an implementation. Exceptions of an implementation propagate to the caller of the
 /// database.
 ///
-/// Threads: the database has no lock and calls the store on its caller's thread. If lists are used
-/// on several threads, an implementation must be safe to use from all of them.
+/// Threads: the database calls the store on the thread of its own caller and holds no lock. If
+/// lists are used on several threads, an implementation must be safe to use from all of them at the
+/// same time.
 class ORN_EXPORT DebugStore {
  public:
   DebugStore(const DebugStore&) = delete;
@@ -46,7 +48,7 @@ class ORN_EXPORT DebugStore {
 /// Stores debug entries in memory. The entries are lost when the object is destroyed. `DebugStore`
 /// documents the overridden methods.
 ///
-/// Threads: use one store from one thread at a time.
+/// Threads: safe to use from any thread.
 class ORN_EXPORT MemoryDebugStore final : public DebugStore {
  public:
   /// The entries by key. Keys and values are UTF-8.
@@ -59,10 +61,8 @@ class ORN_EXPORT MemoryDebugStore final : public DebugStore {
   [[nodiscard]] std::optional<string::UTF8String> Find(std::string_view key) const override;
   void Store(std::string_view key, std::string_view value) override;
 
-  /// Returns all entries. The reference is valid until the store is destroyed.
-  [[nodiscard]] const EntryMap& Entries() const noexcept;
-
  private:
+  mutable std::mutex mutex_;
   EntryMap entries_;
 };
 
@@ -70,8 +70,8 @@ class ORN_EXPORT MemoryDebugStore final : public DebugStore {
 ///
 /// A `DebugDatabase` is not copyable, so that all callers share the same entries.
 ///
-/// Threads: use one database from one thread at a time. The console command `ValidateWhatsNew` uses
-/// the database of the process on a background thread while the thread that runs the command waits.
+/// Threads: safe to use from any thread if the store is. However, do not call `SetStore` while
+/// another thread uses the database.
 class ORN_EXPORT DebugDatabase {
  public:
   /// Returns the database of the process. The database is never destroyed, so static constructors

@@ -1,6 +1,9 @@
 #include "tests/conformance/ScenarioRun.h"
 
 #include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
 #include <utility>
 #include <variant>
 #include <vector>
@@ -24,6 +27,28 @@ using nlohmann::json;
 using orncore::string::UTF8to16;
 
 namespace {
+
+/// Stores the debug entries of a scenario, which the step `debug` returns.
+class ScenarioDebugStore final : public orncore::debug::DebugStore {
+ public:
+  using EntryMap = orncore::debug::MemoryDebugStore::EntryMap;
+
+  explicit ScenarioDebugStore(EntryMap entries) : entries_(std::move(entries)) {}
+
+  std::optional<std::string> Find(std::string_view key) const override {
+    const auto found = entries_.find(key);
+    if (found == entries_.end()) return std::nullopt;
+    return found->second;
+  }
+  void Store(std::string_view key, std::string_view value) override {
+    entries_.insert_or_assign(std::string(key), value);
+  }
+
+  const EntryMap& Entries() const { return entries_; }
+
+ private:
+  EntryMap entries_;
+};
 
 /// Executes the steps of one scenario in its host. Each kind of step has an overload of `Do`, which
 /// executes the step and returns its result.
@@ -159,14 +184,14 @@ class ScenarioWorld {
   }
 
   void UseDebugEntries(const hosts::common::HostDescription::Texts& entries) {
-    debugStore_ = std::make_shared<orncore::debug::MemoryDebugStore>(entries);
+    debugStore_ = std::make_shared<ScenarioDebugStore>(entries);
     orncore::debug::DebugDatabase::Instance().SetStore(debugStore_);
   }
 
   Callbacks callbacks_;
   ListForm listForm_;
   test_support::FakeStateStore store_;
-  std::shared_ptr<orncore::debug::MemoryDebugStore> debugStore_;
+  std::shared_ptr<ScenarioDebugStore> debugStore_;
   std::shared_ptr<FeatureListData> list_;
   StyleRunMap capturedRuns_;
 };

@@ -1,5 +1,6 @@
 #include <ornwhatsnew/WhatsNew.h>
 
+#include <atomic>
 #include <functional>
 #include <list>
 #include <string>
@@ -15,6 +16,7 @@
 #include "tests/support/Builders.h"
 #include "tests/support/FakeHost.h"
 #include "tests/support/Matchers.h"
+#include "tests/support/Threads.h"
 
 namespace ornwhatsnew {
 namespace {
@@ -201,6 +203,24 @@ TEST_F(EntryPoint, ReturnsTheOnlyReferenceToTheList) {
 TEST_F(EntryPoint, PropagatesExceptionsOfTheGetter) {
   host_.State().FailGetterCall(2);
   EXPECT_THROW(Load(data_), test_support::InjectedFailure);
+}
+
+TEST_F(EntryPoint, ListsOnSeveralThreadsMayShareTheDebugStore) {
+  constexpr int kDisplays = 20;
+  host_.SetInternalFeaturesAllowed(true);  // the lists of such a user also read debug switches
+  const auto display = [this] {
+    FeatureListData list(data_, {}, {});
+    return Format(list).text;
+  };
+  display();  // stores the version, which the header of all later displays contains
+  const std::string expected = display();
+  std::atomic<int> equalTexts = 0;
+  test_support::RunOnThreads(
+      [&] {
+        for (int count = 0; count < kDisplays; ++count) equalTexts += display() == expected ? 1 : 0;
+      },
+      display);
+  EXPECT_EQ(equalTexts, test_support::kThreadCount * kDisplays);
 }
 
 }  // namespace

@@ -15,22 +15,20 @@ MemoryDebugStore::MemoryDebugStore(EntryMap entries) : entries_(std::move(entrie
 MemoryDebugStore::~MemoryDebugStore() = default;
 
 std::optional<UTF8String> MemoryDebugStore::Find(std::string_view key) const {
+  const std::lock_guard lock(mutex_);
   const auto found = entries_.find(key);
   if (found == entries_.end()) return std::nullopt;
   return found->second;
 }
 
 void MemoryDebugStore::Store(std::string_view key, std::string_view value) {
+  const std::lock_guard lock(mutex_);
   const auto found = entries_.find(key);
   if (found != entries_.end()) {
     found->second = value;
   } else {
     entries_.emplace(key, value);
   }
-}
-
-const MemoryDebugStore::EntryMap& MemoryDebugStore::Entries() const noexcept {
-  return entries_;
 }
 
 DebugDatabase& DebugDatabase::Instance() {

@@ -1,8 +1,11 @@
 #include <ornappsupport/analytics/SDMUsageLogger.h>
 
+#include <atomic>
 #include <memory>
 
 #include <gtest/gtest.h>
+
+#include "tests/support/Threads.h"
 
 namespace ornappsupport::analytics {
 namespace {
@@ -39,6 +42,22 @@ TEST_F(SDMUsageLoggerTest, AQueryMayReplaceItself) {
   });
   EXPECT_EQ(SDMUsageLogger::IsLogging(), false);
   EXPECT_TRUE(SDMUsageLogger::IsLogging());
+}
+
+TEST_F(SDMUsageLoggerTest, SeveralThreadsMayQueryDuringAReplacement) {
+  constexpr int kCalls = 500;
+  std::atomic<int> calls = 0;
+  std::atomic<int> positiveResults = 0;
+  const auto query = [&calls] { return ++calls > 0; };
+  SDMUsageLogger::SetLoggingQuery(query);
+  test_support::RunOnThreads(
+      [&positiveResults] {
+        for (int call = 0; call < kCalls; ++call)
+          positiveResults += SDMUsageLogger::IsLogging() ? 1 : 0;
+      },
+      [&query] { SDMUsageLogger::SetLoggingQuery(query); });
+  EXPECT_EQ(calls, test_support::kThreadCount * kCalls);
+  EXPECT_EQ(positiveResults, test_support::kThreadCount * kCalls);
 }
 
 }  // namespace

@@ -1,8 +1,11 @@
 #include <orncore/appstatemanager/AppStateManager.h>
 
+#include <atomic>
 #include <memory>
 
 #include <gtest/gtest.h>
+
+#include "tests/support/Threads.h"
 
 namespace orncore::appstatemanager {
 namespace {
@@ -39,6 +42,21 @@ TEST_F(AppStateManagerTest, AQueryMayReplaceItself) {
   });
   EXPECT_EQ(IsTerminating(), true);
   EXPECT_FALSE(IsTerminating());
+}
+
+TEST_F(AppStateManagerTest, SeveralThreadsMayQueryDuringAReplacement) {
+  constexpr int kCalls = 500;
+  std::atomic<int> calls = 0;
+  std::atomic<int> positiveResults = 0;
+  const auto query = [&calls] { return ++calls > 0; };
+  SetTerminationQuery(query);
+  test_support::RunOnThreads(
+      [&positiveResults] {
+        for (int call = 0; call < kCalls; ++call) positiveResults += IsTerminating() ? 1 : 0;
+      },
+      [&query] { SetTerminationQuery(query); });
+  EXPECT_EQ(calls, test_support::kThreadCount * kCalls);
+  EXPECT_EQ(positiveResults, test_support::kThreadCount * kCalls);
 }
 
 }  // namespace

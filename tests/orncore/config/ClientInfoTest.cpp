@@ -1,8 +1,11 @@
 #include <orncore/config/ClientInfo.h>
 
+#include <atomic>
 #include <memory>
 
 #include <gtest/gtest.h>
+
+#include "tests/support/Threads.h"
 
 namespace orncore::config {
 namespace {
@@ -76,6 +79,23 @@ TEST_F(ClientInfoTest, AClientInfoMayReplaceItselfDuringAQuery) {
   install();
   EXPECT_EQ(GetClientPlatform(), "Win");
   EXPECT_EQ(GetClientPlatform(), "Mac");
+}
+
+TEST_F(ClientInfoTest, SeveralThreadsMayQueryDuringAReplacement) {
+  constexpr int kCalls = 500;
+  const auto set = [] { SetClientInfo(std::make_shared<FixedClientInfo>(u"1.2.3", u"7", "Win")); };
+  set();
+  std::atomic<int> completeResults = 0;
+  test_support::RunOnThreads(
+      [&completeResults] {
+        for (int call = 0; call < kCalls; ++call) {
+          const bool isComplete = GetClientVersion() == u"1.2.3" &&
+                                  GetClientBuildNumber() == u"7" && GetClientPlatform() == "Win";
+          completeResults += isComplete ? 1 : 0;
+        }
+      },
+      set);
+  EXPECT_EQ(completeResults, test_support::kThreadCount * kCalls);
 }
 
 }  // namespace

@@ -1,10 +1,13 @@
 #include <orncore/debug/DebugDatabase.h>
 
+#include <atomic>
 #include <memory>
 #include <stdexcept>
 #include <string>
 
 #include <gtest/gtest.h>
+
+#include "tests/support/Threads.h"
 
 namespace orncore::debug {
 namespace {
@@ -96,7 +99,8 @@ TEST(DebugDatabase, UsesTheStoreOfTheHost) {
   database.SetStore(store);
   EXPECT_EQ(database.GetEntry("key"), "host");
   database.SetEntry("other", "text");
-  EXPECT_EQ(store->Entries(), (MemoryDebugStore::EntryMap{{"key", "host"}, {"other", "text"}}));
+  EXPECT_EQ(store->Find("key"), "host");
+  EXPECT_EQ(store->Find("other"), "text");
 }
 
 TEST(DebugDatabase, CachesNothing) {
@@ -150,6 +154,23 @@ TEST(DebugDatabase, HasOneInstancePerProcess) {
   EXPECT_EQ(DebugDatabase::Instance().GetEntry("key"), "text");
   EXPECT_EQ(DebugDatabase().GetEntry("key"), "");
   DebugDatabase::Instance().SetStore(nullptr);
+}
+
+TEST(DebugDatabase, SeveralThreadsMayUseTheStoreInMemory) {
+  constexpr int kCalls = 500;
+  DebugDatabase database;
+  std::atomic<int> thread = 0;
+  std::atomic<int> entries = 0;
+  test_support::RunOnThreads(
+      [&] {
+        const std::string key = "key" + std::to_string(thread++);
+        for (int call = 0; call < kCalls; ++call) {
+          database.SetEntry(key, std::to_string(call));
+          entries += database.GetEntry(key) == std::to_string(call) ? 1 : 0;
+        }
+      },
+      [&database] { EXPECT_EQ(database.GetEntry("missing"), ""); });
+  EXPECT_EQ(entries, test_support::kThreadCount * kCalls);
 }
 
 }  // namespace

@@ -4,12 +4,12 @@
 #include <memory>
 #include <stdexcept>
 #include <string>
-#include <thread>
 #include <vector>
 
 #include <gtest/gtest.h>
 
 #include "tests/support/Allocations.h"
+#include "tests/support/Threads.h"
 
 namespace orncore::debug {
 namespace {
@@ -103,23 +103,17 @@ TEST_F(LogTest, ReleasesTheOldSink) {
 }
 
 TEST_F(LogTest, PassesEveryLineOfSeveralThreadsToASink) {
-  constexpr int kThreads = 3;
   constexpr int kLines = 500;
   std::atomic<int> lines = 0;
-  std::atomic<int> running = kThreads;
   const auto count = [&lines](std::string_view) { ++lines; };
   SetLogSink(count);
-  std::vector<std::jthread> threads;
-  for (int thread = 0; thread < kThreads; ++thread) {
-    threads.emplace_back([&running] {
-      for (int line = 0; line < kLines; ++line) Log("line");
-      --running;
-    });
-  }
-  // If `SetLogSink` did not lock the sink, this loop would cause a data race or lose a line.
-  while (running > 0) SetLogSink(count);
-  threads.clear();
-  EXPECT_EQ(lines, kThreads * kLines);
+  // If `SetLogSink` did not lock the sink, its calls would cause a data race or lose a line.
+  test_support::RunOnThreads(
+      [] {
+        for (int line = 0; line < kLines; ++line) Log("line");
+      },
+      [&count] { SetLogSink(count); });
+  EXPECT_EQ(lines, test_support::kThreadCount * kLines);
 }
 
 }  // namespace
