@@ -13,13 +13,6 @@
 
 namespace ornwhatsnew {
 
-/// The major number of these headers.
-inline constexpr int kVersionMajor = 0;
-/// The minor number of these headers.
-inline constexpr int kVersionMinor = 1;
-/// The patch number of these headers.
-inline constexpr int kVersionPatch = 0;
-
 /// The version of these headers as `major.minor.patch`, in ASCII.
 inline constexpr std::string_view kVersionText = "0.1.0";
 

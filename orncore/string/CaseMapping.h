@@ -4,11 +4,8 @@
 // U+00DF becomes "SS". In lower case, a capital sigma at the end of a word becomes a final sigma.
 // NUL maps to itself.
 //
-// Functions with the parameter `out` reuse its capacity. The source must not be a part of `out`.
-//
 // All functions throw `std::length_error` if the source or the result has 2^31 UTF-16 units or
-// more. They throw `std::bad_alloc` if memory runs out. After an exception, the content of `out` is
-// unspecified.
+// more. They throw `std::bad_alloc` if memory runs out.
 //
 // All functions are safe to call from any thread if each call has its own `out`.
 #ifndef ORNCORE_STRING_CASEMAPPING_H_
@@ -25,14 +22,13 @@ namespace orncore::string {
 [[nodiscard]] ORN_EXPORT UTF16String LowerCase(std::u16string_view text);
 /// Returns `text` in upper case. Keeps unpaired surrogates unchanged.
 [[nodiscard]] ORN_EXPORT UTF16String UpperCase(std::u16string_view text);
-/// Replaces the content of `out` with `text` in upper case. Keeps unpaired surrogates unchanged.
-ORN_EXPORT void UpperCase(std::u16string_view text, UTF16String& out);
 
 /// Returns the UTF-8 string `text` in lower case. Replaces ill-formed sequences with U+FFFD, as
 /// `UTF8to16` does. The length limit does not apply to ASCII strings.
 [[nodiscard]] ORN_EXPORT UTF8String LowerCaseUTF8(std::string_view text);
 /// Replaces the content of `out` with the UTF-8 string `text` in lower case, like the function
-/// above. Allocates nothing if `text` is ASCII and fits into the capacity of `out`.
+/// above. Allocates nothing if `text` is ASCII and fits into the capacity of `out`. `text` must not
+/// be a part of `out`. After an exception, the content of `out` is unspecified.
 ORN_EXPORT void LowerCaseUTF8(std::string_view text, UTF8String& out);
 
 }  // namespace orncore::string

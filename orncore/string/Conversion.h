@@ -41,8 +41,6 @@ using UTF16String = std::u16string;
 /// Converts UTF-16 to UTF-8 and returns the result.
 [[nodiscard]] ORN_EXPORT UTF8String UTF16to8(std::u16string_view text);
 
-/// Converts UTF-8 to UTF-16 and replaces the content of `out` with the result.
-ORN_EXPORT void UTF8to16(std::string_view text, UTF16String& out);
 /// Converts UTF-16 to UTF-8 and replaces the content of `out` with the result.
 ORN_EXPORT void UTF16to8(std::u16string_view text, UTF8String& out);
 

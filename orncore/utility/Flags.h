@@ -25,9 +25,6 @@ class Flags {
   /// can be passed to a function with a `Flags` parameter.
   constexpr Flags(T bits) noexcept : bits_(bits) {}
 
-  /// Returns the set as a number with the same bits.
-  [[nodiscard]] constexpr T Bits() const noexcept { return bits_; }
-
   /// Returns whether the set contains all bits of `wanted`. Returns true if `wanted` is empty.
   [[nodiscard]] constexpr bool Has(Flags wanted) const noexcept {
     return (*this & wanted) == wanted;

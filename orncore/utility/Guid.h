@@ -63,9 +63,6 @@ class ORN_EXPORT Guid {
   /// leaves `out` unchanged.
   void AppendTo(std::string& out) const;
 
-  /// Returns whether this is the nil identifier.
-  [[nodiscard]] constexpr bool IsNil() const noexcept { return *this == Guid(); }
-
   /// Returns whether both identifiers have the same bytes.
   friend constexpr bool operator==(const Guid&, const Guid&) noexcept = default;
   /// Compares the bytes from first to last. The text forms have the same order.

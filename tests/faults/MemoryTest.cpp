@@ -311,6 +311,7 @@ TEST_F(MemoryTest, AFailedCaptureKeepsTheEarlierRuns) {
 
 /// The arguments of a display call.
 struct Panel {
+  const char* name;
   DisplayOptions options;
   bool hasRatingMap;
 };
@@ -328,12 +329,14 @@ TEST_P(MemoryOfPanelTest, DisplaySucceedsOrCanBeRepeated) {
 
 INSTANTIATE_TEST_SUITE_P(
     Panels, MemoryOfPanelTest,
-    testing::Values(Panel{{}, true}, Panel{{}, false}, Panel{kShowOnlyNew, true},
-                    Panel{kShowOnlyNew | kFilterRelevantPlatform | kFilterRelevantVersion, false},
-                    Panel{kFilterHeadlinesOnly, true}, Panel{kRatingView, true},
-                    Panel{kRatingView, false}),
+    testing::Values(Panel{"Everything", {}, true}, Panel{"Everything", {}, false},
+                    Panel{"OnlyNew", kShowOnlyNew, true},
+                    Panel{"OnlyRelevant",
+                          kShowOnlyNew | kFilterRelevantPlatform | kFilterRelevantVersion, false},
+                    Panel{"OnlyHeadlines", kFilterHeadlinesOnly, true},
+                    Panel{"Ratings", kRatingView, true}, Panel{"Ratings", kRatingView, false}),
     [](const testing::TestParamInfo<Panel>& panel) {
-      return "Options" + std::to_string(panel.param.options.Bits()) +
+      return std::string(panel.param.name) +
              (panel.param.hasRatingMap ? "WithRatingMap" : "WithoutRatingMap");
     });
 

@@ -57,7 +57,7 @@ TEST(Allocation, ComputesIdentitiesWithoutAllocating) {
   EXPECT_EQ(CountAllocations([&] { guid = item->GetAllChanges()[0]->GetItemRatedGuid(); }), 0U);
   EXPECT_EQ(CountAllocations([&] { guid = item->GetItemSeenGuid(); }), 0U);
   EXPECT_EQ(CountAllocations([&] { guid = item->GetItemRatedGuid(); }), 0U);
-  EXPECT_FALSE(guid.IsNil());
+  EXPECT_NE(guid, Guid());
 }
 
 class ListAllocation : public test_support::FakeHostTest {
@@ -85,7 +85,7 @@ TEST_F(ListAllocation, IsAnythingNewDoesNotAllocateIfEverythingIsSeen) {
        {kShowOnlyNew, kShowOnlyNew | kFilterRelevantPlatform | kFilterRelevantVersion}) {
     bool anythingNew = true;
     EXPECT_EQ(CountAllocations([&] { anythingNew = list_->IsAnythingNew(options); }), 0U)
-        << static_cast<int>(options.Bits());
+        << testing::PrintToString(options);
     EXPECT_FALSE(anythingNew);
   }
 }

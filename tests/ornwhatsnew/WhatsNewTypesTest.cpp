@@ -5,8 +5,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <ornwhatsnew/Version.h>
-
 namespace ornwhatsnew {
 namespace {
 
@@ -38,16 +36,11 @@ TEST(WhatsNewTypes, TypographicMarksNeverChange) {
 }
 
 TEST(WhatsNewTypes, DisplayOptionBitsNeverChange) {
-  EXPECT_EQ(kShowOnlyNew.Bits(), 0x01);
-  EXPECT_EQ(kFilterRelevantPlatform.Bits(), 0x02);
-  EXPECT_EQ(kFilterRelevantVersion.Bits(), 0x04);
-  EXPECT_EQ(kFilterHeadlinesOnly.Bits(), 0x08);
-  EXPECT_EQ(kRatingView.Bits(), 0x10);
-}
-
-TEST(WhatsNewTypes, VersionTextConsistsOfItsNumbers) {
-  EXPECT_EQ(kVersionText, std::to_string(kVersionMajor) + "." + std::to_string(kVersionMinor) +
-                              "." + std::to_string(kVersionPatch));
+  EXPECT_EQ(kShowOnlyNew, DisplayOptions(0x01));
+  EXPECT_EQ(kFilterRelevantPlatform, DisplayOptions(0x02));
+  EXPECT_EQ(kFilterRelevantVersion, DisplayOptions(0x04));
+  EXPECT_EQ(kFilterHeadlinesOnly, DisplayOptions(0x08));
+  EXPECT_EQ(kRatingView, DisplayOptions(0x10));
 }
 
 }  // namespace

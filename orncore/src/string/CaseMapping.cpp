@@ -20,11 +20,11 @@ constexpr std::size_t kMaxUnits = std::numeric_limits<std::int32_t>::max();
 
 using MapWithICU = decltype(&u_strToLower);
 
-void MapCase(MapWithICU map, std::u16string_view text, UTF16String& out) {
+UTF16String MapCase(MapWithICU map, std::u16string_view text) {
   if (text.size() > kMaxUnits) throw std::length_error("the string is too long to change its case");
   const auto length = static_cast<std::int32_t>(text.size());
-  out.resize(text.size());
-  if (text.empty()) return;  // ICU rejects the null pointer of an empty view
+  UTF16String out(text.size(), u'\0');
+  if (text.empty()) return out;  // ICU rejects the null pointer of an empty view
   UErrorCode error = U_ZERO_ERROR;
   std::int32_t needed = map(out.data(), length, text.data(), length, kRootLocale, &error);
   if (error == U_BUFFER_OVERFLOW_ERROR) {
@@ -35,6 +35,7 @@ void MapCase(MapWithICU map, std::u16string_view text, UTF16String& out) {
   if (error == U_MEMORY_ALLOCATION_ERROR) throw std::bad_alloc();
   if (U_FAILURE(error)) throw std::length_error("the string is too long after changing its case");
   out.resize(static_cast<std::size_t>(needed));
+  return out;
 }
 
 char LowerAscii(char character) {
@@ -44,19 +45,11 @@ char LowerAscii(char character) {
 }  // namespace
 
 UTF16String LowerCase(std::u16string_view text) {
-  UTF16String out;
-  MapCase(u_strToLower, text, out);
-  return out;
+  return MapCase(u_strToLower, text);
 }
 
 UTF16String UpperCase(std::u16string_view text) {
-  UTF16String out;
-  UpperCase(text, out);
-  return out;
-}
-
-void UpperCase(std::u16string_view text, UTF16String& out) {
-  MapCase(u_strToUpper, text, out);
+  return MapCase(u_strToUpper, text);
 }
 
 UTF8String LowerCaseUTF8(std::string_view text) {

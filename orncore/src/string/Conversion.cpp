@@ -82,11 +82,6 @@ UTF8String UTF16to8(std::u16string_view text) {
   return out;
 }
 
-void UTF8to16(std::string_view text, UTF16String& out) {
-  out.clear();
-  AppendUTF8to16(text, out);
-}
-
 void UTF16to8(std::u16string_view text, UTF8String& out) {
   out.clear();
   AppendUTF16to8(text, out);

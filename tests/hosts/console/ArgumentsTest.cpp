@@ -31,35 +31,36 @@ TEST(Arguments, ShowReadsDataAndHost) {
   EXPECT_EQ("h.json", show.sources.host);
   EXPECT_FALSE(show.sources.state.has_value());
   EXPECT_FALSE(show.width.has_value());
-  EXPECT_EQ(0, show.options.Bits());
+  EXPECT_EQ(ornwhatsnew::DisplayOptions(), show.options);
   EXPECT_EQ(OutputFormat::kText, show.format);
   EXPECT_EQ(ColorMode::kAuto, show.color);
 }
 
 struct OptionCase {
   const char* name;
-  int bits;
+  ornwhatsnew::DisplayOptions option;
 };
 
 class ShowOptions : public testing::TestWithParam<OptionCase> {};
 
-TEST_P(ShowOptions, EachSetOneBit) {
+TEST_P(ShowOptions, EachSetsOneDisplayOption) {
   const auto show = ParseAs<ShowArguments>({"show", "d", "--host", "h", GetParam().name});
-  EXPECT_EQ(GetParam().bits, show.options.Bits());
+  EXPECT_EQ(GetParam().option, show.options);
 }
 
-INSTANTIATE_TEST_SUITE_P(Cases, ShowOptions,
-                         testing::Values(OptionCase{"--only-new", 0x01},
-                                         OptionCase{"--platform", 0x02},
-                                         OptionCase{"--relevant-versions", 0x04},
-                                         OptionCase{"--headlines", 0x08},
-                                         OptionCase{"--rating", 0x10}));
+INSTANTIATE_TEST_SUITE_P(
+    Cases, ShowOptions,
+    testing::Values(OptionCase{"--only-new", ornwhatsnew::kShowOnlyNew},
+                    OptionCase{"--platform", ornwhatsnew::kFilterRelevantPlatform},
+                    OptionCase{"--relevant-versions", ornwhatsnew::kFilterRelevantVersion},
+                    OptionCase{"--headlines", ornwhatsnew::kFilterHeadlinesOnly},
+                    OptionCase{"--rating", ornwhatsnew::kRatingView}));
 
 TEST(Arguments, ShowReadsEveryOption) {
   const auto show =
       ParseAs<ShowArguments>({"show", "d", "--host", "h", "--only-new", "--rating", "--color",
                               "always", "--format", "json", "--width", "0", "--state", "s"});
-  EXPECT_EQ(0x11, show.options.Bits());
+  EXPECT_EQ(ornwhatsnew::kShowOnlyNew | ornwhatsnew::kRatingView, show.options);
   EXPECT_EQ(ColorMode::kAlways, show.color);
   EXPECT_EQ(OutputFormat::kJson, show.format);
   EXPECT_EQ(0U, show.width);
@@ -72,7 +73,7 @@ TEST(Arguments, StatusRateAndStateReadTheirOptions) {
   const auto status =
       ParseAs<StatusArguments>({"status", "d", "--host", "h", "--exit-status", "--platform"});
   EXPECT_TRUE(status.setsExitStatus);
-  EXPECT_EQ(0x02, status.options.Bits());
+  EXPECT_EQ(ornwhatsnew::kFilterRelevantPlatform, status.options);
   const auto rate = ParseAs<RateArguments>({"rate", "ORN-7", "d", "--host", "h"});
   EXPECT_EQ("ORN-7", rate.key);
   EXPECT_EQ("d", rate.sources.data);

@@ -96,6 +96,8 @@ TEST(CaseMapping, MapsPureAsciiLikeAsciiInOtherText) {
     // The ideograph has no case, so it must not change the mapping of the ASCII letters.
     ASSERT_EQ(LowerCase(text) + u"\u65E5", LowerCase(text + u"\u65E5"));
     ASSERT_EQ(UpperCase(text) + u"\u65E5", UpperCase(text + u"\u65E5"));
+    const std::string utf8 = UTF16to8(text);
+    ASSERT_EQ(LowerCaseUTF8(utf8) + "\u65E5", LowerCaseUTF8(utf8 + "\u65E5"));
   }
 }
 
@@ -145,16 +147,13 @@ TEST(CaseMapping, DoesNotDependOnTheLocale) {
 }
 
 TEST(CaseMapping, OverwritesTheOldContent) {
-  std::u16string out = u"an old text that is much longer";
-  UpperCase(u"\u00E9", out);
-  EXPECT_EQ(out, u"\u00C9");
-  UpperCase(u"ab", out);
-  EXPECT_EQ(out, u"AB");
-  UpperCase(u"", out);
-  EXPECT_EQ(out, u"");
-  std::string utf8 = "before";
-  LowerCaseUTF8("AB", utf8);
-  EXPECT_EQ(utf8, "ab");
+  std::string out = "an old text that is much longer";
+  LowerCaseUTF8("\u00C9", out);
+  EXPECT_EQ(out, "\u00E9");
+  LowerCaseUTF8("AB", out);
+  EXPECT_EQ(out, "ab");
+  LowerCaseUTF8("", out);
+  EXPECT_EQ(out, "");
 }
 
 TEST(CaseMapping, AllocatesNothingForAsciiWithEnoughCapacity) {

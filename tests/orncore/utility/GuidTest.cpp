@@ -21,8 +21,8 @@ constexpr Bytes kBytes = {0x01, 0x23, 0x45, 0x67, 0x89, 0xAB, 0xCD, 0xEF,
                           0xFE, 0xDC, 0xBA, 0x98, 0x76, 0x54, 0x32, 0x10};
 constexpr std::string_view kText = "01234567-89ab-cdef-fedc-ba9876543210";
 
-static_assert(Guid().IsNil());
-static_assert(!Guid(kBytes).IsNil());
+static_assert(Guid() == Guid(Bytes{}));
+static_assert(Guid() != Guid(kBytes));
 static_assert(Guid(kBytes).GuidToBytes() == kBytes);
 static_assert(kText.size() == Guid::kTextLength);
 static_assert(std::is_trivially_copyable_v<Guid> && sizeof(Guid) == 16);
@@ -80,8 +80,8 @@ TEST(Guid, IsNilForMalformedText) {
       "01234567_89ab-cdef-fedc-ba9876543210",
       "------------------------------------",
   };
-  for (const std::string& text : cases) EXPECT_TRUE(Guid(text).IsNil()) << text;
-  EXPECT_TRUE(Guid(std::string_view()).IsNil());
+  for (const std::string& text : cases) EXPECT_EQ(Guid(text), Guid()) << text;
+  EXPECT_EQ(Guid(std::string_view()), Guid());
 }
 
 TEST(Guid, IsNilWhenOneCharacterIsWrong) {
@@ -93,7 +93,7 @@ TEST(Guid, IsNilWhenOneCharacterIsWrong) {
       if (isAllowed) continue;
       std::string text(kText);
       text[index] = wrong;
-      EXPECT_TRUE(Guid(text).IsNil()) << text;
+      EXPECT_EQ(Guid(text), Guid()) << text;
     }
   }
 }

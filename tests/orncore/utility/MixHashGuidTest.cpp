@@ -71,14 +71,14 @@ TEST(MixHashGuid, MatchesKnownHashes) {
 }
 
 TEST(MixHashGuid, HashesEmptyInputToNil) {
-  EXPECT_TRUE(GuidMixer().Result().IsNil());
-  EXPECT_TRUE(Hash("").IsNil());
+  EXPECT_EQ(GuidMixer().Result(), Guid());
+  EXPECT_EQ(Hash(""), Guid());
   GuidMixer mixer;
   Murmur3MixerState state;
   GuidMixer::UpdateHashState(state, nullptr, 0);
   Guid result(std::string_view("ffffffff-ffff-ffff-ffff-ffffffffffff"));
   GuidMixer::GetHashResult(state, result);
-  EXPECT_TRUE(result.IsNil());
+  EXPECT_EQ(result, Guid());
 }
 
 // The longest input is more than twice as long as the internal buffer of `Murmur3MixerState`.
