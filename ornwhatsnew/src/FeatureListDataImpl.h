@@ -7,9 +7,17 @@
 
 #include "ornwhatsnew/src/ListContent.h"
 
+// A nested class has the visibility of its class. This attribute keeps the members of `Impl` out of
+// the exported symbols.
+#if defined(__GNUC__) && !defined(_WIN32)
+#define ORN_LOCAL __attribute__((visibility("hidden")))
+#else
+#define ORN_LOCAL
+#endif
+
 namespace ornwhatsnew {
 
-struct FeatureListData::Impl {
+struct ORN_LOCAL FeatureListData::Impl {
   /// A reload assigns the new content to this object, so that references to its members remain
   /// valid.
   ListContent content;
