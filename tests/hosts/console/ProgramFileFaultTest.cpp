@@ -1,5 +1,6 @@
 // Runs every command of the program, and the console command ValidateWhatsNew, with unusual files.
 // The files are not regular, are not readable, have unusual names, or change during the run.
+#include <algorithm>
 #include <atomic>
 #include <cerrno>
 #include <filesystem>
@@ -226,10 +227,10 @@ class ChangingFileTest : public ProgramFileFaultTest {
   }
 
   /// Expects that `panel` shows the first n changes of the file, in order, for any n. The last one
-  /// may be incomplete.
-  void ExpectPanelOfAPrefix(const std::string& panel) const {
+  /// may be incomplete. Sets `count` to n.
+  void ExpectPanelOfAPrefix(const std::string& panel, std::size_t& count) const {
     constexpr std::string_view kBeginning = "\u2022  Change ";
-    std::size_t count = 0;
+    count = 0;
     for (std::size_t begin = panel.find(kBeginning); begin != std::string::npos;
          begin = panel.find(kBeginning, begin)) {
       begin += kBeginning.size();
@@ -244,15 +245,16 @@ class ChangingFileTest : public ProgramFileFaultTest {
 
   /// Runs `show`, `status` and ValidateWhatsNew while the file changes. Expects that each run of
   /// `show` prints the panel of a prefix of the file, or fails with a message that contains the
-  /// file name. Expects that at least one run of `show` succeeds.
+  /// file name. Expects that at least one run of `show` prints a change.
   void ExpectReadOrRejected() const {
-    int successes = 0;
-    for (int round = 0; round < 10 || (successes == 0 && round < 1000); ++round) {
+    std::size_t mostChanges = 0;
+    for (int round = 0; round < 10 || (mostChanges == 0 && round < 1000); ++round) {
       const ProgramResult shown = Run({"show", file_, "{host}", "--state", ":memory:"});
       if (shown.exitStatus == 0) {
-        ++successes;
         EXPECT_THAT(shown.errors, IsEmpty());
-        ExpectPanelOfAPrefix(shown.output);
+        std::size_t changes = 0;
+        ExpectPanelOfAPrefix(shown.output, changes);
+        mostChanges = std::max(mostChanges, changes);
       } else {
         ExpectClearError(shown);
       }
@@ -260,7 +262,7 @@ class ChangingFileTest : public ProgramFileFaultTest {
       if (status.exitStatus != 0) ExpectClearError(status);
       EXPECT_THAT(Validate(file_), AnyOf(HasSubstr("finished"), HasSubstr("with result: -")));
     }
-    EXPECT_GT(successes, 0);
+    EXPECT_GT(mostChanges, 0U);
   }
 
   void ExpectClearError(const ProgramResult& result) const {
