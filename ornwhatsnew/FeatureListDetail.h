@@ -81,7 +81,8 @@ class ORN_EXPORT FeatureListDetail {
   enum class Salience : std::uint8_t {
     /// The field is empty.
     kNone,
-    /// The keyword "Headline". It has no effect in the library.
+    /// The keyword "Headline". It has no effect: like every valid salience, it does not pass the
+    /// filter `kFilterHeadlinesOnly`.
     kHeadline,
     /// The keyword "Detail". It has no effect in the library.
     kDetail,
@@ -98,9 +99,10 @@ class ORN_EXPORT FeatureListDetail {
     /// request is "RequestRating", the rating record of the feature has no description.
     kRatingHidesBetaFeatureDescription,
     /// The keyword "UnhideBetaFeature". It shows a feature even if its visibility is `kInternal`.
+    /// It counts as malformed, like `kUnknown`.
     kUnhideBetaFeature,
-    /// The field is any other string. Internal users see a note, and the change passes the filter
-    /// `kFilterHeadlinesOnly`.
+    /// The field is any other string, and therefore malformed. Internal users see a note, and the
+    /// change passes the filter `kFilterHeadlinesOnly`.
     kUnknown,
   };
 

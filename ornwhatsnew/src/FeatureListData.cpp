@@ -42,8 +42,8 @@ FeatureListData::FeatureListData(StateGetter getter, StateSetter setter)
                      .stateGetter = std::move(getter),
                      // cppcheck-suppress accessMoved
                      .stateSetter = std::move(setter)}) {
-  // Replace both callbacks if one is empty. Otherwise the list would read and write different
-  // stores.
+  // Compatibility: replace both callbacks if one is empty (docs/compatibility.md). Otherwise the
+  // list would read and write different stores.
   if (impl_->stateGetter && impl_->stateSetter) return;
   impl_->stateGetter = [](const UTF8String& key) {
     return DebugDatabase::Instance().GetEntry(key);

@@ -32,7 +32,8 @@ bool IsUnlockedForOrdering(const FeatureListItem& item) {
   const feature::BetaFeatureMap& table = feature::GetConstBetaFeatureMap();
   const auto entry = table.find(item.BetaFeatureInternalKey());
   if (entry == table.end()) return false;
-  // Read the visibility first, because the feature service can change the table when it is queried.
+  // Read the visibility before the queries. A service must not replace its table while a list runs,
+  // but if it does so during a query, the list must not use the destroyed table.
   const Visibility visibility = entry->second.GetVisibility();
   if (!feature::IsFeatureEnabled(item.BetaFeatureInternalKey().c_str())) return false;
   return visibility == Visibility::kPublic ||

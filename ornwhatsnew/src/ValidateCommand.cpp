@@ -72,6 +72,7 @@ class ValidateCommand {
   UTF16OutputStream& output_;
 };
 
+// Compatibility: returns 0 even if the file cannot be read (docs/compatibility.md).
 int Execute(const UTF16String& arguments, UTF16OutputStream& output) {
   if (arguments.empty()) {
     Write(output, kCommandName);

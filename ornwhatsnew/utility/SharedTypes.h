@@ -93,7 +93,8 @@ using StyleRunMap = std::unordered_map<StyleID, std::vector<StyleRun>>;
 using FeatureMap = std::unordered_map<std::string, std::shared_ptr<FeatureListItem>>;
 /// The rating records of a display, by the key of the item. A rating record has the keys, the
 /// visibility, the localised title and the localised description of an item, and a custom question.
-/// It has no changes.
+/// The description is empty if the item has none or if a change hides it. The question is empty if
+/// the author requests a rating with the default question. A record has no changes.
 using RatingMap = FeatureMap;
 
 /// Returns the value that the setter last stored under `key`, or an empty string if there is none.

@@ -59,6 +59,8 @@ bool IsInternalSpecialCaseSection(std::string_view key) {
   return CaseInsensitiveEqual(key, kInternalKey) || CaseInsensitiveEqual(key, kUnreviewedKey);
 }
 
+// Compatibility: the weights of the components start at the last one, so versions with different
+// numbers of components are not comparable (docs/compatibility.md).
 std::int64_t VersionNumber(std::string_view version) {
   std::uint64_t sum = 0;
   std::uint64_t weight = 1;

@@ -13,8 +13,8 @@
 namespace ornwhatsnew {
 
 /// Returns the index in `row` of the end of the field that begins at the index `begin`. The end is
-/// the next comma outside quotes, or the end of the row. Takes time linear in the length of the
-/// field.
+/// the next comma outside quotes, or the end of the row. Finding the ends of all fields of a row
+/// takes time linear in the length of the row.
 std::size_t FindFieldEnd(std::string_view row, std::size_t begin);
 
 /// Returns whether `CleanField` would return `text` unchanged. If a row is clean, its fields are

@@ -1,5 +1,7 @@
-// Computes the identities of changes and items. An identity is the hash of strings that are joined
-// without lengths or separators.
+// Computes the identities of changes and items.
+//
+// Compatibility: an identity is the hash of strings that are joined without lengths or separators
+// (docs/compatibility.md).
 #ifndef ORNWHATSNEW_SRC_RULES_IDENTITYMIXING_H_
 #define ORNWHATSNEW_SRC_RULES_IDENTITYMIXING_H_
 
