@@ -35,7 +35,8 @@ SLOW_SECONDS = 0.15
 VERY_SLOW_SECONDS = 3.0
 # Only these tests of a program run, because its other tests take minutes without optimization.
 FILTERS = {
-    "fault_tests": "CallbackTest.*:NestedCallTest.*:RandomStateTest.*:ServiceTest.*:MemoryTest.*Captur*:MemoryTest.InsertingAnItem*:"
+    "fault_tests": "CallbackTest.*:NestedCallTest.*:RandomStateTest.*:ServiceTest.*:"
+                   "MemoryTest.*Captur*:MemoryTest.InsertingAnItem*:"
                    "MemoryTest.AddingAChangeToAnItem*:MemoryOfCommandTest.ReportsAFailureAndWorks*",
 }
 MEMORY_LIMIT = 3 << 30
