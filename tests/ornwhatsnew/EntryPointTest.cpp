@@ -1,6 +1,5 @@
 #include <ornwhatsnew/WhatsNew.h>
 
-#include <atomic>
 #include <functional>
 #include <list>
 #include <string>
@@ -214,13 +213,14 @@ TEST_F(EntryPoint, ListsOnSeveralThreadsMayShareTheDebugStore) {
   };
   display();  // stores the version, which the header of all later displays contains
   const std::string expected = display();
-  std::atomic<int> equalTexts = 0;
+  test_support::ThreadCounter equalTexts;
   test_support::RunOnThreads(
       [&] {
-        for (int count = 0; count < kDisplays; ++count) equalTexts += display() == expected ? 1 : 0;
+        for (int count = 0; count < kDisplays; ++count)
+          equalTexts.Add(display() == expected ? 1 : 0);
       },
       display);
-  EXPECT_EQ(equalTexts, test_support::kThreadCount * kDisplays);
+  EXPECT_EQ(equalTexts.Value(), test_support::kThreadCount * kDisplays);
 }
 
 }  // namespace

@@ -1,6 +1,5 @@
 #include <ornappsupport/analytics/SDMUsageLogger.h>
 
-#include <atomic>
 #include <memory>
 
 #include <gtest/gtest.h>
@@ -45,19 +44,22 @@ TEST_F(SDMUsageLoggerTest, AQueryMayReplaceItself) {
 }
 
 TEST_F(SDMUsageLoggerTest, SeveralThreadsMayQueryDuringAReplacement) {
-  constexpr int kCalls = 500;
-  std::atomic<int> calls = 0;
-  std::atomic<int> positiveResults = 0;
-  const auto query = [&calls] { return ++calls > 0; };
+  constexpr int kCalls = 2'000;
+  test_support::ThreadCounter calls;
+  test_support::ThreadCounter positiveResults;
+  const auto query = [&calls] {
+    calls.Add(1);
+    return true;
+  };
   SDMUsageLogger::SetLoggingQuery(query);
   test_support::RunOnThreads(
       [&positiveResults] {
         for (int call = 0; call < kCalls; ++call)
-          positiveResults += SDMUsageLogger::IsLogging() ? 1 : 0;
+          positiveResults.Add(SDMUsageLogger::IsLogging() ? 1 : 0);
       },
       [&query] { SDMUsageLogger::SetLoggingQuery(query); });
-  EXPECT_EQ(calls, test_support::kThreadCount * kCalls);
-  EXPECT_EQ(positiveResults, test_support::kThreadCount * kCalls);
+  EXPECT_EQ(calls.Value(), test_support::kThreadCount * kCalls);
+  EXPECT_EQ(positiveResults.Value(), test_support::kThreadCount * kCalls);
 }
 
 }  // namespace

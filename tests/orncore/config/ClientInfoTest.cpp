@@ -1,6 +1,5 @@
 #include <orncore/config/ClientInfo.h>
 
-#include <atomic>
 #include <memory>
 
 #include <gtest/gtest.h>
@@ -82,20 +81,20 @@ TEST_F(ClientInfoTest, AClientInfoMayReplaceItselfDuringAQuery) {
 }
 
 TEST_F(ClientInfoTest, SeveralThreadsMayQueryDuringAReplacement) {
-  constexpr int kCalls = 500;
+  constexpr int kCalls = 2'000;
   const auto set = [] { SetClientInfo(std::make_shared<FixedClientInfo>(u"1.2.3", u"7", "Win")); };
   set();
-  std::atomic<int> completeResults = 0;
+  test_support::ThreadCounter completeResults;
   test_support::RunOnThreads(
       [&completeResults] {
         for (int call = 0; call < kCalls; ++call) {
           const bool isComplete = GetClientVersion() == u"1.2.3" &&
                                   GetClientBuildNumber() == u"7" && GetClientPlatform() == "Win";
-          completeResults += isComplete ? 1 : 0;
+          completeResults.Add(isComplete ? 1 : 0);
         }
       },
       set);
-  EXPECT_EQ(completeResults, test_support::kThreadCount * kCalls);
+  EXPECT_EQ(completeResults.Value(), test_support::kThreadCount * kCalls);
 }
 
 }  // namespace

@@ -157,20 +157,21 @@ TEST(DebugDatabase, HasOneInstancePerProcess) {
 }
 
 TEST(DebugDatabase, SeveralThreadsMayUseTheStoreInMemory) {
-  constexpr int kCalls = 500;
+  constexpr int kEntries = 500;
   DebugDatabase database;
   std::atomic<int> thread = 0;
-  std::atomic<int> entries = 0;
+  test_support::ThreadCounter foundEntries;
   test_support::RunOnThreads(
       [&] {
-        const std::string key = "key" + std::to_string(thread++);
-        for (int call = 0; call < kCalls; ++call) {
-          database.SetEntry(key, std::to_string(call));
-          entries += database.GetEntry(key) == std::to_string(call) ? 1 : 0;
+        const std::string prefix = "thread " + std::to_string(thread++) + ' ';
+        for (int number = 0; number < kEntries; ++number) {
+          const std::string key = prefix + std::to_string(number);
+          database.SetEntry(key, "text");
+          foundEntries.Add(database.GetEntry(key) == "text" ? 1 : 0);
         }
       },
       [&database] { EXPECT_EQ(database.GetEntry("missing"), ""); });
-  EXPECT_EQ(entries, test_support::kThreadCount * kCalls);
+  EXPECT_EQ(foundEntries.Value(), test_support::kThreadCount * kEntries);
 }
 
 }  // namespace
