@@ -3,12 +3,10 @@
 #include <cerrno>
 #include <system_error>
 
-#include <orncore/filesupport/File.h>
-
 namespace hosts::common {
 
-std::string ReadTextFile(const std::filesystem::path& file) {
-  const auto memory = orncore::filesupport::ReadRegularFile(file);
+std::string ReadTextFile(const std::filesystem::path& file, std::size_t maxBytes) {
+  const auto memory = orncore::filesupport::ReadRegularFile(file, {}, maxBytes);
   const auto bytes = memory->Bytes();
   return {reinterpret_cast<const char*>(bytes.data()), bytes.size()};
 }

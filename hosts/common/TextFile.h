@@ -2,16 +2,19 @@
 #ifndef HOSTS_COMMON_TEXTFILE_H_
 #define HOSTS_COMMON_TEXTFILE_H_
 
+#include <cstddef>
 #include <filesystem>
 #include <string>
 
 #include <orncore/config/TopLevel.h>
+#include <orncore/filesupport/File.h>
 
 namespace hosts::common {
 
 /// Returns all bytes of a regular file. Throws `orncore::config::ResultError` if the file cannot be
-/// read or is not a regular file.
-std::string ReadTextFile(const std::filesystem::path& file);
+/// read, is not a regular file, or has more than `maxBytes` bytes.
+std::string ReadTextFile(const std::filesystem::path& file,
+                         std::size_t maxBytes = orncore::filesupport::kMaxFileBytes);
 
 /// Returns the message for a file that `ReadTextFile` could not read, such as
 /// "cannot open 'x.csv': No such file or directory".

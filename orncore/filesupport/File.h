@@ -63,6 +63,9 @@ class RecycledMemory {
   const std::vector<std::byte> bytes_;
 };
 
+/// The default limit of `ReadRegularFile`: 2 GiB.
+inline constexpr std::size_t kMaxFileBytes = std::size_t{2} << 30;
+
 /// Reads all bytes of the regular file `path` and returns them. Follows links.
 ///
 /// Throws `config::ResultError` with a message that names the file, and with one of these codes or
@@ -73,7 +76,7 @@ class RecycledMemory {
 ///   -EISDIR       the path names a directory
 ///   -EOPNOTSUPP   the path names a FIFO, a device or a socket
 ///   -EINVAL       the path contains NUL
-///   -EFBIG        the file is larger than 2 GiB
+///   -EFBIG        the file is larger than `maxBytes`, which is 2 GiB by default
 ///
 /// The function does not open FIFOs, devices and sockets, and therefore never waits for another
 /// process. If the file changes during the call, the result may contain old and new bytes. The
@@ -81,8 +84,9 @@ class RecycledMemory {
 ///
 /// Checks `stop` before each read of at most 1 MiB and throws `config::FutureCancelled` after a
 /// stop request. Throws `std::bad_alloc` if memory runs out. Safe to call from any thread.
-ORN_EXPORT std::shared_ptr<const RecycledMemory> ReadRegularFile(const std::filesystem::path& path,
-                                                                 const std::stop_token& stop = {});
+ORN_EXPORT std::shared_ptr<const RecycledMemory> ReadRegularFile(
+    const std::filesystem::path& path, const std::stop_token& stop = {},
+    std::size_t maxBytes = kMaxFileBytes);
 
 }  // namespace orncore::filesupport
 

@@ -10,8 +10,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr std::size_t kMaxFileBytes = std::size_t{2} << 30;
-
 fs::path PathFromUTF8(const string::UTF8String& text) {
   return {std::u8string(text.begin(), text.end())};
 }
@@ -36,7 +34,8 @@ std::optional<fs::path> PathFromText(std::u16string_view text) {
 }
 
 std::shared_ptr<const RecycledMemory> ReadRegularFile(const fs::path& path,
-                                                      const std::stop_token& stop) {
+                                                      const std::stop_token& stop,
+                                                      std::size_t maxBytes) {
   if (path.native().find('\0') != fs::path::string_type::npos) ThrowFileError(EINVAL, path);
   // Check the type before opening, because opening a device or a FIFO can have side effects.
   std::error_code error;
@@ -44,7 +43,7 @@ std::shared_ptr<const RecycledMemory> ReadRegularFile(const fs::path& path,
   if (error) ThrowFileError(error.default_error_condition().value(), path);
   if (fs::is_directory(status)) ThrowFileError(EISDIR, path);
   if (!fs::is_regular_file(status)) ThrowFileError(EOPNOTSUPP, path);
-  return std::make_shared<const RecycledMemory>(RegularFile(path).ReadToEnd(kMaxFileBytes, stop));
+  return std::make_shared<const RecycledMemory>(RegularFile(path).ReadToEnd(maxBytes, stop));
 }
 
 }  // namespace orncore::filesupport

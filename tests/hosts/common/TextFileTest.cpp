@@ -1,4 +1,5 @@
 #include <cerrno>
+#include <filesystem>
 #include <string>
 
 #include <gmock/gmock.h>
@@ -27,6 +28,18 @@ TEST(TextFile, NamesTheFileInTheException) {
   }
   const test_support::TemporaryFolder folder;
   EXPECT_THROW(ReadTextFile(folder.Path()), orncore::config::ResultError);
+}
+
+TEST(TextFile, RejectsAFileAboveTheLimit) {
+  const test_support::TemporaryFolder folder;
+  const std::filesystem::path file = folder.Write("file", "four");
+  EXPECT_EQ(ReadTextFile(file, 4), "four");
+  try {
+    ReadTextFile(file, 3);
+    FAIL() << "read a file above the limit";
+  } catch (const orncore::config::ResultError& error) {
+    EXPECT_EQ(error.Result(), -EFBIG);
+  }
 }
 
 struct MessageCase {
