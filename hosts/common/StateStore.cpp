@@ -1,11 +1,10 @@
 #include "hosts/common/StateStore.h"
 
 #include <cstdlib>
-#include <optional>
 #include <system_error>
 
 #include "hosts/common/PersistedListMerge.h"
-#include "hosts/common/StateDatabase.h"
+#include "hosts/common/StateFile.h"
 
 namespace hosts::common {
 namespace {
@@ -39,7 +38,7 @@ bool IsGrowingList(std::string_view key) {
 }  // namespace
 
 std::filesystem::path DefaultStateLocation() {
-  const std::filesystem::path file = std::filesystem::path("ornwhatsnew") / "state.db";
+  const std::filesystem::path file = std::filesystem::path("ornwhatsnew") / "state.json";
   const char* const stateHome = std::getenv("XDG_STATE_HOME");
   if (stateHome != nullptr && std::filesystem::path(stateHome).is_absolute()) {
     return std::filesystem::path(stateHome) / file;
@@ -78,22 +77,19 @@ void StateStore::Commit() {
   if (IsInMemory()) {
     MergePendingInto(kept_);
   } else {
-    StateDatabase database = StateDatabase::OpenOrMake(location_, patience_);
-    kept_ = database.Change([this](StateValues& values) { MergePendingInto(values); });
+    kept_ = ChangeStateFile(location_, patience_,
+                            [this](StateValues& values) { MergePendingInto(values); });
   }
   pending_.clear();
 }
 
 void StateStore::Refresh() {
-  if (IsInMemory()) return;
-  std::optional<StateDatabase> database = StateDatabase::OpenExisting(location_, patience_);
-  kept_ = database ? database->Read() : StateValues();
+  if (!IsInMemory()) kept_ = ReadStateFile(location_).value_or(StateValues());
 }
 
 void StateStore::Reset() {
-  if (!IsInMemory()) {
-    std::optional<StateDatabase> database = StateDatabase::OpenExisting(location_, patience_);
-    if (database) database->Change([](StateValues& values) { values.clear(); });
+  if (!IsInMemory() && ReadStateFile(location_)) {
+    ChangeStateFile(location_, patience_, [](StateValues& values) { values.clear(); });
   }
   kept_.clear();
   pending_.clear();

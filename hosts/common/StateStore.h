@@ -1,5 +1,5 @@
 // Stores the state of lists: which features and changes the user has seen or rated, and in which
-// versions the list was opened. Each user has one SQLite file, which all programs that show a list
+// versions the list was opened. Each user has one JSON file, which all programs that show a list
 // share.
 #ifndef HOSTS_COMMON_STATESTORE_H_
 #define HOSTS_COMMON_STATESTORE_H_
@@ -18,7 +18,8 @@
 namespace hosts::common {
 
 /// Thrown if the store cannot be read or written. `what()` contains the file, the problem and what
-/// the user can do. The stored values are then unchanged.
+/// the user can do. The stored values are then unchanged, with one exception: if the disk fails
+/// after the file was replaced, the new values are stored, but a power failure can undo them.
 class StateStoreError : public std::runtime_error {
  public:
   using std::runtime_error::runtime_error;
@@ -36,7 +37,7 @@ using ornwhatsnew::kLastVersionSeenKey;
 /// destroyed.
 inline constexpr std::string_view kMemoryLocation = ":memory:";
 
-/// Returns the path of `ornwhatsnew/state.db` in the user's state folder. That folder is
+/// Returns the path of `ornwhatsnew/state.json` in the user's state folder. That folder is
 /// `$XDG_STATE_HOME`, or `$HOME/.local/state` if that variable does not contain an absolute path.
 /// Throws `StateStoreError` if `$HOME` does not contain one either.
 std::filesystem::path DefaultStateLocation();
@@ -44,19 +45,23 @@ std::filesystem::path DefaultStateLocation();
 /// A state store. An object contains a copy of the stored values as of the last read, and a buffer
 /// of values that are not written yet.
 ///
-/// `Set` buffers a value. `Commit` writes all buffered values in one transaction. Either all three
-/// values of a display are stored or none, even if the program is killed. `Commit` merges lists of
+/// `Set` buffers a value. `Commit` writes all buffered values and replaces the file as a whole.
+/// Either all three values of a display are stored or none, even if the program is killed or the
+/// power fails. When `Commit` returns, the values are on the disk. `Commit` merges lists of
 /// identities and versions with the elements that other programs have written since the last read.
 /// For every other key, `Commit` overwrites the stored value.
 ///
 /// The store opens the file for each read and each write, and closes it afterwards. The first
-/// `Commit` creates the file and its folder; a read creates nothing.
+/// `Commit` creates the file with the mode 0600, and missing folders with the mode 0700. A file
+/// that exists keeps its mode. If the location is a symbolic link, the store is the file that it
+/// leads to. A write creates two more files next to this file: a lock file with the suffix ".lock",
+/// which remains, and a temporary file with the suffix ".tmp". A read creates nothing.
 ///
-/// Not thread-safe. Any number of programs can use one file at the same time. Each operation waits
-/// a limited time for the locks of other programs.
+/// Not thread-safe. Any number of programs can use one file at the same time. A read never waits
+/// for other programs. A write waits a limited time for other writers.
 class StateStore {
  public:
-  /// The time that a read or a write waits until other programs release the file.
+  /// The time that a write waits until other programs have written.
   static constexpr std::chrono::milliseconds kDefaultPatience{5000};
 
   /// Reads the values at `location`, which is a file or `kMemoryLocation`. If the file does not
@@ -83,16 +88,16 @@ class StateStore {
   StateValues Values() const;
 
   /// Writes the buffered values and reads all stored values again. Writes nothing if no stored
-  /// value would change. Throws `StateStoreError` on failure. The stored values and the buffered
-  /// values are then unchanged.
+  /// value would change. Throws `StateStoreError` on failure, and if a buffered key or value is not
+  /// well-formed UTF-8. The stored values and the buffered values are then unchanged.
   void Commit();
 
   /// Reads the stored values again. Does not change the buffered values. Throws `StateStoreError`
   /// on failure.
   void Refresh();
 
-  /// Deletes all stored values in one transaction and discards the buffered values. Does not create
-  /// the file. Throws `StateStoreError` on failure.
+  /// Deletes all stored values at once and discards the buffered values. Does not create the file.
+  /// Throws `StateStoreError` on failure.
   void Reset();
 
   /// Returns a getter or a setter for a list. It refers to this store, which must outlive the list.

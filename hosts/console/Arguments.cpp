@@ -92,7 +92,7 @@ void AddState(CLI::App& command, std::optional<std::filesystem::path>& state) {
   command
       .add_option("--state", state,
                   "The state store; ':memory:' stores nothing.\n"
-                  "Default: ornwhatsnew/state.db in $XDG_STATE_HOME,\n"
+                  "Default: ornwhatsnew/state.json in $XDG_STATE_HOME,\n"
                   "or in ~/.local/state if that is not set")
       ->type_name("FILE");
 }

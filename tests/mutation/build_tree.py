@@ -46,7 +46,7 @@ DEFINITIONS = {
     "ORNWHATSNEW_ISSUE_TRACKER": "https://issues.tarsa.example",
     "ORNWHATSNEW_PRIVACY_PAGE": "https://account.tarsa.example/privacy",
 }
-REQUIRED_LIBRARIES = ("SQLiteCpp", "sqlite3", "murmurhash", "icuuc")
+REQUIRED_LIBRARIES = ("murmurhash", "icuuc")
 # For a mutant of a header, at most this number of sources of the library and the hosts is recompiled.
 MOST_INCLUDERS = 12
 

@@ -1,8 +1,5 @@
 // Includes the headers that most sources include. The mutation tool compiles this file once, so
 // that a mutant compiles in a fraction of a second.
-#include <SQLiteCpp/Database.h>
-#include <SQLiteCpp/Statement.h>
-#include <SQLiteCpp/Transaction.h>
 #include <fcntl.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -1,168 +1,137 @@
 #include "tests/hosts/common/FailingDisk.h"
 
-#include <map>
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <cstdarg>
+#include <filesystem>
 #include <stdexcept>
+#include <system_error>
 
-#include <sqlite3.h>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <sys/syscall.h>
+#include <unistd.h>
 
 namespace hosts::common {
 namespace {
 
-enum class Operation { kWrite, kSync, kTruncate, kDelete };
+FailingDisk* currentDisk = nullptr;
 
-/// Counts disk operations and decides which ones fail.
-class FaultPlan {
- public:
-  FaultPlan() = default;
-  FaultPlan(int n, DiskFault fault, DiskFaultExtent extent)
-      : firstFailure_(n), fault_(fault), extent_(extent) {}
+/// Returns 0 if the call may continue. Otherwise, sets `errno` and returns -1.
+int Check(std::string_view function, const std::string& path) {
+  const int error = currentDisk == nullptr ? 0 : currentDisk->ErrorOf(function, path);
+  if (error == 0) return 0;
+  errno = error;
+  return -1;
+}
 
-  /// Returns the error code of an operation that must fail, or SQLITE_OK for any other operation.
-  int ErrorOf(Operation operation) {
-    if (!Affects(operation)) return SQLITE_OK;
-    ++operations_;
-    const bool isBefore = firstFailure_ == 0 || operations_ < firstFailure_;
-    const bool isAfter = operations_ > firstFailure_ && extent_ == DiskFaultExtent::kOnce;
-    if (isBefore || isAfter) return SQLITE_OK;
-    ++failures_;
-    return fault_ == DiskFault::kFull ? SQLITE_FULL : BrokenDiskError(operation);
-  }
+int Check(std::string_view function, int file) {
+  if (currentDisk == nullptr) return 0;
+  std::error_code ignored;
+  return Check(function,
+               std::filesystem::read_symlink("/proc/self/fd/" + std::to_string(file), ignored));
+}
 
-  void Stop() { firstFailure_ = 0; }
-
-  int Failures() const { return failures_; }
-
- private:
-  bool Affects(Operation operation) const {
-    const bool needsSpace = operation == Operation::kWrite || operation == Operation::kSync;
-    return needsSpace || fault_ == DiskFault::kBroken;
-  }
-
-  static int BrokenDiskError(Operation operation) {
-    switch (operation) {
-      case Operation::kWrite:
-        return SQLITE_IOERR_WRITE;
-      case Operation::kSync:
-        return SQLITE_IOERR_FSYNC;
-      case Operation::kTruncate:
-        return SQLITE_IOERR_TRUNCATE;
-      case Operation::kDelete:
-        return SQLITE_IOERR_DELETE;
-    }
-    return SQLITE_IOERR;
-  }
-
-  // The number of the first operation that fails. If it is 0, no operation fails.
-  int firstFailure_ = 0;
-  int operations_ = 0;
-  int failures_ = 0;
-  DiskFault fault_ = DiskFault::kFull;
-  DiskFaultExtent extent_ = DiskFaultExtent::kOnce;
-};
-
-/// A table of SQLite's file operations. Some of them are replaced by functions that can fail.
-/// `system` points to the system's original table.
-struct LayeredMethods : sqlite3_io_methods {
-  const sqlite3_io_methods* system = nullptr;
-};
-
-const sqlite3_io_methods& SystemMethods(const sqlite3_file* file) {
-  return *static_cast<const LayeredMethods*>(file->pMethods)->system;
+bool NeedsSpace(std::string_view function) {
+  static constexpr std::array<std::string_view, 5> kFunctions = {"mkdirat", "openat", "write",
+                                                                 "fsync", "renameat"};
+  return std::ranges::find(kFunctions, function) != kFunctions.end();
 }
 
 }  // namespace
 
-/// Implements the VFS. SQLite calls static functions, which find the object through `current_`.
-/// Therefore only one object can exist.
-class FailingDisk::Layer {
- public:
-  Layer() : system_(sqlite3_vfs_find(nullptr)) {
-    if (current_ != nullptr || system_ == nullptr)
-      throw std::logic_error("a FailingDisk exists already, or SQLite has no VFS");
-    layer_ = *system_;
-    layer_.zName = "failing disk";
-    layer_.pNext = nullptr;
-    layer_.xOpen = Open;
-    layer_.xDelete = Delete;
-    if (sqlite3_vfs_register(&layer_, 1) != SQLITE_OK)
-      throw std::runtime_error("cannot register the VFS");
-    current_ = this;
-  }
+FailingDisk::FailingDisk() {
+  if (currentDisk != nullptr) throw std::logic_error("a FailingDisk exists already");
+  currentDisk = this;
+}
 
-  ~Layer() {
-    sqlite3_vfs_unregister(&layer_);
-    current_ = nullptr;
-  }
-
-  Layer(const Layer&) = delete;
-  Layer& operator=(const Layer&) = delete;
-
-  FaultPlan& Plan() { return plan_; }
-
- private:
-  static int Open(sqlite3_vfs*, sqlite3_filename name, sqlite3_file* file, int flags,
-                  int* outFlags) {
-    sqlite3_vfs* const system = current_->system_;
-    const int result = system->xOpen(system, name, file, flags, outFlags);
-    if (file->pMethods != nullptr) file->pMethods = &current_->Layered(*file->pMethods);
-    return result;
-  }
-
-  static int Delete(sqlite3_vfs*, const char* name, int) {
-    const int error = current_->plan_.ErrorOf(Operation::kDelete);
-    return error == SQLITE_OK ? current_->system_->xDelete(current_->system_, name, 0) : error;
-  }
-
-  static int Write(sqlite3_file* file, const void* bytes, int count, sqlite3_int64 offset) {
-    const int error = current_->plan_.ErrorOf(Operation::kWrite);
-    const int length = error == SQLITE_OK ? count : count / 2;
-    const int result = SystemMethods(file).xWrite(file, bytes, length, offset);
-    return error == SQLITE_OK ? result : error;
-  }
-
-  static int Truncate(sqlite3_file* file, sqlite3_int64 size) {
-    const int error = current_->plan_.ErrorOf(Operation::kTruncate);
-    return error == SQLITE_OK ? SystemMethods(file).xTruncate(file, size) : error;
-  }
-
-  static int Sync(sqlite3_file*, int) { return current_->plan_.ErrorOf(Operation::kSync); }
-
-  /// Returns a table that can replace the function table `system` of an open file. Creates it at
-  /// the first call for this `system`.
-  const LayeredMethods& Layered(const sqlite3_io_methods& system) {
-    LayeredMethods& methods = methods_[&system];
-    static_cast<sqlite3_io_methods&>(methods) = system;
-    methods.system = &system;
-    methods.xWrite = Write;
-    methods.xTruncate = Truncate;
-    methods.xSync = Sync;
-    return methods;
-  }
-
-  static Layer* current_;
-
-  sqlite3_vfs* system_;
-  sqlite3_vfs layer_{};
-  FaultPlan plan_;
-  std::map<const sqlite3_io_methods*, LayeredMethods> methods_;
-};
-
-FailingDisk::Layer* FailingDisk::Layer::current_ = nullptr;
-
-FailingDisk::FailingDisk() : layer_(std::make_unique<Layer>()) {}
-
-FailingDisk::~FailingDisk() = default;
+FailingDisk::~FailingDisk() {
+  currentDisk = nullptr;
+}
 
 void FailingDisk::FailAt(int n, DiskFault fault, DiskFaultExtent extent) {
-  layer_->Plan() = FaultPlan(n, fault, extent);
+  calls_.clear();
+  firstFailure_ = n;
+  affectedCalls_ = 0;
+  failures_ = 0;
+  fault_ = fault;
+  extent_ = extent;
 }
 
-void FailingDisk::Repair() {
-  layer_->Plan().Stop();
+int FailingDisk::ErrorOf(std::string_view function, const std::string& path) {
+  if (!MustFail(function)) {
+    const std::filesystem::path file = path;
+    calls_.push_back(std::string(function) + " " + file.filename().native());
+    return 0;
+  }
+  ++failures_;
+  return fault_ == DiskFault::kFull ? ENOSPC : EIO;
 }
 
-int FailingDisk::Failures() const {
-  return layer_->Plan().Failures();
+bool FailingDisk::MustFail(std::string_view function) {
+  if (fault_ == DiskFault::kFull && !NeedsSpace(function)) return false;
+  ++affectedCalls_;
+  if (firstFailure_ == 0 || affectedCalls_ < firstFailure_) return false;
+  return affectedCalls_ == firstFailure_ || extent_ == DiskFaultExtent::kFromThen;
 }
 
 }  // namespace hosts::common
+
+// The following functions have the names and types of the C library's functions. The linker uses
+// them in the whole process.
+// NOLINTBEGIN(readability-identifier-naming, readability-inconsistent-declaration-parameter-name)
+using hosts::common::Check;
+
+extern "C" {
+
+int openat(int folder, const char* path, int flags, ...) {
+  mode_t mode = 0;
+  if ((flags & O_CREAT) != 0) {
+    std::va_list arguments;
+    va_start(arguments, flags);
+    mode = va_arg(arguments, mode_t);
+    va_end(arguments);
+    if (Check("openat", path) != 0) return -1;
+  }
+  return static_cast<int>(::syscall(SYS_openat, folder, path, flags, mode));
+}
+
+int mkdirat(int folder, const char* path, mode_t mode) noexcept {
+  if (Check("mkdirat", path) != 0) return -1;
+  return static_cast<int>(::syscall(SYS_mkdirat, folder, path, mode));
+}
+
+ssize_t write(int file, const void* bytes, std::size_t count) {
+  if (Check("write", file) == 0) return ::syscall(SYS_write, file, bytes, count);
+  const int error = errno;
+  ::syscall(SYS_write, file, bytes, count / 2);
+  errno = error;
+  return -1;
+}
+
+int fsync(int file) {
+  return Check("fsync", file) != 0 ? -1 : static_cast<int>(::syscall(SYS_fsync, file));
+}
+
+int fchmod(int file, mode_t mode) noexcept {
+  return Check("fchmod", file) != 0 ? -1 : static_cast<int>(::syscall(SYS_fchmod, file, mode));
+}
+
+int fchown(int file, uid_t user, gid_t group) noexcept {
+  if (Check("fchown", file) != 0) return -1;
+  return static_cast<int>(::syscall(SYS_fchown, file, user, group));
+}
+
+int renameat(int oldFolder, const char* oldPath, int newFolder, const char* newPath) noexcept {
+  if (Check("renameat", newPath) != 0) return -1;
+  return static_cast<int>(::syscall(SYS_renameat2, oldFolder, oldPath, newFolder, newPath, 0));
+}
+
+int unlinkat(int folder, const char* path, int flags) noexcept {
+  if (Check("unlinkat", path) != 0) return -1;
+  return static_cast<int>(::syscall(SYS_unlinkat, folder, path, flags));
+}
+
+}  // extern "C"
+// NOLINTEND(readability-identifier-naming, readability-inconsistent-declaration-parameter-name)

@@ -1,31 +1,32 @@
-// Simulates a disk that fails. An SQLite VFS forwards every operation to the system's VFS, except
-// the operations that must fail.
+// Simulates a disk that fails. This test program replaces the functions of the C library that
+// change files. The replacements record each call and then call the operating system, unless the
+// call must fail.
 #ifndef TESTS_HOSTS_COMMON_FAILINGDISK_H_
 #define TESTS_HOSTS_COMMON_FAILINGDISK_H_
 
-#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
 
 namespace hosts::common {
 
-/// The reason why disk operations fail.
+/// The reason why calls fail.
 enum class DiskFault {
-  kFull,    ///< no space is left: writes and syncs fail, truncation and deletion succeed
-  kBroken,  ///< every operation that changes or syncs a file fails
+  kFull,  ///< no space is left: calls that need space fail, a deletion or a change of mode succeeds
+  kBroken,  ///< every call that changes or syncs a file fails
 };
 
-/// How many disk operations fail.
+/// How many calls fail.
 enum class DiskFaultExtent {
-  kOnce,      ///< only one operation fails
-  kFromThen,  ///< one operation and all later ones fail, until `Repair` is called
+  kOnce,      ///< only one call fails
+  kFromThen,  ///< one call and all later ones fail, until `Repair` is called
 };
 
-/// While an object of this class exists, every database that this process opens is on the failing
-/// disk. A write that fails writes the first half of its bytes, as on a disk that becomes full. Any
-/// other operation that fails does nothing. A sync that succeeds does nothing either, because the
-/// tests do not simulate power failures.
+/// While an object of this class exists, all files of this process are on the failing disk. A write
+/// that fails writes the first half of its bytes, as on a disk that becomes full. Any other call
+/// that fails does nothing.
 ///
-/// Only one object may exist at a time. Not thread-safe. Close all databases before the object is
-/// destroyed.
+/// Only one object may exist at a time. Not thread-safe.
 class FailingDisk {
  public:
   FailingDisk();
@@ -33,19 +34,36 @@ class FailingDisk {
   FailingDisk(const FailingDisk&) = delete;
   FailingDisk& operator=(const FailingDisk&) = delete;
 
-  /// Makes the n-th of the following operations fail. If `n` is 1, the next operation fails. Counts
-  /// only operations that `fault` affects. `extent` decides whether later operations fail too.
+  /// Makes the n-th of the following calls fail. If `n` is 1, the next call fails. Counts only
+  /// calls that `fault` affects. `extent` decides whether later calls fail too. Deletes the record
+  /// of earlier calls.
   void FailAt(int n, DiskFault fault, DiskFaultExtent extent);
 
-  /// Makes all following operations succeed.
-  void Repair();
+  /// Makes all following calls succeed.
+  void Repair() { firstFailure_ = 0; }
 
-  /// Returns the number of operations that have failed since `FailAt`.
-  int Failures() const;
+  /// Returns the number of calls that have failed since `FailAt`.
+  int Failures() const { return failures_; }
+
+  /// Returns the calls since the construction or since `FailAt` that did not fail here. Each
+  /// element has the name of the function and the name of the file without its folder, for example
+  /// "fsync state.json". For a rename, it is the new name.
+  const std::vector<std::string>& Calls() const { return calls_; }
+
+  /// Decides whether the call of `function` for the file `path` fails. Returns the error number
+  /// that the call must return, or 0. Records the call if it does not fail.
+  int ErrorOf(std::string_view function, const std::string& path);
 
  private:
-  class Layer;
-  std::unique_ptr<Layer> layer_;
+  bool MustFail(std::string_view function);
+
+  std::vector<std::string> calls_;
+  // The number of the first call that fails. If it is 0, no call fails.
+  int firstFailure_ = 0;
+  int affectedCalls_ = 0;
+  int failures_ = 0;
+  DiskFault fault_ = DiskFault::kFull;
+  DiskFaultExtent extent_ = DiskFaultExtent::kOnce;
 };
 
 }  // namespace hosts::common

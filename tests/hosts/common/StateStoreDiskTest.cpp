@@ -1,10 +1,13 @@
-// Tests the store on a disk that fails. For each kind of write, the first disk operation fails,
-// then the second, and so on until every operation has failed once. After each failure, the store
-// must contain every write that succeeded and none that failed. The next write must succeed.
+// Tests the store on a disk that fails. For each kind of write, the first call of the operating
+// system that changes a file fails, then the second, and so on until every call has failed once.
+// After each failure, the store must contain every write that succeeded and none that failed. The
+// next write must succeed. Further tests check when a write syncs the files.
+#include <algorithm>
 #include <filesystem>
 #include <iostream>
 #include <ostream>
 #include <string>
+#include <string_view>
 #include <tuple>
 
 #include <gmock/gmock.h>
@@ -24,12 +27,12 @@ namespace hosts::common {
 namespace {
 
 using testing::AllOf;
+using testing::ElementsAre;
 using testing::EndsWith;
+using testing::IsEmpty;
 using testing::StartsWith;
 
 constexpr char kFeature[] = "EPIC-7";
-// The number of changes in the data file. Their identities fill several database pages, so that
-// the database file grows and is truncated again.
 constexpr int kChanges = 300;
 
 std::string Data() {
@@ -113,16 +116,17 @@ class StateStoreDiskTest : public testing::TestWithParam<Case> {
     host_.SetClientVersion("25.2");
   }
 
-  std::filesystem::path FileBefore() const { return folder_.Path() / "before.db"; }
+  std::filesystem::path FileBefore() const { return folder_.Path() / "before.json"; }
 
   /// Recreates the state folder with the store as it is before the tested write. Returns the path
-  /// of the store. If the tested write creates the store, the folder is empty.
+  /// of the store. If the tested write creates the store, the folder does not exist.
   std::filesystem::path NewStore() const {
     const std::filesystem::path folder = folder_.Path() / "tested";
     std::filesystem::remove_all(folder);
+    if (TestedChange().isFirst) return folder / "state.json";
     std::filesystem::create_directory(folder);
-    if (!TestedChange().isFirst) std::filesystem::copy(FileBefore(), folder / "state.db");
-    return folder / "state.db";
+    std::filesystem::copy(FileBefore(), folder / "state.json");
+    return folder / "state.json";
   }
 
   void FailAt(int n) {
@@ -131,33 +135,14 @@ class StateStoreDiskTest : public testing::TestWithParam<Case> {
 
   static void ExpectHelpfulMessage(const std::string& error, const std::filesystem::path& file) {
     const bool isFull = std::get<DiskFault>(GetParam()) == DiskFault::kFull;
-    const std::string problem = isFull ? "cannot write" : "cannot read or write";
-    const std::string advice = isFull ? ": the disk is full; free some space and try again"
-                                      : "; check the disk and try again";
-    EXPECT_THAT(error, AllOf(StartsWith(problem + " the state store '" + file.native() + "': "),
+    const std::string advice = isFull ? ": No space left on device; free some space and try again"
+                                      : ": Input/output error; check the disk and try again";
+    EXPECT_THAT(error, AllOf(StartsWith("cannot write the state store '" + file.native() + "': "),
                              EndsWith(advice + ", or name a file elsewhere with --state")));
   }
 
-  /// Reads the store repeatedly after an interrupted write. In the n-th read, the n-th disk
-  /// operation fails, until a read has fewer than n operations. A read rolls back the interrupted
-  /// write. It may fail, but must never return values other than `expected`.
-  void ExpectCorrectValuesOrError(const std::filesystem::path& file, const StateValues& expected) {
-    int n = 0;
-    do {
-      FailAt(++n);
-      StateValues values;
-      const std::string error = StoreErrorOf([&] { values = StoredValues(file); });
-      if (error.empty()) {
-        EXPECT_EQ(values, expected);
-      } else {
-        ExpectHelpfulMessage(error, file);
-      }
-      if (disk_.Failures() > 0) ++failedOperations_;
-    } while (disk_.Failures() > 0 && !HasFailure());
-  }
-
-  /// Tests a failure of the n-th disk operation of the write. Returns false if the write has fewer
-  /// than n operations.
+  /// Tests a failure of the n-th call of the write. Returns false if the write has fewer than n
+  /// calls.
   bool TestFailureOf(int n) {
     const std::filesystem::path file = NewStore();
     Session session(file);
@@ -165,18 +150,25 @@ class StateStoreDiskTest : public testing::TestWithParam<Case> {
     FailAt(n);
     const std::string error = StoreErrorOf([&] { TestedChange().write(session.Store()); });
     const bool hasFailed = disk_.Failures() > 0;
-    if (hasFailed) ++failedOperations_;
-    const StateValues& expected = error.empty() ? after_ : before_;
-    ExpectCorrectValuesOrError(file, expected);
+    if (hasFailed) ++failedCalls_;
+    // If the sync of the folder fails, the write fails although the file has been replaced.
+    const bool isReplaced =
+        std::ranges::find(disk_.Calls(), "renameat state.json") != disk_.Calls().end();
+    EXPECT_TRUE(isReplaced || !error.empty());
+    const StateValues& expected = isReplaced ? after_ : before_;
+    EXPECT_EQ(StoredValues(file), expected);
+    const bool canDelete = !(std::get<DiskFault>(GetParam()) == DiskFault::kBroken &&
+                             std::get<DiskFaultExtent>(GetParam()) == DiskFaultExtent::kFromThen);
+    EXPECT_TRUE(!canDelete || !std::filesystem::exists(file.native() + ".tmp"));
     disk_.Repair();
 
-    EXPECT_TRUE(hasFailed || error.empty()) << error;
-    if (!error.empty()) ExpectHelpfulMessage(error, file);
-    EXPECT_EQ(StoredValues(file), expected);
+    EXPECT_EQ(hasFailed, !error.empty()) << error;
+    if (hasFailed) ExpectHelpfulMessage(error, file);
     TestedChange().write(session.Store());
     EXPECT_EQ(StoredValues(file), after_);
     ShowAndCommit(file, "25.3");
     EXPECT_EQ(StoredValues(file), later_);
+    EXPECT_FALSE(std::filesystem::exists(file.native() + ".tmp"));
     return hasFailed;
   }
 
@@ -186,15 +178,16 @@ class StateStoreDiskTest : public testing::TestWithParam<Case> {
   StateValues after_;
   StateValues later_;
   FailingDisk disk_;
-  int failedOperations_ = 0;
+  int failedCalls_ = 0;
 };
 
-TEST_P(StateStoreDiskTest, KeepsTheStateIfAnyOperationFails) {
+TEST_P(StateStoreDiskTest, KeepsTheStateIfAnyCallFails) {
   ASSERT_NE(before_, after_);
   int n = 1;
   while (TestFailureOf(n) && !HasFailure()) ++n;
-  std::cout << failedOperations_ << " operations failed in turn\n";
-  EXPECT_GT(failedOperations_, 0);
+  std::cout << failedCalls_ << " calls failed in turn\n";
+  // A write creates the lock file and the temporary file, writes, syncs, renames and syncs.
+  EXPECT_GE(failedCalls_, 6);
 }
 
 std::string NameOf(const testing::TestParamInfo<Case>& info) {
@@ -209,6 +202,59 @@ INSTANTIATE_TEST_SUITE_P(Disks, StateStoreDiskTest,
                                           testing::Values(DiskFaultExtent::kOnce,
                                                           DiskFaultExtent::kFromThen)),
                          NameOf);
+
+class StateStoreSync : public testing::Test {
+ protected:
+  std::string FolderName() const { return folder_.Path().filename(); }
+
+  static void WriteValue(const std::filesystem::path& file, std::string_view value) {
+    StateStore store(file);
+    store.Set(kLastVersionSeenKey, value);
+    store.Commit();
+  }
+
+  test_support::TemporaryFolder folder_;
+};
+
+TEST_F(StateStoreSync, TheFirstCommitSyncsEachNewFolderTheFileAndItsName) {
+  const FailingDisk disk;
+  WriteValue(folder_.Path() / "a" / "b" / "state.json", "1");
+  EXPECT_THAT(disk.Calls(),
+              ElementsAre("mkdirat a", "fsync " + FolderName(), "mkdirat b", "fsync a",
+                          "openat state.json.lock", "unlinkat state.json.tmp",
+                          "openat state.json.tmp", "write state.json.tmp", "fsync state.json.tmp",
+                          "renameat state.json", "fsync b"));
+}
+
+TEST_F(StateStoreSync, ACommitSyncsTheFileBeforeTheRenameAndTheFolderAfterwards) {
+  const std::filesystem::path file = folder_.Path() / "state.json";
+  WriteValue(file, "1");
+  const FailingDisk disk;
+  WriteValue(file, "2");
+  EXPECT_THAT(
+      disk.Calls(),
+      ElementsAre("openat state.json.lock", "unlinkat state.json.tmp", "openat state.json.tmp",
+                  "fchown state.json.tmp", "fchmod state.json.tmp", "write state.json.tmp",
+                  "fsync state.json.tmp", "renameat state.json", "fsync " + FolderName()));
+}
+
+TEST_F(StateStoreSync, ACommitWithoutChangesSyncsTheFolder) {
+  // The program that wrote the value may have been killed between its rename and its last sync.
+  const std::filesystem::path file = folder_.Path() / "state.json";
+  WriteValue(file, "1");
+  const FailingDisk disk;
+  WriteValue(file, "1");
+  EXPECT_THAT(disk.Calls(), ElementsAre("openat state.json.lock", "fsync " + FolderName()));
+}
+
+TEST_F(StateStoreSync, AReadChangesNothing) {
+  const std::filesystem::path file = folder_.Path() / "state.json";
+  WriteValue(file, "1");
+  const FailingDisk disk;
+  EXPECT_EQ("1", StateStore(file).Get(kLastVersionSeenKey));
+  EXPECT_EQ("", StateStore(folder_.Path() / "missing" / "state.json").Get(kLastVersionSeenKey));
+  EXPECT_THAT(disk.Calls(), IsEmpty());
+}
 
 }  // namespace
 }  // namespace hosts::common

@@ -6,16 +6,21 @@
 #include <filesystem>
 #include <functional>
 #include <map>
+#include <optional>
 #include <string>
+#include <string_view>
+#include <thread>
 
-#include <SQLiteCpp/Database.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include "hosts/common/StateDatabase.h"
+#include "hosts/common/FileLock.h"
+#include "hosts/common/PrivateFolder.h"
+#include "hosts/common/StateFile.h"
+#include "hosts/common/StateFormat.h"
 #include "hosts/common/StateStore.h"
 #include "hosts/common/TextFile.h"
 #include "tests/hosts/common/StoreErrorOf.h"
@@ -33,10 +38,12 @@ using testing::HasSubstr;
 constexpr std::string_view kKey = "A.Key";
 constexpr uid_t kNobody = 65534;
 
-/// Returns the contents of all files in `folder` by file name.
+/// Returns the contents of all files in `folder` by file name, except that of the lock file, which
+/// a failed write may create.
 std::map<std::string, std::string> Content(const std::filesystem::path& folder) {
   std::map<std::string, std::string> content;
   for (const auto& entry : std::filesystem::directory_iterator(folder)) {
+    if (entry.path().filename() == "state.json.lock") continue;
     content[entry.path().filename()] = entry.is_regular_file() ? ReadTextFile(entry.path()) : "";
   }
   return content;
@@ -44,7 +51,7 @@ std::map<std::string, std::string> Content(const std::filesystem::path& folder) 
 
 class StateStoreFaultTest : public testing::Test {
  protected:
-  std::filesystem::path File() const { return folder_.Path() / "state.db"; }
+  std::filesystem::path File() const { return folder_.Path() / "state.json"; }
 
   void WriteValue(std::string_view key, std::string_view value) const {
     StateStore store(File());
@@ -59,10 +66,9 @@ class StateStoreFaultTest : public testing::Test {
     const auto isClear = AllOf(HasSubstr("'" + File().native() + "'"),
                                HasSubstr(std::string(reason)), HasSubstr("--state"));
     EXPECT_THAT(StoreErrorOf([&] { StateStore store(File()); }), isClear);
+    EXPECT_TRUE(before == Content(folder_.Path())) << "a file has changed";
     const auto change = [](StateValues& values) { values["new key"] = "text"; };
-    EXPECT_THAT(
-        StoreErrorOf([&] { StateDatabase::OpenOrMake(File(), milliseconds(50)).Change(change); }),
-        isClear);
+    EXPECT_THAT(StoreErrorOf([&] { ChangeStateFile(File(), milliseconds(50), change); }), isClear);
     EXPECT_TRUE(before == Content(folder_.Path())) << "a file has changed";
   }
 
@@ -70,69 +76,91 @@ class StateStoreFaultTest : public testing::Test {
 };
 
 TEST_F(StateStoreFaultTest, RejectsTextAndGarbage) {
-  for (const std::string& bytes : {std::string("x"), std::string("Version,Epic\n1,2\n"),
-                                   std::string(5000, '\0'), std::string(5000, '\xFF')}) {
-    folder_.Write("state.db", bytes);
-    ExpectRejected("not a state store");
+  for (const std::string& bytes :
+       {std::string("x"), std::string("Version,Epic\n1,2\n"), std::string(5000, '\0'),
+        std::string(5000, '\xFF'), std::string("\n")}) {
+    folder_.Write("state.json", bytes);
+    ExpectRejected("not valid JSON");
   }
 }
 
-TEST_F(StateStoreFaultTest, RejectsADatabaseOfAnotherProgram) {
-  SQLite::Database(File().c_str(), SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE)
-      .exec("CREATE TABLE kept_value (key TEXT PRIMARY KEY, value TEXT)");
-  ExpectRejected("another program");
-}
-
-TEST_F(StateStoreFaultTest, RejectsADatabaseOfAnotherProgramWithoutChangingItsLog) {
-  // A program that crashes leaves its write-ahead log. SQLite applies the log when the next program
-  // reads the database.
-  test_support::TemporaryFolder live;
-  SQLite::Database other((live.Path() / "state.db").c_str(),
-                         SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE);
-  other.exec("PRAGMA journal_mode = WAL");
-  other.exec("CREATE TABLE t (x)");
-  std::filesystem::copy(live.Path(), folder_.Path());
-  ASSERT_TRUE(std::filesystem::exists(folder_.Path() / "state.db-wal"));
-  ExpectRejected("another program");
-}
-
-TEST_F(StateStoreFaultTest, RejectsADatabaseOfAnotherProgramWithoutChangingItsJournal) {
-  test_support::TemporaryFolder live;
-  const std::string file = live.Path() / "state.db";
-  SQLite::Database other(file.c_str(), SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE);
-  other.exec("CREATE TABLE t (x); INSERT INTO t VALUES (1); PRAGMA cache_size = 1; BEGIN");
-  other.exec(
-      "WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < 5000) "
-      "INSERT INTO t SELECT i FROM n");
-  std::filesystem::copy(live.Path(), folder_.Path());
-  ASSERT_TRUE(std::filesystem::exists(folder_.Path() / "state.db-journal"));
-  ExpectRejected("another program");
+TEST_F(StateStoreFaultTest, RejectsTheJsonOfAnotherProgram) {
+  for (const char* text : {"{}", R"({"format": "other", "formatVersion": 1, "values": {}})",
+                           R"({"format": 1})", R"({"values": {}})"}) {
+    folder_.Write("state.json", text);
+    ExpectRejected("it is not a state store");
+  }
 }
 
 TEST_F(StateStoreFaultTest, RejectsAStoreOfANewerVersion) {
+  // The newer version may have other members, and its values may have another form.
+  folder_.Write("state.json",
+                R"({"format": "ornwhatsnew state", "formatVersion": 2, "values": [], "more": 1})");
+  ExpectRejected(
+      "a newer version of this program wrote it (format 2; this version supports format 1)");
+}
+
+TEST_F(StateStoreFaultTest, RejectsAStoreThatBecomesNewerAfterTheRead) {
   WriteValue(kKey, "text");
-  SQLite::Database(File().c_str(), SQLite::OPEN_READWRITE).exec("PRAGMA user_version = 2");
-  ExpectRejected("newer version");
+  StateStore store(File());
+  store.Set(kKey, "new");
+  const std::string newer = R"({"format": "ornwhatsnew state", "formatVersion": 2})";
+  folder_.Write("state.json", newer);
+  EXPECT_THAT(StoreErrorOf([&] { store.Commit(); }), HasSubstr("a newer version"));
+  EXPECT_EQ(newer, ReadTextFile(File()));
+  EXPECT_FALSE(std::filesystem::exists(folder_.Path() / "state.json.tmp"));
 }
 
 TEST_F(StateStoreFaultTest, RejectsATruncatedStore) {
   WriteValue(kKey, std::string(20'000, 'x'));
+  // A text without its final newline is complete.
   const std::string whole = ReadTextFile(File());
   for (const std::size_t size :
-       {std::size_t{16}, std::size_t{99}, std::size_t{100}, std::size_t{4095}, std::size_t{4096},
-        std::size_t{8192}, whole.size() - 1}) {
+       {std::size_t{1}, std::size_t{16}, std::size_t{100}, std::size_t{4096}, whole.size() - 2}) {
     SCOPED_TRACE(size);
-    folder_.Write("state.db", whole.substr(0, size));
-    ExpectRejected("damaged or truncated");
+    folder_.Write("state.json", whole.substr(0, size));
+    ExpectRejected("not valid JSON");
   }
 }
 
-TEST_F(StateStoreFaultTest, RejectsAStoreWithDestroyedPages) {
+TEST_F(StateStoreFaultTest, RejectsAStoreWithDestroyedBytes) {
   WriteValue(kKey, "text");
   std::string bytes = ReadTextFile(File());
-  for (std::size_t i = 100; i < bytes.size(); ++i) bytes[i] = '\xA5';
-  folder_.Write("state.db", bytes);
-  ExpectRejected("damaged or truncated");
+  for (std::size_t i = 60; i < bytes.size(); ++i) bytes[i] = '\xA5';
+  folder_.Write("state.json", bytes);
+  ExpectRejected("not valid JSON");
+}
+
+TEST_F(StateStoreFaultTest, RejectsAStoreAboveTheSizeLimit) {
+  WriteValue(kKey, "text");
+  std::filesystem::resize_file(File(), kMaximumStateSize + 1);
+  EXPECT_THAT(StoreErrorOf([&] { StateStore store(File()); }),
+              AllOf(HasSubstr("it is larger than 64 MiB"), HasSubstr("--state")));
+  EXPECT_EQ(kMaximumStateSize + 1, std::filesystem::file_size(File()));
+}
+
+TEST_F(StateStoreFaultTest, DoesNotWriteAStoreThatItCouldNotReadAgain) {
+  WriteValue(kKey, "old");
+  StateStore store(File());
+  store.Set(kKey, std::string(kMaximumStateSize, 'x'));
+  EXPECT_THAT(StoreErrorOf([&] { store.Commit(); }),
+              HasSubstr("'" + File().native() + "': the state is larger than 64 MiB"));
+  EXPECT_EQ("old", StateStore(File()).Get(kKey));
+}
+
+TEST_F(StateStoreFaultTest, DoesNotWriteIllFormedText) {
+  WriteValue(kKey, "old");
+  for (const std::string& bytes : {std::string("\xFF"), std::string("\xC3"), std::string("a\x80z"),
+                                   std::string("\xED\xA0\x80")}) {
+    for (const bool isKey : {false, true}) {
+      StateStore store(File());
+      store.Set(isKey ? bytes : kKey, isKey ? "text" : bytes);
+      EXPECT_THAT(StoreErrorOf([&] { store.Commit(); }),
+                  HasSubstr("'" + File().native() + "': a value is not well-formed UTF-8"));
+      EXPECT_EQ(isKey ? "text" : bytes, store.Get(isKey ? bytes : kKey));
+      EXPECT_EQ("old", StateStore(File()).Get(kKey));
+    }
+  }
 }
 
 TEST_F(StateStoreFaultTest, RejectsAFolder) {
@@ -151,7 +179,7 @@ TEST_F(StateStoreFaultTest, RejectsADevice) {
 
 TEST_F(StateStoreFaultTest, RejectsAPathBelowAFile) {
   folder_.Write("file", "x");
-  const std::filesystem::path below = folder_.Path() / "file" / "state.db";
+  const std::filesystem::path below = folder_.Path() / "file" / "state.json";
   const std::string error = StoreErrorOf([&] {
     StateStore store(below);
     store.Set(kKey, "text");
@@ -161,54 +189,58 @@ TEST_F(StateStoreFaultTest, RejectsAPathBelowAFile) {
   EXPECT_EQ("x", ReadTextFile(folder_.Path() / "file"));
 }
 
-/// Locks the store as another program would. `begin` is the SQL statement that sets the lock.
-class Holder {
+/// Locks the store as another program that writes would, until the object is destroyed.
+class Writer {
  public:
-  Holder(const std::filesystem::path& file, const std::string& begin)
-      : database_(file.c_str(), SQLite::OPEN_READWRITE) {
-    database_.exec(begin);
+  explicit Writer(const std::filesystem::path& file)
+      : folder_(file.parent_path()),
+        lock_(FileLock::Acquire(folder_, file.filename().native() + ".lock", milliseconds(0))) {
+    EXPECT_TRUE(lock_.has_value());
   }
-  void Release() { database_.exec("ROLLBACK"); }
+  void Release() { lock_.reset(); }
 
  private:
-  SQLite::Database database_;
+  PrivateFolder folder_;
+  std::optional<FileLock> lock_;
 };
 
 TEST_F(StateStoreFaultTest, WaitsALimitedTimeForAWriterThatHangs) {
   WriteValue(kKey, "old");
   StateStore store(File(), milliseconds(100));
-  Holder holder(File(), "BEGIN EXCLUSIVE");
+  Writer writer(File());
   store.Set(kKey, "new");
   const auto isClear = AllOf(HasSubstr("another program has locked it"), HasSubstr("within 0.1 s"),
                              HasSubstr(File().native()));
   EXPECT_THAT(StoreErrorOf([&] { store.Commit(); }), isClear);
-  EXPECT_THAT(StoreErrorOf([&] { store.Refresh(); }), isClear);
   EXPECT_THAT(StoreErrorOf([&] { store.Reset(); }), isClear);
   EXPECT_EQ("new", store.Get(kKey));
-  holder.Release();
+  writer.Release();
   EXPECT_EQ("old", StateStore(File()).Get(kKey));
   store.Commit();
   EXPECT_EQ("new", StateStore(File()).Get(kKey));
 }
 
-TEST_F(StateStoreFaultTest, CanBeReadWhileAnotherProgramPreparesToWrite) {
+TEST_F(StateStoreFaultTest, WritesAsSoonAsTheOtherWriterHasFinished) {
   WriteValue(kKey, "old");
-  Holder holder(File(), "BEGIN IMMEDIATE");
-  StateStore store(File(), milliseconds(100));
-  EXPECT_EQ("old", store.Get(kKey));
+  StateStore store(File(), std::chrono::seconds(60));
+  std::optional<Writer> writer(File());
   store.Set(kKey, "new");
-  EXPECT_THAT(StoreErrorOf([&] { store.Commit(); }), HasSubstr("another program has locked it"));
+  std::thread other([&writer] {
+    std::this_thread::sleep_for(milliseconds(50));
+    writer.reset();
+  });
+  store.Commit();
+  other.join();
+  EXPECT_EQ("new", StateStore(File()).Get(kKey));
 }
 
-TEST_F(StateStoreFaultTest, WaitsForAReaderBeforeItCommits) {
+TEST_F(StateStoreFaultTest, CanBeReadWhileAnotherProgramWrites) {
   WriteValue(kKey, "old");
-  Holder reader(File(), "BEGIN; SELECT * FROM kept_value");
+  const Writer writer(File());
   StateStore store(File(), milliseconds(100));
-  store.Set(kKey, "new");
-  EXPECT_THAT(StoreErrorOf([&] { store.Commit(); }), HasSubstr("another program has locked it"));
-  reader.Release();
-  store.Commit();
-  EXPECT_EQ("new", StateStore(File()).Get(kKey));
+  EXPECT_EQ("old", store.Get(kKey));
+  store.Refresh();
+  EXPECT_EQ("old", store.Get(kKey));
 }
 
 TEST_F(StateStoreFaultTest, AFullDiskLosesNothing) {
@@ -256,19 +288,65 @@ TEST_F(StateStoreFaultTest, AStoreInAReadOnlyFolderCanOnlyBeRead) {
     EXPECT_EQ("old", store.Get(kKey));
     store.Set(kKey, "new");
     const std::string error = StoreErrorOf([&] { store.Commit(); });
-    EXPECT_THAT(error,
-                AllOf(HasSubstr("writing"), HasSubstr(File().native()), HasSubstr("--state")));
+    EXPECT_THAT(error, AllOf(HasSubstr("Permission denied; allow writing to the file"),
+                             HasSubstr(File().native()), HasSubstr("--state")));
     return !testing::Test::HasFailure();
   }));
   EXPECT_TRUE(before == Content(folder_.Path())) << "a file has changed";
   std::filesystem::permissions(folder_.Path(), std::filesystem::perms{0755});
 }
 
+TEST_F(StateStoreFaultTest, AReadOnlyStoreIsNotReplaced) {
+  WriteValue(kKey, "old");
+  std::filesystem::permissions(File(), std::filesystem::perms{0444});
+  std::filesystem::permissions(File().native() + ".lock", std::filesystem::perms{0666});
+  std::filesystem::permissions(folder_.Path(), std::filesystem::perms{0777});
+  const auto before = Content(folder_.Path());
+  EXPECT_TRUE(AsOrdinaryUser([this] {
+    StateStore store(File());
+    store.Set(kKey, "new");
+    EXPECT_THAT(StoreErrorOf([&] { store.Commit(); }),
+                AllOf(HasSubstr("cannot write '" + File().native() + "': Permission denied"),
+                      HasSubstr("--state")));
+    return !testing::Test::HasFailure();
+  }));
+  EXPECT_TRUE(before == Content(folder_.Path())) << "a file has changed";
+}
+
+TEST_F(StateStoreFaultTest, FailsIfItsLockFileIsReplaced) {
+  // Without this check, the program that locks the new file could write at the same time.
+  WriteValue(kKey, "old");
+  const auto replaceLock = [this](StateValues& values) {
+    values.insert_or_assign(std::string(kKey), "new");
+    std::filesystem::rename(folder_.Write("new", ""), File().native() + ".lock");
+  };
+  EXPECT_THAT(StoreErrorOf([&] { ChangeStateFile(File(), milliseconds(50), replaceLock); }),
+              HasSubstr("another program has deleted or replaced its lock file"));
+  EXPECT_EQ("old", StateStore(File()).Get(kKey));
+  WriteValue(kKey, "new");
+  EXPECT_EQ("new", StateStore(File()).Get(kKey));
+}
+
+TEST_F(StateStoreFaultTest, TheUserNeedNotBeAbleToReadTheFoldersAboveTheStore) {
+  // Users can enter /home, but often cannot read it.
+  std::filesystem::create_directories(folder_.Path() / "home" / "own");
+  std::filesystem::permissions(folder_.Path() / "home" / "own", std::filesystem::perms{0777});
+  std::filesystem::permissions(folder_.Path() / "home", std::filesystem::perms{0711});
+  std::filesystem::permissions(folder_.Path(), std::filesystem::perms{0711});
+  EXPECT_TRUE(AsOrdinaryUser([this] {
+    const std::filesystem::path file = folder_.Path() / "home" / "own" / "new" / "state.json";
+    StateStore store(file);
+    store.Set(kKey, "text");
+    store.Commit();
+    return StateStore(file).Get(kKey) == "text";
+  }));
+}
+
 TEST_F(StateStoreFaultTest, NamesAFolderThatCannotBeCreated) {
   std::filesystem::permissions(folder_.Path(), std::filesystem::perms{0555});
   EXPECT_TRUE(AsOrdinaryUser([this] {
     const std::filesystem::path folder = folder_.Path() / "new";
-    StateStore store(folder / "state.db");
+    StateStore store(folder / "state.json");
     store.Set(kKey, "new");
     EXPECT_THAT(
         StoreErrorOf([&] { store.Commit(); }),

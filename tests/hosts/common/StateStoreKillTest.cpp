@@ -168,7 +168,7 @@ TEST(StateStoreKill, EveryKillLeavesCompletePassesOnly) {
   for (; kills < test_support::KillsWanted(kKills) && !testing::Test::HasFailure();
        kills += kWriters) {
     // Use a new store after 20 kills, so that some kills interrupt the creation of a store.
-    if (kills % 20 == 0) store.emplace(folder.Path() / std::to_string(kills) / "state.db");
+    if (kills % 20 == 0) store.emplace(folder.Path() / std::to_string(kills) / "state.json");
     passes += store->KillWriters(TimeToKill(random));
   }
   std::cout << kills << " killed, " << passes << " passes kept" << std::endl;
@@ -178,7 +178,7 @@ TEST(StateStoreKill, EveryKillLeavesCompletePassesOnly) {
 TEST(StateStoreKill, ConcurrentWritersLoseNothing) {
   constexpr int kPasses = 50;
   const test_support::TemporaryFolder folder;
-  const std::filesystem::path file = folder.Path() / "state.db";
+  const std::filesystem::path file = folder.Path() / "state.json";
   std::vector<pid_t> processes;
   for (int writer = 0; writer < kWriters; ++writer) {
     processes.push_back(::fork());

@@ -1,17 +1,19 @@
 // Tests input that the program cannot use and output that it cannot write. The error message must
 // contain the name of the file, the exit status must show the kind of error, and no state may be
 // lost.
+#include <chrono>
 #include <filesystem>
 #include <string>
 #include <vector>
 
-#include <SQLiteCpp/Database.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <signal.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
 
+#include "hosts/common/FileLock.h"
+#include "hosts/common/PrivateFolder.h"
 #include "hosts/common/StateStore.h"
 #include "hosts/common/TextFile.h"
 #include "tests/hosts/console/ProgramFixture.h"
@@ -170,9 +172,11 @@ TEST_F(ProgramFaultTest, WithoutAStateFolderTheErrorNamesTheVariable) {
 
 TEST_F(ProgramFaultTest, ReportsALockedStoreAfterALimitedWait) {
   OutputOf({"show", "{data}", "{host}"});
-  SQLite::Database holder(StateFile().c_str(), SQLite::OPEN_READWRITE);
-  holder.exec("BEGIN EXCLUSIVE");
-  ExpectError(4, {"state", "show"}, StateFile(), "another program has locked it");
+  const common::PrivateFolder folder(StateFile().parent_path());
+  const auto lock =
+      common::FileLock::Acquire(folder, "state.json.lock", std::chrono::milliseconds(0));
+  ASSERT_TRUE(lock.has_value());
+  ExpectError(4, {"state", "reset"}, StateFile(), "another program has locked it");
 }
 
 TEST_F(ProgramFaultTest, AFullDiskKeepsTheStoredState) {

@@ -155,7 +155,7 @@ TEST_F(ProgramFileFaultTest, RejectsAStateFolderWithoutPermission) {
   std::filesystem::permissions(HostFile(), std::filesystem::perms{0644});
   std::filesystem::create_directory(folder_.Path() / "readonly");
   std::filesystem::permissions(folder_.Path() / "readonly", std::filesystem::perms{0555});
-  const std::string file = folder_.Path() / "readonly" / "state.db";
+  const std::string file = folder_.Path() / "readonly" / "state.json";
   ExpectRejected({{"show", "{data}", "{host}", "--state", file},
                   {"rate", "EPIC-7", "{data}", "{host}", "--state", file}},
                  4, file, true);
@@ -190,7 +190,7 @@ TEST_F(ProgramFileFaultTest, ConsoleCannotOpenAFileWhoseNameIsNotUTF8) {
 
 TEST_F(ProgramFileFaultTest, ReadsHostAndStateWhoseNamesAreNotUTF8) {
   const std::string host = folder_.Write("\xFF.json", common::ReadTextFile(HostFile()));
-  const std::string state = folder_.Path() / "\xFE.db";
+  const std::string state = folder_.Path() / "\xFE.json";
   EXPECT_THAT(OutputOf({"show", "{data}", "--host", host, "--state", state}),
               HasSubstr("Twice as fast"));
   EXPECT_TRUE(std::filesystem::exists(state));
@@ -305,7 +305,7 @@ TEST_F(ChangingFileTest, ReadsOrRejectsAFileThatChangesItsType) {
 }
 
 TEST_F(ChangingFileTest, ADeletedStoreIsRecreated) {
-  const std::string state = folder_.Path() / "vanishing.db";
+  const std::string state = folder_.Path() / "vanishing.json";
   {
     const BackgroundLoop loop([&] { ::unlink(state.c_str()); });
     for (int round = 0; round < 10; ++round) {

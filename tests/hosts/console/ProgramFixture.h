@@ -35,7 +35,9 @@ class ProgramTest : public testing::Test {
 
   std::filesystem::path DataFile() const { return folder_.Path() / "whats new.csv"; }
   std::filesystem::path HostFile() const { return folder_.Path() / "host.json"; }
-  std::filesystem::path StateFile() const { return folder_.Path() / "state/ornwhatsnew/state.db"; }
+  std::filesystem::path StateFile() const {
+    return folder_.Path() / "state/ornwhatsnew/state.json";
+  }
 
   /// Replaces the host description. `version` is the version of the application. `isInternal` says
   /// whether the user is an internal user.

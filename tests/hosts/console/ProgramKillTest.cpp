@@ -72,7 +72,7 @@ class ProgramKillTest : public ProgramTest {
     for (int i = 0; i < kHosts; ++i) editions_.push_back(MakeEdition(i));
     const auto total = std::chrono::steady_clock::now() - begin;
     runTime_ = std::chrono::duration_cast<std::chrono::microseconds>(total) / kHosts;
-    const std::filesystem::path file = folder_.Path() / "rated.db";
+    const std::filesystem::path file = folder_.Path() / "rated.state.json";
     OutputOf(RateWords(editions_.front(), file));
     rated_ = ElementsOf(StateStore(file), common::kAllSeenItemsKey);
   }
@@ -87,7 +87,7 @@ class ProgramKillTest : public ProgramTest {
     edition.version = "25." + name + ".0.42";
     std::filesystem::rename(DataFile(), edition.data);
     std::filesystem::rename(HostFile(), edition.host);
-    const std::filesystem::path file = folder_.Path() / (name + ".db");
+    const std::filesystem::path file = folder_.Path() / (name + ".state.json");
     OutputOf(ShowWords(edition, file));
     edition.shown = ElementsOf(StateStore(file), common::kAllSeenItemsKey);
     return edition;
@@ -190,7 +190,7 @@ TEST_F(ProgramKillTest, EveryKillLeavesCompletePassesAndAcknowledgedState) {
   std::filesystem::path file;
   for (int round = 0; killed_ < test_support::KillsWanted(kKills) && !HasFailure(); ++round) {
     if (round % 4 == 0) {
-      file = folder_.Path() / "killed" / std::to_string(round) / "state.db";
+      file = folder_.Path() / "killed" / std::to_string(round) / "state.json";
       acknowledged = {};
     }
     KillOneRound(file, random, acknowledged);
@@ -204,7 +204,7 @@ TEST_F(ProgramKillTest, EveryKillLeavesCompletePassesAndAcknowledgedState) {
 }
 
 TEST_F(ProgramKillTest, ConcurrentProgramsLoseNothing) {
-  const std::filesystem::path file = folder_.Path() / "together.db";
+  const std::filesystem::path file = folder_.Path() / "together.json";
   for (int round = 0; round < 5; ++round) {
     std::filesystem::remove(file);
     for (const auto& process : StartPrograms(file, editions_.front())) {

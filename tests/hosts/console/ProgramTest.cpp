@@ -107,7 +107,7 @@ TEST_F(ShowTest, TheMemoryStoreCreatesNoFile) {
 }
 
 TEST_F(ShowTest, TheStateOptionSelectsTheStore) {
-  const std::string file = folder_.Path() / "other.db";
+  const std::string file = folder_.Path() / "other.json";
   OutputOf({"show", "{data}", "{host}", "--state", file});
   EXPECT_TRUE(std::filesystem::exists(file));
   EXPECT_FALSE(std::filesystem::exists(StateFile()));
@@ -117,7 +117,7 @@ TEST_F(ShowTest, UsesTheHomeFolderWithoutAStateFolder) {
   ProgramCall call = Call({"show", "{data}", "{host}"});
   call.environment.erase("XDG_STATE_HOME");
   EXPECT_EQ(0, RunProgram(ProgramFile(), call).exitStatus);
-  EXPECT_TRUE(std::filesystem::exists(folder_.Path() / "home/.local/state/ornwhatsnew/state.db"));
+  EXPECT_TRUE(std::filesystem::exists(folder_.Path() / "home/.local/state/ornwhatsnew/state.json"));
 }
 
 TEST_F(ShowTest, PrintsTheRatingCommandOfEachFeature) {

@@ -46,12 +46,12 @@ TEST_F(RatingControlsTest, FollowTheOrderOfThePanelAndUseTheFeaturesQuestion) {
   ratingItems["A"] = test_support::MakeItem({.groupingKey = "A"});
   ratingItems["B"] = test_support::MakeItem({.groupingKey = "B"});
   ratingItems["B"]->SetCustomRatingStr("$$$/question=Better?");
-  const SourceArguments sources = {"my data.csv", "host.json", "state.db"};
+  const SourceArguments sources = {"my data.csv", "host.json", "state.json"};
   EXPECT_THAT(RatingControls(list, ratingItems, sources),
-              ElementsAre("\n\tBetter?\n\tornwhatsnew rate --host host.json --state state.db "
+              ElementsAre("\n\tBetter?\n\tornwhatsnew rate --host host.json --state state.json "
                           "-- B 'my data.csv'\n",
                           "\n\tHow do you like it?\n\tornwhatsnew rate --host host.json --state "
-                          "state.db -- A 'my data.csv'\n"));
+                          "state.json -- A 'my data.csv'\n"));
 }
 
 TEST_F(RatingControlsTest, WordsThatBeginWithADashAreNotOptions) {
@@ -60,18 +60,18 @@ TEST_F(RatingControlsTest, WordsThatBeginWithADashAreNotOptions) {
   list.InsertFeatureListItem(test_support::MakeItem({.groupingKey = "-k"}));
   ratingItems["-k"] = test_support::MakeItem({.groupingKey = "-k"});
   const std::vector<std::string> controls =
-      RatingControls(list, ratingItems, {"-d.csv", "-h.json", "-s.db"});
+      RatingControls(list, ratingItems, {"-d.csv", "-h.json", "-s.json"});
   ASSERT_EQ(1U, controls.size());
   EXPECT_THAT(controls.front(),
-              EndsWith("\tornwhatsnew rate --host=-h.json --state=-s.db -- -k -d.csv\n"));
+              EndsWith("\tornwhatsnew rate --host=-h.json --state=-s.json -- -k -d.csv\n"));
   const auto words = std::to_array<const char*>(
-      {"ornwhatsnew", "rate", "--host=-h.json", "--state=-s.db", "--", "-k", "-d.csv"});
+      {"ornwhatsnew", "rate", "--host=-h.json", "--state=-s.json", "--", "-k", "-d.csv"});
   const auto rate =
       std::get<RateArguments>(ParseArguments(static_cast<int>(words.size()), words.data()));
   EXPECT_EQ("-k", rate.key);
   EXPECT_EQ("-d.csv", rate.sources.data);
   EXPECT_EQ("-h.json", rate.sources.host);
-  EXPECT_EQ("-s.db", rate.sources.state);
+  EXPECT_EQ("-s.json", rate.sources.state);
 }
 
 TEST(RatingControls, ReplaceThePlaceholders) {

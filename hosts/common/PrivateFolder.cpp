@@ -1,0 +1,138 @@
+#include "hosts/common/PrivateFolder.h"
+
+#include <mutex>
+#include <system_error>
+#include <utility>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+
+namespace hosts::common {
+namespace {
+
+namespace fs = std::filesystem;
+
+/// The number of symbolic links in a row after which Linux reports a loop, too.
+constexpr int kMaximumLinks = 40;
+
+/// Withholds all permissions of other users from the files and folders that this process creates
+/// while the object exists. The umask is set instead of the mode of the new file, because another
+/// program could replace the file before its mode is changed.
+class PrivateUmask {
+ public:
+  PrivateUmask() : lock_(mutex_), before_(::umask(077)) {}
+  ~PrivateUmask() { ::umask(before_); }
+  PrivateUmask(const PrivateUmask&) = delete;
+  PrivateUmask& operator=(const PrivateUmask&) = delete;
+
+ private:
+  // Without the mutex, two threads could restore their umasks in the wrong order.
+  static inline std::mutex mutex_;
+  std::lock_guard<std::mutex> lock_;
+  mode_t before_;
+};
+
+FileDescriptor OpenAt(int folder, const char* name, int flags) {
+  return FileDescriptor(
+      RetryInterrupted([&] { return ::openat(folder, name, flags | O_CLOEXEC | O_NOFOLLOW); }));
+}
+
+/// Opens a folder for a sync. A descriptor that was opened with O_PATH cannot be synced.
+FileDescriptor Reopen(const FileDescriptor& folder, const fs::path& path) {
+  FileDescriptor reopened = OpenAt(folder.Number(), ".", O_RDONLY | O_DIRECTORY);
+  if (reopened.Number() < 0) ThrowSystemError("cannot open the folder", path);
+  return reopened;
+}
+
+void SyncFolder(const FileDescriptor& folder, const fs::path& path) {
+  const int result = RetryInterrupted([&] { return ::fsync(folder.Number()); });
+  // Some network file systems cannot sync folders and return EINVAL.
+  if (result != 0 && errno != EINVAL) ThrowSystemError("cannot sync the folder", path);
+}
+
+void Create(const FileDescriptor& parent, const fs::path& path) {
+  {
+    const PrivateUmask umask;
+    const int result = ::mkdirat(parent.Number(), path.filename().c_str(), 0700);
+    // Another program may have created the folder in the meantime.
+    if (result != 0 && errno != EEXIST) ThrowSystemError("cannot create the folder", path);
+  }
+  SyncFolder(Reopen(parent, path.parent_path()), path.parent_path());
+}
+
+/// Opens the folder `path`, whose parent folder is open as `parent`. Creates it if it is missing.
+FileDescriptor OpenOrCreate(const FileDescriptor& parent, const fs::path& path) {
+  // O_PATH does not require permission to read the folder. Users may often enter folders such as
+  // /home, but not read them.
+  constexpr int kFlags = O_PATH | O_DIRECTORY;
+  const std::string name = path.filename();
+  FileDescriptor folder = OpenAt(parent.Number(), name.c_str(), kFlags);
+  if (folder.Number() < 0 && errno == ENOENT) {
+    Create(parent, path);
+    folder = OpenAt(parent.Number(), name.c_str(), kFlags);
+  }
+  if (folder.Number() < 0) ThrowSystemError("cannot open the folder", path);
+  return folder;
+}
+
+/// Opens each folder of the path relative to its parent folder. If another program replaces a
+/// folder by a symbolic link, the function fails instead of following the link.
+FileDescriptor OpenFolder(const fs::path& path) {
+  fs::path opened = path.root_path();
+  FileDescriptor folder = OpenAt(AT_FDCWD, opened.c_str(), O_PATH | O_DIRECTORY);
+  if (folder.Number() < 0) ThrowSystemError("cannot open the folder", opened);
+  for (const fs::path& name : path.relative_path()) {
+    opened /= name;
+    folder = OpenOrCreate(folder, opened);
+  }
+  return Reopen(folder, path);
+}
+
+std::error_code ErrorCode(int number) {
+  return {number, std::generic_category()};
+}
+
+void ThrowIf(const std::error_code& error, const fs::path& file) {
+  if (error) throw std::system_error(error, "cannot open '" + file.native() + "'");
+}
+
+}  // namespace
+
+void ThrowSystemError(std::string_view problem, const fs::path& file) {
+  const std::error_code error = ErrorCode(errno);
+  throw std::system_error(error, std::string(problem) + " '" + file.native() + "'");
+}
+
+fs::path ResolveLinks(fs::path file) {
+  std::error_code error;
+  int links = 0;
+  while (fs::is_symlink(fs::symlink_status(file, error))) {
+    if (++links > kMaximumLinks) ThrowIf(ErrorCode(ELOOP), file);
+    const fs::path target = fs::read_symlink(file, error);
+    ThrowIf(error, file);
+    file = file.parent_path() / target;
+  }
+  if (error != std::errc::no_such_file_or_directory) ThrowIf(error, file);
+  const fs::path name = file.filename();
+  if (name.empty() || name == "." || name == "..") ThrowIf(ErrorCode(EISDIR), file);
+  const fs::path folder = fs::weakly_canonical(file.parent_path(), error);
+  ThrowIf(error, file);
+  return folder / name;
+}
+
+PrivateFolder::PrivateFolder(fs::path path) : path_(std::move(path)), folder_(OpenFolder(path_)) {}
+
+FileDescriptor PrivateFolder::Open(const std::string& name, int flags) const {
+  const PrivateUmask umask;
+  FileDescriptor file(RetryInterrupted([&] {
+    return ::openat(Descriptor(), name.c_str(), flags | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK, 0600);
+  }));
+  if (file.Number() < 0) ThrowSystemError("cannot open", PathOf(name));
+  return file;
+}
+
+void PrivateFolder::Sync() const {
+  SyncFolder(folder_, path_);
+}
+
+}  // namespace hosts::common

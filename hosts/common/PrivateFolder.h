@@ -1,0 +1,53 @@
+// Opens the folder of a private file, such as the state store, and files in this folder.
+#ifndef HOSTS_COMMON_PRIVATEFOLDER_H_
+#define HOSTS_COMMON_PRIVATEFOLDER_H_
+
+#include <filesystem>
+#include <string>
+#include <string_view>
+
+#include "hosts/common/FileDescriptor.h"
+
+namespace hosts::common {
+
+/// Throws `std::system_error` for the error in `errno`. The message is `problem`, the quoted path
+/// and the system's reason, for example "cannot open '/a/b': Permission denied".
+[[noreturn]] void ThrowSystemError(std::string_view problem, const std::filesystem::path& file);
+
+/// Returns the absolute path of `file` without symbolic links. If `file` is itself a link, returns
+/// the path of the file that it leads to. The file and its folder need not exist. Throws
+/// `std::system_error` if a link cannot be resolved, and if the path ends like that of a folder.
+std::filesystem::path ResolveLinks(std::filesystem::path file);
+
+/// An open folder. All operations refer to the folder that was opened, even if another program
+/// moves it or replaces a part of its path. They never follow symbolic links. They throw
+/// `std::system_error` on failure.
+class PrivateFolder {
+ public:
+  /// Opens the folder `path`, an absolute path without symbolic links. Creates missing folders with
+  /// the mode 0700, whatever the umask is. Does not change existing folders. Changes the umask of
+  /// the process to a stricter value for a moment.
+  explicit PrivateFolder(std::filesystem::path path);
+
+  /// Returns the path of the file `name` in this folder, for messages.
+  std::filesystem::path PathOf(const std::string& name) const { return path_ / name; }
+
+  /// Returns the file descriptor of the folder.
+  int Descriptor() const noexcept { return folder_.Number(); }
+
+  /// Opens the file `name` with the given flags of `open`. Does not wait if it is a FIFO. If the
+  /// flags include O_CREAT, a new file has the mode 0600, whatever the umask is.
+  FileDescriptor Open(const std::string& name, int flags) const;
+
+  /// Returns after all changes of names in this folder are on the disk. Does nothing if the file
+  /// system cannot sync folders.
+  void Sync() const;
+
+ private:
+  std::filesystem::path path_;
+  FileDescriptor folder_;
+};
+
+}  // namespace hosts::common
+
+#endif  // HOSTS_COMMON_PRIVATEFOLDER_H_

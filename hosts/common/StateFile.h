@@ -1,0 +1,34 @@
+// Reads and changes the file of a `StateStore`.
+#ifndef HOSTS_COMMON_STATEFILE_H_
+#define HOSTS_COMMON_STATEFILE_H_
+
+#include <chrono>
+#include <filesystem>
+#include <functional>
+#include <optional>
+
+#include "hosts/common/StateStore.h"
+
+namespace hosts::common {
+
+/// Returns the values in `file`, or `std::nullopt` if the file does not exist. Does not wait for
+/// other programs and writes nothing. Throws `StateStoreError` if the file cannot be read or is not
+/// a state store.
+std::optional<StateValues> ReadStateFile(const std::filesystem::path& file);
+
+/// Reads the values in `file`, calls `change` to modify them, and replaces the file if they differ.
+/// Returns the new values. Creates the file and its folder if they do not exist. If `file` is a
+/// symbolic link, replaces the file that it leads to.
+///
+/// While the function reads and writes, it locks a second file, whose name is the name of the file
+/// and ".lock". Other programs then wait before they write. The function waits at most `patience`
+/// for this lock.
+///
+/// Throws `StateStoreError` on failure. The file is then unchanged, unless only the sync of its
+/// folder has failed; see `FileReplacement::Commit`.
+StateValues ChangeStateFile(const std::filesystem::path& file, std::chrono::milliseconds patience,
+                            const std::function<void(StateValues&)>& change);
+
+}  // namespace hosts::common
+
+#endif  // HOSTS_COMMON_STATEFILE_H_

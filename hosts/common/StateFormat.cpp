@@ -1,0 +1,70 @@
+#include "hosts/common/StateFormat.h"
+
+#include <cstdint>
+#include <limits>
+
+#include <nlohmann/json.hpp>
+
+#include "hosts/common/JsonReader.h"
+#include "hosts/common/PanelJson.h"
+
+namespace hosts::common {
+namespace {
+
+constexpr std::string_view kFormat = "ornwhatsnew state";
+/// The version of the format that this program writes, and the newest one that it reads.
+constexpr std::int64_t kFormatVersion = 1;
+
+constexpr std::string_view kFormatMember = "format";
+constexpr std::string_view kVersionMember = "formatVersion";
+constexpr std::string_view kValuesMember = "values";
+
+[[noreturn]] void FailWriting(const std::filesystem::path& file, std::string_view reason) {
+  throw StateStoreError("cannot write the state store '" + file.native() +
+                        "': " + std::string(reason));
+}
+
+/// Reads the values of a state. Checks the version before the members, because a newer version may
+/// have more members.
+StateValues ReadState(const JsonReader& root, const std::filesystem::path& file) {
+  const auto format = root.Find(kFormatMember);
+  if (!format || format->Value() != kFormat) root.Fail("it is not a state store");
+  const std::int64_t version =
+      root.Member(kVersionMember).Integer(1, std::numeric_limits<std::int64_t>::max());
+  if (version > kFormatVersion) {
+    throw StateStoreError("cannot use the state store '" + file.native() +
+                          "': a newer version of this program wrote it (format " +
+                          std::to_string(version) + "; this version supports format " +
+                          std::to_string(kFormatVersion) +
+                          "); update this program, or name another file with --state");
+  }
+  root.RequireObject({kFormatMember, kVersionMember, kValuesMember});
+  return root.Member(kValuesMember).Texts();
+}
+
+}  // namespace
+
+StateValues ParseState(std::string_view text, const std::filesystem::path& file) {
+  if (text.empty()) return {};
+  try {
+    const JsonDocument document = JsonDocument::Parse(text, "'" + file.native() + "'");
+    return ReadState(JsonReader(document), file);
+  } catch (const JsonError& error) {
+    throw StateStoreError(std::string("cannot use the state store ") + error.what() +
+                          "; move the file, or name another one with --state");
+  }
+}
+
+std::string FormatState(const StateValues& values, const std::filesystem::path& file) {
+  std::string text;
+  try {
+    text = ToJsonText(
+        {{kFormatMember, kFormat}, {kVersionMember, kFormatVersion}, {kValuesMember, values}});
+  } catch (const nlohmann::json::type_error&) {
+    FailWriting(file, "a value is not well-formed UTF-8");
+  }
+  if (text.size() > kMaximumStateSize) FailWriting(file, "the state is larger than 64 MiB");
+  return text;
+}
+
+}  // namespace hosts::common

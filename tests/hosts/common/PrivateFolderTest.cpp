@@ -1,0 +1,60 @@
+#include <filesystem>
+#include <functional>
+#include <string>
+#include <system_error>
+
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+
+#include "hosts/common/PrivateFolder.h"
+#include "tests/support/TemporaryFolder.h"
+
+namespace hosts::common {
+namespace {
+
+namespace fs = std::filesystem;
+
+/// Returns the error code of the exception that `work` throws, or 0.
+int ErrorOf(const std::function<void()>& work) {
+  try {
+    work();
+  } catch (const std::system_error& error) {
+    return error.code().value();
+  }
+  return 0;
+}
+
+class PrivateFolderTest : public testing::Test {
+ protected:
+  test_support::TemporaryFolder folder_;
+};
+
+TEST_F(PrivateFolderTest, DoesNotFollowALinkThatReplacedAFolder) {
+  fs::create_directory(folder_.Path() / "a");
+  const fs::path resolved = ResolveLinks(folder_.Path() / "a" / "new" / "state.json");
+  fs::create_directory(folder_.Path() / "victim");
+  fs::remove(folder_.Path() / "a");
+  fs::create_directory_symlink("victim", folder_.Path() / "a");
+  EXPECT_EQ(ENOTDIR, ErrorOf([&] { const PrivateFolder folder(resolved.parent_path()); }));
+  EXPECT_TRUE(fs::is_empty(folder_.Path() / "victim"));
+}
+
+TEST_F(PrivateFolderTest, RefersToTheOpenedFolderAfterTheFolderIsReplaced) {
+  const PrivateFolder folder(folder_.Path() / "a");
+  fs::rename(folder_.Path() / "a", folder_.Path() / "moved");
+  fs::create_directory_symlink("/nowhere", folder_.Path() / "a");
+  static_cast<void>(folder.Open("file", O_WRONLY | O_CREAT));
+  EXPECT_TRUE(fs::exists(folder_.Path() / "moved" / "file"));
+}
+
+TEST_F(PrivateFolderTest, OpensNoLinkAndDoesNotWaitForAPipe) {
+  const PrivateFolder folder(folder_.Path());
+  fs::create_symlink(folder_.Write("victim", "text"), folder_.Path() / "link");
+  EXPECT_EQ(ELOOP, ErrorOf([&] { folder.Open("link", O_RDWR | O_CREAT); }));
+  ASSERT_EQ(0, ::mkfifo((folder_.Path() / "pipe").c_str(), 0600));
+  EXPECT_EQ(ENXIO, ErrorOf([&] { folder.Open("pipe", O_WRONLY); }));
+}
+
+}  // namespace
+}  // namespace hosts::common
