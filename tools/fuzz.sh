@@ -3,8 +3,8 @@
 # Part of ./dev: runs the fuzzers. Each run extends the corpus in build/fuzz/corpus and writes its
 # findings to build/fuzz/findings.
 
-fuzz_targets=(data-file stored-state localiser-texts utf-conversions host-description styled-segments
-  console-lines terminal-output)
+fuzz_targets=(data-file stored-state state-file localiser-texts utf-conversions host-description
+  styled-segments console-lines terminal-output)
 
 # The maximum size of an input in bytes. Longer inputs reach no new code, and the plain implementation
 # is slow on them.

@@ -1,0 +1,89 @@
+// Fuzzes the file of a state store, which another program may have written.
+//
+// The input is the text of the file.
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <set>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include <orncore/string/Conversion.h>
+#include <nlohmann/json.hpp>
+
+#include "fuzz/Property.h"
+#include "hosts/common/StateFormat.h"
+#include "hosts/common/StateStore.h"
+
+namespace fuzz {
+namespace {
+
+using hosts::common::StateValues;
+using nlohmann::json;
+
+void RequireErrorText(std::string_view message) {
+  Require(message.find("the state store 'state.json': ") != std::string_view::npos,
+          "an error names the file");
+  Require(message.ends_with(" with --state"), "an error says what the user can do");
+  Require(orncore::string::IsWellFormedUTF8(message), "an error is well-formed UTF-8");
+  Require(
+      std::ranges::none_of(message, [](char c) { return static_cast<unsigned char>(c) < 0x20; }),
+      "an error is one line without control characters");
+}
+
+std::optional<StateValues> Parse(std::string_view text) {
+  try {
+    return hosts::common::ParseState(text, "state.json");
+  } catch (const hosts::common::StateStoreError& error) {
+    RequireErrorText(error.what());
+    return std::nullopt;
+  }
+}
+
+// Parses JSON. Returns a discarded value if the text is invalid or an object has duplicate members.
+json ParseStrictly(std::string_view text) {
+  std::vector<std::set<std::string>> open;
+  bool isUnique = true;
+  const auto check = [&](int, json::parse_event_t event, json& parsed) {
+    if (event == json::parse_event_t::object_start) open.emplace_back();
+    if (event == json::parse_event_t::key) {
+      isUnique &= open.back().insert(parsed.get<std::string>()).second;
+    }
+    if (event == json::parse_event_t::object_end) open.pop_back();
+    return true;
+  };
+  json value = json::parse(text, check, false);
+  return isUnique ? value : json(json::value_t::discarded);
+}
+
+// Returns whether a JSON value is a state. This is a second implementation of the reader's rules.
+bool IsState(const json& value) {
+  return value.is_object() && value.size() == 3 &&
+         value.value("format", json()) == "ornwhatsnew state" &&
+         value.value("formatVersion", json()).is_number_integer() && value["formatVersion"] == 1 &&
+         value.value("values", json()).is_object() &&
+         std::ranges::all_of(value["values"], [](const json& text) { return text.is_string(); });
+}
+
+void Run(std::string_view text) {
+  const std::optional<StateValues> values = Parse(text);
+  // The strict parser below accepts any bytes after NUL, which it takes for the end of the text.
+  if (text.find('\0') != std::string_view::npos) return;
+  const json read = ParseStrictly(text);
+  RequireEqual(values.has_value(), text.empty() || IsState(read),
+               "states are accepted, other texts are rejected");
+  if (!values) return;
+  if (!text.empty()) Require(json(*values) == read["values"], "every value is read unchanged");
+  const std::string written = hosts::common::FormatState(*values, "state.json");
+  Require(Parse(written) == values, "writing and reading a state does not change it");
+}
+
+}  // namespace
+}  // namespace fuzz
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  fuzz::Run({reinterpret_cast<const char*>(data), size});
+  return 0;
+}
