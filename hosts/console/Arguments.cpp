@@ -1,8 +1,11 @@
 #include "hosts/console/Arguments.h"
 
 #include <algorithm>
+#include <charconv>
+#include <span>
 #include <sstream>
 #include <string_view>
+#include <system_error>
 #include <utility>
 #include <vector>
 
@@ -103,6 +106,33 @@ void AddSources(CLI::App& command, SourceArguments& sources) {
   AddState(command, sources.state);
 }
 
+/// Converts the value of `--width`. CLI11 cannot convert it, because it reads "010" as an octal
+/// number and accepts hexadecimal numbers, spaces and signs.
+std::size_t ParseWidth(const std::string& word) {
+  std::size_t width = 0;
+  const char* const end = word.data() + word.size();
+  const auto [parsed, error] = std::from_chars(word.data(), end, width);
+  if (error != std::errc() || parsed != end || width > kMaximumWidth) {
+    throw CLI::ValidationError(
+        "--width", "'" + word + "' is not a number from 0 to " + std::to_string(kMaximumWidth));
+  }
+  return width;
+}
+
+/// Returns whether `name` is the name of an option of `command` that has a value.
+bool HasValue(const CLI::App& command, const std::string& name) {
+  const CLI::Option* const option =
+      name.starts_with("--") ? command.get_option_no_throw(name) : nullptr;
+  return option != nullptr && option->get_items_expected_max() > 0;
+}
+
+/// Returns the subcommand of `command` with the name `name`. If there is none, returns `command`.
+const CLI::App* SubcommandOrSelf(const CLI::App& command, const std::string& name) {
+  const auto hasName = [&name](const CLI::App* app) { return app->get_name() == name; };
+  const std::vector<const CLI::App*> found = command.get_subcommands(hasName);
+  return found.empty() ? &command : found.front();
+}
+
 std::string FullName(const CLI::App& command) {
   const CLI::App* const parent = command.get_parent();
   return (parent == nullptr ? "" : FullName(*parent) + " ") + command.get_name();
@@ -115,6 +145,23 @@ std::string MissingCommandMessage(const CLI::App& command) {
   if (words.empty()) return "no command given";
   const bool isOption = words.front().starts_with('-');
   return std::string(isOption ? "unknown option '" : "unknown command '") + words.front() + "'";
+}
+
+/// Returns the error message for words that no command accepts. The message of CLI11 cannot be
+/// used, because it lists the words backwards.
+std::string UnexpectedWordsMessage(const CLI::App& command) {
+  constexpr bool kWithSubcommands = true;
+  std::vector<std::string> words = command.remaining(kWithSubcommands);
+  // The list also contains the "--" that ends the options. Only the size does not count it.
+  if (words.size() > command.remaining_size(kWithSubcommands)) {
+    words.erase(std::ranges::find(words, "--"));
+  }
+  if (words.size() == 1 && words.front().starts_with('-')) {
+    return "unknown option '" + words.front() + "'";
+  }
+  std::string message = words.size() == 1 ? "unexpected argument" : "unexpected arguments";
+  for (const std::string& word : words) message += " '" + word + "'";
+  return message;
 }
 
 /// Parses the command line with CLI11 and stores the arguments of each command.
@@ -133,9 +180,9 @@ class CommandLine {
     app_.footer(kExitStatusHelp);
   }
 
-  Request Parse(int argc, const char* const* argv) {
+  Request Parse(std::span<const char* const> words) {
     try {
-      app_.parse(argc, argv);
+      app_.parse(WordsForParser(words));
     } catch (const CLI::ParseError& error) {
       return AnswerTo(error);
     }
@@ -164,10 +211,10 @@ class CommandLine {
               "NO_COLOR is set")
         ->type_name("WHEN");
     command
-        .add_option("--width", show_.width,
-                    "Wrap lines at this column; 0: no wrapping. Default: the\n"
-                    "terminal's width, or 0 if the output is not a terminal")
-        ->check(CLI::Range(std::size_t{0}, kMaximumWidth).description(""))
+        .add_option_function<std::string>(
+            "--width", [this](const std::string& word) { show_.width = ParseWidth(word); },
+            "Wrap lines at this column; 0: no wrapping. Default: the\n"
+            "terminal's width, or 0 if the output is not a terminal")
         ->type_name("COLUMNS");
   }
 
@@ -200,19 +247,60 @@ class CommandLine {
   void AddConsole() {
     CLI::App& command = AddCommand(app_, "console", "Run console commands", console_);
     AddHost(command, console_.host);
-    command.prefix_command();
     command.footer(
         "All words after the options are one console command:\n"
         "  ornwhatsnew console ValidateWhatsNew FILE\n"
         "Without a command, each line of standard input is one command.\n"
         "The command 'help' lists the console commands.");
-    command.callback([this, &command] {
-      for (const std::string& word : command.remaining()) {
-        if (!console_.line.empty()) console_.line += ' ';
-        console_.line += word;
+    consoleCommand_ = &command;
+  }
+
+  /// Returns the words of the command line for CLI11, the last word first, as its parser expects.
+  ///
+  /// Splits `--name=value` into two words. CLI11 takes the next word as the value of `--name=`, so
+  /// that an empty value would be possible only as a separate word.
+  ///
+  /// Moves the words of a console command to `console_`, because CLI11 would parse the options
+  /// among them.
+  std::vector<std::string> WordsForParser(std::span<const char* const> rest) {
+    std::vector<std::string> words;
+    const CLI::App* command = &app_;
+    for (; !rest.empty() && !IsEndOfOptions(*command, rest.front()); rest = rest.subspan(1)) {
+      const std::string word = rest.front();
+      const std::size_t nameEnd = word.find('=');
+      if (!HasValue(*command, word.substr(0, nameEnd))) {
+        words.push_back(word);
+        command = SubcommandOrSelf(*command, word);
+      } else if (nameEnd != std::string::npos) {
+        words.push_back(word.substr(0, nameEnd));
+        words.push_back(word.substr(nameEnd + 1));
+      } else {
+        words.push_back(word);
+        if (rest.size() == 1) continue;
+        rest = rest.subspan(1);
+        words.emplace_back(rest.front());
       }
-      request_ = console_;
-    });
+    }
+    if (command == consoleCommand_) {
+      SetConsoleLine(rest);
+    } else {
+      words.insert(words.end(), rest.begin(), rest.end());
+    }
+    std::ranges::reverse(words);
+    return words;
+  }
+
+  /// Returns whether neither `word` nor the words after it are options of `command`.
+  bool IsEndOfOptions(const CLI::App& command, std::string_view word) const {
+    return word == "--" || (&command == consoleCommand_ && !word.starts_with('-'));
+  }
+
+  void SetConsoleLine(std::span<const char* const> words) {
+    if (!words.empty() && words.front() == std::string_view("--")) words = words.subspan(1);
+    for (const char* const word : words) {
+      if (!console_.line.empty()) console_.line += ' ';
+      console_.line += word;
+    }
   }
 
   Answer AnswerTo(const CLI::ParseError& error) {
@@ -220,13 +308,21 @@ class CommandLine {
     std::ostringstream problem;
     const bool isError = app_.exit(error, output, problem) != 0;
     if (!isError) return {output.str(), false};
-    const CLI::App& command = ParsedCommand();
-    const bool isCommandMissing =
-        command.get_require_subcommand_min() > 0 && command.get_subcommands().empty() &&
-        error.get_exit_code() == static_cast<int>(CLI::ExitCodes::RequiredError);
-    return {(isCommandMissing ? MissingCommandMessage(command) : std::string(error.what())) +
-                ". Run '" + FullName(command) + " --help' for usage.",
+    return {ErrorMessage(error) + ". Run '" + FullName(ParsedCommand()) + " --help' for usage.",
             true};
+  }
+
+  std::string ErrorMessage(const CLI::ParseError& error) const {
+    const CLI::App& command = ParsedCommand();
+    switch (static_cast<CLI::ExitCodes>(error.get_exit_code())) {
+      case CLI::ExitCodes::ExtrasError:
+        return UnexpectedWordsMessage(app_);
+      case CLI::ExitCodes::RequiredError:
+        if (command.get_require_subcommand_min() > 0) return MissingCommandMessage(command);
+        return error.what();
+      default:
+        return error.what();
+    }
   }
 
   /// Returns the innermost command that the parser recognised.
@@ -244,12 +340,14 @@ class CommandLine {
   StateShowArguments stateShow_;
   StateResetArguments stateReset_;
   ConsoleArguments console_;
+  const CLI::App* consoleCommand_ = nullptr;
 };
 
 }  // namespace
 
 Request ParseArguments(int argc, const char* const* argv) {
-  return CommandLine().Parse(argc, argv);
+  const std::span words(argv, static_cast<std::size_t>(argc));
+  return CommandLine().Parse(words.subspan(words.empty() ? 0 : 1));
 }
 
 }  // namespace hosts::console

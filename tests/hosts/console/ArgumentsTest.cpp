@@ -83,6 +83,38 @@ TEST(Arguments, StatusRateAndStateReadTheirOptions) {
 
 TEST(Arguments, AnEmptyStateIsNotTheDefault) {
   EXPECT_EQ("", ParseAs<StateShowArguments>({"state", "show", "--state", ""}).state);
+  EXPECT_EQ("", ParseAs<StateShowArguments>({"state", "show", "--state="}).state);
+}
+
+TEST(Arguments, AnEmptyValueIsNotTheNextWord) {
+  const auto show = ParseAs<ShowArguments>({"show", "--state=", "d", "--host=", "--only-new"});
+  EXPECT_EQ("", show.sources.state);
+  EXPECT_EQ("d", show.sources.data);
+  EXPECT_EQ("", show.sources.host);
+  EXPECT_TRUE(show.options.Has(ornwhatsnew::kShowOnlyNew));
+}
+
+TEST(Arguments, AValueMayLookLikeAnOption) {
+  const auto show = ParseAs<ShowArguments>({"show", "--state", "--host=", "--host=--a=b", "d"});
+  EXPECT_EQ("--host=", show.sources.state);
+  EXPECT_EQ("--a=b", show.sources.host);
+  EXPECT_EQ("d", show.sources.data);
+}
+
+TEST(Arguments, WordsAfterTwoDashesAreNoOptions) {
+  const auto rate = ParseAs<RateArguments>({"rate", "--host", "h", "--", "--state=", "-d"});
+  EXPECT_EQ("--state=", rate.key);
+  EXPECT_EQ("-d", rate.sources.data);
+  EXPECT_FALSE(rate.sources.state.has_value());
+}
+
+TEST(Arguments, WidthIsADecimalNumber) {
+  const auto width = [](const char* word) {
+    return ParseAs<ShowArguments>({"show", "d", "--host", "h", "--width", word}).width;
+  };
+  EXPECT_EQ(10U, width("010"));
+  EXPECT_EQ(0U, width("0"));
+  EXPECT_EQ(100'000U, width("100000"));
 }
 
 TEST(Arguments, ConsoleJoinsAllWordsAfterItsOptions) {
@@ -91,6 +123,13 @@ TEST(Arguments, ConsoleJoinsAllWordsAfterItsOptions) {
   EXPECT_EQ("h", console.host);
   EXPECT_EQ("ValidateWhatsNew --my file.csv --host x", console.line);
   EXPECT_EQ("", ParseAs<ConsoleArguments>({"console"}).line);
+}
+
+TEST(Arguments, ConsoleSkipsTwoDashesBeforeTheCommand) {
+  EXPECT_EQ("help", ParseAs<ConsoleArguments>({"console", "--", "help"}).line);
+  EXPECT_EQ("--host -- x", ParseAs<ConsoleArguments>({"console", "--", "--host", "--", "x"}).line);
+  EXPECT_EQ("help --", ParseAs<ConsoleArguments>({"console", "--host=h", "help", "--"}).line);
+  EXPECT_EQ("", ParseAs<ConsoleArguments>({"console", "--"}).line);
 }
 
 TEST(Arguments, HelpAndVersionAreTextToPrint) {
@@ -144,6 +183,31 @@ TEST(Arguments, NameAnUnknownCommandOrOption) {
 TEST(Arguments, ReportAMissingCommand) {
   EXPECT_EQ("no command given. Run 'ornwhatsnew --help' for usage.", ErrorOf({}));
   EXPECT_EQ("no command given. Run 'ornwhatsnew state --help' for usage.", ErrorOf({"state"}));
+}
+
+TEST(Arguments, ListUnexpectedWordsInTheirOrder) {
+  EXPECT_EQ("unexpected arguments 'b' 'c' 'd'. Run 'ornwhatsnew show --help' for usage.",
+            ErrorOf({"show", "a", "b", "c", "d", "--host", "h"}));
+  EXPECT_EQ("unexpected argument 'x'. Run 'ornwhatsnew state reset --help' for usage.",
+            ErrorOf({"state", "reset", "x"}));
+  EXPECT_EQ("unexpected arguments 'b' '--host'. Run 'ornwhatsnew show --help' for usage.",
+            ErrorOf({"show", "--host", "h", "--", "a", "b", "--host"}));
+}
+
+TEST(Arguments, NameAnUnknownOptionOfACommand) {
+  EXPECT_EQ("unknown option '--frob'. Run 'ornwhatsnew show --help' for usage.",
+            ErrorOf({"show", "d", "--host", "h", "--frob"}));
+  EXPECT_EQ("unknown option '--frob=x'. Run 'ornwhatsnew console --help' for usage.",
+            ErrorOf({"console", "--frob=x", "help"}));
+}
+
+TEST(Arguments, NameAnInvalidWidth) {
+  for (const std::string word :
+       {"0x10", "-1", "+5", " 5", "5 ", "1e2", "5.0", "", "100001", "99999999999999999999999"}) {
+    EXPECT_EQ("--width: '" + word +
+                  "' is not a number from 0 to 100000. Run 'ornwhatsnew show --help' for usage.",
+              ErrorOf({"show", "d", "--host", "h", "--width", word.c_str()}));
+  }
 }
 
 TEST(Arguments, ErrorsMentionTheHelpOfTheirCommand) {

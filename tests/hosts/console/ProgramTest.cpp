@@ -338,8 +338,9 @@ TEST_F(ConsoleTest, RunsACommandFromTheArguments) {
 }
 
 TEST_F(ConsoleTest, ListsTheCommands) {
-  EXPECT_EQ(std::string(kValidateUsage) + "help - List the commands\n",
-            OutputOf({"console", "help"}));
+  const std::string list = std::string(kValidateUsage) + "help - List the commands\n";
+  EXPECT_EQ(list, OutputOf({"console", "help"}));
+  EXPECT_EQ(list, OutputOf({"console", "--", "help"}));
 }
 
 TEST_F(ConsoleTest, RunsTheLinesOfStandardInput) {
