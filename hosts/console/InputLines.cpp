@@ -5,8 +5,10 @@
 #include <system_error>
 #include <utility>
 
+#include <poll.h>
 #include <unistd.h>
 
+#include "hosts/console/StandardStreams.h"
 #include "hosts/console/ToolError.h"
 
 namespace hosts::console {
@@ -32,7 +34,7 @@ bool InputLines::ReadMore() {
   ssize_t count = -1;
   do {
     count = ::read(STDIN_FILENO, block.data(), block.size());
-  } while (count < 0 && errno == EINTR);
+  } while (count < 0 && ShouldRepeat(errno, STDIN_FILENO, POLLIN));
   if (count < 0) {
     throw ToolError(ExitStatus::kInput,
                     "cannot read standard input: " + std::generic_category().message(errno));

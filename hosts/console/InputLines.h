@@ -13,7 +13,8 @@ namespace hosts::console {
 class InputLines {
  public:
   /// Returns the next line without its newline, or `std::nullopt` at the end of the input. The last
-  /// line need not end with a newline. Throws `ToolError` if standard input cannot be read.
+  /// line need not end with a newline. If standard input is non-blocking, waits for more bytes.
+  /// Throws `ToolError` if standard input cannot be read.
   std::optional<std::string> Next();
 
  private:

@@ -5,6 +5,7 @@
 #include <string>
 #include <system_error>
 
+#include <poll.h>
 #include <sys/ioctl.h>
 #include <unistd.h>
 
@@ -20,11 +21,23 @@ constexpr std::size_t kUnknownTerminalWidth = 80;
 int WriteAll(int descriptor, std::string_view text) {
   while (!text.empty()) {
     const ssize_t written = ::write(descriptor, text.data(), text.size());
-    if (written < 0 && errno == EINTR) continue;
+    if (written < 0 && ShouldRepeat(errno, descriptor, POLLOUT)) continue;
     if (written < 0) return errno;
     text.remove_prefix(static_cast<std::size_t>(written));
   }
   return 0;
+}
+
+/// Waits until one of the `events` of poll(2), an error or the end of the stream occurs. A negative
+/// `timeout` waits without a limit. Returns false if none occurs within `timeout` milliseconds or
+/// if poll(2) fails.
+bool WaitForEvent(int descriptor, short events, int timeout) {
+  pollfd polled = {descriptor, events, 0};
+  int count = -1;
+  do {
+    count = ::poll(&polled, 1, timeout);
+  } while (count < 0 && errno == EINTR);
+  return count > 0;
 }
 
 /// Returns the value of the environment variable, or an empty string if it is not set.
@@ -56,6 +69,12 @@ void WriteOutput(std::string_view text, std::string_view outcome) {
   throw ToolError(ExitStatus::kOutput,
                   "cannot write standard output: " + std::generic_category().message(error) +
                       (outcome.empty() ? "" : "; ") + std::string(outcome));
+}
+
+bool ShouldRepeat(int error, int descriptor, short events) {
+  if (error == EINTR) return true;
+  constexpr int kNoLimit = -1;
+  return error == EAGAIN && WaitForEvent(descriptor, events, kNoLimit);
 }
 
 void ReportError(std::string_view message) {

@@ -11,14 +11,21 @@
 
 namespace hosts::console {
 
-/// Writes `text` unchanged to standard output. Throws `ToolError` on failure. The error message
-/// ends with `outcome`, a clause that says what was or was not stored. If standard output is a pipe
-/// that its reader has closed, the error message is empty.
+/// Writes `text` unchanged to standard output. If standard output is non-blocking, waits until it
+/// accepts more bytes. Throws `ToolError` on failure. The error message ends with `outcome`, a
+/// clause that says what was or was not stored. If standard output is a pipe that its reader has
+/// closed, the error message is empty.
 void WriteOutput(std::string_view text, std::string_view outcome = {});
 
 /// Writes "ornwhatsnew: " and `message` as one line to standard error. Makes `message` safe for a
 /// terminal first. Ignores write errors.
 void ReportError(std::string_view message);
+
+/// Returns whether to repeat a read or a write that failed with the error number `error`. Returns
+/// true if a signal interrupted the call. If the file descriptor is non-blocking and was not ready,
+/// waits for the `events` of poll(2), and then returns true. Another program can make the standard
+/// streams of this program non-blocking, for example if both use one terminal.
+bool ShouldRepeat(int error, int descriptor, short events);
 
 /// Returns whether both standard input and standard output are terminals.
 bool IsInteractive();

@@ -6,11 +6,13 @@
 #include <string>
 #include <vector>
 
+#include <fcntl.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <signal.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include "hosts/common/FileLock.h"
 #include "hosts/common/PrivateFolder.h"
@@ -83,6 +85,7 @@ TEST_F(ProgramFaultTest, ReportsUnreadableDataFiles) {
   const std::string pipe = folder_.Path() / "pipe";
   ASSERT_EQ(0, ::mkfifo(pipe.c_str(), 0600));
   ExpectUnreadableData(pipe, "not a regular file");
+  ExpectUnreadableData("/dev/stdin", "not a regular file");  // standard input is a pipe
   std::filesystem::create_symlink("loop", folder_.Path() / "loop");
   ExpectUnreadableData(folder_.Path() / "loop", "symbolic links");
   ExpectUnreadableData("", "cannot open '': No such file");
@@ -245,6 +248,41 @@ TEST_F(ProgramFaultTest, AClosedPipePrintsNoError) {
     EXPECT_THAT(result.errors, IsEmpty());
     EXPECT_FALSE(std::filesystem::exists(StateFile()));
   }
+}
+
+TEST_F(ProgramFaultTest, WritesTheWholePanelToANonBlockingPipe) {
+  std::string rows;  // for a panel that does not fit into the buffer of a pipe
+  for (int i = 0; i < 20'000; ++i) {
+    rows += "25.1,EPIC-7,,,,,,,,Change " + std::to_string(i) + std::string(50, '.') + "\n";
+  }
+  WriteData(rows);
+  const std::string panel = OutputOf({"show", "{data}", "{host}"});
+  ProgramCall call = Call({"show", "{data}", "{host}"});
+  call.beforeStart = [] { ::fcntl(STDOUT_FILENO, F_SETFL, O_NONBLOCK); };
+  const ProgramResult result = RunProgram(ProgramFile(), call);
+  EXPECT_EQ(0, result.exitStatus);
+  EXPECT_THAT(result.errors, IsEmpty());
+  EXPECT_TRUE(panel == result.output) << result.output.size() << " bytes";
+}
+
+TEST_F(ProgramFaultTest, WaitsForTheLinesOfANonBlockingPipe) {
+  ProgramCall call = Call({"console"});
+  call.beforeStart = [] {
+    int ends[2];
+    if (::pipe2(ends, O_NONBLOCK) != 0) ::_exit(99);
+    ::dup2(ends[0], STDIN_FILENO);
+    if (::fork() == 0) {
+      // Write the line after the program has found the pipe empty.
+      ::usleep(200'000);
+      ::_exit(::write(ends[1], "help\n", 5) == 5 ? 0 : 1);
+    }
+    ::close(ends[0]);
+    ::close(ends[1]);
+  };
+  const ProgramResult result = RunProgram(ProgramFile(), call);
+  EXPECT_EQ(0, result.exitStatus);
+  EXPECT_THAT(result.errors, IsEmpty());
+  EXPECT_THAT(result.output, HasSubstr("help - List the commands\n"));
 }
 
 }  // namespace
