@@ -204,6 +204,7 @@ class CommandLine {
     AddFlag(command, kOnlyNewFlag, show_.options);
     AddFilters(command, show_.options);
     AddFlag(command, kRatingFlag, show_.options);
+    command.add_flag("--no-remember", show_.storesNothing, "Do not store what is shown as seen");
     AddFormat(command, show_.format);
     AddChoice(command, "--color", kColorModes, show_.color,
               "Use colours and links: auto (default), always or never.\n"

@@ -31,6 +31,7 @@ struct ShowArguments {
   OutputFormat format = OutputFormat::kText;
   ColorMode color = ColorMode::kAuto;
   std::optional<std::size_t> width;  ///< in columns; 0: no wrapping; absent: the terminal's width
+  bool storesNothing = false;        ///< true: do not store the shown content as seen
 };
 
 struct StatusArguments {
@@ -59,7 +60,8 @@ struct ConsoleArguments {
   std::string line;                           ///< empty: read lines from standard input
 };
 
-/// Prints the panel, and then stores its content as seen. Stores nothing if the output fails.
+/// Prints the panel, and then stores its content as seen. Stores nothing if the output fails, or if
+/// the reader of the output closes it early.
 ExitStatus Run(const ShowArguments& arguments);
 /// Prints whether anything is new or can be rated. Stores nothing.
 ExitStatus Run(const StatusArguments& arguments);

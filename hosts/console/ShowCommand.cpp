@@ -1,5 +1,6 @@
 #include <memory>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include <nlohmann/json.hpp>
@@ -47,8 +48,15 @@ ExitStatus Run(const ShowArguments& arguments) {
       LoadWhatsNew(arguments.sources.data, store.Getter(), store.Setter());
   const std::string output = arguments.format == OutputFormat::kJson ? RenderJson(*list, arguments)
                                                                      : RenderText(*list, arguments);
-  // Commit after printing, because only a printed panel counts as seen.
-  WriteOutput(output, "nothing was stored");
+  if (arguments.storesNothing) {
+    WriteOutput(output);
+    return ExitStatus::kDone;
+  }
+  // Commit after printing, because only a printed panel counts as seen. A pipe stores a short panel
+  // even if its reader ends without reading, so printing alone does not show that it was read.
+  constexpr std::string_view kOutcome = "nothing was stored";
+  WriteOutput(output, kOutcome);
+  RequireReader(kOutcome);
   store.Commit();
   return ExitStatus::kDone;
 }

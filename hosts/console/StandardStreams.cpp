@@ -7,6 +7,7 @@
 
 #include <poll.h>
 #include <sys/ioctl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include "hosts/console/TerminalText.h"
@@ -15,6 +16,8 @@ namespace hosts::console {
 namespace {
 
 constexpr std::size_t kUnknownTerminalWidth = 80;
+// In milliseconds. On an idle machine, 20 ms were enough for 200 of 200 readers that end early.
+constexpr int kReaderPatience = 100;
 
 /// Writes all of `text` to the file descriptor. Returns 0 on success and the value of errno on
 /// failure.
@@ -40,6 +43,23 @@ bool WaitForEvent(int descriptor, short events, int timeout) {
   return count > 0;
 }
 
+bool IsPipe(int descriptor) {
+  struct stat status {};
+  return ::fstat(descriptor, &status) == 0 && S_ISFIFO(status.st_mode);
+}
+
+[[noreturn]] void ThrowOutputError(int error, std::string_view outcome) {
+  const bool isClosed = error == EPIPE;
+  // Print no message if nothing was or should have been stored, because programs such as `head`
+  // close the pipe when they have read enough.
+  if (isClosed && outcome.empty()) throw ToolError(ExitStatus::kOutput, "");
+  const std::string reason =
+      isClosed ? "the reader has closed standard output"
+               : "cannot write standard output: " + std::generic_category().message(error);
+  throw ToolError(ExitStatus::kOutput,
+                  reason + (outcome.empty() ? "" : "; ") + std::string(outcome));
+}
+
 /// Returns the value of the environment variable, or an empty string if it is not set.
 std::string_view EnvironmentValue(const char* variable) {
   const char* const value = std::getenv(variable);
@@ -63,12 +83,13 @@ std::size_t OutputWidth() {
 
 void WriteOutput(std::string_view text, std::string_view outcome) {
   const int error = WriteAll(STDOUT_FILENO, text);
-  if (error == 0) return;
-  // Print no message, because programs such as `head` close the pipe when they have read enough.
-  if (error == EPIPE) throw ToolError(ExitStatus::kOutput, "");
-  throw ToolError(ExitStatus::kOutput,
-                  "cannot write standard output: " + std::generic_category().message(error) +
-                      (outcome.empty() ? "" : "; ") + std::string(outcome));
+  if (error != 0) ThrowOutputError(error, outcome);
+}
+
+void RequireReader(std::string_view outcome) {
+  // Wait for no events. Even then, poll() reports that the pipe has no reader.
+  const bool isClosed = IsPipe(STDOUT_FILENO) && WaitForEvent(STDOUT_FILENO, 0, kReaderPatience);
+  if (isClosed) ThrowOutputError(EPIPE, outcome);
 }
 
 bool ShouldRepeat(int error, int descriptor, short events) {

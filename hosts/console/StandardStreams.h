@@ -13,9 +13,14 @@ namespace hosts::console {
 
 /// Writes `text` unchanged to standard output. If standard output is non-blocking, waits until it
 /// accepts more bytes. Throws `ToolError` on failure. The error message ends with `outcome`, a
-/// clause that says what was or was not stored. If standard output is a pipe that its reader has
-/// closed, the error message is empty.
+/// clause that says what was or was not stored. If `outcome` is empty and standard output is a pipe
+/// that its reader has closed, the error message is empty. REQUIRES: the process ignores SIGPIPE.
 void WriteOutput(std::string_view text, std::string_view outcome = {});
+
+/// If standard output is a pipe, waits 100 ms, so that a reader that ends early, such as `head`,
+/// can close the pipe. Throws the `ToolError` that `WriteOutput` throws for a closed pipe if the
+/// reader closes it. Returns if the pipe is still open, because its reader may be a pager.
+void RequireReader(std::string_view outcome);
 
 /// Writes "ornwhatsnew: " and `message` as one line to standard error. Makes `message` safe for a
 /// terminal first. Ignores write errors.

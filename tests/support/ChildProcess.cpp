@@ -171,6 +171,12 @@ void ChildProcess::Kill() {
   ::kill(process_, SIGKILL);
 }
 
+std::string ChildProcess::ReadOutput() {
+  std::string output;
+  while (output.empty() && ReadSome(output_, output)) continue;
+  return output;
+}
+
 void ChildProcess::CloseOutput() {
   CloseAndForget(output_);
 }

@@ -55,6 +55,11 @@ class ChildProcess {
   /// Sends SIGKILL to the program and returns without waiting for its end.
   void Kill();
 
+  /// Waits until the program writes to its standard output, and returns the bytes that it has
+  /// written. Returns an empty string at the end of the output. `Wait` does not return these bytes
+  /// again.
+  std::string ReadOutput();
+
   /// Closes the reading end of the program's standard output, like a pager that exits.
   void CloseOutput();
 

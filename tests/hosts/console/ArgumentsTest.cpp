@@ -117,6 +117,11 @@ TEST(Arguments, WidthIsADecimalNumber) {
   EXPECT_EQ(100'000U, width("100000"));
 }
 
+TEST(Arguments, ShowStoresNothingWithNoRemember) {
+  EXPECT_FALSE(ParseAs<ShowArguments>({"show", "d", "--host", "h"}).storesNothing);
+  EXPECT_TRUE(ParseAs<ShowArguments>({"show", "d", "--host", "h", "--no-remember"}).storesNothing);
+}
+
 TEST(Arguments, ConsoleJoinsAllWordsAfterItsOptions) {
   const auto console = ParseAs<ConsoleArguments>(
       {"console", "--host", "h", "ValidateWhatsNew", "--my", "file.csv", "--host", "x"});

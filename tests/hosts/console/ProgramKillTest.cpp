@@ -18,8 +18,10 @@
 #include <thread>
 #include <vector>
 
+#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <ornwhatsnew/utility/PersistedList.h>
+#include <unistd.h>
 
 #include "hosts/common/StateStore.h"
 #include "tests/hosts/console/ProgramFixture.h"
@@ -29,6 +31,7 @@ namespace {
 
 using common::StateStore;
 using test_support::ChildProcess;
+using test_support::ProgramCall;
 using Elements = std::set<std::string>;
 
 constexpr unsigned kSeed = 90'210;
@@ -73,8 +76,20 @@ class ProgramKillTest : public ProgramTest {
     const auto total = std::chrono::steady_clock::now() - begin;
     runTime_ = std::chrono::duration_cast<std::chrono::microseconds>(total) / kHosts;
     const std::filesystem::path file = folder_.Path() / "rated.state.json";
-    OutputOf(RateWords(editions_.front(), file));
+    RunWithoutReader(RateWords(editions_.front(), file));
     rated_ = ElementsOf(StateStore(file), common::kAllSeenItemsKey);
+  }
+
+  /// Returns a call whose standard output is no pipe. `show` waits for the reader of a pipe, so
+  /// that most kills would reach it while it waits.
+  ProgramCall CallWithoutReader(const std::vector<std::string>& words) const {
+    ProgramCall call = Call(words);
+    call.beforeStart = [] { ::dup2(::open("/dev/null", O_WRONLY), STDOUT_FILENO); };
+    return call;
+  }
+
+  void RunWithoutReader(const std::vector<std::string>& words) const {
+    EXPECT_EQ(0, RunProgram(ProgramFile(), CallWithoutReader(words)).exitStatus);
   }
 
   Edition MakeEdition(int number) const {
@@ -88,7 +103,7 @@ class ProgramKillTest : public ProgramTest {
     std::filesystem::rename(DataFile(), edition.data);
     std::filesystem::rename(HostFile(), edition.host);
     const std::filesystem::path file = folder_.Path() / (name + ".state.json");
-    OutputOf(ShowWords(edition, file));
+    RunWithoutReader(ShowWords(edition, file));
     edition.shown = ElementsOf(StateStore(file), common::kAllSeenItemsKey);
     return edition;
   }
@@ -108,11 +123,11 @@ class ProgramKillTest : public ProgramTest {
   Processes StartPrograms(const std::filesystem::path& store, const Edition& rating) const {
     Processes processes;
     for (const Edition& edition : editions_) {
-      processes.push_back(
-          std::make_unique<ChildProcess>(ProgramFile(), Call(ShowWords(edition, store))));
+      processes.push_back(std::make_unique<ChildProcess>(
+          ProgramFile(), CallWithoutReader(ShowWords(edition, store))));
     }
     processes.push_back(
-        std::make_unique<ChildProcess>(ProgramFile(), Call(RateWords(rating, store))));
+        std::make_unique<ChildProcess>(ProgramFile(), CallWithoutReader(RateWords(rating, store))));
     return processes;
   }
 

@@ -106,6 +106,24 @@ TEST_F(ShowTest, TheMemoryStoreCreatesNoFile) {
   EXPECT_THAT(OutputOf({"show", "{data}", "{host}", "--only-new"}), HasSubstr("Twice as fast"));
 }
 
+TEST_F(ShowTest, NoRememberStoresNothing) {
+  const std::string panel = OutputOf({"show", "{data}", "{host}"});
+  const std::string state = OutputOf({"state", "show"});
+  WriteData("25.1,EPIC-8,,,,,,,,Menus are dark\n");
+  const std::vector<std::string> look = {"show", "{data}", "{host}", "--only-new", "--no-remember"};
+  const std::string onlyNew = OutputOf(look);
+  EXPECT_THAT(onlyNew,
+              AllOf(HasSubstr("since last opened in v25.1.0.42"), HasSubstr("Menus are dark")));
+  EXPECT_EQ(onlyNew, OutputOf(look));
+  EXPECT_EQ(state, OutputOf({"state", "show"}));
+}
+
+TEST_F(ShowTest, NoRememberCreatesNoStore) {
+  EXPECT_THAT(OutputOf({"show", "{data}", "{host}", "--no-remember", "--format", "json"}),
+              HasSubstr("Twice as fast"));
+  EXPECT_FALSE(std::filesystem::exists(folder_.Path() / "state"));
+}
+
 TEST_F(ShowTest, TheStateOptionSelectsTheStore) {
   const std::string file = folder_.Path() / "other.json";
   OutputOf({"show", "{data}", "{host}", "--state", file});

@@ -59,6 +59,7 @@ done
 
 expect 'show state status' s
 expect '--state' show --st
+expect '--no-remember' show --no
 expect 'host.json what is new.csv' show ''
 expect 'what is new.csv' show --only-new w
 expect 'host.json' show --host h
