@@ -250,9 +250,11 @@ class CommandLine {
     AddHost(command, console_.host);
     command.footer(
         "All words after the options are one console command:\n"
-        "  ornwhatsnew console ValidateWhatsNew FILE\n"
+        "  ornwhatsnew console help\n"
         "Without a command, each line of standard input is one command.\n"
-        "The command 'help' lists the console commands.");
+        "The command 'help' lists the console commands.\n"
+        "ValidateWhatsNew always succeeds, even if it cannot read the file.\n"
+        "A script cannot use it to check a file.");
     consoleCommand_ = &command;
   }
 

@@ -428,6 +428,20 @@ TEST_F(HelpTest, ListsCommandsAndExitStatus) {
   EXPECT_THAT(OutputOf({"--version"}), StartsWith("ornwhatsnew "));
 }
 
+TEST_F(HelpTest, DoesNotOfferValidateWhatsNewAsACheck) {
+  // The command succeeds whether or not the application could read the file.
+  const std::string utf16 = folder_.Write("utf16.csv", std::string("\xFF\xFE"
+                                                                   "A\0\n\0",
+                                                                   6));
+  for (const std::string& file : {std::string("/nowhere.csv"), folder_.Path().native(), utf16,
+                                  DataFile().native() + " " + DataFile().native()}) {
+    EXPECT_EQ(0, Run({"console", "ValidateWhatsNew", file}).exitStatus) << file;
+  }
+  EXPECT_THAT(OutputOf({"console", "--help"}),
+              AllOf(Not(HasSubstr("ValidateWhatsNew FILE")),
+                    HasSubstr("ValidateWhatsNew always succeeds, even if")));
+}
+
 TEST_F(HelpTest, AnInvalidCommandLineIsAnError) {
   const ProgramResult result = Run({"show", "--nonsense\x1B[31m"});
   EXPECT_EQ(2, result.exitStatus);
