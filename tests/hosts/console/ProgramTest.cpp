@@ -124,6 +124,16 @@ TEST_F(ShowTest, NoRememberCreatesNoStore) {
   EXPECT_FALSE(std::filesystem::exists(folder_.Path() / "state"));
 }
 
+TEST_F(ShowTest, WritesUTF8InEveryLocale) {
+  const std::string panel = OutputOf({"show", "{data}", "{host}", "--no-remember"});
+  EXPECT_THAT(panel, HasSubstr("\u2022"));
+  for (const char* const locale : {"C", "C.UTF-8", "de_DE.ISO-8859-1"}) {
+    ProgramCall call = Call({"show", "{data}", "{host}", "--no-remember"});
+    call.environment["LC_ALL"] = locale;
+    EXPECT_EQ(panel, RunProgram(ProgramFile(), call).output) << locale;
+  }
+}
+
 TEST_F(ShowTest, TheStateOptionSelectsTheStore) {
   const std::string file = folder_.Path() / "other.json";
   OutputOf({"show", "{data}", "{host}", "--state", file});
