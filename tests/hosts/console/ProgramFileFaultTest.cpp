@@ -30,6 +30,7 @@ using testing::AllOf;
 using testing::AnyOf;
 using testing::HasSubstr;
 using testing::IsEmpty;
+using testing::Not;
 using testing::StartsWith;
 
 constexpr uid_t kNobody = 65534;
@@ -135,6 +136,21 @@ TEST_F(ProgramFileFaultTest, RejectsFilesWithoutPermission) {
   ExpectRejected(CommandsWithHost(file), 3, file, true);
   ExpectRejected(CommandsWithState(file), 4, file, true);
   EXPECT_THAT(Validate(file, true), FailsWith(EACCES));
+}
+
+TEST_F(ProgramFileFaultTest, AStoreThatCannotBeReadIsNotReportedAsNotWritable) {
+  OpenFolder();
+  const std::string file = folder_.Write("secret", "");
+  std::filesystem::permissions(file, std::filesystem::perms{0200});
+  for (const std::vector<std::string>& words :
+       {std::vector<std::string>{"state", "show", "--state", file},
+        {"status", "{data}", "{host}", "--state", file}}) {
+    ProgramCall call = Call(words);
+    call.beforeStart = BecomeNobody;
+    const ProgramResult result = test_support::RunProgram(ProgramFile(), call);
+    EXPECT_EQ(4, result.exitStatus);
+    EXPECT_THAT(result.errors, AllOf(HasSubstr(file), Not(HasSubstr("for writing"))));
+  }
 }
 
 TEST_F(ProgramFileFaultTest, RejectsFilesInAFolderWithoutPermission) {
