@@ -13,7 +13,8 @@
 contributor_stages=(scripts format includes release tidy-changed)
 ci_stages=(scripts format includes docs release headers windows static package sanitize thread tidy
   cppcheck)
-release_stages=("${ci_stages[@]}" tidy-tests valgrind growth fuzz kills mutation coverage)
+release_stages=("${ci_stages[@]}" tidy-tests valgrind growth fuzz kills robustness
+  mutation coverage)
 
 stage_title() {
   case $1 in
@@ -36,6 +37,7 @@ stage_title() {
     growth) echo "callgrind: instructions grow linearly" ;;
     fuzz) echo "every fuzzer for 30 minutes" ;;
     kills) echo "10,000 killed writers lose no data" ;;
+    robustness) echo "failing system calls, kills, damaged stores" ;;
     mutation) echo "mutation testing for 30 minutes" ;;
     coverage) echo "coverage report" ;;
     *) return 1 ;;

@@ -15,6 +15,7 @@ check_packages=(
   clang libclang-rt-dev clang-format clang-tidy cppcheck shellcheck git gcovr
   debootstrap g++-mingw-w64-x86-64-posix python3
 )
+robustness_packages=(python3 strace)
 picture_packages=(aha chromium fonts-dejavu-core fonts-wqy-microhei)
 
 packages_for() {
@@ -27,6 +28,7 @@ packages_for() {
       printf '%s\n' "${build_packages[@]}" "${bench_packages[@]}" "${package_packages[@]}" \
         "${docs_packages[@]}" "${check_packages[@]}"
       ;;
+    robustness) printf '%s\n' "${build_packages[@]}" "${robustness_packages[@]}" ;;
     picture) printf '%s\n' "${build_packages[@]}" "${picture_packages[@]}" ;;
   esac
 }

@@ -1,6 +1,7 @@
 # shellcheck shell=bash
 
-# Part of ./dev: measures coverage, runs mutation testing, and runs the tests that kill programs.
+# Part of ./dev: measures coverage, runs mutation testing, runs the tests that kill programs, and runs
+# the program in adverse conditions.
 
 # The coverage report includes only these folders, which contain no tests.
 measured_folders=(orncore ornappsupport ornui ornwhatsnew hosts)
@@ -66,7 +67,17 @@ kill_in() {
   printf '%-17s %s\n' "$suite" "$(grep -E '^[0-9]+ killed, ' "$log")"
 }
 
+# Runs the program in adverse conditions. Run './dev robustness --help' for the options.
+command_robustness() {
+  ensure_packages robustness
+  configure release
+  say "Building the program and its tests in build/release"
+  build release --target ornwhatsnew_program hosts_console_tests
+  nice -n 10 python3 tests/hosts/robustness/run.py "$@"
+}
+
 # The following functions are stages of ./dev check --release.
 stage_kills() { command_kills 10000; }
+stage_robustness() { command_robustness --seed 1; }
 stage_mutation() { command_mutation --fresh --minutes 30; }
 stage_coverage() { measure_coverage --fail-under-line 95; }

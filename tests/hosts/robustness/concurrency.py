@@ -1,0 +1,82 @@
+"""Runs several programs on one store at the same time and checks that no state is lost."""
+
+import json
+import random
+
+from program import DONE, EMPTY, Result, State, require, require_safe_text
+
+PROGRAMS = 8
+ROUNDS_PER_STORE = 8
+
+
+def merged(states):
+    """Returns the state of a store in which all `states` were stored, without the last version."""
+    return State("", frozenset().union(*(state.versions for state in states)),
+                 frozenset().union(*(state.seen for state in states)))
+
+
+class Rounds:
+    """Runs rounds of programs on a few stores."""
+
+    def __init__(self, program, folder, seed):
+        self._program = program
+        self._folder = folder
+        self._random = random.Random(seed)
+        # One program of each round rates a feature, and one reads the store. The others show
+        # editions that no earlier round of the store has shown.
+        self._shows = PROGRAMS - 2
+        self._editions = [program.edition(number)
+                          for number in range(self._shows * ROUNDS_PER_STORE)]
+        self._shown = [program.state_after(program.show(edition, folder / f"{index}.json"),
+                                           folder / f"{index}.json")
+                       for index, edition in enumerate(self._editions)]
+        store = folder / "rated.json"
+        self._rated = program.state_after(program.rate(self._editions[0], store), store)
+        self._expected = EMPTY
+        self._store = None
+
+    def run(self, number):
+        """Runs the round with this number. The rounds must run in their order."""
+        part = number % ROUNDS_PER_STORE
+        if part == 0:
+            self._store = self._folder / f"round {number}" / "state.json"
+            self._expected = EMPTY
+        begin = part * self._shows
+        indexes = range(begin, begin + self._shows)
+        before = self._expected
+        self._expected = merged([before, self._rated, *(self._shown[i] for i in indexes)])
+        shown = self._run_together(indexes)
+        self._require_partial_state(shown, before, indexes)
+        stored = self._program.state(self._store)
+        require(stored.versions == self._expected.versions
+                and stored.seen == self._expected.seen, f"lost or invented state: {stored}")
+        versions = {self._shown[i].last for i in indexes}
+        require(stored.last in versions, f"the last version is {stored.last}")
+
+    def _run_together(self, indexes):
+        """Runs the programs of a round. Returns the state that the reading program printed."""
+        program = self._program
+        words = [program.show(self._editions[i], self._store) for i in indexes]
+        words.append(program.rate(self._editions[0], self._store))
+        reading = [*program.show_state(None, self._store), "--format", "json"]
+        words.append(reading)
+        self._random.shuffle(words)
+        processes = [program.start(line) for line in words]
+        outputs = [process.communicate() for process in processes]
+        printed = None
+        for line, process, (output, errors) in zip(words, processes, outputs):
+            result = Result(process.returncode, require_safe_text(output),
+                            require_safe_text(errors))
+            require(result.status == DONE, f"{line[0]} failed", result)
+            if line is reading:
+                printed = json.loads(result.output)
+        return State(printed["lastVersionSeen"], frozenset(printed["versionsSeen"]),
+                     frozenset(printed["seenItems"]))
+
+    def _require_partial_state(self, state, before, indexes):
+        """Fails unless each display of a round is in `state` as a whole or not at all."""
+        stored = [self._shown[i] for i in indexes if self._shown[i].last in state.versions]
+        expected = merged([before, *stored])
+        require(state.versions == expected.versions, f"unknown versions: {state}")
+        require(state.seen - self._rated.seen == expected.seen - self._rated.seen,
+                f"a display is stored in part: {state}")

@@ -1,0 +1,129 @@
+"""Lets each system call of a command fail once, and kills the command at each system call.
+
+After each run, the store must contain the old state or the new state, and the next run of the
+command must succeed.
+"""
+
+import re
+from collections import Counter
+from typing import Callable, NamedTuple
+
+from program import DONE, EMPTY, UNWRITABLE_OUTPUT, content_of, copy_folder, require
+
+ERRORS = ("EIO", "ENOSPC", "EINTR", "EAGAIN")
+
+# An error of these calls says nothing about the program. strace itself calls `execve`. The C library
+# cannot continue if `exit_group` returns. `brk` returns an address and no error, so the C library
+# would take the injected error for an address.
+EXCLUDED = {"execve", "exit_group", "brk"}
+
+# glibc ends a program with SIGABRT if a call fails that cannot fail on Linux, such as futex(2) with
+# EIO. The dynamic linker ends a program with 127.
+STATUSES = {0, 1, 3, 4, 6, 127, -6}
+
+
+class Scenario(NamedTuple):
+    """A command and the store on which it runs. `template` is the folder of the store."""
+    name: str
+    words: Callable
+    edition: object
+    template: object
+
+
+def scenarios(program, folder):
+    """Returns every scenario. Creates the folders of their stores in `folder`."""
+    first, second = program.edition(1), program.edition(2)
+    template = folder / "template"
+    program.state_after(program.show(first, template / "state.json"), template / "state.json")
+    missing = folder / "missing"
+    return [Scenario("show", program.show, second, template),
+            Scenario("show, new store", program.show, second, missing),
+            Scenario("rate", program.rate, second, template),
+            Scenario("rate, new store", program.rate, second, missing),
+            Scenario("status", program.status, second, template),
+            Scenario("state reset", program.reset, second, template)]
+
+
+class Target:
+    """Runs one scenario in a folder, again and again, always from the same old state."""
+
+    def __init__(self, program, scenario, folder):
+        self._program = program
+        self._scenario = scenario
+        self._folder = folder / "store\x1b[0m"
+        self._store = self._folder / "state.json"
+        self._words = scenario.words(scenario.edition, self._store)
+        self._trace = folder / "trace"
+        self._restore()
+        self._old = program.state(self._store) if self._store.exists() else EMPTY
+        self._files = content_of(self._folder)
+        self._output = program.run(self._words, has_pipe=True).output
+        self._new = program.state(self._store)
+
+    def _restore(self):
+        copy_folder(self._scenario.template, self._folder)
+
+    def _run(self, *options):
+        self._restore()
+        prefix = ("strace", "-f", "-qq", "-o", str(self._trace), *options)
+        return self._program.run(self._words, prefix, has_pipe=True)
+
+    def calls(self):
+        """Returns the system calls of the command in their order: pairs of a name and a number."""
+        result = self._run()
+        require(result.status == DONE, "the command fails under strace", result)
+        names = re.findall(r"^\d+ +(\w+)\(", self._trace.read_text(errors="replace"), re.MULTILINE)
+        count = Counter()
+        calls = []
+        for name in names:
+            count[name] += 1
+            calls.append((name, count[name]))
+        return calls
+
+    def fail(self, name, number, error):
+        """Lets a call fail. Returns a name of the state after the run."""
+        result = self._run("-e", f"inject={name}:error={error}:when={number}")
+        require(result.status in STATUSES, "unexpected end", result)
+        if result.status == DONE:
+            require(result.output == self._output, "another output", result)
+        state = self._state_after(result)
+        require(state == self._new or result.status != DONE, "the command stored nothing", result)
+        if result.status == UNWRITABLE_OUTPUT and "; " in result.errors:
+            expected = self._old if "nothing was stored" in result.errors else self._new
+            require(state == expected, "the message about the state is wrong", result)
+        return self._name_of(state)
+
+    def kill(self, name, number):
+        """Kills the command when it makes a call. Returns a name of the state after the kill."""
+        result = self._run("-e", f"inject={name}:signal=SIGKILL:when={number}")
+        require(result.status == -9, "the command was not killed", result)
+        return self._name_of(self._state_after(result))
+
+    def _state_after(self, result):
+        state = self._program.state(self._store)
+        require(state in (self._old, self._new), f"neither the old nor the new state: {state}",
+                result)
+        if self._scenario.name == "status":
+            require(content_of(self._folder) == self._files, "status changed a file", result)
+        repeated = self._program.state_after(self._words, self._store)
+        require(repeated == self._new, "a second run does not reach the new state", result)
+        return state
+
+    def _name_of(self, state):
+        if self._old == self._new:
+            return "unchanged state"
+        return "new state" if state == self._new else "old state"
+
+
+def error_checks(calls):
+    """Returns a check for each injected error: a description and a function of a `Target`."""
+    return [(f"{name} number {number} fails with {error}",
+             lambda target, call=(name, number, error): target.fail(*call))
+            for name, number in calls if name not in EXCLUDED for error in ERRORS]
+
+
+def kill_checks(calls):
+    """Returns a check for each kill: a description and a function of a `Target`."""
+    return [(f"killed at {name} number {number}",
+             lambda target, call=(name, number): target.kill(*call))
+            for name, number in calls if (name, number) != ("execve", 1)]
