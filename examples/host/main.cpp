@@ -10,6 +10,7 @@
 #include <orncore/config/InitializerRegistrar.h>
 #include <orncore/console/CommandRegistry.h>
 #include <orncore/string/Conversion.h>
+#include <ornwhatsnew/SafeLink.h>
 #include <ornwhatsnew/WhatsNew.h>
 
 #include "Preferences.h"
@@ -51,13 +52,17 @@ std::string_view TextOf(const ornwhatsnew::StyleRun& run, std::string_view panel
 }
 
 // Shows the panel and stores that the user has seen its content. An application with windows would
-// convert the runs to fonts and links.
+// convert the runs to fonts and links, and open only safe links.
 void ShowPanel(ornwhatsnew::FeatureListData& list, ornwhatsnew::DisplayOptions options) {
   ornwhatsnew::StyleRunMap runs;
   const auto text = UTF16to8(list.GetFormattedTextForDisplay(options, u"", runs, nullptr));
   std::cout << text;
   for (const ornwhatsnew::StyleRun& title : runs[ornwhatsnew::kStyleFeatureTitle]) {
     std::cout << "[title] " << TextOf(title, text) << '\n';
+  }
+  for (const ornwhatsnew::StyleRun& link : runs[ornwhatsnew::kStyleHotSpot]) {
+    if (!ornwhatsnew::IsSafeLink(link.second)) continue;
+    std::cout << "[link] " << UTF16to8(link.second) << '\n';
   }
 }
 

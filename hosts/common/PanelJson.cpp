@@ -1,10 +1,12 @@
 #include "hosts/common/PanelJson.h"
 
 #include <cstdint>
+#include <set>
 #include <string>
 
 #include <orncore/string/Conversion.h>
 #include <ornwhatsnew/FeatureListItem.h>
+#include <ornwhatsnew/SafeLink.h>
 #include <nlohmann/json.hpp>
 
 namespace hosts::common {
@@ -60,10 +62,22 @@ json RatingItemsJson(const std::shared_ptr<const ornwhatsnew::RatingMap>& items)
   return object;
 }
 
+json SafeLinksJson(const ornwhatsnew::StyleRunMap& runs) {
+  std::set<std::string> links;
+  for (const auto& [style, styleRuns] : runs) {
+    for (const auto& [range, string] : styleRuns) {
+      if (ornwhatsnew::IsSafeLink(string)) links.insert(orncore::string::UTF16to8(string));
+    }
+  }
+  return links;
+}
+
 json PanelJson(std::u16string_view text, const ornwhatsnew::StyleRunMap& runs,
                const std::shared_ptr<const ornwhatsnew::RatingMap>& items) {
-  return {
-      {"text", TextJson(text)}, {"runs", RunsJson(runs)}, {"ratingItems", RatingItemsJson(items)}};
+  return {{"text", TextJson(text)},
+          {"runs", RunsJson(runs)},
+          {"safeLinks", SafeLinksJson(runs)},
+          {"ratingItems", RatingItemsJson(items)}};
 }
 
 }  // namespace hosts::common

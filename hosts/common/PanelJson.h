@@ -32,8 +32,13 @@ nlohmann::json RunsJson(const ornwhatsnew::StyleRunMap& runs);
 /// null if `items` is null.
 nlohmann::json RatingItemsJson(const std::shared_ptr<const ornwhatsnew::RatingMap>& items);
 
-/// Returns an object with the members "text", "runs" and "ratingItems". `text` is the panel's text,
-/// `runs` are its style runs, and `items` is the rating map of the same display.
+/// Returns the strings of the style runs that are safe links (`ornwhatsnew::IsSafeLink`), each once
+/// and in ascending order.
+nlohmann::json SafeLinksJson(const ornwhatsnew::StyleRunMap& runs);
+
+/// Returns an object with the members "text", "runs", "safeLinks" and "ratingItems". `text` is the
+/// panel's text, `runs` are its style runs, and `items` is the rating map of the same display. A
+/// script that opens links or writes a page uses only the links in "safeLinks".
 nlohmann::json PanelJson(std::u16string_view text, const ornwhatsnew::StyleRunMap& runs,
                          const std::shared_ptr<const ornwhatsnew::RatingMap>& items);
 

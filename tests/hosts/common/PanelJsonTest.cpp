@@ -43,9 +43,18 @@ TEST(PanelJson, ReplacesIllFormedText) {
   EXPECT_EQ(json("a\uFFFD"), TextJson(unpaired));
 }
 
-TEST(PanelJson, WritesTextRunsAndRatingItems) {
+TEST(PanelJson, ListsEachSafeLinkOnce) {
+  const ornwhatsnew::StyleRunMap runs = {
+      {StyleID::kStyleFeatureTitle, {{{0, 1}, u"https://b"}, {{1, 1}, u"https://a"}}},
+      {StyleID::kStyleHotSpot, {{{0, 1}, u"https://b"}, {{2, 1}, u"https://a@b"}}},
+      {StyleID::kStyleHeader, {{{0, 1}, u""}}}};
+  EXPECT_EQ(json::array({"https://a", "https://b"}), SafeLinksJson(runs));
+}
+
+TEST(PanelJson, WritesTextRunsLinksAndRatingItems) {
   EXPECT_EQ(
-      json::parse(R"({"text": "T", "runs": {"0": [[0, 1, ""]]}, "ratingItems": {}})"),
+      json::parse(
+          R"({"text": "T", "runs": {"0": [[0, 1, ""]]}, "safeLinks": [], "ratingItems": {}})"),
       PanelJson(u"T", {{StyleID{0}, {{{0, 1}, u""}}}}, std::make_shared<ornwhatsnew::RatingMap>()));
 }
 

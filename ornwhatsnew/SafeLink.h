@@ -1,0 +1,31 @@
+// Decides which links a view may open.
+#ifndef ORNWHATSNEW_SAFELINK_H_
+#define ORNWHATSNEW_SAFELINK_H_
+
+#include <string_view>
+
+#include <orncore/Export.h>
+
+namespace ornwhatsnew {
+
+/// Returns whether a view may make `link` clickable or open it. A safe link fulfils these
+/// conditions:
+/// - It begins with `https://`, in lower case, and a host follows.
+/// - It has no user information before the host. In `https://a.example@b.example/`, the host is
+///   `b.example`, but the link looks like a link to `a.example`.
+/// - It consists of the ASCII characters that are valid in a URL. It has no spaces, quotation
+/// marks,
+///   angle brackets, backslashes and control characters.
+/// - It has at most 2,000 bytes.
+///
+/// The strings of style runs contain links from the data file, which the library does not change.
+/// Call this function for each of them. If the result is false, show the link as text or omit it.
+/// Does not allocate. Safe to call from any thread.
+ORN_EXPORT bool IsSafeLink(std::string_view link) noexcept;
+
+/// Does the same for a UTF-16 string, such as the string of a style run.
+ORN_EXPORT bool IsSafeLink(std::u16string_view link) noexcept;
+
+}  // namespace ornwhatsnew
+
+#endif  // ORNWHATSNEW_SAFELINK_H_

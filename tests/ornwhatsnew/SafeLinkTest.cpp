@@ -1,0 +1,58 @@
+#include <string>
+
+#include <gtest/gtest.h>
+#include <orncore/string/Conversion.h>
+#include <ornwhatsnew/SafeLink.h>
+
+namespace ornwhatsnew {
+namespace {
+
+TEST(SafeLink, IsAnHttpsUrlWithAHost) {
+  for (const char* link :
+       {"https://help.tarsa.example/a-b_c.d~e?f=g&h=%20#i;j", "https://x", "https://x:8443/",
+        "https://[::1]/", "https://x/@name", "https://x?to=a@b", "https://x#@"}) {
+    EXPECT_TRUE(IsSafeLink(link)) << link;
+  }
+  for (const char* link :
+       {"", "https://", "http://x", "HTTPS://x", "file:///etc/passwd", " https://x", "https:///x",
+        "https://?x", "https://#x", "https://:80/"}) {
+    EXPECT_FALSE(IsSafeLink(link)) << link;
+  }
+}
+
+TEST(SafeLink, HasNoUserInformation) {
+  for (const char* link : {"https://a.example@b.example", "https://a.example:80@b.example/",
+                           "https://@b.example/", "https://a.example%2F@b.example/"}) {
+    EXPECT_FALSE(IsSafeLink(link)) << link;
+  }
+}
+
+TEST(SafeLink, HasOnlyCharactersThatAreValidInAUrl) {
+  for (int value = 0; value < 256; ++value) {
+    const std::string link = std::string("https://x/a") + static_cast<char>(value);
+    const bool isAlphanumeric = (value >= '0' && value <= '9') || (value >= 'A' && value <= 'Z') ||
+                                (value >= 'a' && value <= 'z');
+    const bool isMark =
+        value != 0 &&
+        std::string("-._~:/?#[]@!$&'()*+,;=%").find(static_cast<char>(value)) != std::string::npos;
+    EXPECT_EQ(isAlphanumeric || isMark, IsSafeLink(link)) << value;
+  }
+}
+
+TEST(SafeLink, HasAtMost2000Bytes) {
+  EXPECT_TRUE(IsSafeLink("https://" + std::string(1992, 'x')));
+  EXPECT_FALSE(IsSafeLink("https://" + std::string(1993, 'x')));
+  EXPECT_TRUE(IsSafeLink(u"https://" + std::u16string(1992, u'x')));
+  EXPECT_FALSE(IsSafeLink(u"https://" + std::u16string(1993, u'x')));
+}
+
+TEST(SafeLink, TheResultForUTF16IsTheSame) {
+  for (const char* link : {"https://x", "https://x y", "https://a@b", "https://\u00E9", ""}) {
+    EXPECT_EQ(IsSafeLink(link), IsSafeLink(orncore::string::UTF8to16(link))) << link;
+  }
+  // The lower byte of this character is the byte of "x".
+  EXPECT_FALSE(IsSafeLink(u"https://\u0178"));
+}
+
+}  // namespace
+}  // namespace ornwhatsnew
