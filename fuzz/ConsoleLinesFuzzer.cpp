@@ -13,6 +13,7 @@
 #include <orncore/config/InitializerRegistrar.h>
 #include <orncore/console/CommandRegistry.h>
 #include <orncore/debug/Log.h>
+#include <orncore/string/Conversion.h>
 
 #include "fuzz/OutputCapture.h"
 #include "fuzz/Property.h"
@@ -101,7 +102,7 @@ struct Expected {
   }
 
   std::vector<std::u16string> probeArguments;
-  std::size_t unknown = 0;
+  std::size_t refused = 0;
   std::size_t usages = 0;
   std::size_t validations = 0;
   bool isDone = true;
@@ -110,6 +111,11 @@ struct Expected {
   void Add(std::string_view line) {
     if (line.find_first_not_of(" \t") == std::string_view::npos) return;
     line.remove_prefix(line.find_first_not_of(" \t"));
+    if (!orncore::string::IsWellFormedUTF8(line)) {
+      ++refused;
+      isDone = false;
+      return;
+    }
     const std::string_view name = line.substr(0, line.find(' '));
     line.remove_prefix(std::min(name.size() + 1, line.size()));
     if (name == kHelp) {
@@ -120,7 +126,7 @@ struct Expected {
     } else if (name == kValidate) {
       ++(line.empty() ? usages : validations);
     } else {
-      ++unknown;
+      ++refused;
       isDone = false;
     }
   }
@@ -160,7 +166,8 @@ void RequireReports(const Expected& expected, const OutputCapture& capture) {
   RequireHarmlessText(capture.Output());
   RequireHarmlessText(capture.Errors());
   RequireEqual(CountLines(capture.Errors(), "ornwhatsnew: "),
-               expected.unknown + Observations().logged, "every unknown command is reported once");
+               expected.refused + Observations().logged,
+               "every unknown command and every ill-formed line is reported once");
   RequireEqual(CountLines(capture.Output(), kValidate), expected.usages,
                "each help command and each validation without a file prints the usage once");
   RequireEqual(CountLines(capture.Output(), "probe: "), expected.probeArguments.size(),

@@ -15,24 +15,27 @@
 #include <string_view>
 #include <vector>
 
+#include <ornwhatsnew/SafeLink.h>
 #include <unicode/brkiter.h>
 #include <unicode/uchar.h>
 
 #include "fuzz/Input.h"
 #include "fuzz/Property.h"
 #include "fuzz/TerminalScan.h"
+#include "hosts/common/TerminalText.h"
 #include "hosts/console/DisplayWidth.h"
+#include "hosts/console/LinkTarget.h"
 #include "hosts/console/TerminalPanel.h"
-#include "hosts/console/TerminalText.h"
 #include "tests/support/PlainText.h"
 
 namespace fuzz {
 namespace {
 
+using hosts::common::EscapeInvisible;
+using hosts::common::SafeForTerminal;
 using hosts::common::StyledSegment;
-using hosts::console::SafeForTerminal;
+using hosts::console::PrintedLinkTarget;
 using hosts::console::TerminalLook;
-using hosts::console::Whitespace;
 using ornwhatsnew::StyleID;
 using test_support::PlainUTF16to8;
 using test_support::PlainUTF8to16;
@@ -87,16 +90,71 @@ std::string VisibleCharacters(std::string_view text) {
   return visible.toUTF8String(utf8);
 }
 
+// Returns the bytes that the escapes of a message stand for.
+std::string WithoutEscapes(std::string_view escaped) {
+  std::string text;
+  while (!escaped.empty()) {
+    if (escaped.front() != '\\') {
+      text += escaped.front();
+      escaped.remove_prefix(1);
+      continue;
+    }
+    const char kind = escaped[1];
+    const std::size_t digits = kind == 'x' ? 2 : kind == 'u' ? 4 : 8;
+    const auto value = std::stoul(std::string(escaped.substr(2, digits)), nullptr, 16);
+    if (kind == 'x') {
+      text += static_cast<char>(value);
+    } else {
+      icu::UnicodeString(static_cast<UChar32>(value)).toUTF8String(text);
+    }
+    escaped.remove_prefix(2 + digits);
+  }
+  return text;
+}
+
 void RequireSafeText(std::string_view text) {
-  const std::string shown = SafeForTerminal(text, Whitespace::kShow);
+  const std::string shown = PlainUTF16to8(SafeForTerminal(PlainUTF8to16(text)));
   RequireHarmlessText(shown);
-  Require(shown.find_first_of("\n\t") == std::string::npos,
-          "newlines and tabs are replaced by symbols");
-  RequireHarmlessText(SafeForTerminal(text, Whitespace::kKeep));
-  RequireEqual(VisibleCharacters(SafeForTerminal(text, Whitespace::kKeep)), VisibleCharacters(text),
-               "each visible character is kept");
-  RequireEqual(PlainUTF16to8(SafeForTerminal(PlainUTF8to16(text), Whitespace::kShow)), shown,
-               "UTF-8 and UTF-16 give the same safe text");
+  RequireEqual(VisibleCharacters(shown), VisibleCharacters(text), "each visible character is kept");
+
+  const std::string escaped = EscapeInvisible(text);
+  RequireHarmlessText(escaped);
+  Require(escaped.find_first_of("\n\t") == std::string::npos, "a message is one line");
+  RequireEqual(EscapeInvisible(escaped), escaped, "a second escaping has no effect");
+  if (text.find('\\') == std::string_view::npos) {
+    RequireEqual(WithoutEscapes(escaped), std::string(text), "an escape contains its character");
+  }
+}
+
+// Requires that the printed target of a link is one word that shows the host of the link.
+void RequireOneTarget(const std::string& link) {
+  const std::string target = PrintedLinkTarget(link);
+  Require(std::ranges::all_of(target, [](char c) { return c > 0x20 && c < 0x7F; }),
+          "a target consists of visible ASCII characters");
+  Require(target.find_first_of("<>\"") == std::string::npos, "a target has no brackets or quotes");
+  if (ornwhatsnew::IsSafeLink(link)) {
+    RequireEqual(target, link, "the target of a safe link is unchanged");
+    return;
+  }
+  Require(target.size() <= hosts::console::kMaximumPrintedTarget, "a target is short");
+  constexpr std::string_view kOwnHost = "https://a.example/";
+  if (link.starts_with(kOwnHost)) Require(target.starts_with(kOwnHost), "a target shows its host");
+}
+
+// Returns the text that the panel must show.
+std::string ExpectedText(const std::vector<StyledSegment>& segments, const TerminalLook& look) {
+  std::string expected;
+  for (std::size_t i = 0; i < segments.size(); ++i) {
+    const StyledSegment& segment = segments[i];
+    expected += segment.text;
+    const bool isLinkDone = i + 1 == segments.size() || segments[i + 1].link != segment.link;
+    const bool hasTarget = segment.styles.Has(StyleID::kStyleHotSpot) && !segment.link.empty() &&
+                           segment.link != segment.text;
+    if (!isLinkDone || !hasTarget) continue;
+    if (look.hasHyperlinks && ornwhatsnew::IsSafeLink(segment.link)) continue;
+    expected += "<" + PrintedLinkTarget(segment.link) + ">";
+  }
+  return expected;
 }
 
 // Returns whether the text is one grapheme. Only a line of one grapheme may be wider than the
@@ -130,11 +188,10 @@ void Run(Input input) {
                           .isStyled = isStyled,
                           .hasHyperlinks = isStyled != isMixed};
   std::vector<StyledSegment> segments;
-  std::string expected;
   for (const std::string_view part : input.ReadParts()) {
     segments.push_back(SegmentOf(part));
     RequireSafeText(segments.back().text);
-    expected += segments.back().text;
+    RequireOneTarget(segments.back().link);
   }
 
   const std::string output = hosts::console::RenderTerminalPanel(segments, look);
@@ -143,10 +200,8 @@ void Run(Input input) {
           "plain text has no escape sequences");
   const std::string plain = RequireHarmlessPanel(output);
   RequireWidth(plain, look.width);
-  if (look.hasHyperlinks) {
-    RequireEqual(VisibleCharacters(plain), VisibleCharacters(expected),
-                 "each visible character is shown once, in order");
-  }
+  RequireEqual(VisibleCharacters(plain), VisibleCharacters(ExpectedText(segments, look)),
+               "each visible character is shown once, in order");
 }
 
 }  // namespace

@@ -6,10 +6,10 @@
 #include <orncore/console/CommandRegistry.h>
 #include <orncore/string/Conversion.h>
 
+#include "hosts/common/TerminalText.h"
 #include "hosts/console/Commands.h"
 #include "hosts/console/InputLines.h"
 #include "hosts/console/StandardStreams.h"
-#include "hosts/console/TerminalText.h"
 #include "hosts/console/WhatsNewLoading.h"
 
 namespace hosts::console {
@@ -36,10 +36,17 @@ bool RunLine(std::string_view line) {
   if (begin == std::string_view::npos) return true;
   // Do not remove trailing spaces, because they may be part of an argument.
   line.remove_prefix(begin);
+  if (!orncore::string::IsWellFormedUTF8(line)) {
+    // Commands receive UTF-16. The conversion would replace the ill-formed bytes, and the command
+    // could then open another file.
+    ReportError("cannot run the console command '" + std::string(line) +
+                "': not valid UTF-8; rename the file");
+    return false;
+  }
   std::basic_ostringstream<char16_t> output;
   const std::optional<int> result =
       CommandRegistry::Instance().RunLine(orncore::string::UTF8to16(line), output);
-  WriteOutput(orncore::string::UTF16to8(SafeForTerminal(output.str(), Whitespace::kKeep)));
+  WriteOutput(orncore::string::UTF16to8(common::SafeForTerminal(output.str())));
   if (!result) {
     ReportError("unknown console command '" + std::string(line.substr(0, line.find(' '))) +
                 "'; 'help' lists the commands");

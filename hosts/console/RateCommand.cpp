@@ -7,9 +7,9 @@
 #include <ornwhatsnew/utility/TextHelpers.h>
 
 #include "hosts/common/StateStore.h"
+#include "hosts/common/TerminalText.h"
 #include "hosts/console/Commands.h"
 #include "hosts/console/StandardStreams.h"
-#include "hosts/console/TerminalText.h"
 #include "hosts/console/WhatsNewLoading.h"
 
 namespace hosts::console {
@@ -63,7 +63,7 @@ ExitStatus Run(const RateArguments& arguments) {
   if (!std::ranges::binary_search(keys, arguments.key)) FailUnknownKey(arguments.key, keys);
   list->MarkItemHasBeenRated(arguments.key);
   store.Commit();
-  const std::string key = SafeForTerminal(arguments.key, Whitespace::kShow);
+  const std::string key = common::EscapeInvisible(arguments.key);
   WriteOutput("Thank you. Your rating of " + key + " was stored.\n",
               "your rating of " + key + " was stored");
   return ExitStatus::kDone;

@@ -5,6 +5,8 @@
 
 #include <orncore/string/Conversion.h>
 
+#include "hosts/common/TerminalText.h"
+
 namespace hosts::console {
 namespace {
 
@@ -18,6 +20,25 @@ std::string Question(const ornwhatsnew::FeatureListData& list,
                      const ornwhatsnew::FeatureListItem& feature) {
   if (feature.GetCustomRatingStr().empty()) return "How do you like it?";
   return orncore::string::UTF16to8(list.LocalizeIfNecessary(feature.GetCustomRatingStr()));
+}
+
+/// Returns `word` in the quotes `$'...'`, in which a shell interprets octal escapes.
+std::string QuoteWithEscapes(std::string_view word) {
+  std::string quoted = "$'";
+  for (const char character : word) {
+    const auto byte = static_cast<unsigned char>(character);
+    const bool isPrintableAscii = byte >= 0x20 && byte < 0x7F;
+    if (isPrintableAscii && character != '\'' && character != '\\') {
+      quoted += character;
+      continue;
+    }
+    // A shell reads at most three octal digits. An escape with hexadecimal digits would have no
+    // end.
+    quoted += '\\';
+    for (const unsigned shift : {6U, 3U, 0U})
+      quoted += static_cast<char>('0' + (byte >> shift & 7U));
+  }
+  return quoted + "'";
 }
 
 /// Returns a command-line option with its value and a space. Joins name and value with "=" if the
@@ -44,6 +65,7 @@ std::string ShellWord(const std::string& word) {
       "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789_-./:,+@%";
   const bool isPlain = !word.empty() && word.find_first_not_of(kPlain) == std::string::npos;
   if (isPlain) return word;
+  if (common::EscapeInvisible(word) != word) return QuoteWithEscapes(word);
   std::string quoted = "'";
   for (const char character : word) {
     if (character == '\'') {

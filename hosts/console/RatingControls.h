@@ -17,7 +17,10 @@ namespace hosts::console {
 /// because `PlaceRatingControls` does not always replace it.
 ornwhatsnew::UTF16String RatingPlaceholder();
 
-/// Returns `word` as one word of a POSIX shell. Adds quotes if necessary.
+/// Returns `word`, which may have any bytes except NUL, as one word of a POSIX shell. Adds quotes
+/// if necessary. If `word` has invisible characters, control characters or ill-formed UTF-8, the
+/// result is ASCII with octal escapes in `$'...'`, so that a terminal shows and copies it
+/// unchanged.
 std::string ShellWord(const std::string& word);
 
 /// Returns one control for each feature in `ratingItems`, in the order of the panel. A control

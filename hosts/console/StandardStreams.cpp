@@ -10,7 +10,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include "hosts/console/TerminalText.h"
+#include "hosts/common/TerminalText.h"
 
 namespace hosts::console {
 namespace {
@@ -99,7 +99,7 @@ bool ShouldRepeat(int error, int descriptor, short events) {
 }
 
 void ReportError(std::string_view message) {
-  const std::string line = "ornwhatsnew: " + SafeForTerminal(message, Whitespace::kShow) + "\n";
+  const std::string line = "ornwhatsnew: " + common::EscapeInvisible(message) + "\n";
   static_cast<void>(WriteAll(STDERR_FILENO, line));
 }
 

@@ -22,8 +22,8 @@ void WriteOutput(std::string_view text, std::string_view outcome = {});
 /// reader closes it. Returns if the pipe is still open, because its reader may be a pager.
 void RequireReader(std::string_view outcome);
 
-/// Writes "ornwhatsnew: " and `message` as one line to standard error. Makes `message` safe for a
-/// terminal first. Ignores write errors.
+/// Writes "ornwhatsnew: " and `message` as one line to standard error. Replaces invisible
+/// characters and ill-formed bytes by escapes (`common::EscapeInvisible`). Ignores write errors.
 void ReportError(std::string_view message);
 
 /// Returns whether to repeat a read or a write that failed with the error number `error`. Returns

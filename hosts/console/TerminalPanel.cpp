@@ -6,15 +6,18 @@
 #include <vector>
 
 #include <orncore/string/Conversion.h>
+#include <ornwhatsnew/SafeLink.h>
 
+#include "hosts/common/TerminalText.h"
 #include "hosts/console/DisplayWidth.h"
+#include "hosts/console/LinkTarget.h"
 #include "hosts/console/ParagraphWrapper.h"
 #include "hosts/console/TerminalStyle.h"
-#include "hosts/console/TerminalText.h"
 
 namespace hosts::console {
 namespace {
 
+using common::SafeForTerminal;
 using common::StyledSegment;
 
 constexpr std::u16string_view kGap = u"   ";
@@ -152,7 +155,7 @@ class PanelRenderer {
     for (std::size_t i = 0; i < segments.size(); ++i) {
       AddSegment(segments[i]);
       const bool isLinkDone = i + 1 == segments.size() || segments[i + 1].link != segments[i].link;
-      if (!look_.hasHyperlinks && isLinkDone) AddLinkTarget(segments[i]);
+      if (isLinkDone) AddLinkTarget(segments[i]);
     }
     if (!paragraph_.text.empty()) FinishParagraph();
     if (output_.empty()) output_ += '\n';
@@ -162,8 +165,7 @@ class PanelRenderer {
  private:
   void AddSegment(const StyledSegment& segment) {
     const std::size_t link = look_.hasHyperlinks ? NumberOfLink(segment.link) : 0;
-    const std::u16string text =
-        SafeForTerminal(orncore::string::UTF8to16(segment.text), Whitespace::kKeep);
+    const std::u16string text = SafeForTerminal(orncore::string::UTF8to16(segment.text));
     const bool isBadge = look_.isStyled && segment.styles.Has(ornwhatsnew::kStyleUnlockLabelBox);
     std::size_t begin = 0;
     for (;;) {
@@ -182,18 +184,21 @@ class PanelRenderer {
   std::size_t NumberOfLink(std::string_view link) {
     if (link != lastLink_) {
       lastLink_ = link;
-      lastLinkNumber_ = IsSafeHyperlink(link) ? ++linkCount_ : 0;
+      lastLinkNumber_ = ornwhatsnew::IsSafeLink(link) ? ++linkCount_ : 0;
     }
     return lastLinkNumber_;
   }
 
+  /// Appends the target of the link in angle brackets, unless the link is a hyperlink or its text
+  /// is the target.
   void AddLinkTarget(const StyledSegment& segment) {
     if (!segment.styles.Has(ornwhatsnew::kStyleHotSpot) || segment.link.empty() ||
         segment.text == segment.link) {
       return;
     }
-    const std::string link = " <" + SafeForTerminal(segment.link, Whitespace::kShow) + ">";
-    paragraph_.Append(orncore::string::UTF8to16(link), &segment, 0);
+    if (look_.hasHyperlinks && ornwhatsnew::IsSafeLink(segment.link)) return;
+    const std::string target = " <" + PrintedLinkTarget(segment.link) + ">";
+    paragraph_.Append(orncore::string::UTF8to16(target), &segment, 0);
   }
 
   void FinishParagraph() {

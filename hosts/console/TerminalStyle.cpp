@@ -1,6 +1,5 @@
 #include "hosts/console/TerminalStyle.h"
 
-#include <algorithm>
 #include <array>
 #include <utility>
 
@@ -26,17 +25,6 @@ constexpr std::array<std::pair<StyleID, std::string_view>, 10> kAttributes = {{
     {kStyleRatingPlaceholder, "3;94"},
 }};
 
-constexpr std::size_t kMaximumLinkLength = 2000;
-constexpr std::string_view kScheme = "https://";
-
-bool IsUrlCharacter(char character) {
-  constexpr std::string_view kMarks = "-._~:/?#[]@!$&'()*+,;=%";
-  const bool isAlphanumeric = (character >= 'a' && character <= 'z') ||
-                              (character >= 'A' && character <= 'Z') ||
-                              (character >= '0' && character <= '9');
-  return isAlphanumeric || kMarks.find(character) != std::string_view::npos;
-}
-
 }  // namespace
 
 std::string StyleStart(const common::StyleSet& styles) {
@@ -47,11 +35,6 @@ std::string StyleStart(const common::StyleSet& styles) {
     attributes += code;
   }
   return attributes.empty() ? std::string() : "\x1B[" + attributes + "m";
-}
-
-bool IsSafeHyperlink(std::string_view link) {
-  return link.starts_with(kScheme) && link.size() > kScheme.size() &&
-         link.size() <= kMaximumLinkLength && std::ranges::all_of(link, IsUrlCharacter);
 }
 
 std::string HyperlinkStart(std::string_view link, std::size_t number) {

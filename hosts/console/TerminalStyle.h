@@ -19,13 +19,9 @@ inline constexpr std::string_view kHyperlinkEnd = "\x1B]8;;\x1B\\";
 /// are readable on dark and light backgrounds.
 std::string StyleStart(const common::StyleSet& styles);
 
-/// Returns whether it is safe to send `link` to a terminal. A safe link begins with "https://", has
-/// further characters, has only the ASCII characters that are valid in a URL, and has at most 2,000
-/// bytes.
-bool IsSafeHyperlink(std::string_view link);
-
 /// Returns the escape sequence that starts a hyperlink to `link`. Terminals treat hyperlinks with
-/// the same `number` as one link, even on different lines. REQUIRES: `IsSafeHyperlink(link)`.
+/// the same `number` as one link, even on different lines. REQUIRES:
+/// `ornwhatsnew::IsSafeLink(link)`.
 std::string HyperlinkStart(std::string_view link, std::size_t number);
 
 }  // namespace hosts::console

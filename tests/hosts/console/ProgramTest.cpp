@@ -402,7 +402,7 @@ struct UnknownCase {
 
 TEST_F(ConsoleTest, NamesTheUnknownCommand) {
   for (const UnknownCase& test :
-       {UnknownCase{"  nonsense more", "nonsense"}, UnknownCase{"help\tme now", "help\u2409me"},
+       {UnknownCase{"  nonsense more", "nonsense"}, UnknownCase{"help\tme now", "help\\u0009me"},
         UnknownCase{"Help", "Help"}}) {
     ProgramCall call = Call({"console"});
     call.input = test.line;

@@ -10,6 +10,7 @@
 #include "hosts/console/Arguments.h"
 #include "hosts/console/RatingControls.h"
 #include "tests/support/Builders.h"
+#include "tests/support/ChildProcess.h"
 #include "tests/support/FakeHost.h"
 
 namespace hosts::console {
@@ -33,6 +34,24 @@ TEST(RatingControls, QuotesWordsForAShell) {
   EXPECT_EQ("'it'\\''s'", ShellWord("it's"));
   EXPECT_EQ("'$(x)'", ShellWord("$(x)"));
   EXPECT_EQ("'~'", ShellWord("~"));
+}
+
+TEST(RatingControls, EscapesWordsThatATerminalCannotCopy) {
+  EXPECT_EQ("$'a\\377b'", ShellWord("a\xFF"
+                                    "b"));
+  EXPECT_EQ("$'ORN-1\\342\\200\\213'", ShellWord("ORN-1\u200B"));
+  EXPECT_EQ("$'\\033\\047\\1341 '", ShellWord("\x1B'\\1 "));
+  EXPECT_EQ("'\u6C34'", ShellWord("\u6C34"));
+}
+
+TEST(RatingControls, AShellReadsEachWordUnchanged) {
+  std::string bytes;
+  for (int value = 1; value < 256; ++value) bytes += static_cast<char>(value);
+  for (const std::string& word : {std::string(), std::string("it's \u6C34"), bytes, bytes + "7"}) {
+    const test_support::ProgramResult result = test_support::RunProgram(
+        "/bin/bash", {.arguments = {"-c", "printf %s " + ShellWord(word)}});
+    EXPECT_EQ(word, result.output);
+  }
 }
 
 class RatingControlsTest : public test_support::FakeHostTest {};

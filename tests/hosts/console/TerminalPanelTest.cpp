@@ -129,10 +129,13 @@ TEST(TerminalPanel, ColoursAndHyperlinksAreSeparate) {
   EXPECT_EQ("a \x1B[1;4;94mmore <https://x>\x1B[0m\n", Render(segments, {0, true, false}));
 }
 
-TEST(TerminalPanel, UnsafeLinksAreText) {
+TEST(TerminalPanel, UnsafeLinksAreTextWithTheirTarget) {
   const std::vector<StyledSegment> segments = {
       Segment("View", {StyleID::kStyleHotSpot}, "https://x\x1B\\\x1B[31m")};
-  EXPECT_THAT(Render(segments, kStyled), Not(HasSubstr("\x1B]8")));
+  EXPECT_EQ("\x1B[4;94mView <https://x%1B\\%1B[31m>\x1B[0m\n", Render(segments, kStyled));
+  EXPECT_EQ(
+      "View <https://x/caf%C3%A9>\n",
+      Render({Segment("View", {StyleID::kStyleHotSpot}, "https://x/caf\u00E9")}, {0, false, true}));
 }
 
 TEST(TerminalPanel, PlainTextHasTheTargetAfterTheLink) {
@@ -142,7 +145,7 @@ TEST(TerminalPanel, PlainTextHasTheTargetAfterTheLink) {
             Render({Segment("https://x", {StyleID::kStyleHotSpot}, "https://x")}, kPlain));
   EXPECT_EQ("Title\n",
             Render({Segment("Title", {StyleID::kStyleFeatureTitle}, "https://x")}, kPlain));
-  EXPECT_EQ("View <https://x\u241B[31m\u240A>\n",
+  EXPECT_EQ("View <https://x%1B[31m%0A>\n",
             Render({Segment("View", {StyleID::kStyleHotSpot}, "https://x\x1B[31m\n")}, kPlain));
 }
 

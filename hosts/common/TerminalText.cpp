@@ -1,4 +1,4 @@
-#include "hosts/console/TerminalText.h"
+#include "hosts/common/TerminalText.h"
 
 #include <algorithm>
 #include <cstdint>
@@ -6,8 +6,9 @@
 #include <orncore/string/Conversion.h>
 #include <unicode/uchar.h>
 #include <unicode/utf16.h>
+#include <unicode/utf8.h>
 
-namespace hosts::console {
+namespace hosts::common {
 namespace {
 
 constexpr UChar32 kReplacement = 0xFFFD;
@@ -18,6 +19,7 @@ constexpr UChar32 kJoiner = 0x200D;
 constexpr UChar32 kTextPresentation = 0xFE0E;
 constexpr UChar32 kEmojiPresentation = 0xFE0F;
 constexpr UChar32 kKeycap = 0x20E3;
+constexpr UChar32 kEscape = '\\';
 constexpr int kViramaClass = 9;
 
 /// Returns the character at `position` and sets `position` to the end of the character. Returns
@@ -46,6 +48,17 @@ bool IsJoining(UChar32 character) {
   return u_getIntPropertyValue(character, UCHAR_JOINING_TYPE) != U_JT_NON_JOINING;
 }
 
+/// Does the same for UTF-8, but returns a negative number for ill-formed bytes.
+UChar32 ReadCharacter(std::string_view text, std::size_t& position) {
+  const std::string_view bytes = text.substr(position, U8_MAX_LENGTH);
+  const auto* const begin = reinterpret_cast<const std::uint8_t*>(bytes.data());
+  std::int32_t length = 0;
+  UChar32 character = 0;
+  U8_NEXT(begin, length, static_cast<std::int32_t>(bytes.size()), character);
+  position += static_cast<std::size_t>(length);
+  return character;
+}
+
 /// Returns whether `joiner`, which is between `before` and `after`, changes how the text looks.
 /// Joiners affect cursive scripts, Indic scripts and emoji. Between other characters, they are
 /// invisible, and two different strings would look the same.
@@ -68,9 +81,7 @@ bool IsInvisible(UChar32 character) {
 
 /// Returns the character to show instead of `character`, or 0 to show nothing. `before` is the last
 /// character of the output, and `after` is the next character of the input.
-UChar32 Substitute(UChar32 character, UChar32 before, UChar32 after, Whitespace whitespace) {
-  const bool isLayout = character == '\n' || character == '\t';
-  if (isLayout && whitespace == Whitespace::kKeep) return character;
+UChar32 Substitute(UChar32 character, UChar32 before, UChar32 after) {
   if (character < 0x20) return kControlPictures + character;
   if (character == 0x7F) return kDeletePicture;
   if (character < 0xA0) return character < 0x7F ? character : kReplacement;
@@ -91,9 +102,26 @@ UChar32 Substitute(UChar32 character, UChar32 before, UChar32 after, Whitespace 
   return IsInvisible(character) ? 0 : character;
 }
 
+/// Returns the first character of `text` (UTF-8), or the start of an escape if `EscapeInvisible`
+/// could replace that character. A joiner before an escape is invisible.
+UChar32 NextVisibleCharacter(std::string_view text) {
+  if (text.empty()) return 0;
+  std::size_t end = 0;
+  const UChar32 character = ReadCharacter(text, end);
+  return character < 0 || IsInvisible(character) ? kEscape : character;
+}
+
+/// Appends a backslash, `kind` and `digits` hexadecimal digits of `value`.
+void AppendEscape(std::string& text, char kind, int digits, std::uint32_t value) {
+  constexpr std::string_view kDigits = "0123456789abcdef";
+  text += '\\';
+  text += kind;
+  for (int shift = 4 * (digits - 1); shift >= 0; shift -= 4) text += kDigits[value >> shift & 0xFU];
+}
+
 }  // namespace
 
-std::u16string SafeForTerminal(std::u16string_view text, Whitespace whitespace) {
+std::u16string SafeForTerminal(std::u16string_view text) {
   std::u16string safe;
   safe.reserve(text.size());
   UChar32 before = 0;
@@ -101,14 +129,14 @@ std::u16string SafeForTerminal(std::u16string_view text, Whitespace whitespace) 
   while (position < text.size()) {
     const std::size_t begin = position;
     const UChar32 character = ReadCharacter(text, position);
-    if (IsPrintableAscii(character)) {
+    if (IsPrintableAscii(character) || character == '\n' || character == '\t') {
       before = character;
       safe.push_back(text[begin]);
       continue;
     }
     std::size_t next = position;
     const UChar32 after = next < text.size() ? ReadCharacter(text, next) : 0;
-    const UChar32 shown = Substitute(character, before, after, whitespace);
+    const UChar32 shown = Substitute(character, before, after);
     if (shown == 0) continue;
     if (shown == character && character != kReplacement) {
       safe.append(text, begin, position - begin);
@@ -120,9 +148,31 @@ std::u16string SafeForTerminal(std::u16string_view text, Whitespace whitespace) 
   return safe;
 }
 
-std::string SafeForTerminal(std::string_view text, Whitespace whitespace) {
-  if (std::ranges::all_of(text, IsPrintableAscii)) return std::string(text);
-  return orncore::string::UTF16to8(SafeForTerminal(orncore::string::UTF8to16(text), whitespace));
+std::string EscapeInvisible(std::string_view text) {
+  std::string escaped;
+  escaped.reserve(text.size());
+  UChar32 before = 0;
+  std::size_t position = 0;
+  while (position < text.size()) {
+    const std::string_view rest = text.substr(position);
+    const UChar32 character = ReadCharacter(text, position);
+    const std::string_view bytes = rest.substr(0, rest.size() - (text.size() - position));
+    const UChar32 after = NextVisibleCharacter(text.substr(position));
+    if (character >= 0 && Substitute(character, before, after) == character) {
+      escaped += bytes;
+      before = character;
+      continue;
+    }
+    before = kEscape;
+    if (character < 0) {
+      for (const char byte : bytes) AppendEscape(escaped, 'x', 2, static_cast<unsigned char>(byte));
+    } else if (character < 0x10000) {
+      AppendEscape(escaped, 'u', 4, static_cast<std::uint32_t>(character));
+    } else {
+      AppendEscape(escaped, 'U', 8, static_cast<std::uint32_t>(character));
+    }
+  }
+  return escaped;
 }
 
-}  // namespace hosts::console
+}  // namespace hosts::common

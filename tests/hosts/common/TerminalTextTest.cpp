@@ -1,11 +1,12 @@
+#include <iomanip>
+#include <sstream>
 #include <string>
-#include <string_view>
 
 #include <gtest/gtest.h>
 
-#include "hosts/console/TerminalText.h"
+#include "hosts/common/TerminalText.h"
 
-namespace hosts::console {
+namespace hosts::common {
 namespace {
 
 struct SafeCase {
@@ -16,7 +17,7 @@ struct SafeCase {
 class TerminalText : public testing::TestWithParam<SafeCase> {};
 
 TEST_P(TerminalText, ReplacesOrRemovesUnsafeCharacters) {
-  EXPECT_EQ(GetParam().safe, SafeForTerminal(GetParam().text, Whitespace::kKeep));
+  EXPECT_EQ(GetParam().safe, SafeForTerminal(GetParam().text));
 }
 
 INSTANTIATE_TEST_SUITE_P(
@@ -69,25 +70,41 @@ INSTANTIATE_TEST_SUITE_P(
                              u"\uFFFDa\uFFFD"},
                     SafeCase{u"\uFFFE\uFDD0\U0001FFFF", u"\uFFFD\uFFFD\uFFFD"}));
 
-TEST(TerminalText, ShowsNewlinesAndTabs) {
-  EXPECT_EQ(u"a\u240Ab\u2409c", SafeForTerminal(u"a\nb\tc", Whitespace::kShow));
-}
-
-TEST(TerminalText, ReplacesEveryByteThatIsNotPrintableAscii) {
+TEST(TerminalText, EscapesEveryByteThatIsNotPrintableAscii) {
   for (int value = 0; value < 256; ++value) {
     const std::string text = {'a', static_cast<char>(value), 'b'};
-    std::string expected = text;
-    if (value < 0x20) expected = std::string("a\xE2\x90") + static_cast<char>(0x80 + value) + "b";
-    if (value == 0x7F) expected = "a\u2421b";
-    if (value >= 0x80) expected = "a\uFFFDb";
-    EXPECT_EQ(expected, SafeForTerminal(text, Whitespace::kShow)) << value;
+    std::ostringstream expected;
+    expected << std::hex << std::setfill('0');
+    if (value < 0x20 || value == 0x7F) {
+      expected << "a\\u" << std::setw(4) << value << 'b';
+    } else if (value >= 0x80) {
+      expected << "a\\x" << std::setw(2) << value << 'b';
+    } else {
+      expected << text;
+    }
+    EXPECT_EQ(expected.str(), EscapeInvisible(text));
   }
 }
 
-TEST(TerminalText, AcceptsIllFormedUTF8) {
-  EXPECT_EQ("plain", SafeForTerminal(std::string_view("plain"), Whitespace::kShow));
-  EXPECT_EQ("\uFFFD[31m \u241B \u00E9",
-            SafeForTerminal(std::string_view("\x9B[31m \x1B \xC3\xA9"), Whitespace::kShow));
+TEST(TerminalText, EscapesInvisibleCharacters) {
+  EXPECT_EQ("ORN-1204\\u200b", EscapeInvisible("ORN-1204\u200B"));
+  EXPECT_EQ("\\u202egpj.exe \\u2028 \\ufdd0", EscapeInvisible("\u202Egpj.exe \u2028 \uFDD0"));
+  EXPECT_EQ("a\\U000e0041b\\U0001ffff", EscapeInvisible("a\U000E0041b\U0001FFFF"));
+  EXPECT_EQ("pay\\u200dpal\\u200c", EscapeInvisible("pay\u200Dpal\u200C"));
+  EXPECT_EQ("\\xe6\\xb0 \\xf0", EscapeInvisible("\xE6\xB0 \xF0"));
+}
+
+TEST(TerminalText, EscapingKeepsVisibleText) {
+  for (const std::string text : {"", "it's \\ \\u200b", "\u00E9\u00A0\u6C34", "e\u0301", "\uFFFD",
+                                 "\u2764\uFE0F\u200D\U0001F525", "\u0645\u06CC\u200C\u062E"}) {
+    EXPECT_EQ(text, EscapeInvisible(text));
+  }
+}
+
+// The joiner would be needed before the character that the escape replaces.
+TEST(TerminalText, EscapesAJoinerBesideAnEscape) {
+  EXPECT_EQ("\u0915\u094D\\u200d\\u3164", EscapeInvisible("\u0915\u094D\u200D\u3164"));
+  EXPECT_EQ("\u0915\u094D\\u200b\\u200d\u0937", EscapeInvisible("\u0915\u094D\u200B\u200D\u0937"));
 }
 
 TEST(TerminalText, KeepsNoControlCharacterOrDirectionMark) {
@@ -99,8 +116,9 @@ TEST(TerminalText, KeepsNoControlCharacterOrDirectionMark) {
       text = {u'a', static_cast<char16_t>(0xD7C0 + (character >> 10U)),
               static_cast<char16_t>(0xDC00 + (character & 0x3FFU)), u'b'};
     }
-    for (const char16_t unit : SafeForTerminal(text, Whitespace::kShow)) {
-      const bool isControl = unit < 0x20 || (unit >= 0x7F && unit < 0xA0);
+    for (const char16_t unit : SafeForTerminal(text)) {
+      const bool isControl =
+          (unit < 0x20 && unit != u'\n' && unit != u'\t') || (unit >= 0x7F && unit < 0xA0);
       const bool isMark = (unit >= 0x200B && unit <= 0x200F) ||
                           (unit >= 0x2028 && unit <= 0x202E) ||
                           (unit >= 0x2060 && unit <= 0x206F) || unit == 0xFEFF || unit == 0x061C;
@@ -110,4 +128,4 @@ TEST(TerminalText, KeepsNoControlCharacterOrDirectionMark) {
 }
 
 }  // namespace
-}  // namespace hosts::console
+}  // namespace hosts::common

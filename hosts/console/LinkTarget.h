@@ -1,0 +1,26 @@
+// Prints the targets of links that a terminal cannot open.
+#ifndef HOSTS_CONSOLE_LINKTARGET_H_
+#define HOSTS_CONSOLE_LINKTARGET_H_
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+namespace hosts::console {
+
+/// The maximum length of the result of `PrintedLinkTarget` for a link that is not safe.
+inline constexpr std::size_t kMaximumPrintedTarget = 200;
+
+/// Returns `link` as a word that a panel can print in angle brackets. A safe link
+/// (`ornwhatsnew::IsSafeLink`) is unchanged.
+///
+/// In any other link, spaces, `<`, `>`, `"`, control characters and non-ASCII characters are
+/// percent-encoded, so that the link cannot look like two links. If the result would be longer than
+/// `kMaximumPrintedTarget`, "..." replaces the user information and the end of the link. The host
+/// remains visible. If the host alone is too long, "..." replaces its beginning, because the end of
+/// a host names its owner.
+std::string PrintedLinkTarget(std::string_view link);
+
+}  // namespace hosts::console
+
+#endif  // HOSTS_CONSOLE_LINKTARGET_H_

@@ -1,0 +1,54 @@
+#include <string>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "hosts/console/LinkTarget.h"
+
+namespace hosts::console {
+namespace {
+
+using testing::AllOf;
+using testing::EndsWith;
+using testing::HasSubstr;
+using testing::Not;
+using testing::SizeIs;
+using testing::StartsWith;
+
+TEST(LinkTarget, OfASafeLinkIsTheLink) {
+  const std::string link = "https://x/" + std::string(1990, 'y');
+  EXPECT_EQ(link, PrintedLinkTarget(link));
+}
+
+TEST(LinkTarget, EncodesCharactersThatCouldLookLikeTheEndOfALink) {
+  EXPECT_EQ("https://x/%3E%20%3Chttps://good.example%22",
+            PrintedLinkTarget("https://x/> <https://good.example\""));
+  EXPECT_EQ("https://x/%1B[31m%0A%7F", PrintedLinkTarget("https://x/\x1B[31m\n\x7F"));
+  EXPECT_EQ("https://x/caf%C3%A9%FF", PrintedLinkTarget("https://x/caf\u00E9\xFF"));
+  EXPECT_EQ("https://x/%E2%80%AE", PrintedLinkTarget("https://x/\u202E"));
+}
+
+TEST(LinkTarget, OfALongLinkIsCut) {
+  const std::string cut = PrintedLinkTarget("https://x/ " + std::string(3000, 'y'));
+  EXPECT_THAT(cut, AllOf(SizeIs(200), StartsWith("https://x/%20yyy"), EndsWith("yyy...")));
+}
+
+TEST(LinkTarget, ShowsTheHostAfterLongUserInformation) {
+  const std::string user = "good.example" + std::string(300, 'x');
+  EXPECT_EQ("https://...@evil.example/path",
+            PrintedLinkTarget("https://" + user + "@evil.example/path"));
+  EXPECT_EQ("https://...@evil.example\\@good.example",
+            PrintedLinkTarget("https://" + user + "@evil.example\\@good.example"));
+  EXPECT_THAT(PrintedLinkTarget("https://a@b@evil.example/ " + user),
+              AllOf(SizeIs(200), StartsWith("https://...@evil.example/%20good")));
+}
+
+TEST(LinkTarget, ShowsTheEndOfALongHost) {
+  const std::string cut =
+      PrintedLinkTarget("https://good.example." + std::string(300, 'x') + ".evil.example/a path");
+  EXPECT_THAT(cut, AllOf(SizeIs(200), StartsWith("https://...xxx"), EndsWith("x.evil.example..."),
+                         Not(HasSubstr("good"))));
+}
+
+}  // namespace
+}  // namespace hosts::console
