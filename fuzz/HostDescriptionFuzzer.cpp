@@ -83,8 +83,10 @@ json HostJson(const HostDescription& host) {
           {"dictionary", host.dictionary}};
 }
 
-// Parses JSON. Returns a discarded value if the text is invalid or an object has duplicate members.
+// Parses JSON. Returns a discarded value if the text is invalid or contains NUL, or if an object
+// has duplicate members.
 json ParseStrictly(std::string_view text) {
+  if (text.find('\0') != std::string_view::npos) return json::value_t::discarded;
   std::vector<std::set<std::string>> open;
   bool isUnique = true;
   const auto check = [&](int, json::parse_event_t event, json& parsed) {
@@ -107,6 +109,16 @@ bool IsObjectOfTexts(const json& value) {
 bool IsVisibility(const json& value) {
   using Limits = std::numeric_limits<std::int32_t>;
   return value.is_number_integer() && value >= Limits::min() && value <= Limits::max();
+}
+
+bool IsTextWithoutControls(const json& value) {
+  return value.is_string() &&
+         std::ranges::none_of(test_support::PlainUTF8to16(value.get<std::string>()),
+                              [](char16_t c) {
+                                const auto kind = u_charType(c);
+                                return kind == U_CONTROL_CHAR || kind == U_LINE_SEPARATOR ||
+                                       kind == U_PARAGRAPH_SEPARATOR;
+                              });
 }
 
 using KindCheck = bool (*)(const json& value);
@@ -135,9 +147,9 @@ bool IsValid(const json& value) {
            });
   };
   return HasOnly(value, {{"$schema", isText},
-                         {"clientVersion", isText},
-                         {"buildNumber", isText},
-                         {"platform", isText},
+                         {"clientVersion", IsTextWithoutControls},
+                         {"buildNumber", IsTextWithoutControls},
+                         {"platform", IsTextWithoutControls},
                          {"terminating", isBoolean},
                          {"usageLogging", isBoolean},
                          {"internalFeaturesAllowed", isBoolean},

@@ -1,7 +1,7 @@
 # shellcheck shell=bash
 
-# Part of ./dev: runs the benchmarks. Also checks that the library's instruction count grows no faster
-# than about linearly with the number of rows.
+# Part of ./dev: runs the benchmarks. Also checks that the number of instructions grows at most about linearly with
+# the number of rows of a data file and with the size of a host description.
 
 bench_subjects=(cutting load memory identity news display state keyorder start)
 
@@ -67,6 +67,10 @@ stage_growth() {
   for function in InitWithData GetFormattedTextForDisplay RefreshInternalSeenState IsAnythingNew; do
     require_linear "$function" || status=1
   done
+  local shape
+  for shape in objects texts duplicates duplicate-objects late-duplicate deep long-paths; do
+    require_linear_json "$shape" || status=1
+  done
   return "$status"
 }
 
@@ -96,4 +100,29 @@ instructions_in() {
   line=$(grep -m 1 ":ornwhatsnew::FeatureListData::$function(" "$(log_file "growth-$rows")")
   line=${line%%(*}
   echo "${line//[, ]/}"
+}
+
+# Fails if the reader of host descriptions needs more than 11 times as many instructions for 1 MB as for
+# 100 KB, or more than 20 bytes of memory for each byte of its input.
+require_linear_json() {
+  local shape=$1 few many bytes peak
+  read -r few bytes peak <<<"$(measure_json "$shape" 100000)"
+  read -r many bytes peak <<<"$(measure_json "$shape" 1000000)"
+  printf '%s: %s instructions for 100 KB, %s for 1 MB; peak of %s bytes for %s bytes\n' \
+    "$shape" "$few" "$many" "$peak" "$bytes"
+  ((bytes >= 1000000)) || { echo "FAILED: the reader did not run" && return 1; }
+  ((many <= 11 * few)) || { echo "FAILED: more than 11 times as many instructions" && return 1; }
+  ((peak <= 20 * bytes)) || { echo "FAILED: more than 20 bytes of memory per byte" && return 1; }
+}
+
+# Prints the number of instructions that ParseHostDescription and its callees execute for a description of
+# this shape and size, the size, and the peak of the memory.
+measure_json() {
+  local shape=$1 bytes=$2 counts
+  counts=$(log_file "growth-$shape-$bytes")
+  local sizes
+  sizes=$(valgrind --tool=callgrind --callgrind-out-file="$counts.callgrind" --collect-atstart=no \
+    --toggle-collect='hosts::common::ParseHostDescription*' \
+    build/bench/bin/json_growth_probe "$shape" "$bytes" 2>"$counts") &&
+    echo "$(sed -n 's/^summary: //p' "$counts.callgrind") $sizes"
 }

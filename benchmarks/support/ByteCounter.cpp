@@ -1,5 +1,6 @@
 #include "benchmarks/support/ByteCounter.h"
 
+#include <algorithm>
 #include <cstdlib>
 #include <new>
 
@@ -12,12 +13,21 @@ namespace {
 constexpr std::size_t kBlockHeader = sizeof(std::size_t);
 
 std::size_t liveBytes = 0;
+std::size_t peakBytes = 0;
 std::size_t allocationCount = 0;
 
 }  // namespace
 
 std::size_t LiveBytes() {
   return liveBytes;
+}
+
+std::size_t PeakBytes() {
+  return peakBytes;
+}
+
+void RestartPeak() {
+  peakBytes = liveBytes;
 }
 
 std::size_t AllocationCount() {
@@ -31,6 +41,7 @@ void* operator new(std::size_t size) {
   void* const block = std::malloc(size);
   if (block == nullptr) throw std::bad_alloc();
   benchmarks::liveBytes += malloc_usable_size(block) + benchmarks::kBlockHeader;
+  benchmarks::peakBytes = std::max(benchmarks::peakBytes, benchmarks::liveBytes);
   ++benchmarks::allocationCount;
   return block;
 }

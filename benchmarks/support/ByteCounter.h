@@ -12,6 +12,13 @@ namespace benchmarks {
 /// block headers. Requires that the program has only one thread.
 std::size_t LiveBytes();
 
+/// Returns the maximum of `LiveBytes` since the program started or since the last `RestartPeak`.
+/// Requires that the program has only one thread.
+std::size_t PeakBytes();
+
+/// Sets `PeakBytes` to `LiveBytes`. Requires that the program has only one thread.
+void RestartPeak();
+
 /// Returns the number of allocations since the program started. Requires that the program has only
 /// one thread.
 std::size_t AllocationCount();

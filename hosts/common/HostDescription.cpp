@@ -12,6 +12,7 @@
 #include <orncore/debug/DebugDatabase.h>
 #include <orncore/string/Conversion.h>
 
+#include "hosts/common/ControlCharacters.h"
 #include "hosts/common/JsonReader.h"
 #include "hosts/common/TextFile.h"
 
@@ -33,6 +34,10 @@ namespace {
 /// The name of the member that contains the path of the JSON schema. Editors use the schema. The
 /// reader does not open it.
 constexpr std::string_view kSchemaMember = "$schema";
+
+/// The depth of a beta feature: the description, the array of features, and the feature. Refuse
+/// deeper input early, because an empty array takes thirty times the memory of its two bytes.
+constexpr std::size_t kDescriptionDepth = 3;
 
 void ReadText(const JsonReader& object, std::string_view name, std::string& text) {
   if (const auto member = object.Find(name)) text = member->Text();
@@ -61,9 +66,23 @@ BetaFeatureDescription ReadBetaFeature(const JsonReader& object) {
 }
 
 std::vector<BetaFeatureDescription> ReadBetaFeatures(const JsonReader& array) {
+  const std::vector<JsonReader> elements = array.Elements();
   std::vector<BetaFeatureDescription> features;
-  for (const JsonReader& element : array.Elements()) features.push_back(ReadBetaFeature(element));
+  features.reserve(elements.size());
+  for (const JsonReader& element : elements) features.push_back(ReadBetaFeature(element));
   return features;
+}
+
+/// Throws `JsonError` if the version, the build number or the platform contains a control
+/// character. The panel shows the version in its heading, and a newline would look like a second
+/// line of it.
+void RequireVisibleVersion(const JsonReader& object) {
+  for (const std::string_view name : {"clientVersion", "buildNumber", "platform"}) {
+    const auto member = object.Find(name);
+    if (member && HasControlCharacters(member->Text())) {
+      member->FailExpecting("a string without control characters");
+    }
+  }
 }
 
 BetaFeature MakeBetaFeature(const BetaFeatureDescription& feature) {
@@ -82,7 +101,7 @@ HostDescription ReadHostDescription(const std::filesystem::path& file) {
 }
 
 HostDescription ParseHostDescription(std::string_view json, std::string_view sourceName) {
-  const JsonDocument document = JsonDocument::Parse(json, sourceName);
+  const JsonDocument document = JsonDocument::Parse(json, sourceName, kDescriptionDepth);
   const JsonReader object(document);
   std::vector<std::string_view> known(kHostMembers.begin(), kHostMembers.end());
   known.push_back(kSchemaMember);
@@ -90,6 +109,7 @@ HostDescription ParseHostDescription(std::string_view json, std::string_view sou
   if (const auto schema = object.Find(kSchemaMember)) static_cast<void>(schema->Text());
   HostDescription host;
   ReadHostMembers(object, host);
+  RequireVisibleVersion(object);
   return host;
 }
 

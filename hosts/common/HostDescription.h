@@ -65,16 +65,18 @@ inline constexpr std::array<std::string_view, 9> kHostMembers = {
     "clientVersion",           "buildNumber",  "platform", "terminating", "usageLogging",
     "internalFeaturesAllowed", "betaFeatures", "debug",    "dictionary"};
 
-/// Reads a host description from a file. Throws `JsonError` if the file cannot be read or is not
-/// JSON, and for members that are unknown, duplicate, or of the wrong type or range.
+/// Reads a host description from a file. Throws `JsonError` if the file cannot be read, and in the
+/// cases that `ParseHostDescription` lists.
 HostDescription ReadHostDescription(const std::filesystem::path& file);
 
 /// Parses a host description from a JSON string. Error messages begin with `sourceName`. Throws
-/// `JsonError` if `json` is not valid JSON, and for members that are unknown, duplicate, or of the
-/// wrong type or range.
+/// `JsonError` if `json` is not valid JSON or contains NUL, for members that are unknown,
+/// duplicate, or of the wrong type or range, and for control characters in the version, the build
+/// number or the platform.
 HostDescription ParseHostDescription(std::string_view json, std::string_view sourceName);
 
-/// Replaces each member of `host` that `object` contains. Ignores unknown members of `object`.
+/// Replaces each member of `host` that `object` contains. Ignores unknown members of `object`, and
+/// accepts control characters in every string.
 /// Throws `JsonError` if a member has the wrong type or range, or if a beta feature has an unknown
 /// member. Some members of `host` may then be replaced already.
 void ReadHostMembers(const JsonReader& object, HostDescription& host);

@@ -5,8 +5,9 @@
 #include <utility>
 #include <vector>
 
-#include <orncore/string/Conversion.h>
 #include <nlohmann/json.hpp>
+
+#include "hosts/common/TerminalText.h"
 
 namespace hosts::common {
 
@@ -14,28 +15,36 @@ using nlohmann::json;
 
 namespace {
 
-/// The maximum length, in bytes, of the parser's message in an error message. The parser quotes its
-/// input, which can be long.
+/// The maximum length, in bytes, of a path or of the parser's message in an error message. The
+/// parser quotes its input, which can be long.
 constexpr std::size_t kMaximumDetail = 200;
+
+/// The maximum length, in bytes, of a member's name in a path.
+constexpr std::size_t kMaximumName = 100;
 
 /// The maximum length, in bytes, of a string that an error message quotes.
 constexpr std::size_t kMaximumQuotation = 60;
 
-/// Returns `text` as one line of well-formed UTF-8. Replaces control characters with escapes
-/// such as "\u000a", and ill-formed UTF-8 with U+FFFD.
-std::string Visible(std::string_view text) {
-  constexpr std::u16string_view kDigits = u"0123456789abcdef";
-  std::u16string visible;
-  for (const char16_t unit : orncore::string::UTF8to16(text)) {
-    if (unit >= 0x20 && (unit < 0x7F || unit >= 0xA0)) {
-      visible += unit;
-      continue;
-    }
-    visible += u"\\u00";
-    visible += kDigits[unit >> 4];
-    visible += kDigits[unit & 0xF];
-  }
-  return orncore::string::UTF16to8(visible);
+/// Returns whether a UTF-8 string can be cut before `byte` without splitting a character.
+bool IsCharacterStart(char byte) {
+  return (static_cast<unsigned char>(byte) & 0xC0U) != 0x80U;
+}
+
+/// Returns the first `length` bytes of `text`, or up to three bytes less so that no character is
+/// split. Returns all of `text` if it is shorter.
+std::string_view Prefix(std::string_view text, std::size_t length) {
+  if (text.size() <= length) return text;
+  const std::size_t minimum = length - std::min<std::size_t>(length, 3);
+  while (length > minimum && !IsCharacterStart(text[length])) --length;
+  return text.substr(0, length);
+}
+
+/// Returns `text`. If it has more than `kMaximumDetail` bytes, replaces its middle by " ... ".
+std::string WithoutMiddle(std::string_view text) {
+  if (text.size() <= kMaximumDetail) return std::string(text);
+  std::string_view end = text.substr(text.size() - kMaximumDetail / 2);
+  for (int i = 0; i < 3 && !IsCharacterStart(end.front()); ++i) end.remove_prefix(1);
+  return std::string(Prefix(text, kMaximumDetail / 2)) + " ... " + std::string(end);
 }
 
 /// Returns the line and the column of the byte at `position`. The position, the line and the column
@@ -52,16 +61,13 @@ std::string LineAndColumn(std::string_view text, std::size_t position) {
 }
 
 /// Returns the parser's message without its prefix, which repeats the position in another form.
-/// Replaces the middle of a long message with " ... ".
 std::string ParserDetail(std::string_view message) {
   for (const std::string_view prefixEnd : {"] ", ": "}) {
     const std::size_t end = message.find(prefixEnd);
     if (end != std::string_view::npos) message.remove_prefix(end + prefixEnd.size());
     if (!message.starts_with("parse error")) break;
   }
-  if (message.size() <= kMaximumDetail) return std::string(message);
-  return std::string(message.substr(0, kMaximumDetail / 2)) + " ... " +
-         std::string(message.substr(message.size() - kMaximumDetail / 2));
+  return WithoutMiddle(message);
 }
 
 /// Builds a JSON value from the parser's events and rejects duplicate members. The builder of
@@ -69,10 +75,18 @@ std::string ParserDetail(std::string_view message) {
 /// them, but takes quadratic time for objects with many members.
 class DocumentBuilder : public nlohmann::json_sax<json> {
  public:
-  DocumentBuilder(std::string_view text, std::string_view sourceName)
-      : text_(text), sourceName_(sourceName) {}
+  DocumentBuilder(std::string_view text, std::string_view sourceName, std::size_t maximumDepth)
+      : text_(text), sourceName_(sourceName), maximumDepth_(maximumDepth) {}
 
-  json TakeValue() { return std::move(root_); }
+  json Build() {
+    // The parser stops at a NUL and ignores all bytes after it.
+    const std::size_t nul = text_.find('\0');
+    if (nul != std::string_view::npos) {
+      Fail(LineAndColumn(text_, nul + 1), "not valid JSON: the text contains a NUL character");
+    }
+    json::sax_parse(text_.begin(), text_.end(), this);
+    return std::move(root_);
+  }
 
   bool null() override { return Add(nullptr); }
   bool boolean(bool value) override { return Add(value); }
@@ -130,9 +144,9 @@ class DocumentBuilder : public nlohmann::json_sax<json> {
   }
 
   bool Open(json container) {
-    if (frames_.size() == JsonDocument::kMaximumDepth) {
-      Fail(Path(frames_.size()), "arrays and objects are nested more than " +
-                                     std::to_string(JsonDocument::kMaximumDepth) + " deep");
+    if (frames_.size() == maximumDepth_) {
+      Fail(Path(frames_.size()),
+           "arrays and objects are nested more than " + std::to_string(maximumDepth_) + " deep");
     }
     json& slot = Slot();
     slot = std::move(container);
@@ -151,24 +165,25 @@ class DocumentBuilder : public nlohmann::json_sax<json> {
     std::string path;
     for (std::size_t i = 0; i < depth; ++i) {
       const Frame& frame = frames_[i];
-      path = frame.member ? JsonPath(path, *frame.member)
-                          : JsonPath(path, std::max<std::size_t>(frame.container->size(), 1) - 1);
+      path += frame.member ? JsonPath("", *frame.member)
+                           : JsonPath("", std::max<std::size_t>(frame.container->size(), 1) - 1);
     }
     return path;
   }
 
   std::string_view text_;
   std::string_view sourceName_;
+  std::size_t maximumDepth_;
   json root_;
   std::vector<Frame> frames_;
 };
 
 }  // namespace
 
-JsonDocument JsonDocument::Parse(std::string_view text, std::string_view sourceName) {
-  DocumentBuilder builder(text, sourceName);
-  json::sax_parse(text.begin(), text.end(), &builder);
-  return JsonDocument(std::string(sourceName), builder.TakeValue());
+JsonDocument JsonDocument::Parse(std::string_view text, std::string_view sourceName,
+                                 std::size_t maximumDepth) {
+  return JsonDocument(std::string(sourceName),
+                      DocumentBuilder(text, sourceName, maximumDepth).Build());
 }
 
 JsonDocument::JsonDocument(std::string sourceName, json value)
@@ -181,7 +196,7 @@ JsonDocument::~JsonDocument() = default;
 std::string JsonPath(std::string_view parent, std::string_view member) {
   std::string path(parent);
   path += '/';
-  for (const char byte : member) {
+  for (const char byte : Prefix(member, kMaximumName)) {
     if (byte == '~') {
       path += "~0";
     } else if (byte == '/') {
@@ -190,6 +205,7 @@ std::string JsonPath(std::string_view parent, std::string_view member) {
       path += byte;
     }
   }
+  if (member.size() > kMaximumName) path += "...";
   return path;
 }
 
@@ -200,15 +216,14 @@ std::string JsonPath(std::string_view parent, std::size_t index) {
 std::string JsonMessage(std::string_view sourceName, std::string_view location,
                         std::string_view message) {
   std::string line(sourceName);
-  for (const std::string_view part : {location, message}) {
-    if (!part.empty()) line.append(": ").append(part);
-  }
-  return Visible(line);
+  if (!location.empty()) line.append(": ").append(WithoutMiddle(location));
+  if (!message.empty()) line.append(": ").append(message);
+  return EscapeInvisible(line);
 }
 
 std::string JsonQuoted(std::string_view text) {
   const bool isCut = text.size() > kMaximumQuotation;
-  return json(text.substr(0, kMaximumQuotation))
+  return json(Prefix(text, kMaximumQuotation))
              .dump(-1, ' ', false, json::error_handler_t::replace) +
          (isCut ? "..." : "");
 }

@@ -14,7 +14,7 @@ namespace hosts::common {
 
 /// Thrown for a JSON file or string that cannot be used. `what()` is one line of well-formed UTF-8
 /// with the source, the path of the value (or line and column if the text is not valid JSON), and
-/// the problem.
+/// the problem. It quotes at most a few hundred bytes of the text.
 class JsonError : public std::runtime_error {
  public:
   using std::runtime_error::runtime_error;
@@ -25,15 +25,17 @@ class JsonError : public std::runtime_error {
 /// read one document at the same time, because it never changes.
 class JsonDocument {
  public:
-  /// The maximum depth of nested arrays and objects. Deeper nesting could exhaust the stack in
-  /// recursive functions.
+  /// The maximum depth of nested arrays and objects in any document. Deeper nesting could exhaust
+  /// the stack in recursive functions.
   static constexpr std::size_t kMaximumDepth = 100;
 
   /// Parses `text`, which is UTF-8 with or without a byte order mark, and returns the document.
-  /// Error messages begin with `sourceName`. Throws `JsonError` if `text` is not valid JSON, if a
-  /// number is beyond the range of a double, if an object has duplicate members, and if arrays and
-  /// objects are nested deeper than `kMaximumDepth`.
-  static JsonDocument Parse(std::string_view text, std::string_view sourceName);
+  /// Error messages begin with `sourceName`. Throws `JsonError` if `text` is not valid JSON, if it
+  /// contains NUL, if a number is beyond the range of a double, if an object has duplicate members,
+  /// and if arrays and objects are nested deeper than `maximumDepth`. Stops at the first error.
+  /// REQUIRES: `maximumDepth` is at most `kMaximumDepth`.
+  static JsonDocument Parse(std::string_view text, std::string_view sourceName,
+                            std::size_t maximumDepth = kMaximumDepth);
 
   JsonDocument(JsonDocument&&) noexcept;
   JsonDocument& operator=(JsonDocument&&) noexcept;
@@ -52,18 +54,19 @@ class JsonDocument {
 };
 
 /// Returns the JSON pointer of the member `member`, or of the element `index`, of the value whose
-/// JSON pointer is `parent`.
+/// JSON pointer is `parent`. Shortens a name of more than 100 bytes.
 std::string JsonPath(std::string_view parent, std::string_view member);
 std::string JsonPath(std::string_view parent, std::size_t index);
 
-/// Returns "source: location: message" as one line without control characters. `location` is a JSON
-/// pointer, or a line and a column. Omits an empty `location`, which means the whole document, and
-/// an empty `message`.
+/// Returns "source: location: message" as one line. Replaces invisible characters and ill-formed
+/// UTF-8 by escapes (`EscapeInvisible`). `location` is a JSON pointer, or a line and a column.
+/// Omits an empty `location`, which means the whole document, and an empty `message`. In a
+/// `location` of more than 200 bytes, replaces the middle by " ... ".
 std::string JsonMessage(std::string_view sourceName, std::string_view location,
                         std::string_view message);
 
-/// Returns the first 60 bytes of `text` as a JSON string in quotation marks, for an error message.
-/// Appends "..." if `text` is longer.
+/// Returns `text` (UTF-8) as a JSON string in quotation marks, for an error message. If `text` has
+/// more than 60 bytes, returns its beginning and appends "...".
 std::string JsonQuoted(std::string_view text);
 
 }  // namespace hosts::common

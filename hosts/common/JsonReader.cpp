@@ -26,6 +26,19 @@ std::string Describe(const json& value) {
   return value.dump();
 }
 
+/// Returns the JSON pointer from `value` to `target`, or `std::nullopt` if `target` is not a part
+/// of `value`. Readers contain no paths, because the paths of all values of a large document would
+/// take more memory than the document.
+std::optional<std::string> PathTo(const json& target, const json& value) {
+  if (&value == &target) return "";
+  if (!value.is_structured()) return std::nullopt;
+  for (const auto& [name, element] : value.items()) {
+    const std::optional<std::string> path = PathTo(target, element);
+    if (path) return JsonPath("", name) + *path;
+  }
+  return std::nullopt;
+}
+
 std::string QuotedList(JsonReader::Names names) {
   std::string list;
   for (const std::string_view name : names) {
@@ -37,11 +50,10 @@ std::string QuotedList(JsonReader::Names names) {
 
 }  // namespace
 
-JsonReader::JsonReader(const JsonDocument& document)
-    : document_(&document), value_(&document.Value()) {}
+JsonReader::JsonReader(const JsonDocument& document) : JsonReader(document, document.Value()) {}
 
-JsonReader::JsonReader(const JsonDocument& document, const json& value, std::string path)
-    : document_(&document), value_(&value), path_(std::move(path)) {}
+JsonReader::JsonReader(const JsonDocument& document, const json& value)
+    : document_(&document), value_(&value) {}
 
 std::string JsonReader::Text() const {
   if (!value_->is_string()) FailExpecting("a string");
@@ -75,9 +87,7 @@ std::vector<JsonReader> JsonReader::Elements() const {
   if (!value_->is_array()) FailExpecting("an array");
   std::vector<JsonReader> elements;
   elements.reserve(value_->size());
-  for (const json& element : *value_) {
-    elements.push_back(JsonReader(*document_, element, JsonPath(path_, elements.size())));
-  }
+  for (const json& element : *value_) elements.push_back(JsonReader(*document_, element));
   return elements;
 }
 
@@ -85,8 +95,7 @@ std::map<std::string, std::string, std::less<>> JsonReader::Texts() const {
   if (!value_->is_object()) FailExpecting("an object of strings");
   std::map<std::string, std::string, std::less<>> texts;
   for (const auto& [name, value] : value_->items()) {
-    texts.emplace_hint(texts.end(), name,
-                       JsonReader(*document_, value, JsonPath(path_, name)).Text());
+    texts.emplace_hint(texts.end(), name, JsonReader(*document_, value).Text());
   }
   return texts;
 }
@@ -104,7 +113,7 @@ std::optional<JsonReader> JsonReader::Find(std::string_view name) const {
   if (!value_->is_object()) FailExpecting("an object");
   const auto found = value_->find(name);
   if (found == value_->end()) return std::nullopt;
-  return JsonReader(*document_, *found, JsonPath(path_, name));
+  return JsonReader(*document_, *found);
 }
 
 JsonReader JsonReader::Member(std::string_view name) const {
@@ -114,7 +123,8 @@ JsonReader JsonReader::Member(std::string_view name) const {
 }
 
 void JsonReader::Fail(std::string_view message) const {
-  throw JsonError(JsonMessage(document_->SourceName(), path_, message));
+  const std::optional<std::string> path = PathTo(*value_, document_->Value());
+  throw JsonError(JsonMessage(document_->SourceName(), path.value_or(""), message));
 }
 
 void JsonReader::FailExpecting(std::string_view expected) const {

@@ -20,7 +20,8 @@
 namespace hosts::common {
 
 /// Reads one value of a document. A reader refers to the document, which must outlive the reader.
-/// Every function that requires a type throws `JsonError` if the value has another type.
+/// It consists of two pointers, so it can be copied cheaply. Every function that requires a type
+/// throws `JsonError` if the value has another type.
 class JsonReader {
  public:
   using Names = std::span<const std::string_view>;
@@ -57,18 +58,18 @@ class JsonReader {
   /// Returns a reader of the object's member `name`. Throws `JsonError` if there is no such member.
   JsonReader Member(std::string_view name) const;
 
-  /// Throws `JsonError` with the source, the path of the value, and `message`.
+  /// Throws `JsonError` with the source, the path of the value, and `message`. Takes time linear in
+  /// the size of the document.
   [[noreturn]] void Fail(std::string_view message) const;
   /// Throws `JsonError` with a message such as "expected a string, found the number 3". `expected`
   /// describes the expected value.
   [[noreturn]] void FailExpecting(std::string_view expected) const;
 
  private:
-  JsonReader(const JsonDocument& document, const nlohmann::json& value, std::string path);
+  JsonReader(const JsonDocument& document, const nlohmann::json& value);
 
   const JsonDocument* document_;
   const nlohmann::json* value_;
-  std::string path_;
 };
 
 }  // namespace hosts::common

@@ -3,6 +3,7 @@
 #include <cstdlib>
 #include <system_error>
 
+#include "hosts/common/ControlCharacters.h"
 #include "hosts/common/PersistedListMerge.h"
 #include "hosts/common/StateFile.h"
 
@@ -96,7 +97,10 @@ void StateStore::Reset() {
 }
 
 ornwhatsnew::StateGetter StateStore::Getter() const {
-  return [this](const ornwhatsnew::UTF8String& key) { return Get(key); };
+  return [this](const ornwhatsnew::UTF8String& key) {
+    // The panel shows the last version in its heading, and a newline would look like a second line.
+    return key == kLastVersionSeenKey ? WithoutControlCharacters(Get(key)) : Get(key);
+  };
 }
 
 ornwhatsnew::StateSetter StateStore::Setter() {

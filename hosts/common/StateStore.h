@@ -101,6 +101,7 @@ class StateStore {
   void Reset();
 
   /// Returns a getter or a setter for a list. It refers to this store, which must outlive the list.
+  /// The getter replaces control characters in the last version (`WithoutControlCharacters`).
   ornwhatsnew::StateGetter Getter() const;
   ornwhatsnew::StateSetter Setter();
 

@@ -5,7 +5,7 @@ usage: schema_test.py PROGRAM SCHEMA DATA DESCRIPTION...
 
 DATA is any data file. The test compares the schema and the program on each file DESCRIPTION and on
 generated descriptions. The generated descriptions contain every member with every type of value,
-numbers at the limits of 32-bit integers, and unknown members.
+control characters, numbers at the limits of 32-bit integers, and unknown members.
 """
 
 import json
@@ -17,7 +17,8 @@ import tempfile
 
 import jsonschema
 
-VALUES = ["", "text", 0, -1, 1.5, True, False, None, [], [0], {}, {"x": ""}, {"x": 0}, [{}]]
+VALUES = ["", "text", "25\n", "\x1f", "\x20", "\x7e", "\x7f", "\x9f", "\xa0", "\u2027",
+          "\u2028", "\u2029", "\u202a", 0, -1, 1.5, True, False, None, [], [0], {}, {"x": ""}, {"x": 0}, [{}]]
 BOUNDS = [2**31 - 1, 2**31, -(2**31), -(2**31) - 1]
 
 

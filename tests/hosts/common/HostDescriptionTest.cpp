@@ -117,6 +117,10 @@ TEST(HostDescription, ErrorsNameTheFileThePathAndTheProblem) {
       {R"({"dictionary":{"a":"","a":""}})", "host.json: /dictionary: ", "duplicate member"},
       {R"({"$schema":1})", "host.json: /$schema: ", "expected a string, found the number 1"},
       {R"({"betaFeatures":[{"$schema":""}]})", "host.json: /betaFeatures/0: ", "unknown member"},
+      {R"({"clientVersion":"25\n1"})", "host.json: /clientVersion: ",
+       R"(expected a string without control characters, found the string "25\n1")"},
+      {R"({"buildNumber":"\u0085"})", "host.json: /buildNumber: ", "without control characters"},
+      {R"({"platform":"Mac\u2028"})", "host.json: /platform: ", "without control characters"},
       {R"({"version":"25"})",
        "host.json: ", R"(unknown member "version"; known members: "clientVersion", "buildNumber")"},
       {R"({"platform":"a","platform":"b"})", "host.json: ", R"(duplicate member "platform")"},
@@ -128,6 +132,12 @@ TEST(HostDescription, ErrorsNameTheFileThePathAndTheProblem) {
                 AllOf(StartsWith(std::string(location)), HasSubstr(std::string(message))))
         << json;
   }
+}
+
+TEST(HostDescription, OtherMembersMayHaveControlCharacters) {
+  EXPECT_EQ(ErrorOf(R"({"betaFeatures":[{"name":"\n"}],"debug":{"\t":"\t"},
+                        "dictionary":{"$$$/a":"\n"}})"),
+            "");
 }
 
 // The JSON schema in schema/ lists the same members. If you change the members here, change the

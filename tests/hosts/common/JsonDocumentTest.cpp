@@ -91,7 +91,7 @@ TEST(JsonDocument, ShortensLongMessages) {
 TEST(JsonDocument, WritesMessagesOnOneLine) {
   EXPECT_EQ(ErrorOf("{\"a\n").find('\n'), std::string::npos);
   EXPECT_EQ(JsonMessage("a\nb", "/c\nd\x7F", ""), "a\\u000ab: /c\\u000ad\\u007f");
-  EXPECT_EQ(JsonMessage("a\xC2\x9B", "", "\xC2\xA0\xC2\t"), "a\\u009b: \xC2\xA0\uFFFD\\u0009");
+  EXPECT_EQ(JsonMessage("a\xC2\x9B", "", "\xC2\xA0\xC2\t"), "a\\u009b: \xC2\xA0\\xc2\\u0009");
 }
 
 // The parser quotes invalid input without escaping DEL and the characters U+0080 to U+009F.
@@ -106,6 +106,46 @@ TEST(JsonDocument, LimitsTheDepth) {
               HasSubstr("nested more than 100 deep"));
   EXPECT_THAT(ErrorOf(std::string(1'000'000, '[')), HasSubstr("nested more than 100 deep"));
   EXPECT_THAT(ErrorOf(R"({"a":[0,)" + std::string(99, '[')), HasSubstr("file.json: /a/1/0/0/0"));
+}
+
+// nlohmann-json treats a NUL like the end of the text.
+TEST(JsonDocument, RejectsNul) {
+  const struct {
+    std::string text;
+    std::string_view location;
+  } cases[] = {{std::string("{}\0{\"a\":1}", 10), "line 1, column 3"},
+               {std::string("{}\0", 3), "line 1, column 3"},
+               {std::string("\0{}", 3), "line 1, column 1"},
+               {std::string("{\n\"a\": \"\0\"}", 11), "line 2, column 7"},
+               {std::string("{\0}\0", 5), "line 1, column 2"}};
+  for (const auto& [text, location] : cases) {
+    EXPECT_EQ(ErrorOf(text), "file.json: " + std::string(location) +
+                                 ": not valid JSON: the text contains a NUL character");
+  }
+}
+
+TEST(JsonDocument, ReportsTheFirstOfManyDuplicates) {
+  std::string text = "{";
+  for (int i = 0; i < 1000; ++i) text += R"("a":{"b":1,"b":2},)";
+  EXPECT_EQ(ErrorOf(text), R"(file.json: /a: duplicate member "b"; keep only one)");
+}
+
+TEST(JsonDocument, ShortensPathsInMessages) {
+  const std::string name = "\"" + std::string(5000, 'x') + "\":";
+  EXPECT_EQ(ErrorOf("{" + name + R"({"e":1,"e":2}})"),
+            "file.json: /" + std::string(100, 'x') + R"(...: duplicate member "e"; keep only one)");
+  std::string deep;
+  for (int i = 0; i < 100; ++i) deep += "{" + name;
+  EXPECT_LT(ErrorOf(deep + "{").size(), 400U);
+  EXPECT_THAT(ErrorOf(deep + "{"), HasSubstr(" ... xxx"));
+  EXPECT_EQ(JsonPath("/a", std::string(99, 'x') + "\u00E9"), "/a/" + std::string(99, 'x') + "...");
+  EXPECT_EQ(JsonPath("/a", std::string(98, 'x') + "\u00E9"),
+            "/a/" + std::string(98, 'x') + "\u00E9");
+}
+
+TEST(JsonDocument, ShortensQuotationsBetweenCharacters) {
+  EXPECT_EQ(JsonQuoted(std::string(59, 'x') + "\u00E9"), '"' + std::string(59, 'x') + "\"...");
+  EXPECT_EQ(JsonQuoted(std::string(58, 'x') + "\u00E9"), '"' + std::string(58, 'x') + "\u00E9\"");
 }
 
 TEST(JsonDocument, RejectsDuplicateMembers) {

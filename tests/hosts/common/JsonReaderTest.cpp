@@ -110,6 +110,14 @@ TEST(JsonReader, RejectsUnknownMembersAndListsTheKnownOnes) {
             "file.json: /b: expected an object, found an array of 0 elements");
 }
 
+TEST(JsonReader, ReportsThePathOfTheValue) {
+  const auto read = [](const JsonReader& reader) {
+    reader.Member("a").Elements()[1].Member("b/~").Elements()[2].Text();
+  };
+  EXPECT_EQ(ErrorOf(R"({"a":[{},{"b/~":["","",3]}]})", read),
+            "file.json: /a/1/b~1~0/2: expected a string, found the number 3");
+}
+
 TEST(JsonReader, FindsMembers) {
   const JsonDocument document = JsonDocument::Parse(R"({"a/b":null})", "file.json");
   const JsonReader reader(document);

@@ -70,6 +70,17 @@ TEST_F(StateStoreTest, RejectsARelativePathInADeletedFolder) {
   std::filesystem::current_path(before);
 }
 
+// A newline in the last version would look like a second line of the panel's heading.
+TEST_F(StateStoreTest, TheGetterReplacesControlCharactersInTheLastVersion) {
+  WriteValue(kLastVersionSeenKey, "25.1\nYou are all caught up.\x1B");
+  WriteValue(kOtherKey, "a\nb");
+  const StateStore store(File());
+  EXPECT_EQ("25.1\uFFFDYou are all caught up.\uFFFD",
+            store.Getter()(ornwhatsnew::UTF8String(kLastVersionSeenKey)));
+  EXPECT_EQ("25.1\nYou are all caught up.\x1B", store.Get(kLastVersionSeenKey));
+  EXPECT_EQ("a\nb", store.Getter()(ornwhatsnew::UTF8String(kOtherKey)));
+}
+
 TEST_F(StateStoreTest, CallbacksReadAndBufferValues) {
   StateStore store(File());
   store.Setter()("key", "value");

@@ -1,0 +1,20 @@
+// Finds and replaces the characters that can end a line or control a terminal.
+#ifndef HOSTS_COMMON_CONTROLCHARACTERS_H_
+#define HOSTS_COMMON_CONTROLCHARACTERS_H_
+
+#include <string>
+#include <string_view>
+
+namespace hosts::common {
+
+/// Returns whether `text` (UTF-8) contains a control character (U+0000 to U+001F and U+007F to
+/// U+009F) or a line or paragraph separator (U+2028 and U+2029).
+bool HasControlCharacters(std::string_view text);
+
+/// Returns a copy of `text` (UTF-8) in which U+FFFD replaces each character that
+/// `HasControlCharacters` finds. Replaces ill-formed UTF-8, too.
+std::string WithoutControlCharacters(std::string_view text);
+
+}  // namespace hosts::common
+
+#endif  // HOSTS_COMMON_CONTROLCHARACTERS_H_
