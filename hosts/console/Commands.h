@@ -63,7 +63,8 @@ struct ConsoleArguments {
 /// Prints the panel, and then stores its content as seen. Stores nothing if the output fails, or if
 /// the reader of the output closes it early.
 ExitStatus Run(const ShowArguments& arguments);
-/// Prints whether anything is new or can be rated. Stores nothing.
+/// Prints whether `show --only-new` and `show --rating` with the same filters would show any item.
+/// Stores nothing.
 ExitStatus Run(const StatusArguments& arguments);
 /// Stores that the user rated a feature.
 ExitStatus Run(const RateArguments& arguments);

@@ -40,8 +40,9 @@ ExitStatus Run(const StatusArguments& arguments) {
   common::StateStore store(StateLocation(arguments.sources.state));
   const std::shared_ptr<ornwhatsnew::FeatureListData> list =
       LoadWhatsNew(arguments.sources.data, store.Getter(), store.Setter());
+  // `IsAnythingNeedingRating` always filters by platform and version, and `show --rating` does not.
   const Status status = {list->IsAnythingNew(arguments.options | ornwhatsnew::kShowOnlyNew),
-                         list->IsAnythingNeedingRating()};
+                         list->IsAnythingNew(arguments.options | ornwhatsnew::kRatingView)};
   WriteOutput(Describe(status, arguments.format));
   return arguments.setsExitStatus ? ToExitStatus(status) : ExitStatus::kDone;
 }

@@ -1,0 +1,101 @@
+// Compares `status` with `show` for random hosts, data files, states and filters.
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
+
+#include "tests/hosts/console/ProgramFixture.h"
+#include "tests/support/RandomSource.h"
+
+namespace hosts::console {
+namespace {
+
+using nlohmann::json;
+using test_support::RandomSource;
+using Words = std::vector<std::string>;
+
+constexpr int kWorldCount = 100;
+
+class StatusPropertyTest : public ProgramTest {
+ protected:
+  void WriteRandomHost(RandomSource& random, const std::string& version) const {
+    json features = json::array();
+    for (const char* key : {"EPIC-7", "EPIC-8", "EPIC-9"}) {
+      features.push_back({{"internalKey", key},
+                          {"epicKey", key},
+                          {"name", key},
+                          {"visibility", random.Below(4)},
+                          {"enabled", !random.OneIn(4)},
+                          {"availableForUser", random.Flip()}});
+    }
+    const json host = {{"clientVersion", version},
+                       {"platform", random.Flip() ? "Mac" : "Win"},
+                       {"terminating", random.OneIn(10)},
+                       {"usageLogging", !random.OneIn(10)},
+                       {"internalFeaturesAllowed", random.OneIn(3)},
+                       {"betaFeatures", features}};
+    folder_.Write("host.json", host.dump());
+  }
+
+  void WriteRandomData(RandomSource& random) const {
+    const char* const groups[] = {"EPIC-7", "EPIC-8", "EPIC-9", "BUGFIX", "nowhere"};
+    const char* const saliences[] = {"", "Headline", "Loud", "UnhideBetaFeature"};
+    const char* const requests[] = {"", "RequestRating", "RequestRating", "How?"};
+    const char* const firstVersions[] = {"", "", "24.0.0.0", "25.1.0.0", "26.0.0.0"};
+    const char* const platforms[] = {"", "", "Mac", "Win", "Other"};
+    const char* const texts[] = {"", "Faster", "Smaller", "Nicer"};
+    std::string rows;
+    for (std::size_t i = random.Below(8); i > 0; --i) {
+      rows += std::string("25.2.0.0,") + random.Pick(groups) + ",," + random.Pick(saliences) + "," +
+              random.Pick(requests) + "," + random.Pick(firstVersions) + "," +
+              random.Pick(platforms) + ",,," + random.Pick(texts) + "\n";
+    }
+    WriteData(rows);
+  }
+
+  json JsonOf(Words words, const Words& filters) const {
+    words.insert(words.end(), {"{data}", "{host}", "--format", "json"});
+    words.insert(words.end(), filters.begin(), filters.end());
+    return json::parse(OutputOf(words));
+  }
+
+  /// Requires that `status` reports what `show` with these filters writes.
+  void RequireAgreement(const Words& filters) const {
+    const json status = JsonOf({"status"}, filters);
+    EXPECT_EQ(status["anythingNeedingRating"],
+              !JsonOf({"show", "--rating"}, filters)["ratingItems"].empty());
+    // A display with --rating stores only features that were seen before, so it makes nothing seen.
+    EXPECT_EQ(status["anythingNew"],
+              !JsonOf({"show", "--only-new"}, filters)["ratingItems"].empty());
+  }
+};
+
+TEST_F(StatusPropertyTest, AgreesWithShowWithTheSameFilters) {
+  for (int seed = 0; seed < kWorldCount; ++seed) {
+    SCOPED_TRACE(testing::Message() << "seed " << seed);
+    RandomSource random(static_cast<std::uint64_t>(seed));
+    WriteRandomData(random);
+    WriteRandomHost(random, random.Flip() ? "24.5" : "25.1");
+    OutputOf({"state", "reset"});
+    if (!random.OneIn(4)) OutputOf({"show", "{data}", "{host}"});
+    WriteRandomHost(random, "25.3");
+    Words filters;
+    for (const char* filter : {"--platform", "--relevant-versions", "--headlines"}) {
+      if (random.OneIn(3)) filters.emplace_back(filter);
+    }
+    RequireAgreement(filters);
+    if (HasFailure()) break;
+  }
+}
+
+// `IsAnythingNeedingRating` of the library always filters by platform and version.
+TEST_F(StatusPropertyTest, ReportsARatingForAnotherPlatformUnlessItIsFiltered) {
+  WriteData("25.1,EPIC-7,,,RequestRating,,Win,,,Twice as fast\n");
+  OutputOf({"show", "{data}", "{host}"});
+  EXPECT_EQ(true, JsonOf({"status"}, {})["anythingNeedingRating"]);
+  EXPECT_EQ(false, JsonOf({"status"}, {"--platform"})["anythingNeedingRating"]);
+}
+
+}  // namespace
+}  // namespace hosts::console
