@@ -37,6 +37,12 @@ void ExpandMarkup(UTF16String& text) {
   if (read == UTF16String::npos) return;
   std::size_t written = read;
   while (read < text.size()) {
+    // Most characters are not the start of a mark. Comparing each of them with every mark would
+    // take most of the time.
+    if (kMarkStarts.find(text[read]) == std::u16string_view::npos) {
+      text[written++] = text[read++];
+      continue;
+    }
     const std::u16string_view rest = std::u16string_view(text).substr(read);
     if (rest.starts_with(kComment)) break;
     const auto match = std::ranges::find_if(

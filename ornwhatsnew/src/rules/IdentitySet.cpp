@@ -18,9 +18,9 @@ IdentitySet::IdentitySet(std::vector<Guid> identities) : identities_(std::move(i
   shift_ = kLeadingBits - bits;
   rangeBegins_.assign((std::size_t{1} << bits) + 1, size());
   // Iterate backwards, so that the index of the first identity of each range is written last.
-  for (std::size_t i = size(); i-- > 0;) rangeBegins_[IndexOf(identities_[i])] = i;
-  for (std::size_t i = rangeBegins_.size() - 1; i-- > 0;) {
-    rangeBegins_[i] = std::min(rangeBegins_[i], rangeBegins_[i + 1]);
+  for (std::size_t i = size(); i > 0; --i) rangeBegins_[IndexOf(identities_[i - 1])] = i - 1;
+  for (std::size_t i = rangeBegins_.size() - 1; i > 0; --i) {
+    rangeBegins_[i - 1] = std::min(rangeBegins_[i - 1], rangeBegins_[i]);
   }
 }
 
