@@ -1,0 +1,46 @@
+// Provides a host with random features, settings and translations, and random data files for it.
+#ifndef TESTS_SUPPORT_RANDOMWORLD_H_
+#define TESTS_SUPPORT_RANDOMWORLD_H_
+
+#include <string>
+#include <vector>
+
+#include "tests/support/FakeHost.h"
+#include "tests/support/RandomSource.h"
+
+namespace test_support {
+
+/// A fake host whose features, settings, state and dictionary are random. A third of the hosts have
+/// a dictionary. Only one object may exist at a time.
+class RandomWorld {
+ public:
+  /// `random` must outlive the world.
+  explicit RandomWorld(RandomSource& random);
+
+  FakeHost& Host() { return host_; }
+
+  /// Changes the settings of the host and switches features on or off, at random.
+  void ChangeHost();
+
+  /// Returns a random data file.
+  std::string DataFile();
+  /// Returns a random rating placeholder, which is empty half of the time.
+  std::u16string Placeholder();
+  /// Returns a random key, which can be the key of an item.
+  std::string Key();
+
+ private:
+  void AddFeatures();
+  void Translate();
+  std::string Text();
+  std::string Field(const char* usual);
+  std::string Row();
+
+  RandomSource& random_;
+  FakeHost host_;
+  std::vector<std::string> internalKeys_;
+};
+
+}  // namespace test_support
+
+#endif  // TESTS_SUPPORT_RANDOMWORLD_H_
