@@ -9,6 +9,7 @@
 
 #include <orncore/Export.h>
 #include <ornwhatsnew/FeatureListItem.h>
+#include <ornwhatsnew/PanelLayout.h>
 #include <ornwhatsnew/utility/SharedTypes.h>
 
 namespace ornui::utility {
@@ -100,6 +101,10 @@ class ORN_EXPORT FeatureListData {
   /// The reference is valid until the list is destroyed, and a reload does not invalidate it.
   const std::list<std::string>& GetOrderedFeatureKeys() const;
 
+  /// Returns what the list found in its data file when it was constructed or last reloaded by
+  /// `InitWithData`. `ParseWhatsNewData` does not change the result.
+  DataFileSummary GetDataFileSummary() const;
+
   /// Returns the display text for `text` (UTF-8). Localises a key text through the `Localizer`, and
   /// converts any other string to UTF-16.
   UTF16String LocalizeIfNecessary(const UTF8String& text) const;
@@ -117,6 +122,11 @@ class ORN_EXPORT FeatureListData {
   /// Returns whether a display with these options would show any item. An item that was displayed
   /// counts as seen only after `RefreshInternalSeenState` or `InitWithData` has read the state.
   bool IsAnythingNew(const DisplayOptions& options) const;
+
+  /// Returns how many items and changes the display with these options would show. With
+  /// `kShowOnlyNew`, a badge can show the number of changes. An item that was displayed counts as
+  /// seen at the same time as for `IsAnythingNew`.
+  NewCount CountNew(const DisplayOptions& options) const;
 
   /// Returns whether the rating view, with the options `kFilterRelevantPlatform` and
   /// `kFilterRelevantVersion`, would show any feature.
@@ -140,6 +150,26 @@ class ORN_EXPORT FeatureListData {
   UTF16String GetFormattedTextForDisplay(const DisplayOptions& options,
                                          const UTF16String& ratingPlaceholder, StyleRunMap& runs,
                                          std::shared_ptr<RatingMap> ratingItems);
+
+  /// Returns the layout of the panel for these options. Like `GetFormattedTextForDisplay`, it adds
+  /// the identities shown to the state and passes the three persisted values to the setter.
+  ///
+  /// Makes the same calls to the host in the same order as `GetFormattedTextForDisplay` with a
+  /// rating map in the rating view and without one otherwise. In addition, looks up the translation
+  /// of each rating request that is a key text.
+  ///
+  /// After a call of `RefreshInternalSeenState`, a layout with `kShowOnlyNew` contains no item that
+  /// was shown before. A view keeps the layout that it shows.
+  PanelLayout GetLayoutForDisplay(const DisplayOptions& options);
+
+  /// Returns the same layout as `GetLayoutForDisplay`. Does not change the state and does not call
+  /// the setter, so the items and changes in the layout do not count as seen.
+  PanelLayout PreviewLayout(const DisplayOptions& options) const;
+
+  /// Changes the state like a display without options, and makes the same calls to the setter. A
+  /// feature that is not available to the user does not count as seen, so it is new when the user
+  /// gets it. Call this function for a user who starts the application for the first time.
+  void MarkAllSeen();
 
   /// Adds to `runs` the style run of `appended`, a string that the caller appends to `textSoFar`
   /// afterwards. `runString` is the string of the run, such as a URL.

@@ -26,10 +26,13 @@ const orncore::config::InitializerRegistrar kRegistration(
     "ornwhatsnew.FeatureListData", orncore::config::EInitializerContextFlags::kConsole,
     RegisterValidateCommand, UnregisterValidateCommand);
 
-UTF8String LoadDataText(const UTF16String& path, const ornui::utility::ResourceManager& resources) {
+// Returns the bytes of the resource, and sets `isFound` to the result of the resource manager. A
+// missing resource is not an error. The list then has no changes. The bytes do not depend on
+// `isFound`, because existing resource managers may load a resource and return false.
+UTF8String LoadDataText(const UTF16String& path, const ornui::utility::ResourceManager& resources,
+                        bool& isFound) {
   std::vector<unsigned char> bytes;
-  // Ignore the result, because a missing resource is not an error. The list then has no changes.
-  resources.LoadResource(path, u"csv", bytes);
+  isFound = resources.LoadResource(path, u"csv", bytes);
   return {bytes.begin(), bytes.end()};
 }
 
@@ -62,7 +65,9 @@ FeatureListData::FeatureListData(const UTF16String& path,
                                  const ornui::utility::ResourceManager* resources,
                                  StateGetter getter, StateSetter setter)
     : FeatureListData(std::move(getter), std::move(setter)) {
-  InitWithData(LoadDataText(path, *resources));
+  bool isFound = false;
+  InitWithData(LoadDataText(path, *resources, isFound));
+  impl_->content.summary.isFound = isFound;
 }
 
 FeatureListData::~FeatureListData() {
@@ -77,7 +82,7 @@ void FeatureListData::InitWithData(const UTF8String& dataText) {
   {
     const ScopedCount walk(impl_->activeWalks);
     rebuilt.AddBetaFeatures();
-    rebuilt.AddChanges(dataText);
+    rebuilt.summary = rebuilt.AddChanges(dataText);
     rebuilt.MoveUnlockedItemsToFront();
   }
   ListContent& content = impl_->content;
@@ -123,6 +128,10 @@ const FeatureMap& FeatureListData::GetFeatureItems() const {
 
 const std::list<std::string>& FeatureListData::GetOrderedFeatureKeys() const {
   return impl_->content.orderedKeys;
+}
+
+DataFileSummary FeatureListData::GetDataFileSummary() const {
+  return impl_->content.summary;
 }
 
 UTF16String FeatureListData::LocalizeIfNecessary(const UTF8String& text) const {

@@ -1,4 +1,4 @@
-// Implements the methods of the list that create the panel's text.
+// Implements the methods of the list that create the panel's text and its layout.
 #include <cassert>
 #include <memory>
 #include <utility>
@@ -9,6 +9,7 @@
 
 #include "ornwhatsnew/src/FeatureListDataImpl.h"
 #include "ornwhatsnew/src/ScopedCount.h"
+#include "ornwhatsnew/src/panel/LayoutWriter.h"
 #include "ornwhatsnew/src/panel/PanelFormatter.h"
 #include "ornwhatsnew/src/panel/StyledTextWriter.h"
 #include "ornwhatsnew/src/rules/VisibilityRules.h"
@@ -29,31 +30,35 @@ void ReserveFor(const FeatureMap& items, PanelFormatter& panel) {
       descriptionBytes += change->GetDescription().size();
     }
   }
-  panel.Reserve(changes, descriptionBytes);
+  panel.Reserve(items.size(), changes, descriptionBytes);
 }
 
-// Writes the shown items. Returns the identities to add to the state.
-IdentitySet WriteItems(const ListContent& content, const DisplayOptions& options,
+// Writes the panel. Returns the identities to add to the state, which are none if the panel shows
+// no item.
+IdentitySet WritePanel(const ListContent& content, const DisplayOptions& options,
                        PanelFormatter& panel) {
-  const VisibilityFilter filter(options, content.state.seenGuids, content.state.seenVersionNumbers);
+  panel.WriteHeader(content.state.lastVersionSeen, content.changesSinceVersion.value_or(""));
   // With one of these two options, most changes are usually hidden, and `ReserveFor` would reserve
   // far too much memory.
   if (!options.Has(kShowOnlyNew) && !options.Has(kRatingView)) ReserveFor(content.items, panel);
 
-  ShownItem shown;
   std::vector<Guid> seen;
-  for (const std::string& key : content.orderedKeys) {
-    const FeatureListItem* const item = content.FindItem(key);
-    if (item == nullptr || !IsItemShown(*item, filter, &shown)) continue;
-    panel.WriteFeature(*item, shown);
-
-    seen.push_back(shown.seenGuid);
-    // A user opens the rating view to rate features, so the changes that it shows do not count as
-    // seen.
-    if (options.Has(kRatingView)) continue;
-    for (const auto& change : shown.changes) seen.push_back(change.seenGuid);
-  }
+  content.VisitShownItems(options, [&](const FeatureListItem& item, const ShownItem& shown) {
+    panel.WriteFeature(item, shown);
+    AddSeenIdentities(shown, options, seen);
+  });
+  if (seen.empty()) panel.WriteNothingToShow();
   return MakeIdentitySet(std::move(seen));
+}
+
+// Lays out the panel and sets `shown` to the identities to add to the state.
+PanelLayout LayOutPanel(const ListContent& content, const DisplayOptions& options,
+                        IdentitySet& shown) {
+  const UTF16String noPlaceholder;
+  LayoutWriter writer;
+  PanelFormatter panel(options, noPlaceholder, nullptr, writer);
+  shown = WritePanel(content, options, panel);
+  return writer.TakeLayout(!shown.empty());
 }
 
 }  // namespace
@@ -65,19 +70,33 @@ UTF16String FeatureListData::GetFormattedTextForDisplay(const DisplayOptions& op
   assert(impl_->activeWalks == 0);
   runs.clear();
   if (ratingItems != nullptr) ratingItems->clear();
-  const ListContent& content = impl_->content;
-  UTF16String text;
+  StyledTextWriter writer(runs);
   IdentitySet shown;
   {
     const ScopedCount walk(impl_->activeWalks);
-    PanelFormatter panel(options, ratingPlaceholder, runs, ratingItems.get());
-    panel.WriteHeader(content.state.lastVersionSeen, content.changesSinceVersion.value_or(""));
-    shown = WriteItems(content, options, panel);
-    if (shown.empty()) panel.WriteNothingToShow();
-    text = panel.TakeText();
+    PanelFormatter panel(options, ratingPlaceholder, ratingItems.get(), writer);
+    shown = WritePanel(impl_->content, options, panel);
   }
   impl_->RecordDisplayPass(shown);
-  return text;
+  return writer.TakeText();
+}
+
+PanelLayout FeatureListData::GetLayoutForDisplay(const DisplayOptions& options) {
+  assert(impl_->activeWalks == 0);
+  PanelLayout layout;
+  IdentitySet shown;
+  {
+    const ScopedCount walk(impl_->activeWalks);
+    layout = LayOutPanel(impl_->content, options, shown);
+  }
+  impl_->RecordDisplayPass(shown);
+  return layout;
+}
+
+PanelLayout FeatureListData::PreviewLayout(const DisplayOptions& options) const {
+  const ScopedCount walk(impl_->activeWalks);
+  IdentitySet shown;
+  return LayOutPanel(impl_->content, options, shown);
 }
 
 void FeatureListData::CaptureStyle(StyleID style, const UTF16String& textSoFar,

@@ -2,6 +2,7 @@
 #include <algorithm>
 #include <cassert>
 #include <utility>
+#include <vector>
 
 #include <ornwhatsnew/FeatureListData.h>
 #include <ornwhatsnew/utility/PersistedList.h>
@@ -75,8 +76,31 @@ bool FeatureListData::IsAnythingNew(const DisplayOptions& options) const {
   });
 }
 
+NewCount FeatureListData::CountNew(const DisplayOptions& options) const {
+  const ScopedCount walk(impl_->activeWalks);
+  NewCount count;
+  impl_->content.VisitShownItems(options, [&](const FeatureListItem&, const ShownItem& shown) {
+    ++count.items;
+    count.changes += shown.changes.size();
+  });
+  return count;
+}
+
 bool FeatureListData::IsAnythingNeedingRating() const {
   return IsAnythingNew(kFilterRelevantPlatform | kFilterRelevantVersion | kRatingView);
+}
+
+void FeatureListData::MarkAllSeen() {
+  assert(impl_->activeWalks == 0);
+  constexpr DisplayOptions kNoFilter;
+  std::vector<Guid> seen;
+  {
+    const ScopedCount walk(impl_->activeWalks);
+    impl_->content.VisitShownItems(kNoFilter, [&](const FeatureListItem&, const ShownItem& shown) {
+      AddSeenIdentities(shown, kNoFilter, seen);
+    });
+  }
+  impl_->RecordDisplayPass(MakeIdentitySet(std::move(seen)));
 }
 
 void FeatureListData::MarkItemHasBeenRated(const std::string& featureKey) {

@@ -103,7 +103,8 @@ void ListContent::AddBetaFeatures() {
   EnsureSectionExists(kUnreviewedKey, u"$$$/ornwhatsnew/SectionKey/Unreviewed=Unreviewed", {});
 }
 
-void ListContent::AddChanges(std::string_view dataText) {
+DataFileSummary ListContent::AddChanges(std::string_view dataText) {
+  DataFileSummary counts;
   ChangeMaker maker;
   MovingKeys touchedFeatures;
   DataFileReader reader(dataText);
@@ -111,6 +112,8 @@ void ListContent::AddChanges(std::string_view dataText) {
     if (row->kind == DataRowKind::kChangesSince) {
       changesSinceVersion = row->Value(DataColumn::kVersion);
     }
+    const bool isBlank = row->skipReason == DataRowSkipReason::kBlank;
+    if (row->kind == DataRowKind::kSkipped && !isBlank) ++counts.skippedRows;
     if (row->kind != DataRowKind::kChange) continue;
 
     auto change = maker.Make(*row);
@@ -118,12 +121,15 @@ void ListContent::AddChanges(std::string_view dataText) {
         PlaceChange(items, row->Value(DataColumn::kGroupingID), row->Value(DataColumn::kStoryID),
                     change->DetailInternalOverrideUnreviewed());
     change->SetCouldNotMatchBetaFeature(isUnmatched);
+    ++counts.changes;
+    if (isUnmatched) ++counts.unmatched;
     if (item == nullptr) continue;
     item->AddFeatureDetail(std::move(change));
     if (!item->IsSection()) touchedFeatures.push_back(item->FeatureJiraIDKey());
   }
   touchedFeatures.push_back(kUnreviewedKey);
   MoveKeysToBack(orderedKeys, touchedFeatures);
+  return counts;
 }
 
 void ListContent::MoveUnlockedItemsToFront() {

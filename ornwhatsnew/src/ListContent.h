@@ -12,9 +12,11 @@
 #include <vector>
 
 #include <ornwhatsnew/FeatureListItem.h>
+#include <ornwhatsnew/PanelLayout.h>
 #include <ornwhatsnew/utility/SharedTypes.h>
 
 #include "ornwhatsnew/src/rules/IdentitySet.h"
+#include "ornwhatsnew/src/rules/VisibilityRules.h"
 
 namespace ornwhatsnew {
 
@@ -38,16 +40,30 @@ struct ListContent {
   SeenState state;
   /// Has no value if no data file contained a "Changes-Since" row.
   std::optional<UTF8String> changesSinceVersion;
+  DataFileSummary summary;
 
   /// Returns the item with this key. Returns null if the key has no entry or an empty entry.
   const FeatureListItem* FindItem(const std::string& key) const;
+
+  /// Calls `visit(item, shown)` for each item that a display with these options shows, in key
+  /// order. `shown` is the `ShownItem` of the item.
+  template <class Visit>
+  void VisitShownItems(const DisplayOptions& options, Visit visit) const {
+    const VisibilityFilter filter(options, state.seenGuids, state.seenVersionNumbers);
+    ShownItem shown;
+    for (const std::string& key : orderedKeys) {
+      const FeatureListItem* const item = FindItem(key);
+      if (item != nullptr && IsItemShown(*item, filter, &shown)) visit(*item, shown);
+    }
+  }
 
   // These functions implement the `FeatureListData` methods with similar names.
   void InsertItem(std::shared_ptr<FeatureListItem> item);
   void EnsureSectionExists(std::string_view key, const UTF16String& name,
                            const UTF16String& description);
   void AddBetaFeatures();
-  void AddChanges(std::string_view dataText);
+  /// Returns the numbers of rows. `isFound` has no value.
+  DataFileSummary AddChanges(std::string_view dataText);
   void MoveUnlockedItemsToFront();
 };
 

@@ -29,6 +29,12 @@ using Operation = std::function<void(World&)>;
 void ShowAll(World& world) {
   Format(*world.list);
 }
+void LayOutAll(World& world) {
+  world.list->GetLayoutForDisplay({});
+}
+void MarkAllSeen(World& world) {
+  world.list->MarkAllSeen();
+}
 void Rate(World& world) {
   world.list->MarkItemHasBeenRated("EPIC-7");
 }
@@ -77,7 +83,8 @@ TEST_F(CallbackTest, ARepeatedCallWritesAllValuesAfterASetterThrew) {
     Operation operation;
     int calls;
   };
-  for (const Case& tried : {Case{ShowAll, 3}, Case{Rate, 1}}) {
+  for (const Case& tried :
+       {Case{ShowAll, 3}, Case{LayOutAll, 3}, Case{MarkAllSeen, 3}, Case{Rate, 1}}) {
     const std::string expected = SnapshotsAfter(tried.operation);
     for (int call = 1; call <= tried.calls; ++call) {
       SCOPED_TRACE(call);
@@ -218,6 +225,13 @@ TEST_F(ServiceTest, AThrowingServiceLeavesTheListUnchanged) {
   const Operation bubble = [](World& world) { world.list->BubbleUnlockedItemsToTheTop(); };
   const Operation refresh = [](World& world) { world.list->RefreshInternalSeenState(); };
   const Operation showRatings = [](World& world) { Format(*world.list, kRatingView, "rate"); };
+  const Operation layOutRatings = [](World& world) {
+    world.list->GetLayoutForDisplay(kRatingView);
+  };
+  const Operation preview = [](World& world) {
+    world.list->PreviewLayout(kShowOnlyNew);
+    world.list->CountNew(kShowOnlyNew);
+  };
   struct Case {
     std::string name;
     Operation operation;
@@ -225,8 +239,9 @@ TEST_F(ServiceTest, AThrowingServiceLeavesTheListUnchanged) {
   };
   for (const auto& [name, operation, queriesServices] :
        {Case{"reload", Reload}, Case{"show all", ShowAll}, Case{"show ratings", showRatings},
-        Case{"rate", Rate, false}, Case{"refresh", refresh}, Case{"bubble", bubble},
-        Case{"query news", queryNews}}) {
+        Case{"lay out all", LayOutAll}, Case{"lay out ratings", layOutRatings},
+        Case{"preview", preview}, Case{"mark all as seen", MarkAllSeen}, Case{"rate", Rate, false},
+        Case{"refresh", refresh}, Case{"bubble", bubble}, Case{"query news", queryNews}}) {
     SCOPED_TRACE(name);
     const std::string expected = SnapshotsAfter(operation);
     int n = 1;

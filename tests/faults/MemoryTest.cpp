@@ -327,6 +327,18 @@ TEST_P(MemoryOfPanelTest, DisplaySucceedsOrCanBeRepeated) {
   });
 }
 
+TEST_P(MemoryOfPanelTest, LayoutSucceedsOrCanBeRepeated) {
+  ExpectAllOrNothing([](World& world) { world.list->GetLayoutForDisplay(GetParam().options); });
+}
+
+TEST_P(MemoryOfPanelTest, PreviewAndCountCanBeRepeated) {
+  ExpectQueryCanBeRepeated([](const FeatureListData& list) {
+    return ConvertToUTF8(list.PreviewLayout(GetParam().options));
+  });
+  ExpectQueryCanBeRepeated(
+      [](const FeatureListData& list) { return list.CountNew(GetParam().options); });
+}
+
 INSTANTIATE_TEST_SUITE_P(
     Panels, MemoryOfPanelTest,
     testing::Values(Panel{"Everything", {}, true}, Panel{"Everything", {}, false},
@@ -339,6 +351,10 @@ INSTANTIATE_TEST_SUITE_P(
       return std::string(panel.param.name) +
              (panel.param.hasRatingMap ? "WithRatingMap" : "WithoutRatingMap");
     });
+
+TEST_F(MemoryTest, MarkingAllAsSeenSucceedsOrCanBeRepeated) {
+  ExpectAllOrNothing([](World& world) { world.list->MarkAllSeen(); });
+}
 
 TEST_F(MemoryTest, ARatingSucceedsOrCanBeRepeated) {
   ExpectAllOrNothing([](World& world) { world.list->MarkItemHasBeenRated("EPIC-7"); });

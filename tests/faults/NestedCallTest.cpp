@@ -238,6 +238,8 @@ TEST_F(NestedCallTest, AServiceMayQueryTheListThatQueriesIt) {
   localizer.SetDictionary(std::make_shared<HookedDictionary>([&] {
     ++queries;
     world.list->IsAnythingNew(kShowOnlyNew);
+    world.list->CountNew(kShowOnlyNew);
+    world.list->GetDataFileSummary();
     world.list->GetNewSeenState();
   }));
   EXPECT_EQ(Format(*world.list).text, expected);
@@ -271,7 +273,9 @@ TEST_F(NestedCallDeathTest, AServiceMustNotChangeTheListThatQueriesIt) {
       [](World& world) { world.list->InsertFeatureListItem(NewItem()); },
       [](World& world) { world.list->EnsureSpecialCaseItemExists("NEW", u"", u""); },
       [](World& world) { world.list->MarkItemHasBeenRated("EPIC-7"); },
+      [](World& world) { world.list->MarkAllSeen(); },
       [](World& world) { Format(*world.list); },
+      [](World& world) { world.list->GetLayoutForDisplay({}); },
       [](World& world) { world.list = nullptr; },
   };
   for (const auto& change : changes) {

@@ -128,6 +128,22 @@ class LargeListAllocation : public ListAllocation {
   }
 };
 
+TEST_F(LargeListAllocation, LayoutAllocatesAtMostEightTimesPerChange) {
+  constexpr std::size_t kPerChange = 8;  // as many as for the text, and one for the spans
+  const auto count = [this](int rows) {
+    list_->InitWithData(FileOf(rows));
+    PanelLayout layout;
+    const std::size_t allocations =
+        CountAllocations([&] { layout = list_->GetLayoutForDisplay({}); });
+    EXPECT_GT(layout.paragraphs.size(), static_cast<std::size_t>(rows));
+    return allocations;
+  };
+  const std::size_t few = count(kFewRows);
+  const std::size_t many = count(kManyRows);
+  EXPECT_LE(few, kPerChange * kFewRows + 300);
+  EXPECT_LE(many - few, kPerChange * (kManyRows - kFewRows) + 50);
+}
+
 TEST_F(LargeListAllocation, LoadingAllocatesOncePerChangeAndOncePerLongField) {
   constexpr std::size_t kPerChange = 4;  // the change, its description, commit and URL
   const std::size_t few = CountLoad(kFewRows);

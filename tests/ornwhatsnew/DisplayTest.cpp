@@ -2,6 +2,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include <gmock/gmock.h>
@@ -589,6 +590,37 @@ TEST_F(DisplayText, QueriesTheHostInAFixedOrder) {
                // and the change.
                "text title", "internal user", "debug SimulateShowingAllUnlockCodesInWhatsNew",
                "text description", "text change"));
+}
+
+TEST_F(DisplayText, LayoutQueriesTheHostInTheOrderOfTheText) {
+  const std::string file = DataFile()
+                               .Row({.groupingID = "EPIC-7",
+                                     .ratingRequest = "RequestRating",
+                                     .description = "$$$/change=Faster"})
+                               .Text();
+  std::vector<std::string> log;
+  FeatureListData list(host_.Getter(), host_.Setter());
+  list.InsertFeatureListItem(test_support::MakeItem(
+      {"EPIC-7", "export", "$$$/feature/title=Export", "$$$/feature/description=Exports files"}));
+  list.ParseWhatsNewData(file);
+  ornappsupport::feature::SetFeatureService(std::make_shared<LoggingFeatures>(log));
+  orncore::config::Localizer::Get().SetDictionary(std::make_shared<LoggingDictionary>(log));
+  orncore::debug::DebugDatabase::Instance().SetStore(std::make_shared<LoggingDebugStore>(log));
+
+  StyleRunMap runs;
+  list.GetFormattedTextForDisplay({}, u"", runs, nullptr);
+  const std::vector<std::string> ofText = std::exchange(log, {});
+  list.GetLayoutForDisplay({});
+  EXPECT_EQ(std::exchange(log, {}), ofText);
+  list.PreviewLayout({});
+  EXPECT_EQ(std::exchange(log, {}), ofText);
+
+  list.RefreshInternalSeenState();
+  log.clear();
+  list.GetFormattedTextForDisplay(kRatingView, u"", runs, std::make_shared<RatingMap>());
+  const std::vector<std::string> ofRatingView = std::exchange(log, {});
+  EXPECT_FALSE(list.GetLayoutForDisplay(kRatingView).ratingRequests.empty());
+  EXPECT_EQ(log, ofRatingView);
 }
 
 }  // namespace

@@ -188,6 +188,50 @@ TEST_F(EntryPoint, LoadingReadsTheStateAndWritesNothing) {
   EXPECT_EQ(host_.State().SetterCalls(), 0);
 }
 
+TEST_F(EntryPoint, SummaryStatesWhetherTheResourceWasFound) {
+  const ornui::utility::MemoryResourceManager nothing;
+  const auto missing = GetWhatsNew(u"unknown", &nothing, host_.Getter(), host_.Setter());
+  EXPECT_EQ(missing->GetDataFileSummary(), (DataFileSummary{.isFound = false}));
+
+  ornui::utility::MemoryResourceManager resources;
+  resources.Add(u"WhatsNew", u"csv", {data_.begin(), data_.end()});
+  const auto found = GetWhatsNew(u"WhatsNew", &resources, host_.Getter(), host_.Setter());
+  EXPECT_EQ(found->GetDataFileSummary(), (DataFileSummary{.isFound = true, .changes = 3}));
+}
+
+TEST_F(EntryPoint, SummaryReportsTheResultOfTheManagerEvenIfItLoadedBytes) {
+  EXPECT_EQ(Load(data_)->GetDataFileSummary(), (DataFileSummary{.isFound = false, .changes = 3}));
+}
+
+TEST_F(EntryPoint, SummaryDescribesTheLastReload) {
+  const auto list = Load(data_);
+  const std::string text = DataFile().Row({.groupingID = "EPIC-1", .description = "One"}).Text();
+  list->InitWithData(text);
+  EXPECT_EQ(list->GetDataFileSummary(), (DataFileSummary{.isFound = {}, .changes = 1}));
+  list->ParseWhatsNewData(data_);
+  EXPECT_EQ(list->GetDataFileSummary(), (DataFileSummary{.isFound = {}, .changes = 1}));
+}
+
+TEST_F(EntryPoint, SummaryOfAListThatIsNotLoadedIsEmpty) {
+  const FeatureListData list(host_.Getter(), host_.Setter());
+  EXPECT_EQ(list.GetDataFileSummary(), DataFileSummary());
+}
+
+TEST_F(EntryPoint, SummaryCountsUnmatchedChangesAndSkippedRows) {
+  const std::string text = DataFile()
+                               .Row({.groupingID = "EPIC-1", .description = "Matched"})
+                               .Row({.groupingID = "none", .description = "Unmatched"})
+                               .Line("")
+                               .Line("too,short")
+                               .Line("25.1,,,,,,,,,No grouping ID")
+                               .Line("\r")
+                               .ChangesSince("24.0")
+                               .Text();
+  const FeatureListData list(text, host_.Getter(), host_.Setter());
+  EXPECT_EQ(list.GetDataFileSummary(),
+            (DataFileSummary{.isFound = {}, .changes = 2, .unmatched = 1, .skippedRows = 2}));
+}
+
 TEST_F(EntryPoint, AcceptsArbitraryBytes) {
   using namespace std::string_literals;
   const auto list = Load("\xEF\xBB\xBFv,g,,,,,,,,\r\n1,EPIC-1,,,,,,,,a\0b\xFF\r\n"s);

@@ -109,9 +109,9 @@ TEST_F(StyledText, RecordedRunsWrapAroundAt32Bits) {
 TEST(StyledTextWriter, AppendsStringsInOrder) {
   StyleRunMap runs;
   StyledTextWriter writer(runs);
-  writer.Append(u"a\u00E9");
-  writer.Append(kStyleHeader, u"b");
-  writer.AppendUTF8(kStyleChangeText, "\xE6\x97\xA5");
+  writer.AppendTemplate(u"a\u00E9");
+  writer.AppendStyled(kStyleHeader, u"b");
+  writer.AppendChangeTextUTF8("\xE6\x97\xA5");
   EXPECT_EQ(writer.TakeText(), u"a\u00E9b\u65E5");
   EXPECT_EQ(runs, (StyleRunMap{{kStyleHeader, {RunAt(3, 1)}}, {kStyleChangeText, {RunAt(4, 3)}}}));
 }
@@ -119,8 +119,8 @@ TEST(StyledTextWriter, AppendsStringsInOrder) {
 TEST(StyledTextWriter, AdjustsRunsInBytes) {
   StyleRunMap runs;
   StyledTextWriter writer(runs);
-  writer.Append(u"a");
-  writer.Append(kStyleInternalCode, u"(\u00E9-@0)", u"link", {1, -1});
+  writer.AppendTemplate(u"a");
+  writer.AppendRun(kStyleInternalCode, u"(\u00E9-@0)", u"link", {1, -1});
   EXPECT_EQ(writer.TakeText(), u"a(\u00E9-@0)");
   EXPECT_EQ(runs, (StyleRunMap{{kStyleInternalCode, {RunAt(2, 6, u"link")}}}));
 }
@@ -128,28 +128,28 @@ TEST(StyledTextWriter, AdjustsRunsInBytes) {
 TEST(StyledTextWriter, AdjacentSurrogatesCountAsOneCharacter) {
   StyleRunMap runs;
   StyledTextWriter writer(runs);
-  writer.Append(kStyleHeader, u"\xD83D");
-  writer.Append(kStyleHeader, u"\xDE00");
-  writer.Append(kStyleHeader, u"x");
+  writer.AppendStyled(kStyleHeader, u"\xD83D");
+  writer.AppendStyled(kStyleHeader, u"\xDE00");
+  writer.AppendStyled(kStyleHeader, u"x");
   EXPECT_EQ(runs.at(kStyleHeader), (std::vector{RunAt(0, 3), RunAt(3, 3), RunAt(4, 1)}));
 }
 
 TEST(StyledTextWriter, EmptyStringDoesNotSeparateSurrogates) {
   StyleRunMap runs;
   StyledTextWriter writer(runs);
-  writer.Append(u"\xD83D");
-  writer.Append(kStyleHeader, u"");
-  writer.Append(u"\xDE00");
-  writer.Append(kStyleHeader, u"");
+  writer.AppendTemplate(u"\xD83D");
+  writer.AppendStyled(kStyleHeader, u"");
+  writer.AppendTemplate(u"\xDE00");
+  writer.AppendStyled(kStyleHeader, u"");
   EXPECT_EQ(runs.at(kStyleHeader), (std::vector{RunAt(3, 0), RunAt(4, 0)}));
 }
 
 TEST(StyledTextWriter, IllFormedUtf8IsMeasuredAfterReplacement) {
   StyleRunMap runs;
   StyledTextWriter writer(runs);
-  writer.AppendUTF8(kStyleHeader, "\xFF\xE2\x82");
-  writer.Append(kStyleHeader, u"x");
-  EXPECT_EQ(runs.at(kStyleHeader), (std::vector{RunAt(0, 6), RunAt(6, 1)}));
+  writer.AppendChangeTextUTF8("\xFF\xE2\x82");
+  writer.AppendChangeText(u"x");
+  EXPECT_EQ(runs.at(kStyleChangeText), (std::vector{RunAt(0, 6), RunAt(6, 1)}));
   EXPECT_EQ(writer.TakeText(), u"\uFFFD\uFFFDx");
 }
 
@@ -163,20 +163,21 @@ class WriterComparison : public StyledText {
     const RunAdjustment adjustment = random.Flip() ? RunAdjustment{1, -1} : RunAdjustment{kMax, 7};
     switch (random.Below(4)) {
       case 0:
-        writer_.Append(string);
+        writer_.AppendTemplate(string);
         break;
       case 1:
         Capture(style, string, runString, adjustment);
-        writer_.Append(style, string, runString, adjustment);
+        writer_.AppendRun(style, string, runString, adjustment);
         break;
       case 2:
-        Capture(style, string, {}, {});
-        writer_.RecordRunOfNext(style, string);
-        return;
+        Capture(kStyleUnlockLabel, string, {}, {});
+        Capture(kStyleUnlockLabelBox, string, {}, {});
+        writer_.AppendUnlockLabel(string);
+        break;
       default: {
         const std::string bytes = random.HostileText(3);
-        Capture(style, PlainUTF8to16(bytes), {}, {});
-        writer_.AppendUTF8(style, bytes);
+        Capture(kStyleChangeText, PlainUTF8to16(bytes), {}, {});
+        writer_.AppendChangeTextUTF8(bytes);
         expectedText_ += PlainUTF8to16(bytes);
         return;
       }

@@ -62,30 +62,33 @@ struct PanelFormatter::RatingSummary {
 };
 
 PanelFormatter::PanelFormatter(DisplayOptions options, const UTF16String& ratingPlaceholder,
-                               StyleRunMap& runs, RatingMap* ratingItems)
+                               RatingMap* ratingItems, PanelWriter& writer)
     : options_(options),
       ratingPlaceholder_(ratingPlaceholder),
       ratingItems_(ratingItems),
       bulletPrefix_(templates_.tab + templates_.changeBullet + templates_.tab),
       isInternalUser_(ornappsupport::feature::IsEntitlementSetToInternalFeaturesAllowed()),
-      writer_(runs) {}
+      writer_(writer) {}
 
-void PanelFormatter::Reserve(std::size_t changes, std::size_t descriptionBytes) {
+void PanelFormatter::Reserve(std::size_t items, std::size_t changes, std::size_t descriptionBytes) {
   // The estimated number of UTF-16 units for the bullet, platform, version and newline of a change
   // line. In the description, a byte of UTF-8 becomes at most one UTF-16 unit.
   constexpr std::size_t kUnitsBesideDescription = 40;
-  writer_.Reserve(descriptionBytes + changes * kUnitsBesideDescription);
+  // An item has a title and a description, and the panel has a header.
+  writer_.Reserve(changes + 2 * items + 1, descriptionBytes + changes * kUnitsBesideDescription);
 }
 
 void PanelFormatter::WriteHeader(const UTF8String& lastVersionSeen,
                                  const UTF8String& changesSinceVersion) {
+  writer_.BeginParagraph(ParagraphKind::kHeader, nullptr);
   if (options_.Has(kRatingView)) {
-    writer_.Append(kStyleHeader, templates_.newline + templates_.newline);
+    writer_.AppendStyled(kStyleHeader, templates_.newline + templates_.newline);
   } else if (options_.Has(kShowOnlyNew) && !lastVersionSeen.empty()) {
     WriteFilled(kStyleHeader, templates_.sinceLastOpened, UTF8to16(lastVersionSeen));
   } else {
     WriteFilled(kStyleHeader, templates_.sinceRelease, UTF8to16(changesSinceVersion));
   }
+  writer_.EndParagraph({});
 }
 
 void PanelFormatter::WriteFeature(const FeatureListItem& item, const ShownItem& shown) {
@@ -98,61 +101,66 @@ void PanelFormatter::WriteFeature(const FeatureListItem& item, const ShownItem& 
     rating.Add(*line.change);
   }
 
-  if (ratingItems_ != nullptr) RecordForRating(item, rating);
+  AddRating(item, rating);
   if (!ratingPlaceholder_.empty()) {
-    writer_.Append(kStyleRatingPlaceholder,
-                   templates_.newline + ratingPlaceholder_ + templates_.newline);
+    writer_.AppendStyled(kStyleRatingPlaceholder,
+                         templates_.newline + ratingPlaceholder_ + templates_.newline);
   }
 }
 
 void PanelFormatter::WriteNothingToShow() {
+  writer_.BeginParagraph(ParagraphKind::kNotice, nullptr);
   if (!options_.Has(kRatingView)) {
-    writer_.Append(kStyleHeader, templates_.nothingNew);
+    writer_.AppendStyled(kStyleHeader, templates_.nothingNew);
   } else if (FeatureListItem::AnalyticsDisabled()) {
-    writer_.Append(kStyleHeader, templates_.optedOutPart1);
-    writer_.Append(kStyleHotSpot, kPrivacyPage, UTF16String(kPrivacyPage));
-    writer_.Append(kStyleHeader, templates_.optedOutPart2);
+    writer_.AppendStyled(kStyleHeader, templates_.optedOutPart1);
+    writer_.AppendRun(kStyleHotSpot, kPrivacyPage, UTF16String(kPrivacyPage), {});
+    writer_.AppendStyled(kStyleHeader, templates_.optedOutPart2);
   } else {
-    writer_.Append(kStyleHeader, templates_.nothingToRate);
+    writer_.AppendStyled(kStyleHeader, templates_.nothingToRate);
   }
+  writer_.EndParagraph({});
 }
 
 void PanelFormatter::WriteTitleLine(const FeatureListItem& item) {
   // Determine the label first, because hosts can observe the order of the service queries.
   const UTF16String* const label = UnlockLabel(item);
-  writer_.Append(kStyleFeatureTitle, TitleOf(item), UTF8to16(item.GetFeatureViewMoreURL()));
+  writer_.BeginParagraph(ParagraphKind::kTitle, &item);
+  writer_.AppendRun(kStyleFeatureTitle, TitleOf(item), UTF8to16(item.GetFeatureViewMoreURL()), {});
 
   const std::string& internalKey = item.BetaFeatureInternalKey();
   if (isInternalUser_ && !item.IsSection() && !internalKey.empty() &&
       ShowingAllUnlockCodesInternally()) {
-    writer_.Append(kStyleInternalCode, templates_.internalDash);
+    writer_.AppendStyled(kStyleInternalCode, templates_.internalDash);
     WriteFilled(kStyleInternalCode, templates_.internalCode, UTF8to16(internalKey));
   }
 
   if (label != nullptr) {
-    writer_.Append(templates_.tab);
-    writer_.RecordRunOfNext(kStyleUnlockLabel, *label);
-    writer_.Append(kStyleUnlockLabelBox, *label);
+    writer_.AppendTemplate(templates_.tab);
+    writer_.AppendUnlockLabel(*label);
   }
-  writer_.Append(templates_.newline);
+  writer_.EndParagraph(templates_.newline);
 }
 
 void PanelFormatter::WriteDescription(const FeatureListItem& item) {
   const UTF16String description = Localize(item.GetFeatureDescription());
   if (description.empty()) return;
-  writer_.Append(kDescriptionMark);
-  writer_.Append(templates_.tab);
-  writer_.Append(kStyleFeatureDescription, description);
+  writer_.BeginParagraph(ParagraphKind::kDescription, &item);
+  writer_.AppendTemplate(kDescriptionMark);
+  writer_.AppendTemplate(templates_.tab);
+  writer_.AppendStyled(kStyleFeatureDescription, description);
   if (isInternalUser_) WriteIssueLink(item.FeatureJiraIDKey());
   if (!item.GetFeatureViewMoreURL().empty()) {
-    writer_.Append(templates_.tab);
-    writer_.Append(kStyleHotSpot, templates_.viewMore, UTF8to16(item.GetFeatureViewMoreURL()));
+    writer_.AppendTemplate(templates_.tab);
+    writer_.AppendRun(kStyleHotSpot, templates_.viewMore, UTF8to16(item.GetFeatureViewMoreURL()),
+                      {});
   }
-  writer_.Append(templates_.newline);
+  writer_.EndParagraph(templates_.newline);
 }
 
 void PanelFormatter::WriteChangeLine(const FeatureListDetail& change, const FeatureListItem& item) {
-  writer_.Append(kStyleChangeText, bulletPrefix_);
+  writer_.BeginParagraph(ParagraphKind::kChange, &item);
+  writer_.AppendBullet(bulletPrefix_);
   if (isInternalUser_) WriteNotes(change, item);
   WritePlatform(change);
   WriteChangeText(change);
@@ -161,7 +169,7 @@ void PanelFormatter::WriteChangeLine(const FeatureListDetail& change, const Feat
     WriteIssueLink(change.GetJIRAStoryBugTaskID());
     WriteCommitLink(change.GetSHAOptional());
   }
-  writer_.Append(templates_.newline);
+  writer_.EndParagraph(templates_.newline);
 }
 
 void PanelFormatter::WriteNotes(const FeatureListDetail& change, const FeatureListItem& item) {
@@ -203,9 +211,9 @@ void PanelFormatter::WritePlatform(const FeatureListDetail& change) {
 void PanelFormatter::WriteChangeText(const FeatureListDetail& change) {
   const UTF8String& text = change.GetDescription();
   if (IsZString(text)) {
-    writer_.Append(kStyleChangeText, Localize(text));
+    writer_.AppendChangeText(Localize(text));
   } else {
-    writer_.AppendUTF8(kStyleChangeText, text);
+    writer_.AppendChangeTextUTF8(text);
   }
 }
 
@@ -218,33 +226,40 @@ void PanelFormatter::WriteVersion(const FeatureListDetail& change) {
     return;
   }
   const Replacement versions[] = {{u"@0", firstVersion}, {u"@1", addedVersion}};
-  writer_.Append(kStyleInternalCode, Fill(templates_.versionRange, versions));
+  writer_.AppendStyled(kStyleInternalCode, Fill(templates_.versionRange, versions));
 }
 
 void PanelFormatter::WriteIssueLink(std::string_view id) {
   const UTF16String key = orncore::string::UpperCase(UTF8to16(id));
   if (!key.starts_with(kOwnIssuePrefix)) return;
-  writer_.Append(kStyleIssueLink, Fill(templates_.issueKey, key), Fill(kIssueLink, key),
-                 kIssueLinkAdjustment);
+  writer_.AppendRun(kStyleIssueLink, Fill(templates_.issueKey, key), Fill(kIssueLink, key),
+                    kIssueLinkAdjustment);
 }
 
 void PanelFormatter::WriteCommitLink(const UTF8String& commit) {
   if (commit.empty()) return;
   const UTF16String commitID = UTF8to16(commit);
-  writer_.Append(kStyleCommitLink, Fill(kCommitCode, commitID), Fill(kCommitLink, commitID),
-                 kCommitLinkAdjustment);
+  writer_.AppendRun(kStyleCommitLink, Fill(kCommitCode, commitID), Fill(kCommitLink, commitID),
+                    kCommitLinkAdjustment);
 }
 
-void PanelFormatter::RecordForRating(const FeatureListItem& item, const RatingSummary& rating) {
-  UTF8String description;
-  if (!rating.hidesDescription) {
-    description = orncore::string::UTF16to8(Localize(item.GetFeatureDescription()));
+void PanelFormatter::AddRating(const FeatureListItem& item, const RatingSummary& rating) {
+  const bool hasRequest = options_.Has(kRatingView) && writer_.HasRatingRequests();
+  if (ratingItems_ == nullptr && !hasRequest) return;
+  UTF16String description;
+  if (!rating.hidesDescription) description = Localize(item.GetFeatureDescription());
+  UTF16String title = TitleOf(item);
+  if (ratingItems_ != nullptr) {
+    auto record = std::make_shared<FeatureListItem>(
+        item.GetFeatureJiraIDKey(), item.BetaFeatureInternalKey(), orncore::string::UTF16to8(title),
+        orncore::string::UTF16to8(description), item.GetVisibility());
+    record->SetCustomRatingStr(rating.customText);
+    (*ratingItems_)[item.GetFeatureJiraIDKey()] = std::move(record);
   }
-  auto record = std::make_shared<FeatureListItem>(
-      item.GetFeatureJiraIDKey(), item.BetaFeatureInternalKey(),
-      orncore::string::UTF16to8(TitleOf(item)), description, item.GetVisibility());
-  record->SetCustomRatingStr(rating.customText);
-  (*ratingItems_)[item.GetFeatureJiraIDKey()] = std::move(record);
+  if (hasRequest) {
+    writer_.AddRatingRequest(item, {item.GetFeatureJiraIDKey(), std::move(title),
+                                    Localize(rating.customText), std::move(description)});
+  }
 }
 
 const UTF16String* PanelFormatter::UnlockLabel(const FeatureListItem& item) const {
@@ -265,7 +280,7 @@ const UTF16String* PanelFormatter::UnlockLabel(const FeatureListItem& item) cons
 
 void PanelFormatter::WriteFilled(StyleID style, std::u16string_view pattern,
                                  std::u16string_view text) {
-  writer_.Append(style, Fill(pattern, text));
+  writer_.AppendStyled(style, Fill(pattern, text));
 }
 
 }  // namespace ornwhatsnew

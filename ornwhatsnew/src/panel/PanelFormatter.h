@@ -1,5 +1,5 @@
-// Writes the text of the panel: the header, the items with their changes, and the notice of a panel
-// without items.
+// Writes a panel: the header, the items with their changes, and the notice of a panel without
+// items.
 #ifndef ORNWHATSNEW_SRC_PANEL_PANELFORMATTER_H_
 #define ORNWHATSNEW_SRC_PANEL_PANELFORMATTER_H_
 
@@ -10,7 +10,7 @@
 #include <ornwhatsnew/utility/SharedTypes.h>
 
 #include "ornwhatsnew/src/panel/DisplayTemplates.h"
-#include "ornwhatsnew/src/panel/StyledTextWriter.h"
+#include "ornwhatsnew/src/panel/PanelWriter.h"
 #include "ornwhatsnew/src/rules/VisibilityRules.h"
 
 namespace ornwhatsnew {
@@ -19,15 +19,15 @@ namespace ornwhatsnew {
 /// each display.
 class PanelFormatter {
  public:
-  /// Localises the templates. The formatter adds the style runs to `runs`, and the rating records
-  /// to `ratingItems` if it is not null. Both must be empty. They and `ratingPlaceholder` must
-  /// outlive the formatter.
-  PanelFormatter(DisplayOptions options, const UTF16String& ratingPlaceholder, StyleRunMap& runs,
-                 RatingMap* ratingItems);
+  /// Localises the templates. The formatter writes the panel to `writer`, and adds the rating
+  /// records to `ratingItems` if it is not null. `ratingPlaceholder`, `ratingItems` and `writer`
+  /// must outlive the formatter.
+  PanelFormatter(DisplayOptions options, const UTF16String& ratingPlaceholder,
+                 RatingMap* ratingItems, PanelWriter& writer);
 
-  /// Reserves memory for about `changes` change lines, whose descriptions have `descriptionBytes`
-  /// bytes in total.
-  void Reserve(std::size_t changes, std::size_t descriptionBytes);
+  /// Reserves memory for about `items` items and `changes` changes, whose descriptions have
+  /// `descriptionBytes` bytes in total.
+  void Reserve(std::size_t items, std::size_t changes, std::size_t descriptionBytes);
 
   /// Writes the header line. It contains `lastVersionSeen` if the options contain `kShowOnlyNew`
   /// and that version is not empty. Otherwise it contains `changesSinceVersion`. In the rating
@@ -39,9 +39,6 @@ class PanelFormatter {
   void WriteFeature(const FeatureListItem& item, const ShownItem& shown);
   /// Writes the notice that a panel without items contains.
   void WriteNothingToShow();
-
-  /// Returns the text. Do not use the formatter afterwards.
-  UTF16String TakeText() { return writer_.TakeText(); }
 
  private:
   struct RatingSummary;
@@ -58,7 +55,8 @@ class PanelFormatter {
   void WriteVersion(const FeatureListDetail& change);
   void WriteIssueLink(std::string_view id);
   void WriteCommitLink(const UTF8String& commit);
-  void RecordForRating(const FeatureListItem& item, const RatingSummary& rating);
+  /// Adds a rating record and a rating request of the item, if the caller and the writer need them.
+  void AddRating(const FeatureListItem& item, const RatingSummary& rating);
 
   /// Returns the unlock label of the item, or null if it has none.
   const UTF16String* UnlockLabel(const FeatureListItem& item) const;
@@ -71,7 +69,7 @@ class PanelFormatter {
   const DisplayTemplates templates_;
   const UTF16String bulletPrefix_;
   const bool isInternalUser_;
-  StyledTextWriter writer_;
+  PanelWriter& writer_;
 };
 
 }  // namespace ornwhatsnew

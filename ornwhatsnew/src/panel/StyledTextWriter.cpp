@@ -32,27 +32,28 @@ void RecordStyleRun(StyleID style, std::size_t start, std::size_t length, RunAdj
       std::move(runString));
 }
 
-void StyledTextWriter::Append(std::u16string_view string) {
+void StyledTextWriter::AppendTemplate(std::u16string_view string) {
   const std::size_t begin = text_.size();
   text_ += string;
   CountAppended(begin);
 }
 
-void StyledTextWriter::Append(StyleID style, std::u16string_view string, UTF16String runString,
-                              RunAdjustment adjustment) {
+void StyledTextWriter::AppendRun(StyleID style, std::u16string_view string, UTF16String link,
+                                 RunAdjustment adjustment) {
   const std::size_t begin = text_.size();
   text_ += string;
-  RecordAppended(begin, style, std::move(runString), adjustment);
+  RecordAppended(begin, style, std::move(link), adjustment);
 }
 
-void StyledTextWriter::AppendUTF8(StyleID style, std::string_view string) {
+void StyledTextWriter::AppendChangeTextUTF8(std::string_view text) {
   const std::size_t begin = text_.size();
-  orncore::string::AppendUTF8to16(string, text_);
-  RecordAppended(begin, style, {}, {});
+  orncore::string::AppendUTF8to16(text, text_);
+  RecordAppended(begin, kStyleChangeText, {}, {});
 }
 
-void StyledTextWriter::RecordRunOfNext(StyleID style, std::u16string_view string) {
-  RecordStyleRun(style, bytes_, orncore::string::UTF8Length(string), {}, {}, runs_);
+void StyledTextWriter::AppendUnlockLabel(std::u16string_view label) {
+  RecordStyleRun(kStyleUnlockLabel, bytes_, orncore::string::UTF8Length(label), {}, {}, runs_);
+  AppendStyled(kStyleUnlockLabelBox, label);
 }
 
 void StyledTextWriter::RecordAppended(std::size_t begin, StyleID style, UTF16String runString,

@@ -8,13 +8,9 @@
 
 #include <ornwhatsnew/utility/SharedTypes.h>
 
-namespace ornwhatsnew {
+#include "ornwhatsnew/src/panel/PanelWriter.h"
 
-/// Numbers of UTF-8 bytes to add to the start and to the length of a run. They can be negative.
-struct RunAdjustment {
-  int start = 0;
-  int length = 0;
-};
+namespace ornwhatsnew {
 
 /// Adds a run with the style `style` to `runs`. The run begins at the offset `start` of the text
 /// and has the length `length`, both in UTF-8 bytes. Adds `adjustment` to both values, modulo 2^32.
@@ -24,29 +20,29 @@ void RecordStyleRun(StyleID style, std::size_t start, std::size_t length, RunAdj
 
 /// Appends strings to a text and records their style runs. The positions of runs are in UTF-8
 /// bytes. The writer counts these bytes as the text grows, because measuring the whole text for
-/// each run would take quadratic time.
-class StyledTextWriter {
+/// each run would take quadratic time. Each styled string has a run, even if the string is empty.
+class StyledTextWriter final : public PanelWriter {
  public:
   /// Creates a writer with an empty text. It adds the runs to `runs`, which must outlive the
   /// writer.
   explicit StyledTextWriter(StyleRunMap& runs) : runs_(runs) {}
 
-  /// Reserves memory for a text of `units` UTF-16 units.
-  void Reserve(std::size_t units) { text_.reserve(units); }
+  void Reserve(std::size_t /*paragraphs*/, std::size_t units) override { text_.reserve(units); }
 
-  /// Appends `string` without a run.
-  void Append(std::u16string_view string);
+  void BeginParagraph(ParagraphKind /*kind*/, const FeatureListItem* /*item*/) override {}
+  void EndParagraph(std::u16string_view newline) override { AppendTemplate(newline); }
 
-  /// Appends `string` and records its run, even if `string` is empty. `runString` is the string of
-  /// the run. `adjustment` is added to the start and the length of the run.
-  void Append(StyleID style, std::u16string_view string, UTF16String runString = {},
-              RunAdjustment adjustment = {});
+  void AppendTemplate(std::u16string_view string) override;
+  void AppendRun(StyleID style, std::u16string_view string, UTF16String link,
+                 RunAdjustment adjustment) override;
 
-  /// Appends `string`, which is UTF-8, and records its run.
-  void AppendUTF8(StyleID style, std::string_view string);
+  void AppendBullet(std::u16string_view bullet) override { AppendStyled(kStyleChangeText, bullet); }
+  void AppendChangeText(std::u16string_view text) override { AppendStyled(kStyleChangeText, text); }
+  void AppendChangeTextUTF8(std::string_view text) override;
+  void AppendUnlockLabel(std::u16string_view label) override;
 
-  /// Records a run for `string`, which the caller must append next.
-  void RecordRunOfNext(StyleID style, std::u16string_view string);
+  bool HasRatingRequests() const override { return false; }
+  void AddRatingRequest(const FeatureListItem& /*item*/, RatingRequest /*request*/) override {}
 
   /// Returns the text. Do not use the writer afterwards.
   UTF16String TakeText() { return std::move(text_); }

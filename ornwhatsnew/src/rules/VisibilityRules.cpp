@@ -79,6 +79,15 @@ bool IsChangeShown(const FeatureListDetail& change, const VisibilityFilter& filt
   return !change.GetDescription().empty();
 }
 
+void AddSeenIdentities(const ShownItem& shown, const DisplayOptions& options,
+                       std::vector<Guid>& identities) {
+  identities.push_back(shown.seenGuid);
+  // A user opens the rating view to rate features, so the changes that it shows do not count as
+  // seen.
+  if (options.Has(kRatingView)) return;
+  for (const ShownItem::Change& change : shown.changes) identities.push_back(change.seenGuid);
+}
+
 bool IsItemShown(const FeatureListItem& item, const VisibilityFilter& filter, ShownItem* shown) {
   const bool isRatingView = filter.Has(kRatingView);
   if (isRatingView && orncore::appstatemanager::IsTerminating()) return false;

@@ -81,6 +81,10 @@ struct ShownItem {
   std::vector<Change> changes;
 };
 
+/// Adds to `identities` those under which a displayed item and its changes count as seen.
+void AddSeenIdentities(const ShownItem& shown, const DisplayOptions& options,
+                       std::vector<Guid>& identities);
+
 /// Returns whether an item is shown. If `shown` is null, allocates nothing. Otherwise overwrites
 /// `*shown`, whose content is valid only if the result is true.
 bool IsItemShown(const FeatureListItem& item, const VisibilityFilter& filter,

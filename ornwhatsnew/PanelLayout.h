@@ -1,0 +1,174 @@
+// Defines the layout of a panel: its paragraphs, and the styles and links within them. A host that
+// draws the panel needs no offsets in UTF-8 and no overlapping style runs.
+//
+//     const PanelLayout layout = list->GetLayoutForDisplay(kShowOnlyNew);
+//     for (const LayoutParagraph& paragraph : layout.paragraphs) {
+//       BeginParagraph(paragraph.kind, paragraph.indentLevel, paragraph.bullet);
+//       for (const LayoutSpan& span : paragraph.spans) {
+//         Draw(layout.text.substr(span.range.begin, span.range.length), span.style, span.link);
+//       }
+//     }
+//
+// A layout contains the same characters as the text of `GetFormattedTextForDisplay`, except for
+// white space and U+FEFF. White space means spaces, tabs and line ends. A line end is a line feed,
+// a carriage return, both together, U+2028 or U+2029.
+//
+// The structs are values. Their strings contain what authors and translators wrote, including
+// control characters and direction marks.
+#ifndef ORNWHATSNEW_PANELLAYOUT_H_
+#define ORNWHATSNEW_PANELLAYOUT_H_
+
+#include <cstddef>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include <orncore/Export.h>
+#include <ornwhatsnew/utility/SharedTypes.h>
+
+namespace ornwhatsnew {
+
+/// The role of a paragraph.
+enum class ParagraphKind {
+  /// The heading of the panel, with a version. The rating view has none.
+  kHeader,
+  /// The title of an item, with its internal key and its unlock label.
+  kTitle,
+  /// The description of a feature, with its links.
+  kDescription,
+  /// A change of an item.
+  kChange,
+  /// A part of the notice of a panel without items. A blank line starts a new part.
+  kNotice,
+  /// A request to rate the feature of the paragraphs before it. It has no text. A view puts its
+  /// rating control here.
+  kRatingRequest,
+};
+
+/// A range of a layout's text. It never splits a character. The units are UTF-16 units in a
+/// `PanelLayout` and bytes in a `PanelLayoutUTF8`.
+struct TextRange {
+  std::size_t begin = 0;   ///< the offset in the text
+  std::size_t length = 0;  ///< the number of units
+
+  friend bool operator==(const TextRange&, const TextRange&) = default;
+};
+
+/// A part of a paragraph with one style and one link. The spans of a paragraph are in ascending
+/// order, do not overlap, and cover its range. No span is empty.
+template <class String>
+struct BasicLayoutSpan {
+  /// The range of the span in the layout's text.
+  TextRange range;
+  /// The style. Has no value for text between styled strings, such as a tab of a template. Is never
+  /// `kStyleUnlockLabelBox`, because an unlock label has the style `kStyleUnlockLabel`.
+  std::optional<StyleID> style;
+  /// The URL of a title or of a link, or an empty string. An author of the data file can write any
+  /// string, so check it before you open it.
+  String link;
+
+  friend bool operator==(const BasicLayoutSpan&, const BasicLayoutSpan&) = default;
+};
+
+/// A paragraph of the panel. Its text neither begins nor ends with white space.
+template <class String>
+struct BasicLayoutParagraph {
+  /// The role of the paragraph.
+  ParagraphKind kind = ParagraphKind::kHeader;
+  /// The range of the paragraph in the layout's text, without the bullet. It is empty for a rating
+  /// request and for a change without any text. No other paragraph is empty.
+  TextRange range;
+  /// The level of indentation: 0 for a title, 1 for all other kinds.
+  int indentLevel = 0;
+  /// The bullet of a change in the user's language, without white space. It can be empty.
+  String bullet;
+  /// False for a change whose description is empty in the user's language. Such a change can still
+  /// have text, such as its version.
+  bool hasText = true;
+  /// The key of the item to which the paragraph belongs, for `MarkItemHasBeenRated`. It is empty
+  /// for a header or a notice. An item can occur twice in a panel.
+  std::string itemKey;
+  /// Whether the item is one of the sections MISC, BUGFIX, INTERNAL and UNREVIEWED.
+  bool isSection = false;
+  /// The index of a rating request in `ratingRequests`. Has no value for other kinds.
+  std::optional<std::size_t> rating;
+  /// The spans of the paragraph. An empty paragraph has none.
+  std::vector<BasicLayoutSpan<String>> spans;
+
+  friend bool operator==(const BasicLayoutParagraph&, const BasicLayoutParagraph&) = default;
+};
+
+/// A request to rate a feature. Only the rating view contains requests. The strings are in the
+/// user's language.
+template <class String>
+struct BasicRatingRequest {
+  /// The key of the feature, for `MarkItemHasBeenRated`.
+  std::string itemKey;
+  /// The title of the feature, or its key if it has no title.
+  String title;
+  /// The author's question. It is empty if the author requests a rating with `kRequestRating`. The
+  /// view then shows its own question.
+  String question;
+  /// The description of the feature. It is empty if the feature has none, or if the author hides it
+  /// with `RatingHidesBetaFeatureDescription`.
+  String description;
+
+  friend bool operator==(const BasicRatingRequest&, const BasicRatingRequest&) = default;
+};
+
+/// A laid-out panel.
+template <class String>
+struct BasicPanelLayout {
+  /// The paragraphs, joined by line feeds. Within a paragraph, each line end is U+2028, and each
+  /// tab is a space. The text contains no U+FEFF and is well-formed.
+  String text;
+  /// The paragraphs, in the order of the text.
+  std::vector<BasicLayoutParagraph<String>> paragraphs;
+  /// The rating requests, in the order of their paragraphs.
+  std::vector<BasicRatingRequest<String>> ratingRequests;
+  /// Whether the panel shows an item. If false, it contains only a header and a notice.
+  bool hasItems = false;
+
+  friend bool operator==(const BasicPanelLayout&, const BasicPanelLayout&) = default;
+};
+
+using LayoutSpan = BasicLayoutSpan<UTF16String>;            ///< a span in UTF-16
+using LayoutParagraph = BasicLayoutParagraph<UTF16String>;  ///< a paragraph in UTF-16
+using RatingRequest = BasicRatingRequest<UTF16String>;      ///< a rating request in UTF-16
+using PanelLayout = BasicPanelLayout<UTF16String>;          ///< a laid-out panel in UTF-16
+using PanelLayoutUTF8 = BasicPanelLayout<UTF8String>;       ///< a laid-out panel in UTF-8
+
+/// Returns the same layout in UTF-8, with ranges in bytes. `layout` must be a layout of a list.
+/// Takes linear time. Safe to call from any thread.
+ORN_EXPORT PanelLayoutUTF8 ConvertToUTF8(const PanelLayout& layout);
+
+/// The content of a display, counted for a badge.
+struct NewCount {
+  /// The number of items, including sections. It is greater than 0 if and only if `IsAnythingNew`
+  /// returns true for the same options.
+  std::size_t items = 0;
+  /// The number of changes. It can be 0 although there are items, because an item can be new
+  /// without a new change.
+  std::size_t changes = 0;
+
+  friend bool operator==(const NewCount&, const NewCount&) = default;
+};
+
+/// What the list found in its data file when it was constructed or last reloaded by `InitWithData`.
+struct DataFileSummary {
+  /// Whether the resource manager loaded the data file. Has no value if the list was loaded from a
+  /// string.
+  std::optional<bool> isFound;
+  /// The number of changes in the file, including the unmatched ones.
+  std::size_t changes = 0;
+  /// The number of changes that match no item. Only internal users see them.
+  std::size_t unmatched = 0;
+  /// The number of rows that the parser skipped, without blank rows; see `DataRowSkipReason`.
+  std::size_t skippedRows = 0;
+
+  friend bool operator==(const DataFileSummary&, const DataFileSummary&) = default;
+};
+
+}  // namespace ornwhatsnew
+
+#endif  // ORNWHATSNEW_PANELLAYOUT_H_

@@ -1,0 +1,63 @@
+// Writes the layout of a panel.
+#ifndef ORNWHATSNEW_SRC_PANEL_LAYOUTWRITER_H_
+#define ORNWHATSNEW_SRC_PANEL_LAYOUTWRITER_H_
+
+#include <cstddef>
+#include <optional>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include <ornwhatsnew/PanelLayout.h>
+
+#include "ornwhatsnew/src/panel/PanelWriter.h"
+
+namespace ornwhatsnew {
+
+/// Creates a layout. The strings of the panel must be well-formed.
+class LayoutWriter final : public PanelWriter {
+ public:
+  void Reserve(std::size_t paragraphs, std::size_t units) override;
+
+  void BeginParagraph(ParagraphKind kind, const FeatureListItem* item) override;
+  void EndParagraph(std::u16string_view newline) override;
+
+  void AppendTemplate(std::u16string_view string) override;
+  void AppendRun(StyleID style, std::u16string_view string, UTF16String link,
+                 RunAdjustment adjustment) override;
+
+  void AppendBullet(std::u16string_view bullet) override;
+  void AppendChangeText(std::u16string_view text) override;
+  void AppendChangeTextUTF8(std::string_view text) override;
+  void AppendUnlockLabel(std::u16string_view label) override;
+
+  bool HasRatingRequests() const override { return true; }
+  void AddRatingRequest(const FeatureListItem& item, RatingRequest request) override;
+
+  /// Returns the layout. `hasItems` is whether the panel shows an item. Do not use the writer
+  /// afterwards.
+  PanelLayout TakeLayout(bool hasItems);
+
+ private:
+  void AppendSpan(std::optional<StyleID> style, std::u16string_view string, UTF16String link = {});
+  /// Adds a span of the string that was appended at the index `begin` of the text. Adds none if
+  /// `CleanText` removes the whole string.
+  void AddSpan(std::size_t begin, std::optional<StyleID> style, UTF16String link);
+  /// Replaces line ends and tabs of the string that was appended at the index `begin` of the text.
+  /// Removes U+FEFF, and white space at the start of the paragraph.
+  void CleanText(std::size_t begin);
+  void RemoveTrailingWhiteSpace();
+
+  PanelLayout layout_;
+  /// The paragraph that was begun last. Its spans are in `spans_`.
+  LayoutParagraph paragraph_;
+  /// A buffer for the spans of all paragraphs, so that each paragraph allocates its spans once.
+  std::vector<LayoutSpan> spans_;
+  /// Whether the last string ended with a carriage return. A line feed after it is part of the same
+  /// line end.
+  bool endsWithCarriageReturn_ = false;
+};
+
+}  // namespace ornwhatsnew
+
+#endif  // ORNWHATSNEW_SRC_PANEL_LAYOUTWRITER_H_

@@ -1,0 +1,65 @@
+// Defines the interface through which the formatter writes a panel. One implementation creates the
+// text with its style runs, and the other one creates the layout.
+#ifndef ORNWHATSNEW_SRC_PANEL_PANELWRITER_H_
+#define ORNWHATSNEW_SRC_PANEL_PANELWRITER_H_
+
+#include <cstddef>
+#include <string_view>
+
+#include <ornwhatsnew/FeatureListItem.h>
+#include <ornwhatsnew/PanelLayout.h>
+#include <ornwhatsnew/utility/SharedTypes.h>
+
+namespace ornwhatsnew {
+
+/// Numbers of UTF-8 bytes to add to the start and to the length of a run. They can be negative.
+struct RunAdjustment {
+  int start = 0;
+  int length = 0;
+};
+
+/// Receives the strings of a panel in the order of its text. Each string belongs to the paragraph
+/// that was begun last.
+class PanelWriter {
+ public:
+  PanelWriter() = default;
+  PanelWriter(const PanelWriter&) = delete;
+  PanelWriter& operator=(const PanelWriter&) = delete;
+  virtual ~PanelWriter() = default;
+
+  /// Reserves memory for about `paragraphs` paragraphs with `units` UTF-16 units.
+  virtual void Reserve(std::size_t paragraphs, std::size_t units) = 0;
+
+  /// Begins a paragraph of `item`. Begins a paragraph of the whole panel if `item` is null.
+  virtual void BeginParagraph(ParagraphKind kind, const FeatureListItem* item) = 0;
+  /// Ends the paragraph. `newline` is the newline template, or empty if the paragraph contains its
+  /// own line ends.
+  virtual void EndParagraph(std::u16string_view newline) = 0;
+
+  /// Appends `string`, which has no style.
+  virtual void AppendTemplate(std::u16string_view string) = 0;
+  /// Appends `string` with a style. `link` is the string of its run, a URL or empty. `adjustment`
+  /// is added to the start and the length of the run.
+  virtual void AppendRun(StyleID style, std::u16string_view string, UTF16String link,
+                         RunAdjustment adjustment) = 0;
+  /// Appends `string` with a style and without a link.
+  void AppendStyled(StyleID style, std::u16string_view string) { AppendRun(style, string, {}, {}); }
+
+  /// Appends the bullet of a change with the tabs around it.
+  virtual void AppendBullet(std::u16string_view bullet) = 0;
+  /// Appends the description of a change.
+  virtual void AppendChangeText(std::u16string_view text) = 0;
+  /// Appends the description of a change, which is UTF-8.
+  virtual void AppendChangeTextUTF8(std::string_view text) = 0;
+  /// Appends an unlock label.
+  virtual void AppendUnlockLabel(std::u16string_view label) = 0;
+
+  /// Returns whether the panel has rating requests in the rating view.
+  virtual bool HasRatingRequests() const = 0;
+  /// Adds a rating request of `item` after its last change.
+  virtual void AddRatingRequest(const FeatureListItem& item, RatingRequest request) = 0;
+};
+
+}  // namespace ornwhatsnew
+
+#endif  // ORNWHATSNEW_SRC_PANEL_PANELWRITER_H_

@@ -1,0 +1,31 @@
+// Checks a layout against the text and the style runs of the same panel, by rules that hold for
+// every panel. Tests and fuzzers use it for random hosts, dictionaries and data files.
+#ifndef TESTS_SUPPORT_LAYOUTCHECK_H_
+#define TESTS_SUPPORT_LAYOUTCHECK_H_
+
+#include <string>
+
+#include <ornwhatsnew/FeatureListData.h>
+#include <ornwhatsnew/PanelLayout.h>
+
+#include "tests/support/FakeStateStore.h"
+#include "tests/support/PlainPanel.h"
+
+namespace test_support {
+
+/// Returns the first rule that `layout` violates, or an empty string. `panel` is the display of the
+/// same list with the same options and without a rating placeholder.
+///
+/// The rules: Paragraphs and spans are consistent. Each visible character of the text is in one
+/// paragraph, with the style and the link of its run. White space within a paragraph is converted.
+std::string FirstLayoutError(const ornwhatsnew::PanelLayout& layout, const PanelOutcome& panel);
+
+/// Calls every function that returns a layout or counts, and returns the first error, or an empty
+/// string. Compares the results with `panel`, the display of the list with these options and
+/// without a rating placeholder. `state` must be the store of the list.
+std::string FirstLayoutError(ornwhatsnew::FeatureListData& list, FakeStateStore& state,
+                             unsigned options, const PanelOutcome& panel);
+
+}  // namespace test_support
+
+#endif  // TESTS_SUPPORT_LAYOUTCHECK_H_
