@@ -1,5 +1,6 @@
-// Formats the panel without display options. For each record, the baseline computes one hash and
-// writes one line with style runs. It does not handle features, options or translations.
+// Formats and lays out the panel without display options. For each record, the baseline of the
+// display computes one hash and writes one line with style runs. It does not handle features,
+// options or translations. The baseline of the layout is the display.
 #include <map>
 #include <memory>
 #include <string>
@@ -24,23 +25,44 @@ namespace {
 using ornwhatsnew::StyleID;
 using ornwhatsnew::StyleRunMap;
 
-void Display(benchmark::State& state) {
+// Returns the list with the given number of rows, which all benchmarks of this program share.
+SampleList& ListOf(std::size_t rows) {
   static std::map<std::size_t, std::unique_ptr<SampleList>> lists;
-  std::unique_ptr<SampleList>& list = lists[Rows(state)];
-  if (list == nullptr) list = std::make_unique<SampleList>(Rows(state));
+  std::unique_ptr<SampleList>& list = lists[rows];
+  if (list == nullptr) list = std::make_unique<SampleList>(rows);
+  return *list;
+}
+
+void Display(benchmark::State& state) {
+  SampleList& list = ListOf(Rows(state));
   for (auto _ : state) {
     StyleRunMap runs;
-    std::u16string text = list->Display(runs);
+    std::u16string text = list.Display(runs);
     benchmark::DoNotOptimize(text.data());
     state.PauseTiming();
     std::u16string().swap(text);
     StyleRunMap().swap(runs);
-    list->ResetState();
+    list.ResetState();
     state.ResumeTiming();
   }
   SetRows(state, Rows(state));
 }
 BENCHMARK(Display)->RangeMultiplier(10)->Range(100, 1'000'000);
+BENCHMARK(Display)->Name("Baseline.Layout")->RangeMultiplier(10)->Range(100, 100'000);
+
+void Layout(benchmark::State& state) {
+  SampleList& list = ListOf(Rows(state));
+  for (auto _ : state) {
+    ornwhatsnew::PanelLayout layout = list->GetLayoutForDisplay({});
+    benchmark::DoNotOptimize(layout.paragraphs.data());
+    state.PauseTiming();
+    layout = {};
+    list.ResetState();
+    state.ResumeTiming();
+  }
+  SetRows(state, Rows(state));
+}
+BENCHMARK(Layout)->RangeMultiplier(10)->Range(100, 100'000);
 
 HashWords IdentityByHand(const HandRecord& record, std::string& bytes) {
   bytes.clear();

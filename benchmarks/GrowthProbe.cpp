@@ -13,7 +13,7 @@ int main(int argc, char** argv) {
   }
   benchmarks::SampleList list(rows);
   ornwhatsnew::StyleRunMap runs;
-  const bool shown = !list.Display(runs).empty();
+  const bool shown = !list.Display(runs).empty() && list->GetLayoutForDisplay({}).hasItems;
   list->RefreshInternalSeenState();
   return shown && !list->IsAnythingNew(ornwhatsnew::kShowOnlyNew) ? 0 : 1;
 }

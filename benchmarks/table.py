@@ -24,6 +24,7 @@ GOALS = {
     "Identity": Goal(3),
     "News": Goal(3, smallest=1_000, largest=1_000),
     "Display": Goal(4, smallest=1_000),
+    "Layout": Goal(1.5, smallest=1_000),
     "State": Goal(3),
     "KeyOrder": Goal(2),
 }

@@ -64,7 +64,8 @@ stage_growth() {
   configure bench && build bench --target benchmarks && count_instructions 1000 &&
     count_instructions 10000 || return
   local function status=0
-  for function in InitWithData GetFormattedTextForDisplay RefreshInternalSeenState IsAnythingNew; do
+  for function in InitWithData GetFormattedTextForDisplay GetLayoutForDisplay RefreshInternalSeenState \
+    IsAnythingNew; do
     require_linear "$function" || status=1
   done
   local shape
@@ -94,10 +95,10 @@ require_linear() {
 }
 
 # Prints the number of instructions that a method of FeatureListData and its callees executed. A line of
-# callgrind_annotate is " 6,139,544 (22.35%)  ???:NAME(...".
+# callgrind_annotate is " 6,139,544 (22.35%)  ???:NAME(...". A name can have the suffix "[abi:cxx11]".
 instructions_in() {
   local function=$1 rows=$2 line
-  line=$(grep -m 1 ":ornwhatsnew::FeatureListData::$function(" "$(log_file "growth-$rows")")
+  line=$(grep -m 1 ":ornwhatsnew::FeatureListData::$function\(\[abi:cxx11\]\)\?(" "$(log_file "growth-$rows")")
   line=${line%%(*}
   echo "${line//[, ]/}"
 }
