@@ -3,7 +3,6 @@
 // The input consists of a line of switches and of parts: a key text, its translation, and
 // arguments. The line contains the switches of World.h and the index in `kTemplates` of the
 // template to translate.
-#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <map>
@@ -26,30 +25,6 @@ namespace {
 using orncore::config::Localizer;
 using orncore::config::MapDictionary;
 using test_support::PlainUTF8to16;
-
-constexpr std::array kTemplates = {
-    "$$$/ornwhatsnew/Feature/Item/Unlock/TarsaOnly",
-    "$$$/ornwhatsnew/Feature/Item/Unlock/Off",
-    "$$$/ornwhatsnew/Feature/Item/Unlock/Unlocked",
-    "$$$/ornwhatsnew/Feature/Item/Unlock/InDevelopment",
-    "$$$/ornwhatsnew/Feature/Detail/Plain/DisplayTemplate/Tab",
-    "$$$/ornwhatsnew/Feature/Detail/Plain/DisplayTemplate",
-    "$$$/ornwhatsnew/Feature/Detail/OS/displaytemplate",
-    "$$$/ornwhatsnew/Feature/Detail/VersionAdded/displaytemplate",
-    "$$$/ornwhatsnew/Feature/Detail/VersionRange/displaytemplate",
-    "$$$/ornwhatsnew/Feature/Detail/JiraID/displaytemplate",
-    "$$$/private/ornwhatsnew/Feature/Newline",
-    "$$$/ornwhatsnew/Feature/Item/ViewMore/ViewMore",
-    "$$$/ornwhatsnewui/WhatsNewView/SpaceWitDash",
-    "$$$/ornwhatsnewui/WhatsNewView/ParenthesizedCode",
-    "$$$/ornwhatsnew/Feature/ChangesSince/LastOpened/DisplayTemplate",
-    "$$$/ornwhatsnew/Feature/ChangesSince/LastRelease/DisplayTemplate",
-    "$$$/ornwhatsnew/feature/nonewchanges/displaytemplate",
-    "$$$/ornwhatsnew/feature/optedOutOfAnalyticsPart1",
-    "$$$/ornwhatsnew/feature/optedOutOfAnalyticsPart2",
-    "$$$/ornwhatsnew/feature/nonewratings",
-    "$$$/ornwhatsnew/SectionKey/BugFixes",
-};
 
 // Returns `text` with each markup sequence replaced by its character. Omits `#{comment}` and
 // everything after it.
@@ -132,8 +107,7 @@ void Run(Input input) {
   RequireLocalised(keyText, translation, arguments);
 
   World world(switches);
-  world.Host().AddTranslation(kTemplates[Switch(switches, kWorldSwitches) % kTemplates.size()],
-                              translation);
+  world.TranslateTemplate(Switch(switches, kWorldSwitches), translation);
   world.Host().AddTranslation(keyText.substr(0, keyText.find('=')), translation);
   world.Host().AddFeature({.internalKey = "named",
                            .epicKey = std::string(keyText),

@@ -1,5 +1,7 @@
 #include "fuzz/World.h"
 
+#include <array>
+
 #include "fuzz/Input.h"
 
 namespace fuzz {
@@ -31,6 +33,31 @@ const FakeFeature kFeatures[] = {
     {.internalKey = "odd", .epicKey = "misc", .name = "Named like a section"},
 };
 
+// The keys of the templates that dictionaries translate.
+constexpr std::array kTemplates = {
+    "$$$/ornwhatsnew/Feature/Item/Unlock/TarsaOnly",
+    "$$$/ornwhatsnew/Feature/Item/Unlock/Off",
+    "$$$/ornwhatsnew/Feature/Item/Unlock/Unlocked",
+    "$$$/ornwhatsnew/Feature/Item/Unlock/InDevelopment",
+    "$$$/ornwhatsnew/Feature/Detail/Plain/DisplayTemplate/Tab",
+    "$$$/ornwhatsnew/Feature/Detail/Plain/DisplayTemplate",
+    "$$$/ornwhatsnew/Feature/Detail/OS/displaytemplate",
+    "$$$/ornwhatsnew/Feature/Detail/VersionAdded/displaytemplate",
+    "$$$/ornwhatsnew/Feature/Detail/VersionRange/displaytemplate",
+    "$$$/ornwhatsnew/Feature/Detail/JiraID/displaytemplate",
+    "$$$/private/ornwhatsnew/Feature/Newline",
+    "$$$/ornwhatsnew/Feature/Item/ViewMore/ViewMore",
+    "$$$/ornwhatsnewui/WhatsNewView/SpaceWitDash",
+    "$$$/ornwhatsnewui/WhatsNewView/ParenthesizedCode",
+    "$$$/ornwhatsnew/Feature/ChangesSince/LastOpened/DisplayTemplate",
+    "$$$/ornwhatsnew/Feature/ChangesSince/LastRelease/DisplayTemplate",
+    "$$$/ornwhatsnew/feature/nonewchanges/displaytemplate",
+    "$$$/ornwhatsnew/feature/optedOutOfAnalyticsPart1",
+    "$$$/ornwhatsnew/feature/optedOutOfAnalyticsPart2",
+    "$$$/ornwhatsnew/feature/nonewratings",
+    "$$$/ornwhatsnew/SectionKey/BugFixes",
+};
+
 }  // namespace
 
 World::World(std::string_view switches) : options_(Switch(switches, 0) & 0x1F) {
@@ -45,6 +72,10 @@ World::World(std::string_view switches) : options_(Switch(switches, 0) & 0x1F) {
   const unsigned texts = Switch(switches, 4);
   if ((texts & 0x01) != 0) placeholder_ = u"[rate \xD83D\xDE00]";
   if ((texts & 0x02) != 0) Translate();
+}
+
+void World::TranslateTemplate(unsigned number, std::string_view translation) {
+  host_.AddTranslation(kTemplates[number % kTemplates.size()], translation);
 }
 
 void World::AddFeatures(unsigned off, unsigned available) {

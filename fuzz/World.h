@@ -30,6 +30,10 @@ class World {
   unsigned Options() const { return options_; }
   const std::u16string& Placeholder() const { return placeholder_; }
 
+  /// Adds a translation of one of the library's own templates to the dictionary. Any number selects
+  /// a template.
+  void TranslateTemplate(unsigned number, std::string_view translation);
+
  private:
   void AddFeatures(unsigned off, unsigned available);
   void Translate();

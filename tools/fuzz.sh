@@ -4,13 +4,13 @@
 # findings to build/fuzz/findings.
 
 fuzz_targets=(data-file stored-state state-file localiser-texts utf-conversions host-description
-  styled-segments console-lines terminal-output)
+  styled-segments console-lines terminal-output panel-layout)
 
 # Prints the maximum length of the inputs of a target. Longer inputs reach no new code. The targets that
 # load a list several times execute too few inputs per second if the inputs are long.
 longest_input() {
   case $1 in
-    data-file | stored-state | localiser-texts) echo 1024 ;;
+    data-file | stored-state | localiser-texts | panel-layout) echo 1024 ;;
     *) echo 4096 ;;
   esac
 }
