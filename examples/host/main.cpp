@@ -3,6 +3,7 @@
 #include <future>
 #include <iostream>
 #include <memory>
+#include <optional>
 #include <sstream>
 #include <string>
 #include <string_view>
@@ -66,6 +67,30 @@ void ShowPanel(ornwhatsnew::FeatureListData& list, ornwhatsnew::DisplayOptions o
   }
 }
 
+// Draws a part of a line. An application with windows would use the font and the colour of the
+// style.
+void DrawSpan(std::string_view text, std::optional<ornwhatsnew::StyleID> style,
+              const std::string& link) {
+  const std::string_view mark = style == ornwhatsnew::kStyleFeatureTitle ? "**" : "";
+  std::cout << mark << text << mark;
+  if (ornwhatsnew::IsSafeLink(link)) std::cout << " <" << link << '>';
+}
+
+// Draws the panel, one line for each paragraph.
+void DrawPanel(const ornwhatsnew::PanelLayout& panel) {
+  const ornwhatsnew::PanelLayoutUTF8 layout = ornwhatsnew::ConvertToUTF8(panel);
+  const std::string_view text = layout.text;
+  for (const auto& paragraph : layout.paragraphs) {
+    std::cout << (paragraph.indentLevel == 0 ? "\n" : "  ");
+    if (!paragraph.bullet.empty()) std::cout << paragraph.bullet << ' ';
+    for (const auto& [range, style, link] : paragraph.spans) {
+      DrawSpan(text.substr(range.begin, range.length), style, link);
+    }
+    if (paragraph.rating) std::cout << "[five stars]";
+    std::cout << '\n';
+  }
+}
+
 // Shows a rating control for each feature that the user can rate, and marks each feature as rated.
 void AskForRatings(ornwhatsnew::FeatureListData& list) {
   if (!list.IsAnythingNeedingRating()) return;
@@ -96,6 +121,7 @@ const orncore::config::InitializerRegistrar kCloud(
 void Run(Preferences& preferences) {
   auto loading = StartLoadingNews(preferences);
   const auto list = loading.get();
+  if (list->GetDataFileSummary().isFound == false) std::cout << "the data file is missing\n";
   std::cout << "badge: " << list->IsAnythingNew(kNews) << '\n';
   ShowPanel(*list, kNews);
 
@@ -116,7 +142,8 @@ void Run(Preferences& preferences) {
   preferences.isStaff = true;
   preferences.texts["debug/ornappsupport.betafeature.SimulateShowingAllUnlockCodesInWhatsNew"] =
       "true";
-  ShowPanel(*list, {});
+  std::cout << "all items: " << list->CountNew({}).items << '\n';
+  DrawPanel(list->GetLayoutForDisplay({}));
   std::cout << "opened in " << preferences.texts["WhatsNew.AllVersionSeenWhatsNew"] << '\n';
   RunConsoleLine(u"ValidateWhatsNew");
 }
