@@ -66,8 +66,8 @@ class ORN_EXPORT FeatureListDetail {
   static constexpr std::string_view kSalienceUnhideBetaFeature = "UnhideBetaFeature";
   /// See `Salience::kUnreviewed`.
   static constexpr std::string_view kSalienceUnreviewed = "Unreviewed";
-  /// See `Salience::kRatingHidesBetaFeatureDescription`. The keyword contains "Hides", although the
-  /// name of the constant contains "Hide".
+  /// See `Salience::kRatingHidesBetaFeatureDescription`. Compatibility: the keyword contains
+  /// "Hides", although the name of the constant contains "Hide".
   static constexpr std::string_view kSalienceRatingHideBetaFeatureDescription =
       "RatingHidesBetaFeatureDescription";
   /// The rating request "RequestRating". Any other rating request is a custom question.

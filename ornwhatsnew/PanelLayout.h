@@ -64,7 +64,7 @@ struct BasicLayoutSpan {
   /// `kStyleUnlockLabelBox`, because an unlock label has the style `kStyleUnlockLabel`.
   std::optional<StyleID> style;
   /// The URL of a title or of a link, or an empty string. An author of the data file can write any
-  /// string, so check it before you open it.
+  /// string, so call `IsSafeLink` before you open it.
   String link;
 
   friend bool operator==(const BasicLayoutSpan&, const BasicLayoutSpan&) = default;

@@ -34,33 +34,6 @@ Salience ParseSalience(std::string_view text) {
 
 }  // namespace
 
-const std::string FeatureListDetail::kKeyDescription = KeyOf(DataColumn::kDescription);
-const std::string FeatureListDetail::kKeyJIRAEpicID = KeyOf(DataColumn::kGroupingID);
-const std::string FeatureListDetail::kKeyJIRAStoryBugTaskID = KeyOf(DataColumn::kStoryID);
-const std::string FeatureListDetail::kKeyVersionAdded = KeyOf(DataColumn::kVersion);
-const std::string FeatureListDetail::kKeySalienceOptional = KeyOf(DataColumn::kSalience);
-const std::string FeatureListDetail::kKeyRelevantFirstVersionOptional =
-    KeyOf(DataColumn::kFirstVersion);
-const std::string FeatureListDetail::kKeyRelevantPlatformOptional = KeyOf(DataColumn::kPlatform);
-const std::string FeatureListDetail::kKeyRequestFeedbackOptional =
-    KeyOf(DataColumn::kRatingRequest);
-const std::string FeatureListDetail::kKeyViewMoreURL = KeyOf(DataColumn::kURL);
-const std::string FeatureListDetail::kKeySHANum = KeyOf(DataColumn::kSHA);
-
-const UTF8String FeatureListDetail::kSalienceHeadline{keywords::kHeadline};
-const UTF8String FeatureListDetail::kSalienceDetail{keywords::kDetail};
-const UTF8String FeatureListDetail::kSalienceHideBetaFeature{keywords::kHideBetaFeature};
-const UTF8String FeatureListDetail::kSalienceHideBetaFeatureFromExternal{
-    keywords::kHideBetaFeatureFromExternal};
-const UTF8String FeatureListDetail::kSalienceUnhideBetaFeature{keywords::kUnhideBetaFeature};
-const UTF8String FeatureListDetail::kSalienceUnreviewed{keywords::kUnreviewed};
-// Compatibility: this name and its keyword differ by one letter (docs/compatibility.md).
-const UTF8String FeatureListDetail::kSalienceRatingHideBetaFeatureDescription{
-    keywords::kRatingHidesBetaFeatureDescription};
-const UTF8String FeatureListDetail::kRequestRating{keywords::kRequestRating};
-const UTF8String FeatureListDetail::kPlatformWin{keywords::kWin};
-const UTF8String FeatureListDetail::kPlatformMac{keywords::kMac};
-
 FeatureListDetail::FeatureListDetail(
     const UTF8String& description, const UTF8String& versionAdded, const UTF8String& jiraEpicID,
     const UTF8String& jiraStoryBugTaskID, const UTF8String& salience,

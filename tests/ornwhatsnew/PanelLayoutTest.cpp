@@ -458,7 +458,7 @@ TEST_F(LayoutState, LayoutStoresTheSameStateAsTheText) {
     host_.State().Replace({});
     FeatureListData list(file_, host_.Getter(), host_.Setter());
     list.GetLayoutForDisplay(options);
-    EXPECT_EQ(host_.State().TakeWrites(), expected) << int{options.Bits()};
+    EXPECT_EQ(host_.State().TakeWrites(), expected);
     EXPECT_EQ(expected.size(), 3U);
     host_.State().Replace({});
   }
