@@ -51,6 +51,7 @@ struct TextRange {
   std::size_t begin = 0;   ///< the offset in the text
   std::size_t length = 0;  ///< the number of units
 
+  /// Returns whether all members are equal.
   friend bool operator==(const TextRange&, const TextRange&) = default;
 };
 
@@ -67,6 +68,7 @@ struct BasicLayoutSpan {
   /// string, so call `IsSafeLink` before you open it.
   String link;
 
+  /// Returns whether all members are equal.
   friend bool operator==(const BasicLayoutSpan&, const BasicLayoutSpan&) = default;
 };
 
@@ -95,6 +97,7 @@ struct BasicLayoutParagraph {
   /// The spans of the paragraph. An empty paragraph has none.
   std::vector<BasicLayoutSpan<String>> spans;
 
+  /// Returns whether all members are equal.
   friend bool operator==(const BasicLayoutParagraph&, const BasicLayoutParagraph&) = default;
 };
 
@@ -113,6 +116,7 @@ struct BasicRatingRequest {
   /// with `RatingHidesBetaFeatureDescription`.
   String description;
 
+  /// Returns whether all members are equal.
   friend bool operator==(const BasicRatingRequest&, const BasicRatingRequest&) = default;
 };
 
@@ -129,6 +133,7 @@ struct BasicPanelLayout {
   /// Whether the panel shows an item. If false, it contains only a header and a notice.
   bool hasItems = false;
 
+  /// Returns whether all members are equal.
   friend bool operator==(const BasicPanelLayout&, const BasicPanelLayout&) = default;
 };
 
@@ -151,6 +156,7 @@ struct NewCount {
   /// without a new change.
   std::size_t changes = 0;
 
+  /// Returns whether all members are equal.
   friend bool operator==(const NewCount&, const NewCount&) = default;
 };
 
@@ -166,6 +172,7 @@ struct DataFileSummary {
   /// The number of rows that the parser skipped, without blank rows; see `DataRowSkipReason`.
   std::size_t skippedRows = 0;
 
+  /// Returns whether all members are equal.
   friend bool operator==(const DataFileSummary&, const DataFileSummary&) = default;
 };
 

@@ -15,9 +15,9 @@ longest_input() {
   esac
 }
 
-# Call stacks of allocations and a long quarantine of freed memory take a fifth of the time. To get them
-# for a finding, run the fuzzer on the input without these options.
-fuzz_asan_options=malloc_context_size=1:quarantine_size_mb=16
+# Call stacks of allocations, a long quarantine of freed memory, and the filling of new memory take a fifth
+# of the time. To get them for a finding, run the fuzzer on the input without these options.
+fuzz_asan_options=malloc_context_size=1:quarantine_size_mb=4:max_malloc_fill_size=0
 
 fuzz_usage() {
   cat <<TEXT

@@ -1,16 +1,10 @@
 // Tests the exact text and style runs of the panel.
-#include <memory>
-#include <optional>
 #include <string>
-#include <utility>
 #include <vector>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <ornappsupport/feature/FeatureService.h>
-#include <orncore/config/Localizer.h>
-#include <orncore/debug/DebugDatabase.h>
 #include <orncore/string/Conversion.h>
 #include <ornwhatsnew/FeatureListData.h>
 
@@ -503,124 +497,6 @@ TEST_F(DisplayText, LoneSurrogatesOfThePlaceholderCountAsReplacementCharacters) 
   EXPECT_EQ(placeholders[0].first.second, 7);
   EXPECT_EQ(static_cast<std::size_t>(placeholders[1].first.first) + 7,
             orncore::string::UTF16to8(text).size());
-}
-
-// A feature service that appends the name of each query to `log`, except queries of the feature
-// table.
-class LoggingFeatures : public ornappsupport::feature::FeatureService {
- public:
-  explicit LoggingFeatures(std::vector<std::string>& log) : log_(log) {}
-
-  const ornappsupport::feature::BetaFeatureMap& GetBetaFeatures() const override {
-    return features_;
-  }
-  bool IsEnabled(std::string_view key) const override {
-    log_.push_back("enabled " + std::string(key));
-    return true;
-  }
-  bool IsAvailableForUser(std::string_view key) const override {
-    log_.push_back("available " + std::string(key));
-    return true;
-  }
-  bool AreInternalFeaturesAllowed() const override {
-    log_.emplace_back("internal user");
-    return true;
-  }
-
- private:
-  std::vector<std::string>& log_;
-  const ornappsupport::feature::BetaFeatureMap features_ = {
-      {"export", {"EPIC-7", u"", u"", FeatureListItem::Visibility::kPublic}}};
-};
-
-class LoggingDictionary : public orncore::config::DictionarySource {
- public:
-  explicit LoggingDictionary(std::vector<std::string>& log) : log_(log) {}
-
-  std::optional<UTF8String> Find(std::string_view key) const override {
-    log_.push_back("text " + std::string(key.substr(key.rfind('/') + 1)));
-    return std::nullopt;
-  }
-
- private:
-  std::vector<std::string>& log_;
-};
-
-class LoggingDebugStore : public orncore::debug::DebugStore {
- public:
-  explicit LoggingDebugStore(std::vector<std::string>& log) : log_(log) {}
-
-  std::optional<UTF8String> Find(std::string_view key) const override {
-    log_.push_back("debug " + std::string(key.substr(key.rfind('.') + 1)));
-    return "true";
-  }
-  void Store(std::string_view, std::string_view) override {}
-
- private:
-  std::vector<std::string>& log_;
-};
-
-TEST_F(DisplayText, QueriesTheHostInAFixedOrder) {
-  std::vector<std::string> log;
-  FeatureListData list(host_.Getter(), host_.Setter());
-  list.InsertFeatureListItem(test_support::MakeItem(
-      {"EPIC-7", "export", "$$$/feature/title=Export", "$$$/feature/description=Exports files"},
-      {{.groupingID = "EPIC-7", .description = "$$$/feature/change=Faster"}}));
-  ornappsupport::feature::SetFeatureService(std::make_shared<LoggingFeatures>(log));
-  orncore::config::Localizer::Get().SetDictionary(std::make_shared<LoggingDictionary>(log));
-  orncore::debug::DebugDatabase::Instance().SetStore(std::make_shared<LoggingDebugStore>(log));
-  StyleRunMap runs;
-  list.GetFormattedTextForDisplay({}, u"", runs, nullptr);
-
-  EXPECT_THAT(
-      log, ElementsAre(
-               // The list looks up the translation of each template once.
-               "text TarsaOnly", "text Off", "text Unlocked", "text InDevelopment", "text Tab",
-               "text DisplayTemplate", "text displaytemplate", "text displaytemplate",
-               "text displaytemplate", "text displaytemplate", "text Newline", "text ViewMore",
-               "text SpaceWitDash", "text ParenthesizedCode", "text DisplayTemplate",
-               "text DisplayTemplate", "text displaytemplate", "text optedOutOfAnalyticsPart1",
-               "text optedOutOfAnalyticsPart2", "text nonewratings",
-               // These queries decide whether the list adds notes to changes and whether it shows
-               // the feature.
-               "internal user", "enabled export",
-               // These queries determine the unlock label.
-               "internal user", "debug SimulateShowingAllOffFeaturesInWhatsNew", "enabled export",
-               // The list makes these queries while it writes the title line, the description
-               // and the change.
-               "text title", "internal user", "debug SimulateShowingAllUnlockCodesInWhatsNew",
-               "text description", "text change"));
-}
-
-TEST_F(DisplayText, LayoutQueriesTheHostInTheOrderOfTheText) {
-  const std::string file = DataFile()
-                               .Row({.groupingID = "EPIC-7",
-                                     .ratingRequest = "RequestRating",
-                                     .description = "$$$/change=Faster"})
-                               .Text();
-  std::vector<std::string> log;
-  FeatureListData list(host_.Getter(), host_.Setter());
-  list.InsertFeatureListItem(test_support::MakeItem(
-      {"EPIC-7", "export", "$$$/feature/title=Export", "$$$/feature/description=Exports files"}));
-  list.ParseWhatsNewData(file);
-  ornappsupport::feature::SetFeatureService(std::make_shared<LoggingFeatures>(log));
-  orncore::config::Localizer::Get().SetDictionary(std::make_shared<LoggingDictionary>(log));
-  orncore::debug::DebugDatabase::Instance().SetStore(std::make_shared<LoggingDebugStore>(log));
-
-  StyleRunMap runs;
-  list.GetFormattedTextForDisplay({}, u"", runs, nullptr);
-  const std::vector<std::string> ofText = std::exchange(log, {});
-  list.GetLayoutForDisplay({});
-  EXPECT_EQ(std::exchange(log, {}), ofText);
-  list.PreviewLayout({});
-  EXPECT_EQ(std::exchange(log, {}), ofText);
-
-  list.RefreshInternalSeenState();
-  log.clear();
-  list.GetFormattedTextForDisplay(kRatingView, u"", runs, std::make_shared<RatingMap>());
-  const std::vector<std::string> ofRatingView = std::exchange(log, {});
-  EXPECT_FALSE(list.GetLayoutForDisplay(kRatingView).ratingRequests.empty());
-  EXPECT_EQ(log, ofRatingView);
 }
 
 }  // namespace
