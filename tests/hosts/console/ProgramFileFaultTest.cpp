@@ -198,12 +198,6 @@ TEST_F(ProgramFileFaultTest, ConsoleReadsFilesWithUnusualNames) {
   }
 }
 
-TEST_F(ProgramFileFaultTest, ConsoleCannotOpenAFileWhoseNameIsNotUTF8) {
-  // Console commands are UTF-16 strings, which cannot represent such a name.
-  const std::string file = folder_.Write("\xFF.csv", common::ReadTextFile(DataFile()));
-  EXPECT_THAT(Validate(file), FailsWith(ENOENT));
-}
-
 TEST_F(ProgramFileFaultTest, ReadsHostAndStateWhoseNamesAreNotUTF8) {
   const std::string host = folder_.Write("\xFF.json", common::ReadTextFile(HostFile()));
   const std::string state = folder_.Path() / "\xFE.json";
