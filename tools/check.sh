@@ -11,10 +11,9 @@
 # These arrays list the stages of the three tiers. Each tier includes the stages of the previous one,
 # except tidy-changed. The tier for CI instead runs clang-tidy on the library, programs and examples.
 contributor_stages=(scripts format includes release tidy-changed)
-ci_stages=(scripts format includes docs release headers windows static package sanitize thread tidy
-  cppcheck)
-release_stages=("${ci_stages[@]}" tidy-tests valgrind growth fuzz kills robustness
-  mutation coverage)
+ci_stages=(scripts format includes docs release headers windows package sanitize thread tidy cppcheck)
+release_stages=("${ci_stages[@]}" static tidy-tests valgrind growth fuzz kills robustness mutation
+  coverage)
 
 stage_title() {
   case $1 in
@@ -25,9 +24,9 @@ stage_title() {
     release) echo "g++, shared library: build and all tests" ;;
     headers) echo "g++ and clang: each public header alone" ;;
     windows) echo "MinGW: every source of the library compiles" ;;
-    static) echo "clang, static library: build and all tests" ;;
+    static) echo "clang -O2, static library: all tests" ;;
     package) echo "Debian packages: install, run, remove" ;;
-    sanitize) echo "address, undefined: all tests except package" ;;
+    sanitize) echo "clang, static library, sanitizers: all tests" ;;
     thread) echo "ThreadSanitizer: tests with several threads" ;;
     tidy) echo "clang-tidy: library, programs, examples" ;;
     tidy-changed) echo "clang-tidy: changed files" ;;
@@ -100,8 +99,9 @@ stage_windows() {
 
 stage_static() { build_and_test static; }
 
-# Skips the package tests, because they build hosts without sanitizers. Such hosts cannot link a library
-# with sanitizers.
+# Builds with the second compiler, so that CI compiles everything twice and not three times. Skips the
+# package tests, because they build hosts without sanitizers. Such hosts cannot link a library with
+# sanitizers.
 stage_sanitize() {
   ASAN_OPTIONS=strict_string_checks=1:detect_stack_use_after_return=1 \
   UBSAN_OPTIONS=print_stacktrace=1 \
@@ -145,22 +145,22 @@ stage_tidy-changed() {
 }
 
 # Runs clang-tidy on the NUL-separated files of standard input. Fails if it checks fewer than $1 files.
-# Uses the compile commands of the preset "static", which selects clang. Builds the precompiled header,
+# Uses the compile commands of the preset "sanitize", which selects clang. Builds the precompiled header,
 # because the tests' commands use it.
 run_clang_tidy() {
   local minimum=$1 files=() compiled checked=()
   mapfile -d '' -t files
   if ((${#files[@]} > 0)); then
-    configure static && build static --target test_precompiled || return
+    configure sanitize && build sanitize --target test_precompiled || return
     # Omit sources that this build does not compile, because they have no compile command.
-    compiled=$(sed -n 's/^  "file": "\(.*\)"$/\1/p' build/static/compile_commands.json)
+    compiled=$(sed -n 's/^  "file": "\(.*\)"$/\1/p' build/sanitize/compile_commands.json)
     mapfile -t checked < <(printf '%s\n' "${files[@]/#/$root/}" |
       grep -xF -f <(printf '%s\n' "$compiled"))
   fi
   echo "${#checked[@]} files"
   ((${#checked[@]} >= minimum)) || { echo 'FAILED: too few files' && return 1; }
   printf '%s\n' "${checked[@]}" |
-    xargs -r -d '\n' -n 1 -P "$(jobs_count)" clang-tidy --quiet -p build/static
+    xargs -r -d '\n' -n 1 -P "$(jobs_count)" clang-tidy --quiet -p build/sanitize
 }
 
 # Suppresses passedByValue, because cppcheck mistakes iterators for large objects. clang-tidy reports
