@@ -73,11 +73,6 @@ inline constexpr std::array<DataColumnInfo, kDataColumnCount> kDataColumns = {{
     {"Public/Internal message", "kDescription", false},
 }};
 
-/// Returns the key under which a change stores the field of a column.
-constexpr std::string_view FieldKey(DataColumn column) {
-  return kDataColumns[ColumnIndex(column)].fieldKey;
-}
-
 }  // namespace ornwhatsnew
 
 #endif  // ORNWHATSNEW_DATACOLUMN_H_

@@ -27,55 +27,35 @@ namespace ornwhatsnew {
 /// A change is copyable. It is not thread-safe: use one change from one thread at a time.
 class ORN_EXPORT FeatureListDetail {
  public:
-  // The keys of the ten fields, for `GetField`.
-  /// See `GetDescription`.
-  static constexpr std::string_view kKeyDescription = FieldKey(DataColumn::kDescription);
-  /// See `GetJIRAEpicID`.
-  static constexpr std::string_view kKeyJIRAEpicID = FieldKey(DataColumn::kGroupingID);
-  /// See `GetJIRAStoryBugTaskID`.
-  static constexpr std::string_view kKeyJIRAStoryBugTaskID = FieldKey(DataColumn::kStoryID);
-  /// See `GetChangeAddedVersion`.
-  static constexpr std::string_view kKeyVersionAdded = FieldKey(DataColumn::kVersion);
-  /// See `GetSalienceOptional`.
-  static constexpr std::string_view kKeySalienceOptional = FieldKey(DataColumn::kSalience);
-  /// The earliest relevant version.
-  static constexpr std::string_view kKeyRelevantFirstVersionOptional =
-      FieldKey(DataColumn::kFirstVersion);
-  /// The relevant platform.
-  static constexpr std::string_view kKeyRelevantPlatformOptional = FieldKey(DataColumn::kPlatform);
-  /// See `GetRatingRequestOptional`.
-  static constexpr std::string_view kKeyRequestFeedbackOptional =
-      FieldKey(DataColumn::kRatingRequest);
-  /// See `GetViewMoreURLOptional`.
-  static constexpr std::string_view kKeyViewMoreURL = FieldKey(DataColumn::kURL);
-  /// See `GetSHAOptional`.
-  static constexpr std::string_view kKeySHANum = FieldKey(DataColumn::kSHA);
+  // The keys of the ten fields, for `GetField`. `kDataColumns` has the same keys.
+  static const std::string kKeyDescription;                   ///< see `GetDescription`
+  static const std::string kKeyJIRAEpicID;                    ///< see `GetJIRAEpicID`
+  static const std::string kKeyJIRAStoryBugTaskID;            ///< see `GetJIRAStoryBugTaskID`
+  static const std::string kKeyVersionAdded;                  ///< see `GetChangeAddedVersion`
+  static const std::string kKeySalienceOptional;              ///< see `GetSalienceOptional`
+  static const std::string kKeyRelevantFirstVersionOptional;  ///< the earliest relevant version
+  static const std::string kKeyRelevantPlatformOptional;      ///< the relevant platform
+  static const std::string kKeyRequestFeedbackOptional;       ///< see `GetRatingRequestOptional`
+  static const std::string kKeyViewMoreURL;                   ///< see `GetViewMoreURLOptional`
+  static const std::string kKeySHANum;                        ///< see `GetSHAOptional`
 
   // The keywords of the columns salience, rating request and platform. Their letter case does not
-  // matter.
-  /// See `Salience::kHeadline`.
-  static constexpr std::string_view kSalienceHeadline = "Headline";
-  /// See `Salience::kDetail`.
-  static constexpr std::string_view kSalienceDetail = "Detail";
-  /// See `Salience::kHideBetaFeature`.
-  static constexpr std::string_view kSalienceHideBetaFeature = "HideBetaFeature";
+  // matter. Static objects of the host must not use the constants of this class in their
+  // constructors, which can run before the constants are initialised.
+  static const UTF8String kSalienceHeadline;         ///< see `Salience::kHeadline`
+  static const UTF8String kSalienceDetail;           ///< see `Salience::kDetail`
+  static const UTF8String kSalienceHideBetaFeature;  ///< see `Salience::kHideBetaFeature`
   /// See `Salience::kHideBetaFeatureFromExternal`.
-  static constexpr std::string_view kSalienceHideBetaFeatureFromExternal =
-      "HideBetaFeatureFromExternal";
-  /// See `Salience::kUnhideBetaFeature`.
-  static constexpr std::string_view kSalienceUnhideBetaFeature = "UnhideBetaFeature";
-  /// See `Salience::kUnreviewed`.
-  static constexpr std::string_view kSalienceUnreviewed = "Unreviewed";
+  static const UTF8String kSalienceHideBetaFeatureFromExternal;
+  static const UTF8String kSalienceUnhideBetaFeature;  ///< see `Salience::kUnhideBetaFeature`
+  static const UTF8String kSalienceUnreviewed;         ///< see `Salience::kUnreviewed`
   /// See `Salience::kRatingHidesBetaFeatureDescription`. Compatibility: the keyword contains
   /// "Hides", although the name of the constant contains "Hide".
-  static constexpr std::string_view kSalienceRatingHideBetaFeatureDescription =
-      "RatingHidesBetaFeatureDescription";
+  static const UTF8String kSalienceRatingHideBetaFeatureDescription;
   /// The rating request "RequestRating". Any other rating request is a custom question.
-  static constexpr std::string_view kRequestRating = "RequestRating";
-  /// See `Platform::kWin`.
-  static constexpr std::string_view kPlatformWin = "Win";
-  /// See `Platform::kMac`.
-  static constexpr std::string_view kPlatformMac = "Mac";
+  static const UTF8String kRequestRating;
+  static const UTF8String kPlatformWin;  ///< see `Platform::kWin`
+  static const UTF8String kPlatformMac;  ///< see `Platform::kMac`
 
   /// The meaning of the salience field. The letter case of a keyword does not matter.
   enum class Salience : std::uint8_t {

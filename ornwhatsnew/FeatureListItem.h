@@ -32,16 +32,11 @@ class ORN_EXPORT FeatureListItem {
   using Changes = std::vector<std::shared_ptr<FeatureListDetail>>;
 
   // The keys of the five fields, for `GetField`.
-  /// See `GetFeatureName`.
-  static constexpr std::string_view kKeyFeatureName = "kFeatureName";
-  /// See `GetFeatureDescription`.
-  static constexpr std::string_view kKeyFeatureDescription = "kFeatureDescription";
-  /// See `GetFeatureViewMoreURL`.
-  static constexpr std::string_view kKeyFeatureViewMoreURL = "kFeatureViewMoreURL";
-  /// See `GetFeaturePrefsUI`.
-  static constexpr std::string_view kKeyFeaturePrefsUI = "kFeaturePrefsUI";
-  /// See `GetCustomRatingStr`.
-  static constexpr std::string_view kKeyCustomRatingRequestStr = "kCustomRatingRequestStr";
+  static const std::string kKeyFeatureName;             ///< see `GetFeatureName`
+  static const std::string kKeyFeatureDescription;      ///< see `GetFeatureDescription`
+  static const std::string kKeyFeatureViewMoreURL;      ///< see `GetFeatureViewMoreURL`
+  static const std::string kKeyFeaturePrefsUI;          ///< see `GetFeaturePrefsUI`
+  static const std::string kKeyCustomRatingRequestStr;  ///< see `GetCustomRatingStr`
 
   /// Creates an item without changes.
   ///

@@ -13,15 +13,17 @@
 namespace ornwhatsnew {
 
 // The grouping IDs of the four sections in a data file, which are also the keys of their items.
+// Static objects of the host must not use the keys in their constructors, which can run before the
+// keys are initialised.
 
 /// The key of the section for changes that belong to no feature.
-inline constexpr std::string_view kMiscKey = "MISC";
+extern ORN_EXPORT const UTF8String kMiscKey;
 /// The key of the section for bug fixes.
-inline constexpr std::string_view kBugfixKey = "BUGFIX";
+extern ORN_EXPORT const UTF8String kBugfixKey;
 /// The key of the section for internal notes, which only internal users see.
-inline constexpr std::string_view kInternalKey = "INTERNAL";
+extern ORN_EXPORT const UTF8String kInternalKey;
 /// The key of the section for unreviewed changes, which only internal users see.
-inline constexpr std::string_view kUnreviewedKey = "UNREVIEWED";
+extern ORN_EXPORT const UTF8String kUnreviewedKey;
 
 // These font sizes, the tab width and the margin are for the code with which a host draws the
 // panel. Each host chooses the units. The library does not use these constants.

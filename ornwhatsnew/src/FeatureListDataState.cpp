@@ -10,6 +10,7 @@
 
 #include "ornwhatsnew/src/FeatureListDataImpl.h"
 #include "ornwhatsnew/src/ScopedCount.h"
+#include "ornwhatsnew/src/rules/Keywords.h"
 #include "ornwhatsnew/src/rules/VisibilityRules.h"
 
 namespace ornwhatsnew {
@@ -26,14 +27,14 @@ void FeatureListData::Impl::WriteValue(const UTF8String& key, const UTF8String& 
 
 SeenState FeatureListData::Impl::ReadState() {
   SeenState state;
-  state.lastVersionSeen = ReadValue(kLastVersionSeenKey);
-  const UTF8String versions = ReadValue(kAllVersionsSeenKey);
+  state.lastVersionSeen = ReadValue(keywords::kLastVersionSeen);
+  const UTF8String versions = ReadValue(keywords::kAllVersionsSeen);
   for (const std::string_view version : SplitPersistedList(versions)) {
     state.seenVersions.emplace(version);
   }
   state.seenVersions.insert(currentVersion);
   state.seenVersionNumbers = VersionNumbers(state.seenVersions);
-  state.seenGuids = ParseIdentities(ReadValue(kAllSeenItemsKey));
+  state.seenGuids = ParseIdentities(ReadValue(keywords::kAllSeenItems));
   return state;
 }
 
@@ -41,9 +42,9 @@ void FeatureListData::Impl::RecordDisplayPass(const IdentitySet& shown) {
   // Do all allocations before the state changes. If one failed afterwards, a later rating could
   // persist the identities of changes that the user never saw.
   SeenState& state = content.state;
-  const UTF8String seenItemsKey(kAllSeenItemsKey);
-  const UTF8String lastVersionKey(kLastVersionSeenKey);
-  const UTF8String versionsKey(kAllVersionsSeenKey);
+  const UTF8String seenItemsKey(keywords::kAllSeenItems);
+  const UTF8String lastVersionKey(keywords::kLastVersionSeen);
+  const UTF8String versionsKey(keywords::kAllVersionsSeen);
   IdentitySet newlySeen = UnionOf(state.newlySeenGuids, shown);
   const UTF8String seenItems = FormatIdentities(UnionOf(state.seenGuids, newlySeen));
   const UTF8String versions =
@@ -109,7 +110,7 @@ void FeatureListData::MarkItemHasBeenRated(const std::string& featureKey) {
   const FeatureListItem* const item = impl_->content.FindItem(featureKey);
   if (item == nullptr) return;
   SeenState& state = impl_->content.state;
-  const UTF8String seenItemsKey(kAllSeenItemsKey);
+  const UTF8String seenItemsKey(keywords::kAllSeenItems);
   IdentitySet seen = UnionOf(state.seenGuids, MakeIdentitySet({item->GetItemRatedGuid()}));
   const UTF8String seenItems = FormatIdentities(UnionOf(seen, state.newlySeenGuids));
   state.seenGuids = std::move(seen);

@@ -6,6 +6,7 @@
 #include <ornwhatsnew/utility/TextHelpers.h>
 
 #include "ornwhatsnew/src/rules/IdentityMixing.h"
+#include "ornwhatsnew/src/rules/Keywords.h"
 #include "ornwhatsnew/src/rules/VisibilityRules.h"
 
 namespace ornwhatsnew {
@@ -13,17 +14,19 @@ namespace {
 
 using Salience = FeatureListDetail::Salience;
 
+std::string KeyOf(DataColumn column) {
+  return std::string(kDataColumns[ColumnIndex(column)].fieldKey);
+}
+
 Salience ParseSalience(std::string_view text) {
   static constexpr std::pair<std::string_view, Salience> kKeywords[] = {
-      {FeatureListDetail::kSalienceHeadline, Salience::kHeadline},
-      {FeatureListDetail::kSalienceDetail, Salience::kDetail},
-      {FeatureListDetail::kSalienceHideBetaFeature, Salience::kHideBetaFeature},
-      {FeatureListDetail::kSalienceHideBetaFeatureFromExternal,
-       Salience::kHideBetaFeatureFromExternal},
-      {FeatureListDetail::kSalienceUnreviewed, Salience::kUnreviewed},
-      {FeatureListDetail::kSalienceRatingHideBetaFeatureDescription,
-       Salience::kRatingHidesBetaFeatureDescription},
-      {FeatureListDetail::kSalienceUnhideBetaFeature, Salience::kUnhideBetaFeature},
+      {keywords::kHeadline, Salience::kHeadline},
+      {keywords::kDetail, Salience::kDetail},
+      {keywords::kHideBetaFeature, Salience::kHideBetaFeature},
+      {keywords::kHideBetaFeatureFromExternal, Salience::kHideBetaFeatureFromExternal},
+      {keywords::kUnreviewed, Salience::kUnreviewed},
+      {keywords::kRatingHidesBetaFeatureDescription, Salience::kRatingHidesBetaFeatureDescription},
+      {keywords::kUnhideBetaFeature, Salience::kUnhideBetaFeature},
   };
   if (text.empty()) return Salience::kNone;
   for (const auto& [keyword, salience] : kKeywords) {
@@ -33,6 +36,32 @@ Salience ParseSalience(std::string_view text) {
 }
 
 }  // namespace
+
+const std::string FeatureListDetail::kKeyDescription = KeyOf(DataColumn::kDescription);
+const std::string FeatureListDetail::kKeyJIRAEpicID = KeyOf(DataColumn::kGroupingID);
+const std::string FeatureListDetail::kKeyJIRAStoryBugTaskID = KeyOf(DataColumn::kStoryID);
+const std::string FeatureListDetail::kKeyVersionAdded = KeyOf(DataColumn::kVersion);
+const std::string FeatureListDetail::kKeySalienceOptional = KeyOf(DataColumn::kSalience);
+const std::string FeatureListDetail::kKeyRelevantFirstVersionOptional =
+    KeyOf(DataColumn::kFirstVersion);
+const std::string FeatureListDetail::kKeyRelevantPlatformOptional = KeyOf(DataColumn::kPlatform);
+const std::string FeatureListDetail::kKeyRequestFeedbackOptional =
+    KeyOf(DataColumn::kRatingRequest);
+const std::string FeatureListDetail::kKeyViewMoreURL = KeyOf(DataColumn::kURL);
+const std::string FeatureListDetail::kKeySHANum = KeyOf(DataColumn::kSHA);
+
+const UTF8String FeatureListDetail::kSalienceHeadline{keywords::kHeadline};
+const UTF8String FeatureListDetail::kSalienceDetail{keywords::kDetail};
+const UTF8String FeatureListDetail::kSalienceHideBetaFeature{keywords::kHideBetaFeature};
+const UTF8String FeatureListDetail::kSalienceHideBetaFeatureFromExternal{
+    keywords::kHideBetaFeatureFromExternal};
+const UTF8String FeatureListDetail::kSalienceUnhideBetaFeature{keywords::kUnhideBetaFeature};
+const UTF8String FeatureListDetail::kSalienceUnreviewed{keywords::kUnreviewed};
+const UTF8String FeatureListDetail::kSalienceRatingHideBetaFeatureDescription{
+    keywords::kRatingHidesBetaFeatureDescription};
+const UTF8String FeatureListDetail::kRequestRating{keywords::kRequestRating};
+const UTF8String FeatureListDetail::kPlatformWin{keywords::kWin};
+const UTF8String FeatureListDetail::kPlatformMac{keywords::kMac};
 
 FeatureListDetail::FeatureListDetail(
     const UTF8String& description, const UTF8String& versionAdded, const UTF8String& jiraEpicID,

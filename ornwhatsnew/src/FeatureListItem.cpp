@@ -16,14 +16,17 @@ namespace {
 
 // The keys of the fields, indexed by `FieldIndex`.
 constexpr std::array<std::string_view, 5> kFieldKeys = {
-    FeatureListItem::kKeyFeatureName,
-    FeatureListItem::kKeyFeatureDescription,
-    FeatureListItem::kKeyFeatureViewMoreURL,
-    FeatureListItem::kKeyFeaturePrefsUI,
-    FeatureListItem::kKeyCustomRatingRequestStr,
+    "kFeatureName",    "kFeatureDescription",     "kFeatureViewMoreURL",
+    "kFeaturePrefsUI", "kCustomRatingRequestStr",
 };
 
 }  // namespace
+
+const std::string FeatureListItem::kKeyFeatureName{kFieldKeys[kName]};
+const std::string FeatureListItem::kKeyFeatureDescription{kFieldKeys[kDescription]};
+const std::string FeatureListItem::kKeyFeatureViewMoreURL{kFieldKeys[kViewMoreURL]};
+const std::string FeatureListItem::kKeyFeaturePrefsUI{kFieldKeys[kPrefsUI]};
+const std::string FeatureListItem::kKeyCustomRatingRequestStr{kFieldKeys[kCustomRating]};
 
 FeatureListItem::FeatureListItem(const std::string& featureJiraIDKey,
                                  const std::string& betaFeatureInternalKey, const UTF8String& name,

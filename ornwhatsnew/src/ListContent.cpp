@@ -7,11 +7,11 @@
 #include <ornappsupport/feature/FeatureService.h>
 #include <orncore/string/Conversion.h>
 #include <ornwhatsnew/DataFileReader.h>
-#include <ornwhatsnew/WhatsNewTypes.h>
 
 #include "ornwhatsnew/src/datafile/ChangePlacement.h"
 #include "ornwhatsnew/src/datafile/FieldCleaner.h"
 #include "ornwhatsnew/src/rules/KeyOrder.h"
+#include "ornwhatsnew/src/rules/Keywords.h"
 
 namespace ornwhatsnew {
 namespace {
@@ -97,10 +97,13 @@ void ListContent::AddBetaFeatures() {
   for (const auto& [name, key] : namesAndKeys) keysByName.push_back(key);
   MoveKeysToFront(orderedKeys, keysByName);
 
-  EnsureSectionExists(kMiscKey, u"$$$/ornwhatsnew/SectionKey/Miscellaneous=Miscellaneous", {});
-  EnsureSectionExists(kBugfixKey, u"$$$/ornwhatsnew/SectionKey/BugFixes=Bug fixes", {});
-  EnsureSectionExists(kInternalKey, u"$$$/ornwhatsnew/SectionKey/Internal=Internal notes", {});
-  EnsureSectionExists(kUnreviewedKey, u"$$$/ornwhatsnew/SectionKey/Unreviewed=Unreviewed", {});
+  EnsureSectionExists(keywords::kMisc, u"$$$/ornwhatsnew/SectionKey/Miscellaneous=Miscellaneous",
+                      {});
+  EnsureSectionExists(keywords::kBugfix, u"$$$/ornwhatsnew/SectionKey/BugFixes=Bug fixes", {});
+  EnsureSectionExists(keywords::kInternal, u"$$$/ornwhatsnew/SectionKey/Internal=Internal notes",
+                      {});
+  EnsureSectionExists(keywords::kUnreviewedSection,
+                      u"$$$/ornwhatsnew/SectionKey/Unreviewed=Unreviewed", {});
 }
 
 DataFileSummary ListContent::AddChanges(std::string_view dataText) {
@@ -127,13 +130,13 @@ DataFileSummary ListContent::AddChanges(std::string_view dataText) {
     item->AddFeatureDetail(std::move(change));
     if (!item->IsSection()) touchedFeatures.push_back(item->FeatureJiraIDKey());
   }
-  touchedFeatures.push_back(kUnreviewedKey);
+  touchedFeatures.push_back(keywords::kUnreviewedSection);
   MoveKeysToBack(orderedKeys, touchedFeatures);
   return counts;
 }
 
 void ListContent::MoveUnlockedItemsToFront() {
-  MovingKeys leading = {kUnreviewedKey};
+  MovingKeys leading = {keywords::kUnreviewedSection};
   for (const std::string& key : orderedKeys) {
     // Compatibility: an ordered key without an item gets an empty entry (docs/compatibility.md).
     const auto& item = items[key];

@@ -6,6 +6,8 @@
 #include <orncore/string/Replace.h>
 #include <ornwhatsnew/FeatureListItem.h>
 
+#include "ornwhatsnew/src/rules/Keywords.h"
+
 namespace ornwhatsnew {
 namespace {
 
@@ -36,6 +38,11 @@ ItemUnlockState PublicUnlockState(const std::string& internalKey) {
 }
 
 }  // namespace
+
+const UTF8String kMiscKey{keywords::kMisc};
+const UTF8String kBugfixKey{keywords::kBugfix};
+const UTF8String kInternalKey{keywords::kInternal};
+const UTF8String kUnreviewedKey{keywords::kUnreviewedSection};
 
 ItemUnlockState GetItemUnlockState(const FeatureListItem& item) {
   if (item.IsInternalSection()) return ItemUnlockState::TarsaOnly;

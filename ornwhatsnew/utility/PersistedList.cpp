@@ -2,7 +2,13 @@
 
 #include <algorithm>
 
+#include "ornwhatsnew/src/rules/Keywords.h"
+
 namespace ornwhatsnew {
+
+const UTF8String kAllSeenItemsKey{keywords::kAllSeenItems};
+const UTF8String kLastVersionSeenKey{keywords::kLastVersionSeen};
+const UTF8String kAllVersionsSeenKey{keywords::kAllVersionsSeen};
 
 std::vector<std::string_view> SplitPersistedList(std::string_view list) {
   std::vector<std::string_view> elements;

@@ -14,11 +14,11 @@
 namespace ornwhatsnew {
 
 /// The key of the identities that were seen or rated. The value is a persisted list.
-inline constexpr std::string_view kAllSeenItemsKey = "WhatsNew.AllSeenItems";
+extern ORN_EXPORT const UTF8String kAllSeenItemsKey;
 /// The key of the full version in which the user last opened What's New.
-inline constexpr std::string_view kLastVersionSeenKey = "WhatsNew.LastVersionSeenWhatsNew";
+extern ORN_EXPORT const UTF8String kLastVersionSeenKey;
 /// The key of all full versions in which the user opened What's New. The value is a persisted list.
-inline constexpr std::string_view kAllVersionsSeenKey = "WhatsNew.AllVersionSeenWhatsNew";
+extern ORN_EXPORT const UTF8String kAllVersionsSeenKey;
 
 /// Returns the elements of a persisted list as views into `list`. An empty string has no elements.
 /// Does not merge spaces: adjacent spaces, and a space at the start or the end of `list`, give

@@ -4,9 +4,9 @@
 
 #include <orncore/string/CaseMapping.h>
 #include <orncore/string/Conversion.h>
-#include <ornwhatsnew/WhatsNewTypes.h>
 
 #include "ornwhatsnew/src/rules/HashablePortion.h"
+#include "ornwhatsnew/src/rules/Keywords.h"
 
 namespace ornwhatsnew {
 namespace {
@@ -51,12 +51,13 @@ UTF8String LowerCase8(std::string_view text) {
 }
 
 bool IsSpecialCaseSection(std::string_view key) {
-  return CaseInsensitiveEqual(key, kMiscKey) || CaseInsensitiveEqual(key, kBugfixKey) ||
-         IsInternalSpecialCaseSection(key);
+  return CaseInsensitiveEqual(key, keywords::kMisc) ||
+         CaseInsensitiveEqual(key, keywords::kBugfix) || IsInternalSpecialCaseSection(key);
 }
 
 bool IsInternalSpecialCaseSection(std::string_view key) {
-  return CaseInsensitiveEqual(key, kInternalKey) || CaseInsensitiveEqual(key, kUnreviewedKey);
+  return CaseInsensitiveEqual(key, keywords::kInternal) ||
+         CaseInsensitiveEqual(key, keywords::kUnreviewedSection);
 }
 
 // Compatibility: the weights of the components start at the last one, so versions with different

@@ -125,9 +125,9 @@ TEST(FeatureListItem, HideFromExternalSalienceSetsTheInternalOverride) {
 
 TEST(FeatureListItem, HideFromExternalSalienceDoesNotAffectASection) {
   for (const char* section : {"BUGFIX", "misc", "INTERNAL", "UNREVIEWED"}) {
-    const auto item = MakeItem(
-        {.groupingKey = section},
-        {{.salience = std::string(FeatureListDetail::kSalienceHideBetaFeatureFromExternal)}});
+    const auto item =
+        MakeItem({.groupingKey = section},
+                 {{.salience = FeatureListDetail::kSalienceHideBetaFeatureFromExternal}});
     EXPECT_FALSE(item->IsItemInternalOverride()) << section;
   }
 }

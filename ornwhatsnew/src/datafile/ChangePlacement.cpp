@@ -1,7 +1,8 @@
 #include "ornwhatsnew/src/datafile/ChangePlacement.h"
 
-#include <ornwhatsnew/WhatsNewTypes.h>
 #include <ornwhatsnew/utility/TextHelpers.h>
+
+#include "ornwhatsnew/src/rules/Keywords.h"
 
 namespace ornwhatsnew {
 namespace {
@@ -14,7 +15,8 @@ FeatureListItem* Find(const FeatureMap& items, std::string_view key) {
 
 FeatureListItem* FindByIDs(const FeatureMap& items, std::string_view groupingID,
                            std::string_view storyID) {
-  if (CaseInsensitiveEqual(groupingID, kInternalKey)) return Find(items, kInternalKey);
+  if (CaseInsensitiveEqual(groupingID, keywords::kInternal))
+    return Find(items, keywords::kInternal);
   FeatureListItem* const item = Find(items, storyID);
   return item != nullptr ? item : Find(items, groupingID);
 }
@@ -27,7 +29,7 @@ ChangePlacement PlaceChange(const FeatureMap& items, std::string_view groupingID
   placement.item = FindByIDs(items, groupingID, storyID);
   placement.unmatched = placement.item == nullptr;
   if (unreviewed || placement.unmatched) {
-    placement.item = Find(items, unreviewed ? kUnreviewedKey : kInternalKey);
+    placement.item = Find(items, unreviewed ? keywords::kUnreviewedSection : keywords::kInternal);
   }
   return placement;
 }

@@ -8,11 +8,11 @@
 #include <orncore/string/CaseMapping.h>
 #include <orncore/string/Conversion.h>
 #include <orncore/string/Replace.h>
-#include <ornwhatsnew/FeatureListDetail.h>
 #include <ornwhatsnew/WhatsNewTypes.h>
 #include <ornwhatsnew/utility/TextHelpers.h>
 
 #include "ornwhatsnew/src/panel/Localization.h"
+#include "ornwhatsnew/src/rules/Keywords.h"
 
 namespace ornwhatsnew {
 namespace {
@@ -53,7 +53,7 @@ struct PanelFormatter::RatingSummary {
   void Add(const FeatureListDetail& change) {
     const UTF8String& request = change.GetRatingRequestOptional();
     if (request.empty()) return;
-    const bool isPlain = CaseInsensitiveEqual(request, FeatureListDetail::kRequestRating);
+    const bool isPlain = CaseInsensitiveEqual(request, keywords::kRequestRating);
     customText = isPlain ? UTF8String() : request;
     hidesDescription |=
         isPlain &&

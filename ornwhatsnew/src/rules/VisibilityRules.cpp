@@ -9,6 +9,7 @@
 #include <ornwhatsnew/utility/TextHelpers.h>
 
 #include "ornwhatsnew/src/rules/IdentityMixing.h"
+#include "ornwhatsnew/src/rules/Keywords.h"
 
 namespace ornwhatsnew {
 namespace {
@@ -40,9 +41,8 @@ bool IsForInternalUsersOnly(const FeatureListItem& item) {
 
 Platform ParsePlatform(std::string_view text) {
   if (text.empty()) return Platform::kNone;
-  if (CaseInsensitiveEqual(text, FeatureListDetail::kPlatformMac)) return Platform::kMac;
-  return CaseInsensitiveEqual(text, FeatureListDetail::kPlatformWin) ? Platform::kWin
-                                                                     : Platform::kOther;
+  if (CaseInsensitiveEqual(text, keywords::kMac)) return Platform::kMac;
+  return CaseInsensitiveEqual(text, keywords::kWin) ? Platform::kWin : Platform::kOther;
 }
 
 std::vector<std::int64_t> VersionNumbers(const VersionSet& versions) {
