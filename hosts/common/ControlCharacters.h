@@ -12,7 +12,7 @@ namespace hosts::common {
 bool HasControlCharacters(std::string_view text);
 
 /// Returns a copy of `text` (UTF-8) in which U+FFFD replaces each character that
-/// `HasControlCharacters` finds. Replaces ill-formed UTF-8, too.
+/// `HasControlCharacters` finds. Also replaces ill-formed UTF-8 with U+FFFD.
 std::string WithoutControlCharacters(std::string_view text);
 
 }  // namespace hosts::common

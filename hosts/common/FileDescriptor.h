@@ -18,6 +18,7 @@ class FileDescriptor {
     if (number_ >= 0) ::close(number_);
   }
   FileDescriptor(FileDescriptor&& other) noexcept : number_(std::exchange(other.number_, -1)) {}
+  /// Exchanges the file descriptors of the two objects.
   FileDescriptor& operator=(FileDescriptor&& other) noexcept {
     std::swap(number_, other.number_);
     return *this;
@@ -30,8 +31,8 @@ class FileDescriptor {
   int number_;
 };
 
-/// Calls `call` until no signal interrupts it. Returns the result of the last call, which is
-/// negative on failure. `errno` then contains the reason.
+/// Calls `call`, and repeats it while a signal interrupts it. Returns the result of the last call,
+/// which is negative on failure. `errno` then contains the reason.
 template <class Call>
 auto RetryInterrupted(Call call) {
   auto result = call();

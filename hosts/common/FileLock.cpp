@@ -11,7 +11,8 @@
 namespace hosts::common {
 namespace {
 
-/// The time between two attempts to lock the file. A write to a local disk takes about as long.
+/// The time between two attempts to lock the file. Writing the state store to a local disk takes
+/// about as long.
 constexpr std::chrono::milliseconds kRetryInterval{5};
 
 }  // namespace

@@ -11,8 +11,8 @@
 
 namespace hosts::common {
 
-/// An exclusive advisory lock on a lock file. The destructor releases it, and so does the end of
-/// the process. The lock file is never read, written or deleted.
+/// An exclusive advisory lock on a lock file. It is released by the destructor, or when the process
+/// ends. The class never reads, writes or deletes the lock file.
 class FileLock {
  public:
   /// Locks the file `name` in `folder`, which must outlive the lock. Creates the file if it does
@@ -21,8 +21,9 @@ class FileLock {
   static std::optional<FileLock> Acquire(const PrivateFolder& folder, const std::string& name,
                                          std::chrono::milliseconds patience);
 
-  /// Returns whether the locked file still has its name. If another program has deleted or replaced
-  /// it, a third program may hold a lock on the new file.
+  /// Returns whether the name still refers to the locked file. If another program has deleted or
+  /// replaced that file, the lock is useless, because a third program may have locked the new file.
+  /// Returns false if a system call fails.
   bool IsInPlace() const;
 
  private:

@@ -10,9 +10,9 @@
 namespace hosts::common {
 namespace {
 
-/// Creates the file `name`. A file of this name is left over from a program that was killed. Its
-/// name is removed and its content is never touched, because another program may have made it a
-/// link to any file.
+/// Creates the file `name`. If a file of this name exists, it is usually the temporary file of a
+/// killed program. The function deletes the name instead of truncating the file, because the name
+/// may be a link to another file.
 FileDescriptor CreateAnew(const PrivateFolder& folder, const std::string& name) {
   if (::unlinkat(folder.Descriptor(), name.c_str(), 0) != 0 && errno != ENOENT) {
     ThrowSystemError("cannot delete", folder.PathOf(name));
@@ -61,13 +61,13 @@ void FileReplacement::KeepModeAndOwner() const {
     if (errno == ENOENT) return;
     ThrowSystemError("cannot read the mode of", folder_.PathOf(name_));
   }
-  // A rename needs no permission to write to the file. A user who withdraws this permission expects
-  // that the file does not change.
+  // A rename needs no permission to write to the file. A user who removes this permission expects
+  // the file not to change.
   if (::faccessat(folder_.Descriptor(), name_.c_str(), W_OK, AT_EACCESS) != 0) {
     ThrowSystemError("cannot write", folder_.PathOf(name_));
   }
-  // Only root can give a file to its former owner. Otherwise, the file belongs to the user who
-  // writes it, as any new file does.
+  // Only root can change the owner of a file. If another user replaces the file, the new file
+  // belongs to that user.
   if (::fchown(file_.Number(), replaced.st_uid, replaced.st_gid) != 0 && errno != EPERM) {
     ThrowSystemError("cannot set the owner of", folder_.PathOf(temporaryName_));
   }

@@ -11,12 +11,12 @@
 namespace hosts::common {
 
 /// The new content of a file, which is in a temporary file next to it until `Commit`. The name of
-/// the temporary file is the name of the file and ".tmp". Only one replacement of a file may exist
-/// at a time; use a `FileLock`. All functions throw `std::system_error` on failure.
+/// the temporary file is the name of the file followed by ".tmp". Only one replacement of a file
+/// may exist at a time; use a `FileLock`. All functions throw `std::system_error` on failure.
 class FileReplacement {
  public:
   /// Creates an empty temporary file for the file `name` in `folder`, which must outlive this
-  /// object. Deletes the temporary file of a program that was killed.
+  /// object. Deletes a temporary file that a killed program has left.
   FileReplacement(const PrivateFolder& folder, const std::string& name);
 
   /// Deletes the temporary file unless `Commit` has renamed it.
@@ -24,13 +24,14 @@ class FileReplacement {
   FileReplacement(const FileReplacement&) = delete;
   FileReplacement& operator=(const FileReplacement&) = delete;
 
-  /// Writes `bytes` to the temporary file and waits until they are on the disk. The temporary file
-  /// receives the mode of the file that it will replace and, if possible, its owner. Fails if the
-  /// user must not write to that file.
+  /// Writes `bytes` to the temporary file and waits until they are on the disk. If the file to
+  /// replace exists, gives the temporary file its mode and, if possible, its owner. Throws if the
+  /// user has no permission to write to the file to replace.
   void Write(std::string_view bytes) const;
 
-  /// Replaces the file and waits until the disk contains its new name. If only this wait fails, the
-  /// file is replaced, but a power failure can restore the old one.
+  /// Renames the temporary file to the name of the file, and waits until the rename is on the disk.
+  /// If only this wait fails, `Commit` throws although it has replaced the file. A power failure
+  /// can then restore the old file.
   void Commit();
 
  private:

@@ -31,12 +31,13 @@ using orncore::string::UTF8to16;
 
 namespace {
 
-/// The name of the member that contains the path of the JSON schema. Editors use the schema. The
-/// reader does not open it.
+/// The name of the member that contains the path of the JSON schema. Editors use the schema.
+/// `ReadHostDescription` does not open it.
 constexpr std::string_view kSchemaMember = "$schema";
 
-/// The depth of a beta feature: the description, the array of features, and the feature. Refuse
-/// deeper input early, because an empty array takes thirty times the memory of its two bytes.
+/// The nesting depth of a beta feature: the description, the array of features, and the feature.
+/// The parser rejects deeper input early, because an empty array needs about thirty times as much
+/// memory as its two bytes of text.
 constexpr std::size_t kDescriptionDepth = 3;
 
 void ReadText(const JsonReader& object, std::string_view name, std::string& text) {
@@ -74,8 +75,8 @@ std::vector<BetaFeatureDescription> ReadBetaFeatures(const JsonReader& array) {
 }
 
 /// Throws `JsonError` if the version, the build number or the platform contains a control
-/// character. The panel shows the version in its heading, and a newline would look like a second
-/// line of it.
+/// character. The heading of the panel shows the version. A newline in the version would look like
+/// a second line of the heading.
 void RequireVisibleVersion(const JsonReader& object) {
   for (const std::string_view name : {"clientVersion", "buildNumber", "platform"}) {
     const auto member = object.Find(name);

@@ -70,15 +70,15 @@ inline constexpr std::array<std::string_view, 9> kHostMembers = {
 HostDescription ReadHostDescription(const std::filesystem::path& file);
 
 /// Parses a host description from a JSON string. Error messages begin with `sourceName`. Throws
-/// `JsonError` if `json` is not valid JSON or contains NUL, for members that are unknown,
-/// duplicate, or of the wrong type or range, and for control characters in the version, the build
-/// number or the platform.
+/// `JsonError` if `json` is not valid JSON, contains NUL, or is nested too deeply. Also throws it
+/// if a member is unknown, duplicate, or of the wrong type or range, or if the version, the build
+/// number or the platform contains a control character.
 HostDescription ParseHostDescription(std::string_view json, std::string_view sourceName);
 
 /// Replaces each member of `host` that `object` contains. Ignores unknown members of `object`, and
 /// accepts control characters in every string.
-/// Throws `JsonError` if a member has the wrong type or range, or if a beta feature has an unknown
-/// member. Some members of `host` may then be replaced already.
+/// Throws `JsonError` if `object` is not a JSON object, if a member has the wrong type or range, or
+/// if a beta feature has an unknown member. Some members of `host` may already be replaced then.
 void ReadHostMembers(const JsonReader& object, HostDescription& host);
 
 /// Configures the services of this process from `host`: client information, features, permissions,
@@ -86,7 +86,7 @@ void ReadHostMembers(const JsonReader& object, HostDescription& host);
 /// in memory that contains the debug entries of `host`.
 void InstallHost(const HostDescription& host);
 
-/// Does the same as `InstallHost`, but does not change the debug database.
+/// Configures the same services as `InstallHost`, but does not change the debug database.
 void InstallHostServices(const HostDescription& host);
 
 }  // namespace hosts::common

@@ -15,8 +15,8 @@ using nlohmann::json;
 
 namespace {
 
-/// The maximum length, in bytes, of a path or of the parser's message in an error message. The
-/// parser quotes its input, which can be long.
+/// The maximum length, in bytes, of a path, or of a message of nlohmann-json, within an error
+/// message. A message of nlohmann-json quotes the input, which can be long.
 constexpr std::size_t kMaximumDetail = 200;
 
 /// The maximum length, in bytes, of a member's name in a path.
@@ -30,7 +30,7 @@ bool IsCharacterStart(char byte) {
   return (static_cast<unsigned char>(byte) & 0xC0U) != 0x80U;
 }
 
-/// Returns the first `length` bytes of `text`, or up to three bytes less so that no character is
+/// Returns the first `length` bytes of `text`, or up to three bytes fewer so that no character is
 /// split. Returns all of `text` if it is shorter.
 std::string_view Prefix(std::string_view text, std::size_t length) {
   if (text.size() <= length) return text;
@@ -39,7 +39,7 @@ std::string_view Prefix(std::string_view text, std::size_t length) {
   return text.substr(0, length);
 }
 
-/// Returns `text`. If it has more than `kMaximumDetail` bytes, replaces its middle by " ... ".
+/// Returns `text`. If it has more than `kMaximumDetail` bytes, replaces its middle with " ... ".
 std::string WithoutMiddle(std::string_view text) {
   if (text.size() <= kMaximumDetail) return std::string(text);
   std::string_view end = text.substr(text.size() - kMaximumDetail / 2);
@@ -60,7 +60,8 @@ std::string LineAndColumn(std::string_view text, std::size_t position) {
   return "line " + std::to_string(lines + 1) + ", column " + std::to_string(characters + 1);
 }
 
-/// Returns the parser's message without its prefix, which repeats the position in another form.
+/// Returns a message of nlohmann-json without its prefix, which repeats the position in another
+/// form.
 std::string ParserDetail(std::string_view message) {
   for (const std::string_view prefixEnd : {"] ", ": "}) {
     const std::size_t end = message.find(prefixEnd);
@@ -70,16 +71,16 @@ std::string ParserDetail(std::string_view message) {
   return WithoutMiddle(message);
 }
 
-/// Builds a JSON value from the parser's events and rejects duplicate members. The builder of
-/// nlohmann-json would overwrite the first of two duplicates. Its parser callback could reject
-/// them, but takes quadratic time for objects with many members.
+/// Builds a JSON value from the events of nlohmann-json's SAX parser, and rejects duplicate
+/// members. `json::parse` would overwrite the first of two duplicates. A callback of `json::parse`
+/// could reject them, but takes quadratic time for objects with many members.
 class DocumentBuilder : public nlohmann::json_sax<json> {
  public:
   DocumentBuilder(std::string_view text, std::string_view sourceName, std::size_t maximumDepth)
       : text_(text), sourceName_(sourceName), maximumDepth_(maximumDepth) {}
 
   json Build() {
-    // The parser stops at a NUL and ignores all bytes after it.
+    // nlohmann-json stops at a NUL and ignores all bytes after it.
     const std::size_t nul = text_.find('\0');
     if (nul != std::string_view::npos) {
       Fail(LineAndColumn(text_, nul + 1), "not valid JSON: the text contains a NUL character");

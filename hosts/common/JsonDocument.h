@@ -13,8 +13,8 @@
 namespace hosts::common {
 
 /// Thrown for a JSON file or string that cannot be used. `what()` is one line of well-formed UTF-8
-/// with the source, the path of the value (or line and column if the text is not valid JSON), and
-/// the problem. It quotes at most a few hundred bytes of the text.
+/// with the source, the path of the value (or the line and column if the text is not valid JSON),
+/// and the problem. It quotes at most a few hundred bytes of the text.
 class JsonError : public std::runtime_error {
  public:
   using std::runtime_error::runtime_error;
@@ -32,7 +32,7 @@ class JsonDocument {
   /// Parses `text`, which is UTF-8 with or without a byte order mark, and returns the document.
   /// Error messages begin with `sourceName`. Throws `JsonError` if `text` is not valid JSON, if it
   /// contains NUL, if a number is beyond the range of a double, if an object has duplicate members,
-  /// and if arrays and objects are nested deeper than `maximumDepth`. Stops at the first error.
+  /// or if arrays and objects are nested deeper than `maximumDepth`. Stops at the first error.
   /// REQUIRES: `maximumDepth` is at most `kMaximumDepth`.
   static JsonDocument Parse(std::string_view text, std::string_view sourceName,
                             std::size_t maximumDepth = kMaximumDepth);
@@ -59,9 +59,9 @@ std::string JsonPath(std::string_view parent, std::string_view member);
 std::string JsonPath(std::string_view parent, std::size_t index);
 
 /// Returns "source: location: message" as one line. Replaces invisible characters and ill-formed
-/// UTF-8 by escapes (`EscapeInvisible`). `location` is a JSON pointer, or a line and a column.
+/// UTF-8 with escapes (`EscapeInvisible`). `location` is a JSON pointer, or a line and a column.
 /// Omits an empty `location`, which means the whole document, and an empty `message`. In a
-/// `location` of more than 200 bytes, replaces the middle by " ... ".
+/// `location` of more than 200 bytes, replaces the middle with " ... ".
 std::string JsonMessage(std::string_view sourceName, std::string_view location,
                         std::string_view message);
 

@@ -27,8 +27,8 @@ std::string Describe(const json& value) {
 }
 
 /// Returns the JSON pointer from `value` to `target`, or `std::nullopt` if `target` is not a part
-/// of `value`. Readers contain no paths, because the paths of all values of a large document would
-/// take more memory than the document.
+/// of `value`. Readers do not store paths, because the paths of all values of a large document
+/// would take more memory than the document.
 std::optional<std::string> PathTo(const json& target, const json& value) {
   if (&value == &target) return "";
   if (!value.is_structured()) return std::nullopt;

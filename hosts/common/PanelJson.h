@@ -29,16 +29,16 @@ nlohmann::json RunsJson(const ornwhatsnew::StyleRunMap& runs);
 
 /// Returns an object that maps the key of each feature in the rating map to an object with the
 /// members "internalKey", "name", "description", "customRating" and "visibility". Returns a JSON
-/// null if `items` is null.
+/// null if `items` is null. An item that is null becomes a JSON null.
 nlohmann::json RatingItemsJson(const std::shared_ptr<const ornwhatsnew::RatingMap>& items);
 
-/// Returns the strings of the style runs that are safe links (`ornwhatsnew::IsSafeLink`), each once
-/// and in ascending order.
+/// Returns an array of the style runs' strings that are safe links (`ornwhatsnew::IsSafeLink`).
+/// Each link occurs once, and the links are in ascending order.
 nlohmann::json SafeLinksJson(const ornwhatsnew::StyleRunMap& runs);
 
 /// Returns an object with the members "text", "runs", "safeLinks" and "ratingItems". `text` is the
 /// panel's text, `runs` are its style runs, and `items` is the rating map of the same display. A
-/// script that opens links or writes a page uses only the links in "safeLinks".
+/// script that opens links or writes a web page must use only the links in "safeLinks".
 nlohmann::json PanelJson(std::u16string_view text, const ornwhatsnew::StyleRunMap& runs,
                          const std::shared_ptr<const ornwhatsnew::RatingMap>& items);
 

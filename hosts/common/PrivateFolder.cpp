@@ -12,12 +12,12 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// The number of symbolic links in a row after which Linux reports a loop, too.
+/// The maximum number of symbolic links to follow in a row. Linux has the same limit.
 constexpr int kMaximumLinks = 40;
 
-/// Withholds all permissions of other users from the files and folders that this process creates
-/// while the object exists. The umask is set instead of the mode of the new file, because another
-/// program could replace the file before its mode is changed.
+/// Sets the umask of the process to 077 while the object exists, so that a new file or folder has
+/// the mode 0600 or 0700 from the start. If the mode were changed after the creation, another
+/// program could replace the file before the change.
 class PrivateUmask {
  public:
   PrivateUmask() : lock_(mutex_), before_(::umask(077)) {}
@@ -62,8 +62,8 @@ void Create(const FileDescriptor& parent, const fs::path& path) {
 
 /// Opens the folder `path`, whose parent folder is open as `parent`. Creates it if it is missing.
 FileDescriptor OpenOrCreate(const FileDescriptor& parent, const fs::path& path) {
-  // O_PATH does not require permission to read the folder. Users may often enter folders such as
-  // /home, but not read them.
+  // O_PATH does not require permission to read the folder. Users can often enter a folder such as
+  // /home without permission to read it.
   constexpr int kFlags = O_PATH | O_DIRECTORY;
   const std::string name = path.filename();
   FileDescriptor folder = OpenAt(parent.Number(), name.c_str(), kFlags);
@@ -75,8 +75,9 @@ FileDescriptor OpenOrCreate(const FileDescriptor& parent, const fs::path& path) 
   return folder;
 }
 
-/// Opens each folder of the path relative to its parent folder. If another program replaces a
-/// folder by a symbolic link, the function fails instead of following the link.
+/// Opens the folder `path`, and creates missing folders. Opens each folder of the path relative to
+/// its parent folder. If another program replaces a folder with a symbolic link, the function
+/// therefore fails instead of following the link.
 FileDescriptor OpenFolder(const fs::path& path) {
   fs::path opened = path.root_path();
   FileDescriptor folder = OpenAt(AT_FDCWD, opened.c_str(), O_PATH | O_DIRECTORY);

@@ -16,7 +16,8 @@ namespace hosts::common {
 
 /// Returns the absolute path of `file` without symbolic links. If `file` is itself a link, returns
 /// the path of the file that it leads to. The file and its folder need not exist. Throws
-/// `std::system_error` if a link cannot be resolved, and if the path ends like that of a folder.
+/// `std::system_error` if a link cannot be resolved, or if the path is empty or ends with "/", "."
+/// or "..".
 std::filesystem::path ResolveLinks(std::filesystem::path file);
 
 /// An open folder. All operations refer to the folder that was opened, even if another program
@@ -25,8 +26,8 @@ std::filesystem::path ResolveLinks(std::filesystem::path file);
 class PrivateFolder {
  public:
   /// Opens the folder `path`, an absolute path without symbolic links. Creates missing folders with
-  /// the mode 0700, whatever the umask is. Does not change existing folders. Changes the umask of
-  /// the process to a stricter value for a moment.
+  /// the mode 0700, whatever the umask is. Does not change existing folders. Sets the umask of the
+  /// process to 077 while it creates a folder.
   explicit PrivateFolder(std::filesystem::path path);
 
   /// Returns the path of the file `name` in this folder, for messages.
@@ -36,7 +37,8 @@ class PrivateFolder {
   int Descriptor() const noexcept { return folder_.Number(); }
 
   /// Opens the file `name` with the given flags of `open`. Does not wait if it is a FIFO. If the
-  /// flags include O_CREAT, a new file has the mode 0600, whatever the umask is.
+  /// flags include O_CREAT, a new file has the mode 0600, whatever the umask is. Sets the umask of
+  /// the process to 077 during the call.
   FileDescriptor Open(const std::string& name, int flags) const;
 
   /// Returns after all changes of names in this folder are on the disk. Does nothing if the file

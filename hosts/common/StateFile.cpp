@@ -79,7 +79,8 @@ StateValues ChangeResolved(const std::filesystem::path& file, std::chrono::milli
   StateValues after = before;
   change(after);
   if (after == before) {
-    // The program that wrote these values may have been killed before it synced the folder.
+    // Sync the folder, because the program that wrote these values may have been killed before it
+    // did.
     folder.Sync();
     return after;
   }

@@ -21,8 +21,8 @@ std::optional<StateValues> ReadStateFile(const std::filesystem::path& file);
 /// symbolic link, replaces the file that it leads to.
 ///
 /// While the function reads and writes, it locks a second file, whose name is the name of the file
-/// and ".lock". Other programs then wait before they write. The function waits at most `patience`
-/// for this lock.
+/// followed by ".lock". Other programs wait for this lock before they write. The function waits at
+/// most `patience` for this lock.
 ///
 /// Throws `StateStoreError` on failure. The file is then unchanged, unless only the sync of its
 /// folder has failed; see `FileReplacement::Commit`.

@@ -98,7 +98,7 @@ void StateStore::Reset() {
 
 ornwhatsnew::StateGetter StateStore::Getter() const {
   return [this](const ornwhatsnew::UTF8String& key) {
-    // The panel shows the last version in its heading, and a newline would look like a second line.
+    // The panel's heading shows the last version. A newline in it would look like a second line.
     return key == kLastVersionSeenKey ? WithoutControlCharacters(Get(key)) : Get(key);
   };
 }

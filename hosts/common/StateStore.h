@@ -1,6 +1,6 @@
 // Stores the state of lists: which features and changes the user has seen or rated, and in which
-// versions the list was opened. Each user has one JSON file, which all programs that show a list
-// share.
+// versions of the application the user has opened the list. Each user has one JSON file, which all
+// programs that show a list share.
 #ifndef HOSTS_COMMON_STATESTORE_H_
 #define HOSTS_COMMON_STATESTORE_H_
 
@@ -61,12 +61,13 @@ std::filesystem::path DefaultStateLocation();
 /// for other programs. A write waits a limited time for other writers.
 class StateStore {
  public:
-  /// The time that a write waits until other programs have written.
+  /// The default for the maximum time that a write waits for the writes of other programs.
   static constexpr std::chrono::milliseconds kDefaultPatience{5000};
 
   /// Reads the values at `location`, which is a file or `kMemoryLocation`. If the file does not
-  /// exist, the store is empty. Throws `StateStoreError` if the file cannot be read or is not a
-  /// state store.
+  /// exist, the store is empty. Throws `StateStoreError` if `location` is empty, or if the file
+  /// cannot be read or is not a state store. `patience` is the maximum time that each later write
+  /// waits for other programs.
   explicit StateStore(const std::filesystem::path& location,
                       std::chrono::milliseconds patience = kDefaultPatience);
 
@@ -89,19 +90,20 @@ class StateStore {
 
   /// Writes the buffered values and reads all stored values again. Writes nothing if no stored
   /// value would change. Throws `StateStoreError` on failure, and if a buffered key or value is not
-  /// well-formed UTF-8. The stored values and the buffered values are then unchanged.
+  /// well-formed UTF-8. The buffered values are then unchanged.
   void Commit();
 
   /// Reads the stored values again. Does not change the buffered values. Throws `StateStoreError`
   /// on failure.
   void Refresh();
 
-  /// Deletes all stored values at once and discards the buffered values. Does not create the file.
-  /// Throws `StateStoreError` on failure.
+  /// Deletes all stored values with one write, and discards the buffered values. Does not create
+  /// the file. Throws `StateStoreError` on failure.
   void Reset();
 
   /// Returns a getter or a setter for a list. It refers to this store, which must outlive the list.
-  /// The getter replaces control characters in the last version (`WithoutControlCharacters`).
+  /// The setter buffers each value, as `Set` does. The getter replaces control characters in the
+  /// last version (`WithoutControlCharacters`).
   ornwhatsnew::StateGetter Getter() const;
   ornwhatsnew::StateSetter Setter();
 

@@ -52,8 +52,9 @@ struct StyledSegment {
 };
 
 /// Splits `text` wherever a run starts or ends, and returns the segments. The starts and lengths of
-/// `runs` count UTF-8 bytes of `text`. The segments cover the whole text in order, without gaps or
-/// overlaps. No segment is empty, and adjacent segments differ in their styles or links.
+/// `runs` count UTF-8 bytes of `text`. Replaces unpaired surrogates with U+FFFD. The segments cover
+/// the whole text in order, without gaps or overlaps. No segment is empty, and adjacent segments
+/// differ in their styles or links.
 ///
 /// Accepts any run map, including overlapping runs. Clips each run to the text and to the
 /// characters that it covers completely. The run of a commit link must be clipped, because it ends

@@ -48,7 +48,8 @@ bool IsJoining(UChar32 character) {
   return u_getIntPropertyValue(character, UCHAR_JOINING_TYPE) != U_JT_NON_JOINING;
 }
 
-/// Does the same for UTF-8, but returns a negative number for ill-formed bytes.
+/// Returns the character at `position` of `text` (UTF-8), and sets `position` to the end of the
+/// character. Returns a negative number for ill-formed bytes.
 UChar32 ReadCharacter(std::string_view text, std::size_t& position) {
   const std::string_view bytes = text.substr(position, U8_MAX_LENGTH);
   const auto* const begin = reinterpret_cast<const std::uint8_t*>(bytes.data());
@@ -102,8 +103,9 @@ UChar32 Substitute(UChar32 character, UChar32 before, UChar32 after) {
   return IsInvisible(character) ? 0 : character;
 }
 
-/// Returns the first character of `text` (UTF-8), or the start of an escape if `EscapeInvisible`
-/// could replace that character. A joiner before an escape is invisible.
+/// Returns the first character of `text` (UTF-8), or a backslash if `EscapeInvisible` could replace
+/// that character with an escape. A joiner before that backslash would be invisible. Returns 0 if
+/// `text` is empty.
 UChar32 NextVisibleCharacter(std::string_view text) {
   if (text.empty()) return 0;
   std::size_t end = 0;

@@ -8,8 +8,8 @@
 
 namespace hosts::common {
 
-/// Returns a copy of `text`, which is a text for readers such as a panel, without characters that a
-/// terminal would interpret or hide:
+/// Returns a copy of `text`, for example the text of a panel, without characters that a terminal
+/// would interpret or hide:
 /// - Control characters are replaced by their Unicode control pictures, for example the escape
 ///   character by U+241B. Control characters from U+0080 to U+009F are replaced by U+FFFD. Newlines
 ///   and tabs are unchanged.

@@ -106,8 +106,9 @@ void AddSources(CLI::App& command, SourceArguments& sources) {
   AddState(command, sources.state);
 }
 
-/// Converts the value of `--width`. CLI11 cannot convert it, because it reads "010" as an octal
-/// number and accepts hexadecimal numbers, spaces and signs.
+/// Converts the value of `--width`. Throws `CLI::ValidationError` if it is not a valid width. Does
+/// not use the conversion of CLI11, because that reads "010" as an octal number and accepts
+/// hexadecimal numbers, spaces and signs.
 std::size_t ParseWidth(const std::string& word) {
   std::size_t width = 0;
   const char* const end = word.data() + word.size();
@@ -152,7 +153,8 @@ std::string MissingCommandMessage(const CLI::App& command) {
 std::string UnexpectedWordsMessage(const CLI::App& command) {
   constexpr bool kWithSubcommands = true;
   std::vector<std::string> words = command.remaining(kWithSubcommands);
-  // The list also contains the "--" that ends the options. Only the size does not count it.
+  // `remaining` also returns the "--" that ends the options, but `remaining_size` does not count
+  // it.
   if (words.size() > command.remaining_size(kWithSubcommands)) {
     words.erase(std::ranges::find(words, "--"));
   }
@@ -258,10 +260,10 @@ class CommandLine {
     consoleCommand_ = &command;
   }
 
-  /// Returns the words of the command line for CLI11, the last word first, as its parser expects.
+  /// Returns the words of the command line in reverse order, as the parser of CLI11 expects them.
   ///
-  /// Splits `--name=value` into two words. CLI11 takes the next word as the value of `--name=`, so
-  /// that an empty value would be possible only as a separate word.
+  /// Splits `--name=value` into two words. Otherwise, CLI11 would use the next word as the value of
+  /// `--name=`, instead of an empty value.
   ///
   /// Moves the words of a console command to `console_`, because CLI11 would parse the options
   /// among them.
@@ -328,7 +330,7 @@ class CommandLine {
     }
   }
 
-  /// Returns the innermost command that the parser recognised.
+  /// Returns the innermost command that CLI11 recognised.
   const CLI::App& ParsedCommand() const {
     const CLI::App* command = &app_;
     while (!command->get_subcommands().empty()) command = command->get_subcommands().back();

@@ -21,8 +21,9 @@ struct Answer {
 using Request = std::variant<Answer, ShowArguments, StatusArguments, RateArguments,
                              StateShowArguments, StateResetArguments, ConsoleArguments>;
 
-/// Parses the command line. Returns the arguments of the command. If the user requests help or the
-/// version, or if the command line is invalid, returns an `Answer`.
+/// Parses the command line `argv`, which begins with the program's name. Returns the arguments of
+/// the command. If the user requests help or the version, or if the command line is invalid,
+/// returns an `Answer`.
 Request ParseArguments(int argc, const char* const* argv);
 
 }  // namespace hosts::console

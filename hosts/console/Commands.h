@@ -1,5 +1,5 @@
-// The program's commands. Each `Run` function executes one command, which reads and writes the
-// standard streams, and returns the exit status. On failure, it throws `ToolError`,
+// The program's commands. Each `Run` function executes one command, writes its result to standard
+// output, and returns the exit status of the program. On failure, it throws `ToolError`,
 // `common::StateStoreError` or `common::JsonError`.
 #ifndef HOSTS_CONSOLE_COMMANDS_H_
 #define HOSTS_CONSOLE_COMMANDS_H_
@@ -60,19 +60,20 @@ struct ConsoleArguments {
   std::string line;                           ///< empty: read lines from standard input
 };
 
-/// Prints the panel, and then stores its content as seen. Stores nothing if the output fails, or if
-/// the reader of the output closes it early.
+/// Prints the panel, and then stores its content as seen. Stores nothing if `storesNothing` is
+/// true, if the output fails, or if the reader of the output closes it early.
 ExitStatus Run(const ShowArguments& arguments);
 /// Prints whether `show --only-new` and `show --rating` with the same filters would show any item.
 /// Stores nothing.
 ExitStatus Run(const StatusArguments& arguments);
-/// Stores that the user rated a feature.
+/// Stores that the user rated a feature. Throws `ToolError` if the user cannot rate this feature.
 ExitStatus Run(const RateArguments& arguments);
 /// Prints the stored state.
 ExitStatus Run(const StateShowArguments& arguments);
 /// Deletes the stored state.
 ExitStatus Run(const StateResetArguments& arguments);
-/// Runs the console command in `arguments`, or each line of standard input as a console command.
+/// Runs the console command in `arguments`. If there is none, runs each line of standard input as a
+/// console command. Returns `kCommand` if a command is unknown or fails.
 ExitStatus Run(const ConsoleArguments& arguments);
 
 }  // namespace hosts::console

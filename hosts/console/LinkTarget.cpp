@@ -37,7 +37,7 @@ struct LinkParts {
     constexpr std::string_view kScheme = "https://";
     if (link.starts_with(kScheme)) scheme = kScheme;
     link.remove_prefix(scheme.size());
-    // Browsers read a backslash like a slash.
+    // Browsers treat a backslash as a slash.
     const std::size_t hostEnd = std::min(link.find_first_of("/?#\\"), link.size());
     const std::size_t at = link.substr(0, hostEnd).rfind('@');
     const std::size_t hostBegin = at == std::string_view::npos ? 0 : at + 1;
@@ -56,7 +56,7 @@ std::string Cut(std::string_view link) {
   const LinkParts parts(link);
   std::string cut(parts.scheme);
   if (!parts.userInformation.empty()) cut.append(kCut).append("@");
-  // Keep enough space for "..." after the host.
+  // Reserve space for "..." after the host.
   const std::size_t hostSpace = kMaximumPrintedTarget - cut.size() - kCut.size();
   if (parts.host.size() > hostSpace) {
     cut.append(kCut).append(parts.host.substr(parts.host.size() - hostSpace + kCut.size()));

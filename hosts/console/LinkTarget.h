@@ -1,4 +1,4 @@
-// Prints the targets of links that a terminal cannot open.
+// Formats link targets as text, for links that a terminal cannot open.
 #ifndef HOSTS_CONSOLE_LINKTARGET_H_
 #define HOSTS_CONSOLE_LINKTARGET_H_
 
@@ -18,7 +18,7 @@ inline constexpr std::size_t kMaximumPrintedTarget = 200;
 /// percent-encoded, so that the link cannot look like two links. If the result would be longer than
 /// `kMaximumPrintedTarget`, "..." replaces the user information and the end of the link. The host
 /// remains visible. If the host alone is too long, "..." replaces its beginning, because the end of
-/// a host names its owner.
+/// a host name identifies its owner.
 std::string PrintedLinkTarget(std::string_view link);
 
 }  // namespace hosts::console

@@ -71,7 +71,8 @@ int RunProgram(int argc, const char* const* argv) noexcept {
   // Ignore SIGXFSZ, so that a write beyond the file size limit returns an error instead of ending
   // the program.
   static_cast<void>(std::signal(SIGXFSZ, SIG_IGN));
-  // Ignore SIGPIPE, so that the program can report what it stored if the reader of its output ends.
+  // Ignore SIGPIPE, so that the program can report whether it stored anything if the reader of its
+  // output exits.
   static_cast<void>(std::signal(SIGPIPE, SIG_IGN));
   try {
     return static_cast<int>(RunReportingErrors(argc, argv));

@@ -19,7 +19,8 @@ using ornwhatsnew::FeatureListItem;
 
 /// Returns whether the user can rate `item`: it is a feature, the panel shows it, and one of its
 /// changes requests a rating. Returns true for a feature that is already rated, because rating it
-/// twice is not an error. Sets no display options, so that the result does not depend on the state.
+/// twice is not an error. Passes no display options to `ShouldShowItemToUser`, so that the result
+/// does not depend on the state.
 bool CanBeRated(const FeatureListItem& item) {
   return !ornwhatsnew::IsSpecialCaseSection(item.FeatureJiraIDKey()) &&
          std::ranges::any_of(

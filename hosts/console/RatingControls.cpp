@@ -32,8 +32,8 @@ std::string QuoteWithEscapes(std::string_view word) {
       quoted += character;
       continue;
     }
-    // A shell reads at most three octal digits. An escape with hexadecimal digits would have no
-    // end.
+    // A shell reads at most three digits of an octal escape. In some shells, a hexadecimal escape
+    // also includes all hexadecimal digits that follow it.
     quoted += '\\';
     for (const unsigned shift : {6U, 3U, 0U})
       quoted += static_cast<char>('0' + (byte >> shift & 7U));
@@ -42,7 +42,7 @@ std::string QuoteWithEscapes(std::string_view word) {
 }
 
 /// Returns a command-line option with its value and a space. Joins name and value with "=" if the
-/// value begins with a dash. The program would otherwise parse the value as an option.
+/// value begins with a dash, so that the value does not look like an option.
 std::string Option(const std::string& name, const std::string& value) {
   return name + (value.starts_with('-') ? "=" : " ") + ShellWord(value) + " ";
 }

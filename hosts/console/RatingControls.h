@@ -28,7 +28,7 @@ std::string ShellWord(const std::string& word);
 /// feature has no question, the control contains a general one.
 ///
 /// `list` is the displayed list, `ratingItems` is the rating map of its display, and `sources` are
-/// the files in the command line.
+/// the files that the printed command line names.
 std::vector<std::string> RatingControls(const ornwhatsnew::FeatureListData& list,
                                         const ornwhatsnew::RatingMap& ratingItems,
                                         const SourceArguments& sources);

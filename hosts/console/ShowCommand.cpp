@@ -52,8 +52,9 @@ ExitStatus Run(const ShowArguments& arguments) {
     WriteOutput(output);
     return ExitStatus::kDone;
   }
-  // Commit after printing, because only a printed panel counts as seen. A pipe stores a short panel
-  // even if its reader ends without reading, so printing alone does not show that it was read.
+  // Commit after printing, because only a printed panel counts as seen. A pipe buffers a short
+  // panel even if its reader exits without reading it. A successful write therefore does not prove
+  // that the panel was read.
   constexpr std::string_view kOutcome = "nothing was stored";
   WriteOutput(output, kOutcome);
   RequireReader(kOutcome);

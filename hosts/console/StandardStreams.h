@@ -17,19 +17,21 @@ namespace hosts::console {
 /// that its reader has closed, the error message is empty. REQUIRES: the process ignores SIGPIPE.
 void WriteOutput(std::string_view text, std::string_view outcome = {});
 
-/// If standard output is a pipe, waits 100 ms, so that a reader that ends early, such as `head`,
-/// can close the pipe. Throws the `ToolError` that `WriteOutput` throws for a closed pipe if the
-/// reader closes it. Returns if the pipe is still open, because its reader may be a pager.
+/// If standard output is a pipe, waits up to 100 ms, so that a reader that exits early, such as
+/// `head`, can close the pipe. If the reader closes the pipe, throws the same `ToolError` as
+/// `WriteOutput` for a closed pipe. Returns if the pipe is still open after that time, because its
+/// reader may be a pager.
 void RequireReader(std::string_view outcome);
 
 /// Writes "ornwhatsnew: " and `message` as one line to standard error. Replaces invisible
-/// characters and ill-formed bytes by escapes (`common::EscapeInvisible`). Ignores write errors.
+/// characters and ill-formed bytes with escapes (`common::EscapeInvisible`). Ignores write errors.
 void ReportError(std::string_view message);
 
 /// Returns whether to repeat a read or a write that failed with the error number `error`. Returns
 /// true if a signal interrupted the call. If the file descriptor is non-blocking and was not ready,
-/// waits for the `events` of poll(2), and then returns true. Another program can make the standard
-/// streams of this program non-blocking, for example if both use one terminal.
+/// waits for the `events` of poll(2), and then returns true. Returns false for every other error.
+/// Another program can make the standard streams of this program non-blocking, for example if both
+/// use one terminal.
 bool ShouldRepeat(int error, int descriptor, short events);
 
 /// Returns whether both standard input and standard output are terminals.

@@ -40,7 +40,8 @@ ExitStatus Run(const StatusArguments& arguments) {
   common::StateStore store(StateLocation(arguments.sources.state));
   const std::shared_ptr<ornwhatsnew::FeatureListData> list =
       LoadWhatsNew(arguments.sources.data, store.Getter(), store.Setter());
-  // `IsAnythingNeedingRating` always filters by platform and version, and `show --rating` does not.
+  // Do not call `IsAnythingNeedingRating`. Unlike `show --rating`, it always filters by platform
+  // and version.
   const Status status = {list->IsAnythingNew(arguments.options | ornwhatsnew::kShowOnlyNew),
                          list->IsAnythingNew(arguments.options | ornwhatsnew::kRatingView)};
   WriteOutput(Describe(status, arguments.format));

@@ -106,8 +106,8 @@ Paragraph WithoutTabs(const Paragraph& paragraph, const Prefix& prefix) {
 /// the spans.
 class LineWriter {
  public:
-  /// Appends to `output`. Writes styles only if `isStyled` is true. Writes a hyperlink for each
-  /// span that has one.
+  /// Creates a writer that appends to `output`. Writes styles only if `isStyled` is true. Writes a
+  /// hyperlink for each span that has one.
   LineWriter(std::string& output, bool isStyled) : output_(output), isStyled_(isStyled) {}
 
   void Add(std::u16string_view text, const Span& span) {

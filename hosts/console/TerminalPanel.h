@@ -1,4 +1,4 @@
-// Lays out the panel for a terminal.
+// Renders the panel as lines for a terminal.
 #ifndef HOSTS_CONSOLE_TERMINALPANEL_H_
 #define HOSTS_CONSOLE_TERMINALPANEL_H_
 

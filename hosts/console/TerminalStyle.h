@@ -9,9 +9,9 @@
 
 namespace hosts::console {
 
-/// Switches all colours and attributes off.
+/// The escape sequence that switches off all colours and attributes.
 inline constexpr std::string_view kStyleEnd = "\x1B[0m";
-/// Ends a hyperlink.
+/// The escape sequence that ends a hyperlink.
 inline constexpr std::string_view kHyperlinkEnd = "\x1B]8;;\x1B\\";
 
 /// Returns the escape sequence that switches from plain text to `styles`. Returns an empty string
