@@ -18,7 +18,7 @@ namespace {
 
 FailingDisk* currentDisk = nullptr;
 
-/// Returns 0 if the call may continue. Otherwise, sets `errno` and returns -1.
+/// Returns 0 if the call of `function` must not fail. Otherwise, sets `errno` and returns -1.
 int Check(std::string_view function, const std::string& path) {
   const int error = currentDisk == nullptr ? 0 : currentDisk->ErrorOf(function, path);
   if (error == 0) return 0;
@@ -78,8 +78,8 @@ bool FailingDisk::MustFail(std::string_view function) {
 
 }  // namespace hosts::common
 
-// The following functions have the names and types of the C library's functions. The linker uses
-// them in the whole process.
+// The following functions have the names and types of the C library's functions. The linker
+// therefore uses them instead, in the whole process.
 // NOLINTBEGIN(readability-identifier-naming, readability-inconsistent-declaration-parameter-name)
 using hosts::common::Check;
 

@@ -24,7 +24,7 @@ enum class DiskFaultExtent {
 
 /// While an object of this class exists, all files of this process are on the failing disk. A write
 /// that fails writes the first half of its bytes, as on a disk that becomes full. Any other call
-/// that fails does nothing.
+/// that fails has no effect.
 ///
 /// Only one object may exist at a time. Not thread-safe.
 class FailingDisk {
@@ -45,9 +45,10 @@ class FailingDisk {
   /// Returns the number of calls that have failed since `FailAt`.
   int Failures() const { return failures_; }
 
-  /// Returns the calls since the construction or since `FailAt` that did not fail here. Each
-  /// element has the name of the function and the name of the file without its folder, for example
-  /// "fsync state.json". For a rename, it is the new name.
+  /// Returns the calls since the construction or the last `FailAt`, except those that this object
+  /// made fail. Each element has the name of the function and the name of the file without its
+  /// folder, for example "fsync state.json". For a rename, the element has the new name of the
+  /// file.
   const std::vector<std::string>& Calls() const { return calls_; }
 
   /// Decides whether the call of `function` for the file `path` fails. Returns the error number

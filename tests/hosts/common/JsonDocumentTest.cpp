@@ -94,7 +94,8 @@ TEST(JsonDocument, WritesMessagesOnOneLine) {
   EXPECT_EQ(JsonMessage("a\xC2\x9B", "", "\xC2\xA0\xC2\t"), "a\\u009b: \xC2\xA0\\xc2\\u0009");
 }
 
-// The parser quotes invalid input without escaping DEL and the characters U+0080 to U+009F.
+// In messages, nlohmann-json quotes invalid input. It does not escape DEL or the characters U+0080
+// to U+009F.
 TEST(JsonDocument, EscapesControlCharactersThatTheParserQuotes) {
   EXPECT_THAT(ErrorOf("{\x7F}"), HasSubstr("\\u007f"));
   EXPECT_THAT(ErrorOf("[\"\xC2\x9B\" x"), HasSubstr("\\u009b"));
@@ -108,7 +109,7 @@ TEST(JsonDocument, LimitsTheDepth) {
   EXPECT_THAT(ErrorOf(R"({"a":[0,)" + std::string(99, '[')), HasSubstr("file.json: /a/1/0/0/0"));
 }
 
-// nlohmann-json treats a NUL like the end of the text.
+// nlohmann-json treats a NUL as the end of the text.
 TEST(JsonDocument, RejectsNul) {
   const struct {
     std::string text;

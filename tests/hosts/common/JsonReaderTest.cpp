@@ -65,7 +65,7 @@ TEST(JsonReader, ReportsTheExpectedTypeAndTheValueFound) {
             R"(file.json: expected true or false, found the string "a\"\n")");
 }
 
-// JSON quoting does not escape DEL and the characters U+0080 to U+009F.
+// JSON quoting does not escape DEL or the characters U+0080 to U+009F.
 TEST(JsonReader, EscapesControlCharactersInQuotations) {
   EXPECT_EQ(ErrorOf("\"\x7F\xC2\x9B\"", [](const JsonReader& reader) { reader.Boolean(); }),
             R"(file.json: expected true or false, found the string "\u007f\u009b")");

@@ -15,7 +15,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// Returns the error code of the exception that `work` throws, or 0.
+/// Calls `work`. Returns the error code of the exception that it throws, or 0 if it throws none.
 int ErrorOf(const std::function<void()>& work) {
   try {
     work();

@@ -1,7 +1,8 @@
-// Tests the store on a disk that fails. For each kind of write, the first call of the operating
-// system that changes a file fails, then the second, and so on until every call has failed once.
-// After each failure, the store must contain every write that succeeded and none that failed. The
-// next write must succeed. Further tests check when a write syncs the files.
+// Tests the store on a disk that fails. For each kind of write, the test makes the first system
+// call that changes a file fail. In the next run, it makes the second one fail, and so on, until
+// every call has failed once. After each failure, the store must contain every write that succeeded
+// and none that failed. The next write must succeed. Further tests check when a write syncs the
+// files.
 #include <algorithm>
 #include <filesystem>
 #include <iostream>
@@ -46,7 +47,7 @@ std::string Data() {
   return file.Text();
 }
 
-/// The list and the store of a host that runs once.
+/// The list and the store of one run of a host.
 class Session {
  public:
   explicit Session(const std::filesystem::path& file)
@@ -141,8 +142,8 @@ class StateStoreDiskTest : public testing::TestWithParam<Case> {
                              EndsWith(advice + ", or name a file elsewhere with --state")));
   }
 
-  /// Tests a failure of the n-th call of the write. Returns false if the write has fewer than n
-  /// calls.
+  /// Tests a failure of the n-th system call of the write. Returns false if the write has fewer
+  /// than n calls that can fail.
   bool TestFailureOf(int n) {
     const std::filesystem::path file = NewStore();
     Session session(file);
@@ -186,7 +187,8 @@ TEST_P(StateStoreDiskTest, KeepsTheStateIfAnyCallFails) {
   int n = 1;
   while (TestFailureOf(n) && !HasFailure()) ++n;
   std::cout << failedCalls_ << " calls failed in turn\n";
-  // A write creates the lock file and the temporary file, writes, syncs, renames and syncs.
+  // A write has at least six calls. It creates the lock file and the temporary file, writes the
+  // temporary file, syncs it, renames it, and syncs the folder.
   EXPECT_GE(failedCalls_, 6);
 }
 

@@ -113,7 +113,7 @@ TEST_F(StateStoreFaultTest, RejectsAStoreThatBecomesNewerAfterTheRead) {
 
 TEST_F(StateStoreFaultTest, RejectsATruncatedStore) {
   WriteValue(kKey, std::string(20'000, 'x'));
-  // A text without its final newline is complete.
+  // Remove at least two bytes, because the JSON is complete without its final newline.
   const std::string whole = ReadTextFile(File());
   for (const std::size_t size :
        {std::size_t{1}, std::size_t{16}, std::size_t{100}, std::size_t{4096}, whole.size() - 2}) {
@@ -189,7 +189,8 @@ TEST_F(StateStoreFaultTest, RejectsAPathBelowAFile) {
   EXPECT_EQ("x", ReadTextFile(folder_.Path() / "file"));
 }
 
-/// Locks the store as another program that writes would, until the object is destroyed.
+/// Locks the store, as another program does while it writes. `Release` and the destructor unlock
+/// it.
 class Writer {
  public:
   explicit Writer(const std::filesystem::path& file)
@@ -314,7 +315,8 @@ TEST_F(StateStoreFaultTest, AReadOnlyStoreIsNotReplaced) {
 }
 
 TEST_F(StateStoreFaultTest, FailsIfItsLockFileIsReplaced) {
-  // Without this check, the program that locks the new file could write at the same time.
+  // If the store did not check its lock file, a program that locks the new file could write at the
+  // same time.
   WriteValue(kKey, "old");
   const auto replaceLock = [this](StateValues& values) {
     values.insert_or_assign(std::string(kKey), "new");

@@ -89,7 +89,7 @@ TEST_F(StateStoreLinks, RejectsALoop) {
   }
 }
 
-TEST_F(StateStoreLinks, RejectsALinkToNowhereInTheFolder) {
+TEST_F(StateStoreLinks, RejectsAFolderThatIsADanglingLink) {
   fs::create_symlink("nowhere", folder_.Path() / "link");
   EXPECT_THAT(StoreErrorOf([&] { WriteValue(folder_.Path() / "link" / "state.json", "text"); }),
               HasSubstr("cannot open the folder"));
@@ -113,7 +113,8 @@ TEST_F(StateStoreLinks, AHardLinkToTheStoreKeepsTheOldContent) {
   EXPECT_EQ("old", StoredValue(folder_.Path() / "backup.json"));
 }
 
-/// Creates a file of another kind at `path`. `victim` is a regular file.
+/// Creates a file of one kind at `path`. `victim` is a regular file that the new file can be a link
+/// to or a copy of.
 using MakeFile = void (*)(const fs::path& path, const fs::path& victim);
 
 struct FileKind {
@@ -136,7 +137,7 @@ void MakeSocket(const fs::path& path, const fs::path&) {
 }
 
 void MakeDevice(const fs::path& path, const fs::path& victim) {
-  // Only root can create a device, for example that of /dev/full. For other users, test a FIFO.
+  // Only root can create a device. This one is a second /dev/full. For other users, test a FIFO.
   if (::mknod(path.c_str(), S_IFCHR | 0600, makedev(1, 7)) != 0) MakePipe(path, victim);
 }
 

@@ -1,6 +1,6 @@
-// Kills writer processes at random times. In each pass, a writer adds one element to both lists and
-// sets the last version, with one commit. After each kill, the store must open and contain complete
-// passes only, including every committed pass.
+// Kills writer processes at random times. In each pass, a writer adds one element to the list of
+// identities and to the list of versions, and sets the last version, with one commit. After each
+// kill, the store must open. It must contain only complete passes, and every committed pass.
 //
 // The environment variable ORNWHATSNEW_TEST_KILLS sets the number of kills. `./dev kills` sets a
 // high number.
@@ -133,7 +133,7 @@ class KilledStore {
   }
 
  private:
-  /// Expects that the store contains complete passes only, and every acknowledged pass.
+  /// Expects that the store contains only complete passes, and every acknowledged pass.
   /// `acknowledged` has the last acknowledged pass of each writer. Returns the number of new
   /// passes.
   int ExpectKept(const std::array<int, kWriters>& acknowledged) {
@@ -167,7 +167,7 @@ TEST(StateStoreKill, EveryKillLeavesCompletePassesOnly) {
   int passes = 0;
   for (; kills < test_support::KillsWanted(kKills) && !testing::Test::HasFailure();
        kills += kWriters) {
-    // Use a new store after 20 kills, so that some kills interrupt the creation of a store.
+    // Use a new store after every 20 kills, so that some kills interrupt the creation of a store.
     if (kills % 20 == 0) store.emplace(folder.Path() / std::to_string(kills) / "state.json");
     passes += store->KillWriters(TimeToKill(random));
   }

@@ -1,4 +1,4 @@
-// A helper for tests of state stores that fail.
+// Defines a helper for tests that check the errors of state stores.
 #ifndef TESTS_HOSTS_COMMON_STOREERROROF_H_
 #define TESTS_HOSTS_COMMON_STOREERROROF_H_
 

@@ -101,13 +101,13 @@ TEST(TerminalText, EscapingKeepsVisibleText) {
   }
 }
 
-// The joiner would be needed before the character that the escape replaces.
+// A joiner next to an escape is invisible, so it must be escaped too.
 TEST(TerminalText, EscapesAJoinerBesideAnEscape) {
   EXPECT_EQ("\u0915\u094D\\u200d\\u3164", EscapeInvisible("\u0915\u094D\u200D\u3164"));
   EXPECT_EQ("\u0915\u094D\\u200b\\u200d\u0937", EscapeInvisible("\u0915\u094D\u200B\u200D\u0937"));
 }
 
-TEST(TerminalText, KeepsNoControlCharacterOrDirectionMark) {
+TEST(TerminalText, ReplacesOrRemovesEveryControlCharacterAndDirectionMark) {
   for (char32_t character = 0; character <= 0x10FFFF; ++character) {
     std::u16string text;
     if (character < 0x10000) {

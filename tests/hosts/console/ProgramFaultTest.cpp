@@ -1,6 +1,6 @@
 // Tests input that the program cannot use and output that it cannot write. The error message must
-// contain the name of the file, the exit status must show the kind of error, and no state may be
-// lost.
+// contain the name of the file, and the exit status must show the kind of error. No stored state
+// must be lost.
 #include <chrono>
 #include <filesystem>
 #include <string>
@@ -255,8 +255,8 @@ TEST_F(ProgramFaultTest, AReaderThatClosesThePipeHasNotSeenThePanel) {
 }
 
 TEST_F(ProgramFaultTest, AReaderThatLeavesAfterAShortPanelHasNotSeenIt) {
-  // The program waits a limited time for such a reader. On a busy machine, the test may close the
-  // pipe too late.
+  // The program waits a limited time for such a reader. Repeat the attempt, because the test can
+  // close the pipe too late on a busy machine.
   int noticed = 0;
   for (int attempt = 0; attempt < 100 && noticed == 0; ++attempt) {
     const std::filesystem::path file = folder_.Path() / (std::to_string(attempt) + ".state");

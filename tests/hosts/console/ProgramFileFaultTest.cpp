@@ -37,8 +37,8 @@ constexpr uid_t kNobody = 65534;
 
 class ProgramFileFaultTest : public ProgramTest {
  protected:
-  /// Each of these three functions returns every command that reads one kind of file: a data file,
-  /// a host description or a state store. The commands read `file`.
+  /// Each of the next three functions returns every command that reads one kind of file: a data
+  /// file, a host description or a state store. The commands use `file` as this file.
   static std::vector<std::vector<std::string>> CommandsWithData(const std::string& file) {
     return {
         {"show", file, "{host}"}, {"status", file, "{host}"}, {"rate", "EPIC-7", file, "{host}"}};
@@ -236,8 +236,8 @@ class ChangingFileTest : public ProgramFileFaultTest {
     file_ = folder_.Write("changing.csv", text_);
   }
 
-  /// Expects that `panel` shows the first n changes of the file, in order, for any n. The last one
-  /// may be incomplete. Sets `count` to n.
+  /// Expects that `panel` shows the first changes of the file, in order, and no other changes. The
+  /// last one of them may be incomplete. Sets `count` to their number.
   void ExpectPanelOfAPrefix(const std::string& panel, std::size_t& count) const {
     constexpr std::string_view kBeginning = "\u2022  Change ";
     count = 0;

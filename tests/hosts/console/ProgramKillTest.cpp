@@ -1,6 +1,6 @@
 // Runs several programs at the same time with one store, and kills them at random times. After each
-// round, the store must open. For each program, it must contain everything that the program stores,
-// or nothing. It must contain the state of every program that ended normally.
+// round, the store must open. For each program, the store must contain either everything that the
+// program stores or nothing of it. It must contain the state of every program that ended normally.
 //
 // The environment variable ORNWHATSNEW_TEST_KILLS sets the number of kills. `./dev kills` sets a
 // high number.
@@ -80,8 +80,8 @@ class ProgramKillTest : public ProgramTest {
     rated_ = ElementsOf(StateStore(file), common::kAllSeenItemsKey);
   }
 
-  /// Returns a call whose standard output is no pipe. `show` waits for the reader of a pipe, so
-  /// that most kills would reach it while it waits.
+  /// Returns a call whose standard output is not a pipe. If it were a pipe, `show` would wait for
+  /// its reader, and most kills would occur during this wait.
   ProgramCall CallWithoutReader(const std::vector<std::string>& words) const {
     ProgramCall call = Call(words);
     call.beforeStart = [] { ::dup2(::open("/dev/null", O_WRONLY), STDOUT_FILENO); };

@@ -20,7 +20,7 @@ using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::StartsWith;
 
-/// Has a data file and a host description whose names are not valid UTF-8.
+/// A fixture with a data file and a host description whose names are not valid UTF-8.
 class NamesTest : public ProgramTest {
  protected:
   NamesTest() {
@@ -77,8 +77,8 @@ TEST_F(NamesTest, MessagesShowTheBytesOfFileNames) {
               HasSubstr("/bad\\xff.json: expected an object"));
 }
 
-// The conversion of the line to UTF-16 replaces ill-formed bytes. The command would open the file
-// whose name contains U+FFFD instead.
+// If the console accepted such a line, the conversion to UTF-16 would replace the ill-formed bytes.
+// The command would then open the file whose name contains U+FFFD.
 TEST_F(NamesTest, TheConsoleRefusesLinesThatAreNotUTF8) {
   folder_.Write("x\uFFFD.csv", "");
   const std::string name = Path("x\xFF.csv");

@@ -75,7 +75,7 @@ TEST_F(ProgramTerminalTest, NoColorKeepsLinks) {
   EXPECT_THAT(OnTerminal(call), Not(HasSubstr("\x1B")));
 }
 
-TEST_F(ProgramTerminalTest, NeverAndDumbTerminalsHaveNoSequences) {
+TEST_F(ProgramTerminalTest, ColorNeverAndADumbTerminalPreventEscapeSequences) {
   ProgramCall dumb = TerminalCall({"show", "{data}", "{host}"}, 80);
   dumb.environment["TERM"] = "dumb";
   EXPECT_THAT(OnTerminal(dumb), Not(HasSubstr("\x1B")));

@@ -65,7 +65,7 @@ class StatusPropertyTest : public ProgramTest {
     return json::parse(OutputOf(words));
   }
 
-  /// Requires that `status` reports what `show` with these filters writes.
+  /// Expects that `status` reports whether `show` with these filters would show any item.
   void RequireAgreement(const Words& filters) const {
     const json status = JsonOf({"status"}, filters);
     const json rating = JsonOf({"show", "--no-remember", "--rating"}, filters);
@@ -93,7 +93,7 @@ TEST_F(StatusPropertyTest, AgreesWithShowWithTheSameFilters) {
   }
 }
 
-// `IsAnythingNeedingRating` of the library always filters by platform and version.
+// `status` must not use `IsAnythingNeedingRating`, which always filters by platform and version.
 TEST_F(StatusPropertyTest, ReportsARatingForAnotherPlatformUnlessItIsFiltered) {
   WriteData("25.1,EPIC-7,,,RequestRating,,Win,,,Twice as fast\n");
   OutputOf({"show", "{data}", "{host}"});

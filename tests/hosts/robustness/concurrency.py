@@ -16,7 +16,7 @@ def merged(states):
 
 
 class Rounds:
-    """Runs rounds of programs on a few stores."""
+    """Runs rounds of programs. Several consecutive rounds use the same store."""
 
     def __init__(self, program, folder, seed):
         self._program = program
@@ -36,7 +36,7 @@ class Rounds:
         self._store = None
 
     def run(self, number):
-        """Runs the round with this number. The rounds must run in their order."""
+        """Runs the round with this number. The rounds must run in ascending order."""
         part = number % ROUNDS_PER_STORE
         if part == 0:
             self._store = self._folder / f"round {number}" / "state.json"

@@ -9,7 +9,7 @@ from pathlib import Path
 
 from program import DONE, EMPTY, UNUSABLE_STORE, Broken, require
 
-# Parts of file formats and of texts that have confused programs.
+# Parts of file formats and texts that programs often handle wrongly.
 SHORT_TOKENS = (b'"', b"{", b"}", b"[", b"]", b",", b":", b"\\", b"\\u0000", b"\\ud800",
                 b"\\u001b", b"\0", b"\x1b[31m", b"\xff", b"\xc0\x80", b"\xe2\x80\xae", b"null",
                 b"true", b"-1", b"1e999")
@@ -19,7 +19,7 @@ TOKENS = (*SHORT_TOKENS, b"9" * 400, b"[" * 100_000, b'{"a":' * 10_000, b"\n" * 
 # A sparse file of this size takes no disk space.
 HUGE = 1 << 40
 
-# Endings of names that programs use for files next to a file.
+# Suffixes that programs add to the name of a file to name auxiliary files.
 ENDINGS = ("", ".lock", ".tmp", ".new", ".bak", "~", "-journal", "-wal", "-shm", ".0", ".swp")
 
 
@@ -62,7 +62,7 @@ def replace_byte_everywhere(data, rng):
 
 
 def replace_word(data, rng):
-    """Replaces a run of letters and digits, so that the syntax of a text format stays valid."""
+    """Replaces a word, so that the syntax of a text format often remains valid."""
     words = list(re.finditer(rb"[0-9A-Za-z-]+", data))
     if words:
         word = rng.choice(words)
@@ -82,7 +82,7 @@ MUTATIONS = (flip_bits, overwrite, remove, repeat, move, insert_token, replace_b
 
 
 def mutated(content, rng):
-    """Returns a copy of the content of a store with random damage."""
+    """Returns a randomly damaged copy of the content of a store."""
     data = bytearray(content)
     for _ in range(rng.choice((1, 1, 1, 2, 4, 8))):
         if data:
@@ -91,7 +91,7 @@ def mutated(content, rng):
 
 
 def make_file(path, kind, victim, rng):
-    """Creates a file of this kind. `victim` is a file that no command may change."""
+    """Creates a file of this kind. `victim` is a file that no command is allowed to change."""
     if kind == "empty":
         path.write_bytes(b"")
     elif kind == "random":
@@ -125,7 +125,7 @@ KINDS = ("empty", "random", "names the victim", "folder", "full folder", "FIFO",
 
 
 def make_socket(path):
-    # The name of a socket is short, so bind it in its folder.
+    # The address of a socket has space for about 100 bytes. Use a path that is shorter than `path`.
     folder = os.open(path.parent, os.O_RDONLY)
     try:
         with socket.socket(socket.AF_UNIX) as server:
@@ -135,7 +135,7 @@ def make_socket(path):
 
 
 def names_next_to_stores(program, edition, folder):
-    """Returns the names of files that the commands use next to a store."""
+    """Returns the names of files that the commands or other programs could use next to a store."""
     store = folder / "state.json"
     trace = folder / "trace"
     names = {store.name + ending for ending in ENDINGS}
@@ -148,7 +148,7 @@ def names_next_to_stores(program, edition, folder):
 
 
 class Damage:
-    """Runs all commands on one store after another. Uses its own folder."""
+    """Runs all commands on many stores, one after the other. All stores are in `folder`."""
 
     def __init__(self, program, folder):
         self._program = program
@@ -243,7 +243,10 @@ class Damage:
         self._victim.chmod(0o640)
 
     def _make_store(self, is_link, has_store):
-        """Creates a valid store, or none. Returns its path, which may not be the path in use."""
+        """Creates a store if `has_store` is true, and a link to its path if `is_link` is true.
+
+        Returns the path of the store, not that of the link.
+        """
         store = self._folder / "real" / "state.json" if is_link else self._store
         if is_link:
             (self._folder / "link.json").symlink_to(store)
@@ -253,7 +256,7 @@ class Damage:
 
     def _require_end(self, words, result):
         name = words.__name__
-        require(result.status in (DONE, UNUSABLE_STORE), f"{name}: unexpected end", result)
+        require(result.status in (DONE, UNUSABLE_STORE), f"{name}: unexpected exit status", result)
         require((result.status == DONE) == (result.errors == ""), f"{name}: wrong message", result)
 
     def _require_victim(self, result):

@@ -1,4 +1,4 @@
-"""Lets each system call of a command fail once, and kills the command at each system call.
+"""Makes each system call of a command fail once, and kills the command at each system call.
 
 After each run, the store must contain the old state or the new state, and the next run of the
 command must succeed.
@@ -12,18 +12,22 @@ from program import DONE, EMPTY, UNWRITABLE_OUTPUT, content_of, copy_folder, req
 
 ERRORS = ("EIO", "ENOSPC", "EINTR", "EAGAIN")
 
-# An error of these calls says nothing about the program. strace itself calls `execve`. The C library
+# An error in these calls would not test the program. strace itself calls `execve`. The C library
 # cannot continue if `exit_group` returns. `brk` returns an address and no error, so the C library
 # would take the injected error for an address.
 EXCLUDED = {"execve", "exit_group", "brk"}
 
-# glibc ends a program with SIGABRT if a call fails that cannot fail on Linux, such as futex(2) with
-# EIO. The dynamic linker ends a program with 127.
+# The exit statuses that an injected error may cause. glibc ends a program with SIGABRT if a call
+# fails in a way that is impossible on Linux, such as futex(2) with EIO. If a call fails during the
+# loading of a program, the dynamic linker exits with status 127.
 STATUSES = {0, 1, 3, 4, 6, 127, -6}
 
 
 class Scenario(NamedTuple):
-    """A command and the store on which it runs. `template` is the folder of the store."""
+    """A command and the store on which it runs.
+
+    `template` is a folder with this store. It does not exist if the command creates the store.
+    """
     name: str
     words: Callable
     edition: object
@@ -45,7 +49,7 @@ def scenarios(program, folder):
 
 
 class Target:
-    """Runs one scenario in a folder, again and again, always from the same old state."""
+    """Runs one scenario repeatedly in one folder, each time from the same old state."""
 
     def __init__(self, program, scenario, folder):
         self._program = program
@@ -69,7 +73,10 @@ class Target:
         return self._program.run(self._words, prefix, has_pipe=True)
 
     def calls(self):
-        """Returns the system calls of the command in their order: pairs of a name and a number."""
+        """Returns the system calls of the command in their order.
+
+        Each call is a pair: its name, and its number among the calls of this name.
+        """
         result = self._run()
         require(result.status == DONE, "the command fails under strace", result)
         names = re.findall(r"^\d+ +(\w+)\(", self._trace.read_text(errors="replace"), re.MULTILINE)
@@ -81,11 +88,11 @@ class Target:
         return calls
 
     def fail(self, name, number, error):
-        """Lets a call fail. Returns a name of the state after the run."""
+        """Makes a call fail with `error`. Describes the state after the run."""
         result = self._run("-e", f"inject={name}:error={error}:when={number}")
-        require(result.status in STATUSES, "unexpected end", result)
+        require(result.status in STATUSES, "unexpected exit status", result)
         if result.status == DONE:
-            require(result.output == self._output, "another output", result)
+            require(result.output == self._output, "the output differs from the first run", result)
         state = self._state_after(result)
         require(state == self._new or result.status != DONE, "the command stored nothing", result)
         if result.status == UNWRITABLE_OUTPUT and "; " in result.errors:
@@ -94,7 +101,7 @@ class Target:
         return self._name_of(state)
 
     def kill(self, name, number):
-        """Kills the command when it makes a call. Returns a name of the state after the kill."""
+        """Kills the command when it makes a call. Describes the state after the kill."""
         result = self._run("-e", f"inject={name}:signal=SIGKILL:when={number}")
         require(result.status == -9, "the command was not killed", result)
         return self._name_of(self._state_after(result))

@@ -1,4 +1,4 @@
-"""Runs the program under test, reads its state stores, and checks the promises for every run."""
+"""Runs the program under test, reads its state stores, and checks the output of every run."""
 
 import json
 import os
@@ -11,14 +11,15 @@ import unicodedata
 from pathlib import Path
 from typing import NamedTuple
 
-# In seconds. The program waits for a lock for at most 5 s and promises to end within one more
-# second. The other 2 s are for strace and for other programs on the machine.
+# The maximum duration of a run, in seconds. The program waits for a lock for at most 5 s and must
+# end within one more second. The other 2 s are for strace and for other programs on the machine.
 LONGEST_RUN = 8.0
 
-# In bytes. If a damaged store makes the program allocate more memory than this, the program fails.
+# The memory limit of the program, in bytes. If a damaged store makes the program allocate more than
+# this, the program fails.
 LARGEST_MEMORY = 1 << 30
 
-# The exit statuses of the program. They equal those in `ornwhatsnew --help`.
+# Exit statuses of the program. `ornwhatsnew --help` lists them.
 DONE = 0
 UNUSABLE_STORE = 4
 UNWRITABLE_OUTPUT = 6
@@ -29,7 +30,7 @@ DIRECTION_MARKS = set("\u061c\u200e\u200f\u202a\u202b\u202c\u202d\u202e\u2066\u2
 
 
 class Broken(Exception):
-    """A run of the program broke a promise."""
+    """Raised if a run of the program fails a check."""
 
 
 class Result(NamedTuple):
@@ -63,7 +64,7 @@ def require(condition, problem, result=None):
 
 
 def require_safe_text(data):
-    """Returns the text of an output. Fails if the text can control or mislead a terminal."""
+    """Returns the text of an output. Fails if it is not UTF-8 or is unsafe for a terminal."""
     try:
         text = data.decode()
     except UnicodeDecodeError as error:
@@ -130,7 +131,7 @@ class Program:
         return ["state", "show", "--state", str(store)]
 
     def start(self, words, prefix=(), output=subprocess.PIPE):
-        """Starts the program. `prefix` is a program that runs it, such as strace."""
+        """Starts the program. `prefix` is the command that runs it, such as strace."""
         return subprocess.Popen(
             [*prefix, self._path, *words], stdin=subprocess.DEVNULL, stdout=output,
             stderr=subprocess.PIPE, env={"HOME": str(self._folder), "PATH": "/usr/bin:/bin"},

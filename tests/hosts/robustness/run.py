@@ -1,8 +1,9 @@
 #!/usr/bin/env python3
-"""Tests the program `ornwhatsnew` in adverse conditions and checks its promises.
+"""Tests the program `ornwhatsnew` in adverse conditions.
 
-Nothing that a command has reported as stored is lost, a store contains the old or the new state,
-each command ends in time, and no control character reaches the output. The parts are:
+A store must contain the old or the new state. It must contain everything that a command has
+reported as stored. Each command must end in time, and no control character must reach the output.
+The parts are:
 
   errors      each system call of each command fails once, with each of several errors
   kills       each command is killed at each of its system calls
@@ -33,11 +34,11 @@ from program import Broken, Program, require
 
 ROOT = Path(__file__).resolve().parents[3]
 
-# The counts of a release test.
+# The number of checks of each part, if `--every` is 1.
 COUNTS = {"concurrent": 500, "stores": 1000, "files": 1000, "worlds": 700}
 PARTS = ("errors", "kills", "concurrent", "stores", "files", "worlds")
 
-# The test of the property "worlds", and the environment variable with the number of worlds.
+# The property test of the part "worlds", and the environment variable with the number of worlds.
 WORLDS_TEST = "StatusPropertyTest.*"
 WORLDS_VARIABLE = "ORNWHATSNEW_TEST_WORLDS"
 
@@ -59,7 +60,7 @@ class Run:
         return [f"{self.arguments.seed} {number}" for number in range(self.count(part))]
 
     def program(self):
-        """Returns the program with a new, empty folder, and this folder."""
+        """Returns a `Program` with a new, empty folder, and this folder."""
         with self._lock:
             self._folders += 1
             folder = self._folder / str(self._folders)
@@ -67,7 +68,7 @@ class Run:
         return Program(self.arguments.program, folder), folder
 
     def check(self, name, work):
-        """Calls `work` and returns its result. Prints a failure and returns "FAILED"."""
+        """Calls `work` and returns its result. If a check fails, prints it and returns "FAILED"."""
         try:
             return work()
         except Broken as problem:
@@ -79,7 +80,8 @@ class Run:
     def check_all(self, name, make_target, checks):
         """Runs checks in parallel. Prints how often each result occurred.
 
-        A check is a pair: a description and a function of a target. Each thread has its own target.
+        A check is a pair: a description and a function that takes a target. Each thread has a
+        separate target.
         """
         start = time.monotonic()
         waiting = queue.SimpleQueue()
@@ -112,7 +114,7 @@ class Run:
               f"{parts}", flush=True)
 
 
-# Shows control characters of a message as escapes.
+# Maps control characters to escapes, for `str.translate`.
 ESCAPES = {code: f"\\x{code:02x}" for code in (*range(10), *range(11, 32), *range(127, 160))}
 
 
@@ -184,7 +186,8 @@ def parse_arguments():
     parser = argparse.ArgumentParser(
         description="Tests ornwhatsnew in adverse conditions: failing system calls, kills, "
                     "concurrent programs, damaged stores and unexpected files.")
-    parser.add_argument("parts", nargs="*", metavar="PART", help=f"of: {', '.join(PARTS)}")
+    parser.add_argument("parts", nargs="*", metavar="PART",
+                        help=f"one of: {', '.join(PARTS)}; default: all parts")
     parser.add_argument("--program", default=str(ROOT / "build/release/bin/ornwhatsnew"))
     parser.add_argument("--jobs", type=int, default=os.cpu_count())
     parser.add_argument("--seed", type=int, default=1)
