@@ -1,4 +1,5 @@
-// Replaces a file as a whole. Readers find the old or the new content, even after a power failure.
+// Replaces a file as a whole. Readers find either the complete old content or the complete new
+// content, even after a power failure.
 #ifndef HOSTS_COMMON_FILEREPLACEMENT_H_
 #define HOSTS_COMMON_FILEREPLACEMENT_H_
 

@@ -36,8 +36,8 @@ namespace {
 constexpr std::string_view kSchemaMember = "$schema";
 
 /// The nesting depth of a beta feature: the description, the array of features, and the feature.
-/// The parser rejects deeper input early, because an empty array needs about thirty times as much
-/// memory as its two bytes of text.
+/// `JsonDocument::Parse` rejects deeper input early, because an empty array needs about thirty
+/// times as much memory as its two bytes of text.
 constexpr std::size_t kDescriptionDepth = 3;
 
 void ReadText(const JsonReader& object, std::string_view name, std::string& text) {

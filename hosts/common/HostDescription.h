@@ -65,8 +65,8 @@ inline constexpr std::array<std::string_view, 9> kHostMembers = {
     "clientVersion",           "buildNumber",  "platform", "terminating", "usageLogging",
     "internalFeaturesAllowed", "betaFeatures", "debug",    "dictionary"};
 
-/// Reads a host description from a file. Throws `JsonError` if the file cannot be read, and in the
-/// cases that `ParseHostDescription` lists.
+/// Reads a host description from a file. Throws `JsonError` if the file cannot be read, or if
+/// `ParseHostDescription` rejects its content.
 HostDescription ReadHostDescription(const std::filesystem::path& file);
 
 /// Parses a host description from a JSON string. Error messages begin with `sourceName`. Throws

@@ -25,7 +25,7 @@ constexpr std::size_t kMaximumName = 100;
 /// The maximum length, in bytes, of a string that an error message quotes.
 constexpr std::size_t kMaximumQuotation = 60;
 
-/// Returns whether a UTF-8 string can be cut before `byte` without splitting a character.
+/// Returns whether `byte` can be the first byte of a UTF-8 character.
 bool IsCharacterStart(char byte) {
   return (static_cast<unsigned char>(byte) & 0xC0U) != 0x80U;
 }
@@ -119,8 +119,8 @@ class DocumentBuilder : public nlohmann::json_sax<json> {
   }
 
  private:
-  /// An array or object that is not closed yet. For an object, `member` and `slot` are the name and
-  /// the value of its last member.
+  /// An array or object whose end nlohmann-json has not reported yet. For an object, `member` and
+  /// `slot` are the name and the value of its last member.
   struct Frame {
     json* container;
     const std::string* member = nullptr;
@@ -160,8 +160,8 @@ class DocumentBuilder : public nlohmann::json_sax<json> {
     return true;
   }
 
-  /// Returns the JSON pointer of the value at nesting depth `depth` that the parser is reading. The
-  /// depth of the root value is 0.
+  /// Returns the JSON pointer of the value at nesting depth `depth` that nlohmann-json is reading.
+  /// The depth of the root value is 0.
   std::string Path(std::size_t depth) const {
     std::string path;
     for (std::size_t i = 0; i < depth; ++i) {

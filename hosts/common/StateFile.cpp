@@ -36,7 +36,7 @@ std::string Named(const std::filesystem::path& file) {
                         "; allow reading the file and its folder" + std::string(kElsewhere));
 }
 
-/// Returns what the user can do after a system call has failed with `error` during a write.
+/// Returns advice for the user after a write has failed with `error`.
 std::string_view AdviceFor(const std::error_code& error) {
   if (error == std::errc::no_space_on_device || error == std::errc::file_too_large ||
       error.value() == EDQUOT) {

@@ -120,7 +120,7 @@ std::size_t ParseWidth(const std::string& word) {
   return width;
 }
 
-/// Returns whether `name` is the name of an option of `command` that has a value.
+/// Returns whether `name` is the name of an option of `command` that takes a value.
 bool HasValue(const CLI::App& command, const std::string& name) {
   const CLI::Option* const option =
       name.starts_with("--") ? command.get_option_no_throw(name) : nullptr;
@@ -178,7 +178,7 @@ class CommandLine {
     AddRate();
     AddStateCommands();
     AddConsole();
-    // Set the footer last. A subcommand that is added after it would inherit it.
+    // Set the footer last. A subcommand that is added after the footer is set would inherit it.
     app_.footer(kExitStatusHelp);
   }
 

@@ -37,8 +37,8 @@ bool RunLine(std::string_view line) {
   // Do not remove trailing spaces, because they may be part of an argument.
   line.remove_prefix(begin);
   if (!orncore::string::IsWellFormedUTF8(line)) {
-    // Commands receive UTF-16. The conversion would replace the ill-formed bytes, and the command
-    // could then open another file.
+    // Commands receive UTF-16. The conversion to UTF-16 would replace the ill-formed bytes in a
+    // file name, and the command could then open a file with a different name.
     ReportError("cannot run the console command '" + std::string(line) +
                 "': not valid UTF-8; rename the file");
     return false;

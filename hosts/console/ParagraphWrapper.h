@@ -34,7 +34,8 @@ struct WrappedLine {
 /// separate line. Not thread-safe.
 class ParagraphWrapper {
  public:
-  /// Creates a wrapper for lines of `width` columns. If `width` is 0, it never breaks a line.
+  /// Creates a wrapper for lines of `width` columns. If `width` is 0, the wrapper never breaks a
+  /// line.
   explicit ParagraphWrapper(std::size_t width);
   ~ParagraphWrapper();
   ParagraphWrapper(const ParagraphWrapper&) = delete;

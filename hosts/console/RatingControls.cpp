@@ -41,8 +41,8 @@ std::string QuoteWithEscapes(std::string_view word) {
   return quoted + "'";
 }
 
-/// Returns a command-line option with its value and a space. Joins name and value with "=" if the
-/// value begins with a dash, so that the value does not look like an option.
+/// Returns a command-line option with its value, followed by a space. Joins name and value with "="
+/// if the value begins with a dash, so that the value does not look like an option.
 std::string Option(const std::string& name, const std::string& value) {
   return name + (value.starts_with('-') ? "=" : " ") + ShellWord(value) + " ";
 }

@@ -38,9 +38,9 @@ bool ShouldRepeat(int error, int descriptor, short events);
 bool IsInteractive();
 
 /// Returns how to write the panel to standard output. `color` decides whether to use colours and
-/// hyperlinks. `width` is the column at which lines are wrapped. If `width` is absent, the result
-/// depends on standard output. For a terminal, the width is that of the terminal, or 80 if it is
-/// unknown. For other output, the width is 0, which means no wrapping.
+/// hyperlinks. `width` is the column at which lines are wrapped. If `width` is absent, the width of
+/// the result depends on standard output. For a terminal, it is the width of the terminal, or 80 if
+/// that is unknown. For other output, it is 0, which means no wrapping.
 TerminalLook DetectTerminalLook(ColorMode color, std::optional<std::size_t> width);
 
 }  // namespace hosts::console

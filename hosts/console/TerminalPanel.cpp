@@ -179,8 +179,8 @@ class PanelRenderer {
     }
   }
 
-  /// Returns the number of the hyperlink to `link`, or 0 if `link` is empty or unsafe. Returns the
-  /// same number for consecutive segments with the same link.
+  /// Returns the number of the hyperlink to `link`, or 0 if `link` is empty or unsafe. Consecutive
+  /// calls with the same link return the same number.
   std::size_t NumberOfLink(std::string_view link) {
     if (link != lastLink_) {
       lastLink_ = link;
