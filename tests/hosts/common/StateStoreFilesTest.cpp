@@ -158,7 +158,8 @@ constexpr std::array<FileKind, 9> kFileKinds = {{
      [](const fs::path& path, const fs::path& victim) { fs::copy(victim, path); }},
 }};
 
-/// The parameters are the kind of a file and the suffix that its name adds to the store's name.
+/// The parameters are the kind of a file and the suffix that, after the name of the store, forms
+/// its name.
 using NeighbourCase = std::tuple<FileKind, std::string>;
 
 class StateStoreNeighbour : public testing::TestWithParam<NeighbourCase> {
@@ -254,7 +255,7 @@ TEST_F(StateStoreForgery, AForgedStoreIsRejectedAndKept) {
 
 using StateStorePowerFailure = StateStoreFilesTest;
 
-TEST_F(StateStorePowerFailure, AFirstCommitThatLeftAnEmptyStoreIsRepeated) {
+TEST_F(StateStorePowerFailure, CommitsIfAnEarlierCommitLeftAnEmptyStore) {
   folder_.Write("state.json", "");
   folder_.Write("state.json.lock", "");
   EXPECT_EQ("", StoredValue(File()));
@@ -262,7 +263,7 @@ TEST_F(StateStorePowerFailure, AFirstCommitThatLeftAnEmptyStoreIsRepeated) {
   EXPECT_EQ("text", StoredValue(File()));
 }
 
-TEST_F(StateStorePowerFailure, AFirstCommitThatLeftATemporaryFileIsRepeated) {
+TEST_F(StateStorePowerFailure, CommitsIfAnEarlierCommitLeftATemporaryFile) {
   for (const std::string& left :
        {std::string(), std::string("{\n  \"format\": \"ornw"), std::string(5000, '\0')}) {
     fs::remove(File());
@@ -274,7 +275,7 @@ TEST_F(StateStorePowerFailure, AFirstCommitThatLeftATemporaryFileIsRepeated) {
   }
 }
 
-TEST_F(StateStorePowerFailure, ACommitThatLeftATemporaryFileKeepsTheOldState) {
+TEST_F(StateStorePowerFailure, KeepsTheOldStateIfACommitLeftATemporaryFile) {
   WriteValue(File(), "old");
   folder_.Write("state.json.tmp", ReadTextFile(File()).substr(0, 50));
   EXPECT_EQ("old", StoredValue(File()));

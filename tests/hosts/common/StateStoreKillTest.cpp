@@ -104,8 +104,9 @@ int LastPass(const std::vector<std::string_view>& elements, int writer) {
   return last;
 }
 
-/// Returns a random time until the kill. A quarter of the times are at most 2 ms, so that some
-/// kills happen before the first pass is complete. Most other kills happen during later passes.
+/// Returns the random time after which the writers are killed. A quarter of the times are at most 2
+/// ms, so that some kills happen before the first pass is complete. Most other kills happen during
+/// later passes.
 std::chrono::microseconds TimeToKill(std::mt19937& random) {
   const bool isEarly = random() % 4 == 0;
   return std::chrono::microseconds(random() % (isEarly ? 2'000 : 50'000));

@@ -101,7 +101,7 @@ TEST(Arguments, AValueMayLookLikeAnOption) {
   EXPECT_EQ("d", show.sources.data);
 }
 
-TEST(Arguments, WordsAfterTwoDashesAreNoOptions) {
+TEST(Arguments, WordsAfterTwoDashesAreNotOptions) {
   const auto rate = ParseAs<RateArguments>({"rate", "--host", "h", "--", "--state=", "-d"});
   EXPECT_EQ("--state=", rate.key);
   EXPECT_EQ("-d", rate.sources.data);

@@ -15,7 +15,7 @@ using testing::Not;
 using testing::SizeIs;
 using testing::StartsWith;
 
-TEST(LinkTarget, OfASafeLinkIsTheLink) {
+TEST(LinkTarget, ReturnsASafeLinkUnchanged) {
   const std::string link = "https://x/" + std::string(1990, 'y');
   EXPECT_EQ(link, PrintedLinkTarget(link));
 }
@@ -28,7 +28,7 @@ TEST(LinkTarget, EncodesCharactersThatCouldLookLikeTheEndOfALink) {
   EXPECT_EQ("https://x/%E2%80%AE", PrintedLinkTarget("https://x/\u202E"));
 }
 
-TEST(LinkTarget, OfALongLinkIsCut) {
+TEST(LinkTarget, ShortensALongLink) {
   const std::string cut = PrintedLinkTarget("https://x/ " + std::string(3000, 'y'));
   EXPECT_THAT(cut, AllOf(SizeIs(200), StartsWith("https://x/%20yyy"), EndsWith("yyy...")));
 }

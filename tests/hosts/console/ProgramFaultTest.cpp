@@ -38,7 +38,7 @@ const std::string kClosedOutput = "ornwhatsnew: the reader has closed standard o
 
 class ProgramFaultTest : public ProgramTest {
  protected:
-  /// Replaces standard output by a pipe without a reader.
+  /// Replaces standard output with a pipe without a reader.
   static void MakeOutputAClosedPipe() {
     int ends[2];
     if (::pipe(ends) != 0) ::_exit(99);
@@ -240,7 +240,7 @@ TEST_F(ProgramFaultTest, OutputErrorsOfOtherCommandsDoNotMentionTheState) {
   }
 }
 
-TEST_F(ProgramFaultTest, AReaderThatClosesThePipeHasNotSeenThePanel) {
+TEST_F(ProgramFaultTest, APanelIsNotStoredIfThePipeIsClosed) {
   for (const bool isSignalIgnored : {false, true}) {
     ProgramCall call = Call({"show", "{data}", "{host}"});
     call.beforeStart = [isSignalIgnored] {
@@ -254,7 +254,7 @@ TEST_F(ProgramFaultTest, AReaderThatClosesThePipeHasNotSeenThePanel) {
   }
 }
 
-TEST_F(ProgramFaultTest, AReaderThatLeavesAfterAShortPanelHasNotSeenIt) {
+TEST_F(ProgramFaultTest, AShortPanelIsNotStoredIfItsReaderExitsEarly) {
   // The program waits a limited time for such a reader. Repeat the attempt, because the test can
   // close the pipe too late on a busy machine.
   int noticed = 0;

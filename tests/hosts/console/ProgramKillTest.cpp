@@ -131,8 +131,8 @@ class ProgramKillTest : public ProgramTest {
     return processes;
   }
 
-  /// Starts programs and kills them in random order. Adds the state of each program that ended
-  /// before it was killed to `acknowledged`.
+  /// Starts programs and kills them in random order. If a program ended before it was killed, adds
+  /// the state that it stored to `acknowledged`.
   void KillOneRound(const std::filesystem::path& store, std::mt19937& random,
                     Acknowledged& acknowledged) {
     const Processes processes = StartPrograms(store, editions_[random() % kHosts]);
@@ -152,7 +152,7 @@ class ProgramKillTest : public ProgramTest {
     }
   }
 
-  /// Adds the state that the process at `index` stored to `acknowledged`.
+  /// Adds to `acknowledged` the state that the process at `index` stored.
   void RecordAcknowledged(std::size_t index, Acknowledged& acknowledged) const {
     const bool isRating = index == editions_.size();
     const Elements& identities = isRating ? rated_ : editions_[index].shown;

@@ -119,7 +119,7 @@ TEST_F(ProgramTerminalTest, TheConsolePrintsAPrompt) {
                                       EndsWith("help - List the commands\nornwhatsnew> \n")));
 }
 
-TEST_F(ProgramTerminalTest, NoPromptForAPipe) {
+TEST_F(ProgramTerminalTest, TheConsolePrintsNoPromptForAPipe) {
   ProgramCall call = TerminalCall({"console"}, 80);
   call.input = "help\n";
   EXPECT_THAT(OnTerminal(call),
