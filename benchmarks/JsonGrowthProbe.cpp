@@ -1,6 +1,6 @@
-// Reads a generated host description. `./dev check growth` counts the instructions of the reader
-// for descriptions of 100 KB and 1 MB, and checks the peak of its memory, which this program
-// prints.
+// Reads a generated host description, and prints the size of the description and the peak memory
+// use. `./dev check growth` checks this peak, and counts the instructions of the reader for
+// descriptions of 100 KB and 1 MB.
 #include <cstdlib>
 #include <iostream>
 #include <map>
@@ -13,8 +13,8 @@
 
 namespace {
 
-/// A description that consists of `begin`, of `item` as often as it fits, and of `end`. A "#" in
-/// `item` is replaced by a different number each time.
+/// A description that consists of `begin`, many copies of `item`, and `end`. In each copy, a
+/// different number replaces each "#". `isValid` is whether the reader must accept the description.
 struct Shape {
   std::string begin;
   std::string item;
@@ -85,6 +85,6 @@ int main(int argc, char** argv) {
   const std::size_t before = benchmarks::LiveBytes();
   benchmarks::RestartPeak();
   if (Reads(text) != shape->second.isValid) return 1;
-  // The caller of the reader owns the text, so it is a part of the peak.
+  // Add the size of the text, because the caller of the reader keeps the text in memory.
   std::cout << text.size() << ' ' << benchmarks::PeakBytes() - before + text.size() << '\n';
 }

@@ -9,8 +9,8 @@ if(ORNWHATSNEW_SANITIZERS)
                       $<$<CXX_COMPILER_ID:GNU>:-Wno-maybe-uninitialized>)
   add_link_options(-fsanitize=${ORNWHATSNEW_SANITIZERS})
   if("fuzzer-no-link" IN_LIST sanitizers)
-    # Recording the operands of each comparison takes a quarter of the time of a fuzzer. The
-    # dictionaries contain the strings that the library compares its input with.
+    # Recording the operands of each comparison would take a quarter of a fuzzer's time. Instead, the
+    # dictionaries contain the strings with which the library compares its input.
     add_compile_options(-fno-sanitize-coverage=trace-cmp)
   endif()
   if("integer" IN_LIST sanitizers)

@@ -1,8 +1,8 @@
 // Fuzzes the layout of a panel with arbitrary data files and translations of the library's
 // templates.
 //
-// The input consists of a line of switches and of parts. The first part is the data file. Each
-// other part is a translation: one byte that selects a template, and the text.
+// The input consists of a line of switches (World.h) and of parts. The first part is the data file.
+// Each other part is a translation: one byte that selects a template, and the translated text.
 #include <cstddef>
 #include <cstdint>
 #include <string>
@@ -25,7 +25,7 @@ void RequireLayout(ornwhatsnew::FeatureListData& list, World& world, unsigned op
   test_support::FakeStateStore& state = world.Host().State();
   const auto panel = test_support::FormatWithLibrary(list, state, options, u"");
   RequireEqual(test_support::FirstLayoutError(list, state, options, panel), {},
-               "the layout has the content of the text and the style runs");
+               "the layout has the same content as the text and the style runs");
 }
 
 void Run(Input input) {

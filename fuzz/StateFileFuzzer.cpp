@@ -25,12 +25,12 @@ using nlohmann::json;
 
 void RequireErrorText(std::string_view message) {
   Require(message.find("the state store 'state.json': ") != std::string_view::npos,
-          "an error names the file");
-  Require(message.ends_with(" with --state"), "an error says what the user can do");
-  Require(orncore::string::IsWellFormedUTF8(message), "an error is well-formed UTF-8");
+          "an error message names the file");
+  Require(message.ends_with(" with --state"), "an error message states what the user can do");
+  Require(orncore::string::IsWellFormedUTF8(message), "an error message is well-formed UTF-8");
   Require(
       std::ranges::none_of(message, [](char c) { return static_cast<unsigned char>(c) < 0x20; }),
-      "an error is one line without control characters");
+      "an error message is one line without control characters");
 }
 
 std::optional<StateValues> Parse(std::string_view text) {
@@ -69,11 +69,11 @@ bool IsState(const json& value) {
 
 void Run(std::string_view text) {
   const std::optional<StateValues> values = Parse(text);
-  // The strict parser below accepts any bytes after NUL, which it takes for the end of the text.
+  // `ParseStrictly` treats NUL as the end of the text and ignores the bytes after it.
   if (text.find('\0') != std::string_view::npos) return;
   const json read = ParseStrictly(text);
   RequireEqual(values.has_value(), text.empty() || IsState(read),
-               "states are accepted, other texts are rejected");
+               "a text is accepted if and only if it is empty or a state");
   if (!values) return;
   if (!text.empty()) Require(json(*values) == read["values"], "every value is read unchanged");
   const std::string written = hosts::common::FormatState(*values, "state.json");

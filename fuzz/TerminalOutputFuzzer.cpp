@@ -90,7 +90,7 @@ std::string VisibleCharacters(std::string_view text) {
   return visible.toUTF8String(utf8);
 }
 
-// Returns the bytes that the escapes of a message stand for.
+// Returns `escaped` with each escape sequence replaced by the bytes that it represents.
 std::string WithoutEscapes(std::string_view escaped) {
   std::string text;
   while (!escaped.empty()) {
@@ -120,9 +120,10 @@ void RequireSafeText(std::string_view text) {
   const std::string escaped = EscapeInvisible(text);
   RequireHarmlessText(escaped);
   Require(escaped.find_first_of("\n\t") == std::string::npos, "a message is one line");
-  RequireEqual(EscapeInvisible(escaped), escaped, "a second escaping has no effect");
+  RequireEqual(EscapeInvisible(escaped), escaped, "escaping a second time has no effect");
   if (text.find('\\') == std::string_view::npos) {
-    RequireEqual(WithoutEscapes(escaped), std::string(text), "an escape contains its character");
+    RequireEqual(WithoutEscapes(escaped), std::string(text),
+                 "an escape sequence represents the escaped bytes");
   }
 }
 
@@ -141,7 +142,7 @@ void RequireOneTarget(const std::string& link) {
   if (link.starts_with(kOwnHost)) Require(target.starts_with(kOwnHost), "a target shows its host");
 }
 
-// Returns the text that the panel must show.
+// Returns the text that the terminal must show, with the printed targets of links.
 std::string ExpectedText(const std::vector<StyledSegment>& segments, const TerminalLook& look) {
   std::string expected;
   for (std::size_t i = 0; i < segments.size(); ++i) {

@@ -33,7 +33,7 @@ const FakeFeature kFeatures[] = {
     {.internalKey = "odd", .epicKey = "misc", .name = "Named like a section"},
 };
 
-// The keys of the templates that dictionaries translate.
+// The keys of the templates for which `TranslateTemplate` adds a translation.
 constexpr std::array kTemplates = {
     "$$$/ornwhatsnew/Feature/Item/Unlock/TarsaOnly",
     "$$$/ornwhatsnew/Feature/Item/Unlock/Off",

@@ -30,8 +30,8 @@ class World {
   unsigned Options() const { return options_; }
   const std::u16string& Placeholder() const { return placeholder_; }
 
-  /// Adds a translation of one of the library's own templates to the dictionary. Any number selects
-  /// a template.
+  /// Adds a translation of one of the library's own templates to the dictionary. `number` selects
+  /// the template and can have any value.
   void TranslateTemplate(unsigned number, std::string_view translation);
 
  private:

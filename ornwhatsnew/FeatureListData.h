@@ -101,8 +101,9 @@ class ORN_EXPORT FeatureListData {
   /// The reference is valid until the list is destroyed, and a reload does not invalidate it.
   const std::list<std::string>& GetOrderedFeatureKeys() const;
 
-  /// Returns what the list found in its data file when it was constructed or last reloaded by
-  /// `InitWithData`. `ParseWhatsNewData` does not change the result.
+  /// Returns whether the data file was found, and the numbers of its changes and skipped rows. They
+  /// describe the data file that the constructor or `InitWithData` loaded last. `ParseWhatsNewData`
+  /// does not change them.
   DataFileSummary GetDataFileSummary() const;
 
   /// Returns the display text for `text` (UTF-8). Localises a key text through the `Localizer`, and
@@ -123,9 +124,9 @@ class ORN_EXPORT FeatureListData {
   /// counts as seen only after `RefreshInternalSeenState` or `InitWithData` has read the state.
   bool IsAnythingNew(const DisplayOptions& options) const;
 
-  /// Returns how many items and changes the display with these options would show. With
+  /// Returns how many items and changes a display with these options would show. With
   /// `kShowOnlyNew`, a badge can show the number of changes. An item that was displayed counts as
-  /// seen at the same time as for `IsAnythingNew`.
+  /// seen only after `RefreshInternalSeenState` or `InitWithData` has read the state.
   NewCount CountNew(const DisplayOptions& options) const;
 
   /// Returns whether the rating view, with the options `kFilterRelevantPlatform` and
@@ -154,12 +155,12 @@ class ORN_EXPORT FeatureListData {
   /// Returns the layout of the panel for these options. Like `GetFormattedTextForDisplay`, it adds
   /// the identities shown to the state and passes the three persisted values to the setter.
   ///
-  /// Makes the same calls to the host in the same order as `GetFormattedTextForDisplay` with a
-  /// rating map in the rating view and without one otherwise. In addition, looks up the translation
-  /// of each rating request that is a key text.
+  /// Makes the same calls to the host, in the same order, as `GetFormattedTextForDisplay` with a
+  /// rating map in the rating view and with a null map otherwise. In addition, looks up the
+  /// translation of each custom question that is a key text.
   ///
-  /// After a call of `RefreshInternalSeenState`, a layout with `kShowOnlyNew` contains no item that
-  /// was shown before. A view keeps the layout that it shows.
+  /// After a call of `RefreshInternalSeenState`, a layout with `kShowOnlyNew` no longer contains
+  /// the displayed items. A view should therefore keep the layout that it shows.
   PanelLayout GetLayoutForDisplay(const DisplayOptions& options);
 
   /// Returns the same layout as `GetLayoutForDisplay`. Does not change the state and does not call
@@ -167,8 +168,8 @@ class ORN_EXPORT FeatureListData {
   PanelLayout PreviewLayout(const DisplayOptions& options) const;
 
   /// Changes the state like a display without options, and makes the same calls to the setter. A
-  /// feature that is not available to the user does not count as seen, so it is new when the user
-  /// gets it. Call this function for a user who starts the application for the first time.
+  /// feature that is not available to the user does not count as seen, so it is new when it becomes
+  /// available. Call this function when a user starts the application for the first time.
   void MarkAllSeen();
 
   /// Adds to `runs` the style run of `appended`, a string that the caller appends to `textSoFar`

@@ -61,8 +61,8 @@ class ORN_EXPORT FeatureListDetail {
   enum class Salience : std::uint8_t {
     /// The field is empty.
     kNone,
-    /// The keyword "Headline". It has no effect: like every valid salience, it does not pass the
-    /// filter `kFilterHeadlinesOnly`.
+    /// The keyword "Headline". It has no effect in the library. `kFilterHeadlinesOnly` hides a
+    /// change with this keyword, as with any other valid salience.
     kHeadline,
     /// The keyword "Detail". It has no effect in the library.
     kDetail,

@@ -1,5 +1,5 @@
 // Defines the layout of a panel: its paragraphs, and the styles and links within them. A host that
-// draws the panel needs no offsets in UTF-8 and no overlapping style runs.
+// draws a layout does not need to handle offsets in UTF-8 or overlapping style runs.
 //
 //     const PanelLayout layout = list->GetLayoutForDisplay(kShowOnlyNew);
 //     for (const LayoutParagraph& paragraph : layout.paragraphs) {
@@ -11,10 +11,10 @@
 //
 // A layout contains the same characters as the text of `GetFormattedTextForDisplay`, except for
 // white space and U+FEFF. White space means spaces, tabs and line ends. A line end is a line feed,
-// a carriage return, both together, U+2028 or U+2029.
+// a carriage return, a carriage return and a line feed, U+2028 or U+2029.
 //
-// The structs are values. Their strings contain what authors and translators wrote, including
-// control characters and direction marks.
+// The structs own their content and do not refer to the list. Their strings contain what authors
+// and translators wrote, including control characters and direction marks.
 #ifndef ORNWHATSNEW_PANELLAYOUT_H_
 #define ORNWHATSNEW_PANELLAYOUT_H_
 
@@ -38,7 +38,8 @@ enum class ParagraphKind {
   kDescription,
   /// A change of an item.
   kChange,
-  /// A part of the notice of a panel without items. A blank line starts a new part.
+  /// A paragraph of the notice that a panel without items shows. A blank line in the notice starts
+  /// a new paragraph.
   kNotice,
   /// A request to rate the feature of the paragraphs before it. It has no text. A view puts its
   /// rating control here.
@@ -55,8 +56,8 @@ struct TextRange {
   friend bool operator==(const TextRange&, const TextRange&) = default;
 };
 
-/// A part of a paragraph with one style and one link. The spans of a paragraph are in ascending
-/// order, do not overlap, and cover its range. No span is empty.
+/// A part of a paragraph with at most one style and one link. The spans of a paragraph are in
+/// ascending order, do not overlap, and cover its range. No span is empty.
 template <class String>
 struct BasicLayoutSpan {
   /// The range of the span in the layout's text.
@@ -85,14 +86,15 @@ struct BasicLayoutParagraph {
   /// The bullet of a change in the user's language, without white space. It can be empty.
   String bullet;
   /// False for a change whose description is empty in the user's language. Such a change can still
-  /// have text, such as its version.
+  /// have other text, such as its version. True for all other paragraphs.
   bool hasText = true;
   /// The key of the item to which the paragraph belongs, for `MarkItemHasBeenRated`. It is empty
   /// for a header or a notice. An item can occur twice in a panel.
   std::string itemKey;
   /// Whether the item is one of the sections MISC, BUGFIX, INTERNAL and UNREVIEWED.
   bool isSection = false;
-  /// The index of a rating request in `ratingRequests`. Has no value for other kinds.
+  /// The index in `ratingRequests` of the request that belongs to a paragraph of the kind
+  /// `kRatingRequest`. Has no value for other kinds.
   std::optional<std::size_t> rating;
   /// The spans of the paragraph. An empty paragraph has none.
   std::vector<BasicLayoutSpan<String>> spans;
@@ -120,7 +122,7 @@ struct BasicRatingRequest {
   friend bool operator==(const BasicRatingRequest&, const BasicRatingRequest&) = default;
 };
 
-/// A laid-out panel.
+/// The layout of a panel.
 template <class String>
 struct BasicPanelLayout {
   /// The paragraphs, joined by line feeds. Within a paragraph, each line end is U+2028, and each
@@ -130,7 +132,7 @@ struct BasicPanelLayout {
   std::vector<BasicLayoutParagraph<String>> paragraphs;
   /// The rating requests, in the order of their paragraphs.
   std::vector<BasicRatingRequest<String>> ratingRequests;
-  /// Whether the panel shows an item. If false, it contains only a header and a notice.
+  /// Whether the panel shows an item. If false, the layout contains at most a header and a notice.
   bool hasItems = false;
 
   /// Returns whether all members are equal.
@@ -140,27 +142,28 @@ struct BasicPanelLayout {
 using LayoutSpan = BasicLayoutSpan<UTF16String>;            ///< a span in UTF-16
 using LayoutParagraph = BasicLayoutParagraph<UTF16String>;  ///< a paragraph in UTF-16
 using RatingRequest = BasicRatingRequest<UTF16String>;      ///< a rating request in UTF-16
-using PanelLayout = BasicPanelLayout<UTF16String>;          ///< a laid-out panel in UTF-16
-using PanelLayoutUTF8 = BasicPanelLayout<UTF8String>;       ///< a laid-out panel in UTF-8
+using PanelLayout = BasicPanelLayout<UTF16String>;          ///< a layout in UTF-16
+using PanelLayoutUTF8 = BasicPanelLayout<UTF8String>;       ///< a layout in UTF-8
 
-/// Returns the same layout in UTF-8, with ranges in bytes. `layout` must be a layout of a list.
-/// Takes linear time. Safe to call from any thread.
+/// Returns the same layout in UTF-8, with ranges in bytes. `layout` must be unchanged since a list
+/// returned it. Takes linear time. Throws `std::bad_alloc` if memory runs out. Safe to call from
+/// any thread.
 ORN_EXPORT PanelLayoutUTF8 ConvertToUTF8(const PanelLayout& layout);
 
-/// The content of a display, counted for a badge.
+/// The numbers of items and changes that a display would show.
 struct NewCount {
   /// The number of items, including sections. It is greater than 0 if and only if `IsAnythingNew`
   /// returns true for the same options.
   std::size_t items = 0;
-  /// The number of changes. It can be 0 although there are items, because an item can be new
-  /// without a new change.
+  /// The number of changes. It can be 0 even if `items` is not, because an item can be new without
+  /// a new change.
   std::size_t changes = 0;
 
   /// Returns whether all members are equal.
   friend bool operator==(const NewCount&, const NewCount&) = default;
 };
 
-/// What the list found in its data file when it was constructed or last reloaded by `InitWithData`.
+/// Describes the data file that the constructor of a list or `InitWithData` loaded last.
 struct DataFileSummary {
   /// Whether the resource manager loaded the data file. Has no value if the list was loaded from a
   /// string.
@@ -169,7 +172,8 @@ struct DataFileSummary {
   std::size_t changes = 0;
   /// The number of changes that match no item. Only internal users see them.
   std::size_t unmatched = 0;
-  /// The number of rows that the parser skipped, without blank rows; see `DataRowSkipReason`.
+  /// The number of rows that `DataFileReader` skipped, except blank rows. `DataRowSkipReason` lists
+  /// the reasons.
   std::size_t skippedRows = 0;
 
   /// Returns whether all members are equal.

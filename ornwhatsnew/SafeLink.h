@@ -8,14 +8,13 @@
 
 namespace ornwhatsnew {
 
-/// Returns whether a view may make `link` clickable or open it. A safe link fulfils these
-/// conditions:
+/// Returns whether a view may make `link` clickable or open it. A safe link meets these conditions:
 /// - It begins with `https://`, in lower case, and a host follows.
 /// - It has no user information before the host. In `https://a.example@b.example/`, the host is
 ///   `b.example`, but the link looks like a link to `a.example`.
-/// - It consists of the ASCII characters that are valid in a URL. It has no spaces, quotation
-/// marks,
-///   angle brackets, backslashes and control characters.
+/// - It consists of ASCII characters that are valid in a URL. It has no spaces, double quotes,
+/// angle
+///   brackets, backslashes or control characters.
 /// - It has at most 2,000 bytes.
 ///
 /// The strings of style runs contain links from the data file, which the library does not change.
@@ -23,7 +22,7 @@ namespace ornwhatsnew {
 /// Does not allocate. Safe to call from any thread.
 ORN_EXPORT bool IsSafeLink(std::string_view link) noexcept;
 
-/// Does the same for a UTF-16 string, such as the string of a style run.
+/// Returns the same result for a UTF-16 string, such as the string of a style run.
 ORN_EXPORT bool IsSafeLink(std::u16string_view link) noexcept;
 
 }  // namespace ornwhatsnew

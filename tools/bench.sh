@@ -1,7 +1,7 @@
 # shellcheck shell=bash
 
-# Part of ./dev: runs the benchmarks. Also checks that the number of instructions grows at most about linearly with
-# the number of rows of a data file and with the size of a host description.
+# Part of ./dev: runs the benchmarks. Also checks that the number of executed instructions grows at most
+# about linearly with the number of rows of a data file and with the size of a host description.
 
 bench_subjects=(cutting load memory identity news display state keyorder start)
 
@@ -116,8 +116,8 @@ require_linear_json() {
   ((peak <= 20 * bytes)) || { echo "FAILED: more than 20 bytes of memory per byte" && return 1; }
 }
 
-# Prints the number of instructions that ParseHostDescription and its callees execute for a description of
-# this shape and size, the size, and the peak of the memory.
+# Prints three numbers for a description of this shape and size: the instructions that ParseHostDescription
+# and its callees execute, the actual size of the description, and the peak memory use in bytes.
 measure_json() {
   local shape=$1 bytes=$2 counts
   counts=$(log_file "growth-$shape-$bytes")

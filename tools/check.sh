@@ -99,9 +99,9 @@ stage_windows() {
 
 stage_static() { build_and_test static; }
 
-# Builds with the second compiler, so that CI compiles everything twice and not three times. Skips the
-# package tests, because they build hosts without sanitizers. Such hosts cannot link a library with
-# sanitizers.
+# Uses clang and the static library. CI therefore compiles everything only twice: here and in the stage
+# "release". Skips the package tests, because they build hosts without sanitizers. Such hosts cannot link
+# a library with sanitizers.
 stage_sanitize() {
   ASAN_OPTIONS=strict_string_checks=1:detect_stack_use_after_return=1 \
   UBSAN_OPTIONS=print_stacktrace=1 \
@@ -186,7 +186,8 @@ summary_of_log() {
     -e '/^[0-9]* files$/p' -e 's/^skipped: //p' "$1" | tail -n 1
 }
 
-# Returns whether a skipped stage is a failure. It is one in CI, where nobody may read the message.
+# Returns whether a skipped stage is a failure. In CI it is a failure, because nobody may notice the
+# message there.
 skipping_fails() { [[ ${CI:-} == true ]]; }
 
 run_stage() {

@@ -20,7 +20,7 @@ def pages(path: Path) -> list[Path]:
 
 
 def anchors(page: Path) -> set[str]:
-    """Returns the anchors that web views of the page generate from its headings."""
+    """Returns the anchors that a web view of the page generates from its headings."""
     text = FENCED_BLOCK.sub("", page.read_text())
     return {re.sub(r"[^\w\- ]", "", heading.lower()).replace(" ", "-")
             for heading in HEADING.findall(text)}

@@ -6,8 +6,8 @@
 fuzz_targets=(data-file stored-state state-file localiser-texts utf-conversions host-description
   styled-segments console-lines terminal-output panel-layout)
 
-# Prints the maximum length of the inputs of a target. Longer inputs reach no new code. The targets that
-# load a list several times execute too few inputs per second if the inputs are long.
+# Prints the maximum length of the inputs of a target, in bytes. Longer inputs reach no new code. Targets
+# that load a list several times have a lower limit, because long inputs would make them too slow.
 longest_input() {
   case $1 in
     data-file | stored-state | localiser-texts | panel-layout) echo 1024 ;;
@@ -15,8 +15,9 @@ longest_input() {
   esac
 }
 
-# Call stacks of allocations, a long quarantine of freed memory, and the filling of new memory take a fifth
-# of the time. To get them for a finding, run the fuzzer on the input without these options.
+# These options shorten the call stacks of allocations and the quarantine of freed memory, and switch off
+# the filling of new memory. The defaults would take a fifth of the time. To analyse a finding, run the
+# fuzzer on its input without these options.
 fuzz_asan_options=malloc_context_size=1:quarantine_size_mb=4:max_malloc_fill_size=0
 
 fuzz_usage() {

@@ -22,6 +22,6 @@ command_package() {
   say "Install them with: apt-get install ./$package_folder/*.deb"
 }
 
-# Without root, or if no clean system can be created, the stage only builds the packages and a host that
-# uses them. The rest of the stage is then skipped.
+# Builds the packages, installs them on a clean system and removes them. Without root, or if no clean
+# system can be created, only builds the packages and a host that uses them, and skips the rest.
 stage_package() { make_packages && tests/package/debian.sh "$package_folder" build/debian-root; }

@@ -52,7 +52,7 @@ std::string_view TextOf(const ornwhatsnew::StyleRun& run, std::string_view panel
   return start < panel.size() ? panel.substr(start, length) : std::string_view();
 }
 
-// Shows the panel and stores that the user has seen its content. An application with windows would
+// Shows the panel and stores that the user has seen its content. A graphical application would
 // convert the runs to fonts and links, and open only safe links.
 void ShowPanel(ornwhatsnew::FeatureListData& list, ornwhatsnew::DisplayOptions options) {
   ornwhatsnew::StyleRunMap runs;
@@ -67,8 +67,7 @@ void ShowPanel(ornwhatsnew::FeatureListData& list, ornwhatsnew::DisplayOptions o
   }
 }
 
-// Draws a part of a line. An application with windows would use the font and the colour of the
-// style.
+// Draws a part of a line. A graphical application would use the font and the colour of the style.
 void DrawSpan(std::string_view text, std::optional<ornwhatsnew::StyleID> style,
               const std::string& link) {
   const std::string_view mark = style == ornwhatsnew::kStyleFeatureTitle ? "**" : "";

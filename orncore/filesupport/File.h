@@ -63,7 +63,7 @@ class RecycledMemory {
   const std::vector<std::byte> bytes_;
 };
 
-/// The default limit of `ReadRegularFile`: 2 GiB.
+/// The default maximum size of a file that `ReadRegularFile` reads: 2 GiB.
 inline constexpr std::size_t kMaxFileBytes = std::size_t{2} << 30;
 
 /// Reads all bytes of the regular file `path` and returns them. Follows links.

@@ -33,8 +33,8 @@ void ReserveFor(const FeatureMap& items, PanelFormatter& panel) {
   panel.Reserve(items.size(), changes, descriptionBytes);
 }
 
-// Writes the panel. Returns the identities to add to the state, which are none if the panel shows
-// no item.
+// Writes the panel. Returns the identities to add to the state. The result is empty if and only if
+// the panel shows no item.
 IdentitySet WritePanel(const ListContent& content, const DisplayOptions& options,
                        PanelFormatter& panel) {
   panel.WriteHeader(content.state.lastVersionSeen, content.changesSinceVersion.value_or(""));
@@ -51,7 +51,7 @@ IdentitySet WritePanel(const ListContent& content, const DisplayOptions& options
   return MakeIdentitySet(std::move(seen));
 }
 
-// Lays out the panel and sets `shown` to the identities to add to the state.
+// Returns the layout of the panel, and sets `shown` to the identities to add to the state.
 PanelLayout LayOutPanel(const ListContent& content, const DisplayOptions& options,
                         IdentitySet& shown) {
   const UTF16String noPlaceholder;

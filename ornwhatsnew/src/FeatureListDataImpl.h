@@ -7,8 +7,8 @@
 
 #include "ornwhatsnew/src/ListContent.h"
 
-// A nested class has the visibility of its class. This attribute keeps the members of `Impl` out of
-// the exported symbols.
+// A nested class has the symbol visibility of its enclosing class. This attribute keeps the members
+// of `Impl` out of the exported symbols.
 #if defined(__GNUC__) && !defined(_WIN32)
 #define ORN_LOCAL __attribute__((visibility("hidden")))
 #else

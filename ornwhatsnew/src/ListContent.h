@@ -46,7 +46,8 @@ struct ListContent {
   const FeatureListItem* FindItem(const std::string& key) const;
 
   /// Calls `visit(item, shown)` for each item that a display with these options shows, in key
-  /// order. `shown` is the `ShownItem` of the item.
+  /// order. `shown` contains the identity and the shown changes of the item, and is valid only
+  /// during the call.
   template <class Visit>
   void VisitShownItems(const DisplayOptions& options, Visit visit) const {
     const VisibilityFilter filter(options, state.seenGuids, state.seenVersionNumbers);
@@ -62,7 +63,7 @@ struct ListContent {
   void EnsureSectionExists(std::string_view key, const UTF16String& name,
                            const UTF16String& description);
   void AddBetaFeatures();
-  /// Returns the numbers of rows. `isFound` has no value.
+  /// Returns the numbers of changes and skipped rows. `isFound` has no value.
   DataFileSummary AddChanges(std::string_view dataText);
   void MoveUnlockedItemsToFront();
 };

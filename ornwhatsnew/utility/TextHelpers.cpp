@@ -60,8 +60,8 @@ bool IsInternalSpecialCaseSection(std::string_view key) {
          CaseInsensitiveEqual(key, keywords::kUnreviewedSection);
 }
 
-// Compatibility: the weights of the components start at the last one, so versions with different
-// numbers of components are not comparable (docs/compatibility.md).
+// Compatibility: the weight of a component depends on its distance from the last component.
+// Therefore, 25.1 is less than 25.0.0 (docs/compatibility.md).
 std::int64_t VersionNumber(std::string_view version) {
   std::uint64_t sum = 0;
   std::uint64_t weight = 1;

@@ -31,8 +31,9 @@ enum class Accepted { kAll, kRules };
 int PrintResults(const std::vector<std::string>& files, Streams streams);
 
 /// Runs the scenarios of the files, or those of `streams.in` if there are no files. Compares the
-/// results of each scenario with the expected results, and writes a line for each difference.
-/// Returns the exit status, which is `kNotRun` if a scenario is not of an accepted kind.
+/// results of each scenario with the expected results, and writes a line to `streams.out` for each
+/// difference and each error. Writes the number of passed scenarios to `streams.err`. Returns the
+/// exit status, which is `kNotRun` if `accepted` excludes a scenario.
 int CheckResults(const std::vector<std::string>& files, Accepted accepted, Streams streams);
 
 /// Reads one scenario per line from `streams.in` and runs it. Writes and flushes the results or the

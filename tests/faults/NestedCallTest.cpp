@@ -22,8 +22,9 @@ namespace {
 using namespace ornwhatsnew;
 using test_support::Format;
 
-/// A list whose getter calls `inGetter` and whose setter calls `inSetter`, with the list as
-/// argument. Each function that a test assigns is called once.
+/// A list whose getter calls `inGetter` and whose setter calls `inSetter`. Both functions receive
+/// the list as an argument. After the first call, the member is empty until a test assigns it
+/// again.
 class ReentrantList {
  public:
   explicit ReentrantList(World& world) : world_(world) {
@@ -137,13 +138,14 @@ TEST_F(NestedCallTest, AGetterSeesTheListFromBeforeTheReload) {
   EXPECT_EQ(test_support::ItemOf(*reentrant.list, "EPIC-7").GetAllChanges().size(), 0U);
 }
 
-/// A dictionary without translations. It calls a function when the list looks up a certain key.
+/// A dictionary without translations. It calls `hook` when the list looks up the description of a
+/// change.
 class HookedDictionary : public orncore::config::DictionarySource {
  public:
   explicit HookedDictionary(std::function<void()> hook) : hook_(std::move(hook)) {}
   std::optional<UTF8String> Find(std::string_view key) const override {
-    // Call the function only for the description of a change, because the list is then iterating
-    // over its items.
+    // While the list looks up this key, it iterates over its items. Ignore the keys of templates,
+    // which it looks up before that.
     if (key == "$$$/ornwhatsnew/Change/Localized") hook_();
     return std::nullopt;
   }
@@ -152,8 +154,8 @@ class HookedDictionary : public orncore::config::DictionarySource {
   std::function<void()> hook_;
 };
 
-/// A feature service with a copy of the current feature table. Each query about one feature calls a
-/// function.
+/// A feature service with a copy of the current feature table. It calls `hook` during each query
+/// about one feature.
 class HookedFeatures : public ornappsupport::feature::FeatureService {
  public:
   explicit HookedFeatures(std::function<void()> hook)
@@ -176,7 +178,7 @@ class HookedFeatures : public ornappsupport::feature::FeatureService {
   std::function<void()> hook_;
 };
 
-/// Like `HookedFeatures`, but also calls the function when the list reads the feature table.
+/// Like `HookedFeatures`, but also calls `hook` when the list reads the feature table.
 class HookedTable : public HookedFeatures {
  public:
   using HookedFeatures::HookedFeatures;

@@ -34,7 +34,7 @@ constexpr char kNewlineKey[] = "$$$/private/ornwhatsnew/Feature/Newline";
 constexpr char kTabKey[] = "$$$/ornwhatsnew/Feature/Detail/Plain/DisplayTemplate/Tab";
 constexpr char kBulletKey[] = "$$$/ornwhatsnew/Feature/Detail/Plain/DisplayTemplate";
 
-// A span as text.
+// A span with a copy of its text instead of its range.
 struct Piece {
   std::u16string text;
   std::optional<StyleID> style;

@@ -46,7 +46,7 @@ TEST(SafeLink, HasAtMost2000Bytes) {
   EXPECT_FALSE(IsSafeLink(u"https://" + std::u16string(1993, u'x')));
 }
 
-TEST(SafeLink, TheResultForUTF16IsTheSame) {
+TEST(SafeLink, IsTheSameInUTF8AndUTF16) {
   for (const char* link : {"https://x", "https://x y", "https://a@b", "https://\u00E9", ""}) {
     EXPECT_EQ(IsSafeLink(link), IsSafeLink(orncore::string::UTF8to16(link))) << link;
   }

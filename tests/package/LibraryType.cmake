@@ -5,8 +5,8 @@
 cmake_minimum_required(VERSION 3.25)
 
 # expect(FOLDER TYPE SOURCE option...)
-# Configures the project SOURCE in FOLDER, whose cache keeps no value of an earlier call. Fails unless
-# the library has the type TYPE.
+# Configures the project SOURCE in FOLDER with the options. The values of BUILD_SHARED_LIBS and
+# ORNWHATSNEW_SHARED from earlier calls have no effect. Fails unless the library has the type TYPE.
 function(expect folder type source)
   execute_process(
     COMMAND ${CMAKE_COMMAND} -S ${source} -B ${WORK}/${folder} -G ${GENERATOR}

@@ -23,8 +23,8 @@ function(read_cache_names folder result)
 endfunction()
 
 # Configures the application twice with the subdirectory and the options. Compares its library and
-# its cache entries with those of the application without the subdirectory. PACKAGES are the prefixes
-# of the packages that the project searches with these options.
+# its cache entries with those of the application without the subdirectory. PACKAGES is a regular
+# expression for the names of the packages for which the project searches with these options.
 function(check_embedding name packages)
   set(folder ${WORK}/${name})
   configure(${folder} -DEMBED=ON ${ARGN})

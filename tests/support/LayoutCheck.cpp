@@ -25,8 +25,9 @@ using ornwhatsnew::TextRange;
 
 namespace {
 
-// A visible character with its style and link. `gap` is the white space before the character, in
-// the form of a layout. `isFirst` is whether the character is in a bullet or begins a paragraph.
+// A visible character with its style and link. `gap` is the white space before the character,
+// converted as in a layout. `isFirst` is whether the character is in a bullet or begins a
+// paragraph.
 struct Character {
   std::u16string units;
   std::optional<StyleID> style;
@@ -107,8 +108,8 @@ std::vector<Character> CharactersOf(const PanelOutcome& panel) {
   return characters;
 }
 
-// Appends the visible characters of `text`. `gap` is the white space before it, and `isFirst` is
-// whether it begins a paragraph or a bullet. Updates both for the next text.
+// Appends the visible characters of `text`. `gap` is the white space before `text`, and `isFirst`
+// is whether `text` begins a paragraph or a bullet. Updates `gap` and `isFirst` for the next call.
 void AddVisible(std::u16string_view text, std::optional<StyleID> style, const std::u16string& link,
                 std::u16string& gap, bool& isFirst, std::vector<Character>& characters) {
   for (std::size_t i = 0; i < text.size();) {
@@ -169,7 +170,8 @@ std::string FirstRangeError(const LayoutParagraph& paragraph, std::u16string_vie
     end += span.range.length;
     if (end < text.size() && IsLow(text[end])) return "a span splits a character";
   }
-  if (end != paragraph.range.begin + paragraph.range.length) return "the spans are not the text";
+  if (end != paragraph.range.begin + paragraph.range.length)
+    return "the spans do not cover the paragraph";
   if (end > text.size()) return "a paragraph after the end of the text";
   const auto own = text.substr(paragraph.range.begin, paragraph.range.length);
   if (own.find_first_of(u"\n\r\t\u2029\uFEFF") != own.npos) return "an invisible character";
@@ -187,7 +189,7 @@ std::string FirstRangeError(const PanelLayout& layout) {
     begin += paragraph.range.length + 1;
   }
   const std::size_t size = layout.paragraphs.empty() ? 0 : begin - 1;
-  return layout.text.size() == size ? "" : "a text outside the paragraphs";
+  return layout.text.size() == size ? "" : "text outside the paragraphs";
 }
 
 // Returns the styles that a paragraph of this kind can contain.

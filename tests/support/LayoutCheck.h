@@ -13,16 +13,16 @@
 
 namespace test_support {
 
-/// Returns the first rule that `layout` violates, or an empty string. `panel` is the display of the
-/// same list with the same options and without a rating placeholder.
+/// Returns a description of the first violation of a rule in `layout`, or an empty string. `panel`
+/// is the display of the same list with the same options and without a rating placeholder.
 ///
-/// The rules: Paragraphs and spans are consistent. Each visible character of the text is in one
-/// paragraph, with the style and the link of its run. White space within a paragraph is converted.
+/// The rules: Spans cover their paragraphs. Each visible character of the text is in one paragraph,
+/// with the style and the link of its run. White space within a paragraph is converted.
 std::string FirstLayoutError(const ornwhatsnew::PanelLayout& layout, const PanelOutcome& panel);
 
-/// Calls every function that returns a layout or counts, and returns the first error, or an empty
-/// string. Compares the results with `panel`, the display of the list with these options and
-/// without a rating placeholder. `state` must be the store of the list.
+/// Calls every function that returns a layout or counts, and compares the results with `panel`, the
+/// display of the list with these options and without a rating placeholder. Returns a description
+/// of the first error, or an empty string. `state` must be the store of the list.
 std::string FirstLayoutError(ornwhatsnew::FeatureListData& list, FakeStateStore& state,
                              unsigned options, const PanelOutcome& panel);
 

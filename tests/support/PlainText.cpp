@@ -117,7 +117,7 @@ std::string PlainLower8(std::string_view text) {
 }
 
 bool PlainEqualIgnoringCase(std::string_view a, std::string_view b) {
-  // The comparisons of ASCII strings with ICU would take almost half of the time of a fuzzer.
+  // Comparing ASCII strings with ICU would take almost half of a fuzzer's time.
   if (IsAscii(a) && IsAscii(b)) {
     return std::ranges::equal(a, b, {}, PlainLowerAscii, PlainLowerAscii);
   }

@@ -11,7 +11,8 @@
 namespace test_support {
 
 /// A fake host whose features, settings, state and dictionary are random. A third of the hosts have
-/// a dictionary. Only one object may exist at a time.
+/// a dictionary. Only one world may exist at a time, because it replaces the services of the
+/// process.
 class RandomWorld {
  public:
   /// `random` must outlive the world.

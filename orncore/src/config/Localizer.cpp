@@ -37,8 +37,8 @@ void ExpandMarkup(UTF16String& text) {
   if (read == UTF16String::npos) return;
   std::size_t written = read;
   while (read < text.size()) {
-    // Most characters are not the start of a mark. Comparing each of them with every mark would
-    // take most of the time.
+    // Most characters do not begin a markup sequence. Comparing each of them with every markup
+    // sequence would take most of the time of this function.
     if (kMarkStarts.find(text[read]) == std::u16string_view::npos) {
       text[written++] = text[read++];
       continue;

@@ -12,8 +12,8 @@
 #include <string>
 #include <vector>
 
-// The class has a form with POSIX functions, and a portable form for other systems. A test defines
-// ORN_PORTABLE_FILES to compile the portable form on a POSIX system.
+// `RegularFile` has one implementation with POSIX functions, and a portable one for other systems.
+// A test defines ORN_PORTABLE_FILES to compile the portable implementation on a POSIX system.
 #if (defined(__unix__) || defined(__APPLE__)) && !defined(ORN_PORTABLE_FILES)
 #define ORN_POSIX_FILES
 #endif

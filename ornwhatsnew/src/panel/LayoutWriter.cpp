@@ -24,9 +24,9 @@ constexpr bool IsVisible(char16_t unit) {
   return !IsWhiteSpace(unit) && unit != kByteOrderMark;
 }
 
-// Returns whether a string needs no changes in the middle of a paragraph. Most strings contain only
-// characters from U+0020 to U+2027. Without this fast check, a layout needs more than 1.5 times as
-// many instructions as the text with its style runs.
+// Returns true only if `CleanText` would not change a string in the middle of a paragraph. Most
+// strings contain only characters from U+0020 to U+2027. Without this fast check, a layout would
+// need more than 1.5 times as many instructions as the text with its style runs.
 bool IsClean(std::u16string_view string) {
   return std::ranges::none_of(string, [](char16_t unit) { return unit < 0x20 || unit > 0x2027; });
 }
@@ -103,8 +103,8 @@ void LayoutWriter::AppendRun(StyleID style, std::u16string_view string, UTF16Str
       end = FindEndOfBlankLine(string);
     }
   }
-  // An adjusted run begins one byte after its string, so it does not cover the first character. It
-  // covers the rest of the string, even if its length reaches past the string.
+  // An adjusted run begins one byte after the start of its string, so it does not cover the first
+  // character. Its span covers the rest of the string, even if the run ends past the string.
   const std::size_t skipped = adjustment.start > 0 ? FirstCharacterLength(string) : 0;
   AppendTemplate(string.substr(0, skipped));
   AppendSpan(style, string.substr(skipped), std::move(link));

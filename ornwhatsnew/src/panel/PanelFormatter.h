@@ -55,7 +55,8 @@ class PanelFormatter {
   void WriteVersion(const FeatureListDetail& change);
   void WriteIssueLink(std::string_view id);
   void WriteCommitLink(const UTF8String& commit);
-  /// Adds a rating record and a rating request of the item, if the caller and the writer need them.
+  /// Adds a rating record of the item if the caller passed a map for the records. In the rating
+  /// view, also adds a rating request if the writer uses rating requests.
   void AddRating(const FeatureListItem& item, const RatingSummary& rating);
 
   /// Returns the unlock label of the item, or null if it has none.

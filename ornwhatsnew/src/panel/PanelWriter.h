@@ -30,7 +30,7 @@ class PanelWriter {
   /// Reserves memory for about `paragraphs` paragraphs with `units` UTF-16 units.
   virtual void Reserve(std::size_t paragraphs, std::size_t units) = 0;
 
-  /// Begins a paragraph of `item`. Begins a paragraph of the whole panel if `item` is null.
+  /// Begins a paragraph of `item`. If `item` is null, the paragraph belongs to the whole panel.
   virtual void BeginParagraph(ParagraphKind kind, const FeatureListItem* item) = 0;
   /// Ends the paragraph. `newline` is the newline template, or empty if the paragraph contains its
   /// own line ends.
@@ -38,8 +38,8 @@ class PanelWriter {
 
   /// Appends `string`, which has no style.
   virtual void AppendTemplate(std::u16string_view string) = 0;
-  /// Appends `string` with a style. `link` is the string of its run, a URL or empty. `adjustment`
-  /// is added to the start and the length of the run.
+  /// Appends `string` with a style. `link` is the string of its run: a URL, or empty. Adds
+  /// `adjustment` to the start and the length of the run.
   virtual void AppendRun(StyleID style, std::u16string_view string, UTF16String link,
                          RunAdjustment adjustment) = 0;
   /// Appends `string` with a style and without a link.
@@ -54,7 +54,7 @@ class PanelWriter {
   /// Appends an unlock label.
   virtual void AppendUnlockLabel(std::u16string_view label) = 0;
 
-  /// Returns whether the panel has rating requests in the rating view.
+  /// Returns whether the writer uses rating requests.
   virtual bool HasRatingRequests() const = 0;
   /// Adds a rating request of `item` after its last change.
   virtual void AddRatingRequest(const FeatureListItem& item, RatingRequest request) = 0;

@@ -81,7 +81,8 @@ struct ShownItem {
   std::vector<Change> changes;
 };
 
-/// Adds to `identities` those under which a displayed item and its changes count as seen.
+/// Adds to `identities` the identities under which a displayed item and its changes count as seen.
+/// In the rating view, adds only the identity of the item.
 void AddSeenIdentities(const ShownItem& shown, const DisplayOptions& options,
                        std::vector<Guid>& identities);
 

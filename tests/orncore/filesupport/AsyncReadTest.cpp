@@ -240,7 +240,7 @@ TEST(Executor, JoinRequestsAStopAndEndsTheThread) {
   EXPECT_TRUE(ended);
 }
 
-TEST(Executor, JoinWaitsOnEachOfSeveralThreads) {
+TEST(Executor, JoinWaitsInEveryThreadThatCallsIt) {
   Executor executor;
   std::latch running(1);
   std::atomic<bool> ended = false;

@@ -1,5 +1,5 @@
-// Tests the portable form of RegularFile, which systems other than POSIX use. The build compiles
-// this program's copy of the class with ORN_PORTABLE_FILES.
+// Tests the portable implementation of RegularFile, for systems without POSIX functions. The build
+// compiles this program's copy of the class with ORN_PORTABLE_FILES.
 #include <cerrno>
 #include <filesystem>
 #include <stop_token>
