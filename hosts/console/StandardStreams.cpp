@@ -56,7 +56,7 @@ bool IsPipe(int descriptor) {
   if (isClosed && outcome.empty()) throw ToolError(ExitStatus::kOutput, "");
   const std::string reason =
       isClosed ? "the reader has closed standard output"
-               : "cannot write standard output: " + std::generic_category().message(error);
+               : "cannot write to standard output: " + std::generic_category().message(error);
   throw ToolError(ExitStatus::kOutput,
                   reason + (outcome.empty() ? "" : "; ") + std::string(outcome));
 }

@@ -114,8 +114,8 @@ class MemoryOfCommandTest : public FaultTest {
   /// Expects that the command threw, printed its failure, or logged it.
   void ExpectReported(const Execution& execution) const {
     if (execution.hasThrown) {
-      // Only the registry can throw, because it copies the argument text before it calls the
-      // command.
+      // The registry has thrown, because it copies the argument text before it calls the command.
+      // The command itself reports its failures and does not throw.
       EXPECT_EQ(execution.output, "");
       return;
     }

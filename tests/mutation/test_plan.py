@@ -31,7 +31,7 @@ SLOW_PROGRAMS = {
     "hosts/console": ("hosts_console_tests",),
 }
 SLOW_SECONDS = 0.15
-# Slower tests run only for mutants of the file that they are named after.
+# A test that takes at least this time runs only for mutants of the file that it is named after.
 VERY_SLOW_SECONDS = 3.0
 # Only these tests of a program run, because its other tests take minutes without optimization.
 FILTERS = {

@@ -20,9 +20,9 @@ namespace test_support {
 /// with the style and the link of its run. White space within a paragraph is converted.
 std::string FirstLayoutError(const ornwhatsnew::PanelLayout& layout, const PanelOutcome& panel);
 
-/// Calls every function that returns a layout or counts, and compares the results with `panel`, the
-/// display of the list with these options and without a rating placeholder. Returns a description
-/// of the first error, or an empty string. `state` must be the store of the list.
+/// Calls every function of the list that returns a layout or numbers of items and changes. Compares
+/// the results with `panel`, the result of a display with the same options and without a rating
+/// placeholder. Returns a description of the first error, or an empty string. `state` must be the store of the list.
 std::string FirstLayoutError(ornwhatsnew::FeatureListData& list, FakeStateStore& state,
                              unsigned options, const PanelOutcome& panel);
 

@@ -52,7 +52,8 @@ class LayoutWriter final : public PanelWriter {
   PanelLayout layout_;
   /// The paragraph that was begun last. Its spans are in `spans_`.
   LayoutParagraph paragraph_;
-  /// A buffer for the spans of all paragraphs, so that each paragraph allocates its spans once.
+  /// The spans of the current paragraph. All paragraphs reuse this buffer, so that each of them
+  /// allocates memory for its spans only once.
   std::vector<LayoutSpan> spans_;
   /// Whether the last string ended with a carriage return. A line feed after it is part of the same
   /// line end.

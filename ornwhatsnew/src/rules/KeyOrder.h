@@ -1,4 +1,4 @@
-// Moves keys within the ordered keys, in linear time.
+// Moves keys to the front or the back of the key order, in linear time.
 #ifndef ORNWHATSNEW_SRC_RULES_KEYORDER_H_
 #define ORNWHATSNEW_SRC_RULES_KEYORDER_H_
 

@@ -78,8 +78,8 @@ bool FailingDisk::MustFail(std::string_view function) {
 
 }  // namespace hosts::common
 
-// The following functions have the names and types of the C library's functions. The linker
-// therefore uses them instead, in the whole process.
+// The following functions have the signatures of functions of the C library. They therefore replace
+// those functions in the whole test program.
 // NOLINTBEGIN(readability-identifier-naming, readability-inconsistent-declaration-parameter-name)
 using hosts::common::Check;
 

@@ -65,7 +65,8 @@ TEST(JsonReader, ReportsTheExpectedTypeAndTheValueFound) {
             R"(file.json: expected true or false, found the string "a\"\n")");
 }
 
-// JSON quoting does not escape DEL or the characters U+0080 to U+009F.
+// The JSON library does not escape DEL or U+0080 to U+009F when it quotes a string, so the reader
+// must escape them.
 TEST(JsonReader, EscapesControlCharactersInQuotations) {
   EXPECT_EQ(ErrorOf("\"\x7F\xC2\x9B\"", [](const JsonReader& reader) { reader.Boolean(); }),
             R"(file.json: expected true or false, found the string "\u007f\u009b")");

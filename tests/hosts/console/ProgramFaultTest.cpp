@@ -33,7 +33,7 @@ using testing::Not;
 using testing::StartsWith;
 
 const std::string kFullOutput =
-    "ornwhatsnew: cannot write standard output: No space left on device";
+    "ornwhatsnew: cannot write to standard output: No space left on device";
 const std::string kClosedOutput = "ornwhatsnew: the reader has closed standard output";
 
 class ProgramFaultTest : public ProgramTest {

@@ -26,7 +26,7 @@ struct alignas(64) Aligned {
 
 // Uses the debug database and the log in its destructor. Static objects are destroyed in the
 // reverse order of their construction, and the database and the log can be constructed later than
-// this object. Therefore they must never be destroyed.
+// this object. Therefore the database and the log must never be destroyed.
 struct LogsWhenDestroyed {
   ~LogsWhenDestroyed() { debug::Log(debug::DebugDatabase::Instance().GetEntry("last entry")); }
 };
