@@ -22,7 +22,8 @@ std::string FirstLayoutError(const ornwhatsnew::PanelLayout& layout, const Panel
 
 /// Calls every function of the list that returns a layout or numbers of items and changes. Compares
 /// the results with `panel`, the result of a display with the same options and without a rating
-/// placeholder. Returns a description of the first error, or an empty string. `state` must be the store of the list.
+/// placeholder. Returns a description of the first error, or an empty string. `state` must be the
+/// store of the list.
 std::string FirstLayoutError(ornwhatsnew::FeatureListData& list, FakeStateStore& state,
                              unsigned options, const PanelOutcome& panel);
 
