@@ -40,6 +40,10 @@ constexpr std::string_view kSchemaMember = "$schema";
 /// times as much memory as its two bytes of text.
 constexpr std::size_t kDescriptionDepth = 3;
 
+/// The maximum number of beta features, which are the only array of a description. Refuse more
+/// features early, because a feature without members takes 70 times the memory of its bytes.
+constexpr std::size_t kMaximumFeatures = 20'000;
+
 void ReadText(const JsonReader& object, std::string_view name, std::string& text) {
   if (const auto member = object.Find(name)) text = member->Text();
 }
@@ -102,7 +106,8 @@ HostDescription ReadHostDescription(const std::filesystem::path& file) {
 }
 
 HostDescription ParseHostDescription(std::string_view json, std::string_view sourceName) {
-  const JsonDocument document = JsonDocument::Parse(json, sourceName, kDescriptionDepth);
+  const JsonDocument document =
+      JsonDocument::Parse(json, sourceName, kDescriptionDepth, kMaximumFeatures);
   const JsonReader object(document);
   std::vector<std::string_view> known(kHostMembers.begin(), kHostMembers.end());
   known.push_back(kSchemaMember);

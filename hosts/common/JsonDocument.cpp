@@ -55,8 +55,7 @@ std::string LineAndColumn(std::string_view text, std::size_t position) {
   const std::size_t lastBreak = before.rfind('\n');
   const std::string_view line =
       lastBreak == std::string_view::npos ? before : before.substr(lastBreak + 1);
-  const auto characters = std::ranges::count_if(
-      line, [](char byte) { return (static_cast<unsigned char>(byte) & 0xC0) != 0x80; });
+  const auto characters = std::ranges::count_if(line, IsCharacterStart);
   return "line " + std::to_string(lines + 1) + ", column " + std::to_string(characters + 1);
 }
 
@@ -76,8 +75,12 @@ std::string ParserDetail(std::string_view message) {
 /// could reject them, but takes quadratic time for objects with many members.
 class DocumentBuilder : public nlohmann::json_sax<json> {
  public:
-  DocumentBuilder(std::string_view text, std::string_view sourceName, std::size_t maximumDepth)
-      : text_(text), sourceName_(sourceName), maximumDepth_(maximumDepth) {}
+  DocumentBuilder(std::string_view text, std::string_view sourceName, std::size_t maximumDepth,
+                  std::size_t maximumElements)
+      : text_(text),
+        sourceName_(sourceName),
+        maximumDepth_(maximumDepth),
+        maximumElements_(maximumElements) {}
 
   json Build() {
     // nlohmann-json stops at a NUL and ignores all bytes after it.
@@ -134,8 +137,13 @@ class DocumentBuilder : public nlohmann::json_sax<json> {
   json& Slot() {
     if (frames_.empty()) return root_;
     const Frame& frame = frames_.back();
-    if (frame.container->is_array()) return frame.container->emplace_back();
-    return *frame.slot;
+    if (!frame.container->is_array()) return *frame.slot;
+    if (elements_ == maximumElements_) {
+      Fail(Path(frames_.size() - 1),
+           "all arrays together have more than " + std::to_string(maximumElements_) + " elements");
+    }
+    ++elements_;
+    return frame.container->emplace_back();
   }
 
   template <class Value>
@@ -175,6 +183,8 @@ class DocumentBuilder : public nlohmann::json_sax<json> {
   std::string_view text_;
   std::string_view sourceName_;
   std::size_t maximumDepth_;
+  std::size_t maximumElements_;
+  std::size_t elements_ = 0;
   json root_;
   std::vector<Frame> frames_;
 };
@@ -182,9 +192,9 @@ class DocumentBuilder : public nlohmann::json_sax<json> {
 }  // namespace
 
 JsonDocument JsonDocument::Parse(std::string_view text, std::string_view sourceName,
-                                 std::size_t maximumDepth) {
+                                 std::size_t maximumDepth, std::size_t maximumElements) {
   return JsonDocument(std::string(sourceName),
-                      DocumentBuilder(text, sourceName, maximumDepth).Build());
+                      DocumentBuilder(text, sourceName, maximumDepth, maximumElements).Build());
 }
 
 JsonDocument::JsonDocument(std::string sourceName, json value)

@@ -87,6 +87,17 @@ TEST(HostDescription, HasADefaultForEveryFeatureMember) {
   EXPECT_FALSE(feature.availableForUser);
 }
 
+TEST(HostDescription, LimitsTheNumberOfFeatures) {
+  const auto description = [](int features) {
+    std::string text = R"({"betaFeatures":[{})";
+    for (int i = 1; i < features; ++i) text += ",{}";
+    return text + "]}";
+  };
+  EXPECT_EQ(ErrorOf(description(20'000)), "");
+  EXPECT_EQ(ErrorOf(description(20'001)),
+            "host.json: /betaFeatures: all arrays together have more than 20000 elements");
+}
+
 TEST(HostDescription, ErrorsNameTheFileThePathAndTheProblem) {
   const struct {
     std::string_view json;

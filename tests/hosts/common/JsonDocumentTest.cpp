@@ -109,6 +109,21 @@ TEST(JsonDocument, LimitsTheDepth) {
   EXPECT_THAT(ErrorOf(R"({"a":[0,)" + std::string(99, '[')), HasSubstr("file.json: /a/1/0/0/0"));
 }
 
+TEST(JsonDocument, LimitsTheElementsOfAllArraysTogether) {
+  const auto parse = [](std::string_view text) {
+    JsonDocument::Parse(text, "file.json", JsonDocument::kMaximumDepth, 3);
+  };
+  EXPECT_NO_THROW(parse(R"({"a":[1,2],"b":[{"c":{},"d":0}],"e":{}})"));
+  for (const char* text : {"[1,2,3,4]", "[[],[],[[]]]", R"({"a":[1,2],"b":[1,2]})"}) {
+    EXPECT_THROW(parse(text), JsonError) << text;
+  }
+  try {
+    parse(R"({"a":[1,2],"b":[1,2]})");
+  } catch (const JsonError& error) {
+    EXPECT_STREQ(error.what(), "file.json: /b: all arrays together have more than 3 elements");
+  }
+}
+
 // nlohmann-json treats a NUL as the end of the text.
 TEST(JsonDocument, RejectsNul) {
   const struct {
