@@ -1,6 +1,6 @@
-// Reads a generated host description, and prints the size of the description and the peak memory
-// use. `./dev check growth` checks this peak, and counts the instructions of the reader for
-// descriptions of 100 KB and 1 MB.
+// Reads a generated host description or state store, and prints the size of the text and the peak
+// memory use. `./dev check growth` checks this peak, and counts the instructions of the reader for
+// texts of 100 KB and 1 MB.
 #include <cstdlib>
 #include <iostream>
 #include <map>
@@ -10,16 +10,20 @@
 #include "benchmarks/support/ByteCounter.h"
 #include "hosts/common/HostDescription.h"
 #include "hosts/common/JsonDocument.h"
+#include "hosts/common/StateFormat.h"
 
 namespace {
 
-/// A description that consists of `begin`, many copies of `item`, and `end`. In each copy, a
-/// different number replaces each "#". `isValid` is whether the reader must accept the description.
+enum class Reader { kHostDescription, kState };
+
+/// A text that consists of `begin`, many copies of `item`, and `end`. In each copy, a different
+/// number replaces each "#". `isValid` is whether the reader must accept the text.
 struct Shape {
   std::string begin;
   std::string item;
   std::string end;
   bool isValid;
+  Reader reader = Reader::kHostDescription;
 };
 
 std::string Repeated(std::string_view text, int count) {
@@ -42,12 +46,20 @@ const std::map<std::string_view, Shape>& Shapes() {
       {"deep",
        {R"({"debug":[)", Repeated(R"({"name":)", 97) + "0" + Repeated("}", 97) + ",", "0]}",
         false}},
+      {"empty-objects", {R"({"betaFeatures":[)", "{},", "{}]}", false}},
+      {"state-empty-arrays", {"[", "[],", "[]]", false, Reader::kState}},
+      {"state-nested-arrays",
+       {R"({"values":[)", Repeated("[", 97) + Repeated("]", 97) + ",", "0]}", false,
+        Reader::kState}},
+      {"state-texts",
+       {R"({"format":"ornwhatsnew state","formatVersion":1,"values":{)",
+        R"("WhatsNew.Key.#":"4.3.0.118 4.2.0.97",)", R"("":""}})", true, Reader::kState}},
       {"long-paths", {R"({"betaFeatures":[{")", "name#", R"(":[{"a":0,"a":0}]}]})", false}},
   };
   return shapes;
 }
 
-std::string Description(const Shape& shape, std::size_t bytes) {
+std::string Text(const Shape& shape, std::size_t bytes) {
   std::string text = shape.begin;
   for (std::size_t number = 0; text.size() + shape.end.size() < bytes; ++number) {
     for (const char character : shape.item) {
@@ -61,11 +73,17 @@ std::string Description(const Shape& shape, std::size_t bytes) {
   return text + shape.end;
 }
 
-bool Reads(std::string_view text) {
+bool Reads(Reader reader, std::string_view text) {
   try {
-    hosts::common::ParseHostDescription(text, "host.json");
+    if (reader == Reader::kState) {
+      hosts::common::ParseState(text, "state.json");
+    } else {
+      hosts::common::ParseHostDescription(text, "host.json");
+    }
     return true;
   } catch (const hosts::common::JsonError&) {
+    return false;
+  } catch (const hosts::common::StateStoreError&) {
     return false;
   }
 }
@@ -81,10 +99,10 @@ int main(int argc, char** argv) {
     std::cerr << '\n';
     return 2;
   }
-  const std::string text = Description(shape->second, bytes);
+  const std::string text = Text(shape->second, bytes);
   const std::size_t before = benchmarks::LiveBytes();
   benchmarks::RestartPeak();
-  if (Reads(text) != shape->second.isValid) return 1;
+  if (Reads(shape->second.reader, text) != shape->second.isValid) return 1;
   // Add the size of the text, because the caller of the reader keeps the text in memory.
   std::cout << text.size() << ' ' << benchmarks::PeakBytes() - before + text.size() << '\n';
 }

@@ -28,9 +28,9 @@ void RequireErrorText(std::string_view message) {
           "an error message names the file");
   Require(message.ends_with(" with --state"), "an error message states what the user can do");
   Require(orncore::string::IsWellFormedUTF8(message), "an error message is well-formed UTF-8");
-  Require(
-      std::ranges::none_of(message, [](char c) { return static_cast<unsigned char>(c) < 0x20; }),
-      "an error message is one line without control characters");
+  const auto isControl = [](char16_t c) { return c < 0x20 || (c >= 0x7F && c < 0xA0); };
+  Require(std::ranges::none_of(orncore::string::UTF8to16(message), isControl),
+          "an error message is one line without control characters");
 }
 
 std::optional<StateValues> Parse(std::string_view text) {
@@ -70,12 +70,14 @@ bool IsState(const json& value) {
 void Run(std::string_view text) {
   const std::optional<StateValues> values = Parse(text);
   // `ParseStrictly` treats NUL as the end of the text and ignores the bytes after it.
-  if (text.find('\0') != std::string_view::npos) return;
+  if (text.find('\0') != std::string_view::npos) {
+    Require(!values, "a text with NUL is rejected");
+    return;
+  }
   const json read = ParseStrictly(text);
-  RequireEqual(values.has_value(), text.empty() || IsState(read),
-               "a text is accepted if and only if it is empty or a state");
+  RequireEqual(values.has_value(), IsState(read), "states are accepted, other texts are rejected");
   if (!values) return;
-  if (!text.empty()) Require(json(*values) == read["values"], "every value is read unchanged");
+  Require(json(*values) == read["values"], "every value is read unchanged");
   const std::string written = hosts::common::FormatState(*values, "state.json");
   Require(Parse(written) == values, "writing and reading a state does not change it");
 }

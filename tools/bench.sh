@@ -69,7 +69,8 @@ stage_growth() {
     require_linear "$function" || status=1
   done
   local shape
-  for shape in objects texts duplicates duplicate-objects late-duplicate deep long-paths; do
+  for shape in objects empty-objects texts duplicates duplicate-objects late-duplicate deep long-paths \
+    state-texts state-empty-arrays state-nested-arrays; do
     require_linear_json "$shape" || status=1
   done
   return "$status"
@@ -103,8 +104,8 @@ instructions_in() {
   echo "${line//[, ]/}"
 }
 
-# Fails if the reader of host descriptions needs more than 11 times as many instructions for 1 MB as for
-# 100 KB, or more than 20 bytes of memory for each byte of its input.
+# Fails if the reader of host descriptions or state stores needs more than 11 times as many instructions for
+# 1 MB as for 100 KB, or more than 20 bytes of memory for each byte of its input.
 require_linear_json() {
   local shape=$1 few many bytes peak
   read -r few bytes peak <<<"$(measure_json "$shape" 100000)"
@@ -116,14 +117,14 @@ require_linear_json() {
   ((peak <= 20 * bytes)) || { echo "FAILED: more than 20 bytes of memory per byte" && return 1; }
 }
 
-# Prints three numbers for a description of this shape and size: the instructions that ParseHostDescription
-# and its callees execute, the actual size of the description, and the peak memory use in bytes.
+# Prints three numbers for a text of this shape and size: the instructions that the reader and its callees
+# execute, the actual size of the text, and the peak memory use in bytes.
 measure_json() {
   local shape=$1 bytes=$2 counts
   counts=$(log_file "growth-$shape-$bytes")
   local sizes
   sizes=$(valgrind --tool=callgrind --callgrind-out-file="$counts.callgrind" --collect-atstart=no \
-    --toggle-collect='hosts::common::ParseHostDescription*' \
+    --toggle-collect='hosts::common::ParseHostDescription*' --toggle-collect='hosts::common::ParseState*' \
     build/bench/bin/json_growth_probe "$shape" "$bytes" 2>"$counts") &&
     echo "$(sed -n 's/^summary: //p' "$counts.callgrind") $sizes"
 }

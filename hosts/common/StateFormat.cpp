@@ -19,6 +19,14 @@ constexpr std::string_view kFormatMember = "format";
 constexpr std::string_view kVersionMember = "formatVersion";
 constexpr std::string_view kValuesMember = "values";
 
+/// The depth of the object with the values. Refuse deeper input early, because nested arrays and
+/// objects take thirty times the memory of their bytes.
+constexpr std::size_t kStateDepth = 2;
+
+/// The maximum number of array elements. A state has no arrays, but a newer version may have some,
+/// and its message must say that it is newer.
+constexpr std::size_t kMaximumElements = 1000;
+
 [[noreturn]] void FailWriting(const std::filesystem::path& file, std::string_view reason) {
   throw StateStoreError("cannot write the state store '" + file.native() +
                         "': " + std::string(reason));
@@ -45,9 +53,16 @@ StateValues ReadState(const JsonReader& root, const std::filesystem::path& file)
 }  // namespace
 
 StateValues ParseState(std::string_view text, const std::filesystem::path& file) {
-  if (text.empty()) return {};
+  // A write syncs the file before the rename, so no write of this program leaves an empty file.
+  // The user may have given the empty file another purpose.
+  if (text.empty()) {
+    throw StateStoreError("cannot use the state store '" + file.native() +
+                          "': the file is empty; delete it if you do not need it, or name "
+                          "another one with --state");
+  }
   try {
-    const JsonDocument document = JsonDocument::Parse(text, "'" + file.native() + "'");
+    const JsonDocument document =
+        JsonDocument::Parse(text, "'" + file.native() + "'", kStateDepth, kMaximumElements);
     return ReadState(JsonReader(document), file);
   } catch (const JsonError& error) {
     throw StateStoreError(std::string("cannot use the state store ") + error.what() +

@@ -19,12 +19,13 @@
 
 namespace hosts::common {
 
-/// The maximum size of a state file in bytes. A million identities take 37 MB.
+/// The maximum size of a state file in bytes. A million identities take 37 MB. `FormatState` writes
+/// each non-ASCII character as an escape of 6 or 12 bytes. A file of another program with such
+/// characters may therefore be small enough to be read, but too large to be changed.
 inline constexpr std::size_t kMaximumStateSize = std::size_t{64} << 20;
 
-/// Returns the values in the text of a state file. Returns no values for an empty text, because a
-/// power failure can leave an empty file. Throws `StateStoreError` if the text is not a state or if
-/// a newer version of this program wrote it. The message names `file`.
+/// Returns the values in the text of a state file. Throws `StateStoreError` if the text is empty,
+/// if it is not a state or if a newer version of this program wrote it. The message names `file`.
 StateValues ParseState(std::string_view text, const std::filesystem::path& file);
 
 /// Returns the text of a state file with `values`, in ASCII. Throws `StateStoreError` if a key or a

@@ -123,6 +123,23 @@ TEST_F(StateStoreFaultTest, RejectsATruncatedStore) {
   }
 }
 
+TEST_F(StateStoreFaultTest, RejectsAnEmptyFile) {
+  // No write of the program leaves an empty file, so the file has another purpose.
+  folder_.Write("state.json", "");
+  ExpectRejected("the file is empty; delete it if you do not need it");
+}
+
+TEST_F(StateStoreFaultTest, RejectsDeepOrLongArraysEarly) {
+  std::string deep = R"({"values":)";
+  for (int i = 0; i < 50; ++i) deep += "[";
+  folder_.Write("state.json", deep);
+  ExpectRejected("nested more than 2 deep");
+  std::string wide = "[[]";
+  for (int i = 0; i < 2000; ++i) wide += ",[]";
+  folder_.Write("state.json", wide + "]");
+  ExpectRejected("all arrays together have more than 1000 elements");
+}
+
 TEST_F(StateStoreFaultTest, RejectsAStoreWithDestroyedBytes) {
   WriteValue(kKey, "text");
   std::string bytes = ReadTextFile(File());

@@ -255,14 +255,6 @@ TEST_F(StateStoreForgery, AForgedStoreIsRejectedAndKept) {
 
 using StateStorePowerFailure = StateStoreFilesTest;
 
-TEST_F(StateStorePowerFailure, CommitsIfAnEarlierCommitLeftAnEmptyStore) {
-  folder_.Write("state.json", "");
-  folder_.Write("state.json.lock", "");
-  EXPECT_EQ("", StoredValue(File()));
-  WriteValue(File(), "text");
-  EXPECT_EQ("text", StoredValue(File()));
-}
-
 TEST_F(StateStorePowerFailure, CommitsIfAnEarlierCommitLeftATemporaryFile) {
   for (const std::string& left :
        {std::string(), std::string("{\n  \"format\": \"ornw"), std::string(5000, '\0')}) {

@@ -190,15 +190,6 @@ TEST_F(StateStoreTest, ACommitWithoutChangesDoesNotWrite) {
   EXPECT_EQ(before, std::filesystem::last_write_time(File()));
 }
 
-TEST_F(StateStoreTest, AnEmptyFileIsAnEmptyStore) {
-  folder_.Write("deep/state.json", "");
-  EXPECT_THAT(StateStore(File()).Values(), IsEmpty());
-  StateStore(File()).Reset();
-  EXPECT_EQ(0U, std::filesystem::file_size(File()));
-  WriteValue(kOtherKey, "text");
-  EXPECT_EQ("text", StoredValue(kOtherKey));
-}
-
 TEST_F(StateStoreTest, RecreatesADeletedStore) {
   WriteValue(kAllSeenItemsKey, "a");
   StateStore store(File());
