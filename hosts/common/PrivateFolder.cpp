@@ -98,6 +98,19 @@ void ThrowIf(const std::error_code& error, const fs::path& file) {
 }
 
 }  // namespace
+/// Throws if a ".." in the folder of `file` does not follow an existing folder. The system then
+/// finds no file. `weakly_canonical` would remove the ".." and the name before it, and a write
+/// would create a file that a read of the same path does not find.
+void RequireFoldersBeforeParents(const fs::path& file) {
+  fs::path path;
+  for (const fs::path& name : file.parent_path()) {
+    path /= name;
+    std::error_code error;
+    if (name == "..") static_cast<void>(fs::status(path, error));
+    ThrowIf(error, file);
+  }
+}
+
 
 void ThrowSystemError(std::string_view problem, const fs::path& file) {
   const std::error_code error = ErrorCode(errno);
@@ -117,6 +130,7 @@ fs::path ResolveLinks(fs::path file) {
   const fs::path name = file.filename();
   if (name.empty() || name == "." || name == "..") ThrowIf(ErrorCode(EISDIR), file);
   const fs::path folder = fs::weakly_canonical(file.parent_path(), error);
+  RequireFoldersBeforeParents(file);
   ThrowIf(error, file);
   return folder / name;
 }

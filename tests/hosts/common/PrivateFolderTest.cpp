@@ -40,6 +40,18 @@ TEST_F(PrivateFolderTest, DoesNotFollowALinkThatReplacedAFolder) {
   EXPECT_TRUE(fs::is_empty(folder_.Path() / "victim"));
 }
 
+TEST_F(PrivateFolderTest, RefusesAParentOfAMissingFolder) {
+  // The system finds no file at such a path, although the shortened path names one.
+  folder_.Write("file", "");
+  for (const char* path : {"missing/../state.json", "a/missing/../../state.json"}) {
+    EXPECT_EQ(ENOENT, ErrorOf([&] { ResolveLinks(folder_.Path() / path); })) << path;
+  }
+  EXPECT_EQ(ENOTDIR, ErrorOf([&] { ResolveLinks(folder_.Path() / "file/../state.json"); }));
+  fs::create_directory(folder_.Path() / "a");
+  EXPECT_EQ(fs::canonical(folder_.Path()) / "state.json",
+            ResolveLinks(folder_.Path() / "a/../state.json"));
+}
+
 TEST_F(PrivateFolderTest, RefersToTheOpenedFolderAfterTheFolderIsReplaced) {
   const PrivateFolder folder(folder_.Path() / "a");
   fs::rename(folder_.Path() / "a", folder_.Path() / "moved");

@@ -106,6 +106,20 @@ TEST_F(StateStoreLinks, RejectsThePathOfAFolderThatDoesNotExist) {
 }
 
 TEST_F(StateStoreLinks, AHardLinkToTheStoreKeepsTheOldContent) {
+TEST_F(StateStoreLinks, ALinkToAnEmptyFileDoesNotOverwriteIt) {
+  fs::create_symlink(folder_.Write("notes", ""), File());
+  EXPECT_THAT(StoreErrorOf([&] { WriteValue(File(), "text"); }), HasSubstr("the file is empty"));
+  EXPECT_EQ("", ReadTextFile(folder_.Path() / "notes"));
+}
+
+TEST_F(StateStoreLinks, RejectsAParentOfAMissingFolder) {
+  // The system finds no file at this path, so a read of a store there would find nothing.
+  EXPECT_THAT(
+      StoreErrorOf([&] { WriteValue(folder_.Path() / "missing" / ".." / "state.json", "text"); }),
+      AllOf(HasSubstr("No such file or directory"), HasSubstr("--state")));
+  EXPECT_TRUE(fs::is_empty(folder_.Path()));
+}
+
   WriteValue(File(), "old");
   fs::create_hard_link(File(), folder_.Path() / "backup.json");
   WriteValue(File(), "new");
