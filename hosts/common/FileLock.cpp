@@ -6,7 +6,6 @@
 
 #include <fcntl.h>
 #include <sys/file.h>
-#include <sys/stat.h>
 
 namespace hosts::common {
 namespace {
@@ -31,11 +30,7 @@ std::optional<FileLock> FileLock::Acquire(const PrivateFolder& folder, const std
 }
 
 bool FileLock::IsInPlace() const {
-  struct stat locked {};
-  struct stat named {};
-  return ::fstat(file_.Number(), &locked) == 0 &&
-         ::fstatat(folder_->Descriptor(), name_.c_str(), &named, AT_SYMLINK_NOFOLLOW) == 0 &&
-         locked.st_dev == named.st_dev && locked.st_ino == named.st_ino;
+  return folder_->IsNameOf(name_, file_);
 }
 
 FileLock::FileLock(const PrivateFolder& folder, const std::string& name)

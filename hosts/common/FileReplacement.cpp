@@ -29,11 +29,39 @@ FileReplacement::FileReplacement(const PrivateFolder& folder, const std::string&
       file_(CreateAnew(folder_, temporaryName_)) {}
 
 FileReplacement::~FileReplacement() {
-  if (!isCommitted_) ::unlinkat(folder_.Descriptor(), temporaryName_.c_str(), 0);
+  // If another program has deleted the lock file, a third program may be writing a temporary file
+  // with the same name.
+  if (folder_.IsNameOf(temporaryName_, file_)) {
+    ::unlinkat(folder_.Descriptor(), temporaryName_.c_str(), 0);
+  }
+}
+
+void FileReplacement::CopyModeAndOwner(const FileDescriptor& replaced) const {
+  struct stat from {};
+  struct stat to {};
+  if (::fstat(replaced.Number(), &from) != 0 || ::fstat(file_.Number(), &to) != 0) {
+    ThrowSystemError("cannot read the mode of", folder_.PathOf(name_));
+  }
+  // A rename needs no permission to write to the file. A user who withdraws this permission expects
+  // that the file does not change.
+  if (::faccessat(folder_.Descriptor(), name_.c_str(), W_OK, AT_EACCESS) != 0) {
+    ThrowSystemError("cannot write", folder_.PathOf(name_));
+  }
+  constexpr auto kUnchanged = static_cast<uid_t>(-1);
+  const bool hasGroup =
+      from.st_gid == to.st_gid || ::fchown(file_.Number(), kUnchanged, from.st_gid) == 0;
+  const mode_t mode = from.st_mode & (hasGroup ? 0777U : 0707U);
+  if (::fchmod(file_.Number(), mode) != 0) {
+    ThrowSystemError("cannot set the mode of", folder_.PathOf(temporaryName_));
+  }
+  // Only root can give a file to its former owner. Otherwise, the file belongs to the user who
+  // writes it, as any new file does.
+  if (from.st_uid != to.st_uid) {
+    static_cast<void>(::fchown(file_.Number(), from.st_uid, static_cast<gid_t>(-1)));
+  }
 }
 
 void FileReplacement::Write(std::string_view bytes) const {
-  KeepModeAndOwner();
   while (!bytes.empty()) {
     const ssize_t count =
         RetryInterrupted([&] { return ::write(file_.Number(), bytes.data(), bytes.size()); });
@@ -46,34 +74,13 @@ void FileReplacement::Write(std::string_view bytes) const {
   }
 }
 
-void FileReplacement::Commit() {
+bool FileReplacement::Commit() const {
   const int folder = folder_.Descriptor();
   if (::renameat(folder, temporaryName_.c_str(), folder, name_.c_str()) != 0) {
     ThrowSystemError("cannot replace", folder_.PathOf(name_));
   }
-  isCommitted_ = true;
   folder_.Sync();
-}
-
-void FileReplacement::KeepModeAndOwner() const {
-  struct stat replaced {};
-  if (::fstatat(folder_.Descriptor(), name_.c_str(), &replaced, AT_SYMLINK_NOFOLLOW) != 0) {
-    if (errno == ENOENT) return;
-    ThrowSystemError("cannot read the mode of", folder_.PathOf(name_));
-  }
-  // A rename needs no permission to write to the file. A user who removes this permission expects
-  // the file not to change.
-  if (::faccessat(folder_.Descriptor(), name_.c_str(), W_OK, AT_EACCESS) != 0) {
-    ThrowSystemError("cannot write", folder_.PathOf(name_));
-  }
-  // Only root can change the owner of a file. If another user replaces the file, the new file
-  // belongs to that user.
-  if (::fchown(file_.Number(), replaced.st_uid, replaced.st_gid) != 0 && errno != EPERM) {
-    ThrowSystemError("cannot set the owner of", folder_.PathOf(temporaryName_));
-  }
-  if (::fchmod(file_.Number(), replaced.st_mode & 0777U) != 0) {
-    ThrowSystemError("cannot set the mode of", folder_.PathOf(temporaryName_));
-  }
+  return folder_.IsNameOf(name_, file_);
 }
 
 }  // namespace hosts::common

@@ -20,29 +20,30 @@ class FileReplacement {
   /// object. Deletes a temporary file that a killed program has left.
   FileReplacement(const PrivateFolder& folder, const std::string& name);
 
-  /// Deletes the temporary file unless `Commit` has renamed it.
+  /// Deletes the temporary file unless `Commit` has renamed it or another program has replaced it.
   ~FileReplacement();
   FileReplacement(const FileReplacement&) = delete;
   FileReplacement& operator=(const FileReplacement&) = delete;
 
-  /// Writes `bytes` to the temporary file and waits until they are on the disk. If the file to
-  /// replace exists, gives the temporary file its mode and, if possible, its owner. Throws if the
-  /// user has no permission to write to the file to replace.
+  /// Gives the temporary file the mode of `replaced`, which is the open file that it will replace,
+  /// and, if possible, its group and its owner. If the group is not possible, withholds the
+  /// permissions of the group. Throws if the user has no permission to write to that file.
+  void CopyModeAndOwner(const FileDescriptor& replaced) const;
+
+  /// Writes `bytes` to the temporary file and waits until they are on the disk.
   void Write(std::string_view bytes) const;
 
   /// Renames the temporary file to the name of the file, and waits until the rename is on the disk.
   /// If only this wait fails, `Commit` throws although it has replaced the file. A power failure
-  /// can then restore the old file.
-  void Commit();
+  /// can then restore the old file. Returns false if the name then belongs to another file, because
+  /// another program has replaced the temporary file or the new file.
+  [[nodiscard]] bool Commit() const;
 
  private:
-  void KeepModeAndOwner() const;
-
   const PrivateFolder& folder_;
   std::string name_;
   std::string temporaryName_;
   FileDescriptor file_;
-  bool isCommitted_ = false;
 };
 
 }  // namespace hosts::common

@@ -15,9 +15,10 @@ namespace fs = std::filesystem;
 /// The maximum number of symbolic links to follow in a row. Linux has the same limit.
 constexpr int kMaximumLinks = 40;
 
-/// Sets the umask of the process to 077 while the object exists, so that a new file or folder has
-/// the mode 0600 or 0700 from the start. If the mode were changed after the creation, another
-/// program could replace the file before the change.
+/// Sets the umask of the process while the object exists, so that new files and folders have
+/// exactly the modes 0600 and 0700. A umask such as 0277 would otherwise withhold the user's own
+/// permissions. The modes are not changed afterwards, because another program could replace the
+/// file in the meantime.
 class PrivateUmask {
  public:
   PrivateUmask() : lock_(mutex_), before_(::umask(077)) {}
@@ -97,7 +98,6 @@ void ThrowIf(const std::error_code& error, const fs::path& file) {
   if (error) throw std::system_error(error, "cannot open '" + file.native() + "'");
 }
 
-}  // namespace
 /// Throws if a ".." in the folder of `file` does not follow an existing folder. The system then
 /// finds no file. `weakly_canonical` would remove the ".." and the name before it, and a write
 /// would create a file that a read of the same path does not find.
@@ -111,6 +111,7 @@ void RequireFoldersBeforeParents(const fs::path& file) {
   }
 }
 
+}  // namespace
 
 void ThrowSystemError(std::string_view problem, const fs::path& file) {
   const std::error_code error = ErrorCode(errno);
@@ -129,8 +130,8 @@ fs::path ResolveLinks(fs::path file) {
   if (error != std::errc::no_such_file_or_directory) ThrowIf(error, file);
   const fs::path name = file.filename();
   if (name.empty() || name == "." || name == "..") ThrowIf(ErrorCode(EISDIR), file);
-  const fs::path folder = fs::weakly_canonical(file.parent_path(), error);
   RequireFoldersBeforeParents(file);
+  const fs::path folder = fs::weakly_canonical(file.parent_path(), error);
   ThrowIf(error, file);
   return folder / name;
 }
@@ -144,6 +145,14 @@ FileDescriptor PrivateFolder::Open(const std::string& name, int flags) const {
   }));
   if (file.Number() < 0) ThrowSystemError("cannot open", PathOf(name));
   return file;
+}
+
+bool PrivateFolder::IsNameOf(const std::string& name, const FileDescriptor& file) const {
+  struct stat opened {};
+  struct stat named {};
+  return ::fstat(file.Number(), &opened) == 0 &&
+         ::fstatat(Descriptor(), name.c_str(), &named, AT_SYMLINK_NOFOLLOW) == 0 &&
+         opened.st_dev == named.st_dev && opened.st_ino == named.st_ino;
 }
 
 void PrivateFolder::Sync() const {

@@ -41,6 +41,10 @@ class PrivateFolder {
   /// the process to 077 during the call.
   FileDescriptor Open(const std::string& name, int flags) const;
 
+  /// Returns whether `name` is a name of the open file `file`. Returns false if the name is a link
+  /// to this file, and on failure.
+  bool IsNameOf(const std::string& name, const FileDescriptor& file) const;
+
   /// Returns after all changes of names in this folder are on the disk. Does nothing if the file
   /// system cannot sync folders.
   void Sync() const;

@@ -1,13 +1,19 @@
 #include "hosts/common/StateFile.h"
 
+#include <array>
 #include <cerrno>
 #include <string>
 #include <string_view>
 #include <system_error>
 #include <utility>
 
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
 #include <orncore/config/TopLevel.h>
 
+#include "hosts/common/FileDescriptor.h"
 #include "hosts/common/FileLock.h"
 #include "hosts/common/FileReplacement.h"
 #include "hosts/common/PrivateFolder.h"
@@ -70,12 +76,61 @@ FileLock LockFor(const PrivateFolder& folder, const std::filesystem::path& file,
       ": another program has locked it; wait for that program or end it, and try again");
 }
 
+[[noreturn]] void FailReplaced(const std::filesystem::path& file, std::string_view replaced) {
+  throw StateStoreError("cannot write " + Named(file) +
+                        ": another program has deleted or replaced " + std::string(replaced) +
+                        "; try again");
+}
+
+/// Opens the store `file`, which is in `folder`. Returns `std::nullopt` if it does not exist.
+std::optional<FileDescriptor> OpenStore(const PrivateFolder& folder,
+                                        const std::filesystem::path& file) {
+  try {
+    return folder.Open(file.filename(), O_RDONLY);
+  } catch (const std::system_error& error) {
+    const int number = error.code().value();
+    if (number == ENOENT) return std::nullopt;
+    // The store is a socket, or another program has replaced it by a symbolic link.
+    FailReading(file, number == ENXIO || number == ELOOP ? EOPNOTSUPP : number);
+  }
+}
+
+/// Returns the values in the open store. The path `file` is only for messages, because another
+/// program may have replaced the file or its folder.
+StateValues ReadOpenStore(const FileDescriptor& store, const std::filesystem::path& file) {
+  struct stat status {};
+  if (::fstat(store.Number(), &status) != 0) FailReading(file, errno);
+  if (S_ISDIR(status.st_mode)) FailReading(file, EISDIR);
+  if (!S_ISREG(status.st_mode)) FailReading(file, EOPNOTSUPP);
+  std::string text;
+  std::array<char, 65536> bytes{};
+  for (;;) {
+    const ssize_t count =
+        RetryInterrupted([&] { return ::read(store.Number(), bytes.data(), bytes.size()); });
+    if (count < 0) FailReading(file, errno);
+    if (count == 0) return ParseState(text, file);
+    text.append(bytes.data(), static_cast<std::size_t>(count));
+    if (text.size() > kMaximumStateSize) FailReading(file, EFBIG);
+  }
+}
+
+/// Returns whether the name of the store still belongs to the file that was read. If there was no
+/// file, returns whether there is still none.
+bool IsStoreInPlace(const PrivateFolder& folder, const std::string& name,
+                    const std::optional<FileDescriptor>& store) {
+  if (store) return folder.IsNameOf(name, *store);
+  struct stat status {};
+  return ::fstatat(folder.Descriptor(), name.c_str(), &status, AT_SYMLINK_NOFOLLOW) != 0 &&
+         errno == ENOENT;
+}
+
 /// Changes `file`, whose path contains no symbolic links.
 StateValues ChangeResolved(const std::filesystem::path& file, std::chrono::milliseconds patience,
                            const std::function<void(StateValues&)>& change) {
   const PrivateFolder folder(file.parent_path());
   const FileLock lock = LockFor(folder, file, patience);
-  const StateValues before = ReadStateFile(file).value_or(StateValues());
+  const std::optional<FileDescriptor> store = OpenStore(folder, file);
+  const StateValues before = store ? ReadOpenStore(*store, file) : StateValues();
   StateValues after = before;
   change(after);
   if (after == before) {
@@ -84,13 +139,14 @@ StateValues ChangeResolved(const std::filesystem::path& file, std::chrono::milli
     folder.Sync();
     return after;
   }
-  FileReplacement replacement(folder, file.filename());
+  const FileReplacement replacement(folder, file.filename());
+  if (store) replacement.CopyModeAndOwner(*store);
   replacement.Write(FormatState(after, file));
-  if (!lock.IsInPlace()) {
-    throw StateStoreError("cannot write " + Named(file) +
-                          ": another program has deleted or replaced its lock file; try again");
-  }
-  replacement.Commit();
+  if (!IsStoreInPlace(folder, file.filename(), store)) FailReplaced(file, "the file");
+  if (!lock.IsInPlace()) FailReplaced(file, "its lock file");
+  if (!replacement.Commit()) FailReplaced(file, "the file");
+  // Without the lock, a third program may have read the old store and will overwrite the new one.
+  if (!lock.IsInPlace()) FailReplaced(file, "its lock file");
   return after;
 }
 

@@ -24,8 +24,9 @@ std::optional<StateValues> ReadStateFile(const std::filesystem::path& file);
 /// followed by ".lock". Other programs wait for this lock before they write. The function waits at
 /// most `patience` for this lock.
 ///
-/// Throws `StateStoreError` on failure. The file is then unchanged, unless only the sync of its
-/// folder has failed; see `FileReplacement::Commit`.
+/// Throws `StateStoreError` on failure, and if another program replaces the file or the lock file
+/// in the meantime. The file is then unchanged, unless only the sync of its folder has failed, or
+/// another program replaced a file during the rename; see `FileReplacement::Commit`.
 StateValues ChangeStateFile(const std::filesystem::path& file, std::chrono::milliseconds patience,
                             const std::function<void(StateValues&)>& change);
 

@@ -7,8 +7,10 @@
 #include <filesystem>
 #include <stdexcept>
 #include <system_error>
+#include <utility>
 
 #include <fcntl.h>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <sys/syscall.h>
 #include <unistd.h>
@@ -26,11 +28,17 @@ int Check(std::string_view function, const std::string& path) {
   return -1;
 }
 
-int Check(std::string_view function, int file) {
-  if (currentDisk == nullptr) return 0;
+std::string PathOf(int file) {
   std::error_code ignored;
-  return Check(function,
-               std::filesystem::read_symlink("/proc/self/fd/" + std::to_string(file), ignored));
+  return std::filesystem::read_symlink("/proc/self/fd/" + std::to_string(file), ignored);
+}
+
+int Check(std::string_view function, int file) {
+  return currentDisk == nullptr ? 0 : Check(function, PathOf(file));
+}
+
+std::string CallOf(std::string_view function, const std::filesystem::path& file) {
+  return std::string(function) + " " + file.filename().native();
 }
 
 bool NeedsSpace(std::string_view function) {
@@ -59,10 +67,23 @@ void FailingDisk::FailAt(int n, DiskFault fault, DiskFaultExtent extent) {
   extent_ = extent;
 }
 
+void FailingDisk::RunBefore(std::string call, std::function<void()> action) {
+  callWithAction_ = std::move(call);
+  action_ = std::move(action);
+}
+
+void FailingDisk::RunActionBefore(const std::string& call) {
+  if (isInAction_ || call != callWithAction_) return;
+  isInAction_ = true;
+  action_();
+  isInAction_ = false;
+}
+
 int FailingDisk::ErrorOf(std::string_view function, const std::string& path) {
+  const std::string call = CallOf(function, path);
+  RunActionBefore(call);
   if (!MustFail(function)) {
-    const std::filesystem::path file = path;
-    calls_.push_back(std::string(function) + " " + file.filename().native());
+    calls_.push_back(call);
     return 0;
   }
   ++failures_;
@@ -81,7 +102,10 @@ bool FailingDisk::MustFail(std::string_view function) {
 // The following functions have the signatures of functions of the C library. They therefore replace
 // those functions in the whole test program.
 // NOLINTBEGIN(readability-identifier-naming, readability-inconsistent-declaration-parameter-name)
+using hosts::common::CallOf;
 using hosts::common::Check;
+using hosts::common::currentDisk;
+using hosts::common::PathOf;
 
 extern "C" {
 
@@ -112,6 +136,12 @@ ssize_t write(int file, const void* bytes, std::size_t count) {
 
 int fsync(int file) {
   return Check("fsync", file) != 0 ? -1 : static_cast<int>(::syscall(SYS_fsync, file));
+}
+
+int flock(int file, int operation) noexcept {
+  // A lock changes no file, so it is not recorded and does not fail.
+  if (currentDisk != nullptr) currentDisk->RunActionBefore(CallOf("flock", PathOf(file)));
+  return static_cast<int>(::syscall(SYS_flock, file, operation));
 }
 
 int fchmod(int file, mode_t mode) noexcept {

@@ -4,6 +4,7 @@
 #ifndef TESTS_HOSTS_COMMON_FAILINGDISK_H_
 #define TESTS_HOSTS_COMMON_FAILINGDISK_H_
 
+#include <functional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -51,6 +52,14 @@ class FailingDisk {
   /// file.
   const std::vector<std::string>& Calls() const { return calls_; }
 
+  /// Calls `action` before each following call `call`, for example to do what another program may
+  /// do at this moment. `call` has the form of an element of `Calls`, or is "flock" with the name
+  /// of the locked file. The calls that `action` makes do not call it again.
+  void RunBefore(std::string call, std::function<void()> action);
+
+  /// Runs the action of `RunBefore` if `call` is its call.
+  void RunActionBefore(const std::string& call);
+
   /// Decides whether the call of `function` for the file `path` fails. Returns the error number
   /// that the call must return, or 0. Records the call if it does not fail.
   int ErrorOf(std::string_view function, const std::string& path);
@@ -65,6 +74,9 @@ class FailingDisk {
   int failures_ = 0;
   DiskFault fault_ = DiskFault::kFull;
   DiskFaultExtent extent_ = DiskFaultExtent::kOnce;
+  std::string callWithAction_;
+  std::function<void()> action_;
+  bool isInAction_ = false;
 };
 
 }  // namespace hosts::common

@@ -233,11 +233,10 @@ TEST_F(StateStoreSync, ACommitSyncsTheFileBeforeTheRenameAndTheFolderAfterwards)
   WriteValue(file, "1");
   const FailingDisk disk;
   WriteValue(file, "2");
-  EXPECT_THAT(
-      disk.Calls(),
-      ElementsAre("openat state.json.lock", "unlinkat state.json.tmp", "openat state.json.tmp",
-                  "fchown state.json.tmp", "fchmod state.json.tmp", "write state.json.tmp",
-                  "fsync state.json.tmp", "renameat state.json", "fsync " + FolderName()));
+  EXPECT_THAT(disk.Calls(),
+              ElementsAre("openat state.json.lock", "unlinkat state.json.tmp",
+                          "openat state.json.tmp", "fchmod state.json.tmp", "write state.json.tmp",
+                          "fsync state.json.tmp", "renameat state.json", "fsync " + FolderName()));
 }
 
 TEST_F(StateStoreSync, ACommitWithoutChangesSyncsTheFolder) {

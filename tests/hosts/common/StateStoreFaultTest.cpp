@@ -9,7 +9,6 @@
 #include <optional>
 #include <string>
 #include <string_view>
-#include <thread>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -23,6 +22,7 @@
 #include "hosts/common/StateFormat.h"
 #include "hosts/common/StateStore.h"
 #include "hosts/common/TextFile.h"
+#include "tests/hosts/common/FailingDisk.h"
 #include "tests/hosts/common/StoreErrorOf.h"
 #include "tests/support/ChildProcess.h"
 #include "tests/support/TemporaryFolder.h"
@@ -241,14 +241,15 @@ TEST_F(StateStoreFaultTest, WaitsALimitedTimeForAWriterThatHangs) {
 TEST_F(StateStoreFaultTest, WritesAsSoonAsTheOtherWriterHasFinished) {
   WriteValue(kKey, "old");
   StateStore store(File(), std::chrono::seconds(60));
-  std::optional<Writer> writer(File());
+  Writer writer(File());
   store.Set(kKey, "new");
-  std::thread other([&writer] {
-    std::this_thread::sleep_for(milliseconds(50));
-    writer.reset();
+  int attempts = 0;
+  FailingDisk disk;
+  disk.RunBefore("flock state.json.lock", [&] {
+    if (++attempts == 3) writer.Release();
   });
   store.Commit();
-  other.join();
+  EXPECT_EQ(3, attempts);
   EXPECT_EQ("new", StateStore(File()).Get(kKey));
 }
 

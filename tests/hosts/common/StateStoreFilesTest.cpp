@@ -9,6 +9,7 @@
 #include <tuple>
 
 #include <gmock/gmock.h>
+#include <grp.h>
 #include <gtest/gtest.h>
 #include <sys/socket.h>
 #include <sys/stat.h>
@@ -105,7 +106,6 @@ TEST_F(StateStoreLinks, RejectsThePathOfAFolderThatDoesNotExist) {
   EXPECT_TRUE(fs::is_empty(folder_.Path()));
 }
 
-TEST_F(StateStoreLinks, AHardLinkToTheStoreKeepsTheOldContent) {
 TEST_F(StateStoreLinks, ALinkToAnEmptyFileDoesNotOverwriteIt) {
   fs::create_symlink(folder_.Write("notes", ""), File());
   EXPECT_THAT(StoreErrorOf([&] { WriteValue(File(), "text"); }), HasSubstr("the file is empty"));
@@ -120,6 +120,7 @@ TEST_F(StateStoreLinks, RejectsAParentOfAMissingFolder) {
   EXPECT_TRUE(fs::is_empty(folder_.Path()));
 }
 
+TEST_F(StateStoreLinks, AHardLinkToTheStoreKeepsTheOldContent) {
   WriteValue(File(), "old");
   fs::create_hard_link(File(), folder_.Path() / "backup.json");
   WriteValue(File(), "new");
@@ -338,6 +339,41 @@ TEST_F(StateStoreFilesTest, RootKeepsTheOwnerOfTheStore) {
   ASSERT_EQ(0, ::stat(File().c_str(), &status));
   EXPECT_EQ(12345U, status.st_uid);
   EXPECT_EQ(54321U, status.st_gid);
+}
+
+/// Drops the privileges of root except membership in the group `group`. Returns whether it could.
+bool BecomeMemberOf(gid_t group) {
+  constexpr uid_t kNobody = 65534;
+  return ::setgroups(1, &group) == 0 && ::setgid(kNobody) == 0 && ::setuid(kNobody) == 0;
+}
+
+TEST_F(StateStoreFilesTest, AMemberKeepsTheGroupOfTheStoreButNotItsOwner) {
+  if (::getuid() != 0) GTEST_SKIP() << "only root can change the owner of a file";
+  constexpr gid_t kGroup = 54321;
+  constexpr gid_t kOtherGroup = 54322;
+  fs::permissions(folder_.Path(), fs::perms{0777});
+  const struct {
+    gid_t group;
+    unsigned mode;
+    gid_t newGroup;
+    unsigned newMode;
+  } cases[] = {{kGroup, 0660, kGroup, 0660}, {kOtherGroup, 0666, 65534, 0606}};
+  for (const auto& [group, mode, newGroup, newMode] : cases) {
+    WriteValue(File(), "old");
+    fs::permissions(File().native() + ".lock", fs::perms{0666});
+    ASSERT_EQ(0, ::chown(File().c_str(), 12345, group));
+    fs::permissions(File(), fs::perms{mode});
+    EXPECT_TRUE(test_support::InChildProcess([this] {
+      if (!BecomeMemberOf(kGroup)) return false;
+      WriteValue(File(), "new");
+      return true;
+    }));
+    struct stat status {};
+    ASSERT_EQ(0, ::stat(File().c_str(), &status));
+    EXPECT_EQ(65534U, status.st_uid);
+    EXPECT_EQ(newGroup, status.st_gid);
+    EXPECT_EQ(newMode, ModeOf(File()));
+  }
 }
 
 }  // namespace
