@@ -2,6 +2,8 @@
 #ifndef ORNWHATSNEW_SRC_FEATURELISTDATAIMPL_H_
 #define ORNWHATSNEW_SRC_FEATURELISTDATAIMPL_H_
 
+#include <string_view>
+
 #include <ornwhatsnew/FeatureListData.h>
 #include <ornwhatsnew/utility/SharedTypes.h>
 

@@ -15,10 +15,13 @@ namespace ornwhatsnew {
 namespace {
 
 // The keys of the fields, indexed by `FieldIndex`.
-constexpr std::array<std::string_view, 5> kFieldKeys = {
-    "kFeatureName",    "kFeatureDescription",     "kFeatureViewMoreURL",
-    "kFeaturePrefsUI", "kCustomRatingRequestStr",
-};
+constexpr auto kFieldKeys = std::to_array<std::string_view>({
+    "kFeatureName",
+    "kFeatureDescription",
+    "kFeatureViewMoreURL",
+    "kFeaturePrefsUI",
+    "kCustomRatingRequestStr",
+});
 
 }  // namespace
 
@@ -43,6 +46,7 @@ FeatureListItem::Kind FeatureListItem::KindOf(std::string_view featureJiraIDKey)
 }
 
 const UTF8String& FeatureListItem::GetField(std::string_view key) const {
+  static_assert(kFieldKeys.size() == kFieldCount);
   const auto found = std::ranges::find(kFieldKeys, key);
   // Compatibility: hosts may compare this message (docs/compatibility.md).
   if (found == kFieldKeys.end()) throw std::out_of_range("unordered_map::at: key not found");
