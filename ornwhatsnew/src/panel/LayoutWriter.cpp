@@ -5,6 +5,8 @@
 
 #include <orncore/string/Conversion.h>
 
+#include "ornwhatsnew/src/panel/Surrogates.h"
+
 namespace ornwhatsnew {
 namespace {
 
@@ -46,8 +48,8 @@ std::size_t FindEndOfBlankLine(std::u16string_view string) {
 
 // Returns the number of UTF-16 units of the first character.
 std::size_t FirstCharacterLength(std::u16string_view string) {
-  const bool isSurrogatePair = !string.empty() && (string.front() & 0xFC00) == 0xD800;
-  return std::min<std::size_t>(string.size(), isSurrogatePair ? 2 : 1);
+  const bool isPair = !string.empty() && IsHighSurrogate(string.front());
+  return std::min<std::size_t>(string.size(), isPair ? 2 : 1);
 }
 
 }  // namespace

@@ -4,19 +4,14 @@
 
 #include <orncore/string/Conversion.h>
 
+#include "ornwhatsnew/src/panel/Surrogates.h"
+
 namespace ornwhatsnew {
 namespace {
 
 // In UTF-8, two unpaired surrogates become two U+FFFD of 3 bytes each. A surrogate pair becomes one
 // character of 4 bytes.
 constexpr std::size_t kBytesSavedByPairing = 2;
-
-constexpr bool IsHighSurrogate(char16_t unit) {
-  return (unit & 0xFC00) == 0xD800;
-}
-constexpr bool IsLowSurrogate(char16_t unit) {
-  return (unit & 0xFC00) == 0xDC00;
-}
 
 int WrappingSum(std::size_t bytes, int adjustment) {
   return static_cast<int>(static_cast<std::uint32_t>(bytes) +
