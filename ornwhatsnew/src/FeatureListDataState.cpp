@@ -1,5 +1,4 @@
 // Implements the methods of the list that query and update the state.
-#include <algorithm>
 #include <cassert>
 #include <utility>
 #include <vector>
@@ -69,12 +68,8 @@ UTF8String FeatureListData::GetNewSeenState() const {
 
 bool FeatureListData::IsAnythingNew(const DisplayOptions& options) const {
   const ScopedCount walk(impl_->activeWalks);
-  const ListContent& content = impl_->content;
-  const VisibilityFilter filter(options, content.state.seenGuids, content.state.seenVersionNumbers);
-  return std::ranges::any_of(content.orderedKeys, [&](const std::string& key) {
-    const FeatureListItem* const item = content.FindItem(key);
-    return item != nullptr && IsItemShown(*item, filter);
-  });
+  return impl_->content.AnyOfShownItems(options, nullptr,
+                                        [](const FeatureListItem&) { return true; });
 }
 
 NewCount FeatureListData::CountNew(const DisplayOptions& options) const {

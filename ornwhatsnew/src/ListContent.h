@@ -2,6 +2,7 @@
 #ifndef ORNWHATSNEW_SRC_LISTCONTENT_H_
 #define ORNWHATSNEW_SRC_LISTCONTENT_H_
 
+#include <algorithm>
 #include <cstdint>
 #include <list>
 #include <memory>
@@ -45,17 +46,28 @@ struct ListContent {
   /// Returns the item with this key. Returns null if the key has no entry or an empty entry.
   const FeatureListItem* FindItem(const std::string& key) const;
 
+  /// Calls `predicate(item)` for each item that a display with these options shows, in key order.
+  /// Stops and returns true when a call returns true. If `shown` is null, allocates nothing.
+  /// Otherwise `*shown` is the `ShownItem` of the item during the call.
+  template <class Predicate>
+  bool AnyOfShownItems(const DisplayOptions& options, ShownItem* shown, Predicate predicate) const {
+    const VisibilityFilter filter(options, state.seenGuids, state.seenVersionNumbers);
+    return std::ranges::any_of(orderedKeys, [&](const std::string& key) {
+      const FeatureListItem* const item = FindItem(key);
+      return item != nullptr && IsItemShown(*item, filter, shown) && predicate(*item);
+    });
+  }
+
   /// Calls `visit(item, shown)` for each item that a display with these options shows, in key
   /// order. `shown` contains the identity and the shown changes of the item, and is valid only
   /// during the call.
   template <class Visit>
   void VisitShownItems(const DisplayOptions& options, Visit visit) const {
-    const VisibilityFilter filter(options, state.seenGuids, state.seenVersionNumbers);
     ShownItem shown;
-    for (const std::string& key : orderedKeys) {
-      const FeatureListItem* const item = FindItem(key);
-      if (item != nullptr && IsItemShown(*item, filter, &shown)) visit(*item, shown);
-    }
+    AnyOfShownItems(options, &shown, [&](const FeatureListItem& item) {
+      visit(item, shown);
+      return false;
+    });
   }
 
   // These functions implement the `FeatureListData` methods with similar names.
