@@ -38,9 +38,11 @@ void ReserveFor(const FeatureMap& items, PanelFormatter& panel) {
 IdentitySet WritePanel(const ListContent& content, const DisplayOptions& options,
                        PanelFormatter& panel) {
   panel.WriteHeader(content.state.lastVersionSeen, content.changesSinceVersion.value_or(""));
-  // With one of these two options, most changes are usually hidden, and `ReserveFor` would reserve
-  // far too much memory.
-  if (!options.Has(kShowOnlyNew) && !options.Has(kRatingView)) ReserveFor(content.items, panel);
+  // With one of these options, most changes are usually hidden, and `ReserveFor` would reserve far
+  // too much memory.
+  const bool hidesMost =
+      options.Has(kShowOnlyNew) || options.Has(kRatingView) || options.Has(kFilterHeadlinesOnly);
+  if (!hidesMost) ReserveFor(content.items, panel);
 
   std::vector<Guid> seen;
   content.VisitShownItems(options, [&](const FeatureListItem& item, const ShownItem& shown) {

@@ -402,6 +402,15 @@ TEST_F(Layout, OnlyTheRatingViewHasRatingRequests) {
   EXPECT_THAT(KindsOf(layout), testing::Not(testing::Contains(kRatingRequest)));
 }
 
+TEST_F(Layout, HasNoMemoryForHiddenChanges) {
+  std::vector<ChangeRow> rows(1000, {.groupingID = "MISC", .platform = "Win", .description = "No"});
+  rows.push_back({.groupingID = "MISC", .platform = "Mac", .description = "Text"});
+  const PanelLayout layout = LayOut(rows, kFilterRelevantPlatform);
+  EXPECT_THAT(KindsOf(layout), ElementsAre(kHeader, kTitle, kChange));
+  EXPECT_LE(layout.paragraphs.capacity(), 2 * layout.paragraphs.size());
+  EXPECT_LE(layout.text.capacity(), 2 * layout.text.size());
+}
+
 TEST_F(Layout, ConvertedLayoutHasRangesInBytes) {
   host_.AddFeature({.internalKey = "a",
                     .epicKey = "EPIC-7",

@@ -52,6 +52,13 @@ std::size_t FirstCharacterLength(std::u16string_view string) {
   return std::min<std::size_t>(string.size(), isPair ? 2 : 1);
 }
 
+// Frees the unused memory of `container` if it is more than a container has that grows by doubling.
+// A host keeps the layout, and `Reserve` also reserves memory for the hidden changes.
+template <class Container>
+void FreeUnusedMemory(Container& container) {
+  if (container.capacity() > 2 * container.size()) container.shrink_to_fit();
+}
+
 }  // namespace
 
 void LayoutWriter::Reserve(std::size_t paragraphs, std::size_t units) {
@@ -142,6 +149,8 @@ void LayoutWriter::AddRatingRequest(const FeatureListItem& item, RatingRequest r
 
 PanelLayout LayoutWriter::TakeLayout(bool hasItems) {
   layout_.hasItems = hasItems;
+  FreeUnusedMemory(layout_.paragraphs);
+  FreeUnusedMemory(layout_.text);
   return std::move(layout_);
 }
 
