@@ -104,7 +104,8 @@ struct BasicLayoutParagraph {
 };
 
 /// A request to rate a feature. Only the rating view contains requests. The strings are in the
-/// user's language.
+/// user's language. The rules of `PanelLayout::text` for line ends, tabs and U+FEFF apply to them.
+/// They neither begin nor end with white space.
 template <class String>
 struct BasicRatingRequest {
   /// The key of the feature, for `MarkItemHasBeenRated`.

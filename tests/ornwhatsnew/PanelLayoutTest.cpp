@@ -376,6 +376,18 @@ TEST_F(Layout, StringsOfARatingRequestAreLocalised) {
               ElementsAre(RatingRequest{"EPIC-7", u"Nom", u"Comment ?", u"Description"}));
 }
 
+TEST_F(Layout, StringsOfARatingRequestHaveTheLineEndsAndSpacesOfTheText) {
+  host_.AddFeature({.internalKey = "a",
+                    .epicKey = "EPIC-7",
+                    .name = "\uFEFF Na\uFEFFme\r",
+                    .description = "\nOne\r\ntwo\u2029three\n"});
+  const PanelLayout layout = LayOutRatingView(
+      {{.groupingID = "EPIC-7", .ratingRequest = "\tHow\twas it? ", .description = "Text"}});
+  EXPECT_EQ(layout.text, u"Name\u2028 UNLOCKED\nText\n");
+  EXPECT_THAT(layout.ratingRequests, ElementsAre(RatingRequest{"EPIC-7", u"Name", u"How was it?",
+                                                               u"One\u2028two\u2028three"}));
+}
+
 TEST_F(Layout, RatingRequestHasNoDescriptionIfTheAuthorHidesIt) {
   AddFeature();
   const PanelLayout layout = LayOutRatingView({{.groupingID = "EPIC-7",

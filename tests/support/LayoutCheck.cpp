@@ -280,6 +280,14 @@ std::vector<std::string> Pieces(const Layout& layout) {
   return pieces;
 }
 
+// Returns `string` (UTF-8) with the white space of a paragraph.
+std::u16string CleanedString(const std::string& string) {
+  const std::u16string converted = ConvertGap(PlainUTF8to16(string));
+  const std::size_t begin = converted.find_first_not_of(u" \u2028");
+  if (begin == converted.npos) return {};
+  return converted.substr(begin, converted.find_last_not_of(u" \u2028") + 1 - begin);
+}
+
 std::string FirstRatingError(const PanelLayout& layout, unsigned options,
                              const PanelOutcome& panel) {
   constexpr unsigned kRatingView = 0x10;
@@ -290,12 +298,14 @@ std::string FirstRatingError(const PanelLayout& layout, unsigned options,
   for (const auto& request : layout.ratingRequests) {
     const auto found = panel.ratingItems.find(request.itemKey);
     if (found == panel.ratingItems.end()) return "a rating request without a rating record";
-    if (PlainUTF16to8(request.title) != found->second.name) return "the title of a request";
-    if (PlainUTF16to8(request.description) != found->second.description) {
+    const PlainRatingRecord& record = found->second;
+    if (request.title != CleanedString(record.name)) return "the title of a request";
+    if (request.description != CleanedString(record.description)) {
       return "the description of a request";
     }
-    if (request.question.empty() && !found->second.customRating.empty() &&
-        !PlainIsZString(found->second.customRating)) {
+    // The record contains a key text, and the request contains its translation.
+    if (!PlainIsZString(record.customRating) &&
+        request.question != CleanedString(record.customRating)) {
       return "the question of a request";
     }
     keys.insert(request.itemKey);

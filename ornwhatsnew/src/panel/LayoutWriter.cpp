@@ -142,6 +142,9 @@ void LayoutWriter::AppendUnlockLabel(std::u16string_view label) {
 
 void LayoutWriter::AddRatingRequest(const FeatureListItem& item, RatingRequest request) {
   BeginParagraph(ParagraphKind::kRatingRequest, &item);
+  for (UTF16String* string : {&request.title, &request.question, &request.description}) {
+    CleanString(*string);
+  }
   paragraph_.rating = layout_.ratingRequests.size();
   layout_.ratingRequests.push_back(std::move(request));
   EndParagraph({});
@@ -192,6 +195,15 @@ void LayoutWriter::CleanText(std::size_t begin) {
     text[end++] = IsLineEnd(unit) ? kLineSeparator : unit == u'\t' ? u' ' : unit;
   }
   text.resize(end);
+}
+
+void LayoutWriter::CleanString(UTF16String& string) {
+  // Use the end of the layout's text as a buffer, so that the string follows the same rules.
+  AppendTemplate(string);
+  RemoveTrailingWhiteSpace();
+  string = layout_.text.substr(paragraph_.range.begin);
+  layout_.text.resize(paragraph_.range.begin);
+  spans_.clear();
 }
 
 void LayoutWriter::RemoveTrailingWhiteSpace() {

@@ -47,6 +47,8 @@ class LayoutWriter final : public PanelWriter {
   /// Replaces line ends and tabs of the string that was appended at the index `begin` of the text.
   /// Removes U+FEFF, and white space at the start of the paragraph.
   void CleanText(std::size_t begin);
+  /// Changes `string` like the text of a paragraph. The current paragraph must be empty.
+  void CleanString(UTF16String& string);
   void RemoveTrailingWhiteSpace();
 
   PanelLayout layout_;
