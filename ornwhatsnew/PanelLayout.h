@@ -30,7 +30,8 @@ namespace ornwhatsnew {
 
 /// The role of a paragraph.
 enum class ParagraphKind {
-  /// The heading of the panel, with a version. The rating view has none.
+  /// The heading of the panel, with a version. The rating view has a heading, without a version,
+  /// only if the dictionary's newline contains visible characters.
   kHeader,
   /// The title of an item, with its internal key and its unlock label.
   kTitle,

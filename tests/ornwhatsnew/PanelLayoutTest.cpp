@@ -319,6 +319,13 @@ TEST_F(Layout, EmptyRatingViewHasOnlyTheNotice) {
   EXPECT_FALSE(layout.hasItems);
 }
 
+TEST_F(Layout, RatingViewHasAHeaderIfTheNewlineIsVisible) {
+  host_.AddTranslation(kNewlineKey, "|#{endl}");
+  const PanelLayout layout = LayOut({}, kRatingView);
+  EXPECT_EQ(layout.text, u"|\u2028|\nNo features need rating right now.");
+  EXPECT_THAT(KindsOf(layout), ElementsAre(kHeader, kNotice));
+}
+
 TEST_F(Layout, OptedOutNoticeHasTwoParagraphsAndALinkInTheSecond) {
   host_.SetUsageLogging(false);
   const PanelLayout layout = LayOut({}, kRatingView);
