@@ -5,6 +5,7 @@
 #include <stdexcept>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include <gmock/gmock.h>
@@ -15,6 +16,7 @@
 
 #include "tests/support/Builders.h"
 #include "tests/support/FakeHost.h"
+#include "tests/support/FakeStateStore.h"
 #include "tests/support/LayoutCheck.h"
 #include "tests/support/PlainPanel.h"
 #include "tests/support/RandomSource.h"
@@ -25,6 +27,7 @@ namespace {
 
 using test_support::ChangeRow;
 using test_support::DataFile;
+using test_support::FakeStateStore;
 using testing::ElementsAre;
 using testing::Field;
 using testing::IsEmpty;
@@ -470,25 +473,34 @@ class LayoutState : public Layout {
     list_.InitWithData(file_);
   }
 
+  // The last change has no description, so only the rating view shows it.
   const std::string file_ =
       FileOf({{.groupingID = "EPIC-7", .description = "One"},
               {.groupingID = "EPIC-7", .platform = "Win", .description = "Two"},
-              {.groupingID = "MISC", .description = "Three"}});
+              {.groupingID = "MISC", .description = "Three"},
+              {.groupingID = "EPIC-7", .ratingRequest = "How?"}});
   FeatureListData list_{host_.Getter(), host_.Setter()};
 };
 
 TEST_F(LayoutState, LayoutStoresTheSameStateAsTheText) {
-  for (const DisplayOptions options : {DisplayOptions(), kFilterRelevantPlatform, kRatingView}) {
+  const FakeStateStore::Texts newUser;
+  list_.MarkAllSeen();
+  const FakeStateStore::Texts seen = host_.State().AllTexts();
+  const std::pair<DisplayOptions, FakeStateStore::Texts> cases[] = {
+      {{}, newUser}, {kFilterRelevantPlatform, newUser}, {kRatingView, seen}};
+  for (const auto& [options, state] : cases) {
+    host_.State().Replace(state);
     FeatureListData other(file_, host_.Getter(), host_.Setter());
     StyleRunMap runs;
+    host_.State().TakeWrites();
     other.GetFormattedTextForDisplay(options, {}, runs, nullptr);
     const auto expected = host_.State().TakeWrites();
-    host_.State().Replace({});
-    FeatureListData list(file_, host_.Getter(), host_.Setter());
-    list.GetLayoutForDisplay(options);
-    EXPECT_EQ(host_.State().TakeWrites(), expected);
     EXPECT_EQ(expected.size(), 3U);
-    host_.State().Replace({});
+
+    host_.State().Replace(state);
+    FeatureListData list(file_, host_.Getter(), host_.Setter());
+    EXPECT_TRUE(list.GetLayoutForDisplay(options).hasItems);
+    EXPECT_EQ(host_.State().TakeWrites(), expected);
   }
 }
 
