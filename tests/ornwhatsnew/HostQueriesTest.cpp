@@ -116,11 +116,15 @@ TEST_F(HostQueries, OfALayoutHaveTheOrderOfTheDisplay) {
                                .Row({.groupingID = "EPIC-7",
                                      .ratingRequest = "RequestRating",
                                      .description = "$$$/change=Faster"})
+                               .Row({.groupingID = "EPIC-8",
+                                     .ratingRequest = "$$$/question=Is it fast?",
+                                     .description = "Slower"})
                                .Text();
   std::vector<std::string> log;
   FeatureListData list(host_.Getter(), host_.Setter());
   list.InsertFeatureListItem(test_support::MakeItem(
       {"EPIC-7", "export", "$$$/feature/title=Export", "$$$/feature/description=Exports files"}));
+  list.InsertFeatureListItem(test_support::MakeItem({"EPIC-8", "import", "Import"}));
   list.ParseWhatsNewData(file);
   ornappsupport::feature::SetFeatureService(std::make_shared<LoggingFeatures>(log));
   orncore::config::Localizer::Get().SetDictionary(std::make_shared<LoggingDictionary>(log));
@@ -137,8 +141,10 @@ TEST_F(HostQueries, OfALayoutHaveTheOrderOfTheDisplay) {
   list.RefreshInternalSeenState();
   log.clear();
   list.GetFormattedTextForDisplay(kRatingView, u"", runs, std::make_shared<RatingMap>());
-  const std::vector<std::string> ofRatingView = std::exchange(log, {});
-  EXPECT_FALSE(list.GetLayoutForDisplay(kRatingView).ratingRequests.empty());
+  std::vector<std::string> ofRatingView = std::exchange(log, {});
+  EXPECT_EQ(list.GetLayoutForDisplay(kRatingView).ratingRequests.size(), 2U);
+  // A layout also looks up each rating request that is a key text.
+  ofRatingView.emplace_back("text question");
   EXPECT_EQ(log, ofRatingView);
 }
 
