@@ -1,8 +1,8 @@
 // Fuzzes texts of translators and authors: checks the localiser and the panel.
 //
 // The input consists of a line of switches and of parts: a key text, its translation, and
-// arguments. The line contains the switches of World.h and the number that selects a template for
-// `World::TranslateTemplate`.
+// arguments. The line contains the switches of World.h and the index in `kTemplateKeys` of the
+// template to translate.
 #include <cstddef>
 #include <cstdint>
 #include <map>

@@ -1,8 +1,7 @@
 #include "fuzz/World.h"
 
-#include <array>
-
 #include "fuzz/Input.h"
+#include "tests/support/TemplateKeys.h"
 
 namespace fuzz {
 
@@ -33,31 +32,6 @@ const FakeFeature kFeatures[] = {
     {.internalKey = "odd", .epicKey = "misc", .name = "Named like a section"},
 };
 
-// The keys of the templates for which `TranslateTemplate` adds a translation.
-constexpr std::array kTemplates = {
-    "$$$/ornwhatsnew/Feature/Item/Unlock/TarsaOnly",
-    "$$$/ornwhatsnew/Feature/Item/Unlock/Off",
-    "$$$/ornwhatsnew/Feature/Item/Unlock/Unlocked",
-    "$$$/ornwhatsnew/Feature/Item/Unlock/InDevelopment",
-    "$$$/ornwhatsnew/Feature/Detail/Plain/DisplayTemplate/Tab",
-    "$$$/ornwhatsnew/Feature/Detail/Plain/DisplayTemplate",
-    "$$$/ornwhatsnew/Feature/Detail/OS/displaytemplate",
-    "$$$/ornwhatsnew/Feature/Detail/VersionAdded/displaytemplate",
-    "$$$/ornwhatsnew/Feature/Detail/VersionRange/displaytemplate",
-    "$$$/ornwhatsnew/Feature/Detail/JiraID/displaytemplate",
-    "$$$/private/ornwhatsnew/Feature/Newline",
-    "$$$/ornwhatsnew/Feature/Item/ViewMore/ViewMore",
-    "$$$/ornwhatsnewui/WhatsNewView/SpaceWitDash",
-    "$$$/ornwhatsnewui/WhatsNewView/ParenthesizedCode",
-    "$$$/ornwhatsnew/Feature/ChangesSince/LastOpened/DisplayTemplate",
-    "$$$/ornwhatsnew/Feature/ChangesSince/LastRelease/DisplayTemplate",
-    "$$$/ornwhatsnew/feature/nonewchanges/displaytemplate",
-    "$$$/ornwhatsnew/feature/optedOutOfAnalyticsPart1",
-    "$$$/ornwhatsnew/feature/optedOutOfAnalyticsPart2",
-    "$$$/ornwhatsnew/feature/nonewratings",
-    "$$$/ornwhatsnew/SectionKey/BugFixes",
-};
-
 }  // namespace
 
 World::World(std::string_view switches) : options_(Switch(switches, 0) & 0x1F) {
@@ -75,7 +49,8 @@ World::World(std::string_view switches) : options_(Switch(switches, 0) & 0x1F) {
 }
 
 void World::TranslateTemplate(unsigned number, std::string_view translation) {
-  host_.AddTranslation(kTemplates[number % kTemplates.size()], translation);
+  const auto& keys = test_support::kTemplateKeys;
+  host_.AddTranslation(keys[number % keys.size()], translation);
 }
 
 void World::AddFeatures(unsigned off, unsigned available) {

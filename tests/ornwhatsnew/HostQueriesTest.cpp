@@ -16,6 +16,7 @@
 
 #include "tests/support/Builders.h"
 #include "tests/support/FakeHost.h"
+#include "tests/support/TemplateKeys.h"
 
 namespace ornwhatsnew {
 namespace {
@@ -109,6 +110,19 @@ TEST_F(HostQueries, OfADisplayHaveAFixedOrder) {
                // and the change.
                "text title", "internal user", "debug SimulateShowingAllUnlockCodesInWhatsNew",
                "text description", "text change"));
+}
+
+TEST_F(HostQueries, OfTemplatesAreForTheKeysOfRandomDictionaries) {
+  std::vector<std::string> log;
+  FeatureListData list(host_.Getter(), host_.Setter());
+  const auto dictionary = std::make_shared<LoggingDictionary>(log);
+  orncore::config::Localizer::Get().SetDictionary(dictionary);
+  StyleRunMap runs;
+  list.GetFormattedTextForDisplay({}, u"", runs, nullptr);
+  const std::vector<std::string> queries = std::exchange(log, {});
+  for (const char* key : test_support::kTemplateKeys) dictionary->Find(key);
+  log.pop_back();  // the title of a section
+  EXPECT_EQ(log, queries);
 }
 
 TEST_F(HostQueries, OfALayoutHaveTheOrderOfTheDisplay) {

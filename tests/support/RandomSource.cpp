@@ -13,6 +13,7 @@ constexpr std::string_view kFragments[] = {
     "\""sv,
     "\n"sv,
     "\r"sv,
+    "\t"sv,
     " "sv,
     "."sv,
     "\\"sv,
@@ -29,6 +30,8 @@ constexpr std::string_view kFragments[] = {
     "#{endl}"sv,
     "^B"sv,
     "\xEF\xBB\xBF"sv,      // byte order mark
+    "\xE2\x80\xA8"sv,      // line separator, U+2028
+    "\xE2\x80\xA9"sv,      // paragraph separator, U+2029
     "\xC3\x89"sv,          // capital E with acute accent
     "\xC4\xB0"sv,          // capital I with dot; its lower case has two characters
     "\xE2\x84\xAA"sv,      // Kelvin sign; its lower case is ASCII

@@ -1,7 +1,10 @@
 #include "tests/support/RandomWorld.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <utility>
+
+#include "tests/support/TemplateKeys.h"
 
 namespace test_support {
 namespace {
@@ -35,20 +38,7 @@ constexpr const char* kTexts[] = {"",
                                   "$$$/text/three",
                                   "\xE6\x97\xA5\xE6\x9C\xAC",
                                   "\xF0\x9F\x98\x80"};
-constexpr const char* kTranslated[] = {
-    "$$$/text/one",
-    "$$$/private/text/two",
-    "$$$/private/ornwhatsnew/Feature/Newline",
-    "$$$/ornwhatsnew/Feature/Detail/Plain/DisplayTemplate/Tab",
-    "$$$/ornwhatsnew/Feature/Detail/Plain/DisplayTemplate",
-    "$$$/ornwhatsnew/Feature/Detail/OS/displaytemplate",
-    "$$$/ornwhatsnew/Feature/Detail/VersionRange/displaytemplate",
-    "$$$/ornwhatsnew/Feature/Detail/JiraID/displaytemplate",
-    "$$$/ornwhatsnew/Feature/Item/Unlock/Unlocked",
-    "$$$/ornwhatsnewui/WhatsNewView/ParenthesizedCode",
-    "$$$/ornwhatsnew/Feature/ChangesSince/LastRelease/DisplayTemplate",
-    "$$$/ornwhatsnew/feature/nonewchanges/displaytemplate",
-    "$$$/ornwhatsnew/feature/optedOutOfAnalyticsPart1"};
+constexpr const char* kTranslatedTexts[] = {"$$$/text/one", "$$$/private/text/two"};
 
 }  // namespace
 
@@ -107,9 +97,11 @@ void RandomWorld::AddFeatures() {
 }
 
 void RandomWorld::Translate() {
-  for (const char* key : kTranslated) {
+  const auto translate = [this](const char* key) {
     if (random_.OneIn(3)) host_.AddTranslation(key, random_.HostileText(4));
-  }
+  };
+  std::ranges::for_each(kTranslatedTexts, translate);
+  std::ranges::for_each(kTemplateKeys, translate);
 }
 
 std::string RandomWorld::Text() {
