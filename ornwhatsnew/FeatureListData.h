@@ -159,8 +159,8 @@ class ORN_EXPORT FeatureListData {
   /// rating map in the rating view and with a null map otherwise. In addition, looks up the
   /// translation of each custom question that is a key text.
   ///
-  /// After a call of `RefreshInternalSeenState`, a layout with `kShowOnlyNew` no longer contains
-  /// the displayed items. A view should therefore keep the layout that it shows.
+  /// After a call of `RefreshInternalSeenState`, a layout with `kShowOnlyNew` contains no change
+  /// that was shown and stored before. A view should therefore keep the layout that it shows.
   PanelLayout GetLayoutForDisplay(const DisplayOptions& options);
 
   /// Returns the same layout as `GetLayoutForDisplay`. Does not change the state and does not call
@@ -168,8 +168,15 @@ class ORN_EXPORT FeatureListData {
   PanelLayout PreviewLayout(const DisplayOptions& options) const;
 
   /// Changes the state like a display without options, and makes the same calls to the setter. A
-  /// feature that is not available to the user does not count as seen, so it is new when it becomes
-  /// available. Call this function when a user starts the application for the first time.
+  /// feature that is not available to the user does not count as seen, so it is new when it
+  /// becomes available.
+  ///
+  /// Call this function for a user who starts the application for the first time, and then
+  /// `RefreshInternalSeenState`. Until the second call, `IsAnythingNew` and `CountNew` still report
+  /// everything as new.
+  ///
+  ///     list->MarkAllSeen();
+  ///     list->RefreshInternalSeenState();
   void MarkAllSeen();
 
   /// Adds to `runs` the style run of `appended`, a string that the caller appends to `textSoFar`

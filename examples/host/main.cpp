@@ -37,6 +37,15 @@ std::shared_ptr<ornwhatsnew::FeatureListData> LoadNews(Preferences& preferences)
   return ornwhatsnew::GetWhatsNew(u"news", &resources, getter, setter);
 }
 
+// Loads the list of a user who starts the application for the first time. Only later changes are
+// new for this user.
+std::shared_ptr<ornwhatsnew::FeatureListData> LoadNewsOfNewUser(Preferences& preferences) {
+  auto list = LoadNews(preferences);
+  list->MarkAllSeen();
+  list->RefreshInternalSeenState();
+  return list;
+}
+
 // Starts loading the list on another thread. Until get() returns, no other thread may use the
 // preferences or replace a service. Afterwards, only the thread that called get() may use the list.
 std::future<std::shared_ptr<ornwhatsnew::FeatureListData>> StartLoadingNews(
@@ -90,18 +99,15 @@ void DrawPanel(const ornwhatsnew::PanelLayout& panel) {
   }
 }
 
-// Shows a rating control for each feature that the user can rate, and marks each feature as rated.
+// Draws the rating view, and marks each feature as rated.
 void AskForRatings(ornwhatsnew::FeatureListData& list) {
   if (!list.IsAnythingNeedingRating()) return;
-  ornwhatsnew::StyleRunMap runs;
-  const auto features = std::make_shared<ornwhatsnew::RatingMap>();
-  const auto options = ornwhatsnew::kRatingView | ornwhatsnew::kFilterRelevantPlatform |
-                       ornwhatsnew::kFilterRelevantVersion;
-  list.GetFormattedTextForDisplay(options, u"[five stars]", runs, features);
-  for (const auto& [key, feature] : *features) {
-    const auto name = UTF16to8(list.LocalizeIfNecessary(feature->GetFeatureName()));
-    std::cout << "[rating] " << name << '\n';
-    list.MarkItemHasBeenRated(key);  // after the user has rated it
+  const ornwhatsnew::PanelLayout panel =
+      list.GetLayoutForDisplay(ornwhatsnew::kRatingView | ornwhatsnew::kFilterRelevantPlatform |
+                               ornwhatsnew::kFilterRelevantVersion);
+  DrawPanel(panel);
+  for (const ornwhatsnew::RatingRequest& request : panel.ratingRequests) {
+    list.MarkItemHasBeenRated(request.itemKey);  // after the user has rated it
   }
 }
 
@@ -136,6 +142,9 @@ void Run(Preferences& preferences) {
   preferences.isQuitting = false;
   AskForRatings(*list);
   std::cout << "to be rated after that: " << list->IsAnythingNeedingRating() << '\n';
+
+  Preferences newUser;
+  std::cout << "badge of a new user: " << LoadNewsOfNewUser(newUser)->IsAnythingNew(kNews) << '\n';
 
   // The list queries the services on every use, so the next display uses both new preferences.
   preferences.isStaff = true;
