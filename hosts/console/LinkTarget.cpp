@@ -31,40 +31,66 @@ std::string PercentEncode(std::string_view link) {
   return encoded;
 }
 
-/// The substrings of a link. `userInformation` ends with "@" unless it is empty.
+/// The substrings of a link, in their order. Any of them may be empty.
 struct LinkParts {
   explicit LinkParts(std::string_view link) {
-    constexpr std::string_view kScheme = "https://";
-    if (link.starts_with(kScheme)) scheme = kScheme;
-    link.remove_prefix(scheme.size());
-    // Browsers treat a backslash as a slash.
-    const std::size_t hostEnd = std::min(link.find_first_of("/?#\\"), link.size());
-    const std::size_t at = link.substr(0, hostEnd).rfind('@');
-    const std::size_t hostBegin = at == std::string_view::npos ? 0 : at + 1;
-    userInformation = link.substr(0, hostBegin);
-    host = link.substr(hostBegin, hostEnd - hostBegin);
-    path = link.substr(hostEnd);
+    // Browsers skip any number of slashes before the host, and read a backslash like a slash.
+    constexpr std::string_view kSlashes = "/\\";
+    const auto takeFirst = [&link](std::size_t size) {
+      const std::string_view first = link.substr(0, size);
+      link.remove_prefix(first.size());
+      return first;
+    };
+    const std::size_t colon = link.find_first_of(":/?#\\@");
+    if (colon <= kMaximumScheme && link[colon] == ':') scheme = takeFirst(colon + 1);
+    slashes = takeFirst(std::min(link.find_first_not_of(kSlashes), link.size()));
+    const std::string_view authority = link.substr(0, link.find_first_of("/?#\\"));
+    userInformation = takeFirst(authority.rfind('@') + 1);  // 0 bytes if there is no "@"
+    // The colons of an address in brackets do not begin the port.
+    const std::size_t addressEnd = link.starts_with('[') ? link.find(']') : 0;
+    host = takeFirst(std::min(link.find_first_of("/?#\\"), link.find(':', addressEnd)));
+    rest = link;
   }
 
-  std::string_view scheme;
-  std::string_view userInformation;
+  static constexpr std::size_t kMaximumScheme = 20;
+
+  std::string_view scheme;           ///< ends with ":" unless it is empty
+  std::string_view slashes;          ///< slashes and backslashes
+  std::string_view userInformation;  ///< ends with "@" unless it is empty
   std::string_view host;
-  std::string_view path;
+  std::string_view rest;  ///< the port, the path, the query and the fragment
 };
+
+/// Returns at most `size` bytes from the beginning of `text`, without a part of an escape "%XX".
+std::string_view BeginningOf(std::string_view text, std::size_t size) {
+  text = text.substr(0, size);
+  const std::size_t escape = text.rfind('%');
+  const bool isSplit = escape != std::string_view::npos && text.size() - escape < 3;
+  return isSplit ? text.substr(0, escape) : text;
+}
+
+/// Does the same for the end of `text`, which is longer than `size`.
+std::string_view EndOf(std::string_view text, std::size_t size) {
+  std::size_t begin = text.size() - size;
+  const std::size_t escape = text.rfind('%', begin - 1);
+  if (escape != std::string_view::npos && begin - escape < 3) begin = escape + 3;
+  return text.substr(begin);
+}
 
 std::string Cut(std::string_view link) {
   const LinkParts parts(link);
   std::string cut(parts.scheme);
+  cut.append(parts.slashes.substr(0, 2));
   if (!parts.userInformation.empty()) cut.append(kCut).append("@");
   // Reserve space for "..." after the host.
   const std::size_t hostSpace = kMaximumPrintedTarget - cut.size() - kCut.size();
   if (parts.host.size() > hostSpace) {
-    cut.append(kCut).append(parts.host.substr(parts.host.size() - hostSpace + kCut.size()));
+    cut.append(kCut).append(EndOf(parts.host, hostSpace - kCut.size()));
   } else {
     cut.append(parts.host);
   }
-  if (cut.size() + parts.path.size() <= kMaximumPrintedTarget) return cut.append(parts.path);
-  cut.append(parts.path.substr(0, kMaximumPrintedTarget - cut.size() - kCut.size()));
+  if (cut.size() + parts.rest.size() <= kMaximumPrintedTarget) return cut.append(parts.rest);
+  cut.append(BeginningOf(parts.rest, kMaximumPrintedTarget - cut.size() - kCut.size()));
   return cut.append(kCut);
 }
 

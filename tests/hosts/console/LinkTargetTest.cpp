@@ -43,6 +43,43 @@ TEST(LinkTarget, ShowsTheHostAfterLongUserInformation) {
               AllOf(SizeIs(200), StartsWith("https://...@evil.example/%20good")));
 }
 
+TEST(LinkTarget, ShowsTheHostAfterManySlashes) {
+  const std::string slashes(300, '/');
+  EXPECT_EQ("https://evil.example/", PrintedLinkTarget("https:" + slashes + "evil.example/"));
+  EXPECT_EQ("https://...@evil.example/",
+            PrintedLinkTarget("https://\\" + slashes + "good.example@evil.example/"));
+  EXPECT_EQ("https:\\\\evil.example/",
+            PrintedLinkTarget("https:" + std::string(300, '\\') + "evil.example/"));
+}
+
+TEST(LinkTarget, ShowsTheHostBeforeALongPort) {
+  const std::string zeros(300, '0');
+  EXPECT_THAT(PrintedLinkTarget("https://evil.example:" + zeros + "443/ x"),
+              AllOf(SizeIs(200), StartsWith("https://evil.example:000"), EndsWith("000...")));
+  EXPECT_THAT(PrintedLinkTarget("https://a:b@[2001:db8::1]:" + zeros + "443/ x"),
+              AllOf(SizeIs(200), StartsWith("https://...@[2001:db8::1]:000"), EndsWith("000...")));
+}
+
+TEST(LinkTarget, ShowsTheHostOfALinkWithAnotherScheme) {
+  const std::string user(300, 'x');
+  EXPECT_EQ("http://...@evil.example/", PrintedLinkTarget("http://" + user + "@evil.example/"));
+  EXPECT_EQ("HTTPS:...@evil.example", PrintedLinkTarget("HTTPS:" + user + "@evil.example"));
+  EXPECT_EQ("...@evil.example/", PrintedLinkTarget(user + "@evil.example/"));
+  EXPECT_THAT(PrintedLinkTarget(user), AllOf(SizeIs(197), StartsWith("...xxx"), EndsWith("xxx")));
+}
+
+TEST(LinkTarget, IsCutBetweenEscapes) {
+  const std::string spaces(100, ' ');
+  // With one of these lengths, a cut that ignores escapes would be after the first byte of an
+  // escape, and with another one, it would be after the second byte.
+  for (const std::string word : {"", "a", "ab"}) {
+    EXPECT_THAT(PrintedLinkTarget("https://x/" + word + spaces),
+                AllOf(StartsWith("https://x/" + word + "%20"), EndsWith("%20...")));
+    EXPECT_THAT(PrintedLinkTarget("https://" + spaces + word),
+                AllOf(StartsWith("https://...%20%20"), EndsWith("%20" + word)));
+  }
+}
+
 TEST(LinkTarget, ShowsTheEndOfALongHost) {
   const std::string cut =
       PrintedLinkTarget("https://good.example." + std::string(300, 'x') + ".evil.example/a path");
