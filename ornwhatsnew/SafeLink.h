@@ -8,14 +8,15 @@
 
 namespace ornwhatsnew {
 
-/// Returns whether a view may make `link` clickable or open it. A safe link meets these conditions:
-/// - It begins with `https://`, in lower case, and a host follows.
-/// - It has no user information before the host. In `https://a.example@b.example/`, the host is
-///   `b.example`, but the link looks like a link to `a.example`.
-/// - It consists of ASCII characters that are valid in a URL. It has no spaces, double quotes,
-/// angle
-///   brackets, backslashes or control characters.
-/// - It has at most 2,000 bytes.
+/// Returns whether a view may make `link` clickable or open it.
+///
+/// A safe link begins with `https://`, in lower case. A host follows, which may end with a port. The
+/// host is an IP address in square brackets, or it consists of ASCII letters, digits, `-`, `.` and
+/// `_`. The link has at most 2,000 bytes. All of them are ASCII characters that are valid in a URL,
+/// so the link has no spaces, double quotes, angle brackets, backslashes or control characters.
+///
+/// A safe link has no user information before the host. In `https://a.example@b.example/`, the host
+/// is `b.example`, but the link looks like a link to `a.example`.
 ///
 /// The strings of style runs contain links from the data file, which the library does not change.
 /// Call this function for each of them. If the result is false, show the link as text or omit it.

@@ -10,12 +10,38 @@ namespace {
 constexpr std::size_t kMaximumLength = 2000;
 constexpr std::string_view kScheme = "https://";
 
+bool IsDigit(char character) {
+  return character >= '0' && character <= '9';
+}
+
+bool IsAlphanumericOrIn(std::string_view marks, char character) {
+  return (character >= 'a' && character <= 'z') || (character >= 'A' && character <= 'Z') ||
+         IsDigit(character) || marks.find(character) != std::string_view::npos;
+}
+
 bool IsURLCharacter(char character) {
-  constexpr std::string_view kMarks = "-._~:/?#[]@!$&'()*+,;=%";
-  const bool isAlphanumeric = (character >= 'a' && character <= 'z') ||
-                              (character >= 'A' && character <= 'Z') ||
-                              (character >= '0' && character <= '9');
-  return isAlphanumeric || kMarks.find(character) != std::string_view::npos;
+  return IsAlphanumericOrIn("-._~:/?#[]@!$&'()*+,;=%", character);
+}
+
+// Removes the port. Without a port, the host does not end with a colon and digits, unless it is an
+// address without its closing bracket.
+std::string_view WithoutPort(std::string_view authority) {
+  std::string_view host = authority;
+  while (!host.empty() && IsDigit(host.back())) host.remove_suffix(1);
+  if (!host.ends_with(':')) return authority;
+  host.remove_suffix(1);
+  return host;
+}
+
+// Does not check the syntax of names and addresses further. The characters alone ensure that every
+// view finds the same host in the link.
+bool IsHost(std::string_view host) {
+  const bool isAddress = host.starts_with('[') && host.ends_with(']');
+  if (isAddress) host = host.substr(1, host.size() - 2);
+  const std::string_view marks = isAddress ? ":." : "-._";
+  return !host.empty() && std::ranges::all_of(host, [marks](char character) {
+    return IsAlphanumericOrIn(marks, character);
+  });
 }
 
 }  // namespace
@@ -26,9 +52,8 @@ bool IsSafeLink(std::string_view link) noexcept {
   std::string_view authority = link;
   authority.remove_prefix(kScheme.size());
   authority = authority.substr(0, authority.find_first_of("/?#"));
-  const bool hasHost = !authority.empty() && authority.front() != ':';
-  const bool hasUserInformation = authority.find('@') != std::string_view::npos;
-  return hasHost && !hasUserInformation;
+  // User information is refused, too, because a host cannot contain "@".
+  return IsHost(WithoutPort(authority));
 }
 
 bool IsSafeLink(std::u16string_view link) noexcept {

@@ -10,12 +10,23 @@ namespace {
 TEST(SafeLink, IsAnHttpsUrlWithAHost) {
   for (const char* link :
        {"https://help.tarsa.example/a-b_c.d~e?f=g&h=%20#i;j", "https://x", "https://x:8443/",
-        "https://[::1]/", "https://x/@name", "https://x?to=a@b", "https://x#@"}) {
+        "https://[::1]/", "https://x/@name", "https://x?to=a@b", "https://x#@", "https://127.0.0.1",
+        "https://[2001:DB8::127.0.0.1]:443/", "https://a_b.example:/", "https://x#[a]:b"}) {
     EXPECT_TRUE(IsSafeLink(link)) << link;
   }
   for (const char* link :
        {"", "https://", "http://x", "HTTPS://x", "file:///etc/passwd", " https://x", "https:///x",
         "https://?x", "https://#x", "https://:80/"}) {
+    EXPECT_FALSE(IsSafeLink(link)) << link;
+  }
+}
+
+TEST(SafeLink, HasAHostThatConsistsOfValidCharacters) {
+  for (const char* link :
+       {"https://[evil", "https://a]b", "https://a:b", "https://a:b:c", "https://a:1:2",
+        "https://%zz", "https://%65vil.example", "https://a%2Fb", "https://a!b", "https://a~b",
+        "https://[]", "https://[]:80", "https://[", "https://]", "https://[::1", "https://[::1]x",
+        "https://[::1]:x", "https://[a-b]", "https://[::1%25eth0]"}) {
     EXPECT_FALSE(IsSafeLink(link)) << link;
   }
 }
