@@ -15,37 +15,11 @@ using nlohmann::json;
 
 namespace {
 
-/// The maximum length, in bytes, of a path, or of a message of nlohmann-json, within an error
-/// message. A message of nlohmann-json quotes the input, which can be long.
-constexpr std::size_t kMaximumDetail = 200;
-
 /// The maximum length, in bytes, of a member's name in a path.
 constexpr std::size_t kMaximumName = 100;
 
 /// The maximum length, in bytes, of a string that an error message quotes.
 constexpr std::size_t kMaximumQuotation = 60;
-
-/// Returns whether `byte` can be the first byte of a UTF-8 character.
-bool IsCharacterStart(char byte) {
-  return (static_cast<unsigned char>(byte) & 0xC0U) != 0x80U;
-}
-
-/// Returns the first `length` bytes of `text`, or up to three bytes fewer so that no character is
-/// split. Returns all of `text` if it is shorter.
-std::string_view Prefix(std::string_view text, std::size_t length) {
-  if (text.size() <= length) return text;
-  const std::size_t minimum = length - std::min<std::size_t>(length, 3);
-  while (length > minimum && !IsCharacterStart(text[length])) --length;
-  return text.substr(0, length);
-}
-
-/// Returns `text`. If it has more than `kMaximumDetail` bytes, replaces its middle with " ... ".
-std::string WithoutMiddle(std::string_view text) {
-  if (text.size() <= kMaximumDetail) return std::string(text);
-  std::string_view end = text.substr(text.size() - kMaximumDetail / 2);
-  for (int i = 0; i < 3 && !IsCharacterStart(end.front()); ++i) end.remove_prefix(1);
-  return std::string(Prefix(text, kMaximumDetail / 2)) + " ... " + std::string(end);
-}
 
 /// Returns the line and the column of the byte at `position`. The position, the line and the column
 /// count from 1. The column counts characters, as editors do.
@@ -67,6 +41,7 @@ std::string ParserDetail(std::string_view message) {
     if (end != std::string_view::npos) message.remove_prefix(end + prefixEnd.size());
     if (!message.starts_with("parse error")) break;
   }
+  // The parser quotes its input, which can be long.
   return WithoutMiddle(message);
 }
 

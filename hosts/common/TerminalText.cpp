@@ -22,6 +22,9 @@ constexpr UChar32 kKeycap = 0x20E3;
 constexpr UChar32 kEscape = '\\';
 constexpr int kViramaClass = 9;
 
+/// The maximum length, in bytes, of a part of a message that keeps its middle.
+constexpr std::size_t kMaximumDetail = 200;
+
 /// Returns the character at `position` and sets `position` to the end of the character. Returns
 /// U+FFFD for an unpaired surrogate.
 UChar32 ReadCharacter(std::u16string_view text, std::size_t& position) {
@@ -103,6 +106,12 @@ UChar32 Substitute(UChar32 character, UChar32 before, UChar32 after) {
   return IsInvisible(character) ? 0 : character;
 }
 
+bool LooksLikeSpace(UChar32 character) {
+  constexpr UChar32 kBlankBraillePattern = 0x2800;
+  return character != ' ' &&
+         (u_charType(character) == U_SPACE_SEPARATOR || character == kBlankBraillePattern);
+}
+
 /// Returns the first character of `text` (UTF-8), or a backslash if `EscapeInvisible` could replace
 /// that character with an escape. A joiner before that backslash would be invisible. Returns 0 if
 /// `text` is empty.
@@ -110,7 +119,8 @@ UChar32 NextVisibleCharacter(std::string_view text) {
   if (text.empty()) return 0;
   std::size_t end = 0;
   const UChar32 character = ReadCharacter(text, end);
-  return character < 0 || IsInvisible(character) ? kEscape : character;
+  const bool isEscaped = character < 0 || IsInvisible(character) || LooksLikeSpace(character);
+  return isEscaped ? kEscape : character;
 }
 
 /// Appends a backslash, `kind` and `digits` hexadecimal digits of `value`.
@@ -119,6 +129,11 @@ void AppendEscape(std::string& text, char kind, int digits, std::uint32_t value)
   text += '\\';
   text += kind;
   for (int shift = 4 * (digits - 1); shift >= 0; shift -= 4) text += kDigits[value >> shift & 0xFU];
+}
+
+/// Returns whether a UTF-8 string can be cut before `byte` without splitting a character.
+bool IsCharacterStart(char byte) {
+  return (static_cast<unsigned char>(byte) & 0xC0U) != 0x80U;
 }
 
 }  // namespace
@@ -160,7 +175,8 @@ std::string EscapeInvisible(std::string_view text) {
     const UChar32 character = ReadCharacter(text, position);
     const std::string_view bytes = rest.substr(0, rest.size() - (text.size() - position));
     const UChar32 after = NextVisibleCharacter(text.substr(position));
-    if (character >= 0 && Substitute(character, before, after) == character) {
+    if (character >= 0 && !LooksLikeSpace(character) &&
+        Substitute(character, before, after) == character) {
       escaped += bytes;
       before = character;
       continue;
@@ -175,6 +191,20 @@ std::string EscapeInvisible(std::string_view text) {
     }
   }
   return escaped;
+}
+
+std::string_view Prefix(std::string_view text, std::size_t length) {
+  if (text.size() <= length) return text;
+  const std::size_t minimum = length - std::min<std::size_t>(length, 3);
+  while (length > minimum && !IsCharacterStart(text[length])) --length;
+  return text.substr(0, length);
+}
+
+std::string WithoutMiddle(std::string_view text) {
+  if (text.size() <= kMaximumDetail) return std::string(text);
+  std::string_view end = text.substr(text.size() - kMaximumDetail / 2);
+  for (int i = 0; i < 3 && !IsCharacterStart(end.front()); ++i) end.remove_prefix(1);
+  return std::string(Prefix(text, kMaximumDetail / 2)) + " ... " + std::string(end);
 }
 
 }  // namespace hosts::common

@@ -3,6 +3,7 @@
 #ifndef HOSTS_COMMON_TERMINALTEXT_H_
 #define HOSTS_COMMON_TERMINALTEXT_H_
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 
@@ -24,11 +25,20 @@ std::u16string SafeForTerminal(std::u16string_view text);
 
 /// Returns a copy of `text` for a message that quotes names and values. `text` is UTF-8 or the
 /// bytes of a file name. Each character that `SafeForTerminal` replaces or removes becomes an
-/// escape such as `\u200b` or `\U000e0041`, and so do newlines and tabs. Each byte of ill-formed
-/// UTF-8 becomes an escape such as `\xff`. All other characters are unchanged, backslashes
-/// included, so escaping a text twice has no further effect. The result is one line of well-formed
-/// UTF-8. Takes linear time.
+/// escape such as `\u200b` or `\U000e0041`, and so do newlines and tabs. The same applies to
+/// characters that look like a space, such as U+00A0 and U+2800. Each byte of ill-formed UTF-8
+/// becomes an escape such as `\xff`. All other characters are unchanged, backslashes included, so
+/// escaping a text twice has no further effect. The result is one line of well-formed UTF-8. Takes
+/// linear time.
 std::string EscapeInvisible(std::string_view text);
+
+/// Returns the first `length` bytes of `text` (UTF-8), or up to three bytes less so that no
+/// character is split. Returns all of `text` if it is shorter.
+std::string_view Prefix(std::string_view text, std::size_t length);
+
+/// Returns `text` (UTF-8) for a message. If it has more than 200 bytes, replaces its middle by
+/// " ... ". Does not split a character.
+std::string WithoutMiddle(std::string_view text);
 
 }  // namespace hosts::common
 

@@ -39,8 +39,8 @@ bool RunLine(std::string_view line) {
   if (!orncore::string::IsWellFormedUTF8(line)) {
     // Commands receive UTF-16. The conversion to UTF-16 would replace the ill-formed bytes in a
     // file name, and the command could then open a file with a different name.
-    ReportError("cannot run the console command '" + std::string(line) +
-                "': not valid UTF-8; rename the file");
+    ReportError("cannot run the console command '" + common::WithoutMiddle(line) +
+                "': not valid UTF-8");
     return false;
   }
   std::basic_ostringstream<char16_t> output;
@@ -48,8 +48,8 @@ bool RunLine(std::string_view line) {
       CommandRegistry::Instance().RunLine(orncore::string::UTF8to16(line), output);
   WriteOutput(orncore::string::UTF16to8(common::SafeForTerminal(output.str())));
   if (!result) {
-    ReportError("unknown console command '" + std::string(line.substr(0, line.find(' '))) +
-                "'; 'help' lists the commands");
+    const std::string name = common::WithoutMiddle(line.substr(0, line.find(' ')));
+    ReportError("unknown console command '" + name + "'; 'help' lists the commands");
   }
   return result == 0;
 }

@@ -91,7 +91,7 @@ TEST(JsonDocument, ShortensLongMessages) {
 TEST(JsonDocument, WritesMessagesOnOneLine) {
   EXPECT_EQ(ErrorOf("{\"a\n").find('\n'), std::string::npos);
   EXPECT_EQ(JsonMessage("a\nb", "/c\nd\x7F", ""), "a\\u000ab: /c\\u000ad\\u007f");
-  EXPECT_EQ(JsonMessage("a\xC2\x9B", "", "\xC2\xA0\xC2\t"), "a\\u009b: \xC2\xA0\\xc2\\u0009");
+  EXPECT_EQ(JsonMessage("a\xC2\x9B", "", "\xC3\xA9\xC2\t"), "a\\u009b: \xC3\xA9\\xc2\\u0009");
 }
 
 // In messages, nlohmann-json quotes invalid input. It does not escape DEL or the characters U+0080

@@ -95,10 +95,24 @@ TEST(TerminalText, EscapesInvisibleCharacters) {
 }
 
 TEST(TerminalText, EscapingKeepsVisibleText) {
-  for (const std::string text : {"", "it's \\ \\u200b", "\u00E9\u00A0\u6C34", "e\u0301", "\uFFFD",
+  for (const std::string text : {"", "it's \\ \\u200b", "\u00E9 \u6C34", "e\u0301", "\uFFFD",
                                  "\u2764\uFE0F\u200D\U0001F525", "\u0645\u06CC\u200C\u062E"}) {
     EXPECT_EQ(text, EscapeInvisible(text));
   }
+}
+
+TEST(TerminalText, EscapesCharactersThatLookLikeASpace) {
+  EXPECT_EQ("a\\u00a0b\\u2003c\\u3000\\u2800 d", EscapeInvisible("a\u00A0b\u2003c\u3000\u2800 d"));
+}
+
+TEST(TerminalText, ALongTextLosesItsMiddle) {
+  const std::string text(200, 'x');
+  EXPECT_EQ(text, WithoutMiddle(text));
+  EXPECT_EQ(std::string(100, 'a') + " ... " + std::string(100, 'b'),
+            WithoutMiddle(std::string(100, 'a') + "c" + std::string(100, 'b')));
+  // The cuts are in the middle of two characters.
+  EXPECT_EQ(std::string(99, 'a') + " ... " + std::string(99, 'b'),
+            WithoutMiddle(std::string(99, 'a') + "\u00E9" + "\u00E9" + std::string(99, 'b')));
 }
 
 // A joiner next to an escape is invisible, so it must be escaped too.

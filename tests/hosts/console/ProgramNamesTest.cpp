@@ -33,19 +33,19 @@ class NamesTest : public ProgramTest {
   /// Returns the arguments of `command` with these files, and with a state store whose name is not
   /// valid UTF-8.
   std::vector<std::string> WordsFor(const std::string& command) const {
-    return {command,   Path("data\xFF'.csv"),   "--host", Path("host\xC3\x1B.json"),
-            "--state", Path("state\xE2\x80.db")};
+    return {command,   Path("data\xFF'.csv"),     "--host", Path("host\xC3\x1B.json"),
+            "--state", Path("state\xE2\x80.json")};
   }
 };
 
 TEST_F(NamesTest, EveryCommandUsesTheBytesOfTheFileNames) {
   EXPECT_EQ("There is something new.\nNothing needs rating.\n", OutputOf(WordsFor("status")));
   EXPECT_THAT(OutputOf(WordsFor("show")), HasSubstr("Twice as fast"));
-  EXPECT_TRUE(std::filesystem::exists(Path("state\xE2\x80.db")));
-  EXPECT_THAT(OutputOf({"state", "show", "--state", Path("state\xE2\x80.db")}),
-              AllOf(HasSubstr("/state\\xe2\\x80.db\n"), HasSubstr("6 identities")));
-  EXPECT_THAT(OutputOf({"state", "reset", "--state", Path("state\xE2\x80.db")}),
-              HasSubstr("/state\\xe2\\x80.db.\n"));
+  EXPECT_TRUE(std::filesystem::exists(Path("state\xE2\x80.json")));
+  EXPECT_THAT(OutputOf({"state", "show", "--state", Path("state\xE2\x80.json")}),
+              AllOf(HasSubstr("/state\\xe2\\x80.json\n"), HasSubstr("6 identities")));
+  EXPECT_THAT(OutputOf({"state", "reset", "--state", Path("state\xE2\x80.json")}),
+              HasSubstr("/state\\xe2\\x80.json.\n"));
 }
 
 TEST_F(NamesTest, AShellRunsThePrintedRatingCommand) {
@@ -87,7 +87,7 @@ TEST_F(NamesTest, TheConsoleRefusesLinesThatAreNotUTF8) {
   EXPECT_THAT(result.output, IsEmpty());
   EXPECT_THAT(result.errors,
               AllOf(StartsWith("ornwhatsnew: cannot run the console command 'ValidateWhatsNew /"),
-                    HasSubstr("/x\\xff.csv': not valid UTF-8")));
+                    HasSubstr("/x\\xff.csv': not valid UTF-8\n")));
 
   ProgramCall call = Call({"console"});
   call.input = "ValidateWhatsNew " + name + "\nValidateWhatsNew\n";
@@ -98,6 +98,18 @@ TEST_F(NamesTest, TheConsoleRefusesLinesThatAreNotUTF8) {
 }
 
 using VisibleMessageTest = ProgramTest;
+
+TEST_F(VisibleMessageTest, MessagesCutLongConsoleLines) {
+  const std::string name(30'000, 'x');
+  ProgramCall call = Call({"console"});
+  call.input = name + "\n" + name + "\xFF\n";
+  const ProgramResult result = RunProgram(ProgramFile(), call);
+  EXPECT_EQ(7, result.exitStatus);
+  const std::string cut = std::string(100, 'x') + " ... " + std::string(99, 'x');
+  EXPECT_EQ("ornwhatsnew: unknown console command '" + cut + "x'; 'help' lists the commands\n" +
+                "ornwhatsnew: cannot run the console command '" + cut + "\\xff': not valid UTF-8\n",
+            result.errors);
+}
 
 TEST_F(VisibleMessageTest, QuotedNamesShowTheirInvisibleCharacters) {
   EXPECT_EQ(
