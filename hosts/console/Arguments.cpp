@@ -148,6 +148,15 @@ std::string MissingCommandMessage(const CLI::App& command) {
   return std::string(isOption ? "unknown option '" : "unknown command '") + words.front() + "'";
 }
 
+/// Returns the first unknown option of `command`, or an empty string if there is none.
+std::string UnknownOption(const CLI::App& command) {
+  for (const std::string& word : command.remaining()) {
+    if (word == "--") break;
+    if (word.starts_with('-')) return word;
+  }
+  return "";
+}
+
 /// Returns the error message for words that no command accepts. The message of CLI11 cannot be
 /// used, because it lists the words backwards.
 std::string UnexpectedWordsMessage(const CLI::App& command) {
@@ -324,6 +333,10 @@ class CommandLine {
         return UnexpectedWordsMessage(app_);
       case CLI::ExitCodes::RequiredError:
         if (command.get_require_subcommand_min() > 0) return MissingCommandMessage(command);
+        // A misspelt option is the likely reason why a required argument is missing.
+        if (const std::string option = UnknownOption(command); !option.empty()) {
+          return "unknown option '" + option + "'";
+        }
         return error.what();
       default:
         return error.what();

@@ -206,6 +206,15 @@ TEST(Arguments, NameAnUnknownOptionOfACommand) {
             ErrorOf({"console", "--frob=x", "help"}));
 }
 
+TEST(Arguments, NameAnUnknownOptionBeforeAMissingArgument) {
+  EXPECT_EQ("unknown option '-d.csv'. Run 'ornwhatsnew status --help' for usage.",
+            ErrorOf({"status", "-d.csv", "--host", "h"}));
+  EXPECT_EQ("unknown option '--hots'. Run 'ornwhatsnew show --help' for usage.",
+            ErrorOf({"show", "d", "--hots", "h"}));
+  EXPECT_EQ("--host is required. Run 'ornwhatsnew show --help' for usage.",
+            ErrorOf({"show", "--", "d", "--host", "h"}));
+}
+
 TEST(Arguments, NameAnInvalidWidth) {
   for (const std::string word :
        {"0x10", "-1", "+5", " 5", "5 ", "1e2", "5.0", "", "100001", "99999999999999999999999"}) {
