@@ -255,14 +255,13 @@ TEST_F(ProgramFaultTest, APanelIsNotStoredIfThePipeIsClosed) {
 }
 
 TEST_F(ProgramFaultTest, AShortPanelIsNotStoredIfItsReaderExitsEarly) {
-  // The program waits a limited time for such a reader. Repeat the attempt, because the test can
-  // close the pipe too late on a busy machine.
   int noticed = 0;
-  for (int attempt = 0; attempt < 100 && noticed == 0; ++attempt) {
+  for (int attempt = 0; attempt < 100; ++attempt) {
     const std::filesystem::path file = folder_.Path() / (std::to_string(attempt) + ".state");
     ChildProcess process(ProgramFile(), Call({"show", "{data}", "{host}", "--state", file}));
-    EXPECT_THAT(process.ReadOutput(), HasSubstr("Twice as fast"));
+    const std::string output = process.ReadOutput();
     process.CloseOutput();
+    EXPECT_THAT(output, HasSubstr("Twice as fast"));
     const ProgramResult result = process.Wait();
     if (result.exitStatus == 0) continue;
     ++noticed;
@@ -270,7 +269,9 @@ TEST_F(ProgramFaultTest, AShortPanelIsNotStoredIfItsReaderExitsEarly) {
     EXPECT_EQ(kClosedOutput + "; nothing was stored\n", result.errors);
     EXPECT_FALSE(std::filesystem::exists(file));
   }
-  EXPECT_EQ(1, noticed);
+  // The program waits a limited time for such a reader. On a busy machine, the test may sometimes
+  // close the pipe too late.
+  EXPECT_GE(noticed, 90);
 }
 
 TEST_F(ProgramFaultTest, AClosedPipePrintsNoErrorIfNothingWouldBeStored) {
