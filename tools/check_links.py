@@ -48,9 +48,11 @@ def main() -> None:
             count += 1
             if reason := problem(page, link):
                 dead.append(f"{page}: {link}: {reason}")
-    print(*dead, sep="\n", file=sys.stderr)
-    if dead or not count:
+    if dead:
+        print(*dead, sep="\n", file=sys.stderr)
         sys.exit(f"{len(dead)} of {count} links do not work")
+    if not count:
+        sys.exit(f"found no relative links in Markdown files in: {' '.join(sys.argv[1:])}")
     print(f"{count} links work")
 
 
