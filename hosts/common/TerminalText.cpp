@@ -131,12 +131,11 @@ void AppendEscape(std::string& text, char kind, int digits, std::uint32_t value)
   for (int shift = 4 * (digits - 1); shift >= 0; shift -= 4) text += kDigits[value >> shift & 0xFU];
 }
 
-/// Returns whether a UTF-8 string can be cut before `byte` without splitting a character.
+}  // namespace
+
 bool IsCharacterStart(char byte) {
   return (static_cast<unsigned char>(byte) & 0xC0U) != 0x80U;
 }
-
-}  // namespace
 
 std::u16string SafeForTerminal(std::u16string_view text) {
   std::u16string safe;

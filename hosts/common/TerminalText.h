@@ -32,11 +32,14 @@ std::u16string SafeForTerminal(std::u16string_view text);
 /// linear time.
 std::string EscapeInvisible(std::string_view text);
 
-/// Returns the first `length` bytes of `text` (UTF-8), or up to three bytes less so that no
+/// Returns whether `byte` can be the first byte of a UTF-8 character.
+bool IsCharacterStart(char byte);
+
+/// Returns the first `length` bytes of `text` (UTF-8), or up to three bytes fewer so that no
 /// character is split. Returns all of `text` if it is shorter.
 std::string_view Prefix(std::string_view text, std::size_t length);
 
-/// Returns `text` (UTF-8) for a message. If it has more than 200 bytes, replaces its middle by
+/// Returns `text` (UTF-8) for a message. If it has more than 200 bytes, replaces its middle with
 /// " ... ". Does not split a character.
 std::string WithoutMiddle(std::string_view text);
 

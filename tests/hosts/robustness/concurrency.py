@@ -2,8 +2,10 @@
 
 import json
 import random
+import time
 
-from program import DONE, EMPTY, Result, State, require, require_safe_text
+from program import (DONE, EMPTY, LONGEST_RUN, Broken, Result, State, require,
+                     require_safe_text)
 
 PROGRAMS = 8
 ROUNDS_PER_STORE = 8
@@ -61,12 +63,20 @@ class Rounds:
         reading = [*program.show_state(None, self._store), "--format", "json"]
         words.append(reading)
         self._random.shuffle(words)
+        deadline = time.monotonic() + LONGEST_RUN
         processes = [program.start(line) for line in words]
-        outputs = [process.communicate() for process in processes]
+        ends = []
+        for line, process in zip(words, processes):
+            try:
+                ends.append(program.wait(process, line[0], deadline))
+            except Broken as problem:
+                # Wait for the other programs, so that none of them changes the next store.
+                ends.append(problem)
         printed = None
-        for line, process, (output, errors) in zip(words, processes, outputs):
-            result = Result(process.returncode, require_safe_text(output),
-                            require_safe_text(errors))
+        for line, process, end in zip(words, processes, ends):
+            if isinstance(end, Broken):
+                raise end
+            result = Result(process.returncode, *map(require_safe_text, end))
             require(result.status == DONE, f"{line[0]} failed", result)
             if line is reading:
                 printed = json.loads(result.output)

@@ -5,6 +5,7 @@ import random
 import re
 import shutil
 import socket
+import stat
 from pathlib import Path
 
 from program import DONE, EMPTY, UNUSABLE_STORE, Broken, require
@@ -123,6 +124,18 @@ KINDS = ("empty", "random", "names the victim", "folder", "full folder", "FIFO",
          "hard link", "not readable", "link", "dangling link", "link to itself", "link to a folder",
          "link to /dev/zero", "link to /dev/full")
 
+# Files of these kinds next to a store never make a command fail.
+HARMLESS_KINDS = {"empty", "random", "names the victim", "hard link"}
+
+
+def snapshot(path):
+    """Returns the mode of a file and, if it is a regular file, its content."""
+    if not os.path.lexists(path):
+        return None
+    mode = path.lstat().st_mode
+    is_readable = stat.S_ISREG(mode) and os.access(path, os.R_OK)
+    return mode, path.read_bytes() if is_readable else b""
+
 
 def make_socket(path):
     # The address of a socket has space for about 100 bytes. Use a path that is shorter than `path`.
@@ -187,8 +200,7 @@ class Damage:
             self._require_end(words, result)
             is_unchanged = (self._store.stat().st_size == HUGE if is_huge
                             else self._store.read_bytes() == content)
-            if result.status == UNUSABLE_STORE or words in (self._program.status,
-                                                            self._program.show_state):
+            if result.status == UNUSABLE_STORE or words in self._reading_commands():
                 require(is_unchanged, f"{words.__name__} changed a store", result)
             elif stored is not None:
                 require(self._program.state(self._store).includes(stored),
@@ -211,10 +223,14 @@ class Damage:
             for name, kind in zip(names, kinds):
                 make_file(store.parent / name, kind, self._victim, rng)
             used = self._folder / "link.json" if is_link else self._store
+            before = snapshot(store)
             try:
                 result = self._program.run_limited(words(self._edition, used))
                 self._require_end(words, result)
                 self._require_victim(result)
+                self._require_unchanged(words, result, store, before)
+                if HARMLESS_KINDS.issuperset(kinds) or words in self._reading_commands():
+                    require(result.status == DONE, "refused for a harmless file", result)
                 if result.status == DONE:
                     self._require_success(words, stored, used, has_store)
             except Broken as problem:
@@ -229,9 +245,11 @@ class Damage:
         for words, _ in self.commands():
             self._reset_folder()
             make_file(self._store, kind, self._victim, random.Random(kind))
+            before = snapshot(self._store)
             result = self._program.run_limited(words(self._edition, self._store))
             self._require_end(words, result)
             self._require_victim(result)
+            self._require_unchanged(words, result, self._store, before)
             refused += result.status == UNUSABLE_STORE
         return f"{refused} of 5 refused"
 
@@ -258,6 +276,13 @@ class Damage:
         name = words.__name__
         require(result.status in (DONE, UNUSABLE_STORE), f"{name}: unexpected exit status", result)
         require((result.status == DONE) == (result.errors == ""), f"{name}: wrong message", result)
+
+    def _reading_commands(self):
+        return self._program.status, self._program.show_state
+
+    def _require_unchanged(self, words, result, store, before):
+        if result.status == UNUSABLE_STORE or words in self._reading_commands():
+            require(snapshot(store) == before, f"{words.__name__} changed a store", result)
 
     def _require_victim(self, result):
         require(self._victim.is_file() and self._victim.read_bytes() == b"victim"

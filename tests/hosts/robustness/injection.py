@@ -8,7 +8,8 @@ import re
 from collections import Counter
 from typing import Callable, NamedTuple
 
-from program import DONE, EMPTY, UNWRITABLE_OUTPUT, content_of, copy_folder, require
+from program import (DONE, EMPTY, UNUSABLE_STORE, UNWRITABLE_OUTPUT, content_of, copy_folder,
+                     require)
 
 ERRORS = ("EIO", "ENOSPC", "EINTR", "EAGAIN")
 
@@ -17,10 +18,24 @@ ERRORS = ("EIO", "ENOSPC", "EINTR", "EAGAIN")
 # would take the injected error for an address.
 EXCLUDED = {"execve", "exit_group", "brk"}
 
-# The exit statuses that an injected error may cause. glibc ends a program with SIGABRT if a call
-# fails in a way that is impossible on Linux, such as futex(2) with EIO. If a call fails during the
-# loading of a program, the dynamic linker exits with status 127.
-STATUSES = {0, 1, 3, 4, 6, 127, -6}
+# If the first allocation fails, the dynamic linker of glibc crashes in every program.
+FIRST_ALLOCATION = ("mmap", 1)
+
+# Parts of the messages with which the C library ends a program, by the status of the program.
+FATAL_MESSAGES = {
+    -6: ("The futex facility returned an unexpected error code", "Fatal glibc error: "),
+    127: ("error while loading shared libraries: ", "cannot set up thread-local storage: ")}
+
+STATUSES = {DONE, 1, 3, UNUSABLE_STORE, UNWRITABLE_OUTPUT}
+
+
+def is_ended_by_c_library(result):
+    """Returns whether the C library ended the program and printed one of its messages.
+
+    glibc ends a program with SIGABRT if a call fails that cannot fail on Linux, such as futex(2)
+    with EIO. The dynamic linker ends a program with 127 if it cannot load a library.
+    """
+    return any(message in result.errors for message in FATAL_MESSAGES.get(result.status, ()))
 
 
 class Scenario(NamedTuple):
@@ -90,7 +105,8 @@ class Target:
     def fail(self, name, number, error):
         """Makes a call fail with `error`. Describes the state after the run."""
         result = self._run("-e", f"inject={name}:error={error}:when={number}")
-        require(result.status in STATUSES, "unexpected exit status", result)
+        require(result.status in STATUSES or is_ended_by_c_library(result), "unexpected exit status",
+                result)
         if result.status == DONE:
             require(result.output == self._output, "the output differs from the first run", result)
         state = self._state_after(result)
@@ -104,7 +120,11 @@ class Target:
         """Kills the command when it makes a call. Describes the state after the kill."""
         result = self._run("-e", f"inject={name}:signal=SIGKILL:when={number}")
         require(result.status == -9, "the command was not killed", result)
-        return self._name_of(self._state_after(result))
+        state = self._state_after(result)
+        # `show` prints its panel before it stores it. The other commands report what they stored.
+        if result.output and self._scenario.words is not self._program.show:
+            require(state == self._new, "a reported change is lost", result)
+        return self._name_of(state)
 
     def _state_after(self, result):
         state = self._program.state(self._store)
@@ -122,15 +142,20 @@ class Target:
         return "new state" if state == self._new else "old state"
 
 
-def error_checks(calls):
-    """Returns a check for each injected error: a description and a function of a `Target`."""
+def error_checks(calls, every):
+    """Returns checks of every n-th call, one for each error.
+
+    A check is a pair: a description and a function of a `Target`.
+    """
+    calls = [call for call in calls if call[0] not in EXCLUDED and call != FIRST_ALLOCATION]
     return [(f"{name} number {number} fails with {error}",
              lambda target, call=(name, number, error): target.fail(*call))
-            for name, number in calls if name not in EXCLUDED for error in ERRORS]
+            for name, number in calls[::every] for error in ERRORS]
 
 
-def kill_checks(calls):
-    """Returns a check for each kill: a description and a function of a `Target`."""
+def kill_checks(calls, every):
+    """Returns a check for a kill at every n-th call, in the same form."""
+    calls = [call for call in calls if call != ("execve", 1)]
     return [(f"killed at {name} number {number}",
              lambda target, call=(name, number): target.kill(*call))
-            for name, number in calls if (name, number) != ("execve", 1)]
+            for name, number in calls[::every]]

@@ -11,9 +11,13 @@ import unicodedata
 from pathlib import Path
 from typing import NamedTuple
 
-# The maximum duration of a run, in seconds. The program waits for a lock for at most 5 s and must
-# end within one more second. The other 2 s are for strace and for other programs on the machine.
-LONGEST_RUN = 8.0
+# The maximum duration of a run, in seconds. The program waits for a lock for at most 5 s and must end
+# within one more second.
+LONGEST_RUN = 6.0
+
+# The additional duration of a run under strace, in seconds. strace stops the program at each system
+# call.
+STRACE_TIME = 2.0
 
 # The memory limit of the program, in bytes. If a damaged store makes the program allocate more than
 # this, the program fails.
@@ -146,19 +150,23 @@ class Program:
         start = time.monotonic()
         with tempfile.TemporaryFile() as file:
             process = self.start(words, prefix, subprocess.PIPE if has_pipe else file)
-            try:
-                output, errors = process.communicate(timeout=3 * LONGEST_RUN)
-            except subprocess.TimeoutExpired as error:
-                # Kill the whole group. If only strace ended, the program would continue.
-                os.killpg(process.pid, signal.SIGKILL)
-                process.communicate()
-                raise Broken(f"{words[0]} did not end") from error
+            limit = LONGEST_RUN + (STRACE_TIME if "strace" in prefix else 0)
+            output, errors = self.wait(process, words[0], start + limit)
             if not has_pipe:
                 file.seek(0)
                 output = file.read()
-        seconds = time.monotonic() - start
-        require(seconds <= LONGEST_RUN, f"{words[0]} took {seconds:.1f} s")
         return Result(process.returncode, require_safe_text(output), require_safe_text(errors))
+
+    @staticmethod
+    def wait(process, name, deadline):
+        """Returns the output and the errors of a program. Kills it if it does not end in time."""
+        try:
+            return process.communicate(timeout=max(0, deadline - time.monotonic()))
+        except subprocess.TimeoutExpired as error:
+            # Kill the whole group. If only strace ended, the program would continue.
+            os.killpg(process.pid, signal.SIGKILL)
+            process.communicate()
+            raise Broken(f"{name} did not end in time") from error
 
     def run_limited(self, words):
         """Runs the program with limited memory."""
