@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <limits>
-#include <utility>
 
 #include <nlohmann/json.hpp>
 
@@ -119,7 +118,7 @@ std::optional<JsonReader> JsonReader::Find(std::string_view name) const {
 JsonReader JsonReader::Member(std::string_view name) const {
   auto member = Find(name);
   if (!member) Fail("the member " + JsonQuoted(name) + " is missing");
-  return *std::move(member);
+  return *member;
 }
 
 void JsonReader::Fail(std::string_view message) const {
