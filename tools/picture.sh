@@ -7,7 +7,8 @@ picture_columns=84
 picture_lines=39
 
 # Prints an HTML page that shows the panel like a terminal. Removes the link targets. Replaces faint
-# text with grey text, because aha does not support faint text.
+# text with grey text, because aha does not support faint text. sed cuts the panel, because `show` fails
+# if its reader exits early, as `head` does.
 picture_page() {
   cat <<'HTML'
 <!doctype html><meta charset="utf-8"><style>
@@ -17,7 +18,7 @@ pre { margin: 0; font: 17px/1.32 "DejaVu Sans Mono", monospace; }
 HTML
   "$1" show examples/herbarium/whatsnew.csv --host examples/herbarium/host.json --only-new \
     --platform --relevant-versions --state :memory: --color always --width "$picture_columns" |
-    head -n "$picture_lines" | sed -E -e 's/\x1b]8;[^\x1b]*\x1b\\//g' -e 's/\x1b\[2m/\x1b[90m/g' |
+    sed -E -e "$((picture_lines + 1)),\$d" -e 's/\x1b]8;[^\x1b]*\x1b\\//g' -e 's/\x1b\[2m/\x1b[90m/g' |
     aha --no-header | picture_colors
   echo '</pre>'
 }
