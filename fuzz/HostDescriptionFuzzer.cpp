@@ -7,10 +7,8 @@
 #include <limits>
 #include <map>
 #include <optional>
-#include <set>
 #include <string>
 #include <string_view>
-#include <vector>
 
 #include <ornappsupport/Services.h>
 #include <orncore/string/Conversion.h>
@@ -20,6 +18,7 @@
 
 #include "fuzz/PanelProperties.h"
 #include "fuzz/Property.h"
+#include "fuzz/StrictJson.h"
 #include "hosts/common/HostDescription.h"
 #include "hosts/common/JsonDocument.h"
 #include "tests/support/FakeStateStore.h"
@@ -81,24 +80,6 @@ json HostJson(const HostDescription& host) {
           {"betaFeatures", features},
           {"debug", host.debug},
           {"dictionary", host.dictionary}};
-}
-
-// Parses JSON. Returns a discarded value if the text is invalid or contains NUL, or if an object
-// has duplicate members.
-json ParseStrictly(std::string_view text) {
-  if (text.find('\0') != std::string_view::npos) return json::value_t::discarded;
-  std::vector<std::set<std::string>> open;
-  bool isUnique = true;
-  const auto check = [&](int, json::parse_event_t event, json& parsed) {
-    if (event == json::parse_event_t::object_start) open.emplace_back();
-    if (event == json::parse_event_t::key) {
-      isUnique &= open.back().insert(parsed.get<std::string>()).second;
-    }
-    if (event == json::parse_event_t::object_end) open.pop_back();
-    return true;
-  };
-  json value = json::parse(text, check, false);
-  return isUnique ? value : json(json::value_t::discarded);
 }
 
 bool IsObjectOfTexts(const json& value) {
