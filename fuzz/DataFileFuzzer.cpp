@@ -120,7 +120,7 @@ void Run(Input input) {
   lists.IsAnythingNew(world.Options());
   lists.IsAnythingNeedingRating();
   Display(lists, world.Options(), seen);
-  RequireRemembered(lists, text, world.Options(), seen);
+  if (world.ChecksReloads()) RequireRemembered(lists, text, world.Options(), seen);
 }
 
 }  // namespace
