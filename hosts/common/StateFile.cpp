@@ -29,6 +29,20 @@ std::string Named(const std::filesystem::path& file) {
   return "the state store '" + file.native() + "'";
 }
 
+/// Returns advice for the user after a read or a write has failed with `error`.
+std::string_view AdviceFor(const std::error_code& error) {
+  if (error == std::errc::no_space_on_device || error.value() == EDQUOT) {
+    return "free some space and try again";
+  }
+  if (error == std::errc::file_too_large) return "increase the file size limit and try again";
+  if (error == std::errc::permission_denied || error == std::errc::operation_not_permitted) {
+    return "check the permissions of the file and its folder";
+  }
+  if (error == std::errc::read_only_file_system) return "make the file system writable";
+  if (error == std::errc::io_error) return "check the disk and try again";
+  return "check the path and try again";
+}
+
 [[noreturn]] void FailReading(const std::filesystem::path& file, int error) {
   const auto refuse = [&file](const std::string& reason) {
     throw StateStoreError("cannot use " + Named(file) + ": " + reason +
@@ -37,23 +51,9 @@ std::string Named(const std::filesystem::path& file) {
   if (error == EISDIR) refuse("it is a folder");
   if (error == EOPNOTSUPP) refuse("it is not a regular file");
   if (error == EFBIG) refuse("it is larger than 64 MiB");
-  throw StateStoreError("cannot read " + Named(file) + ": " +
-                        std::generic_category().message(error) +
-                        "; allow reading the file and its folder" + std::string(kElsewhere));
-}
-
-/// Returns advice for the user after a write has failed with `error`.
-std::string_view AdviceFor(const std::error_code& error) {
-  if (error == std::errc::no_space_on_device || error == std::errc::file_too_large ||
-      error.value() == EDQUOT) {
-    return "free some space and try again";
-  }
-  if (error == std::errc::permission_denied || error == std::errc::operation_not_permitted ||
-      error == std::errc::read_only_file_system) {
-    return "allow writing to the file and its folder";
-  }
-  if (error == std::errc::io_error) return "check the disk and try again";
-  return "check the path";
+  const std::error_code code(error, std::generic_category());
+  throw StateStoreError("cannot read " + Named(file) + ": " + code.message() + "; " +
+                        std::string(AdviceFor(code)) + std::string(kElsewhere));
 }
 
 [[noreturn]] void FailWriting(const std::filesystem::path& file, const std::system_error& error) {

@@ -275,8 +275,8 @@ TEST_F(StateStoreFaultTest, AFullDiskLosesNothing) {
     store.Set(kKey, std::string(1'000'000, 'x'));
     ::setrlimit(RLIMIT_FSIZE, &small);
     const std::string error = StoreErrorOf([&] { store.Commit(); });
-    EXPECT_THAT(error,
-                AllOf(HasSubstr("cannot "), HasSubstr(File().native()), HasSubstr("--state")));
+    EXPECT_THAT(error, AllOf(HasSubstr("cannot "), HasSubstr(File().native()),
+                             HasSubstr("increase the file size limit"), HasSubstr("--state")));
     EXPECT_EQ("old", StateStore(File()).Get(kKey));
     EXPECT_EQ("a", StateStore(File()).Get(kAllSeenItemsKey));
     ::setrlimit(RLIMIT_FSIZE, &limit);
@@ -307,7 +307,7 @@ TEST_F(StateStoreFaultTest, AStoreInAReadOnlyFolderCanOnlyBeRead) {
     EXPECT_EQ("old", store.Get(kKey));
     store.Set(kKey, "new");
     const std::string error = StoreErrorOf([&] { store.Commit(); });
-    EXPECT_THAT(error, AllOf(HasSubstr("Permission denied; allow writing to the file"),
+    EXPECT_THAT(error, AllOf(HasSubstr("Permission denied; check the permissions of the file"),
                              HasSubstr(File().native()), HasSubstr("--state")));
     return !testing::Test::HasFailure();
   }));
@@ -382,9 +382,19 @@ TEST_F(StateStoreFaultTest, NamesAStoreWithoutReadPermission) {
   std::filesystem::permissions(folder_.Path(), std::filesystem::perms{0755});
   EXPECT_TRUE(AsOrdinaryUser([this] {
     EXPECT_THAT(StoreErrorOf([&] { StateStore store(File()); }),
-                AllOf(HasSubstr(File().native()), HasSubstr("--state")));
+                AllOf(HasSubstr("cannot read the state store '" + File().native() + "'"),
+                      HasSubstr("Permission denied; check the permissions of the file"),
+                      HasSubstr("--state")));
     return !testing::Test::HasFailure();
   }));
+}
+
+TEST_F(StateStoreFaultTest, AdvisesToCheckThePathOfALoopOfLinks) {
+  std::filesystem::create_symlink(File(), File());
+  EXPECT_THAT(
+      StoreErrorOf([&] { StateStore store(File()); }),
+      AllOf(HasSubstr("cannot read the state store '" + File().native() + "'"),
+            HasSubstr("; check the path and try again, or name a file"), HasSubstr("--state")));
 }
 
 }  // namespace
