@@ -11,9 +11,9 @@
 
 namespace hosts::common {
 
-/// The new content of a file, which is in a temporary file next to it until `Commit`. The name of
-/// the temporary file is the name of the file followed by ".tmp". Only one replacement of a file
-/// may exist at a time; use a `FileLock`. All functions throw `std::system_error` on failure.
+/// The new content of a file. Until `Commit`, it is in a temporary file in the same folder. The
+/// name of the temporary file is the name of the file followed by ".tmp". Only one replacement of a
+/// file may exist at a time; use a `FileLock`. All functions throw `std::system_error` on failure.
 class FileReplacement {
  public:
   /// Creates an empty temporary file for the file `name` in `folder`, which must outlive this
@@ -25,9 +25,10 @@ class FileReplacement {
   FileReplacement(const FileReplacement&) = delete;
   FileReplacement& operator=(const FileReplacement&) = delete;
 
-  /// Gives the temporary file the mode of `replaced`, which is the open file that it will replace,
-  /// and, if possible, its group and its owner. If the group is not possible, withholds the
-  /// permissions of the group. Throws if the user has no permission to write to that file.
+  /// Copies the mode of `replaced` to the temporary file. `replaced` is the open file that `Commit`
+  /// will replace. Also copies its group and its owner if the user may set them. If the group
+  /// cannot be set, omits the permissions of the group. Throws if the user may not write to the
+  /// file that `Commit` will replace.
   void CopyModeAndOwner(const FileDescriptor& replaced) const;
 
   /// Writes `bytes` to the temporary file and waits until they are on the disk.

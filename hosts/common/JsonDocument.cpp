@@ -41,7 +41,7 @@ std::string ParserDetail(std::string_view message) {
     if (end != std::string_view::npos) message.remove_prefix(end + prefixEnd.size());
     if (!message.starts_with("parse error")) break;
   }
-  // The parser quotes its input, which can be long.
+  // The message quotes the input, which can be long.
   return WithoutMiddle(message);
 }
 

@@ -33,10 +33,13 @@ class JsonDocument {
   static constexpr std::size_t kAnyNumber = static_cast<std::size_t>(-1);
 
   /// Parses `text`, which is UTF-8 with or without a byte order mark, and returns the document.
-  /// Error messages begin with `sourceName`. Throws `JsonError` if `text` is not valid JSON, if it
-  /// contains NUL, if a number is beyond the range of a double, if an object has duplicate members,
-  /// if arrays and objects are nested deeper than `maximumDepth`, and if all arrays together have
-  /// more than `maximumElements` elements. Stops at the first error.
+  /// Error messages begin with `sourceName`. Stops at the first error and throws `JsonError`. These
+  /// are errors:
+  /// - `text` is not valid JSON, or it contains NUL.
+  /// - A number is beyond the range of a double.
+  /// - An object has duplicate members.
+  /// - Arrays and objects are nested deeper than `maximumDepth`.
+  /// - All arrays together have more than `maximumElements` elements.
   ///
   /// An element such as `[]` takes up to thirty times the memory of its bytes in `text`. Limit the
   /// elements of a document from an untrusted source.
@@ -63,7 +66,7 @@ class JsonDocument {
 };
 
 /// Returns the JSON pointer of the member `member`, or of the element `index`, of the value whose
-/// JSON pointer is `parent`. Shortens a name of more than 100 bytes.
+/// JSON pointer is `parent`. Shortens `member` if it has more than 100 bytes.
 std::string JsonPath(std::string_view parent, std::string_view member);
 std::string JsonPath(std::string_view parent, std::size_t index);
 

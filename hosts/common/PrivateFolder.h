@@ -21,8 +21,8 @@ namespace hosts::common {
 std::filesystem::path ResolveLinks(std::filesystem::path file);
 
 /// An open folder. All operations refer to the folder that was opened, even if another program
-/// moves it or replaces a part of its path. They never follow symbolic links. They throw
-/// `std::system_error` on failure.
+/// moves it or replaces a part of its path. They never follow symbolic links. All of them
+/// except `IsNameOf` throw `std::system_error` on failure.
 class PrivateFolder {
  public:
   /// Opens the folder `path`, an absolute path without symbolic links. Creates missing folders with
@@ -45,7 +45,7 @@ class PrivateFolder {
   /// to this file, and on failure.
   bool IsNameOf(const std::string& name, const FileDescriptor& file) const;
 
-  /// Returns after all changes of names in this folder are on the disk. Does nothing if the file
+  /// Waits until all changes of names in this folder are on the disk. Does nothing if the file
   /// system cannot sync folders.
   void Sync() const;
 

@@ -90,7 +90,7 @@ std::optional<FileDescriptor> OpenStore(const PrivateFolder& folder,
   } catch (const std::system_error& error) {
     const int number = error.code().value();
     if (number == ENOENT) return std::nullopt;
-    // The store is a socket, or another program has replaced it by a symbolic link.
+    // The store is a socket, or another program has replaced it with a symbolic link.
     FailReading(file, number == ENXIO || number == ELOOP ? EOPNOTSUPP : number);
   }
 }
@@ -145,7 +145,8 @@ StateValues ChangeResolved(const std::filesystem::path& file, std::chrono::milli
   if (!IsStoreInPlace(folder, file.filename(), store)) FailReplaced(file, "the file");
   if (!lock.IsInPlace()) FailReplaced(file, "its lock file");
   if (!replacement.Commit()) FailReplaced(file, "the file");
-  // Without the lock, a third program may have read the old store and will overwrite the new one.
+  // If the lock file was replaced, a third program may have read the old store. It would then
+  // overwrite the new store.
   if (!lock.IsInPlace()) FailReplaced(file, "its lock file");
   return after;
 }

@@ -23,8 +23,8 @@ constexpr std::string_view kValuesMember = "values";
 /// objects take thirty times the memory of their bytes.
 constexpr std::size_t kStateDepth = 2;
 
-/// The maximum number of array elements. A state has no arrays, but a newer version may have some,
-/// and its message must say that it is newer.
+/// The maximum number of array elements. This version of the format has no arrays, but a newer
+/// version may have some. The error message must then state that the store is newer.
 constexpr std::size_t kMaximumElements = 1000;
 
 [[noreturn]] void FailWriting(const std::filesystem::path& file, std::string_view reason) {
@@ -76,9 +76,11 @@ std::string FormatState(const StateValues& values, const std::filesystem::path& 
     text = ToJsonText(
         {{kFormatMember, kFormat}, {kVersionMember, kFormatVersion}, {kValuesMember, values}});
   } catch (const nlohmann::json::type_error&) {
-    FailWriting(file, "a value is not well-formed UTF-8");
+    FailWriting(file, "a key or a value is not well-formed UTF-8");
   }
-  if (text.size() > kMaximumStateSize) FailWriting(file, "the state is larger than 64 MiB");
+  if (text.size() > kMaximumStateSize) {
+    FailWriting(file, "the state is larger than 64 MiB; name another file with --state");
+  }
   return text;
 }
 

@@ -25,7 +25,8 @@ namespace hosts::common {
 inline constexpr std::size_t kMaximumStateSize = std::size_t{64} << 20;
 
 /// Returns the values in the text of a state file. Throws `StateStoreError` if the text is empty,
-/// if it is not a state or if a newer version of this program wrote it. The message names `file`.
+/// if it is not a state store, or if a newer version of this program wrote it. The message names
+/// `file`.
 StateValues ParseState(std::string_view text, const std::filesystem::path& file);
 
 /// Returns the text of a state file with `values`, in ASCII. Throws `StateStoreError` if a key or a

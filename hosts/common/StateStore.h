@@ -18,8 +18,9 @@
 namespace hosts::common {
 
 /// Thrown if the store cannot be read or written. `what()` contains the file, the problem and what
-/// the user can do. The stored values are then unchanged, with one exception: if the disk fails
-/// after the file was replaced, the new values are stored, but a power failure can undo them.
+/// the user can do. The stored values are then unchanged, with two exceptions. If only the sync of
+/// the folder fails, the new values are stored, but a power failure can undo them. If another
+/// program replaces the store or its lock file during the write, the stored values are unspecified.
 class StateStoreError : public std::runtime_error {
  public:
   using std::runtime_error::runtime_error;
@@ -101,9 +102,9 @@ class StateStore {
   /// the file. Throws `StateStoreError` on failure.
   void Reset();
 
-  /// Return the callbacks of a list. Both refer to this store, which must outlive the list. The
-  /// setter buffers each value, as `Set` does. The getter replaces control characters in the last
-  /// version; see `WithoutControlCharacters`.
+  /// `Getter` and `Setter` return the callbacks of a list. Both refer to this store, which must
+  /// outlive the list. The setter buffers each value, as `Set` does. The getter replaces control
+  /// characters in the last version; see `WithoutControlCharacters`.
   ornwhatsnew::StateGetter Getter() const;
   ornwhatsnew::StateSetter Setter();
 

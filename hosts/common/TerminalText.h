@@ -32,7 +32,7 @@ std::u16string SafeForTerminal(std::u16string_view text);
 /// linear time.
 std::string EscapeInvisible(std::string_view text);
 
-/// Returns whether `byte` can be the first byte of a UTF-8 character.
+/// Returns whether `byte` is not a UTF-8 continuation byte.
 bool IsCharacterStart(char byte);
 
 /// Returns the first `length` bytes of `text` (UTF-8), or up to three bytes fewer so that no

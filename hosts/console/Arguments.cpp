@@ -210,12 +210,13 @@ class CommandLine {
   }
 
   void AddShow() {
-    CLI::App& command = AddCommand(app_, "show", "Show what is new, and store it as seen", show_);
+    CLI::App& command = AddCommand(app_, "show", "Show what is new, and mark it as seen", show_);
     AddSources(command, show_.sources);
     AddFlag(command, kOnlyNewFlag, show_.options);
     AddFilters(command, show_.options);
     AddFlag(command, kRatingFlag, show_.options);
-    command.add_flag("--no-remember", show_.storesNothing, "Do not store what is shown as seen");
+    command.add_flag("--no-remember", show_.storesNothing,
+                     "Do not mark the shown items and changes as seen");
     AddFormat(command, show_.format);
     AddChoice(command, "--color", kColorModes, show_.color,
               "Use colours and links: auto (default), always or never.\n"

@@ -31,7 +31,7 @@ struct ShowArguments {
   OutputFormat format = OutputFormat::kText;
   ColorMode color = ColorMode::kAuto;
   std::optional<std::size_t> width;  ///< in columns; 0: no wrapping; absent: the terminal's width
-  bool storesNothing = false;        ///< true: do not store the shown content as seen
+  bool storesNothing = false;        ///< true: do not mark the shown content as seen
 };
 
 struct StatusArguments {
@@ -60,7 +60,7 @@ struct ConsoleArguments {
   std::string line;                           ///< empty: read lines from standard input
 };
 
-/// Prints the panel, and then stores its content as seen. Stores nothing if `storesNothing` is
+/// Prints the panel, and then marks its content as seen. Stores nothing if `storesNothing` is
 /// true, if the output fails, or if the reader of the output closes it early.
 ExitStatus Run(const ShowArguments& arguments);
 /// Prints whether `show --only-new` and `show --rating` with the same filters would show any item.

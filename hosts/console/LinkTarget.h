@@ -8,7 +8,7 @@
 
 namespace hosts::console {
 
-/// The maximum length of the result of `PrintedLinkTarget` for a link that is not safe.
+/// The maximum length, in bytes, of the result of `PrintedLinkTarget` for a link that is not safe.
 inline constexpr std::size_t kMaximumPrintedTarget = 200;
 
 /// Returns `link` as a word that a panel can print in angle brackets. A safe link

@@ -161,7 +161,8 @@ TEST_F(StateStoreFaultTest, DoesNotWriteAStoreThatItCouldNotReadAgain) {
   StateStore store(File());
   store.Set(kKey, std::string(kMaximumStateSize, 'x'));
   EXPECT_THAT(StoreErrorOf([&] { store.Commit(); }),
-              HasSubstr("'" + File().native() + "': the state is larger than 64 MiB"));
+              HasSubstr("'" + File().native() +
+                        "': the state is larger than 64 MiB; name another file with --state"));
   EXPECT_EQ("old", StateStore(File()).Get(kKey));
 }
 
@@ -172,8 +173,9 @@ TEST_F(StateStoreFaultTest, DoesNotWriteIllFormedText) {
     for (const bool isKey : {false, true}) {
       StateStore store(File());
       store.Set(isKey ? bytes : kKey, isKey ? "text" : bytes);
-      EXPECT_THAT(StoreErrorOf([&] { store.Commit(); }),
-                  HasSubstr("'" + File().native() + "': a value is not well-formed UTF-8"));
+      EXPECT_THAT(
+          StoreErrorOf([&] { store.Commit(); }),
+          HasSubstr("'" + File().native() + "': a key or a value is not well-formed UTF-8"));
       EXPECT_EQ(isKey ? "text" : bytes, store.Get(isKey ? bytes : kKey));
       EXPECT_EQ("old", StateStore(File()).Get(kKey));
     }
