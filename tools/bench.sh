@@ -105,7 +105,7 @@ instructions_in() {
 }
 
 # Fails if the reader of host descriptions or state stores needs more than 11 times as many instructions for
-# 1 MB as for 100 KB, or more than 20 bytes of memory for each byte of its input.
+# 1 MB as for 100 KB. Also fails if it needs more than 20 bytes of memory for each byte of its input.
 require_linear_json() {
   local shape=$1 few many bytes peak
   read -r few bytes peak <<<"$(measure_json "$shape" 100000)"
@@ -117,8 +117,8 @@ require_linear_json() {
   ((peak <= 20 * bytes)) || { echo "FAILED: more than 20 bytes of memory per byte" && return 1; }
 }
 
-# Prints three numbers for a text of this shape and size: the instructions that the reader and its callees
-# execute, the actual size of the text, and the peak memory use in bytes.
+# Prints three numbers for JSON input of this shape and size: the instructions that the reader and its callees
+# execute, the actual size of the input, and the peak memory use in bytes.
 measure_json() {
   local shape=$1 bytes=$2 counts
   counts=$(log_file "growth-$shape-$bytes")

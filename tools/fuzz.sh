@@ -15,9 +15,9 @@ longest_input() {
   esac
 }
 
-# These options shorten the call stacks of allocations and the quarantine of freed memory, and switch off
-# the filling of new memory. The defaults would take a fifth of the time. To analyse a finding, run the
-# fuzzer on its input without these options.
+# These options shorten the recorded call stacks of allocations, reduce the quarantine of freed memory, and
+# switch off the filling of new memory. With the defaults, these features take a fifth of the time. To
+# analyse a finding, run the fuzzer on its input without these options.
 fuzz_asan_options=malloc_context_size=1:quarantine_size_mb=4:max_malloc_fill_size=0
 
 fuzz_usage() {

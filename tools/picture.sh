@@ -7,8 +7,8 @@ picture_columns=84
 picture_lines=39
 
 # Prints an HTML page that shows the panel like a terminal. Removes the link targets. Replaces faint
-# text with grey text, because aha does not support faint text. sed cuts the panel, because `show` fails
-# if its reader exits early, as `head` does.
+# text with grey text, because aha does not support faint text. Shortens the panel with sed instead of
+# head, because `show` fails if its reader exits early.
 picture_page() {
   cat <<'HTML'
 <!doctype html><meta charset="utf-8"><style>
