@@ -1,7 +1,8 @@
 # shellcheck shell=bash
 
-# Part of ./dev: runs the benchmarks. Also checks that the number of executed instructions grows at most
-# about linearly with the number of rows of a data file and with the size of a host description.
+# Part of ./dev: runs the benchmarks. Also checks that the number of executed instructions grows about
+# linearly with the number of rows of a data file. Checks the same for the size of a host description and
+# of a state store.
 
 bench_subjects=(cutting load memory identity news display state keyorder start)
 
@@ -117,8 +118,8 @@ require_linear_json() {
   ((peak <= 20 * bytes)) || { echo "FAILED: more than 20 bytes of memory per byte" && return 1; }
 }
 
-# Prints three numbers for JSON input of this shape and size: the instructions that the reader and its callees
-# execute, the actual size of the input, and the peak memory use in bytes.
+# Runs the reader on JSON input of this shape and size. Prints the number of instructions that the reader and
+# its callees execute, the actual size of the input, and the peak memory use, both in bytes.
 measure_json() {
   local shape=$1 bytes=$2 counts
   counts=$(log_file "growth-$shape-$bytes")

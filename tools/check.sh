@@ -179,8 +179,8 @@ build_and_test() {
   configure "$preset" && build "$preset" && run_tests "$preset" "$@"
 }
 
-# Prints a summary of the log of a stage: the number of tests or files, such as "412 tests", or the
-# reason why the stage was skipped.
+# Prints a summary of the log of a stage. The summary is the number of tests or files, such as "412 tests",
+# or the reason why the stage was skipped.
 summary_of_log() {
   sed -n -e 's/^[0-9]*% tests passed, [0-9]* tests* failed out of \([0-9]*\)$/\1 tests/p' \
     -e '/^[0-9]* files$/p' -e 's/^skipped: //p' "$1" | tail -n 1

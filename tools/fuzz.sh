@@ -46,8 +46,8 @@ fuzz_target() {
     -print_final_stats=1 </dev/null >"$(log_file "fuzz-$target")" 2>&1
 }
 
-# Prints one line with the result of a target, the number of its executions, in total and per second, and
-# the numbers of covered edges and of inputs in the corpus.
+# Prints one line about the run of a target. The line has the number of executions, in total and per second,
+# the number of covered edges, the number of inputs in the corpus, and the result.
 report_target() {
   local target=$1 status=$2 log executions speed coverage inputs verdict=ok
   log=$(log_file "fuzz-$target")

@@ -78,8 +78,8 @@ HostDescription ParseHostDescription(std::string_view json, std::string_view sou
 
 /// Replaces each member of `host` that `object` contains. Ignores unknown members of `object`, and
 /// accepts control characters in every string. Throws `JsonError` if `object` is not a JSON object,
-/// if a member has the wrong type or is out of range, or if a beta feature has an unknown member.
-/// Some members of `host` may already have been replaced when it throws.
+/// or if a member has the wrong type or is out of range. Also throws it if a beta feature has an
+/// unknown member. Some members of `host` may already have been replaced when it throws.
 void ReadHostMembers(const JsonReader& object, HostDescription& host);
 
 /// Configures the services of this process from `host`: client information, features, permissions,

@@ -99,8 +99,8 @@ void ThrowIf(const std::error_code& error, const fs::path& file) {
 }
 
 /// Throws if a ".." in the folder of `file` does not follow an existing folder. The system then
-/// finds no file. `weakly_canonical` would remove the ".." and the name before it, and a write
-/// would create a file that a read of the same path does not find.
+/// finds no file. `weakly_canonical` would remove the ".." and the name before it. A write would
+/// then create a file that a read of the same path does not find.
 void RequireFoldersBeforeParents(const fs::path& file) {
   fs::path path;
   for (const fs::path& name : file.parent_path()) {

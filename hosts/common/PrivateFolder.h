@@ -16,8 +16,8 @@ namespace hosts::common {
 
 /// Returns the absolute path of `file` without symbolic links. If `file` is itself a link, returns
 /// the path of the file that it leads to. The file and its folder need not exist. Throws
-/// `std::system_error` if a link cannot be resolved, if ".." follows a folder that does not exist,
-/// or if the path is empty or ends with "/", "." or "..".
+/// `std::system_error` if a link cannot be resolved, or if ".." follows a folder that does not
+/// exist. Also throws it if the path is empty or ends with "/", "." or "..".
 std::filesystem::path ResolveLinks(std::filesystem::path file);
 
 /// An open folder. All operations refer to the folder that was opened, even if another program

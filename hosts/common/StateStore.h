@@ -1,6 +1,6 @@
-// Stores the state of lists: which features and changes the user has seen or rated, and in which
-// versions of the application the user has opened the list. Each user has one JSON file, which all
-// programs that show a list share.
+// Stores the state of lists. The state contains the features and changes that the user has seen or
+// rated, and the versions of the application in which the user has opened the list. Each user has
+// one JSON file, which all programs that show a list share.
 #ifndef HOSTS_COMMON_STATESTORE_H_
 #define HOSTS_COMMON_STATESTORE_H_
 
@@ -55,8 +55,9 @@ std::filesystem::path DefaultStateLocation();
 /// The store opens the file for each read and each write, and closes it afterwards. The first
 /// `Commit` creates the file with the mode 0600, and missing folders with the mode 0700. A file
 /// that exists keeps its mode. If the location is a symbolic link, the store is the file that it
-/// leads to. A write creates two more files next to this file: a lock file with the suffix ".lock",
-/// which remains, and a temporary file with the suffix ".tmp". A read creates nothing.
+/// leads to. A write creates two more files in the folder of this file. The lock file has the
+/// suffix
+/// ".lock" and is not deleted. The temporary file has the suffix ".tmp". A read creates nothing.
 ///
 /// Not thread-safe. Any number of programs can use one file at the same time. A read never waits
 /// for other programs. A write waits a limited time for other writers.

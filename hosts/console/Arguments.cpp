@@ -44,11 +44,11 @@ struct OptionFlag {
 const OptionFlag kOnlyNewFlag = {"--only-new", ornwhatsnew::kShowOnlyNew,
                                  "Show only what you have not seen yet"};
 const OptionFlag kRatingFlag = {"--rating", ornwhatsnew::kRatingView,
-                                "Show only what you have seen and can rate"};
+                                "Show only features that you have seen and can rate"};
 const OptionFlag kFilterFlags[] = {
     {"--platform", ornwhatsnew::kFilterRelevantPlatform, "Omit changes for other platforms"},
     {"--relevant-versions", ornwhatsnew::kFilterRelevantVersion,
-     "Omit changes that affect no version that you ran"},
+     "Omit changes for versions that you never ran"},
     {"--headlines", ornwhatsnew::kFilterHeadlinesOnly,
      "Omit every change whose salience is not malformed"},
 };
@@ -210,7 +210,8 @@ class CommandLine {
   }
 
   void AddShow() {
-    CLI::App& command = AddCommand(app_, "show", "Show what is new, and mark it as seen", show_);
+    CLI::App& command =
+        AddCommand(app_, "show", "Show the What's New panel, and mark its content as seen", show_);
     AddSources(command, show_.sources);
     AddFlag(command, kOnlyNewFlag, show_.options);
     AddFilters(command, show_.options);

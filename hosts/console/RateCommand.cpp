@@ -44,7 +44,7 @@ std::vector<std::string> KeysToRate(const ornwhatsnew::FeatureListData& list) {
   if (FeatureListItem::AnalyticsDisabled()) {
     reason = "usage logging is off in the host description, so nothing can be rated";
   } else if (keys.empty()) {
-    reason = "no feature requests a rating";
+    reason = "no visible feature requests a rating";
   } else {
     for (const std::string& known : keys) {
       reason += (reason.empty() ? "these features can be rated: " : ", ") + known;

@@ -19,7 +19,7 @@ ornwhatsnew::UTF16String RatingPlaceholder();
 
 /// Returns `word`, which may have any bytes except NUL, as one word of a POSIX shell. Adds quotes
 /// if necessary. If `word` has invisible characters, control characters or ill-formed UTF-8, the
-/// result is ASCII with octal escapes in `$'...'`, so that a terminal shows and copies it
+/// result is ASCII with octal escapes in `$'...'`. A terminal shows and copies this form
 /// unchanged.
 std::string ShellWord(const std::string& word);
 

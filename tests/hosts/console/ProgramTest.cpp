@@ -289,7 +289,7 @@ TEST_F(RateTest, AFeatureWithoutARatingRequestCannotBeRated) {
               HasSubstr("these features can be rated: EPIC-8\n"));
   WriteData("25.1,EPIC-7,,,,,,,,Twice as fast\n");
   EXPECT_THAT(Run({"rate", "EPIC-7", "{data}", "{host}"}).errors,
-              HasSubstr("cannot rate 'EPIC-7': no feature requests a rating\n"));
+              HasSubstr("cannot rate 'EPIC-7': no visible feature requests a rating\n"));
 }
 
 TEST_F(RateTest, SectionsAndHiddenFeaturesCannotBeRated) {
