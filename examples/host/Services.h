@@ -5,7 +5,7 @@
 #include "Preferences.h"
 
 /// Replaces the default services with those of the application. The new services read `preferences`
-/// on every use, so `preferences` must exist until RestoreServices is called.
+/// whenever the library queries them, so it must exist until RestoreServices is called.
 void ReplaceServices(Preferences& preferences);
 
 /// Restores the default services.

@@ -146,7 +146,7 @@ void Run(Preferences& preferences) {
   Preferences newUser;
   std::cout << "badge of a new user: " << LoadNewsOfNewUser(newUser)->IsAnythingNew(kNews) << '\n';
 
-  // The list queries the services on every use, so the next display uses both new preferences.
+  // The list queries the services during every call, so the next display uses both new values.
   preferences.isStaff = true;
   preferences.texts["debug/ornappsupport.betafeature.SimulateShowingAllUnlockCodesInWhatsNew"] =
       "true";

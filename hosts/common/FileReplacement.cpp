@@ -29,8 +29,8 @@ FileReplacement::FileReplacement(const PrivateFolder& folder, const std::string&
       file_(CreateAnew(folder_, temporaryName_)) {}
 
 FileReplacement::~FileReplacement() {
-  // If another program has deleted the lock file, a third program may be writing a temporary file
-  // with the same name.
+  // Check that the name still belongs to this file. If another program has deleted the lock file, a
+  // third program may be writing its own temporary file under the same name.
   if (folder_.IsNameOf(temporaryName_, file_)) {
     ::unlinkat(folder_.Descriptor(), temporaryName_.c_str(), 0);
   }
@@ -54,8 +54,8 @@ void FileReplacement::CopyModeAndOwner(const FileDescriptor& replaced) const {
   if (::fchmod(file_.Number(), mode) != 0) {
     ThrowSystemError("cannot set the mode of", folder_.PathOf(temporaryName_));
   }
-  // Only root can give a file to its former owner. Otherwise, the file belongs to the user who
-  // writes it, as any new file does.
+  // Only root can set the owner of the new file to that of the replaced file. Otherwise, the new
+  // file belongs to the user who writes it.
   if (from.st_uid != to.st_uid) {
     static_cast<void>(::fchown(file_.Number(), from.st_uid, static_cast<gid_t>(-1)));
   }

@@ -65,7 +65,7 @@ inline constexpr std::array<std::string_view, 9> kHostMembers = {
     "clientVersion",           "buildNumber",  "platform", "terminating", "usageLogging",
     "internalFeaturesAllowed", "betaFeatures", "debug",    "dictionary"};
 
-/// Reads a host description from a file. Throws `JsonError` if the file cannot be read, or if
+/// Returns the host description in a file. Throws `JsonError` if the file cannot be read, or if
 /// `ParseHostDescription` rejects its content.
 HostDescription ReadHostDescription(const std::filesystem::path& file);
 

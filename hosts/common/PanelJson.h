@@ -27,9 +27,10 @@ nlohmann::json RunsJson(std::span<const ornwhatsnew::StyleRun> runs);
 /// Returns an object that maps each style number to the array of the runs with this style.
 nlohmann::json RunsJson(const ornwhatsnew::StyleRunMap& runs);
 
-/// Returns an object that maps the key of each feature in the rating map to an object with the
-/// members "internalKey", "name", "description", "customRating" and "visibility". Returns a JSON
-/// null if `items` is null. An item that is null becomes a JSON null.
+/// Returns an object with a member for each feature in the rating map. The name of the member is
+/// the key of the feature. Its value is an object with the members "internalKey", "name",
+/// "description", "customRating" and "visibility", or a JSON null if the item is null. Returns a
+/// JSON null if `items` is null.
 nlohmann::json RatingItemsJson(const std::shared_ptr<const ornwhatsnew::RatingMap>& items);
 
 /// Returns an array of the style runs' strings that are safe links (`ornwhatsnew::IsSafeLink`).

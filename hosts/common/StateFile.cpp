@@ -134,8 +134,8 @@ StateValues ChangeResolved(const std::filesystem::path& file, std::chrono::milli
   StateValues after = before;
   change(after);
   if (after == before) {
-    // Sync the folder, because the program that wrote these values may have been killed before it
-    // did.
+    // Sync the folder. The program that wrote these values may have been killed before it synced
+    // the folder.
     folder.Sync();
     return after;
   }

@@ -120,7 +120,7 @@ std::size_t ParseWidth(const std::string& word) {
   return width;
 }
 
-/// Returns whether `name` is the name of an option of `command` that takes a value.
+/// Returns whether `name` is the long name of an option of `command` that takes a value.
 bool HasValue(const CLI::App& command, const std::string& name) {
   const CLI::Option* const option =
       name.starts_with("--") ? command.get_option_no_throw(name) : nullptr;

@@ -19,8 +19,11 @@ struct TerminalLook {
 
 /// Returns the panel's segments as lines for a terminal. Tabs at the start of a paragraph become
 /// its indent. If a bullet follows them, the other lines of the paragraph have a hanging indent. An
-/// empty line separates features. If a link is not safe (`ornwhatsnew::IsSafeLink`), or if `look`
-/// has no hyperlinks, the target of the link follows its text in angle brackets.
+/// empty line separates features.
+///
+/// A safe link (`ornwhatsnew::IsSafeLink`) becomes a hyperlink if `look` has hyperlinks. Any other
+/// link is plain text. If it has the style `kStyleHotSpot`, its target follows its text in angle
+/// brackets, unless the text is the target.
 ///
 /// The result ends with a newline. Control characters in the segments are replaced or removed. All
 /// styles and hyperlinks are switched off at the end of every line. Takes linear time.
