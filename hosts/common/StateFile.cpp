@@ -29,6 +29,19 @@ std::string Named(const std::filesystem::path& file) {
   return "the state store '" + file.native() + "'";
 }
 
+/// Returns advice for the user after a read or a write has failed with `error`.
+std::string_view AdviceFor(const std::error_code& error) {
+  if (error == std::errc::no_space_on_device || error == std::errc::file_too_large ||
+      error.value() == EDQUOT) {
+    return "free some space and try again";
+  }
+  if (error == std::errc::permission_denied || error == std::errc::operation_not_permitted) {
+    return "check the permissions of the file and its folder";
+  }
+  if (error == std::errc::io_error) return "check the disk and try again";
+  return "check the path";
+}
+
 [[noreturn]] void FailReading(const std::filesystem::path& file, int error) {
   const auto refuse = [&file](const std::string& reason) {
     throw StateStoreError("cannot use " + Named(file) + ": " + reason +
@@ -37,23 +50,9 @@ std::string Named(const std::filesystem::path& file) {
   if (error == EISDIR) refuse("it is a folder");
   if (error == EOPNOTSUPP) refuse("it is not a regular file");
   if (error == EFBIG) refuse("it is larger than 64 MiB");
-  throw StateStoreError("cannot read " + Named(file) + ": " +
-                        std::generic_category().message(error) +
-                        "; allow reading the file and its folder" + std::string(kElsewhere));
-}
-
-/// Returns advice for the user after a write has failed with `error`.
-std::string_view AdviceFor(const std::error_code& error) {
-  if (error == std::errc::no_space_on_device || error == std::errc::file_too_large ||
-      error.value() == EDQUOT) {
-    return "free some space and try again";
-  }
-  if (error == std::errc::permission_denied || error == std::errc::operation_not_permitted ||
-      error == std::errc::read_only_file_system) {
-    return "allow writing to the file and its folder";
-  }
-  if (error == std::errc::io_error) return "check the disk and try again";
-  return "check the path";
+  const std::error_code code(error, std::generic_category());
+  throw StateStoreError("cannot read " + Named(file) + ": " + code.message() + "; " +
+                        std::string(AdviceFor(code)) + std::string(kElsewhere));
 }
 
 [[noreturn]] void FailWriting(const std::filesystem::path& file, const std::system_error& error) {
@@ -90,7 +89,7 @@ std::optional<FileDescriptor> OpenStore(const PrivateFolder& folder,
   } catch (const std::system_error& error) {
     const int number = error.code().value();
     if (number == ENOENT) return std::nullopt;
-    // The store is a socket, or another program has replaced it by a symbolic link.
+    // The store is a socket, or another program has replaced it with a symbolic link.
     FailReading(file, number == ENXIO || number == ELOOP ? EOPNOTSUPP : number);
   }
 }
@@ -124,7 +123,7 @@ bool IsStoreInPlace(const PrivateFolder& folder, const std::string& name,
          errno == ENOENT;
 }
 
-/// Changes `file`, whose path contains no symbolic links.
+/// Implements `ChangeStateFile` for a path without symbolic links.
 StateValues ChangeResolved(const std::filesystem::path& file, std::chrono::milliseconds patience,
                            const std::function<void(StateValues&)>& change) {
   const PrivateFolder folder(file.parent_path());
@@ -134,8 +133,7 @@ StateValues ChangeResolved(const std::filesystem::path& file, std::chrono::milli
   StateValues after = before;
   change(after);
   if (after == before) {
-    // Sync the folder, because the program that wrote these values may have been killed before it
-    // did.
+    // The program that wrote these values may have been killed before it could sync the folder.
     folder.Sync();
     return after;
   }
@@ -145,7 +143,8 @@ StateValues ChangeResolved(const std::filesystem::path& file, std::chrono::milli
   if (!IsStoreInPlace(folder, file.filename(), store)) FailReplaced(file, "the file");
   if (!lock.IsInPlace()) FailReplaced(file, "its lock file");
   if (!replacement.Commit()) FailReplaced(file, "the file");
-  // Without the lock, a third program may have read the old store and will overwrite the new one.
+  // If this program has lost its lock, another program may have read the old store and may now
+  // overwrite the new one.
   if (!lock.IsInPlace()) FailReplaced(file, "its lock file");
   return after;
 }

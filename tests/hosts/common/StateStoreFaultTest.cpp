@@ -194,6 +194,15 @@ TEST_F(StateStoreFaultTest, RejectsADevice) {
   EXPECT_THAT(StoreErrorOf([] { StateStore store("/dev/full"); }), HasSubstr("not a regular file"));
 }
 
+// Reading /proc/self/mem fails at offset 0, because no memory is mapped at address 0.
+TEST_F(StateStoreFaultTest, TheMessageForAReadErrorSuggestsCheckingTheDisk) {
+  const std::filesystem::path file = "/proc/self/mem";
+  if (!std::filesystem::exists(file)) GTEST_SKIP() << "this system has no '/proc/self/mem'";
+  EXPECT_THAT(StoreErrorOf([&] { StateStore store(file); }),
+              HasSubstr("cannot read the state store '/proc/self/mem': Input/output error; check "
+                        "the disk and try again, or name a file elsewhere with --state"));
+}
+
 TEST_F(StateStoreFaultTest, RejectsAPathBelowAFile) {
   folder_.Write("file", "x");
   const std::filesystem::path below = folder_.Path() / "file" / "state.json";
@@ -307,7 +316,7 @@ TEST_F(StateStoreFaultTest, AStoreInAReadOnlyFolderCanOnlyBeRead) {
     EXPECT_EQ("old", store.Get(kKey));
     store.Set(kKey, "new");
     const std::string error = StoreErrorOf([&] { store.Commit(); });
-    EXPECT_THAT(error, AllOf(HasSubstr("Permission denied; allow writing to the file"),
+    EXPECT_THAT(error, AllOf(HasSubstr("Permission denied; check the permissions of the file"),
                              HasSubstr(File().native()), HasSubstr("--state")));
     return !testing::Test::HasFailure();
   }));
@@ -382,7 +391,9 @@ TEST_F(StateStoreFaultTest, NamesAStoreWithoutReadPermission) {
   std::filesystem::permissions(folder_.Path(), std::filesystem::perms{0755});
   EXPECT_TRUE(AsOrdinaryUser([this] {
     EXPECT_THAT(StoreErrorOf([&] { StateStore store(File()); }),
-                AllOf(HasSubstr(File().native()), HasSubstr("--state")));
+                AllOf(HasSubstr(File().native()),
+                      HasSubstr("Permission denied; check the permissions of the file"),
+                      HasSubstr("--state")));
     return !testing::Test::HasFailure();
   }));
 }
