@@ -26,7 +26,7 @@ using orncore::string::UTF16String;
 /// An identity: the 128-bit hash under which a change or an item counts as seen or rated.
 using orncore::utility::Guid;
 
-/// The options of a display: any combination of the five bits below. Without any bit, the display
+/// The options of a display: any combination of the five bits below. If no bit is set, the display
 /// shows everything that is available to the user.
 using DisplayOptions = orncore::utility::Flags<unsigned char>;
 
