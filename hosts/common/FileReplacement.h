@@ -25,9 +25,10 @@ class FileReplacement {
   FileReplacement(const FileReplacement&) = delete;
   FileReplacement& operator=(const FileReplacement&) = delete;
 
-  /// Gives the temporary file the mode of `replaced`, which is the open file that it will replace,
-  /// and, if possible, its group and its owner. If the group is not possible, withholds the
-  /// permissions of the group. Throws if the user has no permission to write to that file.
+  /// Gives the temporary file the mode of `replaced`, the open file that it will replace. Also
+  /// gives it the group and the owner of that file if the system allows this. If the group cannot
+  /// be set, grants the group no permissions. Throws if the user has no permission to write to that
+  /// file.
   void CopyModeAndOwner(const FileDescriptor& replaced) const;
 
   /// Writes `bytes` to the temporary file and waits until they are on the disk.

@@ -70,15 +70,19 @@ inline constexpr std::array<std::string_view, 9> kHostMembers = {
 HostDescription ReadHostDescription(const std::filesystem::path& file);
 
 /// Parses a host description from a JSON string. Error messages begin with `sourceName`. Throws
-/// `JsonError` if `json` is not valid JSON, contains NUL, or is nested too deeply. Also throws it
-/// if a member is unknown, duplicate, or of the wrong type or range, or if the version, the build
-/// number or the platform contains a control character.
+/// `JsonError` in these cases:
+/// - `json` is not valid JSON, contains NUL, or is nested too deeply;
+/// - a member is unknown or duplicate, has the wrong type, or is out of range;
+/// - there are more than 20,000 beta features;
+/// - the version, the build number or the platform contains a control character.
 HostDescription ParseHostDescription(std::string_view json, std::string_view sourceName);
 
 /// Replaces each member of `host` that `object` contains. Ignores unknown members of `object`, and
 /// accepts control characters in every string.
-/// Throws `JsonError` if `object` is not a JSON object, if a member has the wrong type or range, or
-/// if a beta feature has an unknown member. Some members of `host` may already be replaced then.
+///
+/// Throws `JsonError` if `object` is not a JSON object, if a member has the wrong type or is out of
+/// range, or if a beta feature has an unknown member. If it throws, some members of `host` may
+/// already have been replaced.
 void ReadHostMembers(const JsonReader& object, HostDescription& host);
 
 /// Configures the services of this process from `host`: client information, features, permissions,

@@ -29,17 +29,20 @@ class JsonDocument {
   /// the stack in recursive functions.
   static constexpr std::size_t kMaximumDepth = 100;
 
-  /// The value of `maximumElements` for documents without a limit.
+  /// The value of `maximumElements` that means no limit.
   static constexpr std::size_t kAnyNumber = static_cast<std::size_t>(-1);
 
   /// Parses `text`, which is UTF-8 with or without a byte order mark, and returns the document.
-  /// Error messages begin with `sourceName`. Throws `JsonError` if `text` is not valid JSON, if it
-  /// contains NUL, if a number is beyond the range of a double, if an object has duplicate members,
-  /// if arrays and objects are nested deeper than `maximumDepth`, and if all arrays together have
-  /// more than `maximumElements` elements. Stops at the first error.
+  /// Error messages begin with `sourceName`. Stops at the first error. Throws `JsonError` in these
+  /// cases:
+  /// - `text` is not valid JSON or contains NUL;
+  /// - a number is beyond the range of a double;
+  /// - an object has duplicate members;
+  /// - arrays and objects are nested deeper than `maximumDepth`;
+  /// - all arrays together have more than `maximumElements` elements.
   ///
-  /// An element such as `[]` takes up to thirty times the memory of its bytes in `text`. Limit the
-  /// elements of a document from an untrusted source.
+  /// An element such as `[]` takes up to thirty times as much memory as its bytes in `text`.
+  /// Therefore, limit the number of elements of a document from an untrusted source.
   ///
   /// REQUIRES: `maximumDepth` is at most `kMaximumDepth`.
   static JsonDocument Parse(std::string_view text, std::string_view sourceName,

@@ -19,12 +19,12 @@ constexpr std::string_view kFormatMember = "format";
 constexpr std::string_view kVersionMember = "formatVersion";
 constexpr std::string_view kValuesMember = "values";
 
-/// The depth of the object with the values. Refuse deeper input early, because nested arrays and
-/// objects take thirty times the memory of their bytes.
+/// The nesting depth of the object that contains the values. `JsonDocument::Parse` rejects deeper
+/// input early, because nested arrays and objects take thirty times as much memory as their text.
 constexpr std::size_t kStateDepth = 2;
 
-/// The maximum number of array elements. A state has no arrays, but a newer version may have some,
-/// and its message must say that it is newer.
+/// The maximum number of array elements. A state has no arrays, but a newer format may have some.
+/// `JsonDocument::Parse` must accept them, so that the error message can report the newer format.
 constexpr std::size_t kMaximumElements = 1000;
 
 [[noreturn]] void FailWriting(const std::filesystem::path& file, std::string_view reason) {

@@ -101,9 +101,9 @@ class StateStore {
   /// the file. Throws `StateStoreError` on failure.
   void Reset();
 
-  /// Return the callbacks of a list. Both refer to this store, which must outlive the list. The
-  /// setter buffers each value, as `Set` does. The getter replaces control characters in the last
-  /// version; see `WithoutControlCharacters`.
+  /// Return callbacks for a list. Both refer to this store, which must outlive the list. The setter
+  /// buffers each value, as `Set` does. The getter replaces control characters in the last version;
+  /// see `WithoutControlCharacters`.
   ornwhatsnew::StateGetter Getter() const;
   ornwhatsnew::StateSetter Setter();
 

@@ -22,7 +22,7 @@ constexpr UChar32 kKeycap = 0x20E3;
 constexpr UChar32 kEscape = '\\';
 constexpr int kViramaClass = 9;
 
-/// The maximum length, in bytes, of a part of a message that keeps its middle.
+/// The maximum length, in bytes, of a string that `WithoutMiddle` returns unchanged.
 constexpr std::size_t kMaximumDetail = 200;
 
 /// Returns the character at `position` and sets `position` to the end of the character. Returns

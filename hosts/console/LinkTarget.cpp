@@ -31,7 +31,7 @@ std::string PercentEncode(std::string_view link) {
   return encoded;
 }
 
-/// The substrings of a link, in their order. Any of them may be empty.
+/// The parts of a link, in the order in which they occur in the link. Any of them may be empty.
 struct LinkParts {
   explicit LinkParts(std::string_view link) {
     // Browsers skip any number of slashes before the host, and read a backslash like a slash.
@@ -61,7 +61,7 @@ struct LinkParts {
   std::string_view rest;  ///< the port, the path, the query and the fragment
 };
 
-/// Returns at most `size` bytes from the beginning of `text`, without a part of an escape "%XX".
+/// Returns at most `size` bytes from the beginning of `text`. Does not split an escape `%XX`.
 std::string_view BeginningOf(std::string_view text, std::size_t size) {
   text = text.substr(0, size);
   const std::size_t escape = text.rfind('%');
@@ -69,7 +69,8 @@ std::string_view BeginningOf(std::string_view text, std::size_t size) {
   return isSplit ? text.substr(0, escape) : text;
 }
 
-/// Does the same for the end of `text`, which is longer than `size`.
+/// Returns at most `size` bytes from the end of `text`, which has more than `size` bytes. Does not
+/// split an escape `%XX`.
 std::string_view EndOf(std::string_view text, std::size_t size) {
   std::size_t begin = text.size() - size;
   const std::size_t escape = text.rfind('%', begin - 1);

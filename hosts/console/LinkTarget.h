@@ -8,10 +8,10 @@
 
 namespace hosts::console {
 
-/// The maximum length of the result of `PrintedLinkTarget` for a link that is not safe.
+/// The maximum length, in bytes, of the result of `PrintedLinkTarget` for a link that is not safe.
 inline constexpr std::size_t kMaximumPrintedTarget = 200;
 
-/// Returns `link` as a word that a panel can print in angle brackets. A safe link
+/// Returns `link` as visible ASCII text that a panel can print in angle brackets. A safe link
 /// (`ornwhatsnew::IsSafeLink`) is unchanged.
 ///
 /// In any other link, spaces, `<`, `>`, `"`, control characters and non-ASCII characters are

@@ -9,10 +9,10 @@
 
 namespace hosts::console {
 
-/// The indents of a paragraph, and its start that must not be broken. `firstIndent` is the indent
-/// of its first line, and `hangingIndent` is the indent of its other lines, both in columns.
-/// `unbrokenPrefix` is the number of UTF-16 units at the start of the paragraph that must be on one
-/// line, such as a bullet and the gap after it.
+/// The indents of a paragraph, and the length of the part at its start that must not be broken.
+/// `firstIndent` is the indent of its first line, and `hangingIndent` is the indent of its other
+/// lines, both in columns. `unbrokenPrefix` is the number of UTF-16 units at the start of the
+/// paragraph that must be on one line, such as a bullet and the gap after it.
 struct ParagraphShape {
   std::size_t firstIndent = 0;
   std::size_t hangingIndent = 0;
