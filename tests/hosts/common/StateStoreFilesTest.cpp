@@ -173,8 +173,8 @@ constexpr std::array<FileKind, 9> kFileKinds = {{
      [](const fs::path& path, const fs::path& victim) { fs::copy(victim, path); }},
 }};
 
-/// The parameters are the kind of a file and the suffix that, after the name of the store, forms
-/// its name.
+/// The parameters are the kind of a file and a suffix. The name of the file is the name of the
+/// store followed by the suffix.
 using NeighbourCase = std::tuple<FileKind, std::string>;
 
 class StateStoreNeighbour : public testing::TestWithParam<NeighbourCase> {
