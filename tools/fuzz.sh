@@ -16,8 +16,8 @@ longest_input() {
 }
 
 # These options shorten the call stacks of allocations and the quarantine of freed memory, and switch off
-# the filling of new memory. The defaults would take a fifth of the time. To analyse a finding, run the
-# fuzzer on its input without these options.
+# the filling of new memory. With the default options, this work would take a fifth of the time. To
+# analyse a finding, run the fuzzer on its input without these options.
 fuzz_asan_options=malloc_context_size=1:quarantine_size_mb=4:max_malloc_fill_size=0
 
 fuzz_usage() {
@@ -46,8 +46,8 @@ fuzz_target() {
     -print_final_stats=1 </dev/null >"$(log_file "fuzz-$target")" 2>&1
 }
 
-# Prints one line with the result of a target, the number of its executions, in total and per second, and
-# the numbers of covered edges and of inputs in the corpus.
+# Prints one line about a target. The line contains the result, the number of executions, in total and
+# per second, and the numbers of covered edges and corpus inputs.
 report_target() {
   local target=$1 status=$2 log executions speed coverage inputs verdict=ok
   log=$(log_file "fuzz-$target")
