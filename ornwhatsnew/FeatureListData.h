@@ -73,9 +73,10 @@ class ORN_EXPORT FeatureListData {
   /// added so far remain. Call `InitWithData` to start over.
   void ParseWhatsNewData(const UTF8String& dataText);
 
-  /// Adds an item for each of the host's beta features, and moves their keys to the front. Sorts
-  /// these keys by the unlocalised names of the features, comparing their UTF-8 bytes. Then adds
-  /// the missing sections at the end. After an exception, the items added so far remain.
+  /// Adds an item for each of the host's beta features, unless the items already have an entry for
+  /// its key. Moves the keys of these features to the front, sorted by the UTF-8 bytes of the
+  /// unlocalised feature names. Then adds the missing sections at the end. After an exception, the
+  /// items added so far remain.
   void ParseBetaFeatures();
 
   /// Moves the key "UNREVIEWED" to the front, and the keys of the unlocked features directly after

@@ -117,8 +117,8 @@ require_linear_json() {
   ((peak <= 20 * bytes)) || { echo "FAILED: more than 20 bytes of memory per byte" && return 1; }
 }
 
-# Prints three numbers for a text of this shape and size: the instructions that the reader and its callees
-# execute, the actual size of the text, and the peak memory use in bytes.
+# Prints three numbers for an input of this shape and size: the instructions that the reader and its
+# callees execute, the actual size of the input, and the peak memory use in bytes.
 measure_json() {
   local shape=$1 bytes=$2 counts
   counts=$(log_file "growth-$shape-$bytes")

@@ -78,7 +78,8 @@ std::string JsonMessage(std::string_view sourceName, std::string_view location,
                         std::string_view message);
 
 /// Returns `text` (UTF-8) as a JSON string in quotation marks, for an error message. If `text` has
-/// more than 60 bytes, returns its beginning and appends "...".
+/// more than 60 bytes, returns its beginning and appends "...". Replaces ill-formed UTF-8 with
+/// U+FFFD.
 std::string JsonQuoted(std::string_view text);
 
 }  // namespace hosts::common

@@ -14,7 +14,7 @@
 // not be a part of `out`.
 //
 // Unless declared `noexcept`, the functions throw `std::bad_alloc` or `std::length_error` if the
-// result does not fit into memory. The content of `out` is unspecified then.
+// result does not fit into memory. After such an exception, the content of `out` is unspecified.
 //
 // All functions are safe to call from any thread if each call has its own `out`.
 #ifndef ORNCORE_STRING_CONVERSION_H_

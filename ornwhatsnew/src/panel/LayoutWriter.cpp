@@ -46,7 +46,7 @@ std::size_t FindEndOfBlankLine(std::u16string_view string) {
   return std::u16string_view::npos;
 }
 
-// Returns the number of UTF-16 units of the first character.
+// Returns the number of UTF-16 units of the first character of `string`, or 0 if it is empty.
 std::size_t FirstCharacterLength(std::u16string_view string) {
   const bool isPair = !string.empty() && IsHighSurrogate(string.front());
   return std::min<std::size_t>(string.size(), isPair ? 2 : 1);
