@@ -10,8 +10,8 @@
 namespace hosts::common {
 namespace {
 
-/// The time between two attempts to lock the file. Writing the state store to a local disk takes
-/// about as long.
+/// The time between two attempts to lock the file. A write of the state store to a local disk takes
+/// about the same time.
 constexpr std::chrono::milliseconds kRetryInterval{5};
 
 }  // namespace

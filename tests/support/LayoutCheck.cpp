@@ -163,7 +163,8 @@ std::string FirstCharacterError(const PanelLayout& layout, const PanelOutcome& p
   return got.size() == expected.size() ? "" : "the number of visible characters";
 }
 
-// Returns the first error of the ranges of a paragraph.
+// Returns a description of the first error in the ranges of a paragraph and its spans, or an empty
+// string.
 std::string FirstRangeError(const LayoutParagraph& paragraph, std::u16string_view text) {
   std::size_t end = paragraph.range.begin;
   for (const LayoutSpan& span : paragraph.spans) {
@@ -215,7 +216,7 @@ std::set<StyleID> StylesOf(ParagraphKind kind) {
   return {};
 }
 
-// Returns the first error of the fields of a paragraph other than its ranges.
+// Returns a description of the first error in the other members of a paragraph, or an empty string.
 std::string FirstFieldError(const LayoutParagraph& paragraph, const PanelLayout& layout) {
   using enum ParagraphKind;
   const bool isOfPanel = paragraph.kind == kHeader || paragraph.kind == kNotice;

@@ -52,9 +52,9 @@ class FailingDisk {
   /// file.
   const std::vector<std::string>& Calls() const { return calls_; }
 
-  /// Calls `action` before each following call `call`, for example to do what another program may
-  /// do at this moment. `call` has the form of an element of `Calls`, or is "flock" with the name
-  /// of the locked file. The calls that `action` makes do not call it again.
+  /// Calls `action` before each following call that equals `call`. Tests use it to act like another
+  /// program at this moment. `call` has the form of an element of `Calls`, or is "flock" with the
+  /// name of the locked file. The calls that `action` makes do not call it again.
   void RunBefore(std::string call, std::function<void()> action);
 
   /// Runs the action that was passed to `RunBefore` if it was passed for `call`.

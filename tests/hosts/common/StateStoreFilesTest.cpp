@@ -113,7 +113,7 @@ TEST_F(StateStoreLinks, ALinkToAnEmptyFileDoesNotOverwriteIt) {
 }
 
 TEST_F(StateStoreLinks, RejectsAParentOfAMissingFolder) {
-  // The system finds no file at this path, so a read of a store there would find nothing.
+  // The system finds no file at this path, so a store at this path could never be read.
   EXPECT_THAT(
       StoreErrorOf([&] { WriteValue(folder_.Path() / "missing" / ".." / "state.json", "text"); }),
       AllOf(HasSubstr("No such file or directory"), HasSubstr("--state")));
@@ -152,7 +152,8 @@ void MakeSocket(const fs::path& path, const fs::path&) {
 }
 
 void MakeDevice(const fs::path& path, const fs::path& victim) {
-  // Only root can create a device. This one is a second /dev/full. For other users, test a FIFO.
+  // Only root can create a device. This one has the device number of /dev/full. For other users,
+  // create a FIFO instead.
   if (::mknod(path.c_str(), S_IFCHR | 0600, makedev(1, 7)) != 0) MakePipe(path, victim);
 }
 
