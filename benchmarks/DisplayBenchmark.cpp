@@ -1,6 +1,6 @@
 // Formats and lays out the panel without display options. For each record, the baseline of the
 // display computes one hash and writes one line with style runs. It does not handle features,
-// options or translations. The baseline of the layout is the display.
+// options or translations. For the layout, the baseline is the display itself.
 #include <map>
 #include <memory>
 #include <string>

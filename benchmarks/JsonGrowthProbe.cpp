@@ -16,8 +16,8 @@ namespace {
 
 enum class Reader { kHostDescription, kState };
 
-/// A text that consists of `begin`, many copies of `item`, and `end`. In each copy, a different
-/// number replaces each "#". `isValid` is whether the reader must accept the text.
+/// Describes an input that consists of `begin`, many copies of `item`, and `end`. In each copy, a
+/// different number replaces each "#". `isValid` is whether the reader must accept the input.
 struct Shape {
   std::string begin;
   std::string item;

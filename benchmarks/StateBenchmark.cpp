@@ -51,7 +51,8 @@ constexpr std::array<std::uint8_t, 256> kValues = [] {
   return values;
 }();
 
-// The number of digits in each group of the text form. Hyphens separate the groups.
+// The number of hexadecimal digits in each group of an identity's text form. Hyphens separate the
+// groups.
 constexpr std::array<std::size_t, 5> kGroups = {8, 4, 4, 4, 12};
 
 Bytes ReadByHand(const char* from) {

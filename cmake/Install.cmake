@@ -37,9 +37,10 @@ install(FILES
   DESTINATION ${ORN_CMAKE_DIR} COMPONENT development)
 
 # The installed documents have the same relative paths as in the sources, so that the links between them
-# work. The documents link to the examples and the headers, and the examples link to the
-# documents. Symbolic links in both folders make these links work. Debian requires a documentation
-# folder for each package. The folder of ornwhatsnew-dev is a symbolic link to the folder of ornwhatsnew.
+# work. The documents link to the examples and the headers, and the examples link to the documents.
+# Symbolic links in the documentation folder and in the data folder make these links work. Debian
+# requires a documentation folder for each package. The folder of ornwhatsnew-dev is a symbolic link to
+# the folder of ornwhatsnew.
 set(ORN_DOC_DIR ${CMAKE_INSTALL_DATADIR}/doc/ornwhatsnew)
 install(FILES README.md CHANGELOG.md ARCHITECTURE.md CONTRIBUTING.md SECURITY.md
         DESTINATION ${ORN_DOC_DIR})

@@ -113,8 +113,8 @@ bool HasOnly(const json& value, const std::map<std::string, KindCheck>& members)
   return true;
 }
 
-// Returns whether a host description is valid. This is a second implementation of the reader's
-// rules.
+// Returns whether a host description is valid. This is a second implementation of the rules of
+// `ParseHostDescription`.
 bool IsValid(const json& value) {
   const KindCheck isText = [](const json& text) { return text.is_string(); };
   const KindCheck isBoolean = [](const json& boolean) { return boolean.is_boolean(); };

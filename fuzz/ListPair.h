@@ -13,8 +13,8 @@
 namespace fuzz {
 
 /// A list of the library and a list of the plain implementation in the same host. The library's
-/// list uses the state of the world, and the plain list uses a copy of this state. The world must
-/// outlive this object.
+/// list uses the state of the `World`, and the plain list uses a copy of this state. The `World`
+/// must outlive this object.
 class ListPair {
  public:
   explicit ListPair(World& world);

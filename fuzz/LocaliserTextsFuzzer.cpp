@@ -1,4 +1,4 @@
-// Fuzzes texts of translators and authors: checks the localiser and the panel.
+// Fuzzes the strings of authors and translators: checks the localiser and the panel.
 //
 // The input consists of a line of switches and of parts: a key text, its translation, and
 // arguments. The line contains the switches of World.h and the index in `kTemplateKeys` of the

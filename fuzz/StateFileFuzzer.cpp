@@ -41,7 +41,8 @@ std::optional<StateValues> Parse(std::string_view text) {
   }
 }
 
-// Returns whether a JSON value is a state. This is a second implementation of the reader's rules.
+// Returns whether a JSON value is a state. This is a second implementation of the rules of
+// `ParseState`.
 bool IsState(const json& value) {
   return value.is_object() && value.size() == 3 &&
          value.value("format", json()) == "ornwhatsnew state" &&

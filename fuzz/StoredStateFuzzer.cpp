@@ -40,7 +40,7 @@ constexpr char kDataText[] =
     "25.1,BUGFIX,,,,,Win,,,Mended\n"
     "25.1,nowhere,,Unreviewed,,,,,,Not looked at\n";
 
-// Returns the identities in a stored list, in text form. An invalid element becomes the nil
+// Returns the text forms of the identities in a stored list. An invalid element becomes the nil
 // identity.
 std::set<std::string> Identities(std::string_view list) {
   std::set<std::string> identities;

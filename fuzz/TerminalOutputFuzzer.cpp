@@ -158,7 +158,9 @@ void RequireSafeText(std::string_view text) {
   }
 }
 
-// Requires that the printed target of a link is one word.
+// Requires that the printed target of `link` contains only visible ASCII characters, and no
+// brackets or quotes. Requires that the target of a safe link is unchanged, and that any other
+// target is short.
 void RequireOneTarget(const std::string& link) {
   const std::string target = PrintedLinkTarget(link);
   Require(std::ranges::all_of(target, [](char c) { return c > 0x20 && c < 0x7F; }),
@@ -171,8 +173,8 @@ void RequireOneTarget(const std::string& link) {
   Require(target.size() <= hosts::console::kMaximumPrintedTarget, "a target is short");
 }
 
-// Requires that a browser would find `kHost` at the end of the host in the printed target of a
-// composed link.
+// Requires that the host in the printed target of a composed link ends with `kHost`. Finds the host
+// by the rules of a browser.
 void RequireVisibleHost(const std::string& link) {
   const std::string target = PrintedLinkTarget(link);
   std::string_view rest = target;

@@ -1,10 +1,10 @@
 // Fuzzes conversions between UTF-8 and UTF-16, case mapping, replacement, comparison and hashing.
 // ICU and plain code compute the expected results.
 //
-// The input consists of a line with one switch and of two strings, separated by the byte 0xFF. The
-// switch is the number of bytes to skip, so that the first string can start at any alignment. The
-// second string is the pattern to replace, the other string of a comparison, and further input of
-// the hash.
+// The input is a line with one byte, followed by two strings that the byte 0xFF separates. The low
+// four bits of the byte are the number of bytes to skip at the start of the first string, so that
+// it can start at any alignment. The second string is the pattern to replace, the other operand of
+// a comparison, and additional input for the hash.
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>

@@ -26,7 +26,7 @@ inline constexpr std::string_view kChangesSinceKey = "Changes-Since";
 
 /// The kind of a row, which determines how a list uses the row.
 enum class DataRowKind {
-  /// The row is the first one that is not skipped. A list ignores it, whatever it contains.
+  /// The row is the first one that is not skipped. A list ignores it, regardless of its content.
   kHeader,
   /// The row sets the changes-since version to the value of its version column.
   kChangesSince,

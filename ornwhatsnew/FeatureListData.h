@@ -73,14 +73,15 @@ class ORN_EXPORT FeatureListData {
   /// added so far remain. Call `InitWithData` to start over.
   void ParseWhatsNewData(const UTF8String& dataText);
 
-  /// Adds an item for each of the host's beta features, and moves their keys to the front. The keys
-  /// are ordered by the names of the features in UTF-8, byte by byte, before localisation. Then
-  /// adds the missing sections at the end. After an exception, the items added so far remain.
+  /// Adds an item for each of the host's beta features, unless the items already have an entry for
+  /// its key. Moves the keys of these features to the front, sorted by the UTF-8 bytes of the
+  /// unlocalised feature names. Then adds the missing sections at the end. After an exception, the
+  /// items added so far remain.
   void ParseBetaFeatures();
 
-  /// Moves the key "UNREVIEWED" to the front, and the unlocked features directly after it. Inserts
-  /// the key "UNREVIEWED" if it is missing. For each ordered key without an entry in the items,
-  /// adds an empty entry. After an exception, the entries added so far remain.
+  /// Moves the key "UNREVIEWED" to the front, and the keys of the unlocked features directly after
+  /// it. Inserts the key "UNREVIEWED" if it is missing. For each ordered key without an entry in
+  /// the items, adds an empty entry. After an exception, the entries added so far remain.
   void BubbleUnlockedItemsToTheTop();
 
   /// Adds `item`, which must not be null. If the items already have an entry for its key, keeps

@@ -61,8 +61,8 @@ class ORN_EXPORT FeatureListDetail {
   enum class Salience : std::uint8_t {
     /// The field is empty.
     kNone,
-    /// The keyword "Headline". It has no effect in the library. `kFilterHeadlinesOnly` hides a
-    /// change with this keyword, as with any other valid salience.
+    /// The keyword "Headline". It has no effect in the library. Despite its name, the option
+    /// `kFilterHeadlinesOnly` hides a change with this keyword.
     kHeadline,
     /// The keyword "Detail". It has no effect in the library.
     kDetail,
@@ -72,8 +72,8 @@ class ORN_EXPORT FeatureListDetail {
     /// The keyword "HideBetaFeatureFromExternal". It sets the internal override of the feature, so
     /// that only internal users see the feature. It has no effect in a section.
     kHideBetaFeatureFromExternal,
-    /// The keyword "Unreviewed". The change belongs to the section UNREVIEWED, whatever its IDs
-    /// are.
+    /// The keyword "Unreviewed". The change belongs to the section UNREVIEWED, regardless of its
+    /// IDs.
     kUnreviewed,
     /// The keyword "RatingHidesBetaFeatureDescription". If the change is shown and its rating
     /// request is "RequestRating", the rating record of the feature has no description.
@@ -102,17 +102,17 @@ class ORN_EXPORT FeatureListDetail {
   /// The values of the ten fields, indexed by `ColumnIndex`.
   using Fields = std::array<std::string_view, kDataColumnCount>;
 
-  /// Creates a change with ten fields, which it copies unchanged. Both flags are false. The
-  /// arguments are not in column order. `jiraEpicID` is the grouping ID, and `jiraStoryBugTaskID`
-  /// is the story ID.
+  /// Creates a change with ten fields, which it copies unchanged. `HasDuplicateURL` and
+  /// `DetailInternalCouldNotMatchBetaFeature` return false. The arguments are not in column order.
+  /// `jiraEpicID` is the grouping ID, and `jiraStoryBugTaskID` is the story ID.
   FeatureListDetail(const UTF8String& description, const UTF8String& versionAdded,
                     const UTF8String& jiraEpicID, const UTF8String& jiraStoryBugTaskID,
                     const UTF8String& salience, const UTF8String& relevantFirstVersion,
                     const UTF8String& relevantPlatform, const UTF8String& ratingRequest,
                     const UTF8String& viewMoreURL, const UTF8String& sha);
 
-  /// Creates a change with ten fields, which it copies unchanged from `fields`. Both flags are
-  /// false.
+  /// Creates a change with ten fields, which it copies unchanged from `fields`. `HasDuplicateURL`
+  /// and `DetailInternalCouldNotMatchBetaFeature` return false.
   explicit FeatureListDetail(const Fields& fields);
 
   /// Returns the field with the key `key`, one of the `kKey...` constants. Throws
@@ -192,10 +192,10 @@ class ORN_EXPORT FeatureListDetail {
   /// Returns `VersionNumber(version)`, which does not depend on the change.
   std::int64_t ParseVersionStringToNumber(const UTF8String& version) const;
 
-  /// Returns whether the change is relevant to a user of the given versions. `versionNumbers` are
-  /// results of `VersionNumber` in ascending order. The change is relevant if one of them is at
-  /// least the earliest relevant version and less than the version added. A change without an
-  /// earliest relevant version is relevant to every user.
+  /// Returns whether the change is relevant to a user who opened What's New in the given versions.
+  /// `versionNumbers` are results of `VersionNumber` in ascending order. The change is relevant if
+  /// one of them is at least the earliest relevant version and less than the version added. A
+  /// change without an earliest relevant version is relevant to every user.
   bool IsRelevantToVersions(std::span<const std::int64_t> versionNumbers) const;
 
   /// Adds the `ExtractHashablePortion` of nine fields to `mixer`. Omits the rating request, so that

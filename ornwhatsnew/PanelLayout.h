@@ -10,8 +10,8 @@
 //     }
 //
 // A layout contains the same characters as the text of `GetFormattedTextForDisplay`, except for
-// white space and U+FEFF. White space means spaces, tabs and line ends. A line end is a line feed,
-// a carriage return, a carriage return and a line feed, U+2028 or U+2029.
+// white space and U+FEFF. White space means spaces, tabs and line ends. A line end is LF, CR, CRLF,
+// U+2028 or U+2029.
 //
 // The structs own their content and do not refer to the list. Their strings contain what authors
 // and translators wrote, including control characters and direction marks.
@@ -30,8 +30,8 @@ namespace ornwhatsnew {
 
 /// The role of a paragraph.
 enum class ParagraphKind {
-  /// The heading of the panel, with a version. The rating view has a heading, without a version,
-  /// only if the dictionary's newline contains visible characters.
+  /// The heading of the panel, with a version. The rating view has a heading only if the host's
+  /// translation of the newline contains visible characters. That heading has no version.
   kHeader,
   /// The title of an item, with its internal key and its unlock label.
   kTitle,

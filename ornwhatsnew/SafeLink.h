@@ -12,9 +12,9 @@ namespace ornwhatsnew {
 ///
 /// A safe link begins with `https://`, in lower case. A host follows, which may end with a port.
 /// The host is an IP address in square brackets, or it consists of ASCII letters, digits, `-`, `.`
-/// and
-/// `_`. The link has at most 2,000 bytes. All of them are ASCII characters that are valid in a URL,
-/// so the link has no spaces, double quotes, angle brackets, backslashes or control characters.
+/// and `_`. The link has at most 2,000 bytes. All of them are ASCII characters that are valid in a
+/// URL, so the link has no spaces, double quotes, angle brackets, backslashes or control
+/// characters.
 ///
 /// A safe link has no user information before the host. In `https://a.example@b.example/`, the host
 /// is `b.example`, but the link looks like a link to `a.example`.
@@ -24,7 +24,7 @@ namespace ornwhatsnew {
 /// Does not allocate. Safe to call from any thread.
 ORN_EXPORT bool IsSafeLink(std::string_view link) noexcept;
 
-/// Returns the same result for a UTF-16 string, such as the string of a style run.
+/// Applies the same rules to a UTF-16 string, such as the string of a style run.
 ORN_EXPORT bool IsSafeLink(std::u16string_view link) noexcept;
 
 }  // namespace ornwhatsnew

@@ -57,8 +57,9 @@ inline constexpr std::array<std::string_view, 12> kTypographicMarks = {
 
 /// The unlock state of an item, which the unlock label after its title shows.
 enum class ItemUnlockState {
-  /// The item is a section for internal users. For internal users, a feature also has this state if
-  /// its visibility is `kInternal`, or if it is not public and has the internal override.
+  /// The item is a section that only internal users see. For internal users, a feature also has
+  /// this state if its visibility is `kInternal`, or if it is not public and has the internal
+  /// override.
   TarsaOnly,
   /// The item is a public feature that is switched off. This state occurs only while
   /// `ShowingAllOffFeaturesInternally` returns true.

@@ -186,8 +186,8 @@ summary_of_log() {
     -e '/^[0-9]* files$/p' -e 's/^skipped: //p' "$1" | tail -n 1
 }
 
-# Returns whether a skipped stage is a failure. In CI it is a failure, because nobody may notice the
-# message there.
+# Returns whether a skipped stage is a failure. In CI it is a failure, because the message could
+# remain unnoticed there.
 skipping_fails() { [[ ${CI:-} == true ]]; }
 
 run_stage() {

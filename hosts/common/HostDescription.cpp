@@ -40,8 +40,9 @@ constexpr std::string_view kSchemaMember = "$schema";
 /// times as much memory as its two bytes of text.
 constexpr std::size_t kDescriptionDepth = 3;
 
-/// The maximum number of beta features, which are the only array of a description. Refuse more
-/// features early, because a feature without members takes 70 times the memory of its bytes.
+/// The maximum number of beta features. A description contains no other array.
+/// `JsonDocument::Parse` rejects more features early, because a feature without members takes 70
+/// times as much memory as its text.
 constexpr std::size_t kMaximumFeatures = 20'000;
 
 void ReadText(const JsonReader& object, std::string_view name, std::string& text) {

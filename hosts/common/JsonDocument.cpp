@@ -21,8 +21,8 @@ constexpr std::size_t kMaximumName = 100;
 /// The maximum length, in bytes, of a string that an error message quotes.
 constexpr std::size_t kMaximumQuotation = 60;
 
-/// Returns the line and the column of the byte at `position`. The position, the line and the column
-/// count from 1. The column counts characters, as editors do.
+/// Returns the line and the column of the byte at `position`. Positions, lines and columns are
+/// counted from 1. A column is a number of characters, as in editors.
 std::string LineAndColumn(std::string_view text, std::size_t position) {
   const std::string_view before = text.substr(0, position == 0 ? 0 : position - 1);
   const auto lines = std::ranges::count(before, '\n');

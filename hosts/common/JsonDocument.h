@@ -30,7 +30,7 @@ class JsonDocument {
   /// the stack in recursive functions.
   static constexpr std::size_t kMaximumDepth = 100;
 
-  /// The value of `maximumElements` for documents without a limit.
+  /// The value of `maximumElements` that means no limit.
   static constexpr std::size_t kAnyNumber = static_cast<std::size_t>(-1);
 
   /// Parses `text`, which is UTF-8 with or without a byte order mark, and returns the document.
@@ -42,8 +42,8 @@ class JsonDocument {
   /// - Arrays and objects are nested deeper than `maximumDepth`.
   /// - All arrays together have more than `maximumElements` elements.
   ///
-  /// An element such as `[]` takes up to thirty times the memory of its bytes in `text`. Limit the
-  /// elements of a document from an untrusted source.
+  /// An element such as `[]` takes up to thirty times as much memory as its bytes in `text`.
+  /// Therefore, limit the number of elements of a document from an untrusted source.
   ///
   /// REQUIRES: `maximumDepth` is at most `kMaximumDepth`.
   static JsonDocument Parse(std::string_view text, std::string_view sourceName,
@@ -79,7 +79,8 @@ std::string JsonMessage(std::string_view sourceName, std::string_view location,
                         std::string_view message);
 
 /// Returns `text` (UTF-8) as a JSON string in quotation marks, for an error message. If `text` has
-/// more than 60 bytes, returns its beginning and appends "...".
+/// more than 60 bytes, returns its beginning and appends "...". Replaces ill-formed UTF-8 with
+/// U+FFFD.
 std::string JsonQuoted(std::string_view text);
 
 }  // namespace hosts::common

@@ -20,8 +20,8 @@
 namespace hosts::common {
 
 /// Reads one value of a document. A reader refers to the document, which must outlive the reader.
-/// It consists of two pointers, so it can be copied cheaply. Every function that requires a type
-/// throws `JsonError` if the value has another type.
+/// It consists of two pointers, so copying it is cheap. Every function that requires a type throws
+/// `JsonError` if the value has another type.
 class JsonReader {
  public:
   using Names = std::span<const std::string_view>;

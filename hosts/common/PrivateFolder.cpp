@@ -17,8 +17,8 @@ constexpr int kMaximumLinks = 40;
 
 /// Sets the umask of the process while the object exists, so that new files and folders have
 /// exactly the modes 0600 and 0700. A umask such as 0277 would otherwise withhold the user's own
-/// permissions. The modes are not changed afterwards, because another program could replace the
-/// file in the meantime.
+/// permissions. Changing the modes afterwards would be unsafe, because another program could
+/// replace the file in the meantime.
 class PrivateUmask {
  public:
   PrivateUmask() : lock_(mutex_), before_(::umask(077)) {}

@@ -26,8 +26,8 @@ std::filesystem::path ResolveLinks(std::filesystem::path file);
 class PrivateFolder {
  public:
   /// Opens the folder `path`, an absolute path without symbolic links. Creates missing folders with
-  /// the mode 0700, whatever the umask is. Does not change existing folders. Sets the umask of the
-  /// process to 077 while it creates a folder.
+  /// the mode 0700, regardless of the umask. Does not change existing folders. Sets the umask of
+  /// the process to 077 while it creates a folder.
   explicit PrivateFolder(std::filesystem::path path);
 
   /// Returns the path of the file `name` in this folder, for messages.
@@ -37,12 +37,12 @@ class PrivateFolder {
   int Descriptor() const noexcept { return folder_.Number(); }
 
   /// Opens the file `name` with the given flags of `open`. Does not wait if it is a FIFO. If the
-  /// flags include O_CREAT, a new file has the mode 0600, whatever the umask is. Sets the umask of
-  /// the process to 077 during the call.
+  /// flags include O_CREAT, a new file has the mode 0600, regardless of the umask. Sets the umask
+  /// of the process to 077 during the call.
   FileDescriptor Open(const std::string& name, int flags) const;
 
-  /// Returns whether `name` is a name of the open file `file`. Returns false if the name is a link
-  /// to this file, and on failure.
+  /// Returns whether `name` is a name of the open file `file`. Returns false if `name` is a
+  /// symbolic link to this file, or if a system call fails.
   bool IsNameOf(const std::string& name, const FileDescriptor& file) const;
 
   /// Waits until all changes of names in this folder are on the disk. Does nothing if the file

@@ -124,7 +124,7 @@ bool IsStoreInPlace(const PrivateFolder& folder, const std::string& name,
          errno == ENOENT;
 }
 
-/// Changes `file`, whose path contains no symbolic links.
+/// Implements `ChangeStateFile` for a path without symbolic links.
 StateValues ChangeResolved(const std::filesystem::path& file, std::chrono::milliseconds patience,
                            const std::function<void(StateValues&)>& change) {
   const PrivateFolder folder(file.parent_path());

@@ -20,8 +20,9 @@
 namespace hosts::common {
 
 /// The maximum size of a state file in bytes. A million identities take 37 MB. `FormatState` writes
-/// each non-ASCII character as an escape of 6 or 12 bytes. A file of another program with such
-/// characters may therefore be small enough to be read, but too large to be changed.
+/// each non-ASCII character as an escape of 6 or 12 bytes. If another program writes these
+/// characters without escapes, its file may therefore be small enough to read, but too large to
+/// change.
 inline constexpr std::size_t kMaximumStateSize = std::size_t{64} << 20;
 
 /// Returns the values in the text of a state file. Throws `StateStoreError` if the text is empty,

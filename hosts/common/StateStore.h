@@ -67,9 +67,9 @@ class StateStore {
   static constexpr std::chrono::milliseconds kDefaultPatience{5000};
 
   /// Reads the values at `location`, which is a file or `kMemoryLocation`. If the file does not
-  /// exist, the store is empty. Throws `StateStoreError` if `location` is empty, or if the file
-  /// cannot be read or is not a state store. `patience` is the maximum time that each later write
-  /// waits for other programs.
+  /// exist, the store is empty. Throws `StateStoreError` if `location` is empty, if a relative
+  /// `location` cannot be resolved, or if the file cannot be read or is not a state store.
+  /// `patience` is the maximum time that each later write waits for other programs.
   explicit StateStore(const std::filesystem::path& location,
                       std::chrono::milliseconds patience = kDefaultPatience);
 
@@ -90,9 +90,10 @@ class StateStore {
   /// Returns all values. If a key has a buffered value, returns that instead of the stored one.
   StateValues Values() const;
 
-  /// Writes the buffered values and reads all stored values again. Writes nothing if no stored
-  /// value would change. Throws `StateStoreError` on failure, and if a buffered key or value is not
-  /// well-formed UTF-8. The buffered values are then unchanged.
+  /// Does nothing if there are no buffered values. Otherwise writes the buffered values and reads
+  /// all stored values again. Writes nothing if no stored value would change. Throws
+  /// `StateStoreError` on failure, and if a buffered key or value is not well-formed UTF-8. The
+  /// buffered values are then unchanged.
   void Commit();
 
   /// Reads the stored values again. Does not change the buffered values. Throws `StateStoreError`

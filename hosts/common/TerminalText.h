@@ -28,8 +28,8 @@ std::u16string SafeForTerminal(std::u16string_view text);
 /// escape such as `\u200b` or `\U000e0041`, and so do newlines and tabs. The same applies to
 /// characters that look like a space, such as U+00A0 and U+2800. Each byte of ill-formed UTF-8
 /// becomes an escape such as `\xff`. All other characters are unchanged, backslashes included, so
-/// escaping a text twice has no further effect. The result is one line of well-formed UTF-8. Takes
-/// linear time.
+/// escaping a string a second time has no effect. The result is one line of well-formed UTF-8.
+/// Takes linear time.
 std::string EscapeInvisible(std::string_view text);
 
 /// Returns whether `byte` is not a UTF-8 continuation byte.

@@ -158,7 +158,7 @@ std::string UnknownOption(const CLI::App& command) {
 }
 
 /// Returns the error message for words that no command accepts. The message of CLI11 cannot be
-/// used, because it lists the words backwards.
+/// used, because it lists the words in reverse order.
 std::string UnexpectedWordsMessage(const CLI::App& command) {
   constexpr bool kWithSubcommands = true;
   std::vector<std::string> words = command.remaining(kWithSubcommands);

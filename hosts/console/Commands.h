@@ -66,7 +66,8 @@ ExitStatus Run(const ShowArguments& arguments);
 /// Prints whether `show --only-new` and `show --rating` with the same filters would show any item.
 /// Stores nothing.
 ExitStatus Run(const StatusArguments& arguments);
-/// Stores that the user rated a feature. Throws `ToolError` if the user cannot rate this feature.
+/// Marks a feature as rated in the state store. Throws `ToolError` if the user cannot rate this
+/// feature.
 ExitStatus Run(const RateArguments& arguments);
 /// Prints the stored state.
 ExitStatus Run(const StateShowArguments& arguments);

@@ -31,7 +31,7 @@ std::string PercentEncode(std::string_view link) {
   return encoded;
 }
 
-/// The substrings of a link, in their order. Any of them may be empty.
+/// The parts of a link, in the order in which they occur in the link. Any of them may be empty.
 struct LinkParts {
   explicit LinkParts(std::string_view link) {
     // Browsers skip any number of slashes before the host, and read a backslash like a slash.
@@ -61,7 +61,7 @@ struct LinkParts {
   std::string_view rest;  ///< the port, the path, the query and the fragment
 };
 
-/// Returns at most `size` bytes from the beginning of `text`, without a part of an escape "%XX".
+/// Returns at most `size` bytes from the beginning of `text`. Does not split an escape `%XX`.
 std::string_view BeginningOf(std::string_view text, std::size_t size) {
   text = text.substr(0, size);
   const std::size_t escape = text.rfind('%');

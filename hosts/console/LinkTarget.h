@@ -11,7 +11,7 @@ namespace hosts::console {
 /// The maximum length, in bytes, of the result of `PrintedLinkTarget` for a link that is not safe.
 inline constexpr std::size_t kMaximumPrintedTarget = 200;
 
-/// Returns `link` as a word that a panel can print in angle brackets. A safe link
+/// Returns `link` as visible ASCII text that a panel can print in angle brackets. A safe link
 /// (`ornwhatsnew::IsSafeLink`) is unchanged.
 ///
 /// In any other link, spaces, `<`, `>`, `"`, control characters and non-ASCII characters are

@@ -69,7 +69,8 @@ struct ParagraphWrapper::Breaks {
 
 namespace {
 
-/// Collects the lines of one paragraph. Text can be added to the last line until `Finish`.
+/// Collects the lines of one paragraph. Text can be added to the last line until `Finish` is
+/// called.
 class LineFiller {
  public:
   LineFiller(std::u16string_view text, std::size_t width, const ParagraphShape& shape)

@@ -37,10 +37,12 @@ bool ShouldRepeat(int error, int descriptor, short events);
 /// Returns whether both standard input and standard output are terminals.
 bool IsInteractive();
 
-/// Returns how to write the panel to standard output. `color` decides whether to use colours and
-/// hyperlinks. `width` is the column at which lines are wrapped. If `width` is absent, the width of
-/// the result depends on standard output. For a terminal, it is the width of the terminal, or 80 if
-/// that is unknown. For other output, it is 0, which means no wrapping.
+/// Returns how to write the panel to standard output. `color` selects whether to use colours and
+/// hyperlinks. With `kAuto`, this depends on whether standard output is a terminal, and on the
+/// environment variables TERM and NO_COLOR. `width` is the column at which lines are wrapped. If
+/// `width` is absent, the width of the result depends on standard output. For a terminal, it is the
+/// width of the terminal, or 80 if that is unknown. For other output, it is 0, which means no
+/// wrapping.
 TerminalLook DetectTerminalLook(ColorMode color, std::optional<std::size_t> width);
 
 }  // namespace hosts::console

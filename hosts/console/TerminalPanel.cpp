@@ -189,8 +189,8 @@ class PanelRenderer {
     return lastLinkNumber_;
   }
 
-  /// Appends the target of the link in angle brackets, unless the link is a hyperlink or its text
-  /// is the target.
+  /// Appends the target of a link of the style `kStyleHotSpot` in angle brackets, unless the link
+  /// is a hyperlink or its text is the target.
   void AddLinkTarget(const StyledSegment& segment) {
     if (!segment.styles.Has(ornwhatsnew::kStyleHotSpot) || segment.link.empty() ||
         segment.text == segment.link) {

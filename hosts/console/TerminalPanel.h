@@ -10,7 +10,7 @@
 
 namespace hosts::console {
 
-/// Selects whether the panel has line breaks, styles and hyperlinks for a terminal.
+/// Selects the line width of the panel, and whether it has styles and hyperlinks for a terminal.
 struct TerminalLook {
   std::size_t width = 0;       ///< the width of a line in columns; 0: no wrapping
   bool isStyled = false;       ///< true: colours and attributes; false: plain text

@@ -17,8 +17,8 @@ using orncore::string::UTF16String;
 /// Determines the label of a beta feature in a list and, for `kInternal`, whether the list shows
 /// the feature. The list treats any other 32-bit value like `kUnlabelled`.
 ///
-/// A list shows a feature only if it is switched on or the user may switch it on, whatever its
-/// visibility. A debug switch removes this restriction for internal users.
+/// Regardless of its visibility, a list shows a feature only if it is switched on or the user may
+/// switch it on. A debug switch removes this restriction for internal users.
 ///
 /// If a change of a feature has the salience "HideBetaFeatureFromExternal", only internal users see
 /// the feature. Its label is then "TARSA ONLY", unless its visibility is `kPublic`.

@@ -1,4 +1,4 @@
-// Localises texts. The translations are in a dictionary that the host supplies. The default texts
+// Localises strings. The translations are in a dictionary that the host supplies. The default texts
 // are part of the key texts. Translations and default texts can contain markup.
 //
 // A host sets the dictionary at start, and again when the user changes the language:
@@ -50,7 +50,7 @@ class ORN_EXPORT DictionarySource {
 
 /// Stores a dictionary in memory. `DictionarySource` documents the overridden method.
 ///
-/// Threads: safe to use from any thread, because the texts never change.
+/// Threads: safe to use from any thread, because the translations never change.
 class ORN_EXPORT MapDictionary final : public DictionarySource {
  public:
   /// The translations by key. Keys and translations are UTF-8.
@@ -67,10 +67,10 @@ class ORN_EXPORT MapDictionary final : public DictionarySource {
   Texts texts_;
 };
 
-/// Converts key texts to texts in the user's language.
+/// Converts key texts to display text in the user's language.
 ///
 /// A key text has the form `key=default text` in UTF-8. The first `=` separates the key and the
-/// default text. The localiser returns the first of these texts that exists:
+/// default text. The localiser returns the first of these strings that exists:
 ///
 /// 1. the translation of the key in the dictionary, with its markup expanded;
 /// 2. the default text, with its markup expanded;
@@ -87,7 +87,7 @@ class ORN_EXPORT Localizer {
   Localizer(const Localizer&) = delete;
   Localizer& operator=(const Localizer&) = delete;
 
-  /// Returns the text for `keyText`. Expands the markup of a translation or default text:
+  /// Returns the display text for `keyText`. Expands the markup of a translation or default text:
   ///
   ///   #{endl} newline        ^B  U+2022 bullet           ^[  U+201C left double quote
   ///   #{tab}  tab            ^{  U+2018 left quote       ^]  U+201D right double quote

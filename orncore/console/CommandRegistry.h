@@ -68,15 +68,15 @@ class ORN_EXPORT CommandRegistry {
   bool RegisterCommandFunction(UTF16String name, UTF16String help, CommandFunction function);
 
   /// Removes a command and returns true. Returns false if no command has that name. Does not wait
-  /// for running calls of the command. If there are any, the function of the command is destroyed
-  /// when the last of them ends.
+  /// for running calls of the command. If a call is running, the function of the command is
+  /// destroyed when the last running call ends.
   bool UnregisterCommand(std::u16string_view name);
 
   /// Returns copies of all commands, sorted by name in ascending order of UTF-16 units.
   std::vector<Command> ListCommands() const;
 
-  /// Runs the command of a line and returns its result. Returns `std::nullopt` if no command has
-  /// the name in the line.
+  /// Runs the command that `line` names and returns its result. Returns `std::nullopt` if no
+  /// command has this name.
   ///
   /// The name is the first word after any leading spaces. A space ends the name, and everything
   /// after that one space is the argument text, unchanged. Exceptions of the command propagate to

@@ -1,5 +1,5 @@
-// Reads and writes debug entries, which are strings with keys. Developers and testers edit them.
-// The host can replace the store that contains them.
+// Reads and writes debug entries, which are strings that are stored under keys. Developers and
+// testers edit them. The host can replace the store that contains them.
 //
 //   orncore::debug::DebugDatabase::Instance().SetStore(std::make_shared<PreferencesStore>());
 //

@@ -2,8 +2,8 @@
 // and from decimal strings to integers.
 //
 // The UTF-8 and UTF-16 conversions accept every string, and their results are well-formed. They
-// keep NUL and the byte order mark. Converting a well-formed string to the other form and back
-// restores it.
+// keep NUL and the byte order mark. Converting a well-formed string to the other encoding and back
+// returns an equal string.
 //
 // The conversions replace each unpaired surrogate with one U+FFFD. They replace each maximal
 // subpart of an ill-formed UTF-8 sequence with one U+FFFD. The Unicode standard recommends this in
@@ -14,7 +14,7 @@
 // not be a part of `out`.
 //
 // Unless declared `noexcept`, the functions throw `std::bad_alloc` or `std::length_error` if the
-// result does not fit into memory. The content of `out` is unspecified then.
+// result does not fit into memory. After such an exception, the content of `out` is unspecified.
 //
 // All functions are safe to call from any thread if each call has its own `out`.
 #ifndef ORNCORE_STRING_CONVERSION_H_

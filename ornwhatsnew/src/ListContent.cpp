@@ -32,8 +32,8 @@ bool IsUnlockedForOrdering(const FeatureListItem& item) {
   const feature::BetaFeatureMap& table = feature::GetConstBetaFeatureMap();
   const auto entry = table.find(item.BetaFeatureInternalKey());
   if (entry == table.end()) return false;
-  // Read the visibility before the queries. The documentation forbids a service to replace its
-  // table during a query, but if it does so, the list must not read the destroyed table.
+  // Read the visibility before the queries. A service must not replace its table during a query. If
+  // it does so anyway, the list must not read the destroyed table.
   const Visibility visibility = entry->second.GetVisibility();
   if (!feature::IsFeatureEnabled(item.BetaFeatureInternalKey().c_str())) return false;
   return visibility == Visibility::kPublic ||

@@ -60,7 +60,8 @@ class ValidateCommand {
                          u"\" with result: " +
                          orncore::string::AsciiToUTF16(std::to_string(result)) + u"\n");
     } else {
-      // A cancelled read has the result 0 but no bytes, so there is nothing to parse.
+      // A cancelled read has the result 0 but no bytes. Throw its exception, because there is
+      // nothing to parse.
       if (read.failure) std::rethrow_exception(read.failure);
       ParseForTest(*read.memory);
       Write(output_, u"Reading What's New file at \"" + file_.FullPath() + u"\" finished\n");

@@ -25,7 +25,7 @@ extern ORN_EXPORT const UTF8String kAllVersionsSeenKey;
 /// empty elements.
 ORN_EXPORT std::vector<std::string_view> SplitPersistedList(std::string_view list);
 
-/// Returns a persisted list of the elements, without duplicates. Omits an empty element. An element
+/// Returns a persisted list of the elements, without duplicates. Omits empty elements. An element
 /// must not contain a space, because `SplitPersistedList` would split it.
 ORN_EXPORT UTF8String JoinPersistedList(std::vector<std::string_view> elements);
 

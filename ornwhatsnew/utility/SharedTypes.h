@@ -26,7 +26,7 @@ using orncore::string::UTF16String;
 /// An identity: the 128-bit hash under which a change or an item counts as seen or rated.
 using orncore::utility::Guid;
 
-/// The options of a display: any combination of the five bits below. Without any bit, the display
+/// The options of a display: any combination of the five bits below. If no bit is set, the display
 /// shows everything that is available to the user.
 using DisplayOptions = orncore::utility::Flags<unsigned char>;
 
@@ -84,7 +84,7 @@ using enum StyleID;
 /// run of `kStyleCommitLink` extends one byte past the commit ID, so hosts should limit each run to
 /// the text.
 using StyleRun = std::pair<std::pair<int, int>, UTF16String>;
-/// The style runs of a text, by style. The runs of each style are in the order of the text.
+/// The style runs of a panel's text, by style. The runs of each style are in the order of the text.
 using StyleRunMap = std::unordered_map<StyleID, std::vector<StyleRun>>;
 
 /// The items of a list by key. An entry can be empty; see
@@ -94,7 +94,7 @@ using FeatureMap = std::unordered_map<std::string, std::shared_ptr<FeatureListIt
 /// The rating records of a display, by the key of the item. A rating record has the keys, the
 /// visibility, the localised title and the localised description of an item, and a custom question.
 /// The description is empty if the item has none or if a change hides it. The question is empty if
-/// the author requests a rating with the default question. A record has no changes.
+/// the author did not write one. A record has no changes.
 using RatingMap = FeatureMap;
 
 /// Returns the value that the setter last stored under `key`, or an empty string if there is none.

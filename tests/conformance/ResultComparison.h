@@ -10,8 +10,8 @@
 namespace conformance {
 
 /// A difference between two JSON values. `expected` and `got` are JSON on one line, shortened to
-/// the part that differs. If only one of the compared values has this member or element, the string
-/// of the other one is "nothing".
+/// the part that differs. If one of the compared values does not have this member or element, its
+/// string is "nothing".
 struct Difference {
   /// The JSON pointer to the value that differs.
   std::string path;

@@ -34,7 +34,7 @@ struct Outcome {
   json name;
   json results;
   std::optional<std::string> error;
-  /// Whether the scenario states its intent and requires exact texts.
+  /// Whether the scenario shows a rule, as `Accepted` defines it.
   bool showsRule = false;
   /// The expected results, or null if the scenario has none. The JSON document owns them.
   const json* expect = nullptr;

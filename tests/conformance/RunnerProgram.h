@@ -21,8 +21,8 @@ struct Streams {
   std::ostream& err;
 };
 
-/// The scenarios that a check accepts: all of them, or only those that show a rule. A scenario that
-/// shows a rule states its intent and requires exact texts.
+/// The scenarios that a check accepts: all of them, or only those that show a rule. A scenario
+/// shows a rule if its member `intent` is not empty and its member `exactTexts` is true.
 enum class Accepted { kAll, kRules };
 
 /// Runs the scenarios of the files, or those of `streams.in` if there are no files. Writes one JSON

@@ -8,8 +8,9 @@
 namespace conformance {
 
 /// Reads a scenario from `object`. Accepts but ignores the member `expect`. Throws
-/// `hosts::common::JsonError` for an unknown, missing or duplicate member, and for a value of the
-/// wrong type or range. Also throws it for a step that needs a list before one exists.
+/// `hosts::common::JsonError` for an unknown, missing or duplicate member, and for a value that has
+/// the wrong type or is out of range. Also throws it if a step needs a list, but no earlier step
+/// creates one.
 Scenario ReadScenario(const hosts::common::JsonReader& object);
 
 }  // namespace conformance

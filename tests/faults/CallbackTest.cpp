@@ -44,7 +44,7 @@ void Reload(World& world) {
 
 class CallbackTest : public FaultTest {
  protected:
-  /// Runs the operation in a new world. Returns the result of `SnapshotsWhileUsed` for this world.
+  /// Runs the operation in a new `World`, and returns the result of its `SnapshotsWhileUsed`.
   std::string SnapshotsAfter(const Operation& operation) const {
     World world = MakeWorld();
     operation(world);

@@ -42,15 +42,15 @@ bool RunsOutOfMemory(const std::function<void()>& work) {
 class MemoryTest : public FaultTest {
  protected:
   using Operation = std::function<void(World&)>;
-  /// A function that checks the world after a failure.
+  /// A function that checks the `World` after a failure.
   using Check = std::function<void(World&)>;
 
   void SetUp() override {
     if (!test_support::AreAllocationsReplaced()) GTEST_SKIP() << "another allocator is in use";
   }
 
-  /// Makes every allocation of the operation fail in turn, each time in a new world. Calls `check`
-  /// after each failure.
+  /// Makes every allocation of the operation fail in turn, each time in a new `World`. Calls
+  /// `check` after each failure.
   void FailEach(const Operation& operation, const Check& check) const {
     WarmUp(operation, check);
     for (const FailureExtent extent : {FailureExtent::kOne, FailureExtent::kAllFrom}) {

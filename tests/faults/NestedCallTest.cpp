@@ -23,8 +23,8 @@ using namespace ornwhatsnew;
 using test_support::Format;
 
 /// A list whose getter calls `inGetter` and whose setter calls `inSetter`. Both functions receive
-/// the list as an argument. After the first call, the member is empty until a test assigns it
-/// again.
+/// the list as an argument. Each function runs only once, because the list resets `inGetter` or
+/// `inSetter` before it calls the function.
 class ReentrantList {
  public:
   explicit ReentrantList(World& world) : world_(world) {

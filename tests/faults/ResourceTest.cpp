@@ -1,5 +1,5 @@
-// Tests how a list is loaded from resource managers that throw, return random bytes, or return
-// megabytes of data.
+// Tests how a list is loaded from resource managers that throw, return random bytes, or return very
+// large files.
 #include <functional>
 #include <memory>
 #include <string>

@@ -61,7 +61,7 @@ TEST(SafeLink, IsTheSameInUTF8AndUTF16) {
   for (const char* link : {"https://x", "https://x y", "https://a@b", "https://\u00E9", ""}) {
     EXPECT_EQ(IsSafeLink(link), IsSafeLink(orncore::string::UTF8to16(link))) << link;
   }
-  // The lower byte of this character is the byte of "x".
+  // The low byte of U+0178 is 0x78, which is "x" in ASCII.
   EXPECT_FALSE(IsSafeLink(u"https://\u0178"));
 }
 

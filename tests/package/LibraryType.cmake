@@ -31,7 +31,7 @@ foreach(folder top_level subproject)
     set(default STATIC_LIBRARY)
   endif()
   expect(${folder} ${default} ${source})
-  # The library follows each change of BUILD_SHARED_LIBS.
+  # The type of the library follows each change of BUILD_SHARED_LIBS.
   expect(${folder} SHARED_LIBRARY ${source} -DBUILD_SHARED_LIBS=ON)
   expect(${folder} STATIC_LIBRARY ${source} -DBUILD_SHARED_LIBS=OFF)
   expect(${folder} ${default} ${source})

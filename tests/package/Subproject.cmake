@@ -1,9 +1,9 @@
 # Configures the application in PARENT alone, and then with the project SOURCE as a subdirectory. Fails
-# if the project changes the type or the output folder of the application's own library, or adds a cache
-# entry whose name does not begin with ORNWHATSNEW_ or the prefix of a dependency. Repeats the
-# configuration with the subdirectory, because cache entries of the first run may affect the second run.
-# WORK is the folder for the builds. GENERATOR and COMPILER are the generator and the compiler of the
-# application.
+# if the project changes the type or the output folder of the application's own library. Also fails if
+# the project adds a cache entry whose name does not begin with ORNWHATSNEW_ or the prefix of a
+# dependency. Repeats the configuration with the subdirectory, because cache entries of the first run
+# may affect the second run. WORK is the folder for the builds. GENERATOR and COMPILER are the generator
+# and the compiler of the application.
 cmake_minimum_required(VERSION 3.25)
 
 function(configure folder)

@@ -56,8 +56,8 @@ class DataFile {
 /// Returns the text of a data file that consists of the header row and `rows`.
 std::string DataFileText(std::initializer_list<ChangeRow> rows);
 
-/// Returns a change with exactly the fields of `row`. In contrast, a list that parses a data file
-/// converts some fields to lower case.
+/// Returns a change with exactly the fields of `row`. Unlike a list that parses a data file, does
+/// not convert fields to lower case.
 std::shared_ptr<ornwhatsnew::FeatureListDetail> MakeDetail(const ChangeRow& row);
 
 /// The constructor arguments of an item. Tests can omit any of them.

@@ -49,7 +49,7 @@ class FakeStateStore {
   /// Returns the log and clears it.
   std::vector<Write> TakeWrites() { return std::exchange(writes_, {}); }
 
-  /// Return the number of getter calls and of setter calls so far. Failed calls count.
+  /// Return the number of getter calls and of setter calls so far, including failed calls.
   int GetterCalls() const { return getterCalls_; }
   int SetterCalls() const { return setterCalls_; }
 

@@ -64,8 +64,9 @@ struct ByteRun {
   const std::u16string* link;
 };
 
-// Returns the non-empty runs by their first byte. Omits the second run of each unlock label.
-// Shortens the runs of commits, which end one byte after their text.
+// Returns the non-empty runs, with the offset of their first byte as the key. Each unlock label has
+// two runs; omits the run of its box. Shortens the runs of commits, which end one byte after their
+// text.
 std::map<std::size_t, ByteRun> SortedRuns(const StyleRunMap& runs) {
   std::map<std::size_t, ByteRun> sorted;
   for (const auto& [style, ofStyle] : runs) {
@@ -125,11 +126,12 @@ void AddVisible(std::u16string_view text, std::optional<StyleID> style, const st
   }
 }
 
-// Returns the visible characters of the layout. The bullet of a change is before its text.
+// Returns the visible characters of the layout. The characters of a bullet precede those of its
+// change.
 std::vector<Character> CharactersOf(const PanelLayout& layout) {
   std::vector<Character> characters;
   for (const LayoutParagraph& paragraph : layout.paragraphs) {
-    // The bullet has no white space, so do not compare the white space of its characters.
+    // A layout omits the white space around a bullet, so do not compare it.
     for (std::u16string_view rest = paragraph.bullet; !rest.empty();) {
       const std::size_t length = IsHigh(rest.front()) ? 2 : 1;
       characters.push_back(
@@ -161,7 +163,8 @@ std::string FirstCharacterError(const PanelLayout& layout, const PanelOutcome& p
   return got.size() == expected.size() ? "" : "the number of visible characters";
 }
 
-// Returns the first error of the ranges of a paragraph.
+// Returns a description of the first error in the ranges of a paragraph and its spans, or an empty
+// string.
 std::string FirstRangeError(const LayoutParagraph& paragraph, std::u16string_view text) {
   std::size_t end = paragraph.range.begin;
   for (const LayoutSpan& span : paragraph.spans) {
@@ -213,7 +216,7 @@ std::set<StyleID> StylesOf(ParagraphKind kind) {
   return {};
 }
 
-// Returns the first error of the fields of a paragraph other than its ranges.
+// Returns a description of the first error in the other members of a paragraph, or an empty string.
 std::string FirstFieldError(const LayoutParagraph& paragraph, const PanelLayout& layout) {
   using enum ParagraphKind;
   const bool isOfPanel = paragraph.kind == kHeader || paragraph.kind == kNotice;
@@ -261,7 +264,7 @@ std::string FirstFieldError(const PanelLayout& layout) {
   return ratings == layout.ratingRequests.size() ? "" : "the number of rating requests";
 }
 
-// Returns the text of each span in UTF-8, and the ranges of paragraphs and spans as text.
+// Returns the strings in the ranges of all paragraphs and spans, in UTF-8.
 template <class Layout>
 std::vector<std::string> Pieces(const Layout& layout) {
   std::vector<std::string> pieces;
@@ -280,7 +283,8 @@ std::vector<std::string> Pieces(const Layout& layout) {
   return pieces;
 }
 
-// Returns `string` (UTF-8) with the white space of a paragraph.
+// Converts `string` (UTF-8) to UTF-16, and its white space to that of a paragraph in a layout.
+// Removes white space at the start and the end.
 std::u16string CleanedString(const std::string& string) {
   const std::u16string converted = ConvertGap(PlainUTF8to16(string));
   const std::size_t begin = converted.find_first_not_of(u" \u2028");
@@ -303,7 +307,7 @@ std::string FirstRatingError(const PanelLayout& layout, unsigned options,
     if (request.description != CleanedString(record.description)) {
       return "the description of a request";
     }
-    // The record contains a key text, and the request contains its translation.
+    // Do not compare a question that is a key text, because the request contains its translation.
     if (!PlainIsZString(record.customRating) &&
         request.question != CleanedString(record.customRating)) {
       return "the question of a request";

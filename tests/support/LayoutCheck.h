@@ -23,7 +23,7 @@ std::string FirstLayoutError(const ornwhatsnew::PanelLayout& layout, const Panel
 /// Calls every function of the list that returns a layout or numbers of items and changes. Compares
 /// the results with `panel`, the result of a display with the same options and without a rating
 /// placeholder. Returns a description of the first error, or an empty string. `state` must be the
-/// store of the list.
+/// store of the list; the function clears its log.
 std::string FirstLayoutError(ornwhatsnew::FeatureListData& list, FakeStateStore& state,
                              unsigned options, const PanelOutcome& panel);
 

@@ -36,7 +36,7 @@ struct Display {
 
   /// Returns the part of `text` that each run of a style covers, in the order of recording.
   /// Truncates a run that extends past the end of `text`. Throws `std::logic_error` if a start or
-  /// length is negative.
+  /// length is negative, or if a run starts past the end of `text`.
   std::vector<std::string> Pieces(ornwhatsnew::StyleID style) const;
   /// Returns the string of each run of a style in UTF-8, in the order of recording.
   std::vector<std::string> Strings(ornwhatsnew::StyleID style) const;

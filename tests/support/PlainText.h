@@ -47,7 +47,8 @@ bool PlainIsInternalSection(std::string_view key);
 /// Returns whether `text` is a key text.
 bool PlainIsZString(std::string_view text);
 /// Returns the part of `text` on which identities depend. For a key text with a default text, this
-/// is the key without the prefix `private/`. Returns other strings unchanged.
+/// is the key, with `$$$/private/` at its start replaced by `$$$/`. Returns other strings
+/// unchanged.
 std::string PlainHashablePortion(std::string_view text);
 /// Returns a version as a number in which each component has 1000 times the weight of the next. A
 /// component that is not a 64-bit integer counts as 0. The number wraps around at 64 bits.

@@ -10,12 +10,12 @@
 
 namespace test_support {
 
-/// A fake host whose features, settings, state and dictionary are random. A third of the hosts have
-/// a dictionary. Only one world may exist at a time, because it replaces the services of the
-/// process.
+/// A fake host whose features, settings, state and dictionary are random. Only a third of these
+/// hosts have a dictionary. Only one `RandomWorld` may exist at a time, because it replaces the
+/// services of the process.
 class RandomWorld {
  public:
-  /// `random` must outlive the world.
+  /// Creates a random host. `random` must outlive this object.
   explicit RandomWorld(RandomSource& random);
 
   FakeHost& Host() { return host_; }

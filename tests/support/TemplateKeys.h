@@ -1,4 +1,4 @@
-// Lists the library's own texts, for random and fuzzed dictionaries.
+// Lists the keys of the library's templates, for tests and fuzzers that translate them.
 #ifndef TESTS_SUPPORT_TEMPLATEKEYS_H_
 #define TESTS_SUPPORT_TEMPLATEKEYS_H_
 
@@ -7,7 +7,7 @@
 namespace test_support {
 
 /// The keys of the templates of a panel, and of the title of a section. The inputs of fuzzers
-/// contain indexes of this list, so add a key only at the end.
+/// contain indexes into this list, so add new keys only at the end.
 inline constexpr std::array kTemplateKeys = {
     "$$$/ornwhatsnew/Feature/Item/Unlock/TarsaOnly",
     "$$$/ornwhatsnew/Feature/Item/Unlock/Off",

@@ -51,7 +51,7 @@ void Executor::Submit(Task task) {
 void Executor::Join() {
   const std::lock_guard joinLock(joinMutex_);
   // The destructor of `endingThread` requests the stop and joins the thread. It runs after the lock
-  // is released, because the thread needs the lock to end.
+  // is released, because the thread must acquire the lock before it can end.
   std::jthread endingThread;
   const std::lock_guard lock(mutex_);
   endingThread.swap(thread_);

@@ -21,7 +21,8 @@ File::File(UTF16String path) : path_(std::move(path)) {}
 UTF16String File::FullPath() const {
   if (path_.empty()) return {};
   const fs::path path = PathFromUTF8(string::UTF16to8(path_));
-  // If the current directory was removed, no absolute path exists. Return the relative path then.
+  // If the current directory was removed, no absolute path exists. In this case, return the
+  // relative path.
   std::error_code error;
   const fs::path absolute = fs::absolute(path, error);
   return string::UTF8to16(UTF8FromPath((error ? path : absolute).lexically_normal()));

@@ -3,7 +3,7 @@
 namespace orncore::utility {
 namespace {
 
-// The position of the first of the two digits of each byte in the text form.
+// For each byte, the position in the text form of the first of its two digits.
 constexpr std::array<std::uint8_t, Guid::kByteLength> kDigitPositions = {
     0, 2, 4, 6, 9, 11, 14, 16, 19, 21, 24, 26, 28, 30, 32, 34};
 constexpr std::array<std::uint8_t, 4> kHyphenPositions = {8, 13, 18, 23};
@@ -36,7 +36,7 @@ Guid::Guid(std::string_view text) noexcept {
     if (text[position] != '-') return;
   }
   std::array<std::uint8_t, kByteLength> bytes;
-  std::uint8_t allValues = 0;  // greater than 15 if any character is not a digit
+  std::uint8_t allValues = 0;  // greater than 15 if any character is not a hexadecimal digit
   for (std::size_t i = 0; i < kByteLength; ++i) {
     const std::uint8_t high = DigitValue(text[kDigitPositions[i]]);
     const std::uint8_t low = DigitValue(text[kDigitPositions[i] + 1U]);

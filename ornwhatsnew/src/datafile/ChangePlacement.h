@@ -23,7 +23,7 @@ struct ChangePlacement {
 /// `groupingID` and `storyID` are columns 2 and 3 of its row. `unreviewed` is true if its salience
 /// is "Unreviewed". The first rule that applies decides:
 ///
-/// 1. An unreviewed change belongs to the section UNREVIEWED, whatever its IDs are.
+/// 1. An unreviewed change belongs to the section UNREVIEWED, regardless of its IDs.
 /// 2. The grouping ID "INTERNAL", in any letter case, means the section INTERNAL.
 /// 3. The story ID is the key of an item, compared byte for byte.
 /// 4. The grouping ID is the key of an item, compared byte for byte.

@@ -62,7 +62,8 @@ void DataFileReader::Classify() {
   if (row_.skipReason != DataRowSkipReason::kNone) {
     row_.kind = DataRowKind::kSkipped;
   } else if (!headerRead_) {
-    // Compatibility: the first row is the header, whatever it contains (docs/compatibility.md).
+    // Compatibility: the first row is the header, regardless of its content
+    // (docs/compatibility.md).
     row_.kind = DataRowKind::kHeader;
     headerRead_ = true;
     RemoveByteOrderMark();

@@ -46,14 +46,14 @@ std::size_t FindEndOfBlankLine(std::u16string_view string) {
   return std::u16string_view::npos;
 }
 
-// Returns the number of UTF-16 units of the first character.
+// Returns the number of UTF-16 units of the first character of `string`, or 0 if it is empty.
 std::size_t FirstCharacterLength(std::u16string_view string) {
   const bool isPair = !string.empty() && IsHighSurrogate(string.front());
   return std::min<std::size_t>(string.size(), isPair ? 2 : 1);
 }
 
-// Frees the unused memory of `container` if it is more than a container has that grows by doubling.
-// A host keeps the layout, and `Reserve` also reserves memory for the hidden changes.
+// Frees the unused memory of `container` if less than half of its capacity is used. A host keeps
+// the layout, and `Reserve` also reserves memory for changes that the panel does not show.
 template <class Container>
 void FreeUnusedMemory(Container& container) {
   if (container.capacity() > 2 * container.size()) container.shrink_to_fit();
@@ -88,7 +88,7 @@ void LayoutWriter::EndParagraph(std::u16string_view newline) {
   const bool canBeEmpty =
       paragraph_.kind == ParagraphKind::kChange || paragraph_.kind == ParagraphKind::kRatingRequest;
   if (paragraph_.range.length == 0 && !canBeEmpty) {
-    if (!layout_.paragraphs.empty()) layout_.text.pop_back();  // the line feed before it
+    if (!layout_.paragraphs.empty()) layout_.text.pop_back();  // the line feed before the paragraph
     return;
   }
   paragraph_.spans.assign(std::make_move_iterator(spans_.begin()),
@@ -198,7 +198,7 @@ void LayoutWriter::CleanText(std::size_t begin) {
 }
 
 void LayoutWriter::CleanString(UTF16String& string) {
-  // Use the end of the layout's text as a buffer, so that the string follows the same rules.
+  // Use the end of the layout's text as a buffer, so that the same rules apply to the string.
   AppendTemplate(string);
   RemoveTrailingWhiteSpace();
   string = layout_.text.substr(paragraph_.range.begin);

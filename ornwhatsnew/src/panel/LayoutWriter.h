@@ -40,14 +40,14 @@ class LayoutWriter final : public PanelWriter {
 
  private:
   void AppendSpan(std::optional<StyleID> style, std::u16string_view string, UTF16String link = {});
-  /// Cleans the string that was appended at the index `begin` of the text, and adds a span of the
-  /// result. Extends the previous span instead if neither has a style. Adds none if the result is
-  /// empty.
+  /// Cleans the string that was appended at the index `begin` of the text, and adds a span for the
+  /// result. If neither this string nor the previous span has a style, extends the previous span
+  /// instead. Adds no span if the result is empty.
   void AddSpan(std::size_t begin, std::optional<StyleID> style, UTF16String link);
   /// Replaces line ends and tabs of the string that was appended at the index `begin` of the text.
   /// Removes U+FEFF, and white space at the start of the paragraph.
   void CleanText(std::size_t begin);
-  /// Changes `string` like the text of a paragraph. The current paragraph must be empty.
+  /// Cleans `string` by the rules for the text of a paragraph. The current paragraph must be empty.
   void CleanString(UTF16String& string);
   void RemoveTrailingWhiteSpace();
 

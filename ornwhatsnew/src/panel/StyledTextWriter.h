@@ -18,9 +18,10 @@ namespace ornwhatsnew {
 void RecordStyleRun(StyleID style, std::size_t start, std::size_t length, RunAdjustment adjustment,
                     UTF16String runString, StyleRunMap& runs);
 
-/// Appends strings to a text and records their style runs. The positions of runs are in UTF-8
-/// bytes. The writer counts these bytes as the text grows, because measuring the whole text for
-/// each run would take quadratic time. Each styled string has a run, even if the string is empty.
+/// Appends strings to the panel's text and records their style runs. The positions of runs are in
+/// UTF-8 bytes. The writer counts these bytes as the text grows, because measuring the whole text
+/// for each run would take quadratic time. Each styled string has a run, even if the string is
+/// empty.
 class StyledTextWriter final : public PanelWriter {
  public:
   /// Creates a writer with an empty text. It adds the runs to `runs`, which must outlive the

@@ -13,7 +13,7 @@ namespace hosts::common {
 
 /// The reason why calls fail.
 enum class DiskFault {
-  kFull,  ///< no space is left: calls that need space fail, a deletion or a change of mode succeeds
+  kFull,    ///< calls that need space fail; deletions and changes of mode succeed
   kBroken,  ///< every call that changes or syncs a file fails
 };
 
@@ -52,16 +52,16 @@ class FailingDisk {
   /// file.
   const std::vector<std::string>& Calls() const { return calls_; }
 
-  /// Calls `action` before each following call `call`, for example to do what another program may
-  /// do at this moment. `call` has the form of an element of `Calls`, or is "flock" with the name
-  /// of the locked file. The calls that `action` makes do not call it again.
+  /// Calls `action` before each following call that equals `call`. Tests use it to act like another
+  /// program at this moment. `call` has the form of an element of `Calls`, or is "flock" with the
+  /// name of the locked file. The calls that `action` makes do not call it again.
   void RunBefore(std::string call, std::function<void()> action);
 
-  /// Runs the action of `RunBefore` if `call` is its call.
+  /// Runs the action that was passed to `RunBefore` if it was passed for `call`.
   void RunActionBefore(const std::string& call);
 
   /// Decides whether the call of `function` for the file `path` fails. Returns the error number
-  /// that the call must return, or 0. Records the call if it does not fail.
+  /// with which it must fail, or 0 if it must succeed. Records the call if it does not fail.
   int ErrorOf(std::string_view function, const std::string& path);
 
  private:

@@ -30,7 +30,7 @@ INSTANTIATE_TEST_SUITE_P(
                     // The writer has removed b. The store must still contain it.
                     MergeCase{"a b", "a b", "a", "a b"},
                     // After the writer's read, another program has reset the store. The elements
-                    // that the writer read are not added again, whatever their order.
+                    // that the writer read are not added again, regardless of their order.
                     MergeCase{"", "a b", "a b c", "c"}, MergeCase{"", "b a", "c b a", "c"},
                     // Lists with duplicate elements and extra spaces are accepted, although the
                     // library does not write them.

@@ -41,7 +41,7 @@ TEST_F(PrivateFolderTest, DoesNotFollowALinkThatReplacedAFolder) {
 }
 
 TEST_F(PrivateFolderTest, RefusesAParentOfAMissingFolder) {
-  // The system finds no file at such a path, although the shortened path names one.
+  // The system cannot open such a path. Without the "..", the path would be valid.
   folder_.Write("file", "");
   for (const char* path : {"missing/../state.json", "a/missing/../../state.json"}) {
     EXPECT_EQ(ENOENT, ErrorOf([&] { ResolveLinks(folder_.Path() / path); })) << path;

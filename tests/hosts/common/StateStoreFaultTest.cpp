@@ -196,6 +196,15 @@ TEST_F(StateStoreFaultTest, RejectsADevice) {
   EXPECT_THAT(StoreErrorOf([] { StateStore store("/dev/full"); }), HasSubstr("not a regular file"));
 }
 
+// Reading /proc/self/mem fails at offset 0, because no memory is mapped at address 0.
+TEST_F(StateStoreFaultTest, TheMessageForAReadErrorSuggestsCheckingTheDisk) {
+  const std::filesystem::path file = "/proc/self/mem";
+  if (!std::filesystem::exists(file)) GTEST_SKIP() << "this system has no '/proc/self/mem'";
+  EXPECT_THAT(StoreErrorOf([&] { StateStore store(file); }),
+              HasSubstr("cannot read the state store '/proc/self/mem': Input/output error; check "
+                        "the disk and try again, or name a file elsewhere with --state"));
+}
+
 TEST_F(StateStoreFaultTest, RejectsAPathBelowAFile) {
   folder_.Write("file", "x");
   const std::filesystem::path below = folder_.Path() / "file" / "state.json";

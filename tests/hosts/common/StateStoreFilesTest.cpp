@@ -113,7 +113,7 @@ TEST_F(StateStoreLinks, ALinkToAnEmptyFileDoesNotOverwriteIt) {
 }
 
 TEST_F(StateStoreLinks, RejectsAParentOfAMissingFolder) {
-  // The system finds no file at this path, so a read of a store there would find nothing.
+  // The system finds no file at this path, so a store at this path could never be read.
   EXPECT_THAT(
       StoreErrorOf([&] { WriteValue(folder_.Path() / "missing" / ".." / "state.json", "text"); }),
       AllOf(HasSubstr("No such file or directory"), HasSubstr("--state")));
@@ -152,7 +152,8 @@ void MakeSocket(const fs::path& path, const fs::path&) {
 }
 
 void MakeDevice(const fs::path& path, const fs::path& victim) {
-  // Only root can create a device. This one is a second /dev/full. For other users, test a FIFO.
+  // Only root can create a device. This one has the device number of /dev/full. For other users,
+  // create a FIFO instead.
   if (::mknod(path.c_str(), S_IFCHR | 0600, makedev(1, 7)) != 0) MakePipe(path, victim);
 }
 
@@ -173,8 +174,8 @@ constexpr std::array<FileKind, 9> kFileKinds = {{
      [](const fs::path& path, const fs::path& victim) { fs::copy(victim, path); }},
 }};
 
-/// The parameters are the kind of a file and the suffix that, after the name of the store, forms
-/// its name.
+/// The parameters are the kind of a file and a suffix. The name of the file is the name of the
+/// store followed by the suffix.
 using NeighbourCase = std::tuple<FileKind, std::string>;
 
 class StateStoreNeighbour : public testing::TestWithParam<NeighbourCase> {

@@ -1,5 +1,6 @@
-// Tests the store while another program replaces its files between two system calls. The command
-// must fail or use the files that it has opened. It must not report values as stored that are not.
+// Tests the store while another program replaces its files between two system calls. The write must
+// fail or use the files that it has opened. It must not report success if its values are not
+// stored.
 #include <chrono>
 #include <filesystem>
 #include <functional>

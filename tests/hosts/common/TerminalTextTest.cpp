@@ -51,7 +51,7 @@ INSTANTIATE_TEST_SUITE_P(
 INSTANTIATE_TEST_SUITE_P(
     Joiners, TerminalText,
     testing::Values(SafeCase{u"pay\u200Dpal\u200C", u"paypal"}, SafeCase{u"\u200D\u200C", u""},
-                    // The joiners in emoji sequences are kept: a family and a burning heart.
+                    // The joiners in emoji sequences, here a family and a burning heart, are kept.
                     SafeCase{u"\U0001F468\u200D\U0001F469\u200D\U0001F467",
                              u"\U0001F468\u200D\U0001F469\u200D\U0001F467"},
                     SafeCase{u"\u2764\uFE0F\u200D\U0001F525", u"\u2764\uFE0F\u200D\U0001F525"},

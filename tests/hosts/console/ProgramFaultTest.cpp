@@ -1,6 +1,6 @@
 // Tests input that the program cannot use and output that it cannot write. The error message must
-// contain the name of the file, and the exit status must show the kind of error. No stored state
-// must be lost.
+// contain the name of the file, and the exit status must show the kind of error. The program must
+// not lose stored state.
 #include <chrono>
 #include <filesystem>
 #include <string>

@@ -38,7 +38,8 @@ ROOT = Path(__file__).resolve().parents[3]
 COUNTS = {"concurrent": 500, "stores": 1000, "files": 1000, "worlds": 700}
 PARTS = ("errors", "kills", "concurrent", "stores", "files", "worlds")
 
-# The property test of the part "worlds", and the environment variable with the number of worlds.
+# The property test of the part "worlds", and the environment variable with the number of random
+# hosts.
 WORLDS_TEST = "StatusPropertyTest.*"
 WORLDS_VARIABLE = "ORNWHATSNEW_TEST_WORLDS"
 
@@ -181,7 +182,7 @@ def run_worlds(run):
         ended = subprocess.run(command, env={**os.environ, WORLDS_VARIABLE: str(count)},
                                stdout=subprocess.PIPE, stderr=subprocess.STDOUT, check=False)
         output = ended.stdout.decode(errors="replace")
-        # Without a test of this name, the command succeeds, too.
+        # The command also succeeds if no test has this name.
         require(ended.returncode == 0 and "[       OK ] StatusPropertyTest." in output,
                 output[-3000:])
         return f"run with {count} worlds"
