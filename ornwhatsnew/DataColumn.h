@@ -19,7 +19,7 @@ enum class DataColumn : std::size_t {
   kVersion,
   /// The epic key of a feature, a section key, or "Changes-Since".
   kGroupingID,
-  /// The ID of a story, task or bug.
+  /// The story ID: the key of a story, task, bug, feature or section.
   kStoryID,
   /// The salience, which is a keyword; see `FeatureListDetail::Salience`.
   kSalience,

@@ -243,7 +243,7 @@ class CommandLine {
   }
 
   void AddRate() {
-    CLI::App& command = AddCommand(app_, "rate", "Store that you rated a feature", rate_);
+    CLI::App& command = AddCommand(app_, "rate", "Record that you rated a feature", rate_);
     command.add_option("KEY", rate_.key, "The feature's key")->required()->type_name("");
     AddSources(command, rate_.sources);
   }

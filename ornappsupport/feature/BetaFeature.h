@@ -15,7 +15,7 @@ namespace ornappsupport::feature {
 using orncore::string::UTF16String;
 
 /// Determines the label of a beta feature in a list and, for `kInternal`, whether the list shows
-/// the feature. The list treats any other 32-bit value like `kUnlabelled`.
+/// the feature. The list treats a value that is not an enumerator like `kUnlabelled`.
 ///
 /// Regardless of its visibility, a list shows a feature only if it is switched on or the user may
 /// switch it on. A debug switch removes this restriction for internal users.

@@ -23,8 +23,8 @@ namespace ornappsupport::feature {
 
 /// The interface that a host implements to describe its beta features. A list creates items from
 /// the feature table when it is loaded. It queries the switches, the permission, and the
-/// visibilities for unlock labels on every use and does not cache the answers. Exceptions of an
-/// implementation propagate to the caller of the list.
+/// visibilities for unlock labels on every use and does not cache the answers. Exceptions that
+/// an implementation throws propagate to the code that called the list.
 ///
 /// Threads: the library calls the methods on the thread that uses a list. The console command
 /// `ValidateWhatsNew` uses a list on a background thread while the thread that runs the command

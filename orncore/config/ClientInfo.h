@@ -20,7 +20,7 @@ using string::UTF16String;
 using string::UTF8String;
 
 /// The interface that a host implements to return its version, build number and platform.
-/// Exceptions of an implementation propagate to the callers of the functions below.
+/// Exceptions that an implementation throws propagate to the callers of the functions below.
 ///
 /// Threads: each `GetClient...` function below calls the method of the same name on its caller's
 /// thread. If a host uses lists on several threads, the methods must be safe to call from all of

@@ -21,8 +21,8 @@
 namespace orncore::debug {
 
 /// The interface that a host implements to store the debug entries. `DebugDatabase::SetStore`
-/// registers an implementation. Exceptions of an implementation propagate to the caller of the
-/// database.
+/// registers an implementation. Exceptions that an implementation throws propagate to the caller of
+/// the database.
 ///
 /// Threads: the database calls the store on the thread of its own caller and holds no lock. If
 /// lists are used on several threads, an implementation must be safe to use from all of them at the

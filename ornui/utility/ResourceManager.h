@@ -18,8 +18,8 @@ namespace ornui::utility {
 
 using orncore::string::UTF16String;
 
-/// The interface that a host implements to load resources. Exceptions of an implementation
-/// propagate to the caller of the list.
+/// The interface that a host implements to load resources. An exception that an implementation
+/// throws propagates out of the constructor of the list.
 ///
 /// Threads: the list calls `LoadResource` on the thread that constructs the list.
 class ORN_EXPORT ResourceManager {

@@ -91,8 +91,8 @@ class MemoryTest : public FaultTest {
   }
 
  private:
-  /// Runs the check and the operation once. Objects that they create for the rest of the program
-  /// are then not counted as leaks.
+  /// Runs the check and the operation once. The first run can create objects that
+  /// exist until the program ends. Because of this call, they do not count as leaks.
   void WarmUp(const Operation& operation, const Check& check) const {
     World checked = MakeWorld();
     check(checked);
