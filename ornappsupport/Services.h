@@ -5,6 +5,7 @@
 //   beta features       ornappsupport::feature::SetFeatureService      no features
 //   permission          ornappsupport::feature::SetFeatureService      no permission
 //   usage logging       analytics::SDMUsageLogger::SetLoggingQuery     on
+//   panel links         ornappsupport::links::SetPanelLinks            options of the build
 //   dictionary          orncore::config::Localizer::SetDictionary      the default texts
 //   client information  orncore::config::SetClientInfo                 25.1, build 42, Mac
 //   debug entries       orncore::debug::DebugDatabase::SetStore        empty, in memory

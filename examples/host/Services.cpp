@@ -9,6 +9,7 @@
 #include <ornappsupport/Services.h>
 #include <ornappsupport/analytics/SDMUsageLogger.h>
 #include <ornappsupport/feature/FeatureService.h>
+#include <ornappsupport/links/PanelLinks.h>
 #include <orncore/appstatemanager/AppStateManager.h>
 #include <orncore/config/ClientInfo.h>
 #include <orncore/config/Localizer.h>
@@ -82,6 +83,15 @@ class DebugTexts final : public orncore::debug::DebugStore {
   Preferences& preferences_;
 };
 
+// Sets the pages to which the panel links.
+void SetLinks() {
+  ornappsupport::links::PanelLinks links;  // the defaults
+  links.issueLink = u"https://issues.herbarium.example/browse/@0";
+  links.commitLink.clear();  // commits have no page
+  links.privacyPage = u"https://account.herbarium.example/privacy";
+  if (!ornappsupport::links::SetPanelLinks(links)) std::cout << "a link is not valid\n";
+}
+
 void ReplaceServices(Preferences& preferences) {
   orncore::config::SetClientInfo(std::make_shared<RunningApplication>());
   feature::SetFeatureService(std::make_shared<Switches>(preferences));
@@ -90,6 +100,8 @@ void ReplaceServices(Preferences& preferences) {
 
   ornappsupport::analytics::SDMUsageLogger::SetLoggingQuery(
       [&preferences] { return preferences.logsUsage; });
+
+  SetLinks();
 
   orncore::appstatemanager::SetTerminationQuery([&preferences] { return preferences.isQuitting; });
 

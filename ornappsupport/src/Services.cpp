@@ -2,6 +2,7 @@
 
 #include <ornappsupport/analytics/SDMUsageLogger.h>
 #include <ornappsupport/feature/FeatureService.h>
+#include <ornappsupport/links/PanelLinks.h>
 #include <orncore/appstatemanager/AppStateManager.h>
 #include <orncore/config/ClientInfo.h>
 #include <orncore/config/Localizer.h>
@@ -13,6 +14,7 @@ namespace ornappsupport {
 void ResetServices() {
   feature::SetFeatureService(nullptr);
   analytics::SDMUsageLogger::SetLoggingQuery({});
+  links::SetPanelLinks({});
   orncore::config::Localizer::Get().SetDictionary(nullptr);
   orncore::config::SetClientInfo(nullptr);
   orncore::debug::DebugDatabase::Instance().SetStore(nullptr);

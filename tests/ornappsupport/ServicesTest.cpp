@@ -7,6 +7,7 @@
 
 #include <ornappsupport/analytics/SDMUsageLogger.h>
 #include <ornappsupport/feature/FeatureService.h>
+#include <ornappsupport/links/PanelLinks.h>
 #include <orncore/appstatemanager/AppStateManager.h>
 #include <orncore/config/ClientInfo.h>
 #include <orncore/config/Localizer.h>
@@ -28,12 +29,16 @@ TEST(Services, RestoresTheDefaultsOfThisModule) {
   service->SetInternalFeaturesAllowed(true);
   feature::SetFeatureService(service);
   analytics::SDMUsageLogger::SetLoggingQuery([] { return false; });
+  links::PanelLinks panelLinks;
+  panelLinks.issuePrefix = u"MAP";
+  ASSERT_TRUE(links::SetPanelLinks(panelLinks));
 
   ResetServices();
 
   EXPECT_TRUE(feature::GetConstBetaFeatureMap().empty());
   EXPECT_FALSE(feature::IsEntitlementSetToInternalFeaturesAllowed());
   EXPECT_TRUE(analytics::SDMUsageLogger::IsLogging());
+  EXPECT_EQ(links::GetPanelLinks().issuePrefix, u"ORN");
   EXPECT_EQ(service.use_count(), 1);
 }
 

@@ -5,6 +5,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <ornappsupport/links/PanelLinks.h>
 #include <orncore/string/Conversion.h>
 #include <ornwhatsnew/FeatureListData.h>
 
@@ -92,6 +93,16 @@ TEST_F(DisplayText, EmptyRatingViewLinksToThePrivacyPageForAnOptedOutUser) {
   EXPECT_THAT(display.Pieces(kStyleHotSpot), ElementsAre(kPrivacy));
   EXPECT_THAT(display.Strings(kStyleHotSpot), ElementsAre(kPrivacy));
   EXPECT_EQ(display.runs.size(), 2U);
+}
+
+TEST_F(DisplayText, OptOutNoticeLinksToThePrivacyPageOfTheHost) {
+  host_.SetUsageLogging(false);
+  ornappsupport::links::PanelLinks links;
+  links.privacyPage = u"https://a.example/privacy";
+  ASSERT_TRUE(SetPanelLinks(links));
+  const Display display = Show({}, kRatingView);
+  EXPECT_THAT(display.text, HasSubstr(" at https://a.example/privacy and then"));
+  EXPECT_THAT(display.Strings(kStyleHotSpot), ElementsAre("https://a.example/privacy"));
 }
 
 TEST_F(DisplayText, OptOutNoticeIsShownOnlyInTheRatingView) {
@@ -272,6 +283,62 @@ TEST_F(DisplayText, IssueLinkSkipsTheFirstByteOfItsText) {
       Show({{.groupingID = "MISC", .storyID = "orn-12", .description = "Text"}});
   EXPECT_THAT(display.text, HasSubstr("Text [ORN-12]\n"));
   EXPECT_THAT(display.Pieces(kStyleIssueLink), ElementsAre("[ORN-12]"));
+}
+
+TEST_F(DisplayText, LinksLeadToThePagesOfTheHost) {
+  host_.SetInternalFeaturesAllowed(true);
+  ornappsupport::links::PanelLinks links;
+  links.issueLink = u"https://a.example/@0?again=@0";
+  links.commitLink = u"https://b.example/@0";
+  ASSERT_TRUE(SetPanelLinks(links));
+  const Display display =
+      Show({{.groupingID = "MISC", .storyID = "orn-12", .sha = "abc", .description = "Text"}});
+  EXPECT_THAT(display.text, HasSubstr("Text ORN-12 abc\n"));
+  EXPECT_THAT(display.Strings(kStyleIssueLink),
+              ElementsAre("https://a.example/ORN-12?again=ORN-12"));
+  EXPECT_THAT(display.Strings(kStyleCommitLink), ElementsAre("https://b.example/abc"));
+}
+
+TEST_F(DisplayText, IssuesAndCommitsWithoutALinkTemplateAreText) {
+  host_.SetInternalFeaturesAllowed(true);
+  ornappsupport::links::PanelLinks links;
+  links.issueLink.clear();
+  links.commitLink.clear();
+  ASSERT_TRUE(SetPanelLinks(links));
+  const Display display =
+      Show({{.groupingID = "MISC", .storyID = "ORN-12", .sha = "abc", .description = "Text"}});
+  EXPECT_THAT(display.text, HasSubstr("Text ORN-12 abc\n"));
+  EXPECT_THAT(display.Strings(kStyleIssueLink), ElementsAre(""));
+  EXPECT_THAT(display.Strings(kStyleCommitLink), ElementsAre(""));
+}
+
+TEST_F(DisplayText, IssuesBeginWithThePrefixOfTheHostInAnyLetterCase) {
+  host_.SetInternalFeaturesAllowed(true);
+  AddFeature(0, "Map-7");
+  ornappsupport::links::PanelLinks links;
+  links.issuePrefix = u"maP-";
+  ASSERT_TRUE(SetPanelLinks(links));
+  const Display display = Show({{.groupingID = "Map-7", .storyID = "MAP-8", .description = "A"},
+                                {.groupingID = "Map-7", .storyID = "map-9", .description = "B"},
+                                {.groupingID = "Map-7", .storyID = "ORN-1", .description = "C"},
+                                {.groupingID = "Map-7", .storyID = "MAP", .description = "D"}});
+  EXPECT_THAT(display.Strings(kStyleIssueLink),
+              ElementsAre(std::string(kIssues) + "MAP-7", std::string(kIssues) + "MAP-8",
+                          std::string(kIssues) + "MAP-9"));
+}
+
+TEST_F(DisplayText, AnEmptyIssuePrefixMatchesNothing) {
+  host_.SetInternalFeaturesAllowed(true);
+  AddFeature(0, "ORN-7");
+  ornappsupport::links::PanelLinks links;
+  links.issuePrefix.clear();
+  ASSERT_TRUE(SetPanelLinks(links));
+  const Display display = Show({{.groupingID = "ORN-7", .storyID = "ORN-8", .description = "A"},
+                                {.groupingID = "ORN-7", .description = "B"},
+                                {.groupingID = "ORN-9", .description = "C"}});
+  EXPECT_THAT(display.Strings(kStyleIssueLink), IsEmpty());
+  EXPECT_THAT(display.text, Not(HasSubstr("ORN-")));
+  EXPECT_THAT(display.text, HasSubstr("(Unknown Jira Issue orn-9) C\n"));
 }
 
 TEST_F(DisplayText, CommitLinkExtendsOneBytePastItsText) {

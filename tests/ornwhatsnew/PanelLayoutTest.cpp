@@ -11,6 +11,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <ornappsupport/links/PanelLinks.h>
 #include <orncore/string/Conversion.h>
 #include <ornwhatsnew/FeatureListData.h>
 
@@ -192,6 +193,29 @@ TEST_F(Layout, LinksOfInternalUsersOmitTheSpaceBeforeThem) {
           Piece{u"ORN-9", kStyleIssueLink, u"" ORNWHATSNEW_ISSUE_TRACKER u"/browse/ORN-9"},
           Piece{u" ", std::nullopt},
           Piece{u"abc", kStyleCommitLink, u"" ORNWHATSNEW_COMMIT_BROWSER u"/ORN/orn/commit/abc"}));
+}
+
+TEST_F(Layout, CommitWithoutALinkTemplateIsASpanWithoutALink) {
+  host_.SetInternalFeaturesAllowed(true);
+  ornappsupport::links::PanelLinks links;
+  links.commitLink.clear();
+  ASSERT_TRUE(SetPanelLinks(links));
+  const PanelLayout layout =
+      LayOutChange({.groupingID = "MISC", .sha = "abc", .description = "Text"});
+  EXPECT_THAT(PiecesOf(layout, kChange),
+              ElementsAre(Piece{u"Text", kStyleChangeText}, Piece{u" ", std::nullopt},
+                          Piece{u"abc", kStyleCommitLink}));
+}
+
+TEST_F(Layout, NoticeWithoutAPrivacyPageHasNoLink) {
+  host_.SetUsageLogging(false);
+  ornappsupport::links::PanelLinks links;
+  links.privacyPage.clear();
+  ASSERT_TRUE(SetPanelLinks(links));
+  FeatureListData list("", host_.Getter(), host_.Setter());
+  for (const LayoutParagraph& paragraph : list.GetLayoutForDisplay(kRatingView).paragraphs) {
+    for (const LayoutSpan& span : paragraph.spans) EXPECT_EQ(span.link, u"");
+  }
 }
 
 TEST_F(Layout, LinkDoesNotSplitTheFirstCharacterOfItsTemplate) {

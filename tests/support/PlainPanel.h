@@ -11,10 +11,10 @@
 // fields with Boost's tokenizer, and changes the key order one key at a time.
 //
 // It shares some code with the library: the host's services (client information, feature table,
-// localizer and its markup, debug database, usage logging), the `Guid` class, and the types of
-// style runs and options. A bug in shared code affects both implementations equally, so only
-// unit tests can find it. The plain implementation calls ICU, Boost's tokenizer and the reference
-// implementation of the hash directly.
+// panel links, localizer and its markup, debug database, usage logging), the `Guid` class, and the
+// types of style runs and options. A bug in shared code affects both implementations equally, so
+// only unit tests can find it. The plain implementation calls ICU, Boost's tokenizer and the
+// reference implementation of the hash directly.
 #ifndef TESTS_SUPPORT_PLAINPANEL_H_
 #define TESTS_SUPPORT_PLAINPANEL_H_
 

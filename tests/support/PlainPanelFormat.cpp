@@ -3,6 +3,7 @@
 #include <memory>
 
 #include <ornappsupport/feature/FeatureService.h>
+#include <ornappsupport/links/PanelLinks.h>
 #include <orncore/config/Localizer.h>
 #include <orncore/debug/DebugDatabase.h>
 
@@ -103,8 +104,7 @@ class PlainPanel::Formatting {
                         "organization) have opted out of sharing information with Tarsa.#{endl}"
                         "#{endl}\tIf you are using a personal account, you can rate features by "
                         "enabling ^[Desktop and app usage^] at #{comment}"));
-      const std::u16string page = u"" ORNWHATSNEW_PRIVACY_PAGE;
-      Styled(6, page, page);
+      Styled(6, links_.privacyPage, links_.privacyPage);
       Styled(3, ZString("$$$/ornwhatsnew/feature/optedOutOfAnalyticsPart2= and then quitting and "
                         "relaunching."));
     } else {
@@ -184,9 +184,10 @@ class PlainPanel::Formatting {
   void IssueKey(const std::string& id) {
     if (!internal_) return;
     const std::u16string key = PlainUpper(PlainUTF8to16(id));
-    if (!key.starts_with(u"ORN")) return;
+    const std::u16string& prefix = links_.issuePrefix;
+    if (prefix.empty() || key.compare(0, prefix.size(), prefix) != 0) return;
     Styled(7, Fill(ZString("$$$/ornwhatsnew/Feature/Detail/JiraID/displaytemplate= @0"), key),
-           Fill(u"" ORNWHATSNEW_ISSUE_TRACKER "/browse/@0", key), 1, -1);
+           Fill(links_.issueLink, key), 1, -1);
   }
 
   void ChangeLine(const PlainChange& change, const PlainItem& item) {
@@ -202,8 +203,7 @@ class PlainPanel::Formatting {
     IssueKey(change.story);
     if (internal_ && !change.sha.empty()) {
       const std::u16string sha = PlainUTF8to16(change.sha);
-      Styled(5, Fill(u" @0", sha), Fill(u"" ORNWHATSNEW_COMMIT_BROWSER "/ORN/orn/commit/@0", sha),
-             1, 0);
+      Styled(5, Fill(u" @0", sha), Fill(links_.commitLink, sha), 1, 0);
     }
     out_.text += newline_;
   }
@@ -269,6 +269,7 @@ class PlainPanel::Formatting {
   const bool internal_;
   const std::u16string_view placeholder_;
   PanelOutcome& out_;
+  const ornappsupport::links::PanelLinks links_ = ornappsupport::links::GetPanelLinks();
   const std::u16string tab_ =
       ZString("$$$/ornwhatsnew/Feature/Detail/Plain/DisplayTemplate/Tab=\t");
   const std::u16string newline_ = ZString("$$$/private/ornwhatsnew/Feature/Newline=#{endl}");

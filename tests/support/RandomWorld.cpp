@@ -2,7 +2,10 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <stdexcept>
 #include <utility>
+
+#include <ornappsupport/links/PanelLinks.h>
 
 #include "tests/support/TemplateKeys.h"
 
@@ -29,6 +32,9 @@ constexpr const char* kVersions[] = {"", "", "24.0.0.1", "25.1.0.42", "25.2", "2
 constexpr const char* kPlatforms[] = {"", "", "Mac", "MAC", "win", "Linux"};
 constexpr const char* kURLs[] = {"", "", "https://a.example/1", "https://a.example/2",
                                  "http://b.example"};
+constexpr const char16_t* kLinkTemplates[] = {u"", u"https://a.example/@0/@0",
+                                              u"https://a.example/?key=@0#@"};
+constexpr const char16_t* kIssuePrefixes[] = {u"", u"EPIC-1", u"story-", u"\u00E9"};
 constexpr const char* kTexts[] = {"",
                                   "",
                                   "Faster export",
@@ -51,6 +57,7 @@ RandomWorld::RandomWorld(RandomSource& random) : random_(random) {
     host_.State().Put("WhatsNew.AllVersionSeenWhatsNew", "24.0.0.2  " + random_.HostileText(3));
     host_.State().Put("WhatsNew.AllSeenItems", random_.HostileText(4));
   }
+  if (random_.OneIn(3)) SetLinks();
 }
 
 void RandomWorld::ChangeHost() {
@@ -102,6 +109,15 @@ void RandomWorld::Translate() {
   };
   std::ranges::for_each(kTranslatedTexts, translate);
   std::ranges::for_each(kTemplateKeys, translate);
+}
+
+void RandomWorld::SetLinks() {
+  ornappsupport::links::PanelLinks links;
+  links.issueLink = random_.Pick(kLinkTemplates);
+  links.commitLink = random_.Pick(kLinkTemplates);
+  links.privacyPage = random_.Flip() ? u"" : u"https://a.example/privacy";
+  links.issuePrefix = random_.OneIn(4) ? random_.HostileUTF16(2) : random_.Pick(kIssuePrefixes);
+  if (!ornappsupport::links::SetPanelLinks(links)) throw std::logic_error("links are not valid");
 }
 
 std::string RandomWorld::Text() {

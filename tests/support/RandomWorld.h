@@ -10,9 +10,9 @@
 
 namespace test_support {
 
-/// A fake host whose features, settings, state and dictionary are random. Only a third of these
-/// hosts have a dictionary. Only one `RandomWorld` may exist at a time, because it replaces the
-/// services of the process.
+/// A fake host whose features, settings, state, dictionary and panel links are random. A third of
+/// these hosts have a dictionary, and a third have their own links. Only one `RandomWorld` may exist
+/// at a time, because it replaces the services of the process.
 class RandomWorld {
  public:
   /// Creates a random host. `random` must outlive this object.
@@ -33,6 +33,7 @@ class RandomWorld {
  private:
   void AddFeatures();
   void Translate();
+  void SetLinks();
   std::string Text();
   std::string Field(const char* usual);
   std::string Row();

@@ -23,8 +23,8 @@ bool IsURLCharacter(char character) {
   return IsAlphanumericOrIn("-._~:/?#[]@!$&'()*+,;=%", character);
 }
 
-// Removes the port. Without a port, the host does not end with a colon and digits, unless it is an
-// address without its closing bracket.
+// Returns `authority` without the port at its end, if it has one. Does not shorten a valid host,
+// because a name contains no colon and an address ends with a bracket.
 std::string_view WithoutPort(std::string_view authority) {
   std::string_view host = authority;
   while (!host.empty() && IsDigit(host.back())) host.remove_suffix(1);
@@ -33,8 +33,8 @@ std::string_view WithoutPort(std::string_view authority) {
   return host;
 }
 
-// Does not check the syntax of names and addresses further. The characters alone ensure that every
-// view finds the same host in the link.
+// Checks the characters of a name or an address, but not its syntax. These characters ensure that
+// every view finds the same host in the link.
 bool IsHost(std::string_view host) {
   const bool isAddress = host.starts_with('[') && host.ends_with(']');
   if (isAddress) host = host.substr(1, host.size() - 2);
@@ -52,7 +52,7 @@ bool IsSafeLink(std::string_view link) noexcept {
   std::string_view authority = link;
   authority.remove_prefix(kScheme.size());
   authority = authority.substr(0, authority.find_first_of("/?#"));
-  // User information is refused, too, because a host cannot contain "@".
+  // This check also rejects user information, because a host cannot contain "@".
   return IsHost(WithoutPort(authority));
 }
 

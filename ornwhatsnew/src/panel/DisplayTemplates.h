@@ -63,12 +63,8 @@ struct DisplayTemplates {
       LocalizedText("$$$/ornwhatsnew/feature/nonewratings=\tNo features need rating right now.");
 };
 
-// The templates below are not translated. The addresses of the commit browser and of the issue
-// tracker are build options.
+// The templates below are not translated.
 inline constexpr std::u16string_view kCommitCode = u" @0";
-inline constexpr std::u16string_view kCommitLink =
-    u"" ORNWHATSNEW_COMMIT_BROWSER u"/ORN/orn/commit/@0";
-inline constexpr std::u16string_view kIssueLink = u"" ORNWHATSNEW_ISSUE_TRACKER u"/browse/@0";
 inline constexpr std::u16string_view kUnknownIssueNote = u"(Unknown Jira Issue @0) ";
 inline constexpr std::u16string_view kIgnoredURLNote = u"(View More URL ignored: @0) ";
 inline constexpr std::u16string_view kIgnoredPlatformNote = u"(Malformed platform ignored: @0) ";
@@ -80,10 +76,6 @@ inline constexpr std::u16string_view kDuplicateReason = u"duplicate";
 inline constexpr std::u16string_view kMalformedReason = u"malformed";
 inline constexpr std::u16string_view kReasonSeparator = u" and ";
 inline constexpr std::u16string_view kMacDisplayName = u"macOS";
-inline constexpr std::u16string_view kOwnIssuePrefix = u"ORN";
-
-/// The URL of the page on which users switch usage logging on or off. It is a build option.
-inline constexpr std::u16string_view kPrivacyPage = u"" ORNWHATSNEW_PRIVACY_PAGE;
 
 /// Compatibility: these invisible characters mark the start of a description. Existing hosts search
 /// for them when they lay out the panel (docs/compatibility.md).

@@ -114,7 +114,7 @@ void PanelFormatter::WriteNothingToShow() {
     writer_.AppendStyled(kStyleHeader, templates_.nothingNew);
   } else if (FeatureListItem::AnalyticsDisabled()) {
     writer_.AppendStyled(kStyleHeader, templates_.optedOutPart1);
-    writer_.AppendRun(kStyleHotSpot, kPrivacyPage, UTF16String(kPrivacyPage), {});
+    writer_.AppendRun(kStyleHotSpot, links_.privacyPage, links_.privacyPage, {});
     writer_.AppendStyled(kStyleHeader, templates_.optedOutPart2);
   } else {
     writer_.AppendStyled(kStyleHeader, templates_.nothingToRate);
@@ -230,17 +230,18 @@ void PanelFormatter::WriteVersion(const FeatureListDetail& change) {
 }
 
 void PanelFormatter::WriteIssueLink(std::string_view id) {
+  if (links_.issuePrefix.empty()) return;
   const UTF16String key = orncore::string::UpperCase(UTF8to16(id));
-  if (!key.starts_with(kOwnIssuePrefix)) return;
-  writer_.AppendRun(kStyleIssueLink, Fill(templates_.issueKey, key), Fill(kIssueLink, key),
+  if (!key.starts_with(links_.issuePrefix)) return;
+  writer_.AppendRun(kStyleIssueLink, Fill(templates_.issueKey, key), Fill(links_.issueLink, key),
                     kIssueLinkAdjustment);
 }
 
 void PanelFormatter::WriteCommitLink(const UTF8String& commit) {
   if (commit.empty()) return;
   const UTF16String commitID = UTF8to16(commit);
-  writer_.AppendRun(kStyleCommitLink, Fill(kCommitCode, commitID), Fill(kCommitLink, commitID),
-                    kCommitLinkAdjustment);
+  writer_.AppendRun(kStyleCommitLink, Fill(kCommitCode, commitID),
+                    Fill(links_.commitLink, commitID), kCommitLinkAdjustment);
 }
 
 void PanelFormatter::AddRating(const FeatureListItem& item, const RatingSummary& rating) {

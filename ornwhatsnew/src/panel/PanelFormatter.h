@@ -6,6 +6,7 @@
 #include <cstddef>
 #include <string_view>
 
+#include <ornappsupport/links/PanelLinks.h>
 #include <ornwhatsnew/FeatureListItem.h>
 #include <ornwhatsnew/utility/SharedTypes.h>
 
@@ -19,9 +20,9 @@ namespace ornwhatsnew {
 /// each display.
 class PanelFormatter {
  public:
-  /// Localises the templates. The formatter writes the panel to `writer`, and adds the rating
-  /// records to `ratingItems` if it is not null. `ratingPlaceholder`, `ratingItems` and `writer`
-  /// must outlive the formatter.
+  /// Localises the templates and reads the panel links of the host. The formatter writes the panel
+  /// to `writer`, and adds the rating records to `ratingItems` if it is not null.
+  /// `ratingPlaceholder`, `ratingItems` and `writer` must outlive the formatter.
   PanelFormatter(DisplayOptions options, const UTF16String& ratingPlaceholder,
                  RatingMap* ratingItems, PanelWriter& writer);
 
@@ -68,6 +69,7 @@ class PanelFormatter {
   const UTF16String& ratingPlaceholder_;
   RatingMap* const ratingItems_;
   const DisplayTemplates templates_;
+  const ornappsupport::links::PanelLinks links_ = ornappsupport::links::GetPanelLinks();
   const UTF16String bulletPrefix_;
   const bool isInternalUser_;
   PanelWriter& writer_;

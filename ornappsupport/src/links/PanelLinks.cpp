@@ -1,0 +1,57 @@
+#include <ornappsupport/links/PanelLinks.h>
+
+#include <memory>
+#include <utility>
+
+#include <orncore/string/CaseMapping.h>
+
+#include "orncore/src/string/SafeLink.h"
+#include "orncore/src/utility/ServiceHolder.h"
+
+namespace ornappsupport::links {
+namespace {
+
+using orncore::string::IsSafeLink;
+
+orncore::utility::ServiceHolder<const PanelLinks> panelLinksHolder;
+
+// Accepts a default that is not valid, because a host cannot change what the build sets and may
+// want to set only other members.
+bool IsEmptyOrDefaultOr(bool (*isValid)(std::u16string_view) noexcept, const UTF16String& link,
+                        const UTF16String& defaultLink) {
+  return link.empty() || link == defaultLink || isValid(link);
+}
+
+bool AreValid(const PanelLinks& links) {
+  const PanelLinks defaults;
+  return IsEmptyOrDefaultOr(IsLinkTemplate, links.issueLink, defaults.issueLink) &&
+         IsEmptyOrDefaultOr(IsLinkTemplate, links.commitLink, defaults.commitLink) &&
+         IsEmptyOrDefaultOr(IsSafeLink, links.privacyPage, defaults.privacyPage);
+}
+
+}  // namespace
+
+PanelLinks::PanelLinks()
+    : issueLink(u"" ORNWHATSNEW_ISSUE_TRACKER u"/browse/@0"),
+      commitLink(u"" ORNWHATSNEW_COMMIT_BROWSER u"/ORN/orn/commit/@0"),
+      privacyPage(u"" ORNWHATSNEW_PRIVACY_PAGE),
+      issuePrefix(u"ORN") {}
+
+bool IsLinkTemplate(std::u16string_view text) noexcept {
+  // A host name cannot contain "@", so a safe link has its placeholders after the host.
+  return IsSafeLink(text) && text.find(u"@0") != std::u16string_view::npos;
+}
+
+bool SetPanelLinks(PanelLinks links) {
+  if (!AreValid(links)) return false;
+  links.issuePrefix = orncore::string::UpperCase(links.issuePrefix);
+  panelLinksHolder.Set(std::make_shared<const PanelLinks>(std::move(links)));
+  return true;
+}
+
+PanelLinks GetPanelLinks() {
+  const auto links = panelLinksHolder.Get();
+  return links ? *links : PanelLinks();
+}
+
+}  // namespace ornappsupport::links

@@ -1,0 +1,97 @@
+#include <ornappsupport/links/PanelLinks.h>
+
+#include <gtest/gtest.h>
+
+namespace ornappsupport::links {
+namespace {
+
+constexpr const char16_t* kTemplate = u"https://a.example/@0";
+
+class PanelLinksTest : public testing::Test {
+ protected:
+  ~PanelLinksTest() override { SetPanelLinks({}); }
+
+  // Expects that the host can set all members of `links`.
+  static void ExpectAccepted(const PanelLinks& links) {
+    EXPECT_TRUE(SetPanelLinks(links));
+    const PanelLinks current = GetPanelLinks();
+    EXPECT_EQ(current.issueLink, links.issueLink);
+    EXPECT_EQ(current.commitLink, links.commitLink);
+    EXPECT_EQ(current.privacyPage, links.privacyPage);
+  }
+
+  // Expects that the host cannot set `links`, and that the previous links stay set.
+  static void ExpectRejected(const PanelLinks& links) {
+    PanelLinks previous;
+    previous.commitLink = u"https://previous.example/@0";
+    ASSERT_TRUE(SetPanelLinks(previous));
+    EXPECT_FALSE(SetPanelLinks(links));
+    const PanelLinks current = GetPanelLinks();
+    EXPECT_EQ(current.issueLink, previous.issueLink);
+    EXPECT_EQ(current.commitLink, previous.commitLink);
+    EXPECT_EQ(current.privacyPage, previous.privacyPage);
+    EXPECT_EQ(current.issuePrefix, previous.issuePrefix);
+  }
+};
+
+TEST_F(PanelLinksTest, AcceptsDefaultsEmptyStringsAndSafeLinks) {
+  ExpectAccepted({});
+  PanelLinks links;
+  links.issueLink = kTemplate;
+  links.commitLink = u"https://[::1]:8443/?id=@0#@0";
+  links.privacyPage = u"https://a.example";
+  ExpectAccepted(links);
+  links.issueLink.clear();
+  links.commitLink.clear();
+  links.privacyPage.clear();
+  ExpectAccepted(links);
+}
+
+TEST_F(PanelLinksTest, RejectsLinksThatAreNotTemplates) {
+  for (const char16_t* link : {u"https://a.example/", u"http://a.example/@0", u"@0"}) {
+    PanelLinks links;
+    links.issueLink = link;
+    ExpectRejected(links);
+    links = {};
+    links.commitLink = link;
+    ExpectRejected(links);
+  }
+}
+
+TEST_F(PanelLinksTest, RejectsAPrivacyPageThatIsNotASafeLink) {
+  for (const char16_t* link : {u"http://a.example", u"a.example", u"https://a.example/a b"}) {
+    PanelLinks links;
+    links.privacyPage = link;
+    ExpectRejected(links);
+  }
+}
+
+TEST_F(PanelLinksTest, RejectsAllMembersIfOneIsNotValid) {
+  PanelLinks links;
+  links.issueLink = kTemplate;
+  links.issuePrefix = u"MAP";
+  links.privacyPage = u"http://a.example";
+  ExpectRejected(links);
+}
+
+TEST_F(PanelLinksTest, ConvertsTheIssuePrefixToUpperCase) {
+  PanelLinks links;
+  links.issuePrefix = u"map-\u00E9";
+  EXPECT_TRUE(SetPanelLinks(links));
+  EXPECT_EQ(GetPanelLinks().issuePrefix, u"MAP-\u00C9");
+}
+
+TEST(IsLinkTemplate, RequiresASafeLinkWithAPlaceholderAfterTheHost) {
+  for (const char16_t* text : {kTemplate, u"https://a/?@0", u"https://a/#@0", u"https://a/@0/@0",
+                               u"https://a:1/x@0y", u"https://a/@01"}) {
+    EXPECT_TRUE(IsLinkTemplate(text)) << testing::PrintToString(text);
+  }
+  for (const char16_t* text :
+       {u"", u"@0", u"https://a/", u"https://a/@1", u"https://a/@ 0", u"https://a@0", u"https://@0",
+        u"https://@0.example/", u"https://a:@0/", u"http://a/@0", u"https://a/@0\n"}) {
+    EXPECT_FALSE(IsLinkTemplate(text)) << testing::PrintToString(text);
+  }
+}
+
+}  // namespace
+}  // namespace ornappsupport::links
