@@ -7,6 +7,7 @@
 #include <limits>
 #include <map>
 #include <optional>
+#include <regex>
 #include <string>
 #include <string_view>
 
@@ -66,6 +67,14 @@ json FeatureJson(const BetaFeatureDescription& feature) {
           {"availableForUser", feature.availableForUser}};
 }
 
+json LinksJson(const ornappsupport::links::PanelLinks& links) {
+  using orncore::string::UTF16to8;
+  return {{"issueLink", UTF16to8(links.issueLink)},
+          {"commitLink", UTF16to8(links.commitLink)},
+          {"privacyPage", UTF16to8(links.privacyPage)},
+          {"issuePrefix", UTF16to8(links.issuePrefix)}};
+}
+
 json HostJson(const HostDescription& host) {
   json features = json::array();
   for (const BetaFeatureDescription& feature : host.betaFeatures) {
@@ -78,6 +87,7 @@ json HostJson(const HostDescription& host) {
           {"usageLogging", host.usageLogging},
           {"internalFeaturesAllowed", host.internalFeaturesAllowed},
           {"betaFeatures", features},
+          {"links", LinksJson(host.links)},
           {"debug", host.debug},
           {"dictionary", host.dictionary}};
 }
@@ -100,6 +110,20 @@ bool IsTextWithoutControls(const json& value) {
                                 return kind == U_CONTROL_CHAR || kind == U_LINE_SEPARATOR ||
                                        kind == U_PARAGRAPH_SEPARATOR;
                               });
+}
+
+bool IsLink(const json& value) {
+  static const std::regex link(
+      R"((https://([-\w.]+|\[[A-Za-z\d.:]+\])(:\d*)?([/?#][-\w.~:/?#\[\]@!$&'()*+,;=%]*)?)?)",
+      std::regex::ECMAScript | std::regex::optimize);
+  return value.is_string() && value.get<std::string>().size() <= 2000 &&
+         std::regex_match(value.get<std::string>(), link);
+}
+
+bool IsLinkTemplate(const json& value) {
+  if (!IsLink(value)) return false;
+  const std::string text = value.get<std::string>();
+  return text.empty() || text.find("@0") != std::string::npos;
 }
 
 using KindCheck = bool (*)(const json& value);
@@ -127,6 +151,11 @@ bool IsValid(const json& value) {
              return HasOnly(feature, featureMembers);
            });
   };
+  static const std::map<std::string, KindCheck> linkMembers = {{"issueLink", IsLinkTemplate},
+                                                               {"commitLink", IsLinkTemplate},
+                                                               {"privacyPage", IsLink},
+                                                               {"issuePrefix", isText}};
+  const KindCheck areLinks = [](const json& links) { return HasOnly(links, linkMembers); };
   return HasOnly(value, {{"$schema", isText},
                          {"clientVersion", IsTextWithoutControls},
                          {"buildNumber", IsTextWithoutControls},
@@ -135,6 +164,7 @@ bool IsValid(const json& value) {
                          {"usageLogging", isBoolean},
                          {"internalFeaturesAllowed", isBoolean},
                          {"betaFeatures", areFeatures},
+                         {"links", areLinks},
                          {"debug", IsObjectOfTexts},
                          {"dictionary", IsObjectOfTexts}});
 }
@@ -143,6 +173,10 @@ bool IsValid(const json& value) {
 void RequireSubset(const json& written, const json& read) {
   for (const auto& [name, value] : written.items()) {
     if (name == "$schema") continue;
+    if (name == "links") {
+      RequireSubset(value, read.at(name));
+      continue;
+    }
     if (name != "betaFeatures") {
       Require(read.at(name) == value, "a member is read unchanged");
       continue;

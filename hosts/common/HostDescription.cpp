@@ -5,12 +5,14 @@
 
 #include <ornappsupport/analytics/SDMUsageLogger.h>
 #include <ornappsupport/feature/FeatureService.h>
+#include <ornappsupport/links/PanelLinks.h>
 #include <orncore/appstatemanager/AppStateManager.h>
 #include <orncore/config/ClientInfo.h>
 #include <orncore/config/Localizer.h>
 #include <orncore/config/TopLevel.h>
 #include <orncore/debug/DebugDatabase.h>
 #include <orncore/string/Conversion.h>
+#include <ornwhatsnew/SafeLink.h>
 
 #include "hosts/common/ControlCharacters.h"
 #include "hosts/common/JsonReader.h"
@@ -22,11 +24,14 @@ using ornappsupport::analytics::SDMUsageLogger;
 using ornappsupport::feature::BetaFeature;
 using ornappsupport::feature::FixedFeatureService;
 using ornappsupport::feature::VisibilityInAllClientApps;
+using ornappsupport::links::IsLinkTemplate;
+using ornappsupport::links::PanelLinks;
 using orncore::config::FixedClientInfo;
 using orncore::config::Localizer;
 using orncore::config::MapDictionary;
 using orncore::debug::DebugDatabase;
 using orncore::debug::MemoryDebugStore;
+using orncore::string::UTF16String;
 using orncore::string::UTF8to16;
 
 namespace {
@@ -77,6 +82,29 @@ std::vector<BetaFeatureDescription> ReadBetaFeatures(const JsonReader& array) {
   features.reserve(elements.size());
   for (const JsonReader& element : elements) features.push_back(ReadBetaFeature(element));
   return features;
+}
+
+/// Reads a link into `link`. The string must be empty or `isValid` must return true for it.
+/// `expected` describes a valid link in error messages.
+void ReadLink(const JsonReader& object, std::string_view name,
+              bool (*isValid)(std::u16string_view) noexcept, std::string_view expected,
+              UTF16String& link) {
+  const auto member = object.Find(name);
+  if (!member) return;
+  link = UTF8to16(member->Text());
+  if (!link.empty() && !isValid(link)) member->FailExpecting(expected);
+}
+
+PanelLinks ReadLinks(const JsonReader& object) {
+  constexpr std::string_view kTemplate = "an https URL with @0 after the host, or an empty string";
+  object.RequireObject({"issueLink", "commitLink", "privacyPage", "issuePrefix"});
+  PanelLinks links;
+  ReadLink(object, "issueLink", IsLinkTemplate, kTemplate, links.issueLink);
+  ReadLink(object, "commitLink", IsLinkTemplate, kTemplate, links.commitLink);
+  ReadLink(object, "privacyPage", ornwhatsnew::IsSafeLink, "an https URL, or an empty string",
+           links.privacyPage);
+  if (const auto member = object.Find("issuePrefix")) links.issuePrefix = UTF8to16(member->Text());
+  return links;
 }
 
 /// Throws `JsonError` if the version, the build number or the platform contains a control
@@ -130,6 +158,7 @@ void ReadHostMembers(const JsonReader& object, HostDescription& host) {
   if (const auto member = object.Find("betaFeatures")) {
     host.betaFeatures = ReadBetaFeatures(*member);
   }
+  if (const auto member = object.Find("links")) host.links = ReadLinks(*member);
   ReadTexts(object, "debug", host.debug);
   ReadTexts(object, "dictionary", host.dictionary);
 }
@@ -150,6 +179,7 @@ void InstallHostServices(const HostDescription& host) {
                   feature.availableForUser);
   }
   ornappsupport::feature::SetFeatureService(std::move(features));
+  ornappsupport::links::SetPanelLinks(host.links);
   orncore::appstatemanager::SetTerminationQuery(
       [terminating = host.terminating] { return terminating; });
   SDMUsageLogger::SetLoggingQuery([logging = host.usageLogging] { return logging; });

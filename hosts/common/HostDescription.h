@@ -1,6 +1,6 @@
 // Reads host descriptions. A host description is a JSON object with the application's version and
-// platform, its beta features, permissions, debug entries and dictionary. The programs of this
-// project configure the library's services from it.
+// platform, its beta features, permissions, links, debug entries and dictionary. The programs of
+// this project configure the library's services from it.
 //
 //   {
 //     "clientVersion": "25.1", "buildNumber": "42", "platform": "Mac",
@@ -8,6 +8,8 @@
 //     "betaFeatures": [{"internalKey": "feature.export", "epicKey": "EPIC-7", "name": "Export",
 //                       "description": "", "visibility": 0, "enabled": true,
 //                       "availableForUser": false}],
+//     "links": {"issueLink": "https://issues.example/browse/@0", "commitLink": "",
+//               "privacyPage": "https://account.example/privacy", "issuePrefix": "MAP-"},
 //     "debug": {"a key": "a value"},
 //     "dictionary": {"$$$/path/key": "a translated text"}
 //   }
@@ -26,6 +28,8 @@
 #include <string_view>
 #include <vector>
 
+#include <ornappsupport/links/PanelLinks.h>
+
 namespace hosts::common {
 
 class JsonReader;
@@ -41,7 +45,7 @@ struct BetaFeatureDescription {
   bool availableForUser = false;
 };
 
-/// The content of a host description. All strings are UTF-8.
+/// The content of a host description. All strings are UTF-8, except those of `links`.
 struct HostDescription {
   using Texts = std::map<std::string, std::string, std::less<>>;
 
@@ -54,6 +58,8 @@ struct HostDescription {
   /// The beta features in file order. If two features have the same internal key, the later one
   /// applies.
   std::vector<BetaFeatureDescription> betaFeatures;
+  /// The pages to which the panel links. `SetPanelLinks` accepts them.
+  ornappsupport::links::PanelLinks links;
   /// The debug entries by key.
   Texts debug;
   /// The translations by key. The key is the part of a key text before `=`.
@@ -61,9 +67,9 @@ struct HostDescription {
 };
 
 /// The names of the members of a host description, in the order in which error messages list them.
-inline constexpr std::array<std::string_view, 9> kHostMembers = {
+inline constexpr std::array<std::string_view, 10> kHostMembers = {
     "clientVersion",           "buildNumber",  "platform", "terminating", "usageLogging",
-    "internalFeaturesAllowed", "betaFeatures", "debug",    "dictionary"};
+    "internalFeaturesAllowed", "betaFeatures", "links",    "debug",       "dictionary"};
 
 /// Returns the host description in a file. Throws `JsonError` if the file cannot be read, or if
 /// `ParseHostDescription` rejects its content.
@@ -73,18 +79,21 @@ HostDescription ReadHostDescription(const std::filesystem::path& file);
 /// `JsonError` in these cases:
 /// - `json` is not valid JSON, contains NUL, is nested too deeply, or has too many array elements.
 /// - A member is unknown or duplicate, has the wrong type, or is out of range.
+/// - `SetPanelLinks` does not accept a link.
 /// - The version, the build number or the platform contains a control character.
 HostDescription ParseHostDescription(std::string_view json, std::string_view sourceName);
 
 /// Replaces each member of `host` that `object` contains. Ignores unknown members of `object`, and
-/// accepts control characters in every string. Throws `JsonError` if `object` is not a JSON object,
-/// or if a member has the wrong type or is out of range. Also throws it if a beta feature has an
-/// unknown member. Some members of `host` may already have been replaced when it throws.
+/// accepts control characters in every string.
+///
+/// Throws `JsonError` if `object` is not a JSON object, if a member has the wrong type or is out of
+/// range, if a beta feature or the links have an unknown member, or if `SetPanelLinks` does not
+/// accept a link. Some members of `host` may already have been replaced when it throws.
 void ReadHostMembers(const JsonReader& object, HostDescription& host);
 
 /// Configures the services of this process from `host`: client information, features, permissions,
-/// dictionary, termination and usage logging. Replaces the store of the debug database with a store
-/// in memory that contains the debug entries of `host`.
+/// links, dictionary, termination and usage logging. Replaces the store of the debug database with
+/// a store in memory that contains the debug entries of `host`.
 void InstallHost(const HostDescription& host);
 
 /// Configures the same services as `InstallHost`, but does not change the debug database.

@@ -5,7 +5,7 @@ usage: schema_test.py PROGRAM SCHEMA DATA DESCRIPTION...
 
 DATA is any data file. The test compares the schema and the program on each file DESCRIPTION and on
 generated descriptions. The generated descriptions contain every member with every type of value,
-control characters, numbers at the limits of 32-bit integers, and unknown members.
+control characters, links, numbers at the limits of 32-bit integers, and unknown members.
 """
 
 import json
@@ -19,6 +19,10 @@ import jsonschema
 
 VALUES = ["", "text", "25\n", "\x1f", "\x20", "\x7e", "\x7f", "\x9f", "\xa0", "\u2027",
           "\u2028", "\u2029", "\u202a", 0, -1, 1.5, True, False, None, [], [0], {}, {"x": ""}, {"x": 0}, [{}]]
+LINKS = ["https://x/@0", "https://x", "http://x/@0", "https://@0/", "https://a@b/@0", "https://x:@0",
+         "https://[::1]:80/?k=@0", "https://[::1/@0", "https://x:1:2/@0", "https://x/@0\n",
+         "https://x/@0 ", "https://x/\u00e9@0", "https://x/@" + "0" * 1989,
+         "https://x/@" + "0" * 1990]
 BOUNDS = [2**31 - 1, 2**31, -(2**31), -(2**31) - 1]
 
 
@@ -30,6 +34,7 @@ class SchemaComparison:
         self.data = data
         self.properties = schema["properties"]
         self.feature_properties = schema["definitions"]["betaFeature"]["properties"]
+        self.link_properties = schema["properties"]["links"]["properties"]
         jsonschema.Draft7Validator.check_schema(schema)
         self.validator = jsonschema.Draft7Validator(schema)
         self.folder = tempfile.TemporaryDirectory()
@@ -62,11 +67,15 @@ class SchemaComparison:
         for name in self.feature_properties:
             for value in VALUES + BOUNDS:
                 self.compare(json.dumps({"betaFeatures": [{name: value}]}))
+        for name in self.link_properties:
+            for value in VALUES + LINKS:
+                self.compare(json.dumps({"links": {name: value}}))
 
     def compare_known_members(self):
         """Exits with an error message if the program's errors do not list the schema's members."""
         for text, properties in [('{"?": 0}', self.properties),
-                                 ('{"betaFeatures": [{"?": 0}]}', self.feature_properties)]:
+                                 ('{"betaFeatures": [{"?": 0}]}', self.feature_properties),
+                                 ('{"links": {"?": 0}}', self.link_properties)]:
             self.compare(text)
             known = re.findall(r'"([^"]*)"', self.program_error(text).split("known members:")[1])
             if set(known) != set(properties):

@@ -6,6 +6,7 @@
 
 #include <ornappsupport/analytics/SDMUsageLogger.h>
 #include <ornappsupport/feature/FeatureService.h>
+#include <ornappsupport/links/PanelLinks.h>
 #include <orncore/appstatemanager/AppStateManager.h>
 #include <orncore/config/ClientInfo.h>
 #include <orncore/config/Localizer.h>
@@ -87,6 +88,29 @@ TEST(HostDescription, HasADefaultForEveryFeatureMember) {
   EXPECT_FALSE(feature.availableForUser);
 }
 
+TEST(HostDescription, HasTheDefaultsOfTheLibraryForEveryLink) {
+  for (const char* json : {"{}", R"({"links":{}})"}) {
+    const auto links = ParseHostDescription(json, "host.json").links;
+    const ornappsupport::links::PanelLinks defaults;
+    EXPECT_EQ(links.issueLink, defaults.issueLink);
+    EXPECT_EQ(links.commitLink, defaults.commitLink);
+    EXPECT_EQ(links.privacyPage, defaults.privacyPage);
+    EXPECT_EQ(links.issuePrefix, defaults.issuePrefix);
+  }
+}
+
+TEST(HostDescription, ReadsEveryLink) {
+  const auto links = ParseHostDescription(
+                         R"({"links":{"issueLink":"https://a.example/@0","commitLink":"",
+                             "privacyPage":"https://c.example","issuePrefix":"\u00e9"}})",
+                         "host.json")
+                         .links;
+  EXPECT_EQ(links.issueLink, u"https://a.example/@0");
+  EXPECT_EQ(links.commitLink, u"");
+  EXPECT_EQ(links.privacyPage, u"https://c.example");
+  EXPECT_EQ(links.issuePrefix, u"\u00E9");
+}
+
 TEST(HostDescription, LimitsTheNumberOfFeatures) {
   const auto description = [](int features) {
     std::string text = R"({"betaFeatures":[{})";
@@ -122,6 +146,17 @@ TEST(HostDescription, ErrorsNameTheFileThePathAndTheProblem) {
        R"(unknown member "visibilty"; known members: "internalKey", "epicKey", "name")"},
       {R"({"betaFeatures":[{"name":"a","name":"b"}]})",
        "host.json: /betaFeatures/0: ", R"(duplicate member "name"; keep only one)"},
+      {R"({"links":[]})", "host.json: /links: ", "expected an object, found an array"},
+      {R"({"links":{"issue":""}})", "host.json: /links: ",
+       R"(unknown member "issue"; known members: "issueLink", "commitLink")"},
+      {R"({"links":{"issuePrefix":1}})", "host.json: /links/issuePrefix: ", "expected a string"},
+      {R"({"links":{"issueLink":"http://a/@0"}})", "host.json: /links/issueLink: ",
+       "expected an https URL with @0 after the host, or an empty string, "
+       "found the string \"http://a/@0\""},
+      {R"({"links":{"commitLink":"https://a/"}})",
+       "host.json: /links/commitLink: ", "with @0 after the host"},
+      {R"({"links":{"privacyPage":"a b"}})", "host.json: /links/privacyPage: ",
+       R"(expected an https URL, or an empty string, found the string "a b")"},
       {R"({"debug":{"a":true}})", "host.json: /debug/a: ", "expected a string, found true"},
       {R"({"debug":[]})", "host.json: /debug: ", "expected an object of strings"},
       {R"({"dictionary":{"$$$/a":1}})", "host.json: /dictionary/$$$~1a: ", "expected a string"},
@@ -157,7 +192,7 @@ TEST(HostDescription, TheErrorForAnUnknownMemberListsAllMembers) {
   EXPECT_EQ(ErrorOf(R"({"x":1})"),
             R"(host.json: unknown member "x"; known members: "clientVersion", "buildNumber", )"
             R"("platform", "terminating", "usageLogging", "internalFeaturesAllowed", )"
-            R"("betaFeatures", "debug", "dictionary", "$schema")");
+            R"("betaFeatures", "links", "debug", "dictionary", "$schema")");
 }
 
 TEST(HostDescription, AcceptsASchemaPathWithoutReadingTheFile) {
@@ -218,6 +253,7 @@ TEST_F(InstallHostTest, ConfiguresEveryService) {
   host.terminating = true;
   host.usageLogging = false;
   host.internalFeaturesAllowed = true;
+  host.links.issuePrefix = u"MAP";
   host.debug = {{"d", "1"}};
   host.dictionary = {{"$$$/a", "A^B"}};
   host_.SetDebugEntry("old", "entry");
@@ -229,6 +265,7 @@ TEST_F(InstallHostTest, ConfiguresEveryService) {
   EXPECT_TRUE(orncore::appstatemanager::IsTerminating());
   EXPECT_FALSE(ornappsupport::analytics::SDMUsageLogger::IsLogging());
   EXPECT_TRUE(ornappsupport::feature::IsEntitlementSetToInternalFeaturesAllowed());
+  EXPECT_EQ(ornappsupport::links::GetPanelLinks().issuePrefix, u"MAP");
   EXPECT_THAT(orncore::config::Localizer::Get().ZString("$$$/a=x"), IsText("A\xE2\x80\xA2"));
   EXPECT_EQ(host_.DebugEntry("d"), "1");
   EXPECT_EQ(host_.DebugEntry("old"), "");
