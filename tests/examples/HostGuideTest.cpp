@@ -1,0 +1,77 @@
+// Compares lists in the guide for hosts with the sources of the library.
+#include <filesystem>
+#include <map>
+#include <regex>
+#include <set>
+#include <string>
+#include <string_view>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "hosts/common/TextFile.h"
+#include "tests/examples/WalkThrough.h"
+#include "tests/support/TemplateKeys.h"
+
+namespace examples {
+namespace {
+
+using Texts = std::map<std::string, std::string>;
+
+// Adds the default texts of the key texts in a C++ source to `texts`, by key.
+void AddDefaultTexts(const std::string& source, Texts& texts) {
+  // The compiler concatenates adjacent literals.
+  static const std::regex adjacentLiterals(R"re((?:u?"(?:[^"\\\n]|\\.)*"\s*)+)re");
+  static const std::regex betweenLiterals(R"re("\s*u?")re");
+  const std::sregex_iterator end;
+  for (std::sregex_iterator match(source.begin(), source.end(), adjacentLiterals); match != end;
+       ++match) {
+    const std::string text = std::regex_replace(match->str(), betweenLiterals, "");
+    const std::size_t key = text.find("$$$/");
+    const std::size_t equals = text.find('=');
+    if (key > 2 || equals == std::string::npos) continue;
+    // The text after #{comment} is for translators.
+    texts[text.substr(key, equals - key)] =
+        text.substr(equals + 1, text.find("#{comment}") - equals - 1);
+  }
+}
+
+Texts DefaultTextsOfLibrary() {
+  Texts texts;
+  for (const char* module : {"orncore", "ornappsupport", "ornui", "ornwhatsnew"}) {
+    const auto folder = std::filesystem::path(SOURCE_FOLDER) / module;
+    for (const auto& entry : std::filesystem::recursive_directory_iterator(folder)) {
+      const auto extension = entry.path().extension();
+      if (extension != ".h" && extension != ".cpp") continue;
+      AddDefaultTexts(hosts::common::ReadTextFile(entry.path()), texts);
+    }
+  }
+  return texts;
+}
+
+// Returns the keys of key texts in the first columns of the tables of a page.
+std::set<std::string> KeysInTables(const std::string& page) {
+  constexpr std::string_view kRow = "| `$$$/";
+  constexpr std::string_view kCell = "| `";
+  std::set<std::string> keys;
+  for (const std::string& line : SplitLines(page)) {
+    if (!line.starts_with(kRow)) continue;
+    keys.insert(line.substr(kCell.size(), line.find('`', kCell.size()) - kCell.size()));
+  }
+  return keys;
+}
+
+TEST(HostGuide, ListsTheKeysWhoseDefaultTextsNameTheMaker) {
+  const Texts texts = DefaultTextsOfLibrary();
+  for (const char* key : test_support::kTemplateKeys) EXPECT_TRUE(texts.contains(key)) << key;
+
+  std::set<std::string> keys;
+  const std::regex maker("tarsa", std::regex::icase);
+  for (const auto& [key, text] : texts) {
+    if (std::regex_search(text, maker)) keys.insert(key);
+  }
+  EXPECT_EQ(KeysInTables(hosts::common::ReadTextFile(HOST_GUIDE)), keys);
+}
+
+}  // namespace
+}  // namespace examples
