@@ -26,7 +26,9 @@ extern ORN_EXPORT const UTF8String kInternalKey;
 extern ORN_EXPORT const UTF8String kUnreviewedKey;
 
 // These font sizes, the tab width and the margin are for the code with which a host draws the
-// panel. Each host chooses the units. The library does not use these constants.
+// panel. The library does not use them. The font sizes and the margin are in device-independent
+// pixels: 96 pixels are one inch on a screen without scaling, as in CSS. The tab width is a number
+// of spaces in the font of the paragraph.
 
 inline constexpr float kFontSize_Title = 28.0F;        ///< size of a feature's title
 inline constexpr float kFontSize_Header = 18.0F;       ///< size of the header line
@@ -35,7 +37,7 @@ inline constexpr float kFontSize_Normal = 18.0F;       ///< size of descriptions
 inline constexpr float kFontSize_NormalSmall = 16.0F;  ///< size of secondary text
 inline constexpr float kFontSize_HotSpot = 16.0F;      ///< size of links in a separate paragraph
 inline constexpr float kFontSize_HotSpotCopy = 16.0F;  ///< size of links within a paragraph
-inline constexpr int kTabWidth = 6;                    ///< width of a tab
+inline constexpr int kTabWidth = 6;                    ///< width of a tab, in spaces
 inline constexpr int kRightMargin = 26;                ///< right margin of the panel
 
 /// Characters that do not belong to words, each in UTF-8. The code with which a host draws the
