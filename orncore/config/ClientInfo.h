@@ -36,8 +36,8 @@ class ORN_EXPORT ClientInfo {
   virtual UTF16String GetClientVersion() const = 0;
   /// Returns the build number, such as "42".
   virtual UTF16String GetClientBuildNumber() const = 0;
-  /// Returns the platform of the host in UTF-8: "Mac" or "Win", as in column 7 of a data file.
-  /// Letter case does not matter.
+  /// Returns the platform of the host in UTF-8. It is "Mac" or "Win", as in column 7 of a data
+  /// file, or the name of another system, such as "Linux". Letter case does not matter.
   virtual UTF8String GetClientPlatform() const = 0;
 };
 
@@ -46,7 +46,8 @@ class ORN_EXPORT ClientInfo {
 /// Threads: safe to use from any thread, because the strings never change.
 class ORN_EXPORT FixedClientInfo final : public ClientInfo {
  public:
-  /// Stores a dotted version such as "25.1", a build number such as "42", and "Mac" or "Win".
+  /// Stores a dotted version such as "25.1", a build number such as "42", and a platform such as
+  /// "Mac".
   FixedClientInfo(UTF16String version, UTF16String buildNumber, UTF8String platform);
   ~FixedClientInfo() override;
 
