@@ -1,3 +1,4 @@
+#include <cerrno>
 #include <filesystem>
 #include <functional>
 #include <string>
@@ -50,6 +51,20 @@ TEST_F(PrivateFolderTest, RefusesAParentOfAMissingFolder) {
   fs::create_directory(folder_.Path() / "a");
   EXPECT_EQ(fs::canonical(folder_.Path()) / "state.json",
             ResolveLinks(folder_.Path() / "a/../state.json"));
+}
+
+TEST_F(PrivateFolderTest, FollowsAsManyLinksAsTheSystem) {
+  folder_.Write("link0", "");
+  for (int i = 1; i <= 41; ++i) {
+    fs::create_symlink("link" + std::to_string(i - 1),
+                       folder_.Path() / ("link" + std::to_string(i)));
+  }
+  EXPECT_TRUE(fs::exists(folder_.Path() / "link40"));
+  EXPECT_EQ(fs::canonical(folder_.Path()) / "link0", ResolveLinks(folder_.Path() / "link40"));
+  std::error_code error;
+  EXPECT_FALSE(fs::exists(folder_.Path() / "link41", error));
+  EXPECT_EQ(ELOOP, error.value());
+  EXPECT_EQ(ELOOP, ErrorOf([&] { ResolveLinks(folder_.Path() / "link41"); }));
 }
 
 TEST_F(PrivateFolderTest, RefersToTheOpenedFolderAfterTheFolderIsReplaced) {

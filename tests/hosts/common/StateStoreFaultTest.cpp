@@ -3,6 +3,7 @@
 // no data is lost.
 #include <chrono>
 #include <csignal>
+#include <cstdint>
 #include <filesystem>
 #include <functional>
 #include <map>
@@ -150,6 +151,8 @@ TEST_F(StateStoreFaultTest, RejectsAStoreWithDestroyedBytes) {
 
 TEST_F(StateStoreFaultTest, RejectsAStoreAboveTheSizeLimit) {
   WriteValue(kKey, "text");
+  std::filesystem::resize_file(File(), std::uintmax_t{64} * 1024 * 1024);
+  EXPECT_THAT(StoreErrorOf([&] { StateStore store(File()); }), HasSubstr("a NUL character"));
   std::filesystem::resize_file(File(), kMaximumStateSize + 1);
   EXPECT_THAT(StoreErrorOf([&] { StateStore store(File()); }),
               AllOf(HasSubstr("it is larger than 64 MiB"), HasSubstr("--state")));
