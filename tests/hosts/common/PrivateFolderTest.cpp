@@ -26,6 +26,16 @@ int ErrorOf(const std::function<void()>& work) {
   return 0;
 }
 
+/// Calls `work`. Returns the message of the exception that it throws, or an empty string.
+std::string MessageOf(const std::function<void()>& work) {
+  try {
+    work();
+  } catch (const std::system_error& error) {
+    return error.what();
+  }
+  return "";
+}
+
 class PrivateFolderTest : public testing::Test {
  protected:
   test_support::TemporaryFolder folder_;
@@ -81,6 +91,15 @@ TEST_F(PrivateFolderTest, OpensNoLinkAndDoesNotWaitForAPipe) {
   EXPECT_EQ(ELOOP, ErrorOf([&] { folder.Open("link", O_RDWR | O_CREAT); }));
   ASSERT_EQ(0, ::mkfifo((folder_.Path() / "pipe").c_str(), 0600));
   EXPECT_EQ(ENXIO, ErrorOf([&] { folder.Open("pipe", O_WRONLY); }));
+}
+
+TEST_F(PrivateFolderTest, ErrorsNameTheFileAndTheReason) {
+  const fs::path file = folder_.Path() / "missing/../state.json";
+  EXPECT_EQ("cannot open '" + file.native() + "': No such file or directory",
+            MessageOf([&] { ResolveLinks(file); }));
+  const PrivateFolder folder(folder_.Path());
+  EXPECT_EQ("cannot open '" + (folder_.Path() / "file").native() + "': No such file or directory",
+            MessageOf([&] { folder.Open("file", O_RDONLY); }));
 }
 
 }  // namespace
