@@ -34,10 +34,14 @@ namespace {
 using std::chrono::milliseconds;
 using test_support::InChildProcess;
 using testing::AllOf;
+using testing::EndsWith;
 using testing::HasSubstr;
+using testing::StartsWith;
 
 constexpr std::string_view kKey = "A.Key";
 constexpr uid_t kNobody = 65534;
+constexpr char kWriteAdvice[] =
+    "; allow writing to the file and its folder, or name a file elsewhere with --state";
 
 /// Returns the contents of all files in `folder` by file name, except that of the lock file, which
 /// a failed write may create.
@@ -60,12 +64,14 @@ class StateStoreFaultTest : public testing::Test {
     store.Commit();
   }
 
-  /// Expects that reading and writing the store fail, that both messages contain `reason`, and that
-  /// no file in the folder changes.
-  void ExpectRejected(std::string_view reason) const {
+  /// Expects that reading and writing the store fail, that both messages contain `reason` and end
+  /// with `advice`, and that no file in the folder changes.
+  void ExpectRejected(
+      std::string_view reason,
+      std::string_view advice = "; move the file, or name another one with --state") const {
     const auto before = Content(folder_.Path());
-    const auto isClear = AllOf(HasSubstr("'" + File().native() + "'"),
-                               HasSubstr(std::string(reason)), HasSubstr("--state"));
+    const auto isClear = AllOf(StartsWith("cannot use the state store '" + File().native() + "': "),
+                               HasSubstr(std::string(reason)), EndsWith(std::string(advice)));
     EXPECT_THAT(StoreErrorOf([&] { StateStore store(File()); }), isClear);
     EXPECT_TRUE(before == Content(folder_.Path())) << "a file has changed";
     const auto change = [](StateValues& values) { values["new key"] = "text"; };
@@ -98,7 +104,8 @@ TEST_F(StateStoreFaultTest, RejectsAStoreOfANewerVersion) {
   folder_.Write("state.json",
                 R"({"format": "ornwhatsnew state", "formatVersion": 2, "values": [], "more": 1})");
   ExpectRejected(
-      "a newer version of this program wrote it (format 2; this version supports format 1)");
+      "': a newer version of this program wrote it (format 2; this version supports format 1); ",
+      "; update this program, or name another file with --state");
 }
 
 TEST_F(StateStoreFaultTest, RejectsAStoreThatBecomesNewerAfterTheRead) {
@@ -127,7 +134,8 @@ TEST_F(StateStoreFaultTest, RejectsATruncatedStore) {
 TEST_F(StateStoreFaultTest, RejectsAnEmptyFile) {
   // No write of the program leaves an empty file, so the file has another purpose.
   folder_.Write("state.json", "");
-  ExpectRejected("the file is empty; delete it if you do not need it");
+  ExpectRejected("': the file is empty; ",
+                 "; delete it if you do not need it, or name another one with --state");
 }
 
 TEST_F(StateStoreFaultTest, RejectsDeepOrLongArraysEarly) {
@@ -163,8 +171,9 @@ TEST_F(StateStoreFaultTest, DoesNotWriteAStoreThatItCouldNotReadAgain) {
   WriteValue(kKey, "old");
   StateStore store(File());
   store.Set(kKey, std::string(kMaximumStateSize, 'x'));
-  EXPECT_THAT(StoreErrorOf([&] { store.Commit(); }),
-              HasSubstr("'" + File().native() + "': the state is larger than 64 MiB"));
+  EXPECT_EQ(
+      "cannot write the state store '" + File().native() + "': the state is larger than 64 MiB",
+      StoreErrorOf([&] { store.Commit(); }));
   EXPECT_EQ("old", StateStore(File()).Get(kKey));
 }
 
@@ -205,7 +214,10 @@ TEST_F(StateStoreFaultTest, RejectsAPathBelowAFile) {
     store.Set(kKey, "text");
     store.Commit();
   });
-  EXPECT_THAT(error, AllOf(HasSubstr((folder_.Path() / "file").native()), HasSubstr("--state")));
+  EXPECT_EQ("cannot read the state store '" + below.native() +
+                "': Not a directory; allow reading the file and its folder, or name a file "
+                "elsewhere with --state",
+            error);
   EXPECT_EQ("x", ReadTextFile(folder_.Path() / "file"));
 }
 
@@ -230,10 +242,12 @@ TEST_F(StateStoreFaultTest, WaitsALimitedTimeForAWriterThatHangs) {
   StateStore store(File(), milliseconds(100));
   Writer writer(File());
   store.Set(kKey, "new");
-  const auto isClear = AllOf(HasSubstr("another program has locked it"), HasSubstr("within 0.1 s"),
-                             HasSubstr(File().native()));
-  EXPECT_THAT(StoreErrorOf([&] { store.Commit(); }), isClear);
-  EXPECT_THAT(StoreErrorOf([&] { store.Reset(); }), isClear);
+  const std::string message =
+      "cannot lock the state store '" + File().native() +
+      "' within 0.1 s: another program has locked it; wait for that program or end it, and try "
+      "again";
+  EXPECT_EQ(message, StoreErrorOf([&] { store.Commit(); }));
+  EXPECT_EQ(message, StoreErrorOf([&] { store.Reset(); }));
   EXPECT_EQ("new", store.Get(kKey));
   writer.Release();
   EXPECT_EQ("old", StateStore(File()).Get(kKey));
@@ -309,9 +323,9 @@ TEST_F(StateStoreFaultTest, AStoreInAReadOnlyFolderCanOnlyBeRead) {
     StateStore store(File());
     EXPECT_EQ("old", store.Get(kKey));
     store.Set(kKey, "new");
-    const std::string error = StoreErrorOf([&] { store.Commit(); });
-    EXPECT_THAT(error, AllOf(HasSubstr("Permission denied; allow writing to the file"),
-                             HasSubstr(File().native()), HasSubstr("--state")));
+    EXPECT_EQ("cannot write the state store '" + File().native() + "': cannot open '" +
+                  File().native() + ".lock': Permission denied" + kWriteAdvice,
+              StoreErrorOf([&] { store.Commit(); }));
     return !testing::Test::HasFailure();
   }));
   EXPECT_TRUE(before == Content(folder_.Path())) << "a file has changed";
@@ -327,9 +341,9 @@ TEST_F(StateStoreFaultTest, AReadOnlyStoreIsNotReplaced) {
   EXPECT_TRUE(AsOrdinaryUser([this] {
     StateStore store(File());
     store.Set(kKey, "new");
-    EXPECT_THAT(StoreErrorOf([&] { store.Commit(); }),
-                AllOf(HasSubstr("cannot write '" + File().native() + "': Permission denied"),
-                      HasSubstr("--state")));
+    EXPECT_EQ("cannot write the state store '" + File().native() + "': cannot write '" +
+                  File().native() + "': Permission denied" + kWriteAdvice,
+              StoreErrorOf([&] { store.Commit(); }));
     return !testing::Test::HasFailure();
   }));
   EXPECT_TRUE(before == Content(folder_.Path())) << "a file has changed";
@@ -343,8 +357,9 @@ TEST_F(StateStoreFaultTest, FailsIfItsLockFileIsReplaced) {
     values.insert_or_assign(std::string(kKey), "new");
     std::filesystem::rename(folder_.Write("new", ""), File().native() + ".lock");
   };
-  EXPECT_THAT(StoreErrorOf([&] { ChangeStateFile(File(), milliseconds(50), replaceLock); }),
-              HasSubstr("another program has deleted or replaced its lock file"));
+  EXPECT_EQ("cannot write the state store '" + File().native() +
+                "': another program has deleted or replaced its lock file; try again",
+            StoreErrorOf([&] { ChangeStateFile(File(), milliseconds(50), replaceLock); }));
   EXPECT_EQ("old", StateStore(File()).Get(kKey));
   WriteValue(kKey, "new");
   EXPECT_EQ("new", StateStore(File()).Get(kKey));
@@ -371,9 +386,10 @@ TEST_F(StateStoreFaultTest, NamesAFolderThatCannotBeCreated) {
     const std::filesystem::path folder = folder_.Path() / "new";
     StateStore store(folder / "state.json");
     store.Set(kKey, "new");
-    EXPECT_THAT(
-        StoreErrorOf([&] { store.Commit(); }),
-        AllOf(HasSubstr(folder.native()), HasSubstr("Permission denied"), HasSubstr("--state")));
+    EXPECT_EQ("cannot write the state store '" + (folder / "state.json").native() +
+                  "': cannot create the folder '" + folder.native() + "': Permission denied" +
+                  kWriteAdvice,
+              StoreErrorOf([&] { store.Commit(); }));
     return !testing::Test::HasFailure();
   }));
   std::filesystem::permissions(folder_.Path(), std::filesystem::perms{0755});
@@ -384,8 +400,10 @@ TEST_F(StateStoreFaultTest, NamesAStoreWithoutReadPermission) {
   std::filesystem::permissions(File(), std::filesystem::perms{0000});
   std::filesystem::permissions(folder_.Path(), std::filesystem::perms{0755});
   EXPECT_TRUE(AsOrdinaryUser([this] {
-    EXPECT_THAT(StoreErrorOf([&] { StateStore store(File()); }),
-                AllOf(HasSubstr(File().native()), HasSubstr("--state")));
+    EXPECT_EQ("cannot read the state store '" + File().native() +
+                  "': Permission denied; allow reading the file and its folder, or name a file "
+                  "elsewhere with --state",
+              StoreErrorOf([&] { StateStore store(File()); }));
     return !testing::Test::HasFailure();
   }));
 }
