@@ -39,7 +39,6 @@ std::string ParserDetail(std::string_view message) {
   for (const std::string_view prefixEnd : {"] ", ": "}) {
     const std::size_t end = message.find(prefixEnd);
     if (end != std::string_view::npos) message.remove_prefix(end + prefixEnd.size());
-    if (!message.starts_with("parse error")) break;
   }
   // The message quotes the input, which can be long.
   return WithoutMiddle(message);

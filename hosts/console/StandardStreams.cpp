@@ -10,6 +10,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include "hosts/common/FileDescriptor.h"
 #include "hosts/common/TerminalText.h"
 
 namespace hosts::console {
@@ -37,11 +38,7 @@ int WriteAll(int descriptor, std::string_view text) {
 /// if poll(2) fails.
 bool WaitForEvent(int descriptor, short events, int timeout) {
   pollfd polled = {descriptor, events, 0};
-  int count = -1;
-  do {
-    count = ::poll(&polled, 1, timeout);
-  } while (count < 0 && errno == EINTR);
-  return count > 0;
+  return common::RetryInterrupted([&] { return ::poll(&polled, 1, timeout); }) > 0;
 }
 
 bool IsPipe(int descriptor) {

@@ -284,6 +284,14 @@ TEST_F(Layout, CarriageReturnAndLineFeedOfTwoStringsAreOneLineEnd) {
   EXPECT_EQ(layout.text, u"Changes since v\nMiscellaneous\nmacOS\u2028Text");
 }
 
+TEST_F(Layout, CarriageReturnAndLineFeedAroundAStringAreTwoLineEnds) {
+  host_.SetInternalFeaturesAllowed(true);
+  host_.ShowAllUnlockCodes(true);
+  host_.AddFeature({.internalKey = "a", .epicKey = "EPIC-7", .name = "Title\r"});
+  host_.AddTranslation(kTabKey, "#{endl}");
+  EXPECT_EQ(LayOut({}).text, u"Changes since v\nTitle\u2028 \u2014 (a)\u2028UNLOCKED");
+}
+
 TEST_F(Layout, HasNoByteOrderMark) {
   host_.AddFeature({.internalKey = "a", .epicKey = "EPIC-7", .name = "\uFEFFa\uFEFFb\uFEFF"});
   EXPECT_EQ(LayOut({}).text, u"Changes since v\nab UNLOCKED");
@@ -547,11 +555,11 @@ TEST_F(LayoutState, PreviewMarksNothingAsSeen) {
 TEST_F(LayoutState, CountsItemsAndChangesOfTheDisplay) {
   EXPECT_EQ(list_.CountNew(kShowOnlyNew), (NewCount{2, 3}));
   EXPECT_EQ(list_.CountNew(kShowOnlyNew | kFilterRelevantPlatform), (NewCount{2, 2}));
-  EXPECT_EQ(list_.CountNew(kRatingView), (NewCount{0, 0}));
+  EXPECT_EQ(list_.CountNew(kRatingView), NewCount());
   list_.MarkAllSeen();
   EXPECT_EQ(list_.CountNew(kShowOnlyNew), (NewCount{2, 3}));
   list_.RefreshInternalSeenState();
-  EXPECT_EQ(list_.CountNew(kShowOnlyNew), (NewCount{0, 0}));
+  EXPECT_EQ(list_.CountNew(kShowOnlyNew), NewCount());
   EXPECT_EQ(list_.CountNew({}), (NewCount{2, 3}));
   EXPECT_EQ(host_.State().SetterCalls(), 3);
 }

@@ -38,21 +38,6 @@ class StyledText : public test_support::FakeHostTest {
   const FeatureListData list_{host_.Getter(), host_.Setter()};
 };
 
-TEST_F(StyledText, StyleNumbersNeverChange) {
-  EXPECT_EQ(static_cast<int>(kStyleFeatureTitle), 0);
-  EXPECT_EQ(static_cast<int>(kStyleFeatureDescription), 1);
-  EXPECT_EQ(static_cast<int>(kStyleChangeText), 2);
-  EXPECT_EQ(static_cast<int>(kStyleHeader), 3);
-  EXPECT_EQ(static_cast<int>(kStyleInternalCode), 4);
-  EXPECT_EQ(static_cast<int>(kStyleCommitLink), 5);
-  EXPECT_EQ(static_cast<int>(kStyleHotSpot), 6);
-  EXPECT_EQ(static_cast<int>(kStyleIssueLink), 7);
-  EXPECT_EQ(static_cast<int>(kStyleUnlockLabel), 9);
-  EXPECT_EQ(static_cast<int>(kStyleInternalWarning), 10);
-  EXPECT_EQ(static_cast<int>(kStyleUnlockLabelBox), 11);
-  EXPECT_EQ(static_cast<int>(kStyleRatingPlaceholder), 13);
-}
-
 TEST_F(StyledText, CaptureRecordsAnEmptyStringWithLengthZero) {
   EXPECT_EQ(Capture(u"abc", u""), RunAt(3, 0));
 }

@@ -35,13 +35,5 @@ TEST(WhatsNewTypes, TypographicMarksNeverChange) {
                                    "\u2212", "\uFE63", "\uFF0D", "\u2014", "\u2015"));
 }
 
-TEST(WhatsNewTypes, DisplayOptionBitsNeverChange) {
-  EXPECT_EQ(kShowOnlyNew, DisplayOptions(0x01));
-  EXPECT_EQ(kFilterRelevantPlatform, DisplayOptions(0x02));
-  EXPECT_EQ(kFilterRelevantVersion, DisplayOptions(0x04));
-  EXPECT_EQ(kFilterHeadlinesOnly, DisplayOptions(0x08));
-  EXPECT_EQ(kRatingView, DisplayOptions(0x10));
-}
-
 }  // namespace
 }  // namespace ornwhatsnew

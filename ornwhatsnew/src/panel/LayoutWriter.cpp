@@ -168,12 +168,7 @@ void LayoutWriter::AppendSpan(std::optional<StyleID> style, std::u16string_view 
 void LayoutWriter::AddSpan(std::size_t begin, std::optional<StyleID> style, UTF16String link) {
   CleanText(begin);
   const std::size_t length = layout_.text.size() - begin;
-  if (length == 0) return;
-  if (!style && !spans_.empty() && !spans_.back().style) {
-    spans_.back().range.length += length;
-  } else {
-    spans_.push_back({{begin, length}, style, std::move(link)});
-  }
+  if (length > 0) spans_.push_back({{begin, length}, style, std::move(link)});
 }
 
 void LayoutWriter::CleanText(std::size_t begin) {

@@ -41,8 +41,7 @@ class LayoutWriter final : public PanelWriter {
  private:
   void AppendSpan(std::optional<StyleID> style, std::u16string_view string, UTF16String link = {});
   /// Cleans the string that was appended at the index `begin` of the text, and adds a span for the
-  /// result. If neither this string nor the previous span has a style, extends the previous span
-  /// instead. Adds no span if the result is empty.
+  /// result. Adds no span if the result is empty.
   void AddSpan(std::size_t begin, std::optional<StyleID> style, UTF16String link);
   /// Replaces line ends and tabs of the string that was appended at the index `begin` of the text.
   /// Removes U+FEFF, and white space at the start of the paragraph.

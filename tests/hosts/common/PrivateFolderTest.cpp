@@ -1,3 +1,4 @@
+#include <cerrno>
 #include <filesystem>
 #include <functional>
 #include <string>
@@ -23,6 +24,16 @@ int ErrorOf(const std::function<void()>& work) {
     return error.code().value();
   }
   return 0;
+}
+
+/// Calls `work`. Returns the message of the exception that it throws, or an empty string.
+std::string MessageOf(const std::function<void()>& work) {
+  try {
+    work();
+  } catch (const std::system_error& error) {
+    return error.what();
+  }
+  return "";
 }
 
 class PrivateFolderTest : public testing::Test {
@@ -52,6 +63,20 @@ TEST_F(PrivateFolderTest, RefusesAParentOfAMissingFolder) {
             ResolveLinks(folder_.Path() / "a/../state.json"));
 }
 
+TEST_F(PrivateFolderTest, FollowsAsManyLinksAsTheSystem) {
+  folder_.Write("link0", "");
+  for (int i = 1; i <= 41; ++i) {
+    fs::create_symlink("link" + std::to_string(i - 1),
+                       folder_.Path() / ("link" + std::to_string(i)));
+  }
+  EXPECT_TRUE(fs::exists(folder_.Path() / "link40"));
+  EXPECT_EQ(fs::canonical(folder_.Path()) / "link0", ResolveLinks(folder_.Path() / "link40"));
+  std::error_code error;
+  EXPECT_FALSE(fs::exists(folder_.Path() / "link41", error));
+  EXPECT_EQ(ELOOP, error.value());
+  EXPECT_EQ(ELOOP, ErrorOf([&] { ResolveLinks(folder_.Path() / "link41"); }));
+}
+
 TEST_F(PrivateFolderTest, RefersToTheOpenedFolderAfterTheFolderIsReplaced) {
   const PrivateFolder folder(folder_.Path() / "a");
   fs::rename(folder_.Path() / "a", folder_.Path() / "moved");
@@ -66,6 +91,15 @@ TEST_F(PrivateFolderTest, OpensNoLinkAndDoesNotWaitForAPipe) {
   EXPECT_EQ(ELOOP, ErrorOf([&] { folder.Open("link", O_RDWR | O_CREAT); }));
   ASSERT_EQ(0, ::mkfifo((folder_.Path() / "pipe").c_str(), 0600));
   EXPECT_EQ(ENXIO, ErrorOf([&] { folder.Open("pipe", O_WRONLY); }));
+}
+
+TEST_F(PrivateFolderTest, ErrorsNameTheFileAndTheReason) {
+  const fs::path file = folder_.Path() / "missing/../state.json";
+  EXPECT_EQ("cannot open '" + file.native() + "': No such file or directory",
+            MessageOf([&] { ResolveLinks(file); }));
+  const PrivateFolder folder(folder_.Path());
+  EXPECT_EQ("cannot open '" + (folder_.Path() / "file").native() + "': No such file or directory",
+            MessageOf([&] { folder.Open("file", O_RDONLY); }));
 }
 
 }  // namespace

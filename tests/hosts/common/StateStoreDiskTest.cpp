@@ -257,5 +257,34 @@ TEST_F(StateStoreSync, AReadChangesNothing) {
   EXPECT_THAT(disk.Calls(), IsEmpty());
 }
 
+using StateStoreErrors = StateStoreSync;
+
+TEST_F(StateStoreErrors, NameTheFailedActionAndItsFile) {
+  const std::string folder = folder_.Path() / "a";
+  const std::string file = folder + "/state.json";
+  const auto errorOfCall = [&](int n) {
+    FailingDisk disk;
+    disk.FailAt(n, DiskFault::kBroken, DiskFaultExtent::kOnce);
+    return StoreErrorOf([&] { WriteValue(file, std::to_string(n)); });
+  };
+  const auto message = [&file](const std::string& action) {
+    return "cannot write the state store '" + file + "': " + action +
+           ": Input/output error; check the disk and try again, or name a file elsewhere with "
+           "--state";
+  };
+  EXPECT_EQ(message("cannot create the folder '" + folder + "'"), errorOfCall(1));
+  EXPECT_EQ(message("cannot sync the folder '" + folder_.Path().native() + "'"), errorOfCall(2));
+  WriteValue(file, "text");
+  EXPECT_EQ(message("cannot open '" + file + ".lock'"), errorOfCall(1));
+  EXPECT_EQ(message("cannot delete '" + file + ".tmp'"), errorOfCall(2));
+  EXPECT_EQ(message("cannot open '" + file + ".tmp'"), errorOfCall(3));
+  EXPECT_EQ(message("cannot set the mode of '" + file + ".tmp'"), errorOfCall(4));
+  EXPECT_EQ(message("cannot write '" + file + ".tmp'"), errorOfCall(5));
+  EXPECT_EQ(message("cannot sync '" + file + ".tmp'"), errorOfCall(6));
+  EXPECT_EQ(message("cannot replace '" + file + "'"), errorOfCall(7));
+  EXPECT_EQ(message("cannot sync the folder '" + folder + "'"), errorOfCall(8));
+  EXPECT_EQ("", errorOfCall(9));
+}
+
 }  // namespace
 }  // namespace hosts::common

@@ -3,6 +3,7 @@
 // no data is lost.
 #include <chrono>
 #include <csignal>
+#include <cstdint>
 #include <filesystem>
 #include <functional>
 #include <map>
@@ -33,10 +34,14 @@ namespace {
 using std::chrono::milliseconds;
 using test_support::InChildProcess;
 using testing::AllOf;
+using testing::EndsWith;
 using testing::HasSubstr;
+using testing::StartsWith;
 
 constexpr std::string_view kKey = "A.Key";
 constexpr uid_t kNobody = 65534;
+constexpr char kWriteAdvice[] =
+    "; check the permissions of the file and its folder, or name a file elsewhere with --state";
 
 /// Returns the contents of all files in `folder` by file name, except that of the lock file, which
 /// a failed write may create.
@@ -59,12 +64,14 @@ class StateStoreFaultTest : public testing::Test {
     store.Commit();
   }
 
-  /// Expects that reading and writing the store fail, that both messages contain `reason`, and that
-  /// no file in the folder changes.
-  void ExpectRejected(std::string_view reason) const {
+  /// Expects that reading and writing the store fail, that both messages contain `reason` and end
+  /// with `advice`, and that no file in the folder changes.
+  void ExpectRejected(
+      std::string_view reason,
+      std::string_view advice = "; move the file, or name another one with --state") const {
     const auto before = Content(folder_.Path());
-    const auto isClear = AllOf(HasSubstr("'" + File().native() + "'"),
-                               HasSubstr(std::string(reason)), HasSubstr("--state"));
+    const auto isClear = AllOf(StartsWith("cannot use the state store '" + File().native() + "': "),
+                               HasSubstr(std::string(reason)), EndsWith(std::string(advice)));
     EXPECT_THAT(StoreErrorOf([&] { StateStore store(File()); }), isClear);
     EXPECT_TRUE(before == Content(folder_.Path())) << "a file has changed";
     const auto change = [](StateValues& values) { values["new key"] = "text"; };
@@ -97,7 +104,8 @@ TEST_F(StateStoreFaultTest, RejectsAStoreOfANewerVersion) {
   folder_.Write("state.json",
                 R"({"format": "ornwhatsnew state", "formatVersion": 2, "values": [], "more": 1})");
   ExpectRejected(
-      "a newer version of this program wrote it (format 2; this version supports format 1)");
+      "': a newer version of this program wrote it (format 2; this version supports format 1); ",
+      "; update this program, or name another file with --state");
 }
 
 TEST_F(StateStoreFaultTest, RejectsAStoreThatBecomesNewerAfterTheRead) {
@@ -126,7 +134,8 @@ TEST_F(StateStoreFaultTest, RejectsATruncatedStore) {
 TEST_F(StateStoreFaultTest, RejectsAnEmptyFile) {
   // No write of the program leaves an empty file, so the file has another purpose.
   folder_.Write("state.json", "");
-  ExpectRejected("the file is empty; delete it if you do not need it");
+  ExpectRejected("': the file is empty; ",
+                 "; delete it if you do not need it, or name another one with --state");
 }
 
 TEST_F(StateStoreFaultTest, RejectsDeepOrLongArraysEarly) {
@@ -150,6 +159,8 @@ TEST_F(StateStoreFaultTest, RejectsAStoreWithDestroyedBytes) {
 
 TEST_F(StateStoreFaultTest, RejectsAStoreAboveTheSizeLimit) {
   WriteValue(kKey, "text");
+  std::filesystem::resize_file(File(), std::uintmax_t{64} * 1024 * 1024);
+  EXPECT_THAT(StoreErrorOf([&] { StateStore store(File()); }), HasSubstr("a NUL character"));
   std::filesystem::resize_file(File(), kMaximumStateSize + 1);
   EXPECT_THAT(StoreErrorOf([&] { StateStore store(File()); }),
               AllOf(HasSubstr("it is larger than 64 MiB"), HasSubstr("--state")));
@@ -160,9 +171,10 @@ TEST_F(StateStoreFaultTest, DoesNotWriteAStoreThatItCouldNotReadAgain) {
   WriteValue(kKey, "old");
   StateStore store(File());
   store.Set(kKey, std::string(kMaximumStateSize, 'x'));
-  EXPECT_THAT(StoreErrorOf([&] { store.Commit(); }),
-              HasSubstr("'" + File().native() +
-                        "': the state is larger than 64 MiB; name another file with --state"));
+  EXPECT_EQ("cannot write the state store '" + File().native() +
+                "': the state is larger than 64 MiB; "
+                "name another file with --state",
+            StoreErrorOf([&] { store.Commit(); }));
   EXPECT_EQ("old", StateStore(File()).Get(kKey));
 }
 
@@ -213,7 +225,10 @@ TEST_F(StateStoreFaultTest, RejectsAPathBelowAFile) {
     store.Set(kKey, "text");
     store.Commit();
   });
-  EXPECT_THAT(error, AllOf(HasSubstr((folder_.Path() / "file").native()), HasSubstr("--state")));
+  EXPECT_EQ("cannot read the state store '" + below.native() +
+                "': Not a directory; check the path and try again, or name a file "
+                "elsewhere with --state",
+            error);
   EXPECT_EQ("x", ReadTextFile(folder_.Path() / "file"));
 }
 
@@ -238,10 +253,12 @@ TEST_F(StateStoreFaultTest, WaitsALimitedTimeForAWriterThatHangs) {
   StateStore store(File(), milliseconds(100));
   Writer writer(File());
   store.Set(kKey, "new");
-  const auto isClear = AllOf(HasSubstr("another program has locked it"), HasSubstr("within 0.1 s"),
-                             HasSubstr(File().native()));
-  EXPECT_THAT(StoreErrorOf([&] { store.Commit(); }), isClear);
-  EXPECT_THAT(StoreErrorOf([&] { store.Reset(); }), isClear);
+  const std::string message =
+      "cannot lock the state store '" + File().native() +
+      "' within 0.1 s: another program has locked it; wait for that program or end it, and try "
+      "again";
+  EXPECT_EQ(message, StoreErrorOf([&] { store.Commit(); }));
+  EXPECT_EQ(message, StoreErrorOf([&] { store.Reset(); }));
   EXPECT_EQ("new", store.Get(kKey));
   writer.Release();
   EXPECT_EQ("old", StateStore(File()).Get(kKey));
@@ -317,9 +334,9 @@ TEST_F(StateStoreFaultTest, AStoreInAReadOnlyFolderCanOnlyBeRead) {
     StateStore store(File());
     EXPECT_EQ("old", store.Get(kKey));
     store.Set(kKey, "new");
-    const std::string error = StoreErrorOf([&] { store.Commit(); });
-    EXPECT_THAT(error, AllOf(HasSubstr("Permission denied; check the permissions of the file"),
-                             HasSubstr(File().native()), HasSubstr("--state")));
+    EXPECT_EQ("cannot write the state store '" + File().native() + "': cannot open '" +
+                  File().native() + ".lock': Permission denied" + kWriteAdvice,
+              StoreErrorOf([&] { store.Commit(); }));
     return !testing::Test::HasFailure();
   }));
   EXPECT_TRUE(before == Content(folder_.Path())) << "a file has changed";
@@ -335,9 +352,9 @@ TEST_F(StateStoreFaultTest, AReadOnlyStoreIsNotReplaced) {
   EXPECT_TRUE(AsOrdinaryUser([this] {
     StateStore store(File());
     store.Set(kKey, "new");
-    EXPECT_THAT(StoreErrorOf([&] { store.Commit(); }),
-                AllOf(HasSubstr("cannot write '" + File().native() + "': Permission denied"),
-                      HasSubstr("--state")));
+    EXPECT_EQ("cannot write the state store '" + File().native() + "': cannot write '" +
+                  File().native() + "': Permission denied" + kWriteAdvice,
+              StoreErrorOf([&] { store.Commit(); }));
     return !testing::Test::HasFailure();
   }));
   EXPECT_TRUE(before == Content(folder_.Path())) << "a file has changed";
@@ -351,8 +368,9 @@ TEST_F(StateStoreFaultTest, FailsIfItsLockFileIsReplaced) {
     values.insert_or_assign(std::string(kKey), "new");
     std::filesystem::rename(folder_.Write("new", ""), File().native() + ".lock");
   };
-  EXPECT_THAT(StoreErrorOf([&] { ChangeStateFile(File(), milliseconds(50), replaceLock); }),
-              HasSubstr("another program has deleted or replaced its lock file"));
+  EXPECT_EQ("cannot write the state store '" + File().native() +
+                "': another program has deleted or replaced its lock file; try again",
+            StoreErrorOf([&] { ChangeStateFile(File(), milliseconds(50), replaceLock); }));
   EXPECT_EQ("old", StateStore(File()).Get(kKey));
   WriteValue(kKey, "new");
   EXPECT_EQ("new", StateStore(File()).Get(kKey));
@@ -379,9 +397,10 @@ TEST_F(StateStoreFaultTest, NamesAFolderThatCannotBeCreated) {
     const std::filesystem::path folder = folder_.Path() / "new";
     StateStore store(folder / "state.json");
     store.Set(kKey, "new");
-    EXPECT_THAT(
-        StoreErrorOf([&] { store.Commit(); }),
-        AllOf(HasSubstr(folder.native()), HasSubstr("Permission denied"), HasSubstr("--state")));
+    EXPECT_EQ("cannot write the state store '" + (folder / "state.json").native() +
+                  "': cannot create the folder '" + folder.native() + "': Permission denied" +
+                  kWriteAdvice,
+              StoreErrorOf([&] { store.Commit(); }));
     return !testing::Test::HasFailure();
   }));
   std::filesystem::permissions(folder_.Path(), std::filesystem::perms{0755});
@@ -392,10 +411,11 @@ TEST_F(StateStoreFaultTest, NamesAStoreWithoutReadPermission) {
   std::filesystem::permissions(File(), std::filesystem::perms{0000});
   std::filesystem::permissions(folder_.Path(), std::filesystem::perms{0755});
   EXPECT_TRUE(AsOrdinaryUser([this] {
-    EXPECT_THAT(StoreErrorOf([&] { StateStore store(File()); }),
-                AllOf(HasSubstr("cannot read the state store '" + File().native() + "'"),
-                      HasSubstr("Permission denied; check the permissions of the file"),
-                      HasSubstr("--state")));
+    EXPECT_EQ("cannot read the state store '" + File().native() +
+                  "': Permission denied; check the permissions of the file and its folder, or name "
+                  "a file "
+                  "elsewhere with --state",
+              StoreErrorOf([&] { StateStore store(File()); }));
     return !testing::Test::HasFailure();
   }));
 }

@@ -115,6 +115,11 @@ TEST(TerminalText, ALongTextLosesItsMiddle) {
             WithoutMiddle(std::string(99, 'a') + "\u00E9" + "\u00E9" + std::string(99, 'b')));
 }
 
+TEST(TerminalText, ALongTextWithoutCharacterStartsLosesAtMostThreeMoreBytesAtEachCut) {
+  const std::string kept(97, '\x80');
+  EXPECT_EQ(kept + " ... " + kept, WithoutMiddle(std::string(300, '\x80')));
+}
+
 // A joiner next to an escape is invisible, so it must be escaped too.
 TEST(TerminalText, EscapesAJoinerBesideAnEscape) {
   EXPECT_EQ("\u0915\u094D\\u200d\\u3164", EscapeInvisible("\u0915\u094D\u200D\u3164"));

@@ -12,6 +12,7 @@
 namespace hosts::console {
 namespace {
 
+using testing::EndsWith;
 using testing::HasSubstr;
 
 Request Parse(std::initializer_list<const char*> arguments) {
@@ -238,6 +239,16 @@ TEST(Arguments, ChoicesAcceptOnlyTheListedWords) {
         "--format: " + word + " not in {text,json}. Run 'ornwhatsnew state show --help' for usage.",
         ErrorOf({"state", "show", "--format", word.c_str()}));
   }
+}
+
+TEST(Arguments, HelpOfConsoleSaysHowToRunCommandsAndThatValidatingSucceeds) {
+  EXPECT_THAT(ParseAs<Answer>({"console", "--help"}).text,
+              EndsWith("\nAll words after the options are one console command:\n"
+                       "  ornwhatsnew console help\n"
+                       "Without a command, each line of standard input is one command.\n"
+                       "The command 'help' lists the console commands.\n"
+                       "ValidateWhatsNew always succeeds, even if it cannot read the file.\n"
+                       "A script cannot use it to check a file.\n"));
 }
 
 TEST(Arguments, HelpFitsATerminalOf80Columns) {

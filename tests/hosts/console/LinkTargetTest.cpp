@@ -87,5 +87,19 @@ TEST(LinkTarget, ShowsTheEndOfALongHost) {
                          Not(HasSubstr("good"))));
 }
 
+TEST(LinkTarget, ShowsTheEndOfALongAddress) {
+  std::string address = "2001:db8";
+  for (int i = 0; i < 100; ++i) address += ":0";
+  EXPECT_THAT(PrintedLinkTarget("https://[" + address + ":17]:443/ x"),
+              AllOf(SizeIs(200), StartsWith("https://...:0:0:"), EndsWith(":0:17]...")));
+}
+
+TEST(LinkTarget, ShowsAllOfTheLongestHostThatFits) {
+  const std::string host(200 - std::string("https://...").size(), 'x');
+  EXPECT_EQ("https://" + host + "...", PrintedLinkTarget("https://" + host + "/ path"));
+  EXPECT_EQ("https://..." + host.substr(3) + "...",
+            PrintedLinkTarget("https://x" + host + "/ path"));
+}
+
 }  // namespace
 }  // namespace hosts::console

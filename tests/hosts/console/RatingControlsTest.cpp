@@ -41,6 +41,7 @@ TEST(RatingControls, EscapesWordsThatATerminalCannotCopy) {
                                     "b"));
   EXPECT_EQ("$'ORN-1\\342\\200\\213'", ShellWord("ORN-1\u200B"));
   EXPECT_EQ("$'\\033\\047\\1341 '", ShellWord("\x1B'\\1 "));
+  EXPECT_EQ("$'\\037 ~\\177'", ShellWord("\x1F ~\x7F"));
   EXPECT_EQ("'\u6C34'", ShellWord("\u6C34"));
 }
 

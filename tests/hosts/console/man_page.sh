@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
-# Tests that the man page names the same commands, options and exit statuses as the program's help.
+# Tests that the man page names the same commands, options, arguments and exit statuses as the program's
+# help, and that the help describes each of them.
 # usage: man_page.sh PAGE PROGRAM
 set -euo pipefail
 export LC_ALL=C
@@ -21,20 +22,23 @@ compare() {
     complain "$1:"$'\n'"$difference"
 }
 
-# Reads a help text from standard input. Prints the names in one of its sections.
+# Reads a help text from standard input. Prints the names in one of its sections, for example
+# "--state FILE". Omits names without a description.
 names_of_help() {
-  sed -n "/^$1:/,/^$/p" | sed -En 's/^  (-[a-z],)?([a-z-]+) .*/\2/p'
+  sed -nE "/^$1:/,/^$/p" |
+    sed -En 's/ REQUIRED / /; s/^  (-[a-z],)?([A-Za-z-]+( [A-Z]+)?) {2,}[^ ].*/\2/p'
 }
 
 # Prints the lines of a section of the page.
 section() { sed -n "/^\.Sh $1$/,/^\.Sh /p" "$page"; }
 
-# Prints the long options in the synopsis of a command. The synopsis begins with a line `.Cm COMMAND`.
-synopsis_options() {
+# Prints the long options, with their values, and the arguments in the synopsis of a command. The
+# synopsis begins with a line `.Cm COMMAND`.
+names_of_synopsis() {
   section SYNOPSIS | awk -v line=".Cm $1" '
     $0 == ".Nm" { inside = 0 }
     $0 == line { inside = 1 }
-    inside' | grep -oE 'Fl -[a-z-]+' | sed 's/Fl /-/' || true
+    inside' | grep -oE 'Fl -[a-z-]+( Ar [A-Z]+)?|^\.Ar [A-Z]+' | sed 's/^Fl /-/; s/\.\?Ar //' || true
 }
 
 # Prints all commands, one on each line. Prints nested commands such as `state show`, but not `state`.
@@ -59,10 +63,12 @@ while read -r command; do
   read -ra words <<<"$command"
   these=$("$program" "${words[@]}" --help | names_of_help Options)
   options+=$'\n'$these
-  compare "options of $command" "$(grep -vxF -e --help <<<"$these")" "$(synopsis_options "$command")"
+  all_names=$("$program" "${words[@]}" --help | names_of_help '(Options|Positionals)')
+  compare "options and arguments of $command" "$(grep -vxF -e --help <<<"$all_names")" \
+    "$(names_of_synopsis "$command")"
 done <<<"$all"
 compare OPTIONS "$options" \
-  "$(section OPTIONS | sed -En 's/^\.It (Fl h , )?Fl (-[a-z-]+).*/-\2/p')"
+  "$(section OPTIONS | sed -En 's/ Ar / /; s/^\.It (Fl h , )?Fl (-.+)/-\2/p')"
 
 statuses=$("$program" --help | sed -n '/^Exit status:/,$p' | sed -En 's/^ *([0-9]+) .*/\1/p')
 compare 'EXIT STATUS' "$statuses" "$(section 'EXIT STATUS' | sed -n 's/^\.It //p')"

@@ -107,12 +107,21 @@ TEST(Guid, IsOrderedLikeItsBytesAndItsText) {
         "ffffffff-ffff-ffff-ffff-ffffffffffff"}) {
     texts.emplace_back(text);
   }
+  for (std::size_t index = 0; index < Guid::kByteLength; ++index) {
+    Bytes bytes = kBytes;
+    bytes[index] ^= 1;
+    texts.push_back(Guid(bytes).AsUTF8String());
+  }
   for (const std::string& left : texts) {
     for (const std::string& right : texts) {
       EXPECT_EQ(Guid(left) <=> Guid(right), left <=> right) << left << ' ' << right;
       EXPECT_EQ(Guid(left) == Guid(right), left == right) << left << ' ' << right;
     }
   }
+}
+
+TEST(Guid, LeadingBitsAreTheFirstBytesFromMostToLeastSignificant) {
+  EXPECT_EQ(Guid(kBytes).LeadingBits(), 0x0123456789ABCDEFU);
 }
 
 TEST(Guid, StandardHashDependsOnTheFirstBytes) {
