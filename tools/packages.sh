@@ -5,7 +5,7 @@
 build_packages=(
   g++ cmake ninja-build pkgconf
   libboost-dev libicu-dev
-  nlohmann-json3-dev libcli11-dev
+  nlohmann-json3-dev libcli11-dev libcsv-dev
   libgtest-dev libgmock-dev libmurmurhash-dev python3-jsonschema mandoc
 )
 bench_packages=(libbenchmark-dev valgrind python3)

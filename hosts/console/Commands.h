@@ -11,6 +11,7 @@
 
 #include <ornwhatsnew/utility/SharedTypes.h>
 
+#include "hosts/author/DataFileWriter.h"
 #include "hosts/console/ToolError.h"
 
 namespace hosts::console {
@@ -55,6 +56,17 @@ struct StateResetArguments {
   std::optional<std::filesystem::path> state;
 };
 
+struct ImportArguments {
+  std::filesystem::path table;
+  std::optional<std::filesystem::path> output;  ///< absent: standard output
+  std::optional<std::string> encoding;          ///< absent: detected
+};
+
+struct AddArguments {
+  std::filesystem::path data;
+  author::DataFields fields;
+};
+
 struct ConsoleArguments {
   std::optional<std::filesystem::path> host;  ///< absent: the library's default services
   std::string line;                           ///< empty: read lines from standard input
@@ -72,6 +84,11 @@ ExitStatus Run(const RateArguments& arguments);
 ExitStatus Run(const StateShowArguments& arguments);
 /// Deletes the stored state.
 ExitStatus Run(const StateResetArguments& arguments);
+/// Converts a spreadsheet's table to a data file, and writes the data file. Reports the encoding,
+/// each replacement and each error to standard error.
+ExitStatus Run(const ImportArguments& arguments);
+/// Adds a change to the end of a data file.
+ExitStatus Run(const AddArguments& arguments);
 /// Runs the console command in `arguments`. If there is none, runs each line of standard input as a
 /// console command. Returns `kCommand` if a command is unknown or fails.
 ExitStatus Run(const ConsoleArguments& arguments);
