@@ -79,7 +79,8 @@ json HostJson(const HostDescription& host) {
           {"internalFeaturesAllowed", host.internalFeaturesAllowed},
           {"betaFeatures", features},
           {"debug", host.debug},
-          {"dictionary", host.dictionary}};
+          {"dictionary", host.dictionary},
+          {"dictionaryFiles", host.dictionaryFiles}};
 }
 
 bool IsObjectOfTexts(const json& value) {
@@ -127,6 +128,10 @@ bool IsValid(const json& value) {
              return HasOnly(feature, featureMembers);
            });
   };
+  const KindCheck areTexts = [](const json& texts) {
+    return texts.is_array() &&
+           std::ranges::all_of(texts, [](const json& text) { return text.is_string(); });
+  };
   return HasOnly(value, {{"$schema", isText},
                          {"clientVersion", IsTextWithoutControls},
                          {"buildNumber", IsTextWithoutControls},
@@ -136,7 +141,8 @@ bool IsValid(const json& value) {
                          {"internalFeaturesAllowed", isBoolean},
                          {"betaFeatures", areFeatures},
                          {"debug", IsObjectOfTexts},
-                         {"dictionary", IsObjectOfTexts}});
+                         {"dictionary", IsObjectOfTexts},
+                         {"dictionaryFiles", areTexts}});
 }
 
 // Requires that each member of `written`, except `$schema`, has the same value in `read`.

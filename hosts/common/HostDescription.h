@@ -9,7 +9,8 @@
 //                       "description": "", "visibility": 0, "enabled": true,
 //                       "availableForUser": false}],
 //     "debug": {"a key": "a value"},
-//     "dictionary": {"$$$/path/key": "a translated text"}
+//     "dictionary": {"$$$/path/key": "a translated text"},
+//     "dictionaryFiles": ["de.mo"]
 //   }
 //
 // Every member is optional. The structures below contain the defaults. The member "$schema" may
@@ -58,21 +59,25 @@ struct HostDescription {
   Texts debug;
   /// The translations by key. The key is the part of a key text before `=`.
   Texts dictionary;
+  /// The names of compiled gettext catalogs (.mo) with more translations. A relative name starts at
+  /// the folder of the description.
+  std::vector<std::string> dictionaryFiles;
 };
 
 /// The names of the members of a host description, in the order in which error messages list them.
-inline constexpr std::array<std::string_view, 9> kHostMembers = {
+inline constexpr std::array<std::string_view, 10> kHostMembers = {
     "clientVersion",           "buildNumber",  "platform", "terminating", "usageLogging",
-    "internalFeaturesAllowed", "betaFeatures", "debug",    "dictionary"};
+    "internalFeaturesAllowed", "betaFeatures", "debug",    "dictionary",  "dictionaryFiles"};
 
-/// Reads a host description from a file. Throws `JsonError` if the file cannot be read, or if
-/// `ParseHostDescription` rejects its content.
+/// Reads a host description from a file. Adds the translations of its dictionary files to its
+/// dictionary. A translation in the description takes precedence over one in a file, and a file
+/// over those after it. Throws `JsonError` if a file cannot be read or has the wrong content.
 HostDescription ReadHostDescription(const std::filesystem::path& file);
 
-/// Parses a host description from a JSON string. Error messages begin with `sourceName`. Throws
-/// `JsonError` if `json` is not valid JSON, contains NUL, or is nested too deeply. Also throws it
-/// if a member is unknown, duplicate, or of the wrong type or range, or if the version, the build
-/// number or the platform contains a control character.
+/// Parses a host description from a JSON string. Does not read its dictionary files. Error messages
+/// begin with `sourceName`. Throws `JsonError` if `json` is not valid JSON, contains NUL, or is
+/// nested too deeply. Also throws it if a member is unknown, duplicate, or of the wrong type or
+/// range, or if the version, the build number or the platform contains a control character.
 HostDescription ParseHostDescription(std::string_view json, std::string_view sourceName);
 
 /// Replaces each member of `host` that `object` contains. Ignores unknown members of `object`, and

@@ -209,6 +209,7 @@ class CommandLine {
     AddStateCommands();
     AddImport();
     AddAdd();
+    AddMessages();
     AddConsole();
     // Set the footer last. A subcommand that is added after the footer is set would inherit it.
     app_.footer(kExitStatusHelp);
@@ -304,6 +305,12 @@ class CommandLine {
       command.add_option(option.name, field, option.description)->type_name("TEXT");
     }
     command.get_option("--grouping-id")->required();
+  }
+
+  void AddMessages() {
+    CLI::App& command = AddCommand(app_, "messages", "Print a template for translators", messages_);
+    command.add_option("DATA", messages_.data, "What's New data files")->required()->type_name("");
+    AddHost(command, messages_.host);
   }
 
   void AddConsole() {
@@ -409,6 +416,7 @@ class CommandLine {
   StateResetArguments stateReset_;
   ImportArguments import_;
   AddArguments add_;
+  MessagesArguments messages_;
   ConsoleArguments console_;
   const CLI::App* consoleCommand_ = nullptr;
 };

@@ -8,6 +8,7 @@
 #include <filesystem>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include <ornwhatsnew/utility/SharedTypes.h>
 
@@ -67,6 +68,11 @@ struct AddArguments {
   author::DataFields fields;
 };
 
+struct MessagesArguments {
+  std::vector<std::filesystem::path> data;
+  std::optional<std::filesystem::path> host;
+};
+
 struct ConsoleArguments {
   std::optional<std::filesystem::path> host;  ///< absent: the library's default services
   std::string line;                           ///< empty: read lines from standard input
@@ -89,6 +95,9 @@ ExitStatus Run(const StateResetArguments& arguments);
 ExitStatus Run(const ImportArguments& arguments);
 /// Adds a change to the end of a data file.
 ExitStatus Run(const AddArguments& arguments);
+/// Prints a gettext template with the key texts of data files, of a feature table and of the
+/// library.
+ExitStatus Run(const MessagesArguments& arguments);
 /// Runs the console command in `arguments`. If there is none, runs each line of standard input as a
 /// console command. Returns `kCommand` if a command is unknown or fails.
 ExitStatus Run(const ConsoleArguments& arguments);

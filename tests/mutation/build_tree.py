@@ -47,7 +47,7 @@ DEFINITIONS = {
     "ORNWHATSNEW_ISSUE_TRACKER": "https://issues.tarsa.example",
     "ORNWHATSNEW_PRIVACY_PAGE": "https://account.tarsa.example/privacy",
 }
-REQUIRED_LIBRARIES = ("murmurhash", "icuuc", "csv")
+REQUIRED_LIBRARIES = ("murmurhash", "icuuc", "csv", "boost_locale")
 # For a mutant of a header, at most this number of sources of the library and the hosts is recompiled.
 MOST_INCLUDERS = 12
 
