@@ -16,7 +16,7 @@ namespace {
 
 /// Removes the first line of `text`, with its line end, and returns it. A line ends with LF, CR or
 /// CR LF.
-std::string_view TakeLine(std::string_view& text) {
+std::string_view CutFirstLine(std::string_view& text) {
   std::size_t end = text.find_first_of("\r\n");
   if (end == std::string_view::npos) return std::exchange(text, {});
   end += text.substr(end).starts_with("\r\n") ? 2U : 1U;
@@ -114,7 +114,7 @@ class Parser {
 std::vector<SpreadsheetRow> ParseRows(std::string_view text, char separator, std::size_t firstLine,
                                       std::size_t maxRows) {
   Parser parser(separator, firstLine);
-  while (!text.empty() && parser.Rows().size() < maxRows) parser.ParseLine(TakeLine(text));
+  while (!text.empty() && parser.Rows().size() < maxRows) parser.ParseLine(CutFirstLine(text));
   if (text.empty()) parser.Finish();
   return std::move(parser.Rows());
 }
@@ -138,7 +138,7 @@ Spreadsheet ReadSpreadsheet(std::string_view text) {
   constexpr std::size_t kAllRows = std::numeric_limits<std::size_t>::max();
   constexpr std::string_view kSeparatorLine = "sep=";
   std::string_view rest = text;
-  const std::string_view first = WithoutLineEnd(TakeLine(rest));
+  const std::string_view first = WithoutLineEnd(CutFirstLine(rest));
   if (first.starts_with(kSeparatorLine) && first.size() == kSeparatorLine.size() + 1 &&
       first.back() != '"') {
     return {first.back(), ParseRows(rest, first.back(), 2, kAllRows)};

@@ -102,11 +102,22 @@ DecodedText SelectEncoding(std::string_view bytes, const std::optional<std::stri
   return {"", "Windows-1252", "because it is not valid UTF-8; --encoding names another encoding"};
 }
 
+/// Throws `InputError` if the text contains NUL. Without a byte order mark, UTF-16 looks like UTF-8
+/// with a NUL in each character.
+void RequireNoNul(std::u16string_view text) {
+  const std::size_t nul = text.find(u'\0');
+  if (nul == std::u16string_view::npos) return;
+  throw InputError(CountLineEnds(text.substr(0, nul)) + 1,
+                   "the text contains a NUL character; if the file is UTF-16, use --encoding "
+                   "UTF-16LE or --encoding UTF-16BE");
+}
+
 }  // namespace
 
 DecodedText DecodeText(std::string_view bytes, const std::optional<std::string>& encoding) {
   DecodedText decoded = SelectEncoding(bytes, encoding);
   const std::u16string text = Decode(bytes, decoded.encoding);
+  RequireNoNul(text);
   std::u16string_view content = text;
   if (content.starts_with(kByteOrderMark)) content.remove_prefix(1);
   decoded.text = orncore::string::UTF16to8(content);

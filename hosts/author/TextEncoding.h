@@ -18,7 +18,7 @@ struct DecodedText {
 /// Decodes the bytes of a file. If `encoding` is given, the file has this encoding, whatever its
 /// bytes are. Otherwise, a byte order mark decides. A file without one is UTF-8 if all of its bytes
 /// are valid UTF-8, and Windows-1252 if not. Throws `InputError` if ICU does not know the encoding,
-/// or if the bytes are not valid in it.
+/// if the bytes are not valid in it, or if the text contains NUL.
 DecodedText DecodeText(std::string_view bytes, const std::optional<std::string>& encoding);
 
 }  // namespace hosts::author

@@ -10,6 +10,7 @@
 
 #include <gtest/gtest.h>
 
+#include <orncore/string/Conversion.h>
 #include <ornwhatsnew/DataFileReader.h>
 #include <ornwhatsnew/FeatureListData.h>
 
@@ -119,7 +120,7 @@ TEST(SpreadsheetImport, ReportsAllErrors) {
 
 /// A random table, and the fields with which the library must read it.
 struct RandomTable {
-  std::string bytes;
+  std::string text;
   std::vector<DataFields> rows;
 };
 
@@ -190,7 +191,7 @@ RandomTable MakeTable(RandomSource& random) {
   for (const std::size_t column : columns) {
     header.emplace_back(random.Flip() ? kDataColumns[column].header : kShortColumnNames[column]);
   }
-  AppendRow(random, separator, header, table.bytes);
+  AppendRow(random, separator, header, table.text);
   for (std::size_t row = random.Below(5); row > 0; --row) {
     std::vector<std::string> cells;
     DataFields& fields = table.rows.emplace_back();
@@ -200,9 +201,23 @@ RandomTable MakeTable(RandomSource& random) {
                                                                      : RandomCell(random, isText));
       fields[column] = isText ? PlainConversion(cells.back()) : cells.back();
     }
-    AppendRow(random, separator, cells, table.bytes);
+    AppendRow(random, separator, cells, table.text);
   }
   return table;
+}
+
+/// Returns `text` (UTF-8) in UTF-8 without or with a byte order mark, or in UTF-16 with one.
+std::string RandomEncoding(RandomSource& random, const std::string& text) {
+  if (random.Flip()) return random.Flip() ? text : "\xEF\xBB\xBF" + text;
+  const bool isBigEndian = random.Flip();
+  std::string bytes;
+  for (const char16_t unit : u"\uFEFF" + orncore::string::UTF8to16(text)) {
+    const char high = static_cast<char>(unit >> 8U);
+    const char low = static_cast<char>(unit & 0xFFU);
+    bytes += isBigEndian ? high : low;
+    bytes += isBigEndian ? low : high;
+  }
+  return bytes;
 }
 
 /// Returns the texts of the section MISC of a list that has loaded `dataFile`.
@@ -222,8 +237,9 @@ TEST(SpreadsheetImport, YieldsAListWithTheSameTexts) {
     SCOPED_TRACE("seed " + std::to_string(seed));
     RandomSource random(seed);
     const RandomTable table = MakeTable(random);
-    const ImportResult result = Import(DecodeText(table.bytes, std::nullopt).text);
-    ASSERT_EQ("", Lines(result.errors)) << table.bytes;
+    const ImportResult result =
+        Import(DecodeText(RandomEncoding(random, table.text), std::nullopt).text);
+    ASSERT_EQ("", Lines(result.errors)) << table.text;
     ornwhatsnew::DataFileReader reader(result.dataFile);
     ASSERT_EQ(ornwhatsnew::DataRowKind::kHeader, reader.Next()->kind);
     std::vector<std::string> texts;

@@ -63,6 +63,8 @@ TEST(TextEncoding, ReportsTheLineOfInvalidBytes) {
       {"\xC3", "UTF-8", 1, "C3"},
       {"\x3D\xD8M\0"sv, "UTF-16LE", 1, "UTF-16LE"},
       {"\0"sv, "UTF-16LE", 1, "UTF-16LE"},
+      {"a\0\n\0"sv, "UTF-8", 1, "NUL"},
+      {"\na\0"sv, "UTF-8", 2, "UTF-16LE"},
       {"a", "no-such-encoding", 0, "unknown"},
       {"a", "", 0, "unknown"},
   };
