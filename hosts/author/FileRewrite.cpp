@@ -4,6 +4,7 @@
 #include <chrono>
 #include <optional>
 #include <system_error>
+#include <utility>
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -33,17 +34,21 @@ std::string Quoted(const fs::path& file) {
 }
 
 /// Returns the path of `file` without symbolic links. Throws if its folder does not exist, because
-/// `PrivateFolder` would create the folder, or if the temporary file exists.
+/// `PrivateFolder` would create the folder.
 fs::path ResolvedPath(const fs::path& file) {
   const fs::path resolved = common::ResolveLinks(fs::absolute(file));
   if (!fs::exists(resolved.parent_path())) {
     Fail(ENOENT, "cannot open the folder " + Quoted(resolved.parent_path()));
   }
-  const fs::path temporary = resolved.native() + ".tmp";
+  return resolved;
+}
+
+/// Throws if the temporary file exists, because `FileReplacement` would delete it.
+void RequireNoTemporaryFile(const fs::path& file) {
+  const fs::path temporary = file.native() + ".tmp";
   if (fs::exists(fs::symlink_status(temporary))) {
     Fail(EEXIST, "cannot create " + Quoted(temporary) + "; move or delete that file");
   }
-  return resolved;
 }
 
 /// Opens the file `name`. Returns `std::nullopt` if it does not exist. Throws if it is not a
@@ -74,6 +79,19 @@ std::string ReadBytes(const fs::path& file) {
   Fail(EBUSY, "cannot write " + Quoted(file) + ", which another program has replaced");
 }
 
+/// Locks the existing file `file` in `folder`.
+common::FileLock Lock(const common::PrivateFolder& folder, const fs::path& file) {
+  const std::string name = file.filename();
+  for (;;) {
+    // The lock would create a missing file.
+    if (!OpenExisting(folder, name)) Fail(ENOENT, "cannot open " + Quoted(file));
+    auto lock = common::FileLock::Acquire(folder, name, kPatience);
+    if (!lock) Fail(EBUSY, "cannot write " + Quoted(file) + ", which another program changes");
+    // The program that held the lock before may have replaced the file. Lock the new file then.
+    if (lock->IsInPlace()) return *std::move(lock);
+  }
+}
+
 }  // namespace
 
 void WriteWholeFile(const fs::path& file, std::string_view bytes) {
@@ -81,6 +99,7 @@ void WriteWholeFile(const fs::path& file, std::string_view bytes) {
   const common::PrivateFolder folder(resolved.parent_path());
   const std::string name = resolved.filename();
   const std::optional<common::FileDescriptor> existing = OpenExisting(folder, name);
+  RequireNoTemporaryFile(resolved);
   const common::FileReplacement replacement(folder, name);
   if (existing) {
     replacement.CopyModeAndOwner(*existing);
@@ -95,18 +114,18 @@ void ChangeWholeFile(const fs::path& file,
                      const std::function<std::string(std::string_view)>& change) {
   const fs::path resolved = ResolvedPath(file);
   const common::PrivateFolder folder(resolved.parent_path());
+  const common::FileLock lock = Lock(folder, resolved);
   const std::string name = resolved.filename();
-  // Check that the file exists before locking it, because the lock would create it.
-  if (!OpenExisting(folder, name)) Fail(ENOENT, "cannot open " + Quoted(file));
-  const auto lock = common::FileLock::Acquire(folder, name, kPatience);
-  if (!lock) Fail(EBUSY, "cannot write " + Quoted(file) + ", which another program changes");
-  const std::optional<common::FileDescriptor> opened = OpenExisting(folder, name);
-  if (!opened || !lock->IsInPlace()) FailReplaced(file);
+  const common::FileDescriptor opened = folder.Open(name, O_RDONLY);
+  RequireNoTemporaryFile(resolved);
   const std::string changed = change(ReadBytes(resolved));
   const common::FileReplacement replacement(folder, name);
-  replacement.CopyModeAndOwner(*opened);
+  replacement.CopyModeAndOwner(opened);
   replacement.Write(changed);
-  if (!lock->IsInPlace() || !replacement.Commit()) FailReplaced(file);
+  if (!lock.IsInPlace()) FailReplaced(resolved);
+  // Ignore whether the new file is still in place. The next program can lock it, read it and
+  // replace it as soon as it has its name.
+  static_cast<void>(replacement.Commit());
 }
 
 }  // namespace hosts::author

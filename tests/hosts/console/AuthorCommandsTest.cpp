@@ -1,6 +1,9 @@
 // Tests the commands for authors of data files: `import` and `add`.
+#include <cstddef>
 #include <filesystem>
+#include <memory>
 #include <string>
+#include <vector>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -80,6 +83,23 @@ TEST_F(AuthorCommands, AddAppendsAChangeThatShowPrints) {
       common::ReadTextFile(DataFile()));
   EXPECT_THAT(OutputOf({"show", "{host}", "{data}"}),
               HasSubstr("(macOS only) - faster, on “all” machines (v24.0-v25.1)"));
+}
+
+TEST_F(AuthorCommands, AddLosesNoChangeOfAnotherProgram) {
+  constexpr std::size_t kPrograms = 6;
+  const std::string before = common::ReadTextFile(DataFile());
+  const auto call = Call({"add", "{data}", "--grouping-id", "MISC", "--message", "new"});
+  std::vector<std::unique_ptr<test_support::ChildProcess>> programs;
+  for (std::size_t i = 0; i < kPrograms; ++i) {
+    programs.push_back(std::make_unique<test_support::ChildProcess>(ProgramFile(), call));
+  }
+  std::string expected = before;
+  for (const auto& program : programs) {
+    const auto result = program->Wait();
+    EXPECT_EQ(0, result.exitStatus) << result.errors;
+    expected += ",MISC,,,,,,,,new\n";
+  }
+  EXPECT_EQ(expected, common::ReadTextFile(DataFile()));
 }
 
 TEST_F(AuthorCommands, AddRefusesWhatADataFileCannotContain) {
