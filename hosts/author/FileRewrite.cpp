@@ -36,7 +36,7 @@ std::string Quoted(const fs::path& file) {
 /// Returns the path of `file` without symbolic links. Throws if its folder does not exist, because
 /// `PrivateFolder` would create the folder.
 fs::path ResolvedPath(const fs::path& file) {
-  const fs::path resolved = common::ResolveLinks(fs::absolute(file));
+  fs::path resolved = common::ResolveLinks(fs::absolute(file));
   if (!fs::exists(resolved.parent_path())) {
     Fail(ENOENT, "cannot open the folder " + Quoted(resolved.parent_path()));
   }
