@@ -89,7 +89,8 @@ json HostJson(const HostDescription& host) {
           {"betaFeatures", features},
           {"links", LinksJson(host.links)},
           {"debug", host.debug},
-          {"dictionary", host.dictionary}};
+          {"dictionary", host.dictionary},
+          {"dictionaryFiles", host.dictionaryFiles}};
 }
 
 bool IsObjectOfTexts(const json& value) {
@@ -156,6 +157,10 @@ bool IsValid(const json& value) {
                                                                {"privacyPage", IsLink},
                                                                {"issuePrefix", isText}};
   const KindCheck areLinks = [](const json& links) { return HasOnly(links, linkMembers); };
+  const KindCheck areTexts = [](const json& texts) {
+    return texts.is_array() &&
+           std::ranges::all_of(texts, [](const json& text) { return text.is_string(); });
+  };
   return HasOnly(value, {{"$schema", isText},
                          {"clientVersion", IsTextWithoutControls},
                          {"buildNumber", IsTextWithoutControls},
@@ -166,7 +171,8 @@ bool IsValid(const json& value) {
                          {"betaFeatures", areFeatures},
                          {"links", areLinks},
                          {"debug", IsObjectOfTexts},
-                         {"dictionary", IsObjectOfTexts}});
+                         {"dictionary", IsObjectOfTexts},
+                         {"dictionaryFiles", areTexts}});
 }
 
 // Requires that each member of `written`, except `$schema`, has the same value in `read`.

@@ -5,8 +5,8 @@
 build_packages=(
   g++ cmake ninja-build pkgconf
   libboost-dev libicu-dev
-  nlohmann-json3-dev libcli11-dev
-  libgtest-dev libgmock-dev libmurmurhash-dev python3-jsonschema mandoc
+  nlohmann-json3-dev libcli11-dev libcsv-dev libboost-locale-dev
+  libgtest-dev libgmock-dev libmurmurhash-dev python3-jsonschema mandoc gettext
 )
 bench_packages=(libbenchmark-dev valgrind python3)
 package_packages=(dpkg-dev file lowdown)

@@ -61,6 +61,15 @@ void FileReplacement::CopyModeAndOwner(const FileDescriptor& replaced) const {
   }
 }
 
+void FileReplacement::SetModeOfNewFiles() const {
+  // The system has no call that only reads the umask.
+  const mode_t mask = ::umask(077);
+  ::umask(mask);
+  if (::fchmod(file_.Number(), 0666U & ~mask) != 0) {
+    ThrowSystemError("cannot set the mode of", folder_.PathOf(temporaryName_));
+  }
+}
+
 void FileReplacement::Write(std::string_view bytes) const {
   while (!bytes.empty()) {
     const ssize_t count =

@@ -31,6 +31,11 @@ class FileReplacement {
   /// file that `Commit` will replace.
   void CopyModeAndOwner(const FileDescriptor& replaced) const;
 
+  /// Gives the temporary file the mode that the umask of the process allows for a new file. Without
+  /// this call or `CopyModeAndOwner`, only the user can read the new file. Not thread-safe, because
+  /// it changes the umask for a moment.
+  void SetModeOfNewFiles() const;
+
   /// Writes `bytes` to the temporary file and waits until they are on the disk.
   void Write(std::string_view bytes) const;
 

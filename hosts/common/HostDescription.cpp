@@ -15,6 +15,7 @@
 #include <ornwhatsnew/SafeLink.h>
 
 #include "hosts/common/ControlCharacters.h"
+#include "hosts/common/GettextCatalog.h"
 #include "hosts/common/JsonReader.h"
 #include "hosts/common/TextFile.h"
 
@@ -119,6 +120,23 @@ void RequireVisibleVersion(const JsonReader& object) {
   }
 }
 
+std::string ReadOrThrow(const std::filesystem::path& file) {
+  try {
+    return ReadTextFile(file);
+  } catch (const orncore::config::ResultError& error) {
+    throw JsonError(JsonMessage(OpenErrorMessage(file, error), "", ""));
+  }
+}
+
+/// Adds the translations of a compiled gettext catalog that `texts` does not contain yet.
+void AddTranslations(const std::filesystem::path& file, HostDescription::Texts& texts) {
+  try {
+    texts.merge(ParseGettextCatalog(ReadOrThrow(file)));
+  } catch (const CatalogError& error) {
+    throw JsonError(JsonMessage("the file '" + file.native() + "' " + error.what(), "", ""));
+  }
+}
+
 BetaFeature MakeBetaFeature(const BetaFeatureDescription& feature) {
   return BetaFeature(feature.epicKey, UTF8to16(feature.name), UTF8to16(feature.description),
                      static_cast<VisibilityInAllClientApps>(feature.visibility));
@@ -127,11 +145,11 @@ BetaFeature MakeBetaFeature(const BetaFeatureDescription& feature) {
 }  // namespace
 
 HostDescription ReadHostDescription(const std::filesystem::path& file) {
-  try {
-    return ParseHostDescription(ReadTextFile(file), file.native());
-  } catch (const orncore::config::ResultError& error) {
-    throw JsonError(JsonMessage(OpenErrorMessage(file, error), "", ""));
+  HostDescription host = ParseHostDescription(ReadOrThrow(file), file.native());
+  for (const std::string& name : host.dictionaryFiles) {
+    AddTranslations(file.parent_path() / name, host.dictionary);
   }
+  return host;
 }
 
 HostDescription ParseHostDescription(std::string_view json, std::string_view sourceName) {
@@ -161,6 +179,10 @@ void ReadHostMembers(const JsonReader& object, HostDescription& host) {
   if (const auto member = object.Find("links")) host.links = ReadLinks(*member);
   ReadTexts(object, "debug", host.debug);
   ReadTexts(object, "dictionary", host.dictionary);
+  if (const auto member = object.Find("dictionaryFiles")) {
+    host.dictionaryFiles.clear();
+    for (const JsonReader& name : member->Elements()) host.dictionaryFiles.push_back(name.Text());
+  }
 }
 
 void InstallHost(const HostDescription& host) {

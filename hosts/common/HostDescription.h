@@ -11,7 +11,8 @@
 //     "links": {"issueLink": "https://issues.example/browse/@0", "commitLink": "",
 //               "privacyPage": "https://account.example/privacy", "issuePrefix": "MAP-"},
 //     "debug": {"a key": "a value"},
-//     "dictionary": {"$$$/path/key": "a translated text"}
+//     "dictionary": {"$$$/path/key": "a translated text"},
+//     "dictionaryFiles": ["de.mo"]
 //   }
 //
 // Every member is optional. The structures below contain the defaults. The member "$schema" may
@@ -64,19 +65,25 @@ struct HostDescription {
   Texts debug;
   /// The translations by key. The key is the part of a key text before `=`.
   Texts dictionary;
+  /// The names of compiled gettext catalogs (.mo) with more translations. A relative name starts at
+  /// the folder of the description.
+  std::vector<std::string> dictionaryFiles;
 };
 
 /// The names of the members of a host description, in the order in which error messages list them.
-inline constexpr std::array<std::string_view, 10> kHostMembers = {
+inline constexpr std::array<std::string_view, 11> kHostMembers = {
     "clientVersion",           "buildNumber",  "platform", "terminating", "usageLogging",
-    "internalFeaturesAllowed", "betaFeatures", "links",    "debug",       "dictionary"};
+    "internalFeaturesAllowed", "betaFeatures", "links",    "debug",       "dictionary",
+    "dictionaryFiles"};
 
-/// Returns the host description in a file. Throws `JsonError` if the file cannot be read, or if
-/// `ParseHostDescription` rejects its content.
+/// Returns the host description in a file. Adds the translations of its dictionary files to its
+/// dictionary. A translation in the description takes precedence over one in a file, and a file
+/// over those after it. Throws `JsonError` if a file cannot be read, if `ParseHostDescription`
+/// rejects the description, or if a dictionary file is not a compiled gettext catalog in UTF-8.
 HostDescription ReadHostDescription(const std::filesystem::path& file);
 
-/// Parses a host description from a JSON string. Error messages begin with `sourceName`. Throws
-/// `JsonError` in these cases:
+/// Parses a host description from a JSON string. Does not read its dictionary files. Error messages
+/// begin with `sourceName`. Throws `JsonError` in these cases:
 /// - `json` is not valid JSON, contains NUL, is nested too deeply, or has too many array elements.
 /// - A member is unknown or duplicate, has the wrong type, or is out of range.
 /// - `SetPanelLinks` does not accept a link.

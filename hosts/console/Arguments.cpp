@@ -15,6 +15,7 @@
 namespace hosts::console {
 namespace {
 
+using ornwhatsnew::DataColumn;
 using ornwhatsnew::DisplayOptions;
 
 constexpr std::size_t kMaximumWidth = 100'000;
@@ -26,10 +27,10 @@ constexpr const char* kExitStatusHelp = R"(Exit status:
    0  success
    1  unexpected error, for example out of memory
    2  the command line is not valid
-   3  the data file, the host description or standard input cannot be used
+   3  an input file or standard input cannot be used
    4  the state store cannot be read or written
    5  rate: the feature does not exist or cannot be rated
-   6  standard output cannot be written
+   6  the output cannot be written
    7  console: a command is unknown or failed
   10  status --exit-status: something is new
   11  status --exit-status: something can be rated
@@ -51,6 +52,26 @@ const OptionFlag kFilterFlags[] = {
      "Omit changes for versions that you never ran"},
     {"--headlines", ornwhatsnew::kFilterHeadlinesOnly,
      "Omit every change whose salience is not malformed"},
+};
+
+/// An option for a field of a new change. Its name is the short name of the column.
+struct ColumnOption {
+  const char* name;
+  DataColumn column;
+  const char* description;
+};
+
+const ColumnOption kColumnOptions[] = {
+    {"--app-version", DataColumn::kVersion, "The version that introduces the change"},
+    {"--grouping-id", DataColumn::kGroupingID, "The key of a feature or section"},
+    {"--jira-id", DataColumn::kStoryID, "The ID of a story, task or bug"},
+    {"--salience", DataColumn::kSalience, "A keyword, such as Unreviewed"},
+    {"--rating", DataColumn::kRatingRequest, "RequestRating, or a question"},
+    {"--first-version", DataColumn::kFirstVersion, "The first version that the change affects"},
+    {"--platform", DataColumn::kPlatform, "The only platform of the change, Mac or Win"},
+    {"--url", DataColumn::kURL, "A URL that begins with https://"},
+    {"--commit", DataColumn::kSHA, "The ID of the commit"},
+    {"--message", DataColumn::kDescription, "The text of the change"},
 };
 
 template <class Choice>
@@ -186,6 +207,9 @@ class CommandLine {
     AddStatus();
     AddRate();
     AddStateCommands();
+    AddImport();
+    AddAdd();
+    AddMessages();
     AddConsole();
     // Set the footer last. A subcommand that is added after the footer is set would inherit it.
     app_.footer(kExitStatusHelp);
@@ -256,6 +280,39 @@ class CommandLine {
     AddFormat(show, stateShow_.format);
     CLI::App& reset = AddCommand(*state, "reset", "Delete the stored state", stateReset_);
     AddState(reset, stateReset_.state);
+  }
+
+  void AddImport() {
+    CLI::App& command =
+        AddCommand(app_, "import", "Convert a spreadsheet's CSV file to a data file", import_);
+    command.add_option("TABLE", import_.table, "The CSV file of the spreadsheet")
+        ->required()
+        ->type_name("");
+    command
+        .add_option("-o,--output", import_.output,
+                    "The data file to write. Default: standard output")
+        ->type_name("FILE");
+    command
+        .add_option("--encoding", import_.encoding,
+                    "The encoding of the CSV file. Default: its byte order\n"
+                    "mark decides, then UTF-8 if valid, then Windows-1252")
+        ->type_name("NAME");
+  }
+
+  void AddAdd() {
+    CLI::App& command = AddCommand(app_, "add", "Add a change to a data file", add_);
+    command.add_option("DATA", add_.data, "The What's New data file")->required()->type_name("");
+    for (const ColumnOption& option : kColumnOptions) {
+      std::string& field = add_.fields[ornwhatsnew::ColumnIndex(option.column)];
+      command.add_option(option.name, field, option.description)->type_name("TEXT");
+    }
+    command.get_option("--grouping-id")->required();
+  }
+
+  void AddMessages() {
+    CLI::App& command = AddCommand(app_, "messages", "Print a template for translators", messages_);
+    command.add_option("DATA", messages_.data, "What's New data files")->required()->type_name("");
+    AddHost(command, messages_.host);
   }
 
   void AddConsole() {
@@ -359,6 +416,9 @@ class CommandLine {
   RateArguments rate_;
   StateShowArguments stateShow_;
   StateResetArguments stateReset_;
+  ImportArguments import_;
+  AddArguments add_;
+  MessagesArguments messages_;
   ConsoleArguments console_;
   const CLI::App* consoleCommand_ = nullptr;
 };

@@ -8,9 +8,11 @@
 #include <filesystem>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include <ornwhatsnew/utility/SharedTypes.h>
 
+#include "hosts/author/DataFileWriter.h"
 #include "hosts/console/ToolError.h"
 
 namespace hosts::console {
@@ -55,6 +57,22 @@ struct StateResetArguments {
   std::optional<std::filesystem::path> state;
 };
 
+struct ImportArguments {
+  std::filesystem::path table;
+  std::optional<std::filesystem::path> output;  ///< absent: standard output
+  std::optional<std::string> encoding;          ///< absent: detected
+};
+
+struct AddArguments {
+  std::filesystem::path data;
+  author::DataFields fields;
+};
+
+struct MessagesArguments {
+  std::vector<std::filesystem::path> data;
+  std::optional<std::filesystem::path> host;
+};
+
 struct ConsoleArguments {
   std::optional<std::filesystem::path> host;  ///< absent: the library's default services
   std::string line;                           ///< empty: read lines from standard input
@@ -73,6 +91,14 @@ ExitStatus Run(const RateArguments& arguments);
 ExitStatus Run(const StateShowArguments& arguments);
 /// Deletes the stored state.
 ExitStatus Run(const StateResetArguments& arguments);
+/// Converts a spreadsheet's table to a data file, and writes the data file. Reports the encoding,
+/// each replacement and each error to standard error.
+ExitStatus Run(const ImportArguments& arguments);
+/// Adds a change to the end of a data file.
+ExitStatus Run(const AddArguments& arguments);
+/// Prints a gettext template with the key texts of data files, of a feature table and of the
+/// library.
+ExitStatus Run(const MessagesArguments& arguments);
 /// Runs the console command in `arguments`. If there is none, runs each line of standard input as a
 /// console command. Returns `kCommand` if a command is unknown or fails.
 ExitStatus Run(const ConsoleArguments& arguments);

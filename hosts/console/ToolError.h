@@ -12,10 +12,10 @@ enum class ExitStatus : int {
   kDone = 0,
   kUnexpected = 1,        ///< unexpected error, for example out of memory
   kUsage = 2,             ///< the command line is not valid
-  kInput = 3,             ///< the data file, the host description or standard input cannot be used
+  kInput = 3,             ///< an input file or standard input cannot be used
   kState = 4,             ///< the state store cannot be read or written
   kUnknownKey = 5,        ///< the feature does not exist or cannot be rated
-  kOutput = 6,            ///< standard output cannot be written
+  kOutput = 6,            ///< the output cannot be written
   kCommand = 7,           ///< a console command is unknown or failed
   kSomethingNew = 10,     ///< `status --exit-status`: something is new
   kSomethingToRate = 11,  ///< `status --exit-status`: something can be rated

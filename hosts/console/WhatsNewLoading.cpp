@@ -8,17 +8,14 @@
 #include "hosts/console/ToolError.h"
 
 namespace hosts::console {
-namespace {
 
-ornwhatsnew::UTF8String ReadDataFile(const std::filesystem::path& file) {
+std::string ReadInputFile(const std::filesystem::path& file) {
   try {
     return common::ReadTextFile(file);
   } catch (const orncore::config::ResultError& error) {
     throw ToolError(ExitStatus::kInput, common::OpenErrorMessage(file, error));
   }
 }
-
-}  // namespace
 
 void InstallHostFile(const std::filesystem::path& file) {
   common::InstallHost(common::ReadHostDescription(file));
@@ -27,7 +24,7 @@ void InstallHostFile(const std::filesystem::path& file) {
 std::shared_ptr<ornwhatsnew::FeatureListData> LoadWhatsNew(const std::filesystem::path& file,
                                                            ornwhatsnew::StateGetter getter,
                                                            ornwhatsnew::StateSetter setter) {
-  return std::make_shared<ornwhatsnew::FeatureListData>(ReadDataFile(file), std::move(getter),
+  return std::make_shared<ornwhatsnew::FeatureListData>(ReadInputFile(file), std::move(getter),
                                                         std::move(setter));
 }
 

@@ -5,10 +5,14 @@
 #include <filesystem>
 #include <memory>
 #include <optional>
+#include <string>
 
 #include <ornwhatsnew/FeatureListData.h>
 
 namespace hosts::console {
+
+/// Returns the bytes of a regular file. Throws `ToolError` if the file cannot be read.
+std::string ReadInputFile(const std::filesystem::path& file);
 
 /// Reads the host description in `file` and configures the services of this process from it. Throws
 /// `common::JsonError` if the file cannot be read or is not a host description.

@@ -7,6 +7,7 @@
 #include <ornappsupport/feature/FeatureService.h>
 #include <orncore/string/Conversion.h>
 #include <ornwhatsnew/DataFileReader.h>
+#include <ornwhatsnew/PanelText.h>
 
 #include "ornwhatsnew/src/datafile/ChangePlacement.h"
 #include "ornwhatsnew/src/datafile/FieldCleaner.h"
@@ -97,13 +98,14 @@ void ListContent::AddBetaFeatures() {
   for (const auto& [name, key] : namesAndKeys) keysByName.push_back(key);
   MoveKeysToFront(orderedKeys, keysByName);
 
-  EnsureSectionExists(keywords::kMisc, u"$$$/ornwhatsnew/SectionKey/Miscellaneous=Miscellaneous",
-                      {});
-  EnsureSectionExists(keywords::kBugfix, u"$$$/ornwhatsnew/SectionKey/BugFixes=Bug fixes", {});
-  EnsureSectionExists(keywords::kInternal, u"$$$/ornwhatsnew/SectionKey/Internal=Internal notes",
-                      {});
-  EnsureSectionExists(keywords::kUnreviewedSection,
-                      u"$$$/ornwhatsnew/SectionKey/Unreviewed=Unreviewed", {});
+  constexpr std::pair<std::string_view, PanelText> kSections[] = {
+      {keywords::kMisc, PanelText::kMiscellaneous},
+      {keywords::kBugfix, PanelText::kBugFixes},
+      {keywords::kInternal, PanelText::kInternalNotes},
+      {keywords::kUnreviewedSection, PanelText::kUnreviewed}};
+  for (const auto& [key, title] : kSections) {
+    EnsureSectionExists(key, orncore::string::UTF8to16(KeyText(title)), {});
+  }
 }
 
 DataFileSummary ListContent::AddChanges(std::string_view dataText) {

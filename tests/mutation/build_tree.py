@@ -18,7 +18,7 @@ from pathlib import Path
 # Maps each shared library to its folders. The mutants are changes of the files in these folders.
 LIBRARIES = {
     "modules": ("orncore", "ornappsupport", "ornui", "ornwhatsnew"),
-    "hosts": ("hosts/common", "hosts/console"),
+    "hosts": ("hosts/common", "hosts/author", "hosts/console"),
 }
 PROGRAM_MAIN = "hosts/console/main.cpp"
 # These tests need separate programs, because they replace allocation functions or depend on the order
@@ -34,6 +34,7 @@ TEST_FOLDERS = {
     "ornwhatsnew_tests": "tests/ornwhatsnew",
     "fault_tests": "tests/faults",
     "hosts_common_tests": "tests/hosts/common",
+    "hosts_author_tests": "tests/hosts/author",
     "hosts_console_tests": "tests/hosts/console",
 }
 SUPPORT_FOLDERS = ("tests/support", "tests/conformance")
@@ -46,7 +47,7 @@ DEFINITIONS = {
     "ORNWHATSNEW_ISSUE_TRACKER": "https://issues.tarsa.example",
     "ORNWHATSNEW_PRIVACY_PAGE": "https://account.tarsa.example/privacy",
 }
-REQUIRED_LIBRARIES = ("murmurhash", "icuuc")
+REQUIRED_LIBRARIES = ("murmurhash", "icuuc", "csv", "boost_locale")
 # For a mutant of a header, at most this number of sources of the library and the hosts is recompiled.
 MOST_INCLUDERS = 12
 

@@ -18,6 +18,7 @@ PROGRAMS = {
     "ornwhatsnew": ("ornwhatsnew_tests", "scenarios", "allocation_tests", "early_list_tests",
                     "fault_tests", "hosts_common_tests", "hosts_console_tests"),
     "hosts/common": ("hosts_common_tests", "hosts_console_tests", "scenarios"),
+    "hosts/author": ("hosts_author_tests", "hosts_console_tests"),
     "hosts/console": ("hosts_console_tests", "scripts"),
 }
 # Maps each folder to the programs whose slow tests run for its mutants. Slow tests of other modules
@@ -28,6 +29,7 @@ SLOW_PROGRAMS = {
     "ornui": ("ornui_tests", "fault_tests"),
     "ornwhatsnew": ("ornwhatsnew_tests", "allocation_tests", "fault_tests"),
     "hosts/common": ("hosts_common_tests",),
+    "hosts/author": ("hosts_author_tests",),
     "hosts/console": ("hosts_console_tests",),
 }
 SLOW_SECONDS = 0.15

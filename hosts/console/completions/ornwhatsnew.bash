@@ -65,7 +65,12 @@ _ornwhatsnew_names() {
 # value.
 _ornwhatsnew_value() {
   [[ $2 == -* ]] || return 0
-  awk -v option="$2" '$1 == option && $2 ~ /^[A-Z]+$/ { print $2 }' <<<"$1"
+  awk -v option="$2" '
+    $2 ~ /^[A-Z]+$/ {
+      count = split($1, names, ",")
+      for (i = 1; i <= count; ++i) if (names[i] == option) print $2
+    }
+  ' <<<"$1"
 }
 
 # _ornwhatsnew_offer CURRENT WORD...

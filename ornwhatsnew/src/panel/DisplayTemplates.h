@@ -1,66 +1,44 @@
-// Defines the strings of the panel: templates that the host's dictionary can translate, and fixed
-// strings.
+// Defines the strings of the panel: the localised templates, and fixed strings.
 #ifndef ORNWHATSNEW_SRC_PANEL_DISPLAYTEMPLATES_H_
 #define ORNWHATSNEW_SRC_PANEL_DISPLAYTEMPLATES_H_
 
 #include <string_view>
 
 #include <orncore/config/Localizer.h>
+#include <ornwhatsnew/PanelText.h>
 #include <ornwhatsnew/utility/SharedTypes.h>
 
 namespace ornwhatsnew {
 
-/// Returns the text for the key text `keyText` in the user's language.
-inline UTF16String LocalizedText(std::string_view keyText) {
-  return orncore::config::Localizer::Get().ZString(keyText);
+/// Returns one of the library's own texts in the user's language.
+inline UTF16String LocalizedText(PanelText text) {
+  return orncore::config::Localizer::Get().ZString(KeyText(text));
 }
 
 /// The templates in the user's language. `@0` and `@1` are placeholders. The constructor queries
 /// the localiser once for each template, in the order of the members. Create one object for each
 /// display, because the language can change between displays.
 struct DisplayTemplates {
-  UTF16String unlockInternal =
-      LocalizedText("$$$/ornwhatsnew/Feature/Item/Unlock/TarsaOnly=TARSA ONLY");
-  UTF16String unlockOff = LocalizedText("$$$/ornwhatsnew/Feature/Item/Unlock/Off=OFF");
-  UTF16String unlockUnlocked =
-      LocalizedText("$$$/ornwhatsnew/Feature/Item/Unlock/Unlocked=UNLOCKED");
-  UTF16String unlockInDevelopment =
-      LocalizedText("$$$/ornwhatsnew/Feature/Item/Unlock/InDevelopment=IN DEVELOPMENT");
-  UTF16String tab = LocalizedText("$$$/ornwhatsnew/Feature/Detail/Plain/DisplayTemplate/Tab=\t");
-  UTF16String changeBullet =
-      LocalizedText("$$$/ornwhatsnew/Feature/Detail/Plain/DisplayTemplate=^B ");
-  UTF16String platform =
-      LocalizedText("$$$/ornwhatsnew/Feature/Detail/OS/displaytemplate=(@0 only) ");
-  UTF16String version =
-      LocalizedText("$$$/ornwhatsnew/Feature/Detail/VersionAdded/displaytemplate= (v@0)");
-  UTF16String versionRange =
-      LocalizedText("$$$/ornwhatsnew/Feature/Detail/VersionRange/displaytemplate= (v@0-v@1)");
-  UTF16String issueKey = LocalizedText("$$$/ornwhatsnew/Feature/Detail/JiraID/displaytemplate= @0");
-  UTF16String newline = LocalizedText("$$$/private/ornwhatsnew/Feature/Newline=#{endl}");
-  UTF16String viewMore = LocalizedText("$$$/ornwhatsnew/Feature/Item/ViewMore/ViewMore=View more");
-  UTF16String internalDash =
-      LocalizedText("$$$/ornwhatsnewui/WhatsNewView/SpaceWitDash= #{mdash} ");
-  UTF16String internalCode = LocalizedText("$$$/ornwhatsnewui/WhatsNewView/ParenthesizedCode=(@0)");
-  UTF16String sinceLastOpened = LocalizedText(
-      "$$$/ornwhatsnew/Feature/ChangesSince/LastOpened/DisplayTemplate=#{endl}\t"
-      "Changes since last opened in v@0#{endl}#{endl}");
-  UTF16String sinceRelease = LocalizedText(
-      "$$$/ornwhatsnew/Feature/ChangesSince/LastRelease/DisplayTemplate=#{endl}\t"
-      "Changes since v@0#{endl}#{endl}");
-  UTF16String nothingNew = LocalizedText(
-      "$$$/ornwhatsnew/feature/nonewchanges/displaytemplate="
-      "\tYou^}re all caught up.#{endl}#{endl}");
-  UTF16String optedOutPart1 = LocalizedText(
-      "$$$/ornwhatsnew/feature/optedOutOfAnalyticsPart1="
-      "\tYou (or your organization) have opted out of sharing information with Tarsa."
-      "#{endl}#{endl}\tIf you are using a personal account, you can rate features by "
-      "enabling ^[Desktop and app usage^] at #{comment}this is followed by a URL, and "
-      "then Part2; only shown when user has opted out of analytics, or non-Tarsa "
-      "enterprise account");
-  UTF16String optedOutPart2 = LocalizedText(
-      "$$$/ornwhatsnew/feature/optedOutOfAnalyticsPart2= and then quitting and relaunching.");
-  UTF16String nothingToRate =
-      LocalizedText("$$$/ornwhatsnew/feature/nonewratings=\tNo features need rating right now.");
+  UTF16String unlockInternal = LocalizedText(PanelText::kUnlockInternal);
+  UTF16String unlockOff = LocalizedText(PanelText::kUnlockOff);
+  UTF16String unlockUnlocked = LocalizedText(PanelText::kUnlockUnlocked);
+  UTF16String unlockInDevelopment = LocalizedText(PanelText::kUnlockInDevelopment);
+  UTF16String tab = LocalizedText(PanelText::kTab);
+  UTF16String changeBullet = LocalizedText(PanelText::kChangeBullet);
+  UTF16String platform = LocalizedText(PanelText::kPlatform);
+  UTF16String version = LocalizedText(PanelText::kVersion);
+  UTF16String versionRange = LocalizedText(PanelText::kVersionRange);
+  UTF16String issueKey = LocalizedText(PanelText::kIssueKey);
+  UTF16String newline = LocalizedText(PanelText::kNewline);
+  UTF16String viewMore = LocalizedText(PanelText::kViewMore);
+  UTF16String internalDash = LocalizedText(PanelText::kInternalDash);
+  UTF16String internalCode = LocalizedText(PanelText::kInternalCode);
+  UTF16String sinceLastOpened = LocalizedText(PanelText::kSinceLastOpened);
+  UTF16String sinceRelease = LocalizedText(PanelText::kSinceRelease);
+  UTF16String nothingNew = LocalizedText(PanelText::kNothingNew);
+  UTF16String optedOutPart1 = LocalizedText(PanelText::kOptedOutPart1);
+  UTF16String optedOutPart2 = LocalizedText(PanelText::kOptedOutPart2);
+  UTF16String nothingToRate = LocalizedText(PanelText::kNothingToRate);
 };
 
 // The templates below are not translated.

@@ -14,6 +14,7 @@
 
 #include "hosts/common/HostDescription.h"
 #include "hosts/common/JsonReader.h"
+#include "tests/hosts/common/CatalogBytes.h"
 #include "tests/support/FakeHost.h"
 #include "tests/support/Matchers.h"
 #include "tests/support/TemporaryFolder.h"
@@ -49,6 +50,7 @@ TEST(HostDescription, HasADefaultForEveryMember) {
   EXPECT_THAT(host.betaFeatures, IsEmpty());
   EXPECT_THAT(host.debug, IsEmpty());
   EXPECT_THAT(host.dictionary, IsEmpty());
+  EXPECT_THAT(host.dictionaryFiles, IsEmpty());
 }
 
 TEST(HostDescription, ReadsEveryMember) {
@@ -57,7 +59,7 @@ TEST(HostDescription, ReadsEveryMember) {
           "usageLogging":false,"internalFeaturesAllowed":true,
           "betaFeatures":[{"internalKey":"f","epicKey":"E","name":"N","description":"D",
                            "visibility":-2147483648,"enabled":true,"availableForUser":true}],
-          "debug":{"d":"1"},"dictionary":{"$$$/a":"A"}})",
+          "debug":{"d":"1"},"dictionary":{"$$$/a":"A"},"dictionaryFiles":["a.mo","b.mo"]})",
       "host.json");
   EXPECT_EQ(host.clientVersion, "26");
   EXPECT_EQ(host.buildNumber, "");
@@ -76,6 +78,7 @@ TEST(HostDescription, ReadsEveryMember) {
   EXPECT_TRUE(feature.availableForUser);
   EXPECT_THAT(host.debug, ElementsAre(Pair("d", "1")));
   EXPECT_THAT(host.dictionary, ElementsAre(Pair("$$$/a", "A")));
+  EXPECT_THAT(host.dictionaryFiles, ElementsAre("a.mo", "b.mo"));
 }
 
 TEST(HostDescription, HasADefaultForEveryFeatureMember) {
@@ -192,7 +195,7 @@ TEST(HostDescription, TheErrorForAnUnknownMemberListsAllMembers) {
   EXPECT_EQ(ErrorOf(R"({"x":1})"),
             R"(host.json: unknown member "x"; known members: "clientVersion", "buildNumber", )"
             R"("platform", "terminating", "usageLogging", "internalFeaturesAllowed", )"
-            R"("betaFeatures", "links", "debug", "dictionary", "$schema")");
+             R"("betaFeatures", "links", "debug", "dictionary", "dictionaryFiles", "$schema")");
 }
 
 TEST(HostDescription, AcceptsASchemaPathWithoutReadingTheFile) {
@@ -212,6 +215,40 @@ TEST(HostDescription, ReadsAFile) {
   } catch (const JsonError& error) {
     EXPECT_THAT(error.what(), StartsWith(bad.string() + ": /platform: expected a string"));
   }
+}
+
+TEST(HostDescription, AddsTheTranslationsOfItsDictionaryFiles) {
+  const test_support::TemporaryFolder folder;
+  folder.Write("texts/1.mo", CatalogBytes({Properties(),
+                                           {InContext("$$$/a", "x"), "first file"},
+                                           {InContext("$$$/b", "x"), "first file"}}));
+  folder.Write("2.mo", CatalogBytes({Properties(),
+                                     {InContext("$$$/b", "x"), "second file"},
+                                     {InContext("$$$/c", "x"), "second file"}}));
+  const std::filesystem::path file = folder.Write(
+      "host.json", R"({"dictionary":{"$$$/a":"description"},"dictionaryFiles":["texts/1.mo",")" +
+                       (folder.Path() / "2.mo").string() + R"("]})");
+  EXPECT_THAT(ReadHostDescription(file).dictionary,
+              ElementsAre(Pair("$$$/a", "description"), Pair("$$$/b", "first file"),
+                          Pair("$$$/c", "second file")));
+}
+
+TEST(HostDescription, ReportsADictionaryFileThatCannotBeUsed) {
+  const test_support::TemporaryFolder folder;
+  const std::filesystem::path file = folder.Write("host.json", R"({"dictionaryFiles":["de.mo"]})");
+  const std::string catalog = (folder.Path() / "de.mo").string();
+  const auto errorOf = [&file]() -> std::string {
+    try {
+      ReadHostDescription(file);
+    } catch (const JsonError& error) {
+      return error.what();
+    }
+    return "";
+  };
+  EXPECT_THAT(errorOf(), StartsWith("cannot open '" + catalog + "': No such file"));
+  folder.Write("de.mo", "msgid");
+  EXPECT_THAT(errorOf(),
+              StartsWith("the file '" + catalog + "' is not a compiled gettext catalog"));
 }
 
 TEST(HostDescription, ReportsAFileThatCannotBeRead) {

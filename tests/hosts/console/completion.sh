@@ -52,7 +52,7 @@ expect_all_of() {
 expect_all_of Subcommands ''
 expect_all_of Options --
 expect_all_of Subcommands state ''
-for command in show status rate 'state show' 'state reset' console; do
+for command in show status rate 'state show' 'state reset' import add messages console; do
   read -ra words <<<"$command"
   expect_all_of Options "${words[@]}" --
 done
@@ -69,6 +69,9 @@ expect 'json' status --format = j
 expect 'json text' status --format =
 expect 'always auto never' show --color ''
 expect '' show --width ''
+expect 'host.json what is new.csv' import -o ''
+expect 'what is new.csv' import --output w
+expect '' add --message ''
 expect 'ValidateWhatsNew help' console ''
 expect 'host.json' console ValidateWhatsNew h
 expect '' state show ''

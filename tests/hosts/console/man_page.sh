@@ -68,7 +68,7 @@ while read -r command; do
     "$(names_of_synopsis "$command")"
 done <<<"$all"
 compare OPTIONS "$options" \
-  "$(section OPTIONS | sed -En 's/ Ar / /; s/^\.It (Fl h , )?Fl (-.+)/-\2/p')"
+  "$(section OPTIONS | sed -En 's/^\.It (Fl [a-z] , )?Fl (-[a-z-]+).*/-\2/p')"
 
 statuses=$("$program" --help | sed -n '/^Exit status:/,$p' | sed -En 's/^ *([0-9]+) .*/\1/p')
 compare 'EXIT STATUS' "$statuses" "$(section 'EXIT STATUS' | sed -n 's/^\.It //p')"

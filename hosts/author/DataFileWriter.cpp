@@ -1,0 +1,129 @@
+#include "hosts/author/DataFileWriter.h"
+
+#include <algorithm>
+#include <cstddef>
+
+#include <orncore/string/Conversion.h>
+
+#include "hosts/author/CellText.h"
+#include "hosts/author/ColumnNames.h"
+#include "hosts/author/InputError.h"
+
+namespace hosts::author {
+namespace {
+
+using ornwhatsnew::ColumnIndex;
+using ornwhatsnew::DataColumn;
+using ornwhatsnew::DataFileReader;
+using ornwhatsnew::DataRow;
+using ornwhatsnew::DataRowKind;
+using ornwhatsnew::kDataColumnCount;
+
+constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
+
+bool HasFields(const DataRow& row, const DataFields& fields) {
+  return row.fieldCount == kDataColumnCount && std::ranges::equal(row.values, fields);
+}
+
+/// The rows of a data file, as the library reads them.
+struct RowCounts {
+  std::size_t rows = 0;
+  std::size_t headers = 0;
+};
+
+RowCounts CountRows(std::string_view dataFile) {
+  RowCounts counts;
+  DataFileReader reader(dataFile);
+  while (const DataRow* const row = reader.Next()) {
+    ++counts.rows;
+    if (row->kind == DataRowKind::kHeader) ++counts.headers;
+  }
+  return counts;
+}
+
+/// Throws `InputError` if a field cannot be in a data file, or if the row would be no change.
+void RequireChange(const DataFields& fields) {
+  for (std::size_t column = 0; column < fields.size(); ++column) {
+    if (const auto problem = ProblemWith(fields[column])) {
+      throw InputError(
+          0, "the value of " + QuotedHeader(static_cast<DataColumn>(column)) + " " + *problem);
+    }
+  }
+  const std::optional<DataRowKind> kind = KindOfRow(fields);
+  if (kind == DataRowKind::kChange) return;
+  if (kind == DataRowKind::kChangesSince) {
+    throw InputError(0, "the grouping ID '" + fields[ColumnIndex(DataColumn::kGroupingID)] +
+                            "' sets the version in the heading and adds no change; edit the "
+                            "existing row instead");
+  }
+  throw InputError(0,
+                   "the library skips a row without a grouping ID; name the key of a feature "
+                   "or a section");
+}
+
+/// Throws `InputError` if `dataFile` cannot be extended by a row.
+void RequireExtensible(std::string_view dataFile, const RowCounts& counts) {
+  if (!orncore::string::IsWellFormedUTF8(dataFile)) {
+    throw InputError(0, "the file is not valid UTF-8; convert it with 'ornwhatsnew import'");
+  }
+  if (counts.rows > 0 && counts.headers == 0) {
+    throw InputError(0,
+                     "the file has no header row with ten columns, so the library would use the "
+                     "new row as the header; add a header row as the first line");
+  }
+}
+
+/// Returns the line end of the first row. Returns a newline if there is none.
+std::string_view LineEndOf(std::string_view dataFile) {
+  const std::size_t newline = dataFile.find('\n');
+  const bool isAfterCR =
+      newline != std::string_view::npos && newline > 0 && dataFile[newline - 1] == '\r';
+  return isAfterCR ? "\r\n" : "\n";
+}
+
+}  // namespace
+
+std::string HeaderRow() {
+  DataFields headers;
+  std::ranges::transform(ornwhatsnew::kDataColumns, headers.begin(),
+                         [](const auto& column) { return std::string(column.header); });
+  return FormatRow(headers);
+}
+
+std::string FormatRow(const DataFields& fields) {
+  std::string row;
+  for (const std::string& field : fields) {
+    if (&field != &fields.front()) row += ',';
+    const bool needsQuotes = field.find(',') != std::string::npos;
+    row += needsQuotes ? '"' + field + '"' : field;
+  }
+  return row;
+}
+
+std::optional<DataRowKind> KindOfRow(const DataFields& fields) {
+  const std::string file = HeaderRow() + "\n" + FormatRow(fields);
+  DataFileReader reader(file);
+  reader.Next();
+  const DataRow* const row = reader.Next();
+  if (row == nullptr || !HasFields(*row, fields)) return std::nullopt;
+  const DataRowKind kind = row->kind;
+  if (reader.Next() != nullptr) return std::nullopt;
+  return kind;
+}
+
+std::string AppendChange(std::string_view dataFile, const DataFields& fields) {
+  RequireChange(fields);
+  std::string_view content = dataFile;
+  if (content.starts_with(kByteOrderMark)) content.remove_prefix(kByteOrderMark.size());
+  const RowCounts before = CountRows(content);
+  RequireExtensible(dataFile, before);
+  const std::string_view lineEnd = LineEndOf(dataFile);
+  std::string extended(dataFile);
+  if (content.empty()) extended += HeaderRow();
+  if (!extended.ends_with('\n')) extended += lineEnd;
+  extended += FormatRow(fields);
+  extended += lineEnd;
+  return extended;
+}
+
+}  // namespace hosts::author

@@ -1,0 +1,33 @@
+// Describes problems and changes in the files of authors, with their line.
+#ifndef HOSTS_AUTHOR_INPUTERROR_H_
+#define HOSTS_AUTHOR_INPUTERROR_H_
+
+#include <cstddef>
+#include <stdexcept>
+#include <string>
+
+namespace hosts::author {
+
+/// A message about one line of a file.
+struct Remark {
+  std::size_t line = 0;  ///< the first line of the file has the number 1
+  std::string message;   ///< UTF-8; can contain characters of the file
+};
+
+/// Thrown if a file cannot be used. The message contains the reason and what to do, but neither the
+/// name of the file nor the line.
+class InputError : public std::runtime_error {
+ public:
+  InputError(std::size_t line, const std::string& message)
+      : std::runtime_error(message), line_(line) {}
+
+  /// Returns the number of the line, or 0 if the error concerns the whole file.
+  std::size_t Line() const noexcept { return line_; }
+
+ private:
+  std::size_t line_;
+};
+
+}  // namespace hosts::author
+
+#endif  // HOSTS_AUTHOR_INPUTERROR_H_

@@ -1,0 +1,57 @@
+// Collects the key texts that translators translate, and writes them as a gettext template.
+#ifndef HOSTS_AUTHOR_MESSAGETEMPLATE_H_
+#define HOSTS_AUTHOR_MESSAGETEMPLATE_H_
+
+#include <cstddef>
+#include <map>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "hosts/common/HostDescription.h"
+
+namespace hosts::author {
+
+/// A gettext template. Each entry has the key of a key text as its context and the default text as
+/// its source text. The entries are in the order in which the functions add their keys. A key
+/// without a default text, or in `$$$/private/`, gets no entry.
+class MessageTemplate {
+ public:
+  /// Adds the key texts of the columns that the library localises. `name` is the name of the data
+  /// file, for references and warnings. `dataFile` can contain any bytes.
+  void AddDataFile(std::string_view name, std::string_view dataFile);
+
+  /// Adds the key texts of the feature table. `json` is the text of the host description, in which
+  /// the function searches for the lines of the keys.
+  void AddFeatureTable(std::string_view name, std::string_view json,
+                       const common::HostDescription& host);
+
+  /// Adds the library's own key texts.
+  void AddPanelTexts();
+
+  /// Returns the template in the format of a PO file, in UTF-8.
+  std::string Format() const;
+
+  /// Returns a warning for each key text that has no entry because of its content: a second default
+  /// text of a key, or one with a NUL.
+  const std::vector<std::string>& Warnings() const { return warnings_; }
+
+ private:
+  struct Entry {
+    std::string key;
+    std::string defaultText;
+    std::vector<std::string> comments;
+    std::vector<std::string> references;
+  };
+
+  void AddKeyText(const std::string& reference, std::string_view text);
+
+  std::vector<Entry> entries_;
+  /// The index in `entries_` of each key.
+  std::map<std::string, std::size_t, std::less<>> indexes_;
+  std::vector<std::string> warnings_;
+};
+
+}  // namespace hosts::author
+
+#endif  // HOSTS_AUTHOR_MESSAGETEMPLATE_H_

@@ -1,0 +1,140 @@
+#include "hosts/author/SpreadsheetImport.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <optional>
+#include <utility>
+
+#include <ornwhatsnew/DataColumn.h>
+#include <ornwhatsnew/DataFileReader.h>
+
+#include "hosts/author/CellText.h"
+#include "hosts/author/ColumnNames.h"
+#include "hosts/author/DataFileWriter.h"
+#include "hosts/common/TerminalText.h"
+
+namespace hosts::author {
+namespace {
+
+using ornwhatsnew::ColumnIndex;
+using ornwhatsnew::DataColumn;
+using ornwhatsnew::DataRowKind;
+
+/// The columns of a table in its order. A column without a name is `std::nullopt`.
+using TableColumns = std::vector<std::optional<DataColumn>>;
+
+bool HasValues(const SpreadsheetRow& row) {
+  return std::ranges::any_of(row, [](const SpreadsheetCell& cell) { return !cell.text.empty(); });
+}
+
+class Importer {
+ public:
+  ImportResult Import(const Spreadsheet& table) {
+    // A spreadsheet can have blank rows above its header, too.
+    const auto header = std::ranges::find_if(table.rows, HasValues);
+    if (header == table.rows.end()) {
+      AddError(1, "the table is empty; its first row must name the columns");
+      return result_;
+    }
+    ReadHeader(*header);
+    if (!result_.errors.empty()) return result_;
+    result_.dataFile = HeaderRow() + "\n";
+    for (auto row = std::next(header); row != table.rows.end(); ++row) {
+      if (HasValues(*row)) ImportRow(*row);
+    }
+    return result_;
+  }
+
+ private:
+  void AddError(std::size_t line, const std::string& message) {
+    result_.errors.push_back({line, message});
+  }
+
+  void ReadHeader(const SpreadsheetRow& header) {
+    for (const SpreadsheetCell& cell : header) {
+      const std::optional<DataColumn> column = FindColumn(cell.text);
+      if (!column && !cell.text.empty()) {
+        AddError(cell.line, "the column '" + common::WithoutMiddle(cell.text) +
+                                "' is unknown; remove it, or give it one of the column names of "
+                                "ornwhatsnew(5)");
+      } else if (column && HasColumn(*column)) {
+        AddError(cell.line, "there are two columns " + QuotedHeader(*column) + "; remove one");
+      }
+      columns_.push_back(column);
+    }
+    for (const DataColumn required : {DataColumn::kGroupingID, DataColumn::kDescription}) {
+      if (HasColumn(required)) continue;
+      AddError(header.front().line, "the first row names no column " + QuotedHeader(required) +
+                                        "; add a row with the column names above the changes");
+    }
+  }
+
+  bool HasColumn(DataColumn column) const {
+    return std::ranges::find(columns_, column) != columns_.end();
+  }
+
+  void ImportRow(const SpreadsheetRow& row) {
+    const std::size_t errorCount = result_.errors.size();
+    DataFields fields;
+    for (std::size_t i = 0; i < row.size(); ++i) {
+      const std::optional<DataColumn> column = i < columns_.size() ? columns_[i] : std::nullopt;
+      if (column) {
+        fields[ColumnIndex(*column)] = ImportCell(*column, row[i]);
+      } else if (!row[i].text.empty()) {
+        AddError(row[i].line, "the value '" + common::WithoutMiddle(row[i].text) +
+                                  "' is in column " + std::to_string(i + 1) +
+                                  ", which has no name in the first row; name the column or "
+                                  "remove the value");
+      }
+    }
+    if (result_.errors.size() > errorCount) return;
+    CheckRow(row.front().line, fields);
+    result_.dataFile += FormatRow(fields) + "\n";
+  }
+
+  std::string ImportCell(DataColumn column, const SpreadsheetCell& cell) {
+    std::string value = cell.text;
+    if (IsTextColumn(column)) {
+      ConvertedText converted = ConvertText(cell.text);
+      const std::string replacements = DescribeReplacements(converted);
+      if (!replacements.empty()) {
+        result_.changes.push_back(
+            {cell.line, "in the column " + QuotedHeader(column) + ", replaced " + replacements});
+      }
+      value = std::move(converted.text);
+    }
+    if (const auto problem = ProblemWith(value)) {
+      AddError(cell.line, "the value in the column " + QuotedHeader(column) + " " + *problem);
+    }
+    return value;
+  }
+
+  /// Adds an error if the library would not use all fields of the row.
+  void CheckRow(std::size_t line, const DataFields& fields) {
+    const std::optional<DataRowKind> kind = KindOfRow(fields);
+    if (kind == DataRowKind::kChange) return;
+    if (kind != DataRowKind::kChangesSince) {
+      AddError(line, "the row has no value in the column " + QuotedHeader(DataColumn::kGroupingID) +
+                         ", so the library would skip it; add the key of a feature or section");
+      return;
+    }
+    for (std::size_t i = 0; i < fields.size(); ++i) {
+      const auto column = static_cast<DataColumn>(i);
+      const bool isUsed = column == DataColumn::kVersion || column == DataColumn::kGroupingID;
+      if (isUsed || fields[i].empty()) continue;
+      AddError(line, "the library ignores the value in the column " + QuotedHeader(column) +
+                         " of a Changes-Since row; remove it");
+    }
+  }
+
+  TableColumns columns_;
+  ImportResult result_;
+};
+
+}  // namespace
+
+ImportResult ImportSpreadsheet(const Spreadsheet& table) {
+  return Importer().Import(table);
+}
+
+}  // namespace hosts::author

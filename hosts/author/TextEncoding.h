@@ -1,0 +1,26 @@
+// Decodes text files whose encoding is not known.
+#ifndef HOSTS_AUTHOR_TEXTENCODING_H_
+#define HOSTS_AUTHOR_TEXTENCODING_H_
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace hosts::author {
+
+/// The text of a file in UTF-8, and the encoding of the file.
+struct DecodedText {
+  std::string text;      ///< well-formed UTF-8, without the byte order mark of the file
+  std::string encoding;  ///< the name of the encoding, for example "UTF-8"
+  std::string reason;    ///< why this encoding was used, for messages
+};
+
+/// Decodes the bytes of a file. If `encoding` is given, the file has this encoding, whatever its
+/// bytes are. Otherwise, a byte order mark decides. A file without one is UTF-8 if all of its bytes
+/// are valid UTF-8, and Windows-1252 if not. Throws `InputError` if ICU does not know the encoding,
+/// if the bytes are not valid in it, or if the text contains NUL.
+DecodedText DecodeText(std::string_view bytes, const std::optional<std::string>& encoding);
+
+}  // namespace hosts::author
+
+#endif  // HOSTS_AUTHOR_TEXTENCODING_H_

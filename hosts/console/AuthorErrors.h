@@ -1,0 +1,29 @@
+// Reports problems in the files of authors.
+#ifndef HOSTS_CONSOLE_AUTHORERRORS_H_
+#define HOSTS_CONSOLE_AUTHORERRORS_H_
+
+#include <cstddef>
+#include <filesystem>
+#include <string>
+#include <string_view>
+
+#include "hosts/author/InputError.h"
+#include "hosts/console/ToolError.h"
+
+namespace hosts::console {
+
+/// Returns a message about a line of a file: "FILE:LINE: MESSAGE". Omits the line if it is 0.
+inline std::string MessageAt(const std::filesystem::path& file, std::size_t line,
+                             std::string_view message) {
+  return file.native() + ":" + (line == 0 ? "" : std::to_string(line) + ":") + " " +
+         std::string(message);
+}
+
+/// Returns the exception that ends the program because `file` cannot be used.
+inline ToolError ToToolError(const std::filesystem::path& file, const author::InputError& error) {
+  return ToolError(ExitStatus::kInput, MessageAt(file, error.Line(), error.what()));
+}
+
+}  // namespace hosts::console
+
+#endif  // HOSTS_CONSOLE_AUTHORERRORS_H_

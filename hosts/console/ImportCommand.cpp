@@ -1,0 +1,75 @@
+#include <string>
+#include <string_view>
+#include <system_error>
+#include <utility>
+#include <vector>
+
+#include "hosts/author/FileRewrite.h"
+#include "hosts/author/InputError.h"
+#include "hosts/author/SpreadsheetImport.h"
+#include "hosts/author/SpreadsheetReader.h"
+#include "hosts/author/TextEncoding.h"
+#include "hosts/console/AuthorErrors.h"
+#include "hosts/console/Commands.h"
+#include "hosts/console/StandardStreams.h"
+#include "hosts/console/WhatsNewLoading.h"
+
+namespace hosts::console {
+namespace {
+
+std::string SeparatorName(char separator) {
+  switch (separator) {
+    case ',':
+      return "commas";
+    case ';':
+      return "semicolons";
+    case '\t':
+      return "tabs";
+    default:
+      return std::string("'") + separator + "'";
+  }
+}
+
+void Report(const std::filesystem::path& file, const std::vector<author::Remark>& remarks) {
+  for (const author::Remark& remark : remarks) {
+    ReportError(MessageAt(file, remark.line, remark.message));
+  }
+}
+
+/// Returns the data file. Throws `ToolError` if the table has an error.
+std::string Import(const ImportArguments& arguments) {
+  const author::DecodedText decoded =
+      author::DecodeText(ReadInputFile(arguments.table), arguments.encoding);
+  ReportError(MessageAt(arguments.table, 0, "read as " + decoded.encoding + ", " + decoded.reason));
+  const author::Spreadsheet table = author::ReadSpreadsheet(decoded.text);
+  author::ImportResult result = author::ImportSpreadsheet(table);
+  Report(arguments.table, result.changes);
+  Report(arguments.table, result.errors);
+  if (result.errors.empty()) return std::move(result.dataFile);
+  const std::size_t count = result.errors.size();
+  throw ToolError(ExitStatus::kInput,
+                  MessageAt(arguments.table, 0,
+                            "found " + std::to_string(count) + (count == 1 ? " error" : " errors") +
+                                " in the table, whose columns are separated by " +
+                                SeparatorName(table.separator) + "; nothing was written"));
+}
+
+}  // namespace
+
+ExitStatus Run(const ImportArguments& arguments) {
+  try {
+    const std::string dataFile = Import(arguments);
+    if (arguments.output) {
+      author::WriteWholeFile(*arguments.output, dataFile);
+    } else {
+      WriteOutput(dataFile);
+    }
+  } catch (const author::InputError& error) {
+    throw ToToolError(arguments.table, error);
+  } catch (const std::system_error& error) {
+    throw ToolError(ExitStatus::kOutput, error.what());
+  }
+  return ExitStatus::kDone;
+}
+
+}  // namespace hosts::console

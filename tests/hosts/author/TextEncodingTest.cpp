@@ -1,0 +1,84 @@
+#include "hosts/author/TextEncoding.h"
+
+#include <string>
+#include <string_view>
+
+#include <gtest/gtest.h>
+
+#include "hosts/author/InputError.h"
+
+namespace hosts::author {
+namespace {
+
+using std::string_view_literals::operator""sv;
+
+TEST(TextEncoding, DetectsTheEncoding) {
+  const struct {
+    std::string_view bytes;
+    std::string_view encoding;
+    std::string_view text;
+  } cases[] = {
+      {"", "UTF-8", ""},
+      {"plain", "UTF-8", "plain"},
+      {"M\xC3\xBC", "UTF-8", "Mü"},
+      {"\xEF\xBB\xBFM\xC3\xBC", "UTF-8", "Mü"},
+      {"M\xFC\x80\x94", "Windows-1252", "Mü€”"},
+      {"\xFF\xFEM\0\xFC\0"sv, "UTF-16LE", "Mü"},
+      {"\xFE\xFF\0M\0\xFC"sv, "UTF-16BE", "Mü"},
+      {"\xFF\xFE\0\0M\0\0\0"sv, "UTF-32LE", "M"},
+      {"\0\0\xFE\xFF\0\0\0M"sv, "UTF-32BE", "M"},
+      {"\xFF\xFE"sv, "UTF-16LE", ""},
+  };
+  for (const auto& testCase : cases) {
+    const DecodedText decoded = DecodeText(testCase.bytes, std::nullopt);
+    EXPECT_EQ(testCase.encoding, decoded.encoding) << testCase.text;
+    EXPECT_EQ(testCase.text, decoded.text);
+  }
+}
+
+TEST(TextEncoding, UsesTheNamedEncoding) {
+  EXPECT_EQ("Mü", DecodeText("M\xFC", "ISO-8859-1").text);
+  EXPECT_EQ("MÃ¼", DecodeText("M\xC3\xBC", "windows-1252").text);
+  EXPECT_EQ("ü", DecodeText("\x81", "IBM850").text);
+  EXPECT_EQ("as --encoding requires", DecodeText("", "UTF-8").reason);
+  // A named encoding does not keep the byte order mark either.
+  EXPECT_EQ("M", DecodeText("\xFF\xFEM\0"sv, "UTF-16LE").text);
+  EXPECT_EQ("M", DecodeText("\xFE\xFF\0M"sv, "UTF-16").text);
+}
+
+TEST(TextEncoding, KeepsTextOverSeveralBuffers) {
+  std::string expected;
+  for (int i = 0; i < 5000; ++i) expected += "ü€\U0001F600";
+  EXPECT_EQ(expected, DecodeText("\xEF\xBB\xBF" + expected, std::nullopt).text);
+}
+
+TEST(TextEncoding, ReportsTheLineOfInvalidBytes) {
+  const struct {
+    std::string_view bytes;
+    std::string_view encoding;
+    std::size_t line;
+    std::string_view part;
+  } cases[] = {
+      {"a\nb\r\nc\rd\xFF", "UTF-8", 4, "FF are not valid UTF-8"},
+      {"\xC3", "UTF-8", 1, "C3"},
+      {"\x3D\xD8M\0"sv, "UTF-16LE", 1, "UTF-16LE"},
+      {"\0"sv, "UTF-16LE", 1, "UTF-16LE"},
+      {"a\0\n\0"sv, "UTF-8", 1, "NUL"},
+      {"\na\0"sv, "UTF-8", 2, "UTF-16LE"},
+      {"a", "no-such-encoding", 0, "unknown"},
+      {"a", "", 0, "unknown"},
+  };
+  for (const auto& testCase : cases) {
+    try {
+      DecodeText(testCase.bytes, std::string(testCase.encoding));
+      ADD_FAILURE() << testCase.encoding;
+    } catch (const InputError& error) {
+      EXPECT_EQ(testCase.line, error.Line());
+      EXPECT_NE(std::string::npos, std::string_view(error.what()).find(testCase.part))
+          << error.what();
+    }
+  }
+}
+
+}  // namespace
+}  // namespace hosts::author

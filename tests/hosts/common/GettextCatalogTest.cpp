@@ -1,0 +1,96 @@
+#include "hosts/common/GettextCatalog.h"
+
+#include <string>
+#include <string_view>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "tests/hosts/common/CatalogBytes.h"
+
+namespace hosts::common {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+using ::testing::IsEmpty;
+using ::testing::Pair;
+
+std::string ErrorOf(std::string_view bytes) {
+  try {
+    ParseGettextCatalog(bytes);
+  } catch (const CatalogError& error) {
+    return error.what();
+  }
+  return "";
+}
+
+TEST(GettextCatalog, ReturnsTheTranslationsByContext) {
+  const CatalogEntries entries = {Properties(),
+                                  {InContext("$$$/a", "One"), "Eins"},
+                                  {InContext("$$$/b", "Two\n"), "Zwölf\n"},
+                                  {"without a context", "is ignored"}};
+  for (const bool isBigEndian : {false, true}) {
+    EXPECT_THAT(ParseGettextCatalog(CatalogBytes(entries, isBigEndian)),
+                ElementsAre(Pair("$$$/a", "Eins"), Pair("$$$/b", "Zwölf\n")));
+  }
+  EXPECT_THAT(ParseGettextCatalog(CatalogBytes({Properties()})), IsEmpty());
+}
+
+TEST(GettextCatalog, RefusesOtherCharacterSetsThanUTF8) {
+  const CatalogEntries::value_type entry = {InContext("$$$/a", "x"), "gr\xFC\xDF"};
+  EXPECT_THAT(ErrorOf(CatalogBytes({Properties("ISO-8859-1"), entry})), HasSubstr("msgconv"));
+  EXPECT_THAT(ErrorOf(CatalogBytes({Properties("UTF-8"), entry})), HasSubstr("msgconv"));
+  EXPECT_THAT(ErrorOf(CatalogBytes({{"", "no character set"}})), HasSubstr("msgconv"));
+  EXPECT_EQ("", ErrorOf(CatalogBytes({Properties("utf-8")})));
+}
+
+TEST(GettextCatalog, AcceptsAKeyTwiceWithTheSameTranslation) {
+  CatalogEntries entries = {
+      Properties(), {InContext("$$$/a", "One"), "Eins"}, {InContext("$$$/a", "Two"), "Eins"}};
+  EXPECT_THAT(ParseGettextCatalog(CatalogBytes(entries)), ElementsAre(Pair("$$$/a", "Eins")));
+  entries[2].second = "Zwei";
+  EXPECT_THAT(ErrorOf(CatalogBytes(entries)), HasSubstr("two translations of the key '$$$/a'"));
+}
+
+TEST(GettextCatalog, IgnoresTheHashTable) {
+  std::string bytes = CatalogBytes({Properties(), {InContext("$$$/a", "One"), "Eins"}});
+  // A hash table of two slots would make the search divide by zero.
+  bytes[20] = 2;
+  EXPECT_THAT(ParseGettextCatalog(bytes), ElementsAre(Pair("$$$/a", "Eins")));
+}
+
+TEST(GettextCatalog, RefusesFilesThatAreNoCatalog) {
+  const std::string good = CatalogBytes({Properties(), {InContext("$$$/a", "One"), "Eins"}});
+  EXPECT_THAT(ErrorOf(""), HasSubstr("too short"));
+  EXPECT_THAT(ErrorOf(good.substr(0, 27)), HasSubstr("too short"));
+  EXPECT_THAT(ErrorOf("msgid \"\" and more than 28 bytes"), HasSubstr("does not begin"));
+  EXPECT_THAT(ErrorOf(CatalogBytes({})), HasSubstr("no entry with its properties"));
+  EXPECT_THAT(ErrorOf(CatalogBytes({{"a", "b"}})), HasSubstr("no entry with its properties"));
+  const std::string longText(2049, '(');
+  EXPECT_THAT(ErrorOf(CatalogBytes({{"", longText}})), HasSubstr("more than 2048 bytes"));
+}
+
+TEST(GettextCatalog, RefusesStringsThatOverlap) {
+  const std::string longText(200, 'x');
+  std::string bytes = CatalogBytes({Properties(), {"a", longText}, {"b", ""}, {"c", ""}});
+  // Let all translations refer to the long one. The table of translations begins at offset 60.
+  bytes.replace(76, 16, bytes.substr(68, 8) + bytes.substr(68, 8));
+  EXPECT_THAT(ErrorOf(bytes), HasSubstr("overlap"));
+}
+
+TEST(GettextCatalog, RefusesEveryDamagedNumberAndEveryPrefix) {
+  const std::string good = CatalogBytes({Properties(), {InContext("$$$/a", "One"), "Eins"}});
+  for (std::size_t size = 0; size < good.size(); ++size) {
+    EXPECT_NE("", ErrorOf(good.substr(0, size))) << size;
+  }
+  // The numbers are the count, the offsets of both tables, and the lengths and offsets in them.
+  for (const std::size_t offset : {8U, 12U, 16U, 28U, 32U, 36U, 40U, 44U, 48U, 52U, 56U}) {
+    std::string bad = good;
+    bad[offset + 3] = '\x7F';
+    EXPECT_NE("", ErrorOf(bad)) << offset;
+  }
+}
+
+}  // namespace
+}  // namespace hosts::common

@@ -1,0 +1,117 @@
+// Tests the commands for authors of data files: `import` and `add`.
+#include <cstddef>
+#include <filesystem>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "hosts/author/DataFileWriter.h"
+#include "hosts/common/TextFile.h"
+#include "hosts/console/ToolError.h"
+#include "tests/hosts/console/ProgramFixture.h"
+
+namespace hosts::console {
+namespace {
+
+using ::testing::HasSubstr;
+
+constexpr int kInput = static_cast<int>(ExitStatus::kInput);
+constexpr int kOutput = static_cast<int>(ExitStatus::kOutput);
+
+class AuthorCommands : public ProgramTest {
+ protected:
+  std::string PathOf(const std::string& name) const { return folder_.Path() / name; }
+  std::string ReadFile(const std::string& name) const { return common::ReadTextFile(PathOf(name)); }
+};
+
+TEST_F(AuthorCommands, ImportWritesADataFile) {
+  folder_.Write("table.csv", "Grouping ID;Message\r\nMISC;\"5\"\" gr\xFC\xDF\"\r\n");
+  const std::string expected = author::HeaderRow() + "\n,MISC,,,,,,,,5″ grüß\n";
+
+  const auto result = Run({"import", PathOf("table.csv")});
+  EXPECT_EQ(0, result.exitStatus);
+  EXPECT_EQ(expected, result.output);
+  EXPECT_THAT(result.errors, HasSubstr("table.csv: read as Windows-1252, "));
+  EXPECT_THAT(result.errors, HasSubstr("table.csv:2: in the column 'Public/Internal message'"));
+
+  EXPECT_EQ("", Run({"import", PathOf("table.csv"), "-o", PathOf("data.csv")}).output);
+  EXPECT_EQ(expected, ReadFile("data.csv"));
+}
+
+TEST_F(AuthorCommands, ImportUsesTheNamedEncoding) {
+  folder_.Write("table.csv", "Grouping ID,Message\nMISC,\x81\n");
+  const auto result = Run({"import", "--encoding=IBM850", PathOf("table.csv")});
+  EXPECT_THAT(result.output, HasSubstr(",MISC,,,,,,,,ü\n"));
+  EXPECT_THAT(result.errors, HasSubstr("read as IBM850, as --encoding requires"));
+}
+
+TEST_F(AuthorCommands, ImportWritesNothingIfTheTableHasAnError) {
+  folder_.Write("data.csv", "old");
+  folder_.Write("table.csv", "Grouping ID;Message;Owner\n;a;b\n");
+  const auto result = Run({"import", PathOf("table.csv"), "--output", PathOf("data.csv")});
+  EXPECT_EQ(kInput, result.exitStatus);
+  EXPECT_THAT(result.errors, HasSubstr("table.csv:1: the column 'Owner' is unknown"));
+  EXPECT_THAT(result.errors, HasSubstr("separated by semicolons; nothing was written"));
+  EXPECT_EQ("old", ReadFile("data.csv"));
+}
+
+TEST_F(AuthorCommands, ImportReportsFilesThatItCannotUse) {
+  folder_.Write("table.csv", "Grouping ID,Message\nMISC,\"open\n");
+  auto result = Run({"import", PathOf("table.csv")});
+  EXPECT_EQ(kInput, result.exitStatus);
+  EXPECT_THAT(result.errors, HasSubstr("table.csv:2: a double quote is missing or misplaced"));
+  EXPECT_EQ(kInput, Run({"import", PathOf("missing.csv")}).exitStatus);
+  folder_.Write("table.csv", "Grouping ID,Message\n");
+  result = Run({"import", PathOf("table.csv"), "-o", PathOf("missing/data.csv")});
+  EXPECT_EQ(kOutput, result.exitStatus);
+  EXPECT_THAT(result.errors, HasSubstr("missing': No such file or directory"));
+}
+
+TEST_F(AuthorCommands, AddAppendsAChangeThatShowPrints) {
+  const std::string before = common::ReadTextFile(DataFile());
+  EXPECT_EQ("", OutputOf({"add", "{data}", "--app-version", "25.1", "--grouping-id", "MISC",
+                          "--jira-id=ORN-1", "--salience=Detail", "--rating", "Why, though?",
+                          "--first-version=24.0", "--platform=Mac", "--url=https://a.example",
+                          "--commit=ab12", "--message", "- faster, on \u201Call\u201D machines"}));
+  EXPECT_EQ(
+      before +
+          "25.1,MISC,ORN-1,Detail,\"Why, though?\",24.0,Mac,https://a.example,ab12,\"- faster, "
+          "on \u201Call\u201D machines\"\n",
+      common::ReadTextFile(DataFile()));
+  EXPECT_THAT(OutputOf({"show", "{host}", "{data}"}),
+              HasSubstr("(macOS only) - faster, on “all” machines (v24.0-v25.1)"));
+}
+
+TEST_F(AuthorCommands, AddLosesNoChangeOfAnotherProgram) {
+  constexpr std::size_t kPrograms = 6;
+  const std::string before = common::ReadTextFile(DataFile());
+  const auto call = Call({"add", "{data}", "--grouping-id", "MISC", "--message", "new"});
+  std::vector<std::unique_ptr<test_support::ChildProcess>> programs;
+  for (std::size_t i = 0; i < kPrograms; ++i) {
+    programs.push_back(std::make_unique<test_support::ChildProcess>(ProgramFile(), call));
+  }
+  std::string expected = before;
+  for (const auto& program : programs) {
+    const auto result = program->Wait();
+    EXPECT_EQ(0, result.exitStatus) << result.errors;
+    expected += ",MISC,,,,,,,,new\n";
+  }
+  EXPECT_EQ(expected, common::ReadTextFile(DataFile()));
+}
+
+TEST_F(AuthorCommands, AddRefusesWhatADataFileCannotContain) {
+  const std::string before = common::ReadTextFile(DataFile());
+  const auto result = Run({"add", "{data}", "--grouping-id", "MISC", "--message", "5\" screens"});
+  EXPECT_EQ(kInput, result.exitStatus);
+  EXPECT_THAT(result.errors, HasSubstr("the value of 'Public/Internal message' contains a double"));
+  EXPECT_EQ(kInput, Run({"add", "{data}", "--grouping-id", ""}).exitStatus);
+  EXPECT_EQ(before, common::ReadTextFile(DataFile()));
+  EXPECT_EQ(kInput, Run({"add", PathOf("missing.csv"), "--grouping-id", "MISC"}).exitStatus);
+  EXPECT_FALSE(std::filesystem::exists(PathOf("missing.csv")));
+}
+
+}  // namespace
+}  // namespace hosts::console
