@@ -22,6 +22,7 @@
 #include <string_view>
 #include <vector>
 
+#include <orncore/string/SafeText.h>
 #include <ornwhatsnew/SafeLink.h>
 #include <unicode/brkiter.h>
 #include <unicode/uchar.h>
@@ -29,7 +30,6 @@
 #include "fuzz/Input.h"
 #include "fuzz/Property.h"
 #include "fuzz/TerminalScan.h"
-#include "hosts/common/TerminalText.h"
 #include "hosts/console/DisplayWidth.h"
 #include "hosts/console/LinkTarget.h"
 #include "hosts/console/TerminalPanel.h"
@@ -38,11 +38,11 @@
 namespace fuzz {
 namespace {
 
-using hosts::common::EscapeInvisible;
-using hosts::common::SafeForTerminal;
 using hosts::common::StyledSegment;
 using hosts::console::PrintedLinkTarget;
 using hosts::console::TerminalLook;
+using orncore::string::EscapeInvisible;
+using orncore::string::SafeForTerminal;
 using ornwhatsnew::StyleID;
 using test_support::PlainUTF16to8;
 using test_support::PlainUTF8to16;

@@ -4,8 +4,7 @@
 #include <string_view>
 
 #include <orncore/string/Conversion.h>
-
-#include "hosts/common/TerminalText.h"
+#include <orncore/string/SafeText.h>
 
 namespace hosts::console {
 namespace {
@@ -65,7 +64,7 @@ std::string ShellWord(const std::string& word) {
       "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789_-./:,+@%";
   const bool isPlain = !word.empty() && word.find_first_not_of(kPlain) == std::string::npos;
   if (isPlain) return word;
-  if (common::EscapeInvisible(word) != word) return QuoteWithEscapes(word);
+  if (orncore::string::EscapeInvisible(word) != word) return QuoteWithEscapes(word);
   std::string quoted = "'";
   for (const char character : word) {
     if (character == '\'') {

@@ -10,7 +10,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include "hosts/common/TerminalText.h"
+#include <orncore/string/SafeText.h>
 
 namespace hosts::console {
 namespace {
@@ -100,7 +100,7 @@ bool ShouldRepeat(int error, int descriptor, short events) {
 }
 
 void ReportError(std::string_view message) {
-  const std::string line = "ornwhatsnew: " + common::EscapeInvisible(message) + "\n";
+  const std::string line = "ornwhatsnew: " + orncore::string::EscapeInvisible(message) + "\n";
   static_cast<void>(WriteAll(STDERR_FILENO, line));
 }
 

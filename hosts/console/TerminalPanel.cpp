@@ -6,9 +6,9 @@
 #include <vector>
 
 #include <orncore/string/Conversion.h>
+#include <orncore/string/SafeText.h>
 #include <ornwhatsnew/SafeLink.h>
 
-#include "hosts/common/TerminalText.h"
 #include "hosts/console/DisplayWidth.h"
 #include "hosts/console/LinkTarget.h"
 #include "hosts/console/ParagraphWrapper.h"
@@ -17,8 +17,8 @@
 namespace hosts::console {
 namespace {
 
-using common::SafeForTerminal;
 using common::StyledSegment;
+using orncore::string::SafeForTerminal;
 
 constexpr std::u16string_view kGap = u"   ";
 constexpr std::u16string_view kBadgePadding = u"\u00A0";

@@ -3,10 +3,9 @@
 #include <string>
 
 #include <gtest/gtest.h>
+#include <orncore/string/SafeText.h>
 
-#include "hosts/common/TerminalText.h"
-
-namespace hosts::common {
+namespace orncore::string {
 namespace {
 
 struct SafeCase {
@@ -14,14 +13,14 @@ struct SafeCase {
   std::u16string safe;
 };
 
-class TerminalText : public testing::TestWithParam<SafeCase> {};
+class SafeText : public testing::TestWithParam<SafeCase> {};
 
-TEST_P(TerminalText, ReplacesOrRemovesUnsafeCharacters) {
+TEST_P(SafeText, ReplacesOrRemovesUnsafeCharacters) {
   EXPECT_EQ(GetParam().safe, SafeForTerminal(GetParam().text));
 }
 
 INSTANTIATE_TEST_SUITE_P(
-    PlainText, TerminalText,
+    PlainText, SafeText,
     testing::Values(SafeCase{u"", u""}, SafeCase{u"plain ~ text", u"plain ~ text"},
                     SafeCase{u"a\n\tb", u"a\n\tb"},
                     SafeCase{u"\u00A0\u00E9\u6C34", u"\u00A0\u00E9\u6C34"},
@@ -29,7 +28,7 @@ INSTANTIATE_TEST_SUITE_P(
                     SafeCase{u"\u05E9\u05DC\u05D5\u05DD", u"\u05E9\u05DC\u05D5\u05DD"}));
 
 INSTANTIATE_TEST_SUITE_P(
-    Controls, TerminalText,
+    Controls, SafeText,
     testing::Values(SafeCase{u"\x1B[31mred", u"\u241B[31mred"},
                     SafeCase{u"\x1B]0;title\x07", u"\u241B]0;title\u2407"},
                     SafeCase{u"a\rb\bc\x7F", u"a\u240Db\u2408c\u2421"},
@@ -39,7 +38,7 @@ INSTANTIATE_TEST_SUITE_P(
                     SafeCase{u"a\u2028b\u2029c", u"a b c"}));
 
 INSTANTIATE_TEST_SUITE_P(
-    Invisible, TerminalText,
+    Invisible, SafeText,
     testing::Values(SafeCase{u"\uFEFF\uFEFF\tdescription", u"\tdescription"},
                     // This text contains direction overrides, isolates and marks.
                     SafeCase{u"a\u202Eb\u202Cc\u2066d\u2069e\u200Ef\u200Fg\u061Ch", u"abcdefgh"},
@@ -49,7 +48,7 @@ INSTANTIATE_TEST_SUITE_P(
                     SafeCase{u"a\U000E0100b\uFE0Fc", u"abc"}));
 
 INSTANTIATE_TEST_SUITE_P(
-    Joiners, TerminalText,
+    Joiners, SafeText,
     testing::Values(SafeCase{u"pay\u200Dpal\u200C", u"paypal"}, SafeCase{u"\u200D\u200C", u""},
                     // The joiners in emoji sequences are kept: a family and a burning heart.
                     SafeCase{u"\U0001F468\u200D\U0001F469\u200D\U0001F467",
@@ -64,13 +63,13 @@ INSTANTIATE_TEST_SUITE_P(
                     SafeCase{u"\u0645\u200C\u200C\u200C\u062E", u"\u0645\u200C\u062E"}));
 
 INSTANTIATE_TEST_SUITE_P(
-    Malformed, TerminalText,
+    Malformed, SafeText,
     testing::Values(SafeCase{std::u16string(1, char16_t{0xD800}), u"\uFFFD"},
                     SafeCase{std::u16string({char16_t{0xDC00}, u'a', char16_t{0xD83D}}),
                              u"\uFFFDa\uFFFD"},
                     SafeCase{u"\uFFFE\uFDD0\U0001FFFF", u"\uFFFD\uFFFD\uFFFD"}));
 
-TEST(TerminalText, EscapesEveryByteThatIsNotPrintableAscii) {
+TEST(SafeText, EscapesEveryByteThatIsNotPrintableAscii) {
   for (int value = 0; value < 256; ++value) {
     const std::string text = {'a', static_cast<char>(value), 'b'};
     std::ostringstream expected;
@@ -86,7 +85,7 @@ TEST(TerminalText, EscapesEveryByteThatIsNotPrintableAscii) {
   }
 }
 
-TEST(TerminalText, EscapesInvisibleCharacters) {
+TEST(SafeText, EscapesInvisibleCharacters) {
   EXPECT_EQ("ORN-1204\\u200b", EscapeInvisible("ORN-1204\u200B"));
   EXPECT_EQ("\\u202egpj.exe \\u2028 \\ufdd0", EscapeInvisible("\u202Egpj.exe \u2028 \uFDD0"));
   EXPECT_EQ("a\\U000e0041b\\U0001ffff", EscapeInvisible("a\U000E0041b\U0001FFFF"));
@@ -94,34 +93,24 @@ TEST(TerminalText, EscapesInvisibleCharacters) {
   EXPECT_EQ("\\xe6\\xb0 \\xf0", EscapeInvisible("\xE6\xB0 \xF0"));
 }
 
-TEST(TerminalText, EscapingKeepsVisibleText) {
+TEST(SafeText, EscapingKeepsVisibleText) {
   for (const std::string text : {"", "it's \\ \\u200b", "\u00E9 \u6C34", "e\u0301", "\uFFFD",
                                  "\u2764\uFE0F\u200D\U0001F525", "\u0645\u06CC\u200C\u062E"}) {
     EXPECT_EQ(text, EscapeInvisible(text));
   }
 }
 
-TEST(TerminalText, EscapesCharactersThatLookLikeASpace) {
+TEST(SafeText, EscapesCharactersThatLookLikeASpace) {
   EXPECT_EQ("a\\u00a0b\\u2003c\\u3000\\u2800 d", EscapeInvisible("a\u00A0b\u2003c\u3000\u2800 d"));
 }
 
-TEST(TerminalText, ALongTextLosesItsMiddle) {
-  const std::string text(200, 'x');
-  EXPECT_EQ(text, WithoutMiddle(text));
-  EXPECT_EQ(std::string(100, 'a') + " ... " + std::string(100, 'b'),
-            WithoutMiddle(std::string(100, 'a') + "c" + std::string(100, 'b')));
-  // The cuts are in the middle of two characters.
-  EXPECT_EQ(std::string(99, 'a') + " ... " + std::string(99, 'b'),
-            WithoutMiddle(std::string(99, 'a') + "\u00E9" + "\u00E9" + std::string(99, 'b')));
-}
-
 // A joiner next to an escape is invisible, so it must be escaped too.
-TEST(TerminalText, EscapesAJoinerBesideAnEscape) {
+TEST(SafeText, EscapesAJoinerBesideAnEscape) {
   EXPECT_EQ("\u0915\u094D\\u200d\\u3164", EscapeInvisible("\u0915\u094D\u200D\u3164"));
   EXPECT_EQ("\u0915\u094D\\u200b\\u200d\u0937", EscapeInvisible("\u0915\u094D\u200B\u200D\u0937"));
 }
 
-TEST(TerminalText, ReplacesOrRemovesEveryControlCharacterAndDirectionMark) {
+TEST(SafeText, ReplacesOrRemovesEveryControlCharacterAndDirectionMark) {
   for (char32_t character = 0; character <= 0x10FFFF; ++character) {
     std::u16string text;
     if (character < 0x10000) {
@@ -142,4 +131,4 @@ TEST(TerminalText, ReplacesOrRemovesEveryControlCharacterAndDirectionMark) {
 }
 
 }  // namespace
-}  // namespace hosts::common
+}  // namespace orncore::string

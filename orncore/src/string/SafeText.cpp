@@ -1,14 +1,12 @@
-#include "hosts/common/TerminalText.h"
+#include <orncore/string/SafeText.h>
 
-#include <algorithm>
 #include <cstdint>
 
-#include <orncore/string/Conversion.h>
 #include <unicode/uchar.h>
 #include <unicode/utf16.h>
 #include <unicode/utf8.h>
 
-namespace hosts::common {
+namespace orncore::string {
 namespace {
 
 constexpr UChar32 kReplacement = 0xFFFD;
@@ -22,11 +20,8 @@ constexpr UChar32 kKeycap = 0x20E3;
 constexpr UChar32 kEscape = '\\';
 constexpr int kViramaClass = 9;
 
-/// The maximum length, in bytes, of a part of a message that keeps its middle.
-constexpr std::size_t kMaximumDetail = 200;
-
-/// Returns the character at `position` and sets `position` to the end of the character. Returns
-/// U+FFFD for an unpaired surrogate.
+// Returns the character at `position` and sets `position` to the end of the character. Returns
+// U+FFFD for an unpaired surrogate.
 UChar32 ReadCharacter(std::u16string_view text, std::size_t& position) {
   // Use 64 bits, because the ICU macro mixes signed and unsigned 32-bit operands.
   std::int64_t character = 0;
@@ -51,8 +46,8 @@ bool IsJoining(UChar32 character) {
   return u_getIntPropertyValue(character, UCHAR_JOINING_TYPE) != U_JT_NON_JOINING;
 }
 
-/// Returns the character at `position` of `text` (UTF-8), and sets `position` to the end of the
-/// character. Returns a negative number for ill-formed bytes.
+// Returns the character at `position` of `text` (UTF-8), and sets `position` to the end of the
+// character. Returns a negative number for ill-formed bytes.
 UChar32 ReadCharacter(std::string_view text, std::size_t& position) {
   const std::string_view bytes = text.substr(position, U8_MAX_LENGTH);
   const auto* const begin = reinterpret_cast<const std::uint8_t*>(bytes.data());
@@ -63,9 +58,9 @@ UChar32 ReadCharacter(std::string_view text, std::size_t& position) {
   return character;
 }
 
-/// Returns whether `joiner`, which is between `before` and `after`, changes how the text looks.
-/// Joiners affect cursive scripts, Indic scripts and emoji. Between other characters, they are
-/// invisible, and two different strings would look the same.
+// Returns whether `joiner`, which is between `before` and `after`, changes how the text looks.
+// Joiners affect cursive scripts, Indic scripts and emoji. Between other characters, they are
+// invisible, and two different strings would look the same.
 bool IsJoinerNeeded(UChar32 joiner, UChar32 before, UChar32 after) {
   if (u_getCombiningClass(before) == kViramaClass) return u_isalpha(after) != 0;
   if (joiner == kJoiner && EndsEmoji(before)) return IsPictograph(after);
@@ -83,8 +78,8 @@ bool IsInvisible(UChar32 character) {
          u_charType(character) == U_FORMAT_CHAR;
 }
 
-/// Returns the character to show instead of `character`, or 0 to show nothing. `before` is the last
-/// character of the output, and `after` is the next character of the input.
+// Returns the character to show instead of `character`, or 0 to show nothing. `before` is the last
+// character of the output, and `after` is the next character of the input.
 UChar32 Substitute(UChar32 character, UChar32 before, UChar32 after) {
   if (character < 0x20) return kControlPictures + character;
   if (character == 0x7F) return kDeletePicture;
@@ -112,9 +107,9 @@ bool LooksLikeSpace(UChar32 character) {
          (u_charType(character) == U_SPACE_SEPARATOR || character == kBlankBraillePattern);
 }
 
-/// Returns the first character of `text` (UTF-8), or a backslash if `EscapeInvisible` could replace
-/// that character with an escape. A joiner before that backslash would be invisible. Returns 0 if
-/// `text` is empty.
+// Returns the first character of `text` (UTF-8), or a backslash if `EscapeInvisible` could replace
+// that character with an escape. A joiner before that backslash would be invisible. Returns 0 if
+// `text` is empty.
 UChar32 NextVisibleCharacter(std::string_view text) {
   if (text.empty()) return 0;
   std::size_t end = 0;
@@ -123,7 +118,7 @@ UChar32 NextVisibleCharacter(std::string_view text) {
   return isEscaped ? kEscape : character;
 }
 
-/// Appends a backslash, `kind` and `digits` hexadecimal digits of `value`.
+// Appends a backslash, `kind` and `digits` hexadecimal digits of `value`.
 void AppendEscape(std::string& text, char kind, int digits, std::uint32_t value) {
   constexpr std::string_view kDigits = "0123456789abcdef";
   text += '\\';
@@ -133,12 +128,8 @@ void AppendEscape(std::string& text, char kind, int digits, std::uint32_t value)
 
 }  // namespace
 
-bool IsCharacterStart(char byte) {
-  return (static_cast<unsigned char>(byte) & 0xC0U) != 0x80U;
-}
-
-std::u16string SafeForTerminal(std::u16string_view text) {
-  std::u16string safe;
+UTF16String SafeForTerminal(std::u16string_view text) {
+  UTF16String safe;
   safe.reserve(text.size());
   UChar32 before = 0;
   std::size_t position = 0;
@@ -164,8 +155,8 @@ std::u16string SafeForTerminal(std::u16string_view text) {
   return safe;
 }
 
-std::string EscapeInvisible(std::string_view text) {
-  std::string escaped;
+UTF8String EscapeInvisible(std::string_view text) {
+  UTF8String escaped;
   escaped.reserve(text.size());
   UChar32 before = 0;
   std::size_t position = 0;
@@ -192,18 +183,4 @@ std::string EscapeInvisible(std::string_view text) {
   return escaped;
 }
 
-std::string_view Prefix(std::string_view text, std::size_t length) {
-  if (text.size() <= length) return text;
-  const std::size_t minimum = length - std::min<std::size_t>(length, 3);
-  while (length > minimum && !IsCharacterStart(text[length])) --length;
-  return text.substr(0, length);
-}
-
-std::string WithoutMiddle(std::string_view text) {
-  if (text.size() <= kMaximumDetail) return std::string(text);
-  std::string_view end = text.substr(text.size() - kMaximumDetail / 2);
-  for (int i = 0; i < 3 && !IsCharacterStart(end.front()); ++i) end.remove_prefix(1);
-  return std::string(Prefix(text, kMaximumDetail / 2)) + " ... " + std::string(end);
-}
-
-}  // namespace hosts::common
+}  // namespace orncore::string

@@ -1,16 +1,25 @@
-// Makes text from files safe for a terminal, so that it cannot send escape sequences, hide text, or
-// change the look of other text.
-#ifndef HOSTS_COMMON_TERMINALTEXT_H_
-#define HOSTS_COMMON_TERMINALTEXT_H_
+// Makes strings from files safe for a terminal or a message, so that they cannot send escape
+// sequences, hide text, or change the look of other text.
+//
+// The functions throw `std::bad_alloc` if memory runs out. They are safe to call from any thread.
+#ifndef ORNCORE_STRING_SAFETEXT_H_
+#define ORNCORE_STRING_SAFETEXT_H_
 
-#include <cstddef>
-#include <string>
 #include <string_view>
 
-namespace hosts::common {
+#include <orncore/Export.h>
+#include <orncore/string/Conversion.h>
 
-/// Returns a copy of `text`, for example the text of a panel, without characters that a terminal
-/// would interpret or hide:
+namespace orncore::string {
+
+/// Returns whether `unit` can end a line or control a terminal: a control character (U+0000 to
+/// U+001F and U+007F to U+009F), or a line or paragraph separator (U+2028 and U+2029).
+constexpr bool IsControlCharacter(char16_t unit) noexcept {
+  return unit < 0x20 || (unit >= 0x7F && unit < 0xA0) || unit == 0x2028 || unit == 0x2029;
+}
+
+/// Returns a copy of `text`, for example the output of a console command, without characters that a
+/// terminal would interpret or hide:
 /// - Control characters are replaced by their Unicode control pictures, for example the escape
 ///   character by U+241B. Control characters from U+0080 to U+009F are replaced by U+FFFD. Newlines
 ///   and tabs are unchanged.
@@ -21,7 +30,7 @@ namespace hosts::common {
 ///   are replaced by U+FFFD.
 ///
 /// All other characters are unchanged. Takes linear time.
-std::u16string SafeForTerminal(std::u16string_view text);
+[[nodiscard]] ORN_EXPORT UTF16String SafeForTerminal(std::u16string_view text);
 
 /// Returns a copy of `text` for a message that quotes names and values. `text` is UTF-8 or the
 /// bytes of a file name. Each character that `SafeForTerminal` replaces or removes becomes an
@@ -30,19 +39,8 @@ std::u16string SafeForTerminal(std::u16string_view text);
 /// becomes an escape such as `\xff`. All other characters are unchanged, backslashes included, so
 /// escaping a text twice has no further effect. The result is one line of well-formed UTF-8. Takes
 /// linear time.
-std::string EscapeInvisible(std::string_view text);
+[[nodiscard]] ORN_EXPORT UTF8String EscapeInvisible(std::string_view text);
 
-/// Returns whether `byte` can be the first byte of a UTF-8 character.
-bool IsCharacterStart(char byte);
+}  // namespace orncore::string
 
-/// Returns the first `length` bytes of `text` (UTF-8), or up to three bytes fewer so that no
-/// character is split. Returns all of `text` if it is shorter.
-std::string_view Prefix(std::string_view text, std::size_t length);
-
-/// Returns `text` (UTF-8) for a message. If it has more than 200 bytes, replaces its middle with
-/// " ... ". Does not split a character.
-std::string WithoutMiddle(std::string_view text);
-
-}  // namespace hosts::common
-
-#endif  // HOSTS_COMMON_TERMINALTEXT_H_
+#endif  // ORNCORE_STRING_SAFETEXT_H_
