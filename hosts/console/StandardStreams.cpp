@@ -108,7 +108,8 @@ bool IsInteractive() {
   return ::isatty(STDIN_FILENO) != 0 && ::isatty(STDOUT_FILENO) != 0;
 }
 
-TerminalLook DetectTerminalLook(ColorMode color, std::optional<std::size_t> width) {
+ornwhatsnew::TerminalOptions DetectTerminalOptions(ColorMode color,
+                                                   std::optional<std::size_t> width) {
   const bool hasHyperlinks = UsesEscapeSequences(color);
   // NO_COLOR switches off colours, but not hyperlinks.
   const bool isColorless = color == ColorMode::kAuto && !EnvironmentValue("NO_COLOR").empty();
