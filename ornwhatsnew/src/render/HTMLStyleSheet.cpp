@@ -78,6 +78,7 @@ std::string_view GetHTMLStyleSheet() noexcept {
 }
 .ornwhatsnew-label {
   display: inline-block;
+  margin-inline-start: 0.3em;
   padding: 0 0.5em;
   border: 1px solid;
   border-radius: 0.3em;
