@@ -58,8 +58,8 @@ inline constexpr std::u16string_view kDefaultRatingQuestion = u"How do you like 
 /// | `a`       | `ornwhatsnew-issue`       | an issue key                                   |
 /// | `a`       | `ornwhatsnew-commit`      | a commit ID                                    |
 ///
-/// The link of a title is an `a` without a class. A link that is not safe is a `span` with the
-/// class of its link.
+/// If the panel has no header, titles are `h2`. The link of a title is an `a` without a class. A
+/// link that is not safe is a `span` with the class of its link.
 ///
 /// Each item has an `id`, which stays the same in all languages and versions: `idPrefix` and the
 /// key of the item. In the key, `_` and two hexadecimal digits replace each UTF-8 byte that is not
@@ -76,9 +76,10 @@ inline constexpr std::u16string_view kDefaultRatingQuestion = u"How do you like 
 [[nodiscard]] ORN_EXPORT std::string_view GetHTMLStyleSheet() noexcept;
 
 /// Returns the panel in CommonMark: the header as a heading of level 2, titles as headings of level
-/// 3, changes as a list, unlock labels as code spans, and rating requests as block quotes with
-/// their description and question. Contains no HTML. Replaces and omits the same characters as
-/// `RenderHTML`, and omits changes without any text. Is empty if the layout has no text.
+/// 3 (or 2 if the panel has no header), changes as a list, unlock labels as code spans, and rating
+/// requests as block quotes with their description and question. Contains no HTML. Replaces and
+/// omits the same characters as `RenderHTML`, and omits changes without any text. Is empty if the
+/// layout has no text.
 [[nodiscard]] ORN_EXPORT UTF8String RenderMarkdown(const PanelLayout& layout);
 
 /// Selects what a terminal supports. The default options give plain text.

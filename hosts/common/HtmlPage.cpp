@@ -7,9 +7,10 @@
 namespace hosts::common {
 namespace {
 
-// The page has no `lang` attribute, because a layout does not state its language.
+// The title of the page is English. The `lang` attribute of the panel is empty, which means that
+// its language is unknown, because a layout does not state it.
 constexpr std::string_view kBegin = R"html(<!DOCTYPE html>
-<html>
+<html lang="en">
 <head>
 <meta charset="utf-8">
 <meta http-equiv="Content-Security-Policy" content="default-src 'none'; style-src 'unsafe-inline'">
@@ -38,9 +39,9 @@ h1 {
 std::string HtmlPage(const ornwhatsnew::PanelLayout& layout) {
   std::string page(kBegin);
   page += ornwhatsnew::GetHTMLStyleSheet();
-  page += "</style>\n</head>\n<body>\n<main>\n<h1>What’s New</h1>\n";
+  page += "</style>\n</head>\n<body>\n<main>\n<h1>What’s New</h1>\n<div lang=\"\">\n";
   page += ornwhatsnew::RenderHTML(layout);
-  page += "</main>\n</body>\n</html>\n";
+  page += "</div>\n</main>\n</body>\n</html>\n";
   return page;
 }
 

@@ -65,6 +65,11 @@ TEST(HTMLRenderer, WritesAnElementForEachParagraph) {
       Render(builder));
 }
 
+TEST(HTMLRenderer, TitlesOfAPanelWithoutAHeaderSkipNoHeadingLevel) {
+  EXPECT_THAT(Render(LayoutBuilder().Begin(kTitle).Span(u"Title")),
+              HasSubstr("<h2 class=\"ornwhatsnew-title\">Title</h2>"));
+}
+
 TEST(HTMLRenderer, WritesNoticesOutsideOfItems) {
   EXPECT_EQ("<p class=\"ornwhatsnew-notice\">a</p>\n<p class=\"ornwhatsnew-notice\">b</p>\n",
             Render(LayoutBuilder().Begin(kNotice).Span(u"a").Begin(kNotice).Span(u"b")));

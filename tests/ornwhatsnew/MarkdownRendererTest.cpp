@@ -69,7 +69,7 @@ TEST(MarkdownRenderer, EscapesSyntaxAtTheStartOfEachLine) {
     const std::string text = orncore::string::UTF16to8(start);
     const std::string visible = text.substr(text.find_first_not_of(' '));
     for (const ParagraphKind kind : {kNotice, kChange, kTitle}) {
-      const std::string element = kind == kNotice ? "p" : kind == kChange ? "li" : "h3";
+      const std::string element = kind == kNotice ? "p" : kind == kChange ? "li" : "h2";
       LayoutBuilder builder;
       builder.Begin(kind).Span(start);
       EXPECT_THAT(ParseMarkdown(Render(builder)), ElementsAre(RenderedBlock{element, visible, {}}))
@@ -91,7 +91,7 @@ TEST(MarkdownRenderer, LineEndsAreHardBreaks) {
   EXPECT_EQ("a\\\nb\n", RenderNotice(u" a \u2028  b "));
   EXPECT_EQ("a\\\n\\\nb\n", RenderNotice(u"a\u2028\u2028b"));
   EXPECT_EQ("- a\\\n  b\n", Render(LayoutBuilder().Begin(kChange).Span(u"a\u2028b")));
-  EXPECT_EQ("### a b\n", Render(LayoutBuilder().Begin(kTitle).Span(u"a\u2028b")));
+  EXPECT_EQ("## a b\n", Render(LayoutBuilder().Begin(kTitle).Span(u"a\u2028b")));
   EXPECT_EQ("a\n", RenderNotice(u"\u2028a\u2028\u202A"));
 }
 
@@ -112,18 +112,18 @@ TEST(MarkdownRenderer, LabelsAreCodeSpansWithASufficientFence) {
   const auto render = [](const std::u16string& label) {
     return Render(LayoutBuilder().Begin(kTitle).Span(u"x ").Span(label, kStyleUnlockLabel));
   };
-  EXPECT_EQ("### x `A *B*`\n", render(u"A *B*"));
-  EXPECT_EQ("### x ```A``B```\n", render(u"A``B"));
-  EXPECT_EQ("### x `` `A ``\n", render(u"`A"));
-  EXPECT_EQ("### x `  A  `\n", render(u" A "));
-  EXPECT_EQ("### x `A B`\n", render(u"A\u2028B"));
-  EXPECT_EQ("### x\n", render(u" \u202A"));
+  EXPECT_EQ("## x `A *B*`\n", render(u"A *B*"));
+  EXPECT_EQ("## x ```A``B```\n", render(u"A``B"));
+  EXPECT_EQ("## x `` `A ``\n", render(u"`A"));
+  EXPECT_EQ("## x `  A  `\n", render(u" A "));
+  EXPECT_EQ("## x `A B`\n", render(u"A\u2028B"));
+  EXPECT_EQ("## x\n", render(u" \u202A"));
 }
 
 TEST(MarkdownRenderer, ALabelAfterALabelIsText) {
   LayoutBuilder builder;
   builder.Begin(kTitle).Span(u"A", kStyleUnlockLabel).Span(u"B", kStyleUnlockLabel);
-  EXPECT_EQ("### `A`B\n", Render(builder));
+  EXPECT_EQ("## `A`B\n", Render(builder));
 }
 
 TEST(MarkdownRenderer, ReplacesControlCharactersAndUnpairedSurrogates) {

@@ -118,7 +118,7 @@ class HTMLParser {
     const std::string_view parent = open_.empty() ? "" : std::string_view(open_.back());
     const bool isValid = (name == "section" && parent.empty()) ||
                          (IsOneOf(name, {"h2", "p", "article"}) && parent == "section") ||
-                         (IsOneOf(name, {"h3", "p", "ul", "div"}) && parent == "article") ||
+                         (IsOneOf(name, {"h2", "h3", "p", "ul", "div"}) && parent == "article") ||
                          (name == "li" && parent == "ul") || (name == "p" && parent == "div") ||
                          (IsOneOf(name, {"a", "span"}) && IsOneOf(parent, {"h2", "h3", "p", "li"}));
     if (!isValid) Fail(std::string(name) + " in " + std::string(parent));

@@ -1,8 +1,7 @@
 #include "tests/support/RenderedPanel.h"
 
-#include <array>
+#include <algorithm>
 #include <exception>
-#include <optional>
 #include <sstream>
 
 #include <ornwhatsnew/PanelRenderers.h>
@@ -38,12 +37,12 @@ std::string VisibleCharacters(std::string_view text) {
   return VisibleCharacters(PlainUTF8to16(text));
 }
 
-const char* ElementOf(ParagraphKind kind) {
+const char* ElementOf(ParagraphKind kind, bool hasHeader) {
   switch (kind) {
     case ParagraphKind::kHeader:
       return "h2";
     case ParagraphKind::kTitle:
-      return "h3";
+      return hasHeader ? "h3" : "h2";
     case ParagraphKind::kChange:
       return "li";
     case ParagraphKind::kRatingRequest:
@@ -64,8 +63,9 @@ bool HasPrintedTarget(const LayoutSpan& span, std::u16string_view text) {
          !ornwhatsnew::IsSafeLink(span.link);
 }
 
-RenderedBlock ExpectedBlock(const PanelLayout& layout, const LayoutParagraph& paragraph) {
-  RenderedBlock block{ElementOf(paragraph.kind), {}, {}};
+RenderedBlock ExpectedBlock(const PanelLayout& layout, const LayoutParagraph& paragraph,
+                            bool hasHeader) {
+  RenderedBlock block{ElementOf(paragraph.kind, hasHeader), {}, {}};
   for (const LayoutSpan& span : paragraph.spans) {
     const auto text = std::u16string_view(layout.text).substr(span.range.begin, span.range.length);
     const std::string visible = VisibleCharacters(text);
@@ -124,9 +124,12 @@ std::string FirstPlainTextError(const PanelLayout& layout) {
 }  // namespace
 
 std::string FirstDifference(const std::vector<RenderedBlock>& blocks, const PanelLayout& layout) {
+  const bool hasHeader = std::ranges::any_of(layout.paragraphs, [](const auto& paragraph) {
+    return paragraph.kind == ParagraphKind::kHeader;
+  });
   auto block = blocks.begin();
   for (const LayoutParagraph& paragraph : layout.paragraphs) {
-    const RenderedBlock expected = ExpectedBlock(layout, paragraph);
+    const RenderedBlock expected = ExpectedBlock(layout, paragraph, hasHeader);
     if (IsEmpty(expected)) continue;
     RenderedBlock got;
     for (; block != blocks.end(); ++block) {

@@ -90,7 +90,7 @@ std::u16string_view SpanClass(std::optional<StyleID> style) {
 class HTMLRenderer {
  public:
   HTMLRenderer(const PanelLayout& layout, std::string_view idPrefix)
-      : layout_(layout), idPrefix_(idPrefix) {}
+      : layout_(layout), idPrefix_(idPrefix), titleElement_(HasHeader(layout) ? u"h3" : u"h2") {}
 
   UTF8String Render() {
     output_ = u"<section class=\"ornwhatsnew\" dir=\"auto\">\n";
@@ -148,7 +148,7 @@ class HTMLRenderer {
         WriteElement(u"h2", u"ornwhatsnew-header", ContentOf(paragraph));
         break;
       case ParagraphKind::kTitle:
-        WriteElement(u"h3", u"ornwhatsnew-title", ContentOf(paragraph));
+        WriteElement(titleElement_, u"ornwhatsnew-title", ContentOf(paragraph));
         break;
       case ParagraphKind::kDescription:
         WriteElement(u"p", u"ornwhatsnew-description", ContentOf(paragraph));
@@ -207,6 +207,7 @@ class HTMLRenderer {
 
   const PanelLayout& layout_;
   std::string_view idPrefix_;
+  std::u16string_view titleElement_;
   UTF16String output_;
   /// The first paragraph of the current item, or null.
   const LayoutParagraph* item_ = nullptr;

@@ -1,13 +1,13 @@
 #include <ornwhatsnew/PanelRenderers.h>
 
 namespace ornwhatsnew {
+namespace {
 
 // The system colours Canvas and CanvasText follow the colour scheme of the page. Each other colour
 // has a contrast of at least 4.5 to 1 to Canvas, as the Web Content Accessibility Guidelines
 // require. Links are underlined and labels have a border, so that no meaning depends on a colour
 // alone.
-std::string_view GetHTMLStyleSheet() noexcept {
-  return R"css(.ornwhatsnew {
+constexpr std::string_view kStyleSheet = R"css(.ornwhatsnew {
   --ornwhatsnew-muted: #59636e;
   --ornwhatsnew-link: #0550ae;
   --ornwhatsnew-label: #0550ae;
@@ -128,6 +128,11 @@ std::string_view GetHTMLStyleSheet() noexcept {
   font-weight: 600;
 }
 )css";
+
+}  // namespace
+
+std::string_view GetHTMLStyleSheet() noexcept {
+  return kStyleSheet;
 }
 
 }  // namespace ornwhatsnew

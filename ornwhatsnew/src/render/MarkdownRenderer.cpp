@@ -9,12 +9,12 @@
 namespace ornwhatsnew {
 namespace {
 
-const MarkdownBlock& BlockOf(ParagraphKind kind) {
+const MarkdownBlock& BlockOf(ParagraphKind kind, bool hasHeader) {
   switch (kind) {
     case ParagraphKind::kHeader:
-      return kMarkdownPanelHeading;
+      return kMarkdownHeading2;
     case ParagraphKind::kTitle:
-      return kMarkdownItemHeading;
+      return hasHeader ? kMarkdownHeading3 : kMarkdownHeading2;
     case ParagraphKind::kChange:
       return kMarkdownListItem;
     case ParagraphKind::kRatingRequest:
@@ -40,8 +40,9 @@ void WriteSpan(const LayoutSpan& span, std::u16string_view text, MarkdownWriter&
 
 UTF8String RenderMarkdown(const PanelLayout& layout) {
   MarkdownWriter writer;
+  const bool hasHeader = HasHeader(layout);
   for (const LayoutParagraph& paragraph : layout.paragraphs) {
-    writer.BeginBlock(BlockOf(paragraph.kind));
+    writer.BeginBlock(BlockOf(paragraph.kind, hasHeader));
     for (const LayoutSpan& span : paragraph.spans) {
       WriteSpan(span, SpanText(layout, span), writer);
     }

@@ -20,8 +20,8 @@ struct MarkdownBlock {
   friend bool operator==(const MarkdownBlock&, const MarkdownBlock&) = default;
 };
 
-inline constexpr MarkdownBlock kMarkdownPanelHeading = {u"## ", {}, false};
-inline constexpr MarkdownBlock kMarkdownItemHeading = {u"### ", {}, false};
+inline constexpr MarkdownBlock kMarkdownHeading2 = {u"## ", {}, false};
+inline constexpr MarkdownBlock kMarkdownHeading3 = {u"### ", {}, false};
 inline constexpr MarkdownBlock kMarkdownParagraph = {};
 inline constexpr MarkdownBlock kMarkdownListItem = {u"- ", u"  "};
 inline constexpr MarkdownBlock kMarkdownQuote = {u"> ", u"> "};

@@ -1,5 +1,7 @@
 #include "ornwhatsnew/src/render/RenderedText.h"
 
+#include <algorithm>
+
 #include <orncore/string/Conversion.h>
 #include <orncore/string/SafeText.h>
 #include <ornwhatsnew/PanelRenderers.h>
@@ -25,6 +27,11 @@ constexpr bool ChangesDirection(char16_t unit) {
 
 std::u16string_view SpanText(const PanelLayout& layout, const LayoutSpan& span) {
   return std::u16string_view(layout.text).substr(span.range.begin, span.range.length);
+}
+
+bool HasHeader(const PanelLayout& layout) {
+  return std::ranges::find(layout.paragraphs, ParagraphKind::kHeader, &LayoutParagraph::kind) !=
+         layout.paragraphs.end();
 }
 
 const RatingRequest* FindRatingRequest(const PanelLayout& layout,

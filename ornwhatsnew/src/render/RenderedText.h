@@ -13,6 +13,10 @@ inline constexpr char16_t kLineSeparator = 0x2028;
 /// Returns the text of `span`, which refers to the text of `layout`.
 std::u16string_view SpanText(const PanelLayout& layout, const LayoutSpan& span);
 
+/// Returns whether the panel has a header. Titles are one heading level below the header. Without a
+/// header, they have its level, so that a page skips no level.
+bool HasHeader(const PanelLayout& layout);
+
 /// Returns the rating request of `paragraph`, or null if the paragraph has none.
 const RatingRequest* FindRatingRequest(const PanelLayout& layout, const LayoutParagraph& paragraph);
 
@@ -25,8 +29,8 @@ std::u16string_view RatingQuestion(const RatingRequest& request);
 UTF16String PrintedTarget(const LayoutSpan& span, std::u16string_view text, bool isClickable);
 
 /// Returns what HTML and Markdown contain instead of `unit`: U+2028 for a line end, a space for a
-/// tab, and U+FFFD for a control character or a noncharacter. Returns 0 for a character that must be
-/// omitted: U+FEFF, which a parser may remove at the start of a text, and characters that embed,
+/// tab, and U+FFFD for a control character or a noncharacter. Returns 0 for a character that must
+/// be omitted: U+FEFF, which a parser may remove at the start of a text, and characters that embed,
 /// override or isolate a text direction. Returns all other units unchanged.
 char16_t MarkupUnit(char16_t unit) noexcept;
 
