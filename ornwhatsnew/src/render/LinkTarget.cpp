@@ -45,7 +45,8 @@ struct LinkParts {
     if (colon <= kMaximumScheme && link[colon] == ':') scheme = takeFirst(colon + 1);
     slashes = takeFirst(std::min(link.find_first_not_of(kSlashes), link.size()));
     const std::string_view authority = link.substr(0, link.find_first_of("/?#\\"));
-    userInformation = takeFirst(authority.rfind('@') + 1);  // 0 bytes if there is no "@"
+    const std::size_t at = authority.rfind('@');
+    if (at != std::string_view::npos) userInformation = takeFirst(at + 1);
     // The colons of an address in brackets do not begin the port.
     const std::size_t addressEnd = link.starts_with('[') ? link.find(']') : 0;
     host = takeFirst(std::min(link.find_first_of("/?#\\"), link.find(':', addressEnd)));
