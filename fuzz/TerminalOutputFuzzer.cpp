@@ -1,95 +1,41 @@
 // Fuzzes the functions that write text from files to a terminal.
 //
-// The input consists of a line of two switches and of parts. The switches are:
+// The input consists of a line of two switches and of a layout (LayoutInput.h). The switches are:
 //
 //   0  the width in columns, modulo 128; 0 means no limit
 //   1  flags: 0x01 no styles, 0x02 either styles or hyperlinks, but not both
-//
-// Each part describes a segment of the panel: one byte for its styles, one byte for its link, and
-// its text. The lowest two bits of the second byte are the kind of the link:
-//
-//   0  no link
-//   1  the text is the link
-//   2  the link is composed. These bits add parts that are longer than a printed target: 0x04
-//      slashes, 0x08 user information, 0x10 a host, 0x20 a port. 0x80 adds the text as user
-//      information.
-//   3  a fixed link
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <string>
 #include <string_view>
-#include <vector>
 
+#include <orncore/string/SafeText.h>
+#include <ornwhatsnew/PanelRenderers.h>
 #include <ornwhatsnew/SafeLink.h>
 #include <unicode/brkiter.h>
 #include <unicode/uchar.h>
 
 #include "fuzz/Input.h"
+#include "fuzz/LayoutInput.h"
 #include "fuzz/Property.h"
 #include "fuzz/TerminalScan.h"
-#include "hosts/common/TerminalText.h"
-#include "hosts/console/DisplayWidth.h"
-#include "hosts/console/LinkTarget.h"
-#include "hosts/console/TerminalPanel.h"
+#include "ornwhatsnew/src/render/DisplayWidth.h"
+#include "ornwhatsnew/src/render/LinkTarget.h"
 #include "tests/support/PlainText.h"
 
 namespace fuzz {
 namespace {
 
-using hosts::common::EscapeInvisible;
-using hosts::common::SafeForTerminal;
-using hosts::common::StyledSegment;
-using hosts::console::PrintedLinkTarget;
-using hosts::console::TerminalLook;
+using orncore::string::EscapeInvisible;
+using orncore::string::SafeForTerminal;
+using ornwhatsnew::PanelLayout;
+using ornwhatsnew::PrintedLinkTarget;
 using ornwhatsnew::StyleID;
+using ornwhatsnew::TerminalOptions;
 using test_support::PlainUTF16to8;
 using test_support::PlainUTF8to16;
-
-constexpr std::string_view kHost = "host.example";
-
-bool HasComposedLink(std::string_view part) {
-  return (Switch(part, 1) & 0x03) == 2;
-}
-
-// Returns a link to a host whose name ends with `kHost`.
-std::string ComposedLink(unsigned flags, std::string_view text) {
-  constexpr std::size_t kLong = 300;
-  std::string link = "https:";
-  link += (flags & 0x04) != 0 ? std::string(kLong, '/') + '\\' : "//";
-  if ((flags & 0x08) != 0) link += std::string(kLong, 'u') + '@';
-  if ((flags & 0x80) != 0) {
-    std::string user(text);
-    std::erase_if(user,
-                  [](char c) { return std::string_view("/?#\\").find(c) != std::string::npos; });
-    link += "u" + user + '@';
-  }
-  if ((flags & 0x10) != 0) link += std::string(kLong, 'h') + '.';
-  link += kHost;
-  if ((flags & 0x20) != 0) link += ':' + std::string(kLong, '0') + "443";
-  return link + '/' + std::string(text);
-}
-
-StyledSegment SegmentOf(std::string_view part) {
-  StyledSegment segment;
-  segment.styles.Set(static_cast<StyleID>(Switch(part, 0) & 0x0F), true);
-  if ((Switch(part, 0) & 0x10) != 0) segment.styles.Set(StyleID::kStyleUnlockLabelBox, true);
-  segment.text = part.substr(std::min<std::size_t>(2, part.size()));
-  switch (Switch(part, 1) & 0x03) {
-    case 0:
-      break;
-    case 1:
-      segment.link = segment.text;
-      break;
-    case 2:
-      segment.link = ComposedLink(Switch(part, 1), segment.text);
-      break;
-    default:
-      segment.link = "https://a.example/?q=1&r=%20";
-  }
-  return segment;
-}
 
 // Returns the replacement of a character that must not reach the terminal. Returns other characters
 // unchanged.
@@ -170,7 +116,7 @@ void RequireOneTarget(const std::string& link) {
     RequireEqual(target, link, "the target of a safe link is unchanged");
     return;
   }
-  Require(target.size() <= hosts::console::kMaximumPrintedTarget, "a target is short");
+  Require(target.size() <= ornwhatsnew::kMaximumPrintedTarget, "a target is short");
 }
 
 // Requires that the host in the printed target of a composed link ends with `kHost`. Finds the host
@@ -185,23 +131,27 @@ void RequireVisibleHost(const std::string& link) {
   rest = rest.substr(0, rest.find(':'));
   if (rest.starts_with("...")) rest.remove_prefix(3);
   if (rest.ends_with("...")) rest.remove_suffix(3);
-  Require(rest == kHost || rest.ends_with("h." + std::string(kHost)), "a target shows its host");
+  Require(rest == kComposedHost || rest.ends_with("h." + std::string(kComposedHost)),
+          "a target shows its host");
 }
 
 // Returns the text that the terminal must show, with the printed targets of links.
-std::string ExpectedText(const std::vector<StyledSegment>& segments, const TerminalLook& look) {
-  std::string expected;
-  for (std::size_t i = 0; i < segments.size(); ++i) {
-    const StyledSegment& segment = segments[i];
-    expected += segment.text;
-    const bool isLinkDone = i + 1 == segments.size() || segments[i + 1].link != segment.link;
-    const bool hasTarget = segment.styles.Has(StyleID::kStyleHotSpot) && !segment.link.empty() &&
-                           segment.link != segment.text;
-    if (!isLinkDone || !hasTarget) continue;
-    if (look.hasHyperlinks && ornwhatsnew::IsSafeLink(segment.link)) continue;
-    expected += "<" + PrintedLinkTarget(segment.link) + ">";
+std::string ExpectedText(const PanelLayout& layout, const TerminalOptions& options) {
+  std::u16string expected;
+  for (const ornwhatsnew::LayoutParagraph& paragraph : layout.paragraphs) {
+    expected += paragraph.bullet;
+    for (const auto& [range, style, link] : paragraph.spans) {
+      const std::u16string text = layout.text.substr(range.begin, range.length);
+      expected += text;
+      const bool hasTarget = style == StyleID::kStyleHotSpot && !link.empty() && link != text;
+      if (!hasTarget || (options.hasHyperlinks && ornwhatsnew::IsSafeLink(link))) continue;
+      expected += PlainUTF8to16("<" + PrintedLinkTarget(PlainUTF16to8(link)) + ">");
+    }
+    if (!paragraph.rating) continue;
+    const std::u16string& question = layout.ratingRequests[*paragraph.rating].question;
+    expected += question.empty() ? ornwhatsnew::kDefaultRatingQuestion : question;
   }
-  return expected;
+  return PlainUTF16to8(expected);
 }
 
 // Returns whether the text is one grapheme. Only a line of one grapheme may be wider than the
@@ -220,7 +170,7 @@ void RequireWidth(std::string_view plain, std::size_t width) {
   if (width == 0) return;
   for (const std::string& line : test_support::PlainSplit(plain, '\n')) {
     const std::u16string text = PlainUTF8to16(line);
-    if (hosts::console::DisplayWidth(text) <= width) continue;
+    if (ornwhatsnew::DisplayWidth(text) <= width) continue;
     const std::u16string_view afterIndent =
         std::u16string_view(text).substr(std::min(text.find_first_not_of(u' '), text.size()));
     Require(IsOneGrapheme(afterIndent), "no line is wider than the terminal");
@@ -229,26 +179,25 @@ void RequireWidth(std::string_view plain, std::size_t width) {
 
 void Run(Input input) {
   const std::string_view switches = input.ReadLine();
-  const bool isStyled = (Switch(switches, 1) & 0x01) == 0;
+  const bool hasStyles = (Switch(switches, 1) & 0x01) == 0;
   const bool isMixed = (Switch(switches, 1) & 0x02) != 0;
-  const TerminalLook look{.width = Switch(switches, 0) % 128,
-                          .isStyled = isStyled,
-                          .hasHyperlinks = isStyled != isMixed};
-  std::vector<StyledSegment> segments;
-  for (const std::string_view part : input.ReadParts()) {
-    segments.push_back(SegmentOf(part));
-    RequireSafeText(segments.back().text);
-    RequireOneTarget(segments.back().link);
-    if (HasComposedLink(part)) RequireVisibleHost(segments.back().link);
+  const TerminalOptions options{.width = Switch(switches, 0) % 128,
+                                .hasStyles = hasStyles,
+                                .hasHyperlinks = hasStyles != isMixed};
+  for (const std::string_view part : Input(input).ReadParts()) {
+    RequireSafeText(PartText(part));
+    RequireOneTarget(PartLink(part));
+    if (HasComposedLink(part)) RequireVisibleHost(PartLink(part));
   }
 
-  const std::string output = hosts::console::RenderTerminalPanel(segments, look);
+  const PanelLayout layout = ReadLayout(input);
+  const std::string output = ornwhatsnew::RenderTerminalText(layout, options);
   Require(output.ends_with('\n'), "the output ends with a newline");
-  Require(look.isStyled || look.hasHyperlinks || output.find('\x1B') == std::string::npos,
+  Require(options.hasStyles || options.hasHyperlinks || output.find('\x1B') == std::string::npos,
           "plain text has no escape sequences");
   const std::string plain = RequireHarmlessPanel(output);
-  RequireWidth(plain, look.width);
-  RequireEqual(VisibleCharacters(plain), VisibleCharacters(ExpectedText(segments, look)),
+  RequireWidth(plain, options.width);
+  RequireEqual(VisibleCharacters(plain), VisibleCharacters(ExpectedText(layout, options)),
                "each visible character is shown once, in order");
 }
 

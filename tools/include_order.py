@@ -23,7 +23,7 @@ MODULES = {
 
 # The private folders from the highest to the lowest layer. The sources of ornwhatsnew/utility belong to
 # the lowest layer.
-LAYERS = ["ornwhatsnew/src", "ornwhatsnew/src/panel", "ornwhatsnew/src/datafile",
+LAYERS = ["ornwhatsnew/src", "ornwhatsnew/src/render", "ornwhatsnew/src/panel", "ornwhatsnew/src/datafile",
           "ornwhatsnew/src/rules"]
 
 INCLUDE = re.compile(r'\s*#\s*include\s*[<"]([^>"]+)[>"]')

@@ -6,7 +6,7 @@ build_packages=(
   g++ cmake ninja-build pkgconf
   libboost-dev libicu-dev
   nlohmann-json3-dev libcli11-dev libcsv-dev libboost-locale-dev
-  libgtest-dev libgmock-dev libmurmurhash-dev python3-jsonschema mandoc gettext
+  libgtest-dev libgmock-dev libmurmurhash-dev libcmark-dev python3-jsonschema mandoc gettext
 )
 bench_packages=(libbenchmark-dev valgrind python3)
 package_packages=(dpkg-dev file lowdown)

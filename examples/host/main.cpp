@@ -11,6 +11,7 @@
 #include <orncore/config/InitializerRegistrar.h>
 #include <orncore/console/CommandRegistry.h>
 #include <orncore/string/Conversion.h>
+#include <ornwhatsnew/PanelRenderers.h>
 #include <ornwhatsnew/SafeLink.h>
 #include <ornwhatsnew/WhatsNew.h>
 
@@ -99,6 +100,13 @@ void DrawPanel(const ornwhatsnew::PanelLayout& panel) {
   }
 }
 
+// Returns a page for a web view.
+std::string NewsPage(const ornwhatsnew::PanelLayout& panel) {
+  return "<!DOCTYPE html>\n<meta charset=\"utf-8\">\n<title>What's New</title>\n<style>\n" +
+         std::string(ornwhatsnew::GetHTMLStyleSheet()) + "</style>\n" +
+         ornwhatsnew::RenderHTML(panel);
+}
+
 // Draws the rating view, and marks each feature as rated.
 void AskForRatings(ornwhatsnew::FeatureListData& list) {
   if (!list.IsAnythingNeedingRating()) return;
@@ -152,6 +160,9 @@ void Run(Preferences& preferences) {
       "true";
   std::cout << "all items: " << list->CountNew({}).items << '\n';
   DrawPanel(list->GetLayoutForDisplay({}));
+  std::cout << ornwhatsnew::RenderMarkdown(list->PreviewLayout({}));
+  const std::string page = NewsPage(list->PreviewLayout({}));
+  std::cout << "page: " << page.substr(0, page.find('\n')) << '\n';
   std::cout << "opened in " << preferences.texts["WhatsNew.AllVersionSeenWhatsNew"] << '\n';
   RunConsoleLine(u"ValidateWhatsNew");
 }

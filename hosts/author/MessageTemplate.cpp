@@ -3,11 +3,10 @@
 #include <algorithm>
 #include <functional>
 
+#include <orncore/string/SafeText.h>
 #include <ornwhatsnew/DataFileReader.h>
 #include <ornwhatsnew/PanelText.h>
 #include <ornwhatsnew/utility/TextHelpers.h>
-
-#include "hosts/common/TerminalText.h"
 
 namespace hosts::author {
 namespace {
@@ -60,7 +59,7 @@ std::string PoString(std::string_view text) {
 /// Returns a reference to a line of a file. gettext puts a name with spaces between U+2068 and
 /// U+2069.
 std::string Reference(std::string_view name, std::size_t line) {
-  std::string file = common::EscapeInvisible(name);
+  std::string file = orncore::string::EscapeInvisible(name);
   if (file.find(' ') != std::string::npos) file = "\u2068" + file + "\u2069";
   return line == 0 ? file : file + ":" + std::to_string(line);
 }
@@ -145,7 +144,7 @@ void MessageTemplate::AddKeyText(const std::string& reference, std::string_view 
     return;
   }
   if (mark != std::string_view::npos) {
-    AddUnlessLast(entry.comments, common::EscapeInvisible(rest.substr(mark + kCommentMark.size())));
+    AddUnlessLast(entry.comments, orncore::string::EscapeInvisible(rest.substr(mark + kCommentMark.size())));
   }
   AddUnlessLast(entry.references, reference);
 }

@@ -11,7 +11,7 @@
 #include "hosts/author/CellText.h"
 #include "hosts/author/ColumnNames.h"
 #include "hosts/author/DataFileWriter.h"
-#include "hosts/common/TerminalText.h"
+#include "hosts/common/MessageText.h"
 
 namespace hosts::author {
 namespace {

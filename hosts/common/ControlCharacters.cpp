@@ -3,15 +3,11 @@
 #include <algorithm>
 
 #include <orncore/string/Conversion.h>
+#include <orncore/string/SafeText.h>
 
 namespace hosts::common {
-namespace {
 
-bool IsControlCharacter(char16_t unit) {
-  return unit < 0x20 || (unit >= 0x7F && unit < 0xA0) || unit == 0x2028 || unit == 0x2029;
-}
-
-}  // namespace
+using orncore::string::IsControlCharacter;
 
 bool HasControlCharacters(std::string_view text) {
   return std::ranges::any_of(orncore::string::UTF8to16(text), IsControlCharacter);

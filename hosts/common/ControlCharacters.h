@@ -7,8 +7,8 @@
 
 namespace hosts::common {
 
-/// Returns whether `text` (UTF-8) contains a control character (U+0000 to U+001F and U+007F to
-/// U+009F) or a line or paragraph separator (U+2028 and U+2029).
+/// Returns whether `text` (UTF-8) contains a character for which
+/// `orncore::string::IsControlCharacter` returns true.
 bool HasControlCharacters(std::string_view text);
 
 /// Returns a copy of `text` (UTF-8) in which U+FFFD replaces each character that

@@ -5,9 +5,10 @@
 #include <utility>
 #include <vector>
 
+#include <orncore/string/SafeText.h>
 #include <nlohmann/json.hpp>
 
-#include "hosts/common/TerminalText.h"
+#include "hosts/common/MessageText.h"
 
 namespace hosts::common {
 
@@ -203,7 +204,7 @@ std::string JsonMessage(std::string_view sourceName, std::string_view location,
   std::string line(sourceName);
   if (!location.empty()) line.append(": ").append(WithoutMiddle(location));
   if (!message.empty()) line.append(": ").append(message);
-  return EscapeInvisible(line);
+  return orncore::string::EscapeInvisible(line);
 }
 
 std::string JsonQuoted(std::string_view text) {

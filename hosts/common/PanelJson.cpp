@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <set>
 #include <string>
+#include <utility>
 
 #include <orncore/string/Conversion.h>
 #include <ornwhatsnew/FeatureListItem.h>
@@ -21,6 +22,41 @@ json RatingItemJson(const ornwhatsnew::FeatureListItem& item) {
           {"description", TextJson(item.GetFeatureDescription())},
           {"customRating", TextJson(item.GetCustomRatingStr())},
           {"visibility", static_cast<std::int32_t>(item.GetVisibility())}};
+}
+
+const char* KindName(ornwhatsnew::ParagraphKind kind) {
+  switch (kind) {
+    case ornwhatsnew::ParagraphKind::kHeader:
+      return "header";
+    case ornwhatsnew::ParagraphKind::kTitle:
+      return "title";
+    case ornwhatsnew::ParagraphKind::kDescription:
+      return "description";
+    case ornwhatsnew::ParagraphKind::kChange:
+      return "change";
+    case ornwhatsnew::ParagraphKind::kNotice:
+      return "notice";
+    case ornwhatsnew::ParagraphKind::kRatingRequest:
+      return "ratingRequest";
+  }
+  return "";
+}
+
+json SpansJson(const ornwhatsnew::PanelLayout& layout,
+               const ornwhatsnew::LayoutParagraph& paragraph) {
+  json array = json::array();
+  for (const auto& [range, style, link] : paragraph.spans) {
+    array.push_back({{"text", TextJson(layout.text.substr(range.begin, range.length))},
+                     {"style", style ? json(static_cast<int>(*style)) : json()},
+                     {"link", TextJson(link)}});
+  }
+  return array;
+}
+
+json RatingRequestJson(const ornwhatsnew::RatingRequest& request) {
+  return {{"title", TextJson(request.title)},
+          {"question", TextJson(request.question)},
+          {"description", TextJson(request.description)}};
 }
 
 }  // namespace
@@ -72,12 +108,34 @@ json SafeLinksJson(const ornwhatsnew::StyleRunMap& runs) {
   return links;
 }
 
+json ParagraphsJson(const ornwhatsnew::PanelLayout& layout) {
+  json array = json::array();
+  for (const ornwhatsnew::LayoutParagraph& paragraph : layout.paragraphs) {
+    const auto& [begin, length] = paragraph.range;
+    json object = {{"kind", KindName(paragraph.kind)},
+                   {"indentLevel", paragraph.indentLevel},
+                   {"bullet", TextJson(paragraph.bullet)},
+                   {"hasText", paragraph.hasText},
+                   {"itemKey", TextJson(paragraph.itemKey)},
+                   {"isSection", paragraph.isSection},
+                   {"text", TextJson(layout.text.substr(begin, length))},
+                   {"spans", SpansJson(layout, paragraph)}};
+    if (paragraph.rating) {
+      object["rating"] = RatingRequestJson(layout.ratingRequests[*paragraph.rating]);
+    }
+    array.push_back(std::move(object));
+  }
+  return array;
+}
+
 json PanelJson(std::u16string_view text, const ornwhatsnew::StyleRunMap& runs,
-               const std::shared_ptr<const ornwhatsnew::RatingMap>& items) {
+               const std::shared_ptr<const ornwhatsnew::RatingMap>& items,
+               const ornwhatsnew::PanelLayout& layout) {
   return {{"text", TextJson(text)},
           {"runs", RunsJson(runs)},
           {"safeLinks", SafeLinksJson(runs)},
-          {"ratingItems", RatingItemsJson(items)}};
+          {"ratingItems", RatingItemsJson(items)},
+          {"paragraphs", ParagraphsJson(layout)}};
 }
 
 }  // namespace hosts::common

@@ -7,6 +7,7 @@
 #include <string>
 #include <string_view>
 
+#include <ornwhatsnew/PanelLayout.h>
 #include <ornwhatsnew/utility/SharedTypes.h>
 #include <nlohmann/json_fwd.hpp>
 
@@ -37,11 +38,20 @@ nlohmann::json RatingItemsJson(const std::shared_ptr<const ornwhatsnew::RatingMa
 /// Each link occurs once, and the links are in ascending order.
 nlohmann::json SafeLinksJson(const ornwhatsnew::StyleRunMap& runs);
 
-/// Returns an object with the members "text", "runs", "safeLinks" and "ratingItems". `text` is the
-/// panel's text, `runs` are its style runs, and `items` is the rating map of the same display. A
-/// script that opens links or writes a web page must use only the links in "safeLinks".
+/// Returns an array with an object for each paragraph. Its members "kind", "indentLevel", "bullet",
+/// "hasText", "itemKey", "isSection" and "text" are those of `ornwhatsnew::LayoutParagraph`.
+/// "spans" is an array of objects with the members "text", "style" (a number, or null) and "link".
+/// The paragraph of a rating request also has the member "rating": an object with the title, the
+/// question and the description of the request.
+nlohmann::json ParagraphsJson(const ornwhatsnew::PanelLayout& layout);
+
+/// Returns an object with the members "text", "runs", "safeLinks", "ratingItems" and "paragraphs".
+/// `text` is the panel's text, `runs` are its style runs, `items` is the rating map of the same
+/// display, and `layout` is the layout of the same panel. A script that opens links or writes a web
+/// page must use only the links in "safeLinks".
 nlohmann::json PanelJson(std::u16string_view text, const ornwhatsnew::StyleRunMap& runs,
-                         const std::shared_ptr<const ornwhatsnew::RatingMap>& items);
+                         const std::shared_ptr<const ornwhatsnew::RatingMap>& items,
+                         const ornwhatsnew::PanelLayout& layout);
 
 }  // namespace hosts::common
 

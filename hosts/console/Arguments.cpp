@@ -79,6 +79,11 @@ using Choices = std::vector<std::pair<std::string, Choice>>;
 
 const Choices<OutputFormat> kFormats = {{"text", OutputFormat::kText},
                                         {"json", OutputFormat::kJson}};
+const Choices<PanelFormat> kPanelFormats = {{"text", PanelFormat::kText},
+                                            {"plain", PanelFormat::kPlain},
+                                            {"html", PanelFormat::kHtml},
+                                            {"markdown", PanelFormat::kMarkdown},
+                                            {"json", PanelFormat::kJson}};
 const Choices<ColorMode> kColorModes = {
     {"auto", ColorMode::kAuto}, {"always", ColorMode::kAlways}, {"never", ColorMode::kNever}};
 
@@ -240,19 +245,24 @@ class CommandLine {
     AddFlag(command, kOnlyNewFlag, show_.options);
     AddFilters(command, show_.options);
     AddFlag(command, kRatingFlag, show_.options);
-    command.add_flag("--no-remember", show_.storesNothing,
+    command.add_flag("--no-remember", show_.storesNothing, 
                      "Do not mark the shown items and changes as seen");
-    AddFormat(command, show_.format);
+    AddChoice(command, "--format", kPanelFormats, show_.format,
+              "Print the panel as text for the terminal (default),\n"
+              "plain, html, markdown or json")
+        ->type_name("FORMAT");
     AddChoice(command, "--color", kColorModes, show_.color,
-              "Use colours and links: auto (default), always or never.\n"
+              "Use colours and links in the format text: auto\n"
+              "(default), always or never.\n"
               "auto uses both on a terminal, but no colours if\n"
               "NO_COLOR is set")
         ->type_name("WHEN");
     command
         .add_option_function<std::string>(
             "--width", [this](const std::string& word) { show_.width = ParseWidth(word); },
-            "Wrap lines at this column; 0: no wrapping. Default: the\n"
-            "terminal's width, or 0 if the output is not a terminal")
+            "Wrap lines of the formats text and plain at this\n"
+            "column; 0: no wrapping. Default: 0, but for text the\n"
+            "width of the terminal if the output is one")
         ->type_name("COLUMNS");
   }
 

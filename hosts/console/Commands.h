@@ -19,6 +19,7 @@ namespace hosts::console {
 
 enum class ColorMode { kAuto, kAlways, kNever };
 enum class OutputFormat { kText, kJson };
+enum class PanelFormat { kText, kPlain, kHtml, kMarkdown, kJson };
 
 /// The files that a command uses. If `state` is absent, the command uses the user's default store.
 struct SourceArguments {
@@ -30,7 +31,7 @@ struct SourceArguments {
 struct ShowArguments {
   SourceArguments sources;
   ornwhatsnew::DisplayOptions options;
-  OutputFormat format = OutputFormat::kText;
+  PanelFormat format = PanelFormat::kText;
   ColorMode color = ColorMode::kAuto;
   std::optional<std::size_t> width;  ///< in columns; 0: no wrapping; absent: the terminal's width
   bool storesNothing = false;        ///< true: do not mark the shown content as seen

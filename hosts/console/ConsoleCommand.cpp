@@ -5,8 +5,9 @@
 
 #include <orncore/console/CommandRegistry.h>
 #include <orncore/string/Conversion.h>
+#include <orncore/string/SafeText.h>
 
-#include "hosts/common/TerminalText.h"
+#include "hosts/common/MessageText.h"
 #include "hosts/console/Commands.h"
 #include "hosts/console/InputLines.h"
 #include "hosts/console/StandardStreams.h"
@@ -46,7 +47,7 @@ bool RunLine(std::string_view line) {
   std::basic_ostringstream<char16_t> output;
   const std::optional<int> result =
       CommandRegistry::Instance().RunLine(orncore::string::UTF8to16(line), output);
-  WriteOutput(orncore::string::UTF16to8(common::SafeForTerminal(output.str())));
+  WriteOutput(orncore::string::UTF16to8(orncore::string::SafeForTerminal(output.str())));
   if (!result) {
     const std::string name = common::WithoutMiddle(line.substr(0, line.find(' ')));
     ReportError("unknown console command '" + name + "'; 'help' lists the commands");

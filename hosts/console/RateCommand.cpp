@@ -3,11 +3,11 @@
 #include <string>
 #include <vector>
 
+#include <orncore/string/SafeText.h>
 #include <ornwhatsnew/FeatureListItem.h>
 #include <ornwhatsnew/utility/TextHelpers.h>
 
 #include "hosts/common/StateStore.h"
-#include "hosts/common/TerminalText.h"
 #include "hosts/console/Commands.h"
 #include "hosts/console/StandardStreams.h"
 #include "hosts/console/WhatsNewLoading.h"
@@ -64,7 +64,7 @@ ExitStatus Run(const RateArguments& arguments) {
   if (!std::ranges::binary_search(keys, arguments.key)) FailUnknownKey(arguments.key, keys);
   list->MarkItemHasBeenRated(arguments.key);
   store.Commit();
-  const std::string key = common::EscapeInvisible(arguments.key);
+  const std::string key = orncore::string::EscapeInvisible(arguments.key);
   WriteOutput("Thank you. Your rating of " + key + " was stored.\n",
               "your rating of " + key + " was stored");
   return ExitStatus::kDone;

@@ -1,34 +1,27 @@
 #include <memory>
 #include <string>
 #include <string_view>
-#include <vector>
 
+#include <ornwhatsnew/PanelRenderers.h>
 #include <nlohmann/json.hpp>
 
+#include "hosts/common/HtmlPage.h"
 #include "hosts/common/PanelJson.h"
 #include "hosts/common/StateStore.h"
-#include "hosts/common/StyledSegments.h"
 #include "hosts/console/Commands.h"
-#include "hosts/console/RatingControls.h"
+#include "hosts/console/RatingCommands.h"
 #include "hosts/console/StandardStreams.h"
-#include "hosts/console/TerminalPanel.h"
 #include "hosts/console/WhatsNewLoading.h"
 
 namespace hosts::console {
 namespace {
 
-std::string RenderText(ornwhatsnew::FeatureListData& list, const ShowArguments& arguments) {
-  const bool isRating = arguments.options.Has(ornwhatsnew::kRatingView);
-  const auto ratingItems = std::make_shared<ornwhatsnew::RatingMap>();
-  ornwhatsnew::StyleRunMap runs;
-  const ornwhatsnew::UTF16String text = list.GetFormattedTextForDisplay(
-      arguments.options, isRating ? RatingPlaceholder() : ornwhatsnew::UTF16String(), runs,
-      ratingItems);
-  std::vector<common::StyledSegment> segments = common::SplitIntoStyledSegments(text, runs);
-  if (isRating) {
-    PlaceRatingControls(RatingControls(list, *ratingItems, arguments.sources), segments);
-  }
-  return RenderTerminalPanel(segments, DetectTerminalLook(arguments.color, arguments.width));
+/// Returns the layout of a display, with the command that rates each feature.
+ornwhatsnew::PanelLayout LayoutWithCommands(ornwhatsnew::FeatureListData& list,
+                                            const ShowArguments& arguments) {
+  ornwhatsnew::PanelLayout layout = list.GetLayoutForDisplay(arguments.options);
+  AddRatingCommands(arguments.sources, layout);
+  return layout;
 }
 
 std::string RenderJson(ornwhatsnew::FeatureListData& list, const ShowArguments& arguments) {
@@ -36,7 +29,26 @@ std::string RenderJson(ornwhatsnew::FeatureListData& list, const ShowArguments& 
   ornwhatsnew::StyleRunMap runs;
   const ornwhatsnew::UTF16String text =
       list.GetFormattedTextForDisplay(arguments.options, {}, runs, ratingItems);
-  return common::ToJsonText(common::PanelJson(text, runs, ratingItems));
+  const ornwhatsnew::PanelLayout layout = list.PreviewLayout(arguments.options);
+  return common::ToJsonText(common::PanelJson(text, runs, ratingItems, layout));
+}
+
+std::string Render(ornwhatsnew::FeatureListData& list, const ShowArguments& arguments) {
+  switch (arguments.format) {
+    case PanelFormat::kPlain:
+      return ornwhatsnew::RenderPlainText(LayoutWithCommands(list, arguments),
+                                          arguments.width.value_or(0));
+    case PanelFormat::kHtml:
+      return common::HtmlPage(list.GetLayoutForDisplay(arguments.options));
+    case PanelFormat::kMarkdown:
+      return ornwhatsnew::RenderMarkdown(list.GetLayoutForDisplay(arguments.options));
+    case PanelFormat::kJson:
+      return RenderJson(list, arguments);
+    case PanelFormat::kText:
+      break;
+  }
+  return ornwhatsnew::RenderTerminalText(LayoutWithCommands(list, arguments),
+                                         DetectTerminalOptions(arguments.color, arguments.width));
 }
 
 }  // namespace
@@ -46,8 +58,7 @@ ExitStatus Run(const ShowArguments& arguments) {
   common::StateStore store(StateLocation(arguments.sources.state));
   const std::shared_ptr<ornwhatsnew::FeatureListData> list =
       LoadWhatsNew(arguments.sources.data, store.Getter(), store.Setter());
-  const std::string output = arguments.format == OutputFormat::kJson ? RenderJson(*list, arguments)
-                                                                     : RenderText(*list, arguments);
+  const std::string output = Render(*list, arguments);
   if (arguments.storesNothing) {
     WriteOutput(output);
     return ExitStatus::kDone;

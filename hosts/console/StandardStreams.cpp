@@ -10,8 +10,9 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <orncore/string/SafeText.h>
+
 #include "hosts/common/FileDescriptor.h"
-#include "hosts/common/TerminalText.h"
 
 namespace hosts::console {
 namespace {
@@ -97,7 +98,7 @@ bool ShouldRepeat(int error, int descriptor, short events) {
 }
 
 void ReportError(std::string_view message) {
-  const std::string line = "ornwhatsnew: " + common::EscapeInvisible(message) + "\n";
+  const std::string line = "ornwhatsnew: " + orncore::string::EscapeInvisible(message) + "\n";
   static_cast<void>(WriteAll(STDERR_FILENO, line));
 }
 
@@ -105,7 +106,8 @@ bool IsInteractive() {
   return ::isatty(STDIN_FILENO) != 0 && ::isatty(STDOUT_FILENO) != 0;
 }
 
-TerminalLook DetectTerminalLook(ColorMode color, std::optional<std::size_t> width) {
+ornwhatsnew::TerminalOptions DetectTerminalOptions(ColorMode color,
+                                                   std::optional<std::size_t> width) {
   const bool hasHyperlinks = UsesEscapeSequences(color);
   // NO_COLOR switches off colours, but not hyperlinks.
   const bool isColorless = color == ColorMode::kAuto && !EnvironmentValue("NO_COLOR").empty();

@@ -6,8 +6,9 @@
 #include <optional>
 #include <string_view>
 
+#include <ornwhatsnew/PanelRenderers.h>
+
 #include "hosts/console/Commands.h"
-#include "hosts/console/TerminalPanel.h"
 
 namespace hosts::console {
 
@@ -43,7 +44,8 @@ bool IsInteractive();
 /// `width` is absent, the width of the result depends on standard output. For a terminal, it is the
 /// width of the terminal, or 80 if that is unknown. For other output, it is 0, which means no
 /// wrapping.
-TerminalLook DetectTerminalLook(ColorMode color, std::optional<std::size_t> width);
+ornwhatsnew::TerminalOptions DetectTerminalOptions(ColorMode color,
+                                                   std::optional<std::size_t> width);
 
 }  // namespace hosts::console
 

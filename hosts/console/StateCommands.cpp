@@ -2,12 +2,12 @@
 #include <string_view>
 #include <vector>
 
+#include <orncore/string/SafeText.h>
 #include <ornwhatsnew/utility/PersistedList.h>
 #include <nlohmann/json.hpp>
 
 #include "hosts/common/PanelJson.h"
 #include "hosts/common/StateStore.h"
-#include "hosts/common/TerminalText.h"
 #include "hosts/console/Commands.h"
 #include "hosts/console/StandardStreams.h"
 #include "hosts/console/WhatsNewLoading.h"
@@ -32,13 +32,13 @@ std::string DescribeAsJson(const common::StateStore& store) {
 }
 
 std::string DescribeAsText(const common::StateStore& store) {
-  const std::string location = common::EscapeInvisible(store.Location().native());
+  const std::string location = orncore::string::EscapeInvisible(store.Location().native());
   if (store.Values().empty()) return "Nothing is stored in " + location + ".\n";
   const std::string identities = store.Get(common::kAllSeenItemsKey);
   const std::size_t count = ornwhatsnew::SplitPersistedList(identities).size();
   // If the user rates a feature before the first display, the store contains no version.
   const auto shown = [](std::string_view text) {
-    return text.empty() ? "not yet" : common::EscapeInvisible(text);
+    return text.empty() ? "not yet" : orncore::string::EscapeInvisible(text);
   };
   return "State store:     " + location + "\n" +
          "Last opened in:  " + shown(store.Get(common::kLastVersionSeenKey)) + "\n" +
@@ -59,7 +59,7 @@ ExitStatus Run(const StateShowArguments& arguments) {
 ExitStatus Run(const StateResetArguments& arguments) {
   common::StateStore store(StateLocation(arguments.state));
   store.Reset();
-  const std::string location = common::EscapeInvisible(store.Location().native());
+  const std::string location = orncore::string::EscapeInvisible(store.Location().native());
   WriteOutput("Deleted the state in " + location + ".\n",
               "the state in " + location + " was deleted");
   return ExitStatus::kDone;

@@ -28,7 +28,11 @@ _ornwhatsnew() {
   value=$(_ornwhatsnew_value "$help" "$previous")
   case $value in
     '') ;;
-    FORMAT) _ornwhatsnew_offer "$current" text json && return ;;
+    FORMAT)
+      local formats=(text json)
+      [[ ${command[*]} != show ]] || formats+=(plain html markdown)
+      _ornwhatsnew_offer "$current" "${formats[@]}" && return
+      ;;
     WHEN) _ornwhatsnew_offer "$current" auto always never && return ;;
     FILE) _ornwhatsnew_files "$current" && return ;;
     *) return 0 ;;

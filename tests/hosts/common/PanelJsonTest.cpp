@@ -5,6 +5,7 @@
 #include <nlohmann/json.hpp>
 
 #include "hosts/common/PanelJson.h"
+#include "tests/support/LayoutBuilder.h"
 
 namespace hosts::common {
 namespace {
@@ -51,11 +52,38 @@ TEST(PanelJson, ListsEachSafeLinkOnce) {
   EXPECT_EQ(json::array({"https://a", "https://b"}), SafeLinksJson(runs));
 }
 
-TEST(PanelJson, WritesTextRunsLinksAndRatingItems) {
-  EXPECT_EQ(
-      json::parse(
-          R"({"text": "T", "runs": {"0": [[0, 1, ""]]}, "safeLinks": [], "ratingItems": {}})"),
-      PanelJson(u"T", {{StyleID{0}, {{{0, 1}, u""}}}}, std::make_shared<ornwhatsnew::RatingMap>()));
+TEST(PanelJson, WritesEachParagraphWithItsSpans) {
+  test_support::LayoutBuilder builder;
+  builder.Begin(ornwhatsnew::ParagraphKind::kTitle, "EPIC-7")
+      .Span(u"Export", StyleID::kStyleFeatureTitle, u"https://a")
+      .Span(u" ");
+  builder.Begin(ornwhatsnew::ParagraphKind::kChange, "MISC");
+  builder.Last().isSection = true;
+  builder.Last().hasText = false;
+  EXPECT_EQ(json::parse(R"([
+    {"kind": "title", "indentLevel": 0, "bullet": "", "hasText": true, "itemKey": "EPIC-7",
+     "isSection": false, "text": "Export ",
+     "spans": [{"text": "Export", "style": 0, "link": "https://a"},
+               {"text": " ", "style": null, "link": ""}]},
+    {"kind": "change", "indentLevel": 1, "bullet": "•", "hasText": false, "itemKey": "MISC",
+     "isSection": true, "text": "", "spans": []}])"),
+            ParagraphsJson(builder.Layout()));
+}
+
+TEST(PanelJson, WritesTheRatingRequestInItsParagraph) {
+  test_support::LayoutBuilder builder;
+  builder.Rating(u"Better?", u"Faster");
+  const json paragraphs = ParagraphsJson(builder.Layout());
+  EXPECT_EQ("ratingRequest", paragraphs.at(0).at("kind"));
+  EXPECT_EQ(json::parse(R"({"title": "", "question": "Better?", "description": "Faster"})"),
+            paragraphs.at(0).at("rating"));
+}
+
+TEST(PanelJson, WritesTextRunsLinksRatingItemsAndParagraphs) {
+  EXPECT_EQ(json::parse(R"({"text": "T", "runs": {"0": [[0, 1, ""]]}, "safeLinks": [],
+                            "ratingItems": {}, "paragraphs": []})"),
+            PanelJson(u"T", {{StyleID{0}, {{{0, 1}, u""}}}},
+                      std::make_shared<ornwhatsnew::RatingMap>(), {}));
 }
 
 }  // namespace

@@ -1,6 +1,7 @@
 #include <initializer_list>
 #include <sstream>
 #include <string>
+#include <utility>
 #include <variant>
 #include <vector>
 
@@ -33,7 +34,7 @@ TEST(Arguments, ShowReadsDataAndHost) {
   EXPECT_FALSE(show.sources.state.has_value());
   EXPECT_FALSE(show.width.has_value());
   EXPECT_EQ(ornwhatsnew::DisplayOptions(), show.options);
-  EXPECT_EQ(OutputFormat::kText, show.format);
+  EXPECT_EQ(PanelFormat::kText, show.format);
   EXPECT_EQ(ColorMode::kAuto, show.color);
 }
 
@@ -63,11 +64,24 @@ TEST(Arguments, ShowReadsEveryOption) {
                               "always", "--format", "json", "--width", "0", "--state", "s"});
   EXPECT_EQ(ornwhatsnew::kShowOnlyNew | ornwhatsnew::kRatingView, show.options);
   EXPECT_EQ(ColorMode::kAlways, show.color);
-  EXPECT_EQ(OutputFormat::kJson, show.format);
+  EXPECT_EQ(PanelFormat::kJson, show.format);
   EXPECT_EQ(0U, show.width);
   EXPECT_EQ("s", show.sources.state);
   EXPECT_EQ(ColorMode::kNever,
             ParseAs<ShowArguments>({"show", "d", "--host", "h", "--color", "never"}).color);
+}
+
+TEST(Arguments, ShowHasFiveFormats) {
+  const std::vector<std::pair<const char*, PanelFormat>> formats = {
+      {"text", PanelFormat::kText},
+      {"plain", PanelFormat::kPlain},
+      {"html", PanelFormat::kHtml},
+      {"markdown", PanelFormat::kMarkdown},
+      {"json", PanelFormat::kJson}};
+  for (const auto& [name, format] : formats) {
+    EXPECT_EQ(format,
+              ParseAs<ShowArguments>({"show", "d", "--host", "h", "--format", name}).format);
+  }
 }
 
 TEST(Arguments, StatusRateAndStateReadTheirOptions) {

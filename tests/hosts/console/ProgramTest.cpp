@@ -1,6 +1,7 @@
 // Runs the program as a user or a script does, and checks its output and exit status.
 #include <filesystem>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include <gmock/gmock.h>
@@ -168,6 +169,67 @@ TEST_F(ShowTest, JsonHasTextRunsAndRatingItems) {
               StartsWith("\n\tChanges since v24.0\n\nExport\tUNLOCKED\n\uFEFF\uFEFF\tExports"));
   EXPECT_EQ(json::array({json::array({0, 23, ""})}), panel["runs"]["3"]);
   EXPECT_EQ("How dark is it?", panel["ratingItems"]["EPIC-8"]["customRating"]);
+}
+
+TEST_F(ShowTest, JsonHasTheParagraphsOfTheSamePanel) {
+  OutputOf({"show", "{data}", "{host}"});
+  const json panel =
+      json::parse(OutputOf({"show", "{data}", "{host}", "--format", "json", "--rating"}));
+  const json& paragraphs = panel["paragraphs"];
+  ASSERT_EQ(6U, paragraphs.size());
+  EXPECT_EQ("Export UNLOCKED", paragraphs[0]["text"]);
+  EXPECT_EQ("\u2022", paragraphs[1]["bullet"]);
+  EXPECT_EQ("How dark is it?", paragraphs[5]["rating"]["question"]);
+}
+
+TEST_F(ShowTest, HtmlIsAPageWithThePanel) {
+  EXPECT_THAT(OutputOf({"show", "{data}", "{host}", "--format", "html"}),
+              AllOf(StartsWith("<!DOCTYPE html>"), HasSubstr("id=\"ornwhatsnew-EPIC-7\""),
+                    HasSubstr("href=\"https://help.tarsa.example/export\">View more</a>")));
+}
+
+TEST_F(ShowTest, MarkdownHasHeadingsAndLists) {
+  EXPECT_THAT(OutputOf({"show", "{data}", "{host}", "--format", "markdown"}),
+              StartsWith("## Changes since v24.0\n\n"
+                         "### [Export](https://help.tarsa.example/export) `UNLOCKED`\n\n"
+                         "Exports run beside your work. "
+                         "[View more](https://help.tarsa.example/export)\n\n"
+                         "- (macOS only) Twice as fast (v25.1)\n"));
+}
+
+TEST_F(ShowTest, PlainHasNoEscapeSequencesAndIsWrappedOnlyWithAWidth) {
+  const std::vector<std::string> words = {"show", "{data}", "{host}", "--format", "plain"};
+  EXPECT_EQ(OutputOf({"show", "{data}", "{host}"}), OutputOf(words));
+  ProgramCall call = Call(words);
+  call.isOnTerminal = true;
+  call.columns = 20;
+  call.arguments.insert(call.arguments.end(), {"--color", "always"});
+  EXPECT_THAT(RunProgram(ProgramFile(), call).output,
+              AllOf(Not(HasSubstr("\x1B")), HasSubstr("   \u2022  Every window is dark (v24")));
+  call.arguments.insert(call.arguments.end(), {"--width", "24"});
+  EXPECT_THAT(RunProgram(ProgramFile(), call).output,
+              HasSubstr("  \u2022 Every window is dark\n    (v24.0-v25.1)\n"));
+}
+
+TEST_F(ShowTest, EachFormatStoresTheShownChanges) {
+  for (const char* const format : {"text", "plain", "html", "markdown", "json"}) {
+    OutputOf({"state", "reset"});
+    OutputOf({"show", "{data}", "{host}", "--format", format});
+    EXPECT_THAT(OutputOf({"show", "{data}", "{host}", "--only-new"}), HasSubstr("caught up"))
+        << format;
+  }
+}
+
+TEST_F(ShowTest, OnlyTextAndPlainHaveTheRatingCommands) {
+  OutputOf({"show", "{data}", "{host}"});
+  for (const char* const format : {"text", "plain", "html", "markdown"}) {
+    const std::string panel =
+        OutputOf({"show", "{data}", "{host}", "--rating", "--format", format});
+    EXPECT_THAT(panel, HasSubstr("How dark is it?"));
+    const bool isForTerminals =
+        std::string_view(format) == "text" || std::string_view(format) == "plain";
+    EXPECT_EQ(isForTerminals, panel.find("ornwhatsnew rate") != std::string::npos) << format;
+  }
 }
 
 TEST_F(ShowTest, JsonIsPrintableAscii) {

@@ -64,7 +64,8 @@ expect 'host.json what is new.csv' show ''
 expect 'what is new.csv' show --only-new w
 expect 'host.json' show --host h
 expect 'host.json' show 'what is new.csv' --host h
-expect 'json text' show --format ''
+expect 'html json markdown plain text' show --format ''
+expect 'markdown' show --format m
 expect 'json' status --format = j
 expect 'json text' status --format =
 expect 'always auto never' show --color ''

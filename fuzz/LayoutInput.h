@@ -1,0 +1,50 @@
+// Reads a layout from a fuzzer's input.
+//
+// Each part of the input is a span or a rating request: one byte for its style and paragraph, one
+// byte for its link, and its text. The lowest four bits of the first byte are the style; 15 is no
+// style. The next three bits are:
+//
+//   0 to 4  the span begins a paragraph of this kind
+//   5       the part is a rating request, and its text is the question
+//   6, 7    the span continues the last paragraph
+//
+// The lowest two bits of the second byte are the kind of the link:
+//
+//   0  no link
+//   1  the text is the link
+//   2  the link is composed. These bits add parts that are longer than a printed target: 0x04
+//      slashes, 0x08 user information, 0x10 a host, 0x20 a port. 0x80 adds the text as user
+//      information.
+//   3  a fixed link
+//
+// The text is UTF-8. U+E000 to U+E7FF represent unpaired surrogates.
+#ifndef FUZZ_LAYOUTINPUT_H_
+#define FUZZ_LAYOUTINPUT_H_
+
+#include <string>
+#include <string_view>
+
+#include <ornwhatsnew/PanelLayout.h>
+
+#include "fuzz/Input.h"
+
+namespace fuzz {
+
+/// Reads all remaining parts of `input` as a layout.
+ornwhatsnew::PanelLayout ReadLayout(Input& input);
+
+/// The end of the host of a composed link.
+inline constexpr std::string_view kComposedHost = "host.example";
+
+/// Returns whether `part` has a composed link.
+bool HasComposedLink(std::string_view part);
+
+/// Returns the text of `part` without its first two bytes.
+std::string_view PartText(std::string_view part);
+
+/// Returns the link of `part` in UTF-8, or an empty string.
+std::string PartLink(std::string_view part);
+
+}  // namespace fuzz
+
+#endif  // FUZZ_LAYOUTINPUT_H_

@@ -1,0 +1,24 @@
+// Shortens texts for messages.
+#ifndef HOSTS_COMMON_MESSAGETEXT_H_
+#define HOSTS_COMMON_MESSAGETEXT_H_
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+namespace hosts::common {
+
+/// Returns whether `byte` is not a UTF-8 continuation byte.
+bool IsCharacterStart(char byte);
+
+/// Returns the first `length` bytes of `text` (UTF-8), or up to three bytes fewer so that no
+/// character is split. Returns all of `text` if it is shorter.
+std::string_view Prefix(std::string_view text, std::size_t length);
+
+/// Returns `text` (UTF-8) for a message. If it has more than 200 bytes, replaces its middle with
+/// " ... ". Does not split a character.
+std::string WithoutMiddle(std::string_view text);
+
+}  // namespace hosts::common
+
+#endif  // HOSTS_COMMON_MESSAGETEXT_H_

@@ -1,0 +1,186 @@
+#include <orncore/string/SafeText.h>
+
+#include <cstdint>
+
+#include <unicode/uchar.h>
+#include <unicode/utf16.h>
+#include <unicode/utf8.h>
+
+namespace orncore::string {
+namespace {
+
+constexpr UChar32 kReplacement = 0xFFFD;
+constexpr UChar32 kControlPictures = 0x2400;
+constexpr UChar32 kDeletePicture = 0x2421;
+constexpr UChar32 kNonJoiner = 0x200C;
+constexpr UChar32 kJoiner = 0x200D;
+constexpr UChar32 kTextPresentation = 0xFE0E;
+constexpr UChar32 kEmojiPresentation = 0xFE0F;
+constexpr UChar32 kKeycap = 0x20E3;
+constexpr UChar32 kEscape = '\\';
+constexpr int kViramaClass = 9;
+
+// Returns the character at `position` and sets `position` to the end of the character. Returns
+// U+FFFD for an unpaired surrogate.
+UChar32 ReadCharacter(std::u16string_view text, std::size_t& position) {
+  // Use 64 bits, because the ICU macro mixes signed and unsigned 32-bit operands.
+  std::int64_t character = 0;
+  U16_NEXT_OR_FFFD(text, position, text.size(), character);
+  return static_cast<UChar32>(character);
+}
+
+bool IsPrintableAscii(UChar32 character) {
+  return character >= 0x20 && character < 0x7F;
+}
+
+bool IsPictograph(UChar32 character) {
+  return u_hasBinaryProperty(character, UCHAR_EXTENDED_PICTOGRAPHIC) != 0;
+}
+
+bool EndsEmoji(UChar32 character) {
+  return IsPictograph(character) || character == kEmojiPresentation ||
+         u_hasBinaryProperty(character, UCHAR_EMOJI_MODIFIER) != 0;
+}
+
+bool IsJoining(UChar32 character) {
+  return u_getIntPropertyValue(character, UCHAR_JOINING_TYPE) != U_JT_NON_JOINING;
+}
+
+// Returns the character at `position` of `text` (UTF-8), and sets `position` to the end of the
+// character. Returns a negative number for ill-formed bytes.
+UChar32 ReadCharacter(std::string_view text, std::size_t& position) {
+  const std::string_view bytes = text.substr(position, U8_MAX_LENGTH);
+  const auto* const begin = reinterpret_cast<const std::uint8_t*>(bytes.data());
+  std::int32_t length = 0;
+  UChar32 character = 0;
+  U8_NEXT(begin, length, static_cast<std::int32_t>(bytes.size()), character);
+  position += static_cast<std::size_t>(length);
+  return character;
+}
+
+// Returns whether `joiner`, which is between `before` and `after`, changes how the text looks.
+// Joiners affect cursive scripts, Indic scripts and emoji. Between other characters, they are
+// invisible, and two different strings would look the same.
+bool IsJoinerNeeded(UChar32 joiner, UChar32 before, UChar32 after) {
+  if (u_getCombiningClass(before) == kViramaClass) return u_isalpha(after) != 0;
+  if (joiner == kJoiner && EndsEmoji(before)) return IsPictograph(after);
+  return IsJoining(before) && IsJoining(after) && before != kJoiner && before != kNonJoiner;
+}
+
+bool IsSelectorNeeded(UChar32 selector, UChar32 before, UChar32 after) {
+  if (u_hasBinaryProperty(before, UCHAR_EMOJI) == 0) return false;
+  // Digits have the property "emoji" only because of keycap sequences.
+  return before > 0x7F || (selector == kEmojiPresentation && after == kKeycap);
+}
+
+bool IsInvisible(UChar32 character) {
+  return u_hasBinaryProperty(character, UCHAR_DEFAULT_IGNORABLE_CODE_POINT) != 0 ||
+         u_charType(character) == U_FORMAT_CHAR;
+}
+
+// Returns the character to show instead of `character`, or 0 to show nothing. `before` is the last
+// character of the output, and `after` is the next character of the input.
+UChar32 Substitute(UChar32 character, UChar32 before, UChar32 after) {
+  if (character < 0x20) return kControlPictures + character;
+  if (character == 0x7F) return kDeletePicture;
+  if (character < 0xA0) return character < 0x7F ? character : kReplacement;
+  if (character == kJoiner || character == kNonJoiner) {
+    return IsJoinerNeeded(character, before, after) ? character : 0;
+  }
+  if (character == kTextPresentation || character == kEmojiPresentation) {
+    return IsSelectorNeeded(character, before, after) ? character : 0;
+  }
+  switch (u_charType(character)) {
+    case U_LINE_SEPARATOR:
+    case U_PARAGRAPH_SEPARATOR:
+      return ' ';
+    default:
+      break;
+  }
+  if (u_hasBinaryProperty(character, UCHAR_NONCHARACTER_CODE_POINT) != 0) return kReplacement;
+  return IsInvisible(character) ? 0 : character;
+}
+
+bool LooksLikeSpace(UChar32 character) {
+  constexpr UChar32 kBlankBraillePattern = 0x2800;
+  return character != ' ' &&
+         (u_charType(character) == U_SPACE_SEPARATOR || character == kBlankBraillePattern);
+}
+
+// Returns the first character of `text` (UTF-8), or a backslash if `EscapeInvisible` could replace
+// that character with an escape. A joiner before that backslash would be invisible. Returns 0 if
+// `text` is empty.
+UChar32 NextVisibleCharacter(std::string_view text) {
+  if (text.empty()) return 0;
+  std::size_t end = 0;
+  const UChar32 character = ReadCharacter(text, end);
+  const bool isEscaped = character < 0 || IsInvisible(character) || LooksLikeSpace(character);
+  return isEscaped ? kEscape : character;
+}
+
+// Appends a backslash, `kind` and `digits` hexadecimal digits of `value`.
+void AppendEscape(std::string& text, char kind, int digits, std::uint32_t value) {
+  constexpr std::string_view kDigits = "0123456789abcdef";
+  text += '\\';
+  text += kind;
+  for (int shift = 4 * (digits - 1); shift >= 0; shift -= 4) text += kDigits[value >> shift & 0xFU];
+}
+
+}  // namespace
+
+UTF16String SafeForTerminal(std::u16string_view text) {
+  UTF16String safe;
+  safe.reserve(text.size());
+  UChar32 before = 0;
+  std::size_t position = 0;
+  while (position < text.size()) {
+    const std::size_t begin = position;
+    const UChar32 character = ReadCharacter(text, position);
+    if (IsPrintableAscii(character) || character == '\n' || character == '\t') {
+      before = character;
+      safe.push_back(text[begin]);
+      continue;
+    }
+    std::size_t next = position;
+    const UChar32 after = next < text.size() ? ReadCharacter(text, next) : 0;
+    const UChar32 shown = Substitute(character, before, after);
+    if (shown == 0) continue;
+    if (shown == character && character != kReplacement) {
+      safe.append(text, begin, position - begin);
+    } else {
+      safe.push_back(static_cast<char16_t>(shown));  // all substitutes are at most U+FFFF
+    }
+    before = shown;
+  }
+  return safe;
+}
+
+UTF8String EscapeInvisible(std::string_view text) {
+  UTF8String escaped;
+  escaped.reserve(text.size());
+  UChar32 before = 0;
+  std::size_t position = 0;
+  while (position < text.size()) {
+    const std::string_view rest = text.substr(position);
+    const UChar32 character = ReadCharacter(text, position);
+    const std::string_view bytes = rest.substr(0, rest.size() - (text.size() - position));
+    const UChar32 after = NextVisibleCharacter(text.substr(position));
+    if (character >= 0 && !LooksLikeSpace(character) &&
+        Substitute(character, before, after) == character) {
+      escaped += bytes;
+      before = character;
+      continue;
+    }
+    before = kEscape;
+    if (character < 0) {
+      for (const char byte : bytes) AppendEscape(escaped, 'x', 2, static_cast<unsigned char>(byte));
+    } else if (character < 0x10000) {
+      AppendEscape(escaped, 'u', 4, static_cast<std::uint32_t>(character));
+    } else {
+      AppendEscape(escaped, 'U', 8, static_cast<std::uint32_t>(character));
+    }
+  }
+  return escaped;
+}
+
+}  // namespace orncore::string

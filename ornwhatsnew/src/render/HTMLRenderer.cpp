@@ -1,0 +1,224 @@
+#include <ornwhatsnew/PanelRenderers.h>
+
+#include <map>
+#include <string>
+
+#include <orncore/string/Conversion.h>
+#include <ornwhatsnew/SafeLink.h>
+
+#include "ornwhatsnew/src/render/RenderedText.h"
+
+namespace ornwhatsnew {
+namespace {
+
+/// Returns HTML that shows `text`. If `text` has no line end, which would become a `br` element,
+/// the result can also be the value of an attribute.
+UTF16String EscapeHTML(std::u16string_view text) {
+  UTF16String escaped;
+  escaped.reserve(text.size());
+  for (const char16_t original : text) {
+    const char16_t unit = MarkupUnit(original);
+    switch (unit) {
+      case u'&':
+        escaped += u"&amp;";
+        break;
+      case u'<':
+        escaped += u"&lt;";
+        break;
+      case u'>':
+        escaped += u"&gt;";
+        break;
+      case u'"':
+        escaped += u"&quot;";
+        break;
+      case u'\'':
+        escaped += u"&#39;";
+        break;
+      case kLineSeparator:
+        escaped += u"<br>";
+        break;
+      case u'\0':
+        break;
+      default:
+        escaped += unit;
+    }
+  }
+  return escaped;
+}
+
+/// Returns an `id` for the item with this key. Encodes the key so that the `id` is valid in HTML,
+/// and in URLs and CSS selectors without escapes.
+std::string ItemID(std::string_view prefix, std::string_view itemKey) {
+  constexpr std::string_view kDigits = "0123456789ABCDEF";
+  constexpr std::string_view kKept =
+      "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789-";
+  std::string result(prefix);
+  for (const char character : itemKey) {
+    if (kKept.find(character) != std::string_view::npos) {
+      result += character;
+      continue;
+    }
+    const auto byte = static_cast<unsigned char>(character);
+    result += '_';
+    result += kDigits[byte >> 4U];
+    result += kDigits[byte & 0xFU];
+  }
+  return result;
+}
+
+/// Returns the class of spans with this style, or an empty string.
+std::u16string_view SpanClass(std::optional<StyleID> style) {
+  if (!style) return {};
+  switch (*style) {
+    case kStyleUnlockLabel:
+      return u"ornwhatsnew-label";
+    case kStyleInternalCode:
+      return u"ornwhatsnew-code";
+    case kStyleInternalWarning:
+      return u"ornwhatsnew-note";
+    case kStyleHotSpot:
+      return u"ornwhatsnew-link";
+    case kStyleIssueLink:
+      return u"ornwhatsnew-issue";
+    case kStyleCommitLink:
+      return u"ornwhatsnew-commit";
+    default:
+      return {};  // the class of the paragraph is sufficient
+  }
+}
+
+class HTMLRenderer {
+ public:
+  HTMLRenderer(const PanelLayout& layout, std::string_view idPrefix)
+      : layout_(layout), idPrefix_(idPrefix), titleElement_(HasHeader(layout) ? u"h3" : u"h2") {}
+
+  UTF8String Render() {
+    output_ = u"<section class=\"ornwhatsnew\" dir=\"auto\">\n";
+    for (const LayoutParagraph& paragraph : layout_.paragraphs) {
+      OpenOrCloseElements(paragraph);
+      WriteParagraph(paragraph);
+    }
+    CloseItem();
+    output_ += u"</section>\n";
+    return orncore::string::UTF16to8(output_);
+  }
+
+ private:
+  /// Opens and closes items and lists, so that `paragraph` can be written.
+  void OpenOrCloseElements(const LayoutParagraph& paragraph) {
+    const ParagraphKind kind = paragraph.kind;
+    if (kind != ParagraphKind::kChange) CloseList();
+    const bool isInItem = kind != ParagraphKind::kHeader && kind != ParagraphKind::kNotice;
+    // An item without a title begins with another paragraph.
+    const bool isNewItem = isInItem && (kind == ParagraphKind::kTitle || item_ == nullptr ||
+                                        item_->itemKey != paragraph.itemKey);
+    if (!isInItem || isNewItem) CloseItem();
+    if (isNewItem) OpenItem(paragraph);
+  }
+
+  void OpenItem(const LayoutParagraph& paragraph) {
+    item_ = &paragraph;
+    std::string id = ItemID(idPrefix_, paragraph.itemKey);
+    const int occurrence = ++occurrences_[paragraph.itemKey];
+    if (occurrence > 1) id += '.' + std::to_string(occurrence);
+    output_ += u"<article class=\"ornwhatsnew-item";
+    if (paragraph.isSection) output_ += u" ornwhatsnew-section";
+    output_ += u"\" id=\"" + EscapeHTML(orncore::string::UTF8to16(id)) + u"\">\n";
+  }
+
+  void CloseItem() {
+    CloseList();
+    if (item_ != nullptr) output_ += u"</article>\n";
+    item_ = nullptr;
+  }
+
+  void OpenList() {
+    if (!isListOpen_) output_ += u"<ul class=\"ornwhatsnew-changes\">\n";
+    isListOpen_ = true;
+  }
+
+  void CloseList() {
+    if (isListOpen_) output_ += u"</ul>\n";
+    isListOpen_ = false;
+  }
+
+  void WriteParagraph(const LayoutParagraph& paragraph) {
+    switch (paragraph.kind) {
+      case ParagraphKind::kHeader:
+        WriteElement(u"h2", u"ornwhatsnew-header", ContentOf(paragraph));
+        break;
+      case ParagraphKind::kTitle:
+        WriteElement(titleElement_, u"ornwhatsnew-title", ContentOf(paragraph));
+        break;
+      case ParagraphKind::kDescription:
+        WriteElement(u"p", u"ornwhatsnew-description", ContentOf(paragraph));
+        break;
+      case ParagraphKind::kNotice:
+        WriteElement(u"p", u"ornwhatsnew-notice", ContentOf(paragraph));
+        break;
+      case ParagraphKind::kChange:
+        if (paragraph.spans.empty()) break;
+        OpenList();
+        WriteElement(u"li", u"ornwhatsnew-change", ContentOf(paragraph));
+        break;
+      case ParagraphKind::kRatingRequest:
+        if (const RatingRequest* const request = FindRatingRequest(layout_, paragraph)) {
+          WriteRatingRequest(*request);
+        }
+        break;
+    }
+  }
+
+  void WriteRatingRequest(const RatingRequest& request) {
+    output_ += u"<div class=\"ornwhatsnew-rating\">\n";
+    if (!request.description.empty()) {
+      WriteElement(u"p", u"ornwhatsnew-description", EscapeHTML(request.description));
+    }
+    WriteElement(u"p", u"ornwhatsnew-question", EscapeHTML(RatingQuestion(request)));
+    output_ += u"</div>\n";
+  }
+
+  void WriteElement(std::u16string_view name, std::u16string_view elementClass,
+                    std::u16string_view content) {
+    output_.append(u"<").append(name).append(u" class=\"").append(elementClass).append(u"\">");
+    output_.append(content);
+    output_.append(u"</").append(name).append(u">\n");
+  }
+
+  UTF16String ContentOf(const LayoutParagraph& paragraph) const {
+    UTF16String content;
+    for (const LayoutSpan& span : paragraph.spans) AppendSpan(span, content);
+    return content;
+  }
+
+  void AppendSpan(const LayoutSpan& span, UTF16String& content) const {
+    const std::u16string_view text = SpanText(layout_, span);
+    const std::u16string_view spanClass = SpanClass(span.style);
+    const bool isLink = IsSafeLink(span.link);
+    const std::u16string_view name = isLink ? u"a" : u"span";
+    const bool hasElement = isLink || !spanClass.empty();
+    if (hasElement) content.append(u"<").append(name);
+    if (!spanClass.empty()) content.append(u" class=\"").append(spanClass).append(u"\"");
+    if (isLink) content.append(u" href=\"").append(EscapeHTML(span.link)).append(u"\"");
+    if (hasElement) content.append(u">");
+    content.append(EscapeHTML(text)).append(EscapeHTML(PrintedTarget(span, text, isLink)));
+    if (hasElement) content.append(u"</").append(name).append(u">");
+  }
+
+  const PanelLayout& layout_;
+  std::string_view idPrefix_;
+  std::u16string_view titleElement_;
+  UTF16String output_;
+  /// The first paragraph of the current item, or null.
+  const LayoutParagraph* item_ = nullptr;
+  bool isListOpen_ = false;
+  std::map<std::string, int> occurrences_;
+};
+
+}  // namespace
+
+UTF8String RenderHTML(const PanelLayout& layout, std::string_view idPrefix) {
+  return HTMLRenderer(layout, idPrefix).Render();
+}
+
+}  // namespace ornwhatsnew

@@ -1,0 +1,154 @@
+#include "ornwhatsnew/src/render/MarkdownWriter.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "ornwhatsnew/src/render/RenderedText.h"
+
+namespace ornwhatsnew {
+namespace {
+
+constexpr bool IsDigit(char16_t unit) {
+  return unit >= u'0' && unit <= u'9';
+}
+
+UTF16String CleanCode(std::u16string_view text) {
+  UTF16String code;
+  for (const char16_t original : text) {
+    const char16_t unit = MarkupUnit(original);
+    if (unit != u'\0') code += unit == kLineSeparator ? u' ' : unit;
+  }
+  return code;
+}
+
+std::size_t LongestRun(std::u16string_view text, char16_t searched) {
+  std::size_t longest = 0;
+  std::size_t run = 0;
+  for (const char16_t unit : text) {
+    run = unit == searched ? run + 1 : 0;
+    longest = std::max(longest, run);
+  }
+  return longest;
+}
+
+/// Returns the target of a link between parentheses. It contains no spaces.
+UTF16String EscapeTarget(std::u16string_view target) {
+  const std::size_t lastSemicolon = target.rfind(u';');
+  UTF16String escaped;
+  for (std::size_t i = 0; i < target.size(); ++i) {
+    const char16_t unit = target[i];
+    if (unit == u'(' || unit == u')') escaped += u'\\';
+    escaped += unit;
+    // Escape an ampersand that could begin a character reference, which ends with a semicolon. Do
+    // not use a backslash, because libcmark 0.30 does not interpret it here.
+    const bool isReference =
+        unit == u'&' && lastSemicolon != std::u16string_view::npos && lastSemicolon > i;
+    if (isReference) escaped += u"amp;";
+  }
+  return escaped;
+}
+
+}  // namespace
+
+void MarkdownWriter::BeginBlock(const MarkdownBlock& block) {
+  block_ = block;
+  isStarted_ = false;
+  lineBreaks_ = 0;
+  spaces_ = 0;
+}
+
+void MarkdownWriter::EndBlock() {
+  if (!isStarted_) return;
+  output_ += u'\n';
+  lastBlock_ = block_;
+}
+
+void MarkdownWriter::AppendText(std::u16string_view text) {
+  for (std::size_t i = 0; i < text.size(); ++i) AppendUnit(text, i);
+}
+
+void MarkdownWriter::AppendLink(std::u16string_view text, std::u16string_view target) {
+  WritePending();
+  if (text == target) {
+    output_.append(u"<").append(target).append(u">");
+    return;
+  }
+  // "![" would begin an image.
+  if (CurrentLine().ends_with(u'!')) output_.insert(output_.size() - 1, 1, u'\\');
+  output_ += u'[';
+  AppendText(text);
+  WritePending();
+  output_.append(u"](").append(EscapeTarget(target)).append(u")");
+}
+
+void MarkdownWriter::AppendCode(std::u16string_view text) {
+  const UTF16String code = CleanCode(text);
+  const bool isBlank = code.find_first_not_of(u' ') == UTF16String::npos;
+  // A backtick directly before the fence would become a part of the fence.
+  if (isBlank || (isStarted_ && spaces_ == 0 && CurrentLine().ends_with(u'`'))) {
+    AppendText(code);
+    return;
+  }
+  WritePending();
+  const UTF16String fence(LongestRun(code, u'`') + 1, u'`');
+  // CommonMark removes one space at both ends.
+  const bool isPadded = code.starts_with(u'`') || code.ends_with(u'`') ||
+                        (code.starts_with(u' ') && code.ends_with(u' '));
+  const std::u16string_view padding = isPadded ? u" " : u"";
+  output_.append(fence).append(padding).append(code).append(padding).append(fence);
+}
+
+void MarkdownWriter::AppendUnit(std::u16string_view text, std::size_t index) {
+  const char16_t unit = MarkupUnit(text[index]);
+  if (unit == u'\0') return;
+  if (unit == kLineSeparator && block_.hasLineBreaks) {
+    ++lineBreaks_;
+    spaces_ = 0;
+    return;
+  }
+  if (unit == u' ' || unit == kLineSeparator) {
+    ++spaces_;
+    return;
+  }
+  WritePending();
+  if (IsEscaped(text, index)) output_ += u'\\';
+  output_ += unit;
+}
+
+void MarkdownWriter::WritePending() {
+  if (!isStarted_) {
+    const bool isSameList = block_ == kMarkdownListItem && lastBlock_ == kMarkdownListItem;
+    if (!output_.empty() && !isSameList) output_ += u'\n';
+    output_ += block_.prefix;
+    isStarted_ = true;
+    lineBegin_ = output_.size();
+    lineBreaks_ = 0;
+  }
+  for (; lineBreaks_ > 0; --lineBreaks_) {
+    output_.append(u"\\\n").append(block_.continuation);
+    lineBegin_ = output_.size();
+  }
+  if (!CurrentLine().empty()) output_.append(spaces_, u' ');
+  spaces_ = 0;
+}
+
+std::u16string_view MarkdownWriter::CurrentLine() const {
+  return std::u16string_view(output_).substr(lineBegin_);
+}
+
+// Escapes few characters, so that the text is readable without a renderer. Some of the characters
+// have a meaning only in GitHub Flavored Markdown: `|`, `~`, and the start of a URL.
+bool MarkdownWriter::IsEscaped(std::u16string_view text, std::size_t index) const {
+  constexpr std::u16string_view kAlwaysEscaped = u"\\`*_[]<>&#|~";
+  constexpr std::u16string_view kEscapedAtLineStart = u"+-=:";
+  const char16_t unit = text[index];
+  if (kAlwaysEscaped.find(unit) != std::u16string_view::npos) return true;
+  const std::u16string_view line = CurrentLine();
+  if (line.empty()) return kEscapedAtLineStart.find(unit) != std::u16string_view::npos;
+  if (unit == u':') return text.substr(index).starts_with(u"://");
+  if (unit == u'.' && line.ends_with(u"www")) return true;
+  // A number with a period or a parenthesis would begin an ordered list.
+  return (unit == u'.' || unit == u')') && std::ranges::all_of(line, IsDigit);
+}
+
+}  // namespace ornwhatsnew

@@ -1,0 +1,58 @@
+// Wraps a paragraph at the width of a terminal.
+#ifndef ORNWHATSNEW_SRC_RENDER_PARAGRAPHWRAPPER_H_
+#define ORNWHATSNEW_SRC_RENDER_PARAGRAPHWRAPPER_H_
+
+#include <cstddef>
+#include <memory>
+#include <string_view>
+#include <vector>
+
+namespace ornwhatsnew {
+
+/// The indents of a paragraph, and the length of the prefix that is not broken. `firstIndent` is
+/// the indent of the first line, and `hangingIndent` is the indent of the other lines, both in
+/// columns. `unbrokenPrefix` is the number of UTF-16 units at the start of the paragraph that must
+/// be on one line, such as a bullet and the gap after it.
+struct ParagraphShape {
+  std::size_t firstIndent = 0;
+  std::size_t hangingIndent = 0;
+  std::size_t unbrokenPrefix = 0;
+};
+
+/// One line of a wrapped paragraph: `indent` spaces, and then the UTF-16 units `[begin, end)` of
+/// the paragraph. The spaces at a line break belong to no line.
+struct WrappedLine {
+  std::size_t begin;
+  std::size_t end;
+  std::size_t indent;
+
+  friend bool operator==(const WrappedLine&, const WrappedLine&) = default;
+};
+
+/// Wraps paragraphs at a fixed width, according to the Unicode line breaking rules. If a word is
+/// longer than a line, breaks it between graphemes. Puts a grapheme that is wider than a line on a
+/// separate line. Not thread-safe.
+class ParagraphWrapper {
+ public:
+  /// Creates a wrapper for lines of `width` columns. If `width` is 0, the wrapper never breaks a
+  /// line.
+  explicit ParagraphWrapper(std::size_t width);
+  ~ParagraphWrapper();
+  ParagraphWrapper(const ParagraphWrapper&) = delete;
+  ParagraphWrapper& operator=(const ParagraphWrapper&) = delete;
+
+  /// Returns the lines of `paragraph`. The result has at least one line. Limits both indents of
+  /// `shape` to half of the width. Takes linear time. REQUIRES: `paragraph` has no control
+  /// characters.
+  std::vector<WrappedLine> Wrap(std::u16string_view paragraph, ParagraphShape shape);
+
+ private:
+  struct Breaks;
+
+  std::size_t width_;
+  std::unique_ptr<Breaks> breaks_;
+};
+
+}  // namespace ornwhatsnew
+
+#endif  // ORNWHATSNEW_SRC_RENDER_PARAGRAPHWRAPPER_H_

@@ -1,0 +1,39 @@
+// Provides the texts of a layout to the renderers.
+#ifndef ORNWHATSNEW_SRC_RENDER_RENDEREDTEXT_H_
+#define ORNWHATSNEW_SRC_RENDER_RENDEREDTEXT_H_
+
+#include <string_view>
+
+#include <ornwhatsnew/PanelLayout.h>
+
+namespace ornwhatsnew {
+
+inline constexpr char16_t kLineSeparator = 0x2028;
+
+/// Returns the text of `span`, which refers to the text of `layout`.
+std::u16string_view SpanText(const PanelLayout& layout, const LayoutSpan& span);
+
+/// Returns whether the panel has a header. Titles are one heading level below the header. Without a
+/// header, they have its level, so that a page skips no level.
+bool HasHeader(const PanelLayout& layout);
+
+/// Returns the rating request of `paragraph`, or null if the paragraph has none.
+const RatingRequest* FindRatingRequest(const PanelLayout& layout, const LayoutParagraph& paragraph);
+
+/// Returns the question of `request`, or the default question.
+std::u16string_view RatingQuestion(const RatingRequest& request);
+
+/// Returns what to print after `text`, the text of `span`: a space and the target of its link in
+/// angle brackets. The result is empty if `isClickable` is true, if the span has no link or another
+/// style than `kStyleHotSpot`, or if its text is the target.
+UTF16String PrintedTarget(const LayoutSpan& span, std::u16string_view text, bool isClickable);
+
+/// Returns what HTML and Markdown contain instead of `unit`: U+2028 for a line end, a space for a
+/// tab, and U+FFFD for a control character or a noncharacter. Returns 0 for a character that must
+/// be omitted: U+FEFF, which a parser may remove at the start of a text, and characters that embed,
+/// override or isolate a text direction. Returns all other units unchanged.
+char16_t MarkupUnit(char16_t unit) noexcept;
+
+}  // namespace ornwhatsnew
+
+#endif  // ORNWHATSNEW_SRC_RENDER_RENDEREDTEXT_H_

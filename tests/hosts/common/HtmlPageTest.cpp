@@ -1,0 +1,28 @@
+#include <string>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <ornwhatsnew/PanelRenderers.h>
+
+#include "hosts/common/HtmlPage.h"
+#include "tests/support/LayoutBuilder.h"
+
+namespace hosts::common {
+namespace {
+
+using testing::AllOf;
+using testing::EndsWith;
+using testing::HasSubstr;
+using testing::StartsWith;
+
+TEST(HtmlPage, ContainsThePanelAndItsStyleSheet) {
+  test_support::LayoutBuilder builder;
+  builder.Begin(ornwhatsnew::ParagraphKind::kHeader).Span(u"Changes");
+  EXPECT_THAT(HtmlPage(builder.Layout()),
+              AllOf(StartsWith("<!DOCTYPE html>\n"),
+                    HasSubstr(std::string(ornwhatsnew::GetHTMLStyleSheet()) + "</style>"),
+                    HasSubstr(ornwhatsnew::RenderHTML(builder.Layout())), EndsWith("</html>\n")));
+}
+
+}  // namespace
+}  // namespace hosts::common

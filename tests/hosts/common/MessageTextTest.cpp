@@ -1,0 +1,26 @@
+#include <string>
+
+#include <gtest/gtest.h>
+
+#include "hosts/common/MessageText.h"
+
+namespace hosts::common {
+namespace {
+
+TEST(MessageText, ALongTextLosesItsMiddle) {
+  const std::string text(200, 'x');
+  EXPECT_EQ(text, WithoutMiddle(text));
+  EXPECT_EQ(std::string(100, 'a') + " ... " + std::string(100, 'b'),
+            WithoutMiddle(std::string(100, 'a') + "c" + std::string(100, 'b')));
+  // The cuts are in the middle of two characters.
+  EXPECT_EQ(std::string(99, 'a') + " ... " + std::string(99, 'b'),
+            WithoutMiddle(std::string(99, 'a') + "\u00E9" + "\u00E9" + std::string(99, 'b')));
+}
+
+TEST(MessageText, ALongTextWithoutCharacterStartsLosesAtMostThreeMoreBytesAtEachCut) {
+  const std::string kept(97, '\x80');
+  EXPECT_EQ(kept + " ... " + kept, WithoutMiddle(std::string(300, '\x80')));
+}
+
+}  // namespace
+}  // namespace hosts::common

@@ -1,0 +1,47 @@
+// Parses rendered panels, and compares them with their layouts.
+#ifndef TESTS_SUPPORT_RENDEREDPANEL_H_
+#define TESTS_SUPPORT_RENDEREDPANEL_H_
+
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include <ornwhatsnew/PanelLayout.h>
+
+namespace test_support {
+
+/// A block of a rendered panel, such as a heading, a list item or a paragraph.
+struct RenderedBlock {
+  /// "h2", "h3", "p", "li", or "rating" for a rating request.
+  std::string element;
+  /// The text in UTF-8, with a newline for each line break.
+  std::string text;
+  /// The text and the target of each link, in order.
+  std::vector<std::pair<std::string, std::string>> links;
+
+  friend bool operator==(const RenderedBlock&, const RenderedBlock&) = default;
+};
+
+/// Returns the blocks of a fragment that `RenderHTML` returned. Accepts only the elements,
+/// attributes and character references that the fragment may contain. Throws `std::runtime_error`
+/// if it finds another one, if the elements are not balanced, or if two elements have the same id.
+std::vector<RenderedBlock> ParseHTML(std::string_view fragment);
+
+/// Returns the blocks of a text that `RenderMarkdown` returned. Parses the text with libcmark.
+/// Throws `std::runtime_error` if it finds another element than `RenderMarkdown` may write.
+std::vector<RenderedBlock> ParseMarkdown(std::string_view text);
+
+/// Compares `blocks` with the paragraphs of `layout`: their elements, visible characters and links.
+/// Omits paragraphs without visible characters and links from the comparison. Returns a description
+/// of the first difference, or an empty string.
+std::string FirstDifference(const std::vector<RenderedBlock>& blocks,
+                            const ornwhatsnew::PanelLayout& layout);
+
+/// Renders `layout` in HTML, Markdown and plain text, and compares the results with `layout`.
+/// Returns a description of the first difference or syntax error, or an empty string.
+std::string FirstRenderingError(const ornwhatsnew::PanelLayout& layout);
+
+}  // namespace test_support
+
+#endif  // TESTS_SUPPORT_RENDEREDPANEL_H_
