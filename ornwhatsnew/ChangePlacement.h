@@ -1,13 +1,37 @@
-// Finds the item of the list to which a change of the data file belongs.
-#ifndef ORNWHATSNEW_SRC_DATAFILE_CHANGEPLACEMENT_H_
-#define ORNWHATSNEW_SRC_DATAFILE_CHANGEPLACEMENT_H_
+// Creates the changes of a data file and finds the items to which they belong, for
+// `FeatureListData` and for tools that check a file.
+//
+//     ChangeMaker maker;
+//     const std::shared_ptr<FeatureListDetail> change = maker.Make(row);
+//     const ChangePlacement placement =
+//         PlaceChange(list.GetFeatureItems(), row.Value(DataColumn::kGroupingID),
+//                     row.Value(DataColumn::kStoryID), change->DetailInternalOverrideUnreviewed());
+#ifndef ORNWHATSNEW_CHANGEPLACEMENT_H_
+#define ORNWHATSNEW_CHANGEPLACEMENT_H_
 
+#include <array>
+#include <memory>
 #include <string_view>
 
+#include <orncore/Export.h>
+#include <ornwhatsnew/DataFileReader.h>
 #include <ornwhatsnew/FeatureListItem.h>
 #include <ornwhatsnew/utility/SharedTypes.h>
 
 namespace ornwhatsnew {
+
+/// Creates changes from rows. Uses the same buffers for all rows, to save allocations. Not
+/// thread-safe: use one maker from one thread at a time.
+class ChangeMaker {
+ public:
+  /// Returns a change with the current values of `row`. Converts the columns with
+  /// `DataColumnInfo::isLowerCased` to lower case. The change is not unmatched, and its URL is not
+  /// a duplicate. `row` can be of any kind. Does not refer to `row` afterwards.
+  ORN_EXPORT std::shared_ptr<FeatureListDetail> Make(const DataRow& row);
+
+ private:
+  std::array<UTF8String, kDataColumnCount> buffers_;
+};
 
 /// The result of `PlaceChange`: the item for a change, and whether the change is unmatched.
 struct ChangePlacement {
@@ -31,9 +55,9 @@ struct ChangePlacement {
 ///
 /// An entry of `items` without an item counts as missing. The function does not change `items` and
 /// can be called from any thread while no thread changes them.
-ChangePlacement PlaceChange(const FeatureMap& items, std::string_view groupingID,
-                            std::string_view storyID, bool unreviewed);
+ORN_EXPORT ChangePlacement PlaceChange(const FeatureMap& items, std::string_view groupingID,
+                                       std::string_view storyID, bool unreviewed);
 
 }  // namespace ornwhatsnew
 
-#endif  // ORNWHATSNEW_SRC_DATAFILE_CHANGEPLACEMENT_H_
+#endif  // ORNWHATSNEW_CHANGEPLACEMENT_H_

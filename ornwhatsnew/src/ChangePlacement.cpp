@@ -1,7 +1,8 @@
-#include "ornwhatsnew/src/datafile/ChangePlacement.h"
+#include <ornwhatsnew/ChangePlacement.h>
 
 #include <ornwhatsnew/utility/TextHelpers.h>
 
+#include "ornwhatsnew/src/datafile/FieldCleaner.h"
 #include "ornwhatsnew/src/rules/Keywords.h"
 
 namespace ornwhatsnew {
@@ -22,6 +23,14 @@ FeatureListItem* FindByIDs(const FeatureMap& items, std::string_view groupingID,
 }
 
 }  // namespace
+
+std::shared_ptr<FeatureListDetail> ChangeMaker::Make(const DataRow& row) {
+  FeatureListDetail::Fields fields = row.values;
+  for (std::size_t i = 0; i < fields.size(); ++i) {
+    if (kDataColumns[i].isLowerCased) fields[i] = LowerField(fields[i], buffers_[i]);
+  }
+  return std::make_shared<FeatureListDetail>(fields);
+}
 
 ChangePlacement PlaceChange(const FeatureMap& items, std::string_view groupingID,
                             std::string_view storyID, bool unreviewed) {
