@@ -4,7 +4,7 @@
 # findings to build/fuzz/findings.
 
 fuzz_targets=(data-file stored-state state-file localiser-texts utf-conversions host-description
-  styled-segments console-lines terminal-output panel-layout)
+  styled-segments console-lines terminal-output panel-layout lint)
 
 # Prints the maximum length of the inputs of a target, in bytes. Longer inputs reach no new code. Targets
 # that load a list several times have a lower limit, because long inputs would make them too slow.
