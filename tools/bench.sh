@@ -3,7 +3,7 @@
 # Part of ./dev: runs the benchmarks. Also checks that the number of executed instructions grows at most
 # about linearly with the number of rows of a data file and with the size of a host description.
 
-bench_subjects=(cutting load memory identity news display state keyorder start)
+bench_subjects=(cutting load memory identity news display state keyorder start lint)
 
 bench_usage() {
   cat <<TEXT
