@@ -108,6 +108,8 @@ bool HasEffect(const LintContext& context, const LintRow& row) {
 
 void CheckText(LintContext& context, const LintRow& row) {
   if (!row.change->GetDescription().empty() || HasEffect(context, row)) return;
+  // The row was meant to set the version of the heading.
+  if (IsMisspeltChangesSince(row.Value(DataColumn::kGroupingID))) return;
   context.ReportField(LintCode::kTextMissing, row, DataColumn::kDescription,
                       "the row has no text, so users do not see it; write the text into " +
                           context.Column(DataColumn::kDescription) + ", or delete the row");

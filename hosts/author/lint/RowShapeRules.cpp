@@ -177,16 +177,27 @@ std::optional<std::size_t> FindShiftedField(const Shape& shape) {
   return std::nullopt;
 }
 
+/// Returns whether the text is after its column, because the field in its column is empty or a
+/// commit.
+bool IsTextShifted(const Shape& shape) {
+  constexpr std::size_t kShortestCommit = 6;
+  const std::string_view field = shape.Field(ColumnIndex(DataColumn::kDescription));
+  const bool isHexadecimal = field.find_first_not_of("0123456789abcdef") == field.npos;
+  return field.empty() || (field.size() >= kShortestCommit && isHexadecimal);
+}
+
 void ReportTooManyFields(LintContext& context, const Shape& shape) {
   if (CheckTrailingCommas(context, shape) || CheckDecimalComma(context, shape) ||
       CheckWrongQuotes(context, shape) || CheckIssueList(context, shape)) {
     return;
   }
-  if (const std::optional<std::size_t> shifted = FindShiftedField(shape)) {
+  std::optional<std::size_t> shifted = FindShiftedField(shape);
+  if (!shifted && IsTextShifted(shape)) shifted = shape.Count() - 1;
+  if (shifted) {
     context.Report(
         LintCode::kFieldCount, shape.row, shape.fields[*shifted].begin, shape.fields[*shifted].end,
-        LostRow(shape) + "there are " + std::to_string(shape.Count() - kDataColumnCount) +
-            " commas too many before this field");
+        LostRow(shape) + "delete " + Counted(shape.Count() - kDataColumnCount, "comma") +
+            " before this field");
     return;
   }
   const std::size_t comma = shape.fields[kDataColumnCount].begin - 1;
@@ -300,7 +311,7 @@ void ReportFieldCount(LintContext& context, LintRow& row) {
 void ReportEmptyGroupingID(LintContext& context, const LintRow& row) {
   const bool isEmpty = std::ranges::all_of(
       row.data.values, [](std::string_view value) { return TrimSpaces(value).empty(); });
-  if (isEmpty) return;
+  if (isEmpty || CheckMisspeltChangesSince(context, Shape(row))) return;
   context.ReportField(LintCode::kGroupingIDEmpty, row, DataColumn::kGroupingID,
                       "the grouping ID is empty, so the row is skipped and its change is lost; "
                       "write the key of a feature or section into " +

@@ -24,14 +24,26 @@ bool IsKeyText(std::string_view text) {
   return ornwhatsnew::IsZString(TrimSpaces(text));
 }
 
+/// Returns the length of a v, or of the word "version", before the first digit. Returns 0 if there
+/// is none.
+std::size_t PrefixLength(std::string_view text) {
+  const std::size_t digit = text.find_first_of("0123456789");
+  if (digit == text.npos) return 0;
+  std::string_view prefix = TrimSpaces(text.substr(0, digit));
+  if (prefix.ends_with('.')) prefix.remove_suffix(1);
+  const bool isPrefix =
+      CaseInsensitiveEqual(prefix, "v") || CaseInsensitiveEqual(prefix, "version");
+  return isPrefix ? digit : 0;
+}
+
 void CheckPrefix(LintContext& context, const LintRow& row) {
   for (const DataColumn column : {DataColumn::kVersion, DataColumn::kFirstVersion}) {
     const std::string_view text = row.Value(column);
-    const bool hasPrefix = text.starts_with('v') || text.starts_with('V');
-    if (!hasPrefix || text.size() < 2 || !IsDigit(text[1])) continue;
+    const std::size_t prefix = PrefixLength(text);
+    if (prefix == 0) continue;
     context.ReportField(LintCode::kVersionPrefix, row, column,
                         "users see " + Quoted("v" + std::string(text)) +
-                            ", because the panel adds a v; write " + Quoted(text.substr(1)));
+                            ", because the panel adds a v; write " + Quoted(text.substr(prefix)));
   }
 }
 

@@ -257,8 +257,12 @@ constexpr auto kRatingWords = std::to_array<std::string_view>(
 
 bool IsRatingWord(std::string_view text) {
   const std::string_view word = TrimSpaces(text);
-  return std::ranges::any_of(
+  const bool isKnown = std::ranges::any_of(
       kRatingWords, [word](std::string_view known) { return CaseInsensitiveEqual(word, known); });
+  constexpr std::string_view kCheckMarkStart = "\xE2\x9C";
+  if (isKnown || word.starts_with(kCheckMarkStart)) return true;
+  const bool isOneWord = word.find_first_of(" ?") == word.npos;
+  return isOneWord && ContainsAnyOf(Fold(word), {u"rating", u"request"});
 }
 
 void CheckRatingRequest(LintContext& context, const LintRow& row) {

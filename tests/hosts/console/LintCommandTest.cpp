@@ -109,7 +109,7 @@ TEST_F(LintCommandTest, TerminalShowsTheLineWithCarets) {
   call.environment["TERM"] = "xterm";
   call.isOnTerminal = true;
   const ProgramResult result = test_support::ChildProcess(ProgramFile(), call).Wait();
-  EXPECT_THAT(result.output, HasSubstr("  4.3,bugfix,ORN-1,,,,,,,Text\r\n      ^^^^^^\r\n"));
+  EXPECT_THAT(result.output, HasSubstr("  4.3,bugfix,ORN-1,,,,,,,Text\n      ^^^^^^\n"));
 }
 
 TEST_F(LintCommandTest, MessagesContainNoControlCharacters) {
