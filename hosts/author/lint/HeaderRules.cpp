@@ -11,7 +11,6 @@ namespace hosts::author {
 namespace {
 
 using ornwhatsnew::CaseInsensitiveEqual;
-using ornwhatsnew::ColumnIndex;
 using ornwhatsnew::DataColumn;
 using ornwhatsnew::DataRow;
 using ornwhatsnew::DataRowKind;

@@ -19,6 +19,9 @@ using ornwhatsnew::DataField;
 /// the key with all keys of the host, so a file of unknown keys would take too long.
 constexpr std::size_t kMaximumKeySearches = 500;
 
+/// The value of `fieldFindings_` for a finding that is not kept.
+constexpr auto kOmitted = static_cast<std::size_t>(-1);
+
 constexpr std::size_t kLongName = 30;
 
 std::string Fingerprint(LintCode code, std::string_view content) {
@@ -89,7 +92,7 @@ Finding& LintContext::ReportPart(LintCode code, const LintRow& row, DataColumn c
   finding.fieldName = file_.ColumnName(index);
   if (fieldsLine_ != row.data.lineNumber) fieldFindings_ = {};
   fieldsLine_ = row.data.lineNumber;
-  fieldFindings_[index] = findings_.size();
+  fieldFindings_[index] = &finding == &omittedFinding_ ? kOmitted : findings_.size();
   return finding;
 }
 
@@ -111,7 +114,8 @@ RelatedPlace LintContext::Related(const LintRow& row, std::string message) const
 Finding* LintContext::FindingOn(const LintRow& row, DataColumn column) {
   if (fieldsLine_ != row.data.lineNumber) return nullptr;
   const std::size_t count = fieldFindings_[ColumnIndex(column)];
-  return count == 0 ? nullptr : &findings_[count - 1];
+  if (count == 0) return nullptr;
+  return count == kOmitted ? &omittedFinding_ : &findings_[count - 1];
 }
 
 std::string LintContext::Column(DataColumn column) const {

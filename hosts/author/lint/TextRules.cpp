@@ -16,7 +16,6 @@ namespace hosts::author {
 namespace {
 
 using ornwhatsnew::CaseInsensitiveEqual;
-using ornwhatsnew::ColumnIndex;
 using ornwhatsnew::DataColumn;
 using ornwhatsnew::DataField;
 using ornwhatsnew::kDataColumnCount;

@@ -9,8 +9,6 @@
 namespace hosts::author {
 namespace {
 
-using testing::IsEmpty;
-
 /// Returns the findings in a file of the folder `clean`, with the host description of the same
 /// name.
 LintReport ReportOn(const std::string& name) {

@@ -13,7 +13,6 @@ namespace hosts::author {
 namespace {
 
 using testing::HasSubstr;
-using testing::Not;
 
 FixedFile Fix(const std::string& text, FixScope scope = FixScope::kSafe) {
   return FixDataFile("data.csv", text, LintText(text), scope, nullptr);

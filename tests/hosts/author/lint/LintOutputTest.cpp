@@ -12,7 +12,6 @@ namespace hosts::author {
 namespace {
 
 using nlohmann::json;
-using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
 
@@ -79,6 +78,13 @@ TEST(LintReport, ListsALimitedNumberOfFindingsOfACode) {
   EXPECT_THAT(
       report.notJudged,
       testing::Contains("5 more findings with the code grouping-id-unknown are not listed"));
+}
+
+TEST(LintReport, FindingThatIsNotListedDoesNotChangeAListedOne) {
+  std::string text = kHeaderRows;
+  for (std::size_t i = 0; i < kMaximumFindings; ++i) text += "4.3,MISC,,Wrong,,,,,,Text\n";
+  const LintReport report = LintText(text + "4.3,MISC,, Wrong,,,,,,Text\n");
+  for (const Finding& finding : report.findings) EXPECT_TRUE(finding.edits.empty());
 }
 
 TEST(LintSarif, DescribesAFinding) {
