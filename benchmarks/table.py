@@ -27,6 +27,7 @@ GOALS = {
     "Layout": Goal(1.5, smallest=1_000),
     "State": Goal(3),
     "KeyOrder": Goal(2),
+    "Lint": Goal(2, smallest=10_000),
 }
 
 # For each subject: a small size, a large size, and the goal for the ratio of the two times per row.

@@ -21,6 +21,7 @@
 namespace fuzz {
 namespace {
 
+using ornwhatsnew::DataField;
 using ornwhatsnew::DataFileReader;
 using ornwhatsnew::DataRow;
 using ornwhatsnew::DataRowKind;
@@ -34,13 +35,14 @@ constexpr unsigned kRatingView = 0x10;
 
 using Values = std::array<std::string, ornwhatsnew::kDataColumnCount>;
 
-void RequireFieldOffsets(const DataRow& row) {
-  const std::size_t count = std::min(row.fieldCount, row.fieldOffsets.size());
-  for (std::size_t i = 0; i < count; ++i) {
-    const std::size_t offset = row.fieldOffsets[i];
-    const bool isAfterComma = i > 0 && offset > row.fieldOffsets[i - 1] &&
-                              offset <= row.text.size() && row.text[offset - 1] == ',';
-    Require(i == 0 ? offset == 0 : isAfterComma, "each field starts after its comma");
+void RequireFieldPositions(const DataRow& row) {
+  const std::vector<DataField> fields = ornwhatsnew::FindDataFields(row.text);
+  RequireEqual(fields.size(), row.fieldCount, "each field has a position");
+  for (std::size_t i = 0; i < fields.size(); ++i) {
+    const std::size_t begin = fields[i].begin;
+    Require(begin <= fields[i].end && fields[i].end <= row.text.size(), "a field is in its row");
+    const bool isAfterComma = i > 0 && begin == fields[i - 1].end + 1 && row.text[begin - 1] == ',';
+    Require(i == 0 ? begin == 0 : isAfterComma, "each field starts after its comma");
   }
 }
 
@@ -56,7 +58,7 @@ void RequireSameRow(const DataRow& row, const std::string& text, Values& values)
     RequireEqual(std::string(row.values[i]), values[i],
                  "a value equals the field that Boost returns");
   }
-  RequireFieldOffsets(row);
+  RequireFieldPositions(row);
 }
 
 // Requires that the reader and Boost's tokenizer find the same rows and fields. Returns the number

@@ -11,6 +11,7 @@
 #include <string>
 #include <string_view>
 
+#include <orncore/string/DisplayWidth.h>
 #include <orncore/string/SafeText.h>
 #include <ornwhatsnew/PanelRenderers.h>
 #include <ornwhatsnew/SafeLink.h>
@@ -21,7 +22,6 @@
 #include "fuzz/LayoutInput.h"
 #include "fuzz/Property.h"
 #include "fuzz/TerminalScan.h"
-#include "ornwhatsnew/src/render/DisplayWidth.h"
 #include "ornwhatsnew/src/render/LinkTarget.h"
 #include "tests/support/PlainText.h"
 
@@ -170,7 +170,7 @@ void RequireWidth(std::string_view plain, std::size_t width) {
   if (width == 0) return;
   for (const std::string& line : test_support::PlainSplit(plain, '\n')) {
     const std::u16string text = PlainUTF8to16(line);
-    if (ornwhatsnew::DisplayWidth(text) <= width) continue;
+    if (orncore::string::DisplayWidth(text) <= width) continue;
     const std::u16string_view afterIndent =
         std::u16string_view(text).substr(std::min(text.find_first_not_of(u' '), text.size()));
     Require(IsOneGrapheme(afterIndent), "no line is wider than the terminal");

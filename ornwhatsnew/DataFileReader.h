@@ -13,7 +13,9 @@
 
 #include <array>
 #include <cstddef>
+#include <optional>
 #include <string_view>
+#include <vector>
 
 #include <orncore/Export.h>
 #include <ornwhatsnew/DataColumn.h>
@@ -61,9 +63,6 @@ struct DataRow {
   std::string_view text;
   /// The number of fields, which can be greater than ten. A blank row has no fields.
   std::size_t fieldCount = 0;
-  /// The byte offset in `text` at which each of the first ten fields begins. A field in quotes
-  /// begins at its opening quote. The elements after the last field are unspecified.
-  std::array<std::size_t, kDataColumnCount> fieldOffsets{};
   /// The ten current values, indexed by `ColumnIndex`, without quotes and carriage returns. A row
   /// with fewer than ten fields inherits the missing values from the previous row, even if that row
   /// was skipped.
@@ -72,6 +71,23 @@ struct DataRow {
   /// Returns the current value of a column.
   std::string_view Value(DataColumn column) const { return values[ColumnIndex(column)]; }
 };
+
+/// The bytes of a field in its row, including quotes. A message to an author needs the position.
+struct DataField {
+  /// The byte offset in the row at which the field begins, which is its opening quote if it has
+  /// one.
+  std::size_t begin = 0;
+  /// The byte offset in the row after the last byte of the field.
+  std::size_t end = 0;
+  /// The byte offset in the row of the quote that opens an unclosed quotation. Has no value if all
+  /// quotes are closed. Only the last field of a row can have an unclosed quote.
+  std::optional<std::size_t> openQuote;
+};
+
+/// Returns the fields of a row, from the bytes in `DataRow::text`. Their number is
+/// `DataRow::fieldCount`, so a blank row has no fields. Separate from `DataFileReader`, because a
+/// list does not need positions. Takes time linear in the length of the row.
+ORN_EXPORT std::vector<DataField> FindDataFields(std::string_view row);
 
 /// Reads the rows of a data file in file order. No input is an error. The reader returns every row,
 /// including the rows that a list skips.

@@ -4,7 +4,7 @@
 # linearly with the number of rows of a data file. Checks the same for the size of a host description and
 # of a state store.
 
-bench_subjects=(cutting load memory identity news display state keyorder start)
+bench_subjects=(cutting load memory identity news display state keyorder start lint)
 
 bench_usage() {
   cat <<TEXT

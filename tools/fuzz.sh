@@ -4,7 +4,8 @@
 # findings to build/fuzz/findings.
 
 fuzz_targets=(data-file stored-state state-file localiser-texts utf-conversions host-description
-  console-lines terminal-output panel-layout panel-renderers spreadsheet-import gettext-catalog)
+  console-lines terminal-output panel-layout panel-renderers spreadsheet-import gettext-catalog
+  lint)
 
 # Prints the maximum length of the inputs of a target, in bytes. Longer inputs reach no new code. Targets
 # that load a list several times have a lower limit, because long inputs would make them too slow.

@@ -12,6 +12,8 @@
 #include <ornwhatsnew/Version.h>
 #include <CLI/CLI.hpp>
 
+#include "hosts/author/lint/LintConfig.h"
+
 namespace hosts::console {
 namespace {
 
@@ -32,6 +34,7 @@ constexpr const char* kExitStatusHelp = R"(Exit status:
    5  rate: the feature does not exist or cannot be rated
    6  the output cannot be written
    7  console: a command is unknown or failed
+lint has its own exit status; run 'ornwhatsnew lint --help'
   10  status --exit-status: something is new
   11  status --exit-status: something can be rated
   12  status --exit-status: something is new, and something can be rated)";
@@ -86,6 +89,23 @@ const Choices<PanelFormat> kPanelFormats = {{"text", PanelFormat::kText},
                                             {"json", PanelFormat::kJson}};
 const Choices<ColorMode> kColorModes = {
     {"auto", ColorMode::kAuto}, {"always", ColorMode::kAlways}, {"never", ColorMode::kNever}};
+
+const Choices<LintFormat> kLintFormats = {{"text", LintFormat::kText},
+                                          {"json", LintFormat::kJson},
+                                          {"sarif", LintFormat::kSarif},
+                                          {"github", LintFormat::kGithub}};
+const Choices<author::Severity> kSeverities = {{"note", author::Severity::kNote},
+                                               {"warning", author::Severity::kWarning},
+                                               {"error", author::Severity::kError}};
+
+constexpr const char* kLintFilesHelp = "The What's New data files; '-' is standard input";
+constexpr const char* kBaselineHelp =
+    "Report what the edits since OLD do to users. OLD is a\n"
+    "file, or git:REV for the file in a commit";
+constexpr const char* kLintExitStatusHelp = R"(Exit status of lint:
+   0  no finding has at least the severity of --fail-on
+   1  a finding has at least the severity of --fail-on
+   2  the files could not be checked, whatever the reason is)";
 
 void AddFlag(CLI::App& command, const OptionFlag& flag, DisplayOptions& options) {
   command.add_flag_callback(
@@ -144,6 +164,14 @@ std::size_t ParseWidth(const std::string& word) {
         "--width", "'" + word + "' is not a number from 0 to " + std::to_string(kMaximumWidth));
   }
   return width;
+}
+
+/// Converts the value of `--fix`. CLI11 passes "true" if the option has no value.
+LintFixMode ParseFixMode(const std::string& word) {
+  if (word.empty()) return LintFixMode::kNone;
+  if (word == "true") return LintFixMode::kSafe;
+  if (word != "all") throw CLI::ValidationError("--fix", "'" + word + "' is not 'all'");
+  return LintFixMode::kAll;
 }
 
 /// Returns whether `name` is the long name of an option of `command` that takes a value.
@@ -216,6 +244,7 @@ class CommandLine {
     AddAdd();
     AddMessages();
     AddConsole();
+    AddLint();
     // Set the footer last. A subcommand that is added after the footer is set would inherit it.
     app_.footer(kExitStatusHelp);
   }
@@ -338,6 +367,72 @@ class CommandLine {
     consoleCommand_ = &command;
   }
 
+  void AddLint() {
+    CLI::App& command = AddCommand(app_, "lint", "Find mistakes in data files", lint_);
+    CLI::Option* const files = command.add_option("FILE", lint_.files, kLintFilesHelp);
+    files->type_name("");
+    AddHost(command, lint_.host);
+    AddChoice(command, "--format", kLintFormats, lint_.format,
+              "Print text (default), json, sarif or github")
+        ->type_name("STYLE");
+    AddChoice(command, "--color", kColorModes, lint_.color,
+              "Use colours: auto (default), always or never")
+        ->type_name("WHEN");
+    AddChoice(command, "--fail-on", kSeverities, lint_.failOn,
+              "The least severity of the exit status 1: note,\n"
+              "warning or error (default)")
+        ->type_name("LEVEL");
+    AddSeverity(command);
+    command.add_option("--baseline", lint_.baseline, kBaselineHelp)->type_name("OLD");
+    AddFix(command);
+    AddExplain(command);
+    command.callback([this, files] {
+      const bool needsFile = !lint_.explained && !lint_.listsCodes;
+      if (needsFile && files->count() == 0) throw CLI::RequiredError("FILE");
+      lint_.fix = ParseFixMode(fixWord_);
+      request_ = lint_;
+    });
+    command.footer(kLintExitStatusHelp);
+  }
+
+  void AddSeverity(CLI::App& command) {
+    const auto add = [this](const std::string& word) {
+      const std::string problem = author::AddSeverity(word, lint_.severities);
+      if (!problem.empty()) throw CLI::ValidationError("--severity", problem);
+    };
+    command
+        .add_option_function<std::vector<std::string>>(
+            "--severity",
+            [add](const std::vector<std::string>& words) { std::ranges::for_each(words, add); },
+            "The severity of a code: CODE=off, note, warning or\n"
+            "error. Can be repeated")
+        ->type_name("CODE=LEVEL")
+        ->expected(1)
+        ->take_all();
+  }
+
+  void AddFix(CLI::App& command) {
+    command.add_flag("--fix", fixWord_,
+                     "Correct mistakes with one right answer. --fix=all also\n"
+                     "makes corrections that announce a change again");
+    command.add_flag("--dry-run", lint_.isDryRun, "With --fix, print a diff and change no file");
+  }
+
+  void AddExplain(CLI::App& command) {
+    command
+        .add_option_function<std::string>(
+            "--explain",
+            [this](const std::string& word) {
+              lint_.explained = author::FindLintCode(word);
+              if (!lint_.explained) {
+                throw CLI::ValidationError("--explain", "unknown code '" + word + "'");
+              }
+            },
+            "Explain a code")
+        ->type_name("CODE");
+    command.add_flag("--list-codes", lint_.listsCodes, "List all codes");
+  }
+
   /// Returns the words of the command line in reverse order, as the parser of CLI11 expects them.
   ///
   /// Splits `--name=value` into two words. Otherwise, CLI11 would use the next word as the value of
@@ -430,6 +525,8 @@ class CommandLine {
   AddArguments add_;
   MessagesArguments messages_;
   ConsoleArguments console_;
+  LintArguments lint_;
+  std::string fixWord_;
   const CLI::App* consoleCommand_ = nullptr;
 };
 

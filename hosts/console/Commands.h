@@ -13,6 +13,7 @@
 #include <ornwhatsnew/utility/SharedTypes.h>
 
 #include "hosts/author/DataFileWriter.h"
+#include "hosts/author/lint/Lint.h"
 #include "hosts/console/ToolError.h"
 
 namespace hosts::console {
@@ -74,11 +75,36 @@ struct MessagesArguments {
   std::optional<std::filesystem::path> host;
 };
 
+enum class LintFormat { kText, kJson, kSarif, kGithub };
+/// Which mistakes `lint` corrects in the files.
+enum class LintFixMode {
+  kNone,
+  kSafe,  ///< no change that users can see today is announced again
+  kAll,
+};
+
+struct LintArguments {
+  std::vector<std::string> files;  ///< "-" is standard input
+  std::optional<std::string> host;
+  LintFormat format = LintFormat::kText;
+  ColorMode color = ColorMode::kAuto;
+  author::Severity failOn = author::Severity::kError;
+  author::SeverityOverrides severities;
+  std::optional<std::string> baseline;  ///< a file, or "git:REV"
+  LintFixMode fix = LintFixMode::kNone;
+  bool isDryRun = false;  ///< print a diff and change no file
+  std::optional<author::LintCode> explained;
+  bool listsCodes = false;
+};
+
 struct ConsoleArguments {
   std::optional<std::filesystem::path> host;  ///< absent: the library's default services
   std::string line;                           ///< empty: read lines from standard input
 };
 
+/// Prints the findings in the data files. Returns `kLintFindings` if a finding has at least the
+/// severity `failOn`. On any failure, throws `ToolError` with the status `kLintFailed`.
+ExitStatus Run(const LintArguments& arguments);
 /// Prints the panel, and then marks its content as seen. Stores nothing if `storesNothing` is
 /// true, if the output fails, or if the reader of the output closes it early.
 ExitStatus Run(const ShowArguments& arguments);

@@ -17,6 +17,8 @@ enum class ExitStatus : int {
   kUnknownKey = 5,        ///< the feature does not exist or cannot be rated
   kOutput = 6,            ///< the output cannot be written
   kCommand = 7,           ///< a console command is unknown or failed
+  kLintFindings = 1,      ///< lint: a finding has at least the severity of `--fail-on`
+  kLintFailed = 2,        ///< lint: the files could not be checked, whatever the reason is
   kSomethingNew = 10,     ///< `status --exit-status`: something is new
   kSomethingToRate = 11,  ///< `status --exit-status`: something can be rated
   kNewAndToRate = 12,     ///< `status --exit-status`: something is new and something can be rated

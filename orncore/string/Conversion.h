@@ -62,6 +62,10 @@ ORN_EXPORT void AppendUTF16to8(std::u16string_view text, UTF8String& out);
 /// for the empty string.
 [[nodiscard]] ORN_EXPORT bool IsWellFormedUTF8(std::string_view text) noexcept;
 
+/// Returns the byte offset of the first ill-formed sequence in `text`. Returns `npos` if `text` is
+/// well-formed UTF-8.
+[[nodiscard]] ORN_EXPORT std::size_t FindIllFormedUTF8(std::string_view text) noexcept;
+
 /// Removes one UTF-8 byte order mark (EF BB BF) from the start of `text` and returns true. If
 /// `text` does not start with a byte order mark, returns false and leaves `text` unchanged.
 ORN_EXPORT bool RemoveUTF8BOM_IfPresent(UTF8String& text);

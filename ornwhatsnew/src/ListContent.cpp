@@ -6,11 +6,10 @@
 
 #include <ornappsupport/feature/FeatureService.h>
 #include <orncore/string/Conversion.h>
+#include <ornwhatsnew/ChangePlacement.h>
 #include <ornwhatsnew/DataFileReader.h>
 #include <ornwhatsnew/PanelText.h>
 
-#include "ornwhatsnew/src/datafile/ChangePlacement.h"
-#include "ornwhatsnew/src/datafile/FieldCleaner.h"
 #include "ornwhatsnew/src/rules/KeyOrder.h"
 #include "ornwhatsnew/src/rules/Keywords.h"
 
@@ -41,21 +40,6 @@ bool IsUnlockedForOrdering(const FeatureListItem& item) {
          (visibility == Visibility::kInternal &&
           !feature::IsEntitlementSetToInternalFeaturesAllowed());
 }
-
-// Creates changes from rows. Uses the same buffers for all rows, to save allocations.
-class ChangeMaker {
- public:
-  std::shared_ptr<FeatureListDetail> Make(const DataRow& row) {
-    FeatureListDetail::Fields fields = row.values;
-    for (std::size_t i = 0; i < fields.size(); ++i) {
-      if (kDataColumns[i].isLowerCased) fields[i] = LowerField(fields[i], buffers_[i]);
-    }
-    return std::make_shared<FeatureListDetail>(fields);
-  }
-
- private:
-  std::array<UTF8String, kDataColumnCount> buffers_;
-};
 
 }  // namespace
 

@@ -38,7 +38,6 @@ struct ReadRow {
   std::size_t line;
   std::string text;
   std::size_t fieldCount;
-  std::vector<std::size_t> offsets;
   std::vector<std::string> values;
 };
 
@@ -51,7 +50,6 @@ std::vector<ReadRow> Read(std::string_view text) {
                     row->lineNumber,
                     std::string(row->text),
                     row->fieldCount,
-                    {row->fieldOffsets.begin(), row->fieldOffsets.end()},
                     {row->values.begin(), row->values.end()}});
     EXPECT_EQ(row->kind == Kind::kSkipped, row->skipReason != Reason::kNone);
   }
@@ -267,12 +265,36 @@ TEST(DataFileReader, KeepsAByteOrderMarkAfterTheHeader) {
             "1");
 }
 
-TEST(DataFileReader, ReportsTheOffsetsOfFields) {
-  const auto rows = Read("ab,\"c,d\",,e\n,\"");
-  EXPECT_THAT(std::vector(rows[0].offsets.begin(), rows[0].offsets.begin() + 4),
-              ElementsAre(0U, 3U, 9U, 10U));
-  EXPECT_THAT(std::vector(rows[1].offsets.begin(), rows[1].offsets.begin() + 2),
-              ElementsAre(0U, 1U));
+TEST(FindDataFields, ReturnsTheBytesOfEachField) {
+  const std::string row = "ab,\"c,d\",,e";
+  std::vector<std::string> fields;
+  for (const DataField& field : FindDataFields(row)) {
+    fields.push_back(row.substr(field.begin, field.end - field.begin));
+  }
+  EXPECT_THAT(fields, ElementsAre("ab", "\"c,d\"", "", "e"));
+}
+
+TEST(FindDataFields, ReturnsFieldsBeyondTheTenth) {
+  const std::vector<DataField> fields = FindDataFields("0,1,2,3,4,5,6,7,8,9,10,11");
+  ASSERT_EQ(fields.size(), 12U);
+  EXPECT_EQ(fields[11].begin, 23U);
+  EXPECT_EQ(fields[11].end, 25U);
+}
+
+TEST(FindDataFields, ReportsAnOpenQuote) {
+  const std::vector<DataField> fields = FindDataFields("a,\"b\"\"c\" 5\" disk, x");
+  ASSERT_EQ(fields.size(), 2U);
+  EXPECT_EQ(fields[0].openQuote, std::nullopt);
+  EXPECT_EQ(fields[1].openQuote, 10U);
+}
+
+TEST(FindDataFields, ClosedQuotesAreNotOpen) {
+  EXPECT_EQ(FindDataFields("\"b\"\"c\"").at(0).openQuote, std::nullopt);
+}
+
+TEST(FindDataFields, BlankRowHasNoFields) {
+  EXPECT_THAT(FindDataFields(""), IsEmpty());
+  EXPECT_THAT(FindDataFields("\r"), IsEmpty());
 }
 
 TEST(DataFileReader, KeepsOnlyTenFields) {
@@ -314,10 +336,10 @@ TEST(DataFileReader, OffsetsMatchACharacterByCharacterScan) {
       if (row[at] == '"') quoted = !quoted;
       if (row[at] == ',' && !quoted) begins.push_back(at + 1);
     }
-    const ReadRow read = Read(row).at(0);
-    ASSERT_EQ(read.fieldCount, begins.size()) << row;
-    begins.resize(std::min(begins.size(), kDataColumnCount));
-    ASSERT_TRUE(std::equal(begins.begin(), begins.end(), read.offsets.begin())) << row;
+    ASSERT_EQ(Read(row).at(0).fieldCount, begins.size()) << row;
+    const std::vector<DataField> fields = FindDataFields(row);
+    ASSERT_TRUE(std::ranges::equal(fields, begins, {}, &DataField::begin)) << row;
+    ASSERT_EQ(fields.back().openQuote.has_value(), quoted) << row;
   }
 }
 

@@ -33,6 +33,10 @@ _ornwhatsnew() {
       [[ ${command[*]} != show ]] || formats+=(plain html markdown)
       _ornwhatsnew_offer "$current" "${formats[@]}" && return
       ;;
+    STYLE) _ornwhatsnew_offer "$current" text json sarif github && return ;;
+    LEVEL) _ornwhatsnew_offer "$current" note warning error && return ;;
+    CODE) _ornwhatsnew_codes "$program" "$current" && return ;;
+    OLD) _ornwhatsnew_files "$current" && return ;;
     WHEN) _ornwhatsnew_offer "$current" auto always never && return ;;
     FILE) _ornwhatsnew_files "$current" && return ;;
     *) return 0 ;;
@@ -75,6 +79,14 @@ _ornwhatsnew_value() {
       for (i = 1; i <= count; ++i) if (names[i] == option) print $2
     }
   ' <<<"$1"
+}
+
+# _ornwhatsnew_codes PROGRAM CURRENT
+# Offers the codes of `lint` that begin with CURRENT.
+_ornwhatsnew_codes() {
+  local codes
+  mapfile -t codes < <("$1" lint --list-codes 2>/dev/null | sed 's/ .*//')
+  _ornwhatsnew_offer "$2" "${codes[@]}"
 }
 
 # _ornwhatsnew_offer CURRENT WORD...

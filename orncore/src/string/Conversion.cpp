@@ -119,10 +119,15 @@ std::size_t UTF8Length(std::u16string_view text) noexcept {
 }
 
 bool IsWellFormedUTF8(std::string_view text) noexcept {
+  return FindIllFormedUTF8(text) == text.npos;
+}
+
+std::size_t FindIllFormedUTF8(std::string_view text) noexcept {
   for (std::size_t position = AsciiPrefixLength(text); position < text.size();) {
-    if (NextCodePoint(text, position) < 0) return false;
+    const std::size_t begin = position;
+    if (NextCodePoint(text, position) < 0) return begin;
   }
-  return true;
+  return text.npos;
 }
 
 bool RemoveUTF8BOM_IfPresent(UTF8String& text) {

@@ -16,7 +16,29 @@ bool IsBlank(std::string_view row) {
   return std::ranges::all_of(row, [](char c) { return c == '\r'; });
 }
 
+// Calls `visit(begin, end)` for each field of `row`.
+template <class Visit>
+void VisitFields(std::string_view row, Visit visit) {
+  if (IsBlank(row)) return;
+  std::size_t begin = 0;
+  while (begin <= row.size()) {
+    const std::size_t end = FindFieldEnd(row, begin);
+    visit(begin, end);
+    begin = end + 1;
+  }
+}
+
 }  // namespace
+
+std::vector<DataField> FindDataFields(std::string_view row) {
+  std::vector<DataField> fields;
+  VisitFields(row, [&](std::size_t begin, std::size_t end) {
+    fields.push_back({begin, end, std::nullopt});
+    const std::string_view field = row.substr(begin, end - begin);
+    if (std::ranges::count(field, '"') % 2 != 0) fields.back().openQuote = row.rfind('"');
+  });
+  return fields;
+}
 
 DataFileReader::DataFileReader(std::string_view text) : rest_(text), atEnd_(text.empty()) {}
 
@@ -37,21 +59,14 @@ const DataRow* DataFileReader::Next() {
 // row, so the values are never cleared (docs/compatibility.md).
 void DataFileReader::ReadFields() {
   row_.fieldCount = 0;
-  if (IsBlank(row_.text)) return;
-
   // Most rows need no cleaning. Checking the row once is faster than checking each field.
   const bool isClean = IsClean(row_.text);
-  std::size_t begin = 0;
-  while (begin <= row_.text.size()) {
-    const std::size_t end = FindFieldEnd(row_.text, begin);
+  VisitFields(row_.text, [&](std::size_t begin, std::size_t end) {
     const std::size_t column = row_.fieldCount++;
-    if (column < kDataColumnCount) {
-      row_.fieldOffsets[column] = begin;
-      const std::string_view field = row_.text.substr(begin, end - begin);
-      row_.values[column] = isClean ? field : CleanField(field, buffers_[column]);
-    }
-    begin = end + 1;
-  }
+    if (column >= kDataColumnCount) return;
+    const std::string_view field = row_.text.substr(begin, end - begin);
+    row_.values[column] = isClean ? field : CleanField(field, buffers_[column]);
+  });
 }
 
 void DataFileReader::Classify() {

@@ -5,14 +5,15 @@
 #include <limits>
 #include <new>
 
+#include <orncore/string/DisplayWidth.h>
 #include <unicode/brkiter.h>
 #include <unicode/uchar.h>
 #include <unicode/utext.h>
 
-#include "ornwhatsnew/src/render/DisplayWidth.h"
-
 namespace ornwhatsnew {
 namespace {
+
+using orncore::string::DisplayWidth;
 
 constexpr std::size_t kMaximumText = std::numeric_limits<std::int32_t>::max();
 

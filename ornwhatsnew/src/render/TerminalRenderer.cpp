@@ -7,10 +7,10 @@
 #include <vector>
 
 #include <orncore/string/Conversion.h>
+#include <orncore/string/DisplayWidth.h>
 #include <orncore/string/SafeText.h>
 #include <ornwhatsnew/SafeLink.h>
 
-#include "ornwhatsnew/src/render/DisplayWidth.h"
 #include "ornwhatsnew/src/render/ParagraphWrapper.h"
 #include "ornwhatsnew/src/render/RenderedText.h"
 #include "ornwhatsnew/src/render/TerminalStyle.h"
@@ -146,7 +146,7 @@ class TerminalRenderer {
   void AppendBullet(std::u16string_view bullet) {
     if (bullet.empty()) return;
     std::u16string text = orncore::string::SafeForTerminal(bullet);
-    const std::size_t end = shape_.firstIndent + DisplayWidth(text);
+    const std::size_t end = shape_.firstIndent + orncore::string::DisplayWidth(text);
     shape_.hangingIndent = (end / indentWidth_ + 1) * indentWidth_;
     text.append(shape_.hangingIndent - end, u' ');
     shape_.unbrokenPrefix = text.size();

@@ -7,8 +7,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <orncore/string/Conversion.h>
+#include <orncore/string/DisplayWidth.h>
 
-#include "ornwhatsnew/src/render/DisplayWidth.h"
 #include "tests/hosts/console/ProgramFixture.h"
 
 namespace hosts::console {
@@ -43,7 +43,7 @@ std::size_t WidestLine(const std::string& output) {
   std::size_t widest = 0;
   std::istringstream lines(output);
   for (std::string line; std::getline(lines, line);) {
-    widest = std::max(widest, ornwhatsnew::DisplayWidth(orncore::string::UTF8to16(line)));
+    widest = std::max(widest, orncore::string::DisplayWidth(orncore::string::UTF8to16(line)));
   }
   return widest;
 }

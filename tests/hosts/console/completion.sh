@@ -52,7 +52,7 @@ expect_all_of() {
 expect_all_of Subcommands ''
 expect_all_of Options --
 expect_all_of Subcommands state ''
-for command in show status rate 'state show' 'state reset' import add messages console; do
+for command in show status rate 'state show' 'state reset' import add messages console lint; do
   read -ra words <<<"$command"
   expect_all_of Options "${words[@]}" --
 done

@@ -230,6 +230,16 @@ TEST(Conversion, ReplacesEachMaximalSubpartOnce) {
   }
 }
 
+TEST(FindIllFormedUTF8, ReturnsTheOffsetOfTheFirstIllFormedSequence) {
+  EXPECT_EQ(FindIllFormedUTF8("abc\xE4nderung \xFF"), 3U);
+  EXPECT_EQ(FindIllFormedUTF8("\xC3\xA4\xE2\x82"), 2U);
+}
+
+TEST(FindIllFormedUTF8, WellFormedTextHasNoOffset) {
+  EXPECT_EQ(FindIllFormedUTF8(""), std::string_view::npos);
+  EXPECT_EQ(FindIllFormedUTF8("a\xC3\xA4"), std::string_view::npos);
+}
+
 TEST(Conversion, ReplacesAnUnpairedSurrogate) {
   const struct {
     std::u16string utf16;

@@ -1,0 +1,165 @@
+#include <algorithm>
+#include <array>
+#include <cstdint>
+#include <string>
+
+#include <orncore/string/Conversion.h>
+
+#include "hosts/author/lint/NearestWord.h"
+#include "hosts/author/lint/Rules.h"
+
+namespace hosts::author {
+namespace {
+
+constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
+
+/// The number of separators in a row from which the row cannot be a text by chance.
+constexpr std::ptrdiff_t kManySeparators = 5;
+
+bool IsUTF16(std::string_view text) {
+  if (text.starts_with("\xFF\xFE") || text.starts_with("\xFE\xFF")) return true;
+  // Without a byte order mark, every second byte of a Latin text is NUL.
+  const std::string_view start = text.substr(0, 1000);
+  return std::ranges::count(start, '\0') > static_cast<std::ptrdiff_t>(start.size() / 3);
+}
+
+void CheckUTF16(LintContext& context) {
+  if (!IsUTF16(context.File().Text())) return;
+  context.ReportFile(LintCode::kFileUTF16,
+                     "the file is UTF-16, so none of its rows is read; save it as UTF-8");
+  context.Stop();
+}
+
+void CheckEmpty(LintContext& context) {
+  std::string_view text = context.File().Text();
+  if (text.starts_with(kByteOrderMark)) text.remove_prefix(kByteOrderMark.size());
+  if (text.find_first_not_of(" \t\r\n") != text.npos) return;
+  context.ReportFile(LintCode::kFileEmpty,
+                     "the file is empty, so users see no changes; add a header row and changes");
+  context.Stop();
+}
+
+bool HasManyOf(char separator, const LintRow& row) {
+  return row.data.fieldCount != ornwhatsnew::kDataColumnCount &&
+         std::ranges::count(row.data.text, separator) >= kManySeparators;
+}
+
+void CheckSeparator(LintContext& context) {
+  const std::vector<LintRow>& rows = context.File().Rows();
+  for (const char separator : {';', '\t'}) {
+    const auto count = std::ranges::count_if(
+        rows, [separator](const LintRow& row) { return HasManyOf(separator, row); });
+    if (2 * count <= static_cast<std::ptrdiff_t>(rows.size())) continue;
+    context.ReportFile(LintCode::kFileSeparator, std::string("the fields are separated by ") +
+                                                     (separator == ';' ? "semicolons" : "tabs") +
+                                                     ", so all " + Counted(rows.size(), "row") +
+                                                     " are lost; export the table with commas");
+    context.Stop();
+    return;
+  }
+}
+
+bool IsCompleteRow(std::string_view line) {
+  const std::size_t fields = ornwhatsnew::FindDataFields(line).size();
+  return fields == 0 || fields == ornwhatsnew::kDataColumnCount;
+}
+
+/// Returns the edits that replace the CR line ends of a row by LF. Returns no edits if a part of
+/// the row is no complete row, because the CR may then be inside a text.
+std::vector<Edit> LineEndEdits(std::string_view row, std::size_t rowOffset) {
+  std::vector<Edit> edits;
+  std::size_t begin = 0;
+  while (begin <= row.size()) {
+    const std::size_t end = std::min(row.find('\r', begin), row.size());
+    if (!IsCompleteRow(row.substr(begin, end - begin))) return {};
+    if (end + 1 < row.size()) edits.push_back({rowOffset + end, 1, "\n"});
+    begin = end + 1;
+  }
+  return edits;
+}
+
+void CheckLineEnds(LintContext& context) {
+  if (context.File().Text().find('\r') == std::string_view::npos) return;
+  for (LintRow& row : context.File().Rows()) {
+    std::string_view text = row.data.text;
+    while (text.ends_with('\r')) text.remove_suffix(1);
+    const std::size_t position = text.find('\r');
+    if (position == text.npos) continue;
+    Finding& finding = context.Report(
+        LintCode::kFileLineEnds, row, position, position + 1,
+        "the line ends in CR alone, so it is joined with the next line and " +
+            Counted(static_cast<std::size_t>(std::ranges::count(text, '\r')) + 1, "line") +
+            " are read as one row; use LF or CR LF line ends");
+    finding.edits = LineEndEdits(text, context.File().OffsetOf(row));
+    row.isExplained = true;
+  }
+}
+
+void CheckNulBytes(LintContext& context) {
+  if (context.File().Text().find('\0') == std::string_view::npos) return;
+  for (const LintRow& row : context.File().Rows()) {
+    const std::size_t position = row.data.text.find('\0');
+    if (position == row.data.text.npos) continue;
+    context.Report(LintCode::kNulByte, row, position, position + 1,
+                   "the field contains a NUL byte, at which many views end the text; delete it");
+  }
+}
+
+std::string ByteText(char byte) {
+  constexpr std::string_view kDigits = "0123456789ABCDEF";
+  const auto value = static_cast<std::uint8_t>(byte);
+  return {'0', 'x', kDigits[value / 16], kDigits[value % 16]};
+}
+
+void CheckUTF8(LintContext& context) {
+  if (orncore::string::IsWellFormedUTF8(context.File().Text())) return;
+  for (const LintRow& row : context.File().Rows()) {
+    const std::size_t position = orncore::string::FindIllFormedUTF8(row.data.text);
+    if (position == row.data.text.npos) continue;
+    context.Report(LintCode::kFileNotUTF8, row, position, position + 1,
+                   "the byte " + ByteText(row.data.text[position]) +
+                       " is not UTF-8, so users see a replacement character; save the file as "
+                       "UTF-8 instead of Latin-1 or Windows-1252");
+  }
+}
+
+bool IsConflictMark(std::string_view row) {
+  while (row.ends_with('\r')) row.remove_suffix(1);
+  static constexpr std::array<std::string_view, 3> kMarks = {"<<<<<<< ", ">>>>>>> ", "||||||| "};
+  return row == "=======" || row == "<<<<<<<" || row == ">>>>>>>" ||
+         std::ranges::any_of(kMarks,
+                             [row](std::string_view mark) { return row.starts_with(mark); });
+}
+
+void CheckConflictMarks(LintContext& context) {
+  for (LintRow& row : context.File().Rows()) {
+    if (!IsConflictMark(row.data.text)) continue;
+    context.ReportRow(LintCode::kConflictMark, row,
+                      "a merge-conflict mark, so users see both versions of the changes; resolve "
+                      "the conflict");
+    row.isExplained = true;
+  }
+}
+
+void CheckByteOrderMarks(LintContext& context) {
+  if (context.File().Text().find(kByteOrderMark, 1) == std::string_view::npos) return;
+  for (const LintRow& row : context.File().Rows()) {
+    const std::size_t from = context.File().OffsetOf(row) == 0 ? 1 : 0;
+    const std::size_t position = row.data.text.find(kByteOrderMark, from);
+    if (position == row.data.text.npos) continue;
+    context.Report(LintCode::kInnerByteOrderMark, row, position, position + kByteOrderMark.size(),
+                   "a byte order mark inside the file becomes a part of its field, so the field "
+                   "matches no word; delete it");
+  }
+}
+
+constexpr FileRule kRules[] = {CheckUTF16,    CheckEmpty, CheckSeparator,     CheckLineEnds,
+                               CheckNulBytes, CheckUTF8,  CheckConflictMarks, CheckByteOrderMarks};
+
+}  // namespace
+
+std::span<const FileRule> FileFormRules() {
+  return kRules;
+}
+
+}  // namespace hosts::author

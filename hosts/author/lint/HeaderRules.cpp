@@ -1,0 +1,227 @@
+#include <algorithm>
+#include <optional>
+#include <string>
+
+#include <ornwhatsnew/utility/TextHelpers.h>
+
+#include "hosts/author/lint/NearestWord.h"
+#include "hosts/author/lint/Rules.h"
+
+namespace hosts::author {
+namespace {
+
+using ornwhatsnew::CaseInsensitiveEqual;
+using ornwhatsnew::DataColumn;
+using ornwhatsnew::DataRow;
+using ornwhatsnew::DataRowKind;
+using ornwhatsnew::DataRowSkipReason;
+using ornwhatsnew::kDataColumnCount;
+using ornwhatsnew::kDataColumns;
+
+/// The number of fields from which a row without names of the manual can be a header in another
+/// language.
+constexpr std::size_t kFieldsOfTranslatedHeader = 5;
+
+/// Returns whether `name` is the name of the column with the index `column`, or begins like it.
+bool IsNameOf(std::string_view name, std::size_t column) {
+  constexpr std::size_t kShortestName = 3;
+  constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
+  if (name.starts_with(kByteOrderMark)) name.remove_prefix(kByteOrderMark.size());
+  name = TrimSpaces(name);
+  const std::string_view header = kDataColumns[column].header;
+  const std::size_t shorter = std::min(name.size(), header.size());
+  return shorter >= kShortestName &&
+         CaseInsensitiveEqual(name.substr(0, shorter), header.substr(0, shorter));
+}
+
+bool IsNameOfAnyColumn(std::string_view name) {
+  for (std::size_t column = 0; column < kDataColumnCount; ++column) {
+    if (IsNameOf(name, column)) return true;
+  }
+  return false;
+}
+
+bool IsEmptyRow(const DataRow& row) {
+  return std::ranges::all_of(row.values, [](std::string_view value) { return value.empty(); });
+}
+
+bool HasOpenQuote(const DataRow& row) {
+  const auto fields = ornwhatsnew::FindDataFields(row.text);
+  return !fields.empty() && fields.back().openQuote.has_value();
+}
+
+bool ContinuesOnNextLine(const DataRow& row, const DataRow& next) {
+  if (HasOpenQuote(row)) return true;
+  const std::size_t fields = row.fieldCount + next.fieldCount;
+  return (fields == kDataColumnCount || fields == kDataColumnCount + 1) &&
+         next.kind == DataRowKind::kSkipped && !LooksLikeChange(next);
+}
+
+/// Returns the reason why the library skips a row that was meant to be the header. Returns
+/// `std::nullopt` if the row was not meant to be the header.
+std::optional<LintCode> HeaderMistake(const std::vector<LintRow>& rows, std::size_t index) {
+  const DataRow& row = rows[index].data;
+  if (rows[index].isExplained || row.text.starts_with('#') || IsEmptyRow(row)) return std::nullopt;
+  const bool isNamed = LooksLikeHeader(row);
+  if (!isNamed && LooksLikeChange(row)) return std::nullopt;
+  if (row.skipReason == DataRowSkipReason::kNoGroupingID) return LintCode::kHeaderSecondNameEmpty;
+  const bool isContinued =
+      index + 1 < rows.size() && ContinuesOnNextLine(row, rows[index + 1].data);
+  if (isContinued && (isNamed || row.fieldCount > 1)) return LintCode::kHeaderOverLines;
+  const bool isNamedOrLong = isNamed || row.fieldCount >= kFieldsOfTranslatedHeader ||
+                             IsNameOfAnyColumn(row.values.front());
+  return isNamedOrLong ? std::optional(LintCode::kHeaderWidth) : std::nullopt;
+}
+
+std::string MistakeMessage(LintCode code, const DataRow& row) {
+  switch (code) {
+    case LintCode::kHeaderSecondNameEmpty:
+      return "the second column has no name, so the row is not the header";
+    case LintCode::kHeaderOverLines:
+      return "the header continues on the next line, so it is skipped";
+    default:
+      return "the header has " + Counted(row.fieldCount, "field") +
+             " instead of ten, so it is skipped";
+  }
+}
+
+std::string MistakeRemedy(LintCode code) {
+  switch (code) {
+    case LintCode::kHeaderSecondNameEmpty:
+      return "; write a name for the second column";
+    case LintCode::kHeaderOverLines:
+      return "; write the header on one line";
+    default:
+      return "; write ten column names";
+  }
+}
+
+/// Returns whether the library takes a row for the header that was not meant to be it.
+bool IsLostRow(const LintRow& row) {
+  return LooksLikeChange(row.data) && !LooksLikeHeader(row.data);
+}
+
+void ReportHeaderMistake(LintContext& context, LintCode code, std::size_t index) {
+  std::vector<LintRow>& rows = context.File().Rows();
+  LintRow& row = rows[index];
+  const std::size_t taken = context.File().HeaderIndex();
+  const bool isLost = taken < rows.size() && IsLostRow(rows[taken]);
+  std::string message = MistakeMessage(code, row.data);
+  if (isLost) {
+    message += ", and line " + std::to_string(rows[taken].data.lineNumber) +
+               " is taken for the header and lost";
+  }
+  context.File().IgnoreHeaderNames();
+  Finding& finding = context.ReportRow(code, row, message + MistakeRemedy(code));
+  row.isExplained = true;
+  if (code == LintCode::kHeaderOverLines && index + 1 < taken) rows[index + 1].isExplained = true;
+  if (!isLost) return;
+  finding.related.push_back(context.Related(rows[taken], "this row is taken for the header"));
+  rows[taken].isExplained = true;
+}
+
+void CheckRowsBeforeHeader(LintContext& context) {
+  const std::vector<LintRow>& rows = context.File().Rows();
+  for (std::size_t i = 0; i < context.File().HeaderIndex(); ++i) {
+    const std::optional<LintCode> mistake = HeaderMistake(rows, i);
+    if (mistake) return ReportHeaderMistake(context, *mistake, i);
+    if (!rows[i].isExplained && LooksLikeChange(rows[i].data)) return;
+  }
+}
+
+/// Explains the row that was meant to be the header but is read as a change.
+void ExplainLaterHeader(LintContext& context) {
+  for (LintRow& row : context.File().Rows()) {
+    if (row.data.kind == DataRowKind::kChange && LooksLikeHeader(row.data)) row.isExplained = true;
+  }
+}
+
+void CheckTakenHeader(LintContext& context) {
+  std::vector<LintRow>& rows = context.File().Rows();
+  const std::size_t index = context.File().HeaderIndex();
+  if (index == rows.size() || rows[index].isExplained || !IsLostRow(rows[index])) return;
+  LintRow& row = rows[index];
+  context.File().IgnoreHeaderNames();
+  if (CaseInsensitiveEqual(row.Value(DataColumn::kGroupingID), ornwhatsnew::kChangesSinceKey)) {
+    context.ReportRow(LintCode::kChangesSinceBeforeHeader, row,
+                      "the row is taken for the header, so its version is lost; move it below the "
+                      "header");
+    ExplainLaterHeader(context);
+  } else {
+    context.ReportRow(LintCode::kHeaderMissing, row,
+                      "the first row is taken for the header, so its change is lost; insert a "
+                      "header with ten column names before it");
+  }
+  row.isExplained = true;
+}
+
+void CheckHeaderOrder(LintContext& context) {
+  const std::vector<LintRow>& rows = context.File().Rows();
+  const std::size_t index = context.File().HeaderIndex();
+  if (index == rows.size() || rows[index].isExplained) return;
+  const LintRow& row = rows[index];
+  for (std::size_t i = 0; i < kDataColumnCount; ++i) {
+    if (IsNameOf(row.data.values[i], i)) continue;
+    for (std::size_t column = 0; column < kDataColumnCount; ++column) {
+      if (!IsNameOf(row.data.values[i], column)) continue;
+      const std::string message = "the name " + Quoted(row.data.values[i]) + " belongs to column " +
+                                  std::to_string(column + 1) + ", but the library reads column " +
+                                  std::to_string(i + 1) + " as \"" +
+                                  std::string(kDataColumns[i].header) +
+                                  "\"; move the columns into the order of the manual";
+      context.ReportField(LintCode::kHeaderOrder, row, static_cast<DataColumn>(i), message);
+      context.File().IgnoreHeaderNames();
+      return;
+    }
+  }
+}
+
+void CheckRepeatedHeader(LintContext& context) {
+  std::vector<LintRow>& rows = context.File().Rows();
+  const std::size_t header = context.File().HeaderIndex();
+  if (header == rows.size()) return;
+  const std::string_view name = rows[header].Value(DataColumn::kGroupingID);
+  for (std::size_t i = header + 1; i < rows.size(); ++i) {
+    LintRow& row = rows[i];
+    const std::string_view groupingID = row.Value(DataColumn::kGroupingID);
+    const bool isPossible = groupingID == name || IsNameOf(groupingID, 1);
+    if (row.isExplained || row.data.kind != DataRowKind::kChange || !isPossible) continue;
+    const bool isSame = row.data.values == rows[header].data.values;
+    if (!isSame && !LooksLikeHeader(row.data)) continue;
+    Finding& finding =
+        context.ReportRow(LintCode::kHeaderRepeated, row,
+                          "a second header is read as a change, which internal users see; delete "
+                          "the row");
+    finding.related.push_back(context.Related(rows[header], "the first header"));
+    row.isExplained = true;
+  }
+}
+
+constexpr FileRule kRules[] = {CheckRowsBeforeHeader, CheckTakenHeader, CheckHeaderOrder,
+                               CheckRepeatedHeader};
+
+}  // namespace
+
+std::span<const FileRule> HeaderRules() {
+  return kRules;
+}
+
+bool LooksLikeHeader(const DataRow& row) {
+  constexpr std::ptrdiff_t kEnoughNames = 3;
+  return std::ranges::count_if(row.values, IsNameOfAnyColumn) >= kEnoughNames;
+}
+
+bool LooksLikeVersion(std::string_view text) {
+  text = TrimSpaces(text);
+  if (text.starts_with('v') || text.starts_with('V')) text.remove_prefix(1);
+  const bool hasDigit = !text.empty() && text.front() >= '0' && text.front() <= '9';
+  return hasDigit && text.find_first_not_of("0123456789.") == text.npos;
+}
+
+bool LooksLikeChange(const DataRow& row) {
+  if (LooksLikeVersion(row.Value(DataColumn::kVersion))) return true;
+  if (ornwhatsnew::IsSpecialCaseSection(row.Value(DataColumn::kGroupingID))) return true;
+  return row.Value(DataColumn::kURL).starts_with("https://");
+}
+
+}  // namespace hosts::author

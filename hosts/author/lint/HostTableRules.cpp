@@ -1,0 +1,42 @@
+#include <map>
+#include <string>
+#include <string_view>
+
+#include "hosts/author/lint/Rules.h"
+
+namespace hosts::author {
+namespace {
+
+using common::BetaFeatureDescription;
+
+void CheckEpicKeys(LintContext& context) {
+  if (context.Host() == nullptr) return;
+  std::map<std::string_view, std::string_view> internalKeys;
+  for (const BetaFeatureDescription& feature : context.Host()->description.betaFeatures) {
+    if (feature.epicKey.empty()) {
+      context.ReportHost(LintCode::kHostEpicKeyEmpty,
+                         "the feature " + Quoted(feature.internalKey) +
+                             " has no epic key, so it takes every change without a story ID; give "
+                             "it an epic key");
+      continue;
+    }
+    const auto [found, isNew] = internalKeys.emplace(feature.epicKey, feature.internalKey);
+    // The later one of two features with the same internal key replaces the earlier one.
+    if (isNew || found->second == feature.internalKey) continue;
+    context.ReportHost(LintCode::kHostEpicKeyTwice,
+                       "the features " + Quoted(found->second) + " and " +
+                           Quoted(feature.internalKey) + " have the same epic key " +
+                           Quoted(feature.epicKey) +
+                           ", so only one of them is shown; give each its own key");
+  }
+}
+
+constexpr FileRule kRules[] = {CheckEpicKeys};
+
+}  // namespace
+
+std::span<const FileRule> HostTableRules() {
+  return kRules;
+}
+
+}  // namespace hosts::author

@@ -1,0 +1,120 @@
+#include "hosts/author/lint/Lint.h"
+
+#include <algorithm>
+#include <array>
+#include <iterator>
+#include <tuple>
+#include <unordered_map>
+#include <utility>
+
+#include "hosts/author/lint/Rules.h"
+
+namespace hosts::author {
+namespace {
+
+void RunFileRules(LintContext& context, std::span<const FileRule> rules) {
+  for (const FileRule rule : rules) {
+    if (context.IsStopped()) return;
+    rule(context);
+  }
+}
+
+void RunChangeRules(LintContext& context) {
+  const std::array<std::span<const ChangeRule>, 5> subjects = {
+      WordRules(), VersionRules(), LinkRules(), LocalisationRules(), TextRules()};
+  for (const LintRow& row : context.File().Rows()) {
+    if (row.change == nullptr || row.isExplained) continue;
+    for (const std::span<const ChangeRule> rules : subjects) {
+      for (const ChangeRule rule : rules) rule(context, row);
+    }
+  }
+}
+
+void RunRules(LintContext& context) {
+  RunFileRules(context, HostTableRules());
+  RunFileRules(context, FileFormRules());
+  RunFileRules(context, HeaderRules());
+  RunFileRules(context, RowShapeRules());
+  if (context.IsStopped()) return;
+  RunChangeRules(context);
+  RunFileRules(context, ChangesSinceRules());
+  RunFileRules(context, ListRules());
+}
+
+void AddOmitted(const LintContext& context, LintReport& report) {
+  for (const auto& [code, count] : context.OmittedFindings()) {
+    report.notJudged.insert(std::to_string(count) + " more findings with the code " +
+                            std::string(InfoOf(code).name) + " are not listed");
+  }
+}
+
+}  // namespace
+
+std::size_t LintReport::Count(Severity severity) const {
+  return static_cast<std::size_t>(std::ranges::count(findings, severity, &Finding::severity));
+}
+
+void LintReport::Append(LintReport other) {
+  std::ranges::move(other.findings, std::back_inserter(findings));
+  files += other.files;
+  changes += other.changes;
+  notJudged.merge(other.notJudged);
+}
+
+LintHost InstallLintHost(const std::string& file) {
+  LintHost host{file, common::ReadHostDescription(file)};
+  host.description.internalFeaturesAllowed = true;
+  host.description.terminating = false;
+  host.description.debug.clear();
+  common::InstallHost(host.description);
+  return host;
+}
+
+void InstallNoLintHost() {
+  common::InstallHost(common::HostDescription());
+}
+
+LintReport LintDataFile(const std::string& name, std::string text, const LintHost* host) {
+  LintedFile file(name, std::move(text));
+  LintContext context(file, host);
+  RunRules(context);
+  LintReport report;
+  report.findings = std::move(context.Findings());
+  report.files = 1;
+  report.changes = context.IsStopped() ? 0 : file.ChangeCount();
+  if (host == nullptr) {
+    report.notJudged.insert(
+        "without --host, grouping IDs, features and the version of the host are not judged");
+  }
+  AddOmitted(context, report);
+  return report;
+}
+
+void ApplySeverities(LintReport& report, const SeverityOverrides& overrides) {
+  for (Finding& finding : report.findings) {
+    const auto found = overrides.find(finding.code);
+    if (found != overrides.end()) finding.severity = found->second;
+  }
+  std::erase_if(report.findings,
+                [](const Finding& finding) { return finding.severity == Severity::kOff; });
+}
+
+void FinishReport(LintReport& report) {
+  const auto key = [](const Finding& finding) {
+    return std::tie(finding.file, finding.place.line, finding.place.column, finding.code,
+                    finding.message);
+  };
+  std::ranges::stable_sort(report.findings,
+                           [key](const Finding& a, const Finding& b) { return key(a) < key(b); });
+  // The finding on a host description is the same for each data file.
+  const auto isEqual = [key](const Finding& a, const Finding& b) { return key(a) == key(b); };
+  const auto duplicates = std::ranges::unique(report.findings, isEqual);
+  report.findings.erase(duplicates.begin(), duplicates.end());
+  std::unordered_map<std::string, std::size_t> counts;
+  for (Finding& finding : report.findings) {
+    const std::size_t number = ++counts[finding.file + "\n" + finding.fingerprint];
+    if (number > 1) finding.fingerprint += "/" + std::to_string(number);
+  }
+}
+
+}  // namespace hosts::author

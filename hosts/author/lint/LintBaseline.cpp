@@ -1,0 +1,194 @@
+#include "hosts/author/lint/LintBaseline.h"
+
+#include <algorithm>
+#include <array>
+#include <map>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include <ornwhatsnew/utility/TextHelpers.h>
+
+#include "hosts/author/lint/LintContext.h"
+
+namespace hosts::author {
+namespace {
+
+using ornwhatsnew::DataColumn;
+using ornwhatsnew::ExtractHashablePortion;
+using ornwhatsnew::FeatureListDetail;
+using ornwhatsnew::FeatureListItem;
+
+using Rows = std::vector<const LintRow*>;
+
+Rows Changes(const LintedFile& file) {
+  Rows changes;
+  for (const LintRow& row : file.Rows()) {
+    if (row.change != nullptr) changes.push_back(&row);
+  }
+  return changes;
+}
+
+std::string Identity(const LintRow& row) {
+  return row.change->GetItemSeenGuid().AsUTF8String();
+}
+
+std::string IDsAndText(const LintRow& row) {
+  const FeatureListDetail& change = *row.change;
+  return change.GetJIRAEpicID() + '\0' + change.GetJIRAStoryBugTaskID() + '\0' +
+         ExtractHashablePortion(change.GetDescription());
+}
+
+/// The item of a change. Without a host, the changes of a feature are unmatched and have no item.
+std::string ItemKey(const LintRow& row) {
+  return row.isUnmatched ? row.change->GetJIRAEpicID() : row.item->FeatureJiraIDKey();
+}
+
+struct RowPair {
+  const LintRow* before;
+  const LintRow* after;
+};
+
+/// Pairs the changes of two files. `before` and `after` are the changes without a partner.
+struct Pairing {
+  Rows before;
+  Rows after;
+  std::vector<RowPair> pairs;
+
+  /// Pairs the changes with equal `key(row)`, in file order.
+  template <class Key>
+  void PairBy(Key key) {
+    std::map<std::string, std::vector<const LintRow*>> beforeByKey;
+    for (auto row = before.rbegin(); row != before.rend(); ++row) {
+      beforeByKey[key(**row)].push_back(*row);
+    }
+    std::erase_if(after, [&](const LintRow* row) {
+      const auto found = beforeByKey.find(key(*row));
+      if (found == beforeByKey.end() || found->second.empty()) return false;
+      pairs.push_back({found->second.back(), row});
+      found->second.pop_back();
+      return true;
+    });
+    before.clear();
+    for (const auto& [unused, rows] : beforeByKey) {
+      before.insert(before.end(), rows.begin(), rows.end());
+    }
+    std::ranges::sort(before, {}, [](const LintRow* row) { return row->data.lineNumber; });
+  }
+};
+
+/// Compares the changes of two files and reports to the context of the new file.
+class Comparison {
+ public:
+  Comparison(LintContext& context, const LintedFile& before) : context_(context), before_(before) {
+    pairing_.before = Changes(before);
+    pairing_.after = Changes(context.File());
+    pairing_.PairBy(Identity);
+    unchanged_ = pairing_.pairs.size();
+    pairing_.PairBy(IDsAndText);
+    pairing_.PairBy(ItemKey);
+  }
+
+  void Report() {
+    for (std::size_t i = unchanged_; i < pairing_.pairs.size(); ++i) ReportEdit(pairing_.pairs[i]);
+    for (const LintRow* const row : pairing_.after) ReportNew(*row);
+    for (const LintRow* const row : pairing_.before) ReportVanished(*row);
+    ReportRatings();
+  }
+
+ private:
+  static bool IsShown(const LintRow& row) { return !row.change->GetDescription().empty(); }
+
+  void ReportNew(const LintRow& row) {
+    if (!IsShown(row)) return;
+    context_.ReportRow(LintCode::kBaselineNew, row, "the change is new for every user");
+  }
+
+  void ReportVanished(const LintRow& row) {
+    if (!IsShown(row)) return;
+    Finding& finding =
+        context_.ReportFile(LintCode::kBaselineVanished,
+                            "the change " + Quoted(row.change->GetDescription()) + " of line " +
+                                std::to_string(row.data.lineNumber) + " in the baseline is gone");
+    finding.related.push_back(RelatedBefore(row));
+  }
+
+  /// Returns the fields that differ, of those on which the identity depends, for a message.
+  std::string ChangedFields(const RowPair& pair) const {
+    std::string text;
+    for (std::size_t i = 0; i < ornwhatsnew::kDataColumnCount; ++i) {
+      const std::string_view key = ornwhatsnew::kDataColumns[i].fieldKey;
+      const auto column = static_cast<DataColumn>(i);
+      if (column == DataColumn::kRatingRequest) continue;
+      if (ExtractHashablePortion(pair.before->change->GetField(key)) ==
+          ExtractHashablePortion(pair.after->change->GetField(key))) {
+        continue;
+      }
+      const std::string_view value = pair.before->Value(column);
+      text += (text.empty() ? "" : ", ") + context_.Column(column) + " was " +
+              (value.empty() ? "empty" : Quoted(value));
+    }
+    return text;
+  }
+
+  void ReportEdit(const RowPair& pair) {
+    if (!IsShown(*pair.before)) return ReportNew(*pair.after);
+    if (!IsShown(*pair.after)) return ReportVanished(*pair.before);
+    if (Identity(*pair.before) == Identity(*pair.after)) return;
+    Finding& finding =
+        context_.ReportRow(LintCode::kBaselineNewAgain, *pair.after,
+                           "users who saw the change see it again, because " + ChangedFields(pair));
+    finding.related.push_back(RelatedBefore(*pair.before));
+  }
+
+  RelatedPlace RelatedBefore(const LintRow& row) const {
+    return {before_.Name(), row.data.lineNumber, 1, "the row in the baseline"};
+  }
+
+  static bool HasRatingRequest(const FeatureListItem& item) {
+    return std::ranges::any_of(item.GetAllChanges(), [](const auto& change) {
+      return !change->GetRatingRequestOptional().empty();
+    });
+  }
+
+  void ReportRatings() {
+    std::map<std::string, const LintRow*> lastRequests;
+    for (const LintRow& row : context_.File().Rows()) {
+      const bool isRequest = row.change != nullptr && !row.item->IsSection() &&
+                             !row.change->GetRatingRequestOptional().empty();
+      if (isRequest) lastRequests[row.item->FeatureJiraIDKey()] = &row;
+    }
+    for (const auto& [key, row] : lastRequests) {
+      const auto old = before_.Items().find(key);
+      if (old == before_.Items().end() || !HasRatingRequest(*old->second)) continue;
+      if (old->second->GetItemRatedGuid() == row->item->GetItemRatedGuid()) continue;
+      context_.ReportField(LintCode::kBaselineRatedAgain, *row, DataColumn::kRatingRequest,
+                           "users who rated the feature " + Quoted(key) +
+                               " are asked again, because its rating requests changed");
+    }
+  }
+
+  LintContext& context_;
+  const LintedFile& before_;
+  Pairing pairing_;
+  std::size_t unchanged_ = 0;
+};
+
+}  // namespace
+
+LintReport CompareWithBaseline(const std::string& name, std::string text,
+                               const std::string& oldName, std::string oldText,
+                               const LintHost* host) {
+  LintedFile after(name, std::move(text));
+  const LintedFile before(oldName, std::move(oldText));
+  LintContext context(after, host);
+  Comparison(context, before).Report();
+  LintReport report;
+  report.findings = std::move(context.Findings());
+  if (host == nullptr) {
+    report.notJudged.insert("without --host, rating requests are not compared with the baseline");
+  }
+  return report;
+}
+
+}  // namespace hosts::author

@@ -1,0 +1,22 @@
+// Compares a data file with an earlier version of it.
+#ifndef HOSTS_AUTHOR_LINT_LINTBASELINE_H_
+#define HOSTS_AUTHOR_LINT_LINTBASELINE_H_
+
+#include <string>
+
+#include "hosts/author/lint/Lint.h"
+
+namespace hosts::author {
+
+/// Returns findings on what the edits since `oldText` do to users: new changes, changes that are
+/// announced again, changes that vanished, and features that request their rating again.
+///
+/// Pairs the changes of both files by their identity, then by the columns 2, 3 and 10, and then by
+/// their order within an item. `host` is the installed host, or null.
+LintReport CompareWithBaseline(const std::string& name, std::string text,
+                               const std::string& oldName, std::string oldText,
+                               const LintHost* host);
+
+}  // namespace hosts::author
+
+#endif  // HOSTS_AUTHOR_LINT_LINTBASELINE_H_

@@ -1,0 +1,36 @@
+// Reads `.ornwhatsnew-lint.json`, which changes the severities of findings.
+//
+//   {"severity": {"unreviewed-left": "error", "feature-without-change": "off"}}
+#ifndef HOSTS_AUTHOR_LINT_LINTCONFIG_H_
+#define HOSTS_AUTHOR_LINT_LINTCONFIG_H_
+
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "hosts/author/lint/Lint.h"
+
+namespace hosts::author {
+
+/// The name of the configuration file.
+inline constexpr std::string_view kLintConfigName = ".ornwhatsnew-lint.json";
+
+/// Returns the configuration file in the folder of `dataFile`, or in the nearest folder above it.
+/// Returns `std::nullopt` if there is none.
+std::optional<std::filesystem::path> FindLintConfig(const std::filesystem::path& dataFile);
+
+/// Returns the severities in a configuration file. Throws `common::JsonError` if the file cannot be
+/// read, is not valid, or contains an unknown code or severity.
+SeverityOverrides ReadLintConfig(const std::filesystem::path& file);
+
+/// Parses a configuration. Error messages begin with `sourceName`.
+SeverityOverrides ParseLintConfig(std::string_view json, std::string_view sourceName);
+
+/// Adds the severity of a command-line argument such as "unreviewed-left=error" to `overrides`.
+/// Returns an error message, which is empty on success.
+std::string AddSeverity(std::string_view argument, SeverityOverrides& overrides);
+
+}  // namespace hosts::author
+
+#endif  // HOSTS_AUTHOR_LINT_LINTCONFIG_H_

@@ -1,0 +1,150 @@
+#include "hosts/author/lint/LintContext.h"
+
+#include <algorithm>
+#include <utility>
+
+#include <orncore/string/SafeText.h>
+#include <orncore/utility/MixHashGuid.h>
+
+#include "hosts/author/lint/NearestWord.h"
+#include "hosts/common/MessageText.h"
+
+namespace hosts::author {
+namespace {
+
+using ornwhatsnew::ColumnIndex;
+using ornwhatsnew::DataColumn;
+using ornwhatsnew::DataField;
+
+/// The number of different unknown keys for which the nearest key is searched. A search compares
+/// the key with all keys of the host, so a file of unknown keys would take too long.
+constexpr std::size_t kMaximumKeySearches = 500;
+
+/// The value of `fieldFindings_` for a finding that is not kept.
+constexpr auto kOmitted = static_cast<std::size_t>(-1);
+
+constexpr std::size_t kLongName = 30;
+
+std::string Fingerprint(LintCode code, std::string_view content) {
+  orncore::utility::GuidMixer mixer;
+  mixer.Mix(InfoOf(code).name);
+  mixer.Mix(std::string_view("\0", 1));
+  mixer.Mix(content);
+  return mixer.Result().AsUTF8String();
+}
+
+}  // namespace
+
+std::string Quoted(std::string_view text) {
+  constexpr std::size_t kMaximumBytes = 60;
+  const std::string_view shown = common::Prefix(text, kMaximumBytes);
+  return "'" + orncore::string::EscapeInvisible(shown) + (shown.size() < text.size() ? "..." : "") +
+         "'";
+}
+
+std::string Counted(std::size_t number, std::string_view noun) {
+  if (number == 1) return "one " + std::string(noun);
+  return std::to_string(number) + " " + std::string(noun) + "s";
+}
+
+Finding& LintContext::Add(LintCode code, std::string message, std::string_view content) {
+  if (++counts_[code] > kMaximumFindings) {
+    ++omitted_[code];
+    omittedFinding_ = Finding();
+    return omittedFinding_;
+  }
+  Finding& finding = findings_.emplace_back();
+  finding.file = file_.Name();
+  finding.severity = InfoOf(code).severity;
+  finding.code = code;
+  finding.message = std::move(message);
+  finding.fingerprint = Fingerprint(code, content);
+  return finding;
+}
+
+Finding& LintContext::Report(LintCode code, const LintRow& row, std::size_t begin, std::size_t end,
+                             std::string message) {
+  Finding& finding = Add(code, std::move(message), row.data.text);
+  finding.place = file_.PlaceOf(row, begin, end);
+  return finding;
+}
+
+Finding& LintContext::ReportRow(LintCode code, const LintRow& row, std::string message) {
+  return Report(code, row, 0, row.data.text.size(), std::move(message));
+}
+
+Finding& LintContext::ReportField(LintCode code, const LintRow& row, DataColumn column,
+                                  std::string message) {
+  return ReportPart(code, row, column, {}, std::move(message));
+}
+
+Finding& LintContext::ReportPart(LintCode code, const LintRow& row, DataColumn column,
+                                 std::string_view part, std::string message) {
+  const std::size_t index = ColumnIndex(column);
+  const std::vector<DataField> fields = ornwhatsnew::FindDataFields(row.data.text);
+  DataField range = index < fields.size() ? fields[index] : DataField{0, row.data.text.size(), {}};
+  const std::string_view text = row.data.text.substr(range.begin, range.end - range.begin);
+  const std::size_t offset = part.empty() ? text.npos : text.find(part);
+  if (offset != text.npos) {
+    range.begin += offset;
+    range.end = range.begin + part.size();
+  }
+  Finding& finding = Report(code, row, range.begin, range.end, std::move(message));
+  finding.fieldNumber = index + 1;
+  finding.fieldName = file_.ColumnName(index);
+  if (fieldsLine_ != row.data.lineNumber) fieldFindings_ = {};
+  fieldsLine_ = row.data.lineNumber;
+  fieldFindings_[index] = &finding == &omittedFinding_ ? kOmitted : findings_.size();
+  return finding;
+}
+
+Finding& LintContext::ReportFile(LintCode code, std::string message) {
+  return Add(code, std::move(message), {});
+}
+
+Finding& LintContext::ReportHost(LintCode code, std::string message) {
+  const std::string content = message;
+  Finding& finding = Add(code, std::move(message), content);
+  finding.file = host_->file;
+  return finding;
+}
+
+RelatedPlace LintContext::Related(const LintRow& row, std::string message) const {
+  return {file_.Name(), row.data.lineNumber, 1, std::move(message)};
+}
+
+Finding* LintContext::FindingOn(const LintRow& row, DataColumn column) {
+  if (fieldsLine_ != row.data.lineNumber) return nullptr;
+  const std::size_t count = fieldFindings_[ColumnIndex(column)];
+  if (count == 0) return nullptr;
+  return count == kOmitted ? &omittedFinding_ : &findings_[count - 1];
+}
+
+std::string LintContext::Column(DataColumn column) const {
+  std::string name = file_.ColumnName(ColumnIndex(column));
+  if (name.size() > kLongName) name.resize(std::min(name.find(" ("), name.size()));
+  return "\"" + orncore::string::EscapeInvisible(common::WithoutMiddle(name)) + "\"";
+}
+
+bool LintContext::HasPlainVersion() {
+  if (hasPlainVersion_) return *hasPlainVersion_;
+  hasPlainVersion_ = std::ranges::any_of(file_.Rows(), [](const LintRow& row) {
+    const std::string_view version = row.Value(DataColumn::kVersion);
+    return row.change != nullptr && !version.empty() &&
+           version.find_first_not_of("0123456789.") == version.npos;
+  });
+  return *hasPlainVersion_;
+}
+
+std::optional<std::string> LintContext::NearestKey(const std::string& text) {
+  const auto found = nearestKeys_.find(text);
+  if (found != nearestKeys_.end()) return found->second;
+  if (nearestKeys_.size() >= kMaximumKeySearches) return std::nullopt;
+  std::vector<std::string_view> keys;
+  for (const auto& [key, item] : file_.Items()) {
+    if (!key.empty()) keys.push_back(key);
+  }
+  return nearestKeys_[text] = NearestWord(text, keys);
+}
+
+}  // namespace hosts::author

@@ -1,0 +1,42 @@
+// Corrects the mistakes in a data file that have exactly one right answer.
+#ifndef HOSTS_AUTHOR_LINT_LINTFIX_H_
+#define HOSTS_AUTHOR_LINT_LINTFIX_H_
+
+#include <cstddef>
+#include <filesystem>
+#include <string>
+#include <string_view>
+
+#include "hosts/author/lint/Lint.h"
+
+namespace hosts::author {
+
+/// Which corrections to make.
+enum class FixScope {
+  kSafe,  ///< only those that announce no change again
+  kAll,
+};
+
+struct FixedFile {
+  std::string text;
+  /// The differences from the old text in the unified format, without context lines. The lines are
+  /// bytes of the file.
+  std::string diff;
+  std::size_t corrected = 0;
+  /// The number of corrections that only `FixScope::kAll` makes.
+  std::size_t withheld = 0;
+};
+
+/// Returns `text`, the content of the file `name`, with the edits of the findings in `report`. A
+/// correction announces a change again if it changes the identity of a change that users can see
+/// today. Keeps the byte order mark and CR LF line ends. `host` is the installed host, or null.
+FixedFile FixDataFile(const std::string& name, std::string_view text, const LintReport& report,
+                      FixScope scope, const LintHost* host);
+
+/// Replaces the content of an existing file as a whole. Throws `std::system_error` or
+/// `std::runtime_error` on failure, and the file is then unchanged.
+void ReplaceDataFile(const std::filesystem::path& file, std::string_view text);
+
+}  // namespace hosts::author
+
+#endif  // HOSTS_AUTHOR_LINT_LINTFIX_H_

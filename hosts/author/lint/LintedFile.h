@@ -1,0 +1,84 @@
+// Reads a data file for `ornwhatsnew lint`, with the library's own reader and placement.
+#ifndef HOSTS_AUTHOR_LINT_LINTEDFILE_H_
+#define HOSTS_AUTHOR_LINT_LINTEDFILE_H_
+
+#include <cstddef>
+#include <deque>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include <ornwhatsnew/DataFileReader.h>
+#include <ornwhatsnew/FeatureListData.h>
+#include <ornwhatsnew/FeatureListDetail.h>
+#include <ornwhatsnew/FeatureListItem.h>
+
+#include "hosts/author/lint/Finding.h"
+
+namespace hosts::author {
+
+/// A row that is not blank, and what the library makes of it.
+struct LintRow {
+  /// The row as the reader returned it. Its views are valid while the file exists. The values of
+  /// columns that the row does not have are empty.
+  ornwhatsnew::DataRow data;
+  /// The change. Null if the row is not a change.
+  std::shared_ptr<const ornwhatsnew::FeatureListDetail> change;
+  /// The item of the change. Null if the row is not a change.
+  const ornwhatsnew::FeatureListItem* item = nullptr;
+  bool isUnmatched = false;
+  /// True if a finding says that the row as a whole is wrong. Rules for fields then ignore the row.
+  bool isExplained = false;
+
+  std::string_view Value(ornwhatsnew::DataColumn column) const { return data.Value(column); }
+};
+
+/// The rows and the items of a data file. The items come from the feature service of the process.
+/// Not copyable, because the rows contain views.
+class LintedFile {
+ public:
+  /// Reads `text`. `name` is the path of the file for messages.
+  LintedFile(std::string name, std::string text);
+  LintedFile(const LintedFile&) = delete;
+  LintedFile& operator=(const LintedFile&) = delete;
+
+  const std::string& Name() const { return name_; }
+  std::string_view Text() const { return text_; }
+  std::vector<LintRow>& Rows() { return rows_; }
+  const std::vector<LintRow>& Rows() const { return rows_; }
+  const ornwhatsnew::FeatureMap& Items() const { return list_.GetFeatureItems(); }
+  /// Returns the number of change rows.
+  std::size_t ChangeCount() const { return changeCount_; }
+
+  /// Returns the index of the header in `Rows()`, or the number of rows if there is no header.
+  std::size_t HeaderIndex() const { return headerIndex_; }
+  /// Returns the name of a column in the header of the file. Returns the name of the manual if the
+  /// header has no such name or is not a header.
+  std::string ColumnName(std::size_t index) const;
+  /// Uses the names of the manual instead of those of the header, which is wrong.
+  void IgnoreHeaderNames() { usesHeaderNames_ = false; }
+
+  /// Returns the offset in the file of the first byte of `row`.
+  std::size_t OffsetOf(const LintRow& row) const;
+  /// Returns the place of the bytes from `begin` to `end` of `row`.
+  Place PlaceOf(const LintRow& row, std::size_t begin, std::size_t end) const;
+
+ private:
+  void Add(const ornwhatsnew::DataRow& row);
+  std::string_view Keep(std::string_view value);
+
+  std::string name_;
+  std::string text_;
+  ornwhatsnew::FeatureListData list_;
+  std::vector<LintRow> rows_;
+  /// Values that are not bytes of the file, because the library removed a quote or a CR.
+  std::deque<std::string> cleanedValues_;
+  std::size_t headerIndex_ = 0;
+  std::size_t changeCount_ = 0;
+  bool usesHeaderNames_ = true;
+};
+
+}  // namespace hosts::author
+
+#endif  // HOSTS_AUTHOR_LINT_LINTEDFILE_H_

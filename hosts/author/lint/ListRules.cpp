@@ -1,0 +1,268 @@
+#include <algorithm>
+#include <cstdint>
+#include <map>
+#include <optional>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+#include <ornappsupport/feature/FeatureService.h>
+#include <orncore/string/Conversion.h>
+#include <ornwhatsnew/WhatsNewTypes.h>
+#include <ornwhatsnew/utility/TextHelpers.h>
+
+#include "hosts/author/lint/Rules.h"
+
+namespace hosts::author {
+namespace {
+
+namespace feature = ornappsupport::feature;
+using ornwhatsnew::DataColumn;
+using ornwhatsnew::FeatureListItem;
+
+/// The changes of each feature, in the order of the first change of each feature.
+class ChangesByFeature {
+ public:
+  using Rows = std::vector<const LintRow*>;
+
+  explicit ChangesByFeature(const LintedFile& file) {
+    for (const LintRow& row : file.Rows()) {
+      if (row.change == nullptr || row.item->IsSection()) continue;
+      const auto [found, isNew] = indexes_.try_emplace(row.item, groups_.size());
+      if (isNew) groups_.emplace_back();
+      groups_[found->second].push_back(&row);
+    }
+  }
+
+  const std::vector<Rows>& Groups() const { return groups_; }
+
+ private:
+  std::unordered_map<const FeatureListItem*, std::size_t> indexes_;
+  std::vector<Rows> groups_;
+};
+
+std::string Lines(const std::vector<RelatedPlace>& places) {
+  constexpr std::size_t kMaximumLines = 10;
+  std::string text = places.size() == 1 ? "line " : "lines ";
+  for (std::size_t i = 0; i < std::min(places.size(), kMaximumLines); ++i) {
+    if (i > 0) text += ", ";
+    text += std::to_string(places[i].line);
+  }
+  return places.size() > kMaximumLines ? text + " and others" : text;
+}
+
+// ---- identities and keys
+
+void CheckIdentities(LintContext& context) {
+  std::unordered_map<ornwhatsnew::Guid, const LintRow*> rows;
+  rows.reserve(context.File().ChangeCount());
+  for (const LintRow& row : context.File().Rows()) {
+    if (row.change == nullptr || row.isExplained || row.change->GetDescription().empty()) continue;
+    const auto [found, isNew] = rows.try_emplace(row.change->GetItemSeenGuid(), &row);
+    if (isNew) continue;
+    Finding& finding = context.ReportRow(LintCode::kSameIdentity, row,
+                                         "the change has the same identity as line " +
+                                             std::to_string(found->second->data.lineNumber) +
+                                             ", so users see it twice; delete one of the rows");
+    finding.related.push_back(context.Related(*found->second, "the first row"));
+  }
+}
+
+void CheckDefaults(LintContext& context) {
+  std::unordered_map<std::string_view, const LintRow*> rows;
+  for (const LintRow& row : context.File().Rows()) {
+    const std::string_view text = row.Value(DataColumn::kDescription);
+    if (row.change == nullptr || row.isExplained || !ornwhatsnew::IsZString(text)) continue;
+    const std::size_t end = text.find('=');
+    if (end == text.npos) continue;
+    const auto [found, isNew] = rows.try_emplace(text.substr(0, end), &row);
+    if (isNew || found->second->Value(DataColumn::kDescription) == text) continue;
+    Finding& finding = context.ReportField(
+        LintCode::kKeyTwoDefaults, row, DataColumn::kDescription,
+        "the key " + Quoted(found->first) + " has another default text on line " +
+            std::to_string(found->second->data.lineNumber) +
+            ", but a translation replaces both; use another key");
+    finding.related.push_back(context.Related(*found->second, "the other default text"));
+  }
+}
+
+// ---- visibility
+
+void ReportHidden(LintContext& context, const ChangesByFeature::Rows& rows) {
+  const auto hiding = std::ranges::find_if(
+      rows, [](const LintRow* row) { return row->change->DetailForcingItemToHiddenOverride(); });
+  std::vector<RelatedPlace> others;
+  for (const LintRow* const row : rows) {
+    if (row != *hiding) others.push_back(context.Related(*row, "this change is hidden"));
+  }
+  if (others.empty()) return;
+  Finding& finding =
+      context.ReportField(LintCode::kFeatureHidden, **hiding, DataColumn::kSalience,
+                          "the salience hides the whole feature, so nobody sees the change on " +
+                              Lines(others) + "; delete it, or those changes");
+  finding.related = std::move(others);
+}
+
+void ReportUnseen(LintContext& context, const ChangesByFeature::Rows& rows) {
+  const LintRow& row = *rows.front();
+  const char* const key = row.item->BetaFeatureInternalKey().c_str();
+  const bool isOff = !feature::IsFeatureEnabled(key) && !feature::IsAvailableForUserEnablement(key);
+  const std::string reason =
+      isOff ? " is off and not available, so nobody sees its " + Counted(rows.size(), "change") +
+                  "; switch it on in the host"
+            : " has the visibility 1, so nobody sees its " + Counted(rows.size(), "change") +
+                  "; write 'UnhideBetaFeature' into " + context.Column(DataColumn::kSalience);
+  Finding& finding =
+      context.ReportRow(LintCode::kFeatureUnseen, row,
+                        "the feature " + Quoted(row.item->FeatureJiraIDKey()) + reason);
+  for (std::size_t i = 1; i < rows.size(); ++i) {
+    finding.related.push_back(context.Related(*rows[i], "nobody sees this change"));
+  }
+}
+
+void CheckFeatures(LintContext& context) {
+  const ChangesByFeature changes(context.File());
+  for (const ChangesByFeature::Rows& rows : changes.Groups()) {
+    const FeatureListItem& item = *rows.front()->item;
+    if (item.ShouldShowItemToUser({}, {}, {})) continue;
+    const bool isHidden = std::ranges::any_of(item.GetAllChanges(), [](const auto& change) {
+      return change->DetailForcingItemToHiddenOverride();
+    });
+    isHidden ? ReportHidden(context, rows) : ReportUnseen(context, rows);
+  }
+}
+
+void CheckVisibility(LintContext& context) {
+  if (context.Host() != nullptr) CheckFeatures(context);
+}
+
+// ---- links
+
+void CheckLaterLinks(LintContext& context) {
+  std::unordered_map<const FeatureListItem*, std::vector<const LintRow*>> later;
+  for (const LintRow& row : context.File().Rows()) {
+    if (row.change == nullptr || row.item->IsSection() || !row.change->HasDuplicateURL()) continue;
+    later[row.item].push_back(&row);
+  }
+  for (const auto& [item, rows] : later) {
+    std::vector<RelatedPlace> places;
+    for (const LintRow* const row : rows) {
+      places.push_back(context.Related(*row, "this link is ignored"));
+    }
+    Finding& finding = context.ReportField(LintCode::kLinkLater, *rows.front(), DataColumn::kURL,
+                                           "the feature " + Quoted(item->FeatureJiraIDKey()) +
+                                               " already has a link, so the link on " +
+                                               Lines(places) + " is ignored");
+    finding.related = std::move(places);
+  }
+}
+
+// ---- what the file lacks
+
+// If an error explains why a row is lost, the file has changes that are not read.
+void CheckNoChange(LintContext& context) {
+  const auto isError = [](const Finding& finding) { return finding.severity == Severity::kError; };
+  if (context.File().ChangeCount() > 0 || std::ranges::any_of(context.Findings(), isError)) return;
+  context.ReportFile(LintCode::kNoChange, "the file has no change, so users see no changes");
+}
+
+void CheckFeaturesWithoutChange(LintContext& context) {
+  if (context.Host() == nullptr || context.File().ChangeCount() == 0) return;
+  constexpr std::size_t kMaximumKeys = 10;
+  std::vector<std::string> keys;
+  for (const auto& [key, item] : context.File().Items()) {
+    if (!item->IsSection() && item->GetAllChanges().empty()) keys.push_back(key);
+  }
+  if (keys.empty()) return;
+  std::ranges::sort(keys);
+  std::string list;
+  for (std::size_t i = 0; i < std::min(keys.size(), kMaximumKeys); ++i) {
+    list += (i > 0 ? ", " : "") + Quoted(keys[i]);
+  }
+  if (keys.size() > kMaximumKeys) list += " and others";
+  context.ReportFile(LintCode::kFeatureWithoutChange,
+                     Counted(keys.size(), "feature") + " without a change: " + list);
+}
+
+// ---- the version of the host
+
+/// Returns the components as numbers. Returns `std::nullopt` if one is not a number.
+std::optional<std::vector<std::int64_t>> Numbers(std::string_view version) {
+  std::vector<std::int64_t> numbers;
+  for (const std::string_view component : VersionComponents(version)) {
+    if (!orncore::string::StringToNumber(component, numbers.emplace_back())) return std::nullopt;
+  }
+  return numbers;
+}
+
+/// Returns whether `version` is above `running`. A missing component counts as 0.
+bool IsAbove(std::string_view version, const std::vector<std::int64_t>& running) {
+  std::optional<std::vector<std::int64_t>> numbers = Numbers(version);
+  if (!numbers) return false;
+  std::vector<std::int64_t> padded = running;
+  const std::size_t size = std::max(padded.size(), numbers->size());
+  padded.resize(size);
+  numbers->resize(size);
+  return *numbers > padded;
+}
+
+void CheckVersionAbove(LintContext& context, const std::string& running) {
+  const std::optional<std::vector<std::int64_t>> numbers = Numbers(running);
+  if (!numbers) return;
+  std::map<std::string_view, bool> judged;
+  std::string_view last;
+  for (const LintRow& row : context.File().Rows()) {
+    const std::string_view version = row.Value(DataColumn::kVersion);
+    if (row.change == nullptr || row.isExplained || version == last) continue;
+    last = version;
+    if (!judged.emplace(version, true).second || !IsAbove(version, *numbers)) continue;
+    context.ReportField(
+        LintCode::kVersionAboveHost, row, DataColumn::kVersion,
+        Quoted(version) + " is above the version " + Quoted(running) + " of the host");
+  }
+}
+
+/// Reports once that the full version of the host cannot be compared with the bounds of a change.
+void CheckBoundsOfHost(LintContext& context, const std::string& running) {
+  constexpr std::int64_t kWeight = 1000;
+  const std::optional<std::vector<std::int64_t>> numbers = Numbers(running);
+  const bool isComparable = numbers && std::ranges::all_of(*numbers, [](std::int64_t number) {
+                              return number >= 0 && number < kWeight;
+                            });
+  const std::size_t components = VersionComponents(running).size();
+  for (const LintRow& row : context.File().Rows()) {
+    const std::string_view first = row.Value(DataColumn::kFirstVersion);
+    const std::string_view version = row.Value(DataColumn::kVersion);
+    if (row.change == nullptr || row.isExplained || first.empty() || version.empty()) continue;
+    const std::size_t own = VersionComponents(first).size();
+    if (own != VersionComponents(version).size() || (isComparable && own == components)) continue;
+    context.ReportField(LintCode::kBoundsHost, row, DataColumn::kFirstVersion,
+                        "the host's full version " + Quoted(running) +
+                            (isComparable ? " has another number of components than "
+                                          : " has a component that is not a number below 1000, "
+                                            "so it cannot be compared with ") +
+                            Quoted(first) +
+                            ", so the wrong users see the change; write versions in the form of "
+                            "the full version");
+    return;
+  }
+}
+
+void CheckHostVersion(LintContext& context) {
+  if (context.Host() == nullptr) return;
+  const std::string running = orncore::string::UTF16to8(ornwhatsnew::GetFullClientVersionString());
+  CheckVersionAbove(context, running);
+  CheckBoundsOfHost(context, running);
+}
+
+constexpr FileRule kRules[] = {CheckIdentities, CheckDefaults, CheckVisibility,
+                               CheckLaterLinks, CheckNoChange, CheckFeaturesWithoutChange,
+                               CheckHostVersion};
+
+}  // namespace
+
+std::span<const FileRule> ListRules() {
+  return kRules;
+}
+
+}  // namespace hosts::author

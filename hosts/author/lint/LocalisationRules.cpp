@@ -1,0 +1,99 @@
+#include <algorithm>
+#include <array>
+#include <string>
+
+#include <ornwhatsnew/utility/TextHelpers.h>
+
+#include "hosts/author/lint/NearestWord.h"
+#include "hosts/author/lint/Rules.h"
+
+namespace hosts::author {
+namespace {
+
+using ornwhatsnew::DataColumn;
+using ornwhatsnew::IsZString;
+
+constexpr std::array<DataColumn, 2> kLocalisedColumns = {DataColumn::kVersion,
+                                                         DataColumn::kDescription};
+
+void CheckKeySpace(LintContext& context, const LintRow& row) {
+  for (const DataColumn column : kLocalisedColumns) {
+    const std::string_view text = row.Value(column);
+    if (IsZString(text) || text.find('$') == text.npos || !IsZString(TrimSpaces(text))) continue;
+    context.ReportField(LintCode::kKeySpace, row, column,
+                        "the space before the key makes it an ordinary text, so users see the key; "
+                        "delete the space");
+  }
+}
+
+void CheckKeyDefault(LintContext& context, const LintRow& row) {
+  for (const DataColumn column : kLocalisedColumns) {
+    const std::string_view text = row.Value(column);
+    if (!IsZString(text) || text.find('=') != text.npos) continue;
+    const LintHost* const host = context.Host();
+    if (host != nullptr && host->description.dictionary.contains(text)) continue;
+    Finding& finding =
+        context.ReportField(LintCode::kKeyNoDefault, row, column,
+                            "the key " + Quoted(text) +
+                                " has no default text, so users without a translation see the key; "
+                                "write '=' and a default text after it");
+    // The dictionary of an unknown host can contain the key.
+    if (host == nullptr) finding.severity = Severity::kWarning;
+  }
+}
+
+// ---- markup
+
+/// The names of markup that only key texts expand.
+constexpr auto kMarkup =
+    std::to_array<std::string_view>({"#{endl}", "#{tab}", "#{mdash}", "#{ndash}", "#{comment}"});
+/// Carets outside of these pairs are ordinary in texts, as in "x^2".
+constexpr auto kCaretMarkup = std::to_array<std::string_view>({"^[", "^]", "^{", "^}"});
+
+void CheckMarkupOutsideKey(LintContext& context, const LintRow& row, std::string_view text) {
+  const auto isIn = [text](std::string_view markup) { return text.find(markup) != text.npos; };
+  const auto found = std::ranges::find_if(kMarkup, isIn);
+  const auto foundCaret = std::ranges::find_if(kCaretMarkup, isIn);
+  if (found == kMarkup.end() && foundCaret == kCaretMarkup.end()) return;
+  const std::string_view markup = found != kMarkup.end() ? *found : *foundCaret;
+  context.ReportPart(LintCode::kMarkupOutsideKey, row, DataColumn::kDescription, markup,
+                     "users see " + Quoted(markup) +
+                         ", because only a text that begins with '$$$/' can contain markup; write "
+                         "the character itself");
+}
+
+void CheckMarkupInKey(LintContext& context, const LintRow& row, std::string_view text) {
+  // Translators read what follows a comment, so nothing in it is markup.
+  text = text.substr(0, text.find("#{comment}"));
+  for (std::size_t at = text.find("#{"); at != text.npos; at = text.find("#{", at + 1)) {
+    const std::size_t end = text.find('}', at);
+    const std::string_view markup = text.substr(at, end == text.npos ? end : end + 1 - at);
+    if (std::ranges::find(kMarkup, markup) != kMarkup.end()) continue;
+    const std::optional<std::string> nearest = NearestWord(markup, kMarkup);
+    context.ReportPart(LintCode::kMarkupUnknown, row, DataColumn::kDescription, markup,
+                       "users see " + Quoted(markup) + ", because it is no markup; write " +
+                           Quoted(nearest.value_or("#{endl}")) +
+                           (nearest ? "" : " or other markup of the manual"));
+    return;
+  }
+}
+
+void CheckMarkup(LintContext& context, const LintRow& row) {
+  const std::string_view text = row.Value(DataColumn::kDescription);
+  if (text.find_first_of("#^") == text.npos) return;
+  if (IsZString(text)) {
+    CheckMarkupInKey(context, row, text);
+  } else if (!IsZString(TrimSpaces(text))) {
+    CheckMarkupOutsideKey(context, row, text);
+  }
+}
+
+constexpr ChangeRule kRules[] = {CheckKeySpace, CheckKeyDefault, CheckMarkup};
+
+}  // namespace
+
+std::span<const ChangeRule> LocalisationRules() {
+  return kRules;
+}
+
+}  // namespace hosts::author

@@ -1,0 +1,347 @@
+#include <algorithm>
+#include <array>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include <ornwhatsnew/utility/TextHelpers.h>
+
+#include "hosts/author/lint/NearestWord.h"
+#include "hosts/author/lint/Rules.h"
+
+namespace hosts::author {
+namespace {
+
+using ornwhatsnew::CaseInsensitiveEqual;
+using ornwhatsnew::ColumnIndex;
+using ornwhatsnew::DataColumn;
+using ornwhatsnew::DataField;
+using ornwhatsnew::DataRow;
+using ornwhatsnew::DataRowKind;
+using ornwhatsnew::DataRowSkipReason;
+using ornwhatsnew::kDataColumnCount;
+
+/// The number of lines after an open quote among which the closing quote is searched. A text over
+/// more lines is no text, and an unlimited search would take quadratic time.
+constexpr std::size_t kMaximumTextLines = 50;
+
+/// The bytes of a row and its fields.
+struct Shape {
+  explicit Shape(const LintRow& linted)
+      : row(linted), fields(ornwhatsnew::FindDataFields(linted.data.text)) {}
+
+  std::string_view Field(std::size_t index) const {
+    const DataField& field = fields[index];
+    return TrimSpaces(row.data.text.substr(field.begin, field.end - field.begin));
+  }
+  std::size_t Count() const { return fields.size(); }
+
+  const LintRow& row;
+  std::vector<DataField> fields;
+};
+
+std::string LostRow(const Shape& shape) {
+  return "the row has " + Counted(shape.Count(), "field") +
+         " instead of ten, so it is skipped and its change is lost; ";
+}
+
+bool IsDigits(std::string_view text) {
+  return !text.empty() && text.find_first_not_of("0123456789") == text.npos;
+}
+
+bool IsIssueKey(std::string_view text) {
+  const std::size_t dash = text.find('-');
+  if (dash == text.npos || dash == 0 || !IsDigits(text.substr(dash + 1))) return false;
+  return std::ranges::all_of(text.substr(0, dash), [](char c) { return c >= 'A' && c <= 'Z'; });
+}
+
+bool IsURL(std::string_view text) {
+  return text.starts_with("https://") || text.starts_with("http://");
+}
+
+bool IsSalience(std::string_view text) {
+  using ornwhatsnew::FeatureListDetail;
+  ornwhatsnew::FeatureListDetail::Fields fields{};
+  fields[ColumnIndex(DataColumn::kSalience)] = text;
+  const FeatureListDetail change(fields);
+  return !text.empty() &&
+         (!change.HasMalformedSalience() || change.DetailForcingItemToNormalVisibility());
+}
+
+bool IsPlatform(std::string_view text) {
+  ornwhatsnew::FeatureListDetail::Fields fields{};
+  fields[ColumnIndex(DataColumn::kPlatform)] = text;
+  return ornwhatsnew::FeatureListDetail(fields).HasUsablePlatform();
+}
+
+// ---- rows with too many fields
+
+bool CheckTrailingCommas(LintContext& context, const Shape& shape) {
+  for (std::size_t i = kDataColumnCount; i < shape.Count(); ++i) {
+    if (!shape.Field(i).empty()) return false;
+  }
+  context.Report(LintCode::kTrailingComma, shape.row, shape.fields[kDataColumnCount].begin - 1,
+                 shape.row.data.text.size(), LostRow(shape) + "delete the commas at its end");
+  return true;
+}
+
+bool CheckDecimalComma(LintContext& context, const Shape& shape) {
+  for (const std::size_t index : {std::size_t{0}, ColumnIndex(DataColumn::kFirstVersion)}) {
+    const bool isSplit = IsDigits(shape.Field(index)) && IsDigits(shape.Field(index + 1));
+    if (!isSplit) continue;
+    context.Report(LintCode::kDecimalComma, shape.row, shape.fields[index].begin,
+                   shape.fields[index + 1].end,
+                   LostRow(shape) + "write '" + std::string(shape.Field(index)) + "." +
+                       std::string(shape.Field(index + 1)) + "' with a point");
+    return true;
+  }
+  return false;
+}
+
+struct QuotePair {
+  std::string_view open;
+  std::string_view close;
+};
+
+// German, English, French and single quotes. Word processors insert them.
+constexpr std::array<QuotePair, 7> kQuotePairs = {{{"\xE2\x80\x9C", "\xE2\x80\x9D"},
+                                                   {"\xE2\x80\x9E", "\xE2\x80\x9C"},
+                                                   {"\xE2\x80\x9E", "\xE2\x80\x9D"},
+                                                   {"\xC2\xAB", "\xC2\xBB"},
+                                                   {"\xC2\xBB", "\xC2\xAB"},
+                                                   {"\xE2\x80\x98", "\xE2\x80\x99"},
+                                                   {"'", "'"}}};
+
+/// Returns the field that ends a text whose opening quote begins the field `first`.
+std::optional<std::size_t> FindClosingField(const Shape& shape, std::size_t first) {
+  for (const QuotePair& quotes : kQuotePairs) {
+    if (!shape.Field(first).starts_with(quotes.open)) continue;
+    for (std::size_t last = first + 1; last < shape.Count(); ++last) {
+      if (shape.Field(last).ends_with(quotes.close)) return last;
+    }
+  }
+  return std::nullopt;
+}
+
+bool CheckWrongQuotes(LintContext& context, const Shape& shape) {
+  for (std::size_t first = 0; first < kDataColumnCount; ++first) {
+    const std::optional<std::size_t> last = FindClosingField(shape, first);
+    if (!last || shape.Count() - (*last - first) != kDataColumnCount) continue;
+    context.Report(LintCode::kWrongQuotes, shape.row, shape.fields[first].begin,
+                   shape.fields[*last].end,
+                   LostRow(shape) +
+                       "only double quotes (U+0022) protect commas, so replace the quotes around "
+                       "the text");
+    return true;
+  }
+  return false;
+}
+
+bool CheckIssueList(LintContext& context, const Shape& shape) {
+  constexpr std::size_t kFirst = ColumnIndex(DataColumn::kStoryID);
+  std::size_t last = kFirst;
+  while (last < shape.Count() && IsIssueKey(shape.Field(last))) ++last;
+  if (last < kFirst + 2) return false;
+  context.Report(LintCode::kIssueList, shape.row, shape.fields[kFirst].begin,
+                 shape.fields[last - 1].end,
+                 LostRow(shape) + "keep one of the " + std::to_string(last - kFirst) +
+                     " issues in " + context.Column(DataColumn::kStoryID));
+  return true;
+}
+
+/// Returns the index of the first field that holds a word of the column `column`.
+std::optional<std::size_t> FindWord(const Shape& shape, DataColumn column) {
+  // Beyond twice the columns, a word says nothing about the number of commas before it.
+  const std::size_t end = std::min(shape.Count(), 2 * kDataColumnCount);
+  for (std::size_t i = 0; i < end; ++i) {
+    const std::string_view field = shape.Field(i);
+    if (field.empty()) continue;
+    const bool isWord = column == DataColumn::kSalience   ? IsSalience(field)
+                        : column == DataColumn::kPlatform ? IsPlatform(field)
+                                                          : IsURL(field);
+    if (isWord) return i;
+  }
+  return std::nullopt;
+}
+
+/// Returns the index of the first field that a wrong number of commas before it has shifted.
+std::optional<std::size_t> FindShiftedField(const Shape& shape) {
+  for (const DataColumn column : {DataColumn::kSalience, DataColumn::kPlatform, DataColumn::kURL}) {
+    const std::optional<std::size_t> index = FindWord(shape, column);
+    if (!index || *index == ColumnIndex(column)) continue;
+    // A word of another column inside the last text is no sign of a shift.
+    if (shape.Count() > kDataColumnCount && *index >= kDataColumnCount) continue;
+    const bool isMissing = shape.Count() < kDataColumnCount;
+    if (isMissing == (*index < ColumnIndex(column))) return index;
+  }
+  return std::nullopt;
+}
+
+/// Returns whether the text is after its column, because the field in its column is empty or a
+/// commit.
+bool IsTextShifted(const Shape& shape) {
+  constexpr std::size_t kShortestCommit = 6;
+  const std::string_view field = shape.Field(ColumnIndex(DataColumn::kDescription));
+  const bool isHexadecimal = field.find_first_not_of("0123456789abcdef") == field.npos;
+  return field.empty() || (field.size() >= kShortestCommit && isHexadecimal);
+}
+
+void ReportTooManyFields(LintContext& context, const Shape& shape) {
+  if (CheckTrailingCommas(context, shape) || CheckDecimalComma(context, shape) ||
+      CheckWrongQuotes(context, shape) || CheckIssueList(context, shape)) {
+    return;
+  }
+  std::optional<std::size_t> shifted = FindShiftedField(shape);
+  if (!shifted && IsTextShifted(shape)) shifted = shape.Count() - 1;
+  if (shifted) {
+    context.Report(
+        LintCode::kFieldCount, shape.row, shape.fields[*shifted].begin, shape.fields[*shifted].end,
+        LostRow(shape) + "delete " + Counted(shape.Count() - kDataColumnCount, "comma") +
+            " before this field");
+    return;
+  }
+  const std::size_t comma = shape.fields[kDataColumnCount].begin - 1;
+  context.Report(LintCode::kUnquotedComma, shape.row, comma, comma + 1,
+                 LostRow(shape) + "put double quotes around the text in " +
+                     context.Column(DataColumn::kDescription) + " because it contains a comma");
+}
+
+// ---- rows with too few fields
+
+std::size_t CountCommasAfter(const Shape& shape, std::size_t offset) {
+  return static_cast<std::size_t>(std::ranges::count(shape.row.data.text.substr(offset), ','));
+}
+
+void ReportTooFewFields(LintContext& context, const Shape& shape) {
+  if (shape.Count() == 1) {
+    context.ReportRow(LintCode::kFieldCount, shape.row,
+                      "the line has no comma, so it is skipped; write a row with ten fields, or "
+                      "delete the line");
+    return;
+  }
+  const std::optional<std::size_t> shifted = FindShiftedField(shape);
+  const std::size_t missing = kDataColumnCount - shape.Count();
+  const std::size_t index = shifted.value_or(shape.Count() - 1);
+  const std::string where = shifted ? " before this field" : "";
+  context.Report(
+      LintCode::kMissingComma, shape.row, shape.fields[index].begin, shape.fields[index].end,
+      LostRow(shape) + "add " + Counted(missing, "comma") + where + ", one for each empty column");
+}
+
+// ---- all rows
+
+bool HasOddQuotes(const LintRow& row) {
+  return std::ranges::count(row.data.text, '"') % 2 != 0;
+}
+
+/// Returns the index of the row that closes the quote that `rows[index]` leaves open. Returns
+/// `std::nullopt` if the rows after it are rows of their own.
+std::optional<std::size_t> FindClosingRow(const std::vector<LintRow>& rows, std::size_t index) {
+  const std::size_t end = std::min(rows.size(), index + 1 + kMaximumTextLines);
+  for (std::size_t i = index + 1; i < end; ++i) {
+    const DataRow& row = rows[i].data;
+    if (row.kind != DataRowKind::kSkipped && LooksLikeChange(row)) return std::nullopt;
+    if (HasOddQuotes(rows[i])) return i;
+    if (LooksLikeChange(row)) return std::nullopt;
+  }
+  return std::nullopt;
+}
+
+/// Reports a text that continues on the next lines. Returns whether there is one.
+bool CheckTextOverLines(LintContext& context, std::size_t index) {
+  std::vector<LintRow>& rows = context.File().Rows();
+  LintRow& row = rows[index];
+  if (!HasOddQuotes(row)) return false;
+  const std::optional<std::size_t> last = FindClosingRow(rows, index);
+  if (!last) return false;
+  const std::size_t quote = row.data.text.rfind('"');
+  const bool isRead = row.data.kind == DataRowKind::kChange;
+  Finding& finding =
+      context.Report(LintCode::kTextOverLines, row, quote, row.data.text.size(),
+                     std::string("the text continues on the next line, so ") +
+                         (isRead ? "users see only its first line" : "the change is lost") +
+                         "; write it on one line");
+  const Place end = context.File().PlaceOf(rows[*last], 0, rows[*last].data.text.size());
+  finding.place.endLine = end.endLine;
+  finding.place.endColumn = end.endColumn;
+  for (std::size_t i = index; i <= *last; ++i) rows[i].isExplained = true;
+  return true;
+}
+
+bool CheckOpenQuote(LintContext& context, const Shape& shape) {
+  const std::optional<std::size_t> quote = shape.fields.back().openQuote;
+  if (!quote || shape.Count() >= kDataColumnCount || CountCommasAfter(shape, *quote) == 0) {
+    return false;
+  }
+  context.Report(LintCode::kOpenQuote, shape.row, *quote, *quote + 1,
+                 "the quote is not closed, so it hides " +
+                     Counted(CountCommasAfter(shape, *quote), "comma") + " and the row has " +
+                     Counted(shape.Count(), "field") +
+                     " instead of ten, so its change is lost; close or delete the quote");
+  return true;
+}
+
+bool CheckMisspeltChangesSince(LintContext& context, const Shape& shape) {
+  for (std::size_t i = 0; i < std::min(shape.Count(), kDataColumnCount); ++i) {
+    const std::string_view field = shape.row.data.values[i];
+    const bool isWord = CaseInsensitiveEqual(field, ornwhatsnew::kChangesSinceKey);
+    if (!isWord && !IsMisspeltChangesSince(field)) continue;
+    context.ReportField(LintCode::kChangesSinceSpelling, shape.row, static_cast<DataColumn>(i),
+                        "the row does not set the version of the heading; write the version into "
+                        "the first field and 'Changes-Since' into the second");
+    return true;
+  }
+  return false;
+}
+
+void ReportFieldCount(LintContext& context, LintRow& row) {
+  if (TrimSpaces(row.data.text).starts_with('#')) {
+    context.ReportRow(LintCode::kCommentLine, row, "a comment line has no effect here");
+    return;
+  }
+  const Shape shape(row);
+  if (CheckMisspeltChangesSince(context, shape) || CheckOpenQuote(context, shape)) return;
+  if (shape.Count() > kDataColumnCount) {
+    ReportTooManyFields(context, shape);
+  } else {
+    ReportTooFewFields(context, shape);
+  }
+}
+
+void ReportEmptyGroupingID(LintContext& context, const LintRow& row) {
+  const bool isEmpty = std::ranges::all_of(
+      row.data.values, [](std::string_view value) { return TrimSpaces(value).empty(); });
+  if (isEmpty || CheckMisspeltChangesSince(context, Shape(row))) return;
+  context.ReportField(LintCode::kGroupingIDEmpty, row, DataColumn::kGroupingID,
+                      "the grouping ID is empty, so the row is skipped and its change is lost; "
+                      "write the key of a feature or section into " +
+                          context.Column(DataColumn::kGroupingID));
+}
+
+void CheckRows(LintContext& context) {
+  std::vector<LintRow>& rows = context.File().Rows();
+  for (std::size_t i = 0; i < rows.size(); ++i) {
+    LintRow& row = rows[i];
+    if (row.isExplained || row.data.kind == DataRowKind::kHeader ||
+        row.data.kind == DataRowKind::kChangesSince) {
+      continue;
+    }
+    if (CheckTextOverLines(context, i) || row.data.kind == DataRowKind::kChange) continue;
+    if (row.data.skipReason == DataRowSkipReason::kNoGroupingID) {
+      ReportEmptyGroupingID(context, row);
+    } else {
+      ReportFieldCount(context, row);
+    }
+    row.isExplained = true;
+  }
+}
+
+constexpr FileRule kRules[] = {CheckRows};
+
+}  // namespace
+
+std::span<const FileRule> RowShapeRules() {
+  return kRules;
+}
+
+}  // namespace hosts::author

@@ -1,0 +1,55 @@
+// The rules of `ornwhatsnew lint`. Each subject has its own file.
+#ifndef HOSTS_AUTHOR_LINT_RULES_H_
+#define HOSTS_AUTHOR_LINT_RULES_H_
+
+#include <span>
+#include <string_view>
+#include <vector>
+
+#include "hosts/author/lint/LintContext.h"
+
+namespace hosts::author {
+
+/// Judges the whole file.
+using FileRule = void (*)(LintContext& context);
+
+/// Judges one change that no earlier finding explains.
+using ChangeRule = void (*)(LintContext& context, const LintRow& row);
+
+// The rules for the file, in the order in which they must run. The rules for the form, the header
+// and the rows set `LintRow::isExplained`.
+std::span<const FileRule> FileFormRules();
+std::span<const FileRule> HeaderRules();
+std::span<const FileRule> RowShapeRules();
+std::span<const FileRule> ChangesSinceRules();
+std::span<const FileRule> HostTableRules();
+std::span<const FileRule> ListRules();
+
+// The rules for a change. They run for one change after the other, so that a row is read once.
+// `TextRules` run last, because they omit fields that have a finding.
+std::span<const ChangeRule> WordRules();
+std::span<const ChangeRule> VersionRules();
+std::span<const ChangeRule> LinkRules();
+std::span<const ChangeRule> LocalisationRules();
+std::span<const ChangeRule> TextRules();
+
+/// Returns whether the fields look like the names of columns: at least three are names of the
+/// manual, or begin like them, at any position.
+bool LooksLikeHeader(const ornwhatsnew::DataRow& row);
+
+/// Returns whether the fields look like those of a change: a version in the first column, a section
+/// key in the second, a keyword in the fourth, or a link in the eighth.
+bool LooksLikeChange(const ornwhatsnew::DataRow& row);
+
+/// Returns whether `text` consists of digits and points, with an optional v before them.
+bool LooksLikeVersion(std::string_view text);
+
+/// Returns the parts of `version` between its points. An empty version has one empty part.
+std::vector<std::string_view> VersionComponents(std::string_view version);
+
+/// Returns whether `text` is similar to "Changes-Since", but does not equal it.
+bool IsMisspeltChangesSince(std::string_view text);
+
+}  // namespace hosts::author
+
+#endif  // HOSTS_AUTHOR_LINT_RULES_H_

@@ -1,0 +1,221 @@
+#include <algorithm>
+#include <array>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include <orncore/string/Conversion.h>
+#include <ornwhatsnew/utility/TextHelpers.h>
+
+#include "hosts/author/lint/NearestWord.h"
+#include "hosts/author/lint/Rules.h"
+
+namespace hosts::author {
+namespace {
+
+using ornwhatsnew::CaseInsensitiveEqual;
+using ornwhatsnew::DataColumn;
+using ornwhatsnew::DataField;
+using ornwhatsnew::kDataColumnCount;
+
+// ---- quotes
+
+/// Returns the offset of the first quote in `field` that is neither its first nor its last byte, or
+/// that has no partner. Returns `npos` if the quotes only enclose the field.
+std::size_t FindVanishingQuote(std::string_view field) {
+  const std::size_t first = field.find('"');
+  if (first == field.npos) return first;
+  const std::size_t second = field.find('"', first + 1);
+  if (first != 0 || second == field.npos) return first;
+  return second + 1 == field.size() ? field.npos : second;
+}
+
+void CheckQuotes(LintContext& context, const LintRow& row) {
+  std::string_view text = row.data.text;
+  if (text.find('"') == text.npos) return;
+  while (text.ends_with('\r')) text.remove_suffix(1);
+  const std::vector<DataField> fields = ornwhatsnew::FindDataFields(text);
+  for (std::size_t i = 0; i < std::min(fields.size(), kDataColumnCount); ++i) {
+    const std::string_view field = text.substr(fields[i].begin, fields[i].end - fields[i].begin);
+    const std::size_t quote = FindVanishingQuote(field);
+    if (quote == field.npos) continue;
+    Finding& finding = context.Report(LintCode::kQuotesVanish, row, fields[i].begin + quote,
+                                      fields[i].begin + quote + 1,
+                                      "the quote vanishes, because the library removes every "
+                                      "double quote; write \xE2\x80\x9C and "
+                                      "\xE2\x80\x9D, or \xE2\x80\xB3 for inches");
+    finding.fieldNumber = i + 1;
+    finding.fieldName = context.File().ColumnName(i);
+    return;
+  }
+}
+
+// ---- HTML
+
+constexpr auto kTags = std::to_array<std::string_view>(
+    {"a",    "b",   "i",     "u",   "em",  "strong", "p",   "li", "ul", "ol", "span", "div",
+     "code", "pre", "small", "sub", "sup", "tt",     "kbd", "h1", "h2", "h3", "h4",   "font"});
+constexpr auto kLoneTags =
+    std::to_array<std::string_view>({"<br>", "<br/>", "<br />", "<p>", "<BR>", "<hr>"});
+constexpr auto kEntities =
+    std::to_array<std::string_view>({"&amp;", "&lt;", "&gt;", "&quot;", "&nbsp;", "&apos;", "&#39;",
+                                     "&mdash;", "&ndash;", "&hellip;", "&#8217;", "&rsquo;"});
+
+/// Returns a closing tag in `text` whose opening tag precedes it. A single tag can be the subject
+/// of the text, as in "the <b> element".
+std::string_view FindClosingTag(std::string_view text) {
+  for (std::size_t at = text.find("</"); at != text.npos; at = text.find("</", at + 1)) {
+    const std::size_t end = text.find('>', at);
+    if (end == text.npos) return {};
+    const std::string_view name = text.substr(at + 2, end - at - 2);
+    const bool isTag = std::ranges::any_of(
+        kTags, [name](std::string_view tag) { return CaseInsensitiveEqual(tag, name); });
+    if (isTag && text.substr(0, at).find("<" + std::string(name)) != text.npos) {
+      return text.substr(at, end + 1 - at);
+    }
+  }
+  return {};
+}
+
+std::string_view FindHTML(std::string_view text) {
+  const auto findIn = [text](const auto& words) -> std::string_view {
+    const auto found = std::ranges::find_if(
+        words, [text](std::string_view word) { return text.find(word) != text.npos; });
+    return found == words.end() ? std::string_view() : *found;
+  };
+  if (text.find('<') != text.npos) {
+    if (const std::string_view tag = FindClosingTag(text); !tag.empty()) return tag;
+    if (const std::string_view tag = findIn(kLoneTags); !tag.empty()) return tag;
+  }
+  return text.find('&') == text.npos ? std::string_view() : findIn(kEntities);
+}
+
+void CheckHTML(LintContext& context, const LintRow& row) {
+  const std::string_view html = FindHTML(row.Value(DataColumn::kDescription));
+  if (html.empty()) return;
+  context.ReportPart(
+      LintCode::kHTML, row, DataColumn::kDescription, html,
+      "users see " + Quoted(html) + ", because texts are not HTML; write plain text");
+}
+
+// ---- mojibake
+
+// UTF-8 bytes that were read as Windows-1252 begin with these characters. The first two begin most
+// letters with accents, the third one typographic marks, and the last one emoji.
+constexpr auto kMojibakeStarts = std::to_array<std::string_view>(
+    {"\xC3\x83", "\xC3\x82", "\xC3\xA2\xE2\x82\xAC", "\xC3\xB0\xC5\xB8"});
+
+/// Returns whether `text` begins with a character that Windows-1252 assigns to a continuation byte
+/// of UTF-8, which is 0x80 to 0xBF.
+bool BeginsWithContinuation(std::string_view text) {
+  if (text.size() < 2) return false;
+  const auto lead = static_cast<unsigned char>(text[0]);
+  const auto next = static_cast<unsigned char>(text[1]);
+  if (lead == 0xC2) return next >= 0x80;
+  // The letters and marks that Windows-1252 assigns to 0x80 to 0x9F.
+  return lead == 0xC5 || lead == 0xC6 || lead == 0xCB || lead == 0xE2;
+}
+
+std::string_view FindMojibake(std::string_view text) {
+  for (const std::string_view start : kMojibakeStarts) {
+    for (std::size_t at = text.find(start); at != text.npos; at = text.find(start, at + 1)) {
+      const std::string_view rest = text.substr(at + start.size());
+      if (BeginsWithContinuation(rest)) return text.substr(at, start.size());
+    }
+  }
+  constexpr std::string_view kReplacement = "\xEF\xBF\xBD";
+  const std::size_t at = text.find(kReplacement);
+  return at == text.npos ? std::string_view() : text.substr(at, kReplacement.size());
+}
+
+void CheckMojibake(LintContext& context, const LintRow& row) {
+  for (const DataColumn column : {DataColumn::kRatingRequest, DataColumn::kDescription}) {
+    const std::string_view found = FindMojibake(row.Value(column));
+    // In a row that is not UTF-8, U+FFFD stands for ill-formed bytes, which have their own finding.
+    if (found.empty() || !orncore::string::IsWellFormedUTF8(row.data.text)) continue;
+    context.ReportPart(LintCode::kMojibake, row, column, found,
+                       "the text was decoded with the wrong encoding, so users see wrong "
+                       "characters; restore it and save the file as UTF-8");
+  }
+}
+
+// ---- commits
+
+/// Returns whether `text` is a number such as 1.23E+15 or 1234567.0. A hash such as 12e4567 has no
+/// sign and no point.
+bool IsConvertedNumber(std::string_view text) {
+  if (text.empty() || text.find_first_not_of("0123456789.,eE+") != text.npos) return false;
+  const bool hasPoint = text.find_first_of(".,") != text.npos;
+  const bool hasExponent = text.find("E+") != text.npos || text.find("e+") != text.npos;
+  return (hasPoint || hasExponent) && text.front() >= '0' && text.front() <= '9';
+}
+
+void CheckCommit(LintContext& context, const LintRow& row) {
+  const std::string_view commit = row.Value(DataColumn::kSHA);
+  if (!IsConvertedNumber(commit)) return;
+  context.ReportField(LintCode::kCommitNumber, row, DataColumn::kSHA,
+                      Quoted(commit) + " in " + context.Column(DataColumn::kSHA) +
+                          " is a converted number, so its link does not work; write the ID, and "
+                          "format the column as text");
+}
+
+// ---- spaces
+
+constexpr std::array<DataColumn, 5> kTrimmedColumns = {
+    DataColumn::kGroupingID, DataColumn::kStoryID, DataColumn::kSalience, DataColumn::kFirstVersion,
+    DataColumn::kPlatform};
+
+/// Returns the edit that deletes the spaces around a field. Returns `std::nullopt` if the quotes of
+/// the field do not simply enclose it.
+std::optional<Edit> TrimEdit(LintContext& context, const LintRow& row, std::size_t index) {
+  const std::vector<DataField> fields = ornwhatsnew::FindDataFields(row.data.text);
+  const DataField& field = fields[index];
+  std::string_view text = row.data.text.substr(field.begin, field.end - field.begin);
+  const bool isQuoted = text.size() >= 2 && text.front() == '"' && text.back() == '"';
+  if (isQuoted) text = text.substr(1, text.size() - 2);
+  if (text.find('"') != text.npos) return std::nullopt;
+  const std::string_view quote = isQuoted ? "\"" : "";
+  std::string trimmed(quote);
+  trimmed += TrimSpaces(text);
+  trimmed += quote;
+  return Edit{context.File().OffsetOf(row) + field.begin, field.end - field.begin,
+              std::move(trimmed)};
+}
+
+bool IsGraphicASCII(char c) {
+  return c > ' ' && c < 0x7F;
+}
+
+bool HasOuterSpaces(std::string_view text) {
+  if (text.empty() || (IsGraphicASCII(text.front()) && IsGraphicASCII(text.back()))) return false;
+  return TrimSpaces(text).size() != text.size();
+}
+
+void CheckSpaces(LintContext& context, const LintRow& row) {
+  for (std::size_t i = 0; i < kDataColumnCount; ++i) {
+    const std::string_view text = row.data.values[i];
+    if (!HasOuterSpaces(text)) continue;
+    const auto column = static_cast<DataColumn>(i);
+    Finding* finding = context.FindingOn(row, column);
+    if (finding == nullptr) {
+      finding = &context.ReportField(LintCode::kOuterSpaces, row, column,
+                                     "the spaces around " + Quoted(TrimSpaces(text)) +
+                                         " are a part of the field; delete them");
+    }
+    const bool isTrimmed = std::ranges::find(kTrimmedColumns, column) != kTrimmedColumns.end();
+    if (!isTrimmed || !finding->edits.empty()) continue;
+    if (const auto edit = TrimEdit(context, row, i)) finding->edits = {*edit};
+  }
+}
+
+constexpr ChangeRule kRules[] = {CheckQuotes, CheckHTML, CheckMojibake, CheckCommit, CheckSpaces};
+
+}  // namespace
+
+std::span<const ChangeRule> TextRules() {
+  return kRules;
+}
+
+}  // namespace hosts::author

@@ -1,0 +1,190 @@
+#include <algorithm>
+#include <array>
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include <orncore/string/Conversion.h>
+#include <ornwhatsnew/utility/TextHelpers.h>
+
+#include "hosts/author/lint/NearestWord.h"
+#include "hosts/author/lint/Rules.h"
+
+namespace hosts::author {
+namespace {
+
+using ornwhatsnew::CaseInsensitiveEqual;
+using ornwhatsnew::DataColumn;
+
+bool IsDigit(char c) {
+  return c >= '0' && c <= '9';
+}
+
+bool IsKeyText(std::string_view text) {
+  return ornwhatsnew::IsZString(TrimSpaces(text));
+}
+
+/// Returns the length of a v, or of the word "version", before the first digit. Returns 0 if there
+/// is none.
+std::size_t PrefixLength(std::string_view text) {
+  const std::size_t digit = text.find_first_of("0123456789");
+  if (digit == text.npos) return 0;
+  std::string_view prefix = TrimSpaces(text.substr(0, digit));
+  if (prefix.ends_with('.')) prefix.remove_suffix(1);
+  const bool isPrefix =
+      CaseInsensitiveEqual(prefix, "v") || CaseInsensitiveEqual(prefix, "version");
+  return isPrefix ? digit : 0;
+}
+
+void CheckPrefix(LintContext& context, const LintRow& row) {
+  for (const DataColumn column : {DataColumn::kVersion, DataColumn::kFirstVersion}) {
+    const std::string_view text = row.Value(column);
+    const std::size_t prefix = PrefixLength(text);
+    if (prefix == 0) continue;
+    context.ReportField(LintCode::kVersionPrefix, row, column,
+                        "users see " + Quoted("v" + std::string(text)) +
+                            ", because the panel adds a v; write " + Quoted(text.substr(prefix)));
+  }
+}
+
+// ---- dates
+
+constexpr auto kMonths = std::to_array<std::string_view>(
+    {"jan", "feb", "mar", "apr", "may", "jun", "jul", "aug", "sep", "oct", "nov", "dec", "mai",
+     "okt", "dez", "mrz", "m\xC3\xA4r"});
+
+/// Returns whether `text` begins with the short name of a month. A longer word, as in "Mars 1", is
+/// the name of a version.
+bool BeginsWithMonth(std::string_view text) {
+  static constexpr std::string_view kAfterMonth = "-. /0123456789";
+  return std::ranges::any_of(kMonths, [text](std::string_view month) {
+    return CaseInsensitiveEqual(text.substr(0, month.size()), month) &&
+           (text.size() == month.size() || kAfterMonth.find(text[month.size()]) != text.npos);
+  });
+}
+
+/// Returns whether `text` contains both a number and the short name of a month, as in "3-Apr".
+bool HasMonthAndNumber(std::string_view text) {
+  if (!std::ranges::any_of(text, IsDigit)) return false;
+  if (BeginsWithMonth(text)) return true;
+  const std::size_t afterNumber = text.find_first_not_of("0123456789");
+  const std::size_t word = text.find_first_not_of("-. /", afterNumber);
+  return IsDigit(text.front()) && word != text.npos && BeginsWithMonth(text.substr(word));
+}
+
+/// Returns whether `text` has the form of `pattern`, in which 9 stands for any digit.
+bool HasForm(std::string_view text, std::string_view pattern) {
+  return std::ranges::equal(text, pattern, [](char c, char expected) {
+    return expected == '9' ? IsDigit(c) : c == expected;
+  });
+}
+
+/// Returns whether `text` is a date as spreadsheets write it. An application can name its versions
+/// by ISO dates, so these count only if `hasPlainVersion` says that other versions are numbers.
+bool IsDate(std::string_view text, bool hasPlainVersion) {
+  static constexpr std::array<std::string_view, 7> kForms = {
+      "99/99/9999", "9/99/9999", "99/9/9999", "9/9/9999", "99/99/99", "99.99.9999", "9999/99/99"};
+  const bool isForm =
+      std::ranges::any_of(kForms, [text](std::string_view form) { return HasForm(text, form); });
+  const bool isISODate = HasForm(text.substr(0, 10), "9999-99-99");
+  return isForm || (isISODate && hasPlainVersion) || HasMonthAndNumber(text);
+}
+
+void CheckDate(LintContext& context, const LintRow& row) {
+  for (const DataColumn column : {DataColumn::kVersion, DataColumn::kFirstVersion}) {
+    const std::string_view text = row.Value(column);
+    const bool isPlain = text.find_first_not_of("0123456789.") == text.npos;
+    const bool canBeDate = !isPlain || (text.size() == 10 && text.find('.') == 2);
+    if (text.empty() || !canBeDate || IsKeyText(text) ||
+        !IsDate(TrimSpaces(text), !isPlain && context.HasPlainVersion()))
+      continue;
+    context.ReportField(LintCode::kVersionDate, row, column,
+                        "users see the date " + Quoted(text) +
+                            " as the version; write the version, and format the column as text");
+  }
+}
+
+// ---- bounds
+
+bool IsSmallNumber(std::string_view component) {
+  constexpr std::int64_t kWeight = 1000;
+  std::int64_t number = 0;
+  return std::ranges::all_of(component, IsDigit) &&
+         orncore::string::StringToNumber(component, number) && number < kWeight;
+}
+
+/// Reports a component that is not a number below 1000. Returns whether there is one.
+bool CheckNumbers(LintContext& context, const LintRow& row, DataColumn column) {
+  for (const std::string_view component : VersionComponents(row.Value(column))) {
+    if (IsSmallNumber(component)) continue;
+    context.ReportField(LintCode::kBoundsNumber, row, column,
+                        "the component " + Quoted(component) +
+                            " is not a number from 0 to 999, so the wrong users see the change; "
+                            "write such a number");
+    return true;
+  }
+  return false;
+}
+
+void CheckBounds(LintContext& context, const LintRow& row) {
+  const std::string_view first = row.Value(DataColumn::kFirstVersion);
+  const std::string_view version = row.Value(DataColumn::kVersion);
+  if (first.empty() || context.HasFinding(row, DataColumn::kFirstVersion) ||
+      context.HasFinding(row, DataColumn::kVersion)) {
+    return;
+  }
+  if (version.empty()) {
+    context.ReportField(LintCode::kBoundsNoVersion, row, DataColumn::kVersion,
+                        "without a version, a display for relevant versions never shows the "
+                        "change; write the version that contains it into " +
+                            context.Column(DataColumn::kVersion));
+    return;
+  }
+  if (CheckNumbers(context, row, DataColumn::kVersion) ||
+      CheckNumbers(context, row, DataColumn::kFirstVersion)) {
+    return;
+  }
+  const std::size_t components = VersionComponents(version).size();
+  if (VersionComponents(first).size() != components) {
+    context.ReportField(LintCode::kBoundsComponents, row, DataColumn::kFirstVersion,
+                        Quoted(first) + " and " + Quoted(version) +
+                            " have different numbers of components, so the wrong users see the "
+                            "change; write the full version in both columns");
+    return;
+  }
+  if (ornwhatsnew::VersionNumber(first) < ornwhatsnew::VersionNumber(version)) return;
+  context.ReportField(LintCode::kBoundsOrder, row, DataColumn::kFirstVersion,
+                      Quoted(first) + " is not before " + Quoted(version) +
+                          ", so a display for relevant versions never shows the change; write the "
+                          "first affected version");
+}
+
+void CheckMissingVersion(LintContext& context, const LintRow& row) {
+  const bool isNeeded = row.Value(DataColumn::kVersion).empty() &&
+                        !row.change->GetDescription().empty() &&
+                        row.Value(DataColumn::kFirstVersion).empty();
+  if (!isNeeded) return;
+  context.ReportField(LintCode::kVersionMissing, row, DataColumn::kVersion,
+                      "the change is shown without a version; write it into " +
+                          context.Column(DataColumn::kVersion));
+}
+
+constexpr ChangeRule kRules[] = {CheckPrefix, CheckDate, CheckBounds, CheckMissingVersion};
+
+}  // namespace
+
+std::vector<std::string_view> VersionComponents(std::string_view version) {
+  std::vector<std::string_view> components;
+  for (std::size_t begin = 0; begin <= version.size();) {
+    const std::size_t end = std::min(version.find('.', begin), version.size());
+    components.push_back(version.substr(begin, end - begin));
+    begin = end + 1;
+  }
+  return components;
+}
+
+std::span<const ChangeRule> VersionRules() {
+  return kRules;
+}
+
+}  // namespace hosts::author

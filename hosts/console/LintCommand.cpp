@@ -1,0 +1,205 @@
+#include <algorithm>
+#include <cerrno>
+#include <exception>
+#include <new>
+#include <string>
+#include <string_view>
+#include <system_error>
+
+#include <poll.h>
+#include <unistd.h>
+
+#include "hosts/author/lint/GitFile.h"
+#include "hosts/author/lint/Lint.h"
+#include "hosts/author/lint/LintBaseline.h"
+#include "hosts/author/lint/LintConfig.h"
+#include "hosts/author/lint/LintFix.h"
+#include "hosts/author/lint/LintOutput.h"
+#include "hosts/common/TextFile.h"
+#include "hosts/console/Commands.h"
+#include "hosts/console/LintText.h"
+#include "hosts/console/StandardStreams.h"
+
+namespace hosts::console {
+namespace {
+
+using author::Finding;
+using author::LintReport;
+
+constexpr std::string_view kStandardInput = "-";
+/// The name of standard input in findings.
+constexpr const char* kStandardInputName = "<stdin>";
+
+/// A row of two bytes needs a hundred times as much memory for its row and its finding.
+constexpr std::size_t kMaximumBytes = std::size_t{16} << 20;
+
+[[noreturn]] void Fail(const std::string& message) {
+  throw ToolError(ExitStatus::kLintFailed, message);
+}
+
+std::string ReadStandardInput() {
+  std::string text;
+  std::string block(std::size_t{1} << 16, '\0');
+  while (true) {
+    const ssize_t count = ::read(STDIN_FILENO, block.data(), block.size());
+    if (count < 0 && ShouldRepeat(errno, STDIN_FILENO, POLLIN)) continue;
+    if (count < 0) {
+      Fail("cannot read standard input: " + std::generic_category().message(errno));
+    }
+    if (count == 0) return text;
+    text.append(block, 0, static_cast<std::size_t>(count));
+    if (text.size() > kMaximumBytes) Fail("standard input has more than 16 MB");
+  }
+}
+
+std::string ReadDataFile(const std::string& file) {
+  if (file == kStandardInput) return ReadStandardInput();
+  try {
+    return common::ReadTextFile(file, kMaximumBytes);
+  } catch (const orncore::config::ResultError& error) {
+    Fail(common::OpenErrorMessage(file, error));
+  }
+}
+
+/// The severities of the configuration file of `file`, replaced by those of the command line.
+author::SeverityOverrides SeveritiesFor(const std::string& file, const LintArguments& arguments) {
+  author::SeverityOverrides severities;
+  const std::string anchor = file == kStandardInput ? "./stdin" : file;
+  if (const auto config = author::FindLintConfig(anchor)) {
+    severities = author::ReadLintConfig(*config);
+  }
+  for (const auto& [code, severity] : arguments.severities) severities[code] = severity;
+  return severities;
+}
+
+/// Checks the files in order, with the host that the arguments name.
+class LintRun {
+ public:
+  explicit LintRun(const LintArguments& arguments) : arguments_(arguments) {
+    if (arguments.host) {
+      host_ = author::InstallLintHost(*arguments.host);
+    } else {
+      author::InstallNoLintHost();
+    }
+  }
+
+  void Check(const std::string& file) {
+    const std::string name = file == kStandardInput ? kStandardInputName : file;
+    std::string text = ReadDataFile(file);
+    LintReport report = author::LintDataFile(name, text, Host());
+    if (arguments_.fix != LintFixMode::kNone) {
+      text = Fix(file, std::move(text), report);
+      report = author::LintDataFile(name, text, Host());
+    }
+    if (arguments_.baseline) report.Append(Compare(file, name, text));
+    author::ApplySeverities(report, SeveritiesFor(file, arguments_));
+    report_.Append(std::move(report));
+    texts_[name] = std::move(text);
+  }
+
+  void Print() {
+    author::FinishReport(report_);
+    if (arguments_.isDryRun) return WriteOutput(diff_);
+    switch (arguments_.format) {
+      case LintFormat::kText:
+        return PrintText();
+      case LintFormat::kJson:
+        return WriteOutput(author::LintJson(report_));
+      case LintFormat::kSarif:
+        return WriteOutput(author::LintSarif(report_));
+      case LintFormat::kGithub:
+        return WriteOutput(author::LintGithub(report_));
+    }
+  }
+
+  ExitStatus Status() const {
+    const bool hasFailed = std::ranges::any_of(report_.findings, [this](const Finding& finding) {
+      return finding.severity >= arguments_.failOn;
+    });
+    return hasFailed ? ExitStatus::kLintFindings : ExitStatus::kDone;
+  }
+
+ private:
+  const author::LintHost* Host() const { return host_ ? &*host_ : nullptr; }
+
+  /// Corrects the file, unless this is a dry run, and returns its new content.
+  std::string Fix(const std::string& file, const std::string& text, const LintReport& report) {
+    const auto scope =
+        arguments_.fix == LintFixMode::kAll ? author::FixScope::kAll : author::FixScope::kSafe;
+    author::FixedFile fixed = author::FixDataFile(file, text, report, scope, Host());
+    diff_ += fixed.diff;
+    if (!arguments_.isDryRun && fixed.corrected > 0) author::ReplaceDataFile(file, fixed.text);
+    const std::string verb = arguments_.isDryRun ? "would correct " : "corrected ";
+    std::string message = verb + author::Counted(fixed.corrected, "mistake") + " in '" + file + "'";
+    if (fixed.withheld > 0) {
+      message += "; --fix=all makes " + author::Counted(fixed.withheld, "more correction") +
+                 ", but announces the corrected changes again";
+    }
+    ReportError(message);
+    return std::move(fixed.text);
+  }
+
+  /// Compares the file with the baseline.
+  LintReport Compare(const std::string& file, const std::string& name, const std::string& text) {
+    constexpr std::string_view kGit = "git:";
+    const std::string& baseline = *arguments_.baseline;
+    const bool isGit = baseline.starts_with(kGit);
+    const std::string old =
+        isGit ? author::ReadGitFile(baseline.substr(kGit.size()), file, kMaximumBytes)
+              : ReadDataFile(baseline);
+    return author::CompareWithBaseline(name, text, isGit ? baseline + ":" + file : baseline, old,
+                                       Host());
+  }
+
+  void PrintText() const {
+    const bool isStyled = DetectTerminalOptions(arguments_.color, 0).hasStyles;
+    std::string output = LintText(report_, texts_, isStyled);
+    for (const std::string& reason : report_.notJudged) output += reason + "\n";
+    WriteOutput(output + author::LintSummary(report_) + "\n");
+  }
+
+  const LintArguments& arguments_;
+  std::optional<author::LintHost> host_;
+  LintReport report_;
+  std::string diff_;
+  FileTexts texts_;
+};
+
+void RequireUsableFiles(const LintArguments& arguments) {
+  const bool hasInput = std::ranges::find(arguments.files, kStandardInput) != arguments.files.end();
+  if (hasInput && arguments.fix != LintFixMode::kNone) Fail("--fix cannot correct standard input");
+  if (arguments.isDryRun && arguments.fix == LintFixMode::kNone) Fail("--dry-run requires --fix");
+  if (!arguments.baseline) return;
+  const bool isGit = arguments.baseline->starts_with("git:");
+  if (isGit && hasInput) Fail("git has no earlier version of standard input");
+  if (!isGit && arguments.files.size() > 1) Fail("a baseline file requires a single data file");
+}
+
+ExitStatus RunLint(const LintArguments& arguments) {
+  if (arguments.explained) {
+    WriteOutput(author::Explanation(*arguments.explained));
+    return ExitStatus::kDone;
+  }
+  if (arguments.listsCodes) {
+    WriteOutput(author::CodeList());
+    return ExitStatus::kDone;
+  }
+  RequireUsableFiles(arguments);
+  LintRun run(arguments);
+  for (const std::string& file : arguments.files) run.Check(file);
+  run.Print();
+  return run.Status();
+}
+
+}  // namespace
+
+// A script must not read a failure of the program as findings, so every failure has one status.
+ExitStatus Run(const LintArguments& arguments) {
+  try {
+    return RunLint(arguments);
+  } catch (const std::exception& error) {
+    throw ToolError(ExitStatus::kLintFailed, error.what());
+  }
+}
+
+}  // namespace hosts::console

@@ -1,0 +1,121 @@
+#include "hosts/console/LintText.h"
+
+#include <algorithm>
+#include <string_view>
+#include <vector>
+
+#include <orncore/string/Conversion.h>
+#include <orncore/string/DisplayWidth.h>
+#include <orncore/string/SafeText.h>
+
+namespace hosts::console {
+namespace {
+
+using author::Finding;
+using author::Severity;
+
+/// The number of characters before the finding, and of all characters, that an excerpt contains.
+constexpr std::size_t kCharactersBefore = 30;
+constexpr std::size_t kCharacters = 76;
+
+/// The escape sequence that switches off all colours and attributes.
+constexpr std::string_view kStyleEnd = "\x1B[0m";
+
+std::string_view SeverityStart(Severity severity) {
+  if (severity == Severity::kError) return "\x1B[1;31m";
+  return severity == Severity::kWarning ? "\x1B[1;35m" : "\x1B[1;94m";
+}
+
+/// The offsets at which the lines of a file begin.
+class LineIndex {
+ public:
+  explicit LineIndex(std::string_view text) : text_(text) {
+    for (std::size_t begin = 0; begin <= text.size();) {
+      begins_.push_back(begin);
+      const std::size_t end = text.find('\n', begin);
+      if (end == text.npos) break;
+      begin = end + 1;
+    }
+  }
+
+  /// Returns the line with the number `number`, counted from 1.
+  std::string_view Line(std::size_t number) const {
+    if (number == 0 || number > begins_.size()) return {};
+    const std::string_view line = text_.substr(begins_[number - 1]);
+    return line.substr(0, line.find('\n'));
+  }
+
+ private:
+  std::string_view text_;
+  std::vector<std::size_t> begins_;
+};
+
+/// Returns each character of `line` as safe text of its own. A character that must not reach the
+/// terminal becomes one replacement character, so that the columns of the finding stay valid.
+std::vector<std::u16string> SafeCharacters(std::string_view line) {
+  constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
+  if (line.starts_with(kByteOrderMark)) line.remove_prefix(kByteOrderMark.size());
+  std::vector<std::u16string> characters;
+  const std::u16string units = orncore::string::UTF8to16(line);
+  for (std::size_t i = 0; i < units.size();) {
+    const bool isPair = units[i] >= 0xD800 && units[i] <= 0xDBFF && i + 1 < units.size();
+    const std::u16string_view character(units.data() + i, isPair ? 2 : 1);
+    i += character.size();
+    const bool isTab = character == u"\t";
+    std::u16string safe = isTab ? u" " : orncore::string::SafeForTerminal(character);
+    characters.push_back(safe.empty() ? u"\uFFFD" : safe);
+  }
+  return characters;
+}
+
+/// Returns the line of a finding, and a line with carets below the finding.
+std::string Excerpt(const Finding& finding, std::string_view line) {
+  const std::vector<std::u16string> characters = SafeCharacters(line);
+  const std::size_t begin = std::min(finding.place.column - 1, characters.size());
+  const bool isOneLine = finding.place.endLine == finding.place.line;
+  const std::size_t end =
+      isOneLine ? std::min(finding.place.endColumn - 1, characters.size()) : characters.size();
+  const std::size_t first = begin > kCharactersBefore ? begin - kCharactersBefore : 0;
+  const std::size_t last = std::min(first + kCharacters, characters.size());
+  std::u16string text;
+  std::string carets;
+  for (std::size_t i = first; i < last; ++i) {
+    text += characters[i];
+    const char mark = i < begin ? ' ' : '^';
+    if (i < std::max(end, begin + 1))
+      carets.append(orncore::string::DisplayWidth(characters[i]), mark);
+  }
+  if (carets.find('^') == carets.npos) carets += '^';
+  return "  " + orncore::string::UTF16to8(text) + "\n  " + carets + "\n";
+}
+
+std::string HeadLine(const Finding& finding, bool isStyled) {
+  const std::string severity(author::SeverityName(finding.severity));
+  std::string line = orncore::string::EscapeInvisible(finding.file) + ":" +
+                     std::to_string(finding.place.line) + ":" +
+                     std::to_string(finding.place.column) + ": ";
+  line += isStyled
+              ? std::string(SeverityStart(finding.severity)) + severity + std::string(kStyleEnd)
+              : severity;
+  return line + ": " + finding.message + " [" + std::string(author::InfoOf(finding.code).name) +
+         "]\n";
+}
+
+}  // namespace
+
+std::string LintText(const author::LintReport& report, const FileTexts& texts, bool isStyled) {
+  std::map<std::string_view, LineIndex> indexes;
+  std::string output;
+  for (const Finding& finding : report.findings) {
+    output += HeadLine(finding, isStyled);
+    const auto text = texts.find(finding.file);
+    const bool isWholeFile = finding.place.column == finding.place.endColumn &&
+                             finding.place.line == finding.place.endLine;
+    if (!isStyled || isWholeFile || text == texts.end()) continue;
+    const auto index = indexes.try_emplace(finding.file, text->second).first;
+    output += Excerpt(finding, index->second.Line(finding.place.line));
+  }
+  return output;
+}
+
+}  // namespace hosts::console

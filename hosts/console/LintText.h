@@ -1,0 +1,22 @@
+// Writes the findings of `lint` for people.
+#ifndef HOSTS_CONSOLE_LINTTEXT_H_
+#define HOSTS_CONSOLE_LINTTEXT_H_
+
+#include <map>
+#include <string>
+
+#include "hosts/author/lint/Lint.h"
+
+namespace hosts::console {
+
+/// The contents of the checked files by name.
+using FileTexts = std::map<std::string, std::string>;
+
+/// Returns one line "FILE:LINE:COLUMN: severity: message [code]" for each finding. If `isStyled` is
+/// true, colours the severity, and adds the line of the file with carets below the finding.
+/// Replaces control characters of the file, and shortens a long line.
+std::string LintText(const author::LintReport& report, const FileTexts& texts, bool isStyled);
+
+}  // namespace hosts::console
+
+#endif  // HOSTS_CONSOLE_LINTTEXT_H_

@@ -1,0 +1,60 @@
+#include <orncore/string/DisplayWidth.h>
+
+#include <cstdint>
+
+#include <unicode/uchar.h>
+#include <unicode/utf16.h>
+
+namespace orncore::string {
+namespace {
+
+constexpr UChar32 kEmojiPresentation = 0xFE0F;
+
+bool IsZeroWidth(UChar32 character) {
+  switch (u_charType(character)) {
+    case U_NON_SPACING_MARK:
+    case U_ENCLOSING_MARK:
+    case U_FORMAT_CHAR:
+    case U_CONTROL_CHAR:
+      return true;
+    default:
+      break;
+  }
+  // A terminal draws Hangul vowels and final consonants in the columns of the first consonant.
+  const int syllable = u_getIntPropertyValue(character, UCHAR_HANGUL_SYLLABLE_TYPE);
+  return syllable == U_HST_VOWEL_JAMO || syllable == U_HST_TRAILING_JAMO;
+}
+
+bool IsWide(UChar32 character) {
+  const int width = u_getIntPropertyValue(character, UCHAR_EAST_ASIAN_WIDTH);
+  return width == U_EA_WIDE || width == U_EA_FULLWIDTH;
+}
+
+std::size_t CharacterWidth(UChar32 character) {
+  // Most characters are ASCII. Looking up their properties would take most of the time.
+  if (character >= 0x20 && character < 0x7F) return 1;
+  if (IsZeroWidth(character)) return 0;
+  return IsWide(character) ? 2 : 1;
+}
+
+}  // namespace
+
+std::size_t DisplayWidth(std::u16string_view text) noexcept {
+  std::size_t columns = 0;
+  std::size_t previousWidth = 0;
+  std::size_t position = 0;
+  while (position < text.size()) {
+    // Use 64 bits, because the ICU macro mixes signed and unsigned 32-bit operands.
+    std::int64_t codePoint = 0;
+    U16_NEXT_OR_FFFD(text, position, text.size(), codePoint);
+    const auto character = static_cast<UChar32>(codePoint);
+    // The selector for emoji presentation makes the narrow character before it wide.
+    const bool widens = character == kEmojiPresentation && previousWidth == 1;
+    const std::size_t width = widens ? 1 : CharacterWidth(character);
+    columns += width;
+    previousWidth = width;
+  }
+  return columns;
+}
+
+}  // namespace orncore::string

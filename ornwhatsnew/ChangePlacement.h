@@ -1,0 +1,63 @@
+// Creates the changes of a data file and finds the items to which they belong, for
+// `FeatureListData` and for tools that check a file.
+//
+//     ChangeMaker maker;
+//     const std::shared_ptr<FeatureListDetail> change = maker.Make(row);
+//     const ChangePlacement placement =
+//         PlaceChange(list.GetFeatureItems(), row.Value(DataColumn::kGroupingID),
+//                     row.Value(DataColumn::kStoryID), change->DetailInternalOverrideUnreviewed());
+#ifndef ORNWHATSNEW_CHANGEPLACEMENT_H_
+#define ORNWHATSNEW_CHANGEPLACEMENT_H_
+
+#include <array>
+#include <memory>
+#include <string_view>
+
+#include <orncore/Export.h>
+#include <ornwhatsnew/DataFileReader.h>
+#include <ornwhatsnew/FeatureListItem.h>
+#include <ornwhatsnew/utility/SharedTypes.h>
+
+namespace ornwhatsnew {
+
+/// Creates changes from rows. Uses the same buffers for all rows, to save allocations. Not
+/// thread-safe: use one maker from one thread at a time.
+class ChangeMaker {
+ public:
+  /// Returns a change with the current values of `row`. Converts the columns with
+  /// `DataColumnInfo::isLowerCased` to lower case. The change is not unmatched, and its URL is not
+  /// a duplicate. `row` can be of any kind. Does not refer to `row` afterwards.
+  ORN_EXPORT std::shared_ptr<FeatureListDetail> Make(const DataRow& row);
+
+ private:
+  std::array<UTF8String, kDataColumnCount> buffers_;
+};
+
+/// The result of `PlaceChange`: the item for a change, and whether the change is unmatched.
+struct ChangePlacement {
+  /// The item for the change, which the map of items owns. If the change belongs to a section that
+  /// is missing, the pointer is null, and the list drops the change.
+  FeatureListItem* item = nullptr;
+  /// True if the IDs of the change match no item. Internal users then see a note in the panel. An
+  /// unmatched change belongs to the section INTERNAL, or to UNREVIEWED if it is unreviewed.
+  bool unmatched = false;
+};
+
+/// Returns the item in `items` to which a change belongs, and whether the change is unmatched.
+/// `groupingID` and `storyID` are columns 2 and 3 of its row. `unreviewed` is true if its salience
+/// is "Unreviewed". The first rule that applies decides:
+///
+/// 1. An unreviewed change belongs to the section UNREVIEWED, regardless of its IDs.
+/// 2. The grouping ID "INTERNAL", in any letter case, means the section INTERNAL.
+/// 3. The story ID is the key of an item, compared byte for byte.
+/// 4. The grouping ID is the key of an item, compared byte for byte.
+/// 5. Any other change is unmatched and belongs to the section INTERNAL.
+///
+/// An entry of `items` without an item counts as missing. The function does not change `items` and
+/// can be called from any thread while no thread changes them.
+ORN_EXPORT ChangePlacement PlaceChange(const FeatureMap& items, std::string_view groupingID,
+                                       std::string_view storyID, bool unreviewed);
+
+}  // namespace ornwhatsnew
+
+#endif  // ORNWHATSNEW_CHANGEPLACEMENT_H_

@@ -1,0 +1,109 @@
+#include "hosts/author/lint/LintFix.h"
+
+#include <filesystem>
+#include <fstream>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "tests/hosts/author/lint/LintTestFiles.h"
+#include "tests/support/TemporaryFolder.h"
+
+namespace hosts::author {
+namespace {
+
+using testing::HasSubstr;
+
+FixedFile Fix(const std::string& text, FixScope scope = FixScope::kSafe) {
+  return FixDataFile("data.csv", text, LintText(text), scope, nullptr);
+}
+
+TEST(LintFix, CorrectsTheLetterCaseOfSectionKeys) {
+  const FixedFile fixed = Fix(kHeaderRows + "4.3,bugfix,,,,,,,,Text\n");
+  EXPECT_EQ(fixed.text, kHeaderRows + "4.3,BUGFIX,,,,,,,,Text\n");
+  EXPECT_EQ(fixed.corrected, 1U);
+}
+
+TEST(LintFix, DiffIsUnifiedWithoutContext) {
+  EXPECT_EQ(Fix(kHeaderRows + "4.3,MISC,,,,,,,,One\n4.3,bugfix,,,,,,,,Two\n").diff,
+            "--- a/data.csv\n+++ b/data.csv\n@@ -4 +4 @@\n-4.3,bugfix,,,,,,,,Two\n"
+            "+4.3,BUGFIX,,,,,,,,Two\n");
+}
+
+TEST(LintFix, KeepsTheByteOrderMarkAndLineEnds) {
+  std::string text = "\xEF\xBB\xBF" + kHeaderRows + "4.3,bugfix,,,,,,,,Text\n";
+  for (std::size_t at = text.find('\n'); at != text.npos; at = text.find('\n', at + 2)) {
+    text.insert(at, "\r");
+  }
+  const FixedFile fixed = Fix(text);
+  text.replace(text.find("bugfix"), 6, "BUGFIX");
+  EXPECT_EQ(fixed.text, text);
+}
+
+TEST(LintFix, DeletesSpacesOnlyIfNoChangeIsAnnouncedAgain) {
+  const std::string text =
+      kHeaderRows + "4.3,MISC, ORN-1,,,,,,,Text\n4.3,INTERNAL, ORN-2,,,,,,,Text\n";
+  const FixedFile fixed = Fix(text);
+  EXPECT_EQ(fixed.text,
+            kHeaderRows + "4.3,MISC, ORN-1,,,,,,,Text\n4.3,INTERNAL,ORN-2,,,,,,,Text\n");
+  EXPECT_EQ(fixed.withheld, 1U);
+}
+
+TEST(LintFix, AllCorrectionsSayWhichChangesAreAnnouncedAgain) {
+  const FixedFile fixed = Fix(kHeaderRows + "4.3,MISC, ORN-1,,,,,,,Text\n", FixScope::kAll);
+  EXPECT_EQ(fixed.text, kHeaderRows + "4.3,MISC,ORN-1,,,,,,,Text\n");
+  EXPECT_THAT(fixed.diff, HasSubstr("@@ -3 +3 @@ announced again to users who saw the change\n"));
+}
+
+TEST(LintFix, CorrectsSpacesAroundAKeyword) {
+  EXPECT_EQ(Fix(kHeaderRows + "4.3,MISC,,\" Detail \",,,,,,Text\n", FixScope::kAll).text,
+            kHeaderRows + "4.3,MISC,,\"Detail\",,,,,,Text\n");
+}
+
+TEST(LintFix, ReplacesCRLineEnds) {
+  const std::string rows = "v,g,,,,,,,,\n4.3,MISC,,,,,,,,One\n4.3,MISC,,,,,,,,Two\n";
+  std::string old = rows;
+  std::ranges::replace(old, '\n', '\r');
+  const FixedFile fixed = Fix(old);
+  EXPECT_EQ(fixed.text, rows.substr(0, rows.size() - 1) + "\r");
+  EXPECT_THAT(fixed.diff, HasSubstr("@@ -1 +1,3 @@\n"));
+}
+
+TEST(LintFix, DoesNotSplitATextAtACR) {
+  const std::string text = kHeaderRows + "4.3,MISC,,,,,,,,One\rTwo\n";
+  EXPECT_EQ(Fix(text).text, text);
+}
+
+TEST(LintFix, CleanFileHasNoDiff) {
+  const std::string text = kHeaderRows + "4.3,MISC,,,,,,,,Text\n";
+  EXPECT_EQ(Fix(text).diff, "");
+  EXPECT_EQ(Fix(text).text, text);
+}
+
+std::string Content(const std::filesystem::path& file) {
+  return common::ReadTextFile(file);
+}
+
+TEST(ReplaceDataFile, ReplacesTheContentAndKeepsTheMode) {
+  const test_support::TemporaryFolder folder;
+  const std::filesystem::path file = folder.Path() / "data.csv";
+  std::ofstream(file) << "old";
+  std::filesystem::permissions(file, std::filesystem::perms(0640));
+  ReplaceDataFile(file, "new");
+  EXPECT_EQ(Content(file), "new");
+  EXPECT_EQ(std::filesystem::status(file).permissions(), std::filesystem::perms(0640));
+  EXPECT_FALSE(std::filesystem::exists(folder.Path() / "data.csv.tmp"));
+}
+
+TEST(ReplaceDataFile, DoesNotDeleteAFileOfTheUser) {
+  const test_support::TemporaryFolder folder;
+  const std::filesystem::path file = folder.Path() / "data.csv";
+  std::ofstream(file) << "old";
+  std::ofstream(folder.Path() / "data.csv.tmp") << "mine";
+  EXPECT_THROW(ReplaceDataFile(file, "new"), std::runtime_error);
+  EXPECT_EQ(Content(file), "old");
+  EXPECT_EQ(Content(folder.Path() / "data.csv.tmp"), "mine");
+}
+
+}  // namespace
+}  // namespace hosts::author

@@ -1,0 +1,132 @@
+#include "hosts/author/lint/LintOutput.h"
+
+#include <string>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
+
+#include "tests/hosts/author/lint/LintTestFiles.h"
+
+namespace hosts::author {
+namespace {
+
+using nlohmann::json;
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+const std::string kBugfixRow = "4.3,bugfix,,,,,,,,Text\n";
+
+TEST(LintJson, DescribesAFinding) {
+  const json report = json::parse(LintJson(LintText(kHeaderRows + kBugfixRow)));
+  EXPECT_EQ(report["version"], 1);
+  const json& finding = report["findings"].at(0);
+  EXPECT_EQ(finding["file"], "data.csv");
+  EXPECT_EQ(finding["line"], 3);
+  EXPECT_EQ(finding["column"], 5);
+  EXPECT_EQ(finding["endLine"], 3);
+  EXPECT_EQ(finding["endColumn"], 11);
+  EXPECT_EQ(finding["field"], json({{"number", 2}, {"name", "Grouping ID"}}));
+  EXPECT_EQ(finding["severity"], "error");
+  EXPECT_EQ(finding["code"], "grouping-id-unknown");
+  EXPECT_EQ(finding["related"], json::array());
+  EXPECT_EQ(finding["fix"], json({{"replacement", "BUGFIX"}}));
+  EXPECT_FALSE(finding["fingerprint"].get<std::string>().empty());
+}
+
+TEST(LintJson, SummaryCountsFindingsFilesAndChanges) {
+  const json summary = json::parse(LintJson(LintText(kHeaderRows + kBugfixRow)))["summary"];
+  EXPECT_EQ(summary["errors"], 1);
+  EXPECT_EQ(summary["warnings"], 0);
+  EXPECT_EQ(summary["notes"], 0);
+  EXPECT_EQ(summary["files"], 1);
+  EXPECT_EQ(summary["changes"], 1);
+  EXPECT_EQ(summary["notJudged"].size(), 1U);
+}
+
+TEST(LintJson, PositionsCountCodePoints) {
+  const json report = json::parse(
+      LintJson(LintText("\xEF\xBB\xBF" + kHeaderRows + "4.3,MISC,\xF0\x9F\x98\x80 ,,,,,,,T\n")));
+  const json& finding = report["findings"].at(0);
+  EXPECT_EQ(finding["column"], 10);
+  EXPECT_EQ(finding["endColumn"], 12);
+}
+
+TEST(LintReport, FingerprintDoesNotDependOnTheLine) {
+  const LintReport report = LintText(kHeaderRows + kBugfixRow);
+  const LintReport moved = LintText(kHeaderRows + "4.3,MISC,,,,,,,,First\n" + kBugfixRow);
+  EXPECT_EQ(report.findings.at(0).fingerprint, moved.findings.at(0).fingerprint);
+}
+
+TEST(LintReport, EqualRowsHaveDifferentFingerprints) {
+  const LintReport report = LintText(kHeaderRows + kBugfixRow + kBugfixRow);
+  EXPECT_NE(report.findings.at(0).fingerprint, report.findings.at(1).fingerprint);
+}
+
+TEST(LintReport, SeverityOffRemovesAFinding) {
+  LintReport report = LintText(kHeaderRows + kBugfixRow);
+  ApplySeverities(report, {{LintCode::kGroupingIDUnknown, Severity::kOff}});
+  EXPECT_THAT(CodesOf(report), IsEmpty());
+}
+
+TEST(LintReport, ListsALimitedNumberOfFindingsOfACode) {
+  std::string text = kHeaderRows;
+  for (std::size_t i = 0; i < kMaximumFindings + 5; ++i) text += kBugfixRow;
+  LintReport report = LintText(text);
+  ApplySeverities(report, {{LintCode::kSameIdentity, Severity::kOff}});
+  EXPECT_EQ(report.findings.size(), kMaximumFindings);
+  EXPECT_THAT(
+      report.notJudged,
+      testing::Contains("5 more findings with the code grouping-id-unknown are not listed"));
+}
+
+TEST(LintReport, FindingThatIsNotListedDoesNotChangeAListedOne) {
+  std::string text = kHeaderRows;
+  for (std::size_t i = 0; i < kMaximumFindings; ++i) text += "4.3,MISC,,Wrong,,,,,,Text\n";
+  const LintReport report = LintText(text + "4.3,MISC,, Wrong,,,,,,Text\n");
+  for (const Finding& finding : report.findings) EXPECT_TRUE(finding.edits.empty());
+}
+
+TEST(LintSarif, DescribesAFinding) {
+  const json log = json::parse(LintSarif(LintText(kHeaderRows + kBugfixRow)));
+  EXPECT_EQ(log["version"], "2.1.0");
+  const json& run = log["runs"].at(0);
+  EXPECT_EQ(run["columnKind"], "unicodeCodePoints");
+  const json& result = run["results"].at(0);
+  EXPECT_EQ(result["ruleId"], "grouping-id-unknown");
+  EXPECT_EQ(result["level"], "error");
+  const std::size_t index = result["ruleIndex"].get<std::size_t>();
+  EXPECT_EQ(run["tool"]["driver"]["rules"].at(index)["id"], "grouping-id-unknown");
+  const json& place = result["locations"].at(0)["physicalLocation"];
+  EXPECT_EQ(place["artifactLocation"]["uri"], "data.csv");
+  EXPECT_EQ(place["region"],
+            json({{"startLine", 3}, {"startColumn", 5}, {"endLine", 3}, {"endColumn", 11}}));
+}
+
+TEST(LintSarif, EscapesPaths) {
+  LintReport report = LintText(kHeaderRows + kBugfixRow);
+  report.findings.at(0).file = "new files/what's new%.csv";
+  EXPECT_THAT(LintSarif(report), HasSubstr("\"new%20files/what%27s%20new%25.csv\""));
+}
+
+TEST(LintGithub, EscapesPropertiesAndMessages) {
+  LintReport report = LintText(kHeaderRows + kBugfixRow);
+  report.findings.at(0).file = "a,b:c%.csv";
+  report.findings.at(0).message = "100%, and: this\nthat";
+  EXPECT_EQ(LintGithub(report),
+            "::error file=a%2Cb%3Ac%25.csv,line=3,endLine=3,col=5,endColumn=11,"
+            "title=grouping-id-unknown::100%25, and: this%0Athat\n");
+}
+
+TEST(LintGithub, NoteIsANotice) {
+  LintReport report = LintText(kHeaderRows + "4.3,MISC,,Unreviewed,,,,,,Text\n");
+  EXPECT_THAT(LintGithub(report), testing::StartsWith("::notice "));
+}
+
+TEST(LintSummary, CountsInWords) {
+  EXPECT_EQ(LintSummary(LintText(kHeaderRows + kBugfixRow)),
+            "one error, no warnings and no notes in one change of one file");
+}
+
+}  // namespace
+}  // namespace hosts::author

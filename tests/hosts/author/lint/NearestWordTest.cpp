@@ -1,0 +1,49 @@
+#include "hosts/author/lint/NearestWord.h"
+
+#include <array>
+
+#include <gtest/gtest.h>
+
+namespace hosts::author {
+namespace {
+
+constexpr std::array<std::string_view, 5> kWords = {"MISC", "BUGFIX", "MAP-7", "ORN-1204",
+                                                    "Unreviewed"};
+
+TEST(NearestWord, FindsAWordInAnotherLetterCase) {
+  EXPECT_EQ(NearestWord("bugfix", kWords), "BUGFIX");
+}
+
+TEST(NearestWord, IgnoresSpacesAndKindsOfDashes) {
+  EXPECT_EQ(NearestWord("\xC2\xA0MAP\xE2\x80\x93"
+                        "7 ",
+                        kWords),
+            "MAP-7");
+}
+
+TEST(NearestWord, FindsAWordWithExchangedOrMissingCharacters) {
+  EXPECT_EQ(NearestWord("BUGIFX", kWords), "BUGFIX");
+  EXPECT_EQ(NearestWord("Unreviwed", kWords), "Unreviewed");
+}
+
+TEST(NearestWord, FindsAWordWithASuffix) {
+  EXPECT_EQ(NearestWord("Miscellaneous", kWords), "MISC");
+}
+
+TEST(NearestWord, AllowsOneDifferenceInAKeyWithDigits) {
+  EXPECT_EQ(NearestWord("ORN-1205", kWords), "ORN-1204");
+  EXPECT_EQ(NearestWord("ORN-1215", kWords), std::nullopt);
+}
+
+TEST(NearestWord, UnrelatedTextHasNoNearestWord) {
+  EXPECT_EQ(NearestWord("Export", kWords), std::nullopt);
+  EXPECT_EQ(NearestWord("", kWords), std::nullopt);
+}
+
+TEST(TrimSpaces, RemovesEveryKindOfSpace) {
+  EXPECT_EQ(TrimSpaces(" \t\xC2\xA0x y\xE2\x80\xAF "), "x y");
+  EXPECT_EQ(TrimSpaces(" \xC2\xA0"), "");
+}
+
+}  // namespace
+}  // namespace hosts::author

@@ -1,0 +1,168 @@
+// Runs `ornwhatsnew lint` as an author or a script would.
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
+
+#include "hosts/common/TextFile.h"
+#include "tests/hosts/console/ProgramFixture.h"
+
+namespace hosts::console {
+namespace {
+
+using test_support::ProgramCall;
+using test_support::ProgramResult;
+using testing::AllOf;
+using testing::HasSubstr;
+using testing::Not;
+using testing::StartsWith;
+
+constexpr int kFindings = 1;
+constexpr int kFailed = 2;
+
+class LintCommandTest : public ProgramTest {
+ protected:
+  LintCommandTest() { WriteData("4.2,Changes-Since\n4.3,MISC,ORN-1,,,,,,,Text\n"); }
+
+  void WriteMistake() const { WriteData("4.2,Changes-Since\n4.3,bugfix,ORN-1,,,,,,,Text\n"); }
+  void WriteNote() const { WriteData("4.2,Changes-Since\n4.3,MISC,,Unreviewed,,,,,,Text\n"); }
+
+  std::string Content() const { return common::ReadTextFile(DataFile()); }
+};
+
+TEST_F(LintCommandTest, FileWithoutFindingsHasTheStatus0) {
+  EXPECT_EQ(OutputOf({"lint", "{data}"}),
+            "without --host, grouping IDs, features and the version of the host are not judged\n"
+            "no errors, no warnings and no notes in one change of one file\n");
+}
+
+TEST_F(LintCommandTest, ErrorHasTheStatus1) {
+  WriteMistake();
+  const ProgramResult result = Run({"lint", "{data}"});
+  EXPECT_EQ(result.exitStatus, kFindings);
+  EXPECT_THAT(result.output, StartsWith(DataFile().native() + ":3:5: error: 'bugfix' in \"Epic\""));
+  EXPECT_THAT(result.output, HasSubstr(" [grouping-id-unknown]\n"));
+}
+
+TEST_F(LintCommandTest, FailOnSelectsTheSeveritiesForTheStatus1) {
+  WriteNote();
+  EXPECT_EQ(Run({"lint", "{data}"}).exitStatus, 0);
+  EXPECT_EQ(Run({"lint", "{data}", "--fail-on", "note"}).exitStatus, kFindings);
+  EXPECT_EQ(Run({"lint", "{data}", "--severity", "unreviewed-left=error"}).exitStatus, kFindings);
+}
+
+TEST_F(LintCommandTest, EveryFailureHasTheStatus2) {
+  const std::vector<std::vector<std::string>> calls = {
+      {"lint"},
+      {"lint", "no-such-file.csv"},
+      {"lint", "{data}", "--host", "no-such-host.json"},
+      {"lint", "{data}", "--severity", "no-such-code=off"},
+      {"lint", "{data}", "--severity", "html=fatal"},
+      {"lint", "--explain", "no-such-code"},
+      {"lint", "{data}", "--fix=some"},
+      {"lint", "{data}", "--dry-run"},
+      {"lint", "-", "--fix"},
+      {"lint", "{data}", "--baseline", "no-such-file.csv"},
+      {"lint", "{data}", "--baseline", "git:-x"},
+      {"lint", "{data}", "--baseline", "git:no-such-revision"},
+      {"lint", "{data}", "--no-such-option"},
+  };
+  for (const std::vector<std::string>& call : calls) {
+    const ProgramResult result = Run(call);
+    EXPECT_EQ(result.exitStatus, kFailed) << testing::PrintToString(call);
+    EXPECT_EQ(result.output, "") << testing::PrintToString(call);
+    EXPECT_THAT(result.errors, StartsWith("ornwhatsnew: ")) << testing::PrintToString(call);
+  }
+}
+
+TEST_F(LintCommandTest, ReadsStandardInput) {
+  ProgramCall call = Call({"lint", "-", "--format", "json"});
+  call.input = "v,g,,,,,,,,\n4.2,Changes-Since\n4.3,bugfix,,,,,,,,Text\n";
+  const ProgramResult result = test_support::ChildProcess(ProgramFile(), call).Wait();
+  EXPECT_EQ(result.exitStatus, kFindings);
+  const auto report = nlohmann::json::parse(result.output);
+  EXPECT_EQ(report["findings"].at(0)["file"], "<stdin>");
+  EXPECT_EQ(report["findings"].at(0)["line"], 3);
+}
+
+TEST_F(LintCommandTest, ChecksSeveralFiles) {
+  const std::string other = folder_.Path() / "other.csv";
+  folder_.Write("other.csv", "");
+  const ProgramResult result = Run({"lint", "{data}", other});
+  EXPECT_EQ(result.exitStatus, kFindings);
+  EXPECT_THAT(result.output, AllOf(StartsWith(other + ":1:1: error: the file is empty"),
+                                   HasSubstr("in one change of 2 files\n")));
+}
+
+TEST_F(LintCommandTest, HostIsJudged) {
+  const ProgramResult result = Run({"lint", "{data}", "{host}"});
+  EXPECT_THAT(result.output,
+              AllOf(HasSubstr("[feature-without-change]"), Not(HasSubstr("are not judged"))));
+}
+
+TEST_F(LintCommandTest, TerminalShowsTheLineWithCarets) {
+  WriteMistake();
+  ProgramCall call = Call({"lint", "{data}"});
+  call.environment["TERM"] = "xterm";
+  call.isOnTerminal = true;
+  const ProgramResult result = test_support::ChildProcess(ProgramFile(), call).Wait();
+  EXPECT_THAT(result.output, HasSubstr("  4.3,bugfix,ORN-1,,,,,,,Text\n      ^^^^^^\n"));
+}
+
+TEST_F(LintCommandTest, MessagesContainNoControlCharacters) {
+  WriteData("4.2,Changes-Since\n4.3,MISC,,\x1B]0;title\x07,,,,,,Text\n");
+  const ProgramResult result = Run({"lint", "{data}", "--color", "always"});
+  EXPECT_THAT(result.output, AllOf(Not(HasSubstr("\x1B]0")), Not(HasSubstr("\x07"))));
+}
+
+TEST_F(LintCommandTest, ConfigurationFileSetsSeverities) {
+  WriteNote();
+  folder_.Write(".ornwhatsnew-lint.json", R"({"severity": {"unreviewed-left": "error"}})");
+  EXPECT_EQ(Run({"lint", "{data}"}).exitStatus, kFindings);
+  EXPECT_EQ(Run({"lint", "{data}", "--severity", "unreviewed-left=off"}).exitStatus, 0);
+}
+
+TEST_F(LintCommandTest, InvalidConfigurationHasTheStatus2) {
+  folder_.Write(".ornwhatsnew-lint.json", "{");
+  EXPECT_EQ(Run({"lint", "{data}"}).exitStatus, kFailed);
+}
+
+TEST_F(LintCommandTest, FixCorrectsTheFile) {
+  WriteMistake();
+  const ProgramResult result = Run({"lint", "{data}", "--fix"});
+  EXPECT_EQ(result.exitStatus, 0);
+  EXPECT_THAT(result.errors, HasSubstr("corrected one mistake in"));
+  EXPECT_THAT(Content(), HasSubstr("\n4.3,BUGFIX,ORN-1,"));
+}
+
+TEST_F(LintCommandTest, DryRunPrintsADiffAndKeepsTheFile) {
+  WriteMistake();
+  const std::string before = Content();
+  const ProgramResult result = Run({"lint", "{data}", "--fix", "--dry-run"});
+  EXPECT_THAT(result.output, AllOf(StartsWith("--- a/"), HasSubstr("\n+4.3,BUGFIX,ORN-1,")));
+  EXPECT_EQ(Content(), before);
+}
+
+TEST_F(LintCommandTest, BaselineReportsEdits) {
+  const std::string old = folder_.Path() / "old.csv";
+  folder_.Write("old.csv", Content());
+  WriteData("4.2,Changes-Since\n4.3,MISC,ORN-1,,,,,,,Another text\n");
+  EXPECT_THAT(Run({"lint", "{data}", "--baseline", old}).output,
+              HasSubstr("warning: users who saw the change see it again"));
+}
+
+TEST_F(LintCommandTest, ExplainsACode) {
+  EXPECT_THAT(OutputOf({"lint", "--explain", "open-quote"}),
+              StartsWith("open-quote (error): an open quote hides commas\n\n"));
+}
+
+TEST_F(LintCommandTest, ListsAllCodes) {
+  EXPECT_THAT(OutputOf({"lint", "--list-codes"}),
+              AllOf(HasSubstr("file-separator"), HasSubstr("baseline-rated-again")));
+}
+
+}  // namespace
+}  // namespace hosts::console
