@@ -1,0 +1,80 @@
+// Stores the state of a list and the values of the companion in `QSettings`.
+#ifndef ORNWHATSNEWQT_SRC_SETTINGSSTORE_H_
+#define ORNWHATSNEWQT_SRC_SETTINGSSTORE_H_
+
+#include <functional>
+#include <map>
+#include <memory>
+
+#include <QtCore/QObject>
+#include <QtCore/QSettings>
+#include <QtCore/QString>
+#include <QtCore/QVariant>
+
+#include <ornwhatsnew/utility/SharedTypes.h>
+#include <ornwhatsnewqt/Settings.h>
+
+namespace ornwhatsnewqt {
+
+/// Reads and writes the three strings of the state, and values of the companion itself.
+///
+/// Several programs can use one `QSettings` at the same time. Each write reads the stored values
+/// while it holds a lock file, merges the strings of the state with them, and writes the result. If
+/// a write fails, the object keeps the strings of the state and writes them with the next ones.
+class SettingsStore : public QObject {
+  Q_OBJECT
+ public:
+  /// Uses the callbacks, or else the `QSettings`, that `settings` names. Reads nothing.
+  explicit SettingsStore(const Settings& settings, QObject* parent = nullptr);
+  ~SettingsStore() override;
+
+  /// Returns a string of the state.
+  ornwhatsnew::UTF8String state(const ornwhatsnew::UTF8String& key);
+
+  /// Returns whether all three strings of the state are empty, because the user is new.
+  bool isStateEmpty();
+
+  /// While a snapshot is used, `state` returns the strings as they were at the call of
+  /// `takeSnapshot`.
+  void takeSnapshot();
+  void useSnapshot(bool isUsed) { usesSnapshot_ = isUsed; }
+
+  /// Stores a string of the state, merged with what other programs have stored; see
+  /// `ornwhatsnew::MergePersistedValue`.
+  void setState(const ornwhatsnew::UTF8String& key, const ornwhatsnew::UTF8String& value);
+
+  /// Returns a value of the companion, or an invalid one.
+  QVariant value(const QString& key) const;
+
+  /// Stores a value of the companion. Returns whether this call changed the stored value. Of
+  /// several programs that store the same value, only one receives true.
+  bool setValue(const QString& key, const QVariant& value);
+
+  /// Returns why the last write failed, for users, or an empty string.
+  QString error() const { return error_; }
+
+ Q_SIGNALS:
+  /// `error()` has changed.
+  void errorChanged();
+
+ private:
+  using StateValues = std::map<ornwhatsnew::UTF8String, ornwhatsnew::UTF8String, std::less<>>;
+
+  std::unique_ptr<QSettings> open() const;
+  bool change(const std::function<void(QSettings&)>& edit);
+  void writeUnsavedTo(QSettings& settings);
+  void setError(const QString& error);
+
+  QString file_;
+  ornwhatsnew::StateGetter getter_;
+  ornwhatsnew::StateSetter setter_;
+  StateValues snapshot_;
+  bool usesSnapshot_ = false;
+  StateValues read_;     ///< the strings as they were read last
+  StateValues unsaved_;  ///< the strings that are not written yet
+  QString error_;
+};
+
+}  // namespace ornwhatsnewqt
+
+#endif  // ORNWHATSNEWQT_SRC_SETTINGSSTORE_H_
