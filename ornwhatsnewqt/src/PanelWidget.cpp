@@ -1,24 +1,249 @@
 #include <ornwhatsnewqt/PanelWidget.h>
 
+#include <QtCore/QEvent>
+#include <QtCore/QPointer>
+#include <QtGui/QKeyEvent>
+#include <QtGui/QShortcut>
+#include <QtPrintSupport/QPrintDialog>
+#include <QtPrintSupport/QPrinter>
+#include <QtWidgets/QStackedWidget>
+#include <QtWidgets/QVBoxLayout>
+
 #include <ornwhatsnewqt/WhatsNew.h>
 
+#include "ornwhatsnewqt/src/FilterBar.h"
+#include "ornwhatsnewqt/src/LocalizedText.h"
+#include "ornwhatsnewqt/src/MessageBar.h"
+#include "ornwhatsnewqt/src/NewsAccessibility.h"
+#include "ornwhatsnewqt/src/NewsFormats.h"
+#include "ornwhatsnewqt/src/NewsPage.h"
 #include "ornwhatsnewqt/src/PanelController.h"
+#include "ornwhatsnewqt/src/PanelHeader.h"
+#include "ornwhatsnewqt/src/PanelStrings.h"
+#include "ornwhatsnewqt/src/RatingPage.h"
+#include "ornwhatsnewqt/src/SearchBar.h"
 
 namespace ornwhatsnewqt {
 
+struct PanelWidget::Impl {
+  Impl(PanelWidget* owner, PanelController* panelController);
+
+  void addWidgets();
+  void connectWidgets();
+  void openPage(PanelPage newPage);
+  void closePages();
+  void draw();
+  void drawRatings(const PanelStyle& style);
+  void retranslate();
+  void updateHeader();
+  void showStateError();
+  void startSearch();
+  void print();
+
+  PanelWidget* panel;
+  QPointer<PanelController> controller;
+  MessageBar* message;
+  PanelHeader* header;
+  FilterBar* filters;
+  NewsPage* news;
+  RatingPage* ratings;
+  SearchBar* search;
+  QStackedWidget* pages;
+  PanelPage page = PanelPage::News;
+  bool isOpen = false;
+};
+
+PanelWidget::Impl::Impl(PanelWidget* owner, PanelController* panelController)
+    : panel(owner),
+      controller(panelController),
+      message(new MessageBar(owner)),
+      header(new PanelHeader(owner)),
+      filters(new FilterBar(panelController, owner)),
+      news(new NewsPage(owner)),
+      ratings(new RatingPage(owner)),
+      search(new SearchBar(news, owner)),
+      pages(new QStackedWidget(owner)) {
+  addWidgets();
+  connectWidgets();
+  retranslate();
+  showStateError();
+  updateHeader();
+}
+
+void PanelWidget::Impl::addWidgets() {
+  header->setObjectName(QStringLiteral("header"));
+  filters->setObjectName(QStringLiteral("filters"));
+  message->setObjectName(QStringLiteral("messageBar"));
+  news->setObjectName(QStringLiteral("newsPage"));
+  ratings->setObjectName(QStringLiteral("ratingPage"));
+  search->setObjectName(QStringLiteral("searchBar"));
+  pages->addWidget(news);
+  pages->addWidget(ratings);
+  auto* const top = new QVBoxLayout;
+  top->setContentsMargins(kPageMargin, kPageMargin / 2, kPageMargin - 6, kPageMargin / 2);
+  top->setSpacing(6);
+  for (QWidget* bar : {static_cast<QWidget*>(message), static_cast<QWidget*>(header),
+                       static_cast<QWidget*>(filters), static_cast<QWidget*>(search)})
+    top->addWidget(bar);
+  auto* const column = new QVBoxLayout(panel);
+  column->setContentsMargins(0, 0, 0, 0);
+  column->setSpacing(0);
+  column->addLayout(top);
+  column->addWidget(pages, 1);
+}
+
+void PanelWidget::Impl::connectWidgets() {
+  connect(controller, &PanelController::changed, panel, [this] {
+    retranslate();
+    draw();
+  });
+  connect(controller, &PanelController::countChanged, panel, [this] { updateHeader(); });
+  connect(controller, &PanelController::stateErrorChanged, panel, [this] { showStateError(); });
+  connect(header, &PanelHeader::newsRequested, panel, &PanelWidget::showNews);
+  connect(header, &PanelHeader::ratingsRequested, panel, &PanelWidget::showRatings);
+  connect(header, &PanelHeader::searchRequested, panel, [this] { startSearch(); });
+  connect(header, &PanelHeader::printRequested, panel, [this] { print(); });
+  connect(news, &QTextBrowser::anchorClicked, controller, &PanelController::activateLink);
+  connect(ratings, &RatingPage::rated, controller, &PanelController::rate);
+  connect(ratings, &RatingPage::finished, header, &PanelHeader::focusPage);
+  const auto addShortcut = [this](QKeySequence::StandardKey key, void (Impl::*function)()) {
+    auto* const shortcut = new QShortcut(key, panel);
+    // In a dock, the keys belong to the main window while the focus is outside of the panel.
+    shortcut->setContext(Qt::WidgetWithChildrenShortcut);
+    connect(shortcut, &QShortcut::activated, panel, [this, function] { (this->*function)(); });
+  };
+  addShortcut(QKeySequence::Find, &Impl::startSearch);
+  addShortcut(QKeySequence::Print, &Impl::print);
+}
+
+void PanelWidget::Impl::openPage(PanelPage newPage) {
+  if (!controller) return;
+  page = newPage;
+  isOpen = true;
+  search->hide();
+  updateHeader();
+  if (page == PanelPage::News) {
+    // The controller emits changed(), which draws the page.
+    controller->display();
+    news->setFocus();
+  } else {
+    draw();
+    if (!ratings->focusNextCard()) news->setFocus();
+  }
+}
+
+void PanelWidget::Impl::closePages() {
+  if (!isOpen) return;
+  isOpen = false;
+  search->hide();
+  news->showLayout({}, PanelStyle(panel->palette(), panel->font()));
+  ratings->clear();
+  page = PanelPage::News;
+  if (controller) controller->endDisplay();
+}
+
+void PanelWidget::Impl::draw() {
+  if (!isOpen || !controller) return;
+  const PanelStyle style(panel->palette(), panel->font());
+  if (page == PanelPage::Ratings) {
+    drawRatings(style);
+  } else if (!controller->layout().paragraphs.empty()) {
+    // The layout is empty if another panel of the same controller was closed.
+    pages->setCurrentWidget(news);
+    news->showLayout(controller->layout(), style);
+  }
+  if (search->isVisible()) search->refresh();
+}
+
+// If there is nothing to rate, the page of news shows the notice of the rating view.
+void PanelWidget::Impl::drawRatings(const PanelStyle& style) {
+  const ornwhatsnew::PanelLayout layout = controller->ratingLayout();
+  ratings->showRequests(layout.ratingRequests);
+  if (ratings->isEmpty()) news->showLayout(layout, style);
+  pages->setCurrentWidget(ratings->isEmpty() ? static_cast<QWidget*>(news) : ratings);
+}
+
+void PanelWidget::Impl::retranslate() {
+  news->setAccessibleName(localizedText(strings::kNews));
+  news->setAccessibleDescription(localizedText(strings::kNewsDescription));
+  ratings->setAccessibleName(localizedText(strings::kRatings));
+  ratings->setAccessibleDescription(localizedText(strings::kRatingsDescription));
+  header->retranslate();
+  filters->refresh();
+  message->retranslate();
+}
+
+void PanelWidget::Impl::updateHeader() {
+  header->setPage(page, controller && controller->canRate());
+  filters->setVisible(page == PanelPage::News);
+}
+
+void PanelWidget::Impl::showStateError() {
+  const QString error = controller->stateError();
+  message->setMessage(error.isEmpty() ? error : localizedText(strings::kStateError, {error}));
+}
+
+void PanelWidget::Impl::startSearch() {
+  if (page == PanelPage::News) search->startSearch();
+}
+
+void PanelWidget::Impl::print() {
+  if (page != PanelPage::News || !controller) return;
+  auto* const dialog = new QPrintDialog(panel);
+  dialog->setAttribute(Qt::WA_DeleteOnClose);
+  dialog->setOption(QAbstractPrintDialog::PrintToFile);
+  connect(dialog, qOverload<QPrinter*>(&QPrintDialog::accepted), panel, [this](QPrinter* printer) {
+    if (controller) printNews(controller->layout(), panel->font(), *printer);
+  });
+  dialog->open();
+}
+
 PanelWidget::PanelWidget(WhatsNew* whatsNew, QWidget* parent)
-    : QWidget(parent), whatsNew_(whatsNew) {}
+    : QWidget(parent), impl_(std::make_unique<Impl>(this, whatsNew->controller())) {
+  installNewsAccessibility();
+}
 
 PanelWidget::~PanelWidget() {
-  whatsNew_->controller()->endDisplay();
+  impl_->closePages();
 }
 
 void PanelWidget::showNews() {
-  whatsNew_->controller()->display();
+  impl_->openPage(PanelPage::News);
 }
 
 void PanelWidget::showRatings() {
-  whatsNew_->controller()->ratingLayout();
+  impl_->openPage(PanelPage::Ratings);
+}
+
+QSize PanelWidget::sizeHint() const {
+  return QSize(720, 760);
+}
+
+void PanelWidget::changeEvent(QEvent* event) {
+  const bool isNewStyle = event->type() == QEvent::PaletteChange ||
+                          event->type() == QEvent::FontChange ||
+                          event->type() == QEvent::StyleChange;
+  if (isNewStyle) impl_->draw();
+  QWidget::changeEvent(event);
+}
+
+void PanelWidget::hideEvent(QHideEvent* event) {
+  // The user has minimised the window, and will see the same content again.
+  if (!event->spontaneous()) impl_->closePages();
+  QWidget::hideEvent(event);
+}
+
+void PanelWidget::keyPressEvent(QKeyEvent* event) {
+  if (event->key() == Qt::Key_Escape && impl_->search->isVisible()) {
+    impl_->search->endSearch();
+  } else {
+    QWidget::keyPressEvent(event);
+  }
+}
+
+void PanelWidget::showEvent(QShowEvent* event) {
+  if (!event->spontaneous() && !impl_->isOpen) showNews();
+  QWidget::showEvent(event);
 }
 
 }  // namespace ornwhatsnewqt

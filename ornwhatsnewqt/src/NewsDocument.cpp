@@ -1,0 +1,181 @@
+#include "ornwhatsnewqt/src/NewsDocument.h"
+
+#include <QtGui/QGuiApplication>
+#include <QtGui/QTextBlock>
+
+#include <ornwhatsnew/SafeLink.h>
+#include <ornwhatsnew/WhatsNewTypes.h>
+#include "ornwhatsnewqt/src/NewsFormats.h"
+
+namespace ornwhatsnewqt {
+namespace {
+
+using ornwhatsnew::LayoutParagraph;
+using ornwhatsnew::LayoutSpan;
+using ornwhatsnew::ParagraphKind;
+using ornwhatsnew::StyleID;
+
+/// Returns whether `character` has a meaning of its own in a `QTextDocument`, or is an invisible
+/// control character. Such a character could add a block or a frame.
+bool isControl(QChar character) {
+  const char16_t unit = character.unicode();
+  const bool isFrameMark = unit == 0xFDD0 || unit == 0xFDD1;
+  return unit < 0x20 || (unit >= 0x7F && unit < 0xA0) || isFrameMark ||
+         unit == QChar::ParagraphSeparator || unit == QChar::ObjectReplacementCharacter;
+}
+
+/// Returns `text` with a replacement character for each control character, so that offsets stay the
+/// same.
+QString withoutControls(const std::u16string& text) {
+  QString result = QString::fromStdU16String(text);
+  for (QChar& character : result) {
+    if (isControl(character)) character = QChar::ReplacementCharacter;
+  }
+  return result;
+}
+
+Qt::LayoutDirection directionOf(const QString& text) {
+  for (const QChar character : text) {
+    switch (character.direction()) {
+      case QChar::DirL:
+        return Qt::LeftToRight;
+      case QChar::DirR:
+      case QChar::DirAL:
+        return Qt::RightToLeft;
+      default:
+        break;
+    }
+  }
+  return QGuiApplication::layoutDirection();
+}
+
+/// Writes a layout into an empty document.
+class Writer {
+ public:
+  Writer(QTextDocument& document, const ornwhatsnew::PanelLayout& layout, const PanelStyle& style,
+         std::vector<NewsElement>& elements)
+      : cursor_(&document), layout_(layout), formats_(style), elements_(elements) {}
+
+  void write() {
+    text_ = withoutControls(layout_.text);
+    cursor_.beginEditBlock();
+    for (const LayoutParagraph& paragraph : layout_.paragraphs) {
+      if (paragraph.kind == ParagraphKind::kTitle) ++item_;
+      // A bullet without text would look like a mistake.
+      if (paragraph.range.length > 0) writeParagraph(paragraph);
+    }
+    addSpaceBelow();
+    cursor_.endEditBlock();
+  }
+
+ private:
+  QString textOf(const ornwhatsnew::TextRange& range) const {
+    return text_.mid(static_cast<qsizetype>(range.begin), static_cast<qsizetype>(range.length));
+  }
+
+  void writeParagraph(const LayoutParagraph& paragraph) {
+    const QString bullet = withoutControls(paragraph.bullet);
+    const QString text = textOf(paragraph.range);
+    QTextBlockFormat format =
+        formats_.ofBlock(paragraph.kind, !layout_.hasItems,
+                         bullet.isEmpty() ? 0 : hangingIndent(bullet), directionOf(text));
+    if (!paragraph.itemKey.empty()) format.setProperty(NewsDocument::ItemIndex, item_);
+    beginBlock(format);
+
+    const std::size_t element = elements_.size();
+    elements_.push_back({kindOf(paragraph.kind), cursor_.position(), 0, {}});
+    if (!bullet.isEmpty()) cursor_.insertText(bullet + u'\t', formats_.ofBullet());
+    for (std::size_t i = 0; i < paragraph.spans.size(); ++i) writeSpan(paragraph, i);
+    elements_[element].length = cursor_.position() - elements_[element].position;
+  }
+
+  void beginBlock(const QTextBlockFormat& format) {
+    if (elements_.empty()) {
+      cursor_.setBlockFormat(format);
+    } else {
+      cursor_.insertBlock(format, QTextCharFormat());
+    }
+  }
+
+  void writeSpan(const LayoutParagraph& paragraph, std::size_t index) {
+    const LayoutSpan& span = paragraph.spans[index];
+    const QString text = textOf(span.range);
+    if (ornwhatsnew::IsSafeLink(span.link)) {
+      const QString href = QString::fromStdU16String(span.link);
+      elements_.push_back(
+          {NewsElement::Kind::Link, cursor_.position(), static_cast<int>(text.size()), href});
+      cursor_.insertText(text, formats_.ofLink(paragraph.kind, span.style, href));
+      return;
+    }
+    const bool isBeforeLabel = index + 1 < paragraph.spans.size() &&
+                               paragraph.spans[index + 1].style == StyleID::kStyleUnlockLabel;
+    cursor_.insertText(text, isBeforeLabel && !span.style
+                                 ? formats_.ofSpaceBeforeLabel()
+                                 : formats_.ofSpan(paragraph.kind, span.style));
+  }
+
+  void addSpaceBelow() {
+    QTextBlockFormat format;
+    format.setBottomMargin(kCardPadding + kPageMargin);
+    cursor_.mergeBlockFormat(format);
+  }
+
+  qreal hangingIndent(const QString& bullet) {
+    if (bullet != lastBullet_) {
+      lastBullet_ = bullet;
+      lastHangingIndent_ = formats_.hangingIndent(bullet);
+    }
+    return lastHangingIndent_;
+  }
+
+  static NewsElement::Kind kindOf(ParagraphKind kind) {
+    switch (kind) {
+      case ParagraphKind::kTitle:
+        return NewsElement::Kind::Heading;
+      case ParagraphKind::kChange:
+        return NewsElement::Kind::ListItem;
+      default:
+        return NewsElement::Kind::Paragraph;
+    }
+  }
+
+  QTextCursor cursor_;
+  const ornwhatsnew::PanelLayout& layout_;
+  NewsFormats formats_;
+  std::vector<NewsElement>& elements_;
+  QString text_;
+  QString lastBullet_;
+  qreal lastHangingIndent_ = 0;
+  int item_ = -1;
+};
+
+}  // namespace
+
+NewsDocument::NewsDocument(const ornwhatsnew::PanelLayout& layout, const PanelStyle& style,
+                           QObject* parent)
+    : QTextDocument(parent) {
+  setUndoRedoEnabled(false);
+  setDocumentMargin(0);
+  setDefaultFont(style.font(ornwhatsnew::kFontSize_NormalSmall));
+  Writer(*this, layout, style, elements_).write();
+}
+
+QString NewsDocument::plainText(const QTextCursor& cursor) {
+  QString text = cursor.selectedText();
+  for (QChar& character : text) {
+    switch (character.unicode()) {
+      case QChar::ParagraphSeparator:
+      case QChar::LineSeparator:
+        character = u'\n';
+        break;
+      case u'\t':
+        character = u' ';
+        break;
+      default:
+        break;
+    }
+  }
+  return text;
+}
+
+}  // namespace ornwhatsnewqt

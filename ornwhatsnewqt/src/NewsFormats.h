@@ -1,0 +1,73 @@
+// Defines how each style and each kind of paragraph looks in the document of the news page.
+#ifndef ORNWHATSNEWQT_SRC_NEWSFORMATS_H_
+#define ORNWHATSNEWQT_SRC_NEWSFORMATS_H_
+
+#include <optional>
+
+#include <QtCore/QHash>
+#include <QtGui/QTextFormat>
+
+#include <ornwhatsnew/PanelLayout.h>
+#include "ornwhatsnewqt/src/PanelStyle.h"
+
+namespace ornwhatsnewqt {
+
+/// The distance between the edge of the view and the edge of a card.
+inline constexpr int kPageMargin = 16;
+/// The distance above and below the text of a card.
+inline constexpr int kCardPadding = 20;
+/// The distance between two cards.
+inline constexpr int kCardSpacing = 14;
+/// The radius of the corners of a card.
+inline constexpr int kCardRadius = 10;
+/// The maximum width of a page. Longer lines are hard to read.
+inline constexpr int kMaximumColumnWidth = 820;
+
+/// The formats of a `NewsDocument`. Creates each of them once, because the construction of a format
+/// takes longer than the insertion of a span.
+class NewsFormats {
+ public:
+  explicit NewsFormats(const PanelStyle& style);
+
+  /// Returns the format of a span with `style`, or of the text of a paragraph of the kind `kind`
+  /// that has no style.
+  const QTextCharFormat& ofSpan(ornwhatsnew::ParagraphKind kind,
+                                std::optional<ornwhatsnew::StyleID> style) const;
+
+  /// Returns the format of a span with `style` that is a link to `href`. A title does not look like
+  /// a link, because "View more" leads to the same page.
+  QTextCharFormat ofLink(ornwhatsnew::ParagraphKind kind, std::optional<ornwhatsnew::StyleID> style,
+                         const QString& href) const;
+
+  /// Returns the format of the space before a label, which is as wide as the padding of its box.
+  const QTextCharFormat& ofSpaceBeforeLabel() const { return spaceBeforeLabel_; }
+
+  /// Returns the format of a bullet.
+  const QTextCharFormat& ofBullet() const { return bullet_; }
+
+  /// Returns the format of a paragraph of the kind `kind` that is in an item or, if `isAlone`, in a
+  /// panel without items. The lines after the first one begin `hangingIndent` further inwards.
+  QTextBlockFormat ofBlock(ornwhatsnew::ParagraphKind kind, bool isAlone, qreal hangingIndent,
+                           Qt::LayoutDirection direction) const;
+
+  /// Returns the hanging indent of a change with `bullet`.
+  qreal hangingIndent(const QString& bullet) const;
+
+ private:
+  QTextCharFormat characters(float size, QFont::Weight weight, const QColor& color) const;
+  /// Returns by how much a label is raised, so that its centre is at the centre of the title beside
+  /// it. The unit is one percent of the label's height.
+  qreal labelOffset(const QFont& labelFont) const;
+  void addSpanFormats();
+  void addParagraphFormats();
+
+  PanelStyle style_;
+  QHash<int, QTextCharFormat> spans_;
+  QHash<int, QTextCharFormat> paragraphs_;
+  QTextCharFormat spaceBeforeLabel_;
+  QTextCharFormat bullet_;
+};
+
+}  // namespace ornwhatsnewqt
+
+#endif  // ORNWHATSNEWQT_SRC_NEWSFORMATS_H_
