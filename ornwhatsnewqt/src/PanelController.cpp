@@ -9,7 +9,6 @@
 #include <ornwhatsnew/SafeLink.h>
 
 #include "ornwhatsnewqt/src/LocalizedText.h"
-#include "ornwhatsnewqt/src/Services.h"
 
 namespace ornwhatsnewqt {
 namespace {
@@ -42,28 +41,30 @@ ornwhatsnew::DisplayOptions optionsOf(const Filters& filters) {
 }  // namespace
 
 PanelController::PanelController(const QString& dataFile, const Settings& settings, QObject* parent)
-    : QObject(parent), dataFile_(dataFile), store_(settings), ratingPolicy_(store_) {
-  installServices(settings);
+    : QObject(parent),
+      dataFile_(dataFile),
+      store_(settings),
+      ratingPolicy_(store_),
+      list_([this](const auto& key) { return store_.state(key); },
+            [this](const auto& key, const auto& value) { store_.setState(key, value); }),
+      filters_(readFilters(store_)) {
   connect(&store_, &SettingsStore::errorChanged, this, &PanelController::stateErrorChanged);
-  filters_ = readFilters(store_);
-  const bool isFirstStart = store_.isStateEmpty();
   readDataFile();
-  createList();
-  if (isFirstStart && settings.firstStart == FirstStart::MarkAllSeen) {
-    list_->MarkAllSeen();
-    list_->RefreshInternalSeenState();
+  list_.InitWithData(dataText_);
+  if (settings.announcesUpdates) {
+    announcement_.emplace(store_, [this] { return list_.IsAnythingNew(optionsForNews()); });
+    connect(&*announcement_, &Announcement::due, this, &PanelController::announcementDue);
   }
-  // Only the application object receives the event for a new language if there is no widget.
+  if (settings.firstStart == FirstStart::MarkAllSeen && store_.isStateEmpty()) {
+    list_.MarkAllSeen();
+    store_.commit();
+    list_.RefreshInternalSeenState();
+  }
+  // The application object receives an event for a new language even if there is no widget.
   QCoreApplication::instance()->installEventFilter(this);
 }
 
 PanelController::~PanelController() = default;
-
-void PanelController::createList() {
-  list_ = std::make_unique<ornwhatsnew::FeatureListData>(
-      dataText_, [this](const auto& key) { return store_.state(key); },
-      [this](const auto& key, const auto& value) { store_.setState(key, value); });
-}
 
 void PanelController::readDataFile() {
   QFile file(dataFile_);
@@ -78,12 +79,16 @@ void PanelController::readDataFile() {
 
 void PanelController::reload() {
   readDataFile();
-  list_->InitWithData(dataText_);
+  list_.InitWithData(dataText_);
   displayAgain();
 }
 
 ornwhatsnew::NewCount PanelController::countNew() const {
-  return list_->CountNew(optionsOf({true, filters_.thisPlatform, filters_.myVersions}));
+  return list_.CountNew(optionsForNews());
+}
+
+ornwhatsnew::DisplayOptions PanelController::optionsForNews() const {
+  return optionsOf({true, filters_.thisPlatform, filters_.myVersions});
 }
 
 void PanelController::setFilters(const Filters& filters) {
@@ -112,10 +117,11 @@ void PanelController::endDisplay() {
 void PanelController::displayAgain() {
   if (isOpen_) {
     store_.useSnapshot(true);
-    list_->RefreshInternalSeenState();
-    layout_ = list_->GetLayoutForDisplay(optionsOf(filters_));
+    list_.RefreshInternalSeenState();
+    layout_ = list_.GetLayoutForDisplay(optionsOf(filters_));
+    store_.commit();
     store_.useSnapshot(false);
-    list_->RefreshInternalSeenState();
+    list_.RefreshInternalSeenState();
   }
   Q_EMIT changed();
   Q_EMIT countChanged();
@@ -123,16 +129,17 @@ void PanelController::displayAgain() {
 
 ornwhatsnew::PanelLayout PanelController::ratingLayout() {
   ratingPolicy_.open();
-  return list_->PreviewLayout(kRatings);
+  return list_.PreviewLayout(kRatings);
 }
 
 bool PanelController::canRate() const {
   return ornappsupport::analytics::SDMUsageLogger::IsLogging() && ratingPolicy_.allowsRequest() &&
-         list_->IsAnythingNeedingRating();
+         list_.IsAnythingNeedingRating();
 }
 
 void PanelController::rate(const QString& featureKey, int stars, const QString& comment) {
-  list_->MarkItemHasBeenRated(featureKey.toStdString());
+  list_.MarkItemHasBeenRated(featureKey.toStdString());
+  store_.commit();
   Q_EMIT rated(featureKey, stars, comment);
   Q_EMIT countChanged();
 }
@@ -145,6 +152,14 @@ void PanelController::activateLink(const QUrl& url) {
   if (!ornwhatsnew::IsSafeLink(url.toString(QUrl::FullyEncoded).toStdU16String())) return;
   Q_EMIT linkActivated(url);
   QDesktopServices::openUrl(url);
+}
+
+bool PanelController::announcesUpdates() const {
+  return Announcement::isWanted(store_);
+}
+
+void PanelController::setAnnouncesUpdates(bool announces) {
+  Announcement::setWanted(store_, announces);
 }
 
 bool PanelController::eventFilter(QObject* watched, QEvent* event) {

@@ -2,7 +2,7 @@
 #ifndef ORNWHATSNEWQT_SRC_PANELCONTROLLER_H_
 #define ORNWHATSNEWQT_SRC_PANELCONTROLLER_H_
 
-#include <memory>
+#include <optional>
 
 #include <QtCore/QObject>
 #include <QtCore/QString>
@@ -12,6 +12,7 @@
 #include <ornwhatsnew/PanelLayout.h>
 #include <ornwhatsnewqt/Settings.h>
 
+#include "ornwhatsnewqt/src/Announcement.h"
 #include "ornwhatsnewqt/src/RatingPolicy.h"
 #include "ornwhatsnewqt/src/SettingsStore.h"
 
@@ -26,24 +27,25 @@ struct Filters {
   friend bool operator==(const Filters&, const Filters&) = default;
 };
 
-/// Owns the list of a `WhatsNew`. Contains no widgets, so that tests need none.
+/// Owns the list of a `WhatsNew`. Uses no widgets.
 ///
-/// From `display` to `endDisplay`, the panel is open. While it is open, new means new at the call
-/// of `display`, so that a change of the filters or the language does not hide what was just shown.
+/// From `display` to `endDisplay`, the panel is open. While it is open, a change is new if it was
+/// new at the call of `display`. Therefore, other filters or another language do not hide what the
+/// panel has just shown.
 class PanelController : public QObject {
   Q_OBJECT
  public:
-  /// Installs the services that `settings` names, and loads the list from `dataFile`.
+  /// Loads the list from `dataFile`. The services that `settings` names must be installed.
   PanelController(const QString& dataFile, const Settings& settings, QObject* parent = nullptr);
   ~PanelController() override;
 
   bool isLoaded() const { return errorString_.isEmpty(); }  ///< see `WhatsNew`
   QString errorString() const { return errorString_; }      ///< see `WhatsNew`
 
-  /// Reads the data file again; see `WhatsNew::refresh`.
+  /// Reads the data file again, and displays the open panel again; see `WhatsNew::refresh`.
   void reload();
 
-  /// Returns what is new with the current filters for platform and version.
+  /// Returns how much is new with the current filters for platform and version.
   ornwhatsnew::NewCount countNew() const;
 
   /// Returns the filters, which are stored.
@@ -52,39 +54,50 @@ class PanelController : public QObject {
   /// Replaces and stores the filters. Displays the open panel again.
   void setFilters(const Filters& filters);
 
-  /// Displays the news: creates the layout, and stores that the user has seen it. Opens the panel.
+  /// Opens the panel: creates the layout, and stores that the user has seen it.
   void display();
 
-  /// Closes the panel. The layout is released.
+  /// Closes the panel, and empties the layout.
   void endDisplay();
 
-  /// Returns the layout of the last display. It is empty if the panel is closed.
+  /// Returns the layout of the open panel. It is empty if the panel is closed.
   const ornwhatsnew::PanelLayout& layout() const { return layout_; }
 
-  /// Returns the layout of the rating page. Stores nothing, because a user who opens the rating
-  /// page has not seen the news. Uses up the request of this session: after the next `endDisplay`,
-  /// `canRate` returns false.
+  /// Returns the layout of the rating page. Does not change the state, because a user who opens the
+  /// rating page has not seen the news. Uses up the request of this session: after the next
+  /// `endDisplay`, `canRate` returns false.
   ornwhatsnew::PanelLayout ratingLayout();
 
   /// Returns whether the user can rate a feature; see `WhatsNew::rateAction`.
   bool canRate() const;
 
-  /// Reports a rating, and stores that the user has rated the feature.
+  /// Stores that the user has rated the feature, and reports the rating.
   void rate(const QString& featureKey, int stars, const QString& comment);
 
   /// Returns the text for a key text of the companion, such as
   /// "$$$/ornwhatsnewqt/Panel/Search=Search".
   QString translate(const char* keyText) const;
 
-  /// Opens `url` in a browser if it is a safe link.
+  /// Reports `url` and opens it in a browser, if it is a safe link.
   void activateLink(const QUrl& url);
 
-  /// Returns why the state cannot be stored, for users, or an empty string.
+  /// Returns why the state cannot be stored, in the user's language, or an empty string.
   QString stateError() const { return store_.error(); }
+
+  /// Returns whether the application opens the panel after updates for users who want it. If so,
+  /// the panel should contain a switch for `setAnnouncesUpdates`.
+  bool offersAnnouncements() const { return announcement_.has_value(); }
+
+  /// Returns whether the user wants the panel to open after updates.
+  bool announcesUpdates() const;
+
+  /// Stores whether the user wants the panel to open after updates.
+  void setAnnouncesUpdates(bool announces);
 
  Q_SIGNALS:
   void changed();            ///< the layout, the ratings or the language have changed: draw again
   void stateErrorChanged();  ///< `stateError()` has changed
+  void announcementDue();    ///< the panel should open now
   void countChanged();       ///< `countNew()`, `canRate()` or the language may have changed
   void rated(const QString& featureKey, int stars, const QString& comment);  ///< see `WhatsNew`
   void linkActivated(const QUrl& url);                                       ///< see `WhatsNew`
@@ -94,16 +107,16 @@ class PanelController : public QObject {
 
  private:
   void readDataFile();
-  void createList();
   void displayAgain();
-  ornwhatsnew::DisplayOptions options() const;
+  ornwhatsnew::DisplayOptions optionsForNews() const;
 
   QString dataFile_;
   ornwhatsnew::UTF8String dataText_;
   QString errorString_;
   SettingsStore store_;
   RatingPolicy ratingPolicy_;
-  std::unique_ptr<ornwhatsnew::FeatureListData> list_;
+  ornwhatsnew::FeatureListData list_;
+  std::optional<Announcement> announcement_;
   Filters filters_;
   ornwhatsnew::PanelLayout layout_;
   bool isOpen_ = false;

@@ -6,24 +6,29 @@
 #include <QtWidgets/QDialog>
 
 #include <ornwhatsnewqt/PanelWidget.h>
-#include <ornwhatsnewqt/WhatsNew.h>
 
 namespace ornwhatsnewqt {
 
-/// A window with a panel that does not block the application. Escape closes it. It deletes itself
-/// when it is closed, and returns the focus to the widget that had it before.
+/// A window with a panel that does not block the application. Escape closes it. When it is closed,
+/// it deletes itself, and returns the focus to the widget that had it before.
 class PanelWindow : public QDialog {
   Q_OBJECT
  public:
-  /// Creates a hidden window. Its parent is the parent of `whatsNew` if that is a widget.
+  /// The function that shows a page of the panel.
+  using Page = void (PanelWidget::*)();
+
+  /// Creates a hidden window. It belongs to the parent of `whatsNew` if that is a widget.
   explicit PanelWindow(WhatsNew* whatsNew);
   ~PanelWindow() override;
 
   /// Shows a page of the panel, and activates the window.
-  void open(void (PanelWidget::*showPage)());
-  using QDialog::open;
+  void showPage(Page page);
+
+ protected:
+  void changeEvent(QEvent* event) override;
 
  private:
+  void updateTitle();
   void returnFocus();
 
   PanelWidget* panel_;

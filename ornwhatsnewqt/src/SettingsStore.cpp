@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <string_view>
 
 #include <QtCore/QDir>
 #include <QtCore/QFileInfo>
@@ -14,20 +15,19 @@
 namespace ornwhatsnewqt {
 namespace {
 
-constexpr int kLockPatienceInMilliseconds = 5000;
+constexpr std::string_view kLockedText =
+    "$$$/ornwhatsnewqt/Store/Locked=another program has locked '@0'";
+constexpr std::string_view kNotWritableText =
+    "$$$/ornwhatsnewqt/Store/NotWritable=cannot write '@0'";
 
 constexpr std::array kStateKeys = {&ornwhatsnew::kAllSeenItemsKey,
                                    &ornwhatsnew::kLastVersionSeenKey,
                                    &ornwhatsnew::kAllVersionsSeenKey};
 
-QString fromUtf8(const ornwhatsnew::UTF8String& text) {
-  return QString::fromStdString(text);
-}
-
 }  // namespace
 
-SettingsStore::SettingsStore(const Settings& settings, QObject* parent)
-    : QObject(parent), file_(settings.settingsFile) {
+SettingsStore::SettingsStore(const Settings& settings, std::chrono::milliseconds patience)
+    : file_(settings.settingsFile), patience_(patience) {
   if (settings.stateGetter && settings.stateSetter) {
     getter_ = settings.stateGetter;
     setter_ = settings.stateSetter;
@@ -53,7 +53,7 @@ ornwhatsnew::UTF8String SettingsStore::state(const ornwhatsnew::UTF8String& key)
   } else {
     const auto settings = open();
     settings->sync();
-    value = settings->value(fromUtf8(key)).toString().toStdString();
+    value = settings->value(QString::fromStdString(key)).toString().toStdString();
   }
   return value;
 }
@@ -68,22 +68,26 @@ void SettingsStore::takeSnapshot() {
 
 void SettingsStore::setState(const ornwhatsnew::UTF8String& key,
                              const ornwhatsnew::UTF8String& value) {
-  if (setter_) {
-    read_[key] = ornwhatsnew::MergePersistedValue(key, getter_(key), read_[key], value);
-    setter_(key, read_[key]);
-    return;
-  }
   unsaved_[key] = value;
-  if (change([this](QSettings& settings) { writeUnsavedTo(settings); })) unsaved_.clear();
 }
 
-void SettingsStore::writeUnsavedTo(QSettings& settings) {
-  for (const auto& [key, value] : unsaved_) {
-    const QString name = fromUtf8(key);
-    const auto stored = settings.value(name).toString().toStdString();
-    const auto merged = ornwhatsnew::MergePersistedValue(key, stored, read_[key], value);
-    if (merged != stored) settings.setValue(name, fromUtf8(merged));
+void SettingsStore::commit() {
+  if (setter_) {
+    for (const auto& [key, value] : unsaved_) {
+      setter_(key, ornwhatsnew::MergePersistedValue(key, getter_(key), read_[key], value));
+    }
+    unsaved_.clear();
+    return;
   }
+  const bool isWritten = change([this](QSettings& settings) {
+    for (const auto& [key, value] : unsaved_) {
+      const QString name = QString::fromStdString(key);
+      const auto stored = settings.value(name).toString().toStdString();
+      const auto merged = ornwhatsnew::MergePersistedValue(key, stored, read_[key], value);
+      if (merged != stored) settings.setValue(name, QString::fromStdString(merged));
+    }
+  });
+  if (isWritten) unsaved_.clear();
 }
 
 QVariant SettingsStore::value(const QString& key) const {
@@ -103,29 +107,23 @@ bool SettingsStore::setValue(const QString& key, const QVariant& value) {
 
 bool SettingsStore::change(const std::function<void(QSettings&)>& edit) {
   const auto settings = open();
-  const QFileInfo file(settings->fileName());
-  QDir().mkpath(file.absolutePath());
+  const QString file = QFileInfo(settings->fileName()).absoluteFilePath();
+  QDir().mkpath(QFileInfo(file).absolutePath());
   // QSettings itself locks the file with the suffix ".lock" during each read and each write.
-  QLockFile lock(file.absoluteFilePath() + QStringLiteral(".whatsnew.lock"));
-  if (!lock.tryLock(kLockPatienceInMilliseconds)) {
-    setError(
-        localizedText("$$$/ornwhatsnewqt/Store/Locked=What you have seen cannot be stored, because "
-                      "another program locks the file @0.",
-                      {file.absoluteFilePath()}));
+  QLockFile lock(file + QStringLiteral(".whatsnew.lock"));
+  if (!lock.tryLock(static_cast<int>(patience_.count())) &&
+      lock.error() == QLockFile::LockFailedError) {
+    setError(localizedText(kLockedText, {file}));
     return false;
   }
   settings->sync();
-  if (settings->status() == QSettings::NoError) {
+  bool isWritten = lock.isLocked() && settings->status() == QSettings::NoError;
+  if (isWritten) {
     edit(*settings);
     settings->sync();
+    isWritten = settings->status() == QSettings::NoError;
   }
-  const bool isWritten = settings->status() == QSettings::NoError;
-  setError(isWritten
-               ? QString()
-               : localizedText(
-                     "$$$/ornwhatsnewqt/Store/NotWritable=What you have seen cannot be stored, "
-                     "because the file @0 cannot be written.",
-                     {file.absoluteFilePath()}));
+  setError(isWritten ? QString() : localizedText(kNotWritableText, {file}));
   return isWritten;
 }
 

@@ -2,6 +2,7 @@
 #ifndef ORNWHATSNEWQT_SRC_SETTINGSSTORE_H_
 #define ORNWHATSNEWQT_SRC_SETTINGSSTORE_H_
 
+#include <chrono>
 #include <functional>
 #include <map>
 #include <memory>
@@ -18,14 +19,19 @@ namespace ornwhatsnewqt {
 
 /// Reads and writes the three strings of the state, and values of the companion itself.
 ///
-/// Several programs can use one `QSettings` at the same time. Each write reads the stored values
-/// while it holds a lock file, merges the strings of the state with them, and writes the result. If
-/// a write fails, the object keeps the strings of the state and writes them with the next ones.
+/// Several programs can use one `QSettings` at the same time. Each write takes a lock file, reads
+/// the stored values, merges the strings of the state with them, and writes the result. If a write
+/// fails, the object keeps the strings of the state, and the next write includes them.
 class SettingsStore : public QObject {
   Q_OBJECT
  public:
-  /// Uses the callbacks, or else the `QSettings`, that `settings` names. Reads nothing.
-  explicit SettingsStore(const Settings& settings, QObject* parent = nullptr);
+  /// The default for the maximum time that a write waits for the writes of other programs. The
+  /// application does not react to its user during this time.
+  static constexpr std::chrono::milliseconds kDefaultPatience{2000};
+
+  /// Uses the callbacks and the `QSettings` that `settings` names. Reads nothing.
+  explicit SettingsStore(const Settings& settings,
+                         std::chrono::milliseconds patience = kDefaultPatience);
   ~SettingsStore() override;
 
   /// Returns a string of the state.
@@ -39,9 +45,12 @@ class SettingsStore : public QObject {
   void takeSnapshot();
   void useSnapshot(bool isUsed) { usesSnapshot_ = isUsed; }
 
-  /// Stores a string of the state, merged with what other programs have stored; see
-  /// `ornwhatsnew::MergePersistedValue`.
+  /// Buffers a string of the state for the next `commit`.
   void setState(const ornwhatsnew::UTF8String& key, const ornwhatsnew::UTF8String& value);
+
+  /// Writes the buffered strings of the state, merged with what other programs have stored; see
+  /// `ornwhatsnew::MergePersistedValue`.
+  void commit();
 
   /// Returns a value of the companion, or an invalid one.
   QVariant value(const QString& key) const;
@@ -50,7 +59,7 @@ class SettingsStore : public QObject {
   /// several programs that store the same value, only one receives true.
   bool setValue(const QString& key, const QVariant& value);
 
-  /// Returns why the last write failed, for users, or an empty string.
+  /// Returns why the last write failed, in the user's language, or an empty string.
   QString error() const { return error_; }
 
  Q_SIGNALS:
@@ -62,10 +71,10 @@ class SettingsStore : public QObject {
 
   std::unique_ptr<QSettings> open() const;
   bool change(const std::function<void(QSettings&)>& edit);
-  void writeUnsavedTo(QSettings& settings);
   void setError(const QString& error);
 
   QString file_;
+  std::chrono::milliseconds patience_;
   ornwhatsnew::StateGetter getter_;
   ornwhatsnew::StateSetter setter_;
   StateValues snapshot_;

@@ -1,5 +1,8 @@
 #include <ornwhatsnewqt/WhatsNew.h>
 
+#include <memory>
+#include <utility>
+
 #include <QtCore/QLocale>
 #include <QtCore/QPointer>
 #include <QtGui/QAction>
@@ -7,61 +10,79 @@
 #include "ornwhatsnewqt/src/LocalizedText.h"
 #include "ornwhatsnewqt/src/PanelController.h"
 #include "ornwhatsnewqt/src/PanelWindow.h"
+#include "ornwhatsnewqt/src/Services.h"
 
 namespace ornwhatsnewqt {
 
 struct WhatsNew::Impl {
-  Impl(const QString& dataFile, const Settings& settings) : controller(dataFile, settings) {}
+  explicit Impl(std::unique_ptr<PanelController> panelController)
+      : controller(std::move(panelController)) {}
 
-  PanelController controller;
+  void updateActions();
+  void showPage(WhatsNew* whatsNew, PanelWindow::Page page);
+
+  std::unique_ptr<PanelController> controller;
   QAction showAction;
   QAction rateAction;
   QPointer<PanelWindow> window;
-
-  void updateActions();
 };
 
 namespace {
 
-/// Returns the text of the action that opens the panel.
-QString showText(const ornwhatsnew::NewCount& count) {
-  if (count.changes > 0) {
-    return localizedText("$$$/ornwhatsnewqt/Action/ShowCount=What's New (@0)",
-                         {QLocale().toString(static_cast<qulonglong>(count.changes))});
-  }
-  if (count.items > 0) return localizedText("$$$/ornwhatsnewqt/Action/ShowDot=What's New ^B");
-  return localizedText("$$$/ornwhatsnewqt/Action/Show=What's New");
+// The controller reads the version and the features when it loads the list.
+std::unique_ptr<PanelController> createController(const QString& dataFile,
+                                                  const Settings& settings) {
+  installServices(settings);
+  return std::make_unique<PanelController>(dataFile, settings);
 }
 
 }  // namespace
 
 void WhatsNew::Impl::updateActions() {
-  showAction.setText(showText(controller.countNew()));
+  const ornwhatsnew::NewCount count = controller->countNew();
+  const QString changes = QLocale().toString(static_cast<qulonglong>(count.changes));
+  if (count.changes > 0) {
+    showAction.setText(
+        localizedText("$$$/ornwhatsnewqt/Action/ShowCount=What's New (@0)", {changes}));
+    showAction.setToolTip(
+        localizedText("$$$/ornwhatsnewqt/Action/NewChanges=New changes: @0", {changes}));
+  } else if (count.items > 0) {
+    showAction.setText(localizedText("$$$/ornwhatsnewqt/Action/ShowDot=What's New ^B"));
+    showAction.setToolTip(localizedText("$$$/ornwhatsnewqt/Action/SomethingNew=Something is new"));
+  } else {
+    showAction.setText(localizedText("$$$/ornwhatsnewqt/Action/Show=What's New"));
+    showAction.setToolTip(localizedText("$$$/ornwhatsnewqt/Action/NothingNew=Nothing is new"));
+  }
   rateAction.setText(localizedText("$$$/ornwhatsnewqt/Action/Rate=Rate Features"));
-  rateAction.setEnabled(controller.canRate());
+  rateAction.setEnabled(controller->canRate());
+}
+
+void WhatsNew::Impl::showPage(WhatsNew* whatsNew, PanelWindow::Page page) {
+  const bool isNew = !window;
+  if (isNew) {
+    window = new PanelWindow(whatsNew);
+    // The closed window exists until the event loop runs. Do not show it again.
+    connect(window, &QDialog::finished, whatsNew, [this] { window.clear(); });
+  }
+  window->showPage(page);
+  if (isNew) Q_EMIT whatsNew->opened();
 }
 
 WhatsNew::WhatsNew(const QString& dataFile, const Settings& settings, QObject* parent)
-    : QObject(parent), impl_(std::make_unique<Impl>(dataFile, settings)) {
-  const auto openWindow = [this](void (PanelWidget::*showPage)()) {
-    if (!impl_->window) {
-      impl_->window = new PanelWindow(this);
-      Q_EMIT opened();
-    }
-    impl_->window->open(showPage);
-  };
-  connect(&impl_->showAction, &QAction::triggered, this,
-          [openWindow] { openWindow(&PanelWidget::showNews); });
+    : QObject(parent), impl_(std::make_unique<Impl>(createController(dataFile, settings))) {
+  const auto showNews = [this] { impl_->showPage(this, &PanelWidget::showNews); };
+  connect(&impl_->showAction, &QAction::triggered, this, showNews);
   connect(&impl_->rateAction, &QAction::triggered, this,
-          [openWindow] { openWindow(&PanelWidget::showRatings); });
-  connect(&impl_->controller, &PanelController::countChanged, this,
-          [this] { impl_->updateActions(); });
-  connect(&impl_->controller, &PanelController::rated, this, &WhatsNew::rated);
-  connect(&impl_->controller, &PanelController::linkActivated, this, &WhatsNew::linkActivated);
+          [this] { impl_->showPage(this, &PanelWidget::showRatings); });
+  const PanelController* const controller = impl_->controller.get();
+  connect(controller, &PanelController::announcementDue, this, showNews);
+  connect(controller, &PanelController::countChanged, this, [this] { impl_->updateActions(); });
+  connect(controller, &PanelController::rated, this, &WhatsNew::rated);
+  connect(controller, &PanelController::linkActivated, this, &WhatsNew::linkActivated);
   impl_->updateActions();
 }
 
-// The window uses the controller.
+// The window uses the controller, so it must not outlive this object.
 WhatsNew::~WhatsNew() {
   delete impl_->window;
 }
@@ -75,19 +96,19 @@ QAction* WhatsNew::rateAction() const {
 }
 
 bool WhatsNew::isLoaded() const {
-  return impl_->controller.isLoaded();
+  return impl_->controller->isLoaded();
 }
 
 QString WhatsNew::errorString() const {
-  return impl_->controller.errorString();
+  return impl_->controller->errorString();
 }
 
 void WhatsNew::refresh() {
-  impl_->controller.reload();
+  impl_->controller->reload();
 }
 
 PanelController* WhatsNew::controller() const {
-  return &impl_->controller;
+  return impl_->controller.get();
 }
 
 }  // namespace ornwhatsnewqt
