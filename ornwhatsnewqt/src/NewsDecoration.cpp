@@ -17,10 +17,9 @@ namespace {
 // An edge at this distance outside of the visible part is not visible, even if it is rounded.
 constexpr qreal kInvisibleDistance = 2 * kCardRadius;
 
-/// Returns the index of the item of `block`, or -1.
-int itemOf(const QTextBlock& block) {
-  const QVariant item = block.blockFormat().property(NewsDocument::ItemIndex);
-  return item.isValid() ? item.toInt() : -1;
+/// Returns the `ItemPart` of `block`, or 0.
+int partOf(const QTextBlock& block) {
+  return block.blockFormat().intProperty(NewsDocument::Part);
 }
 
 }  // namespace
@@ -48,18 +47,15 @@ void NewsDecoration::drawCards(QPainter& painter) const {
   // The padding of the card above can be visible, although its text is not.
   if (block.previous().isValid()) block = block.previous();
   qreal top = visible_.top() - kInvisibleDistance;
-  int item = itemOf(block.previous());
   for (; isVisible(block); block = block.next()) {
-    if (itemOf(block) != item) {
-      item = itemOf(block);
-      top = rectOf(block).top() - kCardPadding;
-    }
+    if (partOf(block) == 0) continue;
+    if (partOf(block) == NewsDocument::FirstBlock) top = rectOf(block).top() - kCardPadding;
     const QTextBlock next = block.next();
-    if (item < 0 || (next.isValid() && itemOf(next) == item && isVisible(next))) continue;
-    const bool isLast = !next.isValid() || itemOf(next) != item;
-    drawCard(
-        painter, top,
-        isLast ? rectOf(block).bottom() + kCardPadding : visible_.bottom() + kInvisibleDistance);
+    if (partOf(next) != NewsDocument::LaterBlock) {
+      drawCard(painter, top, rectOf(block).bottom() + kCardPadding);
+    } else if (!isVisible(next)) {
+      drawCard(painter, top, visible_.bottom() + kInvisibleDistance);
+    }
   }
 }
 

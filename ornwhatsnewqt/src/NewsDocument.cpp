@@ -1,6 +1,7 @@
 #include "ornwhatsnewqt/src/NewsDocument.h"
 
 #include <algorithm>
+#include <set>
 
 #include <QtGui/QGuiApplication>
 #include <QtGui/QTextBlock>
@@ -22,9 +23,6 @@ using ornwhatsnew::StyleID;
 // line would be raised into the line above.
 constexpr QChar kLabelStrut(0x2060);
 
-// A panel without items shows its notice in the upper third.
-constexpr qreal kSpaceAboveNotice = 120;
-
 /// Returns whether `character` has a meaning of its own in a `QTextDocument`, or is an invisible
 /// control character. Such a character could add a block or a frame.
 bool isControl(QChar character) {
@@ -44,21 +42,6 @@ QString withoutControls(const std::u16string& text) {
   return result;
 }
 
-Qt::LayoutDirection directionOf(const QString& text) {
-  for (const QChar character : text) {
-    switch (character.direction()) {
-      case QChar::DirL:
-        return Qt::LeftToRight;
-      case QChar::DirR:
-      case QChar::DirAL:
-        return Qt::RightToLeft;
-      default:
-        break;
-    }
-  }
-  return QGuiApplication::layoutDirection();
-}
-
 /// Writes a layout into an empty document.
 class Writer {
  public:
@@ -70,7 +53,6 @@ class Writer {
     text_ = withoutControls(layout_.text);
     cursor_.beginEditBlock();
     for (const LayoutParagraph& paragraph : layout_.paragraphs) {
-      if (paragraph.kind == ParagraphKind::kTitle) ++item_;
       // A bullet without text would look like a mistake.
       if (paragraph.range.length > 0) writeParagraph(paragraph);
     }
@@ -83,19 +65,26 @@ class Writer {
     return text_.mid(static_cast<qsizetype>(range.begin), static_cast<qsizetype>(range.length));
   }
 
+  /// Returns the direction of the first character in `range` that has one.
+  Qt::LayoutDirection directionOf(const ornwhatsnew::TextRange& range) const {
+    for (std::size_t i = range.begin; i < range.begin + range.length; ++i) {
+      switch (text_[static_cast<qsizetype>(i)].direction()) {
+        case QChar::DirL:
+          return Qt::LeftToRight;
+        case QChar::DirR:
+        case QChar::DirAL:
+          return Qt::RightToLeft;
+        default:
+          break;
+      }
+    }
+    return QGuiApplication::layoutDirection();
+  }
+
   void writeParagraph(const LayoutParagraph& paragraph) {
     const QString bullet = withoutControls(paragraph.bullet);
-    const QString text = textOf(paragraph.range);
-    QTextBlockFormat format = formats_.ofBlock(
-        paragraph.kind, bullet.isEmpty() ? 0 : hangingIndent(bullet), directionOf(text));
-    if (!paragraph.itemKey.empty()) format.setProperty(NewsDocument::ItemIndex, item_);
-    const bool isFirstTitle = paragraph.kind == ParagraphKind::kTitle && item_ == 0;
-    if (isFirstTitle) format.setTopMargin(kCardPadding + kCardSpacing);
-    const bool isFirstNotice = paragraph.kind == ParagraphKind::kNotice && !hasNotice_;
-    if (isFirstNotice) format.setTopMargin(kSpaceAboveNotice);
-    hasNotice_ = hasNotice_ || isFirstNotice;
-    beginBlock(format);
-
+    const bool isFirst = kinds_.insert(paragraph.kind).second;
+    beginBlock(formats_.ofBlock(paragraph.kind, bullet, directionOf(paragraph.range), isFirst));
     const std::size_t element = elements_.size();
     elements_.push_back({kindOf(paragraph.kind), cursor_.position(), 0, {}});
     if (!bullet.isEmpty()) cursor_.insertText(bullet + u'\t', formats_.ofBullet());
@@ -145,14 +134,6 @@ class Writer {
     cursor_.mergeBlockFormat(format);
   }
 
-  qreal hangingIndent(const QString& bullet) {
-    if (bullet != lastBullet_) {
-      lastBullet_ = bullet;
-      lastHangingIndent_ = formats_.hangingIndent(bullet);
-    }
-    return lastHangingIndent_;
-  }
-
   static NewsElement::Kind kindOf(ParagraphKind kind) {
     switch (kind) {
       case ParagraphKind::kTitle:
@@ -169,10 +150,7 @@ class Writer {
   NewsFormats formats_;
   std::vector<NewsElement>& elements_;
   QString text_;
-  QString lastBullet_;
-  qreal lastHangingIndent_ = 0;
-  int item_ = -1;
-  bool hasNotice_ = false;
+  std::set<ParagraphKind> kinds_;  // the kinds of the paragraphs so far
 };
 
 }  // namespace

@@ -21,12 +21,14 @@ constexpr qreal kBulletSpacing = 12;
 
 /// Returns the space above a paragraph. The space between two paragraphs is the larger one of the
 /// spaces around them, and not their sum.
-qreal spaceAbove(ParagraphKind kind) {
+qreal spaceAbove(ParagraphKind kind, bool isFirst) {
   switch (kind) {
     case ParagraphKind::kTitle:
-      return 2 * kCardPadding + kCardSpacing;
+      // Above the first title, there is no card.
+      return kCardPadding + kCardSpacing + (isFirst ? 0 : kCardPadding);
     case ParagraphKind::kNotice:
-      return 16;
+      // The first notice is in the upper third of a page without items.
+      return isFirst ? 120 : 16;
     default:
       return 8;
   }
@@ -118,21 +120,35 @@ QTextCharFormat NewsFormats::ofLink(ParagraphKind kind, std::optional<StyleID> s
   return format;
 }
 
-QTextBlockFormat NewsFormats::ofBlock(ParagraphKind kind, qreal hangingIndent,
-                                      Qt::LayoutDirection direction) const {
+const QTextBlockFormat& NewsFormats::ofBlock(ParagraphKind kind, const QString& bullet,
+                                             Qt::LayoutDirection direction, bool isFirst) {
+  const BlockKey key(kind, bullet, direction, isFirst);
+  const auto found = blocks_.find(key);
+  return found != blocks_.end() ? found->second
+                                : blocks_.emplace(key, makeBlock(key)).first->second;
+}
+
+QTextBlockFormat NewsFormats::makeBlock(const BlockKey& key) const {
+  const auto& [kind, bullet, direction, isFirst] = key;
   const bool isInCard = kind != ParagraphKind::kHeader && kind != ParagraphKind::kNotice;
-  const qreal margin = kPageMargin + (isInCard ? ornwhatsnew::kRightMargin : 0);
   const bool isRightToLeft = direction == Qt::RightToLeft;
+  const qreal margin = kPageMargin + (isInCard ? ornwhatsnew::kRightMargin : 0);
+  const qreal indent = bullet.isEmpty() ? 0 : hangingIndent(bullet);
   QTextBlockFormat format;
   format.setLayoutDirection(direction);
-  format.setTopMargin(spaceAbove(kind));
-  format.setLeftMargin(margin + (isRightToLeft ? 0 : hangingIndent));
-  format.setRightMargin(margin + (isRightToLeft ? hangingIndent : 0));
-  if (kind == ParagraphKind::kNotice) format.setAlignment(Qt::AlignHCenter);
+  format.setTopMargin(spaceAbove(kind, isFirst));
+  format.setLeftMargin(margin + (isRightToLeft ? 0 : indent));
+  format.setRightMargin(margin + (isRightToLeft ? indent : 0));
   format.setLineHeight(kLineSpacing, QTextBlockFormat::LineDistanceHeight);
-  if (hangingIndent > 0) {
-    format.setTextIndent(-hangingIndent);
-    format.setTabPositions({QTextOption::Tab(hangingIndent, QTextOption::LeftTab)});
+  if (kind == ParagraphKind::kNotice) format.setAlignment(Qt::AlignHCenter);
+  if (isInCard) {
+    format.setProperty(NewsDocument::Part, kind == ParagraphKind::kTitle
+                                               ? NewsDocument::FirstBlock
+                                               : NewsDocument::LaterBlock);
+  }
+  if (indent > 0) {
+    format.setTextIndent(-indent);
+    format.setTabPositions({QTextOption::Tab(indent, QTextOption::LeftTab)});
   }
   return format;
 }

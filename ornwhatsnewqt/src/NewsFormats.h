@@ -2,9 +2,12 @@
 #ifndef ORNWHATSNEWQT_SRC_NEWSFORMATS_H_
 #define ORNWHATSNEWQT_SRC_NEWSFORMATS_H_
 
+#include <map>
 #include <optional>
+#include <tuple>
 
 #include <QtCore/QHash>
+#include <QtCore/QString>
 #include <QtGui/QTextFormat>
 
 #include <ornwhatsnew/PanelLayout.h>
@@ -48,15 +51,17 @@ class NewsFormats {
   /// Returns the format of a bullet.
   const QTextCharFormat& ofBullet() const { return bullet_; }
 
-  /// Returns the format of a paragraph of the kind `kind`. The lines after the first one begin
-  /// `hangingIndent` further inwards.
-  QTextBlockFormat ofBlock(ornwhatsnew::ParagraphKind kind, qreal hangingIndent,
-                           Qt::LayoutDirection direction) const;
-
-  /// Returns the hanging indent of a change with `bullet`.
-  qreal hangingIndent(const QString& bullet) const;
+  /// Returns the format of a paragraph of the kind `kind`. The lines after the first one are
+  /// aligned with the text after `bullet`. `isFirst` says that the paragraph is the first one of
+  /// its kind.
+  const QTextBlockFormat& ofBlock(ornwhatsnew::ParagraphKind kind, const QString& bullet,
+                                  Qt::LayoutDirection direction, bool isFirst);
 
  private:
+  using BlockKey = std::tuple<ornwhatsnew::ParagraphKind, QString, Qt::LayoutDirection, bool>;
+
+  QTextBlockFormat makeBlock(const BlockKey& key) const;
+  qreal hangingIndent(const QString& bullet) const;
   QTextCharFormat characters(float size, QFont::Weight weight, const QColor& color) const;
   /// Returns by how much a label is raised, so that its centre is at the centre of the title beside
   /// it. The unit is one percent of the label's height.
@@ -67,6 +72,7 @@ class NewsFormats {
   PanelStyle style_;
   QHash<int, QTextCharFormat> spans_;
   QHash<int, QTextCharFormat> paragraphs_;
+  std::map<BlockKey, QTextBlockFormat> blocks_;
   QTextCharFormat labelStrut_;
   QTextCharFormat bullet_;
 };

@@ -13,6 +13,7 @@
 #include <QtWidgets/QScrollBar>
 #include <QtWidgets/QToolTip>
 
+#include "ornwhatsnewqt/src/NewsAccessibility.h"
 #include "ornwhatsnewqt/src/NewsDecoration.h"
 #include "ornwhatsnewqt/src/NewsFormats.h"
 
@@ -21,6 +22,7 @@ NewsPage::NewsPage(QWidget* parent)
     : QTextBrowser(parent),
       style_(palette(), font()),
       document_(std::make_unique<NewsDocument>(ornwhatsnew::PanelLayout(), style_)) {
+  installNewsAccessibility();
   setDocument(document_.get());
   setFrameShape(QFrame::NoFrame);
   setOpenLinks(false);
@@ -108,10 +110,12 @@ bool NewsPage::focusNextPrevChild(bool next) {
 }
 
 void NewsPage::keyPressEvent(QKeyEvent* event) {
-  const int position = textCursor().position();
+  const QTextCursor before = textCursor();
   QTextBrowser::keyPressEvent(event);
+  const QTextCursor after = textCursor();
+  const bool isMoved = before.position() != after.position() || before.anchor() != after.anchor();
   // A page to read shows no text cursor until the user moves it.
-  if (textCursor().position() != position) setCursorWidth(1);
+  if (isMoved) setCursorWidth(1);
 }
 
 void NewsPage::paintEvent(QPaintEvent* event) {

@@ -29,9 +29,11 @@ qreal contrast(const QColor& first, const QColor& second) {
 }
 
 QColor mix(const QColor& from, const QColor& to, float share) {
-  return QColor::fromRgbF(from.redF() + (to.redF() - from.redF()) * share,
-                          from.greenF() + (to.greenF() - from.greenF()) * share,
-                          from.blueF() + (to.blueF() - from.blueF()) * share);
+  const auto component = [share](int first, int second) {
+    return first + qRound(share * static_cast<float>(second - first));
+  };
+  return QColor(component(from.red(), to.red()), component(from.green(), to.green()),
+                component(from.blue(), to.blue()));
 }
 
 /// Returns `wanted`, moved towards `text` until it is readable on both backgrounds.

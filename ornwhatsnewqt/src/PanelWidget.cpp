@@ -17,7 +17,6 @@
 #include "ornwhatsnewqt/src/FilterBar.h"
 #include "ornwhatsnewqt/src/LocalizedText.h"
 #include "ornwhatsnewqt/src/MessageBar.h"
-#include "ornwhatsnewqt/src/NewsAccessibility.h"
 #include "ornwhatsnewqt/src/NewsFormats.h"
 #include "ornwhatsnewqt/src/NewsPage.h"
 #include "ornwhatsnewqt/src/PanelController.h"
@@ -233,9 +232,7 @@ void PanelWidget::Impl::print() {
 }
 
 PanelWidget::PanelWidget(WhatsNew* whatsNew, QWidget* parent)
-    : QWidget(parent), impl_(std::make_unique<Impl>(this, whatsNew->controller())) {
-  installNewsAccessibility();
-}
+    : QWidget(parent), impl_(std::make_unique<Impl>(this, whatsNew->controller())) {}
 
 PanelWidget::~PanelWidget() {
   impl_->closePages();

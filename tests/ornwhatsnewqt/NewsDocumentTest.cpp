@@ -59,7 +59,7 @@ class NewsDocumentTest : public QObject {
   void plainTextContainsNoInvisibleUnits();
   void labelsStayInOneLine();
   void elementsAreHeadingsListItemsAndLinks();
-  void itemsHaveTheirIndex();
+  void itemsBeginWithTheirTitle();
 };
 
 void NewsDocumentTest::everyStyleHasItsSizeAndColor_data() {
@@ -236,14 +236,16 @@ void NewsDocumentTest::elementsAreHeadingsListItemsAndLinks() {
   QVERIFY(!link.contains(link.position + link.length));
 }
 
-void NewsDocumentTest::itemsHaveTheirIndex() {
+void NewsDocumentTest::itemsBeginWithTheirTitle() {
   TestLayout layout;
   layout.header(u"Changes").title(u"Map").change(u"Faster").title(u"Map").change(u"Smaller");
   const NewsDocument document(layout.layout(), style());
-  QVariantList items;
+  QList<int> parts;
   for (QTextBlock block = document.begin(); block.isValid(); block = block.next())
-    items.append(block.blockFormat().property(NewsDocument::ItemIndex));
-  QCOMPARE(items, (QVariantList{QVariant(), 0, 0, 1, 1}));
+    parts.append(block.blockFormat().intProperty(NewsDocument::Part));
+  const int first = NewsDocument::FirstBlock;
+  const int later = NewsDocument::LaterBlock;
+  QCOMPARE(parts, (QList<int>{0, first, later, first, later}));
 }
 
 }  // namespace

@@ -2,6 +2,9 @@
 
 #include <memory>
 
+#include <QtGui/private/qguiapplication_p.h>
+#include <QtGui/qpa/qplatformaccessibility.h>
+#include <QtGui/qpa/qplatformintegration.h>
 #include <QtTest/QSignalSpy>
 #include <QtTest/QTest>
 #include <QtWidgets/QApplication>
@@ -13,7 +16,6 @@
 #include <ornwhatsnewqt/PanelWidget.h>
 #include <ornwhatsnewqt/WhatsNew.h>
 
-#include "ornwhatsnewqt/src/NewsAccessibility.h"
 #include "ornwhatsnewqt/src/NewsPage.h"
 #include "ornwhatsnewqt/src/RatingCard.h"
 #include "ornwhatsnewqt/src/RatingPage.h"
@@ -85,9 +87,9 @@ class PanelAccessibilityTest : public QObject {
 };
 
 void PanelAccessibilityTest::initTestCase() {
-  QAccessible::setActive(true);
+  // Without a desktop, no assistive tool activates the events.
+  QGuiApplicationPrivate::platformIntegration()->accessibility()->setActive(true);
   QAccessible::installUpdateHandler(recordEvent);
-  ornwhatsnewqt::installNewsAccessibility();
 }
 
 void PanelAccessibilityTest::cleanupTestCase() {
@@ -289,7 +291,7 @@ void PanelAccessibilityTest::everyControlHasANameAndADescription() {
     QVERIFY2(!interface->text(QAccessible::Description).isEmpty(), qPrintable(what));
     ++controls;
   }
-  QVERIFY(controls >= 18);
+  QVERIFY2(controls >= 18, qPrintable(QString::number(controls)));
 }
 
 void PanelAccessibilityTest::ratingsAreRadioButtonsInANamedGroup() {
