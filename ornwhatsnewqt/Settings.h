@@ -36,9 +36,6 @@ enum class FirstStart {
 struct ORNWHATSNEWQT_EXPORT Settings {
   /// Creates settings with the version of `QCoreApplication` and the platform of the build.
   Settings();
-  Settings(const Settings& other);             ///< copies all members
-  Settings& operator=(const Settings& other);  ///< copies all members
-  ~Settings();
 
   /// Returns settings that name no service, for the second `WhatsNew` of a process.
   static Settings withoutServices();
@@ -63,8 +60,8 @@ struct ORNWHATSNEWQT_EXPORT Settings {
   /// The INI file of the state, the filters and the other values that the companion stores. If
   /// empty, they are in the `QSettings` of the application.
   QString settingsFile;
-  /// Callbacks that read and write the state instead of `QSettings`. Both or neither must be set.
-  /// The filters and the other values of the companion remain in `QSettings`.
+  /// Callbacks that read and write the state instead of `QSettings`. If one of them is empty,
+  /// neither is used. The filters and the other values of the companion remain in `QSettings`.
   ornwhatsnew::StateGetter stateGetter;
   ornwhatsnew::StateSetter stateSetter;  ///< see `stateGetter`
 

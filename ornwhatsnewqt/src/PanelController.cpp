@@ -144,10 +144,6 @@ void PanelController::rate(const QString& featureKey, int stars, const QString& 
   Q_EMIT countChanged();
 }
 
-QString PanelController::translate(const char* keyText) const {
-  return localizedText(keyText);
-}
-
 void PanelController::activateLink(const QUrl& url) {
   if (!ornwhatsnew::IsSafeLink(url.toString(QUrl::FullyEncoded).toStdU16String())) return;
   Q_EMIT linkActivated(url);

@@ -74,10 +74,6 @@ class PanelController : public QObject {
   /// Stores that the user has rated the feature, and reports the rating.
   void rate(const QString& featureKey, int stars, const QString& comment);
 
-  /// Returns the text for a key text of the companion, such as
-  /// "$$$/ornwhatsnewqt/Panel/Search=Search".
-  QString translate(const char* keyText) const;
-
   /// Reports `url` and opens it in a browser, if it is a safe link.
   void activateLink(const QUrl& url);
 

@@ -21,7 +21,7 @@ RatingPolicy::RatingPolicy(SettingsStore& store, Clock clock) : clock_(std::move
 }
 
 bool RatingPolicy::allowsRequest() const {
-  return !isUsed_ && firstStart_.daysTo(clock_()) >= kDaysBeforeFirstRequest;
+  return !isUsed_ && firstStart_.addDays(kDaysBeforeFirstRequest) <= clock_();
 }
 
 }  // namespace ornwhatsnewqt

@@ -1,6 +1,15 @@
 #include <ornwhatsnewqt/Settings.h>
 
 #include <QtCore/QCoreApplication>
+#include <QtCore/QDir>
+
+// Q_INIT_RESOURCE must not be in a namespace.
+static void initializeResources() {
+#if defined(ORNWHATSNEW_STATIC)
+  // Without this reference, a program would be linked without the resources of a static library.
+  Q_INIT_RESOURCE(ornwhatsnewqt);
+#endif
+}
 
 namespace ornwhatsnewqt {
 namespace {
@@ -21,11 +30,9 @@ QString buildPlatform() {
 Settings::Settings()
     : applicationVersion(QCoreApplication::applicationVersion()),
       platform(buildPlatform()),
-      usageLogging([] { return false; }) {}
-
-Settings::Settings(const Settings& other) = default;
-Settings& Settings::operator=(const Settings& other) = default;
-Settings::~Settings() = default;
+      usageLogging([] { return false; }) {
+  initializeResources();
+}
 
 Settings Settings::withoutServices() {
   Settings settings;

@@ -111,6 +111,9 @@ bool SettingsStore::change(const std::function<void(QSettings&)>& edit) {
   QDir().mkpath(QFileInfo(file).absolutePath());
   // QSettings itself locks the file with the suffix ".lock" during each read and each write.
   QLockFile lock(file + QStringLiteral(".whatsnew.lock"));
+  // By default, a lock expires after 30 seconds. A program that was suspended for that time could
+  // then overwrite what another one has stored. The lock of a program that has ended never blocks.
+  lock.setStaleLockTime(0);
   if (!lock.tryLock(static_cast<int>(patience_.count())) &&
       lock.error() == QLockFile::LockFailedError) {
     setError(localizedText(kLockedText, {file}));

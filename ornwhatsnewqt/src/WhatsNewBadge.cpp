@@ -13,7 +13,7 @@ WhatsNewBadge::WhatsNewBadge(const WhatsNew* whatsNew, QWidget* parent) : QToolB
   setDefaultAction(action);
   setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
   connect(action, &QAction::changed, this, &WhatsNewBadge::updateName);
-  connect(action, &QObject::destroyed, this, [this] { setEnabled(false); });
+  connect(whatsNew, &QObject::destroyed, this, [this] { setEnabled(false); });
   updateName();
 }
 

@@ -27,12 +27,12 @@ class RatingPolicyTest : public QObject {
 void RatingPolicyTest::asksOnlyFromThe14thDay() {
   const test_support::TestWorld world;
   SettingsStore store(world.settings());
-  int day = 0;
-  const RatingPolicy policy(store, [&day] { return onDay(day); });
+  QDateTime now = onDay(0);
+  const RatingPolicy policy(store, [&now] { return now; });
   QVERIFY(!policy.allowsRequest());
-  day = 13;
+  now = onDay(14).addSecs(-1);
   QVERIFY(!policy.allowsRequest());
-  day = 14;
+  now = onDay(14);
   QVERIFY(policy.allowsRequest());
 }
 
