@@ -36,11 +36,22 @@ install(FILES
   ${PROJECT_BINARY_DIR}/package/ornwhatsnewConfigVersion.cmake
   DESTINATION ${ORN_CMAKE_DIR} COMPONENT development)
 
+# A host that does not use the companion does not need Qt, so the companion has a target file and
+# components of its own.
+if(TARGET ornwhatsnewqt)
+  install(TARGETS ornwhatsnewqt EXPORT ornwhatsnewQtTargets
+    LIBRARY COMPONENT qt NAMELINK_COMPONENT qtdevelopment
+    ARCHIVE COMPONENT qtdevelopment
+    FILE_SET HEADERS COMPONENT qtdevelopment)
+  install(EXPORT ornwhatsnewQtTargets NAMESPACE ornwhatsnew:: DESTINATION ${ORN_CMAKE_DIR}
+          COMPONENT qtdevelopment)
+endif()
+
 # The installed documents have the same relative paths as in the sources, so that the links between them
 # work. The documents link to the examples and the headers, and the examples link to the documents.
 # Symbolic links in the documentation folder and in the data folder make these links work. Debian
-# requires a documentation folder for each package. The folder of ornwhatsnew-dev is a symbolic link to
-# the folder of ornwhatsnew.
+# requires a documentation folder for each package. The folders of the other packages are symbolic links
+# to the folder of ornwhatsnew.
 set(ORN_DOC_DIR ${CMAKE_INSTALL_DATADIR}/doc/ornwhatsnew)
 install(FILES README.md CHANGELOG.md ARCHITECTURE.md CONTRIBUTING.md SECURITY.md
         DESTINATION ${ORN_DOC_DIR})
@@ -70,6 +81,10 @@ foreach(module orncore ornappsupport ornui ornwhatsnew)
   orn_install_link(${ORN_DOC_DIR}/${module} ${CMAKE_INSTALL_INCLUDEDIR}/${module} development)
 endforeach()
 orn_install_link(${CMAKE_INSTALL_DATADIR}/doc/ornwhatsnew-dev ${ORN_DOC_DIR} development)
+if(TARGET ornwhatsnewqt)
+  orn_install_link(${CMAKE_INSTALL_DATADIR}/doc/ornwhatsnew-qt ${ORN_DOC_DIR} qt)
+  orn_install_link(${CMAKE_INSTALL_DATADIR}/doc/ornwhatsnew-qt-dev ${ORN_DOC_DIR} qtdevelopment)
+endif()
 
 # The man page ornwhatsnew(5) is generated from the manual for authors of data files. It is optional,
 # because only the build of packages should require lowdown.

@@ -34,4 +34,24 @@ if(NOT ORNWHATSNEW_SHARED)
   set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_DEPENDS "libicu-dev")
 endif()
 
+if(TARGET ornwhatsnewqt AND ORNWHATSNEW_SHARED)
+  set(version "(= ${PROJECT_VERSION}-${CPACK_DEBIAN_PACKAGE_RELEASE})")
+  list(APPEND CPACK_COMPONENTS_ALL qt qtdevelopment)
+
+  set(CPACK_DEBIAN_QT_PACKAGE_NAME ornwhatsnew-qt)
+  set(CPACK_DEBIAN_QT_PACKAGE_SECTION libs)
+  set(CPACK_COMPONENT_QT_DESCRIPTION "What's New panel for applications with Qt Widgets
+ A library that adds a complete What's New to the Help menu of an
+ application that uses Qt 6 Widgets.")
+  set(CPACK_DEBIAN_QT_PACKAGE_SHLIBDEPS ON)
+  set(CPACK_DEBIAN_QT_PACKAGE_DEPENDS "ornwhatsnew ${version}")
+
+  set(CPACK_DEBIAN_QTDEVELOPMENT_PACKAGE_NAME ornwhatsnew-qt-dev)
+  set(CPACK_DEBIAN_QTDEVELOPMENT_PACKAGE_SECTION libdevel)
+  set(CPACK_COMPONENT_QTDEVELOPMENT_DESCRIPTION "Development files of ornwhatsnew-qt
+ Headers and CMake package of the library in the package ornwhatsnew-qt.")
+  set(CPACK_DEBIAN_QTDEVELOPMENT_PACKAGE_DEPENDS
+      "ornwhatsnew-qt ${version}, ornwhatsnew-dev ${version}, qt6-base-dev")
+endif()
+
 include(CPack)

@@ -78,10 +78,25 @@ stage_release() { build_and_test release; }
 stage_headers() {
   local compiler
   for compiler in g++ clang++; do
-    list_files 'orn*.h' | grep -zv '/src/' |
-      xargs -0 -n 1 -P "$(jobs_count)" "$compiler" -std=c++20 -fsyntax-only -Wall -Wextra -Werror \
-        -I . -x c++ /dev/null -include || return
+    list_files 'orn*.h' | grep -zv -e '/src/' -e '^ornwhatsnewqt/' |
+      check_headers "$compiler" || return
+    # Applications may use Qt with and without its keywords and its implicit conversions.
+    list_files 'ornwhatsnewqt/*.h' | grep -zv '/src/' | check_qt_headers "$compiler" || return
+    list_files 'ornwhatsnewqt/*.h' | grep -zv '/src/' |
+      check_qt_headers "$compiler" -DQT_NO_KEYWORDS -DQT_NO_CAST_FROM_ASCII -DQT_NO_CAST_TO_ASCII || return
   done
+}
+
+# check_headers COMPILER [OPTION...]: compiles each NUL-separated header of standard input.
+check_headers() {
+  xargs -0 -n 1 -P "$(jobs_count)" "$@" -std=c++20 -fsyntax-only -Wall -Wextra -Werror \
+    -I . -x c++ /dev/null -include
+}
+
+check_qt_headers() {
+  local flags
+  read -r -a flags <<<"$(pkg-config --cflags Qt6Widgets)"
+  check_headers "$@" -fPIC "${flags[@]/#-I/-isystem}"
 }
 
 # Checks only the syntax, because the libraries for Windows are not installed. Of the system's headers,
@@ -90,7 +105,7 @@ stage_windows() {
   local include=build/windows/include
   mkdir -p "$include" &&
     ln -sfn /usr/include/unicode "$include/unicode" &&
-    list_files 'orn*.cpp' |
+    list_files 'orn*.cpp' | grep -zv '^ornwhatsnewqt/' |
     xargs -0 -n 1 -P "$(jobs_count)" x86_64-w64-mingw32-g++-posix -std=c++20 -fsyntax-only -Wall \
       -Wextra -Wshadow -Wconversion -Werror -I . -isystem "$include" -DORNWHATSNEW_BUILDING \
       '-DORNWHATSNEW_COMMIT_BROWSER=""' '-DORNWHATSNEW_ISSUE_TRACKER=""' \
@@ -151,7 +166,7 @@ run_clang_tidy() {
   local minimum=$1 files=() compiled checked=()
   mapfile -d '' -t files
   if ((${#files[@]} > 0)); then
-    configure sanitize && build sanitize --target test_precompiled || return
+    configure sanitize && build sanitize --target test_precompiled && make_qt_sources sanitize || return
     # Omit sources that this build does not compile, because they have no compile command.
     compiled=$(sed -n 's/^  "file": "\(.*\)"$/\1/p' build/sanitize/compile_commands.json)
     mapfile -t checked < <(printf '%s\n' "${files[@]/#/$root/}" |
@@ -163,6 +178,15 @@ run_clang_tidy() {
     xargs -r -d '\n' -n 1 -P "$(jobs_count)" clang-tidy --quiet -p build/sanitize
 }
 
+# Generates the sources that moc creates, because sources of the companion include them. Does nothing
+# without Qt.
+make_qt_sources() {
+  local preset=$1 targets
+  mapfile -t targets < <(ninja -C "build/$preset" -t targets all |
+    sed -n 's/^\([a-z/]*ornwhatsnewqt_[A-Za-z_]*_autogen\): phony$/\1/p')
+  ((${#targets[@]} == 0)) || build "$preset" --target "${targets[@]}"
+}
+
 # Suppresses passedByValue, because cppcheck mistakes iterators for large objects. clang-tidy reports
 # large parameters that are passed by value.
 stage_cppcheck() {
@@ -170,7 +194,7 @@ stage_cppcheck() {
   cppcheck --quiet --language=c++ --std=c++20 --enable=warning,performance,portability \
     --inline-suppr --error-exitcode=1 -j "$(jobs_count)" --cppcheck-build-dir=build/cppcheck \
     -I . --suppress=missingInclude --suppress=passedByValue --suppress='*:/usr/*' \
-    orncore ornappsupport ornui ornwhatsnew hosts
+    --library=qt orncore ornappsupport ornui ornwhatsnew ornwhatsnewqt hosts
 }
 
 build_and_test() {

@@ -19,7 +19,11 @@ MODULES = {
     "ornappsupport": {"ornappsupport", "orncore"},
     "ornui": {"ornui", "orncore"},
     "ornwhatsnew": {"ornwhatsnew", "ornappsupport", "ornui", "orncore"},
+    "ornwhatsnewqt": {"ornwhatsnewqt", "ornwhatsnew", "ornappsupport", "ornui", "orncore"},
 }
+
+# The companion links the library as a host does, so it includes no private header of another module.
+COMPANION = "ornwhatsnewqt"
 
 # The private folders from the highest to the lowest layer. The sources of ornwhatsnew/utility belong to
 # the lowest layer.
@@ -51,6 +55,8 @@ def problem(source, included):
         return None
     if source.suffix == ".h" and not is_private(source):
         return f"public header includes private '{included}'"
+    if source.parts[0] == COMPANION != module:
+        return f"{COMPANION} must not include private '{included}'"
     if None not in (layer(source), layer(included)) and layer(included) < layer(source):
         return f"'{included}' is in a higher layer"
     return None

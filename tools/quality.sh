@@ -76,8 +76,15 @@ command_robustness() {
   nice -n 10 python3 tests/hosts/robustness/run.py "$@"
 }
 
+# Writes the settings of the Qt companion 500 times in each of four programs. Does nothing without Qt.
+write_settings_in_several_programs() {
+  local test=ornwhatsnewqt_SettingsStoreProgramsTest
+  grep -q "^build bin/$test:" build/release/build.ninja || return 0
+  build release --target "$test" && ORNWHATSNEWQT_TEST_ROUNDS=500 "build/release/bin/$test"
+}
+
 # The following functions are stages of ./dev check --release.
 stage_kills() { command_kills 10000; }
-stage_robustness() { command_robustness --seed 1; }
+stage_robustness() { command_robustness --seed 1 && write_settings_in_several_programs; }
 stage_mutation() { command_mutation --fresh --minutes 30; }
 stage_coverage() { measure_coverage --fail-under-line 95; }

@@ -4,7 +4,6 @@
 #include <system_error>
 
 #include "hosts/common/ControlCharacters.h"
-#include "hosts/common/PersistedListMerge.h"
 #include "hosts/common/StateFile.h"
 
 namespace hosts::common {
@@ -30,10 +29,6 @@ std::filesystem::path AbsoluteLocation(const std::filesystem::path& location) {
 std::string_view Find(const StateValues& values, std::string_view key) {
   const auto found = values.find(key);
   return found == values.end() ? std::string_view() : std::string_view(found->second);
-}
-
-bool IsGrowingList(std::string_view key) {
-  return key == kAllSeenItemsKey || key == kAllVersionsSeenKey;
 }
 
 }  // namespace
@@ -111,11 +106,7 @@ ornwhatsnew::StateSetter StateStore::Setter() {
 
 void StateStore::MergePendingInto(StateValues& values) const {
   for (const auto& [key, value] : pending_) {
-    if (IsGrowingList(key)) {
-      values[key] = MergePersistedLists(Find(values, key), Find(kept_, key), value);
-    } else {
-      values[key] = value;
-    }
+    values[key] = ornwhatsnew::MergePersistedValue(key, Find(values, key), Find(kept_, key), value);
   }
 }
 

@@ -1,6 +1,8 @@
 #include <ornwhatsnew/utility/PersistedList.h>
 
 #include <algorithm>
+#include <iterator>
+#include <utility>
 
 #include "ornwhatsnew/src/rules/Keywords.h"
 
@@ -32,6 +34,18 @@ UTF8String JoinPersistedList(std::vector<std::string_view> elements) {
     list += element;
   }
   return list;
+}
+
+UTF8String MergePersistedValue(std::string_view key, std::string_view stored, std::string_view read,
+                               std::string_view written) {
+  if (key != kAllSeenItemsKey && key != kAllVersionsSeenKey) return UTF8String(written);
+  std::vector<std::string_view> known = SplitPersistedList(read);
+  std::vector<std::string_view> added = SplitPersistedList(written);
+  std::ranges::sort(known);
+  std::ranges::sort(added);
+  std::vector<std::string_view> elements = SplitPersistedList(stored);
+  std::ranges::set_difference(added, known, std::back_inserter(elements));
+  return JoinPersistedList(std::move(elements));
 }
 
 }  // namespace ornwhatsnew

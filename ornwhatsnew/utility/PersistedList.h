@@ -29,6 +29,17 @@ ORN_EXPORT std::vector<std::string_view> SplitPersistedList(std::string_view lis
 /// must not contain a space, because `SplitPersistedList` would split it.
 ORN_EXPORT UTF8String JoinPersistedList(std::vector<std::string_view> elements);
 
+/// Returns the value that a program should store under `key`, so that programs that share a store
+/// do not lose what another one has stored. `stored` is the value that is in the store now, `read`
+/// is the value that the program read, and `written` is the value that it writes.
+///
+/// For the two keys with persisted lists, returns a persisted list with the elements of `stored`,
+/// and with the elements of `written` that are not in `read`. Does not add the elements of `read`
+/// again, because another program may have reset the store in the meantime. For any other key,
+/// returns `written`.
+ORN_EXPORT UTF8String MergePersistedValue(std::string_view key, std::string_view stored,
+                                          std::string_view read, std::string_view written);
+
 }  // namespace ornwhatsnew
 
 #endif  // ORNWHATSNEW_UTILITY_PERSISTEDLIST_H_

@@ -22,7 +22,7 @@ mkdir -m 755 "$root"
 # An interrupted debootstrap leaves /proc mounted in the new system.
 trap 'umount --lazy "$root/proc" 2>/dev/null || true; rm -rf --one-file-system "$work"' EXIT
 
-# Unpacks both packages, and builds and runs the example host with their contents.
+# Unpacks the packages, and builds and runs the example host with their contents.
 build_example() {
   local unpacked=$work/unpacked built=$work/built file
   for file in "$packages"/*.deb; do dpkg-deb --extract "$file" "$unpacked"; done
@@ -34,11 +34,19 @@ build_example() {
     PKG_CONFIG_LIBDIR=$(echo "$unpacked"/usr/lib/*/pkgconfig) pkg-config --cflags --libs ornwhatsnew
 }
 
-# Checks that both packages have a documentation folder, that all links between the documents work, and
+# Builds the example host of the Qt companion with the contents of the packages.
+build_qt_example() {
+  local unpacked=$work/unpacked built=$work/built-qt
+  cmake -S "$unpacked/usr/share/ornwhatsnew/examples/qt" -B "$built" \
+    -DCMAKE_PREFIX_PATH="$unpacked/usr" && cmake --build "$built"
+}
+
+# Checks that all packages have a documentation folder, that all links between the documents work, and
 # that mandoc accepts ornwhatsnew(5).
 check_documents() {
-  local unpacked=$work/unpacked name page
-  for name in ornwhatsnew ornwhatsnew-dev; do
+  local unpacked=$work/unpacked file name page
+  for file in "$packages"/*.deb; do
+    name=$(dpkg-deb --field "$file" Package)
     for page in README.md CHANGELOG.md docs/host-guide.md docs/data-file.md; do
       [[ -f $unpacked/usr/share/doc/$name/$page ]] || {
         printf 'not in the packages: /usr/share/doc/%s/%s\n' "$name" "$page" >&2
@@ -52,6 +60,7 @@ check_documents() {
 
 printf '== building the example host with the packages\n'
 build_example
+if compgen -G "$packages/ornwhatsnew-qt-dev_*.deb" >/dev/null; then build_qt_example; fi
 printf '== checking the documents\n'
 check_documents
 
@@ -128,8 +137,11 @@ clean_system
 printf '== installing\n'
 list_files >"$root/tmp/before"
 mkdir "$root/tmp/packages"
-cp "$packages"/*.deb "$root/tmp/packages"
-mapfile -t names < <(for file in "$packages"/*.deb; do dpkg-deb --field "$file" Package; done)
+# Omit ornwhatsnew-qt-dev, because it would install the development files of Qt.
+find "$packages" -name '*.deb' ! -name 'ornwhatsnew-qt-dev_*' -exec cp -t "$root/tmp/packages" {} +
+mapfile -t names < <(for file in "$root"/tmp/packages/*.deb; do
+  dpkg-deb --field "$file" Package
+done)
 in_root sh -c 'apt-get -qq install --yes --no-install-recommends /tmp/packages/*.deb'
 list_files >"$root/tmp/installed"
 grep -q ' usr/bin/ornwhatsnew$' "$root/tmp/installed"

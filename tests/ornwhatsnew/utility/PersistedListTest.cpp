@@ -86,5 +86,42 @@ TEST(PersistedList, SplitReturnsTheElementsOfAJoinedText) {
   }
 }
 
+struct MergeCase {
+  std::string stored;
+  std::string read;
+  std::string written;
+  std::string merged;
+};
+
+class MergePersistedValueTest : public testing::TestWithParam<MergeCase> {};
+
+TEST_P(MergePersistedValueTest, AddsTheNewElementsOfTheWriter) {
+  const MergeCase& merge = GetParam();
+  for (const UTF8String& key : {kAllSeenItemsKey, kAllVersionsSeenKey}) {
+    EXPECT_EQ(merge.merged, MergePersistedValue(key, merge.stored, merge.read, merge.written));
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Cases, MergePersistedValueTest,
+    testing::Values(MergeCase{"", "", "", ""}, MergeCase{"", "", "a", "a"},
+                    MergeCase{"a", "a", "a", "a"}, MergeCase{"a", "a", "a b", "a b"},
+                    // After the writer's read, another program has added c.
+                    MergeCase{"a c", "a", "a b", "a b c"},
+                    // The writer has removed b. The store must still contain it.
+                    MergeCase{"a b", "a b", "a", "a b"},
+                    // After the writer's read, another program has reset the store. The elements
+                    // that the writer read are not added again, regardless of their order.
+                    MergeCase{"", "a b", "a b c", "c"}, MergeCase{"", "b a", "c b a", "c"},
+                    // Lists with duplicate elements and extra spaces are accepted, although the
+                    // library does not write them.
+                    MergeCase{"b b  a", "", "a  c", "a b c"},
+                    MergeCase{"2.0 10.0", "", "1.0", "1.0 10.0 2.0"}));
+
+TEST(MergePersistedValue, ReplacesAValueThatIsNoList) {
+  EXPECT_EQ("4.3 a", MergePersistedValue(kLastVersionSeenKey, "4.2", "4.1", "4.3 a"));
+  EXPECT_EQ("b", MergePersistedValue("Another.Key", "a", "", "b"));
+}
+
 }  // namespace
 }  // namespace ornwhatsnew

@@ -1,0 +1,78 @@
+// Defines the settings of a `WhatsNew`: the application, its beta features, the place of the state,
+// and what happens without an action of the user.
+#ifndef ORNWHATSNEWQT_SETTINGS_H_
+#define ORNWHATSNEWQT_SETTINGS_H_
+
+#include <functional>
+#include <memory>
+#include <optional>
+
+#include <QtCore/QString>
+
+#include <ornwhatsnew/utility/SharedTypes.h>
+#include <ornwhatsnewqt/Export.h>
+
+namespace ornappsupport::feature {
+class FeatureService;
+}  // namespace ornappsupport::feature
+
+namespace ornwhatsnewqt {
+
+/// What a `WhatsNew` does if the stored state is empty.
+enum class FirstStart {
+  /// Everything counts as seen, because the user is new. Only later changes are new.
+  MarkAllSeen,
+  /// Everything is new. Choose this in the first release with a What's New panel if most users
+  /// update from an earlier release, because their state is empty, too.
+  ShowAll,
+};
+
+/// The settings of a `WhatsNew`. The defaults suit an application that has set its name,
+/// organization and version in `QCoreApplication`.
+///
+/// The first group of members selects services of the library. Services belong to the process and
+/// not to a `WhatsNew`, so the constructor of a `WhatsNew` installs only the services that its
+/// settings name. `withoutServices` returns settings that name none.
+struct ORNWHATSNEWQT_EXPORT Settings {
+  /// Creates settings with the version of `QCoreApplication` and the platform of the build.
+  Settings();
+
+  /// Returns settings that name no service, for the second `WhatsNew` of a process.
+  static Settings withoutServices();
+
+  /// The version of the application, such as "4.3". Without a value, the client information is not
+  /// installed, and `buildNumber` and `platform` have no effect.
+  std::optional<QString> applicationVersion;
+  /// The build number of the application, such as "118".
+  QString buildNumber;
+  /// The platform that data files name: "Mac" or "Win". On other systems the default is the name
+  /// of the system, such as "Linux", so that changes for Mac and Win are hidden.
+  QString platform;
+  /// The beta features and the internal-features permission. Null installs nothing.
+  std::shared_ptr<const ornappsupport::feature::FeatureService> features;
+  /// Returns whether the user allows the application to log its usage. Only then can the user rate
+  /// features. The default returns false. An empty function installs nothing.
+  std::function<bool()> usageLogging;
+  /// Whether the texts of the library are translated by the translators of the application, with
+  /// the context "ornwhatsnew". False installs no dictionary.
+  bool usesTranslators = true;
+
+  /// The INI file of the state, the filters and the other values that the companion stores. If
+  /// empty, they are in the `QSettings` of the application.
+  QString settingsFile;
+  /// Callbacks that read and write the state instead of `QSettings`. If one of them is empty,
+  /// neither is used. The filters and the other values of the companion remain in `QSettings`.
+  ornwhatsnew::StateGetter stateGetter;
+  ornwhatsnew::StateSetter stateSetter;  ///< see `stateGetter`
+
+  /// What happens if the stored state is empty.
+  FirstStart firstStart = FirstStart::MarkAllSeen;
+  /// Whether the panel opens without an action of the user, once after an update that brought
+  /// something new. It never opens after a first start, and waits until no modal dialog is open.
+  /// Users can switch this off in the panel.
+  bool announcesUpdates = false;
+};
+
+}  // namespace ornwhatsnewqt
+
+#endif  // ORNWHATSNEWQT_SETTINGS_H_

@@ -1,0 +1,85 @@
+// Declares `WhatsNew`, a complete What's New for an application with Qt Widgets.
+//
+//     ornwhatsnewqt::Settings settings;
+//     settings.buildNumber = u"118"_qs;
+//     settings.features = MakeFeatureService();
+//     auto* whatsNew = new ornwhatsnewqt::WhatsNew(u":/whatsnew.csv"_qs, settings, &mainWindow);
+//     helpMenu->addAction(whatsNew->showAction());
+//     helpMenu->addAction(whatsNew->rateAction());
+#ifndef ORNWHATSNEWQT_WHATSNEW_H_
+#define ORNWHATSNEWQT_WHATSNEW_H_
+
+#include <memory>
+
+#include <QtCore/QObject>
+#include <QtCore/QString>
+#include <QtCore/QUrl>
+
+#include <ornwhatsnewqt/Export.h>
+#include <ornwhatsnewqt/Settings.h>
+
+QT_BEGIN_NAMESPACE
+class QAction;
+QT_END_NAMESPACE
+
+namespace ornwhatsnewqt {
+
+class PanelController;
+
+/// Loads a list, offers it through two actions, and shows it in a window.
+///
+/// Requires a `QApplication` and must be used on its thread. Services and callbacks in the settings
+/// must not throw exceptions. If the parent is a widget, the panel's window belongs to that
+/// widget's window.
+class ORNWHATSNEWQT_EXPORT WhatsNew : public QObject {
+  Q_OBJECT
+ public:
+  /// Installs the services that `settings` names and loads the list from `dataFile`, which is the
+  /// path of a file or of a Qt resource. If the file cannot be read, the list has no changes; see
+  /// `isLoaded`. Prints a warning if the application has no version.
+  explicit WhatsNew(const QString& dataFile, const Settings& settings = Settings(),
+                    QObject* parent = nullptr);
+  ~WhatsNew() override;
+
+  /// Returns the action that opens the panel. Its text contains the number of new changes, or a dot
+  /// if something is new that is not a change. This object owns the action.
+  QAction* showAction() const;
+
+  /// Returns the action that opens the rating page of the panel. It is enabled while the user can
+  /// rate a feature: the user allows usage logging, has used the application for 14 days, and was
+  /// not asked since the application was started. This object owns the action.
+  QAction* rateAction() const;
+
+  /// Returns whether the data file was read.
+  bool isLoaded() const;
+
+  /// Returns why the data file was not read, or an empty string.
+  QString errorString() const;
+
+ public Q_SLOTS:
+  /// Reads the data file and the beta features again, and updates the actions and an open panel. If
+  /// the data file cannot be read, keeps the changes that were read before.
+  void refresh();
+
+ Q_SIGNALS:
+  /// The user has rated a feature. `featureKey` is the epic key of the feature, `stars` is between
+  /// 1 and 5, and `comment` can be empty. The application should send the rating to its makers.
+  void rated(const QString& featureKey, int stars, const QString& comment);
+
+  /// The panel was opened.
+  void opened();
+
+  /// The user has activated a link. The companion opens the link in a browser.
+  void linkActivated(const QUrl& url);
+
+ private:
+  friend class PanelWidget;
+  struct Impl;
+  PanelController* controller() const;
+
+  const std::unique_ptr<Impl> impl_;
+};
+
+}  // namespace ornwhatsnewqt
+
+#endif  // ORNWHATSNEWQT_WHATSNEW_H_

@@ -1,0 +1,73 @@
+#include "ornwhatsnewqt/src/Announcement.h"
+
+#include <utility>
+
+#include <QtGui/QGuiApplication>
+
+#include <ornwhatsnew/WhatsNewTypes.h>
+#include <ornwhatsnew/utility/PersistedList.h>
+
+#include "ornwhatsnewqt/src/SettingsStore.h"
+
+namespace ornwhatsnewqt {
+namespace {
+
+const QString kAnnouncedVersionKey = QStringLiteral("WhatsNew.AnnouncedVersion");
+const QString kAnnouncesUpdatesKey = QStringLiteral("WhatsNew.AnnouncesUpdates");
+
+constexpr int kMillisecondsBetweenAttempts = 500;
+
+QString runningVersion() {
+  return QString::fromStdU16String(ornwhatsnew::GetFullClientVersionString());
+}
+
+/// Records the running version. Returns whether it was not recorded before, by this program or by
+/// another one, and could be stored.
+bool recordRunningVersion(SettingsStore& store) {
+  return store.setValue(kAnnouncedVersionKey, runningVersion());
+}
+
+bool isUpdate(SettingsStore& store) {
+  const QString opened = QString::fromStdString(store.state(ornwhatsnew::kLastVersionSeenKey));
+  return opened != runningVersion() &&
+         store.value(kAnnouncedVersionKey).toString() != runningVersion();
+}
+
+}  // namespace
+
+Announcement::Announcement(SettingsStore& store, std::function<bool()> isAnythingNew)
+    : store_(store), isAnythingNew_(std::move(isAnythingNew)) {
+  if (store_.isStateEmpty() && !store_.value(kAnnouncedVersionKey).isValid()) {
+    recordRunningVersion(store_);
+    return;
+  }
+  if (!isUpdate(store_)) return;
+  connect(&timer_, &QTimer::timeout, this, &Announcement::announceUnlessBlocked);
+  timer_.start(0);
+}
+
+Announcement::~Announcement() = default;
+
+bool Announcement::isWanted(const SettingsStore& store) {
+  const QVariant value = store.value(kAnnouncesUpdatesKey);
+  return !value.isValid() || value.toBool();
+}
+
+void Announcement::setWanted(SettingsStore& store, bool isWanted) {
+  store.setValue(kAnnouncesUpdatesKey, isWanted);
+}
+
+void Announcement::announceUnlessBlocked() {
+  if (QGuiApplication::modalWindow() != nullptr) {
+    timer_.start(kMillisecondsBetweenAttempts);
+    return;
+  }
+  timer_.stop();
+  // The user may have opened the panel while a modal window was open.
+  if (!isUpdate(store_)) return;
+  // Without a record, the panel would open at every start.
+  const bool isFirst = recordRunningVersion(store_);
+  if (isFirst && isWanted(store_) && isAnythingNew_()) Q_EMIT due();
+}
+
+}  // namespace ornwhatsnewqt

@@ -1,0 +1,49 @@
+// Decides when the panel opens without an action of the user.
+#ifndef ORNWHATSNEWQT_SRC_ANNOUNCEMENT_H_
+#define ORNWHATSNEWQT_SRC_ANNOUNCEMENT_H_
+
+#include <functional>
+
+#include <QtCore/QObject>
+#include <QtCore/QTimer>
+
+namespace ornwhatsnewqt {
+
+class SettingsStore;
+
+/// Announces an update once: at the first start of a new version, if something is new. Of several
+/// programs that start at the same time, only one announces the update.
+///
+/// There is no announcement at the first start of the application, if the user has already opened
+/// the panel in this version, or if the user does not want announcements. While a modal window is
+/// open, the announcement waits.
+class Announcement : public QObject {
+  Q_OBJECT
+ public:
+  /// Decides whether this start follows an update, and announces it when the event loop runs.
+  /// Construct the object before the state of a new user is changed. `isAnythingNew` is called
+  /// later. `store` must outlive this object.
+  Announcement(SettingsStore& store, std::function<bool()> isAnythingNew);
+  ~Announcement() override;
+
+  /// Returns whether the user wants announcements, which is the default.
+  static bool isWanted(const SettingsStore& store);
+
+  /// Stores whether the user wants announcements.
+  static void setWanted(SettingsStore& store, bool isWanted);
+
+ Q_SIGNALS:
+  /// The panel should open now.
+  void due();
+
+ private:
+  void announceUnlessBlocked();
+
+  SettingsStore& store_;
+  std::function<bool()> isAnythingNew_;
+  QTimer timer_;
+};
+
+}  // namespace ornwhatsnewqt
+
+#endif  // ORNWHATSNEWQT_SRC_ANNOUNCEMENT_H_

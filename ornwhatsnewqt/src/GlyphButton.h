@@ -1,0 +1,36 @@
+// Declares the small buttons of the panel, which show a glyph instead of a text.
+#ifndef ORNWHATSNEWQT_SRC_GLYPHBUTTON_H_
+#define ORNWHATSNEWQT_SRC_GLYPHBUTTON_H_
+
+#include <QtGui/QKeySequence>
+#include <QtWidgets/QAbstractButton>
+
+namespace ornwhatsnewqt {
+
+/// A glyph. The panel draws its glyphs itself, because icons of a theme are not always installed.
+enum class Glyph { Search, Print, Close, Up, Down };
+
+/// A button with a glyph.
+class GlyphButton : public QAbstractButton {
+  Q_OBJECT
+ public:
+  GlyphButton(Glyph glyph, QWidget* parent);
+
+  /// Sets the name and the description for assistive tools. The tooltip contains the name and the
+  /// key of `shortcut`.
+  void setNames(const QString& name, const QString& description,
+                const QKeySequence& shortcut = QKeySequence());
+
+  QSize sizeHint() const override;
+  QSize minimumSizeHint() const override { return sizeHint(); }
+
+ protected:
+  void paintEvent(QPaintEvent* event) override;
+
+ private:
+  Glyph glyph_;
+};
+
+}  // namespace ornwhatsnewqt
+
+#endif  // ORNWHATSNEWQT_SRC_GLYPHBUTTON_H_

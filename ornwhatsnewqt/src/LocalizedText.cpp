@@ -1,0 +1,26 @@
+#include "ornwhatsnewqt/src/LocalizedText.h"
+
+#include <vector>
+
+#include <QtCore/QByteArray>
+#include <QtCore/QCoreApplication>
+
+namespace ornwhatsnewqt {
+
+QString localizedText(std::string_view keyText, std::initializer_list<QString> arguments) {
+  std::vector<orncore::config::UTF16String> texts;
+  for (const QString& argument : arguments) texts.push_back(argument.toStdU16String());
+  return QString::fromStdU16String(orncore::config::Localizer::Get().ZString(keyText, texts));
+}
+
+TranslatorDictionary::~TranslatorDictionary() = default;
+
+std::optional<orncore::config::UTF8String> TranslatorDictionary::Find(std::string_view key) const {
+  const QByteArray source(key.data(), static_cast<qsizetype>(key.size()));
+  const QString text = QCoreApplication::translate("ornwhatsnew", source.constData());
+  // Without an entry, translate() returns the source text.
+  if (text == QString::fromUtf8(source)) return std::nullopt;
+  return text.toStdString();
+}
+
+}  // namespace ornwhatsnewqt

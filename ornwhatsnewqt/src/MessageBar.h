@@ -1,0 +1,39 @@
+// Declares the bar that reports errors above the pages of a panel.
+#ifndef ORNWHATSNEWQT_SRC_MESSAGEBAR_H_
+#define ORNWHATSNEWQT_SRC_MESSAGEBAR_H_
+
+#include <QtWidgets/QFrame>
+
+QT_BEGIN_NAMESPACE
+class QLabel;
+QT_END_NAMESPACE
+
+namespace ornwhatsnewqt {
+
+class GlyphButton;
+
+/// A bar with a message and a button that hides the bar.
+class MessageBar : public QFrame {
+  Q_OBJECT
+ public:
+  /// Creates a hidden bar.
+  explicit MessageBar(QWidget* parent);
+
+  /// Shows `message` and announces it to assistive tools. Hides the bar if `message` is empty. If
+  /// the message is the current one, does nothing, so that a message stays dismissed.
+  void setMessage(const QString& message);
+
+  /// Sets the texts in the current language.
+  void retranslate();
+
+ protected:
+  void paintEvent(QPaintEvent* event) override;
+
+ private:
+  QLabel* text_;
+  GlyphButton* dismissButton_;
+};
+
+}  // namespace ornwhatsnewqt
+
+#endif  // ORNWHATSNEWQT_SRC_MESSAGEBAR_H_

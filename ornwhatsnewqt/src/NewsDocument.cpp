@@ -1,0 +1,190 @@
+#include "ornwhatsnewqt/src/NewsDocument.h"
+
+#include <algorithm>
+#include <set>
+
+#include <QtGui/QGuiApplication>
+#include <QtGui/QTextBlock>
+#include <QtGui/QTextFrame>
+
+#include <ornwhatsnew/SafeLink.h>
+#include <ornwhatsnew/WhatsNewTypes.h>
+#include "ornwhatsnewqt/src/NewsFormats.h"
+
+namespace ornwhatsnewqt {
+namespace {
+
+using ornwhatsnew::LayoutParagraph;
+using ornwhatsnew::LayoutSpan;
+using ornwhatsnew::ParagraphKind;
+using ornwhatsnew::StyleID;
+
+// An invisible character of the title's size before a label. Without it, a label that is alone in a
+// line would be raised into the line above.
+constexpr QChar kLabelStrut(0x2060);
+
+/// Returns whether `character` has a meaning of its own in a `QTextDocument`, or is an invisible
+/// control character. Such a character could add a block or a frame.
+bool isControl(QChar character) {
+  const char16_t unit = character.unicode();
+  const bool isFrameMark = unit == 0xFDD0 || unit == 0xFDD1;
+  return unit < 0x20 || (unit >= 0x7F && unit < 0xA0) || isFrameMark ||
+         unit == QChar::ParagraphSeparator || unit == QChar::ObjectReplacementCharacter;
+}
+
+/// Returns `text` with a replacement character for each control character, so that offsets stay the
+/// same.
+QString withoutControls(const std::u16string& text) {
+  QString result = QString::fromStdU16String(text);
+  for (QChar& character : result) {
+    if (isControl(character)) character = QChar::ReplacementCharacter;
+  }
+  return result;
+}
+
+/// Writes a layout into an empty document.
+class Writer {
+ public:
+  Writer(QTextDocument& document, const ornwhatsnew::PanelLayout& layout, const PanelStyle& style,
+         std::vector<NewsElement>& elements)
+      : cursor_(&document), layout_(layout), formats_(style), elements_(elements) {}
+
+  void write() {
+    text_ = withoutControls(layout_.text);
+    cursor_.beginEditBlock();
+    for (const LayoutParagraph& paragraph : layout_.paragraphs) {
+      // A bullet without text would look like a mistake.
+      if (paragraph.range.length > 0) writeParagraph(paragraph);
+    }
+    addSpaceBelow();
+    cursor_.endEditBlock();
+  }
+
+ private:
+  QString textOf(const ornwhatsnew::TextRange& range) const {
+    return text_.mid(static_cast<qsizetype>(range.begin), static_cast<qsizetype>(range.length));
+  }
+
+  /// Returns the direction of the first character in `range` that has one.
+  Qt::LayoutDirection directionOf(const ornwhatsnew::TextRange& range) const {
+    for (std::size_t i = range.begin; i < range.begin + range.length; ++i) {
+      switch (text_[static_cast<qsizetype>(i)].direction()) {
+        case QChar::DirL:
+          return Qt::LeftToRight;
+        case QChar::DirR:
+        case QChar::DirAL:
+          return Qt::RightToLeft;
+        default:
+          break;
+      }
+    }
+    return QGuiApplication::layoutDirection();
+  }
+
+  void writeParagraph(const LayoutParagraph& paragraph) {
+    const QString bullet = withoutControls(paragraph.bullet);
+    const bool isFirst = kinds_.insert(paragraph.kind).second;
+    beginBlock(formats_.ofBlock(paragraph.kind, bullet, directionOf(paragraph.range), isFirst));
+    const std::size_t element = elements_.size();
+    elements_.push_back({kindOf(paragraph.kind), cursor_.position(), 0, {}});
+    if (!bullet.isEmpty()) cursor_.insertText(bullet + u'\t', formats_.ofBullet());
+    for (const LayoutSpan& span : paragraph.spans) writeSpan(paragraph, span);
+    elements_[element].length = cursor_.position() - elements_[element].position;
+  }
+
+  void beginBlock(const QTextBlockFormat& format) {
+    if (elements_.empty()) {
+      cursor_.setBlockFormat(format);
+    } else {
+      cursor_.insertBlock(format, QTextCharFormat());
+    }
+  }
+
+  void writeSpan(const LayoutParagraph& paragraph, const LayoutSpan& span) {
+    QString text = textOf(span.range);
+    if (ornwhatsnew::IsSafeLink(span.link) && !isRepeated(paragraph, span)) {
+      const QString href = QString::fromStdU16String(span.link);
+      elements_.push_back(
+          {NewsElement::Kind::Link, cursor_.position(), static_cast<int>(text.size()), href});
+      cursor_.insertText(text, formats_.ofLink(paragraph.kind, span.style, href));
+      return;
+    }
+    const bool isLabel = span.style == StyleID::kStyleUnlockLabel;
+    if (isLabel) {
+      cursor_.insertText(QString(kLabelStrut), formats_.ofLabelStrut());
+      // A label has one box, so it stays in one line.
+      text.replace(u' ', QChar::Nbsp);
+    }
+    cursor_.insertText(text, formats_.ofSpan(paragraph.kind, span.style));
+  }
+
+  /// Returns whether `span` is a title whose link the description below repeats as "View more".
+  /// Such a title is no link, because users of the keyboard would reach the same page twice.
+  bool isRepeated(const LayoutParagraph& paragraph, const LayoutSpan& span) const {
+    const LayoutParagraph* const next = &paragraph + 1;
+    const bool isLast = &paragraph == &layout_.paragraphs.back();
+    return span.style == StyleID::kStyleFeatureTitle && !isLast &&
+           std::ranges::any_of(
+               next->spans, [&span](const LayoutSpan& other) { return other.link == span.link; });
+  }
+
+  void addSpaceBelow() {
+    QTextBlockFormat format;
+    format.setBottomMargin(kCardPadding + kPageMargin);
+    cursor_.mergeBlockFormat(format);
+  }
+
+  static NewsElement::Kind kindOf(ParagraphKind kind) {
+    switch (kind) {
+      case ParagraphKind::kTitle:
+        return NewsElement::Kind::Heading;
+      case ParagraphKind::kChange:
+        return NewsElement::Kind::ListItem;
+      default:
+        return NewsElement::Kind::Paragraph;
+    }
+  }
+
+  QTextCursor cursor_;
+  const ornwhatsnew::PanelLayout& layout_;
+  NewsFormats formats_;
+  std::vector<NewsElement>& elements_;
+  QString text_;
+  std::set<ParagraphKind> kinds_;  // the kinds of the paragraphs so far
+};
+
+}  // namespace
+
+NewsDocument::NewsDocument(const ornwhatsnew::PanelLayout& layout, const PanelStyle& style,
+                           QObject* parent)
+    : QTextDocument(parent) {
+  setUndoRedoEnabled(false);
+  setDocumentMargin(0);
+  setDefaultFont(style.font(ornwhatsnew::kFontSize_NormalSmall));
+  QTextFrameFormat frame = rootFrame()->frameFormat();
+  frame.setTopMargin(kPageMargin / 2);
+  rootFrame()->setFrameFormat(frame);
+  Writer(*this, layout, style, elements_).write();
+}
+
+QString NewsDocument::plainText(const QTextCursor& cursor) {
+  QString text = cursor.selectedText();
+  text.remove(kLabelStrut);
+  for (QChar& character : text) {
+    switch (character.unicode()) {
+      case QChar::ParagraphSeparator:
+      case QChar::LineSeparator:
+        character = u'\n';
+        break;
+      case u'\t':
+      case QChar::Nbsp:
+        character = u' ';
+        break;
+      default:
+        break;
+    }
+  }
+  return text;
+}
+
+}  // namespace ornwhatsnewqt

@@ -1,0 +1,65 @@
+// Converts a layout to the document of the news page.
+#ifndef ORNWHATSNEWQT_SRC_NEWSDOCUMENT_H_
+#define ORNWHATSNEWQT_SRC_NEWSDOCUMENT_H_
+
+#include <vector>
+
+#include <QtCore/QString>
+#include <QtGui/QTextCursor>
+#include <QtGui/QTextDocument>
+#include <QtGui/QTextFormat>
+
+#include <ornwhatsnew/PanelLayout.h>
+#include "ornwhatsnewqt/src/PanelStyle.h"
+
+namespace ornwhatsnewqt {
+
+/// A part of a `NewsDocument` that is an object of its own for assistive tools.
+struct NewsElement {
+  enum class Kind { Heading, Paragraph, ListItem, Link };
+
+  Kind kind = Kind::Paragraph;
+  int position = 0;  ///< the position of its first character in the document
+  int length = 0;    ///< the number of its characters
+  QString href;      ///< the target of a link, or an empty string
+
+  /// Returns whether `documentPosition` is in this element.
+  bool contains(int documentPosition) const {
+    return documentPosition >= position && documentPosition < position + length;
+  }
+};
+
+/// The document of the news page. It has one block for each visible paragraph of a layout. A block
+/// begins with the bullet and a tab if the paragraph has a bullet. Only safe links are links.
+class NewsDocument : public QTextDocument {
+  Q_OBJECT
+ public:
+  /// Where a block is in its item.
+  enum ItemPart { FirstBlock = 1, LaterBlock };
+
+  /// Properties of formats for code that draws around the text.
+  enum Property {
+    /// Of a block: an `ItemPart`. A block outside of items has none.
+    Part = QTextFormat::UserProperty + 1,
+    /// Of characters: they are a label, which needs a box.
+    IsLabel,
+  };
+
+  /// Creates a document without undo. `layout` is not used after the construction.
+  NewsDocument(const ornwhatsnew::PanelLayout& layout, const PanelStyle& style,
+               QObject* parent = nullptr);
+
+  /// Returns the elements in the order of the text. A link follows the paragraph that contains it.
+  const std::vector<NewsElement>& elements() const { return elements_; }
+
+  /// Returns the text of the selection as plain text, in which paragraphs and lines end with line
+  /// feeds. Bullets are followed by a space.
+  static QString plainText(const QTextCursor& cursor);
+
+ private:
+  std::vector<NewsElement> elements_;
+};
+
+}  // namespace ornwhatsnewqt
+
+#endif  // ORNWHATSNEWQT_SRC_NEWSDOCUMENT_H_

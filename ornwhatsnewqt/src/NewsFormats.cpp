@@ -1,0 +1,161 @@
+#include "ornwhatsnewqt/src/NewsFormats.h"
+
+#include <algorithm>
+
+#include <QtGui/QFontMetricsF>
+#include <QtGui/QTextOption>
+
+#include <ornwhatsnew/WhatsNewTypes.h>
+#include "ornwhatsnewqt/src/NewsDocument.h"
+
+namespace ornwhatsnewqt {
+namespace {
+
+using ornwhatsnew::ParagraphKind;
+using ornwhatsnew::StyleID;
+
+// A label is shorter than the text beside it, so that its box fits into the line.
+constexpr float kLabelSize = 12;
+constexpr qreal kLineSpacing = 4;
+constexpr qreal kBulletSpacing = 12;
+
+/// Returns the space above a paragraph. The space between two paragraphs is the larger one of the
+/// spaces around them, and not their sum.
+qreal spaceAbove(ParagraphKind kind, bool isFirst) {
+  switch (kind) {
+    case ParagraphKind::kTitle:
+      // Above the first title, there is no card.
+      return kCardPadding + kCardSpacing + (isFirst ? 0 : kCardPadding);
+    case ParagraphKind::kNotice:
+      // The first notice is in the upper third of a page without items.
+      return isFirst ? 120 : 16;
+    default:
+      return 8;
+  }
+}
+
+}  // namespace
+
+NewsFormats::NewsFormats(const PanelStyle& style) : style_(style) {
+  addSpanFormats();
+  addParagraphFormats();
+}
+
+qreal NewsFormats::labelOffset(const QFont& labelFont) const {
+  const QFontMetricsF label(labelFont);
+  const QFontMetricsF title(style_.font(ornwhatsnew::kFontSize_Title, QFont::DemiBold));
+  return 100 * (title.capHeight() - label.capHeight()) / 2 / label.height();
+}
+
+QTextCharFormat NewsFormats::characters(float size, QFont::Weight weight,
+                                        const QColor& color) const {
+  QTextCharFormat format;
+  format.setFont(style_.font(size, weight));
+  format.setForeground(color);
+  return format;
+}
+
+void NewsFormats::addSpanFormats() {
+  using namespace ornwhatsnew;
+  const auto add = [this](StyleID id, float size, QFont::Weight weight, const QColor& color) {
+    spans_.insert(static_cast<int>(id), characters(size, weight, color));
+  };
+  add(StyleID::kStyleFeatureTitle, kFontSize_Title, QFont::DemiBold, style_.text);
+  add(StyleID::kStyleFeatureDescription, kFontSize_Normal, QFont::Normal, style_.text);
+  add(StyleID::kStyleChangeText, kFontSize_NormalSmall, QFont::Normal, style_.text);
+  add(StyleID::kStyleHeader, kFontSize_Header, QFont::Medium, style_.secondary);
+  add(StyleID::kStyleInternalCode, kFontSize_NormalSmall, QFont::Normal, style_.secondary);
+  add(StyleID::kStyleCommitLink, kFontSize_HotSpotCopy, QFont::Normal, style_.secondary);
+  add(StyleID::kStyleHotSpot, kFontSize_HotSpot, QFont::Medium, style_.text);
+  add(StyleID::kStyleIssueLink, kFontSize_HotSpotCopy, QFont::Normal, style_.secondary);
+  add(StyleID::kStyleInternalWarning, kFontSize_NormalSmall, QFont::Normal, style_.warning);
+  add(StyleID::kStyleUnlockLabel, kLabelSize, QFont::DemiBold, style_.accent);
+
+  QTextCharFormat& label = spans_[static_cast<int>(StyleID::kStyleUnlockLabel)];
+  label.setProperty(NewsDocument::IsLabel, true);
+  label.setFontLetterSpacingType(QFont::AbsoluteSpacing);
+  label.setFontLetterSpacing(0.6);
+  label.setBaselineOffset(labelOffset(label.font()));
+  labelStrut_ = characters(kFontSize_Title, QFont::DemiBold, style_.text);
+  labelStrut_.setFontLetterSpacingType(QFont::AbsoluteSpacing);
+  labelStrut_.setFontLetterSpacing(kLabelPadding);
+  bullet_ = characters(kFontSize_NormalSmall, QFont::Bold, style_.accent);
+}
+
+void NewsFormats::addParagraphFormats() {
+  const auto add = [this](ParagraphKind kind, StyleID style) {
+    paragraphs_.insert(static_cast<int>(kind), spans_.value(static_cast<int>(style)));
+  };
+  add(ParagraphKind::kHeader, StyleID::kStyleHeader);
+  add(ParagraphKind::kTitle, StyleID::kStyleInternalCode);
+  add(ParagraphKind::kDescription, StyleID::kStyleFeatureDescription);
+  add(ParagraphKind::kChange, StyleID::kStyleChangeText);
+  paragraphs_.insert(static_cast<int>(ParagraphKind::kNotice),
+                     characters(ornwhatsnew::kFontSize_Header, QFont::Medium, style_.text));
+  // The space before a label would otherwise be too narrow.
+  QTextCharFormat& title = paragraphs_[static_cast<int>(ParagraphKind::kTitle)];
+  title.setFontLetterSpacingType(QFont::AbsoluteSpacing);
+  title.setFontLetterSpacing(kLabelPadding);
+}
+
+const QTextCharFormat& NewsFormats::ofSpan(ParagraphKind kind, std::optional<StyleID> style) const {
+  // A notice has the style of a header, but it is the only content of its page.
+  const bool isNotice = kind == ParagraphKind::kNotice && style == StyleID::kStyleHeader;
+  if (style && !isNotice) {
+    const auto found = spans_.constFind(static_cast<int>(*style));
+    if (found != spans_.cend()) return *found;
+  }
+  const auto found = paragraphs_.constFind(static_cast<int>(kind));
+  return found != paragraphs_.cend() ? *found : bullet_;
+}
+
+QTextCharFormat NewsFormats::ofLink(ParagraphKind kind, std::optional<StyleID> style,
+                                    const QString& href) const {
+  QTextCharFormat format = ofSpan(kind, style);
+  format.setAnchor(true);
+  format.setAnchorHref(href);
+  if (style == StyleID::kStyleFeatureTitle) return format;
+  format.setForeground(style_.link);
+  format.setFontUnderline(true);
+  return format;
+}
+
+const QTextBlockFormat& NewsFormats::ofBlock(ParagraphKind kind, const QString& bullet,
+                                             Qt::LayoutDirection direction, bool isFirst) {
+  const BlockKey key(kind, bullet, direction, isFirst);
+  const auto found = blocks_.find(key);
+  return found != blocks_.end() ? found->second
+                                : blocks_.emplace(key, makeBlock(key)).first->second;
+}
+
+QTextBlockFormat NewsFormats::makeBlock(const BlockKey& key) const {
+  const auto& [kind, bullet, direction, isFirst] = key;
+  const bool isInCard = kind != ParagraphKind::kHeader && kind != ParagraphKind::kNotice;
+  const bool isRightToLeft = direction == Qt::RightToLeft;
+  const qreal margin = kPageMargin + (isInCard ? ornwhatsnew::kRightMargin : 0);
+  const qreal indent = bullet.isEmpty() ? 0 : hangingIndent(bullet);
+  QTextBlockFormat format;
+  format.setLayoutDirection(direction);
+  format.setTopMargin(spaceAbove(kind, isFirst));
+  format.setLeftMargin(margin + (isRightToLeft ? 0 : indent));
+  format.setRightMargin(margin + (isRightToLeft ? indent : 0));
+  format.setLineHeight(kLineSpacing, QTextBlockFormat::LineDistanceHeight);
+  if (kind == ParagraphKind::kNotice) format.setAlignment(Qt::AlignHCenter);
+  if (isInCard) {
+    format.setProperty(NewsDocument::Part, kind == ParagraphKind::kTitle
+                                               ? NewsDocument::FirstBlock
+                                               : NewsDocument::LaterBlock);
+  }
+  if (indent > 0) {
+    format.setTextIndent(-indent);
+    format.setTabPositions({QTextOption::Tab(indent, QTextOption::LeftTab)});
+  }
+  return format;
+}
+
+qreal NewsFormats::hangingIndent(const QString& bullet) const {
+  const QFontMetricsF metrics(bullet_.font());
+  return metrics.horizontalAdvance(bullet) + kBulletSpacing;
+}
+
+}  // namespace ornwhatsnewqt

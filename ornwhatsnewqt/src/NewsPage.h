@@ -1,0 +1,62 @@
+// Shows a layout as a page of news.
+#ifndef ORNWHATSNEWQT_SRC_NEWSPAGE_H_
+#define ORNWHATSNEWQT_SRC_NEWSPAGE_H_
+
+#include <memory>
+#include <vector>
+
+#include <QtWidgets/QTextBrowser>
+
+#include <ornwhatsnew/PanelLayout.h>
+#include "ornwhatsnewqt/src/NewsDocument.h"
+#include "ornwhatsnewqt/src/PanelStyle.h"
+
+QT_BEGIN_NAMESPACE
+class QPrinter;
+QT_END_NAMESPACE
+
+namespace ornwhatsnewqt {
+
+/// The page of news. Tab moves the focus from link to link, and Enter activates a link, for which
+/// `anchorClicked` is emitted. The page itself opens no link.
+class NewsPage : public QTextBrowser {
+  Q_OBJECT
+ public:
+  explicit NewsPage(QWidget* parent = nullptr);
+  ~NewsPage() override;
+
+  /// Shows `layout`, which is not used after the call. Keeps the paragraph at the top of the view
+  /// at its position if there is still such a paragraph.
+  void showLayout(const ornwhatsnew::PanelLayout& layout, const PanelStyle& style);
+
+  /// Returns the elements of the page, which are valid until the next call of `showLayout`.
+  const std::vector<NewsElement>& elements() const { return document_->elements(); }
+
+  /// Returns the rectangle of `element` in the coordinates of the viewport.
+  QRect elementRect(const NewsElement& element) const;
+
+  /// Returns the index of the link that has the focus, or -1.
+  int focusedLink() const;
+
+ protected:
+  QMimeData* createMimeDataFromSelection() const override;
+  bool focusNextPrevChild(bool next) override;
+  void keyPressEvent(QKeyEvent* event) override;
+  void paintEvent(QPaintEvent* event) override;
+  void resizeEvent(QResizeEvent* event) override;
+  bool viewportEvent(QEvent* event) override;
+
+ private:
+  QPointF scrollOffset() const;
+  void centerColumn();
+
+  PanelStyle style_;
+  std::unique_ptr<NewsDocument> document_;
+};
+
+/// Prints `layout` in black on white with the fonts of `font`.
+void printNews(const ornwhatsnew::PanelLayout& layout, const QFont& font, QPrinter& printer);
+
+}  // namespace ornwhatsnewqt
+
+#endif  // ORNWHATSNEWQT_SRC_NEWSPAGE_H_

@@ -1,0 +1,168 @@
+#include "ornwhatsnewqt/src/PanelController.h"
+
+#include <QtCore/QCoreApplication>
+#include <QtCore/QEvent>
+#include <QtCore/QFile>
+#include <QtGui/QDesktopServices>
+
+#include <ornappsupport/analytics/SDMUsageLogger.h>
+#include <ornwhatsnew/SafeLink.h>
+
+#include "ornwhatsnewqt/src/LocalizedText.h"
+
+namespace ornwhatsnewqt {
+namespace {
+
+// IsAnythingNeedingRating uses the same options.
+constexpr ornwhatsnew::DisplayOptions kRatings = ornwhatsnew::kRatingView |
+                                                 ornwhatsnew::kFilterRelevantPlatform |
+                                                 ornwhatsnew::kFilterRelevantVersion;
+
+const QString kOnlyNewKey = QStringLiteral("WhatsNew.OnlyNew");
+const QString kThisPlatformKey = QStringLiteral("WhatsNew.ThisPlatform");
+const QString kMyVersionsKey = QStringLiteral("WhatsNew.MyVersions");
+
+Filters readFilters(const SettingsStore& store) {
+  const auto read = [&store](const QString& key) {
+    const QVariant value = store.value(key);
+    return !value.isValid() || value.toBool();
+  };
+  return {read(kOnlyNewKey), read(kThisPlatformKey), read(kMyVersionsKey)};
+}
+
+ornwhatsnew::DisplayOptions optionsOf(const Filters& filters) {
+  ornwhatsnew::DisplayOptions options;
+  if (filters.onlyNew) options = options | ornwhatsnew::kShowOnlyNew;
+  if (filters.thisPlatform) options = options | ornwhatsnew::kFilterRelevantPlatform;
+  if (filters.myVersions) options = options | ornwhatsnew::kFilterRelevantVersion;
+  return options;
+}
+
+}  // namespace
+
+PanelController::PanelController(const QString& dataFile, const Settings& settings, QObject* parent)
+    : QObject(parent),
+      dataFile_(dataFile),
+      store_(settings),
+      ratingPolicy_(store_),
+      list_([this](const auto& key) { return store_.state(key); },
+            [this](const auto& key, const auto& value) { store_.setState(key, value); }),
+      filters_(readFilters(store_)) {
+  connect(&store_, &SettingsStore::errorChanged, this, &PanelController::stateErrorChanged);
+  readDataFile();
+  list_.InitWithData(dataText_);
+  if (settings.announcesUpdates) {
+    announcement_.emplace(store_, [this] { return list_.IsAnythingNew(optionsForNews()); });
+    connect(&*announcement_, &Announcement::due, this, &PanelController::announcementDue);
+  }
+  if (settings.firstStart == FirstStart::MarkAllSeen && store_.isStateEmpty()) {
+    list_.MarkAllSeen();
+    store_.commit();
+    list_.RefreshInternalSeenState();
+  }
+  // The application object receives an event for a new language even if there is no widget.
+  QCoreApplication::instance()->installEventFilter(this);
+}
+
+PanelController::~PanelController() = default;
+
+void PanelController::readDataFile() {
+  QFile file(dataFile_);
+  if (file.open(QIODevice::ReadOnly)) {
+    dataText_ = file.readAll().toStdString();
+    errorString_.clear();
+  } else {
+    errorString_ = localizedText("$$$/ornwhatsnewqt/DataFile/NotReadable=cannot open '@0': @1",
+                                 {dataFile_, file.errorString()});
+  }
+}
+
+void PanelController::reload() {
+  readDataFile();
+  list_.InitWithData(dataText_);
+  displayAgain();
+}
+
+ornwhatsnew::NewCount PanelController::countNew() const {
+  return list_.CountNew(optionsForNews());
+}
+
+ornwhatsnew::DisplayOptions PanelController::optionsForNews() const {
+  return optionsOf({true, filters_.thisPlatform, filters_.myVersions});
+}
+
+void PanelController::setFilters(const Filters& filters) {
+  if (filters == filters_) return;
+  filters_ = filters;
+  store_.setValue(kOnlyNewKey, filters.onlyNew);
+  store_.setValue(kThisPlatformKey, filters.thisPlatform);
+  store_.setValue(kMyVersionsKey, filters.myVersions);
+  displayAgain();
+}
+
+void PanelController::display() {
+  store_.takeSnapshot();
+  isOpen_ = true;
+  displayAgain();
+}
+
+void PanelController::endDisplay() {
+  isOpen_ = false;
+  layout_ = {};
+  ratingPolicy_.close();
+  Q_EMIT countChanged();
+}
+
+// While the panel is open, its content is new in relation to the state at the call of display().
+void PanelController::displayAgain() {
+  if (isOpen_) {
+    store_.useSnapshot(true);
+    list_.RefreshInternalSeenState();
+    layout_ = list_.GetLayoutForDisplay(optionsOf(filters_));
+    store_.commit();
+    store_.useSnapshot(false);
+    list_.RefreshInternalSeenState();
+  }
+  Q_EMIT changed();
+  Q_EMIT countChanged();
+}
+
+ornwhatsnew::PanelLayout PanelController::ratingLayout() {
+  ratingPolicy_.open();
+  return list_.PreviewLayout(kRatings);
+}
+
+bool PanelController::canRate() const {
+  return ornappsupport::analytics::SDMUsageLogger::IsLogging() && ratingPolicy_.allowsRequest() &&
+         list_.IsAnythingNeedingRating();
+}
+
+void PanelController::rate(const QString& featureKey, int stars, const QString& comment) {
+  list_.MarkItemHasBeenRated(featureKey.toStdString());
+  store_.commit();
+  Q_EMIT rated(featureKey, stars, comment);
+  Q_EMIT countChanged();
+}
+
+void PanelController::activateLink(const QUrl& url) {
+  if (!ornwhatsnew::IsSafeLink(url.toString(QUrl::FullyEncoded).toStdU16String())) return;
+  Q_EMIT linkActivated(url);
+  QDesktopServices::openUrl(url);
+}
+
+bool PanelController::announcesUpdates() const {
+  return Announcement::isWanted(store_);
+}
+
+void PanelController::setAnnouncesUpdates(bool announces) {
+  Announcement::setWanted(store_, announces);
+}
+
+bool PanelController::eventFilter(QObject* watched, QEvent* event) {
+  if (event->type() == QEvent::LanguageChange && watched == QCoreApplication::instance()) {
+    displayAgain();
+  }
+  return QObject::eventFilter(watched, event);
+}
+
+}  // namespace ornwhatsnewqt

@@ -1,0 +1,123 @@
+// Decides what a panel shows, and stores what the user has seen and rated.
+#ifndef ORNWHATSNEWQT_SRC_PANELCONTROLLER_H_
+#define ORNWHATSNEWQT_SRC_PANELCONTROLLER_H_
+
+#include <optional>
+
+#include <QtCore/QObject>
+#include <QtCore/QString>
+#include <QtCore/QUrl>
+
+#include <ornwhatsnew/FeatureListData.h>
+#include <ornwhatsnew/PanelLayout.h>
+#include <ornwhatsnewqt/Settings.h>
+
+#include "ornwhatsnewqt/src/Announcement.h"
+#include "ornwhatsnewqt/src/RatingPolicy.h"
+#include "ornwhatsnewqt/src/SettingsStore.h"
+
+namespace ornwhatsnewqt {
+
+/// What a panel shows.
+struct Filters {
+  bool onlyNew = true;       ///< only what was new when the panel was opened
+  bool thisPlatform = true;  ///< no changes for other platforms
+  bool myVersions = true;    ///< no changes for versions that the user has not used
+
+  friend bool operator==(const Filters&, const Filters&) = default;
+};
+
+/// Owns the list of a `WhatsNew`. Uses no widgets.
+///
+/// From `display` to `endDisplay`, the panel is open. While it is open, a change is new if it was
+/// new at the call of `display`. Therefore, other filters or another language do not hide what the
+/// panel has just shown.
+class PanelController : public QObject {
+  Q_OBJECT
+ public:
+  /// Loads the list from `dataFile`. The services that `settings` names must be installed.
+  PanelController(const QString& dataFile, const Settings& settings, QObject* parent = nullptr);
+  ~PanelController() override;
+
+  bool isLoaded() const { return errorString_.isEmpty(); }  ///< see `WhatsNew`
+  QString errorString() const { return errorString_; }      ///< see `WhatsNew`
+
+  /// Reads the data file again, and displays the open panel again; see `WhatsNew::refresh`.
+  void reload();
+
+  /// Returns how much is new with the current filters for platform and version.
+  ornwhatsnew::NewCount countNew() const;
+
+  /// Returns the filters, which are stored.
+  Filters filters() const { return filters_; }
+
+  /// Replaces and stores the filters. Displays the open panel again.
+  void setFilters(const Filters& filters);
+
+  /// Opens the panel: creates the layout, and stores that the user has seen it.
+  void display();
+
+  /// Closes the panel, and empties the layout.
+  void endDisplay();
+
+  /// Returns the layout of the open panel. It is empty if the panel is closed.
+  const ornwhatsnew::PanelLayout& layout() const { return layout_; }
+
+  /// Returns the layout of the rating page. Does not change the state, because a user who opens the
+  /// rating page has not seen the news. Uses up the request of this session: after the next
+  /// `endDisplay`, `canRate` returns false.
+  ornwhatsnew::PanelLayout ratingLayout();
+
+  /// Returns whether the user can rate a feature; see `WhatsNew::rateAction`.
+  bool canRate() const;
+
+  /// Stores that the user has rated the feature, and reports the rating.
+  void rate(const QString& featureKey, int stars, const QString& comment);
+
+  /// Reports `url` and opens it in a browser, if it is a safe link.
+  void activateLink(const QUrl& url);
+
+  /// Returns why the state cannot be stored, in the user's language, or an empty string.
+  QString stateError() const { return store_.error(); }
+
+  /// Returns whether the application opens the panel after updates for users who want it. If so,
+  /// the panel should contain a switch for `setAnnouncesUpdates`.
+  bool offersAnnouncements() const { return announcement_.has_value(); }
+
+  /// Returns whether the user wants the panel to open after updates.
+  bool announcesUpdates() const;
+
+  /// Stores whether the user wants the panel to open after updates.
+  void setAnnouncesUpdates(bool announces);
+
+ Q_SIGNALS:
+  void changed();            ///< the layout, the ratings or the language have changed: draw again
+  void stateErrorChanged();  ///< `stateError()` has changed
+  void announcementDue();    ///< the panel should open now
+  void countChanged();       ///< `countNew()`, `canRate()` or the language may have changed
+  void rated(const QString& featureKey, int stars, const QString& comment);  ///< see `WhatsNew`
+  void linkActivated(const QUrl& url);                                       ///< see `WhatsNew`
+
+ protected:
+  bool eventFilter(QObject* watched, QEvent* event) override;
+
+ private:
+  void readDataFile();
+  void displayAgain();
+  ornwhatsnew::DisplayOptions optionsForNews() const;
+
+  QString dataFile_;
+  ornwhatsnew::UTF8String dataText_;
+  QString errorString_;
+  SettingsStore store_;
+  RatingPolicy ratingPolicy_;
+  ornwhatsnew::FeatureListData list_;
+  std::optional<Announcement> announcement_;
+  Filters filters_;
+  ornwhatsnew::PanelLayout layout_;
+  bool isOpen_ = false;
+};
+
+}  // namespace ornwhatsnewqt
+
+#endif  // ORNWHATSNEWQT_SRC_PANELCONTROLLER_H_

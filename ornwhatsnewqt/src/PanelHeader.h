@@ -1,0 +1,59 @@
+// Declares the top row of a panel.
+#ifndef ORNWHATSNEWQT_SRC_PANELHEADER_H_
+#define ORNWHATSNEWQT_SRC_PANELHEADER_H_
+
+#include <QtWidgets/QWidget>
+
+QT_BEGIN_NAMESPACE
+class QLabel;
+class QRadioButton;
+QT_END_NAMESPACE
+
+namespace ornwhatsnewqt {
+
+class FlowLayout;
+class GlyphButton;
+
+/// The pages of a panel.
+enum class PanelPage { News, Ratings };
+
+/// The top row of a panel: the choice of the page, and buttons for searching and printing. If there
+/// is only one page, shows its name instead of the choice.
+class PanelHeader : public QWidget {
+  Q_OBJECT
+ public:
+  explicit PanelHeader(QWidget* parent);
+
+  /// Shows that `page` is the current page, and whether there are ratings. Does not emit signals.
+  void setPage(PanelPage page, bool hasRatings);
+
+  /// Sets the texts in the current language.
+  void retranslate();
+
+  /// Moves the focus to the choice of the current page.
+  void focusPage();
+
+ Q_SIGNALS:
+  void newsRequested();     ///< the user has chosen the page of news
+  void ratingsRequested();  ///< the user has chosen the page of ratings
+  void searchRequested();   ///< the user wants to search
+  void printRequested();    ///< the user wants to print
+
+ protected:
+  void changeEvent(QEvent* event) override;
+
+ private:
+  QRadioButton* addPageButton(const char* name);
+  void applyStyle();
+
+  FlowLayout* pages_;
+  QLabel* title_;
+  QRadioButton* newsButton_;
+  QRadioButton* ratingsButton_;
+  GlyphButton* searchButton_;
+  GlyphButton* printButton_;
+};
+
+}  // namespace ornwhatsnewqt
+
+#endif  // ORNWHATSNEWQT_SRC_PANELHEADER_H_

@@ -1,0 +1,50 @@
+// Defines the colours and fonts of the panel.
+#ifndef ORNWHATSNEWQT_SRC_PANELSTYLE_H_
+#define ORNWHATSNEWQT_SRC_PANELSTYLE_H_
+
+#include <QtGui/QColor>
+#include <QtGui/QFont>
+#include <QtGui/QPalette>
+
+QT_BEGIN_NAMESPACE
+class QLineEdit;
+QT_END_NAMESPACE
+
+namespace ornwhatsnewqt {
+
+/// The colours and fonts of the panel, which follow the palette and the font of the desktop. The
+/// colours of text have a contrast of at least 4.5 : 1 against their background, unless the palette
+/// itself has less.
+struct PanelStyle {
+  /// Derives the colours from the active group of `palette`, and the fonts from `font`.
+  PanelStyle(const QPalette& palette, const QFont& font);
+
+  /// Returns the font of the desktop in `size`, one of the font sizes in `WhatsNewTypes.h` in
+  /// device-independent pixels. If the desktop's font is larger than the smallest of these sizes,
+  /// all sizes grow in proportion, so that no text is smaller than the desktop's font.
+  QFont font(float size, QFont::Weight weight = QFont::Normal) const;
+
+  QColor page;           ///< the background of the panel
+  QColor card;           ///< the background of an item
+  QColor cardOutline;    ///< the outline of an item
+  QColor text;           ///< text on a card
+  QColor secondary;      ///< text on a card or the page that is less important
+  QColor link;           ///< a link on a card or the page
+  QColor warning;        ///< a warning on a card or the page
+  QColor accent;         ///< the highlight colour, readable on a card and the page
+  QColor accentFill;     ///< a background in a light tone of the highlight colour
+  QColor accentText;     ///< text on `accent`
+  QColor selection;      ///< the background of selected text
+  QColor selectionText;  ///< selected text
+
+ private:
+  QFont font_;
+  qreal scale_ = 1;
+};
+
+/// Shows `field` with rounded corners, in `style`.
+void setFieldStyle(QLineEdit& field, const PanelStyle& style);
+
+}  // namespace ornwhatsnewqt
+
+#endif  // ORNWHATSNEWQT_SRC_PANELSTYLE_H_

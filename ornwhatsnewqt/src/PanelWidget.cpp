@@ -1,0 +1,285 @@
+#include <ornwhatsnewqt/PanelWidget.h>
+
+#include <algorithm>
+
+#include <QtCore/QEvent>
+#include <QtCore/QPointer>
+#include <QtGui/QKeyEvent>
+#include <QtGui/QShortcut>
+#include <QtPrintSupport/QPrintDialog>
+#include <QtPrintSupport/QPrinter>
+#include <QtWidgets/QCheckBox>
+#include <QtWidgets/QStackedWidget>
+#include <QtWidgets/QVBoxLayout>
+
+#include <ornwhatsnewqt/WhatsNew.h>
+
+#include "ornwhatsnewqt/src/FilterBar.h"
+#include "ornwhatsnewqt/src/LocalizedText.h"
+#include "ornwhatsnewqt/src/MessageBar.h"
+#include "ornwhatsnewqt/src/NewsFormats.h"
+#include "ornwhatsnewqt/src/NewsPage.h"
+#include "ornwhatsnewqt/src/PanelController.h"
+#include "ornwhatsnewqt/src/PanelHeader.h"
+#include "ornwhatsnewqt/src/PanelStrings.h"
+#include "ornwhatsnewqt/src/PillButton.h"
+#include "ornwhatsnewqt/src/RatingPage.h"
+#include "ornwhatsnewqt/src/SearchBar.h"
+
+namespace ornwhatsnewqt {
+
+struct PanelWidget::Impl {
+  Impl(PanelWidget* owner, PanelController* panelController);
+
+  void addWidgets();
+  void centerTop();
+  void connectWidgets();
+  void openPage(PanelPage newPage);
+  void closePages();
+  void draw();
+  void drawRatings(const PanelStyle& style);
+  void retranslate();
+  void updateHeader();
+  void showErrors();
+  void startSearch();
+  void print();
+
+  PanelWidget* panel;
+  QPointer<PanelController> controller;
+  MessageBar* message;
+  PanelHeader* header;
+  FilterBar* filters;
+  NewsPage* news;
+  RatingPage* ratings;
+  SearchBar* search;
+  QStackedWidget* pages;
+  QCheckBox* announce;
+  QVBoxLayout* top = nullptr;
+  PanelPage page = PanelPage::News;
+  bool isOpen = false;
+};
+
+PanelWidget::Impl::Impl(PanelWidget* owner, PanelController* panelController)
+    : panel(owner),
+      controller(panelController),
+      message(new MessageBar(owner)),
+      header(new PanelHeader(owner)),
+      filters(new FilterBar(panelController, owner)),
+      news(new NewsPage(owner)),
+      ratings(new RatingPage(owner)),
+      search(new SearchBar(news, owner)),
+      pages(new QStackedWidget(owner)),
+      announce(new QCheckBox(owner)) {
+  addWidgets();
+  connectWidgets();
+  retranslate();
+  showErrors();
+  updateHeader();
+}
+
+void PanelWidget::Impl::addWidgets() {
+  header->setObjectName(QStringLiteral("header"));
+  filters->setObjectName(QStringLiteral("filters"));
+  message->setObjectName(QStringLiteral("messageBar"));
+  news->setObjectName(QStringLiteral("newsPage"));
+  ratings->setObjectName(QStringLiteral("ratingPage"));
+  search->setObjectName(QStringLiteral("searchBar"));
+  announce->setObjectName(QStringLiteral("announce"));
+  pages->addWidget(news);
+  pages->addWidget(ratings);
+  top = new QVBoxLayout;
+  centerTop();
+  top->setSpacing(6);
+  for (QWidget* bar : {static_cast<QWidget*>(message), static_cast<QWidget*>(header),
+                       static_cast<QWidget*>(filters), static_cast<QWidget*>(search)})
+    top->addWidget(bar);
+  auto* const column = new QVBoxLayout(panel);
+  column->setContentsMargins(0, 0, 0, 0);
+  column->setSpacing(0);
+  column->addLayout(top);
+  column->addWidget(pages, 1);
+  auto* const bottom = new QVBoxLayout;
+  bottom->setContentsMargins(kPageMargin, 0, kPageMargin, 0);
+  announce->setMinimumHeight(40);
+  bottom->addWidget(announce);
+  column->addLayout(bottom);
+}
+
+// The bars are as wide as the page below them.
+void PanelWidget::Impl::centerTop() {
+  const int beside = std::max(0, (panel->width() - kMaximumColumnWidth) / 2);
+  // The buttons have space for a ring around them.
+  const int side = beside + kPageMargin - kRingSpace;
+  top->setContentsMargins(side, kPageMargin / 2, side, kPageMargin / 2);
+}
+
+void PanelWidget::Impl::connectWidgets() {
+  connect(controller, &PanelController::changed, panel, [this] {
+    retranslate();
+    showErrors();
+    draw();
+  });
+  connect(controller, &PanelController::countChanged, panel, [this] { updateHeader(); });
+  connect(controller, &PanelController::stateErrorChanged, panel, [this] { showErrors(); });
+  connect(header, &PanelHeader::newsRequested, panel, &PanelWidget::showNews);
+  connect(header, &PanelHeader::ratingsRequested, panel, &PanelWidget::showRatings);
+  connect(header, &PanelHeader::searchRequested, panel, [this] { startSearch(); });
+  connect(header, &PanelHeader::printRequested, panel, [this] { print(); });
+  connect(news, &QTextBrowser::anchorClicked, controller, &PanelController::activateLink);
+  connect(ratings, &RatingPage::rated, controller, &PanelController::rate);
+  connect(announce, &QCheckBox::clicked, controller, &PanelController::setAnnouncesUpdates);
+  connect(ratings, &RatingPage::finished, header, &PanelHeader::focusPage);
+  const auto addShortcut = [this](QKeySequence::StandardKey key, void (Impl::*function)()) {
+    auto* const shortcut = new QShortcut(key, panel);
+    // In a dock, the keys belong to the main window while the focus is outside of the panel.
+    shortcut->setContext(Qt::WidgetWithChildrenShortcut);
+    connect(shortcut, &QShortcut::activated, panel, [this, function] { (this->*function)(); });
+  };
+  addShortcut(QKeySequence::Find, &Impl::startSearch);
+  addShortcut(QKeySequence::Print, &Impl::print);
+}
+
+void PanelWidget::Impl::openPage(PanelPage newPage) {
+  if (!controller) return;
+  page = newPage;
+  isOpen = true;
+  search->hide();
+  updateHeader();
+  if (page == PanelPage::News) {
+    // The controller emits changed(), which draws the page.
+    controller->display();
+    news->setFocus();
+  } else {
+    draw();
+    if (!ratings->focusNextCard()) news->setFocus();
+  }
+}
+
+void PanelWidget::Impl::closePages() {
+  if (!isOpen) return;
+  isOpen = false;
+  search->hide();
+  news->showLayout({}, PanelStyle(panel->palette(), panel->font()));
+  ratings->clear();
+  page = PanelPage::News;
+  if (controller) controller->endDisplay();
+}
+
+void PanelWidget::Impl::draw() {
+  if (!isOpen || !controller) return;
+  const PanelStyle style(panel->palette(), panel->font());
+  if (page == PanelPage::Ratings) {
+    drawRatings(style);
+  } else if (!controller->layout().paragraphs.empty()) {
+    // The layout is empty if another panel of the same controller was closed.
+    pages->setCurrentWidget(news);
+    news->showLayout(controller->layout(), style);
+  }
+  if (search->isVisible()) search->refresh();
+}
+
+// If there is nothing to rate, the page of news shows the notice of the rating view.
+void PanelWidget::Impl::drawRatings(const PanelStyle& style) {
+  const ornwhatsnew::PanelLayout layout = controller->ratingLayout();
+  ratings->showRequests(layout.ratingRequests);
+  if (ratings->isEmpty()) news->showLayout(layout, style);
+  pages->setCurrentWidget(ratings->isEmpty() ? static_cast<QWidget*>(news) : ratings);
+}
+
+void PanelWidget::Impl::retranslate() {
+  news->setAccessibleName(localizedText(strings::kNews));
+  news->setAccessibleDescription(localizedText(strings::kNewsDescription));
+  ratings->setAccessibleName(localizedText(strings::kRatings));
+  ratings->setAccessibleDescription(localizedText(strings::kRatingsDescription));
+  header->retranslate();
+  filters->refresh();
+  message->retranslate();
+  announce->setText(localizedText(strings::kAnnounce));
+  announce->setAccessibleDescription(localizedText(strings::kAnnounceDescription));
+  announce->setChecked(controller->announcesUpdates());
+}
+
+void PanelWidget::Impl::updateHeader() {
+  header->setPage(page, controller && controller->canRate());
+  filters->setVisible(page == PanelPage::News);
+  announce->setVisible(page == PanelPage::News && controller && controller->offersAnnouncements());
+}
+
+void PanelWidget::Impl::showErrors() {
+  QStringList errors;
+  if (!controller->isLoaded()) {
+    errors.append(localizedText(strings::kDataError, {controller->errorString()}));
+  }
+  if (!controller->stateError().isEmpty()) {
+    errors.append(localizedText(strings::kStateError, {controller->stateError()}));
+  }
+  message->setMessage(errors.join(u'\n'));
+}
+
+void PanelWidget::Impl::startSearch() {
+  if (page == PanelPage::News) search->startSearch();
+}
+
+void PanelWidget::Impl::print() {
+  if (page != PanelPage::News || !controller) return;
+  auto* const dialog = new QPrintDialog(panel);
+  dialog->setAttribute(Qt::WA_DeleteOnClose);
+  dialog->setOption(QAbstractPrintDialog::PrintToFile);
+  connect(dialog, qOverload<QPrinter*>(&QPrintDialog::accepted), panel, [this](QPrinter* printer) {
+    if (controller) printNews(controller->layout(), panel->font(), *printer);
+  });
+  dialog->open();
+}
+
+PanelWidget::PanelWidget(WhatsNew* whatsNew, QWidget* parent)
+    : QWidget(parent), impl_(std::make_unique<Impl>(this, whatsNew->controller())) {}
+
+PanelWidget::~PanelWidget() {
+  impl_->closePages();
+}
+
+void PanelWidget::showNews() {
+  impl_->openPage(PanelPage::News);
+}
+
+void PanelWidget::showRatings() {
+  impl_->openPage(PanelPage::Ratings);
+}
+
+QSize PanelWidget::sizeHint() const {
+  return QSize(720, 760);
+}
+
+void PanelWidget::changeEvent(QEvent* event) {
+  const bool isNewStyle = event->type() == QEvent::PaletteChange ||
+                          event->type() == QEvent::FontChange ||
+                          event->type() == QEvent::StyleChange;
+  if (isNewStyle) impl_->draw();
+  QWidget::changeEvent(event);
+}
+
+void PanelWidget::hideEvent(QHideEvent* event) {
+  // The user has minimised the window, and will see the same content again.
+  if (!event->spontaneous()) impl_->closePages();
+  QWidget::hideEvent(event);
+}
+
+void PanelWidget::keyPressEvent(QKeyEvent* event) {
+  if (event->key() == Qt::Key_Escape && impl_->search->isVisible()) {
+    impl_->search->endSearch();
+  } else {
+    QWidget::keyPressEvent(event);
+  }
+}
+
+void PanelWidget::resizeEvent(QResizeEvent* event) {
+  impl_->centerTop();
+  QWidget::resizeEvent(event);
+}
+
+void PanelWidget::showEvent(QShowEvent* event) {
+  if (!event->spontaneous() && !impl_->isOpen) showNews();
+  QWidget::showEvent(event);
+}
+
+}  // namespace ornwhatsnewqt

@@ -1,0 +1,40 @@
+// Declares the window in which a `WhatsNew` opens its panel.
+#ifndef ORNWHATSNEWQT_SRC_PANELWINDOW_H_
+#define ORNWHATSNEWQT_SRC_PANELWINDOW_H_
+
+#include <QtCore/QPointer>
+#include <QtWidgets/QDialog>
+
+#include <ornwhatsnewqt/PanelWidget.h>
+
+namespace ornwhatsnewqt {
+
+/// A window with a panel that does not block the application. Escape closes it. When it is closed,
+/// it deletes itself, and returns the focus to the widget that had it before.
+class PanelWindow : public QDialog {
+  Q_OBJECT
+ public:
+  /// The function that shows a page of the panel.
+  using Page = void (PanelWidget::*)();
+
+  /// Creates a hidden window. It belongs to the parent of `whatsNew` if that is a widget.
+  explicit PanelWindow(WhatsNew* whatsNew);
+  ~PanelWindow() override;
+
+  /// Shows a page of the panel, and activates the window.
+  void showPage(Page page);
+
+ protected:
+  void changeEvent(QEvent* event) override;
+
+ private:
+  void updateTitle();
+  void returnFocus();
+
+  PanelWidget* panel_;
+  QPointer<QWidget> focusBefore_;
+};
+
+}  // namespace ornwhatsnewqt
+
+#endif  // ORNWHATSNEWQT_SRC_PANELWINDOW_H_

@@ -1,0 +1,83 @@
+#include "ornwhatsnewqt/src/RatingPage.h"
+
+#include <algorithm>
+
+#include <QtWidgets/QVBoxLayout>
+
+#include "ornwhatsnewqt/src/NewsFormats.h"
+#include "ornwhatsnewqt/src/RatingCard.h"
+
+namespace ornwhatsnewqt {
+
+RatingPage::RatingPage(QWidget* parent) : QScrollArea(parent) {
+  setFrameShape(QFrame::NoFrame);
+  setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+  setWidgetResizable(true);
+  auto* const content = new QWidget(this);
+  auto* const row = new QHBoxLayout(content);
+  row->setContentsMargins(kPageMargin, kPageMargin / 2, kPageMargin, kPageMargin);
+  column_ = new QVBoxLayout;
+  column_->setSpacing(kCardSpacing);
+  column_->addStretch();
+  auto* const centered = new QWidget(content);
+  centered->setMaximumWidth(kMaximumColumnWidth - 2 * kPageMargin);
+  centered->setLayout(column_);
+  column_->setContentsMargins(0, 0, 0, 0);
+  row->addWidget(centered);
+  setWidget(content);
+}
+
+RatingCard* RatingPage::findCard(const std::string& itemKey) const {
+  const QString key = QString::fromStdString(itemKey);
+  const auto found = std::ranges::find(cards_, key, &RatingCard::itemKey);
+  return found == cards_.end() ? nullptr : *found;
+}
+
+void RatingPage::showRequests(const std::vector<ornwhatsnew::RatingRequest>& requests) {
+  const auto isObsolete = [&requests](const RatingCard* card) {
+    const auto isRequestOfCard = [card](const ornwhatsnew::RatingRequest& request) {
+      return QString::fromStdString(request.itemKey) == card->itemKey();
+    };
+    return !card->isRated() && std::ranges::none_of(requests, isRequestOfCard);
+  };
+  const auto [first, last] = std::ranges::stable_partition(
+      cards_, [isObsolete](const RatingCard* card) { return !isObsolete(card); });
+  std::for_each(first, last, [](RatingCard* card) { delete card; });
+  cards_.erase(first, last);
+
+  for (RatingCard* card : cards_) card->retranslate();
+  for (const ornwhatsnew::RatingRequest& request : requests) {
+    RatingCard* const card = findCard(request.itemKey);
+    if (card == nullptr) {
+      addCard(request);
+    } else if (!card->isRated()) {
+      card->setRequest(request);
+    }
+  }
+}
+
+void RatingPage::addCard(const ornwhatsnew::RatingRequest& request) {
+  auto* const card = new RatingCard(request, widget());
+  // The last element of the column is the stretch.
+  column_->insertWidget(column_->count() - 1, card);
+  cards_.push_back(card);
+  connect(card, &RatingCard::rated, this, [this, card](int stars, const QString& comment) {
+    Q_EMIT rated(card->itemKey(), stars, comment);
+    if (!focusNextCard()) Q_EMIT finished();
+  });
+}
+
+void RatingPage::clear() {
+  for (RatingCard* card : cards_) delete card;
+  cards_.clear();
+}
+
+bool RatingPage::focusNextCard() {
+  const auto next = std::ranges::find_if_not(cards_, &RatingCard::isRated);
+  if (next == cards_.end()) return false;
+  (*next)->focusChoice();
+  ensureWidgetVisible(*next);
+  return true;
+}
+
+}  // namespace ornwhatsnewqt

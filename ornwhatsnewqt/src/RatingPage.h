@@ -1,0 +1,56 @@
+// Declares the page with the rating requests.
+#ifndef ORNWHATSNEWQT_SRC_RATINGPAGE_H_
+#define ORNWHATSNEWQT_SRC_RATINGPAGE_H_
+
+#include <vector>
+
+#include <QtWidgets/QScrollArea>
+
+#include <ornwhatsnew/PanelLayout.h>
+
+QT_BEGIN_NAMESPACE
+class QVBoxLayout;
+QT_END_NAMESPACE
+
+namespace ornwhatsnewqt {
+
+class RatingCard;
+
+/// A list of cards, one for each rating request. When the user has sent a rating, moves the focus
+/// to the next card that is not rated.
+class RatingPage : public QScrollArea {
+  Q_OBJECT
+ public:
+  explicit RatingPage(QWidget* parent);
+
+  /// Shows `requests`. Keeps the choices of the user in the cards of requests that were shown
+  /// before, and keeps the cards of requests that the user has answered.
+  void showRequests(const std::vector<ornwhatsnew::RatingRequest>& requests);
+
+  /// Removes all cards.
+  void clear();
+
+  /// Returns whether there are no cards.
+  bool isEmpty() const { return cards_.empty(); }
+
+  /// Moves the focus to the first card that is not rated. Returns whether there is one.
+  bool focusNextCard();
+
+ Q_SIGNALS:
+  /// The user has rated a feature.
+  void rated(const QString& featureKey, int stars, const QString& comment);
+
+  /// The user has rated all features.
+  void finished();
+
+ private:
+  void addCard(const ornwhatsnew::RatingRequest& request);
+  RatingCard* findCard(const std::string& itemKey) const;
+
+  std::vector<RatingCard*> cards_;
+  QVBoxLayout* column_;
+};
+
+}  // namespace ornwhatsnewqt
+
+#endif  // ORNWHATSNEWQT_SRC_RATINGPAGE_H_

@@ -1,0 +1,43 @@
+// Decides when a user is asked to rate features.
+#ifndef ORNWHATSNEWQT_SRC_RATINGPOLICY_H_
+#define ORNWHATSNEWQT_SRC_RATINGPOLICY_H_
+
+#include <functional>
+
+#include <QtCore/QDateTime>
+
+namespace ornwhatsnewqt {
+
+class SettingsStore;
+
+/// Allows one request to rate features in a session, and none before the 14th day after the first
+/// start. A session ends with the program.
+class RatingPolicy {
+ public:
+  using Clock = std::function<QDateTime()>;
+
+  /// Stores the time of the first start in `store` if there is none. If the stored time is in the
+  /// future, because a clock was wrong, replaces it with the current time. `store` must outlive
+  /// this object.
+  explicit RatingPolicy(SettingsStore& store, Clock clock = &QDateTime::currentDateTimeUtc);
+
+  /// Returns whether the user may be asked now.
+  bool allowsRequest() const;
+
+  /// Records that the rating page was opened. The page remains available until it is closed.
+  void open() { isOpen_ = true; }
+
+  /// Records that the panel was closed. If the rating page was opened, the request of the session
+  /// is used up.
+  void close() { isUsed_ = isUsed_ || isOpen_; }
+
+ private:
+  Clock clock_;
+  QDateTime firstStart_;
+  bool isOpen_ = false;
+  bool isUsed_ = false;
+};
+
+}  // namespace ornwhatsnewqt
+
+#endif  // ORNWHATSNEWQT_SRC_RATINGPOLICY_H_

@@ -1,0 +1,63 @@
+// Declares the bar that searches the news.
+#ifndef ORNWHATSNEWQT_SRC_SEARCHBAR_H_
+#define ORNWHATSNEWQT_SRC_SEARCHBAR_H_
+
+#include <cstddef>
+#include <vector>
+
+#include <QtWidgets/QWidget>
+
+QT_BEGIN_NAMESPACE
+class QLabel;
+class QLineEdit;
+class QTextEdit;
+QT_END_NAMESPACE
+
+namespace ornwhatsnewqt {
+
+class GlyphButton;
+
+/// Searches the text of a view without regard to case, selects a match, and shows how many there
+/// are. Enter selects the next match, and Shift+Enter selects the previous one.
+class SearchBar : public QWidget {
+  Q_OBJECT
+ public:
+  /// Creates a hidden bar for `view`, which must exist longer than the bar.
+  SearchBar(QTextEdit* view, QWidget* parent);
+
+  /// Shows the bar, and moves the focus to its field.
+  void startSearch();
+
+  /// Hides the bar, and moves the focus to the view. The last match remains selected.
+  void endSearch();
+
+  /// Sets the texts in the current language, and searches again because the document of the view
+  /// has changed.
+  void refresh();
+
+  /// Selects the next or the previous match. After the last match, begins with the first one.
+  void selectNext();
+  void selectPrevious();
+
+ protected:
+  void keyPressEvent(QKeyEvent* event) override;
+
+ private:
+  void findMatches();
+  void searchFromSelection();
+  void select(std::size_t match);
+  void showResult();
+
+  QTextEdit* view_;
+  QLineEdit* field_;
+  QLabel* result_;
+  GlyphButton* previousButton_;
+  GlyphButton* nextButton_;
+  GlyphButton* closeButton_;
+  std::vector<int> matches_;  // the positions in the document
+  std::size_t current_ = 0;   // the index of the selected match
+};
+
+}  // namespace ornwhatsnewqt
+
+#endif  // ORNWHATSNEWQT_SRC_SEARCHBAR_H_

@@ -1,0 +1,15 @@
+// Installs the services of the library that the settings of a `WhatsNew` name.
+#ifndef ORNWHATSNEWQT_SRC_SERVICES_H_
+#define ORNWHATSNEWQT_SRC_SERVICES_H_
+
+#include <ornwhatsnewqt/Settings.h>
+
+namespace ornwhatsnewqt {
+
+/// Installs the services that `settings` names, and leaves the others unchanged. Prints a warning
+/// if the application has no version.
+void installServices(const Settings& settings);
+
+}  // namespace ornwhatsnewqt
+
+#endif  // ORNWHATSNEWQT_SRC_SERVICES_H_

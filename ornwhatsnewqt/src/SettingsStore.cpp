@@ -1,0 +1,139 @@
+#include "ornwhatsnewqt/src/SettingsStore.h"
+
+#include <algorithm>
+#include <array>
+#include <string_view>
+
+#include <QtCore/QDir>
+#include <QtCore/QFileInfo>
+#include <QtCore/QLockFile>
+
+#include <ornwhatsnew/utility/PersistedList.h>
+
+#include "ornwhatsnewqt/src/LocalizedText.h"
+
+namespace ornwhatsnewqt {
+namespace {
+
+constexpr std::string_view kLockedText =
+    "$$$/ornwhatsnewqt/Store/Locked=another program has locked '@0'";
+constexpr std::string_view kNotWritableText =
+    "$$$/ornwhatsnewqt/Store/NotWritable=cannot write '@0'";
+
+constexpr std::array kStateKeys = {&ornwhatsnew::kAllSeenItemsKey,
+                                   &ornwhatsnew::kLastVersionSeenKey,
+                                   &ornwhatsnew::kAllVersionsSeenKey};
+
+}  // namespace
+
+SettingsStore::SettingsStore(const Settings& settings, std::chrono::milliseconds patience)
+    : file_(settings.settingsFile), patience_(patience) {
+  if (settings.stateGetter && settings.stateSetter) {
+    getter_ = settings.stateGetter;
+    setter_ = settings.stateSetter;
+  }
+}
+
+SettingsStore::~SettingsStore() = default;
+
+// Creates a new object for each access, because the status of a QSettings remains an error after
+// the first failure. All objects for one file share their content.
+std::unique_ptr<QSettings> SettingsStore::open() const {
+  if (file_.isEmpty()) return std::make_unique<QSettings>();
+  return std::make_unique<QSettings>(file_, QSettings::IniFormat);
+}
+
+ornwhatsnew::UTF8String SettingsStore::state(const ornwhatsnew::UTF8String& key) {
+  if (usesSnapshot_) return snapshot_[key];
+  const auto unsaved = unsaved_.find(key);
+  if (unsaved != unsaved_.end()) return unsaved->second;
+  auto& value = read_[key];
+  if (getter_) {
+    value = getter_(key);
+  } else {
+    const auto settings = open();
+    settings->sync();
+    value = settings->value(QString::fromStdString(key)).toString().toStdString();
+  }
+  return value;
+}
+
+bool SettingsStore::isStateEmpty() {
+  return std::ranges::all_of(kStateKeys, [this](const auto* key) { return state(*key).empty(); });
+}
+
+void SettingsStore::takeSnapshot() {
+  for (const auto* key : kStateKeys) snapshot_[*key] = state(*key);
+}
+
+void SettingsStore::setState(const ornwhatsnew::UTF8String& key,
+                             const ornwhatsnew::UTF8String& value) {
+  unsaved_[key] = value;
+}
+
+void SettingsStore::commit() {
+  if (setter_) {
+    for (const auto& [key, value] : unsaved_) {
+      setter_(key, ornwhatsnew::MergePersistedValue(key, getter_(key), read_[key], value));
+    }
+    unsaved_.clear();
+    return;
+  }
+  const bool isWritten = change([this](QSettings& settings) {
+    for (const auto& [key, value] : unsaved_) {
+      const QString name = QString::fromStdString(key);
+      const auto stored = settings.value(name).toString().toStdString();
+      const auto merged = ornwhatsnew::MergePersistedValue(key, stored, read_[key], value);
+      if (merged != stored) settings.setValue(name, QString::fromStdString(merged));
+    }
+  });
+  if (isWritten) unsaved_.clear();
+}
+
+QVariant SettingsStore::value(const QString& key) const {
+  const auto settings = open();
+  settings->sync();
+  return settings->value(key);
+}
+
+bool SettingsStore::setValue(const QString& key, const QVariant& value) {
+  bool isChanged = false;
+  const bool isWritten = change([&](QSettings& settings) {
+    isChanged = settings.value(key).toString() != value.toString();
+    if (isChanged) settings.setValue(key, value);
+  });
+  return isWritten && isChanged;
+}
+
+bool SettingsStore::change(const std::function<void(QSettings&)>& edit) {
+  const auto settings = open();
+  const QString file = QFileInfo(settings->fileName()).absoluteFilePath();
+  QDir().mkpath(QFileInfo(file).absolutePath());
+  // QSettings itself locks the file with the suffix ".lock" during each read and each write.
+  QLockFile lock(file + QStringLiteral(".whatsnew.lock"));
+  // By default, a lock expires after 30 seconds. A program that was suspended for that time could
+  // then overwrite what another one has stored. The lock of a program that has ended never blocks.
+  lock.setStaleLockTime(0);
+  if (!lock.tryLock(static_cast<int>(patience_.count())) &&
+      lock.error() == QLockFile::LockFailedError) {
+    setError(localizedText(kLockedText, {file}));
+    return false;
+  }
+  settings->sync();
+  bool isWritten = lock.isLocked() && settings->status() == QSettings::NoError;
+  if (isWritten) {
+    edit(*settings);
+    settings->sync();
+    isWritten = settings->status() == QSettings::NoError;
+  }
+  setError(isWritten ? QString() : localizedText(kNotWritableText, {file}));
+  return isWritten;
+}
+
+void SettingsStore::setError(const QString& error) {
+  if (error == error_) return;
+  error_ = error;
+  Q_EMIT errorChanged();
+}
+
+}  // namespace ornwhatsnewqt

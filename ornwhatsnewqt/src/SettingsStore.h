@@ -1,0 +1,89 @@
+// Stores the state of a list and the values of the companion in `QSettings`.
+#ifndef ORNWHATSNEWQT_SRC_SETTINGSSTORE_H_
+#define ORNWHATSNEWQT_SRC_SETTINGSSTORE_H_
+
+#include <chrono>
+#include <functional>
+#include <map>
+#include <memory>
+
+#include <QtCore/QObject>
+#include <QtCore/QSettings>
+#include <QtCore/QString>
+#include <QtCore/QVariant>
+
+#include <ornwhatsnew/utility/SharedTypes.h>
+#include <ornwhatsnewqt/Settings.h>
+
+namespace ornwhatsnewqt {
+
+/// Reads and writes the three strings of the state, and values of the companion itself.
+///
+/// Several programs can use one `QSettings` at the same time. Each write takes a lock file, reads
+/// the stored values, merges the strings of the state with them, and writes the result. If a write
+/// fails, the object keeps the strings of the state, and the next write includes them.
+class SettingsStore : public QObject {
+  Q_OBJECT
+ public:
+  /// The default for the maximum time that a write waits for the writes of other programs. The
+  /// application does not react to its user during this time.
+  static constexpr std::chrono::milliseconds kDefaultPatience{2000};
+
+  /// Uses the callbacks and the `QSettings` that `settings` names. Reads nothing.
+  explicit SettingsStore(const Settings& settings,
+                         std::chrono::milliseconds patience = kDefaultPatience);
+  ~SettingsStore() override;
+
+  /// Returns a string of the state.
+  ornwhatsnew::UTF8String state(const ornwhatsnew::UTF8String& key);
+
+  /// Returns whether all three strings of the state are empty, because the user is new.
+  bool isStateEmpty();
+
+  /// While a snapshot is used, `state` returns the strings as they were at the call of
+  /// `takeSnapshot`.
+  void takeSnapshot();
+  void useSnapshot(bool isUsed) { usesSnapshot_ = isUsed; }
+
+  /// Buffers a string of the state for the next `commit`.
+  void setState(const ornwhatsnew::UTF8String& key, const ornwhatsnew::UTF8String& value);
+
+  /// Writes the buffered strings of the state, merged with what other programs have stored; see
+  /// `ornwhatsnew::MergePersistedValue`.
+  void commit();
+
+  /// Returns a value of the companion, or an invalid one.
+  QVariant value(const QString& key) const;
+
+  /// Stores a value of the companion. Returns whether this call changed the stored value. Of
+  /// several programs that store the same value, only one receives true.
+  bool setValue(const QString& key, const QVariant& value);
+
+  /// Returns why the last write failed, in the user's language, or an empty string.
+  QString error() const { return error_; }
+
+ Q_SIGNALS:
+  /// `error()` has changed.
+  void errorChanged();
+
+ private:
+  using StateValues = std::map<ornwhatsnew::UTF8String, ornwhatsnew::UTF8String, std::less<>>;
+
+  std::unique_ptr<QSettings> open() const;
+  bool change(const std::function<void(QSettings&)>& edit);
+  void setError(const QString& error);
+
+  QString file_;
+  std::chrono::milliseconds patience_;
+  ornwhatsnew::StateGetter getter_;
+  ornwhatsnew::StateSetter setter_;
+  StateValues snapshot_;
+  bool usesSnapshot_ = false;
+  StateValues read_;     ///< the strings as they were read last
+  StateValues unsaved_;  ///< the strings that are not written yet
+  QString error_;
+};
+
+}  // namespace ornwhatsnewqt
+
+#endif  // ORNWHATSNEWQT_SRC_SETTINGSSTORE_H_

@@ -1,0 +1,28 @@
+#include <ornwhatsnewqt/WhatsNewBadge.h>
+
+#include <QtGui/QAction>
+
+#include <ornwhatsnewqt/WhatsNew.h>
+
+#include "ornwhatsnewqt/src/LocalizedText.h"
+
+namespace ornwhatsnewqt {
+
+WhatsNewBadge::WhatsNewBadge(const WhatsNew* whatsNew, QWidget* parent) : QToolButton(parent) {
+  QAction* const action = whatsNew->showAction();
+  setDefaultAction(action);
+  setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
+  connect(action, &QAction::changed, this, &WhatsNewBadge::updateName);
+  connect(whatsNew, &QObject::destroyed, this, [this] { setEnabled(false); });
+  updateName();
+}
+
+WhatsNewBadge::~WhatsNewBadge() = default;
+
+// The text of the action ends with a number or a dot, whose meaning the tooltip explains. Assistive
+// tools read the tooltip as the description of the button.
+void WhatsNewBadge::updateName() {
+  setAccessibleName(localizedText("$$$/ornwhatsnewqt/Action/Show=What's New"));
+}
+
+}  // namespace ornwhatsnewqt

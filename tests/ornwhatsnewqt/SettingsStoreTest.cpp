@@ -1,0 +1,163 @@
+#include "ornwhatsnewqt/src/SettingsStore.h"
+
+#include <map>
+
+#include <QtCore/QFile>
+#include <QtCore/QLockFile>
+#include <QtTest/QSignalSpy>
+#include <QtTest/QTest>
+
+#include <ornwhatsnew/utility/PersistedList.h>
+
+#include "tests/ornwhatsnewqt/TestWorld.h"
+
+namespace {
+
+using ornwhatsnew::kAllSeenItemsKey;
+using ornwhatsnew::kLastVersionSeenKey;
+using ornwhatsnewqt::Settings;
+using ornwhatsnewqt::SettingsStore;
+using test_support::TestWorld;
+
+class SettingsStoreTest : public QObject {
+  Q_OBJECT
+
+ private Q_SLOTS:
+  void storesTheStringsOfTheState();
+  void keepsWhatAnotherProgramHasStored();
+  void keepsTheOtherSettingsOfTheApplication();
+  void usesTheSettingsOfTheApplicationByDefault();
+  void keepsUnsavedStringsUntilAWriteSucceeds();
+  void reportsAStoreThatAnotherProgramLocks();
+  void usesTheCallbacksOfTheHost();
+  void returnsTheStateOfTheSnapshot();
+  void reportsAChangedValueToOneProgramOnly();
+};
+
+void SettingsStoreTest::storesTheStringsOfTheState() {
+  const TestWorld world;
+  SettingsStore store(world.settings());
+  QVERIFY(store.isStateEmpty());
+  store.setState(kLastVersionSeenKey, "4.3, \"beta\" \xC3\xA4");
+  store.commit();
+  SettingsStore later(world.settings());
+  QCOMPARE(later.state(kLastVersionSeenKey), std::string("4.3, \"beta\" \xC3\xA4"));
+  QVERIFY(!later.isStateEmpty());
+}
+
+void SettingsStoreTest::keepsWhatAnotherProgramHasStored() {
+  const TestWorld world;
+  SettingsStore one(world.settings());
+  SettingsStore other(world.settings());
+  QCOMPARE(one.state(kAllSeenItemsKey), std::string());
+  other.setState(kAllSeenItemsKey, "b");
+  other.commit();
+  one.setState(kAllSeenItemsKey, "a");
+  one.commit();
+  QCOMPARE(other.state(kAllSeenItemsKey), std::string("a b"));
+}
+
+void SettingsStoreTest::keepsTheOtherSettingsOfTheApplication() {
+  const TestWorld world;
+  QSettings application(world.settings().settingsFile, QSettings::IniFormat);
+  application.setValue(QStringLiteral("window/size"), 7);
+  SettingsStore store(world.settings());
+  store.setState(kLastVersionSeenKey, "4.3");
+  store.commit();
+  QCOMPARE(world.stored(QStringLiteral("window/size")), QStringLiteral("7"));
+}
+
+void SettingsStoreTest::usesTheSettingsOfTheApplicationByDefault() {
+  QCoreApplication::setOrganizationName(QStringLiteral("Tarsa"));
+  QCoreApplication::setApplicationName(QStringLiteral("SettingsStoreTest"));
+  QSettings().clear();
+  SettingsStore store{Settings()};
+  store.setState(kLastVersionSeenKey, "4.3");
+  store.commit();
+  QCOMPARE(store.error(), QString());
+  QCOMPARE(QSettings().value(QStringLiteral("WhatsNew.LastVersionSeenWhatsNew")).toString(),
+           QStringLiteral("4.3"));
+}
+
+void SettingsStoreTest::keepsUnsavedStringsUntilAWriteSucceeds() {
+  const TestWorld world;
+  // A file in the place of the folder makes the store unwritable, even for root.
+  QFile obstacle(world.filePath(QStringLiteral("config")));
+  QVERIFY(obstacle.open(QIODevice::WriteOnly));
+  Settings settings = world.settings();
+  settings.settingsFile = obstacle.fileName() + QStringLiteral("/settings.ini");
+  SettingsStore store(settings);
+  const QSignalSpy errors(&store, &SettingsStore::errorChanged);
+  store.setState(kAllSeenItemsKey, "a");
+  store.commit();
+  QVERIFY(store.error().contains(settings.settingsFile));
+  QCOMPARE(errors.count(), 1);
+  QCOMPARE(store.state(kAllSeenItemsKey), std::string("a"));
+
+  QVERIFY(obstacle.remove());
+  store.setState(kLastVersionSeenKey, "4.3");
+  store.commit();
+  QCOMPARE(store.error(), QString());
+  QCOMPARE(errors.count(), 2);
+  QCOMPARE(SettingsStore(settings).state(kAllSeenItemsKey), std::string("a"));
+}
+
+void SettingsStoreTest::reportsAStoreThatAnotherProgramLocks() {
+  const TestWorld world;
+  QLockFile lock(world.settings().settingsFile + QStringLiteral(".whatsnew.lock"));
+  QVERIFY(lock.lock());
+  SettingsStore store(world.settings(), std::chrono::milliseconds(0));
+  store.setState(kLastVersionSeenKey, "4.3");
+  store.commit();
+  QVERIFY(store.error().contains(QStringLiteral("another program")));
+  QCOMPARE(world.stored(QStringLiteral("WhatsNew.LastVersionSeenWhatsNew")), QString());
+  lock.unlock();
+  store.commit();
+  QCOMPARE(store.error(), QString());
+}
+
+void SettingsStoreTest::usesTheCallbacksOfTheHost() {
+  const TestWorld world;
+  std::map<std::string, std::string> host = {{kAllSeenItemsKey, "a"}};
+  Settings settings = world.settings();
+  settings.stateGetter = [&host](const std::string& key) { return host[key]; };
+  settings.stateSetter = [&host](const std::string& key, const std::string& value) {
+    host[key] = value;
+  };
+  SettingsStore store(settings);
+  QCOMPARE(store.state(kAllSeenItemsKey), std::string("a"));
+  host[kAllSeenItemsKey] = "a c";
+  store.setState(kAllSeenItemsKey, "a b");
+  store.commit();
+  QCOMPARE(host[kAllSeenItemsKey], std::string("a b c"));
+  QVERIFY(!QFile::exists(settings.settingsFile));
+}
+
+void SettingsStoreTest::returnsTheStateOfTheSnapshot() {
+  const TestWorld world;
+  SettingsStore store(world.settings());
+  store.setState(kAllSeenItemsKey, "a");
+  store.takeSnapshot();
+  store.setState(kAllSeenItemsKey, "a b");
+  store.commit();
+  store.useSnapshot(true);
+  QCOMPARE(store.state(kAllSeenItemsKey), std::string("a"));
+  store.useSnapshot(false);
+  QCOMPARE(store.state(kAllSeenItemsKey), std::string("a b"));
+}
+
+void SettingsStoreTest::reportsAChangedValueToOneProgramOnly() {
+  const TestWorld world;
+  SettingsStore one(world.settings());
+  SettingsStore other(world.settings());
+  const QString key = QStringLiteral("WhatsNew.Value");
+  QVERIFY(one.setValue(key, QStringLiteral("4.3")));
+  QVERIFY(!other.setValue(key, QStringLiteral("4.3")));
+  QVERIFY(other.setValue(key, QStringLiteral("4.4")));
+  QCOMPARE(one.value(key).toString(), QStringLiteral("4.4"));
+}
+
+}  // namespace
+
+QTEST_GUILESS_MAIN(SettingsStoreTest)
+#include "SettingsStoreTest.moc"
