@@ -10,6 +10,7 @@ namespace {
 
 using testing::AllOf;
 using testing::EndsWith;
+using testing::Ge;
 using testing::HasSubstr;
 using testing::Not;
 using testing::SizeIs;
@@ -26,6 +27,7 @@ TEST(LinkTarget, EncodesCharactersThatCouldLookLikeTheEndOfALink) {
   EXPECT_EQ("https://x/%1B[31m%0A%7F", PrintedLinkTarget("https://x/\x1B[31m\n\x7F"));
   EXPECT_EQ("https://x/caf%C3%A9%FF", PrintedLinkTarget("https://x/caf\u00E9\xFF"));
   EXPECT_EQ("https://x/%E2%80%AE", PrintedLinkTarget("https://x/\u202E"));
+  EXPECT_EQ("https://x/%20!~", PrintedLinkTarget("https://x/ !~"));
 }
 
 TEST(LinkTarget, ShortensALongLink) {
@@ -58,6 +60,8 @@ TEST(LinkTarget, ShowsTheHostBeforeALongPort) {
               AllOf(SizeIs(200), StartsWith("https://evil.example:000"), EndsWith("000...")));
   EXPECT_THAT(PrintedLinkTarget("https://a:b@[2001:db8::1]:" + zeros + "443/ x"),
               AllOf(SizeIs(200), StartsWith("https://...@[2001:db8::1]:000"), EndsWith("000...")));
+  EXPECT_THAT(PrintedLinkTarget("https://:" + zeros + "443/ x"),
+              AllOf(SizeIs(200), StartsWith("https://:000"), EndsWith("000...")));
 }
 
 TEST(LinkTarget, ShowsTheHostOfALinkWithAnotherScheme) {
@@ -73,10 +77,11 @@ TEST(LinkTarget, IsCutBetweenEscapes) {
   // With one of these lengths, a cut that ignores escapes would be after the first byte of an
   // escape, and with another one, it would be after the second byte.
   for (const std::string word : {"", "a", "ab"}) {
-    EXPECT_THAT(PrintedLinkTarget("https://x/" + word + spaces),
-                AllOf(StartsWith("https://x/" + word + "%20"), EndsWith("%20...")));
+    EXPECT_THAT(
+        PrintedLinkTarget("https://x/" + word + spaces),
+        AllOf(SizeIs(Ge(198U)), StartsWith("https://x/" + word + "%20"), EndsWith("%20...")));
     EXPECT_THAT(PrintedLinkTarget("https://" + spaces + word),
-                AllOf(StartsWith("https://...%20%20"), EndsWith("%20" + word)));
+                AllOf(SizeIs(Ge(195U)), StartsWith("https://...%20%20"), EndsWith("%20" + word)));
   }
 }
 
@@ -85,6 +90,8 @@ TEST(LinkTarget, ShowsTheEndOfALongHost) {
       PrintedLinkTarget("https://good.example." + std::string(300, 'x') + ".evil.example/a path");
   EXPECT_THAT(cut, AllOf(SizeIs(200), StartsWith("https://...xxx"), EndsWith("x.evil.example..."),
                          Not(HasSubstr("good"))));
+  EXPECT_EQ("https://..." + std::string(186, 'x') + "...",
+            PrintedLinkTarget("https://good example" + std::string(300, 'x') + "/a path"));
 }
 
 TEST(LinkTarget, ShowsTheEndOfALongAddress) {
@@ -99,6 +106,22 @@ TEST(LinkTarget, ShowsAllOfTheLongestHostThatFits) {
   EXPECT_EQ("https://" + host + "...", PrintedLinkTarget("https://" + host + "/ path"));
   EXPECT_EQ("https://..." + host.substr(3) + "...",
             PrintedLinkTarget("https://x" + host + "/ path"));
+}
+
+TEST(LinkTarget, ShortensOnlyTargetsOfMoreThan200Bytes) {
+  const std::string path(183, 'x');
+  const std::string longest = "http://user@host/" + path;
+  ASSERT_THAT(longest, SizeIs(200));
+  EXPECT_EQ(longest, PrintedLinkTarget(longest));
+  EXPECT_EQ("http://...@host/" + path + "x", PrintedLinkTarget(longest + "x"));
+}
+
+TEST(LinkTarget, ReadsASchemeOfAtMost20Characters) {
+  const std::string user(300, 'x');
+  const std::string scheme(20, 's');
+  EXPECT_EQ(scheme + "://...@host/", PrintedLinkTarget(scheme + "://" + user + "@host/"));
+  EXPECT_THAT(PrintedLinkTarget("s" + scheme + "://" + user + "@host/"),
+              AllOf(StartsWith("s" + scheme + "://xxx"), EndsWith("xxx...")));
 }
 
 }  // namespace
