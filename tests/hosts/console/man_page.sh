@@ -23,10 +23,11 @@ compare() {
 }
 
 # Reads a help text from standard input. Prints the names in one of its sections, for example
-# "--state FILE". Omits names without a description.
+# "--state FILE". Omits names without a description. A description can begin on the line after the name.
 names_of_help() {
   sed -nE "/^$1:/,/^$/p" |
-    sed -En 's/ REQUIRED / /; s/^  (-[a-z],)?([A-Za-z-]+( [A-Z]+)?) {2,}[^ ].*/\2/p'
+    sed -E ':join; N; $!b join; s/\n {10,}/  /g; s/ (REQUIRED|\.\.\.)//g; s/=LEVEL/ /g' |
+    sed -En 's/^  (-[a-z],)?([A-Za-z-]+( [A-Z]+)?) {2,}[^ ].*/\2/p'
 }
 
 # Prints the lines of a section of the page.
@@ -68,7 +69,7 @@ while read -r command; do
     "$(names_of_synopsis "$command")"
 done <<<"$all"
 compare OPTIONS "$options" \
-  "$(section OPTIONS | sed -En 's/^\.It (Fl [a-z] , )?Fl (-[a-z-]+).*/-\2/p')"
+  "$(section OPTIONS | sed -En 's/ Ns .*//; s/ Ar / /; s/^\.It (Fl [a-z] , )?Fl (-.+)/-\2/p')"
 
 statuses=$("$program" --help | sed -n '/^Exit status:/,$p' | sed -En 's/^ *([0-9]+) .*/\1/p')
 compare 'EXIT STATUS' "$statuses" "$(section 'EXIT STATUS' | sed -n 's/^\.It //p')"
