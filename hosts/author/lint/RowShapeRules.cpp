@@ -194,10 +194,10 @@ void ReportTooManyFields(LintContext& context, const Shape& shape) {
   std::optional<std::size_t> shifted = FindShiftedField(shape);
   if (!shifted && IsTextShifted(shape)) shifted = shape.Count() - 1;
   if (shifted) {
-    context.Report(
-        LintCode::kFieldCount, shape.row, shape.fields[*shifted].begin, shape.fields[*shifted].end,
-        LostRow(shape) + "delete " + Counted(shape.Count() - kDataColumnCount, "comma") +
-            " before this field");
+    context.Report(LintCode::kFieldCount, shape.row, shape.fields[*shifted].begin,
+                   shape.fields[*shifted].end,
+                   LostRow(shape) + "delete " + Counted(shape.Count() - kDataColumnCount, "comma") +
+                       " before this field");
     return;
   }
   const std::size_t comma = shape.fields[kDataColumnCount].begin - 1;
