@@ -32,10 +32,21 @@ std::size_t FindVanishingQuote(std::string_view field) {
   return second + 1 == field.size() ? field.npos : second;
 }
 
+/// Returns whether `row` has no quotes, or only two quotes, which enclose a field. Most rows do,
+/// and their fields need not be searched.
+bool HasSimpleQuotes(std::string_view row) {
+  const std::size_t first = row.find('"');
+  if (first == row.npos) return true;
+  const std::size_t second = row.find('"', first + 1);
+  if (second == row.npos || row.find('"', second + 1) != row.npos) return false;
+  return (first == 0 || row[first - 1] == ',') &&
+         (second + 1 == row.size() || row[second + 1] == ',');
+}
+
 void CheckQuotes(LintContext& context, const LintRow& row) {
   std::string_view text = row.data.text;
-  if (text.find('"') == text.npos) return;
   while (text.ends_with('\r')) text.remove_suffix(1);
+  if (HasSimpleQuotes(text)) return;
   const std::vector<DataField> fields = ornwhatsnew::FindDataFields(text);
   for (std::size_t i = 0; i < std::min(fields.size(), kDataColumnCount); ++i) {
     const std::string_view field = text.substr(fields[i].begin, fields[i].end - fields[i].begin);
