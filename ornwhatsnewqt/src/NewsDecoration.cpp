@@ -90,7 +90,8 @@ void NewsDecoration::drawLabelBox(QPainter& painter, const QTextFragment& label)
   painter.setBrush(style_.accentFill);
   for (const QRectF& line :
        textRects(document_, label.position(), label.position() + label.length())) {
-    QRectF box(line.left() - 8, line.center().y() - height / 2, line.width() + 16, height);
+    QRectF box(line.left() - kLabelPadding, line.center().y() - height / 2,
+               line.width() + 2 * kLabelPadding, height);
     painter.drawRoundedRect(box.adjusted(0.5, 0.5, -0.5, -0.5), height / 2, height / 2);
   }
 }
@@ -112,7 +113,7 @@ QList<QRectF> NewsDecoration::textRects(const QTextDocument& document, int begin
     const int first = std::max(begin - block.position(), line.textStart());
     const int last = std::min(end - block.position(), line.textStart() + line.textLength());
     if (first >= last) continue;
-    const auto [left, right] = std::minmax(line.cursorToX(first), line.cursorToX(last));
+    const auto [left, right] = std::minmax({line.cursorToX(first), line.cursorToX(last)});
     rects.append(QRectF(left, line.y(), right - left, line.ascent() + line.descent())
                      .translated(layout.position().x(), origin.y() - layout.boundingRect().top()));
   }

@@ -1,7 +1,10 @@
 #include "ornwhatsnewqt/src/NewsDocument.h"
 
+#include <algorithm>
+
 #include <QtGui/QGuiApplication>
 #include <QtGui/QTextBlock>
+#include <QtGui/QTextFrame>
 
 #include <ornwhatsnew/SafeLink.h>
 #include <ornwhatsnew/WhatsNewTypes.h>
@@ -14,6 +17,13 @@ using ornwhatsnew::LayoutParagraph;
 using ornwhatsnew::LayoutSpan;
 using ornwhatsnew::ParagraphKind;
 using ornwhatsnew::StyleID;
+
+// An invisible character of the title's size before a label. Without it, a label that is alone in a
+// line would be raised into the line above.
+constexpr QChar kLabelStrut(0x2060);
+
+// A panel without items shows its notice in the upper third.
+constexpr qreal kSpaceAboveNotice = 120;
 
 /// Returns whether `character` has a meaning of its own in a `QTextDocument`, or is an invisible
 /// control character. Such a character could add a block or a frame.
@@ -76,16 +86,20 @@ class Writer {
   void writeParagraph(const LayoutParagraph& paragraph) {
     const QString bullet = withoutControls(paragraph.bullet);
     const QString text = textOf(paragraph.range);
-    QTextBlockFormat format =
-        formats_.ofBlock(paragraph.kind, !layout_.hasItems,
-                         bullet.isEmpty() ? 0 : hangingIndent(bullet), directionOf(text));
+    QTextBlockFormat format = formats_.ofBlock(
+        paragraph.kind, bullet.isEmpty() ? 0 : hangingIndent(bullet), directionOf(text));
     if (!paragraph.itemKey.empty()) format.setProperty(NewsDocument::ItemIndex, item_);
+    const bool isFirstTitle = paragraph.kind == ParagraphKind::kTitle && item_ == 0;
+    if (isFirstTitle) format.setTopMargin(kCardPadding + kCardSpacing);
+    const bool isFirstNotice = paragraph.kind == ParagraphKind::kNotice && !hasNotice_;
+    if (isFirstNotice) format.setTopMargin(kSpaceAboveNotice);
+    hasNotice_ = hasNotice_ || isFirstNotice;
     beginBlock(format);
 
     const std::size_t element = elements_.size();
     elements_.push_back({kindOf(paragraph.kind), cursor_.position(), 0, {}});
     if (!bullet.isEmpty()) cursor_.insertText(bullet + u'\t', formats_.ofBullet());
-    for (std::size_t i = 0; i < paragraph.spans.size(); ++i) writeSpan(paragraph, i);
+    for (const LayoutSpan& span : paragraph.spans) writeSpan(paragraph, span);
     elements_[element].length = cursor_.position() - elements_[element].position;
   }
 
@@ -97,21 +111,32 @@ class Writer {
     }
   }
 
-  void writeSpan(const LayoutParagraph& paragraph, std::size_t index) {
-    const LayoutSpan& span = paragraph.spans[index];
-    const QString text = textOf(span.range);
-    if (ornwhatsnew::IsSafeLink(span.link)) {
+  void writeSpan(const LayoutParagraph& paragraph, const LayoutSpan& span) {
+    QString text = textOf(span.range);
+    if (ornwhatsnew::IsSafeLink(span.link) && !isRepeated(paragraph, span)) {
       const QString href = QString::fromStdU16String(span.link);
       elements_.push_back(
           {NewsElement::Kind::Link, cursor_.position(), static_cast<int>(text.size()), href});
       cursor_.insertText(text, formats_.ofLink(paragraph.kind, span.style, href));
       return;
     }
-    const bool isBeforeLabel = index + 1 < paragraph.spans.size() &&
-                               paragraph.spans[index + 1].style == StyleID::kStyleUnlockLabel;
-    cursor_.insertText(text, isBeforeLabel && !span.style
-                                 ? formats_.ofSpaceBeforeLabel()
-                                 : formats_.ofSpan(paragraph.kind, span.style));
+    const bool isLabel = span.style == StyleID::kStyleUnlockLabel;
+    if (isLabel) {
+      cursor_.insertText(QString(kLabelStrut), formats_.ofLabelStrut());
+      // A label has one box, so it stays in one line.
+      text.replace(u' ', QChar::Nbsp);
+    }
+    cursor_.insertText(text, formats_.ofSpan(paragraph.kind, span.style));
+  }
+
+  /// Returns whether `span` is a title whose link the description below repeats as "View more".
+  /// Such a title is no link, because users of the keyboard would reach the same page twice.
+  bool isRepeated(const LayoutParagraph& paragraph, const LayoutSpan& span) const {
+    const LayoutParagraph* const next = &paragraph + 1;
+    const bool isLast = &paragraph == &layout_.paragraphs.back();
+    return span.style == StyleID::kStyleFeatureTitle && !isLast &&
+           std::ranges::any_of(
+               next->spans, [&span](const LayoutSpan& other) { return other.link == span.link; });
   }
 
   void addSpaceBelow() {
@@ -147,6 +172,7 @@ class Writer {
   QString lastBullet_;
   qreal lastHangingIndent_ = 0;
   int item_ = -1;
+  bool hasNotice_ = false;
 };
 
 }  // namespace
@@ -157,11 +183,15 @@ NewsDocument::NewsDocument(const ornwhatsnew::PanelLayout& layout, const PanelSt
   setUndoRedoEnabled(false);
   setDocumentMargin(0);
   setDefaultFont(style.font(ornwhatsnew::kFontSize_NormalSmall));
+  QTextFrameFormat frame = rootFrame()->frameFormat();
+  frame.setTopMargin(kPageMargin / 2);
+  rootFrame()->setFrameFormat(frame);
   Writer(*this, layout, style, elements_).write();
 }
 
 QString NewsDocument::plainText(const QTextCursor& cursor) {
   QString text = cursor.selectedText();
+  text.remove(kLabelStrut);
   for (QChar& character : text) {
     switch (character.unicode()) {
       case QChar::ParagraphSeparator:
@@ -169,6 +199,7 @@ QString NewsDocument::plainText(const QTextCursor& cursor) {
         character = u'\n';
         break;
       case u'\t':
+      case QChar::Nbsp:
         character = u' ';
         break;
       default:

@@ -21,14 +21,12 @@ constexpr qreal kBulletSpacing = 12;
 
 /// Returns the space above a paragraph. The space between two paragraphs is the larger one of the
 /// spaces around them, and not their sum.
-qreal spaceAbove(ParagraphKind kind, bool isAlone) {
+qreal spaceAbove(ParagraphKind kind) {
   switch (kind) {
     case ParagraphKind::kTitle:
       return 2 * kCardPadding + kCardSpacing;
     case ParagraphKind::kNotice:
-      return isAlone ? 12 : 0;
-    case ParagraphKind::kHeader:
-      return kPageMargin / 2.0;
+      return 16;
     default:
       return 8;
   }
@@ -76,9 +74,9 @@ void NewsFormats::addSpanFormats() {
   label.setFontLetterSpacingType(QFont::AbsoluteSpacing);
   label.setFontLetterSpacing(0.6);
   label.setBaselineOffset(labelOffset(label.font()));
-  spaceBeforeLabel_ = characters(kLabelSize, QFont::Normal, style_.text);
-  spaceBeforeLabel_.setFontLetterSpacingType(QFont::AbsoluteSpacing);
-  spaceBeforeLabel_.setFontLetterSpacing(16);
+  labelStrut_ = characters(kFontSize_Title, QFont::DemiBold, style_.text);
+  labelStrut_.setFontLetterSpacingType(QFont::AbsoluteSpacing);
+  labelStrut_.setFontLetterSpacing(kLabelPadding);
   bullet_ = characters(kFontSize_NormalSmall, QFont::Bold, style_.accent);
 }
 
@@ -90,11 +88,18 @@ void NewsFormats::addParagraphFormats() {
   add(ParagraphKind::kTitle, StyleID::kStyleInternalCode);
   add(ParagraphKind::kDescription, StyleID::kStyleFeatureDescription);
   add(ParagraphKind::kChange, StyleID::kStyleChangeText);
-  add(ParagraphKind::kNotice, StyleID::kStyleHeader);
+  paragraphs_.insert(static_cast<int>(ParagraphKind::kNotice),
+                     characters(ornwhatsnew::kFontSize_Header, QFont::Medium, style_.text));
+  // The space before a label would otherwise be too narrow.
+  QTextCharFormat& title = paragraphs_[static_cast<int>(ParagraphKind::kTitle)];
+  title.setFontLetterSpacingType(QFont::AbsoluteSpacing);
+  title.setFontLetterSpacing(kLabelPadding);
 }
 
 const QTextCharFormat& NewsFormats::ofSpan(ParagraphKind kind, std::optional<StyleID> style) const {
-  if (style) {
+  // A notice has the style of a header, but it is the only content of its page.
+  const bool isNotice = kind == ParagraphKind::kNotice && style == StyleID::kStyleHeader;
+  if (style && !isNotice) {
     const auto found = spans_.constFind(static_cast<int>(*style));
     if (found != spans_.cend()) return *found;
   }
@@ -113,18 +118,18 @@ QTextCharFormat NewsFormats::ofLink(ParagraphKind kind, std::optional<StyleID> s
   return format;
 }
 
-QTextBlockFormat NewsFormats::ofBlock(ParagraphKind kind, bool isAlone, qreal hangingIndent,
+QTextBlockFormat NewsFormats::ofBlock(ParagraphKind kind, qreal hangingIndent,
                                       Qt::LayoutDirection direction) const {
   const bool isInCard = kind != ParagraphKind::kHeader && kind != ParagraphKind::kNotice;
-  const qreal margin = kPageMargin + (isInCard ? ornwhatsnew::kRightMargin : 4);
+  const qreal margin = kPageMargin + (isInCard ? ornwhatsnew::kRightMargin : 0);
   const bool isRightToLeft = direction == Qt::RightToLeft;
   QTextBlockFormat format;
   format.setLayoutDirection(direction);
-  format.setTopMargin(spaceAbove(kind, isAlone));
+  format.setTopMargin(spaceAbove(kind));
   format.setLeftMargin(margin + (isRightToLeft ? 0 : hangingIndent));
   format.setRightMargin(margin + (isRightToLeft ? hangingIndent : 0));
+  if (kind == ParagraphKind::kNotice) format.setAlignment(Qt::AlignHCenter);
   format.setLineHeight(kLineSpacing, QTextBlockFormat::LineDistanceHeight);
-  if (kind == ParagraphKind::kNotice && isAlone) format.setAlignment(Qt::AlignHCenter);
   if (hangingIndent > 0) {
     format.setTextIndent(-hangingIndent);
     format.setTabPositions({QTextOption::Tab(hangingIndent, QTextOption::LeftTab)});

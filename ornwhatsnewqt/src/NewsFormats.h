@@ -18,6 +18,8 @@ inline constexpr int kPageMargin = 16;
 inline constexpr int kCardPadding = 20;
 /// The distance between two cards.
 inline constexpr int kCardSpacing = 14;
+/// The distance between the text of a label and the sides of its box.
+inline constexpr int kLabelPadding = 8;
 /// The radius of the corners of a card.
 inline constexpr int kCardRadius = 10;
 /// The maximum width of a page. Longer lines are hard to read.
@@ -39,15 +41,16 @@ class NewsFormats {
   QTextCharFormat ofLink(ornwhatsnew::ParagraphKind kind, std::optional<ornwhatsnew::StyleID> style,
                          const QString& href) const;
 
-  /// Returns the format of the space before a label, which is as wide as the padding of its box.
-  const QTextCharFormat& ofSpaceBeforeLabel() const { return spaceBeforeLabel_; }
+  /// Returns the format of the invisible character before a label. It has the height of a title and
+  /// the width of the padding of the label's box.
+  const QTextCharFormat& ofLabelStrut() const { return labelStrut_; }
 
   /// Returns the format of a bullet.
   const QTextCharFormat& ofBullet() const { return bullet_; }
 
-  /// Returns the format of a paragraph of the kind `kind` that is in an item or, if `isAlone`, in a
-  /// panel without items. The lines after the first one begin `hangingIndent` further inwards.
-  QTextBlockFormat ofBlock(ornwhatsnew::ParagraphKind kind, bool isAlone, qreal hangingIndent,
+  /// Returns the format of a paragraph of the kind `kind`. The lines after the first one begin
+  /// `hangingIndent` further inwards.
+  QTextBlockFormat ofBlock(ornwhatsnew::ParagraphKind kind, qreal hangingIndent,
                            Qt::LayoutDirection direction) const;
 
   /// Returns the hanging indent of a change with `bullet`.
@@ -64,7 +67,7 @@ class NewsFormats {
   PanelStyle style_;
   QHash<int, QTextCharFormat> spans_;
   QHash<int, QTextCharFormat> paragraphs_;
-  QTextCharFormat spaceBeforeLabel_;
+  QTextCharFormat labelStrut_;
   QTextCharFormat bullet_;
 };
 

@@ -25,6 +25,7 @@ NewsPage::NewsPage(QWidget* parent)
   setFrameShape(QFrame::NoFrame);
   setOpenLinks(false);
   setTextInteractionFlags(Qt::TextBrowserInteraction | Qt::TextSelectableByKeyboard);
+  setCursorWidth(0);
   setBackgroundRole(QPalette::Window);
   viewport()->setBackgroundRole(QPalette::Window);
   setAutoFillBackground(true);
@@ -46,11 +47,14 @@ void NewsPage::showLayout(const ornwhatsnew::PanelLayout& layout, const PanelSty
   const QTextBlock top = NewsDecoration::blockAt(*document_, scrollOffset().y());
   const qreal distance =
       scrollOffset().y() - document_->documentLayout()->blockBoundingRect(top).top();
+  const int topNumber = top.blockNumber();
   auto document = std::make_unique<NewsDocument>(layout, style);
   setDocument(document.get());
   document_ = std::move(document);
-  const QTextBlock block = document_->findBlockByNumber(top.blockNumber());
-  if (block.isValid() && top.blockNumber() > 0) {
+  // The width belongs to the document.
+  setCursorWidth(0);
+  const QTextBlock block = document_->findBlockByNumber(topNumber);
+  if (block.isValid() && topNumber > 0) {
     const QRectF rect = document_->documentLayout()->blockBoundingRect(block);
     verticalScrollBar()->setValue(qRound(rect.top() + distance));
   }
@@ -59,7 +63,10 @@ void NewsPage::showLayout(const ornwhatsnew::PanelLayout& layout, const PanelSty
 }
 
 QPointF NewsPage::scrollOffset() const {
-  return QPointF(horizontalScrollBar()->value(), verticalScrollBar()->value());
+  // In a right-to-left view, the scroll bar begins at the right end.
+  const QScrollBar& bar = *horizontalScrollBar();
+  const int x = isRightToLeft() ? bar.maximum() - bar.value() : bar.value();
+  return QPointF(x, verticalScrollBar()->value());
 }
 
 QRect NewsPage::elementRect(const NewsElement& element) const {
@@ -91,12 +98,20 @@ bool NewsPage::focusNextPrevChild(bool next) {
   const bool isHandled = QTextBrowser::focusNextPrevChild(next);
   const int link = focusedLink();
   if (link >= 0) {
+    setCursorWidth(0);
     viewport()->update();
     QAccessibleEvent event(this, QAccessible::Focus);
     event.setChild(link);
     QAccessible::updateAccessibility(&event);
   }
   return isHandled;
+}
+
+void NewsPage::keyPressEvent(QKeyEvent* event) {
+  const int position = textCursor().position();
+  QTextBrowser::keyPressEvent(event);
+  // A page to read shows no text cursor until the user moves it.
+  if (textCursor().position() != position) setCursorWidth(1);
 }
 
 void NewsPage::paintEvent(QPaintEvent* event) {

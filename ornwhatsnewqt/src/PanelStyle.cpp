@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include <QtGui/QFontInfo>
+#include <QtWidgets/QLineEdit>
 
 #include <ornwhatsnew/WhatsNewTypes.h>
 
@@ -23,7 +24,7 @@ qreal luminance(const QColor& color) {
 }
 
 qreal contrast(const QColor& first, const QColor& second) {
-  const auto [darker, lighter] = std::minmax(luminance(first), luminance(second));
+  const auto [darker, lighter] = std::minmax({luminance(first), luminance(second)});
   return (lighter + 0.05) / (darker + 0.05);
 }
 
@@ -79,6 +80,15 @@ QFont PanelStyle::font(float size, QFont::Weight weight) const {
   font.setPixelSize(qRound(qreal{size} * scale_));
   font.setWeight(weight);
   return font;
+}
+
+void setFieldStyle(QLineEdit& field, const PanelStyle& style) {
+  field.setFont(style.font(ornwhatsnew::kFontSize_NormalSmall));
+  field.setStyleSheet(
+      QStringLiteral("QLineEdit { color: %1; background: %2; border: 1px solid %3;"
+                     " border-radius: 6px; padding: 4px 8px; }"
+                     "QLineEdit:focus { border: 2px solid %4; padding: 3px 7px; }")
+          .arg(style.text.name(), style.card.name(), style.secondary.name(), style.accent.name()));
 }
 
 }  // namespace ornwhatsnewqt

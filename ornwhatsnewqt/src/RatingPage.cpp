@@ -75,7 +75,7 @@ void RatingPage::clear() {
 bool RatingPage::focusNextCard() {
   const auto next = std::ranges::find_if_not(cards_, &RatingCard::isRated);
   if (next == cards_.end()) return false;
-  (*next)->focusFirstChoice();
+  (*next)->focusChoice();
   ensureWidgetVisible(*next);
   return true;
 }
