@@ -17,7 +17,7 @@ check_packages=(
   debootstrap g++-mingw-w64-x86-64-posix python3
 )
 robustness_packages=(python3 strace)
-picture_packages=(aha chromium fonts-dejavu-core fonts-wqy-microhei)
+picture_packages=(aha chromium fonts-dejavu-core fonts-noto-core fonts-wqy-microhei)
 
 packages_for() {
   case $1 in
