@@ -28,6 +28,7 @@ GOALS = {
     "State": Goal(3),
     "KeyOrder": Goal(2),
     "Lint": Goal(2, smallest=10_000),
+    "Panel": Goal(2, smallest=10_000),
 }
 
 # For each subject: a small size, a large size, and the goal for the ratio of the two times per row.
@@ -39,6 +40,12 @@ MEMORY_GOAL = 650
 # The largest allowed difference between the start times of a program with the library and of an
 # empty program, in milliseconds.
 START_GOAL = 0.3
+# For each number of changes: the largest allowed time to open the panel, in milliseconds.
+PANEL_GOALS = {300: 16, 10_000: 1_000}
+# The largest allowed 99th percentile of the times to scroll the panel, in milliseconds.
+SCROLL_GOAL = 16
+# The largest allowed part of the memory of an open panel that is still allocated after it is closed.
+CLOSED_MEMORY_GOAL = 0.01
 
 
 def read(paths: list[Path]) -> dict[tuple[str, int], dict]:
@@ -122,6 +129,26 @@ def start_rows(results: dict) -> list[list[str]]:
     return rows
 
 
+def panel_rows(results: dict) -> list[list[str]]:
+    rows = []
+    for (name, size), run in sorted(results.items()):
+        if name == "Panel":
+            time = nanoseconds(run) * size / 1e6
+            goal = PANEL_GOALS[size]
+            rows.append(["Panel, open", f"{size:,}", f"{time:,.1f} ms", "", "", f"{goal:,} ms",
+                         verdict(time, goal)])
+        elif name == "Scroll":
+            time = 1e3 * run["p99"]
+            rows.append(["Panel, scroll step", f"{size:,}", f"{time:,.1f} ms", "", "",
+                         f"{SCROLL_GOAL} ms", verdict(time, SCROLL_GOAL)])
+        elif name == "PanelMemory":
+            ratio = run["closed"] / run["open"]
+            rows.append(["Panel, closed", f"{size:,}", f"{run['closed']:,.0f} bytes",
+                         f"{run['open']:,.0f} bytes", f"{ratio:.2f}x", f"{CLOSED_MEMORY_GOAL:g}x",
+                         verdict(ratio, CLOSED_MEMORY_GOAL)])
+    return rows
+
+
 def markdown(rows: list[list[str]]) -> str:
     header = ["Subject", "Size", "Library", "Baseline", "Ratio", "Goal", "Result"]
     table = [header] + [row + [""] * (len(header) - len(row)) for row in rows]
@@ -135,7 +162,7 @@ def markdown(rows: list[list[str]]) -> str:
 def main() -> None:
     results = read([Path(argument) for argument in sys.argv[1:]])
     print(markdown(ratio_rows(results) + growth_rows(results) + memory_rows(results)
-                   + start_rows(results)))
+                   + start_rows(results) + panel_rows(results)))
 
 
 if __name__ == "__main__":

@@ -42,7 +42,8 @@ if(TARGET ornwhatsnewqt AND ORNWHATSNEW_SHARED)
   set(CPACK_DEBIAN_QT_PACKAGE_SECTION libs)
   set(CPACK_COMPONENT_QT_DESCRIPTION "What's New panel for applications with Qt Widgets
  A library that adds a complete What's New to the Help menu of an
- application that uses Qt 6 Widgets.")
+ application that uses Qt 6 Widgets, and the program ornwhatsnew-panel,
+ which shows the panel for a data file.")
   set(CPACK_DEBIAN_QT_PACKAGE_SHLIBDEPS ON)
   set(CPACK_DEBIAN_QT_PACKAGE_DEPENDS "ornwhatsnew ${version}")
 

@@ -4,7 +4,7 @@
 # linearly with the number of rows of a data file. Checks the same for the size of a host description and
 # of a state store.
 
-bench_subjects=(cutting load memory identity news display state keyorder start lint)
+bench_subjects=(cutting load memory identity news display state keyorder start lint panel)
 
 bench_usage() {
   cat <<TEXT
@@ -25,7 +25,7 @@ require_subject() {
 }
 
 # Runs the benchmarks of a subject and their baselines in random order, so that other load on the
-# machine affects all of them equally. StartBenchmark.cpp sets its own number of repetitions.
+# machine affects all of them equally. StartBenchmark.cpp and PanelBenchmark.cpp set their own numbers of repetitions.
 run_benchmark() {
   local subject=$1
   "build/bench/bin/benchmark_$subject" --benchmark_repetitions=9 --benchmark_min_time=0.05 \

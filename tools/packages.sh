@@ -7,7 +7,7 @@ build_packages=(
   libboost-dev libicu-dev
   nlohmann-json3-dev libcli11-dev libcsv-dev libboost-locale-dev
   libgtest-dev libgmock-dev libmurmurhash-dev libcmark-dev python3-jsonschema mandoc gettext
-  qt6-base-dev qt6-base-private-dev qt6-l10n-tools
+  qt6-base-dev qt6-base-private-dev qt6-l10n-tools desktop-file-utils
 )
 bench_packages=(libbenchmark-dev valgrind python3)
 package_packages=(dpkg-dev file lowdown)
@@ -17,7 +17,7 @@ check_packages=(
   debootstrap g++-mingw-w64-x86-64-posix python3
 )
 robustness_packages=(python3 strace)
-picture_packages=(aha chromium fonts-dejavu-core fonts-wqy-microhei)
+picture_packages=(aha chromium fonts-dejavu-core fonts-noto-core fonts-wqy-microhei)
 
 packages_for() {
   case $1 in

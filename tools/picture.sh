@@ -1,8 +1,10 @@
 # shellcheck shell=bash
 
-# Part of ./dev: generates the picture of the panel in README.md from the output of the program.
+# Part of ./dev: generates the pictures in the documents from the running programs.
 
-picture_file=docs/images/panel.png
+picture_folder=docs/images
+picture_data=examples/herbarium/whatsnew.csv
+picture_host=examples/herbarium/host.json
 picture_columns=84
 picture_lines=39
 
@@ -16,7 +18,7 @@ body { margin: 0; padding: 22px 28px; background: #1d1f29; color: #d8dae5; }
 pre { margin: 0; font: 17px/1.32 "DejaVu Sans Mono", monospace; }
 </style><pre>
 HTML
-  "$1" show examples/herbarium/whatsnew.csv --host examples/herbarium/host.json --only-new \
+  "$1" show "$picture_data" --host "$picture_host" --only-new \
     --platform --relevant-versions --state :memory: --color always --width "$picture_columns" |
     sed -E -e "$((picture_lines + 1)),\$d" -e 's/\x1b]8;[^\x1b]*\x1b\\//g' -e 's/\x1b\[2m/\x1b[90m/g' |
     aha --no-header | picture_colors
@@ -30,20 +32,60 @@ picture_colors() {
     -e 's/filter: [^;]*;color:(dimgray|black|gray);/color:#7f8496;/g' -e 's/purple/#c792ea/g'
 }
 
-command_picture() {
-  no_arguments picture "$@"
-  ensure_packages picture
-  build_everything
-  local folder size
-  folder=$(mktemp -d)
-  picture_page build/release/bin/ornwhatsnew >"$folder/panel.html"
+# Writes the picture of the panel in a terminal.
+write_terminal_picture() {
+  local folder=$1 size
+  picture_page build/release/bin/ornwhatsnew >"$folder/terminal.html"
   size=$((picture_columns * 1024 / 100 + 56)),$((picture_lines * 2244 / 100 + 44))
-  say "Writing $picture_file"
+  say "Writing $picture_folder/terminal.png"
   chromium --headless --no-sandbox --disable-gpu --disable-quic --no-first-run \
     --disable-background-networking --disable-component-update --disable-sync \
     --user-data-dir="$folder/profile" --force-device-scale-factor=1.25 --hide-scrollbars \
-    --window-size="$size" --screenshot="$folder/panel.png" "file://$folder/panel.html" \
+    --window-size="$size" --screenshot="$folder/terminal.png" "file://$folder/terminal.html" \
     >"$(log_file picture)" 2>&1 || fail "cannot write the picture; see build/log/picture.log"
-  mv "$folder/panel.png" "$picture_file"
+  mv "$folder/terminal.png" "$picture_folder/terminal.png"
+}
+
+# write_panel_picture FOLDER NAME COLORS SCALE [OPTION...]: writes the picture NAME.png of the window of
+# ornwhatsnew-panel. Uses settings and a state store in FOLDER.
+write_panel_picture() {
+  local folder=$1 name=$2 colors=$3 scale=$4
+  shift 4
+  say "Writing $picture_folder/$name.png"
+  QT_QPA_PLATFORM=offscreen QT_SCALE_FACTOR=$scale QT_LOGGING_RULES=default.warning=false \
+    XDG_CONFIG_HOME=$folder/config XDG_RUNTIME_DIR=$folder LC_ALL=C.UTF-8 \
+    PANEL_PICTURE=$picture_folder/$name.png PANEL_COLORS=$colors \
+    build/release/bin/panel_picture "$picture_data" --host "$picture_host" "$@" ||
+    fail "cannot write the picture '$name'"
+}
+
+# Writes the pictures of the panel in a window: both pages in light and dark colours, for screens with
+# one and two pixels per unit.
+write_panel_pictures() {
+  local folder=$1 colors scale suffix
+  # The rating page shows only what the user has seen.
+  build/release/bin/ornwhatsnew show "$picture_data" --host "$picture_host" --state "$folder/seen.json" \
+    >/dev/null
+  for colors in light dark; do
+    for scale in 1 2; do
+      suffix=$colors
+      if ((scale > 1)); then suffix+="@${scale}x"; fi
+      write_panel_picture "$folder" "panel-$suffix" "$colors" "$scale" --state :memory:
+      write_panel_picture "$folder" "ratings-$suffix" "$colors" "$scale" --rating \
+        --state "$folder/seen.json"
+    done
+  done
+}
+
+command_picture() {
+  no_arguments picture "$@"
+  ensure_packages picture
+  configure release
+  say "Building the programs in build/release (first time: 3 to 5 minutes on two cores)"
+  build release --target ornwhatsnew_program panel_picture
+  local folder
+  folder=$(mktemp -d)
+  write_terminal_picture "$folder"
+  write_panel_pictures "$folder"
   rm -rf "$folder"
 }

@@ -145,6 +145,9 @@ done)
 in_root sh -c 'apt-get -qq install --yes --no-install-recommends /tmp/packages/*.deb'
 list_files >"$root/tmp/installed"
 grep -q ' usr/bin/ornwhatsnew$' "$root/tmp/installed"
+if compgen -G "$packages/ornwhatsnew-qt_*.deb" >/dev/null; then
+  grep -q ' usr/bin/ornwhatsnew-panel$' "$root/tmp/installed"
+fi
 
 printf '== running\n'
 run_program

@@ -1,0 +1,192 @@
+// Opens, scrolls and closes the panel of the Qt companion without a display. All changes are new.
+// The baseline opens a QTextBrowser of the same size with the same text as plain text, without
+// styles, links and other widgets.
+#include <algorithm>
+#include <ctime>
+#include <map>
+#include <memory>
+#include <vector>
+
+#include <malloc.h>
+
+#include <benchmark/benchmark.h>
+#include <QtCore/QEvent>
+#include <QtCore/QFile>
+#include <QtCore/QTemporaryDir>
+#include <QtGui/QAction>
+#include <QtWidgets/QApplication>
+#include <QtWidgets/QScrollBar>
+#include <QtWidgets/QTextBrowser>
+
+#include <ornwhatsnewqt/WhatsNew.h>
+
+#include "benchmarks/support/Rows.h"
+#include "benchmarks/support/SampleFile.h"
+#include "benchmarks/support/SampleHost.h"
+
+namespace benchmarks {
+namespace {
+
+using ornwhatsnewqt::Settings;
+using ornwhatsnewqt::WhatsNew;
+
+constexpr int kRepetitions = 20;
+constexpr int kFewChanges = 300;
+constexpr int kManyChanges = 10'000;
+constexpr int kScrollSteps = 200;
+
+// A What's New with `rows` changes, and its window.
+class SamplePanel {
+ public:
+  explicit SamplePanel(std::size_t rows) {
+    UseSampleHost();
+    QFile file(folder_.filePath(QStringLiteral("whatsnew.csv")));
+    if (!file.open(QIODevice::WriteOnly)) qFatal("cannot write the data file");
+    file.write(QByteArray::fromStdString(SampleFile(rows)));
+    file.close();
+    Settings settings = Settings::withoutServices();
+    settings.settingsFile = folder_.filePath(QStringLiteral("settings.ini"));
+    settings.stateGetter = store_.Getter();
+    settings.stateSetter = store_.Setter();
+    settings.firstStart = ornwhatsnewqt::FirstStart::ShowAll;
+    whatsNew_ = std::make_unique<WhatsNew>(file.fileName(), settings);
+  }
+
+  // Opens the window of a user who has not seen any change, and paints it.
+  void Open() {
+    store_.Clear();
+    whatsNew_->showAction()->trigger();
+    QCoreApplication::processEvents();
+  }
+
+  void Close() {
+    Page().window()->close();
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    QCoreApplication::processEvents();
+  }
+
+  // Returns the page of news of the open window.
+  static QTextBrowser& Page() {
+    for (QWidget* const window : QApplication::topLevelWidgets()) {
+      auto* const page = window->findChild<QTextBrowser*>(QStringLiteral("newsPage"));
+      if (page != nullptr && page->isVisible()) return *page;
+    }
+    qFatal("the panel is not open");
+  }
+
+ private:
+  QTemporaryDir folder_;
+  SampleStore store_;
+  std::unique_ptr<WhatsNew> whatsNew_;
+};
+
+// Returns the panel with the given number of changes, which all benchmarks of this program share.
+// Its first use has loaded the fonts.
+SamplePanel& PanelOf(std::size_t rows) {
+  static std::map<std::size_t, std::unique_ptr<SamplePanel>> panels;
+  std::unique_ptr<SamplePanel>& panel = panels[rows];
+  if (panel == nullptr) {
+    panel = std::make_unique<SamplePanel>(rows);
+    panel->Open();
+    panel->Close();
+  }
+  return *panel;
+}
+
+void Panel(benchmark::State& state) {
+  SamplePanel& panel = PanelOf(Rows(state));
+  for (auto _ : state) {
+    panel.Open();
+    state.PauseTiming();
+    panel.Close();
+    state.ResumeTiming();
+  }
+  SetRows(state, Rows(state));
+}
+BENCHMARK(Panel)->Arg(kFewChanges)->Arg(kManyChanges)->Iterations(1)->Repetitions(kRepetitions);
+
+void PlainText(benchmark::State& state) {
+  SamplePanel& panel = PanelOf(Rows(state));
+  panel.Open();
+  const QString text = SamplePanel::Page().toPlainText();
+  const QSize size = SamplePanel::Page().size();
+  panel.Close();
+  for (auto _ : state) {
+    auto browser = std::make_unique<QTextBrowser>();
+    browser->resize(size);
+    browser->document()->setPlainText(text);
+    browser->show();
+    QCoreApplication::processEvents();
+    state.PauseTiming();
+    browser.reset();
+    state.ResumeTiming();
+  }
+  SetRows(state, Rows(state));
+}
+BENCHMARK(PlainText)
+    ->Name("Baseline.Panel")
+    ->Arg(kFewChanges)
+    ->Arg(kManyChanges)
+    ->Iterations(1)
+    ->Repetitions(kRepetitions);
+
+double ProcessorSeconds() {
+  return static_cast<double>(std::clock()) / CLOCKS_PER_SEC;
+}
+
+// Scrolls from the top to the end in equal steps. The counter is the 99th percentile of the
+// processor times of the steps.
+void Scroll(benchmark::State& state) {
+  SamplePanel& panel = PanelOf(Rows(state));
+  panel.Open();
+  QScrollBar* const bar = SamplePanel::Page().verticalScrollBar();
+  std::vector<double> seconds;
+  for (auto _ : state) {
+    seconds.clear();
+    for (int step = 1; step <= kScrollSteps; ++step) {
+      const double begin = ProcessorSeconds();
+      bar->setValue(static_cast<int>(static_cast<qint64>(bar->maximum()) * step / kScrollSteps));
+      QCoreApplication::processEvents();
+      seconds.push_back(ProcessorSeconds() - begin);
+    }
+    state.PauseTiming();
+    bar->setValue(0);
+    state.ResumeTiming();
+  }
+  panel.Close();
+  std::ranges::sort(seconds);
+  state.counters["p99"] = seconds[seconds.size() * 99 / 100 - 1];
+}
+BENCHMARK(Scroll)->Arg(kManyChanges)->Iterations(1)->Repetitions(kRepetitions);
+
+// Returns the number of bytes in all allocated blocks. Qt allocates its strings with malloc, so
+// `LiveBytes` would not count them.
+double AllocatedBytes() {
+  const struct mallinfo2 info = ::mallinfo2();
+  return static_cast<double>(info.uordblks + info.hblkhd);
+}
+
+void PanelMemory(benchmark::State& state) {
+  SamplePanel& panel = PanelOf(Rows(state));
+  for (auto _ : state) {
+    const double before = AllocatedBytes();
+    panel.Open();
+    state.counters["open"] = AllocatedBytes() - before;
+    panel.Close();
+    state.counters["closed"] = AllocatedBytes() - before;
+  }
+}
+BENCHMARK(PanelMemory)->Arg(kManyChanges)->Iterations(1)->Repetitions(kRepetitions);
+
+}  // namespace
+}  // namespace benchmarks
+
+int main(int argc, char** argv) {
+  qputenv("QT_QPA_PLATFORM", "offscreen");
+  const QApplication application(argc, argv);
+  QApplication::setQuitOnLastWindowClosed(false);
+  benchmark::Initialize(&argc, argv);
+  if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 1;
+  benchmark::RunSpecifiedBenchmarks();
+  return 0;
+}

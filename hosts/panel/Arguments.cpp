@@ -1,0 +1,63 @@
+#include "hosts/panel/Arguments.h"
+
+#include <iostream>
+#include <string>
+#include <vector>
+
+#include <ornwhatsnew/Version.h>
+#include <CLI/CLI.hpp>
+
+#include "hosts/console/ToolError.h"
+
+namespace hosts::panel {
+namespace {
+
+constexpr const char* kExitStatusHelp = R"(Exit status:
+   0  success
+   1  unexpected error, for example out of memory
+   2  the command line is not valid
+   3  the data file or the host description cannot be used
+   4  the state store cannot be read or written)";
+
+void AddOptions(CLI::App& app, Arguments& arguments) {
+  app.add_option("DATA", arguments.data, "The What's New data file")->required()->type_name("");
+  app.add_option("--host", arguments.host, "The host description, a JSON file")
+      ->required()
+      ->type_name("FILE");
+  app.add_option("--state", arguments.state,
+                 "The state store; ':memory:' stores nothing.\n"
+                 "Default: ornwhatsnew/state.json in $XDG_STATE_HOME,\n"
+                 "or in ~/.local/state if that is not set")
+      ->type_name("FILE");
+  app.add_flag("--rating", arguments.showsRatings, "Show only what you have seen and can rate");
+  app.set_version_flag("--version", "ornwhatsnew-panel " + std::string(ornwhatsnew::kVersionText));
+  app.footer(kExitStatusHelp);
+}
+
+std::string ErrorMessage(const CLI::App& app, const CLI::ParseError& error) {
+  const std::vector<std::string> words = app.remaining();
+  if (words.empty()) return error.what();
+  const bool isOption = words.front().starts_with('-');
+  return (isOption ? "unknown option '" : "unexpected argument '") + words.front() + "'";
+}
+
+}  // namespace
+
+std::optional<Arguments> ParseArguments(int argc, const char* const* argv) {
+  CLI::App app("Shows the What's New panel of an application in a window.", "ornwhatsnew-panel");
+  Arguments arguments;
+  AddOptions(app, arguments);
+  try {
+    app.parse(argc, argv);
+  } catch (const CLI::Success& request) {
+    app.exit(request, std::cout);
+    return std::nullopt;
+  } catch (const CLI::ParseError& error) {
+    throw console::ToolError(
+        console::ExitStatus::kUsage,
+        ErrorMessage(app, error) + ". Run 'ornwhatsnew-panel --help' for usage.");
+  }
+  return arguments;
+}
+
+}  // namespace hosts::panel

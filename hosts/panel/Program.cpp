@@ -1,0 +1,142 @@
+#include "hosts/panel/Program.h"
+
+#include <exception>
+#include <iostream>
+#include <string>
+#include <string_view>
+
+#include <QtCore/QLocale>
+#include <QtCore/QTimer>
+#include <QtGui/QAction>
+#include <QtWidgets/QApplication>
+
+#include <ornwhatsnewqt/WhatsNew.h>
+
+#include "hosts/common/HostDescription.h"
+#include "hosts/common/JsonDocument.h"
+#include "hosts/common/StateStore.h"
+#include "hosts/common/TerminalText.h"
+#include "hosts/common/TextFile.h"
+#include "hosts/console/ToolError.h"
+#include "hosts/console/WhatsNewLoading.h"
+#include "hosts/panel/Arguments.h"
+#include "hosts/panel/HostTranslator.h"
+
+namespace hosts::panel {
+namespace {
+
+using console::ExitStatus;
+using console::ToolError;
+using ornwhatsnewqt::Settings;
+using ornwhatsnewqt::WhatsNew;
+
+// WhatsNew reads the file itself. It accepts other files than the console host and has other error
+// messages.
+void RequireDataFile(const std::filesystem::path& file) {
+  try {
+    static_cast<void>(common::ReadTextFile(file));
+  } catch (const orncore::config::ResultError& error) {
+    throw ToolError(ExitStatus::kInput, common::OpenErrorMessage(file, error));
+  }
+}
+
+// A display sets three strings. The event loop calls Commit after the display, so that one write
+// stores all of them.
+ornwhatsnew::StateSetter CommittingSetter(common::StateStore& store) {
+  return [&store](const ornwhatsnew::UTF8String& key, const ornwhatsnew::UTF8String& value) {
+    store.Set(key, value);
+    QTimer::singleShot(0, QCoreApplication::instance(), [&store] {
+      try {
+        store.Commit();
+      } catch (const std::exception&) {
+        // The store keeps the values. The Commit at the end of the program reports the error.
+      }
+    });
+  };
+}
+
+Settings MakeSettings(common::StateStore& store) {
+  Settings settings = Settings::withoutServices();
+  settings.usesTranslators = true;
+  settings.stateGetter = store.Getter();
+  settings.stateSetter = CommittingSetter(store);
+  // With an empty store, `ornwhatsnew show` shows everything, too.
+  settings.firstStart = ornwhatsnewqt::FirstStart::ShowAll;
+  return settings;
+}
+
+void PrintRating(const QString& featureKey, int stars, const QString& comment) {
+  std::string line = "rated " + featureKey.toStdString() + ": " + std::to_string(stars) + " of 5";
+  if (!comment.isEmpty()) line += ", '" + comment.toStdString() + "'";
+  std::cout << common::EscapeInvisible(line) << std::endl;
+}
+
+// Shows the panel until the user closes its window.
+void ShowPanel(const Arguments& arguments, const common::HostDescription& host,
+               common::StateStore& store) {
+  // The settings make the German texts available, so create them before the translator.
+  const Settings settings = MakeSettings(store);
+  QTranslator translator;
+  if (translator.load(QLocale(), QStringLiteral("ornwhatsnew"), QStringLiteral("_"),
+                      QStringLiteral(":/ornwhatsnewqt"))) {
+    QCoreApplication::installTranslator(&translator);
+  }
+  HostTranslator hostTranslator(host.dictionary);
+  QCoreApplication::installTranslator(&hostTranslator);
+
+  const WhatsNew whatsNew(QString::fromStdString(arguments.data.native()), settings);
+  QObject::connect(&whatsNew, &WhatsNew::rated, &whatsNew, &PrintRating);
+  // The action is disabled for 14 days after the first start. Authors must not have to wait.
+  if (arguments.showsRatings) whatsNew.rateAction()->setEnabled(true);
+  (arguments.showsRatings ? whatsNew.rateAction() : whatsNew.showAction())->trigger();
+  QApplication::exec();
+}
+
+ExitStatus Run(const Arguments& arguments) {
+  const common::HostDescription host = common::ReadHostDescription(arguments.host);
+  common::InstallHost(host);
+  common::StateStore store(console::StateLocation(arguments.state));
+  RequireDataFile(arguments.data);
+  std::string name = "ornwhatsnew-panel";
+  int argc = 1;
+  char* argv[] = {name.data(), nullptr};
+  const QApplication application(argc, argv);
+  // The filters of the panel are in the settings of this program.
+  QCoreApplication::setOrganizationName(QStringLiteral("ornwhatsnew"));
+  QGuiApplication::setDesktopFileName(QStringLiteral("ornwhatsnew-panel"));
+  ShowPanel(arguments, host, store);
+  store.Commit();
+  return ExitStatus::kDone;
+}
+
+ExitStatus Report(ExitStatus status, std::string_view message) {
+  std::cerr << "ornwhatsnew-panel: " << common::EscapeInvisible(message) << std::endl;
+  return status;
+}
+
+ExitStatus RunReportingErrors(int argc, const char* const* argv) {
+  try {
+    const std::optional<Arguments> arguments = ParseArguments(argc, argv);
+    return arguments ? Run(*arguments) : ExitStatus::kDone;
+  } catch (const ToolError& error) {
+    return Report(error.Status(), error.what());
+  } catch (const common::StateStoreError& error) {
+    return Report(ExitStatus::kState, error.what());
+  } catch (const common::JsonError& error) {
+    return Report(ExitStatus::kInput, error.what());
+  } catch (const std::exception& error) {
+    return Report(ExitStatus::kUnexpected, std::string("unexpected error: ") + error.what());
+  }
+}
+
+}  // namespace
+
+int RunProgram(int argc, const char* const* argv) noexcept {
+  try {
+    return static_cast<int>(RunReportingErrors(argc, argv));
+  } catch (...) {
+    return static_cast<int>(ExitStatus::kUnexpected);
+  }
+}
+
+}  // namespace hosts::panel

@@ -1,0 +1,15 @@
+// Runs the program `ornwhatsnew-panel`.
+#ifndef HOSTS_PANEL_PROGRAM_H_
+#define HOSTS_PANEL_PROGRAM_H_
+
+namespace hosts::panel {
+
+/// Runs the program with the command line `argv` and returns the exit status, which is a
+/// `console::ExitStatus`. Reads all files before it connects to the display, so that it can report
+/// errors without a display. Writes error messages to standard error, and one line to standard
+/// output for each rating.
+int RunProgram(int argc, const char* const* argv) noexcept;
+
+}  // namespace hosts::panel
+
+#endif  // HOSTS_PANEL_PROGRAM_H_
