@@ -46,6 +46,7 @@ class ORNWHATSNEWQT_EXPORT PanelWidget : public QWidget {
   void changeEvent(QEvent* event) override;
   void hideEvent(QHideEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
+  void resizeEvent(QResizeEvent* event) override;
   void showEvent(QShowEvent* event) override;
 
  private:

@@ -51,6 +51,7 @@ void FilterBar::refresh() {
 }
 
 void FilterBar::applyFilters() {
+  if (!controller_) return;
   controller_->setFilters(
       {onlyNew_->isChecked(), thisPlatform_->isChecked(), myVersions_->isChecked()});
 }

@@ -2,6 +2,7 @@
 #ifndef ORNWHATSNEWQT_SRC_FILTERBAR_H_
 #define ORNWHATSNEWQT_SRC_FILTERBAR_H_
 
+#include <QtCore/QPointer>
 #include <QtWidgets/QWidget>
 
 QT_BEGIN_NAMESPACE
@@ -25,7 +26,7 @@ class FilterBar : public QWidget {
   QCheckBox* addFilter(const char* name);
   void applyFilters();
 
-  PanelController* controller_;
+  QPointer<PanelController> controller_;
   QCheckBox* onlyNew_;
   QCheckBox* thisPlatform_;
   QCheckBox* myVersions_;

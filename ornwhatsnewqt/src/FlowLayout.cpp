@@ -75,7 +75,9 @@ QSize FlowLayout::sizeHint() const {
 void FlowLayout::setGeometry(const QRect& rect) {
   QLayout::setGeometry(rect);
   const std::vector<QRect> rects = arrange(rect.width());
-  const Qt::LayoutDirection direction = parentWidget()->layoutDirection();
+  const QWidget* const widget = parentWidget();
+  const Qt::LayoutDirection direction =
+      widget != nullptr ? widget->layoutDirection() : Qt::LeftToRight;
   for (std::size_t i = 0; i < items_.size(); ++i) {
     items_[i]->setGeometry(
         QStyle::visualRect(direction, rect, rects[i].translated(rect.topLeft())));

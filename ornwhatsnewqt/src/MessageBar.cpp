@@ -33,6 +33,7 @@ void MessageBar::retranslate() {
 }
 
 void MessageBar::setMessage(const QString& message) {
+  if (message == text_->text()) return;
   text_->setText(message);
   text_->setAccessibleName(message);
   setVisible(!message.isEmpty());

@@ -19,7 +19,8 @@ class MessageBar : public QFrame {
   /// Creates a hidden bar.
   explicit MessageBar(QWidget* parent);
 
-  /// Shows `message` and announces it to assistive tools. Hides the bar if `message` is empty.
+  /// Shows `message` and announces it to assistive tools. Hides the bar if `message` is empty. If
+  /// the message is the current one, does nothing, so that a message stays dismissed.
   void setMessage(const QString& message);
 
   /// Sets the texts in the current language.

@@ -17,10 +17,9 @@ namespace {
 // An edge at this distance outside of the visible part is not visible, even if it is rounded.
 constexpr qreal kInvisibleDistance = 2 * kCardRadius;
 
-/// Returns the index of the item of `block`, or -1.
-int itemOf(const QTextBlock& block) {
-  const QVariant item = block.blockFormat().property(NewsDocument::ItemIndex);
-  return item.isValid() ? item.toInt() : -1;
+/// Returns the `ItemPart` of `block`, or 0.
+int partOf(const QTextBlock& block) {
+  return block.blockFormat().intProperty(NewsDocument::Part);
 }
 
 }  // namespace
@@ -48,18 +47,15 @@ void NewsDecoration::drawCards(QPainter& painter) const {
   // The padding of the card above can be visible, although its text is not.
   if (block.previous().isValid()) block = block.previous();
   qreal top = visible_.top() - kInvisibleDistance;
-  int item = itemOf(block.previous());
   for (; isVisible(block); block = block.next()) {
-    if (itemOf(block) != item) {
-      item = itemOf(block);
-      top = rectOf(block).top() - kCardPadding;
-    }
+    if (partOf(block) == 0) continue;
+    if (partOf(block) == NewsDocument::FirstBlock) top = rectOf(block).top() - kCardPadding;
     const QTextBlock next = block.next();
-    if (item < 0 || (next.isValid() && itemOf(next) == item && isVisible(next))) continue;
-    const bool isLast = !next.isValid() || itemOf(next) != item;
-    drawCard(
-        painter, top,
-        isLast ? rectOf(block).bottom() + kCardPadding : visible_.bottom() + kInvisibleDistance);
+    if (partOf(next) != NewsDocument::LaterBlock) {
+      drawCard(painter, top, rectOf(block).bottom() + kCardPadding);
+    } else if (!isVisible(next)) {
+      drawCard(painter, top, visible_.bottom() + kInvisibleDistance);
+    }
   }
 }
 
@@ -90,7 +86,8 @@ void NewsDecoration::drawLabelBox(QPainter& painter, const QTextFragment& label)
   painter.setBrush(style_.accentFill);
   for (const QRectF& line :
        textRects(document_, label.position(), label.position() + label.length())) {
-    QRectF box(line.left() - 8, line.center().y() - height / 2, line.width() + 16, height);
+    QRectF box(line.left() - kLabelPadding, line.center().y() - height / 2,
+               line.width() + 2 * kLabelPadding, height);
     painter.drawRoundedRect(box.adjusted(0.5, 0.5, -0.5, -0.5), height / 2, height / 2);
   }
 }
@@ -112,7 +109,7 @@ QList<QRectF> NewsDecoration::textRects(const QTextDocument& document, int begin
     const int first = std::max(begin - block.position(), line.textStart());
     const int last = std::min(end - block.position(), line.textStart() + line.textLength());
     if (first >= last) continue;
-    const auto [left, right] = std::minmax(line.cursorToX(first), line.cursorToX(last));
+    const auto [left, right] = std::minmax({line.cursorToX(first), line.cursorToX(last)});
     rects.append(QRectF(left, line.y(), right - left, line.ascent() + line.descent())
                      .translated(layout.position().x(), origin.y() - layout.boundingRect().top()));
   }

@@ -1,7 +1,11 @@
 #include "ornwhatsnewqt/src/NewsDocument.h"
 
+#include <algorithm>
+#include <set>
+
 #include <QtGui/QGuiApplication>
 #include <QtGui/QTextBlock>
+#include <QtGui/QTextFrame>
 
 #include <ornwhatsnew/SafeLink.h>
 #include <ornwhatsnew/WhatsNewTypes.h>
@@ -14,6 +18,10 @@ using ornwhatsnew::LayoutParagraph;
 using ornwhatsnew::LayoutSpan;
 using ornwhatsnew::ParagraphKind;
 using ornwhatsnew::StyleID;
+
+// An invisible character of the title's size before a label. Without it, a label that is alone in a
+// line would be raised into the line above.
+constexpr QChar kLabelStrut(0x2060);
 
 /// Returns whether `character` has a meaning of its own in a `QTextDocument`, or is an invisible
 /// control character. Such a character could add a block or a frame.
@@ -34,21 +42,6 @@ QString withoutControls(const std::u16string& text) {
   return result;
 }
 
-Qt::LayoutDirection directionOf(const QString& text) {
-  for (const QChar character : text) {
-    switch (character.direction()) {
-      case QChar::DirL:
-        return Qt::LeftToRight;
-      case QChar::DirR:
-      case QChar::DirAL:
-        return Qt::RightToLeft;
-      default:
-        break;
-    }
-  }
-  return QGuiApplication::layoutDirection();
-}
-
 /// Writes a layout into an empty document.
 class Writer {
  public:
@@ -60,7 +53,6 @@ class Writer {
     text_ = withoutControls(layout_.text);
     cursor_.beginEditBlock();
     for (const LayoutParagraph& paragraph : layout_.paragraphs) {
-      if (paragraph.kind == ParagraphKind::kTitle) ++item_;
       // A bullet without text would look like a mistake.
       if (paragraph.range.length > 0) writeParagraph(paragraph);
     }
@@ -73,19 +65,38 @@ class Writer {
     return text_.mid(static_cast<qsizetype>(range.begin), static_cast<qsizetype>(range.length));
   }
 
+  /// Returns the direction of the first character in `range` that has one.
+  Qt::LayoutDirection directionOf(const ornwhatsnew::TextRange& range) const {
+    for (std::size_t i = range.begin; i < range.begin + range.length; ++i) {
+      switch (text_[static_cast<qsizetype>(i)].direction()) {
+        case QChar::DirL:
+          return Qt::LeftToRight;
+        case QChar::DirR:
+        case QChar::DirAL:
+          return Qt::RightToLeft;
+        default:
+          break;
+      }
+    }
+    return QGuiApplication::layoutDirection();
+  }
+
   void writeParagraph(const LayoutParagraph& paragraph) {
     const QString bullet = withoutControls(paragraph.bullet);
-    const QString text = textOf(paragraph.range);
-    QTextBlockFormat format =
-        formats_.ofBlock(paragraph.kind, !layout_.hasItems,
-                         bullet.isEmpty() ? 0 : hangingIndent(bullet), directionOf(text));
-    if (!paragraph.itemKey.empty()) format.setProperty(NewsDocument::ItemIndex, item_);
-    beginBlock(format);
-
+    const bool isFirst = kinds_.insert(paragraph.kind).second;
+    beginBlock(formats_.ofBlock(paragraph.kind, bullet, directionOf(paragraph.range), isFirst));
     const std::size_t element = elements_.size();
     elements_.push_back({kindOf(paragraph.kind), cursor_.position(), 0, {}});
-    if (!bullet.isEmpty()) cursor_.insertText(bullet + u'\t', formats_.ofBullet());
-    for (std::size_t i = 0; i < paragraph.spans.size(); ++i) writeSpan(paragraph, i);
+    // A bullet with a format of its own would take a quarter of the time of a long document.
+    QString prefix = bullet.isEmpty() ? QString() : bullet + u'\t';
+    for (const LayoutSpan& span : paragraph.spans) {
+      if (!prefix.isEmpty() && !isInParagraphFormat(paragraph, span)) {
+        cursor_.insertText(prefix, formats_.ofSpan(paragraph.kind, {}));
+        prefix.clear();
+      }
+      writeSpan(paragraph, span, prefix);
+      prefix.clear();
+    }
     elements_[element].length = cursor_.position() - elements_[element].position;
   }
 
@@ -97,35 +108,44 @@ class Writer {
     }
   }
 
-  void writeSpan(const LayoutParagraph& paragraph, std::size_t index) {
-    const LayoutSpan& span = paragraph.spans[index];
-    const QString text = textOf(span.range);
-    if (ornwhatsnew::IsSafeLink(span.link)) {
+  /// Returns whether `span` looks like text without a style.
+  bool isInParagraphFormat(const LayoutParagraph& paragraph, const LayoutSpan& span) const {
+    return span.link.empty() &&
+           formats_.ofSpan(paragraph.kind, span.style) == formats_.ofSpan(paragraph.kind, {});
+  }
+
+  void writeSpan(const LayoutParagraph& paragraph, const LayoutSpan& span, const QString& prefix) {
+    QString text = prefix + textOf(span.range);
+    if (ornwhatsnew::IsSafeLink(span.link) && !isRepeated(paragraph, span)) {
       const QString href = QString::fromStdU16String(span.link);
       elements_.push_back(
           {NewsElement::Kind::Link, cursor_.position(), static_cast<int>(text.size()), href});
       cursor_.insertText(text, formats_.ofLink(paragraph.kind, span.style, href));
       return;
     }
-    const bool isBeforeLabel = index + 1 < paragraph.spans.size() &&
-                               paragraph.spans[index + 1].style == StyleID::kStyleUnlockLabel;
-    cursor_.insertText(text, isBeforeLabel && !span.style
-                                 ? formats_.ofSpaceBeforeLabel()
-                                 : formats_.ofSpan(paragraph.kind, span.style));
+    const bool isLabel = span.style == StyleID::kStyleUnlockLabel;
+    if (isLabel) {
+      cursor_.insertText(QString(kLabelStrut), formats_.ofLabelStrut());
+      // A label has one box, so it stays in one line.
+      text.replace(u' ', QChar::Nbsp);
+    }
+    cursor_.insertText(text, formats_.ofSpan(paragraph.kind, span.style));
+  }
+
+  /// Returns whether `span` is a title whose link the description below repeats as "View more".
+  /// Such a title is no link, because users of the keyboard would reach the same page twice.
+  bool isRepeated(const LayoutParagraph& paragraph, const LayoutSpan& span) const {
+    const LayoutParagraph* const next = &paragraph + 1;
+    const bool isLast = &paragraph == &layout_.paragraphs.back();
+    return span.style == StyleID::kStyleFeatureTitle && !isLast &&
+           std::ranges::any_of(
+               next->spans, [&span](const LayoutSpan& other) { return other.link == span.link; });
   }
 
   void addSpaceBelow() {
     QTextBlockFormat format;
     format.setBottomMargin(kCardPadding + kPageMargin);
     cursor_.mergeBlockFormat(format);
-  }
-
-  qreal hangingIndent(const QString& bullet) {
-    if (bullet != lastBullet_) {
-      lastBullet_ = bullet;
-      lastHangingIndent_ = formats_.hangingIndent(bullet);
-    }
-    return lastHangingIndent_;
   }
 
   static NewsElement::Kind kindOf(ParagraphKind kind) {
@@ -144,9 +164,7 @@ class Writer {
   NewsFormats formats_;
   std::vector<NewsElement>& elements_;
   QString text_;
-  QString lastBullet_;
-  qreal lastHangingIndent_ = 0;
-  int item_ = -1;
+  std::set<ParagraphKind> kinds_;  // the kinds of the paragraphs so far
 };
 
 }  // namespace
@@ -157,11 +175,15 @@ NewsDocument::NewsDocument(const ornwhatsnew::PanelLayout& layout, const PanelSt
   setUndoRedoEnabled(false);
   setDocumentMargin(0);
   setDefaultFont(style.font(ornwhatsnew::kFontSize_NormalSmall));
+  QTextFrameFormat frame = rootFrame()->frameFormat();
+  frame.setTopMargin(kPageMargin / 2);
+  rootFrame()->setFrameFormat(frame);
   Writer(*this, layout, style, elements_).write();
 }
 
 QString NewsDocument::plainText(const QTextCursor& cursor) {
   QString text = cursor.selectedText();
+  text.remove(kLabelStrut);
   for (QChar& character : text) {
     switch (character.unicode()) {
       case QChar::ParagraphSeparator:
@@ -169,6 +191,7 @@ QString NewsDocument::plainText(const QTextCursor& cursor) {
         character = u'\n';
         break;
       case u'\t':
+      case QChar::Nbsp:
         character = u' ';
         break;
       default:

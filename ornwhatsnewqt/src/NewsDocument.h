@@ -34,10 +34,13 @@ struct NewsElement {
 class NewsDocument : public QTextDocument {
   Q_OBJECT
  public:
+  /// Where a block is in its item.
+  enum ItemPart { FirstBlock = 1, LaterBlock };
+
   /// Properties of formats for code that draws around the text.
   enum Property {
-    /// Of a block: the index of its item in the document. A block outside of items has none.
-    ItemIndex = QTextFormat::UserProperty + 1,
+    /// Of a block: an `ItemPart`. A block outside of items has none.
+    Part = QTextFormat::UserProperty + 1,
     /// Of characters: they are a label, which needs a box.
     IsLabel,
   };

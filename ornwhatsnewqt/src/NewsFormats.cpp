@@ -21,14 +21,14 @@ constexpr qreal kBulletSpacing = 12;
 
 /// Returns the space above a paragraph. The space between two paragraphs is the larger one of the
 /// spaces around them, and not their sum.
-qreal spaceAbove(ParagraphKind kind, bool isAlone) {
+qreal spaceAbove(ParagraphKind kind, bool isFirst) {
   switch (kind) {
     case ParagraphKind::kTitle:
-      return 2 * kCardPadding + kCardSpacing;
+      // Above the first title, there is no card.
+      return kCardPadding + kCardSpacing + (isFirst ? 0 : kCardPadding);
     case ParagraphKind::kNotice:
-      return isAlone ? 12 : 0;
-    case ParagraphKind::kHeader:
-      return kPageMargin / 2.0;
+      // The first notice is in the upper third of a page without items.
+      return isFirst ? 120 : 16;
     default:
       return 8;
   }
@@ -76,10 +76,9 @@ void NewsFormats::addSpanFormats() {
   label.setFontLetterSpacingType(QFont::AbsoluteSpacing);
   label.setFontLetterSpacing(0.6);
   label.setBaselineOffset(labelOffset(label.font()));
-  spaceBeforeLabel_ = characters(kLabelSize, QFont::Normal, style_.text);
-  spaceBeforeLabel_.setFontLetterSpacingType(QFont::AbsoluteSpacing);
-  spaceBeforeLabel_.setFontLetterSpacing(16);
-  bullet_ = characters(kFontSize_NormalSmall, QFont::Bold, style_.accent);
+  labelStrut_ = characters(kFontSize_Title, QFont::DemiBold, style_.text);
+  labelStrut_.setFontLetterSpacingType(QFont::AbsoluteSpacing);
+  labelStrut_.setFontLetterSpacing(kLabelPadding);
 }
 
 void NewsFormats::addParagraphFormats() {
@@ -90,16 +89,23 @@ void NewsFormats::addParagraphFormats() {
   add(ParagraphKind::kTitle, StyleID::kStyleInternalCode);
   add(ParagraphKind::kDescription, StyleID::kStyleFeatureDescription);
   add(ParagraphKind::kChange, StyleID::kStyleChangeText);
-  add(ParagraphKind::kNotice, StyleID::kStyleHeader);
+  paragraphs_.insert(static_cast<int>(ParagraphKind::kNotice),
+                     characters(ornwhatsnew::kFontSize_Header, QFont::Medium, style_.text));
+  // The space before a label would otherwise be too narrow.
+  QTextCharFormat& title = paragraphs_[static_cast<int>(ParagraphKind::kTitle)];
+  title.setFontLetterSpacingType(QFont::AbsoluteSpacing);
+  title.setFontLetterSpacing(kLabelPadding);
 }
 
 const QTextCharFormat& NewsFormats::ofSpan(ParagraphKind kind, std::optional<StyleID> style) const {
-  if (style) {
+  // A notice has the style of a header, but it is the only content of its page.
+  const bool isNotice = kind == ParagraphKind::kNotice && style == StyleID::kStyleHeader;
+  if (style && !isNotice) {
     const auto found = spans_.constFind(static_cast<int>(*style));
     if (found != spans_.cend()) return *found;
   }
   const auto found = paragraphs_.constFind(static_cast<int>(kind));
-  return found != paragraphs_.cend() ? *found : bullet_;
+  return found != paragraphs_.cend() ? *found : labelStrut_;
 }
 
 QTextCharFormat NewsFormats::ofLink(ParagraphKind kind, std::optional<StyleID> style,
@@ -113,27 +119,41 @@ QTextCharFormat NewsFormats::ofLink(ParagraphKind kind, std::optional<StyleID> s
   return format;
 }
 
-QTextBlockFormat NewsFormats::ofBlock(ParagraphKind kind, bool isAlone, qreal hangingIndent,
-                                      Qt::LayoutDirection direction) const {
+const QTextBlockFormat& NewsFormats::ofBlock(ParagraphKind kind, const QString& bullet,
+                                             Qt::LayoutDirection direction, bool isFirst) {
+  const BlockKey key(kind, bullet, direction, isFirst);
+  const auto found = blocks_.find(key);
+  return found != blocks_.end() ? found->second
+                                : blocks_.emplace(key, makeBlock(key)).first->second;
+}
+
+QTextBlockFormat NewsFormats::makeBlock(const BlockKey& key) const {
+  const auto& [kind, bullet, direction, isFirst] = key;
   const bool isInCard = kind != ParagraphKind::kHeader && kind != ParagraphKind::kNotice;
-  const qreal margin = kPageMargin + (isInCard ? ornwhatsnew::kRightMargin : 4);
   const bool isRightToLeft = direction == Qt::RightToLeft;
+  const qreal margin = kPageMargin + (isInCard ? ornwhatsnew::kRightMargin : 0);
+  const qreal indent = bullet.isEmpty() ? 0 : hangingIndent(bullet);
   QTextBlockFormat format;
   format.setLayoutDirection(direction);
-  format.setTopMargin(spaceAbove(kind, isAlone));
-  format.setLeftMargin(margin + (isRightToLeft ? 0 : hangingIndent));
-  format.setRightMargin(margin + (isRightToLeft ? hangingIndent : 0));
+  format.setTopMargin(spaceAbove(kind, isFirst));
+  format.setLeftMargin(margin + (isRightToLeft ? 0 : indent));
+  format.setRightMargin(margin + (isRightToLeft ? indent : 0));
   format.setLineHeight(kLineSpacing, QTextBlockFormat::LineDistanceHeight);
-  if (kind == ParagraphKind::kNotice && isAlone) format.setAlignment(Qt::AlignHCenter);
-  if (hangingIndent > 0) {
-    format.setTextIndent(-hangingIndent);
-    format.setTabPositions({QTextOption::Tab(hangingIndent, QTextOption::LeftTab)});
+  if (kind == ParagraphKind::kNotice) format.setAlignment(Qt::AlignHCenter);
+  if (isInCard) {
+    format.setProperty(NewsDocument::Part, kind == ParagraphKind::kTitle
+                                               ? NewsDocument::FirstBlock
+                                               : NewsDocument::LaterBlock);
+  }
+  if (indent > 0) {
+    format.setTextIndent(-indent);
+    format.setTabPositions({QTextOption::Tab(indent, QTextOption::LeftTab)});
   }
   return format;
 }
 
 qreal NewsFormats::hangingIndent(const QString& bullet) const {
-  const QFontMetricsF metrics(bullet_.font());
+  const QFontMetricsF metrics(style_.font(ornwhatsnew::kFontSize_NormalSmall));
   return metrics.horizontalAdvance(bullet) + kBulletSpacing;
 }
 

@@ -2,9 +2,12 @@
 #ifndef ORNWHATSNEWQT_SRC_NEWSFORMATS_H_
 #define ORNWHATSNEWQT_SRC_NEWSFORMATS_H_
 
+#include <map>
 #include <optional>
+#include <tuple>
 
 #include <QtCore/QHash>
+#include <QtCore/QString>
 #include <QtGui/QTextFormat>
 
 #include <ornwhatsnew/PanelLayout.h>
@@ -18,6 +21,8 @@ inline constexpr int kPageMargin = 16;
 inline constexpr int kCardPadding = 20;
 /// The distance between two cards.
 inline constexpr int kCardSpacing = 14;
+/// The distance between the text of a label and the sides of its box.
+inline constexpr int kLabelPadding = 8;
 /// The radius of the corners of a card.
 inline constexpr int kCardRadius = 10;
 /// The maximum width of a page. Longer lines are hard to read.
@@ -39,21 +44,21 @@ class NewsFormats {
   QTextCharFormat ofLink(ornwhatsnew::ParagraphKind kind, std::optional<ornwhatsnew::StyleID> style,
                          const QString& href) const;
 
-  /// Returns the format of the space before a label, which is as wide as the padding of its box.
-  const QTextCharFormat& ofSpaceBeforeLabel() const { return spaceBeforeLabel_; }
+  /// Returns the format of the invisible character before a label. It has the height of a title and
+  /// the width of the padding of the label's box.
+  const QTextCharFormat& ofLabelStrut() const { return labelStrut_; }
 
-  /// Returns the format of a bullet.
-  const QTextCharFormat& ofBullet() const { return bullet_; }
-
-  /// Returns the format of a paragraph of the kind `kind` that is in an item or, if `isAlone`, in a
-  /// panel without items. The lines after the first one begin `hangingIndent` further inwards.
-  QTextBlockFormat ofBlock(ornwhatsnew::ParagraphKind kind, bool isAlone, qreal hangingIndent,
-                           Qt::LayoutDirection direction) const;
-
-  /// Returns the hanging indent of a change with `bullet`.
-  qreal hangingIndent(const QString& bullet) const;
+  /// Returns the format of a paragraph of the kind `kind`. The lines after the first one are
+  /// aligned with the text after `bullet`. `isFirst` says that the paragraph is the first one of
+  /// its kind.
+  const QTextBlockFormat& ofBlock(ornwhatsnew::ParagraphKind kind, const QString& bullet,
+                                  Qt::LayoutDirection direction, bool isFirst);
 
  private:
+  using BlockKey = std::tuple<ornwhatsnew::ParagraphKind, QString, Qt::LayoutDirection, bool>;
+
+  QTextBlockFormat makeBlock(const BlockKey& key) const;
+  qreal hangingIndent(const QString& bullet) const;
   QTextCharFormat characters(float size, QFont::Weight weight, const QColor& color) const;
   /// Returns by how much a label is raised, so that its centre is at the centre of the title beside
   /// it. The unit is one percent of the label's height.
@@ -64,8 +69,8 @@ class NewsFormats {
   PanelStyle style_;
   QHash<int, QTextCharFormat> spans_;
   QHash<int, QTextCharFormat> paragraphs_;
-  QTextCharFormat spaceBeforeLabel_;
-  QTextCharFormat bullet_;
+  std::map<BlockKey, QTextBlockFormat> blocks_;
+  QTextCharFormat labelStrut_;
 };
 
 }  // namespace ornwhatsnewqt

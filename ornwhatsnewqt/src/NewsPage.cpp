@@ -13,6 +13,7 @@
 #include <QtWidgets/QScrollBar>
 #include <QtWidgets/QToolTip>
 
+#include "ornwhatsnewqt/src/NewsAccessibility.h"
 #include "ornwhatsnewqt/src/NewsDecoration.h"
 #include "ornwhatsnewqt/src/NewsFormats.h"
 
@@ -21,10 +22,18 @@ NewsPage::NewsPage(QWidget* parent)
     : QTextBrowser(parent),
       style_(palette(), font()),
       document_(std::make_unique<NewsDocument>(ornwhatsnew::PanelLayout(), style_)) {
+  installNewsAccessibility();
   setDocument(document_.get());
   setFrameShape(QFrame::NoFrame);
   setOpenLinks(false);
   setTextInteractionFlags(Qt::TextBrowserInteraction | Qt::TextSelectableByKeyboard);
+  setCursorWidth(0);
+  // The text is as wide as the view. Qt adds the hanging indents of right-to-left paragraphs to the
+  // width of the document, and would scroll into this empty space.
+  setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+  connect(horizontalScrollBar(), &QScrollBar::rangeChanged, this, [this](int, int maximum) {
+    horizontalScrollBar()->setValue(isRightToLeft() ? maximum : 0);
+  });
   setBackgroundRole(QPalette::Window);
   viewport()->setBackgroundRole(QPalette::Window);
   setAutoFillBackground(true);
@@ -46,11 +55,14 @@ void NewsPage::showLayout(const ornwhatsnew::PanelLayout& layout, const PanelSty
   const QTextBlock top = NewsDecoration::blockAt(*document_, scrollOffset().y());
   const qreal distance =
       scrollOffset().y() - document_->documentLayout()->blockBoundingRect(top).top();
+  const int topNumber = top.blockNumber();
   auto document = std::make_unique<NewsDocument>(layout, style);
   setDocument(document.get());
   document_ = std::move(document);
-  const QTextBlock block = document_->findBlockByNumber(top.blockNumber());
-  if (block.isValid() && top.blockNumber() > 0) {
+  // The width belongs to the document.
+  setCursorWidth(0);
+  const QTextBlock block = document_->findBlockByNumber(topNumber);
+  if (block.isValid() && topNumber > 0) {
     const QRectF rect = document_->documentLayout()->blockBoundingRect(block);
     verticalScrollBar()->setValue(qRound(rect.top() + distance));
   }
@@ -59,7 +71,10 @@ void NewsPage::showLayout(const ornwhatsnew::PanelLayout& layout, const PanelSty
 }
 
 QPointF NewsPage::scrollOffset() const {
-  return QPointF(horizontalScrollBar()->value(), verticalScrollBar()->value());
+  // In a right-to-left view, the scroll bar begins at the right end.
+  const QScrollBar& bar = *horizontalScrollBar();
+  const int x = isRightToLeft() ? bar.maximum() - bar.value() : bar.value();
+  return QPointF(x, verticalScrollBar()->value());
 }
 
 QRect NewsPage::elementRect(const NewsElement& element) const {
@@ -91,12 +106,22 @@ bool NewsPage::focusNextPrevChild(bool next) {
   const bool isHandled = QTextBrowser::focusNextPrevChild(next);
   const int link = focusedLink();
   if (link >= 0) {
+    setCursorWidth(0);
     viewport()->update();
     QAccessibleEvent event(this, QAccessible::Focus);
     event.setChild(link);
     QAccessible::updateAccessibility(&event);
   }
   return isHandled;
+}
+
+void NewsPage::keyPressEvent(QKeyEvent* event) {
+  const QTextCursor before = textCursor();
+  QTextBrowser::keyPressEvent(event);
+  const QTextCursor after = textCursor();
+  const bool isMoved = before.position() != after.position() || before.anchor() != after.anchor();
+  // A page to read shows no text cursor until the user moves it.
+  if (isMoved) setCursorWidth(1);
 }
 
 void NewsPage::paintEvent(QPaintEvent* event) {

@@ -41,6 +41,7 @@ class NewsPage : public QTextBrowser {
  protected:
   QMimeData* createMimeDataFromSelection() const override;
   bool focusNextPrevChild(bool next) override;
+  void keyPressEvent(QKeyEvent* event) override;
   void paintEvent(QPaintEvent* event) override;
   void resizeEvent(QResizeEvent* event) override;
   bool viewportEvent(QEvent* event) override;

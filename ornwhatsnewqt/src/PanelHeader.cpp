@@ -7,6 +7,7 @@
 
 #include <ornwhatsnew/WhatsNewTypes.h>
 
+#include "ornwhatsnewqt/src/FlowLayout.h"
 #include "ornwhatsnewqt/src/GlyphButton.h"
 #include "ornwhatsnewqt/src/LocalizedText.h"
 #include "ornwhatsnewqt/src/PanelStrings.h"
@@ -18,13 +19,15 @@ namespace ornwhatsnewqt {
 PanelHeader::PanelHeader(QWidget* parent) : QWidget(parent) {
   auto* const row = new QHBoxLayout(this);
   row->setContentsMargins(0, 0, 0, 0);
-  row->setSpacing(14);
+  pages_ = new FlowLayout(14);
+  row->addLayout(pages_, 1);
   title_ = new QLabel(this);
   title_->setObjectName(QStringLiteral("title"));
-  row->addWidget(title_);
+  title_->setContentsMargins(kRingSpace, 0, 0, 0);
+  pages_->addWidget(title_);
   newsButton_ = addPageButton("news");
   ratingsButton_ = addPageButton("ratings");
-  row->addStretch();
+
   searchButton_ = new GlyphButton(Glyph::Search, this);
   searchButton_->setObjectName(QStringLiteral("search"));
   printButton_ = new GlyphButton(Glyph::Print, this);
@@ -33,6 +36,9 @@ PanelHeader::PanelHeader(QWidget* parent) : QWidget(parent) {
   buttons->setSpacing(2);
   buttons->addWidget(searchButton_);
   buttons->addWidget(printButton_);
+  // The buttons are beside the first row of the pages, even if there are two rows.
+  buttons->setAlignment(Qt::AlignTop);
+  buttons->setContentsMargins(0, 4, 0, 0);
   row->addLayout(buttons);
   connect(newsButton_, &QRadioButton::clicked, this, &PanelHeader::newsRequested);
   connect(ratingsButton_, &QRadioButton::clicked, this, &PanelHeader::ratingsRequested);
@@ -45,7 +51,7 @@ PanelHeader::PanelHeader(QWidget* parent) : QWidget(parent) {
 QRadioButton* PanelHeader::addPageButton(const char* name) {
   auto* const button = new Pill<QRadioButton>(PillLook::Tab, this);
   button->setObjectName(QLatin1String(name));
-  layout()->addWidget(button);
+  pages_->addWidget(button);
   return button;
 }
 

@@ -11,6 +11,7 @@ QT_END_NAMESPACE
 
 namespace ornwhatsnewqt {
 
+class FlowLayout;
 class GlyphButton;
 
 /// The pages of a panel.
@@ -45,6 +46,7 @@ class PanelHeader : public QWidget {
   QRadioButton* addPageButton(const char* name);
   void applyStyle();
 
+  FlowLayout* pages_;
   QLabel* title_;
   QRadioButton* newsButton_;
   QRadioButton* ratingsButton_;

@@ -21,6 +21,13 @@ inline constexpr const char* kDismissDescription =
 inline constexpr const char* kStateError =
     "$$$/ornwhatsnewqt/Panel/StateError=Cannot remember what you have seen: @0";
 
+inline constexpr const char* kDataError =
+    "$$$/ornwhatsnewqt/Panel/DataError=Cannot show what is new: @0";
+inline constexpr const char* kAnnounce =
+    "$$$/ornwhatsnewqt/Panel/Announce=Open this panel after updates";
+inline constexpr const char* kAnnounceDescription =
+    "$$$/ornwhatsnewqt/Panel/AnnounceDescription=Show the changes once after each update";
+
 inline constexpr const char* kFilters = "$$$/ornwhatsnewqt/Filter/Filters=Filters";
 inline constexpr const char* kOnlyNew = "$$$/ornwhatsnewqt/Filter/OnlyNew=Only new";
 inline constexpr const char* kOnlyNewDescription =

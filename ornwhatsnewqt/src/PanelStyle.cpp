@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include <QtGui/QFontInfo>
+#include <QtWidgets/QLineEdit>
 
 #include <ornwhatsnew/WhatsNewTypes.h>
 
@@ -23,14 +24,16 @@ qreal luminance(const QColor& color) {
 }
 
 qreal contrast(const QColor& first, const QColor& second) {
-  const auto [darker, lighter] = std::minmax(luminance(first), luminance(second));
+  const auto [darker, lighter] = std::minmax({luminance(first), luminance(second)});
   return (lighter + 0.05) / (darker + 0.05);
 }
 
 QColor mix(const QColor& from, const QColor& to, float share) {
-  return QColor::fromRgbF(from.redF() + (to.redF() - from.redF()) * share,
-                          from.greenF() + (to.greenF() - from.greenF()) * share,
-                          from.blueF() + (to.blueF() - from.blueF()) * share);
+  const auto component = [share](int first, int second) {
+    return first + qRound(share * static_cast<float>(second - first));
+  };
+  return QColor(component(from.red(), to.red()), component(from.green(), to.green()),
+                component(from.blue(), to.blue()));
 }
 
 /// Returns `wanted`, moved towards `text` until it is readable on both backgrounds.
@@ -79,6 +82,15 @@ QFont PanelStyle::font(float size, QFont::Weight weight) const {
   font.setPixelSize(qRound(qreal{size} * scale_));
   font.setWeight(weight);
   return font;
+}
+
+void setFieldStyle(QLineEdit& field, const PanelStyle& style) {
+  field.setFont(style.font(ornwhatsnew::kFontSize_NormalSmall));
+  field.setStyleSheet(
+      QStringLiteral("QLineEdit { color: %1; background: %2; border: 1px solid %3;"
+                     " border-radius: 6px; padding: 4px 8px; }"
+                     "QLineEdit:focus { border: 2px solid %4; padding: 3px 7px; }")
+          .arg(style.text.name(), style.card.name(), style.secondary.name(), style.accent.name()));
 }
 
 }  // namespace ornwhatsnewqt

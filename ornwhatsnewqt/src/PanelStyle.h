@@ -6,6 +6,10 @@
 #include <QtGui/QFont>
 #include <QtGui/QPalette>
 
+QT_BEGIN_NAMESPACE
+class QLineEdit;
+QT_END_NAMESPACE
+
 namespace ornwhatsnewqt {
 
 /// The colours and fonts of the panel, which follow the palette and the font of the desktop. The
@@ -37,6 +41,9 @@ struct PanelStyle {
   QFont font_;
   qreal scale_ = 1;
 };
+
+/// Shows `field` with rounded corners, in `style`.
+void setFieldStyle(QLineEdit& field, const PanelStyle& style);
 
 }  // namespace ornwhatsnewqt
 

@@ -1,11 +1,14 @@
 #include <ornwhatsnewqt/PanelWidget.h>
 
+#include <algorithm>
+
 #include <QtCore/QEvent>
 #include <QtCore/QPointer>
 #include <QtGui/QKeyEvent>
 #include <QtGui/QShortcut>
 #include <QtPrintSupport/QPrintDialog>
 #include <QtPrintSupport/QPrinter>
+#include <QtWidgets/QCheckBox>
 #include <QtWidgets/QStackedWidget>
 #include <QtWidgets/QVBoxLayout>
 
@@ -14,12 +17,12 @@
 #include "ornwhatsnewqt/src/FilterBar.h"
 #include "ornwhatsnewqt/src/LocalizedText.h"
 #include "ornwhatsnewqt/src/MessageBar.h"
-#include "ornwhatsnewqt/src/NewsAccessibility.h"
 #include "ornwhatsnewqt/src/NewsFormats.h"
 #include "ornwhatsnewqt/src/NewsPage.h"
 #include "ornwhatsnewqt/src/PanelController.h"
 #include "ornwhatsnewqt/src/PanelHeader.h"
 #include "ornwhatsnewqt/src/PanelStrings.h"
+#include "ornwhatsnewqt/src/PillButton.h"
 #include "ornwhatsnewqt/src/RatingPage.h"
 #include "ornwhatsnewqt/src/SearchBar.h"
 
@@ -29,6 +32,7 @@ struct PanelWidget::Impl {
   Impl(PanelWidget* owner, PanelController* panelController);
 
   void addWidgets();
+  void centerTop();
   void connectWidgets();
   void openPage(PanelPage newPage);
   void closePages();
@@ -36,7 +40,7 @@ struct PanelWidget::Impl {
   void drawRatings(const PanelStyle& style);
   void retranslate();
   void updateHeader();
-  void showStateError();
+  void showErrors();
   void startSearch();
   void print();
 
@@ -49,6 +53,8 @@ struct PanelWidget::Impl {
   RatingPage* ratings;
   SearchBar* search;
   QStackedWidget* pages;
+  QCheckBox* announce;
+  QVBoxLayout* top = nullptr;
   PanelPage page = PanelPage::News;
   bool isOpen = false;
 };
@@ -62,11 +68,12 @@ PanelWidget::Impl::Impl(PanelWidget* owner, PanelController* panelController)
       news(new NewsPage(owner)),
       ratings(new RatingPage(owner)),
       search(new SearchBar(news, owner)),
-      pages(new QStackedWidget(owner)) {
+      pages(new QStackedWidget(owner)),
+      announce(new QCheckBox(owner)) {
   addWidgets();
   connectWidgets();
   retranslate();
-  showStateError();
+  showErrors();
   updateHeader();
 }
 
@@ -77,10 +84,11 @@ void PanelWidget::Impl::addWidgets() {
   news->setObjectName(QStringLiteral("newsPage"));
   ratings->setObjectName(QStringLiteral("ratingPage"));
   search->setObjectName(QStringLiteral("searchBar"));
+  announce->setObjectName(QStringLiteral("announce"));
   pages->addWidget(news);
   pages->addWidget(ratings);
-  auto* const top = new QVBoxLayout;
-  top->setContentsMargins(kPageMargin, kPageMargin / 2, kPageMargin - 6, kPageMargin / 2);
+  top = new QVBoxLayout;
+  centerTop();
   top->setSpacing(6);
   for (QWidget* bar : {static_cast<QWidget*>(message), static_cast<QWidget*>(header),
                        static_cast<QWidget*>(filters), static_cast<QWidget*>(search)})
@@ -90,21 +98,36 @@ void PanelWidget::Impl::addWidgets() {
   column->setSpacing(0);
   column->addLayout(top);
   column->addWidget(pages, 1);
+  auto* const bottom = new QVBoxLayout;
+  bottom->setContentsMargins(kPageMargin, 0, kPageMargin, 0);
+  announce->setMinimumHeight(40);
+  bottom->addWidget(announce);
+  column->addLayout(bottom);
+}
+
+// The bars are as wide as the page below them.
+void PanelWidget::Impl::centerTop() {
+  const int beside = std::max(0, (panel->width() - kMaximumColumnWidth) / 2);
+  // The buttons have space for a ring around them.
+  const int side = beside + kPageMargin - kRingSpace;
+  top->setContentsMargins(side, kPageMargin / 2, side, kPageMargin / 2);
 }
 
 void PanelWidget::Impl::connectWidgets() {
   connect(controller, &PanelController::changed, panel, [this] {
     retranslate();
+    showErrors();
     draw();
   });
   connect(controller, &PanelController::countChanged, panel, [this] { updateHeader(); });
-  connect(controller, &PanelController::stateErrorChanged, panel, [this] { showStateError(); });
+  connect(controller, &PanelController::stateErrorChanged, panel, [this] { showErrors(); });
   connect(header, &PanelHeader::newsRequested, panel, &PanelWidget::showNews);
   connect(header, &PanelHeader::ratingsRequested, panel, &PanelWidget::showRatings);
   connect(header, &PanelHeader::searchRequested, panel, [this] { startSearch(); });
   connect(header, &PanelHeader::printRequested, panel, [this] { print(); });
   connect(news, &QTextBrowser::anchorClicked, controller, &PanelController::activateLink);
   connect(ratings, &RatingPage::rated, controller, &PanelController::rate);
+  connect(announce, &QCheckBox::clicked, controller, &PanelController::setAnnouncesUpdates);
   connect(ratings, &RatingPage::finished, header, &PanelHeader::focusPage);
   const auto addShortcut = [this](QKeySequence::StandardKey key, void (Impl::*function)()) {
     auto* const shortcut = new QShortcut(key, panel);
@@ -171,16 +194,26 @@ void PanelWidget::Impl::retranslate() {
   header->retranslate();
   filters->refresh();
   message->retranslate();
+  announce->setText(localizedText(strings::kAnnounce));
+  announce->setAccessibleDescription(localizedText(strings::kAnnounceDescription));
+  announce->setChecked(controller->announcesUpdates());
 }
 
 void PanelWidget::Impl::updateHeader() {
   header->setPage(page, controller && controller->canRate());
   filters->setVisible(page == PanelPage::News);
+  announce->setVisible(page == PanelPage::News && controller && controller->offersAnnouncements());
 }
 
-void PanelWidget::Impl::showStateError() {
-  const QString error = controller->stateError();
-  message->setMessage(error.isEmpty() ? error : localizedText(strings::kStateError, {error}));
+void PanelWidget::Impl::showErrors() {
+  QStringList errors;
+  if (!controller->isLoaded()) {
+    errors.append(localizedText(strings::kDataError, {controller->errorString()}));
+  }
+  if (!controller->stateError().isEmpty()) {
+    errors.append(localizedText(strings::kStateError, {controller->stateError()}));
+  }
+  message->setMessage(errors.join(u'\n'));
 }
 
 void PanelWidget::Impl::startSearch() {
@@ -199,9 +232,7 @@ void PanelWidget::Impl::print() {
 }
 
 PanelWidget::PanelWidget(WhatsNew* whatsNew, QWidget* parent)
-    : QWidget(parent), impl_(std::make_unique<Impl>(this, whatsNew->controller())) {
-  installNewsAccessibility();
-}
+    : QWidget(parent), impl_(std::make_unique<Impl>(this, whatsNew->controller())) {}
 
 PanelWidget::~PanelWidget() {
   impl_->closePages();
@@ -239,6 +270,11 @@ void PanelWidget::keyPressEvent(QKeyEvent* event) {
   } else {
     QWidget::keyPressEvent(event);
   }
+}
+
+void PanelWidget::resizeEvent(QResizeEvent* event) {
+  impl_->centerTop();
+  QWidget::resizeEvent(event);
 }
 
 void PanelWidget::showEvent(QShowEvent* event) {

@@ -10,8 +10,6 @@
 namespace ornwhatsnewqt {
 namespace {
 
-// The ring around the focus is outside of the button's shape.
-constexpr int kRingSpace = 3;
 constexpr int kTickWidth = 20;
 
 QFont fontOf(const PanelStyle& style, const QAbstractButton& button, PillLook look) {
@@ -28,7 +26,7 @@ QFont fontOf(const PanelStyle& style, const QAbstractButton& button, PillLook lo
 }
 
 QMargins paddingOf(PillLook look) {
-  return look == PillLook::Tab ? QMargins(2, 4, 2, 8) : QMargins(14, 6, 14, 6);
+  return look == PillLook::Tab ? QMargins(0, 4, 0, 8) : QMargins(14, 6, 14, 6);
 }
 
 /// Draws a tick, so that colour is not the only sign of a checked button.
@@ -66,10 +64,11 @@ PillColors colorsOf(const PanelStyle& style, const QAbstractButton& button, Pill
 void paintTab(QPainter& painter, const QAbstractButton& button, const PanelStyle& style) {
   const QRect content = button.rect().adjusted(kRingSpace, kRingSpace, -kRingSpace, -kRingSpace);
   painter.setPen(button.isChecked() ? style.text : style.secondary);
-  painter.drawText(content.marginsRemoved(paddingOf(PillLook::Tab)), Qt::AlignCenter,
-                   button.text());
+  painter.setLayoutDirection(button.layoutDirection());
+  painter.drawText(content.marginsRemoved(paddingOf(PillLook::Tab)),
+                   Qt::AlignLeft | Qt::AlignVCenter, button.text());
   if (button.isChecked() && button.isEnabled()) {
-    const QRectF line(content.left() + 2, content.bottom() - 3, content.width() - 4, 3);
+    const QRectF line(content.left(), content.bottom() - 3, content.width(), 3);
     painter.setPen(Qt::NoPen);
     painter.setBrush(style.accent);
     painter.drawRoundedRect(line, 1.5, 1.5);

@@ -15,6 +15,9 @@ enum class PillLook {
   Tab,     ///< large text, underlined while the button is checked
 };
 
+/// The space between the edge and the shape of a button, which contains the ring around the focus.
+inline constexpr int kRingSpace = 3;
+
 /// Draws `button`, and a ring around it if it has the focus.
 void paintPill(QAbstractButton& button, PillLook look);
 

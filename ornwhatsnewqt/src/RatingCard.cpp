@@ -36,8 +36,8 @@ void setLook(QLabel& label, const QFont& font, const QColor& color) {
 RatingCard::RatingCard(const ornwhatsnew::RatingRequest& request, QWidget* parent)
     : QFrame(parent) {
   auto* const layout = new QVBoxLayout(this);
-  layout->setContentsMargins(ornwhatsnew::kRightMargin, kCardPadding, ornwhatsnew::kRightMargin,
-                             kCardPadding);
+  const int side = ornwhatsnew::kRightMargin - kRingSpace;
+  layout->setContentsMargins(side, kCardPadding, side, kCardPadding);
   layout->setSpacing(8);
   title_ = addLabel("title");
   description_ = addLabel("description");
@@ -55,6 +55,7 @@ QLabel* RatingCard::addLabel(const char* name) {
   label->setObjectName(QLatin1String(name));
   label->setTextFormat(Qt::PlainText);
   label->setWordWrap(true);
+  label->setContentsMargins(kRingSpace, 0, kRingSpace, 0);
   layout()->addWidget(label);
   return label;
 }
@@ -76,7 +77,7 @@ void RatingCard::addChoices() {
 void RatingCard::addComment() {
   comment_ = new QLineEdit(this);
   comment_->setObjectName(QStringLiteral("comment"));
-  comment_->setMinimumHeight(34);
+
   auto* const sendButton = new Pill<QPushButton>(PillLook::Action, this);
   sendButton->setObjectName(QStringLiteral("send"));
   // In a dialog, Enter would otherwise send the first card from every widget.
@@ -84,6 +85,7 @@ void RatingCard::addComment() {
   sendButton->setEnabled(false);
   sendButton_ = sendButton;
   auto* const row = new QHBoxLayout;
+  row->setContentsMargins(kRingSpace, 0, 0, 0);
   row->setSpacing(8);
   row->addWidget(comment_, 1);
   row->addWidget(sendButton_);
@@ -99,7 +101,7 @@ void RatingCard::applyStyle() {
   setLook(*question_, style.font(ornwhatsnew::kFontSize_Normal), style.text);
   setLook(*description_, style.font(ornwhatsnew::kFontSize_NormalSmall), style.secondary);
   setLook(*thanks_, style.font(ornwhatsnew::kFontSize_Normal, QFont::Medium), style.accent);
-  comment_->setFont(style.font(ornwhatsnew::kFontSize_NormalSmall));
+  setFieldStyle(*comment_, style);
 }
 
 void RatingCard::setRequest(const ornwhatsnew::RatingRequest& request) {
@@ -131,8 +133,9 @@ void RatingCard::retranslate() {
   thanks_->setText(localizedText(strings::kThanks));
 }
 
-void RatingCard::focusFirstChoice() {
-  stars_->button(1)->setFocus(Qt::OtherFocusReason);
+void RatingCard::focusChoice() {
+  QAbstractButton* const checked = stars_->checkedButton();
+  (checked != nullptr ? checked : stars_->button(1))->setFocus(Qt::OtherFocusReason);
 }
 
 void RatingCard::send() {

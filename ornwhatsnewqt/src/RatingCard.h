@@ -35,8 +35,8 @@ class RatingCard : public QFrame {
   /// Returns whether the user has sent the rating.
   bool isRated() const { return isRated_; }
 
-  /// Moves the focus to the first choice.
-  void focusFirstChoice();
+  /// Moves the focus to the user's choice or, if there is none, to the first choice.
+  void focusChoice();
 
  Q_SIGNALS:
   /// The user has sent the rating. Emitted once.

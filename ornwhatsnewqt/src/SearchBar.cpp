@@ -11,10 +11,13 @@
 #include <QtWidgets/QLineEdit>
 #include <QtWidgets/QTextEdit>
 
+#include <ornwhatsnew/WhatsNewTypes.h>
+
 #include "ornwhatsnewqt/src/GlyphButton.h"
 #include "ornwhatsnewqt/src/LocalizedText.h"
 #include "ornwhatsnewqt/src/PanelStrings.h"
 #include "ornwhatsnewqt/src/PanelStyle.h"
+#include "ornwhatsnewqt/src/PillButton.h"
 
 namespace ornwhatsnewqt {
 
@@ -28,13 +31,13 @@ SearchBar::SearchBar(QTextEdit* view, QWidget* parent)
       closeButton_(new GlyphButton(Glyph::Close, this)) {
   field_->setObjectName(QStringLiteral("searchField"));
   field_->setClearButtonEnabled(true);
-  field_->setMinimumHeight(32);
+
   result_->setObjectName(QStringLiteral("searchResult"));
   previousButton_->setObjectName(QStringLiteral("previousMatch"));
   nextButton_->setObjectName(QStringLiteral("nextMatch"));
   closeButton_->setObjectName(QStringLiteral("closeSearch"));
   auto* const layout = new QHBoxLayout(this);
-  layout->setContentsMargins(0, 0, 0, 0);
+  layout->setContentsMargins(kRingSpace, 0, 0, 0);
   layout->setSpacing(4);
   layout->addWidget(field_, 1);
   layout->addSpacing(4);
@@ -136,9 +139,11 @@ void SearchBar::showResult() {
   }
   if (hasNoMatch) result = localizedText(strings::kNoMatch);
   const PanelStyle style(palette(), font());
+  setFieldStyle(*field_, style);
   QPalette colors;
   colors.setColor(QPalette::WindowText, hasNoMatch ? style.warning : style.secondary);
   result_->setPalette(colors);
+  result_->setFont(style.font(ornwhatsnew::kFontSize_NormalSmall));
   result_->setText(result);
   if (!hasNoMatch) return;
   QAccessibleEvent event(result_, QAccessible::Alert);
