@@ -7,7 +7,7 @@ build_packages=(
   libboost-dev libicu-dev
   nlohmann-json3-dev libcli11-dev
   libgtest-dev libgmock-dev libmurmurhash-dev python3-jsonschema mandoc
-  qt6-base-dev qt6-l10n-tools
+  qt6-base-dev qt6-base-private-dev qt6-l10n-tools
 )
 bench_packages=(libbenchmark-dev valgrind python3)
 package_packages=(dpkg-dev file lowdown)

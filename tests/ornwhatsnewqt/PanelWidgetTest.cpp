@@ -1,0 +1,416 @@
+#include <ornwhatsnewqt/PanelWidget.h>
+
+#include <memory>
+
+#include <QtCore/QPointer>
+#include <QtCore/QTranslator>
+#include <QtGui/QDesktopServices>
+#include <QtTest/QSignalSpy>
+#include <QtTest/QTest>
+#include <QtWidgets/QApplication>
+#include <QtWidgets/QCheckBox>
+#include <QtWidgets/QDialog>
+#include <QtWidgets/QDockWidget>
+#include <QtWidgets/QLabel>
+#include <QtWidgets/QLineEdit>
+#include <QtWidgets/QMainWindow>
+#include <QtWidgets/QPushButton>
+#include <QtWidgets/QRadioButton>
+#include <QtWidgets/QScrollBar>
+
+#include <ornwhatsnewqt/WhatsNew.h>
+
+#include "ornwhatsnewqt/src/NewsPage.h"
+#include "ornwhatsnewqt/src/RatingPage.h"
+#include "tests/ornwhatsnewqt/TestWorld.h"
+
+namespace {
+
+using ornwhatsnewqt::NewsPage;
+using ornwhatsnewqt::PanelWidget;
+using ornwhatsnewqt::RatingPage;
+using ornwhatsnewqt::Settings;
+using ornwhatsnewqt::WhatsNew;
+using test_support::ChangeRow;
+using test_support::TestWorld;
+
+const ChangeRow kFaster{.version = "4.3", .groupingID = "EPIC-1", .description = "Faster map"};
+const ChangeRow kWindows{.version = "4.3",
+                         .groupingID = "EPIC-1",
+                         .platform = "Win",
+                         .description = "Zoom with the wheel"};
+const ChangeRow kLink{.version = "4.3",
+                      .groupingID = "EPIC-1",
+                      .url = "https://a.example/map",
+                      .description = "Circles"};
+const ChangeRow kRating{.version = "4.3",
+                        .groupingID = "EPIC-1",
+                        .ratingRequest = "RequestRating",
+                        .description = "Rate it"};
+
+/// Stands for a browser.
+class Browser : public QObject {
+  Q_OBJECT
+
+ public:
+  Browser() { QDesktopServices::setUrlHandler(QStringLiteral("https"), this, "open"); }
+  ~Browser() override { QDesktopServices::unsetUrlHandler(QStringLiteral("https")); }
+
+  QList<QUrl> opened;
+
+ public Q_SLOTS:
+  void open(const QUrl& url) { opened.append(url); }
+};
+
+/// Translates two key texts to German.
+class GermanTranslator : public QTranslator {
+  Q_OBJECT
+
+ public:
+  QString translate(const char* context, const char* source, const char* /*disambiguation*/,
+                    int /*n*/) const override {
+    if (QLatin1String(context) != QLatin1String("ornwhatsnew")) return {};
+    const QLatin1String key(source);
+    if (key == QLatin1String("$$$/ornwhatsnewqt/Filter/OnlyNew"))
+      return QStringLiteral("Nur Neues");
+    if (key == QLatin1String("$$$/ornwhatsnew/Feature/Item/ViewMore/ViewMore")) {
+      return QStringLiteral("Mehr");
+    }
+    return {};
+  }
+  bool isEmpty() const override { return false; }
+};
+
+class PanelWidgetTest : public QObject {
+  Q_OBJECT
+
+ private Q_SLOTS:
+  void init();
+  void cleanup();
+  void displaysTheNewsWhenItBecomesVisible();
+  void showsTheNoticeIfNothingIsNew();
+  void filtersAreAppliedAndRemembered();
+  void controlAndFSearches();
+  void escapeClosesTheSearchFirst();
+  void opensLinksInTheBrowser();
+  void keyboardReachesEveryControl();
+  void reloadKeepsThePanelOpen();
+  void reportsAStoreThatCannotBeWritten();
+  void aDismissedMessageStaysDismissed();
+  void reportsAMissingDataFile();
+  void followsTheLanguage();
+  void followsThePalette();
+  void showsRatingsInPlaceOfTheNews();
+  void storesARating();
+  void hasNoChoiceOfPagesWithoutRatings();
+  void twoPanelsShowTheSameNews();
+  void twoObjectsOfOneApplicationAreIndependent();
+  void aHiddenPanelIsEmpty();
+  void worksInADock();
+  void offersTheSwitchOfAnnouncements();
+  void outlivesItsObject();
+
+ private:
+  void open(const Settings& settings);
+  void open() { open(world_->settings()); }
+  Settings settingsWithRatings() const;
+  template <class Widget>
+  Widget& find(const char* name) const {
+    return *panel_->findChild<Widget*>(QLatin1String(name));
+  }
+  QString news() const { return find<NewsPage>("newsPage").toPlainText(); }
+
+  std::unique_ptr<TestWorld> world_;
+  std::unique_ptr<WhatsNew> whatsNew_;
+  std::unique_ptr<PanelWidget> panel_;
+};
+
+void PanelWidgetTest::init() {
+  world_ = std::make_unique<TestWorld>();
+  world_->writeData({kFaster, kWindows, kLink});
+  world_->storeEarlierUse();
+}
+
+void PanelWidgetTest::cleanup() {
+  panel_.reset();
+  whatsNew_.reset();
+  world_.reset();
+}
+
+void PanelWidgetTest::open(const Settings& settings) {
+  whatsNew_ = std::make_unique<WhatsNew>(world_->dataFile(), settings);
+  panel_ = std::make_unique<PanelWidget>(whatsNew_.get());
+  panel_->show();
+  panel_->activateWindow();
+  QVERIFY(QTest::qWaitForWindowActive(panel_.get()));
+}
+
+Settings PanelWidgetTest::settingsWithRatings() const {
+  world_->storeFirstStart(QDateTime::currentDateTime().addDays(-20));
+  Settings settings = world_->settings();
+  settings.usageLogging = [] { return true; };
+  return settings;
+}
+
+void PanelWidgetTest::displaysTheNewsWhenItBecomesVisible() {
+  whatsNew_ = std::make_unique<WhatsNew>(world_->dataFile(), world_->settings());
+  panel_ = std::make_unique<PanelWidget>(whatsNew_.get());
+  QVERIFY(!news().contains(QStringLiteral("Faster map")));
+  QVERIFY(world_->stored(QStringLiteral("WhatsNew.AllSeenItems")).isEmpty());
+  panel_->show();
+  QVERIFY(news().contains(QStringLiteral("Faster map")));
+  QVERIFY(!world_->stored(QStringLiteral("WhatsNew.AllSeenItems")).isEmpty());
+}
+
+void PanelWidgetTest::showsTheNoticeIfNothingIsNew() {
+  open();
+  panel_->hide();
+  panel_->show();
+  QVERIFY(news().contains(QStringLiteral("all caught up")));
+}
+
+void PanelWidgetTest::filtersAreAppliedAndRemembered() {
+  open();
+  QVERIFY(!news().contains(QStringLiteral("Zoom with the wheel")));
+  find<QCheckBox>("thisPlatform").click();
+  QVERIFY(news().contains(QStringLiteral("Zoom with the wheel")));
+  QVERIFY(news().contains(QStringLiteral("Faster map")));
+  panel_.reset();
+  whatsNew_.reset();
+  open();
+  QVERIFY(!find<QCheckBox>("thisPlatform").isChecked());
+  QVERIFY(find<QCheckBox>("onlyNew").isChecked());
+  QVERIFY(find<QCheckBox>("myVersions").isChecked());
+}
+
+void PanelWidgetTest::controlAndFSearches() {
+  open();
+  QVERIFY(!find<QWidget>("searchBar").isVisible());
+  QTest::keyClick(panel_.get(), Qt::Key_F, Qt::ControlModifier);
+  QVERIFY(find<QLineEdit>("searchField").hasFocus());
+  QTest::keyClicks(&find<QLineEdit>("searchField"), QStringLiteral("circles"));
+  QCOMPARE(find<NewsPage>("newsPage").textCursor().selectedText(), QStringLiteral("Circles"));
+}
+
+void PanelWidgetTest::escapeClosesTheSearchFirst() {
+  whatsNew_ = std::make_unique<WhatsNew>(world_->dataFile(), world_->settings());
+  QDialog dialog;
+  auto* const panel = new PanelWidget(whatsNew_.get(), &dialog);
+  dialog.show();
+  dialog.activateWindow();
+  QVERIFY(QTest::qWaitForWindowActive(&dialog));
+  panel->showNews();
+  QTest::keyClick(panel, Qt::Key_F, Qt::ControlModifier);
+  QTest::keyClick(QApplication::focusWidget(), Qt::Key_Escape);
+  QVERIFY(!panel->findChild<QWidget*>(QStringLiteral("searchBar"))->isVisible());
+  QVERIFY(dialog.isVisible());
+  QTest::keyClick(QApplication::focusWidget(), Qt::Key_Escape);
+  QVERIFY(!dialog.isVisible());
+}
+
+void PanelWidgetTest::opensLinksInTheBrowser() {
+  open();
+  Browser browser;
+  QSignalSpy spy(whatsNew_.get(), &WhatsNew::linkActivated);
+  QTest::keyClick(&find<NewsPage>("newsPage"), Qt::Key_Tab);
+  QTest::keyClick(&find<NewsPage>("newsPage"), Qt::Key_Return);
+  const QUrl url(QStringLiteral("https://a.example/map"));
+  QCOMPARE(browser.opened, QList<QUrl>{url});
+  QCOMPARE(spy.size(), 1);
+  QCOMPARE(spy.first().first().toUrl(), url);
+}
+
+void PanelWidgetTest::keyboardReachesEveryControl() {
+  open(settingsWithRatings());
+  QSet<QString> reached;
+  for (int i = 0; i < 20; ++i) {
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+    reached.insert(QApplication::focusWidget()->objectName());
+  }
+  for (const char* name : {"newsPage", "search", "print", "onlyNew", "thisPlatform", "myVersions"})
+    QVERIFY2(reached.contains(QLatin1String(name)), name);
+}
+
+void PanelWidgetTest::reloadKeepsThePanelOpen() {
+  open();
+  world_->writeData(
+      {kFaster, {.version = "4.3", .groupingID = "EPIC-1", .description = "Smaller"}});
+  whatsNew_->refresh();
+  QVERIFY(news().contains(QStringLiteral("Smaller")));
+  QVERIFY(news().contains(QStringLiteral("Faster map")));
+  QVERIFY(!news().contains(QStringLiteral("Circles")));
+}
+
+void PanelWidgetTest::reportsAStoreThatCannotBeWritten() {
+  Settings settings = world_->settings();
+  settings.settingsFile = QStringLiteral("/dev/null/settings.ini");
+  settings.firstStart = ornwhatsnewqt::FirstStart::ShowAll;
+  open(settings);
+  QVERIFY(find<QWidget>("messageBar").isVisible());
+  QVERIFY(find<QLabel>("message").text().contains(settings.settingsFile));
+  QVERIFY(news().contains(QStringLiteral("Faster map")));
+}
+
+void PanelWidgetTest::aDismissedMessageStaysDismissed() {
+  Settings settings = world_->settings();
+  settings.settingsFile = QStringLiteral("/dev/null/settings.ini");
+  open(settings);
+  find<QAbstractButton>("dismiss").click();
+  QVERIFY(!find<QWidget>("messageBar").isVisible());
+  find<QCheckBox>("onlyNew").click();
+  QVERIFY(!find<QWidget>("messageBar").isVisible());
+}
+
+void PanelWidgetTest::reportsAMissingDataFile() {
+  QFile::remove(world_->dataFile());
+  open();
+  QVERIFY(find<QWidget>("messageBar").isVisible());
+  QVERIFY(find<QLabel>("message").text().contains(world_->dataFile()));
+  world_->writeData({kFaster});
+  whatsNew_->refresh();
+  QVERIFY(!find<QWidget>("messageBar").isVisible());
+}
+
+void PanelWidgetTest::followsTheLanguage() {
+  open();
+  QCOMPARE(find<QCheckBox>("onlyNew").text(), QStringLiteral("Only new"));
+  GermanTranslator translator;
+  QCoreApplication::installTranslator(&translator);
+  QTRY_COMPARE(find<QCheckBox>("onlyNew").text(), QStringLiteral("Nur Neues"));
+  QVERIFY(news().contains(QStringLiteral("Mehr")));
+  QVERIFY(!news().contains(QStringLiteral("View more")));
+  QCoreApplication::removeTranslator(&translator);
+}
+
+void PanelWidgetTest::followsThePalette() {
+  open();
+  auto& page = find<NewsPage>("newsPage");
+  const QPalette before = QApplication::palette();
+  QPalette dark;
+  dark.setColor(QPalette::Base, QColor(20, 20, 22));
+  dark.setColor(QPalette::Window, QColor(30, 30, 32));
+  dark.setColor(QPalette::Text, QColor(230, 230, 230));
+  QApplication::setPalette(dark);
+  const auto titleColor = [&page] {
+    return page.document()->find(QStringLiteral("Map")).charFormat().foreground().color();
+  };
+  QTRY_COMPARE(titleColor(), QColor(230, 230, 230));
+  const QColor corner = page.viewport()->grab().toImage().pixelColor(2, 2);
+  QCOMPARE(corner, QColor(30, 30, 32));
+  QApplication::setPalette(before);
+}
+
+void PanelWidgetTest::showsRatingsInPlaceOfTheNews() {
+  world_->writeData({kRating});
+  open(settingsWithRatings());
+  find<QRadioButton>("ratings").click();
+  QVERIFY(find<RatingPage>("ratingPage").isVisible());
+  QVERIFY(!find<QWidget>("filters").isVisible());
+  QVERIFY(!find<QWidget>("search").isEnabled());
+  find<QRadioButton>("news").click();
+  QVERIFY(find<NewsPage>("newsPage").isVisible());
+  QVERIFY(find<QWidget>("filters").isVisible());
+}
+
+void PanelWidgetTest::storesARating() {
+  world_->writeData({kRating});
+  open(settingsWithRatings());
+  QSignalSpy spy(whatsNew_.get(), &WhatsNew::rated);
+  find<QRadioButton>("ratings").click();
+  find<QWidget>("choices").findChildren<QRadioButton*>().at(4)->click();
+  find<QPushButton>("send").click();
+  QCOMPARE(spy.size(), 1);
+  QCOMPARE(spy.first(), (QVariantList{QStringLiteral("EPIC-1"), 5, QString()}));
+  QVERIFY(find<QLabel>("thanks").isVisible());
+  QCOMPARE(QApplication::focusWidget(), &find<QWidget>("ratings"));
+  find<QRadioButton>("news").click();
+  find<QRadioButton>("ratings").click();
+  QVERIFY(find<QLabel>("thanks").isVisible());
+}
+
+void PanelWidgetTest::hasNoChoiceOfPagesWithoutRatings() {
+  open();
+  QVERIFY(!find<QWidget>("ratings").isVisible());
+  QVERIFY(!find<QWidget>("news").isVisible());
+  QCOMPARE(find<QWidget>("header").findChild<QLabel*>()->text(), QStringLiteral("What's New"));
+}
+
+void PanelWidgetTest::twoPanelsShowTheSameNews() {
+  open();
+  PanelWidget second(whatsNew_.get());
+  second.show();
+  find<QCheckBox>("onlyNew").click();
+  auto* const otherFilter = second.findChild<QCheckBox*>(QStringLiteral("onlyNew"));
+  QVERIFY(!otherFilter->isChecked());
+  QCOMPARE(second.findChild<NewsPage*>()->toPlainText(), news());
+  second.hide();
+  QVERIFY(news().contains(QStringLiteral("Faster map")));
+}
+
+void PanelWidgetTest::twoObjectsOfOneApplicationAreIndependent() {
+  open();
+  Settings settings = Settings::withoutServices();
+  settings.settingsFile = world_->filePath(QStringLiteral("other.ini"));
+  settings.firstStart = ornwhatsnewqt::FirstStart::ShowAll;
+  WhatsNew other(world_->dataFile(), settings);
+  PanelWidget panel(&other);
+  panel.show();
+  QVERIFY(panel.findChild<NewsPage*>()->toPlainText().contains(QStringLiteral("Faster map")));
+  panel.findChild<QCheckBox*>(QStringLiteral("onlyNew"))->click();
+  QVERIFY(find<QCheckBox>("onlyNew").isChecked());
+}
+
+void PanelWidgetTest::aHiddenPanelIsEmpty() {
+  open();
+  panel_->hide();
+  QCOMPARE(news(), QString());
+  QVERIFY(find<NewsPage>("newsPage").elements().empty());
+}
+
+void PanelWidgetTest::worksInADock() {
+  whatsNew_ = std::make_unique<WhatsNew>(world_->dataFile(), world_->settings());
+  QMainWindow window;
+  window.setCentralWidget(new QLineEdit(&window));
+  auto* const dock = new QDockWidget(&window);
+  auto* const panel = new PanelWidget(whatsNew_.get(), dock);
+  dock->setWidget(panel);
+  window.addDockWidget(Qt::RightDockWidgetArea, dock);
+  window.show();
+  auto* const page = panel->findChild<NewsPage*>();
+  QVERIFY(page->toPlainText().contains(QStringLiteral("Faster map")));
+  QTest::keyClick(page, Qt::Key_Escape);
+  QVERIFY(dock->isVisible());
+  dock->close();
+  QCOMPARE(page->toPlainText(), QString());
+}
+
+void PanelWidgetTest::offersTheSwitchOfAnnouncements() {
+  open();
+  QVERIFY(!find<QWidget>("announce").isVisible());
+  panel_.reset();
+  whatsNew_.reset();
+  Settings settings = world_->settings();
+  settings.announcesUpdates = true;
+  open(settings);
+  QVERIFY(find<QCheckBox>("announce").isVisible());
+  QVERIFY(find<QCheckBox>("announce").isChecked());
+  find<QCheckBox>("announce").click();
+  panel_.reset();
+  whatsNew_.reset();
+  open(settings);
+  QVERIFY(!find<QCheckBox>("announce").isChecked());
+}
+
+void PanelWidgetTest::outlivesItsObject() {
+  open();
+  whatsNew_.reset();
+  panel_->hide();
+  panel_->show();
+  find<QCheckBox>("onlyNew").click();
+  find<QAbstractButton>("print").click();
+}
+
+}  // namespace
+
+QTEST_MAIN(PanelWidgetTest)
+#include "PanelWidgetTest.moc"
