@@ -79,7 +79,6 @@ void NewsFormats::addSpanFormats() {
   labelStrut_ = characters(kFontSize_Title, QFont::DemiBold, style_.text);
   labelStrut_.setFontLetterSpacingType(QFont::AbsoluteSpacing);
   labelStrut_.setFontLetterSpacing(kLabelPadding);
-  bullet_ = characters(kFontSize_NormalSmall, QFont::Bold, style_.accent);
 }
 
 void NewsFormats::addParagraphFormats() {
@@ -106,7 +105,7 @@ const QTextCharFormat& NewsFormats::ofSpan(ParagraphKind kind, std::optional<Sty
     if (found != spans_.cend()) return *found;
   }
   const auto found = paragraphs_.constFind(static_cast<int>(kind));
-  return found != paragraphs_.cend() ? *found : bullet_;
+  return found != paragraphs_.cend() ? *found : labelStrut_;
 }
 
 QTextCharFormat NewsFormats::ofLink(ParagraphKind kind, std::optional<StyleID> style,
@@ -154,7 +153,7 @@ QTextBlockFormat NewsFormats::makeBlock(const BlockKey& key) const {
 }
 
 qreal NewsFormats::hangingIndent(const QString& bullet) const {
-  const QFontMetricsF metrics(bullet_.font());
+  const QFontMetricsF metrics(style_.font(ornwhatsnew::kFontSize_NormalSmall));
   return metrics.horizontalAdvance(bullet) + kBulletSpacing;
 }
 

@@ -48,9 +48,6 @@ class NewsFormats {
   /// the width of the padding of the label's box.
   const QTextCharFormat& ofLabelStrut() const { return labelStrut_; }
 
-  /// Returns the format of a bullet.
-  const QTextCharFormat& ofBullet() const { return bullet_; }
-
   /// Returns the format of a paragraph of the kind `kind`. The lines after the first one are
   /// aligned with the text after `bullet`. `isFirst` says that the paragraph is the first one of
   /// its kind.
@@ -74,7 +71,6 @@ class NewsFormats {
   QHash<int, QTextCharFormat> paragraphs_;
   std::map<BlockKey, QTextBlockFormat> blocks_;
   QTextCharFormat labelStrut_;
-  QTextCharFormat bullet_;
 };
 
 }  // namespace ornwhatsnewqt

@@ -28,6 +28,12 @@ NewsPage::NewsPage(QWidget* parent)
   setOpenLinks(false);
   setTextInteractionFlags(Qt::TextBrowserInteraction | Qt::TextSelectableByKeyboard);
   setCursorWidth(0);
+  // The text is as wide as the view. Qt adds the hanging indents of right-to-left paragraphs to the
+  // width of the document, and would scroll into this empty space.
+  setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+  connect(horizontalScrollBar(), &QScrollBar::rangeChanged, this, [this](int, int maximum) {
+    horizontalScrollBar()->setValue(isRightToLeft() ? maximum : 0);
+  });
   setBackgroundRole(QPalette::Window);
   viewport()->setBackgroundRole(QPalette::Window);
   setAutoFillBackground(true);

@@ -40,10 +40,11 @@ void RatingPage::showRequests(const std::vector<ornwhatsnew::RatingRequest>& req
     };
     return !card->isRated() && std::ranges::none_of(requests, isRequestOfCard);
   };
-  const auto [first, last] = std::ranges::stable_partition(
-      cards_, [isObsolete](const RatingCard* card) { return !isObsolete(card); });
-  std::for_each(first, last, [](RatingCard* card) { delete card; });
-  cards_.erase(first, last);
+  std::erase_if(cards_, [isObsolete](RatingCard* card) {
+    if (!isObsolete(card)) return false;
+    delete card;
+    return true;
+  });
 
   for (RatingCard* card : cards_) card->retranslate();
   for (const ornwhatsnew::RatingRequest& request : requests) {

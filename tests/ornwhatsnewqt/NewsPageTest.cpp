@@ -57,6 +57,7 @@ class NewsPageTest : public QObject {
   void showsNoTextCursorBeforeItIsMoved();
   void copiesPlainText();
   void wrapsVeryLongWords();
+  void rightToLeftTextFitsTheView();
   void keepsTheParagraphAtTheTop();
   void itemsHaveCards();
   void labelsHaveBoxes();
@@ -187,8 +188,27 @@ void NewsPageTest::wrapsVeryLongWords() {
   TestLayout layout;
   layout.title(std::u16string(300, u'W'), u"OFF").change(std::u16string(3000, u'x'));
   show(layout.layout());
-  QCOMPARE(page_->horizontalScrollBar()->maximum(), 0);
+  const QRect word = page_->elementRect(page_->elements().back());
+  QVERIFY(word.left() >= 0);
+  QVERIFY(word.right() < page_->viewport()->width());
   QVERIFY(page_->document()->begin().layout()->lineCount() > 5);
+}
+
+void NewsPageTest::rightToLeftTextFitsTheView() {
+  TestLayout layout;
+  layout.change(
+      u"\u0633\u064A\u062A\u0645 \u0645\u0633\u062D \u0627\u0644\u0635\u0648\u0631 "
+      u"\u0641\u064A \u0646\u0635\u0641 \u0627\u0644\u0648\u0642\u062A "
+      u"\u0648\u0628\u062C\u0648\u062F\u0629 \u0623\u0639\u0644\u0649");
+  page_->setLayoutDirection(Qt::RightToLeft);
+  show(layout.layout());
+  for (int width = 150; width < 400; width += 10) {
+    page_->resize(width, 400);
+    const QRect text = page_->elementRect(page_->elements().front());
+    QVERIFY2(page_->viewport()->rect().contains(text), qPrintable(QString::number(width)));
+    const int textEnd = page_->viewport()->width() - 16 - 26;
+    QVERIFY2(qAbs(text.right() - textEnd) <= 2, qPrintable(QString::number(text.right())));
+  }
 }
 
 void NewsPageTest::keepsTheParagraphAtTheTop() {
