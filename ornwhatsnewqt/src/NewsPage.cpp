@@ -59,6 +59,11 @@ void NewsPage::showLayout(const ornwhatsnew::PanelLayout& layout, const PanelSty
   auto document = std::make_unique<NewsDocument>(layout, style);
   setDocument(document.get());
   document_ = std::move(document);
+  // Qt lays out the end of a long document while the user scrolls, in steps that take several
+  // frames. Lay it out after the first paint instead.
+  QMetaObject::invokeMethod(
+      document_.get(), [this] { document_->documentLayout()->documentSize(); },
+      Qt::QueuedConnection);
   // The width belongs to the document.
   setCursorWidth(0);
   const QTextBlock block = document_->findBlockByNumber(topNumber);

@@ -84,6 +84,8 @@ void PanelHeader::focusPage() {
 void PanelHeader::applyStyle() {
   const PanelStyle style(palette(), font());
   title_->setFont(style.font(ornwhatsnew::kFontSize_Buttons, QFont::DemiBold));
+  // The title has the height of the buttons that replace it, so that it is level with the icons.
+  title_->setMinimumHeight(newsButton_->sizeHint().height());
 }
 
 void PanelHeader::changeEvent(QEvent* event) {
