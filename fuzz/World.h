@@ -29,8 +29,8 @@ class World {
   test_support::FakeHost& Host() { return host_; }
   unsigned Options() const { return options_; }
   const std::u16string& Placeholder() const { return placeholder_; }
-  /// Returns whether the fuzzer also checks reloads of the list. These checks take more than half of
-  /// the time of an execution, so only some of the inputs request them.
+  /// Returns whether the fuzzer also checks reloads of the list. These checks take more than half
+  /// of the time of an execution, so only some of the inputs request them.
   bool ChecksReloads() const { return checksReloads_; }
 
   /// Adds a translation of one of the library's own templates to the dictionary. `number` selects

@@ -274,7 +274,7 @@ class CommandLine {
     AddFlag(command, kOnlyNewFlag, show_.options);
     AddFilters(command, show_.options);
     AddFlag(command, kRatingFlag, show_.options);
-    command.add_flag("--no-remember", show_.storesNothing, 
+    command.add_flag("--no-remember", show_.storesNothing,
                      "Do not mark the shown items and changes as seen");
     AddChoice(command, "--format", kPanelFormats, show_.format,
               "Print the panel as text for the terminal (default),\n"

@@ -10,12 +10,12 @@
 #include <QtGui/QAction>
 #include <QtWidgets/QApplication>
 
+#include <orncore/string/SafeText.h>
 #include <ornwhatsnewqt/WhatsNew.h>
 
 #include "hosts/common/HostDescription.h"
 #include "hosts/common/JsonDocument.h"
 #include "hosts/common/StateStore.h"
-#include "hosts/common/TerminalText.h"
 #include "hosts/common/TextFile.h"
 #include "hosts/console/ToolError.h"
 #include "hosts/console/WhatsNewLoading.h"
@@ -68,7 +68,7 @@ Settings MakeSettings(common::StateStore& store) {
 void PrintRating(const QString& featureKey, int stars, const QString& comment) {
   std::string line = "rated " + featureKey.toStdString() + ": " + std::to_string(stars) + " of 5";
   if (!comment.isEmpty()) line += ", '" + comment.toStdString() + "'";
-  std::cout << common::EscapeInvisible(line) << std::endl;
+  std::cout << orncore::string::EscapeInvisible(line) << std::endl;
 }
 
 // Shows the panel until the user closes its window.
@@ -110,7 +110,7 @@ ExitStatus Run(const Arguments& arguments) {
 }
 
 ExitStatus Report(ExitStatus status, std::string_view message) {
-  std::cerr << "ornwhatsnew-panel: " << common::EscapeInvisible(message) << std::endl;
+  std::cerr << "ornwhatsnew-panel: " << orncore::string::EscapeInvisible(message) << std::endl;
   return status;
 }
 

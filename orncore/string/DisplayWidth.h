@@ -15,8 +15,8 @@ namespace orncore::string {
 /// and Hangul vowels and final consonants occupy 0 columns. All other characters occupy 1 column.
 ///
 /// Counts each emoji of a joined sequence separately, because only some terminals draw the sequence
-/// as one emoji. The text is therefore never wider than the result. An unpaired surrogate counts like
-/// U+FFFD. Takes linear time and is safe to call from any thread.
+/// as one emoji. The text is therefore never wider than the result. An unpaired surrogate counts
+/// like U+FFFD. Takes linear time and is safe to call from any thread.
 [[nodiscard]] ORN_EXPORT std::size_t DisplayWidth(std::u16string_view text) noexcept;
 
 }  // namespace orncore::string

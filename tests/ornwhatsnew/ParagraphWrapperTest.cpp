@@ -125,8 +125,9 @@ TEST(ParagraphWrapper, KeepsAllTextAndFitsAtEveryWidth) {
       ASSERT_EQ(std::u16string::npos, std::u16string_view(text)
                                           .substr(position, line.begin - position)
                                           .find_first_not_of(u' '));
-      const std::size_t columns = line.indent + orncore::string::DisplayWidth(std::u16string_view(text).substr(
-                                                    line.begin, line.end - line.begin));
+      const std::size_t columns =
+          line.indent + orncore::string::DisplayWidth(
+                            std::u16string_view(text).substr(line.begin, line.end - line.begin));
       const bool isSingleWideCharacter = columns - line.indent <= 2;
       ASSERT_TRUE(columns <= width || isSingleWideCharacter) << columns << " of " << width;
       position = line.end;

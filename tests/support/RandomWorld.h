@@ -11,8 +11,8 @@
 namespace test_support {
 
 /// A fake host whose features, settings, state, dictionary and panel links are random. A third of
-/// these hosts have a dictionary, and a third have their own links. Only one `RandomWorld` may exist
-/// at a time, because it replaces the services of the process.
+/// these hosts have a dictionary, and a third have their own links. Only one `RandomWorld` may
+/// exist at a time, because it replaces the services of the process.
 class RandomWorld {
  public:
   /// Creates a random host. `random` must outlive this object.

@@ -195,7 +195,7 @@ TEST(HostDescription, TheErrorForAnUnknownMemberListsAllMembers) {
   EXPECT_EQ(ErrorOf(R"({"x":1})"),
             R"(host.json: unknown member "x"; known members: "clientVersion", "buildNumber", )"
             R"("platform", "terminating", "usageLogging", "internalFeaturesAllowed", )"
-             R"("betaFeatures", "links", "debug", "dictionary", "dictionaryFiles", "$schema")");
+            R"("betaFeatures", "links", "debug", "dictionary", "dictionaryFiles", "$schema")");
 }
 
 TEST(HostDescription, AcceptsASchemaPathWithoutReadingTheFile) {
