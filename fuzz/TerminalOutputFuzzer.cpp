@@ -56,10 +56,8 @@ std::string VisibleCharacters(std::string_view text) {
   icu::UnicodeString visible;
   for (std::int32_t i = 0; i < characters.length(); i = characters.moveIndex32(i, 1)) {
     const UChar32 character = characters.char32At(i);
-    const bool isInvisible =
-        u_hasBinaryProperty(character, UCHAR_DEFAULT_IGNORABLE_CODE_POINT) != 0 ||
-        u_charType(character) == U_FORMAT_CHAR;
-    if (isInvisible || character == '\n' || character == '\t') continue;
+    if (IsInvisible(static_cast<char32_t>(character)) || character == '\n' || character == '\t')
+      continue;
     const UChar32 shown = PlainReplacement(character);
     if (u_isUWhiteSpace(shown) == 0) visible.append(shown);
   }

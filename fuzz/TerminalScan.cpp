@@ -28,6 +28,18 @@ bool IsShaping(UChar32 character) {
   return character == 0x200C || character == 0x200D || character == 0xFE0E || character == 0xFE0F;
 }
 
+}  // namespace
+
+bool IsInvisible(char32_t codePoint) {
+  const auto character = static_cast<UChar32>(codePoint);
+  if (u_hasBinaryProperty(character, UCHAR_DEFAULT_IGNORABLE_CODE_POINT) != 0) return true;
+  // Some format characters are visible, for example the Arabic number sign.
+  return u_charType(character) == U_FORMAT_CHAR &&
+         u_hasBinaryProperty(character, UCHAR_PREPENDED_CONCATENATION_MARK) == 0;
+}
+
+namespace {
+
 void RequireHarmless(UChar32 character) {
   if (character >= 0x20 && character < 0x7F) return;
   Require(u_charType(character) != U_CONTROL_CHAR, "no control character is written");
@@ -39,10 +51,8 @@ void RequireHarmless(UChar32 character) {
   Require(u_charType(character) != U_SURROGATE &&
               u_hasBinaryProperty(character, UCHAR_NONCHARACTER_CODE_POINT) == 0,
           "no surrogate or noncharacter is written");
-  const bool isInvisible =
-      u_hasBinaryProperty(character, UCHAR_DEFAULT_IGNORABLE_CODE_POINT) != 0 ||
-      u_charType(character) == U_FORMAT_CHAR;
-  Require(!isInvisible || IsShaping(character), "no invisible character is written");
+  Require(!IsInvisible(static_cast<char32_t>(character)) || IsShaping(character),
+          "no invisible character is written");
 }
 
 bool IsUrlByte(char c) {

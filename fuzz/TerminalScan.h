@@ -7,6 +7,10 @@
 
 namespace fuzz {
 
+/// Returns whether a terminal shows nothing for the code point. Joiners and presentation selectors
+/// are invisible, too.
+bool IsInvisible(char32_t codePoint);
+
 /// Requires that the only control characters of a panel are newlines and the escape sequences for
 /// styles and hyperlinks. Requires that styles and hyperlinks are off at the end of each line.
 /// Joiners and presentation selectors are allowed; direction controls and other invisible

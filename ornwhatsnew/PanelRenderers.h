@@ -78,8 +78,8 @@ inline constexpr std::u16string_view kDefaultRatingQuestion = u"How do you like 
 /// Returns the panel in CommonMark: the header as a heading of level 2, titles as headings of level
 /// 3 (or 2 if the panel has no header), changes as a list, unlock labels as code spans, and rating
 /// requests as block quotes with their description and question. Contains no HTML. Replaces and
-/// omits the same characters as `RenderHTML`, and omits changes without any text. Is empty if the
-/// layout has no text.
+/// omits the same characters as `RenderHTML`, and omits changes without any text. Is empty if no
+/// paragraph has any text, and the layout has no rating request.
 [[nodiscard]] ORN_EXPORT UTF8String RenderMarkdown(const PanelLayout& layout);
 
 /// Selects what a terminal supports. The default options give plain text.

@@ -113,6 +113,7 @@ TEST(HTMLRenderer, UnsafeLinksAreTextWithTheirTarget) {
 TEST(HTMLRenderer, ReplacesCharactersThatAPageMustNotContain) {
   EXPECT_EQ("a<br>b<br>c d", RenderSpan(u"a\u2028b\nc\td"));
   EXPECT_EQ("\uFFFD\uFFFD\uFFFD\uFFFD", RenderSpan(u"\x1B\u0085\uFFFE\uFDD0"));
+  EXPECT_EQ("\uFFFDa\uFFFD", RenderSpan(u"\U0001FFFEa\U0010FFFF"));
   EXPECT_EQ("\uFFFD", RenderSpan(std::u16string(1, u'\0')));
   EXPECT_EQ("a\uFFFD", RenderSpan({u'a', char16_t{0xD800}}));
   EXPECT_EQ("\U0001F600", RenderSpan(u"\U0001F600"));

@@ -58,7 +58,13 @@ TEST(MarkdownRenderer, EscapesInlineSyntax) {
             RenderNotice(u"a *b* _c_ `d` [e](f) <g> &amp; \\ ~h~ |"));
   EXPECT_EQ("a - b + c = 1. d! (v1.2) 50 % 'x' \"y\"\n",
             RenderNotice(u"a - b + c = 1. d! (v1.2) 50 % 'x' \"y\""));
-  EXPECT_EQ("http\\://x www\\.x\n", RenderNotice(u"http://x www.x"));
+}
+
+// GitHub would make a link of such a URL.
+TEST(MarkdownRenderer, AURLInATextIsNoLink) {
+  EXPECT_EQ("http:/\\/x www\\.x\n", RenderNotice(u"http://x www.x"));
+  EXPECT_EQ("http:/\\/x\n", RenderNotice(u"http:\u202E/\uFEFF/x"));
+  EXPECT_EQ("http:/\\/x\n", Render(LayoutBuilder().Begin(kNotice).Span(u"http:").Span(u"//x")));
 }
 
 TEST(MarkdownRenderer, EscapesSyntaxAtTheStartOfEachLine) {
@@ -87,6 +93,13 @@ TEST(MarkdownRenderer, EscapesANumberThatSeveralSpansForm) {
   EXPECT_EQ("12\\. x\n", Render(LayoutBuilder().Begin(kNotice).Span(u"1").Span(u"2").Span(u". x")));
 }
 
+// CommonMark limits the numbers of ordered lists to nine digits. The renderer examines no longer
+// lines, so that it takes linear time.
+TEST(MarkdownRenderer, EscapesOnlyNumbersThatCanBeginAList) {
+  EXPECT_EQ("123456789\\. x\n", RenderNotice(u"123456789. x"));
+  EXPECT_EQ("1234567890. x\n", RenderNotice(u"1234567890. x"));
+}
+
 TEST(MarkdownRenderer, LineEndsAreHardBreaks) {
   EXPECT_EQ("a\\\nb\n", RenderNotice(u" a \u2028  b "));
   EXPECT_EQ("a\\\n\\\nb\n", RenderNotice(u"a\u2028\u2028b"));
@@ -99,7 +112,15 @@ TEST(MarkdownRenderer, LinksHaveEscapedTargets) {
   EXPECT_EQ("[a\\]](https://x/?a=1&amp;copy;\\(b\\)*_&c)\n",
             RenderLink(u"a]", u"https://x/?a=1&copy;(b)*_&c"));
   EXPECT_EQ("<https://x/>\n", RenderLink(u"https://x/", u"https://x/"));
-  EXPECT_EQ("x \\<http\\://x\\>\n", RenderLink(u"x", u"http://x"));
+  EXPECT_EQ("x \\<http:/\\/x\\>\n", RenderLink(u"x", u"http://x"));
+}
+
+TEST(MarkdownRenderer, ALinkThatIsItsOwnTextKeepsAnAmpersand) {
+  const std::u16string link = u"https://x/?a=1&copy;b";
+  EXPECT_THAT(
+      ParseMarkdown(RenderLink(link, link)),
+      ElementsAre(RenderedBlock{
+          "p", "https://x/?a=1&copy;b", {{"https://x/?a=1&copy;b", "https://x/?a=1&copy;b"}}}));
 }
 
 TEST(MarkdownRenderer, ALinkAfterAnExclamationMarkIsNoImage) {

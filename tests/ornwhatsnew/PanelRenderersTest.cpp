@@ -35,14 +35,15 @@ TEST(PanelRenderers, RandomPanelsKeepTheirContent) {
 // Returns syntax of HTML and CommonMark, characters that the renderers replace, and words.
 std::u16string HostileText(RandomSource& random) {
   static const std::u16string kFragments[] = {
-      u"<",        u">",    u"&",           u"&lt;", u"&#39;",      u"\"",     u"'",      u"<!--",
-      u"<script>", u"]]>",  u"*",           u"**",   u"_",          u"`",      u"``",     u"[",
-      u"]",        u"](",   u"(",           u")",    u"!",          u"#",      u"-",      u"+",
-      u"=",        u"===",  u"---",         u"1.",   u"2)",         u"~~~",    u"|",      u":-",
-      u"\\",       u"://",  u"http://x.de", u"www.", u" ",          u"    ",   u"\t",     u"\n",
-      u"\u2028",   u"\r",   u"\u2029",      u"\x1B", u"\u009B",     u"\u202E", u"\u2069", u"\uFFFF",
-      u"a",        u"Word", u"\u05D0",      u"7",    u"\U0001F600", u"\u00A0", u"\uFEFF", u"\u3000",
-      u"a@b.c",    u"$x$",  u"{y}",         u"^"};
+      u"<",          u">",        u"&",      u"&lt;",       u"&#39;",  u"\"",     u"'",
+      u"<!--",       u"<script>", u"]]>",    u"*",          u"**",     u"_",      u"`",
+      u"``",         u"[",        u"]",      u"](",         u"(",      u")",      u"!",
+      u"#",          u"-",        u"+",      u"=",          u"===",    u"---",    u"1.",
+      u"2)",         u"~~~",      u"|",      u":-",         u"\\",     u"://",    u"http://x.de",
+      u"www.",       u" ",        u"    ",   u"\t",         u"\n",     u"\u2028", u"\r",
+      u"\u2029",     u"\x1B",     u"\u009B", u"\u202E",     u"\u2069", u"\uFFFF", u"a",
+      u"Word",       u"\u05D0",   u"7",      u"\U0001F600", u"\u00A0", u"\uFEFF", u"\u3000",
+      u"\U0001FFFF", u"a@b.c",    u"$x$",    u"{y}",        u"^"};
   std::u16string text;
   for (std::size_t i = random.Below(6); i > 0; --i) text += random.Pick(kFragments);
   // The full stop keeps an unpaired surrogate from forming a pair with the next span.

@@ -96,6 +96,15 @@ TEST(TerminalRenderer, LineEndsInAParagraphKeepTheHangingIndent) {
   EXPECT_EQ("   \u2022  one\n\n      two\n", RenderChange(u"one\u2028 \u2028\u2028two"));
 }
 
+// Otherwise the size of the result would be the product of the bullet's length and the line count.
+TEST(TerminalRenderer, ALongBulletDoesNotIndentEachLineByItsWidth) {
+  LayoutBuilder builder;
+  builder.Begin(kChange).Span(u"one\u2028two");
+  builder.Last().bullet = std::u16string(60, u'-');
+  EXPECT_EQ("   " + std::string(60, '-') + "   one\n" + std::string(40, ' ') + "two\n",
+            Render(builder));
+}
+
 TEST(TerminalRenderer, NarrowTerminalsHaveNarrowIndents) {
   const LayoutBuilder builder = LayoutBuilder().Begin(kDescription).Span(u"ab");
   EXPECT_EQ("   ab\n", Render(builder, {.width = 40}));

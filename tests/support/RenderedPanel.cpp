@@ -19,9 +19,18 @@ using ornwhatsnew::ParagraphKind;
 
 /// Returns the visible characters of a text in UTF-8 as HTML and Markdown must show them. Omits
 /// spaces and line ends, because browsers and parsers change them.
-std::string VisibleCharacters(std::u16string_view text) {
+std::string VisibleCharacters(std::string_view utf8) {
+  const std::u16string text = PlainUTF8to16(utf8);
   std::u16string visible;
-  for (const char16_t unit : text) {
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    const char16_t unit = text[i];
+    const bool isNoncharacter = unit >= 0xD800 && unit < 0xDC00 && (unit & 0x3F) == 0x3F &&
+                                i + 1 < text.size() && (text[i + 1] & 0xFFFE) == 0xDFFE;
+    if (isNoncharacter) {
+      visible += char16_t{0xFFFD};
+      ++i;
+      continue;
+    }
     const bool isSpace = unit == u' ' || unit == u'\t' || unit == u'\n' || unit == 0x2028;
     const bool isDirection =
         (unit >= 0x202A && unit <= 0x202E) || (unit >= 0x2066 && unit <= 0x2069);
@@ -33,8 +42,9 @@ std::string VisibleCharacters(std::u16string_view text) {
   return PlainUTF16to8(visible);
 }
 
-std::string VisibleCharacters(std::string_view text) {
-  return VisibleCharacters(PlainUTF8to16(text));
+/// Replaces unpaired surrogates first. They form no pair if a character between them is omitted.
+std::string VisibleCharacters(std::u16string_view text) {
+  return VisibleCharacters(PlainUTF16to8(text));
 }
 
 const char* ElementOf(ParagraphKind kind, bool hasHeader) {

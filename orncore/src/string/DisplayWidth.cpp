@@ -14,9 +14,11 @@ bool IsZeroWidth(UChar32 character) {
   switch (u_charType(character)) {
     case U_NON_SPACING_MARK:
     case U_ENCLOSING_MARK:
-    case U_FORMAT_CHAR:
     case U_CONTROL_CHAR:
       return true;
+    case U_FORMAT_CHAR:
+      // Some format characters are visible, for example the Arabic number sign.
+      return u_hasBinaryProperty(character, UCHAR_PREPENDED_CONCATENATION_MARK) == 0;
     default:
       break;
   }

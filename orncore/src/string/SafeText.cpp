@@ -46,6 +46,11 @@ bool IsJoining(UChar32 character) {
   return u_getIntPropertyValue(character, UCHAR_JOINING_TYPE) != U_JT_NON_JOINING;
 }
 
+// Marks and tags are transparent. Their form does not depend on a joiner before them.
+bool IsTransparent(UChar32 character) {
+  return u_getIntPropertyValue(character, UCHAR_JOINING_TYPE) == U_JT_TRANSPARENT;
+}
+
 // Returns the character at `position` of `text` (UTF-8), and sets `position` to the end of the
 // character. Returns a negative number for ill-formed bytes.
 UChar32 ReadCharacter(std::string_view text, std::size_t& position) {
@@ -64,7 +69,8 @@ UChar32 ReadCharacter(std::string_view text, std::size_t& position) {
 bool IsJoinerNeeded(UChar32 joiner, UChar32 before, UChar32 after) {
   if (u_getCombiningClass(before) == kViramaClass) return u_isalpha(after) != 0;
   if (joiner == kJoiner && EndsEmoji(before)) return IsPictograph(after);
-  return IsJoining(before) && IsJoining(after) && before != kJoiner && before != kNonJoiner;
+  return IsJoining(before) && IsJoining(after) && !IsTransparent(after) && before != kJoiner &&
+         before != kNonJoiner;
 }
 
 bool IsSelectorNeeded(UChar32 selector, UChar32 before, UChar32 after) {
@@ -74,8 +80,10 @@ bool IsSelectorNeeded(UChar32 selector, UChar32 before, UChar32 after) {
 }
 
 bool IsInvisible(UChar32 character) {
-  return u_hasBinaryProperty(character, UCHAR_DEFAULT_IGNORABLE_CODE_POINT) != 0 ||
-         u_charType(character) == U_FORMAT_CHAR;
+  if (u_hasBinaryProperty(character, UCHAR_DEFAULT_IGNORABLE_CODE_POINT) != 0) return true;
+  // Some format characters are visible, for example the Arabic number sign.
+  return u_charType(character) == U_FORMAT_CHAR &&
+         u_hasBinaryProperty(character, UCHAR_PREPENDED_CONCATENATION_MARK) == 0;
 }
 
 // Returns the character to show instead of `character`, or 0 to show nothing. `before` is the last

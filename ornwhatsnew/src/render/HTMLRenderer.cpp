@@ -16,8 +16,7 @@ namespace {
 UTF16String EscapeHTML(std::u16string_view text) {
   UTF16String escaped;
   escaped.reserve(text.size());
-  for (const char16_t original : text) {
-    const char16_t unit = MarkupUnit(original);
+  for (const char16_t unit : MarkupText(text)) {
     switch (unit) {
       case u'&':
         escaped += u"&amp;";
@@ -36,8 +35,6 @@ UTF16String EscapeHTML(std::u16string_view text) {
         break;
       case kLineSeparator:
         escaped += u"<br>";
-        break;
-      case u'\0':
         break;
       default:
         escaped += unit;

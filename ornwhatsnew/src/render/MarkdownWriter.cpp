@@ -13,11 +13,8 @@ constexpr bool IsDigit(char16_t unit) {
 }
 
 UTF16String CleanCode(std::u16string_view text) {
-  UTF16String code;
-  for (const char16_t original : text) {
-    const char16_t unit = MarkupUnit(original);
-    if (unit != u'\0') code += unit == kLineSeparator ? u' ' : unit;
-  }
+  UTF16String code = MarkupText(text);
+  std::ranges::replace(code, kLineSeparator, u' ');
   return code;
 }
 
@@ -64,12 +61,13 @@ void MarkdownWriter::EndBlock() {
 }
 
 void MarkdownWriter::AppendText(std::u16string_view text) {
-  for (std::size_t i = 0; i < text.size(); ++i) AppendUnit(text, i);
+  for (const char16_t unit : MarkupText(text)) AppendUnit(unit);
 }
 
 void MarkdownWriter::AppendLink(std::u16string_view text, std::u16string_view target) {
   WritePending();
-  if (text == target) {
+  // In angle brackets, some parsers interpret character references, and no syntax escapes them.
+  if (text == target && target.find(u'&') == std::u16string_view::npos) {
     output_.append(u"<").append(target).append(u">");
     return;
   }
@@ -98,9 +96,7 @@ void MarkdownWriter::AppendCode(std::u16string_view text) {
   output_.append(fence).append(padding).append(code).append(padding).append(fence);
 }
 
-void MarkdownWriter::AppendUnit(std::u16string_view text, std::size_t index) {
-  const char16_t unit = MarkupUnit(text[index]);
-  if (unit == u'\0') return;
+void MarkdownWriter::AppendUnit(char16_t unit) {
   if (unit == kLineSeparator && block_.hasLineBreaks) {
     ++lineBreaks_;
     spaces_ = 0;
@@ -111,7 +107,7 @@ void MarkdownWriter::AppendUnit(std::u16string_view text, std::size_t index) {
     return;
   }
   WritePending();
-  if (IsEscaped(text, index)) output_ += u'\\';
+  if (IsEscaped(unit)) output_ += u'\\';
   output_ += unit;
 }
 
@@ -138,17 +134,18 @@ std::u16string_view MarkdownWriter::CurrentLine() const {
 
 // Escapes few characters, so that the text is readable without a renderer. Some of the characters
 // have a meaning only in GitHub Flavored Markdown: `|`, `~`, and the start of a URL.
-bool MarkdownWriter::IsEscaped(std::u16string_view text, std::size_t index) const {
+bool MarkdownWriter::IsEscaped(char16_t unit) const {
   constexpr std::u16string_view kAlwaysEscaped = u"\\`*_[]<>&#|~";
   constexpr std::u16string_view kEscapedAtLineStart = u"+-=:";
-  const char16_t unit = text[index];
   if (kAlwaysEscaped.find(unit) != std::u16string_view::npos) return true;
   const std::u16string_view line = CurrentLine();
   if (line.empty()) return kEscapedAtLineStart.find(unit) != std::u16string_view::npos;
-  if (unit == u':') return text.substr(index).starts_with(u"://");
+  // Look at the output, because the "://" of a URL can be in several spans.
+  if (unit == u'/') return line.ends_with(u":/");
   if (unit == u'.' && line.ends_with(u"www")) return true;
-  // A number with a period or a parenthesis would begin an ordered list.
-  return (unit == u'.' || unit == u')') && std::ranges::all_of(line, IsDigit);
+  // A number of at most nine digits with a period or a parenthesis would begin an ordered list.
+  // Searching a longer line for each period would take quadratic time.
+  return (unit == u'.' || unit == u')') && line.size() <= 9 && std::ranges::all_of(line, IsDigit);
 }
 
 }  // namespace ornwhatsnew

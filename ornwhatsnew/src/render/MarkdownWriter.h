@@ -35,7 +35,7 @@ class MarkdownWriter {
   /// Ends the block.
   void EndBlock();
 
-  /// Appends text. A line end (`MarkupUnit`) becomes a hard line break, or a space in a block
+  /// Appends text. A line end (`MarkupText`) becomes a hard line break, or a space in a block
   /// without line breaks. Omits white space at both ends of each line.
   void AppendText(std::u16string_view text);
   /// Appends `text` as a link. REQUIRES: `IsSafeLink(target)`.
@@ -48,10 +48,10 @@ class MarkdownWriter {
   UTF16String TakeBlocks() { return std::move(output_); }
 
  private:
-  void AppendUnit(std::u16string_view text, std::size_t index);
+  void AppendUnit(char16_t unit);
   /// Writes the prefix of the block, line breaks and spaces that are due before the next character.
   void WritePending();
-  bool IsEscaped(std::u16string_view text, std::size_t index) const;
+  bool IsEscaped(char16_t unit) const;
   std::u16string_view CurrentLine() const;
 
   UTF16String output_;

@@ -18,6 +18,9 @@
 namespace ornwhatsnew {
 namespace {
 
+/// The maximum hanging indent after a bullet, in columns. Without it, a long bullet and a text with
+/// many lines would make the result much longer than the layout.
+constexpr std::size_t kMaximumHangingIndent = 40;
 constexpr std::u16string_view kGap = u"   ";
 constexpr std::u16string_view kBadgePadding = u"\u00A0";
 
@@ -142,13 +145,15 @@ class TerminalRenderer {
   /// Writes an empty line before the next line, but not at the start or the end of the panel.
   void AddGap() { isGapDue_ = !output_.empty(); }
 
-  /// Appends the bullet and the spaces up to the text, which begins at the hanging indent.
+  /// Appends the bullet and the spaces up to the text. The text begins at the hanging indent,
+  /// unless the bullet is very long.
   void AppendBullet(std::u16string_view bullet) {
     if (bullet.empty()) return;
     std::u16string text = orncore::string::SafeForTerminal(bullet);
     const std::size_t end = shape_.firstIndent + orncore::string::DisplayWidth(text);
-    shape_.hangingIndent = (end / indentWidth_ + 1) * indentWidth_;
-    text.append(shape_.hangingIndent - end, u' ');
+    const std::size_t textBegin = (end / indentWidth_ + 1) * indentWidth_;
+    text.append(textBegin - end, u' ');
+    shape_.hangingIndent = std::min(textBegin, kMaximumHangingIndent);
     shape_.unbrokenPrefix = text.size();
     line_.Append(text, {});
   }

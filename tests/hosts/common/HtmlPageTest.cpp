@@ -24,5 +24,9 @@ TEST(HtmlPage, ContainsThePanelAndItsStyleSheet) {
                     HasSubstr(ornwhatsnew::RenderHTML(builder.Layout())), EndsWith("</html>\n")));
 }
 
+TEST(HtmlPage, ForbidsScriptsAndRequests) {
+  EXPECT_THAT(HtmlPage({}), HasSubstr("content=\"default-src 'none'; style-src 'unsafe-inline'\""));
+}
+
 }  // namespace
 }  // namespace hosts::common

@@ -26,6 +26,8 @@ INSTANTIATE_TEST_SUITE_P(
                     WidthCase{u"\u2764\uFE0F", 2}, WidthCase{u"1\uFE0F\u20E3", 2},
                     WidthCase{u"a\uFE0F", 2}, WidthCase{u"a\u0301\uFE0F", 1},
                     WidthCase{u"\U0001F600\uFE0F", 2}, WidthCase{u"\U0001F468\u200D\U0001F469", 4},
+                    // The Arabic number sign is a format character, but it is visible.
+                    WidthCase{u"\u200B\u0600", 1},
                     // Both strings are the same Hangul syllable, as three letters and as one
                     // character.
                     WidthCase{u"\u1112\u1161\u11AB", 2}, WidthCase{u"\uD55C", 2},

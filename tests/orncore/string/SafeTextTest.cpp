@@ -25,7 +25,9 @@ INSTANTIATE_TEST_SUITE_P(
                     SafeCase{u"a\n\tb", u"a\n\tb"},
                     SafeCase{u"\u00A0\u00E9\u6C34", u"\u00A0\u00E9\u6C34"},
                     SafeCase{u"e\u0301", u"e\u0301"}, SafeCase{u"\U0001F600", u"\U0001F600"},
-                    SafeCase{u"\u05E9\u05DC\u05D5\u05DD", u"\u05E9\u05DC\u05D5\u05DD"}));
+                    SafeCase{u"\u05E9\u05DC\u05D5\u05DD", u"\u05E9\u05DC\u05D5\u05DD"},
+                    // The Arabic number sign is a format character, but it is visible.
+                    SafeCase{u"\u0600\u0661", u"\u0600\u0661"}));
 
 INSTANTIATE_TEST_SUITE_P(
     Controls, SafeText,
@@ -50,6 +52,8 @@ INSTANTIATE_TEST_SUITE_P(
 INSTANTIATE_TEST_SUITE_P(
     Joiners, SafeText,
     testing::Values(SafeCase{u"pay\u200Dpal\u200C", u"paypal"}, SafeCase{u"\u200D\u200C", u""},
+                    SafeCase{u"e\u0301\u200D\u0301", u"e\u0301\u0301"},
+                    SafeCase{u"\u0628\u200D\U000E0041", u"\u0628"},
                     // The joiners in emoji sequences, here a family and a burning heart, are kept.
                     SafeCase{u"\U0001F468\u200D\U0001F469\u200D\U0001F467",
                              u"\U0001F468\u200D\U0001F469\u200D\U0001F467"},
