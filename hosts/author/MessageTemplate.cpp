@@ -144,7 +144,8 @@ void MessageTemplate::AddKeyText(const std::string& reference, std::string_view 
     return;
   }
   if (mark != std::string_view::npos) {
-    AddUnlessLast(entry.comments, orncore::string::EscapeInvisible(rest.substr(mark + kCommentMark.size())));
+    AddUnlessLast(entry.comments,
+                  orncore::string::EscapeInvisible(rest.substr(mark + kCommentMark.size())));
   }
   AddUnlessLast(entry.references, reference);
 }
