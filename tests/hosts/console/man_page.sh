@@ -23,10 +23,13 @@ compare() {
 }
 
 # Reads a help text from standard input. Prints the names in one of its sections, for example
-# "--state FILE". Omits names without a description.
+# "--state FILE". Omits names without a description. The description of a long name is on the next
+# line.
 names_of_help() {
   sed -nE "/^$1:/,/^$/p" |
-    sed -En 's/ REQUIRED / /; s/^  (-[a-z],)?([A-Za-z-]+( [A-Z]+)?) {2,}[^ ].*/\2/p'
+    sed -E '/^  [^ ]([^ ]| [^ ])*$/ { N; s/\n */  / }' |
+    sed -En 's/ REQUIRED / /; s/ \.\.\. /  /; s/=[A-Z]+ /  /
+             s/^  (-[a-z],)?([A-Za-z-]+( [A-Z]+)?) {2,}[^ ].*/\2/p'
 }
 
 # Prints the lines of a section of the page.
@@ -67,7 +70,7 @@ while read -r command; do
   compare "options and arguments of $command" "$(grep -vxF -e --help <<<"$all_names")" \
     "$(names_of_synopsis "$command")"
 done <<<"$all"
-compare OPTIONS "$options" \
+compare OPTIONS "$(cut -d ' ' -f 1 <<<"$options")" \
   "$(section OPTIONS | sed -En 's/^\.It (Fl [a-z] , )?Fl (-[a-z-]+).*/-\2/p')"
 
 statuses=$("$program" --help | sed -n '/^Exit status:/,$p' | sed -En 's/^ *([0-9]+) .*/\1/p')
