@@ -6,6 +6,8 @@
 #include <string>
 #include <string_view>
 
+#include <orncore/string/Conversion.h>
+
 #include "fuzz/Property.h"
 #include "hosts/common/GettextCatalog.h"
 
@@ -20,7 +22,7 @@ void Run(std::string_view bytes) {
     for (const auto& [key, text] : texts) {
       Require(bytes.find(key + '\4') != std::string_view::npos,
               "each key is a context in the catalog");
-      Require(text.find('\0') == std::string::npos, "a text contains no NUL");
+      Require(orncore::string::IsWellFormedUTF8(text), "each text is valid UTF-8");
     }
   } catch (const hosts::common::CatalogError& error) {
     Require(!std::string_view(error.what()).empty(), "an error has a message");

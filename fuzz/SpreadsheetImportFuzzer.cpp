@@ -34,10 +34,6 @@ using ornwhatsnew::DataFileReader;
 using ornwhatsnew::DataRow;
 using ornwhatsnew::DataRowKind;
 
-bool HasValues(const SpreadsheetRow& row) {
-  return std::ranges::any_of(row, [](const SpreadsheetCell& cell) { return !cell.text.empty(); });
-}
-
 void RequireSameFields(const SpreadsheetRow& header, const SpreadsheetRow& cells,
                        const DataRow& row) {
   DataFields expected;

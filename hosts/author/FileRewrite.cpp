@@ -43,11 +43,15 @@ fs::path ResolvedPath(const fs::path& file) {
   return resolved;
 }
 
-/// Throws if the temporary file exists, because `FileReplacement` would delete it.
-void RequireNoTemporaryFile(const fs::path& file) {
-  const fs::path temporary = file.native() + ".tmp";
-  if (fs::exists(fs::symlink_status(temporary))) {
-    Fail(EEXIST, "cannot create " + Quoted(temporary) + "; move or delete that file");
+/// Returns a replacement of the file `name`. Throws if its temporary file exists.
+common::FileReplacement CreateReplacement(const common::PrivateFolder& folder,
+                                          const std::string& name) {
+  try {
+    return common::FileReplacement(folder, name, common::ExistingTemporaryFile::kKeep);
+  } catch (const std::system_error& error) {
+    if (error.code() != std::errc::file_exists) throw;
+    Fail(EEXIST,
+         "cannot create " + Quoted(folder.PathOf(name + ".tmp")) + "; move or delete that file");
   }
 }
 
@@ -99,8 +103,7 @@ void WriteWholeFile(const fs::path& file, std::string_view bytes) {
   const common::PrivateFolder folder(resolved.parent_path());
   const std::string name = resolved.filename();
   const std::optional<common::FileDescriptor> existing = OpenExisting(folder, name);
-  RequireNoTemporaryFile(resolved);
-  const common::FileReplacement replacement(folder, name);
+  const common::FileReplacement replacement = CreateReplacement(folder, name);
   if (existing) {
     replacement.CopyModeAndOwner(*existing);
   } else {
@@ -117,9 +120,8 @@ void ChangeWholeFile(const fs::path& file,
   const common::FileLock lock = Lock(folder, resolved);
   const std::string name = resolved.filename();
   const common::FileDescriptor opened = folder.Open(name, O_RDONLY);
-  RequireNoTemporaryFile(resolved);
+  const common::FileReplacement replacement = CreateReplacement(folder, name);
   const std::string changed = change(ReadBytes(resolved));
-  const common::FileReplacement replacement(folder, name);
   replacement.CopyModeAndOwner(opened);
   replacement.Write(changed);
   if (!lock.IsInPlace()) FailReplaced(resolved);

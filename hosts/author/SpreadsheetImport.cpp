@@ -1,6 +1,7 @@
 #include "hosts/author/SpreadsheetImport.h"
 
 #include <algorithm>
+#include <array>
 #include <cstddef>
 #include <optional>
 #include <utility>
@@ -22,10 +23,6 @@ using ornwhatsnew::DataRowKind;
 
 /// The columns of a table in its order. A column without a name is `std::nullopt`.
 using TableColumns = std::vector<std::optional<DataColumn>>;
-
-bool HasValues(const SpreadsheetRow& row) {
-  return std::ranges::any_of(row, [](const SpreadsheetCell& cell) { return !cell.text.empty(); });
-}
 
 class Importer {
  public:
@@ -60,6 +57,7 @@ class Importer {
       } else if (column && HasColumn(*column)) {
         AddError(cell.line, "there are two columns " + QuotedHeader(*column) + "; remove one");
       }
+      if (column) hasColumn_[ColumnIndex(*column)] = true;
       columns_.push_back(column);
     }
     for (const DataColumn required : {DataColumn::kGroupingID, DataColumn::kDescription}) {
@@ -69,9 +67,7 @@ class Importer {
     }
   }
 
-  bool HasColumn(DataColumn column) const {
-    return std::ranges::find(columns_, column) != columns_.end();
-  }
+  bool HasColumn(DataColumn column) const { return hasColumn_[ColumnIndex(column)]; }
 
   void ImportRow(const SpreadsheetRow& row) {
     const std::size_t errorCount = result_.errors.size();
@@ -128,6 +124,7 @@ class Importer {
   }
 
   TableColumns columns_;
+  std::array<bool, ornwhatsnew::kDataColumnCount> hasColumn_{};
   ImportResult result_;
 };
 

@@ -19,9 +19,9 @@ struct ImportResult {
 
 /// Converts a table to a data file that the library reads with the same fields.
 ///
-/// The first row names the columns, in any order (`FindColumn`). Every column must be known, except
-/// columns without a name and without values. The columns of the grouping ID and of the message
-/// are required. A missing cell is empty, and rows without values are omitted.
+/// The first row that has values names the columns, in any order (`FindColumn`). Every column must
+/// be known, except columns without a name and without values. The columns of the grouping ID and
+/// of the message are required. A missing cell is empty, and rows without values are omitted.
 ///
 /// `ConvertText` converts the cells of text columns. All other cells are unchanged, and it is an
 /// error if a data file cannot contain them. So are rows that the library would skip.

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <exception>
-#include <limits>
 #include <new>
 #include <utility>
 
@@ -110,20 +109,32 @@ class Parser {
   std::exception_ptr exception_;
 };
 
-/// Parses at most `maxRows` rows of `text`, which begins at the line `firstLine` of the file.
-std::vector<SpreadsheetRow> ParseRows(std::string_view text, char separator, std::size_t firstLine,
-                                      std::size_t maxRows) {
+/// Parses the rows of `text`, which begins at the line `firstLine` of the file.
+std::vector<SpreadsheetRow> ParseRows(std::string_view text, char separator,
+                                      std::size_t firstLine) {
   Parser parser(separator, firstLine);
-  while (!text.empty() && parser.Rows().size() < maxRows) parser.ParseLine(CutFirstLine(text));
-  if (text.empty()) parser.Finish();
+  while (!text.empty()) parser.ParseLine(CutFirstLine(text));
+  parser.Finish();
   return std::move(parser.Rows());
 }
 
-/// Returns how many cells of the first row are column names of a data file.
+/// Returns the first row of `text` that has values. Returns an empty row if there is none.
+SpreadsheetRow ParseHeader(std::string_view text, char separator) {
+  Parser parser(separator, 1);
+  std::vector<SpreadsheetRow>& rows = parser.Rows();
+  while (!text.empty()) {
+    parser.ParseLine(CutFirstLine(text));
+    if (text.empty()) parser.Finish();
+    if (!rows.empty() && HasValues(rows.back())) return std::move(rows.back());
+    rows.clear();
+  }
+  return {};
+}
+
+/// Returns how many cells of the header are column names of a data file.
 std::ptrdiff_t CountColumnNames(std::string_view text, char separator) {
   try {
-    const std::vector<SpreadsheetRow> rows = ParseRows(text, separator, 1, 1);
-    return rows.empty() ? 0 : std::ranges::count_if(rows.front(), [](const SpreadsheetCell& cell) {
+    return std::ranges::count_if(ParseHeader(text, separator), [](const SpreadsheetCell& cell) {
       return FindColumn(cell.text).has_value();
     });
   } catch (const InputError&) {
@@ -134,14 +145,17 @@ std::ptrdiff_t CountColumnNames(std::string_view text, char separator) {
 
 }  // namespace
 
+bool HasValues(const SpreadsheetRow& row) {
+  return std::ranges::any_of(row, [](const SpreadsheetCell& cell) { return !cell.text.empty(); });
+}
+
 Spreadsheet ReadSpreadsheet(std::string_view text) {
-  constexpr std::size_t kAllRows = std::numeric_limits<std::size_t>::max();
   constexpr std::string_view kSeparatorLine = "sep=";
   std::string_view rest = text;
   const std::string_view first = WithoutLineEnd(CutFirstLine(rest));
   if (first.starts_with(kSeparatorLine) && first.size() == kSeparatorLine.size() + 1 &&
       first.back() != '"') {
-    return {first.back(), ParseRows(rest, first.back(), 2, kAllRows)};
+    return {first.back(), ParseRows(rest, first.back(), 2)};
   }
   char separator = ',';
   std::ptrdiff_t most = CountColumnNames(text, separator);
@@ -152,7 +166,7 @@ Spreadsheet ReadSpreadsheet(std::string_view text) {
       most = count;
     }
   }
-  return {separator, ParseRows(text, separator, 1, kAllRows)};
+  return {separator, ParseRows(text, separator, 1)};
 }
 
 }  // namespace hosts::author

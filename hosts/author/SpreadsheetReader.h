@@ -21,6 +21,9 @@ struct SpreadsheetCell {
 /// A row of a table. It has at least one cell.
 using SpreadsheetRow = std::vector<SpreadsheetCell>;
 
+/// Returns whether a cell of `row` is not empty. A spreadsheet exports rows without values, too.
+bool HasValues(const SpreadsheetRow& row);
+
 /// A table. Empty lines are no rows.
 struct Spreadsheet {
   char separator = ',';
@@ -28,9 +31,9 @@ struct Spreadsheet {
 };
 
 /// Reads a table from `text` (UTF-8). The separator is the one of comma, semicolon and tab with
-/// which the first row has the most column names of a data file. If the first line is "sep="
-/// and a character, which spreadsheet programs write for each other, this character is the
-/// separator. Throws `InputError` if a quote is missing or misplaced.
+/// which the first row that has values has the most column names of a data file. If the first line
+/// is "sep=" and a character, which spreadsheet programs write for each other, this character is
+/// the separator. Throws `InputError` if a quote is missing or misplaced.
 Spreadsheet ReadSpreadsheet(std::string_view text);
 
 }  // namespace hosts::author

@@ -10,11 +10,12 @@
 namespace hosts::common {
 namespace {
 
-/// Creates the file `name`. If a file of this name exists, it is usually the temporary file of a
-/// killed program. The function deletes the name instead of truncating the file, because the name
-/// may be a link to another file.
-FileDescriptor CreateAnew(const PrivateFolder& folder, const std::string& name) {
-  if (::unlinkat(folder.Descriptor(), name.c_str(), 0) != 0 && errno != ENOENT) {
+/// Creates the file `name`. Deletes an existing file of this name instead of truncating it, because
+/// the name may be a link to another file.
+FileDescriptor CreateTemporaryFile(const PrivateFolder& folder, const std::string& name,
+                                   ExistingTemporaryFile existing) {
+  const bool isKept = existing == ExistingTemporaryFile::kKeep;
+  if (!isKept && ::unlinkat(folder.Descriptor(), name.c_str(), 0) != 0 && errno != ENOENT) {
     ThrowSystemError("cannot delete", folder.PathOf(name));
   }
   return folder.Open(name, O_WRONLY | O_CREAT | O_EXCL);
@@ -22,11 +23,12 @@ FileDescriptor CreateAnew(const PrivateFolder& folder, const std::string& name) 
 
 }  // namespace
 
-FileReplacement::FileReplacement(const PrivateFolder& folder, const std::string& name)
+FileReplacement::FileReplacement(const PrivateFolder& folder, const std::string& name,
+                                 ExistingTemporaryFile existing)
     : folder_(folder),
       name_(name),
       temporaryName_(name + ".tmp"),
-      file_(CreateAnew(folder_, temporaryName_)) {}
+      file_(CreateTemporaryFile(folder_, temporaryName_, existing)) {}
 
 FileReplacement::~FileReplacement() {
   // Check that the name still belongs to this file. If another program has deleted the lock file, a

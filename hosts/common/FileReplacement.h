@@ -11,14 +11,21 @@
 
 namespace hosts::common {
 
+/// What to do with an existing file that has the name of the temporary file.
+enum class ExistingTemporaryFile {
+  kDelete,  ///< it is the file of a killed program, because a lock keeps all others out
+  kKeep,    ///< it can belong to the user or to another program, so fail
+};
+
 /// The new content of a file. Until `Commit`, it is in a temporary file in the same folder. The
 /// name of the temporary file is the name of the file followed by ".tmp". Only one replacement of a
 /// file may exist at a time; use a `FileLock`. All functions throw `std::system_error` on failure.
 class FileReplacement {
  public:
   /// Creates an empty temporary file for the file `name` in `folder`, which must outlive this
-  /// object. Deletes a temporary file that a killed program has left.
-  FileReplacement(const PrivateFolder& folder, const std::string& name);
+  /// object. With `kKeep`, throws an error with the code `EEXIST` if a file of this name exists.
+  FileReplacement(const PrivateFolder& folder, const std::string& name,
+                  ExistingTemporaryFile existing = ExistingTemporaryFile::kDelete);
 
   /// Deletes the temporary file unless `Commit` has renamed it or another program has replaced it.
   ~FileReplacement();

@@ -46,10 +46,10 @@ constexpr std::string_view kSchemaMember = "$schema";
 /// times as much memory as its two bytes of text.
 constexpr std::size_t kDescriptionDepth = 3;
 
-/// The maximum number of beta features. A description contains no other array.
-/// `JsonDocument::Parse` rejects more features early, because a feature without members takes 70
-/// times as much memory as its text.
-constexpr std::size_t kMaximumFeatures = 20'000;
+/// The maximum number of beta features and dictionary files together. A description contains no
+/// other array. `JsonDocument::Parse` rejects more elements early, because a feature without
+/// members takes 70 times as much memory as its text.
+constexpr std::size_t kMaximumElements = 20'000;
 
 void ReadText(const JsonReader& object, std::string_view name, std::string& text) {
   if (const auto member = object.Find(name)) text = member->Text();
@@ -154,7 +154,7 @@ HostDescription ReadHostDescription(const std::filesystem::path& file) {
 
 HostDescription ParseHostDescription(std::string_view json, std::string_view sourceName) {
   const JsonDocument document =
-      JsonDocument::Parse(json, sourceName, kDescriptionDepth, kMaximumFeatures);
+      JsonDocument::Parse(json, sourceName, kDescriptionDepth, kMaximumElements);
   const JsonReader object(document);
   std::vector<std::string_view> known(kHostMembers.begin(), kHostMembers.end());
   known.push_back(kSchemaMember);

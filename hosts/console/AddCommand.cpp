@@ -1,19 +1,83 @@
+#include <algorithm>
+#include <cstddef>
+#include <filesystem>
 #include <string>
 #include <string_view>
 #include <system_error>
+#include <utility>
+#include <vector>
 
 #include "hosts/author/DataFileWriter.h"
 #include "hosts/author/FileRewrite.h"
 #include "hosts/author/InputError.h"
+#include "hosts/author/lint/Lint.h"
+#include "hosts/author/lint/LintConfig.h"
 #include "hosts/console/AuthorErrors.h"
 #include "hosts/console/Commands.h"
+#include "hosts/console/StandardStreams.h"
+#include "hosts/console/WhatsNewLoading.h"
 
 namespace hosts::console {
+namespace {
+
+using author::Finding;
+
+/// Returns the findings of `lint` on the last row of the data file `content`, which ends with a
+/// line end. If the file is no table of ours, `lint` does not judge its rows. Returns the findings
+/// on the whole file then.
+std::vector<Finding> LintLastRow(const std::filesystem::path& file, const std::string& content) {
+  author::LintReport report = author::LintDataFile(file.native(), content, nullptr);
+  if (const auto config = author::FindLintConfig(file)) {
+    author::ApplySeverities(report, author::ReadLintConfig(*config));
+  }
+  author::FinishReport(report);
+  const bool areRowsJudged = report.changes > 0;
+  const auto lastLine = static_cast<std::size_t>(std::ranges::count(content, '\n'));
+  std::erase_if(report.findings, [&](const Finding& finding) {
+    return areRowsJudged && finding.place.line != lastLine;
+  });
+  return std::move(report.findings);
+}
+
+void Report(const std::filesystem::path& file, std::size_t line, const Finding& finding) {
+  ReportError(MessageAt(file, line,
+                        std::string(author::SeverityName(finding.severity)) + ": " +
+                            finding.message + " [" +
+                            std::string(author::InfoOf(finding.code).name) + "]"));
+}
+
+/// Reports all findings and throws `ToolError` if one of them is an error. Omits the line, because
+/// the file has no such row then.
+void RequireNoError(const std::filesystem::path& file, const std::vector<Finding>& findings) {
+  const auto errors = std::ranges::count(findings, author::Severity::kError, &Finding::severity);
+  if (errors == 0) return;
+  for (const Finding& finding : findings) Report(file, 0, finding);
+  throw ToolError(ExitStatus::kInput,
+                  MessageAt(file, 0,
+                            "found " + author::Counted(static_cast<std::size_t>(errors), "error") +
+                                " in the new row; nothing was written"));
+}
+
+/// Returns `dataFile` with the new change, and sets `findings` to the findings on it.
+std::string AddChange(const AddArguments& arguments, std::string_view dataFile,
+                      std::vector<Finding>& findings) {
+  if (dataFile.size() > kMaximumAuthorFile) {
+    throw author::InputError(0, "the file has more than 16 MB");
+  }
+  std::string changed = author::AppendChange(dataFile, arguments.fields);
+  findings = LintLastRow(arguments.data, changed);
+  RequireNoError(arguments.data, findings);
+  return changed;
+}
+
+}  // namespace
 
 ExitStatus Run(const AddArguments& arguments) {
+  author::InstallNoLintHost();
+  std::vector<Finding> findings;
   try {
-    author::ChangeWholeFile(arguments.data, [&arguments](std::string_view dataFile) {
-      return author::AppendChange(dataFile, arguments.fields);
+    author::ChangeWholeFile(arguments.data, [&](std::string_view dataFile) {
+      return AddChange(arguments, dataFile, findings);
     });
   } catch (const author::InputError& error) {
     throw ToToolError(arguments.data, error);
@@ -21,6 +85,7 @@ ExitStatus Run(const AddArguments& arguments) {
     const bool isMissing = error.code() == std::errc::no_such_file_or_directory;
     throw ToolError(isMissing ? ExitStatus::kInput : ExitStatus::kOutput, error.what());
   }
+  for (const Finding& finding : findings) Report(arguments.data, finding.place.line, finding);
   return ExitStatus::kDone;
 }
 

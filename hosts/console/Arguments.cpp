@@ -369,7 +369,7 @@ class CommandLine {
 
   void AddLint() {
     CLI::App& command = AddCommand(app_, "lint", "Find mistakes in data files", lint_);
-    CLI::Option* const files = command.add_option("FILE", lint_.files, kLintFilesHelp);
+    CLI::Option* const files = command.add_option("DATA", lint_.files, kLintFilesHelp);
     files->type_name("");
     AddHost(command, lint_.host);
     AddChoice(command, "--format", kLintFormats, lint_.format,
@@ -388,7 +388,7 @@ class CommandLine {
     AddExplain(command);
     command.callback([this, files] {
       const bool needsFile = !lint_.explained && !lint_.listsCodes;
-      if (needsFile && files->count() == 0) throw CLI::RequiredError("FILE");
+      if (needsFile && files->count() == 0) throw CLI::RequiredError("DATA");
       lint_.fix = ParseFixMode(fixWord_);
       request_ = lint_;
     });

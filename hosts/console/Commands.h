@@ -121,7 +121,8 @@ ExitStatus Run(const StateResetArguments& arguments);
 /// Converts a spreadsheet's table to a data file, and writes the data file. Reports the encoding,
 /// each replacement and each error to standard error.
 ExitStatus Run(const ImportArguments& arguments);
-/// Adds a change to the end of a data file.
+/// Adds a change to the end of a data file. Reports the findings of `lint` on the new row to
+/// standard error. Throws `ToolError` and writes nothing if one of them is an error.
 ExitStatus Run(const AddArguments& arguments);
 /// Prints a gettext template with the key texts of data files, of a feature table and of the
 /// library.

@@ -39,7 +39,7 @@ void Report(const std::filesystem::path& file, const std::vector<author::Remark>
 /// Returns the data file. Throws `ToolError` if the table has an error.
 std::string Import(const ImportArguments& arguments) {
   const author::DecodedText decoded =
-      author::DecodeText(ReadInputFile(arguments.table), arguments.encoding);
+      author::DecodeText(ReadInputFile(arguments.table, kMaximumAuthorFile), arguments.encoding);
   ReportError(MessageAt(arguments.table, 0, "read as " + decoded.encoding + ", " + decoded.reason));
   const author::Spreadsheet table = author::ReadSpreadsheet(decoded.text);
   author::ImportResult result = author::ImportSpreadsheet(table);

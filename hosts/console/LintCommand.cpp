@@ -19,6 +19,7 @@
 #include "hosts/console/Commands.h"
 #include "hosts/console/LintText.h"
 #include "hosts/console/StandardStreams.h"
+#include "hosts/console/WhatsNewLoading.h"
 
 namespace hosts::console {
 namespace {
@@ -29,9 +30,6 @@ using author::LintReport;
 constexpr std::string_view kStandardInput = "-";
 /// The name of standard input in findings.
 constexpr const char* kStandardInputName = "<stdin>";
-
-/// A row of two bytes needs a hundred times as much memory for its row and its finding.
-constexpr std::size_t kMaximumBytes = std::size_t{16} << 20;
 
 [[noreturn]] void Fail(const std::string& message) {
   throw ToolError(ExitStatus::kLintFailed, message);
@@ -48,14 +46,14 @@ std::string ReadStandardInput() {
     }
     if (count == 0) return text;
     text.append(block, 0, static_cast<std::size_t>(count));
-    if (text.size() > kMaximumBytes) Fail("standard input has more than 16 MB");
+    if (text.size() > kMaximumAuthorFile) Fail("standard input has more than 16 MB");
   }
 }
 
 std::string ReadDataFile(const std::string& file) {
   if (file == kStandardInput) return ReadStandardInput();
   try {
-    return common::ReadTextFile(file, kMaximumBytes);
+    return common::ReadTextFile(file, kMaximumAuthorFile);
   } catch (const orncore::config::ResultError& error) {
     Fail(common::OpenErrorMessage(file, error));
   }
@@ -145,7 +143,7 @@ class LintRun {
     const std::string& baseline = *arguments_.baseline;
     const bool isGit = baseline.starts_with(kGit);
     const std::string old =
-        isGit ? author::ReadGitFile(baseline.substr(kGit.size()), file, kMaximumBytes)
+        isGit ? author::ReadGitFile(baseline.substr(kGit.size()), file, kMaximumAuthorFile)
               : ReadDataFile(baseline);
     return author::CompareWithBaseline(name, text, isGit ? baseline + ":" + file : baseline, old,
                                        Host());

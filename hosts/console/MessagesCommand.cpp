@@ -12,7 +12,7 @@ namespace hosts::console {
 ExitStatus Run(const MessagesArguments& arguments) {
   author::MessageTemplate messages;
   for (const std::filesystem::path& file : arguments.data) {
-    messages.AddDataFile(file.native(), ReadInputFile(file));
+    messages.AddDataFile(file.native(), ReadInputFile(file, kMaximumAuthorFile));
   }
   if (arguments.host) {
     const std::string json = ReadInputFile(*arguments.host);

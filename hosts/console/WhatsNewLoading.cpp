@@ -9,9 +9,9 @@
 
 namespace hosts::console {
 
-std::string ReadInputFile(const std::filesystem::path& file) {
+std::string ReadInputFile(const std::filesystem::path& file, std::size_t maxBytes) {
   try {
-    return common::ReadTextFile(file);
+    return common::ReadTextFile(file, maxBytes);
   } catch (const orncore::config::ResultError& error) {
     throw ToolError(ExitStatus::kInput, common::OpenErrorMessage(file, error));
   }

@@ -2,17 +2,25 @@
 #ifndef HOSTS_CONSOLE_WHATSNEWLOADING_H_
 #define HOSTS_CONSOLE_WHATSNEWLOADING_H_
 
+#include <cstddef>
 #include <filesystem>
 #include <memory>
 #include <optional>
 #include <string>
 
+#include <orncore/filesupport/File.h>
 #include <ornwhatsnew/FeatureListData.h>
 
 namespace hosts::console {
 
-/// Returns the bytes of a regular file. Throws `ToolError` if the file cannot be read.
-std::string ReadInputFile(const std::filesystem::path& file);
+/// The maximum size in bytes of a file that a command for authors reads. Lists of findings, cells
+/// and errors need up to a hundred times as much memory as the file.
+inline constexpr std::size_t kMaximumAuthorFile = std::size_t{16} << 20;
+
+/// Returns the bytes of a regular file. Throws `ToolError` if the file cannot be read or has more
+/// than `maxBytes` bytes.
+std::string ReadInputFile(const std::filesystem::path& file,
+                          std::size_t maxBytes = orncore::filesupport::kMaxFileBytes);
 
 /// Reads the host description in `file` and configures the services of this process from it. Throws
 /// `common::JsonError` if the file cannot be read or is not a host description.

@@ -94,6 +94,17 @@ TEST_F(FileRewrite, CreatesNoFileToChange) {
   EXPECT_EQ(0U, CountFiles());
 }
 
+TEST_F(FileRewrite, WritesNoFileWhileAnotherProgramChangesIt) {
+  folder_.Write("data.csv", "old");
+  const auto change = [this](std::string_view) {
+    EXPECT_THROW(WriteWholeFile(File(), "theirs"), std::system_error);
+    return std::string("ours");
+  };
+  ChangeWholeFile(File(), change);
+  EXPECT_EQ("ours", common::ReadTextFile(File()));
+  EXPECT_EQ(1U, CountFiles());
+}
+
 TEST_F(FileRewrite, DoesNotOverwriteAFileThatAnotherProgramReplaces) {
   folder_.Write("data.csv", "old");
   const auto replace = [this](std::string_view) {

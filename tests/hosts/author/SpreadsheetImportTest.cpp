@@ -73,6 +73,12 @@ TEST(SpreadsheetImport, OmitsBlankRowsAndBlankColumns) {
   EXPECT_EQ(",MISC,,,,,,,,a\n,BUGFIX,,,,,,,,\n,Changes-Since,,,,,,,,\n", RowsOf(result));
 }
 
+TEST(SpreadsheetImport, FindsTheSeparatorBelowBlankRows) {
+  const ImportResult result = Import(";\n;\nGrouping ID;Message\nMISC;a, b\n");
+  EXPECT_EQ("", Lines(result.errors));
+  EXPECT_EQ(",MISC,,,,,,,,\"a, b\"\n", RowsOf(result));
+}
+
 TEST(SpreadsheetImport, ReportsReplacementsWithTheirLine) {
   const ImportResult result = Import(
       "Grouping ID,Message,Rating\n"

@@ -1,4 +1,5 @@
 // Tests the commands for authors of data files: `import` and `add`.
+#include <algorithm>
 #include <cstddef>
 #include <filesystem>
 #include <memory>
@@ -16,6 +17,9 @@
 namespace hosts::console {
 namespace {
 
+using ::testing::AllOf;
+using ::testing::ContainsRegex;
+using ::testing::EndsWith;
 using ::testing::HasSubstr;
 
 constexpr int kInput = static_cast<int>(ExitStatus::kInput);
@@ -72,17 +76,68 @@ TEST_F(AuthorCommands, ImportReportsFilesThatItCannotUse) {
 
 TEST_F(AuthorCommands, AddAppendsAChangeThatShowPrints) {
   const std::string before = common::ReadTextFile(DataFile());
-  EXPECT_EQ("", OutputOf({"add", "{data}", "--app-version", "25.1", "--grouping-id", "MISC",
+  EXPECT_EQ("", OutputOf({"add", "{data}", "--app-version", "25.1", "--grouping-id", "EPIC-8",
                           "--jira-id=ORN-1", "--salience=Detail", "--rating", "Why, though?",
                           "--first-version=24.0", "--platform=Mac", "--url=https://a.example",
                           "--commit=ab12", "--message", "- faster, on \u201Call\u201D machines"}));
   EXPECT_EQ(
       before +
-          "25.1,MISC,ORN-1,Detail,\"Why, though?\",24.0,Mac,https://a.example,ab12,\"- faster, "
+          "25.1,EPIC-8,ORN-1,Detail,\"Why, though?\",24.0,Mac,https://a.example,ab12,\"- faster, "
           "on \u201Call\u201D machines\"\n",
       common::ReadTextFile(DataFile()));
   EXPECT_THAT(OutputOf({"show", "{host}", "{data}"}),
               HasSubstr("(macOS only) - faster, on “all” machines (v24.0-v25.1)"));
+}
+
+TEST_F(AuthorCommands, AddRefusesARowInWhichLintFindsAnError) {
+  const std::string before = common::ReadTextFile(DataFile());
+  const auto result = Run({"add", "{data}", "--grouping-id", "misc", "--app-version", "25.1",
+                           "--salience", "Headlines", "--message", " new"});
+  EXPECT_EQ(kInput, result.exitStatus);
+  EXPECT_THAT(result.errors, HasSubstr("whats new.csv: error: 'misc' in "));
+  EXPECT_THAT(result.errors, HasSubstr("[grouping-id-unknown]\n"));
+  EXPECT_THAT(result.errors, HasSubstr("write 'Headline' [salience-unknown]\n"));
+  EXPECT_THAT(result.errors, HasSubstr("whats new.csv: warning: "));
+  EXPECT_THAT(result.errors, HasSubstr("found 2 errors in the new row; nothing was written\n"));
+  EXPECT_EQ(before, common::ReadTextFile(DataFile()));
+}
+
+TEST_F(AuthorCommands, AddPrintsTheWarningsOnTheNewRowOnly) {
+  WriteData("25.1,Changes-Since\n25.1,MISC,,Headlines,,,,,,old\n,MISC,,,,,,,,old\n");
+  const std::string before = common::ReadTextFile(DataFile());
+  const std::vector<std::string> call = {"add",  "{data}",    "--grouping-id",
+                                         "MISC", "--message", "new"};
+  auto result = Run(call);
+  EXPECT_EQ(0, result.exitStatus);
+  EXPECT_THAT(result.errors,
+              AllOf(HasSubstr("whats new.csv:5: warning: "), EndsWith("[version-missing]\n")));
+  EXPECT_EQ(1, std::ranges::count(result.errors, '\n')) << result.errors;
+  EXPECT_EQ(before + ",MISC,,,,,,,,new\n", common::ReadTextFile(DataFile()));
+  folder_.Write(".ornwhatsnew-lint.json", R"({"severity": {"version-missing": "error"}})");
+  result = Run(call);
+  EXPECT_EQ(kInput, result.exitStatus);
+  EXPECT_THAT(result.errors, HasSubstr("whats new.csv: error: "));
+}
+
+TEST_F(AuthorCommands, AddRefusesAFileThatLintCannotJudge) {
+  folder_.Write("data.csv", "a,a,a,a,a,a,a,a,a,a\n;;;;;;;;;\n;;;;;;;;;\n;;;;;;;;;\n");
+  const auto result = Run({"add", PathOf("data.csv"), "--grouping-id", "MISC", "--app-version",
+                           "25.1", "--message", "new"});
+  EXPECT_EQ(kInput, result.exitStatus);
+  EXPECT_THAT(result.errors, HasSubstr("data.csv: error: the fields are separated by semicolons"));
+}
+
+TEST_F(AuthorCommands, RefuseFilesThatNeedTooMuchMemory) {
+  folder_.Write("large.csv", "");
+  std::filesystem::resize_file(PathOf("large.csv"), (std::size_t{16} << 20) + 1);
+  for (const std::vector<std::string>& call : std::vector<std::vector<std::string>>{
+           {"import", PathOf("large.csv")},
+           {"messages", PathOf("large.csv")},
+           {"add", PathOf("large.csv"), "--grouping-id", "MISC"}}) {
+    const auto result = Run(call);
+    EXPECT_EQ(kInput, result.exitStatus) << call.front();
+    EXPECT_THAT(result.errors, ContainsRegex("File too large|more than 16 MB")) << call.front();
+  }
 }
 
 TEST_F(AuthorCommands, AddLosesNoChangeOfAnotherProgram) {
