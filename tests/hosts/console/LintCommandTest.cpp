@@ -144,6 +144,14 @@ TEST_F(LintCommandTest, FixCorrectsTheFile) {
   EXPECT_THAT(Content(), HasSubstr("\n4.3,BUGFIX,ORN-1,"));
 }
 
+TEST_F(LintCommandTest, FixKeepsMistakesWhoseCodeIsOff) {
+  WriteMistake();
+  const std::string before = Content();
+  EXPECT_EQ(Run({"lint", "{data}", "--fix", "--severity", "grouping-id-unknown=off"}).exitStatus,
+            0);
+  EXPECT_EQ(Content(), before);
+}
+
 TEST_F(LintCommandTest, DryRunPrintsADiffAndKeepsTheFile) {
   WriteMistake();
   const std::string before = Content();
