@@ -92,6 +92,9 @@ std::vector<LineEdits> CollectEdits(const std::string& name, std::string_view te
   for (const Finding& finding : report.findings) {
     if (finding.file == name) edits.insert(edits.end(), finding.edits.begin(), finding.edits.end());
   }
+  for (const auto& [code, omitted] : report.omitted) {
+    edits.insert(edits.end(), omitted.edits.begin(), omitted.edits.end());
+  }
   std::ranges::stable_sort(edits, {}, &Edit::offset);
   std::vector<LineEdits> lines;
   std::size_t edited = 0;

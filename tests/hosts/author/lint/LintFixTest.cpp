@@ -86,6 +86,14 @@ TEST(LintFix, DoesNotSplitATextAtACR) {
   EXPECT_EQ(Fix(text).text, text);
 }
 
+TEST(LintFix, CorrectsMistakesThatAreNotListed) {
+  std::string text = kHeaderRows;
+  for (std::size_t i = 0; i < kMaximumFindings + 2; ++i) {
+    text += "4.3,misc,,,,,,,,Text " + std::to_string(i) + "\n";
+  }
+  EXPECT_EQ(Fix(text).corrected, kMaximumFindings + 2);
+}
+
 TEST(LintFix, CleanFileHasNoDiff) {
   const std::string text = kHeaderRows + "4.3,MISC,,,,,,,,Text\n";
   EXPECT_EQ(Fix(text).diff, "");
