@@ -84,13 +84,16 @@ class LintRun {
   void Check(const std::string& file) {
     const std::string name = file == kStandardInput ? kStandardInputName : file;
     std::string text = ReadDataFile(file);
+    const author::SeverityOverrides severities = SeveritiesFor(file, arguments_);
     LintReport report = author::LintDataFile(name, text, Host());
     if (arguments_.fix != LintFixMode::kNone) {
+      // A mistake whose code is off stays in the file.
+      author::ApplySeverities(report, severities);
       text = Fix(file, std::move(text), report);
       report = author::LintDataFile(name, text, Host());
     }
     if (arguments_.baseline) report.Append(Compare(file, name, text));
-    author::ApplySeverities(report, SeveritiesFor(file, arguments_));
+    author::ApplySeverities(report, severities);
     report_.Append(std::move(report));
     texts_[name] = std::move(text);
   }

@@ -41,8 +41,10 @@ class LineIndex {
   /// Returns the line with the number `number`, counted from 1.
   std::string_view Line(std::size_t number) const {
     if (number == 0 || number > begins_.size()) return {};
-    const std::string_view line = text_.substr(begins_[number - 1]);
-    return line.substr(0, line.find('\n'));
+    std::string_view line = text_.substr(begins_[number - 1]);
+    line = line.substr(0, line.find('\n'));
+    while (line.ends_with('\r')) line.remove_suffix(1);
+    return line;
   }
 
  private:

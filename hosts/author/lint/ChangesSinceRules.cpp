@@ -20,16 +20,15 @@ constexpr std::array<LintCode, 6> kReasonsForMissingRow = {
 
 void CheckVersion(LintContext& context, const LintRow& row) {
   const std::string_view version = row.Value(DataColumn::kVersion);
-  const bool hasPrefix =
-      (version.starts_with('v') || version.starts_with('V')) && LooksLikeVersion(version);
-  if (!hasPrefix && !version.empty()) return;
+  const std::size_t prefix = VersionPrefixLength(version);
+  if (prefix == 0 && !version.empty()) return CheckVersionDate(context, row, DataColumn::kVersion);
   context.ReportField(
       LintCode::kChangesSinceVersion, row, DataColumn::kVersion,
       version.empty()
           ? "the Changes-Since row has no version, so the heading shows only 'v'; write "
             "the version"
-          : "the heading shows 'v" + std::string(version) + "'; write '" +
-                std::string(version.substr(1)) + "' without the v");
+          : "the heading shows " + Quoted("v" + std::string(version)) + "; write " +
+                Quoted(version.substr(prefix)));
 }
 
 void ReportOverwritten(LintContext& context, const LintRow& row, const LintRow* named) {

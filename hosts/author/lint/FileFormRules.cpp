@@ -59,9 +59,12 @@ void CheckSeparator(LintContext& context) {
   }
 }
 
+/// Returns whether the library reads `line` as a row of its own. A Changes-Since row needs only two
+/// fields.
 bool IsCompleteRow(std::string_view line) {
-  const std::size_t fields = ornwhatsnew::FindDataFields(line).size();
-  return fields == 0 || fields == ornwhatsnew::kDataColumnCount;
+  ornwhatsnew::DataFileReader reader(line);
+  const ornwhatsnew::DataRow* const row = reader.Next();
+  return row == nullptr || row->skipReason != ornwhatsnew::DataRowSkipReason::kFieldCount;
 }
 
 /// Returns the edits that replace the CR line ends of a row by LF. Returns no edits if a part of
@@ -72,7 +75,7 @@ std::vector<Edit> LineEndEdits(std::string_view row, std::size_t rowOffset) {
   while (begin <= row.size()) {
     const std::size_t end = std::min(row.find('\r', begin), row.size());
     if (!IsCompleteRow(row.substr(begin, end - begin))) return {};
-    if (end + 1 < row.size()) edits.push_back({rowOffset + end, 1, "\n"});
+    if (end < row.size()) edits.push_back({rowOffset + end, 1, "\n"});
     begin = end + 1;
   }
   return edits;
@@ -90,7 +93,10 @@ void CheckLineEnds(LintContext& context) {
         "the line ends in CR alone, so it is joined with the next line and " +
             Counted(static_cast<std::size_t>(std::ranges::count(text, '\r')) + 1, "line") +
             " are read as one row; use LF or CR LF line ends");
-    finding.edits = LineEndEdits(text, context.File().OffsetOf(row));
+    const std::size_t offset = context.File().OffsetOf(row);
+    // The last CR of a row belongs to a CR LF, unless the file ends after it.
+    const bool isAtEnd = offset + row.data.text.size() == context.File().Text().size();
+    finding.edits = LineEndEdits(isAtEnd ? row.data.text : text, offset);
     row.isExplained = true;
   }
 }

@@ -2,9 +2,12 @@
 
 #include <array>
 #include <cerrno>
+#include <cstdlib>
 #include <stdexcept>
+#include <string_view>
 #include <system_error>
 #include <utility>
+#include <vector>
 
 #include <fcntl.h>
 #include <spawn.h>
@@ -43,15 +46,29 @@ class SpawnActions {
   posix_spawn_file_actions_t actions_{};
 };
 
+/// Returns the environment for git. Omits GIT_DIR, which git sets for a hook in a linked worktree.
+/// git would then take the folder of the data file for the top folder of the worktree.
+std::vector<char*> GitEnvironment() {
+  const bool hasWorkTree = std::getenv("GIT_WORK_TREE") != nullptr;
+  std::vector<char*> variables;
+  for (char** variable = environ; *variable != nullptr; ++variable) {
+    const bool isFolder = std::string_view(*variable).starts_with("GIT_DIR=");
+    if (!isFolder || hasWorkTree) variables.push_back(*variable);
+  }
+  variables.push_back(nullptr);
+  return variables;
+}
+
 /// Starts `git` with these arguments. Returns its process ID.
 pid_t StartGit(const std::string& folder, const std::string& object, int output) {
   std::array<std::string, 6> words = {"git", "-C", folder, "cat-file", "blob", object};
   std::array<char*, 7> arguments{};
   for (std::size_t i = 0; i < words.size(); ++i) arguments[i] = words[i].data();
+  const std::vector<char*> environment = GitEnvironment();
   const SpawnActions actions(output);
   pid_t process = 0;
   const int error =
-      ::posix_spawnp(&process, "git", actions.Get(), nullptr, arguments.data(), environ);
+      ::posix_spawnp(&process, "git", actions.Get(), nullptr, arguments.data(), environment.data());
   if (error != 0) Fail("cannot run git", error);
   return process;
 }

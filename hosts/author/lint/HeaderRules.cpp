@@ -41,6 +41,14 @@ bool IsNameOfAnyColumn(std::string_view name) {
   return false;
 }
 
+/// Returns whether `text` consists of digits and points, with an optional v before them.
+bool LooksLikeVersion(std::string_view text) {
+  text = TrimSpaces(text);
+  if (text.starts_with('v') || text.starts_with('V')) text.remove_prefix(1);
+  const bool hasDigit = !text.empty() && text.front() >= '0' && text.front() <= '9';
+  return hasDigit && text.find_first_not_of("0123456789.") == text.npos;
+}
+
 bool IsEmptyRow(const DataRow& row) {
   return std::ranges::all_of(row.values, [](std::string_view value) { return value.empty(); });
 }
@@ -97,15 +105,17 @@ std::string MistakeRemedy(LintCode code) {
 }
 
 /// Returns whether the library takes a row for the header that was not meant to be it.
-bool IsLostRow(const LintRow& row) {
-  return LooksLikeChange(row.data) && !LooksLikeHeader(row.data);
+bool IsLostRow(LintContext& context, const LintRow& row) {
+  if (LooksLikeHeader(row.data)) return false;
+  const std::string groupingID(row.Value(DataColumn::kGroupingID));
+  return LooksLikeChange(row.data) || context.File().Items().contains(groupingID);
 }
 
 void ReportHeaderMistake(LintContext& context, LintCode code, std::size_t index) {
   std::vector<LintRow>& rows = context.File().Rows();
   LintRow& row = rows[index];
   const std::size_t taken = context.File().HeaderIndex();
-  const bool isLost = taken < rows.size() && IsLostRow(rows[taken]);
+  const bool isLost = taken < rows.size() && IsLostRow(context, rows[taken]);
   std::string message = MistakeMessage(code, row.data);
   if (isLost) {
     message += ", and line " + std::to_string(rows[taken].data.lineNumber) +
@@ -139,7 +149,9 @@ void ExplainLaterHeader(LintContext& context) {
 void CheckTakenHeader(LintContext& context) {
   std::vector<LintRow>& rows = context.File().Rows();
   const std::size_t index = context.File().HeaderIndex();
-  if (index == rows.size() || rows[index].isExplained || !IsLostRow(rows[index])) return;
+  if (index == rows.size() || rows[index].isExplained || !IsLostRow(context, rows[index])) {
+    return;
+  }
   LintRow& row = rows[index];
   context.File().IgnoreHeaderNames();
   if (CaseInsensitiveEqual(row.Value(DataColumn::kGroupingID), ornwhatsnew::kChangesSinceKey)) {
@@ -211,17 +223,11 @@ bool LooksLikeHeader(const DataRow& row) {
   return std::ranges::count_if(row.values, IsNameOfAnyColumn) >= kEnoughNames;
 }
 
-bool LooksLikeVersion(std::string_view text) {
-  text = TrimSpaces(text);
-  if (text.starts_with('v') || text.starts_with('V')) text.remove_prefix(1);
-  const bool hasDigit = !text.empty() && text.front() >= '0' && text.front() <= '9';
-  return hasDigit && text.find_first_not_of("0123456789.") == text.npos;
-}
-
 bool LooksLikeChange(const DataRow& row) {
   if (LooksLikeVersion(row.Value(DataColumn::kVersion))) return true;
   if (ornwhatsnew::IsSpecialCaseSection(row.Value(DataColumn::kGroupingID))) return true;
-  return row.Value(DataColumn::kURL).starts_with("https://");
+  return IsSalience(row.Value(DataColumn::kSalience)) ||
+         row.Value(DataColumn::kURL).starts_with("https://");
 }
 
 }  // namespace hosts::author

@@ -41,10 +41,11 @@ void RunRules(LintContext& context) {
   RunFileRules(context, ListRules());
 }
 
-void AddOmitted(const LintContext& context, LintReport& report) {
-  for (const auto& [code, count] : context.OmittedFindings()) {
-    report.notJudged.insert(std::to_string(count) + " more findings with the code " +
-                            std::string(InfoOf(code).name) + " are not listed");
+void AddOmitted(LintReport& report) {
+  for (const auto& [code, omitted] : report.omitted) {
+    report.notJudged.insert(Counted(omitted.count, "more finding") + " with the code " +
+                            std::string(InfoOf(code).name) + (omitted.count == 1 ? " is" : " are") +
+                            " not listed");
   }
 }
 
@@ -56,6 +57,9 @@ std::size_t LintReport::Count(Severity severity) const {
 
 void LintReport::Append(LintReport other) {
   std::ranges::move(other.findings, std::back_inserter(findings));
+  for (const auto& [code, findingsOfCode] : other.omitted) {
+    omitted[code].count += findingsOfCode.count;
+  }
   files += other.files;
   changes += other.changes;
   notJudged.merge(other.notJudged);
@@ -80,13 +84,13 @@ LintReport LintDataFile(const std::string& name, std::string text, const LintHos
   RunRules(context);
   LintReport report;
   report.findings = std::move(context.Findings());
+  report.omitted = context.TakeOmitted();
   report.files = 1;
   report.changes = context.IsStopped() ? 0 : file.ChangeCount();
   if (host == nullptr) {
     report.notJudged.insert(
         "without --host, grouping IDs, features and the version of the host are not judged");
   }
-  AddOmitted(context, report);
   return report;
 }
 
@@ -97,9 +101,13 @@ void ApplySeverities(LintReport& report, const SeverityOverrides& overrides) {
   }
   std::erase_if(report.findings,
                 [](const Finding& finding) { return finding.severity == Severity::kOff; });
+  for (const auto& [code, severity] : overrides) {
+    if (severity == Severity::kOff) report.omitted.erase(code);
+  }
 }
 
 void FinishReport(LintReport& report) {
+  AddOmitted(report);
   const auto key = [](const Finding& finding) {
     return std::tie(finding.file, finding.place.line, finding.place.column, finding.code,
                     finding.message);

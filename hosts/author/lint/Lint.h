@@ -23,13 +23,15 @@ using SeverityOverrides = std::map<LintCode, Severity>;
 struct LintReport {
   /// The findings of each file in the order of their places.
   std::vector<Finding> findings;
+  /// The findings that are not listed.
+  std::map<LintCode, OmittedFindings> omitted;
   std::size_t files = 0;
   std::size_t changes = 0;
   /// What was not judged and why, each as one clause.
   std::set<std::string> notJudged;
 
   std::size_t Count(Severity severity) const;
-  /// Adds the findings of another file.
+  /// Adds the findings of another file. Counts those that are not listed, without their edits.
   void Append(LintReport other);
 };
 
@@ -49,7 +51,7 @@ LintReport LintDataFile(const std::string& name, std::string text, const LintHos
 void ApplySeverities(LintReport& report, const SeverityOverrides& overrides);
 
 /// Sorts the findings by file and place, removes duplicates, and makes equal fingerprints
-/// different.
+/// different. Adds the numbers of findings that are not listed to `notJudged`.
 void FinishReport(LintReport& report);
 
 }  // namespace hosts::author

@@ -185,6 +185,7 @@ LintReport CompareWithBaseline(const std::string& name, std::string text,
   Comparison(context, before).Report();
   LintReport report;
   report.findings = std::move(context.Findings());
+  report.omitted = context.TakeOmitted();
   if (host == nullptr) {
     report.notJudged.insert("without --host, rating requests are not compared with the baseline");
   }

@@ -49,8 +49,9 @@ std::string Counted(std::size_t number, std::string_view noun) {
 
 Finding& LintContext::Add(LintCode code, std::string message, std::string_view content) {
   if (++counts_[code] > kMaximumFindings) {
-    ++omitted_[code];
-    omittedFinding_ = Finding();
+    KeepOmittedEdits();
+    ++omitted_[code].count;
+    omittedFinding_.code = code;
     return omittedFinding_;
   }
   Finding& finding = findings_.emplace_back();
@@ -60,6 +61,18 @@ Finding& LintContext::Add(LintCode code, std::string message, std::string_view c
   finding.message = std::move(message);
   finding.fingerprint = Fingerprint(code, content);
   return finding;
+}
+
+void LintContext::KeepOmittedEdits() {
+  const Finding finding = std::exchange(omittedFinding_, Finding());
+  if (finding.edits.empty()) return;
+  std::vector<Edit>& edits = omitted_[finding.code].edits;
+  edits.insert(edits.end(), finding.edits.begin(), finding.edits.end());
+}
+
+std::map<LintCode, OmittedFindings> LintContext::TakeOmitted() {
+  KeepOmittedEdits();
+  return std::exchange(omitted_, {});
 }
 
 Finding& LintContext::Report(LintCode code, const LintRow& row, std::size_t begin, std::size_t end,

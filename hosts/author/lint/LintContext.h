@@ -28,6 +28,14 @@ struct LintHost {
 /// The maximum number of findings of one code in a file. A message tells how many more there are.
 inline constexpr std::size_t kMaximumFindings = 1000;
 
+/// The findings of a code after the first `kMaximumFindings` ones of a file. They are not listed,
+/// but
+/// `--fix` makes their edits.
+struct OmittedFindings {
+  std::size_t count = 0;
+  std::vector<Edit> edits;
+};
+
 /// Returns `text` in single quotation marks for a message. Escapes invisible characters and
 /// shortens a long text.
 std::string Quoted(std::string_view text);
@@ -86,17 +94,19 @@ class LintContext {
   bool IsStopped() const { return isStopped_; }
 
   std::vector<Finding>& Findings() { return findings_; }
-  /// Returns the number of findings of a code that were not kept.
-  const std::map<LintCode, std::size_t>& OmittedFindings() const { return omitted_; }
+  /// Returns the findings that were not kept, and forgets them.
+  std::map<LintCode, OmittedFindings> TakeOmitted();
 
  private:
   Finding& Add(LintCode code, std::string message, std::string_view content);
+  void KeepOmittedEdits();
 
   LintedFile& file_;
   const LintHost* host_;
   std::vector<Finding> findings_;
   std::map<LintCode, std::size_t> counts_;
-  std::map<LintCode, std::size_t> omitted_;
+  std::map<LintCode, OmittedFindings> omitted_;
+  /// The last finding that was not kept. Its rule can still add edits to it.
   Finding omittedFinding_;
   std::size_t fieldsLine_ = 0;
   /// The number of findings up to the last one on each field of that line, or 0 if there is none.

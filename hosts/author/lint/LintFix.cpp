@@ -92,6 +92,9 @@ std::vector<LineEdits> CollectEdits(const std::string& name, std::string_view te
   for (const Finding& finding : report.findings) {
     if (finding.file == name) edits.insert(edits.end(), finding.edits.begin(), finding.edits.end());
   }
+  for (const auto& [code, omitted] : report.omitted) {
+    edits.insert(edits.end(), omitted.edits.begin(), omitted.edits.end());
+  }
   std::ranges::stable_sort(edits, {}, &Edit::offset);
   std::vector<LineEdits> lines;
   std::size_t edited = 0;
@@ -108,13 +111,17 @@ std::vector<LineEdits> CollectEdits(const std::string& name, std::string_view te
   return lines;
 }
 
+/// Returns the lines of `text`, whose last newline is not a part of it. At the end of the file,
+/// there is none, unless a correction of a CR line end has added it.
 std::string DiffLines(char mark, std::string_view text, bool isAtEnd) {
+  const bool hasNewline = isAtEnd && text.ends_with('\n');
+  if (hasNewline) text.remove_suffix(1);
   std::string diff(1, mark);
   for (const char c : text) {
     diff += c;
     if (c == '\n') diff += mark;
   }
-  return diff + (isAtEnd ? "\n\\ No newline at end of file\n" : "\n");
+  return diff + (isAtEnd && !hasNewline ? "\n\\ No newline at end of file\n" : "\n");
 }
 
 std::string Range(std::size_t line, std::size_t count) {
@@ -160,8 +167,9 @@ class FixBuilder {
     fixed_.text += text_.substr(copied_, line.begin - copied_);
     oldLine_ += CountNewlines(text_.substr(copied_, line.begin - copied_));
     copied_ = line.end;
-    const std::size_t lines = 1 + CountNewlines(replacement);
     const bool isAtEnd = line.end == text_.size();
+    const std::size_t added = CountNewlines(replacement);
+    const std::size_t lines = isAtEnd && replacement.ends_with('\n') ? added : added + 1;
     fixed_.diff +=
         "@@ -" + Range(oldLine_, 1) + " +" + Range(oldLine_ + addedLines_, lines) + " @@";
     if (isAnnouncedAgain) fixed_.diff += " announced again to users who saw the change";

@@ -27,9 +27,10 @@ struct FixedFile {
   std::size_t withheld = 0;
 };
 
-/// Returns `text`, the content of the file `name`, with the edits of the findings in `report`. A
-/// correction announces a change again if it changes the identity of a change that users can see
-/// today. Keeps the byte order mark and CR LF line ends. `host` is the installed host, or null.
+/// Returns `text`, the content of the file `name`, with the edits of the findings in `report`,
+/// which is the report on this file alone. A correction announces a change again if it changes the
+/// identity of a change that users can see today. Keeps the byte order mark and CR LF line ends.
+/// `host` is the installed host, or null.
 FixedFile FixDataFile(const std::string& name, std::string_view text, const LintReport& report,
                       FixScope scope, const LintHost* host);
 

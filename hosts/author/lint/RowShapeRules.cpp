@@ -49,23 +49,18 @@ bool IsDigits(std::string_view text) {
   return !text.empty() && text.find_first_not_of("0123456789") == text.npos;
 }
 
+/// Returns whether `text` is an issue such as ORN-12, orn-12 or #12.
 bool IsIssueKey(std::string_view text) {
+  if (text.starts_with('#')) return IsDigits(text.substr(1));
   const std::size_t dash = text.find('-');
   if (dash == text.npos || dash == 0 || !IsDigits(text.substr(dash + 1))) return false;
-  return std::ranges::all_of(text.substr(0, dash), [](char c) { return c >= 'A' && c <= 'Z'; });
+  return std::ranges::all_of(text.substr(0, dash), [](char c) {
+    return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z');
+  });
 }
 
 bool IsURL(std::string_view text) {
   return text.starts_with("https://") || text.starts_with("http://");
-}
-
-bool IsSalience(std::string_view text) {
-  using ornwhatsnew::FeatureListDetail;
-  ornwhatsnew::FeatureListDetail::Fields fields{};
-  fields[ColumnIndex(DataColumn::kSalience)] = text;
-  const FeatureListDetail change(fields);
-  return !text.empty() &&
-         (!change.HasMalformedSalience() || change.DetailForcingItemToNormalVisibility());
 }
 
 bool IsPlatform(std::string_view text) {
@@ -87,12 +82,16 @@ bool CheckTrailingCommas(LintContext& context, const Shape& shape) {
 
 bool CheckDecimalComma(LintContext& context, const Shape& shape) {
   for (const std::size_t index : {std::size_t{0}, ColumnIndex(DataColumn::kFirstVersion)}) {
-    const bool isSplit = IsDigits(shape.Field(index)) && IsDigits(shape.Field(index + 1));
-    if (!isSplit) continue;
+    std::size_t last = index;
+    std::string version(shape.Field(index));
+    const std::size_t end = index + shape.Count() - kDataColumnCount;
+    while (last < end && IsDigits(shape.Field(last)) && IsDigits(shape.Field(last + 1))) {
+      version += "." + std::string(shape.Field(++last));
+    }
+    if (last == index) continue;
     context.Report(LintCode::kDecimalComma, shape.row, shape.fields[index].begin,
-                   shape.fields[index + 1].end,
-                   LostRow(shape) + "write '" + std::string(shape.Field(index)) + "." +
-                       std::string(shape.Field(index + 1)) + "' with a point");
+                   shape.fields[last].end,
+                   LostRow(shape) + "write " + Quoted(version) + " with points");
     return true;
   }
   return false;
@@ -223,9 +222,10 @@ void ReportTooFewFields(LintContext& context, const Shape& shape) {
   const std::size_t missing = kDataColumnCount - shape.Count();
   const std::size_t index = shifted.value_or(shape.Count() - 1);
   const std::string where = shifted ? " before this field" : "";
-  context.Report(
-      LintCode::kMissingComma, shape.row, shape.fields[index].begin, shape.fields[index].end,
-      LostRow(shape) + "add " + Counted(missing, "comma") + where + ", one for each empty column");
+  const std::string reason = missing == 1 ? " for the empty column" : ", one for each empty column";
+  context.Report(LintCode::kMissingComma, shape.row, shape.fields[index].begin,
+                 shape.fields[index].end,
+                 LostRow(shape) + "add " + Counted(missing, "comma") + where + reason);
 }
 
 // ---- all rows
@@ -281,17 +281,27 @@ bool CheckOpenQuote(LintContext& context, const Shape& shape) {
   return true;
 }
 
-bool CheckMisspeltChangesSince(LintContext& context, const Shape& shape) {
-  for (std::size_t i = 0; i < std::min(shape.Count(), kDataColumnCount); ++i) {
-    const std::string_view field = shape.row.data.values[i];
-    const bool isWord = CaseInsensitiveEqual(field, ornwhatsnew::kChangesSinceKey);
-    if (!isWord && !IsMisspeltChangesSince(field)) continue;
-    context.ReportField(LintCode::kChangesSinceSpelling, shape.row, static_cast<DataColumn>(i),
-                        "the row does not set the version of the heading; write the version into "
-                        "the first field and 'Changes-Since' into the second");
-    return true;
-  }
-  return false;
+bool IsChangesSince(std::string_view field) {
+  return field.size() == ornwhatsnew::kChangesSinceKey.size() &&
+         CaseInsensitiveEqual(field, ornwhatsnew::kChangesSinceKey);
+}
+
+/// Reports the first field of a row for which `isMistake` holds. Returns whether there is one.
+template <class Predicate>
+bool CheckChangesSinceField(LintContext& context, const LintRow& row, Predicate isMistake) {
+  const auto found = std::ranges::find_if(row.data.values, isMistake);
+  if (found == row.data.values.end()) return false;
+  context.ReportField(LintCode::kChangesSinceSpelling, row,
+                      static_cast<DataColumn>(found - row.data.values.begin()),
+                      "the row does not set the version of the heading; write the version into "
+                      "the first field and 'Changes-Since' into the second");
+  return true;
+}
+
+bool CheckMisspeltChangesSince(LintContext& context, const LintRow& row) {
+  return CheckChangesSinceField(context, row, [](std::string_view field) {
+    return IsChangesSince(field) || IsMisspeltChangesSince(field);
+  });
 }
 
 void ReportFieldCount(LintContext& context, LintRow& row) {
@@ -300,7 +310,7 @@ void ReportFieldCount(LintContext& context, LintRow& row) {
     return;
   }
   const Shape shape(row);
-  if (CheckMisspeltChangesSince(context, shape) || CheckOpenQuote(context, shape)) return;
+  if (CheckMisspeltChangesSince(context, row) || CheckOpenQuote(context, shape)) return;
   if (shape.Count() > kDataColumnCount) {
     ReportTooManyFields(context, shape);
   } else {
@@ -311,7 +321,7 @@ void ReportFieldCount(LintContext& context, LintRow& row) {
 void ReportEmptyGroupingID(LintContext& context, const LintRow& row) {
   const bool isEmpty = std::ranges::all_of(
       row.data.values, [](std::string_view value) { return TrimSpaces(value).empty(); });
-  if (isEmpty || CheckMisspeltChangesSince(context, Shape(row))) return;
+  if (isEmpty || CheckMisspeltChangesSince(context, row)) return;
   context.ReportField(LintCode::kGroupingIDEmpty, row, DataColumn::kGroupingID,
                       "the grouping ID is empty, so the row is skipped and its change is lost; "
                       "write the key of a feature or section into " +
@@ -326,7 +336,12 @@ void CheckRows(LintContext& context) {
         row.data.kind == DataRowKind::kChangesSince) {
       continue;
     }
-    if (CheckTextOverLines(context, i) || row.data.kind == DataRowKind::kChange) continue;
+    if (CheckTextOverLines(context, i)) continue;
+    if (row.data.kind == DataRowKind::kChange) {
+      // Other rules find a misspelt word in the second column of a change.
+      row.isExplained = CheckChangesSinceField(context, row, IsChangesSince);
+      continue;
+    }
     if (row.data.skipReason == DataRowSkipReason::kNoGroupingID) {
       ReportEmptyGroupingID(context, row);
     } else {
@@ -339,6 +354,15 @@ void CheckRows(LintContext& context) {
 constexpr FileRule kRules[] = {CheckRows};
 
 }  // namespace
+
+bool IsSalience(std::string_view text) {
+  using ornwhatsnew::FeatureListDetail;
+  if (text.empty()) return false;
+  FeatureListDetail::Fields fields{};
+  fields[ColumnIndex(DataColumn::kSalience)] = text;
+  const FeatureListDetail change(fields);
+  return !change.HasMalformedSalience() || change.DetailForcingItemToNormalVisibility();
+}
 
 std::span<const FileRule> RowShapeRules() {
   return kRules;

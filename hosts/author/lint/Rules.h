@@ -41,8 +41,15 @@ bool LooksLikeHeader(const ornwhatsnew::DataRow& row);
 /// key in the second, a keyword in the fourth, or a link in the eighth.
 bool LooksLikeChange(const ornwhatsnew::DataRow& row);
 
-/// Returns whether `text` consists of digits and points, with an optional v before them.
-bool LooksLikeVersion(std::string_view text);
+/// Returns whether the library accepts `text` as a salience.
+bool IsSalience(std::string_view text);
+
+/// Returns the length of a v, or of the word "version", before the first digit of `text`. Returns 0
+/// if there is none.
+std::size_t VersionPrefixLength(std::string_view text);
+
+/// Reports a version that is a date of a spreadsheet.
+void CheckVersionDate(LintContext& context, const LintRow& row, ornwhatsnew::DataColumn column);
 
 /// Returns the parts of `version` between its points. An empty version has one empty part.
 std::vector<std::string_view> VersionComponents(std::string_view version);

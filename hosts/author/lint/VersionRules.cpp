@@ -24,22 +24,10 @@ bool IsKeyText(std::string_view text) {
   return ornwhatsnew::IsZString(TrimSpaces(text));
 }
 
-/// Returns the length of a v, or of the word "version", before the first digit. Returns 0 if there
-/// is none.
-std::size_t PrefixLength(std::string_view text) {
-  const std::size_t digit = text.find_first_of("0123456789");
-  if (digit == text.npos) return 0;
-  std::string_view prefix = TrimSpaces(text.substr(0, digit));
-  if (prefix.ends_with('.')) prefix.remove_suffix(1);
-  const bool isPrefix =
-      CaseInsensitiveEqual(prefix, "v") || CaseInsensitiveEqual(prefix, "version");
-  return isPrefix ? digit : 0;
-}
-
 void CheckPrefix(LintContext& context, const LintRow& row) {
   for (const DataColumn column : {DataColumn::kVersion, DataColumn::kFirstVersion}) {
     const std::string_view text = row.Value(column);
-    const std::size_t prefix = PrefixLength(text);
+    const std::size_t prefix = VersionPrefixLength(text);
     if (prefix == 0) continue;
     context.ReportField(LintCode::kVersionPrefix, row, column,
                         "users see " + Quoted("v" + std::string(text)) +
@@ -92,15 +80,7 @@ bool IsDate(std::string_view text, bool hasPlainVersion) {
 
 void CheckDate(LintContext& context, const LintRow& row) {
   for (const DataColumn column : {DataColumn::kVersion, DataColumn::kFirstVersion}) {
-    const std::string_view text = row.Value(column);
-    const bool isPlain = text.find_first_not_of("0123456789.") == text.npos;
-    const bool canBeDate = !isPlain || (text.size() == 10 && text.find('.') == 2);
-    if (text.empty() || !canBeDate || IsKeyText(text) ||
-        !IsDate(TrimSpaces(text), !isPlain && context.HasPlainVersion()))
-      continue;
-    context.ReportField(LintCode::kVersionDate, row, column,
-                        "users see the date " + Quoted(text) +
-                            " as the version; write the version, and format the column as text");
+    CheckVersionDate(context, row, column);
   }
 }
 
@@ -172,6 +152,29 @@ void CheckMissingVersion(LintContext& context, const LintRow& row) {
 constexpr ChangeRule kRules[] = {CheckPrefix, CheckDate, CheckBounds, CheckMissingVersion};
 
 }  // namespace
+
+std::size_t VersionPrefixLength(std::string_view text) {
+  const std::size_t digit = text.find_first_of("0123456789");
+  if (digit == text.npos) return 0;
+  std::string_view prefix = TrimSpaces(text.substr(0, digit));
+  if (prefix.ends_with('.')) prefix.remove_suffix(1);
+  const bool isPrefix =
+      CaseInsensitiveEqual(prefix, "v") || CaseInsensitiveEqual(prefix, "version");
+  return isPrefix ? digit : 0;
+}
+
+void CheckVersionDate(LintContext& context, const LintRow& row, DataColumn column) {
+  const std::string_view text = row.Value(column);
+  const bool isPlain = text.find_first_not_of("0123456789.") == text.npos;
+  const bool canBeDate = !isPlain || (text.size() == 10 && text.find('.') == 2);
+  if (text.empty() || !canBeDate || IsKeyText(text) ||
+      !IsDate(TrimSpaces(text), !isPlain && context.HasPlainVersion())) {
+    return;
+  }
+  context.ReportField(LintCode::kVersionDate, row, column,
+                      "users see the date " + Quoted(text) +
+                          " as the version; write the version, and format the column as text");
+}
 
 std::vector<std::string_view> VersionComponents(std::string_view version) {
   std::vector<std::string_view> components;

@@ -53,13 +53,16 @@ std::vector<std::string_view> WordsOf(DataColumn column) {
 
 // ---- keywords in another column
 
-/// Returns the column in which `text` is a keyword, if this is not `column`.
+/// Returns the first column in which `text` is a keyword, if it is none in `column`. "Unreviewed"
+/// is a salience and the key of a section, and authors mean the salience.
 std::optional<DataColumn> ColumnOfKeyword(std::string_view text, DataColumn column) {
   std::optional<DataColumn> found;
   for (const Keyword& keyword : Keywords()) {
     if (keyword.word.size() != text.size() || !CaseInsensitiveEqual(keyword.word, text)) continue;
-    if (keyword.column == column) return std::nullopt;
-    found = keyword.column;
+    // The third column can contain the key of an item, and sections are items.
+    const bool isKey = keyword.column == DataColumn::kGroupingID && column == DataColumn::kStoryID;
+    if (keyword.column == column || isKey) return std::nullopt;
+    if (!found) found = keyword.column;
   }
   return found;
 }
@@ -72,9 +75,7 @@ void CheckKeywordColumn(LintContext& context, const LintRow& row) {
     if (text.size() < kShortestWord) continue;
     if (i == ColumnIndex(DataColumn::kVersion) && text.front() <= '9') continue;
     const std::optional<DataColumn> owner = ColumnOfKeyword(TrimSpaces(text), column);
-    // The third column can contain the key of an item, and sections are items.
-    const bool isKey = owner == DataColumn::kGroupingID && column == DataColumn::kStoryID;
-    if (!owner || isKey) continue;
+    if (!owner) continue;
     context.ReportField(LintCode::kKeywordColumn, row, column,
                         Quoted(text) + " has no effect in " + context.Column(column) +
                             "; write it into " + context.Column(*owner));

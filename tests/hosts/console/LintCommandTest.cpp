@@ -112,6 +112,12 @@ TEST_F(LintCommandTest, TerminalShowsTheLineWithCarets) {
   EXPECT_THAT(result.output, HasSubstr("  4.3,bugfix,ORN-1,,,,,,,Text\n      ^^^^^^\n"));
 }
 
+TEST_F(LintCommandTest, LineWithCaretsHasNoLineEnd) {
+  WriteData("4.2,Changes-Since\r\n4.3,bugfix,ORN-1,,,,,,,Text\r\n");
+  EXPECT_THAT(Run({"lint", "{data}", "--color", "always"}).output,
+              HasSubstr("  4.3,bugfix,ORN-1,,,,,,,Text\n      ^^^^^^\n"));
+}
+
 TEST_F(LintCommandTest, MessagesContainNoControlCharacters) {
   WriteData("4.2,Changes-Since\n4.3,MISC,,\x1B]0;title\x07,,,,,,Text\n");
   const ProgramResult result = Run({"lint", "{data}", "--color", "always"});
@@ -136,6 +142,14 @@ TEST_F(LintCommandTest, FixCorrectsTheFile) {
   EXPECT_EQ(result.exitStatus, 0);
   EXPECT_THAT(result.errors, HasSubstr("corrected one mistake in"));
   EXPECT_THAT(Content(), HasSubstr("\n4.3,BUGFIX,ORN-1,"));
+}
+
+TEST_F(LintCommandTest, FixKeepsMistakesWhoseCodeIsOff) {
+  WriteMistake();
+  const std::string before = Content();
+  EXPECT_EQ(Run({"lint", "{data}", "--fix", "--severity", "grouping-id-unknown=off"}).exitStatus,
+            0);
+  EXPECT_EQ(Content(), before);
 }
 
 TEST_F(LintCommandTest, DryRunPrintsADiffAndKeepsTheFile) {

@@ -61,17 +61,37 @@ TEST(LintFix, CorrectsSpacesAroundAKeyword) {
 }
 
 TEST(LintFix, ReplacesCRLineEnds) {
-  const std::string rows = "v,g,,,,,,,,\n4.3,MISC,,,,,,,,One\n4.3,MISC,,,,,,,,Two\n";
+  const std::string rows = kHeaderRows + "\n4.3,MISC,,,,,,,,One\n4.3,MISC,,,,,,,,Two\n";
   std::string old = rows;
   std::ranges::replace(old, '\n', '\r');
   const FixedFile fixed = Fix(old);
-  EXPECT_EQ(fixed.text, rows.substr(0, rows.size() - 1) + "\r");
-  EXPECT_THAT(fixed.diff, HasSubstr("@@ -1 +1,3 @@\n"));
+  EXPECT_EQ(fixed.text, rows);
+  EXPECT_THAT(fixed.diff, HasSubstr("@@ -1 +1,5 @@\n"));
+  EXPECT_TRUE(fixed.diff.ends_with("\n+4.3,MISC,,,,,,,,Two\n")) << fixed.diff;
+}
+
+TEST(LintFix, ReplacesCRLineEndsOfAFileWithoutALastLineEnd) {
+  const FixedFile fixed = Fix("v,g,,,,,,,,\r4.3,MISC,,,,,,,,One");
+  EXPECT_EQ(fixed.text, "v,g,,,,,,,,\n4.3,MISC,,,,,,,,One");
+  EXPECT_TRUE(fixed.diff.ends_with("One\n\\ No newline at end of file\n")) << fixed.diff;
+}
+
+TEST(LintFix, KeepsTheCRLFAfterACR) {
+  const FixedFile fixed = Fix(kHeaderRows + "4.3,MISC,,,,,,,,One\r4.3,MISC,,,,,,,,Two\r\n");
+  EXPECT_EQ(fixed.text, kHeaderRows + "4.3,MISC,,,,,,,,One\n4.3,MISC,,,,,,,,Two\r\n");
 }
 
 TEST(LintFix, DoesNotSplitATextAtACR) {
   const std::string text = kHeaderRows + "4.3,MISC,,,,,,,,One\rTwo\n";
   EXPECT_EQ(Fix(text).text, text);
+}
+
+TEST(LintFix, CorrectsMistakesThatAreNotListed) {
+  std::string text = kHeaderRows;
+  for (std::size_t i = 0; i < kMaximumFindings + 2; ++i) {
+    text += "4.3,misc,,,,,,,,Text " + std::to_string(i) + "\n";
+  }
+  EXPECT_EQ(Fix(text).corrected, kMaximumFindings + 2);
 }
 
 TEST(LintFix, CleanFileHasNoDiff) {

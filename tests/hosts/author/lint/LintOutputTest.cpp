@@ -80,6 +80,16 @@ TEST(LintReport, ListsALimitedNumberOfFindingsOfACode) {
       testing::Contains("5 more findings with the code grouping-id-unknown are not listed"));
 }
 
+TEST(LintReport, DoesNotCountFindingsThatAreOff) {
+  InstallNoLintHost();
+  std::string text = kHeaderRows;
+  for (std::size_t i = 0; i < kMaximumFindings + 5; ++i) text += kBugfixRow;
+  LintReport report = LintDataFile("data.csv", text, nullptr);
+  ApplySeverities(report, {{LintCode::kGroupingIDUnknown, Severity::kOff}});
+  FinishReport(report);
+  EXPECT_THAT(report.notJudged, testing::Not(testing::Contains(HasSubstr("unknown are not"))));
+}
+
 TEST(LintReport, FindingThatIsNotListedDoesNotChangeAListedOne) {
   std::string text = kHeaderRows;
   for (std::size_t i = 0; i < kMaximumFindings; ++i) text += "4.3,MISC,,Wrong,,,,,,Text\n";

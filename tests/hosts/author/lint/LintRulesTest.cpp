@@ -1,0 +1,32 @@
+// Tests of mistakes that the data file of a code cannot contain next to others.
+#include <string>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "tests/hosts/author/lint/LintTestFiles.h"
+
+namespace hosts::author {
+namespace {
+
+using testing::Contains;
+using testing::Not;
+
+TEST(LintRules, FirstChangeWithOnlyASalienceIsNoHeader) {
+  EXPECT_THAT(CodesOf(LintText(",MAP-7,,Headline,,,,,,Text\n")), Contains("header-missing"));
+}
+
+TEST(LintRules, FirstChangeOfAFeatureOfTheHostIsNoHeader) {
+  const LintHost host = InstallLintHost(TestFile("host.json").native());
+  const std::string text = ",MAP-7,,,,,,,,Text\n";
+  EXPECT_THAT(CodesOf(LintDataFile("data.csv", text, &host)), Contains("header-missing"));
+}
+
+TEST(LintRules, TranslatedHeaderIsAHeader) {
+  const std::string header = "Version,Gruppe,Vorgang,Rang,Frage,Ab,System,Verweis,Commit,Text\n";
+  EXPECT_THAT(CodesOf(LintText(header + "4.3,MISC,,,,,,,,Text\n")),
+              Not(Contains("header-missing")));
+}
+
+}  // namespace
+}  // namespace hosts::author
