@@ -100,22 +100,30 @@ void PanelController::setFilters(const Filters& filters) {
   displayAgain();
 }
 
+void PanelController::openPanel() {
+  ++openPanels_;
+}
+
 void PanelController::display() {
-  store_.takeSnapshot();
-  isOpen_ = true;
+  // A user who returns from the rating page, or triggers the action again, sees the same news.
+  if (!isDisplayed_) store_.takeSnapshot();
+  isDisplayed_ = true;
   displayAgain();
 }
 
-void PanelController::endDisplay() {
-  isOpen_ = false;
-  layout_ = {};
+void PanelController::closePanel() {
+  --openPanels_;
+  if (openPanels_ == 0) {
+    isDisplayed_ = false;
+    layout_ = {};
+  }
   ratingPolicy_.close();
   Q_EMIT countChanged();
 }
 
-// While the panel is open, its content is new in relation to the state at the call of display().
+// The content of open panels is new in relation to the state at the first call of display().
 void PanelController::displayAgain() {
-  if (isOpen_) {
+  if (isDisplayed_) {
     store_.useSnapshot(true);
     list_.RefreshInternalSeenState();
     layout_ = list_.GetLayoutForDisplay(optionsOf(filters_));

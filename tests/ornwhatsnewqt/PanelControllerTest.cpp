@@ -68,7 +68,7 @@ class PanelControllerTest : public QObject {
   void otherFiltersKeepWhatThePanelHasShown();
   void theHeadingKeepsTheLastVersionWhileThePanelIsOpen();
   void aDisplayOfTheHostsStoreKeepsWhatWasShownWithOtherFilters();
-  void closingEmptiesTheLayout();
+  void closingTheLastPanelEmptiesTheLayout();
   void remembersTheFilters();
   void countsWithTheFilters();
   void reloadShowsTheNewFileInTheOpenPanel();
@@ -123,13 +123,14 @@ void PanelControllerTest::otherFiltersKeepWhatThePanelHasShown() {
   world.writeData({kMapChange, kWinChange});
   world.storeEarlierUse();
   const auto controller = controllerFor(world);
+  controller->openPanel();
   controller->display();
   QVERIFY(!textOf(*controller).contains(QStringLiteral("New tray icon")));
   controller->setFilters({.onlyNew = true, .thisPlatform = false, .myVersions = true});
   QVERIFY(textOf(*controller).contains(QStringLiteral("Faster map")));
   QVERIFY(textOf(*controller).contains(QStringLiteral("New tray icon")));
   // After the panel was closed, both changes are seen.
-  controller->endDisplay();
+  controller->closePanel();
   controller->display();
   QVERIFY(!controller->layout().hasItems);
 }
@@ -158,20 +159,24 @@ void PanelControllerTest::aDisplayOfTheHostsStoreKeepsWhatWasShownWithOtherFilte
   };
   const auto controller = controllerFor(world, settings);
   controller->setFilters({.onlyNew = true, .thisPlatform = false, .myVersions = true});
+  controller->openPanel();
   controller->display();
   controller->setFilters({.onlyNew = true, .thisPlatform = true, .myVersions = true});
-  controller->endDisplay();
+  controller->closePanel();
   controller->setFilters({.onlyNew = true, .thisPlatform = false, .myVersions = true});
   QCOMPARE(controller->countNew(), ornwhatsnew::NewCount{});
 }
 
-void PanelControllerTest::closingEmptiesTheLayout() {
+void PanelControllerTest::closingTheLastPanelEmptiesTheLayout() {
   const TestWorld world;
   world.writeData({kMapChange});
   const auto controller = controllerFor(world);
+  controller->openPanel();
+  controller->openPanel();
   controller->display();
+  controller->closePanel();
   QVERIFY(!controller->layout().paragraphs.empty());
-  controller->endDisplay();
+  controller->closePanel();
   QVERIFY(controller->layout().paragraphs.empty());
 }
 
@@ -289,10 +294,11 @@ void PanelControllerTest::offersRatingsOnceInASession() {
   world.writeData({kRequest});
   world.storeFirstStart(QDateTime::currentDateTimeUtc().addDays(-15));
   const auto controller = controllerFor(world, settingsWithLogging(world));
+  controller->openPanel();
   controller->ratingLayout();
   QVERIFY(controller->canRate());
   const QSignalSpy counts(controller.get(), &PanelController::countChanged);
-  controller->endDisplay();
+  controller->closePanel();
   QVERIFY(!controller->canRate());
   QCOMPARE(counts.count(), 1);
 }
