@@ -68,7 +68,10 @@ void SettingsStore::takeSnapshot() {
 
 void SettingsStore::setState(const ornwhatsnew::UTF8String& key,
                              const ornwhatsnew::UTF8String& value) {
-  unsaved_[key] = value;
+  const auto [unsaved, isFirst] = unsaved_.try_emplace(key, value);
+  if (isFirst) return;
+  // A list that uses a snapshot does not know the elements that the last commit could not write.
+  unsaved->second = ornwhatsnew::MergePersistedValue(key, unsaved->second, read_[key], value);
 }
 
 void SettingsStore::commit() {

@@ -45,7 +45,8 @@ class SettingsStore : public QObject {
   void takeSnapshot();
   void useSnapshot(bool isUsed) { usesSnapshot_ = isUsed; }
 
-  /// Buffers a string of the state for the next `commit`.
+  /// Buffers a string of the state for the next `commit`. Keeps the elements of a persisted list
+  /// that the previous `commit` could not write.
   void setState(const ornwhatsnew::UTF8String& key, const ornwhatsnew::UTF8String& value);
 
   /// Writes the buffered strings of the state, merged with what other programs have stored; see

@@ -82,6 +82,7 @@ class PanelControllerTest : public QObject {
   void offersRatingsOnceInASession();
   void opensSafeLinksOnly();
   void reportsAStoreThatCannotBeWritten();
+  void keepsWhatWasShownWithOtherFiltersIfTheStoreCannotBeWritten();
   void displaysAgainInANewLanguage();
 };
 
@@ -337,6 +338,22 @@ void PanelControllerTest::reportsAStoreThatCannotBeWritten() {
   controller->display();
   QCOMPARE(controller->stateError(), QString());
   QCOMPARE(errors.count(), 1);
+}
+
+void PanelControllerTest::keepsWhatWasShownWithOtherFiltersIfTheStoreCannotBeWritten() {
+  const TestWorld world;
+  world.writeData({kMapChange, kWinChange});
+  Settings settings = world.settings();
+  settings.settingsFile = QStringLiteral("/dev/null/settings.ini");
+  settings.firstStart = FirstStart::ShowAll;
+  const auto controller = controllerFor(world, settings);
+  controller->setFilters({.onlyNew = true, .thisPlatform = false, .myVersions = true});
+  controller->openPanel();
+  controller->display();
+  controller->setFilters({.onlyNew = true, .thisPlatform = true, .myVersions = true});
+  controller->closePanel();
+  controller->setFilters({.onlyNew = true, .thisPlatform = false, .myVersions = true});
+  QCOMPARE(controller->countNew(), ornwhatsnew::NewCount{});
 }
 
 void PanelControllerTest::displaysAgainInANewLanguage() {
