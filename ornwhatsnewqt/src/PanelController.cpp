@@ -49,17 +49,13 @@ PanelController::PanelController(const QString& dataFile, const Settings& settin
             [this](const auto& key, const auto& value) { store_.setState(key, value); }),
       filters_(readFilters(store_)) {
   connect(&store_, &SettingsStore::errorChanged, this, &PanelController::stateErrorChanged);
-  readDataFile();
-  list_.InitWithData(dataText_);
+  loadList();
   if (settings.announcesUpdates) {
     announcement_.emplace(store_, [this] { return list_.IsAnythingNew(optionsForNews()); });
     connect(&*announcement_, &Announcement::due, this, &PanelController::announcementDue);
   }
-  if (settings.firstStart == FirstStart::MarkAllSeen && store_.isStateEmpty()) {
-    list_.MarkAllSeen();
-    store_.commit();
-    list_.RefreshInternalSeenState();
-  }
+  marksAllSeen_ = settings.firstStart == FirstStart::MarkAllSeen && store_.isStateEmpty();
+  if (marksAllSeen_) markAllSeen();
   // The application object receives an event for a new language even if there is no widget.
   QCoreApplication::instance()->installEventFilter(this);
 }
@@ -77,9 +73,25 @@ void PanelController::readDataFile() {
   }
 }
 
-void PanelController::reload() {
+void PanelController::loadList() {
   readDataFile();
   list_.InitWithData(dataText_);
+}
+
+// Without a data file, the stored state stays empty. The changes of a file that arrives later, even
+// in a later session, then count as seen, too.
+void PanelController::markAllSeen() {
+  list_.MarkAllSeen();
+  if (isLoaded()) {
+    store_.commit();
+    marksAllSeen_ = false;
+  }
+  list_.RefreshInternalSeenState();
+}
+
+void PanelController::reload() {
+  loadList();
+  if (marksAllSeen_) markAllSeen();
   displayAgain();
 }
 

@@ -106,6 +106,8 @@ class PanelController : public QObject {
 
  private:
   void readDataFile();
+  void loadList();
+  void markAllSeen();
   void displayAgain();
   ornwhatsnew::DisplayOptions optionsForNews() const;
 
@@ -118,6 +120,7 @@ class PanelController : public QObject {
   std::optional<Announcement> announcement_;
   Filters filters_;
   ornwhatsnew::PanelLayout layout_;
+  bool marksAllSeen_ = false;  ///< at the next load of a data file, because the user is new
   int openPanels_ = 0;
   bool isDisplayed_ = false;
 };

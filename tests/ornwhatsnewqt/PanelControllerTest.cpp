@@ -63,6 +63,7 @@ class PanelControllerTest : public QObject {
 
  private Q_SLOTS:
   void aNewUserHasSeenEverything();
+  void aNewUserHasSeenADataFileThatArrivesLater();
   void aNewUserSeesEverythingIfTheApplicationWantsIt();
   void aDisplayMarksItsChangesAsSeen();
   void otherFiltersKeepWhatThePanelHasShown();
@@ -93,6 +94,20 @@ void PanelControllerTest::aNewUserHasSeenEverything() {
   // The state is stored, so that the next version finds an earlier use.
   QCOMPARE(world.stored(QStringLiteral("WhatsNew.LastVersionSeenWhatsNew")),
            QStringLiteral("4.3.0.118"));
+}
+
+void PanelControllerTest::aNewUserHasSeenADataFileThatArrivesLater() {
+  const TestWorld world;
+  QCOMPARE(controllerFor(world)->countNew(), ornwhatsnew::NewCount{});
+  // The application downloads its data file in the second session.
+  const auto controller = controllerFor(world);
+  world.writeData({kMapChange});
+  controller->reload();
+  QCOMPARE(controller->countNew(), ornwhatsnew::NewCount{});
+  world.writeData({kMapChange, kRequest});
+  controller->reload();
+  QCOMPARE(controller->countNew(), (ornwhatsnew::NewCount{1, 1}));
+  QCOMPARE(controllerFor(world)->countNew(), (ornwhatsnew::NewCount{1, 1}));
 }
 
 void PanelControllerTest::aNewUserSeesEverythingIfTheApplicationWantsIt() {
