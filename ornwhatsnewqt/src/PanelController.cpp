@@ -64,13 +64,15 @@ PanelController::~PanelController() = default;
 
 void PanelController::readDataFile() {
   QFile file(dataFile_);
-  if (file.open(QIODevice::ReadOnly)) {
-    dataText_ = file.readAll().toStdString();
-    errorString_.clear();
-  } else {
-    errorString_ = localizedText("$$$/ornwhatsnewqt/DataFile/NotReadable=cannot open '@0': @1",
-                                 {dataFile_, file.errorString()});
-  }
+  const QByteArray text = file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+  fileError_ = file.error() == QFileDevice::NoError ? QString() : file.errorString();
+  if (isLoaded()) dataText_ = text.toStdString();
+}
+
+QString PanelController::errorString() const {
+  if (isLoaded()) return {};
+  return localizedText("$$$/ornwhatsnewqt/DataFile/NotReadable=cannot open '@0': @1",
+                       {dataFile_, fileError_});
 }
 
 void PanelController::loadList() {

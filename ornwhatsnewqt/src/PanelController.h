@@ -39,8 +39,8 @@ class PanelController : public QObject {
   PanelController(const QString& dataFile, const Settings& settings, QObject* parent = nullptr);
   ~PanelController() override;
 
-  bool isLoaded() const { return errorString_.isEmpty(); }  ///< see `WhatsNew`
-  QString errorString() const { return errorString_; }      ///< see `WhatsNew`
+  bool isLoaded() const { return fileError_.isEmpty(); }  ///< see `WhatsNew`
+  QString errorString() const;                            ///< see `WhatsNew`
 
   /// Reads the data file again, and displays open panels again; see `WhatsNew::refresh`.
   void reload();
@@ -113,7 +113,7 @@ class PanelController : public QObject {
 
   QString dataFile_;
   ornwhatsnew::UTF8String dataText_;
-  QString errorString_;
+  QString fileError_;  ///< why the data file was not read, or an empty string
   SettingsStore store_;
   RatingPolicy ratingPolicy_;
   ornwhatsnew::FeatureListData list_;

@@ -6,6 +6,7 @@
 #include <functional>
 #include <map>
 #include <memory>
+#include <string_view>
 
 #include <QtCore/QObject>
 #include <QtCore/QSettings>
@@ -61,7 +62,7 @@ class SettingsStore : public QObject {
   bool setValue(const QString& key, const QVariant& value);
 
   /// Returns why the last write failed, in the user's language, or an empty string.
-  QString error() const { return error_; }
+  QString error() const;
 
  Q_SIGNALS:
   /// `error()` has changed.
@@ -72,7 +73,7 @@ class SettingsStore : public QObject {
 
   std::unique_ptr<QSettings> open() const;
   bool change(const std::function<void(QSettings&)>& edit);
-  void setError(const QString& error);
+  void setError(std::string_view keyText, const QString& file);
 
   QString file_;
   std::chrono::milliseconds patience_;
@@ -80,9 +81,10 @@ class SettingsStore : public QObject {
   ornwhatsnew::StateSetter setter_;
   StateValues snapshot_;
   bool usesSnapshot_ = false;
-  StateValues read_;     ///< the strings as they were read last
-  StateValues unsaved_;  ///< the strings that are not written yet
-  QString error_;
+  StateValues read_;               ///< the strings as they were read last
+  StateValues unsaved_;            ///< the strings that are not written yet
+  std::string_view errorKeyText_;  ///< of the error of the last write, or empty
+  QString errorFile_;
 };
 
 }  // namespace ornwhatsnewqt

@@ -76,6 +76,7 @@ class PanelControllerTest : public QObject {
   void reloadMarksNothingAsSeenWhileThePanelIsClosed();
   void reloadKeepsTheChangesIfTheFileCannotBeRead();
   void reportsAMissingDataFile();
+  void reportsADataFileThatCannotBeRead();
   void offersRatingsAfterTwoWeeksOnly();
   void offersNoRatingsWithoutUsageLogging();
   void theRatingPageLeavesTheStateUnchanged();
@@ -85,6 +86,7 @@ class PanelControllerTest : public QObject {
   void reportsAStoreThatCannotBeWritten();
   void keepsWhatWasShownWithOtherFiltersIfTheStoreCannotBeWritten();
   void displaysAgainInANewLanguage();
+  void reportsErrorsInANewLanguage();
 };
 
 void PanelControllerTest::aNewUserHasSeenEverything() {
@@ -261,6 +263,14 @@ void PanelControllerTest::reportsAMissingDataFile() {
   QVERIFY(controller->errorString().contains(world.dataFile()));
 }
 
+void PanelControllerTest::reportsADataFileThatCannotBeRead() {
+  const TestWorld world;
+  // This file can be opened, but its first byte cannot be read.
+  const PanelController controller(QStringLiteral("/proc/self/mem"), world.settings());
+  QVERIFY(!controller.isLoaded());
+  QVERIFY(controller.errorString().contains(QStringLiteral("'/proc/self/mem'")));
+}
+
 void PanelControllerTest::offersRatingsAfterTwoWeeksOnly() {
   const TestWorld world;
   world.writeData({kRequest});
@@ -385,6 +395,20 @@ void PanelControllerTest::displaysAgainInANewLanguage() {
   QCOMPARE(changes.count(), 1);
   QVERIFY(textOf(*controller).contains(QStringLiteral("zuletzt in v4.2.0.97")));
   QVERIFY(textOf(*controller).contains(QStringLiteral("Faster map")));
+}
+
+void PanelControllerTest::reportsErrorsInANewLanguage() {
+  const TestWorld world;
+  Settings settings = world.settings();
+  settings.settingsFile = QStringLiteral("/dev/null/settings.ini");
+  const auto controller = controllerFor(world, settings);
+  QVERIFY(controller->errorString().startsWith(QStringLiteral("cannot open")));
+  QVERIFY(controller->stateError().startsWith(QStringLiteral("cannot write")));
+  QTranslator german;
+  QVERIFY(german.load(QStringLiteral(":/ornwhatsnewqt/ornwhatsnew_de.qm")));
+  QCoreApplication::installTranslator(&german);
+  QVERIFY(!controller->errorString().startsWith(QStringLiteral("cannot open")));
+  QVERIFY(!controller->stateError().startsWith(QStringLiteral("cannot write")));
 }
 
 }  // namespace
