@@ -66,7 +66,7 @@ class ORNWHATSNEWQT_EXPORT WhatsNew : public QObject {
   /// 1 and 5, and `comment` can be empty. The application should send the rating to its makers.
   void rated(const QString& featureKey, int stars, const QString& comment);
 
-  /// The panel was opened.
+  /// The window with the panel was opened. A `PanelWidget` of the application emits nothing.
   void opened();
 
   /// The user has activated a link. The companion opens the link in a browser.

@@ -1,5 +1,7 @@
 #include "ornwhatsnewqt/src/Announcement.h"
 
+#include <algorithm>
+#include <string>
 #include <utility>
 
 #include <QtGui/QGuiApplication>
@@ -28,8 +30,10 @@ bool recordRunningVersion(SettingsStore& store) {
 }
 
 bool isUpdate(SettingsStore& store) {
-  const QString opened = QString::fromStdString(store.state(ornwhatsnew::kLastVersionSeenKey));
-  return opened != runningVersion() &&
+  // A user can have several versions at the same time, so the last version is not enough.
+  const std::string opened = store.state(ornwhatsnew::kAllVersionsSeenKey);
+  const std::string version = runningVersion().toStdString();
+  return std::ranges::count(ornwhatsnew::SplitPersistedList(opened), version) == 0 &&
          store.value(kAnnouncedVersionKey).toString() != runningVersion();
 }
 

@@ -17,8 +17,8 @@ namespace ornwhatsnewqt {
 /// dictionary of the process. Replaces `@0` to `@9` with the arguments.
 QString localizedText(std::string_view keyText, std::initializer_list<QString> arguments = {});
 
-/// A dictionary that asks the translators of the application. The context is "ornwhatsnew", and the
-/// source text is the key.
+/// A dictionary that queries the translators of the application. The context is "ornwhatsnew", and
+/// the source text is the key.
 class TranslatorDictionary final : public orncore::config::DictionarySource {
  public:
   ~TranslatorDictionary() override;

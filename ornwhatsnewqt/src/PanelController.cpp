@@ -49,17 +49,13 @@ PanelController::PanelController(const QString& dataFile, const Settings& settin
             [this](const auto& key, const auto& value) { store_.setState(key, value); }),
       filters_(readFilters(store_)) {
   connect(&store_, &SettingsStore::errorChanged, this, &PanelController::stateErrorChanged);
-  readDataFile();
-  list_.InitWithData(dataText_);
+  loadList();
   if (settings.announcesUpdates) {
     announcement_.emplace(store_, [this] { return list_.IsAnythingNew(optionsForNews()); });
     connect(&*announcement_, &Announcement::due, this, &PanelController::announcementDue);
   }
-  if (settings.firstStart == FirstStart::MarkAllSeen && store_.isStateEmpty()) {
-    list_.MarkAllSeen();
-    store_.commit();
-    list_.RefreshInternalSeenState();
-  }
+  marksAllSeen_ = settings.firstStart == FirstStart::MarkAllSeen && store_.isStateEmpty();
+  if (marksAllSeen_) markAllSeen();
   // The application object receives an event for a new language even if there is no widget.
   QCoreApplication::instance()->installEventFilter(this);
 }
@@ -68,18 +64,36 @@ PanelController::~PanelController() = default;
 
 void PanelController::readDataFile() {
   QFile file(dataFile_);
-  if (file.open(QIODevice::ReadOnly)) {
-    dataText_ = file.readAll().toStdString();
-    errorString_.clear();
-  } else {
-    errorString_ = localizedText("$$$/ornwhatsnewqt/DataFile/NotReadable=cannot open '@0': @1",
-                                 {dataFile_, file.errorString()});
+  const QByteArray text = file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+  fileError_ = file.error() == QFileDevice::NoError ? QString() : file.errorString();
+  if (isLoaded()) dataText_ = text.toStdString();
+}
+
+QString PanelController::errorString() const {
+  if (isLoaded()) return {};
+  return localizedText("$$$/ornwhatsnewqt/DataFile/NotReadable=cannot open '@0': @1",
+                       {dataFile_, fileError_});
+}
+
+void PanelController::loadList() {
+  readDataFile();
+  list_.InitWithData(dataText_);
+}
+
+// Without a data file, the stored state stays empty. The changes of a file that arrives later, even
+// in a later session, then count as seen, too.
+void PanelController::markAllSeen() {
+  list_.MarkAllSeen();
+  if (isLoaded()) {
+    store_.commit();
+    marksAllSeen_ = false;
   }
+  list_.RefreshInternalSeenState();
 }
 
 void PanelController::reload() {
-  readDataFile();
-  list_.InitWithData(dataText_);
+  loadList();
+  if (marksAllSeen_) markAllSeen();
   displayAgain();
 }
 
@@ -100,22 +114,30 @@ void PanelController::setFilters(const Filters& filters) {
   displayAgain();
 }
 
+void PanelController::openPanel() {
+  ++openPanels_;
+}
+
 void PanelController::display() {
-  store_.takeSnapshot();
-  isOpen_ = true;
+  // A user who returns from the rating page, or triggers the action again, sees the same news.
+  if (!isDisplayed_) store_.takeSnapshot();
+  isDisplayed_ = true;
   displayAgain();
 }
 
-void PanelController::endDisplay() {
-  isOpen_ = false;
-  layout_ = {};
+void PanelController::closePanel() {
+  --openPanels_;
+  if (openPanels_ == 0) {
+    isDisplayed_ = false;
+    layout_ = {};
+  }
   ratingPolicy_.close();
   Q_EMIT countChanged();
 }
 
-// While the panel is open, its content is new in relation to the state at the call of display().
+// The content of open panels is new in relation to the state at the first call of display().
 void PanelController::displayAgain() {
-  if (isOpen_) {
+  if (isDisplayed_) {
     store_.useSnapshot(true);
     list_.RefreshInternalSeenState();
     layout_ = list_.GetLayoutForDisplay(optionsOf(filters_));

@@ -29,9 +29,9 @@ struct Filters {
 
 /// Owns the list of a `WhatsNew`. Uses no widgets.
 ///
-/// From `display` to `endDisplay`, the panel is open. While it is open, a change is new if it was
-/// new at the call of `display`. Therefore, other filters or another language do not hide what the
-/// panel has just shown.
+/// Several panels can be open at the same time, and show the same layout. Until all panels are
+/// closed, a change is new if it was new at the first call of `display`. Therefore, other filters,
+/// another language or a visit to the rating page do not hide what a panel has just shown.
 class PanelController : public QObject {
   Q_OBJECT
  public:
@@ -39,10 +39,10 @@ class PanelController : public QObject {
   PanelController(const QString& dataFile, const Settings& settings, QObject* parent = nullptr);
   ~PanelController() override;
 
-  bool isLoaded() const { return errorString_.isEmpty(); }  ///< see `WhatsNew`
-  QString errorString() const { return errorString_; }      ///< see `WhatsNew`
+  bool isLoaded() const { return fileError_.isEmpty(); }  ///< see `WhatsNew`
+  QString errorString() const;                            ///< see `WhatsNew`
 
-  /// Reads the data file again, and displays the open panel again; see `WhatsNew::refresh`.
+  /// Reads the data file again, and displays open panels again; see `WhatsNew::refresh`.
   void reload();
 
   /// Returns how much is new with the current filters for platform and version.
@@ -51,21 +51,24 @@ class PanelController : public QObject {
   /// Returns the filters, which are stored.
   Filters filters() const { return filters_; }
 
-  /// Replaces and stores the filters. Displays the open panel again.
+  /// Replaces and stores the filters. Displays open panels again.
   void setFilters(const Filters& filters);
 
-  /// Opens the panel: creates the layout, and stores that the user has seen it.
+  /// Records that a panel was opened. Call `closePanel` when it is closed.
+  void openPanel();
+
+  /// Creates the layout of the open panels, and stores that the user has seen it.
   void display();
 
-  /// Closes the panel, and empties the layout.
-  void endDisplay();
+  /// Records that a panel was closed. Empties the layout if no panel is open any more.
+  void closePanel();
 
-  /// Returns the layout of the open panel. It is empty if the panel is closed.
+  /// Returns the layout of the open panels. It is empty before the first call of `display`.
   const ornwhatsnew::PanelLayout& layout() const { return layout_; }
 
   /// Returns the layout of the rating page. Does not change the state, because a user who opens the
   /// rating page has not seen the news. Uses up the request of this session: after the next
-  /// `endDisplay`, `canRate` returns false.
+  /// `closePanel`, `canRate` returns false.
   ornwhatsnew::PanelLayout ratingLayout();
 
   /// Returns whether the user can rate a feature; see `WhatsNew::rateAction`.
@@ -103,19 +106,23 @@ class PanelController : public QObject {
 
  private:
   void readDataFile();
+  void loadList();
+  void markAllSeen();
   void displayAgain();
   ornwhatsnew::DisplayOptions optionsForNews() const;
 
   QString dataFile_;
   ornwhatsnew::UTF8String dataText_;
-  QString errorString_;
+  QString fileError_;  ///< why the data file was not read, or an empty string
   SettingsStore store_;
   RatingPolicy ratingPolicy_;
   ornwhatsnew::FeatureListData list_;
   std::optional<Announcement> announcement_;
   Filters filters_;
   ornwhatsnew::PanelLayout layout_;
-  bool isOpen_ = false;
+  bool marksAllSeen_ = false;  ///< at the next load of a data file, because the user is new
+  int openPanels_ = 0;
+  bool isDisplayed_ = false;
 };
 
 }  // namespace ornwhatsnewqt

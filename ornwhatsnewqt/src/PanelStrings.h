@@ -1,4 +1,4 @@
-// Lists the key texts of the panel. `PanelController::translate` returns their translations.
+// Lists the key texts of the panel. `localizedText` returns their translations.
 #ifndef ORNWHATSNEWQT_SRC_PANELSTRINGS_H_
 #define ORNWHATSNEWQT_SRC_PANELSTRINGS_H_
 

@@ -142,6 +142,7 @@ void PanelWidget::Impl::connectWidgets() {
 void PanelWidget::Impl::openPage(PanelPage newPage) {
   if (!controller) return;
   page = newPage;
+  if (!isOpen) controller->openPanel();
   isOpen = true;
   search->hide();
   updateHeader();
@@ -162,7 +163,7 @@ void PanelWidget::Impl::closePages() {
   news->showLayout({}, PanelStyle(panel->palette(), panel->font()));
   ratings->clear();
   page = PanelPage::News;
-  if (controller) controller->endDisplay();
+  if (controller) controller->closePanel();
 }
 
 void PanelWidget::Impl::draw() {
@@ -170,8 +171,7 @@ void PanelWidget::Impl::draw() {
   const PanelStyle style(panel->palette(), panel->font());
   if (page == PanelPage::Ratings) {
     drawRatings(style);
-  } else if (!controller->layout().paragraphs.empty()) {
-    // The layout is empty if another panel of the same controller was closed.
+  } else {
     pages->setCurrentWidget(news);
     news->showLayout(controller->layout(), style);
   }

@@ -40,9 +40,9 @@ void RatingPage::showRequests(const std::vector<ornwhatsnew::RatingRequest>& req
     };
     return !card->isRated() && std::ranges::none_of(requests, isRequestOfCard);
   };
-  std::erase_if(cards_, [isObsolete](RatingCard* card) {
+  std::erase_if(cards_, [this, isObsolete](RatingCard* card) {
     if (!isObsolete(card)) return false;
-    delete card;
+    removeCard(card);
     return true;
   });
 
@@ -68,8 +68,16 @@ void RatingPage::addCard(const ornwhatsnew::RatingRequest& request) {
   });
 }
 
+// An application may close the panel when it receives a rating. The card that sends the rating must
+// exist until it has returned.
+void RatingPage::removeCard(RatingCard* card) {
+  column_->removeWidget(card);
+  card->hide();
+  card->deleteLater();
+}
+
 void RatingPage::clear() {
-  for (RatingCard* card : cards_) delete card;
+  for (RatingCard* card : cards_) removeCard(card);
   cards_.clear();
 }
 

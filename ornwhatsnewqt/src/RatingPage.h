@@ -44,6 +44,7 @@ class RatingPage : public QScrollArea {
   void finished();
 
  private:
+  void removeCard(RatingCard* card);
   void addCard(const ornwhatsnew::RatingRequest& request);
   RatingCard* findCard(const std::string& itemKey) const;
 

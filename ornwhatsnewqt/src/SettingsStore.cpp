@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <string_view>
 
 #include <QtCore/QDir>
 #include <QtCore/QFileInfo>
@@ -68,7 +67,10 @@ void SettingsStore::takeSnapshot() {
 
 void SettingsStore::setState(const ornwhatsnew::UTF8String& key,
                              const ornwhatsnew::UTF8String& value) {
-  unsaved_[key] = value;
+  const auto [unsaved, isFirst] = unsaved_.try_emplace(key, value);
+  if (isFirst) return;
+  // A list that uses a snapshot does not know the elements that the last commit could not write.
+  unsaved->second = ornwhatsnew::MergePersistedValue(key, unsaved->second, read_[key], value);
 }
 
 void SettingsStore::commit() {
@@ -116,7 +118,7 @@ bool SettingsStore::change(const std::function<void(QSettings&)>& edit) {
   lock.setStaleLockTime(0);
   if (!lock.tryLock(static_cast<int>(patience_.count())) &&
       lock.error() == QLockFile::LockFailedError) {
-    setError(localizedText(kLockedText, {file}));
+    setError(kLockedText, file);
     return false;
   }
   settings->sync();
@@ -126,14 +128,19 @@ bool SettingsStore::change(const std::function<void(QSettings&)>& edit) {
     settings->sync();
     isWritten = settings->status() == QSettings::NoError;
   }
-  setError(isWritten ? QString() : localizedText(kNotWritableText, {file}));
+  setError(isWritten ? std::string_view() : kNotWritableText, file);
   return isWritten;
 }
 
-void SettingsStore::setError(const QString& error) {
-  if (error == error_) return;
-  error_ = error;
+void SettingsStore::setError(std::string_view keyText, const QString& file) {
+  if (keyText == errorKeyText_) return;
+  errorKeyText_ = keyText;
+  errorFile_ = file;
   Q_EMIT errorChanged();
+}
+
+QString SettingsStore::error() const {
+  return errorKeyText_.empty() ? QString() : localizedText(errorKeyText_, {errorFile_});
 }
 
 }  // namespace ornwhatsnewqt

@@ -6,6 +6,7 @@
 #include <functional>
 #include <map>
 #include <memory>
+#include <string_view>
 
 #include <QtCore/QObject>
 #include <QtCore/QSettings>
@@ -45,7 +46,8 @@ class SettingsStore : public QObject {
   void takeSnapshot();
   void useSnapshot(bool isUsed) { usesSnapshot_ = isUsed; }
 
-  /// Buffers a string of the state for the next `commit`.
+  /// Buffers a string of the state for the next `commit`. Keeps the elements of a persisted list
+  /// that the previous `commit` could not write.
   void setState(const ornwhatsnew::UTF8String& key, const ornwhatsnew::UTF8String& value);
 
   /// Writes the buffered strings of the state, merged with what other programs have stored; see
@@ -60,7 +62,7 @@ class SettingsStore : public QObject {
   bool setValue(const QString& key, const QVariant& value);
 
   /// Returns why the last write failed, in the user's language, or an empty string.
-  QString error() const { return error_; }
+  QString error() const;
 
  Q_SIGNALS:
   /// `error()` has changed.
@@ -71,7 +73,7 @@ class SettingsStore : public QObject {
 
   std::unique_ptr<QSettings> open() const;
   bool change(const std::function<void(QSettings&)>& edit);
-  void setError(const QString& error);
+  void setError(std::string_view keyText, const QString& file);
 
   QString file_;
   std::chrono::milliseconds patience_;
@@ -79,9 +81,10 @@ class SettingsStore : public QObject {
   ornwhatsnew::StateSetter setter_;
   StateValues snapshot_;
   bool usesSnapshot_ = false;
-  StateValues read_;     ///< the strings as they were read last
-  StateValues unsaved_;  ///< the strings that are not written yet
-  QString error_;
+  StateValues read_;               ///< the strings as they were read last
+  StateValues unsaved_;            ///< the strings that are not written yet
+  std::string_view errorKeyText_;  ///< of the error of the last write, or empty
+  QString errorFile_;
 };
 
 }  // namespace ornwhatsnewqt

@@ -4,6 +4,8 @@
 #include <QtTest/QTest>
 #include <QtWidgets/QDialog>
 
+#include <ornwhatsnew/utility/PersistedList.h>
+
 #include "ornwhatsnewqt/src/Services.h"
 #include "ornwhatsnewqt/src/SettingsStore.h"
 #include "tests/ornwhatsnewqt/TestWorld.h"
@@ -37,6 +39,7 @@ class AnnouncementTest : public QObject {
   void doesNotAnnounceAtTheFirstStart();
   void announcesTheUpdateAfterAFirstStart();
   void doesNotAnnounceAVersionInWhichThePanelWasOpened();
+  void doesNotAnnounceAVersionAgainAfterAnotherOne();
   void doesNotAnnounceAnUpdateWithoutNews();
   void doesNotAnnounceToUsersWhoDoNotWantIt();
   void doesNotAnnounceIfItCannotRecordTheVersion();
@@ -73,6 +76,17 @@ void AnnouncementTest::doesNotAnnounceAVersionInWhichThePanelWasOpened() {
   const TestWorld world;
   update(world);
   world.storeEarlierUse(QStringLiteral("4.3.0.118"));
+  QVERIFY(!startAnnounces(world));
+}
+
+void AnnouncementTest::doesNotAnnounceAVersionAgainAfterAnotherOne() {
+  const TestWorld world;
+  update(world);
+  SettingsStore store(world.settings());
+  store.setState(ornwhatsnew::kAllVersionsSeenKey, "4.2.0.97 4.3.0.118");
+  store.commit();
+  QCOMPARE(world.stored(QStringLiteral("WhatsNew.LastVersionSeenWhatsNew")),
+           QStringLiteral("4.2.0.97"));
   QVERIFY(!startAnnounces(world));
 }
 

@@ -50,6 +50,7 @@ class LocalizedTextTest : public QObject {
   void cleanup();
   void returnsTheDefaultWithoutATranslator();
   void asksTheTranslatorsOfTheApplication();
+  void keepsATextWithANul();
   void germanHasATextForEveryKey();
   void germanHasNoTextForAnUnknownKey();
   void germanTextsKeepThePlaceholders();
@@ -82,6 +83,11 @@ void LocalizedTextTest::asksTheTranslatorsOfTheApplication() {
       localizedText("$$$/ornwhatsnewqt/Action/ShowCount=What's New (@0)", {QStringLiteral("3")}),
       QStringLiteral("Was ist neu (3)"));
   QCOMPARE(localizedText("$$$/unknown=Default ^B"), QStringLiteral("Default \u2022"));
+}
+
+void LocalizedTextTest::keepsATextWithANul() {
+  using namespace std::string_view_literals;
+  QCOMPARE(localizedText("Faster\0map"sv), QStringLiteral("Faster\0map"));
 }
 
 void LocalizedTextTest::germanHasATextForEveryKey() {

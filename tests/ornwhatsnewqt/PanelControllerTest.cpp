@@ -63,18 +63,20 @@ class PanelControllerTest : public QObject {
 
  private Q_SLOTS:
   void aNewUserHasSeenEverything();
+  void aNewUserHasSeenADataFileThatArrivesLater();
   void aNewUserSeesEverythingIfTheApplicationWantsIt();
   void aDisplayMarksItsChangesAsSeen();
   void otherFiltersKeepWhatThePanelHasShown();
   void theHeadingKeepsTheLastVersionWhileThePanelIsOpen();
   void aDisplayOfTheHostsStoreKeepsWhatWasShownWithOtherFilters();
-  void closingEmptiesTheLayout();
+  void closingTheLastPanelEmptiesTheLayout();
   void remembersTheFilters();
   void countsWithTheFilters();
   void reloadShowsTheNewFileInTheOpenPanel();
   void reloadMarksNothingAsSeenWhileThePanelIsClosed();
   void reloadKeepsTheChangesIfTheFileCannotBeRead();
   void reportsAMissingDataFile();
+  void reportsADataFileThatCannotBeRead();
   void offersRatingsAfterTwoWeeksOnly();
   void offersNoRatingsWithoutUsageLogging();
   void theRatingPageLeavesTheStateUnchanged();
@@ -82,7 +84,9 @@ class PanelControllerTest : public QObject {
   void offersRatingsOnceInASession();
   void opensSafeLinksOnly();
   void reportsAStoreThatCannotBeWritten();
+  void keepsWhatWasShownWithOtherFiltersIfTheStoreCannotBeWritten();
   void displaysAgainInANewLanguage();
+  void reportsErrorsInANewLanguage();
 };
 
 void PanelControllerTest::aNewUserHasSeenEverything() {
@@ -92,6 +96,20 @@ void PanelControllerTest::aNewUserHasSeenEverything() {
   // The state is stored, so that the next version finds an earlier use.
   QCOMPARE(world.stored(QStringLiteral("WhatsNew.LastVersionSeenWhatsNew")),
            QStringLiteral("4.3.0.118"));
+}
+
+void PanelControllerTest::aNewUserHasSeenADataFileThatArrivesLater() {
+  const TestWorld world;
+  QCOMPARE(controllerFor(world)->countNew(), ornwhatsnew::NewCount{});
+  // The application downloads its data file in the second session.
+  const auto controller = controllerFor(world);
+  world.writeData({kMapChange});
+  controller->reload();
+  QCOMPARE(controller->countNew(), ornwhatsnew::NewCount{});
+  world.writeData({kMapChange, kRequest});
+  controller->reload();
+  QCOMPARE(controller->countNew(), (ornwhatsnew::NewCount{1, 1}));
+  QCOMPARE(controllerFor(world)->countNew(), (ornwhatsnew::NewCount{1, 1}));
 }
 
 void PanelControllerTest::aNewUserSeesEverythingIfTheApplicationWantsIt() {
@@ -123,13 +141,14 @@ void PanelControllerTest::otherFiltersKeepWhatThePanelHasShown() {
   world.writeData({kMapChange, kWinChange});
   world.storeEarlierUse();
   const auto controller = controllerFor(world);
+  controller->openPanel();
   controller->display();
   QVERIFY(!textOf(*controller).contains(QStringLiteral("New tray icon")));
   controller->setFilters({.onlyNew = true, .thisPlatform = false, .myVersions = true});
   QVERIFY(textOf(*controller).contains(QStringLiteral("Faster map")));
   QVERIFY(textOf(*controller).contains(QStringLiteral("New tray icon")));
   // After the panel was closed, both changes are seen.
-  controller->endDisplay();
+  controller->closePanel();
   controller->display();
   QVERIFY(!controller->layout().hasItems);
 }
@@ -158,20 +177,24 @@ void PanelControllerTest::aDisplayOfTheHostsStoreKeepsWhatWasShownWithOtherFilte
   };
   const auto controller = controllerFor(world, settings);
   controller->setFilters({.onlyNew = true, .thisPlatform = false, .myVersions = true});
+  controller->openPanel();
   controller->display();
   controller->setFilters({.onlyNew = true, .thisPlatform = true, .myVersions = true});
-  controller->endDisplay();
+  controller->closePanel();
   controller->setFilters({.onlyNew = true, .thisPlatform = false, .myVersions = true});
   QCOMPARE(controller->countNew(), ornwhatsnew::NewCount{});
 }
 
-void PanelControllerTest::closingEmptiesTheLayout() {
+void PanelControllerTest::closingTheLastPanelEmptiesTheLayout() {
   const TestWorld world;
   world.writeData({kMapChange});
   const auto controller = controllerFor(world);
+  controller->openPanel();
+  controller->openPanel();
   controller->display();
+  controller->closePanel();
   QVERIFY(!controller->layout().paragraphs.empty());
-  controller->endDisplay();
+  controller->closePanel();
   QVERIFY(controller->layout().paragraphs.empty());
 }
 
@@ -240,6 +263,14 @@ void PanelControllerTest::reportsAMissingDataFile() {
   QVERIFY(controller->errorString().contains(world.dataFile()));
 }
 
+void PanelControllerTest::reportsADataFileThatCannotBeRead() {
+  const TestWorld world;
+  // This file can be opened, but its first byte cannot be read.
+  const PanelController controller(QStringLiteral("/proc/self/mem"), world.settings());
+  QVERIFY(!controller.isLoaded());
+  QVERIFY(controller.errorString().contains(QStringLiteral("'/proc/self/mem'")));
+}
+
 void PanelControllerTest::offersRatingsAfterTwoWeeksOnly() {
   const TestWorld world;
   world.writeData({kRequest});
@@ -289,10 +320,11 @@ void PanelControllerTest::offersRatingsOnceInASession() {
   world.writeData({kRequest});
   world.storeFirstStart(QDateTime::currentDateTimeUtc().addDays(-15));
   const auto controller = controllerFor(world, settingsWithLogging(world));
+  controller->openPanel();
   controller->ratingLayout();
   QVERIFY(controller->canRate());
   const QSignalSpy counts(controller.get(), &PanelController::countChanged);
-  controller->endDisplay();
+  controller->closePanel();
   QVERIFY(!controller->canRate());
   QCOMPARE(counts.count(), 1);
 }
@@ -333,6 +365,22 @@ void PanelControllerTest::reportsAStoreThatCannotBeWritten() {
   QCOMPARE(errors.count(), 1);
 }
 
+void PanelControllerTest::keepsWhatWasShownWithOtherFiltersIfTheStoreCannotBeWritten() {
+  const TestWorld world;
+  world.writeData({kMapChange, kWinChange});
+  Settings settings = world.settings();
+  settings.settingsFile = QStringLiteral("/dev/null/settings.ini");
+  settings.firstStart = FirstStart::ShowAll;
+  const auto controller = controllerFor(world, settings);
+  controller->setFilters({.onlyNew = true, .thisPlatform = false, .myVersions = true});
+  controller->openPanel();
+  controller->display();
+  controller->setFilters({.onlyNew = true, .thisPlatform = true, .myVersions = true});
+  controller->closePanel();
+  controller->setFilters({.onlyNew = true, .thisPlatform = false, .myVersions = true});
+  QCOMPARE(controller->countNew(), ornwhatsnew::NewCount{});
+}
+
 void PanelControllerTest::displaysAgainInANewLanguage() {
   const TestWorld world;
   world.writeData({kMapChange});
@@ -347,6 +395,20 @@ void PanelControllerTest::displaysAgainInANewLanguage() {
   QCOMPARE(changes.count(), 1);
   QVERIFY(textOf(*controller).contains(QStringLiteral("zuletzt in v4.2.0.97")));
   QVERIFY(textOf(*controller).contains(QStringLiteral("Faster map")));
+}
+
+void PanelControllerTest::reportsErrorsInANewLanguage() {
+  const TestWorld world;
+  Settings settings = world.settings();
+  settings.settingsFile = QStringLiteral("/dev/null/settings.ini");
+  const auto controller = controllerFor(world, settings);
+  QVERIFY(controller->errorString().startsWith(QStringLiteral("cannot open")));
+  QVERIFY(controller->stateError().startsWith(QStringLiteral("cannot write")));
+  QTranslator german;
+  QVERIFY(german.load(QStringLiteral(":/ornwhatsnewqt/ornwhatsnew_de.qm")));
+  QCoreApplication::installTranslator(&german);
+  QVERIFY(!controller->errorString().startsWith(QStringLiteral("cannot open")));
+  QVERIFY(!controller->stateError().startsWith(QStringLiteral("cannot write")));
 }
 
 }  // namespace

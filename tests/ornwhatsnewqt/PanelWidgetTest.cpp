@@ -101,6 +101,7 @@ class PanelWidgetTest : public QObject {
   void followsTheLanguage();
   void followsThePalette();
   void showsRatingsInPlaceOfTheNews();
+  void theNewsRemainAfterAVisitToTheRatings();
   void storesARating();
   void hasNoChoiceOfPagesWithoutRatings();
   void twoPanelsShowTheSameNews();
@@ -312,6 +313,14 @@ void PanelWidgetTest::showsRatingsInPlaceOfTheNews() {
   QVERIFY(find<QWidget>("filters").isVisible());
 }
 
+void PanelWidgetTest::theNewsRemainAfterAVisitToTheRatings() {
+  world_->writeData({kFaster, kRating});
+  open(settingsWithRatings());
+  find<QRadioButton>("ratings").click();
+  find<QRadioButton>("news").click();
+  QVERIFY(news().contains(QStringLiteral("Faster map")));
+}
+
 void PanelWidgetTest::storesARating() {
   world_->writeData({kRating});
   open(settingsWithRatings());
@@ -345,6 +354,9 @@ void PanelWidgetTest::twoPanelsShowTheSameNews() {
   QCOMPARE(second.findChild<NewsPage*>()->toPlainText(), news());
   second.hide();
   QVERIFY(news().contains(QStringLiteral("Faster map")));
+  // The other panel still reacts to its filters.
+  find<QCheckBox>("thisPlatform").click();
+  QVERIFY(news().contains(QStringLiteral("Zoom with the wheel")));
 }
 
 void PanelWidgetTest::twoObjectsOfOneApplicationAreIndependent() {

@@ -2,6 +2,7 @@
 
 #include <memory>
 
+#include <QtCore/QPointer>
 #include <QtTest/QSignalSpy>
 #include <QtTest/QTest>
 #include <QtWidgets/QApplication>
@@ -36,6 +37,7 @@ class RatingPageTest : public QObject {
   void worksWithTheKeyboardAlone();
   void keepsTheChoicesWhenRequestsAreShownAgain();
   void removesRequestsThatAreGone();
+  void mayBeClearedWhenItReportsARating();
   void fitsANarrowPanel();
 
  private:
@@ -160,10 +162,25 @@ void RatingPageTest::keepsTheChoicesWhenRequestsAreShownAgain() {
 
 void RatingPageTest::removesRequestsThatAreGone() {
   page_->showRequests({kScanner});
-  QCOMPARE(page_->findChildren<RatingCard*>().size(), 1);
+  QTRY_COMPARE(page_->findChildren<RatingCard*>().size(), 1);
+  QCOMPARE(card(0).itemKey(), QStringLiteral("EPIC-2"));
   page_->showRequests({});
   QVERIFY(page_->isEmpty());
   QVERIFY(!page_->focusNextCard());
+}
+
+void RatingPageTest::mayBeClearedWhenItReportsARating() {
+  const QPointer<RatingCard> rated = &card(0);
+  bool isAliveAfterwards = false;
+  connect(page_.get(), &RatingPage::rated, page_.get(), [&] {
+    page_->clear();
+    isAliveAfterwards = !rated.isNull();
+  });
+  choice(0, 4).click();
+  sendButton(0).click();
+  QVERIFY(isAliveAfterwards);
+  QVERIFY(page_->isEmpty());
+  QTRY_VERIFY(rated.isNull());
 }
 
 void RatingPageTest::fitsANarrowPanel() {

@@ -7,6 +7,7 @@
 #include <QtWidgets/QApplication>
 #include <QtWidgets/QDialog>
 #include <QtWidgets/QLineEdit>
+#include <QtWidgets/QTextBrowser>
 
 #include <ornappsupport/analytics/SDMUsageLogger.h>
 #include <ornappsupport/feature/FeatureService.h>
@@ -49,6 +50,7 @@ class WhatsNewTest : public QObject {
   void aSecondTriggerKeepsTheWindow();
   void aClosedWindowIsDeleted();
   void destroysTheOpenWindow();
+  void theParentMayBeDestroyedWhileTheWindowIsOpen();
   void aPanelMayOutliveTheObject();
   void opensAfterAnUpdateIfTheApplicationWantsIt();
   void opensNothingByDefault();
@@ -127,9 +129,13 @@ void WhatsNewTest::aSecondTriggerKeepsTheWindow() {
   const QSignalSpy opened(&whatsNew, &WhatsNew::opened);
   whatsNew.showAction()->trigger();
   const QDialog* const window = openWindow();
+  const auto* const page = window->findChild<QTextBrowser*>();
+  const QString news = page->toPlainText();
+  QVERIFY(news.contains(QStringLiteral("Faster map")));
   whatsNew.showAction()->trigger();
   QCOMPARE(openWindow(), window);
   QCOMPARE(opened.count(), 1);
+  QCOMPARE(page->toPlainText(), news);
 }
 
 void WhatsNewTest::aClosedWindowIsDeleted() {
@@ -152,6 +158,21 @@ void WhatsNewTest::destroysTheOpenWindow() {
   QVERIFY(openWindow() != nullptr);
   whatsNew.reset();
   QVERIFY(openWindow() == nullptr);
+}
+
+void WhatsNewTest::theParentMayBeDestroyedWhileTheWindowIsOpen() {
+  auto mainWindow = std::make_unique<QWidget>();
+  mainWindow->show();
+  auto* const whatsNew = new WhatsNew(world_->dataFile(), world_->settings(), mainWindow.get());
+  // The panel is destroyed after its object, and the badge as well.
+  auto* const panel = new ornwhatsnewqt::PanelWidget(whatsNew, mainWindow.get());
+  panel->show();
+  new WhatsNewBadge(whatsNew, mainWindow.get());
+  whatsNew->showAction()->trigger();
+  const QPointer<QDialog> window = openWindow();
+  QVERIFY(!window.isNull());
+  mainWindow.reset();
+  QVERIFY(window.isNull());
 }
 
 void WhatsNewTest::aPanelMayOutliveTheObject() {
