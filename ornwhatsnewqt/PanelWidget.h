@@ -40,13 +40,19 @@ class ORNWHATSNEWQT_EXPORT PanelWidget : public QWidget {
   /// if it is hidden. The news do not count as seen.
   void showRatings();
 
+  /// Returns 720 x 760 device-independent pixels.
   QSize sizeHint() const override;
 
  protected:
+  /// Draws the panel again after a change of the palette, the font or the style.
   void changeEvent(QEvent* event) override;
+  /// Closes the display, unless the window system has hidden the window.
   void hideEvent(QHideEvent* event) override;
+  /// Ends an open search if the key is Escape.
   void keyPressEvent(QKeyEvent* event) override;
+  /// Centres the content.
   void resizeEvent(QResizeEvent* event) override;
+  /// Displays the news, unless a page is already open.
   void showEvent(QShowEvent* event) override;
 
  private:

@@ -79,7 +79,7 @@ PanelStyle::PanelStyle(const QPalette& palette, const QFont& font) : font_(font)
 
 QFont PanelStyle::font(float size, QFont::Weight weight) const {
   QFont font = font_;
-  font.setPixelSize(qRound(qreal{size} * scale_));
+  font.setPixelSize(static_cast<int>(std::lround(qreal{size} * scale_)));
   font.setWeight(weight);
   return font;
 }

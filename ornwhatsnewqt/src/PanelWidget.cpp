@@ -30,6 +30,8 @@ namespace ornwhatsnewqt {
 
 struct PanelWidget::Impl {
   Impl(PanelWidget* owner, PanelController* panelController);
+  Impl(const Impl&) = delete;
+  Impl& operator=(const Impl&) = delete;
 
   void addWidgets();
   void centerTop();

@@ -115,9 +115,8 @@ Finding& LintContext::ReportFile(LintCode code, std::string message) {
   return Add(code, std::move(message), {});
 }
 
-Finding& LintContext::ReportHost(LintCode code, std::string message) {
-  const std::string content = message;
-  Finding& finding = Add(code, std::move(message), content);
+Finding& LintContext::ReportHost(LintCode code, const std::string& message) {
+  Finding& finding = Add(code, message, message);
   finding.file = host_->file;
   return finding;
 }

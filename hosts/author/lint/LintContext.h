@@ -67,7 +67,7 @@ class LintContext {
   /// Reports a finding on the whole data file.
   Finding& ReportFile(LintCode code, std::string message);
   /// Reports a finding on the whole host description. REQUIRES: there is a host.
-  Finding& ReportHost(LintCode code, std::string message);
+  Finding& ReportHost(LintCode code, const std::string& message);
 
   /// Returns the place of `row` with a message.
   RelatedPlace Related(const LintRow& row, std::string message) const;
