@@ -16,8 +16,6 @@
 
 #include "hosts/common/FileDescriptor.h"
 
-extern char** environ;
-
 namespace hosts::author {
 namespace {
 

@@ -116,8 +116,9 @@ void FinishReport(LintReport& report) {
                            [key](const Finding& a, const Finding& b) { return key(a) < key(b); });
   // The finding on a host description is the same for each data file.
   const auto isEqual = [key](const Finding& a, const Finding& b) { return key(a) == key(b); };
-  const auto duplicates = std::ranges::unique(report.findings, isEqual);
-  report.findings.erase(duplicates.begin(), duplicates.end());
+  // clang 14 cannot compile the result of std::ranges::unique.
+  report.findings.erase(std::unique(report.findings.begin(), report.findings.end(), isEqual),
+                        report.findings.end());
   std::unordered_map<std::string, std::size_t> counts;
   for (Finding& finding : report.findings) {
     const std::size_t number = ++counts[finding.file + "\n" + finding.fingerprint];

@@ -76,9 +76,9 @@ std::string CodePage() {
       "the\n";
   text += "data file.\n\n| Code | Severity | Summary |\n|---|---|---|\n";
   for (const LintCodeInfo& info : kLintCodes) {
-    const std::string name(info.name);
-    text += "| [" + name + "](#" + name + ") | " + std::string(SeverityName(info.severity)) +
-            " | " + std::string(info.summary) + " |\n";
+    const std::string_view name = info.name;
+    text.append("| [").append(name).append("](#").append(name).append(") | ");
+    text.append(SeverityName(info.severity)).append(" | ").append(info.summary).append(" |\n");
   }
   for (const LintCodeInfo& info : kLintCodes) {
     text += "\n## " + std::string(info.name) + "\n\n";
