@@ -89,7 +89,7 @@ class LintRun {
     if (arguments_.fix != LintFixMode::kNone) {
       // A mistake whose code is off stays in the file.
       author::ApplySeverities(report, severities);
-      text = Fix(file, std::move(text), report);
+      text = Fix(file, text, report);
       report = author::LintDataFile(name, text, Host());
     }
     if (arguments_.baseline) report.Append(Compare(file, name, text));
