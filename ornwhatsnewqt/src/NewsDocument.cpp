@@ -176,7 +176,7 @@ NewsDocument::NewsDocument(const ornwhatsnew::PanelLayout& layout, const PanelSt
   setDocumentMargin(0);
   setDefaultFont(style.font(ornwhatsnew::kFontSize_NormalSmall));
   QTextFrameFormat frame = rootFrame()->frameFormat();
-  frame.setTopMargin(kPageMargin / 2);
+  frame.setTopMargin(kPageMargin / 2.0);
   rootFrame()->setFrameFormat(frame);
   Writer(*this, layout, style, elements_).write();
 }

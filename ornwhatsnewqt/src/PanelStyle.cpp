@@ -39,8 +39,8 @@ QColor mix(const QColor& from, const QColor& to, float share) {
 /// Returns `wanted`, moved towards `text` until it is readable on both backgrounds.
 QColor readable(const QColor& wanted, const QColor& text, const QColor& background,
                 const QColor& otherBackground) {
-  for (float share = 0; share < 1; share += 0.1F) {
-    const QColor color = mix(wanted, text, share);
+  for (int tenths = 0; tenths < 10; ++tenths) {
+    const QColor color = mix(wanted, text, 0.1F * static_cast<float>(tenths));
     const bool isReadable = contrast(color, background) >= kMinimumContrast &&
                             contrast(color, otherBackground) >= kMinimumContrast;
     if (isReadable) return color;

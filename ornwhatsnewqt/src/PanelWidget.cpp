@@ -79,6 +79,9 @@ PanelWidget::Impl::Impl(PanelWidget* owner, PanelController* panelController)
   updateHeader();
 }
 
+// These functions change the widgets to which the members point.
+// NOLINTBEGIN(readability-make-member-function-const)
+
 void PanelWidget::Impl::addWidgets() {
   header->setObjectName(QStringLiteral("header"));
   filters->setObjectName(QStringLiteral("filters"));
@@ -232,6 +235,8 @@ void PanelWidget::Impl::print() {
   });
   dialog->open();
 }
+
+// NOLINTEND(readability-make-member-function-const)
 
 PanelWidget::PanelWidget(WhatsNew* whatsNew, QWidget* parent)
     : QWidget(parent), impl_(std::make_unique<Impl>(this, whatsNew->controller())) {}
