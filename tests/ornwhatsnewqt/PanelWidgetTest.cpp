@@ -48,7 +48,7 @@ const ChangeRow kRating{.version = "4.3",
                         .ratingRequest = "RequestRating",
                         .description = "Rate it"};
 
-/// Stands for a browser.
+/// Receives the links that the panel opens, instead of a browser.
 class Browser : public QObject {
   Q_OBJECT
 
