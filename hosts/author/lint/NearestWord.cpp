@@ -97,6 +97,10 @@ std::optional<std::string> NearestWord(std::string_view text,
 }
 
 std::string_view TrimSpaces(std::string_view text) {
+  // Nearly all fields begin and end with such a character, and every rule for words calls this
+  // function.
+  const auto isPrintableASCII = [](char c) { return c > ' ' && c <= '~'; };
+  if (!text.empty() && isPrintableASCII(text.front()) && isPrintableASCII(text.back())) return text;
   static constexpr std::array<std::string_view, 5> kSpaces = {" ", "\t", "\xC2\xA0", "\xE2\x80\xAF",
                                                               "\xE3\x80\x80"};
   const auto trimOne = [&text] {
