@@ -29,7 +29,7 @@ configure() {
   local preset=$1
   if [[ ! -f build/$preset/build.ninja || CMakePresets.json -nt build/$preset/build.ninja ]]; then
     say "Configuring build/$preset"
-    cmake --preset "$preset" -Wno-dev >"$(log_file "configure-$preset")" 2>&1 || {
+    cmake --fresh --preset "$preset" -Wno-dev >"$(log_file "configure-$preset")" 2>&1 || {
       cat "$(log_file "configure-$preset")" >&2
       # Delete these files, so that the next run does not assume that the folder is configured.
       rm -f "build/$preset/build.ninja" "build/$preset/CMakeCache.txt"
