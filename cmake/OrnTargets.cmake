@@ -110,9 +110,8 @@ function(orn_add_tests name)
 endfunction()
 
 # orn_speed_up_test_compilation(NAME)
-# Compiles the target NAME without optimisation in release builds, to save compile time. Call this
+# Compiles the target NAME without optimisation in every configuration, to save compile time. Call this
 # function for all test programs and for their precompiled header, which needs the same options.
 function(orn_speed_up_test_compilation name)
-  target_compile_options(${name} PRIVATE
-    $<$<AND:$<CONFIG:Release>,$<CXX_COMPILER_ID:GNU,Clang,AppleClang>>:-O0>)
+  target_compile_options(${name} PRIVATE $<$<CXX_COMPILER_ID:GNU,Clang,AppleClang>:-O0>)
 endfunction()
