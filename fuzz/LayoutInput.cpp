@@ -33,8 +33,8 @@ std::string ComposedLink(unsigned flags, std::string_view text) {
   return link + '/' + std::string(text);
 }
 
-// Replaces U+E000 to U+E7FF with surrogates. Adds a full stop, so that a surrogate at the end forms
-// no pair with the next span.
+// Replaces U+E000 to U+E7FF with surrogates. If the result ends with a high surrogate, adds a full
+// stop, so that the surrogate forms no pair with the next span.
 std::u16string WithSurrogates(std::u16string text) {
   for (char16_t& unit : text) {
     if (unit >= 0xE000 && unit < 0xE800) unit = static_cast<char16_t>(unit - 0x800);

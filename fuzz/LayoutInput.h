@@ -1,8 +1,8 @@
 // Reads a layout from a fuzzer's input.
 //
 // Each part of the input is a span or a rating request: one byte for its style and paragraph, one
-// byte for its link, and its text. The lowest four bits of the first byte are the style; 15 is no
-// style. The next three bits are:
+// byte for its link, and its text. The lowest four bits of the first byte are the style; 15 means
+// that the span has no style. The next three bits are:
 //
 //   0 to 4  the span begins a paragraph of this kind
 //   5       the part is a rating request, and its text is the question

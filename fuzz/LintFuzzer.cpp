@@ -1,8 +1,8 @@
 // Fuzzes `ornwhatsnew lint`: checks the findings in a data file, their output, and their
 // corrections.
 //
-// The input consists of a line of switches and the data file. The first switch selects the host
-// (1), and the comparison with the file itself (2).
+// The input consists of a line with one switch and of the data file. The flags of the switch are:
+// 0x01 checks the file with a host, and 0x02 also compares the file with itself as the baseline.
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>

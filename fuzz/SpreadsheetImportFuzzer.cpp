@@ -2,7 +2,7 @@
 //
 // The input consists of a line with two switches and of the bytes of a file. The first switch
 // selects the encoding of a spreadsheet. If the second switch is odd, the file is a data file, and
-// the first line of the input is the text of the new change, too.
+// the line of switches is also the text of the new change.
 #include <algorithm>
 #include <array>
 #include <cstddef>

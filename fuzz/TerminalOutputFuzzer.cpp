@@ -3,7 +3,8 @@
 // The input consists of a line of two switches and of a layout (LayoutInput.h). The switches are:
 //
 //   0  the width in columns, modulo 128; 0 means no limit
-//   1  flags: 0x01 no styles, 0x02 either styles or hyperlinks, but not both
+//   1  flags: 0x01 no styles, 0x02 exactly one of styles and hyperlinks; without 0x02, the output
+//      has both or neither
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
@@ -48,8 +49,8 @@ UChar32 PlainReplacement(UChar32 character) {
   return isReplaced ? 0xFFFD : character;
 }
 
-// Returns the characters that the panel must show, in order. Omits spaces, because the layout adds
-// and removes them. Omits invisible characters, because the program keeps only some of them.
+// Returns the characters that the panel must show, in order. Omits white space, because wrapping
+// adds and removes it. Omits invisible characters, because the program keeps only some of them.
 std::string VisibleCharacters(std::string_view text) {
   const std::u16string utf16 = PlainUTF8to16(text);
   const icu::UnicodeString characters(utf16.data(), static_cast<std::int32_t>(utf16.size()));
@@ -117,8 +118,8 @@ void RequireOneTarget(const std::string& link) {
   Require(target.size() <= ornwhatsnew::kMaximumPrintedTarget, "a target is short");
 }
 
-// Requires that the host in the printed target of a composed link ends with `kHost`. Finds the host
-// by the rules of a browser.
+// Requires that the host in the printed target of a composed link ends with `kComposedHost`. Finds
+// the host in the same way as a browser.
 void RequireVisibleHost(const std::string& link) {
   const std::string target = PrintedLinkTarget(link);
   std::string_view rest = target;
