@@ -35,7 +35,7 @@ constexpr int kFewChanges = 300;
 constexpr int kManyChanges = 10'000;
 constexpr int kScrollSteps = 200;
 
-// A What's New with `rows` changes, and its window.
+// A `WhatsNew` object with a data file of `rows` changes, and its window.
 class SamplePanel {
  public:
   explicit SamplePanel(std::size_t rows) {
@@ -65,7 +65,7 @@ class SamplePanel {
     QCoreApplication::processEvents();
   }
 
-  // Returns the page of news of the open window.
+  // Returns the news page of the open window.
   static QTextBrowser& Page() {
     for (QWidget* const window : QApplication::topLevelWidgets()) {
       auto* const page = window->findChild<QTextBrowser*>(QStringLiteral("newsPage"));
@@ -81,7 +81,7 @@ class SamplePanel {
 };
 
 // Returns the panel with the given number of changes, which all benchmarks of this program share.
-// Its first use has loaded the fonts.
+// Opens and closes each new panel once, so that no benchmark measures the loading of fonts.
 SamplePanel& PanelOf(std::size_t rows) {
   static std::map<std::size_t, std::unique_ptr<SamplePanel>> panels;
   std::unique_ptr<SamplePanel>& panel = panels[rows];

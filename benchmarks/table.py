@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Prints a table of benchmark results, from the JSON files of Google Benchmark.
+"""Prints a table of the benchmark results in JSON files of Google Benchmark.
 
 Usage: python3 table.py FILE...
 """
@@ -44,7 +44,7 @@ START_GOAL = 0.3
 PANEL_GOALS = {300: 16, 10_000: 1_000}
 # The largest allowed 99th percentile of the times to scroll the panel, in milliseconds.
 SCROLL_GOAL = 16
-# The largest allowed part of the memory of an open panel that is still allocated after it is closed.
+# The largest allowed part of an open panel's memory that is still allocated after the panel is closed.
 CLOSED_MEMORY_GOAL = 0.01
 
 

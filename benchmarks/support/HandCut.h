@@ -16,7 +16,7 @@
 namespace benchmarks {
 
 /// Splits a data file. Calls `sink.Field(column, text)` for each field, without quotes, and
-/// `sink.Row(columns)` after the fields of each row. A blank row has no fields.
+/// `sink.Row(columns)` after the fields of each row. An empty row has no fields.
 template <class Sink>
 class HandCutter {
  public:
