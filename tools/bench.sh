@@ -24,8 +24,9 @@ require_subject() {
   fail "unknown subject '$1'; the subjects are: ${bench_subjects[*]}"
 }
 
-# Runs the benchmarks of a subject and their baselines in random order, so that other load on the
-# machine affects all of them equally. StartBenchmark.cpp and PanelBenchmark.cpp set their own numbers of repetitions.
+# Runs the benchmarks of a subject and their baselines in random order, so that other load on the machine
+# affects all of them equally. StartBenchmark.cpp and PanelBenchmark.cpp set their own numbers of
+# repetitions.
 run_benchmark() {
   local subject=$1
   "build/bench/bin/benchmark_$subject" --benchmark_repetitions=9 --benchmark_min_time=0.05 \
@@ -118,8 +119,8 @@ require_linear_json() {
   ((peak <= 20 * bytes)) || { echo "FAILED: more than 20 bytes of memory per byte" && return 1; }
 }
 
-# Runs the reader on JSON input of this shape and size. Prints the number of instructions that the reader and
-# its callees execute, the actual size of the input, and the peak memory use, both in bytes.
+# Runs the reader on JSON input of this shape and size. Prints the number of instructions that the reader
+# and its callees execute, the actual size of the input in bytes, and the peak memory use in bytes.
 measure_json() {
   local shape=$1 bytes=$2 counts
   counts=$(log_file "growth-$shape-$bytes")

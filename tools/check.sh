@@ -99,8 +99,8 @@ check_qt_headers() {
   check_headers "$@" -fPIC "${flags[@]/#-I/-isystem}"
 }
 
-# Checks only the syntax, because the libraries for Windows are not installed. Of the system's headers,
-# the include path contains only those of ICU, which are the same on every system.
+# Checks only the syntax, because the libraries for Windows are not installed. The include path contains
+# only the ICU headers of this system, because they are the same on every system.
 stage_windows() {
   local include=build/windows/include
   mkdir -p "$include" &&
@@ -114,8 +114,7 @@ stage_windows() {
 
 stage_static() { build_and_test static; }
 
-# Uses clang and the static library. CI therefore compiles everything only twice: here and in the stage
-# "release". Skips the package tests, because they build hosts without sanitizers. Such hosts cannot link
+# Uses clang and the static library, so that CI needs no other builds to test them. Skips the package tests, because they build hosts without sanitizers. Such hosts cannot link
 # a library with sanitizers.
 stage_sanitize() {
   ASAN_OPTIONS=strict_string_checks=1:detect_stack_use_after_return=1 \

@@ -9,7 +9,7 @@ lowdown=$1 page=$2 version=$3 output=$4
 # Outside a git clone, use the modification date of the page.
 date=$(git -C "$(dirname "$page")" log -1 --format=%cs -- "$page" 2>/dev/null || true)
 
-# Correct the output of lowdown. mandoc does not support its font C. A link to another page would show the
+# Correct the output of lowdown. mandoc does not support the font C. A link to another page would show the
 # file name twice. A paragraph macro directly after a heading is redundant.
 "$lowdown" -sTman -m title=ORNWHATSNEW -m section=5 -m "date=${date:-$(date -u -r "$page" +%F)}" \
   -m "source=ornwhatsnew $version" -m 'volume=File Formats' "$page" |

@@ -38,8 +38,8 @@ is_installed() {
   [[ $(dpkg-query --show --showformat='${db:Status-Status}' "$1" 2>/dev/null) == installed ]]
 }
 
-# Installs the missing packages of a command. Without dpkg, it installs nothing, and CMake reports the
-# missing dependencies.
+# Installs the missing packages of a command. If this machine has no dpkg, installs nothing. In this case,
+# CMake reports the missing dependencies.
 ensure_packages() {
   command -v dpkg-query >/dev/null || return 0
   local missing=() package

@@ -55,7 +55,8 @@ command_kills() {
   kill_in hosts_console_tests ProgramKillTest "$kills"
 }
 
-# Runs the tests "EveryKill..." of a suite and prints the line of their output with the number of kills.
+# Runs the tests of a suite whose names begin with "EveryKill". Prints the line of their output that
+# contains the number of kills.
 kill_in() {
   local program=$1 suite=$2 kills=$3 log
   log=$(log_file "kills-$suite")
