@@ -34,7 +34,7 @@ std::shared_ptr<const FixedFeatureService> MakeFeatureService() {
   return features;
 }
 
-// Sends a rating to the makers of the application. This example only prints it.
+// Sends a rating to the developers of the application. This example only prints it.
 void SendRating(const QString& featureKey, int stars, const QString& comment) {
   qInfo().noquote() << featureKey << stars << comment;
 }
