@@ -25,7 +25,7 @@ using hosts::common::RatingItemsJson;
 using hosts::common::RunsJson;
 using hosts::common::TextJson;
 
-/// The form in which results contain persisted lists.
+/// The form of persisted lists in results.
 enum class ListForm {
   kSorted,  ///< the array of the elements in ascending byte order, with duplicates
   kText,    ///< the string that the library wrote

@@ -37,8 +37,8 @@ int PrintResults(const std::vector<std::string>& files, Streams streams);
 int CheckResults(const std::vector<std::string>& files, Accepted accepted, Streams streams);
 
 /// Reads one scenario per line from `streams.in` and runs it. Writes and flushes the results or the
-/// error as one line before it reads the next scenario. Ignores blank lines. Returns the exit
-/// status.
+/// error as one line before it reads the next scenario. Ignores lines that contain only white
+/// space. Returns the exit status.
 int RunBatch(Streams streams);
 
 }  // namespace conformance

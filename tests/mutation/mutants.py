@@ -2,7 +2,7 @@
 
 A mutant is one small change that a test should notice, for example another comparison, another
 constant, a negated condition, or a removed statement. This module does not parse C++, so some mutants
-do not compile. The rate of killed mutants does not include them.
+do not compile. The rate of killed mutants does not include mutants that do not compile.
 """
 
 import hashlib

@@ -74,8 +74,8 @@ TEST(LinkTarget, ShowsTheHostOfALinkWithAnotherScheme) {
 
 TEST(LinkTarget, IsCutBetweenEscapes) {
   const std::string spaces(100, ' ');
-  // With one of these lengths, a cut that ignores escapes would be after the first byte of an
-  // escape, and with another one, it would be after the second byte.
+  // If the cut ignored escapes, it would be after the first byte of an escape for one of these
+  // words, and after the second byte for another word.
   for (const std::string word : {"", "a", "ab"}) {
     EXPECT_THAT(
         PrintedLinkTarget("https://x/" + word + spaces),

@@ -60,7 +60,7 @@ TEST(MarkdownRenderer, EscapesInlineSyntax) {
             RenderNotice(u"a - b + c = 1. d! (v1.2) 50 % 'x' \"y\""));
 }
 
-// GitHub would make a link of such a URL.
+// GitHub would turn such a URL into a link.
 TEST(MarkdownRenderer, AURLInATextIsNoLink) {
   EXPECT_EQ("http:/\\/x www\\.x\n", RenderNotice(u"http://x www.x"));
   EXPECT_EQ("http:/\\/x\n", RenderNotice(u"http:\u202E/\uFEFF/x"));
@@ -93,8 +93,8 @@ TEST(MarkdownRenderer, EscapesANumberThatSeveralSpansForm) {
   EXPECT_EQ("12\\. x\n", Render(LayoutBuilder().Begin(kNotice).Span(u"1").Span(u"2").Span(u". x")));
 }
 
-// CommonMark limits the numbers of ordered lists to nine digits. The renderer examines no longer
-// lines, so that it takes linear time.
+// CommonMark limits the numbers of ordered lists to nine digits. The renderer searches only short
+// lines for digits, because its running time would otherwise be quadratic.
 TEST(MarkdownRenderer, EscapesOnlyNumbersThatCanBeginAList) {
   EXPECT_EQ("123456789\\. x\n", RenderNotice(u"123456789. x"));
   EXPECT_EQ("1234567890. x\n", RenderNotice(u"1234567890. x"));

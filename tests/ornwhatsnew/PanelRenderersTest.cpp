@@ -32,7 +32,8 @@ TEST(PanelRenderers, RandomPanelsKeepTheirContent) {
   }
 }
 
-// Returns syntax of HTML and CommonMark, characters that the renderers replace, and words.
+// Returns a random string of HTML and CommonMark syntax, characters that the renderers replace, and
+// words.
 std::u16string HostileText(RandomSource& random) {
   static const std::u16string kFragments[] = {
       u"<",          u">",        u"&",      u"&lt;",       u"&#39;",  u"\"",     u"'",

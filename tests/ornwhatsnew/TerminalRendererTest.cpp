@@ -96,7 +96,8 @@ TEST(TerminalRenderer, LineEndsInAParagraphKeepTheHangingIndent) {
   EXPECT_EQ("   \u2022  one\n\n      two\n", RenderChange(u"one\u2028 \u2028\u2028two"));
 }
 
-// Otherwise the size of the result would be the product of the bullet's length and the line count.
+// If a long bullet indented each line by its width, the size of the result would grow with the
+// product of the bullet's length and the number of lines.
 TEST(TerminalRenderer, ALongBulletDoesNotIndentEachLineByItsWidth) {
   LayoutBuilder builder;
   builder.Begin(kChange).Span(u"one\u2028two");

@@ -41,8 +41,8 @@ function(check_embedding name packages)
   if(NOT "ORNWHATSNEW_INSTALL" IN_LIST added)
     message(FATAL_ERROR "${name}: no cache entry of this project was found")
   endif()
-  # The find modules of CMake and of the packages add these entries. They are the same for all projects
-  # that search for the package.
+  # Omit the cache entries of this project, which have a prefix. Also omit the entries that find modules
+  # add, because every project that searches for the same packages has them.
   list(FILTER added EXCLUDE REGEX "^(ORNWHATSNEW|${packages})_")
   list(FILTER added EXCLUDE REGEX "^FIND_PACKAGE_MESSAGE_DETAILS_(${packages}|Threads|PkgConfig)$")
   list(REMOVE_ITEM added CMAKE_HAVE_LIBC_PTHREAD)

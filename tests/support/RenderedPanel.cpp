@@ -17,8 +17,8 @@ using ornwhatsnew::LayoutSpan;
 using ornwhatsnew::PanelLayout;
 using ornwhatsnew::ParagraphKind;
 
-/// Returns the visible characters of a text in UTF-8 as HTML and Markdown must show them. Omits
-/// spaces and line ends, because browsers and parsers change them.
+/// Returns the characters of a UTF-8 string that HTML and Markdown must show. Omits spaces and line
+/// endings, because browsers and parsers change them.
 std::string VisibleCharacters(std::string_view utf8) {
   const std::u16string text = PlainUTF8to16(utf8);
   std::u16string visible;
@@ -42,7 +42,8 @@ std::string VisibleCharacters(std::string_view utf8) {
   return PlainUTF16to8(visible);
 }
 
-/// Replaces unpaired surrogates first. They form no pair if a character between them is omitted.
+/// Replaces unpaired surrogates before it omits characters. Otherwise, two surrogates would form a
+/// pair if the characters between them were omitted.
 std::string VisibleCharacters(std::u16string_view text) {
   return VisibleCharacters(PlainUTF16to8(text));
 }
@@ -66,8 +67,8 @@ bool IsEmpty(const RenderedBlock& block) {
   return block.text.empty() && block.links.empty();
 }
 
-/// Returns the printed target after the text of a span, or an empty string. The target of a link
-/// that is not safe can be changed, so the comparison stops at its first character.
+/// Returns whether the renderers must print the target of a link after the text of its span,
+/// because the link is not safe.
 bool HasPrintedTarget(const LayoutSpan& span, std::u16string_view text) {
   return span.style == ornwhatsnew::kStyleHotSpot && !span.link.empty() && span.link != text &&
          !ornwhatsnew::IsSafeLink(span.link);
@@ -95,8 +96,8 @@ RenderedBlock ExpectedBlock(const PanelLayout& layout, const LayoutParagraph& pa
   return block;
 }
 
-/// Returns whether `text` equals `expected`, in which each "<TARGET>" stands for any printed
-/// target.
+/// Returns whether `text` equals `expected`, in which each "<TARGET>" represents any
+/// printed target.
 bool MatchesTargets(std::string_view text, std::string_view expected) {
   constexpr std::string_view kTarget = "<TARGET>";
   const std::size_t target = expected.find(kTarget);

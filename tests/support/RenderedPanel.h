@@ -29,7 +29,7 @@ struct RenderedBlock {
 std::vector<RenderedBlock> ParseHTML(std::string_view fragment);
 
 /// Returns the blocks of a text that `RenderMarkdown` returned. Parses the text with libcmark.
-/// Throws `std::runtime_error` if it finds another element than `RenderMarkdown` may write.
+/// Throws `std::runtime_error` if it finds an element that `RenderMarkdown` must not write.
 std::vector<RenderedBlock> ParseMarkdown(std::string_view text);
 
 /// Compares `blocks` with the paragraphs of `layout`: their elements, visible characters and links.

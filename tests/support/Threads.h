@@ -9,9 +9,9 @@
 
 namespace test_support {
 
-/// A counter that several threads may increase at the same time. Unlike `std::atomic<int>`, it does
-/// not order the other memory accesses of the threads, which would hide data races from
-/// ThreadSanitizer.
+/// A counter that several threads may increase at the same time. It uses relaxed memory order,
+/// because the default order of `std::atomic` also orders other memory accesses of the threads.
+/// This order would hide data races from ThreadSanitizer.
 class ThreadCounter {
  public:
   void Add(int number) { value_.fetch_add(number, std::memory_order_relaxed); }
@@ -21,7 +21,7 @@ class ThreadCounter {
   std::atomic<int> value_ = 0;
 };
 
-/// The number of threads on which `RunOnThreads` runs its function.
+/// The number of threads on which `RunOnThreads` runs `work`.
 inline constexpr int kThreadCount = 3;
 
 /// Runs `work` once on each of `kThreadCount` threads. Runs `meanwhile` on the calling thread, once

@@ -130,7 +130,7 @@ struct RandomTable {
   std::vector<DataFields> rows;
 };
 
-/// Returns what `ConvertText` must return for strings of `RandomCell`, byte by byte.
+/// Returns the expected result of `ConvertText` for a string that `RandomCell` created.
 std::string PlainConversion(std::string_view text) {
   std::string result;
   const auto endsWithAny = [&result](std::initializer_list<std::string_view> ends) {
@@ -212,7 +212,8 @@ RandomTable MakeTable(RandomSource& random) {
   return table;
 }
 
-/// Returns `text` (UTF-8) in UTF-8 without or with a byte order mark, or in UTF-16 with one.
+/// Encodes `text`, which is UTF-8, as UTF-8 or UTF-16 at random. UTF-16 has a byte order mark, and
+/// UTF-8 can have one.
 std::string RandomEncoding(RandomSource& random, const std::string& text) {
   if (random.Flip()) return random.Flip() ? text : "\xEF\xBB\xBF" + text;
   const bool isBigEndian = random.Flip();

@@ -12,7 +12,7 @@ TEST(MessageText, ALongTextLosesItsMiddle) {
   EXPECT_EQ(text, WithoutMiddle(text));
   EXPECT_EQ(std::string(100, 'a') + " ... " + std::string(100, 'b'),
             WithoutMiddle(std::string(100, 'a') + "c" + std::string(100, 'b')));
-  // The cuts are in the middle of two characters.
+  // Cuts at 100 bytes from both ends would split both characters.
   EXPECT_EQ(std::string(99, 'a') + " ... " + std::string(99, 'b'),
             WithoutMiddle(std::string(99, 'a') + "\u00E9" + "\u00E9" + std::string(99, 'b')));
 }

@@ -345,7 +345,7 @@ TEST_F(StateStoreFilesTest, RootKeepsTheOwnerOfTheStore) {
   EXPECT_EQ(54321U, status.st_gid);
 }
 
-/// Drops the privileges of root except membership in the group `group`. Returns whether it could.
+/// Drops the privileges of root and joins the group `group`. Returns whether this succeeded.
 bool BecomeMemberOf(gid_t group) {
   constexpr uid_t kNobody = 65534;
   return ::setgroups(1, &group) == 0 && ::setgid(kNobody) == 0 && ::setuid(kNobody) == 0;

@@ -119,8 +119,8 @@ class KilledStore {
     lastPasses_.fill(-1);
   }
 
-  /// Starts the writers, each after its last pass, and kills them after `timeToKill`. Returns the
-  /// number of passes that they added.
+  /// Starts the writers and kills them after `timeToKill`. Each writer begins with the pass after
+  /// its last pass in the store. Returns the number of passes that the writers added.
   int KillWriters(std::chrono::microseconds timeToKill) {
     std::vector<Writer> writers;
     for (int i = 0; i < kWriters; ++i) {

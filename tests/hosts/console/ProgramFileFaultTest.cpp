@@ -237,7 +237,7 @@ class ChangingFileTest : public ProgramFileFaultTest {
   }
 
   /// Expects that `panel` shows the first changes of the file, in order, and no other changes. The
-  /// last one of them may be incomplete. Sets `count` to their number.
+  /// last shown change may be incomplete. Sets `count` to the number of shown changes.
   void ExpectPanelOfAPrefix(const std::string& panel, std::size_t& count) const {
     constexpr std::string_view kBeginning = "\u2022  Change ";
     count = 0;

@@ -1,6 +1,6 @@
 // Runs several programs at the same time with one store, and kills them at random times. After each
-// round, the store must open. For each program, the store must contain either everything that the
-// program stores or nothing of it. It must contain the state of every program that ended normally.
+// round, the store must open. For each program, the store must contain either all of the state that
+// the program stores or none of it. It must contain the state of every program that ended normally.
 //
 // The environment variable ORNWHATSNEW_TEST_KILLS sets the number of kills. `./dev kills` sets a
 // high number.
@@ -118,8 +118,8 @@ class ProgramKillTest : public ProgramTest {
     return {"rate", "EPIC-7", edition.data, "--host", edition.host, "--state", store};
   }
 
-  /// Starts one program for each edition, which shows its list, and one program that rates a
-  /// feature of the edition `rating`. Returns their processes in this order.
+  /// For each edition, starts a process that shows the edition's list. Then starts a process that
+  /// rates a feature of the edition `rating`. Returns the processes in this order.
   Processes StartPrograms(const std::filesystem::path& store, const Edition& rating) const {
     Processes processes;
     for (const Edition& edition : editions_) {

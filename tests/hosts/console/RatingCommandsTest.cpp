@@ -14,7 +14,7 @@
 namespace hosts::console {
 namespace {
 
-// Returns the question of the only rating request after the command was added.
+// Adds the rating command to a layout with one rating request. Returns the question of the request.
 std::u16string QuestionWithCommand(const std::string& key, std::u16string question,
                                    const SourceArguments& sources) {
   test_support::LayoutBuilder builder;

@@ -33,7 +33,7 @@ translate() {
 "$program" messages 'whats new.csv' --host host.json >news.pot
 msgfmt --check --output-file=/dev/null news.pot
 msgcat news.pot >/dev/null
-[[ $(grep -c '^msgctxt' news.pot) == 27 ]] || fail "the template has not 27 entries"
+[[ $(grep -c '^msgctxt' news.pot) == 27 ]] || fail "the template does not have 27 entries"
 grep -qxF '#. Keep it short.' news.pot || fail 'the template has no comment'
 
 translate news.pot >de.po

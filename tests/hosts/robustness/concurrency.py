@@ -12,7 +12,7 @@ ROUNDS_PER_STORE = 8
 
 
 def merged(states):
-    """Returns the state of a store in which all `states` were stored, without the last version."""
+    """Returns the union of the versions and identities of `states`, with an empty last version."""
     return State("", frozenset().union(*(state.versions for state in states)),
                  frozenset().union(*(state.seen for state in states)))
 
@@ -24,8 +24,8 @@ class Rounds:
         self._program = program
         self._folder = folder
         self._random = random.Random(seed)
-        # One program of each round rates a feature, and one reads the store. The others show
-        # editions that no earlier round of the store has shown.
+        # One program of each round rates a feature, and one reads the store. Each other program
+        # shows an edition that no earlier round with the same store has shown.
         self._shows = PROGRAMS - 2
         self._editions = [program.edition(number)
                           for number in range(self._shows * ROUNDS_PER_STORE)]

@@ -15,7 +15,7 @@ ERRORS = ("EIO", "ENOSPC", "EINTR", "EAGAIN")
 
 # An error in these calls would not test the program. strace itself calls `execve`. The C library
 # cannot continue if `exit_group` returns. `brk` returns an address and no error, so the C library
-# would take the injected error for an address.
+# would use the injected error as an address.
 EXCLUDED = {"execve", "exit_group", "brk"}
 
 # If the first allocation fails, the dynamic linker of glibc crashes in every program.
@@ -155,7 +155,7 @@ def error_checks(calls, every):
 
 
 def kill_checks(calls, every):
-    """Returns a check for a kill at every n-th call, in the same form."""
+    """Returns a check for a kill at every n-th call, in the same form as `error_checks`."""
     calls = [call for call in calls if call != ("execve", 1)]
     return [(f"killed at {name} number {number}",
              lambda target, call=(name, number): target.kill(*call))

@@ -61,7 +61,7 @@ class Run:
         return [f"{self.arguments.seed} {number}" for number in range(self.count(part))]
 
     def program(self):
-        """Returns a `Program` with a new, empty folder, and this folder."""
+        """Creates a folder. Returns a `Program` that stores its files there, and the folder."""
         with self._lock:
             self._folders += 1
             folder = self._folder / str(self._folders)
@@ -172,7 +172,7 @@ def run_files(run):
 
 
 def run_worlds(run):
-    """Runs the property test of random worlds, which is a part of hosts_console_tests."""
+    """Runs the test with random hosts and data files, which is in hosts_console_tests."""
     tests = Path(run.arguments.program).with_name("hosts_console_tests")
     command = [tests, f"--gtest_filter={WORLDS_TEST}"]
     count = run.count("worlds")

@@ -1,4 +1,5 @@
-// Tests of mistakes that the data file of a code cannot contain next to others.
+// Tests whether the first row is a header. Each test needs a separate file, because a file has only
+// one first row.
 #include <string>
 
 #include <gmock/gmock.h>
