@@ -1,8 +1,8 @@
 // Fuzzes `ornwhatsnew lint`: checks the findings in a data file, their output, and their
 // corrections.
 //
-// The input consists of a line with one switch and of the data file. The flags of the switch are:
-// 0x01 checks the file with a host, and 0x02 also compares the file with itself as the baseline.
+// The input consists of a line with one switch and of the data file. If bit 0 of the switch is set,
+// the fuzzer checks the file with a host. If bit 1 is set, it also compares the file with itself.
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>

@@ -3,8 +3,7 @@
 // The input consists of a line of two switches and of a layout (LayoutInput.h). The switches are:
 //
 //   0  the width in columns, modulo 128; 0 means no limit
-//   1  flags: 0x01 no styles, 0x02 exactly one of styles and hyperlinks; without 0x02, the output
-//      has both or neither
+//   1  flags: 0x01 no styles, 0x02 hyperlinks only without styles (otherwise only with styles)
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
