@@ -10,7 +10,7 @@
 
 namespace test_support {
 
-/// Builds a layout paragraph by paragraph. Does not clean the strings.
+/// Builds a layout paragraph by paragraph. Unlike a list, adds all strings unchanged.
 class LayoutBuilder {
  public:
   /// Begins a paragraph. A change gets the bullet "•".

@@ -33,8 +33,8 @@ std::vector<RenderedBlock> ParseHTML(std::string_view fragment);
 std::vector<RenderedBlock> ParseMarkdown(std::string_view text);
 
 /// Compares `blocks` with the paragraphs of `layout`: their elements, visible characters and links.
-/// Omits paragraphs without visible characters and links from the comparison. Returns a description
-/// of the first difference, or an empty string.
+/// Ignores paragraphs that have neither visible characters nor links. Returns a description of the
+/// first difference, or an empty string.
 std::string FirstDifference(const std::vector<RenderedBlock>& blocks,
                             const ornwhatsnew::PanelLayout& layout);
 

@@ -13,7 +13,7 @@ namespace hosts::common {
 /// The source texts and translations of a catalog, which must be sorted by their source text.
 using CatalogEntries = std::vector<std::pair<std::string, std::string>>;
 
-/// The entry with the properties of a catalog in UTF-8.
+/// Returns the entry that contains the properties of a catalog.
 inline std::pair<std::string, std::string> Properties(std::string_view charset = "UTF-8") {
   return {"", "Content-Type: text/plain; charset=" + std::string(charset) + "\n"};
 }
@@ -23,7 +23,7 @@ inline std::string InContext(std::string_view context, std::string_view text) {
   return std::string(context) + '\4' + std::string(text);
 }
 
-/// Appends a number of 32 bits.
+/// Appends `number` as a 32-bit integer.
 inline void AppendNumber(std::string& bytes, std::size_t number, bool isBigEndian) {
   for (unsigned i = 0; i < 4; ++i) {
     const unsigned shift = 8 * (isBigEndian ? 3 - i : i);

@@ -43,8 +43,8 @@ constexpr uid_t kNobody = 65534;
 constexpr char kWriteAdvice[] =
     "; check the permissions of the file and its folder, or name a file elsewhere with --state";
 
-/// Returns the contents of all files in `folder` by file name, except that of the lock file, which
-/// a failed write may create.
+/// Returns the content of each file in `folder` by file name. Omits the lock file, because a failed
+/// write may create it.
 std::map<std::string, std::string> Content(const std::filesystem::path& folder) {
   std::map<std::string, std::string> content;
   for (const auto& entry : std::filesystem::directory_iterator(folder)) {

@@ -155,8 +155,8 @@ void MakeSocket(const fs::path& path, const fs::path&) {
 }
 
 void MakeDevice(const fs::path& path, const fs::path& victim) {
-  // Only root can create a device. This one has the device number of /dev/full. For other users,
-  // create a FIFO instead.
+  // Create a device with the device number of /dev/full. Only root can do this, so create a FIFO
+  // for other users.
   if (::mknod(path.c_str(), S_IFCHR | 0600, makedev(1, 7)) != 0) MakePipe(path, victim);
 }
 

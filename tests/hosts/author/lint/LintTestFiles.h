@@ -22,7 +22,7 @@ inline const std::string kHeaderRows =
     "App Version,Grouping ID,Jira ID,Salience,Rating,First Version,Platform,URL,Commit,Message\n"
     "4.2,Changes-Since\n";
 
-/// Returns the finished report on `text` without a host.
+/// Checks `text` without a host and returns the finished report.
 inline LintReport LintText(const std::string& text) {
   InstallNoLintHost();
   LintReport report = LintDataFile("data.csv", text, nullptr);
