@@ -61,8 +61,8 @@ class FakeHost {
   /// is no entry.
   void SetDebugEntry(std::string_view key, std::string_view value);
   std::string DebugEntry(std::string_view key) const;
-  /// Set the debug switches that show disabled features and unlock codes. These switches affect
-  /// only internal users.
+  /// Set the debug switches that show the features that are off and the internal keys. These
+  /// switches affect only internal users.
   void ShowAllOffFeatures(bool show);
   void ShowAllUnlockCodes(bool show);
 

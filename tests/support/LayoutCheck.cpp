@@ -64,9 +64,9 @@ struct ByteRun {
   const std::u16string* link;
 };
 
-// Returns the non-empty runs, with the offset of their first byte as the key. Each unlock label has
-// two runs; omits the run of its box. Shortens the runs of commits, which end one byte after their
-// text.
+// Returns the non-empty runs, with the offset of their first byte as the key. Omits the boxes of
+// unlock labels, because each label also has a run for its text. Shortens the runs of commits,
+// which end one byte after their text.
 std::map<std::size_t, ByteRun> SortedRuns(const StyleRunMap& runs) {
   std::map<std::size_t, ByteRun> sorted;
   for (const auto& [style, ofStyle] : runs) {
@@ -240,7 +240,8 @@ std::string FirstFieldError(const LayoutParagraph& paragraph, const PanelLayout&
 }
 
 // Returns whether a paragraph of the kind `kind` can follow one of the kind `before` or the start
-// of the panel. Titles, headers and notices without visible characters are not in the layout.
+// of the panel. A layout omits titles and headers without visible characters, so a change, for
+// example, can be the first paragraph.
 bool CanFollow(ParagraphKind kind, std::optional<ParagraphKind> before) {
   using enum ParagraphKind;
   if (kind == kHeader) return !before;
@@ -283,7 +284,7 @@ std::vector<std::string> Pieces(const Layout& layout) {
   return pieces;
 }
 
-// Converts `string` (UTF-8) to UTF-16, and its white space to that of a paragraph in a layout.
+// Converts `string` from UTF-8 to UTF-16, and converts its white space in the same way as a layout.
 // Removes white space at the start and the end.
 std::u16string CleanedString(const std::string& string) {
   const std::u16string converted = ConvertGap(PlainUTF8to16(string));

@@ -269,8 +269,8 @@ TEST_F(ProgramFaultTest, AShortPanelIsNotStoredIfItsReaderExitsEarly) {
     EXPECT_EQ(kClosedOutput + "; nothing was stored\n", result.errors);
     EXPECT_FALSE(std::filesystem::exists(file));
   }
-  // The program waits a limited time for such a reader. On a busy machine, the test may sometimes
-  // close the pipe too late.
+  // The program waits only a limited time for the pipe to be closed. On a busy machine, the test
+  // may sometimes close the pipe too late.
   EXPECT_GE(noticed, 90);
 }
 

@@ -77,8 +77,8 @@ TEST_F(NamesTest, MessagesShowTheBytesOfFileNames) {
               HasSubstr("/bad\\xff.json: expected an object"));
 }
 
-// If the console accepted such a line, the conversion to UTF-16 would replace the ill-formed bytes.
-// The command would then open the file whose name contains U+FFFD.
+// If the console accepted a line that is not UTF-8, the conversion to UTF-16 would replace the
+// ill-formed bytes. The command would then open the file whose name contains U+FFFD.
 TEST_F(NamesTest, TheConsoleRefusesLinesThatAreNotUTF8) {
   folder_.Write("x\uFFFD.csv", "");
   const std::string name = Path("x\xFF.csv");

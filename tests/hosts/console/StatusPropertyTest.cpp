@@ -65,7 +65,8 @@ class StatusPropertyTest : public ProgramTest {
     return json::parse(OutputOf(words));
   }
 
-  /// Expects that `status` reports whether `show` with these filters would show any item.
+  /// Expects that `status` reports new items if and only if `show` shows new items with these
+  /// filters. Expects the same of items to rate.
   void RequireAgreement(const Words& filters) const {
     const json status = JsonOf({"status"}, filters);
     const json rating = JsonOf({"show", "--no-remember", "--rating"}, filters);
