@@ -20,7 +20,7 @@ class PanelLinksTest : public testing::Test {
     EXPECT_EQ(current.privacyPage, links.privacyPage);
   }
 
-  // Expects that the host cannot set `links`, and that the previous links stay set.
+  // Expects that the host cannot set `links`, and that the previous links remain.
   static void ExpectRejected(const PanelLinks& links) {
     PanelLinks previous;
     previous.commitLink = u"https://previous.example/@0";
