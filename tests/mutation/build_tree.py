@@ -47,7 +47,12 @@ DEFINITIONS = {
     "ORNWHATSNEW_ISSUE_TRACKER": "https://issues.tarsa.example",
     "ORNWHATSNEW_PRIVACY_PAGE": "https://account.tarsa.example/privacy",
 }
-REQUIRED_LIBRARIES = ("murmurhash", "icuuc", "csv", "boost_locale")
+# The definitions of one folder of tests. The tests run in the folder of their tree.
+LINT_DEFINITIONS = {
+    "LINT_TEST_FOLDER": "source/tests/hosts/author/lint",
+    "LINT_CODE_PAGE": "source/docs/lint-codes.md",
+}
+REQUIRED_LIBRARIES = ("murmurhash", "icuuc", "csv", "boost_locale", "cmark")
 # For a mutant of a header, at most this number of sources of the library and the hosts is recompiled.
 MOST_INCLUDERS = 12
 
@@ -194,6 +199,8 @@ class BuildTree:
 
     def _definitions(self, unit):
         values = dict(DEFINITIONS)
+        if unit.source.startswith("tests/hosts/author/lint/"):
+            values |= LINT_DEFINITIONS
         # Define the program's path only for sources that use it. The path differs in each copy of
         # the tree, so each copy must recompile these sources.
         if "ORNWHATSNEW_PROGRAM" in (self.source / unit.source).read_text():
