@@ -1,5 +1,5 @@
-// Declares `PanelWidget`, the panel of a `WhatsNew`. `WhatsNew` shows one in a window. An
-// application can put one into a dock widget or a window of its own:
+// Declares `PanelWidget`, the panel of a `WhatsNew`. `WhatsNew` shows a panel in a window. An
+// application can also put a panel into a dock widget or into a window of its own:
 //
 //     auto* dock = new QDockWidget(tr("What's New"), &mainWindow);
 //     dock->setWidget(new ornwhatsnewqt::PanelWidget(whatsNew, dock));
@@ -18,13 +18,13 @@ class WhatsNew;
 
 /// A panel with a page of news and a page of ratings.
 ///
-/// The panel is drawn in the colours and the font of the desktop and follows their changes, and it
-/// follows changes of the application's language. Ctrl+F searches the news, and Ctrl+P prints them.
-/// Escape closes the search. If there is no search, the panel ignores the key, so that a dialog
-/// around it closes.
+/// The panel uses the colours and the font of the desktop and the language of the application, and
+/// adapts to their changes. Ctrl+F searches the news, and Ctrl+P prints it. Escape closes an open
+/// search. If no search is open, the panel ignores Escape, so that a dialog that contains the panel
+/// closes.
 ///
-/// The news are displayed when the panel becomes visible, and count as seen from then on. When the
-/// panel is hidden, it frees the memory of its pages.
+/// When the panel becomes visible, it displays the news, which then counts as seen. When the panel
+/// is hidden, it frees the memory of its pages.
 class ORNWHATSNEWQT_EXPORT PanelWidget : public QWidget {
   Q_OBJECT
  public:
@@ -33,11 +33,11 @@ class ORNWHATSNEWQT_EXPORT PanelWidget : public QWidget {
   explicit PanelWidget(WhatsNew* whatsNew, QWidget* parent = nullptr);
   ~PanelWidget() override;
 
-  /// Displays the news and moves the focus to them. Does not show the panel itself if it is hidden.
+  /// Displays the news and moves the focus to it. A hidden panel remains hidden.
   void showNews();
 
-  /// Shows the rating requests and moves the focus to the first one. Does not show the panel itself
-  /// if it is hidden. The news do not count as seen.
+  /// Shows the rating requests and moves the focus to the first one. A hidden panel remains hidden.
+  /// The news does not count as seen.
   void showRatings();
 
   /// Returns 720 x 760 device-independent pixels.
@@ -46,11 +46,12 @@ class ORNWHATSNEWQT_EXPORT PanelWidget : public QWidget {
  protected:
   /// Draws the panel again after a change of the palette, the font or the style.
   void changeEvent(QEvent* event) override;
-  /// Closes the display, unless the window system has hidden the window.
+  /// Closes the open page, unless the window system hides the window, for example because the user
+  /// minimises it.
   void hideEvent(QHideEvent* event) override;
   /// Ends an open search if the key is Escape.
   void keyPressEvent(QKeyEvent* event) override;
-  /// Centres the content.
+  /// Keeps the bars above the page centred.
   void resizeEvent(QResizeEvent* event) override;
   /// Displays the news, unless a page is already open.
   void showEvent(QShowEvent* event) override;

@@ -1,5 +1,5 @@
-// Defines the settings of a `WhatsNew`: the application, its beta features, the place of the state,
-// and what happens without an action of the user.
+// Defines the settings of a `WhatsNew`: the application, its beta features, the location of the
+// state, and whether the panel opens by itself.
 #ifndef ORNWHATSNEWQT_SETTINGS_H_
 #define ORNWHATSNEWQT_SETTINGS_H_
 
@@ -22,17 +22,18 @@ namespace ornwhatsnewqt {
 enum class FirstStart {
   /// Everything counts as seen, because the user is new. Only later changes are new.
   MarkAllSeen,
-  /// Everything is new. Choose this in the first release with a What's New panel if most users
-  /// update from an earlier release, because their state is empty, too.
+  /// Everything is new. Choose this for the first release with a What's New panel if most users
+  /// update from an earlier release. The state of these users is also empty.
   ShowAll,
 };
 
 /// The settings of a `WhatsNew`. The defaults suit an application that has set its name,
 /// organization and version in `QCoreApplication`.
 ///
-/// The first group of members selects services of the library. Services belong to the process and
-/// not to a `WhatsNew`, so the constructor of a `WhatsNew` installs only the services that its
-/// settings name. `withoutServices` returns settings that name none.
+/// The members from `applicationVersion` to `usesTranslators` select services of the library.
+/// Services belong to the process and not to a `WhatsNew`. The constructor of a `WhatsNew` installs
+/// the services that its settings name, and leaves the others unchanged. `withoutServices` returns
+/// settings that name none.
 struct ORNWHATSNEWQT_EXPORT Settings {
   /// Creates settings with the version of `QCoreApplication` and the platform of the build.
   Settings();
@@ -45,20 +46,20 @@ struct ORNWHATSNEWQT_EXPORT Settings {
   std::optional<QString> applicationVersion;
   /// The build number of the application, such as "118".
   QString buildNumber;
-  /// The platform that data files name: "Mac" or "Win". On other systems the default is the name
-  /// of the system, such as "Linux", so that changes for Mac and Win are hidden.
+  /// The platform, as in data files: "Mac" or "Win". On other systems, the default is "Linux", so
+  /// that changes for Mac and Win are hidden.
   QString platform;
   /// The beta features and the internal-features permission. Null installs nothing.
   std::shared_ptr<const ornappsupport::feature::FeatureService> features;
-  /// Returns whether the user allows the application to log its usage. Only then can the user rate
-  /// features. The default returns false. An empty function installs nothing.
+  /// Returns whether the user allows usage logging. If it returns false, the user cannot rate
+  /// features. The default function returns false. An empty function installs nothing.
   std::function<bool()> usageLogging;
   /// Whether the texts of the library are translated by the translators of the application, with
   /// the context "ornwhatsnew". False installs no dictionary.
   bool usesTranslators = true;
 
-  /// The INI file of the state, the filters and the other values that the companion stores. If
-  /// empty, they are in the `QSettings` of the application.
+  /// The path of the INI file for the state, the filters and the other values that the companion
+  /// stores. If the path is empty, the companion stores them in the `QSettings` of the application.
   QString settingsFile;
   /// Callbacks that read and write the state instead of `QSettings`. If one of them is empty,
   /// neither is used. The filters and the other values of the companion remain in `QSettings`.
@@ -67,9 +68,9 @@ struct ORNWHATSNEWQT_EXPORT Settings {
 
   /// What happens if the stored state is empty.
   FirstStart firstStart = FirstStart::MarkAllSeen;
-  /// Whether the panel opens without an action of the user, once after an update that brought
-  /// something new. It never opens after a first start, and waits until no modal dialog is open.
-  /// Users can switch this off in the panel.
+  /// Whether the panel opens by itself once after an update, if something is new. It does not open
+  /// by itself after the first start. While a modal dialog is open, it waits. Users can switch this
+  /// off in the panel.
   bool announcesUpdates = false;
 };
 

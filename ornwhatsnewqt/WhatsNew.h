@@ -1,4 +1,4 @@
-// Declares `WhatsNew`, a complete What's New for an application with Qt Widgets.
+// Declares `WhatsNew`, which adds a What's New panel to an application with Qt Widgets.
 //
 //     ornwhatsnewqt::Settings settings;
 //     settings.buildNumber = u"118"_qs;
@@ -42,12 +42,13 @@ class ORNWHATSNEWQT_EXPORT WhatsNew : public QObject {
   ~WhatsNew() override;
 
   /// Returns the action that opens the panel. Its text contains the number of new changes, or a dot
-  /// if something is new that is not a change. This object owns the action.
+  /// if only a feature is new. This object owns the action.
   QAction* showAction() const;
 
-  /// Returns the action that opens the rating page of the panel. It is enabled while the user can
-  /// rate a feature: the user allows usage logging, has used the application for 14 days, and was
-  /// not asked since the application was started. This object owns the action.
+  /// Returns the action that opens the rating page of the panel. The action is enabled if a feature
+  /// needs a rating, the user allows usage logging, and the first start was at least 14 days ago.
+  /// After the user has opened the rating page and closed the panel, the action is disabled until
+  /// the application is started again. This object owns the action.
   QAction* rateAction() const;
 
   /// Returns whether the data file was read.
@@ -57,16 +58,17 @@ class ORNWHATSNEWQT_EXPORT WhatsNew : public QObject {
   QString errorString() const;
 
  public Q_SLOTS:
-  /// Reads the data file and the beta features again, and updates the actions and an open panel. If
+  /// Reads the data file and the beta features again, and updates the actions and open panels. If
   /// the data file cannot be read, keeps the changes that were read before.
   void refresh();
 
  Q_SIGNALS:
   /// The user has rated a feature. `featureKey` is the epic key of the feature, `stars` is between
-  /// 1 and 5, and `comment` can be empty. The application should send the rating to its makers.
+  /// 1 and 5, and `comment` can be empty. The application should send the rating to its developers.
   void rated(const QString& featureKey, int stars, const QString& comment);
 
-  /// The window with the panel was opened. A `PanelWidget` of the application emits nothing.
+  /// The window with the panel was opened. Not emitted for a `PanelWidget` that the application
+  /// creates.
   void opened();
 
   /// The user has activated a link. The companion opens the link in a browser.

@@ -23,14 +23,15 @@ QString runningVersion() {
   return QString::fromStdU16String(ornwhatsnew::GetFullClientVersionString());
 }
 
-/// Records the running version. Returns whether it was not recorded before, by this program or by
-/// another one, and could be stored.
+/// Records the running version. Returns true if this call recorded it. Returns false if a program
+/// recorded it before, or if the write failed.
 bool recordRunningVersion(SettingsStore& store) {
   return store.setValue(kAnnouncedVersionKey, runningVersion());
 }
 
 bool isUpdate(SettingsStore& store) {
-  // A user can have several versions at the same time, so the last version is not enough.
+  // Check all versions in which the user opened the panel, because a user can have several versions
+  // installed and start an older one again.
   const std::string opened = store.state(ornwhatsnew::kAllVersionsSeenKey);
   const std::string version = runningVersion().toStdString();
   return std::ranges::count(ornwhatsnew::SplitPersistedList(opened), version) == 0 &&

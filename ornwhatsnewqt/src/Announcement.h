@@ -20,9 +20,9 @@ class SettingsStore;
 class Announcement : public QObject {
   Q_OBJECT
  public:
-  /// Decides whether this start follows an update, and announces it when the event loop runs.
-  /// Construct the object before the state of a new user is changed. `isAnythingNew` is called
-  /// later. `store` must outlive this object.
+  /// Checks whether this is the first start after an update. If it is, the event loop later calls
+  /// `isAnythingNew`, and the object announces the update if the result is true. Construct the
+  /// object before the state of a new user is changed. `store` must outlive this object.
   Announcement(SettingsStore& store, std::function<bool()> isAnythingNew);
   ~Announcement() override;
 

@@ -30,7 +30,7 @@ class FlowLayout : public QLayout {
   void setGeometry(const QRect& rect) override;
 
  private:
-  /// Returns the rectangles of the items in a row of the width `width` from left to right.
+  /// Returns the rectangles of the items in rows of at most `width` pixels, from left to right.
   std::vector<QRect> arrange(int width) const;
 
   std::vector<std::unique_ptr<QLayoutItem>> items_;

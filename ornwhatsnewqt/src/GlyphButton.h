@@ -1,4 +1,4 @@
-// Declares the small buttons of the panel, which show a glyph instead of a text.
+// Declares the small buttons of the panel, which show a glyph instead of text.
 #ifndef ORNWHATSNEWQT_SRC_GLYPHBUTTON_H_
 #define ORNWHATSNEWQT_SRC_GLYPHBUTTON_H_
 
@@ -7,7 +7,8 @@
 
 namespace ornwhatsnewqt {
 
-/// A glyph. The panel draws its glyphs itself, because icons of a theme are not always installed.
+/// A symbol on a button. The panel draws its glyphs itself, because an icon theme is not always
+/// installed.
 enum class Glyph { Search, Print, Close, Up, Down };
 
 /// A button with a glyph.

@@ -1,5 +1,5 @@
-// Localises the texts of the companion, and supplies the translators of the application to the
-// library.
+// Localises the texts of the companion, and makes the translators of the application available to
+// the library.
 #ifndef ORNWHATSNEWQT_SRC_LOCALIZEDTEXT_H_
 #define ORNWHATSNEWQT_SRC_LOCALIZEDTEXT_H_
 

@@ -20,7 +20,8 @@ class MessageBar : public QFrame {
   explicit MessageBar(QWidget* parent);
 
   /// Shows `message` and announces it to assistive tools. Hides the bar if `message` is empty. If
-  /// the message is the current one, does nothing, so that a message stays dismissed.
+  /// `message` is the current message, does nothing, so that a message that the user has hidden
+  /// stays hidden.
   void setMessage(const QString& message);
 
   /// Sets the texts in the current language.

@@ -25,8 +25,8 @@ QString textOf(const NewsPage& page, int begin, int end) {
   return NewsDocument::plainText(cursor);
 }
 
-/// The element with a given index. After a change of the layout, it describes the new element with
-/// this index, and is invalid if there is none.
+/// The interface of the element with a given index. After a change of the layout, the interface
+/// describes the new element with this index, and is invalid if there is none.
 class ElementInterface final : public QAccessibleInterface, public QAccessibleActionInterface {
  public:
   ElementInterface(NewsPage* page, int index) : page_(page), index_(index) {}
@@ -124,7 +124,7 @@ void ElementInterface::doAction(const QString& actionName) {
   }
 }
 
-/// The page. Creates the interfaces of its elements when a tool queries them.
+/// The interface of the page. Creates the interfaces of the elements when a tool queries them.
 class PageInterface final : public QAccessibleWidget, public QAccessibleTextInterface {
  public:
   explicit PageInterface(NewsPage* page) : QAccessibleWidget(page, QAccessible::Document) {}
@@ -176,7 +176,7 @@ QAccessibleInterface* PageInterface::child(int index) const {
 QAccessibleInterface* PageInterface::childAt(int x, int y) const {
   const int offset = offsetAtPoint(QPoint(x, y));
   const std::vector<NewsElement>& elements = page().elements();
-  // A link follows the paragraph that contains it.
+  // Search from the end, because a link follows the paragraph that contains it.
   for (int i = childCount() - 1; offset >= 0 && i >= 0; --i) {
     if (elements[static_cast<std::size_t>(i)].contains(offset)) return child(i);
   }

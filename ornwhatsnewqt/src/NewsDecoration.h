@@ -15,11 +15,12 @@ QT_END_NAMESPACE
 
 namespace ornwhatsnewqt {
 
-/// Draws around the text of a `NewsDocument`. All coordinates are those of the document. Each
-/// function takes time in proportion to the visible part of the document.
+/// Draws the shapes around the text of a `NewsDocument`. All coordinates are those of the document.
+/// Each function takes time in proportion to the visible part of the document.
 class NewsDecoration {
  public:
-  /// Draws for the part `visible` of `document`, which must be laid out.
+  /// Creates an object that draws in the part `visible` of `document`. The document must be laid
+  /// out. `document` and `style` must outlive this object.
   NewsDecoration(const QTextDocument& document, const PanelStyle& style, const QRectF& visible);
 
   /// Draws a card behind each item.

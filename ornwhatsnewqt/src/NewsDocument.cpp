@@ -19,8 +19,8 @@ using ornwhatsnew::LayoutSpan;
 using ornwhatsnew::ParagraphKind;
 using ornwhatsnew::StyleID;
 
-// An invisible character of the title's size before a label. Without it, a label that is alone in a
-// line would be raised into the line above.
+// An invisible character before each label, in the font size of the title. Without it, Qt would
+// draw a label that is alone on its line too high, so that it overlaps the line above.
 constexpr QChar kLabelStrut(0x2060);
 
 /// Returns whether `character` has a meaning of its own in a `QTextDocument`, or is an invisible
@@ -65,7 +65,8 @@ class Writer {
     return text_.mid(static_cast<qsizetype>(range.begin), static_cast<qsizetype>(range.length));
   }
 
-  /// Returns the direction of the first character in `range` that has one.
+  /// Returns the direction of the first character in `range` that has a direction. If there is
+  /// none, returns the direction of the application.
   Qt::LayoutDirection directionOf(const ornwhatsnew::TextRange& range) const {
     for (std::size_t i = range.begin; i < range.begin + range.length; ++i) {
       switch (text_[static_cast<qsizetype>(i)].direction()) {
@@ -87,7 +88,8 @@ class Writer {
     beginBlock(formats_.ofBlock(paragraph.kind, bullet, directionOf(paragraph.range), isFirst));
     const std::size_t element = elements_.size();
     elements_.push_back({kindOf(paragraph.kind), cursor_.position(), 0, {}});
-    // A bullet with a format of its own would take a quarter of the time of a long document.
+    // Write the bullet together with the text. Separate bullets would take a quarter of the time
+    // that a long document needs.
     QString prefix = bullet.isEmpty() ? QString() : bullet + u'\t';
     for (const LayoutSpan& span : paragraph.spans) {
       if (!prefix.isEmpty() && !isInParagraphFormat(paragraph, span)) {
@@ -126,14 +128,14 @@ class Writer {
     const bool isLabel = span.style == StyleID::kStyleUnlockLabel;
     if (isLabel) {
       cursor_.insertText(QString(kLabelStrut), formats_.ofLabelStrut());
-      // A label has one box, so it stays in one line.
+      // A label has one box, so it stays on one line.
       text.replace(u' ', QChar::Nbsp);
     }
     cursor_.insertText(text, formats_.ofSpan(paragraph.kind, span.style));
   }
 
   /// Returns whether `span` is a title whose link the description below repeats as "View more".
-  /// Such a title is no link, because users of the keyboard would reach the same page twice.
+  /// Such a title is not a link, because Tab would otherwise stop twice for the same page.
   bool isRepeated(const LayoutParagraph& paragraph, const LayoutSpan& span) const {
     const LayoutParagraph* const next = &paragraph + 1;
     const bool isLast = &paragraph == &layout_.paragraphs.back();

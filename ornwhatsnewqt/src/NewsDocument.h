@@ -30,7 +30,8 @@ struct NewsElement {
 };
 
 /// The document of the news page. It has one block for each visible paragraph of a layout. A block
-/// begins with the bullet and a tab if the paragraph has a bullet. Only safe links are links.
+/// begins with the bullet and a tab if the paragraph has a bullet. A link that is not safe is plain
+/// text.
 class NewsDocument : public QTextDocument {
   Q_OBJECT
  public:

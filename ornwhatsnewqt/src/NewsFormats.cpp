@@ -14,13 +14,13 @@ namespace {
 using ornwhatsnew::ParagraphKind;
 using ornwhatsnew::StyleID;
 
-// A label is shorter than the text beside it, so that its box fits into the line.
+// The text of a label is smaller than the text beside it, so that the box of the label fits into
+// the line.
 constexpr float kLabelSize = 12;
 constexpr qreal kLineSpacing = 4;
 constexpr qreal kBulletSpacing = 12;
 
-/// Returns the space above a paragraph. The space between two paragraphs is the larger one of the
-/// spaces around them, and not their sum.
+/// Returns the space above a paragraph.
 qreal spaceAbove(ParagraphKind kind, bool isFirst) {
   switch (kind) {
     case ParagraphKind::kTitle:

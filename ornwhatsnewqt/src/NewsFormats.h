@@ -39,8 +39,8 @@ class NewsFormats {
   const QTextCharFormat& ofSpan(ornwhatsnew::ParagraphKind kind,
                                 std::optional<ornwhatsnew::StyleID> style) const;
 
-  /// Returns the format of a span with `style` that is a link to `href`. A title does not look like
-  /// a link, because "View more" leads to the same page.
+  /// Returns the format of a span with `style` that is a link to `href`. A title keeps its colour
+  /// and is not underlined.
   QTextCharFormat ofLink(ornwhatsnew::ParagraphKind kind, std::optional<ornwhatsnew::StyleID> style,
                          const QString& href) const;
 

@@ -47,7 +47,7 @@ NewsPage::~NewsPage() {
 void NewsPage::showLayout(const ornwhatsnew::PanelLayout& layout, const PanelStyle& style) {
   style_ = style;
   QPalette colors;
-  // Matches stay visible while the search field has the focus.
+  // Search matches stay visible while the search field has the focus.
   colors.setColor(QPalette::Inactive, QPalette::Highlight, style.selection);
   colors.setColor(QPalette::Inactive, QPalette::HighlightedText, style.selectionText);
   setPalette(colors);
@@ -64,7 +64,7 @@ void NewsPage::showLayout(const ornwhatsnew::PanelLayout& layout, const PanelSty
   QMetaObject::invokeMethod(
       document_.get(), [this] { document_->documentLayout()->documentSize(); },
       Qt::QueuedConnection);
-  // The width belongs to the document.
+  // The new document has its own cursor width.
   setCursorWidth(0);
   const QTextBlock block = document_->findBlockByNumber(topNumber);
   if (block.isValid() && topNumber > 0) {
@@ -125,7 +125,7 @@ void NewsPage::keyPressEvent(QKeyEvent* event) {
   QTextBrowser::keyPressEvent(event);
   const QTextCursor after = textCursor();
   const bool isMoved = before.position() != after.position() || before.anchor() != after.anchor();
-  // A page to read shows no text cursor until the user moves it.
+  // The page is for reading, so the text cursor is invisible until the user moves it.
   if (isMoved) setCursorWidth(1);
 }
 

@@ -17,8 +17,8 @@ QT_END_NAMESPACE
 
 namespace ornwhatsnewqt {
 
-/// The page of news. Tab moves the focus from link to link, and Enter activates a link, for which
-/// `anchorClicked` is emitted. The page itself opens no link.
+/// The news page. Tab moves the focus from link to link, and Enter activates the focused link. The
+/// page then emits `anchorClicked`. It does not open the link itself.
 class NewsPage : public QTextBrowser {
   Q_OBJECT
  public:
@@ -26,7 +26,7 @@ class NewsPage : public QTextBrowser {
   ~NewsPage() override;
 
   /// Shows `layout`, which is not used after the call. Keeps the paragraph at the top of the view
-  /// at its position if there is still such a paragraph.
+  /// at its position, unless the new layout has fewer paragraphs.
   void showLayout(const ornwhatsnew::PanelLayout& layout, const PanelStyle& style);
 
   /// Returns the elements of the page, which are valid until the next call of `showLayout`.
@@ -54,7 +54,7 @@ class NewsPage : public QTextBrowser {
   std::unique_ptr<NewsDocument> document_;
 };
 
-/// Prints `layout` in black on white with the fonts of `font`.
+/// Prints `layout` with black text on white. `PanelStyle` derives the fonts from `font`.
 void printNews(const ornwhatsnew::PanelLayout& layout, const QFont& font, QPrinter& printer);
 
 }  // namespace ornwhatsnewqt

@@ -135,7 +135,7 @@ void PanelController::closePanel() {
   Q_EMIT countChanged();
 }
 
-// The content of open panels is new in relation to the state at the first call of display().
+// The state at the first call of display() determines what is new in open panels.
 void PanelController::displayAgain() {
   if (isDisplayed_) {
     store_.useSnapshot(true);

@@ -30,8 +30,9 @@ struct Filters {
 /// Owns the list of a `WhatsNew`. Uses no widgets.
 ///
 /// Several panels can be open at the same time, and show the same layout. Until all panels are
-/// closed, a change is new if it was new at the first call of `display`. Therefore, other filters,
-/// another language or a visit to the rating page do not hide what a panel has just shown.
+/// closed, a change is new if it was new at the first call of `display`. Therefore, a change of the
+/// filters or the language, or a visit to the rating page, does not hide what a panel has just
+/// shown.
 class PanelController : public QObject {
   Q_OBJECT
  public:
@@ -57,7 +58,7 @@ class PanelController : public QObject {
   /// Records that a panel was opened. Call `closePanel` when it is closed.
   void openPanel();
 
-  /// Creates the layout of the open panels, and stores that the user has seen it.
+  /// Creates the layout of the open panels, and records that the user has seen it.
   void display();
 
   /// Records that a panel was closed. Empties the layout if no panel is open any more.
@@ -67,24 +68,24 @@ class PanelController : public QObject {
   const ornwhatsnew::PanelLayout& layout() const { return layout_; }
 
   /// Returns the layout of the rating page. Does not change the state, because a user who opens the
-  /// rating page has not seen the news. Uses up the request of this session: after the next
-  /// `closePanel`, `canRate` returns false.
+  /// rating page has not seen the news. Counts as the one rating request that `RatingPolicy` allows
+  /// per session: after the next `closePanel`, `canRate` returns false.
   ornwhatsnew::PanelLayout ratingLayout();
 
   /// Returns whether the user can rate a feature; see `WhatsNew::rateAction`.
   bool canRate() const;
 
-  /// Stores that the user has rated the feature, and reports the rating.
+  /// Records that the user has rated the feature, and emits `rated`.
   void rate(const QString& featureKey, int stars, const QString& comment);
 
-  /// Reports `url` and opens it in a browser, if it is a safe link.
+  /// If `url` is a safe link, emits `linkActivated` and opens `url` in a browser.
   void activateLink(const QUrl& url);
 
   /// Returns why the state cannot be stored, in the user's language, or an empty string.
   QString stateError() const { return store_.error(); }
 
-  /// Returns whether the application opens the panel after updates for users who want it. If so,
-  /// the panel should contain a switch for `setAnnouncesUpdates`.
+  /// Returns whether the settings of the application let the panel open after updates. If so, the
+  /// panel should contain a switch that calls `setAnnouncesUpdates`.
   bool offersAnnouncements() const { return announcement_.has_value(); }
 
   /// Returns whether the user wants the panel to open after updates.
@@ -120,7 +121,7 @@ class PanelController : public QObject {
   std::optional<Announcement> announcement_;
   Filters filters_;
   ornwhatsnew::PanelLayout layout_;
-  bool marksAllSeen_ = false;  ///< at the next load of a data file, because the user is new
+  bool marksAllSeen_ = false;  ///< whether the next data file counts as seen, for a new user
   int openPanels_ = 0;
   bool isDisplayed_ = false;
 };

@@ -36,7 +36,7 @@ PanelHeader::PanelHeader(QWidget* parent) : QWidget(parent) {
   buttons->setSpacing(2);
   buttons->addWidget(searchButton_);
   buttons->addWidget(printButton_);
-  // The buttons are beside the first row of the pages, even if there are two rows.
+  // These buttons are beside the first row, even if the page buttons need two rows.
   buttons->setAlignment(Qt::AlignTop);
   buttons->setContentsMargins(0, 4, 0, 0);
   row->addLayout(buttons);

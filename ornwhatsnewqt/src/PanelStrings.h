@@ -11,7 +11,7 @@ inline constexpr const char* kNewsDescription =
     "$$$/ornwhatsnewqt/Panel/NewsDescription=The changes in this application";
 inline constexpr const char* kRatings = "$$$/ornwhatsnewqt/Panel/Ratings=Rate Features";
 inline constexpr const char* kRatingsDescription =
-    "$$$/ornwhatsnewqt/Panel/RatingsDescription=Tell the makers how you like a feature";
+    "$$$/ornwhatsnewqt/Panel/RatingsDescription=Tell the developers how you like a feature";
 inline constexpr const char* kPrint = "$$$/ornwhatsnewqt/Panel/Print=Print";
 inline constexpr const char* kPrintDescription =
     "$$$/ornwhatsnewqt/Panel/PrintDescription=Print the changes that are shown";
@@ -57,7 +57,7 @@ inline constexpr const char* kNoMatch = "$$$/ornwhatsnewqt/Search/NoMatch=No mat
 
 inline constexpr const char* kQuestion = "$$$/ornwhatsnewqt/Rating/Question=How do you like it?";
 inline constexpr const char* kStars = "$$$/ornwhatsnewqt/Rating/Stars=@0 of 5 stars";
-/// The names of 1 to 5 stars.
+/// The names of the ratings from 1 to 5 stars.
 inline constexpr std::array<const char*, 5> kStarNames = {
     "$$$/ornwhatsnewqt/Rating/OneStar=Poor",        "$$$/ornwhatsnewqt/Rating/TwoStars=Fair",
     "$$$/ornwhatsnewqt/Rating/ThreeStars=Good",     "$$$/ornwhatsnewqt/Rating/FourStars=Very good",

@@ -57,8 +57,8 @@ PanelStyle::PanelStyle(const QPalette& palette, const QFont& font) : font_(font)
   page = color(QPalette::Window);
   card = color(QPalette::Base);
   text = color(QPalette::Text);
-  // In a palette of high contrast, cards often have the colour of the page. Only the outline then
-  // separates them.
+  // In a high-contrast palette, cards often have the colour of the page. Only the outline then
+  // separates the cards from the page.
   cardOutline = mix(card, text, contrast(page, card) < 1.02 ? 0.5F : 0.14F);
 
   const QColor highlight = color(QPalette::Highlight);

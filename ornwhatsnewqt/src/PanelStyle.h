@@ -13,15 +13,16 @@ QT_END_NAMESPACE
 namespace ornwhatsnewqt {
 
 /// The colours and fonts of the panel, which follow the palette and the font of the desktop. The
-/// colours of text have a contrast of at least 4.5 : 1 against their background, unless the palette
-/// itself has less.
+/// colours of text have a contrast of at least 4.5 : 1 against their background, unless the text
+/// colour of the palette has a lower contrast.
 struct PanelStyle {
   /// Derives the colours from the active group of `palette`, and the fonts from `font`.
   PanelStyle(const QPalette& palette, const QFont& font);
 
   /// Returns the font of the desktop in `size`, one of the font sizes in `WhatsNewTypes.h` in
   /// device-independent pixels. If the desktop's font is larger than the smallest of these sizes,
-  /// all sizes grow in proportion, so that no text is smaller than the desktop's font.
+  /// all sizes grow in proportion, so that text in these sizes is never smaller than the desktop's
+  /// font.
   QFont font(float size, QFont::Weight weight = QFont::Normal) const;
 
   QColor page;           ///< the background of the panel

@@ -266,7 +266,8 @@ void PanelWidget::changeEvent(QEvent* event) {
 }
 
 void PanelWidget::hideEvent(QHideEvent* event) {
-  // The user has minimised the window, and will see the same content again.
+  // The event is spontaneous if the user has minimised the window. The panel then keeps its
+  // content.
   if (!event->spontaneous()) impl_->closePages();
   QWidget::hideEvent(event);
 }

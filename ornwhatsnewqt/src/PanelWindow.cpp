@@ -24,7 +24,7 @@ PanelWindow::PanelWindow(WhatsNew* whatsNew)
 PanelWindow::~PanelWindow() = default;
 
 void PanelWindow::showPage(Page page) {
-  // A panel that becomes visible without a page displays the news.
+  // Open the page first. A panel that becomes visible without an open page displays the news.
   (panel_->*page)();
   show();
   raise();

@@ -9,15 +9,16 @@
 
 namespace ornwhatsnewqt {
 
-/// A window with a panel that does not block the application. Escape closes it. When it is closed,
-/// it deletes itself, and returns the focus to the widget that had it before.
+/// A window with a panel that does not block the application. Escape closes it. A closed window
+/// deletes itself, and returns the focus to the widget that had the focus before.
 class PanelWindow : public QDialog {
   Q_OBJECT
  public:
   /// The function that shows a page of the panel.
   using Page = void (PanelWidget::*)();
 
-  /// Creates a hidden window. It belongs to the parent of `whatsNew` if that is a widget.
+  /// Creates a hidden window. If the parent of `whatsNew` is a widget, it is also the parent of the
+  /// window.
   explicit PanelWindow(WhatsNew* whatsNew);
   ~PanelWindow() override;
 

@@ -15,7 +15,7 @@ enum class PillLook {
   Tab,     ///< large text, underlined while the button is checked
 };
 
-/// The space between the edge and the shape of a button, which contains the ring around the focus.
+/// The space around the shape of a button, in which the focus ring is drawn.
 inline constexpr int kRingSpace = 3;
 
 /// Draws `button`, and a ring around it if it has the focus.

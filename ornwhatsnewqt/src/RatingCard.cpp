@@ -80,7 +80,7 @@ void RatingCard::addComment() {
 
   auto* const sendButton = new Pill<QPushButton>(PillLook::Action, this);
   sendButton->setObjectName(QStringLiteral("send"));
-  // In a dialog, Enter would otherwise send the first card from every widget.
+  // In a dialog, Enter in any widget would otherwise send the rating of the first card.
   sendButton->setAutoDefault(false);
   sendButton->setEnabled(false);
   sendButton_ = sendButton;
@@ -144,8 +144,9 @@ void RatingCard::send() {
   thanks_->show();
   QAccessibleEvent event(thanks_, QAccessible::Alert);
   QAccessible::updateAccessibility(&event);
-  // The receiver moves the focus to the next card. A widget that is hidden while it has the focus
-  // would move the focus first, possibly out of this page.
+  // Emit the signal before hiding the widgets, because its receiver moves the focus to the next
+  // card. If a widget is hidden while it has the focus, Qt moves the focus, possibly out of this
+  // page.
   Q_EMIT rated(stars_->checkedId(), comment_->text().trimmed());
   for (QWidget* widget :
        {static_cast<QWidget*>(question_), static_cast<QWidget*>(description_), choices_,

@@ -17,7 +17,7 @@ QT_END_NAMESPACE
 namespace ornwhatsnewqt {
 
 /// A card with the question of a rating request, five choices, a line for a comment, and a button
-/// that sends the rating. After that, the card only shows thanks.
+/// that sends the rating. After that, the card shows only its title and thanks.
 class RatingCard : public QFrame {
   Q_OBJECT
  public:

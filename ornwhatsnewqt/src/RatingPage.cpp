@@ -68,8 +68,8 @@ void RatingPage::addCard(const ornwhatsnew::RatingRequest& request) {
   });
 }
 
-// An application may close the panel when it receives a rating. The card that sends the rating must
-// exist until it has returned.
+// An application may close the panel when it receives a rating. The card that emits the signal must
+// exist until all receivers have returned.
 void RatingPage::removeCard(RatingCard* card) {
   column_->removeWidget(card);
   card->hide();

@@ -17,7 +17,7 @@ namespace ornwhatsnewqt {
 class RatingCard;
 
 /// A list of cards, one for each rating request. When the user has sent a rating, moves the focus
-/// to the next card that is not rated.
+/// to the first card that is not rated.
 class RatingPage : public QScrollArea {
   Q_OBJECT
  public:

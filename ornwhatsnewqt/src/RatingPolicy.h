@@ -1,4 +1,4 @@
-// Decides when a user is asked to rate features.
+// Decides when a user may be asked to rate features.
 #ifndef ORNWHATSNEWQT_SRC_RATINGPOLICY_H_
 #define ORNWHATSNEWQT_SRC_RATINGPOLICY_H_
 
@@ -24,11 +24,11 @@ class RatingPolicy {
   /// Returns whether the user may be asked now.
   bool allowsRequest() const;
 
-  /// Records that the rating page was opened. The page remains available until it is closed.
+  /// Records that the rating page was opened. The page remains available until the panel is closed.
   void open() { isOpen_ = true; }
 
-  /// Records that the panel was closed. If the rating page was opened, the request of the session
-  /// is used up.
+  /// Records that the panel was closed. If the rating page was opened, `allowsRequest` returns
+  /// false for the rest of the session.
   void close() { isUsed_ = isUsed_ || isOpen_; }
 
  private:

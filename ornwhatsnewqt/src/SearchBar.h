@@ -17,12 +17,12 @@ namespace ornwhatsnewqt {
 
 class GlyphButton;
 
-/// Searches the text of a view without regard to case, selects a match, and shows how many there
-/// are. Enter selects the next match, and Shift+Enter selects the previous one.
+/// Searches the text of a view without regard to case, selects a match, and shows the number of
+/// matches. Enter selects the next match, and Shift+Enter selects the previous one.
 class SearchBar : public QWidget {
   Q_OBJECT
  public:
-  /// Creates a hidden bar for `view`, which must exist longer than the bar.
+  /// Creates a hidden bar for `view`, which must outlive the bar.
   SearchBar(QTextEdit* view, QWidget* parent);
 
   /// Shows the bar, and moves the focus to its field.
@@ -35,7 +35,7 @@ class SearchBar : public QWidget {
   /// has changed.
   void refresh();
 
-  /// Selects the next or the previous match. After the last match, begins with the first one.
+  /// Selects the next or the previous match. The first match follows the last one.
   void selectNext();
   void selectPrevious();
 

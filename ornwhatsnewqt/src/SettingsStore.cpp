@@ -69,7 +69,8 @@ void SettingsStore::setState(const ornwhatsnew::UTF8String& key,
                              const ornwhatsnew::UTF8String& value) {
   const auto [unsaved, isFirst] = unsaved_.try_emplace(key, value);
   if (isFirst) return;
-  // A list that uses a snapshot does not know the elements that the last commit could not write.
+  // The state of a list that uses a snapshot does not contain the elements that the last commit
+  // could not write.
   unsaved->second = ornwhatsnew::MergePersistedValue(key, unsaved->second, read_[key], value);
 }
 

@@ -20,9 +20,9 @@ namespace ornwhatsnewqt {
 
 /// Reads and writes the three strings of the state, and values of the companion itself.
 ///
-/// Several programs can use one `QSettings` at the same time. Each write takes a lock file, reads
-/// the stored values, merges the strings of the state with them, and writes the result. If a write
-/// fails, the object keeps the strings of the state, and the next write includes them.
+/// Several programs can use one `QSettings` at the same time. Each write acquires a lock file,
+/// reads the stored values, merges the strings of the state with them, and writes the result. If a
+/// write fails, the object keeps the strings of the state, and the next write includes them.
 class SettingsStore : public QObject {
   Q_OBJECT
  public:
@@ -38,7 +38,7 @@ class SettingsStore : public QObject {
   /// Returns a string of the state.
   ornwhatsnew::UTF8String state(const ornwhatsnew::UTF8String& key);
 
-  /// Returns whether all three strings of the state are empty, because the user is new.
+  /// Returns whether all three strings of the state are empty, which means that the user is new.
   bool isStateEmpty();
 
   /// While a snapshot is used, `state` returns the strings as they were at the call of
@@ -54,7 +54,7 @@ class SettingsStore : public QObject {
   /// `ornwhatsnew::MergePersistedValue`.
   void commit();
 
-  /// Returns a value of the companion, or an invalid one.
+  /// Returns a value of the companion, or an invalid `QVariant` if there is none.
   QVariant value(const QString& key) const;
 
   /// Stores a value of the companion. Returns whether this call changed the stored value. Of

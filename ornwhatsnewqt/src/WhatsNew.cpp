@@ -29,7 +29,8 @@ struct WhatsNew::Impl {
 
 namespace {
 
-// The controller reads the version and the features when it loads the list.
+// Installs the services first, because the controller reads the version and the features when it
+// loads the list.
 std::unique_ptr<PanelController> createController(const QString& dataFile,
                                                   const Settings& settings) {
   installServices(settings);
