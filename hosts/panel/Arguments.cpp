@@ -29,7 +29,8 @@ void AddOptions(CLI::App& app, Arguments& arguments) {
                  "Default: ornwhatsnew/state.json in $XDG_STATE_HOME,\n"
                  "or in ~/.local/state if that is not set")
       ->type_name("FILE");
-  app.add_flag("--rating", arguments.showsRatings, "Show only what you have seen and can rate");
+  app.add_flag("--rating", arguments.showsRatings,
+               "Show only features that you have seen and can rate");
   app.set_version_flag("--version", "ornwhatsnew-panel " + std::string(ornwhatsnew::kVersionText));
   app.footer(kExitStatusHelp);
 }

@@ -8,8 +8,9 @@
 
 namespace hosts::panel {
 
-/// A translator of Qt for the context "ornwhatsnew". The source text is the key. Qt queries the
-/// translator that was installed last first, so install this one after all others.
+/// A Qt translator with the translations of a host description. The context is "ornwhatsnew", and
+/// the source text is the key. Qt queries the most recently installed translator first, so install
+/// this translator after all others.
 class HostTranslator final : public QTranslator {
  public:
   explicit HostTranslator(const common::HostDescription::Texts& dictionary)

@@ -30,7 +30,8 @@ using console::ToolError;
 using ornwhatsnewqt::Settings;
 using ornwhatsnewqt::WhatsNew;
 
-// WhatsNew reads the file itself. It accepts other files than the console host and has other error
+// `WhatsNew` reads the file later. This function checks the file first, as the program
+// `ornwhatsnew` does, so that both programs accept the same files and print the same error
 // messages.
 void RequireDataFile(const std::filesystem::path& file) {
   try {
@@ -86,7 +87,8 @@ void ShowPanel(const Arguments& arguments, const common::HostDescription& host,
 
   const WhatsNew whatsNew(QString::fromStdString(arguments.data.native()), settings);
   QObject::connect(&whatsNew, &WhatsNew::rated, &whatsNew, &PrintRating);
-  // The action is disabled for 14 days after the first start. Authors must not have to wait.
+  // The action is disabled for 14 days after the first start. Enable it, because authors should not
+  // have to wait.
   if (arguments.showsRatings) whatsNew.rateAction()->setEnabled(true);
   (arguments.showsRatings ? whatsNew.rateAction() : whatsNew.showAction())->trigger();
   QApplication::exec();
@@ -101,7 +103,7 @@ ExitStatus Run(const Arguments& arguments) {
   int argc = 1;
   char* argv[] = {name.data(), nullptr};
   const QApplication application(argc, argv);
-  // The filters of the panel are in the settings of this program.
+  // `QSettings` stores the filters of the panel under this name and the name of the program.
   QCoreApplication::setOrganizationName(QStringLiteral("ornwhatsnew"));
   QGuiApplication::setDesktopFileName(QStringLiteral("ornwhatsnew-panel"));
   ShowPanel(arguments, host, store);

@@ -94,7 +94,7 @@ void AnnouncementTest::doesNotAnnounceAnUpdateWithoutNews() {
   const TestWorld world;
   update(world);
   QVERIFY(!startAnnounces(world, false));
-  // A feature that becomes available later is no update.
+  // A feature that becomes available later is not an update.
   QVERIFY(!startAnnounces(world));
 }
 

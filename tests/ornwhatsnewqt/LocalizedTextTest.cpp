@@ -22,8 +22,8 @@ QString contentOf(const QString& path) {
   return QString::fromUtf8(file.readAll());
 }
 
-/// Returns the keys in the sources of the library and of the companion. Private keys are not for
-/// translators.
+/// Returns the keys in the sources of the library and of the companion. Omits private keys, which
+/// translators do not translate.
 QSet<QString> keysInSources() {
   static const QRegularExpression key(QStringLiteral(R"("(\$\$\$/(?!private/)[\w/]+)=)"));
   QSet<QString> keys;

@@ -97,7 +97,7 @@ void NewsDocumentTest::everyStyleHasItsSizeAndColor() {
 
 void NewsDocumentTest::stylesBeginAtTheirPosition() {
   TestLayout layout;
-  // A character outside of the basic plane is two units of UTF-16.
+  // A character above U+FFFF consists of two UTF-16 units.
   layout.change({{u"\U0001F389 party ", StyleID::kStyleChangeText},
                  {u"(v4.3)", StyleID::kStyleInternalCode}});
   const NewsDocument document(layout.layout(), style());

@@ -93,7 +93,7 @@ void PanelControllerTest::aNewUserHasSeenEverything() {
   const TestWorld world;
   world.writeData({kMapChange});
   QCOMPARE(controllerFor(world)->countNew(), ornwhatsnew::NewCount{});
-  // The state is stored, so that the next version finds an earlier use.
+  // The state is stored, so that the next version recognises the user.
   QCOMPARE(world.stored(QStringLiteral("WhatsNew.LastVersionSeenWhatsNew")),
            QStringLiteral("4.3.0.118"));
 }
@@ -147,7 +147,7 @@ void PanelControllerTest::otherFiltersKeepWhatThePanelHasShown() {
   controller->setFilters({.onlyNew = true, .thisPlatform = false, .myVersions = true});
   QVERIFY(textOf(*controller).contains(QStringLiteral("Faster map")));
   QVERIFY(textOf(*controller).contains(QStringLiteral("New tray icon")));
-  // After the panel was closed, both changes are seen.
+  // After the panel was closed, both changes count as seen.
   controller->closePanel();
   controller->display();
   QVERIFY(!controller->layout().hasItems);
@@ -284,7 +284,7 @@ void PanelControllerTest::offersNoRatingsWithoutUsageLogging() {
   world.writeData({kRequest});
   world.storeFirstStart(QDateTime::currentDateTimeUtc().addDays(-15));
   QVERIFY(!controllerFor(world)->canRate());
-  // Internal users are no exception.
+  // Internal users need usage logging, too.
   world.features().SetInternalFeaturesAllowed(true);
   QVERIFY(!controllerFor(world)->canRate());
 }

@@ -30,7 +30,8 @@ int rounds() {
 int runWriter(const QString& file, const std::string& name) {
   Settings settings;
   settings.settingsFile = file;
-  // The writers wait for each other. A loaded machine must not make the test fail.
+  // The writers wait for each other. On a busy machine, they could wait longer than the default
+  // maximum time.
   SettingsStore store(settings, std::chrono::minutes(1));
   for (int round = 0; round < rounds(); ++round) {
     const std::string before = store.state(kAllSeenItemsKey);

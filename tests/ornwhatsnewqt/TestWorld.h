@@ -37,10 +37,11 @@ class TestWorld {
   /// Returns settings of the application, with a settings file in the folder.
   ornwhatsnewqt::Settings settings() const;
 
-  /// Makes the user one who has used the application before, with an empty list of seen items.
+  /// Stores the state of a user who opened the panel in `version`. The user has seen no items.
   void storeEarlierUse(const QString& version = QStringLiteral("4.2.0.97")) const;
 
-  /// Sets the time of the first start, so that the user may rate features.
+  /// Stores `time` as the time of the first start. The user may rate features from the 14th day
+  /// after it.
   void storeFirstStart(const QDateTime& time) const;
 
   /// Returns a value of the settings file.

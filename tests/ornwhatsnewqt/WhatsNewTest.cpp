@@ -164,7 +164,7 @@ void WhatsNewTest::theParentMayBeDestroyedWhileTheWindowIsOpen() {
   auto mainWindow = std::make_unique<QWidget>();
   mainWindow->show();
   auto* const whatsNew = new WhatsNew(world_->dataFile(), world_->settings(), mainWindow.get());
-  // The panel is destroyed after its object, and the badge as well.
+  // The panel and the badge are destroyed after the `WhatsNew` object.
   auto* const panel = new ornwhatsnewqt::PanelWidget(whatsNew, mainWindow.get());
   panel->show();
   new WhatsNewBadge(whatsNew, mainWindow.get());
