@@ -35,8 +35,8 @@ class ChangeMaker {
 
 /// The result of `PlaceChange`: the item for a change, and whether the change is unmatched.
 struct ChangePlacement {
-  /// The item for the change, which the map of items owns. If the change belongs to a section that
-  /// is missing, the pointer is null, and the list drops the change.
+  /// The item to which the change belongs. The map of items owns the item. If the change belongs to
+  /// a section that is missing, the pointer is null, and the list drops the change.
   FeatureListItem* item = nullptr;
   /// True if the IDs of the change match no item. Internal users then see a note in the panel. An
   /// unmatched change belongs to the section INTERNAL, or to UNREVIEWED if it is unreviewed.
@@ -48,13 +48,15 @@ struct ChangePlacement {
 /// is "Unreviewed". The first rule that applies decides:
 ///
 /// 1. An unreviewed change belongs to the section UNREVIEWED, regardless of its IDs.
-/// 2. The grouping ID "INTERNAL", in any letter case, means the section INTERNAL.
-/// 3. The story ID is the key of an item, compared byte for byte.
-/// 4. The grouping ID is the key of an item, compared byte for byte.
+/// 2. A change with the grouping ID "INTERNAL", in any letter case, belongs to the section
+///    INTERNAL.
+/// 3. If the story ID is the key of an item, the change belongs to that item. Keys are compared
+///    byte for byte.
+/// 4. If the grouping ID is the key of an item, the change belongs to that item.
 /// 5. Any other change is unmatched and belongs to the section INTERNAL.
 ///
-/// An entry of `items` without an item counts as missing. The function does not change `items` and
-/// can be called from any thread while no thread changes them.
+/// A null entry of `items` counts as missing. The function does not change `items`, and can be
+/// called from any thread while no thread changes `items`.
 ORN_EXPORT ChangePlacement PlaceChange(const FeatureMap& items, std::string_view groupingID,
                                        std::string_view storyID, bool unreviewed);
 

@@ -72,10 +72,10 @@ struct DataRow {
   std::string_view Value(DataColumn column) const { return values[ColumnIndex(column)]; }
 };
 
-/// The bytes of a field in its row, including quotes. A message to an author needs the position.
+/// The position of a field in its row, including quotes. Tools need positions for messages to
+/// authors.
 struct DataField {
-  /// The byte offset in the row at which the field begins, which is its opening quote if it has
-  /// one.
+  /// The byte offset in the row of the first byte of the field, which can be a quote.
   std::size_t begin = 0;
   /// The byte offset in the row after the last byte of the field.
   std::size_t end = 0;
@@ -84,9 +84,10 @@ struct DataField {
   std::optional<std::size_t> openQuote;
 };
 
-/// Returns the fields of a row, from the bytes in `DataRow::text`. Their number is
-/// `DataRow::fieldCount`, so a blank row has no fields. Separate from `DataFileReader`, because a
-/// list does not need positions. Takes time linear in the length of the row.
+/// Returns the fields of `row`, which is the content of `DataRow::text`. The number of fields is
+/// `DataRow::fieldCount`, so a blank row has no fields. This function is separate from
+/// `DataFileReader`, because a list does not need positions. Takes time linear in the length of the
+/// row.
 ORN_EXPORT std::vector<DataField> FindDataFields(std::string_view row);
 
 /// Reads the rows of a data file in file order. No input is an error. The reader returns every row,

@@ -36,7 +36,7 @@ namespace ornwhatsnew {
 /// such a query, the service may call only const methods of the list and must not destroy the list.
 /// Debug builds check these rules with assertions.
 ///
-/// Exceptions of callbacks, services and allocations propagate to the caller. If an exception
+/// Exceptions from callbacks, services and allocations propagate to the caller. If an exception
 /// occurs before the first call of the setter, the list is unchanged, unless the comment of the
 /// method says otherwise. After every exception, the list is usable, and the same call can be
 /// repeated.
@@ -68,7 +68,7 @@ class ORN_EXPORT FeatureListData {
 
   /// Parses `dataText` (UTF-8) and adds its changes to the existing items. Sets the changes-since
   /// version if `dataText` contains one. Moves the keys of the features that received changes to
-  /// the end, and then the key "UNREVIEWED", which it inserts if it is missing. Skips the rows that
+  /// the end, and then the key "UNREVIEWED". Inserts this key if it is missing. Skips the rows that
   /// `DataFileReader` reports as skipped. No input is an error. If an allocation fails, the changes
   /// added so far remain. Call `InitWithData` to start over.
   void ParseWhatsNewData(const UTF8String& dataText);
@@ -112,13 +112,13 @@ class ORN_EXPORT FeatureListData {
   UTF16String LocalizeIfNecessary(const UTF8String& text) const;
 
   /// Replaces the state with the three persisted values from the getter, and calls
-  /// `BubbleUnlockedItemsToTheTop`. Identities that were shown count as seen only if the getter
-  /// returns them. After an exception, the state is unchanged.
+  /// `BubbleUnlockedItemsToTheTop`. Items and changes that were shown count as seen only if the
+  /// getter returns their identities. After an exception, the state is unchanged.
   void RefreshInternalSeenState();
 
   /// Returns the identities to persist, as a persisted list. It contains the identities from the
-  /// last read of the state and the identities shown or rated since then. Does not call the
-  /// callbacks.
+  /// last read of the state, and those of the items and changes that were shown or rated since
+  /// then. Does not call the callbacks.
   UTF8String GetNewSeenState() const;
 
   /// Returns whether a display with these options would show any item. An item that was displayed
@@ -146,15 +146,16 @@ class ORN_EXPORT FeatureListData {
   /// each placeholder with its rating control. After an exception, `runs` and `ratingItems` are
   /// unspecified.
   ///
-  /// At the end, adds the identities shown to the state and passes the three persisted values to
-  /// the setter, even if nothing was shown. Makes no other call to the host between these three
-  /// calls, so a host can store the values in one transaction.
+  /// At the end, adds the identities of the shown items and changes to the state, or only those of
+  /// the items in the rating view. Then passes the three persisted values to the setter, even if
+  /// nothing was shown. Makes no other call to the host between these three calls, so a host can
+  /// store the values in one transaction.
   UTF16String GetFormattedTextForDisplay(const DisplayOptions& options,
                                          const UTF16String& ratingPlaceholder, StyleRunMap& runs,
                                          std::shared_ptr<RatingMap> ratingItems);
 
-  /// Returns the layout of the panel for these options. Like `GetFormattedTextForDisplay`, it adds
-  /// the identities shown to the state and passes the three persisted values to the setter.
+  /// Returns the layout of the panel for these options. Updates the state and calls the setter like
+  /// `GetFormattedTextForDisplay`.
   ///
   /// Makes the same calls to the host, in the same order, as `GetFormattedTextForDisplay` with a
   /// rating map in the rating view and with a null map otherwise. In addition, looks up the

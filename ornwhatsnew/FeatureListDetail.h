@@ -194,8 +194,8 @@ class ORN_EXPORT FeatureListDetail {
 
   /// Returns whether the change is relevant to a user who opened What's New in the given versions.
   /// `versionNumbers` are results of `VersionNumber` in ascending order. The change is relevant if
-  /// one of them is at least the earliest relevant version and less than the version added. A
-  /// change without an earliest relevant version is relevant to every user.
+  /// one of them is at least the earliest relevant version and less than the version that added the
+  /// change. A change without an earliest relevant version is relevant to every user.
   bool IsRelevantToVersions(std::span<const std::int64_t> versionNumbers) const;
 
   /// Adds the `ExtractHashablePortion` of nine fields to `mixer`. Omits the rating request, so that
@@ -226,8 +226,8 @@ class ORN_EXPORT FeatureListDetail {
   bool isURLSecure_;
   bool couldNotMatchBetaFeature_ = false;
   bool hasDuplicateURL_ = false;
-  // The numbers of the earliest relevant version and of the version added. They are set only if the
-  // change has an earliest relevant version.
+  // The numbers of the earliest relevant version and of the version that added the change. They are
+  // set only if the change has an earliest relevant version.
   std::int64_t relevantFrom_ = 0;
   std::int64_t relevantBefore_ = 0;
   std::array<UTF8String, kDataColumnCount> fields_;

@@ -4,18 +4,17 @@
 //     page << "<style>" << GetHTMLStyleSheet() << "</style>\n" << RenderHTML(layout);
 //
 // Each function escapes every character that its format interprets. It makes a link clickable only
-// if `IsSafeLink` returns true. If the style of another link is `kStyleHotSpot`, the target of the
-// link follows its text in angle brackets, as text of at most 200 characters. All other links are
-// omitted.
+// if `IsSafeLink` returns true. For any other link with the style `kStyleHotSpot`, the target
+// follows the text of the link in angle brackets, shortened to at most 200 characters. For all
+// other links, only the text remains.
 //
 // A rating request becomes a paragraph with its question. If the question is empty, the paragraph
 // contains `kDefaultRatingQuestion`. A host can change the strings of `PanelLayout::ratingRequests`
 // before it renders the layout, for example to set a translated question. A host must not change
 // the text, the paragraphs and the spans of a layout, because their ranges depend on each other.
 //
-// The results are well-formed UTF-8. They replace unpaired surrogates with U+FFFD. The functions
-// take linear time and are safe to call from any thread. They throw `std::bad_alloc` if memory runs
-// out.
+// The results are well-formed UTF-8. Unpaired surrogates become U+FFFD. The functions take linear
+// time and are safe to call from any thread. They throw `std::bad_alloc` if memory runs out.
 #ifndef ORNWHATSNEW_PANELRENDERERS_H_
 #define ORNWHATSNEW_PANELRENDERERS_H_
 
@@ -75,11 +74,12 @@ inline constexpr std::u16string_view kDefaultRatingQuestion = u"How do you like 
 /// which a page can set. The string has static storage duration.
 [[nodiscard]] ORN_EXPORT std::string_view GetHTMLStyleSheet() noexcept;
 
-/// Returns the panel in CommonMark: the header as a heading of level 2, titles as headings of level
-/// 3 (or 2 if the panel has no header), changes as a list, unlock labels as code spans, and rating
-/// requests as block quotes with their description and question. Contains no HTML. Replaces and
-/// omits the same characters as `RenderHTML`, and omits changes without any text. Is empty if no
-/// paragraph has any text, and the layout has no rating request.
+/// Returns the panel in CommonMark. The header is a heading of level 2. Titles are headings of
+/// level 3, or of level 2 if the panel has no header. Changes are list items, and unlock labels are
+/// code spans. A rating request is a block quote with its description and question. The result
+/// contains no HTML. Replaces and omits the same characters as `RenderHTML`, and omits changes
+/// without any text. The result is empty if no paragraph has text and the layout has no rating
+/// request.
 [[nodiscard]] ORN_EXPORT UTF8String RenderMarkdown(const PanelLayout& layout);
 
 /// Selects what a terminal supports. The default options give plain text.

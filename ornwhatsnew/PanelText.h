@@ -49,9 +49,9 @@ enum class PanelText : std::size_t {
   kSinceRelease,
   /// The text of a panel without new changes.
   kNothingNew,
-  /// The text before the privacy page in the rating view, if usage logging is off.
+  /// The text before the URL of the privacy page in the rating view, if usage logging is off.
   kOptedOutPart1,
-  /// The text after the privacy page in the rating view.
+  /// The text after the URL of the privacy page in the rating view.
   kOptedOutPart2,
   /// The text of a rating view without features.
   kNothingToRate,

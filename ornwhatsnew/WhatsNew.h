@@ -23,8 +23,7 @@ namespace ornwhatsnew {
 /// the debug database.
 ///
 /// The caller owns the list. It is not thread-safe: use one list from one thread at a time.
-/// Exceptions of allocations, of the getter, of services and of `resources` propagate to the
-/// caller.
+/// Exceptions from allocations, the getter, services and `resources` propagate to the caller.
 ORN_EXPORT std::shared_ptr<FeatureListData> GetWhatsNew(
     const UTF16String& path, const ornui::utility::ResourceManager* resources, StateGetter getter,
     StateSetter setter);

@@ -23,7 +23,7 @@ class ORN_EXPORT SDMUsageLogger {
   SDMUsageLogger() = delete;
 
   /// Calls the host's query on the calling thread and returns its result. Returns true if there is
-  /// no query. Exceptions of the query propagate to the caller.
+  /// no query. Exceptions from the query propagate to the caller.
   static bool IsLogging();
 
   /// Replaces the query, which returns whether usage logging is on. An empty function removes it. A

@@ -28,8 +28,8 @@ struct PanelLinks {
   /// The link template for issues. Each `@0` in it stands for the key of the issue. The panel shows
   /// issue links only to internal users.
   UTF16String issueLink;
-  /// The link template for commits. Each `@0` in it stands for column 9 of a change. The panel
-  /// shows commit links only to internal users.
+  /// The link template for commits. Each `@0` in it stands for the commit ID, which is column 9 of
+  /// a change. The panel shows commit links only to internal users.
   UTF16String commitLink;
   /// The URL of the page on which users allow usage logging. The rating view shows it to users who
   /// do not allow usage logging. It is both the target and the text of the link. If it is empty,
@@ -46,8 +46,8 @@ struct PanelLinks {
 /// allocate. Safe to call from any thread.
 ORN_EXPORT bool IsLinkTemplate(std::u16string_view text) noexcept;
 
-/// Replaces the links of all panels that lists create afterwards, and returns true. Default
-/// `links` restore the defaults.
+/// Replaces the links of all panels that lists create afterwards, and returns true. A
+/// default-constructed `PanelLinks` restores the defaults.
 ///
 /// Returns false and keeps the previous links if a member is not valid. The members `issueLink` and
 /// `commitLink` must be link templates, and `privacyPage` must be a safe link. Empty strings and

@@ -13,7 +13,7 @@
 namespace orncore::appstatemanager {
 
 /// Calls the host's query on the calling thread and returns its result. Returns false if there is
-/// no query. Exceptions of the query propagate to the caller.
+/// no query. Exceptions from the query propagate to the caller.
 ///
 /// Safe to call from any thread if the query is safe to call from any thread.
 ORN_EXPORT bool IsTerminating();

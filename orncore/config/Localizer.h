@@ -98,7 +98,7 @@ class ORN_EXPORT Localizer {
   /// effect on the characters after it: `^#{endl}` becomes a caret and a newline. Replaces
   /// ill-formed UTF-8 with U+FFFD.
   ///
-  /// Queries the dictionary at every call and caches nothing. Exceptions of the dictionary
+  /// Queries the dictionary at every call and caches nothing. Exceptions from the dictionary
   /// propagate to the caller.
   UTF16String ZString(std::string_view keyText) const;
 

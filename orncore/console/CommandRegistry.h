@@ -79,7 +79,7 @@ class ORN_EXPORT CommandRegistry {
   /// command has this name.
   ///
   /// The name is the first word after any leading spaces. A space ends the name, and everything
-  /// after that one space is the argument text, unchanged. Exceptions of the command propagate to
+  /// after that one space is the argument text, unchanged. Exceptions from the command propagate to
   /// the caller.
   std::optional<int> RunLine(std::u16string_view line, UTF16OutputStream& stream) const;
 

@@ -27,7 +27,7 @@ constexpr std::u16string_view kCommandHelp =
     u" filepath - Parse a What's New file to validate changes before commiting to version control";
 constexpr std::chrono::hours kReadDeadline{24};
 
-// Loads a list with the state in the debug database. The setter discards its values, so that
+// Loads a list with the state from the debug database. The setter discards its values, so that
 // checking a file never changes the state.
 void ParseForTest(const orncore::filesupport::RecycledMemory& memory) {
   const auto bytes = memory.Bytes();

@@ -11,7 +11,7 @@
 namespace ornwhatsnew {
 namespace {
 
-// In a file with CR LF line ends, an empty line contains a carriage return.
+// In a file with CR LF line endings, an empty line contains a carriage return.
 bool IsBlank(std::string_view row) {
   return std::ranges::all_of(row, [](char c) { return c == '\r'; });
 }

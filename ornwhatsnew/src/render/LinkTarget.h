@@ -17,9 +17,10 @@ inline constexpr std::size_t kMaximumPrintedTarget = 200;
 /// In any other link, spaces, `<`, `>`, `"`, control characters and non-ASCII characters are
 /// percent-encoded, so that the link cannot look like two links. If the result would be longer than
 /// `kMaximumPrintedTarget`, the function shortens it. It omits all but two slashes before the host,
-/// and replaces the user information and the end of the link with "...". The host remains visible.
-/// If the host alone is too long, "..." replaces its beginning, because the end of a host name
-/// identifies its owner. An escape such as `%20` is never split.
+/// and replaces the user information with "...". If the result is still too long, "..." also
+/// replaces the end of the link. The host remains visible. If the host alone is too long, "..."
+/// replaces its beginning, because the end of a host name identifies its owner. An escape such as
+/// `%20` is never split.
 std::string PrintedLinkTarget(std::string_view link);
 
 }  // namespace ornwhatsnew

@@ -21,7 +21,7 @@ constexpr bool ChangesDirection(char16_t unit) {
   return (unit >= 0x202A && unit <= 0x202E) || (unit >= 0x2066 && unit <= 0x2069);
 }
 
-/// Appends what HTML and Markdown contain instead of `unit`, which is no surrogate.
+/// Appends what HTML and Markdown contain instead of `unit`, which is not a surrogate.
 void AppendMarkup(char16_t unit, UTF16String& markup) {
   if (unit == kByteOrderMark || ChangesDirection(unit)) return;
   if (unit == u'\t') {

@@ -24,8 +24,8 @@ const RatingRequest* FindRatingRequest(const PanelLayout& layout, const LayoutPa
 std::u16string_view RatingQuestion(const RatingRequest& request);
 
 /// Returns what to print after `text`, the text of `span`: a space and the target of its link in
-/// angle brackets. The result is empty if `isClickable` is true, if the span has no link or another
-/// style than `kStyleHotSpot`, or if its text is the target.
+/// angle brackets. The result is empty if `isClickable` is true, if the span has no link or has a
+/// style other than `kStyleHotSpot`, or if its text is the target.
 UTF16String PrintedTarget(const LayoutSpan& span, std::u16string_view text, bool isClickable);
 
 /// Returns what HTML and Markdown contain instead of `text`: U+2028 for a line end, a space for a
