@@ -62,7 +62,7 @@ std::string_view TextOf(const ornwhatsnew::StyleRun& run, std::string_view panel
   return start < panel.size() ? panel.substr(start, length) : std::string_view();
 }
 
-// Shows the panel and stores that the user has seen its content. A graphical application would
+// Shows the panel and records that the user has seen its content. A graphical application would
 // convert the runs to fonts and links, and open only safe links.
 void ShowPanel(ornwhatsnew::FeatureListData& list, ornwhatsnew::DisplayOptions options) {
   ornwhatsnew::StyleRunMap runs;
