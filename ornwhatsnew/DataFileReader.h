@@ -79,7 +79,7 @@ struct DataField {
   std::size_t begin = 0;
   /// The byte offset in the row after the last byte of the field.
   std::size_t end = 0;
-  /// The byte offset in the row of the quote that opens an unclosed quotation. Has no value if all
+  /// The byte offset in the row of an opening quote without a closing quote. Has no value if all
   /// quotes are closed. Only the last field of a row can have an unclosed quote.
   std::optional<std::size_t> openQuote;
 };

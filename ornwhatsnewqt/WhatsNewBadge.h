@@ -15,7 +15,7 @@ class WhatsNew;
 class ORNWHATSNEWQT_EXPORT WhatsNewBadge : public QToolButton {
   Q_OBJECT
  public:
-  /// Creates a button. It is disabled when `whatsNew` is destroyed.
+  /// Creates a button for `whatsNew`. When `whatsNew` is destroyed, the button becomes disabled.
   explicit WhatsNewBadge(const WhatsNew* whatsNew, QWidget* parent = nullptr);
   ~WhatsNewBadge() override;
 

@@ -14,7 +14,7 @@ namespace {
 
 constexpr const char* kExitStatusHelp = R"(Exit status:
    0  success
-   1  unexpected error, for example out of memory
+   1  an unexpected error occurred; for example, there was not enough memory
    2  the command line is not valid
    3  the data file or the host description cannot be used
    4  the state store cannot be read or written)";

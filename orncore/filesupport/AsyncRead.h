@@ -110,10 +110,10 @@ class ORN_EXPORT UntypedFuture {
 /// If the read does not succeed, `ReadOutcome::failure` is one of these exceptions:
 /// - `config::FutureCancelled` if `WaitForUntypedUntil` or `Executor::Join` cancels the read;
 /// - `config::ResultError` with -EILSEQ if the path contains an unpaired surrogate;
-/// - any exception of `ReadRegularFile`.
+/// - any exception that `ReadRegularFile` throws.
 ///
-/// The function itself throws `std::bad_alloc` and the exceptions of `Executor::Submit`. Safe to
-/// call from any thread.
+/// The function itself throws `std::bad_alloc`, and the same exceptions as `Executor::Submit`. Safe
+/// to call from any thread.
 ORN_EXPORT UntypedFuture ReadFileToRecycledMemory(
     const File& file, Executor& executor, std::function<void(const ReadOutcome&)> continuation);
 

@@ -14,7 +14,8 @@
 namespace ornwhatsnewqt {
 namespace {
 
-// An edge at this distance outside of the visible part is not visible, even if it is rounded.
+// An edge of a card that is this far outside of the visible part is not visible, even if the
+// corners of the card are rounded.
 constexpr qreal kInvisibleDistance = 2 * kCardRadius;
 
 /// Returns the `ItemPart` of `block`, or 0.

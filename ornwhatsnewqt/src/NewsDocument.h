@@ -14,7 +14,7 @@
 
 namespace ornwhatsnewqt {
 
-/// A part of a `NewsDocument` that is an object of its own for assistive tools.
+/// A part of a `NewsDocument` that is a separate object for assistive tools.
 struct NewsElement {
   enum class Kind { Heading, Paragraph, ListItem, Link };
 

@@ -91,7 +91,7 @@ void NewsFormats::addParagraphFormats() {
   add(ParagraphKind::kChange, StyleID::kStyleChangeText);
   paragraphs_.insert(static_cast<int>(ParagraphKind::kNotice),
                      characters(ornwhatsnew::kFontSize_Header, QFont::Medium, style_.text));
-  // The space before a label would otherwise be too narrow.
+  // Widen the space between the title and a label, because the box of the label begins there.
   QTextCharFormat& title = paragraphs_[static_cast<int>(ParagraphKind::kTitle)];
   title.setFontLetterSpacingType(QFont::AbsoluteSpacing);
   title.setFontLetterSpacing(kLabelPadding);

@@ -59,7 +59,7 @@ void RatingPage::showRequests(const std::vector<ornwhatsnew::RatingRequest>& req
 
 void RatingPage::addCard(const ornwhatsnew::RatingRequest& request) {
   auto* const card = new RatingCard(request, widget());
-  // The last element of the column is the stretch.
+  // Insert the card before the stretch, which is the last element of the column.
   column_->insertWidget(column_->count() - 1, card);
   cards_.push_back(card);
   connect(card, &RatingCard::rated, this, [this, card](int stars, const QString& comment) {

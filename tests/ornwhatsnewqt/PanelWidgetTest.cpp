@@ -48,7 +48,7 @@ const ChangeRow kRating{.version = "4.3",
                         .ratingRequest = "RequestRating",
                         .description = "Rate it"};
 
-/// Receives the links that the panel opens, instead of a browser.
+/// Receives, instead of a browser, the links that the panel opens.
 class Browser : public QObject {
   Q_OBJECT
 
