@@ -16,8 +16,8 @@ constexpr char16_t kOpeningQuote = u'\u201C';
 constexpr char16_t kClosingQuote = u'\u201D';
 constexpr char16_t kInchMark = u'\u2033';
 
-/// Returns the character at `position` of `text`, and sets `position` to its end. Returns 0 at the
-/// end of the text, and a negative number for ill-formed bytes.
+/// Returns the character at `position` of `text`, and moves `position` to the end of this
+/// character. Returns 0 at the end of the text, and a negative number for ill-formed bytes.
 UChar32 ReadCharacter(std::string_view text, std::size_t& position) {
   const std::string_view bytes = text.substr(position, U8_MAX_LENGTH);
   if (bytes.empty()) return 0;
@@ -61,7 +61,7 @@ void CountQuote(ConvertedText& converted, char16_t replacement) {
   if (replacement == kInchMark) ++converted.inchMarks;
 }
 
-/// Adds "COUNT WHAT" to a list, if the count is not 0.
+/// Appends "COUNT WHAT" to the comma-separated `list`, unless `count` is 0.
 void AddToList(std::string& list, std::size_t count, std::string_view what) {
   if (count == 0) return;
   if (!list.empty()) list += ", ";
@@ -112,7 +112,7 @@ std::string DescribeReplacements(const ConvertedText& converted) {
   AddToList(list, converted.closingQuotes, "'\"' by '\u201D'");
   AddToList(list, converted.inchMarks, "'\"' by '\u2033'");
   AddToList(list, converted.lineEnds,
-            converted.lineEnds == 1 ? "line end by a space" : "line ends by spaces");
+            converted.lineEnds == 1 ? "line break by a space" : "line breaks by spaces");
   return list;
 }
 
@@ -126,7 +126,7 @@ std::optional<std::string> ProblemWith(std::string_view value) {
              "or remove it";
     }
     if (character == '\n' || character == '\r') {
-      return "contains a line end, which no data file can contain; remove it";
+      return "contains a line break, which no data file can contain; remove it";
     }
     if (u_charType(character) == U_CONTROL_CHAR && character != '\t') {
       return "contains the control character " + CodePoint(character) +

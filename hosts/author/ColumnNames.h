@@ -19,11 +19,13 @@ inline constexpr std::array<std::string_view, ornwhatsnew::kDataColumnCount> kSh
 /// Returns the header text of a column in single quotes, for messages.
 std::string QuotedHeader(ornwhatsnew::DataColumn column);
 
-/// Returns the column whose header text or short name is `header`. Ignores the letter case, and
-/// treats each sequence of white space as one space. Returns `std::nullopt` if there is none.
+/// Returns the column whose header text or short name is `header`. Ignores the letter case and the
+/// white space at both ends, and treats any other sequence of white space as one space. Returns
+/// `std::nullopt` if there is no such column.
 std::optional<ornwhatsnew::DataColumn> FindColumn(std::string_view header);
 
-/// Returns whether users read the column as text: the message and the rating question.
+/// Returns whether users read the fields of `column` as text. This is true for the message and the
+/// rating request.
 bool IsTextColumn(ornwhatsnew::DataColumn column);
 
 }  // namespace hosts::author

@@ -25,7 +25,7 @@ bool HasFields(const DataRow& row, const DataFields& fields) {
   return row.fieldCount == kDataColumnCount && std::ranges::equal(row.values, fields);
 }
 
-/// The rows of a data file, as the library reads them.
+/// The number of rows that the library reads in a data file, and of header rows among them.
 struct RowCounts {
   std::size_t rows = 0;
   std::size_t headers = 0;
@@ -41,7 +41,7 @@ RowCounts CountRows(std::string_view dataFile) {
   return counts;
 }
 
-/// Throws `InputError` if a field cannot be in a data file, or if the row would be no change.
+/// Throws `InputError` if `ProblemWith` rejects a field, or if the row would not be a change.
 void RequireChange(const DataFields& fields) {
   for (std::size_t column = 0; column < fields.size(); ++column) {
     if (const auto problem = ProblemWith(fields[column])) {
@@ -61,7 +61,7 @@ void RequireChange(const DataFields& fields) {
                    "or a section");
 }
 
-/// Throws `InputError` if `dataFile` cannot be extended by a row.
+/// Throws `InputError` if no change can be added to `dataFile`.
 void RequireExtensible(std::string_view dataFile, const RowCounts& counts) {
   if (!orncore::string::IsWellFormedUTF8(dataFile)) {
     throw InputError(0, "the file is not valid UTF-8; convert it with 'ornwhatsnew import'");
@@ -73,7 +73,7 @@ void RequireExtensible(std::string_view dataFile, const RowCounts& counts) {
   }
 }
 
-/// Returns the line end of the first row. Returns a newline if there is none.
+/// Returns the line ending of the first row. Returns a newline if the row has no line ending.
 std::string_view LineEndOf(std::string_view dataFile) {
   const std::size_t newline = dataFile.find('\n');
   const bool isAfterCR =

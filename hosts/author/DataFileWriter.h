@@ -15,22 +15,23 @@ namespace hosts::author {
 /// The ten fields of a row in UTF-8, indexed by `ornwhatsnew::ColumnIndex`.
 using DataFields = std::array<std::string, ornwhatsnew::kDataColumnCount>;
 
-/// Returns the header row of a data file, without a line end.
+/// Returns the header row of a data file, without a line ending.
 std::string HeaderRow();
 
-/// Returns a row with `fields`, without a line end. Puts quotes around a field that contains a
-/// comma.
+/// Returns a row with `fields`, without a line ending. Puts quotes around a field that contains
+/// a comma.
 std::string FormatRow(const DataFields& fields);
 
-/// Returns how the library uses the row that `FormatRow` returns for `fields`. Returns
-/// `std::nullopt` if the library would read other fields, for example because one contains a quote.
+/// Returns the kind of the row that `FormatRow` returns for `fields`. Returns `std::nullopt` if the
+/// library would read other fields from this row, for example because a field contains a quote.
 std::optional<ornwhatsnew::DataRowKind> KindOfRow(const DataFields& fields);
 
 /// Returns `dataFile`, the content of a data file, with a row for the change `fields` at its end.
-/// The new row ends with the line end of the first row. If the last row has no line end, adds one
-/// first. If the file has no rows, adds a header row first. Keeps a byte order mark. Throws
-/// `InputError` if the library would not read the result as the old rows and exactly one new
-/// change.
+/// The new row has the same line ending as the first row. If the last row has no line ending, adds
+/// one first. If the file is empty, adds a header row first. Keeps a byte order mark.
+///
+/// Throws `InputError` if `ProblemWith` rejects a field, or if the library would not read the new
+/// row as a change. Also throws it if the file is not valid UTF-8 or has rows but no header row.
 std::string AppendChange(std::string_view dataFile, const DataFields& fields);
 
 }  // namespace hosts::author

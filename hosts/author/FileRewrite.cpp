@@ -43,7 +43,7 @@ fs::path ResolvedPath(const fs::path& file) {
   return resolved;
 }
 
-/// Returns a replacement of the file `name`. Throws if its temporary file exists.
+/// Returns a replacement of the file `name`. Throws if its temporary file already exists.
 common::FileReplacement CreateReplacement(const common::PrivateFolder& folder,
                                           const std::string& name) {
   try {
@@ -87,11 +87,11 @@ std::string ReadBytes(const fs::path& file) {
 common::FileLock Lock(const common::PrivateFolder& folder, const fs::path& file) {
   const std::string name = file.filename();
   for (;;) {
-    // The lock would create a missing file.
+    // Check that the file exists, because `Acquire` would create it.
     if (!OpenExisting(folder, name)) Fail(ENOENT, "cannot open " + Quoted(file));
     auto lock = common::FileLock::Acquire(folder, name, kPatience);
-    if (!lock) Fail(EBUSY, "cannot write " + Quoted(file) + ", which another program changes");
-    // The program that held the lock before may have replaced the file. Lock the new file then.
+    if (!lock) Fail(EBUSY, "cannot write " + Quoted(file) + ", which another program is changing");
+    // The program that held the lock before may have replaced the file. If so, lock the new file.
     if (lock->IsInPlace()) return *std::move(lock);
   }
 }
@@ -125,8 +125,8 @@ void ChangeWholeFile(const fs::path& file,
   replacement.CopyModeAndOwner(opened);
   replacement.Write(changed);
   if (!lock.IsInPlace()) FailReplaced(resolved);
-  // Ignore whether the new file is still in place. The next program can lock it, read it and
-  // replace it as soon as it has its name.
+  // Ignore whether the new file is still in place. As soon as the rename has succeeded, another
+  // program may lock the new file and replace it.
   static_cast<void>(replacement.Commit());
 }
 

@@ -13,13 +13,14 @@ namespace hosts::author {
 /// link, writes the file that it leads to. On failure, throws `std::system_error`, and the file is
 /// unchanged, unless only the sync of its folder has failed. While the function runs, the folder
 /// contains a temporary file, whose name is the name of the file followed by ".tmp". The function
-/// fails if a file of this name exists, because it may belong to the user.
+/// fails if a file with the temporary name already exists, because it may belong to the user.
 void WriteWholeFile(const std::filesystem::path& file, std::string_view bytes);
 
 /// Reads `file`, calls `change` with its bytes, and writes the result like `WriteWholeFile`. Locks
-/// the file meanwhile, so that two programs that call this function lose no change. Throws
-/// `std::system_error` if the file does not exist, or if another program replaces it meanwhile.
-/// Exceptions of `change` propagate, and the file is then unchanged.
+/// the file during the call, so that programs that call this function at the same time lose no
+/// change. Throws `std::system_error` on failure, for example if the file does not exist, or if
+/// another program replaces it during the call. An exception that `change` throws propagates, and
+/// the file is then unchanged.
 void ChangeWholeFile(const std::filesystem::path& file,
                      const std::function<std::string(std::string_view)>& change);
 

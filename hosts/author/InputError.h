@@ -1,4 +1,4 @@
-// Describes problems and changes in the files of authors, with their line.
+// Defines the messages and the exception for problems in the files of authors.
 #ifndef HOSTS_AUTHOR_INPUTERROR_H_
 #define HOSTS_AUTHOR_INPUTERROR_H_
 
@@ -8,7 +8,7 @@
 
 namespace hosts::author {
 
-/// A message about one line of a file.
+/// A message about a line of a file, for example about a problem or a replacement.
 struct Remark {
   std::size_t line = 0;  ///< the first line of the file has the number 1
   std::string message;   ///< UTF-8; can contain characters of the file

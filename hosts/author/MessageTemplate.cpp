@@ -34,7 +34,8 @@ msgstr ""
 "Content-Transfer-Encoding: 8bit\n"
 )";
 
-/// Returns `text` as a string of a PO file, in which control characters are octal escapes.
+/// Returns `text` as a quoted string of a PO file, with escapes for quotes, backslashes and control
+/// characters.
 std::string PoString(std::string_view text) {
   constexpr unsigned char kDelete = 0x7F;
   std::string result = "\"";
@@ -56,8 +57,8 @@ std::string PoString(std::string_view text) {
   return result + "\"";
 }
 
-/// Returns a reference to a line of a file. gettext puts a name with spaces between U+2068 and
-/// U+2069.
+/// Returns a reference to a line of a file, or to the whole file if `line` is 0. As gettext does,
+/// puts a name with spaces between U+2068 and U+2069.
 std::string Reference(std::string_view name, std::size_t line) {
   std::string file = orncore::string::EscapeInvisible(name);
   if (file.find(' ') != std::string::npos) file = "\u2068" + file + "\u2069";
@@ -66,7 +67,8 @@ std::string Reference(std::string_view name, std::size_t line) {
 
 using LinesByKey = std::map<std::string, std::size_t, std::less<>>;
 
-/// Returns the first line of each key at the start of a JSON string. Keys with escapes are missing.
+/// Returns the number of the first line for each key at the start of a JSON string. Does not find
+/// keys that contain JSON escapes.
 LinesByKey FindKeys(std::string_view json) {
   constexpr std::string_view kStart = "\"$$$/";
   LinesByKey lines;
@@ -94,7 +96,7 @@ void MessageTemplate::AddDataFile(std::string_view name, std::string_view dataFi
     if (row->kind != ornwhatsnew::DataRowKind::kChange) continue;
     for (const DataColumn column : kLocalizedColumns) {
       const std::string_view value = row->Value(column);
-      // The panel looks up the key of such a column in lower case.
+      // The panel converts the keys in such a column to lower case before it looks them up.
       const bool isLowerCased =
           ornwhatsnew::kDataColumns[ornwhatsnew::ColumnIndex(column)].isLowerCased;
       AddKeyText(Reference(name, row->lineNumber),

@@ -13,8 +13,8 @@
 namespace hosts::author {
 
 /// A gettext template. Each entry has the key of a key text as its context and the default text as
-/// its source text. The entries are in the order in which the functions add their keys. A key
-/// without a default text, or in `$$$/private/`, gets no entry.
+/// its source text. The entries are in the order in which the functions add their keys. There is no
+/// entry for a key without a default text, or for a key that begins with `$$$/private/`.
 class MessageTemplate {
  public:
   /// Adds the key texts of the columns that the library localises. `name` is the name of the data
@@ -32,8 +32,8 @@ class MessageTemplate {
   /// Returns the template in the format of a PO file, in UTF-8.
   std::string Format() const;
 
-  /// Returns a warning for each key text that has no entry because of its content: a second default
-  /// text of a key, or one with a NUL.
+  /// Returns a warning for each key text that was not added because it contains a NUL, or because
+  /// the entry of its key has another default text.
   const std::vector<std::string>& Warnings() const { return warnings_; }
 
  private:

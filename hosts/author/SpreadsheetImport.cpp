@@ -21,13 +21,14 @@ using ornwhatsnew::ColumnIndex;
 using ornwhatsnew::DataColumn;
 using ornwhatsnew::DataRowKind;
 
-/// The columns of a table in its order. A column without a name is `std::nullopt`.
+/// For each column of a table, the column of the data file. `std::nullopt` stands for a column
+/// without a name or with an unknown name.
 using TableColumns = std::vector<std::optional<DataColumn>>;
 
 class Importer {
  public:
   ImportResult Import(const Spreadsheet& table) {
-    // A spreadsheet can have blank rows above its header, too.
+    // A spreadsheet can have empty rows above its header.
     const auto header = std::ranges::find_if(table.rows, HasValues);
     if (header == table.rows.end()) {
       AddError(1, "the table is empty; its first row must name the columns");
@@ -55,14 +56,16 @@ class Importer {
                                 "' is unknown; remove it, or give it one of the column names of "
                                 "ornwhatsnew(5)");
       } else if (column && HasColumn(*column)) {
-        AddError(cell.line, "there are two columns " + QuotedHeader(*column) + "; remove one");
+        AddError(cell.line,
+                 "there are two columns named " + QuotedHeader(*column) + "; remove one");
       }
       if (column) hasColumn_[ColumnIndex(*column)] = true;
       columns_.push_back(column);
     }
     for (const DataColumn required : {DataColumn::kGroupingID, DataColumn::kDescription}) {
       if (HasColumn(required)) continue;
-      AddError(header.front().line, "the first row names no column " + QuotedHeader(required) +
+      AddError(header.front().line, "the first row does not name the column " +
+                                        QuotedHeader(required) +
                                         "; add a row with the column names above the changes");
     }
   }

@@ -13,8 +13,8 @@
 namespace hosts::author {
 namespace {
 
-/// Removes the first line of `text`, with its line end, and returns it. A line ends with LF, CR or
-/// CR LF.
+/// Removes the first line of `text`, including its line ending, and returns it. A line ends with
+/// LF, CR or CR LF.
 std::string_view CutFirstLine(std::string_view& text) {
   std::size_t end = text.find_first_of("\r\n");
   if (end == std::string_view::npos) return std::exchange(text, {});
@@ -61,7 +61,7 @@ class Parser {
   void Finish() {
     const int result = csv_fini(&parser_, &Parser::AddCell, &Parser::AddRow, this);
     if (exception_) std::rethrow_exception(exception_);
-    // Report the line of the opening quote, because the closing one can be missing anywhere.
+    // Report the line of the opening quote. The closing quote may be missing on any line after it.
     if (result != 0) Fail(cellLine_);
   }
 
@@ -131,7 +131,8 @@ SpreadsheetRow ParseHeader(std::string_view text, char separator) {
   return {};
 }
 
-/// Returns how many cells of the header are column names of a data file.
+/// Returns how many cells of the header are column names of a data file. Returns -1 if the header
+/// cannot be parsed with this separator.
 std::ptrdiff_t CountColumnNames(std::string_view text, char separator) {
   try {
     return std::ranges::count_if(ParseHeader(text, separator), [](const SpreadsheetCell& cell) {

@@ -1,7 +1,8 @@
 // Reads the tables that spreadsheet programs export as CSV.
 //
-// Unlike a data file, such a table can have quoted fields over several lines, in which a doubled
-// quote stands for a quote (RFC 4180). Its fields are separated by commas, semicolons or tabs.
+// Unlike in a data file, a quoted field can span several lines, and two double quotes in it
+// represent one (RFC 4180). Commas, semicolons, tabs, or the character of a "sep=" line separate
+// the fields.
 #ifndef HOSTS_AUTHOR_SPREADSHEETREADER_H_
 #define HOSTS_AUTHOR_SPREADSHEETREADER_H_
 
@@ -21,19 +22,22 @@ struct SpreadsheetCell {
 /// A row of a table. It has at least one cell.
 using SpreadsheetRow = std::vector<SpreadsheetCell>;
 
-/// Returns whether a cell of `row` is not empty. A spreadsheet exports rows without values, too.
+/// Returns whether at least one cell of `row` is not empty. Spreadsheet programs also export empty
+/// rows.
 bool HasValues(const SpreadsheetRow& row);
 
-/// A table. Empty lines are no rows.
+/// A table. An empty line is not a row.
 struct Spreadsheet {
   char separator = ',';
   std::vector<SpreadsheetRow> rows;
 };
 
-/// Reads a table from `text` (UTF-8). The separator is the one of comma, semicolon and tab with
-/// which the first row that has values has the most column names of a data file. If the first line
-/// is "sep=" and a character, which spreadsheet programs write for each other, this character is
-/// the separator. Throws `InputError` if a quote is missing or misplaced.
+/// Reads a table from `text` (UTF-8). Throws `InputError` if a quote is missing or misplaced.
+///
+/// If the first line is "sep=" followed by a character, this character is the separator.
+/// Spreadsheet programs write such a line. Otherwise, the separator is a comma, a semicolon or a
+/// tab. The function selects the one with which the header, the first row that has values, contains
+/// the most column names of a data file.
 Spreadsheet ReadSpreadsheet(std::string_view text);
 
 }  // namespace hosts::author

@@ -32,7 +32,7 @@ Converter OpenConverter(const std::string& encoding) {
   return converter;
 }
 
-/// Returns the number of lines that end in `text`. A line ends with LF, CR or CR LF.
+/// Returns the number of line endings in `text`. A line ends with LF, CR or CR LF.
 std::size_t CountLineEnds(std::u16string_view text) {
   std::size_t count = 0;
   for (std::size_t i = 0; i < text.size(); ++i) {
@@ -90,7 +90,7 @@ const char* EncodingOfMark(std::string_view bytes) {
                                      &error);
 }
 
-/// Selects the encoding, and leaves the text empty.
+/// Returns the encoding and the reason for its selection, with an empty text.
 DecodedText SelectEncoding(std::string_view bytes, const std::optional<std::string>& encoding) {
   if (encoding) return {"", *encoding, "as --encoding requires"};
   if (const char* const marked = EncodingOfMark(bytes)) {
@@ -99,11 +99,11 @@ DecodedText SelectEncoding(std::string_view bytes, const std::optional<std::stri
   if (orncore::string::IsWellFormedUTF8(bytes)) {
     return {"", "UTF-8", "because all of its bytes are valid UTF-8"};
   }
-  return {"", "Windows-1252", "because it is not valid UTF-8; --encoding names another encoding"};
+  return {"", "Windows-1252", "because it is not valid UTF-8; use --encoding to name another one"};
 }
 
-/// Throws `InputError` if the text contains NUL. Without a byte order mark, UTF-16 looks like UTF-8
-/// with a NUL in each character.
+/// Throws `InputError` if the text contains NUL. Such a file is probably UTF-16 without a byte
+/// order mark: if a Latin text in UTF-16 is decoded as UTF-8, every second character is NUL.
 void RequireNoNul(std::u16string_view text) {
   const std::size_t nul = text.find(u'\0');
   if (nul == std::u16string_view::npos) return;

@@ -15,10 +15,10 @@ struct DecodedText {
   std::string reason;    ///< why this encoding was used, for messages
 };
 
-/// Decodes the bytes of a file. If `encoding` is given, the file has this encoding, whatever its
-/// bytes are. Otherwise, a byte order mark decides. A file without one is UTF-8 if all of its bytes
-/// are valid UTF-8, and Windows-1252 if not. Throws `InputError` if ICU does not know the encoding,
-/// if the bytes are not valid in it, or if the text contains NUL.
+/// Decodes the bytes of a file. If `encoding` is given, the function uses it. Otherwise, a byte
+/// order mark determines the encoding. A file without one is UTF-8 if all of its bytes are valid
+/// UTF-8, and Windows-1252 if not. Throws `InputError` if ICU does not know the encoding, if the
+/// bytes are not valid in this encoding, or if the text contains NUL.
 DecodedText DecodeText(std::string_view bytes, const std::optional<std::string>& encoding);
 
 }  // namespace hosts::author

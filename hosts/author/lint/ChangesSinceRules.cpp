@@ -41,7 +41,8 @@ void ReportOverwritten(LintContext& context, const LintRow& row, const LintRow* 
   if (named != nullptr) finding.related.push_back(context.Related(*named, "the Changes-Since row"));
 }
 
-// A row with one field inherits the grouping ID, so it is a Changes-Since row by accident.
+// A row with a single field inherits the grouping ID of the row before it. After a Changes-Since
+// row, it is therefore another Changes-Since row, which its author did not intend.
 void CheckChangesSinceRows(LintContext& context) {
   const LintRow* named = nullptr;
   for (const LintRow& row : context.File().Rows()) {

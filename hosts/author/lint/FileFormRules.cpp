@@ -13,7 +13,7 @@ namespace {
 
 constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 
-/// The number of separators in a row from which the row cannot be a text by chance.
+/// A row with at least this many semicolons or tabs uses them as separators, not in a text.
 constexpr std::ptrdiff_t kManySeparators = 5;
 
 bool IsUTF16(std::string_view text) {
@@ -59,16 +59,16 @@ void CheckSeparator(LintContext& context) {
   }
 }
 
-/// Returns whether the library reads `line` as a row of its own. A Changes-Since row needs only two
-/// fields.
+/// Returns whether the library accepts the number of fields of `line`. A Changes-Since row needs
+/// only two fields.
 bool IsCompleteRow(std::string_view line) {
   ornwhatsnew::DataFileReader reader(line);
   const ornwhatsnew::DataRow* const row = reader.Next();
   return row == nullptr || row->skipReason != ornwhatsnew::DataRowSkipReason::kFieldCount;
 }
 
-/// Returns the edits that replace the CR line ends of a row by LF. Returns no edits if a part of
-/// the row is no complete row, because the CR may then be inside a text.
+/// Returns the edits that replace the CR line endings in a row with LF. Returns no edits if a part
+/// of the row is not a complete row, because the CR may then be inside a text.
 std::vector<Edit> LineEndEdits(std::string_view row, std::size_t rowOffset) {
   std::vector<Edit> edits;
   std::size_t begin = 0;
@@ -90,9 +90,9 @@ void CheckLineEnds(LintContext& context) {
     if (position == text.npos) continue;
     Finding& finding = context.Report(
         LintCode::kFileLineEnds, row, position, position + 1,
-        "the line ends in CR alone, so it is joined with the next line and " +
+        "the line ends in CR alone, so " +
             Counted(static_cast<std::size_t>(std::ranges::count(text, '\r')) + 1, "line") +
-            " are read as one row; use LF or CR LF line ends");
+            " are read as one row; use LF or CR LF line endings");
     const std::size_t offset = context.File().OffsetOf(row);
     // The last CR of a row belongs to a CR LF, unless the file ends after it.
     const bool isAtEnd = offset + row.data.text.size() == context.File().Text().size();
@@ -141,7 +141,7 @@ void CheckConflictMarks(LintContext& context) {
   for (LintRow& row : context.File().Rows()) {
     if (!IsConflictMark(row.data.text)) continue;
     context.ReportRow(LintCode::kConflictMark, row,
-                      "a merge-conflict mark, so users see both versions of the changes; resolve "
+                      "a merge-conflict marker, so users see both versions of the changes; resolve "
                       "the conflict");
     row.isExplained = true;
   }
@@ -155,7 +155,7 @@ void CheckByteOrderMarks(LintContext& context) {
     if (position == row.data.text.npos) continue;
     context.Report(LintCode::kInnerByteOrderMark, row, position, position + kByteOrderMark.size(),
                    "a byte order mark inside the file becomes a part of its field, so the field "
-                   "matches no word; delete it");
+                   "matches no key and no keyword; delete it");
   }
 }
 

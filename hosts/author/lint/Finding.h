@@ -1,4 +1,5 @@
-// Defines a finding of `ornwhatsnew lint`: a mistake in a data file, with its place and its fix.
+// Defines a finding of `ornwhatsnew lint`: a message about a position in a file, with the edits
+// that correct the mistake.
 #ifndef HOSTS_AUTHOR_LINT_FINDING_H_
 #define HOSTS_AUTHOR_LINT_FINDING_H_
 
@@ -10,9 +11,9 @@
 
 namespace hosts::author {
 
-/// A range of a file. Lines and columns are counted from 1. Columns count code points; a byte order
-/// mark at the start of the file and the line end do not count. `endColumn` is the column after the
-/// last character. A place for the whole file is 1:1 to 1:1.
+/// A range of a file. Lines and columns start at 1. Columns count code points, without a byte order
+/// mark at the start of the file and without line endings. `endColumn` is the column after the last
+/// character. For a finding about the whole file, the range is 1:1 to 1:1.
 struct Place {
   std::size_t line = 1;
   std::size_t column = 1;
@@ -20,7 +21,7 @@ struct Place {
   std::size_t endColumn = 1;
 };
 
-/// Another place that a finding refers to.
+/// Another position to which a finding refers.
 struct RelatedPlace {
   std::string file;
   std::size_t line = 1;
@@ -38,8 +39,8 @@ struct Edit {
 struct Finding {
   std::string file;
   Place place;
-  /// The number of the field, counted from 1, and its name in the header. 0 and empty if the
-  /// finding concerns no single field.
+  /// The number of the field, starting at 1, and the name of its column. 0 and empty if the finding
+  /// is not about a single field.
   std::size_t fieldNumber = 0;
   std::string fieldName;
   Severity severity = Severity::kError;
@@ -48,10 +49,10 @@ struct Finding {
   /// to write instead. Begins in lower case and has no full stop.
   std::string message;
   std::vector<RelatedPlace> related;
-  /// The edits that fix the mistake. Empty if there is not exactly one right answer.
+  /// The edits that correct the mistake. Empty if several corrections are possible.
   std::vector<Edit> edits;
-  /// Equal in two runs if the code, the field and the content of the row are equal, even if the row
-  /// moved.
+  /// Identifies the finding in later runs. Depends on the code and the text of the row, but not on
+  /// the line number of the row. `FinishReport` makes equal fingerprints in a file different.
   std::string fingerprint;
 };
 

@@ -44,8 +44,9 @@ class SpawnActions {
   posix_spawn_file_actions_t actions_{};
 };
 
-/// Returns the environment for git. Omits GIT_DIR, which git sets for a hook in a linked worktree.
-/// git would then take the folder of the data file for the top folder of the worktree.
+/// Returns the environment for git. Omits GIT_DIR unless GIT_WORK_TREE is set. git sets GIT_DIR for
+/// a hook in a linked worktree. With GIT_DIR alone, git would use the folder of the data file as
+/// the top folder of the worktree.
 std::vector<char*> GitEnvironment() {
   const bool hasWorkTree = std::getenv("GIT_WORK_TREE") != nullptr;
   std::vector<char*> variables;
@@ -57,7 +58,7 @@ std::vector<char*> GitEnvironment() {
   return variables;
 }
 
-/// Starts `git` with these arguments. Returns its process ID.
+/// Starts git, which writes `object` to the file descriptor `output`. Returns the process ID.
 pid_t StartGit(const std::string& folder, const std::string& object, int output) {
   std::array<std::string, 6> words = {"git", "-C", folder, "cat-file", "blob", object};
   std::array<char*, 7> arguments{};
@@ -80,7 +81,8 @@ bool HasSucceeded(pid_t process) {
   return WIFEXITED(status) && WEXITSTATUS(status) == 0;
 }
 
-/// Returns the bytes up to the end of the input, at most one more than `maxBytes`.
+/// Reads up to the end of the input, and returns the bytes. Stops early after more than `maxBytes`
+/// bytes.
 std::string ReadAll(int input, std::size_t maxBytes) {
   std::string text;
   std::string block(std::size_t{1} << 16, '\0');

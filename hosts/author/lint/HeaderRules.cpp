@@ -18,8 +18,8 @@ using ornwhatsnew::DataRowSkipReason;
 using ornwhatsnew::kDataColumnCount;
 using ornwhatsnew::kDataColumns;
 
-/// The number of fields from which a row without names of the manual can be a header in another
-/// language.
+/// A row with at least this many fields can be a header in another language, even if it has no
+/// column name of the manual.
 constexpr std::size_t kFieldsOfTranslatedHeader = 5;
 
 /// Returns whether `name` is the name of the column with the index `column`, or begins like it.
@@ -104,7 +104,7 @@ std::string MistakeRemedy(LintCode code) {
   }
 }
 
-/// Returns whether the library takes a row for the header that was not meant to be it.
+/// Returns whether `row`, which the library uses as the header, was not intended as the header.
 bool IsLostRow(LintContext& context, const LintRow& row) {
   if (LooksLikeHeader(row.data)) return false;
   const std::string groupingID(row.Value(DataColumn::kGroupingID));
@@ -119,14 +119,14 @@ void ReportHeaderMistake(LintContext& context, LintCode code, std::size_t index)
   std::string message = MistakeMessage(code, row.data);
   if (isLost) {
     message += ", and line " + std::to_string(rows[taken].data.lineNumber) +
-               " is taken for the header and lost";
+               " is used as the header and lost";
   }
   context.File().IgnoreHeaderNames();
   Finding& finding = context.ReportRow(code, row, message + MistakeRemedy(code));
   row.isExplained = true;
   if (code == LintCode::kHeaderOverLines && index + 1 < taken) rows[index + 1].isExplained = true;
   if (!isLost) return;
-  finding.related.push_back(context.Related(rows[taken], "this row is taken for the header"));
+  finding.related.push_back(context.Related(rows[taken], "this row is used as the header"));
   rows[taken].isExplained = true;
 }
 
@@ -139,7 +139,8 @@ void CheckRowsBeforeHeader(LintContext& context) {
   }
 }
 
-/// Explains the row that was meant to be the header but is read as a change.
+/// Sets `isExplained` for each row that was intended as the header, but that the library reads as a
+/// change.
 void ExplainLaterHeader(LintContext& context) {
   for (LintRow& row : context.File().Rows()) {
     if (row.data.kind == DataRowKind::kChange && LooksLikeHeader(row.data)) row.isExplained = true;
@@ -156,12 +157,12 @@ void CheckTakenHeader(LintContext& context) {
   context.File().IgnoreHeaderNames();
   if (CaseInsensitiveEqual(row.Value(DataColumn::kGroupingID), ornwhatsnew::kChangesSinceKey)) {
     context.ReportRow(LintCode::kChangesSinceBeforeHeader, row,
-                      "the row is taken for the header, so its version is lost; move it below the "
+                      "the row is used as the header, so its version is lost; move it below the "
                       "header");
     ExplainLaterHeader(context);
   } else {
     context.ReportRow(LintCode::kHeaderMissing, row,
-                      "the first row is taken for the header, so its change is lost; insert a "
+                      "the first row is used as the header, so its change is lost; insert a "
                       "header with ten column names before it");
   }
   row.isExplained = true;

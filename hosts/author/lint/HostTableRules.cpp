@@ -16,8 +16,8 @@ void CheckEpicKeys(LintContext& context) {
     if (feature.epicKey.empty()) {
       context.ReportHost(LintCode::kHostEpicKeyEmpty,
                          "the feature " + Quoted(feature.internalKey) +
-                             " has no epic key, so it takes every change without a story ID; give "
-                             "it an epic key");
+                             " has no epic key, so every change without a story ID belongs to it; "
+                             "give it an epic key");
       continue;
     }
     const auto [found, isNew] = internalKeys.emplace(feature.epicKey, feature.internalKey);
@@ -27,7 +27,7 @@ void CheckEpicKeys(LintContext& context) {
                        "the features " + Quoted(found->second) + " and " +
                            Quoted(feature.internalKey) + " have the same epic key " +
                            Quoted(feature.epicKey) +
-                           ", so only one of them is shown; give each its own key");
+                           ", so only one of them is shown; give each feature its own key");
   }
 }
 

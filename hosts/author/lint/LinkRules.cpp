@@ -16,8 +16,8 @@ using ornwhatsnew::FeatureListDetail;
 
 constexpr std::string_view kHttps = "https://";
 
-/// Returns whether another link follows the first one after a space, a comma or a semicolon. A link
-/// can contain another link as a parameter.
+/// Returns whether a space, a tab, a comma, a semicolon or a vertical bar and another link follow
+/// the first link. After other characters, the second link can be a parameter of the first one.
 bool HasSecondLink(std::string_view link) {
   link = TrimSpaces(link);
   for (std::size_t at = link.find("http", 1); at != link.npos; at = link.find("http", at + 1)) {
@@ -51,7 +51,7 @@ void CheckLink(LintContext& context, const LintRow& row) {
                         quoted + " contains two links, so neither opens; keep one");
   } else if (HasSpace(link)) {
     context.ReportField(LintCode::kLinkSpace, row, DataColumn::kURL,
-                        quoted + " contains a space, so it is no link; delete the space");
+                        quoted + " contains a space, so it is not a link; delete the space");
   } else if (row.change->HasMalformedURL()) {
     context.ReportField(
         LintCode::kLinkNotHttps, row, DataColumn::kURL,
@@ -59,8 +59,9 @@ void CheckLink(LintContext& context, const LintRow& row) {
   }
 }
 
-/// Returns whether the item of a change is known. Without a host, a change of a feature is
-/// unmatched.
+/// Returns whether the item of a change is known. It is unknown if the change is unreviewed. It is
+/// also unknown if the change is unmatched, which is true for every change of a feature without a
+/// host.
 bool IsPlaced(const LintRow& row) {
   return !row.isUnmatched && !row.change->DetailInternalOverrideUnreviewed();
 }
@@ -110,7 +111,7 @@ bool HasEffect(const LintContext& context, const LintRow& row) {
 
 void CheckText(LintContext& context, const LintRow& row) {
   if (!row.change->GetDescription().empty() || HasEffect(context, row)) return;
-  // The row was meant to set the version of the heading.
+  // The author intended to set the version in the heading. `CheckGroupingID` reports this row.
   if (IsMisspeltChangesSince(row.Value(DataColumn::kGroupingID))) return;
   context.ReportField(LintCode::kTextMissing, row, DataColumn::kDescription,
                       "the row has no text, so users do not see it; write the text into " +

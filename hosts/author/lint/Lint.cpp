@@ -89,7 +89,7 @@ LintReport LintDataFile(const std::string& name, std::string text, const LintHos
   report.changes = context.IsStopped() ? 0 : file.ChangeCount();
   if (host == nullptr) {
     report.notJudged.insert(
-        "without --host, grouping IDs, features and the version of the host are not judged");
+        "without --host, grouping IDs, features and the version of the host are not checked");
   }
   return report;
 }

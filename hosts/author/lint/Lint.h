@@ -16,41 +16,42 @@
 
 namespace hosts::author {
 
-/// The severities that replace those of the table.
+/// The severities that replace those in the table of codes.
 using SeverityOverrides = std::map<LintCode, Severity>;
 
 /// The findings in one or more files.
 struct LintReport {
-  /// The findings of each file in the order of their places.
+  /// The findings. `FinishReport` sorts them by file and position.
   std::vector<Finding> findings;
-  /// The findings that are not listed.
+  /// The findings beyond the limit `kMaximumFindings`, which `findings` does not contain.
   std::map<LintCode, OmittedFindings> omitted;
   std::size_t files = 0;
   std::size_t changes = 0;
-  /// What was not judged and why, each as one clause.
+  /// Clauses that state what `lint` did not check, and which findings it does not list.
   std::set<std::string> notJudged;
 
   std::size_t Count(Severity severity) const;
-  /// Adds the findings of another file. Counts those that are not listed, without their edits.
+  /// Adds the findings of another report. Adds the number of its findings that are not listed, but
+  /// not their edits.
   void Append(LintReport other);
 };
 
-/// Reads a host description and configures the services of the process from it. The user of the
-/// host is an internal user without debug entries, so that a feature that this user does not see is
-/// seen by nobody. Throws `common::JsonError` if the file cannot be used.
+/// Reads a host description and configures the services of the process from it. Makes the user an
+/// internal user, and removes the debug entries. A feature that this user does not see is therefore
+/// visible to nobody. Throws `common::JsonError` if the file cannot be used.
 LintHost InstallLintHost(const std::string& file);
 
 /// Configures the services of the process for a host without features.
 void InstallNoLintHost();
 
-/// Checks `text`, the content of the file `name`. `host` is the installed host, or null. Never
-/// fails for any content. Takes time O(n log n) in the length of `text`.
+/// Checks `text`, the content of the file `name`. `host` is the installed host, or null. Accepts
+/// any content. Takes time O(n log n) in the length of `text`.
 LintReport LintDataFile(const std::string& name, std::string text, const LintHost* host);
 
-/// Replaces the severities of the findings, and removes those that are off.
+/// Replaces the severities of the findings, and removes the findings with the severity `kOff`.
 void ApplySeverities(LintReport& report, const SeverityOverrides& overrides);
 
-/// Sorts the findings by file and place, removes duplicates, and makes equal fingerprints
+/// Sorts the findings by file and position, removes duplicates, and makes equal fingerprints
 /// different. Adds the numbers of findings that are not listed to `notJudged`.
 void FinishReport(LintReport& report);
 

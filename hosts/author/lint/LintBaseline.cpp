@@ -39,7 +39,8 @@ std::string IDsAndText(const LintRow& row) {
          ExtractHashablePortion(change.GetDescription());
 }
 
-/// The item of a change. Without a host, the changes of a feature are unmatched and have no item.
+/// Returns the key of the change's item, or the grouping ID of an unmatched change. Without a host,
+/// the changes of every feature are unmatched.
 std::string ItemKey(const LintRow& row) {
   return row.isUnmatched ? row.change->GetJIRAEpicID() : row.item->FeatureJiraIDKey();
 }
@@ -49,7 +50,7 @@ struct RowPair {
   const LintRow* after;
 };
 
-/// Pairs the changes of two files. `before` and `after` are the changes without a partner.
+/// Pairs the changes of two files. `before` and `after` contain the changes without a partner.
 struct Pairing {
   Rows before;
   Rows after;
@@ -113,7 +114,7 @@ class Comparison {
     finding.related.push_back(RelatedBefore(row));
   }
 
-  /// Returns the fields that differ, of those on which the identity depends, for a message.
+  /// Describes, for a message, the changed fields on which the identity depends.
   std::string ChangedFields(const RowPair& pair) const {
     std::string text;
     for (std::size_t i = 0; i < ornwhatsnew::kDataColumnCount; ++i) {
@@ -135,9 +136,9 @@ class Comparison {
     if (!IsShown(*pair.before)) return ReportNew(*pair.after);
     if (!IsShown(*pair.after)) return ReportVanished(*pair.before);
     if (Identity(*pair.before) == Identity(*pair.after)) return;
-    Finding& finding =
-        context_.ReportRow(LintCode::kBaselineNewAgain, *pair.after,
-                           "users who saw the change see it again, because " + ChangedFields(pair));
+    Finding& finding = context_.ReportRow(
+        LintCode::kBaselineNewAgain, *pair.after,
+        "users who saw the change see it as new, because it was edited: " + ChangedFields(pair));
     finding.related.push_back(RelatedBefore(*pair.before));
   }
 

@@ -8,8 +8,8 @@
 
 namespace hosts::author {
 
-/// Returns findings on what the edits since `oldText` do to users: new changes, changes that are
-/// announced again, changes that vanished, and features that request their rating again.
+/// Returns a finding for each effect that the edits since `oldText` have on users: new changes,
+/// changes that are new again, removed changes, and features that request a rating again.
 ///
 /// Pairs the changes of both files by their identity, then by the columns 2, 3 and 10, and then by
 /// their order within an item. `host` is the installed host, or null.

@@ -12,12 +12,12 @@ namespace hosts::author {
 inline constexpr auto kLintCodes = std::to_array<LintCodeInfo>({
     {LintCode::kFileSeparator, "file-separator", Severity::kError,
      "the fields are separated by semicolons or tabs",
-     "A data file separates fields by commas. The library skips every row of this file. "
-     "Spreadsheets in many countries export semicolons.",
+     "Commas separate the fields of a data file. The library skips every row of this file. In "
+     "many countries, spreadsheet programs export semicolons.",
      "Export the table with commas as separators."},
     {LintCode::kFileUTF16, "file-utf16", Severity::kError, "the file is UTF-16",
      "A data file is UTF-8. The library reads a UTF-16 file as ill-formed text and skips its "
-     "rows. Spreadsheets call this format Unicode text.",
+     "rows. Spreadsheet programs call this format Unicode text.",
      "Save the file as UTF-8."},
     {LintCode::kFileNotUTF8, "file-not-utf8", Severity::kError, "bytes that are not UTF-8",
      "Users see the replacement character U+FFFD instead of these bytes. They usually come "
@@ -26,42 +26,43 @@ inline constexpr auto kLintCodes = std::to_array<LintCodeInfo>({
     {LintCode::kFileLineEnds, "file-line-ends", Severity::kError, "a line ends in CR alone",
      "The library removes the CR and joins the two lines into one row, which then has the "
      "wrong number of fields or a wrong text.",
-     "Use LF or CR LF line ends. --fix replaces CR line ends if each line has the fields of "
-     "a row."},
+     "Use LF or CR LF line endings. --fix replaces CR line endings if each line is a complete "
+     "row."},
     {LintCode::kFileEmpty, "file-empty", Severity::kError, "the file is empty",
      "Users see no changes.", "Add the header row and the changes."},
     {LintCode::kNulByte, "nul-byte", Severity::kError, "a NUL byte",
      "The library keeps the NUL byte in the field, but many views end the text at this byte.",
      "Delete the NUL byte."},
-    {LintCode::kConflictMark, "conflict-mark", Severity::kError, "a merge-conflict mark",
+    {LintCode::kConflictMark, "conflict-mark", Severity::kError, "a merge-conflict marker",
      "The file contains both versions of the conflicting lines, so users see some changes "
      "twice.",
-     "Resolve the conflict and delete the marks."},
+     "Resolve the conflict and delete the markers."},
     {LintCode::kInnerByteOrderMark, "inner-byte-order-mark", Severity::kError,
      "a byte order mark inside the file",
      "The library removes a byte order mark only at the start of the header row. Any other "
-     "mark becomes an invisible character of its field, so the field matches no key and no "
-     "keyword. Such a mark remains if two files are joined.",
+     "byte order mark becomes an invisible character of its field, so the field matches no key "
+     "and no keyword. Such a mark remains if two files are joined.",
      "Delete the byte order mark."},
     {LintCode::kHeaderMissing, "header-missing", Severity::kError,
      "the first row is a change, not a header",
-     "The library takes the first row for the header, whatever it contains. This change is "
-     "lost.",
-     "Insert a header row with ten column names before it."},
+     "The library uses the first row as the header, whatever it contains. The change in this "
+     "row is lost.",
+     "Insert a header row with ten column names before the first row."},
     {LintCode::kHeaderWidth, "header-width", Severity::kError,
      "the header does not have ten fields",
-     "The library skips this row and takes the next row with ten fields for the header. That "
-     "change, or that Changes-Since row, is lost.",
+     "The library skips this row and uses the next row as the header. The change or the "
+     "version in that row is lost.",
      "Write exactly ten column names. Put quotes around a name that contains a comma."},
     {LintCode::kHeaderSecondNameEmpty, "header-second-name-empty", Severity::kError,
      "the second column of the header has no name",
-     "The library skips a row whose second field is empty, and takes the next row for the "
-     "header. That row is lost.",
+     "The library skips a row whose second field is empty, and uses the next row as the "
+     "header. The change or the version in that row is lost.",
      "Write a name for the second column."},
     {LintCode::kHeaderOverLines, "header-over-lines", Severity::kError,
      "the header continues on the next line",
      "Every line feed ends a row, even between quotes. The library skips both parts of the "
-     "header and takes the next row for the header. That row is lost.",
+     "header and uses the next row as the header. The change or the version in that row is "
+     "lost.",
      "Write the header on one line."},
     {LintCode::kHeaderRepeated, "header-repeated", Severity::kError, "a second header row",
      "The library reads the second header as a change, which internal users see. Such a row "
@@ -73,8 +74,8 @@ inline constexpr auto kLintCodes = std::to_array<LintCodeInfo>({
      "Move the columns into the order of the manual."},
     {LintCode::kChangesSinceBeforeHeader, "changes-since-before-header", Severity::kError,
      "a Changes-Since row before the header",
-     "The library takes this row for the header. Its version is lost, and the library reads "
-     "the real header as a change.",
+     "The library uses this row as the header. Its version is lost, and the library reads the "
+     "real header as a change.",
      "Move the row below the header."},
     {LintCode::kFieldCount, "field-count", Severity::kError, "the row does not have ten fields",
      "The library skips the row, so its change is lost.",
@@ -95,7 +96,7 @@ inline constexpr auto kLintCodes = std::to_array<LintCodeInfo>({
      "library skips it and the change is lost.",
      "Put double quotes around the text."},
     {LintCode::kIssueList, "issue-list", Severity::kError, "several issues in one row",
-     "A row has one story ID. The further issues shift all other fields, so the library "
+     "A row has one story ID. The other issues shift all fields after them, so the library "
      "skips the row and the change is lost.",
      "Keep one story ID, or write one row for each issue."},
     {LintCode::kMissingComma, "missing-comma", Severity::kError, "commas are missing",
@@ -110,8 +111,8 @@ inline constexpr auto kLintCodes = std::to_array<LintCodeInfo>({
      "Close the quote. For inches, write the character U+2033."},
     {LintCode::kTextOverLines, "text-over-lines", Severity::kError,
      "a text continues on the next line",
-     "Every line feed ends a row, even between quotes. The text ends at the line end or its "
-     "row is skipped, and the lines after it are lost.",
+     "Every line feed ends a row, even between quotes. Either users see only the first line of "
+     "the text, or the library skips the row. The other lines are lost.",
      "Write the text on one line. In the default text of a key, #{endl} starts a new line."},
     {LintCode::kGroupingIDEmpty, "grouping-id-empty", Severity::kError, "the grouping ID is empty",
      "The library skips a row without a grouping ID, so the change is lost.",
@@ -126,10 +127,11 @@ inline constexpr auto kLintCodes = std::to_array<LintCodeInfo>({
      "match exactly, including its letter case. Without --host, only misspelt section keys "
      "are found.",
      "Write the epic key of a feature, or MISC, BUGFIX or INTERNAL."},
-    {LintCode::kSalienceUnknown, "salience-unknown", Severity::kError, "the salience is no keyword",
-     "The library ignores an unknown salience. The change is shown, even if the word was "
-     "meant to hold it back or to hide a feature.",
-     "Write a keyword of the manual, or leave the field empty."},
+    {LintCode::kSalienceUnknown, "salience-unknown", Severity::kError,
+     "the salience is not a keyword",
+     "The library ignores an unknown salience. The change is shown, even if its author "
+     "intended to hide the change or the feature.",
+     "Write a keyword from the manual, or leave the field empty."},
     {LintCode::kSalienceTwoWords, "salience-two-words", Severity::kError,
      "two words in the salience",
      "The salience is one keyword. The library ignores any other text, so neither word has "
@@ -146,11 +148,11 @@ inline constexpr auto kLintCodes = std::to_array<LintCodeInfo>({
      "Write Mac or Win. For a change on every platform, leave the field empty."},
     {LintCode::kRatingRequestWord, "rating-request-word", Severity::kError,
      "the rating request is a word, not a question",
-     "Any text except RequestRating is a question. Users are asked this word.",
+     "Any text except RequestRating is a question, so the panel asks users this word.",
      "Write RequestRating, or a question, or leave the field empty."},
     {LintCode::kChangesSinceSpelling, "changes-since-spelling", Severity::kError,
      "Changes-Since is misspelt or in the wrong column",
-     "The row does not set the version of the heading. The library skips it, or shows it to "
+     "The row does not set the version in the heading. The library skips it, or shows it to "
      "internal users as a change.",
      "Write the version into the first column and Changes-Since into the second column."},
     {LintCode::kChangesSinceOverwritten, "changes-since-overwritten", Severity::kError,
@@ -160,51 +162,54 @@ inline constexpr auto kLintCodes = std::to_array<LintCodeInfo>({
      "and the heading shows its text. This applies to comment lines, too.",
      "Move the line away from the Changes-Since row."},
     {LintCode::kChangesSinceVersion, "changes-since-version", Severity::kError,
-     "the Changes-Since version cannot be shown as it is",
-     "The heading adds a v before the version. With another v, users see two; without a "
-     "version, they see only the v.",
+     "the Changes-Since version begins with a v or is empty",
+     "The heading adds a v before the version. If the version begins with a v, users see two. "
+     "If the version is empty, users see only the v.",
      "Write the version as numbers and points, for example 4.2."},
     {LintCode::kVersionPrefix, "version-prefix", Severity::kError, "the version begins with a v",
      "The panel adds a v before the version, so users see two. In a comparison of versions, "
      "the component with the v counts as 0.",
      "Delete the v."},
     {LintCode::kVersionDate, "version-date", Severity::kError, "the version is a date",
-     "Spreadsheets turn versions such as 4.3 into dates. Users see the date as the version.",
+     "Spreadsheet programs convert versions such as 4.3 to dates. Users see the date as the "
+     "version.",
      "Write the version, and format the column of the spreadsheet as text."},
     {LintCode::kBoundsComponents, "bounds-components", Severity::kError,
      "the two versions have different numbers of components",
-     "The library does not add missing components, so 4.3 is less than 4.2.0.0. No user, or "
-     "the wrong users, count as users of an affected version.",
+     "The library does not add missing components, so 4.3 is less than 4.2.0.0. Either the "
+     "wrong users or no users count as users of an affected version.",
      "Write both versions with as many components as the full version of the application."},
     {LintCode::kBoundsNumber, "bounds-number", Severity::kError,
      "a component is not a number below 1000",
-     "The library compares versions component by component in base 1000. A larger component "
-     "changes the component to its left, and a component that is no number counts as 0.",
+     "The library combines the components of a version into one number in base 1000. A "
+     "component above 999 changes the component to its left, and a component that is not a "
+     "number counts as 0.",
      "Write each component as a number from 0 to 999."},
     {LintCode::kBoundsNoVersion, "bounds-no-version", Severity::kError,
-     "an earliest version without a version",
-     "The version of the first column is the end of the affected versions. Without it, no "
-     "version is affected, and a display for relevant versions never shows the change.",
+     "the change has an earliest version but no version",
+     "The version in the first column is the first version after the affected ones. Without "
+     "it, no version is affected, and a panel that is filtered by version never shows the "
+     "change.",
      "Write the version that contains the change into the first column."},
     {LintCode::kBoundsOrder, "bounds-order", Severity::kError,
      "the earliest version is not before the version",
-     "No version is affected, so a display for relevant versions never shows the change.",
-     "Write the first affected version into this column and the version with the change into "
-     "the first one."},
+     "No version is affected, so a panel that is filtered by version never shows the change.",
+     "Write the first affected version into the sixth column, and the version that contains "
+     "the change into the first column."},
     {LintCode::kBoundsHost, "bounds-host", Severity::kError,
      "the full version of the host cannot be compared with the versions",
      "The library compares both versions with the application's full version, which is its "
-     "version and its build number. Another number of components, or a component above 999, "
-     "makes every comparison wrong.",
+     "version and its build number. If the numbers of components differ, or if a component is "
+     "above 999, every comparison is wrong.",
      "Write as many components as the full version has. If the build number is above 999, "
-     "the column cannot be used."},
+     "leave the column empty."},
     {LintCode::kLinkNotHttps, "link-not-https", Severity::kError,
      "the link does not begin with https://",
      "The library ignores the link. Only internal users see a note about it.",
      "Write a link that begins with https:// in lower case."},
     {LintCode::kLinkSpace, "link-space", Severity::kError, "a space in the link",
-     "The library ignores a link with a leading space. A link with another space does not "
-     "open.",
+     "The library ignores a link with a leading space. A link with a space at another position "
+     "does not open.",
      "Delete the space, or write it as %20."},
     {LintCode::kLinkTwo, "link-two", Severity::kError, "two links in one field",
      "The library reads the field as one link, which does not open.", "Keep one link."},
@@ -218,20 +223,21 @@ inline constexpr auto kLintCodes = std::to_array<LintCodeInfo>({
      "Add = and a default text after the key."},
     {LintCode::kHostEpicKeyEmpty, "host-epic-key-empty", Severity::kError,
      "a feature of the host has no epic key",
-     "The feature takes every change whose third column is empty and whose grouping ID is "
-     "not INTERNAL.",
+     "Every change with an empty third column belongs to this feature, unless its grouping ID "
+     "is INTERNAL or its salience is Unreviewed.",
      "Give the feature an epic key in the feature table of the host."},
     {LintCode::kHostEpicKeyTwice, "host-epic-key-twice", Severity::kError,
      "two features of the host have the same epic key",
      "The list has only the feature whose internal key sorts first. The other feature is "
      "never shown.",
      "Give each feature its own epic key."},
-    {LintCode::kQuotesVanish, "quotes-vanish", Severity::kWarning, "quotes inside a field vanish",
-     "The library removes every double quote, even a doubled one. Users do not see it.",
+    {LintCode::kQuotesVanish, "quotes-vanish", Severity::kWarning,
+     "quotes inside a field are removed",
+     "The library removes every double quote, even a doubled one. Users do not see the quote.",
      "Write typographic quotes, or the character U+2033 for inches."},
     {LintCode::kLinkInSection, "link-in-section", Severity::kWarning, "a link in a section",
-     "The first link of a section becomes the link of its title. There is no link View more "
-     "at the change.",
+     "The first link of a section becomes the link of its title. The change itself gets no "
+     "\"View more\" link.",
      "Delete the link, or move the change to a feature."},
     {LintCode::kLinkInText, "link-in-text", Severity::kWarning, "a link in the text",
      "The panel shows the text unchanged, so the link cannot be opened.",
@@ -242,16 +248,17 @@ inline constexpr auto kLintCodes = std::to_array<LintCodeInfo>({
     {LintCode::kChangesSinceMissing, "changes-since-missing", Severity::kWarning,
      "there is no Changes-Since row",
      "The heading of the panel has no version. Users read \"Changes since v\".",
-     "Add a row with a version and Changes-Since after the header."},
+     "After the header, add a row with the version in column 1 and Changes-Since in column 2."},
     {LintCode::kChangesSinceRepeated, "changes-since-repeated", Severity::kWarning,
      "there are several Changes-Since rows", "The last one applies.",
      "Keep one Changes-Since row."},
     {LintCode::kVersionMissing, "version-missing", Severity::kWarning, "the change has no version",
      "The panel shows the change without a version.",
      "Write the version that contains the change into the first column."},
-    {LintCode::kSameIdentity, "same-identity", Severity::kWarning, "two changes are the same",
-     "Both rows have the same identity. Users see the change twice, and both count as seen "
-     "together.",
+    {LintCode::kSameIdentity, "same-identity", Severity::kWarning,
+     "two changes have the same identity",
+     "Users see the change twice. When one of the two rows counts as seen, the other one does, "
+     "too.",
      "Delete one of the rows."},
     {LintCode::kKeyTwoDefaults, "key-two-defaults", Severity::kWarning,
      "a localisation key has two default texts",
@@ -264,23 +271,23 @@ inline constexpr auto kLintCodes = std::to_array<LintCodeInfo>({
      "Write the character itself, or make the text a key text."},
     {LintCode::kMarkupUnknown, "markup-unknown", Severity::kWarning, "unknown markup in a key text",
      "The library does not change unknown markup. Users see it.",
-     "Write markup of the manual, for example #{endl}."},
-    {LintCode::kHTML, "html", Severity::kWarning, "HTML in a text",
+     "Write markup from the manual, for example #{endl}."},
+    {LintCode::kHTML, "html", Severity::kWarning, "HTML in the text",
      "The panel shows texts unchanged, so users see the tags or entities.", "Write plain text."},
     {LintCode::kMojibake, "mojibake", Severity::kWarning,
-     "a text was decoded with the wrong encoding",
+     "the text was decoded with the wrong encoding",
      "Sequences such as U+00C3 U+00A4 are UTF-8 bytes that a program read as Windows-1252. "
      "Users see the wrong characters.",
      "Restore the characters, and save the file as UTF-8."},
     {LintCode::kCommitNumber, "commit-number", Severity::kWarning,
      "the commit is a number with an exponent or a fraction",
-     "Spreadsheets turn commit IDs of digits into numbers. The link to the commit does not "
-     "work.",
+     "Spreadsheet programs convert commit IDs that consist of digits to numbers. The link to "
+     "the commit does not work.",
      "Write the commit ID, and format the column of the spreadsheet as text."},
     {LintCode::kOuterSpaces, "outer-spaces", Severity::kWarning,
      "spaces at the start or the end of a field",
-     "The library keeps spaces, so the field matches no key, and it is another identity than "
-     "without the spaces.",
+     "The library keeps the spaces. The field therefore matches no key and no keyword, and the "
+     "change has a different identity than without the spaces.",
      "Delete the spaces. --fix deletes them in columns 2, 3, 4, 6 and 7."},
     {LintCode::kFeatureUnseen, "feature-unseen", Severity::kWarning,
      "no user of this host sees the feature",
@@ -295,13 +302,15 @@ inline constexpr auto kLintCodes = std::to_array<LintCodeInfo>({
      "Delete the other changes, or the salience."},
     {LintCode::kInternalWithFeatureKey, "internal-with-feature-key", Severity::kWarning,
      "INTERNAL with the key of a feature",
-     "The grouping ID INTERNAL wins over the third column. Only internal users see the "
-     "change, in the section INTERNAL.",
-     "Write the key of the feature into the second column if users are to see the change."},
+     "The grouping ID INTERNAL takes precedence over the third column. Only internal users see "
+     "the change, in the section INTERNAL.",
+     "If users should see the change, write the key of the feature into the second column."},
     {LintCode::kNoChange, "no-change", Severity::kNote, "the file has no change",
      "Users see no changes.", "Add changes below the header."},
     {LintCode::kVersionAboveHost, "version-above-host", Severity::kNote,
-     "a version above the running one", "The version is newer than the version of the host.",
+     "the version is above the version of the host",
+     "The change belongs to a later version of the application, or the host description is out "
+     "of date.",
      "Check the version, or update the host description."},
     {LintCode::kLinkLater, "link-later", Severity::kNote, "later links of a feature",
      "The first well-formed link of a feature becomes its link. The library ignores the "
@@ -309,13 +318,12 @@ inline constexpr auto kLintCodes = std::to_array<LintCodeInfo>({
      "Delete the later links, or write the best link first."},
     {LintCode::kFeatureWithoutChange, "feature-without-change", Severity::kNote,
      "features without a change",
-     "The panel shows a feature without changes by its title and description.",
+     "For a feature without changes, the panel shows only the title and the description.",
      "Add changes if the feature changed."},
-    {LintCode::kStoryIDWins, "story-id-wins", Severity::kNote,
-     "the story ID is the key of a feature",
-     "The library looks up the third column first, so the change belongs to that feature and "
-     "not to its grouping ID.",
-     "Write the key into the second column, to make this clear."},
+    {LintCode::kStoryIDWins, "story-id-wins", Severity::kNote, "the story ID is the key of an item",
+     "The library looks up the third column first. The change therefore belongs to that item, "
+     "and not to the item of its grouping ID.",
+     "To make this clear, write the key into the second column."},
     {LintCode::kUnreviewedLeft, "unreviewed-left", Severity::kNote, "a change is still unreviewed",
      "Only internal users see the change, in the section UNREVIEWED.",
      "After the review, delete the salience."},
@@ -328,12 +336,12 @@ inline constexpr auto kLintCodes = std::to_array<LintCodeInfo>({
      "There is nothing to do."},
     {LintCode::kBaselineNewAgain, "baseline-new-again", Severity::kWarning,
      "an edited row is new again",
-     "A change is identified by its content. Users who saw the earlier row see the edited "
-     "row as new.",
-     "Undo the edit if it is not worth an announcement. Letter case, quotes and default "
-     "texts can be edited freely."},
+     "A change is identified by its content. Users who saw the earlier row see the edited row "
+     "as new.",
+     "Undo the edit if it is not worth an announcement. These edits do not make a row new "
+     "again: quotes, default texts, and the letter case in columns 2, 3, 4, 6 and 7."},
     {LintCode::kBaselineVanished, "baseline-vanished", Severity::kWarning,
-     "a row of the earlier file is gone", "The change is no longer shown.",
+     "a row of the earlier file was removed", "The change is no longer shown.",
      "Restore the row if users still need it."},
     {LintCode::kBaselineRatedAgain, "baseline-rated-again", Severity::kWarning,
      "a feature requests its rating again",

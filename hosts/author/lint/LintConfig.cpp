@@ -70,7 +70,8 @@ std::string AddSeverity(std::string_view argument, SeverityOverrides& overrides)
   const std::optional<Severity> severity =
       equals == argument.npos ? std::nullopt : FindSeverity(argument.substr(equals + 1));
   if (!severity) {
-    return Quoted(argument) + " does not end with '=' and " + std::string(kSeverities);
+    return Quoted(argument) + " does not contain a valid severity; write " +
+           std::string(kSeverities) + " after '='";
   }
   overrides[*code] = *severity;
   return "";

@@ -16,11 +16,12 @@ using ornwhatsnew::ColumnIndex;
 using ornwhatsnew::DataColumn;
 using ornwhatsnew::DataField;
 
-/// The number of different unknown keys for which the nearest key is searched. A search compares
-/// the key with all keys of the host, so a file of unknown keys would take too long.
+/// The maximum number of different strings for which `NearestKey` searches. Each search compares
+/// the string with all keys of the host. Without a limit, a file with many unknown keys would take
+/// too long.
 constexpr std::size_t kMaximumKeySearches = 500;
 
-/// The value of `fieldFindings_` for a finding that is not kept.
+/// The value in `fieldFindings_` for a finding that is not listed.
 constexpr auto kOmitted = static_cast<std::size_t>(-1);
 
 constexpr std::size_t kLongName = 30;

@@ -1,4 +1,4 @@
-// What the rules of `ornwhatsnew lint` read and report.
+// Gives the rules of `ornwhatsnew lint` their input, and collects their findings.
 #ifndef HOSTS_AUTHOR_LINT_LINTCONTEXT_H_
 #define HOSTS_AUTHOR_LINT_LINTCONTEXT_H_
 
@@ -25,11 +25,11 @@ struct LintHost {
   common::HostDescription description;
 };
 
-/// The maximum number of findings of one code in a file. A message tells how many more there are.
+/// The maximum number of listed findings of one code in a file. A message states how many more
+/// there are.
 inline constexpr std::size_t kMaximumFindings = 1000;
 
-/// The findings of a code after the first `kMaximumFindings` ones of a file. They are not listed,
-/// but
+/// The findings of one code in a file after the first `kMaximumFindings`. They are not listed, but
 /// `--fix` makes their edits.
 struct OmittedFindings {
   std::size_t count = 0;
@@ -40,11 +40,11 @@ struct OmittedFindings {
 /// shortens a long text.
 std::string Quoted(std::string_view text);
 
-/// Returns "one field", "2 fields" and so on.
+/// Returns `number` and `noun`, for example "one field" or "2 fields" for the noun "field".
 std::string Counted(std::size_t number, std::string_view noun);
 
-/// A file, its host, and the findings so far. Each `Report` function returns the new finding, which
-/// is valid until the next one is reported.
+/// A file, its host, and the findings so far. Each `Report` function returns a reference to the new
+/// finding, which is valid until the next finding is reported.
 class LintContext {
  public:
   /// `host` is null if no host is known. `file` and `host` must outlive the context.
@@ -61,7 +61,8 @@ class LintContext {
   /// Reports a finding on a field of `row`.
   Finding& ReportField(LintCode code, const LintRow& row, ornwhatsnew::DataColumn column,
                        std::string message);
-  /// Reports a finding on a part of a field: the first occurrence of `part` in it, or all of it.
+  /// Reports a finding on the first occurrence of `part` in a field, or on the whole field if it
+  /// does not contain `part`.
   Finding& ReportPart(LintCode code, const LintRow& row, ornwhatsnew::DataColumn column,
                       std::string_view part, std::string message);
   /// Reports a finding on the whole data file.
@@ -69,7 +70,7 @@ class LintContext {
   /// Reports a finding on the whole host description. REQUIRES: there is a host.
   Finding& ReportHost(LintCode code, const std::string& message);
 
-  /// Returns the place of `row` with a message.
+  /// Returns the position of `row`, with a message.
   RelatedPlace Related(const LintRow& row, std::string message) const;
 
   /// Returns the last finding on this field. Returns null if there is none, or if a finding on a
@@ -83,18 +84,19 @@ class LintContext {
   /// the part of a long name in parentheses.
   std::string Column(ornwhatsnew::DataColumn column) const;
 
-  /// Returns the section key or epic key that is most similar to `text`.
+  /// Returns the section key or epic key that is most similar to `text`. Returns `std::nullopt` if
+  /// none is similar, or if this function has already searched for too many different strings.
   std::optional<std::string> NearestKey(const std::string& text);
 
-  /// Returns whether the version of a change consists of digits and points.
+  /// Returns whether at least one change has a version that consists of digits and points.
   bool HasPlainVersion();
 
-  /// Ends the check of the file, because it is no table. The other rules are not judged.
+  /// Ends the check, because the library can read no row of the file. No other rule runs.
   void Stop() { isStopped_ = true; }
   bool IsStopped() const { return isStopped_; }
 
   std::vector<Finding>& Findings() { return findings_; }
-  /// Returns the findings that were not kept, and forgets them.
+  /// Returns the findings that are not listed, and removes them from this object.
   std::map<LintCode, OmittedFindings> TakeOmitted();
 
  private:
@@ -106,10 +108,11 @@ class LintContext {
   std::vector<Finding> findings_;
   std::map<LintCode, std::size_t> counts_;
   std::map<LintCode, OmittedFindings> omitted_;
-  /// The last finding that was not kept. Its rule can still add edits to it.
+  /// The last finding that is not listed. Its rule can still add edits to it.
   Finding omittedFinding_;
   std::size_t fieldsLine_ = 0;
-  /// The number of findings up to the last one on each field of that line, or 0 if there is none.
+  /// For each field of the line `fieldsLine_`: the number of findings up to and including the last
+  /// one on this field, or 0 if there is none.
   std::array<std::size_t, ornwhatsnew::kDataColumnCount> fieldFindings_{};
   std::map<std::string, std::optional<std::string>> nearestKeys_;
   std::optional<bool> hasPlainVersion_;

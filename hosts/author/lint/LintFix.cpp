@@ -43,7 +43,7 @@ std::string Apply(std::string_view line, std::size_t lineBegin, const std::vecto
   return result.append(line.substr(copied));
 }
 
-/// What users can see of a row today.
+/// Determines which edits of rows announce a change again.
 class Announcements {
  public:
   explicit Announcements(const LintHost* host)
@@ -51,7 +51,8 @@ class Announcements {
     list_.ParseBetaFeatures();
   }
 
-  /// Returns whether the edit changes the identity of a change that users can see.
+  /// Returns whether `oldRow` is a change that users can see and `newRow` is a change with another
+  /// identity.
   bool IsAnnouncedAgain(std::string_view oldRow, std::string_view newRow) {
     const std::optional<Change> before = Read(oldRow);
     if (!before || !before->isVisible) return false;
@@ -99,7 +100,7 @@ std::vector<LineEdits> CollectEdits(const std::string& name, std::string_view te
   std::vector<LineEdits> lines;
   std::size_t edited = 0;
   for (Edit& edit : edits) {
-    if (edit.offset < edited) continue;  // Two findings correct the same field.
+    if (edit.offset < edited) continue;  // Another edit already replaces this field.
     edited = edit.offset + edit.length;
     if (lines.empty() || edit.offset >= lines.back().end) {
       const std::size_t newline = text.substr(0, edit.offset).rfind('\n');
@@ -111,8 +112,9 @@ std::vector<LineEdits> CollectEdits(const std::string& name, std::string_view te
   return lines;
 }
 
-/// Returns the lines of `text`, whose last newline is not a part of it. At the end of the file,
-/// there is none, unless a correction of a CR line end has added it.
+/// Returns the lines of `text` for a diff, with `mark` before each line. `text` does not contain
+/// the newline that ends its last line. Exception: at the end of the file, it can contain this
+/// newline if a correction has replaced a CR line ending with it.
 std::string DiffLines(char mark, std::string_view text, bool isAtEnd) {
   const bool hasNewline = isAtEnd && text.ends_with('\n');
   if (hasNewline) text.remove_suffix(1);
@@ -205,12 +207,12 @@ void ReplaceDataFile(const std::filesystem::path& file, std::string_view text) {
   const std::string name = resolved.filename().native();
   const common::PrivateFolder folder(resolved.parent_path());
   const common::FileDescriptor old = folder.Open(name, O_RDONLY);
-  // FileReplacement deletes an old temporary file. In a folder of the user, the file with this name
-  // can be the user's own.
+  // `FileReplacement` would delete an existing file with the temporary name. In a folder of the
+  // user, this file may belong to the user.
   const std::filesystem::path temporary = folder.PathOf(name + ".tmp");
   if (std::filesystem::exists(std::filesystem::symlink_status(temporary))) {
     throw std::runtime_error("cannot write '" + file.native() + "': '" + temporary.native() +
-                             "' exists; delete it");
+                             "' exists; move or delete it");
   }
   const common::FileReplacement replacement(folder, name);
   replacement.CopyModeAndOwner(old);

@@ -1,4 +1,4 @@
-// Corrects the mistakes in a data file that have exactly one right answer.
+// Corrects the mistakes in a data file that have only one possible correction.
 #ifndef HOSTS_AUTHOR_LINT_LINTFIX_H_
 #define HOSTS_AUTHOR_LINT_LINTFIX_H_
 
@@ -13,24 +13,26 @@ namespace hosts::author {
 
 /// Which corrections to make.
 enum class FixScope {
-  kSafe,  ///< only those that announce no change again
+  kSafe,  ///< only those that do not announce a change again
   kAll,
 };
 
 struct FixedFile {
   std::string text;
-  /// The differences from the old text in the unified format, without context lines. The lines are
-  /// bytes of the file.
+  /// The differences from the old text in the unified format, without context lines. The lines
+  /// contain the bytes of the file without escapes.
   std::string diff;
   std::size_t corrected = 0;
   /// The number of corrections that only `FixScope::kAll` makes.
   std::size_t withheld = 0;
 };
 
-/// Returns `text`, the content of the file `name`, with the edits of the findings in `report`,
-/// which is the report on this file alone. A correction announces a change again if it changes the
-/// identity of a change that users can see today. Keeps the byte order mark and CR LF line ends.
-/// `host` is the installed host, or null.
+/// Applies the edits of the findings in `report` to `text`, the content of the file `name`.
+/// `report` must be the report on this file only. `host` is the installed host, or null. Keeps the
+/// byte order mark and CR LF line endings.
+///
+/// A correction announces a change again if it changes the identity of a change that has a text and
+/// is not in an internal section.
 FixedFile FixDataFile(const std::string& name, std::string_view text, const LintReport& report,
                       FixScope scope, const LintHost* host);
 

@@ -17,7 +17,7 @@ using nlohmann::json;
 
 // ---- JSON
 
-/// Returns the replacement of the characters at the finding's place, or null. A single edit
+/// Returns the replacement of the characters at the finding's position, or null. A single edit
 /// replaces exactly these characters.
 json FixJson(const Finding& finding) {
   if (finding.edits.size() != 1) return nullptr;
@@ -57,7 +57,8 @@ json FindingJson(const Finding& finding) {
 
 // ---- SARIF
 
-/// Returns the path as a relative reference or a file URI, with escapes for all other bytes.
+/// Returns the path as a relative reference or a file URI. Percent-encodes all bytes except ASCII
+/// letters, digits and the characters in `kUnescaped`.
 std::string URI(std::string_view path) {
   constexpr std::string_view kUnescaped = "-._~/";
   constexpr std::string_view kDigits = "0123456789ABCDEF";

@@ -1,4 +1,4 @@
-// Reads a data file for `ornwhatsnew lint`, with the library's own reader and placement.
+// Reads a data file for `ornwhatsnew lint` with the library's own functions.
 #ifndef HOSTS_AUTHOR_LINT_LINTEDFILE_H_
 #define HOSTS_AUTHOR_LINT_LINTEDFILE_H_
 
@@ -18,7 +18,7 @@
 
 namespace hosts::author {
 
-/// A row that is not blank, and what the library makes of it.
+/// A row with at least one field. If the row is a change, also the library's objects for it.
 struct LintRow {
   /// The row as the reader returned it. Its views are valid while the file exists. The values of
   /// columns that the row does not have are empty.
@@ -28,7 +28,8 @@ struct LintRow {
   /// The item of the change. Null if the row is not a change.
   const ornwhatsnew::FeatureListItem* item = nullptr;
   bool isUnmatched = false;
-  /// True if a finding says that the row as a whole is wrong. Rules for fields then ignore the row.
+  /// True if a finding explains what is wrong with the whole row. Rules for fields then ignore the
+  /// row.
   bool isExplained = false;
 
   std::string_view Value(ornwhatsnew::DataColumn column) const { return data.Value(column); }
@@ -53,15 +54,15 @@ class LintedFile {
 
   /// Returns the index of the header in `Rows()`, or the number of rows if there is no header.
   std::size_t HeaderIndex() const { return headerIndex_; }
-  /// Returns the name of a column in the header of the file. Returns the name of the manual if the
-  /// header has no such name or is not a header.
+  /// Returns the name of a column in the header of the file. Returns the name from the manual if
+  /// the header has no name for the column, if there is no header, or after `IgnoreHeaderNames`.
   std::string ColumnName(std::size_t index) const;
-  /// Uses the names of the manual instead of those of the header, which is wrong.
+  /// Makes `ColumnName` return the names from the manual, because the header is wrong.
   void IgnoreHeaderNames() { usesHeaderNames_ = false; }
 
   /// Returns the offset in the file of the first byte of `row`.
   std::size_t OffsetOf(const LintRow& row) const;
-  /// Returns the place of the bytes from `begin` to `end` of `row`.
+  /// Returns the position of the bytes from `begin` to `end` of `row`.
   Place PlaceOf(const LintRow& row, std::size_t begin, std::size_t end) const;
 
  private:
@@ -72,7 +73,8 @@ class LintedFile {
   std::string text_;
   ornwhatsnew::FeatureListData list_;
   std::vector<LintRow> rows_;
-  /// Values that are not bytes of the file, because the library removed a quote or a CR.
+  /// Values that differ from the bytes of the file, for example because the library removed a
+  /// quote.
   std::deque<std::string> cleanedValues_;
   std::size_t headerIndex_ = 0;
   std::size_t changeCount_ = 0;

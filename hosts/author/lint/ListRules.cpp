@@ -20,7 +20,7 @@ namespace feature = ornappsupport::feature;
 using ornwhatsnew::DataColumn;
 using ornwhatsnew::FeatureListItem;
 
-/// The changes of each feature, in the order of the first change of each feature.
+/// Groups the changes by feature. The groups are in the order of their first changes.
 class ChangesByFeature {
  public:
   using Rows = std::vector<const LintRow*>;
@@ -96,10 +96,10 @@ void ReportHidden(LintContext& context, const ChangesByFeature::Rows& rows) {
     if (row != *hiding) others.push_back(context.Related(*row, "this change is hidden"));
   }
   if (others.empty()) return;
-  Finding& finding =
-      context.ReportField(LintCode::kFeatureHidden, **hiding, DataColumn::kSalience,
-                          "the salience hides the whole feature, so nobody sees the change on " +
-                              Lines(others) + "; delete it, or those changes");
+  Finding& finding = context.ReportField(
+      LintCode::kFeatureHidden, **hiding, DataColumn::kSalience,
+      "the salience hides the whole feature, so nobody sees its other changes (" + Lines(others) +
+          "); delete the salience, or these changes");
   finding.related = std::move(others);
 }
 
@@ -151,15 +151,15 @@ void CheckLaterLinks(LintContext& context) {
     }
     Finding& finding = context.ReportField(LintCode::kLinkLater, *rows.front(), DataColumn::kURL,
                                            "the feature " + Quoted(item->FeatureJiraIDKey()) +
-                                               " already has a link, so the link on " +
-                                               Lines(places) + " is ignored");
+                                               " already has a link, so later links are ignored (" +
+                                               Lines(places) + ")");
     finding.related = std::move(places);
   }
 }
 
 // ---- what the file lacks
 
-// If an error explains why a row is lost, the file has changes that are not read.
+// If there is an error, the file may contain changes that the library cannot read.
 void CheckNoChange(LintContext& context) {
   const auto isError = [](const Finding& finding) { return finding.severity == Severity::kError; };
   if (context.File().ChangeCount() > 0 || std::ranges::any_of(context.Findings(), isError)) return;
@@ -236,14 +236,14 @@ void CheckBoundsOfHost(LintContext& context, const std::string& running) {
     if (row.change == nullptr || row.isExplained || first.empty() || version.empty()) continue;
     const std::size_t own = VersionComponents(first).size();
     if (own != VersionComponents(version).size() || (isComparable && own == components)) continue;
-    context.ReportField(LintCode::kBoundsHost, row, DataColumn::kFirstVersion,
-                        "the host's full version " + Quoted(running) +
-                            (isComparable ? " has another number of components than "
-                                          : " has a component that is not a number below 1000, "
-                                            "so it cannot be compared with ") +
-                            Quoted(first) +
-                            ", so the wrong users see the change; write versions in the form of "
-                            "the full version");
+    context.ReportField(
+        LintCode::kBoundsHost, row, DataColumn::kFirstVersion,
+        isComparable ? "the host's full version " + Quoted(running) + " and " + Quoted(first) +
+                           " have different numbers of components, so the wrong users see "
+                           "the change; write versions in the form of the full version"
+                     : "the host's full version " + Quoted(running) +
+                           " has a component that is not a number below 1000, so the wrong "
+                           "users see the change; leave the field empty");
     return;
   }
 }

@@ -20,9 +20,10 @@ void CheckKeySpace(LintContext& context, const LintRow& row) {
   for (const DataColumn column : kLocalisedColumns) {
     const std::string_view text = row.Value(column);
     if (IsZString(text) || text.find('$') == text.npos || !IsZString(TrimSpaces(text))) continue;
-    context.ReportField(LintCode::kKeySpace, row, column,
-                        "the space before the key makes it an ordinary text, so users see the key; "
-                        "delete the space");
+    context.ReportField(
+        LintCode::kKeySpace, row, column,
+        "the space before the key makes the field ordinary text, so users see the key; "
+        "delete the space");
   }
 }
 
@@ -44,10 +45,10 @@ void CheckKeyDefault(LintContext& context, const LintRow& row) {
 
 // ---- markup
 
-/// The names of markup that only key texts expand.
+/// The markup that the library expands only in key texts.
 constexpr auto kMarkup =
     std::to_array<std::string_view>({"#{endl}", "#{tab}", "#{mdash}", "#{ndash}", "#{comment}"});
-/// Carets outside of these pairs are ordinary in texts, as in "x^2".
+/// The markup with a caret that is unlikely in ordinary text. Other carets are common, as in "x^2".
 constexpr auto kCaretMarkup = std::to_array<std::string_view>({"^[", "^]", "^{", "^}"});
 
 void CheckMarkupOutsideKey(LintContext& context, const LintRow& row, std::string_view text) {
@@ -56,14 +57,15 @@ void CheckMarkupOutsideKey(LintContext& context, const LintRow& row, std::string
   const auto foundCaret = std::ranges::find_if(kCaretMarkup, isIn);
   if (found == kMarkup.end() && foundCaret == kCaretMarkup.end()) return;
   const std::string_view markup = found != kMarkup.end() ? *found : *foundCaret;
-  context.ReportPart(LintCode::kMarkupOutsideKey, row, DataColumn::kDescription, markup,
-                     "users see " + Quoted(markup) +
-                         ", because only a text that begins with '$$$/' can contain markup; write "
-                         "the character itself");
+  context.ReportPart(
+      LintCode::kMarkupOutsideKey, row, DataColumn::kDescription, markup,
+      "users see " + Quoted(markup) +
+          ", because only a key text, which begins with '$$$/', can contain markup; write "
+          "the character itself");
 }
 
 void CheckMarkupInKey(LintContext& context, const LintRow& row, std::string_view text) {
-  // Translators read what follows a comment, so nothing in it is markup.
+  // Ignore the text after `#{comment}`. It is for translators, and users do not see it.
   text = text.substr(0, text.find("#{comment}"));
   for (std::size_t at = text.find("#{"); at != text.npos; at = text.find("#{", at + 1)) {
     const std::size_t end = text.find('}', at);
@@ -71,9 +73,9 @@ void CheckMarkupInKey(LintContext& context, const LintRow& row, std::string_view
     if (std::ranges::find(kMarkup, markup) != kMarkup.end()) continue;
     const std::optional<std::string> nearest = NearestWord(markup, kMarkup);
     context.ReportPart(LintCode::kMarkupUnknown, row, DataColumn::kDescription, markup,
-                       "users see " + Quoted(markup) + ", because it is no markup; write " +
+                       "users see " + Quoted(markup) + ", because it is not markup; write " +
                            Quoted(nearest.value_or("#{endl}")) +
-                           (nearest ? "" : " or other markup of the manual"));
+                           (nearest ? "" : " or other markup from the manual"));
     return;
   }
 }

@@ -29,8 +29,8 @@ bool HasDigit(std::u16string_view text) {
   return std::ranges::any_of(text, [](char16_t unit) { return unit >= u'0' && unit <= u'9'; });
 }
 
-/// Returns the number of insertions, deletions, replacements and exchanges of neighbours that turn
-/// `a` into `b`.
+/// Returns the number of insertions, deletions, replacements and exchanges of adjacent characters
+/// that convert `a` to `b`.
 std::size_t EditDistance(std::u16string_view a, std::u16string_view b) {
   std::vector<std::size_t> beforePrevious(b.size() + 1);
   std::vector<std::size_t> previous(b.size() + 1);
@@ -56,12 +56,13 @@ std::size_t AllowedDistance(std::size_t length) {
   return length < 10 ? 2 : 3;
 }
 
-// Returns 0 for equal texts, and a small number for similar ones.
+/// Returns 0 for equal strings, the edit distance for similar strings, and `kMaximumLength` if one
+/// string begins with the other. Returns `std::nullopt` for all other strings.
 std::optional<std::size_t> Difference(std::u16string_view text, std::u16string_view word) {
   if (text == word) return 0;
   const std::size_t shorter = std::min(text.size(), word.size());
   const std::size_t longer = std::max(text.size(), word.size());
-  // Two keys that differ in a digit are usually both meant, so allow one difference only.
+  // Keys that differ only in digits are often both correct. Allow at most one difference.
   const std::size_t allowed = HasDigit(word) ? std::min<std::size_t>(1, AllowedDistance(shorter))
                                              : AllowedDistance(shorter);
   if (longer <= kMaximumLength && longer - shorter <= allowed) {

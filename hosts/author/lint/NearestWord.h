@@ -9,18 +9,23 @@
 
 namespace hosts::author {
 
-/// Returns `text` (UTF-8) in lower case, without any kind of spaces and invisible characters, and
-/// with a hyphen instead of each kind of dash and of the underscore.
+/// Returns `text` (UTF-8) in lower case. Removes all kinds of spaces and invisible characters, and
+/// replaces all kinds of dashes and the underscore with a hyphen.
 std::u16string Fold(std::string_view text);
 
-/// Returns the element of `words` that is most similar to `text`: first one with an equal `Fold`,
-/// otherwise one with few inserted, deleted, replaced or exchanged characters, otherwise one
-/// without digits that begins with `text` or that `text` begins with. Returns `std::nullopt` if
-/// none is similar. Compares at most 64 characters.
+/// Returns the element of `words` that is most similar to `text`. Uses only the first 256 bytes of
+/// `text`. Selects the first of these words that exists:
+///
+/// 1. a word with an equal `Fold`
+/// 2. a word that differs in few inserted, deleted, replaced or exchanged characters
+/// 3. a word without digits that begins with `text`, or with which `text` begins
+///
+/// Returns `std::nullopt` if there is no such word.
 std::optional<std::string> NearestWord(std::string_view text,
                                        std::span<const std::string_view> words);
 
-/// Returns `text` without the spaces of any kind at its start and end.
+/// Returns `text` without the tabs, spaces, no-break spaces and ideographic spaces at its start and
+/// end.
 std::string_view TrimSpaces(std::string_view text);
 
 }  // namespace hosts::author

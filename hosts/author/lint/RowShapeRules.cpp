@@ -21,11 +21,11 @@ using ornwhatsnew::DataRowKind;
 using ornwhatsnew::DataRowSkipReason;
 using ornwhatsnew::kDataColumnCount;
 
-/// The number of lines after an open quote among which the closing quote is searched. A text over
-/// more lines is no text, and an unlimited search would take quadratic time.
+/// The maximum number of lines in which to search for the closing quote after an open quote. An
+/// unlimited search would take quadratic time, and no text has more lines.
 constexpr std::size_t kMaximumTextLines = 50;
 
-/// The bytes of a row and its fields.
+/// A row, and the positions of the fields in it.
 struct Shape {
   explicit Shape(const LintRow& linted)
       : row(linted), fields(ornwhatsnew::FindDataFields(linted.data.text)) {}
@@ -91,7 +91,7 @@ bool CheckDecimalComma(LintContext& context, const Shape& shape) {
     if (last == index) continue;
     context.Report(LintCode::kDecimalComma, shape.row, shape.fields[index].begin,
                    shape.fields[last].end,
-                   LostRow(shape) + "write " + Quoted(version) + " with points");
+                   LostRow(shape) + "write the version as " + Quoted(version));
     return true;
   }
   return false;
@@ -111,7 +111,8 @@ constexpr std::array<QuotePair, 7> kQuotePairs = {{{"\xE2\x80\x9C", "\xE2\x80\x9
                                                    {"\xE2\x80\x98", "\xE2\x80\x99"},
                                                    {"'", "'"}}};
 
-/// Returns the field that ends a text whose opening quote begins the field `first`.
+/// If the field `first` begins with an opening quote, returns the index of the next field that ends
+/// with its closing quote.
 std::optional<std::size_t> FindClosingField(const Shape& shape, std::size_t first) {
   for (const QuotePair& quotes : kQuotePairs) {
     if (!shape.Field(first).starts_with(quotes.open)) continue;
@@ -148,9 +149,10 @@ bool CheckIssueList(LintContext& context, const Shape& shape) {
   return true;
 }
 
-/// Returns the index of the first field that holds a word of the column `column`.
+/// Returns the index of the first field whose value belongs in the column `column`.
 std::optional<std::size_t> FindWord(const Shape& shape, DataColumn column) {
-  // Beyond twice the columns, a word says nothing about the number of commas before it.
+  // In a row with many more fields than columns, a later value does not show how many commas before
+  // it are wrong.
   const std::size_t end = std::min(shape.Count(), 2 * kDataColumnCount);
   for (std::size_t i = 0; i < end; ++i) {
     const std::string_view field = shape.Field(i);
@@ -163,12 +165,13 @@ std::optional<std::size_t> FindWord(const Shape& shape, DataColumn column) {
   return std::nullopt;
 }
 
-/// Returns the index of the first field that a wrong number of commas before it has shifted.
+/// Returns the index of a field that is in the wrong column because the number of commas before it
+/// is wrong.
 std::optional<std::size_t> FindShiftedField(const Shape& shape) {
   for (const DataColumn column : {DataColumn::kSalience, DataColumn::kPlatform, DataColumn::kURL}) {
     const std::optional<std::size_t> index = FindWord(shape, column);
     if (!index || *index == ColumnIndex(column)) continue;
-    // A word of another column inside the last text is no sign of a shift.
+    // After the tenth field, such a value is probably a part of the text.
     if (shape.Count() > kDataColumnCount && *index >= kDataColumnCount) continue;
     const bool isMissing = shape.Count() < kDataColumnCount;
     if (isMissing == (*index < ColumnIndex(column))) return index;
@@ -176,8 +179,8 @@ std::optional<std::size_t> FindShiftedField(const Shape& shape) {
   return std::nullopt;
 }
 
-/// Returns whether the text is after its column, because the field in its column is empty or a
-/// commit.
+/// Returns whether the text is probably after its column: the field in its column is empty or looks
+/// like a commit ID.
 bool IsTextShifted(const Shape& shape) {
   constexpr std::size_t kShortestCommit = 6;
   const std::string_view field = shape.Field(ColumnIndex(DataColumn::kDescription));
@@ -234,8 +237,8 @@ bool HasOddQuotes(const LintRow& row) {
   return std::ranges::count(row.data.text, '"') % 2 != 0;
 }
 
-/// Returns the index of the row that closes the quote that `rows[index]` leaves open. Returns
-/// `std::nullopt` if the rows after it are rows of their own.
+/// Returns the index of the row that contains the closing quote for the open quote in
+/// `rows[index]`. Returns `std::nullopt` if another change begins before such a row.
 std::optional<std::size_t> FindClosingRow(const std::vector<LintRow>& rows, std::size_t index) {
   const std::size_t end = std::min(rows.size(), index + 1 + kMaximumTextLines);
   for (std::size_t i = index + 1; i < end; ++i) {
@@ -274,8 +277,8 @@ bool CheckOpenQuote(LintContext& context, const Shape& shape) {
     return false;
   }
   context.Report(LintCode::kOpenQuote, shape.row, *quote, *quote + 1,
-                 "the quote is not closed, so it hides " +
-                     Counted(CountCommasAfter(shape, *quote), "comma") + " and the row has " +
+                 "the quote is not closed and hides " +
+                     Counted(CountCommasAfter(shape, *quote), "comma") + "; the row has " +
                      Counted(shape.Count(), "field") +
                      " instead of ten, so its change is lost; close or delete the quote");
   return true;
@@ -293,7 +296,7 @@ bool CheckChangesSinceField(LintContext& context, const LintRow& row, Predicate 
   if (found == row.data.values.end()) return false;
   context.ReportField(LintCode::kChangesSinceSpelling, row,
                       static_cast<DataColumn>(found - row.data.values.begin()),
-                      "the row does not set the version of the heading; write the version into "
+                      "the row does not set the version in the heading; write the version into "
                       "the first field and 'Changes-Since' into the second");
   return true;
 }
@@ -338,7 +341,7 @@ void CheckRows(LintContext& context) {
     }
     if (CheckTextOverLines(context, i)) continue;
     if (row.data.kind == DataRowKind::kChange) {
-      // Other rules find a misspelt word in the second column of a change.
+      // `CheckGroupingID` reports a misspelt keyword in the second column of a change.
       row.isExplained = CheckChangesSinceField(context, row, IsChangesSince);
       continue;
     }

@@ -10,10 +10,10 @@
 
 namespace hosts::author {
 
-/// Judges the whole file.
+/// Checks the whole file.
 using FileRule = void (*)(LintContext& context);
 
-/// Judges one change that no earlier finding explains.
+/// Checks one change. Does not run for a row with `LintRow::isExplained`.
 using ChangeRule = void (*)(LintContext& context, const LintRow& row);
 
 // The rules for the file, in the order in which they must run. The rules for the form, the header
@@ -25,30 +25,32 @@ std::span<const FileRule> ChangesSinceRules();
 std::span<const FileRule> HostTableRules();
 std::span<const FileRule> ListRules();
 
-// The rules for a change. They run for one change after the other, so that a row is read once.
-// `TextRules` run last, because they omit fields that have a finding.
+// The rules for a change. All of them check one change before any of them checks the next change,
+// so that each row is read only once. `TextRules` run last, because they omit fields that have a
+// finding.
 std::span<const ChangeRule> WordRules();
 std::span<const ChangeRule> VersionRules();
 std::span<const ChangeRule> LinkRules();
 std::span<const ChangeRule> LocalisationRules();
 std::span<const ChangeRule> TextRules();
 
-/// Returns whether the fields look like the names of columns: at least three are names of the
-/// manual, or begin like them, at any position.
+/// Returns whether the fields look like the names of columns. At least three fields, at any
+/// position, must be column names of the manual, or begin like them.
 bool LooksLikeHeader(const ornwhatsnew::DataRow& row);
 
-/// Returns whether the fields look like those of a change: a version in the first column, a section
-/// key in the second, a keyword in the fourth, or a link in the eighth.
+/// Returns whether at least one field looks like that of a change: a version in the first column, a
+/// section key in the second, a salience in the fourth, or a link in the eighth.
 bool LooksLikeChange(const ornwhatsnew::DataRow& row);
 
 /// Returns whether the library accepts `text` as a salience.
 bool IsSalience(std::string_view text);
 
-/// Returns the length of a v, or of the word "version", before the first digit of `text`. Returns 0
-/// if there is none.
+/// Returns the number of bytes before the first digit of `text` if these bytes are "v" or
+/// "version", possibly with a point and with spaces. Otherwise returns 0.
 std::size_t VersionPrefixLength(std::string_view text);
 
-/// Reports a version that is a date of a spreadsheet.
+/// Reports the version in `column` if it is a date. Spreadsheet programs convert some versions to
+/// dates.
 void CheckVersionDate(LintContext& context, const LintRow& row, ornwhatsnew::DataColumn column);
 
 /// Returns the parts of `version` between its points. An empty version has one empty part.

@@ -32,8 +32,8 @@ std::size_t FindVanishingQuote(std::string_view field) {
   return second + 1 == field.size() ? field.npos : second;
 }
 
-/// Returns whether `row` has no quotes, or only two quotes, which enclose a field. Most rows do,
-/// and their fields need not be searched.
+/// Returns whether `row` has no quotes, or only two quotes, which enclose a field. This is true for
+/// most rows, and their fields need not be searched.
 bool HasSimpleQuotes(std::string_view row) {
   const std::size_t first = row.find('"');
   if (first == row.npos) return true;
@@ -148,7 +148,7 @@ void CheckMojibake(LintContext& context, const LintRow& row) {
     if (found.empty() || !orncore::string::IsWellFormedUTF8(row.data.text)) continue;
     context.ReportPart(LintCode::kMojibake, row, column, found,
                        "the text was decoded with the wrong encoding, so users see wrong "
-                       "characters; restore it and save the file as UTF-8");
+                       "characters; restore them and save the file as UTF-8");
   }
 }
 
@@ -178,8 +178,8 @@ constexpr std::array<DataColumn, 5> kTrimmedColumns = {
     DataColumn::kGroupingID, DataColumn::kStoryID, DataColumn::kSalience, DataColumn::kFirstVersion,
     DataColumn::kPlatform};
 
-/// Returns the edit that deletes the spaces around a field. Returns `std::nullopt` if the quotes of
-/// the field do not simply enclose it.
+/// Returns the edit that deletes the spaces around a field. Returns `std::nullopt` if the field has
+/// quotes other than the two that enclose it.
 std::optional<Edit> TrimEdit(LintContext& context, const LintRow& row, std::size_t index) {
   const std::vector<DataField> fields = ornwhatsnew::FindDataFields(row.data.text);
   const DataField& field = fields[index];

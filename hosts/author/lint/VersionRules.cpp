@@ -115,8 +115,8 @@ void CheckBounds(LintContext& context, const LintRow& row) {
   }
   if (version.empty()) {
     context.ReportField(LintCode::kBoundsNoVersion, row, DataColumn::kVersion,
-                        "without a version, a display for relevant versions never shows the "
-                        "change; write the version that contains it into " +
+                        "without a version, a panel that is filtered by version never shows "
+                        "the change; write the version that contains it into " +
                             context.Column(DataColumn::kVersion));
     return;
   }
@@ -135,8 +135,8 @@ void CheckBounds(LintContext& context, const LintRow& row) {
   if (ornwhatsnew::VersionNumber(first) < ornwhatsnew::VersionNumber(version)) return;
   context.ReportField(LintCode::kBoundsOrder, row, DataColumn::kFirstVersion,
                       Quoted(first) + " is not before " + Quoted(version) +
-                          ", so a display for relevant versions never shows the change; write the "
-                          "first affected version");
+                          ", so a panel that is filtered by version never shows the change; write "
+                          "the first affected version");
 }
 
 void CheckMissingVersion(LintContext& context, const LintRow& row) {
@@ -145,7 +145,7 @@ void CheckMissingVersion(LintContext& context, const LintRow& row) {
                         row.Value(DataColumn::kFirstVersion).empty();
   if (!isNeeded) return;
   context.ReportField(LintCode::kVersionMissing, row, DataColumn::kVersion,
-                      "the change is shown without a version; write it into " +
+                      "the change is shown without a version; write the version into " +
                           context.Column(DataColumn::kVersion));
 }
 

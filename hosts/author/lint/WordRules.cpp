@@ -53,8 +53,9 @@ std::vector<std::string_view> WordsOf(DataColumn column) {
 
 // ---- keywords in another column
 
-/// Returns the first column in which `text` is a keyword, if it is none in `column`. "Unreviewed"
-/// is a salience and the key of a section, and authors mean the salience.
+/// Returns the column to which the keyword `text` belongs. Returns `std::nullopt` if `text` is not
+/// a keyword, or if it is a keyword in `column`. "Unreviewed" is both a salience and the key of a
+/// section. Authors mean the salience, so the function returns its column.
 std::optional<DataColumn> ColumnOfKeyword(std::string_view text, DataColumn column) {
   std::optional<DataColumn> found;
   for (const Keyword& keyword : Keywords()) {
@@ -121,7 +122,7 @@ void CheckGroupingID(LintContext& context, const LintRow& row) {
   if (IsMisspeltChangesSince(text)) {
     context.ReportField(LintCode::kChangesSinceSpelling, row, DataColumn::kGroupingID,
                         Quoted(text) +
-                            " does not set the version of the heading; write "
+                            " does not set the version in the heading; write "
                             "'Changes-Since'");
     return;
   }
@@ -186,13 +187,13 @@ bool IsSeveralSaliences(std::string_view text) {
 
 std::string SalienceEffect(std::string_view nearest) {
   if (nearest == FeatureListDetail::kSalienceUnreviewed) {
-    return " is no keyword, so the unreviewed change is shown to users";
+    return " is not a keyword, so the unreviewed change is shown to users";
   }
   if (nearest == FeatureListDetail::kSalienceHideBetaFeature ||
       nearest == FeatureListDetail::kSalienceHideBetaFeatureFromExternal) {
-    return " is no keyword, so the change is shown and the feature is not hidden";
+    return " is not a keyword, so the change is shown and the feature is not hidden";
   }
-  return " is no keyword, so it has no effect and the change is shown";
+  return " is not a keyword, so it has no effect and the change is shown";
 }
 
 void CheckSalience(LintContext& context, const LintRow& row) {
@@ -244,13 +245,14 @@ void CheckPlatform(LintContext& context, const LintRow& row) {
   const std::string_view text = row.Value(DataColumn::kPlatform);
   context.ReportField(LintCode::kPlatformUnknown, row, DataColumn::kPlatform,
                       Quoted(text) + " in " + context.Column(DataColumn::kPlatform) +
-                          " is no platform, so the change is shown on every platform; " +
+                          " is not a platform, so the change is shown on every platform; " +
                           PlatformRemedy(text));
 }
 
 // ---- rating request
 
-/// Words that authors write where they mean a rating request or none. No question consists of them.
+/// Words that authors write instead of a rating request, or instead of an empty field. No question
+/// consists of one of them.
 constexpr auto kRatingWords = std::to_array<std::string_view>(
     {"yes",  "y",   "true", "x",     "1", "on",  "ok",   "ja",     "oui",
      "si",   "no",  "n",    "false", "0", "off", "nein", "non",    "none",
@@ -275,7 +277,7 @@ void CheckRatingRequest(LintContext& context, const LintRow& row) {
                           NearestWord(text, WordsOf(DataColumn::kRatingRequest)).has_value();
   if (!isMisspelt && !IsRatingWord(text)) return;
   context.ReportField(LintCode::kRatingRequestWord, row, DataColumn::kRatingRequest,
-                      "users are asked " + Quoted(text) +
+                      "users are asked the question " + Quoted(text) +
                           "; write 'RequestRating' or a question, or leave the field empty");
 }
 

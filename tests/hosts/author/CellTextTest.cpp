@@ -69,9 +69,9 @@ TEST(CellText, ReplacesEachLineEndByOneSpace) {
 
 TEST(CellText, DescribesReplacements) {
   EXPECT_EQ("", DescribeReplacements(ConvertText("nothing to replace")));
-  EXPECT_EQ(R"(1 '"' by '“', 1 '"' by '”', 1 '"' by '″', 1 line end by a space)",
+  EXPECT_EQ(R"(1 '"' by '“', 1 '"' by '”', 1 '"' by '″', 1 line break by a space)",
             DescribeReplacements(ConvertText("\"a\" 5\"\n")));
-  EXPECT_EQ("2 line ends by spaces", DescribeReplacements(ConvertText("a\n\n")));
+  EXPECT_EQ("2 line breaks by spaces", DescribeReplacements(ConvertText("a\n\n")));
 }
 
 TEST(CellText, ReportsWhatADataFileCannotContain) {
@@ -82,8 +82,8 @@ TEST(CellText, ReportsWhatADataFileCannotContain) {
     std::string_view part;
   } cases[] = {
       {"5\"", "double quote"},
-      {"a\nb", "line end"},
-      {"a\r", "line end"},
+      {"a\nb", "line break"},
+      {"a\r", "line break"},
       {"\xFF", "UTF-8"},
       {std::string_view("a\0", 2), "U+0000"},
       {"\x1B[1m", "U+001B"},

@@ -71,7 +71,7 @@ TEST(DataFileWriter, AppendsAChange) {
 
 TEST(DataFileWriter, RefusesWhatTheLibraryWouldNotReadAsAChange) {
   EXPECT_NE(std::string::npos, ErrorOf(kHeader, Change("5\"")).find("double quote"));
-  EXPECT_NE(std::string::npos, ErrorOf(kHeader, Change("a\nb")).find("line end"));
+  EXPECT_NE(std::string::npos, ErrorOf(kHeader, Change("a\nb")).find("line break"));
   EXPECT_NE(std::string::npos, ErrorOf(kHeader, Change("\xFF")).find("UTF-8"));
   EXPECT_NE(std::string::npos, ErrorOf(kHeader, DataFields()).find("grouping ID"));
   DataFields fields = Change("");

@@ -87,7 +87,7 @@ TEST(SpreadsheetImport, ReportsReplacementsWithTheirLine) {
   EXPECT_EQ("", Lines(result.errors));
   EXPECT_EQ(
       "3: in the column 'Public/Internal message', replaced 1 '\"' by '“', 1 '\"' by '”', 1 line "
-      "end by a space\n"
+      "break by a space\n"
       "4: in the column 'Ask User For Rating', replaced 1 '\"' by '″'\n",
       Lines(result.changes));
   EXPECT_EQ(",MISC,,,,,,,,plain\n,MISC,,,A 5″ screen?,,,,,a “b” c\n", RowsOf(result));
@@ -101,9 +101,9 @@ TEST(SpreadsheetImport, ReportsWhatADataFileCannotContain) {
       {"", "1: the table is empty"},
       {",,\n\n", "1: the table is empty"},
       {"MISC,Text\n", "1: the column 'MISC' is unknown"},
-      {"Grouping ID,Salience\n", "names no column 'Public/Internal message'"},
-      {"Message,Salience\n", "names no column 'Grouping ID"},
-      {"Grouping ID,Message,Message\n", "1: there are two columns 'Public/Internal message'"},
+      {"Grouping ID,Salience\n", "does not name the column 'Public/Internal message'"},
+      {"Message,Salience\n", "does not name the column 'Grouping ID"},
+      {"Grouping ID,Message,Message\n", "1: there are two columns named 'Public/Internal message'"},
       {"Grouping ID,Message,Owner\nMISC,a,b\n", "1: the column 'Owner' is unknown"},
       {"Grouping ID,Message,\nMISC,a,b\n", "2: the value 'b' is in column 3"},
       {"Grouping ID,Message\nMISC,a,b\n", "2: the value 'b' is in column 3"},

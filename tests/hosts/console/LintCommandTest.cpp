@@ -35,7 +35,7 @@ class LintCommandTest : public ProgramTest {
 
 TEST_F(LintCommandTest, FileWithoutFindingsHasTheStatus0) {
   EXPECT_EQ(OutputOf({"lint", "{data}"}),
-            "without --host, grouping IDs, features and the version of the host are not judged\n"
+            "without --host, grouping IDs, features and the version of the host are not checked\n"
             "no errors, no warnings and no notes in one change of one file\n");
 }
 
@@ -100,7 +100,7 @@ TEST_F(LintCommandTest, ChecksSeveralFiles) {
 TEST_F(LintCommandTest, HostIsJudged) {
   const ProgramResult result = Run({"lint", "{data}", "{host}"});
   EXPECT_THAT(result.output,
-              AllOf(HasSubstr("[feature-without-change]"), Not(HasSubstr("are not judged"))));
+              AllOf(HasSubstr("[feature-without-change]"), Not(HasSubstr("are not checked"))));
 }
 
 TEST_F(LintCommandTest, TerminalShowsTheLineWithCarets) {
@@ -165,7 +165,7 @@ TEST_F(LintCommandTest, BaselineReportsEdits) {
   folder_.Write("old.csv", Content());
   WriteData("4.2,Changes-Since\n4.3,MISC,ORN-1,,,,,,,Another text\n");
   EXPECT_THAT(Run({"lint", "{data}", "--baseline", old}).output,
-              HasSubstr("warning: users who saw the change see it again"));
+              HasSubstr("warning: users who saw the change see it as new"));
 }
 
 TEST_F(LintCommandTest, ExplainsACode) {

@@ -58,8 +58,8 @@ TEST(LintConfig, CommandLineSeverityNeedsACodeAndALevel) {
   EXPECT_EQ(AddSeverity("html=error", overrides), "");
   EXPECT_EQ(overrides.at(LintCode::kHTML), Severity::kError);
   EXPECT_THAT(AddSeverity("htm=error", overrides), HasSubstr("unknown code"));
-  EXPECT_THAT(AddSeverity("html", overrides), HasSubstr("does not end"));
-  EXPECT_THAT(AddSeverity("html=fatal", overrides), HasSubstr("does not end"));
+  EXPECT_THAT(AddSeverity("html", overrides), HasSubstr("does not contain a valid severity"));
+  EXPECT_THAT(AddSeverity("html=fatal", overrides), HasSubstr("does not contain a valid severity"));
 }
 
 }  // namespace
