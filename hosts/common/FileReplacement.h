@@ -13,8 +13,8 @@ namespace hosts::common {
 
 /// What to do with an existing file that has the name of the temporary file.
 enum class ExistingTemporaryFile {
-  kDelete,  ///< it is the file of a killed program, because a lock keeps all others out
-  kKeep,    ///< it can belong to the user or to another program, so fail
+  kDelete,  ///< delete it: a killed program left it, because a lock keeps other programs out
+  kKeep,    ///< keep it and fail, because it can belong to the user or to another program
 };
 
 /// The new content of a file. Until `Commit`, it is in a temporary file in the same folder. The

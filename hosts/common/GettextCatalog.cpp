@@ -41,7 +41,8 @@ class CatalogTables {
     if (bytes.size() < kHeaderSize) Fail("it is too short");
     const std::uint32_t magic = NumberAt(0);
     isSwapped_ = magic == kSwappedMagic;
-    if (magic != kMagic && !isSwapped_) Fail("it does not begin with the number of such a file");
+    if (magic != kMagic && !isSwapped_)
+      Fail("it does not begin with the magic number of a catalog");
     const std::uint32_t count = NumberAt(kCountOffset);
     sources_ = ReadTable(kSourcesOffset, count);
     const std::vector<std::string_view> translations = ReadTable(kTranslationsOffset, count);
@@ -52,7 +53,8 @@ class CatalogTables {
     RequireUTF8(translations);
   }
 
-  /// Returns the context and the source text of each entry as they are in the file.
+  /// Returns one string for each entry: its source text, preceded by the context and `kContextEnd`
+  /// if the entry has a context.
   const std::vector<std::string_view>& Sources() const { return sources_; }
 
  private:
@@ -124,7 +126,7 @@ std::locale LoadMessages(std::string_view bytes) {
   boost::locale::gnu_gettext::messages_info info;
   info.encoding = "UTF-8";
   info.domains.emplace_back("catalog");
-  // Boost.Locale looks for the file in several folders, so return the same bytes for each.
+  // Boost.Locale looks for the file in several folders. Return the same bytes for each folder.
   info.paths.emplace_back("");
   info.callback = [bytes](const std::string&, const std::string&) {
     return WithoutHashTable(bytes);

@@ -16,9 +16,9 @@ class CatalogError : public std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
-/// Returns the translations in a compiled catalog by the key of the text, which is the context of
-/// the entry. Ignores entries without a context. `bytes` can be any bytes. Throws `CatalogError` if
-/// they are no catalog, if the character set of the catalog is not UTF-8, or if a key has two
+/// Returns the translations in a compiled catalog by key. The key of a text is the context of its
+/// entry. Ignores entries without a context. `bytes` can be any bytes. Throws `CatalogError` if
+/// they are not a catalog, if the character set of the catalog is not UTF-8, or if a key has two
 /// different translations.
 std::map<std::string, std::string, std::less<>> ParseGettextCatalog(std::string_view bytes);
 

@@ -65,8 +65,8 @@ struct HostDescription {
   Texts debug;
   /// The translations by key. The key is the part of a key text before `=`.
   Texts dictionary;
-  /// The names of compiled gettext catalogs (.mo) with more translations. A relative name starts at
-  /// the folder of the description.
+  /// The names of compiled gettext catalogs (.mo) with more translations. Relative names are
+  /// relative to the folder of the description.
   std::vector<std::string> dictionaryFiles;
 };
 
@@ -77,9 +77,10 @@ inline constexpr std::array<std::string_view, 11> kHostMembers = {
     "dictionaryFiles"};
 
 /// Returns the host description in a file. Adds the translations of its dictionary files to its
-/// dictionary. A translation in the description takes precedence over one in a file, and a file
-/// over those after it. Throws `JsonError` if a file cannot be read, if `ParseHostDescription`
-/// rejects the description, or if a dictionary file is not a compiled gettext catalog in UTF-8.
+/// dictionary. A translation in the description takes precedence over one in a file, and an earlier
+/// file takes precedence over a later one. Throws `JsonError` if a file cannot be read, if
+/// `ParseHostDescription` rejects the description, or if a dictionary file is not a compiled
+/// gettext catalog in UTF-8.
 HostDescription ReadHostDescription(const std::filesystem::path& file);
 
 /// Parses a host description from a JSON string. Does not read its dictionary files. Error messages

@@ -7,8 +7,8 @@
 namespace hosts::common {
 namespace {
 
-// The title of the page is English. The `lang` attribute of the panel is empty, which means that
-// its language is unknown, because a layout does not state it.
+// The title of the page is English. The `lang` attribute of the panel is empty, because a layout
+// does not state the language of its text.
 constexpr std::string_view kBegin = R"html(<!DOCTYPE html>
 <html lang="en">
 <head>

@@ -1,5 +1,5 @@
 // Reads the values of JSON documents and checks their types. An error message contains the source,
-// the path of the value, the expected type and the value that was found.
+// the JSON pointer of the value, the expected type and the value that was found.
 #ifndef HOSTS_COMMON_JSONREADER_H_
 #define HOSTS_COMMON_JSONREADER_H_
 
@@ -58,8 +58,8 @@ class JsonReader {
   /// Returns a reader of the object's member `name`. Throws `JsonError` if there is no such member.
   JsonReader Member(std::string_view name) const;
 
-  /// Throws `JsonError` with the source, the path of the value, and `message`. Takes time linear in
-  /// the size of the document.
+  /// Throws `JsonError` with the source, the JSON pointer of the value, and `message`. Takes time
+  /// linear in the size of the document.
   [[noreturn]] void Fail(std::string_view message) const;
   /// Throws `JsonError` with a message such as "expected a string, found the number 3". `expected`
   /// describes the expected value.

@@ -1,4 +1,4 @@
-// Shortens texts for messages.
+// Shortens strings for messages.
 #ifndef HOSTS_COMMON_MESSAGETEXT_H_
 #define HOSTS_COMMON_MESSAGETEXT_H_
 

@@ -98,9 +98,9 @@ void ThrowIf(const std::error_code& error, const fs::path& file) {
   if (error) throw std::system_error(error, "cannot open '" + file.native() + "'");
 }
 
-/// Throws if a ".." in the folder of `file` does not follow an existing folder. The system then
-/// finds no file. `weakly_canonical` would remove the ".." and the name before it. A write would
-/// then create a file that a read of the same path does not find.
+/// Throws if a ".." in the folder of `file` does not follow an existing folder. The system cannot
+/// open such a path, but `weakly_canonical` would remove the ".." and the name before it. A write
+/// would then create a file that a read of the same path does not find.
 void RequireFoldersBeforeParents(const fs::path& file) {
   fs::path path;
   for (const fs::path& name : file.parent_path()) {

@@ -1,6 +1,6 @@
-// Stores the state of lists. The state contains the features and changes that the user has seen or
-// rated, and the versions of the application in which the user has opened the list. Each user has
-// one JSON file, which all programs that show a list share.
+// Stores the state of lists. The state contains the identities of the items and changes that the
+// user has seen or rated, and the versions of the application in which the user has opened the
+// list. Each user has one JSON file, which all programs that show a list share.
 #ifndef HOSTS_COMMON_STATESTORE_H_
 #define HOSTS_COMMON_STATESTORE_H_
 

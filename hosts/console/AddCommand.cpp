@@ -23,8 +23,8 @@ namespace {
 using author::Finding;
 
 /// Returns the findings of `lint` on the last row of the data file `content`, which ends with a
-/// line end. If the file is no table of ours, `lint` does not judge its rows. Returns the findings
-/// on the whole file then.
+/// newline. If `lint` cannot check the rows, for example because semicolons separate the fields,
+/// returns all findings on the file.
 std::vector<Finding> LintLastRow(const std::filesystem::path& file, const std::string& content) {
   author::LintReport report = author::LintDataFile(file.native(), content, nullptr);
   if (const auto config = author::FindLintConfig(file)) {
@@ -46,8 +46,8 @@ void Report(const std::filesystem::path& file, std::size_t line, const Finding& 
                             std::string(author::InfoOf(finding.code).name) + "]"));
 }
 
-/// Reports all findings and throws `ToolError` if one of them is an error. Omits the line, because
-/// the file has no such row then.
+/// If one of the findings is an error, reports all findings and throws `ToolError`. Omits their
+/// line number, because the new row is not written to the file.
 void RequireNoError(const std::filesystem::path& file, const std::vector<Finding>& findings) {
   const auto errors = std::ranges::count(findings, author::Severity::kError, &Finding::severity);
   if (errors == 0) return;
@@ -62,7 +62,7 @@ void RequireNoError(const std::filesystem::path& file, const std::vector<Finding
 std::string AddChange(const AddArguments& arguments, std::string_view dataFile,
                       std::vector<Finding>& findings) {
   if (dataFile.size() > kMaximumAuthorFile) {
-    throw author::InputError(0, "the file has more than 16 MB");
+    throw author::InputError(0, "the file is larger than 16 MiB");
   }
   std::string changed = author::AppendChange(dataFile, arguments.fields);
   findings = LintLastRow(arguments.data, changed);

@@ -27,17 +27,17 @@ constexpr std::size_t kHelpNameColumns = 24;
 
 constexpr const char* kExitStatusHelp = R"(Exit status:
    0  success
-   1  unexpected error, for example out of memory
+   1  unexpected error, for example insufficient memory
    2  the command line is not valid
    3  an input file or standard input cannot be used
    4  the state store cannot be read or written
    5  rate: the feature does not exist or cannot be rated
    6  the output cannot be written
    7  console: a command is unknown or failed
-lint has its own exit status; run 'ornwhatsnew lint --help'
   10  status --exit-status: something is new
   11  status --exit-status: something can be rated
-  12  status --exit-status: something is new, and something can be rated)";
+  12  status --exit-status: something is new, and something can be rated
+The exit status of lint has other meanings; run 'ornwhatsnew lint --help'.)";
 
 struct OptionFlag {
   const char* name;
@@ -57,7 +57,7 @@ const OptionFlag kFilterFlags[] = {
      "Omit every change whose salience is not malformed"},
 };
 
-/// An option for a field of a new change. Its name is the short name of the column.
+/// An option for a field of a new change. The option is named after the short name of the column.
 struct ColumnOption {
   const char* name;
   DataColumn column;
@@ -67,7 +67,7 @@ struct ColumnOption {
 const ColumnOption kColumnOptions[] = {
     {"--app-version", DataColumn::kVersion, "The version that introduces the change"},
     {"--grouping-id", DataColumn::kGroupingID, "The key of a feature or section"},
-    {"--jira-id", DataColumn::kStoryID, "The ID of a story, task or bug"},
+    {"--jira-id", DataColumn::kStoryID, "The key of a story, task, bug, feature or section"},
     {"--salience", DataColumn::kSalience, "A keyword, such as Unreviewed"},
     {"--rating", DataColumn::kRatingRequest, "RequestRating, or a question"},
     {"--first-version", DataColumn::kFirstVersion, "The first version that the change affects"},
@@ -100,12 +100,12 @@ const Choices<author::Severity> kSeverities = {{"note", author::Severity::kNote}
 
 constexpr const char* kLintFilesHelp = "The What's New data files; '-' is standard input";
 constexpr const char* kBaselineHelp =
-    "Report what the edits since OLD do to users. OLD is a\n"
+    "Report how the edits since OLD affect users. OLD is a\n"
     "file, or git:REV for the file in a commit";
 constexpr const char* kLintExitStatusHelp = R"(Exit status of lint:
    0  no finding has at least the severity of --fail-on
    1  a finding has at least the severity of --fail-on
-   2  the files could not be checked, whatever the reason is)";
+   2  the files could not be checked, for any reason)";
 
 void AddFlag(CLI::App& command, const OptionFlag& flag, DisplayOptions& options) {
   command.add_flag_callback(
@@ -216,8 +216,7 @@ std::string UnknownOption(const CLI::App& command) {
 std::string UnexpectedWordsMessage(const CLI::App& command) {
   constexpr bool kWithSubcommands = true;
   std::vector<std::string> words = command.remaining(kWithSubcommands);
-  // `remaining` also returns the "--" that ends the options, but `remaining_size` does not count
-  // it.
+  // `remaining` also returns the "--" that ends the options. `remaining_size` does not count it.
   if (words.size() > command.remaining_size(kWithSubcommands)) {
     words.erase(std::ranges::find(words, "--"));
   }
@@ -277,21 +276,20 @@ class CommandLine {
     command.add_flag("--no-remember", show_.storesNothing,
                      "Do not mark the shown items and changes as seen");
     AddChoice(command, "--format", kPanelFormats, show_.format,
-              "Print the panel as text for the terminal (default),\n"
-              "plain, html, markdown or json")
+              "The format of the output: text (default), plain, html,\n"
+              "markdown or json")
         ->type_name("FORMAT");
     AddChoice(command, "--color", kColorModes, show_.color,
-              "Use colours and links in the format text: auto\n"
-              "(default), always or never.\n"
-              "auto uses both on a terminal, but no colours if\n"
-              "NO_COLOR is set")
+              "Whether --format text uses colours and links: auto\n"
+              "(default), always or never. auto: only on a terminal,\n"
+              "and without colours if NO_COLOR is set")
         ->type_name("WHEN");
     command
         .add_option_function<std::string>(
             "--width", [this](const std::string& word) { show_.width = ParseWidth(word); },
-            "Wrap lines of the formats text and plain at this\n"
-            "column; 0: no wrapping. Default: 0, but for text the\n"
-            "width of the terminal if the output is one")
+            "Wrap lines at this column in the formats text and\n"
+            "plain. 0: do not wrap. Default: the width of the\n"
+            "terminal for text on a terminal, otherwise 0")
         ->type_name("COLUMNS");
   }
 
@@ -333,8 +331,9 @@ class CommandLine {
         ->type_name("FILE");
     command
         .add_option("--encoding", import_.encoding,
-                    "The encoding of the CSV file. Default: its byte order\n"
-                    "mark decides, then UTF-8 if valid, then Windows-1252")
+                    "The encoding of the CSV file. Default: as its byte order\n"
+                    "mark states. Without this mark: UTF-8 if the file is\n"
+                    "valid UTF-8, otherwise Windows-1252")
         ->type_name("NAME");
   }
 
@@ -373,14 +372,15 @@ class CommandLine {
     files->type_name("");
     AddHost(command, lint_.host);
     AddChoice(command, "--format", kLintFormats, lint_.format,
-              "Print text (default), json, sarif or github")
+              "The format of the output: text (default), json, sarif\n"
+              "or github")
         ->type_name("STYLE");
     AddChoice(command, "--color", kColorModes, lint_.color,
               "Use colours: auto (default), always or never")
         ->type_name("WHEN");
     AddChoice(command, "--fail-on", kSeverities, lint_.failOn,
-              "The least severity of the exit status 1: note,\n"
-              "warning or error (default)")
+              "Exit with the status 1 if a finding has at least this\n"
+              "severity: note, warning or error (default)")
         ->type_name("LEVEL");
     AddSeverity(command);
     command.add_option("--baseline", lint_.baseline, kBaselineHelp)->type_name("OLD");
@@ -413,8 +413,9 @@ class CommandLine {
 
   void AddFix(CLI::App& command) {
     command.add_flag("--fix", fixWord_,
-                     "Correct mistakes with one right answer. --fix=all also\n"
-                     "makes corrections that announce a change again");
+                     "Correct mistakes that have only one possible\n"
+                     "correction. --fix=all also makes corrections that\n"
+                     "announce a change again");
     command.add_flag("--dry-run", lint_.isDryRun, "With --fix, print a diff and change no file");
   }
 

@@ -34,7 +34,7 @@ struct ShowArguments {
   ornwhatsnew::DisplayOptions options;
   PanelFormat format = PanelFormat::kText;
   ColorMode color = ColorMode::kAuto;
-  std::optional<std::size_t> width;  ///< in columns; 0: no wrapping; absent: the terminal's width
+  std::optional<std::size_t> width;  ///< in columns; 0: no wrapping; absent: depends on the output
   bool storesNothing = false;        ///< true: do not mark the shown content as seen
 };
 
@@ -76,10 +76,10 @@ struct MessagesArguments {
 };
 
 enum class LintFormat { kText, kJson, kSarif, kGithub };
-/// Which mistakes `lint` corrects in the files.
+/// The mistakes that `lint` corrects in the files.
 enum class LintFixMode {
   kNone,
-  kSafe,  ///< no change that users can see today is announced again
+  kSafe,  ///< only mistakes whose correction does not announce a change again
   kAll,
 };
 

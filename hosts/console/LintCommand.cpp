@@ -46,7 +46,7 @@ std::string ReadStandardInput() {
     }
     if (count == 0) return text;
     text.append(block, 0, static_cast<std::size_t>(count));
-    if (text.size() > kMaximumAuthorFile) Fail("standard input has more than 16 MB");
+    if (text.size() > kMaximumAuthorFile) Fail("standard input is larger than 16 MiB");
   }
 }
 
@@ -59,7 +59,8 @@ std::string ReadDataFile(const std::string& file) {
   }
 }
 
-/// The severities of the configuration file of `file`, replaced by those of the command line.
+/// Returns the severities from the configuration file of `file` and from the command line. The
+/// command line takes precedence.
 author::SeverityOverrides SeveritiesFor(const std::string& file, const LintArguments& arguments) {
   author::SeverityOverrides severities;
   const std::string anchor = file == kStandardInput ? "./stdin" : file;
@@ -70,7 +71,7 @@ author::SeverityOverrides SeveritiesFor(const std::string& file, const LintArgum
   return severities;
 }
 
-/// Checks the files in order, with the host that the arguments name.
+/// Checks files, with the host that the arguments name, and prints the findings.
 class LintRun {
  public:
   explicit LintRun(const LintArguments& arguments) : arguments_(arguments) {
@@ -87,7 +88,7 @@ class LintRun {
     const author::SeverityOverrides severities = SeveritiesFor(file, arguments_);
     LintReport report = author::LintDataFile(name, text, Host());
     if (arguments_.fix != LintFixMode::kNone) {
-      // A mistake whose code is off stays in the file.
+      // Remove the findings whose codes are off, so that `Fix` does not correct these mistakes.
       author::ApplySeverities(report, severities);
       text = Fix(file, text, report);
       report = author::LintDataFile(name, text, Host());
@@ -194,7 +195,7 @@ ExitStatus RunLint(const LintArguments& arguments) {
 
 }  // namespace
 
-// A script must not read a failure of the program as findings, so every failure has one status.
+// Every failure has the same status, so that a script does not mistake a failure for findings.
 ExitStatus Run(const LintArguments& arguments) {
   try {
     return RunLint(arguments);

@@ -14,8 +14,9 @@ namespace {
 using author::Finding;
 using author::Severity;
 
-/// The number of characters before the finding, and of all characters, that an excerpt contains.
+/// The maximum number of characters that an excerpt contains before the finding.
 constexpr std::size_t kCharactersBefore = 30;
+/// The maximum number of characters in an excerpt.
 constexpr std::size_t kCharacters = 76;
 
 /// The escape sequence that switches off all colours and attributes.
@@ -52,8 +53,9 @@ class LineIndex {
   std::vector<std::size_t> begins_;
 };
 
-/// Returns each character of `line` as safe text of its own. A character that must not reach the
-/// terminal becomes one replacement character, so that the columns of the finding stay valid.
+/// Returns one terminal-safe string for each character of `line`. A character that must not reach
+/// the terminal becomes one replacement character. The columns of the finding therefore remain
+/// valid.
 std::vector<std::u16string> SafeCharacters(std::string_view line) {
   constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
   if (line.starts_with(kByteOrderMark)) line.remove_prefix(kByteOrderMark.size());

@@ -25,7 +25,8 @@ void WriteOutput(std::string_view text, std::string_view outcome = {});
 void RequireReader(std::string_view outcome);
 
 /// Writes "ornwhatsnew: " and `message` as one line to standard error. Replaces invisible
-/// characters and ill-formed bytes with escapes (`common::EscapeInvisible`). Ignores write errors.
+/// characters and ill-formed bytes with escapes (`orncore::string::EscapeInvisible`). Ignores write
+/// errors.
 void ReportError(std::string_view message);
 
 /// Returns whether to repeat a read or a write that failed with the error number `error`. Returns

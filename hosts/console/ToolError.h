@@ -10,7 +10,7 @@ namespace hosts::console {
 /// The program's exit status. Scripts depend on the numbers, which `--help` lists.
 enum class ExitStatus : int {
   kDone = 0,
-  kUnexpected = 1,        ///< unexpected error, for example out of memory
+  kUnexpected = 1,        ///< unexpected error, for example insufficient memory
   kUsage = 2,             ///< the command line is not valid
   kInput = 3,             ///< an input file or standard input cannot be used
   kState = 4,             ///< the state store cannot be read or written
@@ -18,7 +18,7 @@ enum class ExitStatus : int {
   kOutput = 6,            ///< the output cannot be written
   kCommand = 7,           ///< a console command is unknown or failed
   kLintFindings = 1,      ///< lint: a finding has at least the severity of `--fail-on`
-  kLintFailed = 2,        ///< lint: the files could not be checked, whatever the reason is
+  kLintFailed = 2,        ///< lint: the files could not be checked, for any reason
   kSomethingNew = 10,     ///< `status --exit-status`: something is new
   kSomethingToRate = 11,  ///< `status --exit-status`: something can be rated
   kNewAndToRate = 12,     ///< `status --exit-status`: something is new and something can be rated

@@ -136,7 +136,7 @@ TEST_F(AuthorCommands, RefuseFilesThatNeedTooMuchMemory) {
            {"add", PathOf("large.csv"), "--grouping-id", "MISC"}}) {
     const auto result = Run(call);
     EXPECT_EQ(kInput, result.exitStatus) << call.front();
-    EXPECT_THAT(result.errors, ContainsRegex("File too large|more than 16 MB")) << call.front();
+    EXPECT_THAT(result.errors, ContainsRegex("File too large|larger than 16 MiB")) << call.front();
   }
 }
 
