@@ -25,7 +25,7 @@ struct ConvertedText {
 ///   space, opening punctuation, a dash, a slash or an equals sign, and if neither white space nor
 ///   the end of the text follows.
 /// - A line break becomes a space. Line breaks are CR LF, LF, CR, VT, FF, U+0085, U+2028 and
-/// U+2029.
+///   U+2029.
 ConvertedText ConvertText(std::string_view text);
 
 /// Returns a description of the replacements, for example "1 '"' by '″', 2 line breaks by spaces".

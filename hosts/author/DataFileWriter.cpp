@@ -25,7 +25,7 @@ bool HasFields(const DataRow& row, const DataFields& fields) {
   return row.fieldCount == kDataColumnCount && std::ranges::equal(row.values, fields);
 }
 
-/// The number of rows that the library reads in a data file, and of header rows among them.
+/// The number of rows in a data file, and the number of header rows among them.
 struct RowCounts {
   std::size_t rows = 0;
   std::size_t headers = 0;

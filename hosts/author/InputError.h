@@ -21,7 +21,7 @@ class InputError : public std::runtime_error {
   InputError(std::size_t line, const std::string& message)
       : std::runtime_error(message), line_(line) {}
 
-  /// Returns the number of the line, or 0 if the error concerns the whole file.
+  /// Returns the number of the line, or 0 if the error applies to the whole file.
   std::size_t Line() const noexcept { return line_; }
 
  private:

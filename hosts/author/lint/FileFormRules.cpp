@@ -13,7 +13,7 @@ namespace {
 
 constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 
-/// A row with at least this many semicolons or tabs uses them as separators, not in a text.
+/// The minimum number of semicolons or tabs in a row that probably uses them as separators.
 constexpr std::ptrdiff_t kManySeparators = 5;
 
 bool IsUTF16(std::string_view text) {

@@ -49,7 +49,7 @@ struct Finding {
   /// to write instead. Begins in lower case and has no full stop.
   std::string message;
   std::vector<RelatedPlace> related;
-  /// The edits that correct the mistake. Empty if several corrections are possible.
+  /// The edits that correct the mistake. Empty if `--fix` cannot correct the mistake.
   std::vector<Edit> edits;
   /// Identifies the finding in later runs. Depends on the code and the text of the row, but not on
   /// the line number of the row. `FinishReport` makes equal fingerprints in a file different.

@@ -58,7 +58,8 @@ std::vector<char*> GitEnvironment() {
   return variables;
 }
 
-/// Starts git, which writes `object` to the file descriptor `output`. Returns the process ID.
+/// Starts git, which writes the content of `object` to the file descriptor `output`. Returns the
+/// process ID.
 pid_t StartGit(const std::string& folder, const std::string& object, int output) {
   std::array<std::string, 6> words = {"git", "-C", folder, "cat-file", "blob", object};
   std::array<char*, 7> arguments{};

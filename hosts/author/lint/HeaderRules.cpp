@@ -18,8 +18,8 @@ using ornwhatsnew::DataRowSkipReason;
 using ornwhatsnew::kDataColumnCount;
 using ornwhatsnew::kDataColumns;
 
-/// A row with at least this many fields can be a header in another language, even if it has no
-/// column name of the manual.
+/// The minimum number of fields of a header in another language. Such a header has no column name
+/// of the manual.
 constexpr std::size_t kFieldsOfTranslatedHeader = 5;
 
 /// Returns whether `name` is the name of the column with the index `column`, or begins like it.
@@ -65,8 +65,8 @@ bool ContinuesOnNextLine(const DataRow& row, const DataRow& next) {
          next.kind == DataRowKind::kSkipped && !LooksLikeChange(next);
 }
 
-/// Returns the reason why the library skips a row that was meant to be the header. Returns
-/// `std::nullopt` if the row was not meant to be the header.
+/// Returns the reason why the library skips a row that was intended as the header. Returns
+/// `std::nullopt` if the row was not intended as the header.
 std::optional<LintCode> HeaderMistake(const std::vector<LintRow>& rows, std::size_t index) {
   const DataRow& row = rows[index].data;
   if (rows[index].isExplained || row.text.starts_with('#') || IsEmptyRow(row)) return std::nullopt;

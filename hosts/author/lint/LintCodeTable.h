@@ -17,15 +17,15 @@ inline constexpr auto kLintCodes = std::to_array<LintCodeInfo>({
      "Export the table with commas as separators."},
     {LintCode::kFileUTF16, "file-utf16", Severity::kError, "the file is UTF-16",
      "A data file is UTF-8. The library reads a UTF-16 file as ill-formed text and skips its "
-     "rows. Spreadsheet programs call this format Unicode text.",
+     "rows. Spreadsheet programs call this format \"Unicode text\".",
      "Save the file as UTF-8."},
     {LintCode::kFileNotUTF8, "file-not-utf8", Severity::kError, "bytes that are not UTF-8",
-     "Users see the replacement character U+FFFD instead of these bytes. They usually come "
-     "from a file in Latin-1 or Windows-1252.",
+     "Users see the replacement character U+FFFD instead of these bytes. Such bytes usually "
+     "come from a file in Latin-1 or Windows-1252.",
      "Save the file as UTF-8."},
     {LintCode::kFileLineEnds, "file-line-ends", Severity::kError, "a line ends in CR alone",
      "The library removes the CR and joins the two lines into one row, which then has the "
-     "wrong number of fields or a wrong text.",
+     "wrong number of fields or the wrong text.",
      "Use LF or CR LF line endings. --fix replaces CR line endings if each line is a complete "
      "row."},
     {LintCode::kFileEmpty, "file-empty", Severity::kError, "the file is empty",
@@ -41,7 +41,7 @@ inline constexpr auto kLintCodes = std::to_array<LintCodeInfo>({
      "a byte order mark inside the file",
      "The library removes a byte order mark only at the start of the header row. Any other "
      "byte order mark becomes an invisible character of its field, so the field matches no key "
-     "and no keyword. Such a mark remains if two files are joined.",
+     "and no keyword. Joining two files can leave such a byte order mark.",
      "Delete the byte order mark."},
     {LintCode::kHeaderMissing, "header-missing", Severity::kError,
      "the first row is a change, not a header",
@@ -65,12 +65,12 @@ inline constexpr auto kLintCodes = std::to_array<LintCodeInfo>({
      "lost.",
      "Write the header on one line."},
     {LintCode::kHeaderRepeated, "header-repeated", Severity::kError, "a second header row",
-     "The library reads the second header as a change, which internal users see. Such a row "
-     "remains if two files are joined.",
+     "The library reads the second header as a change, which internal users see. Joining two "
+     "files can leave such a row.",
      "Delete the row."},
     {LintCode::kHeaderOrder, "header-order", Severity::kError, "the columns are in another order",
-     "The library finds a column by its position and ignores its name. It reads the fields "
-     "of these columns as those of other columns.",
+     "The library finds a column by its position and ignores its name. It therefore uses the "
+     "values of these columns as values of other columns.",
      "Move the columns into the order of the manual."},
     {LintCode::kChangesSinceBeforeHeader, "changes-since-before-header", Severity::kError,
      "a Changes-Since row before the header",
@@ -124,8 +124,8 @@ inline constexpr auto kLintCodes = std::to_array<LintCodeInfo>({
     {LintCode::kGroupingIDUnknown, "grouping-id-unknown", Severity::kError,
      "the grouping ID matches no feature and no section",
      "The change belongs to the section INTERNAL, so only internal users see it. A key must "
-     "match exactly, including its letter case. Without --host, only misspelt section keys "
-     "are found.",
+     "match exactly, including its letter case. Without --host, only misspelt section keys are "
+     "reported.",
      "Write the epic key of a feature, or MISC, BUGFIX or INTERNAL."},
     {LintCode::kSalienceUnknown, "salience-unknown", Severity::kError,
      "the salience is not a keyword",
@@ -148,12 +148,13 @@ inline constexpr auto kLintCodes = std::to_array<LintCodeInfo>({
      "Write Mac or Win. For a change on every platform, leave the field empty."},
     {LintCode::kRatingRequestWord, "rating-request-word", Severity::kError,
      "the rating request is a word, not a question",
-     "Any text except RequestRating is a question, so the panel asks users this word.",
+     "Any text except RequestRating is a question, so the panel asks users this word as a "
+     "question.",
      "Write RequestRating, or a question, or leave the field empty."},
     {LintCode::kChangesSinceSpelling, "changes-since-spelling", Severity::kError,
      "Changes-Since is misspelt or in the wrong column",
-     "The row does not set the version in the heading. The library skips it, or shows it to "
-     "internal users as a change.",
+     "The row does not set the version in the heading. The library skips the row, or shows it "
+     "to internal users as a change.",
      "Write the version into the first column and Changes-Since into the second column."},
     {LintCode::kChangesSinceOverwritten, "changes-since-overwritten", Severity::kError,
      "a line after the Changes-Since row replaces its version",
@@ -250,7 +251,7 @@ inline constexpr auto kLintCodes = std::to_array<LintCodeInfo>({
      "The heading of the panel has no version. Users read \"Changes since v\".",
      "After the header, add a row with the version in column 1 and Changes-Since in column 2."},
     {LintCode::kChangesSinceRepeated, "changes-since-repeated", Severity::kWarning,
-     "there are several Changes-Since rows", "The last one applies.",
+     "there are several Changes-Since rows", "Only the last Changes-Since row has an effect.",
      "Keep one Changes-Since row."},
     {LintCode::kVersionMissing, "version-missing", Severity::kWarning, "the change has no version",
      "The panel shows the change without a version.",
@@ -270,7 +271,7 @@ inline constexpr auto kLintCodes = std::to_array<LintCodeInfo>({
      "The library expands markup only in key texts and translations. Users see the markup.",
      "Write the character itself, or make the text a key text."},
     {LintCode::kMarkupUnknown, "markup-unknown", Severity::kWarning, "unknown markup in a key text",
-     "The library does not change unknown markup. Users see it.",
+     "The library does not change unknown markup. Users see the markup.",
      "Write markup from the manual, for example #{endl}."},
     {LintCode::kHTML, "html", Severity::kWarning, "HTML in the text",
      "The panel shows texts unchanged, so users see the tags or entities.", "Write plain text."},
@@ -287,18 +288,18 @@ inline constexpr auto kLintCodes = std::to_array<LintCodeInfo>({
     {LintCode::kOuterSpaces, "outer-spaces", Severity::kWarning,
      "spaces at the start or the end of a field",
      "The library keeps the spaces. The field therefore matches no key and no keyword, and the "
-     "change has a different identity than without the spaces.",
+     "spaces affect the identity of the change.",
      "Delete the spaces. --fix deletes them in columns 2, 3, 4, 6 and 7."},
     {LintCode::kFeatureUnseen, "feature-unseen", Severity::kWarning,
      "no user of this host sees the feature",
-     "The feature is off and not available, or it has the visibility 1 and no change has the "
-     "salience UnhideBetaFeature. Its changes are not shown.",
+     "Either the feature is switched off and users may not switch it on, or it has the "
+     "visibility 1 and no change has the salience UnhideBetaFeature. Its changes are not "
+     "shown.",
      "Switch the feature on in the host, add UnhideBetaFeature, or keep the changes for a "
      "later version."},
     {LintCode::kFeatureHidden, "feature-hidden", Severity::kWarning,
      "HideBetaFeature hides other changes of the feature",
-     "The salience HideBetaFeature hides the whole feature from everyone, with all its "
-     "changes.",
+     "The salience HideBetaFeature hides the whole feature and all its changes from everyone.",
      "Delete the other changes, or the salience."},
     {LintCode::kInternalWithFeatureKey, "internal-with-feature-key", Severity::kWarning,
      "INTERNAL with the key of a feature",

@@ -86,7 +86,7 @@ class Announcements {
   bool hasHost_;
 };
 
-/// Returns the edits of `report` that concern the file, grouped by line.
+/// Returns the edits of the findings on the file `name`, grouped by line.
 std::vector<LineEdits> CollectEdits(const std::string& name, std::string_view text,
                                     const LintReport& report) {
   std::vector<Edit> edits;

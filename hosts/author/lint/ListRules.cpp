@@ -157,7 +157,7 @@ void CheckLaterLinks(LintContext& context) {
   }
 }
 
-// ---- what the file lacks
+// ---- missing changes
 
 // If there is an error, the file may contain changes that the library cannot read.
 void CheckNoChange(LintContext& context) {

@@ -144,7 +144,7 @@ std::string_view FindMojibake(std::string_view text) {
 void CheckMojibake(LintContext& context, const LintRow& row) {
   for (const DataColumn column : {DataColumn::kRatingRequest, DataColumn::kDescription}) {
     const std::string_view found = FindMojibake(row.Value(column));
-    // In a row that is not UTF-8, U+FFFD stands for ill-formed bytes, which have their own finding.
+    // In a row that is not valid UTF-8, U+FFFD replaces ill-formed bytes. `CheckUTF8` reports them.
     if (found.empty() || !orncore::string::IsWellFormedUTF8(row.data.text)) continue;
     context.ReportPart(LintCode::kMojibake, row, column, found,
                        "the text was decoded with the wrong encoding, so users see wrong "

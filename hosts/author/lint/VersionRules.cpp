@@ -60,7 +60,7 @@ bool HasMonthAndNumber(std::string_view text) {
   return IsDigit(text.front()) && word != text.npos && BeginsWithMonth(text.substr(word));
 }
 
-/// Returns whether `text` has the form of `pattern`, in which 9 stands for any digit.
+/// Returns whether `text` has the form of `pattern`, in which each 9 matches any digit.
 bool HasForm(std::string_view text, std::string_view pattern) {
   return std::ranges::equal(text, pattern, [](char c, char expected) {
     return expected == '9' ? IsDigit(c) : c == expected;
