@@ -75,7 +75,8 @@ class Parser {
                      "field, and double each quote inside it");
   }
 
-  /// Calls `call`. Stores an exception, because it must not pass through libcsv, which is C code.
+  /// Calls `call`, and stores an exception that it throws. An exception must not pass through
+  /// libcsv, which is C code.
   template <class Call>
   void Guard(Call call) noexcept {
     try {

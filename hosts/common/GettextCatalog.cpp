@@ -27,8 +27,9 @@ constexpr std::size_t kSourcesOffset = 12;
 constexpr std::size_t kTranslationsOffset = 16;
 constexpr std::size_t kHashSizeOffset = 20;
 
-/// The maximum length of the entry with the properties of the catalog. Boost.Locale parses the rule
-/// for plural forms in this entry recursively, so a long rule could exhaust the stack.
+/// The maximum length of the header entry, which contains the properties of the catalog.
+/// Boost.Locale parses the rule for plural forms in this entry recursively, so a long rule could
+/// exhaust the stack.
 constexpr std::size_t kMaximumProperties = 2048;
 
 /// Checks the structure of a catalog, and finds its source texts. Boost.Locale does neither: it
@@ -46,9 +47,9 @@ class CatalogTables {
     const std::uint32_t count = NumberAt(kCountOffset);
     sources_ = ReadTable(kSourcesOffset, count);
     const std::vector<std::string_view> translations = ReadTable(kTranslationsOffset, count);
-    if (count == 0 || !sources_.front().empty()) Fail("it has no entry with its properties");
+    if (count == 0 || !sources_.front().empty()) Fail("it has no header entry");
     if (translations.front().size() > kMaximumProperties) {
-      Fail("the entry with its properties has more than 2048 bytes");
+      Fail("the header entry has more than 2048 bytes");
     }
     RequireUTF8(translations);
   }

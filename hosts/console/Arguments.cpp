@@ -331,9 +331,10 @@ class CommandLine {
         ->type_name("FILE");
     command
         .add_option("--encoding", import_.encoding,
-                    "The encoding of the CSV file. Default: as its byte order\n"
-                    "mark states. Without this mark: UTF-8 if the file is\n"
-                    "valid UTF-8, otherwise Windows-1252")
+                    "The encoding of the CSV file. By default, its byte\n"
+                    "order mark determines the encoding. Without one, it is\n"
+                    "UTF-8 if the file is valid UTF-8, and otherwise\n"
+                    "Windows-1252")
         ->type_name("NAME");
   }
 

@@ -65,8 +65,8 @@ TEST(GettextCatalog, RefusesFilesThatAreNoCatalog) {
   EXPECT_THAT(ErrorOf(""), HasSubstr("too short"));
   EXPECT_THAT(ErrorOf(good.substr(0, 27)), HasSubstr("too short"));
   EXPECT_THAT(ErrorOf("msgid \"\" and more than 28 bytes"), HasSubstr("does not begin"));
-  EXPECT_THAT(ErrorOf(CatalogBytes({})), HasSubstr("no entry with its properties"));
-  EXPECT_THAT(ErrorOf(CatalogBytes({{"a", "b"}})), HasSubstr("no entry with its properties"));
+  EXPECT_THAT(ErrorOf(CatalogBytes({})), HasSubstr("no header entry"));
+  EXPECT_THAT(ErrorOf(CatalogBytes({{"a", "b"}})), HasSubstr("no header entry"));
   const std::string longText(2049, '(');
   EXPECT_THAT(ErrorOf(CatalogBytes({{"", longText}})), HasSubstr("more than 2048 bytes"));
 }
