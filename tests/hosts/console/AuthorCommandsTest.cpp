@@ -11,7 +11,7 @@
 
 #include "hosts/author/DataFileWriter.h"
 #include "hosts/common/TextFile.h"
-#include "hosts/console/ToolError.h"
+#include "hosts/common/ToolError.h"
 #include "tests/hosts/console/ProgramFixture.h"
 
 namespace hosts::console {
@@ -22,8 +22,8 @@ using ::testing::ContainsRegex;
 using ::testing::EndsWith;
 using ::testing::HasSubstr;
 
-constexpr int kInput = static_cast<int>(ExitStatus::kInput);
-constexpr int kOutput = static_cast<int>(ExitStatus::kOutput);
+constexpr int kInput = static_cast<int>(common::ExitStatus::kInput);
+constexpr int kOutput = static_cast<int>(common::ExitStatus::kOutput);
 
 class AuthorCommands : public ProgramTest {
  protected:
