@@ -26,7 +26,8 @@ using author::Finding;
 /// line end. If the file is no table of ours, `lint` does not judge its rows. Returns the findings
 /// on the whole file then.
 std::vector<Finding> LintLastRow(const std::filesystem::path& file, const std::string& content) {
-  author::LintReport report = author::LintDataFile(file.native(), content, nullptr);
+  author::LintReport report =
+      author::LintDataFile(file.native(), content, nullptr, author::LintScope::kLastRow);
   if (const auto config = author::FindLintConfig(file)) {
     author::ApplySeverities(report, author::ReadLintConfig(*config));
   }
