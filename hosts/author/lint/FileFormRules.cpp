@@ -44,16 +44,23 @@ bool HasManyOf(char separator, const LintRow& row) {
          std::ranges::count(row.data.text, separator) >= kManySeparators;
 }
 
+struct Separator {
+  char character;
+  std::string_view name;
+};
+
+constexpr std::array<Separator, 3> kSeparators = {
+    {{';', "semicolons"}, {'\t', "tabs"}, {'|', "vertical bars"}}};
+
 void CheckSeparator(LintContext& context) {
   const std::vector<LintRow>& rows = context.File().Rows();
-  for (const char separator : {';', '\t'}) {
+  for (const auto& [separator, name] : kSeparators) {
     const auto count = std::ranges::count_if(
-        rows, [separator](const LintRow& row) { return HasManyOf(separator, row); });
+        rows, [separator = separator](const LintRow& row) { return HasManyOf(separator, row); });
     if (2 * count <= static_cast<std::ptrdiff_t>(rows.size())) continue;
-    context.ReportFile(LintCode::kFileSeparator, std::string("the fields are separated by ") +
-                                                     (separator == ';' ? "semicolons" : "tabs") +
-                                                     ", so all " + Counted(rows.size(), "row") +
-                                                     " are lost; export the table with commas");
+    context.ReportFile(LintCode::kFileSeparator,
+                       "the fields are separated by " + std::string(name) + ", so all " +
+                           Counted(rows.size(), "row") + " are lost; export the table with commas");
     context.Stop();
     return;
   }

@@ -3,6 +3,7 @@
 #define HOSTS_AUTHOR_LINT_RULES_H_
 
 #include <span>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -50,6 +51,10 @@ std::size_t VersionPrefixLength(std::string_view text);
 
 /// Reports a version that is a date of a spreadsheet.
 void CheckVersionDate(LintContext& context, const LintRow& row, ornwhatsnew::DataColumn column);
+
+/// Returns `text` with points instead of commas if it is a version with a comma, such as "4,3".
+/// Returns an empty string for any other text.
+std::string VersionWithPoints(std::string_view text);
 
 /// Returns the parts of `version` between its points. An empty version has one empty part.
 std::vector<std::string_view> VersionComponents(std::string_view version);
