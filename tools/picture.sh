@@ -27,19 +27,24 @@ picture_colors() {
     -e 's/color:red;/color:#ff757f;/g'
 }
 
+# take_screenshot PAGE PICTURE SIZE SCALE PROFILE: writes a picture of the top of the HTML file PAGE. SIZE
+# is WIDTH,HEIGHT. PROFILE is a folder for the settings of the browser.
+take_screenshot() {
+  say "Writing $picture_folder/$2"
+  chromium --headless --no-sandbox --disable-gpu --disable-quic --no-first-run \
+    --disable-background-networking --disable-component-update --disable-sync \
+    --user-data-dir="$5" --force-device-scale-factor="$4" --hide-scrollbars \
+    --window-size="$3" --screenshot="$picture_folder/$2" "file://$1" \
+    >"$(log_file picture)" 2>&1 || fail "cannot write the picture; see build/log/picture.log"
+}
+
 # write_terminal_picture FOLDER NAME COLUMNS LINES: writes the picture NAME.png of a terminal that shows
-# the text of standard input. Uses a profile of the browser in FOLDER.
+# the text of standard input. FOLDER is a temporary folder.
 write_terminal_picture() {
   local folder=$1 name=$2 columns=$3 lines=$4 size
   picture_page >"$folder/$name.html"
   size=$((columns * 1024 / 100 + 56)),$((lines * 2244 / 100 + 44))
-  say "Writing $picture_folder/$name.png"
-  chromium --headless --no-sandbox --disable-gpu --disable-quic --no-first-run \
-    --disable-background-networking --disable-component-update --disable-sync \
-    --user-data-dir="$folder/profile" --force-device-scale-factor=1 --hide-scrollbars \
-    --window-size="$size" --screenshot="$folder/$name.png" "file://$folder/$name.html" \
-    >"$(log_file picture)" 2>&1 || fail "cannot write the picture '$name'; see build/log/picture.log"
-  mv "$folder/$name.png" "$picture_folder/$name.png"
+  take_screenshot "$folder/$name.html" "$name.png" "$size" 1 "$folder/profile"
 }
 
 # Shortens the panel with sed instead of head, because `show` fails if its reader exits early.
