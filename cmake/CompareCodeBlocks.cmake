@@ -1,4 +1,4 @@
-# Fails unless each C++ and CMake code block of the Markdown file PAGE occurs unchanged in a source
+# Fails unless each C++, CMake and YAML code block of the Markdown file PAGE occurs unchanged in a source
 # file. CODE is the list of source files, separated by commas. In the source file, the block may be
 # indented by two more spaces.
 cmake_minimum_required(VERSION 3.25)
@@ -13,7 +13,7 @@ endforeach()
 
 file(READ ${PAGE} page)
 set(count 0)
-foreach(language cpp cmake)
+foreach(language cpp cmake yaml)
   set(rest "${page}")
   set(opening "\n```${language}\n")
   string(LENGTH "${opening}" opening_length)
@@ -34,5 +34,5 @@ foreach(language cpp cmake)
   endwhile()
 endforeach()
 if(count EQUAL 0)
-  message(FATAL_ERROR "'${PAGE}' contains no C++ or CMake code block")
+  message(FATAL_ERROR "'${PAGE}' contains no C++, CMake or YAML code block")
 endif()

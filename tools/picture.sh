@@ -5,23 +5,17 @@
 picture_folder=docs/images
 picture_data=examples/herbarium/whatsnew.csv
 picture_host=examples/herbarium/host.json
-picture_columns=84
-picture_lines=39
 
-# Prints an HTML page that shows the panel like a terminal. Removes the link targets. Replaces faint
-# text with grey text, because aha does not support faint text. Shortens the panel with sed instead of
-# head, because `show` fails if its reader exits early.
+# Reads the output of a program for a terminal, and prints an HTML page that shows it like a terminal.
+# Removes the link targets. Replaces faint text with grey text, because aha does not support faint text.
 picture_page() {
   cat <<'HTML'
 <!doctype html><meta charset="utf-8"><style>
 body { margin: 0; padding: 22px 28px; background: #1d1f29; color: #d8dae5; }
-pre { margin: 0; font: 17px/1.32 "DejaVu Sans Mono", monospace; }
+pre { margin: 0; font: 17px/1.32 "DejaVu Sans Mono", monospace; white-space: pre-wrap; }
 </style><pre>
 HTML
-  "$1" show "$picture_data" --host "$picture_host" --only-new \
-    --platform --relevant-versions --state :memory: --color always --width "$picture_columns" |
-    sed -E -e "$((picture_lines + 1)),\$d" -e 's/\x1b]8;[^\x1b]*\x1b\\//g' -e 's/\x1b\[2m/\x1b[90m/g' |
-    aha --no-header | picture_colors
+  sed -E -e 's/\x1b]8;[^\x1b]*\x1b\\//g' -e 's/\x1b\[2m/\x1b[90m/g' | aha --no-header | picture_colors
   echo '</pre>'
 }
 
@@ -29,21 +23,42 @@ HTML
 picture_colors() {
   sed -E -e 's/filter: [^;]*;color:white;background-color:blue;/color:#1d1f29;background:#82aaff;/g' \
     -e 's/filter: [^;]*;color:blue;/color:#82aaff;/g' \
-    -e 's/filter: [^;]*;color:(dimgray|black|gray);/color:#7f8496;/g' -e 's/purple/#c792ea/g'
+    -e 's/filter: [^;]*;color:(dimgray|black|gray);/color:#7f8496;/g' -e 's/purple/#c792ea/g' \
+    -e 's/color:red;/color:#ff757f;/g'
 }
 
-# Writes the picture of the panel in a terminal.
-write_terminal_picture() {
-  local folder=$1 size
-  picture_page build/release/bin/ornwhatsnew >"$folder/terminal.html"
-  size=$((picture_columns * 1024 / 100 + 56)),$((picture_lines * 2244 / 100 + 44))
-  say "Writing $picture_folder/terminal.png"
+# take_screenshot PAGE PICTURE SIZE SCALE PROFILE: writes a picture of the top of the HTML file PAGE. SIZE
+# is WIDTH,HEIGHT. PROFILE is a folder for the settings of the browser.
+take_screenshot() {
+  say "Writing $picture_folder/$2"
   chromium --headless --no-sandbox --disable-gpu --disable-quic --no-first-run \
     --disable-background-networking --disable-component-update --disable-sync \
-    --user-data-dir="$folder/profile" --force-device-scale-factor=1.25 --hide-scrollbars \
-    --window-size="$size" --screenshot="$folder/terminal.png" "file://$folder/terminal.html" \
+    --user-data-dir="$5" --force-device-scale-factor="$4" --hide-scrollbars \
+    --window-size="$3" --screenshot="$picture_folder/$2" "file://$1" \
     >"$(log_file picture)" 2>&1 || fail "cannot write the picture; see build/log/picture.log"
-  mv "$folder/terminal.png" "$picture_folder/terminal.png"
+}
+
+# write_terminal_picture FOLDER NAME COLUMNS LINES: writes the picture NAME.png of a terminal that shows
+# the text of standard input. FOLDER is a temporary folder.
+write_terminal_picture() {
+  local folder=$1 name=$2 columns=$3 lines=$4 size
+  picture_page >"$folder/$name.html"
+  size=$((columns * 1024 / 100 + 56)),$((lines * 2244 / 100 + 44))
+  take_screenshot "$folder/$name.html" "$name.png" "$size" 1 "$folder/profile"
+}
+
+# Shortens the panel with sed instead of head, because `show` fails if its reader exits early.
+write_terminal_pictures() {
+  local folder=$1 program=$PWD/build/release/bin/ornwhatsnew host=$PWD/examples/author/host.json
+  local columns=84 lines=39
+  "$program" show "$picture_data" --host "$picture_host" --only-new --platform --relevant-versions \
+    --state :memory: --color always --width "$columns" | sed "$((lines + 1)),\$d" |
+    write_terminal_picture "$folder" terminal "$columns" "$lines"
+
+  "$program" import examples/author/table.csv -o "$folder/draft.csv" 2>/dev/null
+  # The findings contain the name of the file without its folder. The exit status is 1.
+  { (cd "$folder" && "$program" lint draft.csv --host "$host" --color always) || (($? == 1)); } |
+    write_terminal_picture "$folder" lint 96 26
 }
 
 # write_panel_picture FOLDER NAME COLORS SCALE [OPTION...]: writes the picture NAME.png of the window of
@@ -85,7 +100,7 @@ command_picture() {
   build release --target ornwhatsnew_program panel_picture
   local folder
   folder=$(mktemp -d)
-  write_terminal_picture "$folder"
+  write_terminal_pictures "$folder"
   write_panel_pictures "$folder"
   rm -rf "$folder"
 }

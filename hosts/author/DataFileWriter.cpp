@@ -8,6 +8,7 @@
 #include "hosts/author/CellText.h"
 #include "hosts/author/ColumnNames.h"
 #include "hosts/author/InputError.h"
+#include "hosts/common/TextFile.h"
 
 namespace hosts::author {
 namespace {
@@ -18,8 +19,6 @@ using ornwhatsnew::DataFileReader;
 using ornwhatsnew::DataRow;
 using ornwhatsnew::DataRowKind;
 using ornwhatsnew::kDataColumnCount;
-
-constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 
 bool HasFields(const DataRow& row, const DataFields& fields) {
   return row.fieldCount == kDataColumnCount && std::ranges::equal(row.values, fields);
@@ -113,8 +112,7 @@ std::optional<DataRowKind> KindOfRow(const DataFields& fields) {
 
 std::string AppendChange(std::string_view dataFile, const DataFields& fields) {
   RequireChange(fields);
-  std::string_view content = dataFile;
-  if (content.starts_with(kByteOrderMark)) content.remove_prefix(kByteOrderMark.size());
+  const std::string_view content = common::WithoutByteOrderMark(dataFile);
   const RowCounts before = CountRows(content);
   RequireExtensible(dataFile, before);
   const std::string_view lineEnd = LineEndOf(dataFile);

@@ -43,18 +43,6 @@ fs::path ResolvedPath(const fs::path& file) {
   return resolved;
 }
 
-/// Returns a replacement of the file `name`. Throws if its temporary file already exists.
-common::FileReplacement CreateReplacement(const common::PrivateFolder& folder,
-                                          const std::string& name) {
-  try {
-    return common::FileReplacement(folder, name, common::ExistingTemporaryFile::kKeep);
-  } catch (const std::system_error& error) {
-    if (error.code() != std::errc::file_exists) throw;
-    Fail(EEXIST,
-         "cannot create " + Quoted(folder.PathOf(name + ".tmp")) + "; move or delete that file");
-  }
-}
-
 /// Opens the file `name`. Returns `std::nullopt` if it does not exist. Throws if it is not a
 /// regular file, because a rename would replace a device such as /dev/null.
 std::optional<common::FileDescriptor> OpenExisting(const common::PrivateFolder& folder,
@@ -102,13 +90,11 @@ void WriteWholeFile(const fs::path& file, std::string_view bytes) {
   const fs::path resolved = ResolvedPath(file);
   const common::PrivateFolder folder(resolved.parent_path());
   const std::string name = resolved.filename();
-  const std::optional<common::FileDescriptor> existing = OpenExisting(folder, name);
-  const common::FileReplacement replacement = CreateReplacement(folder, name);
-  if (existing) {
-    replacement.CopyModeAndOwner(*existing);
-  } else {
-    replacement.SetModeOfNewFiles();
+  if (OpenExisting(folder, name)) {
+    return ChangeWholeFile(file, [bytes](std::string_view) { return std::string(bytes); });
   }
+  const common::FileReplacement replacement(folder, name, common::TemporaryName::kUnique);
+  replacement.SetModeOfNewFiles();
   replacement.Write(bytes);
   if (!replacement.Commit()) FailReplaced(resolved);
 }
@@ -120,7 +106,7 @@ void ChangeWholeFile(const fs::path& file,
   const common::FileLock lock = Lock(folder, resolved);
   const std::string name = resolved.filename();
   const common::FileDescriptor opened = folder.Open(name, O_RDONLY);
-  const common::FileReplacement replacement = CreateReplacement(folder, name);
+  const common::FileReplacement replacement(folder, name, common::TemporaryName::kUnique);
   const std::string changed = change(ReadBytes(resolved));
   replacement.CopyModeAndOwner(opened);
   replacement.Write(changed);
@@ -128,6 +114,15 @@ void ChangeWholeFile(const fs::path& file,
   // Ignore whether the new file is still in place. As soon as the rename has succeeded, another
   // program may lock the new file and replace it.
   static_cast<void>(replacement.Commit());
+}
+
+void ReplaceWholeFile(const fs::path& file, std::string_view before, std::string_view after) {
+  ChangeWholeFile(file, [&](std::string_view bytes) {
+    if (bytes != before) {
+      Fail(EBUSY, "cannot write " + Quoted(file) + ", which another program has changed");
+    }
+    return std::string(after);
+  });
 }
 
 }  // namespace hosts::author

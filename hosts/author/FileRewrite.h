@@ -9,20 +9,24 @@
 
 namespace hosts::author {
 
-/// Writes `bytes` to `file`. Replaces an existing file and keeps its mode. If `file` is a symbolic
-/// link, writes the file that it leads to. On failure, throws `std::system_error`, and the file is
-/// unchanged, unless only the sync of its folder has failed. While the function runs, the folder
-/// contains a temporary file, whose name is the name of the file followed by ".tmp". The function
-/// fails if a file with the temporary name already exists, because it may belong to the user.
+// All functions follow symbolic links, keep the mode of an existing file, and lock an existing file
+// until they return. If another program calls one of them for the same file, they wait. On failure,
+// they throw `std::system_error`, and the file is unchanged, unless only the sync of its folder has
+// failed. A killed program can leave the file "ornwhatsnew-NUMBER.tmp" in the folder.
+
+/// Writes `bytes` to `file`, which need not exist.
 void WriteWholeFile(const std::filesystem::path& file, std::string_view bytes);
 
-/// Reads `file`, calls `change` with its bytes, and writes the result like `WriteWholeFile`. Locks
-/// the file during the call, so that programs that call this function at the same time lose no
-/// change. Throws `std::system_error` on failure, for example if the file does not exist, or if
-/// another program replaces it during the call. An exception that `change` throws propagates, and
-/// the file is then unchanged.
+/// Reads `file`, calls `change` with its bytes, and writes the result. Throws `std::system_error`
+/// if the file does not exist, or if another program replaces it meanwhile. Exceptions of `change`
+/// propagate, and the file is then unchanged.
 void ChangeWholeFile(const std::filesystem::path& file,
                      const std::function<std::string(std::string_view)>& change);
+
+/// Replaces the bytes `before` of `file` with `after`. Throws `std::system_error` if the file has
+/// other bytes, because another program has changed it.
+void ReplaceWholeFile(const std::filesystem::path& file, std::string_view before,
+                      std::string_view after);
 
 }  // namespace hosts::author
 

@@ -9,6 +9,7 @@
 #include <unicode/ucnv.h>
 
 #include "hosts/author/InputError.h"
+#include "hosts/common/MessageText.h"
 
 namespace hosts::author {
 namespace {
@@ -48,11 +49,9 @@ std::string InvalidBytes(UConverter& converter) {
   auto length = static_cast<std::int8_t>(bytes.size());
   UErrorCode error = U_ZERO_ERROR;
   ucnv_getInvalidChars(&converter, bytes.data(), &length, &error);
-  constexpr std::string_view kDigits = "0123456789ABCDEF";
   std::string text;
   for (std::size_t i = 0; U_SUCCESS(error) != 0 && i < static_cast<std::size_t>(length); ++i) {
-    const auto byte = static_cast<unsigned char>(bytes[i]);
-    text += std::string(" ") + kDigits[byte >> 4U] + kDigits[byte & 0xFU];
+    text += " " + common::HexDigits(bytes[i]);
   }
   return text;
 }

@@ -2,6 +2,7 @@
 
 #include <cerrno>
 #include <cstdio>
+#include <random>
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -10,12 +11,17 @@
 namespace hosts::common {
 namespace {
 
-/// Creates the file `name`. Deletes an existing file of this name instead of truncating it, because
-/// the name may be a link to another file.
+std::string NameOfTemporaryFile(const std::string& name, TemporaryName temporaryName) {
+  if (temporaryName == TemporaryName::kFixed) return name + ".tmp";
+  return "ornwhatsnew-" + std::to_string(std::random_device()()) + ".tmp";
+}
+
+/// Creates the file `name`. Deletes an existing file of a fixed name instead of truncating it,
+/// because the name may be a link to another file.
 FileDescriptor CreateTemporaryFile(const PrivateFolder& folder, const std::string& name,
-                                   ExistingTemporaryFile existing) {
-  const bool isKept = existing == ExistingTemporaryFile::kKeep;
-  if (!isKept && ::unlinkat(folder.Descriptor(), name.c_str(), 0) != 0 && errno != ENOENT) {
+                                   TemporaryName temporaryName) {
+  const bool isFixed = temporaryName == TemporaryName::kFixed;
+  if (isFixed && ::unlinkat(folder.Descriptor(), name.c_str(), 0) != 0 && errno != ENOENT) {
     ThrowSystemError("cannot delete", folder.PathOf(name));
   }
   return folder.Open(name, O_WRONLY | O_CREAT | O_EXCL);
@@ -24,11 +30,11 @@ FileDescriptor CreateTemporaryFile(const PrivateFolder& folder, const std::strin
 }  // namespace
 
 FileReplacement::FileReplacement(const PrivateFolder& folder, const std::string& name,
-                                 ExistingTemporaryFile existing)
+                                 TemporaryName temporaryName)
     : folder_(folder),
       name_(name),
-      temporaryName_(name + ".tmp"),
-      file_(CreateTemporaryFile(folder_, temporaryName_, existing)) {}
+      temporaryName_(NameOfTemporaryFile(name, temporaryName)),
+      file_(CreateTemporaryFile(folder_, temporaryName_, temporaryName)) {}
 
 FileReplacement::~FileReplacement() {
   // Check that the name still belongs to this file. If another program has deleted the lock file, a

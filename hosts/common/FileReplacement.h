@@ -11,21 +11,27 @@
 
 namespace hosts::common {
 
-/// What to do with an existing file that has the name of the temporary file.
-enum class ExistingTemporaryFile {
-  kDelete,  ///< delete it: a killed program left it, because a lock keeps other programs out
-  kKeep,    ///< keep it and fail, because it can belong to the user or to another program
+/// The name of the temporary file.
+enum class TemporaryName {
+  /// The name of the file followed by ".tmp". The replacement deletes an existing file of this
+  /// name,
+  /// which a killed program has left. Only one replacement of a file may exist at a time; use a
+  /// `FileLock`.
+  kFixed,
+  /// "ornwhatsnew-NUMBER.tmp" with a random number, for a folder of the user, in which a file with
+  /// a
+  /// fixed name can be the user's own. The file that a killed program has left remains.
+  kUnique,
 };
 
-/// The new content of a file. Until `Commit`, it is in a temporary file in the same folder. The
-/// name of the temporary file is the name of the file followed by ".tmp". Only one replacement of a
-/// file may exist at a time; use a `FileLock`. All functions throw `std::system_error` on failure.
+/// The new content of a file. Until `Commit`, it is in a temporary file in the same folder. All
+/// functions throw `std::system_error` on failure.
 class FileReplacement {
  public:
   /// Creates an empty temporary file for the file `name` in `folder`, which must outlive this
-  /// object. With `kKeep`, throws an error with the code `EEXIST` if a file of this name exists.
+  /// object.
   FileReplacement(const PrivateFolder& folder, const std::string& name,
-                  ExistingTemporaryFile existing = ExistingTemporaryFile::kDelete);
+                  TemporaryName temporaryName = TemporaryName::kFixed);
 
   /// Deletes the temporary file unless `Commit` has renamed it or another program has replaced it.
   ~FileReplacement();

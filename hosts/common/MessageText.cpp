@@ -28,4 +28,10 @@ std::string WithoutMiddle(std::string_view text) {
   return std::string(Prefix(text, kMaximumDetail / 2)) + " ... " + std::string(end);
 }
 
+std::string HexDigits(char byte) {
+  constexpr std::string_view kDigits = "0123456789ABCDEF";
+  const auto value = static_cast<unsigned char>(byte);
+  return {kDigits[value / 16], kDigits[value % 16]};
+}
+
 }  // namespace hosts::common

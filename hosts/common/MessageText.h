@@ -1,4 +1,4 @@
-// Shortens strings for messages.
+// Shortens strings for messages, and formats bytes.
 #ifndef HOSTS_COMMON_MESSAGETEXT_H_
 #define HOSTS_COMMON_MESSAGETEXT_H_
 
@@ -18,6 +18,9 @@ std::string_view Prefix(std::string_view text, std::size_t length);
 /// Returns `text` (UTF-8) for a message. If it has more than 200 bytes, replaces its middle with
 /// " ... ". Does not split a character.
 std::string WithoutMiddle(std::string_view text);
+
+/// Returns `byte` as two upper-case hexadecimal digits.
+std::string HexDigits(char byte);
 
 }  // namespace hosts::common
 

@@ -11,6 +11,11 @@ std::string ReadTextFile(const std::filesystem::path& file, std::size_t maxBytes
   return {reinterpret_cast<const char*>(bytes.data()), bytes.size()};
 }
 
+std::string_view WithoutByteOrderMark(std::string_view text) {
+  if (text.starts_with(kByteOrderMark)) text.remove_prefix(kByteOrderMark.size());
+  return text;
+}
+
 std::string OpenErrorMessage(const std::filesystem::path& file,
                              const orncore::config::ResultError& error) {
   // The system's message for EOPNOTSUPP is "Operation not supported", which does not explain the

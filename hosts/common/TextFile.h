@@ -1,10 +1,11 @@
-// Reads files that users name on a command line.
+// Reads text files that users name on a command line.
 #ifndef HOSTS_COMMON_TEXTFILE_H_
 #define HOSTS_COMMON_TEXTFILE_H_
 
 #include <cstddef>
 #include <filesystem>
 #include <string>
+#include <string_view>
 
 #include <orncore/config/TopLevel.h>
 #include <orncore/filesupport/File.h>
@@ -15,6 +16,12 @@ namespace hosts::common {
 /// read, is not a regular file, or has more than `maxBytes` bytes.
 std::string ReadTextFile(const std::filesystem::path& file,
                          std::size_t maxBytes = orncore::filesupport::kMaxFileBytes);
+
+/// The byte order mark of UTF-8, with which spreadsheet programs begin a file.
+inline constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
+
+/// Returns `text` without a byte order mark at its start.
+std::string_view WithoutByteOrderMark(std::string_view text);
 
 /// Returns the message for a file that `ReadTextFile` could not read, such as
 /// "cannot open 'x.csv': No such file or directory".

@@ -26,7 +26,8 @@ using author::Finding;
 /// newline. If `lint` cannot check the rows, for example because semicolons separate the fields,
 /// returns all findings on the file.
 std::vector<Finding> LintLastRow(const std::filesystem::path& file, const std::string& content) {
-  author::LintReport report = author::LintDataFile(file.native(), content, nullptr);
+  author::LintReport report =
+      author::LintDataFile(file.native(), content, nullptr, author::LintScope::kLastRow);
   if (const auto config = author::FindLintConfig(file)) {
     author::ApplySeverities(report, author::ReadLintConfig(*config));
   }

@@ -427,7 +427,7 @@ class CommandLine {
             [this](const std::string& word) {
               lint_.explained = author::FindLintCode(word);
               if (!lint_.explained) {
-                throw CLI::ValidationError("--explain", "unknown code '" + word + "'");
+                throw CLI::ValidationError("--explain", author::UnknownCodeMessage(word));
               }
             },
             "Explain a code")

@@ -8,7 +8,7 @@
 #include <string_view>
 
 #include "hosts/author/InputError.h"
-#include "hosts/console/ToolError.h"
+#include "hosts/common/ToolError.h"
 
 namespace hosts::console {
 
@@ -20,8 +20,9 @@ inline std::string MessageAt(const std::filesystem::path& file, std::size_t line
 }
 
 /// Returns the exception that ends the program because `file` cannot be used.
-inline ToolError ToToolError(const std::filesystem::path& file, const author::InputError& error) {
-  return ToolError(ExitStatus::kInput, MessageAt(file, error.Line(), error.what()));
+inline common::ToolError ToToolError(const std::filesystem::path& file,
+                                     const author::InputError& error) {
+  return {common::ExitStatus::kInput, MessageAt(file, error.Line(), error.what())};
 }
 
 }  // namespace hosts::console

@@ -14,9 +14,12 @@
 
 #include "hosts/author/DataFileWriter.h"
 #include "hosts/author/lint/Lint.h"
-#include "hosts/console/ToolError.h"
+#include "hosts/common/ToolError.h"
 
 namespace hosts::console {
+
+using common::ExitStatus;
+using common::ToolError;
 
 enum class ColorMode { kAuto, kAlways, kNever };
 enum class OutputFormat { kText, kJson };

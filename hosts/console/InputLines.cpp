@@ -9,7 +9,6 @@
 #include <unistd.h>
 
 #include "hosts/console/StandardStreams.h"
-#include "hosts/console/ToolError.h"
 
 namespace hosts::console {
 

@@ -9,6 +9,7 @@
 #include <poll.h>
 #include <unistd.h>
 
+#include "hosts/author/FileRewrite.h"
 #include "hosts/author/lint/GitFile.h"
 #include "hosts/author/lint/Lint.h"
 #include "hosts/author/lint/LintBaseline.h"
@@ -130,7 +131,9 @@ class LintRun {
         arguments_.fix == LintFixMode::kAll ? author::FixScope::kAll : author::FixScope::kSafe;
     author::FixedFile fixed = author::FixDataFile(file, text, report, scope, Host());
     diff_ += fixed.diff;
-    if (!arguments_.isDryRun && fixed.corrected > 0) author::ReplaceDataFile(file, fixed.text);
+    if (!arguments_.isDryRun && fixed.corrected > 0) {
+      author::ReplaceWholeFile(file, text, fixed.text);
+    }
     const std::string verb = arguments_.isDryRun ? "would correct " : "corrected ";
     std::string message = verb + author::Counted(fixed.corrected, "mistake") + " in '" + file + "'";
     if (fixed.withheld > 0) {

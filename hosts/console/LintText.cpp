@@ -8,6 +8,8 @@
 #include <orncore/string/DisplayWidth.h>
 #include <orncore/string/SafeText.h>
 
+#include "hosts/common/TextFile.h"
+
 namespace hosts::console {
 namespace {
 
@@ -57,10 +59,8 @@ class LineIndex {
 /// the terminal becomes one replacement character. The columns of the finding therefore remain
 /// valid.
 std::vector<std::u16string> SafeCharacters(std::string_view line) {
-  constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
-  if (line.starts_with(kByteOrderMark)) line.remove_prefix(kByteOrderMark.size());
   std::vector<std::u16string> characters;
-  const std::u16string units = orncore::string::UTF8to16(line);
+  const std::u16string units = orncore::string::UTF8to16(common::WithoutByteOrderMark(line));
   for (std::size_t i = 0; i < units.size();) {
     const bool isPair = units[i] >= 0xD800 && units[i] <= 0xDBFF && i + 1 < units.size();
     const std::u16string_view character(units.data() + i, isPair ? 2 : 1);

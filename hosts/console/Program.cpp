@@ -1,16 +1,13 @@
 #include "hosts/console/Program.h"
 
 #include <csignal>
-#include <exception>
-#include <string>
 #include <string_view>
 #include <variant>
 
 #include <orncore/config/InitializerRegistrar.h>
 #include <orncore/debug/Log.h>
 
-#include "hosts/common/JsonDocument.h"
-#include "hosts/common/StateStore.h"
+#include "hosts/common/ToolError.h"
 #include "hosts/console/Arguments.h"
 #include "hosts/console/StandardStreams.h"
 
@@ -46,25 +43,6 @@ ExitStatus RunRequest(int argc, const char* const* argv) {
   return std::visit([](const auto& arguments) { return Run(arguments); }, request);
 }
 
-ExitStatus Report(ExitStatus status, std::string_view message) {
-  if (!message.empty()) ReportError(message);
-  return status;
-}
-
-ExitStatus RunReportingErrors(int argc, const char* const* argv) {
-  try {
-    return RunRequest(argc, argv);
-  } catch (const ToolError& error) {
-    return Report(error.Status(), error.what());
-  } catch (const common::StateStoreError& error) {
-    return Report(ExitStatus::kState, error.what());
-  } catch (const common::JsonError& error) {
-    return Report(ExitStatus::kInput, error.what());
-  } catch (const std::exception& error) {
-    return Report(ExitStatus::kUnexpected, std::string("unexpected error: ") + error.what());
-  }
-}
-
 }  // namespace
 
 int RunProgram(int argc, const char* const* argv) noexcept {
@@ -74,11 +52,7 @@ int RunProgram(int argc, const char* const* argv) noexcept {
   // Ignore SIGPIPE, so that the program can report whether it stored anything if the reader of its
   // output exits.
   static_cast<void>(std::signal(SIGPIPE, SIG_IGN));
-  try {
-    return static_cast<int>(RunReportingErrors(argc, argv));
-  } catch (...) {
-    return static_cast<int>(ExitStatus::kUnexpected);
-  }
+  return common::RunReportingErrors(argc, argv, &RunRequest, &ReportError);
 }
 
 }  // namespace hosts::console

@@ -5,7 +5,7 @@
 #include "hosts/common/HostDescription.h"
 #include "hosts/common/StateStore.h"
 #include "hosts/common/TextFile.h"
-#include "hosts/console/ToolError.h"
+#include "hosts/common/ToolError.h"
 
 namespace hosts::console {
 
@@ -13,7 +13,7 @@ std::string ReadInputFile(const std::filesystem::path& file, std::size_t maxByte
   try {
     return common::ReadTextFile(file, maxBytes);
   } catch (const orncore::config::ResultError& error) {
-    throw ToolError(ExitStatus::kInput, common::OpenErrorMessage(file, error));
+    throw common::ToolError(common::ExitStatus::kInput, common::OpenErrorMessage(file, error));
   }
 }
 

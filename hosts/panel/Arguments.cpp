@@ -7,7 +7,7 @@
 #include <ornwhatsnew/Version.h>
 #include <CLI/CLI.hpp>
 
-#include "hosts/console/ToolError.h"
+#include "hosts/common/ToolError.h"
 
 namespace hosts::panel {
 namespace {
@@ -54,8 +54,8 @@ std::optional<Arguments> ParseArguments(int argc, const char* const* argv) {
     app.exit(request, std::cout);
     return std::nullopt;
   } catch (const CLI::ParseError& error) {
-    throw console::ToolError(
-        console::ExitStatus::kUsage,
+    throw common::ToolError(
+        common::ExitStatus::kUsage,
         ErrorMessage(app, error) + ". Run 'ornwhatsnew-panel --help' for usage.");
   }
   return arguments;

@@ -14,10 +14,9 @@
 #include <ornwhatsnewqt/WhatsNew.h>
 
 #include "hosts/common/HostDescription.h"
-#include "hosts/common/JsonDocument.h"
 #include "hosts/common/StateStore.h"
 #include "hosts/common/TextFile.h"
-#include "hosts/console/ToolError.h"
+#include "hosts/common/ToolError.h"
 #include "hosts/console/WhatsNewLoading.h"
 #include "hosts/panel/Arguments.h"
 #include "hosts/panel/HostTranslator.h"
@@ -25,8 +24,8 @@
 namespace hosts::panel {
 namespace {
 
-using console::ExitStatus;
-using console::ToolError;
+using common::ExitStatus;
+using common::ToolError;
 using ornwhatsnewqt::Settings;
 using ornwhatsnewqt::WhatsNew;
 
@@ -111,34 +110,19 @@ ExitStatus Run(const Arguments& arguments) {
   return ExitStatus::kDone;
 }
 
-ExitStatus Report(ExitStatus status, std::string_view message) {
-  std::cerr << "ornwhatsnew-panel: " << orncore::string::EscapeInvisible(message) << std::endl;
-  return status;
+ExitStatus RunCommandLine(int argc, const char* const* argv) {
+  const std::optional<Arguments> arguments = ParseArguments(argc, argv);
+  return arguments ? Run(*arguments) : ExitStatus::kDone;
 }
 
-ExitStatus RunReportingErrors(int argc, const char* const* argv) {
-  try {
-    const std::optional<Arguments> arguments = ParseArguments(argc, argv);
-    return arguments ? Run(*arguments) : ExitStatus::kDone;
-  } catch (const ToolError& error) {
-    return Report(error.Status(), error.what());
-  } catch (const common::StateStoreError& error) {
-    return Report(ExitStatus::kState, error.what());
-  } catch (const common::JsonError& error) {
-    return Report(ExitStatus::kInput, error.what());
-  } catch (const std::exception& error) {
-    return Report(ExitStatus::kUnexpected, std::string("unexpected error: ") + error.what());
-  }
+void ReportError(std::string_view message) {
+  std::cerr << "ornwhatsnew-panel: " << orncore::string::EscapeInvisible(message) << std::endl;
 }
 
 }  // namespace
 
 int RunProgram(int argc, const char* const* argv) noexcept {
-  try {
-    return static_cast<int>(RunReportingErrors(argc, argv));
-  } catch (...) {
-    return static_cast<int>(ExitStatus::kUnexpected);
-  }
+  return common::RunReportingErrors(argc, argv, &RunCommandLine, &ReportError);
 }
 
 }  // namespace hosts::panel

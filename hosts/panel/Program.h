@@ -5,7 +5,7 @@
 namespace hosts::panel {
 
 /// Runs the program with the command line `argv` and returns the exit status, which is a
-/// `console::ExitStatus`. Reads all files before it connects to the window system, so that it can
+/// `common::ExitStatus`. Reads all files before it connects to the window system, so that it can
 /// report errors without a window system. Writes error messages to standard error, and one line to
 /// standard output for each rating.
 int RunProgram(int argc, const char* const* argv) noexcept;

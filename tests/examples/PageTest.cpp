@@ -1,5 +1,6 @@
-// Runs the commands that two pages show, and compares their output with the output that the pages
-// show. The pages are the README of the examples and the manual for authors of data files.
+// Runs the commands that three pages show, and compares their output with the output that the pages
+// show. The pages are the README of the examples, and the manual and the guide for authors of data
+// files.
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
@@ -82,6 +83,18 @@ TEST_F(ExamplePage, ShowsTheOutputOfItsCommands) {
 TEST_F(ExamplePage, DataFileManualShowsTheOutputOfItsCommands) {
   std::filesystem::current_path(RULES_FOLDER);
   ExpectPageShowsWhatItsCommandsPrint(RULES_PAGE);
+}
+
+// The commands of the guide write files, and compare a file with the branch main of a repository.
+TEST_F(ExamplePage, AuthorGuideShowsTheOutputOfItsCommands) {
+  const test_support::TemporaryFolder folder;
+  std::filesystem::copy(AUTHOR_FOLDER, folder.Path(), std::filesystem::copy_options::recursive);
+  std::filesystem::current_path(folder.Path());
+  const Lines output = RunInShell(
+      "git init --quiet --initial-branch=main && git add --all && "
+      "git -c user.name=a -c user.email=a@b commit --quiet --message=examples");
+  ASSERT_EQ(output, Lines());
+  ExpectPageShowsWhatItsCommandsPrint(AUTHOR_GUIDE);
 }
 
 // The README of the examples quotes lines of the data file in table rows of this form:

@@ -20,15 +20,18 @@ constexpr std::array<LintCode, 6> kReasonsForMissingRow = {
 
 void CheckVersion(LintContext& context, const LintRow& row) {
   const std::string_view version = row.Value(DataColumn::kVersion);
+  const std::string withPoints = VersionWithPoints(version);
   const std::size_t prefix = VersionPrefixLength(version);
-  if (prefix == 0 && !version.empty()) return CheckVersionDate(context, row, DataColumn::kVersion);
+  if (prefix == 0 && withPoints.empty() && !version.empty()) {
+    return CheckVersionDate(context, row, DataColumn::kVersion);
+  }
   context.ReportField(
       LintCode::kChangesSinceVersion, row, DataColumn::kVersion,
       version.empty()
           ? "the Changes-Since row has no version, so the heading shows only 'v'; write "
             "the version"
           : "the heading shows " + Quoted("v" + std::string(version)) + "; write " +
-                Quoted(version.substr(prefix)));
+                Quoted(withPoints.empty() ? version.substr(prefix) : withPoints));
 }
 
 void ReportOverwritten(LintContext& context, const LintRow& row, const LintRow* named) {

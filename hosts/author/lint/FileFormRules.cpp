@@ -1,17 +1,18 @@
 #include <algorithm>
 #include <array>
-#include <cstdint>
 #include <string>
 
 #include <orncore/string/Conversion.h>
 
 #include "hosts/author/lint/NearestWord.h"
 #include "hosts/author/lint/Rules.h"
+#include "hosts/common/MessageText.h"
+#include "hosts/common/TextFile.h"
 
 namespace hosts::author {
 namespace {
 
-constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
+using common::kByteOrderMark;
 
 /// The minimum number of semicolons or tabs in a row that probably uses them as separators.
 constexpr std::ptrdiff_t kManySeparators = 5;
@@ -31,8 +32,7 @@ void CheckUTF16(LintContext& context) {
 }
 
 void CheckEmpty(LintContext& context) {
-  std::string_view text = context.File().Text();
-  if (text.starts_with(kByteOrderMark)) text.remove_prefix(kByteOrderMark.size());
+  const std::string_view text = common::WithoutByteOrderMark(context.File().Text());
   if (text.find_first_not_of(" \t\r\n") != text.npos) return;
   context.ReportFile(LintCode::kFileEmpty,
                      "the file is empty, so users see no changes; add a header row and changes");
@@ -44,16 +44,23 @@ bool HasManyOf(char separator, const LintRow& row) {
          std::ranges::count(row.data.text, separator) >= kManySeparators;
 }
 
+struct Separator {
+  char character;
+  std::string_view name;
+};
+
+constexpr std::array<Separator, 3> kSeparators = {
+    {{';', "semicolons"}, {'\t', "tabs"}, {'|', "vertical bars"}}};
+
 void CheckSeparator(LintContext& context) {
   const std::vector<LintRow>& rows = context.File().Rows();
-  for (const char separator : {';', '\t'}) {
+  for (const auto& [separator, name] : kSeparators) {
     const auto count = std::ranges::count_if(
-        rows, [separator](const LintRow& row) { return HasManyOf(separator, row); });
+        rows, [separator = separator](const LintRow& row) { return HasManyOf(separator, row); });
     if (2 * count <= static_cast<std::ptrdiff_t>(rows.size())) continue;
-    context.ReportFile(LintCode::kFileSeparator, std::string("the fields are separated by ") +
-                                                     (separator == ';' ? "semicolons" : "tabs") +
-                                                     ", so all " + Counted(rows.size(), "row") +
-                                                     " are lost; export the table with commas");
+    context.ReportFile(LintCode::kFileSeparator,
+                       "the fields are separated by " + std::string(name) + ", so all " +
+                           Counted(rows.size(), "row") + " are lost; export the table with commas");
     context.Stop();
     return;
   }
@@ -111,19 +118,13 @@ void CheckNulBytes(LintContext& context) {
   }
 }
 
-std::string ByteText(char byte) {
-  constexpr std::string_view kDigits = "0123456789ABCDEF";
-  const auto value = static_cast<std::uint8_t>(byte);
-  return {'0', 'x', kDigits[value / 16], kDigits[value % 16]};
-}
-
 void CheckUTF8(LintContext& context) {
   if (orncore::string::IsWellFormedUTF8(context.File().Text())) return;
   for (const LintRow& row : context.File().Rows()) {
     const std::size_t position = orncore::string::FindIllFormedUTF8(row.data.text);
     if (position == row.data.text.npos) continue;
     context.Report(LintCode::kFileNotUTF8, row, position, position + 1,
-                   "the byte " + ByteText(row.data.text[position]) +
+                   "the byte 0x" + common::HexDigits(row.data.text[position]) +
                        " is not UTF-8, so users see a replacement character; save the file as "
                        "UTF-8 instead of Latin-1 or Windows-1252");
   }

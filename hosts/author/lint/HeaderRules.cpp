@@ -6,6 +6,7 @@
 
 #include "hosts/author/lint/NearestWord.h"
 #include "hosts/author/lint/Rules.h"
+#include "hosts/common/TextFile.h"
 
 namespace hosts::author {
 namespace {
@@ -25,9 +26,7 @@ constexpr std::size_t kFieldsOfTranslatedHeader = 5;
 /// Returns whether `name` is the name of the column with the index `column`, or begins like it.
 bool IsNameOf(std::string_view name, std::size_t column) {
   constexpr std::size_t kShortestName = 3;
-  constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
-  if (name.starts_with(kByteOrderMark)) name.remove_prefix(kByteOrderMark.size());
-  name = TrimSpaces(name);
+  name = TrimSpaces(common::WithoutByteOrderMark(name));
   const std::string_view header = kDataColumns[column].header;
   const std::size_t shorter = std::min(name.size(), header.size());
   return shorter >= kShortestName &&

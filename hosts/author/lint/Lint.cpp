@@ -78,9 +78,10 @@ void InstallNoLintHost() {
   common::InstallHost(common::HostDescription());
 }
 
-LintReport LintDataFile(const std::string& name, std::string text, const LintHost* host) {
+LintReport LintDataFile(const std::string& name, std::string text, const LintHost* host,
+                        LintScope scope) {
   LintedFile file(name, std::move(text));
-  LintContext context(file, host);
+  LintContext context(file, host, scope);
   RunRules(context);
   LintReport report;
   report.findings = std::move(context.Findings());

@@ -46,7 +46,8 @@ void InstallNoLintHost();
 
 /// Checks `text`, the content of the file `name`. `host` is the installed host, or null. Accepts
 /// any content. Takes time O(n log n) in the length of `text`.
-LintReport LintDataFile(const std::string& name, std::string text, const LintHost* host);
+LintReport LintDataFile(const std::string& name, std::string text, const LintHost* host,
+                        LintScope scope = LintScope::kFile);
 
 /// Replaces the severities of the findings, and removes the findings with the severity `kOff`.
 void ApplySeverities(LintReport& report, const SeverityOverrides& overrides);

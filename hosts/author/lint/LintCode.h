@@ -65,6 +65,7 @@ enum class LintCode : std::size_t {
   // Versions.
   kVersionPrefix,
   kVersionDate,
+  kVersionPlaceholder,
   kBoundsComponents,
   kBoundsNumber,
   kBoundsNoVersion,
@@ -75,6 +76,7 @@ enum class LintCode : std::size_t {
   kLinkSpace,
   kLinkTwo,
   kKeySpace,
+  kKeyPrefix,
   kKeyNoDefault,
   // The feature table of the host.
   kHostEpicKeyEmpty,

@@ -11,7 +11,7 @@ namespace hosts::author {
 /// Each code once, in the order of `LintCode`.
 inline constexpr auto kLintCodes = std::to_array<LintCodeInfo>({
     {LintCode::kFileSeparator, "file-separator", Severity::kError,
-     "the fields are separated by semicolons or tabs",
+     "the fields are separated by semicolons, tabs or vertical bars",
      "Commas separate the fields of a data file. The library skips every row of this file. In "
      "many countries, spreadsheet programs export semicolons.",
      "Export the table with commas as separators."},
@@ -81,14 +81,14 @@ inline constexpr auto kLintCodes = std::to_array<LintCodeInfo>({
      "The library skips the row, so its change is lost.",
      "Write ten fields, separated by nine commas."},
     {LintCode::kUnquotedComma, "unquoted-comma", Severity::kError,
-     "a comma outside quotes splits a text",
+     "a comma outside quotes splits a field",
      "A comma outside quotes ends a field. The row has too many fields, so the library skips "
      "it and the change is lost.",
-     "Put double quotes around the text."},
+     "Put double quotes around the field."},
     {LintCode::kDecimalComma, "decimal-comma", Severity::kError,
      "a version is written with a comma",
-     "The comma splits the version into two fields. The library skips the row, so the change "
-     "is lost.",
+     "Outside quotes, the comma splits the version into two fields, so the library skips the row "
+     "and the change is lost. In quotes, users see the comma.",
      "Write the version with points."},
     {LintCode::kWrongQuotes, "wrong-quotes", Severity::kError,
      "typographic or single quotes around a text with commas",
@@ -175,6 +175,10 @@ inline constexpr auto kLintCodes = std::to_array<LintCodeInfo>({
      "Spreadsheet programs convert versions such as 4.3 to dates. Users see the date as the "
      "version.",
      "Write the version, and format the column of the spreadsheet as text."},
+    {LintCode::kVersionPlaceholder, "version-placeholder", Severity::kWarning,
+     "a component of the version is a placeholder",
+     "Users see the version unchanged, for example v4.x.",
+     "Write the version that contains the change."},
     {LintCode::kBoundsComponents, "bounds-components", Severity::kError,
      "the two versions have different numbers of components",
      "The library does not add missing components, so 4.3 is less than 4.2.0.0. Either the "
@@ -217,6 +221,10 @@ inline constexpr auto kLintCodes = std::to_array<LintCodeInfo>({
     {LintCode::kKeySpace, "key-space", Severity::kError, "a space before a localisation key",
      "The text does not begin with $$$/, so users see the key instead of its translation.",
      "Delete the space."},
+    {LintCode::kKeyPrefix, "key-prefix", Severity::kError,
+     "a localisation key with more or fewer than three dollar signs",
+     "The text does not begin with $$$/, so users see the key instead of its translation.",
+     "Begin the key with $$$/."},
     {LintCode::kKeyNoDefault, "key-no-default", Severity::kError,
      "a localisation key without a default text",
      "Without a default text and without a translation in the host's dictionary, users see "

@@ -13,15 +13,15 @@ namespace {
 
 constexpr std::string_view kSeverities = "'off', 'note', 'warning' or 'error'";
 
-std::string UnknownCode(std::string_view name) {
+}  // namespace
+
+std::string UnknownCodeMessage(std::string_view name) {
   std::vector<std::string_view> names;
   for (const LintCodeInfo& info : LintCodes()) names.push_back(info.name);
   const std::optional<std::string> nearest = NearestWord(name, names);
   return "unknown code " + Quoted(name) +
-         (nearest ? "; did you mean " + Quoted(*nearest) + "?" : std::string());
+         (nearest ? "; write " + Quoted(*nearest) : "; --list-codes lists all codes");
 }
-
-}  // namespace
 
 std::optional<std::filesystem::path> FindLintConfig(const std::filesystem::path& dataFile) {
   std::error_code error;
@@ -54,7 +54,7 @@ SeverityOverrides ParseLintConfig(std::string_view json, std::string_view source
   if (!severities) return overrides;
   for (const auto& [name, word] : severities->Texts()) {
     const std::optional<LintCode> code = FindLintCode(name);
-    if (!code) severities->Fail(UnknownCode(name));
+    if (!code) severities->Fail(UnknownCodeMessage(name));
     const std::optional<Severity> severity = FindSeverity(word);
     if (!severity) severities->Member(name).FailExpecting(kSeverities);
     overrides[*code] = *severity;
@@ -66,7 +66,7 @@ std::string AddSeverity(std::string_view argument, SeverityOverrides& overrides)
   const std::size_t equals = argument.find('=');
   const std::string_view name = argument.substr(0, equals);
   const std::optional<LintCode> code = FindLintCode(name);
-  if (!code) return UnknownCode(name);
+  if (!code) return UnknownCodeMessage(name);
   const std::optional<Severity> severity =
       equals == argument.npos ? std::nullopt : FindSeverity(argument.substr(equals + 1));
   if (!severity) {

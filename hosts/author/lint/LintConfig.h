@@ -27,6 +27,9 @@ SeverityOverrides ReadLintConfig(const std::filesystem::path& file);
 /// Parses a configuration. Error messages begin with `sourceName`.
 SeverityOverrides ParseLintConfig(std::string_view json, std::string_view sourceName);
 
+/// Returns the error message for `name`, which is no code. Names the most similar code.
+std::string UnknownCodeMessage(std::string_view name);
+
 /// Adds the severity of a command-line argument such as "unreviewed-left=error" to `overrides`.
 /// Returns an error message, which is empty on success.
 std::string AddSeverity(std::string_view argument, SeverityOverrides& overrides);

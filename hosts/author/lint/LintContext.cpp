@@ -48,8 +48,9 @@ std::string Counted(std::size_t number, std::string_view noun) {
   return std::to_string(number) + " " + std::string(noun) + "s";
 }
 
-Finding& LintContext::Add(LintCode code, std::string message, std::string_view content) {
-  if (++counts_[code] > kMaximumFindings) {
+Finding& LintContext::Add(LintCode code, std::string message, std::string_view content,
+                          bool isInScope) {
+  if (!isInScope || ++counts_[code] > kMaximumFindings) {
     KeepOmittedEdits();
     ++omitted_[code].count;
     omittedFinding_.code = code;
@@ -78,7 +79,9 @@ std::map<LintCode, OmittedFindings> LintContext::TakeOmitted() {
 
 Finding& LintContext::Report(LintCode code, const LintRow& row, std::size_t begin, std::size_t end,
                              std::string message) {
-  Finding& finding = Add(code, std::move(message), row.data.text);
+  const bool isInScope =
+      scope_ == LintScope::kFile || row.data.lineNumber == file_.Rows().back().data.lineNumber;
+  Finding& finding = Add(code, std::move(message), row.data.text, isInScope);
   finding.place = file_.PlaceOf(row, begin, end);
   return finding;
 }

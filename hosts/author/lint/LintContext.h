@@ -25,12 +25,18 @@ struct LintHost {
   common::HostDescription description;
 };
 
-/// The maximum number of listed findings of one code in a file. A message states how many more
+/// The maximum number of findings of one code in a file. A message states how many more
 /// there are.
 inline constexpr std::size_t kMaximumFindings = 1000;
 
-/// The findings of one code in a file after the first `kMaximumFindings`. They are not listed, but
-/// `--fix` makes their edits.
+/// The findings on rows that are listed. Findings on the whole file are always listed.
+enum class LintScope {
+  kFile,     ///< on all rows
+  kLastRow,  ///< on the last row, even if many earlier rows have the same mistake
+};
+
+/// The findings of a code that are not listed: those after the first `kMaximumFindings` ones of a
+/// file, and those outside of the scope. `--fix` makes their edits.
 struct OmittedFindings {
   std::size_t count = 0;
   std::vector<Edit> edits;
@@ -48,7 +54,8 @@ std::string Counted(std::size_t number, std::string_view noun);
 class LintContext {
  public:
   /// `host` is null if no host is known. `file` and `host` must outlive the context.
-  LintContext(LintedFile& file, const LintHost* host) : file_(file), host_(host) {}
+  LintContext(LintedFile& file, const LintHost* host, LintScope scope = LintScope::kFile)
+      : file_(file), host_(host), scope_(scope) {}
 
   LintedFile& File() { return file_; }
   const LintHost* Host() const { return host_; }
@@ -100,11 +107,12 @@ class LintContext {
   std::map<LintCode, OmittedFindings> TakeOmitted();
 
  private:
-  Finding& Add(LintCode code, std::string message, std::string_view content);
+  Finding& Add(LintCode code, std::string message, std::string_view content, bool isInScope = true);
   void KeepOmittedEdits();
 
   LintedFile& file_;
   const LintHost* host_;
+  LintScope scope_;
   std::vector<Finding> findings_;
   std::map<LintCode, std::size_t> counts_;
   std::map<LintCode, OmittedFindings> omitted_;

@@ -1,21 +1,13 @@
 #include "hosts/author/lint/LintFix.h"
 
 #include <algorithm>
-#include <memory>
 #include <optional>
-#include <stdexcept>
-#include <system_error>
 #include <utility>
 #include <vector>
-
-#include <fcntl.h>
 
 #include <orncore/string/SafeText.h>
 #include <ornwhatsnew/ChangePlacement.h>
 #include <ornwhatsnew/FeatureListData.h>
-
-#include "hosts/common/FileReplacement.h"
-#include "hosts/common/PrivateFolder.h"
 
 namespace hosts::author {
 namespace {
@@ -200,26 +192,6 @@ FixedFile FixDataFile(const std::string& name, std::string_view text, const Lint
   const std::string shown = orncore::string::EscapeInvisible(name);
   fixed.diff.insert(0, "--- a/" + shown + "\n+++ b/" + shown + "\n");
   return fixed;
-}
-
-void ReplaceDataFile(const std::filesystem::path& file, std::string_view text) {
-  const std::filesystem::path resolved = common::ResolveLinks(std::filesystem::absolute(file));
-  const std::string name = resolved.filename().native();
-  const common::PrivateFolder folder(resolved.parent_path());
-  const common::FileDescriptor old = folder.Open(name, O_RDONLY);
-  // `FileReplacement` would delete an existing file with the temporary name. In a folder of the
-  // user, this file may belong to the user.
-  const std::filesystem::path temporary = folder.PathOf(name + ".tmp");
-  if (std::filesystem::exists(std::filesystem::symlink_status(temporary))) {
-    throw std::runtime_error("cannot write '" + file.native() + "': '" + temporary.native() +
-                             "' exists; move or delete it");
-  }
-  const common::FileReplacement replacement(folder, name);
-  replacement.CopyModeAndOwner(old);
-  replacement.Write(text);
-  if (!replacement.Commit()) {
-    throw std::runtime_error("another program has replaced '" + file.native() + "'");
-  }
 }
 
 }  // namespace hosts::author

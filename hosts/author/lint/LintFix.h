@@ -3,7 +3,6 @@
 #define HOSTS_AUTHOR_LINT_LINTFIX_H_
 
 #include <cstddef>
-#include <filesystem>
 #include <string>
 #include <string_view>
 
@@ -35,10 +34,6 @@ struct FixedFile {
 /// is not in an internal section.
 FixedFile FixDataFile(const std::string& name, std::string_view text, const LintReport& report,
                       FixScope scope, const LintHost* host);
-
-/// Replaces the content of an existing file as a whole. Throws `std::system_error` or
-/// `std::runtime_error` on failure, and the file is then unchanged.
-void ReplaceDataFile(const std::filesystem::path& file, std::string_view text);
 
 }  // namespace hosts::author
 

@@ -7,6 +7,7 @@
 #include <ornwhatsnew/Version.h>
 #include <nlohmann/json.hpp>
 
+#include "hosts/common/MessageText.h"
 #include "hosts/common/PanelJson.h"
 
 namespace hosts::author {
@@ -61,7 +62,6 @@ json FindingJson(const Finding& finding) {
 /// letters, digits and the characters in `kUnescaped`.
 std::string URI(std::string_view path) {
   constexpr std::string_view kUnescaped = "-._~/";
-  constexpr std::string_view kDigits = "0123456789ABCDEF";
   std::string uri = path.starts_with('/') ? "file://" : "";
   for (const char c : path) {
     const auto byte = static_cast<unsigned char>(c);
@@ -69,7 +69,7 @@ std::string URI(std::string_view path) {
     if (isAlphanumeric || kUnescaped.find(c) != kUnescaped.npos) {
       uri += c;
     } else {
-      uri += {'%', kDigits[byte / 16], kDigits[byte % 16]};
+      uri += "%" + common::HexDigits(c);
     }
   }
   return uri;

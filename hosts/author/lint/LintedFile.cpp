@@ -7,6 +7,8 @@
 #include <orncore/string/Conversion.h>
 #include <ornwhatsnew/ChangePlacement.h>
 
+#include "hosts/common/TextFile.h"
+
 namespace hosts::author {
 namespace {
 
@@ -14,8 +16,6 @@ using ornwhatsnew::DataColumn;
 using ornwhatsnew::DataRow;
 using ornwhatsnew::DataRowKind;
 using ornwhatsnew::DataRowSkipReason;
-
-constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 
 std::size_t CountCodePoints(std::string_view text) {
   const std::u16string units = orncore::string::UTF8to16(text);
@@ -88,7 +88,7 @@ Place LintedFile::PlaceOf(const LintRow& row, std::size_t begin, std::size_t end
   begin = std::min(begin, text.size());
   end = std::clamp(end, begin, text.size());
   const std::size_t mark =
-      OffsetOf(row) == 0 && text.starts_with(kByteOrderMark) ? kByteOrderMark.size() : 0;
+      OffsetOf(row) == 0 ? text.size() - common::WithoutByteOrderMark(text).size() : 0;
   begin = std::max(begin, mark);
   end = std::max(end, mark);
   const std::size_t column = 1 + CountCodePoints(text.substr(mark, begin - mark));

@@ -27,6 +27,22 @@ void CheckKeySpace(LintContext& context, const LintRow& row) {
   }
 }
 
+/// Returns whether `text` begins with two dollar signs, or with more than three, and a slash.
+bool HasMisspeltKeyPrefix(std::string_view text) {
+  const std::size_t dollars = text.find_first_not_of('$');
+  return dollars != text.npos && text[dollars] == '/' && (dollars == 2 || dollars > 3);
+}
+
+void CheckKeyPrefix(LintContext& context, const LintRow& row) {
+  for (const DataColumn column : kLocalisedColumns) {
+    const std::string_view text = row.Value(column);
+    if (text.find('$') == text.npos || !HasMisspeltKeyPrefix(TrimSpaces(text))) continue;
+    context.ReportField(LintCode::kKeyPrefix, row, column,
+                        "the key does not begin with '$$$/', so users see the key; write three "
+                        "dollar signs");
+  }
+}
+
 void CheckKeyDefault(LintContext& context, const LintRow& row) {
   for (const DataColumn column : kLocalisedColumns) {
     const std::string_view text = row.Value(column);
@@ -91,7 +107,7 @@ void CheckMarkup(LintContext& context, const LintRow& row) {
   }
 }
 
-constexpr ChangeRule kRules[] = {CheckKeySpace, CheckKeyDefault, CheckMarkup};
+constexpr ChangeRule kRules[] = {CheckKeySpace, CheckKeyPrefix, CheckKeyDefault, CheckMarkup};
 
 }  // namespace
 

@@ -63,6 +63,12 @@ bool IsURL(std::string_view text) {
   return text.starts_with("https://") || text.starts_with("http://");
 }
 
+/// Returns whether `text` is the hash or the number of a commit.
+bool IsCommit(std::string_view text) {
+  constexpr std::size_t kShortestCommit = 6;
+  return text.size() >= kShortestCommit && text.find_first_not_of("0123456789abcdef") == text.npos;
+}
+
 bool IsPlatform(std::string_view text) {
   ornwhatsnew::FeatureListDetail::Fields fields{};
   fields[ColumnIndex(DataColumn::kPlatform)] = text;
@@ -182,15 +188,67 @@ std::optional<std::size_t> FindShiftedField(const Shape& shape) {
 /// Returns whether the text is probably after its column: the field in its column is empty or looks
 /// like a commit ID.
 bool IsTextShifted(const Shape& shape) {
-  constexpr std::size_t kShortestCommit = 6;
   const std::string_view field = shape.Field(ColumnIndex(DataColumn::kDescription));
-  const bool isHexadecimal = field.find_first_not_of("0123456789abcdef") == field.npos;
-  return field.empty() || (field.size() >= kShortestCommit && isHexadecimal);
+  return field.empty() || IsCommit(field);
+}
+
+/// Returns whether `text` can be a field of `column`.
+bool CanBeIn(DataColumn column, std::string_view text) {
+  if (text.empty()) return true;
+  switch (column) {
+    case DataColumn::kSalience:
+      return IsSalience(text);
+    case DataColumn::kFirstVersion:
+      return text.find_first_not_of("0123456789.") == text.npos;
+    case DataColumn::kPlatform:
+      return IsPlatform(text);
+    case DataColumn::kURL:
+      return IsURL(text);
+    case DataColumn::kSHA:
+      return IsCommit(text);
+    default:
+      return true;
+  }
+}
+
+/// Returns whether each field can be in its column if the commas that are too many are a part of
+/// the field in `column`, but the text after the first of these commas cannot be in the next
+/// column.
+bool IsSplitAt(const Shape& shape, DataColumn column) {
+  const std::size_t index = ColumnIndex(column);
+  const std::size_t excess = shape.Count() - kDataColumnCount;
+  for (std::size_t i = index; i <= index + excess; ++i) {
+    if (shape.Field(i).empty()) return false;
+  }
+  const std::size_t next = index + 1;
+  if (next < kDataColumnCount && CanBeIn(static_cast<DataColumn>(next), shape.Field(next))) {
+    return false;
+  }
+  for (std::size_t i = 0; i < kDataColumnCount; ++i) {
+    const std::string_view field = shape.Field(i > index ? i + excess : i);
+    if (i != index && !CanBeIn(static_cast<DataColumn>(i), field)) return false;
+  }
+  return true;
+}
+
+/// Reports an unquoted comma in a column that can contain one. Returns whether there is one.
+bool CheckUnquotedComma(LintContext& context, const Shape& shape) {
+  if (IsSplitAt(shape, DataColumn::kDescription)) return false;
+  for (const DataColumn column : {DataColumn::kRatingRequest, DataColumn::kURL}) {
+    if (!IsSplitAt(shape, column)) continue;
+    const std::size_t comma = shape.fields[ColumnIndex(column) + 1].begin - 1;
+    context.Report(LintCode::kUnquotedComma, shape.row, comma, comma + 1,
+                   LostRow(shape) + "put double quotes around the field in " +
+                       context.Column(column) + " because it contains a comma");
+    return true;
+  }
+  return false;
 }
 
 void ReportTooManyFields(LintContext& context, const Shape& shape) {
-  if (CheckTrailingCommas(context, shape) || CheckDecimalComma(context, shape) ||
-      CheckWrongQuotes(context, shape) || CheckIssueList(context, shape)) {
+  if (CheckDecimalComma(context, shape) || CheckWrongQuotes(context, shape) ||
+      CheckIssueList(context, shape) || CheckUnquotedComma(context, shape) ||
+      CheckTrailingCommas(context, shape)) {
     return;
   }
   std::optional<std::size_t> shifted = FindShiftedField(shape);

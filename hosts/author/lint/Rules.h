@@ -3,6 +3,7 @@
 #define HOSTS_AUTHOR_LINT_RULES_H_
 
 #include <span>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -52,6 +53,10 @@ std::size_t VersionPrefixLength(std::string_view text);
 /// Reports the version in `column` if it is a date. Spreadsheet programs convert some versions to
 /// dates.
 void CheckVersionDate(LintContext& context, const LintRow& row, ornwhatsnew::DataColumn column);
+
+/// Returns `text` with points instead of commas if it is a version with a comma, such as "4,3".
+/// Returns an empty string for any other text.
+std::string VersionWithPoints(std::string_view text);
 
 /// Returns the parts of `version` between its points. An empty version has one empty part.
 std::vector<std::string_view> VersionComponents(std::string_view version);

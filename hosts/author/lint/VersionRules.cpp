@@ -35,6 +35,36 @@ void CheckPrefix(LintContext& context, const LintRow& row) {
   }
 }
 
+void CheckComma(LintContext& context, const LintRow& row) {
+  for (const DataColumn column : {DataColumn::kVersion, DataColumn::kFirstVersion}) {
+    const std::string_view text = row.Value(column);
+    const std::string version = VersionWithPoints(text);
+    if (version.empty()) continue;
+    context.ReportField(
+        LintCode::kDecimalComma, row, column,
+        "users see " + Quoted("v" + std::string(text)) + " with a comma; write " + Quoted(version));
+  }
+}
+
+/// Returns whether `text` consists of numbers and placeholders, and begins with a number, as in
+/// "4.x".
+bool HasPlaceholder(std::string_view text) {
+  if (text.find_first_of("xX*") == text.npos || !IsDigit(text.front())) return false;
+  return std::ranges::all_of(VersionComponents(text), [](std::string_view part) {
+    return CaseInsensitiveEqual(part, "x") || part == "*" || std::ranges::all_of(part, IsDigit);
+  });
+}
+
+void CheckPlaceholder(LintContext& context, const LintRow& row) {
+  // In a row with an earliest version, the placeholder is a component that is no number.
+  if (!row.Value(DataColumn::kFirstVersion).empty()) return;
+  const std::string_view text = row.Value(DataColumn::kVersion);
+  if (!HasPlaceholder(text)) return;
+  context.ReportField(LintCode::kVersionPlaceholder, row, DataColumn::kVersion,
+                      "users see " + Quoted("v" + std::string(text)) +
+                          "; write the version that contains the change");
+}
+
 // ---- dates
 
 constexpr auto kMonths = std::to_array<std::string_view>(
@@ -149,7 +179,8 @@ void CheckMissingVersion(LintContext& context, const LintRow& row) {
                           context.Column(DataColumn::kVersion));
 }
 
-constexpr ChangeRule kRules[] = {CheckPrefix, CheckDate, CheckBounds, CheckMissingVersion};
+constexpr ChangeRule kRules[] = {CheckPrefix, CheckComma,  CheckPlaceholder,
+                                 CheckDate,   CheckBounds, CheckMissingVersion};
 
 }  // namespace
 
@@ -174,6 +205,16 @@ void CheckVersionDate(LintContext& context, const LintRow& row, DataColumn colum
   context.ReportField(LintCode::kVersionDate, row, column,
                       "users see the date " + Quoted(text) +
                           " as the version; write the version, and format the column as text");
+}
+
+std::string VersionWithPoints(std::string_view text) {
+  if (text.find(',') == text.npos) return "";
+  std::string version(TrimSpaces(text));
+  if (version.find_first_not_of("0123456789,.") != version.npos) return "";
+  std::ranges::replace(version, ',', '.');
+  const auto components = VersionComponents(version);
+  const bool hasEmptyComponent = std::ranges::any_of(components, &std::string_view::empty);
+  return hasEmptyComponent ? "" : version;
 }
 
 std::vector<std::string_view> VersionComponents(std::string_view version) {

@@ -1,10 +1,12 @@
 #include "hosts/author/FileRewrite.h"
 
+#include <csignal>
 #include <filesystem>
 #include <stdexcept>
 #include <string>
 #include <string_view>
 #include <system_error>
+#include <thread>
 
 #include <gtest/gtest.h>
 #include <sys/stat.h>
@@ -66,11 +68,21 @@ TEST_F(FileRewrite, RefusesWhatItMustNotReplace) {
   EXPECT_FALSE(fs::exists(folder_.Path() / "missing"));
 }
 
-TEST_F(FileRewrite, KeepsAFileWithTheNameOfTheTemporaryFile) {
-  folder_.Write("data.csv.tmp", "belongs to the user");
-  EXPECT_THROW(WriteWholeFile(File(), "new"), std::system_error);
-  EXPECT_EQ("belongs to the user", common::ReadTextFile(folder_.Path() / "data.csv.tmp"));
-  EXPECT_FALSE(fs::exists(File()));
+using FileRewriteDeathTest = FileRewrite;
+
+// The program is killed after it has created its temporary file.
+TEST_F(FileRewriteDeathTest, IgnoresTheTemporaryFileOfAKilledProgram) {
+  folder_.Write("data.csv", "old");
+  const auto kill = [](std::string_view bytes) {
+    std::raise(SIGKILL);
+    return std::string(bytes);
+  };
+  EXPECT_EXIT(ChangeWholeFile(File(), kill), testing::KilledBySignal(SIGKILL), "");
+  EXPECT_EQ(2U, CountFiles());
+  WriteWholeFile(File(), "new");
+  ReplaceWholeFile(File(), "new", "newer");
+  EXPECT_EQ("newer", common::ReadTextFile(File()));
+  EXPECT_EQ(2U, CountFiles());
 }
 
 TEST_F(FileRewrite, ChangesAFile) {
@@ -94,15 +106,26 @@ TEST_F(FileRewrite, CreatesNoFileToChange) {
   EXPECT_EQ(0U, CountFiles());
 }
 
-TEST_F(FileRewrite, WritesNoFileWhileAnotherProgramChangesIt) {
+// Without a lock, a change would find that the file has been replaced.
+TEST_F(FileRewrite, WritersWaitForEachOther) {
+  constexpr int kWrites = 15;
   folder_.Write("data.csv", "old");
-  const auto change = [this](std::string_view) {
-    EXPECT_THROW(WriteWholeFile(File(), "theirs"), std::system_error);
-    return std::string("ours");
-  };
-  ChangeWholeFile(File(), change);
-  EXPECT_EQ("ours", common::ReadTextFile(File()));
+  std::thread writer([this] {
+    for (int i = 0; i < kWrites; ++i) EXPECT_NO_THROW(WriteWholeFile(File(), "theirs"));
+  });
+  const auto change = [](std::string_view bytes) { return std::string(bytes); };
+  for (int i = 0; i < kWrites; ++i) EXPECT_NO_THROW(ChangeWholeFile(File(), change));
+  writer.join();
+  EXPECT_EQ("theirs", common::ReadTextFile(File()));
   EXPECT_EQ(1U, CountFiles());
+}
+
+TEST_F(FileRewrite, ReplacesOnlyTheExpectedContent) {
+  folder_.Write("data.csv", "theirs");
+  EXPECT_THROW(ReplaceWholeFile(File(), "old", "new"), std::system_error);
+  EXPECT_EQ("theirs", common::ReadTextFile(File()));
+  ReplaceWholeFile(File(), "theirs", "new");
+  EXPECT_EQ("new", common::ReadTextFile(File()));
 }
 
 TEST_F(FileRewrite, DoesNotOverwriteAFileThatAnotherProgramReplaces) {

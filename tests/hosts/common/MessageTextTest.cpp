@@ -22,5 +22,11 @@ TEST(MessageText, ALongTextWithoutCharacterStartsLosesAtMostThreeMoreBytesAtEach
   EXPECT_EQ(kept + " ... " + kept, WithoutMiddle(std::string(300, '\x80')));
 }
 
+TEST(MessageText, HexDigitsAreTwoUpperCaseDigits) {
+  EXPECT_EQ("00", HexDigits('\0'));
+  EXPECT_EQ("0A", HexDigits('\n'));
+  EXPECT_EQ("FE", HexDigits('\xFE'));
+}
+
 }  // namespace
 }  // namespace hosts::common

@@ -42,6 +42,13 @@ TEST(TextFile, RejectsAFileAboveTheLimit) {
   }
 }
 
+TEST(TextFile, RemovesOneByteOrderMarkAtTheStart) {
+  EXPECT_EQ(WithoutByteOrderMark("\xEF\xBB\xBFtext"), "text");
+  EXPECT_EQ(WithoutByteOrderMark("\xEF\xBB\xBF\xEF\xBB\xBF"), kByteOrderMark);
+  EXPECT_EQ(WithoutByteOrderMark("text\xEF\xBB\xBF"), "text\xEF\xBB\xBF");
+  EXPECT_EQ(WithoutByteOrderMark("\xEF\xBB"), "\xEF\xBB");
+}
+
 struct MessageCase {
   int result;
   const char* message;

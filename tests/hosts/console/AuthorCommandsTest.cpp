@@ -10,8 +10,9 @@
 #include <gtest/gtest.h>
 
 #include "hosts/author/DataFileWriter.h"
+#include "hosts/author/lint/LintContext.h"
 #include "hosts/common/TextFile.h"
-#include "hosts/console/ToolError.h"
+#include "hosts/common/ToolError.h"
 #include "tests/hosts/console/ProgramFixture.h"
 
 namespace hosts::console {
@@ -22,8 +23,8 @@ using ::testing::ContainsRegex;
 using ::testing::EndsWith;
 using ::testing::HasSubstr;
 
-constexpr int kInput = static_cast<int>(ExitStatus::kInput);
-constexpr int kOutput = static_cast<int>(ExitStatus::kOutput);
+constexpr int kInput = static_cast<int>(common::ExitStatus::kInput);
+constexpr int kOutput = static_cast<int>(common::ExitStatus::kOutput);
 
 class AuthorCommands : public ProgramTest {
  protected:
@@ -117,6 +118,16 @@ TEST_F(AuthorCommands, AddPrintsTheWarningsOnTheNewRowOnly) {
   result = Run(call);
   EXPECT_EQ(kInput, result.exitStatus);
   EXPECT_THAT(result.errors, HasSubstr("whats new.csv: error: "));
+}
+
+TEST_F(AuthorCommands, AddReportsItsOwnMistakeEvenIfManyRowsHaveIt) {
+  std::string rows = "25.1,Changes-Since\n";
+  for (std::size_t i = 0; i <= author::kMaximumFindings; ++i) rows += "25.1,misc,,,,,,,,old\n";
+  WriteData(rows);
+  const auto result =
+      Run({"add", "{data}", "--grouping-id", "misc", "--app-version", "25.1", "--message", "new"});
+  EXPECT_EQ(kInput, result.exitStatus);
+  EXPECT_THAT(result.errors, HasSubstr("found one error in the new row; nothing was written\n"));
 }
 
 TEST_F(AuthorCommands, AddRefusesAFileThatLintCannotJudge) {

@@ -173,6 +173,17 @@ TEST_F(LintCommandTest, ExplainsACode) {
               StartsWith("open-quote (error): an open quote hides commas\n\n"));
 }
 
+TEST_F(LintCommandTest, UnknownCodeIsReportedWithTheNearestCode) {
+  constexpr const char* kUsage = ". Run 'ornwhatsnew lint --help' for usage.\n";
+  EXPECT_EQ(Run({"lint", "--explain", "open-qoute"}).errors,
+            std::string("ornwhatsnew: --explain: unknown code 'open-qoute'; write 'open-quote'") +
+                kUsage);
+  EXPECT_EQ(Run({"lint", "{data}", "--severity", "12345=off"}).errors,
+            std::string("ornwhatsnew: --severity: unknown code '12345'; --list-codes lists all "
+                        "codes") +
+                kUsage);
+}
+
 TEST_F(LintCommandTest, ListsAllCodes) {
   EXPECT_THAT(OutputOf({"lint", "--list-codes"}),
               AllOf(HasSubstr("file-separator"), HasSubstr("baseline-rated-again")));

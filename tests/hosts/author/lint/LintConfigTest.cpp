@@ -32,7 +32,7 @@ TEST(LintConfig, ReadsSeverities) {
 
 TEST(LintConfig, RejectsAnUnknownCodeAndNamesTheNearest) {
   EXPECT_THAT(ProblemOf(R"({"severity": {"unreviewed-lef": "error"}})"),
-              HasSubstr("did you mean 'unreviewed-left'?"));
+              HasSubstr("unknown code 'unreviewed-lef'; write 'unreviewed-left'"));
 }
 
 TEST(LintConfig, RejectsAnUnknownSeverity) {

@@ -1,13 +1,11 @@
 #include "hosts/author/lint/LintFix.h"
 
-#include <filesystem>
-#include <fstream>
+#include <string>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include "tests/hosts/author/lint/LintTestFiles.h"
-#include "tests/support/TemporaryFolder.h"
 
 namespace hosts::author {
 namespace {
@@ -98,31 +96,6 @@ TEST(LintFix, CleanFileHasNoDiff) {
   const std::string text = kHeaderRows + "4.3,MISC,,,,,,,,Text\n";
   EXPECT_EQ(Fix(text).diff, "");
   EXPECT_EQ(Fix(text).text, text);
-}
-
-std::string Content(const std::filesystem::path& file) {
-  return common::ReadTextFile(file);
-}
-
-TEST(ReplaceDataFile, ReplacesTheContentAndKeepsTheMode) {
-  const test_support::TemporaryFolder folder;
-  const std::filesystem::path file = folder.Path() / "data.csv";
-  std::ofstream(file) << "old";
-  std::filesystem::permissions(file, std::filesystem::perms(0640));
-  ReplaceDataFile(file, "new");
-  EXPECT_EQ(Content(file), "new");
-  EXPECT_EQ(std::filesystem::status(file).permissions(), std::filesystem::perms(0640));
-  EXPECT_FALSE(std::filesystem::exists(folder.Path() / "data.csv.tmp"));
-}
-
-TEST(ReplaceDataFile, DoesNotDeleteAFileOfTheUser) {
-  const test_support::TemporaryFolder folder;
-  const std::filesystem::path file = folder.Path() / "data.csv";
-  std::ofstream(file) << "old";
-  std::ofstream(folder.Path() / "data.csv.tmp") << "mine";
-  EXPECT_THROW(ReplaceDataFile(file, "new"), std::runtime_error);
-  EXPECT_EQ(Content(file), "old");
-  EXPECT_EQ(Content(folder.Path() / "data.csv.tmp"), "mine");
 }
 
 }  // namespace

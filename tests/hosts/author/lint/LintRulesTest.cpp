@@ -1,6 +1,7 @@
 // Tests whether the first row is a header. Each test needs a separate file, because a file has only
 // one first row.
 #include <string>
+#include <utility>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -27,6 +28,17 @@ TEST(LintRules, TranslatedHeaderIsAHeader) {
   const std::string header = "Version,Gruppe,Vorgang,Rang,Frage,Ab,System,Verweis,Commit,Text\n";
   EXPECT_THAT(CodesOf(LintText(header + "4.3,MISC,,,,,,,,Text\n")),
               Not(Contains("header-missing")));
+}
+
+TEST(LintRules, NamesTheSeparatorOfAFileWithoutCommas) {
+  for (const auto& [separator, name] :
+       {std::pair(';', "semicolons"), std::pair('\t', "tabs"), std::pair('|', "vertical bars")}) {
+    std::string text = kHeaderRows + "4.3,MISC,,,,,,,,Text\n";
+    std::ranges::replace(text, ',', separator);
+    const LintReport report = LintText(text);
+    ASSERT_THAT(CodesOf(report), testing::ElementsAre("file-separator")) << name;
+    EXPECT_THAT(report.findings.front().message, testing::HasSubstr(name));
+  }
 }
 
 }  // namespace

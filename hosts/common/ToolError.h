@@ -1,13 +1,14 @@
-// Defines the exit status of the program, and the exception that ends the program.
-#ifndef HOSTS_CONSOLE_TOOLERROR_H_
-#define HOSTS_CONSOLE_TOOLERROR_H_
+// Defines the exit status of the programs, and the exception that ends a program.
+#ifndef HOSTS_COMMON_TOOLERROR_H_
+#define HOSTS_COMMON_TOOLERROR_H_
 
 #include <stdexcept>
 #include <string>
+#include <string_view>
 
-namespace hosts::console {
+namespace hosts::common {
 
-/// The program's exit status. Scripts depend on the numbers, which `--help` lists.
+/// The exit status of a program. Scripts depend on the numbers, which `--help` lists.
 enum class ExitStatus : int {
   kDone = 0,
   kUnexpected = 1,        ///< unexpected error, for example insufficient memory
@@ -24,9 +25,8 @@ enum class ExitStatus : int {
   kNewAndToRate = 12,     ///< `status --exit-status`: something is new and something can be rated
 };
 
-/// Thrown to end the program with an exit status and an error message. The message is one line:
-/// what failed, on which file or argument, and why. If the message is empty, the program prints
-/// nothing.
+/// Thrown to end a program with an exit status and an error message. The message is one line: what
+/// failed, on which file or argument, and why. If the message is empty, the program prints nothing.
 class ToolError : public std::runtime_error {
  public:
   ToolError(ExitStatus status, const std::string& message)
@@ -38,6 +38,13 @@ class ToolError : public std::runtime_error {
   ExitStatus status_;
 };
 
-}  // namespace hosts::console
+/// Calls `run` with the command line of a program and returns its exit status. If `run` throws,
+/// calls `report` with the error message, unless that is empty, and returns the exit status for the
+/// exception.
+int RunReportingErrors(int argc, const char* const* argv,
+                       ExitStatus (*run)(int argc, const char* const* argv),
+                       void (*report)(std::string_view message)) noexcept;
 
-#endif  // HOSTS_CONSOLE_TOOLERROR_H_
+}  // namespace hosts::common
+
+#endif  // HOSTS_COMMON_TOOLERROR_H_

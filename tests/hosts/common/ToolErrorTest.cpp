@@ -1,0 +1,66 @@
+#include "hosts/common/ToolError.h"
+
+#include <new>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+
+#include <gtest/gtest.h>
+
+#include "hosts/common/JsonDocument.h"
+#include "hosts/common/StateStore.h"
+
+namespace hosts::common {
+namespace {
+
+std::string reported;
+
+void Record(std::string_view message) {
+  reported += std::string(message) + "\n";
+}
+
+/// Returns the exit status of a program that throws `exception`. Sets `reported`.
+template <class Exception>
+ExitStatus StatusAfter(const Exception& exception) {
+  static const Exception* thrown;
+  thrown = &exception;
+  reported.clear();
+  const auto run = [](int, const char* const*) -> ExitStatus { throw Exception(*thrown); };
+  return static_cast<ExitStatus>(RunReportingErrors(0, nullptr, run, &Record));
+}
+
+TEST(RunReportingErrors, ReturnsTheStatusOfTheProgram) {
+  const auto run = [](int argc, const char* const*) {
+    return argc == 3 ? ExitStatus::kSomethingNew : ExitStatus::kDone;
+  };
+  EXPECT_EQ(RunReportingErrors(3, nullptr, run, &Record), 10);
+}
+
+TEST(RunReportingErrors, EachExceptionHasItsStatus) {
+  EXPECT_EQ(StatusAfter(ToolError(ExitStatus::kOutput, "no space")), ExitStatus::kOutput);
+  EXPECT_EQ(reported, "no space\n");
+  EXPECT_EQ(StatusAfter(StateStoreError("damaged")), ExitStatus::kState);
+  EXPECT_EQ(reported, "damaged\n");
+  EXPECT_EQ(StatusAfter(JsonError("no object")), ExitStatus::kInput);
+  EXPECT_EQ(reported, "no object\n");
+  EXPECT_EQ(StatusAfter(std::runtime_error("odd")), ExitStatus::kUnexpected);
+  EXPECT_EQ(reported, "unexpected error: odd\n");
+  EXPECT_EQ(StatusAfter(0), ExitStatus::kUnexpected);
+  EXPECT_EQ(reported, "");
+}
+
+TEST(RunReportingErrors, EmptyMessageIsNotReported) {
+  EXPECT_EQ(StatusAfter(ToolError(ExitStatus::kOutput, "")), ExitStatus::kOutput);
+  EXPECT_EQ(reported, "");
+}
+
+TEST(RunReportingErrors, FailureOfTheReportIsUnexpected) {
+  const auto run = [](int, const char* const*) -> ExitStatus {
+    throw ToolError(ExitStatus::kInput, "no file");
+  };
+  const auto fail = [](std::string_view) { throw std::bad_alloc(); };
+  EXPECT_EQ(RunReportingErrors(0, nullptr, run, fail), static_cast<int>(ExitStatus::kUnexpected));
+}
+
+}  // namespace
+}  // namespace hosts::common
