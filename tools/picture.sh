@@ -32,18 +32,31 @@ picture_colors() {
     -e 's/filter: [^;]*;color:(dimgray|black|gray);/color:#7f8496;/g' -e 's/purple/#c792ea/g'
 }
 
+# take_screenshot PAGE PICTURE SIZE SCALE PROFILE: writes a picture of the top of the HTML file PAGE. SIZE
+# is WIDTH,HEIGHT. PROFILE is a folder for the settings of the browser.
+take_screenshot() {
+  say "Writing $picture_folder/$2"
+  chromium --headless --no-sandbox --disable-gpu --disable-quic --no-first-run \
+    --disable-background-networking --disable-component-update --disable-sync \
+    --user-data-dir="$5" --force-device-scale-factor="$4" --hide-scrollbars \
+    --window-size="$3" --screenshot="$picture_folder/$2" "file://$1" \
+    >"$(log_file picture)" 2>&1 || fail "cannot write the picture; see build/log/picture.log"
+}
+
 # Writes the picture of the panel in a terminal.
 write_terminal_picture() {
   local folder=$1 size
   picture_page build/release/bin/ornwhatsnew >"$folder/terminal.html"
   size=$((picture_columns * 1024 / 100 + 56)),$((picture_lines * 2244 / 100 + 44))
-  say "Writing $picture_folder/terminal.png"
-  chromium --headless --no-sandbox --disable-gpu --disable-quic --no-first-run \
-    --disable-background-networking --disable-component-update --disable-sync \
-    --user-data-dir="$folder/profile" --force-device-scale-factor=1.25 --hide-scrollbars \
-    --window-size="$size" --screenshot="$folder/terminal.png" "file://$folder/terminal.html" \
-    >"$(log_file picture)" 2>&1 || fail "cannot write the picture; see build/log/picture.log"
-  mv "$folder/terminal.png" "$picture_folder/terminal.png"
+  take_screenshot "$folder/terminal.html" terminal.png "$size" 1.25 "$folder/profile"
+}
+
+# Writes the picture of the page of `ornwhatsnew preview`.
+write_preview_picture() {
+  local folder=$1
+  build/release/bin/ornwhatsnew preview "$picture_data" --host "$picture_host" \
+    --seen examples/herbarium/earlier.csv -o "$folder/preview.html"
+  take_screenshot "$folder/preview.html" preview.png 1200,800 1 "$folder/profile"
 }
 
 # write_panel_picture FOLDER NAME COLORS SCALE [OPTION...]: writes the picture NAME.png of the window of
@@ -86,6 +99,7 @@ command_picture() {
   local folder
   folder=$(mktemp -d)
   write_terminal_picture "$folder"
+  write_preview_picture "$folder"
   write_panel_pictures "$folder"
   rm -rf "$folder"
 }
