@@ -13,6 +13,7 @@
 #include <gtest/gtest.h>
 #include <ornwhatsnew/FeatureListData.h>
 
+#include "hosts/author/lint/LintContext.h"
 #include "hosts/common/JsonDocument.h"
 #include "tests/support/RandomSource.h"
 #include "tests/support/RandomWorld.h"
@@ -37,15 +38,16 @@ constexpr std::string_view kHeader =
     "App Version,Grouping ID,Jira ID,Salience,Rating,First Version,Platform,URL,Commit,Message\n"
     "4.2,Changes-Since\n";
 
-// The lines are 3 to 9.
+// The lines are 3 to 10. A user who opened only version 4.3 does not see line 5.
 constexpr std::string_view kRows =
     "4.3,MAP-7,,,RequestRating,,,,,Zooms with the wheel\n"
-    "4.3,MAP-7,,,,,Win,,,Opens on Windows only\n"
-    "4.3.0.0,MAP-7,,,,4.1.0.0,,,,No longer stops\n"
+    "4.3,MAP-7,,,RequestRating,,Win,,,Opens on Windows only\n"
+    "4.3.0.0,MAP-7,,,RequestRating,4.1.0.0,,,,No longer stops\n"
     "4.3,INTERNAL,,,,,,,,Logs more\n"
     "4.3,MISC,,Headlines,,,,,,Starts faster\n"
     "4.3,MAP-7,,,How is it?,,,,,\n"
-    "4.3,MISC,not a change\n";
+    "4.3,MISC,not a change\n"
+    "4.2,MISC,,,,,,,,Was there before\n";
 
 PreviewInput MakeInput(std::string_view rows = kRows) {
   PreviewInput input;
@@ -146,7 +148,7 @@ void ExpectPanel(const std::string& html, const PanelLayout& layout) {
 
 TEST(PreviewPage, PanelsAreThoseOfTheLibrary) {
   PreviewInput input = MakeInput();
-  const std::string old = std::string(kHeader) + "4.2,MISC,,Headlines,,,,,,Starts faster\n";
+  const std::string old = std::string(kHeader) + "4.2,MISC,,,,,,,,Was there before\n";
   input.seen = PreviewFile{"old.csv", old};
   auto panels = PanelsOf(PreviewPage(input));
   EXPECT_EQ(panels.size(), 5U);
@@ -168,16 +170,29 @@ TEST(PreviewPage, PanelsAreThoseOfTheLibrary) {
 
 TEST(PreviewPage, UsersSeeDifferentChanges) {
   PreviewInput input = MakeInput();
-  input.seen = PreviewFile{"old.csv", std::string(kHeader) +
-                                          "4.2,MISC,,,,,,,,An old change\n"
-                                          "4.3,MAP-7,,,RequestRating,,,,,Zooms with the wheel\n"};
+  input.seen = PreviewFile{"old.csv", std::string(kHeader) + "4.2,MISC,,,,,,,,Was there before\n"};
   auto panels = PanelsOf(PreviewPage(input));
   for (const auto& [id, panel] : panels) EXPECT_THAT(panel, Not(HasSubstr("Windows only"))) << id;
   EXPECT_THAT(panels["outside"], AllOf(HasSubstr("Zooms with the wheel"),
                                        HasSubstr("No longer stops"), Not(HasSubstr("Logs more"))));
   EXPECT_THAT(panels["internal"], HasSubstr("Logs more"));
-  EXPECT_THAT(panels["first-start"], Not(HasSubstr("No longer stops")));
+  EXPECT_THAT(panels["first-start"],
+              AllOf(HasSubstr("Was there before"), Not(HasSubstr("No longer stops"))));
+  EXPECT_THAT(panels["seen"],
+              AllOf(HasSubstr("No longer stops"), Not(HasSubstr("Was there before"))));
   EXPECT_THAT(panels["rating"], AllOf(HasSubstr("Zooms"), Not(HasSubstr("Starts faster"))));
+}
+
+TEST(PreviewPage, SaysHowMuchAPanelShows) {
+  const std::string page = PreviewPage(MakeInput("4.3,MISC,,,,,,,,a\n4.3,MISC,,,,,,,,b\n"));
+  EXPECT_THAT(page, HasSubstr("<p class=\"preview-muted\">2 items, 2 changes</p>"));
+}
+
+TEST(PreviewPage, SaysWhatLintDoesNotList) {
+  std::string rows;
+  for (std::size_t i = 0; i <= kMaximumFindings; ++i) rows += "4.3,MISC,,Headlines,,,,,,a\n";
+  EXPECT_THAT(PreviewPage(MakeInput(rows)),
+              HasSubstr("one more finding with the code salience-unknown is not listed</p>"));
 }
 
 TEST(PreviewPage, PermissionOfTheHostDescriptionHasNoEffect) {
