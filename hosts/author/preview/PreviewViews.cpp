@@ -39,7 +39,7 @@ LinesByItem LinesOfChanges(const LintedFile& file) {
   return lines;
 }
 
-/// A user of the application: what the host tells about the user, and what the user has seen.
+/// A user of the application: the host of this user, and what the user has seen.
 struct User {
   common::HostDescription host;
   common::StateValues state = {};
@@ -190,7 +190,7 @@ class ViewMaker {
   void AddRating() {
     User user = outside_;
     LoadList(input_.data.text, user)->MarkAllSeen();
-    Add({"rating", "Ratings", "What an outside user can rate who has seen all changes."}, user,
+    Add({"rating", "Ratings", "What an outside user who has seen all changes can rate."}, user,
         kRelevant | ornwhatsnew::kRatingView);
   }
 

@@ -50,7 +50,7 @@ struct PreviewView {
 /// - The panels of a first start and of a user who saw the earlier data file show what is new, for
 ///   the platform and for the versions of the user. Without an earlier data file, there is no such
 ///   user.
-/// - The rating view shows what a user can rate who has seen the data file.
+/// - The rating view shows what a user who has seen the data file can rate.
 ///
 /// The user of the earlier data file opened it in its newest version. That is the greatest version
 /// of its changes that is not above the version of the host.
