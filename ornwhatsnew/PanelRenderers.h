@@ -19,6 +19,8 @@
 #define ORNWHATSNEW_PANELRENDERERS_H_
 
 #include <cstddef>
+#include <span>
+#include <string>
 #include <string_view>
 
 #include <orncore/Export.h>
@@ -29,6 +31,19 @@ namespace ornwhatsnew {
 
 /// The question that the renderers write for a rating request without a question.
 inline constexpr std::u16string_view kDefaultRatingQuestion = u"How do you like it?";
+
+/// Describes the page that contains the result of `RenderHTML`. The default is a page with one
+/// panel.
+struct HTMLOptions {
+  /// The start of the `id` of each item: UTF-8, not empty, without white space. If a page contains
+  /// several panels, use a different prefix for each of them.
+  std::string_view idPrefix = "ornwhatsnew-";
+  /// The level of the heading of the panel, from 1 to 5. The titles are one level below it.
+  int headingLevel = 2;
+  /// The `id` of each paragraph, by its index in `PanelLayout::paragraphs`. A paragraph without an
+  /// element of this index, or with an empty one, has no `id`. Refers to the caller's strings.
+  std::span<const std::string> paragraphIDs = {};
+};
 
 /// Returns the panel as an HTML fragment without scripts and style attributes: one element, which a
 /// page can contain in its body. Control characters and noncharacters become U+FFFD. Characters
@@ -57,16 +72,16 @@ inline constexpr std::u16string_view kDefaultRatingQuestion = u"How do you like 
 /// | `a`       | `ornwhatsnew-issue`       | an issue key                                   |
 /// | `a`       | `ornwhatsnew-commit`      | a commit ID                                    |
 ///
-/// If the panel has no header, titles are `h2`. The link of a title is an `a` without a class. A
-/// link that is not safe is a `span` with the class of its link.
+/// `HTMLOptions::headingLevel` changes the elements `h2` and `h3`. If the panel has no header, the
+/// titles have its level. The link of a title is an `a` without a class. A link that is not safe is
+/// a `span` with the class of its link.
 ///
-/// Each item has an `id`, which stays the same in all languages and versions: `idPrefix` and the
-/// key of the item. In the key, `_` and two hexadecimal digits replace each UTF-8 byte that is not
-/// an ASCII letter, a digit or a hyphen. If an item occurs twice, the `id` of the second one ends
-/// with `.2`. If a page contains several panels, pass a different `idPrefix` (UTF-8, not empty,
-/// without white space) for each of them.
+/// Each item has an `id`, which stays the same in all languages and versions: the prefix of
+/// `options` and the key of the item. In the key, `_` and two hexadecimal digits replace each UTF-8
+/// byte that is not an ASCII letter, a digit or a hyphen. If an item occurs twice, the `id` of the
+/// second one ends with `.2`.
 [[nodiscard]] ORN_EXPORT UTF8String RenderHTML(const PanelLayout& layout,
-                                               std::string_view idPrefix = "ornwhatsnew-");
+                                               const HTMLOptions& options = {});
 
 /// Returns a CSS style sheet for the fragment that `RenderHTML` returns. All its rules begin with
 /// the class `ornwhatsnew`. It supports light and dark colour schemes, narrow pages, both text

@@ -12,8 +12,8 @@
 # except tidy-changed. The tier for CI instead runs clang-tidy on the library, programs and examples.
 contributor_stages=(scripts format includes release tidy-changed)
 ci_stages=(scripts format includes docs release headers windows package sanitize thread tidy cppcheck)
-release_stages=("${ci_stages[@]}" static tidy-tests valgrind growth fuzz kills robustness mutation
-  coverage)
+release_stages=("${ci_stages[@]}" static tidy-tests valgrind growth fuzz kills robustness browser
+  mutation coverage)
 
 stage_title() {
   case $1 in
@@ -37,6 +37,7 @@ stage_title() {
     fuzz) echo "every fuzzer for 30 minutes" ;;
     kills) echo "10,000 killed writers lose no data" ;;
     robustness) echo "failing system calls, kills, damaged stores" ;;
+    browser) echo "Chromium: pages of the program" ;;
     mutation) echo "mutation testing for 30 minutes" ;;
     coverage) echo "coverage report" ;;
     *) return 1 ;;

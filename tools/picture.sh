@@ -61,6 +61,14 @@ write_terminal_pictures() {
     write_terminal_picture "$folder" lint 96 26
 }
 
+# Writes the picture of the page of `ornwhatsnew preview`.
+write_preview_picture() {
+  local folder=$1
+  build/release/bin/ornwhatsnew preview "$picture_data" --host "$picture_host" \
+    --seen examples/herbarium/earlier.csv -o "$folder/preview.html"
+  take_screenshot "$folder/preview.html" preview.png 1200,800 1 "$folder/profile"
+}
+
 # write_panel_picture FOLDER NAME COLORS SCALE [OPTION...]: writes the picture NAME.png of the window of
 # ornwhatsnew-panel. Uses settings and a state store in FOLDER.
 write_panel_picture() {
@@ -101,6 +109,7 @@ command_picture() {
   local folder
   folder=$(mktemp -d)
   write_terminal_pictures "$folder"
+  write_preview_picture "$folder"
   write_panel_pictures "$folder"
   rm -rf "$folder"
 }

@@ -87,5 +87,22 @@ write_settings_in_several_programs() {
 # The following functions are stages of ./dev check --release.
 stage_kills() { command_kills 10000; }
 stage_robustness() { command_robustness --seed 1 && write_settings_in_several_programs; }
+# Tests the pages of the program in headless Chromium, and writes screenshots to build/browser/pages.
+# Downloads axe-core, which finds accessibility problems, with npm.
+stage_browser() {
+  local folder=build/browser axe=axe-core@4.10.3
+  ensure_packages browser
+  # Other packages of Node.js than Debian's contain npm.
+  command -v npm >/dev/null || install_packages npm
+  mkdir -p "$folder"
+  if ! npm install --prefix "$folder" --no-save --no-audit --no-fund "$axe"; then
+    echo "skipped: npm cannot download $axe"
+    return 77
+  fi
+  configure release && build release --target ornwhatsnew_program &&
+    node tests/browser/run.mjs build/release/bin/ornwhatsnew examples/herbarium \
+      "$folder/node_modules/axe-core/axe.min.js" "$folder/pages"
+}
+
 stage_mutation() { command_mutation --fresh --minutes 30; }
 stage_coverage() { measure_coverage --fail-under-line 95; }

@@ -1,24 +1,14 @@
 #include "hosts/common/HtmlPage.h"
 
-#include <string_view>
-
+#include <orncore/string/SafeText.h>
 #include <ornwhatsnew/PanelRenderers.h>
+
+#include "hosts/common/Sha256.h"
 
 namespace hosts::common {
 namespace {
 
-// The title of the page is English. The `lang` attribute of the panel is empty, because a layout
-// does not state the language of its text.
-constexpr std::string_view kBegin = R"html(<!DOCTYPE html>
-<html lang="en">
-<head>
-<meta charset="utf-8">
-<meta http-equiv="Content-Security-Policy" content="default-src 'none'; style-src 'unsafe-inline'">
-<meta name="viewport" content="width=device-width, initial-scale=1">
-<meta name="color-scheme" content="light dark">
-<title>What’s New</title>
-<style>
-body {
+constexpr std::string_view kPanelPageStyle = R"css(body {
   margin: 0;
 }
 main {
@@ -32,17 +22,60 @@ h1 {
   padding: 1rem 1rem 0;
   font: 700 1.6rem/1.3 system-ui, sans-serif;
 }
-)html";
+)css";
 
 }  // namespace
 
-std::string HtmlPage(const ornwhatsnew::PanelLayout& layout) {
-  std::string page(kBegin);
-  page += ornwhatsnew::GetHTMLStyleSheet();
-  page += "</style>\n</head>\n<body>\n<main>\n<h1>What’s New</h1>\n<div lang=\"\">\n";
-  page += ornwhatsnew::RenderHTML(layout);
-  page += "</div>\n</main>\n</body>\n</html>\n";
+std::string EscapeHtml(std::string_view text) {
+  std::string escaped;
+  for (const char character : orncore::string::EscapeInvisible(text)) {
+    switch (character) {
+      case '&':
+        escaped += "&amp;";
+        break;
+      case '<':
+        escaped += "&lt;";
+        break;
+      case '>':
+        escaped += "&gt;";
+        break;
+      case '"':
+        escaped += "&quot;";
+        break;
+      case '\'':
+        escaped += "&#39;";
+        break;
+      default:
+        escaped += character;
+    }
+  }
+  return escaped;
+}
+
+std::string HtmlPage(std::string_view title, std::string_view style, std::string_view body) {
+  std::string page =
+      "<!DOCTYPE html>\n<html lang=\"en\">\n<head>\n<meta charset=\"utf-8\">\n"
+      "<meta http-equiv=\"Content-Security-Policy\" content=\"default-src 'none'; style-src "
+      "'sha256-";
+  page += Sha256InBase64(style);
+  page +=
+      "'; base-uri 'none'; form-action 'none'\">\n"
+      "<meta name=\"viewport\" content=\"width=device-width, initial-scale=1\">\n"
+      "<meta name=\"color-scheme\" content=\"light dark\">\n";
+  page.append("<title>").append(EscapeHtml(title)).append("</title>\n");
+  page.append("<style>").append(style).append("</style>\n</head>\n<body>\n");
+  page.append(body).append("</body>\n</html>\n");
   return page;
+}
+
+// The `lang` attribute of the panel is empty, which means that its language is unknown, because a
+// layout does not state it.
+std::string PanelPage(const ornwhatsnew::PanelLayout& layout) {
+  const std::string style =
+      std::string(kPanelPageStyle) + std::string(ornwhatsnew::GetHTMLStyleSheet());
+  return HtmlPage("What’s New", style,
+                  "<main>\n<h1>What’s New</h1>\n<div lang=\"\">\n" +
+                      ornwhatsnew::RenderHTML(layout) + "</div>\n</main>\n");
 }
 
 }  // namespace hosts::common

@@ -1,16 +1,25 @@
-// Writes a page that a browser can open.
+// Writes pages that a browser can open.
 #ifndef HOSTS_COMMON_HTMLPAGE_H_
 #define HOSTS_COMMON_HTMLPAGE_H_
 
 #include <string>
+#include <string_view>
 
 #include <ornwhatsnew/PanelLayout.h>
 
 namespace hosts::common {
 
-/// Returns a complete HTML page that shows `layout`. The page follows the browser's colour scheme.
-/// Its content security policy forbids scripts and requests to other servers.
-std::string HtmlPage(const ornwhatsnew::PanelLayout& layout);
+/// Returns HTML that shows `text`, also as the value of an attribute. `text` is UTF-8 or the bytes
+/// of a file name. Shows invisible characters and ill-formed bytes as `EscapeInvisible` does.
+std::string EscapeHtml(std::string_view text);
+
+/// Returns a complete HTML page in English. `title` is a text, `style` is a style sheet without the
+/// character `<`, and `body` is the HTML of the body. The page follows the browser's colour scheme.
+/// Its content security policy forbids scripts, requests, forms and all other styles.
+std::string HtmlPage(std::string_view title, std::string_view style, std::string_view body);
+
+/// Returns a complete HTML page that shows `layout`.
+std::string PanelPage(const ornwhatsnew::PanelLayout& layout);
 
 }  // namespace hosts::common
 

@@ -244,6 +244,7 @@ class CommandLine {
     AddMessages();
     AddConsole();
     AddLint();
+    AddPreview();
     // Set the footer last. A subcommand that is added after the footer is set would inherit it.
     app_.footer(kExitStatusHelp);
   }
@@ -396,6 +397,25 @@ class CommandLine {
     command.footer(kLintExitStatusHelp);
   }
 
+  void AddPreview() {
+    CLI::App& command =
+        AddCommand(app_, "preview", "Write a web page with the panels of several users", preview_);
+    command.add_option("DATA", preview_.data, "The What's New data file")
+        ->required()
+        ->type_name("");
+    AddHost(command, preview_.host)->required();
+    command
+        .add_option("--seen", preview_.seen,
+                    "An earlier version of the data file. Adds the panel of\n"
+                    "a user who has seen it")
+        ->type_name("OLD");
+    command.add_option("-o,--output", preview_.output, "The page to write; '-' is standard output")
+        ->required()
+        ->type_name("FILE");
+    command.add_flag("--watch", preview_.watches,
+                     "Write the page again when a file changes, until Ctrl+C");
+  }
+
   void AddSeverity(CLI::App& command) {
     const auto add = [this](const std::string& word) {
       const std::string problem = author::AddSeverity(word, lint_.severities);
@@ -528,6 +548,7 @@ class CommandLine {
   MessagesArguments messages_;
   ConsoleArguments console_;
   LintArguments lint_;
+  PreviewArguments preview_;
   std::string fixWord_;
   const CLI::App* consoleCommand_ = nullptr;
 };

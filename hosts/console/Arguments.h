@@ -20,7 +20,7 @@ struct Answer {
 /// A parsed command line: the arguments of a command, or the text to print instead.
 using Request = std::variant<Answer, ShowArguments, StatusArguments, RateArguments,
                              StateShowArguments, StateResetArguments, ImportArguments, AddArguments,
-                             MessagesArguments, ConsoleArguments, LintArguments>;
+                             MessagesArguments, ConsoleArguments, LintArguments, PreviewArguments>;
 
 /// Parses the command line `argv`, which begins with the program's name. Returns the arguments of
 /// the command. If the user requests help or the version, or if the command line is invalid,

@@ -100,6 +100,14 @@ struct LintArguments {
   bool listsCodes = false;
 };
 
+struct PreviewArguments {
+  std::filesystem::path data;
+  std::filesystem::path host;
+  std::optional<std::filesystem::path> seen;  ///< an earlier data file, which a user has seen
+  std::filesystem::path output;               ///< "-" is standard output
+  bool watches = false;                       ///< write the page again after each change
+};
+
 struct ConsoleArguments {
   std::optional<std::filesystem::path> host;  ///< absent: the library's default services
   std::string line;                           ///< empty: read lines from standard input
@@ -108,6 +116,10 @@ struct ConsoleArguments {
 /// Prints the findings in the data files. Returns `kLintFindings` if a finding has at least the
 /// severity `failOn`. On any failure, throws `ToolError` with the status `kLintFailed`.
 ExitStatus Run(const LintArguments& arguments);
+/// Writes a page with the panels of several users and the findings of `lint`, as a whole or not at
+/// all. If `watches` is true, writes it again after each change of an input file, until the user
+/// interrupts the program.
+ExitStatus Run(const PreviewArguments& arguments);
 /// Prints the panel, and then marks its content as seen. Stores nothing if `storesNothing` is
 /// true, if the output fails, or if the reader of the output closes it early.
 ExitStatus Run(const ShowArguments& arguments);

@@ -39,7 +39,7 @@ std::string Render(ornwhatsnew::FeatureListData& list, const ShowArguments& argu
       return ornwhatsnew::RenderPlainText(LayoutWithCommands(list, arguments),
                                           arguments.width.value_or(0));
     case PanelFormat::kHtml:
-      return common::HtmlPage(list.GetLayoutForDisplay(arguments.options));
+      return common::PanelPage(list.GetLayoutForDisplay(arguments.options));
     case PanelFormat::kMarkdown:
       return ornwhatsnew::RenderMarkdown(list.GetLayoutForDisplay(arguments.options));
     case PanelFormat::kJson:

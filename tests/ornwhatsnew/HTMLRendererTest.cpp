@@ -1,4 +1,5 @@
 #include <string>
+#include <vector>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -16,8 +17,9 @@ using testing::HasSubstr;
 using testing::Not;
 
 // Returns the HTML inside the element of the panel.
-std::string Render(const LayoutBuilder& builder, std::string_view idPrefix = "x-") {
-  const std::string html = RenderHTML(builder.Layout(), idPrefix);
+std::string Render(const LayoutBuilder& builder, HTMLOptions options = {}) {
+  options.idPrefix = "x-";
+  const std::string html = RenderHTML(builder.Layout(), options);
   const std::string begin = "<section class=\"ornwhatsnew\" dir=\"auto\">\n";
   const std::string end = "</section>\n";
   EXPECT_TRUE(html.starts_with(begin) && html.ends_with(end)) << html;
@@ -68,6 +70,27 @@ TEST(HTMLRenderer, WritesAnElementForEachParagraph) {
 TEST(HTMLRenderer, TitlesOfAPanelWithoutAHeaderSkipNoHeadingLevel) {
   EXPECT_THAT(Render(LayoutBuilder().Begin(kTitle).Span(u"Title")),
               HasSubstr("<h2 class=\"ornwhatsnew-title\">Title</h2>"));
+}
+
+TEST(HTMLRenderer, HeadingsBeginAtTheLevelOfTheOptions) {
+  LayoutBuilder builder;
+  builder.Begin(kHeader).Span(u"Header").Begin(kTitle, "a").Span(u"Title");
+  const std::string html = Render(builder, {.headingLevel = 5});
+  EXPECT_THAT(html, HasSubstr("<h5 class=\"ornwhatsnew-header\">Header</h5>"));
+  EXPECT_THAT(html, HasSubstr("<h6 class=\"ornwhatsnew-title\">Title</h6>"));
+}
+
+TEST(HTMLRenderer, ParagraphsHaveTheIDsOfTheOptions) {
+  LayoutBuilder builder;
+  builder.Begin(kTitle, "a").Span(u"Title").Begin(kChange, "a").Span(u"One");
+  builder.Begin(kChange, "a").Span(u"Two").Rating(u"Good?").Begin(kNotice).Span(u"Notice");
+  const std::vector<std::string> ids = {"", "one", "a\"b", "rating"};
+  const std::string html = Render(builder, {.paragraphIDs = ids});
+  EXPECT_THAT(html, HasSubstr("<h2 class=\"ornwhatsnew-title\">"));
+  EXPECT_THAT(html, HasSubstr("<li class=\"ornwhatsnew-change\" id=\"one\">One</li>"));
+  EXPECT_THAT(html, HasSubstr("<li class=\"ornwhatsnew-change\" id=\"a&quot;b\">Two</li>"));
+  EXPECT_THAT(html, HasSubstr("<div class=\"ornwhatsnew-rating\" id=\"rating\">\n<p class"));
+  EXPECT_THAT(html, HasSubstr("<p class=\"ornwhatsnew-notice\">Notice</p>"));
 }
 
 TEST(HTMLRenderer, WritesNoticesOutsideOfItems) {

@@ -171,6 +171,10 @@ void ChildProcess::Kill() {
   ::kill(process_, SIGKILL);
 }
 
+void ChildProcess::Interrupt() {
+  ::kill(process_, SIGINT);
+}
+
 std::string ChildProcess::ReadOutput() {
   std::string output;
   while (output.empty() && ReadSome(output_, output)) continue;

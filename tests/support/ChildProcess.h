@@ -55,6 +55,9 @@ class ChildProcess {
   /// Sends SIGKILL to the program and returns without waiting for its end.
   void Kill();
 
+  /// Sends SIGINT to the program, as Ctrl+C does, and returns without waiting for its end.
+  void Interrupt();
+
   /// Waits until the program writes to its standard output, and returns the bytes that it has
   /// written. Returns an empty string at the end of the output. `Wait` does not return these bytes
   /// again.

@@ -17,6 +17,10 @@ constexpr std::array<std::pair<std::string_view, std::string_view>, 5> kReferenc
   throw std::runtime_error(message);
 }
 
+bool IsHeading(std::string_view name) {
+  return name.size() == 2 && name[0] == 'h' && name[1] >= '1' && name[1] <= '6';
+}
+
 bool IsOneOf(std::string_view name, std::initializer_list<std::string_view> names) {
   return std::ranges::find(names, name) != names.end();
 }
@@ -82,7 +86,7 @@ class HTMLParser {
     } else if (name == "href" && tag.name == "a") {
       if (!ornwhatsnew::IsSafeLink(value)) Fail("the link is not safe: " + value);
       tag.href = value;
-    } else if (name == "id" && tag.name == "article") {
+    } else if (name == "id" && !IsOneOf(tag.name, {"section", "ul", "a", "span", "br"})) {
       const bool isValid = !value.empty() && value.find_first_of(" \t\n\f\r") == std::string::npos;
       if (!isValid || !ids_.insert(value).second) Fail("invalid id: " + value);
     } else if (name != "dir" || value != "auto" || tag.name != "section") {
@@ -105,7 +109,8 @@ class HTMLParser {
     open_.push_back(tag.name);
     const bool isRatingText = tag.name == "p" && open_[open_.size() - 2] == "div";
     if (tag.name == "div") blocks_.push_back({"rating", {}, {}});
-    if (IsOneOf(tag.name, {"h2", "h3", "li", "p"}) && !isRatingText) {
+    const bool isBlock = IsHeading(tag.name) || IsOneOf(tag.name, {"li", "p"});
+    if (isBlock && !isRatingText) {
       blocks_.push_back({tag.name, {}, {}});
     }
     if (tag.name == "a") {
@@ -116,16 +121,19 @@ class HTMLParser {
 
   void RequireParent(std::string_view name) const {
     const std::string_view parent = open_.empty() ? "" : std::string_view(open_.back());
-    const bool isValid = (name == "section" && parent.empty()) ||
-                         (IsOneOf(name, {"h2", "p", "article"}) && parent == "section") ||
-                         (IsOneOf(name, {"h2", "h3", "p", "ul", "div"}) && parent == "article") ||
-                         (name == "li" && parent == "ul") || (name == "p" && parent == "div") ||
-                         (IsOneOf(name, {"a", "span"}) && IsOneOf(parent, {"h2", "h3", "p", "li"}));
+    const bool isInBlock = IsHeading(parent) || IsOneOf(parent, {"p", "li"});
+    const bool isValid =
+        (name == "section" && parent.empty()) ||
+        (parent == "section" && (IsHeading(name) || IsOneOf(name, {"p", "article"}))) ||
+        (parent == "article" && (IsHeading(name) || IsOneOf(name, {"p", "ul", "div"}))) ||
+        (name == "li" && parent == "ul") || (name == "p" && parent == "div") ||
+        (IsOneOf(name, {"a", "span"}) && isInBlock);
     if (!isValid) Fail(std::string(name) + " in " + std::string(parent));
   }
 
   bool IsInBlock() const {
-    return !open_.empty() && IsOneOf(open_.back(), {"h2", "h3", "p", "li", "a", "span"});
+    if (open_.empty()) return false;
+    return IsHeading(open_.back()) || IsOneOf(open_.back(), {"p", "li", "a", "span"});
   }
 
   void AddText(const std::string& text) {

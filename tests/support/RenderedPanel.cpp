@@ -48,12 +48,13 @@ std::string VisibleCharacters(std::u16string_view text) {
   return VisibleCharacters(PlainUTF16to8(text));
 }
 
-const char* ElementOf(ParagraphKind kind, bool hasHeader) {
+/// `titleLevel` is the level of the titles, which are below the header if there is one.
+std::string ElementOf(ParagraphKind kind, int titleLevel) {
   switch (kind) {
     case ParagraphKind::kHeader:
-      return "h2";
+      return "h" + std::to_string(titleLevel - 1);
     case ParagraphKind::kTitle:
-      return hasHeader ? "h3" : "h2";
+      return "h" + std::to_string(titleLevel);
     case ParagraphKind::kChange:
       return "li";
     case ParagraphKind::kRatingRequest:
@@ -75,8 +76,8 @@ bool HasPrintedTarget(const LayoutSpan& span, std::u16string_view text) {
 }
 
 RenderedBlock ExpectedBlock(const PanelLayout& layout, const LayoutParagraph& paragraph,
-                            bool hasHeader) {
-  RenderedBlock block{ElementOf(paragraph.kind, hasHeader), {}, {}};
+                            int titleLevel) {
+  RenderedBlock block{ElementOf(paragraph.kind, titleLevel), {}, {}};
   for (const LayoutSpan& span : paragraph.spans) {
     const auto text = std::u16string_view(layout.text).substr(span.range.begin, span.range.length);
     const std::string visible = VisibleCharacters(text);
@@ -134,13 +135,15 @@ std::string FirstPlainTextError(const PanelLayout& layout) {
 
 }  // namespace
 
-std::string FirstDifference(const std::vector<RenderedBlock>& blocks, const PanelLayout& layout) {
+std::string FirstDifference(const std::vector<RenderedBlock>& blocks, const PanelLayout& layout,
+                            int headingLevel) {
   const bool hasHeader = std::ranges::any_of(layout.paragraphs, [](const auto& paragraph) {
     return paragraph.kind == ParagraphKind::kHeader;
   });
   auto block = blocks.begin();
   for (const LayoutParagraph& paragraph : layout.paragraphs) {
-    const RenderedBlock expected = ExpectedBlock(layout, paragraph, hasHeader);
+    const RenderedBlock expected =
+        ExpectedBlock(layout, paragraph, headingLevel + (hasHeader ? 1 : 0));
     if (IsEmpty(expected)) continue;
     RenderedBlock got;
     for (; block != blocks.end(); ++block) {

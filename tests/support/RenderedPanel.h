@@ -13,7 +13,7 @@ namespace test_support {
 
 /// A block of a rendered panel, such as a heading, a list item or a paragraph.
 struct RenderedBlock {
-  /// "h2", "h3", "p", "li", or "rating" for a rating request.
+  /// "h1" to "h6", "p", "li", or "rating" for a rating request.
   std::string element;
   /// The text in UTF-8, with a newline for each line break.
   std::string text;
@@ -33,10 +33,10 @@ std::vector<RenderedBlock> ParseHTML(std::string_view fragment);
 std::vector<RenderedBlock> ParseMarkdown(std::string_view text);
 
 /// Compares `blocks` with the paragraphs of `layout`: their elements, visible characters and links.
-/// Ignores paragraphs that have neither visible characters nor links. Returns a description of the
-/// first difference, or an empty string.
+/// `headingLevel` is the level of the panel's heading. Ignores paragraphs that have neither visible
+/// characters nor links. Returns a description of the first difference, or an empty string.
 std::string FirstDifference(const std::vector<RenderedBlock>& blocks,
-                            const ornwhatsnew::PanelLayout& layout);
+                            const ornwhatsnew::PanelLayout& layout, int headingLevel = 2);
 
 /// Renders `layout` in HTML, Markdown and plain text, and compares the results with `layout`.
 /// Returns a description of the first difference or syntax error, or an empty string.

@@ -66,7 +66,11 @@ void LintReport::Append(LintReport other) {
 }
 
 LintHost InstallLintHost(const std::string& file) {
-  LintHost host{file, common::ReadHostDescription(file)};
+  return InstallLintHost(file, common::ReadHostDescription(file));
+}
+
+LintHost InstallLintHost(const std::string& file, common::HostDescription description) {
+  LintHost host{file, std::move(description)};
   host.description.internalFeaturesAllowed = true;
   host.description.terminating = false;
   host.description.debug.clear();

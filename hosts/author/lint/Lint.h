@@ -41,6 +41,9 @@ struct LintReport {
 /// visible to nobody. Throws `common::JsonError` if the file cannot be used.
 LintHost InstallLintHost(const std::string& file);
 
+/// Configures the services of the process in the same way from the host description of `file`.
+LintHost InstallLintHost(const std::string& file, common::HostDescription description);
+
 /// Configures the services of the process for a host without features.
 void InstallNoLintHost();
 

@@ -186,18 +186,9 @@ void CheckFeaturesWithoutChange(LintContext& context) {
 
 // ---- the version of the host
 
-/// Returns the components as numbers. Returns `std::nullopt` if one is not a number.
-std::optional<std::vector<std::int64_t>> Numbers(std::string_view version) {
-  std::vector<std::int64_t> numbers;
-  for (const std::string_view component : VersionComponents(version)) {
-    if (!orncore::string::StringToNumber(component, numbers.emplace_back())) return std::nullopt;
-  }
-  return numbers;
-}
-
 /// Returns whether `version` is above `running`. A missing component counts as 0.
 bool IsAbove(std::string_view version, const std::vector<std::int64_t>& running) {
-  std::optional<std::vector<std::int64_t>> numbers = Numbers(version);
+  std::optional<std::vector<std::int64_t>> numbers = VersionNumbers(version);
   if (!numbers) return false;
   std::vector<std::int64_t> padded = running;
   const std::size_t size = std::max(padded.size(), numbers->size());
@@ -207,7 +198,7 @@ bool IsAbove(std::string_view version, const std::vector<std::int64_t>& running)
 }
 
 void CheckVersionAbove(LintContext& context, const std::string& running) {
-  const std::optional<std::vector<std::int64_t>> numbers = Numbers(running);
+  const std::optional<std::vector<std::int64_t>> numbers = VersionNumbers(running);
   if (!numbers) return;
   std::map<std::string_view, bool> judged;
   std::string_view last;
@@ -225,7 +216,7 @@ void CheckVersionAbove(LintContext& context, const std::string& running) {
 /// Reports once that the full version of the host cannot be compared with the bounds of a change.
 void CheckBoundsOfHost(LintContext& context, const std::string& running) {
   constexpr std::int64_t kWeight = 1000;
-  const std::optional<std::vector<std::int64_t>> numbers = Numbers(running);
+  const std::optional<std::vector<std::int64_t>> numbers = VersionNumbers(running);
   const bool isComparable = numbers && std::ranges::all_of(*numbers, [](std::int64_t number) {
                               return number >= 0 && number < kWeight;
                             });

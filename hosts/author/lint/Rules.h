@@ -2,6 +2,8 @@
 #ifndef HOSTS_AUTHOR_LINT_RULES_H_
 #define HOSTS_AUTHOR_LINT_RULES_H_
 
+#include <cstdint>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -60,6 +62,9 @@ std::string VersionWithPoints(std::string_view text);
 
 /// Returns the parts of `version` between its points. An empty version has one empty part.
 std::vector<std::string_view> VersionComponents(std::string_view version);
+
+/// Returns the components of `version` as numbers. Returns `std::nullopt` if one is not a number.
+std::optional<std::vector<std::int64_t>> VersionNumbers(std::string_view version);
 
 /// Returns whether `text` is similar to "Changes-Since", but does not equal it.
 bool IsMisspeltChangesSince(std::string_view text);

@@ -227,6 +227,14 @@ std::vector<std::string_view> VersionComponents(std::string_view version) {
   return components;
 }
 
+std::optional<std::vector<std::int64_t>> VersionNumbers(std::string_view version) {
+  std::vector<std::int64_t> numbers;
+  for (const std::string_view component : VersionComponents(version)) {
+    if (!orncore::string::StringToNumber(component, numbers.emplace_back())) return std::nullopt;
+  }
+  return numbers;
+}
+
 std::span<const ChangeRule> VersionRules() {
   return kRules;
 }

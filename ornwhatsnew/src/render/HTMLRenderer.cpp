@@ -84,10 +84,17 @@ std::u16string_view SpanClass(std::optional<StyleID> style) {
   }
 }
 
+UTF16String HeadingElement(int level) {
+  return UTF16String(u"h") + static_cast<char16_t>(u'0' + level);
+}
+
 class HTMLRenderer {
  public:
-  HTMLRenderer(const PanelLayout& layout, std::string_view idPrefix)
-      : layout_(layout), idPrefix_(idPrefix), titleElement_(HasHeader(layout) ? u"h3" : u"h2") {}
+  HTMLRenderer(const PanelLayout& layout, const HTMLOptions& options)
+      : layout_(layout),
+        options_(options),
+        headerElement_(HeadingElement(options.headingLevel)),
+        titleElement_(HeadingElement(options.headingLevel + (HasHeader(layout) ? 1 : 0))) {}
 
   UTF8String Render() {
     output_ = u"<section class=\"ornwhatsnew\" dir=\"auto\">\n";
@@ -115,12 +122,25 @@ class HTMLRenderer {
 
   void OpenItem(const LayoutParagraph& paragraph) {
     item_ = &paragraph;
-    std::string id = ItemID(idPrefix_, paragraph.itemKey);
+    std::string id = ItemID(options_.idPrefix, paragraph.itemKey);
     const int occurrence = ++occurrences_[paragraph.itemKey];
     if (occurrence > 1) id += '.' + std::to_string(occurrence);
     output_ += u"<article class=\"ornwhatsnew-item";
     if (paragraph.isSection) output_ += u" ornwhatsnew-section";
-    output_ += u"\" id=\"" + EscapeHTML(orncore::string::UTF8to16(id)) + u"\">\n";
+    output_ += u'"';
+    WriteID(id);
+    output_ += u">\n";
+  }
+
+  void WriteID(std::string_view id) {
+    if (!id.empty()) output_ += u" id=\"" + EscapeHTML(orncore::string::UTF8to16(id)) + u'"';
+  }
+
+  /// Returns the `id` of a paragraph of the layout, or an empty string if it has none.
+  std::string_view ParagraphID(const LayoutParagraph& paragraph) const {
+    const auto index = static_cast<std::size_t>(&paragraph - layout_.paragraphs.data());
+    return index < options_.paragraphIDs.size() ? std::string_view(options_.paragraphIDs[index])
+                                                : std::string_view();
   }
 
   void CloseItem() {
@@ -140,45 +160,49 @@ class HTMLRenderer {
   }
 
   void WriteParagraph(const LayoutParagraph& paragraph) {
+    const std::string_view id = ParagraphID(paragraph);
     switch (paragraph.kind) {
       case ParagraphKind::kHeader:
-        WriteElement(u"h2", u"ornwhatsnew-header", ContentOf(paragraph));
+        WriteElement(headerElement_, u"ornwhatsnew-header", ContentOf(paragraph), id);
         break;
       case ParagraphKind::kTitle:
-        WriteElement(titleElement_, u"ornwhatsnew-title", ContentOf(paragraph));
+        WriteElement(titleElement_, u"ornwhatsnew-title", ContentOf(paragraph), id);
         break;
       case ParagraphKind::kDescription:
-        WriteElement(u"p", u"ornwhatsnew-description", ContentOf(paragraph));
+        WriteElement(u"p", u"ornwhatsnew-description", ContentOf(paragraph), id);
         break;
       case ParagraphKind::kNotice:
-        WriteElement(u"p", u"ornwhatsnew-notice", ContentOf(paragraph));
+        WriteElement(u"p", u"ornwhatsnew-notice", ContentOf(paragraph), id);
         break;
       case ParagraphKind::kChange:
         if (paragraph.spans.empty()) break;
         OpenList();
-        WriteElement(u"li", u"ornwhatsnew-change", ContentOf(paragraph));
+        WriteElement(u"li", u"ornwhatsnew-change", ContentOf(paragraph), id);
         break;
       case ParagraphKind::kRatingRequest:
         if (const RatingRequest* const request = FindRatingRequest(layout_, paragraph)) {
-          WriteRatingRequest(*request);
+          WriteRatingRequest(*request, id);
         }
         break;
     }
   }
 
-  void WriteRatingRequest(const RatingRequest& request) {
-    output_ += u"<div class=\"ornwhatsnew-rating\">\n";
+  void WriteRatingRequest(const RatingRequest& request, std::string_view id) {
+    output_ += u"<div class=\"ornwhatsnew-rating\"";
+    WriteID(id);
+    output_ += u">\n";
     if (!request.description.empty()) {
-      WriteElement(u"p", u"ornwhatsnew-description", EscapeHTML(request.description));
+      WriteElement(u"p", u"ornwhatsnew-description", EscapeHTML(request.description), {});
     }
-    WriteElement(u"p", u"ornwhatsnew-question", EscapeHTML(RatingQuestion(request)));
+    WriteElement(u"p", u"ornwhatsnew-question", EscapeHTML(RatingQuestion(request)), {});
     output_ += u"</div>\n";
   }
 
   void WriteElement(std::u16string_view name, std::u16string_view elementClass,
-                    std::u16string_view content) {
-    output_.append(u"<").append(name).append(u" class=\"").append(elementClass).append(u"\">");
-    output_.append(content);
+                    std::u16string_view content, std::string_view id) {
+    output_.append(u"<").append(name).append(u" class=\"").append(elementClass).append(u"\"");
+    WriteID(id);
+    output_.append(u">").append(content);
     output_.append(u"</").append(name).append(u">\n");
   }
 
@@ -203,8 +227,9 @@ class HTMLRenderer {
   }
 
   const PanelLayout& layout_;
-  std::string_view idPrefix_;
-  std::u16string_view titleElement_;
+  const HTMLOptions& options_;
+  const UTF16String headerElement_;
+  const UTF16String titleElement_;
   UTF16String output_;
   /// The first paragraph of the current item, or null.
   const LayoutParagraph* item_ = nullptr;
@@ -214,8 +239,8 @@ class HTMLRenderer {
 
 }  // namespace
 
-UTF8String RenderHTML(const PanelLayout& layout, std::string_view idPrefix) {
-  return HTMLRenderer(layout, idPrefix).Render();
+UTF8String RenderHTML(const PanelLayout& layout, const HTMLOptions& options) {
+  return HTMLRenderer(layout, options).Render();
 }
 
 }  // namespace ornwhatsnew

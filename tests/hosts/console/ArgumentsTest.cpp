@@ -96,6 +96,20 @@ TEST(Arguments, StatusRateAndStateReadTheirOptions) {
   EXPECT_EQ("s", ParseAs<StateResetArguments>({"state", "reset", "--state", "s"}).state);
 }
 
+TEST(Arguments, PreviewReadsItsOptions) {
+  auto preview = ParseAs<PreviewArguments>({"preview", "d", "--host", "h", "-o", "p"});
+  EXPECT_EQ("d", preview.data);
+  EXPECT_EQ("h", preview.host);
+  EXPECT_EQ("p", preview.output);
+  EXPECT_FALSE(preview.seen.has_value());
+  EXPECT_FALSE(preview.watches);
+  preview = ParseAs<PreviewArguments>(
+      {"preview", "--seen", "s", "--watch", "--host=h", "d", "--output", "-"});
+  EXPECT_EQ("s", preview.seen);
+  EXPECT_EQ("-", preview.output);
+  EXPECT_TRUE(preview.watches);
+}
+
 TEST(Arguments, AnEmptyStateIsNotTheDefault) {
   EXPECT_EQ("", ParseAs<StateShowArguments>({"state", "show", "--state", ""}).state);
   EXPECT_EQ("", ParseAs<StateShowArguments>({"state", "show", "--state="}).state);
@@ -174,17 +188,17 @@ TEST_P(BadArguments, GiveAnErrorThatMentionsTheHelp) {
 }
 
 using Words = std::vector<const char*>;
-INSTANTIATE_TEST_SUITE_P(Cases, BadArguments,
-                         testing::Values(Words{}, Words{"unknown"}, Words{"show"},
-                                         Words{"show", "d"}, Words{"show", "--host", "h"},
-                                         Words{"show", "d", "more", "--host", "h"},
-                                         Words{"show", "d", "--host", "h", "--unknown"},
-                                         Words{"show", "d", "--host", "h", "--color", "maybe"},
-                                         Words{"show", "d", "--host", "h", "--format", "xml"},
-                                         Words{"show", "d", "--host", "h", "--width", "-1"},
-                                         Words{"show", "d", "--host", "h", "--width", "wide"},
-                                         Words{"state"}, Words{"rate", "d", "--host", "h"},
-                                         Words{"console", "--host"}));
+INSTANTIATE_TEST_SUITE_P(
+    Cases, BadArguments,
+    testing::Values(Words{}, Words{"unknown"}, Words{"show"}, Words{"show", "d"},
+                    Words{"show", "--host", "h"}, Words{"show", "d", "more", "--host", "h"},
+                    Words{"show", "d", "--host", "h", "--unknown"},
+                    Words{"show", "d", "--host", "h", "--color", "maybe"},
+                    Words{"show", "d", "--host", "h", "--format", "xml"},
+                    Words{"show", "d", "--host", "h", "--width", "-1"},
+                    Words{"show", "d", "--host", "h", "--width", "wide"}, Words{"state"},
+                    Words{"rate", "d", "--host", "h"}, Words{"preview", "d", "--host", "h"},
+                    Words{"preview", "d", "-o", "p"}, Words{"console", "--host"}));
 
 std::string ErrorOf(std::initializer_list<const char*> arguments) {
   const auto answer = ParseAs<Answer>(arguments);

@@ -75,6 +75,7 @@ class ProgramFaultTest : public ProgramTest {
     ExpectError(3, {"show", file, "{host}"}, file, what);
     ExpectError(3, {"status", file, "{host}"}, file, what);
     ExpectError(3, {"rate", "EPIC-7", file, "{host}"}, file, what);
+    ExpectError(3, {"preview", file, "{host}", "-o", "-"}, file, what);
     EXPECT_FALSE(std::filesystem::exists(folder_.Path() / "state"));
   }
 
@@ -84,6 +85,7 @@ class ProgramFaultTest : public ProgramTest {
     ExpectError(3, {"show", "{data}", "--host", file}, file, what);
     ExpectError(3, {"status", "{data}", "--host", file}, file, what);
     ExpectError(3, {"rate", "EPIC-7", "{data}", "--host", file}, file, what);
+    ExpectError(3, {"preview", "{data}", "--host", file, "-o", "-"}, file, what);
     ExpectError(3, {"console", "--host", file, "help"}, file, what);
   }
 };
@@ -234,7 +236,11 @@ TEST_F(ProgramFaultTest, AResetIsDoneEvenIfTheOutputFails) {
 
 TEST_F(ProgramFaultTest, OutputErrorsOfOtherCommandsDoNotMentionTheState) {
   const std::vector<std::vector<std::string>> commands = {
-      {"--help"}, {"--version"}, {"state", "show"}, {"status", "{data}", "{host}"}};
+      {"--help"},
+      {"--version"},
+      {"state", "show"},
+      {"status", "{data}", "{host}"},
+      {"preview", "{data}", "{host}", "-o", "-"}};
   for (const std::vector<std::string>& command : commands) {
     EXPECT_EQ(kFullOutput + "\n", ErrorsOnFullOutput(command)) << testing::PrintToString(command);
   }

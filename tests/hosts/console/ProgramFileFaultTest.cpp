@@ -40,13 +40,17 @@ class ProgramFileFaultTest : public ProgramTest {
   /// Each of the next three functions returns every command that reads one kind of file: a data
   /// file, a host description or a state store. The commands use `file` as this file.
   static std::vector<std::vector<std::string>> CommandsWithData(const std::string& file) {
-    return {
-        {"show", file, "{host}"}, {"status", file, "{host}"}, {"rate", "EPIC-7", file, "{host}"}};
+    return {{"show", file, "{host}"},
+            {"status", file, "{host}"},
+            {"rate", "EPIC-7", file, "{host}"},
+            {"preview", file, "{host}", "-o", "-"},
+            {"preview", "{data}", "{host}", "--seen", file, "-o", "-"}};
   }
   static std::vector<std::vector<std::string>> CommandsWithHost(const std::string& file) {
     return {{"show", "{data}", "--host", file},
             {"status", "{data}", "--host", file},
             {"rate", "EPIC-7", "{data}", "--host", file},
+            {"preview", "{data}", "--host", file, "-o", "-"},
             {"console", "--host", file, "help"}};
   }
   static std::vector<std::vector<std::string>> CommandsWithState(const std::string& file) {

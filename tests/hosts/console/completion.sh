@@ -52,7 +52,7 @@ expect_all_of() {
 expect_all_of Subcommands ''
 expect_all_of Options --
 expect_all_of Subcommands state ''
-for command in show status rate 'state show' 'state reset' import add messages console lint; do
+for command in show status rate 'state show' 'state reset' import add messages console lint preview; do
   read -ra words <<<"$command"
   expect_all_of Options "${words[@]}" --
 done
@@ -72,6 +72,7 @@ expect 'always auto never' show --color ''
 expect '' show --width ''
 expect 'host.json what is new.csv' import -o ''
 expect 'what is new.csv' import --output w
+expect 'what is new.csv' preview --seen w
 expect '' add --message ''
 expect 'ValidateWhatsNew help' console ''
 expect 'host.json' console ValidateWhatsNew h

@@ -1,0 +1,219 @@
+#include "hosts/author/preview/PreviewViews.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <filesystem>
+#include <memory>
+#include <string_view>
+#include <utility>
+
+#include <orncore/string/Conversion.h>
+#include <ornwhatsnew/FeatureListData.h>
+#include <ornwhatsnew/WhatsNewTypes.h>
+#include <ornwhatsnew/utility/PersistedList.h>
+
+#include "hosts/author/lint/Rules.h"
+#include "hosts/common/StateStore.h"
+
+namespace hosts::author {
+namespace {
+
+using ornwhatsnew::DisplayOptions;
+using ornwhatsnew::FeatureListData;
+using ornwhatsnew::LayoutParagraph;
+using ornwhatsnew::ParagraphKind;
+
+// Applications show these changes unless their users change the filters.
+constexpr DisplayOptions kRelevant =
+    ornwhatsnew::kFilterRelevantPlatform | ornwhatsnew::kFilterRelevantVersion;
+
+using Lines = std::vector<std::size_t>;
+/// The lines of the changes of each item, by the key of the item.
+using LinesByItem = std::map<std::string, Lines, std::less<>>;
+
+LinesByItem LinesOfChanges(const LintedFile& file) {
+  LinesByItem lines;
+  for (const LintRow& row : file.Rows()) {
+    if (row.change != nullptr) lines[row.item->FeatureJiraIDKey()].push_back(row.data.lineNumber);
+  }
+  return lines;
+}
+
+/// A user of the application: the host of this user, and what the user has seen.
+struct User {
+  common::HostDescription host;
+  common::StateValues state = {};
+};
+
+std::string FullVersion() {
+  return orncore::string::UTF16to8(ornwhatsnew::GetFullClientVersionString());
+}
+
+/// Returns a list for `user`, which must outlive it. Configures the services of the process.
+std::unique_ptr<FeatureListData> LoadList(const std::string& data, User& user) {
+  common::InstallHost(user.host);
+  return std::make_unique<FeatureListData>(
+      data, [&user](const std::string& key) { return user.state[key]; },
+      [&user](const std::string& key, const std::string& value) { user.state[key] = value; });
+}
+
+/// Returns the lines of the changes that a display for `user` shows, by the key of their item.
+LinesByItem ShownLines(const FeatureListData& list, User& user, const DisplayOptions& options,
+                       const LinesByItem& lines) {
+  ornwhatsnew::GuidSet seen;
+  for (const std::string_view guid :
+       ornwhatsnew::SplitPersistedList(user.state[ornwhatsnew::kAllSeenItemsKey])) {
+    seen.emplace(guid);
+  }
+  ornwhatsnew::VersionSet versions = {FullVersion()};
+  for (const std::string_view version :
+       ornwhatsnew::SplitPersistedList(user.state[ornwhatsnew::kAllVersionsSeenKey])) {
+    versions.emplace(version);
+  }
+  LinesByItem shown;
+  for (const auto& [key, linesOfItem] : lines) {
+    const auto& changes = list.GetFeatureItems().at(key)->GetAllChanges();
+    for (std::size_t i = 0; i < linesOfItem.size(); ++i) {
+      if (changes[i]->ShouldShowItemToUser(options, seen, versions)) {
+        shown[key].push_back(linesOfItem[i]);
+      }
+    }
+  }
+  return shown;
+}
+
+/// Sets the `id`s of the paragraphs of the changes. `shown` contains the lines of these changes.
+void SetIDs(PreviewView& view, const LinesByItem& shown) {
+  const std::vector<LayoutParagraph>& paragraphs = view.layout.paragraphs;
+  view.paragraphIDs.resize(paragraphs.size());
+  std::map<std::string_view, std::size_t> changesSoFar;
+  Lines withoutText;
+  for (std::size_t i = 0; i < paragraphs.size(); ++i) {
+    const LayoutParagraph& paragraph = paragraphs[i];
+    const bool isRating = paragraph.kind == ParagraphKind::kRatingRequest;
+    Lines lines = isRating ? std::exchange(withoutText, {}) : Lines();
+    if (paragraph.kind == ParagraphKind::kChange) {
+      const auto found = shown.find(paragraph.itemKey);
+      const std::size_t number = changesSoFar[paragraph.itemKey]++;
+      // If an item occurs twice in the panel, links lead to the first occurrence.
+      if (found == shown.end() || number >= found->second.size()) continue;
+      // Nothing shows a change without any text, except for the rating request after it.
+      (paragraph.spans.empty() ? withoutText : lines).push_back(found->second[number]);
+    }
+    if (lines.empty()) continue;
+    view.paragraphIDs[i] = view.id + "-line-" + std::to_string(lines.front());
+    for (const std::size_t line : lines) view.idsByLine[line] = view.paragraphIDs[i];
+  }
+}
+
+/// Returns the greatest version of the changes in `file` that is not above `current`, with as many
+/// components as `current`. Returns `current` if there is none.
+std::string NewestVersion(const LintedFile& file, const std::string& current) {
+  const auto running = VersionNumbers(current);
+  if (!running) return current;
+  std::vector<std::int64_t> newest;
+  for (const LintRow& row : file.Rows()) {
+    auto numbers = VersionNumbers(row.Value(ornwhatsnew::DataColumn::kVersion));
+    if (row.change == nullptr || !numbers) continue;
+    numbers->resize(running->size());
+    if (*numbers <= *running) newest = std::max(newest, *numbers);
+  }
+  if (newest.empty()) return current;
+  std::string version;
+  for (const std::int64_t number : newest) {
+    version += (version.empty() ? "" : ".") + std::to_string(number);
+  }
+  return version;
+}
+
+class ViewMaker {
+ public:
+  ViewMaker(const PreviewInput& input, const LintedFile& file)
+      : input_(input), outside_{input.host}, lines_(LinesOfChanges(file)) {
+    outside_.host.internalFeaturesAllowed = false;
+    common::InstallHost(outside_.host);
+    version_ = FullVersion();
+  }
+
+  std::vector<PreviewView> Make() {
+    AddOutside();
+    AddInternal();
+    AddFirstStart();
+    if (input_.seen) AddSeen(*input_.seen);
+    AddRating();
+    return std::move(views_);
+  }
+
+ private:
+  void AddOutside() {
+    Add({"outside", "Outside user",
+         "Everything that a user without the internal-features permission can see on the "
+         "platform " +
+             input_.host.platform + "."},
+        outside_, ornwhatsnew::kFilterRelevantPlatform);
+  }
+
+  void AddInternal() {
+    User user = outside_;
+    user.host.internalFeaturesAllowed = true;
+    Add({"internal", "Internal user",
+         "Everything that a user with the internal-features permission can see on the platform " +
+             input_.host.platform + "."},
+        user, ornwhatsnew::kFilterRelevantPlatform);
+  }
+
+  void AddFirstStart() {
+    Add({"first-start", "First start",
+         "What is new for an outside user who starts the application for the first time, in "
+         "version " +
+             version_ +
+             ". If the application marks all changes as seen at the first start, it announces "
+             "none of them."},
+        outside_, kRelevant | ornwhatsnew::kShowOnlyNew);
+  }
+
+  void AddSeen(const PreviewFile& seen) {
+    User user = outside_;
+    common::InstallHost(user.host);
+    const LintedFile file(seen.name, seen.text);
+    user.host.clientVersion = NewestVersion(file, input_.host.clientVersion);
+    LoadList(seen.text, user)->MarkAllSeen();
+    const std::string seenVersion = FullVersion();
+    user.host.clientVersion = input_.host.clientVersion;
+    Add({"seen", "After an update",
+         "What is new for an outside user who saw " +
+             std::filesystem::path(seen.name).filename().native() + " in version " + seenVersion +
+             " and now starts version " + version_ + "."},
+        user, kRelevant | ornwhatsnew::kShowOnlyNew);
+  }
+
+  void AddRating() {
+    User user = outside_;
+    LoadList(input_.data.text, user)->MarkAllSeen();
+    Add({"rating", "Ratings", "What an outside user who has seen all changes can rate."}, user,
+        kRelevant | ornwhatsnew::kRatingView);
+  }
+
+  /// Adds a view with the panel of `user`. The other members of `view` are set.
+  void Add(PreviewView view, User& user, const DisplayOptions& options) {
+    const auto list = LoadList(input_.data.text, user);
+    view.layout = list->PreviewLayout(options);
+    view.count = list->CountNew(options);
+    SetIDs(view, ShownLines(*list, user, options, lines_));
+    views_.push_back(std::move(view));
+  }
+
+  const PreviewInput& input_;
+  User outside_;
+  const LinesByItem lines_;
+  std::string version_;
+  std::vector<PreviewView> views_;
+};
+
+}  // namespace
+
+std::vector<PreviewView> MakePreviewViews(const PreviewInput& input, const LintedFile& file) {
+  return ViewMaker(input, file).Make();
+}
+
+}  // namespace hosts::author

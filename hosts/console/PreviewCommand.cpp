@@ -1,0 +1,139 @@
+#include <chrono>
+#include <csignal>
+#include <cstdint>
+#include <ctime>
+#include <exception>
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <system_error>
+#include <utility>
+#include <vector>
+
+#include "hosts/author/FileRewrite.h"
+#include "hosts/author/preview/PreviewPage.h"
+#include "hosts/common/HostDescription.h"
+#include "hosts/console/Commands.h"
+#include "hosts/console/StandardStreams.h"
+#include "hosts/console/WhatsNewLoading.h"
+
+namespace hosts::console {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr std::string_view kStandardOutput = "-";
+/// The time between two looks at the files, in nanoseconds.
+constexpr long kInterval = 300'000'000;
+
+std::vector<fs::path> InputFiles(const PreviewArguments& arguments) {
+  std::vector<fs::path> files = {arguments.data, arguments.host};
+  if (arguments.seen) files.push_back(*arguments.seen);
+  return files;
+}
+
+/// The time of the last change and the size of a file. Both are invalid if the file is missing.
+using FileStamp = std::pair<fs::file_time_type, std::uintmax_t>;
+
+std::vector<FileStamp> InputStamps(const PreviewArguments& arguments) {
+  std::vector<FileStamp> stamps;
+  for (const fs::path& file : InputFiles(arguments)) {
+    std::error_code ignored;
+    const fs::file_time_type time = fs::last_write_time(file, ignored);
+    stamps.emplace_back(time, fs::file_size(file, ignored));
+  }
+  return stamps;
+}
+
+author::PreviewFile ReadFile(const fs::path& file) {
+  return {file.native(), ReadInputFile(file, kMaximumAuthorFile)};
+}
+
+void WritePage(const PreviewArguments& arguments) {
+  author::PreviewInput input;
+  input.data = ReadFile(arguments.data);
+  input.hostName = arguments.host.native();
+  input.host = common::ReadHostDescription(arguments.host);
+  if (arguments.seen) input.seen = ReadFile(*arguments.seen);
+  const std::string page = author::PreviewPage(input);
+  if (arguments.output == kStandardOutput) return WriteOutput(page);
+  try {
+    author::WriteWholeFile(arguments.output, page);
+  } catch (const std::system_error& error) {
+    throw ToolError(ExitStatus::kOutput, error.what());
+  }
+}
+
+/// Keeps the signals that interrupt the program waiting while the object exists, so that none of
+/// them leaves a temporary file.
+class BlockedInterrupts {
+ public:
+  BlockedInterrupts() {
+    ::sigemptyset(&signals_);
+    for (const int signal : {SIGHUP, SIGINT, SIGTERM}) ::sigaddset(&signals_, signal);
+    ::pthread_sigmask(SIG_BLOCK, &signals_, &previous_);
+  }
+  ~BlockedInterrupts() { ::pthread_sigmask(SIG_SETMASK, &previous_, nullptr); }
+  BlockedInterrupts(const BlockedInterrupts&) = delete;
+  BlockedInterrupts& operator=(const BlockedInterrupts&) = delete;
+
+  /// Waits for the interval. Returns early and with true if the user interrupts the program.
+  bool Wait() const {
+    const std::timespec interval = {0, kInterval};
+    return ::sigtimedwait(&signals_, nullptr, &interval) > 0;
+  }
+
+ private:
+  sigset_t signals_{};
+  sigset_t previous_{};
+};
+
+/// Writes the page again after each change of an input file, until the user interrupts the program.
+/// A file can be incomplete while its editor writes it, so errors do not end the program.
+void Watch(const PreviewArguments& arguments, const BlockedInterrupts& interrupts,
+           std::vector<FileStamp> written) {
+  const std::string message = "wrote '" + arguments.output.native() + "'";
+  ReportError(message + "; waiting for changes until Ctrl+C");
+  while (!interrupts.Wait()) {
+    std::vector<FileStamp> stamps = InputStamps(arguments);
+    if (stamps == written) continue;
+    written = std::move(stamps);
+    try {
+      WritePage(arguments);
+      ReportError(message);
+    } catch (const std::exception& error) {
+      ReportError(error.what());
+    }
+  }
+}
+
+void RequireUsableOutput(const PreviewArguments& arguments) {
+  if (arguments.watches && arguments.output == kStandardOutput) {
+    throw ToolError(ExitStatus::kUsage, "--watch cannot write to standard output; name a file");
+  }
+  for (const fs::path& file : InputFiles(arguments)) {
+    std::error_code ignored;
+    if (!fs::equivalent(file, arguments.output, ignored)) continue;
+    throw ToolError(ExitStatus::kUsage, "the page would replace the input file '" + file.native() +
+                                            "'; write it to another file");
+  }
+}
+
+}  // namespace
+
+ExitStatus Run(const PreviewArguments& arguments) {
+  RequireUsableOutput(arguments);
+  if (!arguments.watches) {
+    WritePage(arguments);
+    return ExitStatus::kDone;
+  }
+  const BlockedInterrupts interrupts;
+  // A change during the first write leads to another write.
+  std::vector<FileStamp> stamps = InputStamps(arguments);
+  WritePage(arguments);
+  Watch(arguments, interrupts, std::move(stamps));
+  return ExitStatus::kDone;
+}
+
+}  // namespace hosts::console

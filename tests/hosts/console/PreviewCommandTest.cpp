@@ -1,0 +1,156 @@
+// Runs `ornwhatsnew preview` as an author or a script would.
+#include <chrono>
+#include <filesystem>
+#include <memory>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include <fcntl.h>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include "hosts/common/TextFile.h"
+#include "hosts/console/ToolError.h"
+#include "tests/hosts/console/ProgramFixture.h"
+
+namespace hosts::console {
+namespace {
+
+using test_support::ChildProcess;
+using test_support::ProgramResult;
+using testing::AllOf;
+using testing::EndsWith;
+using testing::HasSubstr;
+using testing::StartsWith;
+
+constexpr int kUsage = static_cast<int>(ExitStatus::kUsage);
+constexpr int kInput = static_cast<int>(ExitStatus::kInput);
+constexpr int kOutput = static_cast<int>(ExitStatus::kOutput);
+
+class PreviewCommand : public ProgramTest {
+ protected:
+  std::string PageFile() const { return folder_.Path() / "page.html"; }
+  std::string Page() const { return common::ReadTextFile(PageFile()); }
+  std::vector<std::string> Words() const {
+    return {"preview", "{data}", "{host}", "-o", PageFile()};
+  }
+
+  std::string ErrorFile() const { return folder_.Path() / "errors"; }
+
+  /// Starts the program with `--watch`. It writes its messages to the error file.
+  std::unique_ptr<ChildProcess> StartWatching() const {
+    std::vector<std::string> words = Words();
+    words.emplace_back("--watch");
+    test_support::ProgramCall call = Call(words);
+    const std::string errors = ErrorFile();
+    call.beforeStart = [&errors] {
+      ::dup2(::open(errors.c_str(), O_WRONLY | O_CREAT, 0600), STDERR_FILENO);
+    };
+    return std::make_unique<ChildProcess>(ProgramFile(), call);
+  }
+
+  /// Waits until the file contains `text`. Fails the test if this does not happen within a minute.
+  static void WaitUntilFileContains(const std::string& file, const std::string& text) {
+    const auto end = std::chrono::steady_clock::now() + std::chrono::minutes(1);
+    std::string content;
+    while (content.find(text) == content.npos && std::chrono::steady_clock::now() < end) {
+      std::this_thread::sleep_for(std::chrono::milliseconds(20));
+      if (std::filesystem::exists(file)) content = common::ReadTextFile(file);
+    }
+    EXPECT_THAT(content, HasSubstr(text));
+  }
+};
+
+TEST_F(PreviewCommand, WritesAPage) {
+  EXPECT_EQ(OutputOf(Words()), "");
+  EXPECT_THAT(Page(), AllOf(StartsWith("<!DOCTYPE html>"), HasSubstr("Twice as fast"),
+                            HasSubstr("<code>grouping-id-unknown</code>"), EndsWith("</html>\n")));
+  EXPECT_FALSE(std::filesystem::exists(folder_.Path() / "state"));
+}
+
+TEST_F(PreviewCommand, DashIsStandardOutput) {
+  OutputOf(Words());
+  EXPECT_EQ(OutputOf({"preview", "{data}", "{host}", "-o", "-"}), Page());
+}
+
+TEST_F(PreviewCommand, ShowsAUserOfAnEarlierFile) {
+  const std::string old = folder_.Write(
+      "old.csv", "v,g,,,,,,,,\n25.0,EPIC-8,,,How dark is it?,24.0,,,,Every window is dark\n");
+  std::vector<std::string> words = Words();
+  words.insert(words.end(), {"--seen", old});
+  OutputOf(words);
+  EXPECT_THAT(Page(), HasSubstr("who saw old.csv in version 25.0.0.42 and now starts version "
+                                "25.1.0.42."));
+}
+
+TEST_F(PreviewCommand, FailureKeepsThePage) {
+  OutputOf(Words());
+  const std::string page = Page();
+  folder_.Write("host.json", "{");
+  EXPECT_EQ(Run(Words()).exitStatus, kInput);
+  std::filesystem::remove(DataFile());
+  EXPECT_EQ(Run(Words()).exitStatus, kInput);
+  EXPECT_EQ(Page(), page);
+}
+
+TEST_F(PreviewCommand, ReportsAPageThatCannotBeWritten) {
+  const std::string file = folder_.Path() / "missing" / "page.html";
+  const ProgramResult result = Run({"preview", "{data}", "{host}", "-o", file});
+  EXPECT_EQ(result.exitStatus, kOutput);
+  EXPECT_THAT(result.errors, HasSubstr("missing': No such file or directory"));
+}
+
+TEST_F(PreviewCommand, DoesNotReplaceItsInput) {
+  const std::string before = common::ReadTextFile(DataFile());
+  for (const std::string& file : {DataFile().native(), HostFile().native()}) {
+    const ProgramResult result = Run({"preview", "{data}", "{host}", "-o", file});
+    EXPECT_EQ(result.exitStatus, kUsage);
+    EXPECT_THAT(result.errors, HasSubstr("would replace the input file '" + file + "'"));
+  }
+  EXPECT_EQ(common::ReadTextFile(DataFile()), before);
+}
+
+TEST_F(PreviewCommand, WatchWritesThePageAgainAfterEachChange) {
+  const auto program = StartWatching();
+  WaitUntilFileContains(PageFile(), "Twice as fast");
+  WriteData("25.1,MISC,,,,,,,,A second text\n");
+  WaitUntilFileContains(PageFile(), "A second text");
+  WriteHost("25.2", false);
+  WaitUntilFileContains(PageFile(), "version 25.2,");
+  program->Interrupt();
+  EXPECT_EQ(program->Wait().exitStatus, 0);
+  EXPECT_THAT(common::ReadTextFile(ErrorFile()),
+              StartsWith("ornwhatsnew: wrote '" + PageFile() + "'; waiting for changes"));
+  EXPECT_FALSE(std::filesystem::exists(PageFile() + ".tmp"));
+}
+
+TEST_F(PreviewCommand, WatchReportsAnErrorAndGoesOn) {
+  const auto program = StartWatching();
+  WaitUntilFileContains(PageFile(), "Twice as fast");
+  const std::string page = Page();
+  folder_.Write("host.json", "{");
+  WaitUntilFileContains(ErrorFile(), "host.json");
+  EXPECT_EQ(Page(), page);
+  WriteHost("25.2", false);
+  WaitUntilFileContains(PageFile(), "version 25.2,");
+  program->Interrupt();
+  EXPECT_EQ(program->Wait().exitStatus, 0);
+}
+
+TEST_F(PreviewCommand, WatchCannotWriteToStandardOutput) {
+  const ProgramResult result = Run({"preview", "{data}", "{host}", "-o", "-", "--watch"});
+  EXPECT_EQ(result.exitStatus, kUsage);
+  EXPECT_THAT(result.errors, HasSubstr("--watch cannot write to standard output"));
+}
+
+TEST_F(PreviewCommand, WatchEndsIfTheFirstPageCannotBeWritten) {
+  std::filesystem::remove(DataFile());
+  std::vector<std::string> words = Words();
+  words.emplace_back("--watch");
+  EXPECT_EQ(Run(words).exitStatus, kInput);
+}
+
+}  // namespace
+}  // namespace hosts::console
