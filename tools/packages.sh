@@ -5,7 +5,7 @@
 build_packages=(
   g++ cmake ninja-build pkgconf
   libboost-dev libicu-dev
-  nlohmann-json3-dev libcli11-dev libcsv-dev libboost-locale-dev
+  nlohmann-json3-dev libcli11-dev libcsv-dev libboost-locale-dev libssl-dev
   libgtest-dev libgmock-dev libmurmurhash-dev libcmark-dev python3-jsonschema mandoc gettext
   qt6-base-dev qt6-base-private-dev qt6-l10n-tools desktop-file-utils
 )

@@ -52,7 +52,7 @@ LINT_DEFINITIONS = {
     "LINT_TEST_FOLDER": "source/tests/hosts/author/lint",
     "LINT_CODE_PAGE": "source/docs/lint-codes.md",
 }
-REQUIRED_LIBRARIES = ("murmurhash", "icuuc", "csv", "boost_locale", "cmark")
+REQUIRED_LIBRARIES = ("murmurhash", "icuuc", "csv", "boost_locale", "crypto", "cmark")
 # For a mutant of a header, at most this number of sources of the library and the hosts is recompiled.
 MOST_INCLUDERS = 12
 

@@ -7,8 +7,7 @@
 namespace hosts::common {
 namespace {
 
-// The examples of the standard FIPS 180-4. The other lengths are those at which the padding gets
-// another block.
+// The first three are examples of the standard FIPS 180-4.
 TEST(Sha256, EqualsKnownHashes) {
   EXPECT_EQ(Sha256InBase64(""), "47DEQpj8HBSa+/TImW+5JCeuQeRkm5NMpJWZG3hSuFU=");
   EXPECT_EQ(Sha256InBase64("abc"), "ungWv48Bz+pBQUDeXa4iI7ADYaOWF3qctBD/YfIAFa0=");

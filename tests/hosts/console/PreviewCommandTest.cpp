@@ -12,7 +12,7 @@
 #include <unistd.h>
 
 #include "hosts/common/TextFile.h"
-#include "hosts/console/ToolError.h"
+#include "hosts/common/ToolError.h"
 #include "tests/hosts/console/ProgramFixture.h"
 
 namespace hosts::console {
