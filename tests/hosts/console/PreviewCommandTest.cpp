@@ -18,6 +18,7 @@
 namespace hosts::console {
 namespace {
 
+using common::ExitStatus;
 using test_support::ChildProcess;
 using test_support::ProgramResult;
 using testing::AllOf;

@@ -243,7 +243,7 @@ TEST(PreviewPage, FindingLinksToEachPanelThatShowsItsChange) {
   const std::string page = PreviewPage(MakeInput());
   const std::string finding = FindingWithCode(page, "salience-unknown");
   EXPECT_THAT(finding, HasSubstr("<strong>error</strong> line 7, column 11 <code>"));
-  EXPECT_THAT(finding, HasSubstr("&#39;Headlines&#39; in &quot;Salience&quot; is no keyword"));
+  EXPECT_THAT(finding, HasSubstr("&#39;Headlines&#39; in &quot;Salience&quot; is not a keyword"));
   EXPECT_THAT(LinksIn(finding),
               ElementsAre("#outside-line-7", "#internal-line-7", "#first-start-line-7"));
   auto elements = ElementsByID(page);
