@@ -1,4 +1,8 @@
 // Compares the library with the plain implementation for random hosts, states and data files.
+#include <map>
+#include <string>
+#include <vector>
+
 #include <gtest/gtest.h>
 
 #include <ornwhatsnew/FeatureListData.h>
@@ -13,12 +17,39 @@ namespace {
 using test_support::FirstDifference;
 using test_support::FormatWithLibrary;
 using test_support::PlainPanel;
+using test_support::PlainVisibility;
 using test_support::RandomSource;
 using test_support::RandomWorld;
 
 constexpr std::uint64_t kSeed = 20251120;
 constexpr int kWorlds = 250;
 constexpr int kStepsPerWorld = 12;
+
+// Returns for each item and each change whether no rule hides it.
+std::map<std::string, PlainVisibility> VisibilitiesOf(const std::vector<ItemVisibility>& items) {
+  std::map<std::string, PlainVisibility> visibilities;
+  for (const ItemVisibility& item : items) {
+    PlainVisibility& visibility = visibilities[item.item->FeatureJiraIDKey()];
+    visibility.isItemShown = item.hidingRules.empty();
+    for (const ChangeVisibility& change : item.changes) {
+      visibility.areChangesShown.push_back(change.hidingRules.empty());
+    }
+  }
+  return visibilities;
+}
+
+// Returns how many items and changes of a display no rule hides.
+NewCount CountWithoutRules(const std::vector<ItemVisibility>& items) {
+  NewCount count;
+  for (const ItemVisibility& item : items) {
+    if (!item.hidingRules.empty()) continue;
+    ++count.items;
+    for (const ChangeVisibility& change : item.changes) {
+      if (change.hidingRules.empty()) ++count.changes;
+    }
+  }
+  return count;
+}
 
 // A list of the library, and a list of the plain implementation with the same content. Each list
 // has its own state store. Both stores must always have the same content.
@@ -57,6 +88,7 @@ class Pair {
     EXPECT_EQ(list_.IsAnythingNew(static_cast<unsigned char>(options)),
               plain_.IsAnythingNew(options));
     EXPECT_EQ(list_.IsAnythingNeedingRating(), plain_.IsAnythingNew(0x16));
+    ExpectExplained(options);
     EXPECT_EQ(world_.Host().State().AllTexts(), store_);
   }
 
@@ -70,6 +102,14 @@ class Pair {
     EXPECT_EQ(FormatWithLibrary(list_, world_.Host().State(), options, placeholder),
               plain_.Format(options, placeholder))
         << "options " << options;
+  }
+
+  // An item or a change must have a hiding rule if and only if it is hidden.
+  void ExpectExplained(unsigned options) {
+    const auto bits = static_cast<unsigned char>(options);
+    const std::vector<ItemVisibility> items = list_.ExplainVisibility(bits);
+    EXPECT_TRUE(VisibilitiesOf(items) == plain_.Visibilities(options)) << "options " << options;
+    EXPECT_EQ(CountWithoutRules(items), list_.CountNew(bits)) << "options " << options;
   }
 
   RandomWorld& world_;

@@ -143,6 +143,19 @@ bool PlainPanel::IsAnythingNew(unsigned options) const {
   });
 }
 
+std::map<std::string, PlainVisibility> PlainPanel::Visibilities(unsigned options) const {
+  std::map<std::string, PlainVisibility> visibilities;
+  for (const auto& [key, item] : items_) {
+    if (!item) continue;
+    PlainVisibility& visibility = visibilities[key];
+    visibility.isItemShown = item->IsShown(options, seen_, versions_);
+    for (const PlainChange& change : item->changes) {
+      visibility.areChangesShown.push_back(change.IsShown(options, seen_, versions_));
+    }
+  }
+  return visibilities;
+}
+
 void PlainPanel::MarkItemHasBeenRated(const std::string& key) {
   const PlainItem* const item = Find(key);
   if (PlainIsSection(key) || item == nullptr) return;
