@@ -40,18 +40,22 @@ class ProgramFileFaultTest : public ProgramTest {
   /// Each of the next three functions returns every command that reads one kind of file: a data
   /// file, a host description or a state store. The commands use `file` as this file.
   static std::vector<std::vector<std::string>> CommandsWithData(const std::string& file) {
-    return {
-        {"show", file, "{host}"}, {"status", file, "{host}"}, {"rate", "EPIC-7", file, "{host}"}};
+    return {{"show", file, "{host}"},
+            {"status", file, "{host}"},
+            {"why", file, "{host}"},
+            {"rate", "EPIC-7", file, "{host}"}};
   }
   static std::vector<std::vector<std::string>> CommandsWithHost(const std::string& file) {
     return {{"show", "{data}", "--host", file},
             {"status", "{data}", "--host", file},
+            {"why", "{data}", "--host", file},
             {"rate", "EPIC-7", "{data}", "--host", file},
             {"console", "--host", file, "help"}};
   }
   static std::vector<std::vector<std::string>> CommandsWithState(const std::string& file) {
     return {{"show", "{data}", "{host}", "--state", file},
             {"status", "{data}", "{host}", "--state", file},
+            {"why", "{data}", "{host}", "--state", file},
             {"rate", "EPIC-7", "{data}", "{host}", "--state", file},
             {"state", "show", "--state", file},
             {"state", "reset", "--state", file}};
