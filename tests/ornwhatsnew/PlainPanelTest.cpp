@@ -1,7 +1,6 @@
 // Compares the library with the plain implementation for random hosts, states and data files.
-#include <map>
+#include <algorithm>
 #include <string>
-#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -14,42 +13,16 @@
 namespace ornwhatsnew {
 namespace {
 
+using test_support::ExplainedVisibilities;
 using test_support::FirstDifference;
 using test_support::FormatWithLibrary;
 using test_support::PlainPanel;
-using test_support::PlainVisibility;
 using test_support::RandomSource;
 using test_support::RandomWorld;
 
 constexpr std::uint64_t kSeed = 20251120;
 constexpr int kWorlds = 250;
 constexpr int kStepsPerWorld = 12;
-
-// Returns for each item and each change whether no rule hides it.
-std::map<std::string, PlainVisibility> VisibilitiesOf(const std::vector<ItemVisibility>& items) {
-  std::map<std::string, PlainVisibility> visibilities;
-  for (const ItemVisibility& item : items) {
-    PlainVisibility& visibility = visibilities[item.item->FeatureJiraIDKey()];
-    visibility.isItemShown = item.hidingRules.empty();
-    for (const ChangeVisibility& change : item.changes) {
-      visibility.areChangesShown.push_back(change.hidingRules.empty());
-    }
-  }
-  return visibilities;
-}
-
-// Returns how many items and changes of a display no rule hides.
-NewCount CountWithoutRules(const std::vector<ItemVisibility>& items) {
-  NewCount count;
-  for (const ItemVisibility& item : items) {
-    if (!item.hidingRules.empty()) continue;
-    ++count.items;
-    for (const ChangeVisibility& change : item.changes) {
-      if (change.hidingRules.empty()) ++count.changes;
-    }
-  }
-  return count;
-}
 
 // A list of the library, and a list of the plain implementation with the same content. Each list
 // has its own state store. Both stores must always have the same content.
@@ -106,10 +79,16 @@ class Pair {
 
   // An item or a change must have a hiding rule if and only if it is hidden.
   void ExpectExplained(unsigned options) {
-    const auto bits = static_cast<unsigned char>(options);
-    const std::vector<ItemVisibility> items = list_.ExplainVisibility(bits);
-    EXPECT_TRUE(VisibilitiesOf(items) == plain_.Visibilities(options)) << "options " << options;
-    EXPECT_EQ(CountWithoutRules(items), list_.CountNew(bits)) << "options " << options;
+    const auto visibilities = ExplainedVisibilities(list_, options);
+    EXPECT_TRUE(visibilities == plain_.Visibilities(options)) << "options " << options;
+    NewCount count;
+    for (const auto& [key, visibility] : visibilities) {
+      if (!visibility.isItemShown) continue;
+      ++count.items;
+      count.changes +=
+          static_cast<std::size_t>(std::ranges::count(visibility.areChangesShown, true));
+    }
+    EXPECT_EQ(count, list_.CountNew(static_cast<unsigned char>(options))) << "options " << options;
   }
 
   RandomWorld& world_;

@@ -107,6 +107,19 @@ PanelOutcome FormatWithLibrary(FeatureListData& list, FakeStateStore& state, uns
   return outcome;
 }
 
+std::map<std::string, PlainVisibility> ExplainedVisibilities(const FeatureListData& list,
+                                                             unsigned options) {
+  std::map<std::string, PlainVisibility> visibilities;
+  for (const auto& explained : list.ExplainVisibility(static_cast<unsigned char>(options))) {
+    PlainVisibility& visibility = visibilities[explained.item->FeatureJiraIDKey()];
+    visibility.isItemShown = explained.hidingRules.empty();
+    for (const auto& change : explained.changes) {
+      visibility.areChangesShown.push_back(change.hidingRules.empty());
+    }
+  }
+  return visibilities;
+}
+
 std::string FirstDifference(const FeatureListData& list, const PlainPanel& plain) {
   const auto& order = list.GetOrderedFeatureKeys();
   if (order != plain.Order()) return "the order of the keys";

@@ -74,6 +74,11 @@ struct PlainVisibility {
   friend bool operator==(const PlainVisibility&, const PlainVisibility&) = default;
 };
 
+/// Returns the visibility of each item of the list in a display with these options, by key. An item
+/// or a change counts as shown if no rule hides it.
+std::map<std::string, PlainVisibility> ExplainedVisibilities(
+    const ornwhatsnew::FeatureListData& list, unsigned options);
+
 class PlainPanel;
 
 /// Compares the keys, items and changes of two lists. Returns a description of the first
