@@ -1,8 +1,9 @@
-// Fuzzes `ornwhatsnew lint`: checks the findings in a data file, their output, and their
-// corrections.
+// Fuzzes `ornwhatsnew lint` and `ornwhatsnew why`: checks the findings in a data file, their
+// output, their corrections, and the explanations of the changes.
 //
-// The input consists of a line with one switch and of the data file. If bit 0 of the switch is set,
-// the fuzzer checks the file with a host. If bit 1 is set, it also compares the file with itself.
+// The input consists of a line with two switches and of the data file. If bit 0 of the first switch
+// is set, the fuzzer checks the file with a host. If bit 1 is set, it also compares the file with
+// itself. The second switch contains the display options.
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
@@ -11,6 +12,7 @@
 
 #include <orncore/string/Conversion.h>
 #include <orncore/string/SafeText.h>
+#include <ornwhatsnew/FeatureListData.h>
 #include <nlohmann/json.hpp>
 
 #include "fuzz/Input.h"
@@ -19,6 +21,7 @@
 #include "hosts/author/lint/LintBaseline.h"
 #include "hosts/author/lint/LintFix.h"
 #include "hosts/author/lint/LintOutput.h"
+#include "hosts/author/why/WhyReport.h"
 #include "hosts/console/LintText.h"
 
 namespace fuzz {
@@ -89,8 +92,37 @@ void RequireCorrections(const LintReport& report, const std::string& text, const
                "the safe corrections omit only those that announce a change again");
 }
 
+// Requires that each line contains no invisible characters.
+void RequireVisible(std::string_view output) {
+  for (std::size_t begin = 0; begin < output.size();) {
+    const std::size_t end = std::min(output.find('\n', begin), output.size());
+    const std::string line(output.substr(begin, end - begin));
+    RequireEqual(orncore::string::EscapeInvisible(line), line,
+                 "an explanation contains no invisible characters");
+    begin = end + 1;
+  }
+}
+
+void RequireExplanations(const std::string& text, unsigned options) {
+  constexpr std::size_t kMaximumLines = 20;  // each explanation can read the whole file
+  const ornwhatsnew::FeatureListData list(
+      text, [](const std::string&) { return std::string(); },
+      [](const std::string&, const std::string&) {});
+  const hosts::author::WhyReport report(list, "data.csv", text,
+                                        static_cast<unsigned char>(options & 0x1FU), {"4.3.0.118"});
+  RequireVisible(report.ExplainAll());
+  const auto lines = static_cast<std::size_t>(std::ranges::count(text, '\n'));
+  for (std::size_t line = 1; line <= std::min(lines, kMaximumLines); ++line) {
+    RequireVisible(report.ExplainLine(line));
+  }
+  for (const std::string& key : list.GetOrderedFeatureKeys()) {
+    RequireVisible(report.ExplainKey(key));
+  }
+}
+
 void Run(Input input) {
-  const unsigned switches = Switch(input.ReadLine(), 0);
+  const std::string_view line = input.ReadLine();
+  const unsigned switches = Switch(line, 0);
   const std::string text(input.Rest());
   const LintHost host = MakeHost();
   const bool hasHost = (switches & kHasHost) != 0;
@@ -110,6 +142,7 @@ void Run(Input input) {
   }
   hosts::author::FinishReport(report);
   RequireOutputs(report, text);
+  RequireExplanations(text, Switch(line, 1));
 }
 
 }  // namespace

@@ -4,6 +4,7 @@
 
 namespace fuzz {
 
+using test_support::ExplainedVisibilities;
 using test_support::FormatWithLibrary;
 using test_support::PanelOutcome;
 
@@ -26,6 +27,8 @@ PanelOutcome ListPair::Display(unsigned options) {
                "the panel equals the plain panel");
   Require(world_.Host().State().AllTexts() == store_,
           "the state equals the state of the plain list");
+  Require(ExplainedVisibilities(list_, options) == plain_.Visibilities(options),
+          "exactly the hidden items and changes have a hiding rule");
   return outcome;
 }
 

@@ -22,7 +22,8 @@ class ListPair {
   /// Loads the data file into both lists and requires equal content.
   void Load(const std::string& dataText);
   /// Displays both lists with the bits of `DisplayOptions` in `options`. Requires that the panels
-  /// and the stored states are equal. Returns the panel.
+  /// and the stored states are equal, and that exactly the hidden items and changes have a rule
+  /// that hides them. Returns the panel.
   test_support::PanelOutcome Display(unsigned options);
   /// Returns the result of `IsAnythingNew` for these options. Requires that both lists return the
   /// same result.

@@ -6,10 +6,12 @@
 #include <list>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include <orncore/Export.h>
 #include <ornwhatsnew/FeatureListItem.h>
 #include <ornwhatsnew/PanelLayout.h>
+#include <ornwhatsnew/VisibilityExplanation.h>
 #include <ornwhatsnew/utility/SharedTypes.h>
 
 namespace ornui::utility {
@@ -129,6 +131,14 @@ class ORN_EXPORT FeatureListData {
   /// `kShowOnlyNew`, a badge can show the number of changes. An item that was displayed counts as
   /// seen only after `RefreshInternalSeenState` or `InitWithData` has read the state.
   NewCount CountNew(const DisplayOptions& options) const;
+
+  /// Returns which rules hide each item and each change from a display with these options. The
+  /// items are in display order and include the shown ones. The pointers in the result are valid
+  /// until the items of the list change.
+  ///
+  /// Does not change the state and does not call the setter. Unlike a display, it checks all rules
+  /// for an item that one rule already hides, and makes the host queries of these rules.
+  std::vector<ItemVisibility> ExplainVisibility(const DisplayOptions& options) const;
 
   /// Returns whether the rating view, with the options `kFilterRelevantPlatform` and
   /// `kFilterRelevantVersion`, would show any feature.

@@ -21,6 +21,7 @@ using ornwhatsnew::DataColumn;
 using ornwhatsnew::DisplayOptions;
 
 constexpr std::size_t kMaximumWidth = 100'000;
+constexpr std::size_t kMaximumLine = 1'000'000'000;
 /// The width of the column with the names in help texts. On a terminal with 80 columns, 56 columns
 /// remain for the descriptions.
 constexpr std::size_t kHelpNameColumns = 24;
@@ -152,18 +153,23 @@ void AddSources(CLI::App& command, SourceArguments& sources) {
   AddState(command, sources.state);
 }
 
-/// Converts the value of `--width`. Throws `CLI::ValidationError` if it is not a valid width. Does
-/// not use the conversion of CLI11, because that reads "010" as an octal number and accepts
-/// hexadecimal numbers, spaces and signs.
-std::size_t ParseWidth(const std::string& word) {
-  std::size_t width = 0;
-  const char* const end = word.data() + word.size();
-  const auto [parsed, error] = std::from_chars(word.data(), end, width);
-  if (error != std::errc() || parsed != end || width > kMaximumWidth) {
-    throw CLI::ValidationError(
-        "--width", "'" + word + "' is not a number from 0 to " + std::to_string(kMaximumWidth));
-  }
-  return width;
+/// Adds an option for a number from `minimum` to `maximum`. Does not use the conversion of CLI11,
+/// because that reads "010" as an octal number and accepts hexadecimal numbers, spaces and signs.
+CLI::Option* AddNumber(CLI::App& command, const std::string& name,
+                       std::optional<std::size_t>& number, std::size_t minimum, std::size_t maximum,
+                       const std::string& description) {
+  const auto parse = [=, &number](const std::string& word) {
+    std::size_t value = 0;
+    const char* const end = word.data() + word.size();
+    const auto [parsed, error] = std::from_chars(word.data(), end, value);
+    if (error != std::errc() || parsed != end || value < minimum || value > maximum) {
+      throw CLI::ValidationError(name, "'" + word + "' is not a number from " +
+                                           std::to_string(minimum) + " to " +
+                                           std::to_string(maximum));
+    }
+    number = value;
+  };
+  return command.add_option_function<std::string>(name, parse, description);
 }
 
 /// Converts the value of `--fix`. CLI11 passes "true" if the option has no value.
@@ -237,6 +243,7 @@ class CommandLine {
     app_.set_version_flag("--version", "ornwhatsnew " + std::string(ornwhatsnew::kVersionText));
     AddShow();
     AddStatus();
+    AddWhy();
     AddRate();
     AddStateCommands();
     AddImport();
@@ -285,12 +292,10 @@ class CommandLine {
               "(default), always or never. auto: only on a terminal,\n"
               "and without colours if NO_COLOR is set")
         ->type_name("WHEN");
-    command
-        .add_option_function<std::string>(
-            "--width", [this](const std::string& word) { show_.width = ParseWidth(word); },
-            "Wrap lines at this column in the formats text and\n"
-            "plain. 0: do not wrap. Default: the width of the\n"
-            "terminal for text on a terminal, otherwise 0")
+    AddNumber(command, "--width", show_.width, 0, kMaximumWidth,
+              "Wrap lines at this column in the formats text and\n"
+              "plain. 0: do not wrap. Default: the width of the\n"
+              "terminal for text on a terminal, otherwise 0")
         ->type_name("COLUMNS");
   }
 
@@ -302,6 +307,25 @@ class CommandLine {
     AddFormat(command, status_.format);
     command.add_flag("--exit-status", status_.setsExitStatus,
                      "Report the result in the exit status");
+  }
+
+  void AddWhy() {
+    CLI::App& command =
+        AddCommand(app_, "why", "Explain why changes and features are shown or not", why_);
+    AddSources(command, why_.sources);
+    AddNumber(command, "--line", why_.line, 1, kMaximumLine,
+              "Explain only the change on this line of the data file")
+        ->type_name("N");
+    command.add_option("--key", why_.key, "Explain only the feature or section with this key")
+        ->type_name("KEY");
+    AddFlag(command, kOnlyNewFlag, why_.options);
+    AddFilters(command, why_.options);
+    AddFlag(command, kRatingFlag, why_.options);
+    // Do not use `excludes` of CLI11, which changes the help of both options.
+    command.callback([this] {
+      if (why_.line && why_.key) throw CLI::ValidationError("--key", "--line excludes this option");
+      request_ = why_;
+    });
   }
 
   void AddRate() {
@@ -540,6 +564,7 @@ class CommandLine {
   Request request_;
   ShowArguments show_;
   StatusArguments status_;
+  WhyArguments why_;
   RateArguments rate_;
   StateShowArguments stateShow_;
   StateResetArguments stateReset_;

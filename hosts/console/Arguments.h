@@ -18,7 +18,7 @@ struct Answer {
 };
 
 /// A parsed command line: the arguments of a command, or the text to print instead.
-using Request = std::variant<Answer, ShowArguments, StatusArguments, RateArguments,
+using Request = std::variant<Answer, ShowArguments, StatusArguments, WhyArguments, RateArguments,
                              StateShowArguments, StateResetArguments, ImportArguments, AddArguments,
                              MessagesArguments, ConsoleArguments, LintArguments, PreviewArguments>;
 

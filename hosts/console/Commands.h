@@ -48,6 +48,14 @@ struct StatusArguments {
   bool setsExitStatus = false;
 };
 
+struct WhyArguments {
+  SourceArguments sources;
+  ornwhatsnew::DisplayOptions options;
+  // The command explains the whole data file if both are absent. They are never both present.
+  std::optional<std::size_t> line;
+  std::optional<std::string> key;
+};
+
 struct RateArguments {
   SourceArguments sources;
   std::string key;
@@ -126,6 +134,10 @@ ExitStatus Run(const ShowArguments& arguments);
 /// Prints whether `show --only-new` and `show --rating` with the same filters would show any item.
 /// Stores nothing.
 ExitStatus Run(const StatusArguments& arguments);
+/// Prints which features and changes `show` with the same options would show, and why it would hide
+/// the others. Stores nothing. Throws `ToolError` if the data file does not contain the line or the
+/// key.
+ExitStatus Run(const WhyArguments& arguments);
 /// Marks a feature as rated in the state store. Throws `ToolError` if the user cannot rate this
 /// feature.
 ExitStatus Run(const RateArguments& arguments);

@@ -1,5 +1,6 @@
 // Implements the methods of the list that query and update the state.
 #include <cassert>
+#include <string>
 #include <utility>
 #include <vector>
 
@@ -80,6 +81,19 @@ NewCount FeatureListData::CountNew(const DisplayOptions& options) const {
     count.changes += shown.changes.size();
   });
   return count;
+}
+
+std::vector<ItemVisibility> FeatureListData::ExplainVisibility(
+    const DisplayOptions& options) const {
+  const ScopedCount walk(impl_->activeWalks);
+  const ListContent& content = impl_->content;
+  const VisibilityFilter filter(options, content.state.seenGuids, content.state.seenVersionNumbers);
+  std::vector<ItemVisibility> explained;
+  for (const std::string& key : content.orderedKeys) {
+    const FeatureListItem* const item = content.FindItem(key);
+    if (item != nullptr) explained.push_back(ExplainItem(*item, filter));
+  }
+  return explained;
 }
 
 bool FeatureListData::IsAnythingNeedingRating() const {

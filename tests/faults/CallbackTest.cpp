@@ -231,6 +231,7 @@ TEST_F(ServiceTest, AThrowingServiceLeavesTheListUnchanged) {
   const Operation preview = [](World& world) {
     world.list->PreviewLayout(kShowOnlyNew);
     world.list->CountNew(kShowOnlyNew);
+    world.list->ExplainVisibility(kShowOnlyNew);
   };
   struct Case {
     std::string name;

@@ -339,6 +339,17 @@ TEST_P(MemoryOfPanelTest, PreviewAndCountCanBeRepeated) {
       [](const FeatureListData& list) { return list.CountNew(GetParam().options); });
 }
 
+TEST_P(MemoryOfPanelTest, ExplanationCanBeRepeated) {
+  ExpectQueryCanBeRepeated([](const FeatureListData& list) {
+    std::size_t rules = 0;
+    for (const ItemVisibility& item : list.ExplainVisibility(GetParam().options)) {
+      rules += item.hidingRules.size();
+      for (const ChangeVisibility& change : item.changes) rules += change.hidingRules.size();
+    }
+    return rules;
+  });
+}
+
 INSTANTIATE_TEST_SUITE_P(
     Panels, MemoryOfPanelTest,
     testing::Values(Panel{"Everything", {}, true}, Panel{"Everything", {}, false},

@@ -241,6 +241,7 @@ TEST_F(NestedCallTest, AServiceMayQueryTheListThatQueriesIt) {
     ++queries;
     world.list->IsAnythingNew(kShowOnlyNew);
     world.list->CountNew(kShowOnlyNew);
+    world.list->ExplainVisibility(kShowOnlyNew);
     world.list->GetDataFileSummary();
     world.list->GetNewSeenState();
   }));

@@ -1,4 +1,7 @@
 // Compares the library with the plain implementation for random hosts, states and data files.
+#include <algorithm>
+#include <string>
+
 #include <gtest/gtest.h>
 
 #include <ornwhatsnew/FeatureListData.h>
@@ -10,6 +13,7 @@
 namespace ornwhatsnew {
 namespace {
 
+using test_support::ExplainedVisibilities;
 using test_support::FirstDifference;
 using test_support::FormatWithLibrary;
 using test_support::PlainPanel;
@@ -57,6 +61,7 @@ class Pair {
     EXPECT_EQ(list_.IsAnythingNew(static_cast<unsigned char>(options)),
               plain_.IsAnythingNew(options));
     EXPECT_EQ(list_.IsAnythingNeedingRating(), plain_.IsAnythingNew(0x16));
+    ExpectExplained(options);
     EXPECT_EQ(world_.Host().State().AllTexts(), store_);
   }
 
@@ -70,6 +75,20 @@ class Pair {
     EXPECT_EQ(FormatWithLibrary(list_, world_.Host().State(), options, placeholder),
               plain_.Format(options, placeholder))
         << "options " << options;
+  }
+
+  // An item or a change must have a hiding rule if and only if it is hidden.
+  void ExpectExplained(unsigned options) {
+    const auto visibilities = ExplainedVisibilities(list_, options);
+    EXPECT_TRUE(visibilities == plain_.Visibilities(options)) << "options " << options;
+    NewCount count;
+    for (const auto& [key, visibility] : visibilities) {
+      if (!visibility.isItemShown) continue;
+      ++count.items;
+      count.changes +=
+          static_cast<std::size_t>(std::ranges::count(visibility.areChangesShown, true));
+    }
+    EXPECT_EQ(count, list_.CountNew(static_cast<unsigned char>(options))) << "options " << options;
   }
 
   RandomWorld& world_;

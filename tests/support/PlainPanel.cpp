@@ -107,6 +107,19 @@ PanelOutcome FormatWithLibrary(FeatureListData& list, FakeStateStore& state, uns
   return outcome;
 }
 
+std::map<std::string, PlainVisibility> ExplainedVisibilities(const FeatureListData& list,
+                                                             unsigned options) {
+  std::map<std::string, PlainVisibility> visibilities;
+  for (const auto& explained : list.ExplainVisibility(static_cast<unsigned char>(options))) {
+    PlainVisibility& visibility = visibilities[explained.item->FeatureJiraIDKey()];
+    visibility.isItemShown = explained.hidingRules.empty();
+    for (const auto& change : explained.changes) {
+      visibility.areChangesShown.push_back(change.hidingRules.empty());
+    }
+  }
+  return visibilities;
+}
+
 std::string FirstDifference(const FeatureListData& list, const PlainPanel& plain) {
   const auto& order = list.GetOrderedFeatureKeys();
   if (order != plain.Order()) return "the order of the keys";
@@ -141,6 +154,19 @@ bool PlainPanel::IsAnythingNew(unsigned options) const {
     return found != items_.end() && found->second &&
            found->second->IsShown(options, seen_, versions_);
   });
+}
+
+std::map<std::string, PlainVisibility> PlainPanel::Visibilities(unsigned options) const {
+  std::map<std::string, PlainVisibility> visibilities;
+  for (const auto& [key, item] : items_) {
+    if (!item) continue;
+    PlainVisibility& visibility = visibilities[key];
+    visibility.isItemShown = item->IsShown(options, seen_, versions_);
+    for (const PlainChange& change : item->changes) {
+      visibility.areChangesShown.push_back(change.IsShown(options, seen_, versions_));
+    }
+  }
+  return visibilities;
 }
 
 void PlainPanel::MarkItemHasBeenRated(const std::string& key) {

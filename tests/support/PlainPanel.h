@@ -65,6 +65,20 @@ std::ostream& operator<<(std::ostream& stream, const PanelOutcome& outcome);
 PanelOutcome FormatWithLibrary(ornwhatsnew::FeatureListData& list, FakeStateStore& state,
                                unsigned options, const std::u16string& ratingPlaceholder);
 
+/// Whether a display shows an item, and which changes of the item pass the rules for changes. A
+/// display shows none of them if it does not show the item.
+struct PlainVisibility {
+  bool isItemShown = false;
+  std::vector<bool> areChangesShown;
+
+  friend bool operator==(const PlainVisibility&, const PlainVisibility&) = default;
+};
+
+/// Returns the visibility of each item of the list in a display with these options, by key. An item
+/// or a change counts as shown if no rule hides it.
+std::map<std::string, PlainVisibility> ExplainedVisibilities(
+    const ornwhatsnew::FeatureListData& list, unsigned options);
+
 class PlainPanel;
 
 /// Compares the keys, items and changes of two lists. Returns a description of the first
@@ -91,6 +105,8 @@ class PlainPanel {
   PanelOutcome Format(unsigned options, std::u16string_view ratingPlaceholder);
   /// Returns whether a display with these options would show an item.
   bool IsAnythingNew(unsigned options) const;
+  /// Returns the visibility of each item in a display with these options, by key.
+  std::map<std::string, PlainVisibility> Visibilities(unsigned options) const;
   /// Stores the rated identity of an item in the state. Ignores sections and unknown keys.
   void MarkItemHasBeenRated(const std::string& key);
 

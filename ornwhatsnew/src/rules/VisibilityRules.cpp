@@ -37,6 +37,111 @@ bool IsForInternalUsersOnly(const FeatureListItem& item) {
   return item.IsInternalSection() || item.IsItemInternalOverride();
 }
 
+// Each function template below checks some rules in their order, and calls `hides(rule)` for each
+// rule that hides the change or the item. It stops and returns true when a call returns true. A
+// display stops at the first rule, because it must not compute or query what it does not need. An
+// explanation continues.
+
+constexpr auto kStopAtFirstRule = [](HidingRule) { return true; };
+
+// Returns a function that adds each rule to `rules` and continues. Several changes can hide an item
+// by the same rule, so the function ignores a repetition.
+auto CollectInto(std::vector<HidingRule>& rules) {
+  return [&rules](HidingRule rule) {
+    if (rules.empty() || rules.back() != rule) rules.push_back(rule);
+    return false;
+  };
+}
+
+template <class Hides>
+bool AnyRatingRuleHidesChange(const FeatureListDetail& change, bool isSeen, Hides hides) {
+  if (change.GetRatingRequestOptional().empty() && hides(HidingRule::kNoRatingRequest)) return true;
+  return !isSeen && !change.GetDescription().empty() && hides(HidingRule::kNotSeen);
+}
+
+template <class Hides>
+bool AnyRuleHidesChange(const FeatureListDetail& change, const VisibilityFilter& filter,
+                        const Guid& seenGuid, Hides hides) {
+  if (filter.Has(kFilterRelevantPlatform) && !IsRelevantOnHostPlatform(change, filter) &&
+      hides(HidingRule::kOtherPlatform)) {
+    return true;
+  }
+  if (filter.Has(kFilterHeadlinesOnly) && !PassesHeadlineFilter(change) &&
+      hides(HidingRule::kHeadlinesOnly)) {
+    return true;
+  }
+  if (filter.Has(kFilterRelevantVersion) && !change.IsRelevantToVersions(filter.Versions()) &&
+      hides(HidingRule::kOtherVersion)) {
+    return true;
+  }
+  const bool isSeen =
+      (filter.Has(kRatingView) || filter.Has(kShowOnlyNew)) && filter.IsSeen(seenGuid);
+  if (filter.Has(kRatingView)) return AnyRatingRuleHidesChange(change, isSeen, hides);
+  if (isSeen && hides(HidingRule::kSeen)) return true;
+  return change.GetDescription().empty() && hides(HidingRule::kNoText);
+}
+
+// Checks the rules that do not depend on the changes of the item.
+template <class Hides>
+bool AnyAccessRuleHidesItem(const FeatureListItem& item, const VisibilityFilter& filter,
+                            Hides hides) {
+  const bool isRatingView = filter.Has(kRatingView);
+  if (isRatingView && orncore::appstatemanager::IsTerminating() &&
+      hides(HidingRule::kTerminating)) {
+    return true;
+  }
+  if (isRatingView && FeatureListItem::AnalyticsDisabled() && hides(HidingRule::kUsageLoggingOff)) {
+    return true;
+  }
+  if (!item.IsSection() && !IsAvailableToUser(item) && hides(HidingRule::kUnavailable)) return true;
+  return IsForInternalUsersOnly(item) && !feature::IsEntitlementSetToInternalFeaturesAllowed() &&
+         hides(HidingRule::kInternalUsersOnly);
+}
+
+// Checks the rules that depend on which changes are shown and on what the user has seen.
+template <class Hides>
+bool AnySeenRuleHidesItem(const FeatureListItem& item, const VisibilityFilter& filter,
+                          const Guid& seenGuid, bool isAnyChangeShown, Hides hides) {
+  const bool isRatingView = filter.Has(kRatingView);
+  if (item.IsSection()) {
+    return (isRatingView && hides(HidingRule::kSectionInRatingView)) ||
+           (!isAnyChangeShown && hides(HidingRule::kNoShownChange));
+  }
+  if (isRatingView) {
+    return (!isAnyChangeShown && hides(HidingRule::kNoShownChange)) ||
+           (!filter.IsSeen(seenGuid) && hides(HidingRule::kNotSeen)) ||
+           (filter.IsSeen(item.GetItemRatedGuid()) && hides(HidingRule::kRated));
+  }
+  return filter.Has(kShowOnlyNew) && !isAnyChangeShown && filter.IsSeen(seenGuid) &&
+         hides(HidingRule::kSeen);
+}
+
+// Calls `isChangeShown(change, guid)` for each change with its seen identity, and sets `seenGuid`
+// to the seen identity of the item. Does both only until a call of `hides` returns true.
+template <class IsShown, class Hides>
+bool AnyRuleHidesItem(const FeatureListItem& item, const VisibilityFilter& filter, Guid& seenGuid,
+                      IsShown isChangeShown, Hides hides) {
+  if (AnyAccessRuleHidesItem(item, filter, hides)) return true;
+  orncore::utility::GuidMixer seenMixer = ItemSeenMixer(item);
+  bool isInternal = item.GetVisibility() == FeatureListItem::Visibility::kInternal;
+  bool isAnyChangeShown = false;
+  for (const auto& change : item.GetAllChanges()) {
+    if (!item.IsSection() && change->DetailForcingItemToHiddenOverride() &&
+        hides(HidingRule::kHideBetaFeature)) {
+      return true;
+    }
+    // Compatibility: "UnhideBetaFeature" has this effect although it counts as malformed
+    // (docs/compatibility.md).
+    if (change->DetailForcingItemToNormalVisibility()) isInternal = false;
+    const Guid changeGuid = change->GetItemSeenGuid();
+    MixChangeIntoItem(seenMixer, *change, changeGuid);
+    if (isChangeShown(*change, changeGuid)) isAnyChangeShown = true;
+  }
+  if (isInternal && hides(HidingRule::kInternalVisibility)) return true;
+  seenGuid = seenMixer.Result();
+  return AnySeenRuleHidesItem(item, filter, seenGuid, isAnyChangeShown, hides);
+}
+
 }  // namespace
 
 Platform ParsePlatform(std::string_view text) {
@@ -62,21 +167,12 @@ Platform VisibilityFilter::HostPlatform() const {
 }
 
 bool IsChangeForRating(const FeatureListDetail& change, bool isSeen) {
-  if (change.GetRatingRequestOptional().empty()) return false;
-  return isSeen || change.GetDescription().empty();
+  return !AnyRatingRuleHidesChange(change, isSeen, kStopAtFirstRule);
 }
 
 bool IsChangeShown(const FeatureListDetail& change, const VisibilityFilter& filter,
                    const Guid& seenGuid) {
-  if (filter.Has(kFilterRelevantPlatform) && !IsRelevantOnHostPlatform(change, filter))
-    return false;
-  if (filter.Has(kFilterHeadlinesOnly) && !PassesHeadlineFilter(change)) return false;
-  if (filter.Has(kFilterRelevantVersion) && !change.IsRelevantToVersions(filter.Versions())) {
-    return false;
-  }
-  if (filter.Has(kRatingView)) return IsChangeForRating(change, filter.IsSeen(seenGuid));
-  if (filter.Has(kShowOnlyNew) && filter.IsSeen(seenGuid)) return false;
-  return !change.GetDescription().empty();
+  return !AnyRuleHidesChange(change, filter, seenGuid, kStopAtFirstRule);
 }
 
 void AddSeenIdentities(const ShownItem& shown, const DisplayOptions& options,
@@ -89,38 +185,29 @@ void AddSeenIdentities(const ShownItem& shown, const DisplayOptions& options,
 }
 
 bool IsItemShown(const FeatureListItem& item, const VisibilityFilter& filter, ShownItem* shown) {
-  const bool isRatingView = filter.Has(kRatingView);
-  if (isRatingView && orncore::appstatemanager::IsTerminating()) return false;
-  if (isRatingView && FeatureListItem::AnalyticsDisabled()) return false;
-  if (!item.IsSection() && !IsAvailableToUser(item)) return false;
-  if (IsForInternalUsersOnly(item) && !feature::IsEntitlementSetToInternalFeaturesAllowed()) {
-    return false;
-  }
-
   if (shown != nullptr) shown->changes.clear();
-  orncore::utility::GuidMixer seenMixer = ItemSeenMixer(item);
-  bool isHidden = item.GetVisibility() == FeatureListItem::Visibility::kInternal;
-  bool isAnyChangeShown = false;
-  for (const auto& change : item.GetAllChanges()) {
-    if (!item.IsSection() && change->DetailForcingItemToHiddenOverride()) return false;
-    // Compatibility: "UnhideBetaFeature" has this effect although it counts as malformed
-    // (docs/compatibility.md).
-    if (change->DetailForcingItemToNormalVisibility()) isHidden = false;
-    const Guid seenGuid = change->GetItemSeenGuid();
-    MixChangeIntoItem(seenMixer, *change, seenGuid);
-    if (!IsChangeShown(*change, filter, seenGuid)) continue;
-    isAnyChangeShown = true;
-    if (shown != nullptr) shown->changes.push_back({change.get(), seenGuid});
-  }
-  if (isHidden) return false;
-
-  const Guid seenGuid = seenMixer.Result();
+  const auto isChangeShown = [&](const FeatureListDetail& change, const Guid& seenGuid) {
+    if (!IsChangeShown(change, filter, seenGuid)) return false;
+    if (shown != nullptr) shown->changes.push_back({&change, seenGuid});
+    return true;
+  };
+  Guid seenGuid;
+  if (AnyRuleHidesItem(item, filter, seenGuid, isChangeShown, kStopAtFirstRule)) return false;
   if (shown != nullptr) shown->seenGuid = seenGuid;
-  if (item.IsSection()) return isAnyChangeShown && !isRatingView;
-  if (isRatingView) {
-    return isAnyChangeShown && filter.IsSeen(seenGuid) && !filter.IsSeen(item.GetItemRatedGuid());
-  }
-  return !filter.Has(kShowOnlyNew) || isAnyChangeShown || !filter.IsSeen(seenGuid);
+  return true;
+}
+
+ItemVisibility ExplainItem(const FeatureListItem& item, const VisibilityFilter& filter) {
+  ItemVisibility explained{.item = &item, .hidingRules = {}, .changes = {}};
+  const auto isChangeShown = [&](const FeatureListDetail& change, const Guid& seenGuid) {
+    explained.changes.push_back({.change = &change, .hidingRules = {}});
+    std::vector<HidingRule>& rules = explained.changes.back().hidingRules;
+    AnyRuleHidesChange(change, filter, seenGuid, CollectInto(rules));
+    return rules.empty();
+  };
+  Guid seenGuid;
+  AnyRuleHidesItem(item, filter, seenGuid, isChangeShown, CollectInto(explained.hidingRules));
+  return explained;
 }
 
 }  // namespace ornwhatsnew

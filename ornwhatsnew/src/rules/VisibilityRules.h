@@ -1,4 +1,4 @@
-// Decides which items and changes are shown.
+// Decides which items and changes are shown, and explains the decisions.
 #ifndef ORNWHATSNEW_SRC_RULES_VISIBILITYRULES_H_
 #define ORNWHATSNEW_SRC_RULES_VISIBILITYRULES_H_
 
@@ -9,6 +9,7 @@
 #include <vector>
 
 #include <ornwhatsnew/FeatureListItem.h>
+#include <ornwhatsnew/VisibilityExplanation.h>
 #include <ornwhatsnew/utility/SharedTypes.h>
 
 #include "ornwhatsnew/src/rules/IdentitySet.h"
@@ -90,6 +91,10 @@ void AddSeenIdentities(const ShownItem& shown, const DisplayOptions& options,
 /// `*shown`, whose content is valid only if the result is true.
 bool IsItemShown(const FeatureListItem& item, const VisibilityFilter& filter,
                  ShownItem* shown = nullptr);
+
+/// Returns all rules that hide an item and its changes. `IsItemShown` checks the same rules, but
+/// stops at the first one that hides the item.
+ItemVisibility ExplainItem(const FeatureListItem& item, const VisibilityFilter& filter);
 
 }  // namespace ornwhatsnew
 

@@ -110,6 +110,21 @@ TEST(Arguments, PreviewReadsItsOptions) {
   EXPECT_TRUE(preview.watches);
 }
 
+TEST(Arguments, WhyReadsALineOrAKeyAndTheOptionsOfShow) {
+  const auto all = ParseAs<WhyArguments>({"why", "d", "--host", "h"});
+  EXPECT_FALSE(all.line.has_value());
+  EXPECT_FALSE(all.key.has_value());
+  const auto line = ParseAs<WhyArguments>({"why", "d", "--host", "h", "--line", "012", "--rating",
+                                           "--only-new", "--headlines", "--state", "s"});
+  EXPECT_EQ("d", line.sources.data);
+  EXPECT_EQ("s", line.sources.state);
+  EXPECT_EQ(12U, line.line);
+  EXPECT_EQ(
+      ornwhatsnew::kRatingView | ornwhatsnew::kShowOnlyNew | ornwhatsnew::kFilterHeadlinesOnly,
+      line.options);
+  EXPECT_EQ("K", ParseAs<WhyArguments>({"why", "d", "--host", "h", "--key=K"}).key);
+}
+
 TEST(Arguments, AnEmptyStateIsNotTheDefault) {
   EXPECT_EQ("", ParseAs<StateShowArguments>({"state", "show", "--state", ""}).state);
   EXPECT_EQ("", ParseAs<StateShowArguments>({"state", "show", "--state="}).state);
@@ -253,6 +268,16 @@ TEST(Arguments, NameAnInvalidWidth) {
   }
 }
 
+TEST(Arguments, NameAnInvalidLine) {
+  for (const std::string word : {"0", "-1", "x", "", "1000000001"}) {
+    EXPECT_EQ("--line: '" + word +
+                  "' is not a number from 1 to 1000000000. Run 'ornwhatsnew why --help' for usage.",
+              ErrorOf({"why", "d", "--host", "h", "--line", word.c_str()}));
+  }
+  EXPECT_EQ("--key: --line excludes this option. Run 'ornwhatsnew why --help' for usage.",
+            ErrorOf({"why", "d", "--host", "h", "--line", "1", "--key", "K"}));
+}
+
 TEST(Arguments, ErrorsMentionTheHelpOfTheirCommand) {
   EXPECT_THAT(ErrorOf({"show", "d"}), HasSubstr("'ornwhatsnew show --help'"));
   EXPECT_THAT(ErrorOf({"state", "show", "--frob"}), HasSubstr("'ornwhatsnew state show --help'"));
@@ -280,9 +305,9 @@ TEST(Arguments, HelpOfConsoleSaysHowToRunCommandsAndThatValidatingSucceeds) {
 }
 
 TEST(Arguments, HelpFitsATerminalOf80Columns) {
-  const std::vector<Words> commands = {
-      {},        {"show"},          {"status"},         {"rate"},
-      {"state"}, {"state", "show"}, {"state", "reset"}, {"console"}};
+  const std::vector<Words> commands = {{},         {"show"},  {"status"},        {"why"},
+                                       {"rate"},   {"state"}, {"state", "show"}, {"state", "reset"},
+                                       {"console"}};
   for (Words words : commands) {
     words.insert(words.begin(), "ornwhatsnew");
     words.push_back("--help");

@@ -144,6 +144,7 @@ TEST_F(AuthorCommands, RefuseFilesThatNeedTooMuchMemory) {
   for (const std::vector<std::string>& call : std::vector<std::vector<std::string>>{
            {"import", PathOf("large.csv")},
            {"messages", PathOf("large.csv")},
+           {"why", PathOf("large.csv"), "{host}"},
            {"add", PathOf("large.csv"), "--grouping-id", "MISC"}}) {
     const auto result = Run(call);
     EXPECT_EQ(kInput, result.exitStatus) << call.front();

@@ -74,6 +74,7 @@ class ProgramFaultTest : public ProgramTest {
   void ExpectUnreadableData(const std::string& file, const std::string& what) const {
     ExpectError(3, {"show", file, "{host}"}, file, what);
     ExpectError(3, {"status", file, "{host}"}, file, what);
+    ExpectError(3, {"why", file, "{host}"}, file, what);
     ExpectError(3, {"rate", "EPIC-7", file, "{host}"}, file, what);
     ExpectError(3, {"preview", file, "{host}", "-o", "-"}, file, what);
     EXPECT_FALSE(std::filesystem::exists(folder_.Path() / "state"));
@@ -84,6 +85,7 @@ class ProgramFaultTest : public ProgramTest {
   void ExpectUnusableHost(const std::string& file, const std::string& what) const {
     ExpectError(3, {"show", "{data}", "--host", file}, file, what);
     ExpectError(3, {"status", "{data}", "--host", file}, file, what);
+    ExpectError(3, {"why", "{data}", "--host", file}, file, what);
     ExpectError(3, {"rate", "EPIC-7", "{data}", "--host", file}, file, what);
     ExpectError(3, {"preview", "{data}", "--host", file, "-o", "-"}, file, what);
     ExpectError(3, {"console", "--host", file, "help"}, file, what);
@@ -166,6 +168,7 @@ TEST_F(ProgramFaultTest, ForeignStoresAreRejectedAndLeftUnchanged) {
   const std::vector<std::vector<std::string>> commands = {
       {"show", "{data}", "{host}", "--state", garbage},
       {"status", "{data}", "{host}", "--state", garbage},
+      {"why", "{data}", "{host}", "--state", garbage},
       {"rate", "EPIC-7", "{data}", "{host}", "--state", garbage},
       {"state", "show", "--state", garbage},
       {"state", "reset", "--state", garbage}};
@@ -240,7 +243,8 @@ TEST_F(ProgramFaultTest, OutputErrorsOfOtherCommandsDoNotMentionTheState) {
       {"--version"},
       {"state", "show"},
       {"status", "{data}", "{host}"},
-      {"preview", "{data}", "{host}", "-o", "-"}};
+      {"preview", "{data}", "{host}", "-o", "-"},
+      {"why", "{data}", "{host}"}};
   for (const std::vector<std::string>& command : commands) {
     EXPECT_EQ(kFullOutput + "\n", ErrorsOnFullOutput(command)) << testing::PrintToString(command);
   }
@@ -283,7 +287,8 @@ TEST_F(ProgramFaultTest, AShortPanelIsNotStoredIfItsReaderExitsEarly) {
 TEST_F(ProgramFaultTest, AClosedPipePrintsNoErrorIfNothingWouldBeStored) {
   for (const std::vector<std::string>& words :
        {std::vector<std::string>{"show", "{data}", "{host}", "--no-remember"},
-        {"status", "{data}", "{host}"}}) {
+        {"status", "{data}", "{host}"},
+        {"why", "{data}", "{host}"}}) {
     ProgramCall call = Call(words);
     call.beforeStart = MakeOutputAClosedPipe;
     const ProgramResult result = RunProgram(ProgramFile(), call);

@@ -42,6 +42,7 @@ class ProgramFileFaultTest : public ProgramTest {
   static std::vector<std::vector<std::string>> CommandsWithData(const std::string& file) {
     return {{"show", file, "{host}"},
             {"status", file, "{host}"},
+            {"why", file, "{host}"},
             {"rate", "EPIC-7", file, "{host}"},
             {"preview", file, "{host}", "-o", "-"},
             {"preview", "{data}", "{host}", "--seen", file, "-o", "-"}};
@@ -49,6 +50,7 @@ class ProgramFileFaultTest : public ProgramTest {
   static std::vector<std::vector<std::string>> CommandsWithHost(const std::string& file) {
     return {{"show", "{data}", "--host", file},
             {"status", "{data}", "--host", file},
+            {"why", "{data}", "--host", file},
             {"rate", "EPIC-7", "{data}", "--host", file},
             {"preview", "{data}", "--host", file, "-o", "-"},
             {"console", "--host", file, "help"}};
@@ -56,6 +58,7 @@ class ProgramFileFaultTest : public ProgramTest {
   static std::vector<std::vector<std::string>> CommandsWithState(const std::string& file) {
     return {{"show", "{data}", "{host}", "--state", file},
             {"status", "{data}", "{host}", "--state", file},
+            {"why", "{data}", "{host}", "--state", file},
             {"rate", "EPIC-7", "{data}", "{host}", "--state", file},
             {"state", "show", "--state", file},
             {"state", "reset", "--state", file}};

@@ -40,6 +40,9 @@ class NamesTest : public ProgramTest {
 
 TEST_F(NamesTest, EveryCommandUsesTheBytesOfTheFileNames) {
   EXPECT_EQ("There is something new.\nNothing needs rating.\n", OutputOf(WordsFor("status")));
+  std::vector<std::string> why = WordsFor("why");
+  why.insert(why.end(), {"--line", "3"});
+  EXPECT_THAT(OutputOf(why), HasSubstr("/data\\xff'.csv:3: a change of the feature 'EPIC-7'"));
   EXPECT_THAT(OutputOf(WordsFor("show")), HasSubstr("Twice as fast"));
   EXPECT_TRUE(std::filesystem::exists(Path("state\xE2\x80.json")));
   EXPECT_THAT(OutputOf({"state", "show", "--state", Path("state\xE2\x80.json")}),

@@ -52,7 +52,7 @@ expect_all_of() {
 expect_all_of Subcommands ''
 expect_all_of Options --
 expect_all_of Subcommands state ''
-for command in show status rate 'state show' 'state reset' import add messages console lint preview; do
+for command in show status why rate 'state show' 'state reset' import add messages console lint preview; do
   read -ra words <<<"$command"
   expect_all_of Options "${words[@]}" --
 done
@@ -70,6 +70,7 @@ expect 'json' status --format = j
 expect 'json text' status --format =
 expect 'always auto never' show --color ''
 expect '' show --width ''
+expect '' why --line ''
 expect 'host.json what is new.csv' import -o ''
 expect 'what is new.csv' import --output w
 expect 'what is new.csv' preview --seen w

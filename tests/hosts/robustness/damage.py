@@ -183,7 +183,7 @@ class Damage:
     def commands(self):
         program = self._program
         return ((program.show, self._shown), (program.rate, self._rated), (program.status, None),
-                (program.show_state, None), (program.reset, None))
+                (program.why, None), (program.show_state, None), (program.reset, None))
 
     def check_store(self, seed):
         """Runs every command on a damaged store. Returns how often the store was refused."""
@@ -208,7 +208,7 @@ class Damage:
             else:
                 require(self._program.state(self._store) == EMPTY, "the reset left a state", result)
             refused += result.status == UNUSABLE_STORE
-        return f"{refused} of 5 refused"
+        return f"{refused} of {len(self.commands())} refused"
 
     def check_neighbours(self, seed):
         """Runs every command with other files next to the store."""
@@ -237,7 +237,7 @@ class Damage:
                 neighbours = ", ".join(f"{n}: {k}" for n, k in zip(names, kinds))
                 raise Broken(f"{words.__name__} with {neighbours}: {problem}") from problem
             refused += result.status == UNUSABLE_STORE
-        return f"{refused} of 5 refused"
+        return f"{refused} of {len(self.commands())} refused"
 
     def check_special_store(self, kind):
         """Runs every command on a store that is a file of this kind."""
@@ -251,7 +251,7 @@ class Damage:
             self._require_victim(result)
             self._require_unchanged(words, result, self._store, before)
             refused += result.status == UNUSABLE_STORE
-        return f"{refused} of 5 refused"
+        return f"{refused} of {len(self.commands())} refused"
 
     def _reset_folder(self):
         shutil.rmtree(self._folder, ignore_errors=True)
@@ -278,7 +278,7 @@ class Damage:
         require((result.status == DONE) == (result.errors == ""), f"{name}: wrong message", result)
 
     def _reading_commands(self):
-        return self._program.status, self._program.show_state
+        return self._program.status, self._program.why, self._program.show_state
 
     def _require_unchanged(self, words, result, store, before):
         if result.status == UNUSABLE_STORE or words in self._reading_commands():

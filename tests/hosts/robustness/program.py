@@ -122,6 +122,10 @@ class Program:
         return ["status", str(edition.data), "--host", str(edition.host), "--state", str(store)]
 
     @staticmethod
+    def why(edition, store):
+        return ["why", str(edition.data), "--host", str(edition.host), "--state", str(store)]
+
+    @staticmethod
     def rate(edition, store):
         return ["rate", "EPIC-7", str(edition.data), "--host", str(edition.host), "--state",
                 str(store)]

@@ -1,0 +1,42 @@
+// States in words why a display hides an item or a change.
+#ifndef HOSTS_AUTHOR_WHY_HIDINGREASON_H_
+#define HOSTS_AUTHOR_WHY_HIDINGREASON_H_
+
+#include <cstddef>
+#include <span>
+#include <string>
+#include <vector>
+
+#include <ornwhatsnew/VisibilityExplanation.h>
+
+namespace hosts::author {
+
+/// An item with the rules that hide it.
+struct ExplainedItem {
+  ornwhatsnew::ItemVisibility visibility;
+  /// The line of each change in the data file, in ascending order.
+  std::vector<std::size_t> lines;
+};
+
+/// Returns "feature" or "section".
+std::string Noun(const ExplainedItem& item);
+
+// Each of the next three functions returns reasons as clauses, in the order in which a display
+// checks the rules. "It" in a clause is the item or the change that the function names.
+
+/// Returns why a display hides the item.
+std::vector<std::string> ItemReasons(const ExplainedItem& item);
+
+/// Returns why a display hides the item, and therefore all of its changes. Omits the reasons that
+/// follow from those of the changes.
+std::vector<std::string> ItemReasonsForChanges(const ExplainedItem& item);
+
+/// Returns why a display hides the change with the index `index` of an item, apart from
+/// `ItemReasonsForChanges`. `userVersions` contains the full versions in which the user opened
+/// What's New.
+std::vector<std::string> ChangeReasons(const ExplainedItem& item, std::size_t index,
+                                       std::span<const std::string> userVersions);
+
+}  // namespace hosts::author
+
+#endif  // HOSTS_AUTHOR_WHY_HIDINGREASON_H_

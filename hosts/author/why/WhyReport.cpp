@@ -1,0 +1,197 @@
+#include "hosts/author/why/WhyReport.h"
+
+#include <algorithm>
+#include <iterator>
+#include <optional>
+#include <span>
+#include <unordered_map>
+#include <utility>
+
+#include <orncore/string/Conversion.h>
+#include <orncore/string/SafeText.h>
+#include <ornwhatsnew/ChangePlacement.h>
+#include <ornwhatsnew/DataFileReader.h>
+
+#include "hosts/author/InputError.h"
+#include "hosts/author/lint/LintContext.h"
+#include "hosts/author/lint/NearestWord.h"
+#include "hosts/author/why/WhyTable.h"
+
+namespace hosts::author {
+namespace {
+
+using ornwhatsnew::DataColumn;
+using ornwhatsnew::DataRow;
+using ornwhatsnew::DataRowKind;
+using ornwhatsnew::DataRowSkipReason;
+using ornwhatsnew::FeatureListItem;
+
+std::string NameOf(const ExplainedItem& item) {
+  return "the " + Noun(item) + " " + Quoted(item.visibility.item->FeatureJiraIDKey());
+}
+
+/// Returns what a row is that contains no change.
+std::string KindOf(const DataRow& row) {
+  if (row.kind == DataRowKind::kHeader) return "the header row, which is never a change";
+  if (row.kind == DataRowKind::kChangesSince) {
+    const std::string what = row.fieldCount == 0 ? "a blank row that repeats the Changes-Since row"
+                                                 : "a Changes-Since row";
+    return what + ", which sets the version of the heading to " +
+           Quoted(row.Value(DataColumn::kVersion));
+  }
+  if (row.skipReason == DataRowSkipReason::kBlank) return "a blank row";
+  if (row.skipReason == DataRowSkipReason::kNoGroupingID) {
+    return "skipped, because its grouping ID is empty";
+  }
+  const std::string what = row.text.starts_with('#') ? "a comment, which is skipped" : "skipped";
+  return what + ", because it has " + Counted(row.fieldCount, "field") + " instead of ten";
+}
+
+std::size_t CountShown(std::span<const ornwhatsnew::ChangeVisibility> changes) {
+  return static_cast<std::size_t>(std::ranges::count_if(
+      changes, [](const auto& change) { return change.hidingRules.empty(); }));
+}
+
+std::string Verdict(std::span<const std::string> reasons) {
+  if (reasons.empty()) return "shown\n";
+  std::string text;
+  for (const std::string& reason : reasons) text += "not shown: " + reason + "\n";
+  return text;
+}
+
+/// Returns why a change belongs to the section INTERNAL or UNREVIEWED if its IDs do not say so.
+std::string PlacementReason(const ornwhatsnew::FeatureListDetail& change) {
+  if (change.DetailInternalOverrideUnreviewed()) return ", because its salience is Unreviewed";
+  return change.DetailInternalCouldNotMatchBetaFeature()
+             ? ", because its IDs match no feature or section"
+             : "";
+}
+
+/// Returns what to do about a key that no item has.
+std::string KeyRemedy(std::string_view key, std::span<const ExplainedItem> items) {
+  std::vector<std::string_view> keys;
+  for (const ExplainedItem& item : items) {
+    const FeatureListItem& data = *item.visibility.item;
+    keys.push_back(data.FeatureJiraIDKey());
+    if (!data.IsSection() && data.BetaFeatureInternalKey() == key) {
+      return "it is the internal key of a feature, so use its epic key " + Quoted(keys.back());
+    }
+  }
+  const std::optional<std::string> nearest = NearestWord(key, keys);
+  return nearest ? "the most similar key is " + Quoted(*nearest)
+                 : "omit --key to list all features and sections";
+}
+
+}  // namespace
+
+WhyReport::WhyReport(const ornwhatsnew::FeatureListData& list, std::string fileName,
+                     std::string_view text, const ornwhatsnew::DisplayOptions& options,
+                     std::vector<std::string> userVersions)
+    : list_(list),
+      fileName_(std::move(fileName)),
+      text_(text),
+      userVersions_(std::move(userVersions)) {
+  for (ornwhatsnew::ItemVisibility& visibility : list.ExplainVisibility(options)) {
+    items_.push_back({std::move(visibility), {}});
+  }
+  FindLines();
+}
+
+// A list does not store lines. It adds the changes of a file to their items in file order, so the
+// n-th row that belongs to an item is the n-th change of this item.
+void WhyReport::FindLines() {
+  std::unordered_map<const FeatureListItem*, ExplainedItem*> items;
+  for (ExplainedItem& item : items_) items[item.visibility.item] = &item;
+  ornwhatsnew::ChangeMaker maker;
+  ornwhatsnew::DataFileReader reader(text_);
+  while (const DataRow* row = reader.Next()) {
+    if (row->kind != DataRowKind::kChange) continue;
+    const ornwhatsnew::ChangePlacement placement = ornwhatsnew::PlaceChange(
+        list_.GetFeatureItems(), row->Value(DataColumn::kGroupingID),
+        row->Value(DataColumn::kStoryID), maker.Make(*row)->DetailInternalOverrideUnreviewed());
+    items.at(placement.item)->lines.push_back(row->lineNumber);
+  }
+}
+
+std::string WhyReport::ExplainAll() const {
+  std::vector<const ExplainedItem*> listed;
+  std::size_t shownItems = 0;
+  std::size_t changes = 0;
+  std::size_t shownChanges = 0;
+  for (const ExplainedItem& item : items_) {
+    if (item.visibility.item->IsSection() && item.lines.empty()) continue;
+    listed.push_back(&item);
+    changes += item.lines.size();
+    if (!item.visibility.hidingRules.empty()) continue;
+    ++shownItems;
+    shownChanges += CountShown(item.visibility.changes);
+  }
+  std::string text = WhyTable(list_, userVersions_, listed) +
+                     "\nshown: " + std::to_string(shownItems) + " of " +
+                     std::to_string(listed.size()) + " features and sections, " +
+                     std::to_string(shownChanges) + " of " + std::to_string(changes) + " changes\n";
+  const std::size_t skipped = list_.GetDataFileSummary().skippedRows;
+  if (skipped == 0) return text;
+  return text + "skipped: " + Counted(skipped, "row") + "; 'ornwhatsnew lint' says which and why\n";
+}
+
+std::string WhyReport::ExplainLine(std::size_t line) const {
+  for (const ExplainedItem& item : items_) {
+    const auto found = std::ranges::lower_bound(item.lines, line);
+    if (found == item.lines.end() || *found != line) continue;
+    return ExplainChange(item, static_cast<std::size_t>(found - item.lines.begin()));
+  }
+  return ExplainOtherRow(line);
+}
+
+std::string WhyReport::ExplainChange(const ExplainedItem& item, std::size_t index) const {
+  const ornwhatsnew::FeatureListDetail& change = *item.visibility.changes[index].change;
+  std::vector<std::string> reasons;
+  for (const std::string& reason : ItemReasonsForChanges(item)) {
+    reasons.push_back("the " + Noun(item) + " is hidden: " + reason);
+  }
+  std::ranges::move(ChangeReasons(item, index, userVersions_), std::back_inserter(reasons));
+  return PlaceOf(item.lines[index]) + "a change of " + NameOf(item) + PlacementReason(change) +
+         (change.GetDescription().empty() ? "" : ": " + QuotedText(change.GetDescription())) +
+         "\n" + Verdict(reasons);
+}
+
+std::string WhyReport::ExplainOtherRow(std::size_t line) const {
+  // For the reader, a newline at the end of the file begins a blank row. For an author, it does
+  // not.
+  const bool isLastOpen = !text_.empty() && !text_.ends_with('\n');
+  const std::size_t lines =
+      static_cast<std::size_t>(std::ranges::count(text_, '\n')) + (isLastOpen ? 1 : 0);
+  ornwhatsnew::DataFileReader reader(text_);
+  while (const DataRow* row = line <= lines ? reader.Next() : nullptr) {
+    if (row->lineNumber == line) return PlaceOf(line) + KindOf(*row) + "\n";
+  }
+  throw InputError(0, "it has no line " + std::to_string(line) +
+                          (lines == 0 ? "; the file is empty"
+                                      : "; use a number from 1 to " + std::to_string(lines)));
+}
+
+std::string WhyReport::ExplainKey(const std::string& key) const {
+  const auto found = std::ranges::find(items_, key, [](const ExplainedItem& item) {
+    return item.visibility.item->FeatureJiraIDKey();
+  });
+  if (found == items_.end()) {
+    throw InputError(
+        0, "no feature or section has the key " + Quoted(key) + "; " + KeyRemedy(key, items_));
+  }
+  const std::string name = QuotedText(found->visibility.item->GetFeatureName());
+  const std::string head = NameOf(*found) + ": " + name + "\n" + Verdict(ItemReasons(*found));
+  if (found->lines.empty()) return head + "no change\n";
+  const ExplainedItem* const item = &*found;
+  return head + "\n" + WhyTable(list_, userVersions_, {&item, 1});
+}
+
+std::string WhyReport::PlaceOf(std::size_t line) const {
+  return orncore::string::EscapeInvisible(fileName_) + ":" + std::to_string(line) + ": ";
+}
+
+std::string WhyReport::QuotedText(const std::string& text) const {
+  return Quoted(orncore::string::UTF16to8(list_.LocalizeIfNecessary(text)));
+}
+
+}  // namespace hosts::author

@@ -1,0 +1,59 @@
+// Explains to an author which changes and features of a data file a display shows, and why it hides
+// the others.
+#ifndef HOSTS_AUTHOR_WHY_WHYREPORT_H_
+#define HOSTS_AUTHOR_WHY_WHYREPORT_H_
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include <ornwhatsnew/FeatureListData.h>
+#include <ornwhatsnew/utility/SharedTypes.h>
+
+#include "hosts/author/why/HidingReason.h"
+
+namespace hosts::author {
+
+/// The visibility of all features and changes of a data file in a display.
+///
+/// Each `Explain` function returns lines of text for a terminal. It escapes invisible characters of
+/// the data. It throws `InputError` if the file does not contain what it should explain.
+class WhyReport {
+ public:
+  /// Queries the host. `list` contains exactly the changes of the data file `text`. Both must
+  /// outlive the report, and the list must not change. `fileName` is the name of the file for
+  /// messages. `userVersions` contains the full versions in which the user opened What's New.
+  WhyReport(const ornwhatsnew::FeatureListData& list, std::string fileName, std::string_view text,
+            const ornwhatsnew::DisplayOptions& options, std::vector<std::string> userVersions);
+
+  /// Returns a table of all features and changes in display order, with totals. Omits sections
+  /// without changes.
+  std::string ExplainAll() const;
+
+  /// Returns whether the change on a line is shown, and each reason why it is not. If the line
+  /// contains no change, returns what the line is.
+  std::string ExplainLine(std::size_t line) const;
+
+  /// Returns whether the feature or section with a key is shown, each reason why it is not, and a
+  /// table of its changes.
+  std::string ExplainKey(const std::string& key) const;
+
+ private:
+  void FindLines();
+  std::string ExplainChange(const ExplainedItem& item, std::size_t index) const;
+  std::string ExplainOtherRow(std::size_t line) const;
+  std::string PlaceOf(std::size_t line) const;
+  std::string QuotedText(const std::string& text) const;
+
+  const ornwhatsnew::FeatureListData& list_;
+  std::string fileName_;
+  std::string_view text_;
+  std::vector<std::string> userVersions_;
+  /// The features and sections in display order.
+  std::vector<ExplainedItem> items_;
+};
+
+}  // namespace hosts::author
+
+#endif  // HOSTS_AUTHOR_WHY_WHYREPORT_H_

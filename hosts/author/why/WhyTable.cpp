@@ -1,0 +1,128 @@
+#include "hosts/author/why/WhyTable.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include <orncore/string/Conversion.h>
+#include <orncore/string/DisplayWidth.h>
+#include <orncore/string/SafeText.h>
+
+#include "hosts/common/MessageText.h"
+
+namespace hosts::author {
+namespace {
+
+constexpr std::size_t kLineColumns = 6;
+constexpr std::size_t kVisibilityColumns = 6;
+constexpr std::size_t kMinimumKeyColumns = 7;
+constexpr std::size_t kMaximumKeyColumns = 24;
+constexpr std::size_t kTextColumns = 32;
+constexpr std::string_view kColumnGap = "  ";
+
+std::size_t Columns(std::string_view text) {
+  return orncore::string::DisplayWidth(orncore::string::UTF8to16(text));
+}
+
+/// Returns the start of `text` that fits into `columns` columns, on one line.
+std::string Shortened(std::string_view text, std::size_t columns) {
+  constexpr std::string_view kEllipsis = "...";
+  constexpr std::size_t kBytesPerColumn = 4;  // of most characters outside of ASCII
+  const std::string_view start = common::Prefix(text, kBytesPerColumn * columns);
+  std::string escaped = orncore::string::EscapeInvisible(start);
+  if (start.size() == text.size() && Columns(escaped) <= columns) return escaped;
+  std::string_view shown = common::Prefix(escaped, kBytesPerColumn * columns);
+  while (Columns(shown) + kEllipsis.size() > columns) {
+    shown = common::Prefix(shown, shown.size() - 1);
+  }
+  return std::string(shown) += kEllipsis;
+}
+
+std::string Joined(std::span<const std::string> reasons) {
+  std::string text;
+  for (const std::string& reason : reasons) text += (text.empty() ? "" : "; also ") + reason;
+  return text;
+}
+
+/// Returns the width of the column with the keys.
+std::size_t KeyColumns(std::span<const ExplainedItem* const> items) {
+  std::size_t columns = kMinimumKeyColumns;
+  for (const ExplainedItem* const item : items) {
+    const std::string& key = item->visibility.item->FeatureJiraIDKey();
+    columns = std::max(columns, Columns(Shortened(key, kMaximumKeyColumns)));
+  }
+  return columns;
+}
+
+constexpr std::string_view Word(bool isShown) {
+  return isShown ? "shown" : "hidden";
+}
+
+class Table {
+ public:
+  explicit Table(std::size_t keyColumns) : keyColumns_(keyColumns) {
+    AddRow("LINE", "STATUS", "FEATURE", "TEXT", "REASON");
+  }
+
+  void AddRow(std::string_view line, std::string_view visibility, std::string_view key,
+              std::string_view text, std::string_view reasons) {
+    AddPadding(line, kLineColumns);
+    text_ += line;
+    AddCell(visibility, kVisibilityColumns);
+    AddCell(Shortened(key, keyColumns_), keyColumns_);
+    AddCell(Shortened(text, kTextColumns), kTextColumns);
+    AddCell(reasons, 0);
+    text_.erase(text_.find_last_not_of(' ') + 1);
+    text_ += '\n';
+  }
+
+  std::string TakeText() { return std::move(text_); }
+
+ private:
+  void AddCell(std::string_view cell, std::size_t columns) {
+    text_ += kColumnGap;
+    text_ += cell;
+    AddPadding(cell, columns);
+  }
+
+  void AddPadding(std::string_view cell, std::size_t columns) {
+    const std::size_t used = columns == 0 ? 0 : Columns(cell);
+    if (used < columns) text_.append(columns - used, ' ');
+  }
+
+  const std::size_t keyColumns_;
+  std::string text_;
+};
+
+void AddItem(const ornwhatsnew::FeatureListData& list, std::span<const std::string> userVersions,
+             const ExplainedItem& item, Table& table) {
+  const auto displayText = [&list](const std::string& text) {
+    return orncore::string::UTF16to8(list.LocalizeIfNecessary(text));
+  };
+  const ornwhatsnew::FeatureListItem& data = *item.visibility.item;
+  const std::string& key = data.FeatureJiraIDKey();
+  const std::vector<std::string> itemReasons = ItemReasons(item);
+  table.AddRow("", Word(itemReasons.empty()), key, displayText(data.GetFeatureName()),
+               Joined(itemReasons));
+  const bool isHidden = !ItemReasonsForChanges(item).empty();
+  for (std::size_t i = 0; i < item.lines.size(); ++i) {
+    std::vector<std::string> reasons = ChangeReasons(item, i, userVersions);
+    if (isHidden) reasons.insert(reasons.begin(), "hidden with its " + Noun(item));
+    table.AddRow(std::to_string(item.lines[i]), Word(reasons.empty()), key,
+                 displayText(item.visibility.changes[i].change->GetDescription()), Joined(reasons));
+  }
+}
+
+}  // namespace
+
+std::string WhyTable(const ornwhatsnew::FeatureListData& list,
+                     std::span<const std::string> userVersions,
+                     std::span<const ExplainedItem* const> items) {
+  Table table(KeyColumns(items));
+  for (const ExplainedItem* const item : items) AddItem(list, userVersions, *item, table);
+  return table.TakeText();
+}
+
+}  // namespace hosts::author

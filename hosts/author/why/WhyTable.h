@@ -1,0 +1,23 @@
+// Writes the table of `ornwhatsnew why`.
+#ifndef HOSTS_AUTHOR_WHY_WHYTABLE_H_
+#define HOSTS_AUTHOR_WHY_WHYTABLE_H_
+
+#include <span>
+#include <string>
+
+#include <ornwhatsnew/FeatureListData.h>
+
+#include "hosts/author/why/HidingReason.h"
+
+namespace hosts::author {
+
+/// Returns a table with a row for each of `items` and each of their changes: line, visibility, key,
+/// text and reasons. `list` owns the items. `userVersions` contains the full versions in which the
+/// user opened What's New. Escapes invisible characters of the data, and shortens keys and texts.
+std::string WhyTable(const ornwhatsnew::FeatureListData& list,
+                     std::span<const std::string> userVersions,
+                     std::span<const ExplainedItem* const> items);
+
+}  // namespace hosts::author
+
+#endif  // HOSTS_AUTHOR_WHY_WHYTABLE_H_

@@ -1,0 +1,59 @@
+#include <algorithm>
+#include <filesystem>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include <orncore/string/Conversion.h>
+#include <ornwhatsnew/WhatsNewTypes.h>
+#include <ornwhatsnew/utility/PersistedList.h>
+
+#include "hosts/author/InputError.h"
+#include "hosts/author/why/WhyReport.h"
+#include "hosts/common/StateStore.h"
+#include "hosts/console/Commands.h"
+#include "hosts/console/StandardStreams.h"
+#include "hosts/console/WhatsNewLoading.h"
+
+namespace hosts::console {
+namespace {
+
+/// Returns the full versions in which the user opened What's New. The running version is one of
+/// them, because the list counts it, too.
+std::vector<std::string> UserVersions(const common::StateStore& store) {
+  const std::string stored = store.Get(common::kAllVersionsSeenKey);
+  std::vector<std::string> versions;
+  for (const std::string_view version : ornwhatsnew::SplitPersistedList(stored)) {
+    if (!version.empty()) versions.emplace_back(version);
+  }
+  std::string running = orncore::string::UTF16to8(ornwhatsnew::GetFullClientVersionString());
+  if (std::ranges::find(versions, running) == versions.end()) {
+    versions.push_back(std::move(running));
+  }
+  return versions;
+}
+
+std::string Explain(const author::WhyReport& report, const WhyArguments& arguments) {
+  if (arguments.line) return report.ExplainLine(*arguments.line);
+  return arguments.key ? report.ExplainKey(*arguments.key) : report.ExplainAll();
+}
+
+}  // namespace
+
+ExitStatus Run(const WhyArguments& arguments) {
+  InstallHostFile(arguments.sources.host);
+  common::StateStore store(StateLocation(arguments.sources.state));
+  const std::filesystem::path& file = arguments.sources.data;
+  const std::string text = ReadInputFile(file, kMaximumAuthorFile);
+  const ornwhatsnew::FeatureListData list(text, store.Getter(), store.Setter());
+  const author::WhyReport report(list, file.native(), text, arguments.options, UserVersions(store));
+  try {
+    WriteOutput(Explain(report, arguments));
+  } catch (const author::InputError& error) {
+    throw ToolError(ExitStatus::kUsage, "cannot explain '" + file.native() + "': " + error.what());
+  }
+  return ExitStatus::kDone;
+}
+
+}  // namespace hosts::console

@@ -1,0 +1,81 @@
+// Defines the result of `FeatureListData::ExplainVisibility`: which rules hide each item and each
+// change from a display.
+#ifndef ORNWHATSNEW_VISIBILITYEXPLANATION_H_
+#define ORNWHATSNEW_VISIBILITYEXPLANATION_H_
+
+#include <cstdint>
+#include <vector>
+
+#include <ornwhatsnew/FeatureListItem.h>
+
+namespace ornwhatsnew {
+
+/// A rule that hides an item or a change. A comment that names a display option describes a rule
+/// that applies only with this option.
+enum class HidingRule : std::uint8_t {
+  // Rules for items.
+
+  /// `kRatingView`: the application is terminating, so nothing can be rated.
+  kTerminating,
+  /// `kRatingView`: usage logging is off and the user is not internal, so nothing can be rated.
+  kUsageLoggingOff,
+  /// The feature is switched off, and the user cannot switch it on.
+  kUnavailable,
+  /// The user is not internal. The item is the section INTERNAL or UNREVIEWED, or a feature with
+  /// the internal override.
+  kInternalUsersOnly,
+  /// A change of the feature has the salience "HideBetaFeature".
+  kHideBetaFeature,
+  /// The visibility of the item is `kInternal`, and no change has the salience "UnhideBetaFeature".
+  kInternalVisibility,
+  /// `kRatingView`: the item is a section. Only features can be rated.
+  kSectionInRatingView,
+  /// No change of the item is shown. This rule applies to sections, and with `kRatingView` to
+  /// features.
+  kNoShownChange,
+  /// `kRatingView`: the user has rated the feature.
+  kRated,
+
+  // Rules for items and changes.
+
+  /// `kRatingView`: the user has not seen the feature, or the change, which has a text.
+  kNotSeen,
+  /// `kShowOnlyNew` without `kRatingView`: a seen change, or a seen feature without shown changes.
+  kSeen,
+
+  // Rules for changes.
+
+  /// `kFilterRelevantPlatform`: the change is relevant only on another platform.
+  kOtherPlatform,
+  /// `kFilterHeadlinesOnly`: the salience of the change is not malformed.
+  kHeadlinesOnly,
+  /// `kFilterRelevantVersion`: the user opened What's New in none of the relevant versions.
+  kOtherVersion,
+  /// `kRatingView`: the change does not request a rating.
+  kNoRatingRequest,
+  /// The change has no text. With `kRatingView`, this rule does not apply.
+  kNoText,
+};
+
+/// The rules that hide a change.
+struct ChangeVisibility {
+  /// The change, which its item owns.
+  const FeatureListDetail* change = nullptr;
+  /// The rules that hide the change, in the order in which a display checks them.
+  std::vector<HidingRule> hidingRules;
+};
+
+/// The rules that hide an item. A display shows the item if `hidingRules` is empty. It shows a
+/// change if the `hidingRules` of both the item and the change are empty.
+struct ItemVisibility {
+  /// The item, which the list owns.
+  const FeatureListItem* item = nullptr;
+  /// The rules that hide the item, in the order in which a display checks them.
+  std::vector<HidingRule> hidingRules;
+  /// The changes of the item, in file order.
+  std::vector<ChangeVisibility> changes;
+};
+
+}  // namespace ornwhatsnew
+
+#endif  // ORNWHATSNEW_VISIBILITYEXPLANATION_H_
