@@ -116,19 +116,17 @@ class Writer {
 
   void writeSpan(const LayoutParagraph& paragraph, const LayoutSpan& span, const QString& prefix) {
     QString text = prefix + textOf(span.range);
-    if (ornwhatsnew::IsSafeLink(span.link) && !isRepeated(paragraph, span)) {
+    const bool isLabel = span.style == StyleID::kStyleUnlockLabel;
+    // A label has one box, and "View more" looks like one button. Keep each of them in one line.
+    if (isLabel || span.style == StyleID::kStyleHotSpot) text.replace(u' ', QChar::Nbsp);
+    if (!text.isEmpty() && ornwhatsnew::IsSafeLink(span.link) && !isRepeated(paragraph, span)) {
       const QString href = QString::fromStdU16String(span.link);
       elements_.push_back(
           {NewsElement::Kind::Link, cursor_.position(), static_cast<int>(text.size()), href});
       cursor_.insertText(text, formats_.ofLink(paragraph.kind, span.style, href));
       return;
     }
-    const bool isLabel = span.style == StyleID::kStyleUnlockLabel;
-    if (isLabel) {
-      cursor_.insertText(QString(kLabelStrut), formats_.ofLabelStrut());
-      // A label has one box, so it stays in one line.
-      text.replace(u' ', QChar::Nbsp);
-    }
+    if (isLabel) cursor_.insertText(QString(kLabelStrut), formats_.ofLabelStrut());
     cursor_.insertText(text, formats_.ofSpan(paragraph.kind, span.style));
   }
 

@@ -154,11 +154,8 @@ void RatingCard::send() {
 }
 
 void RatingCard::changeEvent(QEvent* event) {
-  const bool isNewStyle = event->type() == QEvent::PaletteChange ||
-                          event->type() == QEvent::FontChange ||
-                          event->type() == QEvent::StyleChange;
   // The base class sends such events before the constructor has created the labels.
-  if (isNewStyle && sendButton_ != nullptr && thanks_ != nullptr) applyStyle();
+  if (changesPanelStyle(*event) && sendButton_ != nullptr && thanks_ != nullptr) applyStyle();
   QFrame::changeEvent(event);
 }
 

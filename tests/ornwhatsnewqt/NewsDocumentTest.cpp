@@ -59,6 +59,7 @@ class NewsDocumentTest : public QObject {
   void plainTextContainsNoInvisibleUnits();
   void labelsStayInOneLine();
   void elementsAreHeadingsListItemsAndLinks();
+  void viewMoreStaysInOneLine();
   void itemsBeginWithTheirTitle();
 };
 
@@ -230,6 +231,16 @@ void NewsDocumentTest::elementsAreHeadingsListItemsAndLinks() {
   QCOMPARE(kinds, (QList<Kind>{Kind::Paragraph, Kind::Heading, Kind::ListItem, Kind::Link}));
   const NewsElement& change = document.elements()[2];
   const NewsElement& link = document.elements()[3];
+void NewsDocumentTest::viewMoreStaysInOneLine() {
+  TestLayout layout;
+  layout.description({{u"Shows finds.", StyleID::kStyleFeatureDescription},
+                      {u" "},
+                      {u"View more", StyleID::kStyleHotSpot, u"https://a.example/"}});
+  NewsDocument document(layout.layout(), style());
+  QCOMPARE(document.begin().text(), QStringLiteral("Shows finds. View\u00A0more"));
+  QCOMPARE(plainText(document), QStringLiteral("Shows finds. View more"));
+}
+
   QCOMPARE(change.length, 14);  // bullet, tab and twelve characters
   QCOMPARE(link.length, 5);
   QVERIFY(change.contains(link.position));

@@ -307,7 +307,8 @@ void PanelWidgetTest::showsRatingsInPlaceOfTheNews() {
   find<QRadioButton>("ratings").click();
   QVERIFY(find<RatingPage>("ratingPage").isVisible());
   QVERIFY(!find<QWidget>("filters").isVisible());
-  QVERIFY(!find<QWidget>("search").isEnabled());
+  QVERIFY(!find<QWidget>("search").isVisible());
+  QVERIFY(!find<QWidget>("print").isVisible());
   find<QRadioButton>("news").click();
   QVERIFY(find<NewsPage>("newsPage").isVisible());
   QVERIFY(find<QWidget>("filters").isVisible());
@@ -321,6 +322,8 @@ void PanelWidgetTest::theNewsRemainAfterAVisitToTheRatings() {
   QVERIFY(news().contains(QStringLiteral("Faster map")));
 }
 
+  QVERIFY(find<QWidget>("search").isVisible());
+  QVERIFY(find<QWidget>("print").isVisible());
 void PanelWidgetTest::storesARating() {
   world_->writeData({kRating});
   open(settingsWithRatings());
