@@ -32,9 +32,8 @@ namespace ornwhatsnew {
 inline constexpr std::u16string_view kDefaultRatingQuestion = u"How do you like it?";
 
 /// Returns the panel as an HTML fragment without scripts and style attributes: one element, which a
-/// page can contain in its body. Control characters and noncharacters become U+FFFD. Characters
-/// that embed, override or isolate a text direction are omitted, because they could change the
-/// order of text outside their span.
+/// page can contain in its body. `orncore::string::SafeForDocument` replaces or removes unsafe
+/// characters.
 ///
 /// The elements have these classes:
 ///
