@@ -20,6 +20,7 @@
 #define ORNWHATSNEW_PANELRENDERERS_H_
 
 #include <cstddef>
+#include <functional>
 #include <string_view>
 
 #include <orncore/Export.h>
@@ -86,6 +87,10 @@ struct TerminalOptions {
   std::size_t width = 0;       ///< the width of a line in columns; 0: no wrapping
   bool hasStyles = false;      ///< true: colours and attributes (SGR sequences)
   bool hasHyperlinks = false;  ///< true: hyperlinks (OSC 8); false: link targets in the text
+  /// Returns a line that follows the question of a rating request, such as a command that rates the
+  /// feature. The line is never wrapped, so that a user can copy it. Without a function, the
+  /// renderer adds no line.
+  std::function<UTF16String(const RatingRequest&)> ratingLine = nullptr;
 };
 
 /// Returns the panel as lines for a terminal. An empty line separates items. Wrapped changes have a
