@@ -108,9 +108,9 @@ ornwhatsnew::DisplayOptions PanelController::optionsForNews() const {
 void PanelController::setFilters(const Filters& filters) {
   if (filters == filters_) return;
   filters_ = filters;
-  store_.setValue(kOnlyNewKey, filters.onlyNew);
-  store_.setValue(kThisPlatformKey, filters.thisPlatform);
-  store_.setValue(kMyVersionsKey, filters.myVersions);
+  store_.setValues({{kOnlyNewKey, filters.onlyNew},
+                    {kThisPlatformKey, filters.thisPlatform},
+                    {kMyVersionsKey, filters.myVersions}});
   displayAgain();
 }
 
