@@ -1,6 +1,5 @@
 #include "hosts/console/Program.h"
 
-#include <csignal>
 #include <exception>
 #include <string>
 #include <string_view>
@@ -11,6 +10,7 @@
 
 #include "hosts/common/JsonDocument.h"
 #include "hosts/common/StateStore.h"
+#include "hosts/common/WriteSignals.h"
 #include "hosts/console/Arguments.h"
 #include "hosts/console/StandardStreams.h"
 
@@ -68,12 +68,8 @@ ExitStatus RunReportingErrors(int argc, const char* const* argv) {
 }  // namespace
 
 int RunProgram(int argc, const char* const* argv) noexcept {
-  // Ignore SIGXFSZ, so that a write beyond the file size limit returns an error instead of ending
-  // the program.
-  static_cast<void>(std::signal(SIGXFSZ, SIG_IGN));
-  // Ignore SIGPIPE, so that the program can report whether it stored anything if the reader of its
-  // output exits.
-  static_cast<void>(std::signal(SIGPIPE, SIG_IGN));
+  // The program reports whether it stored anything, even if the reader of its output exits.
+  common::IgnoreWriteSignals();
   try {
     return static_cast<int>(RunReportingErrors(argc, argv));
   } catch (...) {

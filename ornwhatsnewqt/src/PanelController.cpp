@@ -172,6 +172,12 @@ void PanelController::activateLink(const QUrl& url) {
   QDesktopServices::openUrl(url);
 }
 
+void PanelController::setStateError(const QString& reason) {
+  if (reason == hostStateError_) return;
+  hostStateError_ = reason;
+  Q_EMIT stateErrorChanged();
+}
+
 bool PanelController::announcesUpdates() const {
   return Announcement::isWanted(store_);
 }

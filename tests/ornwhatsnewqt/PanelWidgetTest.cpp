@@ -96,6 +96,7 @@ class PanelWidgetTest : public QObject {
   void keyboardReachesEveryControl();
   void reloadKeepsThePanelOpen();
   void reportsAStoreThatCannotBeWritten();
+  void reportsThatTheHostCannotStoreTheState();
   void aDismissedMessageStaysDismissed();
   void reportsAMissingDataFile();
   void followsTheLanguage();
@@ -252,6 +253,16 @@ void PanelWidgetTest::reportsAStoreThatCannotBeWritten() {
   QVERIFY(news().contains(QStringLiteral("Faster map")));
 }
 
+void PanelWidgetTest::reportsThatTheHostCannotStoreTheState() {
+  open();
+  QVERIFY(!find<QWidget>("messageBar").isVisible());
+  whatsNew_->setStateError(QStringLiteral("the disk is full"));
+  QVERIFY(find<QWidget>("messageBar").isVisible());
+  QVERIFY(find<QLabel>("message").text().endsWith(QStringLiteral(": the disk is full")));
+  whatsNew_->setStateError({});
+  QVERIFY(!find<QWidget>("messageBar").isVisible());
+}
+
 void PanelWidgetTest::aDismissedMessageStaysDismissed() {
   Settings settings = world_->settings();
   settings.settingsFile = QStringLiteral("/dev/null/settings.ini");
@@ -311,6 +322,8 @@ void PanelWidgetTest::showsRatingsInPlaceOfTheNews() {
   QVERIFY(!find<QWidget>("print").isVisible());
   find<QRadioButton>("news").click();
   QVERIFY(find<NewsPage>("newsPage").isVisible());
+  QVERIFY(find<QWidget>("search").isVisible());
+  QVERIFY(find<QWidget>("print").isVisible());
   QVERIFY(find<QWidget>("filters").isVisible());
 }
 
@@ -322,8 +335,6 @@ void PanelWidgetTest::theNewsRemainAfterAVisitToTheRatings() {
   QVERIFY(news().contains(QStringLiteral("Faster map")));
 }
 
-  QVERIFY(find<QWidget>("search").isVisible());
-  QVERIFY(find<QWidget>("print").isVisible());
 void PanelWidgetTest::storesARating() {
   world_->writeData({kRating});
   open(settingsWithRatings());
