@@ -17,6 +17,7 @@ check_packages=(
   debootstrap g++-mingw-w64-x86-64-posix python3
 )
 robustness_packages=(python3 strace)
+xvfb_packages=(xvfb xauth)
 picture_packages=(aha chromium fonts-dejavu-core fonts-noto-core fonts-wqy-microhei)
 
 packages_for() {
@@ -30,6 +31,7 @@ packages_for() {
         "${docs_packages[@]}" "${check_packages[@]}"
       ;;
     robustness) printf '%s\n' "${build_packages[@]}" "${robustness_packages[@]}" ;;
+    xvfb) printf '%s\n' "${build_packages[@]}" "${xvfb_packages[@]}" ;;
     picture) printf '%s\n' "${build_packages[@]}" "${picture_packages[@]}" ;;
   esac
 }
