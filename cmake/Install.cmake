@@ -1,4 +1,4 @@
-# Defines the install rules for the library, the CMake package, the pkg-config file and the documents.
+# Defines the install rules for the libraries, the CMake package, the pkg-config files and the documents.
 # The CMakeLists.txt files of the program and of the examples define the other install rules.
 include(CMakePackageConfigHelpers)
 
@@ -17,9 +17,11 @@ file(RELATIVE_PATH ORN_PC_PREFIX /${CMAKE_INSTALL_LIBDIR}/pkgconfig /)
 # of the shared library does not list them, because pkg-config fails if a listed package is missing.
 set(ORN_PC_CFLAGS "")
 set(ORN_PC_PRIVATE "")
+set(ORN_PC_QT_PRIVATE "")
 if(NOT ORNWHATSNEW_SHARED)
   set(ORN_PC_CFLAGS " -DORNWHATSNEW_STATIC")
   set(ORN_PC_PRIVATE "Requires.private: icu-uc\nLibs.private: -pthread\n")
+  set(ORN_PC_QT_PRIVATE "Requires.private: Qt6PrintSupport\n")
 endif()
 configure_file(${CMAKE_CURRENT_LIST_DIR}/ornwhatsnew.pc.in
   ${PROJECT_BINARY_DIR}/package/ornwhatsnew.pc @ONLY)
@@ -45,6 +47,10 @@ if(TARGET ornwhatsnewqt)
     FILE_SET HEADERS COMPONENT qtdevelopment)
   install(EXPORT ornwhatsnewQtTargets NAMESPACE ornwhatsnew:: DESTINATION ${ORN_CMAKE_DIR}
           COMPONENT qtdevelopment)
+  configure_file(${CMAKE_CURRENT_LIST_DIR}/ornwhatsnewqt.pc.in
+    ${PROJECT_BINARY_DIR}/package/ornwhatsnewqt.pc @ONLY)
+  install(FILES ${PROJECT_BINARY_DIR}/package/ornwhatsnewqt.pc
+          DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig COMPONENT qtdevelopment)
 endif()
 
 # The installed documents have the same relative paths as in the sources, so that the links between them

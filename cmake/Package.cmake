@@ -50,7 +50,8 @@ if(TARGET ornwhatsnewqt AND ORNWHATSNEW_SHARED)
   set(CPACK_DEBIAN_QTDEVELOPMENT_PACKAGE_NAME ornwhatsnew-qt-dev)
   set(CPACK_DEBIAN_QTDEVELOPMENT_PACKAGE_SECTION libdevel)
   set(CPACK_COMPONENT_QTDEVELOPMENT_DESCRIPTION "Development files of ornwhatsnew-qt
- Headers and CMake package of the library in the package ornwhatsnew-qt.")
+ Headers, CMake package and pkg-config file of the library in the package
+ ornwhatsnew-qt.")
   set(CPACK_DEBIAN_QTDEVELOPMENT_PACKAGE_DEPENDS
       "ornwhatsnew-qt ${version}, ornwhatsnew-dev ${version}, qt6-base-dev")
 endif()

@@ -19,6 +19,7 @@
 #define ORNWHATSNEW_PANELRENDERERS_H_
 
 #include <cstddef>
+#include <functional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -46,9 +47,8 @@ struct HTMLOptions {
 };
 
 /// Returns the panel as an HTML fragment without scripts and style attributes: one element, which a
-/// page can contain in its body. Control characters and noncharacters become U+FFFD. Characters
-/// that embed, override or isolate a text direction are omitted, because they could change the
-/// order of text outside their span.
+/// page can contain in its body. `orncore::string::SafeForDocument` replaces or removes unsafe
+/// characters.
 ///
 /// The elements have these classes:
 ///
@@ -102,6 +102,10 @@ struct TerminalOptions {
   std::size_t width = 0;       ///< the width of a line in columns; 0: no wrapping
   bool hasStyles = false;      ///< true: colours and attributes (SGR sequences)
   bool hasHyperlinks = false;  ///< true: hyperlinks (OSC 8); false: link targets in the text
+  /// Returns a line that follows the question of a rating request, such as a command that rates the
+  /// feature. The line is never wrapped, so that a user can copy it. Without a function, the
+  /// renderer adds no line.
+  std::function<UTF16String(const RatingRequest&)> ratingLine = nullptr;
 };
 
 /// Returns the panel as lines for a terminal. An empty line separates items. Wrapped changes have a

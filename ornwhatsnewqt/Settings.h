@@ -62,7 +62,8 @@ struct ORNWHATSNEWQT_EXPORT Settings {
   /// stores. If the path is empty, the companion stores them in the `QSettings` of the application.
   QString settingsFile;
   /// Callbacks that read and write the state instead of `QSettings`. If one of them is empty,
-  /// neither is used. The filters and the other values of the companion remain in `QSettings`.
+  /// neither is used. If they cannot store the state, call `WhatsNew::setStateError`. The filters
+  /// and the other values of the companion remain in `QSettings`.
   ornwhatsnew::StateGetter stateGetter;
   ornwhatsnew::StateSetter stateSetter;  ///< see `stateGetter`
 

@@ -62,6 +62,10 @@ class ORNWHATSNEWQT_EXPORT WhatsNew : public QObject {
   /// the data file cannot be read, keeps the changes that were read before.
   void refresh();
 
+  /// Shows in the panels that the callbacks of the settings could not store the state. `reason` is
+  /// the cause, in the user's language. An empty string hides the message.
+  void setStateError(const QString& reason);
+
  Q_SIGNALS:
   /// The user has rated a feature. `featureKey` is the epic key of the feature, `stars` is between
   /// 1 and 5, and `comment` can be empty. The application should send the rating to its developers.

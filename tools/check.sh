@@ -12,7 +12,7 @@
 # except tidy-changed. The tier for CI instead runs clang-tidy on the library, programs and examples.
 contributor_stages=(scripts format includes release tidy-changed)
 ci_stages=(scripts format includes docs release headers windows package sanitize thread tidy cppcheck)
-release_stages=("${ci_stages[@]}" static tidy-tests valgrind growth fuzz kills robustness browser
+release_stages=("${ci_stages[@]}" static xvfb tidy-tests valgrind growth fuzz kills robustness browser
   mutation coverage)
 
 stage_title() {
@@ -25,6 +25,7 @@ stage_title() {
     headers) echo "g++ and clang: each public header alone" ;;
     windows) echo "MinGW: every source of the library compiles" ;;
     static) echo "clang -O2, static library: all tests" ;;
+    xvfb) echo "Qt companion: all tests in windows (Xvfb)" ;;
     package) echo "Debian packages: install, run, remove" ;;
     sanitize) echo "clang, static library, sanitizers: all tests" ;;
     thread) echo "ThreadSanitizer: tests with several threads" ;;

@@ -18,6 +18,7 @@ check_packages=(
 )
 robustness_packages=(python3 strace)
 browser_packages=(chromium nodejs)
+xvfb_packages=(xvfb xauth)
 picture_packages=(aha chromium fonts-dejavu-core fonts-noto-core fonts-wqy-microhei)
 
 packages_for() {
@@ -32,6 +33,7 @@ packages_for() {
       ;;
     robustness) printf '%s\n' "${build_packages[@]}" "${robustness_packages[@]}" ;;
     browser) printf '%s\n' "${build_packages[@]}" "${browser_packages[@]}" ;;
+    xvfb) printf '%s\n' "${build_packages[@]}" "${xvfb_packages[@]}" ;;
     picture) printf '%s\n' "${build_packages[@]}" "${picture_packages[@]}" ;;
   esac
 }

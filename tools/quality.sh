@@ -84,7 +84,25 @@ write_settings_in_several_programs() {
   build release --target "$test" && ORNWHATSNEWQT_TEST_ROUNDS=500 "build/release/bin/$test"
 }
 
+# Runs the tests of the Qt companion with windows in a virtual X server. './dev test' runs them without
+# a display, and with settings of their own, too.
+test_companion_in_windows() {
+  local tests=() test home status=0
+  configure release || return
+  mapfile -t tests < <(sed -n 's/^build bin\/\(ornwhatsnewqt_[A-Za-z]*Test\):.*/\1/p' build/release/build.ninja)
+  ((${#tests[@]} > 0)) || { echo 'skipped: Qt is missing' && return 77; }
+  build release --target "${tests[@]}" || return
+  home=$(mktemp -d)
+  for test in "${tests[@]}"; do
+    HOME=$home XDG_CONFIG_HOME=$home/.config LC_ALL=C.UTF-8 QT_QPA_PLATFORM=xcb \
+      xvfb-run --auto-servernum timeout 120 "build/release/bin/$test" || status=1
+  done
+  rm -rf "$home"
+  return "$status"
+}
+
 # The following functions are stages of ./dev check --release.
+stage_xvfb() { ensure_packages xvfb && test_companion_in_windows; }
 stage_kills() { command_kills 10000; }
 stage_robustness() { command_robustness --seed 1 && write_settings_in_several_programs; }
 # Tests the pages of the program in headless Chromium, and writes screenshots to build/browser/pages.

@@ -12,7 +12,6 @@
 #include <orncore/config/TopLevel.h>
 #include <orncore/debug/DebugDatabase.h>
 #include <orncore/string/Conversion.h>
-#include <ornwhatsnew/SafeLink.h>
 
 #include "hosts/common/ControlCharacters.h"
 #include "hosts/common/GettextCatalog.h"
@@ -25,7 +24,6 @@ using ornappsupport::analytics::SDMUsageLogger;
 using ornappsupport::feature::BetaFeature;
 using ornappsupport::feature::FixedFeatureService;
 using ornappsupport::feature::VisibilityInAllClientApps;
-using ornappsupport::links::IsLinkTemplate;
 using ornappsupport::links::PanelLinks;
 using orncore::config::FixedClientInfo;
 using orncore::config::Localizer;
@@ -85,25 +83,24 @@ std::vector<BetaFeatureDescription> ReadBetaFeatures(const JsonReader& array) {
   return features;
 }
 
-/// Reads a link into `link`. The string must be empty or `isValid` must return true for it.
-/// `expected` describes a valid link in error messages.
-void ReadLink(const JsonReader& object, std::string_view name,
-              bool (*isValid)(std::u16string_view) noexcept, std::string_view expected,
-              UTF16String& link) {
+/// Reads a member of `links`, whose other members must be valid. `expected` describes a valid link
+/// in error messages.
+void ReadLink(const JsonReader& object, std::string_view name, std::string_view expected,
+              PanelLinks& links, UTF16String PanelLinks::*link) {
   const auto member = object.Find(name);
   if (!member) return;
-  link = UTF8to16(member->Text());
-  if (!link.empty() && !isValid(link)) member->FailExpecting(expected);
+  links.*link = UTF8to16(member->Text());
+  if (!AreValid(links)) member->FailExpecting(expected);
 }
 
 PanelLinks ReadLinks(const JsonReader& object) {
   constexpr std::string_view kTemplate = "an https URL with @0 after the host, or an empty string";
   object.RequireObject({"issueLink", "commitLink", "privacyPage", "issuePrefix"});
   PanelLinks links;
-  ReadLink(object, "issueLink", IsLinkTemplate, kTemplate, links.issueLink);
-  ReadLink(object, "commitLink", IsLinkTemplate, kTemplate, links.commitLink);
-  ReadLink(object, "privacyPage", ornwhatsnew::IsSafeLink, "an https URL, or an empty string",
-           links.privacyPage);
+  ReadLink(object, "issueLink", kTemplate, links, &PanelLinks::issueLink);
+  ReadLink(object, "commitLink", kTemplate, links, &PanelLinks::commitLink);
+  ReadLink(object, "privacyPage", "an https URL, or an empty string", links,
+           &PanelLinks::privacyPage);
   if (const auto member = object.Find("issuePrefix")) links.issuePrefix = UTF8to16(member->Text());
   return links;
 }

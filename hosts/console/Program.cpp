@@ -1,6 +1,5 @@
 #include "hosts/console/Program.h"
 
-#include <csignal>
 #include <string_view>
 #include <variant>
 
@@ -8,6 +7,7 @@
 #include <orncore/debug/Log.h>
 
 #include "hosts/common/ToolError.h"
+#include "hosts/common/WriteSignals.h"
 #include "hosts/console/Arguments.h"
 #include "hosts/console/StandardStreams.h"
 
@@ -46,12 +46,8 @@ ExitStatus RunRequest(int argc, const char* const* argv) {
 }  // namespace
 
 int RunProgram(int argc, const char* const* argv) noexcept {
-  // Ignore SIGXFSZ, so that a write beyond the file size limit returns an error instead of ending
-  // the program.
-  static_cast<void>(std::signal(SIGXFSZ, SIG_IGN));
-  // Ignore SIGPIPE, so that the program can report whether it stored anything if the reader of its
-  // output exits.
-  static_cast<void>(std::signal(SIGPIPE, SIG_IGN));
+  // The program reports whether it stored anything, even if the reader of its output exits.
+  common::IgnoreWriteSignals();
   return common::RunReportingErrors(argc, argv, &RunRequest, &ReportError);
 }
 

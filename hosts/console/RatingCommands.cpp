@@ -2,9 +2,7 @@
 
 #include <string_view>
 
-#include <orncore/string/Conversion.h>
 #include <orncore/string/SafeText.h>
-#include <ornwhatsnew/PanelRenderers.h>
 
 namespace hosts::console {
 namespace {
@@ -34,13 +32,6 @@ std::string Option(const std::string& name, const std::string& value) {
   return name + (value.starts_with('-') ? "=" : " ") + ShellWord(value) + " ";
 }
 
-std::string RatingCommand(const std::string& key, const SourceArguments& sources) {
-  std::string command = "ornwhatsnew rate " + Option("--host", sources.host.native());
-  if (sources.state) command += Option("--state", sources.state->native());
-  // The program does not parse words after "--" as options, even if they begin with a dash.
-  return command + "-- " + ShellWord(key) + " " + ShellWord(sources.data.native());
-}
-
 }  // namespace
 
 std::string ShellWord(const std::string& word) {
@@ -60,12 +51,11 @@ std::string ShellWord(const std::string& word) {
   return quoted + "'";
 }
 
-void AddRatingCommands(const SourceArguments& sources, ornwhatsnew::PanelLayout& layout) {
-  for (ornwhatsnew::RatingRequest& request : layout.ratingRequests) {
-    if (request.question.empty()) request.question = ornwhatsnew::kDefaultRatingQuestion;
-    request.question += u'\n';
-    orncore::string::AppendUTF8to16(RatingCommand(request.itemKey, sources), request.question);
-  }
+std::string RatingCommand(const std::string& key, const SourceArguments& sources) {
+  std::string command = "ornwhatsnew rate " + Option("--host", sources.host.native());
+  if (sources.state) command += Option("--state", sources.state->native());
+  // The program does not parse words after "--" as options, even if they begin with a dash.
+  return command + "-- " + ShellWord(key) + " " + ShellWord(sources.data.native());
 }
 
 }  // namespace hosts::console

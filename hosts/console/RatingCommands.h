@@ -1,10 +1,8 @@
-// Adds the command lines that rate features to a panel.
+// Creates the command lines that rate features.
 #ifndef HOSTS_CONSOLE_RATINGCOMMANDS_H_
 #define HOSTS_CONSOLE_RATINGCOMMANDS_H_
 
 #include <string>
-
-#include <ornwhatsnew/PanelLayout.h>
 
 #include "hosts/console/Commands.h"
 
@@ -16,9 +14,9 @@ namespace hosts::console {
 /// unchanged.
 std::string ShellWord(const std::string& word);
 
-/// Adds a line to the question of each rating request in `layout`: the command line that rates the
-/// feature. `sources` are the files that the command line names.
-void AddRatingCommands(const SourceArguments& sources, ornwhatsnew::PanelLayout& layout);
+/// Returns the command line that rates the feature with the key `key`. `sources` are the files that
+/// the command line names.
+std::string RatingCommand(const std::string& key, const SourceArguments& sources);
 
 }  // namespace hosts::console
 

@@ -2,6 +2,7 @@
 #include <string>
 #include <string_view>
 
+#include <orncore/string/Conversion.h>
 #include <ornwhatsnew/PanelRenderers.h>
 #include <nlohmann/json.hpp>
 
@@ -16,12 +17,13 @@
 namespace hosts::console {
 namespace {
 
-/// Returns the layout of a display, with the command that rates each feature.
-ornwhatsnew::PanelLayout LayoutWithCommands(ornwhatsnew::FeatureListData& list,
-                                            const ShowArguments& arguments) {
-  ornwhatsnew::PanelLayout layout = list.GetLayoutForDisplay(arguments.options);
-  AddRatingCommands(arguments.sources, layout);
-  return layout;
+/// Returns the panel as lines for a terminal, with the command that rates each feature.
+std::string RenderLines(ornwhatsnew::FeatureListData& list, const ShowArguments& arguments,
+                        ornwhatsnew::TerminalOptions options) {
+  options.ratingLine = [&arguments](const ornwhatsnew::RatingRequest& request) {
+    return orncore::string::UTF8to16(RatingCommand(request.itemKey, arguments.sources));
+  };
+  return ornwhatsnew::RenderTerminalText(list.GetLayoutForDisplay(arguments.options), options);
 }
 
 std::string RenderJson(ornwhatsnew::FeatureListData& list, const ShowArguments& arguments) {
@@ -36,8 +38,7 @@ std::string RenderJson(ornwhatsnew::FeatureListData& list, const ShowArguments& 
 std::string Render(ornwhatsnew::FeatureListData& list, const ShowArguments& arguments) {
   switch (arguments.format) {
     case PanelFormat::kPlain:
-      return ornwhatsnew::RenderPlainText(LayoutWithCommands(list, arguments),
-                                          arguments.width.value_or(0));
+      return RenderLines(list, arguments, {.width = arguments.width.value_or(0)});
     case PanelFormat::kHtml:
       return common::PanelPage(list.GetLayoutForDisplay(arguments.options));
     case PanelFormat::kMarkdown:
@@ -47,8 +48,7 @@ std::string Render(ornwhatsnew::FeatureListData& list, const ShowArguments& argu
     case PanelFormat::kText:
       break;
   }
-  return ornwhatsnew::RenderTerminalText(LayoutWithCommands(list, arguments),
-                                         DetectTerminalOptions(arguments.color, arguments.width));
+  return RenderLines(list, arguments, DetectTerminalOptions(arguments.color, arguments.width));
 }
 
 }  // namespace

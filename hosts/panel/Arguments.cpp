@@ -1,6 +1,6 @@
 #include "hosts/panel/Arguments.h"
 
-#include <iostream>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -8,6 +8,7 @@
 #include <CLI/CLI.hpp>
 
 #include "hosts/common/ToolError.h"
+#include "hosts/console/StandardStreams.h"
 
 namespace hosts::panel {
 namespace {
@@ -17,7 +18,8 @@ constexpr const char* kExitStatusHelp = R"(Exit status:
    1  an unexpected error occurred; for example, there was not enough memory
    2  the command line is not valid
    3  the data file or the host description cannot be used
-   4  the state store cannot be read or written)";
+   4  the state store cannot be read or written
+   6  the output cannot be written)";
 
 void AddOptions(CLI::App& app, Arguments& arguments) {
   app.add_option("DATA", arguments.data, "The What's New data file")->required()->type_name("");
@@ -51,7 +53,9 @@ std::optional<Arguments> ParseArguments(int argc, const char* const* argv) {
   try {
     app.parse(argc, argv);
   } catch (const CLI::Success& request) {
-    app.exit(request, std::cout);
+    std::ostringstream text;
+    app.exit(request, text);
+    console::WriteOutput(text.str());
     return std::nullopt;
   } catch (const CLI::ParseError& error) {
     throw common::ToolError(

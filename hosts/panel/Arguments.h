@@ -16,7 +16,7 @@ struct Arguments {
 
 /// Parses the command line `argv`, which begins with the program's name. If the user requests help
 /// or the version, prints it to standard output and returns `std::nullopt`. Throws
-/// `common::ToolError` if the command line is not valid.
+/// `common::ToolError` if the command line is not valid or the output cannot be written.
 std::optional<Arguments> ParseArguments(int argc, const char* const* argv);
 
 }  // namespace hosts::panel

@@ -2,11 +2,13 @@
 
 #include <exception>
 #include <iostream>
+#include <optional>
 #include <string>
 #include <string_view>
 
 #include <QtCore/QLocale>
 #include <QtCore/QTimer>
+#include <QtCore/QTranslator>
 #include <QtGui/QAction>
 #include <QtWidgets/QApplication>
 
@@ -17,6 +19,8 @@
 #include "hosts/common/StateStore.h"
 #include "hosts/common/TextFile.h"
 #include "hosts/common/ToolError.h"
+#include "hosts/common/WriteSignals.h"
+#include "hosts/console/StandardStreams.h"
 #include "hosts/console/WhatsNewLoading.h"
 #include "hosts/panel/Arguments.h"
 #include "hosts/panel/HostTranslator.h"
@@ -40,57 +44,80 @@ void RequireDataFile(const std::filesystem::path& file) {
   }
 }
 
-// A display sets three strings. The event loop calls Commit after the display, so that one write
-// stores all of them.
-ornwhatsnew::StateSetter CommittingSetter(common::StateStore& store) {
-  return [&store](const ornwhatsnew::UTF8String& key, const ornwhatsnew::UTF8String& value) {
-    store.Set(key, value);
-    QTimer::singleShot(0, QCoreApplication::instance(), [&store] {
-      try {
-        store.Commit();
-      } catch (const std::exception&) {
-        // The store keeps the values. The Commit at the end of the program reports the error.
-      }
-    });
-  };
-}
-
-Settings MakeSettings(common::StateStore& store) {
+Settings MakeSettings(common::StateStore& store, QTimer& commitTimer) {
   Settings settings = Settings::withoutServices();
   settings.usesTranslators = true;
   settings.stateGetter = store.Getter();
-  settings.stateSetter = CommittingSetter(store);
+  // A display sets three strings. The timer expires after the display, so that one write stores all
+  // of them.
+  settings.stateSetter = [&store, &commitTimer](const ornwhatsnew::UTF8String& key,
+                                                const ornwhatsnew::UTF8String& value) {
+    store.Set(key, value);
+    commitTimer.start();
+  };
   // With an empty store, `ornwhatsnew show` shows everything, too.
   settings.firstStart = ornwhatsnewqt::FirstStart::ShowAll;
   return settings;
 }
 
-void PrintRating(const QString& featureKey, int stars, const QString& comment) {
-  std::string line = "rated " + featureKey.toStdString() + ": " + std::to_string(stars) + " of 5";
-  if (!comment.isEmpty()) line += ", '" + comment.toStdString() + "'";
-  std::cout << orncore::string::EscapeInvisible(line) << std::endl;
+// Writes the store. Returns why that failed, or an empty string.
+QString CommitError(common::StateStore& store) {
+  try {
+    store.Commit();
+    return {};
+  } catch (const std::exception& error) {
+    // The store keeps the values. The Commit at the end of the program tries again.
+    return QString::fromStdString(orncore::string::EscapeInvisible(error.what()));
+  }
 }
 
-// Shows the panel until the user closes its window.
-void ShowPanel(const Arguments& arguments, const common::HostDescription& host,
-               common::StateStore& store) {
-  // The settings make the German texts available, so create them before the translator.
-  const Settings settings = MakeSettings(store);
-  QTranslator translator;
+// Prints a rating. If that fails, stores the error in `outputError`, because an exception must not
+// reach the event loop.
+void PrintRating(const QString& featureKey, int stars, const QString& comment,
+                 std::optional<ToolError>& outputError) {
+  std::string line = "rated " + featureKey.toStdString() + ": " + std::to_string(stars) + " of 5";
+  if (!comment.isEmpty()) line += ", '" + comment.toStdString() + "'";
+  try {
+    console::WriteOutput(orncore::string::EscapeInvisible(line) + '\n', "a rating was not printed");
+  } catch (const ToolError& error) {
+    outputError = error;
+  }
+}
+
+// Makes the texts of the panel available in the language of the desktop.
+void InstallTranslator(QTranslator& translator) {
   if (translator.load(QLocale(), QStringLiteral("ornwhatsnew"), QStringLiteral("_"),
                       QStringLiteral(":/ornwhatsnewqt"))) {
     QCoreApplication::installTranslator(&translator);
   }
+}
+
+// Shows the panel until the user closes its window. Returns why a rating could not be printed.
+std::optional<ToolError> ShowPanel(const Arguments& arguments, const common::HostDescription& host,
+                                   common::StateStore& store) {
+  QTimer commitTimer;
+  commitTimer.setSingleShot(true);
+  // The settings make the German texts available, so create them before the translator.
+  const Settings settings = MakeSettings(store, commitTimer);
+  QTranslator translator;
+  InstallTranslator(translator);
   HostTranslator hostTranslator(host.dictionary);
   QCoreApplication::installTranslator(&hostTranslator);
 
-  const WhatsNew whatsNew(QString::fromStdString(arguments.data.native()), settings);
-  QObject::connect(&whatsNew, &WhatsNew::rated, &whatsNew, &PrintRating);
+  WhatsNew whatsNew(QString::fromStdString(arguments.data.native()), settings);
+  QObject::connect(&commitTimer, &QTimer::timeout, &whatsNew,
+                   [&] { whatsNew.setStateError(CommitError(store)); });
+  std::optional<ToolError> outputError;
+  QObject::connect(&whatsNew, &WhatsNew::rated, &whatsNew,
+                   [&outputError](const QString& featureKey, int stars, const QString& comment) {
+                     PrintRating(featureKey, stars, comment, outputError);
+                   });
   // The action is disabled for 14 days after the first start. Enable it, because authors should not
   // have to wait.
   if (arguments.showsRatings) whatsNew.rateAction()->setEnabled(true);
   (arguments.showsRatings ? whatsNew.rateAction() : whatsNew.showAction())->trigger();
   QApplication::exec();
+  return outputError;
 }
 
 ExitStatus Run(const Arguments& arguments) {
@@ -105,8 +132,9 @@ ExitStatus Run(const Arguments& arguments) {
   // `QSettings` stores the filters of the panel under this name and the name of the program.
   QCoreApplication::setOrganizationName(QStringLiteral("ornwhatsnew"));
   QGuiApplication::setDesktopFileName(QStringLiteral("ornwhatsnew-panel"));
-  ShowPanel(arguments, host, store);
+  const std::optional<ToolError> outputError = ShowPanel(arguments, host, store);
   store.Commit();
+  if (outputError) throw ToolError(*outputError);
   return ExitStatus::kDone;
 }
 
@@ -122,6 +150,7 @@ void ReportError(std::string_view message) {
 }  // namespace
 
 int RunProgram(int argc, const char* const* argv) noexcept {
+  common::IgnoreWriteSignals();
   return common::RunReportingErrors(argc, argv, &RunCommandLine, &ReportError);
 }
 

@@ -11,8 +11,6 @@
 #ifndef ORNAPPSUPPORT_LINKS_PANELLINKS_H_
 #define ORNAPPSUPPORT_LINKS_PANELLINKS_H_
 
-#include <string_view>
-
 #include <orncore/Export.h>
 #include <orncore/string/Conversion.h>
 
@@ -41,18 +39,17 @@ struct PanelLinks {
   UTF16String issuePrefix;
 };
 
-/// Returns whether `text` is a link template: it contains `@0`, and `ornwhatsnew::IsSafeLink`
-/// returns true for it. Such a URL begins with `https://`, and has no `@0` in its host. Does not
-/// allocate. Safe to call from any thread.
-ORN_EXPORT bool IsLinkTemplate(std::u16string_view text) noexcept;
+/// Returns whether each of `links` is valid. The members `issueLink` and `commitLink` must be link
+/// templates: safe links (`ornwhatsnew::IsSafeLink`) that contain `@0`. Such a URL begins with
+/// `https://`, and has no `@0` in its host. `privacyPage` must be a safe link. Empty strings and
+/// the defaults are always valid. Safe to call from any thread.
+ORN_EXPORT bool AreValid(const PanelLinks& links);
 
 /// Replaces the links of all panels that lists create afterwards, and returns true. A
 /// default-constructed `PanelLinks` restores the defaults.
 ///
-/// Returns false and keeps the previous links if a member is not valid. The members `issueLink` and
-/// `commitLink` must be link templates, and `privacyPage` must be a safe link. Empty strings and
-/// the defaults are always valid. If memory runs out, throws `std::bad_alloc` and keeps the
-/// previous links. Safe to call from any thread.
+/// Returns false and keeps the previous links if they are not valid (`AreValid`). If memory runs
+/// out, throws `std::bad_alloc` and keeps the previous links. Safe to call from any thread.
 ORN_EXPORT bool SetPanelLinks(PanelLinks links);
 
 /// Returns the current links, with the issue prefix in upper case. Safe to call from any thread.

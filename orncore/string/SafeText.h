@@ -1,5 +1,5 @@
-// Makes strings from files safe for a terminal or a message, so that they cannot send escape
-// sequences, hide text, or change the look of other text.
+// Makes strings from files safe for a terminal, a document or a message, so that they cannot send
+// escape sequences, hide text, or change the look of other text.
 //
 // The functions throw `std::bad_alloc` if memory runs out. They are safe to call from any thread.
 #ifndef ORNCORE_STRING_SAFETEXT_H_
@@ -31,6 +31,14 @@ constexpr bool IsControlCharacter(char16_t unit) noexcept {
 ///
 /// All other characters are unchanged. Takes linear time.
 [[nodiscard]] ORN_EXPORT UTF16String SafeForTerminal(std::u16string_view text);
+
+/// Returns a copy of `text` for a document with lines in both directions, such as an HTML page.
+/// Each line feed becomes U+2028, and each tab becomes a space. Control characters, noncharacters
+/// and unpaired surrogates become U+FFFD. Characters that embed, override or isolate a text
+/// direction are removed, because they could change the order of text after `text`. U+FEFF is
+/// removed, because a parser may remove it at the start of a text. All other characters are
+/// unchanged, direction marks included. Takes linear time.
+[[nodiscard]] ORN_EXPORT UTF16String SafeForDocument(std::u16string_view text);
 
 /// Returns a copy of `text` for a message that quotes names and values. `text` is UTF-8 or the
 /// bytes of a file name. Each character that `SafeForTerminal` replaces or removes becomes an

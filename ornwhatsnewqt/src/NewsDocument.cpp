@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <set>
+#include <string_view>
 
 #include <QtGui/QGuiApplication>
 #include <QtGui/QTextBlock>
@@ -10,6 +11,7 @@
 #include <ornwhatsnew/SafeLink.h>
 #include <ornwhatsnew/WhatsNewTypes.h>
 #include "ornwhatsnewqt/src/NewsFormats.h"
+#include "ornwhatsnewqt/src/SafeText.h"
 
 namespace ornwhatsnewqt {
 namespace {
@@ -23,25 +25,6 @@ using ornwhatsnew::StyleID;
 // draw a label that is alone on its line too high, so that it overlaps the line above.
 constexpr QChar kLabelStrut(0x2060);
 
-/// Returns whether `character` has a meaning of its own in a `QTextDocument`, or is an invisible
-/// control character. Such a character could add a block or a frame.
-bool isControl(QChar character) {
-  const char16_t unit = character.unicode();
-  const bool isFrameMark = unit == 0xFDD0 || unit == 0xFDD1;
-  return unit < 0x20 || (unit >= 0x7F && unit < 0xA0) || isFrameMark ||
-         unit == QChar::ParagraphSeparator || unit == QChar::ObjectReplacementCharacter;
-}
-
-/// Returns `text` with a replacement character for each control character, so that offsets stay the
-/// same.
-QString withoutControls(const std::u16string& text) {
-  QString result = QString::fromStdU16String(text);
-  for (QChar& character : result) {
-    if (isControl(character)) character = QChar::ReplacementCharacter;
-  }
-  return result;
-}
-
 /// Writes a layout into an empty document.
 class Writer {
  public:
@@ -50,7 +33,6 @@ class Writer {
       : cursor_(&document), layout_(layout), formats_(style), elements_(elements) {}
 
   void write() {
-    text_ = withoutControls(layout_.text);
     cursor_.beginEditBlock();
     for (const LayoutParagraph& paragraph : layout_.paragraphs) {
       // A bullet without text would look like a mistake.
@@ -62,14 +44,14 @@ class Writer {
 
  private:
   QString textOf(const ornwhatsnew::TextRange& range) const {
-    return text_.mid(static_cast<qsizetype>(range.begin), static_cast<qsizetype>(range.length));
+    return safeText(std::u16string_view(layout_.text).substr(range.begin, range.length));
   }
 
   /// Returns the direction of the first character in `range` that has a direction. If there is
   /// none, returns the direction of the application.
   Qt::LayoutDirection directionOf(const ornwhatsnew::TextRange& range) const {
     for (std::size_t i = range.begin; i < range.begin + range.length; ++i) {
-      switch (text_[static_cast<qsizetype>(i)].direction()) {
+      switch (QChar(layout_.text[i]).direction()) {
         case QChar::DirL:
           return Qt::LeftToRight;
         case QChar::DirR:
@@ -83,7 +65,7 @@ class Writer {
   }
 
   void writeParagraph(const LayoutParagraph& paragraph) {
-    const QString bullet = withoutControls(paragraph.bullet);
+    const QString bullet = safeText(paragraph.bullet);
     const bool isFirst = kinds_.insert(paragraph.kind).second;
     beginBlock(formats_.ofBlock(paragraph.kind, bullet, directionOf(paragraph.range), isFirst));
     const std::size_t element = elements_.size();
@@ -118,19 +100,17 @@ class Writer {
 
   void writeSpan(const LayoutParagraph& paragraph, const LayoutSpan& span, const QString& prefix) {
     QString text = prefix + textOf(span.range);
-    if (ornwhatsnew::IsSafeLink(span.link) && !isRepeated(paragraph, span)) {
+    const bool isLabel = span.style == StyleID::kStyleUnlockLabel;
+    // A label has one box, and "View more" looks like one button. Keep each of them in one line.
+    if (isLabel || span.style == StyleID::kStyleHotSpot) text.replace(u' ', QChar::Nbsp);
+    if (!text.isEmpty() && ornwhatsnew::IsSafeLink(span.link) && !isRepeated(paragraph, span)) {
       const QString href = QString::fromStdU16String(span.link);
       elements_.push_back(
           {NewsElement::Kind::Link, cursor_.position(), static_cast<int>(text.size()), href});
       cursor_.insertText(text, formats_.ofLink(paragraph.kind, span.style, href));
       return;
     }
-    const bool isLabel = span.style == StyleID::kStyleUnlockLabel;
-    if (isLabel) {
-      cursor_.insertText(QString(kLabelStrut), formats_.ofLabelStrut());
-      // A label has one box, so it stays on one line.
-      text.replace(u' ', QChar::Nbsp);
-    }
+    if (isLabel) cursor_.insertText(QString(kLabelStrut), formats_.ofLabelStrut());
     cursor_.insertText(text, formats_.ofSpan(paragraph.kind, span.style));
   }
 
@@ -165,7 +145,6 @@ class Writer {
   const ornwhatsnew::PanelLayout& layout_;
   NewsFormats formats_;
   std::vector<NewsElement>& elements_;
-  QString text_;
   std::set<ParagraphKind> kinds_;  // the kinds of the paragraphs so far
 };
 

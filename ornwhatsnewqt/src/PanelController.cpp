@@ -108,9 +108,9 @@ ornwhatsnew::DisplayOptions PanelController::optionsForNews() const {
 void PanelController::setFilters(const Filters& filters) {
   if (filters == filters_) return;
   filters_ = filters;
-  store_.setValue(kOnlyNewKey, filters.onlyNew);
-  store_.setValue(kThisPlatformKey, filters.thisPlatform);
-  store_.setValue(kMyVersionsKey, filters.myVersions);
+  store_.setValues({{kOnlyNewKey, filters.onlyNew},
+                    {kThisPlatformKey, filters.thisPlatform},
+                    {kMyVersionsKey, filters.myVersions}});
   displayAgain();
 }
 
@@ -170,6 +170,12 @@ void PanelController::activateLink(const QUrl& url) {
   if (!ornwhatsnew::IsSafeLink(url.toString(QUrl::FullyEncoded).toStdU16String())) return;
   Q_EMIT linkActivated(url);
   QDesktopServices::openUrl(url);
+}
+
+void PanelController::setStateError(const QString& reason) {
+  if (reason == hostStateError_) return;
+  hostStateError_ = reason;
+  Q_EMIT stateErrorChanged();
 }
 
 bool PanelController::announcesUpdates() const {

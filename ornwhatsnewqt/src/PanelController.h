@@ -82,7 +82,12 @@ class PanelController : public QObject {
   void activateLink(const QUrl& url);
 
   /// Returns why the state cannot be stored, in the user's language, or an empty string.
-  QString stateError() const { return store_.error(); }
+  QString stateError() const {
+    return hostStateError_.isEmpty() ? store_.error() : hostStateError_;
+  }
+
+  /// Sets why the callbacks of the host cannot store the state; see `WhatsNew::setStateError`.
+  void setStateError(const QString& reason);
 
   /// Returns whether the settings of the application let the panel open after updates. If so, the
   /// panel should contain a switch that calls `setAnnouncesUpdates`.
@@ -114,7 +119,8 @@ class PanelController : public QObject {
 
   QString dataFile_;
   ornwhatsnew::UTF8String dataText_;
-  QString fileError_;  ///< why the data file was not read, or an empty string
+  QString fileError_;       ///< why the data file was not read, or an empty string
+  QString hostStateError_;  ///< why the host cannot store the state, or an empty string
   SettingsStore store_;
   RatingPolicy ratingPolicy_;
   ornwhatsnew::FeatureListData list_;

@@ -61,8 +61,9 @@ void PanelHeader::setPage(PanelPage page, bool hasRatings) {
   newsButton_->setVisible(hasChoice);
   ratingsButton_->setVisible(hasChoice);
   (page == PanelPage::News ? newsButton_ : ratingsButton_)->setChecked(true);
-  searchButton_->setEnabled(page == PanelPage::News);
-  printButton_->setEnabled(page == PanelPage::News);
+  // There is nothing to search or to print on the page of ratings.
+  searchButton_->setVisible(page == PanelPage::News);
+  printButton_->setVisible(page == PanelPage::News);
 }
 
 void PanelHeader::retranslate() {

@@ -18,7 +18,7 @@ class GlyphButton;
 enum class PanelPage { News, Ratings };
 
 /// The top row of a panel: the choice of the page, and buttons for searching and printing. If there
-/// is only one page, shows its name instead of the choice.
+/// is only one page, shows its name instead of the choice. The page of ratings has no buttons.
 class PanelHeader : public QWidget {
   Q_OBJECT
  public:

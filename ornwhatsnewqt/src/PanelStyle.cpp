@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include <QtCore/QEvent>
 #include <QtGui/QFontInfo>
 #include <QtWidgets/QLineEdit>
 
@@ -82,6 +83,11 @@ QFont PanelStyle::font(float size, QFont::Weight weight) const {
   font.setPixelSize(static_cast<int>(std::lround(qreal{size} * scale_)));
   font.setWeight(weight);
   return font;
+}
+
+bool changesPanelStyle(const QEvent& event) {
+  return event.type() == QEvent::PaletteChange || event.type() == QEvent::FontChange ||
+         event.type() == QEvent::StyleChange;
 }
 
 void setFieldStyle(QLineEdit& field, const PanelStyle& style) {

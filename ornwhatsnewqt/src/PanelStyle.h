@@ -7,6 +7,7 @@
 #include <QtGui/QPalette>
 
 QT_BEGIN_NAMESPACE
+class QEvent;
 class QLineEdit;
 QT_END_NAMESPACE
 
@@ -42,6 +43,9 @@ struct PanelStyle {
   QFont font_;
   qreal scale_ = 1;
 };
+
+/// Returns whether a widget that receives `event` must draw itself in a new `PanelStyle`.
+bool changesPanelStyle(const QEvent& event);
 
 /// Shows `field` with rounded corners, in `style`.
 void setFieldStyle(QLineEdit& field, const PanelStyle& style);

@@ -258,10 +258,7 @@ QSize PanelWidget::sizeHint() const {
 }
 
 void PanelWidget::changeEvent(QEvent* event) {
-  const bool isNewStyle = event->type() == QEvent::PaletteChange ||
-                          event->type() == QEvent::FontChange ||
-                          event->type() == QEvent::StyleChange;
-  if (isNewStyle) impl_->draw();
+  if (changesPanelStyle(*event)) impl_->draw();
   QWidget::changeEvent(event);
 }
 

@@ -20,6 +20,7 @@
 #include "ornwhatsnewqt/src/PanelStrings.h"
 #include "ornwhatsnewqt/src/PanelStyle.h"
 #include "ornwhatsnewqt/src/PillButton.h"
+#include "ornwhatsnewqt/src/SafeText.h"
 
 namespace ornwhatsnewqt {
 namespace {
@@ -106,11 +107,11 @@ void RatingCard::applyStyle() {
 
 void RatingCard::setRequest(const ornwhatsnew::RatingRequest& request) {
   itemKey_ = QString::fromStdString(request.itemKey);
-  title_->setText(QString::fromStdU16String(request.title));
-  description_->setText(QString::fromStdU16String(request.description));
+  title_->setText(safeText(request.title));
+  description_->setText(safeText(request.description));
   description_->setVisible(!request.description.empty());
   hasOwnQuestion_ = !request.question.empty();
-  if (hasOwnQuestion_) question_->setText(QString::fromStdU16String(request.question));
+  if (hasOwnQuestion_) question_->setText(safeText(request.question));
   retranslate();
 }
 
@@ -155,11 +156,8 @@ void RatingCard::send() {
 }
 
 void RatingCard::changeEvent(QEvent* event) {
-  const bool isNewStyle = event->type() == QEvent::PaletteChange ||
-                          event->type() == QEvent::FontChange ||
-                          event->type() == QEvent::StyleChange;
   // The base class sends such events before the constructor has created the labels.
-  if (isNewStyle && sendButton_ != nullptr && thanks_ != nullptr) applyStyle();
+  if (changesPanelStyle(*event) && sendButton_ != nullptr && thanks_ != nullptr) applyStyle();
   QFrame::changeEvent(event);
 }
 

@@ -6,6 +6,7 @@
 #include <QtCore/QDir>
 #include <QtCore/QFileInfo>
 #include <QtCore/QLockFile>
+#include <QtCore/QSaveFile>
 
 #include <ornwhatsnew/utility/PersistedList.h>
 
@@ -22,6 +23,47 @@ constexpr std::string_view kNotWritableText =
 constexpr std::array kStateKeys = {&ornwhatsnew::kAllSeenItemsKey,
                                    &ornwhatsnew::kLastVersionSeenKey,
                                    &ornwhatsnew::kAllVersionsSeenKey};
+
+/// Returns the maximum number of bytes that `text` takes up in an INI file, in which some
+/// characters are escapes such as `\"` or `\x20ac`.
+qint64 maximumBytes(const QString& text) {
+  qint64 bytes = 0;
+  for (const QChar character : text) {
+    const bool isPrintableAscii = character.unicode() >= 0x20 && character.unicode() < 0x7F;
+    bytes += isPrintableAscii ? 2 : 6;
+  }
+  return bytes;
+}
+
+/// Returns whether the file system accepts a new file in the place of `file` that contains
+/// `changes` besides the old content. Leaves `file` unchanged.
+bool canReplace(const QString& file, const QVariantMap& changes) {
+  constexpr qint64 kBytesForSyntax = 64;
+  qint64 bytes = QFileInfo(file).size();
+  for (auto change = changes.cbegin(); change != changes.cend(); ++change) {
+    bytes += maximumBytes(change.key()) + maximumBytes(change->toString()) + kBytesForSyntax;
+  }
+  // Without a commit, the destructor discards the content.
+  QSaveFile rehearsal(file);
+  return rehearsal.open(QIODevice::WriteOnly) && rehearsal.write(QByteArray(bytes, ' ')) == bytes &&
+         rehearsal.flush();
+}
+
+/// Writes `changes`. Returns whether that succeeded.
+///
+/// A full disk must be noticed before QSettings receives the values. If a small file cannot be
+/// written completely, Qt 6.4 truncates it and reports success. After a failure that Qt reports,
+/// QSettings keeps the values in memory, and the next sync of any object for the file writes them.
+/// That would overwrite what other programs have stored in the meantime.
+bool writeChanges(QSettings& settings, const QVariantMap& changes) {
+  if (changes.isEmpty()) return true;
+  if (!canReplace(settings.fileName(), changes)) return false;
+  for (auto change = changes.cbegin(); change != changes.cend(); ++change) {
+    settings.setValue(change.key(), *change);
+  }
+  settings.sync();
+  return settings.status() == QSettings::NoError;
+}
 
 }  // namespace
 
@@ -82,13 +124,15 @@ void SettingsStore::commit() {
     unsaved_.clear();
     return;
   }
-  const bool isWritten = change([this](QSettings& settings) {
+  const bool isWritten = write([this](const QSettings& settings) {
+    QVariantMap changes;
     for (const auto& [key, value] : unsaved_) {
       const QString name = QString::fromStdString(key);
       const auto stored = settings.value(name).toString().toStdString();
       const auto merged = ornwhatsnew::MergePersistedValue(key, stored, read_[key], value);
-      if (merged != stored) settings.setValue(name, QString::fromStdString(merged));
+      if (merged != stored) changes.insert(name, QString::fromStdString(merged));
     }
+    return changes;
   });
   if (isWritten) unsaved_.clear();
 }
@@ -99,16 +143,21 @@ QVariant SettingsStore::value(const QString& key) const {
   return settings->value(key);
 }
 
-bool SettingsStore::setValue(const QString& key, const QVariant& value) {
+bool SettingsStore::setValues(const QVariantMap& values) {
   bool isChanged = false;
-  const bool isWritten = change([&](QSettings& settings) {
-    isChanged = settings.value(key).toString() != value.toString();
-    if (isChanged) settings.setValue(key, value);
+  const bool isWritten = write([&](const QSettings& settings) {
+    QVariantMap changes;
+    for (auto value = values.cbegin(); value != values.cend(); ++value) {
+      const bool isStored = settings.value(value.key()).toString() == value->toString();
+      if (!isStored) changes.insert(value.key(), *value);
+    }
+    isChanged = !changes.isEmpty();
+    return changes;
   });
   return isWritten && isChanged;
 }
 
-bool SettingsStore::change(const std::function<void(QSettings&)>& edit) {
+bool SettingsStore::write(const std::function<QVariantMap(const QSettings&)>& changesTo) {
   const auto settings = open();
   const QString file = QFileInfo(settings->fileName()).absoluteFilePath();
   QDir().mkpath(QFileInfo(file).absolutePath());
@@ -123,12 +172,8 @@ bool SettingsStore::change(const std::function<void(QSettings&)>& edit) {
     return false;
   }
   settings->sync();
-  bool isWritten = lock.isLocked() && settings->status() == QSettings::NoError;
-  if (isWritten) {
-    edit(*settings);
-    settings->sync();
-    isWritten = settings->status() == QSettings::NoError;
-  }
+  const bool isReadable = lock.isLocked() && settings->status() == QSettings::NoError;
+  const bool isWritten = isReadable && writeChanges(*settings, changesTo(*settings));
   setError(isWritten ? std::string_view() : kNotWritableText, file);
   return isWritten;
 }

@@ -8,6 +8,7 @@
 #include <memory>
 #include <string_view>
 
+#include <QtCore/QMap>
 #include <QtCore/QObject>
 #include <QtCore/QSettings>
 #include <QtCore/QString>
@@ -22,7 +23,8 @@ namespace ornwhatsnewqt {
 ///
 /// Several programs can use one `QSettings` at the same time. Each write acquires a lock file,
 /// reads the stored values, merges the strings of the state with them, and writes the result. If a
-/// write fails, the object keeps the strings of the state, and the next write includes them.
+/// write fails, the file is unchanged. The object then keeps the strings of the state, and the next
+/// write includes them.
 class SettingsStore : public QObject {
   Q_OBJECT
  public:
@@ -57,9 +59,10 @@ class SettingsStore : public QObject {
   /// Returns a value of the companion, or an invalid `QVariant` if there is none.
   QVariant value(const QString& key) const;
 
-  /// Stores a value of the companion. Returns whether this call changed the stored value. Of
-  /// several programs that store the same value, only one receives true.
-  bool setValue(const QString& key, const QVariant& value);
+  /// Stores values of the companion. Returns whether this call changed a stored value. Of several
+  /// programs that store the same values, only one receives true.
+  bool setValues(const QVariantMap& values);
+  bool setValue(const QString& key, const QVariant& value) { return setValues({{key, value}}); }
 
   /// Returns why the last write failed, in the user's language, or an empty string.
   QString error() const;
@@ -72,7 +75,7 @@ class SettingsStore : public QObject {
   using StateValues = std::map<ornwhatsnew::UTF8String, ornwhatsnew::UTF8String, std::less<>>;
 
   std::unique_ptr<QSettings> open() const;
-  bool change(const std::function<void(QSettings&)>& edit);
+  bool write(const std::function<QVariantMap(const QSettings&)>& changesTo);
   void setError(std::string_view keyText, const QString& file);
 
   QString file_;

@@ -108,6 +108,10 @@ void WhatsNew::refresh() {
   impl_->controller->reload();
 }
 
+void WhatsNew::setStateError(const QString& reason) {
+  impl_->controller->setStateError(reason);
+}
+
 PanelController* WhatsNew::controller() const {
   return impl_->controller.get();
 }

@@ -20,7 +20,7 @@ using test_support::LayoutBuilder;
 using testing::HasSubstr;
 using testing::Not;
 
-constexpr TerminalOptions kStyled = {0, true, true};
+const TerminalOptions kStyled = {0, true, true};
 
 std::string Render(const LayoutBuilder& builder, const TerminalOptions& options = {}) {
   return RenderTerminalText(builder.Layout(), options);
@@ -135,6 +135,23 @@ TEST(TerminalRenderer, RatingRequestsHaveTheirOwnOrTheDefaultQuestion) {
   EXPECT_EQ("   Good?\n   rate it\n", Render(LayoutBuilder().Rating(u"Good?\nrate it", u"hidden")));
   EXPECT_EQ("   How do you like it?\n", Render(LayoutBuilder().Rating(u"")));
   EXPECT_EQ("   \x1B[3;94mGood?\x1B[0m\n", Render(LayoutBuilder().Rating(u"Good?"), kStyled));
+}
+
+TEST(TerminalRenderer, TheLineOfARatingRequestIsNotWrapped) {
+  TerminalOptions options{.width = 12};
+  options.ratingLine = [](const ornwhatsnew::RatingRequest& request) {
+    return u"rate '" + request.question + u"'";
+  };
+  EXPECT_EQ(
+      " Is it good\n enough?\n rate 'Is it good enough?'\n\n How do you\n like it?\n rate ''\n",
+      Render(LayoutBuilder().Rating(u"Is it good enough?").Rating(u""), options));
+}
+
+TEST(TerminalRenderer, TheLineOfARatingRequestIsOneSafeLine) {
+  TerminalOptions options = kStyled;
+  options.ratingLine = [](const ornwhatsnew::RatingRequest&) { return u"a\x1B\n\tb"; };
+  EXPECT_EQ("   \x1B[3;94mGood?\x1B[0m\n   \x1B[3;94ma\u241B  b\x1B[0m\n",
+            Render(LayoutBuilder().Rating(u"Good?"), options));
 }
 
 TEST(TerminalRenderer, SwitchesStylesOnAndOffOnEachLine) {

@@ -54,10 +54,12 @@ class NewsDocumentTest : public QObject {
   void changesHaveAHangingIndent();
   void paragraphsFollowTheDirectionOfTheirText();
   void controlCharactersAddNoBlocks();
+  void textsCannotChangeTheDirectionOfOtherText();
   void changesWithoutTextAreLeftOut();
   void aLineEndInAParagraphKeepsItsBlock();
   void plainTextContainsNoInvisibleUnits();
   void labelsStayInOneLine();
+  void viewMoreStaysInOneLine();
   void elementsAreHeadingsListItemsAndLinks();
   void itemsBeginWithTheirTitle();
 };
@@ -178,11 +180,23 @@ void NewsDocumentTest::paragraphsFollowTheDirectionOfTheirText() {
 void NewsDocumentTest::controlCharactersAddNoBlocks() {
   TestLayout layout;
   layout.change({{u"a\u2029b\uFDD0c\uFDD1d\uFFFCe\rf\u0007g\u0085h", StyleID::kStyleChangeText}},
-                u"\n");
+                u"\u0007");
   const NewsDocument document(layout.layout(), style());
   QCOMPARE(document.blockCount(), 1);
   const QString replacement(QChar::ReplacementCharacter);
   QCOMPARE(document.begin().text(), QStringLiteral("%1\ta%1b%1c%1d%1e%1f%1g%1h").arg(replacement));
+}
+
+void NewsDocumentTest::textsCannotChangeTheDirectionOfOtherText() {
+  TestLayout layout;
+  layout.change({{u"a\u202Eb", StyleID::kStyleChangeText},
+                 {u"\u2066", StyleID::kStyleIssueLink, u"https://a.example/"},
+                 {u" (v4.3\u202C)", StyleID::kStyleInternalCode}},
+                u"\u2067\u2022");
+  const NewsDocument document(layout.layout(), style());
+  QCOMPARE(document.begin().text(), QStringLiteral("\u2022\tab (v4.3)"));
+  QCOMPARE(formatOf(document, QStringLiteral("(v4.3)")).foreground().color(), style().secondary);
+  QVERIFY(linksOf(document).isEmpty());
 }
 
 void NewsDocumentTest::changesWithoutTextAreLeftOut() {
@@ -215,6 +229,16 @@ void NewsDocumentTest::labelsStayInOneLine() {
   const NewsDocument document(layout.layout(), style());
   QVERIFY(document.begin().text().endsWith(QStringLiteral("IN\u00A0DEVELOPMENT")));
   QVERIFY(formatOf(document, QStringLiteral("DEVELOPMENT")).boolProperty(NewsDocument::IsLabel));
+}
+
+void NewsDocumentTest::viewMoreStaysInOneLine() {
+  TestLayout layout;
+  layout.description({{u"Shows finds.", StyleID::kStyleFeatureDescription},
+                      {u" "},
+                      {u"View more", StyleID::kStyleHotSpot, u"https://a.example/"}});
+  NewsDocument document(layout.layout(), style());
+  QCOMPARE(document.begin().text(), QStringLiteral("Shows finds. View\u00A0more"));
+  QCOMPARE(plainText(document), QStringLiteral("Shows finds. View more"));
 }
 
 void NewsDocumentTest::elementsAreHeadingsListItemsAndLinks() {

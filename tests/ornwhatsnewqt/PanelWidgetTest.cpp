@@ -96,6 +96,7 @@ class PanelWidgetTest : public QObject {
   void keyboardReachesEveryControl();
   void reloadKeepsThePanelOpen();
   void reportsAStoreThatCannotBeWritten();
+  void reportsThatTheHostCannotStoreTheState();
   void aDismissedMessageStaysDismissed();
   void reportsAMissingDataFile();
   void followsTheLanguage();
@@ -252,6 +253,16 @@ void PanelWidgetTest::reportsAStoreThatCannotBeWritten() {
   QVERIFY(news().contains(QStringLiteral("Faster map")));
 }
 
+void PanelWidgetTest::reportsThatTheHostCannotStoreTheState() {
+  open();
+  QVERIFY(!find<QWidget>("messageBar").isVisible());
+  whatsNew_->setStateError(QStringLiteral("the disk is full"));
+  QVERIFY(find<QWidget>("messageBar").isVisible());
+  QVERIFY(find<QLabel>("message").text().endsWith(QStringLiteral(": the disk is full")));
+  whatsNew_->setStateError({});
+  QVERIFY(!find<QWidget>("messageBar").isVisible());
+}
+
 void PanelWidgetTest::aDismissedMessageStaysDismissed() {
   Settings settings = world_->settings();
   settings.settingsFile = QStringLiteral("/dev/null/settings.ini");
@@ -307,9 +318,12 @@ void PanelWidgetTest::showsRatingsInPlaceOfTheNews() {
   find<QRadioButton>("ratings").click();
   QVERIFY(find<RatingPage>("ratingPage").isVisible());
   QVERIFY(!find<QWidget>("filters").isVisible());
-  QVERIFY(!find<QWidget>("search").isEnabled());
+  QVERIFY(!find<QWidget>("search").isVisible());
+  QVERIFY(!find<QWidget>("print").isVisible());
   find<QRadioButton>("news").click();
   QVERIFY(find<NewsPage>("newsPage").isVisible());
+  QVERIFY(find<QWidget>("search").isVisible());
+  QVERIFY(find<QWidget>("print").isVisible());
   QVERIFY(find<QWidget>("filters").isVisible());
 }
 

@@ -29,6 +29,7 @@ class RatingPageTest : public QObject {
   void init();
   void cleanup();
   void showsTheQuestionOrTheGeneralOne();
+  void textsCannotChangeTheDirectionOfOtherText();
   void hasFiveNamedButtonsInAGroup();
   void aRatingNeedsAChoice();
   void reportsOnceAndThanks();
@@ -74,6 +75,13 @@ void RatingPageTest::showsTheQuestionOrTheGeneralOne() {
   QCOMPARE(label(0, "description").text(), QStringLiteral("Shows finds."));
   QCOMPARE(label(1, "question").text(), QStringLiteral("How do you like it?"));
   QVERIFY(!label(1, "description").isVisible());
+}
+
+void RatingPageTest::textsCannotChangeTheDirectionOfOtherText() {
+  page_->showRequests({{"EPIC-1", u"\u202EMap", u"\u2066Good?\u0007", u"Shows\u202B finds."}});
+  QCOMPARE(label(0, "title").text(), QStringLiteral("Map"));
+  QCOMPARE(label(0, "question").text(), QStringLiteral("Good?\uFFFD"));
+  QCOMPARE(label(0, "description").text(), QStringLiteral("Shows finds."));
 }
 
 void RatingPageTest::hasFiveNamedButtonsInAGroup() {

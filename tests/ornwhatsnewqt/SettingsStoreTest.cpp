@@ -1,6 +1,10 @@
 #include "ornwhatsnewqt/src/SettingsStore.h"
 
+#include <csignal>
 #include <map>
+#include <string>
+
+#include <sys/resource.h>
 
 #include <QtCore/QFile>
 #include <QtCore/QLockFile>
@@ -14,10 +18,41 @@
 namespace {
 
 using ornwhatsnew::kAllSeenItemsKey;
+using ornwhatsnew::kAllVersionsSeenKey;
 using ornwhatsnew::kLastVersionSeenKey;
 using ornwhatsnewqt::Settings;
 using ornwhatsnewqt::SettingsStore;
 using test_support::TestWorld;
+
+/// Limits the size of the files that this process writes, as if the disk were full.
+class FileSizeLimit {
+ public:
+  explicit FileSizeLimit(rlim_t bytes) {
+    static_cast<void>(std::signal(SIGXFSZ, SIG_IGN));
+    ::getrlimit(RLIMIT_FSIZE, &before_);
+    const rlimit limit = {bytes, before_.rlim_max};
+    ::setrlimit(RLIMIT_FSIZE, &limit);
+  }
+  ~FileSizeLimit() { ::setrlimit(RLIMIT_FSIZE, &before_); }
+  FileSizeLimit(const FileSizeLimit&) = delete;
+  FileSizeLimit& operator=(const FileSizeLimit&) = delete;
+
+ private:
+  rlimit before_{};
+};
+
+/// Replaces a file without `QSettings`, like another program.
+void writeFile(const QString& name, const QByteArray& content) {
+  QFile file(name);
+  if (!file.open(QIODevice::WriteOnly)) qFatal("cannot write the settings");
+  file.write(content);
+}
+
+QByteArray contentOf(const QString& name) {
+  QFile file(name);
+  if (!file.open(QIODevice::ReadOnly)) qFatal("cannot read the settings");
+  return file.readAll();
+}
 
 class SettingsStoreTest : public QObject {
   Q_OBJECT
@@ -28,10 +63,13 @@ class SettingsStoreTest : public QObject {
   void keepsTheOtherSettingsOfTheApplication();
   void usesTheSettingsOfTheApplicationByDefault();
   void keepsUnsavedStringsUntilAWriteSucceeds();
+  void aFullDiskLeavesTheSettingsUnchanged();
+  void aFailedWriteDoesNotOverwriteLaterValues();
   void reportsAStoreThatAnotherProgramLocks();
   void usesTheCallbacksOfTheHost();
   void returnsTheStateOfTheSnapshot();
   void reportsAChangedValueToOneProgramOnly();
+  void storesSeveralValuesAtOnce();
 };
 
 void SettingsStoreTest::storesTheStringsOfTheState() {
@@ -102,6 +140,53 @@ void SettingsStoreTest::keepsUnsavedStringsUntilAWriteSucceeds() {
   QCOMPARE(SettingsStore(settings).state(kAllSeenItemsKey), std::string("a"));
 }
 
+// Qt 6.4 would truncate the file and report success.
+void SettingsStoreTest::aFullDiskLeavesTheSettingsUnchanged() {
+  const TestWorld world;
+  SettingsStore store(world.settings());
+  store.setState(kAllSeenItemsKey, "a");
+  store.commit();
+  const QByteArray before = contentOf(world.settings().settingsFile);
+  const std::string added(2000, 'b');
+  store.setState(kAllSeenItemsKey, "a " + added);
+  {
+    const FileSizeLimit limit(1000);
+    store.commit();
+  }
+  QVERIFY(!store.error().isEmpty());
+  QCOMPARE(contentOf(world.settings().settingsFile), before);
+  QCOMPARE(store.state(kAllSeenItemsKey), "a " + added);
+  store.commit();
+  QCOMPARE(store.error(), QString());
+  QCOMPARE(SettingsStore(world.settings()).state(kAllSeenItemsKey), "a " + added);
+}
+
+// After a failed write, QSettings would write the values with the next sync, without a merge.
+void SettingsStoreTest::aFailedWriteDoesNotOverwriteLaterValues() {
+  const TestWorld world;
+  const QString file = world.settings().settingsFile;
+  SettingsStore store(world.settings());
+  const QByteArray stored = "[General]\nWhatsNew.AllSeenItems=a c\n";
+  writeFile(file, "[General]\nWhatsNew.AllSeenItems=a\n");
+  // The application has settings in the same file.
+  QSettings application(file, QSettings::IniFormat);
+  // Qt reports a failed write if the value before it was larger than the buffer of the file.
+  const std::string added(20'000, 'b');
+  store.setState(kAllSeenItemsKey, "a " + added);
+  store.setState(kAllVersionsSeenKey, added);
+  {
+    const FileSizeLimit limit(1000);
+    store.commit();
+  }
+  QVERIFY(!store.error().isEmpty());
+  writeFile(file, stored);
+  application.sync();
+  QCOMPARE(contentOf(file), stored);
+  store.commit();
+  QCOMPARE(store.error(), QString());
+  QCOMPARE(store.state(kAllSeenItemsKey), "a " + added + " c");
+}
+
 void SettingsStoreTest::reportsAStoreThatAnotherProgramLocks() {
   const TestWorld world;
   QLockFile lock(world.settings().settingsFile + QStringLiteral(".whatsnew.lock"));
@@ -155,6 +240,18 @@ void SettingsStoreTest::reportsAChangedValueToOneProgramOnly() {
   QVERIFY(!other.setValue(key, QStringLiteral("4.3")));
   QVERIFY(other.setValue(key, QStringLiteral("4.4")));
   QCOMPARE(one.value(key).toString(), QStringLiteral("4.4"));
+}
+
+void SettingsStoreTest::storesSeveralValuesAtOnce() {
+  const TestWorld world;
+  SettingsStore store(world.settings());
+  const QString first = QStringLiteral("WhatsNew.First");
+  const QString second = QStringLiteral("WhatsNew.Second");
+  QVERIFY(store.setValues({{first, true}, {second, 2}}));
+  QVERIFY(!store.setValues({{first, true}, {second, 2}}));
+  QVERIFY(store.setValues({{first, true}, {second, 3}}));
+  QCOMPARE(world.stored(first), QStringLiteral("true"));
+  QCOMPARE(world.stored(second), QStringLiteral("3"));
 }
 
 }  // namespace

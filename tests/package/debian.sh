@@ -38,7 +38,8 @@ build_example() {
 build_qt_example() {
   local unpacked=$work/unpacked built=$work/built-qt
   cmake -S "$unpacked/usr/share/ornwhatsnew/examples/qt" -B "$built" \
-    -DCMAKE_PREFIX_PATH="$unpacked/usr" && cmake --build "$built"
+    -DCMAKE_PREFIX_PATH="$unpacked/usr" && cmake --build "$built" &&
+    PKG_CONFIG_PATH=$(echo "$unpacked"/usr/lib/*/pkgconfig) pkg-config --cflags --libs ornwhatsnewqt
 }
 
 # Checks that all packages have a documentation folder, that all links between the documents work, and

@@ -1,6 +1,7 @@
 #include <ornappsupport/links/PanelLinks.h>
 
 #include <memory>
+#include <string_view>
 #include <utility>
 
 #include <orncore/string/CaseMapping.h>
@@ -15,18 +16,16 @@ using orncore::string::IsSafeLink;
 
 orncore::utility::ServiceHolder<const PanelLinks> panelLinksHolder;
 
+bool IsLinkTemplate(std::u16string_view text) noexcept {
+  // A host name cannot contain "@", so a safe link has its placeholders after the host.
+  return IsSafeLink(text) && text.find(u"@0") != std::u16string_view::npos;
+}
+
 // Accepts a default that is not valid, because a host cannot change what the build sets and may
 // want to set only other members.
 bool IsEmptyOrDefaultOr(bool (*isValid)(std::u16string_view) noexcept, const UTF16String& link,
                         const UTF16String& defaultLink) {
   return link.empty() || link == defaultLink || isValid(link);
-}
-
-bool AreValid(const PanelLinks& links) {
-  const PanelLinks defaults;
-  return IsEmptyOrDefaultOr(IsLinkTemplate, links.issueLink, defaults.issueLink) &&
-         IsEmptyOrDefaultOr(IsLinkTemplate, links.commitLink, defaults.commitLink) &&
-         IsEmptyOrDefaultOr(IsSafeLink, links.privacyPage, defaults.privacyPage);
 }
 
 }  // namespace
@@ -37,9 +36,11 @@ PanelLinks::PanelLinks()
       privacyPage(u"" ORNWHATSNEW_PRIVACY_PAGE),
       issuePrefix(u"ORN") {}
 
-bool IsLinkTemplate(std::u16string_view text) noexcept {
-  // A host name cannot contain "@", so a safe link has its placeholders after the host.
-  return IsSafeLink(text) && text.find(u"@0") != std::u16string_view::npos;
+bool AreValid(const PanelLinks& links) {
+  const PanelLinks defaults;
+  return IsEmptyOrDefaultOr(IsLinkTemplate, links.issueLink, defaults.issueLink) &&
+         IsEmptyOrDefaultOr(IsLinkTemplate, links.commitLink, defaults.commitLink) &&
+         IsEmptyOrDefaultOr(IsSafeLink, links.privacyPage, defaults.privacyPage);
 }
 
 bool SetPanelLinks(PanelLinks links) {

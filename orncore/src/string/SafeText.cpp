@@ -18,6 +18,8 @@ constexpr UChar32 kTextPresentation = 0xFE0E;
 constexpr UChar32 kEmojiPresentation = 0xFE0F;
 constexpr UChar32 kKeycap = 0x20E3;
 constexpr UChar32 kEscape = '\\';
+constexpr char16_t kByteOrderMark = 0xFEFF;
+constexpr char16_t kLineSeparator = 0x2028;
 constexpr int kViramaClass = 9;
 
 // Returns the character at `position` and sets `position` to the end of the character. Returns
@@ -109,6 +111,23 @@ UChar32 Substitute(UChar32 character, UChar32 before, UChar32 after) {
   return IsInvisible(character) ? 0 : character;
 }
 
+// Direction marks such as U+200E return false, because they affect only the text next to them.
+constexpr bool ChangesDirection(char16_t unit) {
+  return (unit >= 0x202A && unit <= 0x202E) || (unit >= 0x2066 && unit <= 0x2069);
+}
+
+// Appends what a document contains instead of `unit`, which is no surrogate.
+void AppendToDocument(char16_t unit, UTF16String& document) {
+  if (unit == kByteOrderMark || ChangesDirection(unit)) return;
+  if (unit == u'\t') {
+    document += u' ';
+  } else if (unit == u'\n' || unit == kLineSeparator) {
+    document += kLineSeparator;
+  } else {
+    document += IsControlCharacter(unit) ? static_cast<char16_t>(kReplacement) : unit;
+  }
+}
+
 bool LooksLikeSpace(UChar32 character) {
   constexpr UChar32 kBlankBraillePattern = 0x2800;
   return character != ' ' &&
@@ -159,6 +178,24 @@ UTF16String SafeForTerminal(std::u16string_view text) {
       safe.push_back(static_cast<char16_t>(shown));  // all substitutes are at most U+FFFF
     }
     before = shown;
+  }
+  return safe;
+}
+
+UTF16String SafeForDocument(std::u16string_view text) {
+  UTF16String safe;
+  safe.reserve(text.size());
+  std::size_t position = 0;
+  while (position < text.size()) {
+    const std::size_t begin = position;
+    const UChar32 character = ReadCharacter(text, position);
+    if (U_IS_UNICODE_NONCHAR(character)) {
+      safe += static_cast<char16_t>(kReplacement);
+    } else if (character > 0xFFFF) {
+      safe.append(text, begin, position - begin);
+    } else {
+      AppendToDocument(static_cast<char16_t>(character), safe);
+    }
   }
   return safe;
 }

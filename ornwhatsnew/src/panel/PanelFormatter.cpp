@@ -258,6 +258,8 @@ void PanelFormatter::AddRating(const FeatureListItem& item, const RatingSummary&
     (*ratingItems_)[item.GetFeatureJiraIDKey()] = std::move(record);
   }
   if (hasRequest) {
+    // The strings of a layout are in the user's language. Compatibility: a rating record contains
+    // the question as the author wrote it.
     writer_.AddRatingRequest(item, {item.GetFeatureJiraIDKey(), std::move(title),
                                     Localize(rating.customText), std::move(description)});
   }

@@ -4,6 +4,7 @@
 #include <string>
 
 #include <orncore/string/Conversion.h>
+#include <orncore/string/SafeText.h>
 #include <ornwhatsnew/SafeLink.h>
 
 #include "ornwhatsnew/src/render/RenderedText.h"
@@ -16,7 +17,7 @@ namespace {
 UTF16String EscapeHTML(std::u16string_view text) {
   UTF16String escaped;
   escaped.reserve(text.size());
-  for (const char16_t unit : MarkupText(text)) {
+  for (const char16_t unit : orncore::string::SafeForDocument(text)) {
     switch (unit) {
       case u'&':
         escaped += u"&amp;";

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <utility>
 
+#include <orncore/string/SafeText.h>
+
 #include "ornwhatsnew/src/render/RenderedText.h"
 
 namespace ornwhatsnew {
@@ -13,7 +15,7 @@ constexpr bool IsDigit(char16_t unit) {
 }
 
 UTF16String CleanCode(std::u16string_view text) {
-  UTF16String code = MarkupText(text);
+  UTF16String code = orncore::string::SafeForDocument(text);
   std::ranges::replace(code, kLineSeparator, u' ');
   return code;
 }
@@ -61,7 +63,7 @@ void MarkdownWriter::EndBlock() {
 }
 
 void MarkdownWriter::AppendText(std::u16string_view text) {
-  for (const char16_t unit : MarkupText(text)) AppendUnit(unit);
+  for (const char16_t unit : orncore::string::SafeForDocument(text)) AppendUnit(unit);
 }
 
 void MarkdownWriter::AppendLink(std::u16string_view text, std::u16string_view target) {

@@ -35,7 +35,7 @@ class MarkdownWriter {
   /// Ends the block.
   void EndBlock();
 
-  /// Appends text. A line end (`MarkupText`) becomes a hard line break, or a space in a block
+  /// Appends text. A line end (`SafeForDocument`) becomes a hard line break, or a space in a block
   /// without line breaks. Omits white space at both ends of each line.
   void AppendText(std::u16string_view text);
   /// Appends `text` as a link. REQUIRES: `IsSafeLink(target)`.

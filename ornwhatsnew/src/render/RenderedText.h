@@ -28,12 +28,6 @@ std::u16string_view RatingQuestion(const RatingRequest& request);
 /// style other than `kStyleHotSpot`, or if its text is the target.
 UTF16String PrintedTarget(const LayoutSpan& span, std::u16string_view text, bool isClickable);
 
-/// Returns what HTML and Markdown contain instead of `text`: U+2028 for a line end, a space for a
-/// tab, and U+FFFD for a control character, a noncharacter or an unpaired surrogate. Omits U+FEFF,
-/// which a parser may remove at the start of a text, and characters that embed, override or isolate
-/// a text direction. All other characters are unchanged.
-UTF16String MarkupText(std::u16string_view text);
-
 }  // namespace ornwhatsnew
 
 #endif  // ORNWHATSNEW_SRC_RENDER_RENDEREDTEXT_H_

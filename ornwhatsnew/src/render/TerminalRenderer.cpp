@@ -137,8 +137,11 @@ class TerminalRenderer {
     for (std::size_t i = 0; i < paragraph.spans.size(); ++i) AppendSpan(paragraph, i);
     if (const RatingRequest* const request = FindRatingRequest(layout_, paragraph)) {
       AppendText(RatingQuestion(*request), {.style = kStyleRatingPlaceholder});
+      FinishLine();
+      if (options_.ratingLine) WriteUnwrapped(options_.ratingLine(*request));
+    } else {
+      FinishLine();
     }
-    FinishLine();
     if (!isPartOfItem && paragraph.kind != ParagraphKind::kTitle) AddGap();
   }
 
@@ -188,7 +191,8 @@ class TerminalRenderer {
 
   static std::u16string SafeText(std::u16string_view text) {
     std::u16string safe = orncore::string::SafeForTerminal(text);
-    std::ranges::replace(safe, u'\t', u' ');
+    std::ranges::replace_if(
+        safe, [](char16_t unit) { return unit == u'\t' || unit == u'\n'; }, u' ');
     return safe;
   }
 
@@ -202,11 +206,18 @@ class TerminalRenderer {
       AddGap();
       return;
     }
-    if (std::exchange(isGapDue_, false)) output_ += '\n';
     WriteLines(line, lines);
   }
 
+  /// Writes the line `text` of a rating request, which can be wider than the terminal.
+  void WriteUnwrapped(std::u16string_view text) {
+    Line line;
+    line.Append(SafeText(text), {.style = kStyleRatingPlaceholder});
+    WriteLines(line, {{0, line.text.size(), shape_.hangingIndent}});
+  }
+
   void WriteLines(const Line& line, const std::vector<WrappedLine>& lines) {
+    if (std::exchange(isGapDue_, false)) output_ += '\n';
     const std::u16string_view text = line.text;
     auto part = line.parts.begin();
     for (const WrappedLine& wrapped : lines) {

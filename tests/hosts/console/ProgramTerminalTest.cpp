@@ -99,6 +99,14 @@ TEST_F(ProgramTerminalTest, WrapsAtTheWidthOfTheTerminal) {
   }
 }
 
+TEST_F(ProgramTerminalTest, TheCommandsThatRateFeaturesAreNotWrapped) {
+  OutputOf({"show", "{data}", "{host}"});
+  EXPECT_THAT(
+      OnTerminal(TerminalCall({"show", "{data}", "{host}", "--rating", "--color", "never"}, 30)),
+      HasSubstr("\n  ornwhatsnew rate --host " + HostFile().native() + " -- EPIC-7 '" +
+                DataFile().native() + "'"));
+}
+
 TEST_F(ProgramTerminalTest, UnknownWidthIsEightyColumns) {
   WriteData("25.1,EPIC-7,,,,,,,," + std::string(200, 'x') + "\n");
   EXPECT_EQ(

@@ -1,6 +1,6 @@
 #include <array>
+#include <optional>
 #include <string>
-#include <utility>
 #include <variant>
 
 #include <gmock/gmock.h>
@@ -9,20 +9,9 @@
 #include "hosts/console/Arguments.h"
 #include "hosts/console/RatingCommands.h"
 #include "tests/support/ChildProcess.h"
-#include "tests/support/LayoutBuilder.h"
 
 namespace hosts::console {
 namespace {
-
-// Adds the rating command to a layout with one rating request. Returns the question of the request.
-std::u16string QuestionWithCommand(const std::string& key, std::u16string question,
-                                   const SourceArguments& sources) {
-  test_support::LayoutBuilder builder;
-  ornwhatsnew::PanelLayout layout = builder.Rating(std::move(question)).Layout();
-  layout.ratingRequests.front().itemKey = key;
-  AddRatingCommands(sources, layout);
-  return layout.ratingRequests.front().question;
-}
 
 TEST(RatingCommands, QuotesWordsForAShell) {
   EXPECT_EQ("ORN-7", ShellWord("ORN-7"));
@@ -53,16 +42,16 @@ TEST(RatingCommands, AShellReadsEachWordUnchanged) {
   }
 }
 
-TEST(RatingCommands, FollowTheQuestion) {
-  const SourceArguments sources = {"my data.csv", "host.json", "state.json"};
-  EXPECT_EQ(u"Better?\nornwhatsnew rate --host host.json --state state.json -- B 'my data.csv'",
-            QuestionWithCommand("B", u"Better?", sources));
-  EXPECT_TRUE(QuestionWithCommand("A", u"", sources).starts_with(u"How do you like it?\n"));
+TEST(RatingCommands, NameTheFilesAndTheFeature) {
+  EXPECT_EQ("ornwhatsnew rate --host host.json -- B 'my data.csv'",
+            RatingCommand("B", {"my data.csv", "host.json", std::nullopt}));
+  EXPECT_EQ("ornwhatsnew rate --host host.json --state state.json -- B data.csv",
+            RatingCommand("B", {"data.csv", "host.json", "state.json"}));
 }
 
 TEST(RatingCommands, WordsThatBeginWithADashAreNotOptions) {
-  EXPECT_EQ(u"?\nornwhatsnew rate --host=-h.json --state=-s.json -- -k -d.csv",
-            QuestionWithCommand("-k", u"?", {"-d.csv", "-h.json", "-s.json"}));
+  EXPECT_EQ("ornwhatsnew rate --host=-h.json --state=-s.json -- -k -d.csv",
+            RatingCommand("-k", {"-d.csv", "-h.json", "-s.json"}));
   const auto words = std::to_array<const char*>(
       {"ornwhatsnew", "rate", "--host=-h.json", "--state=-s.json", "--", "-k", "-d.csv"});
   const auto rate =

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Tests that the man page names the same commands, options, arguments and exit statuses as the program's
-# help, and that the help describes each of them.
+# help, and that the help describes each of them. The program may have no commands.
 # usage: man_page.sh PAGE PROGRAM
 set -euo pipefail
 export LC_ALL=C
@@ -33,12 +33,12 @@ names_of_help() {
 # Prints the lines of a section of the page.
 section() { sed -n "/^\.Sh $1$/,/^\.Sh /p" "$page"; }
 
-# Prints the long options, with their values, and the arguments in the synopsis of a command. The
-# synopsis begins with a line `.Cm COMMAND`.
+# Prints the long options, with their values, and the arguments in the synopsis of a command, or in the
+# first synopsis of a program without commands. The synopsis begins with the line $1.
 names_of_synopsis() {
-  section SYNOPSIS | awk -v line=".Cm $1" '
+  section SYNOPSIS | awk -v line="$1" '
     $0 == ".Nm" { inside = 0 }
-    $0 == line { inside = 1 }
+    $0 == line { inside = ++blocks == 1 }
     inside' | grep -oE 'Fl -[a-z-]+( Ar [A-Z]+)?|^\.Ar [A-Z]+' | sed 's/^Fl /-/; s/\.\?Ar //' || true
 }
 
@@ -55,19 +55,29 @@ commands() {
   done
 }
 
-all=$(commands)
-compare 'commands in SYNOPSIS' "$all" "$(section SYNOPSIS | sed -n 's/^\.Cm //p')"
-compare 'commands in DESCRIPTION' "$all" "$(section DESCRIPTION | sed -n 's/^\.It Cm //p')"
+# Compares the synopsis that begins with the line $1 with the help of the command that the other
+# arguments name. Appends the options of the command to $options.
+compare_synopsis() {
+  local line=$1 names
+  shift
+  options+=$'\n'$("$program" "$@" --help | names_of_help Options)
+  names=$("$program" "$@" --help | names_of_help '(Options|Positionals)')
+  compare "options and arguments of '$*'" "$(grep -vxF -e --help -e --version <<<"$names")" \
+    "$(names_of_synopsis "$line")"
+}
 
+all=$(commands)
 options=$("$program" --help | names_of_help Options)
-while read -r command; do
-  read -ra words <<<"$command"
-  these=$("$program" "${words[@]}" --help | names_of_help Options)
-  options+=$'\n'$these
-  all_names=$("$program" "${words[@]}" --help | names_of_help '(Options|Positionals)')
-  compare "options and arguments of $command" "$(grep -vxF -e --help <<<"$all_names")" \
-    "$(names_of_synopsis "$command")"
-done <<<"$all"
+if [[ -z $all ]]; then
+  compare_synopsis .Nm
+else
+  compare 'commands in SYNOPSIS' "$all" "$(section SYNOPSIS | sed -n 's/^\.Cm //p')"
+  compare 'commands in DESCRIPTION' "$all" "$(section DESCRIPTION | sed -n 's/^\.It Cm //p')"
+  while read -r command; do
+    read -ra words <<<"$command"
+    compare_synopsis ".Cm $command" "${words[@]}"
+  done <<<"$all"
+fi
 compare OPTIONS "$options" \
   "$(section OPTIONS | sed -En 's/ Ns .*//; s/ Ar / /; s/^\.It (Fl [a-z] , )?Fl (-.+)/-\2/p')"
 

@@ -1,11 +1,11 @@
 // Runs the program `ornwhatsnew-panel` without a display. WindowObserver.cpp prints what its window
 // shows and closes the window.
-#include <csignal>
 #include <filesystem>
 #include <string>
 #include <vector>
 
 #include <sys/resource.h>
+#include <unistd.h>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -17,6 +17,7 @@ namespace {
 
 using test_support::ProgramCall;
 using test_support::ProgramResult;
+using testing::ContainsRegex;
 using testing::HasSubstr;
 using testing::Not;
 using testing::StartsWith;
@@ -120,14 +121,32 @@ TEST_F(PanelProgramTest, ReportsUnusableFilesAsTheConsoleHostDoes) {
 TEST_F(PanelProgramTest, ReportsAStoreThatCannotBeWritten) {
   ProgramCall call = PanelCall({"{data}", "{host}"});
   call.beforeStart = [] {
-    static_cast<void>(std::signal(SIGXFSZ, SIG_IGN));
     const rlimit nothing = {0, 0};
     ::setrlimit(RLIMIT_FSIZE, &nothing);
   };
   const ProgramResult result = RunPanel(call);
   EXPECT_EQ(4, result.exitStatus);
+  EXPECT_THAT(result.output, ContainsRegex("Cannot remember what you have seen: .*state\\.json"));
   EXPECT_THAT(result.output, HasSubstr("Twice as fast"));
   EXPECT_THAT(result.errors, HasSubstr("state.json"));
+}
+
+TEST_F(PanelProgramTest, ReportsARatingThatCannotBePrinted) {
+  OutputOf({"show", "{data}", "{host}"});
+  ProgramCall call = PanelCall({"{data}", "{host}", "--rating"});
+  // Replace standard output with a pipe that has no reader.
+  call.beforeStart = [] {
+    int ends[2];
+    if (::pipe(ends) != 0) ::_exit(99);
+    ::close(ends[0]);
+    ::dup2(ends[1], STDOUT_FILENO);
+    ::close(ends[1]);
+  };
+  const ProgramResult result = RunPanel(call);
+  EXPECT_EQ(6, result.exitStatus);
+  EXPECT_EQ("ornwhatsnew-panel: the reader has closed standard output; a rating was not printed\n",
+            result.errors);
+  EXPECT_THAT(OutputOf({"show", "{data}", "{host}", "--rating"}), Not(HasSubstr("Export")));
 }
 
 TEST_F(PanelProgramTest, RejectsInvalidCommandLines) {

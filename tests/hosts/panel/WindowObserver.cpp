@@ -1,11 +1,13 @@
 // Runs in the program `ornwhatsnew-panel` of the tests. Prints what the window shows to standard
-// output, rates the first feature if the window shows ratings, and closes the window.
+// output, with its error message if there is one. Rates the first feature if the window shows
+// ratings, and closes the window.
 #include <cstdio>
 
 #include <QtCore/QCoreApplication>
 #include <QtCore/QTimer>
 #include <QtWidgets/QApplication>
 #include <QtWidgets/QDialog>
+#include <QtWidgets/QLabel>
 #include <QtWidgets/QLineEdit>
 #include <QtWidgets/QPushButton>
 #include <QtWidgets/QRadioButton>
@@ -26,11 +28,17 @@ void rateFirstFeature(const QDialog& window) {
   window.findChild<QPushButton*>(QStringLiteral("send"))->click();
 }
 
+void printMessage(const QDialog& window) {
+  const auto* const bar = window.findChild<QWidget*>(QStringLiteral("messageBar"));
+  if (bar->isVisible()) printLine(bar->findChild<QLabel*>(QStringLiteral("message"))->text());
+}
+
 void observeWindow() {
   for (QWidget* const widget : QApplication::topLevelWidgets()) {
     auto* const window = qobject_cast<QDialog*>(widget);
     if (window == nullptr || !window->isVisible()) continue;
     printLine(window->windowTitle());
+    printMessage(*window);
     auto* const news = window->findChild<QTextBrowser*>(QStringLiteral("newsPage"));
     if (news->isVisible()) {
       printLine(news->toPlainText());
@@ -41,10 +49,11 @@ void observeWindow() {
   }
 }
 
-// The program calls this function when it creates the application object. The timer expires when
-// the program has shown its window and waits for events.
+// The program calls this function when it creates the application object. The first timer expires
+// when the program has shown its window and waits for events. The second one expires after the
+// timers that the program has started until then, so the program has stored its state.
 void observeApplication() {
-  QTimer::singleShot(0, &observeWindow);
+  QTimer::singleShot(0, [] { QTimer::singleShot(0, &observeWindow); });
 }
 Q_COREAPP_STARTUP_FUNCTION(observeApplication)
 

@@ -73,6 +73,28 @@ INSTANTIATE_TEST_SUITE_P(
                              u"\uFFFDa\uFFFD"},
                     SafeCase{u"\uFFFE\uFDD0\U0001FFFF", u"\uFFFD\uFFFD\uFFFD"}));
 
+TEST(SafeForDocument, KeepsDirectionMarksAndRemovesWhatChangesADirection) {
+  EXPECT_EQ(u"\u200F\u061Cabcdefghi\u200E",
+            SafeForDocument(u"\u200F\u061C\u202Aa\u202Bb\u202Cc\u202Dd\u202Ee\u2066f\u2067g\u2068h"
+                            u"\u2069i\u200E"));
+  EXPECT_EQ(u"\u2065\u206A", SafeForDocument(u"\u2065\u206A"));
+}
+
+TEST(SafeForDocument, ReplacesControlCharactersLineEndsAndTabs) {
+  EXPECT_EQ(u"a\u2028b\u2028c d", SafeForDocument(u"a\nb\u2028c\td"));
+  EXPECT_EQ(u"a\uFFFDb\uFFFDc\uFFFDd\uFFFD~\u00A0", SafeForDocument(u"a\rb\x1B"
+                                                                    u"c\x7F"
+                                                                    u"d\u0085~\u00A0"));
+  EXPECT_EQ(u"\uFFFD\uFFFD", SafeForDocument(std::u16string(1, u'\0') + u"\u2029"));
+}
+
+TEST(SafeForDocument, ReplacesWhatIsNoCharacter) {
+  EXPECT_EQ(u"\uFFFD\uFFFD\uFFFD\U0001F600", SafeForDocument(u"\uFFFE\uFDD0\U0001FFFF\U0001F600"));
+  EXPECT_EQ(u"\uFFFDa\uFFFD",
+            SafeForDocument(std::u16string({char16_t{0xDC00}, u'a', char16_t{0xD83D}})));
+  EXPECT_EQ(u"ab", SafeForDocument(u"\uFEFFa\uFEFFb"));
+}
+
 TEST(SafeText, EscapesEveryByteThatIsNotPrintableAscii) {
   for (int value = 0; value < 256; ++value) {
     const std::string text = {'a', static_cast<char>(value), 'b'};
