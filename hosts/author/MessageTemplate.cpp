@@ -17,8 +17,8 @@ constexpr std::string_view kPrivatePrefix = "$$$/private/";
 constexpr std::string_view kCommentMark = "#{comment}";
 
 /// The columns that the panel localises.
-constexpr DataColumn kLocalizedColumns[] = {DataColumn::kVersion, DataColumn::kFirstVersion,
-                                            DataColumn::kDescription};
+constexpr DataColumn kLocalizedColumns[] = {DataColumn::kVersion, DataColumn::kRatingRequest,
+                                            DataColumn::kFirstVersion, DataColumn::kDescription};
 
 /// The properties of the template. Programs such as msginit replace the words in upper case.
 constexpr std::string_view kProperties = R"(#, fuzzy

@@ -13,11 +13,11 @@ namespace {
 using ornwhatsnew::DataColumn;
 using ornwhatsnew::IsZString;
 
-constexpr std::array<DataColumn, 2> kLocalisedColumns = {DataColumn::kVersion,
-                                                         DataColumn::kDescription};
+constexpr DataColumn kLocalizedColumns[] = {DataColumn::kVersion, DataColumn::kRatingRequest,
+                                            DataColumn::kDescription};
 
 void CheckKeySpace(LintContext& context, const LintRow& row) {
-  for (const DataColumn column : kLocalisedColumns) {
+  for (const DataColumn column : kLocalizedColumns) {
     const std::string_view text = row.Value(column);
     if (IsZString(text) || text.find('$') == text.npos || !IsZString(TrimSpaces(text))) continue;
     context.ReportField(
@@ -34,7 +34,7 @@ bool HasMisspeltKeyPrefix(std::string_view text) {
 }
 
 void CheckKeyPrefix(LintContext& context, const LintRow& row) {
-  for (const DataColumn column : kLocalisedColumns) {
+  for (const DataColumn column : kLocalizedColumns) {
     const std::string_view text = row.Value(column);
     if (text.find('$') == text.npos || !HasMisspeltKeyPrefix(TrimSpaces(text))) continue;
     context.ReportField(LintCode::kKeyPrefix, row, column,
@@ -44,7 +44,7 @@ void CheckKeyPrefix(LintContext& context, const LintRow& row) {
 }
 
 void CheckKeyDefault(LintContext& context, const LintRow& row) {
-  for (const DataColumn column : kLocalisedColumns) {
+  for (const DataColumn column : kLocalizedColumns) {
     const std::string_view text = row.Value(column);
     if (!IsZString(text) || text.find('=') != text.npos) continue;
     const LintHost* const host = context.Host();

@@ -42,6 +42,7 @@ TEST(MessageTemplate, ContainsTheLocalisedColumnsOfADataFile) {
                                       "1,,,,,,,,,$$$/skipped=Skipped\n");
   EXPECT_EQ(EntriesOf(messages),
             "#: \u2068a b.csv\u2069:2\nmsgctxt \"$$$/v\"\nmsgid \"4.3\"\nmsgstr \"\"\n\n"
+            "#: \u2068a b.csv\u2069:2\nmsgctxt \"$$$/rating\"\nmsgid \"R\"\nmsgstr \"\"\n\n"
             "#: \u2068a b.csv\u2069:2\nmsgctxt \"$$$/f\"\nmsgid \"4.2\"\nmsgstr \"\"\n\n"
             "#: \u2068a b.csv\u2069:2\nmsgctxt \"$$$/text\"\nmsgid \"Text\"\nmsgstr \"\"\n");
 }
