@@ -116,8 +116,8 @@ stage_windows() {
 
 stage_static() { build_and_test static; }
 
-# Uses clang and the static library, so that CI needs no other builds to test them. Skips the package tests, because they build hosts without sanitizers. Such hosts cannot link
-# a library with sanitizers.
+# Uses clang and the static library, so that CI needs no other builds to test them. Skips the package
+# tests, because they build hosts without sanitizers. Such hosts cannot link a library with sanitizers.
 stage_sanitize() {
   ASAN_OPTIONS=strict_string_checks=1:detect_stack_use_after_return=1 \
   UBSAN_OPTIONS=print_stacktrace=1 \
@@ -126,7 +126,7 @@ stage_sanitize() {
 
 stage_thread() {
   configure thread &&
-    build thread --target orncore_tests ornappsupport_tests ornwhatsnew_tests &&
+    build thread --target orncore_tests ornappsupport_tests entry_point_tests &&
     run_tests thread --tests-regex "$thread_tests"
 }
 
