@@ -1,10 +1,10 @@
 // Defines the version of the library. The build reads the version from this file.
 //
 // The version follows semantic versioning. The major number changes if hosts must be modified or
-// rebuilt. The minor number changes if the interface is extended. Otherwise, only the patch number
-// changes. While the major number is 0, the minor number changes even if hosts must be modified or
-// rebuilt. Until version 1.0, each host must therefore be rebuilt for each new minor version of the
-// shared library.
+// rebuilt. While the major number is 0, such a change increments the minor number instead. The
+// minor number also changes if the interface is extended. Otherwise, only the patch number changes.
+// Until version 1.0, each host must therefore be rebuilt for each new minor version of the shared
+// library.
 #ifndef ORNWHATSNEW_VERSION_H_
 #define ORNWHATSNEW_VERSION_H_
 

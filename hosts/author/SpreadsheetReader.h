@@ -36,8 +36,8 @@ struct Spreadsheet {
 ///
 /// If the first line is "sep=" followed by a character, this character is the separator.
 /// Spreadsheet programs write such a line. Otherwise, the separator is a comma, a semicolon or a
-/// tab. The function selects the one with which the header, the first row that has values, contains
-/// the most column names of a data file.
+/// tab. The header is the first row that has values. The function splits it with each of these
+/// separators, and selects the separator that yields the most column names of a data file.
 Spreadsheet ReadSpreadsheet(std::string_view text);
 
 }  // namespace hosts::author

@@ -14,13 +14,11 @@ namespace hosts::common {
 /// The name of the temporary file.
 enum class TemporaryName {
   /// The name of the file followed by ".tmp". The replacement deletes an existing file of this
-  /// name,
-  /// which a killed program has left. Only one replacement of a file may exist at a time; use a
-  /// `FileLock`.
+  /// name, which a killed program has left. Only one replacement of a file may exist at a time; use
+  /// a `FileLock`.
   kFixed,
-  /// "ornwhatsnew-NUMBER.tmp" with a random number, for a folder of the user, in which a file with
-  /// a
-  /// fixed name can be the user's own. The file that a killed program has left remains.
+  /// "ornwhatsnew-NUMBER.tmp" with a random number. Use it in a folder of the user, where a file
+  /// with a fixed name can be the user's own. A killed program leaves this file.
   kUnique,
 };
 

@@ -53,7 +53,8 @@ const OptionFlag kRatingFlag = {"--rating", ornwhatsnew::kRatingView,
 const OptionFlag kFilterFlags[] = {
     {"--platform", ornwhatsnew::kFilterRelevantPlatform, "Omit changes for other platforms"},
     {"--relevant-versions", ornwhatsnew::kFilterRelevantVersion,
-     "Omit changes for versions that you never ran"},
+     "Omit changes that are relevant only to versions that\n"
+     "you never used"},
     {"--headlines", ornwhatsnew::kFilterHeadlinesOnly,
      "Omit every change whose salience is not malformed"},
 };

@@ -70,7 +70,9 @@ struct ListContent {
     });
   }
 
-  // These functions implement the `FeatureListData` methods with similar names.
+  // These functions implement, in this order, `InsertFeatureListItem`,
+  // `EnsureSpecialCaseItemExists`, `ParseBetaFeatures`, `ParseWhatsNewData` and
+  // `BubbleUnlockedItemsToTheTop` of `FeatureListData`.
   void InsertItem(std::shared_ptr<FeatureListItem> item);
   void EnsureSectionExists(std::string_view key, const UTF16String& name,
                            const UTF16String& description);

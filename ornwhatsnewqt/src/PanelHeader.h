@@ -24,7 +24,8 @@ class PanelHeader : public QWidget {
  public:
   explicit PanelHeader(QWidget* parent);
 
-  /// Shows that `page` is the current page, and whether there are ratings. Does not emit signals.
+  /// Sets the current page. Shows the choice of pages if there are ratings or `page` is the rating
+  /// page. Otherwise shows only the title. Does not emit signals.
   void setPage(PanelPage page, bool hasRatings);
 
   /// Sets the texts in the current language.

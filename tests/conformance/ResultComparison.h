@@ -10,7 +10,7 @@
 namespace conformance {
 
 /// A difference between two JSON values. `expected` and `got` are JSON on one line, shortened to
-/// the part that differs. If one of the compared values does not have this member or element, its
+/// the part that differs. If one of the compared values has no member or element at `path`, its
 /// string is "nothing".
 struct Difference {
   /// The JSON pointer to the value that differs.

@@ -17,7 +17,8 @@ namespace test_support {
 /// is the display of the same list with the same options and without a rating placeholder.
 ///
 /// The rules: Spans cover their paragraphs. Each visible character of the text is in one paragraph,
-/// with the style and the link of its run. White space within a paragraph is converted.
+/// with the style and the link of its run. White space within a paragraph is converted
+/// as `PanelLayout` documents.
 std::string FirstLayoutError(const ornwhatsnew::PanelLayout& layout, const PanelOutcome& panel);
 
 /// Calls every function of the list that returns a layout or numbers of items and changes. Compares

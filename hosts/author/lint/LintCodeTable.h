@@ -88,7 +88,7 @@ inline constexpr auto kLintCodes = std::to_array<LintCodeInfo>({
     {LintCode::kDecimalComma, "decimal-comma", Severity::kError,
      "a version is written with a comma",
      "Outside quotes, the comma splits the version into two fields, so the library skips the row "
-     "and the change is lost. In quotes, users see the comma.",
+     "and the change is lost. If the field is quoted, users see the comma.",
      "Write the version with points."},
     {LintCode::kWrongQuotes, "wrong-quotes", Severity::kError,
      "typographic or single quotes around a text with commas",

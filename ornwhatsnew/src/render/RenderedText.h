@@ -10,7 +10,7 @@ namespace ornwhatsnew {
 
 inline constexpr char16_t kLineSeparator = 0x2028;
 
-/// Returns the text of `span`, which refers to the text of `layout`.
+/// Returns the text of `span` as a view into the text of `layout`.
 std::u16string_view SpanText(const PanelLayout& layout, const LayoutSpan& span);
 
 /// Returns whether the panel has a header. Titles are one heading level below the header. Without a

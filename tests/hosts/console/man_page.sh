@@ -22,7 +22,7 @@ compare() {
     complain "$1:"$'\n'"$difference"
 }
 
-# Reads a help text from standard input. Prints the names in one of its sections, for example
+# Reads a help text from standard input. Prints the names in its section $1, for example
 # "--state FILE". Omits names without a description. A description can begin on the line after the name.
 names_of_help() {
   sed -nE "/^$1:/,/^$/p" |
