@@ -7,8 +7,8 @@
 namespace fuzz {
 
 /// Captures standard output and standard error from construction until `Stop` or destruction.
-/// Sanitizers still write their reports to the original standard error. Only one object may exist at a time. The
-/// constructor and `Stop` throw std::system_error if a stream cannot be redirected.
+/// Sanitizers still write their reports to the original standard error. Only one object may exist
+/// at a time. The constructor and `Stop` throw std::system_error if a stream cannot be redirected.
 class OutputCapture {
  public:
   OutputCapture();
