@@ -90,10 +90,8 @@ TEST_F(ExamplePage, AuthorGuideShowsTheOutputOfItsCommands) {
   const test_support::TemporaryFolder folder;
   std::filesystem::copy(AUTHOR_FOLDER, folder.Path(), std::filesystem::copy_options::recursive);
   std::filesystem::current_path(folder.Path());
-  const Lines output = RunInShell(
-      "git init --quiet --initial-branch=main && git add --all && "
-      "git -c user.name=a -c user.email=a@b commit --quiet --message=examples");
-  ASSERT_EQ(output, Lines());
+  for (const char* const name : {"GIT_AUTHOR_NAME", "GIT_COMMITTER_NAME"}) setenv(name, "a", 1);
+  for (const char* const name : {"GIT_AUTHOR_EMAIL", "GIT_COMMITTER_EMAIL"}) setenv(name, "a@b", 1);
   ExpectPageShowsWhatItsCommandsPrint(AUTHOR_GUIDE);
 }
 
