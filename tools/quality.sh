@@ -84,8 +84,8 @@ write_settings_in_several_programs() {
   build release --target "$test" && ORNWHATSNEWQT_TEST_ROUNDS=500 "build/release/bin/$test"
 }
 
-# Runs the tests of the Qt companion with windows in a virtual X server. './dev test' runs them without
-# a display, and with settings of their own, too.
+# Runs the tests of the Qt companion with windows in a virtual X server. './dev test' runs the same tests
+# without a display. Both use separate settings.
 test_companion_in_windows() {
   local tests=() test home status=0
   configure release || return
@@ -105,6 +105,7 @@ test_companion_in_windows() {
 stage_xvfb() { ensure_packages xvfb && test_companion_in_windows; }
 stage_kills() { command_kills 10000; }
 stage_robustness() { command_robustness --seed 1 && write_settings_in_several_programs; }
+
 # Tests the pages of the program in headless Chromium, and writes screenshots to build/browser/pages.
 # Downloads axe-core, which finds accessibility problems, with npm.
 stage_browser() {
