@@ -8,6 +8,7 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include "hosts/author/DataFileWriter.h"
 #include "hosts/author/lint/LintContext.h"
@@ -72,7 +73,22 @@ TEST_F(AuthorCommands, ImportReportsFilesThatItCannotUse) {
   folder_.Write("table.csv", "Grouping ID,Message\n");
   result = Run({"import", PathOf("table.csv"), "-o", PathOf("missing/data.csv")});
   EXPECT_EQ(kOutput, result.exitStatus);
-  EXPECT_THAT(result.errors, HasSubstr("missing': No such file or directory"));
+  EXPECT_THAT(result.errors, HasSubstr("cannot open the folder of '" + PathOf("missing/data.csv") +
+                                       "': No such file or directory"));
+}
+
+TEST_F(AuthorCommands, MessagesContainThePathThatTheAuthorWrote) {
+  auto call = Call({"add", "missing.csv", "--grouping-id", "MISC"});
+  const std::string folder = folder_.Path();
+  call.beforeStart = [&folder] {
+    if (::chdir(folder.c_str()) != 0) ::_exit(126);
+  };
+  EXPECT_EQ("ornwhatsnew: cannot open 'missing.csv': No such file or directory\n",
+            test_support::RunProgram(ProgramFile(), call).errors);
+  call.arguments[1] = "missing/data.csv";
+  EXPECT_EQ(
+      "ornwhatsnew: cannot open the folder of 'missing/data.csv': No such file or directory\n",
+      test_support::RunProgram(ProgramFile(), call).errors);
 }
 
 TEST_F(AuthorCommands, AddAppendsAChangeThatShowPrints) {

@@ -100,7 +100,8 @@ TEST_F(PreviewCommand, ReportsAPageThatCannotBeWritten) {
   const std::string file = folder_.Path() / "missing" / "page.html";
   const ProgramResult result = Run({"preview", "{data}", "{host}", "-o", file});
   EXPECT_EQ(result.exitStatus, kOutput);
-  EXPECT_THAT(result.errors, HasSubstr("missing': No such file or directory"));
+  EXPECT_THAT(result.errors,
+              HasSubstr("cannot open the folder of '" + file + "': No such file or directory"));
 }
 
 TEST_F(PreviewCommand, DoesNotReplaceItsInput) {
