@@ -58,6 +58,7 @@ std::string Import(const ImportArguments& arguments) {
 
 ExitStatus Run(const ImportArguments& arguments) {
   try {
+    if (arguments.output) RequireOtherFile(arguments.table, *arguments.output);
     const std::string dataFile = Import(arguments);
     if (arguments.output) {
       author::WriteWholeFile(*arguments.output, dataFile);

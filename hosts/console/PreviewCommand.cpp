@@ -112,12 +112,7 @@ void RequireUsableOutput(const PreviewArguments& arguments) {
   if (arguments.watches && arguments.output == kStandardOutput) {
     throw ToolError(ExitStatus::kUsage, "--watch cannot write to standard output; name a file");
   }
-  for (const fs::path& file : InputFiles(arguments)) {
-    std::error_code ignored;
-    if (!fs::equivalent(file, arguments.output, ignored)) continue;
-    throw ToolError(ExitStatus::kUsage, "the page would replace the input file '" + file.native() +
-                                            "'; write it to another file");
-  }
+  for (const fs::path& file : InputFiles(arguments)) RequireOtherFile(file, arguments.output);
 }
 
 }  // namespace

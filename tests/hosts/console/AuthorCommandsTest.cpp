@@ -24,6 +24,7 @@ using ::testing::ContainsRegex;
 using ::testing::EndsWith;
 using ::testing::HasSubstr;
 
+constexpr int kUsage = static_cast<int>(common::ExitStatus::kUsage);
 constexpr int kInput = static_cast<int>(common::ExitStatus::kInput);
 constexpr int kOutput = static_cast<int>(common::ExitStatus::kOutput);
 
@@ -75,6 +76,20 @@ TEST_F(AuthorCommands, ImportReportsFilesThatItCannotUse) {
   EXPECT_EQ(kOutput, result.exitStatus);
   EXPECT_THAT(result.errors, HasSubstr("cannot open the folder of '" + PathOf("missing/data.csv") +
                                        "': No such file or directory"));
+}
+
+TEST_F(AuthorCommands, ImportDoesNotReplaceItsTable) {
+  const std::string table = "Grouping ID,Message\nMISC,new\n";
+  folder_.Write("table.csv", table);
+  std::filesystem::create_symlink("table.csv", PathOf("link.csv"));
+  for (const std::string name : {"table.csv", "link.csv"}) {
+    const auto result = Run({"import", PathOf("table.csv"), "-o", PathOf(name)});
+    EXPECT_EQ(kUsage, result.exitStatus) << name;
+    EXPECT_EQ("ornwhatsnew: the output would replace the input file '" + PathOf("table.csv") +
+                  "'; write it to another file\n",
+              result.errors);
+  }
+  EXPECT_EQ(table, ReadFile("table.csv"));
 }
 
 TEST_F(AuthorCommands, MessagesContainThePathThatTheAuthorWrote) {
