@@ -30,7 +30,8 @@ constexpr const char* kExitStatusHelp = R"(Exit status:
    0  success
    1  unexpected error, for example insufficient memory
    2  the command line is not valid
-   3  an input file or standard input cannot be used
+   3  an input file or standard input cannot be used, or
+      add: the new row has an error
    4  the state store cannot be read or written
    5  rate: the feature does not exist or cannot be rated
    6  the output cannot be written

@@ -65,6 +65,8 @@ ExitStatus Run(const ImportArguments& arguments) {
     } else {
       WriteOutput(dataFile);
     }
+  } catch (const author::OptionError& error) {
+    throw ToolError(ExitStatus::kUsage, error.what());
   } catch (const author::InputError& error) {
     throw ToToolError(arguments.table, error);
   } catch (const std::system_error& error) {

@@ -92,6 +92,15 @@ TEST_F(AuthorCommands, ImportDoesNotReplaceItsTable) {
   EXPECT_EQ(table, ReadFile("table.csv"));
 }
 
+TEST_F(AuthorCommands, ImportRejectsAnUnknownEncoding) {
+  folder_.Write("table.csv", "Grouping ID,Message\n");
+  for (const std::string encoding : {"nonsense", ""}) {
+    const auto result = Run({"import", PathOf("table.csv"), "--encoding", encoding});
+    EXPECT_EQ(kUsage, result.exitStatus);
+    EXPECT_THAT(result.errors, HasSubstr("the encoding '" + encoding + "' is unknown"));
+  }
+}
+
 TEST_F(AuthorCommands, MessagesContainThePathThatTheAuthorWrote) {
   auto call = Call({"add", "missing.csv", "--grouping-id", "MISC"});
   const std::string folder = folder_.Path();
@@ -203,9 +212,9 @@ TEST_F(AuthorCommands, AddLosesNoChangeOfAnotherProgram) {
 TEST_F(AuthorCommands, AddRefusesWhatADataFileCannotContain) {
   const std::string before = common::ReadTextFile(DataFile());
   const auto result = Run({"add", "{data}", "--grouping-id", "MISC", "--message", "5\" screens"});
-  EXPECT_EQ(kInput, result.exitStatus);
+  EXPECT_EQ(kUsage, result.exitStatus);
   EXPECT_THAT(result.errors, HasSubstr("the value of 'Public/Internal message' contains a double"));
-  EXPECT_EQ(kInput, Run({"add", "{data}", "--grouping-id", ""}).exitStatus);
+  EXPECT_EQ(kUsage, Run({"add", "{data}", "--grouping-id", ""}).exitStatus);
   EXPECT_EQ(before, common::ReadTextFile(DataFile()));
   EXPECT_EQ(kInput, Run({"add", PathOf("missing.csv"), "--grouping-id", "MISC"}).exitStatus);
   EXPECT_FALSE(std::filesystem::exists(PathOf("missing.csv")));
