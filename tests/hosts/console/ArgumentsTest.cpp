@@ -285,13 +285,19 @@ TEST(Arguments, ErrorsMentionTheHelpOfTheirCommand) {
 
 TEST(Arguments, ChoicesAcceptOnlyTheListedWords) {
   for (const std::string word : {"blue", "1", "", "Always", "auto "}) {
-    EXPECT_EQ("--color: " + word +
-                  " not in {auto,always,never}. Run 'ornwhatsnew show --help' for usage.",
+    EXPECT_EQ("--color: '" + word +
+                  "' is not a colour mode; write auto, always or never. Run 'ornwhatsnew show "
+                  "--help' for usage.",
               ErrorOf({"show", "d", "--host", "h", "--color", word.c_str()}));
-    EXPECT_EQ(
-        "--format: " + word + " not in {text,json}. Run 'ornwhatsnew state show --help' for usage.",
-        ErrorOf({"state", "show", "--format", word.c_str()}));
+    EXPECT_EQ("--format: '" + word +
+                  "' is not a format; write text or json. Run 'ornwhatsnew state show --help' for "
+                  "usage.",
+              ErrorOf({"state", "show", "--format", word.c_str()}));
   }
+  EXPECT_EQ(
+      "--fail-on: 'off' is not a severity; write note, warning or error. Run 'ornwhatsnew lint "
+      "--help' for usage.",
+      ErrorOf({"lint", "d", "--fail-on", "off"}));
 }
 
 TEST(Arguments, HelpOfConsoleSaysHowToRunCommandsAndThatValidatingSucceeds) {
