@@ -84,6 +84,8 @@ void Add(std::string_view dataFile, std::string_view text) {
   std::string extended;
   try {
     extended = AppendChange(dataFile, fields);
+  } catch (const OptionError&) {
+    return;
   } catch (const InputError&) {
     return;
   }

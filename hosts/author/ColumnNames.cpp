@@ -48,4 +48,9 @@ bool IsTextColumn(DataColumn column) {
   return column == DataColumn::kDescription || column == DataColumn::kRatingRequest;
 }
 
+std::string LocalizedText(DataColumn column, std::string_view field) {
+  const bool isLowerCased = kDataColumns[ornwhatsnew::ColumnIndex(column)].isLowerCased;
+  return isLowerCased ? ornwhatsnew::LowerCase8(field) : std::string(field);
+}
+
 }  // namespace hosts::author

@@ -1,4 +1,4 @@
-// Names the columns of a data file for authors.
+// Names the columns of a data file for authors, and lists those with texts for users.
 #ifndef HOSTS_AUTHOR_COLUMNNAMES_H_
 #define HOSTS_AUTHOR_COLUMNNAMES_H_
 
@@ -27,6 +27,15 @@ std::optional<ornwhatsnew::DataColumn> FindColumn(std::string_view header);
 /// Returns whether users read the fields of `column` as text. This is true for the message and the
 /// rating request.
 bool IsTextColumn(ornwhatsnew::DataColumn column);
+
+/// The columns that the panel localises. Their fields can be key texts.
+inline constexpr ornwhatsnew::DataColumn kLocalizedColumns[] = {
+    ornwhatsnew::DataColumn::kVersion, ornwhatsnew::DataColumn::kRatingRequest,
+    ornwhatsnew::DataColumn::kFirstVersion, ornwhatsnew::DataColumn::kDescription};
+
+/// Returns the text that the panel localises for a field of `column`: the field, in lower case if
+/// the library converts this column to lower case.
+std::string LocalizedText(ornwhatsnew::DataColumn column, std::string_view field);
 
 }  // namespace hosts::author
 

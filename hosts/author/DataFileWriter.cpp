@@ -40,24 +40,23 @@ RowCounts CountRows(std::string_view dataFile) {
   return counts;
 }
 
-/// Throws `InputError` if `ProblemWith` rejects a field, or if the row would not be a change.
+/// Throws `OptionError` if `ProblemWith` rejects a field, or if the row would not be a change.
 void RequireChange(const DataFields& fields) {
   for (std::size_t column = 0; column < fields.size(); ++column) {
     if (const auto problem = ProblemWith(fields[column])) {
-      throw InputError(
-          0, "the value of " + QuotedHeader(static_cast<DataColumn>(column)) + " " + *problem);
+      throw OptionError("the value of " + QuotedHeader(static_cast<DataColumn>(column)) + " " +
+                        *problem);
     }
   }
   const std::optional<DataRowKind> kind = KindOfRow(fields);
   if (kind == DataRowKind::kChange) return;
   if (kind == DataRowKind::kChangesSince) {
-    throw InputError(0, "the grouping ID '" + fields[ColumnIndex(DataColumn::kGroupingID)] +
-                            "' sets the version in the heading and adds no change; edit the "
-                            "existing row instead");
+    throw OptionError("the grouping ID '" + fields[ColumnIndex(DataColumn::kGroupingID)] +
+                      "' sets the version in the heading and adds no change; edit the existing row "
+                      "instead");
   }
-  throw InputError(0,
-                   "the library skips a row without a grouping ID; name the key of a feature "
-                   "or a section");
+  throw OptionError(
+      "the library skips a row without a grouping ID; name the key of a feature or a section");
 }
 
 /// Throws `InputError` if no change can be added to `dataFile`.

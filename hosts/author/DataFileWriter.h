@@ -30,8 +30,9 @@ std::optional<ornwhatsnew::DataRowKind> KindOfRow(const DataFields& fields);
 /// The new row has the same line ending as the first row. If the last row has no line ending, adds
 /// one first. If the file is empty, adds a header row first. Keeps a byte order mark.
 ///
-/// Throws `InputError` if `ProblemWith` rejects a field, or if the library would not read the new
-/// row as a change. Also throws it if the file is not valid UTF-8 or has rows but no header row.
+/// Throws `OptionError` if `ProblemWith` rejects a field, or if the library would not read the new
+/// row as a change. Throws `InputError` if the file is not valid UTF-8 or has rows but no header
+/// row.
 std::string AppendChange(std::string_view dataFile, const DataFields& fields);
 
 }  // namespace hosts::author

@@ -37,80 +37,105 @@ std::string Quoted(const fs::path& file) {
 /// `PrivateFolder` would create the folder.
 fs::path ResolvedPath(const fs::path& file) {
   fs::path resolved = common::ResolveLinks(fs::absolute(file));
-  if (!fs::exists(resolved.parent_path())) {
-    Fail(ENOENT, "cannot open the folder " + Quoted(resolved.parent_path()));
+  std::error_code error;
+  if (!fs::exists(resolved.parent_path(), error)) {
+    Fail(error ? error.value() : ENOENT, "cannot open the folder of " + Quoted(file));
   }
   return resolved;
 }
 
-/// Opens the file `name`. Returns `std::nullopt` if it does not exist. Throws if it is not a
-/// regular file, because a rename would replace a device such as /dev/null.
-std::optional<common::FileDescriptor> OpenExisting(const common::PrivateFolder& folder,
-                                                   const std::string& name) {
-  struct stat status {};
-  if (::fstatat(folder.Descriptor(), name.c_str(), &status, AT_SYMLINK_NOFOLLOW) != 0) {
-    if (errno == ENOENT) return std::nullopt;
-    common::ThrowSystemError("cannot open", folder.PathOf(name));
-  }
-  if (!S_ISREG(status.st_mode)) {
-    Fail(S_ISDIR(status.st_mode) ? EISDIR : EINVAL,
-         "cannot write " + Quoted(folder.PathOf(name)) + ", which is not a regular file");
-  }
-  return folder.Open(name, O_RDONLY);
-}
+/// A file that an author names, and the open folder that contains it. Error messages contain the
+/// path that the author wrote.
+class AuthorFile {
+ public:
+  explicit AuthorFile(const fs::path& file) : AuthorFile(file, ResolvedPath(file)) {}
 
-std::string ReadBytes(const fs::path& file) {
-  try {
-    return common::ReadTextFile(file);
-  } catch (const orncore::config::ResultError& error) {
-    Fail(-error.Result(), "cannot open " + Quoted(file));
-  }
-}
+  const common::PrivateFolder& Folder() const { return folder_; }
+  const std::string& Name() const { return name_; }
 
-[[noreturn]] void FailReplaced(const fs::path& file) {
-  Fail(EBUSY, "cannot write " + Quoted(file) + ", which another program has replaced");
-}
-
-/// Locks the existing file `file` in `folder`.
-common::FileLock Lock(const common::PrivateFolder& folder, const fs::path& file) {
-  const std::string name = file.filename();
-  for (;;) {
-    // Check that the file exists, because `Acquire` would create it.
-    if (!OpenExisting(folder, name)) Fail(ENOENT, "cannot open " + Quoted(file));
-    auto lock = common::FileLock::Acquire(folder, name, kPatience);
-    if (!lock) Fail(EBUSY, "cannot write " + Quoted(file) + ", which another program is changing");
-    // The program that held the lock before may have replaced the file. If so, lock the new file.
-    if (lock->IsInPlace()) return *std::move(lock);
+  /// Opens the file. Returns `std::nullopt` if it does not exist. Throws if it is not a regular
+  /// file, because a rename would replace a device such as /dev/null.
+  std::optional<common::FileDescriptor> OpenExisting() const {
+    struct stat status {};
+    if (::fstatat(folder_.Descriptor(), name_.c_str(), &status, AT_SYMLINK_NOFOLLOW) != 0) {
+      if (errno == ENOENT) return std::nullopt;
+      Fail(errno, "cannot open " + Quoted(named_));
+    }
+    if (!S_ISREG(status.st_mode)) {
+      Fail(S_ISDIR(status.st_mode) ? EISDIR : EINVAL,
+           "cannot write " + Quoted(named_) + ", which is not a regular file");
+    }
+    return Open();
   }
-}
+
+  common::FileDescriptor Open() const {
+    try {
+      return folder_.Open(name_, O_RDONLY);
+    } catch (const std::system_error& error) {
+      Fail(error.code().value(), "cannot open " + Quoted(named_));
+    }
+  }
+
+  std::string ReadBytes() const {
+    try {
+      return common::ReadTextFile(folder_.PathOf(name_));
+    } catch (const orncore::config::ResultError& error) {
+      Fail(-error.Result(), "cannot open " + Quoted(named_));
+    }
+  }
+
+  /// Locks the existing file.
+  common::FileLock Lock() const {
+    for (;;) {
+      // Check that the file exists, because `Acquire` would create it.
+      if (!OpenExisting()) Fail(ENOENT, "cannot open " + Quoted(named_));
+      auto lock = common::FileLock::Acquire(folder_, name_, kPatience);
+      if (!lock) {
+        Fail(EBUSY, "cannot write " + Quoted(named_) + ", which another program is changing");
+      }
+      // The program that held the lock before may have replaced the file. If so, lock the new file.
+      if (lock->IsInPlace()) return *std::move(lock);
+    }
+  }
+
+  [[noreturn]] void FailReplaced() const {
+    Fail(EBUSY, "cannot write " + Quoted(named_) + ", which another program has replaced");
+  }
+
+ private:
+  AuthorFile(const fs::path& file, const fs::path& resolved)
+      : named_(file), folder_(resolved.parent_path()), name_(resolved.filename()) {}
+
+  fs::path named_;
+  common::PrivateFolder folder_;
+  std::string name_;
+};
 
 }  // namespace
 
 void WriteWholeFile(const fs::path& file, std::string_view bytes) {
-  const fs::path resolved = ResolvedPath(file);
-  const common::PrivateFolder folder(resolved.parent_path());
-  const std::string name = resolved.filename();
-  if (OpenExisting(folder, name)) {
+  const AuthorFile target(file);
+  if (target.OpenExisting()) {
     return ChangeWholeFile(file, [bytes](std::string_view) { return std::string(bytes); });
   }
-  const common::FileReplacement replacement(folder, name, common::TemporaryName::kUnique);
+  const common::FileReplacement replacement(target.Folder(), target.Name(),
+                                            common::TemporaryName::kUnique);
   replacement.SetModeOfNewFiles();
   replacement.Write(bytes);
-  if (!replacement.Commit()) FailReplaced(resolved);
+  if (!replacement.Commit()) target.FailReplaced();
 }
 
 void ChangeWholeFile(const fs::path& file,
                      const std::function<std::string(std::string_view)>& change) {
-  const fs::path resolved = ResolvedPath(file);
-  const common::PrivateFolder folder(resolved.parent_path());
-  const common::FileLock lock = Lock(folder, resolved);
-  const std::string name = resolved.filename();
-  const common::FileDescriptor opened = folder.Open(name, O_RDONLY);
-  const common::FileReplacement replacement(folder, name, common::TemporaryName::kUnique);
-  const std::string changed = change(ReadBytes(resolved));
+  const AuthorFile target(file);
+  const common::FileLock lock = target.Lock();
+  const common::FileDescriptor opened = target.Open();
+  const common::FileReplacement replacement(target.Folder(), target.Name(),
+                                            common::TemporaryName::kUnique);
+  const std::string changed = change(target.ReadBytes());
   replacement.CopyModeAndOwner(opened);
   replacement.Write(changed);
-  if (!lock.IsInPlace()) FailReplaced(resolved);
+  if (!lock.IsInPlace()) target.FailReplaced();
   // Ignore whether the new file is still in place. As soon as the rename has succeeded, another
   // program may lock the new file and replace it.
   static_cast<void>(replacement.Commit());

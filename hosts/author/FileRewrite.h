@@ -10,16 +10,17 @@
 namespace hosts::author {
 
 // All functions follow symbolic links, keep the mode of an existing file, and lock an existing file
-// until they return. If another program calls one of them for the same file, they wait. On failure,
-// they throw `std::system_error`, and the file is unchanged, unless only the sync of its folder has
-// failed. A killed program can leave the file "ornwhatsnew-NUMBER.tmp" in the folder.
+// until they return. If another program calls one of them for the same file, they wait up to 5
+// seconds. On failure, they throw `std::system_error`, and the file is unchanged, unless only the
+// sync of its folder has failed. A killed program can leave the file "ornwhatsnew-NUMBER.tmp" in
+// the folder.
 
 /// Writes `bytes` to `file`, which need not exist.
 void WriteWholeFile(const std::filesystem::path& file, std::string_view bytes);
 
 /// Reads `file`, calls `change` with its bytes, and writes the result. Throws `std::system_error`
-/// if the file does not exist, or if another program replaces it meanwhile. Exceptions of `change`
-/// propagate, and the file is then unchanged.
+/// if the file does not exist, or if another program replaces it meanwhile. Exceptions from
+/// `change` propagate, and the file is then unchanged.
 void ChangeWholeFile(const std::filesystem::path& file,
                      const std::function<std::string(std::string_view)>& change);
 

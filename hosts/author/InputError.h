@@ -1,4 +1,4 @@
-// Defines the messages and the exception for problems in the files of authors.
+// Defines the messages and the exceptions for problems in the files and the options of authors.
 #ifndef HOSTS_AUTHOR_INPUTERROR_H_
 #define HOSTS_AUTHOR_INPUTERROR_H_
 
@@ -26,6 +26,12 @@ class InputError : public std::runtime_error {
 
  private:
   std::size_t line_;
+};
+
+/// Thrown if the value of an option cannot be used. The message contains the reason and what to do.
+class OptionError : public std::runtime_error {
+ public:
+  using std::runtime_error::runtime_error;
 };
 
 }  // namespace hosts::author

@@ -8,17 +8,13 @@
 #include <ornwhatsnew/PanelText.h>
 #include <ornwhatsnew/utility/TextHelpers.h>
 
+#include "hosts/author/ColumnNames.h"
+
 namespace hosts::author {
 namespace {
 
-using ornwhatsnew::DataColumn;
-
 constexpr std::string_view kPrivatePrefix = "$$$/private/";
 constexpr std::string_view kCommentMark = "#{comment}";
-
-/// The columns that the panel localises.
-constexpr DataColumn kLocalizedColumns[] = {DataColumn::kVersion, DataColumn::kRatingRequest,
-                                            DataColumn::kFirstVersion, DataColumn::kDescription};
 
 /// The properties of the template. Programs such as msginit replace the words in upper case.
 constexpr std::string_view kProperties = R"(#, fuzzy
@@ -94,13 +90,8 @@ void MessageTemplate::AddDataFile(std::string_view name, std::string_view dataFi
   ornwhatsnew::DataFileReader reader(dataFile);
   while (const ornwhatsnew::DataRow* const row = reader.Next()) {
     if (row->kind != ornwhatsnew::DataRowKind::kChange) continue;
-    for (const DataColumn column : kLocalizedColumns) {
-      const std::string_view value = row->Value(column);
-      // The panel converts the keys in such a column to lower case before it looks them up.
-      const bool isLowerCased =
-          ornwhatsnew::kDataColumns[ornwhatsnew::ColumnIndex(column)].isLowerCased;
-      AddKeyText(Reference(name, row->lineNumber),
-                 isLowerCased ? ornwhatsnew::LowerCase8(value) : std::string(value));
+    for (const ornwhatsnew::DataColumn column : kLocalizedColumns) {
+      AddKeyText(Reference(name, row->lineNumber), LocalizedText(column, row->Value(column)));
     }
   }
 }

@@ -18,7 +18,7 @@ constexpr char16_t kByteOrderMark = u'\uFEFF';
 
 using Converter = std::unique_ptr<UConverter, decltype(&ucnv_close)>;
 
-/// Returns a converter that stops at invalid bytes. Throws `InputError` if ICU does not know the
+/// Returns a converter that stops at invalid bytes. Throws `OptionError` if ICU does not know the
 /// encoding.
 Converter OpenConverter(const std::string& encoding) {
   UErrorCode error = U_ZERO_ERROR;
@@ -26,8 +26,8 @@ Converter OpenConverter(const std::string& encoding) {
   Converter converter(encoding.empty() ? nullptr : ucnv_open(encoding.c_str(), &error),
                       &ucnv_close);
   if (converter == nullptr || U_FAILURE(error) != 0) {
-    throw InputError(0, "the encoding '" + encoding +
-                            "' is unknown; name one such as UTF-8, UTF-16 or Windows-1252");
+    throw OptionError("the encoding '" + encoding +
+                      "' is unknown; name one such as UTF-8, UTF-16 or Windows-1252");
   }
   ucnv_setToUCallBack(converter.get(), UCNV_TO_U_CALLBACK_STOP, nullptr, nullptr, nullptr, &error);
   return converter;

@@ -80,6 +80,8 @@ ExitStatus Run(const AddArguments& arguments) {
     author::ChangeWholeFile(arguments.data, [&](std::string_view dataFile) {
       return AddChange(arguments, dataFile, findings);
     });
+  } catch (const author::OptionError& error) {
+    throw ToolError(ExitStatus::kUsage, error.what());
   } catch (const author::InputError& error) {
     throw ToToolError(arguments.data, error);
   } catch (const std::system_error& error) {

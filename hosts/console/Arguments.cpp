@@ -30,7 +30,8 @@ constexpr const char* kExitStatusHelp = R"(Exit status:
    0  success
    1  unexpected error, for example insufficient memory
    2  the command line is not valid
-   3  an input file or standard input cannot be used
+   3  an input file or standard input cannot be used, or
+      add: the new row has an error
    4  the state store cannot be read or written
    5  rate: the feature does not exist or cannot be rated
    6  the output cannot be written
@@ -79,26 +80,34 @@ const ColumnOption kColumnOptions[] = {
     {"--message", DataColumn::kDescription, "The text of the change"},
 };
 
+/// The words that an option accepts, and their meanings.
 template <class Choice>
-using Choices = std::vector<std::pair<std::string, Choice>>;
+struct Choices {
+  const char* noun;  ///< what each word is, with an article, for error messages
+  std::vector<std::pair<std::string, Choice>> words;
+};
 
-const Choices<OutputFormat> kFormats = {{"text", OutputFormat::kText},
-                                        {"json", OutputFormat::kJson}};
-const Choices<PanelFormat> kPanelFormats = {{"text", PanelFormat::kText},
-                                            {"plain", PanelFormat::kPlain},
-                                            {"html", PanelFormat::kHtml},
-                                            {"markdown", PanelFormat::kMarkdown},
-                                            {"json", PanelFormat::kJson}};
+const Choices<OutputFormat> kFormats = {
+    "a format", {{"text", OutputFormat::kText}, {"json", OutputFormat::kJson}}};
+const Choices<PanelFormat> kPanelFormats = {"a format",
+                                            {{"text", PanelFormat::kText},
+                                             {"plain", PanelFormat::kPlain},
+                                             {"html", PanelFormat::kHtml},
+                                             {"markdown", PanelFormat::kMarkdown},
+                                             {"json", PanelFormat::kJson}}};
 const Choices<ColorMode> kColorModes = {
-    {"auto", ColorMode::kAuto}, {"always", ColorMode::kAlways}, {"never", ColorMode::kNever}};
+    "a colour mode",
+    {{"auto", ColorMode::kAuto}, {"always", ColorMode::kAlways}, {"never", ColorMode::kNever}}};
 
-const Choices<LintFormat> kLintFormats = {{"text", LintFormat::kText},
-                                          {"json", LintFormat::kJson},
-                                          {"sarif", LintFormat::kSarif},
-                                          {"github", LintFormat::kGithub}};
-const Choices<author::Severity> kSeverities = {{"note", author::Severity::kNote},
-                                               {"warning", author::Severity::kWarning},
-                                               {"error", author::Severity::kError}};
+const Choices<LintFormat> kLintFormats = {"a format",
+                                          {{"text", LintFormat::kText},
+                                           {"json", LintFormat::kJson},
+                                           {"sarif", LintFormat::kSarif},
+                                           {"github", LintFormat::kGithub}}};
+const Choices<author::Severity> kSeverities = {"a severity",
+                                               {{"note", author::Severity::kNote},
+                                                {"warning", author::Severity::kWarning},
+                                                {"error", author::Severity::kError}}};
 
 constexpr const char* kLintFilesHelp = "The What's New data files; '-' is standard input";
 constexpr const char* kBaselineHelp =
@@ -119,14 +128,32 @@ void AddFilters(CLI::App& command, DisplayOptions& options) {
   for (const OptionFlag& flag : kFilterFlags) AddFlag(command, flag, options);
 }
 
+/// Returns the words in their order as "text, json or sarif".
+template <class Choice>
+std::string ListOfWords(const Choices<Choice>& choices) {
+  std::string list;
+  for (const auto& [word, choice] : choices.words) {
+    if (!list.empty()) list += word == choices.words.back().first ? " or " : ", ";
+    list += word;
+  }
+  return list;
+}
+
+/// Adds an option that accepts the words of `choices`. Does not use `IsMember` of CLI11, whose
+/// error message does not quote the word.
 template <class Choice>
 CLI::Option* AddChoice(CLI::App& command, const std::string& name, const Choices<Choice>& choices,
                        Choice& chosen, const std::string& description) {
-  const auto choose = [&choices, &chosen](const std::string& word) {
-    chosen = std::ranges::find(choices, word, &std::pair<std::string, Choice>::first)->second;
+  const auto choose = [&choices, &chosen, name](const std::string& word) {
+    const auto found =
+        std::ranges::find(choices.words, word, &std::pair<std::string, Choice>::first);
+    if (found == choices.words.end()) {
+      throw CLI::ValidationError(
+          name, "'" + word + "' is not " + choices.noun + "; write " + ListOfWords(choices));
+    }
+    chosen = found->second;
   };
-  return command.add_option_function<std::string>(name, choose, description)
-      ->check(CLI::IsMember(choices).description(""));
+  return command.add_option_function<std::string>(name, choose, description);
 }
 
 void AddFormat(CLI::App& command, OutputFormat& format) {

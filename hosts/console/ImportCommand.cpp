@@ -58,12 +58,15 @@ std::string Import(const ImportArguments& arguments) {
 
 ExitStatus Run(const ImportArguments& arguments) {
   try {
+    if (arguments.output) RequireOtherFile(arguments.table, *arguments.output);
     const std::string dataFile = Import(arguments);
     if (arguments.output) {
       author::WriteWholeFile(*arguments.output, dataFile);
     } else {
       WriteOutput(dataFile);
     }
+  } catch (const author::OptionError& error) {
+    throw ToolError(ExitStatus::kUsage, error.what());
   } catch (const author::InputError& error) {
     throw ToToolError(arguments.table, error);
   } catch (const std::system_error& error) {

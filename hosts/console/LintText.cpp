@@ -72,15 +72,25 @@ std::vector<std::u16string> SafeCharacters(std::string_view line) {
   return characters;
 }
 
+/// Replaces the characters from `first` to `last` that are next to omitted characters with "...".
+void MarkOmissions(std::vector<std::u16string>& characters, std::size_t first, std::size_t last) {
+  constexpr std::ptrdiff_t kPoints = 3;
+  const auto begin = characters.begin() + static_cast<std::ptrdiff_t>(first);
+  const auto end = characters.begin() + static_cast<std::ptrdiff_t>(last);
+  if (begin != characters.begin()) std::fill_n(begin, kPoints, u".");
+  if (end != characters.end()) std::fill_n(end - kPoints, kPoints, u".");
+}
+
 /// Returns the line of a finding, and a line with carets below the finding.
 std::string Excerpt(const Finding& finding, std::string_view line) {
-  const std::vector<std::u16string> characters = SafeCharacters(line);
+  std::vector<std::u16string> characters = SafeCharacters(line);
   const std::size_t begin = std::min(finding.place.column - 1, characters.size());
   const bool isOneLine = finding.place.endLine == finding.place.line;
   const std::size_t end =
       isOneLine ? std::min(finding.place.endColumn - 1, characters.size()) : characters.size();
   const std::size_t first = begin > kCharactersBefore ? begin - kCharactersBefore : 0;
   const std::size_t last = std::min(first + kCharacters, characters.size());
+  MarkOmissions(characters, first, last);
   std::u16string text;
   std::string carets;
   for (std::size_t i = first; i < last; ++i) {

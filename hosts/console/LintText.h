@@ -14,7 +14,7 @@ using FileTexts = std::map<std::string, std::string>;
 
 /// Returns one line "FILE:LINE:COLUMN: severity: message [code]" for each finding. If `isStyled` is
 /// true, colours the severity, and adds the line of the file with carets below the finding.
-/// Replaces control characters of the file, and shortens a long line.
+/// Replaces control characters of the file, and shortens a long line with "...".
 std::string LintText(const author::LintReport& report, const FileTexts& texts, bool isStyled);
 
 }  // namespace hosts::console

@@ -65,13 +65,23 @@ void WritePage(const PreviewArguments& arguments) {
   }
 }
 
+/// Returns whether the program ignores the signal, for example because nohup(1) has started it.
+bool IsIgnored(int signal) {
+  struct sigaction action {};
+  ::sigaction(signal, nullptr, &action);
+  return action.sa_handler == SIG_IGN;
+}
+
 /// Keeps the signals that interrupt the program waiting while the object exists, so that none of
-/// them leaves a temporary file.
+/// them leaves a temporary file. Does not block ignored signals, because `sigtimedwait` would also
+/// return these.
 class BlockedInterrupts {
  public:
   BlockedInterrupts() {
     ::sigemptyset(&signals_);
-    for (const int signal : {SIGHUP, SIGINT, SIGTERM}) ::sigaddset(&signals_, signal);
+    for (const int signal : {SIGHUP, SIGINT, SIGTERM}) {
+      if (!IsIgnored(signal)) ::sigaddset(&signals_, signal);
+    }
     ::pthread_sigmask(SIG_BLOCK, &signals_, &previous_);
   }
   ~BlockedInterrupts() { ::pthread_sigmask(SIG_SETMASK, &previous_, nullptr); }
@@ -112,12 +122,7 @@ void RequireUsableOutput(const PreviewArguments& arguments) {
   if (arguments.watches && arguments.output == kStandardOutput) {
     throw ToolError(ExitStatus::kUsage, "--watch cannot write to standard output; name a file");
   }
-  for (const fs::path& file : InputFiles(arguments)) {
-    std::error_code ignored;
-    if (!fs::equivalent(file, arguments.output, ignored)) continue;
-    throw ToolError(ExitStatus::kUsage, "the page would replace the input file '" + file.native() +
-                                            "'; write it to another file");
-  }
+  for (const fs::path& file : InputFiles(arguments)) RequireOtherFile(file, arguments.output);
 }
 
 }  // namespace

@@ -1,5 +1,6 @@
 #include "hosts/console/WhatsNewLoading.h"
 
+#include <system_error>
 #include <utility>
 
 #include "hosts/common/HostDescription.h"
@@ -15,6 +16,14 @@ std::string ReadInputFile(const std::filesystem::path& file, std::size_t maxByte
   } catch (const orncore::config::ResultError& error) {
     throw common::ToolError(common::ExitStatus::kInput, common::OpenErrorMessage(file, error));
   }
+}
+
+void RequireOtherFile(const std::filesystem::path& input, const std::filesystem::path& output) {
+  std::error_code ignored;
+  if (!std::filesystem::equivalent(input, output, ignored)) return;
+  throw common::ToolError(
+      common::ExitStatus::kUsage,
+      "the output would replace the input file '" + input.native() + "'; write it to another file");
 }
 
 void InstallHostFile(const std::filesystem::path& file) {

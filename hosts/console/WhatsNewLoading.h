@@ -22,6 +22,9 @@ inline constexpr std::size_t kMaximumAuthorFile = std::size_t{16} << 20;
 std::string ReadInputFile(const std::filesystem::path& file,
                           std::size_t maxBytes = orncore::filesupport::kMaxFileBytes);
 
+/// Throws `ToolError` if `output` is the file `input`, which the output would replace.
+void RequireOtherFile(const std::filesystem::path& input, const std::filesystem::path& output);
+
 /// Reads the host description in `file` and configures the services of this process from it. Throws
 /// `common::JsonError` if the file cannot be read or is not a host description.
 void InstallHostFile(const std::filesystem::path& file);

@@ -11,6 +11,7 @@
 
 #include <fcntl.h>
 #include <spawn.h>
+#include <sys/mman.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -21,18 +22,22 @@ namespace {
 
 using common::FileDescriptor;
 
+/// The maximum number of bytes to read of git's error messages.
+constexpr std::size_t kMaximumErrors = 4096;
+
 [[noreturn]] void Fail(const std::string& problem, int error) {
   throw std::runtime_error(problem + ": " + std::generic_category().message(error));
 }
 
-/// The file actions of posix_spawn(3) for a program that writes to a pipe.
+/// The file actions of posix_spawn(3) for a program that writes to the file descriptors `output`
+/// and `errors`.
 class SpawnActions {
  public:
-  explicit SpawnActions(int output) {
+  SpawnActions(int output, int errors) {
     ::posix_spawn_file_actions_init(&actions_);
     ::posix_spawn_file_actions_addopen(&actions_, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
     ::posix_spawn_file_actions_adddup2(&actions_, output, STDOUT_FILENO);
-    ::posix_spawn_file_actions_addopen(&actions_, STDERR_FILENO, "/dev/null", O_WRONLY, 0);
+    ::posix_spawn_file_actions_adddup2(&actions_, errors, STDERR_FILENO);
   }
   ~SpawnActions() { ::posix_spawn_file_actions_destroy(&actions_); }
   SpawnActions(const SpawnActions&) = delete;
@@ -46,29 +51,34 @@ class SpawnActions {
 
 /// Returns the environment for git. Omits GIT_DIR unless GIT_WORK_TREE is set. git sets GIT_DIR for
 /// a hook in a linked worktree. With GIT_DIR alone, git would use the folder of the data file as
-/// the top folder of the worktree.
+/// the top folder of the worktree. Selects English for git's errors, as for all other messages.
 std::vector<char*> GitEnvironment() {
+  static char locale[] = "LC_ALL=C";
   const bool hasWorkTree = std::getenv("GIT_WORK_TREE") != nullptr;
   std::vector<char*> variables;
   for (char** variable = environ; *variable != nullptr; ++variable) {
-    const bool isFolder = std::string_view(*variable).starts_with("GIT_DIR=");
-    if (!isFolder || hasWorkTree) variables.push_back(*variable);
+    const std::string_view text = *variable;
+    const bool isOmitted =
+        text.starts_with("LC_ALL=") || (text.starts_with("GIT_DIR=") && !hasWorkTree);
+    if (!isOmitted) variables.push_back(*variable);
   }
+  variables.push_back(locale);
   variables.push_back(nullptr);
   return variables;
 }
 
-/// Starts git, which writes the content of `object` to the file descriptor `output`. Returns the
-/// process ID.
-pid_t StartGit(const std::string& folder, const std::string& object, int output) {
-  std::array<std::string, 6> words = {"git", "-C", folder, "cat-file", "blob", object};
-  std::array<char*, 7> arguments{};
-  for (std::size_t i = 0; i < words.size(); ++i) arguments[i] = words[i].data();
+/// Starts git with `arguments`. git writes to the file descriptors `output` and `errors`. Returns
+/// the process ID.
+pid_t StartGit(std::vector<std::string> arguments, int output, int errors) {
+  arguments.insert(arguments.begin(), "git");
+  std::vector<char*> words;
+  for (std::string& argument : arguments) words.push_back(argument.data());
+  words.push_back(nullptr);
   const std::vector<char*> environment = GitEnvironment();
-  const SpawnActions actions(output);
+  const SpawnActions actions(output, errors);
   pid_t process = 0;
   const int error =
-      ::posix_spawnp(&process, "git", actions.Get(), nullptr, arguments.data(), environment.data());
+      ::posix_spawnp(&process, "git", actions.Get(), nullptr, words.data(), environment.data());
   if (error != 0) Fail("cannot run git", error);
   return process;
 }
@@ -96,6 +106,41 @@ std::string ReadAll(int input, std::size_t maxBytes) {
   return text;
 }
 
+/// The result of a call of git.
+struct GitResult {
+  bool hasSucceeded = false;
+  std::string output;
+  std::string error;  ///< the first line that git wrote to standard error
+};
+
+/// Runs git with `arguments`. Stops reading its output after more than `maxBytes` bytes.
+GitResult RunGit(const std::vector<std::string>& arguments, std::size_t maxBytes) {
+  std::array<int, 2> ends{};
+  if (::pipe2(ends.data(), O_CLOEXEC) != 0) Fail("cannot run git", errno);
+  FileDescriptor output(ends[0]);
+  FileDescriptor input(ends[1]);
+  // With a second pipe, git could wait until its errors are read, while this function waits for its
+  // output.
+  const FileDescriptor errors(::memfd_create("errors of git", MFD_CLOEXEC));
+  if (errors.Number() < 0) Fail("cannot run git", errno);
+  const pid_t process = StartGit(arguments, input.Number(), errors.Number());
+  input = FileDescriptor(-1);
+  GitResult result;
+  result.output = ReadAll(output.Number(), maxBytes);
+  output = FileDescriptor(-1);
+  result.hasSucceeded = HasSucceeded(process);
+  ::lseek(errors.Number(), 0, SEEK_SET);
+  const std::string text = ReadAll(errors.Number(), kMaximumErrors);
+  result.error = text.substr(0, text.find('\n'));
+  return result;
+}
+
+bool IsShallowClone(const std::string& folder) {
+  const GitResult result =
+      RunGit({"-C", folder, "rev-parse", "--is-shallow-repository"}, kMaximumErrors);
+  return result.hasSucceeded && result.output == "true\n";
+}
+
 }  // namespace
 
 std::string ReadGitFile(const std::string& revision, const std::filesystem::path& file,
@@ -104,25 +149,20 @@ std::string ReadGitFile(const std::string& revision, const std::filesystem::path
   if (revision.empty() || revision.starts_with('-')) {
     throw std::runtime_error("'" + revision + "' is not a git revision");
   }
-  std::array<int, 2> ends{};
-  if (::pipe2(ends.data(), O_CLOEXEC) != 0) Fail("cannot run git", errno);
-  FileDescriptor output(ends[0]);
-  FileDescriptor input(ends[1]);
   const std::string folder =
       file.has_parent_path() ? file.parent_path().native() : std::string(".");
-  const pid_t process =
-      StartGit(folder, revision + ":./" + file.filename().native(), input.Number());
-  input = FileDescriptor(-1);
-  std::string text = ReadAll(output.Number(), maxBytes);
-  output = FileDescriptor(-1);
-  const bool hasSucceeded = HasSucceeded(process);
-  if (text.size() > maxBytes) throw std::runtime_error("the file in git is too large");
-  if (!hasSucceeded) {
-    throw std::runtime_error("git has no '" + file.native() + "' in the revision '" + revision +
-                             "'; in a shallow clone, fetch the revision first, for example with "
-                             "'git fetch --unshallow'");
+  const std::string object = revision + ":./" + file.filename().native();
+  GitResult result = RunGit({"-C", folder, "cat-file", "blob", object}, maxBytes);
+  if (result.output.size() > maxBytes) throw std::runtime_error("the file in git is too large");
+  if (result.hasSucceeded) return std::move(result.output);
+  std::string problem = "cannot read '" + file.native() + "' in the revision '" + revision +
+                        "': git: " + (result.error.empty() ? "unknown error" : result.error);
+  if (IsShallowClone(folder)) {
+    problem +=
+        "; this is a shallow clone, so fetch the revision if it is missing, for example with "
+        "'git fetch --unshallow'";
   }
-  return text;
+  throw std::runtime_error(problem);
 }
 
 }  // namespace hosts::author

@@ -4,6 +4,7 @@
 
 #include <ornwhatsnew/utility/TextHelpers.h>
 
+#include "hosts/author/ColumnNames.h"
 #include "hosts/author/lint/NearestWord.h"
 #include "hosts/author/lint/Rules.h"
 
@@ -12,9 +13,6 @@ namespace {
 
 using ornwhatsnew::DataColumn;
 using ornwhatsnew::IsZString;
-
-constexpr DataColumn kLocalizedColumns[] = {DataColumn::kVersion, DataColumn::kRatingRequest,
-                                            DataColumn::kDescription};
 
 void CheckKeySpace(LintContext& context, const LintRow& row) {
   for (const DataColumn column : kLocalizedColumns) {
@@ -48,7 +46,9 @@ void CheckKeyDefault(LintContext& context, const LintRow& row) {
     const std::string_view text = row.Value(column);
     if (!IsZString(text) || text.find('=') != text.npos) continue;
     const LintHost* const host = context.Host();
-    if (host != nullptr && host->description.dictionary.contains(text)) continue;
+    if (host != nullptr && host->description.dictionary.contains(LocalizedText(column, text))) {
+      continue;
+    }
     Finding& finding =
         context.ReportField(LintCode::kKeyNoDefault, row, column,
                             "the key " + Quoted(text) +

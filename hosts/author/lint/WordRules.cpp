@@ -101,7 +101,7 @@ std::string FeatureRemedy(const LintContext& context, std::string_view text) {
 std::string KeyRemedy(const std::string& text, const std::string& key) {
   if (CaseInsensitiveEqual(text, key)) return "write " + Quoted(key) + " in this letter case";
   if (CaseInsensitiveEqual(TrimSpaces(text), key)) return "delete the space around " + Quoted(key);
-  return "did you mean " + Quoted(key) + "?";
+  return "write " + Quoted(key);
 }
 
 /// Returns the edit that corrects the letter case of a section key, or the spaces around it.

@@ -23,10 +23,11 @@ DataFields Change(std::string_view message) {
   return fields;
 }
 
+template <class Error>
 std::string ErrorOf(std::string_view dataFile, const DataFields& fields) {
   try {
     AppendChange(dataFile, fields);
-  } catch (const InputError& error) {
+  } catch (const Error& error) {
     return error.what();
   }
   return "";
@@ -70,21 +71,23 @@ TEST(DataFileWriter, AppendsAChange) {
 }
 
 TEST(DataFileWriter, RefusesWhatTheLibraryWouldNotReadAsAChange) {
-  EXPECT_NE(std::string::npos, ErrorOf(kHeader, Change("5\"")).find("double quote"));
-  EXPECT_NE(std::string::npos, ErrorOf(kHeader, Change("a\nb")).find("line break"));
-  EXPECT_NE(std::string::npos, ErrorOf(kHeader, Change("\xFF")).find("UTF-8"));
-  EXPECT_NE(std::string::npos, ErrorOf(kHeader, DataFields()).find("grouping ID"));
+  EXPECT_NE(std::string::npos, ErrorOf<OptionError>(kHeader, Change("5\"")).find("double quote"));
+  EXPECT_NE(std::string::npos, ErrorOf<OptionError>(kHeader, Change("a\nb")).find("line break"));
+  EXPECT_NE(std::string::npos, ErrorOf<OptionError>(kHeader, Change("\xFF")).find("UTF-8"));
+  EXPECT_NE(std::string::npos, ErrorOf<OptionError>(kHeader, DataFields()).find("grouping ID"));
   DataFields fields = Change("");
   fields[ColumnIndex(DataColumn::kGroupingID)] = "Changes-Since";
-  EXPECT_NE(std::string::npos, ErrorOf(kHeader, fields).find("no change"));
+  EXPECT_NE(std::string::npos, ErrorOf<OptionError>(kHeader, fields).find("no change"));
 }
 
 TEST(DataFileWriter, RefusesAFileThatWouldLoseTheChange) {
-  EXPECT_NE(std::string::npos, ErrorOf("App Version,Message\n", Change("a")).find("header"));
-  EXPECT_NE(std::string::npos, ErrorOf("\n", Change("a")).find("header"));
   EXPECT_NE(std::string::npos,
-            ErrorOf("App Version;Grouping ID;Message\n", Change("a")).find("header"));
-  EXPECT_NE(std::string::npos, ErrorOf(std::string(kHeader) + "\xFC", Change("a")).find("import"));
+            ErrorOf<InputError>("App Version,Message\n", Change("a")).find("header"));
+  EXPECT_NE(std::string::npos, ErrorOf<InputError>("\n", Change("a")).find("header"));
+  EXPECT_NE(std::string::npos,
+            ErrorOf<InputError>("App Version;Grouping ID;Message\n", Change("a")).find("header"));
+  EXPECT_NE(std::string::npos,
+            ErrorOf<InputError>(std::string(kHeader) + "\xFC", Change("a")).find("import"));
 }
 
 }  // namespace

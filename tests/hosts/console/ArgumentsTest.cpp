@@ -285,13 +285,19 @@ TEST(Arguments, ErrorsMentionTheHelpOfTheirCommand) {
 
 TEST(Arguments, ChoicesAcceptOnlyTheListedWords) {
   for (const std::string word : {"blue", "1", "", "Always", "auto "}) {
-    EXPECT_EQ("--color: " + word +
-                  " not in {auto,always,never}. Run 'ornwhatsnew show --help' for usage.",
+    EXPECT_EQ("--color: '" + word +
+                  "' is not a colour mode; write auto, always or never. Run 'ornwhatsnew show "
+                  "--help' for usage.",
               ErrorOf({"show", "d", "--host", "h", "--color", word.c_str()}));
-    EXPECT_EQ(
-        "--format: " + word + " not in {text,json}. Run 'ornwhatsnew state show --help' for usage.",
-        ErrorOf({"state", "show", "--format", word.c_str()}));
+    EXPECT_EQ("--format: '" + word +
+                  "' is not a format; write text or json. Run 'ornwhatsnew state show --help' for "
+                  "usage.",
+              ErrorOf({"state", "show", "--format", word.c_str()}));
   }
+  EXPECT_EQ(
+      "--fail-on: 'off' is not a severity; write note, warning or error. Run 'ornwhatsnew lint "
+      "--help' for usage.",
+      ErrorOf({"lint", "d", "--fail-on", "off"}));
 }
 
 TEST(Arguments, HelpOfConsoleSaysHowToRunCommandsAndThatValidatingSucceeds) {
@@ -304,16 +310,45 @@ TEST(Arguments, HelpOfConsoleSaysHowToRunCommandsAndThatValidatingSucceeds) {
                        "A script cannot use it to check a file.\n"));
 }
 
+std::string HelpOf(const std::vector<std::string>& command) {
+  Words words = {"ornwhatsnew"};
+  for (const std::string& word : command) words.push_back(word.c_str());
+  words.push_back("--help");
+  return std::get<Answer>(ParseArguments(static_cast<int>(words.size()), words.data())).text;
+}
+
+/// Returns the names under the heading "Subcommands:" of a help text.
+std::vector<std::string> SubcommandsIn(const std::string& help) {
+  constexpr std::string_view kHeading = "\nSubcommands:\n";
+  const std::size_t heading = help.find(kHeading);
+  if (heading == help.npos) return {};
+  std::vector<std::string> names;
+  std::istringstream lines(help.substr(heading + kHeading.size()));
+  for (std::string line; std::getline(lines, line) && line.starts_with("  ");) {
+    names.push_back(line.substr(2, line.find(' ', 2) - 2));
+  }
+  return names;
+}
+
+/// Returns the words of all commands, beginning with the program itself, which has none.
+std::vector<std::vector<std::string>> AllCommands() {
+  std::vector<std::vector<std::string>> commands = {{}};
+  for (std::size_t i = 0; i < commands.size(); ++i) {
+    const std::vector<std::string> command = commands[i];
+    for (const std::string& name : SubcommandsIn(HelpOf(command))) {
+      commands.push_back(command);
+      commands.back().push_back(name);
+    }
+  }
+  return commands;
+}
+
 TEST(Arguments, HelpFitsATerminalOf80Columns) {
-  const std::vector<Words> commands = {{},         {"show"},  {"status"},        {"why"},
-                                       {"rate"},   {"state"}, {"state", "show"}, {"state", "reset"},
-                                       {"console"}};
-  for (Words words : commands) {
-    words.insert(words.begin(), "ornwhatsnew");
-    words.push_back("--help");
-    const auto help =
-        std::get<Answer>(ParseArguments(static_cast<int>(words.size()), words.data()));
-    std::istringstream lines(help.text);
+  const auto commands = AllCommands();
+  EXPECT_THAT(commands, testing::IsSupersetOf<std::vector<std::string>>(
+                            {{}, {"preview"}, {"state", "reset"}}));
+  for (const std::vector<std::string>& command : commands) {
+    std::istringstream lines(HelpOf(command));
     for (std::string line; std::getline(lines, line);) EXPECT_LE(line.size(), 80U) << line;
   }
 }

@@ -8,6 +8,7 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include "hosts/author/DataFileWriter.h"
 #include "hosts/author/lint/LintContext.h"
@@ -23,6 +24,7 @@ using ::testing::ContainsRegex;
 using ::testing::EndsWith;
 using ::testing::HasSubstr;
 
+constexpr int kUsage = static_cast<int>(common::ExitStatus::kUsage);
 constexpr int kInput = static_cast<int>(common::ExitStatus::kInput);
 constexpr int kOutput = static_cast<int>(common::ExitStatus::kOutput);
 
@@ -72,7 +74,45 @@ TEST_F(AuthorCommands, ImportReportsFilesThatItCannotUse) {
   folder_.Write("table.csv", "Grouping ID,Message\n");
   result = Run({"import", PathOf("table.csv"), "-o", PathOf("missing/data.csv")});
   EXPECT_EQ(kOutput, result.exitStatus);
-  EXPECT_THAT(result.errors, HasSubstr("missing': No such file or directory"));
+  EXPECT_THAT(result.errors, HasSubstr("cannot open the folder of '" + PathOf("missing/data.csv") +
+                                       "': No such file or directory"));
+}
+
+TEST_F(AuthorCommands, ImportDoesNotReplaceItsTable) {
+  const std::string table = "Grouping ID,Message\nMISC,new\n";
+  folder_.Write("table.csv", table);
+  std::filesystem::create_symlink("table.csv", PathOf("link.csv"));
+  for (const std::string name : {"table.csv", "link.csv"}) {
+    const auto result = Run({"import", PathOf("table.csv"), "-o", PathOf(name)});
+    EXPECT_EQ(kUsage, result.exitStatus) << name;
+    EXPECT_EQ("ornwhatsnew: the output would replace the input file '" + PathOf("table.csv") +
+                  "'; write it to another file\n",
+              result.errors);
+  }
+  EXPECT_EQ(table, ReadFile("table.csv"));
+}
+
+TEST_F(AuthorCommands, ImportRejectsAnUnknownEncoding) {
+  folder_.Write("table.csv", "Grouping ID,Message\n");
+  for (const std::string encoding : {"nonsense", ""}) {
+    const auto result = Run({"import", PathOf("table.csv"), "--encoding", encoding});
+    EXPECT_EQ(kUsage, result.exitStatus);
+    EXPECT_THAT(result.errors, HasSubstr("the encoding '" + encoding + "' is unknown"));
+  }
+}
+
+TEST_F(AuthorCommands, MessagesContainThePathThatTheAuthorWrote) {
+  auto call = Call({"add", "missing.csv", "--grouping-id", "MISC"});
+  const std::string folder = folder_.Path();
+  call.beforeStart = [&folder] {
+    if (::chdir(folder.c_str()) != 0) ::_exit(126);
+  };
+  EXPECT_EQ("ornwhatsnew: cannot open 'missing.csv': No such file or directory\n",
+            test_support::RunProgram(ProgramFile(), call).errors);
+  call.arguments[1] = "missing/data.csv";
+  EXPECT_EQ(
+      "ornwhatsnew: cannot open the folder of 'missing/data.csv': No such file or directory\n",
+      test_support::RunProgram(ProgramFile(), call).errors);
 }
 
 TEST_F(AuthorCommands, AddAppendsAChangeThatShowPrints) {
@@ -172,9 +212,9 @@ TEST_F(AuthorCommands, AddLosesNoChangeOfAnotherProgram) {
 TEST_F(AuthorCommands, AddRefusesWhatADataFileCannotContain) {
   const std::string before = common::ReadTextFile(DataFile());
   const auto result = Run({"add", "{data}", "--grouping-id", "MISC", "--message", "5\" screens"});
-  EXPECT_EQ(kInput, result.exitStatus);
+  EXPECT_EQ(kUsage, result.exitStatus);
   EXPECT_THAT(result.errors, HasSubstr("the value of 'Public/Internal message' contains a double"));
-  EXPECT_EQ(kInput, Run({"add", "{data}", "--grouping-id", ""}).exitStatus);
+  EXPECT_EQ(kUsage, Run({"add", "{data}", "--grouping-id", ""}).exitStatus);
   EXPECT_EQ(before, common::ReadTextFile(DataFile()));
   EXPECT_EQ(kInput, Run({"add", PathOf("missing.csv"), "--grouping-id", "MISC"}).exitStatus);
   EXPECT_FALSE(std::filesystem::exists(PathOf("missing.csv")));

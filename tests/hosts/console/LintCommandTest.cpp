@@ -118,6 +118,16 @@ TEST_F(LintCommandTest, LineWithCaretsHasNoLineEnd) {
               HasSubstr("  4.3,bugfix,ORN-1,,,,,,,Text\n      ^^^^^^\n"));
 }
 
+TEST_F(LintCommandTest, PointsShowWhereALongLineIsShortened) {
+  WriteData("4.2,Changes-Since\n4.3,bugfix,ORN-1,,,,,,," + std::string(60, 'x') + "\n");
+  EXPECT_THAT(Run({"lint", "{data}", "--color", "always"}).output,
+              HasSubstr("\n  4.3,bugfix,ORN-1,,,,,,," + std::string(50, 'x') + "...\n"));
+  WriteData("4.2,Changes-Since\n4.3,MISC,ORN-1,,,,,,," + std::string(60, 'x') + " #{endl} end\n");
+  EXPECT_THAT(Run({"lint", "{data}", "--color", "always"}).output,
+              HasSubstr("\n  ..." + std::string(26, 'x') + " #{endl} end\n  " +
+                        std::string(30, ' ') + "^^^^^^^\n"));
+}
+
 TEST_F(LintCommandTest, MessagesContainNoControlCharacters) {
   WriteData("4.2,Changes-Since\n4.3,MISC,,\x1B]0;title\x07,,,,,,Text\n");
   const ProgramResult result = Run({"lint", "{data}", "--color", "always"});

@@ -1,5 +1,6 @@
 // Runs `ornwhatsnew preview` as an author or a script would.
 #include <chrono>
+#include <csignal>
 #include <filesystem>
 #include <memory>
 #include <string>
@@ -22,8 +23,10 @@ using common::ExitStatus;
 using test_support::ChildProcess;
 using test_support::ProgramResult;
 using testing::AllOf;
+using testing::Each;
 using testing::EndsWith;
 using testing::HasSubstr;
+using testing::Not;
 using testing::StartsWith;
 
 constexpr int kUsage = static_cast<int>(ExitStatus::kUsage);
@@ -40,14 +43,25 @@ class PreviewCommand : public ProgramTest {
 
   std::string ErrorFile() const { return folder_.Path() / "errors"; }
 
-  /// Starts the program with `--watch`. It writes its messages to the error file.
-  std::unique_ptr<ChildProcess> StartWatching() const {
+  /// Returns the names of all files in the folder of the page.
+  std::vector<std::string> FileNames() const {
+    std::vector<std::string> names;
+    for (const auto& entry : std::filesystem::directory_iterator(folder_.Path())) {
+      names.push_back(entry.path().filename());
+    }
+    return names;
+  }
+
+  /// Starts the program with `--watch`, and with `interrupt` as its reaction to SIGINT. It writes
+  /// its messages to the error file.
+  std::unique_ptr<ChildProcess> StartWatching(sighandler_t interrupt = SIG_DFL) const {
     std::vector<std::string> words = Words();
     words.emplace_back("--watch");
     test_support::ProgramCall call = Call(words);
     const std::string errors = ErrorFile();
-    call.beforeStart = [&errors] {
+    call.beforeStart = [&errors, interrupt] {
       ::dup2(::open(errors.c_str(), O_WRONLY | O_CREAT, 0600), STDERR_FILENO);
+      ::signal(SIGINT, interrupt);
     };
     return std::make_unique<ChildProcess>(ProgramFile(), call);
   }
@@ -100,7 +114,8 @@ TEST_F(PreviewCommand, ReportsAPageThatCannotBeWritten) {
   const std::string file = folder_.Path() / "missing" / "page.html";
   const ProgramResult result = Run({"preview", "{data}", "{host}", "-o", file});
   EXPECT_EQ(result.exitStatus, kOutput);
-  EXPECT_THAT(result.errors, HasSubstr("missing': No such file or directory"));
+  EXPECT_THAT(result.errors,
+              HasSubstr("cannot open the folder of '" + file + "': No such file or directory"));
 }
 
 TEST_F(PreviewCommand, DoesNotReplaceItsInput) {
@@ -124,7 +139,16 @@ TEST_F(PreviewCommand, WatchWritesThePageAgainAfterEachChange) {
   EXPECT_EQ(program->Wait().exitStatus, 0);
   EXPECT_THAT(common::ReadTextFile(ErrorFile()),
               StartsWith("ornwhatsnew: wrote '" + PageFile() + "'; waiting for changes"));
-  EXPECT_FALSE(std::filesystem::exists(PageFile() + ".tmp"));
+  EXPECT_THAT(FileNames(), Each(Not(EndsWith(".tmp"))));
+}
+
+// A shell starts a script's background programs with SIGINT ignored, and nohup(1) with SIGHUP.
+TEST_F(PreviewCommand, WatchGoesOnAfterAnIgnoredSignal) {
+  const auto program = StartWatching(SIG_IGN);
+  WaitUntilFileContains(ErrorFile(), "waiting for changes");
+  program->Interrupt();
+  WriteData("25.1,MISC,,,,,,,,A second text\n");
+  WaitUntilFileContains(PageFile(), "A second text");
 }
 
 TEST_F(PreviewCommand, WatchReportsAnErrorAndGoesOn) {

@@ -15,7 +15,9 @@
 namespace hosts::author {
 namespace {
 
+using testing::AllOf;
 using testing::HasSubstr;
+using testing::Not;
 
 constexpr std::size_t kNoLimit = 1'000'000;
 
@@ -36,14 +38,19 @@ void RunGit(const std::filesystem::path& folder, const std::vector<std::string>&
   ASSERT_EQ(result.exitStatus, 0) << result.errors;
 }
 
+/// Commits all files in `folder`, and creates a repository if there is none.
+void Commit(const std::filesystem::path& folder) {
+  RunGit(folder, {"init", "-q"});
+  RunGit(folder, {"add", "."});
+  RunGit(folder, {"commit", "-q", "-m", "a commit"});
+}
+
 /// git sets GIT_DIR for a hook in a linked worktree.
 TEST(GitFile, ReadsAFileBelowTheTopFolderIfGitDirIsSet) {
   const test_support::TemporaryFolder folder;
   std::filesystem::create_directory(folder.Path() / "sub");
   folder.Write("sub/data.csv", "old");
-  RunGit(folder.Path(), {"init", "-q"});
-  RunGit(folder.Path(), {"add", "."});
-  RunGit(folder.Path(), {"commit", "-q", "-m", "old"});
+  Commit(folder.Path());
   folder.Write("sub/data.csv", "new");
   ::setenv("GIT_DIR", (folder.Path() / ".git").c_str(), 1);
   EXPECT_EQ(ProblemOf("HEAD", folder.Path() / "sub" / "data.csv"), "");
@@ -57,10 +64,40 @@ TEST(GitFile, RejectsARevisionThatIsAnOption) {
   EXPECT_THAT(ProblemOf("", folder.Path() / "data.csv"), HasSubstr("not a git revision"));
 }
 
-TEST(GitFile, MissingRevisionHasAHintAboutShallowClones) {
+TEST(GitFile, RejectsAFileThatIsTooLarge) {
   const test_support::TemporaryFolder folder;
-  EXPECT_THAT(ProblemOf("no-such-revision", folder.Path() / "data.csv"),
-              HasSubstr("git fetch --unshallow"));
+  folder.Write("data.csv", "old");
+  Commit(folder.Path());
+  EXPECT_EQ(ReadGitFile("HEAD", folder.Path() / "data.csv", 3), "old");
+  EXPECT_THROW(ReadGitFile("HEAD", folder.Path() / "data.csv", 2), std::runtime_error);
+}
+
+TEST(GitFile, FailureHasTheFirstErrorLineOfGit) {
+  const test_support::TemporaryFolder folder;
+  const std::filesystem::path file = folder.Path() / "data.csv";
+  EXPECT_THAT(
+      ProblemOf("main", file),
+      AllOf(HasSubstr("cannot read '" + file.native() + "' in the revision 'main': git: "),
+            HasSubstr("not a git repository"), Not(HasSubstr("\n")), Not(HasSubstr("shallow"))));
+  folder.Write("other.csv", "old");
+  Commit(folder.Path());
+  EXPECT_THAT(ProblemOf("no-such-revision", file),
+              AllOf(HasSubstr("'no-such-revision': git: "), Not(HasSubstr("shallow"))));
+  EXPECT_THAT(ProblemOf("HEAD", file), HasSubstr("does not exist in 'HEAD'"));
+}
+
+TEST(GitFile, MissingRevisionOfAShallowCloneHasAHint) {
+  const test_support::TemporaryFolder folder;
+  const std::filesystem::path origin = folder.Path() / "origin";
+  std::filesystem::create_directory(origin);
+  folder.Write("origin/data.csv", "old");
+  Commit(origin);
+  folder.Write("origin/data.csv", "new");
+  Commit(origin);
+  RunGit(folder.Path(), {"clone", "-q", "--depth=1", "file://" + origin.native(), "clone"});
+  const std::filesystem::path file = folder.Path() / "clone" / "data.csv";
+  EXPECT_EQ(ReadGitFile("HEAD", file, kNoLimit), "new");
+  EXPECT_THAT(ProblemOf("HEAD~1", file), HasSubstr("'git fetch --unshallow'"));
 }
 
 }  // namespace
