@@ -58,8 +58,8 @@ struct ORNWHATSNEWQT_EXPORT Settings {
   /// the context "ornwhatsnew". False installs no dictionary.
   bool usesTranslators = true;
 
-  /// The path of the INI file for the state, the filters and the other values that the companion
-  /// stores. If the path is empty, the companion stores them in the `QSettings` of the application.
+  /// The path of the INI file for the state and all other values. If it is empty, these values are
+  /// in the `QSettings` of the application or, on Windows, in its INI file in `%APPDATA%`.
   QString settingsFile;
   /// Callbacks that read and write the state instead of `QSettings`. If one of them is empty,
   /// neither is used. If they cannot store the state, call `WhatsNew::setStateError`. The filters

@@ -63,7 +63,7 @@ class ORNWHATSNEWQT_EXPORT WhatsNew : public QObject {
   void refresh();
 
   /// Shows in the panels that the callbacks of the settings could not store the state. `reason` is
-  /// the cause, in the user's language. An empty string hides the message.
+  /// the cause, preferably in the user's language. An empty string hides the message.
   void setStateError(const QString& reason);
 
  Q_SIGNALS:

@@ -1,5 +1,6 @@
 #include "hosts/panel/Arguments.h"
 
+#include <cstddef>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -13,15 +14,20 @@
 namespace hosts::panel {
 namespace {
 
+/// The width of the column with the names in the help text. On a terminal with 80 columns, 56
+/// columns remain for the descriptions.
+constexpr std::size_t kHelpNameColumns = 24;
+
 constexpr const char* kExitStatusHelp = R"(Exit status:
    0  success
-   1  an unexpected error occurred; for example, there was not enough memory
+   1  unexpected error, for example insufficient memory
    2  the command line is not valid
    3  the data file or the host description cannot be used
    4  the state store cannot be read or written
    6  the output cannot be written)";
 
 void AddOptions(CLI::App& app, Arguments& arguments) {
+  app.get_formatter()->column_width(kHelpNameColumns);
   app.add_option("DATA", arguments.data, "The What's New data file")->required()->type_name("");
   app.add_option("--host", arguments.host, "The host description, a JSON file")
       ->required()

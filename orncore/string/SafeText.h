@@ -33,10 +33,10 @@ constexpr bool IsControlCharacter(char16_t unit) noexcept {
 [[nodiscard]] ORN_EXPORT UTF16String SafeForTerminal(std::u16string_view text);
 
 /// Returns a copy of `text` for a document with lines in both directions, such as an HTML page.
-/// Each line feed becomes U+2028, and each tab becomes a space. Control characters, noncharacters
-/// and unpaired surrogates become U+FFFD. Characters that embed, override or isolate a text
-/// direction are removed, because they could change the order of text after `text`. U+FEFF is
-/// removed, because a parser may remove it at the start of a text. All other characters are
+/// Each line feed becomes U+2028, and each tab becomes a space. Other control characters, U+2029,
+/// noncharacters and unpaired surrogates become U+FFFD. Characters that embed, override or isolate
+/// a text direction are removed, because they could change the order of text after `text`. U+FEFF
+/// is removed, because a parser may remove it at the start of a text. All other characters are
 /// unchanged, direction marks included. Takes linear time.
 [[nodiscard]] ORN_EXPORT UTF16String SafeForDocument(std::u16string_view text);
 

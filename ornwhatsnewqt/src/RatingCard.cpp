@@ -146,8 +146,8 @@ void RatingCard::send() {
   QAccessibleEvent event(thanks_, QAccessible::Alert);
   QAccessible::updateAccessibility(&event);
   // Emit the signal before hiding the widgets, because its receiver moves the focus to the next
-  // card. If a widget is hidden while it has the focus, Qt moves the focus, possibly out of this
-  // page.
+  // card that is not rated. If a widget is hidden while it has the focus, Qt moves the focus,
+  // possibly out of this page.
   Q_EMIT rated(stars_->checkedId(), comment_->text().trimmed());
   for (QWidget* widget :
        {static_cast<QWidget*>(question_), static_cast<QWidget*>(description_), choices_,

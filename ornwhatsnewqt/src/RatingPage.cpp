@@ -64,7 +64,7 @@ void RatingPage::addCard(const ornwhatsnew::RatingRequest& request) {
   cards_.push_back(card);
   connect(card, &RatingCard::rated, this, [this, card](int stars, const QString& comment) {
     Q_EMIT rated(card->itemKey(), stars, comment);
-    if (!focusNextCard()) Q_EMIT finished();
+    if (!focusNextCard(card)) Q_EMIT finished();
   });
 }
 
@@ -81,9 +81,11 @@ void RatingPage::clear() {
   cards_.clear();
 }
 
-bool RatingPage::focusNextCard() {
-  const auto next = std::ranges::find_if_not(cards_, &RatingCard::isRated);
-  if (next == cards_.end()) return false;
+bool RatingPage::focusNextCard(const RatingCard* previous) {
+  std::vector<RatingCard*> cards = cards_;
+  std::ranges::rotate(cards, std::ranges::find(cards, previous));
+  const auto next = std::ranges::find_if_not(cards, &RatingCard::isRated);
+  if (next == cards.end()) return false;
   (*next)->focusChoice();
   ensureWidgetVisible(*next);
   return true;

@@ -17,7 +17,7 @@ namespace ornwhatsnewqt {
 class RatingCard;
 
 /// A list of cards, one for each rating request. When the user has sent a rating, moves the focus
-/// to the first card that is not rated.
+/// to the next card that is not rated.
 class RatingPage : public QScrollArea {
   Q_OBJECT
  public:
@@ -33,8 +33,10 @@ class RatingPage : public QScrollArea {
   /// Returns whether there are no cards.
   bool isEmpty() const { return cards_.empty(); }
 
-  /// Moves the focus to the first card that is not rated. Returns whether there is one.
-  bool focusNextCard();
+  /// Moves the focus to the next card that is not rated. The search begins after `previous`, or at
+  /// the top if `previous` is null, and continues at the top after the last card. Returns whether
+  /// there is such a card.
+  bool focusNextCard(const RatingCard* previous = nullptr);
 
  Q_SIGNALS:
   /// The user has rated a feature.

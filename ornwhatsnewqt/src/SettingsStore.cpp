@@ -3,9 +3,11 @@
 #include <algorithm>
 #include <array>
 
+#include <QtCore/QCoreApplication>
 #include <QtCore/QDir>
 #include <QtCore/QFileInfo>
 #include <QtCore/QLockFile>
+#include <QtCore/QOperatingSystemVersion>
 #include <QtCore/QSaveFile>
 
 #include <ornwhatsnew/utility/PersistedList.h>
@@ -24,24 +26,17 @@ constexpr std::array kStateKeys = {&ornwhatsnew::kAllSeenItemsKey,
                                    &ornwhatsnew::kLastVersionSeenKey,
                                    &ornwhatsnew::kAllVersionsSeenKey};
 
-/// Returns the maximum number of bytes that `text` takes up in an INI file, in which some
-/// characters are escapes such as `\"` or `\x20ac`.
-qint64 maximumBytes(const QString& text) {
-  qint64 bytes = 0;
-  for (const QChar character : text) {
-    const bool isPrintableAscii = character.unicode() >= 0x20 && character.unicode() < 0x7F;
-    bytes += isPrintableAscii ? 2 : 6;
-  }
-  return bytes;
-}
-
 /// Returns whether the file system accepts a new file in the place of `file` that contains
 /// `changes` besides the old content. Leaves `file` unchanged.
 bool canReplace(const QString& file, const QVariantMap& changes) {
   constexpr qint64 kBytesForSyntax = 64;
+  // Any character can become an escape such as `%U20AC` in a key or `\x20ac` in a value. A digit
+  // after an escape also becomes an escape.
+  constexpr qint64 kMaximumBytesOfCharacter = 6;
   qint64 bytes = QFileInfo(file).size();
   for (auto change = changes.cbegin(); change != changes.cend(); ++change) {
-    bytes += maximumBytes(change.key()) + maximumBytes(change->toString()) + kBytesForSyntax;
+    const qint64 characters = change.key().size() + change->toString().size();
+    bytes += kMaximumBytesOfCharacter * characters + kBytesForSyntax;
   }
   // Without a commit, the destructor discards the content.
   QSaveFile rehearsal(file);
@@ -80,8 +75,14 @@ SettingsStore::~SettingsStore() = default;
 // Creates a new object for each access, because the status of a QSettings remains an error after
 // the first failure. All objects for one file share their content.
 std::unique_ptr<QSettings> SettingsStore::open() const {
-  if (file_.isEmpty()) return std::make_unique<QSettings>();
-  return std::make_unique<QSettings>(file_, QSettings::IniFormat);
+  if (!file_.isEmpty()) return std::make_unique<QSettings>(file_, QSettings::IniFormat);
+  // The native format of Windows is the registry, which `write` cannot lock.
+  if (QOperatingSystemVersion::currentType() == QOperatingSystemVersion::Windows) {
+    return std::make_unique<QSettings>(QSettings::IniFormat, QSettings::UserScope,
+                                       QCoreApplication::organizationName(),
+                                       QCoreApplication::applicationName());
+  }
+  return std::make_unique<QSettings>();
 }
 
 ornwhatsnew::UTF8String SettingsStore::state(const ornwhatsnew::UTF8String& key) {

@@ -22,9 +22,9 @@ namespace ornwhatsnewqt {
 /// Reads and writes the three strings of the state, and values of the companion itself.
 ///
 /// Several programs can use one `QSettings` at the same time. Each write acquires a lock file,
-/// reads the stored values, merges the strings of the state with them, and writes the result. If a
-/// write fails, the file is unchanged. The object then keeps the strings of the state, and the next
-/// write includes them.
+/// reads the stored values, merges the strings of the state with them, and writes the result. If
+/// the disk is full before the write, the file is unchanged. After each failure, the object keeps
+/// the strings of the state, and the next write includes them.
 class SettingsStore : public QObject {
   Q_OBJECT
  public:

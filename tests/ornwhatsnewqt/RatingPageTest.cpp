@@ -21,6 +21,7 @@ using ornwhatsnewqt::RatingPage;
 
 const RatingRequest kMap{"EPIC-1", u"Map", u"Do you find your way?", u"Shows finds."};
 const RatingRequest kScanner{"EPIC-2", u"Scanner", u"", u""};
+const RatingRequest kExport{"EPIC-3", u"Export", u"", u""};
 
 class RatingPageTest : public QObject {
   Q_OBJECT
@@ -34,6 +35,7 @@ class RatingPageTest : public QObject {
   void aRatingNeedsAChoice();
   void reportsOnceAndThanks();
   void movesTheFocusToTheNextRequest();
+  void movesTheFocusFromTheLastRequestToTheFirst();
   void reportsThatAllFeaturesAreRated();
   void worksWithTheKeyboardAlone();
   void keepsTheChoicesWhenRequestsAreShownAgain();
@@ -121,11 +123,22 @@ void RatingPageTest::reportsOnceAndThanks() {
 }
 
 void RatingPageTest::movesTheFocusToTheNextRequest() {
+  page_->showRequests({kMap, kScanner, kExport});
+  choice(1, 4).click();
+  sendButton(1).setFocus();
+  sendButton(1).click();
+  QCOMPARE(QApplication::focusWidget(), &choice(2, 1));
+  QVERIFY(!choice(2, 1).isChecked());
+}
+
+void RatingPageTest::movesTheFocusFromTheLastRequestToTheFirst() {
+  page_->showRequests({kMap, kScanner, kExport});
+  choice(2, 4).click();
+  sendButton(2).click();
+  QCOMPARE(QApplication::focusWidget(), &choice(0, 1));
   choice(0, 4).click();
-  sendButton(0).setFocus();
   sendButton(0).click();
   QCOMPARE(QApplication::focusWidget(), &choice(1, 1));
-  QVERIFY(!choice(1, 1).isChecked());
 }
 
 void RatingPageTest::reportsThatAllFeaturesAreRated() {

@@ -64,6 +64,7 @@ class SettingsStoreTest : public QObject {
   void usesTheSettingsOfTheApplicationByDefault();
   void keepsUnsavedStringsUntilAWriteSucceeds();
   void aFullDiskLeavesTheSettingsUnchanged();
+  void aFullDiskLeavesTheSettingsUnchangedIfAValueNeedsEscapes();
   void aFailedWriteDoesNotOverwriteLaterValues();
   void reportsAStoreThatAnotherProgramLocks();
   void usesTheCallbacksOfTheHost();
@@ -159,6 +160,24 @@ void SettingsStoreTest::aFullDiskLeavesTheSettingsUnchanged() {
   store.commit();
   QCOMPARE(store.error(), QString());
   QCOMPARE(SettingsStore(world.settings()).state(kAllSeenItemsKey), "a " + added);
+}
+
+// QSettings writes the letters after the escape `\x1` as escapes of four bytes, because they are
+// hexadecimal digits.
+void SettingsStoreTest::aFullDiskLeavesTheSettingsUnchangedIfAValueNeedsEscapes() {
+  const TestWorld world;
+  SettingsStore store(world.settings());
+  const QString key = QStringLiteral("WhatsNew.Value");
+  const QString escaped = QChar(1) + QString(1000, QLatin1Char('b'));
+  QVERIFY(store.setValue(key, QStringLiteral("4.3")));
+  const QByteArray before = contentOf(world.settings().settingsFile);
+  {
+    const FileSizeLimit limit(3000);
+    QVERIFY(!store.setValue(key, escaped));
+  }
+  QCOMPARE(contentOf(world.settings().settingsFile), before);
+  QVERIFY(store.setValue(key, escaped));
+  QVERIFY(contentOf(world.settings().settingsFile).size() > 3000);
 }
 
 // After a failed write, QSettings would write the values with the next sync, without a merge.

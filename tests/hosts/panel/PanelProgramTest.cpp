@@ -1,6 +1,7 @@
 // Runs the program `ornwhatsnew-panel` without a display. WindowObserver.cpp prints what its window
 // shows and closes the window.
 #include <filesystem>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -158,6 +159,15 @@ TEST_F(PanelProgramTest, RejectsInvalidCommandLines) {
   const ProgramResult missing = RunPanel(PanelCall({"{data}"}));
   EXPECT_EQ(2, missing.exitStatus);
   EXPECT_THAT(missing.errors, StartsWith("ornwhatsnew-panel: --host is required."));
+}
+
+TEST_F(PanelProgramTest, HelpFitsATerminalOf80Columns) {
+  std::istringstream lines(RunPanel(Call({"--help"})).output);
+  std::string line;
+  ASSERT_TRUE(std::getline(lines, line));
+  do {
+    EXPECT_LE(line.size(), 80U) << line;
+  } while (std::getline(lines, line));
 }
 
 TEST_F(PanelProgramTest, PrintsHelpAndVersionWithoutADisplay) {
