@@ -49,6 +49,7 @@ struct PreviewView {
 /// - The panels of an outside user and of an internal user show all changes for the platform.
 /// - The panels of a first start and of a user who saw the earlier data file show what is new, for
 ///   the platform and for the versions of the user. Without an earlier data file, there is no such
+/// The application is not terminating, so users can rate features.
 ///   user.
 /// - The rating view shows what a user who has seen the data file can rate.
 ///

@@ -195,10 +195,11 @@ TEST(PreviewPage, SaysWhatLintDoesNotList) {
               HasSubstr("one more finding with the code salience-unknown is not listed</p>"));
 }
 
-TEST(PreviewPage, PermissionOfTheHostDescriptionHasNoEffect) {
+TEST(PreviewPage, PermissionAndTerminationOfTheHostDescriptionHaveNoEffect) {
   PreviewInput input = MakeInput();
   const auto panels = PanelsOf(PreviewPage(input));
   input.host.internalFeaturesAllowed = true;
+  input.host.terminating = true;
   EXPECT_EQ(PanelsOf(PreviewPage(input)), panels);
 }
 
