@@ -9,8 +9,8 @@
 
 #include <orncore/string/Conversion.h>
 #include <ornwhatsnew/FeatureListData.h>
+#include <ornwhatsnew/VisibilityExplanation.h>
 #include <ornwhatsnew/WhatsNewTypes.h>
-#include <ornwhatsnew/utility/PersistedList.h>
 
 #include "hosts/author/lint/Rules.h"
 #include "hosts/common/StateStore.h"
@@ -57,30 +57,21 @@ std::unique_ptr<FeatureListData> LoadList(const std::string& data, User& user) {
       [&user](const std::string& key, const std::string& value) { user.state[key] = value; });
 }
 
-/// Returns the lines of the changes that a display for `user` shows, by the key of their item.
-LinesByItem ShownLines(const FeatureListData& list, User& user, const DisplayOptions& options,
+/// Returns the lines of the changes that a display shows, by the key of their item.
+LinesByItem ShownLines(const FeatureListData& list, const DisplayOptions& options,
                        const LinesByItem& lines) {
-  ornwhatsnew::GuidSet seen;
-  for (const std::string_view guid :
-       ornwhatsnew::SplitPersistedList(user.state[ornwhatsnew::kAllSeenItemsKey])) {
-    seen.emplace(guid);
-  }
-  ornwhatsnew::VersionSet versions = {FullVersion()};
-  for (const std::string_view version :
-       ornwhatsnew::SplitPersistedList(user.state[ornwhatsnew::kAllVersionsSeenKey])) {
-    versions.emplace(version);
-  }
   LinesByItem shown;
-  for (const auto& [key, linesOfItem] : lines) {
-    const auto& changes = list.GetFeatureItems().at(key)->GetAllChanges();
-    for (std::size_t i = 0; i < linesOfItem.size(); ++i) {
-      if (changes[i]->ShouldShowItemToUser(options, seen, versions)) {
-        shown[key].push_back(linesOfItem[i]);
-      }
+  for (const ornwhatsnew::ItemVisibility& explained : list.ExplainVisibility(options)) {
+    const auto found = lines.find(explained.item->FeatureJiraIDKey());
+    if (found == lines.end() || !explained.hidingRules.empty()) continue;
+    Lines linesOfItem;
+    for (std::size_t i = 0; i < found->second.size(); ++i) {
+      if (explained.changes[i].hidingRules.empty()) linesOfItem.push_back(found->second[i]);
     }
   }
   return shown;
 }
+    shown[found->first] = std::move(linesOfItem);
 
 /// Sets the `id`s of the paragraphs of the changes. `shown` contains the lines of these changes.
 void SetIDs(PreviewView& view, const LinesByItem& shown) {
@@ -200,7 +191,7 @@ class ViewMaker {
     const auto list = LoadList(input_.data.text, user);
     view.layout = list->PreviewLayout(options);
     view.count = list->CountNew(options);
-    SetIDs(view, ShownLines(*list, user, options, lines_));
+    SetIDs(view, ShownLines(*list, options, lines_));
     views_.push_back(std::move(view));
   }
 

@@ -119,7 +119,7 @@ std::vector<std::string> LinksIn(const std::string& html) {
   return links;
 }
 
-/// A user of the library, for whom nobody calls the code under test.
+/// A user of the library that does not use the code under test.
 class LibraryUser {
  public:
   explicit LibraryUser(common::HostDescription host) : host_(std::move(host)) {}
@@ -364,6 +364,7 @@ TEST(PreviewViews, IDsOfRandomFilesNameTheChangesOfTheirLines) {
           WithoutSpaces(list.LocalizeIfNecessary(row.change->GetDescription()));
     }
     for (const PreviewView& view : MakePreviewViews(input, file)) {
+      EXPECT_EQ(view.idsByLine.size(), view.count.changes) << view.id;
       for (const auto& [line, id] : view.idsByLine) {
         const auto index = std::ranges::find(view.paragraphIDs, id) - view.paragraphIDs.begin();
         const auto& paragraph = view.layout.paragraphs.at(static_cast<std::size_t>(index));
