@@ -76,6 +76,14 @@ function writeHostilePage() {
   return 'hostile.html';
 }
 
+// Writes a page whose findings fill more than the window, and have no links.
+function writeFindingsPage() {
+  const rows = ['a,b,c,d,e,f,g,h,i,j', ...Array(60).fill('4.3,MISC,,,,,,,,a, b')];
+  writeFileSync(join(folder, 'findings.csv'), rows.join('\n'));
+  run('preview', 'findings.csv', '--host', exampleFile('host.json'), '-o', 'findings.html');
+  return 'findings.html';
+}
+
 // ---- Checks
 
 // Returns the panel of a user as `show` prints it.
@@ -118,26 +126,27 @@ async function checkTexts(page) {
   }
 }
 
-// Presses Tab until the end of the page. Checks that it visits all links in their order, and that
-// each of them has a visible focus.
+// Presses Tab until the end of the page. Checks that it visits all links and the list of findings in
+// their order, and that each of them has a visible focus.
 async function checkKeyboard(page) {
-  const links = await page.evaluate('document.querySelectorAll("a[href]").length');
+  const selector = 'a[href], #findings';
+  const stops = await page.evaluate(`document.querySelectorAll('${selector}').length`);
   const visited = [];
   let unmarked = 0;
-  for (let i = 0; i < links; ++i) {
+  for (let i = 0; i < stops; ++i) {
     await page.press('Tab');
     const [index, outline] = await page.evaluate(`(() => {
-      const links = [...document.querySelectorAll('a[href]')];
-      return [links.indexOf(document.activeElement),
+      const stops = [...document.querySelectorAll('${selector}')];
+      return [stops.indexOf(document.activeElement),
         getComputedStyle(document.activeElement).outlineStyle];
     })()`);
     visited.push(index);
     if (outline === 'none') unmarked += 1;
   }
   const isInOrder = visited.every((index, position) => index === position);
-  check('keyboard', links === 0 ? 'the page has no links'
-    : !isInOrder && `Tab visits the links in the order ${visited}`);
-  check('focus', unmarked > 0 && `${unmarked} links have no visible focus`);
+  check('keyboard', stops < 2 ? 'the page has no links'
+    : !isInOrder && `Tab visits the elements in the order ${visited}`);
+  check('focus', unmarked > 0 && `${unmarked} elements have no visible focus`);
 }
 
 // Follows a link to a panel, and checks that its change is in view and that its texts are readable.
@@ -224,7 +233,8 @@ async function main() {
   mkdirSync(folder, { recursive: true });
   const browser = new Chromium(join(folder, 'profile'));
   const preview = writeExamplePage();
-  for (const file of [preview, writeHostilePage(), writePanelPage()]) await checkLooks(browser, file);
+  const files = [preview, writeHostilePage(), writeFindingsPage(), writePanelPage()];
+  for (const file of files) await checkLooks(browser, file);
   const url = pathToFileURL(join(folder, preview)).href;
   const page = await browser.open(url, {});
   await checkTexts(page);

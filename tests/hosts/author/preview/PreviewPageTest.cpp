@@ -195,6 +195,11 @@ TEST(PreviewPage, SaysWhatLintDoesNotList) {
               HasSubstr("one more finding with the code salience-unknown is not listed</p>"));
 }
 
+TEST(PreviewPage, FindingsAreATabStop) {
+  EXPECT_THAT(PreviewPage(MakeInput()),
+              HasSubstr("id=\"findings\" aria-labelledby=\"findings-title\" tabindex=\"0\">"));
+}
+
 TEST(PreviewPage, PermissionAndTerminationOfTheHostDescriptionHaveNoEffect) {
   PreviewInput input = MakeInput();
   const auto panels = PanelsOf(PreviewPage(input));
