@@ -149,18 +149,26 @@ async function checkKeyboard(page) {
   check('focus', unmarked > 0 && `${unmarked} elements have no visible focus`);
 }
 
-// Follows a link to a panel, and checks that its change is in view and that its texts are readable.
-async function checkFindingLink(browser, url, scheme) {
+// Follows each link to a panel, and checks that its change is in view, below the navigation if this is
+// always visible. Checks that the texts of the last change are readable.
+async function checkFindingLinks(browser, url, scheme) {
   const page = await browser.open(url, { scheme });
   const problem = await page.evaluate(`(async () => {
-    const link = document.querySelector('#findings a[href]');
-    link.click();
-    await new Promise(requestAnimationFrame);
-    const target = document.querySelector(':target');
-    const { top, bottom } = target.getBoundingClientRect();
-    return top < 0 || bottom > innerHeight ? 'the target of a link is not in view' : '';
+    const nav = document.querySelector('nav');
+    const isSticky = getComputedStyle(nav).position === 'sticky';
+    const links = [...document.querySelectorAll('#findings a[href]')];
+    const hidden = [];
+    for (const link of links) {
+      link.click();
+      await new Promise(requestAnimationFrame);
+      const { top, bottom } = document.querySelector(':target').getBoundingClientRect();
+      const start = isSticky ? nav.getBoundingClientRect().bottom : 0;
+      if (top < start || bottom > innerHeight) hidden.push(link.hash);
+    }
+    if (links.length === 0) return 'the findings have no links';
+    return hidden.length > 0 ? 'not in view: ' + hidden : '';
   })()`);
-  const name = `link of a finding, ${scheme}`;
+  const name = `links of the findings, ${scheme}`;
   check(name, problem);
   await checkAccessibility(page, name);
   await page.close();
@@ -179,6 +187,11 @@ async function checkOverflow(page, name) {
   const [content, view] = await page.evaluate(
     '[document.documentElement.scrollWidth, innerWidth]');
   check(`${name}: width`, content > view && `${content} pixels instead of ${view}`);
+  // Panels hide what is outside their border, so the page does not become wider.
+  const cut = await page.evaluate(`[...document.querySelectorAll('.preview-panel')]
+    .filter((panel) => panel.scrollWidth > panel.clientWidth)
+    .map((panel) => panel.parentElement.id)`);
+  check(`${name}: cut panels`, cut.join(', '));
 }
 
 // Checks that the page contains only its own elements, links only to itself and to https, runs no
@@ -228,10 +241,7 @@ async function checkLooks(browser, file) {
   }
 }
 
-async function main() {
-  rmSync(folder, { recursive: true, force: true });
-  mkdirSync(folder, { recursive: true });
-  const browser = new Chromium(join(folder, 'profile'));
+async function checkPages(browser) {
   const preview = writeExamplePage();
   const files = [preview, writeHostilePage(), writeFindingsPage(), writePanelPage()];
   for (const file of files) await checkLooks(browser, file);
@@ -240,9 +250,19 @@ async function main() {
   await checkTexts(page);
   await checkKeyboard(page);
   await page.close();
-  for (const scheme of ['light', 'dark']) await checkFindingLink(browser, url, scheme);
+  for (const scheme of ['light', 'dark']) await checkFindingLinks(browser, url, scheme);
   await checkPrinted(browser, url);
-  await browser.close();
+}
+
+async function main() {
+  rmSync(folder, { recursive: true, force: true });
+  mkdirSync(folder, { recursive: true });
+  const browser = new Chromium(join(folder, 'profile'));
+  try {
+    await checkPages(browser);
+  } finally {
+    await browser.close();
+  }
   console.log(`${checks - failures} of ${checks} checks passed`);
   process.exitCode = failures > 0 ? 1 : 0;
 }
