@@ -72,10 +72,10 @@ class PageWriter {
   std::string Header() const {
     const common::HostDescription& host = input_.host;
     return "<header>\n<h1>Preview of " + EscapeHtml(FileName(input_.data.name)) + "</h1>\n" +
-           Paragraph("preview-muted",
-                     EscapeHtml("Host description: " + FileName(input_.hostName) + ", version " +
-                                host.clientVersion + ", build " + host.buildNumber + ", platform " +
-                                host.platform)) +
+           Paragraph("preview-muted", EscapeHtml("Host description: " + FileName(input_.hostName) +
+                                                 PhraseWith(", version ", host.clientVersion) +
+                                                 PhraseWith(", build ", host.buildNumber) +
+                                                 PhraseWith(", platform ", host.platform))) +
            "</header>\n";
   }
 

@@ -45,8 +45,11 @@ struct User {
   common::StateValues state = {};
 };
 
+/// Returns the full version of the application. Returns an empty string if the host has neither a
+/// version nor a build number.
 std::string FullVersion() {
-  return orncore::string::UTF16to8(ornwhatsnew::GetFullClientVersionString());
+  const std::string version = orncore::string::UTF16to8(ornwhatsnew::GetFullClientVersionString());
+  return version == "." ? "" : version;
 }
 
 /// Returns a list for `user`, which must outlive it. Configures the services of the process.
@@ -68,10 +71,10 @@ LinesByItem ShownLines(const FeatureListData& list, const DisplayOptions& option
     for (std::size_t i = 0; i < found->second.size(); ++i) {
       if (explained.changes[i].hidingRules.empty()) linesOfItem.push_back(found->second[i]);
     }
+    shown[found->first] = std::move(linesOfItem);
   }
   return shown;
 }
-    shown[found->first] = std::move(linesOfItem);
 
 /// Sets the `id`s of the paragraphs of the changes. `shown` contains the lines of these changes.
 void SetIDs(PreviewView& view, const LinesByItem& shown) {
@@ -116,13 +119,13 @@ std::string NewestVersion(const LintedFile& file, const std::string& current) {
   }
   return version;
 }
-    outside_.host.terminating = false;
 
 class ViewMaker {
  public:
   ViewMaker(const PreviewInput& input, const LintedFile& file)
       : input_(input), outside_{input.host}, lines_(LinesOfChanges(file)) {
     outside_.host.internalFeaturesAllowed = false;
+    outside_.host.terminating = false;
     common::InstallHost(outside_.host);
     version_ = FullVersion();
   }
@@ -137,11 +140,12 @@ class ViewMaker {
   }
 
  private:
+  std::string OnPlatform() const { return PhraseWith(" on the platform ", input_.host.platform); }
+
   void AddOutside() {
     Add({"outside", "Outside user",
-         "Everything that a user without the internal-features permission can see on the "
-         "platform " +
-             input_.host.platform + "."},
+         "Everything that a user without the internal-features permission can see" + OnPlatform() +
+             "."},
         outside_, ornwhatsnew::kFilterRelevantPlatform);
   }
 
@@ -149,16 +153,15 @@ class ViewMaker {
     User user = outside_;
     user.host.internalFeaturesAllowed = true;
     Add({"internal", "Internal user",
-         "Everything that a user with the internal-features permission can see on the platform " +
-             input_.host.platform + "."},
+         "Everything that a user with the internal-features permission can see" + OnPlatform() +
+             "."},
         user, ornwhatsnew::kFilterRelevantPlatform);
   }
 
   void AddFirstStart() {
     Add({"first-start", "First start",
-         "What is new for an outside user who starts the application for the first time, in "
-         "version " +
-             version_ +
+         "What is new for an outside user who starts the application for the first time" +
+             PhraseWith(", in version ", version_) +
              ". If the application marks all changes as seen at the first start, it announces "
              "none of them."},
         outside_, kRelevant | ornwhatsnew::kShowOnlyNew);
@@ -174,8 +177,9 @@ class ViewMaker {
     user.host.clientVersion = input_.host.clientVersion;
     Add({"seen", "After an update",
          "What is new for an outside user who saw " +
-             std::filesystem::path(seen.name).filename().native() + " in version " + seenVersion +
-             " and now starts version " + version_ + "."},
+             std::filesystem::path(seen.name).filename().native() +
+             PhraseWith(" in version ", seenVersion) + " and now starts " +
+             (version_.empty() ? "the application" : "version " + version_) + "."},
         user, kRelevant | ornwhatsnew::kShowOnlyNew);
   }
 
@@ -203,6 +207,10 @@ class ViewMaker {
 };
 
 }  // namespace
+
+std::string PhraseWith(std::string_view words, std::string_view value) {
+  return value.empty() ? "" : std::string(words) + std::string(value);
+}
 
 std::vector<PreviewView> MakePreviewViews(const PreviewInput& input, const LintedFile& file) {
   return ViewMaker(input, file).Make();

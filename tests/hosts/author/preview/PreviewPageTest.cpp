@@ -195,6 +195,20 @@ TEST(PreviewPage, SaysWhatLintDoesNotList) {
               HasSubstr("one more finding with the code salience-unknown is not listed</p>"));
 }
 
+TEST(PreviewPage, OmitsEmptyMembersOfTheHostDescription) {
+  PreviewInput input = MakeInput();
+  input.seen = PreviewFile{"old.csv", std::string(kHeader)};
+  input.host.clientVersion = "";
+  input.host.buildNumber = "";
+  input.host.platform = "";
+  const std::string page = PreviewPage(input);
+  EXPECT_THAT(page, AllOf(HasSubstr(">Host description: host.json</p>"),
+                          HasSubstr("without the internal-features permission can see.</p>"),
+                          HasSubstr("with the internal-features permission can see.</p>"),
+                          HasSubstr("starts the application for the first time. If the"),
+                          HasSubstr("who saw old.csv and now starts the application.</p>")));
+}
+
 TEST(PreviewPage, FindingsAreATabStop) {
   EXPECT_THAT(PreviewPage(MakeInput()),
               HasSubstr("id=\"findings\" aria-labelledby=\"findings-title\" tabindex=\"0\">"));
