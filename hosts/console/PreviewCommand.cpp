@@ -12,8 +12,10 @@
 #include <vector>
 
 #include "hosts/author/FileRewrite.h"
+#include "hosts/author/lint/LintConfig.h"
 #include "hosts/author/preview/PreviewPage.h"
 #include "hosts/common/HostDescription.h"
+#include "hosts/common/TextFile.h"
 #include "hosts/console/Commands.h"
 #include "hosts/console/StandardStreams.h"
 #include "hosts/console/WhatsNewLoading.h"
@@ -24,12 +26,34 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr std::string_view kStandardOutput = "-";
-/// The time between two looks at the files, in nanoseconds.
+/// The time between two checks of the files, in nanoseconds.
 constexpr long kInterval = 300'000'000;
 
+/// Returns the dictionary files that a host description names.
+std::vector<fs::path> DictionaryFiles(const fs::path& hostFile) {
+  std::vector<fs::path> files;
+  try {
+    // `ReadHostDescription` would fail if a dictionary file is invalid, but `--watch` must notice
+    // when the author corrects this file.
+    const common::HostDescription host =
+        common::ParseHostDescription(common::ReadTextFile(hostFile), hostFile.native());
+    for (const std::string& name : host.dictionaryFiles) {
+      files.push_back(hostFile.parent_path() / name);
+    }
+  } catch (const std::exception&) {
+    // `WritePage` reads the host description, too, and reports the error.
+  }
+  return files;
+}
+
+/// Returns the files that the page depends on. They change when the author edits the host
+/// description, or adds or removes a configuration file of `lint`.
 std::vector<fs::path> InputFiles(const PreviewArguments& arguments) {
-  std::vector<fs::path> files = {arguments.data, arguments.host};
+  std::vector<fs::path> files = DictionaryFiles(arguments.host);
+  files.push_back(arguments.data);
+  files.push_back(arguments.host);
   if (arguments.seen) files.push_back(*arguments.seen);
+  if (const auto config = author::FindLintConfig(arguments.data)) files.push_back(*config);
   return files;
 }
 
@@ -72,8 +96,8 @@ bool IsIgnored(int signal) {
   return action.sa_handler == SIG_IGN;
 }
 
-/// Keeps the signals that interrupt the program waiting while the object exists, so that none of
-/// them leaves a temporary file. Does not block ignored signals, because `sigtimedwait` would also
+/// Blocks the signals that interrupt the program while the object exists, so that none of them
+/// leaves a temporary file. Does not block ignored signals, because `sigtimedwait` would also
 /// return these.
 class BlockedInterrupts {
  public:

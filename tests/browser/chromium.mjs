@@ -7,11 +7,23 @@ const OPTIONS = [
   '--remote-debugging-pipe',
 ];
 
+const TIME_LIMIT = 60_000; // milliseconds
+
+// Returns the value of `promise`. Throws if there is none within the time limit.
+function withTimeLimit(promise, name) {
+  let timer;
+  const limit = new Promise((_, reject) => {
+    timer = setTimeout(() => reject(new Error(`${name}: no answer from Chromium`)), TIME_LIMIT);
+  });
+  return Promise.race([promise, limit]).finally(() => clearTimeout(timer));
+}
+
 export class Chromium {
   // `profile` is a folder for the settings of the browser.
   constructor(profile) {
     this.process = spawn('chromium', [...OPTIONS, `--user-data-dir=${profile}`],
       { stdio: ['ignore', 'ignore', 'ignore', 'pipe', 'pipe'] });
+    this.ended = new Promise((resolve) => { this.process.on('exit', resolve); });
     this.answers = new Map();
     this.listeners = new Map();
     this.lastID = 0;
@@ -34,7 +46,8 @@ export class Chromium {
   send(method, params = {}, sessionId = undefined) {
     const id = ++this.lastID;
     this.process.stdio[3].write(`${JSON.stringify({ id, method, params, sessionId })}\0`);
-    return new Promise((resolve, reject) => this.answers.set(id, { resolve, reject }));
+    const answer = new Promise((resolve, reject) => this.answers.set(id, { resolve, reject }));
+    return withTimeLimit(answer, method);
   }
 
   // Opens a page. `look` has the members `width`, `height`, `scheme` ('light' or 'dark') and `media`
@@ -47,10 +60,15 @@ export class Chromium {
     return page;
   }
 
+  // Ends the browser, also if it does not answer.
   async close() {
-    const ended = new Promise((resolve) => { this.process.on('exit', resolve); });
-    await this.send('Browser.close');
-    await ended;
+    try {
+      await this.send('Browser.close');
+      await withTimeLimit(this.ended, 'end');
+    } catch {
+      this.process.kill('SIGKILL');
+      await this.ended;
+    }
   }
 }
 
@@ -86,7 +104,7 @@ class Page {
       { media, features: [{ name: 'prefers-color-scheme', value: scheme }] });
     const loaded = new Promise((resolve) => { this.onLoad = resolve; });
     await this.send('Page.navigate', { url });
-    await loaded;
+    await withTimeLimit(loaded, url);
   }
 
   // Returns the value of a JavaScript expression, or of its promise.

@@ -76,6 +76,14 @@ function writeHostilePage() {
   return 'hostile.html';
 }
 
+// Writes a page whose findings fill more than the window, and have no links.
+function writeFindingsPage() {
+  const rows = ['a,b,c,d,e,f,g,h,i,j', ...Array(60).fill('4.3,MISC,,,,,,,,a, b')];
+  writeFileSync(join(folder, 'findings.csv'), rows.join('\n'));
+  run('preview', 'findings.csv', '--host', exampleFile('host.json'), '-o', 'findings.html');
+  return 'findings.html';
+}
+
 // ---- Checks
 
 // Returns the panel of a user as `show` prints it.
@@ -118,40 +126,49 @@ async function checkTexts(page) {
   }
 }
 
-// Presses Tab until the end of the page. Checks that it visits all links in their order, and that
-// each of them has a visible focus.
+// Presses Tab until the end of the page. Checks that it visits all links and the list of findings in
+// their order, and that each of them has a visible focus.
 async function checkKeyboard(page) {
-  const links = await page.evaluate('document.querySelectorAll("a[href]").length');
+  const selector = 'a[href], #findings';
+  const stops = await page.evaluate(`document.querySelectorAll('${selector}').length`);
   const visited = [];
   let unmarked = 0;
-  for (let i = 0; i < links; ++i) {
+  for (let i = 0; i < stops; ++i) {
     await page.press('Tab');
     const [index, outline] = await page.evaluate(`(() => {
-      const links = [...document.querySelectorAll('a[href]')];
-      return [links.indexOf(document.activeElement),
+      const stops = [...document.querySelectorAll('${selector}')];
+      return [stops.indexOf(document.activeElement),
         getComputedStyle(document.activeElement).outlineStyle];
     })()`);
     visited.push(index);
     if (outline === 'none') unmarked += 1;
   }
   const isInOrder = visited.every((index, position) => index === position);
-  check('keyboard', links === 0 ? 'the page has no links'
-    : !isInOrder && `Tab visits the links in the order ${visited}`);
-  check('focus', unmarked > 0 && `${unmarked} links have no visible focus`);
+  check('keyboard', stops < 2 ? 'the page has no links'
+    : !isInOrder && `Tab visits the elements in the order ${visited}`);
+  check('focus', unmarked > 0 && `${unmarked} elements have no visible focus`);
 }
 
-// Follows a link to a panel, and checks that its change is in view and that its texts are readable.
-async function checkFindingLink(browser, url, scheme) {
+// Follows each link to a panel, and checks that its change is in view, below the navigation if this is
+// always visible. Checks that the texts of the last change are readable.
+async function checkFindingLinks(browser, url, scheme) {
   const page = await browser.open(url, { scheme });
   const problem = await page.evaluate(`(async () => {
-    const link = document.querySelector('#findings a[href]');
-    link.click();
-    await new Promise(requestAnimationFrame);
-    const target = document.querySelector(':target');
-    const { top, bottom } = target.getBoundingClientRect();
-    return top < 0 || bottom > innerHeight ? 'the target of a link is not in view' : '';
+    const nav = document.querySelector('nav');
+    const isSticky = getComputedStyle(nav).position === 'sticky';
+    const links = [...document.querySelectorAll('#findings a[href]')];
+    const hidden = [];
+    for (const link of links) {
+      link.click();
+      await new Promise(requestAnimationFrame);
+      const { top, bottom } = document.querySelector(':target').getBoundingClientRect();
+      const start = isSticky ? nav.getBoundingClientRect().bottom : 0;
+      if (top < start || bottom > innerHeight) hidden.push(link.hash);
+    }
+    if (links.length === 0) return 'the findings have no links';
+    return hidden.length > 0 ? 'not in view: ' + hidden : '';
   })()`);
-  const name = `link of a finding, ${scheme}`;
+  const name = `links of the findings, ${scheme}`;
   check(name, problem);
   await checkAccessibility(page, name);
   await page.close();
@@ -170,6 +187,11 @@ async function checkOverflow(page, name) {
   const [content, view] = await page.evaluate(
     '[document.documentElement.scrollWidth, innerWidth]');
   check(`${name}: width`, content > view && `${content} pixels instead of ${view}`);
+  // Panels hide what is outside their border, so the page does not become wider.
+  const cut = await page.evaluate(`[...document.querySelectorAll('.preview-panel')]
+    .filter((panel) => panel.scrollWidth > panel.clientWidth)
+    .map((panel) => panel.parentElement.id)`);
+  check(`${name}: cut panels`, cut.join(', '));
 }
 
 // Checks that the page contains only its own elements, links only to itself and to https, runs no
@@ -219,20 +241,28 @@ async function checkLooks(browser, file) {
   }
 }
 
-async function main() {
-  rmSync(folder, { recursive: true, force: true });
-  mkdirSync(folder, { recursive: true });
-  const browser = new Chromium(join(folder, 'profile'));
+async function checkPages(browser) {
   const preview = writeExamplePage();
-  for (const file of [preview, writeHostilePage(), writePanelPage()]) await checkLooks(browser, file);
+  const files = [preview, writeHostilePage(), writeFindingsPage(), writePanelPage()];
+  for (const file of files) await checkLooks(browser, file);
   const url = pathToFileURL(join(folder, preview)).href;
   const page = await browser.open(url, {});
   await checkTexts(page);
   await checkKeyboard(page);
   await page.close();
-  for (const scheme of ['light', 'dark']) await checkFindingLink(browser, url, scheme);
+  for (const scheme of ['light', 'dark']) await checkFindingLinks(browser, url, scheme);
   await checkPrinted(browser, url);
-  await browser.close();
+}
+
+async function main() {
+  rmSync(folder, { recursive: true, force: true });
+  mkdirSync(folder, { recursive: true });
+  const browser = new Chromium(join(folder, 'profile'));
+  try {
+    await checkPages(browser);
+  } finally {
+    await browser.close();
+  }
   console.log(`${checks - failures} of ${checks} checks passed`);
   process.exitCode = failures > 0 ? 1 : 0;
 }

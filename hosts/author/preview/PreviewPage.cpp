@@ -40,11 +40,12 @@ std::string Link(std::string_view id, std::string_view text) {
 }
 
 /// Returns the start of a section with its heading. The heading is the name of the section for
-/// screen readers.
+/// screen readers. `attributes` is empty or begins with a space.
 std::string SectionStart(const std::string& sectionClass, const std::string& id,
-                         std::string_view title) {
+                         std::string_view title, const std::string& attributes = "") {
   return "<section class=\"" + sectionClass + "\" id=\"" + id + "\" aria-labelledby=\"" + id +
-         "-title\">\n<h2 id=\"" + id + "-title\">" + EscapeHtml(title) + "</h2>\n";
+         "-title\"" + attributes + ">\n<h2 id=\"" + id + "-title\">" + EscapeHtml(title) +
+         "</h2>\n";
 }
 
 /// Writes the page. All strings that come from files pass through `EscapeHtml` or `RenderHTML`.
@@ -71,10 +72,10 @@ class PageWriter {
   std::string Header() const {
     const common::HostDescription& host = input_.host;
     return "<header>\n<h1>Preview of " + EscapeHtml(FileName(input_.data.name)) + "</h1>\n" +
-           Paragraph("preview-muted",
-                     EscapeHtml("Host description: " + FileName(input_.hostName) + ", version " +
-                                host.clientVersion + ", build " + host.buildNumber + ", platform " +
-                                host.platform)) +
+           Paragraph("preview-muted", EscapeHtml("Host description: " + FileName(input_.hostName) +
+                                                 PhraseWith(", version ", host.clientVersion) +
+                                                 PhraseWith(", build ", host.buildNumber) +
+                                                 PhraseWith(", platform ", host.platform))) +
            "</header>\n";
   }
 
@@ -100,7 +101,9 @@ class PageWriter {
   }
 
   std::string Findings() const {
-    std::string html = SectionStart("preview-findings", "findings", "Findings") +
+    // The section can have its own scroll bar but no link. Without a tab stop, the keyboard could
+    // not scroll it.
+    std::string html = SectionStart("preview-findings", "findings", "Findings", " tabindex=\"0\"") +
                        Paragraph("preview-muted", EscapeHtml(LintSummary(report_)));
     if (!report_.findings.empty()) html += "<ul>\n";
     for (const Finding& finding : report_.findings) html += FindingItem(finding);

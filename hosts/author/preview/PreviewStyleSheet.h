@@ -66,7 +66,8 @@ a {
   color: var(--preview-link);
   text-underline-offset: 0.15em;
 }
-a:focus-visible {
+a:focus-visible,
+.preview-findings:focus-visible {
   outline: 2px solid;
   outline-offset: 2px;
 }

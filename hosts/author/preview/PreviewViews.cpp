@@ -9,8 +9,8 @@
 
 #include <orncore/string/Conversion.h>
 #include <ornwhatsnew/FeatureListData.h>
+#include <ornwhatsnew/VisibilityExplanation.h>
 #include <ornwhatsnew/WhatsNewTypes.h>
-#include <ornwhatsnew/utility/PersistedList.h>
 
 #include "hosts/author/lint/Rules.h"
 #include "hosts/common/StateStore.h"
@@ -45,8 +45,11 @@ struct User {
   common::StateValues state = {};
 };
 
+/// Returns the full version of the application. Returns an empty string if the host has neither a
+/// version nor a build number.
 std::string FullVersion() {
-  return orncore::string::UTF16to8(ornwhatsnew::GetFullClientVersionString());
+  const std::string version = orncore::string::UTF16to8(ornwhatsnew::GetFullClientVersionString());
+  return version == "." ? "" : version;
 }
 
 /// Returns a list for `user`, which must outlive it. Configures the services of the process.
@@ -57,27 +60,18 @@ std::unique_ptr<FeatureListData> LoadList(const std::string& data, User& user) {
       [&user](const std::string& key, const std::string& value) { user.state[key] = value; });
 }
 
-/// Returns the lines of the changes that a display for `user` shows, by the key of their item.
-LinesByItem ShownLines(const FeatureListData& list, User& user, const DisplayOptions& options,
+/// Returns the lines of the changes that a display shows, by the key of their item.
+LinesByItem ShownLines(const FeatureListData& list, const DisplayOptions& options,
                        const LinesByItem& lines) {
-  ornwhatsnew::GuidSet seen;
-  for (const std::string_view guid :
-       ornwhatsnew::SplitPersistedList(user.state[ornwhatsnew::kAllSeenItemsKey])) {
-    seen.emplace(guid);
-  }
-  ornwhatsnew::VersionSet versions = {FullVersion()};
-  for (const std::string_view version :
-       ornwhatsnew::SplitPersistedList(user.state[ornwhatsnew::kAllVersionsSeenKey])) {
-    versions.emplace(version);
-  }
   LinesByItem shown;
-  for (const auto& [key, linesOfItem] : lines) {
-    const auto& changes = list.GetFeatureItems().at(key)->GetAllChanges();
-    for (std::size_t i = 0; i < linesOfItem.size(); ++i) {
-      if (changes[i]->ShouldShowItemToUser(options, seen, versions)) {
-        shown[key].push_back(linesOfItem[i]);
-      }
+  for (const ornwhatsnew::ItemVisibility& explained : list.ExplainVisibility(options)) {
+    const auto found = lines.find(explained.item->FeatureJiraIDKey());
+    if (found == lines.end() || !explained.hidingRules.empty()) continue;
+    Lines linesOfItem;
+    for (std::size_t i = 0; i < found->second.size(); ++i) {
+      if (explained.changes[i].hidingRules.empty()) linesOfItem.push_back(found->second[i]);
     }
+    shown[found->first] = std::move(linesOfItem);
   }
   return shown;
 }
@@ -131,6 +125,7 @@ class ViewMaker {
   ViewMaker(const PreviewInput& input, const LintedFile& file)
       : input_(input), outside_{input.host}, lines_(LinesOfChanges(file)) {
     outside_.host.internalFeaturesAllowed = false;
+    outside_.host.terminating = false;
     common::InstallHost(outside_.host);
     version_ = FullVersion();
   }
@@ -145,11 +140,12 @@ class ViewMaker {
   }
 
  private:
+  std::string OnPlatform() const { return PhraseWith(" on the platform ", input_.host.platform); }
+
   void AddOutside() {
     Add({"outside", "Outside user",
-         "Everything that a user without the internal-features permission can see on the "
-         "platform " +
-             input_.host.platform + "."},
+         "Everything that a user without the internal-features permission can see" + OnPlatform() +
+             "."},
         outside_, ornwhatsnew::kFilterRelevantPlatform);
   }
 
@@ -157,16 +153,15 @@ class ViewMaker {
     User user = outside_;
     user.host.internalFeaturesAllowed = true;
     Add({"internal", "Internal user",
-         "Everything that a user with the internal-features permission can see on the platform " +
-             input_.host.platform + "."},
+         "Everything that a user with the internal-features permission can see" + OnPlatform() +
+             "."},
         user, ornwhatsnew::kFilterRelevantPlatform);
   }
 
   void AddFirstStart() {
     Add({"first-start", "First start",
-         "What is new for an outside user who starts the application for the first time, in "
-         "version " +
-             version_ +
+         "What is new for an outside user who starts the application for the first time" +
+             PhraseWith(", in version ", version_) +
              ". If the application marks all changes as seen at the first start, it announces "
              "none of them."},
         outside_, kRelevant | ornwhatsnew::kShowOnlyNew);
@@ -182,8 +177,9 @@ class ViewMaker {
     user.host.clientVersion = input_.host.clientVersion;
     Add({"seen", "After an update",
          "What is new for an outside user who saw " +
-             std::filesystem::path(seen.name).filename().native() + " in version " + seenVersion +
-             " and now starts version " + version_ + "."},
+             std::filesystem::path(seen.name).filename().native() +
+             PhraseWith(" in version ", seenVersion) + " and now starts " +
+             (version_.empty() ? "the application" : "version " + version_) + "."},
         user, kRelevant | ornwhatsnew::kShowOnlyNew);
   }
 
@@ -199,7 +195,7 @@ class ViewMaker {
     const auto list = LoadList(input_.data.text, user);
     view.layout = list->PreviewLayout(options);
     view.count = list->CountNew(options);
-    SetIDs(view, ShownLines(*list, user, options, lines_));
+    SetIDs(view, ShownLines(*list, options, lines_));
     views_.push_back(std::move(view));
   }
 
@@ -211,6 +207,10 @@ class ViewMaker {
 };
 
 }  // namespace
+
+std::string PhraseWith(std::string_view words, std::string_view value) {
+  return value.empty() ? "" : std::string(words) + std::string(value);
+}
 
 std::vector<PreviewView> MakePreviewViews(const PreviewInput& input, const LintedFile& file) {
   return ViewMaker(input, file).Make();

@@ -6,6 +6,7 @@
 #include <map>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include <ornwhatsnew/PanelLayout.h>
@@ -43,8 +44,12 @@ struct PreviewView {
   std::map<std::size_t, std::string> idsByLine = {};
 };
 
+/// Returns `words` followed by `value`. Returns an empty string if `value` is empty.
+std::string PhraseWith(std::string_view words, std::string_view value);
+
 /// Returns the panels in the order of the page. `file` is the data file of `input`. Configures the
 /// services of the process. All users have the platform and the features of the host description.
+/// The application is not terminating, so users can rate features.
 ///
 /// - The panels of an outside user and of an internal user show all changes for the platform.
 /// - The panels of a first start and of a user who saw the earlier data file show what is new, for

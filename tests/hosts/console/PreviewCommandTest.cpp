@@ -14,6 +14,7 @@
 
 #include "hosts/common/TextFile.h"
 #include "hosts/common/ToolError.h"
+#include "tests/hosts/common/CatalogBytes.h"
 #include "tests/hosts/console/ProgramFixture.h"
 
 namespace hosts::console {
@@ -39,6 +40,19 @@ class PreviewCommand : public ProgramTest {
   std::string Page() const { return common::ReadTextFile(PageFile()); }
   std::vector<std::string> Words() const {
     return {"preview", "{data}", "{host}", "-o", PageFile()};
+  }
+
+  /// Writes a catalog that translates the text of `$$$/News` as `text`, and returns its path.
+  std::filesystem::path WriteCatalog(const std::string& text) const {
+    return folder_.Write(
+        "de.mo", common::CatalogBytes(
+                     {common::Properties(), {common::InContext("$$$/News", "News"), text}}));
+  }
+
+  /// Writes a host description that names the catalog, and data with the text of `$$$/News`.
+  void UseCatalog() const {
+    folder_.Write("host.json", R"({"clientVersion": "25.1", "dictionaryFiles": ["de.mo"]})");
+    WriteData("25.1,MISC,,,,,,,,$$$/News=News\n");
   }
 
   std::string ErrorFile() const { return folder_.Path() / "errors"; }
@@ -126,6 +140,42 @@ TEST_F(PreviewCommand, DoesNotReplaceItsInput) {
     EXPECT_THAT(result.errors, HasSubstr("would replace the input file '" + file + "'"));
   }
   EXPECT_EQ(common::ReadTextFile(DataFile()), before);
+}
+
+TEST_F(PreviewCommand, DoesNotReplaceFilesThatItsInputRefersTo) {
+  UseCatalog();
+  for (const std::filesystem::path& file :
+       {WriteCatalog("Neu"), folder_.Write(".ornwhatsnew-lint.json", "{}")}) {
+    const std::string before = common::ReadTextFile(file);
+    const ProgramResult result = Run({"preview", "{data}", "{host}", "-o", file});
+    EXPECT_EQ(result.exitStatus, kUsage);
+    EXPECT_THAT(result.errors, HasSubstr("would replace the input file '" + file.native() + "'"));
+    EXPECT_EQ(common::ReadTextFile(file), before);
+  }
+}
+
+TEST_F(PreviewCommand, WatchNoticesChangesOfTheDictionary) {
+  UseCatalog();
+  WriteCatalog("Neuigkeit");
+  const auto program = StartWatching();
+  WaitUntilFileContains(PageFile(), "Neuigkeit");
+  folder_.Write("de.mo", "not a catalog");
+  WaitUntilFileContains(ErrorFile(), "de.mo");
+  WriteCatalog("Eine Verbesserung");
+  WaitUntilFileContains(PageFile(), "Eine Verbesserung");
+  program->Interrupt();
+  EXPECT_EQ(program->Wait().exitStatus, 0);
+}
+
+TEST_F(PreviewCommand, WatchNoticesANewConfigurationOfLint) {
+  const std::string noteOnTheUnknownID = "<strong>note</strong> line 6,";
+  const auto program = StartWatching();
+  WaitUntilFileContains(PageFile(), "grouping-id-unknown");
+  EXPECT_THAT(Page(), Not(HasSubstr(noteOnTheUnknownID)));
+  folder_.Write(".ornwhatsnew-lint.json", R"({"severity": {"grouping-id-unknown": "note"}})");
+  WaitUntilFileContains(PageFile(), noteOnTheUnknownID);
+  program->Interrupt();
+  EXPECT_EQ(program->Wait().exitStatus, 0);
 }
 
 TEST_F(PreviewCommand, WatchWritesThePageAgainAfterEachChange) {

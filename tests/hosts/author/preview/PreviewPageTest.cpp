@@ -119,7 +119,7 @@ std::vector<std::string> LinksIn(const std::string& html) {
   return links;
 }
 
-/// A user of the library, for whom nobody calls the code under test.
+/// A user of the library that does not use the code under test.
 class LibraryUser {
  public:
   explicit LibraryUser(common::HostDescription host) : host_(std::move(host)) {}
@@ -195,10 +195,30 @@ TEST(PreviewPage, SaysWhatLintDoesNotList) {
               HasSubstr("one more finding with the code salience-unknown is not listed</p>"));
 }
 
-TEST(PreviewPage, PermissionOfTheHostDescriptionHasNoEffect) {
+TEST(PreviewPage, OmitsEmptyMembersOfTheHostDescription) {
+  PreviewInput input = MakeInput();
+  input.seen = PreviewFile{"old.csv", std::string(kHeader)};
+  input.host.clientVersion = "";
+  input.host.buildNumber = "";
+  input.host.platform = "";
+  const std::string page = PreviewPage(input);
+  EXPECT_THAT(page, AllOf(HasSubstr(">Host description: host.json</p>"),
+                          HasSubstr("without the internal-features permission can see.</p>"),
+                          HasSubstr("with the internal-features permission can see.</p>"),
+                          HasSubstr("starts the application for the first time. If the"),
+                          HasSubstr("who saw old.csv and now starts the application.</p>")));
+}
+
+TEST(PreviewPage, FindingsAreATabStop) {
+  EXPECT_THAT(PreviewPage(MakeInput()),
+              HasSubstr("id=\"findings\" aria-labelledby=\"findings-title\" tabindex=\"0\">"));
+}
+
+TEST(PreviewPage, PermissionAndTerminationOfTheHostDescriptionHaveNoEffect) {
   PreviewInput input = MakeInput();
   const auto panels = PanelsOf(PreviewPage(input));
   input.host.internalFeaturesAllowed = true;
+  input.host.terminating = true;
   EXPECT_EQ(PanelsOf(PreviewPage(input)), panels);
 }
 
@@ -363,6 +383,7 @@ TEST(PreviewViews, IDsOfRandomFilesNameTheChangesOfTheirLines) {
           WithoutSpaces(list.LocalizeIfNecessary(row.change->GetDescription()));
     }
     for (const PreviewView& view : MakePreviewViews(input, file)) {
+      EXPECT_EQ(view.idsByLine.size(), view.count.changes) << view.id;
       for (const auto& [line, id] : view.idsByLine) {
         const auto index = std::ranges::find(view.paragraphIDs, id) - view.paragraphIDs.begin();
         const auto& paragraph = view.layout.paragraphs.at(static_cast<std::size_t>(index));
