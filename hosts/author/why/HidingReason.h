@@ -33,7 +33,7 @@ std::vector<std::string> ItemReasonsForChanges(const ExplainedItem& item);
 
 /// Returns why a display hides the change with the index `index` of an item, apart from
 /// `ItemReasonsForChanges`. `userVersions` contains the full versions in which the user opened
-/// What's New.
+/// What's New. A reason names at most three of them, so the running version must be the first one.
 std::vector<std::string> ChangeReasons(const ExplainedItem& item, std::size_t index,
                                        std::span<const std::string> userVersions);
 

@@ -95,13 +95,59 @@ TEST_F(WhyReportTest, NamesTheLetterCaseOfPlatformsAndAHostWithoutOne) {
 }
 
 TEST_F(WhyReportTest, ListsAtMostThreeVersionsOfTheUser) {
-  Load("26.0,MAP-7,,,,25.2,,,,Zooms\n");
+  Load("26,MAP-7,,,,25,,,,Zooms\n");
   versions_ = {"1", "2", "3"};
   EXPECT_THAT(ExplainLine(2, kFilterRelevantVersion),
               EndsWith("; this user ran '1', '2' and '3'\n"));
   versions_.emplace_back("4");
   EXPECT_THAT(ExplainLine(2, kFilterRelevantVersion),
               EndsWith("; this user ran '1', '2' and 2 others\n"));
+}
+
+TEST_F(WhyReportTest, SaysThatARangeOfVersionsIsInvalid) {
+  const auto reason = [this](const std::string& first, const std::string& added) {
+    Load(added + ",MAP-7,,,," + first + ",,,,Zooms\n");
+    const std::string explained = ExplainLine(2, kFilterRelevantVersion);
+    return explained.substr(explained.find('\n') + 1);
+  };
+  EXPECT_EQ(reason("4.1", ""),
+            "not shown: it has no version in column 1, so a version filter never shows it\n");
+  EXPECT_EQ(reason("next", "4.3"), "not shown: 'next' is not a version\n");
+  EXPECT_EQ(reason("4.1", "4.x"), "not shown: '4.x' is not a version\n");
+  EXPECT_EQ(reason("4.2000", "4.3"),
+            "not shown: '4.2000' has a component that is not from 0 to 999, so it cannot be "
+            "compared\n");
+  EXPECT_EQ(reason("4.999.0.0", "4.-3.0.0"),
+            "not shown: '4.-3.0.0' has a component that is not from 0 to 999, so it cannot be "
+            "compared\n");
+  EXPECT_EQ(reason("4.1.0.0", "4.3"),
+            "not shown: '4.1.0.0' and '4.3' have different numbers of components, so they cannot "
+            "be compared\n");
+  EXPECT_EQ(reason("4.3.0.0", "4.3.0.0"),
+            "not shown: '4.3.0.0' is not before '4.3.0.0', so no user is in the range\n");
+  EXPECT_EQ(reason("4.3.0.1", "4.3.0.0"),
+            "not shown: '4.3.0.1' is not before '4.3.0.0', so no user is in the range\n");
+}
+
+TEST_F(WhyReportTest, SaysThatVersionsOfTheUserCannotBeCompared) {
+  Load("4.3,MAP-7,,,,4.1,,,,Zooms\n");
+  versions_ = {"4.2.0.0.118"};
+  EXPECT_THAT(ExplainLine(2, kFilterRelevantVersion),
+              EndsWith("\nnot shown: '4.1', '4.3' and the user's '4.2.0.0.118' have different "
+                       "numbers of components, so they cannot be compared\n"));
+  versions_ = {"4.4", "4.2.0", "3"};
+  EXPECT_THAT(ExplainLine(2, kFilterRelevantVersion),
+              EndsWith("\nnot shown: '4.1', '4.3' and the user's '4.2.0' and '3' have different "
+                       "numbers of components, so they cannot be compared\n"));
+  versions_ = {"4.3", "4.0", "dev.2"};
+  EXPECT_THAT(ExplainLine(2, kFilterRelevantVersion),
+              EndsWith("; this user ran '4.3', '4.0' and 'dev.2'\n"));
+  Load("4.3.0,MAP-7,,,,4.1.0,,,,Zooms\n");
+  versions_ = {"4.4.0", "4.2.5000"};
+  EXPECT_THAT(
+      ExplainLine(2, kFilterRelevantVersion),
+      EndsWith("\nnot shown: the user's '4.2.5000' has a component that is not from 0 to 999, "
+               "so it cannot be compared\n"));
 }
 
 TEST_F(WhyReportTest, ExplainsAChangeWithoutText) {
