@@ -186,6 +186,12 @@ std::string Noun(const ExplainedItem& item) {
   return item.visibility.item->IsSection() ? "section" : "feature";
 }
 
+std::string PlacementReason(const FeatureListDetail& change) {
+  if (change.DetailInternalOverrideUnreviewed()) return "its salience is Unreviewed";
+  return change.DetailInternalCouldNotMatchBetaFeature() ? "its IDs match no feature or section"
+                                                         : "";
+}
+
 std::vector<std::string> ItemReasons(const ExplainedItem& item) {
   std::vector<std::string> reasons;
   for (const HidingRule rule : item.visibility.hidingRules) {

@@ -1,4 +1,4 @@
-// Writes the table of `ornwhatsnew why`.
+// Writes the tables of `ornwhatsnew why`.
 #ifndef HOSTS_AUTHOR_WHY_WHYTABLE_H_
 #define HOSTS_AUTHOR_WHY_WHYTABLE_H_
 
@@ -17,6 +17,10 @@ namespace hosts::author {
 std::string WhyTable(const ornwhatsnew::FeatureListData& list,
                      std::span<const std::string> userVersions,
                      std::span<const ExplainedItem* const> items);
+
+/// Returns such a table with a row for each change of `item`, but not for the item.
+std::string ChangeTable(const ornwhatsnew::FeatureListData& list,
+                        std::span<const std::string> userVersions, const ExplainedItem& item);
 
 }  // namespace hosts::author
 

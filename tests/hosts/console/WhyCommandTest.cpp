@@ -31,7 +31,8 @@ TEST_F(WhyCommand, ExplainsAllChangesWithTheFiltersOfShow) {
       "     5  hidden  BUGFIX    No crash on full disks            only relevant on Win; this host "
       "is Mac\n"
       "        hidden  INTERNAL  Internal notes                    only internal users see it\n"
-      "     6  hidden  INTERNAL  Nobody knows where this belongs   hidden with its section\n"
+      "     6  hidden  INTERNAL  Nobody knows where this belongs   its IDs match no "
+      "feature or section, so it is hidden with its section\n"
       "\n"
       "shown: 2 of 5 features and sections, 1 of 4 changes\n",
       OutputOf({"why", "{data}", "{host}", "--platform", "--relevant-versions"}));

@@ -14,6 +14,7 @@
 
 #include "hosts/author/InputError.h"
 #include "hosts/author/lint/LintContext.h"
+#include "tests/support/Builders.h"
 #include "tests/support/FakeHost.h"
 #include "tests/support/Matchers.h"
 #include "tests/support/RandomSource.h"
@@ -33,8 +34,6 @@ using testing::EndsWith;
 using testing::HasSubstr;
 using testing::Not;
 
-constexpr std::string_view kHeader = "1,2,3,4,5,6,7,8,9,10\n";
-
 class WhyReportTest : public test_support::FakeHostTest {
  protected:
   WhyReportTest() {
@@ -44,7 +43,12 @@ class WhyReportTest : public test_support::FakeHostTest {
 
   /// Loads a data file with the header row and `rows`.
   void Load(std::string_view rows) {
-    text_ = std::string(kHeader) += rows;
+    LoadWithoutHeader(std::string(test_support::DataFile().Text()) += rows);
+  }
+
+  /// Loads a data file that consists of `rows`.
+  void LoadWithoutHeader(std::string_view rows) {
+    text_ = rows;
     list_ = std::make_unique<FeatureListData>(text_, host_.Getter(), host_.Setter());
   }
 
@@ -219,6 +223,37 @@ TEST_F(WhyReportTest, SaysWhyAChangeBelongsToAnInternalSection) {
               HasSubstr(" a change of the section 'UNREVIEWED', because its salience is "
                         "Unreviewed: 'Draft'\n"));
   EXPECT_THAT(ExplainLine(4), HasSubstr(" a change of the section 'INTERNAL': 'Note'\n"));
+  const std::string table = Report({}).ExplainAll();
+  EXPECT_THAT(table, HasSubstr("  its IDs match no feature or section, so it is hidden with its "
+                               "section\n"));
+  EXPECT_THAT(table, HasSubstr("  its salience is Unreviewed, so it is hidden with its section\n"));
+  EXPECT_THAT(table, HasSubstr("  Note" + std::string(30, ' ') + "hidden with its section\n"));
+}
+
+TEST_F(WhyReportTest, SaysWhetherTheStoryIDOfAChangeDeterminesItsItem) {
+  Load(",PEN-2,MAP-7,,,,,,,Zooms\n,MAP-7,MAP-7,,,,,,,Pans\n,MAP-7,ORN-9,,,,,,,Tilts\n");
+  EXPECT_THAT(ExplainLine(2), HasSubstr(" a change of the feature 'MAP-7', because its story ID is "
+                                        "that key: 'Zooms'\n"));
+  EXPECT_THAT(ExplainLine(3), HasSubstr(" a change of the feature 'MAP-7': 'Pans'\n"));
+  EXPECT_THAT(ExplainLine(4), HasSubstr(" a change of the feature 'MAP-7': 'Tilts'\n"));
+}
+
+TEST_F(WhyReportTest, SaysThatTheFirstRowIsLostWithoutAHeader) {
+  const std::string change =
+      "data.csv:1: used as the header row, so its change is lost; add a header row before it\n";
+  for (const char* row :
+       {"4.3,X-1,,,,,,,,Zooms\n", ",MISC,,,,,,,,Zooms\n", ",MAP-7,,,,,,,,Zooms\n"}) {
+    LoadWithoutHeader(row);
+    EXPECT_EQ(ExplainLine(1), change) << row;
+    EXPECT_THAT(Report({}).ExplainAll(), EndsWith(" changes\n" + change)) << row;
+  }
+  LoadWithoutHeader("4.2,changes-since\n" + test_support::DataFile().Text());
+  EXPECT_EQ(ExplainLine(1),
+            "data.csv:1: used as the header row, so its version is lost; put a header row before "
+            "it\n");
+  LoadWithoutHeader("a,b,c,d,e,f,g,h,i,j\n,MISC,,,,,,,,Icons\n");
+  EXPECT_EQ(ExplainLine(1), "data.csv:1: the header row, which is never a change\n");
+  EXPECT_THAT(Report({}).ExplainAll(), EndsWith(" changes\n"));
 }
 
 TEST_F(WhyReportTest, SaysWhatARowIsThatContainsNoChange) {
@@ -280,7 +315,6 @@ TEST_F(WhyReportTest, ExplainsAFeatureWithATableOfItsChanges) {
             "shown\n"
             "\n"
             "  LINE  STATUS  FEATURE  TEXT                              REASON\n"
-            "        shown   MAP-7    Map\n"
             "     2  hidden  MAP-7    Zooms                             only relevant on Win; this "
             "host is Mac\n"
             "     4  shown   MAP-7    Pans\n");
@@ -343,8 +377,8 @@ TEST_F(WhyReportTest, ShowsLocalisedTextsOnOneLineWithoutInvisibleCharacters) {
   host_.AddFeature({.internalKey = "map", .epicKey = "MAP-7", .name = "$$$/map=Map\u200B"});
   Load(",MAP-7,,,,,,,,$$$/zoom=Zooms#{endl}in\n");
   EXPECT_THAT(ExplainLine(2), HasSubstr(": 'Zooms\\u000ain'\n"));
-  EXPECT_THAT(ExplainKey("MAP-7"),
-              HasSubstr("  Map\\u200b\n     2  shown   MAP-7    Zooms\\u000ain\n"));
+  EXPECT_THAT(ExplainKey("MAP-7"), HasSubstr("     2  shown   MAP-7    Zooms\\u000ain\n"));
+  EXPECT_THAT(Report({}).ExplainAll(), HasSubstr("  shown   MAP-7    Map\\u200b\n"));
 }
 
 // The report finds the line of a change by counting the rows that belong to the same item.
