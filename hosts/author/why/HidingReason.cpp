@@ -139,17 +139,24 @@ std::string ItemReason(HidingRule rule, const ExplainedItem& item) {
                                FeatureListDetail::kSalienceHideBetaFeature);
     case HidingRule::kInternalVisibility:
       return "its visibility is 1, and no change has the salience UnhideBetaFeature";
-    case HidingRule::kSectionInRatingView:
-      return "only features can be rated";
     case HidingRule::kNoShownChange:
       return "none of its changes is shown";
+    case HidingRule::kSectionInRatingView:
+      return "only features can be rated";
     case HidingRule::kRated:
       return "rated already";
     case HidingRule::kNotSeen:
       return "not seen yet, so it cannot be rated";
-    default:
+    case HidingRule::kSeen:
       return "seen already";
+    case HidingRule::kOtherPlatform:
+    case HidingRule::kHeadlinesOnly:
+    case HidingRule::kOtherVersion:
+    case HidingRule::kNoRatingRequest:
+    case HidingRule::kNoText:
+      break;
   }
+  return {};
 }
 
 /// Returns why a display hides the change. "It" is the change.
@@ -166,12 +173,24 @@ std::string ChangeReason(HidingRule rule, const FeatureListDetail& change,
       return "it requests no rating";
     case HidingRule::kNotSeen:
       return "not seen yet, so it cannot be rated";
-    case HidingRule::kNoText:
-      return change.GetRatingRequestOptional().empty() ? "it has no text"
-                                                       : "it requests a rating, but has no text";
-    default:
+    case HidingRule::kSeen:
       return "seen already";
+    case HidingRule::kNoText:
+      return change.GetRatingRequestOptional().empty()
+                 ? "it has no text"
+                 : "it has no text, and only the rating view shows such a rating request";
+    case HidingRule::kTerminating:
+    case HidingRule::kUsageLoggingOff:
+    case HidingRule::kUnavailable:
+    case HidingRule::kInternalUsersOnly:
+    case HidingRule::kHideBetaFeature:
+    case HidingRule::kInternalVisibility:
+    case HidingRule::kNoShownChange:
+    case HidingRule::kSectionInRatingView:
+    case HidingRule::kRated:
+      break;
   }
+  return {};
 }
 
 /// Returns whether an item that this rule hides has no shown change, so that each of its changes

@@ -158,7 +158,7 @@ TEST_F(WhyReportTest, ExplainsAChangeWithoutText) {
   Load(",MAP-7,,,RequestRating,,,,,\n,MAP-7,,,,,,,,\n");
   EXPECT_EQ(ExplainLine(2),
             "data.csv:2: a change of the feature 'MAP-7'\n"
-            "not shown: it requests a rating, but has no text\n");
+            "not shown: it has no text, and only the rating view shows such a rating request\n");
   EXPECT_THAT(ExplainLine(3), EndsWith("\nnot shown: it has no text\n"));
 }
 
