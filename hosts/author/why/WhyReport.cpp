@@ -7,6 +7,7 @@
 #include <unordered_map>
 #include <utility>
 
+#include <ornappsupport/feature/FeatureService.h>
 #include <orncore/string/Conversion.h>
 #include <orncore/string/SafeText.h>
 #include <ornwhatsnew/ChangePlacement.h>
@@ -92,13 +93,17 @@ std::string BelongingReason(const FeatureListItem& item,
 
 /// Returns what to do about a key that no item has.
 std::string KeyRemedy(std::string_view key, std::span<const ExplainedItem> items) {
+  // Features with the same epic key are one item, which has only one of their internal keys.
+  const ornappsupport::feature::BetaFeatureMap& features =
+      ornappsupport::feature::GetConstBetaFeatureMap();
+  const auto feature = features.find(key);
+  if (feature != features.end() && !feature->second.GetJiraEpicKey().empty()) {
+    return "it is the internal key of a feature, so use its epic key " +
+           Quoted(feature->second.GetJiraEpicKey());
+  }
   std::vector<std::string_view> keys;
   for (const ExplainedItem& item : items) {
-    const FeatureListItem& data = *item.visibility.item;
-    keys.push_back(data.FeatureJiraIDKey());
-    if (!data.IsSection() && data.BetaFeatureInternalKey() == key) {
-      return "it is the internal key of a feature, so use its epic key " + Quoted(keys.back());
-    }
+    keys.push_back(item.visibility.item->FeatureJiraIDKey());
   }
   const std::optional<std::string> nearest = NearestWord(key, keys);
   return nearest ? "the most similar key is " + Quoted(*nearest)
@@ -195,9 +200,10 @@ std::string WhyReport::ExplainOtherRow(std::size_t line) const {
     if (row->lineNumber != line) continue;
     return PlaceOf(line) + KindOf(*row, list_.GetFeatureItems()) + "\n";
   }
-  throw InputError(0, "it has no line " + std::to_string(line) +
-                          (lines == 0 ? "; the file is empty"
-                                      : "; use a number from 1 to " + std::to_string(lines)));
+  throw InputError(0, "it has no line " + std::to_string(line) + "; " +
+                          (lines == 0   ? "the file is empty"
+                           : lines == 1 ? "it has only one line"
+                                        : "use a number from 1 to " + std::to_string(lines)));
 }
 
 std::string WhyReport::ExplainKey(const std::string& key) const {

@@ -293,17 +293,22 @@ TEST_F(WhyReportTest, RejectsALineOutsideOfTheFile) {
   Load(",MISC,,,,,,,,Icons");
   EXPECT_EQ(errorOf(2), "no error");
   EXPECT_EQ(errorOf(3), "it has no line 3; use a number from 1 to 2");
-  text_.clear();
-  list_->InitWithData(text_);
+  LoadWithoutHeader("a,b\n");
+  EXPECT_EQ(errorOf(2), "it has no line 2; it has only one line");
+  LoadWithoutHeader("");
   EXPECT_EQ(errorOf(1), "it has no line 1; the file is empty");
 }
 
 TEST_F(WhyReportTest, RejectsAnUnknownKeyWithARemedy) {
+  host_.AddFeature({.internalKey = "atlas", .epicKey = "MAP-7", .name = "Atlas"});
+  host_.AddFeature({.internalKey = "nameless", .epicKey = "", .name = "Nameless"});
   Load("");
   const auto errorOf = [this](const char* key) { return ErrorOf([&] { ExplainKey(key); }); };
   EXPECT_EQ(errorOf("map"),
             "no feature or section has the key 'map'; it is the internal key of a feature, so use "
             "its epic key 'MAP-7'");
+  EXPECT_THAT(errorOf("atlas"), EndsWith(", so use its epic key 'MAP-7'"));
+  EXPECT_THAT(errorOf("nameless"), EndsWith("; omit --key to list all features and sections"));
   EXPECT_THAT(errorOf("misc"), EndsWith("; the most similar key is 'MISC'"));
   EXPECT_THAT(errorOf("x"), EndsWith("; omit --key to list all features and sections"));
 }
