@@ -28,17 +28,17 @@ enum class HidingRule : std::uint8_t {
   kHideBetaFeature,
   /// The visibility of the item is `kInternal`, and no change has the salience "UnhideBetaFeature".
   kInternalVisibility,
-  /// `kRatingView`: the item is a section. Only features can be rated.
-  kSectionInRatingView,
   /// No change of the item is shown. This rule applies to sections, and with `kRatingView` to
   /// features.
   kNoShownChange,
+  /// `kRatingView`: the item is a section. Only features can be rated.
+  kSectionInRatingView,
   /// `kRatingView`: the user has rated the feature.
   kRated,
 
   // Rules for items and changes.
 
-  /// `kRatingView`: the user has not seen the feature, or the change, which has a text.
+  /// `kRatingView`: the user has not seen the feature, or a change that has a text.
   kNotSeen,
   /// `kShowOnlyNew` without `kRatingView`: a seen change, or a seen feature without shown changes.
   kSeen,

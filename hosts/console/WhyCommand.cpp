@@ -1,8 +1,6 @@
-#include <algorithm>
 #include <filesystem>
 #include <string>
 #include <string_view>
-#include <utility>
 #include <vector>
 
 #include <orncore/string/Conversion.h>
@@ -19,17 +17,14 @@
 namespace hosts::console {
 namespace {
 
-/// Returns the full versions in which the user opened What's New. The running version is one of
-/// them, because the list counts it, too.
+/// Returns the full versions in which the user opened What's New. The first one is the running
+/// version, because the list counts it, too.
 std::vector<std::string> UserVersions(const common::StateStore& store) {
+  const std::string running = orncore::string::UTF16to8(ornwhatsnew::GetFullClientVersionString());
   const std::string stored = store.Get(common::kAllVersionsSeenKey);
-  std::vector<std::string> versions;
+  std::vector<std::string> versions = {running};
   for (const std::string_view version : ornwhatsnew::SplitPersistedList(stored)) {
-    if (!version.empty()) versions.emplace_back(version);
-  }
-  std::string running = orncore::string::UTF16to8(ornwhatsnew::GetFullClientVersionString());
-  if (std::ranges::find(versions, running) == versions.end()) {
-    versions.push_back(std::move(running));
+    if (!version.empty() && version != running) versions.emplace_back(version);
   }
   return versions;
 }

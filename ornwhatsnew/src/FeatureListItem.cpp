@@ -99,7 +99,7 @@ bool FeatureListItem::ShouldShowItemToUser(const DisplayOptions& options, const 
 }
 
 bool FeatureListItem::ShowForRating(const GuidSet& seen) const {
-  return !ItemHasBeenRated(seen) && ItemHasBeenSeen(seen);
+  return IsItemForRating(ItemHasBeenRated(seen), ItemHasBeenSeen(seen));
 }
 
 bool FeatureListItem::ItemHasBeenSeen(const GuidSet& seen) const {

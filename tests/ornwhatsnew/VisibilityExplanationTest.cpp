@@ -125,7 +125,7 @@ TEST_F(VisibilityExplanation, ListsEveryRuleOfAFeatureInTheOrderOfTheRules) {
               ElementsAre(HidingRule::kTerminating, HidingRule::kUsageLoggingOff,
                           HidingRule::kUnavailable, HidingRule::kInternalUsersOnly,
                           HidingRule::kHideBetaFeature, HidingRule::kInternalVisibility,
-                          HidingRule::kNoShownChange, HidingRule::kNotSeen));
+                          HidingRule::kNotSeen, HidingRule::kNoShownChange));
   EXPECT_THAT(RulesOfItem("EPIC-2", {}),
               ElementsAre(HidingRule::kUnavailable, HidingRule::kInternalUsersOnly,
                           HidingRule::kHideBetaFeature, HidingRule::kInternalVisibility));
@@ -144,7 +144,7 @@ TEST_F(VisibilityExplanation, ListsTheRulesOfSections) {
   EXPECT_THAT(RulesOfItem("INTERNAL", {}), ElementsAre(HidingRule::kInternalUsersOnly));
   EXPECT_THAT(RulesOfItem("MISC", {}), ElementsAre(HidingRule::kNoShownChange));
   EXPECT_THAT(RulesOfItem("MISC", kRatingView),
-              ElementsAre(HidingRule::kSectionInRatingView, HidingRule::kNoShownChange));
+              ElementsAre(HidingRule::kNoShownChange, HidingRule::kSectionInRatingView));
 }
 
 TEST_F(VisibilityExplanation, FeatureWithoutNewChangesIsSeen) {
@@ -161,6 +161,21 @@ TEST_F(VisibilityExplanation, RatedFeatureIsHiddenInTheRatingView) {
   EXPECT_THAT(RulesOfItem("EPIC-1", kRatingView), IsEmpty());
   list_->MarkItemHasBeenRated("EPIC-1");
   EXPECT_THAT(RulesOfItem("EPIC-1", kRatingView), ElementsAre(HidingRule::kRated));
+}
+
+TEST_F(VisibilityExplanation, RatedFeatureCanAlsoBeNewAndWithoutShownChanges) {
+  const ChangeRow rated = {.groupingID = "EPIC-1", .ratingRequest = "How?", .description = "Text"};
+  Load({rated});
+  Show();
+  list_->MarkItemHasBeenRated("EPIC-1");
+  EXPECT_THAT(RulesOfItem("EPIC-1", kRatingView | kFilterHeadlinesOnly),
+              ElementsAre(HidingRule::kRated, HidingRule::kNoShownChange));
+  // The rated identity depends only on the rating request, so a new text keeps it.
+  ChangeRow edited = rated;
+  edited.description = "Another text";
+  Load({edited});
+  EXPECT_THAT(RulesOfItem("EPIC-1", kRatingView),
+              ElementsAre(HidingRule::kRated, HidingRule::kNotSeen, HidingRule::kNoShownChange));
 }
 
 TEST_F(VisibilityExplanation, MarksNothingAsSeen) {

@@ -1,11 +1,14 @@
 #include "hosts/author/why/HidingReason.h"
 
 #include <algorithm>
+#include <cstdint>
+#include <optional>
 
 #include <orncore/config/ClientInfo.h>
 #include <orncore/string/SafeText.h>
 
 #include "hosts/author/lint/LintContext.h"
+#include "hosts/author/lint/Rules.h"
 
 namespace hosts::author {
 namespace {
@@ -58,13 +61,66 @@ std::string PlatformReason(const FeatureListDetail& change) {
                        : "; this host is " + orncore::string::EscapeInvisible(host));
 }
 
+// The library compares the results of `ornwhatsnew::VersionNumber`. Their order is that of the
+// versions only if all versions have the same number of components, and if each component is a
+// number from 0 to 999.
+constexpr const char* kComponentMistake =
+    " has a component that is not from 0 to 999, so it cannot be compared";
+
+std::string QuotedVersions(std::span<const std::string> versions) {
+  std::vector<std::string> quoted(versions.size());
+  std::ranges::transform(versions, quoted.begin(), Quoted);
+  return Enumerated(quoted);
+}
+
+/// Returns why no user can be in the range of versions, or why the library cannot compare the ends
+/// of the range. Returns an empty string if neither is the case.
+std::string BoundsMistake(const std::string& first, const std::string& added) {
+  if (added.empty()) return "it has no version in column 1, so a version filter never shows it";
+  const auto isComparable = [](std::int64_t number) { return number >= 0 && number <= 999; };
+  for (const std::string& version : {first, added}) {
+    const std::optional<std::vector<std::int64_t>> numbers = VersionNumbers(version);
+    if (!numbers) return Quoted(version) + " is not a version";
+    if (!std::ranges::all_of(*numbers, isComparable)) return Quoted(version) + kComponentMistake;
+  }
+  if (VersionComponents(first).size() != VersionComponents(added).size()) {
+    return Quoted(first) + " and " + Quoted(added) +
+           " have different numbers of components, so they cannot be compared";
+  }
+  return VersionNumbers(first) < VersionNumbers(added)
+             ? ""
+             : Quoted(first) + " is not before " + Quoted(added) + ", so no user is in the range";
+}
+
+/// Returns why the library cannot compare versions of the user with the ends of the range, which
+/// have no `BoundsMistake`. Returns an empty string if it can.
+std::string UserVersionsMistake(const std::string& first, const std::string& added,
+                                std::span<const std::string> userVersions) {
+  std::vector<std::string> others;
+  for (const std::string& version : userVersions) {
+    if (VersionComponents(version).size() != VersionComponents(added).size()) {
+      others.push_back(version);
+      continue;
+    }
+    const std::optional<std::vector<std::int64_t>> numbers = VersionNumbers(version);
+    const bool isInRange = numbers >= VersionNumbers(first) && numbers < VersionNumbers(added);
+    // A user of such a version sees the change, except if a component of the version is invalid.
+    if (isInRange) return "the user's " + Quoted(version) + kComponentMistake;
+  }
+  if (others.empty()) return "";
+  return Quoted(first) + ", " + Quoted(added) + " and the user's " + QuotedVersions(others) +
+         " have different numbers of components, so they cannot be compared";
+}
+
 std::string VersionReason(const FeatureListDetail& change,
                           std::span<const std::string> userVersions) {
-  std::vector<std::string> quoted(userVersions.size());
-  std::ranges::transform(userVersions, quoted.begin(), Quoted);
-  return "only relevant to users of a version from " +
-         Quoted(change.GetRelevantFirstVersionOptional()) + " to below " +
-         Quoted(change.GetChangeAddedVersion()) + "; this user ran " + Enumerated(quoted);
+  const std::string& first = change.GetRelevantFirstVersionOptional();
+  const std::string& added = change.GetChangeAddedVersion();
+  std::string mistake = BoundsMistake(first, added);
+  if (mistake.empty()) mistake = UserVersionsMistake(first, added, userVersions);
+  if (!mistake.empty()) return mistake;
+  return "only relevant to users of a version from " + Quoted(first) + " to below " +
+         Quoted(added) + "; this user ran " + QuotedVersions(userVersions);
 }
 
 /// Returns why a display hides the item. "It" is the item.
@@ -83,17 +139,24 @@ std::string ItemReason(HidingRule rule, const ExplainedItem& item) {
                                FeatureListDetail::kSalienceHideBetaFeature);
     case HidingRule::kInternalVisibility:
       return "its visibility is 1, and no change has the salience UnhideBetaFeature";
-    case HidingRule::kSectionInRatingView:
-      return "only features can be rated";
     case HidingRule::kNoShownChange:
       return "none of its changes is shown";
+    case HidingRule::kSectionInRatingView:
+      return "only features can be rated";
     case HidingRule::kRated:
       return "rated already";
     case HidingRule::kNotSeen:
       return "not seen yet, so it cannot be rated";
-    default:
+    case HidingRule::kSeen:
       return "seen already";
+    case HidingRule::kOtherPlatform:
+    case HidingRule::kHeadlinesOnly:
+    case HidingRule::kOtherVersion:
+    case HidingRule::kNoRatingRequest:
+    case HidingRule::kNoText:
+      break;
   }
+  return {};
 }
 
 /// Returns why a display hides the change. "It" is the change.
@@ -110,12 +173,24 @@ std::string ChangeReason(HidingRule rule, const FeatureListDetail& change,
       return "it requests no rating";
     case HidingRule::kNotSeen:
       return "not seen yet, so it cannot be rated";
-    case HidingRule::kNoText:
-      return change.GetRatingRequestOptional().empty() ? "it has no text"
-                                                       : "it requests a rating, but has no text";
-    default:
+    case HidingRule::kSeen:
       return "seen already";
+    case HidingRule::kNoText:
+      return change.GetRatingRequestOptional().empty()
+                 ? "it has no text"
+                 : "it has no text, and only the rating view shows such a rating request";
+    case HidingRule::kTerminating:
+    case HidingRule::kUsageLoggingOff:
+    case HidingRule::kUnavailable:
+    case HidingRule::kInternalUsersOnly:
+    case HidingRule::kHideBetaFeature:
+    case HidingRule::kInternalVisibility:
+    case HidingRule::kNoShownChange:
+    case HidingRule::kSectionInRatingView:
+    case HidingRule::kRated:
+      break;
   }
+  return {};
 }
 
 /// Returns whether an item that this rule hides has no shown change, so that each of its changes
@@ -128,6 +203,12 @@ bool FollowsFromChanges(HidingRule rule) {
 
 std::string Noun(const ExplainedItem& item) {
   return item.visibility.item->IsSection() ? "section" : "feature";
+}
+
+std::string PlacementReason(const FeatureListDetail& change) {
+  if (change.DetailInternalOverrideUnreviewed()) return "its salience is Unreviewed";
+  return change.DetailInternalCouldNotMatchBetaFeature() ? "its IDs match no feature or section"
+                                                         : "";
 }
 
 std::vector<std::string> ItemReasons(const ExplainedItem& item) {

@@ -21,6 +21,10 @@ struct ExplainedItem {
 /// Returns "feature" or "section".
 std::string Noun(const ExplainedItem& item);
 
+/// Returns, as a clause, why a change belongs to the section INTERNAL or UNREVIEWED although its
+/// IDs do not say so. Returns an empty string for any other change. "It" is the change.
+std::string PlacementReason(const ornwhatsnew::FeatureListDetail& change);
+
 // Each of the next three functions returns reasons as clauses, in the order in which a display
 // checks the rules. "It" in a clause is the item or the change that the function names.
 
@@ -33,7 +37,7 @@ std::vector<std::string> ItemReasonsForChanges(const ExplainedItem& item);
 
 /// Returns why a display hides the change with the index `index` of an item, apart from
 /// `ItemReasonsForChanges`. `userVersions` contains the full versions in which the user opened
-/// What's New.
+/// What's New. A reason names at most three of them, so the running version must be the first one.
 std::vector<std::string> ChangeReasons(const ExplainedItem& item, std::size_t index,
                                        std::span<const std::string> userVersions);
 

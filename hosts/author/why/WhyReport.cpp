@@ -7,19 +7,23 @@
 #include <unordered_map>
 #include <utility>
 
+#include <ornappsupport/feature/FeatureService.h>
 #include <orncore/string/Conversion.h>
 #include <orncore/string/SafeText.h>
 #include <ornwhatsnew/ChangePlacement.h>
 #include <ornwhatsnew/DataFileReader.h>
+#include <ornwhatsnew/utility/TextHelpers.h>
 
 #include "hosts/author/InputError.h"
 #include "hosts/author/lint/LintContext.h"
 #include "hosts/author/lint/NearestWord.h"
+#include "hosts/author/lint/Rules.h"
 #include "hosts/author/why/WhyTable.h"
 
 namespace hosts::author {
 namespace {
 
+using ornwhatsnew::CaseInsensitiveEqual;
 using ornwhatsnew::DataColumn;
 using ornwhatsnew::DataRow;
 using ornwhatsnew::DataRowKind;
@@ -30,9 +34,25 @@ std::string NameOf(const ExplainedItem& item) {
   return "the " + Noun(item) + " " + Quoted(item.visibility.item->FeatureJiraIDKey());
 }
 
-/// Returns what a row is that contains no change.
-std::string KindOf(const DataRow& row) {
-  if (row.kind == DataRowKind::kHeader) return "the header row, which is never a change";
+/// Returns what is lost if `row`, which the library uses as the header, was not intended as the
+/// header. Otherwise returns an empty string.
+std::string LossByHeader(const DataRow& row, const ornwhatsnew::FeatureMap& items) {
+  if (LooksLikeHeader(row)) return "";
+  const std::string groupingID(row.Value(DataColumn::kGroupingID));
+  if (CaseInsensitiveEqual(groupingID, ornwhatsnew::kChangesSinceKey)) {
+    return "used as the header row, so its version is lost; put a header row before it";
+  }
+  return LooksLikeChange(row) || items.contains(groupingID)
+             ? "used as the header row, so its change is lost; add a header row before it"
+             : "";
+}
+
+/// Returns what a row is that contains no change. `items` are the items of the list.
+std::string KindOf(const DataRow& row, const ornwhatsnew::FeatureMap& items) {
+  if (row.kind == DataRowKind::kHeader) {
+    const std::string loss = LossByHeader(row, items);
+    return loss.empty() ? "the header row, which is never a change" : loss;
+  }
   if (row.kind == DataRowKind::kChangesSince) {
     const std::string what = row.fieldCount == 0 ? "a blank row that repeats the Changes-Since row"
                                                  : "a Changes-Since row";
@@ -59,23 +79,31 @@ std::string Verdict(std::span<const std::string> reasons) {
   return text;
 }
 
-/// Returns why a change belongs to the section INTERNAL or UNREVIEWED if its IDs do not say so.
-std::string PlacementReason(const ornwhatsnew::FeatureListDetail& change) {
-  if (change.DetailInternalOverrideUnreviewed()) return ", because its salience is Unreviewed";
-  return change.DetailInternalCouldNotMatchBetaFeature()
-             ? ", because its IDs match no feature or section"
-             : "";
+/// Returns why a change belongs to its item if its grouping ID does not say so, as a clause after
+/// the name of the item.
+std::string BelongingReason(const FeatureListItem& item,
+                            const ornwhatsnew::FeatureListDetail& change) {
+  const std::string placement = PlacementReason(change);
+  if (!placement.empty()) return ", because " + placement;
+  const std::string& key = item.FeatureJiraIDKey();
+  const bool isByStoryID = CaseInsensitiveEqual(change.GetJIRAStoryBugTaskID(), key) &&
+                           !CaseInsensitiveEqual(change.GetJIRAEpicID(), key);
+  return isByStoryID ? ", because its story ID is that key" : "";
 }
 
 /// Returns what to do about a key that no item has.
 std::string KeyRemedy(std::string_view key, std::span<const ExplainedItem> items) {
+  // Features with the same epic key are one item, which has only one of their internal keys.
+  const ornappsupport::feature::BetaFeatureMap& features =
+      ornappsupport::feature::GetConstBetaFeatureMap();
+  const auto feature = features.find(key);
+  if (feature != features.end() && !feature->second.GetJiraEpicKey().empty()) {
+    return "it is the internal key of a feature, so use its epic key " +
+           Quoted(feature->second.GetJiraEpicKey());
+  }
   std::vector<std::string_view> keys;
   for (const ExplainedItem& item : items) {
-    const FeatureListItem& data = *item.visibility.item;
-    keys.push_back(data.FeatureJiraIDKey());
-    if (!data.IsSection() && data.BetaFeatureInternalKey() == key) {
-      return "it is the internal key of a feature, so use its epic key " + Quoted(keys.back());
-    }
+    keys.push_back(item.visibility.item->FeatureJiraIDKey());
   }
   const std::optional<std::string> nearest = NearestWord(key, keys);
   return nearest ? "the most similar key is " + Quoted(*nearest)
@@ -105,6 +133,10 @@ void WhyReport::FindLines() {
   ornwhatsnew::ChangeMaker maker;
   ornwhatsnew::DataFileReader reader(text_);
   while (const DataRow* row = reader.Next()) {
+    if (row->kind == DataRowKind::kHeader) {
+      const std::string loss = LossByHeader(*row, list_.GetFeatureItems());
+      if (!loss.empty()) lostRow_ = PlaceOf(row->lineNumber) + loss + "\n";
+    }
     if (row->kind != DataRowKind::kChange) continue;
     const ornwhatsnew::ChangePlacement placement = ornwhatsnew::PlaceChange(
         list_.GetFeatureItems(), row->Value(DataColumn::kGroupingID),
@@ -126,10 +158,10 @@ std::string WhyReport::ExplainAll() const {
     ++shownItems;
     shownChanges += CountShown(item.visibility.changes);
   }
-  std::string text = WhyTable(list_, userVersions_, listed) +
-                     "\nshown: " + std::to_string(shownItems) + " of " +
-                     std::to_string(listed.size()) + " features and sections, " +
-                     std::to_string(shownChanges) + " of " + std::to_string(changes) + " changes\n";
+  std::string text =
+      WhyTable(list_, userVersions_, listed) + "\nshown: " + std::to_string(shownItems) + " of " +
+      std::to_string(listed.size()) + " features and sections, " + std::to_string(shownChanges) +
+      " of " + std::to_string(changes) + " changes\n" + lostRow_;
   const std::size_t skipped = list_.GetDataFileSummary().skippedRows;
   if (skipped == 0) return text;
   return text + "skipped: " + Counted(skipped, "row") + "; 'ornwhatsnew lint' says which and why\n";
@@ -151,7 +183,8 @@ std::string WhyReport::ExplainChange(const ExplainedItem& item, std::size_t inde
     reasons.push_back("the " + Noun(item) + " is hidden: " + reason);
   }
   std::ranges::move(ChangeReasons(item, index, userVersions_), std::back_inserter(reasons));
-  return PlaceOf(item.lines[index]) + "a change of " + NameOf(item) + PlacementReason(change) +
+  return PlaceOf(item.lines[index]) + "a change of " + NameOf(item) +
+         BelongingReason(*item.visibility.item, change) +
          (change.GetDescription().empty() ? "" : ": " + QuotedText(change.GetDescription())) +
          "\n" + Verdict(reasons);
 }
@@ -164,11 +197,13 @@ std::string WhyReport::ExplainOtherRow(std::size_t line) const {
       static_cast<std::size_t>(std::ranges::count(text_, '\n')) + (isLastOpen ? 1 : 0);
   ornwhatsnew::DataFileReader reader(text_);
   while (const DataRow* row = line <= lines ? reader.Next() : nullptr) {
-    if (row->lineNumber == line) return PlaceOf(line) + KindOf(*row) + "\n";
+    if (row->lineNumber != line) continue;
+    return PlaceOf(line) + KindOf(*row, list_.GetFeatureItems()) + "\n";
   }
-  throw InputError(0, "it has no line " + std::to_string(line) +
-                          (lines == 0 ? "; the file is empty"
-                                      : "; use a number from 1 to " + std::to_string(lines)));
+  throw InputError(0, "it has no line " + std::to_string(line) + "; " +
+                          (lines == 0   ? "the file is empty"
+                           : lines == 1 ? "it has only one line"
+                                        : "use a number from 1 to " + std::to_string(lines)));
 }
 
 std::string WhyReport::ExplainKey(const std::string& key) const {
@@ -182,8 +217,7 @@ std::string WhyReport::ExplainKey(const std::string& key) const {
   const std::string name = QuotedText(found->visibility.item->GetFeatureName());
   const std::string head = NameOf(*found) + ": " + name + "\n" + Verdict(ItemReasons(*found));
   if (found->lines.empty()) return head + "no change\n";
-  const ExplainedItem* const item = &*found;
-  return head + "\n" + WhyTable(list_, userVersions_, {&item, 1});
+  return head + "\n" + ChangeTable(list_, userVersions_, *found);
 }
 
 std::string WhyReport::PlaceOf(std::size_t line) const {

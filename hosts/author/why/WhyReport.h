@@ -23,12 +23,12 @@ class WhyReport {
  public:
   /// Queries the host. `list` contains exactly the changes of the data file `text`. Both must
   /// outlive the report, and the list must not change. `fileName` is the name of the file for
-  /// messages. `userVersions` contains the full versions in which the user opened What's New.
+  /// messages. `userVersions` is described at `ChangeReasons`.
   WhyReport(const ornwhatsnew::FeatureListData& list, std::string fileName, std::string_view text,
             const ornwhatsnew::DisplayOptions& options, std::vector<std::string> userVersions);
 
   /// Returns a table of all features and changes in display order, with totals. Omits sections
-  /// without changes.
+  /// without changes. Says so if the first row is lost, because there is no header row.
   std::string ExplainAll() const;
 
   /// Returns whether the change on a line is shown, and each reason why it is not. If the line
@@ -50,6 +50,8 @@ class WhyReport {
   std::string fileName_;
   std::string_view text_;
   std::vector<std::string> userVersions_;
+  /// The explanation of the header row if it was not intended as the header. Otherwise empty.
+  std::string lostRow_;
   /// The features and sections in display order.
   std::vector<ExplainedItem> items_;
 };

@@ -15,6 +15,8 @@
 namespace hosts::author {
 namespace {
 
+using ornwhatsnew::FeatureListDetail;
+
 constexpr std::size_t kLineColumns = 6;
 constexpr std::size_t kVisibilityColumns = 6;
 constexpr std::size_t kMinimumKeyColumns = 7;
@@ -96,22 +98,33 @@ class Table {
   std::string text_;
 };
 
-void AddItem(const ornwhatsnew::FeatureListData& list, std::span<const std::string> userVersions,
-             const ExplainedItem& item, Table& table) {
-  const auto displayText = [&list](const std::string& text) {
-    return orncore::string::UTF16to8(list.LocalizeIfNecessary(text));
-  };
+std::string DisplayText(const ornwhatsnew::FeatureListData& list, const std::string& text) {
+  return orncore::string::UTF16to8(list.LocalizeIfNecessary(text));
+}
+
+void AddItem(const ornwhatsnew::FeatureListData& list, const ExplainedItem& item, Table& table) {
   const ornwhatsnew::FeatureListItem& data = *item.visibility.item;
-  const std::string& key = data.FeatureJiraIDKey();
-  const std::vector<std::string> itemReasons = ItemReasons(item);
-  table.AddRow("", Word(itemReasons.empty()), key, displayText(data.GetFeatureName()),
-               Joined(itemReasons));
+  const std::vector<std::string> reasons = ItemReasons(item);
+  table.AddRow("", Word(reasons.empty()), data.FeatureJiraIDKey(),
+               DisplayText(list, data.GetFeatureName()), Joined(reasons));
+}
+
+/// Returns the reason for a change of a hidden item.
+std::string HiddenWithItem(const ExplainedItem& item, const FeatureListDetail& change) {
+  const std::string placement = PlacementReason(change);
+  return (placement.empty() ? "" : placement + ", so it is ") + "hidden with its " + Noun(item);
+}
+
+void AddChanges(const ornwhatsnew::FeatureListData& list, std::span<const std::string> userVersions,
+                const ExplainedItem& item, Table& table) {
   const bool isHidden = !ItemReasonsForChanges(item).empty();
   for (std::size_t i = 0; i < item.lines.size(); ++i) {
+    const FeatureListDetail& change = *item.visibility.changes[i].change;
     std::vector<std::string> reasons = ChangeReasons(item, i, userVersions);
-    if (isHidden) reasons.insert(reasons.begin(), "hidden with its " + Noun(item));
-    table.AddRow(std::to_string(item.lines[i]), Word(reasons.empty()), key,
-                 displayText(item.visibility.changes[i].change->GetDescription()), Joined(reasons));
+    if (isHidden) reasons.insert(reasons.begin(), HiddenWithItem(item, change));
+    table.AddRow(std::to_string(item.lines[i]), Word(reasons.empty()),
+                 item.visibility.item->FeatureJiraIDKey(),
+                 DisplayText(list, change.GetDescription()), Joined(reasons));
   }
 }
 
@@ -121,7 +134,18 @@ std::string WhyTable(const ornwhatsnew::FeatureListData& list,
                      std::span<const std::string> userVersions,
                      std::span<const ExplainedItem* const> items) {
   Table table(KeyColumns(items));
-  for (const ExplainedItem* const item : items) AddItem(list, userVersions, *item, table);
+  for (const ExplainedItem* const item : items) {
+    AddItem(list, *item, table);
+    AddChanges(list, userVersions, *item, table);
+  }
+  return table.TakeText();
+}
+
+std::string ChangeTable(const ornwhatsnew::FeatureListData& list,
+                        std::span<const std::string> userVersions, const ExplainedItem& item) {
+  const ExplainedItem* const items[] = {&item};
+  Table table(KeyColumns(items));
+  AddChanges(list, userVersions, item, table);
   return table.TakeText();
 }
 

@@ -1,4 +1,4 @@
-// Writes the table of `ornwhatsnew why`.
+// Writes the tables of `ornwhatsnew why`.
 #ifndef HOSTS_AUTHOR_WHY_WHYTABLE_H_
 #define HOSTS_AUTHOR_WHY_WHYTABLE_H_
 
@@ -12,11 +12,15 @@
 namespace hosts::author {
 
 /// Returns a table with a row for each of `items` and each of their changes: line, visibility, key,
-/// text and reasons. `list` owns the items. `userVersions` contains the full versions in which the
-/// user opened What's New. Escapes invisible characters of the data, and shortens keys and texts.
+/// text and reasons. `list` owns the items. `userVersions` is described at `ChangeReasons`. Escapes
+/// invisible characters of the data, and shortens keys and texts.
 std::string WhyTable(const ornwhatsnew::FeatureListData& list,
                      std::span<const std::string> userVersions,
                      std::span<const ExplainedItem* const> items);
+
+/// Returns such a table with a row for each change of `item`, but not for the item.
+std::string ChangeTable(const ornwhatsnew::FeatureListData& list,
+                        std::span<const std::string> userVersions, const ExplainedItem& item);
 
 }  // namespace hosts::author
 

@@ -60,6 +60,11 @@ bool AnyRatingRuleHidesChange(const FeatureListDetail& change, bool isSeen, Hide
 }
 
 template <class Hides>
+bool AnyRatingRuleHidesItem(bool isRated, bool isSeen, Hides hides) {
+  return (isRated && hides(HidingRule::kRated)) || (!isSeen && hides(HidingRule::kNotSeen));
+}
+
+template <class Hides>
 bool AnyRuleHidesChange(const FeatureListDetail& change, const VisibilityFilter& filter,
                         const Guid& seenGuid, Hides hides) {
   if (filter.Has(kFilterRelevantPlatform) && !IsRelevantOnHostPlatform(change, filter) &&
@@ -104,13 +109,13 @@ bool AnySeenRuleHidesItem(const FeatureListItem& item, const VisibilityFilter& f
                           const Guid& seenGuid, bool isAnyChangeShown, Hides hides) {
   const bool isRatingView = filter.Has(kRatingView);
   if (item.IsSection()) {
-    return (isRatingView && hides(HidingRule::kSectionInRatingView)) ||
-           (!isAnyChangeShown && hides(HidingRule::kNoShownChange));
+    return (!isAnyChangeShown && hides(HidingRule::kNoShownChange)) ||
+           (isRatingView && hides(HidingRule::kSectionInRatingView));
   }
   if (isRatingView) {
-    return (!isAnyChangeShown && hides(HidingRule::kNoShownChange)) ||
-           (!filter.IsSeen(seenGuid) && hides(HidingRule::kNotSeen)) ||
-           (filter.IsSeen(item.GetItemRatedGuid()) && hides(HidingRule::kRated));
+    const bool isRated = filter.IsSeen(item.GetItemRatedGuid());
+    return AnyRatingRuleHidesItem(isRated, filter.IsSeen(seenGuid), hides) ||
+           (!isAnyChangeShown && hides(HidingRule::kNoShownChange));
   }
   return filter.Has(kShowOnlyNew) && !isAnyChangeShown && filter.IsSeen(seenGuid) &&
          hides(HidingRule::kSeen);
@@ -168,6 +173,10 @@ Platform VisibilityFilter::HostPlatform() const {
 
 bool IsChangeForRating(const FeatureListDetail& change, bool isSeen) {
   return !AnyRatingRuleHidesChange(change, isSeen, kStopAtFirstRule);
+}
+
+bool IsItemForRating(bool isRated, bool isSeen) {
+  return !AnyRatingRuleHidesItem(isRated, isSeen, kStopAtFirstRule);
 }
 
 bool IsChangeShown(const FeatureListDetail& change, const VisibilityFilter& filter,

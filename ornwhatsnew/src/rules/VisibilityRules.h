@@ -69,6 +69,10 @@ bool IsChangeShown(const FeatureListDetail& change, const VisibilityFilter& filt
 /// change.
 bool IsChangeForRating(const FeatureListDetail& change, bool isSeen);
 
+/// Returns whether the rating view can show a feature if one of its changes is shown. `isRated` and
+/// `isSeen` say whether the user has rated and seen the feature.
+bool IsItemForRating(bool isRated, bool isSeen);
+
 /// The seen identity and the shown changes of an item that a display shows.
 struct ShownItem {
   struct Change {

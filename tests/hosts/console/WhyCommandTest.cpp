@@ -25,13 +25,14 @@ TEST_F(WhyCommand, ExplainsAllChangesWithTheFiltersOfShow) {
       "        shown   EPIC-7    Export\n"
       "     3  shown   EPIC-7    Twice as fast\n"
       "        shown   EPIC-8    Darkness\n"
-      "     4  hidden  EPIC-8    Every window is dark              only relevant to users of a "
-      "version from '24.0' to below '25.1'; this user ran '25.1.0.42'\n"
+      "     4  hidden  EPIC-8    Every window is dark              '24.0', '25.1' and the "
+      "user's '25.1.0.42' have different numbers of components, so they cannot be compared\n"
       "        hidden  BUGFIX    Bug fixes                         none of its changes is shown\n"
       "     5  hidden  BUGFIX    No crash on full disks            only relevant on Win; this host "
       "is Mac\n"
       "        hidden  INTERNAL  Internal notes                    only internal users see it\n"
-      "     6  hidden  INTERNAL  Nobody knows where this belongs   hidden with its section\n"
+      "     6  hidden  INTERNAL  Nobody knows where this belongs   its IDs match no "
+      "feature or section, so it is hidden with its section\n"
       "\n"
       "shown: 2 of 5 features and sections, 1 of 4 changes\n",
       OutputOf({"why", "{data}", "{host}", "--platform", "--relevant-versions"}));
@@ -56,13 +57,13 @@ TEST_F(WhyCommand, UsesTheStoredStateAndNeverChangesIt) {
   EXPECT_EQ(state, common::ReadTextFile(StateFile()));
 }
 
-TEST_F(WhyCommand, NamesTheVersionsThatTheUserRan) {
+TEST_F(WhyCommand, NamesTheVersionsThatTheUserRanWithTheRunningOneFirst) {
   WriteHost("24.5", false);
   OutputOf({"show", "{data}", "{host}"});
   WriteHost("25.1", false);
-  WriteData("26.0,EPIC-8,,,,25.9,,,,Every window is dark\n");
+  WriteData("26.0.0.0,EPIC-8,,,,25.9.0.0,,,,Every window is dark\n");
   EXPECT_THAT(OutputOf({"why", "{data}", "{host}", "--relevant-versions", "--line", "2"}),
-              EndsWith("; this user ran '24.5.0.42' and '25.1.0.42'\n"));
+              EndsWith("; this user ran '25.1.0.42' and '24.5.0.42'\n"));
 }
 
 TEST_F(WhyCommand, AnUnknownLineOrKeyIsAnInvalidCommandLine) {

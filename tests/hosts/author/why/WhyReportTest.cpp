@@ -14,6 +14,7 @@
 
 #include "hosts/author/InputError.h"
 #include "hosts/author/lint/LintContext.h"
+#include "tests/support/Builders.h"
 #include "tests/support/FakeHost.h"
 #include "tests/support/Matchers.h"
 #include "tests/support/RandomSource.h"
@@ -33,8 +34,6 @@ using testing::EndsWith;
 using testing::HasSubstr;
 using testing::Not;
 
-constexpr std::string_view kHeader = "1,2,3,4,5,6,7,8,9,10\n";
-
 class WhyReportTest : public test_support::FakeHostTest {
  protected:
   WhyReportTest() {
@@ -44,7 +43,12 @@ class WhyReportTest : public test_support::FakeHostTest {
 
   /// Loads a data file with the header row and `rows`.
   void Load(std::string_view rows) {
-    text_ = std::string(kHeader) += rows;
+    LoadWithoutHeader(std::string(test_support::DataFile().Text()) += rows);
+  }
+
+  /// Loads a data file that consists of `rows`.
+  void LoadWithoutHeader(std::string_view rows) {
+    text_ = rows;
     list_ = std::make_unique<FeatureListData>(text_, host_.Getter(), host_.Setter());
   }
 
@@ -95,7 +99,7 @@ TEST_F(WhyReportTest, NamesTheLetterCaseOfPlatformsAndAHostWithoutOne) {
 }
 
 TEST_F(WhyReportTest, ListsAtMostThreeVersionsOfTheUser) {
-  Load("26.0,MAP-7,,,,25.2,,,,Zooms\n");
+  Load("26,MAP-7,,,,25,,,,Zooms\n");
   versions_ = {"1", "2", "3"};
   EXPECT_THAT(ExplainLine(2, kFilterRelevantVersion),
               EndsWith("; this user ran '1', '2' and '3'\n"));
@@ -104,11 +108,57 @@ TEST_F(WhyReportTest, ListsAtMostThreeVersionsOfTheUser) {
               EndsWith("; this user ran '1', '2' and 2 others\n"));
 }
 
+TEST_F(WhyReportTest, SaysThatARangeOfVersionsIsInvalid) {
+  const auto reason = [this](const std::string& first, const std::string& added) {
+    Load(added + ",MAP-7,,,," + first + ",,,,Zooms\n");
+    const std::string explained = ExplainLine(2, kFilterRelevantVersion);
+    return explained.substr(explained.find('\n') + 1);
+  };
+  EXPECT_EQ(reason("4.1", ""),
+            "not shown: it has no version in column 1, so a version filter never shows it\n");
+  EXPECT_EQ(reason("next", "4.3"), "not shown: 'next' is not a version\n");
+  EXPECT_EQ(reason("4.1", "4.x"), "not shown: '4.x' is not a version\n");
+  EXPECT_EQ(reason("4.2000", "4.3"),
+            "not shown: '4.2000' has a component that is not from 0 to 999, so it cannot be "
+            "compared\n");
+  EXPECT_EQ(reason("4.999.0.0", "4.-3.0.0"),
+            "not shown: '4.-3.0.0' has a component that is not from 0 to 999, so it cannot be "
+            "compared\n");
+  EXPECT_EQ(reason("4.1.0.0", "4.3"),
+            "not shown: '4.1.0.0' and '4.3' have different numbers of components, so they cannot "
+            "be compared\n");
+  EXPECT_EQ(reason("4.3.0.0", "4.3.0.0"),
+            "not shown: '4.3.0.0' is not before '4.3.0.0', so no user is in the range\n");
+  EXPECT_EQ(reason("4.3.0.1", "4.3.0.0"),
+            "not shown: '4.3.0.1' is not before '4.3.0.0', so no user is in the range\n");
+}
+
+TEST_F(WhyReportTest, SaysThatVersionsOfTheUserCannotBeCompared) {
+  Load("4.3,MAP-7,,,,4.1,,,,Zooms\n");
+  versions_ = {"4.2.0.0.118"};
+  EXPECT_THAT(ExplainLine(2, kFilterRelevantVersion),
+              EndsWith("\nnot shown: '4.1', '4.3' and the user's '4.2.0.0.118' have different "
+                       "numbers of components, so they cannot be compared\n"));
+  versions_ = {"4.4", "4.2.0", "3"};
+  EXPECT_THAT(ExplainLine(2, kFilterRelevantVersion),
+              EndsWith("\nnot shown: '4.1', '4.3' and the user's '4.2.0' and '3' have different "
+                       "numbers of components, so they cannot be compared\n"));
+  versions_ = {"4.3", "4.0", "dev.2"};
+  EXPECT_THAT(ExplainLine(2, kFilterRelevantVersion),
+              EndsWith("; this user ran '4.3', '4.0' and 'dev.2'\n"));
+  Load("4.3.0,MAP-7,,,,4.1.0,,,,Zooms\n");
+  versions_ = {"4.4.0", "4.2.5000"};
+  EXPECT_THAT(
+      ExplainLine(2, kFilterRelevantVersion),
+      EndsWith("\nnot shown: the user's '4.2.5000' has a component that is not from 0 to 999, "
+               "so it cannot be compared\n"));
+}
+
 TEST_F(WhyReportTest, ExplainsAChangeWithoutText) {
   Load(",MAP-7,,,RequestRating,,,,,\n,MAP-7,,,,,,,,\n");
   EXPECT_EQ(ExplainLine(2),
             "data.csv:2: a change of the feature 'MAP-7'\n"
-            "not shown: it requests a rating, but has no text\n");
+            "not shown: it has no text, and only the rating view shows such a rating request\n");
   EXPECT_THAT(ExplainLine(3), EndsWith("\nnot shown: it has no text\n"));
 }
 
@@ -173,6 +223,37 @@ TEST_F(WhyReportTest, SaysWhyAChangeBelongsToAnInternalSection) {
               HasSubstr(" a change of the section 'UNREVIEWED', because its salience is "
                         "Unreviewed: 'Draft'\n"));
   EXPECT_THAT(ExplainLine(4), HasSubstr(" a change of the section 'INTERNAL': 'Note'\n"));
+  const std::string table = Report({}).ExplainAll();
+  EXPECT_THAT(table, HasSubstr("  its IDs match no feature or section, so it is hidden with its "
+                               "section\n"));
+  EXPECT_THAT(table, HasSubstr("  its salience is Unreviewed, so it is hidden with its section\n"));
+  EXPECT_THAT(table, HasSubstr("  Note" + std::string(30, ' ') + "hidden with its section\n"));
+}
+
+TEST_F(WhyReportTest, SaysWhetherTheStoryIDOfAChangeDeterminesItsItem) {
+  Load(",PEN-2,MAP-7,,,,,,,Zooms\n,MAP-7,MAP-7,,,,,,,Pans\n,MAP-7,ORN-9,,,,,,,Tilts\n");
+  EXPECT_THAT(ExplainLine(2), HasSubstr(" a change of the feature 'MAP-7', because its story ID is "
+                                        "that key: 'Zooms'\n"));
+  EXPECT_THAT(ExplainLine(3), HasSubstr(" a change of the feature 'MAP-7': 'Pans'\n"));
+  EXPECT_THAT(ExplainLine(4), HasSubstr(" a change of the feature 'MAP-7': 'Tilts'\n"));
+}
+
+TEST_F(WhyReportTest, SaysThatTheFirstRowIsLostWithoutAHeader) {
+  const std::string change =
+      "data.csv:1: used as the header row, so its change is lost; add a header row before it\n";
+  for (const char* row :
+       {"4.3,X-1,,,,,,,,Zooms\n", ",MISC,,,,,,,,Zooms\n", ",MAP-7,,,,,,,,Zooms\n"}) {
+    LoadWithoutHeader(row);
+    EXPECT_EQ(ExplainLine(1), change) << row;
+    EXPECT_THAT(Report({}).ExplainAll(), EndsWith(" changes\n" + change)) << row;
+  }
+  LoadWithoutHeader("4.2,changes-since\n" + test_support::DataFile().Text());
+  EXPECT_EQ(ExplainLine(1),
+            "data.csv:1: used as the header row, so its version is lost; put a header row before "
+            "it\n");
+  LoadWithoutHeader("a,b,c,d,e,f,g,h,i,j\n,MISC,,,,,,,,Icons\n");
+  EXPECT_EQ(ExplainLine(1), "data.csv:1: the header row, which is never a change\n");
+  EXPECT_THAT(Report({}).ExplainAll(), EndsWith(" changes\n"));
 }
 
 TEST_F(WhyReportTest, SaysWhatARowIsThatContainsNoChange) {
@@ -212,17 +293,22 @@ TEST_F(WhyReportTest, RejectsALineOutsideOfTheFile) {
   Load(",MISC,,,,,,,,Icons");
   EXPECT_EQ(errorOf(2), "no error");
   EXPECT_EQ(errorOf(3), "it has no line 3; use a number from 1 to 2");
-  text_.clear();
-  list_->InitWithData(text_);
+  LoadWithoutHeader("a,b\n");
+  EXPECT_EQ(errorOf(2), "it has no line 2; it has only one line");
+  LoadWithoutHeader("");
   EXPECT_EQ(errorOf(1), "it has no line 1; the file is empty");
 }
 
 TEST_F(WhyReportTest, RejectsAnUnknownKeyWithARemedy) {
+  host_.AddFeature({.internalKey = "atlas", .epicKey = "MAP-7", .name = "Atlas"});
+  host_.AddFeature({.internalKey = "nameless", .epicKey = "", .name = "Nameless"});
   Load("");
   const auto errorOf = [this](const char* key) { return ErrorOf([&] { ExplainKey(key); }); };
   EXPECT_EQ(errorOf("map"),
             "no feature or section has the key 'map'; it is the internal key of a feature, so use "
             "its epic key 'MAP-7'");
+  EXPECT_THAT(errorOf("atlas"), EndsWith(", so use its epic key 'MAP-7'"));
+  EXPECT_THAT(errorOf("nameless"), EndsWith("; omit --key to list all features and sections"));
   EXPECT_THAT(errorOf("misc"), EndsWith("; the most similar key is 'MISC'"));
   EXPECT_THAT(errorOf("x"), EndsWith("; omit --key to list all features and sections"));
 }
@@ -234,7 +320,6 @@ TEST_F(WhyReportTest, ExplainsAFeatureWithATableOfItsChanges) {
             "shown\n"
             "\n"
             "  LINE  STATUS  FEATURE  TEXT                              REASON\n"
-            "        shown   MAP-7    Map\n"
             "     2  hidden  MAP-7    Zooms                             only relevant on Win; this "
             "host is Mac\n"
             "     4  shown   MAP-7    Pans\n");
@@ -297,8 +382,8 @@ TEST_F(WhyReportTest, ShowsLocalisedTextsOnOneLineWithoutInvisibleCharacters) {
   host_.AddFeature({.internalKey = "map", .epicKey = "MAP-7", .name = "$$$/map=Map\u200B"});
   Load(",MAP-7,,,,,,,,$$$/zoom=Zooms#{endl}in\n");
   EXPECT_THAT(ExplainLine(2), HasSubstr(": 'Zooms\\u000ain'\n"));
-  EXPECT_THAT(ExplainKey("MAP-7"),
-              HasSubstr("  Map\\u200b\n     2  shown   MAP-7    Zooms\\u000ain\n"));
+  EXPECT_THAT(ExplainKey("MAP-7"), HasSubstr("     2  shown   MAP-7    Zooms\\u000ain\n"));
+  EXPECT_THAT(Report({}).ExplainAll(), HasSubstr("  shown   MAP-7    Map\\u200b\n"));
 }
 
 // The report finds the line of a change by counting the rows that belong to the same item.
