@@ -10,8 +10,8 @@ namespace hosts::author {
 
 /// A message about a line of a file, for example about a problem or a replacement.
 struct Remark {
-  std::size_t line = 0;  ///< the first line of the file has the number 1
-  std::string message;   ///< UTF-8; can contain characters of the file
+  std::size_t line;     ///< the first line of the file has the number 1
+  std::string message;  ///< UTF-8; can contain characters of the file
 };
 
 /// Thrown if a file cannot be used. The message contains the reason and what to do, but neither the

@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cerrno>
+#include <sstream>
 #include <string>
 #include <string_view>
 #include <system_error>
@@ -62,9 +63,9 @@ std::string_view AdviceFor(const std::error_code& error) {
 }
 
 std::string InSeconds(std::chrono::milliseconds time) {
-  const auto tenths = (time.count() + 50) / 100;
-  return std::to_string(tenths / 10) + (tenths % 10 == 0 ? "" : "." + std::to_string(tenths % 10)) +
-         " s";
+  std::ostringstream text;
+  text << std::chrono::duration<double>(time).count() << " s";
+  return std::move(text).str();
 }
 
 FileLock LockFor(const PrivateFolder& folder, const std::filesystem::path& file,

@@ -111,6 +111,8 @@ TEST(MarkdownRenderer, LineEndsAreHardBreaks) {
 TEST(MarkdownRenderer, LinksHaveEscapedTargets) {
   EXPECT_EQ("[a\\]](https://x/?a=1&amp;copy;\\(b\\)*_&c)\n",
             RenderLink(u"a]", u"https://x/?a=1&copy;(b)*_&c"));
+  EXPECT_EQ("[a](https://x/?a;&b)\n", RenderLink(u"a", u"https://x/?a;&b"));
+  EXPECT_EQ("[a](https://x/?a&b)\n", RenderLink(u"a", u"https://x/?a&b"));
   EXPECT_EQ("<https://x/>\n", RenderLink(u"https://x/", u"https://x/"));
   EXPECT_EQ("x \\<http:/\\/x\\>\n", RenderLink(u"x", u"http://x"));
 }

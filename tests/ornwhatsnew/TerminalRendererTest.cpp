@@ -91,6 +91,10 @@ TEST(TerminalRenderer, WrapsWithHangingIndents) {
             Render(builder, {.width = 40}));
 }
 
+TEST(TerminalRenderer, TheFirstWordIsOnTheLineOfTheBulletEvenIfItDoesNotFit) {
+  EXPECT_EQ(" \u2022 wonderf\n   ul\n", RenderChange(u"wonderful", 10));
+}
+
 TEST(TerminalRenderer, LineEndsInAParagraphKeepTheHangingIndent) {
   EXPECT_EQ("   \u2022  one\n      two\n", RenderChange(u"one\u2028two"));
   EXPECT_EQ("   \u2022  one\n\n      two\n", RenderChange(u"one\u2028 \u2028\u2028two"));

@@ -24,8 +24,8 @@ struct Place {
 /// Another position to which a finding refers.
 struct RelatedPlace {
   std::string file;
-  std::size_t line = 1;
-  std::size_t column = 1;
+  std::size_t line;
+  std::size_t column;
   std::string message;
 };
 

@@ -254,9 +254,8 @@ void CheckPlatform(LintContext& context, const LintRow& row) {
 /// Words that authors write instead of a rating request, or instead of an empty field. No question
 /// consists of one of them.
 constexpr auto kRatingWords = std::to_array<std::string_view>(
-    {"yes",  "y",   "true", "x",     "1", "on",  "ok",   "ja",     "oui",
-     "si",   "no",  "n",    "false", "0", "off", "nein", "non",    "none",
-     "null", "nil", "n/a",  "na",    "-", "--",  "rate", "rating", "request"});
+    {"yes", "y",   "true", "x",   "1",    "on",   "ok",  "ja",  "oui", "si", "no", "n",   "false",
+     "0",   "off", "nein", "non", "none", "null", "nil", "n/a", "na",  "-",  "--", "rate"});
 
 bool IsRatingWord(std::string_view text) {
   const std::string_view word = TrimSpaces(text);

@@ -32,7 +32,8 @@ std::size_t LongestRun(std::u16string_view text, char16_t searched) {
 
 /// Returns the target of a link between parentheses. It contains no spaces.
 UTF16String EscapeTarget(std::u16string_view target) {
-  const std::size_t lastSemicolon = target.rfind(u';');
+  // This is 0 if there is no semicolon, because `npos` + 1 is 0.
+  const std::size_t afterSemicolons = target.rfind(u';') + 1;
   UTF16String escaped;
   for (std::size_t i = 0; i < target.size(); ++i) {
     const char16_t unit = target[i];
@@ -40,9 +41,7 @@ UTF16String EscapeTarget(std::u16string_view target) {
     escaped += unit;
     // Escape an ampersand that could begin a character reference, which ends with a semicolon. Do
     // not use a backslash, because libcmark 0.30 does not interpret it here.
-    const bool isReference =
-        unit == u'&' && lastSemicolon != std::u16string_view::npos && lastSemicolon > i;
-    if (isReference) escaped += u"amp;";
+    if (unit == u'&' && i < afterSemicolons) escaped += u"amp;";
   }
   return escaped;
 }
@@ -101,7 +100,6 @@ void MarkdownWriter::AppendCode(std::u16string_view text) {
 void MarkdownWriter::AppendUnit(char16_t unit) {
   if (unit == kLineSeparator && block_.hasLineBreaks) {
     ++lineBreaks_;
-    spaces_ = 0;
     return;
   }
   if (unit == u' ' || unit == kLineSeparator) {

@@ -106,7 +106,9 @@ TEST(SpreadsheetImport, ReportsWhatADataFileCannotContain) {
       {"Grouping ID,Message,Message\n", "1: there are two columns named 'Public/Internal message'"},
       {"Grouping ID,Message,Owner\nMISC,a,b\n", "1: the column 'Owner' is unknown"},
       {"Grouping ID,Message,\nMISC,a,b\n", "2: the value 'b' is in column 3"},
-      {"Grouping ID,Message\nMISC,a,b\n", "2: the value 'b' is in column 3"},
+      {"Grouping ID,Message\nMISC,a,b\n",
+       "2: the value 'b' is in column 3, which has no name in the first row; name the column or "
+       "remove the value"},
       {"Grouping ID,Message\n,a\n", "2: the row has no value in the column 'Grouping ID"},
       {"Grouping ID,Message\nChanges-Since,a\n", "2: the library ignores the value"},
       {"Grouping ID,Message,URL\nMISC,a,\"b\nc\"\n", "2: the value in the column 'URL To"},

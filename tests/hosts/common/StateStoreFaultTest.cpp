@@ -159,12 +159,13 @@ TEST_F(StateStoreFaultTest, RejectsAStoreWithDestroyedBytes) {
 
 TEST_F(StateStoreFaultTest, RejectsAStoreAboveTheSizeLimit) {
   WriteValue(kKey, "text");
-  std::filesystem::resize_file(File(), std::uintmax_t{64} * 1024 * 1024);
+  constexpr std::uintmax_t kLimit = std::uintmax_t{64} * 1024 * 1024;
+  std::filesystem::resize_file(File(), kLimit);
   EXPECT_THAT(StoreErrorOf([&] { StateStore store(File()); }), HasSubstr("a NUL character"));
-  std::filesystem::resize_file(File(), kMaximumStateSize + 1);
+  std::filesystem::resize_file(File(), kLimit + 1);
   EXPECT_THAT(StoreErrorOf([&] { StateStore store(File()); }),
               AllOf(HasSubstr("it is larger than 64 MiB"), HasSubstr("--state")));
-  EXPECT_EQ(kMaximumStateSize + 1, std::filesystem::file_size(File()));
+  EXPECT_EQ(kLimit + 1, std::filesystem::file_size(File()));
 }
 
 TEST_F(StateStoreFaultTest, DoesNotWriteAStoreThatItCouldNotReadAgain) {

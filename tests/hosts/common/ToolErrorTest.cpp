@@ -29,6 +29,22 @@ ExitStatus StatusAfter(const Exception& exception) {
   return static_cast<ExitStatus>(RunReportingErrors(0, nullptr, run, &Record));
 }
 
+TEST(ExitStatus, NumbersNeverChange) {
+  EXPECT_EQ(static_cast<int>(ExitStatus::kDone), 0);
+  EXPECT_EQ(static_cast<int>(ExitStatus::kUnexpected), 1);
+  EXPECT_EQ(static_cast<int>(ExitStatus::kUsage), 2);
+  EXPECT_EQ(static_cast<int>(ExitStatus::kInput), 3);
+  EXPECT_EQ(static_cast<int>(ExitStatus::kState), 4);
+  EXPECT_EQ(static_cast<int>(ExitStatus::kUnknownKey), 5);
+  EXPECT_EQ(static_cast<int>(ExitStatus::kOutput), 6);
+  EXPECT_EQ(static_cast<int>(ExitStatus::kCommand), 7);
+  EXPECT_EQ(static_cast<int>(ExitStatus::kLintFindings), 1);
+  EXPECT_EQ(static_cast<int>(ExitStatus::kLintFailed), 2);
+  EXPECT_EQ(static_cast<int>(ExitStatus::kSomethingNew), 10);
+  EXPECT_EQ(static_cast<int>(ExitStatus::kSomethingToRate), 11);
+  EXPECT_EQ(static_cast<int>(ExitStatus::kNewAndToRate), 12);
+}
+
 TEST(RunReportingErrors, ReturnsTheStatusOfTheProgram) {
   const auto run = [](int argc, const char* const*) {
     return argc == 3 ? ExitStatus::kSomethingNew : ExitStatus::kDone;

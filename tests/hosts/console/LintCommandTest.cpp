@@ -128,6 +128,18 @@ TEST_F(LintCommandTest, PointsShowWhereALongLineIsShortened) {
                         std::string(30, ' ') + "^^^^^^^\n"));
 }
 
+TEST_F(LintCommandTest, WithoutATerminalPrintsOneLineForAFinding) {
+  WriteMistake();
+  EXPECT_THAT(Run({"lint", "{data}"}).output,
+              AllOf(HasSubstr("[grouping-id-unknown]\nwithout"), Not(HasSubstr("^"))));
+}
+
+TEST_F(LintCommandTest, FindingAboutAWholeFileHasNoCarets) {
+  folder_.Write("whats new.csv", "");
+  EXPECT_THAT(Run({"lint", "{data}", "--color", "always"}).output,
+              AllOf(HasSubstr("[file-empty]\n"), Not(HasSubstr("^"))));
+}
+
 TEST_F(LintCommandTest, MessagesContainNoControlCharacters) {
   WriteData("4.2,Changes-Since\n4.3,MISC,,\x1B]0;title\x07,,,,,,Text\n");
   const ProgramResult result = Run({"lint", "{data}", "--color", "always"});

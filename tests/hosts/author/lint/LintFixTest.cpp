@@ -58,6 +58,12 @@ TEST(LintFix, CorrectsSpacesAroundAKeyword) {
             kHeaderRows + "4.3,MISC,,\"Detail\",,,,,,Text\n");
 }
 
+TEST(LintFix, KeepsSpacesAroundATextAndAVersion) {
+  const std::string text = kHeaderRows + "4.3 ,MISC,,,,,,,, Text \n";
+  EXPECT_THAT(CodesOf(LintText(text)), testing::ElementsAre("outer-spaces", "outer-spaces"));
+  EXPECT_EQ(Fix(text, FixScope::kAll).text, text);
+}
+
 TEST(LintFix, ReplacesCRLineEnds) {
   const std::string rows = kHeaderRows + "\n4.3,MISC,,,,,,,,One\n4.3,MISC,,,,,,,,Two\n";
   std::string old = rows;

@@ -41,5 +41,27 @@ TEST(LintRules, NamesTheSeparatorOfAFileWithoutCommas) {
   }
 }
 
+TEST(LintRules, TextWithAnOpenQuoteDoesNotContinueInAnotherChange) {
+  EXPECT_THAT(CodesOf(LintText(kHeaderRows + "4.3,MISC,ORN-1,,,,,,,Fits a 27\" display\n"
+                                             "4.3,MISC,ORN-2,,,,,,,Fits a 32\" display\n")),
+              testing::ElementsAre("quotes-vanish", "quotes-vanish"));
+}
+
+TEST(LintRules, FindsQuotesThatVanishAfterAFieldInQuotes) {
+  EXPECT_THAT(CodesOf(LintText(kHeaderRows + "4.3,MISC,\"ORN-1\",,,,,,,The \"start\" window\n")),
+              testing::ElementsAre("quotes-vanish"));
+}
+
+TEST(LintRules, AWordThatIsNoQuestionIsNoRatingRequest) {
+  for (const std::string word :
+       {"yes", "y",  "true",  "x",  "1",    "on",     "ok",      "ja",    "oui",  "si",
+        "no",  "n",  "false", "0",  "off",  "nein",   "non",     "none",  "null", "nil",
+        "n/a", "na", "-",     "--", "rate", "rating", "request", "\u2714"}) {
+    EXPECT_THAT(CodesOf(LintText(kHeaderRows + "4.3,MAP-7,ORN-1,," + word + ",,,,,Text\n")),
+                Contains("rating-request-word"))
+        << word;
+  }
+}
+
 }  // namespace
 }  // namespace hosts::author

@@ -1,6 +1,8 @@
 #include "hosts/author/lint/NearestWord.h"
 
 #include <array>
+#include <string>
+#include <string_view>
 
 #include <gtest/gtest.h>
 
@@ -19,6 +21,14 @@ TEST(NearestWord, IgnoresSpacesAndKindsOfDashes) {
                         "7 ",
                         kWords),
             "MAP-7");
+}
+
+TEST(Fold, RemovesEveryKindOfSpaceAndInvisibleCharacter) {
+  for (const std::string_view removed :
+       {" ", "\t", "\u00A0", "\u00AD", "\u2000", "\u200F", "\u2028", "\u2029", "\u202F", "\u205F",
+        "\u2060", "\u3000", "\uFEFF"}) {
+    EXPECT_EQ(Fold("a" + std::string(removed) + "b"), u"ab") << testing::PrintToString(removed);
+  }
 }
 
 TEST(NearestWord, FindsAWordWithExchangedOrMissingCharacters) {
