@@ -1,5 +1,6 @@
 #include "hosts/author/lint/GitFile.h"
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <cstdlib>
@@ -71,9 +72,8 @@ std::vector<char*> GitEnvironment() {
 /// the process ID.
 pid_t StartGit(std::vector<std::string> arguments, int output, int errors) {
   arguments.insert(arguments.begin(), "git");
-  std::vector<char*> words;
-  for (std::string& argument : arguments) words.push_back(argument.data());
-  words.push_back(nullptr);
+  std::vector<char*> words(arguments.size() + 1);  // ends with a null pointer
+  std::ranges::transform(arguments, words.begin(), [](std::string& word) { return word.data(); });
   const std::vector<char*> environment = GitEnvironment();
   const SpawnActions actions(output, errors);
   pid_t process = 0;
