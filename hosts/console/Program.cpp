@@ -48,6 +48,8 @@ ExitStatus RunRequest(int argc, const char* const* argv) {
 int RunProgram(int argc, const char* const* argv) noexcept {
   // The program reports whether it stored anything, even if the reader of its output exits.
   common::IgnoreWriteSignals();
+  // RunReportingErrors catches the exceptions, which cppcheck does not notice.
+  // cppcheck-suppress throwInNoexceptFunction
   return common::RunReportingErrors(argc, argv, &RunRequest, &ReportError);
 }
 

@@ -151,6 +151,8 @@ void ReportError(std::string_view message) {
 
 int RunProgram(int argc, const char* const* argv) noexcept {
   common::IgnoreWriteSignals();
+  // RunReportingErrors catches the exceptions, which cppcheck does not notice.
+  // cppcheck-suppress throwInNoexceptFunction
   return common::RunReportingErrors(argc, argv, &RunCommandLine, &ReportError);
 }
 
