@@ -21,8 +21,8 @@ using ornwhatsnew::ColumnIndex;
 using ornwhatsnew::DataColumn;
 using ornwhatsnew::DataRowKind;
 
-/// For each column of a table, the column of the data file. `std::nullopt` stands for a column
-/// without a name or with an unknown name.
+/// For each column of a table, the column of the data file. Contains `std::nullopt` for a
+/// column without a name or with an unknown name.
 using TableColumns = std::vector<std::optional<DataColumn>>;
 
 class Importer {

@@ -6,7 +6,7 @@ namespace ornwhatsnewqt {
 
 QString safeText(std::u16string_view text) {
   QString safe = QString::fromStdU16String(orncore::string::SafeForDocument(text));
-  // In a document, this character stands for an image or a table.
+  // A QTextDocument uses this character for images and tables.
   return safe.replace(QChar::ObjectReplacementCharacter, QChar::ReplacementCharacter);
 }
 

@@ -103,18 +103,12 @@ std::string MistakeRemedy(LintCode code) {
   }
 }
 
-/// Returns whether `row`, which the library uses as the header, was not intended as the header.
-bool IsLostRow(LintContext& context, const LintRow& row) {
-  if (LooksLikeHeader(row.data)) return false;
-  const std::string groupingID(row.Value(DataColumn::kGroupingID));
-  return LooksLikeChange(row.data) || context.File().Items().contains(groupingID);
-}
-
 void ReportHeaderMistake(LintContext& context, LintCode code, std::size_t index) {
   std::vector<LintRow>& rows = context.File().Rows();
   LintRow& row = rows[index];
   const std::size_t taken = context.File().HeaderIndex();
-  const bool isLost = taken < rows.size() && IsLostRow(context, rows[taken]);
+  const bool isLost =
+      taken < rows.size() && IsChangeUsedAsHeader(rows[taken].data, context.File().Items());
   std::string message = MistakeMessage(code, row.data);
   if (isLost) {
     message += ", and line " + std::to_string(rows[taken].data.lineNumber) +
@@ -149,7 +143,8 @@ void ExplainLaterHeader(LintContext& context) {
 void CheckTakenHeader(LintContext& context) {
   std::vector<LintRow>& rows = context.File().Rows();
   const std::size_t index = context.File().HeaderIndex();
-  if (index == rows.size() || rows[index].isExplained || !IsLostRow(context, rows[index])) {
+  if (index == rows.size() || rows[index].isExplained ||
+      !IsChangeUsedAsHeader(rows[index].data, context.File().Items())) {
     return;
   }
   LintRow& row = rows[index];
@@ -221,6 +216,12 @@ std::span<const FileRule> HeaderRules() {
 bool LooksLikeHeader(const DataRow& row) {
   constexpr std::ptrdiff_t kEnoughNames = 3;
   return std::ranges::count_if(row.values, IsNameOfAnyColumn) >= kEnoughNames;
+}
+
+bool IsChangeUsedAsHeader(const DataRow& header, const ornwhatsnew::FeatureMap& items) {
+  if (LooksLikeHeader(header)) return false;
+  return LooksLikeChange(header) ||
+         items.contains(std::string(header.Value(DataColumn::kGroupingID)));
 }
 
 bool LooksLikeChange(const DataRow& row) {

@@ -45,6 +45,10 @@ bool LooksLikeHeader(const ornwhatsnew::DataRow& row);
 /// section key in the second, a salience in the fourth, or a link in the eighth.
 bool LooksLikeChange(const ornwhatsnew::DataRow& row);
 
+/// Returns whether `header`, the row that the library uses as the header, looks like a change. The
+/// file then has no header, and the change is lost. `items` are the items of the list.
+bool IsChangeUsedAsHeader(const ornwhatsnew::DataRow& header, const ornwhatsnew::FeatureMap& items);
+
 /// Returns whether the library accepts `text` as a salience.
 bool IsSalience(std::string_view text);
 

@@ -37,12 +37,11 @@ std::string NameOf(const ExplainedItem& item) {
 /// Returns what is lost if `row`, which the library uses as the header, was not intended as the
 /// header. Otherwise returns an empty string.
 std::string LossByHeader(const DataRow& row, const ornwhatsnew::FeatureMap& items) {
-  if (LooksLikeHeader(row)) return "";
-  const std::string groupingID(row.Value(DataColumn::kGroupingID));
-  if (CaseInsensitiveEqual(groupingID, ornwhatsnew::kChangesSinceKey)) {
+  if (!LooksLikeHeader(row) &&
+      CaseInsensitiveEqual(row.Value(DataColumn::kGroupingID), ornwhatsnew::kChangesSinceKey)) {
     return "used as the header row, so its version is lost; put a header row before it";
   }
-  return LooksLikeChange(row) || items.contains(groupingID)
+  return IsChangeUsedAsHeader(row, items)
              ? "used as the header row, so its change is lost; add a header row before it"
              : "";
 }
