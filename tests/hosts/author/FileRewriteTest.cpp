@@ -70,7 +70,7 @@ TEST_F(FileRewrite, RefusesWhatItMustNotReplace) {
 
 using FileRewriteDeathTest = FileRewrite;
 
-// The program is killed after it has created its temporary file.
+// The callback kills the program after the program has created its temporary file.
 TEST_F(FileRewriteDeathTest, IgnoresTheTemporaryFileOfAKilledProgram) {
   folder_.Write("data.csv", "old");
   const auto kill = [](std::string_view bytes) {
@@ -106,7 +106,8 @@ TEST_F(FileRewrite, CreatesNoFileToChange) {
   EXPECT_EQ(0U, CountFiles());
 }
 
-// Without a lock, a change would find that the file has been replaced.
+// If `WriteWholeFile` did not lock the file, `ChangeWholeFile` would fail, because another thread
+// would replace the file during the change.
 TEST_F(FileRewrite, WritersWaitForEachOther) {
   constexpr int kWrites = 15;
   folder_.Write("data.csv", "old");

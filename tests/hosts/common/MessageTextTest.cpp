@@ -12,7 +12,7 @@ TEST(MessageText, ALongTextLosesItsMiddle) {
   EXPECT_EQ(text, WithoutMiddle(text));
   EXPECT_EQ(std::string(100, 'a') + " ... " + std::string(100, 'b'),
             WithoutMiddle(std::string(100, 'a') + "c" + std::string(100, 'b')));
-  // Cuts at 100 bytes from both ends would split both characters.
+  // A cut 100 bytes from either end would split a character.
   EXPECT_EQ(std::string(99, 'a') + " ... " + std::string(99, 'b'),
             WithoutMiddle(std::string(99, 'a') + "\u00E9" + "\u00E9" + std::string(99, 'b')));
 }
