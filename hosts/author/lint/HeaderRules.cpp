@@ -23,7 +23,8 @@ using ornwhatsnew::kDataColumns;
 /// of the manual.
 constexpr std::size_t kFieldsOfTranslatedHeader = 5;
 
-/// Returns whether `name` is the name of the column with the index `column`, or begins like it.
+/// Returns whether `name` and the name of the column with the index `column` are equal, or one of
+/// them begins with the other. Ignores the letter case, and requires at least three characters.
 bool IsNameOf(std::string_view name, std::size_t column) {
   constexpr std::size_t kShortestName = 3;
   name = TrimSpaces(common::WithoutByteOrderMark(name));

@@ -31,8 +31,8 @@ struct LintReport {
   std::set<std::string> notJudged;
 
   std::size_t Count(Severity severity) const;
-  /// Adds the findings of another report. Adds the number of its findings that are not listed, but
-  /// not their edits.
+  /// Adds the findings of another report, and the numbers of its findings that are not listed.
+  /// Omits the edits of findings that are not listed.
   void Append(LintReport other);
 };
 
@@ -41,7 +41,8 @@ struct LintReport {
 /// visible to nobody. Throws `common::JsonError` if the file cannot be used.
 LintHost InstallLintHost(const std::string& file);
 
-/// Configures the services of the process in the same way from the host description of `file`.
+/// Configures the services of the process from `description`, the host description in `file`, in
+/// the same way as the function above.
 LintHost InstallLintHost(const std::string& file, common::HostDescription description);
 
 /// Configures the services of the process for a host without features.

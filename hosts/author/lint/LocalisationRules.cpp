@@ -25,7 +25,8 @@ void CheckKeySpace(LintContext& context, const LintRow& row) {
   }
 }
 
-/// Returns whether `text` begins with two dollar signs, or with more than three, and a slash.
+/// Returns whether `text` begins with dollar signs and a slash, and the number of dollar signs is
+/// two or more than three.
 bool HasMisspeltKeyPrefix(std::string_view text) {
   const std::size_t dollars = text.find_first_not_of('$');
   return dollars != text.npos && text[dollars] == '/' && (dollars == 2 || dollars > 3);
@@ -98,7 +99,7 @@ void CheckMarkupInKey(LintContext& context, const LintRow& row, std::string_view
 
 void CheckMarkup(LintContext& context, const LintRow& row) {
   const std::string_view text = row.Value(DataColumn::kDescription);
-  // `find_first_of` would be a call of `memchr` for each character of the text.
+  // `find_first_of` would call `memchr` for each character of the text.
   if (text.find('#') == text.npos && text.find('^') == text.npos) return;
   if (IsZString(text)) {
     CheckMarkupInKey(context, row, text);

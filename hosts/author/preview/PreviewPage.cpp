@@ -101,8 +101,8 @@ class PageWriter {
   }
 
   std::string Findings() const {
-    // The section can have its own scroll bar but no link. Without a tab stop, the keyboard could
-    // not scroll it.
+    // The section can have its own scroll bar, but it may contain no link. Without a tab stop,
+    // users could then not scroll the section with the keyboard.
     std::string html = SectionStart("preview-findings", "findings", "Findings", " tabindex=\"0\"") +
                        Paragraph("preview-muted", EscapeHtml(LintSummary(report_)));
     if (!report_.findings.empty()) html += "<ul>\n";

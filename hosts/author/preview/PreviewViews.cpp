@@ -23,7 +23,7 @@ using ornwhatsnew::FeatureListData;
 using ornwhatsnew::LayoutParagraph;
 using ornwhatsnew::ParagraphKind;
 
-// Applications show these changes unless their users change the filters.
+// Applications use these filters by default, and their users can change the filters.
 constexpr DisplayOptions kRelevant =
     ornwhatsnew::kFilterRelevantPlatform | ornwhatsnew::kFilterRelevantVersion;
 
@@ -91,7 +91,8 @@ void SetIDs(PreviewView& view, const LinesByItem& shown) {
       const std::size_t number = changesSoFar[paragraph.itemKey]++;
       // If an item occurs twice in the panel, links lead to the first occurrence.
       if (found == shown.end() || number >= found->second.size()) continue;
-      // Nothing shows a change without any text, except for the rating request after it.
+      // A change without text is visible only through the rating request after it. Links to the
+      // change lead to this rating request.
       (paragraph.spans.empty() ? withoutText : lines).push_back(found->second[number]);
     }
     if (lines.empty()) continue;
@@ -190,7 +191,8 @@ class ViewMaker {
         kRelevant | ornwhatsnew::kRatingView);
   }
 
-  /// Adds a view with the panel of `user`. The other members of `view` are set.
+  /// Adds `view` with the panel of `user`. The caller must set the ID, the title and the
+  /// explanation of `view`.
   void Add(PreviewView view, User& user, const DisplayOptions& options) {
     const auto list = LoadList(input_.data.text, user);
     view.layout = list->PreviewLayout(options);

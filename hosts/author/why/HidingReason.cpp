@@ -104,7 +104,8 @@ std::string UserVersionsMistake(const std::string& first, const std::string& add
     }
     const std::optional<std::vector<std::int64_t>> numbers = VersionNumbers(version);
     const bool isInRange = numbers >= VersionNumbers(first) && numbers < VersionNumbers(added);
-    // A user of such a version sees the change, except if a component of the version is invalid.
+    // The display hides the change although this version seems to be in the range. The reason is a
+    // component that is not from 0 to 999.
     if (isInRange) return "the user's " + Quoted(version) + kComponentMistake;
   }
   if (others.empty()) return "";
@@ -123,7 +124,7 @@ std::string VersionReason(const FeatureListDetail& change,
          Quoted(added) + "; this user ran " + QuotedVersions(userVersions);
 }
 
-/// Returns why a display hides the item. "It" is the item.
+/// Returns why a display hides the item. "It" in the result is the item.
 std::string ItemReason(HidingRule rule, const ExplainedItem& item) {
   switch (rule) {
     case HidingRule::kTerminating:
@@ -159,7 +160,7 @@ std::string ItemReason(HidingRule rule, const ExplainedItem& item) {
   return {};
 }
 
-/// Returns why a display hides the change. "It" is the change.
+/// Returns why a display hides the change. "It" in the result is the change.
 std::string ChangeReason(HidingRule rule, const FeatureListDetail& change,
                          std::span<const std::string> userVersions) {
   switch (rule) {
@@ -193,8 +194,8 @@ std::string ChangeReason(HidingRule rule, const FeatureListDetail& change,
   return {};
 }
 
-/// Returns whether an item that this rule hides has no shown change, so that each of its changes
-/// has a reason of its own.
+/// Returns whether `rule` hides an item only if none of its changes is shown. In this case, there
+/// is a separate reason for each change.
 bool FollowsFromChanges(HidingRule rule) {
   return rule == HidingRule::kNoShownChange || rule == HidingRule::kSeen;
 }
