@@ -54,10 +54,10 @@ std::filesystem::path DefaultStateLocation();
 ///
 /// The store opens the file for each read and each write, and closes it afterwards. The first
 /// `Commit` creates the file with the mode 0600, and missing folders with the mode 0700. A file
-/// that exists keeps its mode. If the location is a symbolic link, the store is the file that it
-/// leads to. A write creates two more files in the folder of this file. The lock file has the
-/// suffix
-/// ".lock" and is not deleted. The temporary file has the suffix ".tmp". A read creates nothing.
+/// that exists keeps its mode. If the location is a symbolic link, the store is the file to which
+/// the link points. A write creates two more files in the folder of this file. The lock file has
+/// the suffix ".lock" and is not deleted. The temporary file has the suffix ".tmp". A read creates
+/// nothing.
 ///
 /// Not thread-safe. Any number of programs can use one file at the same time. A read never waits
 /// for other programs. A write waits a limited time for other writers.
