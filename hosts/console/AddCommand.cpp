@@ -59,7 +59,7 @@ void RequireNoError(const std::filesystem::path& file, const std::vector<Finding
                                 " in the new row; nothing was written"));
 }
 
-/// Returns `dataFile` with the new change, and sets `findings` to the findings on it.
+/// Returns `dataFile` with the new change. Sets `findings` to the findings on the new row.
 std::string AddChange(const AddArguments& arguments, std::string_view dataFile,
                       std::vector<Finding>& findings) {
   if (dataFile.size() > kMaximumAuthorFile) {

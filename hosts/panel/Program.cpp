@@ -60,7 +60,7 @@ Settings MakeSettings(common::StateStore& store, QTimer& commitTimer) {
   return settings;
 }
 
-// Writes the store. Returns why that failed, or an empty string.
+// Writes the store. Returns the error message if the write fails, and otherwise an empty string.
 QString CommitError(common::StateStore& store) {
   try {
     store.Commit();
@@ -92,7 +92,8 @@ void InstallTranslator(QTranslator& translator) {
   }
 }
 
-// Shows the panel until the user closes its window. Returns why a rating could not be printed.
+// Shows the panel until the user closes its window. If a rating could not be printed, returns the
+// error.
 std::optional<ToolError> ShowPanel(const Arguments& arguments, const common::HostDescription& host,
                                    common::StateStore& store) {
   QTimer commitTimer;
@@ -151,7 +152,7 @@ void ReportError(std::string_view message) {
 
 int RunProgram(int argc, const char* const* argv) noexcept {
   common::IgnoreWriteSignals();
-  // RunReportingErrors catches the exceptions, which cppcheck does not notice.
+  // RunReportingErrors catches all exceptions, but cppcheck does not detect this.
   // cppcheck-suppress throwInNoexceptFunction
   return common::RunReportingErrors(argc, argv, &RunCommandLine, &ReportError);
 }
