@@ -177,9 +177,9 @@ class ViewMaker {
     const std::string seenVersion = FullVersion();
     user.host.clientVersion = input_.host.clientVersion;
     Add({"seen", "After an update",
-         "What is new for an outside user who saw " +
+         "What is new for an outside user who saw the changes in " +
              std::filesystem::path(seen.name).filename().native() +
-             PhraseWith(" in version ", seenVersion) + " and now starts " +
+             PhraseWith(" with version ", seenVersion) + " and now starts " +
              (version_.empty() ? "the application" : "version " + version_) + "."},
         user, kRelevant | ornwhatsnew::kShowOnlyNew);
   }
