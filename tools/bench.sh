@@ -119,8 +119,8 @@ require_linear_json() {
   ((peak <= 20 * bytes)) || { echo "FAILED: more than 20 bytes of memory per byte" && return 1; }
 }
 
-# Runs the reader on JSON input of this shape and size. Prints the number of instructions that the reader
-# and its callees execute, the actual size of the input in bytes, and the peak memory use in bytes.
+# Runs the reader on JSON input of the given shape and size. Prints the number of instructions that the
+# reader and its callees execute, the actual size of the input in bytes, and the peak memory use in bytes.
 measure_json() {
   local shape=$1 bytes=$2 counts
   counts=$(log_file "growth-$shape-$bytes")

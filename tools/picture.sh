@@ -56,7 +56,8 @@ write_terminal_pictures() {
     write_terminal_picture "$folder" terminal "$columns" "$lines"
 
   "$program" import examples/author/table.csv -o "$folder/draft.csv" 2>/dev/null
-  # The findings contain the name of the file without its folder. The exit status is 1.
+  # Run lint in the folder of the file, so that the findings contain only the file name. The exit status of
+  # lint is 1, because the file has mistakes.
   { (cd "$folder" && "$program" lint draft.csv --host "$host" --color always) || (($? == 1)); } |
     write_terminal_picture "$folder" lint 96 26
 }

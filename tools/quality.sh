@@ -1,7 +1,7 @@
 # shellcheck shell=bash
 
-# Part of ./dev: measures coverage, runs mutation testing, runs the tests that kill programs, and runs
-# the program in adverse conditions.
+# Part of ./dev: measures coverage, runs mutation testing, runs the tests that kill programs, and runs the
+# program under adverse conditions.
 
 # The coverage report includes only these folders, which contain no tests.
 measured_folders=(orncore ornappsupport ornui ornwhatsnew hosts)
@@ -68,7 +68,7 @@ kill_in() {
   printf '%-17s %s\n' "$suite" "$(grep -E '^[0-9]+ killed, ' "$log")"
 }
 
-# Runs the program in adverse conditions. Run './dev robustness --help' for the options.
+# Runs the program under adverse conditions. Run './dev robustness --help' for the options.
 command_robustness() {
   ensure_packages robustness
   configure release
@@ -111,7 +111,7 @@ stage_robustness() { command_robustness --seed 1 && write_settings_in_several_pr
 stage_browser() {
   local folder=build/browser axe=axe-core@4.10.3
   ensure_packages browser
-  # Other packages of Node.js than Debian's contain npm.
+  # Debian's package of Node.js does not contain npm, but other packages of Node.js do.
   command -v npm >/dev/null || install_packages npm
   mkdir -p "$folder"
   if ! npm install --prefix "$folder" --no-save --no-audit --no-fund "$axe"; then
