@@ -16,7 +16,7 @@ std::string NameOfTemporaryFile(const std::string& name, TemporaryName temporary
   return "ornwhatsnew-" + std::to_string(std::random_device()()) + ".tmp";
 }
 
-/// Creates the file `name`. Deletes an existing file of a fixed name instead of truncating it,
+/// Creates the file `name`. Deletes an existing file with a fixed name instead of truncating it,
 /// because the name may be a link to another file.
 FileDescriptor CreateTemporaryFile(const PrivateFolder& folder, const std::string& name,
                                    TemporaryName temporaryName) {

@@ -46,7 +46,7 @@ std::filesystem::path DefaultStateLocation();
 /// A state store. An object contains a copy of the stored values as of the last read, and a buffer
 /// of values that are not written yet.
 ///
-/// `Set` buffers a value. `Commit` writes all buffered values and replaces the file as a whole.
+/// `Set` buffers a value. `Commit` writes all buffered values and replaces the file atomically.
 /// Either all three values of a display are stored or none, even if the program is killed or the
 /// power fails. When `Commit` returns, the values are on the disk. `Commit` merges lists of
 /// identities and versions with the elements that other programs have written since the last read.

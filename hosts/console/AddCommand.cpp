@@ -48,7 +48,7 @@ void Report(const std::filesystem::path& file, std::size_t line, const Finding& 
 }
 
 /// If one of the findings is an error, reports all findings and throws `ToolError`. Omits their
-/// line number, because the new row is not written to the file.
+/// line numbers, because the new row is not written to the file.
 void RequireNoError(const std::filesystem::path& file, const std::vector<Finding>& findings) {
   const auto errors = std::ranges::count(findings, author::Severity::kError, &Finding::severity);
   if (errors == 0) return;

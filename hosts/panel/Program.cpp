@@ -98,7 +98,8 @@ std::optional<ToolError> ShowPanel(const Arguments& arguments, const common::Hos
                                    common::StateStore& store) {
   QTimer commitTimer;
   commitTimer.setSingleShot(true);
-  // The settings make the German texts available, so create them before the translator.
+  // Create the settings first. Their constructor makes the German texts available to the
+  // translator.
   const Settings settings = MakeSettings(store, commitTimer);
   QTranslator translator;
   InstallTranslator(translator);
@@ -113,8 +114,8 @@ std::optional<ToolError> ShowPanel(const Arguments& arguments, const common::Hos
                    [&outputError](const QString& featureKey, int stars, const QString& comment) {
                      PrintRating(featureKey, stars, comment, outputError);
                    });
-  // The action is disabled for 14 days after the first start. Enable it, because authors should not
-  // have to wait.
+  // The action that opens the rating page is disabled for 14 days after the first start. Enable it,
+  // because authors should not have to wait.
   if (arguments.showsRatings) whatsNew.rateAction()->setEnabled(true);
   (arguments.showsRatings ? whatsNew.rateAction() : whatsNew.showAction())->trigger();
   QApplication::exec();

@@ -23,7 +23,7 @@ namespace {
 
 using common::FileDescriptor;
 
-/// The maximum number of bytes to read of git's error messages.
+/// The maximum number of bytes to read from git's error messages.
 constexpr std::size_t kMaximumErrors = 4096;
 
 [[noreturn]] void Fail(const std::string& problem, int error) {

@@ -19,8 +19,8 @@ using ornwhatsnew::DataRowSkipReason;
 using ornwhatsnew::kDataColumnCount;
 using ornwhatsnew::kDataColumns;
 
-/// The minimum number of fields of a header in another language. Such a header has no column name
-/// of the manual.
+/// A row with at least this number of fields can be a header in another language, which contains no
+/// column name of the manual.
 constexpr std::size_t kFieldsOfTranslatedHeader = 5;
 
 /// Returns whether `name` and the name of the column with the index `column` are equal, or one of

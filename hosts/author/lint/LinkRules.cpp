@@ -96,7 +96,7 @@ void CheckLinkInText(LintContext& context, const LintRow& row) {
   }
 }
 
-/// Returns whether a row has an effect even if it contains no text.
+/// Returns whether a row without text has an effect.
 bool HasEffect(const LintContext& context, const LintRow& row) {
   const FeatureListDetail& change = *row.change;
   if (!change.GetRatingRequestOptional().empty()) return true;
@@ -111,7 +111,8 @@ bool HasEffect(const LintContext& context, const LintRow& row) {
 
 void CheckText(LintContext& context, const LintRow& row) {
   if (!row.change->GetDescription().empty() || HasEffect(context, row)) return;
-  // The author intended to set the version in the heading. `CheckGroupingID` reports this row.
+  // With such a row, the author intended to set the version in the heading. `CheckGroupingID`
+  // reports the row.
   if (IsMisspeltChangesSince(row.Value(DataColumn::kGroupingID))) return;
   context.ReportField(LintCode::kTextMissing, row, DataColumn::kDescription,
                       "the row has no text, so users do not see it; write the text into " +

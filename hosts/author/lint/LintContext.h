@@ -36,7 +36,7 @@ enum class LintScope {
 };
 
 /// The findings of a code that are not listed: those after the first `kMaximumFindings` in a file,
-/// and those outside of the scope. `--fix` also applies their edits.
+/// and those outside the scope. `--fix` also applies their edits.
 struct OmittedFindings {
   std::size_t count = 0;
   std::vector<Edit> edits;

@@ -55,7 +55,7 @@ void CheckKeyDefault(LintContext& context, const LintRow& row) {
                             "the key " + Quoted(text) +
                                 " has no default text, so users without a translation see the key; "
                                 "write '=' and a default text after it");
-    // The dictionary of an unknown host can contain the key.
+    // Report only a warning, because the dictionary of the unknown host can contain the key.
     if (host == nullptr) finding.severity = Severity::kWarning;
   }
 }
@@ -99,7 +99,7 @@ void CheckMarkupInKey(LintContext& context, const LintRow& row, std::string_view
 
 void CheckMarkup(LintContext& context, const LintRow& row) {
   const std::string_view text = row.Value(DataColumn::kDescription);
-  // `find_first_of` would call `memchr` for each character of the text.
+  // Do not use `find_first_of`, which would call `memchr` for each character of the text.
   if (text.find('#') == text.npos && text.find('^') == text.npos) return;
   if (IsZString(text)) {
     CheckMarkupInKey(context, row, text);

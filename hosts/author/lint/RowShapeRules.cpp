@@ -119,7 +119,7 @@ constexpr std::array<QuotePair, 7> kQuotePairs = {{{"\xE2\x80\x9C", "\xE2\x80\x9
                                                    {"'", "'"}}};
 
 /// If the field `first` begins with an opening quote, returns the index of the next field that ends
-/// with its closing quote.
+/// with the matching closing quote.
 std::optional<std::size_t> FindClosingField(const Shape& shape, std::size_t first) {
   for (const QuotePair& quotes : kQuotePairs) {
     if (!shape.Field(first).starts_with(quotes.open)) continue;
@@ -158,8 +158,8 @@ bool CheckIssueList(LintContext& context, const Shape& shape) {
 
 /// Returns the index of the first field whose value belongs in the column `column`.
 std::optional<std::size_t> FindWord(const Shape& shape, DataColumn column) {
-  // In a row with many more fields than columns, a later value does not show how many commas before
-  // it are wrong.
+  // In a row with many more fields than columns, the position of a later value does not show how
+  // many commas are wrong.
   const std::size_t end = std::min(shape.Count(), 2 * kDataColumnCount);
   for (std::size_t i = 0; i < end; ++i) {
     const std::string_view field = shape.Field(i);

@@ -42,8 +42,8 @@ std::span<const ChangeRule> TextRules();
 /// with the other.
 bool LooksLikeHeader(const ornwhatsnew::DataRow& row);
 
-/// Returns whether at least one field looks like that of a change: a version in the first column, a
-/// section key in the second, a salience in the fourth, or a link in the eighth.
+/// Returns whether at least one field looks like a field of a change: a version in the first
+/// column, a section key in the second, a salience in the fourth, or a link in the eighth.
 bool LooksLikeChange(const ornwhatsnew::DataRow& row);
 
 /// Returns whether `header`, the row that the library uses as the header, is probably a change. The

@@ -22,8 +22,8 @@ using ornwhatsnew::kDataColumnCount;
 
 // ---- quotes
 
-/// Returns the offset of the first quote in `field` that is neither its first nor its last byte, or
-/// that has no partner. Returns `npos` if the quotes only enclose the field.
+/// Returns the offset of the first quote in `field` that does not enclose the whole field. Returns
+/// `npos` if there is no such quote.
 std::size_t FindVanishingQuote(std::string_view field) {
   const std::size_t first = field.find('"');
   if (first == field.npos) return first;

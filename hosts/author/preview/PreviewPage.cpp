@@ -135,8 +135,8 @@ class PageWriter {
            std::to_string(finding.place.column);
   }
 
-  /// Returns links to the places where the panels show the change of a finding, or says that no
-  /// panel shows it.
+  /// Returns links to the places where the panels show the change of a finding. If no panel shows
+  /// the change, returns a paragraph that says so.
   std::string PanelLinks(const Finding& finding) const {
     if (!IsOnRow(finding) || finding.file != input_.data.name) return {};
     const std::size_t line = finding.place.line;

@@ -23,7 +23,7 @@ using ornwhatsnew::FeatureListData;
 using ornwhatsnew::LayoutParagraph;
 using ornwhatsnew::ParagraphKind;
 
-// Applications use these filters by default, and their users can change the filters.
+// The default filters of an application, which its users can change.
 constexpr DisplayOptions kRelevant =
     ornwhatsnew::kFilterRelevantPlatform | ornwhatsnew::kFilterRelevantVersion;
 
@@ -39,7 +39,7 @@ LinesByItem LinesOfChanges(const LintedFile& file) {
   return lines;
 }
 
-/// A user of the application: the host of this user, and what the user has seen.
+/// A user of the application: the description of the user's host, and the user's state.
 struct User {
   common::HostDescription host;
   common::StateValues state = {};

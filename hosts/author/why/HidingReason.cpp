@@ -61,9 +61,9 @@ std::string PlatformReason(const FeatureListDetail& change) {
                        : "; this host is " + orncore::string::EscapeInvisible(host));
 }
 
-// The library compares the results of `ornwhatsnew::VersionNumber`. Their order is that of the
-// versions only if all versions have the same number of components, and if each component is a
-// number from 0 to 999.
+// The library compares the results of `ornwhatsnew::VersionNumber`. The order of these numbers is
+// the order of the versions only under two conditions: All versions have the same number of
+// components, and each component is a number from 0 to 999.
 constexpr const char* kComponentMistake =
     " has a component that is not from 0 to 999, so it cannot be compared";
 
@@ -92,8 +92,9 @@ std::string BoundsMistake(const std::string& first, const std::string& added) {
              : Quoted(first) + " is not before " + Quoted(added) + ", so no user is in the range";
 }
 
-/// Returns why the library cannot compare versions of the user with the ends of the range, which
-/// have no `BoundsMistake`. Returns an empty string if it can.
+/// Returns why the library cannot compare versions of the user with the ends of the range. Returns
+/// an empty string if the library can compare them. REQUIRES: `BoundsMistake` returns an empty
+/// string for this range.
 std::string UserVersionsMistake(const std::string& first, const std::string& added,
                                 std::span<const std::string> userVersions) {
   std::vector<std::string> others;

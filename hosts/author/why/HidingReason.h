@@ -27,13 +27,13 @@ std::string Noun(const ExplainedItem& item);
 std::string PlacementReason(const ornwhatsnew::FeatureListDetail& change);
 
 // Each of the next three functions returns reasons as clauses, in the order in which a display
-// checks the rules. "It" in a clause is the item or the change that the function names.
+// checks the rules. "It" in a clause is the item or the change that the display hides.
 
 /// Returns why a display hides the item.
 std::vector<std::string> ItemReasons(const ExplainedItem& item);
 
-/// Returns why a display hides the item, and therefore all of its changes. Omits the reasons that
-/// follow from those of the changes.
+/// Returns why a display hides the item, and therefore all of its changes. Omits reasons that only
+/// state that none of the changes is shown.
 std::vector<std::string> ItemReasonsForChanges(const ExplainedItem& item);
 
 /// Returns why a display hides the change with the index `index` of an item, without the reasons
