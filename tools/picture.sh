@@ -6,7 +6,7 @@ picture_folder=docs/images
 picture_data=examples/herbarium/whatsnew.csv
 picture_host=examples/herbarium/host.json
 
-# Reads the output of a program for a terminal, and prints an HTML page that shows it like a terminal.
+# Reads text with escape sequences for a terminal, and prints an HTML page that looks like the terminal.
 # Removes the link targets. Replaces faint text with grey text, because aha does not support faint text.
 picture_page() {
   cat <<'HTML'
@@ -27,8 +27,8 @@ picture_colors() {
     -e 's/color:red;/color:#ff757f;/g'
 }
 
-# take_screenshot PAGE PICTURE SIZE SCALE PROFILE: writes a picture of the top of the HTML file PAGE. SIZE
-# is WIDTH,HEIGHT. PROFILE is a folder for the settings of the browser.
+# take_screenshot PAGE PICTURE SIZE SCALE PROFILE: writes a screenshot of the top of the HTML file PAGE to
+# PICTURE. SIZE is WIDTH,HEIGHT. PROFILE is a folder for the settings of the browser.
 take_screenshot() {
   say "Writing $picture_folder/$2"
   chromium --headless --no-sandbox --disable-gpu --disable-quic --no-first-run \

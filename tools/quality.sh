@@ -14,7 +14,7 @@ command_coverage() {
   say "Per file: build/coverage/report/summary.txt; per line: build/coverage/report/index.html"
 }
 
-# Runs the tests and writes the report. gcovr receives the arguments.
+# Runs the tests and writes the report. Passes its arguments to gcovr.
 measure_coverage() {
   configure coverage && build coverage || return
   # Delete the counts of earlier runs, because a run adds its counts to them.
@@ -77,7 +77,8 @@ command_robustness() {
   nice -n 10 python3 tests/hosts/robustness/run.py "$@"
 }
 
-# Writes the settings of the Qt companion 500 times in each of four programs. Does nothing without Qt.
+# Tests that four programs can change the settings of the Qt companion at the same time, 500 times each.
+# Does nothing without Qt.
 write_settings_in_several_programs() {
   local test=ornwhatsnewqt_SettingsStoreProgramsTest
   grep -q "^build bin/$test:" build/release/build.ninja || return 0
