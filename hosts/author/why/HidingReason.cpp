@@ -57,7 +57,7 @@ std::string PlatformReason(const FeatureListDetail& change) {
   const std::string host = orncore::config::GetClientPlatform();
   return "only relevant on " +
          (isMac ? FeatureListDetail::kPlatformMac : FeatureListDetail::kPlatformWin) +
-         (host.empty() ? "; this host has no platform"
+         (host.empty() ? "; the platform in the host description is empty"
                        : "; this host is " + orncore::string::EscapeInvisible(host));
 }
 
@@ -168,7 +168,8 @@ std::string ChangeReason(HidingRule rule, const FeatureListDetail& change,
     case HidingRule::kOtherPlatform:
       return PlatformReason(change);
     case HidingRule::kHeadlinesOnly:
-      return "its salience is not malformed, and --headlines shows only malformed ones";
+      return "its salience is not malformed, and --headlines shows only changes with a malformed "
+             "salience";
     case HidingRule::kOtherVersion:
       return VersionReason(change, userVersions);
     case HidingRule::kNoRatingRequest:

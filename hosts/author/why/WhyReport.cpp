@@ -165,7 +165,7 @@ std::string WhyReport::ExplainAll() const {
       " of " + std::to_string(changes) + " changes\n" + lostRow_;
   const std::size_t skipped = list_.GetDataFileSummary().skippedRows;
   if (skipped == 0) return text;
-  return text + "skipped: " + Counted(skipped, "row") + "; 'ornwhatsnew lint' says which and why\n";
+  return text + "skipped: " + Counted(skipped, "row") + "; run 'ornwhatsnew lint' for details\n";
 }
 
 std::string WhyReport::ExplainLine(std::size_t line) const {
