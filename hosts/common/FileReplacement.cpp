@@ -37,8 +37,9 @@ FileReplacement::FileReplacement(const PrivateFolder& folder, const std::string&
       file_(CreateTemporaryFile(folder_, temporaryName_, temporaryName)) {}
 
 FileReplacement::~FileReplacement() {
-  // Check that the name still belongs to this file. If another program has deleted the lock file, a
-  // third program may be writing its own temporary file under the same name.
+  // Check that the name still belongs to the temporary file of this object. If another program has
+  // deleted the lock file, a third program may be writing its own temporary file under the same
+  // name.
   if (folder_.IsNameOf(temporaryName_, file_)) {
     ::unlinkat(folder_.Descriptor(), temporaryName_.c_str(), 0);
   }

@@ -12,7 +12,7 @@ namespace hosts::common {
 namespace {
 
 constexpr std::string_view kFormat = "ornwhatsnew state";
-/// The version of the format that this program writes, and the newest one that it reads.
+/// The version of the format that this program writes, and the newest version that it reads.
 constexpr std::int64_t kFormatVersion = 1;
 
 constexpr std::string_view kFormatMember = "format";

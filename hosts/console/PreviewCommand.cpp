@@ -41,7 +41,7 @@ std::vector<fs::path> DictionaryFiles(const fs::path& hostFile) {
       files.push_back(hostFile.parent_path() / name);
     }
   } catch (const std::exception&) {
-    // `WritePage` reads the host description, too, and reports the error.
+    // Ignore the error. `WritePage` also reads the host description, and reports the error.
   }
   return files;
 }

@@ -55,7 +55,7 @@ Settings MakeSettings(common::StateStore& store, QTimer& commitTimer) {
     store.Set(key, value);
     commitTimer.start();
   };
-  // With an empty store, `ornwhatsnew show` shows everything, too.
+  // If the store is empty, show everything, as `ornwhatsnew show` does.
   settings.firstStart = ornwhatsnewqt::FirstStart::ShowAll;
   return settings;
 }

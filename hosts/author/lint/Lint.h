@@ -42,8 +42,8 @@ struct LintReport {
 /// visible to nobody. Throws `common::JsonError` if the file cannot be used.
 LintHost InstallLintHost(const std::string& file);
 
-/// Configures the services of the process from `description`, the host description in `file`, in
-/// the same way as the function above.
+/// Configures the services of the process from `description`, the host description in `file`. Makes
+/// the user an internal user, and removes the debug entries.
 LintHost InstallLintHost(const std::string& file, common::HostDescription description);
 
 /// Configures the services of the process for a host without features.

@@ -25,8 +25,8 @@ struct LintHost {
   common::HostDescription description;
 };
 
-/// The maximum number of findings of one code in a file. A message states how many more
-/// there are.
+/// The maximum number of findings of one code in a file. A message states the number of further
+/// findings.
 inline constexpr std::size_t kMaximumFindings = 1000;
 
 /// Selects the rows whose findings are listed. Findings on the whole file are listed in any case.

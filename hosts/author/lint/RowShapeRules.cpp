@@ -178,7 +178,7 @@ std::optional<std::size_t> FindShiftedField(const Shape& shape) {
   for (const DataColumn column : {DataColumn::kSalience, DataColumn::kPlatform, DataColumn::kURL}) {
     const std::optional<std::size_t> index = FindWord(shape, column);
     if (!index || *index == ColumnIndex(column)) continue;
-    // After the tenth field, such a value is probably a part of the text.
+    // A keyword or a URL after the tenth field is probably a part of the text.
     if (shape.Count() > kDataColumnCount && *index >= kDataColumnCount) continue;
     const bool isMissing = shape.Count() < kDataColumnCount;
     if (isMissing == (*index < ColumnIndex(column))) return index;

@@ -191,8 +191,8 @@ std::string WhyReport::ExplainChange(const ExplainedItem& item, std::size_t inde
 }
 
 std::string WhyReport::ExplainOtherRow(std::size_t line) const {
-  // If the file ends with a newline, `DataFileReader` returns a blank row after it. Authors do not
-  // count this row as a line.
+  // If the file ends with a newline, `DataFileReader` returns a blank row after this newline.
+  // Authors do not count this row as a line.
   const bool isLastOpen = !text_.empty() && !text_.ends_with('\n');
   const std::size_t lines =
       static_cast<std::size_t>(std::ranges::count(text_, '\n')) + (isLastOpen ? 1 : 0);

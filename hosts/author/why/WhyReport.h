@@ -28,7 +28,7 @@ class WhyReport {
             const ornwhatsnew::DisplayOptions& options, std::vector<std::string> userVersions);
 
   /// Returns a table of all features and changes in display order, with totals. Omits sections
-  /// without changes. Also reports if the first row is lost because there is no header row.
+  /// without changes. Adds a line if the first row is lost because there is no header row.
   std::string ExplainAll() const;
 
   /// Returns whether the change on a line is shown, and each reason why it is not. If the line
