@@ -83,8 +83,8 @@ write_panel_picture() {
     fail "cannot write the picture '$name'"
 }
 
-# Writes the pictures of the panel in a window: both pages in light and dark colours, for screens with
-# one and two pixels per unit.
+# Writes screenshots of the panel's two pages in a window. Each page has screenshots in light and dark
+# colours, for screens with one and two pixels per unit.
 write_panel_pictures() {
   local folder=$1 colors scale suffix
   # The rating page shows only what the user has seen.
