@@ -51,8 +51,8 @@ LintedFile::LintedFile(std::string name, std::string text)
   headerIndex_ = static_cast<std::size_t>(header - rows_.begin());
 }
 
-// A row inherits missing values from the reader's buffers. Do not copy these values. Otherwise,
-// many short rows after a long row would need the memory of the long row many times.
+// A row inherits missing values from the reader's buffers. Do not copy them: many short rows after
+// a long one would need the memory of the long row many times.
 void LintedFile::Add(const DataRow& row) {
   rows_.emplace_back();
   DataRow& added = rows_.back().data;

@@ -61,9 +61,9 @@ std::string PlatformReason(const FeatureListDetail& change) {
                        : "; this host is " + orncore::string::EscapeInvisible(host));
 }
 
-// The library compares the results of `ornwhatsnew::VersionNumber`. The order of these numbers is
-// the order of the versions only under two conditions: All versions have the same number of
-// components, and each component is a number from 0 to 999.
+// The library compares the results of `ornwhatsnew::VersionNumber`. Their order is that of the
+// versions only if all versions have the same number of components, and if each component is a
+// number from 0 to 999.
 constexpr const char* kComponentMistake =
     " has a component that is not from 0 to 999, so it cannot be compared";
 
@@ -105,8 +105,7 @@ std::string UserVersionsMistake(const std::string& first, const std::string& add
     }
     const std::optional<std::vector<std::int64_t>> numbers = VersionNumbers(version);
     const bool isInRange = numbers >= VersionNumbers(first) && numbers < VersionNumbers(added);
-    // The display hides the change although this version seems to be in the range. The reason is a
-    // component that is not from 0 to 999.
+    // A user of such a version sees the change, except if a component of the version is invalid.
     if (isInRange) return "the user's " + Quoted(version) + kComponentMistake;
   }
   if (others.empty()) return "";
