@@ -84,7 +84,7 @@ class AuthorFile {
     }
   }
 
-  /// Locks the existing file.
+  /// Locks the file. Throws if the file does not exist, or if another program keeps it locked.
   common::FileLock Lock() const {
     for (;;) {
       // Check that the file exists, because `Acquire` would create it.

@@ -48,7 +48,7 @@ void Report(const std::filesystem::path& file, std::size_t line, const Finding& 
 }
 
 /// If one of the findings is an error, reports all findings and throws `ToolError`. Omits their
-/// line number, because the new row is not written to the file.
+/// line numbers, because the new row is not written to the file.
 void RequireNoError(const std::filesystem::path& file, const std::vector<Finding>& findings) {
   const auto errors = std::ranges::count(findings, author::Severity::kError, &Finding::severity);
   if (errors == 0) return;
@@ -59,7 +59,7 @@ void RequireNoError(const std::filesystem::path& file, const std::vector<Finding
                                 " in the new row; nothing was written"));
 }
 
-/// Returns `dataFile` with the new change, and sets `findings` to the findings on it.
+/// Returns `dataFile` with the new change. Sets `findings` to the findings on the new row.
 std::string AddChange(const AddArguments& arguments, std::string_view dataFile,
                       std::vector<Finding>& findings) {
   if (dataFile.size() > kMaximumAuthorFile) {

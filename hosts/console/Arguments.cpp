@@ -128,7 +128,7 @@ void AddFilters(CLI::App& command, DisplayOptions& options) {
   for (const OptionFlag& flag : kFilterFlags) AddFlag(command, flag, options);
 }
 
-/// Returns the words in their order as "text, json or sarif".
+/// Returns a list of the words for a message, such as "text, json or sarif".
 template <class Choice>
 std::string ListOfWords(const Choices<Choice>& choices) {
   std::string list;

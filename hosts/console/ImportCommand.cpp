@@ -36,7 +36,8 @@ void Report(const std::filesystem::path& file, const std::vector<author::Remark>
   }
 }
 
-/// Returns the data file. Throws `ToolError` if the table has an error.
+/// Converts the table, and returns the content of the data file. Reports the encoding, the
+/// replacements and the errors. Throws `ToolError` if the table has an error.
 std::string Import(const ImportArguments& arguments) {
   const author::DecodedText decoded =
       author::DecodeText(ReadInputFile(arguments.table, kMaximumAuthorFile), arguments.encoding);

@@ -72,7 +72,7 @@ author::SeverityOverrides SeveritiesFor(const std::string& file, const LintArgum
   return severities;
 }
 
-/// Checks files, with the host that the arguments name, and prints the findings.
+/// Checks files with the host that the arguments name, and prints the findings.
 class LintRun {
  public:
   explicit LintRun(const LintArguments& arguments) : arguments_(arguments) {

@@ -78,7 +78,7 @@ struct Pairing {
   }
 };
 
-/// Compares the changes of two files and reports to the context of the new file.
+/// Compares the changes of two files, and adds the findings to the context of the new file.
 class Comparison {
  public:
   Comparison(LintContext& context, const LintedFile& before) : context_(context), before_(before) {

@@ -118,7 +118,7 @@ inline constexpr auto kLintCodes = std::to_array<LintCodeInfo>({
      "The library skips a row without a grouping ID, so the change is lost.",
      "Write the key of a feature or a section into the second column."},
     {LintCode::kTextMissing, "text-missing", Severity::kError, "the row has no text and no effect",
-     "Users do not see a change without a text. Such a row is useful only if it requests a "
+     "Users do not see a change without text. Such a row is useful only if it requests a "
      "rating, hides or unhides a feature, or sets the link of its feature.",
      "Write the text, or delete the row."},
     {LintCode::kGroupingIDUnknown, "grouping-id-unknown", Severity::kError,
@@ -192,9 +192,9 @@ inline constexpr auto kLintCodes = std::to_array<LintCodeInfo>({
      "Write each component as a number from 0 to 999."},
     {LintCode::kBoundsNoVersion, "bounds-no-version", Severity::kError,
      "the change has an earliest version but no version",
-     "The version in the first column is the first version after the affected ones. Without "
-     "it, no version is affected, and a panel that is filtered by version never shows the "
-     "change.",
+     "The change is relevant only to users of versions before the version in the first column. If "
+     "that column is empty, there are no such versions, and a panel that is filtered by version "
+     "never shows the change.",
      "Write the version that contains the change into the first column."},
     {LintCode::kBoundsOrder, "bounds-order", Severity::kError,
      "the earliest version is not before the version",
@@ -206,8 +206,8 @@ inline constexpr auto kLintCodes = std::to_array<LintCodeInfo>({
      "The library compares both versions with the application's full version, which is its "
      "version and its build number. If the numbers of components differ, or if a component is "
      "above 999, every comparison is wrong.",
-     "Write as many components as the full version has. If the build number is above 999, "
-     "leave the column empty."},
+     "Write as many components as the full version has. If the build number is above 999, leave "
+     "the sixth column empty."},
     {LintCode::kLinkNotHttps, "link-not-https", Severity::kError,
      "the link does not begin with https://",
      "The library ignores the link. Only internal users see a note about it.",

@@ -18,7 +18,8 @@
 
 namespace hosts::author {
 
-/// A row with at least one field. If the row is a change, also the library's objects for it.
+/// A row with at least one field. If the row is a change, it also has the library's objects for
+/// this change.
 struct LintRow {
   /// The row as the reader returned it. Its views are valid while the file exists. The values of
   /// columns that the row does not have are empty.

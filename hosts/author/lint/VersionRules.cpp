@@ -56,7 +56,8 @@ bool HasPlaceholder(std::string_view text) {
 }
 
 void CheckPlaceholder(LintContext& context, const LintRow& row) {
-  // In a row with an earliest version, the placeholder is a component that is no number.
+  // In a row with an earliest version, `CheckBounds` reports the placeholder as a component that is
+  // not a number.
   if (!row.Value(DataColumn::kFirstVersion).empty()) return;
   const std::string_view text = row.Value(DataColumn::kVersion);
   if (!HasPlaceholder(text)) return;
@@ -97,8 +98,9 @@ bool HasForm(std::string_view text, std::string_view pattern) {
   });
 }
 
-/// Returns whether `text` is a date as spreadsheets write it. An application can name its versions
-/// by ISO dates, so these count only if `hasPlainVersion` says that other versions are numbers.
+/// Returns whether `text` is a date as spreadsheets write it. An application can use ISO dates as
+/// versions. An ISO date is therefore a mistake only if `hasPlainVersion` is true, which means that
+/// another version consists of digits and points.
 bool IsDate(std::string_view text, bool hasPlainVersion) {
   static constexpr std::array<std::string_view, 7> kForms = {
       "99/99/9999", "9/99/9999", "99/9/9999", "9/9/9999", "99/99/99", "99.99.9999", "9999/99/99"};

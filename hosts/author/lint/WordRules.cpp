@@ -86,7 +86,7 @@ void CheckKeywordColumn(LintContext& context, const LintRow& row) {
 // ---- grouping ID
 
 /// Returns the remedy for the grouping ID `text` if it is the internal key or the name of a
-/// feature.
+/// feature. Otherwise returns an empty string.
 std::string FeatureRemedy(const LintContext& context, std::string_view text) {
   if (context.Host() == nullptr) return "";
   for (const common::BetaFeatureDescription& feature : context.Host()->description.betaFeatures) {

@@ -23,7 +23,7 @@ using ornwhatsnew::FeatureListData;
 using ornwhatsnew::LayoutParagraph;
 using ornwhatsnew::ParagraphKind;
 
-// Applications show these changes unless their users change the filters.
+// The default filters of an application, which its users can change.
 constexpr DisplayOptions kRelevant =
     ornwhatsnew::kFilterRelevantPlatform | ornwhatsnew::kFilterRelevantVersion;
 
@@ -39,7 +39,7 @@ LinesByItem LinesOfChanges(const LintedFile& file) {
   return lines;
 }
 
-/// A user of the application: the host of this user, and what the user has seen.
+/// A user of the application: the description of the user's host, and the user's state.
 struct User {
   common::HostDescription host;
   common::StateValues state = {};
@@ -91,7 +91,8 @@ void SetIDs(PreviewView& view, const LinesByItem& shown) {
       const std::size_t number = changesSoFar[paragraph.itemKey]++;
       // If an item occurs twice in the panel, links lead to the first occurrence.
       if (found == shown.end() || number >= found->second.size()) continue;
-      // Nothing shows a change without any text, except for the rating request after it.
+      // A change without text is visible only through the rating request after it. Links to the
+      // change lead to this rating request.
       (paragraph.spans.empty() ? withoutText : lines).push_back(found->second[number]);
     }
     if (lines.empty()) continue;
@@ -176,9 +177,9 @@ class ViewMaker {
     const std::string seenVersion = FullVersion();
     user.host.clientVersion = input_.host.clientVersion;
     Add({"seen", "After an update",
-         "What is new for an outside user who saw " +
+         "What is new for an outside user who saw the changes in " +
              std::filesystem::path(seen.name).filename().native() +
-             PhraseWith(" in version ", seenVersion) + " and now starts " +
+             PhraseWith(" with version ", seenVersion) + " and now starts " +
              (version_.empty() ? "the application" : "version " + version_) + "."},
         user, kRelevant | ornwhatsnew::kShowOnlyNew);
   }
@@ -190,7 +191,8 @@ class ViewMaker {
         kRelevant | ornwhatsnew::kRatingView);
   }
 
-  /// Adds a view with the panel of `user`. The other members of `view` are set.
+  /// Adds `view` with the panel of `user`. The caller must set the ID, the title and the
+  /// explanation of `view`.
   void Add(PreviewView view, User& user, const DisplayOptions& options) {
     const auto list = LoadList(input_.data.text, user);
     view.layout = list->PreviewLayout(options);

@@ -57,8 +57,8 @@ std::string PhraseWith(std::string_view words, std::string_view value);
 ///   user.
 /// - The rating view shows what a user who has seen the data file can rate.
 ///
-/// The user of the earlier data file opened it in its newest version. That is the greatest version
-/// of its changes that is not above the version of the host.
+/// The user who saw the earlier data file had the newest version in this file. That is the greatest
+/// version of its changes that is not above the version of the host.
 std::vector<PreviewView> MakePreviewViews(const PreviewInput& input, const LintedFile& file);
 
 }  // namespace hosts::author

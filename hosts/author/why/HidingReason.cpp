@@ -57,7 +57,7 @@ std::string PlatformReason(const FeatureListDetail& change) {
   const std::string host = orncore::config::GetClientPlatform();
   return "only relevant on " +
          (isMac ? FeatureListDetail::kPlatformMac : FeatureListDetail::kPlatformWin) +
-         (host.empty() ? "; this host has no platform"
+         (host.empty() ? "; the platform in the host description is empty"
                        : "; this host is " + orncore::string::EscapeInvisible(host));
 }
 
@@ -92,8 +92,9 @@ std::string BoundsMistake(const std::string& first, const std::string& added) {
              : Quoted(first) + " is not before " + Quoted(added) + ", so no user is in the range";
 }
 
-/// Returns why the library cannot compare versions of the user with the ends of the range, which
-/// have no `BoundsMistake`. Returns an empty string if it can.
+/// Returns why the library cannot compare versions of the user with the ends of the range. Returns
+/// an empty string if the library can compare them. REQUIRES: `BoundsMistake` returns an empty
+/// string for this range.
 std::string UserVersionsMistake(const std::string& first, const std::string& added,
                                 std::span<const std::string> userVersions) {
   std::vector<std::string> others;
@@ -123,7 +124,7 @@ std::string VersionReason(const FeatureListDetail& change,
          Quoted(added) + "; this user ran " + QuotedVersions(userVersions);
 }
 
-/// Returns why a display hides the item. "It" is the item.
+/// Returns why a display hides the item. "It" in the result is the item.
 std::string ItemReason(HidingRule rule, const ExplainedItem& item) {
   switch (rule) {
     case HidingRule::kTerminating:
@@ -159,14 +160,15 @@ std::string ItemReason(HidingRule rule, const ExplainedItem& item) {
   return {};
 }
 
-/// Returns why a display hides the change. "It" is the change.
+/// Returns why a display hides the change. "It" in the result is the change.
 std::string ChangeReason(HidingRule rule, const FeatureListDetail& change,
                          std::span<const std::string> userVersions) {
   switch (rule) {
     case HidingRule::kOtherPlatform:
       return PlatformReason(change);
     case HidingRule::kHeadlinesOnly:
-      return "its salience is not malformed, and --headlines shows only malformed ones";
+      return "its salience is not malformed, and --headlines shows only changes with a malformed "
+             "salience";
     case HidingRule::kOtherVersion:
       return VersionReason(change, userVersions);
     case HidingRule::kNoRatingRequest:
@@ -193,8 +195,8 @@ std::string ChangeReason(HidingRule rule, const FeatureListDetail& change,
   return {};
 }
 
-/// Returns whether an item that this rule hides has no shown change, so that each of its changes
-/// has a reason of its own.
+/// Returns whether `rule` hides an item only if none of its changes is shown. In this case, there
+/// is a separate reason for each change.
 bool FollowsFromChanges(HidingRule rule) {
   return rule == HidingRule::kNoShownChange || rule == HidingRule::kSeen;
 }

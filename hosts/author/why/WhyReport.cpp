@@ -46,7 +46,7 @@ std::string LossByHeader(const DataRow& row, const ornwhatsnew::FeatureMap& item
              : "";
 }
 
-/// Returns what a row is that contains no change. `items` are the items of the list.
+/// Describes a row that does not contain a change. `items` are the items of the list.
 std::string KindOf(const DataRow& row, const ornwhatsnew::FeatureMap& items) {
   if (row.kind == DataRowKind::kHeader) {
     const std::string loss = LossByHeader(row, items);
@@ -78,8 +78,9 @@ std::string Verdict(std::span<const std::string> reasons) {
   return text;
 }
 
-/// Returns why a change belongs to its item if its grouping ID does not say so, as a clause after
-/// the name of the item.
+/// If the grouping ID of a change is not the key of its item, returns a clause that states why the
+/// change belongs to the item. Otherwise, returns an empty string. The clause follows the name of
+/// the item.
 std::string BelongingReason(const FeatureListItem& item,
                             const ornwhatsnew::FeatureListDetail& change) {
   const std::string placement = PlacementReason(change);
@@ -90,9 +91,10 @@ std::string BelongingReason(const FeatureListItem& item,
   return isByStoryID ? ", because its story ID is that key" : "";
 }
 
-/// Returns what to do about a key that no item has.
+/// Returns advice for the user about a key that no item has.
 std::string KeyRemedy(std::string_view key, std::span<const ExplainedItem> items) {
-  // Features with the same epic key are one item, which has only one of their internal keys.
+  // Search the feature table instead of the items. If several features have the same epic key, they
+  // share one item, which has only one of their internal keys.
   const ornappsupport::feature::BetaFeatureMap& features =
       ornappsupport::feature::GetConstBetaFeatureMap();
   const auto feature = features.find(key);
@@ -163,7 +165,7 @@ std::string WhyReport::ExplainAll() const {
       " of " + std::to_string(changes) + " changes\n" + lostRow_;
   const std::size_t skipped = list_.GetDataFileSummary().skippedRows;
   if (skipped == 0) return text;
-  return text + "skipped: " + Counted(skipped, "row") + "; 'ornwhatsnew lint' says which and why\n";
+  return text + "skipped: " + Counted(skipped, "row") + "; run 'ornwhatsnew lint' for details\n";
 }
 
 std::string WhyReport::ExplainLine(std::size_t line) const {
@@ -189,8 +191,8 @@ std::string WhyReport::ExplainChange(const ExplainedItem& item, std::size_t inde
 }
 
 std::string WhyReport::ExplainOtherRow(std::size_t line) const {
-  // For the reader, a newline at the end of the file begins a blank row. For an author, it does
-  // not.
+  // If the file ends with a newline, `DataFileReader` returns a blank row after this newline.
+  // Authors do not count this row as a line.
   const bool isLastOpen = !text_.empty() && !text_.ends_with('\n');
   const std::size_t lines =
       static_cast<std::size_t>(std::ranges::count(text_, '\n')) + (isLastOpen ? 1 : 0);

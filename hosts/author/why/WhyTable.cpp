@@ -28,7 +28,8 @@ std::size_t Columns(std::string_view text) {
   return orncore::string::DisplayWidth(orncore::string::UTF8to16(text));
 }
 
-/// Returns the start of `text` that fits into `columns` columns, on one line.
+/// Returns `text` on one line, with escapes for invisible characters. If the result does not fit
+/// into `columns` columns, returns its start and "...".
 std::string Shortened(std::string_view text, std::size_t columns) {
   constexpr std::string_view kEllipsis = "...";
   constexpr std::size_t kBytesPerColumn = 4;  // of most characters outside of ASCII
@@ -109,7 +110,7 @@ void AddItem(const ornwhatsnew::FeatureListData& list, const ExplainedItem& item
                DisplayText(list, data.GetFeatureName()), Joined(reasons));
 }
 
-/// Returns the reason for a change of a hidden item.
+/// Returns a clause that states that `change` is hidden together with `item`.
 std::string HiddenWithItem(const ExplainedItem& item, const FeatureListDetail& change) {
   const std::string placement = PlacementReason(change);
   return (placement.empty() ? "" : placement + ", so it is ") + "hidden with its " + Noun(item);

@@ -18,7 +18,8 @@ std::string WhyTable(const ornwhatsnew::FeatureListData& list,
                      std::span<const std::string> userVersions,
                      std::span<const ExplainedItem* const> items);
 
-/// Returns such a table with a row for each change of `item`, but not for the item.
+/// Returns a table with the same columns as `WhyTable`. It has a row for each change of `item`, and
+/// no row for `item` itself.
 std::string ChangeTable(const ornwhatsnew::FeatureListData& list,
                         std::span<const std::string> userVersions, const ExplainedItem& item);
 

@@ -85,7 +85,8 @@ TEST_F(WhyReportTest, GivesEveryReasonOfAChangeInTheOrderOfTheRules) {
                                kShowOnlyNew),
             "data.csv:2: a change of the feature 'MAP-7': 'Zooms'\n"
             "not shown: only relevant on Win; this host is Mac\n"
-            "not shown: its salience is not malformed, and --headlines shows only malformed ones\n"
+            "not shown: its salience is not malformed, and --headlines shows only changes with a "
+            "malformed salience\n"
             "not shown: only relevant to users of a version from '25.2.0.0' to below '26.0.0.0'; "
             "this user ran '25.1.0.42'\n"
             "not shown: seen already\n");
@@ -94,8 +95,10 @@ TEST_F(WhyReportTest, GivesEveryReasonOfAChangeInTheOrderOfTheRules) {
 TEST_F(WhyReportTest, NamesTheLetterCaseOfPlatformsAndAHostWithoutOne) {
   Load(",MAP-7,,,,,MAC,,,Zooms\n");
   host_.SetPlatform("");
-  EXPECT_THAT(ExplainLine(2, kFilterRelevantPlatform),
-              EndsWith("\nnot shown: only relevant on Mac; this host has no platform\n"));
+  EXPECT_THAT(
+      ExplainLine(2, kFilterRelevantPlatform),
+      EndsWith(
+          "\nnot shown: only relevant on Mac; the platform in the host description is empty\n"));
 }
 
 TEST_F(WhyReportTest, ListsAtMostThreeVersionsOfTheUser) {
@@ -356,7 +359,7 @@ TEST_F(WhyReportTest, ListsAllFeaturesAndChangesWithTotals) {
       "     4  shown   BUGFIX   Crash\n"
       "\n"
       "shown: 2 of 3 features and sections, 2 of 4 changes\n"
-      "skipped: one row; 'ornwhatsnew lint' says which and why\n");
+      "skipped: one row; run 'ornwhatsnew lint' for details\n");
 }
 
 TEST_F(WhyReportTest, JoinsTheReasonsInTheTable) {
