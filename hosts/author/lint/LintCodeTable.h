@@ -118,7 +118,7 @@ inline constexpr auto kLintCodes = std::to_array<LintCodeInfo>({
      "The library skips a row without a grouping ID, so the change is lost.",
      "Write the key of a feature or a section into the second column."},
     {LintCode::kTextMissing, "text-missing", Severity::kError, "the row has no text and no effect",
-     "Users do not see a change without a text. Such a row is useful only if it requests a "
+     "Users do not see a change without text. Such a row is useful only if it requests a "
      "rating, hides or unhides a feature, or sets the link of its feature or section.",
      "Write the text, or delete the row."},
     {LintCode::kGroupingIDUnknown, "grouping-id-unknown", Severity::kError,
