@@ -347,8 +347,8 @@ inline constexpr auto kLintCodes = std::to_array<LintCodeInfo>({
      "an edited row is new again",
      "The library identifies a change by its content. Users who saw the earlier row see the "
      "edited row as new.",
-     "Undo the edit if it is not worth an announcement. These edits do not make a row new "
-     "again: quotes, default texts, and the letter case in columns 2, 3, 4, 6 and 7."},
+     "Undo the edit if it is not worth an announcement. Edits of quotes, of default texts, and of "
+     "the letter case in columns 2, 3, 4, 6 and 7 do not make a row new again."},
     {LintCode::kBaselineVanished, "baseline-vanished", Severity::kWarning,
      "a row of the earlier file was removed", "The change is no longer shown.",
      "Restore the row if users still need it."},
