@@ -339,10 +339,10 @@ class CommandLine {
 
   void AddWhy() {
     CLI::App& command =
-        AddCommand(app_, "why", "Explain why changes and features are shown or not", why_);
+        AddCommand(app_, "why", "Explain why features and changes are shown or hidden", why_);
     AddSources(command, why_.sources);
     AddNumber(command, "--line", why_.line, 1, kMaximumLine,
-              "Explain only the change on this line of the data file")
+              "Explain only the row on this line of the data file")
         ->type_name("N");
     command.add_option("--key", why_.key, "Explain only the feature or section with this key")
         ->type_name("KEY");
@@ -351,7 +351,7 @@ class CommandLine {
     AddFlag(command, kRatingFlag, why_.options);
     // Do not use `excludes` of CLI11, which changes the help of both options.
     command.callback([this] {
-      if (why_.line && why_.key) throw CLI::ValidationError("--key", "--line excludes this option");
+      if (why_.line && why_.key) throw CLI::ValidationError("--key", "cannot be used with --line");
       request_ = why_;
     });
   }
@@ -465,7 +465,8 @@ class CommandLine {
         ->required()
         ->type_name("FILE");
     command.add_flag("--watch", preview_.watches,
-                     "Write the page again when a file changes, until Ctrl+C");
+                     "Write the page again after each change of an input file,\n"
+                     "until Ctrl+C");
   }
 
   void AddSeverity(CLI::App& command) {

@@ -60,8 +60,8 @@ void CheckSeparator(LintContext& context) {
         rows, [separator = separator](const LintRow& row) { return HasManyOf(separator, row); });
     if (2 * count <= static_cast<std::ptrdiff_t>(rows.size())) continue;
     context.ReportFile(LintCode::kFileSeparator,
-                       "the fields are separated by " + std::string(name) + ", so all " +
-                           Counted(rows.size(), "row") + " are lost; export the table with commas");
+                       "the fields are separated by " + std::string(name) +
+                           ", so the rows are lost; export the table with commas");
     context.Stop();
     return;
   }
@@ -143,8 +143,8 @@ void CheckConflictMarks(LintContext& context) {
   for (LintRow& row : context.File().Rows()) {
     if (!IsConflictMark(row.data.text)) continue;
     context.ReportRow(LintCode::kConflictMark, row,
-                      "a merge-conflict marker, so users see both versions of the changes; resolve "
-                      "the conflict");
+                      "the line is a merge-conflict marker, so users see both versions of the "
+                      "changes; resolve the conflict");
     row.isExplained = true;
   }
 }

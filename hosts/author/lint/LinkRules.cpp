@@ -51,7 +51,7 @@ void CheckLink(LintContext& context, const LintRow& row) {
                         quoted + " contains two links, so neither opens; keep one");
   } else if (HasSpace(link)) {
     context.ReportField(LintCode::kLinkSpace, row, DataColumn::kURL,
-                        quoted + " contains a space, so it is not a link; delete the space");
+                        quoted + " contains a space, so it is not a valid link; delete the space");
   } else if (row.change->HasMalformedURL()) {
     context.ReportField(
         LintCode::kLinkNotHttps, row, DataColumn::kURL,
@@ -70,13 +70,13 @@ void CheckSection(LintContext& context, const LintRow& row) {
   if (!row.change->HasMalformedURL() && !context.HasFinding(row, DataColumn::kURL)) {
     context.ReportField(LintCode::kLinkInSection, row, DataColumn::kURL,
                         "the first link of a section becomes the link of its title, and the change "
-                        "gets no link; delete it, or move the change to a feature");
+                        "gets no link; delete the link, or move the change to a feature");
   }
   if (row.change->GetRatingRequestOptional().empty()) return;
   if (context.HasFinding(row, DataColumn::kRatingRequest)) return;
   context.ReportField(LintCode::kRatingInSection, row, DataColumn::kRatingRequest,
-                      "a section cannot be rated, so users are not asked; delete the request, or "
-                      "move the change to a feature");
+                      "a section cannot be rated, so the rating request has no effect; delete it, "
+                      "or move the change to a feature");
 }
 
 void CheckLinkInText(LintContext& context, const LintRow& row) {

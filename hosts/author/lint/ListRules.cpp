@@ -61,7 +61,7 @@ void CheckIdentities(LintContext& context) {
     const auto [found, isNew] = rows.try_emplace(row.change->GetItemSeenGuid(), &row);
     if (isNew) continue;
     Finding& finding = context.ReportRow(LintCode::kSameIdentity, row,
-                                         "the change has the same identity as line " +
+                                         "the change has the same identity as the change on line " +
                                              std::to_string(found->second->data.lineNumber) +
                                              ", so users see it twice; delete one of the rows");
     finding.related.push_back(context.Related(*found->second, "the first row"));
@@ -108,8 +108,8 @@ void ReportUnseen(LintContext& context, const ChangesByFeature::Rows& rows) {
   const char* const key = row.item->BetaFeatureInternalKey().c_str();
   const bool isOff = !feature::IsFeatureEnabled(key) && !feature::IsAvailableForUserEnablement(key);
   const std::string reason =
-      isOff ? " is off and not available, so nobody sees its " + Counted(rows.size(), "change") +
-                  "; switch it on in the host"
+      isOff ? " is off and users cannot switch it on, so nobody sees its " +
+                  Counted(rows.size(), "change") + "; switch it on in the host"
             : " has the visibility 1, so nobody sees its " + Counted(rows.size(), "change") +
                   "; write 'UnhideBetaFeature' into " + context.Column(DataColumn::kSalience);
   Finding& finding =

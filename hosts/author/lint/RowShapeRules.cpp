@@ -137,8 +137,8 @@ bool CheckWrongQuotes(LintContext& context, const Shape& shape) {
     context.Report(LintCode::kWrongQuotes, shape.row, shape.fields[first].begin,
                    shape.fields[*last].end,
                    LostRow(shape) +
-                       "only double quotes (U+0022) protect commas, so replace the quotes around "
-                       "the text");
+                       "replace the quotes around the text with double quotes (U+0022), which "
+                       "protect commas");
     return true;
   }
   return false;

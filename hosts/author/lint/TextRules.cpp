@@ -149,7 +149,7 @@ void CheckMojibake(LintContext& context, const LintRow& row) {
     if (found.empty() || !orncore::string::IsWellFormedUTF8(row.data.text)) continue;
     context.ReportPart(LintCode::kMojibake, row, column, found,
                        "the text was decoded with the wrong encoding, so users see wrong "
-                       "characters; restore them and save the file as UTF-8");
+                       "characters; restore the text and save the file as UTF-8");
   }
 }
 
@@ -167,10 +167,11 @@ bool IsConvertedNumber(std::string_view text) {
 void CheckCommit(LintContext& context, const LintRow& row) {
   const std::string_view commit = row.Value(DataColumn::kSHA);
   if (!IsConvertedNumber(commit)) return;
-  context.ReportField(LintCode::kCommitNumber, row, DataColumn::kSHA,
-                      Quoted(commit) + " in " + context.Column(DataColumn::kSHA) +
-                          " is a converted number, so its link does not work; write the ID, and "
-                          "format the column as text");
+  context.ReportField(
+      LintCode::kCommitNumber, row, DataColumn::kSHA,
+      Quoted(commit) + " in " + context.Column(DataColumn::kSHA) +
+          " is a number instead of an ID, so its link does not work; write the ID, and "
+          "format the column as text");
 }
 
 // ---- spaces

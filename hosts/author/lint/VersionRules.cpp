@@ -161,7 +161,7 @@ void CheckBounds(LintContext& context, const LintRow& row) {
     context.ReportField(LintCode::kBoundsComponents, row, DataColumn::kFirstVersion,
                         Quoted(first) + " and " + Quoted(version) +
                             " have different numbers of components, so the wrong users see the "
-                            "change; write the full version in both columns");
+                            "change; write full versions in both columns");
     return;
   }
   if (ornwhatsnew::VersionNumber(first) < ornwhatsnew::VersionNumber(version)) return;

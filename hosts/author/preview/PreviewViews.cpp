@@ -144,7 +144,7 @@ class ViewMaker {
   std::string OnPlatform() const { return PhraseWith(" on the platform ", input_.host.platform); }
 
   void AddOutside() {
-    Add({"outside", "Outside user",
+    Add({"outside", "External user",
          "Everything that a user without the internal-features permission can see" + OnPlatform() +
              "."},
         outside_, ornwhatsnew::kFilterRelevantPlatform);
@@ -161,7 +161,7 @@ class ViewMaker {
 
   void AddFirstStart() {
     Add({"first-start", "First start",
-         "What is new for an outside user who starts the application for the first time" +
+         "What is new for an external user who starts the application for the first time" +
              PhraseWith(", in version ", version_) +
              ". If the application marks all changes as seen at the first start, it announces "
              "none of them."},
@@ -177,7 +177,7 @@ class ViewMaker {
     const std::string seenVersion = FullVersion();
     user.host.clientVersion = input_.host.clientVersion;
     Add({"seen", "After an update",
-         "What is new for an outside user who saw the changes in " +
+         "What is new for an external user who has seen the changes in " +
              std::filesystem::path(seen.name).filename().native() +
              PhraseWith(" with version ", seenVersion) + " and now starts " +
              (version_.empty() ? "the application" : "version " + version_) + "."},
@@ -187,7 +187,7 @@ class ViewMaker {
   void AddRating() {
     User user = outside_;
     LoadList(input_.data.text, user)->MarkAllSeen();
-    Add({"rating", "Ratings", "What an outside user who has seen all changes can rate."}, user,
+    Add({"rating", "Ratings", "What an external user who has seen all changes can rate."}, user,
         kRelevant | ornwhatsnew::kRatingView);
   }
 

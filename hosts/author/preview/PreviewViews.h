@@ -51,7 +51,7 @@ std::string PhraseWith(std::string_view words, std::string_view value);
 /// services of the process. All users have the platform and the features of the host description.
 /// The application is not terminating, so users can rate features.
 ///
-/// - The panels of an outside user and of an internal user show all changes for the platform.
+/// - The panels of an external user and of an internal user show all changes for the platform.
 /// - The panels of a first start and of a user who saw the earlier data file show what is new, for
 ///   the platform and for the versions of the user. Without an earlier data file, there is no such
 ///   user.

@@ -65,7 +65,7 @@ std::string PlatformReason(const FeatureListDetail& change) {
 // versions only if all versions have the same number of components, and if each component is a
 // number from 0 to 999.
 constexpr const char* kComponentMistake =
-    " has a component that is not from 0 to 999, so it cannot be compared";
+    " has a component below 0 or above 999, so it cannot be compared";
 
 std::string QuotedVersions(std::span<const std::string> versions) {
   std::vector<std::string> quoted(versions.size());
@@ -76,7 +76,7 @@ std::string QuotedVersions(std::span<const std::string> versions) {
 /// Returns why no user can be in the range of versions, or why the library cannot compare the ends
 /// of the range. Returns an empty string if neither is the case.
 std::string BoundsMistake(const std::string& first, const std::string& added) {
-  if (added.empty()) return "it has no version in column 1, so a version filter never shows it";
+  if (added.empty()) return "it has no version in column 1, so no version is affected";
   const auto isComparable = [](std::int64_t number) { return number >= 0 && number <= 999; };
   for (const std::string& version : {first, added}) {
     const std::optional<std::vector<std::int64_t>> numbers = VersionNumbers(version);
@@ -89,7 +89,7 @@ std::string BoundsMistake(const std::string& first, const std::string& added) {
   }
   return VersionNumbers(first) < VersionNumbers(added)
              ? ""
-             : Quoted(first) + " is not before " + Quoted(added) + ", so no user is in the range";
+             : Quoted(first) + " is not before " + Quoted(added) + ", so no version is affected";
 }
 
 /// Returns why the library cannot compare versions of the user with the ends of the range. Returns
@@ -120,8 +120,9 @@ std::string VersionReason(const FeatureListDetail& change,
   std::string mistake = BoundsMistake(first, added);
   if (mistake.empty()) mistake = UserVersionsMistake(first, added, userVersions);
   if (!mistake.empty()) return mistake;
-  return "only relevant to users of a version from " + Quoted(first) + " to below " +
-         Quoted(added) + "; this user ran " + QuotedVersions(userVersions);
+  return "only relevant to users of versions from " + Quoted(first) +
+         " up to, but not including, " + Quoted(added) + "; this user ran " +
+         QuotedVersions(userVersions);
 }
 
 /// Returns why a display hides the item. "It" in the result is the item.
@@ -167,8 +168,7 @@ std::string ChangeReason(HidingRule rule, const FeatureListDetail& change,
     case HidingRule::kOtherPlatform:
       return PlatformReason(change);
     case HidingRule::kHeadlinesOnly:
-      return "its salience is not malformed, and --headlines shows only changes with a malformed "
-             "salience";
+      return "--headlines shows only changes with a malformed salience";
     case HidingRule::kOtherVersion:
       return VersionReason(change, userVersions);
     case HidingRule::kNoRatingRequest:

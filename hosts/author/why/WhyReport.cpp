@@ -39,7 +39,7 @@ std::string NameOf(const ExplainedItem& item) {
 std::string LossByHeader(const DataRow& row, const ornwhatsnew::FeatureMap& items) {
   if (!LooksLikeHeader(row) &&
       CaseInsensitiveEqual(row.Value(DataColumn::kGroupingID), ornwhatsnew::kChangesSinceKey)) {
-    return "used as the header row, so its version is lost; put a header row before it";
+    return "used as the header row, so its version is lost; add a header row before it";
   }
   return IsChangeUsedAsHeader(row, items)
              ? "used as the header row, so its change is lost; add a header row before it"
@@ -53,12 +53,12 @@ std::string KindOf(const DataRow& row, const ornwhatsnew::FeatureMap& items) {
     return loss.empty() ? "the header row, which is never a change" : loss;
   }
   if (row.kind == DataRowKind::kChangesSince) {
-    const std::string what = row.fieldCount == 0 ? "a blank row that repeats the Changes-Since row"
+    const std::string what = row.fieldCount == 0 ? "an empty row that repeats the Changes-Since row"
                                                  : "a Changes-Since row";
     return what + ", which sets the version of the heading to " +
            Quoted(row.Value(DataColumn::kVersion));
   }
-  if (row.skipReason == DataRowSkipReason::kBlank) return "a blank row";
+  if (row.skipReason == DataRowSkipReason::kBlank) return "an empty row";
   if (row.skipReason == DataRowSkipReason::kNoGroupingID) {
     return "skipped, because its grouping ID is empty";
   }

@@ -274,7 +274,7 @@ TEST(Arguments, NameAnInvalidLine) {
                   "' is not a number from 1 to 1000000000. Run 'ornwhatsnew why --help' for usage.",
               ErrorOf({"why", "d", "--host", "h", "--line", word.c_str()}));
   }
-  EXPECT_EQ("--key: --line excludes this option. Run 'ornwhatsnew why --help' for usage.",
+  EXPECT_EQ("--key: cannot be used with --line. Run 'ornwhatsnew why --help' for usage.",
             ErrorOf({"why", "d", "--host", "h", "--line", "1", "--key", "K"}));
 }
 

@@ -111,10 +111,9 @@ TEST_F(PreviewCommand, ShowsAUserOfAnEarlierFile) {
   std::vector<std::string> words = Words();
   words.insert(words.end(), {"--seen", old});
   OutputOf(words);
-  EXPECT_THAT(
-      Page(),
-      HasSubstr("who saw the changes in old.csv with version 25.0.0.42 and now starts version "
-                "25.1.0.42."));
+  EXPECT_THAT(Page(),
+              HasSubstr("who has seen the changes in old.csv with version 25.0.0.42 and now "
+                        "starts version 25.1.0.42."));
 }
 
 TEST_F(PreviewCommand, FailureKeepsThePage) {

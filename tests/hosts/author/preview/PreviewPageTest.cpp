@@ -204,11 +204,12 @@ TEST(PreviewPage, OmitsEmptyMembersOfTheHostDescription) {
   input.host.platform = "";
   const std::string page = PreviewPage(input);
   EXPECT_THAT(
-      page, AllOf(HasSubstr(">Host description: host.json</p>"),
-                  HasSubstr("without the internal-features permission can see.</p>"),
-                  HasSubstr("with the internal-features permission can see.</p>"),
-                  HasSubstr("starts the application for the first time. If the"),
-                  HasSubstr("who saw the changes in old.csv and now starts the application.</p>")));
+      page,
+      AllOf(HasSubstr(">Host description: host.json</p>"),
+            HasSubstr("without the internal-features permission can see.</p>"),
+            HasSubstr("with the internal-features permission can see.</p>"),
+            HasSubstr("starts the application for the first time. If the"),
+            HasSubstr("who has seen the changes in old.csv and now starts the application.</p>")));
 }
 
 TEST(PreviewPage, FindingsAreATabStop) {

@@ -85,9 +85,9 @@ TEST_F(WhyReportTest, GivesEveryReasonOfAChangeInTheOrderOfTheRules) {
                                kShowOnlyNew),
             "data.csv:2: a change of the feature 'MAP-7': 'Zooms'\n"
             "not shown: only relevant on Win; this host is Mac\n"
-            "not shown: its salience is not malformed, and --headlines shows only changes with a "
-            "malformed salience\n"
-            "not shown: only relevant to users of a version from '25.2.0.0' to below '26.0.0.0'; "
+            "not shown: --headlines shows only changes with a malformed salience\n"
+            "not shown: only relevant to users of versions from '25.2.0.0' up to, but not "
+            "including, '26.0.0.0'; "
             "this user ran '25.1.0.42'\n"
             "not shown: seen already\n");
 }
@@ -118,22 +118,22 @@ TEST_F(WhyReportTest, SaysThatARangeOfVersionsIsInvalid) {
     return explained.substr(explained.find('\n') + 1);
   };
   EXPECT_EQ(reason("4.1", ""),
-            "not shown: it has no version in column 1, so a version filter never shows it\n");
+            "not shown: it has no version in column 1, so no version is affected\n");
   EXPECT_EQ(reason("next", "4.3"), "not shown: 'next' is not a version\n");
   EXPECT_EQ(reason("4.1", "4.x"), "not shown: '4.x' is not a version\n");
   EXPECT_EQ(reason("4.2000", "4.3"),
-            "not shown: '4.2000' has a component that is not from 0 to 999, so it cannot be "
+            "not shown: '4.2000' has a component below 0 or above 999, so it cannot be "
             "compared\n");
   EXPECT_EQ(reason("4.999.0.0", "4.-3.0.0"),
-            "not shown: '4.-3.0.0' has a component that is not from 0 to 999, so it cannot be "
+            "not shown: '4.-3.0.0' has a component below 0 or above 999, so it cannot be "
             "compared\n");
   EXPECT_EQ(reason("4.1.0.0", "4.3"),
             "not shown: '4.1.0.0' and '4.3' have different numbers of components, so they cannot "
             "be compared\n");
   EXPECT_EQ(reason("4.3.0.0", "4.3.0.0"),
-            "not shown: '4.3.0.0' is not before '4.3.0.0', so no user is in the range\n");
+            "not shown: '4.3.0.0' is not before '4.3.0.0', so no version is affected\n");
   EXPECT_EQ(reason("4.3.0.1", "4.3.0.0"),
-            "not shown: '4.3.0.1' is not before '4.3.0.0', so no user is in the range\n");
+            "not shown: '4.3.0.1' is not before '4.3.0.0', so no version is affected\n");
 }
 
 TEST_F(WhyReportTest, SaysThatVersionsOfTheUserCannotBeCompared) {
@@ -151,10 +151,9 @@ TEST_F(WhyReportTest, SaysThatVersionsOfTheUserCannotBeCompared) {
               EndsWith("; this user ran '4.3', '4.0' and 'dev.2'\n"));
   Load("4.3.0,MAP-7,,,,4.1.0,,,,Zooms\n");
   versions_ = {"4.4.0", "4.2.5000"};
-  EXPECT_THAT(
-      ExplainLine(2, kFilterRelevantVersion),
-      EndsWith("\nnot shown: the user's '4.2.5000' has a component that is not from 0 to 999, "
-               "so it cannot be compared\n"));
+  EXPECT_THAT(ExplainLine(2, kFilterRelevantVersion),
+              EndsWith("\nnot shown: the user's '4.2.5000' has a component below 0 or above 999, "
+                       "so it cannot be compared\n"));
 }
 
 TEST_F(WhyReportTest, ExplainsAChangeWithoutText) {
@@ -252,7 +251,7 @@ TEST_F(WhyReportTest, SaysThatTheFirstRowIsLostWithoutAHeader) {
   }
   LoadWithoutHeader("4.2,changes-since\n" + test_support::DataFile().Text());
   EXPECT_EQ(ExplainLine(1),
-            "data.csv:1: used as the header row, so its version is lost; put a header row before "
+            "data.csv:1: used as the header row, so its version is lost; add a header row before "
             "it\n");
   LoadWithoutHeader("a,b,c,d,e,f,g,h,i,j\n,MISC,,,,,,,,Icons\n");
   EXPECT_EQ(ExplainLine(1), "data.csv:1: the header row, which is never a change\n");
@@ -265,9 +264,9 @@ TEST_F(WhyReportTest, SaysWhatARowIsThatContainsNoChange) {
   const std::vector<std::string> rows = {
       "the header row, which is never a change",
       "a Changes-Since row" + effect,
-      "a blank row that repeats the Changes-Since row" + effect,
+      "an empty row that repeats the Changes-Since row" + effect,
       "a change of the section 'MISC': 'Icons'\nshown",
-      "a blank row",
+      "an empty row",
       "a comment, which is skipped, because it has one field instead of ten",
       "skipped, because it has 11 fields instead of ten",
       "skipped, because its grouping ID is empty"};
