@@ -16,6 +16,7 @@
 #include "hosts/author/lint/LintConfig.h"
 #include "hosts/author/lint/LintFix.h"
 #include "hosts/author/lint/LintOutput.h"
+#include "hosts/common/MessageText.h"
 #include "hosts/common/TextFile.h"
 #include "hosts/console/Commands.h"
 #include "hosts/console/LintText.h"
@@ -135,9 +136,9 @@ class LintRun {
       author::ReplaceWholeFile(file, text, fixed.text);
     }
     const std::string verb = arguments_.isDryRun ? "would correct " : "corrected ";
-    std::string message = verb + author::Counted(fixed.corrected, "mistake") + " in '" + file + "'";
+    std::string message = verb + common::Counted(fixed.corrected, "mistake") + " in '" + file + "'";
     if (fixed.withheld > 0) {
-      message += "; --fix=all makes " + author::Counted(fixed.withheld, "more correction") +
+      message += "; --fix=all makes " + common::Counted(fixed.withheld, "more correction") +
                  ", but announces the corrected changes again";
     }
     ReportError(message);

@@ -13,7 +13,7 @@
 #include <ornwhatsnew/DataFileReader.h>
 
 #include "hosts/author/InputError.h"
-#include "hosts/author/lint/LintContext.h"
+#include "hosts/common/MessageText.h"
 #include "tests/support/Builders.h"
 #include "tests/support/FakeHost.h"
 #include "tests/support/Matchers.h"
@@ -407,7 +407,7 @@ TEST(WhyReport, FindsTheLineOfEveryChangeInRandomWorlds) {
       EXPECT_THAT(explained, HasSubstr(": a change of the "));
       if (description.empty()) continue;
       EXPECT_THAT(explained, HasSubstr(": " +
-                                       Quoted(orncore::string::UTF16to8(
+                                       common::Quoted(orncore::string::UTF16to8(
                                            list.LocalizeIfNecessary(std::string(description)))) +
                                        "\n"));
     }
