@@ -215,26 +215,22 @@ void CheckVersionAbove(LintContext& context, const std::string& running) {
 
 /// Reports once that the full version of the host cannot be compared with the bounds of a change.
 void CheckBoundsOfHost(LintContext& context, const std::string& running) {
-  constexpr std::int64_t kWeight = 1000;
-  const std::optional<std::vector<std::int64_t>> numbers = VersionNumbers(running);
-  const bool isComparable = numbers && std::ranges::all_of(*numbers, [](std::int64_t number) {
-                              return number >= 0 && number < kWeight;
-                            });
+  const std::string mistake = ComparisonMistake(running);
   const std::size_t components = VersionComponents(running).size();
   for (const LintRow& row : context.File().Rows()) {
     const std::string_view first = row.Value(DataColumn::kFirstVersion);
     const std::string_view version = row.Value(DataColumn::kVersion);
     if (row.change == nullptr || row.isExplained || first.empty() || version.empty()) continue;
     const std::size_t own = VersionComponents(first).size();
-    if (own != VersionComponents(version).size() || (isComparable && own == components)) continue;
+    if (own != VersionComponents(version).size() || (mistake.empty() && own == components))
+      continue;
     context.ReportField(
         LintCode::kBoundsHost, row, DataColumn::kFirstVersion,
-        isComparable ? "the host's full version " + Quoted(running) + " and " + Quoted(first) +
-                           " have different numbers of components, so the wrong users see "
-                           "the change; write versions in the form of the full version"
-                     : "the host's full version " + Quoted(running) +
-                           " has a component that is not a number below 1000, so the wrong "
-                           "users see the change; leave the field empty");
+        mistake.empty() ? "the host's full version " + Quoted(running) + " and " + Quoted(first) +
+                              " have different numbers of components, so the wrong users see "
+                              "the change; write versions in the form of the full version"
+                        : "the host's full version " + Quoted(running) + " " + mistake +
+                              ", so the wrong users see the change; leave the field empty");
     return;
   }
 }

@@ -116,14 +116,18 @@ TEST_F(WhyReportTest, SaysThatARangeOfVersionsIsInvalid) {
   };
   EXPECT_EQ(reason("4.1", ""),
             "not shown: it has no version in column 1, so a version filter never shows it\n");
-  EXPECT_EQ(reason("next", "4.3"), "not shown: 'next' is not a version\n");
-  EXPECT_EQ(reason("4.1", "4.x"), "not shown: '4.x' is not a version\n");
-  EXPECT_EQ(reason("4.2000", "4.3"),
-            "not shown: '4.2000' has a component that is not from 0 to 999, so it cannot be "
+  EXPECT_EQ(reason("next", "4.3"),
+            "not shown: 'next' has a component that is not a number from 0 to 999, so it cannot be "
             "compared\n");
-  EXPECT_EQ(reason("4.999.0.0", "4.-3.0.0"),
-            "not shown: '4.-3.0.0' has a component that is not from 0 to 999, so it cannot be "
-            "compared\n");
+  EXPECT_THAT(reason("4.1", "4.x"), HasSubstr(": '4.x' has a component that is not a number "));
+  EXPECT_EQ(
+      reason("4.2000", "4.3"),
+      "not shown: '4.2000' has a component that is not a number from 0 to 999, so it cannot be "
+      "compared\n");
+  EXPECT_EQ(
+      reason("4.999.0.0", "4.-3.0.0"),
+      "not shown: '4.-3.0.0' has a component that is not a number from 0 to 999, so it cannot be "
+      "compared\n");
   EXPECT_EQ(reason("4.1.0.0", "4.3"),
             "not shown: '4.1.0.0' and '4.3' have different numbers of components, so they cannot "
             "be compared\n");
@@ -131,6 +135,20 @@ TEST_F(WhyReportTest, SaysThatARangeOfVersionsIsInvalid) {
             "not shown: '4.3.0.0' is not before '4.3.0.0', so no user is in the range\n");
   EXPECT_EQ(reason("4.3.0.1", "4.3.0.0"),
             "not shown: '4.3.0.1' is not before '4.3.0.0', so no user is in the range\n");
+}
+
+// The library combines the components of a version into one number of 64 bits.
+TEST_F(WhyReportTest, SaysThatAVersionHasTooManyComponents) {
+  const auto explain = [this](const std::string& added) {
+    Load(added + ",MAP-7,,,,9.0.0.0.0.0.0,,,,Zooms\n");
+    return ExplainLine(2, kFilterRelevantVersion);
+  };
+  EXPECT_THAT(explain("10.0.0.0.0.0.0"),
+              EndsWith("\nnot shown: '10.0.0.0.0.0.0' has too many components, so it cannot be "
+                       "compared\n"));
+  EXPECT_THAT(explain("9.223.372.036.854.775.808"), HasSubstr(" has too many components"));
+  versions_ = {"1.0.0.0.0.0.0"};
+  EXPECT_THAT(explain("9.223.372.036.854.775.807"), EndsWith("; this user ran '1.0.0.0.0.0.0'\n"));
 }
 
 TEST_F(WhyReportTest, SaysThatVersionsOfTheUserCannotBeCompared) {
@@ -150,8 +168,9 @@ TEST_F(WhyReportTest, SaysThatVersionsOfTheUserCannotBeCompared) {
   versions_ = {"4.4.0", "4.2.5000"};
   EXPECT_THAT(
       ExplainLine(2, kFilterRelevantVersion),
-      EndsWith("\nnot shown: the user's '4.2.5000' has a component that is not from 0 to 999, "
-               "so it cannot be compared\n"));
+      EndsWith(
+          "\nnot shown: the user's '4.2.5000' has a component that is not a number from 0 to 999, "
+          "so it cannot be compared\n"));
 }
 
 TEST_F(WhyReportTest, ExplainsAChangeWithoutText) {
