@@ -378,10 +378,11 @@ TEST_F(WhyReportTest, ListsAllFeaturesAndChangesWithTotals) {
       "skipped: one row; 'ornwhatsnew lint' says which and why\n");
 }
 
-TEST_F(WhyReportTest, JoinsTheReasonsInTheTable) {
+TEST_F(WhyReportTest, GivesEachReasonALineOfTheTable) {
   Load(",MAP-7,,HideBetaFeature,,,Win,,,Zooms\n");
   EXPECT_THAT(Report(kFilterRelevantPlatform).ExplainAll(),
-              HasSubstr("hidden with its feature; also only relevant on Win; this host is Mac\n"));
+              HasSubstr("  hidden with its feature\n" + std::string(59, ' ') +
+                        "only relevant on Win; this host is Mac\n"));
   EXPECT_THAT(Report({}).ExplainAll(), Not(HasSubstr("skipped")));
 }
 
