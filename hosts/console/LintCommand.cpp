@@ -17,7 +17,6 @@
 #include "hosts/author/lint/LintFix.h"
 #include "hosts/author/lint/LintOutput.h"
 #include "hosts/common/MessageText.h"
-#include "hosts/common/TextFile.h"
 #include "hosts/console/Commands.h"
 #include "hosts/console/LintText.h"
 #include "hosts/console/StandardStreams.h"
@@ -53,12 +52,7 @@ std::string ReadStandardInput() {
 }
 
 std::string ReadDataFile(const std::string& file) {
-  if (file == kStandardInput) return ReadStandardInput();
-  try {
-    return common::ReadTextFile(file, kMaximumAuthorFile);
-  } catch (const orncore::config::ResultError& error) {
-    Fail(common::OpenErrorMessage(file, error));
-  }
+  return file == kStandardInput ? ReadStandardInput() : ReadInputFile(file, kMaximumAuthorFile);
 }
 
 /// Returns the severities from the configuration file of `file` and from the command line. The

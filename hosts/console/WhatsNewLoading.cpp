@@ -1,5 +1,7 @@
 #include "hosts/console/WhatsNewLoading.h"
 
+#include <cerrno>
+#include <string_view>
 #include <system_error>
 #include <utility>
 
@@ -14,7 +16,12 @@ std::string ReadInputFile(const std::filesystem::path& file, std::size_t maxByte
   try {
     return common::ReadTextFile(file, maxBytes);
   } catch (const orncore::config::ResultError& error) {
-    throw common::ToolError(common::ExitStatus::kInput, common::OpenErrorMessage(file, error));
+    // The system's message "File too large" does not contain the limit.
+    const std::string message = error.Result() == -EFBIG
+                                    ? "cannot open '" + file.native() + "': larger than " +
+                                          std::to_string(maxBytes >> 20) + " MiB"
+                                    : common::OpenErrorMessage(file, error);
+    throw common::ToolError(common::ExitStatus::kInput, message);
   }
 }
 

@@ -8,6 +8,7 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 #include <unistd.h>
 
 #include "hosts/author/DataFileWriter.h"
@@ -125,6 +126,60 @@ TEST_F(AuthorCommands, AddAppendsAChangeThatShowPrints) {
       before +
           "25.1,EPIC-8,ORN-1,Detail,\"Why, though?\",24.0,Mac,https://a.example,ab12,\"- faster, "
           "on \u201Call\u201D machines\"\n",
+// The program writes a temporary file, whose name users do not know.
+TEST_F(AuthorCommands, MessagesNameTheFileOnAFullDisk) {
+  folder_.Write("table.csv", "Grouping ID,Message\nMISC,new\n");
+  folder_.Write("data.csv", author::HeaderRow() + "\n");
+  const std::string folder = folder_.Path();
+  for (const auto& words : std::vector<std::vector<std::string>>{
+           {"import", "table.csv", "-o", "data.csv"},
+           {"import", "table.csv", "-o", "new.csv"},
+           {"add", "data.csv", "--grouping-id", "MISC", "--message", "new"}}) {
+    auto call = Call(words);
+    call.beforeStart = [&folder] {
+      constexpr rlimit kNothing = {0, 0};
+      ::setrlimit(RLIMIT_FSIZE, &kNothing);
+      if (::chdir(folder.c_str()) != 0) ::_exit(126);
+    };
+    const auto result = test_support::RunProgram(ProgramFile(), call);
+    const std::string file = words[0] == "add" ? words[1] : words[3];
+    EXPECT_EQ(kOutput, result.exitStatus);
+    EXPECT_THAT(result.errors,
+                EndsWith("ornwhatsnew: cannot write '" + file + "': File too large\n"));
+  }
+}
+
+TEST_F(AuthorCommands, AFolderIsNoDataFile) {
+  std::filesystem::create_directory(PathOf("folder"));
+  const std::string folder = folder_.Path();
+  for (const std::string name : {".", "folder/", "folder"}) {
+    auto call = Call({"add", name, "--grouping-id", "MISC"});
+    call.beforeStart = [&folder] {
+      if (::chdir(folder.c_str()) != 0) ::_exit(126);
+    };
+    EXPECT_THAT(
+        test_support::RunProgram(ProgramFile(), call).errors,
+        ContainsRegex("^ornwhatsnew: cannot (open|write) '" + name + "'.*: Is a directory\n$"));
+  }
+}
+
+TEST_F(AuthorCommands, AnEmptyNameIsNoFile) {
+  const std::string message = "ornwhatsnew: cannot open '': No such file or directory\n";
+  const auto add = Run({"add", "", "--grouping-id", "MISC"});
+  EXPECT_EQ(kInput, add.exitStatus);
+  EXPECT_EQ(message, add.errors);
+  folder_.Write("table.csv", "Grouping ID,Message\nMISC,new\n");
+  EXPECT_THAT(Run({"import", PathOf("table.csv"), "-o", ""}).errors, EndsWith(message));
+}
+
+TEST_F(AuthorCommands, MessagesNameTheMaximumSizeOfAFile) {
+  folder_.Write("large.csv", std::string((std::size_t{16} << 20) + 1, 'x'));
+  for (const std::string command : {"import", "lint", "messages"}) {
+    EXPECT_EQ("ornwhatsnew: cannot open '" + PathOf("large.csv") + "': larger than 16 MiB\n",
+              Run({command, PathOf("large.csv")}).errors);
+  }
+}
+
       common::ReadTextFile(DataFile()));
   EXPECT_THAT(OutputOf({"show", "{host}", "{data}"}),
               HasSubstr("(macOS only) - faster, on “all” machines (v24.0-v25.1)"));
