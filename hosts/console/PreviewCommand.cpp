@@ -37,9 +37,7 @@ std::vector<fs::path> DictionaryFiles(const fs::path& hostFile) {
     // when the author corrects this file.
     const common::HostDescription host =
         common::ParseHostDescription(common::ReadTextFile(hostFile), hostFile.native());
-    for (const std::string& name : host.dictionaryFiles) {
-      files.push_back(hostFile.parent_path() / name);
-    }
+    files = common::DictionaryPaths(host, hostFile);
   } catch (const std::exception&) {
     // `WritePage` reads the host description, too, and reports the error.
   }
