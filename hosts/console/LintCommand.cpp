@@ -1,7 +1,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <exception>
-#include <new>
+#include <set>
 #include <string>
 #include <string_view>
 #include <system_error>
@@ -172,6 +172,9 @@ void RequireUsableFiles(const LintArguments& arguments) {
   if (!arguments.baseline) return;
   const bool isGit = arguments.baseline->starts_with("git:");
   if (isGit && hasInput) Fail("git has no earlier version of standard input");
+  if (arguments.baseline == kStandardInput && hasInput) {
+    Fail("standard input cannot be both the data file and the baseline");
+  }
   if (!isGit && arguments.files.size() > 1) Fail("a baseline file requires a single data file");
 }
 
@@ -186,7 +189,11 @@ ExitStatus RunLint(const LintArguments& arguments) {
   }
   RequireUsableFiles(arguments);
   LintRun run(arguments);
-  for (const std::string& file : arguments.files) run.Check(file);
+  // Standard input can be read only once.
+  std::set<std::string_view> checked;
+  for (const std::string& file : arguments.files) {
+    if (checked.insert(file).second) run.Check(file);
+  }
   run.Print();
   return run.Status();
 }
