@@ -400,7 +400,8 @@ class CommandLine {
         ->type_name("");
     command
         .add_option("-o,--output", import_.output,
-                    "The data file to write. Default: standard output")
+                    "The data file to write; '-' is standard output\n"
+                    "(default)")
         ->type_name("FILE");
     command
         .add_option("--encoding", import_.encoding,
@@ -596,9 +597,9 @@ class CommandLine {
           return "unknown option '" + option + "'";
         }
         return error.what();
-      default:
       case CLI::ExitCodes::ArgumentMismatch:
         return ValueCountMessage(error.what());
+      default:
         return error.what();
     }
   }

@@ -58,12 +58,13 @@ std::string Import(const ImportArguments& arguments) {
 
 ExitStatus Run(const ImportArguments& arguments) {
   try {
-    if (arguments.output) RequireOtherFile(arguments.table, *arguments.output);
+    const bool isPrinted = arguments.output == kStandardOutput;
+    if (!isPrinted) RequireUsableOutput(arguments.output, {&arguments.table, 1});
     const std::string dataFile = Import(arguments);
-    if (arguments.output) {
-      author::WriteWholeFile(*arguments.output, dataFile);
-    } else {
+    if (isPrinted) {
       WriteOutput(dataFile);
+    } else {
+      author::WriteWholeFile(arguments.output, dataFile);
     }
   } catch (const author::OptionError& error) {
     throw ToolError(ExitStatus::kUsage, error.what());

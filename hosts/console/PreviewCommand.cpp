@@ -25,7 +25,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr std::string_view kStandardOutput = "-";
 /// The time between two checks of the files, in nanoseconds.
 constexpr long kInterval = 300'000'000;
 
@@ -140,17 +139,13 @@ void Watch(const PreviewArguments& arguments, const BlockedInterrupts& interrupt
   }
 }
 
-void RequireUsableOutput(const PreviewArguments& arguments) {
-  if (arguments.watches && arguments.output == kStandardOutput) {
-    throw ToolError(ExitStatus::kUsage, "--watch cannot write to standard output; name a file");
-  }
-  for (const fs::path& file : InputFiles(arguments)) RequireOtherFile(file, arguments.output);
-}
-
 }  // namespace
 
 ExitStatus Run(const PreviewArguments& arguments) {
-  RequireUsableOutput(arguments);
+  if (arguments.watches && arguments.output == kStandardOutput) {
+    throw ToolError(ExitStatus::kUsage, "--watch cannot write to standard output; name a file");
+  }
+  RequireUsableOutput(arguments.output, InputFiles(arguments));
   if (!arguments.watches) {
     WritePage(arguments);
     return ExitStatus::kDone;

@@ -45,6 +45,8 @@ TEST_F(AuthorCommands, ImportWritesADataFile) {
   EXPECT_THAT(result.errors, HasSubstr("table.csv: read as Windows-1252, "));
   EXPECT_THAT(result.errors, HasSubstr("table.csv:2: in the column 'Public/Internal message'"));
 
+  EXPECT_EQ(expected, Run({"import", PathOf("table.csv"), "-o", "-"}).output);
+
   EXPECT_EQ("", Run({"import", PathOf("table.csv"), "-o", PathOf("data.csv")}).output);
   EXPECT_EQ(expected, ReadFile("data.csv"));
 }
@@ -93,6 +95,14 @@ TEST_F(AuthorCommands, ImportDoesNotReplaceItsTable) {
   EXPECT_EQ(table, ReadFile("table.csv"));
 }
 
+TEST_F(AuthorCommands, ImportDoesNotCreateAConfigurationOfLint) {
+  folder_.Write("table.csv", "Grouping ID,Message\nMISC,new\n");
+  const auto result = Run({"import", PathOf("table.csv"), "-o", PathOf(".ornwhatsnew-lint.json")});
+  EXPECT_EQ(kUsage, result.exitStatus);
+  EXPECT_THAT(result.errors, HasSubstr("' would be the configuration of 'ornwhatsnew lint'; "));
+  EXPECT_FALSE(std::filesystem::exists(PathOf(".ornwhatsnew-lint.json")));
+}
+
 TEST_F(AuthorCommands, ImportRejectsAnUnknownEncoding) {
   folder_.Write("table.csv", "Grouping ID,Message\n");
   for (const std::string encoding : {"nonsense", ""}) {
@@ -116,16 +126,6 @@ TEST_F(AuthorCommands, MessagesContainThePathThatTheAuthorWrote) {
       test_support::RunProgram(ProgramFile(), call).errors);
 }
 
-TEST_F(AuthorCommands, AddAppendsAChangeThatShowPrints) {
-  const std::string before = common::ReadTextFile(DataFile());
-  EXPECT_EQ("", OutputOf({"add", "{data}", "--app-version", "25.1", "--grouping-id", "EPIC-8",
-                          "--jira-id=ORN-1", "--salience=Detail", "--rating", "Why, though?",
-                          "--first-version=24.0", "--platform=Mac", "--url=https://a.example",
-                          "--commit=ab12", "--message", "- faster, on \u201Call\u201D machines"}));
-  EXPECT_EQ(
-      before +
-          "25.1,EPIC-8,ORN-1,Detail,\"Why, though?\",24.0,Mac,https://a.example,ab12,\"- faster, "
-          "on \u201Call\u201D machines\"\n",
 // The program writes a temporary file, whose name users do not know.
 TEST_F(AuthorCommands, MessagesNameTheFileOnAFullDisk) {
   folder_.Write("table.csv", "Grouping ID,Message\nMISC,new\n");
@@ -180,6 +180,16 @@ TEST_F(AuthorCommands, MessagesNameTheMaximumSizeOfAFile) {
   }
 }
 
+TEST_F(AuthorCommands, AddAppendsAChangeThatShowPrints) {
+  const std::string before = common::ReadTextFile(DataFile());
+  EXPECT_EQ("", OutputOf({"add", "{data}", "--app-version", "25.1", "--grouping-id", "EPIC-8",
+                          "--jira-id=ORN-1", "--salience=Detail", "--rating", "Why, though?",
+                          "--first-version=24.0", "--platform=Mac", "--url=https://a.example",
+                          "--commit=ab12", "--message", "- faster, on \u201Call\u201D machines"}));
+  EXPECT_EQ(
+      before +
+          "25.1,EPIC-8,ORN-1,Detail,\"Why, though?\",24.0,Mac,https://a.example,ab12,\"- faster, "
+          "on \u201Call\u201D machines\"\n",
       common::ReadTextFile(DataFile()));
   EXPECT_THAT(OutputOf({"show", "{host}", "{data}"}),
               HasSubstr("(macOS only) - faster, on “all” machines (v24.0-v25.1)"));
