@@ -12,6 +12,7 @@
 #include "hosts/author/InputError.h"
 #include "hosts/author/lint/Lint.h"
 #include "hosts/author/lint/LintConfig.h"
+#include "hosts/common/MessageText.h"
 #include "hosts/console/AuthorErrors.h"
 #include "hosts/console/Commands.h"
 #include "hosts/console/StandardStreams.h"
@@ -55,7 +56,7 @@ void RequireNoError(const std::filesystem::path& file, const std::vector<Finding
   for (const Finding& finding : findings) Report(file, 0, finding);
   throw ToolError(ExitStatus::kInput,
                   MessageAt(file, 0,
-                            "found " + author::Counted(static_cast<std::size_t>(errors), "error") +
+                            "found " + common::Counted(static_cast<std::size_t>(errors), "error") +
                                 " in the new row; nothing was written"));
 }
 

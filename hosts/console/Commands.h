@@ -72,8 +72,8 @@ struct StateResetArguments {
 
 struct ImportArguments {
   std::filesystem::path table;
-  std::optional<std::filesystem::path> output;  ///< absent: standard output
-  std::optional<std::string> encoding;          ///< absent: detected
+  std::filesystem::path output = "-";   ///< "-" is standard output
+  std::optional<std::string> encoding;  ///< absent: detected
 };
 
 struct AddArguments {

@@ -25,7 +25,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr std::string_view kStandardOutput = "-";
 /// The time between two checks of the files, in nanoseconds.
 constexpr long kInterval = 300'000'000;
 
@@ -37,9 +36,7 @@ std::vector<fs::path> DictionaryFiles(const fs::path& hostFile) {
     // when the author corrects this file.
     const common::HostDescription host =
         common::ParseHostDescription(common::ReadTextFile(hostFile), hostFile.native());
-    for (const std::string& name : host.dictionaryFiles) {
-      files.push_back(hostFile.parent_path() / name);
-    }
+    files = common::DictionaryPaths(host, hostFile);
   } catch (const std::exception&) {
     // Ignore the error. `WritePage` also reads the host description, and reports the error.
   }
@@ -143,17 +140,13 @@ void Watch(const PreviewArguments& arguments, const BlockedInterrupts& interrupt
   }
 }
 
-void RequireUsableOutput(const PreviewArguments& arguments) {
-  if (arguments.watches && arguments.output == kStandardOutput) {
-    throw ToolError(ExitStatus::kUsage, "--watch cannot write to standard output; name a file");
-  }
-  for (const fs::path& file : InputFiles(arguments)) RequireOtherFile(file, arguments.output);
-}
-
 }  // namespace
 
 ExitStatus Run(const PreviewArguments& arguments) {
-  RequireUsableOutput(arguments);
+  if (arguments.watches && arguments.output == kStandardOutput) {
+    throw ToolError(ExitStatus::kUsage, "--watch cannot write to standard output; name a file");
+  }
+  RequireUsableOutput(arguments.output, InputFiles(arguments));
   if (!arguments.watches) {
     WritePage(arguments);
     return ExitStatus::kDone;

@@ -185,11 +185,12 @@ inline constexpr auto kLintCodes = std::to_array<LintCodeInfo>({
      "wrong users or no users count as users of a version that the change affects.",
      "Write both versions with as many components as the full version of the application."},
     {LintCode::kBoundsNumber, "bounds-number", Severity::kError,
-     "a component is not a number below 1000",
+     "a component is not a number below 1000, or there are too many components",
      "The library combines the components of a version into one number in base 1000. A "
      "component above 999 changes the component to its left, and a component that is not a "
-     "number counts as 0.",
-     "Write each component as a number from 0 to 999."},
+     "number counts as 0. With seven components or more, the number can be too large for its 64 "
+     "bits.",
+     "Write each component as a number from 0 to 999, and at most six components."},
     {LintCode::kBoundsNoVersion, "bounds-no-version", Severity::kError,
      "the change has an earliest version but no version",
      "The change affects only versions below the version in the first column. If this column is "

@@ -15,8 +15,12 @@
 #include "hosts/author/lint/Finding.h"
 #include "hosts/author/lint/LintedFile.h"
 #include "hosts/common/HostDescription.h"
+#include "hosts/common/MessageText.h"
 
 namespace hosts::author {
+
+using common::Counted;
+using common::Quoted;
 
 /// The host that `--host` names. Its services must be installed in the process; see
 /// `InstallLintHost`.
@@ -41,13 +45,6 @@ struct OmittedFindings {
   std::size_t count = 0;
   std::vector<Edit> edits;
 };
-
-/// Returns `text` in single quotation marks for a message. Escapes invisible characters and
-/// shortens a long text.
-std::string Quoted(std::string_view text);
-
-/// Returns `number` and `noun`, for example "one field" or "2 fields" for the noun "field".
-std::string Counted(std::size_t number, std::string_view noun);
 
 /// A file, its host, and the findings so far. Each `Report` function returns a reference to the new
 /// finding, which is valid until the next finding is reported.

@@ -71,6 +71,11 @@ std::vector<std::string_view> VersionComponents(std::string_view version);
 /// Returns the components of `version` as numbers. Returns `std::nullopt` if one is not a number.
 std::optional<std::vector<std::int64_t>> VersionNumbers(std::string_view version);
 
+/// Returns why the order of `ornwhatsnew::VersionNumber` is not that of `version` and the versions
+/// with the same number of components, as a clause after the version. Returns an empty string if
+/// the library compares them correctly.
+std::string ComparisonMistake(std::string_view version);
+
 /// Returns whether `text` is similar to "Changes-Since", but does not equal it.
 bool IsMisspeltChangesSince(std::string_view text);
 

@@ -28,16 +28,8 @@ constexpr DisplayOptions kRelevant =
     ornwhatsnew::kFilterRelevantPlatform | ornwhatsnew::kFilterRelevantVersion;
 
 using Lines = std::vector<std::size_t>;
-/// The lines of the changes of each item, by the key of the item.
-using LinesByItem = std::map<std::string, Lines, std::less<>>;
-
-LinesByItem LinesOfChanges(const LintedFile& file) {
-  LinesByItem lines;
-  for (const LintRow& row : file.Rows()) {
-    if (row.change != nullptr) lines[row.item->FeatureJiraIDKey()].push_back(row.data.lineNumber);
-  }
-  return lines;
-}
+/// The lines of the shown changes of each item, by the key of the item.
+using LinesByKey = std::map<std::string_view, Lines>;
 
 /// A user of the application: the description of the user's host, and the user's state.
 struct User {
@@ -60,24 +52,25 @@ std::unique_ptr<FeatureListData> LoadList(const std::string& data, User& user) {
       [&user](const std::string& key, const std::string& value) { user.state[key] = value; });
 }
 
-/// Returns the lines of the changes that a display shows, by the key of their item.
-LinesByItem ShownLines(const FeatureListData& list, const DisplayOptions& options,
-                       const LinesByItem& lines) {
-  LinesByItem shown;
+/// Returns the lines of the changes that a display shows. `changes` are all changes of the list.
+LinesByKey ShownLines(const FeatureListData& list, const DisplayOptions& options,
+                      const RowsByKey& changes) {
+  LinesByKey shown;
   for (const ornwhatsnew::ItemVisibility& explained : list.ExplainVisibility(options)) {
-    const auto found = lines.find(explained.item->FeatureJiraIDKey());
-    if (found == lines.end() || !explained.hidingRules.empty()) continue;
-    Lines linesOfItem;
+    const auto found = changes.find(explained.item->FeatureJiraIDKey());
+    if (found == changes.end() || !explained.hidingRules.empty()) continue;
+    Lines& lines = shown[found->first];
     for (std::size_t i = 0; i < found->second.size(); ++i) {
-      if (explained.changes[i].hidingRules.empty()) linesOfItem.push_back(found->second[i]);
+      if (explained.changes[i].hidingRules.empty()) {
+        lines.push_back(found->second[i]->data.lineNumber);
+      }
     }
-    shown[found->first] = std::move(linesOfItem);
   }
   return shown;
 }
 
 /// Sets the `id`s of the paragraphs of the changes. `shown` contains the lines of these changes.
-void SetIDs(PreviewView& view, const LinesByItem& shown) {
+void SetIDs(PreviewView& view, const LinesByKey& shown) {
   const std::vector<LayoutParagraph>& paragraphs = view.layout.paragraphs;
   view.paragraphIDs.resize(paragraphs.size());
   std::map<std::string_view, std::size_t> changesSoFar;
@@ -124,7 +117,7 @@ std::string NewestVersion(const LintedFile& file, const std::string& current) {
 class ViewMaker {
  public:
   ViewMaker(const PreviewInput& input, const LintedFile& file)
-      : input_(input), outside_{input.host}, lines_(LinesOfChanges(file)) {
+      : input_(input), outside_{input.host}, changes_(file.ChangesByKey()) {
     outside_.host.internalFeaturesAllowed = false;
     outside_.host.terminating = false;
     common::InstallHost(outside_.host);
@@ -197,13 +190,13 @@ class ViewMaker {
     const auto list = LoadList(input_.data.text, user);
     view.layout = list->PreviewLayout(options);
     view.count = list->CountNew(options);
-    SetIDs(view, ShownLines(*list, options, lines_));
+    SetIDs(view, ShownLines(*list, options, changes_));
     views_.push_back(std::move(view));
   }
 
   const PreviewInput& input_;
   User outside_;
-  const LinesByItem lines_;
+  const RowsByKey changes_;
   std::string version_;
   std::vector<PreviewView> views_;
 };

@@ -7,12 +7,13 @@
 #include <orncore/config/ClientInfo.h>
 #include <orncore/string/SafeText.h>
 
-#include "hosts/author/lint/LintContext.h"
 #include "hosts/author/lint/Rules.h"
+#include "hosts/common/MessageText.h"
 
 namespace hosts::author {
 namespace {
 
+using common::Quoted;
 using ornwhatsnew::FeatureListDetail;
 using ornwhatsnew::HidingRule;
 
@@ -61,11 +62,12 @@ std::string PlatformReason(const FeatureListDetail& change) {
                        : "; this host is " + orncore::string::EscapeInvisible(host));
 }
 
-// The library compares the results of `ornwhatsnew::VersionNumber`. Their order is that of the
-// versions only if all versions have the same number of components, and if each component is a
-// number from 0 to 999.
-constexpr const char* kComponentMistake =
-    " has a component below 0 or above 999, so it cannot be compared";
+/// Returns `version` and why the library cannot compare it. Returns an empty string if the library
+/// can compare it.
+std::string ComparisonReason(const std::string& version) {
+  const std::string mistake = ComparisonMistake(version);
+  return mistake.empty() ? "" : Quoted(version) + " " + mistake + ", so it cannot be compared";
+}
 
 std::string QuotedVersions(std::span<const std::string> versions) {
   std::vector<std::string> quoted(versions.size());
@@ -77,11 +79,9 @@ std::string QuotedVersions(std::span<const std::string> versions) {
 /// of the range. Returns an empty string if neither is the case.
 std::string BoundsMistake(const std::string& first, const std::string& added) {
   if (added.empty()) return "it has no version in column 1, so no version is affected";
-  const auto isComparable = [](std::int64_t number) { return number >= 0 && number <= 999; };
   for (const std::string& version : {first, added}) {
-    const std::optional<std::vector<std::int64_t>> numbers = VersionNumbers(version);
-    if (!numbers) return Quoted(version) + " is not a version";
-    if (!std::ranges::all_of(*numbers, isComparable)) return Quoted(version) + kComponentMistake;
+    const std::string reason = ComparisonReason(version);
+    if (!reason.empty()) return reason;
   }
   if (VersionComponents(first).size() != VersionComponents(added).size()) {
     return Quoted(first) + " and " + Quoted(added) +
@@ -105,8 +105,8 @@ std::string UserVersionsMistake(const std::string& first, const std::string& add
     }
     const std::optional<std::vector<std::int64_t>> numbers = VersionNumbers(version);
     const bool isInRange = numbers >= VersionNumbers(first) && numbers < VersionNumbers(added);
-    // A user of such a version sees the change, except if a component of the version is invalid.
-    if (isInRange) return "the user's " + Quoted(version) + kComponentMistake;
+    // A user of such a version sees the change, except if the version cannot be compared.
+    if (isInRange) return "the user's " + ComparisonReason(version);
   }
   if (others.empty()) return "";
   return Quoted(first) + ", " + Quoted(added) + " and the user's " + QuotedVersions(others) +

@@ -4,25 +4,26 @@
 #include <iterator>
 #include <optional>
 #include <span>
-#include <unordered_map>
 #include <utility>
 
 #include <ornappsupport/feature/FeatureService.h>
 #include <orncore/string/Conversion.h>
 #include <orncore/string/SafeText.h>
-#include <ornwhatsnew/ChangePlacement.h>
 #include <ornwhatsnew/DataFileReader.h>
 #include <ornwhatsnew/utility/TextHelpers.h>
 
 #include "hosts/author/InputError.h"
-#include "hosts/author/lint/LintContext.h"
+#include "hosts/author/lint/LintedFile.h"
 #include "hosts/author/lint/NearestWord.h"
 #include "hosts/author/lint/Rules.h"
 #include "hosts/author/why/WhyTable.h"
+#include "hosts/common/MessageText.h"
 
 namespace hosts::author {
 namespace {
 
+using common::Counted;
+using common::Quoted;
 using ornwhatsnew::CaseInsensitiveEqual;
 using ornwhatsnew::DataColumn;
 using ornwhatsnew::DataRow;
@@ -123,27 +124,23 @@ WhyReport::WhyReport(const ornwhatsnew::FeatureListData& list, std::string fileN
   for (ornwhatsnew::ItemVisibility& visibility : list.ExplainVisibility(options)) {
     items_.push_back({std::move(visibility), {}});
   }
-  FindLines();
+  ReadDataFile();
 }
 
 // A list does not store lines. It adds the changes of a file to their items in file order, so the
 // n-th row that belongs to an item is the n-th change of this item.
-void WhyReport::FindLines() {
-  std::unordered_map<const FeatureListItem*, ExplainedItem*> items;
-  for (ExplainedItem& item : items_) items[item.visibility.item] = &item;
-  ornwhatsnew::ChangeMaker maker;
-  ornwhatsnew::DataFileReader reader(text_);
-  while (const DataRow* row = reader.Next()) {
-    if (row->kind == DataRowKind::kHeader) {
-      const std::string loss = LossByHeader(*row, list_.GetFeatureItems());
-      if (!loss.empty()) lostRow_ = PlaceOf(row->lineNumber) + loss + "\n";
-    }
-    if (row->kind != DataRowKind::kChange) continue;
-    const ornwhatsnew::ChangePlacement placement = ornwhatsnew::PlaceChange(
-        list_.GetFeatureItems(), row->Value(DataColumn::kGroupingID),
-        row->Value(DataColumn::kStoryID), maker.Make(*row)->DetailInternalOverrideUnreviewed());
-    items.at(placement.item)->lines.push_back(row->lineNumber);
+void WhyReport::ReadDataFile() {
+  const LintedFile file(fileName_, std::string(text_));
+  const auto changes = file.ChangesByKey();
+  for (ExplainedItem& item : items_) {
+    const auto rows = changes.find(item.visibility.item->FeatureJiraIDKey());
+    if (rows == changes.end()) continue;
+    for (const LintRow* const row : rows->second) item.lines.push_back(row->data.lineNumber);
   }
+  if (file.HeaderIndex() == file.Rows().size()) return;
+  const DataRow& header = file.Rows()[file.HeaderIndex()].data;
+  const std::string loss = LossByHeader(header, file.Items());
+  if (!loss.empty()) lostRow_ = PlaceOf(header.lineNumber) + loss + "\n";
 }
 
 std::string WhyReport::ExplainAll() const {

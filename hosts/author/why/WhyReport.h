@@ -40,7 +40,8 @@ class WhyReport {
   std::string ExplainKey(const std::string& key) const;
 
  private:
-  void FindLines();
+  /// Sets the lines of the items, and `lostRow_`.
+  void ReadDataFile();
   std::string ExplainChange(const ExplainedItem& item, std::size_t index) const;
   std::string ExplainOtherRow(std::size_t line) const;
   std::string PlaceOf(std::size_t line) const;

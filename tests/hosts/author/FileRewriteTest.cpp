@@ -9,6 +9,7 @@
 #include <thread>
 
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
 
 #include "hosts/common/TextFile.h"
@@ -70,14 +71,16 @@ TEST_F(FileRewrite, RefusesWhatItMustNotReplace) {
 
 using FileRewriteDeathTest = FileRewrite;
 
-// The callback kills the program after the program has created its temporary file.
+// The signal kills the program when it writes its temporary file.
 TEST_F(FileRewriteDeathTest, IgnoresTheTemporaryFileOfAKilledProgram) {
   folder_.Write("data.csv", "old");
-  const auto kill = [](std::string_view bytes) {
-    std::raise(SIGKILL);
-    return std::string(bytes);
+  const auto write = [this] {
+    constexpr rlimit kNothing = {0, 0};
+    ::setrlimit(RLIMIT_CORE, &kNothing);
+    ::setrlimit(RLIMIT_FSIZE, &kNothing);
+    WriteWholeFile(File(), "new");
   };
-  EXPECT_EXIT(ChangeWholeFile(File(), kill), testing::KilledBySignal(SIGKILL), "");
+  EXPECT_EXIT(write(), testing::KilledBySignal(SIGXFSZ), "");
   EXPECT_EQ(2U, CountFiles());
   WriteWholeFile(File(), "new");
   ReplaceWholeFile(File(), "new", "newer");

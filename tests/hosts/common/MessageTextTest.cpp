@@ -22,6 +22,20 @@ TEST(MessageText, ALongTextWithoutCharacterStartsLosesAtMostThreeMoreBytesAtEach
   EXPECT_EQ(kept + " ... " + kept, WithoutMiddle(std::string(300, '\x80')));
 }
 
+TEST(MessageText, AQuotedTextIsOneShortLineOfVisibleCharacters) {
+  EXPECT_EQ("''", Quoted(""));
+  EXPECT_EQ("'a\\u000ab\\u200b'", Quoted("a\nb\u200B"));
+  const std::string text(60, 'x');
+  EXPECT_EQ("'" + text + "'", Quoted(text));
+  EXPECT_EQ("'" + text + "...'", Quoted(text + "y"));
+}
+
+TEST(MessageText, ACountHasItsNounInTheSingularOrInThePlural) {
+  EXPECT_EQ("0 rows", Counted(0, "row"));
+  EXPECT_EQ("one row", Counted(1, "row"));
+  EXPECT_EQ("2 rows", Counted(2, "row"));
+}
+
 TEST(MessageText, HexDigitsAreTwoUpperCaseDigits) {
   EXPECT_EQ("00", HexDigits('\0'));
   EXPECT_EQ("0A", HexDigits('\n'));

@@ -229,6 +229,19 @@ TEST(Arguments, NameAnUnknownCommandOrOption) {
   EXPECT_EQ("unknown option '--frob'. Run 'ornwhatsnew --help' for usage.", ErrorOf({"--frob"}));
 }
 
+TEST(Arguments, ReportAWrongNumberOfValues) {
+  EXPECT_EQ("--line can be given only once. Run 'ornwhatsnew why --help' for usage.",
+            ErrorOf({"why", "d", "--host", "h", "--line", "1", "--line", "2"}));
+  EXPECT_EQ("--output can be given only once. Run 'ornwhatsnew import --help' for usage.",
+            ErrorOf({"import", "d", "-o", "a", "--output=b"}));
+  EXPECT_EQ("--host requires a value. Run 'ornwhatsnew why --help' for usage.",
+            ErrorOf({"why", "d", "--host"}));
+  EXPECT_EQ("--watch takes no value. Run 'ornwhatsnew preview --help' for usage.",
+            ErrorOf({"preview", "d", "--host", "h", "-o", "p", "--watch=3"}));
+  EXPECT_EQ("--only-new takes no value. Run 'ornwhatsnew why --help' for usage.",
+            ErrorOf({"why", "d", "--host", "h", "--only-new=x"}));
+}
+
 TEST(Arguments, ReportAMissingCommand) {
   EXPECT_EQ("no command given. Run 'ornwhatsnew --help' for usage.", ErrorOf({}));
   EXPECT_EQ("no command given. Run 'ornwhatsnew state --help' for usage.", ErrorOf({"state"}));

@@ -156,6 +156,17 @@ TEST_F(PreviewCommand, DoesNotReplaceFilesThatItsInputRefersTo) {
   }
 }
 
+// `lint` and the next preview could not read it.
+TEST_F(PreviewCommand, DoesNotCreateAConfigurationOfLint) {
+  const std::string file = folder_.Path() / ".ornwhatsnew-lint.json";
+  const ProgramResult result = Run({"preview", "{data}", "{host}", "-o", file});
+  EXPECT_EQ(result.exitStatus, kUsage);
+  EXPECT_EQ(result.errors, "ornwhatsnew: the output '" + file +
+                               "' would be the configuration of 'ornwhatsnew lint'; write it to "
+                               "another file\n");
+  EXPECT_FALSE(std::filesystem::exists(file));
+}
+
 TEST_F(PreviewCommand, WatchNoticesChangesOfTheDictionary) {
   UseCatalog();
   WriteCatalog("Neuigkeit");

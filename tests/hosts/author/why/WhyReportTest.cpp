@@ -13,7 +13,7 @@
 #include <ornwhatsnew/DataFileReader.h>
 
 #include "hosts/author/InputError.h"
-#include "hosts/author/lint/LintContext.h"
+#include "hosts/common/MessageText.h"
 #include "tests/support/Builders.h"
 #include "tests/support/FakeHost.h"
 #include "tests/support/Matchers.h"
@@ -119,14 +119,18 @@ TEST_F(WhyReportTest, SaysThatARangeOfVersionsIsInvalid) {
   };
   EXPECT_EQ(reason("4.1", ""),
             "not shown: it has no version in column 1, so no version is affected\n");
-  EXPECT_EQ(reason("next", "4.3"), "not shown: 'next' is not a version\n");
-  EXPECT_EQ(reason("4.1", "4.x"), "not shown: '4.x' is not a version\n");
-  EXPECT_EQ(reason("4.2000", "4.3"),
-            "not shown: '4.2000' has a component below 0 or above 999, so it cannot be "
+  EXPECT_EQ(reason("next", "4.3"),
+            "not shown: 'next' has a component that is not a number from 0 to 999, so it cannot be "
             "compared\n");
-  EXPECT_EQ(reason("4.999.0.0", "4.-3.0.0"),
-            "not shown: '4.-3.0.0' has a component below 0 or above 999, so it cannot be "
-            "compared\n");
+  EXPECT_THAT(reason("4.1", "4.x"), HasSubstr(": '4.x' has a component that is not a number "));
+  EXPECT_EQ(
+      reason("4.2000", "4.3"),
+      "not shown: '4.2000' has a component that is not a number from 0 to 999, so it cannot be "
+      "compared\n");
+  EXPECT_EQ(
+      reason("4.999.0.0", "4.-3.0.0"),
+      "not shown: '4.-3.0.0' has a component that is not a number from 0 to 999, so it cannot be "
+      "compared\n");
   EXPECT_EQ(reason("4.1.0.0", "4.3"),
             "not shown: '4.1.0.0' and '4.3' have different numbers of components, so they cannot "
             "be compared\n");
@@ -134,6 +138,20 @@ TEST_F(WhyReportTest, SaysThatARangeOfVersionsIsInvalid) {
             "not shown: '4.3.0.0' is not before '4.3.0.0', so no version is affected\n");
   EXPECT_EQ(reason("4.3.0.1", "4.3.0.0"),
             "not shown: '4.3.0.1' is not before '4.3.0.0', so no version is affected\n");
+}
+
+// The library combines the components of a version into one number of 64 bits.
+TEST_F(WhyReportTest, SaysThatAVersionHasTooManyComponents) {
+  const auto explain = [this](const std::string& added) {
+    Load(added + ",MAP-7,,,,9.0.0.0.0.0.0,,,,Zooms\n");
+    return ExplainLine(2, kFilterRelevantVersion);
+  };
+  EXPECT_THAT(explain("10.0.0.0.0.0.0"),
+              EndsWith("\nnot shown: '10.0.0.0.0.0.0' has too many components, so it cannot be "
+                       "compared\n"));
+  EXPECT_THAT(explain("9.223.372.036.854.775.808"), HasSubstr(" has too many components"));
+  versions_ = {"1.0.0.0.0.0.0"};
+  EXPECT_THAT(explain("9.223.372.036.854.775.807"), EndsWith("; this user ran '1.0.0.0.0.0.0'\n"));
 }
 
 TEST_F(WhyReportTest, SaysThatVersionsOfTheUserCannotBeCompared) {
@@ -151,9 +169,11 @@ TEST_F(WhyReportTest, SaysThatVersionsOfTheUserCannotBeCompared) {
               EndsWith("; this user ran '4.3', '4.0' and 'dev.2'\n"));
   Load("4.3.0,MAP-7,,,,4.1.0,,,,Zooms\n");
   versions_ = {"4.4.0", "4.2.5000"};
-  EXPECT_THAT(ExplainLine(2, kFilterRelevantVersion),
-              EndsWith("\nnot shown: the user's '4.2.5000' has a component below 0 or above 999, "
-                       "so it cannot be compared\n"));
+  EXPECT_THAT(
+      ExplainLine(2, kFilterRelevantVersion),
+      EndsWith(
+          "\nnot shown: the user's '4.2.5000' has a component that is not a number from 0 to 999, "
+          "so it cannot be compared\n"));
 }
 
 TEST_F(WhyReportTest, ExplainsAChangeWithoutText) {
@@ -361,10 +381,11 @@ TEST_F(WhyReportTest, ListsAllFeaturesAndChangesWithTotals) {
       "skipped: one row; run 'ornwhatsnew lint' for details\n");
 }
 
-TEST_F(WhyReportTest, JoinsTheReasonsInTheTable) {
+TEST_F(WhyReportTest, GivesEachReasonALineOfTheTable) {
   Load(",MAP-7,,HideBetaFeature,,,Win,,,Zooms\n");
   EXPECT_THAT(Report(kFilterRelevantPlatform).ExplainAll(),
-              HasSubstr("hidden with its feature; also only relevant on Win; this host is Mac\n"));
+              HasSubstr("  hidden with its feature\n" + std::string(59, ' ') +
+                        "only relevant on Win; this host is Mac\n"));
   EXPECT_THAT(Report({}).ExplainAll(), Not(HasSubstr("skipped")));
 }
 
@@ -409,7 +430,7 @@ TEST(WhyReport, FindsTheLineOfEveryChangeInRandomWorlds) {
       EXPECT_THAT(explained, HasSubstr(": a change of the "));
       if (description.empty()) continue;
       EXPECT_THAT(explained, HasSubstr(": " +
-                                       Quoted(orncore::string::UTF16to8(
+                                       common::Quoted(orncore::string::UTF16to8(
                                            list.LocalizeIfNecessary(std::string(description)))) +
                                        "\n"));
     }
