@@ -57,8 +57,9 @@ void CheckIdentities(LintContext& context) {
   std::unordered_map<ornwhatsnew::Guid, const LintRow*> rows;
   rows.reserve(context.File().ChangeCount());
   for (const LintRow& row : context.File().Rows()) {
-    if (row.change == nullptr || row.isExplained || row.change->GetDescription().empty()) continue;
-    const auto [found, isNew] = rows.try_emplace(row.change->GetItemSeenGuid(), &row);
+    const bool hasText = !row.Value(DataColumn::kDescription).empty();
+    if (row.change == nullptr || row.isExplained || !hasText) continue;
+    const auto [found, isNew] = rows.try_emplace(row.identity, &row);
     if (isNew) continue;
     Finding& finding = context.ReportRow(LintCode::kSameIdentity, row,
                                          "the change has the same identity as line " +
@@ -120,11 +121,19 @@ void ReportUnseen(LintContext& context, const ChangesByFeature::Rows& rows) {
   }
 }
 
+/// Returns whether the item is a feature with changes that nobody sees.
+bool IsUnseenFeature(const FeatureListItem& item) {
+  return !item.IsSection() && !item.GetAllChanges().empty() &&
+         !item.ShouldShowItemToUser({}, {}, {});
+}
+
 void CheckFeatures(LintContext& context) {
+  const auto isUnseen = [](const auto& entry) { return IsUnseenFeature(*entry.second); };
+  if (std::ranges::none_of(context.File().Items(), isUnseen)) return;
   const ChangesByFeature changes(context.File());
   for (const ChangesByFeature::Rows& rows : changes.Groups()) {
     const FeatureListItem& item = *rows.front()->item;
-    if (item.ShouldShowItemToUser({}, {}, {})) continue;
+    if (!IsUnseenFeature(item)) continue;
     const bool isHidden = std::ranges::any_of(item.GetAllChanges(), [](const auto& change) {
       return change->DetailForcingItemToHiddenOverride();
     });
