@@ -7,6 +7,7 @@
 #include <orncore/utility/MixHashGuid.h>
 
 #include "hosts/author/lint/NearestWord.h"
+#include "hosts/author/lint/Rules.h"
 #include "hosts/common/MessageText.h"
 
 namespace hosts::author {
@@ -146,8 +147,7 @@ bool LintContext::HasPlainVersion() {
   if (hasPlainVersion_) return *hasPlainVersion_;
   hasPlainVersion_ = std::ranges::any_of(file_.Rows(), [](const LintRow& row) {
     const std::string_view version = row.Value(DataColumn::kVersion);
-    return row.change != nullptr && !version.empty() &&
-           version.find_first_not_of("0123456789.") == version.npos;
+    return row.change != nullptr && !version.empty() && IsPlainVersion(version);
   });
   return *hasPlainVersion_;
 }

@@ -1,9 +1,9 @@
 #include <algorithm>
 #include <cstdint>
-#include <map>
 #include <optional>
 #include <string>
 #include <unordered_map>
+#include <unordered_set>
 #include <vector>
 
 #include <ornappsupport/feature/FeatureService.h>
@@ -209,13 +209,11 @@ bool IsAbove(std::string_view version, const std::vector<std::int64_t>& running)
 void CheckVersionAbove(LintContext& context, const std::string& running) {
   const std::optional<std::vector<std::int64_t>> numbers = VersionNumbers(running);
   if (!numbers) return;
-  std::map<std::string_view, bool> judged;
-  std::string_view last;
+  std::unordered_set<std::string_view> checked;
   for (const LintRow& row : context.File().Rows()) {
     const std::string_view version = row.Value(DataColumn::kVersion);
-    if (row.change == nullptr || row.isExplained || version == last) continue;
-    last = version;
-    if (!judged.emplace(version, true).second || !IsAbove(version, *numbers)) continue;
+    if (row.change == nullptr || row.isExplained) continue;
+    if (!checked.insert(version).second || !IsAbove(version, *numbers)) continue;
     context.ReportField(
         LintCode::kVersionAboveHost, row, DataColumn::kVersion,
         Quoted(version) + " is above the version " + Quoted(running) + " of the host");
@@ -229,13 +227,13 @@ void CheckBoundsOfHost(LintContext& context, const std::string& running) {
   const bool isComparable = numbers && std::ranges::all_of(*numbers, [](std::int64_t number) {
                               return number >= 0 && number < kWeight;
                             });
-  const std::size_t components = VersionComponents(running).size();
+  const std::size_t components = CountVersionComponents(running);
   for (const LintRow& row : context.File().Rows()) {
     const std::string_view first = row.Value(DataColumn::kFirstVersion);
     const std::string_view version = row.Value(DataColumn::kVersion);
     if (row.change == nullptr || row.isExplained || first.empty() || version.empty()) continue;
-    const std::size_t own = VersionComponents(first).size();
-    if (own != VersionComponents(version).size() || (isComparable && own == components)) continue;
+    const std::size_t own = CountVersionComponents(first);
+    if (own != CountVersionComponents(version) || (isComparable && own == components)) continue;
     context.ReportField(
         LintCode::kBoundsHost, row, DataColumn::kFirstVersion,
         isComparable ? "the host's full version " + Quoted(running) + " and " + Quoted(first) +

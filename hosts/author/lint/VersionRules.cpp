@@ -1,6 +1,8 @@
 #include <algorithm>
 #include <array>
+#include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -16,12 +18,23 @@ namespace {
 using ornwhatsnew::CaseInsensitiveEqual;
 using ornwhatsnew::DataColumn;
 
-bool IsDigit(char c) {
-  return c >= '0' && c <= '9';
-}
+/// The length of a date such as 03.04.2025.
+constexpr std::size_t kDateLength = 10;
 
 bool IsKeyText(std::string_view text) {
   return ornwhatsnew::IsZString(TrimSpaces(text));
+}
+
+/// Returns the first part of `version` between its points for which `predicate` holds.
+template <class Predicate>
+std::optional<std::string_view> FindComponent(std::string_view version, Predicate predicate) {
+  for (std::size_t begin = 0; begin <= version.size();) {
+    const std::size_t end = std::min(version.find('.', begin), version.size());
+    const std::string_view component = version.substr(begin, end - begin);
+    if (predicate(component)) return component;
+    begin = end + 1;
+  }
+  return std::nullopt;
 }
 
 void CheckPrefix(LintContext& context, const LintRow& row) {
@@ -50,9 +63,10 @@ void CheckComma(LintContext& context, const LintRow& row) {
 /// "4.x".
 bool HasPlaceholder(std::string_view text) {
   if (text.find_first_of("xX*") == text.npos || !IsDigit(text.front())) return false;
-  return std::ranges::all_of(VersionComponents(text), [](std::string_view part) {
-    return CaseInsensitiveEqual(part, "x") || part == "*" || std::ranges::all_of(part, IsDigit);
-  });
+  const auto isOther = [](std::string_view part) {
+    return part != "*" && !CaseInsensitiveEqual(part, "x") && !std::ranges::all_of(part, IsDigit);
+  };
+  return !FindComponent(text, isOther);
 }
 
 void CheckPlaceholder(LintContext& context, const LintRow& row) {
@@ -114,26 +128,39 @@ void CheckDate(LintContext& context, const LintRow& row) {
   }
 }
 
+/// Checks the versions for mistakes in their form.
+void CheckForm(LintContext& context, const LintRow& row) {
+  // Most versions are plain. Only a date is plain and wrong.
+  const auto isCorrect = [&row](DataColumn column) {
+    return IsPlainVersion(row.Value(column)) && row.Value(column).size() != kDateLength;
+  };
+  if (isCorrect(DataColumn::kVersion) && isCorrect(DataColumn::kFirstVersion)) return;
+  CheckPrefix(context, row);
+  CheckComma(context, row);
+  CheckPlaceholder(context, row);
+  CheckDate(context, row);
+}
+
 // ---- bounds
 
+/// Returns whether `component` is a number below 1000.
 bool IsSmallNumber(std::string_view component) {
-  constexpr std::int64_t kWeight = 1000;
-  std::int64_t number = 0;
-  return std::ranges::all_of(component, IsDigit) &&
-         orncore::string::StringToNumber(component, number) && number < kWeight;
+  constexpr std::size_t kMaximumDigits = 3;
+  if (component.empty() || !std::ranges::all_of(component, IsDigit)) return false;
+  const std::size_t zeros = std::min(component.find_first_not_of('0'), component.size());
+  return component.size() - zeros <= kMaximumDigits;
 }
 
 /// Reports a component that is not a number below 1000. Returns whether there is one.
 bool CheckNumbers(LintContext& context, const LintRow& row, DataColumn column) {
-  for (const std::string_view component : VersionComponents(row.Value(column))) {
-    if (IsSmallNumber(component)) continue;
-    context.ReportField(LintCode::kBoundsNumber, row, column,
-                        "the component " + Quoted(component) +
-                            " is not a number from 0 to 999, so the wrong users see the change; "
-                            "write such a number");
-    return true;
-  }
-  return false;
+  const auto component =
+      FindComponent(row.Value(column), [](std::string_view part) { return !IsSmallNumber(part); });
+  if (!component) return false;
+  context.ReportField(LintCode::kBoundsNumber, row, column,
+                      "the component " + Quoted(*component) +
+                          " is not a number from 0 to 999, so the wrong users see the change; "
+                          "write such a number");
+  return true;
 }
 
 void CheckBounds(LintContext& context, const LintRow& row) {
@@ -154,8 +181,7 @@ void CheckBounds(LintContext& context, const LintRow& row) {
       CheckNumbers(context, row, DataColumn::kFirstVersion)) {
     return;
   }
-  const std::size_t components = VersionComponents(version).size();
-  if (VersionComponents(first).size() != components) {
+  if (CountVersionComponents(first) != CountVersionComponents(version)) {
     context.ReportField(LintCode::kBoundsComponents, row, DataColumn::kFirstVersion,
                         Quoted(first) + " and " + Quoted(version) +
                             " have different numbers of components, so the wrong users see the "
@@ -179,10 +205,13 @@ void CheckMissingVersion(LintContext& context, const LintRow& row) {
                           context.Column(DataColumn::kVersion));
 }
 
-constexpr ChangeRule kRules[] = {CheckPrefix, CheckComma,  CheckPlaceholder,
-                                 CheckDate,   CheckBounds, CheckMissingVersion};
+constexpr ChangeRule kRules[] = {CheckForm, CheckBounds, CheckMissingVersion};
 
 }  // namespace
+
+bool IsPlainVersion(std::string_view version) {
+  return std::ranges::all_of(version, [](char c) { return c == '.' || IsDigit(c); });
+}
 
 std::size_t VersionPrefixLength(std::string_view text) {
   const std::size_t digit = text.find_first_of("0123456789");
@@ -196,8 +225,8 @@ std::size_t VersionPrefixLength(std::string_view text) {
 
 void CheckVersionDate(LintContext& context, const LintRow& row, DataColumn column) {
   const std::string_view text = row.Value(column);
-  const bool isPlain = text.find_first_not_of("0123456789.") == text.npos;
-  const bool canBeDate = !isPlain || (text.size() == 10 && text.find('.') == 2);
+  const bool isPlain = IsPlainVersion(text);
+  const bool canBeDate = !isPlain || (text.size() == kDateLength && text.find('.') == 2);
   if (text.empty() || !canBeDate || IsKeyText(text) ||
       !IsDate(TrimSpaces(text), !isPlain && context.HasPlainVersion())) {
     return;
@@ -212,26 +241,20 @@ std::string VersionWithPoints(std::string_view text) {
   std::string version(TrimSpaces(text));
   if (version.find_first_not_of("0123456789,.") != version.npos) return "";
   std::ranges::replace(version, ',', '.');
-  const auto components = VersionComponents(version);
-  const bool hasEmptyComponent = std::ranges::any_of(components, &std::string_view::empty);
-  return hasEmptyComponent ? "" : version;
+  const auto isEmpty = [](std::string_view part) { return part.empty(); };
+  return FindComponent(version, isEmpty) ? "" : version;
 }
 
-std::vector<std::string_view> VersionComponents(std::string_view version) {
-  std::vector<std::string_view> components;
-  for (std::size_t begin = 0; begin <= version.size();) {
-    const std::size_t end = std::min(version.find('.', begin), version.size());
-    components.push_back(version.substr(begin, end - begin));
-    begin = end + 1;
-  }
-  return components;
+std::size_t CountVersionComponents(std::string_view version) {
+  return static_cast<std::size_t>(std::ranges::count(version, '.')) + 1;
 }
 
 std::optional<std::vector<std::int64_t>> VersionNumbers(std::string_view version) {
   std::vector<std::int64_t> numbers;
-  for (const std::string_view component : VersionComponents(version)) {
-    if (!orncore::string::StringToNumber(component, numbers.emplace_back())) return std::nullopt;
-  }
+  const auto isOther = [&numbers](std::string_view part) {
+    return !orncore::string::StringToNumber(part, numbers.emplace_back());
+  };
+  if (FindComponent(version, isOther)) return std::nullopt;
   return numbers;
 }
 
