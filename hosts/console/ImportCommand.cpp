@@ -47,12 +47,16 @@ std::string Import(const ImportArguments& arguments) {
   Report(arguments.table, result.changes);
   Report(arguments.table, result.errors);
   if (result.errors.empty()) return std::move(result.dataFile);
-  const std::size_t count = result.errors.size();
-  throw ToolError(ExitStatus::kInput,
-                  MessageAt(arguments.table, 0,
-                            "found " + std::to_string(count) + (count == 1 ? " error" : " errors") +
-                                " in the table, whose columns are separated by " +
-                                SeparatorName(table.separator) + "; nothing was written"));
+  const std::size_t count = result.errorCount;
+  const std::size_t unlisted = count - result.errors.size();
+  throw ToolError(
+      ExitStatus::kInput,
+      MessageAt(arguments.table, 0,
+                "found " + std::to_string(count) + (count == 1 ? " error" : " errors") +
+                    " in the table, whose columns are separated by " +
+                    SeparatorName(table.separator) + "; " +
+                    (unlisted == 0 ? "" : std::to_string(unlisted) + " of them are not listed; ") +
+                    "nothing was written"));
 }
 
 }  // namespace
