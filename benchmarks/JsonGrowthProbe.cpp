@@ -1,6 +1,7 @@
 // Reads a generated host description or state store, and prints the size of the generated text and
 // the peak memory use. `./dev check growth` checks this peak, and counts the instructions of the
 // reader for texts of 100 KB and 1 MB.
+#include <algorithm>
 #include <cstdlib>
 #include <iostream>
 #include <map>
@@ -8,6 +9,7 @@
 #include <string_view>
 
 #include "benchmarks/support/ByteCounter.h"
+#include "benchmarks/support/NumberedCopies.h"
 #include "hosts/common/HostDescription.h"
 #include "hosts/common/JsonDocument.h"
 #include "hosts/common/StateFormat.h"
@@ -61,15 +63,7 @@ const std::map<std::string_view, Shape>& Shapes() {
 
 std::string Text(const Shape& shape, std::size_t bytes) {
   std::string text = shape.begin;
-  for (std::size_t number = 0; text.size() + shape.end.size() < bytes; ++number) {
-    for (const char character : shape.item) {
-      if (character == '#') {
-        text += std::to_string(number);
-      } else {
-        text += character;
-      }
-    }
-  }
+  benchmarks::AppendNumberedCopies(text, shape.item, bytes - std::min(bytes, shape.end.size()));
   return text + shape.end;
 }
 

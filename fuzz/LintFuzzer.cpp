@@ -57,10 +57,9 @@ void RequirePlace(const Finding& finding, std::string_view text) {
   Require(place.column >= 1 && place.endColumn >= 1, "columns are counted from 1");
   Require(place.line < place.endLine || place.column <= place.endColumn,
           "a finding does not end before it begins");
-  for (const Edit& edit : finding.edits) {
-    Require(edit.offset <= text.size() && edit.length <= text.size() - edit.offset,
-            "an edit is inside the file");
-  }
+  const Edit edit = finding.edit.value_or(Edit());
+  Require(edit.offset <= text.size() && edit.length <= text.size() - edit.offset,
+          "an edit is inside the file");
 }
 
 void RequireMessage(const std::string& message) {

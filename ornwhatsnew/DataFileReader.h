@@ -119,6 +119,8 @@ class DataFileReader {
   std::string_view rest_;
   bool atEnd_;
   bool headerRead_ = false;
+  /// Whether the current grouping ID is "Changes-Since".
+  bool isChangesSince_ = false;
   /// Buffers for the current values that differ from the bytes of the file.
   std::array<UTF8String, kDataColumnCount> buffers_;
   DataRow row_;

@@ -71,7 +71,11 @@ stage_growth() {
   local shape
   for shape in objects empty-objects texts duplicates duplicate-objects late-duplicate deep long-paths \
     state-texts state-empty-arrays state-nested-arrays; do
-    require_linear_json "$shape" || status=1
+    require_linear_bytes json_growth_probe "$shape" 20 || status=1
+  done
+  for shape in closing-tags second-links quoted-link line-ends blank-line-ends many-fields long-name \
+    long-grouping-id unknown-keys; do
+    require_linear_bytes lint_growth_probe "$shape" 30 || status=1
   done
   return "$status"
 }
@@ -104,27 +108,30 @@ instructions_in() {
   echo "${line//[, ]/}"
 }
 
-# Fails if the reader of host descriptions or state stores needs more than 11 times as many instructions for
-# 1 MB as for 100 KB. Also fails if it needs more than 20 bytes of memory for each byte of its input.
-require_linear_json() {
-  local shape=$1 few many bytes peak
-  read -r few bytes peak <<<"$(measure_json "$shape" 100000)"
-  read -r many bytes peak <<<"$(measure_json "$shape" 1000000)"
+# Fails if the measured functions of a probe need more than 11 times as many instructions for 1 MB as for
+# 100 KB. Also fails if they need more than the given number of bytes of memory for each byte of the input.
+require_linear_bytes() {
+  local probe=$1 shape=$2 memory=$3 few many bytes peak
+  read -r few bytes peak <<<"$(measure_bytes "$probe" "$shape" 100000)"
+  read -r many bytes peak <<<"$(measure_bytes "$probe" "$shape" 1000000)"
   printf '%s: %s instructions for 100 KB, %s for 1 MB; peak of %s bytes for %s bytes\n' \
     "$shape" "$few" "$many" "$peak" "$bytes"
-  ((bytes >= 1000000)) || { echo "FAILED: the reader did not run" && return 1; }
+  ((bytes >= 1000000)) || { echo "FAILED: the probe did not run" && return 1; }
   ((many <= 11 * few)) || { echo "FAILED: more than 11 times as many instructions" && return 1; }
-  ((peak <= 20 * bytes)) || { echo "FAILED: more than 20 bytes of memory per byte" && return 1; }
+  ((peak <= memory * bytes)) || { echo "FAILED: more than $memory bytes of memory per byte" && return 1; }
 }
 
-# Runs the reader on JSON input of the given shape and size. Prints the number of instructions that the
-# reader and its callees execute, the actual size of the input in bytes, and the peak memory use in bytes.
-measure_json() {
-  local shape=$1 bytes=$2 counts
+# Runs a probe on input of the given shape and size. Prints the number of instructions that the measured
+# functions and their callees execute, the actual size of the input in bytes, and the peak memory use in
+# bytes.
+measure_bytes() {
+  local probe=$1 shape=$2 bytes=$3 counts
   counts=$(log_file "growth-$shape-$bytes")
   local sizes
   sizes=$(valgrind --tool=callgrind --callgrind-out-file="$counts.callgrind" --collect-atstart=no \
     --toggle-collect='hosts::common::ParseHostDescription*' --toggle-collect='hosts::common::ParseState*' \
-    build/bench/bin/json_growth_probe "$shape" "$bytes" 2>"$counts") &&
+    --toggle-collect='hosts::author::LintDataFile*' --toggle-collect='hosts::author::FixDataFile*' \
+    --toggle-collect='hosts::console::LintText*' \
+    "build/bench/bin/$probe" "$shape" "$bytes" 2>"$counts") &&
     echo "$(sed -n 's/^summary: //p' "$counts.callgrind") $sizes"
 }

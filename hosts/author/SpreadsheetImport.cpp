@@ -45,7 +45,9 @@ class Importer {
 
  private:
   void AddError(std::size_t line, const std::string& message) {
-    result_.errors.push_back({line, message});
+    constexpr std::size_t kMaximumErrors = 1000;
+    ++result_.errorCount;
+    if (result_.errors.size() < kMaximumErrors) result_.errors.push_back({line, message});
   }
 
   void ReadHeader(const SpreadsheetRow& header) {
@@ -73,7 +75,7 @@ class Importer {
   bool HasColumn(DataColumn column) const { return hasColumn_[ColumnIndex(column)]; }
 
   void ImportRow(const SpreadsheetRow& row) {
-    const std::size_t errorCount = result_.errors.size();
+    const std::size_t errorCount = result_.errorCount;
     DataFields fields;
     for (std::size_t i = 0; i < row.size(); ++i) {
       const std::optional<DataColumn> column = i < columns_.size() ? columns_[i] : std::nullopt;
@@ -86,7 +88,7 @@ class Importer {
                                   "remove the value");
       }
     }
-    if (result_.errors.size() > errorCount) return;
+    if (result_.errorCount > errorCount) return;
     CheckRow(row.front().line, fields);
     result_.dataFile += FormatRow(fields) + "\n";
   }

@@ -2,6 +2,7 @@
 #ifndef HOSTS_AUTHOR_SPREADSHEETIMPORT_H_
 #define HOSTS_AUTHOR_SPREADSHEETIMPORT_H_
 
+#include <cstddef>
 #include <string>
 #include <vector>
 
@@ -14,7 +15,8 @@ namespace hosts::author {
 struct ImportResult {
   std::string dataFile;         ///< UTF-8, with a header row; each row ends with a newline
   std::vector<Remark> changes;  ///< one remark for each cell with replacements
-  std::vector<Remark> errors;   ///< the problems that prevent the conversion
+  std::vector<Remark> errors;   ///< the first 1,000 problems that prevent the conversion
+  std::size_t errorCount = 0;   ///< the number of all problems
 };
 
 /// Converts a table to a data file.

@@ -48,11 +48,15 @@ std::string Import(const ImportArguments& arguments) {
   Report(arguments.table, result.changes);
   Report(arguments.table, result.errors);
   if (result.errors.empty()) return std::move(result.dataFile);
-  throw ToolError(ExitStatus::kInput,
-                  MessageAt(arguments.table, 0,
-                            "found " + common::Counted(result.errors.size(), "error") +
-                                " in the table, whose columns are separated by " +
-                                SeparatorName(table.separator) + "; nothing was written"));
+  const std::size_t unlisted = result.errorCount - result.errors.size();
+  throw ToolError(
+      ExitStatus::kInput,
+      MessageAt(arguments.table, 0,
+                "found " + common::Counted(result.errorCount, "error") +
+                    " in the table, whose columns are separated by " +
+                    SeparatorName(table.separator) + "; " +
+                    (unlisted == 0 ? "" : std::to_string(unlisted) + " of them are not listed; ") +
+                    "nothing was written"));
 }
 
 }  // namespace

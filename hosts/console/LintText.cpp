@@ -55,16 +55,26 @@ class LineIndex {
   std::vector<std::size_t> begins_;
 };
 
-/// Returns one terminal-safe string for each character of `line`. A character that must not reach
-/// the terminal becomes one replacement character. The columns of the finding therefore remain
-/// valid.
-std::vector<std::u16string> SafeCharacters(std::string_view line) {
+/// Returns whether `unit` is the second one of the two UTF-16 units of a character.
+bool IsTrail(char16_t unit) {
+  return unit >= 0xDC00 && unit <= 0xDFFF;
+}
+
+std::size_t CountCharacters(std::u16string_view text) {
+  return text.size() - static_cast<std::size_t>(std::ranges::count_if(text, IsTrail));
+}
+
+/// Returns one terminal-safe string for each character of `text` from the index `first` up to, but
+/// not including, `last`. A character that must not reach the terminal becomes one replacement
+/// character. The columns of the finding therefore remain valid.
+std::vector<std::u16string> SafeCharacters(std::u16string_view text, std::size_t first,
+                                           std::size_t last) {
   std::vector<std::u16string> characters;
-  const std::u16string units = orncore::string::UTF8to16(common::WithoutByteOrderMark(line));
-  for (std::size_t i = 0; i < units.size();) {
-    const bool isPair = units[i] >= 0xD800 && units[i] <= 0xDBFF && i + 1 < units.size();
-    const std::u16string_view character(units.data() + i, isPair ? 2 : 1);
+  for (std::size_t i = 0, index = 0; index < last; ++index) {
+    const bool isPair = i + 1 < text.size() && IsTrail(text[i + 1]);
+    const std::u16string_view character = text.substr(i, isPair ? 2 : 1);
     i += character.size();
+    if (index < first) continue;
     const bool isTab = character == u"\t";
     std::u16string safe = isTab ? u" " : orncore::string::SafeForTerminal(character);
     characters.push_back(safe.empty() ? u"\uFFFD" : safe);
@@ -72,34 +82,35 @@ std::vector<std::u16string> SafeCharacters(std::string_view line) {
   return characters;
 }
 
-/// Prepares an excerpt that consists of the characters from `first` up to, but not including,
-/// `last`. If it omits characters at its start or its end, replaces three characters there with
-/// "...".
-void MarkOmissions(std::vector<std::u16string>& characters, std::size_t first, std::size_t last) {
+/// If the excerpt `characters` omits characters at its start or its end, replaces three characters
+/// there with "...".
+void MarkOmissions(std::vector<std::u16string>& characters, bool isStartOmitted,
+                   bool isEndOmitted) {
   constexpr std::ptrdiff_t kPoints = 3;
-  const auto begin = characters.begin() + static_cast<std::ptrdiff_t>(first);
-  const auto end = characters.begin() + static_cast<std::ptrdiff_t>(last);
-  if (begin != characters.begin()) std::fill_n(begin, kPoints, u".");
-  if (end != characters.end()) std::fill_n(end - kPoints, kPoints, u".");
+  if (isStartOmitted) std::fill_n(characters.begin(), kPoints, u".");
+  if (isEndOmitted) std::fill_n(characters.end() - kPoints, kPoints, u".");
 }
 
 /// Returns the line of a finding, and a line with carets below the finding.
 std::string Excerpt(const Finding& finding, std::string_view line) {
-  std::vector<std::u16string> characters = SafeCharacters(line);
-  const std::size_t begin = std::min(finding.place.column - 1, characters.size());
+  const std::u16string units = orncore::string::UTF8to16(common::WithoutByteOrderMark(line));
+  const std::size_t size = CountCharacters(units);
+  const std::size_t begin = std::min(finding.place.column - 1, size);
   const bool isOneLine = finding.place.endLine == finding.place.line;
-  const std::size_t end =
-      isOneLine ? std::min(finding.place.endColumn - 1, characters.size()) : characters.size();
+  const std::size_t end = isOneLine ? std::min(finding.place.endColumn - 1, size) : size;
   const std::size_t first = begin > kCharactersBefore ? begin - kCharactersBefore : 0;
-  const std::size_t last = std::min(first + kCharacters, characters.size());
-  MarkOmissions(characters, first, last);
+  const std::size_t last = std::min(first + kCharacters, size);
+  std::vector<std::u16string> characters = SafeCharacters(units, first, last);
+  MarkOmissions(characters, first > 0, last < size);
   std::u16string text;
   std::string carets;
   for (std::size_t i = first; i < last; ++i) {
-    text += characters[i];
+    const std::u16string& character = characters[i - first];
+    text += character;
     const char mark = i < begin ? ' ' : '^';
-    if (i < std::max(end, begin + 1))
-      carets.append(orncore::string::DisplayWidth(characters[i]), mark);
+    if (i < std::max(end, begin + 1)) {
+      carets.append(orncore::string::DisplayWidth(character), mark);
+    }
   }
   if (carets.find('^') == carets.npos) carets += '^';
   return "  " + orncore::string::UTF16to8(text) + "\n  " + carets + "\n";

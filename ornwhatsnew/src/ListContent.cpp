@@ -97,11 +97,15 @@ DataFileSummary ListContent::AddChanges(std::string_view dataText) {
   ChangeMaker maker;
   MovingKeys touchedFeatures;
   DataFileReader reader(dataText);
+  bool isAfterBlank = false;
   while (const DataRow* row = reader.Next()) {
-    if (row->kind == DataRowKind::kChangesSince) {
+    const bool isBlank = row->fieldCount == 0;
+    // A blank row inherits the version. If a blank row precedes it, do not copy the version again:
+    // many blank rows after a long version would take too long.
+    const bool isRepeated = std::exchange(isAfterBlank, isBlank) && isBlank;
+    if (row->kind == DataRowKind::kChangesSince && !isRepeated) {
       changesSinceVersion = row->Value(DataColumn::kVersion);
     }
-    const bool isBlank = row->skipReason == DataRowSkipReason::kBlank;
     if (row->kind == DataRowKind::kSkipped && !isBlank) ++counts.skippedRows;
     if (row->kind != DataRowKind::kChange) continue;
 

@@ -115,6 +115,15 @@ TEST_F(DisplayText, HeaderShowsTheChangesSinceVersion) {
               "\n\tChanges since v24.0\n\n");
 }
 
+// If the library copied the version for each blank row, this test would take minutes.
+TEST_F(DisplayText, HeaderShowsALongVersionThatManyBlankRowsInherit) {
+  const std::string version(1'000'000, '1');
+  const std::string text =
+      "v,g,,,,,,,,\n" + version + ",Changes-Since\n" + std::string(1'000'000, '\n');
+  FeatureListData list(text, host_.Getter(), host_.Setter());
+  EXPECT_EQ(Format(list).Pieces(kStyleHeader).at(0), "\n\tChanges since v" + version + "\n\n");
+}
+
 TEST_F(DisplayText, HeaderOfOnlyNewShowsTheVersionLastOpened) {
   host_.State().Put("WhatsNew.LastVersionSeenWhatsNew", "24.3.0.1");
   const DataFile file = DataFile().ChangesSince("24.0");

@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <array>
+#include <optional>
 #include <string>
 
 #include <orncore/string/Conversion.h>
@@ -77,18 +78,21 @@ bool IsCompleteRow(std::string_view line) {
   return row == nullptr || row->skipReason != ornwhatsnew::DataRowSkipReason::kFieldCount;
 }
 
-/// Returns the edits that replace the CR line endings in a row with LF. If one of the resulting
-/// lines is not a complete row, returns no edits, because the CR may be inside a text.
-std::vector<Edit> LineEndEdits(std::string_view row, std::size_t rowOffset) {
-  std::vector<Edit> edits;
+/// Returns the edit that replaces the CR line endings in a row with LF. If one of the resulting
+/// lines is not a complete row, returns no edit, because the CR may be inside a text. A single edit
+/// replaces all line endings, because an edit for each of them would take time proportional to the
+/// square of their number.
+std::optional<Edit> LineEndEdit(std::string_view row, std::size_t rowOffset) {
   std::size_t begin = 0;
   while (begin <= row.size()) {
     const std::size_t end = std::min(row.find('\r', begin), row.size());
-    if (!IsCompleteRow(row.substr(begin, end - begin))) return {};
-    if (end < row.size()) edits.push_back({rowOffset + end, 1, "\n"});
+    if (!IsCompleteRow(row.substr(begin, end - begin))) return std::nullopt;
     begin = end + 1;
   }
-  return edits;
+  const std::size_t first = row.find('\r');
+  std::string lines(row.substr(first, row.rfind('\r') + 1 - first));
+  std::ranges::replace(lines, '\r', '\n');
+  return Edit{rowOffset + first, lines.size(), lines};
 }
 
 void CheckLineEnds(LintContext& context) {
@@ -106,7 +110,7 @@ void CheckLineEnds(LintContext& context) {
     const std::size_t offset = context.File().OffsetOf(row);
     // The last CR of a row belongs to a CR LF, unless the file ends after it.
     const bool isAtEnd = offset + row.data.text.size() == context.File().Text().size();
-    finding.edits = LineEndEdits(isAtEnd ? row.data.text : text, offset);
+    finding.edit = LineEndEdit(isAtEnd ? row.data.text : text, offset);
     row.isExplained = true;
   }
 }

@@ -1,9 +1,10 @@
-// Defines a finding of `ornwhatsnew lint`: a message about a position in a file, with the edits
-// that correct the mistake.
+// Defines a finding of `ornwhatsnew lint`: a message about a position in a file, with the edit
+// that corrects the mistake.
 #ifndef HOSTS_AUTHOR_LINT_FINDING_H_
 #define HOSTS_AUTHOR_LINT_FINDING_H_
 
 #include <cstddef>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -49,8 +50,8 @@ struct Finding {
   /// to write instead. Begins in lower case and has no full stop.
   std::string message;
   std::vector<RelatedPlace> related;
-  /// The edits that correct the mistake. Empty if `--fix` cannot correct the mistake.
-  std::vector<Edit> edits;
+  /// The edit that corrects the mistake. Has no value if `--fix` cannot correct the mistake.
+  std::optional<Edit> edit;
   /// Identifies the finding in later runs. Depends on the code and the text of the row, but not on
   /// the line number of the row. `FinishReport` makes equal fingerprints in a file different.
   std::string fingerprint;

@@ -53,11 +53,6 @@ bool IsEmptyRow(const DataRow& row) {
   return std::ranges::all_of(row.values, [](std::string_view value) { return value.empty(); });
 }
 
-bool HasOpenQuote(const DataRow& row) {
-  const auto fields = ornwhatsnew::FindDataFields(row.text);
-  return !fields.empty() && fields.back().openQuote.has_value();
-}
-
 bool ContinuesOnNextLine(const DataRow& row, const DataRow& next) {
   if (HasOpenQuote(row)) return true;
   const std::size_t fields = row.fieldCount + next.fieldCount;

@@ -21,7 +21,7 @@ constexpr std::string_view kHttps = "https://";
 bool HasSecondLink(std::string_view link) {
   link = TrimSpaces(link);
   for (std::size_t at = link.find("http", 1); at != link.npos; at = link.find("http", at + 1)) {
-    if (link.substr(at).find("://") > 5) continue;
+    if (link.substr(at, kHttps.size()).find("://") == link.npos) continue;
     if (std::string_view(" ,;|\t").find(link[at - 1]) != std::string_view::npos) return true;
   }
   return false;

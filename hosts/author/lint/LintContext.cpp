@@ -5,6 +5,7 @@
 
 #include <orncore/string/SafeText.h>
 #include <orncore/utility/MixHashGuid.h>
+#include <ornwhatsnew/utility/TextHelpers.h>
 
 #include "hosts/author/lint/NearestWord.h"
 #include "hosts/author/lint/Rules.h"
@@ -16,10 +17,11 @@ using ornwhatsnew::ColumnIndex;
 using ornwhatsnew::DataColumn;
 using ornwhatsnew::DataField;
 
-/// The maximum number of different strings for which `NearestKey` searches. Each search compares
-/// the string with all keys of the host. Without a limit, a file with many unknown keys would take
-/// too long.
+/// The maximum number of different strings for which `NearestKey` searches, and the maximum number
+/// of keys with which it compares all these strings. Each search compares the string with all keys
+/// of the host. Without a limit, a file with many unknown keys would take too long.
 constexpr std::size_t kMaximumKeySearches = 500;
+constexpr std::size_t kMaximumKeyComparisons = 200'000;
 
 /// The value in `fieldFindings_` for a finding that is not listed.
 constexpr auto kOmitted = static_cast<std::size_t>(-1);
@@ -55,9 +57,7 @@ Finding& LintContext::Add(LintCode code, std::string message, std::string_view c
 
 void LintContext::KeepOmittedEdits() {
   const Finding finding = std::exchange(omittedFinding_, Finding());
-  if (finding.edits.empty()) return;
-  std::vector<Edit>& edits = omitted_[finding.code].edits;
-  edits.insert(edits.end(), finding.edits.begin(), finding.edits.end());
+  if (finding.edit) omitted_[finding.code].edits.push_back(*finding.edit);
 }
 
 std::map<LintCode, OmittedFindings> LintContext::TakeOmitted() {
@@ -89,10 +89,13 @@ Finding& LintContext::ReportPart(LintCode code, const LintRow& row, DataColumn c
   const std::vector<DataField> fields = ornwhatsnew::FindDataFields(row.data.text);
   DataField range = index < fields.size() ? fields[index] : DataField{0, row.data.text.size(), {}};
   const std::string_view text = row.data.text.substr(range.begin, range.end - range.begin);
-  const std::size_t offset = part.empty() ? text.npos : text.find(part);
+  // Search only for the start of a long part. The field in the file can contain quotes that `part`
+  // does not contain, and a failed search for a long string can take quadratic time.
+  constexpr std::size_t kSearchedBytes = 64;
+  const std::size_t offset = part.empty() ? text.npos : text.find(part.substr(0, kSearchedBytes));
   if (offset != text.npos) {
     range.begin += offset;
-    range.end = range.begin + part.size();
+    range.end = std::min(range.end, range.begin + part.size());
   }
   Finding& finding = Report(code, row, range.begin, range.end, std::move(message));
   finding.fieldNumber = index + 1;
@@ -127,7 +130,7 @@ Finding* LintContext::FindingOn(const LintRow& row, DataColumn column) {
 std::string LintContext::Column(DataColumn column) const {
   std::string name = file_.ColumnName(ColumnIndex(column));
   if (name.size() > kLongName) name.resize(std::min(name.find(" ("), name.size()));
-  return "\"" + orncore::string::EscapeInvisible(common::WithoutMiddle(name)) + "\"";
+  return "\"" + orncore::string::EscapeInvisible(name) + "\"";
 }
 
 bool LintContext::HasPlainVersion() {
@@ -139,10 +142,25 @@ bool LintContext::HasPlainVersion() {
   return *hasPlainVersion_;
 }
 
+const common::BetaFeatureDescription* LintContext::FindFeature(std::string_view text) {
+  if (host_ == nullptr) return nullptr;
+  if (featuresByName_.empty()) {
+    for (const common::BetaFeatureDescription& feature : host_->description.betaFeatures) {
+      featuresByName_.emplace(ornwhatsnew::LowerCase8(feature.internalKey), &feature);
+      featuresByName_.emplace(ornwhatsnew::LowerCase8(feature.name), &feature);
+    }
+  }
+  const auto found = featuresByName_.find(ornwhatsnew::LowerCase8(text));
+  return found == featuresByName_.end() ? nullptr : found->second;
+}
+
 std::optional<std::string> LintContext::NearestKey(const std::string& text) {
   const auto found = nearestKeys_.find(text);
   if (found != nearestKeys_.end()) return found->second;
-  if (nearestKeys_.size() >= kMaximumKeySearches) return std::nullopt;
+  const std::size_t searches = nearestKeys_.size() + 1;
+  if (searches > kMaximumKeySearches || searches * file_.Items().size() > kMaximumKeyComparisons) {
+    return std::nullopt;
+  }
   std::vector<std::string_view> keys;
   for (const auto& [key, item] : file_.Items()) {
     if (!key.empty()) keys.push_back(key);

@@ -8,6 +8,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <vector>
 
 #include <ornwhatsnew/DataColumn.h>
@@ -88,6 +89,10 @@ class LintContext {
   /// name is long, omits everything from its first opening parenthesis.
   std::string Column(ornwhatsnew::DataColumn column) const;
 
+  /// Returns the first feature of the host whose internal key or name equals `text`, ignoring the
+  /// letter case. Returns null if there is no such feature, or no host.
+  const common::BetaFeatureDescription* FindFeature(std::string_view text);
+
   /// Returns the section key or epic key that is most similar to `text`. Returns `std::nullopt` if
   /// none is similar, or if this function has already searched for too many different strings.
   std::optional<std::string> NearestKey(const std::string& text);
@@ -113,12 +118,14 @@ class LintContext {
   std::vector<Finding> findings_;
   std::map<LintCode, std::size_t> counts_;
   std::map<LintCode, OmittedFindings> omitted_;
-  /// The last finding that is not listed. Its rule can still add edits to it.
+  /// The last finding that is not listed. Its rule can still set its edit.
   Finding omittedFinding_;
   std::size_t fieldsLine_ = 0;
   /// For each field of the line `fieldsLine_`: the number of findings up to and including the last
   /// one on this field, or 0 if there is none.
   std::array<std::size_t, ornwhatsnew::kDataColumnCount> fieldFindings_{};
+  /// The features of the host by their internal keys and names in lower case.
+  std::unordered_map<std::string, const common::BetaFeatureDescription*> featuresByName_;
   std::map<std::string, std::optional<std::string>> nearestKeys_;
   std::optional<bool> hasPlainVersion_;
   bool isStopped_ = false;

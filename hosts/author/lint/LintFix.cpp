@@ -83,7 +83,7 @@ std::vector<LineEdits> CollectEdits(const std::string& name, std::string_view te
                                     const LintReport& report) {
   std::vector<Edit> edits;
   for (const Finding& finding : report.findings) {
-    if (finding.file == name) edits.insert(edits.end(), finding.edits.begin(), finding.edits.end());
+    if (finding.file == name && finding.edit) edits.push_back(*finding.edit);
   }
   for (const auto& [code, omitted] : report.omitted) {
     edits.insert(edits.end(), omitted.edits.begin(), omitted.edits.end());

@@ -18,11 +18,11 @@ using nlohmann::json;
 
 // ---- JSON
 
-/// Returns the replacement of the characters at the finding's position, or null. A single edit
-/// replaces exactly these characters.
+/// Returns the replacement of the characters at the finding's position, or null. The edit replaces
+/// exactly these characters, except that the edit for line endings replaces several of them.
 json FixJson(const Finding& finding) {
-  if (finding.edits.size() != 1) return nullptr;
-  return {{"replacement", TextJson(finding.edits.front().replacement)}};
+  if (!finding.edit || finding.code == LintCode::kFileLineEnds) return nullptr;
+  return {{"replacement", TextJson(finding.edit->replacement)}};
 }
 
 json FieldJson(const Finding& finding) {

@@ -7,6 +7,7 @@
 #include <orncore/string/Conversion.h>
 #include <ornwhatsnew/ChangePlacement.h>
 
+#include "hosts/common/MessageText.h"
 #include "hosts/common/TextFile.h"
 
 namespace hosts::author {
@@ -93,7 +94,8 @@ std::string LintedFile::ColumnName(std::size_t index) const {
   const bool hasHeader = usesHeaderNames_ && headerIndex_ < rows_.size();
   const std::string_view name =
       hasHeader ? rows_[headerIndex_].data.values[index] : std::string_view();
-  return std::string(name.empty() ? ornwhatsnew::kDataColumns[index].header : name);
+  // Every finding on a field contains the name, so shorten it.
+  return common::WithoutMiddle(name.empty() ? ornwhatsnew::kDataColumns[index].header : name);
 }
 
 std::size_t LintedFile::OffsetOf(const LintRow& row) const {

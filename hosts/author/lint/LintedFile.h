@@ -74,6 +74,7 @@ class LintedFile {
   std::size_t HeaderIndex() const { return headerIndex_; }
   /// Returns the name of a column in the header of the file. Returns the name from the manual if
   /// the header has no name for the column, if there is no header, or after `IgnoreHeaderNames`.
+  /// Shortens a long name.
   std::string ColumnName(std::size_t index) const;
   /// Makes `ColumnName` return the names from the manual, because the header is wrong.
   void IgnoreHeaderNames() { usesHeaderNames_ = false; }

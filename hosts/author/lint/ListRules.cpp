@@ -20,6 +20,10 @@ using ornwhatsnew::DataColumn;
 using ornwhatsnew::FeatureListItem;
 using ornwhatsnew::HidingRule;
 
+/// The maximum number of related places of a finding. Without a limit, the JSON output of a finding
+/// on a feature with many changes would need too much memory.
+constexpr std::size_t kMaximumRelated = 50;
+
 using Rows = std::vector<const LintRow*>;
 
 std::string Lines(const std::vector<RelatedPlace>& places) {
@@ -75,6 +79,7 @@ void ReportHidden(LintContext& context, const Rows& rows) {
       rows, [](const LintRow* row) { return row->change->DetailForcingItemToHiddenOverride(); });
   std::vector<RelatedPlace> others;
   for (const LintRow* const row : rows) {
+    if (others.size() == kMaximumRelated) break;
     if (row != *hiding) others.push_back(context.Related(*row, "this change is hidden"));
   }
   if (others.empty()) return;
@@ -95,7 +100,7 @@ void ReportUnseen(LintContext& context, const Rows& rows, bool isOff) {
   Finding& finding =
       context.ReportRow(LintCode::kFeatureUnseen, row,
                         "the feature " + Quoted(row.item->FeatureJiraIDKey()) + reason);
-  for (std::size_t i = 1; i < rows.size(); ++i) {
+  for (std::size_t i = 1; i < std::min(rows.size(), kMaximumRelated + 1); ++i) {
     finding.related.push_back(context.Related(*rows[i], "nobody sees this change"));
   }
 }
@@ -137,6 +142,7 @@ void CheckLaterLinks(LintContext& context) {
   for (const auto& [item, rows] : later) {
     std::vector<RelatedPlace> places;
     for (const LintRow* const row : rows) {
+      if (places.size() == kMaximumRelated) break;
       places.push_back(context.Related(*row, "this link is ignored"));
     }
     Finding& finding = context.ReportField(LintCode::kLinkLater, *rows.front(), DataColumn::kURL,
@@ -178,13 +184,14 @@ void CheckFeaturesWithoutChange(LintContext& context) {
 
 /// Returns whether `version` is above `running`. A missing component counts as 0.
 bool IsAbove(std::string_view version, const std::vector<std::int64_t>& running) {
-  std::optional<std::vector<std::int64_t>> numbers = VersionNumbers(version);
+  const std::optional<std::vector<std::int64_t>> numbers = VersionNumbers(version);
   if (!numbers) return false;
-  std::vector<std::int64_t> padded = running;
-  const std::size_t size = std::max(padded.size(), numbers->size());
-  padded.resize(size);
-  numbers->resize(size);
-  return *numbers > padded;
+  for (std::size_t i = 0; i < std::max(numbers->size(), running.size()); ++i) {
+    const std::int64_t number = i < numbers->size() ? (*numbers)[i] : 0;
+    const std::int64_t other = i < running.size() ? running[i] : 0;
+    if (number != other) return number > other;
+  }
+  return false;
 }
 
 void CheckVersionAbove(LintContext& context, const std::string& running) {

@@ -25,6 +25,11 @@ using ornwhatsnew::kDataColumnCount;
 /// unlimited search would take quadratic time, and texts rarely have more lines.
 constexpr std::size_t kMaximumTextLines = 50;
 
+/// The maximum number of fields for which a finding explains the mistake. The positions of the
+/// fields need 32 times as much memory as a row of commas. The widest tables of spreadsheet
+/// programs have fewer columns.
+constexpr std::size_t kMaximumFields = 20'000;
+
 /// A row, and the positions of the fields in it.
 struct Shape {
   explicit Shape(const LintRow& linted)
@@ -40,8 +45,8 @@ struct Shape {
   std::vector<DataField> fields;
 };
 
-std::string LostRow(const Shape& shape) {
-  return "the row has " + Counted(shape.Count(), "field") +
+std::string LostRow(const LintRow& row) {
+  return "the row has " + Counted(row.data.fieldCount, "field") +
          " instead of ten, so it is skipped and its change is lost; ";
 }
 
@@ -82,7 +87,7 @@ bool CheckTrailingCommas(LintContext& context, const Shape& shape) {
     if (!shape.Field(i).empty()) return false;
   }
   context.Report(LintCode::kTrailingComma, shape.row, shape.fields[kDataColumnCount].begin - 1,
-                 shape.row.data.text.size(), LostRow(shape) + "delete the commas at its end");
+                 shape.row.data.text.size(), LostRow(shape.row) + "delete the commas at its end");
   return true;
 }
 
@@ -97,7 +102,7 @@ bool CheckDecimalComma(LintContext& context, const Shape& shape) {
     if (last == index) continue;
     context.Report(LintCode::kDecimalComma, shape.row, shape.fields[index].begin,
                    shape.fields[last].end,
-                   LostRow(shape) + "write the version as " + Quoted(version));
+                   LostRow(shape.row) + "write the version as " + Quoted(version));
     return true;
   }
   return false;
@@ -136,7 +141,7 @@ bool CheckWrongQuotes(LintContext& context, const Shape& shape) {
     if (!last || shape.Count() - (*last - first) != kDataColumnCount) continue;
     context.Report(LintCode::kWrongQuotes, shape.row, shape.fields[first].begin,
                    shape.fields[*last].end,
-                   LostRow(shape) +
+                   LostRow(shape.row) +
                        "replace the quotes around the text with double quotes (U+0022), which "
                        "protect commas");
     return true;
@@ -151,7 +156,7 @@ bool CheckIssueList(LintContext& context, const Shape& shape) {
   if (last < kFirst + 2) return false;
   context.Report(LintCode::kIssueList, shape.row, shape.fields[kFirst].begin,
                  shape.fields[last - 1].end,
-                 LostRow(shape) + "keep one of the " + std::to_string(last - kFirst) +
+                 LostRow(shape.row) + "keep one of the " + std::to_string(last - kFirst) +
                      " issues in " + context.Column(DataColumn::kStoryID));
   return true;
 }
@@ -239,7 +244,7 @@ bool CheckUnquotedComma(LintContext& context, const Shape& shape) {
     if (!IsSplitAt(shape, column)) continue;
     const std::size_t comma = shape.fields[ColumnIndex(column) + 1].begin - 1;
     context.Report(LintCode::kUnquotedComma, shape.row, comma, comma + 1,
-                   LostRow(shape) + "put double quotes around the field in " +
+                   LostRow(shape.row) + "put double quotes around the field in " +
                        context.Column(column) + " because it contains a comma");
     return true;
   }
@@ -257,13 +262,13 @@ void ReportTooManyFields(LintContext& context, const Shape& shape) {
   if (shifted) {
     context.Report(LintCode::kFieldCount, shape.row, shape.fields[*shifted].begin,
                    shape.fields[*shifted].end,
-                   LostRow(shape) + "delete " + Counted(shape.Count() - kDataColumnCount, "comma") +
-                       " before this field");
+                   LostRow(shape.row) + "delete " +
+                       Counted(shape.Count() - kDataColumnCount, "comma") + " before this field");
     return;
   }
   const std::size_t comma = shape.fields[kDataColumnCount].begin - 1;
   context.Report(LintCode::kUnquotedComma, shape.row, comma, comma + 1,
-                 LostRow(shape) + "put double quotes around the text in " +
+                 LostRow(shape.row) + "put double quotes around the text in " +
                      context.Column(DataColumn::kDescription) + " because it contains a comma");
 }
 
@@ -287,20 +292,10 @@ void ReportTooFewFields(LintContext& context, const Shape& shape) {
   const std::string reason = missing == 1 ? " for the empty column" : ", one for each empty column";
   context.Report(LintCode::kMissingComma, shape.row, shape.fields[index].begin,
                  shape.fields[index].end,
-                 LostRow(shape) + "add " + Counted(missing, "comma") + where + reason);
+                 LostRow(shape.row) + "add " + Counted(missing, "comma") + where + reason);
 }
 
 // ---- all rows
-
-bool HasOddQuotes(const LintRow& row) {
-  const std::string_view text = row.data.text;
-  bool isOdd = false;
-  // `find` tests many bytes at a time, and most rows have few quotes.
-  for (std::size_t at = text.find('"'); at != text.npos; at = text.find('"', at + 1)) {
-    isOdd = !isOdd;
-  }
-  return isOdd;
-}
 
 /// Returns the index of the row that contains the closing quote for the open quote in
 /// `rows[index]`. Returns `std::nullopt` if there is no such row, or if another change begins
@@ -310,7 +305,7 @@ std::optional<std::size_t> FindClosingRow(const std::vector<LintRow>& rows, std:
   for (std::size_t i = index + 1; i < end; ++i) {
     const DataRow& row = rows[i].data;
     if (row.kind != DataRowKind::kSkipped && LooksLikeChange(row)) return std::nullopt;
-    if (HasOddQuotes(rows[i])) return i;
+    if (HasOpenQuote(row)) return i;
     if (LooksLikeChange(row)) return std::nullopt;
   }
   return std::nullopt;
@@ -320,7 +315,7 @@ std::optional<std::size_t> FindClosingRow(const std::vector<LintRow>& rows, std:
 bool CheckTextOverLines(LintContext& context, std::size_t index) {
   std::vector<LintRow>& rows = context.File().Rows();
   LintRow& row = rows[index];
-  if (!HasOddQuotes(row)) return false;
+  if (!HasOpenQuote(row.data)) return false;
   const std::optional<std::size_t> last = FindClosingRow(rows, index);
   if (!last) return false;
   const std::size_t quote = row.data.text.rfind('"');
@@ -379,6 +374,10 @@ void ReportFieldCount(LintContext& context, LintRow& row) {
     context.ReportRow(LintCode::kCommentLine, row, "a comment line has no effect here");
     return;
   }
+  if (row.data.fieldCount > kMaximumFields) {
+    context.ReportRow(LintCode::kFieldCount, row, LostRow(row) + "write a row with ten fields");
+    return;
+  }
   const Shape shape(row);
   if (CheckMisspeltChangesSince(context, row) || CheckOpenQuote(context, shape)) return;
   if (shape.Count() > kDataColumnCount) {
@@ -424,6 +423,16 @@ void CheckRows(LintContext& context) {
 constexpr FileRule kRules[] = {CheckRows};
 
 }  // namespace
+
+bool HasOpenQuote(const DataRow& row) {
+  const std::string_view text = row.text;
+  bool isOpen = false;
+  // `find` tests many bytes at a time, and most rows have few quotes.
+  for (std::size_t at = text.find('"'); at != text.npos; at = text.find('"', at + 1)) {
+    isOpen = !isOpen;
+  }
+  return isOpen;
+}
 
 bool IsSalience(std::string_view text) {
   using ornwhatsnew::FeatureListDetail;

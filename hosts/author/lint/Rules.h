@@ -51,6 +51,9 @@ bool LooksLikeChange(const ornwhatsnew::DataRow& row);
 /// file then has no header, and the change is lost. `items` are the items of the list.
 bool IsChangeUsedAsHeader(const ornwhatsnew::DataRow& header, const ornwhatsnew::FeatureMap& items);
 
+/// Returns whether the last double quote of the row has no closing quote.
+bool HasOpenQuote(const ornwhatsnew::DataRow& row);
+
 /// Returns whether the library accepts `text` as a salience.
 bool IsSalience(std::string_view text);
 

@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <array>
+#include <cctype>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -74,17 +75,29 @@ constexpr auto kEntities =
     std::to_array<std::string_view>({"&amp;", "&lt;", "&gt;", "&quot;", "&nbsp;", "&apos;", "&#39;",
                                      "&mdash;", "&ndash;", "&hellip;", "&#8217;", "&rsquo;"});
 
+/// Returns the ASCII letters and digits at the start of `text`. Returns at most one more than the
+/// name of any tag has.
+std::string_view TagName(std::string_view text) {
+  constexpr std::size_t kLongestName = 6;
+  text = text.substr(0, kLongestName + 1);
+  const auto isInName = [](unsigned char c) { return c < 0x80 && std::isalnum(c) != 0; };
+  return {text.begin(), std::ranges::find_if_not(text, isInName)};
+}
+
 /// Returns a closing tag in `text` whose opening tag precedes it. A single tag can be the subject
 /// of the text, as in "the <b> element".
 std::string_view FindClosingTag(std::string_view text) {
-  for (std::size_t at = text.find("</"); at != text.npos; at = text.find("</", at + 1)) {
-    const std::size_t end = text.find('>', at);
-    if (end == text.npos) return {};
-    const std::string_view name = text.substr(at + 2, end - at - 2);
-    const bool isTag = std::ranges::any_of(
-        kTags, [name](std::string_view tag) { return CaseInsensitiveEqual(tag, name); });
-    if (isTag && text.substr(0, at).find("<" + std::string(name)) != text.npos) {
-      return text.substr(at, end + 1 - at);
+  std::array<bool, kTags.size()> isOpened{};
+  for (std::size_t at = text.find('<'); at != text.npos; at = text.find('<', at + 1)) {
+    const bool isClosing = text.substr(at + 1).starts_with('/');
+    const std::size_t begin = at + (isClosing ? 2 : 1);
+    const std::string_view name = TagName(text.substr(begin));
+    const std::size_t end = begin + name.size();
+    for (std::size_t i = 0; i < kTags.size(); ++i) {
+      if (!CaseInsensitiveEqual(kTags[i], name)) continue;
+      if (!isClosing) isOpened[i] = true;
+      const bool isWhole = isClosing && text.substr(end).starts_with('>');
+      if (isWhole && isOpened[i]) return text.substr(at, end + 1 - at);
     }
   }
   return {};
@@ -223,8 +236,7 @@ void CheckSpaces(LintContext& context, const LintRow& row) {
                                          " are a part of the field; delete them");
     }
     const bool isTrimmed = std::ranges::find(kTrimmedColumns, column) != kTrimmedColumns.end();
-    if (!isTrimmed || !finding->edits.empty()) continue;
-    if (const auto edit = TrimEdit(context, row, i)) finding->edits = {*edit};
+    if (isTrimmed && !finding->edit) finding->edit = TrimEdit(context, row, i);
   }
 }
 

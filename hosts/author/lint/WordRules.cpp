@@ -88,15 +88,12 @@ void CheckKeywordColumn(LintContext& context, const LintRow& row) {
 
 /// Returns the remedy for the grouping ID `text` if it is the internal key or the name of a
 /// feature. Otherwise returns an empty string.
-std::string FeatureRemedy(const LintContext& context, std::string_view text) {
-  if (context.Host() == nullptr) return "";
-  for (const common::BetaFeatureDescription& feature : context.Host()->description.betaFeatures) {
-    const bool isInternalKey = CaseInsensitiveEqual(feature.internalKey, text);
-    if (!isInternalKey && !CaseInsensitiveEqual(feature.name, text)) continue;
-    return "write " + Quoted(feature.epicKey) + ", the epic key of the feature with this " +
-           (isInternalKey ? "internal key" : "name");
-  }
-  return "";
+std::string FeatureRemedy(LintContext& context, std::string_view text) {
+  const common::BetaFeatureDescription* const feature = context.FindFeature(text);
+  if (feature == nullptr) return "";
+  const bool isInternalKey = CaseInsensitiveEqual(feature->internalKey, text);
+  return "write " + Quoted(feature->epicKey) + ", the epic key of the feature with this " +
+         (isInternalKey ? "internal key" : "name");
 }
 
 std::string KeyRemedy(const std::string& text, const std::string& key) {
@@ -136,8 +133,7 @@ void CheckGroupingID(LintContext& context, const LintRow& row) {
       LintCode::kGroupingIDUnknown, row, DataColumn::kGroupingID,
       Quoted(text) + " in " + context.Column(DataColumn::kGroupingID) +
           " matches no feature or section, so only internal users see the change; " + remedy);
-  if (!nearest) return;
-  if (const auto edit = SectionKeyEdit(context, row, *nearest)) finding.edits = {*edit};
+  if (nearest) finding.edit = SectionKeyEdit(context, row, *nearest);
 }
 
 void CheckStoryID(LintContext& context, const LintRow& row) {

@@ -103,10 +103,11 @@ std::string NewestVersion(const LintedFile& file, const std::string& current) {
   for (const LintRow& row : file.Rows()) {
     auto numbers = VersionNumbers(row.Value(ornwhatsnew::DataColumn::kVersion));
     if (row.change == nullptr || !numbers) continue;
-    numbers->resize(running->size());
+    numbers->resize(std::min(numbers->size(), running->size()));
     if (*numbers <= *running) newest = std::max(newest, *numbers);
   }
   if (newest.empty()) return current;
+  newest.resize(running->size());
   std::string version;
   for (const std::int64_t number : newest) {
     version += (version.empty() ? "" : ".") + std::to_string(number);

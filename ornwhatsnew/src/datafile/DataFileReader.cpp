@@ -70,9 +70,12 @@ void DataFileReader::ReadFields() {
 }
 
 void DataFileReader::Classify() {
-  const std::string_view groupingID = row_.Value(DataColumn::kGroupingID);
-  const bool isChangesSince = CaseInsensitiveEqual(groupingID, kChangesSinceKey);
-  row_.skipReason = isChangesSince ? DataRowSkipReason::kNone : ReasonToSkip();
+  // A row without a second field inherits the grouping ID. Do not compare it again: many short rows
+  // after a long grouping ID would take too long.
+  if (row_.fieldCount > ColumnIndex(DataColumn::kGroupingID)) {
+    isChangesSince_ = CaseInsensitiveEqual(row_.Value(DataColumn::kGroupingID), kChangesSinceKey);
+  }
+  row_.skipReason = isChangesSince_ ? DataRowSkipReason::kNone : ReasonToSkip();
 
   if (row_.skipReason != DataRowSkipReason::kNone) {
     row_.kind = DataRowKind::kSkipped;
@@ -83,7 +86,7 @@ void DataFileReader::Classify() {
     headerRead_ = true;
     RemoveByteOrderMark();
   } else {
-    row_.kind = isChangesSince ? DataRowKind::kChangesSince : DataRowKind::kChange;
+    row_.kind = isChangesSince_ ? DataRowKind::kChangesSince : DataRowKind::kChange;
   }
 }
 

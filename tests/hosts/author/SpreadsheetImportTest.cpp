@@ -124,6 +124,15 @@ TEST(SpreadsheetImport, ReportsWhatADataFileCannotContain) {
 TEST(SpreadsheetImport, ReportsAllErrors) {
   const ImportResult result = Import("Grouping ID,Message,\n,a,b\nMISC,c,\n,d,\n");
   EXPECT_EQ(2U, result.errors.size()) << Lines(result.errors);
+  EXPECT_EQ(2U, result.errorCount);
+}
+
+TEST(SpreadsheetImport, CountsAllErrorsButListsOnlyTheFirstOnes) {
+  std::string table = "Grouping ID,Message\n";
+  for (int i = 0; i < 1'500; ++i) table += ",a\n";
+  const ImportResult result = Import(table);
+  EXPECT_EQ(1'000U, result.errors.size());
+  EXPECT_EQ(1'500U, result.errorCount);
 }
 
 /// A random table, and the expected fields of each row after the import.

@@ -80,6 +80,16 @@ TEST(LintFix, ReplacesCRLineEndsOfAFileWithoutALastLineEnd) {
   EXPECT_TRUE(fixed.diff.ends_with("One\n\\ No newline at end of file\n")) << fixed.diff;
 }
 
+// With one edit for each CR, this test would take hours.
+TEST(LintFix, ReplacesAMillionCRLineEndsAsOneMistake) {
+  const std::string blankLines(1'000'000, '\r');
+  std::string expected = kHeaderRows + blankLines + "4.3,MISC,,,,,,,,Text\n";
+  const FixedFile fixed = Fix(expected);
+  std::ranges::replace(expected, '\r', '\n');
+  EXPECT_TRUE(fixed.text == expected);
+  EXPECT_EQ(fixed.corrected, 1U);
+}
+
 TEST(LintFix, KeepsTheCRLFAfterACR) {
   const FixedFile fixed = Fix(kHeaderRows + "4.3,MISC,,,,,,,,One\r4.3,MISC,,,,,,,,Two\r\n");
   EXPECT_EQ(fixed.text, kHeaderRows + "4.3,MISC,,,,,,,,One\n4.3,MISC,,,,,,,,Two\r\n");

@@ -34,6 +34,13 @@ TEST(LintJson, DescribesAFinding) {
   EXPECT_FALSE(finding["fingerprint"].get<std::string>().empty());
 }
 
+TEST(LintJson, FindingOnLineEndsHasNoFixBecauseItIsOnlyOnTheFirstOne) {
+  const json report =
+      json::parse(LintJson(LintText(kHeaderRows + "4.3,MISC,,,,,,,,One\r4.3,MISC,,,,,,,,Two\n")));
+  EXPECT_EQ(report["findings"].at(0)["code"], "file-line-ends");
+  EXPECT_EQ(report["findings"].at(0)["fix"], nullptr);
+}
+
 TEST(LintJson, SummaryCountsFindingsFilesAndChanges) {
   const json summary = json::parse(LintJson(LintText(kHeaderRows + kBugfixRow)))["summary"];
   EXPECT_EQ(summary["errors"], 1);
@@ -94,7 +101,7 @@ TEST(LintReport, FindingThatIsNotListedDoesNotChangeAListedOne) {
   std::string text = kHeaderRows;
   for (std::size_t i = 0; i < kMaximumFindings; ++i) text += "4.3,MISC,,Wrong,,,,,,Text\n";
   const LintReport report = LintText(text + "4.3,MISC,, Wrong,,,,,,Text\n");
-  for (const Finding& finding : report.findings) EXPECT_TRUE(finding.edits.empty());
+  for (const Finding& finding : report.findings) EXPECT_FALSE(finding.edit);
 }
 
 TEST(LintSarif, DescribesAFinding) {

@@ -63,5 +63,44 @@ TEST(LintRules, AWordThatIsNoQuestionIsNoRatingRequest) {
   }
 }
 
+TEST(LintRules, FindsClosingTagsInAnyLetterCase) {
+  EXPECT_THAT(CodesOf(LintText(kHeaderRows + "4.3,MISC,ORN-1,,,,,,,The <B>big</b> map\n")),
+              testing::ElementsAre("html"));
+}
+
+TEST(LintRules, AnotherTagDoesNotOpenAClosingTag) {
+  for (const std::string text :
+       {"The </b> tag after <body>", "</b> and <b>", "<b></b and", "<b><//b>"}) {
+    EXPECT_THAT(CodesOf(LintText(kHeaderRows + "4.3,MISC,ORN-1,,,,,,," + text + "\n")),
+                testing::IsEmpty())
+        << text;
+  }
+}
+
+TEST(LintRules, ShortensALongColumnName) {
+  const std::string name(1'000, 'x');
+  const LintReport report = LintText("v,g,3,4,5,6,7,8,9," + name +
+                                     "\n4.2,Changes-Since\n"
+                                     "4.3,MISC,,,,,,,,See https://a.example\n");
+  ASSERT_THAT(CodesOf(report), testing::ElementsAre("link-in-text"));
+  EXPECT_THAT(report.findings.front().fieldName, testing::SizeIs(testing::Lt(300U)));
+}
+
+TEST(LintRules, DoesNotExplainARowWithVeryManyFields) {
+  const LintReport report = LintText(kHeaderRows + std::string(50'000, ',') + "\n");
+  ASSERT_THAT(CodesOf(report), testing::Contains("field-count"));
+  EXPECT_THAT(report.findings.back().message,
+              testing::EndsWith("its change is lost; write a row with ten fields"));
+}
+
+// If the library compared the inherited grouping ID for each row, this test would take minutes.
+TEST(LintRules, ReadsManyShortRowsAfterALongGroupingID) {
+  std::string text = kHeaderRows + "4.3,";
+  for (int i = 0; i < 500'000; ++i) text += "\u00E9";
+  text += ",,,,,,,,Text\n";
+  for (int i = 0; i < 100'000; ++i) text += "line\n";
+  EXPECT_EQ(LintText(text).changes, 1U);
+}
+
 }  // namespace
 }  // namespace hosts::author
