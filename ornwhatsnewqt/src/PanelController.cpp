@@ -6,7 +6,7 @@
 #include <QtGui/QDesktopServices>
 
 #include <ornappsupport/analytics/SDMUsageLogger.h>
-#include <ornwhatsnew/SafeLink.h>
+#include <orncore/string/SafeLink.h>
 
 #include "ornwhatsnewqt/src/LocalizedText.h"
 
@@ -167,7 +167,7 @@ void PanelController::rate(const QString& featureKey, int stars, const QString& 
 }
 
 void PanelController::activateLink(const QUrl& url) {
-  if (!ornwhatsnew::IsSafeLink(url.toString(QUrl::FullyEncoded).toStdU16String())) return;
+  if (!orncore::string::IsSafeLink(url.toString(QUrl::FullyEncoded).toStdU16String())) return;
   Q_EMIT linkActivated(url);
   QDesktopServices::openUrl(url);
 }

@@ -8,8 +8,8 @@
 
 #include <orncore/string/Conversion.h>
 #include <orncore/string/DisplayWidth.h>
+#include <orncore/string/SafeLink.h>
 #include <orncore/string/SafeText.h>
-#include <ornwhatsnew/SafeLink.h>
 
 #include "ornwhatsnew/src/render/ParagraphWrapper.h"
 #include "ornwhatsnew/src/render/RenderedText.h"
@@ -165,7 +165,7 @@ class TerminalRenderer {
     const LayoutSpan& span = paragraph.spans[index];
     const std::u16string_view text = SpanText(layout_, span);
     Look look{.style = span.style};
-    if (options_.hasHyperlinks && IsSafeLink(span.link)) {
+    if (options_.hasHyperlinks && orncore::string::IsSafeLink(span.link)) {
       look.hyperlink = &span.link;
       look.hyperlinkNumber = ++hyperlinkCount_;
     }
