@@ -13,7 +13,6 @@
 namespace ornwhatsnewqt {
 namespace {
 
-// IsAnythingNeedingRating uses the same options.
 constexpr ornwhatsnew::DisplayOptions kRatings = ornwhatsnew::kRatingView |
                                                  ornwhatsnew::kFilterRelevantPlatform |
                                                  ornwhatsnew::kFilterRelevantVersion;
@@ -156,7 +155,7 @@ ornwhatsnew::PanelLayout PanelController::ratingLayout() {
 
 bool PanelController::canRate() const {
   return ornappsupport::analytics::SDMUsageLogger::IsLogging() && ratingPolicy_.allowsRequest() &&
-         list_.IsAnythingNeedingRating();
+         list_.IsAnythingNew(kRatings);
 }
 
 void PanelController::rate(const QString& featureKey, int stars, const QString& comment) {
