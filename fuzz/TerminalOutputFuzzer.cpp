@@ -12,9 +12,9 @@
 #include <string_view>
 
 #include <orncore/string/DisplayWidth.h>
+#include <orncore/string/SafeLink.h>
 #include <orncore/string/SafeText.h>
 #include <ornwhatsnew/PanelRenderers.h>
-#include <ornwhatsnew/SafeLink.h>
 #include <unicode/brkiter.h>
 #include <unicode/uchar.h>
 
@@ -110,7 +110,7 @@ void RequireOneTarget(const std::string& link) {
   Require(std::ranges::all_of(target, [](char c) { return c > 0x20 && c < 0x7F; }),
           "a target consists of visible ASCII characters");
   Require(target.find_first_of("<>\"") == std::string::npos, "a target has no brackets or quotes");
-  if (ornwhatsnew::IsSafeLink(link)) {
+  if (orncore::string::IsSafeLink(link)) {
     RequireEqual(target, link, "the target of a safe link is unchanged");
     return;
   }
@@ -142,7 +142,7 @@ std::string ExpectedText(const PanelLayout& layout, const TerminalOptions& optio
       const std::u16string text = layout.text.substr(range.begin, range.length);
       expected += text;
       const bool hasTarget = style == StyleID::kStyleHotSpot && !link.empty() && link != text;
-      if (!hasTarget || (options.hasHyperlinks && ornwhatsnew::IsSafeLink(link))) continue;
+      if (!hasTarget || (options.hasHyperlinks && orncore::string::IsSafeLink(link))) continue;
       expected += PlainUTF8to16("<" + PrintedLinkTarget(PlainUTF16to8(link)) + ">");
     }
     if (!paragraph.rating) continue;

@@ -3,15 +3,12 @@
 //
 //     ChangeMaker maker;
 //     const std::shared_ptr<FeatureListDetail> change = maker.Make(row);
-//     const ChangePlacement placement =
-//         PlaceChange(list.GetFeatureItems(), row.Value(DataColumn::kGroupingID),
-//                     row.Value(DataColumn::kStoryID), change->DetailInternalOverrideUnreviewed());
+//     const ChangePlacement placement = PlaceChange(list.GetFeatureItems(), row, *change);
 #ifndef ORNWHATSNEW_CHANGEPLACEMENT_H_
 #define ORNWHATSNEW_CHANGEPLACEMENT_H_
 
 #include <array>
 #include <memory>
-#include <string_view>
 
 #include <orncore/Export.h>
 #include <ornwhatsnew/DataFileReader.h>
@@ -43,11 +40,12 @@ struct ChangePlacement {
   bool unmatched = false;
 };
 
-/// Returns the item in `items` to which a change belongs, and whether the change is unmatched.
-/// `groupingID` and `storyID` are the fields in columns 2 and 3 of its row. `unreviewed` is true if
-/// its salience is "Unreviewed". The first rule that applies decides:
+/// Returns the item in `items` to which `change` belongs, and whether `change` is unmatched. `row`
+/// is the row of `change`. Its current values contain the grouping ID and the story ID. The first
+/// rule that applies decides:
 ///
-/// 1. An unreviewed change belongs to the section UNREVIEWED, regardless of its IDs.
+/// 1. A change with the salience "Unreviewed" belongs to the section UNREVIEWED, regardless of its
+///    IDs.
 /// 2. A change with the grouping ID "INTERNAL", in any letter case, belongs to the section
 ///    INTERNAL.
 /// 3. If the story ID is the key of an item, the change belongs to that item. Keys are compared
@@ -57,8 +55,8 @@ struct ChangePlacement {
 ///
 /// A null entry of `items` counts as missing. The function does not change `items`, and can be
 /// called from any thread while no thread changes `items`.
-ORN_EXPORT ChangePlacement PlaceChange(const FeatureMap& items, std::string_view groupingID,
-                                       std::string_view storyID, bool unreviewed);
+ORN_EXPORT ChangePlacement PlaceChange(const FeatureMap& items, const DataRow& row,
+                                       const FeatureListDetail& change);
 
 }  // namespace ornwhatsnew
 

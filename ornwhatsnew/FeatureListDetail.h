@@ -10,7 +10,7 @@
 #include <string_view>
 
 #include <orncore/Export.h>
-#include <orncore/utility/MixHashGuid.h>
+#include <orncore/utility/Guid.h>
 #include <ornwhatsnew/DataColumn.h>
 #include <ornwhatsnew/utility/SharedTypes.h>
 

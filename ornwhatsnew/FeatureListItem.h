@@ -11,7 +11,7 @@
 
 #include <ornappsupport/feature/BetaFeature.h>
 #include <orncore/Export.h>
-#include <orncore/utility/MixHashGuid.h>
+#include <orncore/utility/Guid.h>
 #include <ornwhatsnew/FeatureListDetail.h>
 #include <ornwhatsnew/utility/SharedTypes.h>
 

@@ -68,7 +68,7 @@ struct BasicLayoutSpan {
   /// `kStyleUnlockLabel`.
   std::optional<StyleID> style;
   /// The URL of a title or of a link, or an empty string. An author of the data file can write any
-  /// string, so call `IsSafeLink` before you open it.
+  /// string, so call `orncore::string::IsSafeLink` before you open it.
   String link;
 
   /// Returns whether all members are equal.

@@ -4,9 +4,9 @@
 //     page << "<style>" << GetHTMLStyleSheet() << "</style>\n" << RenderHTML(layout);
 //
 // Each function escapes every character that its format interprets. It makes a link clickable only
-// if `IsSafeLink` returns true. For any other link with the style `kStyleHotSpot`, the target
-// follows the text of the link in angle brackets, shortened to at most 200 characters. For all
-// other links, only the text remains.
+// if `orncore::string::IsSafeLink` returns true. For any other link with the style `kStyleHotSpot`,
+// the target follows the text of the link in angle brackets, shortened to at most 200 characters.
+// For all other links, only the text remains.
 //
 // A rating request becomes a paragraph with its question. If the question is empty, the paragraph
 // contains `kDefaultRatingQuestion`. A host can change the strings of `PanelLayout::ratingRequests`

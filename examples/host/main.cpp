@@ -11,8 +11,8 @@
 #include <orncore/config/InitializerRegistrar.h>
 #include <orncore/console/CommandRegistry.h>
 #include <orncore/string/Conversion.h>
+#include <orncore/string/SafeLink.h>
 #include <ornwhatsnew/PanelRenderers.h>
-#include <ornwhatsnew/SafeLink.h>
 #include <ornwhatsnew/WhatsNew.h>
 
 #include "Preferences.h"
@@ -72,7 +72,7 @@ void ShowPanel(ornwhatsnew::FeatureListData& list, ornwhatsnew::DisplayOptions o
     std::cout << "[title] " << TextOf(title, text) << '\n';
   }
   for (const ornwhatsnew::StyleRun& link : runs[ornwhatsnew::kStyleHotSpot]) {
-    if (!ornwhatsnew::IsSafeLink(link.second)) continue;
+    if (!orncore::string::IsSafeLink(link.second)) continue;
     std::cout << "[link] " << UTF16to8(link.second) << '\n';
   }
 }
@@ -82,7 +82,7 @@ void DrawSpan(std::string_view text, std::optional<ornwhatsnew::StyleID> style,
               const std::string& link) {
   const std::string_view mark = style == ornwhatsnew::kStyleFeatureTitle ? "**" : "";
   std::cout << mark << text << mark;
-  if (ornwhatsnew::IsSafeLink(link)) std::cout << " <" << link << '>';
+  if (orncore::string::IsSafeLink(link)) std::cout << " <" << link << '>';
 }
 
 // Draws the panel, one line for each paragraph.

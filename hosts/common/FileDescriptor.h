@@ -1,8 +1,11 @@
-// Owns a file descriptor, and repeats system calls that a signal interrupts.
+// Owns a file descriptor, reads from it, and repeats system calls that a signal interrupts.
 #ifndef HOSTS_COMMON_FILEDESCRIPTOR_H_
 #define HOSTS_COMMON_FILEDESCRIPTOR_H_
 
 #include <cerrno>
+#include <cstddef>
+#include <span>
+#include <string>
 #include <utility>
 
 #include <unistd.h>
@@ -39,6 +42,23 @@ auto RetryInterrupted(Call call) {
   while (result < 0 && errno == EINTR) result = call();
   return result;
 }
+
+/// Returns whether to repeat a read or a write that failed with the error number `error`. Returns
+/// true if a signal interrupted the call. If the file descriptor is non-blocking and was not ready,
+/// waits for the `events` of poll(2), and then returns true. Returns false for every other error.
+/// Another program can make the standard streams of this program non-blocking, for example if both
+/// use one terminal.
+bool ShouldRepeat(int error, int descriptor, short events);
+
+/// Reads up to `buffer.size()` bytes. If the file descriptor is non-blocking, waits for bytes.
+/// Returns the number of bytes, which is 0 at the end of the input and negative on failure. `errno`
+/// then contains the reason.
+ssize_t ReadSome(int descriptor, std::span<char> buffer);
+
+/// Reads up to the end of the input, and returns the bytes. Stops early if it has read more than
+/// `maxBytes` bytes. If the file descriptor is non-blocking, waits for bytes. On failure, throws
+/// `std::system_error` with the message "cannot read NAME: REASON".
+std::string ReadToEnd(int descriptor, std::size_t maxBytes, const std::string& name);
 
 }  // namespace hosts::common
 

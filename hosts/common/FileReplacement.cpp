@@ -71,10 +71,7 @@ void FileReplacement::CopyModeAndOwner(const FileDescriptor& replaced) const {
 }
 
 void FileReplacement::SetModeOfNewFiles() const {
-  // The system has no call that only reads the umask.
-  const mode_t mask = ::umask(077);
-  ::umask(mask);
-  if (::fchmod(file_.Number(), 0666U & ~mask) != 0) {
+  if (::fchmod(file_.Number(), 0666U & ~ReadUmask()) != 0) {
     ThrowSystemError("cannot set the mode of", folder_.PathOf(temporaryName_));
   }
 }

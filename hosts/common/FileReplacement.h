@@ -43,8 +43,7 @@ class FileReplacement {
   void CopyModeAndOwner(const FileDescriptor& replaced) const;
 
   /// Gives the temporary file the mode that the umask of the process allows for a new file. Without
-  /// this call or `CopyModeAndOwner`, only the user can read the new file. Not thread-safe, because
-  /// it changes the umask for a moment.
+  /// this call or `CopyModeAndOwner`, only the user can read the new file.
   void SetModeOfNewFiles() const;
 
   /// Writes `bytes` to the temporary file and waits until they are on the disk.

@@ -190,11 +190,6 @@ void ReadHostMembers(const JsonReader& object, HostDescription& host) {
 }
 
 void InstallHost(const HostDescription& host) {
-  InstallHostServices(host);
-  DebugDatabase::Instance().SetStore(std::make_shared<MemoryDebugStore>(host.debug));
-}
-
-void InstallHostServices(const HostDescription& host) {
   orncore::config::SetClientInfo(std::make_shared<FixedClientInfo>(
       UTF8to16(host.clientVersion), UTF8to16(host.buildNumber), host.platform));
   Localizer::Get().SetDictionary(std::make_shared<MapDictionary>(host.dictionary));
@@ -209,6 +204,7 @@ void InstallHostServices(const HostDescription& host) {
   orncore::appstatemanager::SetTerminationQuery(
       [terminating = host.terminating] { return terminating; });
   SDMUsageLogger::SetLoggingQuery([logging = host.usageLogging] { return logging; });
+  DebugDatabase::Instance().SetStore(std::make_shared<MemoryDebugStore>(host.debug));
 }
 
 }  // namespace hosts::common

@@ -108,9 +108,6 @@ void ReadHostMembers(const JsonReader& object, HostDescription& host);
 /// a store in memory that contains the debug entries of `host`.
 void InstallHost(const HostDescription& host);
 
-/// Configures the same services as `InstallHost`, but does not change the debug database.
-void InstallHostServices(const HostDescription& host);
-
 }  // namespace hosts::common
 
 #endif  // HOSTS_COMMON_HOSTDESCRIPTION_H_

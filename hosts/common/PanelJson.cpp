@@ -6,8 +6,8 @@
 #include <utility>
 
 #include <orncore/string/Conversion.h>
+#include <orncore/string/SafeLink.h>
 #include <ornwhatsnew/FeatureListItem.h>
-#include <ornwhatsnew/SafeLink.h>
 #include <nlohmann/json.hpp>
 
 namespace hosts::common {
@@ -102,7 +102,7 @@ json SafeLinksJson(const ornwhatsnew::StyleRunMap& runs) {
   std::set<std::string> links;
   for (const auto& [style, styleRuns] : runs) {
     for (const auto& [range, string] : styleRuns) {
-      if (ornwhatsnew::IsSafeLink(string)) links.insert(orncore::string::UTF16to8(string));
+      if (orncore::string::IsSafeLink(string)) links.insert(orncore::string::UTF16to8(string));
     }
   }
   return links;

@@ -34,7 +34,7 @@ nlohmann::json RunsJson(const ornwhatsnew::StyleRunMap& runs);
 /// JSON null if `items` is null.
 nlohmann::json RatingItemsJson(const std::shared_ptr<const ornwhatsnew::RatingMap>& items);
 
-/// Returns an array of the style runs' strings that are safe links (`ornwhatsnew::IsSafeLink`).
+/// Returns an array of the style runs' strings that are safe links (`orncore::string::IsSafeLink`).
 /// Each link occurs once, and the links are in ascending order.
 nlohmann::json SafeLinksJson(const ornwhatsnew::StyleRunMap& runs);
 

@@ -26,6 +26,8 @@ class PrivateUmask {
   PrivateUmask(const PrivateUmask&) = delete;
   PrivateUmask& operator=(const PrivateUmask&) = delete;
 
+  mode_t Before() const { return before_; }
+
  private:
   // Without the mutex, two threads could restore their umasks in the wrong order.
   static inline std::mutex mutex_;
@@ -134,6 +136,10 @@ fs::path ResolveLinks(fs::path file) {
   const fs::path folder = fs::weakly_canonical(file.parent_path(), error);
   ThrowIf(error, file);
   return folder / name;
+}
+
+mode_t ReadUmask() {
+  return PrivateUmask().Before();
 }
 
 PrivateFolder::PrivateFolder(fs::path path) : path_(std::move(path)), folder_(OpenFolder(path_)) {}

@@ -6,6 +6,8 @@
 #include <string>
 #include <string_view>
 
+#include <sys/types.h>
+
 #include "hosts/common/FileDescriptor.h"
 
 namespace hosts::common {
@@ -19,6 +21,10 @@ namespace hosts::common {
 /// `std::system_error` if a link cannot be resolved, or if ".." follows a folder that does not
 /// exist. Also throws it if the path is empty or ends with "/", "." or "..".
 std::filesystem::path ResolveLinks(std::filesystem::path file);
+
+/// Returns the umask of the process. The system has no call that only reads the umask, so the
+/// function sets it to 077 for a moment.
+mode_t ReadUmask();
 
 /// An open folder. All operations refer to the folder that was opened, even if another program
 /// moves it or replaces a part of its path. They never follow symbolic links. All of them

@@ -1,6 +1,5 @@
 #include "hosts/common/StateFile.h"
 
-#include <array>
 #include <cerrno>
 #include <sstream>
 #include <string>
@@ -10,7 +9,6 @@
 
 #include <fcntl.h>
 #include <sys/stat.h>
-#include <unistd.h>
 
 #include <orncore/config/TopLevel.h>
 
@@ -104,15 +102,13 @@ StateValues ReadOpenStore(const FileDescriptor& store, const std::filesystem::pa
   if (S_ISDIR(status.st_mode)) FailReading(file, EISDIR);
   if (!S_ISREG(status.st_mode)) FailReading(file, EOPNOTSUPP);
   std::string text;
-  std::array<char, 65536> bytes{};
-  for (;;) {
-    const ssize_t count =
-        RetryInterrupted([&] { return ::read(store.Number(), bytes.data(), bytes.size()); });
-    if (count < 0) FailReading(file, errno);
-    if (count == 0) return ParseState(text, file);
-    text.append(bytes.data(), static_cast<std::size_t>(count));
-    if (text.size() > kMaximumStateSize) FailReading(file, EFBIG);
+  try {
+    text = ReadToEnd(store.Number(), kMaximumStateSize, Named(file));
+  } catch (const std::system_error& error) {
+    FailReading(file, error.code().value());
   }
+  if (text.size() > kMaximumStateSize) FailReading(file, EFBIG);
+  return ParseState(text, file);
 }
 
 /// Returns whether the name of the store still belongs to the file that was read. If there was no

@@ -5,10 +5,10 @@
 #include <system_error>
 #include <utility>
 
-#include <poll.h>
 #include <unistd.h>
 
-#include "hosts/console/StandardStreams.h"
+#include "hosts/common/FileDescriptor.h"
+#include "hosts/common/ToolError.h"
 
 namespace hosts::console {
 
@@ -30,13 +30,10 @@ std::optional<std::string> InputLines::Next() {
 
 bool InputLines::ReadMore() {
   std::array<char, 4096> block;
-  ssize_t count = -1;
-  do {
-    count = ::read(STDIN_FILENO, block.data(), block.size());
-  } while (count < 0 && ShouldRepeat(errno, STDIN_FILENO, POLLIN));
+  const ssize_t count = common::ReadSome(STDIN_FILENO, block);
   if (count < 0) {
-    throw ToolError(ExitStatus::kInput,
-                    "cannot read standard input: " + std::generic_category().message(errno));
+    throw common::ToolError(common::ExitStatus::kInput, "cannot read standard input: " +
+                                                            std::generic_category().message(errno));
   }
   buffer_.append(block.data(), static_cast<std::size_t>(count));
   return count > 0;

@@ -10,7 +10,7 @@
 #include "hosts/common/PanelJson.h"
 #include "hosts/common/StateStore.h"
 #include "hosts/console/Commands.h"
-#include "hosts/console/RatingCommands.h"
+#include "hosts/console/ShellCommand.h"
 #include "hosts/console/StandardStreams.h"
 #include "hosts/console/WhatsNewLoading.h"
 

@@ -12,8 +12,6 @@
 
 #include <orncore/string/SafeText.h>
 
-#include "hosts/common/FileDescriptor.h"
-
 namespace hosts::console {
 namespace {
 
@@ -32,14 +30,6 @@ int WriteAll(int descriptor, std::string_view text) {
     text.remove_prefix(static_cast<std::size_t>(written));
   }
   return 0;
-}
-
-/// Waits until one of the `events` of poll(2), an error or the end of the stream occurs. If
-/// `timeout` is negative, waits without a limit. Returns false if none occurs within `timeout`
-/// milliseconds or if poll(2) fails.
-bool WaitForEvent(int descriptor, short events, int timeout) {
-  pollfd polled = {descriptor, events, 0};
-  return common::RetryInterrupted([&] { return ::poll(&polled, 1, timeout); }) > 0;
 }
 
 bool IsPipe(int descriptor) {
@@ -86,15 +76,11 @@ void WriteOutput(std::string_view text, std::string_view outcome) {
 }
 
 void RequireReader(std::string_view outcome) {
+  if (!IsPipe(STDOUT_FILENO)) return;
   // Request no events. Even then, poll() reports that the pipe has no reader.
-  const bool isClosed = IsPipe(STDOUT_FILENO) && WaitForEvent(STDOUT_FILENO, 0, kReaderPatience);
-  if (isClosed) ThrowOutputError(EPIPE, outcome);
-}
-
-bool ShouldRepeat(int error, int descriptor, short events) {
-  if (error == EINTR) return true;
-  constexpr int kNoLimit = -1;
-  return error == EAGAIN && WaitForEvent(descriptor, events, kNoLimit);
+  pollfd polled = {STDOUT_FILENO, 0, 0};
+  const auto wait = [&polled] { return ::poll(&polled, 1, kReaderPatience); };
+  if (common::RetryInterrupted(wait) > 0) ThrowOutputError(EPIPE, outcome);
 }
 
 void ReportError(std::string_view message) {

@@ -8,6 +8,7 @@
 
 #include <ornwhatsnew/PanelRenderers.h>
 
+#include "hosts/common/FileDescriptor.h"
 #include "hosts/console/Commands.h"
 
 namespace hosts::console {
@@ -29,12 +30,7 @@ void RequireReader(std::string_view outcome);
 /// errors.
 void ReportError(std::string_view message);
 
-/// Returns whether to repeat a read or a write that failed with the error number `error`. Returns
-/// true if a signal interrupted the call. If the file descriptor is non-blocking and was not ready,
-/// waits for the `events` of poll(2), and then returns true. Returns false for every other error.
-/// Another program can make the standard streams of this program non-blocking, for example if both
-/// use one terminal.
-bool ShouldRepeat(int error, int descriptor, short events);
+using common::ShouldRepeat;
 
 /// Returns whether both standard input and standard output are terminals.
 bool IsInteractive();

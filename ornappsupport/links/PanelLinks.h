@@ -42,9 +42,9 @@ struct PanelLinks {
 };
 
 /// Returns whether all links in `links` are valid. The members `issueLink` and `commitLink` must be
-/// link templates: safe links (`ornwhatsnew::IsSafeLink`) that contain `@0`. Such a URL begins with
-/// `https://`, and has no `@0` in its host. `privacyPage` must be a safe link. Empty strings and
-/// the defaults are always valid. Safe to call from any thread.
+/// link templates: safe links (`orncore::string::IsSafeLink`) that contain `@0`. Such a URL begins
+/// with `https://`, and has no `@0` in its host. `privacyPage` must be a safe link. Empty strings
+/// and the defaults are always valid. Safe to call from any thread.
 ORN_EXPORT bool AreValid(const PanelLinks& links);
 
 /// Replaces the links of all panels that lists create afterwards, and returns true. A

@@ -16,9 +16,7 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
-#include <string>
 #include <string_view>
-#include <vector>
 
 #include <orncore/Export.h>
 
@@ -83,10 +81,9 @@ class ORN_EXPORT InitializerRegistrar {
   /// object is still registered. The next `InitializeContexts` for one of its contexts calls
   /// `initialize` again.
   ///
-  /// `name` appears in `GetRegisteredInitializers` and in log lines, and need not be unique.
-  /// `initialize` returns whether it succeeded. An empty function does nothing, and an empty
-  /// `initialize` succeeds. A registration for `kNone` appears in `GetRegisteredInitializers`, but
-  /// its functions never run.
+  /// `name` appears in log lines and need not be unique. `initialize` returns whether it succeeded.
+  /// An empty function does nothing, and an empty `initialize` succeeds. The functions of a
+  /// registration for `kNone` never run.
   ///
   /// If memory runs out, throws `std::bad_alloc` and registers nothing.
   InitializerRegistrar(std::string_view name, EInitializerContextFlags contexts,
@@ -120,10 +117,6 @@ ORN_EXPORT bool InitializeContexts(EInitializerContextFlags contexts);
 /// If another call is running a function of a registration, does not wait for that function. The
 /// other call finishes the shutdown of that registration. Safe to call from any thread.
 ORN_EXPORT void ShutdownContexts(EInitializerContextFlags contexts);
-
-/// Returns the names of all registrations in the order of registration. Safe to call from any
-/// thread.
-ORN_EXPORT std::vector<std::string> GetRegisteredInitializers();
 
 }  // namespace orncore::config
 

@@ -14,6 +14,7 @@
 #include <functional>
 #include <map>
 #include <memory>
+#include <mutex>
 #include <optional>
 #include <span>
 #include <string>
@@ -76,7 +77,7 @@ class ORN_EXPORT MapDictionary final : public DictionarySource {
 /// 2. the default text, with its markup expanded;
 /// 3. the whole key text, if it contains no `=`. Its markup is not expanded.
 ///
-/// Threads: `ZString` is safe to call from any thread while no thread calls `SetDictionary`.
+/// Threads: safe to use from any thread if the dictionary is safe to use from any thread.
 class ORN_EXPORT Localizer {
  public:
   /// Returns the localiser of the process. It is never destroyed, so static destructors may use it.
@@ -110,11 +111,15 @@ class ORN_EXPORT Localizer {
   UTF16String ZString(std::string_view keyText, std::span<const UTF16String> arguments) const;
 
   /// Replaces the dictionary. The localiser shares ownership of `dictionary`. Null removes the
-  /// current dictionary. Do not call while another thread uses the localiser.
+  /// current dictionary. A call of `ZString` on another thread may still use the previous
+  /// dictionary.
   void SetDictionary(std::shared_ptr<const DictionarySource> dictionary);
 
  private:
-  std::shared_ptr<const DictionarySource> dictionary_;
+  std::shared_ptr<const DictionarySource> CurrentDictionary() const;
+
+  mutable std::mutex mutex_;
+  std::shared_ptr<const DictionarySource> dictionary_;  // guarded by mutex_
 };
 
 }  // namespace orncore::config

@@ -70,8 +70,7 @@ class ORN_EXPORT MemoryDebugStore final : public DebugStore {
 ///
 /// A `DebugDatabase` is not copyable, so that all callers share the same entries.
 ///
-/// Threads: safe to use from any thread if the store is safe to use from any thread. However, do
-/// not call `SetStore` while another thread uses the database.
+/// Threads: safe to use from any thread if the store is safe to use from any thread.
 class ORN_EXPORT DebugDatabase {
  public:
   /// Returns the database of the process. The database is never destroyed, so static constructors
@@ -103,13 +102,17 @@ class ORN_EXPORT DebugDatabase {
   }
 
   /// Replaces the store. The database shares ownership of `store`. Null sets a new, empty
-  /// `MemoryDebugStore`. Entries are not copied from the previous store.
+  /// `MemoryDebugStore`. Entries are not copied from the previous store. A call on another thread
+  /// may still use the previous store.
   ///
   /// If memory runs out, throws `std::bad_alloc` and keeps the previous store.
   void SetStore(std::shared_ptr<DebugStore> store);
 
  private:
-  std::shared_ptr<DebugStore> store_;  // never null
+  std::shared_ptr<DebugStore> CurrentStore() const;
+
+  mutable std::mutex mutex_;
+  std::shared_ptr<DebugStore> store_;  // never null, guarded by mutex_
 };
 
 }  // namespace orncore::debug

@@ -1,4 +1,4 @@
-// Defines a 128-bit identifier and its text form.
+// Defines a 128-bit identifier and its text form, and declares the class that computes identifiers.
 #ifndef ORNCORE_UTILITY_GUID_H_
 #define ORNCORE_UTILITY_GUID_H_
 
@@ -88,6 +88,13 @@ class ORN_EXPORT Guid {
 
   std::array<std::uint8_t, kByteLength> bytes_{};
 };
+
+class Murmur3MixerState;
+template <class State>
+class MixHashGuidT;
+
+/// The class that computes all identities. <orncore/utility/MixHashGuid.h> defines it.
+using GuidMixer = MixHashGuidT<Murmur3MixerState>;
 
 }  // namespace orncore::utility
 

@@ -135,9 +135,6 @@ class MixHashGuidT {
   State state_;
 };
 
-/// The class that computes all identities.
-using GuidMixer = MixHashGuidT<Murmur3MixerState>;
-
 }  // namespace orncore::utility
 
 #endif  // ORNCORE_UTILITY_MIXHASHGUID_H_

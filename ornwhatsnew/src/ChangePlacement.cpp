@@ -32,10 +32,12 @@ std::shared_ptr<FeatureListDetail> ChangeMaker::Make(const DataRow& row) {
   return std::make_shared<FeatureListDetail>(fields);
 }
 
-ChangePlacement PlaceChange(const FeatureMap& items, std::string_view groupingID,
-                            std::string_view storyID, bool unreviewed) {
+ChangePlacement PlaceChange(const FeatureMap& items, const DataRow& row,
+                            const FeatureListDetail& change) {
+  const bool unreviewed = change.DetailInternalOverrideUnreviewed();
   ChangePlacement placement;
-  placement.item = FindByIDs(items, groupingID, storyID);
+  placement.item =
+      FindByIDs(items, row.Value(DataColumn::kGroupingID), row.Value(DataColumn::kStoryID));
   placement.unmatched = placement.item == nullptr;
   if (unreviewed || placement.unmatched) {
     placement.item = Find(items, unreviewed ? keywords::kUnreviewedSection : keywords::kInternal);

@@ -71,16 +71,16 @@ FeatureListData::FeatureListData(const UTF16String& path,
 }
 
 FeatureListData::~FeatureListData() {
-  assert(impl_->activeWalks == 0);
+  assert(impl_->activeIterations == 0);
   assert(impl_->activeCallbacks == 0);
 }
 
 void FeatureListData::InitWithData(const UTF8String& dataText) {
-  assert(impl_->activeWalks == 0);
+  assert(impl_->activeIterations == 0);
   ListContent rebuilt;
   rebuilt.state = impl_->ReadState();
   {
-    const ScopedCount walk(impl_->activeWalks);
+    const ScopedCount iteration(impl_->activeIterations);
     rebuilt.AddBetaFeatures();
     rebuilt.summary = rebuilt.AddChanges(dataText);
     rebuilt.MoveUnlockedItemsToFront();
@@ -95,30 +95,30 @@ void FeatureListData::InitWithData(const UTF8String& dataText) {
 }
 
 void FeatureListData::ParseWhatsNewData(const UTF8String& dataText) {
-  assert(impl_->activeWalks == 0);
+  assert(impl_->activeIterations == 0);
   impl_->content.AddChanges(dataText);
 }
 
 void FeatureListData::ParseBetaFeatures() {
-  assert(impl_->activeWalks == 0);
-  const ScopedCount walk(impl_->activeWalks);
+  assert(impl_->activeIterations == 0);
+  const ScopedCount iteration(impl_->activeIterations);
   impl_->content.AddBetaFeatures();
 }
 
 void FeatureListData::BubbleUnlockedItemsToTheTop() {
-  assert(impl_->activeWalks == 0);
-  const ScopedCount walk(impl_->activeWalks);
+  assert(impl_->activeIterations == 0);
+  const ScopedCount iteration(impl_->activeIterations);
   impl_->content.MoveUnlockedItemsToFront();
 }
 
 void FeatureListData::InsertFeatureListItem(std::shared_ptr<FeatureListItem> item) {
-  assert(impl_->activeWalks == 0);
+  assert(impl_->activeIterations == 0);
   impl_->content.InsertItem(std::move(item));
 }
 
 void FeatureListData::EnsureSpecialCaseItemExists(const std::string& key, const UTF16String& name,
                                                   const UTF16String& description) {
-  assert(impl_->activeWalks == 0);
+  assert(impl_->activeIterations == 0);
   impl_->content.EnsureSectionExists(key, name, description);
 }
 

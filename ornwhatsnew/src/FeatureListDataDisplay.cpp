@@ -69,13 +69,13 @@ UTF16String FeatureListData::GetFormattedTextForDisplay(const DisplayOptions& op
                                                         const UTF16String& ratingPlaceholder,
                                                         StyleRunMap& runs,
                                                         std::shared_ptr<RatingMap> ratingItems) {
-  assert(impl_->activeWalks == 0);
+  assert(impl_->activeIterations == 0);
   runs.clear();
   if (ratingItems != nullptr) ratingItems->clear();
   StyledTextWriter writer(runs);
   IdentitySet shown;
   {
-    const ScopedCount walk(impl_->activeWalks);
+    const ScopedCount iteration(impl_->activeIterations);
     PanelFormatter panel(options, ratingPlaceholder, ratingItems.get(), writer);
     shown = WritePanel(impl_->content, options, panel);
   }
@@ -84,11 +84,11 @@ UTF16String FeatureListData::GetFormattedTextForDisplay(const DisplayOptions& op
 }
 
 PanelLayout FeatureListData::GetLayoutForDisplay(const DisplayOptions& options) {
-  assert(impl_->activeWalks == 0);
+  assert(impl_->activeIterations == 0);
   PanelLayout layout;
   IdentitySet shown;
   {
-    const ScopedCount walk(impl_->activeWalks);
+    const ScopedCount iteration(impl_->activeIterations);
     layout = LayOutPanel(impl_->content, options, shown);
   }
   impl_->RecordDisplayPass(shown);
@@ -96,7 +96,7 @@ PanelLayout FeatureListData::GetLayoutForDisplay(const DisplayOptions& options) 
 }
 
 PanelLayout FeatureListData::PreviewLayout(const DisplayOptions& options) const {
-  const ScopedCount walk(impl_->activeWalks);
+  const ScopedCount iteration(impl_->activeIterations);
   IdentitySet shown;
   return LayOutPanel(impl_->content, options, shown);
 }

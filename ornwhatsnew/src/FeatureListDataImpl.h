@@ -28,7 +28,7 @@ struct ORN_LOCAL FeatureListData::Impl {
   StateSetter stateSetter;
   /// The number of running iterations over the items during which the list queries services. The
   /// list must not change during such an iteration.
-  int activeWalks = 0;
+  int activeIterations = 0;
   /// The number of running callbacks. A callback must not destroy the list.
   int activeCallbacks = 0;
 

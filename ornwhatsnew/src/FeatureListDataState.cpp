@@ -68,13 +68,13 @@ UTF8String FeatureListData::GetNewSeenState() const {
 }
 
 bool FeatureListData::IsAnythingNew(const DisplayOptions& options) const {
-  const ScopedCount walk(impl_->activeWalks);
+  const ScopedCount iteration(impl_->activeIterations);
   return impl_->content.AnyOfShownItems(options, nullptr,
                                         [](const FeatureListItem&) { return true; });
 }
 
 NewCount FeatureListData::CountNew(const DisplayOptions& options) const {
-  const ScopedCount walk(impl_->activeWalks);
+  const ScopedCount iteration(impl_->activeIterations);
   NewCount count;
   impl_->content.VisitShownItems(options, [&](const FeatureListItem&, const ShownItem& shown) {
     ++count.items;
@@ -85,7 +85,7 @@ NewCount FeatureListData::CountNew(const DisplayOptions& options) const {
 
 std::vector<ItemVisibility> FeatureListData::ExplainVisibility(
     const DisplayOptions& options) const {
-  const ScopedCount walk(impl_->activeWalks);
+  const ScopedCount iteration(impl_->activeIterations);
   const ListContent& content = impl_->content;
   const VisibilityFilter filter(options, content.state.seenGuids, content.state.seenVersionNumbers);
   std::vector<ItemVisibility> explained;
@@ -101,11 +101,11 @@ bool FeatureListData::IsAnythingNeedingRating() const {
 }
 
 void FeatureListData::MarkAllSeen() {
-  assert(impl_->activeWalks == 0);
+  assert(impl_->activeIterations == 0);
   constexpr DisplayOptions kNoFilter;
   std::vector<Guid> seen;
   {
-    const ScopedCount walk(impl_->activeWalks);
+    const ScopedCount iteration(impl_->activeIterations);
     impl_->content.VisitShownItems(kNoFilter, [&](const FeatureListItem&, const ShownItem& shown) {
       AddSeenIdentities(shown, kNoFilter, seen);
     });
@@ -114,7 +114,7 @@ void FeatureListData::MarkAllSeen() {
 }
 
 void FeatureListData::MarkItemHasBeenRated(const std::string& featureKey) {
-  assert(impl_->activeWalks == 0);
+  assert(impl_->activeIterations == 0);
   if (IsSpecialCaseSection(featureKey)) return;
   const FeatureListItem* const item = impl_->content.FindItem(featureKey);
   if (item == nullptr) return;

@@ -110,9 +110,7 @@ DataFileSummary ListContent::AddChanges(std::string_view dataText) {
     if (row->kind != DataRowKind::kChange) continue;
 
     auto change = maker.Make(*row);
-    const auto [item, isUnmatched] =
-        PlaceChange(items, row->Value(DataColumn::kGroupingID), row->Value(DataColumn::kStoryID),
-                    change->DetailInternalOverrideUnreviewed());
+    const auto [item, isUnmatched] = PlaceChange(items, *row, *change);
     change->SetCouldNotMatchBetaFeature(isUnmatched);
     ++counts.changes;
     if (isUnmatched) ++counts.unmatched;

@@ -8,7 +8,7 @@
 #include <QtGui/QTextBlock>
 #include <QtGui/QTextFrame>
 
-#include <ornwhatsnew/SafeLink.h>
+#include <orncore/string/SafeLink.h>
 #include <ornwhatsnew/WhatsNewTypes.h>
 #include "ornwhatsnewqt/src/NewsFormats.h"
 #include "ornwhatsnewqt/src/SafeText.h"
@@ -104,7 +104,7 @@ class Writer {
     // Do not break the line within a label, which has one box, or within a link such as "View
     // more".
     if (isLabel || span.style == StyleID::kStyleHotSpot) text.replace(u' ', QChar::Nbsp);
-    if (!text.isEmpty() && ornwhatsnew::IsSafeLink(span.link) && !isRepeated(paragraph, span)) {
+    if (!text.isEmpty() && orncore::string::IsSafeLink(span.link) && !isRepeated(paragraph, span)) {
       const QString href = QString::fromStdU16String(span.link);
       elements_.push_back(
           {NewsElement::Kind::Link, cursor_.position(), static_cast<int>(text.size()), href});

@@ -6,14 +6,13 @@
 #include <QtGui/QDesktopServices>
 
 #include <ornappsupport/analytics/SDMUsageLogger.h>
-#include <ornwhatsnew/SafeLink.h>
+#include <orncore/string/SafeLink.h>
 
 #include "ornwhatsnewqt/src/LocalizedText.h"
 
 namespace ornwhatsnewqt {
 namespace {
 
-// IsAnythingNeedingRating uses the same options.
 constexpr ornwhatsnew::DisplayOptions kRatings = ornwhatsnew::kRatingView |
                                                  ornwhatsnew::kFilterRelevantPlatform |
                                                  ornwhatsnew::kFilterRelevantVersion;
@@ -156,7 +155,7 @@ ornwhatsnew::PanelLayout PanelController::ratingLayout() {
 
 bool PanelController::canRate() const {
   return ornappsupport::analytics::SDMUsageLogger::IsLogging() && ratingPolicy_.allowsRequest() &&
-         list_.IsAnythingNeedingRating();
+         list_.IsAnythingNew(kRatings);
 }
 
 void PanelController::rate(const QString& featureKey, int stars, const QString& comment) {
@@ -167,7 +166,7 @@ void PanelController::rate(const QString& featureKey, int stars, const QString& 
 }
 
 void PanelController::activateLink(const QUrl& url) {
-  if (!ornwhatsnew::IsSafeLink(url.toString(QUrl::FullyEncoded).toStdU16String())) return;
+  if (!orncore::string::IsSafeLink(url.toString(QUrl::FullyEncoded).toStdU16String())) return;
   Q_EMIT linkActivated(url);
   QDesktopServices::openUrl(url);
 }

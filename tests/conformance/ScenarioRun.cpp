@@ -57,7 +57,7 @@ class ScenarioWorld {
   ScenarioWorld(const ScenarioHost& host, ListForm listForm)
       : callbacks_(host.callbacks), listForm_(listForm) {
     ornappsupport::ResetServices();
-    hosts::common::InstallHostServices(host);
+    hosts::common::InstallHost(host);
     UseDebugEntries(host.debug);
     store_.Replace(host.state);
   }
@@ -124,8 +124,9 @@ class ScenarioWorld {
   }
 
   json Do(const HostStep& step) {
-    hosts::common::InstallHostServices(step.host);
-    if (step.replacesDebug) UseDebugEntries(step.host.debug);
+    hosts::common::InstallHost(step.host);
+    // `InstallHost` has replaced the debug store.
+    UseDebugEntries(step.replacesDebug ? step.host.debug : debugStore_->Entries());
     if (step.replacesState) store_.Replace(step.host.state);
     return nullptr;
   }

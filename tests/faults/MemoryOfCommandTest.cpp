@@ -8,7 +8,9 @@
 #include <new>
 #include <optional>
 #include <string>
+#include <vector>
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <unistd.h>
 
@@ -161,6 +163,18 @@ TEST_F(MemoryOfCommandTest, ReportsAFailureAndWorksAgain) {
     std::cout << n - 1 << " allocations failed in turn\n";
   }
   EXPECT_EQ(LiveAllocationsWithoutThread(), before) << "memory leaked";
+}
+
+TEST_F(MemoryOfCommandTest, LogsTheNameOfTheInitializerThatCannotRegisterTheCommand) {
+  orncore::config::ShutdownContexts(EInitializerContextFlags::kConsole);
+  std::vector<std::string> log;
+  orncore::debug::SetLogSink([&log](std::string_view line) { log.emplace_back(line); });
+  {
+    const AllocationFailure failure(1, FailureExtent::kOne, FailureThreads::kThis);
+    EXPECT_FALSE(orncore::config::InitializeContexts(EInitializerContextFlags::kConsole));
+  }
+  orncore::debug::SetLogSink({});
+  EXPECT_THAT(log, testing::Contains("initializer \"ornwhatsnew.FeatureListData\" failed"));
 }
 
 // The first command of a process starts the reading thread. Therefore

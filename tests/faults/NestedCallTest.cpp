@@ -289,11 +289,11 @@ TEST_F(NestedCallDeathTest, AServiceMustNotChangeTheListThatQueriesIt) {
     FeatureListData& list = *world.list;
     const auto hook = [&] { change(world); };
     orncore::config::Localizer::Get().SetDictionary(std::make_shared<HookedDictionary>(hook));
-    EXPECT_DEATH(Format(list), "activeWalks == 0");
+    EXPECT_DEATH(Format(list), "activeIterations == 0");
 
     orncore::config::Localizer::Get().SetDictionary(nullptr);
     ornappsupport::feature::SetFeatureService(std::make_shared<HookedFeatures>(hook));
-    EXPECT_DEATH(list.IsAnythingNew({}), "activeWalks == 0");
+    EXPECT_DEATH(list.IsAnythingNew({}), "activeIterations == 0");
   }
 #endif
 }
@@ -314,7 +314,7 @@ TEST_F(NestedCallDeathTest, AServiceMustNotDestroyAListThatIsBeingUpdated) {
     FeatureListData& list = *world.list;
     ornappsupport::feature::SetFeatureService(
         std::make_shared<HookedTable>([&] { world.list = nullptr; }));
-    EXPECT_DEATH(operation(list), "activeWalks == 0");
+    EXPECT_DEATH(operation(list), "activeIterations == 0");
   }
 #endif
 }

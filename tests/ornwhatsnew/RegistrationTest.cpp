@@ -13,7 +13,6 @@ namespace ornwhatsnew {
 namespace {
 
 using orncore::config::EInitializerContextFlags;
-using orncore::config::GetRegisteredInitializers;
 using orncore::config::InitializeContexts;
 using orncore::config::ShutdownContexts;
 using orncore::console::CommandRegistry;
@@ -30,10 +29,6 @@ class Registration : public testing::Test {
   Registration() { GetFullClientVersionString(); }
   ~Registration() override { ShutdownContexts(EInitializerContextFlags::kConsole); }
 };
-
-TEST_F(Registration, RegistersOneInitializer) {
-  EXPECT_EQ(std::ranges::count(GetRegisteredInitializers(), "ornwhatsnew.FeatureListData"), 1);
-}
 
 TEST_F(Registration, InitializationAddsTheCommandAndShutdownRemovesIt) {
   EXPECT_EQ(CommandsNamed(u"ValidateWhatsNew"), 0);

@@ -3,7 +3,7 @@
 #include <set>
 #include <stdexcept>
 
-#include <ornwhatsnew/SafeLink.h>
+#include <orncore/string/SafeLink.h>
 
 #include "tests/support/RenderedPanel.h"
 
@@ -84,7 +84,7 @@ class HTMLParser {
     if (name == "class" && value.starts_with("ornwhatsnew")) {
       tag.elementClass = value;
     } else if (name == "href" && tag.name == "a") {
-      if (!ornwhatsnew::IsSafeLink(value)) Fail("the link is not safe: " + value);
+      if (!orncore::string::IsSafeLink(value)) Fail("the link is not safe: " + value);
       tag.href = value;
     } else if (name == "id" && !IsOneOf(tag.name, {"section", "ul", "a", "span", "br"})) {
       const bool isValid = !value.empty() && value.find_first_of(" \t\n\f\r") == std::string::npos;

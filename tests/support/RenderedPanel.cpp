@@ -4,8 +4,8 @@
 #include <exception>
 #include <sstream>
 
+#include <orncore/string/SafeLink.h>
 #include <ornwhatsnew/PanelRenderers.h>
-#include <ornwhatsnew/SafeLink.h>
 
 #include "tests/support/PlainText.h"
 
@@ -74,7 +74,7 @@ bool IsEmpty(const RenderedBlock& block) {
 /// because the link is not safe.
 bool HasPrintedTarget(const LayoutSpan& span, std::u16string_view text) {
   return span.style == ornwhatsnew::kStyleHotSpot && !span.link.empty() && span.link != text &&
-         !ornwhatsnew::IsSafeLink(span.link);
+         !orncore::string::IsSafeLink(span.link);
 }
 
 RenderedBlock ExpectedBlock(const PanelLayout& layout, const LayoutParagraph& paragraph,
@@ -84,7 +84,7 @@ RenderedBlock ExpectedBlock(const PanelLayout& layout, const LayoutParagraph& pa
     const auto text = std::u16string_view(layout.text).substr(span.range.begin, span.range.length);
     const std::string visible = VisibleCharacters(text);
     block.text += visible;
-    if (ornwhatsnew::IsSafeLink(span.link)) {
+    if (orncore::string::IsSafeLink(span.link)) {
       block.links.emplace_back(visible, PlainUTF16to8(span.link));
     } else if (HasPrintedTarget(span, text)) {
       block.text += "<TARGET>";

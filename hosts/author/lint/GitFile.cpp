@@ -92,20 +92,6 @@ bool HasSucceeded(pid_t process) {
   return WIFEXITED(status) && WEXITSTATUS(status) == 0;
 }
 
-/// Reads up to the end of the input, and returns the bytes. Stops early if it has read more than
-/// `maxBytes` bytes.
-std::string ReadAll(int input, std::size_t maxBytes) {
-  std::string text;
-  std::string block(std::size_t{1} << 16, '\0');
-  while (text.size() <= maxBytes) {
-    const ssize_t count = ::read(input, block.data(), block.size());
-    if (count < 0 && errno == EINTR) continue;
-    if (count <= 0) break;
-    text.append(block, 0, static_cast<std::size_t>(count));
-  }
-  return text;
-}
-
 /// The result of a call of git.
 struct GitResult {
   bool hasSucceeded = false;
@@ -126,11 +112,11 @@ GitResult RunGit(const std::vector<std::string>& arguments, std::size_t maxBytes
   const pid_t process = StartGit(arguments, input.Number(), errors.Number());
   input = FileDescriptor(-1);
   GitResult result;
-  result.output = ReadAll(output.Number(), maxBytes);
+  result.output = common::ReadToEnd(output.Number(), maxBytes, "the output of git");
   output = FileDescriptor(-1);
   result.hasSucceeded = HasSucceeded(process);
   ::lseek(errors.Number(), 0, SEEK_SET);
-  const std::string text = ReadAll(errors.Number(), kMaximumErrors);
+  const std::string text = common::ReadToEnd(errors.Number(), kMaximumErrors, "the errors of git");
   result.error = text.substr(0, text.find('\n'));
   return result;
 }

@@ -12,7 +12,6 @@
 namespace hosts::author {
 namespace {
 
-using ornwhatsnew::DataColumn;
 using ornwhatsnew::DataRow;
 using ornwhatsnew::DataRowKind;
 
@@ -65,9 +64,8 @@ class Announcements {
     const DataRow* const row = reader.Next();
     if (row == nullptr || row->kind != DataRowKind::kChange) return std::nullopt;
     const auto change = maker_.Make(*row);
-    const auto [item, isUnmatched] = ornwhatsnew::PlaceChange(
-        list_.GetFeatureItems(), row->Value(DataColumn::kGroupingID),
-        row->Value(DataColumn::kStoryID), change->DetailInternalOverrideUnreviewed());
+    const auto [item, isUnmatched] =
+        ornwhatsnew::PlaceChange(list_.GetFeatureItems(), *row, *change);
     // Without a host, an unmatched change can belong to a feature.
     const bool isInternal = item->IsInternalSection() && (hasHost_ || !isUnmatched);
     return Change{change->GetItemSeenGuid(), !isInternal && !change->GetDescription().empty()};

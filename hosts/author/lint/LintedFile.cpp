@@ -68,9 +68,8 @@ RowsByKey LintedFile::ChangesByKey() const {
 }
 
 void LintedFile::AddChange(std::shared_ptr<ornwhatsnew::FeatureListDetail> change, LintRow& row) {
-  const ornwhatsnew::ChangePlacement placement = ornwhatsnew::PlaceChange(
-      Items(), row.Value(DataColumn::kGroupingID), row.Value(DataColumn::kStoryID),
-      change->DetailInternalOverrideUnreviewed());
+  const ornwhatsnew::ChangePlacement placement =
+      ornwhatsnew::PlaceChange(Items(), row.data, *change);
   change->SetCouldNotMatchBetaFeature(placement.unmatched);
   // Compute the identity while the fields are in the processor cache. It does not depend on the
   // item.

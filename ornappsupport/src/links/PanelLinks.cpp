@@ -5,8 +5,8 @@
 #include <utility>
 
 #include <orncore/string/CaseMapping.h>
+#include <orncore/string/SafeLink.h>
 
-#include "orncore/src/string/SafeLink.h"
 #include "orncore/src/utility/ServiceHolder.h"
 
 namespace ornappsupport::links {

@@ -3,6 +3,7 @@
 #include <condition_variable>
 #include <map>
 #include <mutex>
+#include <string>
 #include <utility>
 
 #include <orncore/config/TopLevel.h>
@@ -104,13 +105,6 @@ class Registry {
     while (InitializerRegistration* const last = FindLastWithoutLiveContext()) Update(lock, *last);
   }
 
-  std::vector<std::string> Names() {
-    const Lock lock(mutex_);
-    std::vector<std::string> names;
-    for (const auto& [id, registration] : registrations_) names.push_back(registration->name);
-    return names;
-  }
-
  private:
   bool ShouldBeInitialized(const InitializerRegistration& registration) const {
     return registration.isRegistered && Overlap(registration.contexts, liveContexts_);
@@ -178,10 +172,6 @@ bool InitializeContexts(EInitializerContextFlags contexts) {
 
 void ShutdownContexts(EInitializerContextFlags contexts) {
   Registry::Instance().Shutdown(contexts);
-}
-
-std::vector<std::string> GetRegisteredInitializers() {
-  return Registry::Instance().Names();
 }
 
 }  // namespace orncore::config

@@ -81,8 +81,7 @@ Localizer& Localizer::Get() {
 
 UTF16String Localizer::ZString(std::string_view keyText) const {
   const std::size_t equals = keyText.find('=');
-  // Share ownership of the dictionary, because it can replace itself during the call.
-  if (const auto dictionary = dictionary_) {
+  if (const auto dictionary = CurrentDictionary()) {
     const std::optional<UTF8String> text = dictionary->Find(keyText.substr(0, equals));
     if (text) return ConvertAndExpand(*text);
   }
@@ -101,7 +100,17 @@ UTF16String Localizer::ZString(std::string_view keyText,
 }
 
 void Localizer::SetDictionary(std::shared_ptr<const DictionarySource> dictionary) {
+  // The parameter then owns the previous dictionary. It is destroyed after the lock is released,
+  // because the destructor of that dictionary may use the localiser.
+  const std::lock_guard lock(mutex_);
   dictionary_.swap(dictionary);
+}
+
+// Returns a shared pointer, because another thread or the dictionary itself can replace the
+// dictionary while the caller uses it.
+std::shared_ptr<const DictionarySource> Localizer::CurrentDictionary() const {
+  const std::lock_guard lock(mutex_);
+  return dictionary_;
 }
 
 }  // namespace orncore::config

@@ -44,23 +44,28 @@ UTF8String DebugDatabase::GetEntry(std::string_view key) const {
   return GetEntry(key, {});
 }
 
-// Each call shares ownership of the store, because a store can replace itself during the call.
 UTF8String DebugDatabase::GetEntry(std::string_view key, std::string_view defaultText) const {
-  const std::shared_ptr<DebugStore> store = store_;
-  std::optional<UTF8String> entry = store->Find(key);
+  std::optional<UTF8String> entry = CurrentStore()->Find(key);
   return entry ? *std::move(entry) : UTF8String(defaultText);
 }
 
 void DebugDatabase::SetEntry(std::string_view key, std::string_view value) {
-  const std::shared_ptr<DebugStore> store = store_;
-  store->Store(key, value);
+  CurrentStore()->Store(key, value);
 }
 
 void DebugDatabase::SetStore(std::shared_ptr<DebugStore> store) {
   if (!store) store = std::make_shared<MemoryDebugStore>();
-  // Release the previous store after the new one is set, because the destructor of the previous
-  // store may use the database.
+  // The parameter then owns the previous store. It is destroyed after the lock is released, because
+  // the destructor of that store may use the database.
+  const std::lock_guard lock(mutex_);
   store_.swap(store);
+}
+
+// Returns a shared pointer, because another thread or the store itself can replace the store while
+// the caller uses it.
+std::shared_ptr<DebugStore> DebugDatabase::CurrentStore() const {
+  const std::lock_guard lock(mutex_);
+  return store_;
 }
 
 }  // namespace orncore::debug

@@ -4,38 +4,13 @@
 #include <charconv>
 #include <system_error>
 
-#include <unicode/utf16.h>
-#include <unicode/utf8.h>
-
 #include "orncore/src/string/Ascii.h"
+#include "orncore/src/string/CodePoints.h"
 
 namespace orncore::string {
 namespace {
 
 constexpr std::string_view kUTF8BOM = "\xEF\xBB\xBF";
-
-// ICU's macros find the maximal subparts of ill-formed sequences. Unlike ICU's functions, they
-// accept any index type and therefore strings of any length. They mix signed and unsigned numbers,
-// so the conversion warnings are disabled for the functions that use them.
-#pragma GCC diagnostic push
-#pragma GCC diagnostic ignored "-Wconversion"
-#pragma GCC diagnostic ignored "-Wsign-conversion"
-
-// Returns the code point at `position` and advances `position` past it. For an ill-formed sequence,
-// returns a negative number and advances past its maximal subpart.
-UChar32 NextCodePoint(std::string_view text, std::size_t& position) noexcept {
-  UChar32 codePoint = 0;
-  U8_NEXT(text, position, text.size(), codePoint);
-  return codePoint;
-}
-
-// Returns the code point at `position` and advances `position` past it. Returns U+FFFD for an
-// unpaired surrogate.
-UChar32 NextCodePoint(std::u16string_view text, std::size_t& position) noexcept {
-  UChar32 codePoint = 0;
-  U16_NEXT_OR_FFFD(text, position, text.size(), codePoint);
-  return codePoint;
-}
 
 // Writes `text` as UTF-16 to `to`, which must have space for one unit per byte of `text`. Returns
 // the number of units written.
@@ -47,8 +22,8 @@ std::size_t Decode(std::string_view text, char16_t* to) noexcept {
     position += ascii;
     written += ascii;
     while (position < text.size() && !U8_IS_SINGLE(text[position])) {
-      UChar32 codePoint = 0;
-      U8_NEXT_OR_FFFD(text, position, text.size(), codePoint);
+      UChar32 codePoint = NextCodePoint(text, position);
+      if (codePoint < 0) codePoint = kReplacement;
       U16_APPEND_UNSAFE(to, written, codePoint);
     }
   }
@@ -61,12 +36,9 @@ void Encode(std::u16string_view text, char* to) noexcept {
   std::size_t written = position;
   std::copy_n(text.data(), position, to);
   while (position < text.size()) {
-    const UChar32 codePoint = NextCodePoint(text, position);
-    U8_APPEND_UNSAFE(to, written, codePoint);
+    WriteCodePoint(NextCodePoint(text, position), to, written);
   }
 }
-
-#pragma GCC diagnostic pop
 
 }  // namespace
 

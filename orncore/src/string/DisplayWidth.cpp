@@ -1,9 +1,8 @@
 #include <orncore/string/DisplayWidth.h>
 
-#include <cstdint>
-
 #include <unicode/uchar.h>
-#include <unicode/utf16.h>
+
+#include "orncore/src/string/CodePoints.h"
 
 namespace orncore::string {
 namespace {
@@ -46,10 +45,7 @@ std::size_t DisplayWidth(std::u16string_view text) noexcept {
   std::size_t previousWidth = 0;
   std::size_t position = 0;
   while (position < text.size()) {
-    // Use 64 bits, because the ICU macro mixes signed and unsigned 32-bit operands.
-    std::int64_t codePoint = 0;
-    U16_NEXT_OR_FFFD(text, position, text.size(), codePoint);
-    const auto character = static_cast<UChar32>(codePoint);
+    const UChar32 character = NextCodePoint(text, position);
     // The selector for emoji presentation makes the narrow character before it wide.
     const bool widens = character == kEmojiPresentation && previousWidth == 1;
     const std::size_t width = widens ? 1 : CharacterWidth(character);

@@ -1,4 +1,4 @@
-#include "orncore/src/string/SafeLink.h"
+#include <orncore/string/SafeLink.h>
 
 #include <algorithm>
 #include <array>

@@ -3,13 +3,12 @@
 #include <cstdint>
 
 #include <unicode/uchar.h>
-#include <unicode/utf16.h>
-#include <unicode/utf8.h>
+
+#include "orncore/src/string/CodePoints.h"
 
 namespace orncore::string {
 namespace {
 
-constexpr UChar32 kReplacement = 0xFFFD;
 constexpr UChar32 kControlPictures = 0x2400;
 constexpr UChar32 kDeletePicture = 0x2421;
 constexpr UChar32 kNonJoiner = 0x200C;
@@ -21,15 +20,6 @@ constexpr UChar32 kEscape = '\\';
 constexpr char16_t kByteOrderMark = 0xFEFF;
 constexpr char16_t kLineSeparator = 0x2028;
 constexpr int kViramaClass = 9;
-
-// Returns the character at `position` and sets `position` to the end of the character. Returns
-// U+FFFD for an unpaired surrogate.
-UChar32 ReadCharacter(std::u16string_view text, std::size_t& position) {
-  // Use 64 bits, because the ICU macro mixes signed and unsigned 32-bit operands.
-  std::int64_t character = 0;
-  U16_NEXT_OR_FFFD(text, position, text.size(), character);
-  return static_cast<UChar32>(character);
-}
 
 bool IsPrintableAscii(UChar32 character) {
   return character >= 0x20 && character < 0x7F;
@@ -52,18 +42,6 @@ bool IsJoining(UChar32 character) {
 // of such a character does not depend on a joiner before it.
 bool IsTransparent(UChar32 character) {
   return u_getIntPropertyValue(character, UCHAR_JOINING_TYPE) == U_JT_TRANSPARENT;
-}
-
-// Returns the character at `position` of `text` (UTF-8), and sets `position` to the end of the
-// character. Returns a negative number for ill-formed bytes.
-UChar32 ReadCharacter(std::string_view text, std::size_t& position) {
-  const std::string_view bytes = text.substr(position, U8_MAX_LENGTH);
-  const auto* const begin = reinterpret_cast<const std::uint8_t*>(bytes.data());
-  std::int32_t length = 0;
-  UChar32 character = 0;
-  U8_NEXT(begin, length, static_cast<std::int32_t>(bytes.size()), character);
-  position += static_cast<std::size_t>(length);
-  return character;
 }
 
 // Returns whether `joiner`, which is between `before` and `after`, changes how the text looks.
@@ -142,7 +120,7 @@ bool LooksLikeSpace(UChar32 character) {
 UChar32 NextVisibleCharacter(std::string_view text) {
   if (text.empty()) return 0;
   std::size_t end = 0;
-  const UChar32 character = ReadCharacter(text, end);
+  const UChar32 character = NextCodePoint(text, end);
   const bool isEscaped = character < 0 || IsInvisible(character) || LooksLikeSpace(character);
   return isEscaped ? kEscape : character;
 }
@@ -164,14 +142,14 @@ UTF16String SafeForTerminal(std::u16string_view text) {
   std::size_t position = 0;
   while (position < text.size()) {
     const std::size_t begin = position;
-    const UChar32 character = ReadCharacter(text, position);
+    const UChar32 character = NextCodePoint(text, position);
     if (IsPrintableAscii(character) || character == '\n' || character == '\t') {
       before = character;
       safe.push_back(text[begin]);
       continue;
     }
     std::size_t next = position;
-    const UChar32 after = next < text.size() ? ReadCharacter(text, next) : 0;
+    const UChar32 after = next < text.size() ? NextCodePoint(text, next) : 0;
     const UChar32 shown = Substitute(character, before, after);
     if (shown == 0) continue;
     if (shown == character && character != kReplacement) {
@@ -190,7 +168,7 @@ UTF16String SafeForDocument(std::u16string_view text) {
   std::size_t position = 0;
   while (position < text.size()) {
     const std::size_t begin = position;
-    const UChar32 character = ReadCharacter(text, position);
+    const UChar32 character = NextCodePoint(text, position);
     if (U_IS_UNICODE_NONCHAR(character)) {
       safe += static_cast<char16_t>(kReplacement);
     } else if (character > 0xFFFF) {
@@ -209,7 +187,7 @@ UTF8String EscapeInvisible(std::string_view text) {
   std::size_t position = 0;
   while (position < text.size()) {
     const std::string_view rest = text.substr(position);
-    const UChar32 character = ReadCharacter(text, position);
+    const UChar32 character = NextCodePoint(text, position);
     const std::string_view bytes = rest.substr(0, rest.size() - (text.size() - position));
     const UChar32 after = NextVisibleCharacter(text.substr(position));
     if (character >= 0 && !LooksLikeSpace(character) &&

@@ -4,8 +4,7 @@
 #include <iterator>
 
 #include <orncore/string/Conversion.h>
-
-#include "ornwhatsnew/src/panel/Surrogates.h"
+#include <unicode/utf16.h>
 
 namespace ornwhatsnew {
 namespace {
@@ -48,7 +47,7 @@ std::size_t FindEndOfBlankLine(std::u16string_view string) {
 
 // Returns the number of UTF-16 units of the first character of `string`, or 0 if it is empty.
 std::size_t FirstCharacterLength(std::u16string_view string) {
-  const bool isPair = !string.empty() && IsHighSurrogate(string.front());
+  const bool isPair = !string.empty() && U16_IS_LEAD(string.front());
   return std::min<std::size_t>(string.size(), isPair ? 2 : 1);
 }
 

@@ -3,8 +3,7 @@
 #include <cstdint>
 
 #include <orncore/string/Conversion.h>
-
-#include "ornwhatsnew/src/panel/Surrogates.h"
+#include <unicode/utf16.h>
 
 namespace ornwhatsnew {
 namespace {
@@ -63,8 +62,8 @@ std::size_t StyledTextWriter::CountAppended(std::size_t begin) {
   bytes_ += length;
   // A high surrogate before the appended string and a low surrogate at its start form one
   // character. So far, `bytes_` counts each of them as U+FFFD.
-  if (!appended.empty() && begin > 0 && IsHighSurrogate(text_[begin - 1]) &&
-      IsLowSurrogate(appended.front())) {
+  if (!appended.empty() && begin > 0 && U16_IS_LEAD(text_[begin - 1]) &&
+      U16_IS_TRAIL(appended.front())) {
     bytes_ -= kBytesSavedByPairing;
   }
   return length;

@@ -4,8 +4,8 @@
 #include <string>
 
 #include <orncore/string/Conversion.h>
+#include <orncore/string/SafeLink.h>
 #include <orncore/string/SafeText.h>
-#include <ornwhatsnew/SafeLink.h>
 
 #include "ornwhatsnew/src/render/RenderedText.h"
 
@@ -216,7 +216,7 @@ class HTMLRenderer {
   void AppendSpan(const LayoutSpan& span, UTF16String& content) const {
     const std::u16string_view text = SpanText(layout_, span);
     const std::u16string_view spanClass = SpanClass(span.style);
-    const bool isLink = IsSafeLink(span.link);
+    const bool isLink = orncore::string::IsSafeLink(span.link);
     const std::u16string_view name = isLink ? u"a" : u"span";
     const bool hasElement = isLink || !spanClass.empty();
     if (hasElement) content.append(u"<").append(name);

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include <ornwhatsnew/SafeLink.h>
+#include <orncore/string/SafeLink.h>
 
 namespace ornwhatsnew {
 namespace {
@@ -99,7 +99,7 @@ std::string Cut(std::string_view link) {
 }  // namespace
 
 std::string PrintedLinkTarget(std::string_view link) {
-  if (IsSafeLink(link)) return std::string(link);
+  if (orncore::string::IsSafeLink(link)) return std::string(link);
   std::string target = PercentEncode(link);
   return target.size() <= kMaximumPrintedTarget ? target : Cut(target);
 }

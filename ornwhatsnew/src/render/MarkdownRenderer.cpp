@@ -1,7 +1,7 @@
 #include <ornwhatsnew/PanelRenderers.h>
 
 #include <orncore/string/Conversion.h>
-#include <ornwhatsnew/SafeLink.h>
+#include <orncore/string/SafeLink.h>
 
 #include "ornwhatsnew/src/render/MarkdownWriter.h"
 #include "ornwhatsnew/src/render/RenderedText.h"
@@ -25,7 +25,7 @@ const MarkdownBlock& BlockOf(ParagraphKind kind, bool hasHeader) {
 }
 
 void WriteSpan(const LayoutSpan& span, std::u16string_view text, MarkdownWriter& writer) {
-  const bool isLink = IsSafeLink(span.link);
+  const bool isLink = orncore::string::IsSafeLink(span.link);
   if (isLink) {
     writer.AppendLink(text, span.link);
   } else if (span.style == kStyleUnlockLabel) {

@@ -8,8 +8,8 @@
 
 #include <orncore/string/Conversion.h>
 #include <orncore/string/DisplayWidth.h>
+#include <orncore/string/SafeLink.h>
 #include <orncore/string/SafeText.h>
-#include <ornwhatsnew/SafeLink.h>
 
 #include "ornwhatsnew/src/render/ParagraphWrapper.h"
 #include "ornwhatsnew/src/render/RenderedText.h"
@@ -25,17 +25,17 @@ constexpr std::u16string_view kGap = u"   ";
 constexpr std::u16string_view kBadgePadding = u"\u00A0";
 
 /// How to draw a part of a line. `hyperlink` is null if the part is not a hyperlink.
-struct Look {
-  std::optional<StyleID> style;
+struct SpanStyle {
+  std::optional<StyleID> styleID;
   const UTF16String* hyperlink = nullptr;
   std::size_t hyperlinkNumber = 0;
 };
 
-/// The UTF-16 units `[begin, end)` of a line, which have the same look.
+/// The UTF-16 units `[begin, end)` of a line, which have the same style.
 struct LinePart {
   std::size_t begin;
   std::size_t end;
-  Look look;
+  SpanStyle style;
 };
 
 /// A line of a paragraph before it is wrapped.
@@ -43,11 +43,11 @@ struct Line {
   std::u16string text;
   std::vector<LinePart> parts;
 
-  void Append(std::u16string_view added, const Look& look) {
+  void Append(std::u16string_view added, const SpanStyle& style) {
     if (added.empty()) return;
     const std::size_t begin = text.size();
     text += added;
-    parts.push_back({begin, text.size(), look});
+    parts.push_back({begin, text.size(), style});
   }
 };
 
@@ -74,9 +74,9 @@ class LineWriter {
   /// hyperlink for each part that has one.
   LineWriter(UTF8String& output, bool hasStyles) : output_(output), hasStyles_(hasStyles) {}
 
-  void Add(std::u16string_view text, const Look& look) {
-    if (hasStyles_) SwitchStyle(StyleStart(look.style));
-    SwitchHyperlink(look);
+  void Add(std::u16string_view text, const SpanStyle& style) {
+    if (hasStyles_) SwitchStyle(StyleStart(style.styleID));
+    SwitchHyperlink(style);
     orncore::string::AppendUTF16to8(text, output_);
   }
 
@@ -94,14 +94,14 @@ class LineWriter {
     style_ = style;
   }
 
-  void SwitchHyperlink(const Look& look) {
-    if (look.hyperlinkNumber == hyperlinkNumber_) return;
-    if (look.hyperlinkNumber == 0) {
+  void SwitchHyperlink(const SpanStyle& style) {
+    if (style.hyperlinkNumber == hyperlinkNumber_) return;
+    if (style.hyperlinkNumber == 0) {
       output_ += kHyperlinkEnd;
     } else {
-      output_ += HyperlinkStart(orncore::string::UTF16to8(*look.hyperlink), look.hyperlinkNumber);
+      output_ += HyperlinkStart(orncore::string::UTF16to8(*style.hyperlink), style.hyperlinkNumber);
     }
-    hyperlinkNumber_ = look.hyperlinkNumber;
+    hyperlinkNumber_ = style.hyperlinkNumber;
   }
 
   UTF8String& output_;
@@ -136,7 +136,7 @@ class TerminalRenderer {
     AppendBullet(paragraph.bullet);
     for (std::size_t i = 0; i < paragraph.spans.size(); ++i) AppendSpan(paragraph, i);
     if (const RatingRequest* const request = FindRatingRequest(layout_, paragraph)) {
-      AppendText(RatingQuestion(*request), {.style = kStyleRatingPlaceholder});
+      AppendText(RatingQuestion(*request), {.styleID = kStyleRatingPlaceholder});
       FinishLine();
       if (options_.ratingLine) WriteUnwrapped(options_.ratingLine(*request));
     } else {
@@ -164,29 +164,29 @@ class TerminalRenderer {
   void AppendSpan(const LayoutParagraph& paragraph, std::size_t index) {
     const LayoutSpan& span = paragraph.spans[index];
     const std::u16string_view text = SpanText(layout_, span);
-    Look look{.style = span.style};
-    if (options_.hasHyperlinks && IsSafeLink(span.link)) {
-      look.hyperlink = &span.link;
-      look.hyperlinkNumber = ++hyperlinkCount_;
+    SpanStyle style{.styleID = span.style};
+    if (options_.hasHyperlinks && orncore::string::IsSafeLink(span.link)) {
+      style.hyperlink = &span.link;
+      style.hyperlinkNumber = ++hyperlinkCount_;
     }
     const bool isBadge = options_.hasStyles && span.style == kStyleUnlockLabel;
-    if (isBadge) line_.Append(kBadgePadding, look);
-    AppendText(IsGap(paragraph, index, text) ? kGap : text, look);
-    if (isBadge) line_.Append(kBadgePadding, look);
-    line_.Append(PrintedTarget(span, text, look.hyperlink != nullptr), {.style = span.style});
+    if (isBadge) line_.Append(kBadgePadding, style);
+    AppendText(IsGap(paragraph, index, text) ? kGap : text, style);
+    if (isBadge) line_.Append(kBadgePadding, style);
+    line_.Append(PrintedTarget(span, text, style.hyperlink != nullptr), {.styleID = span.style});
   }
 
   /// Appends `text`, and finishes the current line at each line end.
-  void AppendText(std::u16string_view text, const Look& look) {
+  void AppendText(std::u16string_view text, const SpanStyle& style) {
     constexpr std::u16string_view kLineEnds = u"\n\u2028";
     std::size_t end = text.find_first_of(kLineEnds);
     while (end != std::u16string_view::npos) {
-      line_.Append(SafeText(text.substr(0, end)), look);
+      line_.Append(SafeText(text.substr(0, end)), style);
       FinishLine();
       text.remove_prefix(end + 1);
       end = text.find_first_of(kLineEnds);
     }
-    line_.Append(SafeText(text), look);
+    line_.Append(SafeText(text), style);
   }
 
   static std::u16string SafeText(std::u16string_view text) {
@@ -212,7 +212,7 @@ class TerminalRenderer {
   /// Writes the line `text` of a rating request, which can be wider than the terminal.
   void WriteUnwrapped(std::u16string_view text) {
     Line line;
-    line.Append(SafeText(text), {.style = kStyleRatingPlaceholder});
+    line.Append(SafeText(text), {.styleID = kStyleRatingPlaceholder});
     WriteLines(line, {{0, line.text.size(), shape_.hangingIndent}});
   }
 
@@ -226,7 +226,7 @@ class TerminalRenderer {
       for (std::size_t begin = wrapped.begin; begin < wrapped.end;) {
         while (part->end <= begin) ++part;
         const std::size_t end = std::min(part->end, wrapped.end);
-        writer.Add(text.substr(begin, end - begin), part->look);
+        writer.Add(text.substr(begin, end - begin), part->style);
         begin = end;
       }
       writer.Finish();

@@ -332,16 +332,5 @@ TEST_F(InstallHostTest, BuildsTheFeatureTable) {
   EXPECT_FALSE(IsAvailableForUserEnablement("b"));
 }
 
-TEST_F(InstallHostTest, InstallHostServicesKeepsTheDebugDatabase) {
-  host_.SetDebugEntry("kept", "1");
-  HostDescription host;
-  host.platform = "Win";
-  host.debug = {{"d", "1"}};
-  InstallHostServices(host);
-  EXPECT_EQ(orncore::config::GetClientPlatform(), "Win");
-  EXPECT_EQ(host_.DebugEntry("kept"), "1");
-  EXPECT_EQ(host_.DebugEntry("d"), "");
-}
-
 }  // namespace
 }  // namespace hosts::common

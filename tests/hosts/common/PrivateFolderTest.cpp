@@ -10,6 +10,7 @@
 
 #include "hosts/common/PrivateFolder.h"
 #include "tests/support/TemporaryFolder.h"
+#include "tests/support/Threads.h"
 
 namespace hosts::common {
 namespace {
@@ -49,6 +50,20 @@ TEST_F(PrivateFolderTest, DoesNotFollowALinkThatReplacedAFolder) {
   fs::create_directory_symlink("victim", folder_.Path() / "a");
   EXPECT_EQ(ENOTDIR, ErrorOf([&] { const PrivateFolder folder(resolved.parent_path()); }));
   EXPECT_TRUE(fs::is_empty(folder_.Path() / "victim"));
+}
+
+TEST_F(PrivateFolderTest, ReadsTheUmaskWhileOtherThreadsCreateFiles) {
+  constexpr int kReads = 1'000;
+  const mode_t before = ::umask(022);
+  const PrivateFolder folder(folder_.Path());
+  test_support::ThreadCounter correctReads;
+  test_support::RunOnThreads(
+      [&correctReads] {
+        for (int read = 0; read < kReads; ++read) correctReads.Add(ReadUmask() == 022 ? 1 : 0);
+      },
+      [&folder] { folder.Open("file", O_WRONLY | O_CREAT); });
+  EXPECT_EQ(022U, ::umask(before)) << "the umask has changed";
+  EXPECT_EQ(test_support::kThreadCount * kReads, correctReads.Value());
 }
 
 TEST_F(PrivateFolderTest, RefusesAParentOfAMissingFolder) {

@@ -9,6 +9,7 @@
 #include <orncore/string/Conversion.h>
 
 #include "tests/support/Allocations.h"
+#include "tests/support/Threads.h"
 
 namespace orncore::config {
 namespace {
@@ -190,6 +191,24 @@ TEST(Localizer, ADictionaryMayReplaceItselfDuringAQuery) {
   localizer.SetDictionary(std::make_shared<SelfReplacing>(localizer));
   EXPECT_EQ(localizer.ZString("$key=default"), u"$key in the old dictionary");
   EXPECT_EQ(localizer.ZString("$key=default"), u"default");
+}
+
+TEST(Localizer, SeveralThreadsMayQueryDuringAReplacement) {
+  constexpr int kCalls = 2'000;
+  Localizer localizer;
+  const auto set = [&localizer] {
+    localizer.SetDictionary(std::make_shared<MapDictionary>(MapDictionary::Texts{{"k", "found"}}));
+  };
+  set();
+  test_support::ThreadCounter foundTexts;
+  test_support::RunOnThreads(
+      [&] {
+        for (int call = 0; call < kCalls; ++call) {
+          foundTexts.Add(localizer.ZString("k=default") == u"found" ? 1 : 0);
+        }
+      },
+      set);
+  EXPECT_EQ(foundTexts.Value(), test_support::kThreadCount * kCalls);
 }
 
 }  // namespace

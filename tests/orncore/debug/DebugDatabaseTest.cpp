@@ -156,6 +156,26 @@ TEST(DebugDatabase, HasOneInstancePerProcess) {
   DebugDatabase::Instance().SetStore(nullptr);
 }
 
+TEST(DebugDatabase, SeveralThreadsMayUseTheDatabaseDuringAReplacement) {
+  constexpr int kCalls = 2'000;
+  DebugDatabase database;
+  const auto set = [&database] {
+    database.SetStore(
+        std::make_shared<MemoryDebugStore>(MemoryDebugStore::EntryMap{{"key", "host"}}));
+  };
+  set();
+  test_support::ThreadCounter foundEntries;
+  test_support::RunOnThreads(
+      [&] {
+        for (int call = 0; call < kCalls; ++call) {
+          database.SetEntry("other", "text");
+          foundEntries.Add(database.GetEntry("key") == "host" ? 1 : 0);
+        }
+      },
+      set);
+  EXPECT_EQ(foundEntries.Value(), test_support::kThreadCount * kCalls);
+}
+
 TEST(DebugDatabase, SeveralThreadsMayUseTheStoreInMemory) {
   constexpr int kEntries = 500;
   DebugDatabase database;

@@ -1,10 +1,12 @@
+#include <orncore/string/SafeLink.h>
+
 #include <string>
 
 #include <gtest/gtest.h>
-#include <orncore/string/Conversion.h>
-#include <ornwhatsnew/SafeLink.h>
 
-namespace ornwhatsnew {
+#include <orncore/string/Conversion.h>
+
+namespace orncore::string {
 namespace {
 
 TEST(SafeLink, IsAnHttpsUrlWithAHost) {
@@ -59,11 +61,11 @@ TEST(SafeLink, HasAtMost2000Bytes) {
 
 TEST(SafeLink, IsTheSameInUTF8AndUTF16) {
   for (const char* link : {"https://x", "https://x y", "https://a@b", "https://\u00E9", ""}) {
-    EXPECT_EQ(IsSafeLink(link), IsSafeLink(orncore::string::UTF8to16(link))) << link;
+    EXPECT_EQ(IsSafeLink(link), IsSafeLink(UTF8to16(link))) << link;
   }
   // The low byte of U+0178 is 0x78, which is "x" in ASCII.
   EXPECT_FALSE(IsSafeLink(u"https://\u0178"));
 }
 
 }  // namespace
-}  // namespace ornwhatsnew
+}  // namespace orncore::string

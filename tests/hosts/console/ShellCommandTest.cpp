@@ -7,13 +7,13 @@
 #include <gtest/gtest.h>
 
 #include "hosts/console/Arguments.h"
-#include "hosts/console/RatingCommands.h"
+#include "hosts/console/ShellCommand.h"
 #include "tests/support/ChildProcess.h"
 
 namespace hosts::console {
 namespace {
 
-TEST(RatingCommands, QuotesWordsForAShell) {
+TEST(ShellCommand, QuotesWordsForAShell) {
   EXPECT_EQ("ORN-7", ShellWord("ORN-7"));
   EXPECT_EQ("/tmp/a_b.csv", ShellWord("/tmp/a_b.csv"));
   EXPECT_EQ("''", ShellWord(""));
@@ -23,7 +23,7 @@ TEST(RatingCommands, QuotesWordsForAShell) {
   EXPECT_EQ("'~'", ShellWord("~"));
 }
 
-TEST(RatingCommands, EscapesWordsThatATerminalCannotCopy) {
+TEST(ShellCommand, EscapesWordsThatATerminalCannotCopy) {
   EXPECT_EQ("$'a\\377b'", ShellWord("a\xFF"
                                     "b"));
   EXPECT_EQ("$'ORN-1\\342\\200\\213'", ShellWord("ORN-1\u200B"));
@@ -32,7 +32,7 @@ TEST(RatingCommands, EscapesWordsThatATerminalCannotCopy) {
   EXPECT_EQ("'\u6C34'", ShellWord("\u6C34"));
 }
 
-TEST(RatingCommands, AShellReadsEachWordUnchanged) {
+TEST(ShellCommand, AShellReadsEachWordUnchanged) {
   std::string bytes;
   for (int value = 1; value < 256; ++value) bytes += static_cast<char>(value);
   for (const std::string& word : {std::string(), std::string("it's \u6C34"), bytes, bytes + "7"}) {
@@ -42,14 +42,14 @@ TEST(RatingCommands, AShellReadsEachWordUnchanged) {
   }
 }
 
-TEST(RatingCommands, NameTheFilesAndTheFeature) {
+TEST(ShellCommand, NamesTheFilesAndTheFeature) {
   EXPECT_EQ("ornwhatsnew rate --host host.json -- B 'my data.csv'",
             RatingCommand("B", {"my data.csv", "host.json", std::nullopt}));
   EXPECT_EQ("ornwhatsnew rate --host host.json --state state.json -- B data.csv",
             RatingCommand("B", {"data.csv", "host.json", "state.json"}));
 }
 
-TEST(RatingCommands, WordsThatBeginWithADashAreNotOptions) {
+TEST(ShellCommand, WordsThatBeginWithADashAreNotOptions) {
   EXPECT_EQ("ornwhatsnew rate --host=-h.json --state=-s.json -- -k -d.csv",
             RatingCommand("-k", {"-d.csv", "-h.json", "-s.json"}));
   const auto words = std::to_array<const char*>(

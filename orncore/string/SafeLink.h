@@ -1,12 +1,12 @@
 // Decides which links a view may open.
-#ifndef ORNWHATSNEW_SAFELINK_H_
-#define ORNWHATSNEW_SAFELINK_H_
+#ifndef ORNCORE_STRING_SAFELINK_H_
+#define ORNCORE_STRING_SAFELINK_H_
 
 #include <string_view>
 
 #include <orncore/Export.h>
 
-namespace ornwhatsnew {
+namespace orncore::string {
 
 /// Returns whether a view may make `link` clickable or open it.
 ///
@@ -19,14 +19,14 @@ namespace ornwhatsnew {
 /// A safe link has no user information before the host. In `https://a.example@b.example/`, the host
 /// is `b.example`, but the link looks like a link to `a.example`.
 ///
-/// The strings of style runs contain links from the data file, which the library does not change.
-/// Call this function for each of them. If the result is false, show the link as text or omit it.
-/// Does not allocate. Safe to call from any thread.
+/// A panel contains links from the data file, which the library does not change. Call this function
+/// for each of them. If the result is false, show the link as text or omit it. Does not allocate.
+/// Safe to call from any thread.
 ORN_EXPORT bool IsSafeLink(std::string_view link) noexcept;
 
 /// Applies the same rules to a UTF-16 string, such as the string of a style run.
 ORN_EXPORT bool IsSafeLink(std::u16string_view link) noexcept;
 
-}  // namespace ornwhatsnew
+}  // namespace orncore::string
 
-#endif  // ORNWHATSNEW_SAFELINK_H_
+#endif  // ORNCORE_STRING_SAFELINK_H_

@@ -1,4 +1,4 @@
-#include "hosts/console/RatingCommands.h"
+#include "hosts/console/ShellCommand.h"
 
 #include <string_view>
 

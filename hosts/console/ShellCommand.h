@@ -1,6 +1,6 @@
-// Creates the command lines that rate features.
-#ifndef HOSTS_CONSOLE_RATINGCOMMANDS_H_
-#define HOSTS_CONSOLE_RATINGCOMMANDS_H_
+// Quotes words for a POSIX shell, and creates the command line that rates a feature.
+#ifndef HOSTS_CONSOLE_SHELLCOMMAND_H_
+#define HOSTS_CONSOLE_SHELLCOMMAND_H_
 
 #include <string>
 
@@ -20,4 +20,4 @@ std::string RatingCommand(const std::string& key, const SourceArguments& sources
 
 }  // namespace hosts::console
 
-#endif  // HOSTS_CONSOLE_RATINGCOMMANDS_H_
+#endif  // HOSTS_CONSOLE_SHELLCOMMAND_H_
