@@ -143,13 +143,14 @@ class BuildTree:
 
         For a header, the test units are the tests that are named after it, because they contain
         their own copies of its inline functions. If more than MOST_INCLUDERS library units include
-        the header, `sample(units, count)` selects some of them.
+        the header, `sample(units, count)` selects some of them. If `sample` is None, the function
+        returns all library units that include the header.
         """
         own_test = Path(file).stem + "Test"
         measured = set().union(*self.libraries.values(), {Unit(PROGRAM_MAIN)})
         units = self.dependents.get(file, [])
         included = sorted((u for u in units if u in measured), key=lambda u: u.source)
-        if len(included) > MOST_INCLUDERS:
+        if sample is not None and len(included) > MOST_INCLUDERS:
             included = sample(included, MOST_INCLUDERS)
         tests = [u for u in units if u not in measured and Path(u.source).stem == own_test]
         return included, tests

@@ -88,10 +88,11 @@ def prepare_trees(jobs):
 class Worker:
     """Tries mutants, one at a time, in its own copy of the sources."""
 
-    def __init__(self, tree, plan, seed):
+    def __init__(self, tree, plan, sample):
+        """`sample` is the parameter of `BuildTree.units_for`."""
         self._tree = tree
         self._plan = plan
-        self._random = random.Random(seed)
+        self._sample = sample
 
     def try_mutant(self, mutant):
         """Returns the status (killed, survived or invalid) and, if killed, the check that failed."""
@@ -103,7 +104,7 @@ class Worker:
         try:
             text = (tree.source / mutant.file).read_text()
             tree.replace_source(mutant.file, apply(mutant, text))
-            units, tests = tree.units_for(mutant.file, self._random.sample)
+            units, tests = tree.units_for(mutant.file, self._sample)
             if not units and not tests:
                 return "invalid", "not compiled"
             for unit in [*units, *tests]:
@@ -192,8 +193,10 @@ def run_mutants(arguments, results, equivalents):
         wanted = [m for m in mutants if m.identity not in known]
     print(f"{len(wanted)} mutants to try; preparation took {time.monotonic() - start:.0f} s",
           flush=True)
-    workers = [Worker(tree, plan, f"{arguments.seed} {number}")
-               for number, tree in enumerate(trees)]
+    # A mutant of a header can survive because the only source that it changes is not in the sample.
+    samples = [None if arguments.survivors else random.Random(f"{arguments.seed} {number}").sample
+               for number in range(len(trees))]
+    workers = [Worker(tree, plan, sample) for tree, sample in zip(trees, samples)]
     try_all(workers, wanted[:arguments.count], texts.__getitem__, results,
             time.monotonic() + 60 * arguments.minutes)
 
@@ -211,7 +214,8 @@ def parse_arguments():
     parser.add_argument("--file", default="",
                         help="mutate only files whose path contains this string")
     parser.add_argument("--survivors", action="store_true",
-                        help="try the survivors of earlier runs again")
+                        help="try the survivors of earlier runs again; for a mutant of a header, "
+                             "recompile all sources that include the header")
     parser.add_argument("--fresh", action="store_true",
                         help="delete the results of earlier runs first")
     parser.add_argument("--report", action="store_true",

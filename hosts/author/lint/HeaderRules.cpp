@@ -12,7 +12,9 @@ namespace hosts::author {
 namespace {
 
 using ornwhatsnew::CaseInsensitiveEqual;
+using ornwhatsnew::ColumnIndex;
 using ornwhatsnew::DataColumn;
+using ornwhatsnew::DataColumnInfo;
 using ornwhatsnew::DataRow;
 using ornwhatsnew::DataRowKind;
 using ornwhatsnew::DataRowSkipReason;
@@ -23,22 +25,25 @@ using ornwhatsnew::kDataColumns;
 /// column name of the manual.
 constexpr std::size_t kFieldsOfTranslatedHeader = 5;
 
-/// Returns whether `name` and the name of the column with the index `column` are equal, or one of
-/// them begins with the other. Ignores the letter case, and requires at least three characters.
-bool IsNameOf(std::string_view name, std::size_t column) {
+/// Returns whether `name` and the header of `column` are equal, or one of them begins with the
+/// other. Ignores the letter case, and requires at least three characters.
+bool IsNameOf(std::string_view name, const DataColumnInfo& column) {
   constexpr std::size_t kShortestName = 3;
   name = TrimSpaces(common::WithoutByteOrderMark(name));
-  const std::string_view header = kDataColumns[column].header;
+  const std::string_view header = column.header;
   const std::size_t shorter = std::min(name.size(), header.size());
   return shorter >= kShortestName &&
          CaseInsensitiveEqual(name.substr(0, shorter), header.substr(0, shorter));
 }
 
+/// Returns the first column that has the name `name`, or the end of `kDataColumns`.
+auto FindColumn(std::string_view name) {
+  return std::ranges::find_if(
+      kDataColumns, [name](const DataColumnInfo& column) { return IsNameOf(name, column); });
+}
+
 bool IsNameOfAnyColumn(std::string_view name) {
-  for (std::size_t column = 0; column < kDataColumnCount; ++column) {
-    if (IsNameOf(name, column)) return true;
-  }
-  return false;
+  return FindColumn(name) != kDataColumns.end();
 }
 
 /// Returns whether `text` consists of digits and points, with an optional v before them.
@@ -164,18 +169,17 @@ void CheckHeaderOrder(LintContext& context) {
   if (index == rows.size() || rows[index].isExplained) return;
   const LintRow& row = rows[index];
   for (std::size_t i = 0; i < kDataColumnCount; ++i) {
-    if (IsNameOf(row.data.values[i], i)) continue;
-    for (std::size_t column = 0; column < kDataColumnCount; ++column) {
-      if (!IsNameOf(row.data.values[i], column)) continue;
-      const std::string message = "the name " + Quoted(row.data.values[i]) + " belongs to column " +
-                                  std::to_string(column + 1) + ", but the library reads column " +
-                                  std::to_string(i + 1) + " as \"" +
-                                  std::string(kDataColumns[i].header) +
-                                  "\"; move the columns into the order of the manual";
-      context.ReportField(LintCode::kHeaderOrder, row, static_cast<DataColumn>(i), message);
-      context.File().IgnoreHeaderNames();
-      return;
-    }
+    const std::string_view name = row.data.values[i];
+    const auto column = FindColumn(name);
+    if (IsNameOf(name, kDataColumns[i]) || column == kDataColumns.end()) continue;
+    const std::string message = "the name " + Quoted(name) + " belongs to column " +
+                                std::to_string(column - kDataColumns.begin() + 1) +
+                                ", but the library reads column " + std::to_string(i + 1) +
+                                " as \"" + std::string(kDataColumns[i].header) +
+                                "\"; move the columns into the order of the manual";
+    context.ReportField(LintCode::kHeaderOrder, row, static_cast<DataColumn>(i), message);
+    context.File().IgnoreHeaderNames();
+    return;
   }
 }
 
@@ -187,7 +191,9 @@ void CheckRepeatedHeader(LintContext& context) {
   for (std::size_t i = header + 1; i < rows.size(); ++i) {
     LintRow& row = rows[i];
     const std::string_view groupingID = row.Value(DataColumn::kGroupingID);
-    const bool isPossible = groupingID == name || IsNameOf(groupingID, 1);
+    const bool isPossible =
+        groupingID == name ||
+        IsNameOf(groupingID, kDataColumns[ColumnIndex(DataColumn::kGroupingID)]);
     if (row.isExplained || row.data.kind != DataRowKind::kChange || !isPossible) continue;
     const bool isSame = row.data.values == rows[header].data.values;
     if (!isSame && !LooksLikeHeader(row.data)) continue;

@@ -75,7 +75,7 @@ std::string_view BeginningOf(std::string_view text, std::size_t size) {
 std::string_view EndOf(std::string_view text, std::size_t size) {
   std::size_t begin = text.size() - size;
   const std::size_t escape = text.rfind('%', begin - 1);
-  if (escape != std::string_view::npos && begin - escape < 3) begin = escape + 3;
+  if (escape != std::string_view::npos) begin = std::max(begin, escape + 3);
   return text.substr(begin);
 }
 

@@ -13,8 +13,8 @@ namespace ornwhatsnew {
 IdentitySet::IdentitySet(std::vector<Guid> identities) : identities_(std::move(identities)) {
   constexpr std::size_t kIdentitiesInRange = 4;
   constexpr unsigned kLeadingBits = 64;
-  const auto bits =
-      std::max(1U, static_cast<unsigned>(std::bit_width(size() / kIdentitiesInRange)));
+  const std::size_t ranges = size() / kIdentitiesInRange;
+  const auto bits = std::max(1U, static_cast<unsigned>(std::bit_width(ranges)));
   shift_ = kLeadingBits - bits;
   rangeBegins_.assign((std::size_t{1} << bits) + 1, size());
   // Iterate backwards, so that the index of the first identity of each range is written last.

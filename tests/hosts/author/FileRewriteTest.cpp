@@ -8,6 +8,7 @@
 #include <system_error>
 #include <thread>
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
@@ -36,7 +37,7 @@ class FileRewrite : public testing::Test {
 TEST_F(FileRewrite, WritesANewFileWithTheUsualMode) {
   const mode_t mask = ::umask(022);
   WriteWholeFile(File(), "new");
-  ::umask(mask);
+  EXPECT_EQ(022U, ::umask(mask));
   EXPECT_EQ("new", common::ReadTextFile(File()));
   EXPECT_EQ(0644U, static_cast<unsigned>(fs::status(File()).permissions()));
   EXPECT_EQ(1U, CountFiles());
@@ -126,7 +127,13 @@ TEST_F(FileRewrite, WritersWaitForEachOther) {
 
 TEST_F(FileRewrite, ReplacesOnlyTheExpectedContent) {
   folder_.Write("data.csv", "theirs");
-  EXPECT_THROW(ReplaceWholeFile(File(), "old", "new"), std::system_error);
+  try {
+    ReplaceWholeFile(File(), "old", "new");
+    FAIL() << "replaced another program's content";
+  } catch (const std::system_error& error) {
+    EXPECT_THAT(error.what(), testing::StartsWith("cannot write '" + File().native() +
+                                                  "', which another program has changed: "));
+  }
   EXPECT_EQ("theirs", common::ReadTextFile(File()));
   ReplaceWholeFile(File(), "theirs", "new");
   EXPECT_EQ("new", common::ReadTextFile(File()));

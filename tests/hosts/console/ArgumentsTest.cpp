@@ -221,6 +221,14 @@ std::string ErrorOf(std::initializer_list<const char*> arguments) {
   return answer.text;
 }
 
+TEST(Arguments, FixIsSafeUnlessItsValueIsAll) {
+  EXPECT_EQ(LintFixMode::kNone, ParseAs<LintArguments>({"lint", "d"}).fix);
+  EXPECT_EQ(LintFixMode::kSafe, ParseAs<LintArguments>({"lint", "d", "--fix"}).fix);
+  EXPECT_EQ(LintFixMode::kAll, ParseAs<LintArguments>({"lint", "d", "--fix=all"}).fix);
+  EXPECT_EQ("--fix: 'some' is not 'all'. Run 'ornwhatsnew lint --help' for usage.",
+            ErrorOf({"lint", "d", "--fix=some"}));
+}
+
 TEST(Arguments, NameAnUnknownCommandOrOption) {
   EXPECT_EQ("unknown command 'frob'. Run 'ornwhatsnew --help' for usage.",
             ErrorOf({"frob", "more"}));

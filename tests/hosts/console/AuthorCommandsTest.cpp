@@ -225,6 +225,13 @@ TEST_F(AuthorCommands, AddPrintsTheWarningsOnTheNewRowOnly) {
   EXPECT_THAT(result.errors, HasSubstr("whats new.csv: error: "));
 }
 
+// `lint` finds that the file has no Changes-Since row.
+TEST_F(AuthorCommands, AddOfTheFirstChangePrintsNoFindingOnTheFile) {
+  WriteData("");
+  EXPECT_EQ("", OutputOf({"add", "{data}", "--grouping-id", "MISC", "--app-version", "25.1",
+                          "--message", "new"}));
+}
+
 TEST_F(AuthorCommands, AddReportsItsOwnMistakeEvenIfManyRowsHaveIt) {
   std::string rows = "25.1,Changes-Since\n";
   for (std::size_t i = 0; i <= author::kMaximumFindings; ++i) rows += "25.1,misc,,,,,,,,old\n";

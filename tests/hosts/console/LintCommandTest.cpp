@@ -1,6 +1,7 @@
 // Runs `ornwhatsnew lint` as an author or a script would.
 #include <filesystem>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include <gmock/gmock.h>
@@ -127,6 +128,17 @@ TEST_F(LintCommandTest, TerminalShowsTheLineWithCarets) {
   EXPECT_THAT(result.output, HasSubstr("  4.3,bugfix,ORN-1,,,,,,,Text\n      ^^^^^^\n"));
 }
 
+TEST_F(LintCommandTest, EachSeverityHasItsOwnColor) {
+  WriteNote();
+  for (const auto& [severity, color] :
+       {std::pair("error", "31"), std::pair("warning", "35"), std::pair("note", "94")}) {
+    EXPECT_THAT(Run({"lint", "{data}", "--color", "always", "--severity",
+                     std::string("unreviewed-left=") + severity})
+                    .output,
+                HasSubstr(std::string(": \x1B[1;") + color + "m" + severity + "\x1B[0m: "));
+  }
+}
+
 TEST_F(LintCommandTest, LineWithCaretsHasNoLineEnd) {
   WriteData("4.2,Changes-Since\r\n4.3,bugfix,ORN-1,,,,,,,Text\r\n");
   EXPECT_THAT(Run({"lint", "{data}", "--color", "always"}).output,
@@ -179,6 +191,15 @@ TEST_F(LintCommandTest, FixCorrectsTheFile) {
   EXPECT_EQ(result.exitStatus, 0);
   EXPECT_THAT(result.errors, HasSubstr("corrected one mistake in"));
   EXPECT_THAT(Content(), HasSubstr("\n4.3,BUGFIX,ORN-1,"));
+}
+
+TEST_F(LintCommandTest, OnlyFixAllAnnouncesAChangeAgain) {
+  WriteData("4.2,Changes-Since\n4.3,MISC, ORN-1,,,,,,,Text\n");
+  EXPECT_THAT(Run({"lint", "{data}", "--fix"}).errors,
+              HasSubstr("--fix=all makes one more correction, but announces "));
+  EXPECT_THAT(Content(), HasSubstr("\n4.3,MISC, ORN-1,"));
+  EXPECT_THAT(Run({"lint", "{data}", "--fix=all"}).errors, HasSubstr("corrected one mistake in"));
+  EXPECT_THAT(Content(), HasSubstr("\n4.3,MISC,ORN-1,"));
 }
 
 TEST_F(LintCommandTest, FixKeepsMistakesWhoseCodeIsOff) {

@@ -1,4 +1,5 @@
 // Runs the program as a user or a script does, and checks its output and exit status.
+#include <cstdlib>
 #include <filesystem>
 #include <string>
 #include <string_view>
@@ -8,6 +9,9 @@
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
+#include <orncore/config/InitializerRegistrar.h>
+
+#include "hosts/console/Program.h"
 #include "tests/hosts/console/ProgramFixture.h"
 
 namespace hosts::console {
@@ -520,6 +524,19 @@ TEST_F(HelpTest, AnInvalidCommandLineIsAnError) {
   EXPECT_THAT(result.output, IsEmpty());
   EXPECT_THAT(result.errors,
               AllOf(StartsWith("ornwhatsnew: "), HasSubstr("--help"), Not(HasSubstr("\x1B"))));
+}
+
+TEST(ProgramDeathTest, EndsItsContextsBeforeItReturns) {
+  const auto run = [] {
+    bool isShutDown = false;
+    const orncore::config::InitializerRegistrar registrar(
+        "test", orncore::config::EInitializerContextFlags::kConsole, [] { return true; },
+        [&isShutDown] { isShutDown = true; });
+    const char* const arguments[] = {"ornwhatsnew"};
+    console::RunProgram(1, arguments);
+    std::_Exit(isShutDown ? 0 : 1);
+  };
+  EXPECT_EXIT(run(), testing::ExitedWithCode(0), "no command given");
 }
 
 }  // namespace

@@ -6,8 +6,10 @@
 #include <string>
 #include <vector>
 
+#include <fcntl.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include "tests/support/ChildProcess.h"
 #include "tests/support/TemporaryFolder.h"
@@ -56,6 +58,16 @@ TEST(GitFile, ReadsAFileBelowTheTopFolderIfGitDirIsSet) {
   EXPECT_EQ(ProblemOf("HEAD", folder.Path() / "sub" / "data.csv"), "");
   EXPECT_EQ(ReadGitFile("HEAD", folder.Path() / "sub" / "data.csv", kNoLimit), "old");
   ::unsetenv("GIT_DIR");
+}
+
+TEST(GitFile, KeepsStandardInputOpen) {
+  const test_support::TemporaryFolder folder;
+  folder.Write("data.csv", "old");
+  Commit(folder.Path());
+  const int flags = ::fcntl(STDIN_FILENO, F_GETFD);
+  ASSERT_GE(flags, 0) << "standard input must be open";
+  EXPECT_EQ(ReadGitFile("HEAD", folder.Path() / "data.csv", kNoLimit), "old");
+  EXPECT_EQ(::fcntl(STDIN_FILENO, F_GETFD), flags);
 }
 
 TEST(GitFile, RejectsARevisionThatIsAnOption) {

@@ -126,6 +126,12 @@ TEST(LintSarif, EscapesPaths) {
   EXPECT_THAT(LintSarif(report), HasSubstr("\"new%20files/what%27s%20new%25.csv\""));
 }
 
+TEST(LintSarif, AbsolutePathIsAFileURI) {
+  LintReport report = LintText(kHeaderRows + kBugfixRow);
+  report.findings.at(0).file = "/new files/data.csv";
+  EXPECT_THAT(LintSarif(report), HasSubstr("\"file:///new%20files/data.csv\""));
+}
+
 TEST(LintGithub, EscapesPropertiesAndMessages) {
   LintReport report = LintText(kHeaderRows + kBugfixRow);
   report.findings.at(0).file = "a,b:c%.csv";

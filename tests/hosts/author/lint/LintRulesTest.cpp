@@ -2,6 +2,7 @@
 // data file for each code.
 #include <string>
 #include <utility>
+#include <vector>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -50,6 +51,22 @@ TEST(LintRules, TextWithAnOpenQuoteDoesNotContinueInAnotherChange) {
 TEST(LintRules, FindsQuotesThatVanishAfterAFieldInQuotes) {
   EXPECT_THAT(CodesOf(LintText(kHeaderRows + "4.3,MISC,\"ORN-1\",,,,,,,The \"start\" window\n")),
               testing::ElementsAre("quotes-vanish"));
+}
+
+TEST(LintRules, FindsEveryTagAndEntity) {
+  std::vector<std::string> markup = {"<br>",     "<br/>",   "<br />", "<p>",     "<BR>",
+                                     "<hr>",     "&amp;",   "&lt;",   "&gt;",    "&quot;",
+                                     "&nbsp;",   "&apos;",  "&#39;",  "&mdash;", "&ndash;",
+                                     "&hellip;", "&#8217;", "&rsquo;"};
+  for (const std::string tag :
+       {"a",    "b",   "i",     "u",   "em",  "strong", "p",   "li", "ul", "ol", "span", "div",
+        "code", "pre", "small", "sub", "sup", "tt",     "kbd", "h1", "h2", "h3", "h4",   "font"}) {
+    markup.push_back("<" + tag + ">the map</" + tag + ">");
+  }
+  for (const std::string& text : markup) {
+    const LintReport report = LintText(kHeaderRows + "4.3,MISC,ORN-1,,,,,,,See " + text + " now\n");
+    ASSERT_THAT(CodesOf(report), testing::ElementsAre("html")) << text;
+  }
 }
 
 TEST(LintRules, AWordThatIsNoQuestionIsNoRatingRequest) {

@@ -1,6 +1,7 @@
 #include "hosts/author/lint/NearestWord.h"
 
 #include <array>
+#include <span>
 #include <string>
 #include <string_view>
 
@@ -34,6 +35,30 @@ TEST(Fold, RemovesEveryKindOfSpaceAndInvisibleCharacter) {
 TEST(NearestWord, FindsAWordWithExchangedOrMissingCharacters) {
   EXPECT_EQ(NearestWord("BUGIFX", kWords), "BUGFIX");
   EXPECT_EQ(NearestWord("Unreviwed", kWords), "Unreviewed");
+}
+
+TEST(NearestWord, AllowsMoreDifferencesInALongerWord) {
+  const struct {
+    std::string_view word;
+    std::string_view similar;
+    std::string_view different;
+  } cases[] = {
+      {"ab", "AB", "xb"},
+      {"abc", "xbc", "xyc"},
+      {"abcde", "xbcde", "xycde"},
+      {"abcdef", "xycdef", "xyzdef"},
+      {"abcdefghi", "xycdefghi", "xyzdefghi"},
+      {"abcdefghij", "xyzdefghij", "wxyzefghij"},
+  };
+  for (const auto& [word, similar, different] : cases) {
+    EXPECT_EQ(NearestWord(similar, std::span(&word, 1)), word);
+    EXPECT_EQ(NearestWord(different, std::span(&word, 1)), std::nullopt) << word;
+  }
+}
+
+TEST(NearestWord, CountsAnExchangeOfAdjacentCharactersAsOneDifference) {
+  EXPECT_EQ(NearestWord("IMSC", kWords), "MISC");
+  EXPECT_EQ(NearestWord("IMCS", kWords), std::nullopt);
 }
 
 TEST(NearestWord, FindsAWordWithASuffix) {
