@@ -15,7 +15,7 @@
 #include "hosts/common/MessageText.h"
 #include "hosts/console/AuthorErrors.h"
 #include "hosts/console/Commands.h"
-#include "hosts/console/StandardStreams.h"
+#include "hosts/console/ErrorReport.h"
 #include "hosts/console/WhatsNewLoading.h"
 
 namespace hosts::console {

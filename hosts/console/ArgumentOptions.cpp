@@ -16,8 +16,7 @@ struct OptionFlag {
 
 const OptionFlag kOnlyNewFlag = {"--only-new", ornwhatsnew::kShowOnlyNew,
                                  "Show only what you have not seen yet"};
-const OptionFlag kRatingFlag = {"--rating", ornwhatsnew::kRatingView,
-                                "Show only features that you have seen and can rate"};
+const OptionFlag kRatingFlag = {"--rating", ornwhatsnew::kRatingView, common::kRatingHelp};
 const OptionFlag kFilterFlags[] = {
     {"--platform", ornwhatsnew::kFilterRelevantPlatform, "Omit changes for other platforms"},
     {"--relevant-versions", ornwhatsnew::kFilterRelevantVersion,
@@ -39,16 +38,11 @@ void AddFlag(CLI::App& command, const OptionFlag& flag, DisplayOptions& options)
 }  // namespace
 
 void AddData(CLI::App& command, std::filesystem::path& data) {
-  command.add_option("DATA", data, "The What's New data file")->required()->type_name("");
+  command.add_option("DATA", data, common::kDataHelp)->required()->type_name("");
 }
 
 void AddState(CLI::App& command, std::optional<std::filesystem::path>& state) {
-  command
-      .add_option("--state", state,
-                  "The state store; ':memory:' stores nothing.\n"
-                  "Default: ornwhatsnew/state.json in $XDG_STATE_HOME,\n"
-                  "or in ~/.local/state if that is not set")
-      ->type_name("FILE");
+  command.add_option("--state", state, common::kStateHelp)->type_name("FILE");
 }
 
 void AddSources(CLI::App& command, SourceArguments& sources) {

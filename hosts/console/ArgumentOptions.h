@@ -13,6 +13,7 @@
 #include <ornwhatsnew/utility/SharedTypes.h>
 #include <CLI/CLI.hpp>
 
+#include "hosts/common/CommandLineHelp.h"
 #include "hosts/console/Commands.h"
 
 namespace hosts::console {
@@ -26,7 +27,7 @@ void AddData(CLI::App& command, std::filesystem::path& data);
 /// Adds the option `--host`. `Path` is the type of a path, or an optional path.
 template <class Path>
 CLI::Option* AddHost(CLI::App& command, Path& host) {
-  return command.add_option("--host", host, "The host description, a JSON file")->type_name("FILE");
+  return command.add_option("--host", host, common::kHostHelp)->type_name("FILE");
 }
 
 /// Adds the option `--state`.

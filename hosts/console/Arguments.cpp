@@ -9,6 +9,7 @@
 #include <CLI/CLI.hpp>
 
 #include "hosts/author/lint/LintConfig.h"
+#include "hosts/common/CommandLineHelp.h"
 #include "hosts/console/ArgumentOptions.h"
 #include "hosts/console/ParseErrors.h"
 
@@ -19,9 +20,6 @@ using ornwhatsnew::DataColumn;
 
 constexpr std::size_t kMaximumWidth = 100'000;
 constexpr std::size_t kMaximumLine = 1'000'000'000;
-/// The width of the column with the names in help texts. On a terminal with 80 columns, 56 columns
-/// remain for the descriptions.
-constexpr std::size_t kHelpNameColumns = 24;
 
 constexpr const char* kExitStatusHelp = R"(Exit status:
    0  success
@@ -123,7 +121,7 @@ void ForbidFlagValues(CLI::App& command) {
 class CommandLine {
  public:
   CommandLine() {
-    app_.get_formatter()->column_width(kHelpNameColumns);
+    app_.get_formatter()->column_width(common::kHelpNameColumns);
     app_.require_subcommand(1);
     app_.set_version_flag("--version", "ornwhatsnew " + std::string(ornwhatsnew::kVersionText));
     AddShow();

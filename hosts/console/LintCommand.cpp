@@ -16,10 +16,14 @@
 #include "hosts/author/lint/LintConfig.h"
 #include "hosts/author/lint/LintFix.h"
 #include "hosts/author/lint/LintOutput.h"
+#include "hosts/common/FileDescriptor.h"
 #include "hosts/common/MessageText.h"
+#include "hosts/common/StandardStreams.h"
+#include "hosts/common/TextFile.h"
 #include "hosts/console/Commands.h"
+#include "hosts/console/ErrorReport.h"
 #include "hosts/console/LintText.h"
-#include "hosts/console/StandardStreams.h"
+#include "hosts/console/TerminalDetection.h"
 #include "hosts/console/WhatsNewLoading.h"
 
 namespace hosts::console {
@@ -41,7 +45,7 @@ std::string ReadStandardInput() {
   std::string block(std::size_t{1} << 16, '\0');
   while (true) {
     const ssize_t count = ::read(STDIN_FILENO, block.data(), block.size());
-    if (count < 0 && ShouldRepeat(errno, STDIN_FILENO, POLLIN)) continue;
+    if (count < 0 && common::ShouldRepeat(errno, STDIN_FILENO, POLLIN)) continue;
     if (count < 0) {
       Fail("cannot read standard input: " + std::generic_category().message(errno));
     }
@@ -52,7 +56,8 @@ std::string ReadStandardInput() {
 }
 
 std::string ReadDataFile(const std::string& file) {
-  return file == kStandardInput ? ReadStandardInput() : ReadInputFile(file, kMaximumAuthorFile);
+  return file == kStandardInput ? ReadStandardInput()
+                                : common::ReadInputFile(file, kMaximumAuthorFile);
 }
 
 /// Returns the severities from the configuration file of `file` and from the command line. The
@@ -97,16 +102,16 @@ class LintRun {
 
   void Print() {
     author::FinishReport(report_);
-    if (arguments_.isDryRun) return WriteOutput(diff_);
+    if (arguments_.isDryRun) return common::WriteOutput(diff_);
     switch (arguments_.format) {
       case LintFormat::kText:
         return PrintText();
       case LintFormat::kJson:
-        return WriteOutput(author::LintJson(report_));
+        return common::WriteOutput(author::LintJson(report_));
       case LintFormat::kSarif:
-        return WriteOutput(author::LintSarif(report_));
+        return common::WriteOutput(author::LintSarif(report_));
       case LintFormat::kGithub:
-        return WriteOutput(author::LintGithub(report_));
+        return common::WriteOutput(author::LintGithub(report_));
     }
   }
 
@@ -155,7 +160,7 @@ class LintRun {
     const bool isStyled = DetectTerminalOptions(arguments_.color, 0).hasStyles;
     std::string output = LintText(report_, texts_, isStyled);
     for (const std::string& reason : report_.notJudged) output += reason + "\n";
-    WriteOutput(output + author::LintSummary(report_) + "\n");
+    common::WriteOutput(output + author::LintSummary(report_) + "\n");
   }
 
   const LintArguments& arguments_;
@@ -180,11 +185,11 @@ void RequireUsableFiles(const LintArguments& arguments) {
 
 ExitStatus RunLint(const LintArguments& arguments) {
   if (arguments.explained) {
-    WriteOutput(author::Explanation(*arguments.explained));
+    common::WriteOutput(author::Explanation(*arguments.explained));
     return ExitStatus::kDone;
   }
   if (arguments.listsCodes) {
-    WriteOutput(author::CodeList());
+    common::WriteOutput(author::CodeList());
     return ExitStatus::kDone;
   }
   RequireUsableFiles(arguments);

@@ -6,10 +6,11 @@
 #include <orncore/config/InitializerRegistrar.h>
 #include <orncore/debug/Log.h>
 
+#include "hosts/common/StandardStreams.h"
 #include "hosts/common/ToolError.h"
 #include "hosts/common/WriteSignals.h"
 #include "hosts/console/Arguments.h"
-#include "hosts/console/StandardStreams.h"
+#include "hosts/console/ErrorReport.h"
 
 namespace hosts::console {
 namespace {
@@ -32,7 +33,7 @@ class LiveContexts {
 
 ExitStatus Run(const Answer& answer) {
   if (answer.isError) throw ToolError(ExitStatus::kUsage, answer.text);
-  WriteOutput(answer.text);
+  common::WriteOutput(answer.text);
   return ExitStatus::kDone;
 }
 

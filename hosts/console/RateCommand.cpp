@@ -8,9 +8,9 @@
 #include <ornwhatsnew/FeatureListItem.h>
 #include <ornwhatsnew/VisibilityExplanation.h>
 
+#include "hosts/common/StandardStreams.h"
 #include "hosts/common/StateStore.h"
 #include "hosts/console/Commands.h"
-#include "hosts/console/StandardStreams.h"
 #include "hosts/console/WhatsNewLoading.h"
 
 namespace hosts::console {
@@ -64,7 +64,7 @@ std::vector<std::string> KeysToRate(const ornwhatsnew::FeatureListData& list) {
 
 ExitStatus Run(const RateArguments& arguments) {
   InstallHostFile(arguments.sources.host);
-  common::StateStore store(StateLocation(arguments.sources.state));
+  common::StateStore store(common::StateLocation(arguments.sources.state));
   const std::shared_ptr<ornwhatsnew::FeatureListData> list =
       LoadWhatsNew(arguments.sources.data, store.Getter(), store.Setter());
   const std::vector<std::string> keys = KeysToRate(*list);
@@ -72,8 +72,8 @@ ExitStatus Run(const RateArguments& arguments) {
   list->MarkItemHasBeenRated(arguments.key);
   store.Commit();
   const std::string key = orncore::string::EscapeInvisible(arguments.key);
-  WriteOutput("Thank you. Your rating of " + key + " was stored.\n",
-              "your rating of " + key + " was stored");
+  common::WriteOutput("Thank you. Your rating of " + key + " was stored.\n",
+                      "your rating of " + key + " was stored");
   return ExitStatus::kDone;
 }
 
