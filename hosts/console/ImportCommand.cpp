@@ -73,8 +73,6 @@ ExitStatus Run(const ImportArguments& arguments) {
     } else {
       author::WriteWholeFile(arguments.output, dataFile);
     }
-  } catch (const author::OptionError& error) {
-    throw ToolError(ExitStatus::kUsage, error.what());
   } catch (const author::InputError& error) {
     throw ToToolError(arguments.table, error);
   } catch (const std::system_error& error) {

@@ -6,6 +6,7 @@
 #include <orncore/config/InitializerRegistrar.h>
 #include <orncore/debug/Log.h>
 
+#include "hosts/author/InputError.h"
 #include "hosts/common/StandardStreams.h"
 #include "hosts/common/ToolError.h"
 #include "hosts/common/WriteSignals.h"
@@ -41,7 +42,11 @@ ExitStatus RunRequest(int argc, const char* const* argv) {
   const Request request = ParseArguments(argc, argv);
   orncore::debug::SetLogSink([](std::string_view line) { ReportError(line); });
   const LiveContexts contexts;
-  return std::visit([](const auto& arguments) { return Run(arguments); }, request);
+  try {
+    return std::visit([](const auto& arguments) { return Run(arguments); }, request);
+  } catch (const author::OptionError& error) {
+    throw ToolError(ExitStatus::kUsage, error.what());
+  }
 }
 
 }  // namespace

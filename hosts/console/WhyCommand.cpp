@@ -7,7 +7,6 @@
 #include <ornwhatsnew/WhatsNewTypes.h>
 #include <ornwhatsnew/utility/PersistedList.h>
 
-#include "hosts/author/InputError.h"
 #include "hosts/author/why/WhyReport.h"
 #include "hosts/common/StandardStreams.h"
 #include "hosts/common/StateStore.h"
@@ -44,11 +43,7 @@ ExitStatus Run(const WhyArguments& arguments) {
   const std::string text = common::ReadInputFile(file, kMaximumAuthorFile);
   const ornwhatsnew::FeatureListData list(text, store.Getter(), store.Setter());
   const author::WhyReport report(list, file.native(), text, arguments.options, UserVersions(store));
-  try {
-    common::WriteOutput(Explain(report, arguments));
-  } catch (const author::InputError& error) {
-    throw ToolError(ExitStatus::kUsage, "cannot explain '" + file.native() + "': " + error.what());
-  }
+  common::WriteOutput(Explain(report, arguments));
   return ExitStatus::kDone;
 }
 
