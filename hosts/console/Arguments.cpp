@@ -86,11 +86,11 @@ constexpr const char* kLintExitStatusHelp = R"(Exit status of lint:
    2  the files could not be checked, for any reason)";
 
 /// Converts the value of `--fix`. CLI11 passes "true" if the option has no value.
-LintFixMode ParseFixMode(const std::string& word) {
-  if (word.empty()) return LintFixMode::kNone;
-  if (word == "true") return LintFixMode::kSafe;
+std::optional<author::FixScope> ParseFixScope(const std::string& word) {
+  if (word.empty()) return std::nullopt;
+  if (word == "true") return author::FixScope::kSafe;
   if (word != "all") throw CLI::ValidationError("--fix", "'" + word + "' is not 'all'");
-  return LintFixMode::kAll;
+  return author::FixScope::kAll;
 }
 
 /// Returns whether `name` is the long name of an option of `command` that takes a value.
@@ -296,7 +296,7 @@ class CommandLine {
     command.callback([this, files] {
       const bool needsFile = !lint_.explained && !lint_.listsCodes;
       if (needsFile && files->count() == 0) throw CLI::RequiredError("DATA");
-      lint_.fix = ParseFixMode(fixWord_);
+      lint_.fix = ParseFixScope(fixWord_);
       request_ = lint_;
     });
     command.footer(kLintExitStatusHelp);
