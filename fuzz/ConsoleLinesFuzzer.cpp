@@ -19,7 +19,7 @@
 #include "fuzz/Property.h"
 #include "fuzz/TerminalScan.h"
 #include "hosts/console/Commands.h"
-#include "hosts/console/StandardStreams.h"
+#include "hosts/console/ErrorReport.h"
 #include "tests/support/PlainText.h"
 #include "tests/support/TemporaryFolder.h"
 

@@ -31,8 +31,6 @@ std::string_view Find(const StateValues& values, std::string_view key) {
   return found == values.end() ? std::string_view() : std::string_view(found->second);
 }
 
-}  // namespace
-
 std::filesystem::path DefaultStateLocation() {
   const std::filesystem::path file = std::filesystem::path("ornwhatsnew") / "state.json";
   const char* const stateHome = std::getenv("XDG_STATE_HOME");
@@ -46,6 +44,12 @@ std::filesystem::path DefaultStateLocation() {
   throw StateStoreError(
       "cannot find a folder for the state store: neither XDG_STATE_HOME nor HOME contains an "
       "absolute path; set one of them, or name a file with --state");
+}
+
+}  // namespace
+
+std::filesystem::path StateLocation(const std::optional<std::filesystem::path>& named) {
+  return named ? *named : DefaultStateLocation();
 }
 
 StateStore::StateStore(const std::filesystem::path& location, std::chrono::milliseconds patience)

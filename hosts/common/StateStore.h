@@ -8,6 +8,7 @@
 #include <filesystem>
 #include <functional>
 #include <map>
+#include <optional>
 #include <stdexcept>
 #include <string>
 #include <string_view>
@@ -38,10 +39,11 @@ using ornwhatsnew::kLastVersionSeenKey;
 /// destroyed.
 inline constexpr std::string_view kMemoryLocation = ":memory:";
 
-/// Returns the path of `ornwhatsnew/state.json` in the user's state folder. That folder is
+/// Returns `named`, the location that the user names on the command line. If `named` is absent,
+/// returns the path of `ornwhatsnew/state.json` in the user's state folder. That folder is
 /// `$XDG_STATE_HOME`, or `$HOME/.local/state` if that variable does not contain an absolute path.
 /// Throws `StateStoreError` if `$HOME` does not contain one either.
-std::filesystem::path DefaultStateLocation();
+std::filesystem::path StateLocation(const std::optional<std::filesystem::path>& named);
 
 /// A state store. An object contains a copy of the stored values as of the last read, and a buffer
 /// of values that are not written yet.

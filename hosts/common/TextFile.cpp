@@ -3,12 +3,27 @@
 #include <cerrno>
 #include <system_error>
 
+#include "hosts/common/ToolError.h"
+
 namespace hosts::common {
 
 std::string ReadTextFile(const std::filesystem::path& file, std::size_t maxBytes) {
   const auto memory = orncore::filesupport::ReadRegularFile(file, {}, maxBytes);
   const auto bytes = memory->Bytes();
   return {reinterpret_cast<const char*>(bytes.data()), bytes.size()};
+}
+
+std::string ReadInputFile(const std::filesystem::path& file, std::size_t maxBytes) {
+  try {
+    return ReadTextFile(file, maxBytes);
+  } catch (const orncore::config::ResultError& error) {
+    // The system's message "File too large" does not contain the limit.
+    const std::string message = error.Result() == -EFBIG
+                                    ? "cannot open '" + file.native() + "': larger than " +
+                                          std::to_string(maxBytes >> 20) + " MiB"
+                                    : OpenErrorMessage(file, error);
+    throw ToolError(ExitStatus::kInput, message);
+  }
 }
 
 std::string_view WithoutByteOrderMark(std::string_view text) {

@@ -17,6 +17,11 @@ namespace hosts::common {
 std::string ReadTextFile(const std::filesystem::path& file,
                          std::size_t maxBytes = orncore::filesupport::kMaxFileBytes);
 
+/// Returns the same as `ReadTextFile`. On failure, throws `ToolError` with the status `kInput` and
+/// a message such as "cannot open 'x.csv': No such file or directory".
+std::string ReadInputFile(const std::filesystem::path& file,
+                          std::size_t maxBytes = orncore::filesupport::kMaxFileBytes);
+
 /// The byte order mark of UTF-8, with which some spreadsheet programs begin a file.
 inline constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 

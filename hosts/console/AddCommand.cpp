@@ -15,7 +15,7 @@
 #include "hosts/common/MessageText.h"
 #include "hosts/console/AuthorErrors.h"
 #include "hosts/console/Commands.h"
-#include "hosts/console/StandardStreams.h"
+#include "hosts/console/ErrorReport.h"
 #include "hosts/console/WhatsNewLoading.h"
 
 namespace hosts::console {
@@ -29,9 +29,7 @@ using author::Finding;
 std::vector<Finding> LintLastRow(const std::filesystem::path& file, const std::string& content) {
   author::LintReport report =
       author::LintDataFile(file.native(), content, nullptr, author::LintScope::kLastRow);
-  if (const auto config = author::FindLintConfig(file)) {
-    author::ApplySeverities(report, author::ReadLintConfig(*config));
-  }
+  author::ApplySeverities(report, author::ConfiguredSeverities(file));
   author::FinishReport(report);
   const bool areRowsJudged = report.changes > 0;
   const auto lastLine = static_cast<std::size_t>(std::ranges::count(content, '\n'));
@@ -81,8 +79,6 @@ ExitStatus Run(const AddArguments& arguments) {
     author::ChangeWholeFile(arguments.data, [&](std::string_view dataFile) {
       return AddChange(arguments, dataFile, findings);
     });
-  } catch (const author::OptionError& error) {
-    throw ToolError(ExitStatus::kUsage, error.what());
   } catch (const author::InputError& error) {
     throw ToToolError(arguments.data, error);
   } catch (const std::system_error& error) {

@@ -1,30 +1,25 @@
 #include "hosts/console/Arguments.h"
 
 #include <algorithm>
-#include <charconv>
 #include <span>
-#include <sstream>
 #include <string_view>
-#include <system_error>
-#include <utility>
 #include <vector>
 
 #include <ornwhatsnew/Version.h>
 #include <CLI/CLI.hpp>
 
 #include "hosts/author/lint/LintConfig.h"
+#include "hosts/common/CommandLineHelp.h"
+#include "hosts/console/ArgumentOptions.h"
+#include "hosts/console/ParseErrors.h"
 
 namespace hosts::console {
 namespace {
 
 using ornwhatsnew::DataColumn;
-using ornwhatsnew::DisplayOptions;
 
 constexpr std::size_t kMaximumWidth = 100'000;
 constexpr std::size_t kMaximumLine = 1'000'000'000;
-/// The width of the column with the names in help texts. On a terminal with 80 columns, 56 columns
-/// remain for the descriptions.
-constexpr std::size_t kHelpNameColumns = 24;
 
 constexpr const char* kExitStatusHelp = R"(Exit status:
    0  success
@@ -40,25 +35,6 @@ constexpr const char* kExitStatusHelp = R"(Exit status:
   11  status --exit-status: something can be rated
   12  status --exit-status: something is new, and something can be rated
 The exit status of lint has other meanings; run 'ornwhatsnew lint --help'.)";
-
-struct OptionFlag {
-  const char* name;
-  DisplayOptions option;
-  const char* description;
-};
-
-const OptionFlag kOnlyNewFlag = {"--only-new", ornwhatsnew::kShowOnlyNew,
-                                 "Show only what you have not seen yet"};
-const OptionFlag kRatingFlag = {"--rating", ornwhatsnew::kRatingView,
-                                "Show only features that you have seen and can rate"};
-const OptionFlag kFilterFlags[] = {
-    {"--platform", ornwhatsnew::kFilterRelevantPlatform, "Omit changes for other platforms"},
-    {"--relevant-versions", ornwhatsnew::kFilterRelevantVersion,
-     "Omit changes that are relevant only to versions that\n"
-     "you never used"},
-    {"--headlines", ornwhatsnew::kFilterHeadlinesOnly,
-     "Omit every change whose salience is not malformed"},
-};
 
 /// An option for a field of a new change. The option is named after the short name of the column.
 struct ColumnOption {
@@ -80,15 +56,6 @@ const ColumnOption kColumnOptions[] = {
     {"--message", DataColumn::kDescription, "The text of the change"},
 };
 
-/// The words that an option accepts, and their meanings.
-template <class Choice>
-struct Choices {
-  const char* noun;  ///< what each word is, with an article, for error messages
-  std::vector<std::pair<std::string, Choice>> words;
-};
-
-const Choices<OutputFormat> kFormats = {
-    "a format", {{"text", OutputFormat::kText}, {"json", OutputFormat::kJson}}};
 const Choices<PanelFormat> kPanelFormats = {"a format",
                                             {{"text", PanelFormat::kText},
                                              {"plain", PanelFormat::kPlain},
@@ -118,94 +85,12 @@ constexpr const char* kLintExitStatusHelp = R"(Exit status of lint:
    1  a finding has at least the severity of --fail-on
    2  the files could not be checked, for any reason)";
 
-void AddFlag(CLI::App& command, const OptionFlag& flag, DisplayOptions& options) {
-  command.add_flag_callback(
-      flag.name, [&options, option = flag.option] { options = options | option; },
-      flag.description);
-}
-
-void AddFilters(CLI::App& command, DisplayOptions& options) {
-  for (const OptionFlag& flag : kFilterFlags) AddFlag(command, flag, options);
-}
-
-/// Returns a list of the words for a message, such as "text, json or sarif".
-template <class Choice>
-std::string ListOfWords(const Choices<Choice>& choices) {
-  std::string list;
-  for (const auto& [word, choice] : choices.words) {
-    if (!list.empty()) list += word == choices.words.back().first ? " or " : ", ";
-    list += word;
-  }
-  return list;
-}
-
-/// Adds an option that accepts the words of `choices`. Does not use `IsMember` of CLI11, whose
-/// error message does not quote the word.
-template <class Choice>
-CLI::Option* AddChoice(CLI::App& command, const std::string& name, const Choices<Choice>& choices,
-                       Choice& chosen, const std::string& description) {
-  const auto choose = [&choices, &chosen, name](const std::string& word) {
-    const auto found =
-        std::ranges::find(choices.words, word, &std::pair<std::string, Choice>::first);
-    if (found == choices.words.end()) {
-      throw CLI::ValidationError(
-          name, "'" + word + "' is not " + choices.noun + "; write " + ListOfWords(choices));
-    }
-    chosen = found->second;
-  };
-  return command.add_option_function<std::string>(name, choose, description);
-}
-
-void AddFormat(CLI::App& command, OutputFormat& format) {
-  AddChoice(command, "--format", kFormats, format, "Print the result as text (default) or json")
-      ->type_name("FORMAT");
-}
-
-template <class Path>
-CLI::Option* AddHost(CLI::App& command, Path& host) {
-  return command.add_option("--host", host, "The host description, a JSON file")->type_name("FILE");
-}
-
-void AddState(CLI::App& command, std::optional<std::filesystem::path>& state) {
-  command
-      .add_option("--state", state,
-                  "The state store; ':memory:' stores nothing.\n"
-                  "Default: ornwhatsnew/state.json in $XDG_STATE_HOME,\n"
-                  "or in ~/.local/state if that is not set")
-      ->type_name("FILE");
-}
-
-void AddSources(CLI::App& command, SourceArguments& sources) {
-  command.add_option("DATA", sources.data, "The What's New data file")->required()->type_name("");
-  AddHost(command, sources.host)->required();
-  AddState(command, sources.state);
-}
-
-/// Adds an option for a number from `minimum` to `maximum`. Does not use the conversion of CLI11,
-/// because that reads "010" as an octal number and accepts hexadecimal numbers, spaces and signs.
-CLI::Option* AddNumber(CLI::App& command, const std::string& name,
-                       std::optional<std::size_t>& number, std::size_t minimum, std::size_t maximum,
-                       const std::string& description) {
-  const auto parse = [=, &number](const std::string& word) {
-    std::size_t value = 0;
-    const char* const end = word.data() + word.size();
-    const auto [parsed, error] = std::from_chars(word.data(), end, value);
-    if (error != std::errc() || parsed != end || value < minimum || value > maximum) {
-      throw CLI::ValidationError(name, "'" + word + "' is not a number from " +
-                                           std::to_string(minimum) + " to " +
-                                           std::to_string(maximum));
-    }
-    number = value;
-  };
-  return command.add_option_function<std::string>(name, parse, description);
-}
-
 /// Converts the value of `--fix`. CLI11 passes "true" if the option has no value.
-LintFixMode ParseFixMode(const std::string& word) {
-  if (word.empty()) return LintFixMode::kNone;
-  if (word == "true") return LintFixMode::kSafe;
+std::optional<author::FixScope> ParseFixScope(const std::string& word) {
+  if (word.empty()) return std::nullopt;
+  if (word == "true") return author::FixScope::kSafe;
   if (word != "all") throw CLI::ValidationError("--fix", "'" + word + "' is not 'all'");
-  return LintFixMode::kAll;
+  return author::FixScope::kAll;
 }
 
 /// Returns whether `name` is the long name of an option of `command` that takes a value.
@@ -222,46 +107,6 @@ const CLI::App* SubcommandOrSelf(const CLI::App& command, const std::string& nam
   return found.empty() ? &command : found.front();
 }
 
-std::string FullName(const CLI::App& command) {
-  const CLI::App* const parent = command.get_parent();
-  return (parent == nullptr ? "" : FullName(*parent) + " ") + command.get_name();
-}
-
-/// Returns the error message for a missing or unknown command. The message of CLI11 cannot be used,
-/// because it reports an unknown command as missing and does not contain its name.
-std::string MissingCommandMessage(const CLI::App& command) {
-  const std::vector<std::string> words = command.remaining();
-  if (words.empty()) return "no command given";
-  const bool isOption = words.front().starts_with('-');
-  return std::string(isOption ? "unknown option '" : "unknown command '") + words.front() + "'";
-}
-
-/// Returns the first unknown option of `command`, or an empty string if there is none.
-std::string UnknownOption(const CLI::App& command) {
-  for (const std::string& word : command.remaining()) {
-    if (word == "--") break;
-    if (word.starts_with('-')) return word;
-  }
-  return "";
-}
-
-/// Returns the error message for words that no command accepts. The message of CLI11 cannot be
-/// used, because it lists the words in reverse order.
-std::string UnexpectedWordsMessage(const CLI::App& command) {
-  constexpr bool kWithSubcommands = true;
-  std::vector<std::string> words = command.remaining(kWithSubcommands);
-  // `remaining` also returns the "--" that ends the options. `remaining_size` does not count it.
-  if (words.size() > command.remaining_size(kWithSubcommands)) {
-    words.erase(std::ranges::find(words, "--"));
-  }
-  if (words.size() == 1 && words.front().starts_with('-')) {
-    return "unknown option '" + words.front() + "'";
-  }
-  std::string message = words.size() == 1 ? "unexpected argument" : "unexpected arguments";
-  for (const std::string& word : words) message += " '" + word + "'";
-  return message;
-}
-
 /// Makes CLI11 reject a value after a flag of `command` or of its subcommands, as in "--watch=3".
 /// The only flag with an optional value is `--fix`.
 void ForbidFlagValues(CLI::App& command) {
@@ -272,20 +117,11 @@ void ForbidFlagValues(CLI::App& command) {
   for (CLI::App* const subcommand : command.get_subcommands({})) ForbidFlagValues(*subcommand);
 }
 
-/// Returns the error message for an option that has a wrong number of values. `message` is the
-/// message of CLI11, which is not clear. It begins with the name of the option.
-std::string ValueCountMessage(std::string_view message) {
-  std::string name(message.substr(0, message.find_first_of(": ")));
-  if (!name.starts_with('-')) name.insert(0, "--");
-  if (message.find("At Most") != message.npos) return name + " can be given only once";
-  return name + (message.ends_with(" missing") ? " requires a value" : " takes no value");
-}
-
 /// Parses the command line with CLI11 and stores the arguments of each command.
 class CommandLine {
  public:
   CommandLine() {
-    app_.get_formatter()->column_width(kHelpNameColumns);
+    app_.get_formatter()->column_width(common::kHelpNameColumns);
     app_.require_subcommand(1);
     app_.set_version_flag("--version", "ornwhatsnew " + std::string(ornwhatsnew::kVersionText));
     AddShow();
@@ -308,7 +144,7 @@ class CommandLine {
     try {
       app_.parse(WordsForParser(words));
     } catch (const CLI::ParseError& error) {
-      return AnswerTo(error);
+      return AnswerTo(app_, error);
     }
     return request_;
   }
@@ -326,9 +162,7 @@ class CommandLine {
     CLI::App& command =
         AddCommand(app_, "show", "Show the What's New panel, and mark its content as seen", show_);
     AddSources(command, show_.sources);
-    AddFlag(command, kOnlyNewFlag, show_.options);
-    AddFilters(command, show_.options);
-    AddFlag(command, kRatingFlag, show_.options);
+    AddDisplayOptions(command, show_.options);
     command.add_flag("--no-remember", show_.storesNothing,
                      "Do not mark the shown items and changes as seen");
     AddChoice(command, "--format", kPanelFormats, show_.format,
@@ -366,9 +200,7 @@ class CommandLine {
         ->type_name("N");
     command.add_option("--key", why_.key, "Explain only the feature or section with this key")
         ->type_name("KEY");
-    AddFlag(command, kOnlyNewFlag, why_.options);
-    AddFilters(command, why_.options);
-    AddFlag(command, kRatingFlag, why_.options);
+    AddDisplayOptions(command, why_.options);
     // Do not use `excludes` of CLI11, which changes the help of both options.
     command.callback([this] {
       if (why_.line && why_.key) throw CLI::ValidationError("--key", "cannot be used with --line");
@@ -414,7 +246,7 @@ class CommandLine {
 
   void AddAdd() {
     CLI::App& command = AddCommand(app_, "add", "Add a change to a data file", add_);
-    command.add_option("DATA", add_.data, "The What's New data file")->required()->type_name("");
+    AddData(command, add_.data);
     for (const ColumnOption& option : kColumnOptions) {
       std::string& field = add_.fields[ornwhatsnew::ColumnIndex(option.column)];
       command.add_option(option.name, field, option.description)->type_name("TEXT");
@@ -464,7 +296,7 @@ class CommandLine {
     command.callback([this, files] {
       const bool needsFile = !lint_.explained && !lint_.listsCodes;
       if (needsFile && files->count() == 0) throw CLI::RequiredError("DATA");
-      lint_.fix = ParseFixMode(fixWord_);
+      lint_.fix = ParseFixScope(fixWord_);
       request_ = lint_;
     });
     command.footer(kLintExitStatusHelp);
@@ -473,9 +305,7 @@ class CommandLine {
   void AddPreview() {
     CLI::App& command =
         AddCommand(app_, "preview", "Write a web page with the panels of several users", preview_);
-    command.add_option("DATA", preview_.data, "The What's New data file")
-        ->required()
-        ->type_name("");
+    AddData(command, preview_.data);
     AddHost(command, preview_.host)->required();
     command
         .add_option("--seen", preview_.seen,
@@ -575,41 +405,6 @@ class CommandLine {
       if (!console_.line.empty()) console_.line += ' ';
       console_.line += word;
     }
-  }
-
-  Answer AnswerTo(const CLI::ParseError& error) {
-    std::ostringstream output;
-    std::ostringstream problem;
-    const bool isError = app_.exit(error, output, problem) != 0;
-    if (!isError) return {output.str(), false};
-    return {ErrorMessage(error) + ". Run '" + FullName(ParsedCommand()) + " --help' for usage.",
-            true};
-  }
-
-  std::string ErrorMessage(const CLI::ParseError& error) const {
-    const CLI::App& command = ParsedCommand();
-    switch (static_cast<CLI::ExitCodes>(error.get_exit_code())) {
-      case CLI::ExitCodes::ExtrasError:
-        return UnexpectedWordsMessage(app_);
-      case CLI::ExitCodes::RequiredError:
-        if (command.get_require_subcommand_min() > 0) return MissingCommandMessage(command);
-        // A misspelt option is the likely reason why a required argument is missing.
-        if (const std::string option = UnknownOption(command); !option.empty()) {
-          return "unknown option '" + option + "'";
-        }
-        return error.what();
-      case CLI::ExitCodes::ArgumentMismatch:
-        return ValueCountMessage(error.what());
-      default:
-        return error.what();
-    }
-  }
-
-  /// Returns the innermost command that CLI11 recognised.
-  const CLI::App& ParsedCommand() const {
-    const CLI::App* command = &app_;
-    while (!command->get_subcommands().empty()) command = command->get_subcommands().back();
-    return *command;
   }
 
   CLI::App app_{"Shows the What's New list of an application.", "ornwhatsnew"};

@@ -14,6 +14,7 @@
 
 #include "hosts/author/DataFileWriter.h"
 #include "hosts/author/lint/Lint.h"
+#include "hosts/author/lint/LintFix.h"
 #include "hosts/common/ToolError.h"
 
 namespace hosts::console {
@@ -87,12 +88,6 @@ struct MessagesArguments {
 };
 
 enum class LintFormat { kText, kJson, kSarif, kGithub };
-/// The mistakes that `lint` corrects in the files.
-enum class LintFixMode {
-  kNone,
-  kSafe,  ///< only mistakes whose correction does not announce a change again
-  kAll,
-};
 
 struct LintArguments {
   std::vector<std::string> files;  ///< "-" is standard input
@@ -102,8 +97,8 @@ struct LintArguments {
   author::Severity failOn = author::Severity::kError;
   author::SeverityOverrides severities;
   std::optional<std::string> baseline;  ///< a file, or "git:REV"
-  LintFixMode fix = LintFixMode::kNone;
-  bool isDryRun = false;  ///< print a diff and change no file
+  std::optional<author::FixScope> fix;  ///< absent: correct no mistake
+  bool isDryRun = false;                ///< print a diff and change no file
   std::optional<author::LintCode> explained;
   bool listsCodes = false;
 };

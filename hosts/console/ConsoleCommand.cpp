@@ -8,9 +8,10 @@
 #include <orncore/string/SafeText.h>
 
 #include "hosts/common/MessageText.h"
+#include "hosts/common/StandardStreams.h"
 #include "hosts/console/Commands.h"
+#include "hosts/console/ErrorReport.h"
 #include "hosts/console/InputLines.h"
-#include "hosts/console/StandardStreams.h"
 #include "hosts/console/WhatsNewLoading.h"
 
 namespace hosts::console {
@@ -47,7 +48,7 @@ bool RunLine(std::string_view line) {
   std::basic_ostringstream<char16_t> output;
   const std::optional<int> result =
       CommandRegistry::Instance().RunLine(orncore::string::UTF8to16(line), output);
-  WriteOutput(orncore::string::UTF16to8(orncore::string::SafeForTerminal(output.str())));
+  common::WriteOutput(orncore::string::UTF16to8(orncore::string::SafeForTerminal(output.str())));
   if (!result) {
     const std::string name = common::WithoutMiddle(line.substr(0, line.find(' ')));
     ReportError("unknown console command '" + name + "'; 'help' lists the commands");
@@ -56,17 +57,17 @@ bool RunLine(std::string_view line) {
 }
 
 bool RunLinesOfInput() {
-  const bool isInteractive = IsInteractive();
+  const bool isInteractive = common::IsInteractive();
   bool isDone = true;
   InputLines lines;
   for (;;) {
-    if (isInteractive) WriteOutput(kPrompt);
+    if (isInteractive) common::WriteOutput(kPrompt);
     std::optional<std::string> line = lines.Next();
     if (!line) break;
     if (line->ends_with('\r')) line->pop_back();
     isDone &= RunLine(*line);
   }
-  if (isInteractive) WriteOutput("\n");
+  if (isInteractive) common::WriteOutput("\n");
   return isDone;
 }
 

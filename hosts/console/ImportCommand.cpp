@@ -10,9 +10,11 @@
 #include "hosts/author/SpreadsheetReader.h"
 #include "hosts/author/TextEncoding.h"
 #include "hosts/common/MessageText.h"
+#include "hosts/common/StandardStreams.h"
+#include "hosts/common/TextFile.h"
 #include "hosts/console/AuthorErrors.h"
 #include "hosts/console/Commands.h"
-#include "hosts/console/StandardStreams.h"
+#include "hosts/console/ErrorReport.h"
 #include "hosts/console/WhatsNewLoading.h"
 
 namespace hosts::console {
@@ -40,8 +42,8 @@ void Report(const std::filesystem::path& file, const std::vector<author::Remark>
 /// Converts the table, and returns the content of the data file. Reports the encoding, the
 /// replacements and the errors. Throws `ToolError` if the table has an error.
 std::string Import(const ImportArguments& arguments) {
-  const author::DecodedText decoded =
-      author::DecodeText(ReadInputFile(arguments.table, kMaximumAuthorFile), arguments.encoding);
+  const author::DecodedText decoded = author::DecodeText(
+      common::ReadInputFile(arguments.table, kMaximumAuthorFile), arguments.encoding);
   ReportError(MessageAt(arguments.table, 0, "read as " + decoded.encoding + ", " + decoded.reason));
   const author::Spreadsheet table = author::ReadSpreadsheet(decoded.text);
   author::ImportResult result = author::ImportSpreadsheet(table);
@@ -67,12 +69,10 @@ ExitStatus Run(const ImportArguments& arguments) {
     if (!isPrinted) RequireUsableOutput(arguments.output, {&arguments.table, 1});
     const std::string dataFile = Import(arguments);
     if (isPrinted) {
-      WriteOutput(dataFile);
+      common::WriteOutput(dataFile);
     } else {
       author::WriteWholeFile(arguments.output, dataFile);
     }
-  } catch (const author::OptionError& error) {
-    throw ToolError(ExitStatus::kUsage, error.what());
   } catch (const author::InputError& error) {
     throw ToToolError(arguments.table, error);
   } catch (const std::system_error& error) {

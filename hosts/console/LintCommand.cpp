@@ -1,25 +1,27 @@
 #include <algorithm>
-#include <cerrno>
 #include <exception>
 #include <set>
 #include <string>
 #include <string_view>
-#include <system_error>
 
-#include <poll.h>
 #include <unistd.h>
 
 #include "hosts/author/FileRewrite.h"
+#include "hosts/author/InputError.h"
 #include "hosts/author/lint/GitFile.h"
 #include "hosts/author/lint/Lint.h"
 #include "hosts/author/lint/LintBaseline.h"
 #include "hosts/author/lint/LintConfig.h"
 #include "hosts/author/lint/LintFix.h"
 #include "hosts/author/lint/LintOutput.h"
+#include "hosts/common/FileDescriptor.h"
 #include "hosts/common/MessageText.h"
+#include "hosts/common/StandardStreams.h"
+#include "hosts/common/TextFile.h"
 #include "hosts/console/Commands.h"
+#include "hosts/console/ErrorReport.h"
 #include "hosts/console/LintText.h"
-#include "hosts/console/StandardStreams.h"
+#include "hosts/console/TerminalDetection.h"
 #include "hosts/console/WhatsNewLoading.h"
 
 namespace hosts::console {
@@ -32,37 +34,20 @@ constexpr std::string_view kStandardInput = "-";
 /// The name of standard input in findings.
 constexpr const char* kStandardInputName = "<stdin>";
 
-[[noreturn]] void Fail(const std::string& message) {
-  throw ToolError(ExitStatus::kLintFailed, message);
-}
-
-std::string ReadStandardInput() {
-  std::string text;
-  std::string block(std::size_t{1} << 16, '\0');
-  while (true) {
-    const ssize_t count = ::read(STDIN_FILENO, block.data(), block.size());
-    if (count < 0 && ShouldRepeat(errno, STDIN_FILENO, POLLIN)) continue;
-    if (count < 0) {
-      Fail("cannot read standard input: " + std::generic_category().message(errno));
-    }
-    if (count == 0) return text;
-    text.append(block, 0, static_cast<std::size_t>(count));
-    if (text.size() > kMaximumAuthorFile) Fail("standard input is larger than 16 MiB");
-  }
-}
-
 std::string ReadDataFile(const std::string& file) {
-  return file == kStandardInput ? ReadStandardInput() : ReadInputFile(file, kMaximumAuthorFile);
+  if (file != kStandardInput) return common::ReadInputFile(file, kMaximumAuthorFile);
+  std::string text = common::ReadToEnd(STDIN_FILENO, kMaximumAuthorFile, "standard input");
+  if (text.size() > kMaximumAuthorFile) {
+    throw author::InputError(0, "standard input is larger than 16 MiB");
+  }
+  return text;
 }
 
 /// Returns the severities from the configuration file of `file` and from the command line. The
 /// command line takes precedence.
 author::SeverityOverrides SeveritiesFor(const std::string& file, const LintArguments& arguments) {
-  author::SeverityOverrides severities;
-  const std::string anchor = file == kStandardInput ? "./stdin" : file;
-  if (const auto config = author::FindLintConfig(anchor)) {
-    severities = author::ReadLintConfig(*config);
-  }
+  author::SeverityOverrides severities =
+      author::ConfiguredSeverities(file == kStandardInput ? "./stdin" : file);
   for (const auto& [code, severity] : arguments.severities) severities[code] = severity;
   return severities;
 }
@@ -83,7 +68,7 @@ class LintRun {
     std::string text = ReadDataFile(file);
     const author::SeverityOverrides severities = SeveritiesFor(file, arguments_);
     LintReport report = author::LintDataFile(name, text, Host());
-    if (arguments_.fix != LintFixMode::kNone) {
+    if (arguments_.fix) {
       // Remove the findings whose codes are off, so that `Fix` does not correct these mistakes.
       author::ApplySeverities(report, severities);
       text = Fix(file, text, report);
@@ -97,16 +82,16 @@ class LintRun {
 
   void Print() {
     author::FinishReport(report_);
-    if (arguments_.isDryRun) return WriteOutput(diff_);
+    if (arguments_.isDryRun) return common::WriteOutput(diff_);
     switch (arguments_.format) {
       case LintFormat::kText:
         return PrintText();
       case LintFormat::kJson:
-        return WriteOutput(author::LintJson(report_));
+        return common::WriteOutput(author::LintJson(report_));
       case LintFormat::kSarif:
-        return WriteOutput(author::LintSarif(report_));
+        return common::WriteOutput(author::LintSarif(report_));
       case LintFormat::kGithub:
-        return WriteOutput(author::LintGithub(report_));
+        return common::WriteOutput(author::LintGithub(report_));
     }
   }
 
@@ -122,9 +107,7 @@ class LintRun {
 
   /// Corrects the file, unless this is a dry run, and returns its new content.
   std::string Fix(const std::string& file, const std::string& text, const LintReport& report) {
-    const auto scope =
-        arguments_.fix == LintFixMode::kAll ? author::FixScope::kAll : author::FixScope::kSafe;
-    author::FixedFile fixed = author::FixDataFile(file, text, report, scope, Host());
+    author::FixedFile fixed = author::FixDataFile(file, text, report, *arguments_.fix, Host());
     diff_ += fixed.diff;
     if (!arguments_.isDryRun && fixed.corrected > 0) {
       author::ReplaceWholeFile(file, text, fixed.text);
@@ -155,7 +138,7 @@ class LintRun {
     const bool isStyled = DetectTerminalOptions(arguments_.color, 0).hasStyles;
     std::string output = LintText(report_, texts_, isStyled);
     for (const std::string& reason : report_.notJudged) output += reason + "\n";
-    WriteOutput(output + author::LintSummary(report_) + "\n");
+    common::WriteOutput(output + author::LintSummary(report_) + "\n");
   }
 
   const LintArguments& arguments_;
@@ -166,25 +149,28 @@ class LintRun {
 };
 
 void RequireUsableFiles(const LintArguments& arguments) {
+  using author::OptionError;
   const bool hasInput = std::ranges::find(arguments.files, kStandardInput) != arguments.files.end();
-  if (hasInput && arguments.fix != LintFixMode::kNone) Fail("--fix cannot correct standard input");
-  if (arguments.isDryRun && arguments.fix == LintFixMode::kNone) Fail("--dry-run requires --fix");
+  if (hasInput && arguments.fix) throw OptionError("--fix cannot correct standard input");
+  if (arguments.isDryRun && !arguments.fix) throw OptionError("--dry-run requires --fix");
   if (!arguments.baseline) return;
   const bool isGit = arguments.baseline->starts_with("git:");
-  if (isGit && hasInput) Fail("git has no earlier version of standard input");
+  if (isGit && hasInput) throw OptionError("git has no earlier version of standard input");
   if (arguments.baseline == kStandardInput && hasInput) {
-    Fail("standard input cannot be both the data file and the baseline");
+    throw OptionError("standard input cannot be both the data file and the baseline");
   }
-  if (!isGit && arguments.files.size() > 1) Fail("a baseline file requires a single data file");
+  if (!isGit && arguments.files.size() > 1) {
+    throw OptionError("a baseline file requires a single data file");
+  }
 }
 
 ExitStatus RunLint(const LintArguments& arguments) {
   if (arguments.explained) {
-    WriteOutput(author::Explanation(*arguments.explained));
+    common::WriteOutput(author::Explanation(*arguments.explained));
     return ExitStatus::kDone;
   }
   if (arguments.listsCodes) {
-    WriteOutput(author::CodeList());
+    common::WriteOutput(author::CodeList());
     return ExitStatus::kDone;
   }
   RequireUsableFiles(arguments);

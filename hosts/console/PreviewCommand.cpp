@@ -15,9 +15,10 @@
 #include "hosts/author/lint/LintConfig.h"
 #include "hosts/author/preview/PreviewPage.h"
 #include "hosts/common/HostDescription.h"
+#include "hosts/common/StandardStreams.h"
 #include "hosts/common/TextFile.h"
 #include "hosts/console/Commands.h"
-#include "hosts/console/StandardStreams.h"
+#include "hosts/console/ErrorReport.h"
 #include "hosts/console/WhatsNewLoading.h"
 
 namespace hosts::console {
@@ -68,7 +69,7 @@ std::vector<FileStamp> InputStamps(const PreviewArguments& arguments) {
 }
 
 author::PreviewFile ReadFile(const fs::path& file) {
-  return {file.native(), ReadInputFile(file, kMaximumAuthorFile)};
+  return {file.native(), common::ReadInputFile(file, kMaximumAuthorFile)};
 }
 
 void WritePage(const PreviewArguments& arguments) {
@@ -78,7 +79,7 @@ void WritePage(const PreviewArguments& arguments) {
   input.host = common::ReadHostDescription(arguments.host);
   if (arguments.seen) input.seen = ReadFile(*arguments.seen);
   const std::string page = author::PreviewPage(input);
-  if (arguments.output == kStandardOutput) return WriteOutput(page);
+  if (arguments.output == kStandardOutput) return common::WriteOutput(page);
   try {
     author::WriteWholeFile(arguments.output, page);
   } catch (const std::system_error& error) {

@@ -6,10 +6,12 @@
 #include <orncore/config/InitializerRegistrar.h>
 #include <orncore/debug/Log.h>
 
+#include "hosts/author/InputError.h"
+#include "hosts/common/StandardStreams.h"
 #include "hosts/common/ToolError.h"
 #include "hosts/common/WriteSignals.h"
 #include "hosts/console/Arguments.h"
-#include "hosts/console/StandardStreams.h"
+#include "hosts/console/ErrorReport.h"
 
 namespace hosts::console {
 namespace {
@@ -32,7 +34,7 @@ class LiveContexts {
 
 ExitStatus Run(const Answer& answer) {
   if (answer.isError) throw ToolError(ExitStatus::kUsage, answer.text);
-  WriteOutput(answer.text);
+  common::WriteOutput(answer.text);
   return ExitStatus::kDone;
 }
 
@@ -40,7 +42,11 @@ ExitStatus RunRequest(int argc, const char* const* argv) {
   const Request request = ParseArguments(argc, argv);
   orncore::debug::SetLogSink([](std::string_view line) { ReportError(line); });
   const LiveContexts contexts;
-  return std::visit([](const auto& arguments) { return Run(arguments); }, request);
+  try {
+    return std::visit([](const auto& arguments) { return Run(arguments); }, request);
+  } catch (const author::OptionError& error) {
+    throw ToolError(ExitStatus::kUsage, error.what());
+  }
 }
 
 }  // namespace

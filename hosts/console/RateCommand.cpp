@@ -3,37 +3,42 @@
 #include <string>
 #include <vector>
 
+#include <orncore/appstatemanager/AppStateManager.h>
 #include <orncore/string/SafeText.h>
 #include <ornwhatsnew/FeatureListItem.h>
-#include <ornwhatsnew/utility/TextHelpers.h>
+#include <ornwhatsnew/VisibilityExplanation.h>
 
+#include "hosts/common/StandardStreams.h"
 #include "hosts/common/StateStore.h"
 #include "hosts/console/Commands.h"
-#include "hosts/console/StandardStreams.h"
 #include "hosts/console/WhatsNewLoading.h"
 
 namespace hosts::console {
 namespace {
 
-using ornwhatsnew::FeatureListItem;
+using ornwhatsnew::HidingRule;
 
-/// Returns whether the user can rate `item`: it is a feature, the panel shows it, and one of its
-/// changes requests a rating. Returns true for a feature that is already rated, because rating it
-/// twice is not an error. Passes no display options to `ShouldShowItemToUser`, so that the result
-/// does not depend on the state.
-bool CanBeRated(const FeatureListItem& item) {
-  return !ornwhatsnew::IsSpecialCaseSection(item.FeatureJiraIDKey()) &&
-         std::ranges::any_of(
-             item.GetAllChanges(),
-             [](const auto& change) { return !change->GetRatingRequestOptional().empty(); }) &&
-         item.ShouldShowItemToUser({}, {}, {});
+/// Returns whether `rule` hides a feature from the rating view only because the user has rated it
+/// or has not seen it, or because none of its changes is shown.
+bool DependsOnStateOrChanges(HidingRule rule) {
+  return rule == HidingRule::kRated || rule == HidingRule::kNotSeen ||
+         rule == HidingRule::kNoShownChange;
+}
+
+/// Returns whether the user can rate the item: the rating view can show it, and one of its changes
+/// requests a rating. Returns true for a feature that the user has not seen yet, and for a feature
+/// that is already rated, because rating it twice is not an error.
+bool CanBeRated(const ornwhatsnew::ItemVisibility& item) {
+  return std::ranges::all_of(item.hidingRules, DependsOnStateOrChanges) &&
+         std::ranges::any_of(item.changes, [](const ornwhatsnew::ChangeVisibility& change) {
+           return std::ranges::count(change.hidingRules, HidingRule::kNoRatingRequest) == 0;
+         });
 }
 
 std::vector<std::string> KeysToRate(const ornwhatsnew::FeatureListData& list) {
   std::vector<std::string> keys;
-  if (FeatureListItem::AnalyticsDisabled()) return keys;
-  for (const auto& [key, item] : list.GetFeatureItems()) {
-    if (item != nullptr && CanBeRated(*item)) keys.push_back(key);
+  for (const auto& item : list.ExplainVisibility(ornwhatsnew::kRatingView)) {
+    if (CanBeRated(item)) keys.push_back(item.item->FeatureJiraIDKey());
   }
   std::ranges::sort(keys);
   return keys;
@@ -41,7 +46,9 @@ std::vector<std::string> KeysToRate(const ornwhatsnew::FeatureListData& list) {
 
 [[noreturn]] void FailUnknownKey(const std::string& key, const std::vector<std::string>& keys) {
   std::string reason;
-  if (FeatureListItem::AnalyticsDisabled()) {
+  if (orncore::appstatemanager::IsTerminating()) {
+    reason = "the application is terminating, so nothing can be rated";
+  } else if (ornwhatsnew::FeatureListItem::AnalyticsDisabled()) {
     reason = "usage logging is off in the host description, so nothing can be rated";
   } else if (keys.empty()) {
     reason = "no visible feature requests a rating";
@@ -57,7 +64,7 @@ std::vector<std::string> KeysToRate(const ornwhatsnew::FeatureListData& list) {
 
 ExitStatus Run(const RateArguments& arguments) {
   InstallHostFile(arguments.sources.host);
-  common::StateStore store(StateLocation(arguments.sources.state));
+  common::StateStore store(common::StateLocation(arguments.sources.state));
   const std::shared_ptr<ornwhatsnew::FeatureListData> list =
       LoadWhatsNew(arguments.sources.data, store.Getter(), store.Setter());
   const std::vector<std::string> keys = KeysToRate(*list);
@@ -65,8 +72,8 @@ ExitStatus Run(const RateArguments& arguments) {
   list->MarkItemHasBeenRated(arguments.key);
   store.Commit();
   const std::string key = orncore::string::EscapeInvisible(arguments.key);
-  WriteOutput("Thank you. Your rating of " + key + " was stored.\n",
-              "your rating of " + key + " was stored");
+  common::WriteOutput("Thank you. Your rating of " + key + " was stored.\n",
+                      "your rating of " + key + " was stored");
   return ExitStatus::kDone;
 }
 

@@ -8,10 +8,11 @@
 
 #include "hosts/common/HtmlPage.h"
 #include "hosts/common/PanelJson.h"
+#include "hosts/common/StandardStreams.h"
 #include "hosts/common/StateStore.h"
 #include "hosts/console/Commands.h"
 #include "hosts/console/ShellCommand.h"
-#include "hosts/console/StandardStreams.h"
+#include "hosts/console/TerminalDetection.h"
 #include "hosts/console/WhatsNewLoading.h"
 
 namespace hosts::console {
@@ -55,20 +56,20 @@ std::string Render(ornwhatsnew::FeatureListData& list, const ShowArguments& argu
 
 ExitStatus Run(const ShowArguments& arguments) {
   InstallHostFile(arguments.sources.host);
-  common::StateStore store(StateLocation(arguments.sources.state));
+  common::StateStore store(common::StateLocation(arguments.sources.state));
   const std::shared_ptr<ornwhatsnew::FeatureListData> list =
       LoadWhatsNew(arguments.sources.data, store.Getter(), store.Setter());
   const std::string output = Render(*list, arguments);
   if (arguments.storesNothing) {
-    WriteOutput(output);
+    common::WriteOutput(output);
     return ExitStatus::kDone;
   }
   // Commit after printing, because only a printed panel counts as seen. A pipe buffers a short
   // panel even if its reader exits without reading it. A successful write therefore does not prove
   // that the panel was read.
   constexpr std::string_view kOutcome = "nothing was stored";
-  WriteOutput(output, kOutcome);
-  RequireReader(kOutcome);
+  common::WriteOutput(output, kOutcome);
+  common::RequireReader(kOutcome);
   store.Commit();
   return ExitStatus::kDone;
 }

@@ -7,10 +7,9 @@
 #include <nlohmann/json.hpp>
 
 #include "hosts/common/PanelJson.h"
+#include "hosts/common/StandardStreams.h"
 #include "hosts/common/StateStore.h"
 #include "hosts/console/Commands.h"
-#include "hosts/console/StandardStreams.h"
-#include "hosts/console/WhatsNewLoading.h"
 
 namespace hosts::console {
 namespace {
@@ -50,18 +49,18 @@ std::string DescribeAsText(const common::StateStore& store) {
 }  // namespace
 
 ExitStatus Run(const StateShowArguments& arguments) {
-  const common::StateStore store(StateLocation(arguments.state));
-  WriteOutput(arguments.format == OutputFormat::kJson ? DescribeAsJson(store)
-                                                      : DescribeAsText(store));
+  const common::StateStore store(common::StateLocation(arguments.state));
+  common::WriteOutput(arguments.format == OutputFormat::kJson ? DescribeAsJson(store)
+                                                              : DescribeAsText(store));
   return ExitStatus::kDone;
 }
 
 ExitStatus Run(const StateResetArguments& arguments) {
-  common::StateStore store(StateLocation(arguments.state));
+  common::StateStore store(common::StateLocation(arguments.state));
   store.Reset();
   const std::string location = orncore::string::EscapeInvisible(store.Location().native());
-  WriteOutput("Deleted the state in " + location + ".\n",
-              "the state in " + location + " was deleted");
+  common::WriteOutput("Deleted the state in " + location + ".\n",
+                      "the state in " + location + " was deleted");
   return ExitStatus::kDone;
 }
 

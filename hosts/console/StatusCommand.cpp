@@ -4,9 +4,9 @@
 #include <nlohmann/json.hpp>
 
 #include "hosts/common/PanelJson.h"
+#include "hosts/common/StandardStreams.h"
 #include "hosts/common/StateStore.h"
 #include "hosts/console/Commands.h"
-#include "hosts/console/StandardStreams.h"
 #include "hosts/console/WhatsNewLoading.h"
 
 namespace hosts::console {
@@ -37,14 +37,14 @@ ExitStatus ToExitStatus(const Status& status) {
 
 ExitStatus Run(const StatusArguments& arguments) {
   InstallHostFile(arguments.sources.host);
-  common::StateStore store(StateLocation(arguments.sources.state));
+  common::StateStore store(common::StateLocation(arguments.sources.state));
   const std::shared_ptr<ornwhatsnew::FeatureListData> list =
       LoadWhatsNew(arguments.sources.data, store.Getter(), store.Setter());
   // Do not call `IsAnythingNeedingRating`. Unlike `show --rating`, it always filters by platform
   // and version.
   const Status status = {list->IsAnythingNew(arguments.options | ornwhatsnew::kShowOnlyNew),
                          list->IsAnythingNew(arguments.options | ornwhatsnew::kRatingView)};
-  WriteOutput(Describe(status, arguments.format));
+  common::WriteOutput(Describe(status, arguments.format));
   return arguments.setsExitStatus ? ToExitStatus(status) : ExitStatus::kDone;
 }
 

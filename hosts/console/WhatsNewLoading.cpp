@@ -1,30 +1,15 @@
 #include "hosts/console/WhatsNewLoading.h"
 
-#include <cerrno>
 #include <string_view>
 #include <system_error>
 #include <utility>
 
 #include "hosts/author/lint/LintConfig.h"
 #include "hosts/common/HostDescription.h"
-#include "hosts/common/StateStore.h"
 #include "hosts/common/TextFile.h"
 #include "hosts/common/ToolError.h"
 
 namespace hosts::console {
-
-std::string ReadInputFile(const std::filesystem::path& file, std::size_t maxBytes) {
-  try {
-    return common::ReadTextFile(file, maxBytes);
-  } catch (const orncore::config::ResultError& error) {
-    // The system's message "File too large" does not contain the limit.
-    const std::string message = error.Result() == -EFBIG
-                                    ? "cannot open '" + file.native() + "': larger than " +
-                                          std::to_string(maxBytes >> 20) + " MiB"
-                                    : common::OpenErrorMessage(file, error);
-    throw common::ToolError(common::ExitStatus::kInput, message);
-  }
-}
 
 void RequireUsableOutput(const std::filesystem::path& output,
                          std::span<const std::filesystem::path> inputs) {
@@ -51,12 +36,8 @@ void InstallHostFile(const std::filesystem::path& file) {
 std::shared_ptr<ornwhatsnew::FeatureListData> LoadWhatsNew(const std::filesystem::path& file,
                                                            ornwhatsnew::StateGetter getter,
                                                            ornwhatsnew::StateSetter setter) {
-  return std::make_shared<ornwhatsnew::FeatureListData>(ReadInputFile(file), std::move(getter),
-                                                        std::move(setter));
-}
-
-std::filesystem::path StateLocation(const std::optional<std::filesystem::path>& named) {
-  return named ? *named : common::DefaultStateLocation();
+  return std::make_shared<ornwhatsnew::FeatureListData>(common::ReadInputFile(file),
+                                                        std::move(getter), std::move(setter));
 }
 
 }  // namespace hosts::console

@@ -5,12 +5,9 @@
 #include <cstddef>
 #include <filesystem>
 #include <memory>
-#include <optional>
 #include <span>
-#include <string>
 #include <string_view>
 
-#include <orncore/filesupport/File.h>
 #include <ornwhatsnew/FeatureListData.h>
 
 namespace hosts::console {
@@ -21,11 +18,6 @@ inline constexpr std::size_t kMaximumAuthorFile = std::size_t{16} << 20;
 
 /// The name of a file that selects standard output.
 inline constexpr std::string_view kStandardOutput = "-";
-
-/// Returns the bytes of a regular file. Throws `ToolError` if the file cannot be read or has more
-/// than `maxBytes` bytes.
-std::string ReadInputFile(const std::filesystem::path& file,
-                          std::size_t maxBytes = orncore::filesupport::kMaxFileBytes);
 
 /// Throws `ToolError` if `output` is one of the files `inputs`, which the output would replace, or
 /// if `output` has the name of the configuration of `lint`, which could then not be read.
@@ -42,10 +34,6 @@ void InstallHostFile(const std::filesystem::path& file);
 std::shared_ptr<ornwhatsnew::FeatureListData> LoadWhatsNew(const std::filesystem::path& file,
                                                            ornwhatsnew::StateGetter getter,
                                                            ornwhatsnew::StateSetter setter);
-
-/// Returns `named`, or the location of the user's default store if `named` is absent. Throws
-/// `common::StateStoreError` if there is no default location.
-std::filesystem::path StateLocation(const std::optional<std::filesystem::path>& named);
 
 }  // namespace hosts::console
 

@@ -7,11 +7,11 @@
 #include <ornwhatsnew/WhatsNewTypes.h>
 #include <ornwhatsnew/utility/PersistedList.h>
 
-#include "hosts/author/InputError.h"
 #include "hosts/author/why/WhyReport.h"
+#include "hosts/common/StandardStreams.h"
 #include "hosts/common/StateStore.h"
+#include "hosts/common/TextFile.h"
 #include "hosts/console/Commands.h"
-#include "hosts/console/StandardStreams.h"
 #include "hosts/console/WhatsNewLoading.h"
 
 namespace hosts::console {
@@ -38,16 +38,12 @@ std::string Explain(const author::WhyReport& report, const WhyArguments& argumen
 
 ExitStatus Run(const WhyArguments& arguments) {
   InstallHostFile(arguments.sources.host);
-  common::StateStore store(StateLocation(arguments.sources.state));
+  common::StateStore store(common::StateLocation(arguments.sources.state));
   const std::filesystem::path& file = arguments.sources.data;
-  const std::string text = ReadInputFile(file, kMaximumAuthorFile);
+  const std::string text = common::ReadInputFile(file, kMaximumAuthorFile);
   const ornwhatsnew::FeatureListData list(text, store.Getter(), store.Setter());
   const author::WhyReport report(list, file.native(), text, arguments.options, UserVersions(store));
-  try {
-    WriteOutput(Explain(report, arguments));
-  } catch (const author::InputError& error) {
-    throw ToolError(ExitStatus::kUsage, "cannot explain '" + file.native() + "': " + error.what());
-  }
+  common::WriteOutput(Explain(report, arguments));
   return ExitStatus::kDone;
 }
 

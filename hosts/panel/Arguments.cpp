@@ -1,6 +1,5 @@
 #include "hosts/panel/Arguments.h"
 
-#include <cstddef>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -8,15 +7,12 @@
 #include <ornwhatsnew/Version.h>
 #include <CLI/CLI.hpp>
 
+#include "hosts/common/CommandLineHelp.h"
+#include "hosts/common/StandardStreams.h"
 #include "hosts/common/ToolError.h"
-#include "hosts/console/StandardStreams.h"
 
 namespace hosts::panel {
 namespace {
-
-/// The width of the column with the names in the help text. On a terminal with 80 columns, 56
-/// columns remain for the descriptions.
-constexpr std::size_t kHelpNameColumns = 24;
 
 constexpr const char* kExitStatusHelp = R"(Exit status:
    0  success
@@ -27,18 +23,11 @@ constexpr const char* kExitStatusHelp = R"(Exit status:
    6  the output cannot be written)";
 
 void AddOptions(CLI::App& app, Arguments& arguments) {
-  app.get_formatter()->column_width(kHelpNameColumns);
-  app.add_option("DATA", arguments.data, "The What's New data file")->required()->type_name("");
-  app.add_option("--host", arguments.host, "The host description, a JSON file")
-      ->required()
-      ->type_name("FILE");
-  app.add_option("--state", arguments.state,
-                 "The state store; ':memory:' stores nothing.\n"
-                 "Default: ornwhatsnew/state.json in $XDG_STATE_HOME,\n"
-                 "or in ~/.local/state if that is not set")
-      ->type_name("FILE");
-  app.add_flag("--rating", arguments.showsRatings,
-               "Show only features that you have seen and can rate");
+  app.get_formatter()->column_width(common::kHelpNameColumns);
+  app.add_option("DATA", arguments.data, common::kDataHelp)->required()->type_name("");
+  app.add_option("--host", arguments.host, common::kHostHelp)->required()->type_name("FILE");
+  app.add_option("--state", arguments.state, common::kStateHelp)->type_name("FILE");
+  app.add_flag("--rating", arguments.showsRatings, common::kRatingHelp);
   app.set_version_flag("--version", "ornwhatsnew-panel " + std::string(ornwhatsnew::kVersionText));
   app.footer(kExitStatusHelp);
 }
@@ -61,7 +50,7 @@ std::optional<Arguments> ParseArguments(int argc, const char* const* argv) {
   } catch (const CLI::Success& request) {
     std::ostringstream text;
     app.exit(request, text);
-    console::WriteOutput(text.str());
+    common::WriteOutput(text.str());
     return std::nullopt;
   } catch (const CLI::ParseError& error) {
     throw common::ToolError(

@@ -1,7 +1,6 @@
 #include "hosts/panel/Program.h"
 
 #include <exception>
-#include <iostream>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -16,12 +15,11 @@
 #include <ornwhatsnewqt/WhatsNew.h>
 
 #include "hosts/common/HostDescription.h"
+#include "hosts/common/StandardStreams.h"
 #include "hosts/common/StateStore.h"
 #include "hosts/common/TextFile.h"
 #include "hosts/common/ToolError.h"
 #include "hosts/common/WriteSignals.h"
-#include "hosts/console/StandardStreams.h"
-#include "hosts/console/WhatsNewLoading.h"
 #include "hosts/panel/Arguments.h"
 #include "hosts/panel/HostTranslator.h"
 
@@ -32,17 +30,6 @@ using common::ExitStatus;
 using common::ToolError;
 using ornwhatsnewqt::Settings;
 using ornwhatsnewqt::WhatsNew;
-
-// `WhatsNew` reads the file later. This function checks the file first, as the program
-// `ornwhatsnew` does, so that both programs accept the same files and print the same error
-// messages.
-void RequireDataFile(const std::filesystem::path& file) {
-  try {
-    static_cast<void>(common::ReadTextFile(file));
-  } catch (const orncore::config::ResultError& error) {
-    throw ToolError(ExitStatus::kInput, common::OpenErrorMessage(file, error));
-  }
-}
 
 Settings MakeSettings(common::StateStore& store, QTimer& commitTimer) {
   Settings settings = Settings::withoutServices();
@@ -78,7 +65,7 @@ void PrintRating(const QString& featureKey, int stars, const QString& comment,
   std::string line = "rated " + featureKey.toStdString() + ": " + std::to_string(stars) + " of 5";
   if (!comment.isEmpty()) line += ", '" + comment.toStdString() + "'";
   try {
-    console::WriteOutput(orncore::string::EscapeInvisible(line) + '\n', "a rating was not printed");
+    common::WriteOutput(orncore::string::EscapeInvisible(line) + '\n', "a rating was not printed");
   } catch (const ToolError& error) {
     outputError = error;
   }
@@ -125,8 +112,10 @@ std::optional<ToolError> ShowPanel(const Arguments& arguments, const common::Hos
 ExitStatus Run(const Arguments& arguments) {
   const common::HostDescription host = common::ReadHostDescription(arguments.host);
   common::InstallHost(host);
-  common::StateStore store(console::StateLocation(arguments.state));
-  RequireDataFile(arguments.data);
+  common::StateStore store(common::StateLocation(arguments.state));
+  // `WhatsNew` reads the file later. Check the file first, as the program `ornwhatsnew` does, so
+  // that both programs accept the same files and print the same error messages.
+  static_cast<void>(common::ReadInputFile(arguments.data));
   std::string name = "ornwhatsnew-panel";
   int argc = 1;
   char* argv[] = {name.data(), nullptr};
@@ -146,7 +135,7 @@ ExitStatus RunCommandLine(int argc, const char* const* argv) {
 }
 
 void ReportError(std::string_view message) {
-  std::cerr << "ornwhatsnew-panel: " << orncore::string::EscapeInvisible(message) << std::endl;
+  common::ReportError("ornwhatsnew-panel", message);
 }
 
 }  // namespace

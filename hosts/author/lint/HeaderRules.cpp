@@ -51,7 +51,7 @@ bool LooksLikeVersion(std::string_view text) {
   text = TrimSpaces(text);
   if (text.starts_with('v') || text.starts_with('V')) text.remove_prefix(1);
   const bool hasDigit = !text.empty() && text.front() >= '0' && text.front() <= '9';
-  return hasDigit && text.find_first_not_of("0123456789.") == text.npos;
+  return hasDigit && IsPlainVersion(text);
 }
 
 bool IsEmptyRow(const DataRow& row) {

@@ -35,12 +35,14 @@ std::optional<std::filesystem::path> FindLintConfig(const std::filesystem::path&
   return std::nullopt;
 }
 
-SeverityOverrides ReadLintConfig(const std::filesystem::path& file) {
+SeverityOverrides ConfiguredSeverities(const std::filesystem::path& dataFile) {
   constexpr std::size_t kMaximumBytes = 1'000'000;
+  const std::optional<std::filesystem::path> config = FindLintConfig(dataFile);
+  if (!config) return {};
   try {
-    return ParseLintConfig(common::ReadTextFile(file, kMaximumBytes), file.native());
+    return ParseLintConfig(common::ReadTextFile(*config, kMaximumBytes), config->native());
   } catch (const orncore::config::ResultError& error) {
-    throw common::JsonError(common::JsonMessage(common::OpenErrorMessage(file, error), "", ""));
+    throw common::JsonError(common::JsonMessage(common::OpenErrorMessage(*config, error), "", ""));
   }
 }
 

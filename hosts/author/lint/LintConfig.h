@@ -20,9 +20,10 @@ inline constexpr std::string_view kLintConfigName = ".ornwhatsnew-lint.json";
 /// Returns `std::nullopt` if there is none.
 std::optional<std::filesystem::path> FindLintConfig(const std::filesystem::path& dataFile);
 
-/// Returns the severities in a configuration file. Throws `common::JsonError` if the file cannot be
-/// read, is not valid, or contains an unknown code or severity.
-SeverityOverrides ReadLintConfig(const std::filesystem::path& file);
+/// Returns the severities in the configuration file that `FindLintConfig` returns for `dataFile`.
+/// Returns none if there is no such file. Throws `common::JsonError` if the file cannot be read, is
+/// not valid, or contains an unknown code or severity.
+SeverityOverrides ConfiguredSeverities(const std::filesystem::path& dataFile);
 
 /// Parses a configuration. Error messages begin with `sourceName`.
 SeverityOverrides ParseLintConfig(std::string_view json, std::string_view sourceName);

@@ -20,9 +20,7 @@ using common::EscapeHtml;
 LintReport Lint(const PreviewInput& input) {
   const LintHost host = InstallLintHost(input.hostName, input.host);
   LintReport report = LintDataFile(input.data.name, input.data.text, &host);
-  if (const auto config = FindLintConfig(input.data.name)) {
-    ApplySeverities(report, ReadLintConfig(*config));
-  }
+  ApplySeverities(report, ConfiguredSeverities(input.data.name));
   FinishReport(report);
   return report;
 }

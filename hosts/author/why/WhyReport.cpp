@@ -198,10 +198,10 @@ std::string WhyReport::ExplainOtherRow(std::size_t line) const {
     if (row->lineNumber != line) continue;
     return PlaceOf(line) + KindOf(*row, list_.GetFeatureItems()) + "\n";
   }
-  throw InputError(0, "it has no line " + std::to_string(line) + "; " +
-                          (lines == 0   ? "the file is empty"
-                           : lines == 1 ? "it has only one line"
-                                        : "use a number from 1 to " + std::to_string(lines)));
+  Fail("it has no line " + std::to_string(line) + "; " +
+       (lines == 0   ? "the file is empty"
+        : lines == 1 ? "it has only one line"
+                     : "use a number from 1 to " + std::to_string(lines)));
 }
 
 std::string WhyReport::ExplainKey(const std::string& key) const {
@@ -209,13 +209,16 @@ std::string WhyReport::ExplainKey(const std::string& key) const {
     return item.visibility.item->FeatureJiraIDKey();
   });
   if (found == items_.end()) {
-    throw InputError(
-        0, "no feature or section has the key " + Quoted(key) + "; " + KeyRemedy(key, items_));
+    Fail("no feature or section has the key " + Quoted(key) + "; " + KeyRemedy(key, items_));
   }
   const std::string name = QuotedText(found->visibility.item->GetFeatureName());
   const std::string head = NameOf(*found) + ": " + name + "\n" + Verdict(ItemReasons(*found));
   if (found->lines.empty()) return head + "no change\n";
   return head + "\n" + ChangeTable(list_, userVersions_, *found);
+}
+
+void WhyReport::Fail(const std::string& reason) const {
+  throw OptionError("cannot explain '" + fileName_ + "': " + reason);
 }
 
 std::string WhyReport::PlaceOf(std::size_t line) const {

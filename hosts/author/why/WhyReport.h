@@ -18,7 +18,7 @@ namespace hosts::author {
 /// The visibility of all features and changes of a data file in a display.
 ///
 /// Each `Explain` function returns lines of text for a terminal. It escapes invisible characters of
-/// the data. It throws `InputError` if the file does not contain the given line or key.
+/// the data. It throws `OptionError` if the file does not contain the given line or key.
 class WhyReport {
  public:
   /// Queries the host. `list` contains exactly the changes of the data file `text`. Both must
@@ -44,6 +44,7 @@ class WhyReport {
   void ReadDataFile();
   std::string ExplainChange(const ExplainedItem& item, std::size_t index) const;
   std::string ExplainOtherRow(std::size_t line) const;
+  [[noreturn]] void Fail(const std::string& reason) const;
   std::string PlaceOf(std::size_t line) const;
   std::string QuotedText(const std::string& text) const;
 

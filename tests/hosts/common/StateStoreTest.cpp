@@ -261,14 +261,15 @@ class EnvironmentVariable {
 TEST(StateStoreLocation, IsInTheStateFolderOfTheUser) {
   const EnvironmentVariable home("HOME", "/home/somebody");
   const EnvironmentVariable state("XDG_STATE_HOME", "/var/state");
-  EXPECT_EQ("/var/state/ornwhatsnew/state.json", DefaultStateLocation());
+  EXPECT_EQ("/var/state/ornwhatsnew/state.json", StateLocation(std::nullopt));
+  EXPECT_EQ("named.json", StateLocation("named.json"));
 }
 
 TEST(StateStoreLocation, IsBelowTheHomeFolderWithoutAStateFolder) {
   const EnvironmentVariable home("HOME", "/home/somebody");
   for (const char* unusable : {static_cast<const char*>(nullptr), "", "relative/folder"}) {
     const EnvironmentVariable state("XDG_STATE_HOME", unusable);
-    EXPECT_EQ("/home/somebody/.local/state/ornwhatsnew/state.json", DefaultStateLocation());
+    EXPECT_EQ("/home/somebody/.local/state/ornwhatsnew/state.json", StateLocation(std::nullopt));
   }
 }
 
@@ -276,7 +277,7 @@ TEST(StateStoreLocation, WithoutAnyFolderTheErrorNamesTheVariables) {
   for (const char* unusable : {static_cast<const char*>(nullptr), "", "relative/folder", "."}) {
     const EnvironmentVariable home("HOME", unusable);
     const EnvironmentVariable state("XDG_STATE_HOME", nullptr);
-    EXPECT_THAT(DefaultStateLocation,
+    EXPECT_THAT([] { StateLocation(std::nullopt); },
                 testing::ThrowsMessage<StateStoreError>(
                     "cannot find a folder for the state store: neither XDG_STATE_HOME nor HOME "
                     "contains an absolute path; set one of them, or name a file with --state"));

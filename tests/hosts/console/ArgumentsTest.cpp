@@ -1,4 +1,5 @@
 #include <initializer_list>
+#include <optional>
 #include <sstream>
 #include <string>
 #include <utility>
@@ -222,9 +223,9 @@ std::string ErrorOf(std::initializer_list<const char*> arguments) {
 }
 
 TEST(Arguments, FixIsSafeUnlessItsValueIsAll) {
-  EXPECT_EQ(LintFixMode::kNone, ParseAs<LintArguments>({"lint", "d"}).fix);
-  EXPECT_EQ(LintFixMode::kSafe, ParseAs<LintArguments>({"lint", "d", "--fix"}).fix);
-  EXPECT_EQ(LintFixMode::kAll, ParseAs<LintArguments>({"lint", "d", "--fix=all"}).fix);
+  EXPECT_EQ(std::nullopt, ParseAs<LintArguments>({"lint", "d"}).fix);
+  EXPECT_EQ(author::FixScope::kSafe, ParseAs<LintArguments>({"lint", "d", "--fix"}).fix);
+  EXPECT_EQ(author::FixScope::kAll, ParseAs<LintArguments>({"lint", "d", "--fix=all"}).fix);
   EXPECT_EQ("--fix: 'some' is not 'all'. Run 'ornwhatsnew lint --help' for usage.",
             ErrorOf({"lint", "d", "--fix=some"}));
 }

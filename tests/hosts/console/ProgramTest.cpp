@@ -383,6 +383,18 @@ TEST_F(RateTest, WithoutUsageLoggingNothingCanBeRated) {
       result.errors);
 }
 
+TEST_F(RateTest, NothingCanBeRatedWhileTheApplicationTerminates) {
+  folder_.Write("host.json", R"({"terminating": true, "betaFeatures": [
+    {"internalKey": "f.export", "epicKey": "EPIC-7", "name": "Export", "enabled": true}]})");
+  const ProgramResult result = Run({"rate", "EPIC-7", "{data}", "{host}"});
+  EXPECT_EQ(5, result.exitStatus);
+  EXPECT_EQ(
+      "ornwhatsnew: cannot rate 'EPIC-7': the application is terminating, so nothing can be "
+      "rated\n",
+      result.errors);
+  EXPECT_FALSE(std::filesystem::exists(folder_.Path() / "state"));
+}
+
 using StateTest = ProgramTest;
 
 TEST_F(StateTest, ARatingAloneStoresNoVersion) {

@@ -11,6 +11,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <orncore/filesupport/File.h>
+
 #include "tests/hosts/console/ProgramFixture.h"
 
 namespace hosts::panel {
@@ -115,6 +117,9 @@ TEST_F(PanelProgramTest, TranslationsOfTheHostDescriptionReplaceThoseOfTheCompan
 TEST_F(PanelProgramTest, ReportsUnusableFilesAsTheConsoleHostDoes) {
   ExpectSameError(3, {"missing.csv", "{host}"});
   ExpectSameError(3, {folder_.Path(), "{host}"});
+  const std::filesystem::path large = folder_.Write("large.csv", "");
+  std::filesystem::resize_file(large, orncore::filesupport::kMaxFileBytes + 1);
+  ExpectSameError(3, {large, "{host}"});
   ExpectSameError(3, {"{data}", "--host", "missing.json"});
   folder_.Write("damaged.json", "{\n  \"platform\": 7}");
   ExpectSameError(3, {"{data}", "--host", folder_.Path() / "damaged.json"});

@@ -296,13 +296,16 @@ TEST_F(WhyReportTest, SaysWhatARowIsThatContainsNoChange) {
   }
 }
 
-/// Returns the message of the `InputError` that `explain` throws.
+/// Returns the reason in the message of the `OptionError` that `explain` throws.
 template <class Explain>
 std::string ErrorOf(const Explain& explain) {
   try {
     explain();
-  } catch (const InputError& error) {
-    return error.what();
+  } catch (const OptionError& error) {
+    const std::string message = error.what();
+    const std::string start = "cannot explain 'data.csv': ";
+    EXPECT_TRUE(message.starts_with(start)) << message;
+    return message.substr(std::min(start.size(), message.size()));
   }
   return "no error";
 }

@@ -1,21 +1,22 @@
-#include "hosts/console/StandardStreams.h"
+#include "hosts/common/StandardStreams.h"
 
 #include <cerrno>
-#include <cstdlib>
+#include <cstddef>
 #include <string>
 #include <system_error>
 
 #include <poll.h>
-#include <sys/ioctl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <orncore/string/SafeText.h>
 
-namespace hosts::console {
+#include "hosts/common/FileDescriptor.h"
+#include "hosts/common/ToolError.h"
+
+namespace hosts::common {
 namespace {
 
-constexpr std::size_t kUnknownTerminalWidth = 80;
 // The time, in milliseconds, that a reader has to close the pipe. On an idle machine, 200 of 200
 // readers that exited early closed it within 20 ms.
 constexpr int kReaderPatience = 100;
@@ -49,25 +50,6 @@ bool IsPipe(int descriptor) {
                   reason + (outcome.empty() ? "" : "; ") + std::string(outcome));
 }
 
-/// Returns the value of the environment variable, or an empty string if it is not set.
-std::string_view EnvironmentValue(const char* variable) {
-  const char* const value = std::getenv(variable);
-  return value == nullptr ? std::string_view() : value;
-}
-
-bool UsesEscapeSequences(ColorMode color) {
-  if (color != ColorMode::kAuto) return color == ColorMode::kAlways;
-  const std::string_view terminal = EnvironmentValue("TERM");
-  return ::isatty(STDOUT_FILENO) != 0 && !terminal.empty() && terminal != "dumb";
-}
-
-std::size_t OutputWidth() {
-  if (::isatty(STDOUT_FILENO) == 0) return 0;
-  winsize size{};
-  const bool isKnown = ::ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 0;
-  return isKnown ? size.ws_col : kUnknownTerminalWidth;
-}
-
 }  // namespace
 
 void WriteOutput(std::string_view text, std::string_view outcome) {
@@ -80,11 +62,12 @@ void RequireReader(std::string_view outcome) {
   // Request no events. Even then, poll() reports that the pipe has no reader.
   pollfd polled = {STDOUT_FILENO, 0, 0};
   const auto wait = [&polled] { return ::poll(&polled, 1, kReaderPatience); };
-  if (common::RetryInterrupted(wait) > 0) ThrowOutputError(EPIPE, outcome);
+  if (RetryInterrupted(wait) > 0) ThrowOutputError(EPIPE, outcome);
 }
 
-void ReportError(std::string_view message) {
-  const std::string line = "ornwhatsnew: " + orncore::string::EscapeInvisible(message) + "\n";
+void ReportError(std::string_view program, std::string_view message) {
+  const std::string line =
+      std::string(program) + ": " + orncore::string::EscapeInvisible(message) + "\n";
   static_cast<void>(WriteAll(STDERR_FILENO, line));
 }
 
@@ -92,12 +75,4 @@ bool IsInteractive() {
   return ::isatty(STDIN_FILENO) != 0 && ::isatty(STDOUT_FILENO) != 0;
 }
 
-ornwhatsnew::TerminalOptions DetectTerminalOptions(ColorMode color,
-                                                   std::optional<std::size_t> width) {
-  const bool hasHyperlinks = UsesEscapeSequences(color);
-  // NO_COLOR switches off colours, but not hyperlinks.
-  const bool isColorless = color == ColorMode::kAuto && !EnvironmentValue("NO_COLOR").empty();
-  return {width ? *width : OutputWidth(), hasHyperlinks && !isColorless, hasHyperlinks};
-}
-
-}  // namespace hosts::console
+}  // namespace hosts::common

@@ -1,0 +1,23 @@
+// Defines the texts that the help of several programs contains.
+#ifndef HOSTS_COMMON_COMMANDLINEHELP_H_
+#define HOSTS_COMMON_COMMANDLINEHELP_H_
+
+#include <cstddef>
+
+namespace hosts::common {
+
+/// The width of the column with the names in help texts. On a terminal with 80 columns, 56 columns
+/// remain for the descriptions.
+inline constexpr std::size_t kHelpNameColumns = 24;
+
+inline constexpr const char* kDataHelp = "The What's New data file";
+inline constexpr const char* kHostHelp = "The host description, a JSON file";
+inline constexpr const char* kStateHelp =
+    "The state store; ':memory:' stores nothing.\n"
+    "Default: ornwhatsnew/state.json in $XDG_STATE_HOME,\n"
+    "or in ~/.local/state if that is not set";
+inline constexpr const char* kRatingHelp = "Show only features that you have seen and can rate";
+
+}  // namespace hosts::common
+
+#endif  // HOSTS_COMMON_COMMANDLINEHELP_H_

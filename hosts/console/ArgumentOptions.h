@@ -1,0 +1,90 @@
+// Adds the options that several commands share, and options with checked values.
+#ifndef HOSTS_CONSOLE_ARGUMENTOPTIONS_H_
+#define HOSTS_CONSOLE_ARGUMENTOPTIONS_H_
+
+#include <algorithm>
+#include <cstddef>
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include <ornwhatsnew/utility/SharedTypes.h>
+#include <CLI/CLI.hpp>
+
+#include "hosts/common/CommandLineHelp.h"
+#include "hosts/console/Commands.h"
+
+namespace hosts::console {
+
+// Each of these functions adds options to `command` that store their values in the other
+// parameters. These parameters must live as long as the command.
+
+/// Adds the required argument for the data file.
+void AddData(CLI::App& command, std::filesystem::path& data);
+
+/// Adds the option `--host`. `Path` is the type of a path, or an optional path.
+template <class Path>
+CLI::Option* AddHost(CLI::App& command, Path& host) {
+  return command.add_option("--host", host, common::kHostHelp)->type_name("FILE");
+}
+
+/// Adds the option `--state`.
+void AddState(CLI::App& command, std::optional<std::filesystem::path>& state);
+
+/// Adds the data file and the options `--host` and `--state`.
+void AddSources(CLI::App& command, SourceArguments& sources);
+
+/// Adds the options that omit changes.
+void AddFilters(CLI::App& command, ornwhatsnew::DisplayOptions& options);
+
+/// Adds all display options.
+void AddDisplayOptions(CLI::App& command, ornwhatsnew::DisplayOptions& options);
+
+/// Adds the option `--format` for a result that can be text or JSON.
+void AddFormat(CLI::App& command, OutputFormat& format);
+
+/// Adds an option for a number from `minimum` to `maximum`, which consists of decimal digits.
+CLI::Option* AddNumber(CLI::App& command, const std::string& name,
+                       std::optional<std::size_t>& number, std::size_t minimum, std::size_t maximum,
+                       const std::string& description);
+
+/// The words that an option accepts, and their meanings.
+template <class Choice>
+struct Choices {
+  const char* noun;  ///< what each word is, with an article, for error messages
+  std::vector<std::pair<std::string, Choice>> words;
+};
+
+/// Returns a list of the words for a message, such as "text, json or sarif".
+template <class Choice>
+std::string ListOfWords(const Choices<Choice>& choices) {
+  std::string list;
+  for (const auto& [word, choice] : choices.words) {
+    if (!list.empty()) list += word == choices.words.back().first ? " or " : ", ";
+    list += word;
+  }
+  return list;
+}
+
+/// Adds an option that accepts the words of `choices`, which must live as long as the command. Does
+/// not use `IsMember` of CLI11, whose error message does not quote the word.
+template <class Choice>
+CLI::Option* AddChoice(CLI::App& command, const std::string& name, const Choices<Choice>& choices,
+                       Choice& chosen, const std::string& description) {
+  const auto choose = [&choices, &chosen, name](const std::string& word) {
+    const auto found =
+        std::ranges::find(choices.words, word, &std::pair<std::string, Choice>::first);
+    if (found == choices.words.end()) {
+      throw CLI::ValidationError(
+          name, "'" + word + "' is not " + choices.noun + "; write " + ListOfWords(choices));
+    }
+    chosen = found->second;
+  };
+  return command.add_option_function<std::string>(name, choose, description);
+}
+
+}  // namespace hosts::console
+
+#endif  // HOSTS_CONSOLE_ARGUMENTOPTIONS_H_
