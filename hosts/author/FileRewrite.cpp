@@ -29,7 +29,7 @@ constexpr std::chrono::seconds kPatience{5};
   throw std::system_error(error, std::generic_category(), problem);
 }
 
-std::string Quoted(const fs::path& file) {
+std::string QuotedPath(const fs::path& file) {
   return "'" + file.native() + "'";
 }
 
@@ -39,7 +39,7 @@ fs::path ResolvedPath(const fs::path& file) {
   fs::path resolved = common::ResolveLinks(fs::absolute(file));
   std::error_code error;
   if (!fs::exists(resolved.parent_path(), error)) {
-    Fail(error ? error.value() : ENOENT, "cannot open the folder of " + Quoted(file));
+    Fail(error ? error.value() : ENOENT, "cannot open the folder of " + QuotedPath(file));
   }
   return resolved;
 }
@@ -59,11 +59,11 @@ class AuthorFile {
     struct stat status {};
     if (::fstatat(folder_.Descriptor(), name_.c_str(), &status, AT_SYMLINK_NOFOLLOW) != 0) {
       if (errno == ENOENT) return std::nullopt;
-      Fail(errno, "cannot open " + Quoted(named_));
+      Fail(errno, "cannot open " + QuotedPath(named_));
     }
     if (!S_ISREG(status.st_mode)) {
       Fail(S_ISDIR(status.st_mode) ? EISDIR : EINVAL,
-           "cannot write " + Quoted(named_) + ", which is not a regular file");
+           "cannot write " + QuotedPath(named_) + ", which is not a regular file");
     }
     return Open();
   }
@@ -72,7 +72,7 @@ class AuthorFile {
     try {
       return folder_.Open(name_, O_RDONLY);
     } catch (const std::system_error& error) {
-      Fail(error.code().value(), "cannot open " + Quoted(named_));
+      Fail(error.code().value(), "cannot open " + QuotedPath(named_));
     }
   }
 
@@ -80,7 +80,7 @@ class AuthorFile {
     try {
       return common::ReadTextFile(folder_.PathOf(name_));
     } catch (const orncore::config::ResultError& error) {
-      Fail(-error.Result(), "cannot open " + Quoted(named_));
+      Fail(-error.Result(), "cannot open " + QuotedPath(named_));
     }
   }
 
@@ -88,10 +88,10 @@ class AuthorFile {
   common::FileLock Lock() const {
     for (;;) {
       // Check that the file exists, because `Acquire` would create it.
-      if (!OpenExisting()) Fail(ENOENT, "cannot open " + Quoted(named_));
+      if (!OpenExisting()) Fail(ENOENT, "cannot open " + QuotedPath(named_));
       auto lock = common::FileLock::Acquire(folder_, name_, kPatience);
       if (!lock) {
-        Fail(EBUSY, "cannot write " + Quoted(named_) + ", which another program is changing");
+        Fail(EBUSY, "cannot write " + QuotedPath(named_) + ", which another program is changing");
       }
       // The program that held the lock before may have replaced the file. If so, lock the new file.
       if (lock->IsInPlace()) return *std::move(lock);
@@ -99,7 +99,7 @@ class AuthorFile {
   }
 
   [[noreturn]] void FailReplaced() const {
-    Fail(EBUSY, "cannot write " + Quoted(named_) + ", which another program has replaced");
+    Fail(EBUSY, "cannot write " + QuotedPath(named_) + ", which another program has replaced");
   }
 
  private:
@@ -144,7 +144,7 @@ void ChangeWholeFile(const fs::path& file,
 void ReplaceWholeFile(const fs::path& file, std::string_view before, std::string_view after) {
   ChangeWholeFile(file, [&](std::string_view bytes) {
     if (bytes != before) {
-      Fail(EBUSY, "cannot write " + Quoted(file) + ", which another program has changed");
+      Fail(EBUSY, "cannot write " + QuotedPath(file) + ", which another program has changed");
     }
     return std::string(after);
   });

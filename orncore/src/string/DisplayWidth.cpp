@@ -8,7 +8,7 @@
 namespace orncore::string {
 namespace {
 
-constexpr UChar32 kEmojiPresentation = 0xFE0F;
+constexpr UChar32 kEmojiSelector = 0xFE0F;
 
 bool IsZeroWidth(UChar32 character) {
   switch (u_charType(character)) {
@@ -51,7 +51,7 @@ std::size_t DisplayWidth(std::u16string_view text) noexcept {
     U16_NEXT_OR_FFFD(text, position, text.size(), codePoint);
     const auto character = static_cast<UChar32>(codePoint);
     // The selector for emoji presentation makes the narrow character before it wide.
-    const bool widens = character == kEmojiPresentation && previousWidth == 1;
+    const bool widens = character == kEmojiSelector && previousWidth == 1;
     const std::size_t width = widens ? 1 : CharacterWidth(character);
     columns += width;
     previousWidth = width;
