@@ -1,6 +1,6 @@
 // Formats and lays out the panel without display options. For each record, the baseline of the
 // display computes one hash and writes one line with style runs. It does not handle features,
-// options or translations. For the layout, the baseline is the display itself.
+// options or translations. The baseline of the layout is the display of the library.
 #include <map>
 #include <memory>
 #include <string>
@@ -25,7 +25,7 @@ namespace {
 using ornwhatsnew::StyleID;
 using ornwhatsnew::StyleRunMap;
 
-// Returns the list with the given number of rows, which all benchmarks of this program share.
+// Returns the list with the given number of rows. All benchmarks of this program share this list.
 SampleList& ListOf(std::size_t rows) {
   static std::map<std::size_t, std::unique_ptr<SampleList>> lists;
   std::unique_ptr<SampleList>& list = lists[rows];

@@ -1,6 +1,6 @@
-// Reads a generated host description or state store, and prints the size of the text and the peak
-// memory use. `./dev check growth` checks this peak, and counts the instructions of the reader for
-// texts of 100 KB and 1 MB.
+// Reads a generated host description or state store, and prints the size of the generated text and
+// the peak memory use. `./dev check growth` checks this peak, and counts the instructions of the
+// reader for texts of 100 KB and 1 MB.
 #include <cstdlib>
 #include <iostream>
 #include <map>
@@ -17,7 +17,7 @@ namespace {
 enum class Reader { kHostDescription, kState };
 
 /// Describes an input that consists of `begin`, many copies of `item`, and `end`. In each copy, a
-/// different number replaces each "#". `isValid` is whether the reader must accept the input.
+/// different number replaces each "#". `isValid` says whether the reader must accept the input.
 struct Shape {
   std::string begin;
   std::string item;

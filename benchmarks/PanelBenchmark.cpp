@@ -1,4 +1,4 @@
-// Opens, scrolls and closes the panel of the Qt companion without a display. All changes are new.
+// Opens, scrolls and closes the panel of the Qt companion without a screen. All changes are new.
 // The baseline opens a QTextBrowser of the same size with the same text as plain text, without
 // styles, links and other widgets.
 #include <algorithm>
@@ -80,8 +80,8 @@ class SamplePanel {
   std::unique_ptr<WhatsNew> whatsNew_;
 };
 
-// Returns the panel with the given number of changes, which all benchmarks of this program share.
-// Opens and closes each new panel once, so that no benchmark measures the loading of fonts.
+// Returns the panel with the given number of changes. All benchmarks of this program share this
+// panel. Opens and closes each new panel once, so that no benchmark measures the loading of fonts.
 SamplePanel& PanelOf(std::size_t rows) {
   static std::map<std::size_t, std::unique_ptr<SamplePanel>> panels;
   std::unique_ptr<SamplePanel>& panel = panels[rows];
@@ -159,8 +159,8 @@ void Scroll(benchmark::State& state) {
 }
 BENCHMARK(Scroll)->Arg(kManyChanges)->Iterations(1)->Repetitions(kRepetitions);
 
-// Returns the number of bytes in all allocated blocks. Qt allocates its strings with malloc, so
-// `LiveBytes` would not count them.
+// Returns the number of bytes in all allocated blocks. `LiveBytes` would not count the strings of
+// Qt, which Qt allocates with malloc.
 double AllocatedBytes() {
   const struct mallinfo2 info = ::mallinfo2();
   return static_cast<double>(info.uordblks + info.hblkhd);

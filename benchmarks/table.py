@@ -44,12 +44,12 @@ START_GOAL = 0.3
 PANEL_GOALS = {300: 16, 10_000: 1_000}
 # The largest allowed 99th percentile of the times to scroll the panel, in milliseconds.
 SCROLL_GOAL = 16
-# The largest allowed part of an open panel's memory that is still allocated after the panel is closed.
+# The largest allowed fraction of an open panel's memory that remains allocated after the panel is closed.
 CLOSED_MEMORY_GOAL = 0.01
 
 
 def read(paths: list[Path]) -> dict[tuple[str, int], dict]:
-    """Returns the median of each benchmark by name and size. A missing size is 0."""
+    """Returns the median of each benchmark by name and size. A benchmark without a size has the size 0."""
     results = {}
     for path in paths:
         for run in json.loads(path.read_text())["benchmarks"]:

@@ -1,5 +1,5 @@
 # Defines the install rules for the libraries, the CMake package, the pkg-config files and the documents.
-# The CMakeLists.txt files of the program and of the examples define the other install rules.
+# The CMakeLists.txt files in hosts/ and examples/ define the other install rules.
 include(CMakePackageConfigHelpers)
 
 set(ORN_CMAKE_DIR ${CMAKE_INSTALL_LIBDIR}/cmake/ornwhatsnew)
@@ -69,7 +69,7 @@ install(DIRECTORY docs DESTINATION ${ORN_DOC_DIR}
 function(orn_install_link link target component)
   cmake_path(GET link PARENT_PATH folder)
   cmake_path(GET link FILENAME name)
-  # A user may set the folders to absolute paths.
+  # The installation folders can be absolute paths, because users can set them.
   cmake_path(ABSOLUTE_PATH folder BASE_DIRECTORY ${CMAKE_INSTALL_PREFIX} OUTPUT_VARIABLE base)
   cmake_path(ABSOLUTE_PATH target BASE_DIRECTORY ${CMAKE_INSTALL_PREFIX})
   cmake_path(RELATIVE_PATH target BASE_DIRECTORY ${base})

@@ -37,7 +37,7 @@ class Input {
 };
 
 /// Returns the switch at index `n` of a line of switches, or 0 if the line is shorter. A switch is
-/// one byte that contains flags or a number. Switches in seeds are printable characters: the lower
+/// one byte that contains flags or a number. Switches in seeds are printable characters. The lower
 /// five bits of `@` are 0, and those of `A` to `Z` are the numbers 1 to 26.
 inline unsigned Switch(std::string_view line, std::size_t n) {
   return n < line.size() ? static_cast<unsigned char>(line[n]) : 0U;

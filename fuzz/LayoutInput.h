@@ -1,8 +1,8 @@
 // Reads a layout from a fuzzer's input.
 //
-// Each part of the input is a span or a rating request: one byte for its style and paragraph, one
-// byte for its link, and its text. The lowest four bits of the first byte are the style; 15 means
-// that the span has no style. The next three bits are:
+// Each part of the input is a span or a rating request. It consists of one byte for its style and
+// paragraph, one byte for its link, and its text. The lowest four bits of the first byte are the
+// style; 15 means that the span has no style. The next three bits are:
 //
 //   0 to 4  the span begins a paragraph of this kind
 //   5       the part is a rating request, and its text is the question
@@ -39,7 +39,7 @@ inline constexpr std::string_view kComposedHost = "host.example";
 /// Returns whether `part` has a composed link.
 bool HasComposedLink(std::string_view part);
 
-/// Returns the text of `part` without its first two bytes.
+/// Returns the text of `part`, which begins after the first two bytes.
 std::string_view PartText(std::string_view part);
 
 /// Returns the link of `part` in UTF-8, or an empty string.

@@ -1,4 +1,4 @@
-// Fuzzes the import of spreadsheets, and adding a change to a data file.
+// Fuzzes the import of spreadsheets and the addition of a change to a data file.
 //
 // The input consists of a line with two switches and of the bytes of a file. The first switch
 // selects the encoding of a spreadsheet. If the second switch is odd, the file is a data file, and

@@ -3,7 +3,7 @@
 // The input consists of a line of two switches and of a layout (LayoutInput.h). The switches are:
 //
 //   0  the width in columns, modulo 128; 0 means no limit
-//   1  flags: 0x01 no styles, 0x02 hyperlinks only without styles (otherwise only with styles)
+//   1  flags: 0x01 no styles; 0x02 either styles or hyperlinks (without this flag: both or neither)
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>

@@ -22,8 +22,8 @@ UChar32 ReadCharacter(std::string_view text, std::size_t& offset) {
   return character;
 }
 
-// Returns whether the character is a joiner or a presentation selector. They are invisible, but
-// they change the appearance of visible characters.
+// Returns whether the character is a joiner or a presentation selector. These characters are
+// invisible, but they change the appearance of visible characters.
 bool IsShaping(UChar32 character) {
   return character == 0x200C || character == 0x200D || character == 0xFE0E || character == 0xFE0F;
 }
@@ -59,7 +59,7 @@ bool IsUrlByte(char c) {
   return c > 0x20 && c < 0x7F;
 }
 
-// Interprets the output like a terminal: tracks whether a style and a hyperlink are on.
+// Interprets the output like a terminal: tracks whether a style and a hyperlink are active.
 class Terminal {
  public:
   explicit Terminal(std::string_view output) : rest_(output) {}

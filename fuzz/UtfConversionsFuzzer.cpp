@@ -2,9 +2,9 @@
 // ICU and plain code compute the expected results.
 //
 // The input is a line with one byte, followed by two strings that the byte 0xFF separates. The low
-// four bits of the byte are the number of bytes to skip at the start of the first string, so that
-// it can start at any alignment. The second string is the pattern to replace, the other operand of
-// a comparison, and additional input for the hash.
+// four bits of the byte are the number of bytes to skip at the start of the first string.
+// Therefore, this string can start at any alignment. The second string is the pattern to replace,
+// the other operand of a comparison, and additional input for the hash.
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>

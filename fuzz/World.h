@@ -17,7 +17,7 @@ inline constexpr std::size_t kWorldSwitches = 5;
 ///
 ///   0  the display options, in the lower five bits
 ///   1  flags: 0x01 internal features allowed, 0x02 no usage logging, 0x04 terminating, 0x08 show
-///      features that are off, 0x10 show unlock codes, 0x20 the platform is "Win"
+///      features that are off, 0x10 show internal keys, 0x20 the platform is "Win"
 ///   2  features that are switched off, one bit each
 ///   3  features that the user may switch on, one bit each
 ///   4  flags: 0x01 use a rating placeholder, 0x02 use a dictionary, 0x04 also check reloads

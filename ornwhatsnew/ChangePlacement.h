@@ -26,7 +26,7 @@ class ChangeMaker {
  public:
   /// Returns a change with the current values of `row`. Converts the columns with
   /// `DataColumnInfo::isLowerCased` to lower case. The change is not unmatched, and its URL is not
-  /// a duplicate. `row` can be of any kind. Does not refer to `row` afterwards.
+  /// a duplicate. `row` can be of any kind. The change does not refer to `row`.
   ORN_EXPORT std::shared_ptr<FeatureListDetail> Make(const DataRow& row);
 
  private:
@@ -44,8 +44,8 @@ struct ChangePlacement {
 };
 
 /// Returns the item in `items` to which a change belongs, and whether the change is unmatched.
-/// `groupingID` and `storyID` are columns 2 and 3 of its row. `unreviewed` is true if its salience
-/// is "Unreviewed". The first rule that applies decides:
+/// `groupingID` and `storyID` are the fields in columns 2 and 3 of its row. `unreviewed` is true if
+/// its salience is "Unreviewed". The first rule that applies decides:
 ///
 /// 1. An unreviewed change belongs to the section UNREVIEWED, regardless of its IDs.
 /// 2. A change with the grouping ID "INTERNAL", in any letter case, belongs to the section

@@ -48,7 +48,7 @@ constexpr std::size_t ColumnIndex(DataColumn column) {
   return static_cast<std::size_t>(column);
 }
 
-/// Describes a column.
+/// The header of a column, and how a change stores the field in this column.
 struct DataColumnInfo {
   /// The header that authors write in the first row. The reader ignores it.
   std::string_view header;

@@ -84,7 +84,7 @@ struct DataField {
   std::optional<std::size_t> openQuote;
 };
 
-/// Returns the fields of `row`, which is the content of `DataRow::text`. The number of fields is
+/// Returns the fields of `row`, which is the `text` of a `DataRow`. The number of fields is
 /// `DataRow::fieldCount`, so a blank row has no fields. This function is separate from
 /// `DataFileReader`, because a list does not need positions. Takes time linear in the length of the
 /// row.

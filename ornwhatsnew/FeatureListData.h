@@ -20,7 +20,7 @@ class ResourceManager;
 
 namespace ornwhatsnew {
 
-/// A What's New list. `GetWhatsNew` creates and loads one.
+/// A What's New list. `GetWhatsNew` creates a list and loads its data file.
 ///
 ///     auto list = GetWhatsNew(u"whatsnew.csv", &resources, getter, setter);
 ///     if (list->IsAnythingNew(kShowOnlyNew)) ShowBadge();
@@ -104,9 +104,9 @@ class ORN_EXPORT FeatureListData {
   /// The reference is valid until the list is destroyed, and a reload does not invalidate it.
   const std::list<std::string>& GetOrderedFeatureKeys() const;
 
-  /// Returns whether the data file was found, and the numbers of its changes and skipped rows. They
-  /// describe the data file that the constructor or `InitWithData` loaded last. `ParseWhatsNewData`
-  /// does not change them.
+  /// Returns whether the data file was found, and the numbers of its changes and skipped rows.
+  /// These values describe the data file that the constructor or `InitWithData` loaded last.
+  /// `ParseWhatsNewData` does not change the values.
   DataFileSummary GetDataFileSummary() const;
 
   /// Returns the display text for `text` (UTF-8). Localises a key text through the `Localizer`, and
@@ -156,10 +156,10 @@ class ORN_EXPORT FeatureListData {
   /// each placeholder with its rating control. After an exception, `runs` and `ratingItems` are
   /// unspecified.
   ///
-  /// At the end, adds the identities of the shown items and changes to the state, or only those of
-  /// the items in the rating view. Then passes the three persisted values to the setter, even if
-  /// nothing was shown. Makes no other call to the host between these three calls, so a host can
-  /// store the values in one transaction.
+  /// At the end, adds the identities of the shown items and changes to the state. In the rating
+  /// view, adds only the identities of the items. Then passes the three persisted values to the
+  /// setter, even if nothing was shown. Makes no other call to the host between these three calls,
+  /// so a host can store the values in one transaction.
   UTF16String GetFormattedTextForDisplay(const DisplayOptions& options,
                                          const UTF16String& ratingPlaceholder, StyleRunMap& runs,
                                          std::shared_ptr<RatingMap> ratingItems);
@@ -167,9 +167,10 @@ class ORN_EXPORT FeatureListData {
   /// Returns the layout of the panel for these options. Updates the state and calls the setter like
   /// `GetFormattedTextForDisplay`.
   ///
-  /// Makes the same calls to the host, in the same order, as `GetFormattedTextForDisplay` with a
-  /// rating map in the rating view and with a null map otherwise. In addition, looks up the
-  /// translation of each custom question that is a key text.
+  /// Makes the same calls to the host as `GetFormattedTextForDisplay`, in the same order. In the
+  /// rating view, these are the calls that it makes if `ratingItems` is not null. Otherwise, they
+  /// are the calls that it makes if `ratingItems` is null. In addition, looks up the translation of
+  /// each custom question that is a key text.
   ///
   /// After a call of `RefreshInternalSeenState`, a layout with `kShowOnlyNew` contains no change
   /// that was shown and stored before. A view should therefore keep the layout that it shows.

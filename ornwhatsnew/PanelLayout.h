@@ -42,8 +42,8 @@ enum class ParagraphKind {
   /// A paragraph of the notice that a panel without items shows. A blank line in the notice starts
   /// a new paragraph.
   kNotice,
-  /// A request to rate the feature of the paragraphs before it. It has no text. A view puts its
-  /// rating control here.
+  /// A request to rate a feature, after the other paragraphs of this feature. It has no text. A
+  /// view puts its rating control here.
   kRatingRequest,
 };
 
@@ -63,8 +63,9 @@ template <class String>
 struct BasicLayoutSpan {
   /// The range of the span in the layout's text.
   TextRange range;
-  /// The style. Has no value for text between styled strings, such as a tab of a template. Is never
-  /// `kStyleUnlockLabelBox`, because an unlock label has the style `kStyleUnlockLabel`.
+  /// The style. Has no value for text between styled strings, such as the space before an unlock
+  /// label. Is never `kStyleUnlockLabelBox`, because an unlock label has the style
+  /// `kStyleUnlockLabel`.
   std::optional<StyleID> style;
   /// The URL of a title or of a link, or an empty string. An author of the data file can write any
   /// string, so call `IsSafeLink` before you open it.

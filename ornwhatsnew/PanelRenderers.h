@@ -41,8 +41,9 @@ struct HTMLOptions {
   std::string_view idPrefix = "ornwhatsnew-";
   /// The level of the heading of the panel, from 1 to 5. The titles are one level below it.
   int headingLevel = 2;
-  /// The `id` of each paragraph, by its index in `PanelLayout::paragraphs`. A paragraph without an
-  /// element of this index, or with an empty one, has no `id`. Refers to the caller's strings.
+  /// The `id` of each paragraph, by its index in `PanelLayout::paragraphs`. If the element for a
+  /// paragraph is missing or empty, the paragraph has no `id`. The span refers to the caller's
+  /// strings.
   std::span<const std::string> paragraphIDs = {};
 };
 
@@ -83,9 +84,10 @@ struct HTMLOptions {
 [[nodiscard]] ORN_EXPORT UTF8String RenderHTML(const PanelLayout& layout,
                                                const HTMLOptions& options = {});
 
-/// Returns a CSS style sheet for the fragment that `RenderHTML` returns. All its rules begin with
-/// the class `ornwhatsnew`. It supports light and dark colour schemes, narrow pages, both text
-/// directions and forced colours. Its colours are custom properties such as `--ornwhatsnew-muted`,
+/// Returns a CSS style sheet for the fragment that `RenderHTML` returns. Each of its selectors
+/// begins with a class whose name begins with `ornwhatsnew`. It supports light and dark colour
+/// schemes, narrow pages, both text directions and forced colours. The background and the normal
+/// text have system colours. All other colours are custom properties such as `--ornwhatsnew-muted`,
 /// which a page can set. The string has static storage duration.
 [[nodiscard]] ORN_EXPORT std::string_view GetHTMLStyleSheet() noexcept;
 
@@ -110,10 +112,10 @@ struct TerminalOptions {
 
 /// Returns the panel as lines for a terminal. An empty line separates items. Wrapped changes have a
 /// hanging indent. If `options` has no hyperlinks, the target of a link with the style
-/// `kStyleHotSpot` follows its text in angle brackets, even if the link is safe.
+/// `kStyleHotSpot` follows its text in angle brackets. This also applies to safe links.
 ///
-/// `orncore::string::SafeForTerminal` replaces or removes unsafe characters. The only control
-/// characters in the result are newlines and the escape sequences that `options` selects. All
+/// `orncore::string::SafeForTerminal` replaces or removes unsafe characters. Apart from newlines
+/// and the escape sequences that `options` selects, the result contains no control characters. All
 /// styles and hyperlinks end at the end of their line. The result ends with a newline.
 [[nodiscard]] ORN_EXPORT UTF8String RenderTerminalText(const PanelLayout& layout,
                                                        const TerminalOptions& options);

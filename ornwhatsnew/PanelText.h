@@ -13,13 +13,14 @@
 
 namespace ornwhatsnew {
 
-/// The library's own texts. In a comment, "@0" and "@1" are placeholders of the text.
+/// The library's own texts. If the comment of a text mentions "@0" or "@1", the text contains this
+/// placeholder.
 enum class PanelText : std::size_t {
   /// The label of a feature that only internal users see, and of the internal sections.
   kUnlockInternal,
   /// The label of a feature that is switched off.
   kUnlockOff,
-  /// The label of a feature that everyone can use.
+  /// The label of a feature in the state `ItemUnlockState::Unlocked`.
   kUnlockUnlocked,
   /// The label of a feature in development.
   kUnlockInDevelopment,
@@ -31,7 +32,8 @@ enum class PanelText : std::size_t {
   kPlatform,
   /// The version of a change; "@0" is the version.
   kVersion,
-  /// The versions of a change; "@0" is the first affected version, and "@1" its version.
+  /// The versions of a change; "@0" is the earliest relevant version, and "@1" is the version that
+  /// added the change.
   kVersionRange,
   /// The ID of an issue; "@0" is the ID.
   kIssueKey,

@@ -10,10 +10,10 @@ namespace ornwhatsnew {
 
 /// Returns whether a view may make `link` clickable or open it.
 ///
-/// A safe link begins with `https://`, in lower case. After it come a host and, optionally, a port.
-/// The host is an IP address in square brackets, or it consists of ASCII letters, digits, `-`, `.`
-/// and `_`. The link has at most 2,000 bytes. All of them are ASCII characters that are valid in a
-/// URL, so the link has no spaces, double quotes, angle brackets, backslashes or control
+/// A safe link begins with `https://` in lower case, followed by a host and an optional port. The
+/// host is an IP address in square brackets, or it consists of ASCII letters, digits, `-`, `.` and
+/// `_`. The link has at most 2,000 bytes. All of them are ASCII characters that are valid in a URL.
+/// Therefore, the link has no spaces, double quotes, angle brackets, backslashes or control
 /// characters.
 ///
 /// A safe link has no user information before the host. In `https://a.example@b.example/`, the host

@@ -10,8 +10,8 @@
 
 namespace ornwhatsnew {
 
-/// A rule that hides an item or a change. A comment that names a display option describes a rule
-/// that applies only with this option.
+/// A rule that hides an item or a change. If the comment of a rule begins with a display option,
+/// the rule applies only with this option.
 enum class HidingRule : std::uint8_t {
   // Rules for items.
 
@@ -21,8 +21,8 @@ enum class HidingRule : std::uint8_t {
   kUsageLoggingOff,
   /// The feature is switched off, and the user cannot switch it on.
   kUnavailable,
-  /// The user is not internal. The item is the section INTERNAL or UNREVIEWED, or a feature with
-  /// the internal override.
+  /// The user is not internal, and the item is the section INTERNAL or UNREVIEWED, or a feature
+  /// with the internal override.
   kInternalUsersOnly,
   /// A change of the feature has the salience "HideBetaFeature".
   kHideBetaFeature,

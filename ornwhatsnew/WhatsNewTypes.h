@@ -25,10 +25,10 @@ extern ORN_EXPORT const UTF8String kInternalKey;
 /// The key of the section for unreviewed changes, which only internal users see.
 extern ORN_EXPORT const UTF8String kUnreviewedKey;
 
-// These font sizes, the tab width and the margin are for the code with which a host draws the
-// panel. The library does not use them. The font sizes and the margin are in device-independent
-// pixels: 96 pixels are one inch on a screen without scaling, as in CSS. The tab width is a number
-// of spaces in the font of the paragraph.
+// A host can use these font sizes, the tab width and the margin to draw the panel. The library does
+// not use them. The font sizes and the margin are in device-independent pixels: 96 pixels are one
+// inch on a screen without scaling, as in CSS. The tab width is a number of spaces in the font of
+// the paragraph.
 
 inline constexpr float kFontSize_Title = 28.0F;        ///< size of a feature's title
 inline constexpr float kFontSize_Header = 18.0F;       ///< size of the header line
@@ -40,8 +40,8 @@ inline constexpr float kFontSize_HotSpotCopy = 16.0F;  ///< size of links within
 inline constexpr int kTabWidth = 6;                    ///< width of a tab, in spaces
 inline constexpr int kRightMargin = 26;                ///< right margin of the panel
 
-/// Characters that do not belong to words, each in UTF-8. The code with which a host draws the
-/// panel can use them to find word boundaries. The library does not use them.
+/// Characters that do not belong to words, each in UTF-8. A host that draws the panel can use them
+/// to find word boundaries. The library does not use them.
 inline constexpr std::array<std::string_view, 12> kTypographicMarks = {
     "\xC2\xB0",      // degree sign
     "\xC2\xAB",      // left-pointing double angle quotation mark
@@ -82,14 +82,16 @@ enum class ItemUnlockState {
 /// the host's feature table instead of the visibility of the item.
 ORN_EXPORT ItemUnlockState GetItemUnlockState(const FeatureListItem& item);
 
-/// Returns whether the list also shows features that are switched off, because the debug switch
-/// "ornappsupport.betafeature.SimulateShowingAllOffFeaturesInWhatsNew" is on. Always returns false
-/// for users without the internal-features permission. Reads the debug database at each call.
+/// Returns whether the debug switch
+/// "ornappsupport.betafeature.SimulateShowingAllOffFeaturesInWhatsNew" is on. The list then also
+/// shows features that are switched off. Always returns false for users without the
+/// internal-features permission. Reads the debug database at each call.
 ORN_EXPORT bool ShowingAllOffFeaturesInternally();
 
-/// Returns whether the panel shows the internal key after a feature's title, because the debug
-/// switch "ornappsupport.betafeature.SimulateShowingAllUnlockCodesInWhatsNew" is on. Always returns
-/// false for users without the internal-features permission. Reads the debug database at each call.
+/// Returns whether the debug switch
+/// "ornappsupport.betafeature.SimulateShowingAllUnlockCodesInWhatsNew" is on. The panel then shows
+/// the internal key after a feature's title. Always returns false for users without the
+/// internal-features permission. Reads the debug database at each call.
 ORN_EXPORT bool ShowingAllUnlockCodesInternally();
 
 /// Returns the full version of the host: the version, a dot and the build number. If the version

@@ -16,10 +16,10 @@ namespace ornwhatsnewqt {
 
 class WhatsNew;
 
-/// A panel with a page of news and a page of ratings.
+/// A panel with a news page and a rating page.
 ///
 /// The panel uses the colours and the font of the desktop and the language of the application, and
-/// adapts to their changes. Ctrl+F searches the news, and Ctrl+P prints it. Escape closes an open
+/// adapts when they change. Ctrl+F searches the news, and Ctrl+P prints it. Escape closes an open
 /// search. If no search is open, the panel ignores Escape, so that a dialog that contains the panel
 /// closes.
 ///

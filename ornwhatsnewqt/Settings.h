@@ -54,12 +54,13 @@ struct ORNWHATSNEWQT_EXPORT Settings {
   /// Returns whether the user allows usage logging. If it returns false, the user cannot rate
   /// features. The default function returns false. An empty function installs nothing.
   std::function<bool()> usageLogging;
-  /// Whether the texts of the library are translated by the translators of the application, with
-  /// the context "ornwhatsnew". False installs no dictionary.
+  /// Whether the translators of the application translate the texts of the library, with the
+  /// context "ornwhatsnew". False installs no dictionary.
   bool usesTranslators = true;
 
-  /// The path of the INI file for the state and all other values. If it is empty, these values are
-  /// in the `QSettings` of the application or, on Windows, in its INI file in `%APPDATA%`.
+  /// The path of the INI file that contains the state and the other values of the companion. If it
+  /// is empty, these values are in the `QSettings` of the application or, on Windows, in the
+  /// application's INI file in `%APPDATA%`.
   QString settingsFile;
   /// Callbacks that read and write the state instead of `QSettings`. If one of them is empty,
   /// neither is used. If they cannot store the state, call `WhatsNew::setStateError`. The filters
@@ -70,8 +71,8 @@ struct ORNWHATSNEWQT_EXPORT Settings {
   /// What happens if the stored state is empty.
   FirstStart firstStart = FirstStart::MarkAllSeen;
   /// Whether the panel opens by itself once after an update, if something is new. It does not open
-  /// by itself after the first start. While a modal dialog is open, it waits. Users can switch this
-  /// off in the panel.
+  /// by itself at the first start of the application. If a modal dialog is open, the panel opens
+  /// after the dialog is closed. Users can switch this off in the panel.
   bool announcesUpdates = false;
 };
 

@@ -26,11 +26,11 @@ namespace ornwhatsnewqt {
 
 class PanelController;
 
-/// Loads a list, offers it through two actions, and shows it in a window.
+/// Loads a list, provides two actions that open its panel, and shows the panel in a window.
 ///
-/// Requires a `QApplication` and must be used on its thread. Services and callbacks in the settings
-/// must not throw exceptions. If the parent is a widget, the panel's window belongs to that
-/// widget's window.
+/// Requires a `QApplication`. Use this class only on the thread of the `QApplication`. Services and
+/// callbacks in the settings must not throw exceptions. If the parent is a widget, the panel's
+/// window belongs to that widget's window.
 class ORNWHATSNEWQT_EXPORT WhatsNew : public QObject {
   Q_OBJECT
  public:

@@ -1,1 +1,1 @@
-// CMake builds the precompiled header of all test programs when it compiles this file.
+// CMake builds the precompiled header of all GoogleTest programs when it compiles this file.

@@ -1,6 +1,6 @@
-// Runs in a copy of the program `ornwhatsnew-panel` that ./dev picture builds. Saves a picture of
-// the window and closes the window. The environment variable PANEL_PICTURE contains the file, and
-// PANEL_COLORS selects the palette of the desktop: "light" or "dark".
+// Runs in a copy of the program `ornwhatsnew-panel` that ./dev picture builds. Saves a screenshot
+// of the window and closes the window. The environment variable PANEL_PICTURE contains the path of
+// the screenshot, and PANEL_COLORS selects the palette of the desktop: "light" or "dark".
 #include <QtCore/QCoreApplication>
 #include <QtCore/QTimer>
 #include <QtGui/QPalette>
@@ -11,7 +11,7 @@
 namespace {
 
 constexpr QSize kWindowSize(760, 900);
-// The window receives its size, its colours and the focus within this time, in milliseconds.
+// The time, in milliseconds, in which the window must receive its size, its colours and the focus.
 constexpr int kPatience = 1500;
 
 QPalette darkPalette() {

@@ -1,8 +1,7 @@
 # shellcheck shell=bash
 
-# Part of ./dev: runs the benchmarks. Also checks that the number of executed instructions grows about
-# linearly with the number of rows of a data file. Checks the same for the size of a host description and
-# of a state store.
+# Part of ./dev: runs the benchmarks. Also checks that instruction counts grow about linearly with the
+# number of rows of a data file, and with the size of host descriptions and state stores.
 
 bench_subjects=(cutting load memory identity news display state keyorder start lint panel)
 
@@ -60,8 +59,7 @@ command_bench() {
   say "Wrote the table to build/bench/table.md and all measurements to build/bench/results/"
 }
 
-# This function is the stage "growth" of ./dev check. It counts instructions, because run times depend
-# on other load.
+# Implements the stage "growth" of ./dev check. Counts instructions, because run times depend on other load.
 stage_growth() {
   configure bench && build bench --target benchmarks && count_instructions 1000 &&
     count_instructions 10000 || return
@@ -119,8 +117,8 @@ require_linear_json() {
   ((peak <= 20 * bytes)) || { echo "FAILED: more than 20 bytes of memory per byte" && return 1; }
 }
 
-# Runs the reader on JSON input of this shape and size. Prints the number of instructions that the reader
-# and its callees execute, the actual size of the input in bytes, and the peak memory use in bytes.
+# Runs the reader on JSON input of the given shape and size. Prints the number of instructions that the
+# reader and its callees execute, the actual size of the input in bytes, and the peak memory use in bytes.
 measure_json() {
   local shape=$1 bytes=$2 counts
   counts=$(log_file "growth-$shape-$bytes")

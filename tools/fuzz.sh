@@ -114,5 +114,5 @@ command_fuzz() {
     fail "there are findings; docs/fuzzing.md explains how to add a regression test for a finding"
 }
 
-# This function is the stage "fuzz" of ./dev check.
+# Implements the stage "fuzz" of ./dev check.
 stage_fuzz() { build_fuzzers && fuzz_targets_for 1800 "$(jobs_count)" "${fuzz_targets[@]}"; }

@@ -6,7 +6,7 @@ picture_folder=docs/images
 picture_data=examples/herbarium/whatsnew.csv
 picture_host=examples/herbarium/host.json
 
-# Reads the output of a program for a terminal, and prints an HTML page that shows it like a terminal.
+# Reads text with escape sequences for a terminal, and prints an HTML page that looks like the terminal.
 # Removes the link targets. Replaces faint text with grey text, because aha does not support faint text.
 picture_page() {
   cat <<'HTML'
@@ -27,8 +27,8 @@ picture_colors() {
     -e 's/color:red;/color:#ff757f;/g'
 }
 
-# take_screenshot PAGE PICTURE SIZE SCALE PROFILE: writes a picture of the top of the HTML file PAGE. SIZE
-# is WIDTH,HEIGHT. PROFILE is a folder for the settings of the browser.
+# take_screenshot PAGE PICTURE SIZE SCALE PROFILE: writes a screenshot of the top of the HTML file PAGE to
+# PICTURE. SIZE is WIDTH,HEIGHT. PROFILE is a folder for the settings of the browser.
 take_screenshot() {
   say "Writing $picture_folder/$2"
   chromium --headless --no-sandbox --disable-gpu --disable-quic --no-first-run \
@@ -56,7 +56,8 @@ write_terminal_pictures() {
     write_terminal_picture "$folder" terminal "$columns" "$lines"
 
   "$program" import examples/author/table.csv -o "$folder/draft.csv" 2>/dev/null
-  # The findings contain the name of the file without its folder. The exit status is 1.
+  # Run lint in the folder of the file, so that the findings contain only the file name. The exit status of
+  # lint is 1, because the file has mistakes.
   { (cd "$folder" && "$program" lint draft.csv --host "$host" --color always) || (($? == 1)); } |
     write_terminal_picture "$folder" lint 96 26
 }
@@ -82,8 +83,8 @@ write_panel_picture() {
     fail "cannot write the picture '$name'"
 }
 
-# Writes the pictures of the panel in a window: both pages in light and dark colours, for screens with
-# one and two pixels per unit.
+# Writes screenshots of the panel's two pages in a window. Each page has screenshots in light and dark
+# colours, for screens with one and two pixels per unit.
 write_panel_pictures() {
   local folder=$1 colors scale suffix
   # The rating page shows only what the user has seen.

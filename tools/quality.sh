@@ -1,7 +1,7 @@
 # shellcheck shell=bash
 
-# Part of ./dev: measures coverage, runs mutation testing, runs the tests that kill programs, and runs
-# the program in adverse conditions.
+# Part of ./dev: measures coverage, runs mutation testing, runs the tests that kill programs, and runs the
+# program under adverse conditions.
 
 # The coverage report includes only these folders, which contain no tests.
 measured_folders=(orncore ornappsupport ornui ornwhatsnew hosts)
@@ -14,7 +14,7 @@ command_coverage() {
   say "Per file: build/coverage/report/summary.txt; per line: build/coverage/report/index.html"
 }
 
-# Runs the tests and writes the report. gcovr receives the arguments.
+# Runs the tests and writes the report. Passes its arguments to gcovr.
 measure_coverage() {
   configure coverage && build coverage || return
   # Delete the counts of earlier runs, because a run adds its counts to them.
@@ -68,7 +68,7 @@ kill_in() {
   printf '%-17s %s\n' "$suite" "$(grep -E '^[0-9]+ killed, ' "$log")"
 }
 
-# Runs the program in adverse conditions. Run './dev robustness --help' for the options.
+# Runs the program under adverse conditions. Run './dev robustness --help' for the options.
 command_robustness() {
   ensure_packages robustness
   configure release
@@ -77,7 +77,8 @@ command_robustness() {
   nice -n 10 python3 tests/hosts/robustness/run.py "$@"
 }
 
-# Writes the settings of the Qt companion 500 times in each of four programs. Does nothing without Qt.
+# Tests that four programs can change the settings of the Qt companion at the same time, 500 times each.
+# Does nothing without Qt.
 write_settings_in_several_programs() {
   local test=ornwhatsnewqt_SettingsStoreProgramsTest
   grep -q "^build bin/$test:" build/release/build.ninja || return 0
@@ -111,7 +112,7 @@ stage_robustness() { command_robustness --seed 1 && write_settings_in_several_pr
 stage_browser() {
   local folder=build/browser axe=axe-core@4.10.3
   ensure_packages browser
-  # Other packages of Node.js than Debian's contain npm.
+  # Debian's package of Node.js does not contain npm, but other packages of Node.js do.
   command -v npm >/dev/null || install_packages npm
   mkdir -p "$folder"
   if ! npm install --prefix "$folder" --no-save --no-audit --no-fund "$axe"; then

@@ -22,8 +22,8 @@ constexpr std::array<std::string_view, 6> kForeignWords = {
 constexpr std::array<std::string_view, 6> kSaliences = {"", "", "", "Headline", "Detail", "Detail"};
 constexpr std::array<std::string_view, 5> kPlatforms = {"", "", "", "Mac", "Win"};
 
-// Generates the same values in every run. It uses modulo, because the distributions of the standard
-// library differ between implementations.
+// Generates the same values in every run. It uses the modulo operator, because the distributions of
+// the standard library differ between implementations.
 class RandomSource {
  public:
   std::size_t Below(std::size_t count) { return engine_() % count; }

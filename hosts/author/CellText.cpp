@@ -47,8 +47,8 @@ bool CanPrecedeWord(UChar32 character) {
   }
 }
 
-/// Returns the character that replaces a double quote between `before` and `after`, which are 0 at
-/// the ends of the text.
+/// Returns the character that replaces a double quote between the characters `before` and `after`.
+/// `before` is 0 at the start of the text, and `after` is 0 at its end.
 char16_t ReplacementForQuote(UChar32 before, UChar32 after) {
   if (u_isdigit(before) != 0) return kInchMark;
   const bool isBeforeSpace = after == 0 || u_isUWhiteSpace(after) != 0;

@@ -11,8 +11,8 @@ using ornwhatsnew::DataColumn;
 using ornwhatsnew::kDataColumnCount;
 using ornwhatsnew::kDataColumns;
 
-/// Returns `text` without white space at both ends, and with one space for each sequence of white
-/// space. The header cells of spreadsheets often contain line breaks.
+/// Returns `text` without white space at both ends, and with one space for each other sequence of
+/// white space. The header cells of spreadsheets often contain line breaks.
 std::string WithSingleSpaces(std::string_view text) {
   constexpr std::string_view kWhiteSpace = " \t\r\n\v\f";
   std::string result;

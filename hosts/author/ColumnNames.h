@@ -1,4 +1,4 @@
-// Names the columns of a data file for authors, and lists those with texts for users.
+// Defines the column names that authors use, and the columns that contain text for users.
 #ifndef HOSTS_AUTHOR_COLUMNNAMES_H_
 #define HOSTS_AUTHOR_COLUMNNAMES_H_
 

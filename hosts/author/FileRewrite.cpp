@@ -33,10 +33,24 @@ std::string QuotedPath(const fs::path& file) {
   return "'" + file.native() + "'";
 }
 
+/// Returns the result of `step`. If it throws a system error, whose message contains the absolute
+/// path of the file, its folder or its temporary file, throws the same error with the path that the
+/// author wrote.
+template <class Step>
+auto WithNamedPath(std::string_view problem, const fs::path& file, const Step& step) {
+  try {
+    return step();
+  } catch (const std::system_error& error) {
+    Fail(error.code().value(), std::string(problem) + " " + QuotedPath(file));
+  }
+}
+
 /// Returns the path of `file` without symbolic links. Throws if its folder does not exist, because
 /// `PrivateFolder` would create the folder.
 fs::path ResolvedPath(const fs::path& file) {
-  fs::path resolved = common::ResolveLinks(fs::absolute(file));
+  if (file.empty()) Fail(ENOENT, "cannot open ''");
+  fs::path resolved = WithNamedPath("cannot open", file,
+                                    [&file] { return common::ResolveLinks(fs::absolute(file)); });
   std::error_code error;
   if (!fs::exists(resolved.parent_path(), error)) {
     Fail(error ? error.value() : ENOENT, "cannot open the folder of " + QuotedPath(file));
@@ -69,11 +83,7 @@ class AuthorFile {
   }
 
   common::FileDescriptor Open() const {
-    try {
-      return folder_.Open(name_, O_RDONLY);
-    } catch (const std::system_error& error) {
-      Fail(error.code().value(), "cannot open " + QuotedPath(named_));
-    }
+    return WithNamedPath("cannot open", named_, [this] { return folder_.Open(name_, O_RDONLY); });
   }
 
   std::string ReadBytes() const {
@@ -84,12 +94,14 @@ class AuthorFile {
     }
   }
 
-  /// Locks the existing file.
+  /// Locks the file. Throws if the file does not exist, or if another program keeps it locked.
   common::FileLock Lock() const {
     for (;;) {
       // Check that the file exists, because `Acquire` would create it.
       if (!OpenExisting()) Fail(ENOENT, "cannot open " + QuotedPath(named_));
-      auto lock = common::FileLock::Acquire(folder_, name_, kPatience);
+      auto lock = WithNamedPath("cannot write", named_, [this] {
+        return common::FileLock::Acquire(folder_, name_, kPatience);
+      });
       if (!lock) {
         Fail(EBUSY, "cannot write " + QuotedPath(named_) + ", which another program is changing");
       }
@@ -104,7 +116,10 @@ class AuthorFile {
 
  private:
   AuthorFile(const fs::path& file, const fs::path& resolved)
-      : named_(file), folder_(resolved.parent_path()), name_(resolved.filename()) {}
+      : named_(file),
+        folder_(WithNamedPath("cannot open the folder of", file,
+                              [&] { return common::PrivateFolder(resolved.parent_path()); })),
+        name_(resolved.filename()) {}
 
   fs::path named_;
   common::PrivateFolder folder_;
@@ -118,11 +133,14 @@ void WriteWholeFile(const fs::path& file, std::string_view bytes) {
   if (target.OpenExisting()) {
     return ChangeWholeFile(file, [bytes](std::string_view) { return std::string(bytes); });
   }
-  const common::FileReplacement replacement(target.Folder(), target.Name(),
-                                            common::TemporaryName::kUnique);
-  replacement.SetModeOfNewFiles();
-  replacement.Write(bytes);
-  if (!replacement.Commit()) target.FailReplaced();
+  const bool isInPlace = WithNamedPath("cannot write", file, [&] {
+    const common::FileReplacement replacement(target.Folder(), target.Name(),
+                                              common::TemporaryName::kUnique);
+    replacement.SetModeOfNewFiles();
+    replacement.Write(bytes);
+    return replacement.Commit();
+  });
+  if (!isInPlace) target.FailReplaced();
 }
 
 void ChangeWholeFile(const fs::path& file,
@@ -130,15 +148,19 @@ void ChangeWholeFile(const fs::path& file,
   const AuthorFile target(file);
   const common::FileLock lock = target.Lock();
   const common::FileDescriptor opened = target.Open();
-  const common::FileReplacement replacement(target.Folder(), target.Name(),
-                                            common::TemporaryName::kUnique);
   const std::string changed = change(target.ReadBytes());
-  replacement.CopyModeAndOwner(opened);
-  replacement.Write(changed);
-  if (!lock.IsInPlace()) target.FailReplaced();
-  // Ignore whether the new file is still in place. As soon as the rename has succeeded, another
-  // program may lock the new file and replace it.
-  static_cast<void>(replacement.Commit());
+  const bool isWritten = WithNamedPath("cannot write", file, [&] {
+    const common::FileReplacement replacement(target.Folder(), target.Name(),
+                                              common::TemporaryName::kUnique);
+    replacement.CopyModeAndOwner(opened);
+    replacement.Write(changed);
+    if (!lock.IsInPlace()) return false;
+    // Ignore whether the new file is still in place. As soon as the rename has succeeded, another
+    // program may lock the new file and replace it.
+    static_cast<void>(replacement.Commit());
+    return true;
+  });
+  if (!isWritten) target.FailReplaced();
 }
 
 void ReplaceWholeFile(const fs::path& file, std::string_view before, std::string_view after) {

@@ -1,4 +1,4 @@
-// Writes files that authors name on a command line, as a whole or not at all.
+// Atomically writes files that authors name on a command line.
 #ifndef HOSTS_AUTHOR_FILEREWRITE_H_
 #define HOSTS_AUTHOR_FILEREWRITE_H_
 
@@ -10,22 +10,21 @@
 namespace hosts::author {
 
 // All functions follow symbolic links, keep the mode of an existing file, and lock an existing file
-// until they return. If another program calls one of them for the same file, they wait up to 5
-// seconds. On failure, they throw `std::system_error`, and the file is unchanged, unless only the
-// sync of its folder has failed. A killed program can leave the file "ornwhatsnew-NUMBER.tmp" in
-// the folder.
+// until they return. If another program has locked the file, they wait up to 5 seconds. On failure,
+// they throw `std::system_error`, and the file is unchanged, unless only the sync of its folder has
+// failed. A killed program can leave the file "ornwhatsnew-NUMBER.tmp" in the folder.
 
 /// Writes `bytes` to `file`, which need not exist.
 void WriteWholeFile(const std::filesystem::path& file, std::string_view bytes);
 
 /// Reads `file`, calls `change` with its bytes, and writes the result. Throws `std::system_error`
-/// if the file does not exist, or if another program replaces it meanwhile. Exceptions from
+/// if the file does not exist, or if another program replaces it during the call. Exceptions from
 /// `change` propagate, and the file is then unchanged.
 void ChangeWholeFile(const std::filesystem::path& file,
                      const std::function<std::string(std::string_view)>& change);
 
-/// Replaces the bytes `before` of `file` with `after`. Throws `std::system_error` if the file has
-/// other bytes, because another program has changed it.
+/// Replaces the content of `file`, which must be `before`, with `after`. Throws `std::system_error`
+/// if the content is not `before`, because another program has changed the file.
 void ReplaceWholeFile(const std::filesystem::path& file, std::string_view before,
                       std::string_view after);
 

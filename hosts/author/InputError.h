@@ -1,4 +1,4 @@
-// Defines the messages and the exceptions for problems in the files and the options of authors.
+// Defines messages and exceptions for problems in the files and options that authors provide.
 #ifndef HOSTS_AUTHOR_INPUTERROR_H_
 #define HOSTS_AUTHOR_INPUTERROR_H_
 

@@ -16,7 +16,7 @@ namespace {
 constexpr std::string_view kPrivatePrefix = "$$$/private/";
 constexpr std::string_view kCommentMark = "#{comment}";
 
-/// The properties of the template. Programs such as msginit replace the words in upper case.
+/// The header entry of the template. Programs such as msginit replace the words in upper case.
 constexpr std::string_view kProperties = R"(#, fuzzy
 msgid ""
 msgstr ""

@@ -140,7 +140,7 @@ std::ptrdiff_t CountColumnNames(std::string_view text, char separator) {
       return FindColumn(cell.text).has_value();
     });
   } catch (const InputError&) {
-    // With a wrong separator, the quotes of a correct row can be misplaced.
+    // With the wrong separator, the quotes of a correct row can seem to be misplaced.
     return -1;
   }
 }

@@ -80,7 +80,7 @@ std::u16string Decode(std::string_view bytes, const std::string& encoding) {
   return text;
 }
 
-/// Returns the encoding that the byte order mark of the file names, or null if it has none.
+/// Returns the encoding that the file's byte order mark indicates, or null if there is no mark.
 const char* EncodingOfMark(std::string_view bytes) {
   constexpr std::size_t kLongestMark = 4;
   const std::string_view start = bytes.substr(0, kLongestMark);
@@ -89,7 +89,7 @@ const char* EncodingOfMark(std::string_view bytes) {
                                      &error);
 }
 
-/// Returns the encoding and the reason for its selection, with an empty text.
+/// Returns a `DecodedText` with the encoding, the reason for its selection, and an empty text.
 DecodedText SelectEncoding(std::string_view bytes, const std::optional<std::string>& encoding) {
   if (encoding) return {"", *encoding, "as --encoding requires"};
   if (const char* const marked = EncodingOfMark(bytes)) {

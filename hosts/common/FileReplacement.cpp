@@ -16,7 +16,7 @@ std::string NameOfTemporaryFile(const std::string& name, TemporaryName temporary
   return "ornwhatsnew-" + std::to_string(std::random_device()()) + ".tmp";
 }
 
-/// Creates the file `name`. Deletes an existing file of a fixed name instead of truncating it,
+/// Creates the file `name`. Deletes an existing file with a fixed name instead of truncating it,
 /// because the name may be a link to another file.
 FileDescriptor CreateTemporaryFile(const PrivateFolder& folder, const std::string& name,
                                    TemporaryName temporaryName) {
@@ -37,8 +37,9 @@ FileReplacement::FileReplacement(const PrivateFolder& folder, const std::string&
       file_(CreateTemporaryFile(folder_, temporaryName_, temporaryName)) {}
 
 FileReplacement::~FileReplacement() {
-  // Check that the name still belongs to this file. If another program has deleted the lock file, a
-  // third program may be writing its own temporary file under the same name.
+  // Check that the name still belongs to the temporary file of this object. If another program has
+  // deleted the lock file, a third program may be writing its own temporary file under the same
+  // name.
   if (folder_.IsNameOf(temporaryName_, file_)) {
     ::unlinkat(folder_.Descriptor(), temporaryName_.c_str(), 0);
   }

@@ -1,4 +1,4 @@
-// Replaces a file as a whole. Readers find either the complete old content or the complete new
+// Replaces a file atomically. Readers find either the complete old content or the complete new
 // content, even after a power failure.
 #ifndef HOSTS_COMMON_FILEREPLACEMENT_H_
 #define HOSTS_COMMON_FILEREPLACEMENT_H_
@@ -17,8 +17,8 @@ enum class TemporaryName {
   /// name, which a killed program has left. Only one replacement of a file may exist at a time; use
   /// a `FileLock`.
   kFixed,
-  /// "ornwhatsnew-NUMBER.tmp" with a random number. Use it in a folder of the user, where a file
-  /// with a fixed name can be the user's own. A killed program leaves this file.
+  /// "ornwhatsnew-NUMBER.tmp" with a random number. Use this name in a folder of the user, because
+  /// a file with a fixed name could belong to the user. A killed program does not delete this file.
   kUnique,
 };
 

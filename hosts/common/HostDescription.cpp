@@ -143,10 +143,17 @@ BetaFeature MakeBetaFeature(const BetaFeatureDescription& feature) {
 
 HostDescription ReadHostDescription(const std::filesystem::path& file) {
   HostDescription host = ParseHostDescription(ReadOrThrow(file), file.native());
-  for (const std::string& name : host.dictionaryFiles) {
-    AddTranslations(file.parent_path() / name, host.dictionary);
+  for (const std::filesystem::path& path : DictionaryPaths(host, file)) {
+    AddTranslations(path, host.dictionary);
   }
   return host;
+}
+
+std::vector<std::filesystem::path> DictionaryPaths(const HostDescription& host,
+                                                   const std::filesystem::path& file) {
+  std::vector<std::filesystem::path> paths;
+  for (const std::string& name : host.dictionaryFiles) paths.push_back(file.parent_path() / name);
+  return paths;
 }
 
 HostDescription ParseHostDescription(std::string_view json, std::string_view sourceName) {

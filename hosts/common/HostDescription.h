@@ -83,6 +83,10 @@ inline constexpr std::array<std::string_view, 11> kHostMembers = {
 /// gettext catalog in UTF-8.
 HostDescription ReadHostDescription(const std::filesystem::path& file);
 
+/// Returns the paths of the dictionary files of `host`, the host description in `file`.
+std::vector<std::filesystem::path> DictionaryPaths(const HostDescription& host,
+                                                   const std::filesystem::path& file);
+
 /// Parses a host description from a JSON string. Does not read its dictionary files. Error messages
 /// begin with `sourceName`. Throws `JsonError` in these cases:
 /// - `json` is not valid JSON, contains NUL, is nested too deeply, or has too many array elements.

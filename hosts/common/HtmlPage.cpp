@@ -68,8 +68,8 @@ std::string HtmlPage(std::string_view title, std::string_view style, std::string
   return page;
 }
 
-// The `lang` attribute of the panel is empty, which means that its language is unknown, because a
-// layout does not state it.
+// A layout does not state its language. The `lang` attribute of the panel is therefore empty, which
+// means that the language is unknown.
 std::string PanelPage(const ornwhatsnew::PanelLayout& layout) {
   const std::string style =
       std::string(kPanelPageStyle) + std::string(ornwhatsnew::GetHTMLStyleSheet());

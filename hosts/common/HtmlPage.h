@@ -9,13 +9,14 @@
 
 namespace hosts::common {
 
-/// Returns HTML that shows `text`, also as the value of an attribute. `text` is UTF-8 or the bytes
-/// of a file name. Shows invisible characters and ill-formed bytes as `EscapeInvisible` does.
+/// Returns `text` as HTML that can be the content of an element or the value of an attribute.
+/// `text` is UTF-8 or the bytes of a file name. Shows invisible characters and ill-formed bytes as
+/// `EscapeInvisible` does.
 std::string EscapeHtml(std::string_view text);
 
-/// Returns a complete HTML page in English. `title` is a text, `style` is a style sheet without the
-/// character `<`, and `body` is the HTML of the body. The page follows the browser's colour scheme.
-/// Its content security policy forbids scripts, requests, forms and all other styles.
+/// Returns a complete HTML page in English. `title` is plain text, `style` is a style sheet without
+/// the character `<`, and `body` is the HTML of the body. The page follows the browser's colour
+/// scheme. Its content security policy forbids scripts, requests, forms and all other styles.
 std::string HtmlPage(std::string_view title, std::string_view style, std::string_view body);
 
 /// Returns a complete HTML page that shows `layout`.

@@ -16,7 +16,7 @@ using nlohmann::json;
 
 namespace {
 
-/// The maximum length, in bytes, of a member's name in a path.
+/// The maximum length, in bytes, of a member's name in a JSON pointer.
 constexpr std::size_t kMaximumName = 100;
 
 /// The maximum length, in bytes, of a string that an error message quotes.

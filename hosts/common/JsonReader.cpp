@@ -5,23 +5,21 @@
 
 #include <nlohmann/json.hpp>
 
+#include "hosts/common/MessageText.h"
+
 namespace hosts::common {
 
 using nlohmann::json;
 
 namespace {
 
-std::string Counted(std::size_t count, std::string_view one, std::string_view many) {
-  return std::to_string(count) + ' ' + std::string(count == 1 ? one : many);
-}
-
 /// Describes a value for an error message. The description contains the type and, for strings and
 /// numbers, the value. For arrays and objects, it contains the number of elements or members.
 std::string Describe(const json& value) {
   if (value.is_string()) return "the string " + JsonQuoted(value.get_ref<const std::string&>());
   if (value.is_number()) return "the number " + value.dump();
-  if (value.is_array()) return "an array of " + Counted(value.size(), "element", "elements");
-  if (value.is_object()) return "an object of " + Counted(value.size(), "member", "members");
+  if (value.is_array()) return "an array of " + Counted(value.size(), "element");
+  if (value.is_object()) return "an object of " + Counted(value.size(), "member");
   return value.dump();
 }
 

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include <orncore/string/SafeText.h>
+
 namespace hosts::common {
 namespace {
 
@@ -26,6 +28,18 @@ std::string WithoutMiddle(std::string_view text) {
   std::string_view end = text.substr(text.size() - kMaximumDetail / 2);
   for (int i = 0; i < 3 && !IsCharacterStart(end.front()); ++i) end.remove_prefix(1);
   return std::string(Prefix(text, kMaximumDetail / 2)) + " ... " + std::string(end);
+}
+
+std::string Quoted(std::string_view text) {
+  constexpr std::size_t kMaximumBytes = 60;
+  const std::string_view shown = Prefix(text, kMaximumBytes);
+  return "'" + orncore::string::EscapeInvisible(shown) + (shown.size() < text.size() ? "..." : "") +
+         "'";
+}
+
+std::string Counted(std::size_t number, std::string_view noun) {
+  if (number == 1) return "one " + std::string(noun);
+  return std::to_string(number) + " " + std::string(noun) + "s";
 }
 
 std::string HexDigits(char byte) {

@@ -1,4 +1,4 @@
-// Shortens strings for messages, and formats bytes.
+// Shortens, quotes and counts for messages, and formats bytes.
 #ifndef HOSTS_COMMON_MESSAGETEXT_H_
 #define HOSTS_COMMON_MESSAGETEXT_H_
 
@@ -18,6 +18,13 @@ std::string_view Prefix(std::string_view text, std::size_t length);
 /// Returns `text` (UTF-8) for a message. If it has more than 200 bytes, replaces its middle with
 /// " ... ". Does not split a character.
 std::string WithoutMiddle(std::string_view text);
+
+/// Returns `text` in single quotation marks for a message. Escapes invisible characters, and
+/// shortens a text of more than 60 bytes.
+std::string Quoted(std::string_view text);
+
+/// Returns `number` and `noun`, for example "one field" or "2 fields" for the noun "field".
+std::string Counted(std::size_t number, std::string_view noun);
 
 /// Returns `byte` as two upper-case hexadecimal digits.
 std::string HexDigits(char byte);

@@ -15,7 +15,7 @@ namespace hosts::common {
 [[noreturn]] void ThrowSystemError(std::string_view problem, const std::filesystem::path& file);
 
 /// Returns the absolute path of `file` without symbolic links. If `file` is itself a link, returns
-/// the path of the file that it leads to. The file and its folder need not exist. Throws
+/// the path of the file to which the link points. The file and its folder need not exist. Throws
 /// `std::system_error` if a link cannot be resolved, or if ".." follows a folder that does not
 /// exist. Also throws it if the path is empty or ends with "/", "." or "..".
 std::filesystem::path ResolveLinks(std::filesystem::path file);

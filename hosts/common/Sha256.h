@@ -1,4 +1,4 @@
-// Computes the hash with which a content security policy names an inline style sheet.
+// Computes the hash by which a content security policy identifies an inline style sheet.
 #ifndef HOSTS_COMMON_SHA256_H_
 #define HOSTS_COMMON_SHA256_H_
 

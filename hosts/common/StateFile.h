@@ -18,7 +18,7 @@ std::optional<StateValues> ReadStateFile(const std::filesystem::path& file);
 
 /// Reads the values in `file`, calls `change` to modify them, and replaces the file if they differ.
 /// Returns the new values. Creates the file and its folder if they do not exist. If `file` is a
-/// symbolic link, replaces the file that it leads to.
+/// symbolic link, replaces the file to which the link points.
 ///
 /// While the function reads and writes, it locks a second file, whose name is the name of the file
 /// followed by ".lock". Other programs wait for this lock before they write. The function waits at

@@ -12,7 +12,7 @@ namespace hosts::common {
 namespace {
 
 constexpr std::string_view kFormat = "ornwhatsnew state";
-/// The version of the format that this program writes, and the newest one that it reads.
+/// The version of the format that this program writes, and the newest version that it reads.
 constexpr std::int64_t kFormatVersion = 1;
 
 constexpr std::string_view kFormatMember = "format";
@@ -53,8 +53,8 @@ StateValues ReadState(const JsonReader& root, const std::filesystem::path& file)
 }  // namespace
 
 StateValues ParseState(std::string_view text, const std::filesystem::path& file) {
-  // A write syncs the file before the rename, so no write of this program leaves an empty file.
-  // The user may have given the empty file another purpose.
+  // A write syncs the file before the rename, so no write of this program leaves an empty file. An
+  // empty file may therefore have another purpose.
   if (text.empty()) {
     throw StateStoreError("cannot use the state store '" + file.native() +
                           "': the file is empty; delete it if you do not need it, or name "

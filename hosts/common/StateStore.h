@@ -46,7 +46,7 @@ std::filesystem::path DefaultStateLocation();
 /// A state store. An object contains a copy of the stored values as of the last read, and a buffer
 /// of values that are not written yet.
 ///
-/// `Set` buffers a value. `Commit` writes all buffered values and replaces the file as a whole.
+/// `Set` buffers a value. `Commit` writes all buffered values and replaces the file atomically.
 /// Either all three values of a display are stored or none, even if the program is killed or the
 /// power fails. When `Commit` returns, the values are on the disk. `Commit` merges lists of
 /// identities and versions with the elements that other programs have written since the last read.
@@ -54,10 +54,10 @@ std::filesystem::path DefaultStateLocation();
 ///
 /// The store opens the file for each read and each write, and closes it afterwards. The first
 /// `Commit` creates the file with the mode 0600, and missing folders with the mode 0700. A file
-/// that exists keeps its mode. If the location is a symbolic link, the store is the file that it
-/// leads to. A write creates two more files in the folder of this file. The lock file has the
-/// suffix
-/// ".lock" and is not deleted. The temporary file has the suffix ".tmp". A read creates nothing.
+/// that exists keeps its mode. If the location is a symbolic link, the store is the file to which
+/// the link points. A write creates two more files in the folder of this file. The lock file has
+/// the suffix ".lock" and is not deleted. The temporary file has the suffix ".tmp". A read creates
+/// nothing.
 ///
 /// Not thread-safe. Any number of programs can use one file at the same time. A read never waits
 /// for other programs. A write waits a limited time for other writers.

@@ -17,7 +17,7 @@ namespace hosts::common {
 std::string ReadTextFile(const std::filesystem::path& file,
                          std::size_t maxBytes = orncore::filesupport::kMaxFileBytes);
 
-/// The byte order mark of UTF-8, with which spreadsheet programs begin a file.
+/// The byte order mark of UTF-8, with which some spreadsheet programs begin a file.
 inline constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 
 /// Returns `text` without a byte order mark at its start.

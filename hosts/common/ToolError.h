@@ -13,7 +13,7 @@ enum class ExitStatus : int {
   kDone = 0,
   kUnexpected = 1,        ///< unexpected error, for example insufficient memory
   kUsage = 2,             ///< the command line is not valid
-  kInput = 3,             ///< an input file or standard input cannot be used
+  kInput = 3,             ///< an input cannot be used: a file, standard input, or `add`'s new row
   kState = 4,             ///< the state store cannot be read or written
   kUnknownKey = 5,        ///< the feature does not exist or cannot be rated
   kOutput = 6,            ///< the output cannot be written

@@ -6,7 +6,7 @@ namespace hosts::common {
 
 /// Makes the process ignore SIGPIPE and SIGXFSZ, which would otherwise end it. A write to a pipe
 /// without a reader, or beyond the file size limit, then returns an error that the program can
-/// report. Call it at the start of a program.
+/// report. Call this function at the start of a program.
 void IgnoreWriteSignals() noexcept;
 
 }  // namespace hosts::common

@@ -12,6 +12,7 @@
 #include "hosts/author/InputError.h"
 #include "hosts/author/lint/Lint.h"
 #include "hosts/author/lint/LintConfig.h"
+#include "hosts/common/MessageText.h"
 #include "hosts/console/AuthorErrors.h"
 #include "hosts/console/Commands.h"
 #include "hosts/console/StandardStreams.h"
@@ -48,18 +49,18 @@ void Report(const std::filesystem::path& file, std::size_t line, const Finding& 
 }
 
 /// If one of the findings is an error, reports all findings and throws `ToolError`. Omits their
-/// line number, because the new row is not written to the file.
+/// line numbers, because the new row is not written to the file.
 void RequireNoError(const std::filesystem::path& file, const std::vector<Finding>& findings) {
   const auto errors = std::ranges::count(findings, author::Severity::kError, &Finding::severity);
   if (errors == 0) return;
   for (const Finding& finding : findings) Report(file, 0, finding);
   throw ToolError(ExitStatus::kInput,
                   MessageAt(file, 0,
-                            "found " + author::Counted(static_cast<std::size_t>(errors), "error") +
+                            "found " + common::Counted(static_cast<std::size_t>(errors), "error") +
                                 " in the new row; nothing was written"));
 }
 
-/// Returns `dataFile` with the new change, and sets `findings` to the findings on it.
+/// Returns `dataFile` with the new change. Sets `findings` to the findings on the new row.
 std::string AddChange(const AddArguments& arguments, std::string_view dataFile,
                       std::vector<Finding>& findings) {
   if (dataFile.size() > kMaximumAuthorFile) {

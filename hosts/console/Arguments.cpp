@@ -128,7 +128,7 @@ void AddFilters(CLI::App& command, DisplayOptions& options) {
   for (const OptionFlag& flag : kFilterFlags) AddFlag(command, flag, options);
 }
 
-/// Returns the words in their order as "text, json or sarif".
+/// Returns a list of the words for a message, such as "text, json or sarif".
 template <class Choice>
 std::string ListOfWords(const Choices<Choice>& choices) {
   std::string list;
@@ -262,6 +262,25 @@ std::string UnexpectedWordsMessage(const CLI::App& command) {
   return message;
 }
 
+/// Makes CLI11 reject a value after a flag of `command` or of its subcommands, as in "--watch=3".
+/// The only flag with an optional value is `--fix`.
+void ForbidFlagValues(CLI::App& command) {
+  for (CLI::Option* const option : command.get_options()) {
+    const bool isFlag = option->get_items_expected_max() == 0 && option->get_name() != "--fix";
+    if (isFlag) option->disable_flag_override();
+  }
+  for (CLI::App* const subcommand : command.get_subcommands({})) ForbidFlagValues(*subcommand);
+}
+
+/// Returns the error message for an option that has a wrong number of values. `message` is the
+/// message of CLI11, which is not clear. It begins with the name of the option.
+std::string ValueCountMessage(std::string_view message) {
+  std::string name(message.substr(0, message.find_first_of(": ")));
+  if (!name.starts_with('-')) name.insert(0, "--");
+  if (message.find("At Most") != message.npos) return name + " can be given only once";
+  return name + (message.ends_with(" missing") ? " requires a value" : " takes no value");
+}
+
 /// Parses the command line with CLI11 and stores the arguments of each command.
 class CommandLine {
  public:
@@ -280,6 +299,7 @@ class CommandLine {
     AddConsole();
     AddLint();
     AddPreview();
+    ForbidFlagValues(app_);
     // Set the footer last. A subcommand that is added after the footer is set would inherit it.
     app_.footer(kExitStatusHelp);
   }
@@ -339,10 +359,10 @@ class CommandLine {
 
   void AddWhy() {
     CLI::App& command =
-        AddCommand(app_, "why", "Explain why changes and features are shown or not", why_);
+        AddCommand(app_, "why", "Explain why features and changes are shown or hidden", why_);
     AddSources(command, why_.sources);
     AddNumber(command, "--line", why_.line, 1, kMaximumLine,
-              "Explain only the change on this line of the data file")
+              "Explain only the row on this line of the data file")
         ->type_name("N");
     command.add_option("--key", why_.key, "Explain only the feature or section with this key")
         ->type_name("KEY");
@@ -351,7 +371,7 @@ class CommandLine {
     AddFlag(command, kRatingFlag, why_.options);
     // Do not use `excludes` of CLI11, which changes the help of both options.
     command.callback([this] {
-      if (why_.line && why_.key) throw CLI::ValidationError("--key", "--line excludes this option");
+      if (why_.line && why_.key) throw CLI::ValidationError("--key", "cannot be used with --line");
       request_ = why_;
     });
   }
@@ -380,7 +400,8 @@ class CommandLine {
         ->type_name("");
     command
         .add_option("-o,--output", import_.output,
-                    "The data file to write. Default: standard output")
+                    "The data file to write; '-' is standard output\n"
+                    "(default)")
         ->type_name("FILE");
     command
         .add_option("--encoding", import_.encoding,
@@ -465,7 +486,8 @@ class CommandLine {
         ->required()
         ->type_name("FILE");
     command.add_flag("--watch", preview_.watches,
-                     "Write the page again when a file changes, until Ctrl+C");
+                     "Write the page again after each change of an input file,\n"
+                     "until Ctrl+C");
   }
 
   void AddSeverity(CLI::App& command) {
@@ -576,6 +598,8 @@ class CommandLine {
           return "unknown option '" + option + "'";
         }
         return error.what();
+      case CLI::ExitCodes::ArgumentMismatch:
+        return ValueCountMessage(error.what());
       default:
         return error.what();
     }

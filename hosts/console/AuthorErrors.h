@@ -1,4 +1,4 @@
-// Reports problems in the files of authors.
+// Formats messages about problems in the files of authors.
 #ifndef HOSTS_CONSOLE_AUTHORERRORS_H_
 #define HOSTS_CONSOLE_AUTHORERRORS_H_
 

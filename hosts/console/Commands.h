@@ -72,8 +72,8 @@ struct StateResetArguments {
 
 struct ImportArguments {
   std::filesystem::path table;
-  std::optional<std::filesystem::path> output;  ///< absent: standard output
-  std::optional<std::string> encoding;          ///< absent: detected
+  std::filesystem::path output = "-";   ///< "-" is standard output
+  std::optional<std::string> encoding;  ///< absent: detected
 };
 
 struct AddArguments {
@@ -113,7 +113,7 @@ struct PreviewArguments {
   std::filesystem::path host;
   std::optional<std::filesystem::path> seen;  ///< an earlier data file, which a user has seen
   std::filesystem::path output;               ///< "-" is standard output
-  bool watches = false;                       ///< write the page again after each change
+  bool watches = false;                       ///< rewrite the page after each change
 };
 
 struct ConsoleArguments {
@@ -124,8 +124,8 @@ struct ConsoleArguments {
 /// Prints the findings in the data files. Returns `kLintFindings` if a finding has at least the
 /// severity `failOn`. On any failure, throws `ToolError` with the status `kLintFailed`.
 ExitStatus Run(const LintArguments& arguments);
-/// Writes a page with the panels of several users and the findings of `lint`, as a whole or not at
-/// all. If `watches` is true, writes it again after each change of an input file, until the user
+/// Atomically writes a page with the panels of several users and the findings of `lint`. If
+/// `watches` is true, rewrites the page after each change of an input file, until the user
 /// interrupts the program.
 ExitStatus Run(const PreviewArguments& arguments);
 /// Prints the panel, and then marks its content as seen. Stores nothing if `storesNothing` is
@@ -134,9 +134,9 @@ ExitStatus Run(const ShowArguments& arguments);
 /// Prints whether `show --only-new` and `show --rating` with the same filters would show any item.
 /// Stores nothing.
 ExitStatus Run(const StatusArguments& arguments);
-/// Prints which features and changes `show` with the same options would show, and why it would hide
-/// the others. Stores nothing. Throws `ToolError` if the data file does not contain the line or the
-/// key.
+/// Prints which features and changes the command `show` would print with the same options, and why
+/// it would hide the others. Stores nothing. Throws `ToolError` if the data file does not contain
+/// the line or the key.
 ExitStatus Run(const WhyArguments& arguments);
 /// Marks a feature as rated in the state store. Throws `ToolError` if the user cannot rate this
 /// feature.

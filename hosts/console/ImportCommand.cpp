@@ -9,6 +9,7 @@
 #include "hosts/author/SpreadsheetImport.h"
 #include "hosts/author/SpreadsheetReader.h"
 #include "hosts/author/TextEncoding.h"
+#include "hosts/common/MessageText.h"
 #include "hosts/console/AuthorErrors.h"
 #include "hosts/console/Commands.h"
 #include "hosts/console/StandardStreams.h"
@@ -36,7 +37,8 @@ void Report(const std::filesystem::path& file, const std::vector<author::Remark>
   }
 }
 
-/// Returns the data file. Throws `ToolError` if the table has an error.
+/// Converts the table, and returns the content of the data file. Reports the encoding, the
+/// replacements and the errors. Throws `ToolError` if the table has an error.
 std::string Import(const ImportArguments& arguments) {
   const author::DecodedText decoded =
       author::DecodeText(ReadInputFile(arguments.table, kMaximumAuthorFile), arguments.encoding);
@@ -46,10 +48,9 @@ std::string Import(const ImportArguments& arguments) {
   Report(arguments.table, result.changes);
   Report(arguments.table, result.errors);
   if (result.errors.empty()) return std::move(result.dataFile);
-  const std::size_t count = result.errors.size();
   throw ToolError(ExitStatus::kInput,
                   MessageAt(arguments.table, 0,
-                            "found " + std::to_string(count) + (count == 1 ? " error" : " errors") +
+                            "found " + common::Counted(result.errors.size(), "error") +
                                 " in the table, whose columns are separated by " +
                                 SeparatorName(table.separator) + "; nothing was written"));
 }
@@ -58,12 +59,13 @@ std::string Import(const ImportArguments& arguments) {
 
 ExitStatus Run(const ImportArguments& arguments) {
   try {
-    if (arguments.output) RequireOtherFile(arguments.table, *arguments.output);
+    const bool isPrinted = arguments.output == kStandardOutput;
+    if (!isPrinted) RequireUsableOutput(arguments.output, {&arguments.table, 1});
     const std::string dataFile = Import(arguments);
-    if (arguments.output) {
-      author::WriteWholeFile(*arguments.output, dataFile);
-    } else {
+    if (isPrinted) {
       WriteOutput(dataFile);
+    } else {
+      author::WriteWholeFile(arguments.output, dataFile);
     }
   } catch (const author::OptionError& error) {
     throw ToolError(ExitStatus::kUsage, error.what());

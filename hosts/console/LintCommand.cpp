@@ -1,7 +1,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <exception>
-#include <new>
+#include <set>
 #include <string>
 #include <string_view>
 #include <system_error>
@@ -16,7 +16,7 @@
 #include "hosts/author/lint/LintConfig.h"
 #include "hosts/author/lint/LintFix.h"
 #include "hosts/author/lint/LintOutput.h"
-#include "hosts/common/TextFile.h"
+#include "hosts/common/MessageText.h"
 #include "hosts/console/Commands.h"
 #include "hosts/console/LintText.h"
 #include "hosts/console/StandardStreams.h"
@@ -52,12 +52,7 @@ std::string ReadStandardInput() {
 }
 
 std::string ReadDataFile(const std::string& file) {
-  if (file == kStandardInput) return ReadStandardInput();
-  try {
-    return common::ReadTextFile(file, kMaximumAuthorFile);
-  } catch (const orncore::config::ResultError& error) {
-    Fail(common::OpenErrorMessage(file, error));
-  }
+  return file == kStandardInput ? ReadStandardInput() : ReadInputFile(file, kMaximumAuthorFile);
 }
 
 /// Returns the severities from the configuration file of `file` and from the command line. The
@@ -72,7 +67,7 @@ author::SeverityOverrides SeveritiesFor(const std::string& file, const LintArgum
   return severities;
 }
 
-/// Checks files, with the host that the arguments name, and prints the findings.
+/// Checks files with the host that the arguments name, and prints the findings.
 class LintRun {
  public:
   explicit LintRun(const LintArguments& arguments) : arguments_(arguments) {
@@ -135,9 +130,9 @@ class LintRun {
       author::ReplaceWholeFile(file, text, fixed.text);
     }
     const std::string verb = arguments_.isDryRun ? "would correct " : "corrected ";
-    std::string message = verb + author::Counted(fixed.corrected, "mistake") + " in '" + file + "'";
+    std::string message = verb + common::Counted(fixed.corrected, "mistake") + " in '" + file + "'";
     if (fixed.withheld > 0) {
-      message += "; --fix=all makes " + author::Counted(fixed.withheld, "more correction") +
+      message += "; --fix=all makes " + common::Counted(fixed.withheld, "more correction") +
                  ", but announces the corrected changes again";
     }
     ReportError(message);
@@ -177,6 +172,9 @@ void RequireUsableFiles(const LintArguments& arguments) {
   if (!arguments.baseline) return;
   const bool isGit = arguments.baseline->starts_with("git:");
   if (isGit && hasInput) Fail("git has no earlier version of standard input");
+  if (arguments.baseline == kStandardInput && hasInput) {
+    Fail("standard input cannot be both the data file and the baseline");
+  }
   if (!isGit && arguments.files.size() > 1) Fail("a baseline file requires a single data file");
 }
 
@@ -191,7 +189,11 @@ ExitStatus RunLint(const LintArguments& arguments) {
   }
   RequireUsableFiles(arguments);
   LintRun run(arguments);
-  for (const std::string& file : arguments.files) run.Check(file);
+  // Standard input can be read only once.
+  std::set<std::string_view> checked;
+  for (const std::string& file : arguments.files) {
+    if (checked.insert(file).second) run.Check(file);
+  }
   run.Print();
   return run.Status();
 }

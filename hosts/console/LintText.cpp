@@ -72,7 +72,9 @@ std::vector<std::u16string> SafeCharacters(std::string_view line) {
   return characters;
 }
 
-/// Replaces the characters from `first` to `last` that are next to omitted characters with "...".
+/// Prepares an excerpt that consists of the characters from `first` up to, but not including,
+/// `last`. If it omits characters at its start or its end, replaces three characters there with
+/// "...".
 void MarkOmissions(std::vector<std::u16string>& characters, std::size_t first, std::size_t last) {
   constexpr std::ptrdiff_t kPoints = 3;
   const auto begin = characters.begin() + static_cast<std::ptrdiff_t>(first);

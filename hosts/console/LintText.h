@@ -1,4 +1,4 @@
-// Writes the findings of `lint` for people.
+// Formats the findings of `lint` as text for a terminal or a log.
 #ifndef HOSTS_CONSOLE_LINTTEXT_H_
 #define HOSTS_CONSOLE_LINTTEXT_H_
 

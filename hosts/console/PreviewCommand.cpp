@@ -25,7 +25,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr std::string_view kStandardOutput = "-";
 /// The time between two checks of the files, in nanoseconds.
 constexpr long kInterval = 300'000'000;
 
@@ -37,17 +36,15 @@ std::vector<fs::path> DictionaryFiles(const fs::path& hostFile) {
     // when the author corrects this file.
     const common::HostDescription host =
         common::ParseHostDescription(common::ReadTextFile(hostFile), hostFile.native());
-    for (const std::string& name : host.dictionaryFiles) {
-      files.push_back(hostFile.parent_path() / name);
-    }
+    files = common::DictionaryPaths(host, hostFile);
   } catch (const std::exception&) {
-    // `WritePage` reads the host description, too, and reports the error.
+    // Ignore the error. `WritePage` also reads the host description, and reports the error.
   }
   return files;
 }
 
-/// Returns the files that the page depends on. They change when the author edits the host
-/// description, or adds or removes a configuration file of `lint`.
+/// Returns the files that the page depends on. The set of these files changes when the author edits
+/// the host description, or adds or removes a configuration file of `lint`.
 std::vector<fs::path> InputFiles(const PreviewArguments& arguments) {
   std::vector<fs::path> files = DictionaryFiles(arguments.host);
   files.push_back(arguments.data);
@@ -96,9 +93,9 @@ bool IsIgnored(int signal) {
   return action.sa_handler == SIG_IGN;
 }
 
-/// Blocks the signals that interrupt the program while the object exists, so that none of them
-/// leaves a temporary file. Does not block ignored signals, because `sigtimedwait` would also
-/// return these.
+/// Blocks the signals that interrupt the program while the object exists. Otherwise, a signal
+/// during a write would leave a temporary file in the folder. Does not block ignored signals,
+/// because `sigtimedwait` would also return these.
 class BlockedInterrupts {
  public:
   BlockedInterrupts() {
@@ -112,7 +109,8 @@ class BlockedInterrupts {
   BlockedInterrupts(const BlockedInterrupts&) = delete;
   BlockedInterrupts& operator=(const BlockedInterrupts&) = delete;
 
-  /// Waits for the interval. Returns early and with true if the user interrupts the program.
+  /// Waits for `kInterval`. If the user interrupts the program, returns true immediately; otherwise
+  /// returns false.
   bool Wait() const {
     const std::timespec interval = {0, kInterval};
     return ::sigtimedwait(&signals_, nullptr, &interval) > 0;
@@ -123,8 +121,8 @@ class BlockedInterrupts {
   sigset_t previous_{};
 };
 
-/// Writes the page again after each change of an input file, until the user interrupts the program.
-/// A file can be incomplete while its editor writes it, so errors do not end the program.
+/// Rewrites the page after each change of an input file, until the user interrupts the program. A
+/// file can be incomplete while an editor writes it, so errors do not end the program.
 void Watch(const PreviewArguments& arguments, const BlockedInterrupts& interrupts,
            std::vector<FileStamp> written) {
   const std::string message = "wrote '" + arguments.output.native() + "'";
@@ -142,23 +140,20 @@ void Watch(const PreviewArguments& arguments, const BlockedInterrupts& interrupt
   }
 }
 
-void RequireUsableOutput(const PreviewArguments& arguments) {
-  if (arguments.watches && arguments.output == kStandardOutput) {
-    throw ToolError(ExitStatus::kUsage, "--watch cannot write to standard output; name a file");
-  }
-  for (const fs::path& file : InputFiles(arguments)) RequireOtherFile(file, arguments.output);
-}
-
 }  // namespace
 
 ExitStatus Run(const PreviewArguments& arguments) {
-  RequireUsableOutput(arguments);
+  if (arguments.watches && arguments.output == kStandardOutput) {
+    throw ToolError(ExitStatus::kUsage, "--watch cannot write to standard output; name a file");
+  }
+  RequireUsableOutput(arguments.output, InputFiles(arguments));
   if (!arguments.watches) {
     WritePage(arguments);
     return ExitStatus::kDone;
   }
   const BlockedInterrupts interrupts;
-  // A change during the first write leads to another write.
+  // Read the stamps before the first write, so that a change during this write leads to another
+  // write.
   std::vector<FileStamp> stamps = InputStamps(arguments);
   WritePage(arguments);
   Watch(arguments, interrupts, std::move(stamps));

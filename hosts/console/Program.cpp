@@ -16,7 +16,7 @@ namespace {
 
 using orncore::config::EInitializerContextFlags;
 
-/// Initializes all contexts of the process. The destructor shuts them down.
+/// Initialises all contexts of the process. The destructor shuts them down.
 class LiveContexts {
  public:
   LiveContexts() { orncore::config::InitializeContexts(kAll); }
@@ -46,9 +46,10 @@ ExitStatus RunRequest(int argc, const char* const* argv) {
 }  // namespace
 
 int RunProgram(int argc, const char* const* argv) noexcept {
-  // The program reports whether it stored anything, even if the reader of its output exits.
+  // Ignore these signals. Even if the reader of its output exits, the program must continue and
+  // report whether it stored anything.
   common::IgnoreWriteSignals();
-  // RunReportingErrors catches the exceptions, which cppcheck does not notice.
+  // RunReportingErrors catches all exceptions, but cppcheck does not detect this.
   // cppcheck-suppress throwInNoexceptFunction
   return common::RunReportingErrors(argc, argv, &RunRequest, &ReportError);
 }

@@ -34,9 +34,9 @@ int WriteAll(int descriptor, std::string_view text) {
   return 0;
 }
 
-/// Waits until one of the `events` of poll(2), an error or the end of the stream occurs. A negative
-/// `timeout` waits without a limit. Returns false if none occurs within `timeout` milliseconds or
-/// if poll(2) fails.
+/// Waits until one of the `events` of poll(2), an error or the end of the stream occurs. If
+/// `timeout` is negative, waits without a limit. Returns false if none occurs within `timeout`
+/// milliseconds or if poll(2) fails.
 bool WaitForEvent(int descriptor, short events, int timeout) {
   pollfd polled = {descriptor, events, 0};
   return common::RetryInterrupted([&] { return ::poll(&polled, 1, timeout); }) > 0;

@@ -1,8 +1,11 @@
 #include "hosts/console/WhatsNewLoading.h"
 
+#include <cerrno>
+#include <string_view>
 #include <system_error>
 #include <utility>
 
+#include "hosts/author/lint/LintConfig.h"
 #include "hosts/common/HostDescription.h"
 #include "hosts/common/StateStore.h"
 #include "hosts/common/TextFile.h"
@@ -14,16 +17,31 @@ std::string ReadInputFile(const std::filesystem::path& file, std::size_t maxByte
   try {
     return common::ReadTextFile(file, maxBytes);
   } catch (const orncore::config::ResultError& error) {
-    throw common::ToolError(common::ExitStatus::kInput, common::OpenErrorMessage(file, error));
+    // The system's message "File too large" does not contain the limit.
+    const std::string message = error.Result() == -EFBIG
+                                    ? "cannot open '" + file.native() + "': larger than " +
+                                          std::to_string(maxBytes >> 20) + " MiB"
+                                    : common::OpenErrorMessage(file, error);
+    throw common::ToolError(common::ExitStatus::kInput, message);
   }
 }
 
-void RequireOtherFile(const std::filesystem::path& input, const std::filesystem::path& output) {
-  std::error_code ignored;
-  if (!std::filesystem::equivalent(input, output, ignored)) return;
-  throw common::ToolError(
-      common::ExitStatus::kUsage,
-      "the output would replace the input file '" + input.native() + "'; write it to another file");
+void RequireUsableOutput(const std::filesystem::path& output,
+                         std::span<const std::filesystem::path> inputs) {
+  constexpr std::string_view kRemedy = "; write it to another file";
+  for (const std::filesystem::path& input : inputs) {
+    std::error_code ignored;
+    if (!std::filesystem::equivalent(input, output, ignored)) continue;
+    throw common::ToolError(
+        common::ExitStatus::kUsage,
+        "the output would replace the input file '" + input.native() + "'" + std::string(kRemedy));
+  }
+  if (output.filename() == author::kLintConfigName) {
+    throw common::ToolError(common::ExitStatus::kUsage,
+                            "the output '" + output.native() +
+                                "' would be the configuration of 'ornwhatsnew lint'" +
+                                std::string(kRemedy));
+  }
 }
 
 void InstallHostFile(const std::filesystem::path& file) {

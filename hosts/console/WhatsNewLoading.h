@@ -6,7 +6,9 @@
 #include <filesystem>
 #include <memory>
 #include <optional>
+#include <span>
 #include <string>
+#include <string_view>
 
 #include <orncore/filesupport/File.h>
 #include <ornwhatsnew/FeatureListData.h>
@@ -17,13 +19,18 @@ namespace hosts::console {
 /// and errors need up to a hundred times as much memory as the file.
 inline constexpr std::size_t kMaximumAuthorFile = std::size_t{16} << 20;
 
+/// The name of a file that selects standard output.
+inline constexpr std::string_view kStandardOutput = "-";
+
 /// Returns the bytes of a regular file. Throws `ToolError` if the file cannot be read or has more
 /// than `maxBytes` bytes.
 std::string ReadInputFile(const std::filesystem::path& file,
                           std::size_t maxBytes = orncore::filesupport::kMaxFileBytes);
 
-/// Throws `ToolError` if `output` is the file `input`, which the output would replace.
-void RequireOtherFile(const std::filesystem::path& input, const std::filesystem::path& output);
+/// Throws `ToolError` if `output` is one of the files `inputs`, which the output would replace, or
+/// if `output` has the name of the configuration of `lint`, which could then not be read.
+void RequireUsableOutput(const std::filesystem::path& output,
+                         std::span<const std::filesystem::path> inputs);
 
 /// Reads the host description in `file` and configures the services of this process from it. Throws
 /// `common::JsonError` if the file cannot be read or is not a host description.

@@ -18,7 +18,7 @@ namespace hosts::console {
 namespace {
 
 /// Returns the full versions in which the user opened What's New. The first one is the running
-/// version, because the list counts it, too.
+/// version, which the filter for relevant versions also checks.
 std::vector<std::string> UserVersions(const common::StateStore& store) {
   const std::string running = orncore::string::UTF16to8(ornwhatsnew::GetFullClientVersionString());
   const std::string stored = store.Get(common::kAllVersionsSeenKey);

@@ -55,12 +55,12 @@ Settings MakeSettings(common::StateStore& store, QTimer& commitTimer) {
     store.Set(key, value);
     commitTimer.start();
   };
-  // With an empty store, `ornwhatsnew show` shows everything, too.
+  // If the store is empty, show everything, as `ornwhatsnew show` does.
   settings.firstStart = ornwhatsnewqt::FirstStart::ShowAll;
   return settings;
 }
 
-// Writes the store. Returns why that failed, or an empty string.
+// Writes the store. Returns the error message if the write fails, and otherwise an empty string.
 QString CommitError(common::StateStore& store) {
   try {
     store.Commit();
@@ -92,12 +92,14 @@ void InstallTranslator(QTranslator& translator) {
   }
 }
 
-// Shows the panel until the user closes its window. Returns why a rating could not be printed.
+// Shows the panel until the user closes its window. If a rating could not be printed, returns the
+// error.
 std::optional<ToolError> ShowPanel(const Arguments& arguments, const common::HostDescription& host,
                                    common::StateStore& store) {
   QTimer commitTimer;
   commitTimer.setSingleShot(true);
-  // The settings make the German texts available, so create them before the translator.
+  // Create the settings first. Their constructor makes the German texts available to the
+  // translator.
   const Settings settings = MakeSettings(store, commitTimer);
   QTranslator translator;
   InstallTranslator(translator);
@@ -112,8 +114,8 @@ std::optional<ToolError> ShowPanel(const Arguments& arguments, const common::Hos
                    [&outputError](const QString& featureKey, int stars, const QString& comment) {
                      PrintRating(featureKey, stars, comment, outputError);
                    });
-  // The action is disabled for 14 days after the first start. Enable it, because authors should not
-  // have to wait.
+  // The action that opens the rating page is disabled for 14 days after the first start. Enable it,
+  // because authors should not have to wait.
   if (arguments.showsRatings) whatsNew.rateAction()->setEnabled(true);
   (arguments.showsRatings ? whatsNew.rateAction() : whatsNew.showAction())->trigger();
   QApplication::exec();
@@ -151,7 +153,7 @@ void ReportError(std::string_view message) {
 
 int RunProgram(int argc, const char* const* argv) noexcept {
   common::IgnoreWriteSignals();
-  // RunReportingErrors catches the exceptions, which cppcheck does not notice.
+  // RunReportingErrors catches all exceptions, but cppcheck does not detect this.
   // cppcheck-suppress throwInNoexceptFunction
   return common::RunReportingErrors(argc, argv, &RunCommandLine, &ReportError);
 }

@@ -23,8 +23,9 @@ using orncore::string::UTF16String;
 /// If a change of a feature has the salience "HideBetaFeatureFromExternal", only internal users see
 /// the feature. Its label is then "TARSA ONLY", unless its visibility is `kPublic`.
 enum class VisibilityInAllClientApps : std::int32_t {
-  /// A public feature with the label "UNLOCKED", whether it is on or off. If the debug switch
-  /// described above is on, internal users see the label "OFF" on a feature that is off.
+  /// A public feature with the label "UNLOCKED", whether it is on or off. While
+  /// `ornwhatsnew::ShowingAllOffFeaturesInternally` returns true, a feature that is off has the
+  /// label "OFF".
   kPublic = 0,
   /// A feature that is hidden from all users, including internal users. If one of its changes has
   /// the salience "UnhideBetaFeature", it is shown. Its label is then "TARSA ONLY" for internal

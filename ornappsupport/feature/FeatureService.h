@@ -94,20 +94,19 @@ class ORN_EXPORT FixedFeatureService final : public FeatureService {
 ORN_EXPORT void SetFeatureService(std::shared_ptr<const FeatureService> service);
 
 /// Returns the feature table of the host, or an empty table if no service is set. The reference is
-/// valid until the service is replaced. This function and the functions below query the service on
-/// the calling thread.
+/// valid until the service is replaced. Queries the service on the calling thread.
 ORN_EXPORT const BetaFeatureMap& GetConstBetaFeatureMap();
 
 /// Returns whether the feature is switched on for the user. Returns false if `internalKey` is null
-/// or not a key of the table.
+/// or not a key of the table. Queries the service on the calling thread.
 ORN_EXPORT bool IsFeatureEnabled(const char* internalKey);
 
 /// Returns whether the user may switch the feature on. Returns false if `internalKey` is null or
-/// not a key of the table.
+/// not a key of the table. Queries the service on the calling thread.
 ORN_EXPORT bool IsAvailableForUserEnablement(const char* internalKey);
 
 /// Returns whether the user has the internal-features permission. Returns false if no service is
-/// set.
+/// set. Queries the service on the calling thread.
 ORN_EXPORT bool IsEntitlementSetToInternalFeaturesAllowed();
 
 }  // namespace ornappsupport::feature

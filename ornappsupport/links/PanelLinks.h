@@ -26,12 +26,14 @@ struct PanelLinks {
   /// The link template for issues. Each `@0` in it stands for the key of the issue. The panel shows
   /// issue links only to internal users.
   UTF16String issueLink;
-  /// The link template for commits. Each `@0` in it stands for the commit ID, which is column 9 of
-  /// a change. The panel shows commit links only to internal users.
+  /// The link template for commits. Each `@0` in it stands for the commit ID, which is the field in
+  /// column 9 of a change. The panel shows commit links only to internal users.
   UTF16String commitLink;
   /// The URL of the page on which users allow usage logging. The rating view shows it to users who
-  /// do not allow usage logging. It is both the target and the text of the link. If it is empty,
-  /// also translate the text before and after it, because that text refers to the URL.
+  /// do not allow usage logging. It is both the target and the text of the link. If you set it to
+  /// an empty string, replace the texts before and after the URL through the dictionary, because
+  /// they refer to the URL. These texts are `kOptedOutPart1` and `kOptedOutPart2` in
+  /// `ornwhatsnew/PanelText.h`.
   UTF16String privacyPage;
   /// The beginning of the keys of issues, "ORN" by default. Letter case does not matter. The panel
   /// shows story IDs and the keys of features as issues if they begin with the prefix. If the
@@ -39,8 +41,8 @@ struct PanelLinks {
   UTF16String issuePrefix;
 };
 
-/// Returns whether each of `links` is valid. The members `issueLink` and `commitLink` must be link
-/// templates: safe links (`ornwhatsnew::IsSafeLink`) that contain `@0`. Such a URL begins with
+/// Returns whether all links in `links` are valid. The members `issueLink` and `commitLink` must be
+/// link templates: safe links (`ornwhatsnew::IsSafeLink`) that contain `@0`. Such a URL begins with
 /// `https://`, and has no `@0` in its host. `privacyPage` must be a safe link. Empty strings and
 /// the defaults are always valid. Safe to call from any thread.
 ORN_EXPORT bool AreValid(const PanelLinks& links);
@@ -48,8 +50,8 @@ ORN_EXPORT bool AreValid(const PanelLinks& links);
 /// Replaces the links of all panels that lists create afterwards, and returns true. A
 /// default-constructed `PanelLinks` restores the defaults.
 ///
-/// Returns false and keeps the previous links if they are not valid (`AreValid`). If memory runs
-/// out, throws `std::bad_alloc` and keeps the previous links. Safe to call from any thread.
+/// If `links` are not valid (`AreValid`), returns false and keeps the previous links. If memory
+/// runs out, throws `std::bad_alloc` and keeps the previous links. Safe to call from any thread.
 ORN_EXPORT bool SetPanelLinks(PanelLinks links);
 
 /// Returns the current links, with the issue prefix in upper case. Safe to call from any thread.

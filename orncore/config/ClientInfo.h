@@ -20,11 +20,10 @@ using string::UTF16String;
 using string::UTF8String;
 
 /// The interface that a host implements to return its version, build number and platform.
-/// Exceptions that an implementation throws propagate to the callers of the functions below.
+/// Exceptions that an implementation throws propagate to the code that called the library.
 ///
-/// Threads: each `GetClient...` function below calls the method of the same name on its caller's
-/// thread. If a host uses lists on several threads, the methods must be safe to call from all of
-/// them at the same time.
+/// Threads: the library calls the methods on the thread of its own caller. If a host uses lists on
+/// several threads, the methods must be safe to call from all of them at the same time.
 class ORN_EXPORT ClientInfo {
  public:
   ClientInfo() = default;
@@ -61,9 +60,9 @@ class ORN_EXPORT FixedClientInfo final : public ClientInfo {
   UTF8String platform_;
 };
 
-/// Replaces the object that the functions below query. The library shares ownership of
-/// `clientInfo`. Null restores the defaults: version "25.1", build number "42", platform "Mac".
-/// Safe to call from any thread.
+/// Replaces the object that `GetClientVersion`, `GetClientBuildNumber` and `GetClientPlatform`
+/// query. The library shares ownership of `clientInfo`. Null restores the defaults: version "25.1",
+/// build number "42", platform "Mac". Safe to call from any thread.
 ORN_EXPORT void SetClientInfo(std::shared_ptr<const ClientInfo> clientInfo);
 
 /// Returns the version of the host. Queries `ClientInfo` at every call and caches nothing. Safe to

@@ -95,7 +95,7 @@ class ORN_EXPORT InitializerRegistrar {
   /// Ends the registration. Runs the shutdown function if the registration is initialised.
   ~InitializerRegistrar();
 
-  /// An object is not copyable, because it is one registration.
+  /// Not copyable, because each object represents one registration.
   InitializerRegistrar(const InitializerRegistrar&) = delete;
   InitializerRegistrar& operator=(const InitializerRegistrar&) = delete;
 
@@ -109,16 +109,16 @@ class ORN_EXPORT InitializerRegistrar {
 /// Returns true if all initialise functions that it called succeeded. Logs each failure and
 /// continues with the next registration. The next call retries the failed functions.
 ///
-/// If another call is running a function of a registration, does not wait for it and does not
-/// report its failure. The other call finishes the initialisation of that registration. Safe to
-/// call from any thread.
+/// If another call is running a function of a registration, does not wait for that function and
+/// does not report its failure. The other call finishes the initialisation of that registration.
+/// Safe to call from any thread.
 ORN_EXPORT bool InitializeContexts(EInitializerContextFlags contexts);
 
 /// Ends `contexts`. Shuts down all registrations that have no other live context, in the reverse
 /// order of initialisation. Contexts that are not live are ignored.
 ///
-/// If another call is running a function of a registration, does not wait for it. The other call
-/// finishes the shutdown of that registration. Safe to call from any thread.
+/// If another call is running a function of a registration, does not wait for that function. The
+/// other call finishes the shutdown of that registration. Safe to call from any thread.
 ORN_EXPORT void ShutdownContexts(EInitializerContextFlags contexts);
 
 /// Returns the names of all registrations in the order of registration. Safe to call from any

@@ -29,7 +29,7 @@ using string::UTF8String;
 
 /// The interface that a host implements to supply translations.
 ///
-/// Threads: the localiser calls `Find` on the thread that uses a list. If a host uses lists on
+/// Threads: the localiser calls `Find` on the thread of its own caller. If a host uses lists on
 /// several threads, `Find` must be safe to call from all of them at the same time.
 class ORN_EXPORT DictionarySource {
  public:

@@ -53,8 +53,8 @@ class ORN_EXPORT FutureCancelled : public std::exception {
 /// exception escapes from it, writes the exception's message to the log (`debug::Log`) and returns
 /// false. An empty `function` counts as one that throws.
 ///
-/// Use it where an exception would otherwise end the process, such as in a thread or a callback.
-/// Safe to call from any thread.
+/// Use this function where an exception would otherwise end the process, such as in a thread or a
+/// callback. Safe to call from any thread.
 ORN_EXPORT bool ExecuteTopLevelFunction(const std::function<void()>& function) noexcept;
 
 /// Returns the result code of `failure`:

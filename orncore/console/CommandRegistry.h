@@ -43,7 +43,7 @@ class ORN_EXPORT CommandRegistry {
   /// for success. Several threads may call it at the same time.
   using CommandFunction = std::function<int(const UTF16String& arguments, UTF16OutputStream&)>;
 
-  /// Contains the name and the help of a command, which `ListCommands` returns.
+  /// The name and the help of a command. `ListCommands` returns one object for each command.
   struct Command {
     UTF16String name;  ///< the first word of a line that runs the command
     UTF16String help;  ///< the text that follows the name in the usage line

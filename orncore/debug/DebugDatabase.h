@@ -33,8 +33,8 @@ class ORN_EXPORT DebugStore {
   DebugStore& operator=(const DebugStore&) = delete;
   virtual ~DebugStore();
 
-  /// Returns the string stored under `key`, which may be empty. Returns `std::nullopt` if there is
-  /// no entry. The view `key` is valid during the call.
+  /// Returns the string stored under `key`. This string may be empty. Returns `std::nullopt` if
+  /// there is no entry. The view `key` is valid during the call.
   [[nodiscard]] virtual std::optional<string::UTF8String> Find(std::string_view key) const = 0;
 
   /// Stores `value` under `key` and replaces the previous value. The views are valid during the
@@ -70,8 +70,8 @@ class ORN_EXPORT MemoryDebugStore final : public DebugStore {
 ///
 /// A `DebugDatabase` is not copyable, so that all callers share the same entries.
 ///
-/// Threads: safe to use from any thread if the store is. However, do not call `SetStore` while
-/// another thread uses the database.
+/// Threads: safe to use from any thread if the store is safe to use from any thread. However, do
+/// not call `SetStore` while another thread uses the database.
 class ORN_EXPORT DebugDatabase {
  public:
   /// Returns the database of the process. The database is never destroyed, so static constructors

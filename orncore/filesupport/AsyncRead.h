@@ -57,8 +57,8 @@ class ORN_EXPORT Executor {
   /// Requests that the running task and all queued tasks stop, waits until all of them have run,
   /// and ends the thread. The next call of `Submit` starts a new thread.
   ///
-  /// Do not submit a task while `Join` runs. Such a task starts a second thread, which may also run
-  /// tasks that were already queued. `Join` does not wait for the second thread.
+  /// Do not submit a task while `Join` runs. Such a task can start a second thread, which may also
+  /// run tasks that were already queued. `Join` does not wait for the second thread.
   void Join();
 
  private:
@@ -112,8 +112,8 @@ class ORN_EXPORT UntypedFuture {
 /// - `config::ResultError` with -EILSEQ if the path contains an unpaired surrogate;
 /// - any exception that `ReadRegularFile` throws.
 ///
-/// The function itself throws `std::bad_alloc`, and the same exceptions as `Executor::Submit`. Safe
-/// to call from any thread.
+/// The function itself can throw the exceptions that `Executor::Submit` documents. Safe to call
+/// from any thread.
 ORN_EXPORT UntypedFuture ReadFileToRecycledMemory(
     const File& file, Executor& executor, std::function<void(const ReadOutcome&)> continuation);
 

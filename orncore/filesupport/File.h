@@ -68,8 +68,8 @@ inline constexpr std::size_t kMaxFileBytes = std::size_t{2} << 30;
 
 /// Reads all bytes of the regular file `path` and returns them. Follows links.
 ///
-/// Throws `config::ResultError` with a message that names the file, and with one of these codes or
-/// another negated error number of the system:
+/// If the read fails, throws `config::ResultError`. Its message names the file, and its code is one
+/// of these or another negated error number of the system:
 ///
 ///   -ENOENT       the file does not exist
 ///   -EACCES       the user may not read the file

@@ -26,9 +26,9 @@ namespace orncore::string {
 /// Returns the UTF-8 string `text` in lower case. Replaces ill-formed sequences with U+FFFD, as
 /// `UTF8to16` does. The length limit does not apply to ASCII strings.
 [[nodiscard]] ORN_EXPORT UTF8String LowerCaseUTF8(std::string_view text);
-/// Replaces the content of `out` with the UTF-8 string `text` in lower case, like the function
-/// above. Allocates nothing if `text` is ASCII and fits into the capacity of `out`. `text` must not
-/// be a part of `out`. After an exception, the content of `out` is unspecified.
+/// Replaces the content of `out` with the result of `LowerCaseUTF8(text)`. Allocates nothing if
+/// `text` is ASCII and fits into the capacity of `out`. `text` must not be a part of `out`. After
+/// an exception, the content of `out` is unspecified.
 ORN_EXPORT void LowerCaseUTF8(std::string_view text, UTF8String& out);
 
 }  // namespace orncore::string

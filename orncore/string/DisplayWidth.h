@@ -11,9 +11,9 @@ namespace orncore::string {
 
 /// Returns the number of terminal columns that `text` occupies. Characters whose East Asian width
 /// is wide or fullwidth occupy 2 columns. A narrow character before U+FE0F, the selector for emoji
-/// presentation, also occupies 2 columns. Combining marks, invisible format characters, control
-/// characters, and Hangul vowels and final consonants occupy 0 columns. All other characters occupy
-/// 1 column.
+/// presentation, also occupies 2 columns. Nonspacing and enclosing marks, invisible format
+/// characters, control characters, and Hangul vowels and final consonants occupy 0 columns. All
+/// other characters occupy 1 column.
 ///
 /// Counts each emoji of a joined sequence separately, because only some terminals draw the sequence
 /// as one emoji. The text is therefore never wider than the result. An unpaired surrogate counts

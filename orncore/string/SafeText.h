@@ -1,4 +1,4 @@
-// Makes strings from files safe for a terminal, a document or a message, so that they cannot send
+// Makes strings from files safe for a terminal, a document or a message. The results cannot send
 // escape sequences, hide text, or change the look of other text.
 //
 // The functions throw `std::bad_alloc` if memory runs out. They are safe to call from any thread.
@@ -12,8 +12,9 @@
 
 namespace orncore::string {
 
-/// Returns whether `unit` can end a line or control a terminal: a control character (U+0000 to
-/// U+001F and U+007F to U+009F), or a line or paragraph separator (U+2028 and U+2029).
+/// Returns whether `unit` can end a line or control a terminal. This is true for control characters
+/// (U+0000 to U+001F and U+007F to U+009F) and for line and paragraph separators (U+2028 and
+/// U+2029).
 constexpr bool IsControlCharacter(char16_t unit) noexcept {
   return unit < 0x20 || (unit >= 0x7F && unit < 0xA0) || unit == 0x2028 || unit == 0x2029;
 }
@@ -32,12 +33,12 @@ constexpr bool IsControlCharacter(char16_t unit) noexcept {
 /// All other characters are unchanged. Takes linear time.
 [[nodiscard]] ORN_EXPORT UTF16String SafeForTerminal(std::u16string_view text);
 
-/// Returns a copy of `text` for a document with lines in both directions, such as an HTML page.
-/// Each line feed becomes U+2028, and each tab becomes a space. Other control characters, U+2029,
-/// noncharacters and unpaired surrogates become U+FFFD. Characters that embed, override or isolate
-/// a text direction are removed, because they could change the order of text after `text`. U+FEFF
-/// is removed, because a parser may remove it at the start of a text. All other characters are
-/// unchanged, direction marks included. Takes linear time.
+/// Returns a copy of `text` for a document that can contain text in both directions, such as an
+/// HTML page. Each line feed becomes U+2028, and each tab becomes a space. Other control
+/// characters, U+2029, noncharacters and unpaired surrogates become U+FFFD. Characters that embed,
+/// override or isolate a text direction are removed, because they could change the order of text
+/// after `text`. U+FEFF is removed, because a parser may remove it at the start of a text. All
+/// other characters are unchanged, direction marks included. Takes linear time.
 [[nodiscard]] ORN_EXPORT UTF16String SafeForDocument(std::u16string_view text);
 
 /// Returns a copy of `text` for a message that quotes names and values. `text` is UTF-8 or the

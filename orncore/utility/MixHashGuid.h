@@ -58,9 +58,9 @@ class ORN_EXPORT Murmur3MixerState {
     std::memcpy(to + length - kCount, back.data(), kCount);
   }
 
-  // Copies `length` bytes. Most strings of an identity are short. For a short string, a call of
-  // memcpy takes longer than the copy itself. With such calls, `IsAnythingNew` would miss its time
-  // goal (docs/performance.md).
+  // Copies `length` bytes. Most hashed strings are short. For a short string, a call of memcpy
+  // takes longer than the copy itself. With such calls, `IsAnythingNew` would miss its time goal
+  // (docs/performance.md).
   static void Copy(const unsigned char* from, std::size_t length, unsigned char* to) noexcept {
     if (length > 32) {
       std::memcpy(to, from, length);
@@ -85,9 +85,9 @@ class ORN_EXPORT Murmur3MixerState {
   Sums sums_;
   std::uint64_t mixed_ = 0;   // number of bytes already mixed into sums_
   std::size_t buffered_ = 0;  // number of bytes in buffer_
-  // The size is a multiple of the block size. The bytes of most identities fit into the buffer, so
-  // `Finish` mixes all their blocks in one loop. The buffer is not initialised, because that would
-  // take longer than hashing a short string.
+  // The size is a multiple of the block size. For most identities, all hashed bytes fit into the
+  // buffer, so `Finish` mixes their blocks in one loop. The buffer is not initialised, because that
+  // would take longer than hashing a short string.
   std::array<unsigned char, 256> buffer_;
 };
 

@@ -1,8 +1,8 @@
 // Gives a list access to the resources of the host. A resource is a sequence of bytes with a name
 // and a type.
 //
-// A host passes a ResourceManager to a list, which loads its data file through it. The host can use
-// one of the two implementations in this header or its own.
+// A host passes a ResourceManager to the constructor of a list. The list loads its data file
+// through this object. The host can use one of the two implementations in this header or its own.
 #ifndef ORNUI_UTILITY_RESOURCEMANAGER_H_
 #define ORNUI_UTILITY_RESOURCEMANAGER_H_
 

@@ -41,7 +41,7 @@ UTF8String LoadDataText(const UTF16String& path, const ornui::utility::ResourceM
 FeatureListData::FeatureListData(StateGetter getter, StateSetter setter)
     : impl_(new Impl{.content = {},
                      .currentVersion = orncore::string::UTF16to8(GetFullClientVersionString()),
-                     // cppcheck-suppress accessMoved  // false: each callback is moved once
+                     // cppcheck-suppress accessMoved  // false positive: each is moved once
                      .stateGetter = std::move(getter),
                      // cppcheck-suppress accessMoved
                      .stateSetter = std::move(setter)}) {

@@ -37,7 +37,8 @@ struct ORN_LOCAL FeatureListData::Impl {
 
   /// Reads the three persisted values. The result has no newly seen identities.
   SeenState ReadState();
-  /// Adds the identities shown in a display to the state and writes the three persisted values.
+  /// Adds `shown`, the identities of the items and changes that a display showed, to the state.
+  /// Writes the three persisted values.
   void RecordDisplayPass(const IdentitySet& shown);
 };
 

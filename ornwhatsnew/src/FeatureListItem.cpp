@@ -57,7 +57,7 @@ void FeatureListItem::AddFeatureDetail(std::shared_ptr<FeatureListDetail> detail
   const bool isDuplicateURL =
       !detail->GetViewMoreURLOptional().empty() && !GetFeatureViewMoreURL().empty();
   const bool setsURL = !isDuplicateURL && !detail->HasMalformedURL();
-  // Do all allocations first, so that a failed one leaves the item unchanged.
+  // Do all allocations first, so that a failed allocation leaves the item unchanged.
   UTF8String url = setsURL ? detail->GetViewMoreURLOptional() : UTF8String();
   allChanges_.push_back(std::move(detail));
 

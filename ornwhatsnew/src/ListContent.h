@@ -25,7 +25,7 @@ namespace ornwhatsnew {
 struct SeenState {
   /// The identities from the last read of the state, and the identities rated since then.
   IdentitySet seenGuids;
-  /// The identities shown since the state was read.
+  /// The identities of the items and changes that were shown since the state was read.
   IdentitySet newlySeenGuids;
   /// The full version in which the user last opened What's New. It is empty for a new user.
   UTF8String lastVersionSeen;
@@ -48,7 +48,7 @@ struct ListContent {
 
   /// Calls `predicate(item)` for each item that a display with these options shows, in key order.
   /// Stops and returns true when a call returns true. If `shown` is null, allocates nothing.
-  /// Otherwise `*shown` is the `ShownItem` of the item during the call.
+  /// Otherwise, `*shown` describes the item during the call.
   template <class Predicate>
   bool AnyOfShownItems(const DisplayOptions& options, ShownItem* shown, Predicate predicate) const {
     const VisibilityFilter filter(options, state.seenGuids, state.seenVersionNumbers);
@@ -82,7 +82,8 @@ struct ListContent {
   void MoveUnlockedItemsToFront();
 };
 
-// A reload replaces the content by a move assignment, which must not fail halfway.
+// A reload moves the new content into the list. The move must not fail after it has replaced some
+// of the members.
 static_assert(std::is_nothrow_move_constructible_v<ListContent> &&
               std::is_nothrow_move_assignable_v<ListContent>);
 

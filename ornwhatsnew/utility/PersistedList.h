@@ -30,13 +30,13 @@ ORN_EXPORT std::vector<std::string_view> SplitPersistedList(std::string_view lis
 ORN_EXPORT UTF8String JoinPersistedList(std::vector<std::string_view> elements);
 
 /// Returns the value that a program should store under `key`, so that programs that share a store
-/// do not lose what another one has stored. `stored` is the value that is in the store now, `read`
+/// do not overwrite each other's elements. `stored` is the value that is in the store now. `read`
 /// is the value that the program read, and `written` is the value that it writes.
 ///
-/// For the two keys with persisted lists, returns a persisted list with the elements of `stored`,
-/// and with the elements of `written` that are not in `read`. Does not add the elements of `read`
-/// again, because another program may have reset the store in the meantime. For any other key,
-/// returns `written`.
+/// For the two keys with persisted lists, the result is a persisted list. It contains the elements
+/// of `stored`, and the elements of `written` that are not in `read`. Does not restore elements of
+/// `read` that are missing from `stored`, because another program may have reset the store in the
+/// meantime. For any other key, returns `written`.
 ORN_EXPORT UTF8String MergePersistedValue(std::string_view key, std::string_view stored,
                                           std::string_view read, std::string_view written);
 

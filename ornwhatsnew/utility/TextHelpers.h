@@ -37,9 +37,10 @@ ORN_EXPORT bool IsSpecialCaseSection(std::string_view key);
 /// these two sections.
 ORN_EXPORT bool IsInternalSpecialCaseSection(std::string_view key);
 
-/// Returns the number by which versions are compared. Each component of the dotted `version` counts
-/// 1000 times the component to its right, and the last one counts 1. For example, `25.1.3` gives
-/// 25,001,003. Missing components are not added, so `25.1` and `25.1.0` differ.
+/// Returns the number by which versions are compared. Each component of the dotted `version` has
+/// 1000 times the weight of the component to its right. The last component has the weight 1. For
+/// example, `25.1.3` gives 25,001,003. Missing components are not added, so `25.1` and `25.1.0`
+/// differ.
 ///
 /// A component that is not a decimal number counts as 0. A component of 1000 or more carries over
 /// into the component to its left. The sum wraps modulo 2^64. Does not allocate.

@@ -23,8 +23,8 @@ QString runningVersion() {
   return QString::fromStdU16String(ornwhatsnew::GetFullClientVersionString());
 }
 
-/// Records the running version. Returns true if this call recorded it. Returns false if a program
-/// recorded it before, or if the write failed.
+/// Records the running version. Returns true if this call recorded it. Returns false if it was
+/// already recorded, or if the write failed.
 bool recordRunningVersion(SettingsStore& store) {
   return store.setValue(kAnnouncedVersionKey, runningVersion());
 }
@@ -68,9 +68,10 @@ void Announcement::announceUnlessBlocked() {
     return;
   }
   timer_.stop();
-  // The user may have opened the panel while a modal window was open.
+  // Check again, because the user may have opened the panel while a modal window was open.
   if (!isUpdate(store_)) return;
-  // Without a record, the panel would open at every start.
+  // Announce the update only if this call records the version. If the version cannot be recorded,
+  // the panel would otherwise open at every start.
   const bool isFirst = recordRunningVersion(store_);
   if (isFirst && isWanted(store_) && isAnythingNew_()) Q_EMIT due();
 }

@@ -14,9 +14,9 @@ class SettingsStore;
 /// Announces an update once: at the first start of a new version, if something is new. Of several
 /// programs that start at the same time, only one announces the update.
 ///
-/// There is no announcement at the first start of the application, if the user has already opened
-/// the panel in this version, or if the user does not want announcements. While a modal window is
-/// open, the announcement waits.
+/// There is no announcement at the first start of the application, or if the user has already
+/// opened the panel in this version. Users can also switch announcements off. The announcement is
+/// deferred while a modal window is open.
 class Announcement : public QObject {
   Q_OBJECT
  public:

@@ -13,7 +13,7 @@ namespace ornwhatsnewqt {
 namespace {
 
 void showFilter(QCheckBox& box, bool isChecked, const char* name, const char* description) {
-  // A change by the program is not a choice of the user.
+  // Emit no signals, because the user did not make these changes.
   const QSignalBlocker blocker(box);
   box.setChecked(isChecked);
   box.setText(localizedText(name));

@@ -13,7 +13,7 @@ namespace ornwhatsnewqt {
 
 class PanelController;
 
-/// Shows the filters of a controller. A click changes them in the controller, which stores them.
+/// Shows the filters of a controller. When the user changes a filter, the controller stores it.
 class FilterBar : public QWidget {
   Q_OBJECT
  public:

@@ -13,8 +13,8 @@
 
 namespace ornwhatsnewqt {
 
-/// Returns the text for a key text, such as "$$$/ornwhatsnewqt/Panel/Search=Search", from the
-/// dictionary of the process. Replaces `@0` to `@9` with the arguments.
+/// Returns the display text for a key text, such as "$$$/ornwhatsnewqt/Panel/Search=Search", in the
+/// user's language. Replaces `@0` to `@9` with the arguments.
 QString localizedText(std::string_view keyText, std::initializer_list<QString> arguments = {});
 
 /// A dictionary that queries the translators of the application. The context is "ornwhatsnew", and

@@ -16,7 +16,7 @@
 namespace ornwhatsnewqt {
 namespace {
 
-/// Returns the text of `page` from `begin` to `end`, which may be outside of the text.
+/// Returns the text of `page` from `begin` to `end`. Both positions may be outside of the text.
 QString textOf(const NewsPage& page, int begin, int end) {
   const int last = page.document()->characterCount() - 1;
   QTextCursor cursor(page.document());
@@ -25,8 +25,8 @@ QString textOf(const NewsPage& page, int begin, int end) {
   return NewsDocument::plainText(cursor);
 }
 
-/// The interface of the element with a given index. After a change of the layout, the interface
-/// describes the new element with this index, and is invalid if there is none.
+/// The accessible interface of the element with a given index. After a change of the layout, the
+/// interface describes the new element with this index, and is invalid if there is none.
 class ElementInterface final : public QAccessibleInterface, public QAccessibleActionInterface {
  public:
   ElementInterface(NewsPage* page, int index) : page_(page), index_(index) {}
@@ -124,7 +124,8 @@ void ElementInterface::doAction(const QString& actionName) {
   }
 }
 
-/// The interface of the page. Creates the interfaces of the elements when a tool queries them.
+/// The accessible interface of the page. Creates the interfaces of the elements when an assistive
+/// tool queries them.
 class PageInterface final : public QAccessibleWidget, public QAccessibleTextInterface {
  public:
   explicit PageInterface(NewsPage* page) : QAccessibleWidget(page, QAccessible::Document) {}

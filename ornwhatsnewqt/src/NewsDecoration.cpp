@@ -14,8 +14,8 @@
 namespace ornwhatsnewqt {
 namespace {
 
-// An edge of a card that is this far outside of the visible part is not visible, even if the
-// corners of the card are rounded.
+// The distance from the visible part at which an edge of a card, including its rounded corners, is
+// not visible.
 constexpr qreal kInvisibleDistance = 2 * kCardRadius;
 
 /// Returns the `ItemPart` of `block`, or 0.

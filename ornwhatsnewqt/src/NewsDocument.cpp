@@ -70,8 +70,8 @@ class Writer {
     beginBlock(formats_.ofBlock(paragraph.kind, bullet, directionOf(paragraph.range), isFirst));
     const std::size_t element = elements_.size();
     elements_.push_back({kindOf(paragraph.kind), cursor_.position(), 0, {}});
-    // Write the bullet together with the text. Separate bullets would take a quarter of the time
-    // that a long document needs.
+    // Insert the bullet together with the text. For a long document, inserting each bullet
+    // separately would take a quarter of the total time.
     QString prefix = bullet.isEmpty() ? QString() : bullet + u'\t';
     for (const LayoutSpan& span : paragraph.spans) {
       if (!prefix.isEmpty() && !isInParagraphFormat(paragraph, span)) {
@@ -92,7 +92,7 @@ class Writer {
     }
   }
 
-  /// Returns whether `span` looks like text without a style.
+  /// Returns whether `span` has the format of text without a style.
   bool isInParagraphFormat(const LayoutParagraph& paragraph, const LayoutSpan& span) const {
     return span.link.empty() &&
            formats_.ofSpan(paragraph.kind, span.style) == formats_.ofSpan(paragraph.kind, {});
@@ -101,7 +101,8 @@ class Writer {
   void writeSpan(const LayoutParagraph& paragraph, const LayoutSpan& span, const QString& prefix) {
     QString text = prefix + textOf(span.range);
     const bool isLabel = span.style == StyleID::kStyleUnlockLabel;
-    // A label has one box, and "View more" looks like one button. Keep each of them in one line.
+    // Do not break the line within a label, which has one box, or within a link such as "View
+    // more".
     if (isLabel || span.style == StyleID::kStyleHotSpot) text.replace(u' ', QChar::Nbsp);
     if (!text.isEmpty() && ornwhatsnew::IsSafeLink(span.link) && !isRepeated(paragraph, span)) {
       const QString href = QString::fromStdU16String(span.link);
@@ -114,8 +115,9 @@ class Writer {
     cursor_.insertText(text, formats_.ofSpan(paragraph.kind, span.style));
   }
 
-  /// Returns whether `span` is a title whose link the description below repeats as "View more".
-  /// Such a title is not a link, because Tab would otherwise stop twice for the same page.
+  /// Returns whether `span` is a title whose link the next paragraph repeats as "View more". Such a
+  /// title is not a link, because Tab would otherwise move the focus to two links with the same
+  /// target.
   bool isRepeated(const LayoutParagraph& paragraph, const LayoutSpan& span) const {
     const LayoutParagraph* const next = &paragraph + 1;
     const bool isLast = &paragraph == &layout_.paragraphs.back();

@@ -29,20 +29,20 @@ struct NewsElement {
   }
 };
 
-/// The document of the news page. It has one block for each visible paragraph of a layout. A block
-/// begins with the bullet and a tab if the paragraph has a bullet. A link that is not safe is plain
-/// text.
+/// The document of the news page. It has one block for each paragraph of a layout that is not
+/// empty. A block begins with the bullet and a tab if the paragraph has a bullet. A link that is
+/// not safe is plain text.
 class NewsDocument : public QTextDocument {
   Q_OBJECT
  public:
-  /// Where a block is in its item.
+  /// The position of a block in its item.
   enum ItemPart { FirstBlock = 1, LaterBlock };
 
-  /// Properties of formats for code that draws around the text.
+  /// Properties of formats, which `NewsDecoration` reads.
   enum Property {
     /// Of a block: an `ItemPart`. A block outside of items has none.
     Part = QTextFormat::UserProperty + 1,
-    /// Of characters: they are a label, which needs a box.
+    /// Of characters: whether they are part of a label, which needs a box.
     IsLabel,
   };
 
@@ -53,8 +53,8 @@ class NewsDocument : public QTextDocument {
   /// Returns the elements in the order of the text. A link follows the paragraph that contains it.
   const std::vector<NewsElement>& elements() const { return elements_; }
 
-  /// Returns the text of the selection as plain text, in which paragraphs and lines end with line
-  /// feeds. Bullets are followed by a space.
+  /// Returns the selected text of `cursor` as plain text. Paragraphs and lines end with line feeds,
+  /// and a space follows each bullet.
   static QString plainText(const QTextCursor& cursor);
 
  private:

@@ -98,7 +98,7 @@ void NewsFormats::addParagraphFormats() {
 }
 
 const QTextCharFormat& NewsFormats::ofSpan(ParagraphKind kind, std::optional<StyleID> style) const {
-  // A notice has the style of a header, but it is the only content of its page.
+  // A notice has the style of a header, but it is the main text of a page without items.
   const bool isNotice = kind == ParagraphKind::kNotice && style == StyleID::kStyleHeader;
   if (style && !isNotice) {
     const auto found = spans_.constFind(static_cast<int>(*style));

@@ -34,8 +34,8 @@ class NewsFormats {
  public:
   explicit NewsFormats(const PanelStyle& style);
 
-  /// Returns the format of a span with `style`, or of the text of a paragraph of the kind `kind`
-  /// that has no style.
+  /// Returns the format of a span with `style` in a paragraph of the kind `kind`. If `style` has no
+  /// value, returns the format of text without a style in this paragraph.
   const QTextCharFormat& ofSpan(ornwhatsnew::ParagraphKind kind,
                                 std::optional<ornwhatsnew::StyleID> style) const;
 
@@ -49,7 +49,7 @@ class NewsFormats {
   const QTextCharFormat& ofLabelStrut() const { return labelStrut_; }
 
   /// Returns the format of a paragraph of the kind `kind`. The lines after the first one are
-  /// aligned with the text after `bullet`. `isFirst` says that the paragraph is the first one of
+  /// aligned with the text after `bullet`. `isFirst` says whether the paragraph is the first one of
   /// its kind.
   const QTextBlockFormat& ofBlock(ornwhatsnew::ParagraphKind kind, const QString& bullet,
                                   Qt::LayoutDirection direction, bool isFirst);
@@ -60,8 +60,8 @@ class NewsFormats {
   QTextBlockFormat makeBlock(const BlockKey& key) const;
   qreal hangingIndent(const QString& bullet) const;
   QTextCharFormat characters(float size, QFont::Weight weight, const QColor& color) const;
-  /// Returns by how much a label is raised, so that its centre is at the centre of the title beside
-  /// it. The unit is one percent of the label's height.
+  /// Returns the distance by which a label is raised to centre it on the title beside it, in
+  /// percent of the height of `labelFont`.
   qreal labelOffset(const QFont& labelFont) const;
   void addSpanFormats();
   void addParagraphFormats();

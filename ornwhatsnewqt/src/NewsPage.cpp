@@ -47,7 +47,7 @@ NewsPage::~NewsPage() {
 void NewsPage::showLayout(const ornwhatsnew::PanelLayout& layout, const PanelStyle& style) {
   style_ = style;
   QPalette colors;
-  // Search matches stay visible while the search field has the focus.
+  // Keep the selected search match visible while the search field has the focus.
   colors.setColor(QPalette::Inactive, QPalette::Highlight, style.selection);
   colors.setColor(QPalette::Inactive, QPalette::HighlightedText, style.selectionText);
   setPalette(colors);

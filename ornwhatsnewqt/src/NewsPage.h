@@ -1,4 +1,4 @@
-// Shows a layout as a page of news.
+// Shows a layout as the news page.
 #ifndef ORNWHATSNEWQT_SRC_NEWSPAGE_H_
 #define ORNWHATSNEWQT_SRC_NEWSPAGE_H_
 
@@ -25,8 +25,8 @@ class NewsPage : public QTextBrowser {
   explicit NewsPage(QWidget* parent = nullptr);
   ~NewsPage() override;
 
-  /// Shows `layout`, which is not used after the call. Keeps the paragraph at the top of the view
-  /// at its position, unless the new layout has fewer paragraphs.
+  /// Shows `layout`. Does not refer to `layout` after the call. If the new layout has enough
+  /// paragraphs, the paragraph at the top of the view has the same index as before.
   void showLayout(const ornwhatsnew::PanelLayout& layout, const PanelStyle& style);
 
   /// Returns the elements of the page, which are valid until the next call of `showLayout`.

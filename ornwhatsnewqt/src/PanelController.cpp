@@ -80,8 +80,8 @@ void PanelController::loadList() {
   list_.InitWithData(dataText_);
 }
 
-// Without a data file, the stored state stays empty. The changes of a file that arrives later, even
-// in a later session, then count as seen, too.
+// If there is no data file, the stored state stays empty. When a data file becomes available, even
+// in a later session, its changes then count as seen, too.
 void PanelController::markAllSeen() {
   list_.MarkAllSeen();
   if (isLoaded()) {

@@ -30,9 +30,8 @@ struct Filters {
 /// Owns the list of a `WhatsNew`. Uses no widgets.
 ///
 /// Several panels can be open at the same time, and show the same layout. Until all panels are
-/// closed, a change is new if it was new at the first call of `display`. Therefore, a change of the
-/// filters or the language, or a visit to the rating page, does not hide what a panel has just
-/// shown.
+/// closed, a change is new if it was new at the first call of `display`. Therefore, the change
+/// remains new when the user selects other filters, another language, or the rating page.
 class PanelController : public QObject {
   Q_OBJECT
  public:
@@ -49,7 +48,7 @@ class PanelController : public QObject {
   /// Returns how much is new with the current filters for platform and version.
   ornwhatsnew::NewCount countNew() const;
 
-  /// Returns the filters, which are stored.
+  /// Returns the stored filters.
   Filters filters() const { return filters_; }
 
   /// Replaces and stores the filters. Displays open panels again.

@@ -36,7 +36,8 @@ PanelHeader::PanelHeader(QWidget* parent) : QWidget(parent) {
   buttons->setSpacing(2);
   buttons->addWidget(searchButton_);
   buttons->addWidget(printButton_);
-  // These buttons are beside the first row, even if the page buttons need two rows.
+  // Align these buttons with the first row of page buttons, because the page buttons can need two
+  // rows.
   buttons->setAlignment(Qt::AlignTop);
   buttons->setContentsMargins(0, 4, 0, 0);
   row->addLayout(buttons);
@@ -61,7 +62,7 @@ void PanelHeader::setPage(PanelPage page, bool hasRatings) {
   newsButton_->setVisible(hasChoice);
   ratingsButton_->setVisible(hasChoice);
   (page == PanelPage::News ? newsButton_ : ratingsButton_)->setChecked(true);
-  // There is nothing to search or to print on the page of ratings.
+  // There is nothing to search or to print on the rating page.
   searchButton_->setVisible(page == PanelPage::News);
   printButton_->setVisible(page == PanelPage::News);
 }

@@ -18,25 +18,26 @@ class GlyphButton;
 enum class PanelPage { News, Ratings };
 
 /// The top row of a panel: the choice of the page, and buttons for searching and printing. If there
-/// is only one page, shows its name instead of the choice. The page of ratings has no buttons.
+/// is only one page, shows its name instead of the choice. Hides the buttons for searching and
+/// printing on the rating page.
 class PanelHeader : public QWidget {
   Q_OBJECT
  public:
   explicit PanelHeader(QWidget* parent);
 
-  /// Sets the current page. Shows the choice of pages if there are ratings or `page` is the rating
-  /// page. Otherwise shows only the title. Does not emit signals.
+  /// Sets the current page. Shows the choice of pages if `hasRatings` is true or `page` is
+  /// `Ratings`. Otherwise, shows the title. Does not emit signals.
   void setPage(PanelPage page, bool hasRatings);
 
   /// Sets the texts in the current language.
   void retranslate();
 
-  /// Moves the focus to the choice of the current page.
+  /// Moves the keyboard focus to the button of the current page.
   void focusPage();
 
  Q_SIGNALS:
-  void newsRequested();     ///< the user has chosen the page of news
-  void ratingsRequested();  ///< the user has chosen the page of ratings
+  void newsRequested();     ///< the user has chosen the news page
+  void ratingsRequested();  ///< the user has chosen the rating page
   void searchRequested();   ///< the user wants to search
   void printRequested();    ///< the user wants to print
 

@@ -37,7 +37,8 @@ QColor mix(const QColor& from, const QColor& to, float share) {
                 component(from.blue(), to.blue()));
 }
 
-/// Returns `wanted`, mixed with as much of `text` as makes it readable on both backgrounds.
+/// Returns `wanted`, mixed with as little of `text` as necessary to make it readable on both
+/// backgrounds.
 QColor readable(const QColor& wanted, const QColor& text, const QColor& background,
                 const QColor& otherBackground) {
   for (int tenths = 0; tenths < 10; ++tenths) {

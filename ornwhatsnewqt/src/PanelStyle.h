@@ -13,27 +13,27 @@ QT_END_NAMESPACE
 
 namespace ornwhatsnewqt {
 
-/// The colours and fonts of the panel, which follow the palette and the font of the desktop. The
-/// colours of text have a contrast of at least 4.5 : 1 against their background, unless the text
-/// colour of the palette has a lower contrast.
+/// The colours and fonts of the panel, which follow the palette and the font of the desktop. Text
+/// colours have a contrast ratio of at least 4.5:1 against their background, unless the text colour
+/// of the palette has a lower one.
 struct PanelStyle {
   /// Derives the colours from the active group of `palette`, and the fonts from `font`.
   PanelStyle(const QPalette& palette, const QFont& font);
 
-  /// Returns the font of the desktop in `size`, one of the font sizes in `WhatsNewTypes.h` in
-  /// device-independent pixels. If the desktop's font is larger than the smallest of these sizes,
-  /// all sizes grow in proportion, so that text in these sizes is never smaller than the desktop's
-  /// font.
+  /// Returns the font of the desktop in `size`, such as `kFontSize_Normal`, in device-independent
+  /// pixels. If the desktop's font is larger than `kFontSize_NormalSmall`, all sizes grow in
+  /// proportion. Text in the size `kFontSize_NormalSmall` is therefore never smaller than text in
+  /// the desktop's font.
   QFont font(float size, QFont::Weight weight = QFont::Normal) const;
 
   QColor page;           ///< the background of the panel
   QColor card;           ///< the background of an item
   QColor cardOutline;    ///< the outline of an item
   QColor text;           ///< text on a card
-  QColor secondary;      ///< text on a card or the page that is less important
+  QColor secondary;      ///< less important text on a card or the page
   QColor link;           ///< a link on a card or the page
   QColor warning;        ///< a warning on a card or the page
-  QColor accent;         ///< the highlight colour, readable on a card and the page
+  QColor accent;         ///< the highlight colour, readable on `accentFill` and the page
   QColor accentFill;     ///< a background in a light tone of the highlight colour
   QColor accentText;     ///< text on `accent`
   QColor selection;      ///< the background of selected text

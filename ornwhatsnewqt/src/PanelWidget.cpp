@@ -113,7 +113,8 @@ void PanelWidget::Impl::addWidgets() {
 // The bars are as wide as the page below them.
 void PanelWidget::Impl::centerTop() {
   const int beside = std::max(0, (panel->width() - kMaximumColumnWidth) / 2);
-  // The buttons have space for a ring around them.
+  // Subtract the space that the buttons reserve for their focus ring, so that their visible edges
+  // are aligned with the page.
   const int side = beside + kPageMargin - kRingSpace;
   top->setContentsMargins(side, kPageMargin / 2, side, kPageMargin / 2);
 }
@@ -152,7 +153,7 @@ void PanelWidget::Impl::openPage(PanelPage newPage) {
   search->hide();
   updateHeader();
   if (page == PanelPage::News) {
-    // The controller emits changed(), which draws the page.
+    // The controller then emits changed(), and the panel draws the page.
     controller->display();
     news->setFocus();
   } else {
@@ -183,7 +184,7 @@ void PanelWidget::Impl::draw() {
   if (search->isVisible()) search->refresh();
 }
 
-// If there is nothing to rate, the page of news shows the notice of the rating view.
+// If there is nothing to rate, the news page shows the notice of the rating view.
 void PanelWidget::Impl::drawRatings(const PanelStyle& style) {
   const ornwhatsnew::PanelLayout layout = controller->ratingLayout();
   ratings->showRequests(layout.ratingRequests);

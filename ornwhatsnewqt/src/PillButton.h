@@ -1,5 +1,5 @@
-// Defines buttons in the look of the panel. They behave like the buttons of Qt from which they are
-// derived, also for the keyboard and assistive tools.
+// Defines buttons with the appearance of the panel. For the keyboard and for assistive tools, they
+// behave like the Qt buttons from which they are derived.
 #ifndef ORNWHATSNEWQT_SRC_PILLBUTTON_H_
 #define ORNWHATSNEWQT_SRC_PILLBUTTON_H_
 
@@ -24,7 +24,7 @@ void paintPill(QAbstractButton& button, PillLook look);
 /// Returns the size of `button`, including the space for the ring.
 QSize pillSize(const QAbstractButton& button, PillLook look);
 
-/// A `QCheckBox`, `QRadioButton` or `QPushButton` in the look of the panel.
+/// A `QCheckBox`, `QRadioButton` or `QPushButton` with the appearance of the panel.
 template <class Button>
 class Pill : public Button {
  public:

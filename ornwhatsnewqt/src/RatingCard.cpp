@@ -156,7 +156,7 @@ void RatingCard::send() {
 }
 
 void RatingCard::changeEvent(QEvent* event) {
-  // The base class sends such events before the constructor has created the labels.
+  // The card can receive these events before its constructor has created the labels.
   if (changesPanelStyle(*event) && sendButton_ != nullptr && thanks_ != nullptr) applyStyle();
   QFrame::changeEvent(event);
 }

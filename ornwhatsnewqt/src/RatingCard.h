@@ -17,7 +17,8 @@ QT_END_NAMESPACE
 namespace ornwhatsnewqt {
 
 /// A card with the question of a rating request, five choices, a line for a comment, and a button
-/// that sends the rating. After that, the card shows only its title and thanks.
+/// that sends the rating. After the user has sent the rating, the card shows only its title and a
+/// message that thanks the user.
 class RatingCard : public QFrame {
   Q_OBJECT
  public:

@@ -23,8 +23,8 @@ class RatingPage : public QScrollArea {
  public:
   explicit RatingPage(QWidget* parent);
 
-  /// Shows `requests`. Keeps the choices of the user in the cards of requests that were shown
-  /// before, and keeps the cards of requests that the user has answered.
+  /// Shows `requests`. Keeps the user's choices in the cards of requests that were shown before.
+  /// Keeps the cards of requests that the user has answered.
   void showRequests(const std::vector<ornwhatsnew::RatingRequest>& requests);
 
   /// Removes all cards.
@@ -33,9 +33,9 @@ class RatingPage : public QScrollArea {
   /// Returns whether there are no cards.
   bool isEmpty() const { return cards_.empty(); }
 
-  /// Moves the focus to the next card that is not rated. The search begins after `previous`, or at
-  /// the top if `previous` is null, and continues at the top after the last card. Returns whether
-  /// there is such a card.
+  /// Moves the focus to the next card that is not rated. The search begins at `previous`, or at the
+  /// top if `previous` is null, and continues at the top after the last card. Returns whether there
+  /// is such a card.
   bool focusNextCard(const RatingCard* previous = nullptr);
 
  Q_SIGNALS:

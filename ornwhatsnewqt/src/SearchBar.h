@@ -31,8 +31,8 @@ class SearchBar : public QWidget {
   /// Hides the bar, and moves the focus to the view. The last match remains selected.
   void endSearch();
 
-  /// Sets the texts in the current language, and searches again because the document of the view
-  /// has changed.
+  /// Sets the texts in the current language, and searches again. Call this function after the
+  /// language or the document of the view has changed.
   void refresh();
 
   /// Selects the next or the previous match. The first match follows the last one.

@@ -14,7 +14,7 @@ static void initializeResources() {
 namespace ornwhatsnewqt {
 namespace {
 
-/// Returns the platform of this build as data files name it.
+/// Returns the platform of this build, in the form of `Settings::platform`.
 QString buildPlatform() {
 #if defined(Q_OS_MACOS)
   return QStringLiteral("Mac");

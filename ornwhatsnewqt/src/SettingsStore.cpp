@@ -26,8 +26,8 @@ constexpr std::array kStateKeys = {&ornwhatsnew::kAllSeenItemsKey,
                                    &ornwhatsnew::kLastVersionSeenKey,
                                    &ornwhatsnew::kAllVersionsSeenKey};
 
-/// Returns whether the file system accepts a new file in the place of `file` that contains
-/// `changes` besides the old content. Leaves `file` unchanged.
+/// Returns whether `file` can be replaced by a file that contains the old content and `changes`.
+/// Checks the permissions and the disk space, and leaves `file` unchanged.
 bool canReplace(const QString& file, const QVariantMap& changes) {
   constexpr qint64 kBytesForSyntax = 64;
   // Any character can become an escape such as `%U20AC` in a key or `\x20ac` in a value. A digit
@@ -44,12 +44,12 @@ bool canReplace(const QString& file, const QVariantMap& changes) {
          rehearsal.flush();
 }
 
-/// Writes `changes`. Returns whether that succeeded.
+/// Writes `changes`. Returns whether the write succeeded.
 ///
-/// A full disk must be noticed before QSettings receives the values. If a small file cannot be
-/// written completely, Qt 6.4 truncates it and reports success. After a failure that Qt reports,
-/// QSettings keeps the values in memory, and the next sync of any object for the file writes them.
-/// That would overwrite what other programs have stored in the meantime.
+/// Detects a full disk before QSettings receives the values. If a small file cannot be written
+/// completely, Qt 6.4 truncates it and reports success. After a failure that Qt reports, QSettings
+/// keeps the values in memory, and the next sync of any object for the file writes them. That would
+/// overwrite what other programs have stored in the meantime.
 bool writeChanges(QSettings& settings, const QVariantMap& changes) {
   if (changes.isEmpty()) return true;
   if (!canReplace(settings.fileName(), changes)) return false;
@@ -162,7 +162,8 @@ bool SettingsStore::write(const std::function<QVariantMap(const QSettings&)>& ch
   const auto settings = open();
   const QString file = QFileInfo(settings->fileName()).absoluteFilePath();
   QDir().mkpath(QFileInfo(file).absolutePath());
-  // QSettings itself locks the file with the suffix ".lock" during each read and each write.
+  // Do not use the suffix ".lock", because QSettings itself locks the file with this suffix during
+  // each read and each write.
   QLockFile lock(file + QStringLiteral(".whatsnew.lock"));
   // By default, a lock expires after 30 seconds. A program that was suspended for that time could
   // then overwrite what another one has stored. The lock of a program that has ended never blocks.

@@ -24,7 +24,7 @@ namespace ornwhatsnewqt {
 /// Several programs can use one `QSettings` at the same time. Each write acquires a lock file,
 /// reads the stored values, merges the strings of the state with them, and writes the result. If
 /// the disk is full before the write, the file is unchanged. After each failure, the object keeps
-/// the strings of the state, and the next write includes them.
+/// the strings of the state, and the next `commit` writes them.
 class SettingsStore : public QObject {
   Q_OBJECT
  public:
@@ -43,8 +43,7 @@ class SettingsStore : public QObject {
   /// Returns whether all three strings of the state are empty, which means that the user is new.
   bool isStateEmpty();
 
-  /// While a snapshot is used, `state` returns the strings as they were at the call of
-  /// `takeSnapshot`.
+  /// Copies the strings of the state. After `useSnapshot(true)`, `state` returns these copies.
   void takeSnapshot();
   void useSnapshot(bool isUsed) { usesSnapshot_ = isUsed; }
 
@@ -86,7 +85,7 @@ class SettingsStore : public QObject {
   bool usesSnapshot_ = false;
   StateValues read_;               ///< the strings as they were read last
   StateValues unsaved_;            ///< the strings that are not written yet
-  std::string_view errorKeyText_;  ///< of the error of the last write, or empty
+  std::string_view errorKeyText_;  ///< the message for the last write's error, or empty
   QString errorFile_;
 };
 

@@ -24,7 +24,7 @@ std::string Dump(const json* value) {
   return value ? LineOf(*value) : "nothing";
 }
 
-/// Returns the part of `text` around `offset`, with "..." in place of each omitted end.
+/// Returns the part of `text` around `offset`. Replaces omitted text at either end with "...".
 std::string Excerpt(std::string_view text, std::size_t offset) {
   const std::size_t begin = offset > kShownBefore ? offset - kShownBefore : 0;
   const std::size_t end = std::min(text.size(), offset + kShownAfter);

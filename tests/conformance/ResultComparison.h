@@ -10,8 +10,8 @@
 namespace conformance {
 
 /// A difference between two JSON values. `expected` and `got` are JSON on one line, shortened to
-/// the part that differs. If one of the compared values has no member or element at `path`, its
-/// string is "nothing".
+/// the part that differs. `expected` or `got` is "nothing" if that value has no member or element
+/// at `path`.
 struct Difference {
   /// The JSON pointer to the value that differs.
   std::string path;

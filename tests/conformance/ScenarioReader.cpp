@@ -192,8 +192,7 @@ void ReadScenarioHost(const JsonReader& object, std::initializer_list<std::strin
 }
 
 /// Reads the steps of one scenario in order. The order matters, because a step may need a list that
-/// an earlier step creates, and a host step contains only those members that differ from the
-/// current host.
+/// an earlier step creates, and a host step contains only the members that it changes.
 class StepReader {
  public:
   explicit StepReader(const ScenarioHost& host) : host_(host) {}

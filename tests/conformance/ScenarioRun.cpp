@@ -28,7 +28,7 @@ using orncore::string::UTF8to16;
 
 namespace {
 
-/// Stores the debug entries of a scenario, which the step `debug` returns.
+/// Stores the debug entries of a scenario. The step `debug` returns them.
 class ScenarioDebugStore final : public orncore::debug::DebugStore {
  public:
   using EntryMap = orncore::debug::MemoryDebugStore::EntryMap;

@@ -30,7 +30,7 @@ void AddDefaultTexts(const std::string& source, Texts& texts) {
     const std::size_t key = text.find("$$$/");
     const std::size_t equals = text.find('=');
     if (key > 2 || equals == std::string::npos) continue;
-    // The text after #{comment} is for translators.
+    // Omit the text after #{comment}, which is for translators.
     texts[text.substr(key, equals - key)] =
         text.substr(equals + 1, text.find("#{comment}") - equals - 1);
   }

@@ -83,7 +83,7 @@ class QueriedKeys : public orncore::config::DictionarySource {
 };
 
 TEST(ExampleHosts, GermanHostTranslatesEveryTextOfThePanel) {
-  // These templates contain only layout, which is the same in every language.
+  // These templates contain no words, so they are the same in every language.
   const std::set<std::string> untranslated = {
       "$$$/ornwhatsnew/Feature/Detail/Plain/DisplayTemplate/Tab",
       "$$$/ornwhatsnew/Feature/Detail/Plain/DisplayTemplate",

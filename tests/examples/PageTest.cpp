@@ -1,6 +1,5 @@
-// Runs the commands that three pages show, and compares their output with the output that the pages
-// show. The pages are the README of the examples, and the manual and the guide for authors of data
-// files.
+// Runs the commands in examples/README.md, docs/data-file.md and docs/author-guide.md, and compares
+// their output with the output that these pages show.
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>

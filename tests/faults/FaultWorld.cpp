@@ -17,8 +17,8 @@ using test_support::DataFile;
 
 constexpr unsigned kAllOptions = 32;
 constexpr std::string_view kOldVersion = "24.0.0.1000000000000001";
-// The number of further old versions. A list allocates memory for each of them when it reads its
-// state.
+// The number of old versions that the state contains in addition to `kOldVersion`. A list allocates
+// memory for each version when it reads its state.
 constexpr int kOldVersions = 70;
 
 DataFile SeenFile() {

@@ -1,5 +1,5 @@
-// Provides the fixture for tests that inject faults: a host with features of every kind, data files
-// that exercise the parser and the panel, and a user who has seen some of the changes. `World`
+// Provides the fixture for tests that inject faults. Its host has features of every kind, and its
+// data files exercise the parser and the panel. Its user has seen some of the changes. `World`
 // describes the observable content of a list, so that tests can compare lists.
 #ifndef TESTS_FAULTS_FAULTWORLD_H_
 #define TESTS_FAULTS_FAULTWORLD_H_
@@ -16,7 +16,7 @@
 
 namespace faults {
 
-/// Returns a data file. The user has seen all of its features and changes.
+/// Returns a data file. The user of a `FaultHost` has seen all of its features and changes.
 std::string SeenData();
 /// Returns the data file that a `World` loads: `SeenData` and changes that are new to the user.
 std::string LoadedData();

@@ -79,8 +79,8 @@ class MemoryOfCommandTest : public FaultTest {
     if (!test_support::AreAllocationsReplaced()) GTEST_SKIP() << "another allocator is in use";
   }
 
-  /// Runs the command and makes its n-th allocation fail, counted over all threads. With
-  /// `kAllFrom`, all later allocations also fail. If `n` is 0, no allocation fails.
+  /// Runs the command and makes the n-th allocation fail. Counts the allocations of all threads.
+  /// With `kAllFrom`, all later allocations also fail. If `n` is 0, no allocation fails.
   Execution Validate(std::size_t n, FailureExtent extent) {
     FixedStreamBuffer buffer;
     std::basic_ostream<char16_t> stream(&buffer);

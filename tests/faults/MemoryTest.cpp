@@ -91,8 +91,8 @@ class MemoryTest : public FaultTest {
   }
 
  private:
-  /// Runs the check and the operation once. The first run can create objects that
-  /// exist until the program ends. Because of this call, they do not count as leaks.
+  /// Runs the check and the operation once without failures. The first run can create objects that
+  /// exist until the program ends. Without this call, they would count as leaks.
   void WarmUp(const Operation& operation, const Check& check) const {
     World checked = MakeWorld();
     check(checked);

@@ -22,9 +22,9 @@ namespace {
 using namespace ornwhatsnew;
 using test_support::Format;
 
-/// A list whose getter calls `inGetter` and whose setter calls `inSetter`. Both functions receive
-/// the list as an argument. Each function runs only once, because the list resets `inGetter` or
-/// `inSetter` before it calls the function.
+/// Contains a list whose getter calls `inGetter` and whose setter calls `inSetter`, with the list
+/// as the argument. Each function runs only once, because the `ReentrantList` resets it before the
+/// call.
 class ReentrantList {
  public:
   explicit ReentrantList(World& world) : world_(world) {
@@ -144,8 +144,8 @@ class HookedDictionary : public orncore::config::DictionarySource {
  public:
   explicit HookedDictionary(std::function<void()> hook) : hook_(std::move(hook)) {}
   std::optional<UTF8String> Find(std::string_view key) const override {
-    // While the list looks up this key, it iterates over its items. Ignore the keys of templates,
-    // which it looks up before that.
+    // The list looks up this key while it iterates over its items. It looks up the keys of
+    // templates earlier, so ignore them.
     if (key == "$$$/ornwhatsnew/Change/Localized") hook_();
     return std::nullopt;
   }
@@ -178,7 +178,7 @@ class HookedFeatures : public ornappsupport::feature::FeatureService {
   std::function<void()> hook_;
 };
 
-/// Like `HookedFeatures`, but also calls `hook` when the list reads the feature table.
+/// A `HookedFeatures` that also calls `hook` when the list reads the feature table.
 class HookedTable : public HookedFeatures {
  public:
   using HookedFeatures::HookedFeatures;

@@ -38,7 +38,7 @@ TEST_FOLDERS = {
     "hosts_console_tests": "tests/hosts/console",
 }
 SUPPORT_FOLDERS = ("tests/support", "tests/conformance")
-# This source file replaces allocation functions, so it is linked only into programs that include its header.
+# The file replaces allocation functions, so it is linked only into programs that include its header.
 REPLACES_FUNCTIONS = "tests/support/Allocations.cpp"
 
 COMPILER_FLAGS = ("-std=c++20", "-O0", "-g0", "-fPIC", "-w", "-DGTEST_HAS_PTHREAD=1")
@@ -47,13 +47,14 @@ DEFINITIONS = {
     "ORNWHATSNEW_ISSUE_TRACKER": "https://issues.tarsa.example",
     "ORNWHATSNEW_PRIVACY_PAGE": "https://account.tarsa.example/privacy",
 }
-# The definitions of one folder of tests. The tests run in the folder of their tree.
+# The macro definitions for tests/hosts/author/lint. The tests run in the folder of a tree, so the paths are
+# relative to this folder.
 LINT_DEFINITIONS = {
     "LINT_TEST_FOLDER": "source/tests/hosts/author/lint",
     "LINT_CODE_PAGE": "source/docs/lint-codes.md",
 }
 REQUIRED_LIBRARIES = ("murmurhash", "icuuc", "csv", "boost_locale", "crypto", "cmark")
-# For a mutant of a header, at most this number of sources of the library and the hosts is recompiled.
+# For a mutant of a header, the maximum number of sources of the library and the hosts that are recompiled.
 MOST_INCLUDERS = 12
 
 
@@ -167,7 +168,7 @@ class BuildTree:
         outputs = {}
         for name, members in self.libraries.items():
             if units & set(members):
-                # Link these units first, because the linker uses the first copy of an inline
+                # Link the changed units first, because the linker uses the first copy of an inline
                 # function.
                 first = [u for u in members if u in units]
                 outputs[f"lib/lib{name}.so"] = self._library_command(name, first)

@@ -97,7 +97,8 @@ class Worker:
         """Returns the status (killed, survived or invalid) and, if killed, the check that failed."""
         tree = self._tree
         temporary = Path(tempfile.mkdtemp(prefix="orn-mutation-"))
-        # Some tests create temporary files after they have dropped their privileges.
+        # Every user may write to this folder, because some tests drop their privileges and then create
+        # temporary files in it.
         temporary.chmod(0o1777)
         try:
             text = (tree.source / mutant.file).read_text()
@@ -178,7 +179,7 @@ def run_mutants(arguments, results, equivalents):
             plan = TestPlan(trees[0], temporary)
     except (BuildError, RuntimeError) as error:
         fail(f"the unchanged sources do not build or do not pass their tests\n{error}")
-    # From here on, read only the copies, because the working tree may change during the run.
+    # From here on, read only the copies of the sources, because the working tree may change during the run.
     texts = {name: (trees[0].source / name).read_text() for name in measured_files(trees[0].source)}
     mutants = [mutant for name, text in texts.items() if arguments.file in name
                for mutant in find_mutants(name, text)]

@@ -63,7 +63,7 @@ std::vector<Kind> Kinds(std::string_view text) {
   return kinds;
 }
 
-// Returns the first ten fields of `row`, which must be a single row.
+// Returns the first ten fields of `row`, which is the text of one row.
 std::vector<std::string> Fields(std::string_view row) {
   const ReadRow read = Read(row).at(0);
   return {read.values.begin(), read.values.begin() + static_cast<std::ptrdiff_t>(std::min(

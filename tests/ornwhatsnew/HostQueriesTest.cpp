@@ -1,4 +1,5 @@
-// Tests the order in which a display and a layout query the host, which hosts can observe.
+// Tests the order of the host queries of `GetFormattedTextForDisplay` and `GetLayoutForDisplay`.
+// Hosts can observe this order.
 #include <memory>
 #include <optional>
 #include <string>
@@ -101,13 +102,13 @@ TEST_F(HostQueries, OfADisplayHaveAFixedOrder) {
                "text SpaceWitDash", "text ParenthesizedCode", "text DisplayTemplate",
                "text DisplayTemplate", "text displaytemplate", "text optedOutOfAnalyticsPart1",
                "text optedOutOfAnalyticsPart2", "text nonewratings",
-               // These queries decide whether the list adds notes to changes and whether it shows
-               // the feature.
+               // The results of these two queries determine whether the list adds notes to changes,
+               // and whether it shows the feature.
                "internal user", "enabled export",
-               // These queries determine the unlock label.
+               // The results of these three queries determine the unlock label.
                "internal user", "debug SimulateShowingAllOffFeaturesInWhatsNew", "enabled export",
-               // The list makes these queries while it writes the title line, the description
-               // and the change.
+               // The list makes the remaining queries while it writes the title line, the
+               // description and the change.
                "text title", "internal user", "debug SimulateShowingAllUnlockCodesInWhatsNew",
                "text description", "text change"));
 }
@@ -157,7 +158,7 @@ TEST_F(HostQueries, OfALayoutHaveTheOrderOfTheDisplay) {
   list.GetFormattedTextForDisplay(kRatingView, u"", runs, std::make_shared<RatingMap>());
   std::vector<std::string> ofRatingView = std::exchange(log, {});
   EXPECT_EQ(list.GetLayoutForDisplay(kRatingView).ratingRequests.size(), 2U);
-  // A layout also looks up each rating request that is a key text.
+  // `GetLayoutForDisplay` also looks up each rating request that is a key text.
   ofRatingView.emplace_back("text question");
   EXPECT_EQ(log, ofRatingView);
 }

@@ -74,8 +74,8 @@ TEST(LinkTarget, ShowsTheHostOfALinkWithAnotherScheme) {
 
 TEST(LinkTarget, IsCutBetweenEscapes) {
   const std::string spaces(100, ' ');
-  // If the cut ignored escapes, it would be after the first byte of an escape for one of these
-  // words, and after the second byte for another word.
+  // With one of these words, a cut that ignored escapes would be after the first byte of an escape.
+  // With another word, it would be after the second byte.
   for (const std::string word : {"", "a", "ab"}) {
     EXPECT_THAT(
         PrintedLinkTarget("https://x/" + word + spaces),

@@ -60,7 +60,7 @@ TEST(MarkdownRenderer, EscapesInlineSyntax) {
             RenderNotice(u"a - b + c = 1. d! (v1.2) 50 % 'x' \"y\""));
 }
 
-// GitHub would turn such a URL into a link.
+// GitHub turns URLs in a text into links, unless they contain escapes.
 TEST(MarkdownRenderer, AURLInATextIsNoLink) {
   EXPECT_EQ("http:/\\/x www\\.x\n", RenderNotice(u"http://x www.x"));
   EXPECT_EQ("http:/\\/x\n", RenderNotice(u"http:\u202E/\uFEFF/x"));
@@ -153,8 +153,8 @@ TEST(MarkdownRenderer, ReplacesControlCharactersAndUnpairedSurrogates) {
   EXPECT_EQ("\uFFFD\uFFFD a\uFFFD\n", RenderNotice({0x1B, 0x85, u'\t', u'a', char16_t{0xDC00}}));
 }
 
-// A parser removes a byte order mark at the start of a text, so the next character would begin a
-// line.
+// Markdown parsers remove a byte order mark at the start of a document, so the next character would
+// begin a line.
 TEST(MarkdownRenderer, OmitsByteOrderMarks) {
   EXPECT_EQ("\\- a\n", RenderNotice(u"\uFEFF- a"));
 }

@@ -54,16 +54,17 @@ struct Piece {
 
 class Layout : public test_support::FakeHostTest {
  protected:
-  // Lays out a new list with these changes.
+  // Displays a new list with these changes and returns its layout.
   PanelLayout LayOut(const std::vector<ChangeRow>& rows, DisplayOptions options = {}) {
     FeatureListData list(FileOf(rows), host_.Getter(), host_.Setter());
     return list.GetLayoutForDisplay(options);
   }
 
-  // Lays out a new list with this change.
+  // Displays a new list with this change and returns its layout.
   PanelLayout LayOutChange(const ChangeRow& row) { return LayOut({row}); }
 
-  // Displays these changes, and then lays out the rating view of a new list with the same changes.
+  // Displays a list with these changes. Then returns the layout of the rating view of a new list
+  // with the same changes.
   PanelLayout LayOutRatingView(const std::vector<ChangeRow>& rows) {
     LayOut(rows);
     return LayOut(rows, kRatingView);
@@ -75,7 +76,7 @@ class Layout : public test_support::FakeHostTest {
     return file.Text();
   }
 
-  // Returns the pieces of the first paragraph of this kind.
+  // Returns the spans of the first paragraph of this kind, with copies of their texts.
   static std::vector<Piece> PiecesOf(const PanelLayout& layout, ParagraphKind kind) {
     std::vector<Piece> pieces;
     for (const LayoutParagraph& paragraph : layout.paragraphs) {

@@ -58,7 +58,8 @@ TEST_F(Registration, CanBeInitializedAgainAfterAShutdown) {
   }
 }
 
-// A host that lists its commands writes the help text directly after the command's name.
+// Hosts write the help text directly after the command's name, so the help text must not contain
+// the name.
 TEST_F(Registration, HelpTextDoesNotRepeatTheCommandsName) {
   InitializeContexts(EInitializerContextFlags::kConsole);
   const auto commands = CommandRegistry::Instance().ListCommands();

@@ -100,8 +100,8 @@ TEST(TerminalRenderer, LineEndsInAParagraphKeepTheHangingIndent) {
   EXPECT_EQ("   \u2022  one\n\n      two\n", RenderChange(u"one\u2028 \u2028\u2028two"));
 }
 
-// If a long bullet indented each line by its width, the size of the result would grow with the
-// product of the bullet's length and the number of lines.
+// If each line after a long bullet had an indent of the bullet's width, the size of the result
+// could grow quadratically with the size of the layout.
 TEST(TerminalRenderer, ALongBulletDoesNotIndentEachLineByItsWidth) {
   LayoutBuilder builder;
   builder.Begin(kChange).Span(u"one\u2028two");

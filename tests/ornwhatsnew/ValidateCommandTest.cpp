@@ -50,8 +50,8 @@ class ValidateCommand : public test_support::FakeHostTest {
   }
 
   // Runs the command while another task occupies the executor, and returns the output. Another
-  // thread joins the executor after `delay`, which cancels the read if the command has already
-  // submitted it.
+  // thread joins the executor after `delay`. If the command has already submitted its read, the
+  // join cancels the read.
   std::string ValidateWhileJoining(const std::string& argument, std::chrono::milliseconds delay) {
     auto& executor = orncore::filesupport::GetDefaultExecutor();
     executor.Submit([](const std::stop_token& stop) {

@@ -1,5 +1,5 @@
-// Tests which rules an explanation lists for hidden items and changes. PlainPanelTest.cpp tests in
-// random worlds that exactly the hidden ones have a rule.
+// Tests which hiding rules an explanation lists for hidden items and changes. PlainPanelTest.cpp
+// tests that an item or a change has a hiding rule if and only if it is hidden.
 #include <initializer_list>
 #include <memory>
 #include <stdexcept>
@@ -42,7 +42,7 @@ class VisibilityExplanation : public test_support::FakeHostTest {
     list_->RefreshInternalSeenState();
   }
 
-  /// Explains the item with the key `key`.
+  /// Returns the explanation of the item with the key `key`.
   ItemVisibility Explain(std::string_view key, DisplayOptions options) const {
     for (ItemVisibility& item : list_->ExplainVisibility(options)) {
       if (item.item->FeatureJiraIDKey() == key) return std::move(item);
@@ -53,7 +53,7 @@ class VisibilityExplanation : public test_support::FakeHostTest {
   std::vector<HidingRule> RulesOfItem(std::string_view key, DisplayOptions options) const {
     return Explain(key, options).hidingRules;
   }
-  /// Returns the rules for the first change of the feature.
+  /// Returns the hiding rules of the first change of the feature.
   std::vector<HidingRule> RulesOfChange(DisplayOptions options) const {
     return Explain("EPIC-1", options).changes.at(0).hidingRules;
   }
@@ -170,7 +170,8 @@ TEST_F(VisibilityExplanation, RatedFeatureCanAlsoBeNewAndWithoutShownChanges) {
   list_->MarkItemHasBeenRated("EPIC-1");
   EXPECT_THAT(RulesOfItem("EPIC-1", kRatingView | kFilterHeadlinesOnly),
               ElementsAre(HidingRule::kRated, HidingRule::kNoShownChange));
-  // The rated identity depends only on the rating request, so a new text keeps it.
+  // The rated identity depends only on the rating request. The feature therefore remains rated if
+  // the text of its change is edited.
   ChangeRow edited = rated;
   edited.description = "Another text";
   Load({edited});

@@ -23,10 +23,9 @@ using test_support::PlainVersions;
 
 constexpr unsigned kOptionCombinations = 32;
 
-// Each bit of an element is a property of a host. From the lowest bit: the feature is enabled, the
-// feature is available to the user, the user is internal, the debug switch shows all disabled
-// features, usage logging is off, the application is terminating. The omitted combinations would
-// not test further rules.
+// Each bit of an element is a property of a host. From the lowest bit: feature enabled, feature
+// available to the user, internal user, debug switch that shows disabled features, usage logging
+// off, application terminating. The omitted combinations would not test further rules.
 constexpr unsigned kHosts[] = {0, 1, 2, 4, 5, 6, 8, 12, 13, 16 + 1, 16 + 5, 32 + 1, 32 + 5};
 
 std::string Describe(const ChangeRow& row) {

@@ -58,7 +58,7 @@ void AnnouncementTest::doesNotAnnounceAtTheFirstStart() {
   const TestWorld world;
   ornwhatsnewqt::installServices(world.settings());
   QVERIFY(!startAnnounces(world));
-  // The state of a user who has not opened the panel yet is still empty.
+  // At the second start, the state is still empty, because the user has not opened the panel.
   QVERIFY(!startAnnounces(world));
 }
 

@@ -87,7 +87,7 @@ class PanelAccessibilityTest : public QObject {
 };
 
 void PanelAccessibilityTest::initTestCase() {
-  // Without a desktop, no assistive tool activates the events.
+  // In a test, no assistive tool activates the accessibility events.
   QGuiApplicationPrivate::platformIntegration()->accessibility()->setActive(true);
   QAccessible::installUpdateHandler(recordEvent);
 }

@@ -93,7 +93,7 @@ void PanelControllerTest::aNewUserHasSeenEverything() {
   const TestWorld world;
   world.writeData({kMapChange});
   QCOMPARE(controllerFor(world)->countNew(), ornwhatsnew::NewCount{});
-  // The state is stored, so that the next version recognises the user.
+  // The state is stored, so that the next version does not treat the user as a new user.
   QCOMPARE(world.stored(QStringLiteral("WhatsNew.LastVersionSeenWhatsNew")),
            QStringLiteral("4.3.0.118"));
 }
@@ -284,7 +284,7 @@ void PanelControllerTest::offersNoRatingsWithoutUsageLogging() {
   world.writeData({kRequest});
   world.storeFirstStart(QDateTime::currentDateTimeUtc().addDays(-15));
   QVERIFY(!controllerFor(world)->canRate());
-  // Internal users need usage logging, too.
+  // Unlike the library, the panel offers no ratings to internal users without usage logging.
   world.features().SetInternalFeaturesAllowed(true);
   QVERIFY(!controllerFor(world)->canRate());
 }
@@ -356,7 +356,7 @@ void PanelControllerTest::reportsAStoreThatCannotBeWritten() {
   const auto controller = controllerFor(world, settings);
   const QSignalSpy errors(controller.get(), &PanelController::stateErrorChanged);
   QVERIFY(!controller->stateError().isEmpty());
-  // What was shown counts as seen until the program ends.
+  // Items and changes that were shown count as seen until the program ends.
   controller->display();
   QCOMPARE(controller->countNew(), ornwhatsnew::NewCount{});
   QVERIFY(obstacle.remove());

@@ -12,7 +12,7 @@ namespace {
 
 using ornwhatsnewqt::PanelStyle;
 
-/// Returns the contrast by the formula of WCAG 2.
+/// Returns the contrast ratio of two colours, as WCAG 2 defines it.
 double contrast(const QColor& first, const QColor& second) {
   const auto luminance = [](const QColor& color) {
     const auto linear = [](double part) {

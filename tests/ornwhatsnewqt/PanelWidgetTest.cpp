@@ -48,7 +48,7 @@ const ChangeRow kRating{.version = "4.3",
                         .ratingRequest = "RequestRating",
                         .description = "Rate it"};
 
-/// Receives, instead of a browser, the links that the panel opens.
+/// Receives the links that the panel would otherwise open in a browser.
 class Browser : public QObject {
   Q_OBJECT
 
@@ -62,7 +62,7 @@ class Browser : public QObject {
   void open(const QUrl& url) { opened.append(url); }
 };
 
-/// Translates two key texts to German.
+/// Translates two key texts into German.
 class GermanTranslator : public QTranslator {
   Q_OBJECT
 
@@ -368,7 +368,7 @@ void PanelWidgetTest::twoPanelsShowTheSameNews() {
   QCOMPARE(second.findChild<NewsPage*>()->toPlainText(), news());
   second.hide();
   QVERIFY(news().contains(QStringLiteral("Faster map")));
-  // The other panel still reacts to its filters.
+  // The first panel still reacts to its filters.
   find<QCheckBox>("thisPlatform").click();
   QVERIFY(news().contains(QStringLiteral("Zoom with the wheel")));
 }

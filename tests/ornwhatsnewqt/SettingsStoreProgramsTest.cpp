@@ -18,7 +18,8 @@ using ornwhatsnewqt::Settings;
 using ornwhatsnewqt::SettingsStore;
 
 constexpr int kPrograms = 4;
-// ORNWHATSNEWQT_TEST_ROUNDS overrides this number. ./dev robustness uses 500.
+// The environment variable ORNWHATSNEWQT_TEST_ROUNDS overrides this number. ./dev check --release
+// sets it to 500.
 constexpr int kDefaultRounds = 25;
 
 int rounds() {

@@ -120,7 +120,7 @@ void SettingsStoreTest::usesTheSettingsOfTheApplicationByDefault() {
 
 void SettingsStoreTest::keepsUnsavedStringsUntilAWriteSucceeds() {
   const TestWorld world;
-  // A file in the place of the folder makes the store unwritable, even for root.
+  // A file has the name of the settings folder, so even root cannot create the settings file.
   QFile obstacle(world.filePath(QStringLiteral("config")));
   QVERIFY(obstacle.open(QIODevice::WriteOnly));
   Settings settings = world.settings();
@@ -141,7 +141,7 @@ void SettingsStoreTest::keepsUnsavedStringsUntilAWriteSucceeds() {
   QCOMPARE(SettingsStore(settings).state(kAllSeenItemsKey), std::string("a"));
 }
 
-// Qt 6.4 would truncate the file and report success.
+// On a full disk, QSettings in Qt 6.4 would truncate the file and report success.
 void SettingsStoreTest::aFullDiskLeavesTheSettingsUnchanged() {
   const TestWorld world;
   SettingsStore store(world.settings());
@@ -189,7 +189,8 @@ void SettingsStoreTest::aFailedWriteDoesNotOverwriteLaterValues() {
   writeFile(file, "[General]\nWhatsNew.AllSeenItems=a\n");
   // The application has settings in the same file.
   QSettings application(file, QSettings::IniFormat);
-  // Qt reports a failed write if the value before it was larger than the buffer of the file.
+  // Use values that are larger than Qt's file buffer. For smaller values, Qt would not report the
+  // failed write.
   const std::string added(20'000, 'b');
   store.setState(kAllSeenItemsKey, "a " + added);
   store.setState(kAllVersionsSeenKey, added);

@@ -44,7 +44,7 @@ class TestWorld {
   /// after it.
   void storeFirstStart(const QDateTime& time) const;
 
-  /// Returns a value of the settings file.
+  /// Returns the value of `key` in the settings file.
   QString stored(const QString& key) const;
 
   /// Returns the path of a file in the folder.

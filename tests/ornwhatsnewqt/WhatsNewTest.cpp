@@ -144,7 +144,7 @@ void WhatsNewTest::aClosedWindowIsDeleted() {
   whatsNew.showAction()->trigger();
   const QPointer<QDialog> first = openWindow();
   first->close();
-  // The first window still exists. The action must open another one.
+  // The first window still exists. The action must open a second window.
   whatsNew.showAction()->trigger();
   QVERIFY(openWindow() != nullptr);
   QVERIFY(openWindow() != first);
@@ -164,7 +164,8 @@ void WhatsNewTest::theParentMayBeDestroyedWhileTheWindowIsOpen() {
   auto mainWindow = std::make_unique<QWidget>();
   mainWindow->show();
   auto* const whatsNew = new WhatsNew(world_->dataFile(), world_->settings(), mainWindow.get());
-  // The panel and the badge are destroyed after the `WhatsNew` object.
+  // The main window deletes its children in the order of their creation, so it destroys the panel
+  // and the badge after the `WhatsNew` object.
   auto* const panel = new ornwhatsnewqt::PanelWidget(whatsNew, mainWindow.get());
   panel->show();
   new WhatsNewBadge(whatsNew, mainWindow.get());

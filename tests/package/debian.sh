@@ -72,7 +72,7 @@ release=${VERSION_CODENAME:-}
 [[ -n $release ]] || skip "'/etc/os-release' has no VERSION_CODENAME"
 export DEBIAN_FRONTEND=noninteractive LC_ALL=C
 
-# Prints the package sources of this machine in the format of sources.list.
+# Prints the Debian package sources of this machine in the format of sources.list.
 # shellcheck disable=SC2016  # apt-get expands these names, not the shell
 sources() {
   apt-get indextargets --format 'deb $(REPO_URI) $(RELEASE) $(COMPONENT)' \
@@ -104,7 +104,8 @@ clean_system() {
   mv "$archive.new" "$archive"
 }
 
-# Prints every file of the clean system except temporary files, logs, and the records of apt and dpkg.
+# Prints the files of the clean system. Omits /proc, /dev, temporary files, caches, logs, and the records of
+# apt and dpkg.
 list_files() {
   find "$root" -xdev \( -path "$root/proc" -o -path "$root/dev" -o -path "$root/tmp" \
     -o -path "$root/var/cache" -o -path "$root/var/lib/apt" -o -path "$root/var/lib/dpkg" \

@@ -43,10 +43,10 @@ enum class FailureThreads {
   kAll,   ///< on all threads
 };
 
-/// Makes the n-th allocation after its construction throw `std::bad_alloc`. If `n` is 0, no
-/// allocation fails. `extent` selects whether later allocations also fail, and `threads` selects
-/// the threads whose allocations count. The failures end when the object is destroyed. Only one
-/// object may exist at a time, and only one thread may use it.
+/// Makes the n-th allocation after the construction of the object throw `std::bad_alloc`. If `n` is
+/// 0, no allocation fails. `extent` selects whether later allocations also fail, and `threads`
+/// selects the threads whose allocations count. The failures end when the object is destroyed. Only
+/// one object may exist at a time, and only one thread may use it.
 class AllocationFailure {
  public:
   AllocationFailure(std::size_t n, FailureExtent extent, FailureThreads threads) noexcept;

@@ -44,7 +44,7 @@ class LayoutBuilder {
     return *this;
   }
 
-  /// Returns the last paragraph, for changes of its members.
+  /// Returns the last paragraph, so that a test can change its members.
   ornwhatsnew::LayoutParagraph& Last() { return layout_.paragraphs.back(); }
 
   const ornwhatsnew::PanelLayout& Layout() const { return layout_; }

@@ -26,8 +26,8 @@ using ornwhatsnew::TextRange;
 namespace {
 
 // A visible character with its style and link. `gap` is the white space before the character,
-// converted as in a layout. `isFirst` is whether the character is in a bullet or begins a
-// paragraph.
+// converted as in a layout. `isFirst` is true for the first character of a paragraph and for each
+// character of a bullet.
 struct Character {
   std::u16string units;
   std::optional<StyleID> style;
@@ -109,8 +109,9 @@ std::vector<Character> CharactersOf(const PanelOutcome& panel) {
   return characters;
 }
 
-// Appends the visible characters of `text`. `gap` is the white space before `text`, and `isFirst`
-// is whether `text` begins a paragraph or a bullet. Updates `gap` and `isFirst` for the next call.
+// Appends the visible characters of `text`. `gap` is the white space before `text`. `isFirst` is
+// true if no visible character of the paragraph precedes `text`. Updates `gap` and `isFirst` for
+// the next call.
 void AddVisible(std::u16string_view text, std::optional<StyleID> style, const std::u16string& link,
                 std::u16string& gap, bool& isFirst, std::vector<Character>& characters) {
   for (std::size_t i = 0; i < text.size();) {

@@ -42,7 +42,8 @@ void AddInlines(cmark_node* parent, RenderedBlock& block, std::string* linkText)
   }
 }
 
-/// Returns the only child of a list item or a block quote. Fails unless it is a paragraph.
+/// Returns the only child of a list item or a block quote. Throws `std::runtime_error` unless there
+/// is exactly one child and it is a paragraph.
 cmark_node* OnlyParagraph(cmark_node* parent) {
   cmark_node* const child = cmark_node_first_child(parent);
   if (child == nullptr || cmark_node_next(child) != nullptr ||

@@ -7,14 +7,15 @@
 //   const PanelOutcome expected = plain.Format(options, placeholder);
 //   EXPECT_EQ(FormatWithLibrary(list, state, options, placeholder), expected);
 //
-// It computes the position of each style run from the complete text so far. It splits rows and
-// fields with Boost's tokenizer, and changes the key order one key at a time.
+// The plain implementation computes the position of each style run from the complete text so far.
+// It splits rows and fields with Boost's tokenizer, and changes the key order one key at a time.
 //
-// It shares some code with the library: the host's services (client information, feature table,
-// panel links, localizer and its markup, debug database, usage logging), the `Guid` class, and the
-// types of style runs and options. A bug in shared code affects both implementations equally, so
-// only unit tests can find it. The plain implementation calls ICU, Boost's tokenizer and the
-// reference implementation of the hash directly.
+// The two implementations share some code: the `Guid` class, the types of style runs and options,
+// and the host's services. These services are the client information, the feature table, the panel
+// links, the localizer and its markup, the debug database, usage logging, and the query whether the
+// host terminates. A bug in shared code affects both implementations equally, so only unit tests
+// can find it. The plain implementation calls ICU, Boost's tokenizer and the reference
+// implementation of the hash directly.
 #ifndef TESTS_SUPPORT_PLAINPANEL_H_
 #define TESTS_SUPPORT_PLAINPANEL_H_
 

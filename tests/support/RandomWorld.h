@@ -10,9 +10,9 @@
 
 namespace test_support {
 
-/// A fake host whose features, settings, state, dictionary and panel links are random. A third of
-/// these hosts have a dictionary, and a third have their own links. Only one `RandomWorld` may
-/// exist at a time, because it replaces the services of the process.
+/// A fake host whose features, settings, state, dictionary and panel links are random. About a
+/// third of these hosts have a dictionary, and about a third have their own links. Only one
+/// `RandomWorld` may exist at a time, because it replaces the services of the process.
 class RandomWorld {
  public:
   /// Creates a random host. `random` must outlive this object.
@@ -25,7 +25,7 @@ class RandomWorld {
 
   /// Returns a random data file.
   std::string DataFile();
-  /// Returns a random rating placeholder, which is empty half of the time.
+  /// Returns a random rating placeholder, which is empty in at least half of the calls.
   std::u16string Placeholder();
   /// Returns a random key, which can be the key of an item.
   std::string Key();

@@ -17,8 +17,9 @@ using ornwhatsnew::LayoutSpan;
 using ornwhatsnew::PanelLayout;
 using ornwhatsnew::ParagraphKind;
 
-/// Returns the characters of a UTF-8 string that HTML and Markdown must show. Omits spaces and line
-/// endings, because browsers and parsers change them.
+/// Returns the characters of a UTF-8 string that HTML and Markdown must show. Omits white space,
+/// because browsers and parsers change it. Omits or replaces the characters that the renderers omit
+/// or replace with U+FFFD.
 std::string VisibleCharacters(std::string_view utf8) {
   const std::u16string text = PlainUTF8to16(utf8);
   std::u16string visible;
@@ -48,7 +49,8 @@ std::string VisibleCharacters(std::u16string_view text) {
   return VisibleCharacters(PlainUTF16to8(text));
 }
 
-/// `titleLevel` is the level of the titles, which are below the header if there is one.
+/// Returns the HTML element of a paragraph. `titleLevel` is the heading level of titles. A header
+/// has the level above it.
 std::string ElementOf(ParagraphKind kind, int titleLevel) {
   switch (kind) {
     case ParagraphKind::kHeader:
@@ -117,8 +119,9 @@ std::string Describe(const RenderedBlock& block) {
   return stream.str();
 }
 
-/// Returns a description of the first visible character that plain text does not show in order.
-/// Compares only ASCII letters and digits, which `SafeForTerminal` does not change.
+/// Returns a description of the first ASCII letter or digit that the plain text does not contain in
+/// the same order as the layout. Ignores all other characters, because `SafeForTerminal` can change
+/// them.
 std::string FirstPlainTextError(const PanelLayout& layout) {
   const std::string plain = ornwhatsnew::RenderPlainText(layout);
   std::size_t position = 0;

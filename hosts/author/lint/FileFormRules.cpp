@@ -14,12 +14,13 @@ namespace {
 
 using common::kByteOrderMark;
 
-/// The minimum number of semicolons or tabs in a row that probably uses them as separators.
+/// If a row contains at least this number of semicolons, tabs or vertical bars, this character
+/// probably separates its fields.
 constexpr std::ptrdiff_t kManySeparators = 5;
 
 bool IsUTF16(std::string_view text) {
   if (text.starts_with("\xFF\xFE") || text.starts_with("\xFE\xFF")) return true;
-  // Without a byte order mark, every second byte of a Latin text is NUL.
+  // Without a byte order mark, every second byte of a Latin text in UTF-16 is NUL.
   const std::string_view start = text.substr(0, 1000);
   return std::ranges::count(start, '\0') > static_cast<std::ptrdiff_t>(start.size() / 3);
 }
@@ -59,8 +60,8 @@ void CheckSeparator(LintContext& context) {
         rows, [separator = separator](const LintRow& row) { return HasManyOf(separator, row); });
     if (2 * count <= static_cast<std::ptrdiff_t>(rows.size())) continue;
     context.ReportFile(LintCode::kFileSeparator,
-                       "the fields are separated by " + std::string(name) + ", so all " +
-                           Counted(rows.size(), "row") + " are lost; export the table with commas");
+                       "the fields are separated by " + std::string(name) +
+                           ", so the rows are lost; export the table with commas");
     context.Stop();
     return;
   }
@@ -74,8 +75,8 @@ bool IsCompleteRow(std::string_view line) {
   return row == nullptr || row->skipReason != ornwhatsnew::DataRowSkipReason::kFieldCount;
 }
 
-/// Returns the edits that replace the CR line endings in a row with LF. Returns no edits if a part
-/// of the row is not a complete row, because the CR may then be inside a text.
+/// Returns the edits that replace the CR line endings in a row with LF. If one of the resulting
+/// lines is not a complete row, returns no edits, because the CR may be inside a text.
 std::vector<Edit> LineEndEdits(std::string_view row, std::size_t rowOffset) {
   std::vector<Edit> edits;
   std::size_t begin = 0;
@@ -142,8 +143,8 @@ void CheckConflictMarks(LintContext& context) {
   for (LintRow& row : context.File().Rows()) {
     if (!IsConflictMark(row.data.text)) continue;
     context.ReportRow(LintCode::kConflictMark, row,
-                      "a merge-conflict marker, so users see both versions of the changes; resolve "
-                      "the conflict");
+                      "the line is a merge-conflict marker, so users see both versions of the "
+                      "changes; resolve the conflict");
     row.isExplained = true;
   }
 }

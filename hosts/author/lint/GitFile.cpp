@@ -23,7 +23,7 @@ namespace {
 
 using common::FileDescriptor;
 
-/// The maximum number of bytes to read of git's error messages.
+/// The maximum number of bytes to read from git's error messages.
 constexpr std::size_t kMaximumErrors = 4096;
 
 [[noreturn]] void Fail(const std::string& problem, int error) {
@@ -92,8 +92,8 @@ bool HasSucceeded(pid_t process) {
   return WIFEXITED(status) && WEXITSTATUS(status) == 0;
 }
 
-/// Reads up to the end of the input, and returns the bytes. Stops early after more than `maxBytes`
-/// bytes.
+/// Reads up to the end of the input, and returns the bytes. Stops early if it has read more than
+/// `maxBytes` bytes.
 std::string ReadAll(int input, std::size_t maxBytes) {
   std::string text;
   std::string block(std::size_t{1} << 16, '\0');
@@ -119,8 +119,8 @@ GitResult RunGit(const std::vector<std::string>& arguments, std::size_t maxBytes
   if (::pipe2(ends.data(), O_CLOEXEC) != 0) Fail("cannot run git", errno);
   FileDescriptor output(ends[0]);
   FileDescriptor input(ends[1]);
-  // With a second pipe, git could wait until its errors are read, while this function waits for its
-  // output.
+  // Store git's errors in memory. With a second pipe, git could wait for this function to read the
+  // errors while the function waits for git's output.
   const FileDescriptor errors(::memfd_create("errors of git", MFD_CLOEXEC));
   if (errors.Number() < 0) Fail("cannot run git", errno);
   const pid_t process = StartGit(arguments, input.Number(), errors.Number());

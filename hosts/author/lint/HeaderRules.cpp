@@ -19,11 +19,12 @@ using ornwhatsnew::DataRowSkipReason;
 using ornwhatsnew::kDataColumnCount;
 using ornwhatsnew::kDataColumns;
 
-/// The minimum number of fields of a header in another language. Such a header has no column name
-/// of the manual.
+/// A row with at least this number of fields can be a header in another language, which contains no
+/// column name of the manual.
 constexpr std::size_t kFieldsOfTranslatedHeader = 5;
 
-/// Returns whether `name` is the name of the column with the index `column`, or begins like it.
+/// Returns whether `name` and the name of the column with the index `column` are equal, or one of
+/// them begins with the other. Ignores the letter case, and requires at least three characters.
 bool IsNameOf(std::string_view name, std::size_t column) {
   constexpr std::size_t kShortestName = 3;
   name = TrimSpaces(common::WithoutByteOrderMark(name));

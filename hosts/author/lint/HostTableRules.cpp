@@ -21,7 +21,8 @@ void CheckEpicKeys(LintContext& context) {
       continue;
     }
     const auto [found, isNew] = internalKeys.emplace(feature.epicKey, feature.internalKey);
-    // The later one of two features with the same internal key replaces the earlier one.
+    // Do not report two features with the same internal key, because the later feature replaces the
+    // earlier one.
     if (isNew || found->second == feature.internalKey) continue;
     context.ReportHost(LintCode::kHostEpicKeyTwice,
                        "the features " + Quoted(found->second) + " and " +

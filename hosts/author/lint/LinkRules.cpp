@@ -16,8 +16,8 @@ using ornwhatsnew::FeatureListDetail;
 
 constexpr std::string_view kHttps = "https://";
 
-/// Returns whether a space, a tab, a comma, a semicolon or a vertical bar and another link follow
-/// the first link. After other characters, the second link can be a parameter of the first one.
+/// Returns whether `link` contains a second link after a space, a tab, a comma, a semicolon or a
+/// vertical bar. After any other character, the second link can be a parameter of the first one.
 bool HasSecondLink(std::string_view link) {
   link = TrimSpaces(link);
   for (std::size_t at = link.find("http", 1); at != link.npos; at = link.find("http", at + 1)) {
@@ -51,7 +51,7 @@ void CheckLink(LintContext& context, const LintRow& row) {
                         quoted + " contains two links, so neither opens; keep one");
   } else if (HasSpace(link)) {
     context.ReportField(LintCode::kLinkSpace, row, DataColumn::kURL,
-                        quoted + " contains a space, so it is not a link; delete the space");
+                        quoted + " contains a space, so it is not a valid link; delete the space");
   } else if (row.change->HasMalformedURL()) {
     context.ReportField(
         LintCode::kLinkNotHttps, row, DataColumn::kURL,
@@ -59,9 +59,8 @@ void CheckLink(LintContext& context, const LintRow& row) {
   }
 }
 
-/// Returns whether the item of a change is known. It is unknown if the change is unreviewed. It is
-/// also unknown if the change is unmatched, which is true for every change of a feature without a
-/// host.
+/// Returns whether the item of a change is known. It is unknown if the change is unreviewed or
+/// unmatched. Without a host, every change of a feature is unmatched.
 bool IsPlaced(const LintRow& row) {
   return !row.isUnmatched && !row.change->DetailInternalOverrideUnreviewed();
 }
@@ -71,18 +70,19 @@ void CheckSection(LintContext& context, const LintRow& row) {
   if (!row.change->HasMalformedURL() && !context.HasFinding(row, DataColumn::kURL)) {
     context.ReportField(LintCode::kLinkInSection, row, DataColumn::kURL,
                         "the first link of a section becomes the link of its title, and the change "
-                        "gets no link; delete it, or move the change to a feature");
+                        "gets no link; delete the link, or move the change to a feature");
   }
   if (row.change->GetRatingRequestOptional().empty()) return;
   if (context.HasFinding(row, DataColumn::kRatingRequest)) return;
   context.ReportField(LintCode::kRatingInSection, row, DataColumn::kRatingRequest,
-                      "a section cannot be rated, so users are not asked; delete the request, or "
-                      "move the change to a feature");
+                      "a section cannot be rated, so the rating request has no effect; delete it, "
+                      "or move the change to a feature");
 }
 
 void CheckLinkInText(LintContext& context, const LintRow& row) {
   const std::string_view text = row.Value(DataColumn::kDescription);
-  // A search for "http" stops at each "h" of the text. Most texts contain no "://".
+  // Return early, because most texts contain no "://". A search for "http" is slower, because it
+  // stops at each "h" of the text.
   if (text.find("://") == text.npos && text.find("www.") == text.npos) return;
   static constexpr std::array<std::string_view, 3> kStarts = {"https://", "http://", "www."};
   for (const std::string_view start : kStarts) {
@@ -96,7 +96,7 @@ void CheckLinkInText(LintContext& context, const LintRow& row) {
   }
 }
 
-/// Returns whether a row without a text has an effect.
+/// Returns whether a row without text has an effect.
 bool HasEffect(const LintContext& context, const LintRow& row) {
   const FeatureListDetail& change = *row.change;
   if (!change.GetRatingRequestOptional().empty()) return true;
@@ -111,7 +111,8 @@ bool HasEffect(const LintContext& context, const LintRow& row) {
 
 void CheckText(LintContext& context, const LintRow& row) {
   if (!row.change->GetDescription().empty() || HasEffect(context, row)) return;
-  // The author intended to set the version in the heading. `CheckGroupingID` reports this row.
+  // With such a row, the author intended to set the version in the heading. `CheckGroupingID`
+  // reports the row.
   if (IsMisspeltChangesSince(row.Value(DataColumn::kGroupingID))) return;
   context.ReportField(LintCode::kTextMissing, row, DataColumn::kDescription,
                       "the row has no text, so users do not see it; write the text into " +

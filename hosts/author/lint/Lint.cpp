@@ -119,7 +119,7 @@ void FinishReport(LintReport& report) {
   };
   std::ranges::stable_sort(report.findings,
                            [key](const Finding& a, const Finding& b) { return key(a) < key(b); });
-  // The finding on a host description is the same for each data file.
+  // Remove duplicates, because each data file leads to the same findings on the host description.
   const auto isEqual = [key](const Finding& a, const Finding& b) { return key(a) == key(b); };
   // clang 14 cannot compile the result of std::ranges::unique.
   report.findings.erase(std::unique(report.findings.begin(), report.findings.end(), isEqual),

@@ -23,7 +23,8 @@ using SeverityOverrides = std::map<LintCode, Severity>;
 struct LintReport {
   /// The findings. `FinishReport` sorts them by file and position.
   std::vector<Finding> findings;
-  /// The findings beyond the limit `kMaximumFindings`, which `findings` does not contain.
+  /// The findings that `findings` does not contain, because they exceed `kMaximumFindings` or are
+  /// outside the scope.
   std::map<LintCode, OmittedFindings> omitted;
   std::size_t files = 0;
   std::size_t changes = 0;
@@ -31,8 +32,8 @@ struct LintReport {
   std::set<std::string> notJudged;
 
   std::size_t Count(Severity severity) const;
-  /// Adds the findings of another report. Adds the number of its findings that are not listed, but
-  /// not their edits.
+  /// Adds the findings of another report, and the numbers of its findings that are not listed.
+  /// Omits the edits of findings that are not listed.
   void Append(LintReport other);
 };
 
@@ -41,7 +42,8 @@ struct LintReport {
 /// visible to nobody. Throws `common::JsonError` if the file cannot be used.
 LintHost InstallLintHost(const std::string& file);
 
-/// Configures the services of the process in the same way from the host description of `file`.
+/// Configures the services of the process from `description`, the host description in `file`. Makes
+/// the user an internal user, and removes the debug entries.
 LintHost InstallLintHost(const std::string& file, common::HostDescription description);
 
 /// Configures the services of the process for a host without features.

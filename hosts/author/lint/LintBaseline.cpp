@@ -78,7 +78,7 @@ struct Pairing {
   }
 };
 
-/// Compares the changes of two files and reports to the context of the new file.
+/// Compares the changes of two files, and adds the findings to the context of the new file.
 class Comparison {
  public:
   Comparison(LintContext& context, const LintedFile& before) : context_(context), before_(before) {
@@ -107,10 +107,10 @@ class Comparison {
 
   void ReportVanished(const LintRow& row) {
     if (!IsShown(row)) return;
-    Finding& finding =
-        context_.ReportFile(LintCode::kBaselineVanished,
-                            "the change " + Quoted(row.change->GetDescription()) + " of line " +
-                                std::to_string(row.data.lineNumber) + " in the baseline is gone");
+    Finding& finding = context_.ReportFile(LintCode::kBaselineVanished,
+                                           "the change " + Quoted(row.change->GetDescription()) +
+                                               " on line " + std::to_string(row.data.lineNumber) +
+                                               " of the baseline was removed");
     finding.related.push_back(RelatedBefore(row));
   }
 

@@ -1,6 +1,6 @@
 // Defines the codes of all findings of `ornwhatsnew lint`. One table contains the name, the
 // severity and the explanation of each code. `--explain`, `--list-codes` and docs/lint-codes.md
-// show it.
+// show the contents of this table.
 #ifndef HOSTS_AUTHOR_LINT_LINTCODE_H_
 #define HOSTS_AUTHOR_LINT_LINTCODE_H_
 

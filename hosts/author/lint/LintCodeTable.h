@@ -12,8 +12,8 @@ namespace hosts::author {
 inline constexpr auto kLintCodes = std::to_array<LintCodeInfo>({
     {LintCode::kFileSeparator, "file-separator", Severity::kError,
      "the fields are separated by semicolons, tabs or vertical bars",
-     "Commas separate the fields of a data file. The library skips every row of this file. In "
-     "many countries, spreadsheet programs export semicolons.",
+     "Commas separate the fields of a data file. The library skips rows with other separators. In "
+     "many countries, spreadsheet programs separate the fields with semicolons.",
      "Export the table with commas as separators."},
     {LintCode::kFileUTF16, "file-utf16", Severity::kError, "the file is UTF-16",
      "A data file is UTF-8. The library reads a UTF-16 file as ill-formed text and skips its "
@@ -118,8 +118,8 @@ inline constexpr auto kLintCodes = std::to_array<LintCodeInfo>({
      "The library skips a row without a grouping ID, so the change is lost.",
      "Write the key of a feature or a section into the second column."},
     {LintCode::kTextMissing, "text-missing", Severity::kError, "the row has no text and no effect",
-     "Users do not see a change without a text. Such a row is useful only if it requests a "
-     "rating, hides or unhides a feature, or sets the link of its feature.",
+     "Users do not see a change without text. Such a row is useful only if it requests a "
+     "rating, hides or unhides a feature, or sets the link of its feature or section.",
      "Write the text, or delete the row."},
     {LintCode::kGroupingIDUnknown, "grouping-id-unknown", Severity::kError,
      "the grouping ID matches no feature and no section",
@@ -163,9 +163,9 @@ inline constexpr auto kLintCodes = std::to_array<LintCodeInfo>({
      "and the heading shows its text. This applies to comment lines, too.",
      "Move the line away from the Changes-Since row."},
     {LintCode::kChangesSinceVersion, "changes-since-version", Severity::kError,
-     "the Changes-Since version begins with a v or is empty",
-     "The heading adds a v before the version. If the version begins with a v, users see two. "
-     "If the version is empty, users see only the v.",
+     "the Changes-Since version is empty, begins with a v, or contains a comma",
+     "The heading adds a v before the version. If the version is empty, users see only this v. If "
+     "the version begins with a v, users see two. If it contains a comma, users see the comma.",
      "Write the version as numbers and points, for example 4.2."},
     {LintCode::kVersionPrefix, "version-prefix", Severity::kError, "the version begins with a v",
      "The panel adds a v before the version, so users see two. In a comparison of versions, "
@@ -182,32 +182,33 @@ inline constexpr auto kLintCodes = std::to_array<LintCodeInfo>({
     {LintCode::kBoundsComponents, "bounds-components", Severity::kError,
      "the two versions have different numbers of components",
      "The library does not add missing components, so 4.3 is less than 4.2.0.0. Either the "
-     "wrong users or no users count as users of an affected version.",
+     "wrong users or no users count as users of a version that the change affects.",
      "Write both versions with as many components as the full version of the application."},
     {LintCode::kBoundsNumber, "bounds-number", Severity::kError,
-     "a component is not a number below 1000",
+     "a component is not a number below 1000, or there are too many components",
      "The library combines the components of a version into one number in base 1000. A "
      "component above 999 changes the component to its left, and a component that is not a "
-     "number counts as 0.",
-     "Write each component as a number from 0 to 999."},
+     "number counts as 0. With seven components or more, the number can be too large for its 64 "
+     "bits.",
+     "Write each component as a number from 0 to 999, and at most six components."},
     {LintCode::kBoundsNoVersion, "bounds-no-version", Severity::kError,
      "the change has an earliest version but no version",
-     "The version in the first column is the first version after the affected ones. Without "
-     "it, no version is affected, and a panel that is filtered by version never shows the "
-     "change.",
+     "The change affects only versions below the version in the first column. If this column is "
+     "empty, the change affects no version, and a panel that is filtered by version never shows "
+     "the change.",
      "Write the version that contains the change into the first column."},
     {LintCode::kBoundsOrder, "bounds-order", Severity::kError,
      "the earliest version is not before the version",
-     "No version is affected, so a panel that is filtered by version never shows the change.",
+     "The change affects no version, so a panel that is filtered by version never shows it.",
      "Write the first affected version into the sixth column, and the version that contains "
      "the change into the first column."},
     {LintCode::kBoundsHost, "bounds-host", Severity::kError,
      "the full version of the host cannot be compared with the versions",
      "The library compares both versions with the application's full version, which is its "
      "version and its build number. If the numbers of components differ, or if a component is "
-     "above 999, every comparison is wrong.",
+     "above 999, the results of the comparisons are meaningless.",
      "Write as many components as the full version has. If the build number is above 999, "
-     "leave the column empty."},
+     "leave the sixth column empty."},
     {LintCode::kLinkNotHttps, "link-not-https", Severity::kError,
      "the link does not begin with https://",
      "The library ignores the link. Only internal users see a note about it.",
@@ -300,9 +301,9 @@ inline constexpr auto kLintCodes = std::to_array<LintCodeInfo>({
      "Delete the spaces. --fix deletes them in columns 2, 3, 4, 6 and 7."},
     {LintCode::kFeatureUnseen, "feature-unseen", Severity::kWarning,
      "no user of this host sees the feature",
-     "Either the feature is switched off and users may not switch it on, or it has the "
-     "visibility 1 and no change has the salience UnhideBetaFeature. Its changes are not "
-     "shown.",
+     "The panel shows neither the feature nor its changes. Either the feature is switched off and "
+     "users may not switch it on, or its visibility is 1 and no change has the salience "
+     "UnhideBetaFeature.",
      "Switch the feature on in the host, add UnhideBetaFeature, or keep the changes for a "
      "later version."},
     {LintCode::kFeatureHidden, "feature-hidden", Severity::kWarning,
@@ -330,8 +331,8 @@ inline constexpr auto kLintCodes = std::to_array<LintCodeInfo>({
      "For a feature without changes, the panel shows only the title and the description.",
      "Add changes if the feature changed."},
     {LintCode::kStoryIDWins, "story-id-wins", Severity::kNote, "the story ID is the key of an item",
-     "The library looks up the third column first. The change therefore belongs to that item, "
-     "and not to the item of its grouping ID.",
+     "The library looks up the key in the third column first. The change therefore belongs to the "
+     "item with this key, and not to the item of its grouping ID.",
      "To make this clear, write the key into the second column."},
     {LintCode::kUnreviewedLeft, "unreviewed-left", Severity::kNote, "a change is still unreviewed",
      "Only internal users see the change, in the section UNREVIEWED.",
@@ -345,10 +346,10 @@ inline constexpr auto kLintCodes = std::to_array<LintCodeInfo>({
      "There is nothing to do."},
     {LintCode::kBaselineNewAgain, "baseline-new-again", Severity::kWarning,
      "an edited row is new again",
-     "A change is identified by its content. Users who saw the earlier row see the edited row "
-     "as new.",
-     "Undo the edit if it is not worth an announcement. These edits do not make a row new "
-     "again: quotes, default texts, and the letter case in columns 2, 3, 4, 6 and 7."},
+     "The library identifies a change by its content. Users who saw the earlier row see the "
+     "edited row as new.",
+     "Undo the edit if it is not worth an announcement. Edits of quotes, of default texts, and of "
+     "the letter case in columns 2, 3, 4, 6 and 7 do not make a row new again."},
     {LintCode::kBaselineVanished, "baseline-vanished", Severity::kWarning,
      "a row of the earlier file was removed", "The change is no longer shown.",
      "Restore the row if users still need it."},

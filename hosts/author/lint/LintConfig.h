@@ -27,7 +27,8 @@ SeverityOverrides ReadLintConfig(const std::filesystem::path& file);
 /// Parses a configuration. Error messages begin with `sourceName`.
 SeverityOverrides ParseLintConfig(std::string_view json, std::string_view sourceName);
 
-/// Returns the error message for `name`, which is no code. Names the most similar code.
+/// Returns the error message for `name`, which is not a code. Suggests the most similar code, if
+/// there is one.
 std::string UnknownCodeMessage(std::string_view name);
 
 /// Adds the severity of a command-line argument such as "unreviewed-left=error" to `overrides`.

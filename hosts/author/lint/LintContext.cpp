@@ -7,7 +7,6 @@
 #include <orncore/utility/MixHashGuid.h>
 
 #include "hosts/author/lint/NearestWord.h"
-#include "hosts/common/MessageText.h"
 
 namespace hosts::author {
 namespace {
@@ -35,18 +34,6 @@ std::string Fingerprint(LintCode code, std::string_view content) {
 }
 
 }  // namespace
-
-std::string Quoted(std::string_view text) {
-  constexpr std::size_t kMaximumBytes = 60;
-  const std::string_view shown = common::Prefix(text, kMaximumBytes);
-  return "'" + orncore::string::EscapeInvisible(shown) + (shown.size() < text.size() ? "..." : "") +
-         "'";
-}
-
-std::string Counted(std::size_t number, std::string_view noun) {
-  if (number == 1) return "one " + std::string(noun);
-  return std::to_string(number) + " " + std::string(noun) + "s";
-}
 
 Finding& LintContext::Add(LintCode code, std::string message, std::string_view content,
                           bool isInScope) {

@@ -15,8 +15,12 @@
 #include "hosts/author/lint/Finding.h"
 #include "hosts/author/lint/LintedFile.h"
 #include "hosts/common/HostDescription.h"
+#include "hosts/common/MessageText.h"
 
 namespace hosts::author {
+
+using common::Counted;
+using common::Quoted;
 
 /// The host that `--host` names. Its services must be installed in the process; see
 /// `InstallLintHost`.
@@ -25,29 +29,22 @@ struct LintHost {
   common::HostDescription description;
 };
 
-/// The maximum number of findings of one code in a file. A message states how many more
-/// there are.
+/// The maximum number of findings of one code in a file. A message states the number of further
+/// findings.
 inline constexpr std::size_t kMaximumFindings = 1000;
 
-/// The findings on rows that are listed. Findings on the whole file are always listed.
+/// Selects the rows whose findings are listed. Findings on the whole file are listed in any case.
 enum class LintScope {
-  kFile,     ///< on all rows
-  kLastRow,  ///< on the last row, even if many earlier rows have the same mistake
+  kFile,     ///< all rows
+  kLastRow,  ///< the last row, even if many earlier rows have the same mistake
 };
 
-/// The findings of a code that are not listed: those after the first `kMaximumFindings` ones of a
-/// file, and those outside of the scope. `--fix` makes their edits.
+/// The findings of a code that are not listed: those after the first `kMaximumFindings` in a file,
+/// and those outside the scope. `--fix` also applies their edits.
 struct OmittedFindings {
   std::size_t count = 0;
   std::vector<Edit> edits;
 };
-
-/// Returns `text` in single quotation marks for a message. Escapes invisible characters and
-/// shortens a long text.
-std::string Quoted(std::string_view text);
-
-/// Returns `number` and `noun`, for example "one field" or "2 fields" for the noun "field".
-std::string Counted(std::size_t number, std::string_view noun);
 
 /// A file, its host, and the findings so far. Each `Report` function returns a reference to the new
 /// finding, which is valid until the next finding is reported.
@@ -87,8 +84,8 @@ class LintContext {
     return FindingOn(row, column) != nullptr;
   }
 
-  /// Returns the name of a column in the file's header, in quotation marks, for a message. Omits
-  /// the part of a long name in parentheses.
+  /// Returns the name of a column in the file's header, in quotation marks, for a message. If the
+  /// name is long, omits everything from its first opening parenthesis.
   std::string Column(ornwhatsnew::DataColumn column) const;
 
   /// Returns the section key or epic key that is most similar to `text`. Returns `std::nullopt` if

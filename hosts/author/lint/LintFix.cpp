@@ -104,9 +104,9 @@ std::vector<LineEdits> CollectEdits(const std::string& name, std::string_view te
   return lines;
 }
 
-/// Returns the lines of `text` for a diff, with `mark` before each line. `text` does not contain
-/// the newline that ends its last line. Exception: at the end of the file, it can contain this
-/// newline if a correction has replaced a CR line ending with it.
+/// Returns the lines of `text` for a diff, with `mark` before each line. `text` usually does not
+/// contain the newline that ends its last line. At the end of the file, `text` contains this
+/// newline if a correction has replaced a CR line ending with a newline.
 std::string DiffLines(char mark, std::string_view text, bool isAtEnd) {
   const bool hasNewline = isAtEnd && text.ends_with('\n');
   if (hasNewline) text.remove_suffix(1);

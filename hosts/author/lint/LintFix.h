@@ -10,7 +10,7 @@
 
 namespace hosts::author {
 
-/// Which corrections to make.
+/// The corrections to make.
 enum class FixScope {
   kSafe,  ///< only those that do not announce a change again
   kAll,

@@ -16,8 +16,8 @@ namespace hosts::author {
 ///                  "message"}], "fix": {"replacement"}, "fingerprint"}],
 ///    "summary": {"errors", "warnings", "notes", "files", "changes", "notJudged": []}}
 ///
-/// "field" is null if the finding is not about a single field. "fix" is null unless replacing
-/// exactly the characters of the finding corrects the mistake.
+/// "field" is null if the finding is not about a single field. "fix" is null if no single
+/// replacement of the finding's characters corrects the mistake.
 std::string LintJson(const LintReport& report);
 
 /// Returns the report as a SARIF 2.1.0 log with one run. Columns count code points.

@@ -51,6 +51,14 @@ LintedFile::LintedFile(std::string name, std::string text)
   headerIndex_ = static_cast<std::size_t>(header - rows_.begin());
 }
 
+RowsByKey LintedFile::ChangesByKey() const {
+  RowsByKey changes;
+  for (const LintRow& row : rows_) {
+    if (row.change != nullptr) changes[row.item->FeatureJiraIDKey()].push_back(&row);
+  }
+  return changes;
+}
+
 // A row inherits missing values from the reader's buffers. Do not copy them: many short rows after
 // a long one would need the memory of the long row many times.
 void LintedFile::Add(const DataRow& row) {

@@ -7,18 +7,21 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <vector>
 
 #include <ornwhatsnew/DataFileReader.h>
 #include <ornwhatsnew/FeatureListData.h>
 #include <ornwhatsnew/FeatureListDetail.h>
 #include <ornwhatsnew/FeatureListItem.h>
+#include <ornwhatsnew/VisibilityExplanation.h>
 
 #include "hosts/author/lint/Finding.h"
 
 namespace hosts::author {
 
-/// A row with at least one field. If the row is a change, also the library's objects for it.
+/// A row with at least one field. If the row is a change, it also has the library's objects for
+/// this change.
 struct LintRow {
   /// The row as the reader returned it. Its views are valid while the file exists. The values of
   /// columns that the row does not have are empty.
@@ -35,6 +38,9 @@ struct LintRow {
   std::string_view Value(ornwhatsnew::DataColumn column) const { return data.Value(column); }
 };
 
+/// The rows of each item by the key of the item.
+using RowsByKey = std::unordered_map<std::string_view, std::vector<const LintRow*>>;
+
 /// The rows and the items of a data file. The items come from the feature service of the process.
 /// Not copyable, because the rows contain views.
 class LintedFile {
@@ -49,6 +55,14 @@ class LintedFile {
   std::vector<LintRow>& Rows() { return rows_; }
   const std::vector<LintRow>& Rows() const { return rows_; }
   const ornwhatsnew::FeatureMap& Items() const { return list_.GetFeatureItems(); }
+  /// Returns which rules hide the items and the changes from the user of the host, who has seen
+  /// nothing.
+  std::vector<ornwhatsnew::ItemVisibility> ExplainVisibility() const {
+    return list_.ExplainVisibility({});
+  }
+  /// Returns the changes of each item by the key of the item, in file order. The pointers and the
+  /// keys are valid until the file is changed or destroyed.
+  RowsByKey ChangesByKey() const;
   /// Returns the number of change rows.
   std::size_t ChangeCount() const { return changeCount_; }
 

@@ -6,8 +6,8 @@
 #include <unordered_map>
 #include <vector>
 
-#include <ornappsupport/feature/FeatureService.h>
 #include <orncore/string/Conversion.h>
+#include <ornwhatsnew/VisibilityExplanation.h>
 #include <ornwhatsnew/WhatsNewTypes.h>
 #include <ornwhatsnew/utility/TextHelpers.h>
 
@@ -16,30 +16,11 @@
 namespace hosts::author {
 namespace {
 
-namespace feature = ornappsupport::feature;
 using ornwhatsnew::DataColumn;
 using ornwhatsnew::FeatureListItem;
+using ornwhatsnew::HidingRule;
 
-/// Groups the changes by feature. The groups are in the order of their first changes.
-class ChangesByFeature {
- public:
-  using Rows = std::vector<const LintRow*>;
-
-  explicit ChangesByFeature(const LintedFile& file) {
-    for (const LintRow& row : file.Rows()) {
-      if (row.change == nullptr || row.item->IsSection()) continue;
-      const auto [found, isNew] = indexes_.try_emplace(row.item, groups_.size());
-      if (isNew) groups_.emplace_back();
-      groups_[found->second].push_back(&row);
-    }
-  }
-
-  const std::vector<Rows>& Groups() const { return groups_; }
-
- private:
-  std::unordered_map<const FeatureListItem*, std::size_t> indexes_;
-  std::vector<Rows> groups_;
-};
+using Rows = std::vector<const LintRow*>;
 
 std::string Lines(const std::vector<RelatedPlace>& places) {
   constexpr std::size_t kMaximumLines = 10;
@@ -61,7 +42,7 @@ void CheckIdentities(LintContext& context) {
     const auto [found, isNew] = rows.try_emplace(row.change->GetItemSeenGuid(), &row);
     if (isNew) continue;
     Finding& finding = context.ReportRow(LintCode::kSameIdentity, row,
-                                         "the change has the same identity as line " +
+                                         "the change has the same identity as the change on line " +
                                              std::to_string(found->second->data.lineNumber) +
                                              ", so users see it twice; delete one of the rows");
     finding.related.push_back(context.Related(*found->second, "the first row"));
@@ -88,7 +69,7 @@ void CheckDefaults(LintContext& context) {
 
 // ---- visibility
 
-void ReportHidden(LintContext& context, const ChangesByFeature::Rows& rows) {
+void ReportHidden(LintContext& context, const Rows& rows) {
   const auto hiding = std::ranges::find_if(
       rows, [](const LintRow* row) { return row->change->DetailForcingItemToHiddenOverride(); });
   std::vector<RelatedPlace> others;
@@ -103,13 +84,11 @@ void ReportHidden(LintContext& context, const ChangesByFeature::Rows& rows) {
   finding.related = std::move(others);
 }
 
-void ReportUnseen(LintContext& context, const ChangesByFeature::Rows& rows) {
+void ReportUnseen(LintContext& context, const Rows& rows, bool isOff) {
   const LintRow& row = *rows.front();
-  const char* const key = row.item->BetaFeatureInternalKey().c_str();
-  const bool isOff = !feature::IsFeatureEnabled(key) && !feature::IsAvailableForUserEnablement(key);
   const std::string reason =
-      isOff ? " is off and not available, so nobody sees its " + Counted(rows.size(), "change") +
-                  "; switch it on in the host"
+      isOff ? " is off and users cannot switch it on, so nobody sees its " +
+                  Counted(rows.size(), "change") + "; switch it on in the host"
             : " has the visibility 1, so nobody sees its " + Counted(rows.size(), "change") +
                   "; write 'UnhideBetaFeature' into " + context.Column(DataColumn::kSalience);
   Finding& finding =
@@ -120,20 +99,30 @@ void ReportUnseen(LintContext& context, const ChangesByFeature::Rows& rows) {
   }
 }
 
-void CheckFeatures(LintContext& context) {
-  const ChangesByFeature changes(context.File());
-  for (const ChangesByFeature::Rows& rows : changes.Groups()) {
-    const FeatureListItem& item = *rows.front()->item;
-    if (item.ShouldShowItemToUser({}, {}, {})) continue;
-    const bool isHidden = std::ranges::any_of(item.GetAllChanges(), [](const auto& change) {
-      return change->DetailForcingItemToHiddenOverride();
-    });
-    isHidden ? ReportHidden(context, rows) : ReportUnseen(context, rows);
-  }
+/// Returns whether the item is a feature with changes that nobody sees.
+bool IsUnseenFeature(const FeatureListItem& item) {
+  return !item.IsSection() && !item.GetAllChanges().empty() &&
+         !item.ShouldShowItemToUser({}, {}, {});
 }
 
 void CheckVisibility(LintContext& context) {
-  if (context.Host() != nullptr) CheckFeatures(context);
+  const auto isUnseen = [](const auto& entry) { return IsUnseenFeature(*entry.second); };
+  // An explanation computes the identity of each change, so do without it if possible.
+  if (context.Host() == nullptr || std::ranges::none_of(context.File().Items(), isUnseen)) return;
+  const RowsByKey changes = context.File().ChangesByKey();
+  for (const ornwhatsnew::ItemVisibility& explained : context.File().ExplainVisibility()) {
+    const auto rows = changes.find(explained.item->FeatureJiraIDKey());
+    if (rows == changes.end() || explained.item->IsSection()) continue;
+    const auto hasRule = [&rules = explained.hidingRules](HidingRule rule) {
+      return std::ranges::find(rules, rule) != rules.end();
+    };
+    const bool isOff = hasRule(HidingRule::kUnavailable);
+    if (hasRule(HidingRule::kHideBetaFeature)) {
+      ReportHidden(context, rows->second);
+    } else if (isOff || hasRule(HidingRule::kInternalVisibility)) {
+      ReportUnseen(context, rows->second, isOff);
+    }
+  }
 }
 
 // ---- links
@@ -215,26 +204,22 @@ void CheckVersionAbove(LintContext& context, const std::string& running) {
 
 /// Reports once that the full version of the host cannot be compared with the bounds of a change.
 void CheckBoundsOfHost(LintContext& context, const std::string& running) {
-  constexpr std::int64_t kWeight = 1000;
-  const std::optional<std::vector<std::int64_t>> numbers = VersionNumbers(running);
-  const bool isComparable = numbers && std::ranges::all_of(*numbers, [](std::int64_t number) {
-                              return number >= 0 && number < kWeight;
-                            });
+  const std::string mistake = ComparisonMistake(running);
   const std::size_t components = VersionComponents(running).size();
   for (const LintRow& row : context.File().Rows()) {
     const std::string_view first = row.Value(DataColumn::kFirstVersion);
     const std::string_view version = row.Value(DataColumn::kVersion);
     if (row.change == nullptr || row.isExplained || first.empty() || version.empty()) continue;
     const std::size_t own = VersionComponents(first).size();
-    if (own != VersionComponents(version).size() || (isComparable && own == components)) continue;
+    if (own != VersionComponents(version).size() || (mistake.empty() && own == components))
+      continue;
     context.ReportField(
         LintCode::kBoundsHost, row, DataColumn::kFirstVersion,
-        isComparable ? "the host's full version " + Quoted(running) + " and " + Quoted(first) +
-                           " have different numbers of components, so the wrong users see "
-                           "the change; write versions in the form of the full version"
-                     : "the host's full version " + Quoted(running) +
-                           " has a component that is not a number below 1000, so the wrong "
-                           "users see the change; leave the field empty");
+        mistake.empty() ? "the host's full version " + Quoted(running) + " and " + Quoted(first) +
+                              " have different numbers of components, so the wrong users see "
+                              "the change; write versions in the form of the full version"
+                        : "the host's full version " + Quoted(running) + " " + mistake +
+                              ", so the wrong users see the change; leave the field empty");
     return;
   }
 }

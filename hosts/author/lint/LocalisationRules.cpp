@@ -25,7 +25,8 @@ void CheckKeySpace(LintContext& context, const LintRow& row) {
   }
 }
 
-/// Returns whether `text` begins with two dollar signs, or with more than three, and a slash.
+/// Returns whether `text` begins with dollar signs and a slash, and the number of dollar signs is
+/// two or more than three.
 bool HasMisspeltKeyPrefix(std::string_view text) {
   const std::size_t dollars = text.find_first_not_of('$');
   return dollars != text.npos && text[dollars] == '/' && (dollars == 2 || dollars > 3);
@@ -54,7 +55,7 @@ void CheckKeyDefault(LintContext& context, const LintRow& row) {
                             "the key " + Quoted(text) +
                                 " has no default text, so users without a translation see the key; "
                                 "write '=' and a default text after it");
-    // The dictionary of an unknown host can contain the key.
+    // Report only a warning, because the dictionary of the unknown host can contain the key.
     if (host == nullptr) finding.severity = Severity::kWarning;
   }
 }
@@ -98,7 +99,7 @@ void CheckMarkupInKey(LintContext& context, const LintRow& row, std::string_view
 
 void CheckMarkup(LintContext& context, const LintRow& row) {
   const std::string_view text = row.Value(DataColumn::kDescription);
-  // `find_first_of` would be a call of `memchr` for each character of the text.
+  // Do not use `find_first_of`, which would call `memchr` for each character of the text.
   if (text.find('#') == text.npos && text.find('^') == text.npos) return;
   if (IsZString(text)) {
     CheckMarkupInKey(context, row, text);

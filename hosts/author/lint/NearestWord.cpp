@@ -29,8 +29,8 @@ bool HasDigit(std::u16string_view text) {
   return std::ranges::any_of(text, [](char16_t unit) { return unit >= u'0' && unit <= u'9'; });
 }
 
-/// Returns the number of insertions, deletions, replacements and exchanges of adjacent characters
-/// that convert `a` to `b`.
+/// Returns the minimum number of insertions, deletions, replacements and exchanges of adjacent
+/// characters that convert `a` to `b`.
 std::size_t EditDistance(std::u16string_view a, std::u16string_view b) {
   std::vector<std::size_t> beforePrevious(b.size() + 1);
   std::vector<std::size_t> previous(b.size() + 1);
@@ -98,8 +98,8 @@ std::optional<std::string> NearestWord(std::string_view text,
 }
 
 std::string_view TrimSpaces(std::string_view text) {
-  // Nearly all fields begin and end with such a character, and every rule for words calls this
-  // function.
+  // Return early for performance: many rules call this function, and nearly all fields begin and
+  // end with a printable ASCII character.
   const auto isPrintableASCII = [](char c) { return c > ' ' && c <= '~'; };
   if (!text.empty() && isPrintableASCII(text.front()) && isPrintableASCII(text.back())) return text;
   static constexpr std::array<std::string_view, 5> kSpaces = {" ", "\t", "\xC2\xA0", "\xE2\x80\xAF",

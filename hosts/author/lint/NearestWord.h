@@ -16,9 +16,9 @@ std::u16string Fold(std::string_view text);
 /// Returns the element of `words` that is most similar to `text`. Uses only the first 256 bytes of
 /// `text`. Selects the first of these words that exists:
 ///
-/// 1. a word with an equal `Fold`
-/// 2. a word that differs in few inserted, deleted, replaced or exchanged characters
-/// 3. a word without digits that begins with `text`, or with which `text` begins
+/// 1. a word for which `Fold` returns the same string
+/// 2. a word that differs by only a few inserted, deleted, replaced or exchanged characters
+/// 3. a word that begins with `text`, or with which `text` begins, if neither contains digits
 ///
 /// Returns `std::nullopt` if there is no such word.
 std::optional<std::string> NearestWord(std::string_view text,

@@ -22,7 +22,7 @@ using ornwhatsnew::DataRowSkipReason;
 using ornwhatsnew::kDataColumnCount;
 
 /// The maximum number of lines in which to search for the closing quote after an open quote. An
-/// unlimited search would take quadratic time, and no text has more lines.
+/// unlimited search would take quadratic time, and texts rarely have more lines.
 constexpr std::size_t kMaximumTextLines = 50;
 
 /// A row, and the positions of the fields in it.
@@ -49,7 +49,7 @@ bool IsDigits(std::string_view text) {
   return !text.empty() && text.find_first_not_of("0123456789") == text.npos;
 }
 
-/// Returns whether `text` is an issue such as ORN-12, orn-12 or #12.
+/// Returns whether `text` is the key or the number of an issue, such as ORN-12, orn-12 or #12.
 bool IsIssueKey(std::string_view text) {
   if (text.starts_with('#')) return IsDigits(text.substr(1));
   const std::size_t dash = text.find('-');
@@ -108,7 +108,8 @@ struct QuotePair {
   std::string_view close;
 };
 
-// German, English, French and single quotes. Word processors insert them.
+// Authors sometimes use these quotes instead of double quotes: typographic quotes, which word
+// processors insert, and the ASCII single quote.
 constexpr std::array<QuotePair, 7> kQuotePairs = {{{"\xE2\x80\x9C", "\xE2\x80\x9D"},
                                                    {"\xE2\x80\x9E", "\xE2\x80\x9C"},
                                                    {"\xE2\x80\x9E", "\xE2\x80\x9D"},
@@ -118,7 +119,7 @@ constexpr std::array<QuotePair, 7> kQuotePairs = {{{"\xE2\x80\x9C", "\xE2\x80\x9
                                                    {"'", "'"}}};
 
 /// If the field `first` begins with an opening quote, returns the index of the next field that ends
-/// with its closing quote.
+/// with the matching closing quote.
 std::optional<std::size_t> FindClosingField(const Shape& shape, std::size_t first) {
   for (const QuotePair& quotes : kQuotePairs) {
     if (!shape.Field(first).starts_with(quotes.open)) continue;
@@ -136,8 +137,8 @@ bool CheckWrongQuotes(LintContext& context, const Shape& shape) {
     context.Report(LintCode::kWrongQuotes, shape.row, shape.fields[first].begin,
                    shape.fields[*last].end,
                    LostRow(shape) +
-                       "only double quotes (U+0022) protect commas, so replace the quotes around "
-                       "the text");
+                       "replace the quotes around the text with double quotes (U+0022), which "
+                       "protect commas");
     return true;
   }
   return false;
@@ -157,8 +158,8 @@ bool CheckIssueList(LintContext& context, const Shape& shape) {
 
 /// Returns the index of the first field whose value belongs in the column `column`.
 std::optional<std::size_t> FindWord(const Shape& shape, DataColumn column) {
-  // In a row with many more fields than columns, a later value does not show how many commas before
-  // it are wrong.
+  // In a row with many more fields than columns, the position of a later value does not show how
+  // many commas are wrong.
   const std::size_t end = std::min(shape.Count(), 2 * kDataColumnCount);
   for (std::size_t i = 0; i < end; ++i) {
     const std::string_view field = shape.Field(i);
@@ -177,7 +178,7 @@ std::optional<std::size_t> FindShiftedField(const Shape& shape) {
   for (const DataColumn column : {DataColumn::kSalience, DataColumn::kPlatform, DataColumn::kURL}) {
     const std::optional<std::size_t> index = FindWord(shape, column);
     if (!index || *index == ColumnIndex(column)) continue;
-    // After the tenth field, such a value is probably a part of the text.
+    // A keyword or a URL after the tenth field is probably a part of the text.
     if (shape.Count() > kDataColumnCount && *index >= kDataColumnCount) continue;
     const bool isMissing = shape.Count() < kDataColumnCount;
     if (isMissing == (*index < ColumnIndex(column))) return index;
@@ -185,8 +186,8 @@ std::optional<std::size_t> FindShiftedField(const Shape& shape) {
   return std::nullopt;
 }
 
-/// Returns whether the text is probably after its column: the field in its column is empty or looks
-/// like a commit ID.
+/// Returns whether the text of the change is probably in a later field, because the field in its
+/// column is empty or looks like a commit ID.
 bool IsTextShifted(const Shape& shape) {
   const std::string_view field = shape.Field(ColumnIndex(DataColumn::kDescription));
   return field.empty() || IsCommit(field);
@@ -211,9 +212,9 @@ bool CanBeIn(DataColumn column, std::string_view text) {
   }
 }
 
-/// Returns whether each field can be in its column if the commas that are too many are a part of
-/// the field in `column`, but the text after the first of these commas cannot be in the next
-/// column.
+/// Returns whether the excess commas of the row are probably part of the field in `column`. Each
+/// part of this field must contain text, and each other field must be possible in its column. The
+/// part after the first comma must not be possible in the next column.
 bool IsSplitAt(const Shape& shape, DataColumn column) {
   const std::size_t index = ColumnIndex(column);
   const std::size_t excess = shape.Count() - kDataColumnCount;
@@ -296,7 +297,8 @@ bool HasOddQuotes(const LintRow& row) {
 }
 
 /// Returns the index of the row that contains the closing quote for the open quote in
-/// `rows[index]`. Returns `std::nullopt` if another change begins before such a row.
+/// `rows[index]`. Returns `std::nullopt` if there is no such row, or if another change begins
+/// before it.
 std::optional<std::size_t> FindClosingRow(const std::vector<LintRow>& rows, std::size_t index) {
   const std::size_t end = std::min(rows.size(), index + 1 + kMaximumTextLines);
   for (std::size_t i = index + 1; i < end; ++i) {
@@ -347,7 +349,8 @@ bool IsChangesSince(std::string_view field) {
          CaseInsensitiveEqual(field, ornwhatsnew::kChangesSinceKey);
 }
 
-/// Reports the first field of a row for which `isMistake` holds. Returns whether there is one.
+/// Reports the first field of `row` for which `isMistake` returns true. Returns whether there is
+/// one.
 template <class Predicate>
 bool CheckChangesSinceField(LintContext& context, const LintRow& row, Predicate isMistake) {
   const auto found = std::ranges::find_if(row.data.values, isMistake);

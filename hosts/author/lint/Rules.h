@@ -19,8 +19,8 @@ using FileRule = void (*)(LintContext& context);
 /// Checks one change. Does not run for a row with `LintRow::isExplained`.
 using ChangeRule = void (*)(LintContext& context, const LintRow& row);
 
-// The rules for the file, in the order in which they must run. The rules for the form, the header
-// and the rows set `LintRow::isExplained`.
+// The rules for the file. The rules for the form, the header and the rows run before the rules for
+// changes, because they set `LintRow::isExplained`.
 std::span<const FileRule> FileFormRules();
 std::span<const FileRule> HeaderRules();
 std::span<const FileRule> RowShapeRules();
@@ -29,8 +29,8 @@ std::span<const FileRule> HostTableRules();
 std::span<const FileRule> ListRules();
 
 // The rules for a change. All of them check one change before any of them checks the next change,
-// so that each row is read only once. `TextRules` run last, because they omit fields that have a
-// finding.
+// so that each row is read only once. `TextRules` run last, because the rule for spaces does not
+// report a field that already has a finding.
 std::span<const ChangeRule> WordRules();
 std::span<const ChangeRule> VersionRules();
 std::span<const ChangeRule> LinkRules();
@@ -38,14 +38,15 @@ std::span<const ChangeRule> LocalisationRules();
 std::span<const ChangeRule> TextRules();
 
 /// Returns whether the fields look like the names of columns. At least three fields, at any
-/// position, must be column names of the manual, or begin like them.
+/// position, must match a column name of the manual. A field matches a name if one of them begins
+/// with the other.
 bool LooksLikeHeader(const ornwhatsnew::DataRow& row);
 
-/// Returns whether at least one field looks like that of a change: a version in the first column, a
-/// section key in the second, a salience in the fourth, or a link in the eighth.
+/// Returns whether at least one field looks like a field of a change: a version in the first
+/// column, a section key in the second, a salience in the fourth, or a link in the eighth.
 bool LooksLikeChange(const ornwhatsnew::DataRow& row);
 
-/// Returns whether `header`, the row that the library uses as the header, looks like a change. The
+/// Returns whether `header`, the row that the library uses as the header, is probably a change. The
 /// file then has no header, and the change is lost. `items` are the items of the list.
 bool IsChangeUsedAsHeader(const ornwhatsnew::DataRow& header, const ornwhatsnew::FeatureMap& items);
 
@@ -69,6 +70,11 @@ std::vector<std::string_view> VersionComponents(std::string_view version);
 
 /// Returns the components of `version` as numbers. Returns `std::nullopt` if one is not a number.
 std::optional<std::vector<std::int64_t>> VersionNumbers(std::string_view version);
+
+/// Returns why the order of `ornwhatsnew::VersionNumber` is not that of `version` and the versions
+/// with the same number of components, as a clause after the version. Returns an empty string if
+/// the library compares them correctly.
+std::string ComparisonMistake(std::string_view version);
 
 /// Returns whether `text` is similar to "Changes-Since", but does not equal it.
 bool IsMisspeltChangesSince(std::string_view text);

@@ -22,8 +22,8 @@ using ornwhatsnew::kDataColumnCount;
 
 // ---- quotes
 
-/// Returns the offset of the first quote in `field` that is neither its first nor its last byte, or
-/// that has no partner. Returns `npos` if the quotes only enclose the field.
+/// Returns the offset of the first quote in `field` that does not enclose the whole field. Returns
+/// `npos` if there is no such quote.
 std::size_t FindVanishingQuote(std::string_view field) {
   const std::size_t first = field.find('"');
   if (first == field.npos) return first;
@@ -113,8 +113,9 @@ void CheckHTML(LintContext& context, const LintRow& row) {
 
 // ---- mojibake
 
-// UTF-8 bytes that were read as Windows-1252 begin with these characters. The first two begin most
-// letters with accents, the third one typographic marks, and the last one emoji.
+// If UTF-8 is decoded as Windows-1252, many characters become strings that begin with one of these
+// strings. The first two strings result from most letters with accents, the third one from
+// typographic marks, and the last one from emoji.
 constexpr auto kMojibakeStarts = std::to_array<std::string_view>(
     {"\xC3\x83", "\xC3\x82", "\xC3\xA2\xE2\x82\xAC", "\xC3\xB0\xC5\xB8"});
 
@@ -125,7 +126,7 @@ bool BeginsWithContinuation(std::string_view text) {
   const auto lead = static_cast<unsigned char>(text[0]);
   const auto next = static_cast<unsigned char>(text[1]);
   if (lead == 0xC2) return next >= 0x80;
-  // The letters and marks that Windows-1252 assigns to 0x80 to 0x9F.
+  // The first UTF-8 bytes of the letters and marks that Windows-1252 assigns to 0x80 to 0x9F.
   return lead == 0xC5 || lead == 0xC6 || lead == 0xCB || lead == 0xE2;
 }
 
@@ -148,7 +149,7 @@ void CheckMojibake(LintContext& context, const LintRow& row) {
     if (found.empty() || !orncore::string::IsWellFormedUTF8(row.data.text)) continue;
     context.ReportPart(LintCode::kMojibake, row, column, found,
                        "the text was decoded with the wrong encoding, so users see wrong "
-                       "characters; restore them and save the file as UTF-8");
+                       "characters; restore the text and save the file as UTF-8");
   }
 }
 
@@ -166,10 +167,11 @@ bool IsConvertedNumber(std::string_view text) {
 void CheckCommit(LintContext& context, const LintRow& row) {
   const std::string_view commit = row.Value(DataColumn::kSHA);
   if (!IsConvertedNumber(commit)) return;
-  context.ReportField(LintCode::kCommitNumber, row, DataColumn::kSHA,
-                      Quoted(commit) + " in " + context.Column(DataColumn::kSHA) +
-                          " is a converted number, so its link does not work; write the ID, and "
-                          "format the column as text");
+  context.ReportField(
+      LintCode::kCommitNumber, row, DataColumn::kSHA,
+      Quoted(commit) + " in " + context.Column(DataColumn::kSHA) +
+          " is a number instead of an ID, so its link does not work; write the ID, and "
+          "format the column as text");
 }
 
 // ---- spaces

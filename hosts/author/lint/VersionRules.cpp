@@ -1,6 +1,8 @@
 #include <algorithm>
 #include <array>
 #include <cstdint>
+#include <limits>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -56,7 +58,8 @@ bool HasPlaceholder(std::string_view text) {
 }
 
 void CheckPlaceholder(LintContext& context, const LintRow& row) {
-  // In a row with an earliest version, the placeholder is a component that is no number.
+  // In a row with an earliest version, `CheckBounds` reports the placeholder as a component that is
+  // not a number.
   if (!row.Value(DataColumn::kFirstVersion).empty()) return;
   const std::string_view text = row.Value(DataColumn::kVersion);
   if (!HasPlaceholder(text)) return;
@@ -97,8 +100,9 @@ bool HasForm(std::string_view text, std::string_view pattern) {
   });
 }
 
-/// Returns whether `text` is a date as spreadsheets write it. An application can name its versions
-/// by ISO dates, so these count only if `hasPlainVersion` says that other versions are numbers.
+/// Returns whether `text` is a date as spreadsheets write it. An application can use ISO dates as
+/// versions. An ISO date is therefore a mistake only if `hasPlainVersion` is true, which means that
+/// another version consists of digits and points.
 bool IsDate(std::string_view text, bool hasPlainVersion) {
   static constexpr std::array<std::string_view, 7> kForms = {
       "99/99/9999", "9/99/9999", "99/9/9999", "9/9/9999", "99/99/99", "99.99.9999", "9999/99/99"};
@@ -116,24 +120,34 @@ void CheckDate(LintContext& context, const LintRow& row) {
 
 // ---- bounds
 
-bool IsSmallNumber(std::string_view component) {
-  constexpr std::int64_t kWeight = 1000;
+/// The weight of a component, relative to the component to its right.
+constexpr std::int64_t kWeight = 1000;
+
+/// Returns the number that `component` contains. Returns `std::nullopt` if it is not a number below
+/// 1000.
+std::optional<std::int64_t> SmallNumber(std::string_view component) {
   std::int64_t number = 0;
-  return std::ranges::all_of(component, IsDigit) &&
-         orncore::string::StringToNumber(component, number) && number < kWeight;
+  const bool isSmall = std::ranges::all_of(component, IsDigit) &&
+                       orncore::string::StringToNumber(component, number) && number < kWeight;
+  return isSmall ? std::optional(number) : std::nullopt;
 }
 
-/// Reports a component that is not a number below 1000. Returns whether there is one.
-bool CheckNumbers(LintContext& context, const LintRow& row, DataColumn column) {
-  for (const std::string_view component : VersionComponents(row.Value(column))) {
-    if (IsSmallNumber(component)) continue;
-    context.ReportField(LintCode::kBoundsNumber, row, column,
-                        "the component " + Quoted(component) +
-                            " is not a number from 0 to 999, so the wrong users see the change; "
-                            "write such a number");
-    return true;
-  }
-  return false;
+/// Reports a version that the library cannot compare. Returns whether there is one.
+bool CheckComparison(LintContext& context, const LintRow& row, DataColumn column) {
+  const std::string_view version = row.Value(column);
+  const std::string mistake = ComparisonMistake(version);
+  if (mistake.empty()) return false;
+  const auto components = VersionComponents(version);
+  const auto wrong = std::ranges::find_if(
+      components, [](std::string_view component) { return !SmallNumber(component); });
+  context.ReportField(LintCode::kBoundsNumber, row, column,
+                      wrong == components.end()
+                          ? Quoted(version) + " " + mistake +
+                                ", so the wrong users see the change; write at most six components"
+                          : "the component " + Quoted(*wrong) +
+                                " is not a number from 0 to 999, so the wrong users see the "
+                                "change; write such a number");
+  return true;
 }
 
 void CheckBounds(LintContext& context, const LintRow& row) {
@@ -150,8 +164,8 @@ void CheckBounds(LintContext& context, const LintRow& row) {
                             context.Column(DataColumn::kVersion));
     return;
   }
-  if (CheckNumbers(context, row, DataColumn::kVersion) ||
-      CheckNumbers(context, row, DataColumn::kFirstVersion)) {
+  if (CheckComparison(context, row, DataColumn::kVersion) ||
+      CheckComparison(context, row, DataColumn::kFirstVersion)) {
     return;
   }
   const std::size_t components = VersionComponents(version).size();
@@ -159,7 +173,7 @@ void CheckBounds(LintContext& context, const LintRow& row) {
     context.ReportField(LintCode::kBoundsComponents, row, DataColumn::kFirstVersion,
                         Quoted(first) + " and " + Quoted(version) +
                             " have different numbers of components, so the wrong users see the "
-                            "change; write the full version in both columns");
+                            "change; write full versions in both columns");
     return;
   }
   if (ornwhatsnew::VersionNumber(first) < ornwhatsnew::VersionNumber(version)) return;
@@ -233,6 +247,18 @@ std::optional<std::vector<std::int64_t>> VersionNumbers(std::string_view version
     if (!orncore::string::StringToNumber(component, numbers.emplace_back())) return std::nullopt;
   }
   return numbers;
+}
+
+std::string ComparisonMistake(std::string_view version) {
+  constexpr std::int64_t kMaximum = std::numeric_limits<std::int64_t>::max();
+  std::int64_t number = 0;
+  for (const std::string_view component : VersionComponents(version)) {
+    const std::optional<std::int64_t> small = SmallNumber(component);
+    if (!small) return "has a component that is not a number from 0 to 999";
+    if (number > (kMaximum - *small) / kWeight) return "has too many components";
+    number = kWeight * number + *small;
+  }
+  return "";
 }
 
 std::span<const ChangeRule> VersionRules() {

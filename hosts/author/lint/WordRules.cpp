@@ -86,14 +86,14 @@ void CheckKeywordColumn(LintContext& context, const LintRow& row) {
 // ---- grouping ID
 
 /// Returns the remedy for the grouping ID `text` if it is the internal key or the name of a
-/// feature.
+/// feature. Otherwise returns an empty string.
 std::string FeatureRemedy(const LintContext& context, std::string_view text) {
   if (context.Host() == nullptr) return "";
   for (const common::BetaFeatureDescription& feature : context.Host()->description.betaFeatures) {
     const bool isInternalKey = CaseInsensitiveEqual(feature.internalKey, text);
     if (!isInternalKey && !CaseInsensitiveEqual(feature.name, text)) continue;
-    return std::string("it is the ") + (isInternalKey ? "internal key" : "name") +
-           " of a feature, so write its epic key " + Quoted(feature.epicKey);
+    return "write " + Quoted(feature.epicKey) + ", the epic key of the feature with this " +
+           (isInternalKey ? "internal key" : "name");
   }
   return "";
 }
@@ -148,9 +148,9 @@ void CheckStoryID(LintContext& context, const LintRow& row) {
     if (item == context.File().Items().end() || item->second->IsSection()) return;
     context.ReportField(LintCode::kInternalWithFeatureKey, row, DataColumn::kStoryID,
                         Quoted(storyID) +
-                            " is a feature, but the grouping ID is INTERNAL, so only "
-                            "internal users see the change; for the feature, write "
-                            "its key into " +
+                            " is the key of a feature, but the grouping ID is INTERNAL, so only "
+                            "internal users see the change; if all users should see it, write the "
+                            "key into " +
                             context.Column(DataColumn::kGroupingID));
     return;
   }
@@ -204,13 +204,14 @@ void CheckSalience(LintContext& context, const LintRow& row) {
   if (IsSeveralSaliences(text)) {
     context.ReportField(LintCode::kSalienceTwoWords, row, DataColumn::kSalience,
                         Quoted(text) + " in " + context.Column(DataColumn::kSalience) +
-                            " is more than one keyword, so none has an effect and the change is "
-                            "shown; keep one");
+                            " is more than one word, so no word has an effect and the change is "
+                            "shown; keep one keyword");
     return;
   }
   const std::optional<std::string> nearest = NearestWord(text, WordsOf(DataColumn::kSalience));
-  const std::string remedy = nearest ? "write " + Quoted(*nearest)
-                                     : "write a keyword such as 'Headline', or leave it empty";
+  const std::string remedy = nearest
+                                 ? "write " + Quoted(*nearest)
+                                 : "write a keyword such as 'Headline', or leave the field empty";
   context.ReportField(LintCode::kSalienceUnknown, row, DataColumn::kSalience,
                       Quoted(text) + " in " + context.Column(DataColumn::kSalience) +
                           SalienceEffect(nearest.value_or("")) + "; " + remedy);

@@ -10,9 +10,9 @@ namespace hosts::author {
 
 /// Returns an HTML page without scripts that shows the panels of `MakePreviewViews`, and the
 /// findings of `lint --host` in the data file. Each finding links to the places where the panels
-/// show its change. The page makes no request, and shows everything in `input` as text. Configures
-/// the services of the process. Throws `common::JsonError` if the configuration file of `lint`
-/// cannot be used.
+/// show its change. The page makes no requests, and shows all strings in `input` as plain text.
+/// Configures the services of the process. Throws `common::JsonError` if the configuration file of
+/// `lint` cannot be used.
 std::string PreviewPage(const PreviewInput& input);
 
 }  // namespace hosts::author

@@ -1,4 +1,5 @@
-// Defines the style sheet of the page of `ornwhatsnew preview`, without that of the panels.
+// Defines the style sheet of the page that `ornwhatsnew preview` writes. The library provides the
+// style sheet of the panels.
 #ifndef HOSTS_AUTHOR_PREVIEW_PREVIEWSTYLESHEET_H_
 #define HOSTS_AUTHOR_PREVIEW_PREVIEWSTYLESHEET_H_
 
@@ -6,8 +7,8 @@
 
 namespace hosts::author {
 
-// Each colour of a text has a contrast of at least 4.5 to 1 to its background. On a wide page, the
-// findings are next to the panels and have their own scroll bar.
+// Each text colour has a contrast ratio of at least 4.5:1 against its background. On a wide page,
+// the findings are next to the panels and have their own scroll bar.
 inline constexpr std::string_view kPreviewStyleSheet = R"css(:root {
   --preview-muted: #59636e;
   --preview-link: #0550ae;

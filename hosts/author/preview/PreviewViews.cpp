@@ -23,23 +23,15 @@ using ornwhatsnew::FeatureListData;
 using ornwhatsnew::LayoutParagraph;
 using ornwhatsnew::ParagraphKind;
 
-// Applications show these changes unless their users change the filters.
+// The default filters of an application, which its users can change.
 constexpr DisplayOptions kRelevant =
     ornwhatsnew::kFilterRelevantPlatform | ornwhatsnew::kFilterRelevantVersion;
 
 using Lines = std::vector<std::size_t>;
-/// The lines of the changes of each item, by the key of the item.
-using LinesByItem = std::map<std::string, Lines, std::less<>>;
+/// The lines of the shown changes of each item, by the key of the item.
+using LinesByKey = std::map<std::string_view, Lines>;
 
-LinesByItem LinesOfChanges(const LintedFile& file) {
-  LinesByItem lines;
-  for (const LintRow& row : file.Rows()) {
-    if (row.change != nullptr) lines[row.item->FeatureJiraIDKey()].push_back(row.data.lineNumber);
-  }
-  return lines;
-}
-
-/// A user of the application: the host of this user, and what the user has seen.
+/// A user of the application: the description of the user's host, and the user's state.
 struct User {
   common::HostDescription host;
   common::StateValues state = {};
@@ -60,24 +52,25 @@ std::unique_ptr<FeatureListData> LoadList(const std::string& data, User& user) {
       [&user](const std::string& key, const std::string& value) { user.state[key] = value; });
 }
 
-/// Returns the lines of the changes that a display shows, by the key of their item.
-LinesByItem ShownLines(const FeatureListData& list, const DisplayOptions& options,
-                       const LinesByItem& lines) {
-  LinesByItem shown;
+/// Returns the lines of the changes that a display shows. `changes` are all changes of the list.
+LinesByKey ShownLines(const FeatureListData& list, const DisplayOptions& options,
+                      const RowsByKey& changes) {
+  LinesByKey shown;
   for (const ornwhatsnew::ItemVisibility& explained : list.ExplainVisibility(options)) {
-    const auto found = lines.find(explained.item->FeatureJiraIDKey());
-    if (found == lines.end() || !explained.hidingRules.empty()) continue;
-    Lines linesOfItem;
+    const auto found = changes.find(explained.item->FeatureJiraIDKey());
+    if (found == changes.end() || !explained.hidingRules.empty()) continue;
+    Lines& lines = shown[found->first];
     for (std::size_t i = 0; i < found->second.size(); ++i) {
-      if (explained.changes[i].hidingRules.empty()) linesOfItem.push_back(found->second[i]);
+      if (explained.changes[i].hidingRules.empty()) {
+        lines.push_back(found->second[i]->data.lineNumber);
+      }
     }
-    shown[found->first] = std::move(linesOfItem);
   }
   return shown;
 }
 
 /// Sets the `id`s of the paragraphs of the changes. `shown` contains the lines of these changes.
-void SetIDs(PreviewView& view, const LinesByItem& shown) {
+void SetIDs(PreviewView& view, const LinesByKey& shown) {
   const std::vector<LayoutParagraph>& paragraphs = view.layout.paragraphs;
   view.paragraphIDs.resize(paragraphs.size());
   std::map<std::string_view, std::size_t> changesSoFar;
@@ -91,7 +84,8 @@ void SetIDs(PreviewView& view, const LinesByItem& shown) {
       const std::size_t number = changesSoFar[paragraph.itemKey]++;
       // If an item occurs twice in the panel, links lead to the first occurrence.
       if (found == shown.end() || number >= found->second.size()) continue;
-      // Nothing shows a change without any text, except for the rating request after it.
+      // A change without text is visible only through the rating request after it. Links to the
+      // change lead to this rating request.
       (paragraph.spans.empty() ? withoutText : lines).push_back(found->second[number]);
     }
     if (lines.empty()) continue;
@@ -123,7 +117,7 @@ std::string NewestVersion(const LintedFile& file, const std::string& current) {
 class ViewMaker {
  public:
   ViewMaker(const PreviewInput& input, const LintedFile& file)
-      : input_(input), outside_{input.host}, lines_(LinesOfChanges(file)) {
+      : input_(input), outside_{input.host}, changes_(file.ChangesByKey()) {
     outside_.host.internalFeaturesAllowed = false;
     outside_.host.terminating = false;
     common::InstallHost(outside_.host);
@@ -143,7 +137,7 @@ class ViewMaker {
   std::string OnPlatform() const { return PhraseWith(" on the platform ", input_.host.platform); }
 
   void AddOutside() {
-    Add({"outside", "Outside user",
+    Add({"outside", "External user",
          "Everything that a user without the internal-features permission can see" + OnPlatform() +
              "."},
         outside_, ornwhatsnew::kFilterRelevantPlatform);
@@ -160,7 +154,7 @@ class ViewMaker {
 
   void AddFirstStart() {
     Add({"first-start", "First start",
-         "What is new for an outside user who starts the application for the first time" +
+         "What is new for an external user who starts the application for the first time" +
              PhraseWith(", in version ", version_) +
              ". If the application marks all changes as seen at the first start, it announces "
              "none of them."},
@@ -176,9 +170,9 @@ class ViewMaker {
     const std::string seenVersion = FullVersion();
     user.host.clientVersion = input_.host.clientVersion;
     Add({"seen", "After an update",
-         "What is new for an outside user who saw " +
+         "What is new for an external user who has seen the changes in " +
              std::filesystem::path(seen.name).filename().native() +
-             PhraseWith(" in version ", seenVersion) + " and now starts " +
+             PhraseWith(" with version ", seenVersion) + " and now starts " +
              (version_.empty() ? "the application" : "version " + version_) + "."},
         user, kRelevant | ornwhatsnew::kShowOnlyNew);
   }
@@ -186,22 +180,23 @@ class ViewMaker {
   void AddRating() {
     User user = outside_;
     LoadList(input_.data.text, user)->MarkAllSeen();
-    Add({"rating", "Ratings", "What an outside user who has seen all changes can rate."}, user,
+    Add({"rating", "Ratings", "What an external user who has seen all changes can rate."}, user,
         kRelevant | ornwhatsnew::kRatingView);
   }
 
-  /// Adds a view with the panel of `user`. The other members of `view` are set.
+  /// Adds `view` with the panel of `user`. The caller must set the ID, the title and the
+  /// explanation of `view`.
   void Add(PreviewView view, User& user, const DisplayOptions& options) {
     const auto list = LoadList(input_.data.text, user);
     view.layout = list->PreviewLayout(options);
     view.count = list->CountNew(options);
-    SetIDs(view, ShownLines(*list, options, lines_));
+    SetIDs(view, ShownLines(*list, options, changes_));
     views_.push_back(std::move(view));
   }
 
   const PreviewInput& input_;
   User outside_;
-  const LinesByItem lines_;
+  const RowsByKey changes_;
   std::string version_;
   std::vector<PreviewView> views_;
 };

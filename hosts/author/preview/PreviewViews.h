@@ -51,14 +51,14 @@ std::string PhraseWith(std::string_view words, std::string_view value);
 /// services of the process. All users have the platform and the features of the host description.
 /// The application is not terminating, so users can rate features.
 ///
-/// - The panels of an outside user and of an internal user show all changes for the platform.
+/// - The panels of an external user and of an internal user show all changes for the platform.
 /// - The panels of a first start and of a user who saw the earlier data file show what is new, for
 ///   the platform and for the versions of the user. Without an earlier data file, there is no such
 ///   user.
 /// - The rating view shows what a user who has seen the data file can rate.
 ///
-/// The user of the earlier data file opened it in its newest version. That is the greatest version
-/// of its changes that is not above the version of the host.
+/// The user who saw the earlier data file had the newest version in this file. That is the greatest
+/// version of its changes that is not above the version of the host.
 std::vector<PreviewView> MakePreviewViews(const PreviewInput& input, const LintedFile& file);
 
 }  // namespace hosts::author

@@ -7,12 +7,13 @@
 #include <orncore/config/ClientInfo.h>
 #include <orncore/string/SafeText.h>
 
-#include "hosts/author/lint/LintContext.h"
 #include "hosts/author/lint/Rules.h"
+#include "hosts/common/MessageText.h"
 
 namespace hosts::author {
 namespace {
 
+using common::Quoted;
 using ornwhatsnew::FeatureListDetail;
 using ornwhatsnew::HidingRule;
 
@@ -57,15 +58,16 @@ std::string PlatformReason(const FeatureListDetail& change) {
   const std::string host = orncore::config::GetClientPlatform();
   return "only relevant on " +
          (isMac ? FeatureListDetail::kPlatformMac : FeatureListDetail::kPlatformWin) +
-         (host.empty() ? "; this host has no platform"
+         (host.empty() ? "; the platform in the host description is empty"
                        : "; this host is " + orncore::string::EscapeInvisible(host));
 }
 
-// The library compares the results of `ornwhatsnew::VersionNumber`. Their order is that of the
-// versions only if all versions have the same number of components, and if each component is a
-// number from 0 to 999.
-constexpr const char* kComponentMistake =
-    " has a component that is not from 0 to 999, so it cannot be compared";
+/// Returns `version` and why the library cannot compare it. Returns an empty string if the library
+/// can compare it.
+std::string ComparisonReason(const std::string& version) {
+  const std::string mistake = ComparisonMistake(version);
+  return mistake.empty() ? "" : Quoted(version) + " " + mistake + ", so it cannot be compared";
+}
 
 std::string QuotedVersions(std::span<const std::string> versions) {
   std::vector<std::string> quoted(versions.size());
@@ -76,12 +78,10 @@ std::string QuotedVersions(std::span<const std::string> versions) {
 /// Returns why no user can be in the range of versions, or why the library cannot compare the ends
 /// of the range. Returns an empty string if neither is the case.
 std::string BoundsMistake(const std::string& first, const std::string& added) {
-  if (added.empty()) return "it has no version in column 1, so a version filter never shows it";
-  const auto isComparable = [](std::int64_t number) { return number >= 0 && number <= 999; };
+  if (added.empty()) return "it has no version in column 1, so no version is affected";
   for (const std::string& version : {first, added}) {
-    const std::optional<std::vector<std::int64_t>> numbers = VersionNumbers(version);
-    if (!numbers) return Quoted(version) + " is not a version";
-    if (!std::ranges::all_of(*numbers, isComparable)) return Quoted(version) + kComponentMistake;
+    const std::string reason = ComparisonReason(version);
+    if (!reason.empty()) return reason;
   }
   if (VersionComponents(first).size() != VersionComponents(added).size()) {
     return Quoted(first) + " and " + Quoted(added) +
@@ -89,11 +89,12 @@ std::string BoundsMistake(const std::string& first, const std::string& added) {
   }
   return VersionNumbers(first) < VersionNumbers(added)
              ? ""
-             : Quoted(first) + " is not before " + Quoted(added) + ", so no user is in the range";
+             : Quoted(first) + " is not before " + Quoted(added) + ", so no version is affected";
 }
 
-/// Returns why the library cannot compare versions of the user with the ends of the range, which
-/// have no `BoundsMistake`. Returns an empty string if it can.
+/// Returns why the library cannot compare versions of the user with the ends of the range. Returns
+/// an empty string if the library can compare them. REQUIRES: `BoundsMistake` returns an empty
+/// string for this range.
 std::string UserVersionsMistake(const std::string& first, const std::string& added,
                                 std::span<const std::string> userVersions) {
   std::vector<std::string> others;
@@ -104,8 +105,8 @@ std::string UserVersionsMistake(const std::string& first, const std::string& add
     }
     const std::optional<std::vector<std::int64_t>> numbers = VersionNumbers(version);
     const bool isInRange = numbers >= VersionNumbers(first) && numbers < VersionNumbers(added);
-    // A user of such a version sees the change, except if a component of the version is invalid.
-    if (isInRange) return "the user's " + Quoted(version) + kComponentMistake;
+    // A user of such a version sees the change, except if the version cannot be compared.
+    if (isInRange) return "the user's " + ComparisonReason(version);
   }
   if (others.empty()) return "";
   return Quoted(first) + ", " + Quoted(added) + " and the user's " + QuotedVersions(others) +
@@ -119,11 +120,12 @@ std::string VersionReason(const FeatureListDetail& change,
   std::string mistake = BoundsMistake(first, added);
   if (mistake.empty()) mistake = UserVersionsMistake(first, added, userVersions);
   if (!mistake.empty()) return mistake;
-  return "only relevant to users of a version from " + Quoted(first) + " to below " +
-         Quoted(added) + "; this user ran " + QuotedVersions(userVersions);
+  return "only relevant to users of versions from " + Quoted(first) +
+         " up to, but not including, " + Quoted(added) + "; this user ran " +
+         QuotedVersions(userVersions);
 }
 
-/// Returns why a display hides the item. "It" is the item.
+/// Returns why a display hides the item. "It" in the result is the item.
 std::string ItemReason(HidingRule rule, const ExplainedItem& item) {
   switch (rule) {
     case HidingRule::kTerminating:
@@ -159,14 +161,14 @@ std::string ItemReason(HidingRule rule, const ExplainedItem& item) {
   return {};
 }
 
-/// Returns why a display hides the change. "It" is the change.
+/// Returns why a display hides the change. "It" in the result is the change.
 std::string ChangeReason(HidingRule rule, const FeatureListDetail& change,
                          std::span<const std::string> userVersions) {
   switch (rule) {
     case HidingRule::kOtherPlatform:
       return PlatformReason(change);
     case HidingRule::kHeadlinesOnly:
-      return "its salience is not malformed, and --headlines shows only malformed ones";
+      return "--headlines shows only changes with a malformed salience";
     case HidingRule::kOtherVersion:
       return VersionReason(change, userVersions);
     case HidingRule::kNoRatingRequest:
@@ -193,8 +195,8 @@ std::string ChangeReason(HidingRule rule, const FeatureListDetail& change,
   return {};
 }
 
-/// Returns whether an item that this rule hides has no shown change, so that each of its changes
-/// has a reason of its own.
+/// Returns whether `rule` hides an item only if none of its changes is shown. In this case, there
+/// is a separate reason for each change.
 bool FollowsFromChanges(HidingRule rule) {
   return rule == HidingRule::kNoShownChange || rule == HidingRule::kSeen;
 }

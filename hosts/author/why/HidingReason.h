@@ -21,23 +21,25 @@ struct ExplainedItem {
 /// Returns "feature" or "section".
 std::string Noun(const ExplainedItem& item);
 
-/// Returns, as a clause, why a change belongs to the section INTERNAL or UNREVIEWED although its
-/// IDs do not say so. Returns an empty string for any other change. "It" is the change.
+/// If a change is unreviewed or unmatched, returns a clause that states why the library adds it to
+/// the section UNREVIEWED or INTERNAL. Otherwise, returns an empty string. "Its" in the clause
+/// refers to the change.
 std::string PlacementReason(const ornwhatsnew::FeatureListDetail& change);
 
 // Each of the next three functions returns reasons as clauses, in the order in which a display
-// checks the rules. "It" in a clause is the item or the change that the function names.
+// checks the rules. "It" in a clause is the item or the change that the display hides.
 
 /// Returns why a display hides the item.
 std::vector<std::string> ItemReasons(const ExplainedItem& item);
 
-/// Returns why a display hides the item, and therefore all of its changes. Omits the reasons that
-/// follow from those of the changes.
+/// Returns why a display hides the item, and therefore all of its changes. Omits reasons that only
+/// state that none of the changes is shown.
 std::vector<std::string> ItemReasonsForChanges(const ExplainedItem& item);
 
-/// Returns why a display hides the change with the index `index` of an item, apart from
-/// `ItemReasonsForChanges`. `userVersions` contains the full versions in which the user opened
-/// What's New. A reason names at most three of them, so the running version must be the first one.
+/// Returns why a display hides the change with the index `index` of an item, without the reasons
+/// that `ItemReasonsForChanges` returns. `userVersions` contains the full versions in which the
+/// user opened What's New. A reason names at most three of them, so the running version must be the
+/// first one.
 std::vector<std::string> ChangeReasons(const ExplainedItem& item, std::size_t index,
                                        std::span<const std::string> userVersions);
 

@@ -4,25 +4,26 @@
 #include <iterator>
 #include <optional>
 #include <span>
-#include <unordered_map>
 #include <utility>
 
 #include <ornappsupport/feature/FeatureService.h>
 #include <orncore/string/Conversion.h>
 #include <orncore/string/SafeText.h>
-#include <ornwhatsnew/ChangePlacement.h>
 #include <ornwhatsnew/DataFileReader.h>
 #include <ornwhatsnew/utility/TextHelpers.h>
 
 #include "hosts/author/InputError.h"
-#include "hosts/author/lint/LintContext.h"
+#include "hosts/author/lint/LintedFile.h"
 #include "hosts/author/lint/NearestWord.h"
 #include "hosts/author/lint/Rules.h"
 #include "hosts/author/why/WhyTable.h"
+#include "hosts/common/MessageText.h"
 
 namespace hosts::author {
 namespace {
 
+using common::Counted;
+using common::Quoted;
 using ornwhatsnew::CaseInsensitiveEqual;
 using ornwhatsnew::DataColumn;
 using ornwhatsnew::DataRow;
@@ -39,26 +40,26 @@ std::string NameOf(const ExplainedItem& item) {
 std::string LossByHeader(const DataRow& row, const ornwhatsnew::FeatureMap& items) {
   if (!LooksLikeHeader(row) &&
       CaseInsensitiveEqual(row.Value(DataColumn::kGroupingID), ornwhatsnew::kChangesSinceKey)) {
-    return "used as the header row, so its version is lost; put a header row before it";
+    return "used as the header row, so its version is lost; add a header row before it";
   }
   return IsChangeUsedAsHeader(row, items)
              ? "used as the header row, so its change is lost; add a header row before it"
              : "";
 }
 
-/// Returns what a row is that contains no change. `items` are the items of the list.
+/// Describes a row that does not contain a change. `items` are the items of the list.
 std::string KindOf(const DataRow& row, const ornwhatsnew::FeatureMap& items) {
   if (row.kind == DataRowKind::kHeader) {
     const std::string loss = LossByHeader(row, items);
     return loss.empty() ? "the header row, which is never a change" : loss;
   }
   if (row.kind == DataRowKind::kChangesSince) {
-    const std::string what = row.fieldCount == 0 ? "a blank row that repeats the Changes-Since row"
+    const std::string what = row.fieldCount == 0 ? "an empty row that repeats the Changes-Since row"
                                                  : "a Changes-Since row";
     return what + ", which sets the version of the heading to " +
            Quoted(row.Value(DataColumn::kVersion));
   }
-  if (row.skipReason == DataRowSkipReason::kBlank) return "a blank row";
+  if (row.skipReason == DataRowSkipReason::kBlank) return "an empty row";
   if (row.skipReason == DataRowSkipReason::kNoGroupingID) {
     return "skipped, because its grouping ID is empty";
   }
@@ -78,8 +79,9 @@ std::string Verdict(std::span<const std::string> reasons) {
   return text;
 }
 
-/// Returns why a change belongs to its item if its grouping ID does not say so, as a clause after
-/// the name of the item.
+/// If the grouping ID of a change is not the key of its item, returns a clause that states why the
+/// change belongs to the item. Otherwise, returns an empty string. The clause follows the name of
+/// the item.
 std::string BelongingReason(const FeatureListItem& item,
                             const ornwhatsnew::FeatureListDetail& change) {
   const std::string placement = PlacementReason(change);
@@ -90,9 +92,10 @@ std::string BelongingReason(const FeatureListItem& item,
   return isByStoryID ? ", because its story ID is that key" : "";
 }
 
-/// Returns what to do about a key that no item has.
+/// Returns advice for the user about a key that no item has.
 std::string KeyRemedy(std::string_view key, std::span<const ExplainedItem> items) {
-  // Features with the same epic key are one item, which has only one of their internal keys.
+  // Search the feature table instead of the items. If several features have the same epic key, they
+  // share one item, which has only one of their internal keys.
   const ornappsupport::feature::BetaFeatureMap& features =
       ornappsupport::feature::GetConstBetaFeatureMap();
   const auto feature = features.find(key);
@@ -121,27 +124,23 @@ WhyReport::WhyReport(const ornwhatsnew::FeatureListData& list, std::string fileN
   for (ornwhatsnew::ItemVisibility& visibility : list.ExplainVisibility(options)) {
     items_.push_back({std::move(visibility), {}});
   }
-  FindLines();
+  ReadDataFile();
 }
 
 // A list does not store lines. It adds the changes of a file to their items in file order, so the
 // n-th row that belongs to an item is the n-th change of this item.
-void WhyReport::FindLines() {
-  std::unordered_map<const FeatureListItem*, ExplainedItem*> items;
-  for (ExplainedItem& item : items_) items[item.visibility.item] = &item;
-  ornwhatsnew::ChangeMaker maker;
-  ornwhatsnew::DataFileReader reader(text_);
-  while (const DataRow* row = reader.Next()) {
-    if (row->kind == DataRowKind::kHeader) {
-      const std::string loss = LossByHeader(*row, list_.GetFeatureItems());
-      if (!loss.empty()) lostRow_ = PlaceOf(row->lineNumber) + loss + "\n";
-    }
-    if (row->kind != DataRowKind::kChange) continue;
-    const ornwhatsnew::ChangePlacement placement = ornwhatsnew::PlaceChange(
-        list_.GetFeatureItems(), row->Value(DataColumn::kGroupingID),
-        row->Value(DataColumn::kStoryID), maker.Make(*row)->DetailInternalOverrideUnreviewed());
-    items.at(placement.item)->lines.push_back(row->lineNumber);
+void WhyReport::ReadDataFile() {
+  const LintedFile file(fileName_, std::string(text_));
+  const auto changes = file.ChangesByKey();
+  for (ExplainedItem& item : items_) {
+    const auto rows = changes.find(item.visibility.item->FeatureJiraIDKey());
+    if (rows == changes.end()) continue;
+    for (const LintRow* const row : rows->second) item.lines.push_back(row->data.lineNumber);
   }
+  if (file.HeaderIndex() == file.Rows().size()) return;
+  const DataRow& header = file.Rows()[file.HeaderIndex()].data;
+  const std::string loss = LossByHeader(header, file.Items());
+  if (!loss.empty()) lostRow_ = PlaceOf(header.lineNumber) + loss + "\n";
 }
 
 std::string WhyReport::ExplainAll() const {
@@ -163,7 +162,7 @@ std::string WhyReport::ExplainAll() const {
       " of " + std::to_string(changes) + " changes\n" + lostRow_;
   const std::size_t skipped = list_.GetDataFileSummary().skippedRows;
   if (skipped == 0) return text;
-  return text + "skipped: " + Counted(skipped, "row") + "; 'ornwhatsnew lint' says which and why\n";
+  return text + "skipped: " + Counted(skipped, "row") + "; run 'ornwhatsnew lint' for details\n";
 }
 
 std::string WhyReport::ExplainLine(std::size_t line) const {
@@ -189,8 +188,8 @@ std::string WhyReport::ExplainChange(const ExplainedItem& item, std::size_t inde
 }
 
 std::string WhyReport::ExplainOtherRow(std::size_t line) const {
-  // For the reader, a newline at the end of the file begins a blank row. For an author, it does
-  // not.
+  // If the file ends with a newline, `DataFileReader` returns a blank row after this newline.
+  // Authors do not count this row as a line.
   const bool isLastOpen = !text_.empty() && !text_.ends_with('\n');
   const std::size_t lines =
       static_cast<std::size_t>(std::ranges::count(text_, '\n')) + (isLastOpen ? 1 : 0);

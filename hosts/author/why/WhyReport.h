@@ -18,7 +18,7 @@ namespace hosts::author {
 /// The visibility of all features and changes of a data file in a display.
 ///
 /// Each `Explain` function returns lines of text for a terminal. It escapes invisible characters of
-/// the data. It throws `InputError` if the file does not contain what it should explain.
+/// the data. It throws `InputError` if the file does not contain the given line or key.
 class WhyReport {
  public:
   /// Queries the host. `list` contains exactly the changes of the data file `text`. Both must
@@ -28,11 +28,11 @@ class WhyReport {
             const ornwhatsnew::DisplayOptions& options, std::vector<std::string> userVersions);
 
   /// Returns a table of all features and changes in display order, with totals. Omits sections
-  /// without changes. Says so if the first row is lost, because there is no header row.
+  /// without changes. Adds a line if the first row is lost because there is no header row.
   std::string ExplainAll() const;
 
   /// Returns whether the change on a line is shown, and each reason why it is not. If the line
-  /// contains no change, returns what the line is.
+  /// contains no change, describes the line.
   std::string ExplainLine(std::size_t line) const;
 
   /// Returns whether the feature or section with a key is shown, each reason why it is not, and a
@@ -40,7 +40,8 @@ class WhyReport {
   std::string ExplainKey(const std::string& key) const;
 
  private:
-  void FindLines();
+  /// Sets the lines of the items, and `lostRow_`.
+  void ReadDataFile();
   std::string ExplainChange(const ExplainedItem& item, std::size_t index) const;
   std::string ExplainOtherRow(std::size_t line) const;
   std::string PlaceOf(std::size_t line) const;

@@ -28,7 +28,8 @@ std::size_t Columns(std::string_view text) {
   return orncore::string::DisplayWidth(orncore::string::UTF8to16(text));
 }
 
-/// Returns the start of `text` that fits into `columns` columns, on one line.
+/// Returns `text` on one line, with escapes for invisible characters. If the result does not fit
+/// into `columns` columns, returns its start and "...".
 std::string Shortened(std::string_view text, std::size_t columns) {
   constexpr std::string_view kEllipsis = "...";
   constexpr std::size_t kBytesPerColumn = 4;  // of most characters outside of ASCII
@@ -42,12 +43,6 @@ std::string Shortened(std::string_view text, std::size_t columns) {
   return std::string(shown) += kEllipsis;
 }
 
-std::string Joined(std::span<const std::string> reasons) {
-  std::string text;
-  for (const std::string& reason : reasons) text += (text.empty() ? "" : "; also ") + reason;
-  return text;
-}
-
 /// Returns the width of the column with the keys.
 std::size_t KeyColumns(std::span<const ExplainedItem* const> items) {
   std::size_t columns = kMinimumKeyColumns;
@@ -58,31 +53,35 @@ std::size_t KeyColumns(std::span<const ExplainedItem* const> items) {
   return columns;
 }
 
-constexpr std::string_view Word(bool isShown) {
-  return isShown ? "shown" : "hidden";
-}
-
 class Table {
  public:
   explicit Table(std::size_t keyColumns) : keyColumns_(keyColumns) {
-    AddRow("LINE", "STATUS", "FEATURE", "TEXT", "REASON");
+    AddLine("LINE", "STATUS", "FEATURE", "TEXT", "REASON");
   }
 
-  void AddRow(std::string_view line, std::string_view visibility, std::string_view key,
-              std::string_view text, std::string_view reasons) {
-    AddPadding(line, kLineColumns);
-    text_ += line;
-    AddCell(visibility, kVisibilityColumns);
-    AddCell(Shortened(key, keyColumns_), keyColumns_);
-    AddCell(Shortened(text, kTextColumns), kTextColumns);
-    AddCell(reasons, 0);
-    text_.erase(text_.find_last_not_of(' ') + 1);
-    text_ += '\n';
+  /// Adds a row that has a line for each reason.
+  void AddRow(std::string_view line, std::string_view key, std::string_view text,
+              std::span<const std::string> reasons) {
+    if (reasons.empty()) return AddLine(line, "shown", key, text, "");
+    AddLine(line, "hidden", key, text, reasons.front());
+    for (const std::string& reason : reasons.subspan(1)) AddLine("", "", "", "", reason);
   }
 
   std::string TakeText() { return std::move(text_); }
 
  private:
+  void AddLine(std::string_view line, std::string_view visibility, std::string_view key,
+               std::string_view text, std::string_view reason) {
+    AddPadding(line, kLineColumns);
+    text_ += line;
+    AddCell(visibility, kVisibilityColumns);
+    AddCell(Shortened(key, keyColumns_), keyColumns_);
+    AddCell(Shortened(text, kTextColumns), kTextColumns);
+    AddCell(reason, 0);
+    text_.erase(text_.find_last_not_of(' ') + 1);
+    text_ += '\n';
+  }
+
   void AddCell(std::string_view cell, std::size_t columns) {
     text_ += kColumnGap;
     text_ += cell;
@@ -104,12 +103,11 @@ std::string DisplayText(const ornwhatsnew::FeatureListData& list, const std::str
 
 void AddItem(const ornwhatsnew::FeatureListData& list, const ExplainedItem& item, Table& table) {
   const ornwhatsnew::FeatureListItem& data = *item.visibility.item;
-  const std::vector<std::string> reasons = ItemReasons(item);
-  table.AddRow("", Word(reasons.empty()), data.FeatureJiraIDKey(),
-               DisplayText(list, data.GetFeatureName()), Joined(reasons));
+  table.AddRow("", data.FeatureJiraIDKey(), DisplayText(list, data.GetFeatureName()),
+               ItemReasons(item));
 }
 
-/// Returns the reason for a change of a hidden item.
+/// Returns a clause that states that `change` is hidden together with `item`.
 std::string HiddenWithItem(const ExplainedItem& item, const FeatureListDetail& change) {
   const std::string placement = PlacementReason(change);
   return (placement.empty() ? "" : placement + ", so it is ") + "hidden with its " + Noun(item);
@@ -122,9 +120,8 @@ void AddChanges(const ornwhatsnew::FeatureListData& list, std::span<const std::s
     const FeatureListDetail& change = *item.visibility.changes[i].change;
     std::vector<std::string> reasons = ChangeReasons(item, i, userVersions);
     if (isHidden) reasons.insert(reasons.begin(), HiddenWithItem(item, change));
-    table.AddRow(std::to_string(item.lines[i]), Word(reasons.empty()),
-                 item.visibility.item->FeatureJiraIDKey(),
-                 DisplayText(list, change.GetDescription()), Joined(reasons));
+    table.AddRow(std::to_string(item.lines[i]), item.visibility.item->FeatureJiraIDKey(),
+                 DisplayText(list, change.GetDescription()), reasons);
   }
 }
 

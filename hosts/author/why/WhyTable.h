@@ -12,13 +12,15 @@
 namespace hosts::author {
 
 /// Returns a table with a row for each of `items` and each of their changes: line, visibility, key,
-/// text and reasons. `list` owns the items. `userVersions` is described at `ChangeReasons`. Escapes
-/// invisible characters of the data, and shortens keys and texts.
+/// text and reasons. Each reason after the first one has a line of its own. `list` owns the items.
+/// `userVersions` is described at `ChangeReasons`. Escapes invisible characters of the data, and
+/// shortens keys and texts.
 std::string WhyTable(const ornwhatsnew::FeatureListData& list,
                      std::span<const std::string> userVersions,
                      std::span<const ExplainedItem* const> items);
 
-/// Returns such a table with a row for each change of `item`, but not for the item.
+/// Returns a table with the same columns as `WhyTable`. It has a row for each change of `item`, and
+/// no row for `item` itself.
 std::string ChangeTable(const ornwhatsnew::FeatureListData& list,
                         std::span<const std::string> userVersions, const ExplainedItem& item);
 

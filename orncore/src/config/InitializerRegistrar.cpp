@@ -55,10 +55,10 @@ void CallShutdown(const InitializerRegistration& registration) {
   });
 }
 
-// The functions run without the lock, because they may register functions, start contexts and load
-// libraries. A thread that registers from a static constructor already holds the lock of the
-// dynamic loader. If another thread loaded a library under our lock, the two threads could
-// deadlock.
+// The registered functions run without the lock of the registry, because they may register
+// functions, start contexts and load libraries. A thread that registers from a static constructor
+// already holds the lock of the dynamic loader. If another thread loaded a library while it held
+// the lock of the registry, the two threads could deadlock.
 class Registry {
  public:
   static Registry& Instance() {

@@ -96,7 +96,7 @@ std::size_t RegularFile::Read(std::span<std::byte> buffer) {
 std::vector<std::byte> RegularFile::ReadToEnd(std::size_t maxBytes, const std::stop_token& stop) {
   if (size_ > maxBytes) ThrowFileError(EFBIG, path_);
   std::vector<std::byte> bytes;
-  // Reserve room for one more read, so that the read that finds the end of the file does not
+  // Reserve space for one more read, so that the read that finds the end of the file does not
   // reallocate.
   bytes.reserve(static_cast<std::size_t>(size_) + kSmallestRead);
   for (;;) {

@@ -37,8 +37,8 @@ UChar32 NextCodePoint(std::u16string_view text, std::size_t& position) noexcept 
   return codePoint;
 }
 
-// Writes `text` as UTF-16 to `to`, which needs room for one unit per byte. Returns the number of
-// units written.
+// Writes `text` as UTF-16 to `to`, which must have space for one unit per byte of `text`. Returns
+// the number of units written.
 std::size_t Decode(std::string_view text, char16_t* to) noexcept {
   std::size_t written = 0;
   for (std::size_t position = 0; position < text.size();) {
@@ -55,7 +55,7 @@ std::size_t Decode(std::string_view text, char16_t* to) noexcept {
   return written;
 }
 
-// Writes `text` as UTF-8 to `to`, which needs room for `UTF8Length(text)` bytes.
+// Writes `text` as UTF-8 to `to`, which must have space for `UTF8Length(text)` bytes.
 void Encode(std::u16string_view text, char* to) noexcept {
   std::size_t position = AsciiPrefixLength(text);
   std::size_t written = position;

@@ -33,8 +33,9 @@ std::string_view WithoutPort(std::string_view authority) {
   return host;
 }
 
-// Checks the characters of a name or an address, but not its syntax. These characters ensure that
-// every view finds the same host in the link.
+// Returns whether `host` contains only characters that a host name or an IP address may contain.
+// Does not check its syntax. Rejects all other characters, because views could disagree about where
+// the host ends.
 bool IsHost(std::string_view host) {
   const bool isAddress = host.starts_with('[') && host.ends_with(']');
   if (isAddress) host = host.substr(1, host.size() - 2);

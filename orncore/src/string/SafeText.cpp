@@ -48,7 +48,8 @@ bool IsJoining(UChar32 character) {
   return u_getIntPropertyValue(character, UCHAR_JOINING_TYPE) != U_JT_NON_JOINING;
 }
 
-// Marks and tags are transparent. Their form does not depend on a joiner before them.
+// Returns whether the joining type of `character` is transparent, as for marks and tags. The form
+// of such a character does not depend on a joiner before it.
 bool IsTransparent(UChar32 character) {
   return u_getIntPropertyValue(character, UCHAR_JOINING_TYPE) == U_JT_TRANSPARENT;
 }
@@ -111,12 +112,13 @@ UChar32 Substitute(UChar32 character, UChar32 before, UChar32 after) {
   return IsInvisible(character) ? 0 : character;
 }
 
-// Direction marks such as U+200E return false, because they affect only the text next to them.
+// Returns false for direction marks such as U+200E, because they affect only the text next to them.
 constexpr bool ChangesDirection(char16_t unit) {
   return (unit >= 0x202A && unit <= 0x202E) || (unit >= 0x2066 && unit <= 0x2069);
 }
 
-// Appends what a document contains instead of `unit`, which is no surrogate.
+// Appends `unit` or its replacement to `document`, or nothing if a document must not contain
+// `unit`. `unit` must not be a surrogate.
 void AppendToDocument(char16_t unit, UTF16String& document) {
   if (unit == kByteOrderMark || ChangesDirection(unit)) return;
   if (unit == u'\t') {

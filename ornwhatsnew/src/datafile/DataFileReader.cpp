@@ -77,7 +77,7 @@ void DataFileReader::Classify() {
   if (row_.skipReason != DataRowSkipReason::kNone) {
     row_.kind = DataRowKind::kSkipped;
   } else if (!headerRead_) {
-    // Compatibility: the first row is the header, regardless of its content
+    // Compatibility: the first row that is not skipped is the header, regardless of its content
     // (docs/compatibility.md).
     row_.kind = DataRowKind::kHeader;
     headerRead_ = true;

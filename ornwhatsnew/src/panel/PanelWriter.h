@@ -49,7 +49,7 @@ class PanelWriter {
   virtual void AppendBullet(std::u16string_view bullet) = 0;
   /// Appends the description of a change.
   virtual void AppendChangeText(std::u16string_view text) = 0;
-  /// Appends the description of a change, which is UTF-8.
+  /// Appends `text`, the description of a change in UTF-8.
   virtual void AppendChangeTextUTF8(std::string_view text) = 0;
   /// Appends an unlock label.
   virtual void AppendUnlockLabel(std::u16string_view label) = 0;

@@ -49,7 +49,8 @@ class StyledTextWriter final : public PanelWriter {
   UTF16String TakeText() { return std::move(text_); }
 
  private:
-  /// Records a run of the part of `text_` from the index `begin`, and updates `bytes_`.
+  /// Records a run for the string that was appended at the index `begin` of `text_`, and updates
+  /// `bytes_`.
   void RecordAppended(std::size_t begin, StyleID style, UTF16String runString,
                       RunAdjustment adjustment);
 

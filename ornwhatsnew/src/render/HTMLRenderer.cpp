@@ -109,7 +109,7 @@ class HTMLRenderer {
   }
 
  private:
-  /// Opens and closes items and lists, so that `paragraph` can be written.
+  /// Opens and closes the elements of items and lists, so that `paragraph` can be written.
   void OpenOrCloseElements(const LayoutParagraph& paragraph) {
     const ParagraphKind kind = paragraph.kind;
     if (kind != ParagraphKind::kChange) CloseList();

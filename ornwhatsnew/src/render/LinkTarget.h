@@ -1,4 +1,4 @@
-// Formats link targets as text, for links that a terminal cannot open.
+// Formats the targets of links as text, for links that are not clickable.
 #ifndef ORNWHATSNEW_SRC_RENDER_LINKTARGET_H_
 #define ORNWHATSNEW_SRC_RENDER_LINKTARGET_H_
 

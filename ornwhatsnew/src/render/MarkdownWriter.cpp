@@ -30,7 +30,7 @@ std::size_t LongestRun(std::u16string_view text, char16_t searched) {
   return longest;
 }
 
-/// Returns the target of a link between parentheses. It contains no spaces.
+/// Escapes `target` for the parentheses of a CommonMark link. `target` must not contain spaces.
 UTF16String EscapeTarget(std::u16string_view target) {
   // This is 0 if there is no semicolon, because `npos` + 1 is 0.
   const std::size_t afterSemicolons = target.rfind(u';') + 1;
@@ -90,7 +90,7 @@ void MarkdownWriter::AppendCode(std::u16string_view text) {
   }
   WritePending();
   const UTF16String fence(LongestRun(code, u'`') + 1, u'`');
-  // CommonMark removes one space at both ends.
+  // If a code span begins and ends with a space, CommonMark removes both spaces.
   const bool isPadded = code.starts_with(u'`') || code.ends_with(u'`') ||
                         (code.starts_with(u' ') && code.ends_with(u' '));
   const std::u16string_view padding = isPadded ? u" " : u"";
@@ -132,19 +132,20 @@ std::u16string_view MarkdownWriter::CurrentLine() const {
   return std::u16string_view(output_).substr(lineBegin_);
 }
 
-// Escapes few characters, so that the text is readable without a renderer. Some of the characters
-// have a meaning only in GitHub Flavored Markdown: `|`, `~`, and the start of a URL.
+// Returns true for as few characters as possible, so that the text is readable without a renderer.
+// Some of the escaped characters have a meaning only in GitHub Flavored Markdown: `|`, `~`, and the
+// start of a URL.
 bool MarkdownWriter::IsEscaped(char16_t unit) const {
   constexpr std::u16string_view kAlwaysEscaped = u"\\`*_[]<>&#|~";
   constexpr std::u16string_view kEscapedAtLineStart = u"+-=:";
   if (kAlwaysEscaped.find(unit) != std::u16string_view::npos) return true;
   const std::u16string_view line = CurrentLine();
   if (line.empty()) return kEscapedAtLineStart.find(unit) != std::u16string_view::npos;
-  // Look at the output, because the "://" of a URL can be in several spans.
+  // Check the end of the output, because the "://" of a URL can be split between spans.
   if (unit == u'/') return line.ends_with(u":/");
   if (unit == u'.' && line.ends_with(u"www")) return true;
-  // A number of at most nine digits with a period or a parenthesis would begin an ordered list.
-  // Searching a longer line for each period would take quadratic time.
+  // At the start of a line, a number of at most nine digits with a period or a parenthesis would
+  // begin an ordered list. Searching a longer line for each period would take quadratic time.
   return (unit == u'.' || unit == u')') && line.size() <= 9 && std::ranges::all_of(line, IsDigit);
 }
 

@@ -35,8 +35,8 @@ class MarkdownWriter {
   /// Ends the block.
   void EndBlock();
 
-  /// Appends text. A line end (`SafeForDocument`) becomes a hard line break, or a space in a block
-  /// without line breaks. Omits white space at both ends of each line.
+  /// Appends the result of `SafeForDocument(text)`. Each line separator in it becomes a hard line
+  /// break, or a space in a block without line breaks. Omits white space at both ends of each line.
   void AppendText(std::u16string_view text);
   /// Appends `text` as a link. REQUIRES: `IsSafeLink(target)`.
   void AppendLink(std::u16string_view text, std::u16string_view target);
@@ -49,7 +49,7 @@ class MarkdownWriter {
 
  private:
   void AppendUnit(char16_t unit);
-  /// Writes the prefix of the block, line breaks and spaces that are due before the next character.
+  /// Writes the prefix of the block, if it is missing, and the pending line breaks and spaces.
   void WritePending();
   bool IsEscaped(char16_t unit) const;
   std::u16string_view CurrentLine() const;

@@ -1,4 +1,4 @@
-// Provides the texts of a layout to the renderers.
+// Finds texts and rating requests in a layout, for all renderers.
 #ifndef ORNWHATSNEW_SRC_RENDER_RENDEREDTEXT_H_
 #define ORNWHATSNEW_SRC_RENDER_RENDEREDTEXT_H_
 
@@ -13,8 +13,8 @@ inline constexpr char16_t kLineSeparator = 0x2028;
 /// Returns the text of `span` as a view into the text of `layout`.
 std::u16string_view SpanText(const PanelLayout& layout, const LayoutSpan& span);
 
-/// Returns whether the panel has a header. Titles are one heading level below the header. Without a
-/// header, they have its level, so that a page skips no level.
+/// Returns whether the panel has a header. Titles are one heading level below the header. If the
+/// panel has no header, titles have the level of the header, so that a page skips no level.
 bool HasHeader(const PanelLayout& layout);
 
 /// Returns the rating request of `paragraph`, or null if the paragraph has none.
@@ -24,8 +24,8 @@ const RatingRequest* FindRatingRequest(const PanelLayout& layout, const LayoutPa
 std::u16string_view RatingQuestion(const RatingRequest& request);
 
 /// Returns what to print after `text`, the text of `span`: a space and the target of its link in
-/// angle brackets. The result is empty if `isClickable` is true, if the span has no link or has a
-/// style other than `kStyleHotSpot`, or if its text is the target.
+/// angle brackets. The result is empty if `isClickable` is true or if the text is the target. It is
+/// also empty if the span has no link or has a style other than `kStyleHotSpot`.
 UTF16String PrintedTarget(const LayoutSpan& span, std::u16string_view text, bool isClickable);
 
 }  // namespace ornwhatsnew

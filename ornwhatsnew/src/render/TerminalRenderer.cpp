@@ -57,7 +57,7 @@ std::size_t IndentWidth(std::size_t width) {
 }
 
 /// Returns whether the span is the gap between the text of a paragraph and a label or a link after
-/// it. In a layout, the tab of a template is an unstyled space.
+/// it. In a layout, this gap is a space without a style.
 bool IsGap(const LayoutParagraph& paragraph, std::size_t span, std::u16string_view text) {
   if (text != u" " || paragraph.spans[span].style || span + 1 == paragraph.spans.size()) {
     return false;
@@ -149,7 +149,7 @@ class TerminalRenderer {
   void AddGap() { isGapDue_ = !output_.empty(); }
 
   /// Appends the bullet and the spaces up to the text. The text begins at the hanging indent,
-  /// unless the bullet is very long.
+  /// unless the hanging indent is limited to `kMaximumHangingIndent`.
   void AppendBullet(std::u16string_view bullet) {
     if (bullet.empty()) return;
     std::u16string text = orncore::string::SafeForTerminal(bullet);

@@ -44,8 +44,8 @@ class IdentitySet {
   unsigned shift_ = 0;
 };
 
-/// Returns the set of the identities, which can be in any order and contain duplicates. Takes
-/// linear time if they are in ascending order and without duplicates.
+/// Returns the set of `identities`, which can be in any order and contain duplicates. Takes linear
+/// time if they are in ascending order and without duplicates.
 IdentitySet MakeIdentitySet(std::vector<Guid> identities);
 
 /// Returns the identities that are in either set, in linear time.

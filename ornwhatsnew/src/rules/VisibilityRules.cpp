@@ -37,10 +37,10 @@ bool IsForInternalUsersOnly(const FeatureListItem& item) {
   return item.IsInternalSection() || item.IsItemInternalOverride();
 }
 
-// Each function template below checks some rules in their order, and calls `hides(rule)` for each
-// rule that hides the change or the item. It stops and returns true when a call returns true. A
-// display stops at the first rule, because it must not compute or query what it does not need. An
-// explanation continues.
+// Each of the following function templates checks some rules in a fixed order. The template calls
+// `hides(rule)` for each rule that hides the change or the item. It stops and returns true when a
+// call returns true. A display stops at the first rule, because it must not compute or query what
+// it does not need. An explanation continues.
 
 constexpr auto kStopAtFirstRule = [](HidingRule) { return true; };
 
@@ -122,7 +122,7 @@ bool AnySeenRuleHidesItem(const FeatureListItem& item, const VisibilityFilter& f
 }
 
 // Calls `isChangeShown(change, guid)` for each change with its seen identity, and sets `seenGuid`
-// to the seen identity of the item. Does both only until a call of `hides` returns true.
+// to the seen identity of the item. Stops and returns true when a call of `hides` returns true.
 template <class IsShown, class Hides>
 bool AnyRuleHidesItem(const FeatureListItem& item, const VisibilityFilter& filter, Guid& seenGuid,
                       IsShown isChangeShown, Hides hides) {
@@ -135,8 +135,8 @@ bool AnyRuleHidesItem(const FeatureListItem& item, const VisibilityFilter& filte
         hides(HidingRule::kHideBetaFeature)) {
       return true;
     }
-    // Compatibility: "UnhideBetaFeature" has this effect although it counts as malformed
-    // (docs/compatibility.md).
+    // Compatibility: "UnhideBetaFeature" shows a feature of visibility `kInternal`, although the
+    // keyword counts as malformed (docs/compatibility.md).
     if (change->DetailForcingItemToNormalVisibility()) isInternal = false;
     const Guid changeGuid = change->GetItemSeenGuid();
     MixChangeIntoItem(seenMixer, *change, changeGuid);

@@ -27,7 +27,7 @@ TEST(CellText, ReplacesQuotesAccordingToTheirNeighbours) {
       {R"(")", "”"},
       {R"(a " b)", "a ” b"},
       {"\"\xE2\x82\xAC\"", "“€”"},
-      // An Arabic digit is a digit, too.
+      // Arabic digits count as digits.
       {"\xD9\xA5\"", "٥″"},
   };
   for (const auto& testCase : cases) {

@@ -9,6 +9,7 @@
 #include <thread>
 
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
 
 #include "hosts/common/TextFile.h"
@@ -70,14 +71,16 @@ TEST_F(FileRewrite, RefusesWhatItMustNotReplace) {
 
 using FileRewriteDeathTest = FileRewrite;
 
-// The program is killed after it has created its temporary file.
+// The signal kills the program when it writes its temporary file.
 TEST_F(FileRewriteDeathTest, IgnoresTheTemporaryFileOfAKilledProgram) {
   folder_.Write("data.csv", "old");
-  const auto kill = [](std::string_view bytes) {
-    std::raise(SIGKILL);
-    return std::string(bytes);
+  const auto write = [this] {
+    constexpr rlimit kNothing = {0, 0};
+    ::setrlimit(RLIMIT_CORE, &kNothing);
+    ::setrlimit(RLIMIT_FSIZE, &kNothing);
+    WriteWholeFile(File(), "new");
   };
-  EXPECT_EXIT(ChangeWholeFile(File(), kill), testing::KilledBySignal(SIGKILL), "");
+  EXPECT_EXIT(write(), testing::KilledBySignal(SIGXFSZ), "");
   EXPECT_EQ(2U, CountFiles());
   WriteWholeFile(File(), "new");
   ReplaceWholeFile(File(), "new", "newer");
@@ -106,7 +109,8 @@ TEST_F(FileRewrite, CreatesNoFileToChange) {
   EXPECT_EQ(0U, CountFiles());
 }
 
-// Without a lock, a change would find that the file has been replaced.
+// If `WriteWholeFile` did not lock the file, `ChangeWholeFile` would fail, because another thread
+// would replace the file during the change.
 TEST_F(FileRewrite, WritersWaitForEachOther) {
   constexpr int kWrites = 15;
   folder_.Write("data.csv", "old");

@@ -126,13 +126,13 @@ TEST(SpreadsheetImport, ReportsAllErrors) {
   EXPECT_EQ(2U, result.errors.size()) << Lines(result.errors);
 }
 
-/// A random table, and the fields with which the library must read it.
+/// A random table, and the expected fields of each row after the import.
 struct RandomTable {
   std::string text;
   std::vector<DataFields> rows;
 };
 
-/// Returns the expected result of `ConvertText` for a string that `RandomCell` created.
+/// Returns the expected result of `ConvertText`. Supports only strings that `RandomCell` creates.
 std::string PlainConversion(std::string_view text) {
   std::string result;
   const auto endsWithAny = [&result](std::initializer_list<std::string_view> ends) {

@@ -10,7 +10,7 @@
 
 namespace hosts::common {
 
-/// The source texts and translations of a catalog, which must be sorted by their source text.
+/// The source texts and translations of a catalog, sorted by source text.
 using CatalogEntries = std::vector<std::pair<std::string, std::string>>;
 
 /// Returns the entry that contains the properties of a catalog.

@@ -55,7 +55,7 @@ TEST(GettextCatalog, AcceptsAKeyTwiceWithTheSameTranslation) {
 
 TEST(GettextCatalog, IgnoresTheHashTable) {
   std::string bytes = CatalogBytes({Properties(), {InContext("$$$/a", "One"), "Eins"}});
-  // A hash table of two slots would make the search divide by zero.
+  // A search in a hash table of two slots would divide by zero.
   bytes[20] = 2;
   EXPECT_THAT(ParseGettextCatalog(bytes), ElementsAre(Pair("$$$/a", "Eins")));
 }
@@ -84,7 +84,8 @@ TEST(GettextCatalog, RefusesEveryDamagedNumberAndEveryPrefix) {
   for (std::size_t size = 0; size < good.size(); ++size) {
     EXPECT_NE("", ErrorOf(good.substr(0, size))) << size;
   }
-  // The numbers are the count, the offsets of both tables, and the lengths and offsets in them.
+  // Each offset is the position of a number: the number of strings, the offset of a table, or the
+  // length or offset of a string.
   for (const std::size_t offset : {8U, 12U, 16U, 28U, 32U, 36U, 40U, 44U, 48U, 52U, 56U}) {
     std::string bad = good;
     bad[offset + 3] = '\x7F';

@@ -55,7 +55,7 @@ TEST(JsonReader, ReportsTheExpectedTypeAndTheValueFound) {
       {R"({"a":12})", "the number 12"},
       {R"({"a":1.5})", "the number 1.5"},
       {R"({"a":[]})", "an array of 0 elements"},
-      {R"({"a":[1]})", "an array of 1 element"},
+      {R"({"a":[1]})", "an array of one element"},
       {R"({"a":{"b":1,"c":2}})", "an object of 2 members"},
   };
   for (const auto& [json, found] : cases) {

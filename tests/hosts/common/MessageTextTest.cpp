@@ -12,7 +12,7 @@ TEST(MessageText, ALongTextLosesItsMiddle) {
   EXPECT_EQ(text, WithoutMiddle(text));
   EXPECT_EQ(std::string(100, 'a') + " ... " + std::string(100, 'b'),
             WithoutMiddle(std::string(100, 'a') + "c" + std::string(100, 'b')));
-  // Cuts at 100 bytes from both ends would split both characters.
+  // A cut 100 bytes from either end would split a character.
   EXPECT_EQ(std::string(99, 'a') + " ... " + std::string(99, 'b'),
             WithoutMiddle(std::string(99, 'a') + "\u00E9" + "\u00E9" + std::string(99, 'b')));
 }
@@ -20,6 +20,20 @@ TEST(MessageText, ALongTextLosesItsMiddle) {
 TEST(MessageText, ALongTextWithoutCharacterStartsLosesAtMostThreeMoreBytesAtEachCut) {
   const std::string kept(97, '\x80');
   EXPECT_EQ(kept + " ... " + kept, WithoutMiddle(std::string(300, '\x80')));
+}
+
+TEST(MessageText, AQuotedTextIsOneShortLineOfVisibleCharacters) {
+  EXPECT_EQ("''", Quoted(""));
+  EXPECT_EQ("'a\\u000ab\\u200b'", Quoted("a\nb\u200B"));
+  const std::string text(60, 'x');
+  EXPECT_EQ("'" + text + "'", Quoted(text));
+  EXPECT_EQ("'" + text + "...'", Quoted(text + "y"));
+}
+
+TEST(MessageText, ACountHasItsNounInTheSingularOrInThePlural) {
+  EXPECT_EQ("0 rows", Counted(0, "row"));
+  EXPECT_EQ("one row", Counted(1, "row"));
+  EXPECT_EQ("2 rows", Counted(2, "row"));
 }
 
 TEST(MessageText, HexDigitsAreTwoUpperCaseDigits) {

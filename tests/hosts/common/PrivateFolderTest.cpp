@@ -52,7 +52,8 @@ TEST_F(PrivateFolderTest, DoesNotFollowALinkThatReplacedAFolder) {
 }
 
 TEST_F(PrivateFolderTest, RefusesAParentOfAMissingFolder) {
-  // The system cannot open such a path. Without the "..", the path would be valid.
+  // The system cannot open a path in which ".." follows a missing folder or a file. Lexical
+  // normalization would make the path valid.
   folder_.Write("file", "");
   for (const char* path : {"missing/../state.json", "a/missing/../../state.json"}) {
     EXPECT_EQ(ENOENT, ErrorOf([&] { ResolveLinks(folder_.Path() / path); })) << path;

@@ -7,7 +7,7 @@
 namespace hosts::common {
 namespace {
 
-// The first three are examples of the standard FIPS 180-4.
+// The hashes of "abc" and of the string with 56 letters are published examples of SHA-256.
 TEST(Sha256, EqualsKnownHashes) {
   EXPECT_EQ(Sha256InBase64(""), "47DEQpj8HBSa+/TImW+5JCeuQeRkm5NMpJWZG3hSuFU=");
   EXPECT_EQ(Sha256InBase64("abc"), "ungWv48Bz+pBQUDeXa4iI7ADYaOWF3qctBD/YfIAFa0=");

@@ -1,8 +1,7 @@
-// Tests the store on a disk that fails. For each kind of write, the test makes the first system
-// call that changes a file fail. In the next run, it makes the second one fail, and so on, until
-// every call has failed once. After each failure, the store must contain every write that succeeded
-// and none that failed. The next write must succeed. Further tests check when a write syncs the
-// files.
+// Tests the store on a disk that fails. The test repeats each kind of write and makes another
+// system call fail each time, until every call that changes a file has failed. After each failure,
+// the store must contain every write that succeeded and none that failed. The next write must
+// succeed. Further tests check when a write syncs the files.
 #include <algorithm>
 #include <filesystem>
 #include <iostream>
@@ -240,7 +239,8 @@ TEST_F(StateStoreSync, ACommitSyncsTheFileBeforeTheRenameAndTheFolderAfterwards)
 }
 
 TEST_F(StateStoreSync, ACommitWithoutChangesSyncsTheFolder) {
-  // The program that wrote the value may have been killed between its rename and its last sync.
+  // The commit must sync the folder. The program that wrote the value may have been killed between
+  // its rename and its last sync.
   const std::filesystem::path file = folder_.Path() / "state.json";
   WriteValue(file, "1");
   const FailingDisk disk;

@@ -132,7 +132,7 @@ TEST_F(StateStoreFaultTest, RejectsATruncatedStore) {
 }
 
 TEST_F(StateStoreFaultTest, RejectsAnEmptyFile) {
-  // No write of the program leaves an empty file, so the file has another purpose.
+  // The program never leaves an empty store, so an empty file has another purpose.
   folder_.Write("state.json", "");
   ExpectRejected("': the file is empty; ",
                  "; delete it if you do not need it, or name another one with --state");

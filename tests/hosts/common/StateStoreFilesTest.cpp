@@ -1,6 +1,6 @@
-// Tests the store with other files next to it: links to the store, files of every kind with the
-// names of its lock file and its temporary file, forged files, and files that a power failure or a
-// killed program has left. Further tests check the modes of the files and folders.
+// Tests the store at paths with links, and next to files of every kind that have the names of its
+// auxiliary files. Tests forged stores, and temporary files that a power failure or a killed
+// program has left. Further tests check the modes and owners of the files and folders.
 #include <array>
 #include <chrono>
 #include <filesystem>
@@ -113,7 +113,8 @@ TEST_F(StateStoreLinks, ALinkToAnEmptyFileDoesNotOverwriteIt) {
 }
 
 TEST_F(StateStoreLinks, RejectsAParentOfAMissingFolder) {
-  // The system finds no file at this path, so a read of a store there would find nothing.
+  // The system cannot open a path in which ".." follows a missing folder, so no program could read
+  // a store at this path.
   const std::string file = folder_.Path() / "missing" / ".." / "state.json";
   EXPECT_EQ("cannot write the state store '" + file + "': cannot open '" + file +
                 "': No such file or directory; check the path and try again, or name a file "

@@ -1,5 +1,5 @@
-// Kills writer processes at random times. In each pass, a writer adds one element to the list of
-// identities and to the list of versions, and sets the last version, with one commit. After each
+// Kills writer processes at random times. Each pass of a writer is one commit. It adds one element
+// to the list of identities and to the list of versions, and sets the last version. After each
 // kill, the store must open. It must contain only complete passes, and every committed pass.
 //
 // The environment variable ORNWHATSNEW_TEST_KILLS sets the number of kills. `./dev kills` sets a
@@ -112,7 +112,8 @@ std::chrono::microseconds TimeToKill(std::mt19937& random) {
   return std::chrono::microseconds(random() % (isEarly ? 2'000 : 50'000));
 }
 
-/// A store whose writers are killed. Records the last pass of each writer in the store.
+/// A store whose writers are killed. Records which pass of each writer is the last one in the
+/// store.
 class KilledStore {
  public:
   explicit KilledStore(std::filesystem::path file) : file_(std::move(file)) {

@@ -229,6 +229,19 @@ TEST(Arguments, NameAnUnknownCommandOrOption) {
   EXPECT_EQ("unknown option '--frob'. Run 'ornwhatsnew --help' for usage.", ErrorOf({"--frob"}));
 }
 
+TEST(Arguments, ReportAWrongNumberOfValues) {
+  EXPECT_EQ("--line can be given only once. Run 'ornwhatsnew why --help' for usage.",
+            ErrorOf({"why", "d", "--host", "h", "--line", "1", "--line", "2"}));
+  EXPECT_EQ("--output can be given only once. Run 'ornwhatsnew import --help' for usage.",
+            ErrorOf({"import", "d", "-o", "a", "--output=b"}));
+  EXPECT_EQ("--host requires a value. Run 'ornwhatsnew why --help' for usage.",
+            ErrorOf({"why", "d", "--host"}));
+  EXPECT_EQ("--watch takes no value. Run 'ornwhatsnew preview --help' for usage.",
+            ErrorOf({"preview", "d", "--host", "h", "-o", "p", "--watch=3"}));
+  EXPECT_EQ("--only-new takes no value. Run 'ornwhatsnew why --help' for usage.",
+            ErrorOf({"why", "d", "--host", "h", "--only-new=x"}));
+}
+
 TEST(Arguments, ReportAMissingCommand) {
   EXPECT_EQ("no command given. Run 'ornwhatsnew --help' for usage.", ErrorOf({}));
   EXPECT_EQ("no command given. Run 'ornwhatsnew state --help' for usage.", ErrorOf({"state"}));
@@ -274,7 +287,7 @@ TEST(Arguments, NameAnInvalidLine) {
                   "' is not a number from 1 to 1000000000. Run 'ornwhatsnew why --help' for usage.",
               ErrorOf({"why", "d", "--host", "h", "--line", word.c_str()}));
   }
-  EXPECT_EQ("--key: --line excludes this option. Run 'ornwhatsnew why --help' for usage.",
+  EXPECT_EQ("--key: cannot be used with --line. Run 'ornwhatsnew why --help' for usage.",
             ErrorOf({"why", "d", "--host", "h", "--line", "1", "--key", "K"}));
 }
 
@@ -330,7 +343,8 @@ std::vector<std::string> SubcommandsIn(const std::string& help) {
   return names;
 }
 
-/// Returns the words of all commands, beginning with the program itself, which has none.
+/// Returns each command as the list of its words, such as {"state", "reset"}. The first list is
+/// empty and represents the program without a command.
 std::vector<std::vector<std::string>> AllCommands() {
   std::vector<std::vector<std::string>> commands = {{}};
   for (std::size_t i = 0; i < commands.size(); ++i) {

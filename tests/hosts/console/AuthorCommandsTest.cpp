@@ -8,6 +8,7 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 #include <unistd.h>
 
 #include "hosts/author/DataFileWriter.h"
@@ -43,6 +44,8 @@ TEST_F(AuthorCommands, ImportWritesADataFile) {
   EXPECT_EQ(expected, result.output);
   EXPECT_THAT(result.errors, HasSubstr("table.csv: read as Windows-1252, "));
   EXPECT_THAT(result.errors, HasSubstr("table.csv:2: in the column 'Public/Internal message'"));
+
+  EXPECT_EQ(expected, Run({"import", PathOf("table.csv"), "-o", "-"}).output);
 
   EXPECT_EQ("", Run({"import", PathOf("table.csv"), "-o", PathOf("data.csv")}).output);
   EXPECT_EQ(expected, ReadFile("data.csv"));
@@ -92,6 +95,14 @@ TEST_F(AuthorCommands, ImportDoesNotReplaceItsTable) {
   EXPECT_EQ(table, ReadFile("table.csv"));
 }
 
+TEST_F(AuthorCommands, ImportDoesNotCreateAConfigurationOfLint) {
+  folder_.Write("table.csv", "Grouping ID,Message\nMISC,new\n");
+  const auto result = Run({"import", PathOf("table.csv"), "-o", PathOf(".ornwhatsnew-lint.json")});
+  EXPECT_EQ(kUsage, result.exitStatus);
+  EXPECT_THAT(result.errors, HasSubstr("' would be the configuration of 'ornwhatsnew lint'; "));
+  EXPECT_FALSE(std::filesystem::exists(PathOf(".ornwhatsnew-lint.json")));
+}
+
 TEST_F(AuthorCommands, ImportRejectsAnUnknownEncoding) {
   folder_.Write("table.csv", "Grouping ID,Message\n");
   for (const std::string encoding : {"nonsense", ""}) {
@@ -113,6 +124,60 @@ TEST_F(AuthorCommands, MessagesContainThePathThatTheAuthorWrote) {
   EXPECT_EQ(
       "ornwhatsnew: cannot open the folder of 'missing/data.csv': No such file or directory\n",
       test_support::RunProgram(ProgramFile(), call).errors);
+}
+
+// The program writes a temporary file, whose name users do not know.
+TEST_F(AuthorCommands, MessagesNameTheFileOnAFullDisk) {
+  folder_.Write("table.csv", "Grouping ID,Message\nMISC,new\n");
+  folder_.Write("data.csv", author::HeaderRow() + "\n");
+  const std::string folder = folder_.Path();
+  for (const auto& words : std::vector<std::vector<std::string>>{
+           {"import", "table.csv", "-o", "data.csv"},
+           {"import", "table.csv", "-o", "new.csv"},
+           {"add", "data.csv", "--grouping-id", "MISC", "--message", "new"}}) {
+    auto call = Call(words);
+    call.beforeStart = [&folder] {
+      constexpr rlimit kNothing = {0, 0};
+      ::setrlimit(RLIMIT_FSIZE, &kNothing);
+      if (::chdir(folder.c_str()) != 0) ::_exit(126);
+    };
+    const auto result = test_support::RunProgram(ProgramFile(), call);
+    const std::string file = words[0] == "add" ? words[1] : words[3];
+    EXPECT_EQ(kOutput, result.exitStatus);
+    EXPECT_THAT(result.errors,
+                EndsWith("ornwhatsnew: cannot write '" + file + "': File too large\n"));
+  }
+}
+
+TEST_F(AuthorCommands, AFolderIsNoDataFile) {
+  std::filesystem::create_directory(PathOf("folder"));
+  const std::string folder = folder_.Path();
+  for (const std::string name : {".", "folder/", "folder"}) {
+    auto call = Call({"add", name, "--grouping-id", "MISC"});
+    call.beforeStart = [&folder] {
+      if (::chdir(folder.c_str()) != 0) ::_exit(126);
+    };
+    EXPECT_THAT(
+        test_support::RunProgram(ProgramFile(), call).errors,
+        ContainsRegex("^ornwhatsnew: cannot (open|write) '" + name + "'.*: Is a directory\n$"));
+  }
+}
+
+TEST_F(AuthorCommands, AnEmptyNameIsNoFile) {
+  const std::string message = "ornwhatsnew: cannot open '': No such file or directory\n";
+  const auto add = Run({"add", "", "--grouping-id", "MISC"});
+  EXPECT_EQ(kInput, add.exitStatus);
+  EXPECT_EQ(message, add.errors);
+  folder_.Write("table.csv", "Grouping ID,Message\nMISC,new\n");
+  EXPECT_THAT(Run({"import", PathOf("table.csv"), "-o", ""}).errors, EndsWith(message));
+}
+
+TEST_F(AuthorCommands, MessagesNameTheMaximumSizeOfAFile) {
+  folder_.Write("large.csv", std::string((std::size_t{16} << 20) + 1, 'x'));
+  for (const std::string command : {"import", "lint", "messages"}) {
+    EXPECT_EQ("ornwhatsnew: cannot open '" + PathOf("large.csv") + "': larger than 16 MiB\n",
+              Run({command, PathOf("large.csv")}).errors);
+  }
 }
 
 TEST_F(AuthorCommands, AddAppendsAChangeThatShowPrints) {

@@ -97,6 +97,21 @@ TEST_F(LintCommandTest, ChecksSeveralFiles) {
                                    HasSubstr("in one change of 2 files\n")));
 }
 
+TEST_F(LintCommandTest, ChecksAFileThatIsNamedTwiceOnce) {
+  EXPECT_THAT(Run({"lint", "{data}", "{data}"}).output, HasSubstr(" in one change of one file\n"));
+  ProgramCall call = Call({"lint", "-", "-"});
+  call.input = Content();
+  EXPECT_THAT(test_support::RunProgram(ProgramFile(), call).output,
+              AllOf(Not(HasSubstr("[file-empty]")), HasSubstr(" in one change of one file\n")));
+}
+
+TEST_F(LintCommandTest, StandardInputIsNotItsOwnBaseline) {
+  const ProgramResult result = Run({"lint", "-", "--baseline", "-"});
+  EXPECT_EQ(result.exitStatus, kFailed);
+  EXPECT_EQ(result.errors,
+            "ornwhatsnew: standard input cannot be both the data file and the baseline\n");
+}
+
 TEST_F(LintCommandTest, HostIsJudged) {
   const ProgramResult result = Run({"lint", "{data}", "{host}"});
   EXPECT_THAT(result.output,

@@ -49,7 +49,8 @@ class PreviewCommand : public ProgramTest {
                      {common::Properties(), {common::InContext("$$$/News", "News"), text}}));
   }
 
-  /// Writes a host description that names the catalog, and data with the text of `$$$/News`.
+  /// Writes a host description with the catalog de.mo, and a data file with the key text
+  /// `$$$/News=News`.
   void UseCatalog() const {
     folder_.Write("host.json", R"({"clientVersion": "25.1", "dictionaryFiles": ["de.mo"]})");
     WriteData("25.1,MISC,,,,,,,,$$$/News=News\n");
@@ -66,8 +67,8 @@ class PreviewCommand : public ProgramTest {
     return names;
   }
 
-  /// Starts the program with `--watch`, and with `interrupt` as its reaction to SIGINT. It writes
-  /// its messages to the error file.
+  /// Starts the program with `--watch`. `interrupt` is its handler for SIGINT. Redirects its
+  /// standard error to the file `ErrorFile()`.
   std::unique_ptr<ChildProcess> StartWatching(sighandler_t interrupt = SIG_DFL) const {
     std::vector<std::string> words = Words();
     words.emplace_back("--watch");
@@ -80,7 +81,7 @@ class PreviewCommand : public ProgramTest {
     return std::make_unique<ChildProcess>(ProgramFile(), call);
   }
 
-  /// Waits until the file contains `text`. Fails the test if this does not happen within a minute.
+  /// Waits until `file` contains `text`. Fails the test if this does not happen within a minute.
   static void WaitUntilFileContains(const std::string& file, const std::string& text) {
     const auto end = std::chrono::steady_clock::now() + std::chrono::minutes(1);
     std::string content;
@@ -110,8 +111,9 @@ TEST_F(PreviewCommand, ShowsAUserOfAnEarlierFile) {
   std::vector<std::string> words = Words();
   words.insert(words.end(), {"--seen", old});
   OutputOf(words);
-  EXPECT_THAT(Page(), HasSubstr("who saw old.csv in version 25.0.0.42 and now starts version "
-                                "25.1.0.42."));
+  EXPECT_THAT(Page(),
+              HasSubstr("who has seen the changes in old.csv with version 25.0.0.42 and now "
+                        "starts version 25.1.0.42."));
 }
 
 TEST_F(PreviewCommand, FailureKeepsThePage) {
@@ -154,6 +156,17 @@ TEST_F(PreviewCommand, DoesNotReplaceFilesThatItsInputRefersTo) {
   }
 }
 
+// `lint` and the next preview could not read it.
+TEST_F(PreviewCommand, DoesNotCreateAConfigurationOfLint) {
+  const std::string file = folder_.Path() / ".ornwhatsnew-lint.json";
+  const ProgramResult result = Run({"preview", "{data}", "{host}", "-o", file});
+  EXPECT_EQ(result.exitStatus, kUsage);
+  EXPECT_EQ(result.errors, "ornwhatsnew: the output '" + file +
+                               "' would be the configuration of 'ornwhatsnew lint'; write it to "
+                               "another file\n");
+  EXPECT_FALSE(std::filesystem::exists(file));
+}
+
 TEST_F(PreviewCommand, WatchNoticesChangesOfTheDictionary) {
   UseCatalog();
   WriteCatalog("Neuigkeit");
@@ -192,7 +205,8 @@ TEST_F(PreviewCommand, WatchWritesThePageAgainAfterEachChange) {
   EXPECT_THAT(FileNames(), Each(Not(EndsWith(".tmp"))));
 }
 
-// A shell starts a script's background programs with SIGINT ignored, and nohup(1) with SIGHUP.
+// Shells start the background programs of a script with SIGINT ignored. The program must not handle
+// an ignored signal.
 TEST_F(PreviewCommand, WatchGoesOnAfterAnIgnoredSignal) {
   const auto program = StartWatching(SIG_IGN);
   WaitUntilFileContains(ErrorFile(), "waiting for changes");

@@ -69,8 +69,8 @@ class ProgramFaultTest : public ProgramTest {
     return result.errors;
   }
 
-  /// Expects that every command that reads a data file rejects `file` with a message that contains
-  /// `what`.
+  /// Expects that `show`, `status`, `why`, `rate` and `preview` reject the data file `file` with a
+  /// message that contains `what`. Expects that they store no state.
   void ExpectUnreadableData(const std::string& file, const std::string& what) const {
     ExpectError(3, {"show", file, "{host}"}, file, what);
     ExpectError(3, {"status", file, "{host}"}, file, what);
@@ -80,8 +80,8 @@ class ProgramFaultTest : public ProgramTest {
     EXPECT_FALSE(std::filesystem::exists(folder_.Path() / "state"));
   }
 
-  /// Expects that every command that reads a host description rejects `file` with a message that
-  /// contains `what`.
+  /// Expects that `show`, `status`, `why`, `rate`, `preview` and `console` reject the host
+  /// description `file` with a message that contains `what`.
   void ExpectUnusableHost(const std::string& file, const std::string& what) const {
     ExpectError(3, {"show", "{data}", "--host", file}, file, what);
     ExpectError(3, {"status", "{data}", "--host", file}, file, what);

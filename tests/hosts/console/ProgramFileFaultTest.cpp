@@ -1,5 +1,5 @@
-// Runs every command of the program, and the console command ValidateWhatsNew, with unusual files.
-// The files are not regular, are not readable, have unusual names, or change during the run.
+// Runs commands of the program, among them the console command ValidateWhatsNew, with unusual
+// files. The files are not regular, are not readable, have unusual names, or change during the run.
 #include <algorithm>
 #include <atomic>
 #include <cerrno>
@@ -37,8 +37,8 @@ constexpr uid_t kNobody = 65534;
 
 class ProgramFileFaultTest : public ProgramTest {
  protected:
-  /// Each of the next three functions returns every command that reads one kind of file: a data
-  /// file, a host description or a state store. The commands use `file` as this file.
+  /// Returns command lines with `file` as the data file. The next two functions return command
+  /// lines with `file` as the host description and as the state store.
   static std::vector<std::vector<std::string>> CommandsWithData(const std::string& file) {
     return {{"show", file, "{host}"},
             {"status", file, "{host}"},
@@ -182,7 +182,8 @@ TEST_F(ProgramFileFaultTest, RejectsAStateFolderWithoutPermission) {
   ExpectRejected({{"show", "{data}", "{host}", "--state", file},
                   {"rate", "EPIC-7", "{data}", "{host}", "--state", file}},
                  4, file, true);
-  // The other commands succeed, because they write nothing and a missing store is not an error.
+  // `state show`, `state reset` and `status` succeed, because they write nothing and a missing
+  // store is not an error.
   for (const std::vector<std::string>& words :
        {std::vector<std::string>{"state", "show", "--state", file},
         {"state", "reset", "--state", file},

@@ -30,8 +30,8 @@ class NamesTest : public ProgramTest {
 
   std::string Path(const std::string& name) const { return folder_.Path() / name; }
 
-  /// Returns the arguments of `command` with these files, and with a state store whose name is not
-  /// valid UTF-8.
+  /// Returns the arguments of `command`, with the data file, the host description and a state
+  /// store. None of the three file names is valid UTF-8.
   std::vector<std::string> WordsFor(const std::string& command) const {
     return {command,   Path("data\xFF'.csv"),     "--host", Path("host\xC3\x1B.json"),
             "--state", Path("state\xE2\x80.json")};

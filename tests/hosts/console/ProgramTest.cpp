@@ -501,7 +501,7 @@ TEST_F(HelpTest, ListsCommandsAndExitStatus) {
 }
 
 TEST_F(HelpTest, DoesNotOfferValidateWhatsNewAsACheck) {
-  // The command succeeds whether or not the application could read the file.
+  // ValidateWhatsNew succeeds even if the application cannot read the file.
   const std::string utf16 = folder_.Write("utf16.csv", std::string("\xFF\xFE"
                                                                    "A\0\n\0",
                                                                    6));

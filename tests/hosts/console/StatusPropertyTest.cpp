@@ -16,7 +16,8 @@ using nlohmann::json;
 using test_support::RandomSource;
 using Words = std::vector<std::string>;
 
-// Returns the number of random hosts to try. `./dev robustness` sets the environment variable.
+// Returns the number of random hosts. `./dev robustness` sets ORNWHATSNEW_TEST_WORLDS to a higher
+// number.
 int WorldCount() {
   const char* const count = std::getenv("ORNWHATSNEW_TEST_WORLDS");
   return count == nullptr ? 50 : std::stoi(count);
@@ -65,8 +66,8 @@ class StatusPropertyTest : public ProgramTest {
     return json::parse(OutputOf(words));
   }
 
-  /// Expects that `status` reports new items if and only if `show` shows new items with these
-  /// filters. Expects the same of items to rate.
+  /// Expects that, with these filters, `status` reports new items if and only if `show` shows new
+  /// items. Expects the same for items that need a rating.
   void RequireAgreement(const Words& filters) const {
     const json status = JsonOf({"status"}, filters);
     const json rating = JsonOf({"show", "--no-remember", "--rating"}, filters);

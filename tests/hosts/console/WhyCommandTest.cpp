@@ -1,4 +1,4 @@
-// Tests the command `why`. tests/hosts/author/why tests what it explains.
+// Tests the command `why`. The tests in tests/hosts/author/why check the content of its report.
 #include <filesystem>
 #include <string>
 #include <vector>

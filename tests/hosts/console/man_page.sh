@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Tests that the man page names the same commands, options, arguments and exit statuses as the program's
-# help, and that the help describes each of them. The program may have no commands.
+# Compares the man page with the program's help. Both must name the same commands, options, arguments and
+# exit statuses, and the help must describe each of them. The program may have no commands.
 # usage: man_page.sh PAGE PROGRAM
 set -euo pipefail
 export LC_ALL=C
@@ -33,8 +33,8 @@ names_of_help() {
 # Prints the lines of a section of the page.
 section() { sed -n "/^\.Sh $1$/,/^\.Sh /p" "$page"; }
 
-# Prints the long options, with their values, and the arguments in the synopsis of a command, or in the
-# first synopsis of a program without commands. The synopsis begins with the line $1.
+# Prints the arguments and the long options, with their values, in the synopsis that begins with the line
+# $1. If several synopses begin with this line, uses the first one.
 names_of_synopsis() {
   section SYNOPSIS | awk -v line="$1" '
     $0 == ".Nm" { inside = 0 }

@@ -28,7 +28,7 @@ class PanelProgramTest : public console::ProgramTest {
   ProgramCall PanelCall(const std::vector<std::string>& words) const {
     ProgramCall call = Call(words);
     call.environment["QT_QPA_PLATFORM"] = "offscreen";
-    // The offscreen plugin of Qt warns that it cannot raise windows.
+    // Switch off warnings, because the offscreen plugin of Qt warns that it cannot raise windows.
     call.environment["QT_LOGGING_RULES"] = "default.warning=false";
     call.environment["XDG_CONFIG_HOME"] = folder_.Path() / "config";
     call.environment["LC_ALL"] = "C.UTF-8";
@@ -47,7 +47,8 @@ class PanelProgramTest : public console::ProgramTest {
     return result.output;
   }
 
-  /// Expects that the panel fails as `ornwhatsnew show` does, with the same message.
+  /// Expects that the panel and `ornwhatsnew show` fail with the exit status `status` and the same
+  /// message.
   void ExpectSameError(int status, const std::vector<std::string>& words) const {
     std::vector<std::string> showWords = words;
     showWords.insert(showWords.begin(), "show");
@@ -71,7 +72,8 @@ TEST_F(PanelProgramTest, ShowsTheDataFile) {
 
 TEST_F(PanelProgramTest, TheConsoleHostKnowsWhatThePanelHasShown) {
   PanelOutput({"{data}", "{host}"});
-  // The panel has omitted the changes for other platforms and versions.
+  // The panel does not show the changes for other platforms and versions, so they are still new.
+  // Omit them from the status.
   EXPECT_THAT(OutputOf({"status", "{data}", "{host}", "--platform", "--relevant-versions"}),
               StartsWith("Nothing is new.\n"));
 }

@@ -49,9 +49,9 @@ void observeWindow() {
   }
 }
 
-// The program calls this function when it creates the application object. The first timer expires
-// when the program has shown its window and waits for events. The second one expires after the
-// timers that the program has started until then, so the program has stored its state.
+// Qt calls this function when the program creates its application object. The first timer expires
+// after the program has shown its window. The second timer expires after the program's own timer,
+// which stores the state.
 void observeApplication() {
   QTimer::singleShot(0, [] { QTimer::singleShot(0, &observeWindow); });
 }

@@ -84,7 +84,7 @@ class Rounds:
                      frozenset(printed["seenItems"]))
 
     def _require_partial_state(self, state, before, indexes):
-        """Fails unless each display of a round is in `state` as a whole or not at all."""
+        """Fails if `state` contains only a part of the identities that a display of a round stores."""
         stored = [self._shown[i] for i in indexes if self._shown[i].last in state.versions]
         expected = merged([before, *stored])
         require(state.versions == expected.versions, f"unknown versions: {state}")

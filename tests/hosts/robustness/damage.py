@@ -124,7 +124,7 @@ KINDS = ("empty", "random", "names the victim", "folder", "full folder", "FIFO",
          "hard link", "not readable", "link", "dangling link", "link to itself", "link to a folder",
          "link to /dev/zero", "link to /dev/full")
 
-# Files of these kinds next to a store never make a command fail.
+# Files of these kinds next to a store do not make any command fail.
 HARMLESS_KINDS = {"empty", "random", "names the victim", "hard link"}
 
 
@@ -138,7 +138,8 @@ def snapshot(path):
 
 
 def make_socket(path):
-    # The address of a socket has space for about 100 bytes. Use a path that is shorter than `path`.
+    # The address of a socket has space for a path of about 100 bytes. Use a path that is shorter than
+    # `path`.
     folder = os.open(path.parent, os.O_RDONLY)
     try:
         with socket.socket(socket.AF_UNIX) as server:

@@ -21,7 +21,8 @@ EXCLUDED = {"execve", "exit_group", "brk"}
 # If the first allocation fails, the dynamic linker of glibc crashes in every program.
 FIRST_ALLOCATION = ("mmap", 1)
 
-# Parts of the messages that the C library prints when it ends a program, by the status of the program.
+# Parts of the messages that the C library prints when it ends a program, by exit status or negated signal
+# number.
 FATAL_MESSAGES = {
     -6: ("The futex facility returned an unexpected error code", "Fatal glibc error: "),
     127: ("error while loading shared libraries: ", "cannot set up thread-local storage: ")}

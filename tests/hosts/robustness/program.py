@@ -28,8 +28,8 @@ DONE = 0
 UNUSABLE_STORE = 4
 UNWRITABLE_OUTPUT = 6
 
-# Characters that change the direction of text or are invisible. Unicode does not classify them as
-# control characters.
+# Invisible characters that change the direction of text. Unicode does not classify them as control
+# characters.
 DIRECTION_MARKS = set("\u061c\u200e\u200f\u202a\u202b\u202c\u202d\u202e\u2066\u2067\u2068\u2069")
 
 

@@ -407,8 +407,8 @@ TEST_F(InitializerRegistrarTest, RunsEachFunctionOnceForRegistrationsOnSeveralTh
   EXPECT_EQ(shutDown, kThreads * kRegistrations);
 }
 
-// Whether the two functions run is unspecified here, but initialization and shutdown must
-// alternate.
+// Other threads change the same contexts, so the two functions may run or not. If the initialise
+// function runs, the shutdown function must run before the initialise function runs again.
 TEST_F(InitializerRegistrarTest, AlternatesTheFunctionsWhileSeveralThreadsChangeContexts) {
   std::vector<std::jthread> threads;
   for (int thread = 0; thread < 4; ++thread) {

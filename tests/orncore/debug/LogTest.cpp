@@ -107,7 +107,8 @@ TEST_F(LogTest, PassesEveryLineOfSeveralThreadsToASink) {
   std::atomic<int> lines = 0;
   const auto count = [&lines](std::string_view) { ++lines; };
   SetLogSink(count);
-  // If `SetLogSink` did not lock the sink, its calls would cause a data race or lose a line.
+  // If `SetLogSink` did not lock the sink, a concurrent `Log` could cause a data race or lose a
+  // line.
   test_support::RunOnThreads(
       [] {
         for (int line = 0; line < kLines; ++line) Log("line");

@@ -27,7 +27,7 @@ class PortableFileTest : public testing::Test {
     return {reinterpret_cast<const char*>(bytes.data()), bytes.size()};
   }
 
-  // Returns the result code of the failure, or 0 on success.
+  // Reads the file. Returns the result code of the failure, or 0 on success.
   static int ResultOf(const fs::path& path, std::size_t maxBytes) {
     try {
       RegularFile(path).ReadToEnd(maxBytes, {});

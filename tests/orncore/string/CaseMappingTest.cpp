@@ -124,7 +124,7 @@ TEST(CaseMapping, LowersIllFormedUTF8LikeItsUTF16Form) {
   for (int round = 0; round < 5000; ++round) {
     std::string text(random() % 40, '\0');
     for (char& byte : text) {
-      // The bytes CE A3 are a capital sigma. They are frequent here, so that the text contains
+      // The bytes CE A3 are a capital sigma in UTF-8. Use them often, so that `text` contains
       // complete and incomplete sigmas.
       byte = static_cast<char>(random() % 2 ? 0xCE : random() % 2 ? 0xA3 : random() % 0x100);
     }

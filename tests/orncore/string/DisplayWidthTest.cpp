@@ -28,8 +28,8 @@ INSTANTIATE_TEST_SUITE_P(
                     WidthCase{u"\U0001F600\uFE0F", 2}, WidthCase{u"\U0001F468\u200D\U0001F469", 4},
                     // The Arabic number sign is a format character, but it is visible.
                     WidthCase{u"\u200B\u0600", 1},
-                    // Both strings are the same Hangul syllable, as three letters and as one
-                    // character.
+                    // Both strings represent the same Hangul syllable. The first one consists of
+                    // three letters.
                     WidthCase{u"\u1112\u1161\u11AB", 2}, WidthCase{u"\uD55C", 2},
                     WidthCase{std::u16string(1, char16_t{0xD800}), 1}));
 

@@ -11,7 +11,8 @@
 namespace orncore::utility {
 namespace {
 
-// Static constructors may use a holder, because it is initialised before they run.
+// The constructors of static objects may use a holder, because constant initialization precedes
+// them.
 constinit ServiceHolder<int> numberHolder;
 constinit FunctionHolder<int()> functionHolder;
 

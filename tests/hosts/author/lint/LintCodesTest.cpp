@@ -46,7 +46,8 @@ LintReport ReportOn(const std::string& code) {
     report.Append(
         CompareWithBaseline("data.csv", text, "old.csv", common::ReadTextFile(old), &installed));
   }
-  // The files of the other codes do not contain a change for each feature.
+  // Report this finding only for its own code. The data files of the other codes do not contain a
+  // change for each feature.
   if (code != "feature-without-change") {
     ApplySeverities(report, {{LintCode::kFeatureWithoutChange, Severity::kOff}});
   }
@@ -56,7 +57,7 @@ LintReport ReportOn(const std::string& code) {
 
 class LintCodesTest : public testing::TestWithParam<LintCodeInfo> {};
 
-/// Each code has a file CODE.csv with mistakes, and CODE.expected with all findings in it.
+/// For each code, CODE.csv contains mistakes and CODE.expected lists all findings in CODE.csv.
 TEST_P(LintCodesTest, DataFileHasExactlyTheExpectedFindings) {
   const std::string code(GetParam().name);
   const LintReport report = ReportOn(code);

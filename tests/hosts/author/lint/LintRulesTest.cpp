@@ -1,5 +1,5 @@
-// Tests whether the first row is a header. Each test needs a separate file, because a file has only
-// one first row.
+// Tests some rules of `lint` with several data files for each rule. LintCodesTest uses only one
+// data file for each code.
 #include <string>
 #include <utility>
 

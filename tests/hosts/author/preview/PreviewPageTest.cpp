@@ -38,7 +38,8 @@ constexpr std::string_view kHeader =
     "App Version,Grouping ID,Jira ID,Salience,Rating,First Version,Platform,URL,Commit,Message\n"
     "4.2,Changes-Since\n";
 
-// The lines are 3 to 10. A user who opened only version 4.3 does not see line 5.
+// These rows are lines 3 to 10 of the data file. Line 5 is relevant only to users of versions from
+// 4.1 up to, but not including, 4.3.
 constexpr std::string_view kRows =
     "4.3,MAP-7,,,RequestRating,,,,,Zooms with the wheel\n"
     "4.3,MAP-7,,,RequestRating,,Win,,,Opens on Windows only\n"
@@ -63,7 +64,7 @@ PreviewInput MakeInput(std::string_view rows = kRows) {
   return input;
 }
 
-/// Returns the panels of a page by the `id` of their section.
+/// Returns the HTML of each panel in `page`, by the `id` of the element that contains the panel.
 std::map<std::string, std::string> PanelsOf(const std::string& page) {
   constexpr std::string_view kSection = "<section class=\"preview-view\" id=\"";
   constexpr std::string_view kEnd = "</section>\n";
@@ -77,7 +78,7 @@ std::map<std::string, std::string> PanelsOf(const std::string& page) {
   return panels;
 }
 
-/// Returns what the elements with an `id` contain, by their `id`.
+/// Returns the content of each element with an `id`, by `id`.
 std::map<std::string, std::string> ElementsByID(const std::string& html) {
   constexpr std::string_view kID = " id=\"";
   std::map<std::string, std::string> elements;
@@ -91,7 +92,7 @@ std::map<std::string, std::string> ElementsByID(const std::string& html) {
   return elements;
 }
 
-/// Returns the findings of a page, each as HTML.
+/// Returns the HTML of each finding in `page`, in order.
 std::vector<std::string> FindingsOf(const std::string& page) {
   std::vector<std::string> findings;
   const std::size_t list = page.find("<ul>\n", page.find("id=\"findings\""));
@@ -119,12 +120,12 @@ std::vector<std::string> LinksIn(const std::string& html) {
   return links;
 }
 
-/// A user of the library that does not use the code under test.
+/// A user with a state. Displays panels with the library only, without the code under test.
 class LibraryUser {
  public:
   explicit LibraryUser(common::HostDescription host) : host_(std::move(host)) {}
 
-  /// Returns the layout of a display, which changes the state.
+  /// Returns the layout of a display, and stores the state that the display writes.
   PanelLayout Show(const std::string& data, const DisplayOptions& options,
                    const std::string& version = "4.3") {
     host_.clientVersion = version;
@@ -202,11 +203,13 @@ TEST(PreviewPage, OmitsEmptyMembersOfTheHostDescription) {
   input.host.buildNumber = "";
   input.host.platform = "";
   const std::string page = PreviewPage(input);
-  EXPECT_THAT(page, AllOf(HasSubstr(">Host description: host.json</p>"),
-                          HasSubstr("without the internal-features permission can see.</p>"),
-                          HasSubstr("with the internal-features permission can see.</p>"),
-                          HasSubstr("starts the application for the first time. If the"),
-                          HasSubstr("who saw old.csv and now starts the application.</p>")));
+  EXPECT_THAT(
+      page,
+      AllOf(HasSubstr(">Host description: host.json</p>"),
+            HasSubstr("without the internal-features permission can see.</p>"),
+            HasSubstr("with the internal-features permission can see.</p>"),
+            HasSubstr("starts the application for the first time. If the"),
+            HasSubstr("who has seen the changes in old.csv and now starts the application.</p>")));
 }
 
 TEST(PreviewPage, FindingsAreATabStop) {
@@ -307,7 +310,7 @@ TEST(PreviewPage, ConfigurationOfLintApplies) {
   EXPECT_THROW(PreviewPage(input), common::JsonError);
 }
 
-/// Returns the names of the tags in `page`, and its attributes.
+/// Returns the names of the tags and of their attributes in `page`.
 std::set<std::string> TagsOf(const std::string& page) {
   std::set<std::string> tags;
   for (std::size_t at = page.find('<'); at != page.npos; at = page.find('<', at + 1)) {

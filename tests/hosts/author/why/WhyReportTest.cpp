@@ -13,7 +13,7 @@
 #include <ornwhatsnew/DataFileReader.h>
 
 #include "hosts/author/InputError.h"
-#include "hosts/author/lint/LintContext.h"
+#include "hosts/common/MessageText.h"
 #include "tests/support/Builders.h"
 #include "tests/support/FakeHost.h"
 #include "tests/support/Matchers.h"
@@ -85,8 +85,9 @@ TEST_F(WhyReportTest, GivesEveryReasonOfAChangeInTheOrderOfTheRules) {
                                kShowOnlyNew),
             "data.csv:2: a change of the feature 'MAP-7': 'Zooms'\n"
             "not shown: only relevant on Win; this host is Mac\n"
-            "not shown: its salience is not malformed, and --headlines shows only malformed ones\n"
-            "not shown: only relevant to users of a version from '25.2.0.0' to below '26.0.0.0'; "
+            "not shown: --headlines shows only changes with a malformed salience\n"
+            "not shown: only relevant to users of versions from '25.2.0.0' up to, but not "
+            "including, '26.0.0.0'; "
             "this user ran '25.1.0.42'\n"
             "not shown: seen already\n");
 }
@@ -94,8 +95,10 @@ TEST_F(WhyReportTest, GivesEveryReasonOfAChangeInTheOrderOfTheRules) {
 TEST_F(WhyReportTest, NamesTheLetterCaseOfPlatformsAndAHostWithoutOne) {
   Load(",MAP-7,,,,,MAC,,,Zooms\n");
   host_.SetPlatform("");
-  EXPECT_THAT(ExplainLine(2, kFilterRelevantPlatform),
-              EndsWith("\nnot shown: only relevant on Mac; this host has no platform\n"));
+  EXPECT_THAT(
+      ExplainLine(2, kFilterRelevantPlatform),
+      EndsWith(
+          "\nnot shown: only relevant on Mac; the platform in the host description is empty\n"));
 }
 
 TEST_F(WhyReportTest, ListsAtMostThreeVersionsOfTheUser) {
@@ -115,22 +118,40 @@ TEST_F(WhyReportTest, SaysThatARangeOfVersionsIsInvalid) {
     return explained.substr(explained.find('\n') + 1);
   };
   EXPECT_EQ(reason("4.1", ""),
-            "not shown: it has no version in column 1, so a version filter never shows it\n");
-  EXPECT_EQ(reason("next", "4.3"), "not shown: 'next' is not a version\n");
-  EXPECT_EQ(reason("4.1", "4.x"), "not shown: '4.x' is not a version\n");
-  EXPECT_EQ(reason("4.2000", "4.3"),
-            "not shown: '4.2000' has a component that is not from 0 to 999, so it cannot be "
+            "not shown: it has no version in column 1, so no version is affected\n");
+  EXPECT_EQ(reason("next", "4.3"),
+            "not shown: 'next' has a component that is not a number from 0 to 999, so it cannot be "
             "compared\n");
-  EXPECT_EQ(reason("4.999.0.0", "4.-3.0.0"),
-            "not shown: '4.-3.0.0' has a component that is not from 0 to 999, so it cannot be "
-            "compared\n");
+  EXPECT_THAT(reason("4.1", "4.x"), HasSubstr(": '4.x' has a component that is not a number "));
+  EXPECT_EQ(
+      reason("4.2000", "4.3"),
+      "not shown: '4.2000' has a component that is not a number from 0 to 999, so it cannot be "
+      "compared\n");
+  EXPECT_EQ(
+      reason("4.999.0.0", "4.-3.0.0"),
+      "not shown: '4.-3.0.0' has a component that is not a number from 0 to 999, so it cannot be "
+      "compared\n");
   EXPECT_EQ(reason("4.1.0.0", "4.3"),
             "not shown: '4.1.0.0' and '4.3' have different numbers of components, so they cannot "
             "be compared\n");
   EXPECT_EQ(reason("4.3.0.0", "4.3.0.0"),
-            "not shown: '4.3.0.0' is not before '4.3.0.0', so no user is in the range\n");
+            "not shown: '4.3.0.0' is not before '4.3.0.0', so no version is affected\n");
   EXPECT_EQ(reason("4.3.0.1", "4.3.0.0"),
-            "not shown: '4.3.0.1' is not before '4.3.0.0', so no user is in the range\n");
+            "not shown: '4.3.0.1' is not before '4.3.0.0', so no version is affected\n");
+}
+
+// The library combines the components of a version into one number of 64 bits.
+TEST_F(WhyReportTest, SaysThatAVersionHasTooManyComponents) {
+  const auto explain = [this](const std::string& added) {
+    Load(added + ",MAP-7,,,,9.0.0.0.0.0.0,,,,Zooms\n");
+    return ExplainLine(2, kFilterRelevantVersion);
+  };
+  EXPECT_THAT(explain("10.0.0.0.0.0.0"),
+              EndsWith("\nnot shown: '10.0.0.0.0.0.0' has too many components, so it cannot be "
+                       "compared\n"));
+  EXPECT_THAT(explain("9.223.372.036.854.775.808"), HasSubstr(" has too many components"));
+  versions_ = {"1.0.0.0.0.0.0"};
+  EXPECT_THAT(explain("9.223.372.036.854.775.807"), EndsWith("; this user ran '1.0.0.0.0.0.0'\n"));
 }
 
 TEST_F(WhyReportTest, SaysThatVersionsOfTheUserCannotBeCompared) {
@@ -150,8 +171,9 @@ TEST_F(WhyReportTest, SaysThatVersionsOfTheUserCannotBeCompared) {
   versions_ = {"4.4.0", "4.2.5000"};
   EXPECT_THAT(
       ExplainLine(2, kFilterRelevantVersion),
-      EndsWith("\nnot shown: the user's '4.2.5000' has a component that is not from 0 to 999, "
-               "so it cannot be compared\n"));
+      EndsWith(
+          "\nnot shown: the user's '4.2.5000' has a component that is not a number from 0 to 999, "
+          "so it cannot be compared\n"));
 }
 
 TEST_F(WhyReportTest, ExplainsAChangeWithoutText) {
@@ -249,7 +271,7 @@ TEST_F(WhyReportTest, SaysThatTheFirstRowIsLostWithoutAHeader) {
   }
   LoadWithoutHeader("4.2,changes-since\n" + test_support::DataFile().Text());
   EXPECT_EQ(ExplainLine(1),
-            "data.csv:1: used as the header row, so its version is lost; put a header row before "
+            "data.csv:1: used as the header row, so its version is lost; add a header row before "
             "it\n");
   LoadWithoutHeader("a,b,c,d,e,f,g,h,i,j\n,MISC,,,,,,,,Icons\n");
   EXPECT_EQ(ExplainLine(1), "data.csv:1: the header row, which is never a change\n");
@@ -262,9 +284,9 @@ TEST_F(WhyReportTest, SaysWhatARowIsThatContainsNoChange) {
   const std::vector<std::string> rows = {
       "the header row, which is never a change",
       "a Changes-Since row" + effect,
-      "a blank row that repeats the Changes-Since row" + effect,
+      "an empty row that repeats the Changes-Since row" + effect,
       "a change of the section 'MISC': 'Icons'\nshown",
-      "a blank row",
+      "an empty row",
       "a comment, which is skipped, because it has one field instead of ten",
       "skipped, because it has 11 fields instead of ten",
       "skipped, because its grouping ID is empty"};
@@ -356,13 +378,14 @@ TEST_F(WhyReportTest, ListsAllFeaturesAndChangesWithTotals) {
       "     4  shown   BUGFIX   Crash\n"
       "\n"
       "shown: 2 of 3 features and sections, 2 of 4 changes\n"
-      "skipped: one row; 'ornwhatsnew lint' says which and why\n");
+      "skipped: one row; run 'ornwhatsnew lint' for details\n");
 }
 
-TEST_F(WhyReportTest, JoinsTheReasonsInTheTable) {
+TEST_F(WhyReportTest, GivesEachReasonALineOfTheTable) {
   Load(",MAP-7,,HideBetaFeature,,,Win,,,Zooms\n");
   EXPECT_THAT(Report(kFilterRelevantPlatform).ExplainAll(),
-              HasSubstr("hidden with its feature; also only relevant on Win; this host is Mac\n"));
+              HasSubstr("  hidden with its feature\n" + std::string(59, ' ') +
+                        "only relevant on Win; this host is Mac\n"));
   EXPECT_THAT(Report({}).ExplainAll(), Not(HasSubstr("skipped")));
 }
 
@@ -407,7 +430,7 @@ TEST(WhyReport, FindsTheLineOfEveryChangeInRandomWorlds) {
       EXPECT_THAT(explained, HasSubstr(": a change of the "));
       if (description.empty()) continue;
       EXPECT_THAT(explained, HasSubstr(": " +
-                                       Quoted(orncore::string::UTF16to8(
+                                       common::Quoted(orncore::string::UTF16to8(
                                            list.LocalizeIfNecessary(std::string(description)))) +
                                        "\n"));
     }
