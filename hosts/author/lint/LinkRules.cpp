@@ -45,17 +45,17 @@ std::string SchemeRemedy(std::string_view link) {
 void CheckLink(LintContext& context, const LintRow& row) {
   const std::string_view link = row.Value(DataColumn::kURL);
   if (link.empty() || context.HasFinding(row, DataColumn::kURL)) return;
-  const std::string quoted = Quoted(link) + " in " + context.Column(DataColumn::kURL);
+  const auto report = [&](LintCode code, const std::string& mistake) {
+    context.ReportField(code, row, DataColumn::kURL,
+                        Quoted(link) + " in " + context.Column(DataColumn::kURL) + mistake);
+  };
   if (HasSecondLink(link)) {
-    context.ReportField(LintCode::kLinkTwo, row, DataColumn::kURL,
-                        quoted + " contains two links, so neither opens; keep one");
+    report(LintCode::kLinkTwo, " contains two links, so neither opens; keep one");
   } else if (HasSpace(link)) {
-    context.ReportField(LintCode::kLinkSpace, row, DataColumn::kURL,
-                        quoted + " contains a space, so it is not a valid link; delete the space");
+    report(LintCode::kLinkSpace, " contains a space, so it is not a valid link; delete the space");
   } else if (row.change->HasMalformedURL()) {
-    context.ReportField(
-        LintCode::kLinkNotHttps, row, DataColumn::kURL,
-        quoted + " does not begin with 'https://', so it is ignored; " + SchemeRemedy(link));
+    report(LintCode::kLinkNotHttps,
+           " does not begin with 'https://', so it is ignored; " + SchemeRemedy(link));
   }
 }
 

@@ -82,9 +82,9 @@ void InstallNoLintHost() {
   common::InstallHost(common::HostDescription());
 }
 
-LintReport LintDataFile(const std::string& name, std::string text, const LintHost* host,
+LintReport LintDataFile(const std::string& name, std::string_view text, const LintHost* host,
                         LintScope scope) {
-  LintedFile file(name, std::move(text));
+  LintedFile file(name, text);
   LintContext context(file, host, scope);
   RunRules(context);
   LintReport report;

@@ -9,6 +9,7 @@
 #include <map>
 #include <set>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "hosts/author/lint/Finding.h"
@@ -51,7 +52,7 @@ void InstallNoLintHost();
 
 /// Checks `text`, the content of the file `name`. `host` is the installed host, or null. Accepts
 /// any content. Takes time O(n log n) in the length of `text`.
-LintReport LintDataFile(const std::string& name, std::string text, const LintHost* host,
+LintReport LintDataFile(const std::string& name, std::string_view text, const LintHost* host,
                         LintScope scope = LintScope::kFile);
 
 /// Replaces the severities of the findings, and removes the findings with the severity `kOff`.

@@ -30,7 +30,7 @@ Rows Changes(const LintedFile& file) {
 }
 
 std::string Identity(const LintRow& row) {
-  return row.change->GetItemSeenGuid().AsUTF8String();
+  return row.identity.AsUTF8String();
 }
 
 std::string IDsAndText(const LintRow& row) {
@@ -177,11 +177,11 @@ class Comparison {
 
 }  // namespace
 
-LintReport CompareWithBaseline(const std::string& name, std::string text,
-                               const std::string& oldName, std::string oldText,
+LintReport CompareWithBaseline(const std::string& name, std::string_view text,
+                               const std::string& oldName, std::string_view oldText,
                                const LintHost* host) {
-  LintedFile after(name, std::move(text));
-  const LintedFile before(oldName, std::move(oldText));
+  LintedFile after(name, text);
+  const LintedFile before(oldName, oldText);
   LintContext context(after, host);
   Comparison(context, before).Report();
   LintReport report;

@@ -3,6 +3,7 @@
 #define HOSTS_AUTHOR_LINT_LINTBASELINE_H_
 
 #include <string>
+#include <string_view>
 
 #include "hosts/author/lint/Lint.h"
 
@@ -13,8 +14,8 @@ namespace hosts::author {
 ///
 /// Pairs the changes of both files by their identity, then by the columns 2, 3 and 10, and then by
 /// their order within an item. `host` is the installed host, or null.
-LintReport CompareWithBaseline(const std::string& name, std::string text,
-                               const std::string& oldName, std::string oldText,
+LintReport CompareWithBaseline(const std::string& name, std::string_view text,
+                               const std::string& oldName, std::string_view oldText,
                                const LintHost* host);
 
 }  // namespace hosts::author

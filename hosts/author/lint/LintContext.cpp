@@ -7,6 +7,7 @@
 #include <orncore/utility/MixHashGuid.h>
 
 #include "hosts/author/lint/NearestWord.h"
+#include "hosts/author/lint/Rules.h"
 
 namespace hosts::author {
 namespace {
@@ -133,8 +134,7 @@ bool LintContext::HasPlainVersion() {
   if (hasPlainVersion_) return *hasPlainVersion_;
   hasPlainVersion_ = std::ranges::any_of(file_.Rows(), [](const LintRow& row) {
     const std::string_view version = row.Value(DataColumn::kVersion);
-    return row.change != nullptr && !version.empty() &&
-           version.find_first_not_of("0123456789.") == version.npos;
+    return row.change != nullptr && !version.empty() && IsPlainVersion(version);
   });
   return *hasPlainVersion_;
 }

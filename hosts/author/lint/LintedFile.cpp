@@ -17,6 +17,13 @@ using ornwhatsnew::DataRow;
 using ornwhatsnew::DataRowKind;
 using ornwhatsnew::DataRowSkipReason;
 
+/// Returns whether the bytes of `part` are a part of the memory of `text`.
+bool IsPartOf(std::string_view text, std::string_view part) {
+  const std::less<const char*> isBefore;
+  return !isBefore(part.data(), text.data()) &&
+         !isBefore(text.data() + text.size(), part.data() + part.size());
+}
+
 std::size_t CountCodePoints(std::string_view text) {
   const std::u16string units = orncore::string::UTF8to16(text);
   return static_cast<std::size_t>(
@@ -25,26 +32,26 @@ std::size_t CountCodePoints(std::string_view text) {
 
 }  // namespace
 
-LintedFile::LintedFile(std::string name, std::string text)
-    : name_(std::move(name)), text_(std::move(text)), list_(nullptr, nullptr) {
+LintedFile::LintedFile(std::string name, std::string_view text)
+    : name_(std::move(name)), text_(text), list_(nullptr, nullptr) {
   list_.ParseBetaFeatures();
   ornwhatsnew::ChangeMaker maker;
   ornwhatsnew::DataFileReader reader(text_);
   while (const DataRow* row = reader.Next()) {
     if (row->skipReason == DataRowSkipReason::kBlank || row->fieldCount == 0) continue;
-    Add(*row);
-    if (row->kind != DataRowKind::kChange) continue;
-    LintRow& added = rows_.back();
-    auto change = maker.Make(*row);
-    const ornwhatsnew::ChangePlacement placement = ornwhatsnew::PlaceChange(
-        Items(), row->Value(DataColumn::kGroupingID), row->Value(DataColumn::kStoryID),
-        change->DetailInternalOverrideUnreviewed());
-    change->SetCouldNotMatchBetaFeature(placement.unmatched);
-    placement.item->AddFeatureDetail(change);
-    added.item = placement.item;
-    added.isUnmatched = placement.unmatched;
-    added.change = std::move(change);
-    ++changeCount_;
+    LintRow& added = rows_.emplace_back();
+    added.data = *row;
+    if (row->kind == DataRowKind::kChange) AddChange(maker.Make(*row), added);
+    // A row inherits missing values from the reader's buffers. Do not copy them: many short rows
+    // after a long one would need the memory of the long row many times.
+    for (std::size_t i = 0; i < added.data.values.size(); ++i) {
+      std::string_view& value = added.data.values[i];
+      if (i >= row->fieldCount) {
+        value = {};
+      } else if (!IsPartOf(text_, value)) {
+        value = Keep(added, static_cast<DataColumn>(i));
+      }
+    }
   }
   const auto header = std::ranges::find(rows_, DataRowKind::kHeader,
                                         [](const LintRow& row) { return row.data.kind; });
@@ -59,23 +66,26 @@ RowsByKey LintedFile::ChangesByKey() const {
   return changes;
 }
 
-// A row inherits missing values from the reader's buffers. Do not copy them: many short rows after
-// a long one would need the memory of the long row many times.
-void LintedFile::Add(const DataRow& row) {
-  rows_.emplace_back();
-  DataRow& added = rows_.back().data;
-  added = row;
-  for (std::size_t i = 0; i < added.values.size(); ++i) {
-    added.values[i] = i < row.fieldCount ? Keep(row.values[i]) : std::string_view();
-  }
+void LintedFile::AddChange(std::shared_ptr<ornwhatsnew::FeatureListDetail> change, LintRow& row) {
+  const ornwhatsnew::ChangePlacement placement = ornwhatsnew::PlaceChange(
+      Items(), row.Value(DataColumn::kGroupingID), row.Value(DataColumn::kStoryID),
+      change->DetailInternalOverrideUnreviewed());
+  change->SetCouldNotMatchBetaFeature(placement.unmatched);
+  // Compute the identity while the fields are in the processor cache. It does not depend on the
+  // item.
+  row.identity = change->GetItemSeenGuid();
+  row.change = change.get();
+  row.item = placement.item;
+  row.isUnmatched = placement.unmatched;
+  placement.item->AddFeatureDetail(std::move(change));
+  ++changeCount_;
 }
 
-std::string_view LintedFile::Keep(std::string_view value) {
-  const std::less<const char*> isBefore;
-  const char* const begin = text_.data();
-  const char* const end = begin + text_.size();
-  if (!isBefore(value.data(), begin) && !isBefore(end, value.data() + value.size())) return value;
-  return cleanedValues_.emplace_back(value);
+std::string_view LintedFile::Keep(const LintRow& row, DataColumn column) {
+  if (row.change != nullptr && column == DataColumn::kDescription) {
+    return row.change->GetDescription();
+  }
+  return cleanedValues_.emplace_back(row.Value(column));
 }
 
 std::string LintedFile::ColumnName(std::size_t index) const {

@@ -15,6 +15,7 @@
 #include <ornwhatsnew/FeatureListDetail.h>
 #include <ornwhatsnew/FeatureListItem.h>
 #include <ornwhatsnew/VisibilityExplanation.h>
+#include <ornwhatsnew/utility/SharedTypes.h>
 
 #include "hosts/author/lint/Finding.h"
 
@@ -26,10 +27,12 @@ struct LintRow {
   /// The row as the reader returned it. Its views are valid while the file exists. The values of
   /// columns that the row does not have are empty.
   ornwhatsnew::DataRow data;
-  /// The change. Null if the row is not a change.
-  std::shared_ptr<const ornwhatsnew::FeatureListDetail> change;
+  /// The change, which its item owns. Null if the row is not a change.
+  const ornwhatsnew::FeatureListDetail* change = nullptr;
   /// The item of the change. Null if the row is not a change.
   const ornwhatsnew::FeatureListItem* item = nullptr;
+  /// The seen identity of the change.
+  ornwhatsnew::Guid identity;
   bool isUnmatched = false;
   /// True if a finding explains what is wrong with the whole row. Rules for fields then ignore the
   /// row.
@@ -45,8 +48,9 @@ using RowsByKey = std::unordered_map<std::string_view, std::vector<const LintRow
 /// Not copyable, because the rows contain views.
 class LintedFile {
  public:
-  /// Reads `text`. `name` is the path of the file for messages.
-  LintedFile(std::string name, std::string text);
+  /// Reads `text`, which must outlive the object. `name` is the path of the file for messages.
+  LintedFile(std::string name, std::string_view text);
+  LintedFile(std::string name, std::string&& text) = delete;
   LintedFile(const LintedFile&) = delete;
   LintedFile& operator=(const LintedFile&) = delete;
 
@@ -80,15 +84,18 @@ class LintedFile {
   Place PlaceOf(const LintRow& row, std::size_t begin, std::size_t end) const;
 
  private:
-  void Add(const ornwhatsnew::DataRow& row);
-  std::string_view Keep(std::string_view value);
+  /// Adds `change` to its item, and sets the members of `row` that refer to the change.
+  void AddChange(std::shared_ptr<ornwhatsnew::FeatureListDetail> change, LintRow& row);
+  /// Returns a view of `row.Value(column)`, which is not a part of the text, that is valid while
+  /// the file exists.
+  std::string_view Keep(const LintRow& row, ornwhatsnew::DataColumn column);
 
   std::string name_;
-  std::string text_;
+  std::string_view text_;
   ornwhatsnew::FeatureListData list_;
   std::vector<LintRow> rows_;
   /// Values that differ from the bytes of the file, for example because the library removed a
-  /// quote.
+  /// quote. Does not contain descriptions, because the changes contain them.
   std::deque<std::string> cleanedValues_;
   std::size_t headerIndex_ = 0;
   std::size_t changeCount_ = 0;

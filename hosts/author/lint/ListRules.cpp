@@ -1,9 +1,9 @@
 #include <algorithm>
 #include <cstdint>
-#include <map>
 #include <optional>
 #include <string>
 #include <unordered_map>
+#include <unordered_set>
 #include <vector>
 
 #include <orncore/string/Conversion.h>
@@ -38,8 +38,9 @@ void CheckIdentities(LintContext& context) {
   std::unordered_map<ornwhatsnew::Guid, const LintRow*> rows;
   rows.reserve(context.File().ChangeCount());
   for (const LintRow& row : context.File().Rows()) {
-    if (row.change == nullptr || row.isExplained || row.change->GetDescription().empty()) continue;
-    const auto [found, isNew] = rows.try_emplace(row.change->GetItemSeenGuid(), &row);
+    const bool hasText = !row.Value(DataColumn::kDescription).empty();
+    if (row.change == nullptr || row.isExplained || !hasText) continue;
+    const auto [found, isNew] = rows.try_emplace(row.identity, &row);
     if (isNew) continue;
     Finding& finding = context.ReportRow(LintCode::kSameIdentity, row,
                                          "the change has the same identity as the change on line " +
@@ -189,13 +190,11 @@ bool IsAbove(std::string_view version, const std::vector<std::int64_t>& running)
 void CheckVersionAbove(LintContext& context, const std::string& running) {
   const std::optional<std::vector<std::int64_t>> numbers = VersionNumbers(running);
   if (!numbers) return;
-  std::map<std::string_view, bool> judged;
-  std::string_view last;
+  std::unordered_set<std::string_view> checked;
   for (const LintRow& row : context.File().Rows()) {
     const std::string_view version = row.Value(DataColumn::kVersion);
-    if (row.change == nullptr || row.isExplained || version == last) continue;
-    last = version;
-    if (!judged.emplace(version, true).second || !IsAbove(version, *numbers)) continue;
+    if (row.change == nullptr || row.isExplained) continue;
+    if (!checked.insert(version).second || !IsAbove(version, *numbers)) continue;
     context.ReportField(
         LintCode::kVersionAboveHost, row, DataColumn::kVersion,
         Quoted(version) + " is above the version " + Quoted(running) + " of the host");
@@ -205,14 +204,13 @@ void CheckVersionAbove(LintContext& context, const std::string& running) {
 /// Reports once that the full version of the host cannot be compared with the bounds of a change.
 void CheckBoundsOfHost(LintContext& context, const std::string& running) {
   const std::string mistake = ComparisonMistake(running);
-  const std::size_t components = VersionComponents(running).size();
+  const std::size_t components = CountVersionComponents(running);
   for (const LintRow& row : context.File().Rows()) {
     const std::string_view first = row.Value(DataColumn::kFirstVersion);
     const std::string_view version = row.Value(DataColumn::kVersion);
     if (row.change == nullptr || row.isExplained || first.empty() || version.empty()) continue;
-    const std::size_t own = VersionComponents(first).size();
-    if (own != VersionComponents(version).size() || (mistake.empty() && own == components))
-      continue;
+    const std::size_t own = CountVersionComponents(first);
+    if (own != CountVersionComponents(version) || (mistake.empty() && own == components)) continue;
     context.ReportField(
         LintCode::kBoundsHost, row, DataColumn::kFirstVersion,
         mistake.empty() ? "the host's full version " + Quoted(running) + " and " + Quoted(first) +

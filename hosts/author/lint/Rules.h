@@ -2,6 +2,7 @@
 #ifndef HOSTS_AUTHOR_LINT_RULES_H_
 #define HOSTS_AUTHOR_LINT_RULES_H_
 
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <span>
@@ -53,6 +54,14 @@ bool IsChangeUsedAsHeader(const ornwhatsnew::DataRow& header, const ornwhatsnew:
 /// Returns whether the library accepts `text` as a salience.
 bool IsSalience(std::string_view text);
 
+/// Returns whether `c` is a digit from 0 to 9.
+constexpr bool IsDigit(char c) {
+  return c >= '0' && c <= '9';
+}
+
+/// Returns whether `version` consists of digits and points. This is true for an empty version.
+bool IsPlainVersion(std::string_view version);
+
 /// Returns the number of bytes before the first digit of `text` if these bytes are "v" or
 /// "version", possibly with a point and with spaces. Otherwise returns 0.
 std::size_t VersionPrefixLength(std::string_view text);
@@ -65,8 +74,9 @@ void CheckVersionDate(LintContext& context, const LintRow& row, ornwhatsnew::Dat
 /// Returns an empty string for any other text.
 std::string VersionWithPoints(std::string_view text);
 
-/// Returns the parts of `version` between its points. An empty version has one empty part.
-std::vector<std::string_view> VersionComponents(std::string_view version);
+/// Returns the number of parts of `version` between its points. An empty version has one empty
+/// part.
+std::size_t CountVersionComponents(std::string_view version);
 
 /// Returns the components of `version` as numbers. Returns `std::nullopt` if one is not a number.
 std::optional<std::vector<std::int64_t>> VersionNumbers(std::string_view version);

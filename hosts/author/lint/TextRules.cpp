@@ -131,6 +131,8 @@ bool BeginsWithContinuation(std::string_view text) {
 }
 
 std::string_view FindMojibake(std::string_view text) {
+  // Each search below is for a string that begins with one of these bytes.
+  if (text.find('\xC3') == text.npos && text.find('\xEF') == text.npos) return {};
   for (const std::string_view start : kMojibakeStarts) {
     for (std::size_t at = text.find(start); at != text.npos; at = text.find(start, at + 1)) {
       const std::string_view rest = text.substr(at + start.size());
@@ -158,10 +160,13 @@ void CheckMojibake(LintContext& context, const LintRow& row) {
 /// Returns whether `text` is a number such as 1.23E+15 or 1234567.0. A hash such as 12e4567 has no
 /// sign and no point.
 bool IsConvertedNumber(std::string_view text) {
-  if (text.empty() || text.find_first_not_of("0123456789.,eE+") != text.npos) return false;
+  const auto canBeInNumber = [](char c) {
+    return IsDigit(c) || std::string_view(".,eE+").find(c) != std::string_view::npos;
+  };
+  if (text.empty() || !std::ranges::all_of(text, canBeInNumber)) return false;
   const bool hasPoint = text.find_first_of(".,") != text.npos;
   const bool hasExponent = text.find("E+") != text.npos || text.find("e+") != text.npos;
-  return (hasPoint || hasExponent) && text.front() >= '0' && text.front() <= '9';
+  return (hasPoint || hasExponent) && IsDigit(text.front());
 }
 
 void CheckCommit(LintContext& context, const LintRow& row) {

@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <array>
+#include <cstddef>
 #include <cstdint>
 #include <limits>
 #include <optional>
@@ -18,12 +19,23 @@ namespace {
 using ornwhatsnew::CaseInsensitiveEqual;
 using ornwhatsnew::DataColumn;
 
-bool IsDigit(char c) {
-  return c >= '0' && c <= '9';
-}
+/// The length of a date such as 03.04.2025.
+constexpr std::size_t kDateLength = 10;
 
 bool IsKeyText(std::string_view text) {
   return ornwhatsnew::IsZString(TrimSpaces(text));
+}
+
+/// Returns the first part of `version` between its points for which `predicate` holds.
+template <class Predicate>
+std::optional<std::string_view> FindComponent(std::string_view version, Predicate predicate) {
+  for (std::size_t begin = 0; begin <= version.size();) {
+    const std::size_t end = std::min(version.find('.', begin), version.size());
+    const std::string_view component = version.substr(begin, end - begin);
+    if (predicate(component)) return component;
+    begin = end + 1;
+  }
+  return std::nullopt;
 }
 
 void CheckPrefix(LintContext& context, const LintRow& row) {
@@ -52,9 +64,10 @@ void CheckComma(LintContext& context, const LintRow& row) {
 /// "4.x".
 bool HasPlaceholder(std::string_view text) {
   if (text.find_first_of("xX*") == text.npos || !IsDigit(text.front())) return false;
-  return std::ranges::all_of(VersionComponents(text), [](std::string_view part) {
-    return CaseInsensitiveEqual(part, "x") || part == "*" || std::ranges::all_of(part, IsDigit);
-  });
+  const auto isOther = [](std::string_view part) {
+    return part != "*" && !CaseInsensitiveEqual(part, "x") && !std::ranges::all_of(part, IsDigit);
+  };
+  return !FindComponent(text, isOther);
 }
 
 void CheckPlaceholder(LintContext& context, const LintRow& row) {
@@ -118,6 +131,19 @@ void CheckDate(LintContext& context, const LintRow& row) {
   }
 }
 
+/// Checks the versions for mistakes in their form.
+void CheckForm(LintContext& context, const LintRow& row) {
+  // Most versions are plain. Only a date is plain and wrong.
+  const auto isCorrect = [&row](DataColumn column) {
+    return IsPlainVersion(row.Value(column)) && row.Value(column).size() != kDateLength;
+  };
+  if (isCorrect(DataColumn::kVersion) && isCorrect(DataColumn::kFirstVersion)) return;
+  CheckPrefix(context, row);
+  CheckComma(context, row);
+  CheckPlaceholder(context, row);
+  CheckDate(context, row);
+}
+
 // ---- bounds
 
 /// The weight of a component, relative to the component to its right.
@@ -137,16 +163,15 @@ bool CheckComparison(LintContext& context, const LintRow& row, DataColumn column
   const std::string_view version = row.Value(column);
   const std::string mistake = ComparisonMistake(version);
   if (mistake.empty()) return false;
-  const auto components = VersionComponents(version);
-  const auto wrong = std::ranges::find_if(
-      components, [](std::string_view component) { return !SmallNumber(component); });
+  const auto wrong =
+      FindComponent(version, [](std::string_view component) { return !SmallNumber(component); });
   context.ReportField(LintCode::kBoundsNumber, row, column,
-                      wrong == components.end()
-                          ? Quoted(version) + " " + mistake +
-                                ", so the wrong users see the change; write at most six components"
-                          : "the component " + Quoted(*wrong) +
-                                " is not a number from 0 to 999, so the wrong users see the "
-                                "change; write such a number");
+                      wrong ? "the component " + Quoted(*wrong) +
+                                  " is not a number from 0 to 999, so the wrong users see the "
+                                  "change; write such a number"
+                            : Quoted(version) + " " + mistake +
+                                  ", so the wrong users see the change; write at most six "
+                                  "components");
   return true;
 }
 
@@ -168,8 +193,7 @@ void CheckBounds(LintContext& context, const LintRow& row) {
       CheckComparison(context, row, DataColumn::kFirstVersion)) {
     return;
   }
-  const std::size_t components = VersionComponents(version).size();
-  if (VersionComponents(first).size() != components) {
+  if (CountVersionComponents(first) != CountVersionComponents(version)) {
     context.ReportField(LintCode::kBoundsComponents, row, DataColumn::kFirstVersion,
                         Quoted(first) + " and " + Quoted(version) +
                             " have different numbers of components, so the wrong users see the "
@@ -193,10 +217,13 @@ void CheckMissingVersion(LintContext& context, const LintRow& row) {
                           context.Column(DataColumn::kVersion));
 }
 
-constexpr ChangeRule kRules[] = {CheckPrefix, CheckComma,  CheckPlaceholder,
-                                 CheckDate,   CheckBounds, CheckMissingVersion};
+constexpr ChangeRule kRules[] = {CheckForm, CheckBounds, CheckMissingVersion};
 
 }  // namespace
+
+bool IsPlainVersion(std::string_view version) {
+  return std::ranges::all_of(version, [](char c) { return c == '.' || IsDigit(c); });
+}
 
 std::size_t VersionPrefixLength(std::string_view text) {
   const std::size_t digit = text.find_first_of("0123456789");
@@ -210,8 +237,8 @@ std::size_t VersionPrefixLength(std::string_view text) {
 
 void CheckVersionDate(LintContext& context, const LintRow& row, DataColumn column) {
   const std::string_view text = row.Value(column);
-  const bool isPlain = text.find_first_not_of("0123456789.") == text.npos;
-  const bool canBeDate = !isPlain || (text.size() == 10 && text.find('.') == 2);
+  const bool isPlain = IsPlainVersion(text);
+  const bool canBeDate = !isPlain || (text.size() == kDateLength && text.find('.') == 2);
   if (text.empty() || !canBeDate || IsKeyText(text) ||
       !IsDate(TrimSpaces(text), !isPlain && context.HasPlainVersion())) {
     return;
@@ -226,39 +253,40 @@ std::string VersionWithPoints(std::string_view text) {
   std::string version(TrimSpaces(text));
   if (version.find_first_not_of("0123456789,.") != version.npos) return "";
   std::ranges::replace(version, ',', '.');
-  const auto components = VersionComponents(version);
-  const bool hasEmptyComponent = std::ranges::any_of(components, &std::string_view::empty);
-  return hasEmptyComponent ? "" : version;
+  const auto isEmpty = [](std::string_view part) { return part.empty(); };
+  return FindComponent(version, isEmpty) ? "" : version;
 }
 
-std::vector<std::string_view> VersionComponents(std::string_view version) {
-  std::vector<std::string_view> components;
-  for (std::size_t begin = 0; begin <= version.size();) {
-    const std::size_t end = std::min(version.find('.', begin), version.size());
-    components.push_back(version.substr(begin, end - begin));
-    begin = end + 1;
-  }
-  return components;
+std::size_t CountVersionComponents(std::string_view version) {
+  return static_cast<std::size_t>(std::ranges::count(version, '.')) + 1;
 }
 
 std::optional<std::vector<std::int64_t>> VersionNumbers(std::string_view version) {
   std::vector<std::int64_t> numbers;
-  for (const std::string_view component : VersionComponents(version)) {
-    if (!orncore::string::StringToNumber(component, numbers.emplace_back())) return std::nullopt;
-  }
+  const auto isOther = [&numbers](std::string_view part) {
+    return !orncore::string::StringToNumber(part, numbers.emplace_back());
+  };
+  if (FindComponent(version, isOther)) return std::nullopt;
   return numbers;
 }
 
 std::string ComparisonMistake(std::string_view version) {
   constexpr std::int64_t kMaximum = std::numeric_limits<std::int64_t>::max();
   std::int64_t number = 0;
-  for (const std::string_view component : VersionComponents(version)) {
+  const char* mistake = "";
+  FindComponent(version, [&](std::string_view component) {
     const std::optional<std::int64_t> small = SmallNumber(component);
-    if (!small) return "has a component that is not a number from 0 to 999";
-    if (number > (kMaximum - *small) / kWeight) return "has too many components";
-    number = kWeight * number + *small;
-  }
-  return "";
+    if (!small) {
+      mistake = "has a component that is not a number from 0 to 999";
+    } else if (number > (kMaximum - *small) / kWeight) {
+      mistake = "has too many components";
+    } else {
+      number = kWeight * number + *small;
+      return false;
+    }
+    return true;
+  });
+  return mistake;
 }
 
 std::span<const ChangeRule> VersionRules() {

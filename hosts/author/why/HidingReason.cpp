@@ -83,7 +83,7 @@ std::string BoundsMistake(const std::string& first, const std::string& added) {
     const std::string reason = ComparisonReason(version);
     if (!reason.empty()) return reason;
   }
-  if (VersionComponents(first).size() != VersionComponents(added).size()) {
+  if (CountVersionComponents(first) != CountVersionComponents(added)) {
     return Quoted(first) + " and " + Quoted(added) +
            " have different numbers of components, so they cannot be compared";
   }
@@ -99,7 +99,7 @@ std::string UserVersionsMistake(const std::string& first, const std::string& add
                                 std::span<const std::string> userVersions) {
   std::vector<std::string> others;
   for (const std::string& version : userVersions) {
-    if (VersionComponents(version).size() != VersionComponents(added).size()) {
+    if (CountVersionComponents(version) != CountVersionComponents(added)) {
       others.push_back(version);
       continue;
     }

@@ -130,7 +130,7 @@ WhyReport::WhyReport(const ornwhatsnew::FeatureListData& list, std::string fileN
 // A list does not store lines. It adds the changes of a file to their items in file order, so the
 // n-th row that belongs to an item is the n-th change of this item.
 void WhyReport::ReadDataFile() {
-  const LintedFile file(fileName_, std::string(text_));
+  const LintedFile file(fileName_, text_);
   const auto changes = file.ChangesByKey();
   for (ExplainedItem& item : items_) {
     const auto rows = changes.find(item.visibility.item->FeatureJiraIDKey());

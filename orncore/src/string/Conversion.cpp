@@ -125,7 +125,11 @@ bool IsWellFormedUTF8(std::string_view text) noexcept {
 std::size_t FindIllFormedUTF8(std::string_view text) noexcept {
   for (std::size_t position = AsciiPrefixLength(text); position < text.size();) {
     const std::size_t begin = position;
-    if (NextCodePoint(text, position) < 0) return begin;
+    if (U8_IS_SINGLE(text[position])) {
+      position += AsciiPrefixLength(text.substr(position));
+    } else if (NextCodePoint(text, position) < 0) {
+      return begin;
+    }
   }
   return text.npos;
 }

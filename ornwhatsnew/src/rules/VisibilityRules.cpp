@@ -79,8 +79,7 @@ bool AnyRuleHidesChange(const FeatureListDetail& change, const VisibilityFilter&
       hides(HidingRule::kOtherVersion)) {
     return true;
   }
-  const bool isSeen =
-      (filter.Has(kRatingView) || filter.Has(kShowOnlyNew)) && filter.IsSeen(seenGuid);
+  const bool isSeen = filter.DependsOnSeen() && filter.IsSeen(seenGuid);
   if (filter.Has(kRatingView)) return AnyRatingRuleHidesChange(change, isSeen, hides);
   if (isSeen && hides(HidingRule::kSeen)) return true;
   return change.GetDescription().empty() && hides(HidingRule::kNoText);
@@ -121,12 +120,15 @@ bool AnySeenRuleHidesItem(const FeatureListItem& item, const VisibilityFilter& f
          hides(HidingRule::kSeen);
 }
 
-// Calls `isChangeShown(change, guid)` for each change with its seen identity, and sets `seenGuid`
-// to the seen identity of the item. Stops and returns true when a call of `hides` returns true.
+// Calls `isChangeShown(change, guid)` for each change with its seen identity, and sets `*seenGuid`
+// to the seen identity of the item. Stops and returns true when a call of `hides` returns true. If
+// `seenGuid` is null and the filter does not depend on what the user has seen, all identities are
+// zero, because their computation takes longer than all rules.
 template <class IsShown, class Hides>
-bool AnyRuleHidesItem(const FeatureListItem& item, const VisibilityFilter& filter, Guid& seenGuid,
+bool AnyRuleHidesItem(const FeatureListItem& item, const VisibilityFilter& filter, Guid* seenGuid,
                       IsShown isChangeShown, Hides hides) {
   if (AnyAccessRuleHidesItem(item, filter, hides)) return true;
+  const bool needsIdentities = seenGuid != nullptr || filter.DependsOnSeen();
   orncore::utility::GuidMixer seenMixer = ItemSeenMixer(item);
   bool isInternal = item.GetVisibility() == FeatureListItem::Visibility::kInternal;
   bool isAnyChangeShown = false;
@@ -138,13 +140,14 @@ bool AnyRuleHidesItem(const FeatureListItem& item, const VisibilityFilter& filte
     // Compatibility: "UnhideBetaFeature" shows a feature of visibility `kInternal`, although the
     // keyword counts as malformed (docs/compatibility.md).
     if (change->DetailForcingItemToNormalVisibility()) isInternal = false;
-    const Guid changeGuid = change->GetItemSeenGuid();
+    const Guid changeGuid = needsIdentities ? change->GetItemSeenGuid() : Guid();
     MixChangeIntoItem(seenMixer, *change, changeGuid);
     if (isChangeShown(*change, changeGuid)) isAnyChangeShown = true;
   }
   if (isInternal && hides(HidingRule::kInternalVisibility)) return true;
-  seenGuid = seenMixer.Result();
-  return AnySeenRuleHidesItem(item, filter, seenGuid, isAnyChangeShown, hides);
+  const Guid itemGuid = seenMixer.Result();
+  if (seenGuid != nullptr) *seenGuid = itemGuid;
+  return AnySeenRuleHidesItem(item, filter, itemGuid, isAnyChangeShown, hides);
 }
 
 }  // namespace
@@ -200,10 +203,8 @@ bool IsItemShown(const FeatureListItem& item, const VisibilityFilter& filter, Sh
     if (shown != nullptr) shown->changes.push_back({&change, seenGuid});
     return true;
   };
-  Guid seenGuid;
-  if (AnyRuleHidesItem(item, filter, seenGuid, isChangeShown, kStopAtFirstRule)) return false;
-  if (shown != nullptr) shown->seenGuid = seenGuid;
-  return true;
+  Guid* const seenGuid = shown == nullptr ? nullptr : &shown->seenGuid;
+  return !AnyRuleHidesItem(item, filter, seenGuid, isChangeShown, kStopAtFirstRule);
 }
 
 ItemVisibility ExplainItem(const FeatureListItem& item, const VisibilityFilter& filter) {
@@ -214,8 +215,7 @@ ItemVisibility ExplainItem(const FeatureListItem& item, const VisibilityFilter& 
     AnyRuleHidesChange(change, filter, seenGuid, CollectInto(rules));
     return rules.empty();
   };
-  Guid seenGuid;
-  AnyRuleHidesItem(item, filter, seenGuid, isChangeShown, CollectInto(explained.hidingRules));
+  AnyRuleHidesItem(item, filter, nullptr, isChangeShown, CollectInto(explained.hidingRules));
   return explained;
 }
 

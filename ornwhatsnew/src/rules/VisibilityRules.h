@@ -49,6 +49,8 @@ class VisibilityFilter {
                    std::span<const std::int64_t> versionNumbers);
 
   bool Has(const DisplayOptions& option) const { return options_.Has(option); }
+  /// Returns whether the result depends on what the user has seen or rated.
+  bool DependsOnSeen() const { return Has(kRatingView) || Has(kShowOnlyNew); }
   bool IsSeen(const Guid& identity) const { return seen_.Contains(identity); }
   std::span<const std::int64_t> Versions() const { return versionNumbers_; }
   /// Returns the platform of the host. Only the first call queries the host.
@@ -91,8 +93,9 @@ struct ShownItem {
 void AddSeenIdentities(const ShownItem& shown, const DisplayOptions& options,
                        std::vector<Guid>& identities);
 
-/// Returns whether an item is shown. If `shown` is null, allocates nothing. Otherwise overwrites
-/// `*shown`, whose content is valid only if the result is true.
+/// Returns whether an item is shown. If `shown` is null, allocates nothing, and computes identities
+/// only if the filter depends on what the user has seen. Otherwise overwrites `*shown`, whose
+/// content is valid only if the result is true.
 bool IsItemShown(const FeatureListItem& item, const VisibilityFilter& filter,
                  ShownItem* shown = nullptr);
 
