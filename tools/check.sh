@@ -139,8 +139,8 @@ stage_valgrind() {
 }
 
 # The preset "tidy" joins up to ten sources in one file, because clang-tidy spends most of its time on the
-# headers that the sources have in common. The other builds do not join sources, so they still find missing
-# includes.
+# headers that the sources have in common. The builds with g++ do not join sources, so they still find
+# missing includes.
 stage_tidy() {
   configure tidy && make_qt_sources tidy || return
   local joined=() sources
@@ -171,21 +171,20 @@ stage_tidy-changed() {
 }
 
 # Runs clang-tidy on the NUL-separated files of standard input. Fails if it checks fewer than $1 files.
-# Uses the compile commands of the preset "sanitize", which selects clang. Builds the precompiled header,
-# because the tests' commands use it.
+# Uses the compile commands of the preset "tidy-single".
 run_clang_tidy() {
   local minimum=$1 files=() compiled checked=()
   mapfile -d '' -t files
   if ((${#files[@]} > 0)); then
-    configure sanitize && build sanitize --target test_precompiled && make_qt_sources sanitize || return
+    configure tidy-single && make_qt_sources tidy-single || return
     # Omit sources that this build does not compile, because they have no compile command.
-    compiled=$(compiled_files sanitize)
+    compiled=$(compiled_files tidy-single)
     mapfile -t checked < <(printf '%s\n' "${files[@]/#/$root/}" |
       grep -xF -f <(printf '%s\n' "$compiled"))
   fi
   echo "${#checked[@]} files"
   ((${#checked[@]} >= minimum)) || { echo 'FAILED: too few files' && return 1; }
-  printf '%s\n' "${checked[@]}" | tidy_each sanitize
+  printf '%s\n' "${checked[@]}" | tidy_each tidy-single
 }
 
 # tidy_each PRESET [OPTION...]: runs clang-tidy on each file of standard input, one per line.
@@ -199,12 +198,9 @@ tidy_each() {
 compiled_files() { sed -n 's/^  "file": "\(.*\)"$/\1/p' "build/$1/compile_commands.json"; }
 
 # Generates the sources that moc creates, because sources of the companion include them. Does nothing
-# without Qt.
+# without Qt. Does not build the targets of moc, because they depend on the compiled library.
 make_qt_sources() {
-  local preset=$1 targets
-  mapfile -t targets < <(ninja -C "build/$preset" -t targets all |
-    sed -n 's/^\([a-z/]*ornwhatsnewqt_[A-Za-z_]*_autogen\): phony$/\1/p')
-  ((${#targets[@]} == 0)) || build "$preset" --target "${targets[@]}"
+  find "build/$1" -name AutogenInfo.json -print0 | xargs -0 -I{} cmake -E cmake_autogen {} ''
 }
 
 # Suppresses passedByValue, because cppcheck mistakes iterators for large objects. clang-tidy reports
