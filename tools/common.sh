@@ -12,7 +12,8 @@ fail() {
 
 jobs_count() { getconf _NPROCESSORS_ONLN; }
 
-# Makes the builds use ccache if it is installed. Makes ccache store paths relative to the root of the
+# Makes the builds use ccache if it is installed. In a fresh clone, the build of the Debian packages then
+# reuses all objects of the build in build/release. Makes ccache store paths relative to the root of the
 # clone, so that several clones share the cached objects.
 use_compiler_cache() {
   command -v ccache >/dev/null || return 0
@@ -27,6 +28,7 @@ use_compiler_cache() {
 # CMake again if another CMake file has changed.
 configure() {
   local preset=$1
+  use_compiler_cache
   if [[ ! -f build/$preset/build.ninja || CMakePresets.json -nt build/$preset/build.ninja ]]; then
     say "Configuring build/$preset"
     cmake --fresh --preset "$preset" -Wno-dev >"$(log_file "configure-$preset")" 2>&1 || {

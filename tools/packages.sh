@@ -3,7 +3,7 @@
 # Part of ./dev: lists and installs the Debian packages that each command needs.
 
 build_packages=(
-  g++ cmake ninja-build pkgconf
+  g++ cmake ninja-build ccache pkgconf
   libboost-dev libicu-dev
   nlohmann-json3-dev libcli11-dev libcsv-dev libboost-locale-dev libssl-dev
   libgtest-dev libgmock-dev libmurmurhash-dev libcmark-dev python3-jsonschema mandoc gettext

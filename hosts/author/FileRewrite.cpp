@@ -29,7 +29,7 @@ constexpr std::chrono::seconds kPatience{5};
   throw std::system_error(error, std::generic_category(), problem);
 }
 
-std::string Quoted(const fs::path& file) {
+std::string QuotedPath(const fs::path& file) {
   return "'" + file.native() + "'";
 }
 
@@ -41,7 +41,7 @@ auto WithNamedPath(std::string_view problem, const fs::path& file, const Step& s
   try {
     return step();
   } catch (const std::system_error& error) {
-    Fail(error.code().value(), std::string(problem) + " " + Quoted(file));
+    Fail(error.code().value(), std::string(problem) + " " + QuotedPath(file));
   }
 }
 
@@ -53,7 +53,7 @@ fs::path ResolvedPath(const fs::path& file) {
                                     [&file] { return common::ResolveLinks(fs::absolute(file)); });
   std::error_code error;
   if (!fs::exists(resolved.parent_path(), error)) {
-    Fail(error ? error.value() : ENOENT, "cannot open the folder of " + Quoted(file));
+    Fail(error ? error.value() : ENOENT, "cannot open the folder of " + QuotedPath(file));
   }
   return resolved;
 }
@@ -73,11 +73,11 @@ class AuthorFile {
     struct stat status {};
     if (::fstatat(folder_.Descriptor(), name_.c_str(), &status, AT_SYMLINK_NOFOLLOW) != 0) {
       if (errno == ENOENT) return std::nullopt;
-      Fail(errno, "cannot open " + Quoted(named_));
+      Fail(errno, "cannot open " + QuotedPath(named_));
     }
     if (!S_ISREG(status.st_mode)) {
       Fail(S_ISDIR(status.st_mode) ? EISDIR : EINVAL,
-           "cannot write " + Quoted(named_) + ", which is not a regular file");
+           "cannot write " + QuotedPath(named_) + ", which is not a regular file");
     }
     return Open();
   }
@@ -90,7 +90,7 @@ class AuthorFile {
     try {
       return common::ReadTextFile(folder_.PathOf(name_));
     } catch (const orncore::config::ResultError& error) {
-      Fail(-error.Result(), "cannot open " + Quoted(named_));
+      Fail(-error.Result(), "cannot open " + QuotedPath(named_));
     }
   }
 
@@ -98,12 +98,12 @@ class AuthorFile {
   common::FileLock Lock() const {
     for (;;) {
       // Check that the file exists, because `Acquire` would create it.
-      if (!OpenExisting()) Fail(ENOENT, "cannot open " + Quoted(named_));
+      if (!OpenExisting()) Fail(ENOENT, "cannot open " + QuotedPath(named_));
       auto lock = WithNamedPath("cannot write", named_, [this] {
         return common::FileLock::Acquire(folder_, name_, kPatience);
       });
       if (!lock) {
-        Fail(EBUSY, "cannot write " + Quoted(named_) + ", which another program is changing");
+        Fail(EBUSY, "cannot write " + QuotedPath(named_) + ", which another program is changing");
       }
       // The program that held the lock before may have replaced the file. If so, lock the new file.
       if (lock->IsInPlace()) return *std::move(lock);
@@ -111,7 +111,7 @@ class AuthorFile {
   }
 
   [[noreturn]] void FailReplaced() const {
-    Fail(EBUSY, "cannot write " + Quoted(named_) + ", which another program has replaced");
+    Fail(EBUSY, "cannot write " + QuotedPath(named_) + ", which another program has replaced");
   }
 
  private:
@@ -166,7 +166,7 @@ void ChangeWholeFile(const fs::path& file,
 void ReplaceWholeFile(const fs::path& file, std::string_view before, std::string_view after) {
   ChangeWholeFile(file, [&](std::string_view bytes) {
     if (bytes != before) {
-      Fail(EBUSY, "cannot write " + Quoted(file) + ", which another program has changed");
+      Fail(EBUSY, "cannot write " + QuotedPath(file) + ", which another program has changed");
     }
     return std::string(after);
   });

@@ -25,7 +25,7 @@ constexpr std::size_t kStateDepth = 2;
 
 /// The maximum number of array elements. This version of the format has no arrays, but a newer
 /// version may have some. The error message must then state that the store is newer.
-constexpr std::size_t kMaximumElements = 1000;
+constexpr std::size_t kMaximumStateElements = 1000;
 
 [[noreturn]] void FailWriting(const std::filesystem::path& file, std::string_view reason) {
   throw StateStoreError("cannot write the state store '" + file.native() +
@@ -62,7 +62,7 @@ StateValues ParseState(std::string_view text, const std::filesystem::path& file)
   }
   try {
     const JsonDocument document =
-        JsonDocument::Parse(text, "'" + file.native() + "'", kStateDepth, kMaximumElements);
+        JsonDocument::Parse(text, "'" + file.native() + "'", kStateDepth, kMaximumStateElements);
     return ReadState(JsonReader(document), file);
   } catch (const JsonError& error) {
     throw StateStoreError(std::string("cannot use the state store ") + error.what() +

@@ -29,7 +29,7 @@ constexpr DisplayOptions kRelevant =
 
 using Lines = std::vector<std::size_t>;
 /// The lines of the shown changes of each item, by the key of the item.
-using LinesByKey = std::map<std::string_view, Lines>;
+using ShownLinesByKey = std::map<std::string_view, Lines>;
 
 /// A user of the application: the description of the user's host, and the user's state.
 struct User {
@@ -53,9 +53,9 @@ std::unique_ptr<FeatureListData> LoadList(const std::string& data, User& user) {
 }
 
 /// Returns the lines of the changes that a display shows. `changes` are all changes of the list.
-LinesByKey ShownLines(const FeatureListData& list, const DisplayOptions& options,
-                      const RowsByKey& changes) {
-  LinesByKey shown;
+ShownLinesByKey ShownLines(const FeatureListData& list, const DisplayOptions& options,
+                           const RowsByKey& changes) {
+  ShownLinesByKey shown;
   for (const ornwhatsnew::ItemVisibility& explained : list.ExplainVisibility(options)) {
     const auto found = changes.find(explained.item->FeatureJiraIDKey());
     if (found == changes.end() || !explained.hidingRules.empty()) continue;
@@ -70,7 +70,7 @@ LinesByKey ShownLines(const FeatureListData& list, const DisplayOptions& options
 }
 
 /// Sets the `id`s of the paragraphs of the changes. `shown` contains the lines of these changes.
-void SetIDs(PreviewView& view, const LinesByKey& shown) {
+void SetIDs(PreviewView& view, const ShownLinesByKey& shown) {
   const std::vector<LayoutParagraph>& paragraphs = view.layout.paragraphs;
   view.paragraphIDs.resize(paragraphs.size());
   std::map<std::string_view, std::size_t> changesSoFar;

@@ -80,7 +80,7 @@ std::string QuotedVersions(std::span<const std::string> versions) {
 std::string BoundsMistake(const std::string& first, const std::string& added) {
   if (added.empty()) return "it has no version in column 1, so no version is affected";
   for (const std::string& version : {first, added}) {
-    const std::string reason = ComparisonReason(version);
+    std::string reason = ComparisonReason(version);
     if (!reason.empty()) return reason;
   }
   if (CountVersionComponents(first) != CountVersionComponents(added)) {

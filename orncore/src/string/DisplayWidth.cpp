@@ -7,7 +7,7 @@
 namespace orncore::string {
 namespace {
 
-constexpr UChar32 kEmojiPresentation = 0xFE0F;
+constexpr UChar32 kEmojiSelector = 0xFE0F;
 
 bool IsZeroWidth(UChar32 character) {
   switch (u_charType(character)) {
@@ -47,7 +47,7 @@ std::size_t DisplayWidth(std::u16string_view text) noexcept {
   while (position < text.size()) {
     const UChar32 character = NextCodePoint(text, position);
     // The selector for emoji presentation makes the narrow character before it wide.
-    const bool widens = character == kEmojiPresentation && previousWidth == 1;
+    const bool widens = character == kEmojiSelector && previousWidth == 1;
     const std::size_t width = widens ? 1 : CharacterWidth(character);
     columns += width;
     previousWidth = width;

@@ -9,12 +9,13 @@
 namespace ornwhatsnew {
 namespace {
 
-constexpr char16_t kLineSeparator = 0x2028;
+constexpr char16_t kUnicodeLineSeparator = 0x2028;
 constexpr char16_t kParagraphSeparator = 0x2029;
 constexpr char16_t kByteOrderMark = 0xFEFF;
 
 constexpr bool IsLineEnd(char16_t unit) {
-  return unit == u'\n' || unit == u'\r' || unit == kLineSeparator || unit == kParagraphSeparator;
+  return unit == u'\n' || unit == u'\r' || unit == kUnicodeLineSeparator ||
+         unit == kParagraphSeparator;
 }
 
 constexpr bool IsWhiteSpace(char16_t unit) {
@@ -186,7 +187,7 @@ void LayoutWriter::CleanText(std::size_t begin) {
     if (isSecondOfLineEnd || unit == kByteOrderMark) continue;
     // A paragraph does not begin with white space.
     if (end == paragraph_.range.begin && IsWhiteSpace(unit)) continue;
-    text[end++] = IsLineEnd(unit) ? kLineSeparator : unit == u'\t' ? u' ' : unit;
+    text[end++] = IsLineEnd(unit) ? kUnicodeLineSeparator : unit == u'\t' ? u' ' : unit;
   }
   text.resize(end);
 }
