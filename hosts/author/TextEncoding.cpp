@@ -98,7 +98,8 @@ DecodedText SelectEncoding(std::string_view bytes, const std::optional<std::stri
   if (orncore::string::IsWellFormedUTF8(bytes)) {
     return {"", "UTF-8", "because all of its bytes are valid UTF-8"};
   }
-  return {"", "Windows-1252", "because it is not valid UTF-8; use --encoding to name another one"};
+  return {"", "Windows-1252",
+          "because it is not valid UTF-8; use --encoding to select another encoding"};
 }
 
 /// Throws `InputError` if the text contains NUL. Such a file is probably UTF-16 without a byte

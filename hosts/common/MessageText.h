@@ -19,8 +19,8 @@ std::string_view Prefix(std::string_view text, std::size_t length);
 /// " ... ". Does not split a character.
 std::string WithoutMiddle(std::string_view text);
 
-/// Returns `text` in single quotation marks for a message. Escapes invisible characters, and
-/// shortens a text of more than 60 bytes.
+/// Returns `text` (UTF-8) in single quotation marks for a message. Escapes invisible characters.
+/// Shortens `text` if it has more than 60 bytes.
 std::string Quoted(std::string_view text);
 
 /// Returns `number` and `noun`, for example "one field" or "2 fields" for the noun "field".

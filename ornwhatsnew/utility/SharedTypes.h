@@ -70,7 +70,7 @@ enum class StyleID : int {
   kStyleIssueLink = 7,
   /// The unlock label after a title.
   kStyleUnlockLabel = 9,
-  /// A note about an ignored field of a change, for internal users.
+  /// A note for internal users: the change is unmatched, or the library ignores one of its fields.
   kStyleInternalWarning = 10,
   /// The box around an unlock label. It has the same range as `kStyleUnlockLabel`.
   kStyleUnlockLabelBox = 11,

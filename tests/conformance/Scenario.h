@@ -14,8 +14,8 @@ namespace conformance {
 
 struct CallFunction;
 
-// Each kind of step has a struct, which is named after the member `do` of the step. Strings are
-// UTF-8, except that `data` may contain any bytes.
+// Each kind of step has a struct, which is named after the value of the member `do`. For example,
+// "load" is a `LoadStep`. Strings are UTF-8, except that `data` may contain any bytes.
 
 struct ConstructStep {};
 struct LoadStep {

@@ -121,7 +121,8 @@ void FinishReport(LintReport& report) {
                            [key](const Finding& a, const Finding& b) { return key(a) < key(b); });
   // Remove duplicates, because each data file leads to the same findings on the host description.
   const auto isEqual = [key](const Finding& a, const Finding& b) { return key(a) == key(b); };
-  // clang 14 cannot compile the result of std::ranges::unique.
+  // Use std::unique, because clang 14 cannot compile code that uses the result of
+  // std::ranges::unique.
   report.findings.erase(std::unique(report.findings.begin(), report.findings.end(), isEqual),
                         report.findings.end());
   std::unordered_map<std::string, std::size_t> counts;

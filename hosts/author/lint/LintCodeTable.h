@@ -198,7 +198,7 @@ inline constexpr auto kLintCodes = std::to_array<LintCodeInfo>({
      "the change.",
      "Write the version that contains the change into the first column."},
     {LintCode::kBoundsOrder, "bounds-order", Severity::kError,
-     "the earliest version is not before the version",
+     "the earliest version in column 6 is not below the version in column 1",
      "The change affects no version, so a panel that is filtered by version never shows it.",
      "Write the first affected version into the sixth column, and the version that contains "
      "the change into the first column."},
@@ -340,7 +340,7 @@ inline constexpr auto kLintCodes = std::to_array<LintCodeInfo>({
     {LintCode::kCommentLine, "comment-line", Severity::kNote, "a comment line",
      "The format has no comments. The library skips the line because it does not have ten "
      "fields.",
-     "The line has no effect here. Do not write it after a Changes-Since row."},
+     "The line has no effect here. Do not write such a line directly after a Changes-Since row."},
     {LintCode::kBaselineNew, "baseline-new", Severity::kNote, "a new row",
      "The change is not in the earlier file, so it is new for every user.",
      "There is nothing to do."},

@@ -18,8 +18,9 @@ using nlohmann::json;
 
 // ---- JSON
 
-/// Returns the replacement of the characters at the finding's position, or null. The edit replaces
-/// exactly these characters, except that the edit for line endings replaces several of them.
+/// Returns the replacement for the characters at the finding's position. Returns null if the
+/// finding has no edit, or if its edit corrects line endings. That edit replaces all CR characters
+/// of the row, but the position contains only one of them.
 json FixJson(const Finding& finding) {
   if (!finding.edit || finding.code == LintCode::kFileLineEnds) return nullptr;
   return {{"replacement", TextJson(finding.edit->replacement)}};

@@ -52,7 +52,8 @@ class WhyReport {
   std::string fileName_;
   std::string_view text_;
   std::vector<std::string> userVersions_;
-  /// The explanation of the header row if it was not intended as the header. Otherwise empty.
+  /// The output line about a row that is lost because the library uses it as the header. Empty if
+  /// there is no such row.
   std::string lostRow_;
   /// The features and sections in display order.
   std::vector<ExplainedItem> items_;

@@ -55,8 +55,9 @@ commands() {
   done
 }
 
-# Compares the synopsis that begins with the line $1 with the help of the command that the other
-# arguments name. Appends the options of the command to $options.
+# Checks that the synopsis in the man page and the output of --help have the same options and arguments. $1
+# is the first line of the synopsis. The other arguments name the command. Appends the options of the
+# command to $options.
 compare_synopsis() {
   local line=$1 names
   shift
