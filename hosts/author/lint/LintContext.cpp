@@ -5,6 +5,7 @@
 
 #include <orncore/string/SafeText.h>
 #include <orncore/utility/MixHashGuid.h>
+#include <ornwhatsnew/WhatsNewTypes.h>
 #include <ornwhatsnew/utility/TextHelpers.h>
 
 #include "hosts/author/lint/NearestWord.h"
@@ -93,9 +94,9 @@ Finding& LintContext::ReportPart(LintCode code, const LintRow& row, DataColumn c
   // does not contain, and a failed search for a long string can take quadratic time.
   constexpr std::size_t kSearchedBytes = 64;
   const std::size_t offset = part.empty() ? text.npos : text.find(part.substr(0, kSearchedBytes));
-  if (offset != text.npos) {
+  if (offset != text.npos && text.substr(offset, part.size()) == part) {
     range.begin += offset;
-    range.end = std::min(range.end, range.begin + part.size());
+    range.end = range.begin + part.size();
   }
   Finding& finding = Report(code, row, range.begin, range.end, std::move(message));
   finding.fieldNumber = index + 1;
@@ -155,6 +156,12 @@ const common::BetaFeatureDescription* LintContext::FindFeature(std::string_view 
 }
 
 std::optional<std::string> LintContext::NearestKey(const std::string& text) {
+  // `--fix` corrects each section key, so do not count these comparisons as a search.
+  const std::string_view trimmed = TrimSpaces(text);
+  for (const std::string_view key : {ornwhatsnew::kMiscKey, ornwhatsnew::kBugfixKey,
+                                     ornwhatsnew::kInternalKey, ornwhatsnew::kUnreviewedKey}) {
+    if (ornwhatsnew::CaseInsensitiveEqual(trimmed, key)) return std::string(key);
+  }
   const auto found = nearestKeys_.find(text);
   if (found != nearestKeys_.end()) return found->second;
   const std::size_t searches = nearestKeys_.size() + 1;

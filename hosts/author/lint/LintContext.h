@@ -40,8 +40,8 @@ enum class LintScope {
   kLastRow,  ///< the last row, even if many earlier rows have the same mistake
 };
 
-/// The findings of a code that are not listed: those after the first `kMaximumFindings` in a file,
-/// and those outside the scope. `--fix` also applies their edits.
+/// The findings of a code that are not listed: those that are reported after `kMaximumFindings`
+/// findings of this code in a file, and those outside the scope. `--fix` also applies their edits.
 struct OmittedFindings {
   std::size_t count = 0;
   std::vector<Edit> edits;
@@ -94,7 +94,8 @@ class LintContext {
   const common::BetaFeatureDescription* FindFeature(std::string_view text);
 
   /// Returns the section key or epic key that is most similar to `text`. Returns `std::nullopt` if
-  /// none is similar, or if this function has already searched for too many different strings.
+  /// none is similar, or if the search would compare too many keys together with earlier searches.
+  /// Always finds a section key that differs only in its letter case and outer spaces.
   std::optional<std::string> NearestKey(const std::string& text);
 
   /// Returns whether at least one change has a version that consists of digits and points.

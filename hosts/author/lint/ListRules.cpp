@@ -113,7 +113,7 @@ bool IsUnseenFeature(const FeatureListItem& item) {
 
 void CheckVisibility(LintContext& context) {
   const auto isUnseen = [](const auto& entry) { return IsUnseenFeature(*entry.second); };
-  // An explanation computes the identity of each change, so do without it if possible.
+  // An explanation allocates memory for each change, so do without it if possible.
   if (context.Host() == nullptr || std::ranges::none_of(context.File().Items(), isUnseen)) return;
   const RowsByKey changes = context.File().ChangesByKey();
   for (const ornwhatsnew::ItemVisibility& explained : context.File().ExplainVisibility()) {

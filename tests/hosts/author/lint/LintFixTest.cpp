@@ -22,6 +22,12 @@ TEST(LintFix, CorrectsTheLetterCaseOfSectionKeys) {
   EXPECT_EQ(fixed.corrected, 1U);
 }
 
+TEST(LintFix, CorrectsASectionKeyAfterManyUnknownKeys) {
+  std::string text = kHeaderRows;
+  for (int i = 0; i < 1000; ++i) text += "4.3,X-" + std::to_string(i) + ",,,,,,,,Text\n";
+  EXPECT_EQ(Fix(text + "4.3,misc,,,,,,,,Text\n").text, text + "4.3,MISC,,,,,,,,Text\n");
+}
+
 TEST(LintFix, DiffIsUnifiedWithoutContext) {
   EXPECT_EQ(Fix(kHeaderRows + "4.3,MISC,,,,,,,,One\n4.3,bugfix,,,,,,,,Two\n").diff,
             "--- a/data.csv\n+++ b/data.csv\n@@ -4 +4 @@\n-4.3,bugfix,,,,,,,,Two\n"
