@@ -19,10 +19,11 @@ using nlohmann::json;
 // ---- JSON
 
 /// Returns the replacement for the characters at the finding's position. Returns null if the
-/// finding has no edit, or if its edit corrects line endings. That edit replaces all CR characters
-/// of the row, but the position contains only one of them.
+/// finding has no edit, or if the edit replaces several CR line endings. The position then contains
+/// only the first of them.
 json FixJson(const Finding& finding) {
-  if (!finding.edit || finding.code == LintCode::kFileLineEnds) return nullptr;
+  if (!finding.edit) return nullptr;
+  if (finding.code == LintCode::kFileLineEnds && finding.edit->length > 1) return nullptr;
   return {{"replacement", TextJson(finding.edit->replacement)}};
 }
 

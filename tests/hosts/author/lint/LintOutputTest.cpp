@@ -34,11 +34,15 @@ TEST(LintJson, DescribesAFinding) {
   EXPECT_FALSE(finding["fingerprint"].get<std::string>().empty());
 }
 
-TEST(LintJson, FindingOnLineEndsHasNoFixBecauseItIsOnlyOnTheFirstOne) {
-  const json report =
-      json::parse(LintJson(LintText(kHeaderRows + "4.3,MISC,,,,,,,,One\r4.3,MISC,,,,,,,,Two\n")));
-  EXPECT_EQ(report["findings"].at(0)["code"], "file-line-ends");
-  EXPECT_EQ(report["findings"].at(0)["fix"], nullptr);
+TEST(LintJson, FindingOnLineEndsHasAFixIfThereIsOnlyOne) {
+  const auto fix = [](const std::string& rows) {
+    const json finding = json::parse(LintJson(LintText(kHeaderRows + rows)))["findings"].at(0);
+    EXPECT_EQ(finding["code"], "file-line-ends");
+    return finding["fix"];
+  };
+  const std::string row = "4.3,MISC,,,,,,,,One";
+  EXPECT_EQ(fix(row + "\r" + row + "\n"), json({{"replacement", "\n"}}));
+  EXPECT_EQ(fix(row + "\r" + row + "\r" + row + "\n"), nullptr);
 }
 
 TEST(LintJson, SummaryCountsFindingsFilesAndChanges) {
