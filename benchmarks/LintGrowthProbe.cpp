@@ -1,6 +1,7 @@
 // Checks and corrects a generated data file, formats the findings, and prints the size of the file
 // and the peak memory use. `./dev check growth` checks this peak, and counts the instructions for
 // files of 100 KB and 1 MB.
+#include <cstddef>
 #include <cstdlib>
 #include <iostream>
 #include <map>
@@ -12,6 +13,7 @@
 #include "benchmarks/support/NumberedCopies.h"
 #include "hosts/author/lint/Lint.h"
 #include "hosts/author/lint/LintFix.h"
+#include "hosts/common/HostDescription.h"
 #include "hosts/console/LintText.h"
 
 namespace {

@@ -27,7 +27,7 @@ constexpr std::size_t kStateDepth = 2;
 /// version may have some. The error message must then state that the store is newer.
 constexpr std::size_t kMaximumStateElements = 1000;
 
-[[noreturn]] void FailWriting(const std::filesystem::path& file, std::string_view reason) {
+[[noreturn]] void FailFormatting(const std::filesystem::path& file, std::string_view reason) {
   throw StateStoreError("cannot write the state store '" + file.native() +
                         "': " + std::string(reason));
 }
@@ -76,10 +76,10 @@ std::string FormatState(const StateValues& values, const std::filesystem::path& 
     text = ToJsonText(
         {{kFormatMember, kFormat}, {kVersionMember, kFormatVersion}, {kValuesMember, values}});
   } catch (const nlohmann::json::type_error&) {
-    FailWriting(file, "a key or a value is not well-formed UTF-8");
+    FailFormatting(file, "a key or a value is not well-formed UTF-8");
   }
   if (text.size() > kMaximumStateSize) {
-    FailWriting(file, "the state is larger than 64 MiB; name another file with --state");
+    FailFormatting(file, "the state is larger than 64 MiB; name another file with --state");
   }
   return text;
 }

@@ -33,7 +33,7 @@ std::string SeparatorName(char separator) {
   }
 }
 
-void Report(const std::filesystem::path& file, const std::vector<author::Remark>& remarks) {
+void ReportRemarks(const std::filesystem::path& file, const std::vector<author::Remark>& remarks) {
   for (const author::Remark& remark : remarks) {
     ReportError(MessageAt(file, remark.line, remark.message));
   }
@@ -47,8 +47,8 @@ std::string Import(const ImportArguments& arguments) {
   ReportError(MessageAt(arguments.table, 0, "read as " + decoded.encoding + ", " + decoded.reason));
   const author::Spreadsheet table = author::ReadSpreadsheet(decoded.text);
   author::ImportResult result = author::ImportSpreadsheet(table);
-  Report(arguments.table, result.changes);
-  Report(arguments.table, result.errors);
+  ReportRemarks(arguments.table, result.changes);
+  ReportRemarks(arguments.table, result.errors);
   if (result.errors.empty()) return std::move(result.dataFile);
   const std::size_t unlisted = result.errorCount - result.errors.size();
   throw ToolError(

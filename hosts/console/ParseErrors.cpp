@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <sstream>
+#include <string>
 #include <string_view>
 #include <vector>
 

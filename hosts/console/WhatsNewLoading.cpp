@@ -1,5 +1,6 @@
 #include "hosts/console/WhatsNewLoading.h"
 
+#include <string>
 #include <string_view>
 #include <system_error>
 #include <utility>

@@ -26,7 +26,7 @@ using common::FileDescriptor;
 /// The maximum number of bytes to read from git's error messages.
 constexpr std::size_t kMaximumErrors = 4096;
 
-[[noreturn]] void Fail(const std::string& problem, int error) {
+[[noreturn]] void FailGit(const std::string& problem, int error) {
   throw std::runtime_error(problem + ": " + std::generic_category().message(error));
 }
 
@@ -79,7 +79,7 @@ pid_t StartGit(std::vector<std::string> arguments, int output, int errors) {
   pid_t process = 0;
   const int error =
       ::posix_spawnp(&process, "git", actions.Get(), nullptr, words.data(), environment.data());
-  if (error != 0) Fail("cannot run git", error);
+  if (error != 0) FailGit("cannot run git", error);
   return process;
 }
 
@@ -102,13 +102,13 @@ struct GitResult {
 /// Runs git with `arguments`. Stops reading its output after more than `maxBytes` bytes.
 GitResult RunGit(const std::vector<std::string>& arguments, std::size_t maxBytes) {
   std::array<int, 2> ends{};
-  if (::pipe2(ends.data(), O_CLOEXEC) != 0) Fail("cannot run git", errno);
+  if (::pipe2(ends.data(), O_CLOEXEC) != 0) FailGit("cannot run git", errno);
   FileDescriptor output(ends[0]);
   FileDescriptor input(ends[1]);
   // Store git's errors in memory. With a second pipe, git could wait for this function to read the
   // errors while the function waits for git's output.
   const FileDescriptor errors(::memfd_create("errors of git", MFD_CLOEXEC));
-  if (errors.Number() < 0) Fail("cannot run git", errno);
+  if (errors.Number() < 0) FailGit("cannot run git", errno);
   const pid_t process = StartGit(arguments, input.Number(), errors.Number());
   input = FileDescriptor(-1);
   GitResult result;
