@@ -1,7 +1,8 @@
 # shellcheck shell=bash
 
 # Part of ./dev: runs the benchmarks. Also checks that instruction counts grow about linearly with the
-# number of rows of a data file, and with the size of host descriptions and state stores.
+# number of rows of a data file, and with the size of host descriptions, state stores and the data files of
+# `ornwhatsnew lint`.
 
 bench_subjects=(cutting load memory identity news display state keyorder start lint panel)
 
