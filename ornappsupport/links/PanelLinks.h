@@ -23,11 +23,11 @@ struct PanelLinks {
   /// Sets each member to its default. The default URLs are build options of the library.
   ORN_EXPORT PanelLinks();
 
-  /// The link template for issues. Each `@0` in it stands for the key of the issue. The panel shows
-  /// issue links only to internal users.
+  /// The link template for issues. The list replaces each `@0` in it by the key of the issue. The
+  /// panel shows issue links only to internal users.
   UTF16String issueLink;
-  /// The link template for commits. Each `@0` in it stands for the commit ID, which is the field in
-  /// column 9 of a change. The panel shows commit links only to internal users.
+  /// The link template for commits. The list replaces each `@0` in it by the commit ID, which is
+  /// the field in column 9 of a change. The panel shows commit links only to internal users.
   UTF16String commitLink;
   /// The URL of the page on which users allow usage logging. The rating view shows it to users who
   /// do not allow usage logging. It is both the target and the text of the link. If you set it to
