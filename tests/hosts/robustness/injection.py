@@ -25,7 +25,8 @@ FIRST_ALLOCATION = ("mmap", 1)
 # number.
 FATAL_MESSAGES = {
     -6: ("The futex facility returned an unexpected error code", "Fatal glibc error: "),
-    127: ("error while loading shared libraries: ", "cannot set up thread-local storage: ")}
+    127: ("error while loading shared libraries: ", "cannot set up thread-local storage: ",
+          "out of memory\n")}
 
 STATUSES = {DONE, 1, 3, UNUSABLE_STORE, UNWRITABLE_OUTPUT}
 
@@ -34,7 +35,7 @@ def is_ended_by_c_library(result):
     """Returns whether the C library ended the program and printed one of its messages.
 
     glibc ends a program with SIGABRT if a call fails that cannot fail on Linux, such as futex(2)
-    with EIO. The dynamic linker ends a program with 127 if it cannot load a library.
+    with EIO. The dynamic linker ends a program with 127 if it cannot load a library or allocate memory.
     """
     return any(message in result.errors for message in FATAL_MESSAGES.get(result.status, ()))
 
