@@ -66,26 +66,4 @@ std::string CodeList() {
   return text;
 }
 
-std::string CodePage() {
-  std::string text = "# Codes of ornwhatsnew lint\n\n";
-  text +=
-      "This page is generated from the table that `ornwhatsnew lint --explain CODE` reads. A "
-      "test\n";
-  text +=
-      "compares it with the table. The [author's manual](data-file.md) explains the format of "
-      "the\n";
-  text += "data file.\n\n| Code | Severity | Summary |\n|---|---|---|\n";
-  for (const LintCodeInfo& info : kLintCodes) {
-    const std::string_view name = info.name;
-    text.append("| [").append(name).append("](#").append(name).append(") | ");
-    text.append(SeverityName(info.severity)).append(" | ").append(info.summary).append(" |\n");
-  }
-  for (const LintCodeInfo& info : kLintCodes) {
-    text += "\n## " + std::string(info.name) + "\n\n";
-    text += "Severity: " + std::string(SeverityName(info.severity)) + ". " +
-            std::string(info.explanation) + "\n\n" + std::string(info.remedy) + "\n";
-  }
-  return text;
-}
-
 }  // namespace hosts::author

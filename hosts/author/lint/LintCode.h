@@ -140,9 +140,6 @@ std::string Explanation(LintCode code);
 /// Returns the text that `--list-codes` prints: name, severity and summary of each code.
 std::string CodeList();
 
-/// Returns the content of docs/lint-codes.md.
-std::string CodePage();
-
 }  // namespace hosts::author
 
 #endif  // HOSTS_AUTHOR_LINT_LINTCODE_H_

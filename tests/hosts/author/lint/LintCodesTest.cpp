@@ -22,6 +22,28 @@ namespace {
 
 using testing::HasSubstr;
 
+// Returns the content of docs/lint-codes.md.
+std::string CodePage() {
+  std::string text =
+      "# Codes of ornwhatsnew lint\n\n"
+      "This page is generated from the table that `ornwhatsnew lint --explain CODE` reads. A test\n"
+      "compares it with the table. The [author's manual](data-file.md) explains the format of the\n"
+      "data file.\n\n"
+      "| Code | Severity | Summary |\n"
+      "|---|---|---|\n";
+  for (const LintCodeInfo& info : LintCodes()) {
+    const std::string_view name = info.name;
+    text.append("| [").append(name).append("](#").append(name).append(") | ");
+    text.append(SeverityName(info.severity)).append(" | ").append(info.summary).append(" |\n");
+  }
+  for (const LintCodeInfo& info : LintCodes()) {
+    text += "\n## " + std::string(info.name) + "\n\n";
+    text += "Severity: " + std::string(SeverityName(info.severity)) + ". " +
+            std::string(info.explanation) + "\n\n" + std::string(info.remedy) + "\n";
+  }
+  return text;
+}
+
 std::string Describe(const Finding& finding) {
   const Place& place = finding.place;
   std::string text = std::to_string(place.line) + ":" + std::to_string(place.column) + "-" +
