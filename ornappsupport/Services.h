@@ -5,7 +5,7 @@
 //   beta features       ornappsupport::feature::SetFeatureService      no features
 //   permission          ornappsupport::feature::SetFeatureService      no permission
 //   usage logging       analytics::SDMUsageLogger::SetLoggingQuery     on
-//   panel links         ornappsupport::links::SetPanelLinks            options of the build
+//   panel links         ornappsupport::links::SetPanelLinks            build options, prefix ORN
 //   dictionary          orncore::config::Localizer::SetDictionary      the default texts
 //   client information  orncore::config::SetClientInfo                 25.1, build 42, Mac
 //   debug entries       orncore::debug::DebugDatabase::SetStore        empty, in memory
@@ -21,8 +21,8 @@
 
 namespace ornappsupport {
 
-/// Restores the default of every service in the table above, for example between tests. Does not
-/// change the registered commands and initialisers.
+/// Restores the defaults of all services that a host can replace, for example between tests. Does
+/// not change the registered commands and initialisers.
 ///
 /// Do not call while a list or another thread uses a service. If memory runs out, throws
 /// `std::bad_alloc` and does not change the services that it has not reset yet.

@@ -1,5 +1,4 @@
-// Defines `ORN_EXPORT`, which marks the exported names of the library. All other symbols are
-// hidden.
+// Defines `ORN_EXPORT`, which exports a symbol of the library. All other symbols are hidden.
 //
 // Every public header includes this header, directly or through another one.
 #ifndef ORNCORE_EXPORT_H_

@@ -14,11 +14,12 @@ namespace ornappsupport::feature {
 
 using orncore::string::UTF16String;
 
-/// Determines the label of a beta feature in a list and, for `kInternal`, whether the list shows
-/// the feature. The list treats a value that is not an enumerator like `kUnlabelled`.
+/// Determines the label of a beta feature and its position in a list. For `kInternal`, it also
+/// determines whether the list shows the feature. The list treats a value that is not an enumerator
+/// like `kUnlabelled`.
 ///
-/// Regardless of its visibility, a list shows a feature only if it is switched on or the user may
-/// switch it on. A debug switch removes this restriction for internal users.
+/// A feature of any visibility is shown only if it is switched on or the user may switch it on. A
+/// debug switch removes this restriction for internal users.
 ///
 /// If a change of a feature has the salience "HideBetaFeatureFromExternal", only internal users see
 /// the feature. Its label is then "TARSA ONLY", unless its visibility is `kPublic`.

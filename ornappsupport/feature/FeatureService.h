@@ -21,10 +21,10 @@
 
 namespace ornappsupport::feature {
 
-/// The interface that a host implements to describe its beta features. A list creates items from
-/// the feature table when it is loaded. It queries the switches, the permission, and the
-/// visibilities for unlock labels on every use and does not cache the answers. Exceptions that
-/// an implementation throws propagate to the code that called the list.
+/// The interface that a host implements to describe its beta features. A list creates its items
+/// from the feature table when it loads a data file. It queries the switches, the permission, and
+/// the visibilities for unlock labels during every call that needs them, and does not cache them
+/// between calls. Exceptions that an implementation throws propagate to the caller of the list.
 ///
 /// Threads: the library calls the methods on the thread that uses a list. The console command
 /// `ValidateWhatsNew` uses a list on a background thread while the thread that runs the command
@@ -38,7 +38,7 @@ class ORN_EXPORT FeatureService {
   virtual ~FeatureService();
 
   /// Returns the feature table. The table must not change, move or be destroyed while a method of a
-  /// list runs. The host may change it between such calls.
+  /// list runs. The host may change it between these calls.
   virtual const BetaFeatureMap& GetBetaFeatures() const = 0;
 
   /// Returns whether the feature is switched on for the user. `internalKey` is always a key of the
@@ -94,7 +94,8 @@ class ORN_EXPORT FixedFeatureService final : public FeatureService {
 ORN_EXPORT void SetFeatureService(std::shared_ptr<const FeatureService> service);
 
 /// Returns the feature table of the host, or an empty table if no service is set. The reference is
-/// valid until the service is replaced. Queries the service on the calling thread.
+/// valid until the service is replaced or the host changes its table. Queries the service on the
+/// calling thread.
 ORN_EXPORT const BetaFeatureMap& GetConstBetaFeatureMap();
 
 /// Returns whether the feature is switched on for the user. Returns false if `internalKey` is null

@@ -22,8 +22,9 @@ using string::UTF8String;
 /// The interface that a host implements to return its version, build number and platform.
 /// Exceptions that an implementation throws propagate to the code that called the library.
 ///
-/// Threads: the library calls the methods on the thread of its own caller. If a host uses lists on
-/// several threads, the methods must be safe to call from all of them at the same time.
+/// Threads: the library calls the methods on the thread that uses a list. The console command
+/// `ValidateWhatsNew` uses a list on a background thread. If a host uses lists on several threads,
+/// the methods must be safe to call from all of them at the same time.
 class ORN_EXPORT ClientInfo {
  public:
   ClientInfo() = default;

@@ -9,7 +9,8 @@
 //   ...
 //   orncore::config::ShutdownContexts(orncore::config::EInitializerContextFlags::kConsole);
 //
-// Before a host unloads a library at run time, it must call ShutdownContexts.
+// Before a host unloads a library at run time, it must call ShutdownContexts for the contexts of
+// the library's registrations.
 #ifndef ORNCORE_CONFIG_INITIALIZERREGISTRAR_H_
 #define ORNCORE_CONFIG_INITIALIZERREGISTRAR_H_
 
@@ -22,8 +23,8 @@
 
 namespace orncore::config {
 
-/// The contexts of a host. The values are bits and can be combined. A registration belongs to one
-/// or more contexts. A context is live from the `InitializeContexts` call that starts it to the
+/// The contexts of a host. The values are bits and can be combined. A registration belongs to any
+/// number of contexts. A context is live from the `InitializeContexts` call that starts it to the
 /// `ShutdownContexts` call that ends it.
 enum class EInitializerContextFlags : std::uint32_t {
   /// No context.
@@ -77,9 +78,9 @@ struct InitializerRegistration;
 /// running a function of the registration, the destructor waits for it.
 class ORN_EXPORT InitializerRegistrar {
  public:
-  /// Registers the functions. If `initialize` fails, the constructor logs the failure and the
-  /// object is still registered. The next `InitializeContexts` for one of its contexts calls
-  /// `initialize` again.
+  /// Registers the functions, and calls `initialize` if one of `contexts` is live. If this call
+  /// fails, the constructor logs the failure, and the object is still registered. The next
+  /// `InitializeContexts` for one of its contexts calls `initialize` again.
   ///
   /// `name` appears in log lines and need not be unique. `initialize` returns whether it succeeded.
   /// An empty function does nothing, and an empty `initialize` succeeds. The functions of a

@@ -57,8 +57,8 @@ class ORN_EXPORT MapDictionary final : public DictionarySource {
   /// The translations by key. Keys and translations are UTF-8.
   using Texts = std::map<std::string, std::string, std::less<>>;
 
-  /// Stores `texts`, which may contain markup. A key is the part of a key text before the first
-  /// `=`.
+  /// Stores `texts`. The translations may contain markup. Each key is the part of a key text before
+  /// the first `=`.
   explicit MapDictionary(Texts texts);
   ~MapDictionary() override;
 

@@ -1,8 +1,8 @@
 // Handles exceptions at the top level of a thread or callback, and defines result codes for
 // exceptions.
 //
-// A result code is 0 for success or a negated error number of the operating system, such as
-// -ENOENT.
+// A result code is 0 for success or a cancellation. For a failure, it is a negated error number of
+// the operating system, such as -ENOENT.
 #ifndef ORNCORE_CONFIG_TOPLEVEL_H_
 #define ORNCORE_CONFIG_TOPLEVEL_H_
 
@@ -19,8 +19,8 @@ namespace orncore::config {
 class ORN_EXPORT ResultError : public std::runtime_error {
  public:
   /// Creates an exception with the code `result` and the message `what`. `result` is a negated
-  /// error number, such as -ENOENT. `what` is a message for users that names the failed operation
-  /// or file.
+  /// error number, such as -ENOENT. `what` names the failed operation or file. Users can see
+  /// this message.
   ResultError(int result, const std::string& what);
   /// Copies the exception, as `throw` requires.
   ResultError(const ResultError&) = default;

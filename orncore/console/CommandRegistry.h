@@ -24,9 +24,9 @@ using string::UTF16String;
 
 /// A stream for the output of a command. Use `Write` for strings and `put` for single UTF-16 units.
 ///
-/// Standard libraries have no facets for `char16_t`. Therefore `<<` of a number, `std::endl` and
-/// `std::setfill` throw `std::bad_cast`. Convert numbers to strings first, and write `u"\n"` for a
-/// line end.
+/// Standard libraries have no facets for `char16_t`. Therefore, `<<` of a number writes nothing and
+/// sets the stream's bad bit, and `std::endl` and `std::setfill` throw `std::bad_cast`. Convert
+/// numbers to strings first, and write `u"\n"` for a line end.
 using UTF16OutputStream = std::basic_ostream<char16_t>;
 
 /// Writes `text` to `stream` without formatting. A failure sets the state bits of `stream`, as for

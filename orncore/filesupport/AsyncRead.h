@@ -57,8 +57,8 @@ class ORN_EXPORT Executor {
   /// Requests that the running task and all queued tasks stop, waits until all of them have run,
   /// and ends the thread. The next call of `Submit` starts a new thread.
   ///
-  /// Do not submit a task while `Join` runs. Such a task can start a second thread, which may also
-  /// run tasks that were already queued. `Join` does not wait for the second thread.
+  /// Do not call `Submit` while `Join` runs. `Submit` can then start a second thread, which may
+  /// also run tasks that were already queued. `Join` does not wait for the second thread.
   void Join();
 
  private:

@@ -32,8 +32,8 @@ class ORN_EXPORT File {
   const UTF16String& Path() const noexcept { return path_; }
 
   /// Returns the absolute form of the path, without ".", ".." and repeated separators. Does not
-  /// resolve links. Resolves a relative path against the current directory. If the current
-  /// directory no longer exists, the result is relative.
+  /// resolve links. Resolves a relative path against the current directory. If that directory no
+  /// longer exists, returns a relative path, which can begin with "..".
   ///
   /// Replaces each unpaired surrogate with U+FFFD. Returns an empty string for an empty path.
   UTF16String FullPath() const;
@@ -78,9 +78,9 @@ inline constexpr std::size_t kMaxFileBytes = std::size_t{2} << 30;
 ///   -EINVAL       the path contains NUL
 ///   -EFBIG        the file is larger than `maxBytes`, which is 2 GiB by default
 ///
-/// The function does not open FIFOs, devices and sockets, and therefore never waits for another
-/// process. If the file changes during the call, the result may contain old and new bytes. The
-/// result ends where the last read found the end of the file.
+/// Checks the type of the file before opening it, because opening a FIFO or a device can wait for
+/// another process or have side effects. If the file changes during the call, the result may
+/// contain old and new bytes. The result ends where the last read found the end of the file.
 ///
 /// Checks `stop` before each read of at most 1 MiB and throws `config::FutureCancelled` after a
 /// stop request. Throws `std::bad_alloc` if memory runs out. Safe to call from any thread.

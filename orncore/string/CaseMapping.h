@@ -4,8 +4,9 @@
 // U+00DF becomes "SS". In lower case, a capital sigma at the end of a word becomes a final sigma.
 // NUL maps to itself.
 //
-// All functions throw `std::length_error` if the source or the result has 2^31 UTF-16 units or
-// more. They throw `std::bad_alloc` if memory runs out.
+// The functions throw `std::length_error` if the source or the result has 2^31 UTF-16 units or
+// more. `LowerCaseUTF8` has no limit for ASCII strings. The functions throw `std::bad_alloc` if
+// memory runs out.
 //
 // All functions are safe to call from any thread if each call has its own `out`.
 #ifndef ORNCORE_STRING_CASEMAPPING_H_
@@ -24,7 +25,7 @@ namespace orncore::string {
 [[nodiscard]] ORN_EXPORT UTF16String UpperCase(std::u16string_view text);
 
 /// Returns the UTF-8 string `text` in lower case. Replaces ill-formed sequences with U+FFFD, as
-/// `UTF8to16` does. The length limit does not apply to ASCII strings.
+/// `UTF8to16` does.
 [[nodiscard]] ORN_EXPORT UTF8String LowerCaseUTF8(std::string_view text);
 /// Replaces the content of `out` with the result of `LowerCaseUTF8(text)`. Allocates nothing if
 /// `text` is ASCII and fits into the capacity of `out`. `text` must not be a part of `out`. After

@@ -12,19 +12,19 @@ namespace orncore::string {
 ///
 /// A safe link begins with `https://` in lower case, followed by a host and an optional port. The
 /// host is an IP address in square brackets, or it consists of ASCII letters, digits, `-`, `.` and
-/// `_`. The link has at most 2,000 bytes. All of them are ASCII characters that are valid in a URL.
-/// Therefore, the link has no spaces, double quotes, angle brackets, backslashes or control
-/// characters.
+/// `_`. The function checks the characters of an IP address, but not its syntax. The link has at
+/// most 2,000 bytes. All of them are ASCII characters that are valid in a URL. Therefore, the link
+/// has no spaces, double quotes, angle brackets, backslashes or control characters.
 ///
 /// A safe link has no user information before the host. In `https://a.example@b.example/`, the host
 /// is `b.example`, but the link looks like a link to `a.example`.
 ///
-/// A panel contains links from the data file, which the library does not change. Call this function
-/// for each of them. If the result is false, show the link as text or omit it. Does not allocate.
-/// Safe to call from any thread.
+/// A panel contains the links of the data file unchanged. Call this function for each link. If the
+/// result is false, show the link as text or omit it. Does not allocate. Safe to call from any
+/// thread.
 ORN_EXPORT bool IsSafeLink(std::string_view link) noexcept;
 
-/// Applies the same rules to a UTF-16 string, such as the string of a style run.
+/// Applies the rules of the UTF-8 overload to a UTF-16 string, such as the link of a style run.
 ORN_EXPORT bool IsSafeLink(std::u16string_view link) noexcept;
 
 }  // namespace orncore::string

@@ -1,7 +1,8 @@
-// Makes strings from files safe for a terminal, a document or a message. The results cannot send
-// escape sequences, hide text, or change the look of other text.
+// Makes strings from files safe for a terminal, a document or a message. The results contain no
+// terminal escape sequences and no characters that embed, override or isolate a text direction.
 //
-// The functions throw `std::bad_alloc` if memory runs out. They are safe to call from any thread.
+// Functions that return a string throw `std::bad_alloc` if memory runs out. All functions are safe
+// to call from any thread.
 #ifndef ORNCORE_STRING_SAFETEXT_H_
 #define ORNCORE_STRING_SAFETEXT_H_
 
@@ -21,12 +22,13 @@ constexpr bool IsControlCharacter(char16_t unit) noexcept {
 
 /// Returns a copy of `text`, for example the output of a console command, without characters that a
 /// terminal would interpret or hide:
-/// - Control characters are replaced by their Unicode control pictures, for example the escape
-///   character by U+241B. Control characters from U+0080 to U+009F are replaced by U+FFFD. Newlines
-///   and tabs are unchanged.
-/// - Direction marks, overrides and isolates are removed. Tags, soft hyphens and invisible
-///   characters such as U+FEFF and U+200B are removed. Joiners and variation selectors are removed
-///   unless a script or an emoji needs them.
+/// - Control characters up to U+007F, except newlines and tabs, are replaced by their Unicode
+///   control pictures, for example the escape character by U+241B. Control characters from U+0080
+///   to U+009F are replaced by U+FFFD.
+/// - Direction marks, embeddings, overrides and isolates are removed. Tags, soft hyphens and
+///   invisible characters such as U+FEFF and U+200B are removed.
+/// - Joiners are removed unless a script or an emoji needs them. Variation selectors are removed,
+///   except U+FE0E and U+FE0F after an emoji and U+FE0F in a keycap sequence.
 /// - Line and paragraph separators are replaced by spaces. Unpaired surrogates and noncharacters
 ///   are replaced by U+FFFD.
 ///
@@ -37,7 +39,7 @@ constexpr bool IsControlCharacter(char16_t unit) noexcept {
 /// HTML page. Each line feed becomes U+2028, and each tab becomes a space. Other control
 /// characters, U+2029, noncharacters and unpaired surrogates become U+FFFD. Characters that embed,
 /// override or isolate a text direction are removed, because they could change the order of text
-/// after `text`. U+FEFF is removed, because a parser may remove it at the start of a text. All
+/// after `text`. U+FEFF is removed, because a parser may remove it at the start of a document. All
 /// other characters are unchanged, direction marks included. Takes linear time.
 [[nodiscard]] ORN_EXPORT UTF16String SafeForDocument(std::u16string_view text);
 

@@ -32,7 +32,7 @@ class Flags {
 
   /// Adds the bits of `other` to this set.
   constexpr Flags& operator|=(Flags other) noexcept { return *this = *this | other; }
-  /// Removes the bits that are not in `other` from this set.
+  /// Keeps only the bits that are also in `other`.
   constexpr Flags& operator&=(Flags other) noexcept { return *this = *this & other; }
 
   /// Returns the bits that are in at least one of the two sets.

@@ -17,12 +17,12 @@ using orncore::string::IsSafeLink;
 orncore::utility::ServiceHolder<const PanelLinks> panelLinksHolder;
 
 bool IsLinkTemplate(std::u16string_view text) noexcept {
-  // A host name cannot contain "@", so a safe link has its placeholders after the host.
+  // The host of a safe link contains no "@", so each `@0` is after the host.
   return IsSafeLink(text) && text.find(u"@0") != std::u16string_view::npos;
 }
 
-// Accepts a default that is not valid, because a host cannot change what the build sets and may
-// want to set only other members.
+// Accepts the default of a member even if it is not a valid link. The build sets the defaults, and
+// a host may set only some members of `PanelLinks`.
 bool IsEmptyOrDefaultOr(bool (*isValid)(std::u16string_view) noexcept, const UTF16String& link,
                         const UTF16String& defaultLink) {
   return link.empty() || link == defaultLink || isValid(link);

@@ -100,8 +100,8 @@ UTF16String Localizer::ZString(std::string_view keyText,
 }
 
 void Localizer::SetDictionary(std::shared_ptr<const DictionarySource> dictionary) {
-  // The parameter then owns the previous dictionary. It is destroyed after the lock is released,
-  // because the destructor of that dictionary may use the localiser.
+  // The swap makes the parameter own the previous dictionary. The parameter is destroyed after the
+  // lock is released, because the destructor of that dictionary may use the localiser.
   const std::lock_guard lock(mutex_);
   dictionary_.swap(dictionary);
 }

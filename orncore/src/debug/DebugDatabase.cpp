@@ -55,8 +55,8 @@ void DebugDatabase::SetEntry(std::string_view key, std::string_view value) {
 
 void DebugDatabase::SetStore(std::shared_ptr<DebugStore> store) {
   if (!store) store = std::make_shared<MemoryDebugStore>();
-  // The parameter then owns the previous store. It is destroyed after the lock is released, because
-  // the destructor of that store may use the database.
+  // The swap makes the parameter own the previous store. The parameter is destroyed after the lock
+  // is released, because the destructor of that store may use the database.
   const std::lock_guard lock(mutex_);
   store_.swap(store);
 }

@@ -50,8 +50,8 @@ void Executor::Submit(Task task) {
 
 void Executor::Join() {
   const std::lock_guard joinLock(joinMutex_);
-  // The destructor of `endingThread` requests the stop and joins the thread. It runs after the lock
-  // is released, because the thread must acquire the lock before it can end.
+  // The destructor of `endingThread` requests the stop and joins the thread. It runs after `mutex_`
+  // is unlocked, because the thread must lock `mutex_` before it can end.
   std::jthread endingThread;
   const std::lock_guard lock(mutex_);
   endingThread.swap(thread_);

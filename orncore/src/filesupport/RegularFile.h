@@ -31,8 +31,8 @@ std::string UTF8FromPath(const std::filesystem::path& path);
 /// Threads: use one object from one thread at a time.
 class RegularFile {
  public:
-  /// Opens `path`. Throws `config::ResultError` if that fails. If `path` is not a regular file, the
-  /// code of the exception is -EOPNOTSUPP. Does not wait for a writer if `path` is a FIFO.
+  /// Opens `path`. Throws `config::ResultError` if that fails or `path` is not a regular file. If
+  /// `path` is a FIFO, the POSIX implementation does not wait for a writer.
   explicit RegularFile(const std::filesystem::path& path);
   ~RegularFile();
   RegularFile(const RegularFile&) = delete;

@@ -32,7 +32,8 @@ bool IsWide(UChar32 character) {
 }
 
 std::size_t CharacterWidth(UChar32 character) {
-  // Most characters are ASCII. Looking up their properties would take most of the time.
+  // Most characters are ASCII. Looking up their properties would take most of the time of
+  // `DisplayWidth`.
   if (character >= 0x20 && character < 0x7F) return 1;
   if (IsZeroWidth(character)) return 0;
   return IsWide(character) ? 2 : 1;

@@ -33,9 +33,9 @@ std::string_view WithoutPort(std::string_view authority) {
   return host;
 }
 
-// Returns whether `host` contains only characters that a host name or an IP address may contain.
-// Does not check its syntax. Rejects all other characters, because views could disagree about where
-// the host ends.
+// Returns whether `host` is not empty and contains only characters of a host name or, between
+// square brackets, of an IP address. Does not check the syntax. Rejects all other characters,
+// because views could disagree about where the host ends.
 bool IsHost(std::string_view host) {
   const bool isAddress = host.starts_with('[') && host.ends_with(']');
   if (isAddress) host = host.substr(1, host.size() - 2);
@@ -53,7 +53,7 @@ bool IsSafeLink(std::string_view link) noexcept {
   std::string_view authority = link;
   authority.remove_prefix(kScheme.size());
   authority = authority.substr(0, authority.find_first_of("/?#"));
-  // This check also rejects user information, because a host cannot contain "@".
+  // This check rejects user information, because a host cannot contain "@".
   return IsHost(WithoutPort(authority));
 }
 

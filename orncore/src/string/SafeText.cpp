@@ -56,7 +56,7 @@ bool IsJoinerNeeded(UChar32 joiner, UChar32 before, UChar32 after) {
 
 bool IsSelectorNeeded(UChar32 selector, UChar32 before, UChar32 after) {
   if (u_hasBinaryProperty(before, UCHAR_EMOJI) == 0) return false;
-  // Digits have the property "emoji" only because of keycap sequences.
+  // Digits, "#" and "*" have the property "emoji" only because of keycap sequences.
   return before > 0x7F || (selector == kEmojiPresentation && after == kKeycap);
 }
 
@@ -67,8 +67,9 @@ bool IsInvisible(UChar32 character) {
          u_hasBinaryProperty(character, UCHAR_PREPENDED_CONCATENATION_MARK) == 0;
 }
 
-// Returns the character to show instead of `character`, or 0 to show nothing. `before` is the last
-// character of the output, and `after` is the next character of the input.
+// Returns the character to show for `character`: `character` itself, a replacement, or 0 to show
+// nothing. `before` is the last character of the output, or 0 if the output is empty. `after` is
+// the character that follows `character`, or 0 at the end of the input.
 UChar32 Substitute(UChar32 character, UChar32 before, UChar32 after) {
   if (character < 0x20) return kControlPictures + character;
   if (character == 0x7F) return kDeletePicture;
@@ -114,9 +115,9 @@ bool LooksLikeSpace(UChar32 character) {
          (u_charType(character) == U_SPACE_SEPARATOR || character == kBlankBraillePattern);
 }
 
-// Returns the first character of `text` (UTF-8), or a backslash if `EscapeInvisible` could replace
-// that character with an escape. A joiner before that backslash would be invisible. Returns 0 if
-// `text` is empty.
+// Returns the first character of `text` (UTF-8), or 0 if `text` is empty. Returns a backslash
+// instead of ill-formed UTF-8, an invisible character, or one that looks like a space, because
+// `EscapeInvisible` can replace these with an escape. A joiner before an escape would be invisible.
 UChar32 NextVisibleCharacter(std::string_view text) {
   if (text.empty()) return 0;
   std::size_t end = 0;

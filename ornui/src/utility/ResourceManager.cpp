@@ -23,9 +23,11 @@ bool IsInFolder(const fs::path& path, const fs::path& folder) {
   return std::ranges::mismatch(folder, path).in1 == folder.end();
 }
 
-// Returns the path of the resource's file with all links resolved. Returns `std::nullopt` if the
-// file does not exist or is not in the folder. Resolves links before it checks the folder, because
-// a link in the folder can refer to a file outside the folder.
+// Returns the path of the resource's file with all links resolved. Resolves links before it checks
+// the folder, because a link in the folder can refer to a file outside the folder. Returns
+// `std::nullopt` in these cases:
+// - `name` is empty or absolute, or contains the element "..", NUL or an unpaired surrogate.
+// - The file does not exist, or is not in the folder.
 std::optional<fs::path> FindFile(const fs::path& folder, const UTF16String& name,
                                  const UTF16String& type) {
   std::error_code error;
