@@ -1,6 +1,7 @@
-// Formats and lays out the panel without display options. For each record, the baseline of the
-// display computes one hash and writes one line with style runs. It does not handle features,
-// options or translations. The baseline of the layout is the display of the library.
+// Measures `GetFormattedTextForDisplay` (Display) and `GetLayoutForDisplay` (Layout) without
+// display options. For each record, the baseline of Display computes one hash and writes one line
+// with style runs. This baseline handles no features, options or translations. The baseline of
+// Layout is Display.
 #include <map>
 #include <memory>
 #include <string>
@@ -25,7 +26,8 @@ namespace {
 using ornwhatsnew::StyleID;
 using ornwhatsnew::StyleRunMap;
 
-// Returns the list with the given number of rows. All benchmarks of this program share this list.
+// Returns a list with `rows` changes. `Display` and `Layout` share one list for each number of
+// changes.
 SampleList& ListOf(std::size_t rows) {
   static std::map<std::size_t, std::unique_ptr<SampleList>> lists;
   std::unique_ptr<SampleList>& list = lists[rows];

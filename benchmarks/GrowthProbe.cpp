@@ -1,5 +1,5 @@
-// Loads and displays a sample file with the given number of rows. `./dev check growth` counts the
-// instructions of the functions that this program calls.
+// Loads a data file with the given number of rows, displays it, and checks for new changes. The
+// command `./dev check growth` counts the instructions of several methods of the list.
 #include <cstdlib>
 #include <iostream>
 

@@ -1,6 +1,7 @@
-// Moves all keys to the back and then to the front. A list does this if every feature is unlocked
-// and the data file has a change for every feature. For each direction, the baseline fills a hash
-// table with the keys to move. Then it looks up each key of the order and moves it.
+// Moves all keys to the back of the key order and then to its front. A list does this if every
+// feature is unlocked and the data file has a change for every feature. For each direction, the
+// baseline fills a hash table with the keys to move. Then it looks up each key of the order and
+// moves it.
 #include <algorithm>
 #include <cstddef>
 #include <list>

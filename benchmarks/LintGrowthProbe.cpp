@@ -21,13 +21,13 @@ namespace {
 using hosts::author::LintHost;
 using hosts::author::LintReport;
 
-/// A part of a data file: `begin`, and then many numbered copies of `item`.
+/// A part of a data file: `begin`, and then copies of `item`, in which numbers replace "#".
 struct Part {
   std::string begin;
   std::string item;
 };
 
-/// The parts of a data file, each of which has the same size.
+/// The parts of a data file. All parts have about the same size.
 using Shape = std::vector<Part>;
 
 const std::string kHeader = "Version,Grouping ID,3,4,5,6,7,8,9,Message\n";
@@ -59,7 +59,7 @@ std::string Text(const Shape& shape, std::size_t bytes) {
   return text;
 }
 
-/// Returns a host with one feature for each 100 bytes of the data file.
+/// Installs and returns a host with one feature for each 100 bytes of the data file.
 LintHost Host(std::size_t bytes) {
   LintHost host;
   host.file = "host.json";
@@ -72,7 +72,8 @@ LintHost Host(std::size_t bytes) {
   return host;
 }
 
-/// Returns whether all functions have a result.
+/// Checks and corrects `text`, and formats the findings. Returns whether the corrected text and the
+/// formatted findings are not empty.
 bool Checks(const std::string& text, const LintHost& host) {
   const std::string name = "data.csv";
   LintReport report = hosts::author::LintDataFile(name, text, &host);

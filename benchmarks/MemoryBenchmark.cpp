@@ -1,5 +1,5 @@
-// Measures the bytes and the allocations that a loaded list needs for each row. Subtracts the size
-// of the data file from the bytes.
+// Measures the memory of a loaded list and the number of allocations during the load, both for each
+// row. The memory does not include the size of the data file.
 #include <memory>
 #include <string>
 

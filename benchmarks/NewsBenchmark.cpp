@@ -1,5 +1,6 @@
-// Checks whether a list has anything new. The user has seen all changes, so the list must check
-// each of them. The baseline only computes the hashes of the changes and items.
+// Checks whether a list has anything new for a user who has seen everything. The list must
+// therefore check all items and changes. The baseline only computes the hashes of the changes and
+// items.
 #include <string>
 #include <vector>
 
@@ -27,7 +28,7 @@ void IsAnythingNew(benchmark::State& state) {
 BENCHMARK(IsAnythingNew)->Name("News")->RangeMultiplier(10)->Range(100, 100'000);
 
 // Returns the bytes to hash: one string for each change, and one for each item. The string of an
-// item consists of its fields and of placeholders for the identities of its changes.
+// item consists of its tag, keys and fields, and of a placeholder for the identity of each change.
 std::vector<std::string> BytesToHash(SampleList& list) {
   std::vector<std::string> texts;
   for (const auto& [key, item] : list->GetFeatureItems()) {

@@ -1,6 +1,6 @@
-// Opens, scrolls and closes the panel of the Qt companion without a screen. All changes are new.
-// The baseline opens a QTextBrowser of the same size with the same text as plain text, without
-// styles, links and other widgets.
+// Measures the panel of the Qt companion without a screen: the time to open it, the time to scroll
+// it, and its memory. All changes are new. The baseline opens a QTextBrowser of the same size with
+// the same text as plain text. The browser has no styles, links or other widgets.
 #include <algorithm>
 #include <ctime>
 #include <map>
@@ -52,7 +52,7 @@ class SamplePanel {
     whatsNew_ = std::make_unique<WhatsNew>(file.fileName(), settings);
   }
 
-  // Opens the window of a user who has not seen any change, and paints it.
+  // Resets the state, so that all changes are new. Opens the window and paints it.
   void Open() {
     store_.Clear();
     whatsNew_->showAction()->trigger();
@@ -65,7 +65,7 @@ class SamplePanel {
     QCoreApplication::processEvents();
   }
 
-  // Returns the news page of the open window.
+  // Returns the news page of the open window. Ends the process if no window is open.
   static QTextBrowser& Page() {
     for (QWidget* const window : QApplication::topLevelWidgets()) {
       auto* const page = window->findChild<QTextBrowser*>(QStringLiteral("newsPage"));
@@ -80,7 +80,7 @@ class SamplePanel {
   std::unique_ptr<WhatsNew> whatsNew_;
 };
 
-// Returns the panel with the given number of changes. All benchmarks of this program share this
+// Returns a panel with `rows` changes. All benchmarks with the same number of changes share one
 // panel. Opens and closes each new panel once, so that no benchmark measures the loading of fonts.
 SamplePanel& PanelOf(std::size_t rows) {
   static std::map<std::size_t, std::unique_ptr<SamplePanel>> panels;

@@ -1,5 +1,5 @@
-// Runs a program that only loads the library, and empty programs. Measures the processor time of
-// each whole process, from its start to its end.
+// Measures the processor times of whole processes: a program that only loads the library, and empty
+// programs.
 #include <array>
 #include <cerrno>
 #include <optional>
@@ -19,7 +19,8 @@ double Seconds(const timeval& time) {
   return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_usec) / 1e6;
 }
 
-// Runs a program and returns its processor time. Returns `std::nullopt` if the program failed.
+// Runs a program and returns its processor time. Returns `std::nullopt` if the program cannot be
+// started or fails.
 std::optional<double> ProcessorSeconds(std::string path) {
   char* arguments[] = {path.data(), nullptr};
   char* environment[] = {nullptr};

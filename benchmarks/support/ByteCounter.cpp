@@ -36,7 +36,8 @@ std::size_t AllocationCount() {
 
 }  // namespace benchmarks
 
-// The standard library's operators for arrays and for `std::nothrow` call the operators below.
+// Replace only these operators, because the standard library's operators for arrays and for
+// `std::nothrow` call them.
 void* operator new(std::size_t size) {
   void* const block = std::malloc(size);
   if (block == nullptr) throw std::bad_alloc();

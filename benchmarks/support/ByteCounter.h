@@ -1,6 +1,6 @@
-// Counts the allocations of a program. ByteCounter.cpp replaces `operator new` and `operator
-// delete`. The operators are in a separate file, because compilers that inline them report
-// mismatched allocation functions.
+// Counts the allocations and the allocated bytes of a program. ByteCounter.cpp replaces `operator
+// new` and `operator delete`. The operators are not in this header, because compilers that inline
+// them report mismatched allocation functions.
 #ifndef BENCHMARKS_SUPPORT_BYTECOUNTER_H_
 #define BENCHMARKS_SUPPORT_BYTECOUNTER_H_
 
@@ -8,8 +8,9 @@
 
 namespace benchmarks {
 
-/// Returns the number of bytes in all allocated blocks, including the allocator's rounding and
-/// block headers. Requires that the program has only one thread.
+/// Returns the size in bytes of all blocks from `operator new` that are still allocated. The size
+/// includes the rounding and the block headers of the allocator. Requires that the program has only
+/// one thread.
 std::size_t LiveBytes();
 
 /// Returns the maximum of `LiveBytes` since the program started or since the last `RestartPeak`.
@@ -19,8 +20,8 @@ std::size_t PeakBytes();
 /// Sets `PeakBytes` to `LiveBytes`. Requires that the program has only one thread.
 void RestartPeak();
 
-/// Returns the number of allocations since the program started. Requires that the program has only
-/// one thread.
+/// Returns the number of blocks that `operator new` has allocated since the program started.
+/// Requires that the program has only one thread.
 std::size_t AllocationCount();
 
 }  // namespace benchmarks

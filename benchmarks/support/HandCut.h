@@ -1,5 +1,5 @@
-// Implements the baseline for splitting data files. A hand-written loop searches 64 bytes at a time
-// for line feeds, commas and quotes.
+// Implements the baseline for splitting data files. On a processor with SSE2, a hand-written loop
+// searches 64 bytes at a time for line feeds, commas and quotes.
 #ifndef BENCHMARKS_SUPPORT_HANDCUT_H_
 #define BENCHMARKS_SUPPORT_HANDCUT_H_
 
@@ -15,8 +15,9 @@
 
 namespace benchmarks {
 
-/// Splits a data file. Calls `sink.Field(column, text)` for each field, without quotes, and
-/// `sink.Row(columns)` after the fields of each row. An empty row has no fields.
+/// Splits a data file. Calls `sink.Field(column, text)` for each field. `text` has no quotes and is
+/// valid only during the call. After the fields of each row, calls `sink.Row(columns)` with their
+/// number. An empty row has no fields.
 template <class Sink>
 class HandCutter {
  public:

@@ -1,5 +1,5 @@
-// Implements the baseline for text conversion. It converts several ASCII characters at a time, and
-// all other characters with ICU.
+// Converts strings for the baselines of loading and display. Processes several ASCII characters at
+// a time, and uses ICU for strings with other characters.
 #ifndef BENCHMARKS_SUPPORT_HANDTEXT_H_
 #define BENCHMARKS_SUPPORT_HANDTEXT_H_
 
@@ -56,7 +56,8 @@ class IcuByHand {
     return static_cast<std::int32_t>(text.size());
   }
 
-  // A UTF-16 unit becomes at most three units in lower case.
+  // In lower case, a UTF-16 unit becomes at most three units. In UTF-8, a unit becomes at most
+  // three bytes.
   void ResizeBuffers(std::size_t bytes) {
     if (utf16_.size() >= bytes) return;
     utf16_.resize(2 * bytes);
@@ -83,7 +84,8 @@ class IcuByHand {
   std::string utf8_;
 };
 
-/// Copies the leading ASCII characters of `text` to `to` as UTF-16. Returns their number.
+/// Copies the leading ASCII characters of `text` to `to` as UTF-16. Returns their number. `to` must
+/// have space for `text.size()` units.
 inline std::size_t WidenByHand(std::string_view text, char16_t* to) {
   std::size_t at = 0;
 #if defined(__SSE2__)
@@ -101,7 +103,7 @@ inline std::size_t WidenByHand(std::string_view text, char16_t* to) {
   return at;
 }
 
-/// Appends `utf8`, which must be well-formed, to `text`.
+/// Converts `utf8` to UTF-16 and appends the result to `text`.
 inline void AppendByHand(std::string_view utf8, std::u16string& text) {
   const std::size_t before = text.size();
   text.resize(before + utf8.size());

@@ -1,4 +1,4 @@
-// Generates long texts for the growth probes.
+// Generates long inputs for the growth probes.
 #ifndef BENCHMARKS_SUPPORT_NUMBEREDCOPIES_H_
 #define BENCHMARKS_SUPPORT_NUMBEREDCOPIES_H_
 
@@ -8,8 +8,8 @@
 
 namespace benchmarks {
 
-/// Appends copies of `item` to `text` until `text` has at least `size` bytes. In each copy, a
-/// different number replaces each "#".
+/// Appends copies of `item` to `text` until `text` has at least `size` bytes. In each copy, the
+/// index of the copy replaces each "#".
 inline void AppendNumberedCopies(std::string& text, std::string_view item, std::size_t size) {
   for (std::size_t number = 0; text.size() < size; ++number) {
     for (const char character : item) {

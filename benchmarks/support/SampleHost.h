@@ -30,7 +30,8 @@ class SampleStore {
   std::map<std::string, std::string> texts_;
 };
 
-/// Contains a list that is loaded from `SampleFile(rows)`, and the state store of the list.
+/// Contains a list that is loaded from `SampleFile(rows)`, and the state store of the list. The
+/// constructor calls `UseSampleHost`.
 class SampleList {
  public:
   explicit SampleList(std::size_t rows);
@@ -38,8 +39,8 @@ class SampleList {
   ornwhatsnew::FeatureListData& operator*() { return *list_; }
   ornwhatsnew::FeatureListData* operator->() { return list_.get(); }
 
-  /// Formats the panel without display options and returns its text. The changes shown count as
-  /// seen after a call of `RefreshInternalSeenState`.
+  /// Formats the panel without display options and returns its text. The shown items and changes
+  /// count as seen after a call of `RefreshInternalSeenState`.
   ornwhatsnew::UTF16String Display(ornwhatsnew::StyleRunMap& runs);
 
   /// Resets the state to that of a user who has never opened the panel.

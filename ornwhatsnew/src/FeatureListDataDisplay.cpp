@@ -1,4 +1,4 @@
-// Implements the methods of the list that create the panel's text and its layout.
+// Implements the methods of the list that create the panel's text, its style runs and its layout.
 #include <cassert>
 #include <memory>
 #include <utility>
@@ -17,8 +17,8 @@
 namespace ornwhatsnew {
 namespace {
 
-// Reserves memory for the panel's text. Without this function, formatting a panel of 10,000 changes
-// takes 1.5 times as long. A string that grows by doubling uses twice the memory, and the first
+// Reserves memory for the panel. Without this function, the display misses its time goal
+// (docs/performance.md). A string that grows by doubling uses up to twice the memory, and the first
 // access to new memory takes longer than writing the text.
 void ReserveFor(const FeatureMap& items, PanelFormatter& panel) {
   std::size_t changes = 0;

@@ -35,10 +35,10 @@ struct ORN_LOCAL FeatureListData::Impl {
   UTF8String ReadValue(std::string_view key);
   void WriteValue(const UTF8String& key, const UTF8String& value);
 
-  /// Reads the three persisted values. The result has no newly seen identities.
+  /// Reads the three persisted values and returns the state that they describe. Adds the current
+  /// version to `seenVersions`. The result has no newly seen identities.
   SeenState ReadState();
-  /// Adds `shown`, the identities of the items and changes that a display showed, to the state.
-  /// Writes the three persisted values.
+  /// Adds `shown` to the newly seen identities. Writes the three persisted values.
   void RecordDisplayPass(const IdentitySet& shown);
 };
 

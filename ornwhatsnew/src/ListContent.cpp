@@ -26,8 +26,8 @@ std::shared_ptr<FeatureListItem> MakeItem(const std::string& internalKey,
       orncore::string::UTF16to8(beta.GetDisplayDescription()), beta.GetVisibility());
 }
 
-// A feature of visibility `kInternal` is unlocked only for users without the internal-features
-// permission. Internal users see the label TARSA ONLY instead.
+// A feature of visibility `kInternal` is unlocked only for external users. Internal users see the
+// label TARSA ONLY instead.
 bool IsUnlockedForOrdering(const FeatureListItem& item) {
   const feature::BetaFeatureMap& table = feature::GetConstBetaFeatureMap();
   const auto entry = table.find(item.BetaFeatureInternalKey());
@@ -49,8 +49,8 @@ const FeatureListItem* ListContent::FindItem(const std::string& key) const {
 }
 
 void ListContent::InsertItem(std::shared_ptr<FeatureListItem> item) {
-  // Allocate the key first. If its allocation failed after the item was added, the item would never
-  // be shown and could not be inserted again.
+  // Allocate the key first. If its allocation failed after the item was added, the item would have
+  // no key in the key order, and no display would show it.
   std::list<std::string> key;
   key.push_back(item->GetFeatureJiraIDKey());
   items.try_emplace(key.front(), std::move(item));
@@ -100,8 +100,8 @@ DataFileSummary ListContent::AddChanges(std::string_view dataText) {
   bool isAfterBlank = false;
   while (const DataRow* row = reader.Next()) {
     const bool isBlank = row->fieldCount == 0;
-    // A blank row inherits the version. If a blank row precedes it, do not copy the version again:
-    // many blank rows after a long version would take too long.
+    // A blank row inherits the version. Copy it only for the first of several adjacent blank rows.
+    // Otherwise, a file with a long version and many blank rows would take quadratic time.
     const bool isRepeated = std::exchange(isAfterBlank, isBlank) && isBlank;
     if (row->kind == DataRowKind::kChangesSince && !isRepeated) {
       changesSinceVersion = row->Value(DataColumn::kVersion);

@@ -25,7 +25,7 @@ namespace ornwhatsnew {
 struct SeenState {
   /// The identities from the last read of the state, and the identities rated since then.
   IdentitySet seenGuids;
-  /// The identities of the items and changes that were shown since the state was read.
+  /// The identities that displays and `MarkAllSeen` have added since the state was read.
   IdentitySet newlySeenGuids;
   /// The full version in which the user last opened What's New. It is empty for a new user.
   UTF8String lastVersionSeen;
@@ -77,7 +77,8 @@ struct ListContent {
   void EnsureSectionExists(std::string_view key, const UTF16String& name,
                            const UTF16String& description);
   void AddBetaFeatures();
-  /// Returns the numbers of changes and skipped rows. `isFound` has no value.
+  /// Adds the changes of a data file (UTF-8). Returns the numbers of its changes, unmatched changes
+  /// and skipped rows. `isFound` has no value.
   DataFileSummary AddChanges(std::string_view dataText);
   void MoveUnlockedItemsToFront();
 };

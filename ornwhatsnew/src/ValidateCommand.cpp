@@ -27,8 +27,8 @@ constexpr std::u16string_view kCommandHelp =
     u" filepath - Parse a What's New file to validate changes before commiting to version control";
 constexpr std::chrono::hours kReadDeadline{24};
 
-// Loads a list with the state from the debug database. The setter discards its values, so that
-// checking a file never changes the state.
+// Loads a list from `memory`, with the state from the debug database. The setter discards its
+// values, so that checking a file never changes the state.
 void ParseForTest(const orncore::filesupport::RecycledMemory& memory) {
   const auto bytes = memory.Bytes();
   const UTF8String text(reinterpret_cast<const char*>(bytes.data()), bytes.size());
@@ -60,7 +60,7 @@ class ValidateCommand {
                          u"\" with result: " +
                          orncore::string::AsciiToUTF16(std::to_string(result)) + u"\n");
     } else {
-      // A cancelled read has the result 0 but no bytes. Throw its exception, because there is
+      // A cancelled read has the result code 0 but no bytes. Throw its exception, because there is
       // nothing to parse.
       if (read.failure) std::rethrow_exception(read.failure);
       ParseForTest(*read.memory);
@@ -73,7 +73,7 @@ class ValidateCommand {
   UTF16OutputStream& output_;
 };
 
-// Compatibility: returns 0 even if the file cannot be read (docs/compatibility.md).
+// Compatibility: always returns 0, even if the file cannot be read (docs/compatibility.md).
 int Execute(const UTF16String& arguments, UTF16OutputStream& output) {
   if (arguments.empty()) {
     Write(output, kCommandName);

@@ -1,11 +1,11 @@
-// Registers the console command that checks whether a data file can be read and parsed.
+// Registers the console command that reads and parses a data file.
 #ifndef ORNWHATSNEW_SRC_VALIDATECOMMAND_H_
 #define ORNWHATSNEW_SRC_VALIDATECOMMAND_H_
 
 namespace ornwhatsnew {
 
-/// Registers "ValidateWhatsNew" in the host's console registry. Always returns true, even if the
-/// registry already has a command with this name.
+/// Registers "ValidateWhatsNew" in the host's console registry, unless the registry already has a
+/// command with this name. Always returns true.
 bool RegisterValidateCommand();
 
 /// Removes the command from the registry, cancels the background reads, and waits until their

@@ -16,7 +16,8 @@ bool IsBlank(std::string_view row) {
   return std::ranges::all_of(row, [](char c) { return c == '\r'; });
 }
 
-// Calls `visit(begin, end)` for each field of `row`.
+// Calls `visit(begin, end)` with the byte offsets of each field of `row`. A blank row has no
+// fields.
 template <class Visit>
 void VisitFields(std::string_view row, Visit visit) {
   if (IsBlank(row)) return;
@@ -70,8 +71,8 @@ void DataFileReader::ReadFields() {
 }
 
 void DataFileReader::Classify() {
-  // A row without a second field inherits the grouping ID. Do not compare it again: many short rows
-  // after a long grouping ID would take too long.
+  // A row without a second field inherits the grouping ID. Do not compare it again, because a file
+  // with a long grouping ID and many short rows would take quadratic time.
   if (row_.fieldCount > ColumnIndex(DataColumn::kGroupingID)) {
     isChangesSince_ = CaseInsensitiveEqual(row_.Value(DataColumn::kGroupingID), kChangesSinceKey);
   }
@@ -97,8 +98,8 @@ DataRowSkipReason DataFileReader::ReasonToSkip() const {
                                                      : DataRowSkipReason::kNone;
 }
 
-// Removes the byte order mark from the current value of column 1, because a later row without
-// fields inherits this value.
+// Removes a byte order mark from the current value of column 1, because a later row without fields
+// inherits this value.
 void DataFileReader::RemoveByteOrderMark() {
   constexpr auto kColumn = static_cast<std::size_t>(DataColumn::kVersion);
   UTF8String version(row_.values[kColumn]);

@@ -34,7 +34,7 @@ bool IsClean(std::u16string_view string) {
 }
 
 // Returns the index after the first blank line of `string`, or npos if there is none. A blank line
-// begins after a line end and contains only white space.
+// begins after a line end and contains only white space and U+FEFF.
 std::size_t FindEndOfBlankLine(std::u16string_view string) {
   int lineEnds = 0;
   for (std::size_t i = 0; i < string.size(); ++i) {
@@ -193,7 +193,7 @@ void LayoutWriter::CleanText(std::size_t begin) {
 }
 
 void LayoutWriter::CleanString(UTF16String& string) {
-  // Use the end of the layout's text as a buffer, so that the same rules apply to the string.
+  // Use the end of the layout's text as a buffer, because `CleanText` changes only that text.
   AppendTemplate(string);
   RemoveTrailingWhiteSpace();
   string = layout_.text.substr(paragraph_.range.begin);

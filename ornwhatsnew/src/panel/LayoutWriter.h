@@ -43,10 +43,12 @@ class LayoutWriter final : public PanelWriter {
   /// Cleans the string that was appended at the index `begin` of the text, and adds a span for the
   /// result. Adds no span if the result is empty.
   void AddSpan(std::size_t begin, std::optional<StyleID> style, UTF16String link);
-  /// Replaces line ends and tabs of the string that was appended at the index `begin` of the text.
-  /// Removes U+FEFF, and white space at the start of the paragraph.
+  /// In the string that was appended at the index `begin` of the text, replaces each line end with
+  /// U+2028 and each tab with a space. Removes U+FEFF, and white space at the start of the
+  /// paragraph.
   void CleanText(std::size_t begin);
-  /// Cleans `string` by the rules for the text of a paragraph. The current paragraph must be empty.
+  /// Applies `CleanText` to `string`, and removes the white space at its end. The current paragraph
+  /// must be empty.
   void CleanString(UTF16String& string);
   void RemoveTrailingWhiteSpace();
 

@@ -258,8 +258,8 @@ void PanelFormatter::AddRating(const FeatureListItem& item, const RatingSummary&
     (*ratingItems_)[item.GetFeatureJiraIDKey()] = std::move(record);
   }
   if (hasRequest) {
-    // The strings of a layout are in the user's language. Compatibility: a rating record contains
-    // the question as the author wrote it.
+    // The strings of a layout are in the user's language. The question of a rating record stays
+    // untranslated, because existing hosts may depend on it.
     writer_.AddRatingRequest(item, {item.GetFeatureJiraIDKey(), std::move(title),
                                     Localize(rating.customText), std::move(description)});
   }

@@ -20,9 +20,10 @@ namespace ornwhatsnew {
 /// each display.
 class PanelFormatter {
  public:
-  /// Localises the templates and reads the panel links of the host. The formatter writes the panel
-  /// to `writer`, and adds the rating records to `ratingItems` if it is not null.
-  /// `ratingPlaceholder`, `ratingItems` and `writer` must outlive the formatter.
+  /// Localises the templates, reads the panel links of the host, and queries the internal-features
+  /// permission. The formatter writes the panel to `writer`, and adds the rating records to
+  /// `ratingItems` if it is not null. `ratingPlaceholder`, `ratingItems` and `writer` must outlive
+  /// the formatter.
   PanelFormatter(DisplayOptions options, const UTF16String& ratingPlaceholder,
                  RatingMap* ratingItems, PanelWriter& writer);
 
@@ -35,8 +36,8 @@ class PanelFormatter {
   /// view, writes two newlines instead. Call this function before the other write functions.
   void WriteHeader(const UTF8String& lastVersionSeen, const UTF8String& changesSinceVersion);
   /// Writes a feature or a section with the changes in `shown`. If the constructor received a map
-  /// for rating records, adds a rating record. If the rating placeholder is not empty, writes it at
-  /// the end.
+  /// for rating records, adds a rating record. In the rating view, adds a rating request if the
+  /// writer uses rating requests. If the rating placeholder is not empty, writes it at the end.
   void WriteFeature(const FeatureListItem& item, const ShownItem& shown);
   /// Writes the notice that a panel without items contains.
   void WriteNothingToShow();
@@ -47,8 +48,8 @@ class PanelFormatter {
   void WriteTitleLine(const FeatureListItem& item);
   void WriteDescription(const FeatureListItem& item);
   void WriteChangeLine(const FeatureListDetail& change, const FeatureListItem& item);
-  /// Writes the notes about an unmatched change and about its ignored fields. Only internal users
-  /// see these notes.
+  /// Writes a note if `change` is unmatched, and a note for each field that the library ignores.
+  /// Only internal users see these notes.
   void WriteNotes(const FeatureListDetail& change, const FeatureListItem& item);
   void WriteIgnoredURLNote(const FeatureListDetail& change, const FeatureListItem& item);
   void WritePlatform(const FeatureListDetail& change);
@@ -56,8 +57,8 @@ class PanelFormatter {
   void WriteVersion(const FeatureListDetail& change);
   void WriteIssueLink(std::string_view id);
   void WriteCommitLink(const UTF8String& commit);
-  /// Adds a rating record of the item if the caller passed a map for the records. In the rating
-  /// view, also adds a rating request if the writer uses rating requests.
+  /// Adds a rating record of the item if the constructor received a map for rating records. In the
+  /// rating view, also adds a rating request if the writer uses rating requests.
   void AddRating(const FeatureListItem& item, const RatingSummary& rating);
 
   /// Returns the unlock label of the item, or null if it has none.

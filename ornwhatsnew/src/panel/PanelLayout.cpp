@@ -9,7 +9,8 @@ namespace {
 
 using orncore::string::UTF16to8;
 
-// Appends the spans of `paragraph` to the text in UTF-8 and returns the converted paragraph.
+// Appends the text of `paragraph` to `converted` in UTF-8. Returns the paragraph with ranges in
+// `converted`.
 BasicLayoutParagraph<UTF8String> ConvertParagraph(const LayoutParagraph& paragraph,
                                                   std::u16string_view text, UTF8String& converted) {
   BasicLayoutParagraph<UTF8String> result{.kind = paragraph.kind,

@@ -18,8 +18,8 @@ struct RunAdjustment {
   int length = 0;
 };
 
-/// Receives the strings of a panel in the order of its text. Each string belongs to the paragraph
-/// that was begun last.
+/// Receives the strings of a panel in the order of its text. Each string except the rating
+/// placeholder belongs to the paragraph that was begun last.
 class PanelWriter {
  public:
   PanelWriter() = default;
@@ -56,7 +56,8 @@ class PanelWriter {
 
   /// Returns whether the writer uses rating requests.
   virtual bool HasRatingRequests() const = 0;
-  /// Adds a rating request of `item` after its last change.
+  /// Adds a rating request of `item` after its last change. Does nothing if the writer does not use
+  /// rating requests.
   virtual void AddRatingRequest(const FeatureListItem& item, RatingRequest request) = 0;
 };
 

@@ -12,8 +12,8 @@
 namespace ornwhatsnew {
 namespace {
 
-/// Returns HTML that shows `text`. If `text` has no line end, which would become a `br` element,
-/// the result can also be the value of an attribute.
+/// Returns the result of `SafeForDocument(text)` as HTML. Each line separator becomes a `br`
+/// element. A result without this element can also be the value of an attribute.
 UTF16String EscapeHTML(std::u16string_view text) {
   UTF16String escaped;
   escaped.reserve(text.size());
@@ -44,8 +44,8 @@ UTF16String EscapeHTML(std::u16string_view text) {
   return escaped;
 }
 
-/// Returns an `id` for the item with this key. Encodes the key so that the `id` is valid in HTML,
-/// and in URLs and CSS selectors without escapes.
+/// Returns the `id` of an item: `prefix` and the encoded key. The encoded key consists of ASCII
+/// letters, digits, `-` and `_`, which need no escapes in URLs and CSS selectors.
 std::string ItemID(std::string_view prefix, std::string_view itemKey) {
   constexpr std::string_view kDigits = "0123456789ABCDEF";
   constexpr std::string_view kKept =
@@ -64,7 +64,7 @@ std::string ItemID(std::string_view prefix, std::string_view itemKey) {
   return result;
 }
 
-/// Returns the class of spans with this style, or an empty string.
+/// Returns the class of spans with this style, or an empty string if they have none.
 std::u16string_view SpanClass(std::optional<StyleID> style) {
   if (!style) return {};
   switch (*style) {
@@ -109,12 +109,13 @@ class HTMLRenderer {
   }
 
  private:
-  /// Opens and closes the elements of items and lists, so that `paragraph` can be written.
+  /// Closes the list and the item that end before `paragraph`, and opens the item that begins with
+  /// it.
   void OpenOrCloseElements(const LayoutParagraph& paragraph) {
     const ParagraphKind kind = paragraph.kind;
     if (kind != ParagraphKind::kChange) CloseList();
     const bool isInItem = kind != ParagraphKind::kHeader && kind != ParagraphKind::kNotice;
-    // An item without a title begins with another paragraph.
+    // An item without a title begins with another kind of paragraph.
     const bool isNewItem = isInItem && (kind == ParagraphKind::kTitle || item_ == nullptr ||
                                         item_->itemKey != paragraph.itemKey);
     if (!isInItem || isNewItem) CloseItem();
@@ -232,7 +233,7 @@ class HTMLRenderer {
   const UTF16String headerElement_;
   const UTF16String titleElement_;
   UTF16String output_;
-  /// The first paragraph of the current item, or null.
+  /// The first paragraph of the current item. Null outside items.
   const LayoutParagraph* item_ = nullptr;
   bool isListOpen_ = false;
   std::map<std::string, int> occurrences_;

@@ -30,7 +30,7 @@ std::size_t LongestRun(std::u16string_view text, char16_t searched) {
   return longest;
 }
 
-/// Escapes `target` for the parentheses of a CommonMark link. `target` must not contain spaces.
+/// Escapes `target` for the parentheses of a CommonMark link. REQUIRES: `IsSafeLink(target)`.
 UTF16String EscapeTarget(std::u16string_view target) {
   // This is 0 if there is no semicolon, because `npos` + 1 is 0.
   const std::size_t afterSemicolons = target.rfind(u';') + 1;
@@ -67,7 +67,8 @@ void MarkdownWriter::AppendText(std::u16string_view text) {
 
 void MarkdownWriter::AppendLink(std::u16string_view text, std::u16string_view target) {
   WritePending();
-  // In angle brackets, some parsers interpret character references, and no syntax escapes them.
+  // In an autolink (`<URL>`), some parsers interpret character references, and CommonMark has no
+  // escape for an ampersand there.
   if (text == target && target.find(u'&') == std::u16string_view::npos) {
     output_.append(u"<").append(target).append(u">");
     return;
@@ -132,9 +133,9 @@ std::u16string_view MarkdownWriter::CurrentLine() const {
   return std::u16string_view(output_).substr(lineBegin_);
 }
 
-// Returns true for as few characters as possible, so that the text is readable without a renderer.
-// Some of the escaped characters have a meaning only in GitHub Flavored Markdown: `|`, `~`, and the
-// start of a URL.
+// Returns whether to escape `unit`, the next character of the current line. Few characters are
+// escaped, so that the text is readable without a renderer. Some of them have a meaning only in
+// GitHub Flavored Markdown: `|`, `~` within a line, and the start of a URL.
 bool MarkdownWriter::IsEscaped(char16_t unit) const {
   constexpr std::u16string_view kAlwaysEscaped = u"\\`*_[]<>&#|~";
   constexpr std::u16string_view kEscapedAtLineStart = u"+-=:";
@@ -144,8 +145,8 @@ bool MarkdownWriter::IsEscaped(char16_t unit) const {
   // Check the end of the output, because the "://" of a URL can be split between spans.
   if (unit == u'/') return line.ends_with(u":/");
   if (unit == u'.' && line.ends_with(u"www")) return true;
-  // At the start of a line, a number of at most nine digits with a period or a parenthesis would
-  // begin an ordered list. Searching a longer line for each period would take quadratic time.
+  // At the start of a line, a number of at most nine digits with a period or a closing parenthesis
+  // would begin an ordered list. Searching a longer line for each period would take quadratic time.
   return (unit == u'.' || unit == u')') && line.size() <= 9 && std::ranges::all_of(line, IsDigit);
 }
 

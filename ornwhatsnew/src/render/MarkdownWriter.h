@@ -26,13 +26,12 @@ inline constexpr MarkdownBlock kMarkdownParagraph = {};
 inline constexpr MarkdownBlock kMarkdownListItem = {u"- ", u"  "};
 inline constexpr MarkdownBlock kMarkdownQuote = {u"> ", u"> "};
 
-/// Writes one block after the other. Writes nothing for a block without visible text. Escapes the
-/// text, so that it contains no CommonMark syntax.
+/// Writes one block after the other. Writes nothing for a block that contains only white space and
+/// no link. Escapes the text, so that it contains no CommonMark syntax.
 class MarkdownWriter {
  public:
-  /// Begins a block after the last one. Adjacent list items belong to one list.
+  /// Begins a block. Adjacent list items belong to one list.
   void BeginBlock(const MarkdownBlock& block);
-  /// Ends the block.
   void EndBlock();
 
   /// Appends the result of `SafeForDocument(text)`. Each line separator in it becomes a hard line

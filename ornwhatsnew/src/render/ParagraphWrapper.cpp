@@ -83,7 +83,7 @@ class LineFiller {
 
   bool Fits(std::size_t columns) const { return column_ + columns <= width_; }
 
-  /// Starts a new line at `position`, unless the current one is empty.
+  /// Starts a new line at `position`, unless the current line is empty.
   void BreakAt(std::size_t position) {
     if (open_.end == open_.begin) return;
     Close();

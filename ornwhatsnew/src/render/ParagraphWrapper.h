@@ -41,9 +41,9 @@ class ParagraphWrapper {
   ParagraphWrapper(const ParagraphWrapper&) = delete;
   ParagraphWrapper& operator=(const ParagraphWrapper&) = delete;
 
-  /// Returns the lines of `paragraph`. The result has at least one line. Limits both indents of
-  /// `shape` to half of the width. Takes linear time. REQUIRES: `paragraph` has no control
-  /// characters.
+  /// Returns the lines of `paragraph`. The result has at least one line. If the width is not 0,
+  /// limits both indents of `shape` to half of it. Does not wrap a paragraph of 2^31 UTF-16 units
+  /// or more. Takes linear time. REQUIRES: `paragraph` has no control characters.
   std::vector<WrappedLine> Wrap(std::u16string_view paragraph, ParagraphShape shape);
 
  private:

@@ -1,4 +1,4 @@
-// Finds texts and rating requests in a layout, for all renderers.
+// Defines functions that several renderers use to read a layout.
 #ifndef ORNWHATSNEW_SRC_RENDER_RENDEREDTEXT_H_
 #define ORNWHATSNEW_SRC_RENDER_RENDEREDTEXT_H_
 
@@ -20,12 +20,13 @@ bool HasHeader(const PanelLayout& layout);
 /// Returns the rating request of `paragraph`, or null if the paragraph has none.
 const RatingRequest* FindRatingRequest(const PanelLayout& layout, const LayoutParagraph& paragraph);
 
-/// Returns the question of `request`, or the default question.
+/// Returns the question of `request`, or `kDefaultRatingQuestion` if the question is empty.
 std::u16string_view RatingQuestion(const RatingRequest& request);
 
-/// Returns what to print after `text`, the text of `span`: a space and the target of its link in
-/// angle brackets. The result is empty if `isClickable` is true or if the text is the target. It is
-/// also empty if the span has no link or has a style other than `kStyleHotSpot`.
+/// Returns the string to print after `text`, which is the text of `span`: a space and the
+/// `PrintedLinkTarget` of the span's link in angle brackets. The result is empty if `isClickable`
+/// is true or if the text equals the link. It is also empty if the span has no link or has a style
+/// other than `kStyleHotSpot`.
 UTF16String PrintedTarget(const LayoutSpan& span, std::u16string_view text, bool isClickable);
 
 }  // namespace ornwhatsnew

@@ -18,8 +18,8 @@
 namespace ornwhatsnew {
 namespace {
 
-/// The maximum hanging indent after a bullet, in columns. Without it, a long bullet and a text with
-/// many lines would make the result much longer than the layout.
+/// The maximum hanging indent after a bullet, in columns. Without this limit, a long bullet and a
+/// text with many lines would make the output much longer than the layout.
 constexpr std::size_t kMaximumHangingIndent = 40;
 constexpr std::u16string_view kGap = u"   ";
 constexpr std::u16string_view kBadgePadding = u"\u00A0";
@@ -38,7 +38,7 @@ struct LinePart {
   SpanStyle style;
 };
 
-/// A line of a paragraph before it is wrapped.
+/// A line of a paragraph before wrapping. The parts cover the text in ascending order.
 struct Line {
   std::u16string text;
   std::vector<LinePart> parts;
@@ -148,8 +148,8 @@ class TerminalRenderer {
   /// Writes an empty line before the next line, but not at the start or the end of the panel.
   void AddGap() { isGapDue_ = !output_.empty(); }
 
-  /// Appends the bullet and the spaces up to the text. The text begins at the hanging indent,
-  /// unless the hanging indent is limited to `kMaximumHangingIndent`.
+  /// Appends the bullet and the spaces up to the text. Sets the hanging indent to the column where
+  /// the text begins, but at most to `kMaximumHangingIndent`. Does nothing for an empty bullet.
   void AppendBullet(std::u16string_view bullet) {
     if (bullet.empty()) return;
     std::u16string text = orncore::string::SafeForTerminal(bullet);
@@ -196,7 +196,8 @@ class TerminalRenderer {
     return safe;
   }
 
-  /// Wraps and writes the current line. The next line of the paragraph has the hanging indent.
+  /// Wraps and writes the current line, or adds a gap if the line is empty. The next line of the
+  /// paragraph has the hanging indent.
   void FinishLine() {
     const Line line = std::exchange(line_, {});
     const std::vector<WrappedLine> lines = wrapper_.Wrap(line.text, shape_);
@@ -209,7 +210,8 @@ class TerminalRenderer {
     WriteLines(line, lines);
   }
 
-  /// Writes the line `text` of a rating request, which can be wider than the terminal.
+  /// Writes `text`, the line of a rating request, on one line, even if it is wider than the
+  /// terminal.
   void WriteUnwrapped(std::u16string_view text) {
     Line line;
     line.Append(SafeText(text), {.styleID = kStyleRatingPlaceholder});

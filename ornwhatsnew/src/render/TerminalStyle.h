@@ -22,7 +22,7 @@ inline constexpr std::string_view kHyperlinkEnd = "\x1B]8;;\x1B\\";
 std::string_view StyleStart(std::optional<StyleID> style);
 
 /// Returns the escape sequence that starts a hyperlink to `link`. Terminals treat hyperlinks with
-/// the same `number` as one link, even on different lines. REQUIRES: `IsSafeLink(link)`.
+/// the same `link` and `number` as one link, even on different lines. REQUIRES: `IsSafeLink(link)`.
 std::string HyperlinkStart(std::string_view link, std::size_t number);
 
 }  // namespace ornwhatsnew

@@ -11,8 +11,8 @@ namespace ornwhatsnew {
 inline constexpr std::string_view kZStringPrefix = "$$$/";
 
 /// Returns the result of `ExtractHashablePortion` as two consecutive parts, without copying. The
-/// parts are views into `text` or into a constant. The function is inline, because the computation
-/// of an identity calls it for each field.
+/// parts are views into `text` or into a constant, and can be empty. The function is inline,
+/// because the computation of an identity can call it for each field.
 inline std::pair<std::string_view, std::string_view> SplitHashablePortion(
     std::string_view text) noexcept {
   constexpr std::string_view kPrivatePrefix = "$$$/private/";

@@ -40,7 +40,7 @@ inline orncore::utility::GuidMixer ItemSeenMixer(const FeatureListItem& item) {
 }
 
 /// Adds `seenGuid`, the seen identity of `change`, to the mixer for the seen identity of its item.
-/// Ignores a change without a description, because such a change only requests a rating and must
+/// Ignores a change without a description. Only the rating view can show such a change, so it must
 /// not make the item new.
 inline void MixChangeIntoItem(orncore::utility::GuidMixer& mixer, const FeatureListDetail& change,
                               const Guid& seenGuid) {

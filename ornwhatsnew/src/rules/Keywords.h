@@ -1,8 +1,8 @@
 // Defines the keywords of data files and the keys of the state.
 //
-// The exported constants are `std::string` copies of the constants in this header. The library
-// itself does not use the copies, because a static object of the host can create a list before they
-// are initialised.
+// The exported constants are `std::string` copies of the constants in this header. A list does not
+// use the copies, because a static object of the host can create a list before the copies are
+// initialised.
 #ifndef ORNWHATSNEW_SRC_RULES_KEYWORDS_H_
 #define ORNWHATSNEW_SRC_RULES_KEYWORDS_H_
 

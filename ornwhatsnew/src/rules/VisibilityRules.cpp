@@ -17,7 +17,7 @@ namespace {
 namespace feature = ornappsupport::feature;
 using Platform = FeatureListDetail::Platform;
 
-// A change with a malformed platform is relevant on every platform.
+// A change without a platform, or with a malformed platform, is relevant on every platform.
 bool IsRelevantOnHostPlatform(const FeatureListDetail& change, const VisibilityFilter& filter) {
   return !change.HasUsablePlatform() || change.GetPlatform() == filter.HostPlatform();
 }
@@ -45,7 +45,7 @@ bool IsForInternalUsersOnly(const FeatureListItem& item) {
 constexpr auto kStopAtFirstRule = [](HidingRule) { return true; };
 
 // Returns a function that adds each rule to `rules` and continues. Several changes can hide an item
-// by the same rule, so the function ignores a repetition.
+// by the same rule, so the function ignores a rule that equals the last one.
 auto CollectInto(std::vector<HidingRule>& rules) {
   return [&rules](HidingRule rule) {
     if (rules.empty() || rules.back() != rule) rules.push_back(rule);
@@ -85,7 +85,7 @@ bool AnyRuleHidesChange(const FeatureListDetail& change, const VisibilityFilter&
   return change.GetDescription().empty() && hides(HidingRule::kNoText);
 }
 
-// Checks the rules that do not depend on the changes of the item.
+// Checks the rules that do not need an iteration over the changes of the item.
 template <class Hides>
 bool AnyAccessRuleHidesItem(const FeatureListItem& item, const VisibilityFilter& filter,
                             Hides hides) {
@@ -102,7 +102,8 @@ bool AnyAccessRuleHidesItem(const FeatureListItem& item, const VisibilityFilter&
          hides(HidingRule::kInternalUsersOnly);
 }
 
-// Checks the rules that depend on which changes are shown and on what the user has seen.
+// Checks the remaining rules. Most of them depend on whether a change is shown, or on what the user
+// has seen or rated.
 template <class Hides>
 bool AnySeenRuleHidesItem(const FeatureListItem& item, const VisibilityFilter& filter,
                           const Guid& seenGuid, bool isAnyChangeShown, Hides hides) {
@@ -120,10 +121,12 @@ bool AnySeenRuleHidesItem(const FeatureListItem& item, const VisibilityFilter& f
          hides(HidingRule::kSeen);
 }
 
-// Calls `isChangeShown(change, guid)` for each change with its seen identity, and sets `*seenGuid`
-// to the seen identity of the item. Stops and returns true when a call of `hides` returns true. If
-// `seenGuid` is null and the filter does not depend on what the user has seen, all identities are
-// zero, because their computation takes longer than all rules.
+// Checks all rules for an item. Calls `isChangeShown(change, guid)` for each change with its seen
+// identity. If `seenGuid` is not null, sets `*seenGuid` to the seen identity of the item. Stops and
+// returns true when a call of `hides` returns true.
+//
+// If `seenGuid` is null and the filter does not depend on what the user has seen, passes nil
+// identities to `isChangeShown`, because computing identities takes longer than checking all rules.
 template <class IsShown, class Hides>
 bool AnyRuleHidesItem(const FeatureListItem& item, const VisibilityFilter& filter, Guid* seenGuid,
                       IsShown isChangeShown, Hides hides) {

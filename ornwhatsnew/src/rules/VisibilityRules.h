@@ -16,8 +16,9 @@
 
 namespace ornwhatsnew {
 
-/// Returns the platform that `text` names: `kNone` for an empty string, and `kOther` for an unknown
-/// platform. `text` is the platform field of a change, or the host's platform.
+/// Returns the platform that `text` names, in any letter case: `kNone` for an empty string, and
+/// `kOther` for an unknown platform. `text` is the platform field of a change, or the host's
+/// platform.
 FeatureListDetail::Platform ParsePlatform(std::string_view text);
 
 /// Returns the `VersionNumber` of each version, in ascending order.
@@ -39,8 +40,8 @@ class SeenIdentities {
   const GuidSet* hostSet_ = nullptr;
 };
 
-/// Contains the inputs of the visibility rules: the options, the user's state and the host's
-/// platform. The filter refers to the state, which must outlive the filter.
+/// Contains inputs of the visibility rules: the options, the user's state and the host's platform.
+/// The filter refers to the state, which must outlive the filter.
 class VisibilityFilter {
  public:
   /// Creates a filter. `versionNumbers` contains the `VersionNumber` of each version in which the
@@ -49,7 +50,7 @@ class VisibilityFilter {
                    std::span<const std::int64_t> versionNumbers);
 
   bool Has(const DisplayOptions& option) const { return options_.Has(option); }
-  /// Returns whether the result depends on what the user has seen or rated.
+  /// Returns whether the visibility rules depend on what the user has seen or rated.
   bool DependsOnSeen() const { return Has(kRatingView) || Has(kShowOnlyNew); }
   bool IsSeen(const Guid& identity) const { return seen_.Contains(identity); }
   std::span<const std::int64_t> Versions() const { return versionNumbers_; }
@@ -63,16 +64,17 @@ class VisibilityFilter {
   mutable std::optional<FeatureListDetail::Platform> hostPlatform_;
 };
 
-/// Returns whether a change is shown. `seenGuid` is its seen identity.
+/// Returns whether a display shows `change` if it shows the item of `change`. `seenGuid` is the
+/// seen identity of `change`.
 bool IsChangeShown(const FeatureListDetail& change, const VisibilityFilter& filter,
                    const Guid& seenGuid);
 
-/// Returns whether the rating view shows a change. `isSeen` says whether the user has seen the
-/// change.
+/// Returns whether the rating view can show `change`. The change must request a rating. If it has a
+/// description, the user must have seen the change (`isSeen`).
 bool IsChangeForRating(const FeatureListDetail& change, bool isSeen);
 
-/// Returns whether the rating view can show a feature if one of its changes is shown. `isRated` and
-/// `isSeen` say whether the user has rated and seen the feature.
+/// Returns whether the rating view can show a feature: the user has seen it (`isSeen`) and has not
+/// rated it (`isRated`).
 bool IsItemForRating(bool isRated, bool isSeen);
 
 /// The seen identity and the shown changes of an item that a display shows.
