@@ -1,4 +1,5 @@
-// Defines the column names that authors use, and the columns that contain text for users.
+// Defines the column names that authors use, the columns that contain text for users, and the
+// columns that the panel localises.
 #ifndef HOSTS_AUTHOR_COLUMNNAMES_H_
 #define HOSTS_AUTHOR_COLUMNNAMES_H_
 

@@ -113,7 +113,7 @@ bool IsUnseenFeature(const FeatureListItem& item) {
 
 void CheckVisibility(LintContext& context) {
   const auto isUnseen = [](const auto& entry) { return IsUnseenFeature(*entry.second); };
-  // An explanation allocates memory for each change, so do without it if possible.
+  // Return early if no feature is hidden, because an explanation allocates memory for each change.
   if (context.Host() == nullptr || std::ranges::none_of(context.File().Items(), isUnseen)) return;
   const RowsByKey changes = context.File().ChangesByKey();
   for (const ornwhatsnew::ItemVisibility& explained : context.File().ExplainVisibility()) {
@@ -182,7 +182,8 @@ void CheckFeaturesWithoutChange(LintContext& context) {
 
 // ---- the version of the host
 
-/// Returns whether `version` is above `running`. A missing component counts as 0.
+/// Returns whether `version` is above `running`. A missing component counts as 0. Returns false if
+/// a component of `version` is not a number.
 bool IsAbove(std::string_view version, const std::vector<std::int64_t>& running) {
   const std::optional<std::vector<std::int64_t>> numbers = VersionNumbers(version);
   if (!numbers) return false;
