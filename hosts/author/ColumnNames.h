@@ -34,8 +34,8 @@ inline constexpr ornwhatsnew::DataColumn kLocalizedColumns[] = {
     ornwhatsnew::DataColumn::kVersion, ornwhatsnew::DataColumn::kRatingRequest,
     ornwhatsnew::DataColumn::kFirstVersion, ornwhatsnew::DataColumn::kDescription};
 
-/// Returns the text that the panel localises for a field of `column`: the field, in lower case if
-/// the library converts this column to lower case.
+/// Returns the string that the panel localises for `field` in `column`: `field` itself, or `field`
+/// in lower case if the library converts this column to lower case.
 std::string LocalizedText(ornwhatsnew::DataColumn column, std::string_view field);
 
 }  // namespace hosts::author

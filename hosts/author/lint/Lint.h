@@ -24,8 +24,8 @@ using SeverityOverrides = std::map<LintCode, Severity>;
 struct LintReport {
   /// The findings. `FinishReport` sorts them by file and position.
   std::vector<Finding> findings;
-  /// The findings that `findings` does not contain, because they exceed `kMaximumFindings` or are
-  /// outside the scope.
+  /// The findings that are not in `findings`, because they exceed `kMaximumFindings` or are outside
+  /// the scope.
   std::map<LintCode, OmittedFindings> omitted;
   std::size_t files = 0;
   std::size_t changes = 0;

@@ -124,7 +124,7 @@ class LintContext {
   std::vector<Finding> findings_;
   std::map<LintCode, std::size_t> counts_;
   std::map<LintCode, OmittedFindings> omitted_;
-  /// The last finding that is not listed. Its rule can still set its edit.
+  /// The last finding that is not listed. The rule that reported it can still set its edit.
   Finding omittedFinding_;
   std::size_t fieldsLine_ = 0;
   /// For each field of the line `fieldsLine_`: the number of findings up to and including the last

@@ -155,7 +155,8 @@ void CheckLaterLinks(LintContext& context) {
 
 // ---- missing changes
 
-// If there is an error, the file may contain changes that the library cannot read.
+// Does not report a file with an error, because it may contain changes that the library cannot
+// read.
 void CheckNoChange(LintContext& context) {
   const auto isError = [](const Finding& finding) { return finding.severity == Severity::kError; };
   if (context.File().ChangeCount() > 0 || std::ranges::any_of(context.Findings(), isError)) return;

@@ -30,8 +30,8 @@ std::span<const FileRule> HostTableRules();
 std::span<const FileRule> ListRules();
 
 // The rules for a change. All of them check one change before any of them checks the next change,
-// so that each row is read only once. `TextRules` run last, because the rule for spaces does not
-// report a field that already has a finding.
+// so that the row stays in the processor cache. `TextRules` run last, because the rule for spaces
+// does not report a field that already has a finding.
 std::span<const ChangeRule> WordRules();
 std::span<const ChangeRule> VersionRules();
 std::span<const ChangeRule> LinkRules();
