@@ -16,8 +16,8 @@ constexpr char16_t kOpeningQuote = u'\u201C';
 constexpr char16_t kClosingQuote = u'\u201D';
 constexpr char16_t kInchMark = u'\u2033';
 
-/// Returns the character at `position` of `text`, and moves `position` to the end of this
-/// character. Returns 0 at the end of the text, and a negative number for ill-formed bytes.
+/// Returns the code point at `position` of `text` (UTF-8), and moves `position` after it. Returns 0
+/// at the end of the text, and a negative number for ill-formed bytes.
 UChar32 ReadCharacter(std::string_view text, std::size_t& position) {
   const std::string_view bytes = text.substr(position, U8_MAX_LENGTH);
   if (bytes.empty()) return 0;

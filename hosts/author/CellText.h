@@ -21,9 +21,9 @@ struct ConvertedText {
 /// Returns `text`, which must be well-formed UTF-8, with these replacements:
 ///
 /// - A double quote becomes U+2033 after a digit, U+201C at the start of a word, and otherwise
-///   U+201D. A quote is at the start of a word if it is at the start of the text, or after white
-///   space, opening punctuation, a dash, a slash or an equals sign. However, a quote before white
-///   space or at the end of the text is not at the start of a word.
+///   U+201D. A word can start at the start of the text, or after white space, opening punctuation,
+///   a dash, a slash or an equals sign. However, a quote before white space or at the end of the
+///   text is not at the start of a word.
 /// - A line break becomes a space. Line breaks are CR LF, LF, CR, VT, FF, U+0085, U+2028 and
 ///   U+2029.
 ConvertedText ConvertText(std::string_view text);

@@ -1,4 +1,5 @@
-// Defines the column names that authors use, and the columns that contain text for users.
+// Defines the column names that authors use, the columns that contain text for users, and the
+// columns that the panel localises.
 #ifndef HOSTS_AUTHOR_COLUMNNAMES_H_
 #define HOSTS_AUTHOR_COLUMNNAMES_H_
 
@@ -33,8 +34,8 @@ inline constexpr ornwhatsnew::DataColumn kLocalizedColumns[] = {
     ornwhatsnew::DataColumn::kVersion, ornwhatsnew::DataColumn::kRatingRequest,
     ornwhatsnew::DataColumn::kFirstVersion, ornwhatsnew::DataColumn::kDescription};
 
-/// Returns the text that the panel localises for a field of `column`: the field, in lower case if
-/// the library converts this column to lower case.
+/// Returns the string that the panel localises for `field` in `column`: `field` itself, or `field`
+/// in lower case if the library converts this column to lower case.
 std::string LocalizedText(ornwhatsnew::DataColumn column, std::string_view field);
 
 }  // namespace hosts::author

@@ -40,7 +40,8 @@ RowCounts CountRows(std::string_view dataFile) {
   return counts;
 }
 
-/// Throws `OptionError` if `ProblemWith` rejects a field, or if the row would not be a change.
+/// Throws `OptionError` if `ProblemWith` rejects one of `fields`, or if a row with these fields
+/// would not be a change.
 void RequireChange(const DataFields& fields) {
   for (std::size_t column = 0; column < fields.size(); ++column) {
     if (const auto problem = ProblemWith(fields[column])) {
@@ -59,7 +60,8 @@ void RequireChange(const DataFields& fields) {
       "the library skips a row without a grouping ID; name the key of a feature or a section");
 }
 
-/// Throws `InputError` if no change can be added to `dataFile`.
+/// Throws `InputError` if `dataFile` is not valid UTF-8, or if it has rows but no header row.
+/// `counts` contains the numbers of its rows.
 void RequireExtensible(std::string_view dataFile, const RowCounts& counts) {
   if (!orncore::string::IsWellFormedUTF8(dataFile)) {
     throw InputError(0, "the file is not valid UTF-8; convert it with 'ornwhatsnew import'");

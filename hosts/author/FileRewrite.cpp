@@ -33,9 +33,10 @@ std::string QuotedPath(const fs::path& file) {
   return "'" + file.native() + "'";
 }
 
-/// Returns the result of `step`. If it throws a system error, whose message contains the absolute
-/// path of the file, its folder or its temporary file, throws the same error with the path that the
-/// author wrote.
+/// Returns the result of `step`. If `step` throws `std::system_error`, throws one with the same
+/// code and with a message that consists of `problem` and `file`. The original message contains the
+/// absolute path of the file, its folder or its temporary file, but authors expect the path that
+/// they wrote.
 template <class Step>
 auto WithNamedPath(std::string_view problem, const fs::path& file, const Step& step) {
   try {
@@ -45,8 +46,8 @@ auto WithNamedPath(std::string_view problem, const fs::path& file, const Step& s
   }
 }
 
-/// Returns the path of `file` without symbolic links. Throws if its folder does not exist, because
-/// `PrivateFolder` would create the folder.
+/// Returns the absolute path of `file` without symbolic links. Throws if a link cannot be resolved,
+/// or if the folder does not exist. `PrivateFolder` would create a missing folder.
 fs::path ResolvedPath(const fs::path& file) {
   if (file.empty()) Fail(ENOENT, "cannot open ''");
   fs::path resolved = WithNamedPath("cannot open", file,
@@ -67,8 +68,9 @@ class AuthorFile {
   const common::PrivateFolder& Folder() const { return folder_; }
   const std::string& Name() const { return name_; }
 
-  /// Opens the file. Returns `std::nullopt` if it does not exist. Throws if it is not a regular
-  /// file, because a rename would replace a device such as /dev/null.
+  /// Opens the file for reading. Returns `std::nullopt` if it does not exist. Throws if it cannot
+  /// be opened, or if it is not a regular file, because a rename would replace a device such as
+  /// /dev/null.
   std::optional<common::FileDescriptor> OpenExisting() const {
     struct stat status {};
     if (::fstatat(folder_.Descriptor(), name_.c_str(), &status, AT_SYMLINK_NOFOLLOW) != 0) {
@@ -94,7 +96,8 @@ class AuthorFile {
     }
   }
 
-  /// Locks the file. Throws if the file does not exist, or if another program keeps it locked.
+  /// Locks the file. Throws if the file does not exist or cannot be opened, or if another program
+  /// still holds the lock after `kPatience`.
   common::FileLock Lock() const {
     for (;;) {
       // Check that the file exists, because `Acquire` would create it.

@@ -9,12 +9,13 @@
 
 namespace hosts::author {
 
-// All functions follow symbolic links, keep the mode of an existing file, and lock an existing file
-// until they return. If another program has locked the file, they wait up to 5 seconds. On failure,
-// they throw `std::system_error`, and the file is unchanged, unless only the sync of its folder has
-// failed. A killed program can leave the file "ornwhatsnew-NUMBER.tmp" in the folder.
+// All functions follow symbolic links. They keep the mode of an existing file as
+// `FileReplacement::CopyModeAndOwner` does, and lock an existing file until they return. If another
+// program has locked the file, they wait up to 5 seconds. On failure, they throw
+// `std::system_error`, and the file is unchanged, unless only the sync of its folder has failed. A
+// killed program can leave the file "ornwhatsnew-NUMBER.tmp" in the folder.
 
-/// Writes `bytes` to `file`, which need not exist.
+/// Replaces the content of `file` with `bytes`. Creates the file if it does not exist.
 void WriteWholeFile(const std::filesystem::path& file, std::string_view bytes);
 
 /// Reads `file`, calls `change` with its bytes, and writes the result. Throws `std::system_error`

@@ -63,8 +63,8 @@ std::string Reference(std::string_view name, std::size_t line) {
 
 using LinesByKey = std::map<std::string, std::size_t, std::less<>>;
 
-/// Returns the number of the first line for each key at the start of a JSON string. Does not find
-/// keys that contain JSON escapes.
+/// Returns each key at the start of a JSON string in `json`, with the number of the first line that
+/// contains it. Does not find keys that contain JSON escapes.
 LinesByKey FindKeys(std::string_view json) {
   constexpr std::string_view kStart = "\"$$$/";
   LinesByKey lines;

@@ -17,12 +17,14 @@ namespace hosts::author {
 /// entry for a key without a default text, or for a key that begins with `$$$/private/`.
 class MessageTemplate {
  public:
-  /// Adds the key texts of the columns that the library localises. `name` is the name of the data
-  /// file, for references and warnings. `dataFile` can contain any bytes.
+  /// Adds the key texts of the changes in `dataFile`, from the columns that the panel localises.
+  /// `name` is the name of the data file, for references and warnings. `dataFile` can contain any
+  /// bytes.
   void AddDataFile(std::string_view name, std::string_view dataFile);
 
-  /// Adds the key texts of the feature table. `json` is the text of the host description, in which
-  /// the function searches for the lines of the keys.
+  /// Adds the key texts among the names and descriptions of the features of `host`. `name` is the
+  /// name of the host description, for references and warnings. `json` is its content, in which the
+  /// function searches for the lines of the keys.
   void AddFeatureTable(std::string_view name, std::string_view json,
                        const common::HostDescription& host);
 
@@ -32,8 +34,8 @@ class MessageTemplate {
   /// Returns the template in the format of a PO file, in UTF-8.
   std::string Format() const;
 
-  /// Returns a warning for each key text that was not added because it contains a NUL, or because
-  /// the entry of its key has another default text.
+  /// Returns a warning for each key text that was not added: it contains a NUL, or the entry of its
+  /// key has another default text.
   const std::vector<std::string>& Warnings() const { return warnings_; }
 
  private:

@@ -21,13 +21,14 @@ struct ImportResult {
 
 /// Converts a table to a data file.
 ///
-/// The first row that has values names the columns, in any order (`FindColumn`). Every column must
-/// be known, except columns without a name and without values. The columns of the grouping ID and
-/// of the message are required. A missing cell is empty, and rows without values are omitted.
+/// The first row that has values must contain the column names, in any order; see `FindColumn`.
+/// Each name must be known and must not occur twice. A column without a name must not contain
+/// values. The columns of the grouping ID and of the message are required. A missing cell is empty,
+/// and rows without values are omitted.
 ///
 /// `ConvertText` converts the cells of text columns. Other cells are not changed. It is an error if
-/// `ProblemWith` rejects a cell, if the library would skip a row, or if the library would ignore a
-/// value in a Changes-Since row.
+/// the table has no values or if `ProblemWith` rejects a cell. It is also an error if the library
+/// would skip a row, or ignore a value in a Changes-Since row.
 ImportResult ImportSpreadsheet(const Spreadsheet& table);
 
 }  // namespace hosts::author

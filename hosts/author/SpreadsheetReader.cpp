@@ -13,8 +13,8 @@
 namespace hosts::author {
 namespace {
 
-/// Removes the first line of `text`, including its line ending, and returns it. A line ends with
-/// LF, CR or CR LF.
+/// Removes the first line from `text` and returns it with its line ending. A line ends with LF, CR
+/// or CR LF.
 std::string_view CutFirstLine(std::string_view& text) {
   std::size_t end = text.find_first_of("\r\n");
   if (end == std::string_view::npos) return std::exchange(text, {});

@@ -34,10 +34,12 @@ struct Spreadsheet {
 
 /// Reads a table from `text` (UTF-8). Throws `InputError` if a quote is missing or misplaced.
 ///
-/// If the first line is "sep=" followed by a character, this character is the separator. Some
-/// spreadsheet programs write such a line. Otherwise, the separator is a comma, a semicolon or a
-/// tab. The header is the first row that has values. The function splits it with each of these
-/// separators, and selects the separator that yields the most column names of a data file.
+/// If the first line is "sep=" followed by one ASCII character except a double quote, this
+/// character is the separator. Some spreadsheet programs write such a line. Otherwise, the
+/// separator is a comma, a semicolon or a tab. The header is the first row that has values. The
+/// function splits it with each of these separators, and selects the separator that yields the most
+/// column names of a data file. If several separators yield the same number, it selects the first
+/// of them.
 Spreadsheet ReadSpreadsheet(std::string_view text);
 
 }  // namespace hosts::author

@@ -43,7 +43,8 @@ std::size_t CountLineEnds(std::u16string_view text) {
   return count;
 }
 
-/// Returns the bytes at which the converter stopped, as hexadecimal numbers.
+/// Returns the bytes at which the converter stopped, as hexadecimal numbers. A space precedes each
+/// number.
 std::string InvalidBytes(UConverter& converter) {
   std::array<char, 16> bytes{};
   auto length = static_cast<std::int8_t>(bytes.size());

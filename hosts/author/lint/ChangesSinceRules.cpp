@@ -13,7 +13,7 @@ namespace {
 using ornwhatsnew::DataColumn;
 using ornwhatsnew::DataRowKind;
 
-/// The codes that explain why no Changes-Since row was read.
+/// The codes of findings that explain why the library reads no Changes-Since row.
 constexpr std::array<LintCode, 6> kReasonsForMissingRow = {
     LintCode::kChangesSinceSpelling,  LintCode::kChangesSinceBeforeHeader, LintCode::kHeaderWidth,
     LintCode::kHeaderSecondNameEmpty, LintCode::kHeaderOverLines,          LintCode::kConflictMark};

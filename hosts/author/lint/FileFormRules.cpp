@@ -15,13 +15,13 @@ namespace {
 
 using common::kByteOrderMark;
 
-/// If a row contains at least this number of semicolons, tabs or vertical bars, this character
+/// If a row contains a semicolon, a tab or a vertical bar at least this many times, this character
 /// probably separates its fields.
 constexpr std::ptrdiff_t kManySeparators = 5;
 
 bool IsUTF16(std::string_view text) {
   if (text.starts_with("\xFF\xFE") || text.starts_with("\xFE\xFF")) return true;
-  // Without a byte order mark, every second byte of a Latin text in UTF-16 is NUL.
+  // A UTF-16 file can lack a byte order mark. If its text is Latin, every second byte is NUL.
   const std::string_view start = text.substr(0, 1000);
   return std::ranges::count(start, '\0') > static_cast<std::ptrdiff_t>(start.size() / 3);
 }
@@ -56,7 +56,8 @@ constexpr std::array<Separator, 3> kSeparators = {
 
 void CheckSeparator(LintContext& context) {
   const std::vector<LintRow>& rows = context.File().Rows();
-  // A change has ten fields, which commas separate.
+  // The library reads a row as a change only if commas separate its ten fields. If at least half of
+  // the rows are changes, no other character is the separator.
   if (2 * context.File().ChangeCount() >= rows.size()) return;
   for (const auto& [separator, name] : kSeparators) {
     const auto count = std::ranges::count_if(
@@ -70,8 +71,8 @@ void CheckSeparator(LintContext& context) {
   }
 }
 
-/// Returns whether the library accepts the number of fields of `line`. A Changes-Since row needs
-/// only two fields.
+/// Returns whether `line` has ten fields, is empty, or is a Changes-Since row. A Changes-Since row
+/// needs only two fields.
 bool IsCompleteRow(std::string_view line) {
   ornwhatsnew::DataFileReader reader(line);
   const ornwhatsnew::DataRow* const row = reader.Next();
@@ -108,7 +109,7 @@ void CheckLineEnds(LintContext& context) {
             Counted(static_cast<std::size_t>(std::ranges::count(text, '\r')) + 1, "line") +
             " are read as one row; use LF or CR LF line endings");
     const std::size_t offset = context.File().OffsetOf(row);
-    // The last CR of a row belongs to a CR LF, unless the file ends after it.
+    // The last CR of a row is a part of a CR LF, unless the row is at the end of the file.
     const bool isAtEnd = offset + row.data.text.size() == context.File().Text().size();
     finding.edit = LineEndEdit(isAtEnd ? row.data.text : text, offset);
     row.isExplained = true;

@@ -1,5 +1,5 @@
-// Defines a finding of `ornwhatsnew lint`: a message about a position in a file, with the edit
-// that corrects the mistake.
+// Defines a finding of `ornwhatsnew lint`: a message about a position in a file, and the edit that
+// corrects the mistake, if there is one.
 #ifndef HOSTS_AUTHOR_LINT_FINDING_H_
 #define HOSTS_AUTHOR_LINT_FINDING_H_
 
@@ -46,14 +46,15 @@ struct Finding {
   std::string fieldName;
   Severity severity = Severity::kError;
   LintCode code = LintCode::kFieldCount;
-  /// One line of well-formed UTF-8 without control characters: what happens to the change, and what
-  /// to write instead. Begins in lower case and has no full stop.
+  /// One line of well-formed UTF-8 without control characters. States the mistake or the fact, its
+  /// effect, and usually what to write instead. Begins in lower case and has no full stop.
   std::string message;
   std::vector<RelatedPlace> related;
   /// The edit that corrects the mistake. Has no value if `--fix` cannot correct the mistake.
   std::optional<Edit> edit;
-  /// Identifies the finding in later runs. Depends on the code and the text of the row, but not on
-  /// the line number of the row. `FinishReport` makes equal fingerprints in a file different.
+  /// Identifies the finding in later runs. Depends on the code and on the bytes of the row, but not
+  /// on the line number of the row. For a finding about the host description, depends on the code
+  /// and the message. `FinishReport` makes equal fingerprints in a file different.
   std::string fingerprint;
 };
 

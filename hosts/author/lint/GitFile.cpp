@@ -23,15 +23,16 @@ namespace {
 
 using common::FileDescriptor;
 
-/// The maximum number of bytes to read from git's error messages.
+/// The maximum number of bytes of git's standard error to read. It also limits the output of git
+/// when `IsShallowClone` runs it.
 constexpr std::size_t kMaximumErrors = 4096;
 
 [[noreturn]] void FailGit(const std::string& problem, int error) {
   throw std::runtime_error(problem + ": " + std::generic_category().message(error));
 }
 
-/// The file actions of posix_spawn(3) for a program that writes to the file descriptors `output`
-/// and `errors`.
+/// The file actions of posix_spawn(3) for a program that reads nothing and writes to the file
+/// descriptors `output` and `errors`.
 class SpawnActions {
  public:
   SpawnActions(int output, int errors) {
@@ -52,7 +53,8 @@ class SpawnActions {
 
 /// Returns the environment for git. Omits GIT_DIR unless GIT_WORK_TREE is set. git sets GIT_DIR for
 /// a hook in a linked worktree. With GIT_DIR alone, git would use the folder of the data file as
-/// the top folder of the worktree. Selects English for git's errors, as for all other messages.
+/// the top folder of the worktree. Sets LC_ALL to C, so that git's errors are in English, as all
+/// other messages are.
 std::vector<char*> GitEnvironment() {
   static char locale[] = "LC_ALL=C";
   const bool hasWorkTree = std::getenv("GIT_WORK_TREE") != nullptr;
@@ -68,8 +70,8 @@ std::vector<char*> GitEnvironment() {
   return variables;
 }
 
-/// Starts git with `arguments`. git writes to the file descriptors `output` and `errors`. Returns
-/// the process ID.
+/// Starts git with `arguments`, and returns the process ID. git writes to the file descriptors
+/// `output` and `errors`. Throws `std::runtime_error` if git cannot be run.
 pid_t StartGit(std::vector<std::string> arguments, int output, int errors) {
   arguments.insert(arguments.begin(), "git");
   std::vector<char*> words(arguments.size() + 1);  // ends with a null pointer
@@ -83,7 +85,7 @@ pid_t StartGit(std::vector<std::string> arguments, int output, int errors) {
   return process;
 }
 
-/// Waits for the process, and returns whether it succeeded.
+/// Waits until `process` ends. Returns whether its exit status is 0.
 bool HasSucceeded(pid_t process) {
   int status = 0;
   while (::waitpid(process, &status, 0) < 0) {
@@ -99,7 +101,8 @@ struct GitResult {
   std::string error;  ///< the first line that git wrote to standard error
 };
 
-/// Runs git with `arguments`. Stops reading its output after more than `maxBytes` bytes.
+/// Runs git with `arguments` and returns its output. If the output has more than `maxBytes` bytes,
+/// stops reading it, and the result contains more than `maxBytes` bytes.
 GitResult RunGit(const std::vector<std::string>& arguments, std::size_t maxBytes) {
   std::array<int, 2> ends{};
   if (::pipe2(ends.data(), O_CLOEXEC) != 0) FailGit("cannot run git", errno);
@@ -131,7 +134,8 @@ bool IsShallowClone(const std::string& folder) {
 
 std::string ReadGitFile(const std::string& revision, const std::filesystem::path& file,
                         std::size_t maxBytes) {
-  // git would read a revision that begins with '-' as an option.
+  // git would read a revision that begins with '-' as an option. With an empty revision, it would
+  // read the file from the index.
   if (revision.empty() || revision.starts_with('-')) {
     throw std::runtime_error("'" + revision + "' is not a git revision");
   }

@@ -8,9 +8,14 @@
 namespace hosts::author {
 
 /// Returns the content of `file` in the commit `revision`. Runs git without a shell, in the folder
-/// of the file. Throws `std::runtime_error` if `revision` is empty or begins with '-', if git
-/// cannot be run, if the commit or the file in it does not exist, or if the content has more than
-/// `maxBytes` bytes. The message contains git's own error message.
+/// of the file. Throws `std::runtime_error` in these cases:
+///
+/// - `revision` is empty or begins with '-'.
+/// - git cannot be run.
+/// - The commit does not exist, or does not contain the file.
+/// - The content has more than `maxBytes` bytes.
+///
+/// If git reports an error, the message of the exception contains the first line of git's message.
 std::string ReadGitFile(const std::string& revision, const std::filesystem::path& file,
                         std::size_t maxBytes);
 

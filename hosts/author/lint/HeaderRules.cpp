@@ -26,7 +26,8 @@ using ornwhatsnew::kDataColumns;
 constexpr std::size_t kFieldsOfTranslatedHeader = 5;
 
 /// Returns whether `name` and the header of `column` are equal, or one of them begins with the
-/// other. Ignores the letter case, and requires at least three characters.
+/// other. Ignores the letter case, and a byte order mark and spaces around `name`. Returns false if
+/// one of the two has fewer than three bytes.
 bool IsNameOf(std::string_view name, const DataColumnInfo& column) {
   constexpr std::size_t kShortestName = 3;
   name = TrimSpaces(common::WithoutByteOrderMark(name));
@@ -36,7 +37,8 @@ bool IsNameOf(std::string_view name, const DataColumnInfo& column) {
          CaseInsensitiveEqual(name.substr(0, shorter), header.substr(0, shorter));
 }
 
-/// Returns the first column that has the name `name`, or the end of `kDataColumns`.
+/// Returns the first column for which `IsNameOf` returns true. Returns the end of `kDataColumns` if
+/// there is none.
 auto FindColumn(std::string_view name) {
   return std::ranges::find_if(
       kDataColumns, [name](const DataColumnInfo& column) { return IsNameOf(name, column); });
@@ -46,7 +48,8 @@ bool IsNameOfAnyColumn(std::string_view name) {
   return FindColumn(name) != kDataColumns.end();
 }
 
-/// Returns whether `text` consists of digits and points, with an optional v before them.
+/// Returns whether `text` is a version of digits and points, such as "4.2" or "v4.2". It must begin
+/// with a digit or with a v and a digit. Ignores spaces around `text`.
 bool LooksLikeVersion(std::string_view text) {
   text = TrimSpaces(text);
   if (text.starts_with('v') || text.starts_with('V')) text.remove_prefix(1);
@@ -65,8 +68,8 @@ bool ContinuesOnNextLine(const DataRow& row, const DataRow& next) {
          next.kind == DataRowKind::kSkipped && !LooksLikeChange(next);
 }
 
-/// Returns the reason why the library skips a row that was intended as the header. Returns
-/// `std::nullopt` if the row was not intended as the header.
+/// If the library skips `rows[index]` and the row was probably intended as the header, returns the
+/// code of the mistake. Otherwise returns `std::nullopt`. The row must be before the header.
 std::optional<LintCode> HeaderMistake(const std::vector<LintRow>& rows, std::size_t index) {
   const DataRow& row = rows[index].data;
   if (rows[index].isExplained || row.text.starts_with('#') || IsEmptyRow(row)) return std::nullopt;
@@ -133,8 +136,8 @@ void CheckRowsBeforeHeader(LintContext& context) {
   }
 }
 
-/// Sets `isExplained` for each row that was intended as the header, but that the library reads as a
-/// change.
+/// Sets `isExplained` for each change that looks like a header row. If a Changes-Since row is
+/// before the header, the library reads the header as a change.
 void ExplainLaterHeader(LintContext& context) {
   for (LintRow& row : context.File().Rows()) {
     if (row.data.kind == DataRowKind::kChange && LooksLikeHeader(row.data)) row.isExplained = true;

@@ -81,8 +81,8 @@ void CheckSection(LintContext& context, const LintRow& row) {
 
 void CheckLinkInText(LintContext& context, const LintRow& row) {
   const std::string_view text = row.Value(DataColumn::kDescription);
-  // Return early, because most texts contain no "://". A search for "http" is slower, because it
-  // stops at each "h" of the text.
+  // Return early, because most texts contain neither "://" nor "www.". A search for "http" is
+  // slower, because it stops at each "h" of the text.
   if (text.find("://") == text.npos && text.find("www.") == text.npos) return;
   static constexpr std::array<std::string_view, 3> kStarts = {"https://", "http://", "www."};
   for (const std::string_view start : kStarts) {
@@ -96,7 +96,8 @@ void CheckLinkInText(LintContext& context, const LintRow& row) {
   }
 }
 
-/// Returns whether a row without text has an effect.
+/// Returns whether a row without text can have an effect: it requests a rating, hides or unhides a
+/// feature, or sets the link of its item.
 bool HasEffect(const LintContext& context, const LintRow& row) {
   const FeatureListDetail& change = *row.change;
   if (!change.GetRatingRequestOptional().empty()) return true;
@@ -111,8 +112,8 @@ bool HasEffect(const LintContext& context, const LintRow& row) {
 
 void CheckText(LintContext& context, const LintRow& row) {
   if (!row.change->GetDescription().empty() || HasEffect(context, row)) return;
-  // With such a row, the author intended to set the version in the heading. `CheckGroupingID`
-  // reports the row.
+  // The author of a row with a misspelt "Changes-Since" intended to set the version in the heading.
+  // `CheckGroupingID` reports this row.
   if (IsMisspeltChangesSince(row.Value(DataColumn::kGroupingID))) return;
   context.ReportField(LintCode::kTextMissing, row, DataColumn::kDescription,
                       "the row has no text, so users do not see it; write the text into " +

@@ -24,8 +24,8 @@ using SeverityOverrides = std::map<LintCode, Severity>;
 struct LintReport {
   /// The findings. `FinishReport` sorts them by file and position.
   std::vector<Finding> findings;
-  /// The findings that `findings` does not contain, because they exceed `kMaximumFindings` or are
-  /// outside the scope.
+  /// The findings that are not in `findings`, because they exceed `kMaximumFindings` or are outside
+  /// the scope.
   std::map<LintCode, OmittedFindings> omitted;
   std::size_t files = 0;
   std::size_t changes = 0;
@@ -33,33 +33,35 @@ struct LintReport {
   std::set<std::string> notJudged;
 
   std::size_t Count(Severity severity) const;
-  /// Adds the findings of another report, and the numbers of its findings that are not listed.
-  /// Omits the edits of findings that are not listed.
+  /// Adds the findings, counts and clauses of another report. Of its findings that are not listed,
+  /// adds only the numbers, not the edits.
   void Append(LintReport other);
 };
 
 /// Reads a host description and configures the services of the process from it. Makes the user an
-/// internal user, and removes the debug entries. A feature that this user does not see is therefore
-/// visible to nobody. Throws `common::JsonError` if the file cannot be used.
+/// internal user, removes the debug entries, and clears `terminating`. A feature that this user
+/// does not see is therefore visible to nobody. Throws `common::JsonError` if the file cannot be
+/// used.
 LintHost InstallLintHost(const std::string& file);
 
 /// Configures the services of the process from `description`, the host description in `file`. Makes
-/// the user an internal user, and removes the debug entries.
+/// the user an internal user, removes the debug entries, and clears `terminating`.
 LintHost InstallLintHost(const std::string& file, common::HostDescription description);
 
 /// Configures the services of the process for a host without features.
 void InstallNoLintHost();
 
-/// Checks `text`, the content of the file `name`. `host` is the installed host, or null. Accepts
-/// any content. Takes time O(n log n) in the length of `text`.
+/// Checks `text`, the content of the file `name`. `host` is the installed host, or null after
+/// `InstallNoLintHost`. Accepts any content. Takes time O(n log n) in the length of `text`.
 LintReport LintDataFile(const std::string& name, std::string_view text, const LintHost* host,
                         LintScope scope = LintScope::kFile);
 
-/// Replaces the severities of the findings, and removes the findings with the severity `kOff`.
+/// Replaces the severities of the findings. Removes the findings with the severity `kOff`,
+/// including those that are not listed.
 void ApplySeverities(LintReport& report, const SeverityOverrides& overrides);
 
 /// Sorts the findings by file and position, removes duplicates, and makes equal fingerprints
-/// different. Adds the numbers of findings that are not listed to `notJudged`.
+/// different. For each code, adds the number of findings that are not listed to `notJudged`.
 void FinishReport(LintReport& report);
 
 }  // namespace hosts::author

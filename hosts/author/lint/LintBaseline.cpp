@@ -50,7 +50,8 @@ struct RowPair {
   const LintRow* after;
 };
 
-/// Pairs the changes of two files. `before` and `after` contain the changes without a partner.
+/// Pairs the changes of two files. `before` and `after` contain the changes that have no partner
+/// yet.
 struct Pairing {
   Rows before;
   Rows after;

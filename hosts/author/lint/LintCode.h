@@ -12,7 +12,7 @@
 
 namespace hosts::author {
 
-/// The severity of a finding, in ascending order. `kOff` suppresses a finding.
+/// The severities of findings, from the lowest to the highest. `kOff` suppresses a finding.
 enum class Severity { kOff, kNote, kWarning, kError };
 
 /// Returns "off", "note", "warning" or "error".

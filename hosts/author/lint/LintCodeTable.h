@@ -8,7 +8,7 @@
 
 namespace hosts::author {
 
-/// Each code once, in the order of `LintCode`.
+/// The table contains each code once, in the order of `LintCode`.
 inline constexpr auto kLintCodes = std::to_array<LintCodeInfo>({
     {LintCode::kFileSeparator, "file-separator", Severity::kError,
      "the fields are separated by semicolons, tabs or vertical bars",

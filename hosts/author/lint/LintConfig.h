@@ -21,11 +21,12 @@ inline constexpr std::string_view kLintConfigName = ".ornwhatsnew-lint.json";
 std::optional<std::filesystem::path> FindLintConfig(const std::filesystem::path& dataFile);
 
 /// Returns the severities in the configuration file that `FindLintConfig` returns for `dataFile`.
-/// Returns none if there is no such file. Throws `common::JsonError` if the file cannot be read, is
-/// not valid, or contains an unknown code or severity.
+/// Returns an empty map if there is no such file. Throws `common::JsonError` if the file cannot be
+/// read, is not valid, or contains an unknown code or severity.
 SeverityOverrides ConfiguredSeverities(const std::filesystem::path& dataFile);
 
-/// Parses a configuration. Error messages begin with `sourceName`.
+/// Parses a configuration. Throws `common::JsonError` if it is not valid, or if it contains an
+/// unknown code or severity. The error message begins with `sourceName`.
 SeverityOverrides ParseLintConfig(std::string_view json, std::string_view sourceName);
 
 /// Returns the error message for `name`, which is not a code. Suggests the most similar code, if

@@ -19,8 +19,8 @@ using ornwhatsnew::DataColumn;
 using ornwhatsnew::DataField;
 
 /// The maximum number of different strings for which `NearestKey` searches, and the maximum number
-/// of keys with which it compares all these strings. Each search compares the string with all keys
-/// of the host. Without a limit, a file with many unknown keys would take too long.
+/// of comparisons in all searches. Each search compares a string with the keys of all items.
+/// Without these limits, a file with many unknown keys would take too long.
 constexpr std::size_t kMaximumKeySearches = 500;
 constexpr std::size_t kMaximumKeyComparisons = 200'000;
 
@@ -156,7 +156,8 @@ const common::BetaFeatureDescription* LintContext::FindFeature(std::string_view 
 }
 
 std::optional<std::string> LintContext::NearestKey(const std::string& text) {
-  // `--fix` corrects each section key, so do not count these comparisons as a search.
+  // Do not count these comparisons as a search, because `--fix` corrects the section keys of any
+  // number of rows.
   const std::string_view trimmed = TrimSpaces(text);
   for (const std::string_view key : {ornwhatsnew::kMiscKey, ornwhatsnew::kBugfixKey,
                                      ornwhatsnew::kInternalKey, ornwhatsnew::kUnreviewedKey}) {

@@ -30,18 +30,20 @@ struct LintHost {
   common::HostDescription description;
 };
 
-/// The maximum number of findings of one code in a file. A message states the number of further
-/// findings.
+/// The maximum number of listed findings of one code in a file. A message states the number of
+/// further findings.
 inline constexpr std::size_t kMaximumFindings = 1000;
 
-/// Selects the rows whose findings are listed. Findings on the whole file are listed in any case.
+/// Selects the rows whose findings are listed. Does not apply to findings on the whole file and on
+/// the host description.
 enum class LintScope {
   kFile,     ///< all rows
   kLastRow,  ///< the last row, even if many earlier rows have the same mistake
 };
 
 /// The findings of a code that are not listed: those that are reported after `kMaximumFindings`
-/// findings of this code in a file, and those outside the scope. `--fix` also applies their edits.
+/// findings of this code in a file, and those outside the scope. `--fix` applies their edits like
+/// those of listed findings.
 struct OmittedFindings {
   std::size_t count = 0;
   std::vector<Edit> edits;
@@ -63,7 +65,7 @@ class LintContext {
                   std::string message);
   /// Reports a finding on all of `row`.
   Finding& ReportRow(LintCode code, const LintRow& row, std::string message);
-  /// Reports a finding on a field of `row`.
+  /// Reports a finding on a field of `row`, or on all of `row` if it does not have this field.
   Finding& ReportField(LintCode code, const LintRow& row, ornwhatsnew::DataColumn column,
                        std::string message);
   /// Reports a finding on the first occurrence of `part` in a field, or on the whole field if it
@@ -75,18 +77,20 @@ class LintContext {
   /// Reports a finding on the whole host description. REQUIRES: there is a host.
   Finding& ReportHost(LintCode code, const std::string& message);
 
-  /// Returns the position of `row`, with a message.
+  /// Returns a `RelatedPlace` at the start of `row`.
   RelatedPlace Related(const LintRow& row, std::string message) const;
 
-  /// Returns the last finding on this field. Returns null if there is none, or if a finding on a
-  /// field of another row has been reported since.
+  /// Returns the last finding that `ReportField` or `ReportPart` has reported on this field.
+  /// Returns null if there is none, or if one of them has reported a finding on another row since
+  /// then.
   Finding* FindingOn(const LintRow& row, ornwhatsnew::DataColumn column);
   bool HasFinding(const LintRow& row, ornwhatsnew::DataColumn column) {
     return FindingOn(row, column) != nullptr;
   }
 
-  /// Returns the name of a column in the file's header, in quotation marks, for a message. If the
-  /// name is long, omits everything from its first opening parenthesis.
+  /// Returns `LintedFile::ColumnName` in double quotation marks for a message, with escapes for
+  /// invisible characters. If the name has more than 30 bytes, omits the part that begins with the
+  /// first space before an opening parenthesis.
   std::string Column(ornwhatsnew::DataColumn column) const;
 
   /// Returns the first feature of the host whose internal key or name equals `text`, ignoring the
@@ -94,14 +98,15 @@ class LintContext {
   const common::BetaFeatureDescription* FindFeature(std::string_view text);
 
   /// Returns the section key or epic key that is most similar to `text`. Returns `std::nullopt` if
-  /// none is similar, or if the search would compare too many keys together with earlier searches.
-  /// Always finds a section key that differs only in its letter case and outer spaces.
+  /// no key is similar, or if earlier searches have reached a limit. The limits do not apply if
+  /// `text` differs from a section key only in its letter case and outer spaces.
   std::optional<std::string> NearestKey(const std::string& text);
 
   /// Returns whether at least one change has a version that consists of digits and points.
   bool HasPlainVersion();
 
-  /// Ends the check, because the library can read no row of the file. No other rule runs.
+  /// Stops the check, so that no further rule runs. Call this if the file is empty, or if its
+  /// encoding or its separators are wrong.
   void Stop() { isStopped_ = true; }
   bool IsStopped() const { return isStopped_; }
 
@@ -119,11 +124,11 @@ class LintContext {
   std::vector<Finding> findings_;
   std::map<LintCode, std::size_t> counts_;
   std::map<LintCode, OmittedFindings> omitted_;
-  /// The last finding that is not listed. Its rule can still set its edit.
+  /// The last finding that is not listed. The rule that reported it can still set its edit.
   Finding omittedFinding_;
   std::size_t fieldsLine_ = 0;
   /// For each field of the line `fieldsLine_`: the number of findings up to and including the last
-  /// one on this field, or 0 if there is none.
+  /// one on this field, or 0 if there is none. `kOmitted` if the last one is not listed.
   std::array<std::size_t, ornwhatsnew::kDataColumnCount> fieldFindings_{};
   /// The features of the host by their internal keys and names in lower case.
   std::unordered_map<std::string, const common::BetaFeatureDescription*> featuresByName_;

@@ -42,8 +42,8 @@ class Announcements {
     list_.ParseBetaFeatures();
   }
 
-  /// Returns whether `oldRow` is a change that users can see and `newRow` is a change with another
-  /// identity.
+  /// Returns whether `oldRow` is a change that external users can see and `newRow` is a change with
+  /// another identity.
   bool IsAnnouncedAgain(std::string_view oldRow, std::string_view newRow) {
     const std::optional<Change> before = Read(oldRow);
     if (!before || !before->isVisible) return false;
@@ -76,7 +76,8 @@ class Announcements {
   bool hasHost_;
 };
 
-/// Returns the edits of the findings on the file `name`, grouped by line.
+/// Returns the edits of the findings on the file `name`, grouped by line. If two edits overlap,
+/// omits the second one.
 std::vector<LineEdits> CollectEdits(const std::string& name, std::string_view text,
                                     const LintReport& report) {
   std::vector<Edit> edits;

@@ -60,8 +60,8 @@ json FindingJson(const Finding& finding) {
 
 // ---- SARIF
 
-/// Returns the path as a relative reference or a file URI. Percent-encodes all bytes except ASCII
-/// letters, digits and the characters in `kUnescaped`.
+/// Returns an absolute path as a file URI, and any other path as a relative reference.
+/// Percent-encodes all bytes except ASCII letters, digits and the characters in `kUnescaped`.
 std::string URI(std::string_view path) {
   constexpr std::string_view kUnescaped = "-._~/";
   std::string uri = path.starts_with('/') ? "file://" : "";

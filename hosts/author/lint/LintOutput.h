@@ -1,4 +1,4 @@
-// Writes the findings of `ornwhatsnew lint` for other programs.
+// Formats the findings of `ornwhatsnew lint` for other programs, and summarises them.
 #ifndef HOSTS_AUTHOR_LINT_LINTOUTPUT_H_
 #define HOSTS_AUTHOR_LINT_LINTOUTPUT_H_
 

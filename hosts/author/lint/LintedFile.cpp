@@ -18,7 +18,7 @@ using ornwhatsnew::DataRow;
 using ornwhatsnew::DataRowKind;
 using ornwhatsnew::DataRowSkipReason;
 
-/// Returns whether the bytes of `part` are a part of the memory of `text`.
+/// Returns whether `part` is a view of bytes of `text`.
 bool IsPartOf(std::string_view text, std::string_view part) {
   const std::less<const char*> isBefore;
   return !isBefore(part.data(), text.data()) &&

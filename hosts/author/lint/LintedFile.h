@@ -24,8 +24,8 @@ namespace hosts::author {
 /// A row with at least one field. If the row is a change, it also has the library's objects for
 /// this change.
 struct LintRow {
-  /// The row as the reader returned it. Its views are valid while the file exists. The values of
-  /// columns that the row does not have are empty.
+  /// The row from the reader, except that the values of missing columns are empty instead of
+  /// inherited. Its views are valid while the file exists.
   ornwhatsnew::DataRow data;
   /// The change, which its item owns. Null if the row is not a change.
   const ornwhatsnew::FeatureListDetail* change = nullptr;
@@ -34,8 +34,8 @@ struct LintRow {
   /// The seen identity of the change.
   ornwhatsnew::Guid identity;
   bool isUnmatched = false;
-  /// True if a finding explains what is wrong with the whole row. Rules for fields then ignore the
-  /// row.
+  /// True if a finding explains what is wrong with the whole row. The rules for changes then ignore
+  /// the row.
   bool isExplained = false;
 
   std::string_view Value(ornwhatsnew::DataColumn column) const { return data.Value(column); }
@@ -59,8 +59,8 @@ class LintedFile {
   std::vector<LintRow>& Rows() { return rows_; }
   const std::vector<LintRow>& Rows() const { return rows_; }
   const ornwhatsnew::FeatureMap& Items() const { return list_.GetFeatureItems(); }
-  /// Returns which rules hide the items and the changes from the user of the host, who has seen
-  /// nothing.
+  /// Returns which rules hide the items and the changes from the user of the host, in a display
+  /// without options.
   std::vector<ornwhatsnew::ItemVisibility> ExplainVisibility() const {
     return list_.ExplainVisibility({});
   }
@@ -87,8 +87,8 @@ class LintedFile {
  private:
   /// Adds `change` to its item, and sets the members of `row` that refer to the change.
   void AddChange(std::shared_ptr<ornwhatsnew::FeatureListDetail> change, LintRow& row);
-  /// Returns a view of `row.Value(column)`, which is not a part of the text, that is valid while
-  /// the file exists.
+  /// Returns a view of the value of `row` in `column`. The view is valid while this object exists.
+  /// Copies the value, except for the description of a change, which the change contains.
   std::string_view Keep(const LintRow& row, ornwhatsnew::DataColumn column);
 
   std::string name_;

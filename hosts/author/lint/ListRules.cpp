@@ -113,7 +113,7 @@ bool IsUnseenFeature(const FeatureListItem& item) {
 
 void CheckVisibility(LintContext& context) {
   const auto isUnseen = [](const auto& entry) { return IsUnseenFeature(*entry.second); };
-  // An explanation allocates memory for each change, so do without it if possible.
+  // Return early if no feature is hidden, because an explanation allocates memory for each change.
   if (context.Host() == nullptr || std::ranges::none_of(context.File().Items(), isUnseen)) return;
   const RowsByKey changes = context.File().ChangesByKey();
   for (const ornwhatsnew::ItemVisibility& explained : context.File().ExplainVisibility()) {
@@ -155,7 +155,8 @@ void CheckLaterLinks(LintContext& context) {
 
 // ---- missing changes
 
-// If there is an error, the file may contain changes that the library cannot read.
+// Does not report a file with an error, because it may contain changes that the library cannot
+// read.
 void CheckNoChange(LintContext& context) {
   const auto isError = [](const Finding& finding) { return finding.severity == Severity::kError; };
   if (context.File().ChangeCount() > 0 || std::ranges::any_of(context.Findings(), isError)) return;
@@ -182,7 +183,8 @@ void CheckFeaturesWithoutChange(LintContext& context) {
 
 // ---- the version of the host
 
-/// Returns whether `version` is above `running`. A missing component counts as 0.
+/// Returns whether `version` is above `running`. A missing component counts as 0. Returns false if
+/// a component of `version` is not a number.
 bool IsAbove(std::string_view version, const std::vector<std::int64_t>& running) {
   const std::optional<std::vector<std::int64_t>> numbers = VersionNumbers(version);
   if (!numbers) return false;

@@ -25,8 +25,7 @@ void CheckKeySpace(LintContext& context, const LintRow& row) {
   }
 }
 
-/// Returns whether `text` begins with dollar signs and a slash, and the number of dollar signs is
-/// two or more than three.
+/// Returns whether `text` begins with "$$/", or with a slash after more than three dollar signs.
 bool HasMisspeltKeyPrefix(std::string_view text) {
   const std::size_t dollars = text.find_first_not_of('$');
   return dollars != text.npos && text[dollars] == '/' && (dollars == 2 || dollars > 3);
@@ -69,7 +68,8 @@ void CheckKeys(LintContext& context, const LintRow& row) {
 
 // ---- markup
 
-/// The markup that the library expands only in key texts.
+/// The markup that begins with "#{". The library replaces or removes it only in key texts and
+/// translations.
 constexpr auto kMarkup =
     std::to_array<std::string_view>({"#{endl}", "#{tab}", "#{mdash}", "#{ndash}", "#{comment}"});
 /// The markup with a caret that is unlikely in ordinary text. Other carets are common, as in "x^2".

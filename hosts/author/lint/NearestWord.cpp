@@ -57,12 +57,14 @@ std::size_t AllowedDistance(std::size_t length) {
 }
 
 /// Returns 0 for equal strings, the edit distance for similar strings, and `kMaximumLength` if one
-/// string begins with the other. Returns `std::nullopt` for all other strings.
+/// string begins with the other. In the last case, both strings must have at least three characters
+/// and no digits. Returns `std::nullopt` for all other strings.
 std::optional<std::size_t> Difference(std::u16string_view text, std::u16string_view word) {
   if (text == word) return 0;
   const std::size_t shorter = std::min(text.size(), word.size());
   const std::size_t longer = std::max(text.size(), word.size());
-  // Keys that differ only in digits are often both correct. Allow at most one difference.
+  // Keys with digits, such as ORN-12 and ORN-34, are often similar although both are correct. Allow
+  // at most one difference.
   const std::size_t allowed = HasDigit(word) ? std::min<std::size_t>(1, AllowedDistance(shorter))
                                              : AllowedDistance(shorter);
   if (longer <= kMaximumLength && longer - shorter <= allowed) {

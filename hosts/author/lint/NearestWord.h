@@ -9,16 +9,18 @@
 
 namespace hosts::author {
 
-/// Returns `text` (UTF-8) in lower case. Removes all kinds of spaces and invisible characters, and
-/// replaces all kinds of dashes and the underscore with a hyphen.
+/// Returns `text` (UTF-8) in lower case. Removes white space, control characters and common
+/// invisible characters. Replaces dashes and underscores with hyphens.
 std::u16string Fold(std::string_view text);
 
 /// Returns the element of `words` that is most similar to `text`. Uses only the first 256 bytes of
-/// `text`. Selects the first of these words that exists:
+/// `text`, and compares the results of `Fold`. Selects the first of these words that exists:
 ///
 /// 1. a word for which `Fold` returns the same string
-/// 2. a word that differs by only a few inserted, deleted, replaced or exchanged characters
-/// 3. a word that begins with `text`, or with which `text` begins, if neither contains digits
+/// 2. the word with the fewest inserted, deleted, replaced or exchanged characters: at most three
+///    in a long string, and at most one in a word with digits
+/// 3. a word that begins with `text`, or with which `text` begins, if both have at least three
+///    characters and neither contains digits
 ///
 /// Returns `std::nullopt` if there is no such word.
 std::optional<std::string> NearestWord(std::string_view text,

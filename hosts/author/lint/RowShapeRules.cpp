@@ -68,7 +68,8 @@ bool IsURL(std::string_view text) {
   return text.starts_with("https://") || text.starts_with("http://");
 }
 
-/// Returns whether `text` is the hash or the number of a commit.
+/// Returns whether `text` can be the hash or the number of a commit: at least six characters, which
+/// are digits or letters from a to f.
 bool IsCommit(std::string_view text) {
   constexpr std::size_t kShortestCommit = 6;
   return text.size() >= kShortestCommit && text.find_first_not_of("0123456789abcdef") == text.npos;
@@ -124,7 +125,7 @@ constexpr std::array<QuotePair, 7> kQuotePairs = {{{"\xE2\x80\x9C", "\xE2\x80\x9
                                                    {"'", "'"}}};
 
 /// If the field `first` begins with an opening quote, returns the index of the next field that ends
-/// with the matching closing quote.
+/// with the matching closing quote. Returns `std::nullopt` if there is no such field.
 std::optional<std::size_t> FindClosingField(const Shape& shape, std::size_t first) {
   for (const QuotePair& quotes : kQuotePairs) {
     if (!shape.Field(first).starts_with(quotes.open)) continue;
@@ -161,7 +162,8 @@ bool CheckIssueList(LintContext& context, const Shape& shape) {
   return true;
 }
 
-/// Returns the index of the first field whose value belongs in the column `column`.
+/// Returns the index of the first field that contains a value of `column`, which is the salience,
+/// the platform or the URL. Returns `std::nullopt` if there is none.
 std::optional<std::size_t> FindWord(const Shape& shape, DataColumn column) {
   // In a row with many more fields than columns, the position of a later value does not show how
   // many commas are wrong.
@@ -178,7 +180,7 @@ std::optional<std::size_t> FindWord(const Shape& shape, DataColumn column) {
 }
 
 /// Returns the index of a field that is in the wrong column because the number of commas before it
-/// is wrong.
+/// is wrong. Returns `std::nullopt` if no such field is found.
 std::optional<std::size_t> FindShiftedField(const Shape& shape) {
   for (const DataColumn column : {DataColumn::kSalience, DataColumn::kPlatform, DataColumn::kURL}) {
     const std::optional<std::size_t> index = FindWord(shape, column);
@@ -191,8 +193,8 @@ std::optional<std::size_t> FindShiftedField(const Shape& shape) {
   return std::nullopt;
 }
 
-/// Returns whether the text of the change is probably in a later field, because the field in its
-/// column is empty or looks like a commit ID.
+/// Returns whether the text of the change is probably in a later field: the field in its column is
+/// empty or looks like a commit ID.
 bool IsTextShifted(const Shape& shape) {
   const std::string_view field = shape.Field(ColumnIndex(DataColumn::kDescription));
   return field.empty() || IsCommit(field);
@@ -237,7 +239,8 @@ bool IsSplitAt(const Shape& shape, DataColumn column) {
   return true;
 }
 
-/// Reports an unquoted comma in a column that can contain one. Returns whether there is one.
+/// Reports an unquoted comma in the rating request or the URL. Returns whether it has reported one.
+/// Returns false if the comma can be part of the text of the change.
 bool CheckUnquotedComma(LintContext& context, const Shape& shape) {
   if (IsSplitAt(shape, DataColumn::kDescription)) return false;
   for (const DataColumn column : {DataColumn::kRatingRequest, DataColumn::kURL}) {
@@ -298,8 +301,8 @@ void ReportTooFewFields(LintContext& context, const Shape& shape) {
 // ---- all rows
 
 /// Returns the index of the row that contains the closing quote for the open quote in
-/// `rows[index]`. Returns `std::nullopt` if there is no such row, or if another change begins
-/// before it.
+/// `rows[index]`. Returns `std::nullopt` if no such row is among the next `kMaximumTextLines` rows,
+/// or if another change begins before it.
 std::optional<std::size_t> FindClosingRow(const std::vector<LintRow>& rows, std::size_t index) {
   const std::size_t end = std::min(rows.size(), index + 1 + kMaximumTextLines);
   for (std::size_t i = index + 1; i < end; ++i) {
@@ -350,8 +353,8 @@ bool IsChangesSince(std::string_view field) {
          CaseInsensitiveEqual(field, ornwhatsnew::kChangesSinceKey);
 }
 
-/// Reports the first field of `row` for which `isMistake` returns true. Returns whether there is
-/// one.
+/// Reports a misspelt or misplaced "Changes-Since" in the first field of `row` for which
+/// `isMistake` returns true. Returns whether there is one.
 template <class Predicate>
 bool CheckChangesSinceField(LintContext& context, const LintRow& row, Predicate isMistake) {
   const auto found = std::ranges::find_if(row.data.values, isMistake);
@@ -407,7 +410,8 @@ void CheckRows(LintContext& context) {
     }
     if (CheckTextOverLines(context, i)) continue;
     if (row.data.kind == DataRowKind::kChange) {
-      // `CheckGroupingID` reports a misspelt keyword in the second column of a change.
+      // Search only for the correct spelling, in a wrong column. `CheckGroupingID` reports a
+      // misspelt "Changes-Since" in the second column.
       row.isExplained = CheckChangesSinceField(context, row, IsChangesSince);
       continue;
     }

@@ -30,8 +30,8 @@ std::span<const FileRule> HostTableRules();
 std::span<const FileRule> ListRules();
 
 // The rules for a change. All of them check one change before any of them checks the next change,
-// so that each row is read only once. `TextRules` run last, because the rule for spaces does not
-// report a field that already has a finding.
+// so that the row stays in the processor cache. `TextRules` run last, because the rule for spaces
+// does not report a field that already has a finding.
 std::span<const ChangeRule> WordRules();
 std::span<const ChangeRule> VersionRules();
 std::span<const ChangeRule> LinkRules();
@@ -40,21 +40,22 @@ std::span<const ChangeRule> TextRules();
 
 /// Returns whether the fields look like the names of columns. At least three fields, at any
 /// position, must match a column name of the manual. A field matches a name if one of them begins
-/// with the other.
+/// with the other. Ignores the letter case.
 bool LooksLikeHeader(const ornwhatsnew::DataRow& row);
 
 /// Returns whether at least one field looks like a field of a change: a version in the first
 /// column, a section key in the second, a salience in the fourth, or a link in the eighth.
 bool LooksLikeChange(const ornwhatsnew::DataRow& row);
 
-/// Returns whether `header`, the row that the library uses as the header, is probably a change. The
-/// file then has no header, and the change is lost. `items` are the items of the list.
+/// Returns whether `header`, the row that the library uses as the header, is probably a change or a
+/// Changes-Since row. The change or the version is then lost. `items` are the items of the list.
 bool IsChangeUsedAsHeader(const ornwhatsnew::DataRow& header, const ornwhatsnew::FeatureMap& items);
 
-/// Returns whether the last double quote of the row has no closing quote.
+/// Returns whether the row has an odd number of double quotes, so that the last one opens quoting
+/// and nothing closes it.
 bool HasOpenQuote(const ornwhatsnew::DataRow& row);
 
-/// Returns whether the library accepts `text` as a salience.
+/// Returns whether `text` is a keyword of the salience column, in any letter case.
 bool IsSalience(std::string_view text);
 
 /// Returns whether `c` is a digit from 0 to 9.
@@ -66,7 +67,8 @@ constexpr bool IsDigit(char c) {
 bool IsPlainVersion(std::string_view version);
 
 /// Returns the number of bytes before the first digit of `text` if these bytes are "v" or
-/// "version", possibly with a point and with spaces. Otherwise returns 0.
+/// "version", in any letter case. They can include spaces, and a point at the end. Otherwise
+/// returns 0.
 std::size_t VersionPrefixLength(std::string_view text);
 
 /// Reports the version in `column` if it is a date. Spreadsheet programs convert some versions to
@@ -84,9 +86,9 @@ std::size_t CountVersionComponents(std::string_view version);
 /// Returns the components of `version` as numbers. Returns `std::nullopt` if one is not a number.
 std::optional<std::vector<std::int64_t>> VersionNumbers(std::string_view version);
 
-/// Returns why the order of `ornwhatsnew::VersionNumber` is not that of `version` and the versions
-/// with the same number of components, as a clause after the version. Returns an empty string if
-/// the library compares them correctly.
+/// Returns why the library cannot correctly compare `version` with versions that have the same
+/// number of components. The result is a clause that follows the version in a message. It is empty
+/// if the library can compare them.
 std::string ComparisonMistake(std::string_view version);
 
 /// Returns whether `text` is similar to "Changes-Since", but does not equal it.

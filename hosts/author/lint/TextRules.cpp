@@ -23,8 +23,8 @@ using ornwhatsnew::kDataColumnCount;
 
 // ---- quotes
 
-/// Returns the offset of the first quote in `field` that does not enclose the whole field. Returns
-/// `npos` if there is no such quote.
+/// Returns the offset of a quote in `field` that is not one of two quotes around the whole field.
+/// Returns `npos` if there is no such quote.
 std::size_t FindVanishingQuote(std::string_view field) {
   const std::size_t first = field.find('"');
   if (first == field.npos) return first;
@@ -75,8 +75,8 @@ constexpr auto kEntities =
     std::to_array<std::string_view>({"&amp;", "&lt;", "&gt;", "&quot;", "&nbsp;", "&apos;", "&#39;",
                                      "&mdash;", "&ndash;", "&hellip;", "&#8217;", "&rsquo;"});
 
-/// Returns the ASCII letters and digits at the start of `text`. Returns at most one more than the
-/// name of any tag has.
+/// Returns the ASCII letters and digits at the start of `text`, but at most seven. No name in
+/// `kTags` has more than six.
 std::string_view TagName(std::string_view text) {
   constexpr std::size_t kLongestName = 6;
   text = text.substr(0, kLongestName + 1);
@@ -84,8 +84,9 @@ std::string_view TagName(std::string_view text) {
   return {text.begin(), std::ranges::find_if_not(text, isInName)};
 }
 
-/// Returns a closing tag in `text` whose opening tag precedes it. A single tag can be the subject
-/// of the text, as in "the <b> element".
+/// Returns the first closing tag in `text` whose opening tag precedes it. Returns an empty string
+/// if there is none. A tag without a partner can be the subject of the text, as in "the <b>
+/// element".
 std::string_view FindClosingTag(std::string_view text) {
   std::array<bool, kTags.size()> isOpened{};
   for (std::size_t at = text.find('<'); at != text.npos; at = text.find('<', at + 1)) {
@@ -132,8 +133,8 @@ void CheckHTML(LintContext& context, const LintRow& row) {
 constexpr auto kMojibakeStarts = std::to_array<std::string_view>(
     {"\xC3\x83", "\xC3\x82", "\xC3\xA2\xE2\x82\xAC", "\xC3\xB0\xC5\xB8"});
 
-/// Returns whether `text` begins with a character that Windows-1252 assigns to a continuation byte
-/// of UTF-8, which is 0x80 to 0xBF.
+/// Returns whether `text` can begin with a character that Windows-1252 assigns to 0x80 to 0xBF, the
+/// continuation bytes of UTF-8. Usually checks only the first byte of the character.
 bool BeginsWithContinuation(std::string_view text) {
   if (text.size() < 2) return false;
   const auto lead = static_cast<unsigned char>(text[0]);
@@ -144,7 +145,8 @@ bool BeginsWithContinuation(std::string_view text) {
 }
 
 std::string_view FindMojibake(std::string_view text) {
-  // Each search below is for a string that begins with one of these bytes.
+  // Return early, because most texts contain neither byte. All strings for which this function
+  // searches begin with one of them.
   if (text.find('\xC3') == text.npos && text.find('\xEF') == text.npos) return {};
   for (const std::string_view start : kMojibakeStarts) {
     for (std::size_t at = text.find(start); at != text.npos; at = text.find(start, at + 1)) {

@@ -26,7 +26,8 @@ bool IsKeyText(std::string_view text) {
   return ornwhatsnew::IsZString(TrimSpaces(text));
 }
 
-/// Returns the first part of `version` between its points for which `predicate` holds.
+/// Returns the first component of `version` for which `predicate` returns true. Returns
+/// `std::nullopt` if there is none. Points separate the components, which can be empty.
 template <class Predicate>
 std::optional<std::string_view> FindComponent(std::string_view version, Predicate predicate) {
   for (std::size_t begin = 0; begin <= version.size();) {
@@ -60,8 +61,8 @@ void CheckComma(LintContext& context, const LintRow& row) {
   }
 }
 
-/// Returns whether `text` consists of numbers and placeholders, and begins with a number, as in
-/// "4.x".
+/// Returns whether the components of `text` are numbers and at least one placeholder, as in "4.x".
+/// The first component must be a number.
 bool HasPlaceholder(std::string_view text) {
   if (text.find_first_of("xX*") == text.npos || !IsDigit(text.front())) return false;
   const auto isOther = [](std::string_view part) {
@@ -97,7 +98,8 @@ bool BeginsWithMonth(std::string_view text) {
   });
 }
 
-/// Returns whether `text` contains both a number and the short name of a month, as in "3-Apr".
+/// Returns whether `text` begins with a number and the short name of a month, as in "3-Apr". Also
+/// returns true if it begins with such a name and contains a digit.
 bool HasMonthAndNumber(std::string_view text) {
   if (!std::ranges::any_of(text, IsDigit)) return false;
   if (BeginsWithMonth(text)) return true;
@@ -113,9 +115,9 @@ bool HasForm(std::string_view text, std::string_view pattern) {
   });
 }
 
-/// Returns whether `text` is a date as spreadsheets write it. An application can use ISO dates as
-/// versions. An ISO date is therefore a mistake only if `hasPlainVersion` is true, which means that
-/// another version consists of digits and points.
+/// Returns whether `text` is a date as spreadsheet programs write it. An application can use ISO
+/// dates as versions. An ISO date is therefore a mistake only if `hasPlainVersion` is true, which
+/// means that another version consists of digits and points.
 bool IsDate(std::string_view text, bool hasPlainVersion) {
   static constexpr std::array<std::string_view, 7> kForms = {
       "99/99/9999", "9/99/9999", "99/9/9999", "9/9/9999", "99/99/99", "99.99.9999", "9999/99/99"};
@@ -133,7 +135,8 @@ void CheckDate(LintContext& context, const LintRow& row) {
 
 /// Checks the versions for mistakes in their form.
 void CheckForm(LintContext& context, const LintRow& row) {
-  // Most versions are plain. Only a date is plain and wrong.
+  // Return early, because most versions consist of digits and points. Such a version can be wrong
+  // only if it has the length of a date.
   const auto isCorrect = [&row](DataColumn column) {
     return IsPlainVersion(row.Value(column)) && row.Value(column).size() != kDateLength;
   };
@@ -158,7 +161,8 @@ std::optional<std::int64_t> SmallNumber(std::string_view component) {
   return isSmall ? std::optional(number) : std::nullopt;
 }
 
-/// Reports a version that the library cannot compare. Returns whether there is one.
+/// Reports the version in `column` if the library cannot compare it correctly. Returns whether it
+/// has reported it.
 bool CheckComparison(LintContext& context, const LintRow& row, DataColumn column) {
   const std::string_view version = row.Value(column);
   const std::string mistake = ComparisonMistake(version);

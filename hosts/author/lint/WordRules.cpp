@@ -73,7 +73,7 @@ void CheckKeywordColumn(LintContext& context, const LintRow& row) {
   for (std::size_t i = 0; i < ColumnIndex(DataColumn::kDescription); ++i) {
     const auto column = static_cast<DataColumn>(i);
     const std::string_view text = row.data.values[i];
-    // Most versions, keys and commits end with a digit. No keyword does.
+    // Skip fields that end with a digit. Most versions, keys and commits do, but no keyword does.
     if (text.size() < kShortestWord || IsDigit(text.back())) continue;
     if (i == ColumnIndex(DataColumn::kVersion) && text.front() <= '9') continue;
     const std::optional<DataColumn> owner = ColumnOfKeyword(TrimSpaces(text), column);
@@ -102,7 +102,9 @@ std::string KeyRemedy(const std::string& text, const std::string& key) {
   return "write " + Quoted(key);
 }
 
-/// Returns the edit that corrects the letter case of a section key, or the spaces around it.
+/// If the grouping ID of `row` equals the section key `key` except for its letter case and outer
+/// spaces, returns the edit that writes `key`. Returns `std::nullopt` for any other grouping ID or
+/// key.
 std::optional<Edit> SectionKeyEdit(LintContext& context, const LintRow& row, std::string_view key) {
   const std::string_view written = TrimSpaces(row.Value(DataColumn::kGroupingID));
   if (!ornwhatsnew::IsSpecialCaseSection(key) || !CaseInsensitiveEqual(written, key)) {
@@ -165,7 +167,7 @@ bool IsSalienceSeparator(char c) {
   return c == ' ' || c == ',' || c == ';' || c == '/' || c == '|' || c == '+' || c == '&';
 }
 
-/// Returns whether `text` consists of several words, one of which is a salience.
+/// Returns whether `text` consists of several words, at least one of which is a salience.
 bool IsSeveralSaliences(std::string_view text) {
   const std::vector<std::string_view> keywords = WordsOf(DataColumn::kSalience);
   std::size_t words = 0;

@@ -99,8 +99,8 @@ class PageWriter {
   }
 
   std::string Findings() const {
-    // The section can have its own scroll bar, but it may contain no link. Without a tab stop,
-    // users could then not scroll the section with the keyboard.
+    // The section can have its own scroll bar, but does not always contain a link. Without a tab
+    // stop, users could then not scroll the section with the keyboard.
     std::string html = SectionStart("preview-findings", "findings", "Findings", " tabindex=\"0\"") +
                        Paragraph("preview-muted", EscapeHtml(LintSummary(report_)));
     if (!report_.findings.empty()) html += "<ul>\n";
@@ -133,8 +133,9 @@ class PageWriter {
            std::to_string(finding.place.column);
   }
 
-  /// Returns links to the places where the panels show the change of a finding. If no panel shows
-  /// the change, returns a paragraph that says so.
+  /// Returns a paragraph with links to the places where the panels show the change of a finding. If
+  /// no panel shows the change, or if the row is not a change, the paragraph says so. Returns an
+  /// empty string if the finding is not about a row of the data file.
   std::string PanelLinks(const Finding& finding) const {
     if (!IsOnRow(finding) || finding.file != input_.data.name) return {};
     const std::size_t line = finding.place.line;

@@ -8,11 +8,11 @@
 
 namespace hosts::author {
 
-/// Returns an HTML page without scripts that shows the panels of `MakePreviewViews`, and the
-/// findings of `lint --host` in the data file. Each finding links to the places where the panels
-/// show its change. The page makes no requests, and shows all strings in `input` as plain text.
-/// Configures the services of the process. Throws `common::JsonError` if the configuration file of
-/// `lint` cannot be used.
+/// Returns an HTML page with the panels of `MakePreviewViews` and the findings of `lint --host`.
+/// Each finding on a change links to the places where the panels show this change. The page
+/// contains no scripts and makes no requests, and it escapes all strings in `input`. Configures the
+/// services of the process. Throws `common::JsonError` if the configuration file of `lint` cannot
+/// be used.
 std::string PreviewPage(const PreviewInput& input);
 
 }  // namespace hosts::author

@@ -23,7 +23,7 @@ using ornwhatsnew::FeatureListData;
 using ornwhatsnew::LayoutParagraph;
 using ornwhatsnew::ParagraphKind;
 
-// The default filters of an application, which its users can change.
+// The filters that the host guide recommends for the badge and the panel.
 constexpr DisplayOptions kRelevant =
     ornwhatsnew::kFilterRelevantPlatform | ornwhatsnew::kFilterRelevantVersion;
 
@@ -44,7 +44,8 @@ std::string FullVersion() {
   return version == "." ? "" : version;
 }
 
-/// Returns a list for `user`, which must outlive it. Configures the services of the process.
+/// Returns a list with the changes of `data` and the state of `user`, who must outlive the list.
+/// Configures the services of the process.
 std::unique_ptr<FeatureListData> LoadList(const std::string& data, User& user) {
   common::InstallHost(user.host);
   return std::make_unique<FeatureListData>(
@@ -69,7 +70,8 @@ ShownLinesByKey ShownLines(const FeatureListData& list, const DisplayOptions& op
   return shown;
 }
 
-/// Sets the `id`s of the paragraphs of the changes. `shown` contains the lines of these changes.
+/// Sets `paragraphIDs` and `idsByLine` of `view`. `shown` contains the lines of the changes that
+/// the panel shows.
 void SetIDs(PreviewView& view, const ShownLinesByKey& shown) {
   const std::vector<LayoutParagraph>& paragraphs = view.layout.paragraphs;
   view.paragraphIDs.resize(paragraphs.size());
@@ -95,7 +97,8 @@ void SetIDs(PreviewView& view, const ShownLinesByKey& shown) {
 }
 
 /// Returns the greatest version of the changes in `file` that is not above `current`, with as many
-/// components as `current`. Returns `current` if there is none.
+/// components as `current`. Omits excess components, and sets missing ones to 0. Returns `current`
+/// if there is no such version, or if a component of `current` is not a number.
 std::string NewestVersion(const LintedFile& file, const std::string& current) {
   const auto running = VersionNumbers(current);
   if (!running) return current;

@@ -34,13 +34,15 @@ struct PreviewInput {
 /// A panel as a user sees it.
 struct PreviewView {
   std::string id;           ///< the `id` of its section in the page
-  std::string title;        ///< which user sees the panel
+  std::string title;        ///< the title of its section, such as "First start"
   std::string explanation;  ///< what the panel shows, in sentences
   ornwhatsnew::PanelLayout layout = {};
-  ornwhatsnew::NewCount count = {};  ///< what the panel shows
-  /// The `id`s of the paragraphs of the changes; see `ornwhatsnew::HTMLOptions`.
+  ornwhatsnew::NewCount count = {};  ///< the numbers of items and changes in the panel
+  /// The `id` of each paragraph of `layout`, or an empty string for a paragraph that needs none.
+  /// See `ornwhatsnew::HTMLOptions`.
   std::vector<std::string> paragraphIDs = {};
-  /// The `id` of the paragraph that shows the change in a line of the data file.
+  /// For each line of the data file with a change in the panel: the `id` of the paragraph that
+  /// shows this change.
   std::map<std::size_t, std::string> idsByLine = {};
 };
 
@@ -49,13 +51,14 @@ std::string PhraseWith(std::string_view words, std::string_view value);
 
 /// Returns the panels in the order of the page. `file` is the data file of `input`. Configures the
 /// services of the process. All users have the platform and the features of the host description.
-/// The application is not terminating, so users can rate features.
+/// The application counts as not terminating, because otherwise users could rate nothing.
 ///
-/// - The panels of an external user and of an internal user show all changes for the platform.
-/// - The panels of a first start and of a user who saw the earlier data file show what is new, for
-///   the platform and for the versions of the user. Without an earlier data file, there is no such
-///   user.
-/// - The rating view shows what a user who has seen the data file can rate.
+/// - The panels of an external user and of an internal user show all changes that the user can see
+///   on the platform.
+/// - The panel of a first start shows what is new for the platform and for the version of the host.
+/// - The panel of a user who saw the earlier data file shows what is new for the platform and for
+///   the versions of this user. Without an earlier data file, this panel is missing.
+/// - The rating view shows what an external user who has seen the data file can rate.
 ///
 /// The user who saw the earlier data file had the newest version in this file. That is the greatest
 /// version of its changes that is not above the version of the host.

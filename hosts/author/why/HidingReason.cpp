@@ -105,7 +105,8 @@ std::string UserVersionsMistake(const std::string& first, const std::string& add
     }
     const std::optional<std::vector<std::int64_t>> numbers = VersionNumbers(version);
     const bool isInRange = numbers >= VersionNumbers(first) && numbers < VersionNumbers(added);
-    // A user of such a version sees the change, except if the version cannot be compared.
+    // The change is hidden although a version of the user is in the range. The only possible reason
+    // is that the library cannot compare this version.
     if (isInRange) return "the user's " + ComparisonReason(version);
   }
   if (others.empty()) return "";
@@ -125,7 +126,8 @@ std::string VersionReason(const FeatureListDetail& change,
          QuotedVersions(userVersions);
 }
 
-/// Returns why a display hides the item. "It" in the result is the item.
+/// Returns why `rule` hides the item from a display, as a clause. "It" in the clause is the item.
+/// Returns an empty string for a rule that never hides an item.
 std::string ItemReason(HidingRule rule, const ExplainedItem& item) {
   switch (rule) {
     case HidingRule::kTerminating:
@@ -161,7 +163,8 @@ std::string ItemReason(HidingRule rule, const ExplainedItem& item) {
   return {};
 }
 
-/// Returns why a display hides the change. "It" in the result is the change.
+/// Returns why `rule` hides the change from a display, as a clause. "It" in the clause is the
+/// change. Returns an empty string for a rule that never hides a change.
 std::string ChangeReason(HidingRule rule, const FeatureListDetail& change,
                          std::span<const std::string> userVersions) {
   switch (rule) {

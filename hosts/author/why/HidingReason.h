@@ -11,7 +11,7 @@
 
 namespace hosts::author {
 
-/// An item with the rules that hide it.
+/// An item with the rules that hide it and its changes, and with the lines of its changes.
 struct ExplainedItem {
   ornwhatsnew::ItemVisibility visibility;
   /// The line of each change in the data file, in ascending order.
@@ -26,8 +26,9 @@ std::string Noun(const ExplainedItem& item);
 /// refers to the change.
 std::string PlacementReason(const ornwhatsnew::FeatureListDetail& change);
 
-// Each of the next three functions returns reasons as clauses, in the order in which a display
-// checks the rules. "It" in a clause is the item or the change that the display hides.
+// `ItemReasons`, `ItemReasonsForChanges` and `ChangeReasons` return reasons as clauses, in the
+// order in which a display checks the rules. "It" in a clause is the item or the change that the
+// display hides.
 
 /// Returns why a display hides the item.
 std::vector<std::string> ItemReasons(const ExplainedItem& item);

@@ -79,9 +79,9 @@ std::string Verdict(std::span<const std::string> reasons) {
   return text;
 }
 
-/// If the grouping ID of a change is not the key of its item, returns a clause that states why the
-/// change belongs to the item. Otherwise, returns an empty string. The clause follows the name of
-/// the item.
+/// If the grouping ID of a change does not explain why its item has the change, returns a clause
+/// that states the reason. Otherwise, returns an empty string. The clause follows the name of the
+/// item.
 std::string BelongingReason(const FeatureListItem& item,
                             const ornwhatsnew::FeatureListDetail& change) {
   const std::string placement = PlacementReason(change);
@@ -127,8 +127,8 @@ WhyReport::WhyReport(const ornwhatsnew::FeatureListData& list, std::string fileN
   ReadDataFile();
 }
 
-// A list does not store lines. It adds the changes of a file to their items in file order, so the
-// n-th row that belongs to an item is the n-th change of this item.
+// A list does not store lines. It adds the changes of a file to their items in file order. The n-th
+// row that belongs to an item is therefore the n-th change of this item.
 void WhyReport::ReadDataFile() {
   const LintedFile file(fileName_, text_);
   const auto changes = file.ChangesByKey();

@@ -15,10 +15,11 @@
 
 namespace hosts::author {
 
-/// The visibility of all features and changes of a data file in a display.
+/// The visibility of all items and changes of a data file in a display.
 ///
 /// Each `Explain` function returns lines of text for a terminal. It escapes invisible characters of
-/// the data. It throws `OptionError` if the file does not contain the given line or key.
+/// the data. It throws `OptionError` if the file does not have the given line, or if no feature or
+/// section has the given key.
 class WhyReport {
  public:
   /// Queries the host. `list` contains exactly the changes of the data file `text`. Both must
@@ -27,8 +28,9 @@ class WhyReport {
   WhyReport(const ornwhatsnew::FeatureListData& list, std::string fileName, std::string_view text,
             const ornwhatsnew::DisplayOptions& options, std::vector<std::string> userVersions);
 
-  /// Returns a table of all features and changes in display order, with totals. Omits sections
-  /// without changes. Adds a line if the first row is lost because there is no header row.
+  /// Returns a table of all features, sections and changes in display order, with totals. Omits
+  /// sections without changes. Adds a line if a row is lost because the library uses it as the
+  /// header. Adds a line with the number of skipped rows if there are any.
   std::string ExplainAll() const;
 
   /// Returns whether the change on a line is shown, and each reason why it is not. If the line

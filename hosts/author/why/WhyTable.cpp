@@ -59,7 +59,8 @@ class Table {
     AddLine("LINE", "STATUS", "FEATURE", "TEXT", "REASON");
   }
 
-  /// Adds a row that has a line for each reason.
+  /// Adds a row with a line for each reason. If there is no reason, the row has one line with the
+  /// status "shown".
   void AddRow(std::string_view line, std::string_view key, std::string_view text,
               std::span<const std::string> reasons) {
     if (reasons.empty()) return AddLine(line, "shown", key, text, "");

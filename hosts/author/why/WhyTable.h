@@ -11,10 +11,10 @@
 
 namespace hosts::author {
 
-/// Returns a table with a row for each of `items` and each of their changes: line, visibility, key,
-/// text and reasons. Each reason after the first one has a line of its own. `list` owns the items.
-/// `userVersions` is described at `ChangeReasons`. Escapes invisible characters of the data, and
-/// shortens keys and texts.
+/// Returns a table with a row for each of `items` and each of their changes. The columns contain
+/// line, status, key, text and reasons. Each reason after the first one has a line of its own.
+/// `list` owns the items. `userVersions` is described at `ChangeReasons`. Escapes invisible
+/// characters of the data, and shortens keys and texts.
 std::string WhyTable(const ornwhatsnew::FeatureListData& list,
                      std::span<const std::string> userVersions,
                      std::span<const ExplainedItem* const> items);
