@@ -101,8 +101,8 @@ std::optional<ToolError> ShowPanel(const Arguments& arguments, const common::Hos
                    [&outputError](const QString& featureKey, int stars, const QString& comment) {
                      PrintRating(featureKey, stars, comment, outputError);
                    });
-  // The action that opens the rating page is disabled for 14 days after the first start. Enable it,
-  // because authors should not have to wait.
+  // The action that opens the rating page can be disabled, for example in the first 14 days after
+  // the first start. Enable it, because authors should not have to wait.
   if (arguments.showsRatings) whatsNew.rateAction()->setEnabled(true);
   (arguments.showsRatings ? whatsNew.rateAction() : whatsNew.showAction())->trigger();
   QApplication::exec();
@@ -120,7 +120,8 @@ ExitStatus Run(const Arguments& arguments) {
   int argc = 1;
   char* argv[] = {name.data(), nullptr};
   const QApplication application(argc, argv);
-  // `QSettings` stores the filters of the panel under this name and the name of the program.
+  // `QSettings` stores values of the panel, such as its filters, under this name and the name of
+  // the program.
   QCoreApplication::setOrganizationName(QStringLiteral("ornwhatsnew"));
   QGuiApplication::setDesktopFileName(QStringLiteral("ornwhatsnew-panel"));
   const std::optional<ToolError> outputError = ShowPanel(arguments, host, store);
