@@ -40,8 +40,8 @@ endfunction()
 # Sets the options of the shared library that only some compilers and linkers support.
 function(orn_set_shared_library_options)
   # With -fno-semantic-interposition and -Bsymbolic-functions, the library calls its own exported
-  # functions directly. Otherwise, every such call would use the dynamic symbol table, and the loader
-  # would have to look up each of these functions when the program starts.
+  # functions directly. Otherwise, the loader would have to look up each of these functions in the
+  # dynamic symbol table.
   target_compile_options(ornwhatsnew PRIVATE
     $<$<CXX_COMPILER_ID:GNU>:-fno-semantic-interposition>)
   orn_link_option_if_supported(LINKER:-Bsymbolic-functions ORNWHATSNEW_HAS_BSYMBOLIC_FUNCTIONS)

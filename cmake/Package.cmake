@@ -17,7 +17,8 @@ set(CPACK_COMPONENT_RUNTIME_DESCRIPTION "What's New lists for applications and t
  A library that shows the users of an application what is new, and the
  program ornwhatsnew, which shows it in a terminal.")
 # dpkg-shlibdeps finds the packages that the binaries depend on. The program depends on libornwhatsnew,
-# which is not installed, so dpkg-shlibdeps needs the folder in which the build writes this library.
+# which need not be installed on the build machine. Therefore, dpkg-shlibdeps needs the folder to which the
+# build writes this library.
 set(CPACK_DEBIAN_RUNTIME_PACKAGE_SHLIBDEPS ON)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS ${CMAKE_LIBRARY_OUTPUT_DIRECTORY})
 set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS ON)

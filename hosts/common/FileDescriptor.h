@@ -45,9 +45,9 @@ auto RetryInterrupted(Call call) {
 
 /// Returns whether to repeat a read or a write that failed with the error number `error`. Returns
 /// true if a signal interrupted the call. If the file descriptor is non-blocking and was not ready,
-/// waits for the `events` of poll(2), and then returns true. Returns false for every other error.
-/// Another program can make the standard streams of this program non-blocking, for example if both
-/// use one terminal.
+/// waits for the `events` of poll(2), and then returns true. Returns false for every other error,
+/// or if poll(2) fails. Another program can make the standard streams of this program non-blocking,
+/// for example if both use one terminal.
 bool ShouldRepeat(int error, int descriptor, short events);
 
 /// Reads up to `buffer.size()` bytes. If the file descriptor is non-blocking, waits for bytes.

@@ -11,8 +11,8 @@
 
 namespace hosts::common {
 
-/// An exclusive advisory lock on a lock file. It is released by the destructor, or when the process
-/// ends. The class never reads, writes or deletes the lock file.
+/// An exclusive advisory lock on a file. It is released by the destructor, or when the process
+/// ends. The class never reads, writes or deletes the file.
 class FileLock {
  public:
   /// Locks the file `name` in `folder`, which must outlive the lock. Creates the file if it does

@@ -17,8 +17,9 @@ enum class TemporaryName {
   /// name, which a killed program has left. Only one replacement of a file may exist at a time; use
   /// a `FileLock`.
   kFixed,
-  /// "ornwhatsnew-NUMBER.tmp" with a random number. Use this name in a folder of the user, because
-  /// a file with a fixed name could belong to the user. A killed program does not delete this file.
+  /// "ornwhatsnew-NUMBER.tmp" with a random number. Use this name in a folder with other files of
+  /// the user, because one of them may have the fixed name. If the program is killed, the temporary
+  /// file remains.
   kUnique,
 };
 
@@ -36,10 +37,10 @@ class FileReplacement {
   FileReplacement(const FileReplacement&) = delete;
   FileReplacement& operator=(const FileReplacement&) = delete;
 
-  /// Copies the mode of `replaced` to the temporary file. `replaced` is the open file that `Commit`
-  /// will replace. Also copies its group and its owner if the user may set them. If the group
-  /// cannot be set, omits the permissions of the group. Throws if the user may not write to the
-  /// file that `Commit` will replace.
+  /// Copies the permissions of `replaced`, the open file that `Commit` will replace, to the
+  /// temporary file. Copies the group and the owner if the user may set them. If the group cannot
+  /// be set, omits the permissions of the group. Throws if the user may not write to the file that
+  /// `Commit` will replace.
   void CopyModeAndOwner(const FileDescriptor& replaced) const;
 
   /// Gives the temporary file the mode that the umask of the process allows for a new file. Without

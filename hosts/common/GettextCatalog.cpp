@@ -19,21 +19,22 @@ using Facet = boost::locale::message_format<char>;
 /// Separates the context of an entry from its source text.
 constexpr char kContextEnd = '\4';
 
-// The header of a catalog consists of seven numbers of 32 bits. They have the byte order of the
-// machine that compiled the catalog.
+// The header of a catalog consists of seven numbers of 32 bits. They can be little-endian or
+// big-endian. The magic number, which is the first one, shows the byte order.
 constexpr std::size_t kHeaderSize = 28;
 constexpr std::size_t kCountOffset = 8;
 constexpr std::size_t kSourcesOffset = 12;
 constexpr std::size_t kTranslationsOffset = 16;
 constexpr std::size_t kHashSizeOffset = 20;
 
-/// The maximum length of the header entry, which contains the properties of the catalog.
+/// The maximum length, in bytes, of the header entry, which contains the properties of the catalog.
 /// Boost.Locale parses the rule for plural forms in this entry recursively, so a long rule could
 /// exhaust the stack.
 constexpr std::size_t kMaximumProperties = 2048;
 
-/// Checks the structure of a catalog, and finds its source texts. Boost.Locale does neither: it
-/// trusts most offsets in the file, and finds a translation only for a known source text.
+/// Checks the structure and the character set of a catalog, and finds its source texts.
+/// Boost.Locale trusts most offsets in the file, and finds a translation only for a known source
+/// text.
 class CatalogTables {
  public:
   explicit CatalogTables(std::string_view bytes) : bytes_(bytes) {
@@ -71,7 +72,8 @@ class CatalogTables {
 
   /// Returns the strings of the table whose offset is at `offsetOfTable`. A table consists of the
   /// length and the offset of each string. A NUL, which the length does not include, follows each
-  /// string.
+  /// string. Throws `CatalogError` if the table or a string is outside of the file, or if the
+  /// strings overlap.
   std::vector<std::string_view> ReadTable(std::size_t offsetOfTable, std::uint32_t count) const {
     constexpr std::size_t kEntrySize = 8;
     const std::size_t begin = NumberAt(offsetOfTable);
@@ -93,8 +95,9 @@ class CatalogTables {
     return strings;
   }
 
-  /// Throws `CatalogError` if the character set is not UTF-8. Boost.Locale would convert other
-  /// character sets, but it would drop bytes that it cannot convert.
+  /// Throws `CatalogError` if the header entry does not name the character set UTF-8, or if a
+  /// string is not well-formed UTF-8. Boost.Locale would convert other character sets, but it would
+  /// drop bytes that it cannot convert.
   void RequireUTF8(const std::vector<std::string_view>& translations) const {
     constexpr std::string_view kCharset = "charset=";
     const std::string_view properties = translations.front();

@@ -18,8 +18,8 @@ class CatalogError : public std::runtime_error {
 
 /// Returns the translations in a compiled catalog by key. The key of a text is the context of its
 /// entry. Ignores entries without a context. `bytes` can be any bytes. Throws `CatalogError` if
-/// they are not a catalog, if the character set of the catalog is not UTF-8, or if a key has two
-/// different translations.
+/// they are not a catalog in UTF-8 that Boost.Locale can read. Also throws it if a key has no
+/// translation or two different ones.
 std::map<std::string, std::string, std::less<>> ParseGettextCatalog(std::string_view bytes);
 
 }  // namespace hosts::common

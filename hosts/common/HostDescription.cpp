@@ -83,8 +83,9 @@ std::vector<BetaFeatureDescription> ReadBetaFeatures(const JsonReader& array) {
   return features;
 }
 
-/// Reads a member of `links`, whose other members must be valid. `expected` describes a valid link
-/// in error messages.
+/// Copies the member `name` of `object`, if it exists, to the member `link` of `links`. Throws
+/// `JsonError` if the link is not valid. `expected` describes a valid link for the error message.
+/// The other members of `links` must be valid.
 void ReadLink(const JsonReader& object, std::string_view name, std::string_view expected,
               PanelLinks& links, UTF16String PanelLinks::*link) {
   const auto member = object.Find(name);
@@ -125,7 +126,8 @@ std::string ReadOrThrow(const std::filesystem::path& file) {
   }
 }
 
-/// Adds the translations of a compiled gettext catalog that `texts` does not contain yet.
+/// Adds the translations of the compiled gettext catalog `file` to `texts`. Does not replace
+/// translations in `texts`. Throws `JsonError` if the catalog cannot be used.
 void AddTranslations(const std::filesystem::path& file, HostDescription::Texts& texts) {
   try {
     texts.merge(ParseGettextCatalog(ReadOrThrow(file)));

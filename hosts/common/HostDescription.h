@@ -59,7 +59,8 @@ struct HostDescription {
   /// The beta features in file order. If two features have the same internal key, the later one
   /// applies.
   std::vector<BetaFeatureDescription> betaFeatures;
-  /// The pages to which the panel links. `SetPanelLinks` accepts them.
+  /// The links of the panel, and the beginning of the keys of issues. They must be valid
+  /// (`ornappsupport::links::AreValid`).
   ornappsupport::links::PanelLinks links;
   /// The debug entries by key.
   Texts debug;
@@ -79,8 +80,8 @@ inline constexpr std::array<std::string_view, 11> kHostMembers = {
 /// Returns the host description in a file. Adds the translations of its dictionary files to its
 /// dictionary. A translation in the description takes precedence over one in a file, and an earlier
 /// file takes precedence over a later one. Throws `JsonError` if a file cannot be read, if
-/// `ParseHostDescription` rejects the description, or if a dictionary file is not a compiled
-/// gettext catalog in UTF-8.
+/// `ParseHostDescription` rejects the description, or if `ParseGettextCatalog` rejects a dictionary
+/// file.
 HostDescription ReadHostDescription(const std::filesystem::path& file);
 
 /// Returns the paths of the dictionary files of `host`, the host description in `file`.
@@ -89,7 +90,9 @@ std::vector<std::filesystem::path> DictionaryPaths(const HostDescription& host,
 
 /// Parses a host description from a JSON string. Does not read its dictionary files. Error messages
 /// begin with `sourceName`. Throws `JsonError` in these cases:
-/// - `json` is not valid JSON, contains NUL, is nested too deeply, or has too many array elements.
+/// - `json` is not a JSON object, contains NUL, is nested too deeply, or has too many array
+///   elements.
+/// - A number is beyond the range of a double.
 /// - A member is unknown or duplicate, has the wrong type, or is out of range.
 /// - `SetPanelLinks` does not accept a link.
 /// - The version, the build number or the platform contains a control character.

@@ -19,7 +19,7 @@ namespace {
 /// The maximum length, in bytes, of a member's name in a JSON pointer.
 constexpr std::size_t kMaximumName = 100;
 
-/// The maximum length, in bytes, of a string that an error message quotes.
+/// The maximum number of bytes that an error message quotes from a string.
 constexpr std::size_t kMaximumQuotation = 60;
 
 /// Returns the line and the column of the byte at `position`. Positions, lines and columns are
@@ -45,9 +45,10 @@ std::string ParserDetail(std::string_view message) {
   return WithoutMiddle(message);
 }
 
-/// Builds a JSON value from the events of nlohmann-json's SAX parser, and rejects duplicate
-/// members. `json::parse` would overwrite the first of two duplicates. A callback of `json::parse`
-/// could reject them, but takes quadratic time for objects with many members.
+/// Builds a JSON value from the events of nlohmann-json's SAX parser. Rejects duplicate members,
+/// and enforces the limits for depth and elements. `json::parse` would overwrite the first of two
+/// duplicates. A callback of `json::parse` could reject them, but takes quadratic time for objects
+/// with many members.
 class DocumentBuilder : public nlohmann::json_sax<json> {
  public:
   DocumentBuilder(std::string_view text, std::string_view sourceName, std::size_t maximumDepth,

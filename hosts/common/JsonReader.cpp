@@ -13,8 +13,8 @@ using nlohmann::json;
 
 namespace {
 
-/// Describes a value for an error message. The description contains the type and, for strings and
-/// numbers, the value. For arrays and objects, it contains the number of elements or members.
+/// Describes a value for an error message, for example "the number 3", "an array of 2 elements" or
+/// "true".
 std::string Describe(const json& value) {
   if (value.is_string()) return "the string " + JsonQuoted(value.get_ref<const std::string&>());
   if (value.is_number()) return "the number " + value.dump();

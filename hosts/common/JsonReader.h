@@ -1,5 +1,6 @@
-// Reads the values of JSON documents and checks their types. An error message contains the source,
-// the JSON pointer of the value, the expected type and the value that was found.
+// Reads the values of JSON documents and checks their types. If a value has the wrong type, the
+// error message contains the source, the JSON pointer, the expected type and a description of the
+// value.
 #ifndef HOSTS_COMMON_JSONREADER_H_
 #define HOSTS_COMMON_JSONREADER_H_
 
@@ -43,7 +44,8 @@ class JsonReader {
 
   /// Returns a reader for each element of an array, in order.
   std::vector<JsonReader> Elements() const;
-  /// Returns the members of an object. All their values must be strings.
+  /// Returns the members of an object by name. Throws `JsonError` if one of their values is not a
+  /// string.
   std::map<std::string, std::string, std::less<>> Texts() const;
 
   /// Throws `JsonError` unless the value is an object and each of its members has a name in

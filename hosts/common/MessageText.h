@@ -1,4 +1,4 @@
-// Shortens, quotes and counts for messages, and formats bytes.
+// Shortens and quotes strings for messages, and formats counts and bytes.
 #ifndef HOSTS_COMMON_MESSAGETEXT_H_
 #define HOSTS_COMMON_MESSAGETEXT_H_
 
@@ -19,8 +19,8 @@ std::string_view Prefix(std::string_view text, std::size_t length);
 /// " ... ". Does not split a character.
 std::string WithoutMiddle(std::string_view text);
 
-/// Returns `text` (UTF-8) in single quotation marks for a message. Escapes invisible characters.
-/// Shortens `text` if it has more than 60 bytes.
+/// Returns `text` (UTF-8) in single quotation marks for a message. Escapes invisible characters. If
+/// `text` has more than 60 bytes, replaces its end with "...".
 std::string Quoted(std::string_view text);
 
 /// Returns `number` and `noun`, for example "one field" or "2 fields" for the noun "field".

@@ -40,7 +40,8 @@ FileDescriptor OpenAt(int folder, const char* name, int flags) {
       RetryInterrupted([&] { return ::openat(folder, name, flags | O_CLOEXEC | O_NOFOLLOW); }));
 }
 
-/// Opens a folder for a sync. A descriptor that was opened with O_PATH cannot be synced.
+/// Opens `folder` again without O_PATH, because a descriptor that was opened with O_PATH cannot be
+/// synced. `path` is only for the error message.
 FileDescriptor Reopen(const FileDescriptor& folder, const fs::path& path) {
   FileDescriptor reopened = OpenAt(folder.Number(), ".", O_RDONLY | O_DIRECTORY);
   if (reopened.Number() < 0) ThrowSystemError("cannot open the folder", path);

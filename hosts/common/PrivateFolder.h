@@ -16,10 +16,11 @@ namespace hosts::common {
 /// and the system's reason, for example "cannot open '/a/b': Permission denied".
 [[noreturn]] void ThrowSystemError(std::string_view problem, const std::filesystem::path& file);
 
-/// Returns the absolute path of `file` without symbolic links. If `file` is itself a link, returns
-/// the path of the file to which the link points. The file and its folder need not exist. Throws
-/// `std::system_error` if a link cannot be resolved, or if ".." follows a folder that does not
-/// exist. Also throws it if the path is empty or ends with "/", "." or "..".
+/// Resolves the symbolic links in the absolute path `file`, and returns the result. If `file` is
+/// itself a link, returns the path of the file to which the link points. The file and its folder
+/// need not exist. Throws `std::system_error` if a link or a folder cannot be resolved, or if ".."
+/// follows a folder that does not exist. Also throws it if the path is empty or ends with "/", "."
+/// or "..".
 std::filesystem::path ResolveLinks(std::filesystem::path file);
 
 /// Returns the umask of the process. The system has no call that only reads the umask, so the

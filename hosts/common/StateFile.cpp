@@ -89,7 +89,8 @@ std::optional<FileDescriptor> OpenStore(const PrivateFolder& folder,
   } catch (const std::system_error& error) {
     const int number = error.code().value();
     if (number == ENOENT) return std::nullopt;
-    // The store is a socket, or another program has replaced it with a symbolic link.
+    // ENXIO means that the store is a socket. ELOOP means that another program has replaced the
+    // store with a symbolic link.
     FailReading(file, number == ENXIO || number == ELOOP ? EOPNOTSUPP : number);
   }
 }

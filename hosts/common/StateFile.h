@@ -12,13 +12,14 @@
 namespace hosts::common {
 
 /// Returns the values in `file`, or `std::nullopt` if the file does not exist. Does not wait for
-/// other programs and writes nothing. Throws `StateStoreError` if the file cannot be read or is not
-/// a state store.
+/// other programs and writes nothing. Throws `StateStoreError` if the file cannot be read, or if
+/// `ParseState` rejects its content.
 std::optional<StateValues> ReadStateFile(const std::filesystem::path& file);
 
-/// Reads the values in `file`, calls `change` to modify them, and replaces the file if they differ.
-/// Returns the new values. Creates the file and its folder if they do not exist. If `file` is a
-/// symbolic link, replaces the file to which the link points.
+/// Reads the values in `file`, an absolute path, and calls `change` to modify them. A missing file
+/// has no values. If `change` has modified the values, creates or replaces the file. Returns the
+/// new values. Creates missing folders. If `file` is a symbolic link, replaces the file to which
+/// the link points.
 ///
 /// While the function reads and writes, it locks a second file, whose name is the name of the file
 /// followed by ".lock". Other programs wait for this lock before they write. The function waits at

@@ -1,6 +1,6 @@
 // Stores the state of lists. The state contains the identities of the items and changes that the
 // user has seen or rated, and the versions of the application in which the user has opened the
-// list. Each user has one JSON file, which all programs that show a list share.
+// list. By default, each user has one JSON file, which all programs that show a list share.
 #ifndef HOSTS_COMMON_STATESTORE_H_
 #define HOSTS_COMMON_STATESTORE_H_
 
@@ -18,10 +18,11 @@
 
 namespace hosts::common {
 
-/// Thrown if the store cannot be read or written. `what()` contains the file, the problem and what
-/// the user can do. The stored values are then unchanged, with two exceptions. If only the sync of
-/// the folder fails, the new values are stored, but a power failure can undo them. If another
-/// program replaces the store or its lock file during the write, the stored values are unspecified.
+/// Thrown if the store cannot be read or written. `what()` contains the problem, and usually the
+/// file and what the user can do. The stored values are then unchanged, with two exceptions. If
+/// only the sync of the folder fails, the new values are stored, but a power failure can undo them.
+/// If another program replaces the store or its lock file during the write, the stored values are
+/// unspecified.
 class StateStoreError : public std::runtime_error {
  public:
   using std::runtime_error::runtime_error;
@@ -70,8 +71,8 @@ class StateStore {
 
   /// Reads the values at `location`, which is a file or `kMemoryLocation`. If the file does not
   /// exist, the store is empty. Throws `StateStoreError` if `location` is empty, if a relative
-  /// `location` cannot be resolved, or if the file cannot be read or is not a state store.
-  /// `patience` is the maximum time that each later write waits for other programs.
+  /// `location` cannot be resolved, or if the file cannot be read, is not a state store, or has a
+  /// newer format. `patience` is the maximum time that each later write waits for other programs.
   explicit StateStore(const std::filesystem::path& location,
                       std::chrono::milliseconds patience = kDefaultPatience);
 
@@ -94,8 +95,8 @@ class StateStore {
 
   /// Does nothing if there are no buffered values. Otherwise writes the buffered values and reads
   /// all stored values again. Writes nothing if no stored value would change. Throws
-  /// `StateStoreError` on failure, and if a buffered key or value is not well-formed UTF-8. The
-  /// buffered values are then unchanged.
+  /// `StateStoreError` if the file cannot be read or written, for example because a buffered key or
+  /// value is not well-formed UTF-8. The buffered values are then unchanged.
   void Commit();
 
   /// Reads the stored values again. Does not change the buffered values. Throws `StateStoreError`

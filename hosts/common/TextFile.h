@@ -1,4 +1,4 @@
-// Reads text files that users name on a command line.
+// Reads text files, and formats messages about files that cannot be read.
 #ifndef HOSTS_COMMON_TEXTFILE_H_
 #define HOSTS_COMMON_TEXTFILE_H_
 

@@ -58,7 +58,8 @@ void RequireNoError(const std::filesystem::path& file, const std::vector<Finding
                                 " in the new row; nothing was written"));
 }
 
-/// Returns `dataFile` with the new change. Sets `findings` to the findings on the new row.
+/// Returns `dataFile` with the new change. Sets `findings` to the findings on the new row. Throws
+/// an exception if the change cannot be added, or if a finding is an error.
 std::string AddChange(const AddArguments& arguments, std::string_view dataFile,
                       std::vector<Finding>& findings) {
   if (dataFile.size() > kMaximumAuthorFile) {

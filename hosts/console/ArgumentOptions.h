@@ -18,13 +18,15 @@
 
 namespace hosts::console {
 
-// Each of these functions adds options to `command` that store their values in the other
-// parameters. These parameters must live as long as the command.
+// Each `Add` function below adds options or arguments to `command`. Parsing stores their values in
+// the object that the function's other non-const parameter refers to. This object must live as long
+// as the command.
 
 /// Adds the required argument for the data file.
 void AddData(CLI::App& command, std::filesystem::path& data);
 
-/// Adds the option `--host`. `Path` is the type of a path, or an optional path.
+/// Adds the option `--host`. `Path` is `std::filesystem::path` or `std::string`, or a
+/// `std::optional` of one of them.
 template <class Path>
 CLI::Option* AddHost(CLI::App& command, Path& host) {
   return command.add_option("--host", host, common::kHostHelp)->type_name("FILE");
@@ -36,16 +38,16 @@ void AddState(CLI::App& command, std::optional<std::filesystem::path>& state);
 /// Adds the data file and the options `--host` and `--state`.
 void AddSources(CLI::App& command, SourceArguments& sources);
 
-/// Adds the options that omit changes.
+/// Adds the options `--platform`, `--relevant-versions` and `--headlines`.
 void AddFilters(CLI::App& command, ornwhatsnew::DisplayOptions& options);
 
-/// Adds all display options.
+/// Adds the options `--only-new` and `--rating`, and those of `AddFilters`.
 void AddDisplayOptions(CLI::App& command, ornwhatsnew::DisplayOptions& options);
 
 /// Adds the option `--format` for a result that can be text or JSON.
 void AddFormat(CLI::App& command, OutputFormat& format);
 
-/// Adds an option for a number from `minimum` to `maximum`, which consists of decimal digits.
+/// Adds an option whose value is a number from `minimum` to `maximum` in decimal digits.
 CLI::Option* AddNumber(CLI::App& command, const std::string& name,
                        std::optional<std::size_t>& number, std::size_t minimum, std::size_t maximum,
                        const std::string& description);

@@ -36,7 +36,8 @@ constexpr const char* kExitStatusHelp = R"(Exit status:
   12  status --exit-status: something is new, and something can be rated
 The exit status of lint has other meanings; run 'ornwhatsnew lint --help'.)";
 
-/// An option for a field of a new change. The option is named after the short name of the column.
+/// An option for a field of a new change. The option is named after the short name of the column
+/// (`author::kShortColumnNames`).
 struct ColumnOption {
   const char* name;
   DataColumn column;
@@ -85,7 +86,8 @@ constexpr const char* kLintExitStatusHelp = R"(Exit status of lint:
    1  a finding has at least the severity of --fail-on
    2  the files could not be checked, for any reason)";
 
-/// Converts the value of `--fix`. CLI11 passes "true" if the option has no value.
+/// Converts the value of `--fix`. The value is empty if the option is absent. CLI11 sets it to
+/// "true" if the option has no value.
 std::optional<author::FixScope> ParseFixScope(const std::string& word) {
   if (word.empty()) return std::nullopt;
   if (word == "true") return author::FixScope::kSafe;

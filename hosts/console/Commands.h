@@ -1,6 +1,6 @@
 // The program's commands. Each `Run` function executes one command, writes its result to standard
-// output, and returns the exit status of the program. On failure, it throws `ToolError`,
-// `common::StateStoreError` or `common::JsonError`.
+// output or to a file, and returns the exit status of the program. On failure, it throws
+// `ToolError`, `author::OptionError`, `common::StateStoreError` or `common::JsonError`.
 #ifndef HOSTS_CONSOLE_COMMANDS_H_
 #define HOSTS_CONSOLE_COMMANDS_H_
 
@@ -52,7 +52,8 @@ struct StatusArguments {
 struct WhyArguments {
   SourceArguments sources;
   ornwhatsnew::DisplayOptions options;
-  // The command explains the whole data file if both are absent. They are never both present.
+  // If `line` and `key` are both absent, the command explains the whole data file. At most one of
+  // them is present.
   std::optional<std::size_t> line;
   std::optional<std::string> key;
 };
@@ -116,22 +117,28 @@ struct ConsoleArguments {
   std::string line;                           ///< empty: read lines from standard input
 };
 
-/// Prints the findings in the data files. Returns `kLintFindings` if a finding has at least the
-/// severity `failOn`. On any failure, throws `ToolError` with the status `kLintFailed`.
+/// Prints the findings in the data files. If `fix` is present, first corrects the files. If
+/// `isDryRun` is true, prints a diff instead of the findings and changes no file. Returns
+/// `kLintFindings` if a finding has at least the severity `failOn`. On any failure, throws
+/// `ToolError` with the status `kLintFailed`.
+///
+/// If `explained` is present or `listsCodes` is true, prints the explanation or the list of codes
+/// and checks no file.
 ExitStatus Run(const LintArguments& arguments);
-/// Atomically writes a page with the panels of several users and the findings of `lint`. If
-/// `watches` is true, rewrites the page after each change of an input file, until the user
-/// interrupts the program.
+/// Writes a page with the panels of several users and the findings of `lint`. Replaces the output
+/// file atomically. If `watches` is true, rewrites the page after each change of an input file,
+/// until the user interrupts the program.
 ExitStatus Run(const PreviewArguments& arguments);
 /// Prints the panel, and then marks its content as seen. Stores nothing if `storesNothing` is
 /// true, if the output fails, or if the reader of the output closes it early.
 ExitStatus Run(const ShowArguments& arguments);
 /// Prints whether `show --only-new` and `show --rating` with the same filters would show any item.
-/// Stores nothing.
+/// Stores nothing. Returns the status for the result if `setsExitStatus` is true, and otherwise
+/// `kDone`.
 ExitStatus Run(const StatusArguments& arguments);
 /// Prints which features and changes the command `show` would print with the same options, and why
-/// it would hide the others. Stores nothing. Throws `ToolError` if the data file does not contain
-/// the line or the key.
+/// it would hide the others. Stores nothing. Throws `author::OptionError` if the data file does not
+/// contain the line or the key.
 ExitStatus Run(const WhyArguments& arguments);
 /// Marks a feature as rated in the state store. Throws `ToolError` if the user cannot rate this
 /// feature.
@@ -141,7 +148,8 @@ ExitStatus Run(const StateShowArguments& arguments);
 /// Deletes the stored state.
 ExitStatus Run(const StateResetArguments& arguments);
 /// Converts a spreadsheet's table to a data file, and writes the data file. Reports the encoding,
-/// each replacement and each error to standard error.
+/// each cell with replacements and the first 1,000 errors to standard error. Throws `ToolError` and
+/// writes nothing if the table has an error.
 ExitStatus Run(const ImportArguments& arguments);
 /// Adds a change to the end of a data file. Reports the findings of `lint` on the new row to
 /// standard error. Throws `ToolError` and writes nothing if one of them is an error.

@@ -52,7 +52,8 @@ author::SeverityOverrides SeveritiesFor(const std::string& file, const LintArgum
   return severities;
 }
 
-/// Checks files with the host that the arguments name, and prints the findings.
+/// Checks data files, and corrects them if the arguments request it. Prints the findings, or a diff
+/// for a dry run.
 class LintRun {
  public:
   explicit LintRun(const LintArguments& arguments) : arguments_(arguments) {
@@ -105,7 +106,8 @@ class LintRun {
  private:
   const author::LintHost* Host() const { return host_ ? &*host_ : nullptr; }
 
-  /// Corrects the file, unless this is a dry run, and returns its new content.
+  /// Returns the corrected content of the file, and writes it to the file unless this is a dry run.
+  /// Reports the number of corrections.
   std::string Fix(const std::string& file, const std::string& text, const LintReport& report) {
     author::FixedFile fixed = author::FixDataFile(file, text, report, *arguments_.fix, Host());
     diff_ += fixed.diff;
@@ -122,7 +124,7 @@ class LintRun {
     return std::move(fixed.text);
   }
 
-  /// Compares the file with the baseline.
+  /// Returns the findings of a comparison of `text`, the content of the file, with the baseline.
   LintReport Compare(const std::string& file, const std::string& name, const std::string& text) {
     constexpr std::string_view kGit = "git:";
     const std::string& baseline = *arguments_.baseline;
@@ -175,7 +177,7 @@ ExitStatus RunLint(const LintArguments& arguments) {
   }
   RequireUsableFiles(arguments);
   LintRun run(arguments);
-  // Standard input can be read only once.
+  // Check each file only once, because standard input cannot be read twice.
   std::set<std::string_view> checked;
   for (const std::string& file : arguments.files) {
     if (checked.insert(file).second) run.Check(file);

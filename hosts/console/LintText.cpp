@@ -41,7 +41,8 @@ class LineIndex {
     }
   }
 
-  /// Returns the line with the number `number`, counted from 1.
+  /// Returns the line with the number `number`, counted from 1, without its line ending. Returns an
+  /// empty string if there is no such line.
   std::string_view Line(std::size_t number) const {
     if (number == 0 || number > begins_.size()) return {};
     std::string_view line = text_.substr(begins_[number - 1]);
@@ -55,7 +56,7 @@ class LineIndex {
   std::vector<std::size_t> begins_;
 };
 
-/// Returns whether `unit` is the second one of the two UTF-16 units of a character.
+/// Returns whether `unit` is a low surrogate, the second code unit of a surrogate pair.
 bool IsTrail(char16_t unit) {
   return unit >= 0xDC00 && unit <= 0xDFFF;
 }
@@ -64,9 +65,9 @@ std::size_t CountCharacters(std::u16string_view text) {
   return text.size() - static_cast<std::size_t>(std::ranges::count_if(text, IsTrail));
 }
 
-/// Returns one terminal-safe string for each character of `text` from the index `first` up to, but
-/// not including, `last`. A character that must not reach the terminal becomes one replacement
-/// character. The columns of the finding therefore remain valid.
+/// Returns the characters of `text` with the indexes from `first` to `last` - 1. Replaces each
+/// character that is not safe for a terminal with exactly one other character, so that the columns
+/// of the finding remain valid.
 std::vector<std::u16string> SafeCharacters(std::u16string_view text, std::size_t first,
                                            std::size_t last) {
   std::vector<std::u16string> characters;
@@ -91,7 +92,7 @@ void MarkOmissions(std::vector<std::u16string>& characters, bool isStartOmitted,
   if (isEndOmitted) std::fill_n(characters.end() - kPoints, kPoints, u".");
 }
 
-/// Returns the line of a finding, and a line with carets below the finding.
+/// Returns an excerpt of `line`, the line of a finding, and a line with carets below the finding.
 std::string Excerpt(const Finding& finding, std::string_view line) {
   const std::u16string units = orncore::string::UTF8to16(common::WithoutByteOrderMark(line));
   const std::size_t size = CountCharacters(units);

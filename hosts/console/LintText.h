@@ -13,7 +13,8 @@ namespace hosts::console {
 using FileTexts = std::map<std::string, std::string>;
 
 /// Returns one line "FILE:LINE:COLUMN: severity: message [code]" for each finding. If `isStyled` is
-/// true, colours the severity, and adds the line of the file with carets below the finding.
+/// true, colours the severity, and adds the line of the file with carets below the finding. Omits
+/// this line if the position of the finding is empty, or if `texts` does not contain the file.
 /// Replaces control characters of the file, and shortens a long line with "...".
 std::string LintText(const author::LintReport& report, const FileTexts& texts, bool isStyled);
 

@@ -29,7 +29,8 @@ namespace fs = std::filesystem;
 /// The time between two checks of the files, in nanoseconds.
 constexpr long kInterval = 300'000'000;
 
-/// Returns the dictionary files that a host description names.
+/// Returns the dictionary files that a host description names. Returns none if the description
+/// cannot be used.
 std::vector<fs::path> DictionaryFiles(const fs::path& hostFile) {
   std::vector<fs::path> files;
   try {
@@ -94,9 +95,9 @@ bool IsIgnored(int signal) {
   return action.sa_handler == SIG_IGN;
 }
 
-/// Blocks the signals that interrupt the program while the object exists. Otherwise, a signal
-/// during a write would leave a temporary file in the folder. Does not block ignored signals,
-/// because `sigtimedwait` would also return these.
+/// While the object exists, blocks SIGHUP, SIGINT and SIGTERM. Otherwise, a signal during a write
+/// would leave a temporary file in the folder. Does not block ignored signals, because
+/// `sigtimedwait` would also return these.
 class BlockedInterrupts {
  public:
   BlockedInterrupts() {

@@ -52,8 +52,8 @@ ExitStatus RunRequest(int argc, const char* const* argv) {
 }  // namespace
 
 int RunProgram(int argc, const char* const* argv) noexcept {
-  // Ignore these signals. Even if the reader of its output exits, the program must continue and
-  // report whether it stored anything.
+  // Without this call, a write to a pipe whose reader has exited would end the program. The program
+  // could then not report whether it stored anything.
   common::IgnoreWriteSignals();
   // RunReportingErrors catches all exceptions, but cppcheck does not detect this.
   // cppcheck-suppress throwInNoexceptFunction

@@ -18,8 +18,8 @@ namespace {
 
 using ornwhatsnew::HidingRule;
 
-/// Returns whether `rule` hides a feature from the rating view only because the user has rated it
-/// or has not seen it, or because none of its changes is shown.
+/// Returns whether `rule` hides a feature from the rating view only because of what the user has
+/// seen or rated, or because none of its changes is shown.
 bool DependsOnStateOrChanges(HidingRule rule) {
   return rule == HidingRule::kRated || rule == HidingRule::kNotSeen ||
          rule == HidingRule::kNoShownChange;

@@ -9,9 +9,8 @@
 namespace hosts::console {
 
 /// Returns `word`, which may contain any bytes except NUL, as one word of a POSIX shell. Adds
-/// quotes if necessary. If `word` has invisible characters, control characters or ill-formed UTF-8,
-/// the result is ASCII with octal escapes in `$'...'`, so that a terminal shows and copies it
-/// unchanged.
+/// quotes if necessary. If `orncore::string::EscapeInvisible` would change `word`, the result is
+/// ASCII with octal escapes in `$'...'`, so that a terminal shows and copies it unchanged.
 std::string ShellWord(const std::string& word);
 
 /// Returns the command line that rates the feature with the key `key`. `sources` are the files that

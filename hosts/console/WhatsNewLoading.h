@@ -1,4 +1,4 @@
-// Loads the files that the user names on the command line.
+// Loads the input files that the user names on the command line, and checks the output file.
 #ifndef HOSTS_CONSOLE_WHATSNEWLOADING_H_
 #define HOSTS_CONSOLE_WHATSNEWLOADING_H_
 
@@ -16,16 +16,17 @@ namespace hosts::console {
 /// and errors need up to a hundred times as much memory as the file.
 inline constexpr std::size_t kMaximumAuthorFile = std::size_t{16} << 20;
 
-/// The name of a file that selects standard output.
+/// The file name that selects standard output.
 inline constexpr std::string_view kStandardOutput = "-";
 
-/// Throws `ToolError` if `output` is one of the files `inputs`, which the output would replace, or
-/// if `output` has the name of the configuration of `lint`, which could then not be read.
+/// Throws `ToolError` if `output` is one of the files `inputs`, because the output would replace
+/// it. Also throws it if `output` has the name of the configuration of `lint`, because the output
+/// is not a valid configuration.
 void RequireUsableOutput(const std::filesystem::path& output,
                          std::span<const std::filesystem::path> inputs);
 
-/// Reads the host description in `file` and configures the services of this process from it. Throws
-/// `common::JsonError` if the file cannot be read or is not a host description.
+/// Reads the host description in `file` and its dictionary files, and configures the services of
+/// this process from them. Throws `common::JsonError` if one of these files cannot be used.
 void InstallHostFile(const std::filesystem::path& file);
 
 /// Returns a list with the changes of the data file. The list reads and writes its state through

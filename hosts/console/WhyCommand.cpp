@@ -17,8 +17,8 @@
 namespace hosts::console {
 namespace {
 
-/// Returns the full versions in which the user opened What's New. The first one is the running
-/// version, which the filter for relevant versions also checks.
+/// Returns the running full version, followed by the other full versions in which the user opened
+/// What's New. The filter for relevant versions checks all of them.
 std::vector<std::string> UserVersions(const common::StateStore& store) {
   const std::string running = orncore::string::UTF16to8(ornwhatsnew::GetFullClientVersionString());
   const std::string stored = store.Get(common::kAllVersionsSeenKey);

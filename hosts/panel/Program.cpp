@@ -36,7 +36,7 @@ Settings MakeSettings(common::StateStore& store, QTimer& commitTimer) {
   settings.usesTranslators = true;
   settings.stateGetter = store.Getter();
   // A display sets three strings. The timer expires after the display, so that one write stores all
-  // of them.
+  // three strings.
   settings.stateSetter = [&store, &commitTimer](const ornwhatsnew::UTF8String& key,
                                                 const ornwhatsnew::UTF8String& value) {
     store.Set(key, value);
@@ -53,7 +53,7 @@ QString CommitError(common::StateStore& store) {
     store.Commit();
     return {};
   } catch (const std::exception& error) {
-    // The store keeps the values. The Commit at the end of the program tries again.
+    // The store keeps the buffered values. `Run` tries to write them again at the end.
     return QString::fromStdString(orncore::string::EscapeInvisible(error.what()));
   }
 }
@@ -71,7 +71,7 @@ void PrintRating(const QString& featureKey, int stars, const QString& comment,
   }
 }
 
-// Makes the texts of the panel available in the language of the desktop.
+// Installs the translation of the panel's texts into the language of the desktop, if there is one.
 void InstallTranslator(QTranslator& translator) {
   if (translator.load(QLocale(), QStringLiteral("ornwhatsnew"), QStringLiteral("_"),
                       QStringLiteral(":/ornwhatsnewqt"))) {
@@ -80,13 +80,13 @@ void InstallTranslator(QTranslator& translator) {
 }
 
 // Shows the panel until the user closes its window. If a rating could not be printed, returns the
-// error.
+// last error, and otherwise `std::nullopt`.
 std::optional<ToolError> ShowPanel(const Arguments& arguments, const common::HostDescription& host,
                                    common::StateStore& store) {
   QTimer commitTimer;
   commitTimer.setSingleShot(true);
-  // Create the settings first. Their constructor makes the German texts available to the
-  // translator.
+  // Create the settings first. In a static build, their constructor makes the German texts
+  // available to the translator.
   const Settings settings = MakeSettings(store, commitTimer);
   QTranslator translator;
   InstallTranslator(translator);
@@ -101,8 +101,8 @@ std::optional<ToolError> ShowPanel(const Arguments& arguments, const common::Hos
                    [&outputError](const QString& featureKey, int stars, const QString& comment) {
                      PrintRating(featureKey, stars, comment, outputError);
                    });
-  // The action that opens the rating page is disabled for 14 days after the first start. Enable it,
-  // because authors should not have to wait.
+  // The action that opens the rating page can be disabled, for example in the first 14 days after
+  // the first start. Enable it, because authors should not have to wait.
   if (arguments.showsRatings) whatsNew.rateAction()->setEnabled(true);
   (arguments.showsRatings ? whatsNew.rateAction() : whatsNew.showAction())->trigger();
   QApplication::exec();
@@ -113,14 +113,15 @@ ExitStatus Run(const Arguments& arguments) {
   const common::HostDescription host = common::ReadHostDescription(arguments.host);
   common::InstallHost(host);
   common::StateStore store(common::StateLocation(arguments.state));
-  // `WhatsNew` reads the file later. Check the file first, as the program `ornwhatsnew` does, so
-  // that both programs accept the same files and print the same error messages.
+  // `WhatsNew` reads the data file later. Read this file first in the same way as the program
+  // `ornwhatsnew`, so that both programs accept the same files and print the same error messages.
   static_cast<void>(common::ReadInputFile(arguments.data));
   std::string name = "ornwhatsnew-panel";
   int argc = 1;
   char* argv[] = {name.data(), nullptr};
   const QApplication application(argc, argv);
-  // `QSettings` stores the filters of the panel under this name and the name of the program.
+  // `QSettings` stores values of the panel, such as its filters, under this name and the name of
+  // the program.
   QCoreApplication::setOrganizationName(QStringLiteral("ornwhatsnew"));
   QGuiApplication::setDesktopFileName(QStringLiteral("ornwhatsnew-panel"));
   const std::optional<ToolError> outputError = ShowPanel(arguments, host, store);
