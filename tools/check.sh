@@ -98,8 +98,9 @@ check_qt_headers() {
   check_headers -fPIC "${flags[@]/#-I/-isystem}" "$@"
 }
 
-# Checks only the syntax, because the libraries for Windows are not installed. The include path contains
-# only the ICU headers of this system, because they are the same on every system.
+# Compiles the sources of the library for Windows. Checks only the syntax, because the libraries for
+# Windows are not installed. The include path contains only the ICU headers of this system, because they
+# are the same on every system.
 stage_windows() {
   local include=build/windows/include
   mkdir -p "$include" &&
@@ -149,7 +150,7 @@ stage_tidy() {
   sources=$((sources + $(printf '%s\n' "${joined[@]}" | grep -c '\.cpp$')))
   echo "$sources files"
   ((sources > 0)) || { echo 'FAILED: no files' && return 1; }
-  # The joined files include other sources.
+  # Disable bugprone-suspicious-include, because the joined files include the sources.
   printf '%s\n' "${joined[@]}" | tidy_each tidy --checks=-bugprone-suspicious-include
 }
 
