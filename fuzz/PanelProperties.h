@@ -19,10 +19,10 @@ void RequireChangesOnce(const ornwhatsnew::FeatureListData& list, std::size_t ro
 /// invalid element becomes the nil identity.
 ornwhatsnew::GuidSet StoredIdentities(const test_support::PlainPanel::Texts& stored);
 
-/// Requires that the panel has as many titles and rating records as the list has visible items, and
-/// as many runs with the style `kStyleChangeText` as its visible changes need. `options` contains
-/// the option bits of the display call. `seen` contains the identities that were stored when the
-/// list was loaded.
+/// Requires that the panel has as many titles and rating records as the list has visible items.
+/// Also requires as many runs with the style `kStyleChangeText` as the visible changes need.
+/// `options` contains the option bits of the display call. `seen` contains the identities that were
+/// stored when the list was loaded.
 void RequireWrittenOnce(const ornwhatsnew::FeatureListData& list, unsigned options,
                         const ornwhatsnew::GuidSet& seen, const test_support::PanelOutcome& panel);
 

@@ -1,7 +1,7 @@
 # shellcheck shell=bash
 
 # Part of ./dev: runs the benchmarks. Also checks that instruction counts grow about linearly with the size
-# of the input, which is a data file, a host description or a state store.
+# of data files, host descriptions and state stores.
 
 bench_subjects=(cutting load memory identity news display state keyorder start lint panel)
 

@@ -139,9 +139,8 @@ stage_valgrind() {
       --host examples/herbarium/internal.json --state :memory: --format json
 }
 
-# The preset "tidy" joins up to ten sources in one file, because clang-tidy spends most of its time on the
-# headers that the sources have in common. The builds with g++ do not join sources, so they still find
-# missing includes.
+# The preset "tidy" joins up to ten sources in one file, because clang-tidy spends most of its time on
+# common headers. The builds with g++ do not join sources, so they still find missing includes.
 stage_tidy() {
   configure tidy && make_qt_sources tidy || return
   local joined=() sources

@@ -1,7 +1,8 @@
 # shellcheck shell=bash
 
-# Part of ./dev: measures coverage, runs mutation testing, runs the tests that kill programs, and runs the
-# program with failing system calls, damaged stores and unexpected files.
+# Part of ./dev: measures coverage, and runs mutation testing, the kill tests, and the robustness tests. A
+# kill test kills programs at random moments. The robustness tests use failing system calls, damaged stores
+# and unexpected files.
 
 # The coverage report includes only these folders, which contain no tests.
 measured_folders=(orncore ornappsupport ornui ornwhatsnew hosts)
