@@ -67,8 +67,8 @@ std::string MakeDataFile() {
   return folder.Write("whatsnew.csv", "a,b,c,d,e,f,g,h,i,j\n25.1,MISC,,,,,,,,Text\n").native();
 }
 
-// Returns the path of the data file. The first call also registers the probe command and the log
-// sink.
+// Returns the path of the data file. The first call writes the file, initializes the console
+// context, and registers the probe command and the log sink.
 const std::string& DataFile() {
   static const std::string path = [] {
     orncore::config::InitializeContexts(orncore::config::EInitializerContextFlags::kConsole);

@@ -61,8 +61,8 @@ void RequireSameRow(const DataRow& row, const std::string& text, Values& values)
   RequireFieldPositions(row);
 }
 
-// Requires that the reader and Boost's tokenizer find the same rows and fields. Returns the number
-// of change rows.
+// Requires that the reader and Boost's tokenizer find the same rows and fields, and that
+// `FindDataFields` finds the position of each field. Returns the number of change rows.
 std::size_t RequireRowsEqualBoost(std::string_view text) {
   DataFileReader reader(text);
   Values values;

@@ -175,7 +175,8 @@ bool IsValid(const json& value) {
                          {"dictionaryFiles", areTexts}});
 }
 
-// Requires that each member of `written`, except `$schema`, has the same value in `read`.
+// Requires that `read` contains each member of `written` with the same value, except `$schema`.
+// The links and features of `read` can have additional members.
 void RequireSubset(const json& written, const json& read) {
   for (const auto& [name, value] : written.items()) {
     if (name == "$schema") continue;

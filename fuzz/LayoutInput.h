@@ -6,18 +6,19 @@
 //
 //   0 to 4  the span begins a paragraph of this kind
 //   5       the part is a rating request, and its text is the question
-//   6, 7    the span continues the last paragraph
+//   6, 7    the span continues the last paragraph. If there is none, or if it is a rating request,
+//           the span begins a paragraph of kind 4
 //
 // The lowest two bits of the second byte are the kind of the link:
 //
 //   0  no link
 //   1  the text is the link
-//   2  the link is composed. These bits add parts that are longer than a printed target: 0x04
-//      slashes, 0x08 user information, 0x10 a host, 0x20 a port. 0x80 adds the text as user
-//      information.
+//   2  the link is composed of "https://", `kComposedHost` and the text. Four bits insert elements
+//      that are longer than a printed target: 0x04 slashes, 0x08 user information, 0x10 a
+//      subdomain, 0x20 a port. The bit 0x80 inserts the text as user information.
 //   3  a fixed link
 //
-// The text is UTF-8. U+E000 to U+E7FF represent unpaired surrogates.
+// The text is UTF-8. U+E000 to U+E7FF represent surrogates, which can be unpaired.
 #ifndef FUZZ_LAYOUTINPUT_H_
 #define FUZZ_LAYOUTINPUT_H_
 
@@ -33,7 +34,7 @@ namespace fuzz {
 /// Reads all remaining parts of `input` as a layout.
 ornwhatsnew::PanelLayout ReadLayout(Input& input);
 
-/// The end of the host of a composed link.
+/// The host of a composed link, or its end if the link has a subdomain.
 inline constexpr std::string_view kComposedHost = "host.example";
 
 /// Returns whether `part` has a composed link.
@@ -42,7 +43,7 @@ bool HasComposedLink(std::string_view part);
 /// Returns the text of `part`, which begins after the first two bytes.
 std::string_view PartText(std::string_view part);
 
-/// Returns the link of `part` in UTF-8, or an empty string.
+/// Returns the link of `part`, or an empty string if it has none. The link can be ill-formed UTF-8.
 std::string PartLink(std::string_view part);
 
 }  // namespace fuzz

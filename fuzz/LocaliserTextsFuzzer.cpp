@@ -1,7 +1,7 @@
 // Fuzzes the strings of authors and translators: checks the localiser and the panel.
 //
 // The input consists of a line of switches and of parts: a key text, its translation, and
-// arguments. The line contains the switches of World.h and the index in `kTemplateKeys` of the
+// arguments. The line contains the switches of World.h, and one more switch that selects the
 // template to translate.
 #include <cstddef>
 #include <cstdint>

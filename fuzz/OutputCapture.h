@@ -7,8 +7,9 @@
 namespace fuzz {
 
 /// Captures standard output and standard error from construction until `Stop` or destruction.
-/// Sanitizers still write their reports to the original standard error. Only one object may exist
-/// at a time. The constructor and `Stop` throw std::system_error if a stream cannot be redirected.
+/// AddressSanitizer still writes its reports to the original standard error. Only one object may
+/// exist at a time. The constructor and `Stop` throw std::system_error if a stream cannot be
+/// redirected or read. In the destructor, such an error terminates the process.
 class OutputCapture {
  public:
   OutputCapture();

@@ -15,13 +15,14 @@ void RequireKeysOnce(const ornwhatsnew::FeatureListData& list);
 /// number of change rows in the data file.
 void RequireChangesOnce(const ornwhatsnew::FeatureListData& list, std::size_t rows);
 
-/// Returns the identities in a stored state. `stored` maps each key of the state to its string.
+/// Returns the identities in a stored state. `stored` maps each key of the state to its string. An
+/// invalid element becomes the nil identity.
 ornwhatsnew::GuidSet StoredIdentities(const test_support::PlainPanel::Texts& stored);
 
-/// Requires that the panel contains each visible item and change of the list once, and no other
-/// item or change. Also requires a rating record for each visible item. `options` contains the
-/// option bits of the display call. `seen` contains the identities that were stored when the list
-/// was loaded.
+/// Requires that the panel has as many titles and rating records as the list has visible items.
+/// Also requires as many runs with the style `kStyleChangeText` as the visible changes need.
+/// `options` contains the option bits of the display call. `seen` contains the identities that were
+/// stored when the list was loaded.
 void RequireWrittenOnce(const ornwhatsnew::FeatureListData& list, unsigned options,
                         const ornwhatsnew::GuidSet& seen, const test_support::PanelOutcome& panel);
 

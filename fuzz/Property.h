@@ -1,5 +1,5 @@
-// Checks properties. If a property does not hold, the process prints a message and aborts, and the
-// fuzzer stores the input as a finding.
+// Checks properties. If a property does not hold, the process prints a message and aborts.
+// libFuzzer then writes the input to a file.
 #ifndef FUZZ_PROPERTY_H_
 #define FUZZ_PROPERTY_H_
 

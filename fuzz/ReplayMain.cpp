@@ -1,6 +1,6 @@
 // The main program of a fuzzer that is built without libFuzzer. Its arguments are files and
-// folders. It runs the fuzzer on empty input and on each file. Within a folder, it sorts the files
-// by path.
+// folders. It runs the fuzzer on empty input, on each file, and on all files below each folder,
+// sorted by path.
 #include <cstdint>
 #include <cstdio>
 #include <exception>

@@ -37,7 +37,7 @@ using ornwhatsnew::TerminalOptions;
 using test_support::PlainUTF16to8;
 using test_support::PlainUTF8to16;
 
-// Returns the replacement of a character that must not reach the terminal. Returns other characters
+// Returns the replacement if the code point must not reach the terminal. Returns other code points
 // unchanged.
 UChar32 PlainReplacement(UChar32 character) {
   if (character < 0x20) return 0x2400 + character;
@@ -102,9 +102,9 @@ void RequireSafeText(std::string_view text) {
   }
 }
 
-// Requires that the printed target of `link` contains only visible ASCII characters, and no
-// brackets or quotes. Requires that the target of a safe link is unchanged, and that any other
-// target is short.
+// Requires that the printed target of `link` contains only visible ASCII characters, without angle
+// brackets and double quotes. If the link is safe, the target must equal it. Otherwise, the target
+// must have at most `kMaximumPrintedTarget` bytes.
 void RequireOneTarget(const std::string& link) {
   const std::string target = PrintedLinkTarget(link);
   Require(std::ranges::all_of(target, [](char c) { return c > 0x20 && c < 0x7F; }),

@@ -11,7 +11,7 @@
 namespace fuzz {
 namespace {
 
-// Returns the character at the offset and moves the offset past it.
+// Returns the code point at the offset and moves the offset past it. Requires well-formed UTF-8.
 UChar32 ReadCharacter(std::string_view text, std::size_t& offset) {
   const auto* const bytes = reinterpret_cast<const std::uint8_t*>(text.data());
   auto next = static_cast<std::int32_t>(offset);
@@ -22,7 +22,7 @@ UChar32 ReadCharacter(std::string_view text, std::size_t& offset) {
   return character;
 }
 
-// Returns whether the character is a joiner or a presentation selector. These characters are
+// Returns whether the code point is a joiner or a presentation selector. These code points are
 // invisible, but they change the appearance of visible characters.
 bool IsShaping(UChar32 character) {
   return character == 0x200C || character == 0x200D || character == 0xFE0E || character == 0xFE0F;

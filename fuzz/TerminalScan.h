@@ -1,4 +1,5 @@
-// Checks that the program's output cannot control a terminal in unintended ways.
+// Checks the program's output for characters and escape sequences that could control a terminal or
+// hide text.
 #ifndef FUZZ_TERMINALSCAN_H_
 #define FUZZ_TERMINALSCAN_H_
 
@@ -11,14 +12,17 @@ namespace fuzz {
 /// are invisible, too.
 bool IsInvisible(char32_t codePoint);
 
-/// Requires that the only control characters of a panel are newlines and the escape sequences for
-/// styles and hyperlinks. Requires that styles and hyperlinks are off at the end of each line.
-/// Joiners and presentation selectors are allowed; direction controls and other invisible
-/// characters are not. Returns the panel without escape sequences.
+/// Requires that a panel consists of harmless characters, newlines, and escape sequences for styles
+/// and hyperlinks. Requires that styles and hyperlinks are off at the end of each line. Returns the
+/// panel without escape sequences.
+///
+/// All characters of well-formed UTF-8 are harmless, except control characters, line and paragraph
+/// separators, noncharacters and invisible characters. Joiners and presentation selectors are also
+/// harmless.
 std::string RequireHarmlessPanel(std::string_view output);
 
-/// Requires that the only control characters of the output are newlines and tabs. Joiners and
-/// presentation selectors are allowed; direction controls and other invisible characters are not.
+/// Requires that the output consists of newlines, tabs, and the characters that
+/// `RequireHarmlessPanel` allows. Escape sequences are not allowed.
 void RequireHarmlessText(std::string_view output);
 
 }  // namespace fuzz

@@ -31,8 +31,8 @@ namespace {
 using namespace orncore::string;
 using namespace test_support;
 
-// Returns the bytes as UTF-16 units in a buffer of exactly their size, so that AddressSanitizer
-// detects reads past its end.
+// Returns the bytes as UTF-16 code units, without an odd last byte. The buffer has exactly their
+// size, so that AddressSanitizer detects reads past its end.
 std::vector<char16_t> UnitsOf(std::string_view bytes) {
   std::vector<char16_t> units(bytes.size() / sizeof(char16_t));
   if (!units.empty()) std::memcpy(units.data(), bytes.data(), units.size() * sizeof(char16_t));

@@ -23,8 +23,9 @@ class WhatsNew;
 /// search. If no search is open, the panel ignores Escape, so that a dialog that contains the panel
 /// closes.
 ///
-/// When the panel becomes visible, it displays the news, which then counts as seen. When the panel
-/// is hidden, it frees the memory of its pages.
+/// When the panel becomes visible without an open page, it displays the news, which then counts as
+/// seen. When the panel is hidden, it closes its page and frees the memory of both pages. A
+/// minimised panel keeps its page.
 class ORNWHATSNEWQT_EXPORT PanelWidget : public QWidget {
   Q_OBJECT
  public:
@@ -36,8 +37,9 @@ class ORNWHATSNEWQT_EXPORT PanelWidget : public QWidget {
   /// Displays the news and moves the focus to it. A hidden panel remains hidden.
   void showNews();
 
-  /// Shows the rating requests and moves the focus to the first one. A hidden panel remains hidden.
-  /// The news does not count as seen.
+  /// Shows the rating requests and moves the focus to the first one that the user has not answered.
+  /// If there are no requests, shows a notice. A hidden panel remains hidden. The news does not
+  /// count as seen.
   void showRatings();
 
   /// Returns 720 x 760 device-independent pixels.

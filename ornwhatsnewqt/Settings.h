@@ -47,7 +47,7 @@ struct ORNWHATSNEWQT_EXPORT Settings {
   /// The build number of the application, such as "118".
   QString buildNumber;
   /// The platform, as in data files: "Mac" or "Win". On other systems, the default is "Linux", so
-  /// that changes for Mac and Win are hidden.
+  /// that the platform filter hides changes for Mac and Win.
   QString platform;
   /// The beta features and the internal-features permission. Null installs nothing.
   std::shared_ptr<const ornappsupport::feature::FeatureService> features;

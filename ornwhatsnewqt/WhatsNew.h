@@ -36,7 +36,7 @@ class ORNWHATSNEWQT_EXPORT WhatsNew : public QObject {
  public:
   /// Installs the services that `settings` names and loads the list from `dataFile`, which is the
   /// path of a file or of a Qt resource. If the file cannot be read, the list has no changes; see
-  /// `isLoaded`. Prints a warning if the application has no version.
+  /// `isLoaded`. Prints a warning if `settings.applicationVersion` is an empty string.
   explicit WhatsNew(const QString& dataFile, const Settings& settings = Settings(),
                     QObject* parent = nullptr);
   ~WhatsNew() override;
@@ -54,7 +54,7 @@ class ORNWHATSNEWQT_EXPORT WhatsNew : public QObject {
   /// Returns whether the data file was read.
   bool isLoaded() const;
 
-  /// Returns why the data file was not read, or an empty string.
+  /// Returns why the data file was not read, or an empty string if it was read.
   QString errorString() const;
 
  public Q_SLOTS:

@@ -98,8 +98,9 @@ check_qt_headers() {
   check_headers -fPIC "${flags[@]/#-I/-isystem}" "$@"
 }
 
-# Checks only the syntax, because the libraries for Windows are not installed. The include path contains
-# only the ICU headers of this system, because they are the same on every system.
+# Compiles the sources of the library for Windows. Checks only the syntax, because the libraries for
+# Windows are not installed. The include path contains only the ICU headers of this system, because they
+# are the same on every system.
 stage_windows() {
   local include=build/windows/include
   mkdir -p "$include" &&
@@ -138,9 +139,8 @@ stage_valgrind() {
       --host examples/herbarium/internal.json --state :memory: --format json
 }
 
-# The preset "tidy" joins up to ten sources in one file, because clang-tidy spends most of its time on the
-# headers that the sources have in common. The builds with g++ do not join sources, so they still find
-# missing includes.
+# The preset "tidy" joins up to ten sources in one file, because clang-tidy spends most of its time on
+# common headers. The builds with g++ do not join sources, so they still find missing includes.
 stage_tidy() {
   configure tidy && make_qt_sources tidy || return
   local joined=() sources
@@ -149,7 +149,7 @@ stage_tidy() {
   sources=$((sources + $(printf '%s\n' "${joined[@]}" | grep -c '\.cpp$')))
   echo "$sources files"
   ((sources > 0)) || { echo 'FAILED: no files' && return 1; }
-  # The joined files include other sources.
+  # Disable bugprone-suspicious-include, because the joined files include the sources.
   printf '%s\n' "${joined[@]}" | tidy_each tidy --checks=-bugprone-suspicious-include
 }
 

@@ -19,7 +19,7 @@ HTML
   echo '</pre>'
 }
 
-# Replaces aha's bright colours with colours for a dark background.
+# Replaces aha's colours with colours for a dark background.
 picture_colors() {
   sed -E -e 's/filter: [^;]*;color:white;background-color:blue;/color:#1d1f29;background:#82aaff;/g' \
     -e 's/filter: [^;]*;color:blue;/color:#82aaff;/g' \
@@ -84,7 +84,7 @@ write_panel_picture() {
 }
 
 # Writes screenshots of the panel's two pages in a window. Each page has screenshots in light and dark
-# colours, for screens with one and two pixels per unit.
+# colours, for screens with the scale factors 1 and 2.
 write_panel_pictures() {
   local folder=$1 colors scale suffix
   # The rating page shows only what the user has seen.

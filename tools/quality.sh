@@ -1,7 +1,8 @@
 # shellcheck shell=bash
 
-# Part of ./dev: measures coverage, runs mutation testing, runs the tests that kill programs, and runs the
-# program under adverse conditions.
+# Part of ./dev: measures coverage, and runs mutation testing, the kill tests, and the robustness tests. A
+# kill test kills programs at random moments. The robustness tests use failing system calls, damaged stores
+# and unexpected files.
 
 # The coverage report includes only these folders, which contain no tests.
 measured_folders=(orncore ornappsupport ornui ornwhatsnew hosts)
@@ -68,7 +69,8 @@ kill_in() {
   printf '%-17s %s\n' "$suite" "$(grep -E '^[0-9]+ killed, ' "$log")"
 }
 
-# Runs the program under adverse conditions. Run './dev robustness --help' for the options.
+# Runs the program with failing system calls, kills, damaged stores and unexpected files. Run
+# './dev robustness --help' for the options.
 command_robustness() {
   ensure_packages robustness
   configure release
@@ -86,7 +88,7 @@ write_settings_in_several_programs() {
 }
 
 # Runs the tests of the Qt companion with windows in a virtual X server. './dev test' runs the same tests
-# without a display. Both use separate settings.
+# without a display. In both cases, the settings are separate from those of the user.
 test_companion_in_windows() {
   local tests=() test home status=0
   configure release || return

@@ -20,13 +20,14 @@ class SettingsStore;
 class Announcement : public QObject {
   Q_OBJECT
  public:
-  /// Checks whether this is the first start after an update. If it is, the event loop later calls
-  /// `isAnythingNew`, and the object announces the update if the result is true. Construct the
-  /// object before the state of a new user is changed. `store` must outlive this object.
+  /// Checks whether this is the first start after an update. If it is, a timer later emits `due`,
+  /// provided that the user wants announcements and `isAnythingNew` returns true. At the first
+  /// start of the application, the constructor only stores the version. Construct the object before
+  /// the state of a new user is changed. `store` must outlive this object.
   Announcement(SettingsStore& store, std::function<bool()> isAnythingNew);
   ~Announcement() override;
 
-  /// Returns whether the user wants announcements, which is the default.
+  /// Returns whether the user wants announcements. The default is true.
   static bool isWanted(const SettingsStore& store);
 
   /// Stores whether the user wants announcements.

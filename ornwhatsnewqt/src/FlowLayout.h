@@ -14,7 +14,7 @@ namespace ornwhatsnewqt {
 class FlowLayout : public QLayout {
   Q_OBJECT
  public:
-  /// Creates a layout without margins.
+  /// Creates a layout without margins. `spacing` is the distance between widgets and between rows.
   explicit FlowLayout(int spacing);
   ~FlowLayout() override;
 
@@ -30,7 +30,8 @@ class FlowLayout : public QLayout {
   void setGeometry(const QRect& rect) override;
 
  private:
-  /// Returns the rectangles of the items in rows of at most `width` pixels, from left to right.
+  /// Returns the rectangles of the items in rows, from left to right. A row is at most `width`
+  /// pixels wide, unless it has only one item.
   std::vector<QRect> arrange(int width) const;
 
   std::vector<std::unique_ptr<QLayoutItem>> items_;

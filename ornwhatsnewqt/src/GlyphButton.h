@@ -11,14 +11,14 @@ namespace ornwhatsnewqt {
 /// installed.
 enum class Glyph { Search, Print, Close, Up, Down };
 
-/// A button with a glyph.
+/// A square button with a glyph.
 class GlyphButton : public QAbstractButton {
   Q_OBJECT
  public:
   GlyphButton(Glyph glyph, QWidget* parent);
 
-  /// Sets the name and the description for assistive tools. The tooltip contains the name and the
-  /// key of `shortcut`.
+  /// Sets the name and the description for assistive tools. The tooltip contains the name and, if
+  /// it is not empty, `shortcut`.
   void setNames(const QString& name, const QString& description,
                 const QKeySequence& shortcut = QKeySequence());
 

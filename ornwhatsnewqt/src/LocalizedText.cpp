@@ -16,11 +16,11 @@ QString localizedText(std::string_view keyText, std::initializer_list<QString> a
 TranslatorDictionary::~TranslatorDictionary() = default;
 
 std::optional<orncore::config::UTF8String> TranslatorDictionary::Find(std::string_view key) const {
-  // The source text of a translator ends at the first NUL. A key with a NUL has no translation.
+  // translate() reads a key only up to the first NUL, so a key with a NUL has no translation.
   if (key.find('\0') != std::string_view::npos) return std::nullopt;
   const QByteArray source(key.data(), static_cast<qsizetype>(key.size()));
   const QString text = QCoreApplication::translate("ornwhatsnew", source.constData());
-  // Without an entry, translate() returns the source text.
+  // If there is no translation, translate() returns the key.
   if (text == QString::fromUtf8(source)) return std::nullopt;
   return text.toStdString();
 }

@@ -24,7 +24,7 @@ class MessageBar : public QFrame {
   /// stays hidden.
   void setMessage(const QString& message);
 
-  /// Sets the texts in the current language.
+  /// Sets the texts of the button in the current language. The message remains unchanged.
   void retranslate();
 
  protected:

@@ -16,7 +16,8 @@
 namespace ornwhatsnewqt {
 namespace {
 
-/// Returns the text of `page` from `begin` to `end`. Both positions may be outside of the text.
+/// Returns the text of `page` from `begin` to `end`. Replaces a position outside of the text with
+/// the nearest end of the text.
 QString textOf(const NewsPage& page, int begin, int end) {
   const int last = page.document()->characterCount() - 1;
   QTextCursor cursor(page.document());

@@ -4,9 +4,9 @@
 
 namespace ornwhatsnewqt {
 
-/// Registers the accessible interface of `NewsPage`, once for the process. The interface is a
-/// document with a text. Its children are the elements of the page: headings for titles, list items
-/// for changes, other paragraphs, and links.
+/// Registers the accessible interface of `NewsPage`, once for the process. The interface has the
+/// role of a document and provides the text of the page. Its children are the elements of the page:
+/// headings for titles, list items for changes, other paragraphs, and links.
 void installNewsAccessibility();
 
 }  // namespace ornwhatsnewqt

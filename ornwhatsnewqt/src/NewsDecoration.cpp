@@ -18,7 +18,7 @@ namespace {
 // not visible.
 constexpr qreal kInvisibleDistance = 2 * kCardRadius;
 
-/// Returns the `ItemPart` of `block`, or 0.
+/// Returns the `ItemPart` of `block`, or 0 if the block is outside of items.
 int partOf(const QTextBlock& block) {
   return block.blockFormat().intProperty(NewsDocument::Part);
 }

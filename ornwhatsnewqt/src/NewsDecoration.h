@@ -16,27 +16,28 @@ QT_END_NAMESPACE
 namespace ornwhatsnewqt {
 
 /// Draws the shapes around the text of a `NewsDocument`. All coordinates are those of the document.
-/// Each function takes time proportional to the visible part of the document.
+/// Drawing takes time proportional to the visible part of the document.
 class NewsDecoration {
  public:
   /// Creates an object that draws in the part `visible` of `document`. The document must be laid
   /// out. `document` and `style` must outlive this object.
   NewsDecoration(const QTextDocument& document, const PanelStyle& style, const QRectF& visible);
 
-  /// Draws a card behind each item.
+  /// Draws a card behind each visible item.
   void drawCards(QPainter& painter) const;
 
-  /// Draws a box with rounded corners behind each label.
+  /// Draws a box with rounded corners behind each visible label.
   void drawLabelBoxes(QPainter& painter) const;
 
-  /// Draws a ring around the text from `begin` to `end`, which must be in one block.
+  /// Draws a ring around the text from `begin` to `end`, which must be in one block. Draws one ring
+  /// for each line of the text.
   void drawFocusRing(QPainter& painter, int begin, int end) const;
 
   /// Returns the rectangles of the text from `begin` to `end`, one for each line. Both positions
   /// must be in one block.
   static QList<QRectF> textRects(const QTextDocument& document, int begin, int end);
 
-  /// Returns the block at the vertical position `y`.
+  /// Returns the block at the vertical position `y`, or the nearest block if there is none.
   static QTextBlock blockAt(const QTextDocument& document, qreal y);
 
  private:

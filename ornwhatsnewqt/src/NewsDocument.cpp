@@ -35,7 +35,7 @@ class Writer {
   void write() {
     cursor_.beginEditBlock();
     for (const LayoutParagraph& paragraph : layout_.paragraphs) {
-      // A bullet without text would look like a mistake.
+      // Omit empty paragraphs, because a bullet without text would look like a mistake.
       if (paragraph.range.length > 0) writeParagraph(paragraph);
     }
     addSpaceBelow();
@@ -47,7 +47,7 @@ class Writer {
     return safeText(std::u16string_view(layout_.text).substr(range.begin, range.length));
   }
 
-  /// Returns the direction of the first character in `range` that has a direction. If there is
+  /// Returns the direction of the first character in `range` with a strong direction. If there is
   /// none, returns the direction of the application.
   Qt::LayoutDirection directionOf(const ornwhatsnew::TextRange& range) const {
     for (std::size_t i = range.begin; i < range.begin + range.length; ++i) {
@@ -92,7 +92,7 @@ class Writer {
     }
   }
 
-  /// Returns whether `span` has the format of text without a style.
+  /// Returns whether `span` has no link, and the same format as text without a style.
   bool isInParagraphFormat(const LayoutParagraph& paragraph, const LayoutSpan& span) const {
     return span.link.empty() &&
            formats_.ofSpan(paragraph.kind, span.style) == formats_.ofSpan(paragraph.kind, {});

@@ -29,9 +29,9 @@ struct NewsElement {
   }
 };
 
-/// The document of the news page. It has one block for each paragraph of a layout that is not
-/// empty. A block begins with the bullet and a tab if the paragraph has a bullet. A link that is
-/// not safe is plain text.
+/// The document of the news page. It has one block for each paragraph of a layout, except empty
+/// paragraphs. A block begins with the bullet and a tab if the paragraph has a bullet. A link that
+/// is not safe is plain text.
 class NewsDocument : public QTextDocument {
   Q_OBJECT
  public:
@@ -53,8 +53,8 @@ class NewsDocument : public QTextDocument {
   /// Returns the elements in the order of the text. A link follows the paragraph that contains it.
   const std::vector<NewsElement>& elements() const { return elements_; }
 
-  /// Returns the selected text of `cursor` as plain text. Paragraphs and lines end with line feeds,
-  /// and a space follows each bullet.
+  /// Returns the selected text of `cursor` as plain text. Line feeds separate paragraphs and lines.
+  /// Tabs and no-break spaces become spaces. Omits the invisible characters before labels.
   static QString plainText(const QTextCursor& cursor);
 
  private:

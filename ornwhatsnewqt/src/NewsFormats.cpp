@@ -20,7 +20,7 @@ constexpr float kLabelSize = 12;
 constexpr qreal kLineSpacing = 4;
 constexpr qreal kBulletSpacing = 12;
 
-/// Returns the space above a paragraph.
+/// Returns the space above a paragraph, in device-independent pixels.
 qreal spaceAbove(ParagraphKind kind, bool isFirst) {
   switch (kind) {
     case ParagraphKind::kTitle:

@@ -28,8 +28,8 @@ inline constexpr int kCardRadius = 10;
 /// The maximum width of a page. Longer lines are hard to read.
 inline constexpr int kMaximumColumnWidth = 820;
 
-/// The formats of a `NewsDocument`. Creates each of them once, because the construction of a format
-/// takes longer than the insertion of a span.
+/// The formats of a `NewsDocument`. Creates each of them once, except the formats of links, because
+/// the construction of a format takes longer than the insertion of a span.
 class NewsFormats {
  public:
   explicit NewsFormats(const PanelStyle& style);

@@ -35,7 +35,7 @@ class NewsPage : public QTextBrowser {
   /// Returns the rectangle of `element` in the coordinates of the viewport.
   QRect elementRect(const NewsElement& element) const;
 
-  /// Returns the index of the link that has the focus, or -1.
+  /// Returns the index in `elements()` of the link that has the focus, or -1 if no link has it.
   int focusedLink() const;
 
  protected:
@@ -54,7 +54,8 @@ class NewsPage : public QTextBrowser {
   std::unique_ptr<NewsDocument> document_;
 };
 
-/// Prints `layout` with black text on white. `PanelStyle` derives the fonts from `font`.
+/// Prints `layout`. `PanelStyle` derives the colours from black text on white, and the fonts from
+/// `font`.
 void printNews(const ornwhatsnew::PanelLayout& layout, const QFont& font, QPrinter& printer);
 
 }  // namespace ornwhatsnewqt

@@ -18,7 +18,7 @@
 
 namespace ornwhatsnewqt {
 
-/// What a panel shows.
+/// The filters that determine which changes a panel shows.
 struct Filters {
   bool onlyNew = true;       ///< only what was new when the panel was opened
   bool thisPlatform = true;  ///< no changes for other platforms
@@ -63,7 +63,8 @@ class PanelController : public QObject {
   /// Records that a panel was closed. Empties the layout if no panel is open any more.
   void closePanel();
 
-  /// Returns the layout of the open panels. It is empty before the first call of `display`.
+  /// Returns the layout of the open panels. It is empty until `display` is called, and after all
+  /// panels have been closed.
   const ornwhatsnew::PanelLayout& layout() const { return layout_; }
 
   /// Returns the layout of the rating page. Does not change the state, because a user who opens the
@@ -80,7 +81,8 @@ class PanelController : public QObject {
   /// If `url` is a safe link, emits `linkActivated` and opens `url` in a browser.
   void activateLink(const QUrl& url);
 
-  /// Returns why the state cannot be stored, in the user's language, or an empty string.
+  /// Returns why the state could not be stored, in the user's language, or an empty string if there
+  /// was no error.
   QString stateError() const {
     return hostStateError_.isEmpty() ? store_.error() : hostStateError_;
   }

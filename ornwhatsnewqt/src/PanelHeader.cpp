@@ -86,7 +86,8 @@ void PanelHeader::focusPage() {
 void PanelHeader::applyStyle() {
   const PanelStyle style(palette(), font());
   title_->setFont(style.font(ornwhatsnew::kFontSize_Buttons, QFont::DemiBold));
-  // The title has the height of the buttons that replace it, so that it is level with the icons.
+  // The title has the height of the page buttons, so that it is level with the buttons for
+  // searching and printing.
   title_->setMinimumHeight(newsButton_->sizeHint().height());
 }
 

@@ -17,16 +17,16 @@ class GlyphButton;
 /// The pages of a panel.
 enum class PanelPage { News, Ratings };
 
-/// The top row of a panel: the choice of the page, and buttons for searching and printing. If there
-/// is only one page, shows its name instead of the choice. Hides the buttons for searching and
-/// printing on the rating page.
+/// The top row of a panel: a radio button for each page, and buttons for searching and printing. If
+/// only the news page is available, shows a title instead of the radio buttons. Hides the buttons
+/// for searching and printing on the rating page.
 class PanelHeader : public QWidget {
   Q_OBJECT
  public:
   explicit PanelHeader(QWidget* parent);
 
-  /// Sets the current page. Shows the choice of pages if `hasRatings` is true or `page` is
-  /// `Ratings`. Otherwise, shows the title. Does not emit signals.
+  /// Sets the current page. Shows the radio buttons of the pages if `hasRatings` is true or `page`
+  /// is `Ratings`. Otherwise, shows the title. Does not emit signals.
   void setPage(PanelPage page, bool hasRatings);
 
   /// Sets the texts in the current language.

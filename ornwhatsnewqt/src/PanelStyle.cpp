@@ -12,7 +12,7 @@
 namespace ornwhatsnewqt {
 namespace {
 
-// WCAG 2 requires this contrast for text.
+// Level AA of WCAG 2 requires this contrast ratio for text of normal size.
 constexpr qreal kMinimumContrast = 4.5;
 
 qreal linearComponent(qreal component) {
@@ -37,8 +37,8 @@ QColor mix(const QColor& from, const QColor& to, float share) {
                 component(from.blue(), to.blue()));
 }
 
-/// Returns `wanted`, mixed with as little of `text` as necessary to make it readable on both
-/// backgrounds.
+/// Returns `wanted`, mixed with the fewest tenths of `text` that make it readable on both
+/// backgrounds. Returns `text` if no mixture is readable.
 QColor readable(const QColor& wanted, const QColor& text, const QColor& background,
                 const QColor& otherBackground) {
   for (int tenths = 0; tenths < 10; ++tenths) {

@@ -13,17 +13,17 @@ QT_END_NAMESPACE
 
 namespace ornwhatsnewqt {
 
-/// The colours and fonts of the panel, which follow the palette and the font of the desktop. Text
-/// colours have a contrast ratio of at least 4.5:1 against their background, unless the text colour
-/// of the palette has a lower one.
+/// The colours and fonts of the panel, which follow the palette and the font of the desktop. The
+/// colours `secondary`, `link`, `warning` and `accent` have a contrast ratio of at least 4.5:1
+/// against their backgrounds. A colour for which this is impossible is the palette's text colour.
 struct PanelStyle {
   /// Derives the colours from the active group of `palette`, and the fonts from `font`.
   PanelStyle(const QPalette& palette, const QFont& font);
 
-  /// Returns the font of the desktop in `size`, such as `kFontSize_Normal`, in device-independent
-  /// pixels. If the desktop's font is larger than `kFontSize_NormalSmall`, all sizes grow in
-  /// proportion. Text in the size `kFontSize_NormalSmall` is therefore never smaller than text in
-  /// the desktop's font.
+  /// Returns the font of the desktop in `size` device-independent pixels, for example
+  /// `kFontSize_Normal`. If the desktop's font is larger than `kFontSize_NormalSmall`, all sizes
+  /// grow in proportion. Text in the size `kFontSize_NormalSmall` is therefore never smaller than
+  /// text in the desktop's font.
   QFont font(float size, QFont::Weight weight = QFont::Normal) const;
 
   QColor page;           ///< the background of the panel
@@ -47,7 +47,7 @@ struct PanelStyle {
 /// Returns whether a widget that receives `event` must draw itself in a new `PanelStyle`.
 bool changesPanelStyle(const QEvent& event);
 
-/// Shows `field` with rounded corners, in `style`.
+/// Gives `field` rounded corners, and the font and the colours of `style`.
 void setFieldStyle(QLineEdit& field, const PanelStyle& style);
 
 }  // namespace ornwhatsnewqt

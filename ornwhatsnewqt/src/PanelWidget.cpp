@@ -153,7 +153,7 @@ void PanelWidget::Impl::openPage(PanelPage newPage) {
   search->hide();
   updateHeader();
   if (page == PanelPage::News) {
-    // The controller then emits changed(), and the panel draws the page.
+    // display() emits changed(), and the panel then draws the page.
     controller->display();
     news->setFocus();
   } else {

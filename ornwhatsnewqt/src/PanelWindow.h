@@ -14,7 +14,7 @@ namespace ornwhatsnewqt {
 class PanelWindow : public QDialog {
   Q_OBJECT
  public:
-  /// The function that shows a page of the panel.
+  /// A function of the panel that shows one of its pages.
   using Page = void (PanelWidget::*)();
 
   /// Creates a hidden window. If the parent of `whatsNew` is a widget, it is also the parent of the

@@ -156,7 +156,7 @@ void RatingCard::send() {
 }
 
 void RatingCard::changeEvent(QEvent* event) {
-  // The card can receive these events before its constructor has created the labels.
+  // The card can receive a change event before its constructor has created all widgets.
   if (changesPanelStyle(*event) && sendButton_ != nullptr && thanks_ != nullptr) applyStyle();
   QFrame::changeEvent(event);
 }

@@ -16,9 +16,9 @@ class RatingPolicy {
  public:
   using Clock = std::function<QDateTime()>;
 
-  /// Stores the time of the first start in `store` if there is none. If the stored time is in the
-  /// future, because a clock was wrong, replaces it with the current time. `store` must outlive
-  /// this object.
+  /// Reads the time of the first start from `store`. If the time is missing, malformed, or in the
+  /// future because a clock was wrong, stores the current time instead. Does not use `store` after
+  /// the construction.
   explicit RatingPolicy(SettingsStore& store, Clock clock = &QDateTime::currentDateTimeUtc);
 
   /// Returns whether the user may be asked now.

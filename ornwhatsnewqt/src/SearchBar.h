@@ -28,14 +28,15 @@ class SearchBar : public QWidget {
   /// Shows the bar, and moves the focus to its field.
   void startSearch();
 
-  /// Hides the bar, and moves the focus to the view. The last match remains selected.
+  /// Hides the bar, and moves the focus to the view. The current match remains selected.
   void endSearch();
 
   /// Sets the texts in the current language, and searches again. Call this function after the
   /// language or the document of the view has changed.
   void refresh();
 
-  /// Selects the next or the previous match. The first match follows the last one.
+  /// Select the next and the previous match. The first match follows the last one. If there is no
+  /// match, do nothing.
   void selectNext();
   void selectPrevious();
 

@@ -7,7 +7,7 @@
 namespace ornwhatsnewqt {
 
 /// Installs the services that `settings` names, and leaves the others unchanged. Prints a warning
-/// if the application has no version.
+/// if `settings.applicationVersion` is an empty string.
 void installServices(const Settings& settings);
 
 }  // namespace ornwhatsnewqt

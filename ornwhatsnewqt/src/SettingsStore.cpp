@@ -38,7 +38,7 @@ bool canReplace(const QString& file, const QVariantMap& changes) {
     const qint64 characters = change.key().size() + change->toString().size();
     bytes += kMaximumBytesOfCharacter * characters + kBytesForSyntax;
   }
-  // Without a commit, the destructor discards the content.
+  // Do not call commit(), so that the destructor of QSaveFile discards the content.
   QSaveFile rehearsal(file);
   return rehearsal.open(QIODevice::WriteOnly) && rehearsal.write(QByteArray(bytes, ' ')) == bytes &&
          rehearsal.flush();

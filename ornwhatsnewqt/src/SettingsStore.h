@@ -1,4 +1,5 @@
-// Stores the state of a list and the values of the companion in `QSettings`.
+// Stores the values of the companion in `QSettings`, and the state of a list in `QSettings` or
+// through the callbacks of the application.
 #ifndef ORNWHATSNEWQT_SRC_SETTINGSSTORE_H_
 #define ORNWHATSNEWQT_SRC_SETTINGSSTORE_H_
 
@@ -37,7 +38,8 @@ class SettingsStore : public QObject {
                          std::chrono::milliseconds patience = kDefaultPatience);
   ~SettingsStore() override;
 
-  /// Returns a string of the state.
+  /// Returns a string of the state: the buffered string or, if there is none, the stored string.
+  /// Returns an empty string if the key has no value.
   ornwhatsnew::UTF8String state(const ornwhatsnew::UTF8String& key);
 
   /// Returns whether all three strings of the state are empty, which means that the user is new.
@@ -63,7 +65,8 @@ class SettingsStore : public QObject {
   bool setValues(const QVariantMap& values);
   bool setValue(const QString& key, const QVariant& value) { return setValues({{key, value}}); }
 
-  /// Returns why the last write failed, in the user's language, or an empty string.
+  /// Returns why the last write failed, in the user's language, or an empty string if it
+  /// succeeded.
   QString error() const;
 
  Q_SIGNALS:

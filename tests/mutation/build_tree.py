@@ -54,7 +54,8 @@ LINT_DEFINITIONS = {
     "LINT_CODE_PAGE": "source/docs/lint-codes.md",
 }
 REQUIRED_LIBRARIES = ("murmurhash", "icuuc", "csv", "boost_locale", "crypto", "cmark")
-# For a mutant of a header, the maximum number of sources of the library and the hosts that are recompiled.
+# At most this number of sources of the library and the hosts is recompiled for a mutant of a header. The
+# option --survivors has no limit.
 MOST_INCLUDERS = 12
 
 

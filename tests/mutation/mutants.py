@@ -67,7 +67,8 @@ VARIABLE = re.compile(r"^[\w:<>,&*\s\x01]+[\s&*>]\w+(?:\s*=[^=].*|\(.*|\{.*|\[.*
 # Reserving memory does not change results.
 RESERVATION = re.compile(r"\b[rR]eserve\(")
 STATEMENT = re.compile(r"^[\w:(*~+-].*;$", re.S)
-# Mutants of these lines would not change the program at run time.
+# These lines have no mutants. They are preprocessor lines, declarations without code, and assertions,
+# which are checks themselves.
 SKIPPED_LINE = re.compile(r"^\s*(?:template\b|#|static_assert\b|assert\b|using\b|friend\b)")
 
 

@@ -193,7 +193,8 @@ def run_mutants(arguments, results, equivalents):
         wanted = [m for m in mutants if m.identity not in known]
     print(f"{len(wanted)} mutants to try; preparation took {time.monotonic() - start:.0f} s",
           flush=True)
-    # A mutant of a header can survive because the only source that it changes is not in the sample.
+    # The option --survivors selects no sample, because a mutant of a header survives if the sample omits
+    # every source that it changes.
     samples = [None if arguments.survivors else random.Random(f"{arguments.seed} {number}").sample
                for number in range(len(trees))]
     workers = [Worker(tree, plan, sample) for tree, sample in zip(trees, samples)]

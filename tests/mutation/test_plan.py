@@ -47,7 +47,7 @@ MEMORY_LIMIT = 3 << 30
 KILLS = "20"
 FAILED_LINE = re.compile(r"^\[  FAILED  \] (\S+?\.\S+?)(?:,.*)? \(\d+ ms\)$", re.M)
 # Some tests fail even without a mutant, because build_tree.py links the programs differently from CMake.
-# If more tests of a program fail than this number, the run stops.
+# The run stops if a program has more failing tests than this number.
 MOST_FAILING = 5
 OK_LINE = re.compile(r"^\[       OK \] (\S+?\.\S+?)(?:, where .*)? \((\d+) ms\)$", re.M)
 

@@ -16,13 +16,13 @@ using ornwhatsnewqt::Announcement;
 using ornwhatsnewqt::SettingsStore;
 using test_support::TestWorld;
 
-/// Installs the services of an application that was updated to version 4.3.0.118.
+/// Stores an earlier use of version 4.2.0.97, and installs the services of version 4.3.0.118.
 void update(const TestWorld& world) {
   world.storeEarlierUse(QStringLiteral("4.2.0.97"));
   ornwhatsnewqt::installServices(world.settings());
 }
 
-/// Starts the application. Returns whether it announces an update at once.
+/// Starts the application. Returns whether it announces an update once within 50 milliseconds.
 bool startAnnounces(const TestWorld& world, bool isAnythingNew = true) {
   SettingsStore store(world.settings());
   const Announcement announcement(store, [isAnythingNew] { return isAnythingNew; });

@@ -33,7 +33,7 @@ QSet<QString> keysInSources() {
                        QDirIterator::Subdirectories);
     while (files.hasNext()) {
       const QString text = contentOf(files.next());
-      // The examples in comments are not texts of the library.
+      // Remove the comments, because their examples are not texts of the library.
       static const QRegularExpression comment(QStringLiteral("//[^\n]*"));
       auto matches = key.globalMatch(QString(text).remove(comment));
       while (matches.hasNext()) keys.insert(matches.next().captured(1));

@@ -32,7 +32,7 @@ QString plainText(NewsDocument& document) {
   return NewsDocument::plainText(cursor);
 }
 
-/// Returns the links of `document`.
+/// Returns the targets of the links in `document`.
 QStringList linksOf(const NewsDocument& document) {
   QStringList links;
   for (const NewsElement& element : document.elements()) {
@@ -99,7 +99,7 @@ void NewsDocumentTest::everyStyleHasItsSizeAndColor() {
 
 void NewsDocumentTest::stylesBeginAtTheirPosition() {
   TestLayout layout;
-  // A character above U+FFFF consists of two UTF-16 units.
+  // A code point above U+FFFF consists of two UTF-16 code units.
   layout.change({{u"\U0001F389 party ", StyleID::kStyleChangeText},
                  {u"(v4.3)", StyleID::kStyleInternalCode}});
   const NewsDocument document(layout.layout(), style());

@@ -88,7 +88,7 @@ void NewsPageTest::show(const PanelLayout& layout) {
   page_->showLayout(layout, style());
 }
 
-/// Returns the centre of the first occurrence of `text` in the viewport.
+/// Returns the centre of the first occurrence of `text`, in the coordinates of the viewport.
 QPoint NewsPageTest::centerOf(const QString& text) const {
   const QTextCursor found = page_->document()->find(text);
   return page_

@@ -356,7 +356,8 @@ void PanelControllerTest::reportsAStoreThatCannotBeWritten() {
   const auto controller = controllerFor(world, settings);
   const QSignalSpy errors(controller.get(), &PanelController::stateErrorChanged);
   QVERIFY(!controller->stateError().isEmpty());
-  // Items and changes that were shown count as seen until the program ends.
+  // Although the store cannot be written, items and changes that were shown count as seen until the
+  // program ends.
   controller->display();
   QCOMPARE(controller->countNew(), ornwhatsnew::NewCount{});
   QVERIFY(obstacle.remove());

@@ -30,7 +30,7 @@ class TestLayout {
   TestLayout& description(std::initializer_list<TestSpan> spans);
   TestLayout& change(std::initializer_list<TestSpan> spans,
                      const std::u16string& bullet = u"\u2022");
-  /// Adds a change with the text `text`.
+  /// Adds a change with a bullet, and with `text` in the style `kStyleChangeText`.
   TestLayout& change(const std::u16string& text);
 
   const ornwhatsnew::PanelLayout& layout() const { return layout_; }
@@ -42,7 +42,7 @@ class TestLayout {
   ornwhatsnew::PanelLayout layout_;
 };
 
-/// Returns a layout with `changes` changes in items of ten changes each.
+/// Returns a layout with a header, and with `changes` changes in items of ten changes each.
 ornwhatsnew::PanelLayout longLayout(int changes);
 
 }  // namespace test_support

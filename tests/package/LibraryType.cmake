@@ -35,7 +35,7 @@ foreach(folder top_level subproject)
   expect(${folder} SHARED_LIBRARY ${source} -DBUILD_SHARED_LIBS=ON)
   expect(${folder} STATIC_LIBRARY ${source} -DBUILD_SHARED_LIBS=OFF)
   expect(${folder} ${default} ${source})
-  # ORNWHATSNEW_SHARED has precedence.
+  # ORNWHATSNEW_SHARED has precedence over BUILD_SHARED_LIBS.
   expect(${folder} STATIC_LIBRARY ${source} -DBUILD_SHARED_LIBS=ON -DORNWHATSNEW_SHARED=OFF)
   expect(${folder} SHARED_LIBRARY ${source} -DBUILD_SHARED_LIBS=OFF -DORNWHATSNEW_SHARED=ON)
 endforeach()

@@ -1,9 +1,9 @@
 # Configures the application in PARENT alone, and then with the project SOURCE as a subdirectory. Fails
 # if the project changes the type or the output folder of the application's own library. Also fails if
-# the project adds a cache entry whose name does not begin with ORNWHATSNEW_ or the prefix of a
-# dependency. Repeats the configuration with the subdirectory, because cache entries of the first run
-# may affect the second run. WORK is the folder for the builds. GENERATOR and COMPILER are the generator
-# and the compiler of the application.
+# the project adds a cache entry whose name does not begin with ORNWHATSNEW_, except the entries of
+# dependencies and of CMake's modules. Repeats the configuration with the subdirectory, because cache
+# entries of the first run may affect the second run. WORK is the folder for the builds. GENERATOR and
+# COMPILER are the generator and the compiler of the application.
 cmake_minimum_required(VERSION 3.25)
 
 function(configure folder)
@@ -47,7 +47,7 @@ function(check_embedding name packages)
   list(FILTER added EXCLUDE REGEX "^FIND_PACKAGE_MESSAGE_DETAILS_(${packages}|Threads|PkgConfig)$")
   list(REMOVE_ITEM added CMAKE_HAVE_LIBC_PTHREAD)
   if("-DORNWHATSNEW_INSTALL=ON" IN_LIST ARGN)
-    # GNUInstallDirs adds these entries.
+    # Omit the entries that GNUInstallDirs adds.
     list(FILTER added EXCLUDE REGEX "^CMAKE_INSTALL_[A-Z]+DIR(-ADVANCED)?$")
     list(REMOVE_ITEM added _GNUInstallDirs_LAST_CMAKE_INSTALL_PREFIX)
   endif()

@@ -22,7 +22,8 @@ mkdir -m 755 "$root"
 # An interrupted debootstrap leaves /proc mounted in the new system.
 trap 'umount --lazy "$root/proc" 2>/dev/null || true; rm -rf --one-file-system "$work"' EXIT
 
-# Unpacks the packages, and builds and runs the example host with their contents.
+# Unpacks the packages, and builds and runs the example host with their contents. Checks that pkg-config
+# finds the library.
 build_example() {
   local unpacked=$work/unpacked built=$work/built file
   for file in "$packages"/*.deb; do dpkg-deb --extract "$file" "$unpacked"; done
@@ -34,7 +35,8 @@ build_example() {
     PKG_CONFIG_LIBDIR=$(echo "$unpacked"/usr/lib/*/pkgconfig) pkg-config --cflags --libs ornwhatsnew
 }
 
-# Builds the example host of the Qt companion with the contents of the packages.
+# Builds the example host of the Qt companion with the contents of the packages. Checks that pkg-config
+# finds the companion.
 build_qt_example() {
   local unpacked=$work/unpacked built=$work/built-qt
   cmake -S "$unpacked/usr/share/ornwhatsnew/examples/qt" -B "$built" \
@@ -42,8 +44,8 @@ build_qt_example() {
     PKG_CONFIG_PATH=$(echo "$unpacked"/usr/lib/*/pkgconfig) pkg-config --cflags --libs ornwhatsnewqt
 }
 
-# Checks that all packages have a documentation folder, that all links between the documents work, and
-# that mandoc accepts ornwhatsnew(5).
+# Checks that the documentation folder of each package has the most important pages, that all links
+# between the documents work, and that mandoc accepts ornwhatsnew(5).
 check_documents() {
   local unpacked=$work/unpacked file name page
   for file in "$packages"/*.deb; do
