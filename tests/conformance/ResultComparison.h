@@ -9,9 +9,9 @@
 
 namespace conformance {
 
-/// A difference between two JSON values. `expected` and `got` are JSON on one line, shortened to
-/// the part that differs. `expected` or `got` is "nothing" if that value has no member or element
-/// at `path`.
+/// A difference between two JSON values. `expected` and `got` contain the values at `path` as JSON
+/// on one line, shortened to the text around the first difference. `expected` or `got` is "nothing"
+/// if that value has no member or element at `path`.
 struct Difference {
   /// The JSON pointer to the value that differs.
   std::string path;
@@ -19,7 +19,7 @@ struct Difference {
   std::string got;
 };
 
-/// Returns each member and element that differs. Compares elements of arrays by index.
+/// Returns all differences. Compares objects member by member, and arrays element by element.
 std::vector<Difference> CompareJson(const nlohmann::json& expected, const nlohmann::json& got);
 
 }  // namespace conformance

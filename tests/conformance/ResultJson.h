@@ -17,7 +17,7 @@
 
 namespace conformance {
 
-/// Returns the value as one line of ASCII. Escapes all characters outside ASCII, because some of
+/// Returns `value` as JSON on one line, in ASCII. Escapes all other characters, because some of
 /// them, such as U+0085, start a new line on a terminal.
 std::string LineOf(const nlohmann::json& value);
 
@@ -44,7 +44,7 @@ nlohmann::json WritesJson(std::span<const std::pair<std::string, std::string>> w
                           ListForm form);
 
 /// Returns an object with two members: `order` is the key order, and `items` maps each key to its
-/// item. An empty entry of the list becomes null.
+/// item, or to null if the entry for the key has no item.
 nlohmann::json ItemsJson(const ornwhatsnew::FeatureListData& list);
 
 }  // namespace conformance

@@ -28,7 +28,7 @@ using nlohmann::json;
 
 namespace {
 
-/// The results of one scenario, or the error that prevented its run.
+/// The results of one scenario, or the error that occurred instead.
 struct Outcome {
   /// The name of the scenario, or null if the scenario has no valid name.
   json name;
@@ -68,12 +68,12 @@ Outcome RunOne(const JsonReader& reader) {
   return outcome;
 }
 
-/// Selects whether a JSON string may contain an array of scenarios.
+/// Selects whether a JSON document may be an array of scenarios.
 enum class Form { kOneOrMany, kOne };
 
-/// Runs the scenarios in a JSON string and passes their outcomes to `sink`. The string contains one
-/// scenario or, if `form` allows it, an array of scenarios. If the string is not JSON, passes one
-/// outcome with an error. Error messages call the string `sourceName`.
+/// Parses the JSON document `text`, runs its scenarios, and passes their outcomes to `sink`. The
+/// document is one scenario or, if `form` allows it, an array of scenarios. If `text` is not JSON,
+/// passes one outcome with an error. Messages about errors in the document begin with `sourceName`.
 void RunText(std::string_view text, std::string_view sourceName, Form form,
              const OutcomeSink& sink) {
   std::optional<JsonDocument> document;

@@ -9,7 +9,8 @@
 namespace conformance {
 
 /// The exit statuses. If several apply, the program returns the highest one. It returns `kNotRun`
-/// if a scenario could not be run or if the results could not be written.
+/// if a file could not be read, a scenario could not be run or checked, or the results could not be
+/// written. It also returns `kNotRun` for invalid arguments.
 inline constexpr int kSuccess = 0;
 inline constexpr int kDifferences = 1;
 inline constexpr int kNotRun = 2;
@@ -26,14 +27,14 @@ struct Streams {
 enum class Accepted { kAll, kRules };
 
 /// Runs the scenarios of the files, or those of `streams.in` if there are no files. Writes one JSON
-/// array with the results or the error of each scenario to `streams.out`, in order. Returns the
-/// exit status.
+/// array to `streams.out`. It contains, in order, the results or the error of each scenario, and
+/// the error of each file that is unreadable or not JSON. Returns the exit status.
 int PrintResults(const std::vector<std::string>& files, Streams streams);
 
 /// Runs the scenarios of the files, or those of `streams.in` if there are no files. Compares the
 /// results of each scenario with the expected results, and writes a line to `streams.out` for each
-/// difference and each error. Writes the number of passed scenarios to `streams.err`. Returns the
-/// exit status, which is `kNotRun` if `accepted` excludes a scenario.
+/// difference and each error. It is an error if a scenario has no expected results or if `accepted`
+/// excludes it. Writes the number of passed scenarios to `streams.err`. Returns the exit status.
 int CheckResults(const std::vector<std::string>& files, Accepted accepted, Streams streams);
 
 /// Reads one scenario per line from `streams.in` and runs it. Writes and flushes the results or the

@@ -25,7 +25,7 @@ const std::string kDiffering =
 const std::string kBad =
     R"({"name":"bad","host":{},"steps":[{"do":"construct"},{"do":"rate"}],"expect":[]})";
 
-/// Runs the three modes of the runner with strings as input. The fake host of the base class resets
+/// Runs the three modes of the runner with string streams. The fake host of the base class resets
 /// the services after each test.
 class RunnerProgramTest : public test_support::FakeHostTest {
  protected:

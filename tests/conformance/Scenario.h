@@ -1,4 +1,5 @@
-// Defines scenarios. A scenario consists of a host and a sequence of calls to the library.
+// Defines scenarios. A scenario consists of a host and a sequence of steps. Most steps call the
+// library.
 #ifndef TESTS_CONFORMANCE_SCENARIO_H_
 #define TESTS_CONFORMANCE_SCENARIO_H_
 
@@ -58,7 +59,7 @@ struct ScenarioHost : hosts::common::HostDescription {
 };
 
 struct HostStep {
-  /// The complete host from this step on.
+  /// The host from this step on. Its `debug` and `state` apply only if the flags below are true.
   ScenarioHost host;
   /// True if the step has the member `debug`. If false, the debug database keeps its entries,
   /// because the library may have written some of them.
@@ -102,7 +103,7 @@ using Step =
 
 struct Scenario {
   std::string name;
-  /// The rule that the scenario shows, or an empty string.
+  /// The rule that the scenario shows. Empty if it shows no rule.
   std::string intent;
   /// True if results contain persisted lists as strings instead of sorted arrays.
   bool exactTexts = false;

@@ -31,7 +31,7 @@ std::string DecodeData(const JsonReader& encoded) {
 
 /// Returns the data file of a step, or nullopt if the step has none. The member `data`, `dataLines`
 /// or `dataBase64` contains the file. Throws `JsonError` if the step has more than one of these
-/// members.
+/// members, or if the member has the wrong type or malformed Base64.
 std::optional<std::string> ReadOptionalData(const JsonReader& step) {
   const auto text = step.Find("data");
   const auto lines = step.Find("dataLines");
@@ -136,7 +136,8 @@ Step ReadCaptureStyle(const JsonReader& step) {
                           .string = step.Member("string").Text()};
 }
 
-/// Describes how a step uses the list of the scenario.
+/// Describes whether all steps of one kind create a list or need a list. `call` has `kNone`,
+/// because only some of its functions need a list.
 enum class ListUse { kCreates, kNeeds, kNone };
 
 struct StepForm {

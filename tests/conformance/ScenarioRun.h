@@ -1,4 +1,4 @@
-// Runs the calls of a scenario with a new host.
+// Runs the steps of a scenario with a new host.
 #ifndef TESTS_CONFORMANCE_SCENARIORUN_H_
 #define TESTS_CONFORMANCE_SCENARIORUN_H_
 

@@ -1,4 +1,4 @@
-// Compares lists in the guide for hosts with the sources of the library.
+// Compares the tables of key texts in docs/host-guide.md with the sources of the library.
 #include <filesystem>
 #include <map>
 #include <regex>

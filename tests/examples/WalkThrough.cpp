@@ -13,7 +13,7 @@ bool MatchesAnyLines(std::string_view line) {
   return line == kDots;
 }
 
-// Returns whether `line` matches the line `shown`, in which "..." matches any characters.
+// Returns whether `line` matches the line `shown`, in which the first "..." matches any characters.
 bool IsShownLine(std::string_view shown, std::string_view line) {
   const std::size_t dots = shown.find(kDots);
   if (dots == std::string_view::npos) return shown == line;

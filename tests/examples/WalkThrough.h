@@ -20,12 +20,13 @@ struct ShownCommand {
 };
 
 /// Returns the commands in the code blocks of `page` that open with "```console". A command is a
-/// line that begins with "$ ". The lines up to the next command or the end of the block are its
-/// output.
+/// line that begins with "$ ". Its output is the lines up to the next command or the end of the
+/// block, without empty lines at the end.
 std::vector<ShownCommand> ReadShownCommands(std::string_view page);
 
 /// Returns whether the `output` of a command matches the output that the page shows. In `shown`,
-/// the line "..." matches any number of lines, and "..." within a line matches any characters.
+/// the line "..." matches any number of lines, and the first "..." within a line matches any
+/// characters.
 bool IsShown(const Lines& shown, const Lines& output);
 
 }  // namespace examples

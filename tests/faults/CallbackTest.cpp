@@ -108,8 +108,8 @@ TEST_F(CallbackTest, ExceptionsOfAnyTypeReachTheCaller) {
   EXPECT_THROW(list.MarkItemHasBeenRated("EPIC-7"), int);
 }
 
-/// Replaces all services that the library queries, except the debug store. `FailQuery` makes one
-/// query of these services throw.
+/// Installs a feature service, client information, a dictionary, a termination query and a logging
+/// query. `FailQuery` makes one query of these services throw.
 class FailingServices {
  public:
   /// Installs the services. The feature service uses a copy of the current feature table.

@@ -1,6 +1,6 @@
-// Provides the fixture for tests that inject faults. Its host has features of every kind, and its
-// data files exercise the parser and the panel. Its user has seen some of the changes. `World`
-// describes the observable content of a list, so that tests can compare lists.
+// Provides the fixture for tests that inject faults: a host, data files, and a user who has seen
+// some of their changes. `World::Snapshot` describes a list and its state, so that tests can
+// compare lists.
 #ifndef TESTS_FAULTS_FAULTWORLD_H_
 #define TESTS_FAULTS_FAULTWORLD_H_
 
@@ -16,15 +16,16 @@
 
 namespace faults {
 
-/// Returns a data file. The user of a `FaultHost` has seen all of its features and changes.
+/// Returns a data file. The user of a `FaultHost` has seen all changes of this file.
 std::string SeenData();
-/// Returns the data file that a `World` loads: `SeenData` and changes that are new to the user.
+/// Returns the data file that a `World` loads: `SeenData`, changes that are new to the user, and a
+/// malformed row.
 std::string LoadedData();
 /// Returns a later version of `LoadedData`, with one more change and another changes-since version.
 std::string LaterData();
 
-/// A host with an internal user. Most of its strings are too long for the small-string
-/// optimization, so copying them allocates memory.
+/// A host with features of each visibility and an internal user. Most of its strings are too long
+/// for the small-string optimization, so copying them allocates memory.
 class FaultHost : public test_support::FakeHost {
  public:
   FaultHost();
@@ -41,13 +42,14 @@ struct World {
   /// Creates a list from `LoadedData`, with the state of a user who has seen `SeenData`.
   explicit World(const FaultHost& host);
 
-  /// Returns a description of the items and changes of the list, the results of its const
-  /// functions, and the content of the store. Changes neither the list nor the store.
+  /// Returns a description of the items and changes of the list, the results of `IsAnythingNew`,
+  /// `IsAnythingNeedingRating` and `GetNewSeenState`, and the content of the store. Changes neither
+  /// the list nor the store.
   std::string Snapshot() const;
 
-  /// Displays the list, rates an item, loads `SeenData` and displays the list again. Returns the
-  /// results and the snapshots of all steps. Tests use it to check that the list is usable after a
-  /// failure.
+  /// Displays the list with two sets of options, rates an item, loads `SeenData` and displays the
+  /// list again. Returns the results of the displays, and snapshots from before, between and after
+  /// these steps. Tests use it to check that the list is usable after a failure.
   std::string SnapshotsWhileUsed();
 
   test_support::FakeStateStore store;

@@ -1,5 +1,5 @@
 // Tests that make allocations fail while ValidateWhatsNew checks a data file. The failures occur on
-// the console thread and on the thread that reads and parses the file. The command must return and
+// the console thread and on the thread that reads and parses the file. The command must end and
 // report the failure, and the next command must succeed.
 #include <array>
 #include <cerrno>
@@ -113,7 +113,7 @@ class MemoryOfCommandTest : public FaultTest {
     EXPECT_EQ(execution.loggedLines, 0);
   }
 
-  /// Expects that the command threw, printed its failure, or logged it.
+  /// Expects that the registry threw, or that the command printed or logged its failure.
   void ExpectReported(const Execution& execution) const {
     if (execution.hasThrown) {
       // The registry has thrown, because it copies the argument text before it calls the command.

@@ -92,7 +92,7 @@ class MemoryTest : public FaultTest {
 
  private:
   /// Runs the check and the operation once without failures. The first run can create objects that
-  /// exist until the program ends. Without this call, they would count as leaks.
+  /// exist until the program ends. If `FailEach` created them later, they would count as leaks.
   void WarmUp(const Operation& operation, const Check& check) const {
     World checked = MakeWorld();
     check(checked);
@@ -309,7 +309,7 @@ TEST_F(MemoryTest, AFailedCaptureKeepsTheEarlierRuns) {
   EXPECT_EQ(mostKept, 2U) << "no allocation of the third call failed";
 }
 
-/// The arguments of a display call.
+/// The arguments of a display call, and the name of the test.
 struct Panel {
   const char* name;
   DisplayOptions options;

@@ -1,5 +1,5 @@
-// Tests callbacks and services that call the list that called them. Death tests check the
-// assertions that detect forbidden calls.
+// Tests callbacks and services that call functions of the list that called them. Death tests check
+// the assertions that detect forbidden calls.
 #include <functional>
 #include <memory>
 #include <optional>
@@ -22,9 +22,9 @@ namespace {
 using namespace ornwhatsnew;
 using test_support::Format;
 
-/// Contains a list whose getter calls `inGetter` and whose setter calls `inSetter`, with the list
-/// as the argument. Each function runs only once, because the `ReentrantList` resets it before the
-/// call.
+/// Contains a list that stores its state in `world.store`. Its getter calls `inGetter` and its
+/// setter calls `inSetter`, with the list as the argument. Each function runs only once, because
+/// the `ReentrantList` resets it before the call.
 class ReentrantList {
  public:
   explicit ReentrantList(World& world) : world_(world) {
@@ -65,7 +65,7 @@ std::shared_ptr<FeatureListItem> NewItem() {
                                            FeatureListItem::Visibility::kPublic);
 }
 
-/// Returns one action for each kind of call that a callback may make on its list.
+/// Returns functions that a callback may call with its list.
 const std::vector<std::function<void(FeatureListData&)>>& AllowedActions() {
   static const std::vector<std::function<void(FeatureListData&)>> kActions = {
       [](FeatureListData& list) {
@@ -138,8 +138,8 @@ TEST_F(NestedCallTest, AGetterSeesTheListFromBeforeTheReload) {
   EXPECT_EQ(test_support::ItemOf(*reentrant.list, "EPIC-7").GetAllChanges().size(), 0U);
 }
 
-/// A dictionary without translations. It calls `hook` when the list looks up the description of a
-/// change.
+/// A dictionary without translations. It calls `hook` when the list looks up the only change
+/// description that is a key text.
 class HookedDictionary : public orncore::config::DictionarySource {
  public:
   explicit HookedDictionary(std::function<void()> hook) : hook_(std::move(hook)) {}
@@ -188,8 +188,9 @@ class HookedTable : public HookedFeatures {
   }
 };
 
-/// A service that replaces itself with the default service during its first query. No test owns it,
-/// so the library must keep it alive until that query returns.
+/// A feature service that replaces itself with the default service when it is first queried about a
+/// feature or the permission. No test owns it, so the library must keep it alive until that query
+/// returns.
 class SelfReplacingFeatures : public ornappsupport::feature::FeatureService {
  public:
   SelfReplacingFeatures() : features_(ornappsupport::feature::GetConstBetaFeatureMap()) {}

@@ -24,7 +24,8 @@ using test_support::InjectedFailure;
 
 using Bytes = std::vector<unsigned char>;
 
-// Under sanitizers, the tests use smaller data files, because sanitizers slow the tests down.
+// If g++ compiles the tests with AddressSanitizer or ThreadSanitizer, the data files are smaller,
+// because these sanitizers slow the tests down.
 #if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
 constexpr std::size_t kLarge = std::size_t{4} << 20;
 #else

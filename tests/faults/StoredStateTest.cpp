@@ -32,7 +32,7 @@ std::set<Guid> GuidsOf(std::string_view persistedList) {
   return guids;
 }
 
-/// A stored string that no setter would write, and the name of its test.
+/// A function that returns an unusual stored string, and the name of its test.
 struct StrangeText {
   std::string name;
   std::function<std::string()> make;

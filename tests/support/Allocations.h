@@ -1,7 +1,7 @@
 // Counts allocations, makes them fail, and checks every freed block. Tests use these functions to
 // check that code allocates nothing, or that a failed allocation loses no data. Linking
-// `test_allocations` replaces the allocation functions of a program. A program can have only one
-// replacement, so all tests share this one.
+// `test_allocations` replaces the operators `new` and `delete` of a program, except those for
+// over-aligned types. A program can have only one replacement, so all tests share this one.
 #ifndef TESTS_SUPPORT_ALLOCATIONS_H_
 #define TESTS_SUPPORT_ALLOCATIONS_H_
 
@@ -13,11 +13,11 @@ namespace test_support {
 /// installs its own allocator. In this case, no allocation is counted, and none is made to fail.
 bool AreAllocationsReplaced() noexcept;
 
-/// Returns the number of allocations that the calling thread has made. Under valgrind the result is
-/// 0, so tests can check only upper limits.
+/// Returns the number of allocations that the calling thread has attempted. Under valgrind the
+/// result is 0, so tests can check only upper limits.
 std::size_t AllocationsSoFar() noexcept;
 
-/// Calls `work` and returns the number of allocations that it makes on the calling thread.
+/// Calls `work` and returns the number of allocations that it attempts on the calling thread.
 template <class Work>
 std::size_t CountAllocations(Work work) {
   const std::size_t before = AllocationsSoFar();
@@ -27,8 +27,10 @@ std::size_t CountAllocations(Work work) {
 
 /// Returns the number of blocks that any thread has allocated and no thread has freed.
 ///
-/// The replacement functions abort the program if a block is freed twice, is freed with the wrong
-/// size, or was allocated by another allocator.
+/// The replacement functions abort the program if a block was allocated by another allocator, is
+/// freed with the wrong size, or is freed twice. Without AddressSanitizer, they may fail to detect
+/// the second `delete` if the block has more than 4096 bytes, or if 1024 small blocks were freed in
+/// between.
 std::ptrdiff_t LiveAllocations() noexcept;
 
 /// Selects how many allocations fail.
@@ -43,10 +45,11 @@ enum class FailureThreads {
   kAll,   ///< on all threads
 };
 
-/// Makes the n-th allocation after the construction of the object throw `std::bad_alloc`. If `n` is
-/// 0, no allocation fails. `extent` selects whether later allocations also fail, and `threads`
-/// selects the threads whose allocations count. The failures end when the object is destroyed. Only
-/// one object may exist at a time, and only one thread may use it.
+/// Makes the n-th allocation after the construction of the object fail: `new` throws
+/// `std::bad_alloc`, or returns null if it has the argument `std::nothrow`. If `n` is 0, no
+/// allocation fails. `extent` selects whether later allocations also fail, and `threads` selects
+/// the threads whose allocations count. The failures end when the object is destroyed. Only one
+/// object may exist at a time, and only one thread may use it.
 class AllocationFailure {
  public:
   AllocationFailure(std::size_t n, FailureExtent extent, FailureThreads threads) noexcept;

@@ -114,7 +114,7 @@ TEST_F(AllocationsDeathTest, FreeingABlockTwiceEndsTheProgram) {
       "freed twice|heap-use-after-free");
 }
 
-// Some compilers call the sized form of `delete` only if an option is set.
+// Some compilers, such as clang 14, declare the sized form of `delete` only if an option is set.
 #ifdef __cpp_sized_deallocation
 TEST_F(AllocationsDeathTest, FreeingABlockWithTheWrongSizeEndsTheProgram) {
   EXPECT_DEATH(::operator delete (::operator new(8), std::size_t{9}), "wrong size");

@@ -24,8 +24,8 @@ struct ProgramCall {
   bool isOnTerminal = false;
   /// The width of the terminal in characters.
   unsigned short columns = 80;
-  /// The input that a user types on the terminal. "\x04" represents Ctrl-D. REQUIRES: `input` is
-  /// empty.
+  /// The input that a user types on the terminal. "\x04" represents Ctrl-D. REQUIRES: unless it is
+  /// empty, `isOnTerminal` is true and `input` is empty.
   std::string typed = {};
   /// A function that the new process calls before it executes the program, for example to set
   /// resource limits. It must not allocate memory.
@@ -36,13 +36,14 @@ struct ProgramCall {
 struct ProgramResult {
   /// The exit status, or the negated signal number if a signal ended the program.
   int exitStatus = 0;
-  /// The bytes that the program wrote to standard output.
+  /// The bytes that the program wrote to standard output, without those that `ReadOutput` returned.
   std::string output;
   /// The bytes that the program wrote to standard error.
   std::string errors;
 };
 
-/// A running program. The destructor kills the program and waits for its end. Not thread-safe.
+/// A running program. The destructor kills the program, unless `Wait` has returned, and waits for
+/// its end. Not thread-safe.
 class ChildProcess {
  public:
   /// Starts the program at the path `program`. Throws `std::system_error` if a system call fails.
@@ -52,15 +53,17 @@ class ChildProcess {
   ChildProcess(const ChildProcess&) = delete;
   ChildProcess& operator=(const ChildProcess&) = delete;
 
-  /// Sends SIGKILL to the program and returns without waiting for its end.
+  /// Sends SIGKILL to the program and returns without waiting for its end. REQUIRES: `Wait` has not
+  /// been called.
   void Kill();
 
   /// Sends SIGINT to the program, as Ctrl+C does, and returns without waiting for its end.
+  /// REQUIRES: `Wait` has not been called.
   void Interrupt();
 
-  /// Waits until the program writes to its standard output, and returns the bytes that it has
-  /// written. Returns an empty string at the end of the output. `Wait` does not return these bytes
-  /// again.
+  /// Waits until the program writes to its standard output, and returns the available bytes.
+  /// Returns an empty string at the end of the output or if the read fails. `Wait` does not return
+  /// these bytes again.
   std::string ReadOutput();
 
   /// Closes the reading end of the program's standard output, like a pager that exits.

@@ -41,8 +41,9 @@ void ResetAllServices() {
 
 }  // namespace
 
-/// The state of all services. The installed services share its ownership, because a service that is
-/// being queried can outlive the `FakeHost`.
+/// Implements the client information and the feature service, and contains the results of the
+/// termination query and the logging query. The installed services share ownership, because a
+/// service that is being queried can outlive the `FakeHost`.
 class FakeHost::Services : public orncore::config::ClientInfo,
                            public ornappsupport::feature::FeatureService {
  public:

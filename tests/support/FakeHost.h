@@ -1,5 +1,4 @@
-// Provides a host for tests. It implements all services that the library queries, and tests can set
-// the results of each service.
+// Provides a host for tests. Tests can set the results of its services.
 #ifndef TESTS_SUPPORT_FAKEHOST_H_
 #define TESTS_SUPPORT_FAKEHOST_H_
 
@@ -27,9 +26,10 @@ struct FakeFeature {
   bool availableForUser = false;
 };
 
-/// Replaces the process-wide services with its own services while the object exists. The
-/// constructor and the destructor reset all services to their defaults. A new value applies from
-/// the next query. Only one object may exist at a time. Not thread-safe.
+/// Installs the services whose results its functions set. The constructor and the destructor reset
+/// all services to their defaults. A new value applies from the next query. If several objects
+/// exist, the library queries the one that was created last. The destructor of any of them resets
+/// the services. Not thread-safe.
 class FakeHost {
  public:
   FakeHost();
@@ -61,8 +61,8 @@ class FakeHost {
   /// is no entry.
   void SetDebugEntry(std::string_view key, std::string_view value);
   std::string DebugEntry(std::string_view key) const;
-  /// Set the debug switches that show the features that are off and the internal keys. These
-  /// switches affect only internal users.
+  /// Set the two debug switches. One shows the features that are off, and the other one shows the
+  /// internal keys. They affect only internal users.
   void ShowAllOffFeatures(bool show);
   void ShowAllUnlockCodes(bool show);
 

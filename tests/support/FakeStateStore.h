@@ -1,5 +1,5 @@
-// Provides a state store for tests. It stores strings by key, logs all setter calls, and can fail
-// on demand.
+// Provides a state store for tests. It stores strings by key, logs the successful setter calls, and
+// can fail on demand.
 #ifndef TESTS_SUPPORT_FAKESTATESTORE_H_
 #define TESTS_SUPPORT_FAKESTATESTORE_H_
 
@@ -44,7 +44,8 @@ class FakeStateStore {
   std::string Text(std::string_view key) const;
   const Texts& AllTexts() const { return texts_; }
 
-  /// Returns the log, which contains the successful setter calls in order.
+  /// Returns the log, which contains the successful setter calls since the last `TakeWrites`, in
+  /// order.
   const std::vector<Write>& Writes() const { return writes_; }
   /// Returns the log and clears it.
   std::vector<Write> TakeWrites() { return std::exchange(writes_, {}); }
@@ -53,8 +54,9 @@ class FakeStateStore {
   int GetterCalls() const { return getterCalls_; }
   int SetterCalls() const { return setterCalls_; }
 
-  /// Make the n-th of the following calls throw `InjectedFailure`. The calls after it succeed. If
-  /// `n` is 0, no call fails. A failed setter call changes neither the stored strings nor the log.
+  /// Make the n-th of the following getter or setter calls throw `InjectedFailure`. The calls after
+  /// it succeed. If `n` is 0, no call fails. A failed setter call changes neither the stored
+  /// strings nor the log.
   void FailGetterCall(int n) { getterFailsIn_ = n; }
   void FailSetterCall(int n) { setterFailsIn_ = n; }
 

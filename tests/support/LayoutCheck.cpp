@@ -26,8 +26,8 @@ using ornwhatsnew::TextRange;
 namespace {
 
 // A visible character with its style and link. `gap` is the white space before the character,
-// converted as in a layout. `isFirst` is true for the first character of a paragraph and for each
-// character of a bullet.
+// converted as in a layout. `isFirst` is used only for characters of a layout. It is true for the
+// first character of a paragraph and for each character of a bullet.
 struct Character {
   std::u16string units;
   std::optional<StyleID> style;
@@ -164,8 +164,8 @@ std::string FirstCharacterError(const PanelLayout& layout, const PanelOutcome& p
   return got.size() == expected.size() ? "" : "the number of visible characters";
 }
 
-// Returns a description of the first error in the ranges of a paragraph and its spans, or an empty
-// string.
+// Checks the ranges of a paragraph and its spans. Returns a description of the first error, or an
+// empty string if there is none.
 std::string FirstRangeError(const LayoutParagraph& paragraph, std::u16string_view text) {
   std::size_t end = paragraph.range.begin;
   for (const LayoutSpan& span : paragraph.spans) {
@@ -217,7 +217,8 @@ std::set<StyleID> StylesOf(ParagraphKind kind) {
   return {};
 }
 
-// Returns a description of the first error in the other members of a paragraph, or an empty string.
+// Checks a paragraph except for its ranges. Returns a description of the first error, or an empty
+// string if there is none.
 std::string FirstFieldError(const LayoutParagraph& paragraph, const PanelLayout& layout) {
   using enum ParagraphKind;
   const bool isOfPanel = paragraph.kind == kHeader || paragraph.kind == kNotice;
@@ -240,9 +241,9 @@ std::string FirstFieldError(const LayoutParagraph& paragraph, const PanelLayout&
   return {};
 }
 
-// Returns whether a paragraph of the kind `kind` can follow one of the kind `before` or the start
-// of the panel. A layout omits titles and headers without visible characters, so a change, for
-// example, can be the first paragraph.
+// Returns whether a paragraph of the kind `kind` can follow a paragraph of the kind `before`. If
+// `before` has no value, returns whether a panel can start with `kind`. A layout omits titles and
+// headers without visible characters, so a change, for example, can be the first paragraph.
 bool CanFollow(ParagraphKind kind, std::optional<ParagraphKind> before) {
   using enum ParagraphKind;
   if (kind == kHeader) return !before;

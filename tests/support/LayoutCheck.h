@@ -13,8 +13,9 @@
 
 namespace test_support {
 
-/// Returns a description of the first violation of a rule in `layout`, or an empty string. `panel`
-/// is the display of the same list with the same options and without a rating placeholder.
+/// Returns a description of the first violation of a rule in `layout`, or an empty string if there
+/// is none. `panel` is the result of a display of the same list with the same options and without a
+/// rating placeholder.
 ///
 /// Examples of the rules: The spans of a paragraph are in order, do not overlap, and together
 /// contain the whole paragraph. Each visible character of the text is in one paragraph, with the
@@ -24,8 +25,8 @@ std::string FirstLayoutError(const ornwhatsnew::PanelLayout& layout, const Panel
 
 /// Calls `PreviewLayout`, `CountNew`, `GetLayoutForDisplay` and `IsAnythingNew` of the list.
 /// Compares the results with `panel`, the result of a display with the same options and without a
-/// rating placeholder. Returns a description of the first error, or an empty string. `state` must
-/// be the store of the list; the function clears its log.
+/// rating placeholder. Returns a description of the first error, or an empty string if there is
+/// none. `state` must be the store of the list; the function clears its log.
 std::string FirstLayoutError(ornwhatsnew::FeatureListData& list, FakeStateStore& state,
                              unsigned options, const PanelOutcome& panel);
 

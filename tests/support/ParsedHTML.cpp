@@ -25,7 +25,8 @@ bool IsOneOf(std::string_view name, std::initializer_list<std::string_view> name
   return std::ranges::find(names, name) != names.end();
 }
 
-/// Removes the first character or character reference from `rest` and returns its text.
+/// Removes the first byte or character reference from `rest` and returns the text that it
+/// represents. Throws `std::runtime_error` if the byte must be escaped in HTML.
 std::string ReadText(std::string_view& rest) {
   for (const auto& [reference, character] : kReferences) {
     if (!rest.starts_with(reference)) continue;

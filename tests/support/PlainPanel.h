@@ -10,12 +10,12 @@
 // The plain implementation computes the position of each style run from the complete text so far.
 // It splits rows and fields with Boost's tokenizer, and changes the key order one key at a time.
 //
-// The two implementations share some code: the `Guid` class, the types of style runs and options,
-// and the host's services. These services are the client information, the feature table, the panel
-// links, the localizer and its markup, the debug database, usage logging, and the query whether the
-// host terminates. A bug in shared code affects both implementations equally, so only unit tests
-// can find it. The plain implementation calls ICU, Boost's tokenizer and the reference
-// implementation of the hash directly.
+// The two implementations share some code: the `Guid` class, the types of style runs, and the
+// host's services. These services are the client information, the feature table, the
+// internal-features permission, the panel links, the localizer and its markup, the debug database,
+// usage logging, and the query whether the host terminates. A bug in shared code affects both
+// implementations equally, so only unit tests can find it. The plain implementation calls ICU,
+// Boost's tokenizer and the reference implementation of the hash directly.
 #ifndef TESTS_SUPPORT_PLAINPANEL_H_
 #define TESTS_SUPPORT_PLAINPANEL_H_
 
@@ -66,8 +66,8 @@ std::ostream& operator<<(std::ostream& stream, const PanelOutcome& outcome);
 PanelOutcome FormatWithLibrary(ornwhatsnew::FeatureListData& list, FakeStateStore& state,
                                unsigned options, const std::u16string& ratingPlaceholder);
 
-/// Whether a display shows an item, and which changes of the item pass the rules for changes. A
-/// display shows none of them if it does not show the item.
+/// Whether a display shows an item, and which changes of the item pass the rules for changes. If
+/// the display does not show the item, it shows none of its changes.
 struct PlainVisibility {
   bool isItemShown = false;
   std::vector<bool> areChangesShown;
@@ -75,8 +75,8 @@ struct PlainVisibility {
   friend bool operator==(const PlainVisibility&, const PlainVisibility&) = default;
 };
 
-/// Returns the visibility of each item of the list in a display with these options, by key. An item
-/// or a change counts as shown if no rule hides it.
+/// Calls `ExplainVisibility` with these options, and returns by key which items and changes a
+/// display would show. An item or a change counts as shown if no rule hides it.
 std::map<std::string, PlainVisibility> ExplainedVisibilities(
     const ornwhatsnew::FeatureListData& list, unsigned options);
 
@@ -106,7 +106,7 @@ class PlainPanel {
   PanelOutcome Format(unsigned options, std::u16string_view ratingPlaceholder);
   /// Returns whether a display with these options would show an item.
   bool IsAnythingNew(unsigned options) const;
-  /// Returns the visibility of each item in a display with these options, by key.
+  /// Returns by key which items and changes a display with these options would show.
   std::map<std::string, PlainVisibility> Visibilities(unsigned options) const;
   /// Stores the rated identity of an item in the state. Ignores sections and unknown keys.
   void MarkItemHasBeenRated(const std::string& key);

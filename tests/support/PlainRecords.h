@@ -81,7 +81,8 @@ struct PlainItem {
 /// Returns true if usage logging is off and the user is not an internal user. Such a user cannot
 /// rate features.
 bool PlainAnalyticsDisabled();
-/// Returns whether the user is internal and the debug switch makes the list show disabled features.
+/// Returns whether the user is an internal user and the debug switch shows the features that are
+/// off.
 bool PlainShowsAllOffFeatures();
 
 /// Return copies of a change and an item of the library.

@@ -25,7 +25,7 @@ class RandomWorld {
 
   /// Returns a random data file.
   std::string DataFile();
-  /// Returns a random rating placeholder, which is empty in at least half of the calls.
+  /// Returns a random rating placeholder. On average, more than half of the placeholders are empty.
   std::u16string Placeholder();
   /// Returns a random key, which can be the key of an item.
   std::string Key();

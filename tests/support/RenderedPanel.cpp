@@ -18,8 +18,8 @@ using ornwhatsnew::PanelLayout;
 using ornwhatsnew::ParagraphKind;
 
 /// Returns the characters of a UTF-8 string that HTML and Markdown must show. Omits white space,
-/// because browsers and parsers change it. Omits or replaces the characters that the renderers omit
-/// or replace with U+FFFD.
+/// because browsers and parsers change it. Like the renderers, omits direction controls and U+FEFF,
+/// and replaces other control characters, noncharacters and U+2029 with U+FFFD.
 std::string VisibleCharacters(std::string_view utf8) {
   const std::u16string text = PlainUTF8to16(utf8);
   std::u16string visible;
@@ -43,14 +43,14 @@ std::string VisibleCharacters(std::string_view utf8) {
   return PlainUTF16to8(visible);
 }
 
-/// Replaces unpaired surrogates before it omits characters. Otherwise, two surrogates would form a
-/// pair if the characters between them were omitted.
+/// Converts `text` to UTF-8 first, which replaces unpaired surrogates. Otherwise, two surrogates
+/// would form a pair if the characters between them were omitted.
 std::string VisibleCharacters(std::u16string_view text) {
   return VisibleCharacters(PlainUTF16to8(text));
 }
 
-/// Returns the HTML element of a paragraph. `titleLevel` is the heading level of titles. A header
-/// has the level above it.
+/// Returns the `RenderedBlock::element` of a paragraph. Titles are headings of the level
+/// `titleLevel`, and a header is one level above them.
 std::string ElementOf(ParagraphKind kind, int titleLevel) {
   switch (kind) {
     case ParagraphKind::kHeader:
@@ -70,8 +70,9 @@ bool IsEmpty(const RenderedBlock& block) {
   return block.text.empty() && block.links.empty();
 }
 
-/// Returns whether the renderers must print the target of a link after the text of its span,
-/// because the link is not safe.
+/// Returns whether the renderers must print the target of a link after `text`, the text of `span`.
+/// This is the case if `span` has a link and the style `kStyleHotSpot`, and the link is neither
+/// safe nor equal to `text`.
 bool HasPrintedTarget(const LayoutSpan& span, std::u16string_view text) {
   return span.style == ornwhatsnew::kStyleHotSpot && !span.link.empty() && span.link != text &&
          !orncore::string::IsSafeLink(span.link);
@@ -99,8 +100,8 @@ RenderedBlock ExpectedBlock(const PanelLayout& layout, const LayoutParagraph& pa
   return block;
 }
 
-/// Returns whether `text` equals `expected`, in which each "<TARGET>" represents any
-/// printed target.
+/// Returns whether `text` equals `expected`, in which each "<TARGET>" represents any printed
+/// target: a string in angle brackets.
 bool MatchesTargets(std::string_view text, std::string_view expected) {
   constexpr std::string_view kTarget = "<TARGET>";
   const std::size_t target = expected.find(kTarget);
@@ -119,9 +120,9 @@ std::string Describe(const RenderedBlock& block) {
   return stream.str();
 }
 
-/// Returns a description of the first ASCII letter or digit that the plain text does not contain in
-/// the same order as the layout. Ignores all other characters, because `SafeForTerminal` can change
-/// them.
+/// Checks that the plain text contains the ASCII letters and digits of the layout in the same
+/// order. Returns an error message, or an empty string if there is no error. Ignores all other
+/// characters, because `SafeForTerminal` can change them.
 std::string FirstPlainTextError(const PanelLayout& layout) {
   const std::string plain = ornwhatsnew::RenderPlainText(layout);
   std::size_t position = 0;

@@ -23,23 +23,25 @@ struct RenderedBlock {
   friend bool operator==(const RenderedBlock&, const RenderedBlock&) = default;
 };
 
-/// Returns the blocks of a fragment that `RenderHTML` returned. Accepts only the elements,
-/// attributes and character references that the fragment may contain. Throws `std::runtime_error`
-/// if it finds another one, if the elements are not balanced, or if two elements have the same id.
+/// Returns the blocks of a fragment that `RenderHTML` returned. Throws `std::runtime_error` for an
+/// unknown, misplaced or unclosed element, an unexpected attribute, an unescaped character, text
+/// outside a block, an unsafe link, or a duplicate id.
 std::vector<RenderedBlock> ParseHTML(std::string_view fragment);
 
-/// Returns the blocks of a text that `RenderMarkdown` returned. Parses the text with libcmark.
+/// Returns the blocks of a string that `RenderMarkdown` returned. Parses the string with libcmark.
 /// Throws `std::runtime_error` if it finds an element that `RenderMarkdown` must not write.
 std::vector<RenderedBlock> ParseMarkdown(std::string_view text);
 
 /// Compares `blocks` with the paragraphs of `layout`: their elements, visible characters and links.
 /// `headingLevel` is the level of the panel's heading. Ignores paragraphs that have neither visible
-/// characters nor links. Returns a description of the first difference, or an empty string.
+/// characters nor links. Returns a description of the first difference, or an empty string if there
+/// is none.
 std::string FirstDifference(const std::vector<RenderedBlock>& blocks,
                             const ornwhatsnew::PanelLayout& layout, int headingLevel = 2);
 
 /// Renders `layout` in HTML, Markdown and plain text, and compares the results with `layout`.
-/// Returns a description of the first difference or syntax error, or an empty string.
+/// Returns a description of the first difference or syntax error, or an empty string if there is
+/// none.
 std::string FirstRenderingError(const ornwhatsnew::PanelLayout& layout);
 
 }  // namespace test_support

@@ -6,8 +6,8 @@
 
 namespace test_support {
 
-/// The keys of the templates of a panel, and the key of the title of one section. The inputs of
-/// fuzzers contain indexes into this list, so add new keys only at the end.
+/// The keys of the panel's templates, and the key of one section title. The inputs of fuzzers
+/// contain indexes into this list, so add new keys only at the end.
 inline constexpr std::array kTemplateKeys = {
     "$$$/ornwhatsnew/Feature/Item/Unlock/TarsaOnly",
     "$$$/ornwhatsnew/Feature/Item/Unlock/Off",

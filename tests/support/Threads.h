@@ -1,4 +1,5 @@
-// Runs the code of a test on several threads at the same time. ThreadSanitizer reports data races.
+// Runs the code of a test on several threads at the same time, so that ThreadSanitizer can detect
+// data races.
 #ifndef TESTS_SUPPORT_THREADS_H_
 #define TESTS_SUPPORT_THREADS_H_
 

@@ -395,8 +395,9 @@ TEST_F(InitializerRegistrarTest, RunsEachFunctionOnceForRegistrationsOnSeveralTh
   EXPECT_EQ(shutDown, kThreads * kRegistrations);
 }
 
-// Other threads change the same contexts, so the two functions may run or not. If the initialise
-// function runs, the shutdown function must run before the initialise function runs again.
+// Several threads change the same contexts, so the functions of a registration may run several
+// times or never. After each initialisation, the shutdown function must run before the next
+// initialisation, and at the latest when the registration is destroyed.
 TEST_F(InitializerRegistrarTest, AlternatesTheFunctionsWhileSeveralThreadsChangeContexts) {
   std::vector<std::jthread> threads;
   for (int thread = 0; thread < 4; ++thread) {

@@ -264,7 +264,8 @@ TEST(Conversion, ReplacesAnUnpairedSurrogate) {
 }
 
 TEST(Conversion, MatchesThePlainDecoderForAllShortSequences) {
-  // The first and last byte of each range in the standard's table, and their neighbours.
+  // The first and last byte of each range in the standard's table, an ASCII letter, and bytes that
+  // occur in no well-formed sequence.
   constexpr std::array<unsigned, 26> kBytes = {0x00, 0x41, 0x7F, 0x80, 0x8F, 0x90, 0x9F, 0xA0, 0xBF,
                                                0xC0, 0xC1, 0xC2, 0xDF, 0xE0, 0xE1, 0xEC, 0xED, 0xEE,
                                                0xEF, 0xF0, 0xF1, 0xF3, 0xF4, 0xF5, 0xF8, 0xFF};

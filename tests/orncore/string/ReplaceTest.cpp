@@ -16,8 +16,9 @@ using namespace std::string_literals;
 
 constexpr std::uint32_t kSeed = 20251120;
 
-// Returns the expected result of `ReplaceInString`. At each position of `text`, replaces the first
-// pattern that matches there. If no pattern matches, copies one UTF-16 unit.
+// Returns the expected result of `ReplaceInString`: at each position of `text`, replaces the first
+// of the patterns that matches there. Ignores empty patterns. If no pattern matches, copies one
+// UTF-16 code unit.
 std::u16string PlainReplacing(std::u16string_view text, std::span<const Replacement> replacements) {
   std::u16string out;
   while (!text.empty()) {

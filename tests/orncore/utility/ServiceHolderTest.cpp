@@ -52,8 +52,8 @@ struct LogsServiceWhenDestroyed {
 TEST(ServiceHolderDeathTest, StaticDestructorsMayUseTheService) {
   EXPECT_EXIT(
       {
-        // The holder is constructed after this object. A destructor of the holder would therefore
-        // run before the destructor of this object.
+        // The holder is constructed after `logger`, so a destructor of the holder would run before
+        // the destructor of `logger`.
         static LogsServiceWhenDestroyed logger;
         static ServiceHolder<std::string> holder;
         logger.holder = &holder;
