@@ -1,5 +1,6 @@
 // Tests that queries that hosts make often, and functions that run for every row, allocate no
-// memory. Tests that loading and displaying allocate in proportion to the number of changes.
+// memory. Tests that loading a list, and creating its text or layout, allocate at most a fixed
+// number of times for each change.
 #include <string>
 
 #include <gtest/gtest.h>
@@ -99,8 +100,9 @@ TEST_F(ListAllocation, IsAnythingNeedingRatingDoesNotAllocate) {
   EXPECT_FALSE(needed);
 }
 
-// Counts the allocations for a small and a large file. The tests also limit the difference, because
-// a low count for the small file could otherwise hide growth that is faster than linear.
+// Counts the allocations for a small and a large file. The tests limit the count for the small file
+// and the difference of the counts. A limit for each count alone could hide growth that is faster
+// than linear.
 class LargeListAllocation : public ListAllocation {
  protected:
   static constexpr int kFewRows = 1'000;

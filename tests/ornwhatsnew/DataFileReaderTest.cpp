@@ -322,8 +322,8 @@ TEST(DataFileReader, ReturnsValuesByColumn) {
   EXPECT_EQ(row->Value(DataColumn::kDescription), "9");
 }
 
-// Compares the offsets in random rows with those of a simple scan, in which a field begins after
-// each comma outside quotes.
+// Compares the offsets of the fields in random rows with those of a simple scan. In the scan, a
+// field begins at the start of the row and after each comma outside quotes.
 TEST(DataFileReader, OffsetsMatchACharacterByCharacterScan) {
   RandomSource random(kSeed);
   for (int i = 0; i < 3000; ++i) {

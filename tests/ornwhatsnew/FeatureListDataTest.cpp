@@ -56,8 +56,8 @@ TEST_F(FeatureList, UsesTheGivenCallbacks) {
   EXPECT_EQ(host_.DebugEntry(kLastVersionKey), "debug");
 }
 
-// Loads and displays a list with these callbacks. Expects that the list uses the debug database as
-// its state store and calls neither callback.
+// Loads and displays a list with the callbacks `getter` and `setter`. Expects that the list uses
+// the debug database as its state store and calls neither callback.
 void ExpectStateInDebugDatabase(test_support::FakeHost& host, StateGetter getter,
                                 StateSetter setter) {
   host.SetDebugEntry(kLastVersionKey, "24.0.0.1");
@@ -159,8 +159,8 @@ TEST_F(FeatureList, DestructorReleasesTheItems) {
   EXPECT_TRUE(item.expired());
 }
 
-// A list with an empty entry. `BubbleUnlockedItemsToTheTop` creates such an entry for each key
-// without an item, and all other operations skip it.
+// A list with an empty entry in its items. `BubbleUnlockedItemsToTheTop` adds an empty entry for
+// each ordered key without an item. All other operations ignore empty entries.
 class EmptyEntry : public FeatureList {
  protected:
   EmptyEntry() {

@@ -25,7 +25,7 @@ namespace {
 using test_support::DataFile;
 using testing::ElementsAre;
 
-// A feature service that appends the name of each query to `log`.
+// A feature service that appends each query to `log`, except queries for the feature table.
 class LoggingFeatures : public ornappsupport::feature::FeatureService {
  public:
   explicit LoggingFeatures(std::vector<std::string>& log) : log_(log) {}
@@ -158,7 +158,8 @@ TEST_F(HostQueries, OfALayoutHaveTheOrderOfTheDisplay) {
   list.GetFormattedTextForDisplay(kRatingView, u"", runs, std::make_shared<RatingMap>());
   std::vector<std::string> ofRatingView = std::exchange(log, {});
   EXPECT_EQ(list.GetLayoutForDisplay(kRatingView).ratingRequests.size(), 2U);
-  // `GetLayoutForDisplay` also looks up each rating request that is a key text.
+  // Unlike `GetFormattedTextForDisplay`, `GetLayoutForDisplay` looks up each rating request that is
+  // a key text.
   ofRatingView.emplace_back("text question");
   EXPECT_EQ(log, ofRatingView);
 }

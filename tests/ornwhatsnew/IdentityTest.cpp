@@ -1,5 +1,5 @@
-// Tests that identities never change, because users' state stores contain them. Each expected value
-// is a literal or a hash that the plain implementation computes.
+// Tests on which fields each identity depends. Identities must never change, because users' state
+// stores contain them. Expected hashes are literals or results of the plain implementation.
 #include <memory>
 #include <string>
 
@@ -175,7 +175,7 @@ TEST(Identity, KeysWithTheSameConcatenationGiveTheSameIdentity) {
 }
 
 // Users' state stores contain identities from every release. Each release must therefore compute
-// these literals.
+// the same identities.
 TEST(Identity, StoredIdentitiesNeverChange) {
   const auto item = MakeItem({"EPIC-7", "export", "Export", "Exports files"}, {kFullRow});
   EXPECT_EQ(Seen({}).AsUTF8String(), "38f2e02d-6114-bd02-08f4-00fbcaf073d5");

@@ -74,7 +74,7 @@ TEST(LinkTarget, ShowsTheHostOfALinkWithAnotherScheme) {
 
 TEST(LinkTarget, IsCutBetweenEscapes) {
   const std::string spaces(100, ' ');
-  // With one of these words, a cut that ignored escapes would be after the first byte of an escape.
+  // With one of the words, a cut that ignored escapes would be after the first byte of an escape.
   // With another word, it would be after the second byte.
   for (const std::string word : {"", "a", "ab"}) {
     EXPECT_THAT(

@@ -60,7 +60,7 @@ TEST(MarkdownRenderer, EscapesInlineSyntax) {
             RenderNotice(u"a - b + c = 1. d! (v1.2) 50 % 'x' \"y\""));
 }
 
-// GitHub turns URLs in a text into links, unless they contain escapes.
+// GitHub converts URLs to links even without link syntax, unless they contain escapes.
 TEST(MarkdownRenderer, AURLInATextIsNoLink) {
   EXPECT_EQ("http:/\\/x www\\.x\n", RenderNotice(u"http://x www.x"));
   EXPECT_EQ("http:/\\/x\n", RenderNotice(u"http:\u202E/\uFEFF/x"));

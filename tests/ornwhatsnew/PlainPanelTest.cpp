@@ -77,7 +77,9 @@ class Pair {
         << "options " << options;
   }
 
-  // An item or a change must have a hiding rule if and only if it is hidden.
+  // Expects that the library finds a hiding rule for an item or a change if and only if the plain
+  // implementation hides it. Expects that `CountNew` counts the shown items and their shown
+  // changes.
   void ExpectExplained(unsigned options) {
     const auto visibilities = ExplainedVisibilities(list_, options);
     EXPECT_TRUE(visibilities == plain_.Visibilities(options)) << "options " << options;

@@ -41,8 +41,8 @@ class RatingRecord : public test_support::FakeHostTest {
     FeatureListData list(file.Text(), host_.Getter(), host_.Setter());
     return Format(list, options);
   }
-  // Displays a list with `rows` and returns the rating record of the feature. Assigns each row to
-  // the feature and sets its description to "Text".
+  // Assigns each row to the feature and sets the description of the row to "Text". Displays a list
+  // with `rows` and returns the rating record of the feature.
   std::shared_ptr<FeatureListItem> Record(std::vector<ChangeRow> rows = {}) {
     for (ChangeRow& row : rows) {
       row.groupingID = "EPIC-7";

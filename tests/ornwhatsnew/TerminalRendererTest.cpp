@@ -100,8 +100,8 @@ TEST(TerminalRenderer, LineEndsInAParagraphKeepTheHangingIndent) {
   EXPECT_EQ("   \u2022  one\n\n      two\n", RenderChange(u"one\u2028 \u2028\u2028two"));
 }
 
-// If each line after a long bullet had an indent of the bullet's width, the size of the result
-// could grow quadratically with the size of the layout.
+// The indent of the lines after a long bullet is limited. Otherwise the size of the result could
+// grow quadratically with the size of the layout.
 TEST(TerminalRenderer, ALongBulletDoesNotIndentEachLineByItsWidth) {
   LayoutBuilder builder;
   builder.Begin(kChange).Span(u"one\u2028two");

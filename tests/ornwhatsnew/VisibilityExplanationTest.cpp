@@ -170,8 +170,8 @@ TEST_F(VisibilityExplanation, RatedFeatureCanAlsoBeNewAndWithoutShownChanges) {
   list_->MarkItemHasBeenRated("EPIC-1");
   EXPECT_THAT(RulesOfItem("EPIC-1", kRatingView | kFilterHeadlinesOnly),
               ElementsAre(HidingRule::kRated, HidingRule::kNoShownChange));
-  // The rated identity depends only on the rating request. The feature therefore remains rated if
-  // the text of its change is edited.
+  // The rated identity does not depend on the text of a change. The feature therefore remains rated
+  // if this text is edited.
   ChangeRow edited = rated;
   edited.description = "Another text";
   Load({edited});

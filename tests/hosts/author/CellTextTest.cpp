@@ -27,7 +27,7 @@ TEST(CellText, ReplacesQuotesAccordingToTheirNeighbours) {
       {R"(")", "”"},
       {R"(a " b)", "a ” b"},
       {"\"\xE2\x82\xAC\"", "“€”"},
-      // Arabic digits count as digits.
+      // Arabic-Indic digits count as digits, too.
       {"\xD9\xA5\"", "٥″"},
   };
   for (const auto& testCase : cases) {

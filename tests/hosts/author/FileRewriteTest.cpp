@@ -72,7 +72,7 @@ TEST_F(FileRewrite, RefusesWhatItMustNotReplace) {
 
 using FileRewriteDeathTest = FileRewrite;
 
-// The signal kills the program when it writes its temporary file.
+// The write to the temporary file exceeds the file size limit of 0, so SIGXFSZ kills the program.
 TEST_F(FileRewriteDeathTest, IgnoresTheTemporaryFileOfAKilledProgram) {
   folder_.Write("data.csv", "old");
   const auto write = [this] {
@@ -110,8 +110,8 @@ TEST_F(FileRewrite, CreatesNoFileToChange) {
   EXPECT_EQ(0U, CountFiles());
 }
 
-// If `WriteWholeFile` did not lock the file, `ChangeWholeFile` would fail, because another thread
-// would replace the file during the change.
+// If `WriteWholeFile` did not lock the file, it could replace the file during the change, and
+// `ChangeWholeFile` would then fail.
 TEST_F(FileRewrite, WritersWaitForEachOther) {
   constexpr int kWrites = 15;
   folder_.Write("data.csv", "old");

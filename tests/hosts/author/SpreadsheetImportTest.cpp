@@ -238,7 +238,7 @@ std::string RandomEncoding(RandomSource& random, const std::string& text) {
   return bytes;
 }
 
-/// Returns the texts of the section MISC of a list that has loaded `dataFile`.
+/// Loads `dataFile` into a list. Returns the descriptions of the changes in the section MISC.
 std::vector<std::string> TextsInList(const std::string& dataFile) {
   const ornwhatsnew::FeatureListData list(
       dataFile, [](const std::string&) { return std::string(); },

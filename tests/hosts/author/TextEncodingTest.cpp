@@ -41,7 +41,7 @@ TEST(TextEncoding, UsesTheNamedEncoding) {
   EXPECT_EQ("MÃ¼", DecodeText("M\xC3\xBC", "windows-1252").text);
   EXPECT_EQ("ü", DecodeText("\x81", "IBM850").text);
   EXPECT_EQ("as --encoding requires", DecodeText("", "UTF-8").reason);
-  // The byte order mark is omitted even if the caller names the encoding.
+  // The decoded text does not contain the byte order mark, even if the caller names the encoding.
   EXPECT_EQ("M", DecodeText("\xFF\xFEM\0"sv, "UTF-16LE").text);
   EXPECT_EQ("M", DecodeText("\xFE\xFF\0M"sv, "UTF-16").text);
 }

@@ -18,7 +18,7 @@ inline std::pair<std::string, std::string> Properties(std::string_view charset =
   return {"", "Content-Type: text/plain; charset=" + std::string(charset) + "\n"};
 }
 
-/// Returns the source text of an entry with a context.
+/// Returns the source text of an entry for `text` with the context `context`.
 inline std::string InContext(std::string_view context, std::string_view text) {
   return std::string(context) + '\4' + std::string(text);
 }

@@ -99,8 +99,8 @@ bool FailingDisk::MustFail(std::string_view function) {
 
 }  // namespace hosts::common
 
-// The following functions have the signatures of functions of the C library. They therefore replace
-// those functions in the whole test program.
+// The following functions have the names and signatures of functions of the C library. The linker
+// therefore uses them instead of the C library's functions in the whole test program.
 // NOLINTBEGIN(readability-identifier-naming, readability-inconsistent-declaration-parameter-name)
 using hosts::common::CallOf;
 using hosts::common::Check;

@@ -1,6 +1,6 @@
-// Simulates a disk that fails. This test program replaces the functions of the C library that
-// change files. The replacements record each call and then call the operating system, unless the
-// call must fail.
+// Simulates a disk that fails. FailingDisk.cpp replaces the functions of the C library that change
+// files. While a `FailingDisk` exists, it decides for each call whether the replacement fails. Any
+// other call is recorded and passed to the operating system.
 #ifndef TESTS_HOSTS_COMMON_FAILINGDISK_H_
 #define TESTS_HOSTS_COMMON_FAILINGDISK_H_
 
@@ -57,18 +57,19 @@ class FailingDisk {
   /// name of the locked file. The calls that `action` makes do not call it again.
   void RunBefore(std::string call, std::function<void()> action);
 
-  /// Runs the action that was passed to `RunBefore` if it was passed for `call`.
+  /// Runs the action that was passed to `RunBefore`, if `call` is the call that was passed with it.
   void RunActionBefore(const std::string& call);
 
-  /// Decides whether the call of `function` for the file `path` fails. Returns the error number
-  /// with which it must fail, or 0 if it must succeed. Records the call if it does not fail.
+  /// First runs the action of `RunBefore` if it is for this call. Returns the error number with
+  /// which the call of `function` for the file `path` must fail, or 0 if it must succeed. Records
+  /// the call if it does not fail.
   int ErrorOf(std::string_view function, const std::string& path);
 
  private:
   bool MustFail(std::string_view function);
 
   std::vector<std::string> calls_;
-  // The number of the first call that fails. If it is 0, no call fails.
+  // The number of the first affected call that fails. If it is 0, no call fails.
   int firstFailure_ = 0;
   int affectedCalls_ = 0;
   int failures_ = 0;

@@ -14,7 +14,7 @@
 namespace hosts::common {
 namespace {
 
-/// A pipe. The end for reading does not block.
+/// A pipe. Its read end is non-blocking.
 class Pipe {
  public:
   Pipe() {
@@ -40,7 +40,7 @@ class Pipe {
 std::atomic<int> signals = 0;
 std::atomic<int> writeEnd = -1;
 
-/// Makes the pipe readable at the third signal. The signals before it only interrupt the wait.
+/// Makes the pipe readable at the third signal. The first two signals only interrupt the wait.
 extern "C" void WriteAtThirdSignal(int) {
   if (++signals == 3) static_cast<void>(::write(writeEnd, "x", 1) == 1);
 }
@@ -74,7 +74,7 @@ TEST(FileDescriptor, ReadsToTheEndOfTheInput) {
   EXPECT_EQ("", ReadToEnd(pipe.Input(), 10, "the pipe"));
 }
 
-// The pipe stays open, so a further read would wait without end.
+// The write end stays open, so a further read would wait forever.
 TEST(FileDescriptor, StopsReadingIfTheInputIsTooLong) {
   const Pipe pipe;
   pipe.Write("some bytes");

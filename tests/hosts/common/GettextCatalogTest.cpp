@@ -74,7 +74,8 @@ TEST(GettextCatalog, RefusesFilesThatAreNoCatalog) {
 TEST(GettextCatalog, RefusesStringsThatOverlap) {
   const std::string longText(200, 'x');
   std::string bytes = CatalogBytes({Properties(), {"a", longText}, {"b", ""}, {"c", ""}});
-  // Let all translations refer to the long one. The table of translations begins at offset 60.
+  // Let the translations of b and c refer to the long string. The table of translations begins at
+  // offset 60.
   bytes.replace(76, 16, bytes.substr(68, 8) + bytes.substr(68, 8));
   EXPECT_THAT(ErrorOf(bytes), HasSubstr("overlap"));
 }

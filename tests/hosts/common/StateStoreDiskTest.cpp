@@ -1,7 +1,8 @@
-// Tests the store on a disk that fails. The test repeats each kind of write and makes another
-// system call fail each time, until every call that changes a file has failed. After each failure,
-// the store must contain every write that succeeded and none that failed. The next write must
-// succeed. Further tests check when a write syncs the files.
+// Tests the store on a disk that fails. The test repeats each kind of write, and makes another
+// system call fail each time, until every call that the fault affects has failed. After each
+// failure, the store must contain the new state if the file was replaced, and otherwise the old
+// state. The next write must succeed. Further tests check when a write syncs the files, and what
+// the error messages name.
 #include <algorithm>
 #include <filesystem>
 #include <iostream>
@@ -118,8 +119,8 @@ class StateStoreDiskTest : public testing::TestWithParam<Case> {
 
   std::filesystem::path FileBefore() const { return folder_.Path() / "before.json"; }
 
-  /// Recreates the state folder with the store as it is before the tested write. Returns the path
-  /// of the store. If the tested write creates the store, the folder does not exist.
+  /// Deletes the state folder. Unless the tested write creates the store, recreates the folder with
+  /// the store as it is before the write. Returns the path of the store.
   std::filesystem::path NewStore() const {
     const std::filesystem::path folder = folder_.Path() / "tested";
     std::filesystem::remove_all(folder);
@@ -186,7 +187,7 @@ TEST_P(StateStoreDiskTest, KeepsTheStateIfAnyCallFails) {
   int n = 1;
   while (TestFailureOf(n) && !HasFailure()) ++n;
   std::cout << failedCalls_ << " calls failed in turn\n";
-  // A write has at least six calls. It creates the lock file and the temporary file, writes the
+  // A write makes at least six calls. It creates the lock file and the temporary file, writes the
   // temporary file, syncs it, renames it, and syncs the folder.
   EXPECT_GE(failedCalls_, 6);
 }

@@ -1,6 +1,6 @@
 // Tests files that are not state stores, stores that cannot be read or written, and stores that
-// another program has locked. The store rejects each of them with a message that gives advice, and
-// no data is lost.
+// another program has locked. An operation that fails must report a message with advice, and must
+// not lose data.
 #include <chrono>
 #include <csignal>
 #include <cstdint>
@@ -132,7 +132,7 @@ TEST_F(StateStoreFaultTest, RejectsATruncatedStore) {
 }
 
 TEST_F(StateStoreFaultTest, RejectsAnEmptyFile) {
-  // The program never leaves an empty store, so an empty file has another purpose.
+  // The program never stores the state as an empty file, so an empty file has another purpose.
   folder_.Write("state.json", "");
   ExpectRejected("': the file is empty; ",
                  "; delete it if you do not need it, or name another one with --state");
@@ -378,7 +378,7 @@ TEST_F(StateStoreFaultTest, FailsIfItsLockFileIsReplaced) {
 }
 
 TEST_F(StateStoreFaultTest, TheUserNeedNotBeAbleToReadTheFoldersAboveTheStore) {
-  // Users can enter /home, but often cannot read it.
+  // Users can traverse /home, but often cannot read it.
   std::filesystem::create_directories(folder_.Path() / "home" / "own");
   std::filesystem::permissions(folder_.Path() / "home" / "own", std::filesystem::perms{0777});
   std::filesystem::permissions(folder_.Path() / "home", std::filesystem::perms{0711});

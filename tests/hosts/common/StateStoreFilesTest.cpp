@@ -1,6 +1,6 @@
-// Tests the store at paths with links, and next to files of every kind that have the names of its
-// auxiliary files. Tests forged stores, and temporary files that a power failure or a killed
-// program has left. Further tests check the modes and owners of the files and folders.
+// Tests the store at paths with links. Tests it with files of every kind at the paths of its lock
+// file and its temporary file. Tests forged stores, and temporary files that a power failure or a
+// killed program has left. Further tests check the modes and owners of the files and folders.
 #include <array>
 #include <chrono>
 #include <filesystem>
@@ -132,8 +132,8 @@ TEST_F(StateStoreLinks, AHardLinkToTheStoreKeepsTheOldContent) {
   EXPECT_EQ("old", StoredValue(folder_.Path() / "backup.json"));
 }
 
-/// Creates a file of one kind at `path`. `victim` is a regular file that the new file can be a link
-/// to or a copy of.
+/// Creates a file of one kind at `path`. Some kinds are a link to the regular file `victim`, or a
+/// copy of it.
 using MakeFile = void (*)(const fs::path& path, const fs::path& victim);
 
 struct FileKind {
@@ -156,8 +156,8 @@ void MakeSocket(const fs::path& path, const fs::path&) {
 }
 
 void MakeDevice(const fs::path& path, const fs::path& victim) {
-  // Create a device with the device number of /dev/full. Only root can do this, so create a FIFO
-  // for other users.
+  // Create a device with the device number of /dev/full. Usually only root can do this, so create a
+  // FIFO if it fails.
   if (::mknod(path.c_str(), S_IFCHR | 0600, makedev(1, 7)) != 0) MakePipe(path, victim);
 }
 

@@ -1,6 +1,7 @@
-// Kills writer processes at random times. Each pass of a writer is one commit. It adds one element
-// to the list of identities and to the list of versions, and sets the last version. After each
-// kill, the store must open. It must contain only complete passes, and every committed pass.
+// Kills writer processes at random times. Each pass of a writer is one commit. A pass adds one
+// element to the list of identities and to the list of versions, and sets the last version. After
+// each round of kills, the store must open. It must contain only complete passes, and every
+// acknowledged pass. A further test checks that concurrent writers lose nothing.
 //
 // The environment variable ORNWHATSNEW_TEST_KILLS sets the number of kills. `./dev kills` sets a
 // high number.
@@ -104,9 +105,9 @@ int LastPass(const std::vector<std::string_view>& elements, int writer) {
   return last;
 }
 
-/// Returns the random time after which the writers are killed. A quarter of the times are at most 2
-/// ms, so that some kills happen before the first pass is complete. Most other kills happen during
-/// later passes.
+/// Returns a random time after which the writers are killed. In a quarter of the calls, it is below
+/// 2 ms, so that some kills happen before the first pass is complete. In the other calls, it is
+/// below 50 ms.
 std::chrono::microseconds TimeToKill(std::mt19937& random) {
   const bool isEarly = random() % 4 == 0;
   return std::chrono::microseconds(random() % (isEarly ? 2'000 : 50'000));

@@ -23,7 +23,7 @@ class StateStoreTest : public testing::Test {
  protected:
   std::filesystem::path File() const { return folder_.Path() / "deep" / "state.json"; }
 
-  /// Opens the store again and returns the value of `key`.
+  /// Reads the file into a new `StateStore` and returns the value of `key`.
   std::string StoredValue(std::string_view key) const { return StateStore(File()).Get(key); }
 
   void WriteValue(std::string_view key, std::string_view value) const {
@@ -234,7 +234,8 @@ TEST(StateStoreLocation, RejectsAnEmptyPath) {
                   "':memory:' to store nothing"));
 }
 
-/// Sets or removes an environment variable for one test.
+/// Sets an environment variable, or removes it if the value is null. The destructor restores the
+/// variable.
 class EnvironmentVariable {
  public:
   EnvironmentVariable(const char* name, const char* value) : name_(name) {

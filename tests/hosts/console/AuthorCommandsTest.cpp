@@ -1,4 +1,5 @@
-// Tests the commands for authors of data files: `import` and `add`.
+// Tests the commands `import` and `add`. Further tests check that the commands for authors reject
+// files that are too large.
 #include <algorithm>
 #include <cstddef>
 #include <filesystem>
@@ -225,7 +226,7 @@ TEST_F(AuthorCommands, AddPrintsTheWarningsOnTheNewRowOnly) {
   EXPECT_THAT(result.errors, HasSubstr("whats new.csv: error: "));
 }
 
-// `lint` finds that the file has no Changes-Since row.
+// `lint` would report that the data file has no Changes-Since row.
 TEST_F(AuthorCommands, AddOfTheFirstChangePrintsNoFindingOnTheFile) {
   WriteData("");
   EXPECT_EQ("", OutputOf({"add", "{data}", "--grouping-id", "MISC", "--app-version", "25.1",

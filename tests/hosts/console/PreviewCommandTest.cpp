@@ -42,15 +42,16 @@ class PreviewCommand : public ProgramTest {
     return {"preview", "{data}", "{host}", "-o", PageFile()};
   }
 
-  /// Writes a catalog that translates the text of `$$$/News` as `text`, and returns its path.
+  /// Writes a catalog in which `text` is the translation of `$$$/News`. Returns the path of the
+  /// catalog.
   std::filesystem::path WriteCatalog(const std::string& text) const {
     return folder_.Write(
         "de.mo", common::CatalogBytes(
                      {common::Properties(), {common::InContext("$$$/News", "News"), text}}));
   }
 
-  /// Writes a host description with the catalog de.mo, and a data file with the key text
-  /// `$$$/News=News`.
+  /// Writes a host description that names the catalog de.mo, and a data file with the key text
+  /// `$$$/News=News`. Does not write the catalog.
   void UseCatalog() const {
     folder_.Write("host.json", R"({"clientVersion": "25.1", "dictionaryFiles": ["de.mo"]})");
     WriteData("25.1,MISC,,,,,,,,$$$/News=News\n");
@@ -67,8 +68,8 @@ class PreviewCommand : public ProgramTest {
     return names;
   }
 
-  /// Starts the program with `--watch`. `interrupt` is its handler for SIGINT. Redirects its
-  /// standard error to the file `ErrorFile()`.
+  /// Starts the program with `--watch`. `interrupt` is its initial disposition of SIGINT: SIG_DFL
+  /// or SIG_IGN. Redirects its standard error to the file `ErrorFile()`.
   std::unique_ptr<ChildProcess> StartWatching(sighandler_t interrupt = SIG_DFL) const {
     std::vector<std::string> words = Words();
     words.emplace_back("--watch");
@@ -156,7 +157,7 @@ TEST_F(PreviewCommand, DoesNotReplaceFilesThatItsInputRefersTo) {
   }
 }
 
-// `lint` and the next preview could not read it.
+// `lint` and the next preview would fail, because they would read the page as their configuration.
 TEST_F(PreviewCommand, DoesNotCreateAConfigurationOfLint) {
   const std::string file = folder_.Path() / ".ornwhatsnew-lint.json";
   const ProgramResult result = Run({"preview", "{data}", "{host}", "-o", file});

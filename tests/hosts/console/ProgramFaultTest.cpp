@@ -1,6 +1,6 @@
-// Tests input that the program cannot use and output that it cannot write. The error message must
-// contain the name of the file, and the exit status must show the kind of error. The program must
-// not lose stored state.
+// Tests input that the program cannot use and output that it cannot write. An error message must
+// name the cause, such as the file, and the exit status must show the kind of error. The program
+// must not lose stored state. Further tests read files with unusual names.
 #include <chrono>
 #include <filesystem>
 #include <string>
@@ -60,7 +60,7 @@ class ProgramFaultTest : public ProgramTest {
   }
 
   /// Runs the program with /dev/full as standard output, where every write fails as on a full disk.
-  /// Returns the error message.
+  /// Expects the exit status 6 and returns the error message.
   std::string ErrorsOnFullOutput(const std::vector<std::string>& words) const {
     std::vector<std::string> line = {"-c", "exec \"$@\" > /dev/full", "sh", ProgramFile()};
     line.insert(line.end(), words.begin(), words.end());

@@ -37,8 +37,8 @@ constexpr uid_t kNobody = 65534;
 
 class ProgramFileFaultTest : public ProgramTest {
  protected:
-  /// Returns command lines with `file` as the data file. The next two functions return command
-  /// lines with `file` as the host description and as the state store.
+  /// Returns command lines with `file` as a data file. The next two functions return command lines
+  /// with `file` as the host description and as the state store.
   static std::vector<std::vector<std::string>> CommandsWithData(const std::string& file) {
     return {{"show", file, "{host}"},
             {"status", file, "{host}"},
@@ -79,8 +79,8 @@ class ProgramFileFaultTest : public ProgramTest {
     }
   }
 
-  /// Runs ValidateWhatsNew with `file` and returns its output. Expects success, because the command
-  /// always succeeds.
+  /// Runs ValidateWhatsNew with `file`, without privileges if `asNobody` is true. Returns its
+  /// output. Expects success, because the command succeeds even if it cannot read the file.
   std::string Validate(const std::string& file, bool asNobody = false) const {
     ProgramCall call = Call({"console", "ValidateWhatsNew " + file});
     if (asNobody) call.beforeStart = BecomeNobody;
@@ -95,7 +95,7 @@ class ProgramFileFaultTest : public ProgramTest {
                  HasSubstr("with result: " + std::to_string(-error)));
   }
 
-  /// Changes to a user without privileges, because file permissions do not apply to root.
+  /// Gives up the privileges of root, because file permissions do not apply to root.
   static void BecomeNobody() {
     const bool isDone = ::getuid() != 0 || (::setgid(kNobody) == 0 && ::setuid(kNobody) == 0);
     if (!isDone) ::_exit(99);
@@ -244,8 +244,8 @@ class ChangingFileTest : public ProgramFileFaultTest {
     file_ = folder_.Write("changing.csv", text_);
   }
 
-  /// Expects that `panel` shows the first changes of the file, in order, and no other changes. The
-  /// last shown change may be incomplete. Sets `count` to the number of shown changes.
+  /// Expects that `panel` shows the first elements of `changes_`, in order, and no other elements.
+  /// The last shown change may be incomplete. Sets `count` to the number of shown changes.
   void ExpectPanelOfAPrefix(const std::string& panel, std::size_t& count) const {
     constexpr std::string_view kBeginning = "\u2022  Change ";
     count = 0;
@@ -261,9 +261,9 @@ class ChangingFileTest : public ProgramFileFaultTest {
     }
   }
 
-  /// Runs `show`, `status` and ValidateWhatsNew while the file changes. Expects that each run of
-  /// `show` prints the panel of a prefix of the file, or fails with a message that contains the
-  /// file name. Expects that at least one run of `show` prints a change.
+  /// Runs `show`, `status` and ValidateWhatsNew while the file changes. Expects that `show` prints
+  /// only panels of prefixes of the file, and that at least one of them contains a change. `show`
+  /// and `status` may fail with a message that contains the file name.
   void ExpectReadOrRejected() const {
     std::size_t mostChanges = 0;
     for (int round = 0; round < 10 || (mostChanges == 0 && round < 1000); ++round) {

@@ -1,6 +1,7 @@
 // Runs several programs at the same time with one store, and kills them at random times. After each
 // round, the store must open. For each program, the store must contain either all of the state that
 // the program stores or none of it. It must contain the state of every program that ended normally.
+// A further test kills no program.
 //
 // The environment variable ORNWHATSNEW_TEST_KILLS sets the number of kills. `./dev kills` sets a
 // high number.
@@ -161,7 +162,8 @@ class ProgramKillTest : public ProgramTest {
   }
 
   /// Expects that the store contains all identities of each edition whose version it contains. It
-  /// may also contain the identity of the rating, but nothing else.
+  /// may contain the identity of the rating, but no other identities. Expects that the last version
+  /// is one of the stored versions, or empty if there are none.
   void ExpectCompletePasses(const StateStore& store) const {
     const Elements seen = ElementsOf(store, common::kAllSeenItemsKey);
     const Elements versions = ElementsOf(store, common::kAllVersionsSeenKey);

@@ -16,8 +16,8 @@ using nlohmann::json;
 using test_support::RandomSource;
 using Words = std::vector<std::string>;
 
-// Returns the number of random hosts. `./dev robustness` sets ORNWHATSNEW_TEST_WORLDS to a higher
-// number.
+// Returns the number of random hosts: the value of ORNWHATSNEW_TEST_WORLDS, or 50 if it is not set.
+// `./dev robustness` sets this variable.
 int WorldCount() {
   const char* const count = std::getenv("ORNWHATSNEW_TEST_WORLDS");
   return count == nullptr ? 50 : std::stoi(count);

@@ -36,7 +36,8 @@ expect() {
 }
 
 # expect_all_of SECTION WORD...
-# Checks that the completions of the last word are exactly the names in a section of the program's help.
+# Checks that the completions of the last word are exactly the names in SECTION of the --help output. The
+# other words select the command.
 expect_all_of() {
   local section=$1 wanted
   shift

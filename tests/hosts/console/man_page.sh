@@ -14,7 +14,8 @@ complain() {
 }
 
 # compare WHAT HELP-NAMES PAGE-NAMES
-# Checks that the two lists have the same names, one on each line. WHAT describes the names.
+# Checks that the two lists have the same names, one on each line, and that HELP-NAMES is not empty. WHAT
+# describes the names.
 compare() {
   local difference
   [[ -n $2 ]] || complain "the help has no $1"
@@ -30,7 +31,7 @@ names_of_help() {
     sed -En 's/^  (-[a-z],)?([A-Za-z-]+( [A-Z]+)?) {2,}[^ ].*/\2/p'
 }
 
-# Prints the lines of a section of the page.
+# Prints the lines of the section $1 of the man page.
 section() { sed -n "/^\.Sh $1$/,/^\.Sh /p" "$page"; }
 
 # Prints the arguments and the long options, with their values, in the synopsis that begins with the line
@@ -55,9 +56,9 @@ commands() {
   done
 }
 
-# Checks that the synopsis in the man page and the output of --help have the same options and arguments. $1
-# is the first line of the synopsis. The other arguments name the command. Appends the options of the
-# command to $options.
+# Checks that the synopsis in the man page and the output of --help have the same options and arguments,
+# apart from --help and --version. $1 is the first line of the synopsis. The other arguments name the
+# command. Appends the options of the command to $options.
 compare_synopsis() {
   local line=$1 names
   shift

@@ -1,5 +1,6 @@
-// Runs the program `ornwhatsnew-panel` without a display. WindowObserver.cpp prints what its window
-// shows and closes the window.
+// Runs the program `ornwhatsnew-panel` without a display. WindowObserver.cpp is a part of the
+// tested program. It prints the content of the window, rates a feature if the window shows ratings,
+// and closes the window.
 #include <filesystem>
 #include <sstream>
 #include <string>
@@ -49,8 +50,8 @@ class PanelProgramTest : public console::ProgramTest {
     return result.output;
   }
 
-  /// Expects that the panel and `ornwhatsnew show` fail with the exit status `status` and the same
-  /// message.
+  /// Expects that the panel and `ornwhatsnew show` fail with the exit status `status`, and with the
+  /// same message after the name of the program.
   void ExpectSameError(int status, const std::vector<std::string>& words) const {
     std::vector<std::string> showWords = words;
     showWords.insert(showWords.begin(), "show");

@@ -1,6 +1,6 @@
-// Runs in the program `ornwhatsnew-panel` of the tests. Prints what the window shows to standard
-// output, with its error message if there is one. Rates the first feature if the window shows
-// ratings, and closes the window.
+// This file is a part of the program that PanelProgramTest.cpp runs. It prints the title, the error
+// message and the panel to standard output. If the window shows ratings instead of the panel, it
+// rates the first feature. It then closes the window.
 #include <cstdio>
 
 #include <QtCore/QCoreApplication>

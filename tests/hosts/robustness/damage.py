@@ -17,10 +17,10 @@ SHORT_TOKENS = (b'"', b"{", b"}", b"[", b"]", b",", b":", b"\\", b"\\u0000", b"\
 TOKENS = (*SHORT_TOKENS, b"9" * 400, b"[" * 100_000, b'{"a":' * 10_000, b"\n" * 5_000,
           b"A" * 1_000_000)
 
-# A sparse file of this size takes no disk space.
+# The size of a huge store in bytes. The file is sparse, so it takes little disk space.
 HUGE = 1 << 40
 
-# Suffixes that programs add to the name of a file to name auxiliary files.
+# Suffixes of auxiliary files, such as backups. Programs append them to the name of the main file.
 ENDINGS = ("", ".lock", ".tmp", ".new", ".bak", "~", "-journal", "-wal", "-shm", ".0", ".swp")
 
 

@@ -123,8 +123,8 @@ class Target:
         result = self._run("-e", f"inject={name}:signal=SIGKILL:when={number}")
         require(result.status == -9, "the command was not killed", result)
         state = self._state_after(result)
-        # `show` prints its panel before it stores the state. The other commands report what they
-        # stored.
+        # `show` prints its panel before it stores the state. `rate` and `state reset` report their changes
+        # after they have stored them.
         if result.output and self._scenario.words is not self._program.show:
             require(state == self._new, "a reported change is lost", result)
         return self._name_of(state)

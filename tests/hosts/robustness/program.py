@@ -23,7 +23,7 @@ STRACE_TIME = 2.0
 # this, the program fails.
 LARGEST_MEMORY = 1 << 30
 
-# Exit statuses of the program. `ornwhatsnew --help` lists them.
+# Some exit statuses of the program. `ornwhatsnew --help` lists all of them.
 DONE = 0
 UNUSABLE_STORE = 4
 UNWRITABLE_OUTPUT = 6
@@ -167,7 +167,7 @@ class Program:
         try:
             return process.communicate(timeout=max(0, deadline - time.monotonic()))
         except subprocess.TimeoutExpired as error:
-            # Kill the whole group. If only strace ended, the program would continue.
+            # Kill the process group. If only strace ended, the program would continue.
             os.killpg(process.pid, signal.SIGKILL)
             process.communicate()
             raise Broken(f"{name} did not end in time") from error

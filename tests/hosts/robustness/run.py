@@ -34,7 +34,8 @@ from program import Program, require
 
 ROOT = Path(__file__).resolve().parents[3]
 
-# The number of checks of each part, if `--every` is 1.
+# The number of rounds or random inputs of these parts, if `--every` is 1. The parts `errors` and `kills`
+# run checks for each system call instead.
 COUNTS = {"concurrent": 500, "stores": 1000, "files": 1000, "worlds": 700}
 PARTS = ("errors", "kills", "concurrent", "stores", "files", "worlds")
 
@@ -121,7 +122,7 @@ class Run:
               f"{parts}", flush=True)
 
 
-# Maps control characters to escapes, for `str.translate`.
+# Maps control characters, except newlines, to escapes, for `str.translate`.
 ESCAPES = {code: f"\\x{code:02x}" for code in (*range(10), *range(11, 32), *range(127, 160))}
 
 

@@ -11,7 +11,8 @@ class PanelLinksTest : public testing::Test {
  protected:
   ~PanelLinksTest() override { SetPanelLinks({}); }
 
-  // Expects that the host can set all members of `links`.
+  // Expects that `links` are valid, that the host can set them, and that `GetPanelLinks` then
+  // returns the same three links.
   static void ExpectAccepted(const PanelLinks& links) {
     EXPECT_TRUE(AreValid(links));
     EXPECT_TRUE(SetPanelLinks(links));

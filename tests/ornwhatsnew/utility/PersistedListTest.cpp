@@ -113,8 +113,8 @@ INSTANTIATE_TEST_SUITE_P(
                     // After the writer's read, another program has reset the store. The elements
                     // that the writer read are not added again, regardless of their order.
                     MergeCase{"", "a b", "a b c", "c"}, MergeCase{"", "b a", "c b a", "c"},
-                    // Lists with duplicate elements and extra spaces are accepted, although the
-                    // library does not write them.
+                    // Unsorted lists, and lists with duplicate elements or extra spaces, are
+                    // accepted, although the library does not write them.
                     MergeCase{"b b  a", "", "a  c", "a b c"},
                     MergeCase{"2.0 10.0", "", "1.0", "1.0 10.0 2.0"}));
 

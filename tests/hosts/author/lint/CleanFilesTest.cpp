@@ -9,8 +9,7 @@
 namespace hosts::author {
 namespace {
 
-/// Returns the findings in a file of the folder `clean`, with the host description of the same
-/// name.
+/// Returns the report on clean/NAME.csv with the host description clean/NAME.json.
 LintReport ReportOn(const std::string& name) {
   const LintHost host = InstallLintHost(TestFile("clean/" + name + ".json").native());
   LintReport report =

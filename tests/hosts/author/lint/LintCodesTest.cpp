@@ -68,8 +68,8 @@ LintReport ReportOn(const std::string& code) {
     report.Append(
         CompareWithBaseline("data.csv", text, "old.csv", common::ReadTextFile(old), &installed));
   }
-  // Report this finding only for its own code. The data files of the other codes do not contain a
-  // change for each feature.
+  // Omit the code `feature-without-change` in the tests of other codes, because their data files do
+  // not contain a change for each feature.
   if (code != "feature-without-change") {
     ApplySeverities(report, {{LintCode::kFeatureWithoutChange, Severity::kOff}});
   }
@@ -79,7 +79,8 @@ LintReport ReportOn(const std::string& code) {
 
 class LintCodesTest : public testing::TestWithParam<LintCodeInfo> {};
 
-/// For each code, CODE.csv contains mistakes and CODE.expected lists all findings in CODE.csv.
+/// For each code, CODE.expected lists the findings in CODE.csv. If they exist, CODE.host.json is
+/// the host description and CODE.old.csv is the baseline.
 TEST_P(LintCodesTest, DataFileHasExactlyTheExpectedFindings) {
   const std::string code(GetParam().name);
   const LintReport report = ReportOn(code);

@@ -110,7 +110,8 @@ TEST(LintRules, DoesNotExplainARowWithVeryManyFields) {
               testing::EndsWith("its change is lost; write a row with ten fields"));
 }
 
-// If the library compared the inherited grouping ID for each row, this test would take minutes.
+// If the reader compared the inherited grouping ID with `Changes-Since` for each row, this test
+// would take minutes.
 TEST(LintRules, ReadsManyShortRowsAfterALongGroupingID) {
   std::string text = kHeaderRows + "4.3,";
   for (int i = 0; i < 500'000; ++i) text += "\u00E9";

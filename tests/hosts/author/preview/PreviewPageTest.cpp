@@ -1,5 +1,5 @@
 // Parses pages of `ornwhatsnew preview` and compares them with the panels that the library shows to
-// the same users.
+// the same users. Further tests check the findings and the links of a page.
 #include "hosts/author/preview/PreviewPage.h"
 
 #include <algorithm>
@@ -38,8 +38,8 @@ constexpr std::string_view kHeader =
     "App Version,Grouping ID,Jira ID,Salience,Rating,First Version,Platform,URL,Commit,Message\n"
     "4.2,Changes-Since\n";
 
-// These rows are lines 3 to 10 of the data file. Line 5 is relevant only to users of versions from
-// 4.1 up to, but not including, 4.3.
+// These rows are lines 3 to 10 of the data file. Line 5 is relevant only to users who ran a version
+// from 4.1 up to, but not including, 4.3.
 constexpr std::string_view kRows =
     "4.3,MAP-7,,,RequestRating,,,,,Zooms with the wheel\n"
     "4.3,MAP-7,,,RequestRating,,Win,,,Opens on Windows only\n"
@@ -120,7 +120,8 @@ std::vector<std::string> LinksIn(const std::string& html) {
   return links;
 }
 
-/// A user with a state. Displays panels with the library only, without the code under test.
+/// A user whose state persists between displays. Creates panels with the library only, without the
+/// code under test.
 class LibraryUser {
  public:
   explicit LibraryUser(common::HostDescription host) : host_(std::move(host)) {}
@@ -310,7 +311,7 @@ TEST(PreviewPage, ConfigurationOfLintApplies) {
   EXPECT_THROW(PreviewPage(input), common::JsonError);
 }
 
-/// Returns the names of the tags and of their attributes in `page`.
+/// Returns the names of all tags and attributes in `page`.
 std::set<std::string> TagsOf(const std::string& page) {
   std::set<std::string> tags;
   for (std::size_t at = page.find('<'); at != page.npos; at = page.find('<', at + 1)) {

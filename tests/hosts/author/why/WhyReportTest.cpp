@@ -140,7 +140,8 @@ TEST_F(WhyReportTest, SaysThatARangeOfVersionsIsInvalid) {
             "not shown: '4.3.0.1' is not before '4.3.0.0', so no version is affected\n");
 }
 
-// The library combines the components of a version into one number of 64 bits.
+// The library combines the components of a version into one signed 64-bit number, which can
+// overflow.
 TEST_F(WhyReportTest, SaysThatAVersionHasTooManyComponents) {
   const auto explain = [this](const std::string& added) {
     Load(added + ",MAP-7,,,,9.0.0.0.0.0.0,,,,Zooms\n");
@@ -296,7 +297,8 @@ TEST_F(WhyReportTest, SaysWhatARowIsThatContainsNoChange) {
   }
 }
 
-/// Returns the reason in the message of the `OptionError` that `explain` throws.
+/// Returns the reason in the message of the `OptionError` that `explain` throws, or "no error" if
+/// it throws none.
 template <class Explain>
 std::string ErrorOf(const Explain& explain) {
   try {
