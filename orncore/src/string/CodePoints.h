@@ -3,6 +3,7 @@
 #define ORNCORE_SRC_STRING_CODEPOINTS_H_
 
 #include <cstddef>
+#include <cstdint>
 #include <string_view>
 
 #include <unicode/utf16.h>
@@ -40,7 +41,9 @@ inline UChar32 NextCodePoint(std::u16string_view text, std::size_t& position) no
 /// Writes `codePoint` as UTF-8 to `text` at `position`, and advances `position` past it. `text`
 /// must have space for `U8_LENGTH(codePoint)` bytes.
 inline void WriteCodePoint(UChar32 codePoint, char* text, std::size_t& position) noexcept {
-  U8_APPEND_UNSAFE(text, position, codePoint);
+  // The fuzzers reject the implicit conversion of the macro's unsigned bytes to `char`.
+  auto* const bytes = reinterpret_cast<std::uint8_t*>(text);
+  U8_APPEND_UNSAFE(bytes, position, codePoint);
 }
 
 #pragma GCC diagnostic pop
