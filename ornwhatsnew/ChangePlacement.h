@@ -22,8 +22,9 @@ namespace ornwhatsnew {
 class ChangeMaker {
  public:
   /// Returns a change with the current values of `row`. Converts the columns with
-  /// `DataColumnInfo::isLowerCased` to lower case. The change is not unmatched, and its URL is not
-  /// a duplicate. `row` can be of any kind. The change does not refer to `row`.
+  /// `DataColumnInfo::isLowerCased` to lower case. `HasDuplicateURL` and
+  /// `DetailInternalCouldNotMatchBetaFeature` of the change return false. `row` can be of any kind.
+  /// The change does not refer to `row`.
   ORN_EXPORT std::shared_ptr<FeatureListDetail> Make(const DataRow& row);
 
  private:
@@ -35,14 +36,14 @@ struct ChangePlacement {
   /// The item to which the change belongs. The map of items owns the item. If the change belongs to
   /// a section that is missing, the pointer is null, and the list drops the change.
   FeatureListItem* item = nullptr;
-  /// True if the IDs of the change match no item. Internal users then see a note in the panel. An
-  /// unmatched change belongs to the section INTERNAL, or to UNREVIEWED if it is unreviewed.
+  /// True if neither ID of the change matches an item. Internal users then see a note in the panel.
+  /// An unmatched change belongs to the section INTERNAL, or to UNREVIEWED if it is unreviewed.
   bool unmatched = false;
 };
 
 /// Returns the item in `items` to which `change` belongs, and whether `change` is unmatched. `row`
 /// is the row of `change`. Its current values contain the grouping ID and the story ID. The first
-/// rule that applies decides:
+/// rule that applies determines the item:
 ///
 /// 1. A change with the salience "Unreviewed" belongs to the section UNREVIEWED, regardless of its
 ///    IDs.
@@ -51,7 +52,9 @@ struct ChangePlacement {
 /// 3. If the story ID is the key of an item, the change belongs to that item. Keys are compared
 ///    byte for byte.
 /// 4. If the grouping ID is the key of an item, the change belongs to that item.
-/// 5. Any other change is unmatched and belongs to the section INTERNAL.
+/// 5. Any other change belongs to the section INTERNAL.
+///
+/// A change is unmatched if none of the rules 2 to 4 finds an item, even if rule 1 applies.
 ///
 /// A null entry of `items` counts as missing. The function does not change `items`, and can be
 /// called from any thread while no thread changes `items`.

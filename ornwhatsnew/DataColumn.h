@@ -50,12 +50,12 @@ constexpr std::size_t ColumnIndex(DataColumn column) {
 
 /// The header of a column, and how a change stores the field in this column.
 struct DataColumnInfo {
-  /// The header that authors write in the first row. The reader ignores it.
+  /// The text of this column in the header row of a data file. The reader ignores this text.
   std::string_view header;
   /// The key for `FeatureListDetail::GetField`.
   std::string_view fieldKey;
-  /// Whether `FeatureListData` converts the field to lower case. `DataFileReader` does not change
-  /// the letter case of the field.
+  /// Whether `ChangeMaker`, and therefore the list, converts the field to lower case.
+  /// `DataFileReader` does not change the letter case of the field.
   bool isLowerCased;
 };
 

@@ -6,8 +6,9 @@
 //     }
 //
 // Every line feed ends a row, even inside quotes. A comma outside quotes ends a field. A double
-// quote starts or ends quoting and is removed. There is no escape character, and spaces are kept.
+// quote starts or ends quoting and is removed. There is no escape character. Spaces are unchanged.
 // The reader removes carriage returns from every field and replaces ill-formed UTF-8 with U+FFFD.
+// It removes a byte order mark from the first field of the header row.
 #ifndef ORNWHATSNEW_DATAFILEREADER_H_
 #define ORNWHATSNEW_DATAFILEREADER_H_
 
@@ -51,7 +52,7 @@ enum class DataRowSkipReason {
   kNoGroupingID,
 };
 
-/// One row of a data file. All views are valid until the reader reads the next row.
+/// One row of a data file. All views are valid until the reader reads the next row or is destroyed.
 struct DataRow {
   /// The kind of the row, which determines how a list uses the row.
   DataRowKind kind = DataRowKind::kSkipped;
@@ -63,9 +64,9 @@ struct DataRow {
   std::string_view text;
   /// The number of fields, which can be greater than ten. A blank row has no fields.
   std::size_t fieldCount = 0;
-  /// The ten current values, indexed by `ColumnIndex`, without quotes and carriage returns. A row
-  /// with fewer than ten fields inherits the missing values from the previous row, even if that row
-  /// was skipped.
+  /// The ten current values, indexed by `ColumnIndex`. They are well-formed UTF-8 without quotes
+  /// and carriage returns. A row with fewer than ten fields inherits the missing values from the
+  /// previous row, even if that row was skipped.
   std::array<std::string_view, kDataColumnCount> values{};
 
   /// Returns the current value of a column.

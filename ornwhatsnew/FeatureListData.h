@@ -1,4 +1,4 @@
-// Defines the list. It contains the items in display order, the state of the user, and the
+// Defines the list. It contains the items, their key order, the state of the user, and the
 // callbacks through which the host persists that state.
 #ifndef ORNWHATSNEW_FEATURELISTDATA_H_
 #define ORNWHATSNEW_FEATURELISTDATA_H_
@@ -40,8 +40,8 @@ namespace ornwhatsnew {
 ///
 /// Exceptions from callbacks, services and allocations propagate to the caller. If an exception
 /// occurs before the first call of the setter, the list is unchanged, unless the comment of the
-/// method says otherwise. After every exception, the list is usable, and the same call can be
-/// repeated.
+/// method says otherwise. After every exception, the list is usable. Each call except
+/// `ParseWhatsNewData` can be repeated.
 class ORN_EXPORT FeatureListData {
  public:
   /// Creates a list without items and with an empty state. Reads the full version from the host.
@@ -63,22 +63,23 @@ class ORN_EXPORT FeatureListData {
   FeatureListData& operator=(const FeatureListData&) = delete;
 
   /// Rebuilds the list from the persisted state, the host's beta features and `dataText` (UTF-8).
-  /// Builds the new content first and then replaces the old content in one step. Until then,
-  /// callbacks and services see the old content. If `dataText` does not set a changes-since
+  /// Builds the new content first and then replaces the old content in one step. Until then, the
+  /// getter and the services see the old content. If `dataText` does not set a changes-since
   /// version, the list keeps its previous one.
   void InitWithData(const UTF8String& dataText);
 
   /// Parses `dataText` (UTF-8) and adds its changes to the existing items. Sets the changes-since
   /// version if `dataText` contains one. Moves the keys of the features that received changes to
-  /// the end, and then the key "UNREVIEWED". Inserts this key if it is missing. Skips the rows that
-  /// `DataFileReader` reports as skipped. No input is an error. If an allocation fails, the changes
-  /// added so far remain. Call `InitWithData` to start over.
+  /// the end, and the key "UNREVIEWED" after them. Inserts the key "UNREVIEWED" if it is missing.
+  /// Skips the rows that `DataFileReader` reports as skipped. No input is an error. If an
+  /// allocation fails, the changes added so far remain, and a second call would add them again.
+  /// Call `InitWithData` to start over.
   void ParseWhatsNewData(const UTF8String& dataText);
 
   /// Adds an item for each of the host's beta features, unless the items already have an entry for
   /// its key. Moves the keys of these features to the front, sorted by the UTF-8 bytes of the
   /// unlocalised feature names. Then adds the missing sections at the end. After an exception, the
-  /// items added so far remain.
+  /// items and keys added so far remain.
   void ParseBetaFeatures();
 
   /// Moves the key "UNREVIEWED" to the front, and the keys of the unlocked features directly after
@@ -100,13 +101,13 @@ class ORN_EXPORT FeatureListData {
   /// reference is valid until the list is destroyed, and a reload does not invalidate it.
   const FeatureMap& GetFeatureItems() const;
 
-  /// Returns the keys in display order. A key can have no item, and a key can occur several times.
-  /// The reference is valid until the list is destroyed, and a reload does not invalidate it.
+  /// Returns the keys in key order, which is the order in which a panel shows the items. A key can
+  /// have no item, and a key can occur several times. The reference is valid until the list is
+  /// destroyed, and a reload does not invalidate it.
   const std::list<std::string>& GetOrderedFeatureKeys() const;
 
-  /// Returns whether the data file was found, and the numbers of its changes and skipped rows.
-  /// These values describe the data file that the constructor or `InitWithData` loaded last.
-  /// `ParseWhatsNewData` does not change the values.
+  /// Returns a summary of the data file that the constructor or `InitWithData` loaded last.
+  /// `ParseWhatsNewData` does not change the summary.
   DataFileSummary GetDataFileSummary() const;
 
   /// Returns the display text for `text` (UTF-8). Localises a key text through the `Localizer`, and
@@ -115,12 +116,13 @@ class ORN_EXPORT FeatureListData {
 
   /// Replaces the state with the three persisted values from the getter, and calls
   /// `BubbleUnlockedItemsToTheTop`. Items and changes that were shown count as seen only if the
-  /// getter returns their identities. After an exception, the state is unchanged.
+  /// getter returns their identities. After an exception, the state is unchanged, but entries that
+  /// `BubbleUnlockedItemsToTheTop` added remain.
   void RefreshInternalSeenState();
 
   /// Returns the identities to persist, as a persisted list. It contains the identities from the
-  /// last read of the state, and those of the items and changes that were shown or rated since
-  /// then. Does not call the callbacks.
+  /// last read of the state, and those that displays, `MarkAllSeen` and `MarkItemHasBeenRated`
+  /// added since then. Does not call the callbacks.
   UTF8String GetNewSeenState() const;
 
   /// Returns whether a display with these options would show any item. An item that was displayed
@@ -133,8 +135,8 @@ class ORN_EXPORT FeatureListData {
   NewCount CountNew(const DisplayOptions& options) const;
 
   /// Returns which rules hide each item and each change from a display with these options. The
-  /// items are in display order and include the shown ones. The pointers in the result are valid
-  /// until the items of the list change.
+  /// items are in key order and include the shown ones. The pointers in the result are valid until
+  /// the items of the list change.
   ///
   /// Does not change the state and does not call the setter. Unlike a display, it checks all rules
   /// for an item that one rule already hides, and makes the host queries of these rules.
@@ -157,9 +159,9 @@ class ORN_EXPORT FeatureListData {
   /// unspecified.
   ///
   /// At the end, adds the identities of the shown items and changes to the state. In the rating
-  /// view, adds only the identities of the items. Then passes the three persisted values to the
-  /// setter, even if nothing was shown. Makes no other call to the host between these three calls,
-  /// so a host can store the values in one transaction.
+  /// view, adds only the identities of the items. Then calls the setter once for each of the three
+  /// persisted values, even if nothing was shown. Makes no other call to the host between the three
+  /// setter calls, so a host can store the values in one transaction.
   UTF16String GetFormattedTextForDisplay(const DisplayOptions& options,
                                          const UTF16String& ratingPlaceholder, StyleRunMap& runs,
                                          std::shared_ptr<RatingMap> ratingItems);
@@ -167,10 +169,9 @@ class ORN_EXPORT FeatureListData {
   /// Returns the layout of the panel for these options. Updates the state and calls the setter like
   /// `GetFormattedTextForDisplay`.
   ///
-  /// Makes the same calls to the host as `GetFormattedTextForDisplay`, in the same order. In the
-  /// rating view, these are the calls that it makes if `ratingItems` is not null. Otherwise, they
-  /// are the calls that it makes if `ratingItems` is null. In addition, looks up the translation of
-  /// each custom question that is a key text.
+  /// Makes the same calls to the host, in the same order, as `GetFormattedTextForDisplay` without
+  /// `ratingItems`. In the rating view, makes the same calls as `GetFormattedTextForDisplay` with
+  /// `ratingItems`, and also looks up the translation of each custom question that is a key text.
   ///
   /// After a call of `RefreshInternalSeenState`, a layout with `kShowOnlyNew` contains no change
   /// that was shown and stored before. A view should therefore keep the layout that it shows.
@@ -184,9 +185,9 @@ class ORN_EXPORT FeatureListData {
   /// feature that is not available to the user does not count as seen, so it is new when it
   /// becomes available.
   ///
-  /// Call this function for a user who starts the application for the first time, and then
-  /// `RefreshInternalSeenState`. Until the second call, `IsAnythingNew` and `CountNew` still report
-  /// everything as new.
+  /// For a user who starts the application for the first time, call this method and then
+  /// `RefreshInternalSeenState`. Until `RefreshInternalSeenState` is called, `IsAnythingNew` and
+  /// `CountNew` still report everything as new.
   ///
   ///     list->MarkAllSeen();
   ///     list->RefreshInternalSeenState();

@@ -16,13 +16,13 @@
 
 namespace ornwhatsnew {
 
-/// A change has ten fields, which never change after construction. Two flags say whether the change
-/// is unmatched and whether its URL is a duplicate.
+/// A change has ten fields, which no method modifies. Two flags say whether the change is unmatched
+/// and whether its URL is a duplicate.
 ///
-/// The constructor classifies the salience, the platform, the versions and the URL, so queries do
-/// not parse them again. A change stores malformed values unchanged, and the `HasMalformed...`
-/// functions report them. All strings are UTF-8. A returned reference is valid until the change is
-/// destroyed.
+/// The constructor parses the salience, the platform, the versions and the URL, so queries do not
+/// parse them again. A change stores malformed values unchanged. The `HasMalformed...` functions
+/// report a malformed salience, platform or URL. All strings are UTF-8. A returned reference is
+/// valid until the change is destroyed.
 ///
 /// A change is copyable. It is not thread-safe: use one change from one thread at a time.
 class ORN_EXPORT FeatureListDetail {
@@ -52,7 +52,8 @@ class ORN_EXPORT FeatureListDetail {
   /// See `Salience::kRatingHidesBetaFeatureDescription`. Compatibility: the keyword contains
   /// "Hides", although the name of the constant contains "Hide".
   static const UTF8String kSalienceRatingHideBetaFeatureDescription;
-  /// The rating request "RequestRating". Any other rating request is a custom question.
+  /// The rating request "RequestRating", in any letter case. Any other rating request is a custom
+  /// question.
   static const UTF8String kRequestRating;
   static const UTF8String kPlatformWin;  ///< see `Platform::kWin`
   static const UTF8String kPlatformMac;  ///< see `Platform::kMac`
@@ -61,10 +62,10 @@ class ORN_EXPORT FeatureListDetail {
   enum class Salience : std::uint8_t {
     /// The field is empty.
     kNone,
-    /// The keyword "Headline". It has no effect in the library. Despite its name, the option
-    /// `kFilterHeadlinesOnly` hides a change with this keyword.
+    /// The keyword "Headline". It has the same effect on a display as an empty field. Despite its
+    /// name, the option `kFilterHeadlinesOnly` hides a change with this keyword.
     kHeadline,
-    /// The keyword "Detail". It has no effect in the library.
+    /// The keyword "Detail". It has the same effect on a display as an empty field.
     kDetail,
     /// The keyword "HideBetaFeature". It hides the feature from all users. It has no effect in a
     /// section.
@@ -76,10 +77,11 @@ class ORN_EXPORT FeatureListDetail {
     /// IDs.
     kUnreviewed,
     /// The keyword "RatingHidesBetaFeatureDescription". If the change is shown and its rating
-    /// request is "RequestRating", the rating record of the feature has no description.
+    /// request is "RequestRating", the rating record of its item has no description. The same
+    /// applies to the `RatingRequest` in a layout.
     kRatingHidesBetaFeatureDescription,
-    /// The keyword "UnhideBetaFeature". It shows a feature even if its visibility is `kInternal`.
-    /// It counts as malformed, like `kUnknown`.
+    /// The keyword "UnhideBetaFeature". It shows a feature that only its visibility `kInternal`
+    /// would hide. It counts as malformed, like `kUnknown`.
     kUnhideBetaFeature,
     /// The field is any other string, and therefore malformed. Internal users see a note, and the
     /// change passes the filter `kFilterHeadlinesOnly`.
@@ -102,7 +104,7 @@ class ORN_EXPORT FeatureListDetail {
   /// The values of the ten fields, indexed by `ColumnIndex`.
   using Fields = std::array<std::string_view, kDataColumnCount>;
 
-  /// Creates a change with ten fields, which it copies unchanged. `HasDuplicateURL` and
+  /// Creates a change with unchanged copies of the ten arguments. `HasDuplicateURL` and
   /// `DetailInternalCouldNotMatchBetaFeature` return false. The arguments are not in column order.
   /// `jiraEpicID` is the grouping ID, and `jiraStoryBugTaskID` is the story ID.
   FeatureListDetail(const UTF8String& description, const UTF8String& versionAdded,
@@ -111,8 +113,8 @@ class ORN_EXPORT FeatureListDetail {
                     const UTF8String& relevantPlatform, const UTF8String& ratingRequest,
                     const UTF8String& viewMoreURL, const UTF8String& sha);
 
-  /// Creates a change with ten fields, which it copies unchanged from `fields`. `HasDuplicateURL`
-  /// and `DetailInternalCouldNotMatchBetaFeature` return false.
+  /// Creates a change with unchanged copies of the ten strings in `fields`. `HasDuplicateURL` and
+  /// `DetailInternalCouldNotMatchBetaFeature` return false.
   explicit FeatureListDetail(const Fields& fields);
 
   /// Returns the field with the key `key`, one of the `kKey...` constants. Throws
@@ -125,7 +127,7 @@ class ORN_EXPORT FeatureListDetail {
   /// Returns the grouping ID. `FeatureListData` converts five fields to lower case: grouping ID,
   /// story ID, salience, earliest relevant version and platform.
   const UTF8String& GetJIRAEpicID() const { return Field(DataColumn::kGroupingID); }
-  /// Returns the story, task or bug ID, or an empty string.
+  /// Returns the story ID, or an empty string.
   const UTF8String& GetJIRAStoryBugTaskID() const { return Field(DataColumn::kStoryID); }
   /// Returns the version that added the change, or an empty string.
   const UTF8String& GetChangeAddedVersion() const { return Field(DataColumn::kVersion); }
@@ -139,7 +141,8 @@ class ORN_EXPORT FeatureListDetail {
   /// Returns the only platform on which the change is relevant, or a malformed value. The result is
   /// empty if the change is relevant on all platforms.
   const UTF8String& GetRelevantPlatformOptional() const { return Field(DataColumn::kPlatform); }
-  /// Returns `kRequestRating`, a custom question, or an empty string.
+  /// Returns the rating request: the keyword `kRequestRating` in any letter case, a custom
+  /// question, or an empty string.
   const UTF8String& GetRatingRequestOptional() const { return Field(DataColumn::kRatingRequest); }
   /// Returns the URL of a discussion of the change, or an empty string. The URL can be malformed.
   const UTF8String& GetViewMoreURLOptional() const { return Field(DataColumn::kURL); }
@@ -151,7 +154,7 @@ class ORN_EXPORT FeatureListDetail {
   /// Returns the value that `SetHasDuplicateURL` set, or false by default.
   bool HasDuplicateURL() const { return hasDuplicateURL_; }
 
-  /// Sets whether the IDs of the change match no item.
+  /// Sets whether the change is unmatched: neither of its IDs matches an item.
   void SetCouldNotMatchBetaFeature(bool unmatched) { couldNotMatchBetaFeature_ = unmatched; }
   /// Returns the value that `SetCouldNotMatchBetaFeature` set, or false by default.
   bool DetailInternalCouldNotMatchBetaFeature() const { return couldNotMatchBetaFeature_; }
@@ -214,8 +217,9 @@ class ORN_EXPORT FeatureListDetail {
   /// the platform of the change is "Mac" or "Win". Does not check whether the item is shown.
   bool ShouldShowItemToUser(const DisplayOptions& options, const GuidSet& seen,
                             const VersionSet& versions) const;
-  /// Returns whether the rating view shows the change: it requests a rating, and either `seen`
-  /// contains its seen identity or it has no description.
+  /// Returns whether the rating view can show the change. The change must request a rating. In
+  /// addition, `seen` must contain its seen identity, or its description must be empty. Does not
+  /// check other display options.
   bool ShowForRating(const GuidSet& seen) const;
 
  private:

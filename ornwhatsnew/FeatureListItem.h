@@ -41,19 +41,20 @@ class ORN_EXPORT FeatureListItem {
   /// Creates an item without changes.
   ///
   /// `featureJiraIDKey` is the key of the item, either the epic key of a feature or a section key.
-  /// `betaFeatureInternalKey` is the key in the host's feature table. It is empty for a section.
-  /// `name` and `description` can be key texts. `visibility` is the visibility of the beta feature.
-  /// The sections of a list have the visibility `kPublic`.
+  /// `betaFeatureInternalKey` is the internal key, under which the host's feature table contains
+  /// the feature. It is empty for a section. `name` and `description` can be key texts.
+  /// `visibility` is the visibility of the beta feature. The sections of a list have the visibility
+  /// `kPublic`.
   FeatureListItem(const std::string& featureJiraIDKey, const std::string& betaFeatureInternalKey,
                   const UTF8String& name, const UTF8String& description, Visibility visibility);
 
   /// Returns a copy of the item's key.
   std::string GetFeatureJiraIDKey() const { return featureJiraIDKey_; }
-  /// Returns a copy of the key in the host's feature table.
+  /// Returns a copy of the internal key, which is empty for a section.
   std::string GetBetaFeatureInternalKey() const { return betaFeatureInternalKey_; }
   /// Returns the item's key without copying it.
   const std::string& FeatureJiraIDKey() const { return featureJiraIDKey_; }
-  /// Returns the key in the host's feature table without copying it.
+  /// Returns the internal key without copying it.
   const std::string& BetaFeatureInternalKey() const { return betaFeatureInternalKey_; }
 
   /// Returns whether the item is a section; see `IsSpecialCaseSection`.
@@ -99,7 +100,7 @@ class ORN_EXPORT FeatureListItem {
   /// the internal override of the feature. If an allocation fails, the item is unchanged.
   void AddFeatureDetail(std::shared_ptr<FeatureListDetail> detail);
 
-  /// Adds the two keys and the `ExtractHashablePortion` of each field to `mixer`. Omits the custom
+  /// Adds to `mixer` the two keys, and the `ExtractHashablePortion` of each field except the custom
   /// question.
   void MixFeatureIntoGuid(orncore::utility::GuidMixer& mixer) const;
   /// Returns the identity under which the item counts as seen. It depends on the two keys, all

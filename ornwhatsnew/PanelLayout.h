@@ -9,12 +9,12 @@
 //       }
 //     }
 //
-// A layout contains the same characters as the text of `GetFormattedTextForDisplay`, except for
-// white space and U+FEFF. White space means spaces, tabs and line ends. A line end is LF, CR, CRLF,
-// U+2028 or U+2029.
+// The paragraphs of a layout contain the same characters as the text of
+// `GetFormattedTextForDisplay`, except for white space, U+FEFF and rating placeholders. White space
+// means spaces, tabs and line ends. A line end is LF, CR, CRLF, U+2028 or U+2029.
 //
-// The structs own their content and do not refer to the list. Their strings contain what authors
-// and translators wrote, including control characters and direction marks.
+// The structs own their content and do not refer to the list. Their strings can contain control
+// characters and direction marks that an author or a translator wrote.
 #ifndef ORNWHATSNEW_PANELLAYOUT_H_
 #define ORNWHATSNEW_PANELLAYOUT_H_
 
@@ -33,9 +33,9 @@ enum class ParagraphKind {
   /// The heading of the panel, with a version. The rating view has a heading only if the host's
   /// translation of the newline contains visible characters. That heading has no version.
   kHeader,
-  /// The title of an item, with its internal key and its unlock label.
+  /// The title of an item. The internal key and the unlock label can follow it.
   kTitle,
-  /// The description of a feature, with its links.
+  /// The description of an item, with its links.
   kDescription,
   /// A change of an item.
   kChange,
@@ -47,8 +47,8 @@ enum class ParagraphKind {
   kRatingRequest,
 };
 
-/// A range of a layout's text. It never splits a character. The units are UTF-16 units in a
-/// `PanelLayout` and bytes in a `PanelLayoutUTF8`.
+/// A range of a layout's text. The range never splits a code point. The units are UTF-16 code units
+/// in a `PanelLayout` and bytes in a `PanelLayoutUTF8`.
 struct TextRange {
   std::size_t begin = 0;   ///< the offset in the text
   std::size_t length = 0;  ///< the number of units
@@ -58,7 +58,7 @@ struct TextRange {
 };
 
 /// A part of a paragraph with at most one style and one link. The spans of a paragraph are in
-/// ascending order, do not overlap, and cover its range. No span is empty.
+/// ascending order, do not overlap, and together cover its range. No span is empty.
 template <class String>
 struct BasicLayoutSpan {
   /// The range of the span in the layout's text.
@@ -91,7 +91,7 @@ struct BasicLayoutParagraph {
   /// have other text, such as its version. True for all other paragraphs.
   bool hasText = true;
   /// The key of the item to which the paragraph belongs, for `MarkItemHasBeenRated`. It is empty
-  /// for a header or a notice. An item can occur twice in a panel.
+  /// for a header or a notice. An item can occur several times in a panel.
   std::string itemKey;
   /// Whether the item is one of the sections MISC, BUGFIX, INTERNAL and UNREVIEWED.
   bool isSection = false;
@@ -105,17 +105,17 @@ struct BasicLayoutParagraph {
   friend bool operator==(const BasicLayoutParagraph&, const BasicLayoutParagraph&) = default;
 };
 
-/// A request to rate a feature. Only the rating view contains requests. The strings are in the
-/// user's language. The rules of `PanelLayout::text` for line ends, tabs and U+FEFF apply to them.
-/// They neither begin nor end with white space.
+/// A request to rate a feature. Only the rating view contains requests. The title, the question and
+/// the description are in the user's language, and neither begin nor end with white space. Each
+/// line end in them is U+2028, and each tab is a space. They contain no U+FEFF.
 template <class String>
 struct BasicRatingRequest {
   /// The key of the feature, for `MarkItemHasBeenRated`.
   std::string itemKey;
   /// The title of the feature, or its key if it has no title.
   String title;
-  /// The author's question. It is empty if the author requests a rating with `kRequestRating`. The
-  /// view then shows its own question.
+  /// The custom question of the last shown change. It is empty if this change requests a rating
+  /// with the keyword `kRequestRating`. The view then shows its own question.
   String question;
   /// The description of the feature. It is empty if the feature has none, or if the author hides it
   /// with `RatingHidesBetaFeatureDescription`.
@@ -135,7 +135,8 @@ struct BasicPanelLayout {
   std::vector<BasicLayoutParagraph<String>> paragraphs;
   /// The rating requests, in the order of their paragraphs.
   std::vector<BasicRatingRequest<String>> ratingRequests;
-  /// Whether the panel shows an item. If false, the layout contains at most a header and a notice.
+  /// Whether the panel shows an item. If false, the layout contains at most a header and the
+  /// paragraphs of a notice.
   bool hasItems = false;
 
   /// Returns whether all members are equal.
@@ -148,9 +149,9 @@ using RatingRequest = BasicRatingRequest<UTF16String>;      ///< a rating reques
 using PanelLayout = BasicPanelLayout<UTF16String>;          ///< a layout in UTF-16
 using PanelLayoutUTF8 = BasicPanelLayout<UTF8String>;       ///< a layout in UTF-8
 
-/// Returns the same layout in UTF-8, with ranges in bytes. `layout` must be unchanged since a list
-/// returned it. Takes linear time. Throws `std::bad_alloc` if memory runs out. Safe to call from
-/// any thread.
+/// Returns the same layout in UTF-8, with ranges in bytes. The text, the paragraphs and the spans
+/// of `layout` must be unchanged since a list returned it. Takes linear time. Throws
+/// `std::bad_alloc` if memory runs out. Safe to call from any thread.
 ORN_EXPORT PanelLayoutUTF8 ConvertToUTF8(const PanelLayout& layout);
 
 /// The numbers of items and changes that a display would show.
@@ -175,8 +176,8 @@ struct DataFileSummary {
   std::size_t changes = 0;
   /// The number of changes that match no item. Only internal users see them.
   std::size_t unmatched = 0;
-  /// The number of rows that `DataFileReader` skipped, except blank rows. `DataRowSkipReason` lists
-  /// the reasons.
+  /// The number of rows of the kind `DataRowKind::kSkipped`, except blank rows. `DataRowSkipReason`
+  /// lists the reasons.
   std::size_t skippedRows = 0;
 
   /// Returns whether all members are equal.

@@ -3,15 +3,16 @@
 //     const PanelLayout layout = list->GetLayoutForDisplay(kShowOnlyNew);
 //     page << "<style>" << GetHTMLStyleSheet() << "</style>\n" << RenderHTML(layout);
 //
-// Each function escapes every character that its format interprets. It makes a link clickable only
-// if `orncore::string::IsSafeLink` returns true. For any other link with the style `kStyleHotSpot`,
-// the target follows the text of the link in angle brackets, shortened to at most 200 characters.
-// For all other links, only the text remains.
+// Each renderer escapes, replaces or removes every character that its format would interpret. It
+// makes a link clickable only if `orncore::string::IsSafeLink` returns true. An unsafe link becomes
+// text. If this link has the style `kStyleHotSpot`, its target follows in angle brackets,
+// percent-encoded and shortened to at most 200 characters. The target is omitted if it is equal to
+// the text.
 //
-// A rating request becomes a paragraph with its question. If the question is empty, the paragraph
-// contains `kDefaultRatingQuestion`. A host can change the strings of `PanelLayout::ratingRequests`
-// before it renders the layout, for example to set a translated question. A host must not change
-// the text, the paragraphs and the spans of a layout, because their ranges depend on each other.
+// Each renderer writes the question of each rating request, or `kDefaultRatingQuestion` if the
+// question is empty. A host can change the strings of `PanelLayout::ratingRequests` before it
+// renders the layout, for example to set a translated question. A host must not change the text,
+// the paragraphs or the spans of a layout, because their ranges depend on each other.
 //
 // The results are well-formed UTF-8. Unpaired surrogates become U+FFFD. The functions take linear
 // time and are safe to call from any thread. They throw `std::bad_alloc` if memory runs out.
@@ -36,10 +37,11 @@ inline constexpr std::u16string_view kDefaultRatingQuestion = u"How do you like 
 /// Describes the page that contains the result of `RenderHTML`. The default is a page with one
 /// panel.
 struct HTMLOptions {
-  /// The start of the `id` of each item: UTF-8, not empty, without white space. If a page contains
-  /// several panels, use a different prefix for each of them.
+  /// The start of the `id` of each item. It must be UTF-8, not be empty, and contain no white
+  /// space. If a page contains several panels, use a different prefix for each of them.
   std::string_view idPrefix = "ornwhatsnew-";
-  /// The level of the heading of the panel, from 1 to 5. The titles are one level below it.
+  /// The level of the header, from 1 to 5. Titles are one level below the header. If the panel has
+  /// no header, titles have this level.
   int headingLevel = 2;
   /// The `id` of each paragraph, by its index in `PanelLayout::paragraphs`. If the element for a
   /// paragraph is missing or empty, the paragraph has no `id`. The span refers to the caller's
@@ -68,19 +70,19 @@ struct HTMLOptions {
 /// | `p`       | `ornwhatsnew-question`    | the question of a rating request               |
 /// | `span`    | `ornwhatsnew-label`       | an unlock label                                |
 /// | `span`    | `ornwhatsnew-code`        | the version of a change, or an internal key    |
-/// | `span`    | `ornwhatsnew-note`        | a note about an ignored field                  |
+/// | `span`    | `ornwhatsnew-note`        | a note for internal users                      |
 /// | `a`       | `ornwhatsnew-link`        | a link such as "View more"                     |
 /// | `a`       | `ornwhatsnew-issue`       | an issue key                                   |
 /// | `a`       | `ornwhatsnew-commit`      | a commit ID                                    |
 ///
-/// `HTMLOptions::headingLevel` changes the elements `h2` and `h3`. If the panel has no header, the
-/// titles have its level. The link of a title is an `a` without a class. A link that is not safe is
-/// a `span` with the class of its link.
+/// `HTMLOptions::headingLevel` changes the elements `h2` and `h3`. If the panel has no header, a
+/// title is an `h2`. The link of a title is an `a` without a class. An unsafe link with a class is
+/// a `span` with this class.
 ///
 /// Each item has an `id`, which stays the same in all languages and versions: the prefix of
 /// `options` and the key of the item. In the key, `_` and two hexadecimal digits replace each UTF-8
-/// byte that is not an ASCII letter, a digit or a hyphen. If an item occurs twice, the `id` of the
-/// second one ends with `.2`.
+/// byte that is not an ASCII letter, a digit or a hyphen. If an item occurs several times, its
+/// second `id` ends with `.2`, its third one with `.3`, and so on.
 [[nodiscard]] ORN_EXPORT UTF8String RenderHTML(const PanelLayout& layout,
                                                const HTMLOptions& options = {});
 
@@ -99,7 +101,7 @@ struct HTMLOptions {
 /// request.
 [[nodiscard]] ORN_EXPORT UTF8String RenderMarkdown(const PanelLayout& layout);
 
-/// Selects what a terminal supports. The default options give plain text.
+/// The properties of a terminal. The default options give plain text.
 struct TerminalOptions {
   std::size_t width = 0;       ///< the width of a line in columns; 0: no wrapping
   bool hasStyles = false;      ///< true: colours and attributes (SGR sequences)
@@ -110,9 +112,11 @@ struct TerminalOptions {
   std::function<UTF16String(const RatingRequest&)> ratingLine = nullptr;
 };
 
-/// Returns the panel as lines for a terminal. An empty line separates items. Wrapped changes have a
-/// hanging indent. If `options` has no hyperlinks, the target of a link with the style
-/// `kStyleHotSpot` follows its text in angle brackets. This also applies to safe links.
+/// Returns the panel as lines for a terminal. Empty lines separate the paragraphs, but the title,
+/// the description and the changes of an item are adjacent. Wrapped titles and changes have a
+/// hanging indent. If `hasHyperlinks` is false, the target of each link with the style
+/// `kStyleHotSpot` follows its text in angle brackets, unless the two are equal. The target of a
+/// safe link is not shortened.
 ///
 /// `orncore::string::SafeForTerminal` replaces or removes unsafe characters. Apart from newlines
 /// and the escape sequences that `options` selects, the result contains no control characters. All

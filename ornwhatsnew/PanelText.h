@@ -16,15 +16,16 @@ namespace ornwhatsnew {
 /// The library's own texts. If the comment of a text mentions "@0" or "@1", the text contains this
 /// placeholder.
 enum class PanelText : std::size_t {
-  /// The label of a feature that only internal users see, and of the internal sections.
+  /// The label of an item in the state `ItemUnlockState::TarsaOnly`.
   kUnlockInternal,
-  /// The label of a feature that is switched off.
+  /// The label of a feature in the state `ItemUnlockState::Off`.
   kUnlockOff,
   /// The label of a feature in the state `ItemUnlockState::Unlocked`.
   kUnlockUnlocked,
-  /// The label of a feature in development.
+  /// The label of a feature in the state `ItemUnlockState::InDevelopment`.
   kUnlockInDevelopment,
-  /// The space before labels, descriptions, links and bullets.
+  /// The white space before labels, before descriptions, before "View more", and on both sides of
+  /// bullets.
   kTab,
   /// The bullet of a change.
   kChangeBullet,
@@ -35,7 +36,7 @@ enum class PanelText : std::size_t {
   /// The versions of a change; "@0" is the earliest relevant version, and "@1" is the version that
   /// added the change.
   kVersionRange,
-  /// The ID of an issue; "@0" is the ID.
+  /// The key of an issue; "@0" is the key.
   kIssueKey,
   /// The end of a line.
   kNewline,
@@ -45,17 +46,21 @@ enum class PanelText : std::size_t {
   kInternalDash,
   /// The internal key of a feature; "@0" is the key.
   kInternalCode,
-  /// The heading; "@0" is the version in which the user last opened the panel.
+  /// The heading with `kShowOnlyNew`, if the user has opened the panel before; "@0" is the version
+  /// in which the user last opened it.
   kSinceLastOpened,
-  /// The heading; "@0" is the changes-since version.
+  /// The heading without `kShowOnlyNew`, or if the user has never opened the panel; "@0" is the
+  /// changes-since version.
   kSinceRelease,
-  /// The text of a panel without new changes.
+  /// The notice of a panel without items, except in the rating view.
   kNothingNew,
-  /// The text before the URL of the privacy page in the rating view, if usage logging is off.
+  /// The notice of the rating view before the URL of the privacy page, if
+  /// `FeatureListItem::AnalyticsDisabled` returns true.
   kOptedOutPart1,
-  /// The text after the URL of the privacy page in the rating view.
+  /// The notice of the rating view after the URL of the privacy page.
   kOptedOutPart2,
-  /// The text of a rating view without features.
+  /// The notice of a rating view without features, if `FeatureListItem::AnalyticsDisabled` returns
+  /// false.
   kNothingToRate,
   /// The title of the section MISC.
   kMiscellaneous,

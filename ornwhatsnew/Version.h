@@ -1,10 +1,9 @@
 // Defines the version of the library. The build reads the version from this file.
 //
-// The version follows semantic versioning. The major number changes if hosts must be modified or
-// rebuilt. While the major number is 0, such a change increments the minor number instead. The
-// minor number also changes if the interface is extended. Otherwise, only the patch number changes.
-// Until version 1.0, each host must therefore be rebuilt for each new minor version of the shared
-// library.
+// The version follows semantic versioning. If hosts must be modified or rebuilt, the major number
+// increases. While the major number is 0, the minor number increases instead. If the interface is
+// extended, the minor number increases. Otherwise, only the patch number increases. Until version
+// 1.0, each host must therefore be rebuilt for each new minor version of the shared library.
 #ifndef ORNWHATSNEW_VERSION_H_
 #define ORNWHATSNEW_VERSION_H_
 

@@ -17,11 +17,12 @@ enum class HidingRule : std::uint8_t {
 
   /// `kRatingView`: the application is terminating, so nothing can be rated.
   kTerminating,
-  /// `kRatingView`: usage logging is off and the user is not internal, so nothing can be rated.
+  /// `kRatingView`: usage logging is off and the user is an external user, so nothing can be rated.
   kUsageLoggingOff,
-  /// The feature is switched off, and the user cannot switch it on.
+  /// The feature is switched off, the user cannot switch it on, and
+  /// `ShowingAllOffFeaturesInternally` returns false.
   kUnavailable,
-  /// The user is not internal, and the item is the section INTERNAL or UNREVIEWED, or a feature
+  /// The user is an external user, and the item is the section INTERNAL or UNREVIEWED, or a feature
   /// with the internal override.
   kInternalUsersOnly,
   /// A change of the feature has the salience "HideBetaFeature".
@@ -38,9 +39,11 @@ enum class HidingRule : std::uint8_t {
 
   // Rules for items and changes.
 
-  /// `kRatingView`: the user has not seen the feature, or a change that has a text.
+  /// `kRatingView`: the user has not seen the feature. For a change: the user has not seen the
+  /// change, and the change has a description.
   kNotSeen,
-  /// `kShowOnlyNew` without `kRatingView`: a seen change, or a seen feature without shown changes.
+  /// `kShowOnlyNew` without `kRatingView`: the user has seen the change. For a feature: the user
+  /// has seen the feature, and none of its changes is shown.
   kSeen,
 
   // Rules for changes.
@@ -49,11 +52,12 @@ enum class HidingRule : std::uint8_t {
   kOtherPlatform,
   /// `kFilterHeadlinesOnly`: the salience of the change is not malformed.
   kHeadlinesOnly,
-  /// `kFilterRelevantVersion`: the user opened What's New in none of the relevant versions.
+  /// `kFilterRelevantVersion`: the change is relevant neither to the current version nor to any
+  /// other version in which the user opened What's New.
   kOtherVersion,
   /// `kRatingView`: the change does not request a rating.
   kNoRatingRequest,
-  /// The change has no text. With `kRatingView`, this rule does not apply.
+  /// The change has no description. This rule does not apply with `kRatingView`.
   kNoText,
 };
 

@@ -1,5 +1,5 @@
-// Declares constants and queries for hosts: section keys, layout constants, unlock states, debug
-// switches and the full version.
+// Declares constants and queries for hosts. The constants are section keys, sizes and typographic
+// marks. The queries return unlock states, debug switches and the full version.
 #ifndef ORNWHATSNEW_WHATSNEWTYPES_H_
 #define ORNWHATSNEW_WHATSNEWTYPES_H_
 
@@ -16,13 +16,14 @@ namespace ornwhatsnew {
 // Static objects of the host must not use the keys in their constructors, which can run before the
 // keys are initialised.
 
-/// The key of the section for changes that belong to no feature.
+/// The key of the section for miscellaneous changes.
 extern ORN_EXPORT const UTF8String kMiscKey;
 /// The key of the section for bug fixes.
 extern ORN_EXPORT const UTF8String kBugfixKey;
-/// The key of the section for internal notes, which only internal users see.
+/// The key of the section for internal notes and unmatched changes. Only internal users see this
+/// section.
 extern ORN_EXPORT const UTF8String kInternalKey;
-/// The key of the section for unreviewed changes, which only internal users see.
+/// The key of the section for unreviewed changes. Only internal users see this section.
 extern ORN_EXPORT const UTF8String kUnreviewedKey;
 
 // A host can use these font sizes, the tab width and the margin to draw the panel. The library does
@@ -66,9 +67,8 @@ enum class ItemUnlockState {
   /// The item is a public feature that is switched off. This state occurs only while
   /// `ShowingAllOffFeaturesInternally` returns true.
   Off,
-  /// The item is any other public feature, even one that is switched off. For users without the
-  /// internal-features permission, a feature also has this state if it has the state `TarsaOnly`
-  /// for internal users.
+  /// The item is a public feature that does not have the state `Off`. For external users, a feature
+  /// also has this state if it has the state `TarsaOnly` for internal users.
   Unlocked,
   /// The item is a feature of visibility `kInDevelopment` without the internal override.
   InDevelopment,
@@ -78,20 +78,20 @@ enum class ItemUnlockState {
   Unlabelled,
 };
 
-/// Returns the unlock state of an item. Queries the host at each call, and uses the visibility in
-/// the host's feature table instead of the visibility of the item.
+/// Returns the unlock state of an item. For a feature, queries the host at each call, and uses the
+/// visibility in the host's feature table instead of the visibility of the item.
 ORN_EXPORT ItemUnlockState GetItemUnlockState(const FeatureListItem& item);
 
 /// Returns whether the debug switch
-/// "ornappsupport.betafeature.SimulateShowingAllOffFeaturesInWhatsNew" is on. The list then also
-/// shows features that are switched off. Always returns false for users without the
-/// internal-features permission. Reads the debug database at each call.
+/// "ornappsupport.betafeature.SimulateShowingAllOffFeaturesInWhatsNew" is on. While it is on, the
+/// list also shows features that are switched off and that the user cannot switch on. Always
+/// returns false for external users. For internal users, reads the debug database at each call.
 ORN_EXPORT bool ShowingAllOffFeaturesInternally();
 
 /// Returns whether the debug switch
 /// "ornappsupport.betafeature.SimulateShowingAllUnlockCodesInWhatsNew" is on. The panel then shows
-/// the internal key after a feature's title. Always returns false for users without the
-/// internal-features permission. Reads the debug database at each call.
+/// the internal key after a feature's title. Always returns false for external users. For internal
+/// users, reads the debug database at each call.
 ORN_EXPORT bool ShowingAllUnlockCodesInternally();
 
 /// Returns the full version of the host: the version, a dot and the build number. If the version

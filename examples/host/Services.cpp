@@ -18,7 +18,7 @@
 
 namespace feature = ornappsupport::feature;
 
-// Describes the application.
+// Returns the version, the build number and the platform of the application.
 class RunningApplication final : public orncore::config::ClientInfo {
  public:
   std::u16string GetClientVersion() const override { return u"4.3"; }
@@ -26,7 +26,7 @@ class RunningApplication final : public orncore::config::ClientInfo {
   std::string GetClientPlatform() const override { return "Win"; }
 };
 
-// Describes the beta features, and returns which of them the user has switched on.
+// Returns the beta features, the state of their switches, and the internal-features permission.
 class Switches final : public feature::FeatureService {
  public:
   explicit Switches(const Preferences& preferences) : preferences_(preferences) {}
@@ -83,7 +83,7 @@ class DebugTexts final : public orncore::debug::DebugStore {
   Preferences& preferences_;
 };
 
-// Sets the pages to which the panel links.
+// Sets the link templates and the URL of the privacy page.
 void SetLinks() {
   ornappsupport::links::PanelLinks links;  // the defaults
   links.issueLink = u"https://issues.herbarium.example/browse/@0";

@@ -1,5 +1,5 @@
 // An application with its own services, resources and settings. It loads a list, shows the badge,
-// the panel and a rating, and shuts down.
+// the panel and the rating view, and shuts down.
 #include <future>
 #include <iostream>
 #include <memory>
@@ -47,15 +47,16 @@ std::shared_ptr<ornwhatsnew::FeatureListData> LoadNewsOfNewUser(Preferences& pre
   return list;
 }
 
-// Starts loading the list on another thread. Until get() returns, no other thread may use the
-// preferences or replace a service. Afterwards, only the thread that called get() may use the list.
+// Starts loading the list on another thread. Until the get() of the returned future ends, no other
+// thread may use the preferences or replace a service. Afterwards, only the thread that called
+// get() may use the list.
 std::future<std::shared_ptr<ornwhatsnew::FeatureListData>> StartLoadingNews(
     Preferences& preferences) {
   return std::async(std::launch::async, [&preferences] { return LoadNews(preferences); });
 }
 
-// Returns the part of `panel`, the panel's text, that `run` covers. Clips the run to the panel,
-// because the run of a commit ends one byte past its text.
+// Returns the part of `panel` that `run` covers. `panel` is the panel's text in UTF-8. Clips the
+// run to the text, because the run of a commit ID extends one byte past the commit ID.
 std::string_view TextOf(const ornwhatsnew::StyleRun& run, std::string_view panel) {
   const auto start = static_cast<std::size_t>(run.first.first);
   const auto length = static_cast<std::size_t>(run.first.second);
@@ -77,7 +78,8 @@ void ShowPanel(ornwhatsnew::FeatureListData& list, ornwhatsnew::DisplayOptions o
   }
 }
 
-// Draws a part of a line. A graphical application would use the font and the colour of the style.
+// Draws a span of a paragraph and its link. A graphical application would use the font and the
+// colour of the style.
 void DrawSpan(std::string_view text, std::optional<ornwhatsnew::StyleID> style,
               const std::string& link) {
   const std::string_view mark = style == ornwhatsnew::kStyleFeatureTitle ? "**" : "";
@@ -100,14 +102,14 @@ void DrawPanel(const ornwhatsnew::PanelLayout& panel) {
   }
 }
 
-// Returns a page for a web view.
+// Returns an HTML page with the panel, for a web view.
 std::string NewsPage(const ornwhatsnew::PanelLayout& panel) {
   return "<!DOCTYPE html>\n<meta charset=\"utf-8\">\n<title>What's New</title>\n<style>\n" +
          std::string(ornwhatsnew::GetHTMLStyleSheet()) + "</style>\n" +
          ornwhatsnew::RenderHTML(panel);
 }
 
-// Draws the rating view, and marks each feature as rated.
+// If a feature needs a rating, draws the rating view and marks each feature in this view as rated.
 void AskForRatings(ornwhatsnew::FeatureListData& list) {
   if (!list.IsAnythingNeedingRating()) return;
   const ornwhatsnew::PanelLayout panel =
@@ -119,7 +121,8 @@ void AskForRatings(ornwhatsnew::FeatureListData& list) {
   }
 }
 
-// Runs a line of the application's console if it is a command in the library's registry.
+// Runs the command that `line` names and prints its output. If the library's registry does not
+// contain the command, prints a message.
 void RunConsoleLine(std::u16string_view line) {
   std::basic_ostringstream<char16_t> output;
   const auto result = CommandRegistry::Instance().RunLine(line, output);
@@ -154,7 +157,8 @@ void Run(Preferences& preferences) {
   Preferences newUser;
   std::cout << "badge of a new user: " << LoadNewsOfNewUser(newUser)->IsAnythingNew(kNews) << '\n';
 
-  // The list queries the services during every call, so the next display uses both new values.
+  // The next display queries the services again, so it uses the new permission and the new debug
+  // switch.
   preferences.isStaff = true;
   preferences.texts["debug/ornappsupport.betafeature.SimulateShowingAllUnlockCodesInWhatsNew"] =
       "true";

@@ -1,4 +1,5 @@
-// A window with a What's New panel in its Help menu.
+// A window with a What's New panel. Its Help menu has an action that opens the panel, and its
+// status bar has a badge.
 #include <memory>
 
 #include <QtCore/QDebug>
@@ -20,7 +21,7 @@ using ornappsupport::feature::BetaFeature;
 using ornappsupport::feature::FixedFeatureService;
 using ornappsupport::feature::VisibilityInAllClientApps;
 
-// Describes the beta features. All of them are switched on.
+// Returns a service with two beta features. Both are switched on.
 std::shared_ptr<const FixedFeatureService> MakeFeatureService() {
   auto features = std::make_shared<FixedFeatureService>();
   features->Add("herbarium.scanner",
@@ -34,7 +35,7 @@ std::shared_ptr<const FixedFeatureService> MakeFeatureService() {
   return features;
 }
 
-// Sends a rating to the developers of the application. This example only prints it.
+// Prints a rating. A real application would send the rating to its developers.
 void SendRating(const QString& featureKey, int stars, const QString& comment) {
   qInfo().noquote() << featureKey << stars << comment;
 }

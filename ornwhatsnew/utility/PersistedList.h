@@ -1,7 +1,7 @@
 // Defines the keys under which a list persists its state, and the format of the persisted lists.
 //
 // A persisted list is a string of elements, separated by single spaces. The elements are in
-// ascending byte order, so that equal states give equal strings.
+// ascending byte order and without duplicates, so that equal states give equal strings.
 #ifndef ORNWHATSNEW_UTILITY_PERSISTEDLIST_H_
 #define ORNWHATSNEW_UTILITY_PERSISTEDLIST_H_
 
@@ -13,7 +13,8 @@
 
 namespace ornwhatsnew {
 
-/// The key of the identities that were seen or rated. The value is a persisted list.
+/// The key of the identities of all items and changes that the user has seen or rated. The value is
+/// a persisted list.
 extern ORN_EXPORT const UTF8String kAllSeenItemsKey;
 /// The key of the full version in which the user last opened What's New.
 extern ORN_EXPORT const UTF8String kLastVersionSeenKey;
@@ -33,10 +34,10 @@ ORN_EXPORT UTF8String JoinPersistedList(std::vector<std::string_view> elements);
 /// do not overwrite each other's elements. `stored` is the value that is in the store now. `read`
 /// is the value that the program read, and `written` is the value that it writes.
 ///
-/// For the two keys with persisted lists, the result is a persisted list. It contains the elements
-/// of `stored`, and the elements of `written` that are not in `read`. Does not restore elements of
-/// `read` that are missing from `stored`, because another program may have reset the store in the
-/// meantime. For any other key, returns `written`.
+/// For `kAllSeenItemsKey` and `kAllVersionsSeenKey`, the result is a persisted list. It contains
+/// the elements of `stored`, and the elements of `written` that are not in `read`. Does not restore
+/// elements of `read` that are missing from `stored`, because another program may have reset the
+/// store in the meantime. For any other key, returns `written`.
 ORN_EXPORT UTF8String MergePersistedValue(std::string_view key, std::string_view stored,
                                           std::string_view read, std::string_view written);
 

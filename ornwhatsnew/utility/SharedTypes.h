@@ -26,25 +26,26 @@ using orncore::string::UTF16String;
 /// An identity: the 128-bit hash under which a change or an item counts as seen or rated.
 using orncore::utility::Guid;
 
-/// The options of a display: any combination of the five bits below. If no bit is set, the display
-/// shows everything that is available to the user.
+/// The options of a display: any combination of the five constants of this type. If no option is
+/// set, the display shows everything that is available to the user.
 using DisplayOptions = orncore::utility::Flags<unsigned char>;
 
-/// Shows only items and changes that the user has not seen.
+/// Hides changes that the user has seen. Hides features that the user has seen if none of their
+/// changes is shown. Has no effect with `kRatingView`.
 inline constexpr DisplayOptions kShowOnlyNew{0x01};
 /// Hides changes that are relevant only to a platform other than the host's.
 inline constexpr DisplayOptions kFilterRelevantPlatform{0x02};
-/// Hides changes that are not relevant to the versions in which the user opened What's New; see
-/// `FeatureListDetail::IsRelevantToVersions`.
+/// Hides changes that are relevant neither to the current version nor to any other version in which
+/// the user opened What's New; see `FeatureListDetail::IsRelevantToVersions`.
 inline constexpr DisplayOptions kFilterRelevantVersion{0x04};
-/// Shows only changes with a malformed salience. This rule is kept for compatibility.
+/// Hides changes whose salience is not malformed. This rule is kept for compatibility.
 inline constexpr DisplayOptions kFilterHeadlinesOnly{0x08};
 /// Shows only features that the user has seen but not rated, and their changes that request a
 /// rating.
 inline constexpr DisplayOptions kRatingView{0x10};
 
-/// The identities that a user has seen or rated. Hosts pass such a set to `ShouldShowItemToUser`
-/// and similar functions of changes and items.
+/// The identities that a user has seen or rated. Hosts pass them to functions such as
+/// `FeatureListItem::ItemHasBeenSeen`.
 using GuidSet = std::unordered_set<Guid>;
 /// The full versions in which a user opened What's New.
 using VersionSet = std::unordered_set<UTF8String>;
@@ -54,19 +55,22 @@ using VersionSet = std::unordered_set<UTF8String>;
 enum class StyleID : int {
   /// The title of an item. The string of the run is the item's URL, or empty.
   kStyleFeatureTitle = 0,
-  /// The description of a feature.
+  /// The description of an item.
   kStyleFeatureDescription = 1,
-  /// The bullet, the platform or the text of a change, each with its own run.
+  /// The bullet, the platform or the description of a change, each with its own run.
   kStyleChangeText = 2,
   /// The header line, or the notice of a panel without items.
   kStyleHeader = 3,
   /// The internal key after a title, or the version after a change.
   kStyleInternalCode = 4,
-  /// The commit ID of a change, for internal users. The string of the run is the commit's URL.
+  /// The commit ID of a change, for internal users. The string of the run is the commit's URL. It
+  /// is empty if the host's link template for commits is empty.
   kStyleCommitLink = 5,
-  /// Any other link, such as "View more". The string of the run is the link's URL.
+  /// The link "View more", or the URL of the privacy page. The string of the run is the URL of the
+  /// link.
   kStyleHotSpot = 6,
-  /// An issue key, for internal users. The string of the run is the issue's URL.
+  /// An issue key, for internal users. The string of the run is the issue's URL. It is empty if the
+  /// host's link template for issues is empty.
   kStyleIssueLink = 7,
   /// The unlock label after a title.
   kStyleUnlockLabel = 9,
@@ -89,12 +93,13 @@ using StyleRunMap = std::unordered_map<StyleID, std::vector<StyleRun>>;
 
 /// The items of a list by key. An entry can be empty; see
 /// `FeatureListData::BubbleUnlockedItemsToTheTop`. The library treats an empty entry like a missing
-/// item.
+/// item, but never replaces the entry.
 using FeatureMap = std::unordered_map<std::string, std::shared_ptr<FeatureListItem>>;
 /// The rating records of a display, by the key of the item. A rating record has the keys, the
 /// visibility, the localised title and the localised description of an item, and a custom question.
-/// The description is empty if the item has none or if a change hides it. The question is empty if
-/// the author did not write one. A record has no changes.
+/// If the item has no title, the record contains its key instead. The description is empty if the
+/// item has none or if a change hides it. `FeatureListItem::GetCustomRatingStr` returns the
+/// question. A record has no changes.
 using RatingMap = FeatureMap;
 
 /// Returns the value that the setter last stored under `key`, or an empty string if there is none.

@@ -1,7 +1,7 @@
 // Processes the strings of data files: key texts, letter case, section keys and versions.
 //
 // All functions accept UTF-8 strings with any bytes and can be called from any thread. When they
-// compare or convert letter case, ill-formed bytes count as U+FFFD.
+// compare or convert letter case, ill-formed UTF-8 counts as U+FFFD.
 #ifndef ORNWHATSNEW_UTILITY_TEXTHELPERS_H_
 #define ORNWHATSNEW_UTILITY_TEXTHELPERS_H_
 
@@ -42,8 +42,9 @@ ORN_EXPORT bool IsInternalSpecialCaseSection(std::string_view key);
 /// example, `25.1.3` gives 25,001,003. Missing components are not added, so `25.1` and `25.1.0`
 /// differ.
 ///
-/// A component that is not a decimal number counts as 0. A component of 1000 or more carries over
-/// into the component to its left. The sum wraps modulo 2^64. Does not allocate.
+/// A component that is not a decimal integer, or that does not fit into 64 bits, counts as 0. A
+/// component of 1000 or more carries over into the component to its left. The sum wraps modulo
+/// 2^64. Does not allocate.
 ORN_EXPORT std::int64_t VersionNumber(std::string_view version);
 
 }  // namespace ornwhatsnew
