@@ -105,7 +105,7 @@ struct HTMLOptions {
 struct TerminalOptions {
   std::size_t width = 0;       ///< the width of a line in columns; 0: no wrapping
   bool hasStyles = false;      ///< true: colours and attributes (SGR sequences)
-  bool hasHyperlinks = false;  ///< true: hyperlinks (OSC 8); false: link targets in the text
+  bool hasHyperlinks = false;  ///< true: hyperlinks (OSC 8); false: some targets in the text
   /// Returns a line that follows the question of a rating request, such as a command that rates the
   /// feature. The line is never wrapped, so that a user can copy it. Without a function, the
   /// renderer adds no line.

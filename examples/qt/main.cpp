@@ -64,7 +64,7 @@ int main(int argc, char** argv) {
       new ornwhatsnewqt::WhatsNew(QStringLiteral(":/whatsnew.csv"), settings, &mainWindow);
   QObject::connect(whatsNew, &ornwhatsnewqt::WhatsNew::rated, &mainWindow, SendRating);
   helpMenu->addAction(whatsNew->showAction());  // "What's New (3)": opens the panel
-  helpMenu->addAction(whatsNew->rateAction());  // enabled while something can be rated
+  helpMenu->addAction(whatsNew->rateAction());  // disabled until something can be rated
 
   mainWindow.statusBar()->addPermanentWidget(new ornwhatsnewqt::WhatsNewBadge(whatsNew));
   mainWindow.resize(800, 500);
