@@ -13,6 +13,9 @@
 
 namespace ornwhatsnew {
 
+// Static objects of the host must not use the keys in their constructors, which can run before the
+// keys are initialised. They can call the functions below with strings of their own.
+
 /// The key of the identities that were seen or rated. The value is a persisted list.
 extern ORN_EXPORT const UTF8String kAllSeenItemsKey;
 /// The key of the full version in which the user last opened What's New.
