@@ -68,7 +68,7 @@ struct HTMLOptions {
 /// | `p`       | `ornwhatsnew-question`    | the question of a rating request               |
 /// | `span`    | `ornwhatsnew-label`       | an unlock label                                |
 /// | `span`    | `ornwhatsnew-code`        | the version of a change, or an internal key    |
-/// | `span`    | `ornwhatsnew-note`        | a note about an ignored field                  |
+/// | `span`    | `ornwhatsnew-note`        | a note for internal users                      |
 /// | `a`       | `ornwhatsnew-link`        | a link such as "View more"                     |
 /// | `a`       | `ornwhatsnew-issue`       | an issue key                                   |
 /// | `a`       | `ornwhatsnew-commit`      | a commit ID                                    |
