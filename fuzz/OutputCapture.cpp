@@ -7,15 +7,9 @@
 #include <sys/mman.h>
 #include <unistd.h>
 
-#if defined(__SANITIZE_ADDRESS__)
-#define FUZZ_HAS_REPORT_FD 1
-#elif defined(__has_feature)
-#if __has_feature(address_sanitizer)
-#define FUZZ_HAS_REPORT_FD 1
-#endif
-#endif
+#include "tests/support/Sanitizers.h"
 
-#if defined(FUZZ_HAS_REPORT_FD)
+#if defined(TESTS_HAS_ADDRESS_SANITIZER)
 #include <sanitizer/common_interface_defs.h>
 #endif
 
@@ -28,7 +22,7 @@ int Checked(int result) {
 }
 
 void SendReportsTo([[maybe_unused]] int descriptor) {
-#if defined(FUZZ_HAS_REPORT_FD)
+#if defined(TESTS_HAS_ADDRESS_SANITIZER)
   // The sanitizers' function expects the file descriptor as a pointer.
   __sanitizer_set_report_fd(reinterpret_cast<void*>(static_cast<std::intptr_t>(descriptor)));
 #endif

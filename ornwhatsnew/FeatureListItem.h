@@ -31,7 +31,8 @@ class ORN_EXPORT FeatureListItem {
   /// The changes of an item. None of the pointers is null.
   using Changes = std::vector<std::shared_ptr<FeatureListDetail>>;
 
-  // The keys of the five fields, for `GetField`.
+  // The keys of the five fields, for `GetField`. Static objects of the host must not use the keys
+  // in their constructors, which can run before the keys are initialised.
   static const std::string kKeyFeatureName;             ///< see `GetFeatureName`
   static const std::string kKeyFeatureDescription;      ///< see `GetFeatureDescription`
   static const std::string kKeyFeatureViewMoreURL;      ///< see `GetFeatureViewMoreURL`

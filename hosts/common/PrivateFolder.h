@@ -19,8 +19,8 @@ namespace hosts::common {
 /// Resolves the symbolic links in the absolute path `file`, and returns the result. If `file` is
 /// itself a link, returns the path of the file to which the link points. The file and its folder
 /// need not exist. Throws `std::system_error` if a link or a folder cannot be resolved, or if ".."
-/// follows a folder that does not exist. Also throws it if the path is empty or ends with "/", "."
-/// or "..".
+/// follows a missing folder or a file. Also throws it if the path is empty or ends with "/", "." or
+/// "..".
 std::filesystem::path ResolveLinks(std::filesystem::path file);
 
 /// Returns the umask of the process. The system has no call that only reads the umask, so the

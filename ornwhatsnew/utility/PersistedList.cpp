@@ -38,7 +38,8 @@ UTF8String JoinPersistedList(std::vector<std::string_view> elements) {
 
 UTF8String MergePersistedValue(std::string_view key, std::string_view stored, std::string_view read,
                                std::string_view written) {
-  if (key != kAllSeenItemsKey && key != kAllVersionsSeenKey) return UTF8String(written);
+  const bool isList = key == keywords::kAllSeenItems || key == keywords::kAllVersionsSeen;
+  if (!isList) return UTF8String(written);
   std::vector<std::string_view> known = SplitPersistedList(read);
   std::vector<std::string_view> added = SplitPersistedList(written);
   std::ranges::sort(known);

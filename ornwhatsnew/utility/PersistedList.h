@@ -13,6 +13,9 @@
 
 namespace ornwhatsnew {
 
+// Static objects of the host must not use the keys in their constructors, which can run before the
+// keys are initialised. They can call the functions below with strings of their own.
+
 /// The key of the identities of all items and changes that the user has seen or rated. The value is
 /// a persisted list.
 extern ORN_EXPORT const UTF8String kAllSeenItemsKey;

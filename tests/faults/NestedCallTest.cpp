@@ -73,11 +73,18 @@ const std::vector<std::function<void(FeatureListData&)>>& AllowedActions() {
           list.IsAnythingNew(DisplayOptions(static_cast<unsigned char>(bits)));
         }
         list.IsAnythingNeedingRating();
+        list.CountNew(kShowOnlyNew);
+        list.ExplainVisibility(kShowOnlyNew);
+        list.PreviewLayout({});
         list.GetNewSeenState();
+        list.GetDataFileSummary();
         list.LocalizeIfNecessary("$$$/x=y");
       },
       [](FeatureListData& list) { Format(list); },
       [](FeatureListData& list) { Format(list, kRatingView, "rate"); },
+      [](FeatureListData& list) { list.GetLayoutForDisplay({}); },
+      [](FeatureListData& list) { list.GetLayoutForDisplay(kRatingView); },
+      [](FeatureListData& list) { list.MarkAllSeen(); },
       [](FeatureListData& list) { list.MarkItemHasBeenRated("EPIC-7"); },
       [](FeatureListData& list) { list.InitWithData(LoadedData()); },
       [](FeatureListData& list) { list.ParseWhatsNewData(LaterData()); },
@@ -239,15 +246,17 @@ TEST_F(NestedCallTest, AServiceMayQueryTheListThatQueriesIt) {
   const std::string expected = Format(*MakeWorld().list).text;
   int queries = 0;
   localizer.SetDictionary(std::make_shared<HookedDictionary>([&] {
-    ++queries;
+    // `PreviewLayout` looks up the same key, so ignore the lookups of this nested call.
+    if (queries++ > 0) return;
     world.list->IsAnythingNew(kShowOnlyNew);
     world.list->CountNew(kShowOnlyNew);
     world.list->ExplainVisibility(kShowOnlyNew);
+    world.list->PreviewLayout({});
     world.list->GetDataFileSummary();
     world.list->GetNewSeenState();
   }));
   EXPECT_EQ(Format(*world.list).text, expected);
-  EXPECT_GT(queries, 0);
+  EXPECT_GT(queries, 1);
 }
 
 TEST_F(NestedCallTest, AServiceSeesTheListFromBeforeTheReload) {

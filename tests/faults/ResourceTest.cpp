@@ -14,6 +14,7 @@
 #include "tests/support/Builders.h"
 #include "tests/support/Matchers.h"
 #include "tests/support/RandomSource.h"
+#include "tests/support/Sanitizers.h"
 
 namespace faults {
 namespace {
@@ -24,9 +25,9 @@ using test_support::InjectedFailure;
 
 using Bytes = std::vector<unsigned char>;
 
-// If g++ compiles the tests with AddressSanitizer or ThreadSanitizer, the data files are smaller,
-// because these sanitizers slow the tests down.
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+// With AddressSanitizer or ThreadSanitizer, the data files are smaller, because these sanitizers
+// slow the tests down.
+#if defined(TESTS_HAS_ADDRESS_SANITIZER) || defined(TESTS_HAS_THREAD_SANITIZER)
 constexpr std::size_t kLarge = std::size_t{4} << 20;
 #else
 constexpr std::size_t kLarge = std::size_t{64} << 20;

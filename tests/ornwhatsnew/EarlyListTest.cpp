@@ -1,16 +1,19 @@
-// Tests a list in a static object of the host. If the library is linked statically, the host's
-// static objects can be constructed before the static objects of the library.
+// Tests a list and a merge of states in static objects of the host. If the library is linked
+// statically, the host's static objects can be constructed before the static objects of the
+// library.
 #include <string>
 #include <vector>
 
 #include <gmock/gmock.h>
 
 #include <ornwhatsnew/FeatureListData.h>
+#include <ornwhatsnew/utility/PersistedList.h>
 
 namespace {
 
 using ornwhatsnew::DisplayOptions;
 using ornwhatsnew::FeatureListData;
+using ornwhatsnew::MergePersistedValue;
 using ornwhatsnew::UTF8String;
 
 struct EarlyList {
@@ -40,6 +43,16 @@ TEST(EarlyList, HasSectionsAndChanges) {
   EXPECT_TRUE(kEarly.list.IsAnythingNew(ornwhatsnew::kShowOnlyNew));
   const auto& change = kEarly.list.GetFeatureItems().at("MISC")->GetAllChanges().front();
   EXPECT_FALSE(change->HasMalformedSalience());
+}
+
+// The test cannot name the keys by the exported constants, because these can be empty here.
+const std::string kMergedItems = MergePersistedValue("WhatsNew.AllSeenItems", "a", "", "b");
+const std::string kMergedVersions =
+    MergePersistedValue("WhatsNew.AllVersionSeenWhatsNew", "4.1", "", "4.2");
+
+TEST(EarlyMerge, KeepsTheStoredElementsOfThePersistedLists) {
+  EXPECT_EQ(kMergedItems, "a b");
+  EXPECT_EQ(kMergedVersions, "4.1 4.2");
 }
 
 }  // namespace

@@ -9,6 +9,8 @@
 #include <new>
 #include <utility>
 
+#include "tests/support/Sanitizers.h"
+
 namespace test_support {
 namespace {
 
@@ -49,7 +51,7 @@ bool ShouldFail() noexcept {
   std::abort();
 }
 
-#if !defined(__SANITIZE_ADDRESS__)
+#if !defined(TESTS_HAS_ADDRESS_SANITIZER)
 /// Frees a large block immediately, but a small block only after 1024 more small blocks have been
 /// released. Until then, the header of the block contains `kFreed`, so `HeadOf` detects a second
 /// free. AddressSanitizer detects a second free itself, but only if blocks are freed immediately.

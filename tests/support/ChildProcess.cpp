@@ -160,20 +160,18 @@ ChildProcess::ChildProcess(const std::string& program, const ProgramCall& call) 
 }
 
 ChildProcess::~ChildProcess() {
-  if (process_ > 0) {
-    Kill();
-    WaitFor(process_);
-  }
+  Kill();
+  if (process_ > 0) WaitFor(process_);
   CloseAndForget(output_);
   CloseAndForget(errors_);
 }
 
 void ChildProcess::Kill() {
-  ::kill(process_, SIGKILL);
+  Send(SIGKILL);
 }
 
 void ChildProcess::Interrupt() {
-  ::kill(process_, SIGINT);
+  Send(SIGINT);
 }
 
 std::string ChildProcess::ReadOutput() {
@@ -191,6 +189,11 @@ ProgramResult ChildProcess::Wait() {
   ReadStreams(result);
   result.exitStatus = WaitFor(std::exchange(process_, -1));
   return result;
+}
+
+// After `Wait`, `process_` is -1, and `kill` would send the signal to all processes of the user.
+void ChildProcess::Send(int signal) {
+  if (process_ > 0) ::kill(process_, signal);
 }
 
 void ChildProcess::ReadStreams(ProgramResult& result) {

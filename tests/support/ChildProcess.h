@@ -53,12 +53,12 @@ class ChildProcess {
   ChildProcess(const ChildProcess&) = delete;
   ChildProcess& operator=(const ChildProcess&) = delete;
 
-  /// Sends SIGKILL to the program and returns without waiting for its end. REQUIRES: `Wait` has not
-  /// been called.
+  /// Sends SIGKILL to the program and returns without waiting for its end. Does nothing after
+  /// `Wait`.
   void Kill();
 
-  /// Sends SIGINT to the program, as Ctrl+C does, and returns without waiting for its end.
-  /// REQUIRES: `Wait` has not been called.
+  /// Sends SIGINT to the program, as Ctrl+C does, and returns without waiting for its end. Does
+  /// nothing after `Wait`.
   void Interrupt();
 
   /// Waits until the program writes to its standard output, and returns the available bytes.
@@ -74,6 +74,7 @@ class ChildProcess {
   ProgramResult Wait();
 
  private:
+  void Send(int signal);
   void ReadStreams(ProgramResult& result);
 
   pid_t process_ = -1;
