@@ -122,11 +122,11 @@ std::optional<std::string> ProblemWith(std::string_view value) {
   while (position < value.size()) {
     const UChar32 character = ReadCharacter(value, position);
     if (character == kQuote) {
-      return "contains a double quote, which no data file can contain; use '\u201C' and '\u201D', "
+      return "contains a double quote, which no field can contain; use '\u201C' and '\u201D', "
              "or remove it";
     }
     if (character == '\n' || character == '\r') {
-      return "contains a line break, which no data file can contain; remove it";
+      return "contains a line break, which no field can contain; remove it";
     }
     if (u_charType(character) == U_CONTROL_CHAR && character != '\t') {
       return "contains the control character " + CodePoint(character) +

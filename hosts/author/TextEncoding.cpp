@@ -27,7 +27,7 @@ Converter OpenConverter(const std::string& encoding) {
                       &ucnv_close);
   if (converter == nullptr || U_FAILURE(error) != 0) {
     throw OptionError("the encoding '" + encoding +
-                      "' is unknown; name one such as UTF-8, UTF-16 or Windows-1252");
+                      "' is unknown; use an encoding such as UTF-8, UTF-16 or Windows-1252");
   }
   ucnv_setToUCallBack(converter.get(), UCNV_TO_U_CALLBACK_STOP, nullptr, nullptr, nullptr, &error);
   return converter;

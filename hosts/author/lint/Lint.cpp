@@ -94,7 +94,7 @@ LintReport LintDataFile(const std::string& name, std::string_view text, const Li
   report.changes = context.IsStopped() ? 0 : file.ChangeCount();
   if (host == nullptr) {
     report.notJudged.insert(
-        "without --host, grouping IDs, features and the version of the host are not checked");
+        "features, their keys and the version of the host are checked only with --host");
   }
   return report;
 }

@@ -34,8 +34,7 @@ inline constexpr auto kLintCodes = std::to_array<LintCodeInfo>({
      "The library keeps the NUL byte in the field, but many views end the text at this byte.",
      "Delete the NUL byte."},
     {LintCode::kConflictMark, "conflict-mark", Severity::kError, "a merge-conflict marker",
-     "The file contains both versions of the conflicting lines, so users see some changes "
-     "twice.",
+     "The file contains both versions of the conflicting lines, so users can see a change twice.",
      "Resolve the conflict and delete the markers."},
     {LintCode::kInnerByteOrderMark, "inner-byte-order-mark", Severity::kError,
      "a byte order mark inside the file",
@@ -148,7 +147,7 @@ inline constexpr auto kLintCodes = std::to_array<LintCodeInfo>({
      "Write Mac or Win. For a change on every platform, leave the field empty."},
     {LintCode::kRatingRequestWord, "rating-request-word", Severity::kError,
      "the rating request is a word, not a question",
-     "Any text except RequestRating is a question, so the panel asks users this word as a "
+     "Any text except RequestRating is a question, so the rating view shows this word as the "
      "question.",
      "Write RequestRating, or a question, or leave the field empty."},
     {LintCode::kChangesSinceSpelling, "changes-since-spelling", Severity::kError,
@@ -158,18 +157,19 @@ inline constexpr auto kLintCodes = std::to_array<LintCodeInfo>({
      "Write the version into the first column and Changes-Since into the second column."},
     {LintCode::kChangesSinceOverwritten, "changes-since-overwritten", Severity::kError,
      "a line after the Changes-Since row replaces its version",
-     "A row with fewer than ten fields inherits the missing fields from the row before it. A "
-     "line with one field after a Changes-Since row is therefore a second Changes-Since row, "
-     "and the heading shows its text. This applies to comment lines, too.",
+     "A row with fewer than ten fields inherits the missing fields from the row before it. A line "
+     "with one field after a Changes-Since row is therefore a second Changes-Since row, and the "
+     "heading shows its text. A comment line has the same effect.",
      "Move the line away from the Changes-Since row."},
     {LintCode::kChangesSinceVersion, "changes-since-version", Severity::kError,
      "the Changes-Since version is empty, begins with a v, or contains a comma",
      "The heading adds a v before the version. If the version is empty, users see only this v. If "
-     "the version begins with a v, users see two. If it contains a comma, users see the comma.",
+     "the version begins with a v, users see a second v. If the version contains a comma, users "
+     "see the comma.",
      "Write the version as numbers and points, for example 4.2."},
     {LintCode::kVersionPrefix, "version-prefix", Severity::kError, "the version begins with a v",
-     "The panel adds a v before the version, so users see two. In a comparison of versions, "
-     "the component with the v counts as 0.",
+     "The panel adds a v before the version, so users see a second v. In a comparison of "
+     "versions, the component with the v counts as 0.",
      "Delete the v."},
     {LintCode::kVersionDate, "version-date", Severity::kError, "the version is a date",
      "Spreadsheet programs convert versions such as 4.3 to dates. Users see the date as the "
@@ -181,8 +181,8 @@ inline constexpr auto kLintCodes = std::to_array<LintCodeInfo>({
      "Write the version that contains the change."},
     {LintCode::kBoundsComponents, "bounds-components", Severity::kError,
      "the two versions have different numbers of components",
-     "The library does not add missing components, so 4.3 is less than 4.2.0.0. Either the "
-     "wrong users or no users count as users of a version that the change affects.",
+     "The library does not add missing components, so 4.3 is less than 4.2.0.0. The change "
+     "therefore affects the wrong versions or no version.",
      "Write both versions with as many components as the full version of the application."},
     {LintCode::kBoundsNumber, "bounds-number", Severity::kError,
      "a component is not a number below 1000, or there are too many components",
@@ -253,7 +253,8 @@ inline constexpr auto kLintCodes = std::to_array<LintCodeInfo>({
      "The panel shows the text unchanged, so the link cannot be opened.",
      "Write the link into the column for links."},
     {LintCode::kRatingInSection, "rating-in-section", Severity::kWarning,
-     "a rating request in a section", "Sections cannot be rated, so users are never asked.",
+     "a rating request in a section",
+     "Sections cannot be rated, so the rating request has no effect.",
      "Delete the rating request, or move the change to a feature."},
     {LintCode::kChangesSinceMissing, "changes-since-missing", Severity::kWarning,
      "there is no Changes-Since row",
@@ -267,8 +268,8 @@ inline constexpr auto kLintCodes = std::to_array<LintCodeInfo>({
      "Write the version that contains the change into the first column."},
     {LintCode::kSameIdentity, "same-identity", Severity::kWarning,
      "two changes have the same identity",
-     "Users see the change twice. When one of the two rows counts as seen, the other one does, "
-     "too.",
+     "Users see the change twice. When one of the two rows counts as seen, the other row counts "
+     "as seen, too.",
      "Delete one of the rows."},
     {LintCode::kKeyTwoDefaults, "key-two-defaults", Severity::kWarning,
      "a localisation key has two default texts",
@@ -283,7 +284,7 @@ inline constexpr auto kLintCodes = std::to_array<LintCodeInfo>({
      "The library does not change unknown markup. Users see the markup.",
      "Write markup from the manual, for example #{endl}."},
     {LintCode::kHTML, "html", Severity::kWarning, "HTML in the text",
-     "The panel shows texts unchanged, so users see the tags or entities.", "Write plain text."},
+     "The panel does not interpret HTML, so users see the tags or entities.", "Write plain text."},
     {LintCode::kMojibake, "mojibake", Severity::kWarning,
      "the text was decoded with the wrong encoding",
      "Sequences such as U+00C3 U+00A4 are UTF-8 bytes that a program read as Windows-1252. "
@@ -296,8 +297,8 @@ inline constexpr auto kLintCodes = std::to_array<LintCodeInfo>({
      "Write the commit ID, and format the column of the spreadsheet as text."},
     {LintCode::kOuterSpaces, "outer-spaces", Severity::kWarning,
      "spaces at the start or the end of a field",
-     "The library keeps the spaces. The field therefore matches no key and no keyword, and the "
-     "spaces affect the identity of the change.",
+     "The library keeps the spaces. A field with such spaces matches no key and no keyword. In "
+     "every column except column 5, the spaces affect the identity of the change.",
      "Delete the spaces. --fix deletes them in columns 2, 3, 4, 6 and 7."},
     {LintCode::kFeatureUnseen, "feature-unseen", Severity::kWarning,
      "no user of this host sees the feature",
@@ -314,7 +315,8 @@ inline constexpr auto kLintCodes = std::to_array<LintCodeInfo>({
      "INTERNAL with the key of a feature",
      "The grouping ID INTERNAL takes precedence over the third column. Only internal users see "
      "the change, in the section INTERNAL.",
-     "If users should see the change, write the key of the feature into the second column."},
+     "If external users should see the change, write the key of the feature into the second "
+     "column."},
     {LintCode::kNoChange, "no-change", Severity::kNote, "the file has no change",
      "Users see no changes.", "Add changes below the header."},
     {LintCode::kVersionAboveHost, "version-above-host", Severity::kNote,
@@ -323,8 +325,7 @@ inline constexpr auto kLintCodes = std::to_array<LintCodeInfo>({
      "of date.",
      "Check the version, or update the host description."},
     {LintCode::kLinkLater, "link-later", Severity::kNote, "later links of a feature",
-     "The first well-formed link of a feature becomes its link. The library ignores the "
-     "later ones.",
+     "The first well-formed link of a feature becomes its link. The library ignores later links.",
      "Delete the later links, or write the best link first."},
     {LintCode::kFeatureWithoutChange, "feature-without-change", Severity::kNote,
      "features without a change",
@@ -333,17 +334,17 @@ inline constexpr auto kLintCodes = std::to_array<LintCodeInfo>({
     {LintCode::kStoryIDWins, "story-id-wins", Severity::kNote, "the story ID is the key of an item",
      "The library looks up the key in the third column first. The change therefore belongs to the "
      "item with this key, and not to the item of its grouping ID.",
-     "To make this clear, write the key into the second column."},
+     "To make the item clear, write its key into the second column."},
     {LintCode::kUnreviewedLeft, "unreviewed-left", Severity::kNote, "a change is still unreviewed",
      "Only internal users see the change, in the section UNREVIEWED.",
      "After the review, delete the salience."},
     {LintCode::kCommentLine, "comment-line", Severity::kNote, "a comment line",
      "The format has no comments. The library skips the line because it does not have ten "
      "fields.",
-     "The line has no effect here. Do not write such a line directly after a Changes-Since row."},
+     "The line has no effect here. Do not write a comment line directly after a Changes-Since "
+     "row."},
     {LintCode::kBaselineNew, "baseline-new", Severity::kNote, "a new row",
-     "The change is not in the earlier file, so it is new for every user.",
-     "There is nothing to do."},
+     "The change is not in the earlier file, so it is new for every user.", "No action is needed."},
     {LintCode::kBaselineNewAgain, "baseline-new-again", Severity::kWarning,
      "an edited row is new again",
      "The library identifies a change by its content. Users who saw the earlier row see the "

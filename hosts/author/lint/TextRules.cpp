@@ -120,9 +120,9 @@ std::string_view FindHTML(std::string_view text) {
 void CheckHTML(LintContext& context, const LintRow& row) {
   const std::string_view html = FindHTML(row.Value(DataColumn::kDescription));
   if (html.empty()) return;
-  context.ReportPart(
-      LintCode::kHTML, row, DataColumn::kDescription, html,
-      "users see " + Quoted(html) + ", because texts are not HTML; write plain text");
+  context.ReportPart(LintCode::kHTML, row, DataColumn::kDescription, html,
+                     "users see " + Quoted(html) +
+                         ", because the panel does not interpret HTML; write plain text");
 }
 
 // ---- mojibake

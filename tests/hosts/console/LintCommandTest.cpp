@@ -36,7 +36,7 @@ class LintCommandTest : public ProgramTest {
 
 TEST_F(LintCommandTest, FileWithoutFindingsHasTheStatus0) {
   EXPECT_EQ(OutputOf({"lint", "{data}"}),
-            "without --host, grouping IDs, features and the version of the host are not checked\n"
+            "features, their keys and the version of the host are checked only with --host\n"
             "no errors, no warnings and no notes in one change of one file\n");
 }
 
