@@ -169,8 +169,11 @@ NewsDocument::NewsDocument(const ornwhatsnew::PanelLayout& layout, const PanelSt
 }
 
 QString NewsDocument::plainText(const QTextCursor& cursor) {
+  return textWithPositions(cursor).remove(kLabelStrut);
+}
+
+QString NewsDocument::textWithPositions(const QTextCursor& cursor) {
   QString text = cursor.selectedText();
-  text.remove(kLabelStrut);
   for (QChar& character : text) {
     switch (character.unicode()) {
       case QChar::ParagraphSeparator:
