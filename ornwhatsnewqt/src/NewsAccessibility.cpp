@@ -16,14 +16,14 @@
 namespace ornwhatsnewqt {
 namespace {
 
-/// Returns the text of `page` from `begin` to `end`. Replaces a position outside of the text with
-/// the nearest end of the text.
-QString textOf(const NewsPage& page, int begin, int end) {
+/// Returns a cursor that selects the text of `page` from `begin` to `end`. Replaces a position
+/// outside of the text with the nearest end of the text.
+QTextCursor selectionOf(const NewsPage& page, int begin, int end) {
   const int last = page.document()->characterCount() - 1;
   QTextCursor cursor(page.document());
   cursor.setPosition(std::clamp(begin, 0, last));
   cursor.setPosition(std::clamp(end, 0, last), QTextCursor::KeepAnchor);
-  return NewsDocument::plainText(cursor);
+  return cursor;
 }
 
 /// The accessible interface of the element with a given index. After a change of the layout, the
@@ -109,7 +109,8 @@ QAccessible::State ElementInterface::state() const {
 QString ElementInterface::text(QAccessible::Text kind) const {
   if (!isValid()) return {};
   if (kind == QAccessible::Name) {
-    return textOf(*page_, element()->position, element()->position + element()->length);
+    const int begin = element()->position;
+    return NewsDocument::plainText(selectionOf(*page_, begin, begin + element()->length));
   }
   return kind == QAccessible::Description ? element()->href : QString();
 }
@@ -150,7 +151,7 @@ class PageInterface final : public QAccessibleWidget, public QAccessibleTextInte
   int cursorPosition() const override { return page().textCursor().position(); }
   void setCursorPosition(int position) override { addSelection(position, position); }
   QString text(int startOffset, int endOffset) const override {
-    return textOf(page(), startOffset, endOffset);
+    return NewsDocument::textWithPositions(selectionOf(page(), startOffset, endOffset));
   }
   using QAccessibleWidget::text;
   int characterCount() const override { return page().document()->characterCount() - 1; }

@@ -50,8 +50,12 @@ class Writer {
   /// Returns the direction of the first character in `range` with a strong direction. If there is
   /// none, returns the direction of the application.
   Qt::LayoutDirection directionOf(const ornwhatsnew::TextRange& range) const {
-    for (std::size_t i = range.begin; i < range.begin + range.length; ++i) {
-      switch (QChar(layout_.text[i]).direction()) {
+    const auto text =
+        QStringView(layout_.text)
+            .mid(static_cast<qsizetype>(range.begin), static_cast<qsizetype>(range.length));
+    // Check code points, because Qt regards a single surrogate as a left-to-right character.
+    for (const char32_t codePoint : text.toUcs4()) {
+      switch (QChar::direction(codePoint)) {
         case QChar::DirL:
           return Qt::LeftToRight;
         case QChar::DirR:
@@ -165,8 +169,11 @@ NewsDocument::NewsDocument(const ornwhatsnew::PanelLayout& layout, const PanelSt
 }
 
 QString NewsDocument::plainText(const QTextCursor& cursor) {
+  return textWithPositions(cursor).remove(kLabelStrut);
+}
+
+QString NewsDocument::textWithPositions(const QTextCursor& cursor) {
   QString text = cursor.selectedText();
-  text.remove(kLabelStrut);
   for (QChar& character : text) {
     switch (character.unicode()) {
       case QChar::ParagraphSeparator:

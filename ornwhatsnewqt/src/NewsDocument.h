@@ -57,6 +57,10 @@ class NewsDocument : public QTextDocument {
   /// Tabs and no-break spaces become spaces. Omits the invisible characters before labels.
   static QString plainText(const QTextCursor& cursor);
 
+  /// Returns the same text as `plainText`, but with the invisible characters, so that an offset in
+  /// the text is a position in the document.
+  static QString textWithPositions(const QTextCursor& cursor);
+
  private:
   std::vector<NewsElement> elements_;
 };

@@ -92,7 +92,9 @@ void PanelHeader::applyStyle() {
 }
 
 void PanelHeader::changeEvent(QEvent* event) {
-  if (event->type() == QEvent::FontChange) applyStyle();
+  // The header can receive a change event before its constructor has created `newsButton_`, the
+  // last widget that `applyStyle` uses.
+  if (event->type() == QEvent::FontChange && newsButton_ != nullptr) applyStyle();
   QWidget::changeEvent(event);
 }
 

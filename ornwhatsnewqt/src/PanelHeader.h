@@ -48,12 +48,12 @@ class PanelHeader : public QWidget {
   QRadioButton* addPageButton(const char* name);
   void applyStyle();
 
-  FlowLayout* pages_;
-  QLabel* title_;
-  QRadioButton* newsButton_;
-  QRadioButton* ratingsButton_;
-  GlyphButton* searchButton_;
-  GlyphButton* printButton_;
+  FlowLayout* pages_ = nullptr;
+  QLabel* title_ = nullptr;
+  QRadioButton* newsButton_ = nullptr;
+  QRadioButton* ratingsButton_ = nullptr;
+  GlyphButton* searchButton_ = nullptr;
+  GlyphButton* printButton_ = nullptr;
 };
 
 }  // namespace ornwhatsnewqt

@@ -29,11 +29,13 @@
 namespace ornwhatsnewqt {
 
 struct PanelWidget::Impl {
-  Impl(PanelWidget* owner, PanelController* panelController);
+  Impl(PanelWidget* owner, PanelController* panelController)
+      : panel(owner), controller(panelController) {}
   Impl(const Impl&) = delete;
   Impl& operator=(const Impl&) = delete;
 
-  void addWidgets();
+  void createWidgets();
+  void layOutWidgets();
   void centerTop();
   void connectWidgets();
   void openPage(PanelPage newPage);
@@ -48,41 +50,31 @@ struct PanelWidget::Impl {
 
   PanelWidget* panel;
   QPointer<PanelController> controller;
-  MessageBar* message;
-  PanelHeader* header;
-  FilterBar* filters;
-  NewsPage* news;
-  RatingPage* ratings;
-  SearchBar* search;
-  QStackedWidget* pages;
-  QCheckBox* announce;
+  MessageBar* message = nullptr;
+  PanelHeader* header = nullptr;
+  FilterBar* filters = nullptr;
+  NewsPage* news = nullptr;
+  RatingPage* ratings = nullptr;
+  SearchBar* search = nullptr;
+  QStackedWidget* pages = nullptr;
+  QCheckBox* announce = nullptr;
   QVBoxLayout* top = nullptr;
   PanelPage page = PanelPage::News;
   bool isOpen = false;
 };
 
-PanelWidget::Impl::Impl(PanelWidget* owner, PanelController* panelController)
-    : panel(owner),
-      controller(panelController),
-      message(new MessageBar(owner)),
-      header(new PanelHeader(owner)),
-      filters(new FilterBar(panelController, owner)),
-      news(new NewsPage(owner)),
-      ratings(new RatingPage(owner)),
-      search(new SearchBar(news, owner)),
-      pages(new QStackedWidget(owner)),
-      announce(new QCheckBox(owner)) {
-  addWidgets();
-  connectWidgets();
-  retranslate();
-  showErrors();
-  updateHeader();
-}
-
 // These functions change the widgets to which the members point.
 // NOLINTBEGIN(readability-make-member-function-const)
 
-void PanelWidget::Impl::addWidgets() {
+void PanelWidget::Impl::createWidgets() {
+  message = new MessageBar(panel);
+  header = new PanelHeader(panel);
+  filters = new FilterBar(controller, panel);
+  news = new NewsPage(panel);
+  ratings = new RatingPage(panel);
+  search = new SearchBar(news, panel);
+  pages = new QStackedWidget(panel);
+  announce = new QCheckBox(panel);
   header->setObjectName(QStringLiteral("header"));
   filters->setObjectName(QStringLiteral("filters"));
   message->setObjectName(QStringLiteral("messageBar"));
@@ -90,6 +82,9 @@ void PanelWidget::Impl::addWidgets() {
   ratings->setObjectName(QStringLiteral("ratingPage"));
   search->setObjectName(QStringLiteral("searchBar"));
   announce->setObjectName(QStringLiteral("announce"));
+}
+
+void PanelWidget::Impl::layOutWidgets() {
   pages->addWidget(news);
   pages->addWidget(ratings);
   top = new QVBoxLayout;
@@ -240,7 +235,16 @@ void PanelWidget::Impl::print() {
 // NOLINTEND(readability-make-member-function-const)
 
 PanelWidget::PanelWidget(WhatsNew* whatsNew, QWidget* parent)
-    : QWidget(parent), impl_(std::make_unique<Impl>(this, whatsNew->controller())) {}
+    : QWidget(parent), impl_(std::make_unique<Impl>(this, whatsNew->controller())) {
+  // Create the widgets after `impl_`, because an event handler of this object, which uses `impl_`,
+  // can be called as soon as this object has a child.
+  impl_->createWidgets();
+  impl_->layOutWidgets();
+  impl_->connectWidgets();
+  impl_->retranslate();
+  impl_->showErrors();
+  impl_->updateHeader();
+}
 
 PanelWidget::~PanelWidget() {
   impl_->closePages();

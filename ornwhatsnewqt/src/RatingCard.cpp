@@ -156,8 +156,9 @@ void RatingCard::send() {
 }
 
 void RatingCard::changeEvent(QEvent* event) {
-  // The card can receive a change event before its constructor has created all widgets.
-  if (changesPanelStyle(*event) && sendButton_ != nullptr && thanks_ != nullptr) applyStyle();
+  // The card can receive a change event before its constructor has created `thanks_`, the last
+  // widget.
+  if (changesPanelStyle(*event) && thanks_ != nullptr) applyStyle();
   QFrame::changeEvent(event);
 }
 

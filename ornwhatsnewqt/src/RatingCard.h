@@ -55,14 +55,14 @@ class RatingCard : public QFrame {
   void send();
 
   QString itemKey_;
-  QLabel* title_;
-  QLabel* question_;
-  QLabel* description_;
+  QLabel* title_ = nullptr;
+  QLabel* question_ = nullptr;
+  QLabel* description_ = nullptr;
   QWidget* choices_ = nullptr;
   QButtonGroup* stars_ = nullptr;
   QLineEdit* comment_ = nullptr;
   QPushButton* sendButton_ = nullptr;
-  QLabel* thanks_;
+  QLabel* thanks_ = nullptr;
   bool hasOwnQuestion_ = false;
   bool isRated_ = false;
 };

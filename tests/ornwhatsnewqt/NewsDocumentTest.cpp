@@ -53,6 +53,7 @@ class NewsDocumentTest : public QObject {
   void aTitleIsNoLinkIfItsDescriptionRepeatsTheLink();
   void changesHaveAHangingIndent();
   void paragraphsFollowTheDirectionOfTheirText();
+  void surrogatesHaveNoDirection();
   void controlCharactersAddNoBlocks();
   void textsCannotChangeTheDirectionOfOtherText();
   void changesWithoutTextAreLeftOut();
@@ -175,6 +176,19 @@ void NewsDocumentTest::paragraphsFollowTheDirectionOfTheirText() {
   QCOMPARE(hebrew.layoutDirection(), Qt::RightToLeft);
   QVERIFY(hebrew.rightMargin() > hebrew.leftMargin());
   QCOMPARE(document.begin().next().blockFormat().layoutDirection(), Qt::LeftToRight);
+}
+
+void NewsDocumentTest::surrogatesHaveNoDirection() {
+  TestLayout layout;
+  layout.change(u"\U0001F389 \u05D4\u05E1");  // an emoji, which has no direction, and Hebrew
+  layout.change(u"\U0001E900 A4");            // a letter of Adlam, a right-to-left script
+  layout.change(u"\U00020000 \u05D4\u05E1");  // an ideograph, which is left-to-right
+  const NewsDocument document(layout.layout(), style());
+  QList<Qt::LayoutDirection> directions;
+  for (QTextBlock block = document.begin(); block.isValid(); block = block.next())
+    directions.append(block.blockFormat().layoutDirection());
+  QCOMPARE(directions,
+           (QList<Qt::LayoutDirection>{Qt::RightToLeft, Qt::RightToLeft, Qt::LeftToRight}));
 }
 
 void NewsDocumentTest::controlCharactersAddNoBlocks() {

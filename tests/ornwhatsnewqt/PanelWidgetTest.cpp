@@ -1,6 +1,9 @@
 #include <ornwhatsnewqt/PanelWidget.h>
 
+#include <array>
+#include <cstddef>
 #include <memory>
+#include <new>
 
 #include <QtCore/QPointer>
 #include <QtCore/QTranslator>
@@ -21,13 +24,17 @@
 #include <ornwhatsnewqt/WhatsNew.h>
 
 #include "ornwhatsnewqt/src/NewsPage.h"
+#include "ornwhatsnewqt/src/PanelHeader.h"
+#include "ornwhatsnewqt/src/RatingCard.h"
 #include "ornwhatsnewqt/src/RatingPage.h"
 #include "tests/ornwhatsnewqt/TestWorld.h"
 
 namespace {
 
 using ornwhatsnewqt::NewsPage;
+using ornwhatsnewqt::PanelHeader;
 using ornwhatsnewqt::PanelWidget;
+using ornwhatsnewqt::RatingCard;
 using ornwhatsnewqt::RatingPage;
 using ornwhatsnewqt::Settings;
 using ornwhatsnewqt::WhatsNew;
@@ -81,6 +88,38 @@ class GermanTranslator : public QTranslator {
   bool isEmpty() const override { return false; }
 };
 
+/// Sends a font change to each `Widget` that receives a child, as an event filter of an application
+/// can.
+template <class Widget>
+class FontChanger : public QObject {
+ public:
+  FontChanger() { QCoreApplication::instance()->installEventFilter(this); }
+
+  bool eventFilter(QObject* watched, QEvent* event) override {
+    const bool isDue =
+        event->type() == QEvent::ChildAdded && qobject_cast<Widget*>(watched) != nullptr;
+    if (isDue) {
+      QEvent change(QEvent::FontChange);
+      QCoreApplication::sendEvent(watched, &change);
+      ++changes;
+    }
+    return false;
+  }
+
+  int changes = 0;
+};
+
+/// Constructs a `Widget` in memory that is not zero, and changes its font during the construction.
+/// Returns the number of changes. A read of a member without a value probably ends the program.
+template <class Widget, class... Arguments>
+int constructDuringFontChanges(const Arguments&... arguments) {
+  alignas(Widget) std::array<std::byte, sizeof(Widget)> memory;
+  memory.fill(std::byte{0xA5});
+  FontChanger<Widget> changer;
+  std::destroy_at(new (memory.data()) Widget(arguments...));
+  return changer.changes;
+}
+
 class PanelWidgetTest : public QObject {
   Q_OBJECT
 
@@ -101,6 +140,9 @@ class PanelWidgetTest : public QObject {
   void reportsAMissingDataFile();
   void followsTheLanguage();
   void followsThePalette();
+  void aFontCanChangeDuringTheConstructionOfAPanel();
+  void aFontCanChangeDuringTheConstructionOfAHeader();
+  void aFontCanChangeDuringTheConstructionOfACard();
   void showsRatingsInPlaceOfTheNews();
   void theNewsRemainAfterAVisitToTheRatings();
   void storesARating();
@@ -310,6 +352,22 @@ void PanelWidgetTest::followsThePalette() {
   const QColor corner = page.viewport()->grab().toImage().pixelColor(2, 2);
   QCOMPARE(corner, QColor(30, 30, 32));
   QApplication::setPalette(before);
+}
+
+void PanelWidgetTest::aFontCanChangeDuringTheConstructionOfAPanel() {
+  whatsNew_ = std::make_unique<WhatsNew>(world_->dataFile(), world_->settings());
+  QVERIFY(constructDuringFontChanges<PanelWidget>(whatsNew_.get()) > 0);
+}
+
+void PanelWidgetTest::aFontCanChangeDuringTheConstructionOfAHeader() {
+  QWidget parent;
+  QVERIFY(constructDuringFontChanges<PanelHeader>(&parent) > 0);
+}
+
+void PanelWidgetTest::aFontCanChangeDuringTheConstructionOfACard() {
+  QWidget parent;
+  const ornwhatsnew::RatingRequest request{"EPIC-1", u"Map", u"", u""};
+  QVERIFY(constructDuringFontChanges<RatingCard>(request, &parent) > 0);
 }
 
 void PanelWidgetTest::showsRatingsInPlaceOfTheNews() {
