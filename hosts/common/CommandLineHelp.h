@@ -15,7 +15,7 @@ inline constexpr const char* kHostHelp = "The host description, a JSON file";
 inline constexpr const char* kStateHelp =
     "The state store; ':memory:' stores nothing.\n"
     "Default: ornwhatsnew/state.json in $XDG_STATE_HOME,\n"
-    "or in ~/.local/state if that is not set";
+    "or in ~/.local/state if that is not an absolute path";
 inline constexpr const char* kRatingHelp = "Show only features that you have seen and can rate";
 
 }  // namespace hosts::common
