@@ -23,7 +23,7 @@ inline constexpr std::size_t kWorldSwitches = 5;
 ///   4  flags: 0x01 use a rating placeholder, 0x02 use a dictionary, 0x04 also check reloads
 class World {
  public:
-  /// Configures the host with the switches of a line. A missing switch is 0.
+  /// Configures the host with `switches`. A missing switch is 0.
   explicit World(std::string_view switches);
 
   test_support::FakeHost& Host() { return host_; }

@@ -33,7 +33,8 @@ enum class ParagraphKind {
   /// The heading of the panel, with a version. The rating view has a heading only if the host's
   /// translation of the newline contains visible characters. That heading has no version.
   kHeader,
-  /// The title of an item. The internal key and the unlock label can follow it.
+  /// The title of an item. The same paragraph can also contain the internal key and the unlock
+  /// label, after the title.
   kTitle,
   /// The description of an item, with its links.
   kDescription,

@@ -87,8 +87,8 @@ write_settings_in_several_programs() {
   build release --target "$test" && ORNWHATSNEWQT_TEST_ROUNDS=500 "build/release/bin/$test"
 }
 
-# Runs the tests of the Qt companion with windows in a virtual X server. './dev test' runs the same tests
-# without a display. In both cases, the settings are separate from those of the user.
+# Runs the tests of the Qt companion in a virtual X server, where the tests open real windows. './dev test'
+# runs the same tests without a display. In both cases, the settings are separate from those of the user.
 test_companion_in_windows() {
   local tests=() test home status=0
   configure release || return

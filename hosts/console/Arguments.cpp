@@ -240,9 +240,9 @@ class CommandLine {
     command
         .add_option("--encoding", import_.encoding,
                     "The encoding of the CSV file. By default, its byte\n"
-                    "order mark determines the encoding. Without one, it is\n"
-                    "UTF-8 if the file is valid UTF-8, and otherwise\n"
-                    "Windows-1252")
+                    "order mark determines the encoding. A file without a\n"
+                    "byte order mark is UTF-8 if it is valid UTF-8, and\n"
+                    "otherwise Windows-1252")
         ->type_name("NAME");
   }
 
@@ -311,8 +311,8 @@ class CommandLine {
     AddHost(command, preview_.host)->required();
     command
         .add_option("--seen", preview_.seen,
-                    "An earlier version of the data file. Adds the panel of\n"
-                    "a user who has seen it")
+                    "Add the panel of a user who has seen OLD, an earlier\n"
+                    "version of the data file")
         ->type_name("OLD");
     command.add_option("-o,--output", preview_.output, "The page to write; '-' is standard output")
         ->required()

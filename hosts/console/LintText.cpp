@@ -92,7 +92,8 @@ void MarkOmissions(std::vector<std::u16string>& characters, bool isStartOmitted,
   if (isEndOmitted) std::fill_n(characters.end() - kPoints, kPoints, u".");
 }
 
-/// Returns an excerpt of `line`, the line of a finding, and a line with carets below the finding.
+/// Returns two lines: an excerpt of `line`, which contains the finding, and carets below the
+/// finding.
 std::string Excerpt(const Finding& finding, std::string_view line) {
   const std::u16string units = orncore::string::UTF8to16(common::WithoutByteOrderMark(line));
   const std::size_t size = CountCharacters(units);

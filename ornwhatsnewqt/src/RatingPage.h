@@ -16,7 +16,7 @@ namespace ornwhatsnewqt {
 
 class RatingCard;
 
-/// A list of cards, one for each rating request. When the user has sent a rating, moves the focus
+/// A list of cards, one for each rating request. After the user sends a rating, moves the focus
 /// to the next card that is not rated.
 class RatingPage : public QScrollArea {
   Q_OBJECT

@@ -76,7 +76,8 @@ class LintedFile {
   /// the header has no name for the column, if there is no header, or after `IgnoreHeaderNames`.
   /// Shortens a long name.
   std::string ColumnName(std::size_t index) const;
-  /// Makes `ColumnName` return the names from the manual, because the header is wrong.
+  /// Makes `ColumnName` return the names from the manual. Call this function if names in the
+  /// header are missing or wrong.
   void IgnoreHeaderNames() { usesHeaderNames_ = false; }
 
   /// Returns the offset in the file of the first byte of `row`.

@@ -27,7 +27,8 @@ class PanelWriter {
   PanelWriter& operator=(const PanelWriter&) = delete;
   virtual ~PanelWriter() = default;
 
-  /// Reserves memory for about `paragraphs` paragraphs with `units` UTF-16 units.
+  /// Reserves memory for about `paragraphs` paragraphs, which have about `units` UTF-16 units in
+  /// total.
   virtual void Reserve(std::size_t paragraphs, std::size_t units) = 0;
 
   /// Begins a paragraph of `item`. If `item` is null, the paragraph belongs to the whole panel.

@@ -132,7 +132,8 @@ TEST_F(StateStoreFaultTest, RejectsATruncatedStore) {
 }
 
 TEST_F(StateStoreFaultTest, RejectsAnEmptyFile) {
-  // The program never stores the state as an empty file, so an empty file has another purpose.
+  // An empty file is not a state store. Another program may need the empty file, so `ornwhatsnew`
+  // must not overwrite it.
   folder_.Write("state.json", "");
   ExpectRejected("': the file is empty; ",
                  "; delete it if you do not need it, or name another one with --state");
