@@ -114,6 +114,17 @@ TEST(LintFix, CorrectsMistakesThatAreNotListed) {
   EXPECT_EQ(Fix(text).corrected, kMaximumFindings + 2);
 }
 
+TEST(LintFix, CorrectsSeveralFieldsOfARowWhoseMistakesAreNotListed) {
+  std::string text = kHeaderRows;
+  std::string expected = kHeaderRows;
+  for (std::size_t i = 0; i < kMaximumFindings + 2; ++i) {
+    const std::string message = "Text " + std::to_string(i) + "\n";
+    text += "4.3, misc, ORN-1, Detail,,, Win,,," + message;
+    expected += "4.3,MISC,ORN-1,Detail,,,Win,,," + message;
+  }
+  EXPECT_TRUE(Fix(text, FixScope::kAll).text == expected);
+}
+
 TEST(LintFix, CleanFileHasNoDiff) {
   const std::string text = kHeaderRows + "4.3,MISC,,,,,,,,Text\n";
   EXPECT_EQ(Fix(text).diff, "");
