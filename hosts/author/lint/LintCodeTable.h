@@ -31,7 +31,7 @@ inline constexpr auto kLintCodes = std::to_array<LintCodeInfo>({
     {LintCode::kFileEmpty, "file-empty", Severity::kError, "the file is empty",
      "Users see no changes.", "Add the header row and the changes."},
     {LintCode::kNulByte, "nul-byte", Severity::kError, "a NUL byte",
-     "The library keeps the NUL byte in the field, but many views end the text at this byte.",
+     "The library keeps the NUL byte in the field, but many views truncate the text at this byte.",
      "Delete the NUL byte."},
     {LintCode::kConflictMark, "conflict-mark", Severity::kError, "a merge-conflict marker",
      "The file contains both versions of the conflicting lines, so users see some changes "
