@@ -70,6 +70,12 @@ TEST(LintFix, KeepsSpacesAroundATextAndAVersion) {
   EXPECT_EQ(Fix(text, FixScope::kAll).text, text);
 }
 
+TEST(LintFix, KeepsAGroupingIDOfSpaces) {
+  const std::string text = kHeaderRows + "4.3, ,ORN-1,,,,,,,Text\n";
+  EXPECT_THAT(CodesOf(LintText(text)), testing::ElementsAre("grouping-id-unknown"));
+  EXPECT_EQ(Fix(text, FixScope::kAll).text, text);
+}
+
 TEST(LintFix, ReplacesCRLineEnds) {
   const std::string rows = kHeaderRows + "\n4.3,MISC,,,,,,,,One\n4.3,MISC,,,,,,,,Two\n";
   std::string old = rows;
