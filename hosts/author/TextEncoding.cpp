@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <new>
 
 #include <orncore/string/Conversion.h>
 #include <unicode/ucnv.h>
@@ -25,6 +26,7 @@ Converter OpenConverter(const std::string& encoding) {
   // An empty name would select the default encoding of the system.
   Converter converter(encoding.empty() ? nullptr : ucnv_open(encoding.c_str(), &error),
                       &ucnv_close);
+  if (error == U_MEMORY_ALLOCATION_ERROR) throw std::bad_alloc();
   if (converter == nullptr || U_FAILURE(error) != 0) {
     throw OptionError("the encoding '" + encoding +
                       "' is unknown; use an encoding such as UTF-8, UTF-16 or Windows-1252");

@@ -52,10 +52,14 @@ void RequireNoError(const std::filesystem::path& file, const std::vector<Finding
   const auto errors = std::ranges::count(findings, author::Severity::kError, &Finding::severity);
   if (errors == 0) return;
   for (const Finding& finding : findings) Report(file, 0, finding);
-  throw ToolError(ExitStatus::kInput,
-                  MessageAt(file, 0,
-                            "found " + common::Counted(static_cast<std::size_t>(errors), "error") +
-                                " in the new row; nothing was written"));
+  // A finding on the whole file is on line 1. The new row cannot be there, because a header
+  // precedes it.
+  const bool isOnFile = findings.front().place.line == 1;
+  throw ToolError(
+      ExitStatus::kInput,
+      MessageAt(file, 0,
+                "found " + common::Counted(static_cast<std::size_t>(errors), "error") +
+                    (isOnFile ? " in the file" : " in the new row") + "; nothing was written"));
 }
 
 /// Returns `dataFile` with the new change. Sets `findings` to the findings on the new row. Throws

@@ -121,8 +121,9 @@ void CheckNulBytes(LintContext& context) {
   for (const LintRow& row : context.File().Rows()) {
     const std::size_t position = row.data.text.find('\0');
     if (position == row.data.text.npos) continue;
-    context.Report(LintCode::kNulByte, row, position, position + 1,
-                   "the field contains a NUL byte, at which many views end the text; delete it");
+    context.Report(
+        LintCode::kNulByte, row, position, position + 1,
+        "the field contains a NUL byte, at which many views truncate the text; delete it");
   }
 }
 

@@ -88,7 +88,7 @@ LintReport LintDataFile(const std::string& name, std::string_view text, const Li
   LintContext context(file, host, scope);
   RunRules(context);
   LintReport report;
-  report.findings = std::move(context.Findings());
+  report.findings = context.TakeFindings();
   report.omitted = context.TakeOmitted();
   report.files = 1;
   report.changes = context.IsStopped() ? 0 : file.ChangeCount();

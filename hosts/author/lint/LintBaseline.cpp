@@ -186,7 +186,7 @@ LintReport CompareWithBaseline(const std::string& name, std::string_view text,
   LintContext context(after, host);
   Comparison(context, before).Report();
   LintReport report;
-  report.findings = std::move(context.Findings());
+  report.findings = context.TakeFindings();
   report.omitted = context.TakeOmitted();
   if (host == nullptr) {
     report.notJudged.insert("without --host, rating requests are not compared with the baseline");

@@ -31,7 +31,7 @@ inline constexpr auto kLintCodes = std::to_array<LintCodeInfo>({
     {LintCode::kFileEmpty, "file-empty", Severity::kError, "the file is empty",
      "Users see no changes.", "Add the header row and the changes."},
     {LintCode::kNulByte, "nul-byte", Severity::kError, "a NUL byte",
-     "The library keeps the NUL byte in the field, but many views end the text at this byte.",
+     "The library keeps the NUL byte in the field, but many views truncate the text at this byte.",
      "Delete the NUL byte."},
     {LintCode::kConflictMark, "conflict-mark", Severity::kError, "a merge-conflict marker",
      "The file contains both versions of the conflicting lines, so users can see a change twice.",
@@ -123,8 +123,8 @@ inline constexpr auto kLintCodes = std::to_array<LintCodeInfo>({
     {LintCode::kGroupingIDUnknown, "grouping-id-unknown", Severity::kError,
      "the grouping ID matches no feature and no section",
      "The change belongs to the section INTERNAL, so only internal users see it. A key must "
-     "match exactly, including its letter case. Without --host, only misspelt section keys are "
-     "reported.",
+     "match exactly, including its letter case. Without --host, only misspelt section keys and "
+     "keys of spaces are reported.",
      "Write the epic key of a feature, or MISC, BUGFIX or INTERNAL."},
     {LintCode::kSalienceUnknown, "salience-unknown", Severity::kError,
      "the salience is not a keyword",
@@ -299,7 +299,8 @@ inline constexpr auto kLintCodes = std::to_array<LintCodeInfo>({
      "spaces at the start or the end of a field",
      "The library keeps the spaces. A field with such spaces matches no key and no keyword. In "
      "every column except column 5, the spaces affect the identity of the change.",
-     "Delete the spaces. --fix deletes them in columns 2, 3, 4, 6 and 7."},
+     "Delete the spaces. --fix deletes them in columns 2, 3, 4, 6 and 7, but keeps a grouping ID "
+     "that consists of spaces."},
     {LintCode::kFeatureUnseen, "feature-unseen", Severity::kWarning,
      "no user of this host sees the feature",
      "The panel shows neither the feature nor its changes. Either the feature is switched off and "

@@ -1,6 +1,7 @@
 #include "hosts/author/lint/LintContext.h"
 
 #include <algorithm>
+#include <iterator>
 #include <utility>
 
 #include <orncore/string/SafeText.h>
@@ -24,9 +25,6 @@ using ornwhatsnew::DataField;
 constexpr std::size_t kMaximumKeySearches = 500;
 constexpr std::size_t kMaximumKeyComparisons = 200'000;
 
-/// The value in `fieldFindings_` for a finding that is not listed.
-constexpr auto kOmitted = static_cast<std::size_t>(-1);
-
 constexpr std::size_t kLongName = 30;
 
 std::string Fingerprint(LintCode code, std::string_view content) {
@@ -42,10 +40,10 @@ std::string Fingerprint(LintCode code, std::string_view content) {
 Finding& LintContext::Add(LintCode code, std::string message, std::string_view content,
                           bool isInScope) {
   if (!isInScope || ++counts_[code] > kMaximumFindings) {
-    KeepOmittedEdits();
     ++omitted_[code].count;
-    omittedFinding_.code = code;
-    return omittedFinding_;
+    Finding& omitted = omittedOnLine_.emplace_back();
+    omitted.code = code;
+    return omitted;
   }
   Finding& finding = findings_.emplace_back();
   finding.file = file_.Name();
@@ -56,18 +54,30 @@ Finding& LintContext::Add(LintCode code, std::string message, std::string_view c
   return finding;
 }
 
-void LintContext::KeepOmittedEdits() {
-  const Finding finding = std::exchange(omittedFinding_, Finding());
-  if (finding.edit) omitted_[finding.code].edits.push_back(*finding.edit);
+void LintContext::StartLine(std::size_t line) {
+  line_ = line;
+  fieldFindings_ = {};
+  // Keep only the edits, because the number of findings that are not listed has no limit.
+  for (Finding& finding : omittedOnLine_) {
+    if (finding.edit) omitted_[finding.code].edits.push_back(*std::move(finding.edit));
+  }
+  omittedOnLine_.clear();
+}
+
+std::vector<Finding> LintContext::TakeFindings() {
+  StartLine(0);
+  std::deque<Finding> findings = std::exchange(findings_, {});
+  return {std::move_iterator(findings.begin()), std::move_iterator(findings.end())};
 }
 
 std::map<LintCode, OmittedFindings> LintContext::TakeOmitted() {
-  KeepOmittedEdits();
+  StartLine(0);
   return std::exchange(omitted_, {});
 }
 
 Finding& LintContext::Report(LintCode code, const LintRow& row, std::size_t begin, std::size_t end,
                              std::string message) {
+  if (line_ != row.data.lineNumber) StartLine(row.data.lineNumber);
   const bool isInScope =
       scope_ == LintScope::kFile || row.data.lineNumber == file_.Rows().back().data.lineNumber;
   Finding& finding = Add(code, std::move(message), row.data.text, isInScope);
@@ -101,17 +111,17 @@ Finding& LintContext::ReportPart(LintCode code, const LintRow& row, DataColumn c
   Finding& finding = Report(code, row, range.begin, range.end, std::move(message));
   finding.fieldNumber = index + 1;
   finding.fieldName = file_.ColumnName(index);
-  if (fieldsLine_ != row.data.lineNumber) fieldFindings_ = {};
-  fieldsLine_ = row.data.lineNumber;
-  fieldFindings_[index] = &finding == &omittedFinding_ ? kOmitted : findings_.size();
+  fieldFindings_[index] = &finding;
   return finding;
 }
 
 Finding& LintContext::ReportFile(LintCode code, std::string message) {
+  StartLine(0);
   return Add(code, std::move(message), {});
 }
 
 Finding& LintContext::ReportHost(LintCode code, const std::string& message) {
+  StartLine(0);
   Finding& finding = Add(code, message, message);
   finding.file = host_->file;
   return finding;
@@ -122,10 +132,7 @@ RelatedPlace LintContext::Related(const LintRow& row, std::string message) const
 }
 
 Finding* LintContext::FindingOn(const LintRow& row, DataColumn column) {
-  if (fieldsLine_ != row.data.lineNumber) return nullptr;
-  const std::size_t count = fieldFindings_[ColumnIndex(column)];
-  if (count == 0) return nullptr;
-  return count == kOmitted ? &omittedFinding_ : &findings_[count - 1];
+  return line_ == row.data.lineNumber ? fieldFindings_[ColumnIndex(column)] : nullptr;
 }
 
 std::string LintContext::Column(DataColumn column) const {

@@ -4,6 +4,7 @@
 
 #include <array>
 #include <cstddef>
+#include <deque>
 #include <map>
 #include <optional>
 #include <string>
@@ -50,12 +51,15 @@ struct OmittedFindings {
 };
 
 /// A file, its host, and the findings so far. Each `Report` function returns a reference to the new
-/// finding, which is valid until the next finding is reported.
+/// finding, which is valid until a finding on another row, on the whole file or on the host
+/// description is reported. Not copyable, because it contains pointers to its findings.
 class LintContext {
  public:
   /// `host` is null if no host is known. `file` and `host` must outlive the context.
   LintContext(LintedFile& file, const LintHost* host, LintScope scope = LintScope::kFile)
       : file_(file), host_(host), scope_(scope) {}
+  LintContext(const LintContext&) = delete;
+  LintContext& operator=(const LintContext&) = delete;
 
   LintedFile& File() { return file_; }
   const LintHost* Host() const { return host_; }
@@ -81,8 +85,8 @@ class LintContext {
   RelatedPlace Related(const LintRow& row, std::string message) const;
 
   /// Returns the last finding that `ReportField` or `ReportPart` has reported on this field.
-  /// Returns null if there is none, or if one of them has reported a finding on another row since
-  /// then.
+  /// Returns null if there is none, or if a finding on another row, on the whole file or on the
+  /// host description has been reported since then.
   Finding* FindingOn(const LintRow& row, ornwhatsnew::DataColumn column);
   bool HasFinding(const LintRow& row, ornwhatsnew::DataColumn column) {
     return FindingOn(row, column) != nullptr;
@@ -110,26 +114,30 @@ class LintContext {
   void Stop() { isStopped_ = true; }
   bool IsStopped() const { return isStopped_; }
 
-  std::vector<Finding>& Findings() { return findings_; }
+  const std::deque<Finding>& Findings() const { return findings_; }
+  /// Returns the listed findings, and removes them from this object.
+  std::vector<Finding> TakeFindings();
   /// Returns the findings that are not listed, and removes them from this object.
   std::map<LintCode, OmittedFindings> TakeOmitted();
 
  private:
   Finding& Add(LintCode code, std::string message, std::string_view content, bool isInScope = true);
-  void KeepOmittedEdits();
+  /// Sets the line of the next findings. If they are about the whole file or the host description,
+  /// `line` is 0.
+  void StartLine(std::size_t line);
 
   LintedFile& file_;
   const LintHost* host_;
   LintScope scope_;
-  std::vector<Finding> findings_;
+  /// A deque, because a new element does not move the others.
+  std::deque<Finding> findings_;
   std::map<LintCode, std::size_t> counts_;
   std::map<LintCode, OmittedFindings> omitted_;
-  /// The last finding that is not listed. The rule that reported it can still set its edit.
-  Finding omittedFinding_;
-  std::size_t fieldsLine_ = 0;
-  /// For each field of the line `fieldsLine_`: the number of findings up to and including the last
-  /// one on this field, or 0 if there is none. `kOmitted` if the last one is not listed.
-  std::array<std::size_t, ornwhatsnew::kDataColumnCount> fieldFindings_{};
+  std::size_t line_ = 0;
+  /// The findings on the line `line_` that are not listed. Rules can still set their edits.
+  std::deque<Finding> omittedOnLine_;
+  /// The last finding on each field of the line `line_`, or null if there is none.
+  std::array<Finding*, ornwhatsnew::kDataColumnCount> fieldFindings_{};
   /// The features of the host by their internal keys and names in lower case.
   std::unordered_map<std::string, const common::BetaFeatureDescription*> featuresByName_;
   std::map<std::string, std::optional<std::string>> nearestKeys_;

@@ -134,21 +134,26 @@ void CheckVisibility(LintContext& context) {
 // ---- links
 
 void CheckLaterLinks(LintContext& context) {
-  std::unordered_map<const FeatureListItem*, std::vector<const LintRow*>> later;
+  std::unordered_map<const FeatureListItem*, Rows> later;
+  Rows firstRows;
   for (const LintRow& row : context.File().Rows()) {
     if (row.change == nullptr || row.item->IsSection() || !row.change->HasDuplicateURL()) continue;
-    later[row.item].push_back(&row);
+    Rows& rows = later[row.item];
+    if (rows.empty()) firstRows.push_back(&row);
+    rows.push_back(&row);
   }
-  for (const auto& [item, rows] : later) {
+  // Report the features in file order, so that every run lists the same findings.
+  for (const LintRow* const first : firstRows) {
+    const Rows& rows = later[first->item];
     std::vector<RelatedPlace> places;
     for (const LintRow* const row : rows) {
       if (places.size() == kMaximumRelated) break;
       places.push_back(context.Related(*row, "this link is ignored"));
     }
-    Finding& finding = context.ReportField(LintCode::kLinkLater, *rows.front(), DataColumn::kURL,
-                                           "the feature " + Quoted(item->FeatureJiraIDKey()) +
-                                               " already has a link, so later links are ignored (" +
-                                               Lines(places) + ")");
+    Finding& finding = context.ReportField(
+        LintCode::kLinkLater, *first, DataColumn::kURL,
+        "the feature " + Quoted(first->item->FeatureJiraIDKey()) +
+            " already has a link, so later links are ignored (" + Lines(places) + ")");
     finding.related = std::move(places);
   }
 }

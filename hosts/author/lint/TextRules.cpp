@@ -17,6 +17,7 @@ namespace hosts::author {
 namespace {
 
 using ornwhatsnew::CaseInsensitiveEqual;
+using ornwhatsnew::ColumnIndex;
 using ornwhatsnew::DataColumn;
 using ornwhatsnew::DataField;
 using ornwhatsnew::kDataColumnCount;
@@ -201,7 +202,8 @@ constexpr std::array<DataColumn, 5> kTrimmedColumns = {
     DataColumn::kPlatform};
 
 /// Returns the edit that deletes the spaces around a field. Returns `std::nullopt` if the field has
-/// quotes other than the two that enclose it.
+/// quotes other than the two that enclose it. Also returns `std::nullopt` if the field is a
+/// grouping ID of spaces, because the library skips a row without a grouping ID.
 std::optional<Edit> TrimEdit(LintContext& context, const LintRow& row, std::size_t index) {
   const std::vector<DataField> fields = ornwhatsnew::FindDataFields(row.data.text);
   const DataField& field = fields[index];
@@ -210,8 +212,10 @@ std::optional<Edit> TrimEdit(LintContext& context, const LintRow& row, std::size
   if (isQuoted) text = text.substr(1, text.size() - 2);
   if (text.find('"') != text.npos) return std::nullopt;
   const std::string_view quote = isQuoted ? "\"" : "";
+  text = TrimSpaces(text);
+  if (text.empty() && index == ColumnIndex(DataColumn::kGroupingID)) return std::nullopt;
   std::string trimmed(quote);
-  trimmed += TrimSpaces(text);
+  trimmed += text;
   trimmed += quote;
   return Edit{context.File().OffsetOf(row) + field.begin, field.end - field.begin,
               std::move(trimmed)};

@@ -128,7 +128,9 @@ void CheckGroupingID(LintContext& context, const LintRow& row) {
   }
   std::string remedy = FeatureRemedy(context, text);
   const std::optional<std::string> nearest = context.NearestKey(text);
-  if (context.Host() == nullptr && !nearest) return;
+  // The epic keys of an unknown host are unknown, but none of them consists of spaces.
+  const bool canBeEpicKey = context.Host() == nullptr && !TrimSpaces(text).empty();
+  if (canBeEpicKey && !nearest) return;
   if (remedy.empty() && nearest) remedy = KeyRemedy(text, *nearest);
   if (remedy.empty()) remedy = "write the epic key of a feature, or MISC, BUGFIX or INTERNAL";
   Finding& finding = context.ReportField(

@@ -1,9 +1,12 @@
 #include "hosts/author/TextEncoding.h"
 
+#include <cstdlib>
+#include <new>
 #include <string>
 #include <string_view>
 
 #include <gtest/gtest.h>
+#include <unicode/uclean.h>
 
 #include "hosts/author/InputError.h"
 
@@ -11,6 +14,22 @@ namespace hosts::author {
 namespace {
 
 using std::string_view_literals::operator""sv;
+
+// Memory functions for ICU. They call the functions that ICU calls by default, so ICU can also use
+// them for the memory that it has allocated before.
+bool hasICUMemory = true;
+
+void* Allocate(const void*, std::size_t size) {
+  return hasICUMemory ? std::malloc(size) : nullptr;
+}
+
+void* Reallocate(const void*, void* memory, std::size_t size) {
+  return hasICUMemory ? std::realloc(memory, size) : nullptr;
+}
+
+void Free(const void*, void* memory) {
+  std::free(memory);
+}
 
 TEST(TextEncoding, DetectsTheEncoding) {
   const struct {
@@ -81,6 +100,16 @@ TEST(TextEncoding, ReportsTheLineOfInvalidBytes) {
 TEST(TextEncoding, RejectsAnUnknownEncoding) {
   EXPECT_THROW(DecodeText("a", "no-such-encoding"), OptionError);
   EXPECT_THROW(DecodeText("a", ""), OptionError);
+}
+
+TEST(TextEncoding, ReportsAFailedAllocationOfICU) {
+  UErrorCode error = U_ZERO_ERROR;
+  u_setMemoryFunctions(nullptr, &Allocate, &Reallocate, &Free, &error);
+  ASSERT_EQ(error, U_ZERO_ERROR);
+  hasICUMemory = false;
+  EXPECT_THROW(DecodeText("M\0"sv, "UTF-16LE"), std::bad_alloc);
+  hasICUMemory = true;
+  EXPECT_EQ("M", DecodeText("M\0"sv, "UTF-16LE").text);
 }
 
 }  // namespace

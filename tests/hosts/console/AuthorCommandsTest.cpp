@@ -249,6 +249,7 @@ TEST_F(AuthorCommands, AddRefusesAFileThatLintCannotJudge) {
                            "25.1", "--message", "new"});
   EXPECT_EQ(kInput, result.exitStatus);
   EXPECT_THAT(result.errors, HasSubstr("data.csv: error: the fields are separated by semicolons"));
+  EXPECT_THAT(result.errors, HasSubstr("found one error in the file; nothing was written\n"));
 }
 
 TEST_F(AuthorCommands, RefuseFilesThatNeedTooMuchMemory) {

@@ -70,6 +70,12 @@ TEST(LintFix, KeepsSpacesAroundATextAndAVersion) {
   EXPECT_EQ(Fix(text, FixScope::kAll).text, text);
 }
 
+TEST(LintFix, KeepsAGroupingIDOfSpaces) {
+  const std::string text = kHeaderRows + "4.3, ,ORN-1,,,,,,,Text\n";
+  EXPECT_THAT(CodesOf(LintText(text)), testing::ElementsAre("grouping-id-unknown"));
+  EXPECT_EQ(Fix(text, FixScope::kAll).text, text);
+}
+
 TEST(LintFix, ReplacesCRLineEnds) {
   const std::string rows = kHeaderRows + "\n4.3,MISC,,,,,,,,One\n4.3,MISC,,,,,,,,Two\n";
   std::string old = rows;
@@ -112,6 +118,17 @@ TEST(LintFix, CorrectsMistakesThatAreNotListed) {
     text += "4.3,misc,,,,,,,,Text " + std::to_string(i) + "\n";
   }
   EXPECT_EQ(Fix(text).corrected, kMaximumFindings + 2);
+}
+
+TEST(LintFix, CorrectsSeveralFieldsOfARowWhoseMistakesAreNotListed) {
+  std::string text = kHeaderRows;
+  std::string expected = kHeaderRows;
+  for (std::size_t i = 0; i < kMaximumFindings + 2; ++i) {
+    const std::string message = "Text " + std::to_string(i) + "\n";
+    text += "4.3, misc, ORN-1, Detail,,, Win,,," + message;
+    expected += "4.3,MISC,ORN-1,Detail,,,Win,,," + message;
+  }
+  EXPECT_TRUE(Fix(text, FixScope::kAll).text == expected);
 }
 
 TEST(LintFix, CleanFileHasNoDiff) {

@@ -91,6 +91,26 @@ TEST(LintReport, ListsALimitedNumberOfFindingsOfACode) {
       testing::Contains("5 more findings with the code grouping-id-unknown are not listed"));
 }
 
+TEST(LintReport, ListsTheFirstFeaturesWithLaterLinks) {
+  LintHost host;
+  std::string text = kHeaderRows;
+  for (std::size_t i = 0; i < kMaximumFindings + 20; ++i) {
+    const std::string number = std::to_string(i);
+    host.description.betaFeatures.push_back(
+        {"feature." + number, "EPIC-" + number, "Feature", "", 0, true, true});
+    text += "4.3,EPIC-" + number + ",,,,,,https://a.example/" + number + ",,One\n";
+    text += "4.3,EPIC-" + number + ",,,,,,https://b.example/" + number + ",,Two\n";
+  }
+  common::InstallHost(host.description);
+  const LintReport report = LintDataFile("data.csv", text, &host);
+  std::vector<std::size_t> lines;
+  for (const Finding& finding : report.findings) {
+    if (finding.code == LintCode::kLinkLater) lines.push_back(finding.place.line);
+  }
+  ASSERT_EQ(lines.size(), kMaximumFindings);
+  EXPECT_EQ(*std::ranges::max_element(lines), 2 * kMaximumFindings + 2);
+}
+
 TEST(LintReport, DoesNotCountFindingsThatAreOff) {
   InstallNoLintHost();
   std::string text = kHeaderRows;
