@@ -104,6 +104,14 @@ endfunction()
 function(orn_add_tests name)
   cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SOURCES;PRIVATE")
   orn_add_program(${name} SOURCES ${arg_SOURCES} PRIVATE ${arg_PRIVATE} GTest::gmock_main)
+  orn_speed_up_test_compilation(${name})
   target_precompile_headers(${name} REUSE_FROM test_precompiled)
   gtest_discover_tests(${name} TEST_PREFIX "${name}." DISCOVERY_TIMEOUT 60 PROPERTIES TIMEOUT 120)
+endfunction()
+
+# orn_speed_up_test_compilation(NAME)
+# Compiles the target NAME without optimisation in every configuration, to save compile time. Call this
+# function for all test programs and for their precompiled header, which needs the same options.
+function(orn_speed_up_test_compilation name)
+  target_compile_options(${name} PRIVATE $<$<CXX_COMPILER_ID:GNU,Clang,AppleClang>:-O0>)
 endfunction()
