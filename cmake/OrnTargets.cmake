@@ -111,7 +111,8 @@ endfunction()
 
 # orn_speed_up_test_compilation(NAME)
 # Compiles the target NAME without optimisation in every configuration, to save compile time. Call this
-# function for all test programs and for their precompiled header, which needs the same options.
+# function for all test programs and for their precompiled header, which needs the same options. Call it
+# also for libraries in which the tests spend little time.
 function(orn_speed_up_test_compilation name)
   target_compile_options(${name} PRIVATE $<$<CXX_COMPILER_ID:GNU,Clang,AppleClang>:-O0>)
 endfunction()
