@@ -158,7 +158,7 @@ TEST_F(LintCommandTest, PointsShowWhereALongLineIsShortened) {
 TEST_F(LintCommandTest, WithoutATerminalPrintsOneLineForAFinding) {
   WriteMistake();
   EXPECT_THAT(Run({"lint", "{data}"}).output,
-              AllOf(HasSubstr("[grouping-id-unknown]\nwithout"), Not(HasSubstr("^"))));
+              AllOf(HasSubstr("[grouping-id-unknown]\nfeatures, "), Not(HasSubstr("^"))));
 }
 
 TEST_F(LintCommandTest, FindingAboutAWholeFileHasNoCarets) {
