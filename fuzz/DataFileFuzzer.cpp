@@ -106,6 +106,7 @@ void RequireRemembered(ListPair& lists, const std::string& text, unsigned option
 }
 
 void Run(Input input) {
+  const bool checksReloads = input.HasSlowChecks();
   const std::string_view switches = input.ReadLine();
   // The reader receives the fuzzer's buffer, not a copy, so that AddressSanitizer detects reads
   // past its end.
@@ -122,7 +123,7 @@ void Run(Input input) {
   lists.IsAnythingNew(world.Options());
   lists.IsAnythingNeedingRating();
   Display(lists, world.Options(), seen);
-  if (world.ChecksReloads()) RequireRemembered(lists, text, world.Options(), seen);
+  if (checksReloads) RequireRemembered(lists, text, world.Options(), seen);
 }
 
 }  // namespace

@@ -12,6 +12,12 @@ std::vector<std::string_view> Input::ReadParts() {
   return parts;
 }
 
+bool Input::HasSlowChecks() const {
+  unsigned sum = 0;
+  for (const char c : rest_) sum += static_cast<unsigned char>(c);
+  return sum % 3 == 0;
+}
+
 std::string_view Input::ReadUntil(char end) {
   const std::string_view taken = rest_.substr(0, rest_.find(end));
   rest_.remove_prefix(std::min(taken.size() + 1, rest_.size()));

@@ -46,7 +46,6 @@ World::World(std::string_view switches) : options_(Switch(switches, 0) & 0x1F) {
   const unsigned texts = Switch(switches, 4);
   if ((texts & 0x01) != 0) placeholder_ = u"[rate \xD83D\xDE00]";
   if ((texts & 0x02) != 0) Translate();
-  checksReloads_ = (texts & 0x0C) == 0x0C;
 }
 
 void World::TranslateTemplate(unsigned number, std::string_view translation) {

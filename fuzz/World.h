@@ -20,7 +20,7 @@ inline constexpr std::size_t kWorldSwitches = 5;
 ///      features that are off, 0x10 show internal keys, 0x20 the platform is "Win"
 ///   2  features that are switched off, one bit each
 ///   3  features that the user may switch on, one bit each
-///   4  flags: 0x01 use a rating placeholder, 0x02 use a dictionary, 0x04 also check reloads
+///   4  flags: 0x01 use a rating placeholder, 0x02 use a dictionary
 class World {
  public:
   /// Configures the host with `switches`. A missing switch is 0.
@@ -29,9 +29,6 @@ class World {
   test_support::FakeHost& Host() { return host_; }
   unsigned Options() const { return options_; }
   const std::u16string& Placeholder() const { return placeholder_; }
-  /// Returns whether the fuzzer also checks reloads of the list. These checks take more than half
-  /// of the time of an execution, so only some of the inputs request them.
-  bool ChecksReloads() const { return checksReloads_; }
 
   /// Adds a translation of one of the library's own templates to the dictionary. `number` selects
   /// the template and can have any value.
@@ -44,7 +41,6 @@ class World {
   test_support::FakeHost host_;
   unsigned options_;
   std::u16string placeholder_;
-  bool checksReloads_ = false;
 };
 
 }  // namespace fuzz
