@@ -37,8 +37,8 @@ GROWTH = {"Load": (10_000, 1_000_000, 1.8), "Display": (10_000, 1_000_000, 2.5)}
 
 # The largest allowed memory per row in bytes. The size of the data file is subtracted first.
 MEMORY_GOAL = 650
-# The largest allowed difference between the start times of a program with the library and of an
-# empty program, in milliseconds.
+# The largest allowed startup time of a program with the library, minus that of an empty program, in
+# milliseconds.
 START_GOAL = 0.3
 # For each number of changes: the largest allowed time to open the panel, in milliseconds.
 PANEL_GOALS = {300: 16, 10_000: 1_000}

@@ -25,7 +25,7 @@ void RequireUsableOutput(const std::filesystem::path& output,
   if (output.filename() == author::kLintConfigName) {
     throw common::ToolError(common::ExitStatus::kUsage,
                             "the output '" + output.native() +
-                                "' would be the configuration of 'ornwhatsnew lint'" +
+                                "' has the name of the configuration file of 'ornwhatsnew lint'" +
                                 std::string(kRemedy));
   }
 }

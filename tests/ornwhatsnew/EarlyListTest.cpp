@@ -45,7 +45,8 @@ TEST(EarlyList, HasSectionsAndChanges) {
   EXPECT_FALSE(change->HasMalformedSalience());
 }
 
-// The test cannot name the keys by the exported constants, because these can be empty here.
+// These static objects use literal keys, because the exported constants of the library may not be
+// initialised yet.
 const std::string kMergedItems = MergePersistedValue("WhatsNew.AllSeenItems", "a", "", "b");
 const std::string kMergedVersions =
     MergePersistedValue("WhatsNew.AllVersionSeenWhatsNew", "4.1", "", "4.2");

@@ -179,7 +179,7 @@ void CheckHeaderOrder(LintContext& context) {
                                 std::to_string(column - kDataColumns.begin() + 1) +
                                 ", but the library reads column " + std::to_string(i + 1) +
                                 " as \"" + std::string(kDataColumns[i].header) +
-                                "\"; move the columns into the order of the manual";
+                                "\"; put the columns in the order that the manual lists";
     context.ReportField(LintCode::kHeaderOrder, row, static_cast<DataColumn>(i), message);
     context.File().IgnoreHeaderNames();
     return;

@@ -70,7 +70,7 @@ inline constexpr auto kLintCodes = std::to_array<LintCodeInfo>({
     {LintCode::kHeaderOrder, "header-order", Severity::kError, "the columns are in another order",
      "The library finds a column by its position and ignores its name. It therefore uses the "
      "values of these columns as values of other columns.",
-     "Move the columns into the order of the manual."},
+     "Put the columns in the order that the manual lists."},
     {LintCode::kChangesSinceBeforeHeader, "changes-since-before-header", Severity::kError,
      "a Changes-Since row before the header",
      "The library uses this row as the header. Its version is lost, and the library reads the "

@@ -172,7 +172,7 @@ bool CheckComparison(LintContext& context, const LintRow& row, DataColumn column
   context.ReportField(LintCode::kBoundsNumber, row, column,
                       wrong ? "the component " + Quoted(*wrong) +
                                   " is not a number from 0 to 999, so the wrong users see the "
-                                  "change; write such a number"
+                                  "change; write a number in this range"
                             : Quoted(version) + " " + mistake +
                                   ", so the wrong users see the change; write at most six "
                                   "components");

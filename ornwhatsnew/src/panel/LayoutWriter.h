@@ -53,7 +53,7 @@ class LayoutWriter final : public PanelWriter {
   void RemoveTrailingWhiteSpace();
 
   PanelLayout layout_;
-  /// The paragraph that was begun last. Its spans are in `spans_`.
+  /// The current paragraph. `EndParagraph` moves `spans_` into it.
   LayoutParagraph paragraph_;
   /// The spans of the current paragraph. All paragraphs reuse this buffer, so that each of them
   /// allocates memory for its spans only once.

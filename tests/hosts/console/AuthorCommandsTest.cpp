@@ -100,7 +100,8 @@ TEST_F(AuthorCommands, ImportDoesNotCreateAConfigurationOfLint) {
   folder_.Write("table.csv", "Grouping ID,Message\nMISC,new\n");
   const auto result = Run({"import", PathOf("table.csv"), "-o", PathOf(".ornwhatsnew-lint.json")});
   EXPECT_EQ(kUsage, result.exitStatus);
-  EXPECT_THAT(result.errors, HasSubstr("' would be the configuration of 'ornwhatsnew lint'; "));
+  EXPECT_THAT(result.errors,
+              HasSubstr("' has the name of the configuration file of 'ornwhatsnew lint'; "));
   EXPECT_FALSE(std::filesystem::exists(PathOf(".ornwhatsnew-lint.json")));
 }
 
