@@ -107,6 +107,7 @@ void PanelWidget::Impl::layOutWidgets() {
 
 // The bars are as wide as the page below them.
 void PanelWidget::Impl::centerTop() {
+  if (top == nullptr) return;
   const int beside = std::max(0, (panel->width() - kMaximumColumnWidth) / 2);
   // Subtract the space that the buttons reserve for their focus ring, so that their visible edges
   // are aligned with the page.
@@ -141,7 +142,7 @@ void PanelWidget::Impl::connectWidgets() {
 }
 
 void PanelWidget::Impl::openPage(PanelPage newPage) {
-  if (!controller) return;
+  if (!controller || top == nullptr) return;
   page = newPage;
   if (!isOpen) controller->openPanel();
   isOpen = true;
@@ -237,7 +238,7 @@ void PanelWidget::Impl::print() {
 PanelWidget::PanelWidget(WhatsNew* whatsNew, QWidget* parent)
     : QWidget(parent), impl_(std::make_unique<Impl>(this, whatsNew->controller())) {
   // Create the widgets after `impl_`, because an event handler of this object, which uses `impl_`,
-  // can be called as soon as this object has a child.
+  // can be called as soon as this object has a child. The handlers ignore null widgets.
   impl_->createWidgets();
   impl_->layOutWidgets();
   impl_->connectWidgets();
@@ -275,7 +276,8 @@ void PanelWidget::hideEvent(QHideEvent* event) {
 }
 
 void PanelWidget::keyPressEvent(QKeyEvent* event) {
-  if (event->key() == Qt::Key_Escape && impl_->search->isVisible()) {
+  const SearchBar* const search = impl_->search;
+  if (event->key() == Qt::Key_Escape && search != nullptr && search->isVisible()) {
     impl_->search->endSearch();
   } else {
     QWidget::keyPressEvent(event);

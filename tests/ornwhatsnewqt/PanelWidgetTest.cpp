@@ -2,12 +2,16 @@
 
 #include <array>
 #include <cstddef>
+#include <initializer_list>
 #include <memory>
 #include <new>
 
 #include <QtCore/QPointer>
 #include <QtCore/QTranslator>
 #include <QtGui/QDesktopServices>
+#include <QtGui/QKeyEvent>
+#include <QtGui/QResizeEvent>
+#include <QtGui/QShowEvent>
 #include <QtTest/QSignalSpy>
 #include <QtTest/QTest>
 #include <QtWidgets/QApplication>
@@ -88,36 +92,40 @@ class GermanTranslator : public QTranslator {
   bool isEmpty() const override { return false; }
 };
 
-/// Sends a font change to each `Widget` that receives a child, as an event filter of an application
-/// can.
+/// Sends events to each `Widget` that receives a child, as an event filter of an application can.
 template <class Widget>
-class FontChanger : public QObject {
+class EventSender : public QObject {
  public:
-  FontChanger() { QCoreApplication::instance()->installEventFilter(this); }
+  EventSender() { QCoreApplication::instance()->installEventFilter(this); }
 
   bool eventFilter(QObject* watched, QEvent* event) override {
     const bool isDue =
         event->type() == QEvent::ChildAdded && qobject_cast<Widget*>(watched) != nullptr;
-    if (isDue) {
-      QEvent change(QEvent::FontChange);
-      QCoreApplication::sendEvent(watched, &change);
-      ++changes;
+    if (!isDue) return false;
+    QEvent change(QEvent::FontChange);
+    QResizeEvent resize(QSize(20, 20), QSize(10, 10));
+    QKeyEvent escape(QEvent::KeyPress, Qt::Key_Escape, Qt::NoModifier);
+    QShowEvent show;
+    for (QEvent* const sent : std::initializer_list<QEvent*>{&change, &resize, &escape, &show}) {
+      QCoreApplication::sendEvent(watched, sent);
+      ++events;
     }
     return false;
   }
 
-  int changes = 0;
+  int events = 0;
 };
 
-/// Constructs a `Widget` in memory that is not zero, and changes its font during the construction.
-/// Returns the number of changes. A read of a member without a value probably ends the program.
+/// Constructs a `Widget` in memory that is not zero, and sends events to it during the
+/// construction. Returns the number of events. A read of a member without a value probably ends the
+/// program.
 template <class Widget, class... Arguments>
-int constructDuringFontChanges(const Arguments&... arguments) {
+int constructDuringEvents(const Arguments&... arguments) {
   alignas(Widget) std::array<std::byte, sizeof(Widget)> memory;
   memory.fill(std::byte{0xA5});
-  FontChanger<Widget> changer;
+  EventSender<Widget> sender;
   std::destroy_at(new (memory.data()) Widget(arguments...));
-  return changer.changes;
+  return sender.events;
 }
 
 class PanelWidgetTest : public QObject {
@@ -140,9 +148,9 @@ class PanelWidgetTest : public QObject {
   void reportsAMissingDataFile();
   void followsTheLanguage();
   void followsThePalette();
-  void aFontCanChangeDuringTheConstructionOfAPanel();
-  void aFontCanChangeDuringTheConstructionOfAHeader();
-  void aFontCanChangeDuringTheConstructionOfACard();
+  void aPanelCanReceiveEventsDuringItsConstruction();
+  void aHeaderCanReceiveEventsDuringItsConstruction();
+  void aCardCanReceiveEventsDuringItsConstruction();
   void showsRatingsInPlaceOfTheNews();
   void theNewsRemainAfterAVisitToTheRatings();
   void storesARating();
@@ -354,20 +362,20 @@ void PanelWidgetTest::followsThePalette() {
   QApplication::setPalette(before);
 }
 
-void PanelWidgetTest::aFontCanChangeDuringTheConstructionOfAPanel() {
+void PanelWidgetTest::aPanelCanReceiveEventsDuringItsConstruction() {
   whatsNew_ = std::make_unique<WhatsNew>(world_->dataFile(), world_->settings());
-  QVERIFY(constructDuringFontChanges<PanelWidget>(whatsNew_.get()) > 0);
+  QVERIFY(constructDuringEvents<PanelWidget>(whatsNew_.get()) > 0);
 }
 
-void PanelWidgetTest::aFontCanChangeDuringTheConstructionOfAHeader() {
+void PanelWidgetTest::aHeaderCanReceiveEventsDuringItsConstruction() {
   QWidget parent;
-  QVERIFY(constructDuringFontChanges<PanelHeader>(&parent) > 0);
+  QVERIFY(constructDuringEvents<PanelHeader>(&parent) > 0);
 }
 
-void PanelWidgetTest::aFontCanChangeDuringTheConstructionOfACard() {
+void PanelWidgetTest::aCardCanReceiveEventsDuringItsConstruction() {
   QWidget parent;
   const ornwhatsnew::RatingRequest request{"EPIC-1", u"Map", u"", u""};
-  QVERIFY(constructDuringFontChanges<RatingCard>(request, &parent) > 0);
+  QVERIFY(constructDuringEvents<RatingCard>(request, &parent) > 0);
 }
 
 void PanelWidgetTest::showsRatingsInPlaceOfTheNews() {

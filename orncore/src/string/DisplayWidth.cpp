@@ -51,7 +51,7 @@ std::size_t DisplayWidth(std::u16string_view text) noexcept {
     const bool widens = character == kEmojiSelector && previousWidth == 1;
     const std::size_t width = widens ? 1 : CharacterWidth(character);
     columns += width;
-    previousWidth = width;
+    previousWidth = widens ? 2 : width;
   }
   return columns;
 }
