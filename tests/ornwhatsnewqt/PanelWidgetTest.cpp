@@ -88,8 +88,8 @@ class GermanTranslator : public QTranslator {
   bool isEmpty() const override { return false; }
 };
 
-/// Sends a font change to each `Widget` that receives a child, as an event filter of an application
-/// can.
+/// Sends a font change event to each `Widget` to which a child is added. An event filter of an
+/// application can do the same.
 template <class Widget>
 class FontChanger : public QObject {
  public:
@@ -109,8 +109,9 @@ class FontChanger : public QObject {
   int changes = 0;
 };
 
-/// Constructs a `Widget` in memory that is not zero, and changes its font during the construction.
-/// Returns the number of changes. A read of a member without a value probably ends the program.
+/// Constructs a `Widget` in memory without zero bytes, and sends it font change events during the
+/// construction. Returns the number of events. An access through an uninitialised pointer probably
+/// crashes the program.
 template <class Widget, class... Arguments>
 int constructDuringFontChanges(const Arguments&... arguments) {
   alignas(Widget) std::array<std::byte, sizeof(Widget)> memory;
@@ -426,7 +427,7 @@ void PanelWidgetTest::twoPanelsShowTheSameNews() {
   QCOMPARE(second.findChild<NewsPage*>()->toPlainText(), news());
   second.hide();
   QVERIFY(news().contains(QStringLiteral("Faster map")));
-  // The first panel still reacts to its filters.
+  // After the second panel is hidden, the first panel still reacts to its filters.
   find<QCheckBox>("thisPlatform").click();
   QVERIFY(news().contains(QStringLiteral("Zoom with the wheel")));
 }
