@@ -1,5 +1,5 @@
 // Measures `GetFormattedTextForDisplay` (Display) and `GetLayoutForDisplay` (Layout) without
-// display options. For each record, the baseline of Display computes one hash and writes one line
+// display options. For each change, the baseline of Display computes one hash and writes one line
 // with style runs. This baseline handles no features, options or translations. The baseline of
 // Layout is Display.
 #include <map>

@@ -1,7 +1,7 @@
-// Moves all keys to the back of the key order and then to its front. A list does this if every
-// feature is unlocked and the data file has a change for every feature. For each direction, the
-// baseline fills a hash table with the keys to move. Then it looks up each key of the order and
-// moves it.
+// Moves all keys to the back of the key order and then to its front. A list moves the keys of its
+// features in this way if each feature is unlocked and has a change in the data file. For each
+// direction, the baseline fills a hash table with the keys to move. Then it looks up each key of
+// the order and moves it.
 #include <algorithm>
 #include <cstddef>
 #include <list>
@@ -27,7 +27,7 @@ std::vector<std::string> Keys(std::size_t count) {
   return keys;
 }
 
-// Shuffles the keys, because the features in a file are not in the order of their names.
+// Shuffles the keys, because the changes in a data file are usually not in key order.
 std::vector<std::string> Shuffled(std::vector<std::string> keys) {
   std::shuffle(keys.begin(), keys.end(), std::mt19937_64(1));
   return keys;

@@ -72,8 +72,8 @@ LintHost Host(std::size_t bytes) {
   return host;
 }
 
-/// Checks and corrects `text`, and formats the findings. Returns whether the corrected text and the
-/// formatted findings are not empty.
+/// Checks and corrects `text`, and formats the findings. Returns false if the corrected text or the
+/// text of the findings is empty.
 bool Checks(const std::string& text, const LintHost& host) {
   const std::string name = "data.csv";
   LintReport report = hosts::author::LintDataFile(name, text, &host);

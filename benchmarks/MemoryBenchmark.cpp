@@ -1,5 +1,5 @@
-// Measures the memory of a loaded list and the number of allocations during the load, both for each
-// row. The memory does not include the size of the data file.
+// Measures the memory of a loaded list and the number of allocations during the load, both per row.
+// The memory does not include the size of the data file.
 #include <memory>
 #include <string>
 

@@ -1,6 +1,6 @@
 // Measures the panel of the Qt companion without a screen: the time to open it, the time to scroll
-// it, and its memory. All changes are new. The baseline opens a QTextBrowser of the same size with
-// the same text as plain text. The browser has no styles, links or other widgets.
+// it, and its memory. All changes are new. The baseline opens only a QTextBrowser with the size and
+// the text of the news page, without styles and links.
 #include <algorithm>
 #include <ctime>
 #include <map>
@@ -134,8 +134,8 @@ double ProcessorSeconds() {
   return static_cast<double>(std::clock()) / CLOCKS_PER_SEC;
 }
 
-// Scrolls from the top to the end in equal steps. The counter is the 99th percentile of the
-// processor times of the steps.
+// Scrolls from the top to the end in equal steps. The counter "p99" is the 99th percentile of the
+// processor times of the steps, in seconds.
 void Scroll(benchmark::State& state) {
   SamplePanel& panel = PanelOf(Rows(state));
   panel.Open();

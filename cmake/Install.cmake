@@ -65,11 +65,11 @@ install(DIRECTORY docs DESTINATION ${ORN_DOC_DIR}
         FILES_MATCHING PATTERN "*.md" PATTERN "*.png" PATTERN api EXCLUDE)
 
 # orn_install_link(LINK TARGET COMPONENT)
-# Installs the symbolic link LINK to TARGET. Both are paths relative to the installation prefix.
+# Installs the symbolic link LINK to TARGET. A relative path starts at the installation prefix.
 function(orn_install_link link target component)
   cmake_path(GET link PARENT_PATH folder)
   cmake_path(GET link FILENAME name)
-  # The installation folders can be absolute paths, because users can set them.
+  # Convert both paths to absolute paths, because users can set installation folders to absolute paths.
   cmake_path(ABSOLUTE_PATH folder BASE_DIRECTORY ${CMAKE_INSTALL_PREFIX} OUTPUT_VARIABLE base)
   cmake_path(ABSOLUTE_PATH target BASE_DIRECTORY ${CMAKE_INSTALL_PREFIX})
   cmake_path(RELATIVE_PATH target BASE_DIRECTORY ${base})

@@ -10,7 +10,7 @@ if(ORNWHATSNEW_SANITIZERS)
   add_link_options(-fsanitize=${ORNWHATSNEW_SANITIZERS})
   if("fuzzer-no-link" IN_LIST sanitizers)
     # Recording the operands of each comparison would take a quarter of a fuzzer's time. Instead, the
-    # dictionaries contain the strings with which the library compares its input.
+    # files in fuzz/dictionaries contain the strings with which the library compares its input.
     add_compile_options(-fno-sanitize-coverage=trace-cmp)
   endif()
   if("integer" IN_LIST sanitizers)

@@ -36,7 +36,7 @@ constexpr std::string_view kValidate = "ValidateWhatsNew";
 constexpr std::string_view kProbe = "probe";
 constexpr std::string_view kHelp = "help";
 
-// Records the calls of the probe command and of the log sink during one run.
+// The arguments of the probe command and the number of logged lines in one run.
 struct Observed {
   std::vector<std::u16string> probeArguments;
   std::size_t logged = 0;
@@ -47,7 +47,7 @@ Observed& Observations() {
   return observed;
 }
 
-// The function of a console command that records and prints its argument. The command fails if the
+// Implements the probe command, which records and prints its argument. The command fails if the
 // argument starts with 'f'. The prefix "probe: " distinguishes its output from the output of other
 // commands.
 int Probe(const std::u16string& arguments, UTF16OutputStream& stream) {
@@ -133,7 +133,7 @@ struct Expected {
   }
 };
 
-// Redirects standard input to a string during its lifetime.
+// Replaces standard input with a string while the object exists.
 class RedirectedInput {
  public:
   explicit RedirectedInput(const std::string& text) : original_(dup(STDIN_FILENO)) {

@@ -176,7 +176,7 @@ bool IsValid(const json& value) {
 }
 
 // Requires that `read` contains each member of `written` with the same value, except `$schema`.
-// The links and features of `read` can have additional members.
+// `read` can have additional members, and so can its links and features.
 void RequireSubset(const json& written, const json& read) {
   for (const auto& [name, value] : written.items()) {
     if (name == "$schema") continue;

@@ -21,12 +21,12 @@ class ListPair {
 
   /// Loads the data file into both lists and requires equal content.
   void Load(const std::string& dataText);
-  /// Displays both lists with the bits of `DisplayOptions` in `options`. Requires that the panels
-  /// and the stored states are equal, and that exactly the hidden items and changes have a rule
-  /// that hides them. Returns the panel.
+  /// Displays both lists. `options` is a bitwise OR of `DisplayOptions` values. Requires that the
+  /// panels and the stored states are equal, and that exactly the hidden items and changes have a
+  /// hiding rule. Returns the panel.
   test_support::PanelOutcome Display(unsigned options);
-  /// Returns the result of `IsAnythingNew` for these options. Requires that both lists return the
-  /// same result.
+  /// Returns the result of `IsAnythingNew` for `options`, a bitwise OR of `DisplayOptions` values.
+  /// Requires that both lists return the same result.
   bool IsAnythingNew(unsigned options) const;
   /// Returns the result of `IsAnythingNeedingRating`. Requires that both lists return the same
   /// result.

@@ -21,8 +21,8 @@ ornwhatsnew::GuidSet StoredIdentities(const test_support::PlainPanel::Texts& sto
 
 /// Requires that the panel has as many titles and rating records as the list has visible items.
 /// Also requires as many runs with the style `kStyleChangeText` as the visible changes need.
-/// `options` contains the option bits of the display call. `seen` contains the identities that were
-/// stored when the list was loaded.
+/// `options` is the bitwise OR of the `DisplayOptions` values of the display call. `seen` contains
+/// the identities that were stored when the list was loaded.
 void RequireWrittenOnce(const ornwhatsnew::FeatureListData& list, unsigned options,
                         const ornwhatsnew::GuidSet& seen, const test_support::PanelOutcome& panel);
 

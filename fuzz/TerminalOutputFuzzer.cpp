@@ -133,7 +133,8 @@ void RequireVisibleHost(const std::string& link) {
           "a target shows its host");
 }
 
-// Returns the text that the terminal must show, with the printed targets of links.
+// Returns the text that the terminal must show. It contains the printed target after each link in
+// the style `kStyleHotSpot`, unless the link equals its text or the program writes a hyperlink.
 std::string ExpectedText(const PanelLayout& layout, const TerminalOptions& options) {
   std::u16string expected;
   for (const ornwhatsnew::LayoutParagraph& paragraph : layout.paragraphs) {

@@ -32,13 +32,13 @@ enum class FirstStart {
 ///
 /// The members from `applicationVersion` to `usesTranslators` select services of the library.
 /// Services belong to the process and not to a `WhatsNew`. The constructor of a `WhatsNew` installs
-/// the services that its settings name, and leaves the others unchanged. `withoutServices` returns
-/// settings that name none.
+/// the selected services and leaves the others unchanged. `withoutServices` returns settings that
+/// select no service.
 struct ORNWHATSNEWQT_EXPORT Settings {
   /// Creates settings with the version of `QCoreApplication` and the platform of the build.
   Settings();
 
-  /// Returns settings that name no service, for the second `WhatsNew` of a process.
+  /// Returns settings that select no service, for the second `WhatsNew` of a process.
   static Settings withoutServices();
 
   /// The version of the application, such as "4.3". Without a value, the client information is not

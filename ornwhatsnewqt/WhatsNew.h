@@ -34,15 +34,16 @@ class PanelController;
 class ORNWHATSNEWQT_EXPORT WhatsNew : public QObject {
   Q_OBJECT
  public:
-  /// Installs the services that `settings` names and loads the list from `dataFile`, which is the
+  /// Installs the services that `settings` selects and loads the list from `dataFile`, which is the
   /// path of a file or of a Qt resource. If the file cannot be read, the list has no changes; see
   /// `isLoaded`. Prints a warning if `settings.applicationVersion` is an empty string.
   explicit WhatsNew(const QString& dataFile, const Settings& settings = Settings(),
                     QObject* parent = nullptr);
   ~WhatsNew() override;
 
-  /// Returns the action that opens the panel. Its text contains the number of new changes, or a dot
-  /// if only a feature is new. This object owns the action.
+  /// Returns the action that opens the panel. Its text contains the number of new changes. If no
+  /// change is new, but a feature or section is, the text contains a dot. This object owns the
+  /// action.
   QAction* showAction() const;
 
   /// Returns the action that opens the rating page of the panel. The action is enabled if a feature

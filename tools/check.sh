@@ -1,9 +1,9 @@
 # shellcheck shell=bash
 
 # Part of ./dev: runs the stages of `./dev check`. A stage is a function stage_NAME, which returns a
-# nonzero status if a check fails. Its output is written to build/log/check-NAME.log, and printed if the
-# stage fails. The other stages still run after a failure. The commands of a stage are joined with &&,
-# because Bash ignores `set -e` in a function whose status is tested.
+# nonzero status if a check fails. Its output is written to build/log/check-NAME.log. If the stage fails,
+# the errors and the last lines of this log are printed, and the other stages still run. The commands of a
+# stage are joined with &&, because Bash ignores `set -e` in a function whose status is tested.
 #
 # The status 77 means that this machine cannot run a part of the stage. The last line of the output then
 # begins with "skipped: " and contains the reason.
@@ -219,8 +219,8 @@ build_and_test() {
   configure "$preset" && build "$preset" && run_tests "$preset" "$@"
 }
 
-# Prints a summary of the log of a stage. The summary is the number of tests or files, such as "412 tests",
-# or the reason why the stage was skipped.
+# Prints the number of tests or files in the log of a stage, such as "412 tests", or the reason why the
+# stage was skipped. Prints nothing if the log contains neither.
 summary_of_log() {
   sed -n -e 's/^[0-9]*% tests passed, [0-9]* tests* failed out of \([0-9]*\)$/\1 tests/p' \
     -e '/^[0-9]* files$/p' -e 's/^skipped: //p' "$1" | tail -n 1
@@ -251,7 +251,7 @@ run_stage() {
   return "$status"
 }
 
-# Prints the lines of a log that contain an error or a warning, and the last lines of the log.
+# Prints at most 60 lines of a log that contain an error or a warning, and the last 30 lines of the log.
 show_failure() {
   local log=$1
   {

@@ -2,7 +2,7 @@
 
 # Part of ./dev: defines functions that print messages, configure and build presets, and run tests.
 
-# Prints a line of progress on stderr, because stdout may be the output of a program.
+# Prints a progress message to stderr, because stdout may contain the output of a program.
 say() { printf '== %s\n' "$*" >&2; }
 
 fail() {

@@ -87,7 +87,7 @@ write_panel_picture() {
 # colours, for screens with the scale factors 1 and 2.
 write_panel_pictures() {
   local folder=$1 colors scale suffix
-  # The rating page shows only what the user has seen.
+  # The rating page shows only features that the user has seen.
   build/release/bin/ornwhatsnew show "$picture_data" --host "$picture_host" --state "$folder/seen.json" \
     >/dev/null
   for colors in light dark; do

@@ -1,8 +1,8 @@
 # shellcheck shell=bash
 
-# Part of ./dev: measures coverage, and runs mutation testing, the kill tests, and the robustness tests. A
-# kill test kills programs at random moments. The robustness tests use failing system calls, damaged stores
-# and unexpected files.
+# Part of ./dev: measures coverage, and runs mutation testing, the kill tests, the robustness tests, and the
+# tests in a virtual X server and in Chromium. A kill test kills programs at random moments. The robustness
+# tests use failing system calls, damaged stores and unexpected files.
 
 # The coverage report includes only these folders, which contain no tests.
 measured_folders=(orncore ornappsupport ornui ornwhatsnew hosts)

@@ -2,6 +2,7 @@
 #include <ornwhatsnew/WhatsNew.h>
 
 int main(int argc, char**) {
-  // The condition is never true. The call prevents the linker from omitting the library.
+  // The program is started without arguments, so the condition is false. The call prevents the
+  // linker from omitting the library.
   if (argc > 1'000) ornwhatsnew::GetWhatsNew({}, nullptr, {}, {});
 }

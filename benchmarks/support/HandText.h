@@ -56,8 +56,8 @@ class IcuByHand {
     return static_cast<std::int32_t>(text.size());
   }
 
-  // In lower case, a UTF-16 unit becomes at most three units. In UTF-8, a unit becomes at most
-  // three bytes.
+  // In lower case, a UTF-16 code unit becomes at most three code units. In UTF-8, a code unit
+  // becomes at most three bytes.
   void ResizeBuffers(std::size_t bytes) {
     if (utf16_.size() >= bytes) return;
     utf16_.resize(2 * bytes);
@@ -85,7 +85,7 @@ class IcuByHand {
 };
 
 /// Copies the leading ASCII characters of `text` to `to` as UTF-16. Returns their number. `to` must
-/// have space for `text.size()` units.
+/// have space for `text.size()` code units.
 inline std::size_t WidenByHand(std::string_view text, char16_t* to) {
   std::size_t at = 0;
 #if defined(__SSE2__)

@@ -16,8 +16,9 @@ inline constexpr std::size_t kEpicCount = 100;
 /// rows, the content is the same in every run. The reference is valid until the program ends.
 ///
 /// Each change belongs to a feature of the sample host or to the section BUGFIX. No change hides a
-/// feature, so a panel without filters shows all changes. About a quarter of the descriptions are
-/// quoted and contain commas. About one in eight descriptions contains characters outside ASCII.
+/// feature, so a panel without display options shows all changes. About a quarter of the
+/// descriptions are quoted and contain commas. About one in eight descriptions contains characters
+/// outside ASCII.
 const std::string& SampleFile(std::size_t rows);
 
 }  // namespace benchmarks

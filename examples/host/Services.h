@@ -1,4 +1,4 @@
-// Declares functions that replace the services of the library and restore their defaults.
+// Declares functions that replace the services of the library and restore the default services.
 #ifndef EXAMPLES_HOST_SERVICES_H_
 #define EXAMPLES_HOST_SERVICES_H_
 

@@ -20,10 +20,11 @@ class SettingsStore;
 class Announcement : public QObject {
   Q_OBJECT
  public:
-  /// Checks whether this is the first start after an update. If it is, a timer later emits `due`,
-  /// provided that the user wants announcements and `isAnythingNew` returns true. At the first
-  /// start of the application, the constructor only stores the version. Construct the object before
-  /// the state of a new user is changed. `store` must outlive this object.
+  /// Checks whether this is the first start after an update. If it is, starts a timer. When the
+  /// timer expires, the object emits `due` if the user wants announcements and `isAnythingNew`
+  /// returns true. At the first start of the application, the constructor only stores the version.
+  /// Construct the object before the state of a new user is changed. `store` must outlive this
+  /// object.
   Announcement(SettingsStore& store, std::function<bool()> isAnythingNew);
   ~Announcement() override;
 

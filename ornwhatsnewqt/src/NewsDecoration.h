@@ -29,8 +29,8 @@ class NewsDecoration {
   /// Draws a box with rounded corners behind each visible label.
   void drawLabelBoxes(QPainter& painter) const;
 
-  /// Draws a ring around the text from `begin` to `end`, which must be in one block. Draws one ring
-  /// for each line of the text.
+  /// Draws a ring around each line of the text from `begin` to `end`. Both positions must be in one
+  /// block.
   void drawFocusRing(QPainter& painter, int begin, int end) const;
 
   /// Returns the rectangles of the text from `begin` to `end`, one for each line. Both positions

@@ -38,7 +38,7 @@ class NewsDocument : public QTextDocument {
   /// The position of a block in its item.
   enum ItemPart { FirstBlock = 1, LaterBlock };
 
-  /// Properties of formats, which `NewsDecoration` reads.
+  /// The format properties that `NewsDecoration` reads.
   enum Property {
     /// Of a block: an `ItemPart`. A block outside of items has none.
     Part = QTextFormat::UserProperty + 1,
@@ -57,8 +57,8 @@ class NewsDocument : public QTextDocument {
   /// Tabs and no-break spaces become spaces. Omits the invisible characters before labels.
   static QString plainText(const QTextCursor& cursor);
 
-  /// Returns the same text as `plainText`, but with the invisible characters, so that an offset in
-  /// the text is a position in the document.
+  /// Returns the same text as `plainText`, but with the invisible characters, so that the text has
+  /// one character for each position of the selection.
   static QString textWithPositions(const QTextCursor& cursor);
 
  private:

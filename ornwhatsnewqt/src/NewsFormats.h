@@ -15,6 +15,8 @@
 
 namespace ornwhatsnewqt {
 
+// The following distances are in device-independent pixels.
+
 /// The distance between the edge of the view and the edge of a card.
 inline constexpr int kPageMargin = 16;
 /// The distance above and below the text of a card.
@@ -44,8 +46,8 @@ class NewsFormats {
   QTextCharFormat ofLink(ornwhatsnew::ParagraphKind kind, std::optional<ornwhatsnew::StyleID> style,
                          const QString& href) const;
 
-  /// Returns the format of the invisible character before a label. It has the height of a title and
-  /// the width of the padding of the label's box.
+  /// Returns the format of the invisible character before a label. With this format, the character
+  /// is as high as a title and as wide as the padding of a label.
   const QTextCharFormat& ofLabelStrut() const { return labelStrut_; }
 
   /// Returns the format of a paragraph of the kind `kind`. The lines after the first one are

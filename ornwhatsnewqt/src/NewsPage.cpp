@@ -40,7 +40,7 @@ NewsPage::NewsPage(QWidget* parent)
 }
 
 NewsPage::~NewsPage() {
-  // The base class must not use the document after its destruction.
+  // The document is destroyed before the base class, which must not use it any more.
   setDocument(nullptr);
 }
 
@@ -64,7 +64,8 @@ void NewsPage::showLayout(const ornwhatsnew::PanelLayout& layout, const PanelSty
   QMetaObject::invokeMethod(
       document_.get(), [this] { document_->documentLayout()->documentSize(); },
       Qt::QueuedConnection);
-  // The new document has its own cursor width.
+  // Qt stores the cursor width in the layout of the document, so hide the text cursor again in the
+  // new document.
   setCursorWidth(0);
   const QTextBlock block = document_->findBlockByNumber(topNumber);
   if (block.isValid() && topNumber > 0) {
@@ -76,7 +77,7 @@ void NewsPage::showLayout(const ornwhatsnew::PanelLayout& layout, const PanelSty
 }
 
 QPointF NewsPage::scrollOffset() const {
-  // In a right-to-left view, the scroll bar begins at the right end.
+  // In a right-to-left view, the value 0 of the horizontal scroll bar is its right end.
   const QScrollBar& bar = *horizontalScrollBar();
   const int x = isRightToLeft() ? bar.maximum() - bar.value() : bar.value();
   return QPointF(x, verticalScrollBar()->value());

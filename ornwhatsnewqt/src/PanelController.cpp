@@ -79,8 +79,8 @@ void PanelController::loadList() {
   list_.InitWithData(dataText_);
 }
 
-// If there is no data file, the stored state stays empty. When a data file becomes available, even
-// in a later session, its changes then count as seen, too.
+// If the data file cannot be read, the stored state stays empty. The user therefore remains a new
+// user, for whom the first data file that can be read counts as seen, even in a later session.
 void PanelController::markAllSeen() {
   list_.MarkAllSeen();
   if (isLoaded()) {

@@ -35,7 +35,7 @@ struct Filters {
 class PanelController : public QObject {
   Q_OBJECT
  public:
-  /// Loads the list from `dataFile`. The services that `settings` names must be installed.
+  /// Loads the list from `dataFile`. The services that `settings` selects must be installed.
   PanelController(const QString& dataFile, const Settings& settings, QObject* parent = nullptr);
   ~PanelController() override;
 
@@ -45,7 +45,7 @@ class PanelController : public QObject {
   /// Reads the data file again, and displays open panels again; see `WhatsNew::refresh`.
   void reload();
 
-  /// Returns how much is new with the current filters for platform and version.
+  /// Returns how many items and changes are new with the current filters for platform and version.
   ornwhatsnew::NewCount countNew() const;
 
   /// Returns the stored filters.

@@ -14,7 +14,7 @@ namespace ornwhatsnewqt {
 class PanelWindow : public QDialog {
   Q_OBJECT
  public:
-  /// A function of the panel that shows one of its pages.
+  /// A member function of `PanelWidget` that shows one of the panel's pages.
   using Page = void (PanelWidget::*)();
 
   /// Creates a hidden window. If the parent of `whatsNew` is a widget, it is also the parent of the

@@ -15,13 +15,14 @@ enum class PillLook {
   Tab,     ///< large text, underlined while the button is checked
 };
 
-/// The space around the shape of a button, in which the focus ring is drawn.
+/// The width of the space around the shape of a button, in device-independent pixels. The focus
+/// ring is drawn in this space.
 inline constexpr int kRingSpace = 3;
 
 /// Draws `button`, and a ring around it if it has the focus.
 void paintPill(QAbstractButton& button, PillLook look);
 
-/// Returns the size of `button`, including the space for the ring.
+/// Returns the preferred size of `button`, including the space for the focus ring.
 QSize pillSize(const QAbstractButton& button, PillLook look);
 
 /// A `QCheckBox`, `QRadioButton` or `QPushButton` with the appearance of the panel.

@@ -10,7 +10,7 @@ namespace ornwhatsnewqt {
 
 class SettingsStore;
 
-/// Allows one request to rate features in a session, and none before the 14th day after the first
+/// Allows one request to rate features in a session, and none in the first 14 days after the first
 /// start. A session ends with the program.
 class RatingPolicy {
  public:
@@ -21,7 +21,7 @@ class RatingPolicy {
   /// the construction.
   explicit RatingPolicy(SettingsStore& store, Clock clock = &QDateTime::currentDateTimeUtc);
 
-  /// Returns whether the user may be asked now.
+  /// Returns whether the user may be asked to rate features now.
   bool allowsRequest() const;
 
   /// Records that the rating page was opened. The page remains available until the panel is closed.

@@ -1,4 +1,4 @@
-// Installs the services of the library that the settings of a `WhatsNew` name.
+// Installs the services of the library that are selected in the settings of a `WhatsNew`.
 #ifndef ORNWHATSNEWQT_SRC_SERVICES_H_
 #define ORNWHATSNEWQT_SRC_SERVICES_H_
 
@@ -6,7 +6,7 @@
 
 namespace ornwhatsnewqt {
 
-/// Installs the services that `settings` names, and leaves the others unchanged. Prints a warning
+/// Installs the services that `settings` selects, and leaves the others unchanged. Prints a warning
 /// if `settings.applicationVersion` is an empty string.
 void installServices(const Settings& settings);
 

@@ -166,7 +166,8 @@ bool SettingsStore::write(const std::function<QVariantMap(const QSettings&)>& ch
   // each read and each write.
   QLockFile lock(file + QStringLiteral(".whatsnew.lock"));
   // By default, a lock expires after 30 seconds. A program that was suspended for that time could
-  // then overwrite what another one has stored. The lock of a program that has ended never blocks.
+  // then overwrite what another program has stored. The lock of a program that has ended never
+  // blocks.
   lock.setStaleLockTime(0);
   if (!lock.tryLock(static_cast<int>(patience_.count())) &&
       lock.error() == QLockFile::LockFailedError) {

@@ -33,19 +33,21 @@ class SettingsStore : public QObject {
   /// application does not react to its user during this time.
   static constexpr std::chrono::milliseconds kDefaultPatience{2000};
 
-  /// Uses the callbacks and the `QSettings` that `settings` names. Reads nothing.
+  /// Uses the callbacks and the file in `settings`; see `Settings::settingsFile`. Reads nothing.
   explicit SettingsStore(const Settings& settings,
                          std::chrono::milliseconds patience = kDefaultPatience);
   ~SettingsStore() override;
 
   /// Returns a string of the state: the buffered string or, if there is none, the stored string.
-  /// Returns an empty string if the key has no value.
+  /// After `useSnapshot(true)`, returns the copy of the string instead. Returns an empty string if
+  /// the key has no value.
   ornwhatsnew::UTF8String state(const ornwhatsnew::UTF8String& key);
 
   /// Returns whether all three strings of the state are empty, which means that the user is new.
   bool isStateEmpty();
 
-  /// Copies the strings of the state. After `useSnapshot(true)`, `state` returns these copies.
+  /// Copies the strings of the state. From `useSnapshot(true)` to `useSnapshot(false)`, `state`
+  /// returns these copies.
   void takeSnapshot();
   void useSnapshot(bool isUsed) { usesSnapshot_ = isUsed; }
 

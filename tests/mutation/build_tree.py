@@ -38,7 +38,8 @@ TEST_FOLDERS = {
     "hosts_console_tests": "tests/hosts/console",
 }
 SUPPORT_FOLDERS = ("tests/support", "tests/conformance")
-# The file replaces allocation functions, so it is linked only into programs that include its header.
+# This file replaces allocation functions, so it is linked only into programs whose sources include its
+# header.
 REPLACES_FUNCTIONS = "tests/support/Allocations.cpp"
 
 COMPILER_FLAGS = ("-std=c++20", "-O0", "-g0", "-fPIC", "-w", "-DGTEST_HAS_PTHREAD=1")

@@ -67,8 +67,8 @@ VARIABLE = re.compile(r"^[\w:<>,&*\s\x01]+[\s&*>]\w+(?:\s*=[^=].*|\(.*|\{.*|\[.*
 # Reserving memory does not change results.
 RESERVATION = re.compile(r"\b[rR]eserve\(")
 STATEMENT = re.compile(r"^[\w:(*~+-].*;$", re.S)
-# These lines have no mutants. They are preprocessor lines, declarations without code, and assertions,
-# which are checks themselves.
+# These lines have no mutants. They are preprocessor lines, the first lines of templates and friends, using
+# declarations, and assertions, which are checks themselves.
 SKIPPED_LINE = re.compile(r"^\s*(?:template\b|#|static_assert\b|assert\b|using\b|friend\b)")
 
 

@@ -193,8 +193,8 @@ def run_mutants(arguments, results, equivalents):
         wanted = [m for m in mutants if m.identity not in known]
     print(f"{len(wanted)} mutants to try; preparation took {time.monotonic() - start:.0f} s",
           flush=True)
-    # The option --survivors selects no sample, because a mutant of a header survives if the sample omits
-    # every source that it changes.
+    # With the option --survivors, compile all sources that include the changed header. A sample could omit
+    # the sources through which a test would notice the mutant.
     samples = [None if arguments.survivors else random.Random(f"{arguments.seed} {number}").sample
                for number in range(len(trees))]
     workers = [Worker(tree, plan, sample) for tree, sample in zip(trees, samples)]

@@ -43,7 +43,7 @@ FILTERS = {
                    "MemoryTest.AddingAChangeToAnItem*:MemoryOfCommandTest.ReportsAFailureAndWorks*",
 }
 MEMORY_LIMIT = 3 << 30
-# The kill tests read the number of kills from the environment.
+# The number of kills in each kill test. The tests read it from an environment variable.
 KILLS = "20"
 FAILED_LINE = re.compile(r"^\[  FAILED  \] (\S+?\.\S+?)(?:,.*)? \(\d+ ms\)$", re.M)
 # Some tests fail even without a mutant, because build_tree.py links the programs differently from CMake.

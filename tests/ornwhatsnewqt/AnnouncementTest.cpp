@@ -16,7 +16,7 @@ using ornwhatsnewqt::Announcement;
 using ornwhatsnewqt::SettingsStore;
 using test_support::TestWorld;
 
-/// Stores an earlier use of version 4.2.0.97, and installs the services of version 4.3.0.118.
+/// Stores an earlier use of version 4.2.0.97, and installs services that return version 4.3.0.118.
 void update(const TestWorld& world) {
   world.storeEarlierUse(QStringLiteral("4.2.0.97"));
   ornwhatsnewqt::installServices(world.settings());

@@ -147,7 +147,7 @@ void PanelControllerTest::otherFiltersKeepWhatThePanelHasShown() {
   controller->setFilters({.onlyNew = true, .thisPlatform = false, .myVersions = true});
   QVERIFY(textOf(*controller).contains(QStringLiteral("Faster map")));
   QVERIFY(textOf(*controller).contains(QStringLiteral("New tray icon")));
-  // After the panel was closed, both changes count as seen.
+  // After the panel is closed, both changes count as seen.
   controller->closePanel();
   controller->display();
   QVERIFY(!controller->layout().hasItems);

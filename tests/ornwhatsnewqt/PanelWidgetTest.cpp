@@ -92,7 +92,8 @@ class GermanTranslator : public QTranslator {
   bool isEmpty() const override { return false; }
 };
 
-/// Sends events to each `Widget` that receives a child, as an event filter of an application can.
+/// Sends events to each `Widget` to which a child is added. An event filter of an application can
+/// do the same.
 template <class Widget>
 class EventSender : public QObject {
  public:
@@ -116,8 +117,8 @@ class EventSender : public QObject {
   int events = 0;
 };
 
-/// Constructs a `Widget` in memory that is not zero, and sends events to it during the
-/// construction. Returns the number of events. A read of a member without a value probably ends the
+/// Constructs a `Widget` in memory without zero bytes, and sends it events during the construction.
+/// Returns the number of events. An access through an uninitialised pointer probably crashes the
 /// program.
 template <class Widget, class... Arguments>
 int constructDuringEvents(const Arguments&... arguments) {
@@ -434,7 +435,7 @@ void PanelWidgetTest::twoPanelsShowTheSameNews() {
   QCOMPARE(second.findChild<NewsPage*>()->toPlainText(), news());
   second.hide();
   QVERIFY(news().contains(QStringLiteral("Faster map")));
-  // The first panel still reacts to its filters.
+  // After the second panel is hidden, the first panel still reacts to its filters.
   find<QCheckBox>("thisPlatform").click();
   QVERIFY(news().contains(QStringLiteral("Zoom with the wheel")));
 }

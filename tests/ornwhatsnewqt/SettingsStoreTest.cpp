@@ -41,7 +41,7 @@ class FileSizeLimit {
   rlimit before_{};
 };
 
-/// Replaces a file without `QSettings`, like another program.
+/// Writes a file without `QSettings`, as another program can do.
 void writeFile(const QString& name, const QByteArray& content) {
   QFile file(name);
   if (!file.open(QIODevice::WriteOnly)) qFatal("cannot write the settings");
