@@ -5,7 +5,7 @@
 //   beta features       ornappsupport::feature::SetFeatureService      no features
 //   permission          ornappsupport::feature::SetFeatureService      no permission
 //   usage logging       analytics::SDMUsageLogger::SetLoggingQuery     on
-//   panel links         ornappsupport::links::SetPanelLinks            build options, prefix ORN
+//   panel links         ornappsupport::links::SetPanelLinks            the default PanelLinks
 //   dictionary          orncore::config::Localizer::SetDictionary      the default texts
 //   client information  orncore::config::SetClientInfo                 25.1, build 42, Mac
 //   debug entries       orncore::debug::DebugDatabase::SetStore        empty, in memory

@@ -71,9 +71,9 @@ class ORN_EXPORT FeatureListData {
   /// Parses `dataText` (UTF-8) and adds its changes to the existing items. Sets the changes-since
   /// version if `dataText` contains one. Moves the keys of the features that received changes to
   /// the end, and the key "UNREVIEWED" after them. Inserts the key "UNREVIEWED" if it is missing.
-  /// Skips the rows that `DataFileReader` reports as skipped. No input is an error. If an
-  /// allocation fails, the changes added so far remain, and a second call would add them again.
-  /// Call `InitWithData` to start over.
+  /// Ignores the header row and the rows that `DataFileReader` reports as skipped. No input is an
+  /// error. If an allocation fails, the changes added so far remain, and a second call would add
+  /// them again. Call `InitWithData` to start over.
   void ParseWhatsNewData(const UTF8String& dataText);
 
   /// Adds an item for each of the host's beta features, unless the items already have an entry for
@@ -101,8 +101,8 @@ class ORN_EXPORT FeatureListData {
   /// reference is valid until the list is destroyed, and a reload does not invalidate it.
   const FeatureMap& GetFeatureItems() const;
 
-  /// Returns the keys in key order, which is the order in which a panel shows the items. A key can
-  /// have no item, and a key can occur several times. The reference is valid until the list is
+  /// Returns the keys in key order, which is the order in which a panel shows the items. Some keys
+  /// may have no item, and a key may occur several times. The reference is valid until the list is
   /// destroyed, and a reload does not invalidate it.
   const std::list<std::string>& GetOrderedFeatureKeys() const;
 
@@ -171,7 +171,8 @@ class ORN_EXPORT FeatureListData {
   ///
   /// Makes the same calls to the host, in the same order, as `GetFormattedTextForDisplay` without
   /// `ratingItems`. In the rating view, makes the same calls as `GetFormattedTextForDisplay` with
-  /// `ratingItems`, and also looks up the translation of each custom question that is a key text.
+  /// `ratingItems`. In addition, looks up the translation of each custom question that is a key
+  /// text.
   ///
   /// After a call of `RefreshInternalSeenState`, a layout with `kShowOnlyNew` contains no change
   /// that was shown and stored before. A view should therefore keep the layout that it shows.

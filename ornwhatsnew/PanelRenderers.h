@@ -43,7 +43,7 @@ struct HTMLOptions {
   /// The level of the header, from 1 to 5. Titles are one level below the header. If the panel has
   /// no header, titles have this level.
   int headingLevel = 2;
-  /// The `id` of each paragraph, by its index in `PanelLayout::paragraphs`. If the element for a
+  /// The `id` of each paragraph, by its index in `PanelLayout::paragraphs`. If the string for a
   /// paragraph is missing or empty, the paragraph has no `id`. The span refers to the caller's
   /// strings.
   std::span<const std::string> paragraphIDs = {};
@@ -105,7 +105,7 @@ struct HTMLOptions {
 struct TerminalOptions {
   std::size_t width = 0;       ///< the width of a line in columns; 0: no wrapping
   bool hasStyles = false;      ///< true: colours and attributes (SGR sequences)
-  bool hasHyperlinks = false;  ///< true: hyperlinks (OSC 8); false: some targets in the text
+  bool hasHyperlinks = false;  ///< true: safe links are hyperlinks (OSC 8)
   /// Returns a line that follows the question of a rating request, such as a command that rates the
   /// feature. The line is never wrapped, so that a user can copy it. Without a function, the
   /// renderer adds no line.

@@ -47,10 +47,10 @@ enum class PanelText : std::size_t {
   /// The internal key of a feature; "@0" is the key.
   kInternalCode,
   /// The heading with `kShowOnlyNew`, if the user has opened the panel before; "@0" is the version
-  /// in which the user last opened it.
+  /// in which the user last opened it. The rating view does not use this text.
   kSinceLastOpened,
   /// The heading without `kShowOnlyNew`, or if the user has never opened the panel; "@0" is the
-  /// changes-since version.
+  /// changes-since version. The rating view does not use this text.
   kSinceRelease,
   /// The notice of a panel without items, except in the rating view.
   kNothingNew,

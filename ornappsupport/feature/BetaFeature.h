@@ -15,8 +15,8 @@ namespace ornappsupport::feature {
 using orncore::string::UTF16String;
 
 /// Determines the label of a beta feature and its position in a list. For `kInternal`, it also
-/// determines whether the list shows the feature. The list treats a value that is not an enumerator
-/// like `kUnlabelled`.
+/// determines whether the list shows the feature. The list treats unknown values like
+/// `kUnlabelled`.
 ///
 /// A feature of any visibility is shown only if it is switched on or the user may switch it on. A
 /// debug switch removes this restriction for internal users.
@@ -28,9 +28,9 @@ enum class VisibilityInAllClientApps : std::int32_t {
   /// `ornwhatsnew::ShowingAllOffFeaturesInternally` returns true, a feature that is off has the
   /// label "OFF".
   kPublic = 0,
-  /// A feature that is hidden from all users, including internal users. If one of its changes has
-  /// the salience "UnhideBetaFeature", it is shown. Its label is then "TARSA ONLY" for internal
-  /// users and "UNLOCKED" for others.
+  /// A feature that is hidden from all users, including internal users, unless one of its changes
+  /// has the salience "UnhideBetaFeature". When the feature is shown, its label is "TARSA ONLY" for
+  /// internal users and "UNLOCKED" for others.
   kInternal = 1,
   /// A feature in development, with the label "IN DEVELOPMENT".
   kInDevelopment = 2,
@@ -47,8 +47,8 @@ enum class VisibilityInAllClientApps : std::int32_t {
 class ORN_EXPORT BetaFeature {
  public:
   /// Creates a description. `jiraEpicKey` is the key of the feature's epic in the issue tracker, in
-  /// UTF-8. Changes refer to the feature by this key. An empty key is allowed, but it matches the
-  /// empty story ID of changes that belong to other items.
+  /// UTF-8. Changes refer to the feature by this key. An empty key is allowed, but it is equal to
+  /// an empty story ID. The feature can therefore receive changes that are meant for other items.
   ///
   /// `displayName` and `displayDescription` are shown to users. A list localises them if they begin
   /// with "$$$/", and otherwise shows them unchanged.

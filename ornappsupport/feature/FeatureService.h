@@ -22,9 +22,10 @@
 namespace ornappsupport::feature {
 
 /// The interface that a host implements to describe its beta features. A list creates its items
-/// from the feature table when it loads a data file. It queries the switches, the permission, and
-/// the visibilities for unlock labels during every call that needs them, and does not cache them
-/// between calls. Exceptions that an implementation throws propagate to the caller of the list.
+/// from the feature table when it loads a data file. During each call that needs them, it queries
+/// the switches, the permission, and the visibilities for unlock labels and the key order. It
+/// caches none of these between calls. Exceptions that an implementation throws propagate to the
+/// caller of the list.
 ///
 /// Threads: the library calls the methods on the thread that uses a list. The console command
 /// `ValidateWhatsNew` uses a list on a background thread while the thread that runs the command

@@ -49,9 +49,10 @@ class ORN_EXPORT FutureCancelled : public std::exception {
   const char* what() const noexcept override;
 };
 
-/// Calls `function` on the calling thread. Returns true if `function` returns normally. If an
-/// exception escapes from it, writes the exception's message to the log (`debug::Log`) and returns
-/// false. An empty `function` counts as one that throws.
+/// Calls `function` on the calling thread. Returns true if `function` returns normally. If it
+/// throws an exception, writes a line to the log (`debug::Log`) and returns false. If the exception
+/// is a `std::exception`, the line contains its message. An empty `function` counts as one that
+/// throws.
 ///
 /// Use this function where an exception would otherwise end the process, such as in a thread or a
 /// callback. Safe to call from any thread.

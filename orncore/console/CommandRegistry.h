@@ -60,7 +60,7 @@ class ORN_EXPORT CommandRegistry {
 
   /// Adds a command and returns true. Returns false and adds nothing in these cases:
   /// - a command with that name exists;
-  /// - `name` is empty or contains a space, so that no line could run the command;
+  /// - `name` is empty or contains a space, because no line could run such a command;
   /// - `function` is empty.
   ///
   /// `help` is the text that follows the name in the usage line. It starts with its own separator,

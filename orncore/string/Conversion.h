@@ -48,7 +48,7 @@ ORN_EXPORT void UTF16to8(std::u16string_view text, UTF8String& out);
 /// two calls is ill-formed in both.
 ORN_EXPORT void AppendUTF8to16(std::string_view text, UTF16String& out);
 /// Converts UTF-16 to UTF-8 and appends the result to `out`. A surrogate pair that is split between
-/// two calls is two unpaired surrogates.
+/// two calls is treated as two unpaired surrogates.
 ORN_EXPORT void AppendUTF16to8(std::u16string_view text, UTF8String& out);
 
 /// Converts an ASCII string, such as a name or a number, to UTF-16. Replaces each byte that is 0x80

@@ -38,8 +38,8 @@ constexpr bool IsControlCharacter(char16_t unit) noexcept {
 /// Returns a copy of `text` for a document that can contain text in both directions, such as an
 /// HTML page. Each line feed becomes U+2028, and each tab becomes a space. Other control
 /// characters, U+2029, noncharacters and unpaired surrogates become U+FFFD. Characters that embed,
-/// override or isolate a text direction are removed, because they could change the order of text
-/// after `text`. U+FEFF is removed, because a parser may remove it at the start of a document. All
+/// override or isolate a text direction are removed, because they could reorder the rest of the
+/// document. U+FEFF is removed, because a parser may remove it at the start of a document. All
 /// other characters are unchanged, direction marks included. Takes linear time.
 [[nodiscard]] ORN_EXPORT UTF16String SafeForDocument(std::u16string_view text);
 

@@ -43,7 +43,7 @@ class ORN_EXPORT ResourceManager {
 /// A resource is the regular file `<folder>/<name>`. If nothing exists at that path, it is the
 /// regular file `<folder>/<name>.<type>`. A name may contain "/" for a file in a subfolder.
 ///
-/// Files outside the folder are never loaded. These names have no resource:
+/// Does not load files outside the folder. These names have no resource:
 /// - an empty name, or an absolute path;
 /// - a path with the element "..";
 /// - a name with NUL or an unpaired surrogate;

@@ -38,8 +38,8 @@ void ReserveFor(const FeatureMap& items, PanelFormatter& panel) {
 IdentitySet WritePanel(const ListContent& content, const DisplayOptions& options,
                        PanelFormatter& panel) {
   panel.WriteHeader(content.state.lastVersionSeen, content.changesSinceVersion.value_or(""));
-  // With one of these options, most changes are usually hidden, and `ReserveFor` would reserve far
-  // too much memory.
+  // With `kShowOnlyNew`, `kRatingView` or `kFilterHeadlinesOnly`, most changes are usually hidden.
+  // `ReserveFor` would then reserve far too much memory.
   const bool hidesMost =
       options.Has(kShowOnlyNew) || options.Has(kRatingView) || options.Has(kFilterHeadlinesOnly);
   if (!hidesMost) ReserveFor(content.items, panel);

@@ -29,7 +29,8 @@ struct SeenState {
   IdentitySet newlySeenGuids;
   /// The full version in which the user last opened What's New. It is empty for a new user.
   UTF8String lastVersionSeen;
-  /// The full versions in which the user opened What's New, including the current version.
+  /// The full versions in which the user opened What's New, including the current version. The set
+  /// is empty until the state is read.
   VersionSet seenVersions;
   /// The `VersionNumber` of each element of `seenVersions`, in ascending order.
   std::vector<std::int64_t> seenVersionNumbers;

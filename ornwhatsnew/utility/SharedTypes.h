@@ -40,8 +40,8 @@ inline constexpr DisplayOptions kFilterRelevantPlatform{0x02};
 inline constexpr DisplayOptions kFilterRelevantVersion{0x04};
 /// Hides changes whose salience is not malformed. This rule is kept for compatibility.
 inline constexpr DisplayOptions kFilterHeadlinesOnly{0x08};
-/// Shows only features that the user has seen but not rated, and their changes that request a
-/// rating.
+/// Shows only features that the user has seen but not rated, and of their changes only those that
+/// request a rating. `HidingRule` lists all rules.
 inline constexpr DisplayOptions kRatingView{0x10};
 
 /// The identities that a user has seen or rated. Hosts pass them to functions such as
@@ -61,7 +61,8 @@ enum class StyleID : int {
   kStyleChangeText = 2,
   /// The header line, or the notice of a panel without items.
   kStyleHeader = 3,
-  /// The internal key after a title, or the version after a change.
+  /// The separator and the internal key after a title, each with its own run, or the version after
+  /// a change.
   kStyleInternalCode = 4,
   /// The commit ID of a change, for internal users. The string of the run is the commit's URL. It
   /// is empty if the host's link template for commits is empty.

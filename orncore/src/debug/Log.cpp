@@ -12,7 +12,7 @@ namespace {
 utility::FunctionHolder<void(std::string_view)> sinkHolder;
 
 // A line may quote untrusted text, whose control characters could control the user's terminal or
-// imitate a second line. They include the C1 controls, which are C2 80 to C2 9F in UTF-8.
+// imitate a second line. Control characters include C1 controls, which are C2 80 to C2 9F in UTF-8.
 void ReplaceControls(std::string& line) {
   for (std::size_t i = 0; i < line.size(); ++i) {
     const auto byte = static_cast<unsigned char>(line[i]);

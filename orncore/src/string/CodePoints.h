@@ -11,7 +11,7 @@
 
 namespace orncore::string {
 
-/// The replacement character, which takes the place of ill-formed sequences.
+/// The replacement character, which replaces ill-formed sequences.
 inline constexpr UChar32 kReplacement = 0xFFFD;
 
 // ICU's macros find the maximal subparts of ill-formed sequences. Unlike ICU's functions, they

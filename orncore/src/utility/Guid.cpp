@@ -3,7 +3,7 @@
 namespace orncore::utility {
 namespace {
 
-// The position of the first digit of each byte in the text form.
+// For each byte, the position of its first digit in the text form.
 constexpr std::array<std::uint8_t, Guid::kByteLength> kDigitPositions = {
     0, 2, 4, 6, 9, 11, 14, 16, 19, 21, 24, 26, 28, 30, 32, 34};
 constexpr std::array<std::uint8_t, 4> kHyphenPositions = {8, 13, 18, 23};

@@ -82,8 +82,8 @@ void Murmur3MixerState::Finish(std::array<std::uint8_t, Guid::kByteLength>& resu
   const std::size_t restBytes = buffered_ % kBlockBytes;
   Sums sums = sums_;
   MixBlocks(buffer_.data(), buffered_ - restBytes, sums);
-  // Pad the last block with zeros, as the algorithm does. A half of the block that contains no
-  // input bytes mixes to zero and does not change the hash.
+  // Pad the last block with zeros, as the algorithm does. If a half of the block
+  // contains no input bytes, its mixed value is zero and does not change the hash.
   std::array<unsigned char, kBlockBytes> rest{};
   Copy(buffer_.data() + buffered_ - restBytes, restBytes, rest.data());
   const std::uint64_t total = mixed_ + buffered_;

@@ -22,7 +22,7 @@ class NoDestructor {
   NoDestructor(const NoDestructor&) = delete;
   NoDestructor& operator=(const NoDestructor&) = delete;
   /// Does not destroy the `T`.
-  // "= default" would delete the destructor, because the union has a member with a destructor.
+  // "= default" would delete the destructor, because the destructor of `T` is usually not trivial.
   ~NoDestructor() {}  // NOLINT(modernize-use-equals-default)
 
   /// Returns the `T`.

@@ -56,7 +56,7 @@ inline constexpr std::u16string_view kReasonSeparator = u" and ";
 inline constexpr std::u16string_view kMacDisplayName = u"macOS";
 
 /// Compatibility: these invisible characters mark the start of a description. Existing hosts may
-/// search for them when they lay out the panel (docs/compatibility.md).
+/// search for these characters to lay out the panel (docs/compatibility.md).
 inline constexpr std::u16string_view kDescriptionMark = u"\uFEFF\uFEFF";
 
 }  // namespace ornwhatsnew

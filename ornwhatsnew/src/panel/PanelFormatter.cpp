@@ -74,7 +74,8 @@ void PanelFormatter::Reserve(std::size_t items, std::size_t changes, std::size_t
   // The estimated number of UTF-16 units for the bullet, platform, version and newline of a change
   // line. In the description, a byte of UTF-8 becomes at most one UTF-16 unit.
   constexpr std::size_t kUnitsBesideDescription = 40;
-  // An item has a title and a description, and the panel has a header.
+  // Count a paragraph for each change, for the title and the description of each item, and for the
+  // header.
   writer_.Reserve(changes + 2 * items + 1, descriptionBytes + changes * kUnitsBesideDescription);
 }
 

@@ -19,7 +19,8 @@ struct RunAdjustment {
 };
 
 /// Receives the strings of a panel in the order of its text. Each string except the rating
-/// placeholder belongs to the paragraph that was begun last.
+/// placeholder belongs to the current paragraph: the last one for which `BeginParagraph` was
+/// called.
 class PanelWriter {
  public:
   PanelWriter() = default;

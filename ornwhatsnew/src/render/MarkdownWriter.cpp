@@ -32,7 +32,7 @@ std::size_t LongestRun(std::u16string_view text, char16_t searched) {
 
 /// Escapes `target` for the parentheses of a CommonMark link. REQUIRES: `IsSafeLink(target)`.
 UTF16String EscapeTarget(std::u16string_view target) {
-  // This is 0 if there is no semicolon, because `npos` + 1 is 0.
+  // The index is 0 if there is no semicolon, because `npos` + 1 is 0.
   const std::size_t afterSemicolons = target.rfind(u';') + 1;
   UTF16String escaped;
   for (std::size_t i = 0; i < target.size(); ++i) {

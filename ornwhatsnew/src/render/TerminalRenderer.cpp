@@ -24,7 +24,7 @@ constexpr std::size_t kMaximumHangingIndent = 40;
 constexpr std::u16string_view kGap = u"   ";
 constexpr std::u16string_view kBadgePadding = u"\u00A0";
 
-/// How to draw a part of a line. `hyperlink` is null if the part is not a hyperlink.
+/// The style and the hyperlink of a part of a line. `hyperlink` is null if the part has none.
 struct SpanStyle {
   std::optional<StyleID> styleID;
   const UTF16String* hyperlink = nullptr;
@@ -145,7 +145,7 @@ class TerminalRenderer {
     if (!isPartOfItem && paragraph.kind != ParagraphKind::kTitle) AddGap();
   }
 
-  /// Writes an empty line before the next line, but not at the start or the end of the panel.
+  /// Requests an empty line before the next line, unless the panel has no lines yet.
   void AddGap() { isGapDue_ = !output_.empty(); }
 
   /// Appends the bullet and the spaces up to the text. Sets the hanging indent to the column where
@@ -196,8 +196,8 @@ class TerminalRenderer {
     return safe;
   }
 
-  /// Wraps and writes the current line, or adds a gap if the line is empty. The next line of the
-  /// paragraph has the hanging indent.
+  /// Wraps and writes the current line. If it is empty, calls `AddGap` instead. The next line of
+  /// the paragraph has the hanging indent.
   void FinishLine() {
     const Line line = std::exchange(line_, {});
     const std::vector<WrappedLine> lines = wrapper_.Wrap(line.text, shape_);

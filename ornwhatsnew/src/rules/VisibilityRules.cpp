@@ -85,7 +85,7 @@ bool AnyRuleHidesChange(const FeatureListDetail& change, const VisibilityFilter&
   return change.GetDescription().empty() && hides(HidingRule::kNoText);
 }
 
-// Checks the rules that do not need an iteration over the changes of the item.
+// Checks rules that need neither the changes of the item nor its identities.
 template <class Hides>
 bool AnyAccessRuleHidesItem(const FeatureListItem& item, const VisibilityFilter& filter,
                             Hides hides) {
@@ -102,8 +102,8 @@ bool AnyAccessRuleHidesItem(const FeatureListItem& item, const VisibilityFilter&
          hides(HidingRule::kInternalUsersOnly);
 }
 
-// Checks the remaining rules. Most of them depend on whether a change is shown, or on what the user
-// has seen or rated.
+// Checks the rules that depend on whether a change of the item is shown, or on what the user has
+// seen or rated. Also checks the rule that hides sections in the rating view.
 template <class Hides>
 bool AnySeenRuleHidesItem(const FeatureListItem& item, const VisibilityFilter& filter,
                           const Guid& seenGuid, bool isAnyChangeShown, Hides hides) {
@@ -126,7 +126,7 @@ bool AnySeenRuleHidesItem(const FeatureListItem& item, const VisibilityFilter& f
 // returns true when a call of `hides` returns true.
 //
 // If `seenGuid` is null and the filter does not depend on what the user has seen, passes nil
-// identities to `isChangeShown`, because computing identities takes longer than checking all rules.
+// identities to `isChangeShown`. Computing identities takes longer than checking all rules.
 template <class IsShown, class Hides>
 bool AnyRuleHidesItem(const FeatureListItem& item, const VisibilityFilter& filter, Guid* seenGuid,
                       IsShown isChangeShown, Hides hides) {

@@ -64,7 +64,7 @@ class VisibilityFilter {
   mutable std::optional<FeatureListDetail::Platform> hostPlatform_;
 };
 
-/// Returns whether a display shows `change` if it shows the item of `change`. `seenGuid` is the
+/// Returns whether a display that shows the item of `change` also shows `change`. `seenGuid` is the
 /// seen identity of `change`.
 bool IsChangeShown(const FeatureListDetail& change, const VisibilityFilter& filter,
                    const Guid& seenGuid);
