@@ -43,8 +43,8 @@ nlohmann::json PersistedValueJson(std::string_view key, std::string_view value, 
 nlohmann::json WritesJson(std::span<const std::pair<std::string, std::string>> writes,
                           ListForm form);
 
-/// Returns an object with two members: `order` is the key order, and `items` maps each key to its
-/// item, or to null if the entry for the key has no item.
+/// Returns an object with two members. `order` is the key order. `items` maps each key to its item,
+/// or to null if the entry for the key has no item.
 nlohmann::json ItemsJson(const ornwhatsnew::FeatureListData& list);
 
 }  // namespace conformance

@@ -28,13 +28,14 @@ enum class Accepted { kAll, kRules };
 
 /// Runs the scenarios of the files, or those of `streams.in` if there are no files. Writes one JSON
 /// array to `streams.out`. It contains, in order, the results or the error of each scenario, and
-/// the error of each file that is unreadable or not JSON. Returns the exit status.
+/// the error of each input that is unreadable or not JSON. Returns the exit status.
 int PrintResults(const std::vector<std::string>& files, Streams streams);
 
 /// Runs the scenarios of the files, or those of `streams.in` if there are no files. Compares the
 /// results of each scenario with the expected results, and writes a line to `streams.out` for each
 /// difference and each error. It is an error if a scenario has no expected results or if `accepted`
-/// excludes it. Writes the number of passed scenarios to `streams.err`. Returns the exit status.
+/// excludes the scenario. Writes to `streams.err` how many of the scenarios have the expected
+/// results. Returns the exit status.
 int CheckResults(const std::vector<std::string>& files, Accepted accepted, Streams streams);
 
 /// Reads one scenario per line from `streams.in` and runs it. Writes and flushes the results or the

@@ -10,8 +10,8 @@ namespace conformance {
 /// Reads a scenario from `object`. Accepts but ignores the member `expect`. Throws
 /// `hosts::common::JsonError` in these cases:
 /// - A member is unknown or missing, or its value has the wrong type or is out of range.
-/// - A step has an unknown name, or `call` has an unknown function or the wrong number of
-///   arguments.
+/// - The name of a step or the value of `callbacks` is unknown.
+/// - A `call` step has an unknown function or the wrong number of arguments.
 /// - A step has several data files, or `dataBase64` is malformed.
 /// - A step needs a list, but no earlier step creates one.
 /// - `SetPanelLinks` does not accept a link of the host.

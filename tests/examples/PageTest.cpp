@@ -57,8 +57,8 @@ void ExpectPageShowsWhatItsCommandsPrint(const std::string& page) {
   }
 }
 
-// Prepares the environment of the commands: the folder of the example as the current folder, a PATH
-// that contains the program, an empty state store, and no variable COLUMNS.
+// Prepares the environment of the commands. The folder of the example is the current folder, PATH
+// contains the program, the state store is empty, and COLUMNS is not set.
 class ExamplePage : public ::testing::Test {
  protected:
   void SetUp() override {
@@ -84,8 +84,8 @@ TEST_F(ExamplePage, DataFileManualShowsTheOutputOfItsCommands) {
   ExpectPageShowsWhatItsCommandsPrint(RULES_PAGE);
 }
 
-// The commands in the guide write files and use git, so the test runs them in a copy of the folder
-// and sets the author of its commits.
+// The commands in the guide write files and use git. The test therefore runs them in a copy of the
+// folder and sets the author of their commits.
 TEST_F(ExamplePage, AuthorGuideShowsTheOutputOfItsCommands) {
   const test_support::TemporaryFolder folder;
   std::filesystem::copy(AUTHOR_FOLDER, folder.Path(), std::filesystem::copy_options::recursive);

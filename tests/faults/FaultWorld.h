@@ -19,7 +19,7 @@ namespace faults {
 /// Returns a data file. The user of a `FaultHost` has seen all changes of this file.
 std::string SeenData();
 /// Returns the data file that a `World` loads: `SeenData`, changes that are new to the user, and a
-/// malformed row.
+/// row that the library skips. This row does not have ten fields.
 std::string LoadedData();
 /// Returns a later version of `LoadedData`, with one more change and another changes-since version.
 std::string LaterData();

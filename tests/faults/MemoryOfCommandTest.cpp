@@ -1,6 +1,7 @@
 // Tests that make allocations fail while ValidateWhatsNew checks a data file. The failures occur on
 // the console thread and on the thread that reads and parses the file. The command must end and
-// report the failure, and the next command must succeed.
+// report the failure, and the next command must succeed. A further test makes the registration of
+// the command fail.
 #include <array>
 #include <cerrno>
 #include <cstdlib>
@@ -116,8 +117,8 @@ class MemoryOfCommandTest : public FaultTest {
   /// Expects that the registry threw, or that the command printed or logged its failure.
   void ExpectReported(const Execution& execution) const {
     if (execution.hasThrown) {
-      // The registry has thrown, because it copies the argument text before it calls the command.
-      // The command itself reports its failures and does not throw.
+      // Only the registry can throw, when it copies the argument text before it calls the command.
+      // The command reports its failures and does not throw.
       EXPECT_EQ(execution.output, "");
       return;
     }

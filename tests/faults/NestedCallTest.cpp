@@ -65,7 +65,7 @@ std::shared_ptr<FeatureListItem> NewItem() {
                                            FeatureListItem::Visibility::kPublic);
 }
 
-/// Returns functions that a callback may call with its list.
+/// Returns actions that a callback may execute on the list that calls it.
 const std::vector<std::function<void(FeatureListData&)>>& AllowedActions() {
   static const std::vector<std::function<void(FeatureListData&)>> kActions = {
       [](FeatureListData& list) {
@@ -196,8 +196,8 @@ class HookedTable : public HookedFeatures {
 };
 
 /// A feature service that replaces itself with the default service when it is first queried about a
-/// feature or the permission. No test owns it, so the library must keep it alive until that query
-/// returns.
+/// feature or the internal-features permission. No test owns this service, so the library must keep
+/// it alive until that query returns.
 class SelfReplacingFeatures : public ornappsupport::feature::FeatureService {
  public:
   SelfReplacingFeatures() : features_(ornappsupport::feature::GetConstBetaFeatureMap()) {}
@@ -246,7 +246,7 @@ TEST_F(NestedCallTest, AServiceMayQueryTheListThatQueriesIt) {
   const std::string expected = Format(*MakeWorld().list).text;
   int queries = 0;
   localizer.SetDictionary(std::make_shared<HookedDictionary>([&] {
-    // `PreviewLayout` looks up the same key, so ignore the lookups of this nested call.
+    // The `PreviewLayout` below runs this hook again, so only the first run calls the list.
     if (queries++ > 0) return;
     world.list->IsAnythingNew(kShowOnlyNew);
     world.list->CountNew(kShowOnlyNew);

@@ -1,6 +1,6 @@
-// Tests that queries that hosts make often, and functions that run for every row, allocate no
-// memory. Tests that loading a list, and creating its text or layout, allocate at most a fixed
-// number of times for each change.
+// Tests that frequent queries, and functions that run for every row, allocate no memory. Tests that
+// loading a list, and creating its text or layout, allocate at most a fixed number of times for
+// each change.
 #include <string>
 
 #include <gtest/gtest.h>

@@ -160,7 +160,8 @@ TEST_F(FeatureList, DestructorReleasesTheItems) {
 }
 
 // A list with an empty entry in its items. `BubbleUnlockedItemsToTheTop` adds an empty entry for
-// each ordered key without an item. All other operations ignore empty entries.
+// each ordered key without an item. An inserted item does not replace an empty entry. The parser,
+// queries and displays ignore empty entries.
 class EmptyEntry : public FeatureList {
  protected:
   EmptyEntry() {

@@ -26,7 +26,7 @@ const Guid kFirst("01234567-89ab-cdef-0123-456789abcdef");
 const Guid kSecond("7f000000-0000-0000-0000-000000000001");
 const Guid kThird("80000000-0000-0000-0000-000000000000");
 
-// Returns up to 39 random identities out of 60 possible ones, so that some of them can repeat.
+// Returns up to 39 random identities out of 60 possible ones. An identity can occur several times.
 std::vector<Guid> RandomGuids(RandomSource& random) {
   std::vector<Guid> guids;
   for (std::size_t count = random.Below(40); count > 0; --count) {

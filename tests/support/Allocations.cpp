@@ -27,8 +27,8 @@ thread_local std::size_t allocations = 0;
 thread_local bool isFailingThread = false;
 std::atomic<std::ptrdiff_t> liveAllocations = 0;
 
-/// The failure that the current `AllocationFailure` requests. Until the first failure, `left` is
-/// the number of allocations up to and including the one that fails, or 0 if none fails.
+/// The failure that the current `AllocationFailure` requests. The allocation that decreases `left`
+/// from 1 to 0 is the first one that fails. If `left` is 0 at first, no allocation fails.
 struct {
   std::atomic<bool> isOn = false;
   std::atomic<bool> hasHappened = false;
@@ -136,9 +136,9 @@ bool AllocationFailure::HasHappened() const noexcept {
 
 }  // namespace test_support
 
-// By default, the other forms of `new` and `delete` call the first form. Sanitizers replace each
-// form separately, so this file defines each form that the tests use. It does not define the forms
-// for over-aligned types, nor `delete` with `std::nothrow`.
+// By default, other forms of `new` and `delete`, such as `new[]`, call the form for one object.
+// Sanitizers replace each form separately, so this file defines each form that the tests use. It
+// does not define the forms for over-aligned types, nor `delete` with `std::nothrow`.
 void* operator new(std::size_t size) {
   return test_support::Allocate(size);
 }

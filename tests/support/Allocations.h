@@ -27,10 +27,10 @@ std::size_t CountAllocations(Work work) {
 
 /// Returns the number of blocks that any thread has allocated and no thread has freed.
 ///
-/// The replacement functions abort the program if a block was allocated by another allocator, is
-/// freed with the wrong size, or is freed twice. Without AddressSanitizer, they may fail to detect
-/// the second `delete` if the block has more than 4096 bytes, or if 1024 small blocks were freed in
-/// between.
+/// The replacement functions abort the program if a freed block was allocated by another allocator,
+/// is freed with the wrong size, or is freed twice. Without AddressSanitizer, they may miss a
+/// second `delete` of a block with more than 4096 bytes. They may also miss the second `delete` of
+/// a small block if 1024 small blocks were freed in between.
 std::ptrdiff_t LiveAllocations() noexcept;
 
 /// Selects how many allocations fail.

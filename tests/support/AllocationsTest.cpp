@@ -33,8 +33,8 @@ TEST_F(Allocations, AreCountedForEachThread) {
   EXPECT_LE(AllocationsSoFar() - before, 1U) << "only the start of the thread may allocate";
 }
 
-// Sanitizers also define these forms of `new` and `delete`, but the program must use the
-// replacement functions.
+// Sanitizers define every form of `new` and `delete`, but the program must use the replacement
+// functions.
 TEST_F(Allocations, AreCountedInEveryForm) {
   EXPECT_EQ(CountAllocations([] { ::operator delete[](::operator new[](8)); }), 1U);
   EXPECT_EQ(CountAllocations([] { ::operator delete(::operator new(8, std::nothrow)); }), 1U);

@@ -37,7 +37,7 @@ class DataFile {
   DataFile();
 
   /// Adds a row with ten fields. Puts quotes around each field that contains a comma. Does not
-  /// escape quotes and newlines in a field.
+  /// escape quotes or newlines in a field.
   DataFile& Row(const ChangeRow& row);
   /// Adds a row that sets the changes-since version to `version`.
   DataFile& ChangesSince(std::string_view version);

@@ -42,7 +42,7 @@ struct ProgramResult {
   std::string errors;
 };
 
-/// A running program. The destructor kills the program, unless `Wait` has returned, and waits for
+/// A running program. Unless `Wait` has returned, the destructor kills the program and waits for
 /// its end. Not thread-safe.
 class ChildProcess {
  public:

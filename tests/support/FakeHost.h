@@ -26,8 +26,8 @@ struct FakeFeature {
   bool availableForUser = false;
 };
 
-/// Installs the services whose results its functions set. The constructor and the destructor reset
-/// all services to their defaults. A new value applies from the next query. If several objects
+/// Installs services, whose results a test can set. A new result applies from the next query.
+/// The constructor and the destructor reset all services to their defaults. If several objects
 /// exist, the library queries the one that was created last. The destructor of any of them resets
 /// the services. Not thread-safe.
 class FakeHost {

@@ -13,9 +13,9 @@
 // The two implementations share some code: the `Guid` class, the types of style runs, and the
 // host's services. These services are the client information, the feature table, the
 // internal-features permission, the panel links, the localizer and its markup, the debug database,
-// usage logging, and the query whether the host terminates. A bug in shared code affects both
-// implementations equally, so only unit tests can find it. The plain implementation calls ICU,
-// Boost's tokenizer and the reference implementation of the hash directly.
+// usage logging, and the termination query. A bug in shared code affects both implementations
+// equally, so only unit tests can find it. The plain implementation calls ICU, Boost's tokenizer
+// and the reference implementation of the hash directly.
 #ifndef TESTS_SUPPORT_PLAINPANEL_H_
 #define TESTS_SUPPORT_PLAINPANEL_H_
 
@@ -61,7 +61,7 @@ struct PanelOutcome {
 /// Writes an outcome to `stream`. GoogleTest calls it when a comparison fails.
 std::ostream& operator<<(std::ostream& stream, const PanelOutcome& outcome);
 
-/// Displays the list with the library and returns all results. `options` are the bits of display
+/// Displays the list with the library and returns all results. `options` is a bitwise OR of display
 /// options. `state` must be the store that the list's callbacks use; the function clears its log.
 PanelOutcome FormatWithLibrary(ornwhatsnew::FeatureListData& list, FakeStateStore& state,
                                unsigned options, const std::u16string& ratingPlaceholder);
@@ -90,7 +90,8 @@ std::string FirstDifference(const ornwhatsnew::FeatureListData& list, const Plai
 class PlainPanel {
  public:
   using Texts = FakeStateStore::Texts;
-  /// The items by key. An entry is empty if the list looked up its key but had no item for it.
+  /// The items by key. An empty entry means that the list has no item for this key, although the
+  /// key is in the key order.
   using Items = std::map<std::string, std::optional<PlainItem>>;
 
   /// Creates an empty list that reads and writes its state in `store`, which must outlive the list.
@@ -101,7 +102,7 @@ class PlainPanel {
   /// the changes of the data file `dataText`.
   void Load(const std::string& dataText);
 
-  /// Displays the list, writes the state, and returns all results. `options` are the bits of
+  /// Displays the list, writes the state, and returns all results. `options` is a bitwise OR of
   /// display options.
   PanelOutcome Format(unsigned options, std::u16string_view ratingPlaceholder);
   /// Returns whether a display with these options would show an item.

@@ -45,8 +45,8 @@ struct PlainChange {
   orncore::utility::Guid Rated() const;
 
   /// Returns whether the change is shown with these display options. `seen` contains the identities
-  /// from the state, and `versions` contains the versions in which the user opened What's New.
-  /// Queries the host for its platform.
+  /// from the state. `versions` contains the full version of the host, and all full versions in
+  /// which the user opened the panel. Queries the host for its platform.
   bool IsShown(unsigned options, const PlainGuids& seen, const PlainVersions& versions) const;
 
   friend bool operator==(const PlainChange&, const PlainChange&) = default;

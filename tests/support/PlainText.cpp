@@ -31,8 +31,8 @@ char PlainLowerAscii(char c) {
   return c >= 'A' && c <= 'Z' ? static_cast<char>(c + ('a' - 'A')) : c;
 }
 
-// Returns the number that an optional sign and digits represent. Returns 0 if `text` has another
-// form or if the number is outside the range of std::int64_t.
+// Parses an optional sign and decimal digits. Returns 0 if `text` has another form or if the number
+// is outside the range of std::int64_t.
 std::int64_t PlainNumber(std::string_view text) {
   const bool negative = text.starts_with('-');
   if (negative || text.starts_with('+')) text.remove_prefix(1);

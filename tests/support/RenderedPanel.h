@@ -23,9 +23,9 @@ struct RenderedBlock {
   friend bool operator==(const RenderedBlock&, const RenderedBlock&) = default;
 };
 
-/// Returns the blocks of a fragment that `RenderHTML` returned. Throws `std::runtime_error` for an
-/// unknown, misplaced or unclosed element, an unexpected attribute, an unescaped character, text
-/// outside a block, an unsafe link, or a duplicate id.
+/// Returns the blocks of a fragment that `RenderHTML` returned. Throws `std::runtime_error` if
+/// it finds an error, such as an unclosed element, an unexpected attribute, an unescaped character,
+/// an unsafe link or a duplicate ID.
 std::vector<RenderedBlock> ParseHTML(std::string_view fragment);
 
 /// Returns the blocks of a string that `RenderMarkdown` returned. Parses the string with libcmark.

@@ -27,7 +27,7 @@ TEST(CellText, ReplacesQuotesAccordingToTheirNeighbours) {
       {R"(")", "”"},
       {R"(a " b)", "a ” b"},
       {"\"\xE2\x82\xAC\"", "“€”"},
-      // Arabic-Indic digits count as digits, too.
+      // A quote after an Arabic-Indic digit becomes an inch mark, as after an ASCII digit.
       {"\xD9\xA5\"", "٥″"},
   };
   for (const auto& testCase : cases) {

@@ -15,8 +15,8 @@ namespace {
 
 using std::string_view_literals::operator""sv;
 
-// Memory functions for ICU. They call the functions that ICU calls by default, so ICU can also use
-// them for the memory that it has allocated before.
+// Memory functions for ICU, which fail to allocate memory if `hasICUMemory` is false. They call the
+// functions that ICU calls by default, so ICU can use them to free memory that it allocated before.
 bool hasICUMemory = true;
 
 void* Allocate(const void*, std::size_t size) {

@@ -23,7 +23,7 @@ inline std::string InContext(std::string_view context, std::string_view text) {
   return std::string(context) + '\4' + std::string(text);
 }
 
-/// Appends `number` as a 32-bit integer.
+/// Appends `number` as a 32-bit integer in the given byte order.
 inline void AppendNumber(std::string& bytes, std::size_t number, bool isBigEndian) {
   for (unsigned i = 0; i < 4; ++i) {
     const unsigned shift = 8 * (isBigEndian ? 3 - i : i);

@@ -1,6 +1,6 @@
 // Simulates a disk that fails. FailingDisk.cpp replaces the functions of the C library that change
-// files. While a `FailingDisk` exists, it decides for each call whether the replacement fails. Any
-// other call is recorded and passed to the operating system.
+// files. While a `FailingDisk` exists, it decides which calls of these functions fail. Calls that
+// do not fail are recorded and passed to the operating system.
 #ifndef TESTS_HOSTS_COMMON_FAILINGDISK_H_
 #define TESTS_HOSTS_COMMON_FAILINGDISK_H_
 
@@ -13,7 +13,7 @@ namespace hosts::common {
 
 /// The reason why calls fail.
 enum class DiskFault {
-  kFull,    ///< calls that need space fail; deletions and changes of mode succeed
+  kFull,    ///< calls that need space fail; deletions and changes of mode or owner succeed
   kBroken,  ///< every call that changes or syncs a file fails
 };
 
@@ -46,10 +46,10 @@ class FailingDisk {
   /// Returns the number of calls that have failed since `FailAt`.
   int Failures() const { return failures_; }
 
-  /// Returns the calls since the construction or the last `FailAt`, except those that this object
-  /// made fail. Each element has the name of the function and the name of the file without its
-  /// folder, for example "fsync state.json". For a rename, the element has the new name of the
-  /// file.
+  /// Returns the calls that change or sync files, since the construction or the last `FailAt`.
+  /// Omits the calls that this object made fail. Each element has the name of the function and the
+  /// name of the file without its folder, for example "fsync state.json". For a rename, the element
+  /// has the new name of the file.
   const std::vector<std::string>& Calls() const { return calls_; }
 
   /// Calls `action` before each following call that equals `call`. Tests use it to act like another
@@ -58,6 +58,7 @@ class FailingDisk {
   void RunBefore(std::string call, std::function<void()> action);
 
   /// Runs the action that was passed to `RunBefore`, if `call` is the call that was passed with it.
+  /// Does nothing while the action runs.
   void RunActionBefore(const std::string& call);
 
   /// First runs the action of `RunBefore` if it is for this call. Returns the error number with

@@ -17,7 +17,8 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// Calls `work`. Returns the error code of the exception that it throws, or 0 if it throws none.
+/// Calls `work`. Returns the error code of the `std::system_error` that it throws, or 0 if it
+/// throws no exception.
 int ErrorOf(const std::function<void()>& work) {
   try {
     work();
@@ -27,7 +28,8 @@ int ErrorOf(const std::function<void()>& work) {
   return 0;
 }
 
-/// Calls `work`. Returns the message of the exception that it throws, or an empty string.
+/// Calls `work`. Returns the message of the `std::system_error` that it throws, or an empty string
+/// if it throws no exception.
 std::string MessageOf(const std::function<void()>& work) {
   try {
     work();

@@ -132,8 +132,8 @@ TEST_F(StateStoreLinks, AHardLinkToTheStoreKeepsTheOldContent) {
   EXPECT_EQ("old", StoredValue(folder_.Path() / "backup.json"));
 }
 
-/// Creates a file of one kind at `path`. Some kinds are a link to the regular file `victim`, or a
-/// copy of it.
+/// Creates a file of one kind at `path`. The file can be a link to the regular file `victim`, or a
+/// copy of `victim`.
 using MakeFile = void (*)(const fs::path& path, const fs::path& victim);
 
 struct FileKind {
@@ -157,7 +157,7 @@ void MakeSocket(const fs::path& path, const fs::path&) {
 
 void MakeDevice(const fs::path& path, const fs::path& victim) {
   // Create a device with the device number of /dev/full. Usually only root can do this, so create a
-  // FIFO if it fails.
+  // FIFO if `mknod` fails.
   if (::mknod(path.c_str(), S_IFCHR | 0600, makedev(1, 7)) != 0) MakePipe(path, victim);
 }
 
@@ -191,7 +191,8 @@ class StateStoreNeighbour : public testing::TestWithParam<NeighbourCase> {
 
   fs::path File() const { return folder_.Path() / "state.json"; }
 
-  /// Writes, reads and resets the store. Returns the error message, or an empty string.
+  /// Writes, reads and resets the store. Returns the error message, or an empty string if all of
+  /// this succeeds.
   std::string UseStore() const {
     return StoreErrorOf([this] {
       WriteValue(File(), "one");
@@ -346,7 +347,8 @@ TEST_F(StateStoreFilesTest, RootKeepsTheOwnerOfTheStore) {
   EXPECT_EQ(54321U, status.st_gid);
 }
 
-/// Drops the privileges of root and joins the group `group`. Returns whether this succeeded.
+/// Drops the privileges of root, and makes `group` the only supplementary group of the process.
+/// Returns false if a system call fails.
 bool BecomeMemberOf(gid_t group) {
   constexpr uid_t kNobody = 65534;
   return ::setgroups(1, &group) == 0 && ::setgid(kNobody) == 0 && ::setuid(kNobody) == 0;

@@ -136,9 +136,9 @@ class KilledStore {
   }
 
  private:
-  /// Expects that the store contains only complete passes, and every acknowledged pass.
-  /// `acknowledged` has the last acknowledged pass of each writer. Returns the number of new
-  /// passes.
+  /// Expects that the store contains only complete passes: every acknowledged pass, and at most one
+  /// other pass of each writer. `acknowledged` has the last acknowledged pass of each writer.
+  /// Returns the number of new passes.
   int ExpectKept(const std::array<int, kWriters>& acknowledged) {
     const StateStore store(file_);
     const std::string seen = store.Get(kAllSeenItemsKey);

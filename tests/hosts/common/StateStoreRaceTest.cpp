@@ -47,7 +47,7 @@ class StateStoreRaceTest : public testing::Test {
   fs::path Victim() const { return folder_.Path() / "victim" / "state.json"; }
 
   /// Writes "new" to the store, and runs `action` before the system call `call`. Returns the error
-  /// message, or an empty string.
+  /// message, or an empty string if the write succeeds.
   std::string ErrorOfWrite(const char* call, const std::function<void()>& action) const {
     FailingDisk disk;
     disk.RunBefore(call, action);

@@ -128,7 +128,7 @@ TEST_F(AuthorCommands, MessagesContainThePathThatTheAuthorWrote) {
       test_support::RunProgram(ProgramFile(), call).errors);
 }
 
-// The program writes a temporary file, whose name users do not know.
+// The messages must not name the temporary file, because users do not know it.
 TEST_F(AuthorCommands, MessagesNameTheFileOnAFullDisk) {
   folder_.Write("table.csv", "Grouping ID,Message\nMISC,new\n");
   folder_.Write("data.csv", author::HeaderRow() + "\n");

@@ -261,9 +261,9 @@ class ChangingFileTest : public ProgramFileFaultTest {
     }
   }
 
-  /// Runs `show`, `status` and ValidateWhatsNew while the file changes. Expects that `show` prints
-  /// only panels of prefixes of the file, and that at least one of them contains a change. `show`
-  /// and `status` may fail with a message that contains the file name.
+  /// Runs `show`, `status` and ValidateWhatsNew while the file changes. Expects that each panel
+  /// contains the changes of a prefix of the file, and that at least one panel contains a change.
+  /// `show` and `status` may fail with a message that contains the file name.
   void ExpectReadOrRejected() const {
     std::size_t mostChanges = 0;
     for (int round = 0; round < 10 || (mostChanges == 0 && round < 1000); ++round) {

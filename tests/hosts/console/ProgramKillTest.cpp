@@ -161,9 +161,9 @@ class ProgramKillTest : public ProgramTest {
     if (!isRating) acknowledged.versions.insert(editions_[index].version);
   }
 
-  /// Expects that the store contains all identities of each edition whose version it contains. It
-  /// may contain the identity of the rating, but no other identities. Expects that the last version
-  /// is one of the stored versions, or empty if there are none.
+  /// Expects that the store contains all identities of each edition whose version it contains.
+  /// Apart from these, it may contain only the identity of the rating. Expects that the last
+  /// version is one of the stored versions, or empty if there are none.
   void ExpectCompletePasses(const StateStore& store) const {
     const Elements seen = ElementsOf(store, common::kAllSeenItemsKey);
     const Elements versions = ElementsOf(store, common::kAllVersionsSeenKey);

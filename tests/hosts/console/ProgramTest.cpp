@@ -517,7 +517,7 @@ TEST_F(HelpTest, ListsCommandsAndExitStatus) {
 }
 
 TEST_F(HelpTest, DoesNotOfferValidateWhatsNewAsACheck) {
-  // ValidateWhatsNew succeeds even if the application cannot read the file.
+  // ValidateWhatsNew succeeds even if the file is missing or is not a data file.
   const std::string utf16 = folder_.Write("utf16.csv", std::string("\xFF\xFE"
                                                                    "A\0\n\0",
                                                                    6));

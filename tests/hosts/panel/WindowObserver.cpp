@@ -1,6 +1,6 @@
-// This file is a part of the program that PanelProgramTest.cpp runs. It prints the title, the error
-// message and the panel to standard output. If the window shows ratings instead of the panel, it
-// rates the first feature. It then closes the window.
+// A part of the program that PanelProgramTest.cpp runs. Prints the title of the window, its message
+// if there is one, and the panel to standard output. If the window shows ratings instead of the
+// panel, rates the first feature. Then closes the window.
 #include <cstdio>
 
 #include <QtCore/QCoreApplication>

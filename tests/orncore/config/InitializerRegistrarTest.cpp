@@ -308,8 +308,8 @@ TEST_F(InitializerRegistrarTest, ReleasesTheFunctionsWhenDestroyed) {
   EXPECT_EQ(owned.use_count(), 1);
 }
 
-// The initialise function yields many times, so that a destructor that does not wait for it returns
-// first.
+// The initialise function yields many times. A destructor that did not wait for this function would
+// therefore return first.
 TEST_F(InitializerRegistrarTest, DestructorWaitsForAFunctionOnAnotherThread) {
   std::latch entered(1);
   std::latch isDestroying(1);

@@ -20,8 +20,8 @@ using namespace std::string_literals;
 
 constexpr std::uint32_t kSeed = 20251120;
 
-// One row of the Unicode standard's table "Well-Formed UTF-8 Byte Sequences": a range of lead
-// bytes, the range of second bytes that they allow, and the number of bytes that follow a lead
+// One row of the Unicode standard's table "Well-Formed UTF-8 Byte Sequences". Contains a range of
+// lead bytes, the range of second bytes that they allow, and the number of bytes that follow a lead
 // byte.
 struct Lead {
   unsigned first;

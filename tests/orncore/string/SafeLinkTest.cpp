@@ -63,7 +63,8 @@ TEST(SafeLink, IsTheSameInUTF8AndUTF16) {
   for (const char* link : {"https://x", "https://x y", "https://a@b", "https://\u00E9", ""}) {
     EXPECT_EQ(IsSafeLink(link), IsSafeLink(UTF8to16(link))) << link;
   }
-  // The low byte of U+0178 is 0x78, which is "x" in ASCII.
+  // The low byte of U+0178 is 0x78, which is "x" in ASCII. A check of only the low byte would
+  // accept this link.
   EXPECT_FALSE(IsSafeLink(u"https://\u0178"));
 }
 

@@ -79,8 +79,9 @@ LintReport ReportOn(const std::string& code) {
 
 class LintCodesTest : public testing::TestWithParam<LintCodeInfo> {};
 
-/// For each code, CODE.expected lists the findings in CODE.csv. If they exist, CODE.host.json is
-/// the host description and CODE.old.csv is the baseline.
+/// For each code, CODE.expected lists the findings in CODE.csv. The host description is
+/// CODE.host.json or, if this file is missing, host.json. If CODE.old.csv exists, it is the
+/// baseline.
 TEST_P(LintCodesTest, DataFileHasExactlyTheExpectedFindings) {
   const std::string code(GetParam().name);
   const LintReport report = ReportOn(code);

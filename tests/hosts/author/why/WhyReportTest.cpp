@@ -414,7 +414,7 @@ TEST_F(WhyReportTest, ShowsLocalisedTextsOnOneLineWithoutInvisibleCharacters) {
   EXPECT_THAT(Report({}).ExplainAll(), HasSubstr("  shown   MAP-7    Map\\u200b\n"));
 }
 
-// The report finds the line of a change by counting the rows that belong to the same item.
+// The report assumes that the n-th change of an item is the n-th row that belongs to this item.
 TEST(WhyReport, FindsTheLineOfEveryChangeInRandomWorlds) {
   constexpr std::uint64_t kWorlds = 200;
   for (std::uint64_t seed = 1; seed <= kWorlds; ++seed) {
