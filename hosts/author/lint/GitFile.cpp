@@ -94,7 +94,7 @@ bool HasSucceeded(pid_t process) {
   return WIFEXITED(status) && WEXITSTATUS(status) == 0;
 }
 
-/// The result of a call of git.
+/// The result of running git.
 struct GitResult {
   bool hasSucceeded = false;
   std::string output;

@@ -17,8 +17,8 @@ std::u16string Fold(std::string_view text);
 /// `text`, and compares the results of `Fold`. Selects the first of these words that exists:
 ///
 /// 1. a word for which `Fold` returns the same string
-/// 2. the word with the fewest inserted, deleted, replaced or exchanged characters: at most three
-///    in a long string, and at most one in a word with digits
+/// 2. the word with the smallest edit distance, which must be at most three for a long string, and
+///    at most one for a word with digits
 /// 3. a word that is a prefix of `text`, or of which `text` is a prefix, if both have at least
 ///    three characters and neither contains digits
 ///
