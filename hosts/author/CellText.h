@@ -1,4 +1,4 @@
-// Converts the text of a spreadsheet cell to text that a data file can contain.
+// Converts the text of spreadsheet cells for data files, and checks the values of fields.
 #ifndef HOSTS_AUTHOR_CELLTEXT_H_
 #define HOSTS_AUTHOR_CELLTEXT_H_
 

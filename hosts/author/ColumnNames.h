@@ -12,7 +12,8 @@
 
 namespace hosts::author {
 
-/// The short names of the columns, indexed by `ColumnIndex`. The examples of the manual use them.
+/// The short names of the columns, indexed by `ColumnIndex`. The examples in docs/data-file.md use
+/// them.
 inline constexpr std::array<std::string_view, ornwhatsnew::kDataColumnCount> kShortColumnNames = {
     "App Version",   "Grouping ID", "Jira ID", "Salience", "Rating",
     "First Version", "Platform",    "URL",     "Commit",   "Message"};

@@ -61,7 +61,7 @@ void RequireChange(const DataFields& fields) {
 }
 
 /// Throws `InputError` if `dataFile` is not valid UTF-8, or if it has rows but no header row.
-/// `counts` contains the numbers of its rows.
+/// `counts` is the result of `CountRows` for this file.
 void RequireExtensible(std::string_view dataFile, const RowCounts& counts) {
   if (!orncore::string::IsWellFormedUTF8(dataFile)) {
     throw InputError(0, "the file is not valid UTF-8; convert it with 'ornwhatsnew import'");

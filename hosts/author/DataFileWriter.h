@@ -1,4 +1,4 @@
-// Writes the rows of a data file.
+// Formats the rows of a data file, and appends changes to a data file.
 #ifndef HOSTS_AUTHOR_DATAFILEWRITER_H_
 #define HOSTS_AUTHOR_DATAFILEWRITER_H_
 
@@ -28,8 +28,9 @@ std::string FormatRow(const DataFields& fields);
 std::optional<ornwhatsnew::DataRowKind> KindOfRow(const DataFields& fields);
 
 /// Returns `dataFile`, the content of a data file, with a row for the change `fields` at its end.
-/// The new row has the same line ending as the first row. If the last row has no line ending, adds
-/// one first. If the file is empty, adds a header row first. Keeps a byte order mark.
+/// The new row has the line ending of the first row, or a newline if the first row has none. If the
+/// last row has no line ending, adds one first. If the file is empty, adds a header row first.
+/// Keeps a byte order mark.
 ///
 /// Throws `OptionError` if `ProblemWith` rejects a field, or if the library would not read the new
 /// row as a change. Throws `InputError` if the file is not valid UTF-8 or has rows but no header

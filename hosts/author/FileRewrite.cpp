@@ -33,10 +33,10 @@ std::string QuotedPath(const fs::path& file) {
   return "'" + file.native() + "'";
 }
 
-/// Returns the result of `step`. If `step` throws `std::system_error`, throws one with the same
-/// code and with a message that consists of `problem` and `file`. The original message contains the
-/// absolute path of the file, its folder or its temporary file, but authors expect the path that
-/// they wrote.
+/// Returns the result of `step`. If `step` throws `std::system_error`, throws another one with the
+/// same code and with a message that consists of `problem` and `file`. The original message
+/// contains the absolute path of the file, its folder or its temporary file, but authors expect the
+/// path that they wrote.
 template <class Step>
 auto WithNamedPath(std::string_view problem, const fs::path& file, const Step& step) {
   try {
@@ -46,8 +46,9 @@ auto WithNamedPath(std::string_view problem, const fs::path& file, const Step& s
   }
 }
 
-/// Returns the absolute path of `file` without symbolic links. Throws if a link cannot be resolved,
-/// or if the folder does not exist. `PrivateFolder` would create a missing folder.
+/// Returns the absolute path of `file` without symbolic links. Throws if `file` is empty, if
+/// `ResolveLinks` throws, or if the folder does not exist. `PrivateFolder` would create a missing
+/// folder.
 fs::path ResolvedPath(const fs::path& file) {
   if (file.empty()) Fail(ENOENT, "cannot open ''");
   fs::path resolved = WithNamedPath("cannot open", file,
@@ -96,8 +97,8 @@ class AuthorFile {
     }
   }
 
-  /// Locks the file. Throws if the file does not exist or cannot be opened, or if another program
-  /// still holds the lock after `kPatience`.
+  /// Locks the file. Throws if the file does not exist, is not a regular file, or cannot be opened
+  /// or locked. Also throws if another program still holds the lock after `kPatience`.
   common::FileLock Lock() const {
     for (;;) {
       // Check that the file exists, because `Acquire` would create it.
@@ -108,7 +109,7 @@ class AuthorFile {
       if (!lock) {
         Fail(EBUSY, "cannot write " + QuotedPath(named_) + ", which another program is changing");
       }
-      // The program that held the lock before may have replaced the file. If so, lock the new file.
+      // The previous owner of the lock may have replaced the file. If so, lock the new file.
       if (lock->IsInPlace()) return *std::move(lock);
     }
   }

@@ -14,8 +14,8 @@ struct Remark {
   std::string message;  ///< UTF-8; can contain characters of the file
 };
 
-/// Thrown if a file cannot be used. The message contains the reason and what to do, but neither the
-/// name of the file nor the line.
+/// Thrown if a file cannot be used. The message contains the reason and usually what to do, but
+/// neither the name of the file nor the line.
 class InputError : public std::runtime_error {
  public:
   InputError(std::size_t line, const std::string& message)
@@ -28,7 +28,8 @@ class InputError : public std::runtime_error {
   std::size_t line_;
 };
 
-/// Thrown if the value of an option cannot be used. The message contains the reason and what to do.
+/// Thrown if an option or an argument of the command line cannot be used. The message contains the
+/// reason and usually what to do.
 class OptionError : public std::runtime_error {
  public:
   using std::runtime_error::runtime_error;

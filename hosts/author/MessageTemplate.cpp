@@ -16,7 +16,8 @@ namespace {
 constexpr std::string_view kPrivatePrefix = "$$$/private/";
 constexpr std::string_view kCommentMark = "#{comment}";
 
-/// The header entry of the template. Programs such as msginit replace the words in upper case.
+/// The header entry of the template. Programs such as msginit replace the placeholders, for
+/// example "FULL NAME".
 constexpr std::string_view kProperties = R"(#, fuzzy
 msgid ""
 msgstr ""
@@ -30,8 +31,8 @@ msgstr ""
 "Content-Transfer-Encoding: 8bit\n"
 )";
 
-/// Returns `text` as a quoted string of a PO file, with escapes for quotes, backslashes and control
-/// characters.
+/// Returns `text` as a quoted string of a PO file, with escapes for double quotes, backslashes and
+/// ASCII control characters.
 std::string PoString(std::string_view text) {
   constexpr unsigned char kDelete = 0x7F;
   std::string result = "\"";
@@ -64,7 +65,7 @@ std::string Reference(std::string_view name, std::size_t line) {
 using LinesByKey = std::map<std::string, std::size_t, std::less<>>;
 
 /// Returns each key at the start of a JSON string in `json`, with the number of the first line that
-/// contains it. Does not find keys that contain JSON escapes.
+/// contains it. Does not decode JSON escapes in keys.
 LinesByKey FindKeys(std::string_view json) {
   constexpr std::string_view kStart = "\"$$$/";
   LinesByKey lines;

@@ -34,8 +34,8 @@ class MessageTemplate {
   /// Returns the template in the format of a PO file, in UTF-8.
   std::string Format() const;
 
-  /// Returns a warning for each key text that was not added: it contains a NUL, or the entry of its
-  /// key has another default text.
+  /// Returns a warning for each key text that was not added because it contains a NUL, or because
+  /// the entry of its key has another default text.
   const std::vector<std::string>& Warnings() const { return warnings_; }
 
  private:

@@ -37,7 +37,7 @@ class Parser {
     csv_set_delim(&parser_, static_cast<unsigned char>(separator));
     // By default, libcsv removes the spaces around a field, and ignores lines of spaces.
     csv_set_space_func(&parser_, [](unsigned char) { return 0; });
-    // With the default of 128 bytes, libcsv would copy a long field many times.
+    // By default, libcsv enlarges its buffer by 128 bytes, and would copy a long field many times.
     constexpr std::size_t kBufferGrowth = 65536;
     csv_set_blk_size(&parser_, kBufferGrowth);
   }

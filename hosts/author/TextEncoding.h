@@ -1,4 +1,4 @@
-// Decodes text files whose encoding is not known.
+// Decodes text files, and detects their encoding.
 #ifndef HOSTS_AUTHOR_TEXTENCODING_H_
 #define HOSTS_AUTHOR_TEXTENCODING_H_
 

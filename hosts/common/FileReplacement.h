@@ -24,7 +24,7 @@ enum class TemporaryName {
 };
 
 /// The new content of a file. Until `Commit`, it is in a temporary file in the same folder. All
-/// functions throw `std::system_error` on failure.
+/// functions except the destructor throw `std::system_error` on failure.
 class FileReplacement {
  public:
   /// Creates an empty temporary file for the file `name` in `folder`, which must outlive this

@@ -19,8 +19,8 @@ using Facet = boost::locale::message_format<char>;
 /// Separates the context of an entry from its source text.
 constexpr char kContextEnd = '\4';
 
-// The header of a catalog consists of seven numbers of 32 bits. They can be little-endian or
-// big-endian. The magic number, which is the first one, shows the byte order.
+// The header of a catalog consists of seven 32-bit integers. They can be little-endian or
+// big-endian. The first integer, the magic number, shows the byte order.
 constexpr std::size_t kHeaderSize = 28;
 constexpr std::size_t kCountOffset = 8;
 constexpr std::size_t kSourcesOffset = 12;

@@ -59,7 +59,7 @@ struct HostDescription {
   /// The beta features in file order. If two features have the same internal key, the later one
   /// applies.
   std::vector<BetaFeatureDescription> betaFeatures;
-  /// The links of the panel, and the beginning of the keys of issues. They must be valid
+  /// The links of the panel, and the prefix of issue keys. They must be valid
   /// (`ornappsupport::links::AreValid`).
   ornappsupport::links::PanelLinks links;
   /// The debug entries by key.

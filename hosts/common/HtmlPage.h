@@ -1,4 +1,4 @@
-// Writes pages that a browser can open.
+// Creates HTML pages that a browser can open.
 #ifndef HOSTS_COMMON_HTMLPAGE_H_
 #define HOSTS_COMMON_HTMLPAGE_H_
 

@@ -12,10 +12,11 @@
 
 namespace hosts::common {
 
-/// Thrown for a JSON file or string that cannot be used. `what()` is one line of well-formed UTF-8
-/// with the source, the location and the problem. The location is the JSON pointer of the value, or
-/// the line and the column if the text is not valid JSON. There is no location if the problem
-/// concerns the whole document. The message quotes at most a few hundred bytes of the text.
+/// Thrown if a JSON file or string, or a file that it names, cannot be used. `what()` is one line
+/// of well-formed UTF-8 with the source, the location and the problem. The location is the JSON
+/// pointer of the value, or the line and the column if the text is not valid JSON. There is no
+/// location if the problem concerns a whole document or file. The message quotes at most a few
+/// hundred bytes of the text.
 class JsonError : public std::runtime_error {
  public:
   using std::runtime_error::runtime_error;

@@ -1,4 +1,5 @@
-// Opens the folder of a private file, such as the state store, and files in this folder.
+// Opens folders, and files in them, without following symbolic links. New files and folders are
+// private to the user.
 #ifndef HOSTS_COMMON_PRIVATEFOLDER_H_
 #define HOSTS_COMMON_PRIVATEFOLDER_H_
 
@@ -43,7 +44,7 @@ class PrivateFolder {
   /// Returns the file descriptor of the folder.
   int Descriptor() const noexcept { return folder_.Number(); }
 
-  /// Opens the file `name` with the given flags of `open`. Does not wait if it is a FIFO. If the
+  /// Opens the file `name` with the `flags` of open(2). Does not wait if it is a FIFO. If the
   /// flags include O_CREAT, a new file has the mode 0600, regardless of the umask. Sets the umask
   /// of the process to 077 during the call.
   FileDescriptor Open(const std::string& name, int flags) const;

@@ -41,9 +41,9 @@ using ornwhatsnew::kLastVersionSeenKey;
 inline constexpr std::string_view kMemoryLocation = ":memory:";
 
 /// Returns `named`, the location that the user names on the command line. If `named` is absent,
-/// returns the path of `ornwhatsnew/state.json` in the user's state folder. That folder is
-/// `$XDG_STATE_HOME`, or `$HOME/.local/state` if that variable does not contain an absolute path.
-/// Throws `StateStoreError` if `$HOME` does not contain one either.
+/// returns the path of `ornwhatsnew/state.json` in the user's state folder. This folder is
+/// `$XDG_STATE_HOME`, or `$HOME/.local/state` if `$XDG_STATE_HOME` is not an absolute path. Throws
+/// `StateStoreError` if neither `$XDG_STATE_HOME` nor `$HOME` is an absolute path.
 std::filesystem::path StateLocation(const std::optional<std::filesystem::path>& named);
 
 /// A state store. An object contains a copy of the stored values as of the last read, and a buffer
@@ -109,7 +109,7 @@ class StateStore {
 
   /// `Getter` and `Setter` return the callbacks of a list. Both refer to this store, which must
   /// outlive the list. The setter buffers each value, as `Set` does. The getter replaces control
-  /// characters in the last version; see `WithoutControlCharacters`.
+  /// characters in the value of `kLastVersionSeenKey`; see `WithoutControlCharacters`.
   ornwhatsnew::StateGetter Getter() const;
   ornwhatsnew::StateSetter Setter();
 

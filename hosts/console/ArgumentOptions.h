@@ -35,7 +35,8 @@ CLI::Option* AddHost(CLI::App& command, Path& host) {
 /// Adds the option `--state`.
 void AddState(CLI::App& command, std::optional<std::filesystem::path>& state);
 
-/// Adds the data file and the options `--host` and `--state`.
+/// Adds the required argument for the data file, the required option `--host`, and the option
+/// `--state`.
 void AddSources(CLI::App& command, SourceArguments& sources);
 
 /// Adds the options `--platform`, `--relevant-versions` and `--headlines`.

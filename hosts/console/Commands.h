@@ -138,7 +138,7 @@ ExitStatus Run(const ShowArguments& arguments);
 ExitStatus Run(const StatusArguments& arguments);
 /// Prints which features and changes the command `show` would print with the same options, and why
 /// it would hide the others. Stores nothing. Throws `author::OptionError` if the data file does not
-/// contain the line or the key.
+/// have the line, or if no feature or section has the key.
 ExitStatus Run(const WhyArguments& arguments);
 /// Marks a feature as rated in the state store. Throws `ToolError` if the user cannot rate this
 /// feature.

@@ -70,7 +70,8 @@ class LintRun {
     const author::SeverityOverrides severities = SeveritiesFor(file, arguments_);
     LintReport report = author::LintDataFile(name, text, Host());
     if (arguments_.fix) {
-      // Remove the findings whose codes are off, so that `Fix` does not correct these mistakes.
+      // Remove the findings with the severity `kOff`, so that `Fix` does not correct these
+      // mistakes.
       author::ApplySeverities(report, severities);
       text = Fix(file, text, report);
       report = author::LintDataFile(name, text, Host());

@@ -56,7 +56,8 @@ std::vector<fs::path> InputFiles(const PreviewArguments& arguments) {
   return files;
 }
 
-/// The time of the last change and the size of a file. Both are invalid if the file is missing.
+/// The time of the last change and the size of a file. If the file is missing, they are the values
+/// that `std::filesystem` returns on errors.
 using FileStamp = std::pair<fs::file_time_type, std::uintmax_t>;
 
 std::vector<FileStamp> InputStamps(const PreviewArguments& arguments) {

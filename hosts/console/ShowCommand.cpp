@@ -18,7 +18,8 @@
 namespace hosts::console {
 namespace {
 
-/// Returns the panel as lines for a terminal, with the command that rates each feature.
+/// Returns the panel as lines of text. The line after each rating request contains the command that
+/// rates the feature.
 std::string RenderLines(ornwhatsnew::FeatureListData& list, const ShowArguments& arguments,
                         ornwhatsnew::TerminalOptions options) {
   options.ratingLine = [&arguments](const ornwhatsnew::RatingRequest& request) {

@@ -81,8 +81,7 @@ bool IsCompleteRow(std::string_view line) {
 
 /// Returns the edit that replaces the CR line endings in a row with LF. If one of the resulting
 /// lines is not a complete row, returns no edit, because the CR may be inside a text. A single edit
-/// replaces all line endings, because an edit for each of them would take time proportional to the
-/// square of their number.
+/// replaces all line endings, because many separate edits would take quadratic time.
 std::optional<Edit> LineEndEdit(std::string_view row, std::size_t rowOffset) {
   std::size_t begin = 0;
   while (begin <= row.size()) {

@@ -46,15 +46,17 @@ struct Finding {
   std::string fieldName;
   Severity severity = Severity::kError;
   LintCode code = LintCode::kFieldCount;
-  /// One line of well-formed UTF-8 without control characters. States the mistake or the fact, its
-  /// effect, and usually what to write instead. Begins in lower case and has no full stop.
+  /// One line of well-formed UTF-8 without control characters. States the mistake or the fact, and
+  /// usually its effect and what to write instead. Does not begin with a capital letter, and has no
+  /// full stop.
   std::string message;
   std::vector<RelatedPlace> related;
   /// The edit that corrects the mistake. Has no value if `--fix` cannot correct the mistake.
   std::optional<Edit> edit;
   /// Identifies the finding in later runs. Depends on the code and on the bytes of the row, but not
-  /// on the line number of the row. For a finding about the host description, depends on the code
-  /// and the message. `FinishReport` makes equal fingerprints in a file different.
+  /// on the line number of the row. For a finding about the whole file, depends only on the code.
+  /// For a finding about the host description, depends on the code and the message. `FinishReport`
+  /// makes equal fingerprints in a file different.
   std::string fingerprint;
 };
 

@@ -23,16 +23,16 @@ namespace {
 
 using common::FileDescriptor;
 
-/// The maximum number of bytes of git's standard error to read. It also limits the output of git
-/// when `IsShallowClone` runs it.
+/// The number of bytes of git's standard error after which reading stops. The same limit applies to
+/// git's output in `IsShallowClone`.
 constexpr std::size_t kMaximumErrors = 4096;
 
 [[noreturn]] void FailGit(const std::string& problem, int error) {
   throw std::runtime_error(problem + ": " + std::generic_category().message(error));
 }
 
-/// The file actions of posix_spawn(3) for a program that reads nothing and writes to the file
-/// descriptors `output` and `errors`.
+/// The file actions of posix_spawn(3) that connect standard input to /dev/null, standard output to
+/// the file descriptor `output`, and standard error to the file descriptor `errors`.
 class SpawnActions {
  public:
   SpawnActions(int output, int errors) {
@@ -94,15 +94,15 @@ bool HasSucceeded(pid_t process) {
   return WIFEXITED(status) && WEXITSTATUS(status) == 0;
 }
 
-/// The result of a call of git.
+/// The result of running git.
 struct GitResult {
   bool hasSucceeded = false;
   std::string output;
   std::string error;  ///< the first line that git wrote to standard error
 };
 
-/// Runs git with `arguments` and returns its output. If the output has more than `maxBytes` bytes,
-/// stops reading it, and the result contains more than `maxBytes` bytes.
+/// Runs git with `arguments` and returns the result. If the output has more than `maxBytes` bytes,
+/// stops reading it. The `output` of the result then has more than `maxBytes` bytes.
 GitResult RunGit(const std::vector<std::string>& arguments, std::size_t maxBytes) {
   std::array<int, 2> ends{};
   if (::pipe2(ends.data(), O_CLOEXEC) != 0) FailGit("cannot run git", errno);

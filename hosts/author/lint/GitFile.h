@@ -12,10 +12,9 @@ namespace hosts::author {
 ///
 /// - `revision` is empty or begins with '-'.
 /// - git cannot be run.
-/// - The commit does not exist, or does not contain the file.
+/// - git fails, for example because the commit does not exist or does not contain the file. The
+///   message of the exception contains the first line of git's message.
 /// - The content has more than `maxBytes` bytes.
-///
-/// If git reports an error, the message of the exception contains the first line of git's message.
 std::string ReadGitFile(const std::string& revision, const std::filesystem::path& file,
                         std::size_t maxBytes);
 

@@ -1,6 +1,6 @@
 // Checks data files for mistakes of authors.
 //
-//     InstallLintHost(host);
+//     const LintHost host = InstallLintHost("host.json");
 //     const LintReport report = LintDataFile("whatsnew.csv", text, &host);
 #ifndef HOSTS_AUTHOR_LINT_LINT_H_
 #define HOSTS_AUTHOR_LINT_LINT_H_
@@ -56,12 +56,13 @@ void InstallNoLintHost();
 LintReport LintDataFile(const std::string& name, std::string_view text, const LintHost* host,
                         LintScope scope = LintScope::kFile);
 
-/// Replaces the severities of the findings. Removes the findings with the severity `kOff`,
-/// including those that are not listed.
+/// Replaces the severities of the findings whose codes are in `overrides`. Removes the findings
+/// with the severity `kOff`, including those that are not listed.
 void ApplySeverities(LintReport& report, const SeverityOverrides& overrides);
 
 /// Sorts the findings by file and position, removes duplicates, and makes equal fingerprints
-/// different. For each code, adds the number of findings that are not listed to `notJudged`.
+/// different. For each code with findings that are not listed, adds a clause with their number to
+/// `notJudged`.
 void FinishReport(LintReport& report);
 
 }  // namespace hosts::author

@@ -115,7 +115,8 @@ class Comparison {
     finding.related.push_back(RelatedBefore(row));
   }
 
-  /// Describes, for a message, the changed fields on which the identity depends.
+  /// Returns a list for a message: the changed fields on which the identity depends, with their old
+  /// values.
   std::string ChangedFields(const RowPair& pair) const {
     std::string text;
     for (std::size_t i = 0; i < ornwhatsnew::kDataColumnCount; ++i) {

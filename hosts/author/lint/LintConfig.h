@@ -17,7 +17,7 @@ namespace hosts::author {
 inline constexpr std::string_view kLintConfigName = ".ornwhatsnew-lint.json";
 
 /// Returns the configuration file in the folder of `dataFile`, or in the nearest folder above it.
-/// Returns `std::nullopt` if there is none.
+/// Returns `std::nullopt` if there is none, or if a folder cannot be searched.
 std::optional<std::filesystem::path> FindLintConfig(const std::filesystem::path& dataFile);
 
 /// Returns the severities in the configuration file that `FindLintConfig` returns for `dataFile`.

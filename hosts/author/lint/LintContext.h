@@ -93,8 +93,8 @@ class LintContext {
   }
 
   /// Returns `LintedFile::ColumnName` in double quotation marks for a message, with escapes for
-  /// invisible characters. If the name has more than 30 bytes, omits the part that begins with the
-  /// first space before an opening parenthesis.
+  /// invisible characters. If the name has more than 30 bytes, omits the first " (" and everything
+  /// after it.
   std::string Column(ornwhatsnew::DataColumn column) const;
 
   /// Returns the first feature of the host whose internal key or name equals `text`, ignoring the
@@ -122,8 +122,9 @@ class LintContext {
 
  private:
   Finding& Add(LintCode code, std::string message, std::string_view content, bool isInScope = true);
-  /// Sets the line of the next findings. If they are about the whole file or the host description,
-  /// `line` is 0.
+  /// Sets the line of the next findings to `line`, which is 0 if they are about the whole file or
+  /// the host description. Discards the findings on the previous line that are not listed, except
+  /// their edits.
   void StartLine(std::size_t line);
 
   LintedFile& file_;

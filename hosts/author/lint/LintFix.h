@@ -22,7 +22,7 @@ struct FixedFile {
   /// contain the bytes of the file without escapes.
   std::string diff;
   std::size_t corrected = 0;
-  /// The number of corrections that only `FixScope::kAll` makes.
+  /// The number of corrections that were not made, because only `FixScope::kAll` makes them.
   std::size_t withheld = 0;
 };
 

@@ -25,13 +25,13 @@ namespace hosts::author {
 /// this change.
 struct LintRow {
   /// The row from the reader, except that the values of missing columns are empty instead of
-  /// inherited. Its views are valid while the file exists.
+  /// inherited. Its views are valid while the `LintedFile` exists.
   ornwhatsnew::DataRow data;
   /// The change, which its item owns. Null if the row is not a change.
   const ornwhatsnew::FeatureListDetail* change = nullptr;
   /// The item of the change. Null if the row is not a change.
   const ornwhatsnew::FeatureListItem* item = nullptr;
-  /// The seen identity of the change.
+  /// The identity under which the change counts as seen.
   ornwhatsnew::Guid identity;
   bool isUnmatched = false;
   /// True if a finding explains what is wrong with the whole row. The rules for changes then ignore
@@ -44,8 +44,8 @@ struct LintRow {
 /// The rows of each item by the key of the item.
 using RowsByKey = std::unordered_map<std::string_view, std::vector<const LintRow*>>;
 
-/// The rows and the items of a data file. The items come from the feature service of the process.
-/// Not copyable, because the rows contain views.
+/// The rows and the items of a data file. The features come from the feature service of the
+/// process. Not copyable, because the rows contain views.
 class LintedFile {
  public:
   /// Reads `text`, which must outlive the object. `name` is the path of the file for messages.
@@ -65,7 +65,7 @@ class LintedFile {
     return list_.ExplainVisibility({});
   }
   /// Returns the changes of each item by the key of the item, in file order. The pointers and the
-  /// keys are valid until the file is changed or destroyed.
+  /// keys are valid until the `LintedFile` is changed or destroyed.
   RowsByKey ChangesByKey() const;
   /// Returns the number of change rows.
   std::size_t ChangeCount() const { return changeCount_; }
@@ -74,7 +74,7 @@ class LintedFile {
   std::size_t HeaderIndex() const { return headerIndex_; }
   /// Returns the name of a column in the header of the file. Returns the name from the manual if
   /// the header has no name for the column, if there is no header, or after `IgnoreHeaderNames`.
-  /// Shortens a long name.
+  /// Shortens a long name. Returns an empty string if `index` is not the index of a column.
   std::string ColumnName(std::size_t index) const;
   /// Makes `ColumnName` return the names from the manual. Call this function if names in the
   /// header are missing or wrong.

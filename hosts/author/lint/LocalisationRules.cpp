@@ -25,7 +25,8 @@ void CheckKeySpace(LintContext& context, const LintRow& row) {
   }
 }
 
-/// Returns whether `text` begins with "$$/", or with a slash after more than three dollar signs.
+/// Returns whether `text` begins with exactly two or more than three dollar signs, followed by a
+/// slash.
 bool HasMisspeltKeyPrefix(std::string_view text) {
   const std::size_t dollars = text.find_first_not_of('$');
   return dollars != text.npos && text[dollars] == '/' && (dollars == 2 || dollars > 3);
@@ -59,7 +60,7 @@ void CheckKeyDefault(LintContext& context, const LintRow& row) {
 }
 
 void CheckKeys(LintContext& context, const LintRow& row) {
-  // Every key contains a dollar sign, but most rows contain none.
+  // Return early, because every key contains a dollar sign, but most rows contain none.
   if (row.data.text.find('$') == row.data.text.npos) return;
   CheckKeySpace(context, row);
   CheckKeyPrefix(context, row);

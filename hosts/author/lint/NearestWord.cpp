@@ -29,8 +29,8 @@ bool HasDigit(std::u16string_view text) {
   return std::ranges::any_of(text, [](char16_t unit) { return unit >= u'0' && unit <= u'9'; });
 }
 
-/// Returns the minimum number of insertions, deletions, replacements and exchanges of adjacent
-/// characters that convert `a` to `b`.
+/// Returns the edit distance: the minimum number of insertions, deletions, substitutions and
+/// transpositions that convert `a` to `b`. A transposition exchanges two adjacent characters.
 std::size_t EditDistance(std::u16string_view a, std::u16string_view b) {
   std::vector<std::size_t> beforePrevious(b.size() + 1);
   std::vector<std::size_t> previous(b.size() + 1);

@@ -9,18 +9,18 @@
 
 namespace hosts::author {
 
-/// Returns `text` (UTF-8) in lower case. Removes white space, control characters and common
-/// invisible characters. Replaces dashes and underscores with hyphens.
+/// Returns `text` (UTF-8) in lower case as UTF-16. Removes control characters up to U+001F, and
+/// common white space and invisible characters. Replaces dashes and underscores with hyphens.
 std::u16string Fold(std::string_view text);
 
 /// Returns the element of `words` that is most similar to `text`. Uses only the first 256 bytes of
 /// `text`, and compares the results of `Fold`. Selects the first of these words that exists:
 ///
 /// 1. a word for which `Fold` returns the same string
-/// 2. the word with the fewest inserted, deleted, replaced or exchanged characters: at most three
-///    in a long string, and at most one in a word with digits
-/// 3. a word that begins with `text`, or with which `text` begins, if both have at least three
-///    characters and neither contains digits
+/// 2. the word with the smallest edit distance, which must be at most three for a long string, and
+///    at most one for a word with digits
+/// 3. a word that is a prefix of `text`, or of which `text` is a prefix, if both have at least
+///    three characters and neither contains digits
 ///
 /// Returns `std::nullopt` if there is no such word.
 std::optional<std::string> NearestWord(std::string_view text,

@@ -20,8 +20,8 @@ using FileRule = void (*)(LintContext& context);
 /// Checks one change. Does not run for a row with `LintRow::isExplained`.
 using ChangeRule = void (*)(LintContext& context, const LintRow& row);
 
-// The rules for the file. The rules for the form, the header and the rows run before the rules for
-// changes, because they set `LintRow::isExplained`.
+// The rules for the file. `FileFormRules`, `HeaderRules` and `RowShapeRules` run before the rules
+// for a change, because they set `LintRow::isExplained`.
 std::span<const FileRule> FileFormRules();
 std::span<const FileRule> HeaderRules();
 std::span<const FileRule> RowShapeRules();
@@ -67,8 +67,8 @@ constexpr bool IsDigit(char c) {
 bool IsPlainVersion(std::string_view version);
 
 /// Returns the number of bytes before the first digit of `text` if these bytes are "v" or
-/// "version", in any letter case. They can include spaces, and a point at the end. Otherwise
-/// returns 0.
+/// "version", in any letter case. Ignores spaces around this word, and a point at its end.
+/// Otherwise returns 0.
 std::size_t VersionPrefixLength(std::string_view text);
 
 /// Reports the version in `column` if it is a date. Spreadsheet programs convert some versions to
@@ -91,7 +91,7 @@ std::optional<std::vector<std::int64_t>> VersionNumbers(std::string_view version
 /// if the library can compare them.
 std::string ComparisonMistake(std::string_view version);
 
-/// Returns whether `text` is similar to "Changes-Since", but does not equal it.
+/// Returns whether `text` is similar, but not equal, to "Changes-Since". Ignores the letter case.
 bool IsMisspeltChangesSince(std::string_view text);
 
 }  // namespace hosts::author

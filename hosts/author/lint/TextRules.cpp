@@ -146,8 +146,8 @@ bool BeginsWithContinuation(std::string_view text) {
 }
 
 std::string_view FindMojibake(std::string_view text) {
-  // Return early, because most texts contain neither byte. All strings for which this function
-  // searches begin with one of them.
+  // Return early, because most texts contain neither 0xC3 nor 0xEF. All strings for which this
+  // function searches begin with one of these bytes.
   if (text.find('\xC3') == text.npos && text.find('\xEF') == text.npos) return {};
   for (const std::string_view start : kMojibakeStarts) {
     for (std::size_t at = text.find(start); at != text.npos; at = text.find(start, at + 1)) {

@@ -1,4 +1,4 @@
-// Writes the page of `ornwhatsnew preview`.
+// Creates the page of `ornwhatsnew preview`.
 #ifndef HOSTS_AUTHOR_PREVIEW_PREVIEWPAGE_H_
 #define HOSTS_AUTHOR_PREVIEW_PREVIEWPAGE_H_
 

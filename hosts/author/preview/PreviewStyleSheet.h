@@ -7,8 +7,8 @@
 
 namespace hosts::author {
 
-// Each text colour has a contrast ratio of at least 4.5:1 against its background. On a wide page,
-// the findings are next to the panels and have their own scroll bar.
+// Each text colour has a contrast ratio of at least 4.5:1 against its background. In a large
+// window, the findings are next to the panels and have their own scroll bar.
 inline constexpr std::string_view kPreviewStyleSheet = R"css(:root {
   --preview-muted: #59636e;
   --preview-link: #0550ae;

@@ -44,7 +44,7 @@ std::string FullVersion() {
   return version == "." ? "" : version;
 }
 
-/// Returns a list with the changes of `data` and the state of `user`, who must outlive the list.
+/// Returns a list with the changes of `data` and the state of `user`. `user` must outlive the list.
 /// Configures the services of the process.
 std::unique_ptr<FeatureListData> LoadList(const std::string& data, User& user) {
   common::InstallHost(user.host);

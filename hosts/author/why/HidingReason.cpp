@@ -75,8 +75,8 @@ std::string QuotedVersions(std::span<const std::string> versions) {
   return Enumerated(quoted);
 }
 
-/// Returns why no user can be in the range of versions, or why the library cannot compare the ends
-/// of the range. Returns an empty string if neither is the case.
+/// Returns why no version is in the range from `first` up to, but not including, `added`, or why
+/// the library cannot compare the two. Returns an empty string if neither is the case.
 std::string BoundsMistake(const std::string& first, const std::string& added) {
   if (added.empty()) return "it has no version in column 1, so no version is affected";
   for (const std::string& version : {first, added}) {
@@ -92,9 +92,9 @@ std::string BoundsMistake(const std::string& first, const std::string& added) {
              : Quoted(first) + " is not before " + Quoted(added) + ", so no version is affected";
 }
 
-/// Returns why the library cannot compare versions of the user with the ends of the range. Returns
-/// an empty string if the library can compare them. REQUIRES: `BoundsMistake` returns an empty
-/// string for this range.
+/// Returns why the library cannot compare versions of the user with `first` and `added`. Returns an
+/// empty string if it can compare them. REQUIRES: `BoundsMistake(first, added)` returns an empty
+/// string.
 std::string UserVersionsMistake(const std::string& first, const std::string& added,
                                 std::span<const std::string> userVersions) {
   std::vector<std::string> others;

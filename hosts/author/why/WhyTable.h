@@ -1,4 +1,4 @@
-// Writes the tables of `ornwhatsnew why`.
+// Formats the tables of `ornwhatsnew why`.
 #ifndef HOSTS_AUTHOR_WHY_WHYTABLE_H_
 #define HOSTS_AUTHOR_WHY_WHYTABLE_H_
 
