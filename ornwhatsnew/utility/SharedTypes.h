@@ -94,7 +94,7 @@ using StyleRunMap = std::unordered_map<StyleID, std::vector<StyleRun>>;
 
 /// The items of a list by key. An entry can be empty; see
 /// `FeatureListData::BubbleUnlockedItemsToTheTop`. The library treats an empty entry like a missing
-/// item, but never replaces the entry.
+/// item. Only `InitWithData` removes or replaces the entry.
 using FeatureMap = std::unordered_map<std::string, std::shared_ptr<FeatureListItem>>;
 /// The rating records of a display, by the key of the item. A rating record has the keys, the
 /// visibility, the localised title and the localised description of an item, and a custom question.
