@@ -20,7 +20,8 @@ constexpr std::string_view kVersionMember = "formatVersion";
 constexpr std::string_view kValuesMember = "values";
 
 /// The nesting depth of the object that contains the values. `JsonDocument::Parse` rejects deeper
-/// input early, because nested arrays and objects take thirty times as much memory as their text.
+/// input early, because nested arrays and objects take up to thirty times as much memory as their
+/// text.
 constexpr std::size_t kStateDepth = 2;
 
 /// The maximum number of array elements. This version of the format has no arrays, but a newer

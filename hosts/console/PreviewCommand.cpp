@@ -129,7 +129,7 @@ class BlockedInterrupts {
 void Watch(const PreviewArguments& arguments, const BlockedInterrupts& interrupts,
            std::vector<FileStamp> written) {
   const std::string message = "wrote '" + arguments.output.native() + "'";
-  ReportError(message + "; waiting for changes until Ctrl+C");
+  ReportError(message + "; waiting for changes; press Ctrl+C to stop");
   while (!interrupts.Wait()) {
     std::vector<FileStamp> stamps = InputStamps(arguments);
     if (stamps == written) continue;

@@ -26,8 +26,8 @@ std::shared_ptr<FeatureListItem> MakeItem(const std::string& internalKey,
       orncore::string::UTF16to8(beta.GetDisplayDescription()), beta.GetVisibility());
 }
 
-// A feature of visibility `kInternal` is unlocked only for external users. Internal users see the
-// label TARSA ONLY instead.
+// A feature with the visibility `kInternal` is unlocked only for external users. Internal users see
+// the label TARSA ONLY instead of UNLOCKED.
 bool IsUnlockedForOrdering(const FeatureListItem& item) {
   const feature::BetaFeatureMap& table = feature::GetConstBetaFeatureMap();
   const auto entry = table.find(item.BetaFeatureInternalKey());

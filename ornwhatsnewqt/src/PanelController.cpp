@@ -134,7 +134,8 @@ void PanelController::closePanel() {
   Q_EMIT countChanged();
 }
 
-// The state at the first call of display() determines what is new in open panels.
+// Uses the snapshot of the state from the first display() since a panel was opened. Otherwise, a
+// change that the open panel has shown would no longer be new.
 void PanelController::displayAgain() {
   if (isDisplayed_) {
     store_.useSnapshot(true);

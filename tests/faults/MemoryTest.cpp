@@ -100,8 +100,9 @@ class MemoryTest : public FaultTest {
     operation(operated);
   }
 
-  /// Makes the n-th allocation of the operation fail, calls `check` after the failure, and expects
-  /// that no memory leaks. Returns false if the operation makes fewer than `n` allocations.
+  /// Makes the n-th allocation of the operation fail, and also the later ones if `extent` requires
+  /// it. Calls `check` after the failure, and expects that no memory is leaked. Returns false if
+  /// the operation makes fewer than `n` allocations.
   bool FailOneWithoutLeak(std::size_t n, FailureExtent extent, const Operation& operation,
                           const Check& check) const {
     SCOPED_TRACE(testing::Message()

@@ -217,8 +217,8 @@ std::set<StyleID> StylesOf(ParagraphKind kind) {
   return {};
 }
 
-// Checks a paragraph except for its ranges. Returns a description of the first error, or an empty
-// string if there is none.
+// Checks a paragraph, except the positions of its ranges. Returns a description of the first error,
+// or an empty string if there is none.
 std::string FirstFieldError(const LayoutParagraph& paragraph, const PanelLayout& layout) {
   using enum ParagraphKind;
   const bool isOfPanel = paragraph.kind == kHeader || paragraph.kind == kNotice;

@@ -100,7 +100,7 @@ inline constexpr auto kLintCodes = std::to_array<LintCodeInfo>({
      "Keep one story ID, or write one row for each issue."},
     {LintCode::kMissingComma, "missing-comma", Severity::kError, "commas are missing",
      "The row has too few fields, so the library skips it and the change is lost.",
-     "Add a comma for each empty column."},
+     "Add the missing commas. A complete row has nine commas outside of quotes."},
     {LintCode::kTrailingComma, "trailing-comma", Severity::kError, "commas after the last field",
      "The row has too many fields, so the library skips it and the change is lost.",
      "Delete the commas after the text."},
@@ -356,7 +356,7 @@ inline constexpr auto kLintCodes = std::to_array<LintCodeInfo>({
      "a row of the earlier file was removed", "The change is no longer shown.",
      "Restore the row if users still need it."},
     {LintCode::kBaselineRatedAgain, "baseline-rated-again", Severity::kWarning,
-     "a feature requests its rating again",
+     "a feature requests a rating again",
      "The rating requests of the feature changed. Users who rated the feature are asked "
      "again.",
      "Restore the earlier rating requests if the answers are still valid."},

@@ -13,8 +13,9 @@ inline constexpr char16_t kLineSeparator = 0x2028;
 /// Returns the text of `span` as a view into the text of `layout`.
 std::u16string_view SpanText(const PanelLayout& layout, const LayoutSpan& span);
 
-/// Returns whether the panel has a header. Titles are one heading level below the header. If the
-/// panel has no header, titles have the level of the header, so that a page skips no level.
+/// Returns whether the panel has a header. If it has one, titles are one heading level below the
+/// header. Otherwise, titles use the level that the header would have, so that a page skips no
+/// heading level.
 bool HasHeader(const PanelLayout& layout);
 
 /// Returns the rating request of `paragraph`, or null if the paragraph has none.

@@ -223,8 +223,8 @@ RandomTable MakeTable(RandomSource& random) {
   return table;
 }
 
-/// Encodes `text`, which is UTF-8, as UTF-8 or UTF-16 at random. UTF-16 has a byte order mark, and
-/// UTF-8 can have one.
+/// Encodes `text`, which is UTF-8, as UTF-8 or UTF-16 at random. A UTF-16 result always begins with
+/// a byte order mark. A UTF-8 result begins with one at random.
 std::string RandomEncoding(RandomSource& random, const std::string& text) {
   if (random.Flip()) return random.Flip() ? text : "\xEF\xBB\xBF" + text;
   const bool isBigEndian = random.Flip();
