@@ -137,6 +137,9 @@ def panel_rows(results: dict) -> list[list[str]]:
             goal = PANEL_GOALS[size]
             rows.append(["Panel, open", f"{size:,}", f"{time:,.1f} ms", "", "", f"{goal:,} ms",
                          verdict(time, goal)])
+        elif name == "CompletePanel":
+            time = nanoseconds(run) * size / 1e6
+            rows.append(["Panel, layout complete", f"{size:,}", f"{time:,.1f} ms"])
         elif name == "Scroll":
             time = 1e3 * run["p99"]
             rows.append(["Panel, scroll step", f"{size:,}", f"{time:,.1f} ms", "", "",

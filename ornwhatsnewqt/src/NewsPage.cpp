@@ -59,11 +59,7 @@ void NewsPage::showLayout(const ornwhatsnew::PanelLayout& layout, const PanelSty
   auto document = std::make_unique<NewsDocument>(layout, style);
   setDocument(document.get());
   document_ = std::move(document);
-  // Qt lays out the end of a long document while the user scrolls, in steps that take several
-  // frames. Lay it out after the first paint instead.
-  QMetaObject::invokeMethod(
-      document_.get(), [this] { document_->documentLayout()->documentSize(); },
-      Qt::QueuedConnection);
+  isPainted_ = false;
   // Qt stores the cursor width in the layout of the document, so hide the text cursor again in the
   // new document.
   setCursorWidth(0);
@@ -142,6 +138,13 @@ void NewsPage::paintEvent(QPaintEvent* event) {
     decoration.drawLabelBoxes(painter);
   }
   QTextBrowser::paintEvent(event);
+  if (!std::exchange(isPainted_, true)) {
+    // Qt lays out the end of a long document while the user scrolls, in steps that take several
+    // frames. Lay it out after the first paint instead.
+    QMetaObject::invokeMethod(
+        document_.get(), [this] { document_->documentLayout()->documentSize(); },
+        Qt::QueuedConnection);
+  }
   const int link = focusedLink();
   if (link < 0) return;
   QPainter painter(viewport());

@@ -52,6 +52,7 @@ class NewsPage : public QTextBrowser {
 
   PanelStyle style_;
   std::unique_ptr<NewsDocument> document_;
+  bool isPainted_ = false;  // whether `document_` was painted
 };
 
 /// Prints `layout`. `PanelStyle` derives the colours from black text on white, and the fonts from

@@ -8,6 +8,7 @@
 #include <QtGui/QHelpEvent>
 #include <QtGui/QImage>
 #include <QtGui/QTextBlock>
+#include <QtGui/QTextLayout>
 #include <QtPrintSupport/QPrinter>
 #include <QtTest/QSignalSpy>
 #include <QtTest/QTest>
@@ -59,6 +60,7 @@ class NewsPageTest : public QObject {
   void wrapsVeryLongWords();
   void rightToLeftTextFitsTheView();
   void keepsTheParagraphAtTheTop();
+  void laysOutTheEndAfterTheFirstPaint();
   void itemsHaveCards();
   void labelsHaveBoxes();
   void centersTheColumn();
@@ -222,6 +224,19 @@ void NewsPageTest::keepsTheParagraphAtTheTop() {
   QVERIFY(before > 0);
   show(longLayout(500));
   QCOMPARE(topBlock(), before);
+}
+
+void NewsPageTest::laysOutTheEndAfterTheFirstPaint() {
+  page_->hide();
+  show(longLayout(1000));
+  QTextDocument* const document = page_->document();
+  const auto isEndLaidOut = [document] { return document->lastBlock().layout()->lineCount() > 0; };
+  QCoreApplication::sendPostedEvents(document);
+  QVERIFY(!isEndLaidOut());
+  page_->grab();
+  QVERIFY(!isEndLaidOut());
+  QCoreApplication::sendPostedEvents(document);
+  QVERIFY(isEndLaidOut());
 }
 
 void NewsPageTest::itemsHaveCards() {
