@@ -38,8 +38,8 @@ install(FILES
   ${PROJECT_BINARY_DIR}/package/ornwhatsnewConfigVersion.cmake
   DESTINATION ${ORN_CMAKE_DIR} COMPONENT development)
 
-# A host that does not use the companion does not need Qt, so the companion has a target file and
-# components of its own.
+# A host that does not use the companion does not need Qt. The companion therefore has its own export set
+# and its own install components.
 if(TARGET ornwhatsnewqt)
   install(TARGETS ornwhatsnewqt EXPORT ornwhatsnewQtTargets
     LIBRARY COMPONENT qt NAMELINK_COMPONENT qtdevelopment
@@ -53,7 +53,7 @@ if(TARGET ornwhatsnewqt)
           DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig COMPONENT qtdevelopment)
 endif()
 
-# The installed documents have the same relative paths as in the sources, so that the links between them
+# The installed documents have the same relative paths as in the repository, so that the links between them
 # work. The documents link to the examples and the headers, and the examples link to the documents.
 # Symbolic links in the documentation folder and in the data folder make these links work. Debian
 # requires a documentation folder for each package. The folders of the other packages are symbolic links

@@ -1,5 +1,5 @@
-# Builds all targets with the sanitizers in ORNWHATSNEW_SANITIZERS. Sanitizers can report false errors if
-# only some of the objects of a program are instrumented.
+# Builds all targets with the sanitizers in ORNWHATSNEW_SANITIZERS. Sanitizers can report false positives if
+# only some of a program's object files are instrumented.
 if(ORNWHATSNEW_SANITIZERS)
   string(REPLACE "," ";" sanitizers "${ORNWHATSNEW_SANITIZERS}")
   # With sanitizers, g++ wrongly warns that members of std::regex are uninitialised. Builds without

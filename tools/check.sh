@@ -86,7 +86,7 @@ stage_headers() {
     check_qt_headers -DQT_NO_KEYWORDS -DQT_NO_CAST_FROM_ASCII -DQT_NO_CAST_TO_ASCII
 }
 
-# check_headers [OPTION...]: compiles each NUL-separated header of standard input.
+# check_headers [OPTION...]: compiles each header in the NUL-separated list on standard input.
 check_headers() {
   xargs -0 -n 1 -P "$(jobs_count)" clang++ -std=c++20 -fsyntax-only -Wall -Wextra -Werror "$@" \
     -I . -x c++ /dev/null -include
@@ -170,8 +170,8 @@ stage_tidy-changed() {
     done | sort -zu | run_clang_tidy 0
 }
 
-# Runs clang-tidy on the NUL-separated files of standard input. Fails if it checks fewer than $1 files.
-# Uses the compile commands of the preset "tidy-single".
+# Runs clang-tidy on the files in the NUL-separated list on standard input. Fails if it checks fewer than $1
+# files. Uses the compile commands of the preset "tidy-single".
 run_clang_tidy() {
   local minimum=$1 files=() compiled checked=()
   mapfile -d '' -t files
@@ -187,7 +187,8 @@ run_clang_tidy() {
   printf '%s\n' "${checked[@]}" | tidy_each tidy-single
 }
 
-# tidy_each PRESET [OPTION...]: runs clang-tidy on each file of standard input, one per line.
+# tidy_each PRESET [OPTION...]: runs clang-tidy on each file in the list on standard input, which has one
+# file name per line.
 tidy_each() {
   local preset=$1
   shift

@@ -17,8 +17,8 @@ longest_input() {
 }
 
 # These options shorten the recorded call stacks of allocations, reduce the quarantine of freed memory, and
-# switch off the filling of new memory. With the defaults, these features take a quarter of the time. To
-# analyse a finding, run the fuzzer on its input without these options.
+# switch off the filling of new memory. With the defaults, these features take a quarter of a fuzzer's time.
+# To analyse a finding, run the fuzzer on its input without these options.
 fuzz_asan_options=malloc_context_size=1:max_malloc_fill_size=0:quarantine_size_mb=1
 fuzz_asan_options+=:thread_local_quarantine_size_kb=64
 
@@ -48,8 +48,8 @@ fuzz_target() {
     -print_final_stats=1 </dev/null >"$(log_file "fuzz-$target")" 2>&1
 }
 
-# Prints one line about the run of a target. The line has the number of executions, in total and per second,
-# the number of covered edges, the number of inputs in the corpus, and the result.
+# Prints one line about the run of a target. The line contains the number of executions, in total and per
+# second, the number of covered edges, the number of inputs in the corpus, and the result.
 report_target() {
   local target=$1 status=$2 log executions speed coverage inputs verdict=ok
   log=$(log_file "fuzz-$target")

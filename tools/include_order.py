@@ -22,7 +22,7 @@ MODULES = {
     "ornwhatsnewqt": {"ornwhatsnewqt", "ornwhatsnew", "ornappsupport", "ornui", "orncore"},
 }
 
-# The companion links the library as a host does, so it includes no private header of another module.
+# The companion links the library as a host does, so it must not include private headers of other modules.
 COMPANION = "ornwhatsnewqt"
 
 # The private folders from the highest to the lowest layer. The sources of ornwhatsnew/utility belong to

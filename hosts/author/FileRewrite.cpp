@@ -46,9 +46,9 @@ auto WithNamedPath(std::string_view problem, const fs::path& file, const Step& s
   }
 }
 
-/// Returns the absolute path of `file` without symbolic links. Throws if `file` is empty, if
-/// `ResolveLinks` throws, or if the folder does not exist. `PrivateFolder` would create a missing
-/// folder.
+/// Returns the absolute path of `file` without symbolic links. Throws if `file` is empty or if
+/// `ResolveLinks` throws. Also throws if the folder does not exist, because `PrivateFolder` would
+/// create it.
 fs::path ResolvedPath(const fs::path& file) {
   if (file.empty()) Fail(ENOENT, "cannot open ''");
   fs::path resolved = WithNamedPath("cannot open", file,

@@ -24,8 +24,8 @@ void WriteWholeFile(const std::filesystem::path& file, std::string_view bytes);
 void ChangeWholeFile(const std::filesystem::path& file,
                      const std::function<std::string(std::string_view)>& change);
 
-/// Replaces the content of `file`, which must be `before`, with `after`. If the content is not
-/// `before`, another program has changed the file, and the function throws `std::system_error`.
+/// Replaces the content of `file` with `after` if the content is `before`. Otherwise, another
+/// program has changed the file, and the function throws `std::system_error`.
 void ReplaceWholeFile(const std::filesystem::path& file, std::string_view before,
                       std::string_view after);
 

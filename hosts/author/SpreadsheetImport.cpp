@@ -110,8 +110,8 @@ class Importer {
     return value;
   }
 
-  /// Adds an error if the library would skip the row, or an error for each field of a Changes-Since
-  /// row that the library would ignore.
+  /// Adds an error if the library would skip the row. For a Changes-Since row, adds an error for
+  /// each value that the library would ignore.
   void CheckRow(std::size_t line, const DataFields& fields) {
     const std::optional<DataRowKind> kind = KindOfRow(fields);
     if (kind == DataRowKind::kChange) return;

@@ -37,7 +37,8 @@ class Parser {
     csv_set_delim(&parser_, static_cast<unsigned char>(separator));
     // By default, libcsv removes the spaces around a field, and ignores lines of spaces.
     csv_set_space_func(&parser_, [](unsigned char) { return 0; });
-    // By default, libcsv enlarges its buffer by 128 bytes, and would copy a long field many times.
+    // By default, libcsv enlarges its buffer by 128 bytes at a time, and would copy a long field
+    // many times.
     constexpr std::size_t kBufferGrowth = 65536;
     csv_set_blk_size(&parser_, kBufferGrowth);
   }
@@ -61,7 +62,8 @@ class Parser {
   void Finish() {
     const int result = csv_fini(&parser_, &Parser::AddCell, &Parser::AddRow, this);
     if (exception_) std::rethrow_exception(exception_);
-    // Report the line of the opening quote. The closing quote may be missing on any line after it.
+    // Report the line of the opening quote, because the parser cannot know on which line the
+    // closing quote should be.
     if (result != 0) Fail(cellLine_);
   }
 

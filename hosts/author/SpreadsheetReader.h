@@ -26,7 +26,7 @@ using SpreadsheetRow = std::vector<SpreadsheetCell>;
 /// rows.
 bool HasValues(const SpreadsheetRow& row);
 
-/// A table. An empty line is not a row.
+/// The rows of a table, and the character that separates its cells. An empty line is not a row.
 struct Spreadsheet {
   char separator = ',';
   std::vector<SpreadsheetRow> rows;

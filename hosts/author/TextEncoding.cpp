@@ -106,8 +106,8 @@ DecodedText SelectEncoding(std::string_view bytes, const std::optional<std::stri
           "because it is not valid UTF-8; use --encoding to select another encoding"};
 }
 
-/// Throws `InputError` if the text contains NUL. Such a file is probably UTF-16 without a byte
-/// order mark: if a Latin text in UTF-16 is decoded as UTF-8, every second character is NUL.
+/// Throws `InputError` if `text` contains NUL. The file is then probably UTF-16 without a byte
+/// order mark: if UTF-16 text in Latin letters is decoded as UTF-8, every second character is NUL.
 void RequireNoNul(std::u16string_view text) {
   const std::size_t nul = text.find(u'\0');
   if (nul == std::u16string_view::npos) return;

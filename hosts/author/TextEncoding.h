@@ -18,8 +18,8 @@ struct DecodedText {
 /// Decodes the bytes of a file. If `encoding` is given, the function uses it. Otherwise, a byte
 /// order mark determines the encoding. A file without a byte order mark is UTF-8 if all of its
 /// bytes are valid UTF-8, and Windows-1252 if not. Throws `OptionError` if ICU does not know
-/// `encoding`. Throws `InputError` if the bytes are not valid in this encoding, or if the text
-/// contains NUL.
+/// `encoding`. Throws `InputError` if the bytes are not valid in the selected encoding, or if the
+/// text contains NUL.
 DecodedText DecodeText(std::string_view bytes, const std::optional<std::string>& encoding);
 
 }  // namespace hosts::author

@@ -21,7 +21,8 @@ constexpr std::ptrdiff_t kManySeparators = 5;
 
 bool IsUTF16(std::string_view text) {
   if (text.starts_with("\xFF\xFE") || text.starts_with("\xFE\xFF")) return true;
-  // A UTF-16 file can lack a byte order mark. If its text is Latin, every second byte is NUL.
+  // A UTF-16 file can lack a byte order mark. If most of its characters are ASCII, about every
+  // second byte is NUL.
   const std::string_view start = text.substr(0, 1000);
   return std::ranges::count(start, '\0') > static_cast<std::ptrdiff_t>(start.size() / 3);
 }
@@ -79,9 +80,10 @@ bool IsCompleteRow(std::string_view line) {
   return row == nullptr || row->skipReason != ornwhatsnew::DataRowSkipReason::kFieldCount;
 }
 
-/// Returns the edit that replaces the CR line endings in a row with LF. If one of the resulting
-/// lines is not a complete row, returns no edit, because the CR may be inside a text. A single edit
-/// replaces all line endings, because many separate edits would take quadratic time.
+/// Returns the edit that replaces the CR line endings in a row with LF. `row` must contain a CR. If
+/// one of the resulting lines is not a complete row, returns no edit, because the CR may be inside
+/// a field. A single edit replaces all line endings, because many separate edits would take
+/// quadratic time.
 std::optional<Edit> LineEndEdit(std::string_view row, std::size_t rowOffset) {
   std::size_t begin = 0;
   while (begin <= row.size()) {
@@ -108,7 +110,7 @@ void CheckLineEnds(LintContext& context) {
             Counted(static_cast<std::size_t>(std::ranges::count(text, '\r')) + 1, "line") +
             " are read as one row; use LF or CR LF line endings");
     const std::size_t offset = context.File().OffsetOf(row);
-    // The last CR of a row is a part of a CR LF, unless the row is at the end of the file.
+    // A CR at the end of a row is a part of a CR LF, unless the row is at the end of the file.
     const bool isAtEnd = offset + row.data.text.size() == context.File().Text().size();
     finding.edit = LineEndEdit(isAtEnd ? row.data.text : text, offset);
     row.isExplained = true;

@@ -47,8 +47,8 @@ struct Finding {
   Severity severity = Severity::kError;
   LintCode code = LintCode::kFieldCount;
   /// One line of well-formed UTF-8 without control characters. States the mistake or the fact, and
-  /// usually its effect and what to write instead. Does not begin with a capital letter, and has no
-  /// full stop.
+  /// usually its effect and what to write instead. Does not begin with a capital letter or end with
+  /// a full stop.
   std::string message;
   std::vector<RelatedPlace> related;
   /// The edit that corrects the mistake. Has no value if `--fix` cannot correct the mistake.

@@ -26,8 +26,8 @@ using ornwhatsnew::kDataColumns;
 constexpr std::size_t kFieldsOfTranslatedHeader = 5;
 
 /// Returns whether `name` and the header of `column` are equal, or one of them begins with the
-/// other. Ignores the letter case, a byte order mark at the start of `name`, and spaces around it.
-/// Returns false if one of the two has fewer than three bytes.
+/// other. Ignores the letter case, a byte order mark at the start of `name`, and spaces around
+/// `name`. Returns false if one of the two strings has fewer than three bytes.
 bool IsNameOf(std::string_view name, const DataColumnInfo& column) {
   constexpr std::size_t kShortestName = 3;
   name = TrimSpaces(common::WithoutByteOrderMark(name));

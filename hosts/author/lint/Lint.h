@@ -40,8 +40,8 @@ struct LintReport {
 
 /// Reads a host description and configures the services of the process from it. Makes the user an
 /// internal user, removes the debug entries, and clears `terminating`. A feature that this user
-/// does not see is therefore visible to nobody. Throws `common::JsonError` if the file cannot be
-/// used.
+/// does not see is therefore visible to nobody. Throws `common::JsonError` in the same cases as
+/// `common::ReadHostDescription`.
 LintHost InstallLintHost(const std::string& file);
 
 /// Configures the services of the process from `description`, the host description in `file`. Makes

@@ -163,8 +163,7 @@ const common::BetaFeatureDescription* LintContext::FindFeature(std::string_view 
 }
 
 std::optional<std::string> LintContext::NearestKey(const std::string& text) {
-  // Do not count these comparisons as a search, because `--fix` corrects the section keys of any
-  // number of rows.
+  // Do not apply the search limits to section keys, because `--fix` must correct them in every row.
   const std::string_view trimmed = TrimSpaces(text);
   for (const std::string_view key : {ornwhatsnew::kMiscKey, ornwhatsnew::kBugfixKey,
                                      ornwhatsnew::kInternalKey, ornwhatsnew::kUnreviewedKey}) {

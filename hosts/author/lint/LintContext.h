@@ -24,8 +24,8 @@ namespace hosts::author {
 using common::Counted;
 using common::Quoted;
 
-/// The host that `--host` names. Its services must be installed in the process; see
-/// `InstallLintHost`.
+/// The file that `--host` names, and the host description in this file. The services of the process
+/// must be configured from this description; see `InstallLintHost`.
 struct LintHost {
   std::string file;
   common::HostDescription description;
@@ -35,7 +35,7 @@ struct LintHost {
 /// further findings.
 inline constexpr std::size_t kMaximumFindings = 1000;
 
-/// Selects the rows whose findings are listed. Does not apply to findings on the whole file and on
+/// Selects the rows whose findings are listed. Does not apply to findings on the whole file or on
 /// the host description.
 enum class LintScope {
   kFile,     ///< all rows

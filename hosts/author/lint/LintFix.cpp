@@ -42,8 +42,8 @@ class Announcements {
     list_.ParseBetaFeatures();
   }
 
-  /// Returns whether `oldRow` is a change that external users can see and `newRow` is a change with
-  /// another identity.
+  /// Returns whether `oldRow` is a change that has text and is not in an internal section, and
+  /// `newRow` is a change with another identity.
   bool IsAnnouncedAgain(std::string_view oldRow, std::string_view newRow) {
     const std::optional<Change> before = Read(oldRow);
     if (!before || !before->isVisible) return false;

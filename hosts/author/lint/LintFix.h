@@ -30,7 +30,7 @@ struct FixedFile {
 /// `report` must be the report on this file only. `host` is the installed host, or null. Keeps the
 /// byte order mark and CR LF line endings.
 ///
-/// A correction announces a change again if it changes the identity of a change that has a text and
+/// A correction announces a change again if it changes the identity of a change that has text and
 /// is not in an internal section.
 FixedFile FixDataFile(const std::string& name, std::string_view text, const LintReport& report,
                       FixScope scope, const LintHost* host);

@@ -93,7 +93,7 @@ std::string LintedFile::ColumnName(std::size_t index) const {
   const bool hasHeader = usesHeaderNames_ && headerIndex_ < rows_.size();
   const std::string_view name =
       hasHeader ? rows_[headerIndex_].data.values[index] : std::string_view();
-  // Every finding on a field contains the name, so shorten it.
+  // Shorten the column name, because every finding on a field contains it.
   return common::WithoutMiddle(name.empty() ? ornwhatsnew::kDataColumns[index].header : name);
 }
 

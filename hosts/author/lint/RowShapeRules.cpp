@@ -163,10 +163,10 @@ bool CheckIssueList(LintContext& context, const Shape& shape) {
 }
 
 /// Returns the index of the first field that contains a value of `column`, which is the salience,
-/// the platform or the URL. Returns `std::nullopt` if there is none.
+/// the platform or the URL. Searches only the first 20 fields. Returns `std::nullopt` if there is
+/// no such field.
 std::optional<std::size_t> FindWord(const Shape& shape, DataColumn column) {
-  // In a row with many more fields than columns, the position of a later value does not show how
-  // many commas are wrong.
+  // If the value is in a later field, its position does not show how many commas are wrong.
   const std::size_t end = std::min(shape.Count(), 2 * kDataColumnCount);
   for (std::size_t i = 0; i < end; ++i) {
     const std::string_view field = shape.Field(i);
@@ -314,7 +314,7 @@ std::optional<std::size_t> FindClosingRow(const std::vector<LintRow>& rows, std:
   return std::nullopt;
 }
 
-/// Reports a text that continues on the next lines. Returns whether there is one.
+/// Reports a quoted field that continues on the next lines. Returns whether there is one.
 bool CheckTextOverLines(LintContext& context, std::size_t index) {
   std::vector<LintRow>& rows = context.File().Rows();
   LintRow& row = rows[index];
@@ -431,7 +431,7 @@ constexpr FileRule kRules[] = {CheckRows};
 bool HasOpenQuote(const DataRow& row) {
   const std::string_view text = row.text;
   bool isOpen = false;
-  // `find` tests many bytes at a time, and most rows have few quotes.
+  // Use `find`, because it tests many bytes at a time and most rows have few quotes.
   for (std::size_t at = text.find('"'); at != text.npos; at = text.find('"', at + 1)) {
     isOpen = !isOpen;
   }

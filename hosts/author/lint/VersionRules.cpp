@@ -72,8 +72,8 @@ bool HasPlaceholder(std::string_view text) {
 }
 
 void CheckPlaceholder(LintContext& context, const LintRow& row) {
-  // In a row with an earliest version, `CheckBounds` reports the placeholder as a component that is
-  // not a number.
+  // If column 6 contains the earliest version, `CheckBounds` reports the placeholder as a component
+  // that is not a number.
   if (!row.Value(DataColumn::kFirstVersion).empty()) return;
   const std::string_view text = row.Value(DataColumn::kVersion);
   if (!HasPlaceholder(text)) return;
@@ -161,8 +161,8 @@ std::optional<std::int64_t> SmallNumber(std::string_view component) {
   return isSmall ? std::optional(number) : std::nullopt;
 }
 
-/// Reports the version in `column` if the library cannot compare it correctly. Returns whether it
-/// has reported it.
+/// Reports the version in `column` if the library cannot compare it correctly. Returns whether
+/// there is a finding.
 bool CheckComparison(LintContext& context, const LintRow& row, DataColumn column) {
   const std::string_view version = row.Value(column);
   const std::string mistake = ComparisonMistake(version);

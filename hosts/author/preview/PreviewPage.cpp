@@ -154,7 +154,7 @@ class PageWriter {
 
   const PreviewInput& input_;
   const LintReport report_;
-  /// The lines of the data file that are changes.
+  /// The line numbers of the changes in the data file.
   std::set<std::size_t> changeLines_;
   std::vector<PreviewView> views_;
 };

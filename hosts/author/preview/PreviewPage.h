@@ -12,7 +12,7 @@ namespace hosts::author {
 /// Each finding on a change links to the places where the panels show this change. The page
 /// contains no scripts and makes no requests, and it escapes all strings in `input`. Configures the
 /// services of the process. Throws `common::JsonError` if the configuration file of `lint` cannot
-/// be used.
+/// be read or is not valid.
 std::string PreviewPage(const PreviewInput& input);
 
 }  // namespace hosts::author

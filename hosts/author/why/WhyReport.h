@@ -24,7 +24,7 @@ class WhyReport {
  public:
   /// Queries the host. `list` contains exactly the changes of the data file `text`. Both must
   /// outlive the report, and the list must not change. `fileName` is the name of the file for
-  /// messages. `userVersions` is described at `ChangeReasons`.
+  /// messages. For `userVersions`, see `ChangeReasons`.
   WhyReport(const ornwhatsnew::FeatureListData& list, std::string fileName, std::string_view text,
             const ornwhatsnew::DisplayOptions& options, std::vector<std::string> userVersions);
 

@@ -13,8 +13,8 @@ namespace hosts::author {
 
 /// Returns a table with a row for each of `items` and each of their changes. The columns contain
 /// line, status, key, text and reasons. Each reason after the first one has a line of its own.
-/// `list` owns the items. `userVersions` is described at `ChangeReasons`. Escapes invisible
-/// characters of the data, and shortens keys and texts.
+/// `list` owns the items. For `userVersions`, see `ChangeReasons`. Escapes invisible characters of
+/// the data, and shortens keys and texts.
 std::string WhyTable(const ornwhatsnew::FeatureListData& list,
                      std::span<const std::string> userVersions,
                      std::span<const ExplainedItem* const> items);
