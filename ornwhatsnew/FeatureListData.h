@@ -39,7 +39,7 @@ namespace ornwhatsnew {
 /// Debug builds check these rules with assertions.
 ///
 /// Exceptions from callbacks, services and allocations propagate to the caller. If an exception
-/// occurs before the first call of the setter, the list is unchanged, unless the comment of the
+/// occurs before the first call to the setter, the list is unchanged, unless the comment of the
 /// method says otherwise. After every exception, the list is usable. Each call except
 /// `ParseWhatsNewData` can be repeated.
 class ORN_EXPORT FeatureListData {
@@ -169,12 +169,12 @@ class ORN_EXPORT FeatureListData {
   /// Returns the layout of the panel for these options. Updates the state and calls the setter like
   /// `GetFormattedTextForDisplay`.
   ///
-  /// Makes the same calls to the host, in the same order, as `GetFormattedTextForDisplay` without
-  /// `ratingItems`. In the rating view, makes the same calls as `GetFormattedTextForDisplay` with
-  /// `ratingItems`. In addition, looks up the translation of each custom question that is a key
-  /// text.
+  /// Except in the rating view, makes the same calls to the host, in the same order, as
+  /// `GetFormattedTextForDisplay` without `ratingItems`. In the rating view, makes the same calls
+  /// as `GetFormattedTextForDisplay` with `ratingItems`, and also looks up the translation of each
+  /// custom question that is a key text.
   ///
-  /// After a call of `RefreshInternalSeenState`, a layout with `kShowOnlyNew` contains no change
+  /// After a call to `RefreshInternalSeenState`, a layout with `kShowOnlyNew` contains no change
   /// that was shown and stored before. A view should therefore keep the layout that it shows.
   PanelLayout GetLayoutForDisplay(const DisplayOptions& options);
 

@@ -217,8 +217,8 @@ class ORN_EXPORT FeatureListDetail {
   /// the platform of the change is "Mac" or "Win". Does not check whether the item is shown.
   bool ShouldShowItemToUser(const DisplayOptions& options, const GuidSet& seen,
                             const VersionSet& versions) const;
-  /// Returns whether the rating view can show the change. The change must request a rating. In
-  /// addition, `seen` must contain its seen identity, or its description must be empty. Does not
+  /// Returns whether the rating view can show the change. The result is true if the change requests
+  /// a rating, and `seen` contains its seen identity or its description is empty. Does not
   /// check other display options.
   bool ShowForRating(const GuidSet& seen) const;
 

@@ -68,8 +68,8 @@ struct BasicLayoutSpan {
   /// label. Is never `kStyleUnlockLabelBox`, because an unlock label has the style
   /// `kStyleUnlockLabel`.
   std::optional<StyleID> style;
-  /// The URL of a title or of a link, or an empty string. An author of the data file can write any
-  /// string, so call `orncore::string::IsSafeLink` before you open it.
+  /// The URL of a title or of a link, or an empty string. The URL can contain any character that an
+  /// author wrote in the data file, so call `orncore::string::IsSafeLink` before you open the URL.
   String link;
 
   /// Returns whether all members are equal.
@@ -150,9 +150,9 @@ using RatingRequest = BasicRatingRequest<UTF16String>;      ///< a rating reques
 using PanelLayout = BasicPanelLayout<UTF16String>;          ///< a layout in UTF-16
 using PanelLayoutUTF8 = BasicPanelLayout<UTF8String>;       ///< a layout in UTF-8
 
-/// Returns the same layout in UTF-8, with ranges in bytes. The text, the paragraphs and the spans
-/// of `layout` must be unchanged since a list returned it. Takes linear time. Throws
-/// `std::bad_alloc` if memory runs out. Safe to call from any thread.
+/// Returns the same layout in UTF-8, with ranges in bytes. The caller must not have changed the
+/// text, the paragraphs or the spans of `layout` after a list returned the layout. Takes linear
+/// time. Throws `std::bad_alloc` if memory runs out. Safe to call from any thread.
 ORN_EXPORT PanelLayoutUTF8 ConvertToUTF8(const PanelLayout& layout);
 
 /// The numbers of items and changes that a display would show.

@@ -37,8 +37,8 @@ inline constexpr std::u16string_view kDefaultRatingQuestion = u"How do you like 
 /// Describes the page that contains the result of `RenderHTML`. The default is a page with one
 /// panel.
 struct HTMLOptions {
-  /// The start of the `id` of each item. It must be UTF-8, not be empty, and contain no white
-  /// space. If a page contains several panels, use a different prefix for each of them.
+  /// The start of the `id` of each item. It must be a non-empty UTF-8 string without white space.
+  /// If a page contains several panels, use a different prefix for each of them.
   std::string_view idPrefix = "ornwhatsnew-";
   /// The level of the header, from 1 to 5. Titles are one level below the header. If the panel has
   /// no header, titles have this level.

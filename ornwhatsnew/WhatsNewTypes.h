@@ -70,7 +70,7 @@ enum class ItemUnlockState {
   /// The item is a public feature that does not have the state `Off`. For external users, a feature
   /// also has this state if it has the state `TarsaOnly` for internal users.
   Unlocked,
-  /// The item is a feature of visibility `kInDevelopment` without the internal override.
+  /// The item is a feature with the visibility `kInDevelopment` and without the internal override.
   InDevelopment,
   /// The item has no label. It is the section MISC or BUGFIX, or a feature that is not in the
   /// host's feature table. A feature without the internal override also has this state if its

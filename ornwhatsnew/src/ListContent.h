@@ -23,7 +23,8 @@ namespace ornwhatsnew {
 
 /// The state of a list in memory.
 struct SeenState {
-  /// The identities from the last read of the state, and the identities rated since then.
+  /// The identities from the last read of the state, and the rated identities that
+  /// `MarkItemHasBeenRated` has added since then.
   IdentitySet seenGuids;
   /// The identities that displays and `MarkAllSeen` have added since the state was read.
   IdentitySet newlySeenGuids;
@@ -49,7 +50,7 @@ struct ListContent {
 
   /// Calls `predicate(item)` for each item that a display with these options shows, in key order.
   /// Stops and returns true when a call returns true. If `shown` is null, allocates nothing.
-  /// Otherwise, `*shown` describes the item during the call.
+  /// Otherwise, `*shown` describes `item` during the call to `predicate`.
   template <class Predicate>
   bool AnyOfShownItems(const DisplayOptions& options, ShownItem* shown, Predicate predicate) const {
     const VisibilityFilter filter(options, state.seenGuids, state.seenVersionNumbers);

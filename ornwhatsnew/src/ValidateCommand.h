@@ -4,8 +4,8 @@
 
 namespace ornwhatsnew {
 
-/// Registers "ValidateWhatsNew" in the host's console registry, unless the registry already has a
-/// command with this name. Always returns true.
+/// Adds the console command "ValidateWhatsNew" to `CommandRegistry::Instance()`, unless the
+/// registry already has a command with this name. Always returns true.
 bool RegisterValidateCommand();
 
 /// Removes the command from the registry, cancels the background reads, and waits until their

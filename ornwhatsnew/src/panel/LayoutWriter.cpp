@@ -81,7 +81,7 @@ void LayoutWriter::BeginParagraph(ParagraphKind kind, const FeatureListItem* ite
 }
 
 void LayoutWriter::EndParagraph(std::u16string_view newline) {
-  // A translation of the newline template can contain visible characters.
+  // Append the newline, because its translation can contain visible characters.
   AppendTemplate(newline);
   RemoveTrailingWhiteSpace();
   paragraph_.range.length = layout_.text.size() - paragraph_.range.begin;

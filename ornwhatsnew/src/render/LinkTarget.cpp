@@ -34,7 +34,7 @@ std::string PercentEncode(std::string_view link) {
 /// The parts of a link, in the order in which they occur in the link. Any of them may be empty.
 struct LinkParts {
   explicit LinkParts(std::string_view link) {
-    // Browsers skip any number of slashes before the host, and read a backslash like a slash.
+    // Browsers skip any number of slashes before the host name, and read a backslash like a slash.
     constexpr std::string_view kSlashes = "/\\";
     const auto takeFirst = [&link](std::size_t size) {
       const std::string_view first = link.substr(0, size);
@@ -47,7 +47,7 @@ struct LinkParts {
     const std::string_view authority = link.substr(0, link.find_first_of("/?#\\"));
     const std::size_t at = authority.rfind('@');
     if (at != std::string_view::npos) userInformation = takeFirst(at + 1);
-    // The colons of an address in brackets do not begin the port.
+    // The colons of an IPv6 address, which is in brackets, do not begin the port.
     const std::size_t addressEnd = link.starts_with('[') ? link.find(']') : 0;
     host = takeFirst(std::min(link.find_first_of("/?#\\"), link.find(':', addressEnd)));
     rest = link;
@@ -58,8 +58,8 @@ struct LinkParts {
   std::string_view scheme;           ///< ends with ":" unless it is empty
   std::string_view slashes;          ///< slashes and backslashes
   std::string_view userInformation;  ///< ends with "@" unless it is empty
-  std::string_view host;
-  std::string_view rest;  ///< the port, the path, the query and the fragment
+  std::string_view host;             ///< a host name or an IP address
+  std::string_view rest;             ///< the port, the path, the query and the fragment
 };
 
 /// Returns at most `size` bytes from the beginning of `text`. Does not split an escape `%XX`.
@@ -70,7 +70,7 @@ std::string_view BeginningOf(std::string_view text, std::size_t size) {
   return isSplit ? text.substr(0, escape) : text;
 }
 
-/// Returns at most `size` bytes from the end of `text`, without a part of an escape "%XX". `text`
+/// Returns at most `size` bytes from the end of `text`, without a part of an escape `%XX`. `text`
 /// must be longer than `size`.
 std::string_view EndOf(std::string_view text, std::size_t size) {
   std::size_t begin = text.size() - size;
@@ -84,7 +84,7 @@ std::string Cut(std::string_view link) {
   std::string cut(parts.scheme);
   cut.append(parts.slashes.substr(0, 2));
   if (!parts.userInformation.empty()) cut.append(kCut).append("@");
-  // Reserve space for "..." after the host.
+  // Reserve space for "..." after the host name.
   const std::size_t hostSpace = kMaximumPrintedTarget - cut.size() - kCut.size();
   if (parts.host.size() > hostSpace) {
     cut.append(kCut).append(EndOf(parts.host, hostSpace - kCut.size()));

@@ -26,7 +26,7 @@ inline constexpr MarkdownBlock kMarkdownParagraph = {};
 inline constexpr MarkdownBlock kMarkdownListItem = {u"- ", u"  "};
 inline constexpr MarkdownBlock kMarkdownQuote = {u"> ", u"> "};
 
-/// Writes one block after the other. Writes nothing for a block that contains only white space and
+/// Writes one block after another. Writes nothing for a block that contains only white space and
 /// no link. Escapes the text, so that it contains no CommonMark syntax.
 class MarkdownWriter {
  public:

@@ -123,7 +123,7 @@ bool AnySeenRuleHidesItem(const FeatureListItem& item, const VisibilityFilter& f
 
 // Checks all rules for an item. Calls `isChangeShown(change, guid)` for each change with its seen
 // identity. If `seenGuid` is not null, sets `*seenGuid` to the seen identity of the item. Stops and
-// returns true when a call of `hides` returns true.
+// returns true when a call to `hides` returns true.
 //
 // If `seenGuid` is null and the filter does not depend on what the user has seen, passes nil
 // identities to `isChangeShown`. Computing identities takes longer than checking all rules.
@@ -140,8 +140,8 @@ bool AnyRuleHidesItem(const FeatureListItem& item, const VisibilityFilter& filte
         hides(HidingRule::kHideBetaFeature)) {
       return true;
     }
-    // Compatibility: "UnhideBetaFeature" shows a feature of visibility `kInternal`, although the
-    // keyword counts as malformed (docs/compatibility.md).
+    // Compatibility: "UnhideBetaFeature" shows a feature with the visibility `kInternal`, although
+    // the keyword counts as malformed (docs/compatibility.md).
     if (change->DetailForcingItemToNormalVisibility()) isInternal = false;
     const Guid changeGuid = needsIdentities ? change->GetItemSeenGuid() : Guid();
     MixChangeIntoItem(seenMixer, *change, changeGuid);

@@ -69,8 +69,8 @@ class VisibilityFilter {
 bool IsChangeShown(const FeatureListDetail& change, const VisibilityFilter& filter,
                    const Guid& seenGuid);
 
-/// Returns whether the rating view can show `change`. The change must request a rating. If it has a
-/// description, the user must have seen the change (`isSeen`).
+/// Returns whether the rating view can show `change`. The result is true if the change requests a
+/// rating, and the user has seen the change (`isSeen`) or its description is empty.
 bool IsChangeForRating(const FeatureListDetail& change, bool isSeen);
 
 /// Returns whether the rating view can show a feature: the user has seen it (`isSeen`) and has not
