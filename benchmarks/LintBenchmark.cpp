@@ -19,8 +19,8 @@ namespace {
 using hosts::author::LintHost;
 using hosts::author::LintReport;
 
-/// Returns a row without mistakes. On average, its length and its number of empty fields are
-/// similar to those in `SampleFile`. One row in eight contains characters outside ASCII.
+/// Returns a row without mistakes. The average length of the rows and their average number of empty
+/// fields are similar to those in `SampleFile`. One row in eight contains characters outside ASCII.
 std::string CleanRow(std::size_t number) {
   constexpr std::string_view kText =
       "finds the route between two pins when dragging the map, and keeps every label of the legend";

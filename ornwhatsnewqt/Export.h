@@ -1,5 +1,5 @@
-// Defines `ORNWHATSNEWQT_EXPORT`, which marks the exported names of the Qt companion. All other
-// symbols are hidden.
+// Defines `ORNWHATSNEWQT_EXPORT`, which marks the exported classes of the Qt companion. The symbols
+// of all other classes and functions are hidden.
 #ifndef ORNWHATSNEWQT_EXPORT_H_
 #define ORNWHATSNEWQT_EXPORT_H_
 

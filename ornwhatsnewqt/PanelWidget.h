@@ -37,16 +37,16 @@ class ORNWHATSNEWQT_EXPORT PanelWidget : public QWidget {
   /// Displays the news and moves the focus to it. A hidden panel remains hidden.
   void showNews();
 
-  /// Shows the rating requests and moves the focus to the first one that the user has not answered.
-  /// If there are no requests, shows a notice. A hidden panel remains hidden. The news does not
-  /// count as seen.
+  /// Shows the rating requests and moves the focus to the first request that the user has not
+  /// answered. If there are no requests, shows a notice. A hidden panel remains hidden. The news
+  /// does not count as seen.
   void showRatings();
 
   /// Returns 720 x 760 device-independent pixels.
   QSize sizeHint() const override;
 
  protected:
-  /// Draws the panel again after a change of the palette, the font or the style.
+  /// Redraws the panel after a change of the palette, the font or the style.
   void changeEvent(QEvent* event) override;
   /// Closes the open page, unless the window system hides the window, for example because the user
   /// minimises it.

@@ -9,19 +9,19 @@
 namespace benchmarks {
 
 /// Returns the size in bytes of all blocks from `operator new` that are still allocated. The size
-/// includes the rounding and the block headers of the allocator. Requires that the program has only
-/// one thread.
+/// includes the rounding and the block headers of the allocator. REQUIRES: the program has only one
+/// thread.
 std::size_t LiveBytes();
 
 /// Returns the maximum of `LiveBytes` since the program started or since the last `RestartPeak`.
-/// Requires that the program has only one thread.
+/// REQUIRES: the program has only one thread.
 std::size_t PeakBytes();
 
-/// Sets `PeakBytes` to `LiveBytes`. Requires that the program has only one thread.
+/// Sets `PeakBytes` to `LiveBytes`. REQUIRES: the program has only one thread.
 void RestartPeak();
 
 /// Returns the number of blocks that `operator new` has allocated since the program started.
-/// Requires that the program has only one thread.
+/// REQUIRES: the program has only one thread.
 std::size_t AllocationCount();
 
 }  // namespace benchmarks

@@ -1,5 +1,5 @@
-// Implements the baseline for splitting data files. On a processor with SSE2, a hand-written loop
-// searches 64 bytes at a time for line feeds, commas and quotes.
+// Implements the baseline for splitting data files. If the compiler generates code for SSE2, a
+// hand-written loop searches 64 bytes at a time for line feeds, commas and quotes.
 #ifndef BENCHMARKS_SUPPORT_HANDCUT_H_
 #define BENCHMARKS_SUPPORT_HANDCUT_H_
 
@@ -16,8 +16,9 @@
 namespace benchmarks {
 
 /// Splits a data file. Calls `sink.Field(column, text)` for each field. `text` has no quotes and is
-/// valid only during the call. After the fields of each row, calls `sink.Row(columns)` with their
-/// number. An empty row has no fields.
+/// valid only during the call. After the fields of each row, calls `sink.Row(columns)` with the
+/// number of these fields. An empty row has no fields. If the file ends with a newline, an empty
+/// row follows it.
 template <class Sink>
 class HandCutter {
  public:

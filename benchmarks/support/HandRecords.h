@@ -14,7 +14,7 @@ namespace benchmarks {
 inline constexpr std::size_t kColumns = 10;
 using HandRecord = std::array<std::string, kColumns>;
 
-/// Returns a record for each row of a well-formed file except the header.
+/// Returns a record for each row except the header. REQUIRES: each row of the file has ten fields.
 std::vector<HandRecord> LoadByHand(std::string_view file);
 
 }  // namespace benchmarks

@@ -1,5 +1,5 @@
-// Generates data files for benchmarks. Their fields, lengths and letters are similar to those in
-// the data files of real applications.
+// Generates data files for benchmarks. The lengths and the characters of their fields are similar
+// to those in the data files of real applications.
 #ifndef BENCHMARKS_SUPPORT_SAMPLEFILE_H_
 #define BENCHMARKS_SUPPORT_SAMPLEFILE_H_
 

@@ -40,7 +40,7 @@ class SampleList {
   ornwhatsnew::FeatureListData* operator->() { return list_.get(); }
 
   /// Formats the panel without display options and returns its text. The shown items and changes
-  /// count as seen after a call of `RefreshInternalSeenState`.
+  /// count as seen after the next call to `RefreshInternalSeenState`.
   ornwhatsnew::UTF16String Display(ornwhatsnew::StyleRunMap& runs);
 
   /// Resets the state to that of a user who has never opened the panel.

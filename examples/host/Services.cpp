@@ -26,7 +26,7 @@ class RunningApplication final : public orncore::config::ClientInfo {
   std::string GetClientPlatform() const override { return "Win"; }
 };
 
-// Returns the beta features, the state of their switches, and the internal-features permission.
+// Returns the beta features, whether they are switched on, and the internal-features permission.
 class Switches final : public feature::FeatureService {
  public:
   explicit Switches(const Preferences& preferences) : preferences_(preferences) {}

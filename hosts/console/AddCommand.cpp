@@ -52,8 +52,8 @@ void RequireNoError(const std::filesystem::path& file, const std::vector<Finding
   const auto errors = std::ranges::count(findings, author::Severity::kError, &Finding::severity);
   if (errors == 0) return;
   for (const Finding& finding : findings) Report(file, 0, finding);
-  // A finding on the whole file is on line 1. The new row cannot be there, because a header
-  // precedes it.
+  // The position of a finding on the whole file is line 1. The new row cannot be line 1, because a
+  // header precedes it.
   const bool isOnFile = findings.front().place.line == 1;
   throw ToolError(
       ExitStatus::kInput,

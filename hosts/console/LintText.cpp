@@ -16,7 +16,7 @@ namespace {
 using author::Finding;
 using author::Severity;
 
-/// The maximum number of characters that an excerpt contains before the finding.
+/// The maximum number of characters that an excerpt contains before the position of the finding.
 constexpr std::size_t kCharactersBefore = 30;
 /// The maximum number of characters in an excerpt.
 constexpr std::size_t kCharacters = 76;
@@ -92,8 +92,8 @@ void MarkOmissions(std::vector<std::u16string>& characters, bool isStartOmitted,
   if (isEndOmitted) std::fill_n(characters.end() - kPoints, kPoints, u".");
 }
 
-/// Returns two lines: an excerpt of `line`, which contains the finding, and carets below the
-/// finding.
+/// Returns two lines: an excerpt of `line` around the position of the finding, and carets below
+/// this position.
 std::string Excerpt(const Finding& finding, std::string_view line) {
   const std::u16string units = orncore::string::UTF8to16(common::WithoutByteOrderMark(line));
   const std::size_t size = CountCharacters(units);

@@ -29,13 +29,13 @@ namespace fs = std::filesystem;
 /// The time between two checks of the files, in nanoseconds.
 constexpr long kInterval = 300'000'000;
 
-/// Returns the dictionary files that a host description names. Returns none if the description
-/// cannot be used.
+/// Returns the dictionary files that a host description names. Returns an empty vector if the
+/// description cannot be used.
 std::vector<fs::path> DictionaryFiles(const fs::path& hostFile) {
   std::vector<fs::path> files;
   try {
-    // `ReadHostDescription` would fail if a dictionary file is invalid, but `--watch` must notice
-    // when the author corrects this file.
+    // `ReadHostDescription` fails if a dictionary file is invalid, but `--watch` must notice when
+    // the author corrects this file.
     const common::HostDescription host =
         common::ParseHostDescription(common::ReadTextFile(hostFile), hostFile.native());
     files = common::DictionaryPaths(host, hostFile);
@@ -96,8 +96,8 @@ bool IsIgnored(int signal) {
   return action.sa_handler == SIG_IGN;
 }
 
-/// While the object exists, blocks SIGHUP, SIGINT and SIGTERM. Otherwise, a signal during a write
-/// would leave a temporary file in the folder. Does not block ignored signals, because
+/// Blocks SIGHUP, SIGINT and SIGTERM while the object exists. Otherwise, a signal during a write
+/// would leave a temporary file in the output folder. Does not block ignored signals, because
 /// `sigtimedwait` would also return these.
 class BlockedInterrupts {
  public:

@@ -17,8 +17,9 @@ std::string QuoteWithEscapes(std::string_view word) {
       quoted += character;
       continue;
     }
-    // A shell reads at most three digits of an octal escape. In some shells, a hexadecimal escape
-    // also includes all hexadecimal digits that follow it.
+    // Use octal escapes with three digits, because a shell reads at most three digits of an octal
+    // escape. In some shells, a hexadecimal escape also includes all hexadecimal digits that follow
+    // it.
     quoted += '\\';
     for (const unsigned shift : {6U, 3U, 0U})
       quoted += static_cast<char>('0' + (byte >> shift & 7U));

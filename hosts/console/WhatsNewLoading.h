@@ -20,8 +20,8 @@ inline constexpr std::size_t kMaximumAuthorFile = std::size_t{16} << 20;
 inline constexpr std::string_view kStandardOutput = "-";
 
 /// Throws `ToolError` if `output` is one of the files `inputs`, because the output would replace
-/// it. Also throws it if `output` has the name of the configuration of `lint`, because the output
-/// is not a valid configuration.
+/// it. Also throws `ToolError` if `output` has the name of the configuration file of `lint`,
+/// because the output is not a valid configuration.
 void RequireUsableOutput(const std::filesystem::path& output,
                          std::span<const std::filesystem::path> inputs);
 
@@ -30,8 +30,8 @@ void RequireUsableOutput(const std::filesystem::path& output,
 void InstallHostFile(const std::filesystem::path& file);
 
 /// Returns a list with the changes of the data file. The list reads and writes its state through
-/// the callbacks. Throws `ToolError` if the file cannot be read. Unlike this function,
-/// `GetWhatsNew` would then return a list without changes.
+/// the callbacks. Throws `ToolError` if the file cannot be read, whereas `GetWhatsNew` returns a
+/// list without changes in this case.
 std::shared_ptr<ornwhatsnew::FeatureListData> LoadWhatsNew(const std::filesystem::path& file,
                                                            ornwhatsnew::StateGetter getter,
                                                            ornwhatsnew::StateSetter setter);

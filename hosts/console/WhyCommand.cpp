@@ -18,7 +18,7 @@ namespace hosts::console {
 namespace {
 
 /// Returns the running full version, followed by the other full versions in which the user opened
-/// What's New. The filter for relevant versions checks all of them.
+/// the panel. The filter for relevant versions checks all of them.
 std::vector<std::string> UserVersions(const common::StateStore& store) {
   const std::string running = orncore::string::UTF16to8(ornwhatsnew::GetFullClientVersionString());
   const std::string stored = store.Get(common::kAllVersionsSeenKey);

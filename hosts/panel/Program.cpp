@@ -71,7 +71,8 @@ void PrintRating(const QString& featureKey, int stars, const QString& comment,
   }
 }
 
-// Installs the translation of the panel's texts into the language of the desktop, if there is one.
+// Installs the translation of the panel's texts for the language of the desktop, if this
+// translation exists.
 void InstallTranslator(QTranslator& translator) {
   if (translator.load(QLocale(), QStringLiteral("ornwhatsnew"), QStringLiteral("_"),
                       QStringLiteral(":/ornwhatsnewqt"))) {

@@ -30,8 +30,8 @@ class FlowLayout : public QLayout {
   void setGeometry(const QRect& rect) override;
 
  private:
-  /// Returns the rectangles of the items in rows, from left to right. A row is at most `width`
-  /// pixels wide, unless it has only one item.
+  /// Returns the rectangles of the widgets, arranged in rows from left to right. A row is at most
+  /// `width` pixels wide, unless it has only one widget.
   std::vector<QRect> arrange(int width) const;
 
   std::vector<std::unique_ptr<QLayoutItem>> items_;

@@ -17,7 +17,7 @@ namespace ornwhatsnewqt {
 namespace {
 
 /// Returns a cursor that selects the text of `page` from `begin` to `end`. Replaces a position
-/// outside of the text with the nearest end of the text.
+/// outside of the text with the nearest position in the text.
 QTextCursor selectionOf(const NewsPage& page, int begin, int end) {
   const int last = page.document()->characterCount() - 1;
   QTextCursor cursor(page.document());

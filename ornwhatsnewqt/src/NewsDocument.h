@@ -46,7 +46,7 @@ class NewsDocument : public QTextDocument {
     IsLabel,
   };
 
-  /// Creates a document without undo. `layout` is not used after the construction.
+  /// Creates a document without an undo history. Does not use `layout` after construction.
   NewsDocument(const ornwhatsnew::PanelLayout& layout, const PanelStyle& style,
                QObject* parent = nullptr);
 

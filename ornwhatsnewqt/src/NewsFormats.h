@@ -30,8 +30,8 @@ inline constexpr int kCardRadius = 10;
 /// The maximum width of a page. Longer lines are hard to read.
 inline constexpr int kMaximumColumnWidth = 820;
 
-/// The formats of a `NewsDocument`. Creates each of them once, except the formats of links, because
-/// the construction of a format takes longer than the insertion of a span.
+/// The formats of a `NewsDocument`. Each format is created only once, except the formats of links,
+/// because creating a format takes longer than inserting a span.
 class NewsFormats {
  public:
   explicit NewsFormats(const PanelStyle& style);
@@ -50,9 +50,9 @@ class NewsFormats {
   /// is as high as a title and as wide as the padding of a label.
   const QTextCharFormat& ofLabelStrut() const { return labelStrut_; }
 
-  /// Returns the format of a paragraph of the kind `kind`. The lines after the first one are
-  /// aligned with the text after `bullet`. `isFirst` says whether the paragraph is the first one of
-  /// its kind.
+  /// Returns the format of a paragraph of the kind `kind`. The lines after the first line are
+  /// aligned with the text after `bullet`. `isFirst` says whether the paragraph is the first
+  /// paragraph of its kind.
   const QTextBlockFormat& ofBlock(ornwhatsnew::ParagraphKind kind, const QString& bullet,
                                   Qt::LayoutDirection direction, bool isFirst);
 

@@ -55,7 +55,8 @@ PanelController::PanelController(const QString& dataFile, const Settings& settin
   }
   marksAllSeen_ = settings.firstStart == FirstStart::MarkAllSeen && store_.isStateEmpty();
   if (marksAllSeen_) markAllSeen();
-  // The application object receives an event for a new language even if there is no widget.
+  // Watch the application object, because it receives an event for a new language even if there is
+  // no widget.
   QCoreApplication::instance()->installEventFilter(this);
 }
 
@@ -134,8 +135,8 @@ void PanelController::closePanel() {
   Q_EMIT countChanged();
 }
 
-// Uses the snapshot of the state from the first display() since a panel was opened. Otherwise, a
-// change that the open panel has shown would no longer be new.
+// Uses the snapshot, which contains the state from before the first display() of the open panels.
+// Otherwise, a change that an open panel has shown would no longer be new.
 void PanelController::displayAgain() {
   if (isDisplayed_) {
     store_.useSnapshot(true);

@@ -30,8 +30,9 @@ struct Filters {
 /// Owns the list of a `WhatsNew`. Uses no widgets.
 ///
 /// Several panels can be open at the same time, and show the same layout. Until all panels are
-/// closed, a change is new if it was new at the first call of `display`. Therefore, the change
-/// remains new when the user selects other filters, another language, or the rating page.
+/// closed, the layout treats a change as new if it was new at the first call to `display`.
+/// Therefore, the change remains new when the user selects other filters, another language, or the
+/// rating page.
 class PanelController : public QObject {
   Q_OBJECT
  public:
@@ -101,7 +102,7 @@ class PanelController : public QObject {
   void setAnnouncesUpdates(bool announces);
 
  Q_SIGNALS:
-  void changed();            ///< the layout, the ratings or the language have changed: draw again
+  void changed();            ///< the layout, the ratings or the language have changed: redraw
   void stateErrorChanged();  ///< `stateError()` has changed
   void announcementDue();    ///< the panel should open now
   void countChanged();       ///< `countNew()`, `canRate()` or the language may have changed

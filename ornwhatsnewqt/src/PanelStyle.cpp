@@ -37,8 +37,9 @@ QColor mix(const QColor& from, const QColor& to, float share) {
                 component(from.blue(), to.blue()));
 }
 
-/// Returns `wanted`, mixed with the fewest tenths of `text` that make it readable on both
-/// backgrounds. Returns `text` if no mixture is readable.
+/// Returns `wanted` if it is readable on both backgrounds. Otherwise, returns a readable mixture
+/// with `text`, in which the share of `text` is as small as possible and a multiple of 10 %.
+/// Returns `text` if no mixture is readable.
 QColor readable(const QColor& wanted, const QColor& text, const QColor& background,
                 const QColor& otherBackground) {
   for (int tenths = 0; tenths < 10; ++tenths) {

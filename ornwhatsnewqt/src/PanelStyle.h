@@ -44,7 +44,7 @@ struct PanelStyle {
   qreal scale_ = 1;
 };
 
-/// Returns whether a widget that receives `event` must draw itself again with a new `PanelStyle`.
+/// Returns whether a widget that receives `event` must redraw itself with a new `PanelStyle`.
 bool changesPanelStyle(const QEvent& event);
 
 /// Gives `field` rounded corners, and the font and the colours of `style`.

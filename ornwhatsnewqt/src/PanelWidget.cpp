@@ -105,7 +105,7 @@ void PanelWidget::Impl::layOutWidgets() {
   column->addLayout(bottom);
 }
 
-// The bars are as wide as the page below them.
+// Makes the bars as wide as the page below them.
 void PanelWidget::Impl::centerTop() {
   if (top == nullptr) return;
   const int beside = std::max(0, (panel->width() - kMaximumColumnWidth) / 2);
@@ -133,7 +133,7 @@ void PanelWidget::Impl::connectWidgets() {
   connect(ratings, &RatingPage::finished, header, &PanelHeader::focusPage);
   const auto addShortcut = [this](QKeySequence::StandardKey key, void (Impl::*function)()) {
     auto* const shortcut = new QShortcut(key, panel);
-    // In a dock, the keys belong to the main window while the focus is outside of the panel.
+    // In a dock, the shortcuts belong to the main window while the focus is outside of the panel.
     shortcut->setContext(Qt::WidgetWithChildrenShortcut);
     connect(shortcut, &QShortcut::activated, panel, [this, function] { (this->*function)(); });
   };

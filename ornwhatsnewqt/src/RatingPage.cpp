@@ -83,7 +83,7 @@ void RatingPage::clear() {
 
 bool RatingPage::focusNextCard(const RatingCard* previous) {
   std::vector<RatingCard*> cards = cards_;
-  // Use std::rotate, because clang 14 cannot compile a call of std::ranges::rotate.
+  // Use std::rotate, because clang 14 cannot compile a call to std::ranges::rotate.
   std::rotate(cards.begin(), std::ranges::find(cards, previous), cards.end());
   const auto next = std::ranges::find_if_not(cards, &RatingCard::isRated);
   if (next == cards.end()) return false;

@@ -18,7 +18,7 @@ class RatingPolicy {
 
   /// Reads the time of the first start from `store`. If the time is missing, malformed, or in the
   /// future because a clock was wrong, stores the current time instead. Does not use `store` after
-  /// the construction.
+  /// construction.
   explicit RatingPolicy(SettingsStore& store, Clock clock = &QDateTime::currentDateTimeUtc);
 
   /// Returns whether the user may be asked to rate features now.

@@ -112,8 +112,8 @@ void SettingsStore::setState(const ornwhatsnew::UTF8String& key,
                              const ornwhatsnew::UTF8String& value) {
   const auto [unsaved, isFirst] = unsaved_.try_emplace(key, value);
   if (isFirst) return;
-  // The state of a list that uses a snapshot does not contain the elements that the last commit
-  // could not write.
+  // Merge the values, because the state of a list that uses a snapshot does not contain the
+  // elements that the last commit could not write.
   unsaved->second = ornwhatsnew::MergePersistedValue(key, unsaved->second, read_[key], value);
 }
 

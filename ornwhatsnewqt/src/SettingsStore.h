@@ -30,7 +30,7 @@ class SettingsStore : public QObject {
   Q_OBJECT
  public:
   /// The default for the maximum time that a write waits for the writes of other programs. The
-  /// application does not react to its user during this time.
+  /// application does not respond to user input during this time.
   static constexpr std::chrono::milliseconds kDefaultPatience{2000};
 
   /// Uses the callbacks and the file in `settings`; see `Settings::settingsFile`. Reads nothing.

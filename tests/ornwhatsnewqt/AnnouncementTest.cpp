@@ -16,13 +16,15 @@ using ornwhatsnewqt::Announcement;
 using ornwhatsnewqt::SettingsStore;
 using test_support::TestWorld;
 
-/// Stores an earlier use of version 4.2.0.97, and installs services that return version 4.3.0.118.
+/// Stores that the user opened the panel in version 4.2.0.97, and installs services that return
+/// version 4.3.0.118.
 void update(const TestWorld& world) {
   world.storeEarlierUse(QStringLiteral("4.2.0.97"));
   ornwhatsnewqt::installServices(world.settings());
 }
 
-/// Starts the application. Returns whether it announces an update once within 50 milliseconds.
+/// Simulates a start of the application. Returns whether the update is announced exactly once
+/// within 50 milliseconds.
 bool startAnnounces(const TestWorld& world, bool isAnythingNew = true) {
   SettingsStore store(world.settings());
   const Announcement announcement(store, [isAnythingNew] { return isAnythingNew; });

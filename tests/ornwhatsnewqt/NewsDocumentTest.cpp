@@ -100,7 +100,8 @@ void NewsDocumentTest::everyStyleHasItsSizeAndColor() {
 
 void NewsDocumentTest::stylesBeginAtTheirPosition() {
   TestLayout layout;
-  // A code point above U+FFFF consists of two UTF-16 code units.
+  // The first character is encoded as two UTF-16 code units. Positions in the layout and in the
+  // document count code units, not characters.
   layout.change({{u"\U0001F389 party ", StyleID::kStyleChangeText},
                  {u"(v4.3)", StyleID::kStyleInternalCode}});
   const NewsDocument document(layout.layout(), style());

@@ -88,7 +88,7 @@ class PanelAccessibilityTest : public QObject {
 };
 
 void PanelAccessibilityTest::initTestCase() {
-  // In a test, no assistive tool activates the accessibility events.
+  // No assistive tool activates the accessibility events during a test.
   QGuiApplicationPrivate::platformIntegration()->accessibility()->setActive(true);
   QAccessible::installUpdateHandler(recordEvent);
 }
@@ -293,7 +293,7 @@ void PanelAccessibilityTest::everyControlHasANameAndADescription() {
   settings.announcesUpdates = true;
   WhatsNew whatsNew(world.dataFile(), settings);
   PanelWidget panel(&whatsNew);
-  // Only features that the user has seen can be rated.
+  // Display the news first, because only features that the user has seen can be rated.
   panel.show();
   panel.showRatings();
   panel.findChild<SearchBar*>()->startSearch();

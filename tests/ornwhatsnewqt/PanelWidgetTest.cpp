@@ -117,9 +117,9 @@ class EventSender : public QObject {
   int events = 0;
 };
 
-/// Constructs a `Widget` in memory without zero bytes, and sends it events during the construction.
-/// Returns the number of events. An access through an uninitialised pointer probably crashes the
-/// program.
+/// Constructs a `Widget` in memory that contains no zero bytes, and sends events to it during
+/// construction. Returns the number of events. An access through an uninitialised pointer probably
+/// crashes the program.
 template <class Widget, class... Arguments>
 int constructDuringEvents(const Arguments&... arguments) {
   alignas(Widget) std::array<std::byte, sizeof(Widget)> memory;

@@ -27,8 +27,8 @@ int rounds() {
   return number > 0 ? number : kDefaultRounds;
 }
 
-/// Adds one element to the stored list in each round, as a display does. Returns the exit status of
-/// the program.
+/// Adds one element to the persisted list in each round, as a display does. Returns the exit status
+/// of the program.
 int runWriter(const QString& file, const std::string& name) {
   Settings settings;
   settings.settingsFile = file;

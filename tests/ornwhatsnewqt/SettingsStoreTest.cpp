@@ -187,7 +187,7 @@ void SettingsStoreTest::aFailedWriteDoesNotOverwriteLaterValues() {
   SettingsStore store(world.settings());
   const QByteArray stored = "[General]\nWhatsNew.AllSeenItems=a c\n";
   writeFile(file, "[General]\nWhatsNew.AllSeenItems=a\n");
-  // The application has settings in the same file.
+  // The application has its own QSettings object for the same file.
   QSettings application(file, QSettings::IniFormat);
   // Use values that are larger than Qt's file buffer. For smaller values, Qt would not report the
   // failed write.

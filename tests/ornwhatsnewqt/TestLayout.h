@@ -24,7 +24,7 @@ class TestLayout {
  public:
   TestLayout& header(const std::u16string& text);
   TestLayout& notice(const std::u16string& text);
-  /// Adds a title with a label, or without one if `label` is empty.
+  /// Adds a title. If `label` is not empty, adds the label after the title.
   TestLayout& title(const std::u16string& text, const std::u16string& label = {},
                     const std::u16string& link = {});
   TestLayout& description(std::initializer_list<TestSpan> spans);

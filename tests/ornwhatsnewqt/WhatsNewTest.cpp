@@ -27,7 +27,7 @@ using test_support::TestWorld;
 
 const ChangeRow kMapChange{.version = "4.3", .groupingID = "EPIC-1", .description = "Faster map"};
 
-/// Returns the window that is open, or null.
+/// Returns the open window, or null if no window is open.
 QDialog* openWindow() {
   for (QWidget* const widget : QApplication::topLevelWidgets()) {
     auto* const dialog = qobject_cast<QDialog*>(widget);
