@@ -25,7 +25,7 @@ namespace ornappsupport {
 /// not change the registered commands and initialisers.
 ///
 /// Do not call while a list or another thread uses a service. If memory runs out, throws
-/// `std::bad_alloc` and does not change the services that it has not reset yet.
+/// `std::bad_alloc`. Some services then have their defaults, and the others are unchanged.
 ORN_EXPORT void ResetServices();
 
 }  // namespace ornappsupport

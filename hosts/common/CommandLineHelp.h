@@ -6,8 +6,8 @@
 
 namespace hosts::common {
 
-/// The width of the column with the names in help texts. On a terminal with 80 columns, 56 columns
-/// remain for the descriptions.
+/// The number of terminal columns for the names in help texts. If the terminal has 80 columns, 56
+/// of them remain for the descriptions.
 inline constexpr std::size_t kHelpNameColumns = 24;
 
 inline constexpr const char* kDataHelp = "The What's New data file";

@@ -51,8 +51,8 @@ void FileReplacement::CopyModeAndOwner(const FileDescriptor& replaced) const {
   if (::fstat(replaced.Number(), &from) != 0 || ::fstat(file_.Number(), &to) != 0) {
     ThrowSystemError("cannot read the mode of", folder_.PathOf(name_));
   }
-  // A rename needs no permission to write to the file. A user who withdraws this permission expects
-  // that the file does not change.
+  // Check the permission to write to the file, because a rename does not need it. A user who
+  // withdraws this permission expects that the file does not change.
   if (::faccessat(folder_.Descriptor(), name_.c_str(), W_OK, AT_EACCESS) != 0) {
     ThrowSystemError("cannot write", folder_.PathOf(name_));
   }
@@ -63,8 +63,8 @@ void FileReplacement::CopyModeAndOwner(const FileDescriptor& replaced) const {
   if (::fchmod(file_.Number(), mode) != 0) {
     ThrowSystemError("cannot set the mode of", folder_.PathOf(temporaryName_));
   }
-  // Only root can set the owner of the new file to that of the replaced file. Otherwise, the new
-  // file belongs to the user who writes it.
+  // Ignore a failure, because only root can set the owner. For any other user, the new file belongs
+  // to that user.
   if (from.st_uid != to.st_uid) {
     static_cast<void>(::fchown(file_.Number(), from.st_uid, static_cast<gid_t>(-1)));
   }

@@ -13,9 +13,9 @@ namespace hosts::common {
 
 /// The name of the temporary file.
 enum class TemporaryName {
-  /// The name of the file followed by ".tmp". The replacement deletes an existing file of this
-  /// name, which a killed program has left. Only one replacement of a file may exist at a time; use
-  /// a `FileLock`.
+  /// The name of the file followed by ".tmp". The replacement deletes an existing file with this
+  /// name, because a killed program may have left it behind. Only one replacement of a file may
+  /// exist at a time; use a `FileLock`.
   kFixed,
   /// "ornwhatsnew-NUMBER.tmp" with a random number. Use this name in a folder with other files of
   /// the user, because one of them may have the fixed name. If the program is killed, the temporary

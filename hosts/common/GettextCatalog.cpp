@@ -72,8 +72,8 @@ class CatalogTables {
 
   /// Returns the strings of the table whose offset is at `offsetOfTable`. A table consists of the
   /// length and the offset of each string. A NUL, which the length does not include, follows each
-  /// string. Throws `CatalogError` if the table or a string is outside of the file, or if the
-  /// strings overlap.
+  /// string. Throws `CatalogError` if the table or a string is outside of the file, if the NUL
+  /// after a string is missing, or if all strings together are longer than the file.
   std::vector<std::string_view> ReadTable(std::size_t offsetOfTable, std::uint32_t count) const {
     constexpr std::size_t kEntrySize = 8;
     const std::size_t begin = NumberAt(offsetOfTable);
@@ -125,7 +125,8 @@ std::vector<char> WithoutHashTable(std::string_view bytes) {
   return copy;
 }
 
-/// Returns a locale with a facet that contains the messages of the catalog in UTF-8.
+/// Returns a locale with a facet that contains the messages of the catalog in UTF-8. Throws
+/// `CatalogError` if Boost.Locale cannot read the catalog.
 std::locale LoadMessages(std::string_view bytes) {
   boost::locale::gnu_gettext::messages_info info;
   info.encoding = "UTF-8";

@@ -16,9 +16,9 @@ class CatalogError : public std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
-/// Returns the translations in a compiled catalog by key. The key of a text is the context of its
-/// entry. Ignores entries without a context. `bytes` can be any bytes. Throws `CatalogError` if
-/// they are not a catalog in UTF-8 that Boost.Locale can read. Also throws it if a key has no
+/// Returns the translations in a compiled catalog by key. The key of a translation is the context
+/// of its entry. Ignores entries without a context. `bytes` can be any bytes. Throws `CatalogError`
+/// if they are not a catalog in UTF-8 that Boost.Locale can read. Also throws it if a key has no
 /// translation or two different ones.
 std::map<std::string, std::string, std::less<>> ParseGettextCatalog(std::string_view bytes);
 

@@ -107,8 +107,8 @@ PanelLinks ReadLinks(const JsonReader& object) {
 }
 
 /// Throws `JsonError` if the version, the build number or the platform contains a control
-/// character. The heading of the panel shows the version. A newline in the version would look like
-/// a second line of the heading.
+/// character. The heading of the panel shows the version. The text after a newline in the version
+/// would look like a second line of the heading.
 void RequireVisibleVersion(const JsonReader& object) {
   for (const std::string_view name : {"clientVersion", "buildNumber", "platform"}) {
     const auto member = object.Find(name);

@@ -35,8 +35,8 @@ nlohmann::json RunsJson(const ornwhatsnew::StyleRunMap& runs);
 /// `items` is null.
 nlohmann::json RatingItemsJson(const std::shared_ptr<const ornwhatsnew::RatingMap>& items);
 
-/// Returns an array of the style runs' strings that are safe links (`orncore::string::IsSafeLink`).
-/// Each link occurs once, and the links are in ascending order.
+/// Returns an array with each string of a style run that is a safe link
+/// (`orncore::string::IsSafeLink`), without duplicates and in ascending order.
 nlohmann::json SafeLinksJson(const ornwhatsnew::StyleRunMap& runs);
 
 /// Returns an array with an object for each paragraph. The members "kind", "indentLevel", "bullet",

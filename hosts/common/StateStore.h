@@ -1,6 +1,6 @@
 // Stores the state of lists. The state contains the identities of the items and changes that the
 // user has seen or rated, and the versions of the application in which the user has opened the
-// list. By default, each user has one JSON file, which all programs that show a list share.
+// panel. By default, each user has one JSON file, which all programs that show a list share.
 #ifndef HOSTS_COMMON_STATESTORE_H_
 #define HOSTS_COMMON_STATESTORE_H_
 

@@ -27,7 +27,7 @@ class ORN_EXPORT SDMUsageLogger {
   static bool IsLogging();
 
   /// Replaces the query, which returns whether usage logging is on. An empty function removes it. A
-  /// call of `IsLogging` on another thread may still use the previous query.
+  /// call to `IsLogging` on another thread may still use the previous query.
   ///
   /// If memory runs out, throws `std::bad_alloc` and keeps the previous query.
   static void SetLoggingQuery(std::function<bool()> query);

@@ -70,7 +70,8 @@ class ORN_EXPORT FixedFeatureService final : public FeatureService {
   /// `IsEnabled`, and `availableForUser` is the result of `IsAvailableForUser`.
   void Add(std::string internalKey, BetaFeature feature, bool enabled, bool availableForUser);
 
-  /// Sets the internal-features permission, which is false by default.
+  /// Sets whether the user has the internal-features permission. By default, the user does not have
+  /// it.
   void SetInternalFeaturesAllowed(bool allowed) noexcept { internalFeaturesAllowed_ = allowed; }
 
   const BetaFeatureMap& GetBetaFeatures() const override;

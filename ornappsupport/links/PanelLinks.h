@@ -37,16 +37,16 @@ struct PanelLinks {
   /// because they refer to the URL. These texts are `kOptedOutPart1` and `kOptedOutPart2` in
   /// `ornwhatsnew/PanelText.h`.
   UTF16String privacyPage;
-  /// The beginning of the keys of issues, "ORN" by default. Letter case does not matter. The panel
-  /// shows a story ID or the key of an item as an issue if it begins with the prefix. Only internal
-  /// users see issues. If the prefix is empty, the panel shows no issues.
+  /// The prefix of issue keys, "ORN" by default. Letter case does not matter. The panel shows story
+  /// IDs and item keys that begin with this prefix as issues. Only internal users see issues. If
+  /// the prefix is empty, the panel shows no issues.
   UTF16String issuePrefix;
 };
 
 /// Returns whether all links in `links` are valid. `issueLink` and `commitLink` must be safe links
-/// (`orncore::string::IsSafeLink`) that contain `@0`. The host of a safe link contains no `@`, so
-/// each `@0` is after the host. `privacyPage` must be a safe link. An empty string and the default
-/// of a member are always valid. Safe to call from any thread.
+/// (`orncore::string::IsSafeLink`) that contain `@0`. The host name of a safe link contains no `@`,
+/// so each `@0` is after the host name. `privacyPage` must be a safe link. An empty string and the
+/// default of a member are always valid. Safe to call from any thread.
 ORN_EXPORT bool AreValid(const PanelLinks& links);
 
 /// Replaces the links of all panels that lists create afterwards, and returns true. A

@@ -19,7 +19,7 @@ namespace orncore::appstatemanager {
 ORN_EXPORT bool IsTerminating();
 
 /// Replaces the query, which returns whether the application is terminating. An empty function
-/// removes it. A call of `IsTerminating` on another thread may still use the previous query.
+/// removes it. A call to `IsTerminating` on another thread may still use the previous query.
 ///
 /// If memory runs out, throws `std::bad_alloc` and keeps the previous query. Safe to call from any
 /// thread.

@@ -105,7 +105,8 @@ class ORN_EXPORT InitializerRegistrar {
 /// in the order of registration.
 ///
 /// Returns true if all initialise functions that it called succeeded. Logs each failure and
-/// continues with the next registration. The next call retries the failed functions.
+/// continues with the next registration. The next call for a context of a failed registration
+/// retries its function.
 ///
 /// If another call is running a function of a registration, does not wait for that function and
 /// does not report its failure. The other call finishes the initialisation of that registration.

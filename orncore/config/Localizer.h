@@ -111,7 +111,7 @@ class ORN_EXPORT Localizer {
   UTF16String ZString(std::string_view keyText, std::span<const UTF16String> arguments) const;
 
   /// Replaces the dictionary. The localiser shares ownership of `dictionary`. Null removes the
-  /// current dictionary. A call of `ZString` on another thread may still use the previous
+  /// current dictionary. A call to `ZString` on another thread may still use the previous
   /// dictionary.
   void SetDictionary(std::shared_ptr<const DictionarySource> dictionary);
 

@@ -63,8 +63,8 @@ class ORN_EXPORT CommandRegistry {
   /// - `name` is empty or contains a space, because no line could run such a command;
   /// - `function` is empty.
   ///
-  /// `help` is the text that follows the name in the usage line. It starts with its own separator,
-  /// such as a space.
+  /// `help` is the text that directly follows the name in the usage line. It must therefore start
+  /// with a separator, such as a space.
   bool RegisterCommandFunction(UTF16String name, UTF16String help, CommandFunction function);
 
   /// Removes a command and returns true. Returns false if no command has that name. Does not wait

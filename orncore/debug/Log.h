@@ -4,7 +4,7 @@
 //   orncore::debug::SetLogSink([](std::string_view line) { hostLog.Append(line); });
 //
 // `SetLogSink` and `Log` are safe to call from any thread, and from static constructors and
-// destructors. The sink may call both functions, but a call of `Log` calls the sink recursively.
+// destructors. The sink may call both functions, but a call to `Log` calls the sink recursively.
 #ifndef ORNCORE_DEBUG_LOG_H_
 #define ORNCORE_DEBUG_LOG_H_
 

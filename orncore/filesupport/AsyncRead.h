@@ -29,8 +29,8 @@ namespace orncore::filesupport {
 /// Runs tasks on one thread in the order of submission. `Submit` starts the thread if it is not
 /// running.
 ///
-/// A module that submits tasks must call `Join` before its code is unloaded, for example in the
-/// shutdown function of its `config::InitializerRegistrar`.
+/// A library that submits tasks must call `Join` before it is unloaded, for example in the shutdown
+/// function of its `config::InitializerRegistrar`.
 ///
 /// Threads: safe to use from any thread. However, a task must not call `Join`, destroy the
 /// executor, or wait for another task of the same executor.
@@ -55,10 +55,10 @@ class ORN_EXPORT Executor {
   void Submit(Task task);
 
   /// Requests that the running task and all queued tasks stop, waits until all of them have run,
-  /// and ends the thread. The next call of `Submit` starts a new thread.
+  /// and ends the thread. The next call to `Submit` starts a new thread.
   ///
-  /// Do not call `Submit` while `Join` runs. `Submit` can then start a second thread, which may
-  /// also run tasks that were already queued. `Join` does not wait for the second thread.
+  /// Do not call `Submit` while `Join` runs. Otherwise, `Submit` could start a second thread, which
+  /// could also run tasks that were already queued. `Join` would not wait for this thread.
   void Join();
 
  private:

@@ -45,8 +45,8 @@ class ORN_EXPORT Murmur3MixerState {
     std::uint64_t h2 = 0;
   };
 
-  // Copies `length` bytes as two parts of kCount bytes, which can overlap. `length` is at least
-  // kCount and at most twice kCount.
+  // Copies `length` bytes as two parts of kCount bytes, which can overlap. `length` must be at
+  // least kCount and at most twice kCount.
   template <std::size_t kCount>
   static void CopyBothEnds(const unsigned char* from, std::size_t length,
                            unsigned char* to) noexcept {
@@ -58,7 +58,7 @@ class ORN_EXPORT Murmur3MixerState {
     std::memcpy(to + length - kCount, back.data(), kCount);
   }
 
-  // Copies `length` bytes. Most hashed strings are short. For a short string, a call of memcpy
+  // Copies `length` bytes. Most hashed strings are short. For a short string, a call to memcpy
   // takes longer than the copy itself. With such calls, `IsAnythingNew` would miss its time goal
   // (docs/performance.md).
   static void Copy(const unsigned char* from, std::size_t length, unsigned char* to) noexcept {

@@ -38,7 +38,7 @@ class ORN_EXPORT ResourceManager {
 };
 
 /// Loads resources from the files of a folder. `ResourceManager` documents the overridden method.
-/// Every call of `LoadResource` reads the file, and nothing is cached.
+/// Every call to `LoadResource` reads the file, and nothing is cached.
 ///
 /// A resource is the regular file `<folder>/<name>`. If nothing exists at that path, it is the
 /// regular file `<folder>/<name>.<type>`. A name may contain "/" for a file in a subfolder.

@@ -45,8 +45,8 @@ enum class FailureThreads {
   kAll,   ///< on all threads
 };
 
-/// Makes the n-th allocation after the construction of the object fail: `new` throws
-/// `std::bad_alloc`, or returns null if it has the argument `std::nothrow`. If `n` is 0, no
+/// Makes the n-th allocation fail, counted from the construction of the object. The failing `new`
+/// throws `std::bad_alloc`, or returns null if it has the argument `std::nothrow`. If `n` is 0, no
 /// allocation fails. `extent` selects whether later allocations also fail, and `threads` selects
 /// the threads whose allocations count. The failures end when the object is destroyed. Only one
 /// object may exist at a time, and only one thread may use it.

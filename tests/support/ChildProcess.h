@@ -91,8 +91,8 @@ ProgramResult RunProgram(const std::string& program, const ProgramCall& call);
 int KillsWanted(int otherwise);
 
 /// Calls `work` in a new process and returns the result of `work`. Returns false if `work` throws
-/// or if a signal ends the process. Throws `std::system_error` if it cannot create the process. Use
-/// it for work that would end or change the process of the test.
+/// or if a signal ends the process. Throws `std::system_error` if the process cannot be created.
+/// Use this function for work that would end or change the process of the test.
 bool InChildProcess(const std::function<bool()>& work);
 
 }  // namespace test_support

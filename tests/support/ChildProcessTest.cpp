@@ -14,7 +14,7 @@
 namespace test_support {
 namespace {
 
-/// Makes the system end the calling process instead of executing a call of `kill`. Returns whether
+/// Makes the system end the calling process instead of executing a call to `kill`. Returns whether
 /// the system supports this.
 bool ForbidKill() {
   std::array<sock_filter, 4> filter = {
@@ -29,7 +29,7 @@ bool ForbidKill() {
 }
 
 // If `ChildProcess` called `kill` after `Wait`, it would end all processes of the user. The test
-// therefore forbids calls of `kill`, and first checks that they are forbidden.
+// therefore forbids calls to `kill`, and first checks that they are forbidden.
 TEST(ChildProcess, SendsNoSignalAfterTheEndOfTheProgram) {
   if (!InChildProcess(&ForbidKill)) GTEST_SKIP() << "the system cannot forbid calls of kill";
   ASSERT_FALSE(InChildProcess([] { return ForbidKill() && ::kill(::getpid(), 0) == 0; }));

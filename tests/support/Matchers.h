@@ -28,17 +28,17 @@ std::vector<std::string> ChangeDescriptions(const ornwhatsnew::FeatureListItem& 
 /// Returns the sorted elements of a persisted list. If the string is empty, there are no elements.
 std::vector<std::string> SortedPieces(std::string_view persistedList);
 
-/// The results of a display call. `text` is UTF-8.
+/// The results of a display. `text` is UTF-8.
 struct Display {
   std::string text;
   ornwhatsnew::StyleRunMap runs;
   ornwhatsnew::RatingMap ratingItems;
 
-  /// Returns the part of `text` that each run of a style covers, in the order of recording.
+  /// Returns the part of `text` that each run of a style covers, in the order of the runs.
   /// Truncates a run that extends past the end of `text`. Throws `std::logic_error` if a start or
   /// length is negative, or if a run starts past the end of `text`.
   std::vector<std::string> Pieces(ornwhatsnew::StyleID style) const;
-  /// Returns the string of each run of a style in UTF-8, in the order of recording.
+  /// Returns the string of each run of a style in UTF-8, in the order of the runs.
   std::vector<std::string> Strings(ornwhatsnew::StyleID style) const;
 };
 

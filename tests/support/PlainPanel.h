@@ -12,7 +12,7 @@
 //
 // The two implementations share some code: the `Guid` class, the types of style runs, and the
 // host's services. These services are the client information, the feature table, the
-// internal-features permission, the panel links, the localizer and its markup, the debug database,
+// internal-features permission, the panel links, the localiser and its markup, the debug database,
 // usage logging, and the termination query. A bug in shared code affects both implementations
 // equally, so only unit tests can find it. The plain implementation calls ICU, Boost's tokenizer
 // and the reference implementation of the hash directly.
@@ -47,7 +47,7 @@ struct PlainRatingRecord {
   friend bool operator==(const PlainRatingRecord&, const PlainRatingRecord&) = default;
 };
 
-/// The results and the setter calls of one display call.
+/// The results and the setter calls of one display.
 struct PanelOutcome {
   std::u16string text;
   ornwhatsnew::StyleRunMap runs;

@@ -30,9 +30,9 @@ class RandomSource {
     return *std::next(std::begin(range), static_cast<std::ptrdiff_t>(Below(std::size(range))));
   }
 
-  /// Returns a string of up to `maxFragments` random fragments. Most fragments are special in data
-  /// files or difficult to convert, such as separators, quotes, newlines, keywords, markup, byte
-  /// order marks and ill-formed UTF-8.
+  /// Returns a string of up to `maxFragments` random fragments. Most fragments have a special
+  /// meaning in data files or are difficult to convert, such as separators, quotes, newlines,
+  /// keywords, markup, byte order marks and ill-formed UTF-8.
   std::string HostileText(std::size_t maxFragments);
 
   /// Returns a string of up to `maxUnits` random UTF-16 code units. Some are surrogates, which may

@@ -3,8 +3,8 @@
 #ifndef TESTS_SUPPORT_SANITIZERS_H_
 #define TESTS_SUPPORT_SANITIZERS_H_
 
-/// TESTS_HAS_ADDRESS_SANITIZER and TESTS_HAS_THREAD_SANITIZER are each defined if and only if this
-/// sanitizer is on.
+/// Each of the macros TESTS_HAS_ADDRESS_SANITIZER and TESTS_HAS_THREAD_SANITIZER is defined if and
+/// only if its sanitizer is on.
 #if defined(__SANITIZE_ADDRESS__)
 #define TESTS_HAS_ADDRESS_SANITIZER
 #endif

@@ -41,7 +41,8 @@ inline UChar32 NextCodePoint(std::u16string_view text, std::size_t& position) no
 /// Writes `codePoint` as UTF-8 to `text` at `position`, and advances `position` past it. `text`
 /// must have space for `U8_LENGTH(codePoint)` bytes.
 inline void WriteCodePoint(UChar32 codePoint, char* text, std::size_t& position) noexcept {
-  // The fuzzers reject the implicit conversion of the macro's unsigned bytes to `char`.
+  // The macro assigns unsigned bytes. Without this cast, it would convert them to `char`
+  // implicitly, which the integer sanitizer of the fuzzers reports as an error.
   auto* const bytes = reinterpret_cast<std::uint8_t*>(text);
   U8_APPEND_UNSAFE(bytes, position, codePoint);
 }

@@ -23,8 +23,9 @@ bool IsURLCharacter(char character) {
   return IsAlphanumericOrIn("-._~:/?#[]@!$&'()*+,;=%", character);
 }
 
-// Returns `authority` without the port at its end, if it has one. Does not shorten a valid host,
-// because a name contains no colon and an address ends with a bracket.
+// Returns `authority` without the port at its end and the colon before the port, if it has them.
+// Never removes a part of a valid host name: only an IP address in brackets contains colons, and it
+// ends with a bracket.
 std::string_view WithoutPort(std::string_view authority) {
   std::string_view host = authority;
   while (!host.empty() && IsDigit(host.back())) host.remove_suffix(1);
@@ -35,7 +36,7 @@ std::string_view WithoutPort(std::string_view authority) {
 
 // Returns whether `host` is not empty and contains only characters of a host name or, between
 // square brackets, of an IP address. Does not check the syntax. Rejects all other characters,
-// because views could disagree about where the host ends.
+// because views could disagree about where the host name ends.
 bool IsHost(std::string_view host) {
   const bool isAddress = host.starts_with('[') && host.ends_with(']');
   if (isAddress) host = host.substr(1, host.size() - 2);
@@ -53,7 +54,7 @@ bool IsSafeLink(std::string_view link) noexcept {
   std::string_view authority = link;
   authority.remove_prefix(kScheme.size());
   authority = authority.substr(0, authority.find_first_of("/?#"));
-  // This check rejects user information, because a host cannot contain "@".
+  // This check rejects user information, because a host name cannot contain "@".
   return IsHost(WithoutPort(authority));
 }
 

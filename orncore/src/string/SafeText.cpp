@@ -96,8 +96,8 @@ constexpr bool ChangesDirection(char16_t unit) {
   return (unit >= 0x202A && unit <= 0x202E) || (unit >= 0x2066 && unit <= 0x2069);
 }
 
-// Appends `unit` or its replacement to `document`, or nothing if a document must not contain
-// `unit`. `unit` must not be a surrogate.
+// Appends `unit` or its replacement to `document`. Appends nothing if `unit` is a byte order mark
+// or changes the text direction. `unit` must not be a surrogate.
 void AppendToDocument(char16_t unit, UTF16String& document) {
   if (unit == kByteOrderMark || ChangesDirection(unit)) return;
   if (unit == u'\t') {

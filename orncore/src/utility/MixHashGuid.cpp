@@ -53,7 +53,7 @@ std::uint64_t Avalanche(std::uint64_t word) noexcept {
 
 }  // namespace
 
-// `length` is a multiple of kBlockBytes.
+// `length` must be a multiple of kBlockBytes.
 void Murmur3MixerState::MixBlocks(const unsigned char* from, std::size_t length,
                                   Sums& sums) noexcept {
   auto [h1, h2] = sums;
