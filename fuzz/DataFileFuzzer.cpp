@@ -61,7 +61,7 @@ void RequireSameRow(const DataRow& row, const std::string& text, Values& values)
   RequireFieldPositions(row);
 }
 
-// Requires that the reader and Boost's tokenizer find the same rows and fields, and that
+// Checks that the reader and Boost's tokenizer find the same rows and fields, and that
 // `FindDataFields` finds the position of each field. Returns the number of change rows.
 std::size_t RequireRowsEqualBoost(std::string_view text) {
   DataFileReader reader(text);
@@ -88,7 +88,7 @@ PanelOutcome Display(ListPair& lists, unsigned options, const GuidSet& seen) {
   return panel;
 }
 
-// Displays the lists, reloads them and rates each item. Requires that displayed changes are not new
+// Displays the lists, reloads them and rates each item. Checks that displayed changes are not new
 // and that rated features need no rating. `seen` contains the identities that were stored when the
 // lists were loaded.
 void RequireRemembered(ListPair& lists, const std::string& text, unsigned options,

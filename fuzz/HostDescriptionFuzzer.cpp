@@ -175,7 +175,7 @@ bool IsValid(const json& value) {
                          {"dictionaryFiles", areTexts}});
 }
 
-// Requires that `read` contains each member of `written` with the same value, except `$schema`.
+// Checks that `read` contains each member of `written` with the same value, except `$schema`.
 // `read` can have additional members, and so can its links and features.
 void RequireSubset(const json& written, const json& read) {
   for (const auto& [name, value] : written.items()) {

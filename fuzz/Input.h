@@ -27,7 +27,7 @@ class Input {
   /// Removes and returns all remaining parts. If no bytes remain, returns one empty part.
   std::vector<std::string_view> ReadParts();
 
-  /// Returns whether a fuzzer makes its slow checks for this input. The sum of the bytes that have
+  /// Returns whether a fuzzer runs its slow checks for this input. The sum of the bytes that have
   /// not been read yet selects about a third of all inputs. A switch would select most inputs,
   /// because libFuzzer prefers inputs that execute more code.
   bool HasSlowChecks() const;

@@ -34,7 +34,8 @@ namespace fuzz {
 /// Reads all remaining parts of `input` as a layout.
 ornwhatsnew::PanelLayout ReadLayout(Input& input);
 
-/// The host of a composed link, or its end if the link has a subdomain.
+/// The host name in a composed link. If the link has a subdomain, its host name ends with this
+/// string.
 inline constexpr std::string_view kComposedHost = "host.example";
 
 /// Returns whether `part` has a composed link.

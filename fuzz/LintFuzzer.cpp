@@ -91,7 +91,7 @@ void RequireCorrections(const LintReport& report, const std::string& text, const
                "the safe corrections omit only those that announce a change again");
 }
 
-// Requires that no line of `output` contains invisible characters.
+// Checks that no line of `output` contains invisible characters.
 void RequireVisible(std::string_view output) {
   for (std::size_t begin = 0; begin < output.size();) {
     const std::size_t end = std::min(output.find('\n', begin), output.size());

@@ -1,5 +1,5 @@
-// Makes each call on a list of the library and on a list of the plain implementation, and requires
-// equal results.
+// Makes each call on a list of the library and on a list of the plain implementation, and aborts
+// the process if the results differ.
 #ifndef FUZZ_LISTPAIR_H_
 #define FUZZ_LISTPAIR_H_
 
@@ -19,20 +19,20 @@ class ListPair {
  public:
   explicit ListPair(World& world);
 
-  /// Loads the data file into both lists and requires equal content.
+  /// Loads the data file into both lists. Aborts the process if their content differs.
   void Load(const std::string& dataText);
-  /// Displays both lists. `options` is a bitwise OR of `DisplayOptions` values. Requires that the
-  /// panels and the stored states are equal, and that exactly the hidden items and changes have a
-  /// hiding rule. Returns the panel.
+  /// Displays both lists and returns the panel. `options` is a bitwise OR of `DisplayOptions`
+  /// values. Checks that the panels and the stored states are equal, and that exactly the hidden
+  /// items and changes have a hiding rule. Aborts the process if one of these checks fails.
   test_support::PanelOutcome Display(unsigned options);
   /// Returns the result of `IsAnythingNew` for `options`, a bitwise OR of `DisplayOptions` values.
-  /// Requires that both lists return the same result.
+  /// Aborts the process if the two lists return different results.
   bool IsAnythingNew(unsigned options) const;
-  /// Returns the result of `IsAnythingNeedingRating`. Requires that both lists return the same
-  /// result.
+  /// Returns the result of `IsAnythingNeedingRating`. Aborts the process if the two lists return
+  /// different results.
   bool IsAnythingNeedingRating() const;
-  /// Marks the item with this key as rated in both lists. Requires that the stored states are
-  /// equal.
+  /// Marks the item with this key as rated in both lists. Aborts the process if the stored states
+  /// differ.
   void Rate(const std::string& key);
 
   const ornwhatsnew::FeatureListData& List() const { return list_; }

@@ -1,4 +1,5 @@
-// Checks the properties that every list and every panel must have for any data file and host.
+// Checks the properties that every list and every panel must have for any data file and host. If a
+// property does not hold, the process prints a message and aborts.
 #ifndef FUZZ_PANELPROPERTIES_H_
 #define FUZZ_PANELPROPERTIES_H_
 
@@ -8,10 +9,10 @@
 
 namespace fuzz {
 
-/// Requires that no key occurs twice in the key order. `InitWithData` guarantees this property.
+/// Checks that no key occurs twice in the key order. `InitWithData` guarantees this property.
 void RequireKeysOnce(const ornwhatsnew::FeatureListData& list);
 
-/// Requires that the list contains no change twice and has at most `rows` changes. `rows` is the
+/// Checks that the list contains no change twice and has at most `rows` changes. `rows` is the
 /// number of change rows in the data file.
 void RequireChangesOnce(const ornwhatsnew::FeatureListData& list, std::size_t rows);
 
@@ -19,20 +20,20 @@ void RequireChangesOnce(const ornwhatsnew::FeatureListData& list, std::size_t ro
 /// invalid element becomes the nil identity.
 ornwhatsnew::GuidSet StoredIdentities(const test_support::PlainPanel::Texts& stored);
 
-/// Requires that the panel has as many titles and rating records as the list has visible items.
-/// Also requires as many runs with the style `kStyleChangeText` as the visible changes need.
-/// `options` is the bitwise OR of the `DisplayOptions` values of the display call. `seen` contains
-/// the identities that were stored when the list was loaded.
+/// Checks that the panel has as many titles and rating records as the list has visible items, and
+/// as many runs with the style `kStyleChangeText` as the visible changes need. `options` is the
+/// bitwise OR of the `DisplayOptions` values of the display call. `seen` contains the identities
+/// that were stored when the list was loaded.
 void RequireWrittenOnce(const ornwhatsnew::FeatureListData& list, unsigned options,
                         const ornwhatsnew::GuidSet& seen, const test_support::PanelOutcome& panel);
 
-/// Requires that every run is inside the text and has no negative length, and that the runs of one
+/// Checks that every run is inside the text and has no negative length, and that the runs of one
 /// style start in ascending order. The run of a commit link may end one byte after the text, as
 /// docs/compatibility.md explains. REQUIRES: the template for issue keys is not translated to an
 /// empty string.
 void RequireRunsInside(const test_support::PanelOutcome& panel);
 
-/// Requires that the panel shows no item and has no rating record.
+/// Checks that the panel shows no item and has no rating record.
 void RequireNoFeatureWritten(const test_support::PanelOutcome& panel);
 
 }  // namespace fuzz

@@ -40,8 +40,8 @@ constexpr char kDataText[] =
     "25.1,BUGFIX,,,,,Win,,,Mended\n"
     "25.1,nowhere,,Unreviewed,,,,,,Not looked at\n";
 
-// Returns the text forms of the identities in a stored list. An invalid element becomes the nil
-// identity.
+// Returns the text form of each identity in the stored string `list`. An invalid element becomes
+// the nil identity.
 std::set<std::string> Identities(std::string_view list) {
   std::set<std::string> identities;
   if (list.empty()) return identities;
@@ -84,7 +84,7 @@ void RequireNothingLost(const std::set<std::string>& before, World& world) {
   Require(std::ranges::includes(after, before), "no identity is lost");
 }
 
-// Reloads the list and displays it. Requires that no stored identity is lost and that displayed
+// Reloads the lists and displays them. Checks that no stored identity is lost and that displayed
 // changes are not new.
 void RequireRemembered(ListPair& lists, World& world) {
   const auto written = world.Host().State().AllTexts();

@@ -11,8 +11,8 @@
 
 namespace fuzz {
 
-/// Parses JSON. Returns a discarded value if the text is invalid or contains NUL, or if an object
-/// has duplicate members.
+/// Parses JSON. Returns a value of the type `discarded` if `text` is not valid JSON, contains a NUL
+/// character, or has an object with duplicate member names.
 inline nlohmann::json ParseStrictly(std::string_view text) {
   using nlohmann::json;
   if (text.find('\0') != std::string_view::npos) return json::value_t::discarded;

@@ -37,8 +37,8 @@ using ornwhatsnew::TerminalOptions;
 using test_support::PlainUTF16to8;
 using test_support::PlainUTF8to16;
 
-// Returns the replacement if the code point must not reach the terminal. Returns other code points
-// unchanged.
+// Returns the code point that must replace `character` in terminal output, or `character` itself if
+// the terminal may receive it.
 UChar32 PlainReplacement(UChar32 character) {
   if (character < 0x20) return 0x2400 + character;
   if (character == 0x7F) return 0x2421;
@@ -48,8 +48,9 @@ UChar32 PlainReplacement(UChar32 character) {
   return isReplaced ? 0xFFFD : character;
 }
 
-// Returns the characters that the panel must show, in order. Omits white space, because wrapping
-// adds and removes it. Omits invisible characters, because the program keeps only some of them.
+// Returns the visible characters that a terminal must show for `text`, in order. Omits white space,
+// because wrapping adds and removes it. Omits invisible characters, because the library keeps only
+// some of them.
 std::string VisibleCharacters(std::string_view text) {
   const std::u16string utf16 = PlainUTF8to16(text);
   const icu::UnicodeString characters(utf16.data(), static_cast<std::int32_t>(utf16.size()));
@@ -102,7 +103,7 @@ void RequireSafeText(std::string_view text) {
   }
 }
 
-// Requires that the printed target of `link` contains only visible ASCII characters, without angle
+// Checks that the printed target of `link` contains only visible ASCII characters, without angle
 // brackets and double quotes. If the link is safe, the target must equal it. Otherwise, the target
 // must have at most `kMaximumPrintedTarget` bytes.
 void RequireOneTarget(const std::string& link) {
@@ -117,8 +118,8 @@ void RequireOneTarget(const std::string& link) {
   Require(target.size() <= ornwhatsnew::kMaximumPrintedTarget, "a target is short");
 }
 
-// Requires that the host in the printed target of a composed link ends with `kComposedHost`. Finds
-// the host in the same way as a browser.
+// Checks that the host name in the printed target of a composed link ends with `kComposedHost`.
+// Finds the host name in the same way as a browser.
 void RequireVisibleHost(const std::string& link) {
   const std::string target = PrintedLinkTarget(link);
   std::string_view rest = target;
@@ -134,7 +135,7 @@ void RequireVisibleHost(const std::string& link) {
 }
 
 // Returns the text that the terminal must show. It contains the printed target after each link in
-// the style `kStyleHotSpot`, unless the link equals its text or the program writes a hyperlink.
+// the style `kStyleHotSpot`, unless the link equals its text or the renderer writes a hyperlink.
 std::string ExpectedText(const PanelLayout& layout, const TerminalOptions& options) {
   std::u16string expected;
   for (const ornwhatsnew::LayoutParagraph& paragraph : layout.paragraphs) {
@@ -153,8 +154,8 @@ std::string ExpectedText(const PanelLayout& layout, const TerminalOptions& optio
   return PlainUTF16to8(expected);
 }
 
-// Returns whether the text is one grapheme. Only a line of one grapheme may be wider than the
-// terminal.
+// Returns whether the text is one grapheme. A line may be wider than the terminal only if it has
+// one grapheme after its indent.
 bool IsOneGrapheme(std::u16string_view text) {
   UErrorCode status = U_ZERO_ERROR;
   const std::unique_ptr<icu::BreakIterator> characters(

@@ -11,7 +11,8 @@
 namespace fuzz {
 namespace {
 
-// Returns the code point at the offset and moves the offset past it. Requires well-formed UTF-8.
+// Returns the code point at the offset and moves the offset past it. Aborts the process if the
+// bytes at the offset are not well-formed UTF-8.
 UChar32 ReadCharacter(std::string_view text, std::size_t& offset) {
   const auto* const bytes = reinterpret_cast<const std::uint8_t*>(text.data());
   auto next = static_cast<std::int32_t>(offset);
@@ -59,7 +60,8 @@ bool IsUrlByte(char c) {
   return c > 0x20 && c < 0x7F;
 }
 
-// Interprets the output like a terminal: tracks whether a style and a hyperlink are active.
+// Interprets the output as a terminal does: tracks whether a style and a hyperlink are active.
+// Aborts the process if the output contains a character or an escape sequence that is not allowed.
 class Terminal {
  public:
   explicit Terminal(std::string_view output) : rest_(output) {}

@@ -1,5 +1,5 @@
-// Checks the program's output for characters and escape sequences that could control a terminal or
-// hide text.
+// Checks output for characters and escape sequences that could control a terminal or hide text. If
+// a check fails, the process prints a message and aborts.
 #ifndef FUZZ_TERMINALSCAN_H_
 #define FUZZ_TERMINALSCAN_H_
 
@@ -12,8 +12,8 @@ namespace fuzz {
 /// are invisible, too.
 bool IsInvisible(char32_t codePoint);
 
-/// Requires that a panel consists of harmless characters, newlines, and escape sequences for styles
-/// and hyperlinks. Requires that styles and hyperlinks are off at the end of each line. Returns the
+/// Checks that a panel consists of harmless characters, newlines, and escape sequences for styles
+/// and hyperlinks. Checks that styles and hyperlinks are off at the end of each line. Returns the
 /// panel without escape sequences.
 ///
 /// All characters of well-formed UTF-8 are harmless, except control characters, line and paragraph
@@ -21,8 +21,8 @@ bool IsInvisible(char32_t codePoint);
 /// harmless.
 std::string RequireHarmlessPanel(std::string_view output);
 
-/// Requires that the output consists of newlines, tabs, and the characters that
-/// `RequireHarmlessPanel` allows. Escape sequences are not allowed.
+/// Checks that the output consists of newlines, tabs and harmless characters, as defined for
+/// `RequireHarmlessPanel`. Escape sequences are not allowed.
 void RequireHarmlessText(std::string_view output);
 
 }  // namespace fuzz

@@ -1,5 +1,5 @@
 // Fuzzes conversions between UTF-8 and UTF-16, case mapping, replacement, comparison and hashing.
-// ICU and plain code compute the expected results.
+// ICU and the plain implementation compute the expected results.
 //
 // The input is a line with one byte, followed by two strings that the byte 0xFF separates. The low
 // four bits of the byte are the number of bytes to skip at the start of the first string.
@@ -31,8 +31,9 @@ namespace {
 using namespace orncore::string;
 using namespace test_support;
 
-// Returns the bytes as UTF-16 code units, without an odd last byte. The buffer has exactly their
-// size, so that AddressSanitizer detects reads past its end.
+// Returns the bytes as UTF-16 code units. Ignores the last byte if the number of bytes is odd. The
+// buffer has exactly the size of the code units, so that AddressSanitizer detects reads past its
+// end.
 std::vector<char16_t> UnitsOf(std::string_view bytes) {
   std::vector<char16_t> units(bytes.size() / sizeof(char16_t));
   if (!units.empty()) std::memcpy(units.data(), bytes.data(), units.size() * sizeof(char16_t));

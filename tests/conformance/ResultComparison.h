@@ -10,8 +10,8 @@
 namespace conformance {
 
 /// A difference between two JSON values. `expected` and `got` contain the values at `path` as JSON
-/// on one line, shortened to the text around the first difference. `expected` or `got` is "nothing"
-/// if that value has no member or element at `path`.
+/// on one line, shortened to the text around the first difference. If one of the two values has no
+/// member or element at `path`, its string is "nothing".
 struct Difference {
   /// The JSON pointer to the value that differs.
   std::string path;

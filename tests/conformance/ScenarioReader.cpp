@@ -31,7 +31,7 @@ std::string DecodeData(const JsonReader& encoded) {
 
 /// Returns the data file of a step, or nullopt if the step has none. The member `data`, `dataLines`
 /// or `dataBase64` contains the file. Throws `JsonError` if the step has more than one of these
-/// members, or if the member has the wrong type or malformed Base64.
+/// members, or if the member has the wrong type or contains malformed Base64.
 std::optional<std::string> ReadOptionalData(const JsonReader& step) {
   const auto text = step.Find("data");
   const auto lines = step.Find("dataLines");

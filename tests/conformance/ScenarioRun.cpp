@@ -125,7 +125,7 @@ class ScenarioWorld {
 
   json Do(const HostStep& step) {
     hosts::common::InstallHost(step.host);
-    // `InstallHost` replaces the debug store, so install a `ScenarioDebugStore` again.
+    // `InstallHost` replaces the debug store, so install a new `ScenarioDebugStore`.
     UseDebugEntries(step.replacesDebug ? step.host.debug : debugStore_->Entries());
     if (step.replacesState) store_.Replace(step.host.state);
     return nullptr;

@@ -36,7 +36,8 @@ using test_support::FailureExtent;
 using test_support::FailureThreads;
 using test_support::LiveAllocations;
 
-// The first command of a process starts the reading thread within this number of allocations.
+// The first command of a process makes at most this number of allocations before the reading thread
+// starts.
 constexpr std::size_t kAllocationsOfStart = 40;
 
 // The environment variables that select the failing allocations in a child process.
@@ -131,8 +132,8 @@ class MemoryOfCommandTest : public FaultTest {
         << "the failure was neither printed nor logged";
   }
 
-  /// Returns the number of live allocations after the reading thread has ended. The thread may
-  /// still free memory when the command has returned.
+  /// Waits until the reading thread has ended, because the thread may free memory after the command
+  /// has returned. Returns the number of live allocations.
   static std::ptrdiff_t LiveAllocationsWithoutThread() {
     orncore::filesupport::GetDefaultExecutor().Join();
     return LiveAllocations();

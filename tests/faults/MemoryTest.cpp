@@ -77,7 +77,8 @@ class MemoryTest : public FaultTest {
     });
   }
 
-  /// Expects that a failed query changes nothing and returns the same value when it is repeated.
+  /// Expects that a failed query changes nothing, and that the repeated query returns the value
+  /// that it returns without a failure.
   template <class Query>
   void ExpectQueryCanBeRepeated(const Query& query) const {
     const World other = MakeWorld();
@@ -100,8 +101,8 @@ class MemoryTest : public FaultTest {
     operation(operated);
   }
 
-  /// Makes the n-th allocation of the operation fail, and also the later ones if `extent` requires
-  /// it. Calls `check` after the failure, and expects that no memory is leaked. Returns false if
+  /// Makes the n-th allocation of the operation fail. With `kAllFrom`, all later allocations also
+  /// fail. Calls `check` after the failure, and expects that no memory is leaked. Returns false if
   /// the operation makes fewer than `n` allocations.
   bool FailOneWithoutLeak(std::size_t n, FailureExtent extent, const Operation& operation,
                           const Check& check) const {

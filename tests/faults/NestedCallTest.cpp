@@ -151,8 +151,8 @@ class HookedDictionary : public orncore::config::DictionarySource {
  public:
   explicit HookedDictionary(std::function<void()> hook) : hook_(std::move(hook)) {}
   std::optional<UTF8String> Find(std::string_view key) const override {
-    // The list looks up this key while it iterates over its items. It looks up the keys of
-    // templates earlier, so ignore them.
+    // Ignore the keys of templates, because the list looks them up before it iterates over its
+    // items. It looks up this key during the iteration.
     if (key == "$$$/ornwhatsnew/Change/Localized") hook_();
     return std::nullopt;
   }

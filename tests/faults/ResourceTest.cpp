@@ -32,7 +32,7 @@ constexpr std::size_t kLarge = std::size_t{4} << 20;
 #else
 constexpr std::size_t kLarge = std::size_t{64} << 20;
 #endif
-// A parser with quadratic running time would not finish a file of this size in a reasonable time.
+// A parser with quadratic running time would not parse a file of this size in a reasonable time.
 constexpr std::size_t kLargeOfEachByte = kLarge / 8;
 
 /// A resource manager whose `LoadResource` calls a function of the test.

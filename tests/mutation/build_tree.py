@@ -15,7 +15,7 @@ import subprocess
 from dataclasses import dataclass
 from pathlib import Path
 
-# Maps each shared library to its folders. The mutants are changes of the files in these folders.
+# Maps each shared library to its folders. Each mutant is a change to one of the files in these folders.
 LIBRARIES = {
     "modules": ("orncore", "ornappsupport", "ornui", "ornwhatsnew"),
     "hosts": ("hosts/common", "hosts/author", "hosts/console"),
@@ -55,8 +55,8 @@ LINT_DEFINITIONS = {
     "LINT_CODE_PAGE": "source/docs/lint-codes.md",
 }
 REQUIRED_LIBRARIES = ("murmurhash", "icuuc", "csv", "boost_locale", "crypto", "cmark")
-# At most this number of sources of the library and the hosts is recompiled for a mutant of a header. The
-# option --survivors has no limit.
+# The maximum number of library and host sources that are recompiled for a mutant of a header. With the
+# option --survivors, there is no maximum.
 MOST_INCLUDERS = 12
 
 

@@ -64,11 +64,11 @@ DECLARATION = re.compile(
     r"else|case|default)\b|.*= (?:default|delete);$", re.S)
 # Variable declarations are not removed, because the source would not compile without them.
 VARIABLE = re.compile(r"^[\w:<>,&*\s\x01]+[\s&*>]\w+(?:\s*=[^=].*|\(.*|\{.*|\[.*)?;$", re.S)
-# Reserving memory does not change results.
+# Calls that reserve memory are not removed, because they do not change results.
 RESERVATION = re.compile(r"\b[rR]eserve\(")
 STATEMENT = re.compile(r"^[\w:(*~+-].*;$", re.S)
-# These lines have no mutants. They are preprocessor lines, the first lines of templates and friends, using
-# declarations, and assertions, which are checks themselves.
+# These lines have no mutants. They are preprocessor lines, the first lines of templates and friend
+# declarations, using declarations, and assertions, which are checks themselves.
 SKIPPED_LINE = re.compile(r"^\s*(?:template\b|#|static_assert\b|assert\b|using\b|friend\b)")
 
 

@@ -151,7 +151,7 @@ class TestPlan:
         start, cpu_start = time.monotonic(), children_cpu()
         status, output = run([f"bin/{program}", f"--gtest_filter={FILTERS.get(program, '*')}"],
                              tree.folder, temporary)
-        # GoogleTest measures wall time, which is longer on a busy machine.
+        # GoogleTest measures wall time, which is longer on a busy machine. Convert it to processor time.
         share = min(1.0, (children_cpu() - cpu_start) / (time.monotonic() - start))
         failed = sorted(set(FAILED_LINE.findall(output)))
         if status not in (0, 1) or len(failed) > MOST_FAILING or bool(status) != bool(failed):

@@ -30,7 +30,7 @@ using Reason = DataRowSkipReason;
 constexpr std::uint64_t kSeed = 20251120;
 constexpr char kHeader[] = "version,grouping,,,,,,,,\n";
 
-// A copy of a `DataRow`. Tests need copies, because each call of `Next` overwrites the row that the
+// A copy of a `DataRow`. Tests need copies, because each call to `Next` overwrites the row that the
 // previous call returned.
 struct ReadRow {
   Kind kind;

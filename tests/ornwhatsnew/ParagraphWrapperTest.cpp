@@ -16,7 +16,8 @@ namespace {
 
 using testing::ElementsAre;
 
-/// Returns the lines of the paragraph `text`, each with its indent, as the program prints them.
+/// Returns the lines of the paragraph `text`, each with its indent, as they appear in plain text
+/// and on a terminal.
 std::vector<std::string> Lines(std::u16string_view text, std::size_t width,
                                ParagraphShape shape = {}) {
   ParagraphWrapper wrapper(width);

@@ -31,11 +31,11 @@ foreach(folder top_level subproject)
     set(default STATIC_LIBRARY)
   endif()
   expect(${folder} ${default} ${source})
-  # The type of the library follows each change of BUILD_SHARED_LIBS.
+  # The type of the library must follow each change of BUILD_SHARED_LIBS.
   expect(${folder} SHARED_LIBRARY ${source} -DBUILD_SHARED_LIBS=ON)
   expect(${folder} STATIC_LIBRARY ${source} -DBUILD_SHARED_LIBS=OFF)
   expect(${folder} ${default} ${source})
-  # ORNWHATSNEW_SHARED has precedence over BUILD_SHARED_LIBS.
+  # ORNWHATSNEW_SHARED must have precedence over BUILD_SHARED_LIBS.
   expect(${folder} STATIC_LIBRARY ${source} -DBUILD_SHARED_LIBS=ON -DORNWHATSNEW_SHARED=OFF)
   expect(${folder} SHARED_LIBRARY ${source} -DBUILD_SHARED_LIBS=OFF -DORNWHATSNEW_SHARED=ON)
 endforeach()

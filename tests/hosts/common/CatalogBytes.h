@@ -13,7 +13,7 @@ namespace hosts::common {
 /// The source texts and translations of a catalog, sorted by source text.
 using CatalogEntries = std::vector<std::pair<std::string, std::string>>;
 
-/// Returns the entry that contains the properties of a catalog.
+/// Returns the header entry of a catalog, which specifies the character set `charset`.
 inline std::pair<std::string, std::string> Properties(std::string_view charset = "UTF-8") {
   return {"", "Content-Type: text/plain; charset=" + std::string(charset) + "\n"};
 }

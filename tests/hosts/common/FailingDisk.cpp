@@ -20,7 +20,8 @@ namespace {
 
 FailingDisk* currentDisk = nullptr;
 
-/// Returns 0 if the call of `function` must not fail. Otherwise, sets `errno` and returns -1.
+/// Returns 0 if the failing disk lets the call to `function` succeed, or if there is no failing
+/// disk. Otherwise, sets `errno` to the simulated error and returns -1.
 int Check(std::string_view function, const std::string& path) {
   const int error = currentDisk == nullptr ? 0 : currentDisk->ErrorOf(function, path);
   if (error == 0) return 0;

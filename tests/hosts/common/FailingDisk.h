@@ -1,6 +1,6 @@
 // Simulates a disk that fails. FailingDisk.cpp replaces the functions of the C library that change
-// files. While a `FailingDisk` exists, it decides which calls of these functions fail. Calls that
-// do not fail are recorded and passed to the operating system.
+// files. While a `FailingDisk` exists, it decides which calls to these functions fail. It records
+// the other calls and passes them to the operating system.
 #ifndef TESTS_HOSTS_COMMON_FAILINGDISK_H_
 #define TESTS_HOSTS_COMMON_FAILINGDISK_H_
 
@@ -46,15 +46,15 @@ class FailingDisk {
   /// Returns the number of calls that have failed since `FailAt`.
   int Failures() const { return failures_; }
 
-  /// Returns the calls that change or sync files, since the construction or the last `FailAt`.
-  /// Omits the calls that this object made fail. Each element has the name of the function and the
-  /// name of the file without its folder, for example "fsync state.json". For a rename, the element
-  /// has the new name of the file.
+  /// Returns the calls that change or sync files, since construction or the last `FailAt`. Omits
+  /// the calls that this object made fail. Each element has the name of the function and the name
+  /// of the file without its folder, for example "fsync state.json". For a rename, the element has
+  /// the new name of the file.
   const std::vector<std::string>& Calls() const { return calls_; }
 
-  /// Calls `action` before each following call that equals `call`. Tests use it to act like another
-  /// program at this moment. `call` has the form of an element of `Calls`, or is "flock" with the
-  /// name of the locked file. The calls that `action` makes do not call it again.
+  /// Calls `action` before each following call that equals `call`. Tests use `action` to simulate
+  /// another program at this moment. `call` has the form of an element of `Calls`, or is "flock"
+  /// with the name of the locked file. Calls that `action` itself makes do not run `action` again.
   void RunBefore(std::string call, std::function<void()> action);
 
   /// Runs the action that was passed to `RunBefore`, if `call` is the call that was passed with it.
@@ -62,8 +62,8 @@ class FailingDisk {
   void RunActionBefore(const std::string& call);
 
   /// First runs the action of `RunBefore` if it is for this call. Returns the error number with
-  /// which the call of `function` for the file `path` must fail, or 0 if it must succeed. Records
-  /// the call if it does not fail.
+  /// which the call to `function` for the file `path` must fail, or 0 if the call must succeed.
+  /// Records the call if it does not fail.
   int ErrorOf(std::string_view function, const std::string& path);
 
  private:

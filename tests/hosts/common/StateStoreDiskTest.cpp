@@ -1,8 +1,8 @@
 // Tests the store on a disk that fails. The test repeats each kind of write, and makes another
 // system call fail each time, until every call that the fault affects has failed. After each
 // failure, the store must contain the new state if the file was replaced, and otherwise the old
-// state. The next write must succeed. Further tests check when a write syncs the files, and what
-// the error messages name.
+// state. The next write must succeed. Further tests check when a write syncs the files, and that
+// each error message names the failed action and its file.
 #include <algorithm>
 #include <filesystem>
 #include <iostream>
@@ -142,8 +142,9 @@ class StateStoreDiskTest : public testing::TestWithParam<Case> {
                              EndsWith(advice + ", or name a file elsewhere with --state")));
   }
 
-  /// Tests a failure of the n-th system call of the write. Returns false if the write has fewer
-  /// than n calls that can fail.
+  /// Makes the n-th call that the fault affects fail during the write, and checks the store. Then
+  /// repairs the disk, repeats the write, and checks the store again. Returns false if the write
+  /// makes fewer than n such calls.
   bool TestFailureOf(int n) {
     const std::filesystem::path file = NewStore();
     Session session(file);
@@ -187,8 +188,8 @@ TEST_P(StateStoreDiskTest, KeepsTheStateIfAnyCallFails) {
   int n = 1;
   while (TestFailureOf(n) && !HasFailure()) ++n;
   std::cout << failedCalls_ << " calls failed in turn\n";
-  // A write makes at least six calls. It creates the lock file and the temporary file, writes the
-  // temporary file, syncs it, renames it, and syncs the folder.
+  // At least six calls of each write can fail. The write creates the lock file and the temporary
+  // file, writes the temporary file, syncs it, renames it, and syncs the folder.
   EXPECT_GE(failedCalls_, 6);
 }
 

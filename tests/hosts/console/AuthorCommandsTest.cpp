@@ -227,7 +227,8 @@ TEST_F(AuthorCommands, AddPrintsTheWarningsOnTheNewRowOnly) {
   EXPECT_THAT(result.errors, HasSubstr("whats new.csv: error: "));
 }
 
-// `lint` would report that the data file has no Changes-Since row.
+// `lint` would report that the data file has no Changes-Since row. `add` must report only the
+// findings on the new row.
 TEST_F(AuthorCommands, AddOfTheFirstChangePrintsNoFindingOnTheFile) {
   WriteData("");
   EXPECT_EQ("", OutputOf({"add", "{data}", "--grouping-id", "MISC", "--app-version", "25.1",

@@ -22,8 +22,8 @@ class ProgramTest : public testing::Test {
  protected:
   ProgramTest();
 
-  /// Returns a call of the program with the arguments `words`. Replaces `{data}` with the path of
-  /// the data file, and `{host}` with `--host` and the path of the host description.
+  /// Returns a `ProgramCall` with the arguments `words`. Replaces `{data}` with the path of the
+  /// data file, and `{host}` with `--host` and the path of the host description.
   test_support::ProgramCall Call(const std::vector<std::string>& words) const;
 
   /// Runs the program with the call that `Call` returns, and returns the result.

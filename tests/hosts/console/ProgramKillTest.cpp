@@ -81,8 +81,8 @@ class ProgramKillTest : public ProgramTest {
     rated_ = ElementsOf(StateStore(file), common::kAllSeenItemsKey);
   }
 
-  /// Returns a call whose standard output is not a pipe. If it were a pipe, `show` would wait for
-  /// its reader, and most kills would occur during this wait.
+  /// Returns a `ProgramCall` whose standard output is not a pipe. If it were a pipe, `show` would
+  /// wait for its reader, and most kills would occur during this wait.
   ProgramCall CallWithoutReader(const std::vector<std::string>& words) const {
     ProgramCall call = Call(words);
     call.beforeStart = [] { ::dup2(::open("/dev/null", O_WRONLY), STDOUT_FILENO); };

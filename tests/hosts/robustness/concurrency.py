@@ -70,7 +70,7 @@ class Rounds:
             try:
                 ends.append(program.wait(process, line[0], deadline))
             except Broken as problem:
-                # Wait for the other programs, so that none of them changes the next store.
+                # Continue to wait for the other programs, so that none of them runs during the next round.
                 ends.append(problem)
         printed = None
         for line, process, end in zip(words, processes, ends):

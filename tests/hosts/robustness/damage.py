@@ -124,7 +124,7 @@ KINDS = ("empty", "random", "names the victim", "folder", "full folder", "FIFO",
          "hard link", "not readable", "link", "dangling link", "link to itself", "link to a folder",
          "link to /dev/zero", "link to /dev/full")
 
-# Files of these kinds next to a store do not make any command fail.
+# A command must not fail because of a file of one of these kinds next to its store.
 HARMLESS_KINDS = {"empty", "random", "names the victim", "hard link"}
 
 

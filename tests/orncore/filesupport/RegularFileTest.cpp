@@ -34,9 +34,9 @@ class RegularFileTest : public FileFixture {
     }
   }
 
-  // Opens and reads the file without the check that `ReadRegularFile` makes before the open. The
-  // read fails if the file has more than `maxBytes` bytes. Returns the result code of the failure,
-  // or 0 on success.
+  // Opens and reads the file without the check that `ReadRegularFile` performs before it opens a
+  // file. The read fails if the file has more than `maxBytes` bytes. Returns the result code of the
+  // failure, or 0 on success.
   static int ResultOfReading(const fs::path& path, std::size_t maxBytes) {
     try {
       RegularFile(path).ReadToEnd(maxBytes, {});

@@ -44,8 +44,8 @@ void AppendCodePoint(std::u16string& out, std::uint32_t codePoint) {
   out += static_cast<char16_t>(codePoint);
 }
 
-// Converts `text` from UTF-8 to UTF-16 according to the table `kLeads`. Slow and simple. Replaces
-// each maximal subpart of an ill-formed sequence with one U+FFFD.
+// Converts `text` from UTF-8 to UTF-16 according to the table `kLeads`. Replaces each maximal
+// subpart of an ill-formed sequence with one U+FFFD. This implementation is simple but slow.
 std::u16string PlainUTF8to16(std::string_view text) {
   std::u16string out;
   std::size_t position = 0;

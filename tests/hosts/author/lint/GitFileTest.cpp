@@ -40,14 +40,14 @@ void RunGit(const std::filesystem::path& folder, const std::vector<std::string>&
   ASSERT_EQ(result.exitStatus, 0) << result.errors;
 }
 
-/// Commits all files in `folder`, and creates a repository if there is none.
+/// Creates a repository in `folder` if there is none, and commits all files in the folder.
 void Commit(const std::filesystem::path& folder) {
   RunGit(folder, {"init", "-q"});
   RunGit(folder, {"add", "."});
   RunGit(folder, {"commit", "-q", "-m", "a commit"});
 }
 
-/// git sets GIT_DIR for a hook in a linked worktree.
+/// git sets GIT_DIR when it runs a hook in a linked worktree.
 TEST(GitFile, ReadsAFileBelowTheTopFolderIfGitDirIsSet) {
   const test_support::TemporaryFolder folder;
   std::filesystem::create_directory(folder.Path() / "sub");

@@ -22,7 +22,7 @@ namespace {
 
 using testing::HasSubstr;
 
-// Returns the content of docs/lint-codes.md.
+// Returns the expected content of docs/lint-codes.md.
 std::string CodePage() {
   std::string text =
       "# Codes of ornwhatsnew lint\n\n"
