@@ -57,7 +57,7 @@ void RequireChange(const DataFields& fields) {
                       "instead");
   }
   throw OptionError(
-      "the library skips a row without a grouping ID; name the key of a feature or a section");
+      "the library skips a row without a grouping ID; specify the key of a feature or section");
 }
 
 /// Throws `InputError` if `dataFile` is not valid UTF-8, or if it has rows but no header row.

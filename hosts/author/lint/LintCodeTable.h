@@ -16,8 +16,9 @@ inline constexpr auto kLintCodes = std::to_array<LintCodeInfo>({
      "many countries, spreadsheet programs separate the fields with semicolons.",
      "Export the table with commas as separators."},
     {LintCode::kFileUTF16, "file-utf16", Severity::kError, "the file is UTF-16",
-     "A data file is UTF-8. The library reads a UTF-16 file as ill-formed text and skips its "
-     "rows. Spreadsheet programs call this format \"Unicode text\".",
+     "A data file is UTF-8. The library reads the bytes of a UTF-16 file as UTF-8, so external "
+     "users see no changes, and internal users see unreadable text. Spreadsheet programs call "
+     "UTF-16 \"Unicode text\".",
      "Save the file as UTF-8."},
     {LintCode::kFileNotUTF8, "file-not-utf8", Severity::kError, "bytes that are not UTF-8",
      "Users see the replacement character U+FFFD instead of these bytes. Such bytes usually "
@@ -26,8 +27,8 @@ inline constexpr auto kLintCodes = std::to_array<LintCodeInfo>({
     {LintCode::kFileLineEnds, "file-line-ends", Severity::kError, "a line ends in CR alone",
      "The library removes the CR and joins the two lines into one row, which then has the "
      "wrong number of fields or the wrong text.",
-     "Use LF or CR LF line endings. --fix replaces CR line endings if each line is a complete "
-     "row."},
+     "Use LF or CR LF line endings. --fix replaces CR line endings with LF if each line is a "
+     "complete row."},
     {LintCode::kFileEmpty, "file-empty", Severity::kError, "the file is empty",
      "Users see no changes.", "Add the header row and the changes."},
     {LintCode::kNulByte, "nul-byte", Severity::kError, "a NUL byte",
@@ -44,7 +45,7 @@ inline constexpr auto kLintCodes = std::to_array<LintCodeInfo>({
      "Delete the byte order mark."},
     {LintCode::kHeaderMissing, "header-missing", Severity::kError,
      "the first row is a change, not a header",
-     "The library uses the first row as the header, whatever it contains. The change in this "
+     "The library uses the first row as the header, regardless of its content. The change in this "
      "row is lost.",
      "Insert a header row with ten column names before the first row."},
     {LintCode::kHeaderWidth, "header-width", Severity::kError,
@@ -67,14 +68,14 @@ inline constexpr auto kLintCodes = std::to_array<LintCodeInfo>({
      "The library reads the second header as a change, which internal users see. Joining two "
      "files can leave such a row.",
      "Delete the row."},
-    {LintCode::kHeaderOrder, "header-order", Severity::kError, "the columns are in another order",
-     "The library finds a column by its position and ignores its name. It therefore uses the "
-     "values of these columns as values of other columns.",
+    {LintCode::kHeaderOrder, "header-order", Severity::kError, "the columns are in the wrong order",
+     "The library identifies a column by its position and ignores its name. The library therefore "
+     "reads the values of these columns as values of other columns.",
      "Put the columns in the order that the manual lists."},
     {LintCode::kChangesSinceBeforeHeader, "changes-since-before-header", Severity::kError,
      "a Changes-Since row before the header",
-     "The library uses this row as the header. Its version is lost, and the library reads the "
-     "real header as a change.",
+     "The library uses this row as the header. The version in the row is lost, and the library "
+     "reads the real header as a change.",
      "Move the row below the header."},
     {LintCode::kFieldCount, "field-count", Severity::kError, "the row does not have ten fields",
      "The library skips the row, so its change is lost.",
@@ -95,12 +96,12 @@ inline constexpr auto kLintCodes = std::to_array<LintCodeInfo>({
      "library skips it and the change is lost.",
      "Put double quotes around the text."},
     {LintCode::kIssueList, "issue-list", Severity::kError, "several issues in one row",
-     "A row has one story ID. The other issues shift all fields after them, so the library "
-     "skips the row and the change is lost.",
+     "A row can contain only one story ID. The other issues shift all fields after them, so the "
+     "library skips the row and the change is lost.",
      "Keep one story ID, or write one row for each issue."},
     {LintCode::kMissingComma, "missing-comma", Severity::kError, "commas are missing",
      "The row has too few fields, so the library skips it and the change is lost.",
-     "Add the missing commas. A complete row has nine commas outside of quotes."},
+     "Add the missing commas. A complete row has nine commas outside quotes."},
     {LintCode::kTrailingComma, "trailing-comma", Severity::kError, "commas after the last field",
      "The row has too many fields, so the library skips it and the change is lost.",
      "Delete the commas after the text."},
@@ -123,8 +124,8 @@ inline constexpr auto kLintCodes = std::to_array<LintCodeInfo>({
     {LintCode::kGroupingIDUnknown, "grouping-id-unknown", Severity::kError,
      "the grouping ID matches no feature and no section",
      "The change belongs to the section INTERNAL, so only internal users see it. A key must "
-     "match exactly, including its letter case. Without --host, only misspelt section keys and "
-     "keys of spaces are reported.",
+     "match exactly, including its letter case. Without --host, lint reports only misspelt "
+     "section keys and grouping IDs that consist of spaces.",
      "Write the epic key of a feature, or MISC, BUGFIX or INTERNAL."},
     {LintCode::kSalienceUnknown, "salience-unknown", Severity::kError,
      "the salience is not a keyword",
@@ -132,9 +133,9 @@ inline constexpr auto kLintCodes = std::to_array<LintCodeInfo>({
      "intended to hide the change or the feature.",
      "Write a keyword from the manual, or leave the field empty."},
     {LintCode::kSalienceTwoWords, "salience-two-words", Severity::kError,
-     "two words in the salience",
-     "The salience is one keyword. The library ignores any other text, so neither word has "
-     "an effect and the change is shown.",
+     "several words in the salience",
+     "The salience is one keyword. The library ignores any other text, so none of the words "
+     "has an effect and the change is shown.",
      "Keep one keyword."},
     {LintCode::kKeywordColumn, "keyword-column", Severity::kError,
      "a keyword is in the wrong column",
@@ -159,7 +160,7 @@ inline constexpr auto kLintCodes = std::to_array<LintCodeInfo>({
      "a line after the Changes-Since row replaces its version",
      "A row with fewer than ten fields inherits the missing fields from the row before it. A line "
      "with one field after a Changes-Since row is therefore a second Changes-Since row, and the "
-     "heading shows its text. A comment line has the same effect.",
+     "heading shows its text. A comment line without a comma has the same effect.",
      "Move the line away from the Changes-Since row."},
     {LintCode::kChangesSinceVersion, "changes-since-version", Severity::kError,
      "the Changes-Since version is empty, begins with a v, or contains a comma",
@@ -203,7 +204,7 @@ inline constexpr auto kLintCodes = std::to_array<LintCodeInfo>({
      "Write the first affected version into the sixth column, and the version that contains "
      "the change into the first column."},
     {LintCode::kBoundsHost, "bounds-host", Severity::kError,
-     "the full version of the host cannot be compared with the versions",
+     "the full version of the host cannot be compared with the versions of the change",
      "The library compares both versions with the application's full version, which is its "
      "version and its build number. If the numbers of components differ, or if a component is "
      "above 999, the results of the comparisons are meaningless.",
@@ -223,7 +224,7 @@ inline constexpr auto kLintCodes = std::to_array<LintCodeInfo>({
      "The text does not begin with $$$/, so users see the key instead of its translation.",
      "Delete the space."},
     {LintCode::kKeyPrefix, "key-prefix", Severity::kError,
-     "a localisation key with more or fewer than three dollar signs",
+     "a localisation key with two dollar signs, or with more than three",
      "The text does not begin with $$$/, so users see the key instead of its translation.",
      "Begin the key with $$$/."},
     {LintCode::kKeyNoDefault, "key-no-default", Severity::kError,
@@ -250,7 +251,7 @@ inline constexpr auto kLintCodes = std::to_array<LintCodeInfo>({
      "\"View more\" link.",
      "Delete the link, or move the change to a feature."},
     {LintCode::kLinkInText, "link-in-text", Severity::kWarning, "a link in the text",
-     "The panel shows the text unchanged, so the link cannot be opened.",
+     "The panel shows the link as plain text, so users cannot open it.",
      "Write the link into the column for links."},
     {LintCode::kRatingInSection, "rating-in-section", Severity::kWarning,
      "a rating request in a section",
@@ -287,7 +288,7 @@ inline constexpr auto kLintCodes = std::to_array<LintCodeInfo>({
      "The panel does not interpret HTML, so users see the tags or entities.", "Write plain text."},
     {LintCode::kMojibake, "mojibake", Severity::kWarning,
      "the text was decoded with the wrong encoding",
-     "Sequences such as U+00C3 U+00A4 are UTF-8 bytes that a program read as Windows-1252. "
+     "Sequences such as U+00C3 U+00A4 result from UTF-8 bytes that a program read as Windows-1252. "
      "Users see the wrong characters.",
      "Restore the characters, and save the file as UTF-8."},
     {LintCode::kCommitNumber, "commit-number", Severity::kWarning,
@@ -325,7 +326,7 @@ inline constexpr auto kLintCodes = std::to_array<LintCodeInfo>({
      "The change belongs to a later version of the application, or the host description is out "
      "of date.",
      "Check the version, or update the host description."},
-    {LintCode::kLinkLater, "link-later", Severity::kNote, "later links of a feature",
+    {LintCode::kLinkLater, "link-later", Severity::kNote, "a feature has more than one link",
      "The first well-formed link of a feature becomes its link. The library ignores later links.",
      "Delete the later links, or write the best link first."},
     {LintCode::kFeatureWithoutChange, "feature-without-change", Severity::kNote,
@@ -335,7 +336,7 @@ inline constexpr auto kLintCodes = std::to_array<LintCodeInfo>({
     {LintCode::kStoryIDWins, "story-id-wins", Severity::kNote, "the story ID is the key of an item",
      "The library looks up the key in the third column first. The change therefore belongs to the "
      "item with this key, and not to the item of its grouping ID.",
-     "To make the item clear, write its key into the second column."},
+     "To make the row easier to understand, write the key of this item into the second column."},
     {LintCode::kUnreviewedLeft, "unreviewed-left", Severity::kNote, "a change is still unreviewed",
      "Only internal users see the change, in the section UNREVIEWED.",
      "After the review, delete the salience."},
@@ -353,7 +354,7 @@ inline constexpr auto kLintCodes = std::to_array<LintCodeInfo>({
      "Undo the edit if it is not worth an announcement. Edits of quotes, of default texts, and of "
      "the letter case in columns 2, 3, 4, 6 and 7 do not make a row new again."},
     {LintCode::kBaselineVanished, "baseline-vanished", Severity::kWarning,
-     "a row of the earlier file was removed", "The change is no longer shown.",
+     "a row of the earlier file was removed", "Users no longer see the change.",
      "Restore the row if users still need it."},
     {LintCode::kBaselineRatedAgain, "baseline-rated-again", Severity::kWarning,
      "a feature requests a rating again",
