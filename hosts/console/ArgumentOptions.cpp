@@ -23,7 +23,8 @@ const OptionFlag kFilterFlags[] = {
      "Omit changes that are relevant only to versions that\n"
      "you never used"},
     {"--headlines", ornwhatsnew::kFilterHeadlinesOnly,
-     "Omit every change whose salience is not malformed"},
+     "Omit all changes except those with a malformed\n"
+     "salience"},
 };
 
 const Choices<OutputFormat> kFormats = {

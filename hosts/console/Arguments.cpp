@@ -288,7 +288,7 @@ class CommandLine {
               "Use colours: auto (default), always or never")
         ->type_name("WHEN");
     AddChoice(command, "--fail-on", kSeverities, lint_.failOn,
-              "Exit with the status 1 if a finding has at least this\n"
+              "Exit with status 1 if a finding has at least this\n"
               "severity: note, warning or error (default)")
         ->type_name("LEVEL");
     AddSeverity(command);
@@ -318,8 +318,8 @@ class CommandLine {
         ->required()
         ->type_name("FILE");
     command.add_flag("--watch", preview_.watches,
-                     "Write the page again after each change of an input file,\n"
-                     "until Ctrl+C");
+                     "Regenerate the page whenever an input file changes,\n"
+                     "until you press Ctrl+C");
   }
 
   void AddSeverity(CLI::App& command) {
