@@ -86,10 +86,11 @@ class CatalogTables {
       const std::size_t length = NumberAt(entry);
       const std::size_t offset = NumberAt(entry + 4);
       const bool isInside = offset < bytes_.size() && length < bytes_.size() - offset;
-      if (!isInside || bytes_[offset + length] != '\0') Fail("a string is outside of the file");
+      if (!isInside) Fail("a string is outside of the file");
+      if (bytes_[offset + length] != '\0') Fail("a string does not end with NUL");
       // Without this limit, a small file could contain a long string many times.
       total += length + 1;
-      if (total > bytes_.size()) Fail("its strings overlap");
+      if (total > bytes_.size()) Fail("its strings are longer than the file");
       strings.push_back(bytes_.substr(offset, length));
     }
     return strings;

@@ -95,7 +95,8 @@ void ReadLink(const JsonReader& object, std::string_view name, std::string_view 
 }
 
 PanelLinks ReadLinks(const JsonReader& object) {
-  constexpr std::string_view kTemplate = "an https URL with @0 after the host, or an empty string";
+  constexpr std::string_view kTemplate =
+      "an https URL with @0 after the host name, or an empty string";
   object.RequireObject({"issueLink", "commitLink", "privacyPage", "issuePrefix"});
   PanelLinks links;
   ReadLink(object, "issueLink", kTemplate, links, &PanelLinks::issueLink);

@@ -29,7 +29,7 @@ class NewsPage : public QTextBrowser {
   /// paragraphs, the paragraph at the top of the view has the same index as before.
   void showLayout(const ornwhatsnew::PanelLayout& layout, const PanelStyle& style);
 
-  /// Returns the elements of the page, which are valid until the next call of `showLayout`.
+  /// Returns the elements of the page, which are valid until the next call to `showLayout`.
   const std::vector<NewsElement>& elements() const { return document_->elements(); }
 
   /// Returns the rectangle of `element` in the coordinates of the viewport.

@@ -126,7 +126,7 @@ async function checkTexts(page) {
   }
 }
 
-// Presses Tab until the end of the page. Checks that it visits all links and the list of findings in
+// Presses Tab until the end of the page. Checks that the focus visits all links and the list of findings in
 // their order, and that each of them has a visible focus.
 async function checkKeyboard(page) {
   const selector = 'a[href], #findings';

@@ -224,6 +224,8 @@ bool InChildProcess(const std::function<bool()>& work) {
       result = work();
     } catch (const std::exception& error) {
       std::cerr << error.what() << '\n';
+    } catch (...) {
+      std::cerr << "unknown exception\n";
     }
     ::_exit(result ? 0 : 1);
   }

@@ -30,7 +30,7 @@ bool IsUTF16(std::string_view text) {
 void CheckUTF16(LintContext& context) {
   if (!IsUTF16(context.File().Text())) return;
   context.ReportFile(LintCode::kFileUTF16,
-                     "the file is UTF-16, so none of its rows is read; save it as UTF-8");
+                     "the file is UTF-16, so users see none of its changes; save it as UTF-8");
   context.Stop();
 }
 

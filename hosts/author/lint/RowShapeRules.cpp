@@ -292,7 +292,8 @@ void ReportTooFewFields(LintContext& context, const Shape& shape) {
   const std::size_t missing = kDataColumnCount - shape.Count();
   const std::size_t index = shifted.value_or(shape.Count() - 1);
   const std::string where = shifted ? " before this field" : "";
-  const std::string reason = missing == 1 ? " for the empty column" : ", one for each empty column";
+  const std::string reason =
+      missing == 1 ? " for the missing field" : ", one for each missing field";
   context.Report(LintCode::kMissingComma, shape.row, shape.fields[index].begin,
                  shape.fields[index].end,
                  LostRow(shape.row) + "add " + Counted(missing, "comma") + where + reason);

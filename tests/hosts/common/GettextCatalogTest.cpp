@@ -71,13 +71,19 @@ TEST(GettextCatalog, RefusesFilesThatAreNoCatalog) {
   EXPECT_THAT(ErrorOf(CatalogBytes({{"", longText}})), HasSubstr("more than 2048 bytes"));
 }
 
-TEST(GettextCatalog, RefusesStringsThatOverlap) {
+TEST(GettextCatalog, RefusesStringsThatAreLongerThanTheFile) {
   const std::string longText(200, 'x');
   std::string bytes = CatalogBytes({Properties(), {"a", longText}, {"b", ""}, {"c", ""}});
   // Let the translations of b and c refer to the long string. The table of translations begins at
   // offset 60.
   bytes.replace(76, 16, bytes.substr(68, 8) + bytes.substr(68, 8));
-  EXPECT_THAT(ErrorOf(bytes), HasSubstr("overlap"));
+  EXPECT_THAT(ErrorOf(bytes), HasSubstr("strings are longer than the file"));
+}
+
+TEST(GettextCatalog, RefusesAStringThatDoesNotEndWithNUL) {
+  std::string bytes = CatalogBytes({Properties(), {InContext("$$$/a", "One"), "Eins"}});
+  bytes.back() = 's';
+  EXPECT_THAT(ErrorOf(bytes), HasSubstr("does not end with NUL"));
 }
 
 TEST(GettextCatalog, RefusesEveryDamagedNumberAndEveryPrefix) {

@@ -154,10 +154,10 @@ TEST(HostDescription, ErrorsNameTheFileThePathAndTheProblem) {
        R"(unknown member "issue"; known members: "issueLink", "commitLink")"},
       {R"({"links":{"issuePrefix":1}})", "host.json: /links/issuePrefix: ", "expected a string"},
       {R"({"links":{"issueLink":"http://a/@0"}})", "host.json: /links/issueLink: ",
-       "expected an https URL with @0 after the host, or an empty string, "
+       "expected an https URL with @0 after the host name, or an empty string, "
        "found the string \"http://a/@0\""},
       {R"({"links":{"commitLink":"https://a/"}})",
-       "host.json: /links/commitLink: ", "with @0 after the host"},
+       "host.json: /links/commitLink: ", "with @0 after the host name"},
       {R"({"links":{"privacyPage":"a b"}})", "host.json: /links/privacyPage: ",
        R"(expected an https URL, or an empty string, found the string "a b")"},
       {R"({"debug":{"a":true}})", "host.json: /debug/a: ", "expected a string, found true"},
