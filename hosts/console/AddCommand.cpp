@@ -49,12 +49,13 @@ void Report(const std::filesystem::path& file, std::size_t line, const Finding& 
 /// If one of the findings is an error, reports all findings and throws `ToolError`. Omits their
 /// line numbers, because the new row is not written to the file.
 void RequireNoError(const std::filesystem::path& file, const std::vector<Finding>& findings) {
-  const auto errors = std::ranges::count(findings, author::Severity::kError, &Finding::severity);
-  if (errors == 0) return;
+  const auto firstError = std::ranges::find(findings, author::Severity::kError, &Finding::severity);
+  if (firstError == findings.end()) return;
   for (const Finding& finding : findings) Report(file, 0, finding);
+  const auto errors = std::ranges::count(findings, author::Severity::kError, &Finding::severity);
   // The position of a finding on the whole file is line 1. The new row cannot be line 1, because a
   // header precedes it.
-  const bool isOnFile = findings.front().place.line == 1;
+  const bool isOnFile = firstError->place.line == 1;
   throw ToolError(
       ExitStatus::kInput,
       MessageAt(file, 0,
