@@ -8,7 +8,8 @@
 namespace ornwhatsnew {
 namespace {
 
-// Compatibility: the map can contain empty entries (docs/compatibility.md). They count as missing.
+// Compatibility: an entry of the map can be empty (docs/compatibility.md). An empty entry counts as
+// a missing one.
 FeatureListItem* Find(const FeatureMap& items, std::string_view key) {
   const auto found = items.find(std::string(key));
   return found == items.end() ? nullptr : found->second.get();

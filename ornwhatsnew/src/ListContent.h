@@ -28,7 +28,8 @@ struct SeenState {
   IdentitySet seenGuids;
   /// The identities that displays and `MarkAllSeen` have added since the state was read.
   IdentitySet newlySeenGuids;
-  /// The full version in which the user last opened What's New. It is empty for a new user.
+  /// The full version in which the user had last opened What's New when the state was read. It is
+  /// empty for a new user.
   UTF8String lastVersionSeen;
   /// The full versions in which the user opened What's New, including the current version. The set
   /// is empty until the state is read.
@@ -41,7 +42,7 @@ struct ListContent {
   FeatureMap items;
   std::list<std::string> orderedKeys;
   SeenState state;
-  /// Has no value if no data file contained a "Changes-Since" row.
+  /// The changes-since version. Has no value if no data file contained a `Changes-Since` row.
   std::optional<UTF8String> changesSinceVersion;
   DataFileSummary summary;
 
@@ -80,7 +81,7 @@ struct ListContent {
                            const UTF16String& description);
   void AddBetaFeatures();
   /// Adds the changes of a data file (UTF-8). Returns the numbers of its changes, unmatched changes
-  /// and skipped rows. `isFound` has no value.
+  /// and skipped rows. In the result, `isFound` has no value.
   DataFileSummary AddChanges(std::string_view dataText);
   void MoveUnlockedItemsToFront();
 };

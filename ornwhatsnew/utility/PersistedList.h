@@ -14,7 +14,7 @@
 namespace ornwhatsnew {
 
 // Static objects of the host must not use the keys in their constructors, which can run before the
-// keys are initialised. They can call the functions below with strings of their own.
+// keys are initialised. Such a constructor can call the functions below with its own strings.
 
 /// The key of the identities of all items and changes that the user has seen or rated. The value is
 /// a persisted list.

@@ -61,8 +61,8 @@ enum class StyleID : int {
   kStyleChangeText = 2,
   /// The header line, or the notice of a panel without items.
   kStyleHeader = 3,
-  /// The separator and the internal key after a title, each with its own run, or the version after
-  /// a change.
+  /// The separator after a title, the internal key after this separator, or the version after a
+  /// change. Each of them has a separate run.
   kStyleInternalCode = 4,
   /// The commit ID of a change, for internal users. The string of the run is the commit's URL. It
   /// is empty if the host's link template for commits is empty.

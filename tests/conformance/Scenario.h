@@ -59,7 +59,8 @@ struct ScenarioHost : hosts::common::HostDescription {
 };
 
 struct HostStep {
-  /// The host from this step on. Its `debug` and `state` apply only if the flags below are true.
+  /// The host from this step on. Its `debug` applies only if `replacesDebug` is true, and its
+  /// `state` only if `replacesState` is true.
   ScenarioHost host;
   /// True if the step has the member `debug`. If false, the debug database keeps its entries,
   /// because the library may have written some of them.

@@ -136,8 +136,8 @@ Step ReadCaptureStyle(const JsonReader& step) {
                           .string = step.Member("string").Text()};
 }
 
-/// Describes whether all steps of one kind create a list or need a list. `call` has `kNone`,
-/// because only some of its functions need a list.
+/// Describes whether all steps of one kind create a list, need a list, or do neither. `call` has
+/// `kNone`, because only some of its functions need a list.
 enum class ListUse { kCreates, kNeeds, kNone };
 
 struct StepForm {

@@ -50,8 +50,8 @@ class ScenarioDebugStore final : public orncore::debug::DebugStore {
   EntryMap entries_;
 };
 
-/// Executes the steps of one scenario in its host. Each kind of step has an overload of `Do`, which
-/// executes the step and returns its result.
+/// Executes the steps of one scenario with its host. Each kind of step has an overload of `Do`,
+/// which executes the step and returns its result.
 class ScenarioWorld {
  public:
   ScenarioWorld(const ScenarioHost& host, ListForm listForm)

@@ -10,7 +10,7 @@
 
 namespace ornwhatsnew {
 
-/// Returns one of the library's own texts in the user's language.
+/// Returns one of the library's own strings in the user's language.
 inline UTF16String LocalizedText(PanelText text) {
   return orncore::config::Localizer::Get().ZString(KeyText(text));
 }

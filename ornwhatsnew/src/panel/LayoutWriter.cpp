@@ -26,9 +26,10 @@ constexpr bool IsVisible(char16_t unit) {
   return !IsWhiteSpace(unit) && unit != kByteOrderMark;
 }
 
-// Returns true only if `CleanText` would not change a string in the middle of a paragraph. Most
-// strings contain only characters from U+0020 to U+2027. Without this fast check, a layout would
-// need more than 1.5 times as many instructions as the text with its style runs.
+// Returns true only if `CleanText` would leave `string` unchanged in the middle of a paragraph.
+// Most strings contain only characters from U+0020 to U+2027. Without this fast check, creating a
+// layout would take more than 1.5 times as many instructions as creating the text with its style
+// runs.
 bool IsClean(std::u16string_view string) {
   return std::ranges::none_of(string, [](char16_t unit) { return unit < 0x20 || unit > 0x2027; });
 }
@@ -81,7 +82,8 @@ void LayoutWriter::BeginParagraph(ParagraphKind kind, const FeatureListItem* ite
 }
 
 void LayoutWriter::EndParagraph(std::u16string_view newline) {
-  // Append the newline, because its translation can contain visible characters.
+  // Append the newline template, although the next call removes white space. A translation of the
+  // template can contain visible characters.
   AppendTemplate(newline);
   RemoveTrailingWhiteSpace();
   paragraph_.range.length = layout_.text.size() - paragraph_.range.begin;
@@ -112,8 +114,9 @@ void LayoutWriter::AppendRun(StyleID style, std::u16string_view string, UTF16Str
       end = FindEndOfBlankLine(string);
     }
   }
-  // An adjusted run begins one byte after the start of its string, so it does not cover the first
-  // character. Its span covers the rest of the string, even if the run ends past the string.
+  // A style run whose start is adjusted does not cover the first character of its string. The span
+  // for such a run begins after this character. It ends at the end of the string, even if the run
+  // ends past the string.
   const std::size_t skipped = adjustment.start > 0 ? FirstCharacterLength(string) : 0;
   AppendTemplate(string.substr(0, skipped));
   AppendSpan(style, string.substr(skipped), std::move(link));
@@ -185,7 +188,7 @@ void LayoutWriter::CleanText(std::size_t begin) {
     const bool isSecondOfLineEnd = endsWithCarriageReturn_ && unit == u'\n';
     endsWithCarriageReturn_ = unit == u'\r';
     if (isSecondOfLineEnd || unit == kByteOrderMark) continue;
-    // A paragraph does not begin with white space.
+    // Remove white space at the start of the paragraph, as `BasicLayoutParagraph` promises.
     if (end == paragraph_.range.begin && IsWhiteSpace(unit)) continue;
     text[end++] = IsLineEnd(unit) ? kUnicodeLineSeparator : unit == u'\t' ? u' ' : unit;
   }

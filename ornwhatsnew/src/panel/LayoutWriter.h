@@ -58,8 +58,8 @@ class LayoutWriter final : public PanelWriter {
   /// The spans of the current paragraph. All paragraphs reuse this buffer, so that each of them
   /// allocates memory for its spans only once.
   std::vector<LayoutSpan> spans_;
-  /// Whether the last string ended with a carriage return. A line feed after it is part of the same
-  /// line end.
+  /// Whether the last appended string ended with a carriage return. A line feed at the start of the
+  /// next string is part of the same line end.
   bool endsWithCarriageReturn_ = false;
 };
 

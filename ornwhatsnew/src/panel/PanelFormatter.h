@@ -27,8 +27,8 @@ class PanelFormatter {
   PanelFormatter(DisplayOptions options, const UTF16String& ratingPlaceholder,
                  RatingMap* ratingItems, PanelWriter& writer);
 
-  /// Reserves memory for about `items` items and `changes` changes, whose descriptions have
-  /// `descriptionBytes` bytes in total.
+  /// Reserves memory for a panel with about `items` items and `changes` changes. The descriptions
+  /// of the changes have `descriptionBytes` bytes in total.
   void Reserve(std::size_t items, std::size_t changes, std::size_t descriptionBytes);
 
   /// Writes the header line. It contains `lastVersionSeen` if the options contain `kShowOnlyNew`

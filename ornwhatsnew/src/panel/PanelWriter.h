@@ -38,10 +38,10 @@ class PanelWriter {
   /// own line ends.
   virtual void EndParagraph(std::u16string_view newline) = 0;
 
-  /// Appends `string`, which has no style.
+  /// Appends `string` without a style.
   virtual void AppendTemplate(std::u16string_view string) = 0;
-  /// Appends `string` with a style. `link` is the string of its run: a URL, or empty. Adds
-  /// `adjustment` to the start and the length of the run.
+  /// Appends `string` as a style run. `link` is the URL to which the run refers, or empty. Adds
+  /// `adjustment.start` to the start of the run and `adjustment.length` to its length.
   virtual void AppendRun(StyleID style, std::u16string_view string, UTF16String link,
                          RunAdjustment adjustment) = 0;
   /// Appends `string` with a style and without a link.

@@ -12,9 +12,9 @@
 
 namespace ornwhatsnew {
 
-/// Adds a run with the style `style` to `runs`. The run begins at the offset `start` of the text
-/// and has the length `length`, both in UTF-8 bytes. Adds `adjustment` to both values, modulo 2^32.
-/// `runString` is the string of the run, a URL or empty.
+/// Adds a run with the style `style` to `runs`. The run begins at the offset
+/// `start + adjustment.start` of the text and has the length `length + adjustment.length`, both in
+/// UTF-8 bytes and modulo 2^32. `runString` is the string of the run: a URL, or empty.
 void RecordStyleRun(StyleID style, std::size_t start, std::size_t length, RunAdjustment adjustment,
                     UTF16String runString, StyleRunMap& runs);
 

@@ -64,7 +64,7 @@ std::string ItemID(std::string_view prefix, std::string_view itemKey) {
   return result;
 }
 
-/// Returns the class of spans with this style, or an empty string if they have none.
+/// Returns the CSS class of spans with this style, or an empty string if they have none.
 std::u16string_view SpanClass(std::optional<StyleID> style) {
   if (!style) return {};
   switch (*style) {
@@ -109,8 +109,9 @@ class HTMLRenderer {
   }
 
  private:
-  /// Closes the list and the item that end before `paragraph`, and opens the item that begins with
-  /// it.
+  /// Closes the open list if `paragraph` is not a change. Closes the open item and its list if
+  /// `paragraph` does not belong to this item. Opens an item if `paragraph` is the first paragraph
+  /// of one.
   void OpenOrCloseElements(const LayoutParagraph& paragraph) {
     const ParagraphKind kind = paragraph.kind;
     if (kind != ParagraphKind::kChange) CloseList();

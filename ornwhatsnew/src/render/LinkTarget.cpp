@@ -70,8 +70,8 @@ std::string_view BeginningOf(std::string_view text, std::size_t size) {
   return isSplit ? text.substr(0, escape) : text;
 }
 
-/// Returns at most `size` bytes from the end of `text`, without a part of an escape `%XX`. `text`
-/// must be longer than `size`.
+/// Returns at most `size` bytes from the end of `text`. Does not split an escape `%XX`. `text` must
+/// have more than `size` bytes.
 std::string_view EndOf(std::string_view text, std::size_t size) {
   std::size_t begin = text.size() - size;
   const std::size_t escape = text.rfind('%', begin - 1);

@@ -18,9 +18,9 @@ inline constexpr std::size_t kMaximumPrintedTarget = 200;
 /// percent-encoded, so that the link cannot look like two links. If the result would be longer than
 /// `kMaximumPrintedTarget`, the function shortens the link. It omits all but two slashes before the
 /// host name, and replaces the user information with "...". If the result is still too long, "..."
-/// also replaces the end of the link. The host name remains visible. If the host name alone is too
-/// long, "..." replaces its beginning, because the end of a host name identifies its owner. An
-/// escape such as `%20` is never split.
+/// also replaces the end of the link. The host name remains unchanged unless it alone is too long.
+/// In that case, "..." replaces its beginning, because the end of a host name identifies its owner.
+/// An escape such as `%20` is never split.
 std::string PrintedLinkTarget(std::string_view link);
 
 }  // namespace ornwhatsnew

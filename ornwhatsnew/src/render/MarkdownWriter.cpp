@@ -135,7 +135,7 @@ std::u16string_view MarkdownWriter::CurrentLine() const {
 
 // Returns whether to escape `unit`, the next character of the current line. Few characters are
 // escaped, so that the text is readable without a renderer. Some of them have a meaning only in
-// GitHub Flavored Markdown: `|`, `~` within a line, and the start of a URL.
+// GitHub Flavored Markdown: `|`, `~` within a line, `/` in "://", and `.` after "www".
 bool MarkdownWriter::IsEscaped(char16_t unit) const {
   constexpr std::u16string_view kAlwaysEscaped = u"\\`*_[]<>&#|~";
   constexpr std::u16string_view kEscapedAtLineStart = u"+-=:";
@@ -146,7 +146,8 @@ bool MarkdownWriter::IsEscaped(char16_t unit) const {
   if (unit == u'/') return line.ends_with(u":/");
   if (unit == u'.' && line.ends_with(u"www")) return true;
   // At the start of a line, a number of at most nine digits with a period or a closing parenthesis
-  // would begin an ordered list. Searching a longer line for each period would take quadratic time.
+  // would begin an ordered list. Do not check longer lines, because checking the line at each
+  // period would take quadratic time.
   return (unit == u'.' || unit == u')') && line.size() <= 9 && std::ranges::all_of(line, IsDigit);
 }
 

@@ -42,8 +42,8 @@ class ParagraphWrapper {
   ParagraphWrapper& operator=(const ParagraphWrapper&) = delete;
 
   /// Returns the lines of `paragraph`. The result has at least one line. If the width is not 0,
-  /// limits both indents of `shape` to half of it. Does not wrap a paragraph of 2^31 UTF-16 units
-  /// or more. Takes linear time. REQUIRES: `paragraph` has no control characters.
+  /// limits both indents of `shape` to half of the width. Does not wrap a paragraph of 2^31 UTF-16
+  /// units or more. Takes linear time. REQUIRES: `paragraph` has no control characters.
   std::vector<WrappedLine> Wrap(std::u16string_view paragraph, ParagraphShape shape);
 
  private:

@@ -56,8 +56,8 @@ std::size_t IndentWidth(std::size_t width) {
   return width >= 20 ? 2 : 1;
 }
 
-/// Returns whether the span is the gap between the text of a paragraph and a label or a link after
-/// it. In a layout, this gap is a space without a style.
+/// Returns whether the span is the gap before an unlock label or before a link with the style
+/// `kStyleHotSpot`. In a layout, this gap is a space without a style.
 bool IsGap(const LayoutParagraph& paragraph, std::size_t span, std::u16string_view text) {
   if (text != u" " || paragraph.spans[span].style || span + 1 == paragraph.spans.size()) {
     return false;
@@ -210,8 +210,8 @@ class TerminalRenderer {
     WriteLines(line, lines);
   }
 
-  /// Writes `text`, the line of a rating request, on one line, even if it is wider than the
-  /// terminal.
+  /// Writes `text`, the result of `TerminalOptions::ratingLine`, on one line, even if it is wider
+  /// than the terminal.
   void WriteUnwrapped(std::u16string_view text) {
     Line line;
     line.Append(SafeText(text), {.styleID = kStyleRatingPlaceholder});

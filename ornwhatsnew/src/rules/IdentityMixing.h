@@ -21,7 +21,7 @@ inline orncore::utility::GuidMixer TaggedMixer(std::string_view tag) {
   return mixer;
 }
 
-/// Adds the `ExtractHashablePortion` of `text` to `mixer`.
+/// Adds the result of `ExtractHashablePortion(text)` to `mixer`.
 inline void MixHashablePortion(orncore::utility::GuidMixer& mixer, std::string_view text) {
   if (!text.starts_with('$')) {  // Most strings are not key texts.
     mixer.Mix(text);

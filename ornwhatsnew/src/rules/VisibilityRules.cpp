@@ -38,14 +38,15 @@ bool IsForInternalUsersOnly(const FeatureListItem& item) {
 }
 
 // Each of the following function templates checks some rules in a fixed order. The template calls
-// `hides(rule)` for each rule that hides the change or the item. It stops and returns true when a
-// call returns true. A display stops at the first rule, because it must not compute or query what
-// it does not need. An explanation continues.
+// `hides(rule)` for each rule that hides the change or the item. If a call returns true, the
+// template stops and returns true. A display passes `kStopAtFirstRule`, which avoids unnecessary
+// identities and host queries. `ExplainItem` passes a callback that returns false, because it
+// collects all rules.
 
 constexpr auto kStopAtFirstRule = [](HidingRule) { return true; };
 
-// Returns a function that adds each rule to `rules` and continues. Several changes can hide an item
-// by the same rule, so the function ignores a rule that equals the last one.
+// Returns a callback that adds each rule to `rules` and returns false. Several changes can hide an
+// item by the same rule, so the callback ignores a rule that equals the last one.
 auto CollectInto(std::vector<HidingRule>& rules) {
   return [&rules](HidingRule rule) {
     if (rules.empty() || rules.back() != rule) rules.push_back(rule);

@@ -24,8 +24,8 @@ FeatureListDetail::Platform ParsePlatform(std::string_view text);
 /// Returns the `VersionNumber` of each version, in ascending order.
 std::vector<std::int64_t> VersionNumbers(const VersionSet& versions);
 
-/// A view of the identities that the user has seen or rated. It refers either to the set of a list
-/// or to the set that a host passes to a change or an item.
+/// A view of the identities that the user has seen or rated. It refers to the `IdentitySet` of a
+/// list, or to a `GuidSet` that a host passes to the library.
 class SeenIdentities {
  public:
   SeenIdentities(const IdentitySet& identities) : listSet_(&identities) {}
@@ -90,8 +90,8 @@ struct ShownItem {
   std::vector<Change> changes;
 };
 
-/// Adds to `identities` the identities under which a displayed item and its changes count as seen.
-/// In the rating view, adds only the identity of the item.
+/// Adds to `identities` the seen identity of a shown item and the seen identities of its shown
+/// changes. In the rating view, adds only the identity of the item.
 void AddSeenIdentities(const ShownItem& shown, const DisplayOptions& options,
                        std::vector<Guid>& identities);
 
@@ -101,8 +101,8 @@ void AddSeenIdentities(const ShownItem& shown, const DisplayOptions& options,
 bool IsItemShown(const FeatureListItem& item, const VisibilityFilter& filter,
                  ShownItem* shown = nullptr);
 
-/// Returns all rules that hide an item and its changes. `IsItemShown` checks the same rules, but
-/// stops at the first one that hides the item.
+/// Returns all rules that hide an item, and for each of its changes all rules that hide the change.
+/// `IsItemShown` checks the same rules, but stops at the first one that hides the item.
 ItemVisibility ExplainItem(const FeatureListItem& item, const VisibilityFilter& filter);
 
 }  // namespace ornwhatsnew

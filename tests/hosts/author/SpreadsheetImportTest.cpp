@@ -32,7 +32,7 @@ ImportResult Import(std::string_view text) {
   return ImportSpreadsheet(ReadSpreadsheet(text));
 }
 
-/// Returns the rows of a data file after its header row.
+/// Returns the rows after the header row of the imported data file.
 std::string RowsOf(const ImportResult& result) {
   EXPECT_TRUE(result.dataFile.starts_with(HeaderRow() + "\n"));
   return result.dataFile.substr(HeaderRow().size() + 1);

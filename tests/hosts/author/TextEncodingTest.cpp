@@ -16,7 +16,8 @@ namespace {
 using std::string_view_literals::operator""sv;
 
 // Memory functions for ICU, which fail to allocate memory if `hasICUMemory` is false. They call the
-// functions that ICU calls by default, so ICU can use them to free memory that it allocated before.
+// functions that ICU calls by default, so ICU can use them to free memory that it allocated before
+// the test installs them.
 bool hasICUMemory = true;
 
 void* Allocate(const void*, std::size_t size) {

@@ -10,7 +10,7 @@
 
 namespace hosts::common {
 
-/// The source texts and translations of a catalog, sorted by source text.
+/// The source text and the translation of each entry of a catalog, sorted by source text.
 using CatalogEntries = std::vector<std::pair<std::string, std::string>>;
 
 /// Returns the header entry of a catalog, which specifies the character set `charset`.
@@ -18,7 +18,7 @@ inline std::pair<std::string, std::string> Properties(std::string_view charset =
   return {"", "Content-Type: text/plain; charset=" + std::string(charset) + "\n"};
 }
 
-/// Returns the source text of an entry for `text` with the context `context`.
+/// Returns the source text `text`, preceded by the context `context`, as a catalog stores it.
 inline std::string InContext(std::string_view context, std::string_view text) {
   return std::string(context) + '\4' + std::string(text);
 }

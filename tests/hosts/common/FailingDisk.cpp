@@ -140,7 +140,7 @@ int fsync(int file) {
 }
 
 int flock(int file, int operation) noexcept {
-  // A lock changes no file, so it is not recorded and does not fail.
+  // A lock changes no file, so the failing disk neither records it nor makes it fail.
   if (currentDisk != nullptr) currentDisk->RunActionBefore(CallOf("flock", PathOf(file)));
   return static_cast<int>(::syscall(SYS_flock, file, operation));
 }

@@ -57,13 +57,12 @@ class FailingDisk {
   /// with the name of the locked file. Calls that `action` itself makes do not run `action` again.
   void RunBefore(std::string call, std::function<void()> action);
 
-  /// Runs the action that was passed to `RunBefore`, if `call` is the call that was passed with it.
-  /// Does nothing while the action runs.
+  /// Runs the action of the last `RunBefore` if `call` equals the call that was passed with the
+  /// action. Does nothing while the action runs.
   void RunActionBefore(const std::string& call);
 
-  /// First runs the action of `RunBefore` if it is for this call. Returns the error number with
-  /// which the call to `function` for the file `path` must fail, or 0 if the call must succeed.
-  /// Records the call if it does not fail.
+  /// First passes the call to `function` for the file `path` to `RunActionBefore`. If the failing
+  /// disk makes the call fail, returns the error number. Otherwise, records the call and returns 0.
   int ErrorOf(std::string_view function, const std::string& path);
 
  private:

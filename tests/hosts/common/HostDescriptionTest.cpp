@@ -279,7 +279,7 @@ TEST(ReadHostMembers, ReplacesTheMembersThatTheObjectContains) {
   EXPECT_THAT(host.betaFeatures, IsEmpty());
 }
 
-/// The fake host of the base class restores the services after each test.
+/// The fake host of the base class resets the services after each test.
 class InstallHostTest : public test_support::FakeHostTest {};
 
 TEST_F(InstallHostTest, ConfiguresEveryService) {

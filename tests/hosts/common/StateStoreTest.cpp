@@ -71,7 +71,8 @@ TEST_F(StateStoreTest, RejectsARelativePathInADeletedFolder) {
   std::filesystem::current_path(before);
 }
 
-// A newline in the last version would look like a second line of the panel's heading.
+// The text after a newline in the last version would look like a second line of the panel's
+// heading.
 TEST_F(StateStoreTest, TheGetterReplacesControlCharactersInTheLastVersion) {
   WriteValue(kLastVersionSeenKey, "25.1\nYou are all caught up.\x1B");
   WriteValue(kOtherKey, "a\nb");

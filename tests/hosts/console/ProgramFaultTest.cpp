@@ -328,7 +328,7 @@ TEST_F(ProgramFaultTest, WaitsForTheLinesOfANonBlockingPipe) {
     if (::pipe2(ends, O_NONBLOCK) != 0) ::_exit(99);
     ::dup2(ends[0], STDIN_FILENO);
     if (::fork() == 0) {
-      // Write the line after the program has found the pipe empty.
+      // Delay the line, so that the program first finds the pipe empty.
       ::usleep(200'000);
       ::_exit(::write(ends[1], "help\n", 5) == 5 ? 0 : 1);
     }

@@ -52,8 +52,8 @@ bool Includes(const Elements& all, const Elements& some) {
   return std::ranges::includes(all, some);
 }
 
-/// One version of the application: its files, its version, and the identities that a display of its
-/// list stores.
+/// A release of the application: its data file, its host description, its full version, and the
+/// identities that a display of its list stores.
 struct Edition {
   std::filesystem::path data;
   std::filesystem::path host;

@@ -24,8 +24,8 @@ cat >host.json <<'JSON'
 JSON
 
 # translate TEMPLATE
-# Prints the template with a translation of each text: "de:" before the first capital letter that is
-# not part of markup.
+# Prints the template with a translation of each string. The translation has "de:" before the first
+# capital letter that is not part of markup.
 translate() {
   msgen "$1" | msgfilter --keep-header sed -E 's/(^|[^^])([A-Z])/\1de:\2/'
 }
@@ -46,7 +46,7 @@ for text in 'de:Map' 'de:Shows sheets.' 'de:View more' 'de:Zooms “twice”' 'd
 done
 
 # A changed default text makes the translation fuzzy, and the panel shows the new default text. The
-# translations of unchanged texts remain.
+# translations of unchanged default texts remain.
 sed -i 's/Starts faster/Starts much faster/' 'whats new.csv'
 "$program" messages 'whats new.csv' --host host.json >news.pot
 msgmerge --quiet --update --backup=none de.po news.pot

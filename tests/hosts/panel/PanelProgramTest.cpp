@@ -42,7 +42,7 @@ class PanelProgramTest : public console::ProgramTest {
     return test_support::RunProgram(ORNWHATSNEW_PANEL, call);
   }
 
-  /// Runs the panel and returns what it prints. Expects success and no error output.
+  /// Runs `ornwhatsnew-panel` and returns its standard output. Expects success and no error output.
   std::string PanelOutput(const std::vector<std::string>& words) const {
     const ProgramResult result = RunPanel(PanelCall(words));
     EXPECT_EQ(0, result.exitStatus);
@@ -50,8 +50,8 @@ class PanelProgramTest : public console::ProgramTest {
     return result.output;
   }
 
-  /// Expects that the panel and `ornwhatsnew show` fail with the exit status `status`, and with the
-  /// same message after the name of the program.
+  /// Expects that `ornwhatsnew-panel` and `ornwhatsnew show` fail with the exit status `status`,
+  /// and with the same message after the name of the program.
   void ExpectSameError(int status, const std::vector<std::string>& words) const {
     std::vector<std::string> showWords = words;
     showWords.insert(showWords.begin(), "show");

@@ -1,6 +1,6 @@
-// A part of the program that PanelProgramTest.cpp runs. Prints the title of the window, its message
-// if there is one, and the panel to standard output. If the window shows ratings instead of the
-// panel, rates the first feature. Then closes the window.
+// A part of the program that PanelProgramTest.cpp runs. Prints the title of the window to standard
+// output, and its message if there is one. If the window shows the panel, prints the panel. If it
+// shows ratings, rates the first feature. Then closes the window.
 #include <cstdio>
 
 #include <QtCore/QCoreApplication>

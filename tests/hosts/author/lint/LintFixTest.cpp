@@ -92,7 +92,7 @@ TEST(LintFix, ReplacesCRLineEndsOfAFileWithoutALastLineEnd) {
   EXPECT_TRUE(fixed.diff.ends_with("One\n\\ No newline at end of file\n")) << fixed.diff;
 }
 
-// With one edit for each CR, this test would take hours.
+// If `lint --fix` made one edit for each CR, this test would take hours.
 TEST(LintFix, ReplacesAMillionCRLineEndsAsOneMistake) {
   const std::string blankLines(1'000'000, '\r');
   std::string expected = kHeaderRows + blankLines + "4.3,MISC,,,,,,,,Text\n";

@@ -17,7 +17,7 @@ inline std::filesystem::path TestFile(std::string_view name) {
   return std::filesystem::path(LINT_TEST_FOLDER) / name;
 }
 
-/// A header row and a Changes-Since row, with which tests begin their data files.
+/// The first two rows of the data files of tests: a header row and a Changes-Since row.
 inline const std::string kHeaderRows =
     "App Version,Grouping ID,Jira ID,Salience,Rating,First Version,Platform,URL,Commit,Message\n"
     "4.2,Changes-Since\n";
