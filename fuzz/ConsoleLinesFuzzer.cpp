@@ -67,7 +67,7 @@ std::string MakeDataFile() {
   return folder.Write("whatsnew.csv", "a,b,c,d,e,f,g,h,i,j\n25.1,MISC,,,,,,,,Text\n").native();
 }
 
-// Returns the path of the data file. The first call writes the file, initializes the console
+// Returns the path of the data file. The first call writes the file, initialises the console
 // context, and registers the probe command and the log sink.
 const std::string& DataFile() {
   static const std::string path = [] {

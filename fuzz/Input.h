@@ -1,7 +1,7 @@
-// Splits a fuzzer's input into parts.
+// Splits a fuzzer's input into a line of switches and parts.
 //
-// Most inputs consist of a line of switches and of parts that are separated by the byte 0xFF, which
-// never occurs in UTF-8. A part may contain any other bytes, so it may be ill-formed UTF-8.
+// The byte 0xFF, which never occurs in UTF-8, separates the parts. A part can contain any other
+// bytes, so it can be ill-formed UTF-8.
 #ifndef FUZZ_INPUT_H_
 #define FUZZ_INPUT_H_
 

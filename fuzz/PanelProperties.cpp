@@ -51,7 +51,8 @@ struct RunCounts {
   std::size_t changeTexts = 0;
 };
 
-// Returns the expected numbers of runs, computed from the visibility of each item and change.
+// Returns the numbers of runs that the panel must contain for the items and changes that are shown
+// to the user.
 RunCounts CountRunsOfShown(const FeatureListData& list, DisplayOptions options, const GuidSet& seen,
                            const VersionSet& versions) {
   RunCounts counts;

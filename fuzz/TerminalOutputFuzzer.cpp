@@ -37,8 +37,8 @@ using ornwhatsnew::TerminalOptions;
 using test_support::PlainUTF16to8;
 using test_support::PlainUTF8to16;
 
-// Returns the code point that must replace `character` in terminal output, or `character` itself if
-// the terminal may receive it.
+// Returns the visible character that must replace `character` in terminal output, or `character`
+// itself if there is none. REQUIRES: `character` is neither a newline nor a tab.
 UChar32 PlainReplacement(UChar32 character) {
   if (character < 0x20) return 0x2400 + character;
   if (character == 0x7F) return 0x2421;

@@ -17,7 +17,7 @@ enum class DataColumn : std::size_t {
   /// The version that added the change. In a changes-since row, this column contains the
   /// changes-since version.
   kVersion,
-  /// The epic key of a feature, a section key, or "Changes-Since".
+  /// The grouping ID: the epic key of a feature, a section key, or "Changes-Since".
   kGroupingID,
   /// The story ID: the key of a story, task, bug, feature or section.
   kStoryID,
@@ -39,7 +39,7 @@ enum class DataColumn : std::size_t {
   kDescription,
 };
 
-/// The number of columns of a data file.
+/// The number of columns in a data file.
 inline constexpr std::size_t kDataColumnCount = 10;
 
 /// Returns the zero-based index of a column. It is an index into `kDataColumns`, `DataRow::values`

@@ -85,10 +85,10 @@ struct DataField {
   std::optional<std::size_t> openQuote;
 };
 
-/// Returns the fields of `row`, which is the `text` of a `DataRow`. The number of fields is
-/// `DataRow::fieldCount`, so a blank row has no fields. This function is separate from
-/// `DataFileReader`, because a list does not need positions. Takes time linear in the length of the
-/// row.
+/// Returns the position of each field of `row`, which is the `text` of a `DataRow`. The number of
+/// positions is `DataRow::fieldCount`, so the result for a blank row is empty. This function is
+/// separate from `DataFileReader`, because a list does not need positions. Takes time linear in the
+/// length of the row.
 ORN_EXPORT std::vector<DataField> FindDataFields(std::string_view row);
 
 /// Reads the rows of a data file in file order. No input is an error. The reader returns every row,

@@ -138,8 +138,9 @@ class ORN_EXPORT FeatureListData {
   /// items are in key order and include the shown ones. The pointers in the result are valid until
   /// the items of the list change.
   ///
-  /// Does not change the state and does not call the setter. Unlike a display, it checks all rules
-  /// for an item that one rule already hides, and makes the host queries of these rules.
+  /// Does not change the state and does not call the setter. Unlike a display, checks the remaining
+  /// rules after one rule hides an item or a change, and makes the host queries that these rules
+  /// need.
   std::vector<ItemVisibility> ExplainVisibility(const DisplayOptions& options) const;
 
   /// Returns whether the rating view, with the options `kFilterRelevantPlatform` and
@@ -195,7 +196,7 @@ class ORN_EXPORT FeatureListData {
   void MarkAllSeen();
 
   /// Adds to `runs` the style run of `appended`, a string that the caller appends to `textSoFar`
-  /// afterwards. `runString` is the string of the run, such as a URL.
+  /// afterwards. `runString` is the string to store in the run: the URL of a link, or empty.
   ///
   /// The start of the run is the length of `textSoFar` plus `startAdjust`. The length of the run is
   /// the length of `appended` plus `lengthAdjust`. All lengths are in UTF-8 bytes. Each sum wraps

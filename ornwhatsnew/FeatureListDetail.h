@@ -16,8 +16,8 @@
 
 namespace ornwhatsnew {
 
-/// A change has ten fields, which no method modifies. Two flags say whether the change is unmatched
-/// and whether its URL is a duplicate.
+/// A change has ten fields, which no method modifies. Two flags state whether the change is
+/// unmatched and whether its URL is a duplicate.
 ///
 /// The constructor parses the salience, the platform, the versions and the URL, so queries do not
 /// parse them again. A change stores malformed values unchanged. The `HasMalformed...` functions
@@ -149,7 +149,8 @@ class ORN_EXPORT FeatureListDetail {
   /// Returns the changelist or commit ID, or an empty string.
   const UTF8String& GetSHAOptional() const { return Field(DataColumn::kSHA); }
 
-  /// Sets whether the URL of the change is ignored because its item already has a URL.
+  /// Sets whether the URL of the change is ignored because the item of the change already has a
+  /// URL.
   void SetHasDuplicateURL(bool duplicate) { hasDuplicateURL_ = duplicate; }
   /// Returns the value that `SetHasDuplicateURL` set, or false by default.
   bool HasDuplicateURL() const { return hasDuplicateURL_; }
@@ -207,8 +208,8 @@ class ORN_EXPORT FeatureListDetail {
   /// Returns the identity under which the change counts as seen. Computes it at each call, in time
   /// linear in the total length of the fields.
   Guid GetItemSeenGuid() const;
-  /// Returns the identity of the rating request. Changes with equal rating requests have equal
-  /// identities. The rated identity of an item depends on this identity.
+  /// Returns the identity of the rating request. For changes with equal rating requests, the
+  /// results are equal. The rated identity of an item depends on the results for its changes.
   Guid GetItemRatedGuid() const;
 
   /// Returns whether the change is shown with these options. `seen` contains the identities that
@@ -217,9 +218,9 @@ class ORN_EXPORT FeatureListDetail {
   /// the platform of the change is "Mac" or "Win". Does not check whether the item is shown.
   bool ShouldShowItemToUser(const DisplayOptions& options, const GuidSet& seen,
                             const VersionSet& versions) const;
-  /// Returns whether the rating view can show the change. The result is true if the change requests
-  /// a rating, and `seen` contains its seen identity or its description is empty. Does not
-  /// check other display options.
+  /// Returns whether the rating view can show the change. The change must request a rating. In
+  /// addition, either `seen` must contain its seen identity, or its description must be empty. Does
+  /// not check other display options.
   bool ShowForRating(const GuidSet& seen) const;
 
  private:

@@ -31,7 +31,8 @@ namespace ornwhatsnew {
 /// The role of a paragraph.
 enum class ParagraphKind {
   /// The heading of the panel, with a version. The rating view has a heading only if the host's
-  /// translation of the newline contains visible characters. That heading has no version.
+  /// translation of the template `PanelText::kNewline` contains visible characters. That heading
+  /// has no version.
   kHeader,
   /// The title of an item. The same paragraph can also contain the internal key and the unlock
   /// label, after the title.
@@ -59,7 +60,8 @@ struct TextRange {
 };
 
 /// A part of a paragraph with at most one style and one link. The spans of a paragraph are in
-/// ascending order, do not overlap, and together cover its range. No span is empty.
+/// ascending order, do not overlap, and together cover the range of the paragraph. No span is
+/// empty.
 template <class String>
 struct BasicLayoutSpan {
   /// The range of the span in the layout's text.

@@ -79,7 +79,7 @@ struct HTMLOptions {
 /// title is an `h2`. The link of a title is an `a` without a class. An unsafe link with a class is
 /// a `span` with this class.
 ///
-/// Each item has an `id`, which stays the same in all languages and versions: the prefix of
+/// Each item has an `id`, which is the same in all languages and versions: the prefix of
 /// `options` and the key of the item. In the key, `_` and two hexadecimal digits replace each UTF-8
 /// byte that is not an ASCII letter, a digit or a hyphen. If an item occurs several times, its
 /// second `id` ends with `.2`, its third one with `.3`, and so on.

@@ -1,5 +1,5 @@
-// Lists the library's own texts, which a host's dictionary can translate. `PanelText` defines their
-// order. `kPanelTexts` contains the key text of each of them.
+// Lists the library's own strings, which a host's dictionary can translate. `PanelText` defines
+// their order. `kPanelTexts` contains the key text of each string.
 //
 // A dictionary receives the key, which is the part of a key text before the first `=`.
 #ifndef ORNWHATSNEW_PANELTEXT_H_
@@ -13,8 +13,8 @@
 
 namespace ornwhatsnew {
 
-/// The library's own texts. If the comment of a text mentions "@0" or "@1", the text contains this
-/// placeholder.
+/// The library's own strings. If the comment of a string mentions "@0" or "@1", the string contains
+/// this placeholder.
 enum class PanelText : std::size_t {
   /// The label of an item in the state `ItemUnlockState::TarsaOnly`.
   kUnlockInternal,
@@ -40,24 +40,24 @@ enum class PanelText : std::size_t {
   kIssueKey,
   /// The end of a line.
   kNewline,
-  /// The link after a description.
+  /// The text of the link after a description.
   kViewMore,
   /// The separator before the internal key of a feature.
   kInternalDash,
   /// The internal key of a feature; "@0" is the key.
   kInternalCode,
   /// The heading with `kShowOnlyNew`, if the user has opened the panel before; "@0" is the version
-  /// in which the user last opened it. The rating view does not use this text.
+  /// in which the user last opened it. The rating view does not use this string.
   kSinceLastOpened,
   /// The heading without `kShowOnlyNew`, or if the user has never opened the panel; "@0" is the
-  /// changes-since version. The rating view does not use this text.
+  /// changes-since version. The rating view does not use this string.
   kSinceRelease,
   /// The notice of a panel without items, except in the rating view.
   kNothingNew,
-  /// The notice of the rating view before the URL of the privacy page, if
+  /// The part of a notice before the URL of the privacy page. The rating view shows the notice if
   /// `FeatureListItem::AnalyticsDisabled` returns true.
   kOptedOutPart1,
-  /// The notice of the rating view after the URL of the privacy page.
+  /// The part after the URL of the privacy page, in the notice that begins with `kOptedOutPart1`.
   kOptedOutPart2,
   /// The notice of a rating view without features, if `FeatureListItem::AnalyticsDisabled` returns
   /// false.
@@ -72,7 +72,7 @@ enum class PanelText : std::size_t {
   kUnreviewed,
 };
 
-/// The key texts of the library's own texts, indexed by the values of `PanelText`. They have the
+/// The key texts of the library's own strings, indexed by the values of `PanelText`. They have the
 /// form `key=default text` and can contain markup; see `orncore::config::Localizer::ZString`.
 inline constexpr auto kPanelTexts = std::to_array<std::string_view>({
     "$$$/ornwhatsnew/Feature/Item/Unlock/TarsaOnly=TARSA ONLY",
@@ -112,7 +112,7 @@ inline constexpr auto kPanelTexts = std::to_array<std::string_view>({
 static_assert(kPanelTexts.size() == static_cast<std::size_t>(PanelText::kUnreviewed) + 1,
               "each value of PanelText has one key text");
 
-/// Returns the key text of one of the library's own texts.
+/// Returns the key text of one of the library's own strings.
 constexpr std::string_view KeyText(PanelText text) {
   return kPanelTexts[static_cast<std::size_t>(text)];
 }

@@ -22,12 +22,13 @@ enum class HidingRule : std::uint8_t {
   /// The feature is switched off, the user cannot switch it on, and
   /// `ShowingAllOffFeaturesInternally` returns false.
   kUnavailable,
-  /// The user is an external user, and the item is the section INTERNAL or UNREVIEWED, or a feature
-  /// with the internal override.
+  /// The user is an external user, and only internal users see the item: the section INTERNAL, the
+  /// section UNREVIEWED, or a feature with the internal override.
   kInternalUsersOnly,
   /// A change of the feature has the salience "HideBetaFeature".
   kHideBetaFeature,
-  /// The visibility of the item is `kInternal`, and no change has the salience "UnhideBetaFeature".
+  /// The visibility of the item is `kInternal`, and none of its changes has the salience
+  /// "UnhideBetaFeature".
   kInternalVisibility,
   /// No change of the item is shown. This rule applies to sections, and with `kRatingView` to
   /// features.

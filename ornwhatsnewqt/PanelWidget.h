@@ -1,5 +1,5 @@
 // Declares `PanelWidget`, the panel of a `WhatsNew`. `WhatsNew` shows a panel in a window. An
-// application can also put a panel into a dock widget or into a window of its own:
+// application can also put a panel into a dock widget or into one of its own windows:
 //
 //     auto* dock = new QDockWidget(tr("What's New"), &mainWindow);
 //     dock->setWidget(new ornwhatsnewqt::PanelWidget(whatsNew, dock));
@@ -29,8 +29,8 @@ class WhatsNew;
 class ORNWHATSNEWQT_EXPORT PanelWidget : public QWidget {
   Q_OBJECT
  public:
-  /// Creates a panel for `whatsNew`, which must not be null. After the destruction of `whatsNew`,
-  /// the panel can only be destroyed.
+  /// Creates a panel for `whatsNew`, which must not be null. After `whatsNew` is destroyed, the
+  /// panel can no longer open a page.
   explicit PanelWidget(WhatsNew* whatsNew, QWidget* parent = nullptr);
   ~PanelWidget() override;
 

@@ -1,5 +1,5 @@
-// Defines the settings of a `WhatsNew`: the application, its beta features, the location of the
-// state, and whether the panel opens by itself.
+// Defines the settings of a `WhatsNew`: the services to install, the location of the state, and the
+// behaviour at the first start of the application and after an update.
 #ifndef ORNWHATSNEWQT_SETTINGS_H_
 #define ORNWHATSNEWQT_SETTINGS_H_
 
@@ -54,17 +54,17 @@ struct ORNWHATSNEWQT_EXPORT Settings {
   /// Returns whether the user allows usage logging. If it returns false, the user cannot rate
   /// features. The default function returns false. An empty function installs nothing.
   std::function<bool()> usageLogging;
-  /// Whether the translators of the application translate the texts of the library, with the
+  /// Whether the translators of the application translate the strings of the library, with the
   /// context "ornwhatsnew". False installs no dictionary.
   bool usesTranslators = true;
 
-  /// The path of the INI file that contains the state and the other values of the companion. If it
-  /// is empty, these values are in the `QSettings` of the application or, on Windows, in the
+  /// The path of the INI file that contains the state and the other values of the companion. If the
+  /// path is empty, these values are in the `QSettings` of the application or, on Windows, in the
   /// application's INI file in `%APPDATA%`.
   QString settingsFile;
-  /// Callbacks that read and write the state instead of `QSettings`. If one of them is empty,
-  /// neither is used. If they cannot store the state, call `WhatsNew::setStateError`. The filters
-  /// and the other values of the companion remain in `QSettings`.
+  /// Callbacks that replace `QSettings` for reading and writing the state. If one of them is empty,
+  /// neither is used. If `stateSetter` cannot store the state, call `WhatsNew::setStateError`. The
+  /// filters and the other values of the companion remain in `QSettings`.
   ornwhatsnew::StateGetter stateGetter;
   ornwhatsnew::StateSetter stateSetter;  ///< see `stateGetter`
 

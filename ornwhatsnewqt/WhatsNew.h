@@ -63,8 +63,9 @@ class ORNWHATSNEWQT_EXPORT WhatsNew : public QObject {
   /// the data file cannot be read, keeps the changes that were read before.
   void refresh();
 
-  /// Shows in the panels that the callbacks of the settings could not store the state. `reason` is
-  /// the cause, preferably in the user's language. An empty string hides the message.
+  /// Shows an error message in the panels: `Settings::stateSetter` could not store the state.
+  /// `reason` is the cause, preferably in the user's language. If `reason` is empty, hides the
+  /// message.
   void setStateError(const QString& reason);
 
  Q_SIGNALS:

@@ -11,7 +11,7 @@ namespace ornwhatsnewqt {
 class WhatsNew;
 
 /// A tool button for `WhatsNew::showAction`. It shows the text of the action, with the number of
-/// new changes. Assistive tools read the name of the action and this number separately.
+/// new changes. Assistive technologies read the name of the action and this number separately.
 class ORNWHATSNEWQT_EXPORT WhatsNewBadge : public QToolButton {
   Q_OBJECT
  public:

@@ -11,8 +11,8 @@ namespace ornwhatsnewqt {
 
 class SettingsStore;
 
-/// Announces an update once: at the first start of a new version, if something is new. Of several
-/// programs that start at the same time, only one announces the update.
+/// Announces an update once: at the first start of a new version, if something is new. If several
+/// instances of the application start at the same time, only one of them announces the update.
 ///
 /// There is no announcement at the first start of the application, or if the user has already
 /// opened the panel in this version. Users can also switch announcements off. The announcement is

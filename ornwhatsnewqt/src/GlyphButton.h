@@ -17,8 +17,8 @@ class GlyphButton : public QAbstractButton {
  public:
   GlyphButton(Glyph glyph, QWidget* parent);
 
-  /// Sets the name and the description for assistive tools. The tooltip contains the name, and also
-  /// `shortcut` if `shortcut` is not empty.
+  /// Sets the name and the description for assistive technologies. The tooltip contains the name,
+  /// and also `shortcut` if `shortcut` is not empty.
   void setNames(const QString& name, const QString& description,
                 const QKeySequence& shortcut = QKeySequence());
 

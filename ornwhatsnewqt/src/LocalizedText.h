@@ -1,4 +1,4 @@
-// Localises the texts of the companion, and makes the translators of the application available to
+// Localises the strings of the companion, and makes the translators of the application available to
 // the library.
 #ifndef ORNWHATSNEWQT_SRC_LOCALIZEDTEXT_H_
 #define ORNWHATSNEWQT_SRC_LOCALIZEDTEXT_H_

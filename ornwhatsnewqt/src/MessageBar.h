@@ -19,12 +19,13 @@ class MessageBar : public QFrame {
   /// Creates a hidden bar.
   explicit MessageBar(QWidget* parent);
 
-  /// Shows `message` and announces it to assistive tools. Hides the bar if `message` is empty. If
-  /// `message` is the current message, does nothing, so that a message that the user has hidden
-  /// stays hidden.
+  /// Shows `message` and announces it to assistive technologies. Hides the bar if `message` is
+  /// empty. If `message` is the current message, does nothing, so that a message that the user has
+  /// hidden remains hidden.
   void setMessage(const QString& message);
 
-  /// Sets the texts of the button in the current language. The message remains unchanged.
+  /// Sets the name and the description of the button in the current language. The message remains
+  /// unchanged.
   void retranslate();
 
  protected:

@@ -127,7 +127,7 @@ void ElementInterface::doAction(const QString& actionName) {
 }
 
 /// The accessible interface of the page. Creates the interfaces of the elements when an assistive
-/// tool queries them.
+/// technology queries them.
 class PageInterface final : public QAccessibleWidget, public QAccessibleTextInterface {
  public:
   explicit PageInterface(NewsPage* page) : QAccessibleWidget(page, QAccessible::Document) {}

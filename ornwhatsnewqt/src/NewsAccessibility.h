@@ -1,4 +1,4 @@
-// Describes the news page to assistive tools.
+// Describes the news page to assistive technologies.
 #ifndef ORNWHATSNEWQT_SRC_NEWSACCESSIBILITY_H_
 #define ORNWHATSNEWQT_SRC_NEWSACCESSIBILITY_H_
 

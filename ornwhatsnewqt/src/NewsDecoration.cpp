@@ -14,8 +14,8 @@
 namespace ornwhatsnewqt {
 namespace {
 
-// The distance from the visible part at which an edge of a card, including its rounded corners, is
-// not visible.
+// An edge of a card, including its rounded corners, is not visible at this distance from the
+// visible part of the document.
 constexpr qreal kInvisibleDistance = 2 * kCardRadius;
 
 /// Returns the `ItemPart` of `block`, or 0 if the block is outside of items.
@@ -45,7 +45,8 @@ bool NewsDecoration::isVisible(const QTextBlock& block) const {
 
 void NewsDecoration::drawCards(QPainter& painter) const {
   QTextBlock block = blockAt(document_, visible_.top());
-  // The padding of the card above can be visible, although its text is not.
+  // Begin one block earlier, because the padding of the card above can be visible, although the
+  // text of that card is not.
   if (block.previous().isValid()) block = block.previous();
   qreal top = visible_.top() - kInvisibleDistance;
   for (; isVisible(block); block = block.next()) {

@@ -96,7 +96,7 @@ class Writer {
     }
   }
 
-  /// Returns whether `span` has no link, and the same format as text without a style.
+  /// Returns whether `span` has no link and its format equals that of text without a style.
   bool isInParagraphFormat(const LayoutParagraph& paragraph, const LayoutSpan& span) const {
     return span.link.empty() &&
            formats_.ofSpan(paragraph.kind, span.style) == formats_.ofSpan(paragraph.kind, {});

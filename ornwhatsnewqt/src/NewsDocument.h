@@ -14,7 +14,7 @@
 
 namespace ornwhatsnewqt {
 
-/// A part of a `NewsDocument` that is a separate object for assistive tools.
+/// A part of a `NewsDocument` that is a separate object for assistive technologies.
 struct NewsElement {
   enum class Kind { Heading, Paragraph, ListItem, Link };
 

@@ -51,7 +51,7 @@ class NewsFormats {
   const QTextCharFormat& ofLabelStrut() const { return labelStrut_; }
 
   /// Returns the format of a paragraph of the kind `kind`. The lines after the first line are
-  /// aligned with the text after `bullet`. `isFirst` says whether the paragraph is the first
+  /// aligned with the text after `bullet`. `isFirst` states whether the paragraph is the first
   /// paragraph of its kind.
   const QTextBlockFormat& ofBlock(ornwhatsnew::ParagraphKind kind, const QString& bullet,
                                   Qt::LayoutDirection direction, bool isFirst);

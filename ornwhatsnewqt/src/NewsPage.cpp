@@ -40,7 +40,8 @@ NewsPage::NewsPage(QWidget* parent)
 }
 
 NewsPage::~NewsPage() {
-  // The document is destroyed before the base class, which must not use it any more.
+  // The member `document_` is destroyed before the base class, whose destructor must not use the
+  // document.
   setDocument(nullptr);
 }
 

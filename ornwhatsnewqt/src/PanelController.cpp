@@ -80,7 +80,7 @@ void PanelController::loadList() {
   list_.InitWithData(dataText_);
 }
 
-// If the data file cannot be read, the stored state stays empty. The user therefore remains a new
+// If the data file cannot be read, the stored state remains empty. The user therefore remains a new
 // user, for whom the first data file that can be read counts as seen, even in a later session.
 void PanelController::markAllSeen() {
   list_.MarkAllSeen();

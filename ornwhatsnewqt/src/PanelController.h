@@ -61,7 +61,7 @@ class PanelController : public QObject {
   /// Creates the layout of the open panels, and records that the user has seen it.
   void display();
 
-  /// Records that a panel was closed. Empties the layout if no panel is open any more.
+  /// Records that a panel was closed. Empties the layout when the last panel is closed.
   void closePanel();
 
   /// Returns the layout of the open panels. It is empty until `display` is called, and after all
@@ -69,8 +69,8 @@ class PanelController : public QObject {
   const ornwhatsnew::PanelLayout& layout() const { return layout_; }
 
   /// Returns the layout of the rating page. Does not change the state, because a user who opens the
-  /// rating page has not seen the news. Counts as the one rating request that `RatingPolicy` allows
-  /// per session: after the next `closePanel`, `canRate` returns false.
+  /// rating page has not seen the news. Counts as the one request to rate features that
+  /// `RatingPolicy` allows in a session: after the next `closePanel`, `canRate` returns false.
   ornwhatsnew::PanelLayout ratingLayout();
 
   /// Returns whether the user can rate a feature; see `WhatsNew::rateAction`.
@@ -88,7 +88,8 @@ class PanelController : public QObject {
     return hostStateError_.isEmpty() ? store_.error() : hostStateError_;
   }
 
-  /// Sets why the callbacks of the host cannot store the state; see `WhatsNew::setStateError`.
+  /// Sets the reason why `Settings::stateSetter` could not store the state; see
+  /// `WhatsNew::setStateError`.
   void setStateError(const QString& reason);
 
   /// Returns whether the settings of the application let the panel open after updates. If so, the

@@ -29,7 +29,8 @@ class PanelHeader : public QWidget {
   /// is `Ratings`. Otherwise, shows the title. Does not emit signals.
   void setPage(PanelPage page, bool hasRatings);
 
-  /// Sets the texts in the current language.
+  /// Sets the labels, and the names and descriptions for assistive technologies, in the current
+  /// language.
   void retranslate();
 
   /// Moves the keyboard focus to the button of the current page.

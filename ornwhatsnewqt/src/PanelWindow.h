@@ -17,8 +17,8 @@ class PanelWindow : public QDialog {
   /// A member function of `PanelWidget` that shows one of the panel's pages.
   using Page = void (PanelWidget::*)();
 
-  /// Creates a hidden window. If the parent of `whatsNew` is a widget, it is also the parent of the
-  /// window.
+  /// Creates a hidden window. If the parent of `whatsNew` is a widget, this widget is also the
+  /// parent of the window.
   explicit PanelWindow(WhatsNew* whatsNew);
   ~PanelWindow() override;
 

@@ -1,5 +1,5 @@
-// Defines buttons with the appearance of the panel. For the keyboard and for assistive tools, they
-// behave like the Qt buttons from which they are derived.
+// Defines buttons with the appearance of the panel. For the keyboard and for assistive
+// technologies, they behave like the Qt buttons from which they are derived.
 #ifndef ORNWHATSNEWQT_SRC_PILLBUTTON_H_
 #define ORNWHATSNEWQT_SRC_PILLBUTTON_H_
 

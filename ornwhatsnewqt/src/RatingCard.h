@@ -24,10 +24,11 @@ class RatingCard : public QFrame {
  public:
   RatingCard(const ornwhatsnew::RatingRequest& request, QWidget* parent);
 
-  /// Shows `request` and the texts of the card in the current language. Keeps the user's choice.
+  /// Shows `request`, and shows the labels of the card in the current language. Keeps the user's
+  /// choice.
   void setRequest(const ornwhatsnew::RatingRequest& request);
 
-  /// Sets the texts of the card in the current language.
+  /// Sets the labels of the card to the strings of the current language.
   void retranslate();
 
   /// Returns the key of the feature.

@@ -23,8 +23,8 @@ class RatingPage : public QScrollArea {
  public:
   explicit RatingPage(QWidget* parent);
 
-  /// Shows `requests`. Keeps the user's choices in the cards of requests that were shown before.
-  /// Keeps the cards of requests that the user has answered.
+  /// Shows `requests`. Keeps the cards that the user has answered. Of the other cards, removes
+  /// those whose request is not in `requests`, and keeps the user's choices in the rest.
   void showRequests(const std::vector<ornwhatsnew::RatingRequest>& requests);
 
   /// Removes all cards.

@@ -11,7 +11,7 @@ namespace ornwhatsnewqt {
 class SettingsStore;
 
 /// Allows one request to rate features in a session, and none in the first 14 days after the first
-/// start. A session ends with the program.
+/// start. A session lasts until the program ends.
 class RatingPolicy {
  public:
   using Clock = std::function<QDateTime()>;

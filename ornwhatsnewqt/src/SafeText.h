@@ -1,4 +1,4 @@
-// Makes texts of a layout safe for widgets.
+// Makes strings of a layout safe for widgets.
 #ifndef ORNWHATSNEWQT_SRC_SAFETEXT_H_
 #define ORNWHATSNEWQT_SRC_SAFETEXT_H_
 

@@ -31,8 +31,8 @@ class SearchBar : public QWidget {
   /// Hides the bar, and moves the focus to the view. The current match remains selected.
   void endSearch();
 
-  /// Sets the texts in the current language, and searches again. Call this function after the
-  /// language or the document of the view has changed.
+  /// Sets the strings of the bar in the current language, and repeats the search. Call this
+  /// function after the language or the document of the view has changed.
   void refresh();
 
   /// Select the next and the previous match. The first match follows the last one. If there is no

@@ -19,8 +19,8 @@ WhatsNewBadge::WhatsNewBadge(const WhatsNew* whatsNew, QWidget* parent) : QToolB
 
 WhatsNewBadge::~WhatsNewBadge() = default;
 
-// The text of the action ends with a number or a dot, whose meaning the tooltip explains. Assistive
-// tools read the tooltip as the description of the button.
+// The text of the action can end with a number or a dot, whose meaning the tooltip explains.
+// Assistive technologies read the tooltip as the description of the button.
 void WhatsNewBadge::updateName() {
   setAccessibleName(localizedText("$$$/ornwhatsnewqt/Action/Show=What's New"));
 }

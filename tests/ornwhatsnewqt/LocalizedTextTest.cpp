@@ -33,7 +33,7 @@ QSet<QString> keysInSources() {
                        QDirIterator::Subdirectories);
     while (files.hasNext()) {
       const QString text = contentOf(files.next());
-      // Remove the comments, because their examples are not texts of the library.
+      // Remove the comments, because their examples are not strings of the library.
       static const QRegularExpression comment(QStringLiteral("//[^\n]*"));
       auto matches = key.globalMatch(QString(text).remove(comment));
       while (matches.hasNext()) keys.insert(matches.next().captured(1));
@@ -112,7 +112,8 @@ void LocalizedTextTest::germanHasNoTextForAnUnknownKey() {
   }
 }
 
-// The comment of an entry is its English text, in which "@0 is ..." explains the first placeholder.
+// In the German catalog, the comment of each entry describes the English string and its
+// placeholders.
 void LocalizedTextTest::germanTextsKeepThePlaceholders() {
   static const QRegularExpression entry(
       QStringLiteral("#\\. (.+)\nmsgctxt .+\nmsgid .+\nmsgstr \"(.*)\""));

@@ -88,7 +88,7 @@ class PanelAccessibilityTest : public QObject {
 };
 
 void PanelAccessibilityTest::initTestCase() {
-  // No assistive tool activates the accessibility events during a test.
+  // During a test, no assistive technology activates the accessibility events.
   QGuiApplicationPrivate::platformIntegration()->accessibility()->setActive(true);
   QAccessible::installUpdateHandler(recordEvent);
 }
