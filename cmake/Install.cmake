@@ -65,7 +65,7 @@ install(DIRECTORY docs DESTINATION ${ORN_DOC_DIR}
         FILES_MATCHING PATTERN "*.md" PATTERN "*.png" PATTERN api EXCLUDE)
 
 # orn_install_link(LINK TARGET COMPONENT)
-# Installs the symbolic link LINK to TARGET. A relative path starts at the installation prefix.
+# Installs LINK, a symbolic link to TARGET. Resolves relative paths against the installation prefix.
 function(orn_install_link link target component)
   cmake_path(GET link PARENT_PATH folder)
   cmake_path(GET link FILENAME name)

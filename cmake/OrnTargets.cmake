@@ -8,8 +8,8 @@ if(PROJECT_VERSION_MAJOR EQUAL 0)
 endif()
 
 # orn_add_library()
-# Declares the library ornwhatsnew, to which orn_add_module adds sources. The base of its header set is
-# the root of the repository, so include paths equal the paths in the repository.
+# Declares the library ornwhatsnew, to which orn_add_module adds sources. The base directory of its header
+# set is the root of the repository, so include paths equal the paths in the repository.
 function(orn_add_library)
   set(type STATIC)
   if(ORNWHATSNEW_SHARED)
@@ -111,8 +111,8 @@ endfunction()
 
 # orn_speed_up_test_compilation(NAME)
 # Compiles the target NAME without optimisation in every configuration, to save compile time. Call this
-# function for all test programs and for their precompiled header, which needs the same options. Call it
-# also for libraries in which the tests spend little time.
+# function for all test programs and for their precompiled header, which needs the same options. Also call
+# it for libraries in which the tests spend little time.
 function(orn_speed_up_test_compilation name)
   target_compile_options(${name} PRIVATE $<$<CXX_COMPILER_ID:GNU,Clang,AppleClang>:-O0>)
 endfunction()

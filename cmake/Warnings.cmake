@@ -1,5 +1,5 @@
-# Enables compiler warnings for all targets that link orn_warnings. This target is not exported, so that
-# hosts are compiled without these warnings.
+# Enables compiler warnings for all targets that link orn_warnings. The target orn_warnings is not exported,
+# so that hosts are compiled without these warnings.
 add_library(orn_warnings INTERFACE)
 target_compile_options(orn_warnings INTERFACE
   "$<$<CXX_COMPILER_ID:GNU,Clang,AppleClang>:-Wall;-Wextra;-Wpedantic;-Wshadow;-Wconversion;\

@@ -1,1 +1,2 @@
-// CMake builds the precompiled header of all GoogleTest programs when it compiles this file.
+// Contains no code. The CMake target of this file builds the precompiled header that all GoogleTest
+// programs use.

@@ -52,7 +52,7 @@ void prepareWindow() {
   QTimer::singleShot(kPatience, &saveWindow);
 }
 
-// The program calls this function when it creates the application object. The timer expires when
+// Qt calls this function when the program creates the application object. The timer expires when
 // the program has shown its window and waits for events.
 void observeApplication() {
   QTimer::singleShot(0, &prepareWindow);

@@ -59,7 +59,8 @@ command_bench() {
   say "Wrote the table to build/bench/table.md and all measurements to build/bench/results/"
 }
 
-# Implements the stage "growth" of ./dev check. Counts instructions, because run times depend on other load.
+# Implements the stage "growth" of ./dev check. Counts instructions, because run times depend on other load
+# on the machine.
 stage_growth() {
   configure bench && build bench --target benchmarks && count_instructions 1000 &&
     count_instructions 10000 || return
@@ -91,7 +92,8 @@ count_instructions() {
 }
 
 # Fails if a function executes more than twelve times as many instructions for 10,000 rows as for 1,000.
-# Also fails if it executes at most 100,000 instructions for 1,000 rows, because this is implausible.
+# Also fails if it executes at most 100,000 instructions for 1,000 rows, because so low a count means that
+# the measurement is wrong.
 require_linear() {
   local function=$1 few many
   few=$(instructions_in "$function" 1000) && many=$(instructions_in "$function" 10000)
@@ -101,7 +103,8 @@ require_linear() {
 }
 
 # Prints the number of instructions that a method of FeatureListData and its callees executed. A line of
-# callgrind_annotate is " 6,139,544 (22.35%)  ???:NAME(...". A name can have the suffix "[abi:cxx11]".
+# callgrind_annotate looks like " 6,139,544 (22.35%)  ???:NAME(...". A name can have the suffix
+# "[abi:cxx11]".
 instructions_in() {
   local function=$1 rows=$2 line
   line=$(grep -m 1 ":ornwhatsnew::FeatureListData::$function\(\[abi:cxx11\]\)\?(" "$(log_file "growth-$rows")")

@@ -80,7 +80,8 @@ stage_release() { build_and_test release; }
 # only clang, because the builds compile the same headers with g++.
 stage_headers() {
   list_files 'orn*.h' | grep -zv -e '/src/' -e '^ornwhatsnewqt/' | check_headers || return
-  # Applications may use Qt with and without its keywords and its implicit conversions.
+  # Compile the headers of the companion twice, because applications may use Qt with or without its keywords
+  # and its implicit conversions.
   list_files 'ornwhatsnewqt/*.h' | grep -zv '/src/' | check_qt_headers || return
   list_files 'ornwhatsnewqt/*.h' | grep -zv '/src/' |
     check_qt_headers -DQT_NO_KEYWORDS -DQT_NO_CAST_FROM_ASCII -DQT_NO_CAST_TO_ASCII
@@ -99,8 +100,8 @@ check_qt_headers() {
 }
 
 # Compiles the sources of the library for Windows. Checks only the syntax, because the libraries for
-# Windows are not installed. The include path contains only the ICU headers of this system, because they
-# are the same on every system.
+# Windows are not installed. Of the headers of this system, the include path contains only those of ICU,
+# because they are the same on every system.
 stage_windows() {
   local include=build/windows/include
   mkdir -p "$include" &&
@@ -198,8 +199,8 @@ tidy_each() {
 # Prints the sources that a preset compiles.
 compiled_files() { sed -n 's/^  "file": "\(.*\)"$/\1/p' "build/$1/compile_commands.json"; }
 
-# Generates the sources that moc creates, because sources of the companion include them. Does nothing
-# without Qt. Does not build the targets of moc, because they depend on the compiled library.
+# Runs moc, because sources of the companion include the files that moc generates. Does nothing without Qt.
+# Does not build the targets of moc, because they depend on the compiled library.
 make_qt_sources() {
   find "build/$1" -name AutogenInfo.json -print0 | xargs -0 -I{} cmake -E cmake_autogen {} ''
 }
@@ -227,8 +228,8 @@ summary_of_log() {
     -e '/^[0-9]* files$/p' -e 's/^skipped: //p' "$1" | tail -n 1
 }
 
-# Returns whether a skipped stage is a failure. In CI it is a failure, because the message could
-# remain unnoticed there.
+# Returns whether a skipped stage is a failure. In CI, a skipped stage is a failure, because the message
+# about the skipped stage could remain unnoticed.
 skipping_fails() { [[ ${CI:-} == true ]]; }
 
 run_stage() {

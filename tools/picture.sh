@@ -47,7 +47,8 @@ write_terminal_picture() {
   take_screenshot "$folder/$name.html" "$name.png" "$size" 1 "$folder/profile"
 }
 
-# Shortens the panel with sed instead of head, because `show` fails if its reader exits early.
+# Writes the pictures of `ornwhatsnew show` and `ornwhatsnew lint` in a terminal. Shortens the panel with
+# sed instead of head, because `show` fails if its reader exits early.
 write_terminal_pictures() {
   local folder=$1 program=$PWD/build/release/bin/ornwhatsnew host=$PWD/examples/author/host.json
   local columns=84 lines=39
@@ -62,7 +63,7 @@ write_terminal_pictures() {
     write_terminal_picture "$folder" lint 96 26
 }
 
-# Writes the picture of the page of `ornwhatsnew preview`.
+# Writes a picture of the page that `ornwhatsnew preview` creates.
 write_preview_picture() {
   local folder=$1
   build/release/bin/ornwhatsnew preview "$picture_data" --host "$picture_host" \

@@ -15,7 +15,7 @@ command_coverage() {
   say "Per file: build/coverage/report/summary.txt; per line: build/coverage/report/index.html"
 }
 
-# Runs the tests and writes the report. Passes its arguments to gcovr.
+# Runs the tests and writes the coverage report. Passes its arguments to gcovr.
 measure_coverage() {
   configure coverage && build coverage || return
   # Delete the counts of earlier runs, because a run adds its counts to them.
@@ -109,12 +109,13 @@ stage_xvfb() { ensure_packages xvfb && test_companion_in_windows; }
 stage_kills() { command_kills 10000; }
 stage_robustness() { command_robustness --seed 1 && write_settings_in_several_programs; }
 
-# Tests the pages of the program in headless Chromium, and writes screenshots to build/browser/pages.
-# Downloads axe-core, which finds accessibility problems, with npm.
+# Tests the pages of the program in headless Chromium, and writes screenshots to build/browser/pages. Uses
+# npm to download axe-core, which finds accessibility problems.
 stage_browser() {
   local folder=build/browser axe=axe-core@4.10.3
   ensure_packages browser
-  # Debian's package of Node.js does not contain npm, but other packages of Node.js do.
+  # Install npm only if it is missing. Debian's package of Node.js does not contain npm, but other packages
+  # of Node.js do.
   command -v npm >/dev/null || install_packages npm
   mkdir -p "$folder"
   if ! npm install --prefix "$folder" --no-save --no-audit --no-fund "$axe"; then

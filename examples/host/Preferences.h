@@ -1,6 +1,6 @@
-// Defines the user's settings, the strings that the library stores, and whether the application is
-// quitting. A real application would store the settings and the strings in a registry, a property
-// list or a database.
+// Defines `Preferences`, which contains the user's settings, the strings that the library stores,
+// and a flag that is true while the application quits. A real application would store the settings
+// and the strings in a registry, a property list or a database.
 #ifndef EXAMPLES_HOST_PREFERENCES_H_
 #define EXAMPLES_HOST_PREFERENCES_H_
 

@@ -26,7 +26,8 @@ class RunningApplication final : public orncore::config::ClientInfo {
   std::string GetClientPlatform() const override { return "Win"; }
 };
 
-// Returns the beta features, whether they are switched on, and the internal-features permission.
+// Returns the feature table and the internal-features permission. Also returns whether a feature is
+// switched on, and whether the user may switch it on.
 class Switches final : public feature::FeatureService {
  public:
   explicit Switches(const Preferences& preferences) : preferences_(preferences) {}

@@ -29,7 +29,7 @@ struct ConvertedText {
 ConvertedText ConvertText(std::string_view text);
 
 /// Returns a description of the replacements, for example "1 '"' by '″', 2 line breaks by spaces".
-/// Returns an empty string if there are none.
+/// Returns an empty string if there are no replacements.
 std::string DescribeReplacements(const ConvertedText& converted);
 
 /// Returns why `value` must not be a field of a data file, and what to do, for example "is not

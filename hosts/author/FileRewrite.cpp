@@ -33,8 +33,8 @@ std::string QuotedPath(const fs::path& file) {
   return "'" + file.native() + "'";
 }
 
-/// Returns the result of `step`. If `step` throws `std::system_error`, throws another one with the
-/// same code and with a message that consists of `problem` and `file`. The original message
+/// Returns the result of `step`. If `step` throws `std::system_error`, throws a new exception with
+/// the same code and with a message that begins with `problem` and `file`. The original message
 /// contains the absolute path of the file, its folder or its temporary file, but authors expect the
 /// path that they wrote.
 template <class Step>

@@ -9,7 +9,7 @@
 
 namespace hosts::author {
 
-// All functions follow symbolic links. They keep the mode of an existing file as
+// All functions in this header follow symbolic links. They keep the mode of an existing file as
 // `FileReplacement::CopyModeAndOwner` does, and lock an existing file until they return. If another
 // program has locked the file, they wait up to 5 seconds. On failure, they throw
 // `std::system_error`, and the file is unchanged, unless only the sync of its folder has failed. A

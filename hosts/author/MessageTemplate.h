@@ -34,8 +34,8 @@ class MessageTemplate {
   /// Returns the template in the format of a PO file, in UTF-8.
   std::string Format() const;
 
-  /// Returns a warning for each key text that was not added because it contains a NUL, or because
-  /// the entry of its key has another default text.
+  /// Returns a warning for each key text that was omitted because it contains a NUL, or because the
+  /// entry with the same key has a different default text.
   const std::vector<std::string>& Warnings() const { return warnings_; }
 
  private:
@@ -49,7 +49,7 @@ class MessageTemplate {
   void AddKeyText(const std::string& reference, std::string_view text);
 
   std::vector<Entry> entries_;
-  /// The index in `entries_` of each key.
+  /// For each key, the index of its entry in `entries_`.
   std::map<std::string, std::size_t, std::less<>> indexes_;
   std::vector<std::string> warnings_;
 };

@@ -23,8 +23,8 @@ struct ImportResult {
 ///
 /// The first row that has values must contain the column names, in any order; see `FindColumn`.
 /// Each name must be known and must not occur twice. A column without a name must not contain
-/// values. The columns of the grouping ID and of the message are required. A missing cell is empty,
-/// and rows without values are omitted.
+/// values. The columns of the grouping ID and of the message are required. A missing cell counts as
+/// empty, and rows without values are omitted.
 ///
 /// `ConvertText` converts the cells of text columns. Other cells are not changed. It is an error if
 /// the table has no values or if `ProblemWith` rejects a cell. It is also an error if the library

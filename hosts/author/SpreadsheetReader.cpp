@@ -135,7 +135,7 @@ SpreadsheetRow ParseHeader(std::string_view text, char separator) {
 }
 
 /// Returns how many cells of the header are column names of a data file. Returns -1 if the header
-/// cannot be parsed with this separator.
+/// cannot be parsed with `separator`.
 std::ptrdiff_t CountColumnNames(std::string_view text, char separator) {
   try {
     return std::ranges::count_if(ParseHeader(text, separator), [](const SpreadsheetCell& cell) {

@@ -1,8 +1,8 @@
 // Reads the tables that spreadsheet programs export as CSV.
 //
-// Unlike in a data file, a quoted field can span several lines, and two double quotes in it
-// represent one (RFC 4180). Commas, semicolons, tabs, or the character of a "sep=" line separate
-// the fields.
+// Unlike in a data file, a quoted field can span several lines. Two double quotes in a quoted field
+// represent one double quote (RFC 4180). Commas, semicolons, tabs, or the character of a "sep="
+// line separate the fields.
 #ifndef HOSTS_AUTHOR_SPREADSHEETREADER_H_
 #define HOSTS_AUTHOR_SPREADSHEETREADER_H_
 

@@ -92,8 +92,8 @@ const char* EncodingOfMark(std::string_view bytes) {
                                      &error);
 }
 
-/// Returns a `DecodedText` with the selected encoding and the reason for its selection. Its `text`
-/// is empty.
+/// Returns a `DecodedText` that contains the selected encoding and the reason for the selection.
+/// The member `text` is empty.
 DecodedText SelectEncoding(std::string_view bytes, const std::optional<std::string>& encoding) {
   if (encoding) return {"", *encoding, "as --encoding requires"};
   if (const char* const marked = EncodingOfMark(bytes)) {

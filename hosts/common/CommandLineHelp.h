@@ -1,4 +1,5 @@
-// Defines the texts that the help of several programs contains.
+// Defines descriptions that the help texts of several programs contain, and the width of the column
+// with the names.
 #ifndef HOSTS_COMMON_COMMANDLINEHELP_H_
 #define HOSTS_COMMON_COMMANDLINEHELP_H_
 

@@ -16,8 +16,8 @@ std::string NameOfTemporaryFile(const std::string& name, TemporaryName temporary
   return "ornwhatsnew-" + std::to_string(std::random_device()()) + ".tmp";
 }
 
-/// Creates the file `name`. Deletes an existing file with a fixed name instead of truncating it,
-/// because the name may be a link to another file.
+/// Creates the file `name`. If `temporaryName` is `kFixed`, first deletes an existing file with
+/// this name. Does not truncate the existing file, because the name may be a link to another file.
 FileDescriptor CreateTemporaryFile(const PrivateFolder& folder, const std::string& name,
                                    TemporaryName temporaryName) {
   const bool isFixed = temporaryName == TemporaryName::kFixed;

@@ -32,9 +32,9 @@ constexpr std::size_t kHashSizeOffset = 20;
 /// exhaust the stack.
 constexpr std::size_t kMaximumProperties = 2048;
 
-/// Checks the structure and the character set of a catalog, and finds its source texts.
-/// Boost.Locale trusts most offsets in the file, and finds a translation only for a known source
-/// text.
+/// Checks the structure and the character set of a catalog, because Boost.Locale trusts most
+/// offsets in the file. Also finds the source texts, because Boost.Locale returns a translation
+/// only for a known source text.
 class CatalogTables {
  public:
   explicit CatalogTables(std::string_view bytes) : bytes_(bytes) {
@@ -119,7 +119,7 @@ class CatalogTables {
 };
 
 /// Returns a copy of the catalog without its hash table. Boost.Locale would use the indexes in this
-/// table without checking them. Without the table, it creates its own.
+/// table without checking them. If there is no hash table, Boost.Locale creates its own.
 std::vector<char> WithoutHashTable(std::string_view bytes) {
   std::vector<char> copy(bytes.begin(), bytes.end());
   std::memset(copy.data() + kHashSizeOffset, 0, sizeof(std::uint32_t));

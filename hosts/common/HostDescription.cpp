@@ -84,7 +84,8 @@ std::vector<BetaFeatureDescription> ReadBetaFeatures(const JsonReader& array) {
 }
 
 /// Copies the member `name` of `object`, if it exists, to the member `link` of `links`. Throws
-/// `JsonError` if the link is not valid. `expected` describes a valid link for the error message.
+/// `JsonError` if the member of `object` is not a string or not a valid link. The error message
+/// contains `expected`, a description of a valid link.
 /// The other members of `links` must be valid.
 void ReadLink(const JsonReader& object, std::string_view name, std::string_view expected,
               PanelLinks& links, UTF16String PanelLinks::*link) {
@@ -108,8 +109,8 @@ PanelLinks ReadLinks(const JsonReader& object) {
 }
 
 /// Throws `JsonError` if the version, the build number or the platform contains a control
-/// character. The heading of the panel shows the version. The text after a newline in the version
-/// would look like a second line of the heading.
+/// character. The heading of the panel can show the version. The text after a newline in the
+/// version would look like a second line of the heading.
 void RequireVisibleVersion(const JsonReader& object) {
   for (const std::string_view name : {"clientVersion", "buildNumber", "platform"}) {
     const auto member = object.Find(name);

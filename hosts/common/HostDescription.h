@@ -46,7 +46,7 @@ struct BetaFeatureDescription {
   bool availableForUser = false;
 };
 
-/// The content of a host description. All strings are UTF-8, except those of `links`.
+/// The content of a host description. The strings in `links` are UTF-16, and all others are UTF-8.
 struct HostDescription {
   using Texts = std::map<std::string, std::string, std::less<>>;
 
@@ -66,7 +66,7 @@ struct HostDescription {
   Texts debug;
   /// The translations by key. The key is the part of a key text before `=`.
   Texts dictionary;
-  /// The names of compiled gettext catalogs (.mo) with more translations. Relative names are
+  /// The paths of compiled gettext catalogs (.mo) with more translations. A relative path is
   /// relative to the folder of the description.
   std::vector<std::string> dictionaryFiles;
 };

@@ -1,4 +1,4 @@
-// Creates HTML pages that a browser can open.
+// Creates complete HTML pages, and escapes strings for such pages.
 #ifndef HOSTS_COMMON_HTMLPAGE_H_
 #define HOSTS_COMMON_HTMLPAGE_H_
 
@@ -16,7 +16,8 @@ std::string EscapeHtml(std::string_view text);
 
 /// Returns a complete HTML page in English. `title` is plain text, `style` is a style sheet without
 /// the character `<`, and `body` is the HTML of the body. The page follows the browser's colour
-/// scheme. Its content security policy forbids scripts, requests, forms and all other styles.
+/// scheme. Its content security policy forbids scripts, requests, forms, and all styles except
+/// `style`.
 std::string HtmlPage(std::string_view title, std::string_view style, std::string_view body);
 
 /// Returns a complete HTML page that shows `layout`.

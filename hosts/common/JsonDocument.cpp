@@ -41,14 +41,14 @@ std::string ParserDetail(std::string_view message) {
     const std::size_t end = message.find(prefixEnd);
     if (end != std::string_view::npos) message.remove_prefix(end + prefixEnd.size());
   }
-  // The message quotes the input, which can be long.
+  // Shorten the message, because it quotes the input, which can be long.
   return WithoutMiddle(message);
 }
 
 /// Builds a JSON value from the events of nlohmann-json's SAX parser. Rejects duplicate members,
-/// and enforces the limits for depth and elements. `json::parse` would overwrite the first of two
-/// duplicates. A callback of `json::parse` could reject them, but takes quadratic time for objects
-/// with many members.
+/// and enforces the limits for the nesting depth and for the number of array elements.
+/// `json::parse` would overwrite the first of two duplicate members. A callback of `json::parse`
+/// could reject duplicates, but would take quadratic time for objects with many members.
 class DocumentBuilder : public nlohmann::json_sax<json> {
  public:
   DocumentBuilder(std::string_view text, std::string_view sourceName, std::size_t maximumDepth,

@@ -35,7 +35,7 @@ nlohmann::json RunsJson(const ornwhatsnew::StyleRunMap& runs);
 /// `items` is null.
 nlohmann::json RatingItemsJson(const std::shared_ptr<const ornwhatsnew::RatingMap>& items);
 
-/// Returns an array with each string of a style run that is a safe link
+/// Returns an array with those strings of the style runs that are safe links
 /// (`orncore::string::IsSafeLink`), without duplicates and in ascending order.
 nlohmann::json SafeLinksJson(const ornwhatsnew::StyleRunMap& runs);
 

@@ -17,8 +17,8 @@ constexpr int kMaximumLinks = 40;
 
 /// Sets the umask of the process while the object exists, so that new files and folders have
 /// exactly the modes 0600 and 0700. A umask such as 0277 would otherwise withhold the user's own
-/// permissions. Changing the modes afterwards would be unsafe, because another program could
-/// replace the file in the meantime.
+/// permissions. Changing the mode of a new folder afterwards would be unsafe, because another
+/// program could replace the folder in the meantime.
 class PrivateUmask {
  public:
   PrivateUmask() : lock_(mutex_), before_(::umask(077)) {}
@@ -101,9 +101,9 @@ void ThrowIf(const std::error_code& error, const fs::path& file) {
   if (error) throw std::system_error(error, "cannot open '" + file.native() + "'");
 }
 
-/// Throws if a ".." in the folder of `file` does not follow an existing folder. The system cannot
-/// open such a path, but `weakly_canonical` would remove the ".." and the name before it. A write
-/// would then create a file that a read of the same path does not find.
+/// Throws if a ".." in the path of the folder of `file` does not follow an existing folder. The
+/// system cannot open such a path, but `weakly_canonical` would remove the ".." and the name before
+/// it. A write would then create a file that a read of the same path does not find.
 void RequireFoldersBeforeParents(const fs::path& file) {
   fs::path path;
   for (const fs::path& name : file.parent_path()) {

@@ -20,8 +20,8 @@ namespace hosts::common {
 /// Resolves the symbolic links in the absolute path `file`, and returns the result. If `file` is
 /// itself a link, returns the path of the file to which the link points. The file and its folder
 /// need not exist. Throws `std::system_error` if a link or a folder cannot be resolved, or if ".."
-/// follows a missing folder or a file. Also throws it if the path is empty or ends with "/", "." or
-/// "..".
+/// follows a missing folder or a file. Also throws it if the path is empty or ends with "/", or if
+/// its last component is "." or "..".
 std::filesystem::path ResolveLinks(std::filesystem::path file);
 
 /// Returns the umask of the process. The system has no call that only reads the umask, so the
@@ -53,7 +53,7 @@ class PrivateFolder {
   /// symbolic link to this file, or if a system call fails.
   bool IsNameOf(const std::string& name, const FileDescriptor& file) const;
 
-  /// Waits until all changes of names in this folder are on the disk. Does nothing if the file
+  /// Waits until all changes to the names in this folder are on the disk. Does nothing if the file
   /// system cannot sync folders.
   void Sync() const;
 

@@ -21,12 +21,12 @@ std::optional<StateValues> ReadStateFile(const std::filesystem::path& file);
 /// new values. Creates missing folders. If `file` is a symbolic link, replaces the file to which
 /// the link points.
 ///
-/// While the function reads and writes, it locks a second file, whose name is the name of the file
-/// followed by ".lock". Other programs wait for this lock before they write. The function waits at
-/// most `patience` for this lock.
+/// While the function reads and writes, it holds a lock on a second file, whose name is the name of
+/// the file followed by ".lock". Other programs wait for this lock before they write. The function
+/// waits at most `patience` for this lock.
 ///
 /// Throws `StateStoreError` on failure, and if another program replaces the file or the lock file
-/// in the meantime. The file is then unchanged, unless only the sync of its folder has failed, or
+/// during the call. The file is then unchanged, unless only the sync of its folder has failed, or
 /// another program replaced a file during the rename; see `FileReplacement::Commit`.
 StateValues ChangeStateFile(const std::filesystem::path& file, std::chrono::milliseconds patience,
                             const std::function<void(StateValues&)>& change);

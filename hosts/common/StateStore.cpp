@@ -97,8 +97,8 @@ void StateStore::Reset() {
 
 ornwhatsnew::StateGetter StateStore::Getter() const {
   return [this](const ornwhatsnew::UTF8String& key) {
-    // The panel's heading shows the last version. The text after a newline in this version would
-    // look like a second line of the heading.
+    // The panel's heading can show the last version in which the user opened the panel. The text
+    // after a newline in this version would look like a second line of the heading.
     return key == kLastVersionSeenKey ? WithoutControlCharacters(Get(key)) : Get(key);
   };
 }

@@ -70,9 +70,10 @@ class StateStore {
   static constexpr std::chrono::milliseconds kDefaultPatience{5000};
 
   /// Reads the values at `location`, which is a file or `kMemoryLocation`. If the file does not
-  /// exist, the store is empty. Throws `StateStoreError` if `location` is empty, if a relative
-  /// `location` cannot be resolved, or if the file cannot be read, is not a state store, or has a
-  /// newer format. `patience` is the maximum time that each later write waits for other programs.
+  /// exist, the store is empty. Throws `StateStoreError` if `location` is empty or cannot be
+  /// resolved to an absolute path. Also throws it if the file cannot be read, is not a state store,
+  /// or was written in a newer format than this version of the program supports. `patience` is the
+  /// maximum time that each later write waits for other programs.
   explicit StateStore(const std::filesystem::path& location,
                       std::chrono::milliseconds patience = kDefaultPatience);
 

@@ -17,8 +17,8 @@ namespace hosts::common {
 std::string ReadTextFile(const std::filesystem::path& file,
                          std::size_t maxBytes = orncore::filesupport::kMaxFileBytes);
 
-/// Returns the same as `ReadTextFile`. On failure, throws `ToolError` with the status `kInput` and
-/// a message such as "cannot open 'x.csv': No such file or directory".
+/// Returns the result of `ReadTextFile`. If `ReadTextFile` fails, throws `ToolError` with the
+/// status `kInput` and a message such as "cannot open 'x.csv': No such file or directory".
 std::string ReadInputFile(const std::filesystem::path& file,
                           std::size_t maxBytes = orncore::filesupport::kMaxFileBytes);
 

@@ -38,7 +38,7 @@ int RunReportingErrors(int argc, const char* const* argv, RunFunction run,
   try {
     return static_cast<int>(RunAndReport(argc, argv, run, report));
   } catch (...) {
-    // The report itself has failed, for example because there is no memory for the message.
+    // The error could not be reported, for example because there is no memory for the message.
     return static_cast<int>(ExitStatus::kUnexpected);
   }
 }

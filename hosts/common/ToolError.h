@@ -1,4 +1,4 @@
-// Defines the exit status of the programs, and the exception that ends a program.
+// Defines the exit statuses of the programs, and the exception that ends a program.
 #ifndef HOSTS_COMMON_TOOLERROR_H_
 #define HOSTS_COMMON_TOOLERROR_H_
 
@@ -38,9 +38,9 @@ class ToolError : public std::runtime_error {
   ExitStatus status_;
 };
 
-/// Calls `run` with the command line of a program and returns its exit status. If `run` throws,
-/// calls `report` with the error message, unless that is empty, and returns the exit status for the
-/// exception.
+/// Calls `run` with the command line of a program, and returns the exit status that `run` returns.
+/// If `run` throws, returns the exit status for the exception. Before that, calls `report` with the
+/// error message, unless the message is empty.
 int RunReportingErrors(int argc, const char* const* argv,
                        ExitStatus (*run)(int argc, const char* const* argv),
                        void (*report)(std::string_view message)) noexcept;

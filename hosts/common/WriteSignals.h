@@ -1,4 +1,5 @@
-// Makes failed writes return errors.
+// Ignores the signals with which certain failed writes would otherwise end the process. These
+// writes then return errors.
 #ifndef HOSTS_COMMON_WRITESIGNALS_H_
 #define HOSTS_COMMON_WRITESIGNALS_H_
 

@@ -49,7 +49,7 @@ Texts DefaultTextsOfLibrary() {
   return texts;
 }
 
-// Returns the keys of key texts in the first columns of the tables of a page.
+// Returns the keys of key texts that are in the first column of a table in `page`.
 std::set<std::string> KeysInTables(const std::string& page) {
   constexpr std::string_view kRow = "| `$$$/";
   constexpr std::string_view kCell = "| `";

@@ -57,8 +57,9 @@ void ExpectPageShowsWhatItsCommandsPrint(const std::string& page) {
   }
 }
 
-// Prepares the environment of the commands. The folder of the example is the current folder, PATH
-// contains the program, the state store is empty, and COLUMNS is not set.
+// Prepares the environment for the commands of a page. The folder of the example is the current
+// folder, PATH contains the folder of the program, the state store is empty, and COLUMNS is not
+// set.
 class ExamplePage : public ::testing::Test {
  protected:
   void SetUp() override {
@@ -84,8 +85,8 @@ TEST_F(ExamplePage, DataFileManualShowsTheOutputOfItsCommands) {
   ExpectPageShowsWhatItsCommandsPrint(RULES_PAGE);
 }
 
-// The commands in the guide write files and use git. The test therefore runs them in a copy of the
-// folder and sets the author of their commits.
+// The commands in the author guide write files and use git. The test therefore runs them in a copy
+// of the folder examples/author, and sets the author of their commits.
 TEST_F(ExamplePage, AuthorGuideShowsTheOutputOfItsCommands) {
   const test_support::TemporaryFolder folder;
   std::filesystem::copy(AUTHOR_FOLDER, folder.Path(), std::filesystem::copy_options::recursive);

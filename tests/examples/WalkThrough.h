@@ -10,7 +10,7 @@ namespace examples {
 
 using Lines = std::vector<std::string>;
 
-/// Splits a string into lines. Omits empty lines at its end.
+/// Splits a string into lines. Omits empty lines at the end of the string.
 Lines SplitLines(std::string_view text);
 
 /// A command in a Markdown page, and the output that the page shows for it.

@@ -48,8 +48,8 @@ DEFINITIONS = {
     "ORNWHATSNEW_ISSUE_TRACKER": "https://issues.tarsa.example",
     "ORNWHATSNEW_PRIVACY_PAGE": "https://account.tarsa.example/privacy",
 }
-# The macro definitions for tests/hosts/author/lint. The tests run in the folder of a tree, so the paths are
-# relative to this folder.
+# The macro definitions for tests/hosts/author/lint. The tests run in the folder of a BuildTree, so the
+# paths are relative to this folder.
 LINT_DEFINITIONS = {
     "LINT_TEST_FOLDER": "source/tests/hosts/author/lint",
     "LINT_CODE_PAGE": "source/docs/lint-codes.md",

@@ -62,13 +62,14 @@ DECLARATION = re.compile(
     r"^(?:using|namespace|template|class|struct|enum|friend|extern|static|constexpr|const|typedef|"
     r"public|private|protected|return|throw|delete|static_assert|assert|#|explicit|virtual|auto|"
     r"else|case|default)\b|.*= (?:default|delete);$", re.S)
-# Variable declarations are not removed, because the source would not compile without them.
+# Matches variable declarations. They are not removed, because the source would not compile without them.
 VARIABLE = re.compile(r"^[\w:<>,&*\s\x01]+[\s&*>]\w+(?:\s*=[^=].*|\(.*|\{.*|\[.*)?;$", re.S)
-# Calls that reserve memory are not removed, because they do not change results.
+# Matches calls that reserve memory. They are not removed, because they do not change results.
 RESERVATION = re.compile(r"\b[rR]eserve\(")
 STATEMENT = re.compile(r"^[\w:(*~+-].*;$", re.S)
-# These lines have no mutants. They are preprocessor lines, the first lines of templates and friend
-# declarations, using declarations, and assertions, which are checks themselves.
+# Matches the lines that have no mutants: preprocessor lines, using declarations, and the first lines of
+# templates and of friend declarations. Assertions have no mutants either, because they are checks
+# themselves.
 SKIPPED_LINE = re.compile(r"^\s*(?:template\b|#|static_assert\b|assert\b|using\b|friend\b)")
 
 

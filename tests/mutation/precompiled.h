@@ -1,5 +1,5 @@
-// Includes the headers of the system and of other libraries that the sources use. The mutation tool
-// compiles this file once, so that a mutant compiles in a fraction of a second.
+// Includes the headers of the system and of third-party libraries that the sources use. The
+// mutation tool precompiles this file once, so that a mutant compiles in a fraction of a second.
 #include <fcntl.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

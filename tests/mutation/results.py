@@ -37,7 +37,8 @@ class Equivalents:
         for line in path.read_text().splitlines():
             if line and not line.startswith("#"):
                 file, rest = line.split(" || ", 1)
-                # The source line may contain the separator, but the other fields do not.
+                # Split from the right, because the source line may contain the separator. The fields after
+                # the source line do not contain it.
                 text, replacement, reason = rest.rsplit(" || ", 2)
                 self._entries.append((file, text, replacement, reason))
 

@@ -21,8 +21,8 @@ PROGRAMS = {
     "hosts/author": ("hosts_author_tests", "hosts_console_tests"),
     "hosts/console": ("hosts_console_tests", "scripts"),
 }
-# Maps each folder to the programs whose slow tests run for its mutants. Slow tests of other modules
-# rarely notice a mutant that the fast tests miss.
+# Maps each folder to the programs whose slow tests run for mutants of the files in this folder. Slow tests
+# of other modules rarely notice a mutant that the fast tests miss.
 SLOW_PROGRAMS = {
     "orncore": ("orncore_tests", "ornwhatsnew_tests", "fault_tests"),
     "ornappsupport": ("ornappsupport_tests", "ornwhatsnew_tests", "fault_tests"),
