@@ -34,7 +34,7 @@ constexpr const char* kExitStatusHelp = R"(Exit status:
   10  status --exit-status: something is new
   11  status --exit-status: something can be rated
   12  status --exit-status: something is new, and something can be rated
-The exit status of lint has other meanings; run 'ornwhatsnew lint --help'.)";
+The command lint has other exit statuses; run 'ornwhatsnew lint --help'.)";
 
 /// An option for a field of a new change. The option is named after the short name of the column
 /// (`author::kShortColumnNames`).
@@ -51,7 +51,7 @@ const ColumnOption kColumnOptions[] = {
     {"--salience", DataColumn::kSalience, "A keyword, such as Unreviewed"},
     {"--rating", DataColumn::kRatingRequest, "RequestRating, or a question"},
     {"--first-version", DataColumn::kFirstVersion, "The first version that the change affects"},
-    {"--platform", DataColumn::kPlatform, "The only platform of the change, Mac or Win"},
+    {"--platform", DataColumn::kPlatform, "The only platform that the change affects: Mac or Win"},
     {"--url", DataColumn::kURL, "A URL that begins with https://"},
     {"--commit", DataColumn::kSHA, "The ID of the commit"},
     {"--message", DataColumn::kDescription, "The text of the change"},
@@ -409,7 +409,7 @@ class CommandLine {
     }
   }
 
-  CLI::App app_{"Shows the What's New list of an application.", "ornwhatsnew"};
+  CLI::App app_{"Shows the What's New panel of an application.", "ornwhatsnew"};
   Request request_;
   ShowArguments show_;
   StatusArguments status_;
