@@ -50,7 +50,8 @@ void OnePass(benchmark::State& state) {
   const std::vector<std::string> keys = Keys(Rows(state));
   const std::vector<std::string> touched = Shuffled(keys);
   Order order(keys.begin(), keys.end());
-  // Give the keys the memory layout that they have in `KeyOrder` after its first iteration.
+  // Move the keys once, so that they have the same memory layout as in the benchmark `KeyOrder`
+  // after its first iteration.
   ornwhatsnew::MoveKeysToBack(order, {touched.begin(), touched.end()});
   for (auto _ : state) {
     for (const bool back : {true, false}) {

@@ -1,4 +1,4 @@
-// Checks a data file without findings. The baseline loads the same file into a list.
+// Checks a data file in which `lint` finds nothing. The baseline loads the same file into a list.
 #include <map>
 #include <memory>
 #include <string>

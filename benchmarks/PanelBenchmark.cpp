@@ -59,8 +59,8 @@ class SamplePanel {
     QCoreApplication::processEvents();
   }
 
-  // Opens the window and lays out the part of the news page that is not visible, which the page
-  // does after the first paint.
+  // Opens the window, and processes the event that lays out the rest of the news page. Before the
+  // first paint, the page lays out only its visible part.
   void OpenCompletely() {
     Open();
     QCoreApplication::processEvents();

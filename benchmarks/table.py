@@ -42,7 +42,7 @@ MEMORY_GOAL = 650
 START_GOAL = 0.3
 # For each number of changes: the largest allowed time to open the panel, in milliseconds.
 PANEL_GOALS = {300: 16, 10_000: 1_000}
-# The largest allowed 99th percentile of the times to scroll the panel, in milliseconds.
+# The largest allowed 99th percentile of the processor times of the scroll steps, in milliseconds.
 SCROLL_GOAL = 16
 # The largest allowed fraction of an open panel's memory that remains allocated after the panel is closed.
 CLOSED_MEMORY_GOAL = 0.01

@@ -56,8 +56,8 @@ class IcuByHand {
     return static_cast<std::int32_t>(text.size());
   }
 
-  // In lower case, a UTF-16 code unit becomes at most three code units. In UTF-8, a code unit
-  // becomes at most three bytes.
+  // Makes the buffers large enough for a string of `bytes` bytes. In lower case, a UTF-16 code unit
+  // becomes at most three code units. In UTF-8, a code unit becomes at most three bytes.
   void ResizeBuffers(std::size_t bytes) {
     if (utf16_.size() >= bytes) return;
     utf16_.resize(2 * bytes);

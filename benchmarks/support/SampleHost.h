@@ -11,7 +11,8 @@
 
 namespace benchmarks {
 
-/// Registers a feature service with an enabled public feature for each epic of the sample files.
+/// Registers a feature service with an enabled public feature for each epic key of the sample
+/// files.
 void UseSampleHost();
 
 /// Stores the three persisted strings by key. Must outlive the lists that use it.

@@ -44,7 +44,8 @@ void Reload(World& world) {
 
 class CallbackTest : public FaultTest {
  protected:
-  /// Runs the operation in a new `World`, and returns the result of its `SnapshotsWhileUsed`.
+  /// Runs the operation on a new `World`. Then calls `SnapshotsWhileUsed` on this `World` and
+  /// returns the result.
   std::string SnapshotsAfter(const Operation& operation) const {
     World world = MakeWorld();
     operation(world);
@@ -125,7 +126,7 @@ class FailingServices {
 
   /// Makes the n-th of the following queries throw `InjectedFailure`. If `n` is 0, no query fails.
   void FailQuery(int n) { queries_->failsIn = n; }
-  /// Returns true if the query that `FailQuery` selected has been made, or if it selected no query.
+  /// Returns true if the query that `FailQuery` selected has been made, or if no query is selected.
   bool HasReachedFailure() const { return queries_->failsIn == 0; }
 
  private:

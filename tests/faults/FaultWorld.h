@@ -21,11 +21,12 @@ std::string SeenData();
 /// Returns the data file that a `World` loads: `SeenData`, changes that are new to the user, and a
 /// row that the library skips. This row does not have ten fields.
 std::string LoadedData();
-/// Returns a later version of `LoadedData`, with one more change and another changes-since version.
+/// Returns a later version of `LoadedData`, with one more change and a different changes-since
+/// version.
 std::string LaterData();
 
-/// A host with features of each visibility and an internal user. Most of its strings are too long
-/// for the small-string optimization, so copying them allocates memory.
+/// A host with an internal user, and with features of each visibility. Most strings of the host are
+/// too long for the small-string optimization, so copying them allocates memory.
 class FaultHost : public test_support::FakeHost {
  public:
   FaultHost();
@@ -48,8 +49,8 @@ struct World {
   std::string Snapshot() const;
 
   /// Displays the list with two sets of options, rates an item, loads `SeenData` and displays the
-  /// list again. Returns the results of the displays, and snapshots from before, between and after
-  /// these steps. Tests use it to check that the list is usable after a failure.
+  /// list again. Returns the results of the displays, and snapshots from before, during and after
+  /// these steps. Tests use the result to check that the list is usable after a failure.
   std::string SnapshotsWhileUsed();
 
   test_support::FakeStateStore store;

@@ -1,7 +1,7 @@
-// Tests that make allocations fail while ValidateWhatsNew checks a data file. The failures occur on
-// the console thread and on the thread that reads and parses the file. The command must end and
-// report the failure, and the next command must succeed. A further test makes the registration of
-// the command fail.
+// Makes allocations fail while ValidateWhatsNew checks a data file. The failures occur on the
+// console thread and on the thread that reads and parses the file. The command must end and report
+// the failure, and the next command must succeed. A further test makes the registration of the
+// command fail.
 #include <array>
 #include <cerrno>
 #include <cstdlib>

@@ -1,5 +1,5 @@
-// Tests that make every allocation of an operation fail in turn, from the first to the last. Each
-// allocation fails twice: once alone, and once together with all later allocations.
+// Makes every allocation of an operation fail in turn, from the first to the last. Each allocation
+// fails twice: once alone, and once together with all later allocations.
 #include <algorithm>
 #include <functional>
 #include <iostream>
@@ -60,8 +60,8 @@ class MemoryTest : public FaultTest {
     }
   }
 
-  /// Expects that a failed operation has its full effect when it is repeated. If it failed before
-  /// it called the setter, expects that it has changed nothing.
+  /// Expects that a failed operation has its full effect when it is repeated. If the failed
+  /// operation did not call the setter, expects that it changed nothing.
   void ExpectAllOrNothing(const Operation& operation) const {
     const std::string untouched = MakeWorld().Snapshot();
     World other = MakeWorld();
@@ -77,8 +77,8 @@ class MemoryTest : public FaultTest {
     });
   }
 
-  /// Expects that a failed query changes nothing, and that the repeated query returns the value
-  /// that it returns without a failure.
+  /// Expects that a failed query changes nothing, and that the repeated query returns the same
+  /// value as a query without a failure.
   template <class Query>
   void ExpectQueryCanBeRepeated(const Query& query) const {
     const World other = MakeWorld();

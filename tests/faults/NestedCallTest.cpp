@@ -231,7 +231,7 @@ TEST_F(NestedCallTest, AServiceMayReplaceItselfDuringAQuery) {
   const std::string expected = other.Snapshot();
   const std::string expectedText = Format(*other.list).text;
 
-  // A new `FaultHost` installs the feature table again, so that the service can copy it.
+  // Create a new `FaultHost`, because it reinstalls the feature table, which the service copies.
   FaultHost host;
   ornappsupport::feature::SetFeatureService(std::make_shared<SelfReplacingFeatures>());
   world.list->BubbleUnlockedItemsToTheTop();
@@ -246,7 +246,7 @@ TEST_F(NestedCallTest, AServiceMayQueryTheListThatQueriesIt) {
   const std::string expected = Format(*MakeWorld().list).text;
   int queries = 0;
   localizer.SetDictionary(std::make_shared<HookedDictionary>([&] {
-    // The `PreviewLayout` below runs this hook again, so only the first run calls the list.
+    // The call to `PreviewLayout` runs this hook again, so only the first run uses the list.
     if (queries++ > 0) return;
     world.list->IsAnythingNew(kShowOnlyNew);
     world.list->CountNew(kShowOnlyNew);

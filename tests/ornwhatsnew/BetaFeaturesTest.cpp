@@ -110,8 +110,8 @@ TEST_F(BetaFeatures, WithTheSameEpicKeyBecomeOneItem) {
   host_.AddFeature({.internalKey = "b", .epicKey = "E-1", .name = "Aardvark"});
   host_.AddFeature({.internalKey = "a", .epicKey = "E-1", .name = "Zebra"});
   host_.AddFeature({.internalKey = "c", .epicKey = "E-2", .name = "Middle"});
-  // The list creates the item from the feature with the smaller internal key, but the smaller name
-  // determines its position.
+  // The list creates the item from the feature whose internal key sorts first. The feature name
+  // that sorts first determines the position of the item.
   EXPECT_THAT(OrderAfterParsing(),
               ElementsAre("E-1", "E-2", "MISC", "BUGFIX", "INTERNAL", "UNREVIEWED"));
   EXPECT_EQ(ItemOf(list_, "E-1").GetBetaFeatureInternalKey(), "a");

@@ -1,6 +1,6 @@
-// Tests a list and a merge of states in static objects of the host. If the library is linked
-// statically, the host's static objects can be constructed before the static objects of the
-// library.
+// Tests that static objects of the host can create a list and merge persisted values. If the
+// library is linked statically, the host's static objects can be constructed before the static
+// objects of the library.
 #include <string>
 #include <vector>
 

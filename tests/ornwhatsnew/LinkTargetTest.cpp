@@ -74,8 +74,8 @@ TEST(LinkTarget, ShowsTheHostOfALinkWithAnotherScheme) {
 
 TEST(LinkTarget, IsCutBetweenEscapes) {
   const std::string spaces(100, ' ');
-  // With one of the words, a cut that ignored escapes would be after the first byte of an escape.
-  // With another word, it would be after the second byte.
+  // Each space becomes the escape "%20", which has three bytes. A cut at a fixed length would
+  // therefore split an escape for two of these three words.
   for (const std::string word : {"", "a", "ab"}) {
     EXPECT_THAT(
         PrintedLinkTarget("https://x/" + word + spaces),

@@ -1,5 +1,5 @@
-// Tests which hiding rules an explanation lists for hidden items and changes. PlainPanelTest.cpp
-// tests that an item or a change has a hiding rule if and only if it is hidden.
+// Tests which hiding rules `ExplainVisibility` returns for hidden items and changes.
+// PlainPanelTest.cpp tests that an item or a change has a hiding rule if and only if it is hidden.
 #include <initializer_list>
 #include <memory>
 #include <stdexcept>
@@ -42,7 +42,7 @@ class VisibilityExplanation : public test_support::FakeHostTest {
     list_->RefreshInternalSeenState();
   }
 
-  /// Returns the explanation of the item with the key `key`.
+  /// Returns the visibility of the item with the key `key`.
   ItemVisibility Explain(std::string_view key, DisplayOptions options) const {
     for (ItemVisibility& item : list_->ExplainVisibility(options)) {
       if (item.item->FeatureJiraIDKey() == key) return std::move(item);

@@ -79,10 +79,10 @@ class VisibilityGrid : public test_support::FakeHostTest {
     }
   }
 
-  // Compares the two implementations for items with this key and visibility and different lists of
+  // Compares the two implementations for items that have this key, this visibility, and various
   // changes. The set of seen identities is empty at first. The function then adds the seen identity
   // of the first change, the item's seen identity and the item's rated identity. It compares the
-  // results after each addition.
+  // results at the start and after each addition.
   void ExpectSameItems(const std::string& groupingKey, std::int32_t visibility) {
     const ChangeRow plain = {.description = "Plain"};
     const ChangeRow other = {.platform = "Win", .description = "Other"};

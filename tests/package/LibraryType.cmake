@@ -1,7 +1,7 @@
 # Configures the project SOURCE as the top-level project and as a subdirectory of the application in PARENT.
 # Fails unless the library has the documented type for different values of BUILD_SHARED_LIBS and
-# ORNWHATSNEW_SHARED. WORK is the folder for the builds. GENERATOR and COMPILER are the generator and the
-# compiler.
+# ORNWHATSNEW_SHARED. WORK is the folder for the builds. GENERATOR is the CMake generator, and COMPILER is
+# the C++ compiler.
 cmake_minimum_required(VERSION 3.25)
 
 # expect(FOLDER TYPE SOURCE option...)

@@ -1,9 +1,9 @@
-# Configures the application in PARENT alone, and then with the project SOURCE as a subdirectory. Fails
-# if the project changes the type or the output folder of the application's own library. Also fails if
-# the project adds a cache entry whose name does not begin with ORNWHATSNEW_, except the entries of
-# dependencies and of CMake's modules. Repeats the configuration with the subdirectory, because cache
-# entries of the first run may affect the second run. WORK is the folder for the builds. GENERATOR and
-# COMPILER are the generator and the compiler of the application.
+# Configures the application in PARENT alone, and then with the project SOURCE as a subdirectory. Fails if
+# the project changes the type or the output folder of the application's own library. Also fails if the
+# project adds a cache entry whose name does not begin with ORNWHATSNEW_, except the entries of dependencies
+# and of CMake's modules. Repeats the configuration with the subdirectory, because cache entries of the
+# first run may affect the second run. WORK is the folder for the builds. GENERATOR is the CMake generator,
+# and COMPILER is the C++ compiler.
 cmake_minimum_required(VERSION 3.25)
 
 function(configure folder)
@@ -41,8 +41,8 @@ function(check_embedding name packages)
   if(NOT "ORNWHATSNEW_INSTALL" IN_LIST added)
     message(FATAL_ERROR "${name}: no cache entry of this project was found")
   endif()
-  # Omit the cache entries of this project, which have a prefix. Also omit the entries that find modules
-  # add, because every project that searches for the same packages has them.
+  # Omit the cache entries of this project, which begin with ORNWHATSNEW_. Also omit the entries that find
+  # modules add, because every project that searches for the same packages has them.
   list(FILTER added EXCLUDE REGEX "^(ORNWHATSNEW|${packages})_")
   list(FILTER added EXCLUDE REGEX "^FIND_PACKAGE_MESSAGE_DETAILS_(${packages}|Threads|PkgConfig)$")
   list(REMOVE_ITEM added CMAKE_HAVE_LIBC_PTHREAD)

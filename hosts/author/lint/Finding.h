@@ -40,8 +40,8 @@ struct Edit {
 struct Finding {
   std::string file;
   Place place;
-  /// The number of the field, starting at 1, and the name of its column. 0 and empty if the finding
-  /// is not about a single field.
+  /// The number of the field, starting at 1, and the name of its column. If the finding is not
+  /// about a single field, the number is 0 and the name is empty.
   std::size_t fieldNumber = 0;
   std::string fieldName;
   Severity severity = Severity::kError;

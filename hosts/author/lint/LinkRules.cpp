@@ -96,8 +96,8 @@ void CheckLinkInText(LintContext& context, const LintRow& row) {
   }
 }
 
-/// Returns whether a row without text can have an effect: it requests a rating, hides or unhides a
-/// feature, or sets the link of its item.
+/// Returns whether a row without text can have an effect. Such a row can request a rating, change
+/// the visibility of a feature, or set the link of an item.
 bool HasEffect(const LintContext& context, const LintRow& row) {
   const FeatureListDetail& change = *row.change;
   if (!change.GetRatingRequestOptional().empty()) return true;
@@ -112,8 +112,8 @@ bool HasEffect(const LintContext& context, const LintRow& row) {
 
 void CheckText(LintContext& context, const LintRow& row) {
   if (!row.change->GetDescription().empty() || HasEffect(context, row)) return;
-  // The author of a row with a misspelt "Changes-Since" intended to set the version in the heading.
-  // `CheckGroupingID` reports this row.
+  // Do not report the missing text of a row with a misspelt "Changes-Since", because a
+  // Changes-Since row needs no text. `CheckGroupingID` reports the misspelling.
   if (IsMisspeltChangesSince(row.Value(DataColumn::kGroupingID))) return;
   context.ReportField(LintCode::kTextMissing, row, DataColumn::kDescription,
                       "the row has no text, so users do not see it; write the text into " +

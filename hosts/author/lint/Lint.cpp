@@ -119,7 +119,8 @@ void FinishReport(LintReport& report) {
   };
   std::ranges::stable_sort(report.findings,
                            [key](const Finding& a, const Finding& b) { return key(a) < key(b); });
-  // Remove duplicates, because each data file leads to the same findings on the host description.
+  // Remove duplicates, because the check of each data file reports the same findings on the host
+  // description.
   const auto isEqual = [key](const Finding& a, const Finding& b) { return key(a) == key(b); };
   // Use std::unique, because clang 14 cannot compile code that uses the result of
   // std::ranges::unique.

@@ -24,8 +24,8 @@ using SeverityOverrides = std::map<LintCode, Severity>;
 struct LintReport {
   /// The findings. `FinishReport` sorts them by file and position.
   std::vector<Finding> findings;
-  /// The findings that are not in `findings`, because they exceed `kMaximumFindings` or are outside
-  /// the scope.
+  /// For each code: the findings that are not in `findings`, because they exceed `kMaximumFindings`
+  /// or are outside the scope.
   std::map<LintCode, OmittedFindings> omitted;
   std::size_t files = 0;
   std::size_t changes = 0;
@@ -33,8 +33,8 @@ struct LintReport {
   std::set<std::string> notJudged;
 
   std::size_t Count(Severity severity) const;
-  /// Adds the findings, counts and clauses of another report. Of its findings that are not listed,
-  /// adds only the numbers, not the edits.
+  /// Adds the findings, counts and clauses of `other`. For the findings that `other` does not list,
+  /// adds only their number, not their edits.
   void Append(LintReport other);
 };
 

@@ -115,8 +115,8 @@ class Comparison {
     finding.related.push_back(RelatedBefore(row));
   }
 
-  /// Returns a list for a message: the changed fields on which the identity depends, with their old
-  /// values.
+  /// Returns a part of a message: the name and the old value of each edited field on which the
+  /// identity depends.
   std::string ChangedFields(const RowPair& pair) const {
     std::string text;
     for (std::size_t i = 0; i < ornwhatsnew::kDataColumnCount; ++i) {

@@ -115,7 +115,7 @@ enum class LintCode : std::size_t {
   kBaselineRatedAgain,
 };
 
-/// Describes a code. All texts are in English. `explanation` and `remedy` are sentences.
+/// Describes a code. All strings are in English. `explanation` and `remedy` consist of sentences.
 struct LintCodeInfo {
   LintCode code;
   std::string_view name;  ///< stable: configurations and scripts contain it

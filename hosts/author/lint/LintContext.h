@@ -1,4 +1,4 @@
-// Gives the rules of `ornwhatsnew lint` their input, and collects their findings.
+// Provides the input for the rules of `ornwhatsnew lint`, and collects the findings.
 #ifndef HOSTS_AUTHOR_LINT_LINTCONTEXT_H_
 #define HOSTS_AUTHOR_LINT_LINTCONTEXT_H_
 
@@ -64,7 +64,7 @@ class LintContext {
   LintedFile& File() { return file_; }
   const LintHost* Host() const { return host_; }
 
-  /// Reports a finding on the bytes from `begin` to `end` of `row`.
+  /// Reports a finding on the bytes of `row` from `begin` up to, but not including, `end`.
   Finding& Report(LintCode code, const LintRow& row, std::size_t begin, std::size_t end,
                   std::string message);
   /// Reports a finding on all of `row`.
@@ -102,7 +102,7 @@ class LintContext {
   const common::BetaFeatureDescription* FindFeature(std::string_view text);
 
   /// Returns the section key or epic key that is most similar to `text`. Returns `std::nullopt` if
-  /// no key is similar, or if earlier searches have reached a limit. The limits do not apply if
+  /// no key is similar, or if another search would exceed a limit. The limits do not apply if
   /// `text` differs from a section key only in its letter case and outer spaces.
   std::optional<std::string> NearestKey(const std::string& text);
 

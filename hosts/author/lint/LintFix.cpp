@@ -42,8 +42,9 @@ class Announcements {
     list_.ParseBetaFeatures();
   }
 
-  /// Returns whether `oldRow` is a change that has text and is not in an internal section, and
-  /// `newRow` is a change with another identity.
+  /// Returns whether the edit from `oldRow` to `newRow` announces a change again. This is true if
+  /// both rows are changes with different identities, and the old change has text and is not in an
+  /// internal section.
   bool IsAnnouncedAgain(std::string_view oldRow, std::string_view newRow) {
     const std::optional<Change> before = Read(oldRow);
     if (!before || !before->isVisible) return false;
@@ -66,7 +67,8 @@ class Announcements {
     const auto change = maker_.Make(*row);
     const auto [item, isUnmatched] =
         ornwhatsnew::PlaceChange(list_.GetFeatureItems(), *row, *change);
-    // Without a host, an unmatched change can belong to a feature.
+    // Without a host, do not count an unmatched change as internal, because it can belong to a
+    // feature.
     const bool isInternal = item->IsInternalSection() && (hasHost_ || !isUnmatched);
     return Change{change->GetItemSeenGuid(), !isInternal && !change->GetDescription().empty()};
   }

@@ -71,8 +71,8 @@ void LintedFile::AddChange(std::shared_ptr<ornwhatsnew::FeatureListDetail> chang
   const ornwhatsnew::ChangePlacement placement =
       ornwhatsnew::PlaceChange(Items(), row.data, *change);
   change->SetCouldNotMatchBetaFeature(placement.unmatched);
-  // Compute the identity while the fields are in the processor cache. It does not depend on the
-  // item.
+  // Compute the identity while the fields are in the processor cache. The identity does not depend
+  // on the item.
   row.identity = change->GetItemSeenGuid();
   row.change = change.get();
   row.item = placement.item;

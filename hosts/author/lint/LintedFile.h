@@ -82,7 +82,7 @@ class LintedFile {
 
   /// Returns the offset in the file of the first byte of `row`.
   std::size_t OffsetOf(const LintRow& row) const;
-  /// Returns the position of the bytes from `begin` to `end` of `row`.
+  /// Returns the position of the bytes of `row` from `begin` up to, but not including, `end`.
   Place PlaceOf(const LintRow& row, std::size_t begin, std::size_t end) const;
 
  private:

@@ -105,7 +105,8 @@ void ReportUnseen(LintContext& context, const Rows& rows, bool isOff) {
   }
 }
 
-/// Returns whether the item is a feature with changes that nobody sees.
+/// Returns whether the item is a feature that has changes, but that a display without options does
+/// not show.
 bool IsUnseenFeature(const FeatureListItem& item) {
   return !item.IsSection() && !item.GetAllChanges().empty() &&
          !item.ShouldShowItemToUser({}, {}, {});
@@ -113,7 +114,8 @@ bool IsUnseenFeature(const FeatureListItem& item) {
 
 void CheckVisibility(LintContext& context) {
   const auto isUnseen = [](const auto& entry) { return IsUnseenFeature(*entry.second); };
-  // Return early if no feature is hidden, because an explanation allocates memory for each change.
+  // Return early if every feature with changes is shown, because `ExplainVisibility` allocates
+  // memory for each change.
   if (context.Host() == nullptr || std::ranges::none_of(context.File().Items(), isUnseen)) return;
   const RowsByKey changes = context.File().ChangesByKey();
   for (const ornwhatsnew::ItemVisibility& explained : context.File().ExplainVisibility()) {
@@ -188,8 +190,8 @@ void CheckFeaturesWithoutChange(LintContext& context) {
 
 // ---- the version of the host
 
-/// Returns whether `version` is above `running`. A missing component counts as 0. Returns false if
-/// a component of `version` is not a number.
+/// Returns whether `version` is later than `running`. A missing component counts as 0. Returns
+/// false if a component of `version` is not a number.
 bool IsAbove(std::string_view version, const std::vector<std::int64_t>& running) {
   const std::optional<std::vector<std::int64_t>> numbers = VersionNumbers(version);
   if (!numbers) return false;

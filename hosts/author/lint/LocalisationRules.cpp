@@ -54,7 +54,8 @@ void CheckKeyDefault(LintContext& context, const LintRow& row) {
                             "the key " + Quoted(text) +
                                 " has no default text, so users without a translation see the key; "
                                 "write '=' and a default text after it");
-    // Report only a warning, because the dictionary of the unknown host can contain the key.
+    // Without a host description, report only a warning, because the host's dictionary may contain
+    // the key.
     if (host == nullptr) finding.severity = Severity::kWarning;
   }
 }
@@ -73,7 +74,8 @@ void CheckKeys(LintContext& context, const LintRow& row) {
 /// translations.
 constexpr auto kMarkup =
     std::to_array<std::string_view>({"#{endl}", "#{tab}", "#{mdash}", "#{ndash}", "#{comment}"});
-/// The markup with a caret that is unlikely in ordinary text. Other carets are common, as in "x^2".
+/// The markup that begins with a caret and is unlikely to occur in ordinary text. Other uses of a
+/// caret are common, as in "x^2".
 constexpr auto kCaretMarkup = std::to_array<std::string_view>({"^[", "^]", "^{", "^}"});
 
 void CheckMarkupOutsideKey(LintContext& context, const LintRow& row, std::string_view text) {

@@ -17,8 +17,8 @@ std::u16string Fold(std::string_view text);
 /// `text`, and compares the results of `Fold`. Selects the first of these words that exists:
 ///
 /// 1. a word for which `Fold` returns the same string
-/// 2. the word with the smallest edit distance, which must be at most three for a long string, and
-///    at most one for a word with digits
+/// 2. the word with the smallest edit distance. The limit for the distance is 0 to 3, depending on
+///    the length of the shorter string. For a word with digits, the limit is at most 1.
 /// 3. a word that is a prefix of `text`, or of which `text` is a prefix, if both have at least
 ///    three characters and neither contains digits
 ///

@@ -68,8 +68,8 @@ bool IsURL(std::string_view text) {
   return text.starts_with("https://") || text.starts_with("http://");
 }
 
-/// Returns whether `text` can be the hash or the number of a commit: at least six characters, which
-/// are digits or letters from a to f.
+/// Returns whether `text` can be the hash or the number of a commit: at least six characters, each
+/// of which is a digit or a lower-case letter from a to f.
 bool IsCommit(std::string_view text) {
   constexpr std::size_t kShortestCommit = 6;
   return text.size() >= kShortestCommit && text.find_first_not_of("0123456789abcdef") == text.npos;
@@ -193,8 +193,8 @@ std::optional<std::size_t> FindShiftedField(const Shape& shape) {
   return std::nullopt;
 }
 
-/// Returns whether the text of the change is probably in a later field: the field in its column is
-/// empty or looks like a commit ID.
+/// Returns true if the tenth field is empty or looks like a commit ID. The text of the change is
+/// then probably in a later field.
 bool IsTextShifted(const Shape& shape) {
   const std::string_view field = shape.Field(ColumnIndex(DataColumn::kDescription));
   return field.empty() || IsCommit(field);
@@ -219,9 +219,9 @@ bool CanBeIn(DataColumn column, std::string_view text) {
   }
 }
 
-/// Returns whether the excess commas of the row are probably part of the field in `column`. Each
-/// part of this field must contain text, and each other field must be possible in its column. The
-/// part after the first comma must not be possible in the next column.
+/// Returns whether the excess commas of the row are probably part of the field in `column`. This is
+/// true if no part of this field is empty, and `CanBeIn` returns true for every other field. In
+/// addition, the part after the first comma must not be a possible field of the next column.
 bool IsSplitAt(const Shape& shape, DataColumn column) {
   const std::size_t index = ColumnIndex(column);
   const std::size_t excess = shape.Count() - kDataColumnCount;

@@ -51,8 +51,8 @@ bool LooksLikeChange(const ornwhatsnew::DataRow& row);
 /// Changes-Since row. The change or the version is then lost. `items` are the items of the list.
 bool IsChangeUsedAsHeader(const ornwhatsnew::DataRow& header, const ornwhatsnew::FeatureMap& items);
 
-/// Returns whether the row has an odd number of double quotes, so that the last one opens quoting
-/// and nothing closes it.
+/// Returns whether the row has an odd number of double quotes. The last quote is then an opening
+/// quote without a closing quote.
 bool HasOpenQuote(const ornwhatsnew::DataRow& row);
 
 /// Returns whether `text` is a keyword of the salience column, in any letter case.
@@ -67,8 +67,8 @@ constexpr bool IsDigit(char c) {
 bool IsPlainVersion(std::string_view version);
 
 /// Returns the number of bytes before the first digit of `text` if these bytes are "v" or
-/// "version", in any letter case. Ignores spaces around this word, and a point at its end.
-/// Otherwise returns 0.
+/// "version". Otherwise, returns 0. Ignores the letter case, spaces around the word, and a point at
+/// the end of the word.
 std::size_t VersionPrefixLength(std::string_view text);
 
 /// Reports the version in `column` if it is a date. Spreadsheet programs convert some versions to
@@ -79,11 +79,12 @@ void CheckVersionDate(LintContext& context, const LintRow& row, ornwhatsnew::Dat
 /// Returns an empty string for any other text.
 std::string VersionWithPoints(std::string_view text);
 
-/// Returns the number of parts of `version` between its points. An empty version has one empty
-/// part.
+/// Returns the number of components of `version`. Points separate the components. An empty version
+/// has one empty component.
 std::size_t CountVersionComponents(std::string_view version);
 
-/// Returns the components of `version` as numbers. Returns `std::nullopt` if one is not a number.
+/// Returns the components of `version` as numbers. Returns `std::nullopt` if a component is not a
+/// number.
 std::optional<std::vector<std::int64_t>> VersionNumbers(std::string_view version);
 
 /// Returns why the library cannot correctly compare `version` with versions that have the same

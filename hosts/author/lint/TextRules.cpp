@@ -173,8 +173,8 @@ void CheckMojibake(LintContext& context, const LintRow& row) {
 
 // ---- commits
 
-/// Returns whether `text` is a number such as 1.23E+15 or 1234567.0. A hash such as 12e4567 has no
-/// sign and no point.
+/// Returns whether `text` is a number such as 1.23E+15 or 1234567.0. Returns false for a hash such
+/// as 12e4567, which contains neither a plus sign nor a point.
 bool IsConvertedNumber(std::string_view text) {
   const auto canBeInNumber = [](char c) {
     return IsDigit(c) || std::string_view(".,eE+").find(c) != std::string_view::npos;

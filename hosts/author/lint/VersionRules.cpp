@@ -72,7 +72,7 @@ bool HasPlaceholder(std::string_view text) {
 }
 
 void CheckPlaceholder(LintContext& context, const LintRow& row) {
-  // If column 6 contains the earliest version, `CheckBounds` reports the placeholder as a component
+  // If the field in column 6 is not empty, `CheckBounds` reports the placeholder as a component
   // that is not a number.
   if (!row.Value(DataColumn::kFirstVersion).empty()) return;
   const std::string_view text = row.Value(DataColumn::kVersion);
@@ -88,8 +88,8 @@ constexpr auto kMonths = std::to_array<std::string_view>(
     {"jan", "feb", "mar", "apr", "may", "jun", "jul", "aug", "sep", "oct", "nov", "dec", "mai",
      "okt", "dez", "mrz", "m\xC3\xA4r"});
 
-/// Returns whether `text` begins with the short name of a month. A longer word, as in "Mars 1", is
-/// the name of a version.
+/// Returns whether `text` begins with the short name of a month. Returns false for a longer word,
+/// as in "Mars 1", which can be the name of a version.
 bool BeginsWithMonth(std::string_view text) {
   static constexpr std::string_view kAfterMonth = "-. /0123456789";
   return std::ranges::any_of(kMonths, [text](std::string_view month) {
@@ -99,7 +99,8 @@ bool BeginsWithMonth(std::string_view text) {
 }
 
 /// Returns whether `text` begins with a number and the short name of a month, as in "3-Apr". Also
-/// returns true if it begins with such a name and contains a digit.
+/// returns true if `text` begins with the short name of a month and contains a digit, as in
+/// "Apr-03".
 bool HasMonthAndNumber(std::string_view text) {
   if (!std::ranges::any_of(text, IsDigit)) return false;
   if (BeginsWithMonth(text)) return true;
@@ -149,7 +150,7 @@ void CheckForm(LintContext& context, const LintRow& row) {
 
 // ---- bounds
 
-/// The weight of a component, relative to the component to its right.
+/// The weight of a component, relative to the weight of the next component.
 constexpr std::int64_t kWeight = 1000;
 
 /// Returns the number that `component` contains. Returns `std::nullopt` if it is not a number below

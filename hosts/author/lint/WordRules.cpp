@@ -102,9 +102,8 @@ std::string KeyRemedy(const std::string& text, const std::string& key) {
   return "write " + Quoted(key);
 }
 
-/// If the grouping ID of `row` equals the section key `key` except for its letter case and outer
-/// spaces, returns the edit that writes `key`. Returns `std::nullopt` for any other grouping ID or
-/// key.
+/// If `key` is a section key, and the grouping ID of `row` differs from `key` only in its letter
+/// case and outer spaces, returns the edit that writes `key`. Otherwise, returns `std::nullopt`.
 std::optional<Edit> SectionKeyEdit(LintContext& context, const LintRow& row, std::string_view key) {
   const std::string_view written = TrimSpaces(row.Value(DataColumn::kGroupingID));
   if (!ornwhatsnew::IsSpecialCaseSection(key) || !CaseInsensitiveEqual(written, key)) {
@@ -128,7 +127,7 @@ void CheckGroupingID(LintContext& context, const LintRow& row) {
   }
   std::string remedy = FeatureRemedy(context, text);
   const std::optional<std::string> nearest = context.NearestKey(text);
-  // The epic keys of an unknown host are unknown, but none of them consists of spaces.
+  // Without a host description, the grouping ID can be an epic key, unless it consists of spaces.
   const bool canBeEpicKey = context.Host() == nullptr && !TrimSpaces(text).empty();
   if (canBeEpicKey && !nearest) return;
   if (remedy.empty() && nearest) remedy = KeyRemedy(text, *nearest);
@@ -253,8 +252,8 @@ void CheckPlatform(LintContext& context, const LintRow& row) {
 
 // ---- rating request
 
-/// Words that authors write instead of a rating request, or instead of an empty field. No question
-/// consists of one of them.
+/// Words that authors write instead of a rating request, or instead of an empty field. None of
+/// these words is a question to the user.
 constexpr auto kRatingWords = std::to_array<std::string_view>(
     {"yes", "y",   "true", "x",   "1",    "on",   "ok",  "ja",  "oui", "si", "no", "n",   "false",
      "0",   "off", "nein", "non", "none", "null", "nil", "n/a", "na",  "-",  "--", "rate"});

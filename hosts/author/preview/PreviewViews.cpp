@@ -53,7 +53,8 @@ std::unique_ptr<FeatureListData> LoadList(const std::string& data, User& user) {
       [&user](const std::string& key, const std::string& value) { user.state[key] = value; });
 }
 
-/// Returns the lines of the changes that a display shows. `changes` are all changes of the list.
+/// Returns the lines of the changes that a display shows. `changes` contains all changes of the
+/// list.
 ShownLinesByKey ShownLines(const FeatureListData& list, const DisplayOptions& options,
                            const RowsByKey& changes) {
   ShownLinesByKey shown;
@@ -96,9 +97,10 @@ void SetIDs(PreviewView& view, const ShownLinesByKey& shown) {
   }
 }
 
-/// Returns the greatest version of the changes in `file` that is not above `current`, with as many
-/// components as `current`. Omits excess components, and sets missing ones to 0. Returns `current`
-/// if there is no such version, or if a component of `current` is not a number.
+/// Returns the highest version that a change in `file` has and that is not later than `current`.
+/// The result has as many components as `current`: excess components are omitted, and missing
+/// components are 0. Returns `current` if there is no such version, or if a component of `current`
+/// is not a number.
 std::string NewestVersion(const LintedFile& file, const std::string& current) {
   const auto running = VersionNumbers(current);
   if (!running) return current;

@@ -60,8 +60,9 @@ std::string PhraseWith(std::string_view words, std::string_view value);
 ///   the versions of this user. Without an earlier data file, this panel is missing.
 /// - The rating view shows what an external user who has seen the data file can rate.
 ///
-/// The user who saw the earlier data file had the greatest version of its changes that is not above
-/// the version of the host. If there is none, the user had the version of the host.
+/// The user who saw the earlier data file had one of the versions of its changes: the highest
+/// version that is not later than the version of the host. If there is no such version, the user
+/// had the version of the host.
 std::vector<PreviewView> MakePreviewViews(const PreviewInput& input, const LintedFile& file);
 
 }  // namespace hosts::author

@@ -62,8 +62,8 @@ std::string PlatformReason(const FeatureListDetail& change) {
                        : "; this host is " + orncore::string::EscapeInvisible(host));
 }
 
-/// Returns `version` and why the library cannot compare it. Returns an empty string if the library
-/// can compare it.
+/// Returns a clause that states why the library cannot compare `version`. Returns an empty string
+/// if the library can compare it.
 std::string ComparisonReason(const std::string& version) {
   const std::string mistake = ComparisonMistake(version);
   return mistake.empty() ? "" : Quoted(version) + " " + mistake + ", so it cannot be compared";
@@ -75,8 +75,9 @@ std::string QuotedVersions(std::span<const std::string> versions) {
   return Enumerated(quoted);
 }
 
-/// Returns why no version is in the range from `first` up to, but not including, `added`, or why
-/// the library cannot compare the two. Returns an empty string if neither is the case.
+/// Checks the range of versions from `first` up to, but not including, `added`. If the range is
+/// empty, or if the library cannot compare its bounds, returns a clause that states the reason.
+/// Otherwise, returns an empty string.
 std::string BoundsMistake(const std::string& first, const std::string& added) {
   if (added.empty()) return "it has no version in column 1, so no version is affected";
   for (const std::string& version : {first, added}) {
@@ -92,9 +93,9 @@ std::string BoundsMistake(const std::string& first, const std::string& added) {
              : Quoted(first) + " is not before " + Quoted(added) + ", so no version is affected";
 }
 
-/// Returns why the library cannot compare versions of the user with `first` and `added`. Returns an
-/// empty string if it can compare them. REQUIRES: `BoundsMistake(first, added)` returns an empty
-/// string.
+/// Returns a clause that names versions of the user that the library cannot compare with `first`
+/// and `added`, and states the reason. Returns an empty string if the function finds no such
+/// version. REQUIRES: `BoundsMistake(first, added)` returns an empty string.
 std::string UserVersionsMistake(const std::string& first, const std::string& added,
                                 std::span<const std::string> userVersions) {
   std::vector<std::string> others;

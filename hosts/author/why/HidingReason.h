@@ -11,10 +11,10 @@
 
 namespace hosts::author {
 
-/// An item with the rules that hide it and its changes, and with the lines of its changes.
+/// The visibility of an item and of its changes, and the line number of each change.
 struct ExplainedItem {
   ornwhatsnew::ItemVisibility visibility;
-  /// The line of each change in the data file, in ascending order.
+  /// The line number of each change in the data file, in ascending order.
   std::vector<std::size_t> lines;
 };
 
@@ -33,8 +33,8 @@ std::string PlacementReason(const ornwhatsnew::FeatureListDetail& change);
 /// Returns why a display hides the item.
 std::vector<std::string> ItemReasons(const ExplainedItem& item);
 
-/// Returns why a display hides the item, and therefore all of its changes. Omits reasons that only
-/// state that none of the changes is shown.
+/// Returns why a display hides the item, and therefore all of its changes. Omits reasons that apply
+/// only because none of the changes is shown.
 std::vector<std::string> ItemReasonsForChanges(const ExplainedItem& item);
 
 /// Returns why a display hides the change with the index `index` of an item, without the reasons

@@ -35,8 +35,9 @@ std::string NameOf(const ExplainedItem& item) {
   return "the " + Noun(item) + " " + Quoted(item.visibility.item->FeatureJiraIDKey());
 }
 
-/// Returns what is lost if `row`, which the library uses as the header, was not intended as the
-/// header. Otherwise returns an empty string.
+/// If `row`, which the library uses as the header, looks like a change or a Changes-Since row,
+/// returns a clause that states what is lost and how to fix the file. Otherwise, returns an empty
+/// string.
 std::string LossByHeader(const DataRow& row, const ornwhatsnew::FeatureMap& items) {
   if (!LooksLikeHeader(row) &&
       CaseInsensitiveEqual(row.Value(DataColumn::kGroupingID), ornwhatsnew::kChangesSinceKey)) {
@@ -79,9 +80,9 @@ std::string Verdict(std::span<const std::string> reasons) {
   return text;
 }
 
-/// If the grouping ID of a change does not explain why its item has the change, returns a clause
-/// that states the reason. Otherwise, returns an empty string. The clause follows the name of the
-/// item.
+/// If the grouping ID of `change` does not explain why the change belongs to `item`, returns a
+/// clause that states the reason. Otherwise, returns an empty string. In the output, the clause
+/// follows the name of the item.
 std::string BelongingReason(const FeatureListItem& item,
                             const ornwhatsnew::FeatureListDetail& change) {
   const std::string placement = PlacementReason(change);

@@ -42,7 +42,7 @@ class WhyReport {
   std::string ExplainKey(const std::string& key) const;
 
  private:
-  /// Sets the lines of the items, and `lostRow_`.
+  /// Parses `text_`. Sets `lines` in each element of `items_`, and sets `lostRow_`.
   void ReadDataFile();
   std::string ExplainChange(const ExplainedItem& item, std::size_t index) const;
   std::string ExplainOtherRow(std::size_t line) const;

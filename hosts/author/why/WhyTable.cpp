@@ -43,7 +43,7 @@ std::string Shortened(std::string_view text, std::size_t columns) {
   return std::string(shown) += kEllipsis;
 }
 
-/// Returns the width of the column with the keys.
+/// Returns the width of the key column, in terminal columns.
 std::size_t KeyColumns(std::span<const ExplainedItem* const> items) {
   std::size_t columns = kMinimumKeyColumns;
   for (const ExplainedItem* const item : items) {
@@ -108,7 +108,8 @@ void AddItem(const ornwhatsnew::FeatureListData& list, const ExplainedItem& item
                ItemReasons(item));
 }
 
-/// Returns a clause that states that `change` is hidden together with `item`.
+/// Returns a clause that states that `change` is hidden together with `item`. For an unreviewed or
+/// unmatched change, the clause also states why the change belongs to `item`.
 std::string HiddenWithItem(const ExplainedItem& item, const FeatureListDetail& change) {
   const std::string placement = PlacementReason(change);
   return (placement.empty() ? "" : placement + ", so it is ") + "hidden with its " + Noun(item);

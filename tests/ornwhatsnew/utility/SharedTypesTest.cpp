@@ -1,6 +1,6 @@
 // Tests that the library's type names are aliases of certain standard types. Hosts can use the
-// standard types directly, so the aliases must never change. The numbers of styles and options must
-// never change, either.
+// standard types directly, so the aliases must never change. The numeric values of styles and
+// options must never change, either.
 #include <ornwhatsnew/utility/SharedTypes.h>
 
 #include <memory>
