@@ -58,7 +58,7 @@ struct PanelOutcome {
   friend bool operator==(const PanelOutcome&, const PanelOutcome&) = default;
 };
 
-/// Writes an outcome to `stream`. GoogleTest calls it when a comparison fails.
+/// Writes an outcome to `stream`. GoogleTest calls this operator when a comparison fails.
 std::ostream& operator<<(std::ostream& stream, const PanelOutcome& outcome);
 
 /// Displays the list with the library and returns all results. `options` is a bitwise OR of display
