@@ -18,9 +18,9 @@
 
 namespace hosts::console {
 
-// Each `Add` function below adds options or arguments to `command`. Parsing stores their values in
-// the object that the function's other non-const parameter refers to. This object must live as long
-// as the command.
+// Each `Add` function below adds options or arguments to `command`. The parser stores their values
+// in the second object that the function receives by non-const reference. This object must live as
+// long as the command.
 
 /// Adds the required argument for the data file.
 void AddData(CLI::App& command, std::filesystem::path& data);

@@ -133,8 +133,8 @@ ExitStatus Run(const PreviewArguments& arguments);
 /// true, if the output fails, or if the reader of the output closes it early.
 ExitStatus Run(const ShowArguments& arguments);
 /// Prints whether `show --only-new` and `show --rating` with the same filters would show any item.
-/// Stores nothing. Returns the status for the result if `setsExitStatus` is true, and otherwise
-/// `kDone`.
+/// Stores nothing. If `setsExitStatus` is true, returns the exit status for the result. Otherwise,
+/// returns `kDone`.
 ExitStatus Run(const StatusArguments& arguments);
 /// Prints which features and changes the command `show` would print with the same options, and why
 /// it would hide the others. Stores nothing. Throws `author::OptionError` if the data file does not

@@ -81,7 +81,7 @@ void InstallTranslator(QTranslator& translator) {
 }
 
 // Shows the panel until the user closes its window. If a rating could not be printed, returns the
-// last error, and otherwise `std::nullopt`.
+// last error. Otherwise, returns `std::nullopt`.
 std::optional<ToolError> ShowPanel(const Arguments& arguments, const common::HostDescription& host,
                                    common::StateStore& store) {
   QTimer commitTimer;

@@ -26,10 +26,10 @@ struct FakeFeature {
   bool availableForUser = false;
 };
 
-/// Installs services, whose results a test can set. A new result applies from the next query.
+/// Installs services with results that a test can set. A new result applies from the next query.
 /// The constructor and the destructor reset all services to their defaults. If several objects
-/// exist, the library queries the one that was created last. The destructor of any of them resets
-/// the services. Not thread-safe.
+/// exist, the library queries the last one that was created, until any of the objects is destroyed.
+/// Not thread-safe.
 class FakeHost {
  public:
   FakeHost();
