@@ -14,7 +14,7 @@
 ///
 /// The CMake targets define two macros, which only Windows needs:
 /// - `ORNWHATSNEW_BUILDING`, while the library itself is compiled;
-/// - `ORNWHATSNEW_STATIC`, for the library and for its users, if the library is static.
+/// - `ORNWHATSNEW_STATIC`, for a static library and for the targets that link to it.
 #if defined(_WIN32)
 #if defined(ORNWHATSNEW_STATIC)
 #define ORN_EXPORT

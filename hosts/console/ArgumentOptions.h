@@ -18,15 +18,15 @@
 
 namespace hosts::console {
 
-// Each `Add` function below adds options or arguments to `command`. Parsing stores their values in
-// the object that the function's other non-const parameter refers to. This object must live as long
-// as the command.
+// Each `Add` function below adds options or arguments to `command`. The parser stores their values
+// in the second object that the function receives by non-const reference. This object must live as
+// long as the command.
 
 /// Adds the required argument for the data file.
 void AddData(CLI::App& command, std::filesystem::path& data);
 
-/// Adds the option `--host`. `Path` is `std::filesystem::path` or `std::string`, or a
-/// `std::optional` of one of them.
+/// Adds the option `--host`. `Path` is `std::filesystem::path`, `std::string`, or a `std::optional`
+/// of either type.
 template <class Path>
 CLI::Option* AddHost(CLI::App& command, Path& host) {
   return command.add_option("--host", host, common::kHostHelp)->type_name("FILE");
@@ -60,7 +60,7 @@ struct Choices {
   std::vector<std::pair<std::string, Choice>> words;
 };
 
-/// Returns a list of the words for a message, such as "text, json or sarif".
+/// Returns the words, joined for a message, such as "text, json or sarif".
 template <class Choice>
 std::string ListOfWords(const Choices<Choice>& choices) {
   std::string list;

@@ -36,8 +36,8 @@ constexpr const char* kExitStatusHelp = R"(Exit status:
   12  status --exit-status: something is new, and something can be rated
 The command lint has other exit statuses; run 'ornwhatsnew lint --help'.)";
 
-/// An option for a field of a new change. The option is named after the short name of the column
-/// (`author::kShortColumnNames`).
+/// An option for a field of a new change. The name of the option is the short name of the column
+/// (`author::kShortColumnNames`) in lower case, with hyphens instead of spaces.
 struct ColumnOption {
   const char* name;
   DataColumn column;
@@ -119,7 +119,8 @@ void ForbidFlagValues(CLI::App& command) {
   for (CLI::App* const subcommand : command.get_subcommands({})) ForbidFlagValues(*subcommand);
 }
 
-/// Parses the command line with CLI11 and stores the arguments of each command.
+/// Parses the command line with CLI11, which stores the arguments of the selected command in a
+/// member of this class.
 class CommandLine {
  public:
   CommandLine() {
@@ -396,7 +397,8 @@ class CommandLine {
     return words;
   }
 
-  /// Returns whether neither `word` nor the words after it are options of `command`.
+  /// Returns whether `word` ends the options of `command`: whether it is "--" or the first word of
+  /// a console command.
   bool IsEndOfOptions(const CLI::App& command, std::string_view word) const {
     return word == "--" || (&command == consoleCommand_ && !word.starts_with('-'));
   }

@@ -109,7 +109,7 @@ struct PreviewArguments {
   std::filesystem::path host;
   std::optional<std::filesystem::path> seen;  ///< an earlier data file, which a user has seen
   std::filesystem::path output;               ///< "-" is standard output
-  bool watches = false;                       ///< rewrite the page after each change
+  bool watches = false;                       ///< rewrite the page if an input file changes
 };
 
 struct ConsoleArguments {
@@ -126,15 +126,15 @@ struct ConsoleArguments {
 /// and checks no file.
 ExitStatus Run(const LintArguments& arguments);
 /// Writes a page with the panels of several users and the findings of `lint`. Replaces the output
-/// file atomically. If `watches` is true, rewrites the page after each change of an input file,
-/// until the user interrupts the program.
+/// file atomically. If `watches` is true, rewrites the page whenever an input file changes, until
+/// the user interrupts the program.
 ExitStatus Run(const PreviewArguments& arguments);
 /// Prints the panel, and then marks its content as seen. Stores nothing if `storesNothing` is
 /// true, if the output fails, or if the reader of the output closes it early.
 ExitStatus Run(const ShowArguments& arguments);
 /// Prints whether `show --only-new` and `show --rating` with the same filters would show any item.
-/// Stores nothing. Returns the status for the result if `setsExitStatus` is true, and otherwise
-/// `kDone`.
+/// Stores nothing. If `setsExitStatus` is true, returns the exit status for the result. Otherwise,
+/// returns `kDone`.
 ExitStatus Run(const StatusArguments& arguments);
 /// Prints which features and changes the command `show` would print with the same options, and why
 /// it would hide the others. Stores nothing. Throws `author::OptionError` if the data file does not
@@ -148,11 +148,11 @@ ExitStatus Run(const StateShowArguments& arguments);
 /// Deletes the stored state.
 ExitStatus Run(const StateResetArguments& arguments);
 /// Converts a spreadsheet's table to a data file, and writes the data file. Reports the encoding,
-/// each cell with replacements and the first 1,000 errors to standard error. Throws `ToolError` and
-/// writes nothing if the table has an error.
+/// each cell in which characters were replaced, and the first 1,000 errors to standard error. If
+/// the table has an error, throws `ToolError` and does not write the data file.
 ExitStatus Run(const ImportArguments& arguments);
 /// Adds a change to the end of a data file. Reports the findings of `lint` on the new row to
-/// standard error. Throws `ToolError` and writes nothing if one of them is an error.
+/// standard error. If a finding is an error, throws `ToolError` and does not change the file.
 ExitStatus Run(const AddArguments& arguments);
 /// Prints a gettext template with the key texts of data files, of a feature table and of the
 /// library.

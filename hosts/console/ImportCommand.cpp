@@ -39,8 +39,8 @@ void ReportRemarks(const std::filesystem::path& file, const std::vector<author::
   }
 }
 
-/// Converts the table, and returns the content of the data file. Reports the encoding, the
-/// replacements and the errors. Throws `ToolError` if the table has an error.
+/// Converts the table, and returns the content of the data file. Reports the encoding, each cell in
+/// which characters were replaced, and the errors. Throws `ToolError` if the table has an error.
 std::string Import(const ImportArguments& arguments) {
   const author::DecodedText decoded = author::DecodeText(
       common::ReadInputFile(arguments.table, kMaximumAuthorFile), arguments.encoding);

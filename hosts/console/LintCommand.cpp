@@ -107,8 +107,8 @@ class LintRun {
  private:
   const author::LintHost* Host() const { return host_ ? &*host_ : nullptr; }
 
-  /// Returns the corrected content of the file, and writes it to the file unless this is a dry run.
-  /// Reports the number of corrections.
+  /// Returns the corrected content of the file. If there are corrections and this is not a dry run,
+  /// replaces the file. Reports the number of corrections.
   std::string Fix(const std::string& file, const std::string& text, const LintReport& report) {
     author::FixedFile fixed = author::FixDataFile(file, text, report, *arguments_.fix, Host());
     diff_ += fixed.diff;
@@ -125,7 +125,7 @@ class LintRun {
     return std::move(fixed.text);
   }
 
-  /// Returns the findings of a comparison of `text`, the content of the file, with the baseline.
+  /// Compares `text`, the content of the file, with the baseline. Returns the findings.
   LintReport Compare(const std::string& file, const std::string& name, const std::string& text) {
     constexpr std::string_view kGit = "git:";
     const std::string& baseline = *arguments_.baseline;

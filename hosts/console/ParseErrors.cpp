@@ -52,7 +52,7 @@ std::string UnexpectedWordsMessage(const CLI::App& command) {
   return message;
 }
 
-/// Returns the error message for an option that has a wrong number of values. `message` is the
+/// Returns the error message for an option that has the wrong number of values. `message` is the
 /// message of CLI11, which is not clear. It begins with the name of the option.
 std::string ValueCountMessage(std::string_view message) {
   std::string name(message.substr(0, message.find_first_of(": ")));

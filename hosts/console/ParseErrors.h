@@ -1,4 +1,5 @@
-// Formats the help texts and the error messages that end the parsing of the command line.
+// Formats the output that the program prints when CLI11 stops parsing: a help text, the version or
+// an error message.
 #ifndef HOSTS_CONSOLE_PARSEERRORS_H_
 #define HOSTS_CONSOLE_PARSEERRORS_H_
 
@@ -11,8 +12,9 @@ class ParseError;
 
 namespace hosts::console {
 
-/// Returns the text to print for `error`, which the parser `app` has thrown: the help or the
-/// version if the user requests it, otherwise an error message and a hint about `--help`.
+/// Returns the text to print for `error`, which the parser `app` has thrown. If the user requests
+/// the help or the version, returns it. Otherwise, returns an error message with a hint about
+/// `--help`.
 Answer AnswerTo(const CLI::App& app, const CLI::ParseError& error);
 
 }  // namespace hosts::console

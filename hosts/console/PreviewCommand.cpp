@@ -124,8 +124,8 @@ class BlockedInterrupts {
   sigset_t previous_{};
 };
 
-/// Rewrites the page after each change of an input file, until the user interrupts the program. A
-/// file can be incomplete while an editor writes it, so errors do not end the program.
+/// Rewrites the page whenever an input file changes, until the user interrupts the program. A file
+/// can be incomplete while an editor writes it, so errors do not end the program.
 void Watch(const PreviewArguments& arguments, const BlockedInterrupts& interrupts,
            std::vector<FileStamp> written) {
   const std::string message = "wrote '" + arguments.output.native() + "'";

@@ -18,16 +18,16 @@ namespace {
 
 using ornwhatsnew::HidingRule;
 
-/// Returns whether `rule` hides a feature from the rating view only because of what the user has
-/// seen or rated, or because none of its changes is shown.
+/// `rule` hides an item from the rating view. Returns whether `rule` depends on what the user has
+/// seen or rated, or on whether a change of the item is shown.
 bool DependsOnStateOrChanges(HidingRule rule) {
   return rule == HidingRule::kRated || rule == HidingRule::kNotSeen ||
          rule == HidingRule::kNoShownChange;
 }
 
 /// Returns whether the user can rate the item: the rating view can show it, and one of its changes
-/// requests a rating. Returns true for a feature that the user has not seen yet, and for a feature
-/// that is already rated, because rating it twice is not an error.
+/// requests a rating. The user need not have seen the item yet. Returns true for a rated item, too,
+/// because rating an item twice is not an error.
 bool CanBeRated(const ornwhatsnew::ItemVisibility& item) {
   return std::ranges::all_of(item.hidingRules, DependsOnStateOrChanges) &&
          std::ranges::any_of(item.changes, [](const ornwhatsnew::ChangeVisibility& change) {

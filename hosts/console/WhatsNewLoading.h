@@ -20,7 +20,7 @@ inline constexpr std::size_t kMaximumAuthorFile = std::size_t{16} << 20;
 inline constexpr std::string_view kStandardOutput = "-";
 
 /// Throws `ToolError` if `output` is one of the files `inputs`, because the output would replace
-/// it. Also throws `ToolError` if `output` has the name of the configuration file of `lint`,
+/// this file. Also throws `ToolError` if `output` has the name of the configuration file of `lint`,
 /// because the output is not a valid configuration.
 void RequireUsableOutput(const std::filesystem::path& output,
                          std::span<const std::filesystem::path> inputs);

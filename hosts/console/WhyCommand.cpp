@@ -17,7 +17,7 @@
 namespace hosts::console {
 namespace {
 
-/// Returns the running full version, followed by the other full versions in which the user opened
+/// Returns the host's full version, followed by the other full versions in which the user opened
 /// the panel. The filter for relevant versions checks all of them.
 std::vector<std::string> UserVersions(const common::StateStore& store) {
   const std::string running = orncore::string::UTF16to8(ornwhatsnew::GetFullClientVersionString());

@@ -1,4 +1,4 @@
-// Translates texts with the dictionary of a host description.
+// Translates strings with the dictionary of a host description.
 #ifndef HOSTS_PANEL_HOSTTRANSLATOR_H_
 #define HOSTS_PANEL_HOSTTRANSLATOR_H_
 

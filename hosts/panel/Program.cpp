@@ -71,7 +71,7 @@ void PrintRating(const QString& featureKey, int stars, const QString& comment,
   }
 }
 
-// Installs the translation of the panel's texts for the language of the desktop, if this
+// Installs the translation of the panel's strings for the language of the desktop, if this
 // translation exists.
 void InstallTranslator(QTranslator& translator) {
   if (translator.load(QLocale(), QStringLiteral("ornwhatsnew"), QStringLiteral("_"),
@@ -81,13 +81,13 @@ void InstallTranslator(QTranslator& translator) {
 }
 
 // Shows the panel until the user closes its window. If a rating could not be printed, returns the
-// last error, and otherwise `std::nullopt`.
+// last error. Otherwise, returns `std::nullopt`.
 std::optional<ToolError> ShowPanel(const Arguments& arguments, const common::HostDescription& host,
                                    common::StateStore& store) {
   QTimer commitTimer;
   commitTimer.setSingleShot(true);
-  // Create the settings first. In a static build, their constructor makes the German texts
-  // available to the translator.
+  // Create the settings first. In a static build, their constructor makes the German translation
+  // available to `translator`.
   const Settings settings = MakeSettings(store, commitTimer);
   QTranslator translator;
   InstallTranslator(translator);
@@ -114,8 +114,8 @@ ExitStatus Run(const Arguments& arguments) {
   const common::HostDescription host = common::ReadHostDescription(arguments.host);
   common::InstallHost(host);
   common::StateStore store(common::StateLocation(arguments.state));
-  // `WhatsNew` reads the data file later. Read this file first in the same way as the program
-  // `ornwhatsnew`, so that both programs accept the same files and print the same error messages.
+  // `WhatsNew` reads the data file later. Read the file here as the program `ornwhatsnew` does, so
+  // that both programs accept the same files and print the same error messages.
   static_cast<void>(common::ReadInputFile(arguments.data));
   std::string name = "ornwhatsnew-panel";
   int argc = 1;

@@ -1,5 +1,5 @@
-// Lets the host choose the pages to which the library's own links lead: issues, commits, and the
-// page on which users allow usage logging.
+// Lets the host set the URLs of the library's own links: to issues, to commits, and to the page on
+// which users allow usage logging.
 //
 // The host sets the links once at start:
 //
@@ -21,8 +21,8 @@ using orncore::string::UTF16String;
 /// The links of a panel. If a link template is empty, the panel shows the key of the issue or the
 /// commit ID without a link.
 struct PanelLinks {
-  /// Sets each member to its default. Build options of the library set the default base URLs of
-  /// issues and commits and the default `privacyPage`.
+  /// Sets each member to its default. Build options of the library determine the base URLs in the
+  /// default link templates, and the default `privacyPage`.
   ORN_EXPORT PanelLinks();
 
   /// The link template for issues. The list replaces each `@0` in it with the key of the issue in
@@ -32,10 +32,10 @@ struct PanelLinks {
   /// the field in column 9 of a change. The panel shows commit links only to internal users.
   UTF16String commitLink;
   /// The URL of the page on which users allow usage logging. If usage logging is off, the rating
-  /// view shows the URL to external users. It is both the target and the text of the link. If you
-  /// set it to an empty string, replace the texts before and after the URL through the dictionary,
-  /// because they refer to the URL. These texts are `kOptedOutPart1` and `kOptedOutPart2` in
-  /// `ornwhatsnew/PanelText.h`.
+  /// view shows the URL to external users. The URL is both the target and the text of the link. If
+  /// you set it to an empty string, replace the strings before and after the URL through the
+  /// dictionary, because they refer to the URL. These strings are `kOptedOutPart1` and
+  /// `kOptedOutPart2` in `ornwhatsnew/PanelText.h`.
   UTF16String privacyPage;
   /// The prefix of issue keys, "ORN" by default. Letter case does not matter. The panel shows story
   /// IDs and item keys that begin with this prefix as issues. Only internal users see issues. If

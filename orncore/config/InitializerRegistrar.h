@@ -73,9 +73,9 @@ struct InitializerRegistration;
 /// Registrars at namespace scope may be constructed and destroyed in any order. Libraries that
 /// define them may be loaded and unloaded at run time.
 ///
-/// Threads: safe to use from any thread. The functions run without a lock, on the thread that
-/// starts or ends the context or that constructs or destroys the object. If another thread is
-/// running a function of the registration, the destructor waits for it.
+/// Threads: safe to use from any thread. The functions run without a lock, on the thread that calls
+/// `InitializeContexts`, `ShutdownContexts`, the constructor or the destructor. If another thread
+/// is running a function of the registration, the destructor waits for it.
 class ORN_EXPORT InitializerRegistrar {
  public:
   /// Registers the functions, and calls `initialize` if one of `contexts` is live. If this call

@@ -68,7 +68,7 @@ class ORN_EXPORT CommandRegistry {
   bool RegisterCommandFunction(UTF16String name, UTF16String help, CommandFunction function);
 
   /// Removes a command and returns true. Returns false if no command has that name. Does not wait
-  /// for running calls of the command. If a call is running, the function of the command is
+  /// for running calls to the command. If a call is running, the function of the command is
   /// destroyed when the last running call ends.
   bool UnregisterCommand(std::u16string_view name);
 

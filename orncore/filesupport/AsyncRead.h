@@ -83,8 +83,8 @@ struct ReadOutcome {
 
 /// Represents the completion of a read and of its continuation. `WaitForUntypedUntil` waits for it.
 ///
-/// An object can be moved but not copied. Its destruction neither cancels the read nor waits for
-/// it.
+/// An object can be moved but not copied. Destroying an object neither cancels the read nor waits
+/// for it.
 ///
 /// Threads: use one object from one thread at a time.
 class ORN_EXPORT UntypedFuture {

@@ -1,5 +1,5 @@
 // Defines a class for file paths, and a function that reads a whole file on the calling thread.
-// `AsyncRead.h` reads files in the background.
+// `AsyncRead.h` defines a function that reads files in the background.
 #ifndef ORNCORE_FILESUPPORT_FILE_H_
 #define ORNCORE_FILESUPPORT_FILE_H_
 
@@ -32,8 +32,8 @@ class ORN_EXPORT File {
   const UTF16String& Path() const noexcept { return path_; }
 
   /// Returns the absolute form of the path, without ".", ".." and repeated separators. Does not
-  /// resolve links. Resolves a relative path against the current directory. If that directory no
-  /// longer exists, returns a relative path, which can begin with "..".
+  /// resolve symbolic links. Resolves a relative path against the current directory. If that
+  /// directory no longer exists, returns a relative path, which can begin with "..".
   ///
   /// Replaces each unpaired surrogate with U+FFFD. Returns an empty string for an empty path.
   UTF16String FullPath() const;
@@ -66,7 +66,7 @@ class RecycledMemory {
 /// The default maximum size of a file that `ReadRegularFile` reads: 2 GiB.
 inline constexpr std::size_t kMaxFileBytes = std::size_t{2} << 30;
 
-/// Reads all bytes of the regular file `path` and returns them. Follows links.
+/// Reads all bytes of the regular file `path` and returns them. Follows symbolic links.
 ///
 /// If the read fails, throws `config::ResultError`. Its message names the file, and its code is one
 /// of these or another negated error number of the system:

@@ -47,10 +47,10 @@ class ORN_EXPORT ResourceManager {
 /// - an empty name, or an absolute path;
 /// - a path with the element "..";
 /// - a name with NUL or an unpaired surrogate;
-/// - a name that refers to a file outside the folder through a link.
+/// - a name that refers to a file outside the folder through a symbolic link.
 ///
 /// The class trusts processes that can write to the folder. Such a process could replace a file
-/// with a link during a load, and the load could then read a file outside the folder.
+/// with a symbolic link during a load, and the load could then read a file outside the folder.
 ///
 /// Threads: safe to use from any thread.
 class ORN_EXPORT FolderResourceManager final : public ResourceManager {

@@ -136,9 +136,10 @@ bool AllocationFailure::HasHappened() const noexcept {
 
 }  // namespace test_support
 
-// By default, other forms of `new` and `delete`, such as `new[]`, call the form for one object.
-// Sanitizers replace each form separately, so this file defines each form that the tests use. It
-// does not define the forms for over-aligned types, nor `delete` with `std::nothrow`.
+// By default, other forms of `operator new` and `operator delete`, such as `operator new[]`, call
+// the form for one object. Sanitizers replace each form separately, so this file defines each form
+// that the tests use. It does not define the forms for over-aligned types, nor `operator delete`
+// with `std::nothrow`.
 void* operator new(std::size_t size) {
   return test_support::Allocate(size);
 }

@@ -33,8 +33,8 @@ TEST_F(Allocations, AreCountedForEachThread) {
   EXPECT_LE(AllocationsSoFar() - before, 1U) << "only the start of the thread may allocate";
 }
 
-// Sanitizers define every form of `new` and `delete`, but the program must use the replacement
-// functions.
+// Sanitizers define every form of `operator new` and `operator delete`, but the program must use
+// the replacement functions.
 TEST_F(Allocations, AreCountedInEveryForm) {
   EXPECT_EQ(CountAllocations([] { ::operator delete[](::operator new[](8)); }), 1U);
   EXPECT_EQ(CountAllocations([] { ::operator delete(::operator new(8, std::nothrow)); }), 1U);
@@ -102,8 +102,8 @@ TEST_F(Allocations, FailForOtherThreadsOnlyOnRequest) {
 using AllocationsDeathTest = Allocations;
 
 TEST_F(AllocationsDeathTest, FreeingABlockTwiceEndsTheProgram) {
-  // The test calls `delete` through a pointer, because the compiler would reject a second direct
-  // call.
+  // Call `operator delete` through a volatile function pointer, because the compiler would reject a
+  // second direct call.
   void (*volatile freeBlock)(void*) = ::operator delete;
   EXPECT_DEATH(
       {
@@ -114,7 +114,8 @@ TEST_F(AllocationsDeathTest, FreeingABlockTwiceEndsTheProgram) {
       "freed twice|heap-use-after-free");
 }
 
-// Some compilers, such as clang 14, declare the sized form of `delete` only if an option is set.
+// Some compilers, such as clang 14, declare the sized form of `operator delete` only if an option
+// is set.
 #ifdef __cpp_sized_deallocation
 TEST_F(AllocationsDeathTest, FreeingABlockWithTheWrongSizeEndsTheProgram) {
   EXPECT_DEATH(::operator delete (::operator new(8), std::size_t{9}), "wrong size");

@@ -24,8 +24,8 @@ struct ProgramCall {
   bool isOnTerminal = false;
   /// The width of the terminal in characters.
   unsigned short columns = 80;
-  /// The input that a user types on the terminal. "\x04" represents Ctrl-D. REQUIRES: unless it is
-  /// empty, `isOnTerminal` is true and `input` is empty.
+  /// The input that a user types on the terminal. "\x04" represents Ctrl-D. REQUIRES: unless
+  /// `typed` is empty, `isOnTerminal` is true and `input` is empty.
   std::string typed = {};
   /// A function that the new process calls before it executes the program, for example to set
   /// resource limits. It must not allocate memory.

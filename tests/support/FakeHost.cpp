@@ -42,7 +42,7 @@ void ResetAllServices() {
 }  // namespace
 
 /// Implements the client information and the feature service, and contains the results of the
-/// termination query and the logging query. The installed services share ownership, because a
+/// termination query and the logging query. The library shares ownership of this object, because a
 /// service that is being queried can outlive the `FakeHost`.
 class FakeHost::Services : public orncore::config::ClientInfo,
                            public ornappsupport::feature::FeatureService {

@@ -26,10 +26,10 @@ struct FakeFeature {
   bool availableForUser = false;
 };
 
-/// Installs services, whose results a test can set. A new result applies from the next query.
+/// Installs services with results that a test can set. A new result applies from the next query.
 /// The constructor and the destructor reset all services to their defaults. If several objects
-/// exist, the library queries the one that was created last. The destructor of any of them resets
-/// the services. Not thread-safe.
+/// exist, the library queries the last one that was created, until any of the objects is destroyed.
+/// Not thread-safe.
 class FakeHost {
  public:
   FakeHost();
@@ -61,9 +61,9 @@ class FakeHost {
   /// is no entry.
   void SetDebugEntry(std::string_view key, std::string_view value);
   std::string DebugEntry(std::string_view key) const;
-  /// Set the two debug switches. One shows the features that are off, and the other one shows the
-  /// internal keys. They affect only internal users.
+  /// Sets the debug switch that shows internal users all features that are off.
   void ShowAllOffFeatures(bool show);
+  /// Sets the debug switch that shows internal users the internal keys.
   void ShowAllUnlockCodes(bool show);
 
   /// Adds the translation `text` of `key` to the dictionary, or replaces it. `key` is the part of a

@@ -1,5 +1,6 @@
 // Checks a layout against the text and the style runs of the same panel, by rules that hold for
-// every panel. Tests and fuzzers use it for random hosts, dictionaries and data files.
+// every panel. Tests and fuzzers use these functions with random hosts, dictionaries and data
+// files.
 #ifndef TESTS_SUPPORT_LAYOUTCHECK_H_
 #define TESTS_SUPPORT_LAYOUTCHECK_H_
 

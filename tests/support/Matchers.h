@@ -38,7 +38,8 @@ struct Display {
   /// Truncates a run that extends past the end of `text`. Throws `std::logic_error` if a start or
   /// length is negative, or if a run starts past the end of `text`.
   std::vector<std::string> Pieces(ornwhatsnew::StyleID style) const;
-  /// Returns the string of each run of a style in UTF-8, in the order of the runs.
+  /// Returns the URL or empty string that each run of a style contains, in the order of the runs.
+  /// The strings are UTF-8.
   std::vector<std::string> Strings(ornwhatsnew::StyleID style) const;
 };
 

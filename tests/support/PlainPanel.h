@@ -10,12 +10,12 @@
 // The plain implementation computes the position of each style run from the complete text so far.
 // It splits rows and fields with Boost's tokenizer, and changes the key order one key at a time.
 //
-// The two implementations share some code: the `Guid` class, the types of style runs, and the
-// host's services. These services are the client information, the feature table, the
-// internal-features permission, the panel links, the localiser and its markup, the debug database,
-// usage logging, and the termination query. A bug in shared code affects both implementations
-// equally, so only unit tests can find it. The plain implementation calls ICU, Boost's tokenizer
-// and the reference implementation of the hash directly.
+// The two implementations share some code: the `Guid` class, the types of style runs, the localiser
+// with its markup, and the host's other services. These are the client information, the feature
+// table, the internal-features permission, the panel links, the debug database, usage logging, and
+// the termination query. A bug in shared code affects both implementations equally, so only unit
+// tests can find it. The plain implementation calls ICU, Boost's tokenizer and the reference
+// implementation of the hash directly.
 #ifndef TESTS_SUPPORT_PLAINPANEL_H_
 #define TESTS_SUPPORT_PLAINPANEL_H_
 
@@ -58,7 +58,7 @@ struct PanelOutcome {
   friend bool operator==(const PanelOutcome&, const PanelOutcome&) = default;
 };
 
-/// Writes an outcome to `stream`. GoogleTest calls it when a comparison fails.
+/// Writes an outcome to `stream`. GoogleTest calls this operator when a comparison fails.
 std::ostream& operator<<(std::ostream& stream, const PanelOutcome& outcome);
 
 /// Displays the list with the library and returns all results. `options` is a bitwise OR of display

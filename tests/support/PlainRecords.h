@@ -81,8 +81,8 @@ struct PlainItem {
 /// Returns true if usage logging is off and the user is not an internal user. Such a user cannot
 /// rate features.
 bool PlainAnalyticsDisabled();
-/// Returns whether the user is an internal user and the debug switch shows the features that are
-/// off.
+/// Returns whether a debug switch shows the user all features that are off. The switch affects only
+/// internal users.
 bool PlainShowsAllOffFeatures();
 
 /// Return copies of a change and an item of the library.

@@ -1,5 +1,5 @@
-// Provides the text functions of the plain implementation. They use ICU, Boost's tokenizer and the
-// reference implementation of the hash. They share only the `Guid` class with the library.
+// Provides the string functions of the plain implementation. They use ICU, Boost's tokenizer and
+// the reference implementation of the hash. They share only the `Guid` class with the library.
 #ifndef TESTS_SUPPORT_PLAINTEXT_H_
 #define TESTS_SUPPORT_PLAINTEXT_H_
 
@@ -40,15 +40,15 @@ std::vector<std::string> PlainFields(const std::string& row);
 std::string PlainLower8(std::string_view text);
 /// Returns whether two UTF-8 strings have the same lower-case form.
 bool PlainEqualIgnoringCase(std::string_view a, std::string_view b);
-/// Return whether `key` is the key of a section, and whether it is INTERNAL or UNREVIEWED. The
-/// letter case of `key` does not matter.
+/// Returns whether `key` is the key of a section. The letter case of `key` does not matter.
 bool PlainIsSection(std::string_view key);
+/// Returns whether `key` is INTERNAL or UNREVIEWED. The letter case of `key` does not matter.
 bool PlainIsInternalSection(std::string_view key);
 /// Returns whether `text` is a key text.
 bool PlainIsZString(std::string_view text);
 /// Returns the part of `text` on which identities depend. For a key text with a default text, this
-/// is the key, with `$$$/private/` at its start replaced by `$$$/`. Returns other strings
-/// unchanged.
+/// is the key. If the key begins with `$$$/private/`, replaces this prefix with `$$$/`. Returns
+/// other strings unchanged.
 std::string PlainHashablePortion(std::string_view text);
 /// Returns a version as a number in which each component has 1000 times the weight of the next. A
 /// component that is not a 64-bit integer counts as 0. The number wraps around at 64 bits.

@@ -31,7 +31,7 @@ class RandomSource {
   }
 
   /// Returns a string of up to `maxFragments` random fragments. Most fragments have a special
-  /// meaning in data files or are difficult to convert, such as separators, quotes, newlines,
+  /// meaning in data files or are difficult to convert. Examples are separators, quotes, newlines,
   /// keywords, markup, byte order marks and ill-formed UTF-8.
   std::string HostileText(std::size_t maxFragments);
 

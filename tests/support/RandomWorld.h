@@ -20,7 +20,7 @@ class RandomWorld {
 
   FakeHost& Host() { return host_; }
 
-  /// Changes the settings of the host and switches features on or off, at random.
+  /// Changes the settings of the host and the switches of its features at random.
   void ChangeHost();
 
   /// Returns a random data file.

@@ -7,7 +7,7 @@
 namespace test_support {
 
 /// The keys of the panel's templates, and the key of one section title. The inputs of fuzzers
-/// contain indexes into this list, so add new keys only at the end.
+/// contain indexes into this array, so add new keys only at the end.
 inline constexpr std::array kTemplateKeys = {
     "$$$/ornwhatsnew/Feature/Item/Unlock/TarsaOnly",
     "$$$/ornwhatsnew/Feature/Item/Unlock/Off",

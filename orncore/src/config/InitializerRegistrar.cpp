@@ -86,7 +86,8 @@ class Registry {
     Lock lock(mutex_);
     liveContexts_ = liveContexts_ | contexts;
     bool succeeded = true;
-    // Find the next registration by its ID, because the map may change while a function runs.
+    // Find the next registration by the ID of the current one, because the map may change while a
+    // registered function runs.
     std::uint64_t id = 0;
     for (auto next = registrations_.begin(); next != registrations_.end();
          next = registrations_.upper_bound(id)) {
@@ -112,8 +113,8 @@ class Registry {
 
   // Runs the initialise or shutdown function until the state of the registration matches the live
   // contexts. The loop is needed because the live contexts may change while a function runs without
-  // the lock. If another call is running a function of the registration, that call does the update.
-  // Returns false if the initialise function failed.
+  // the lock. If another call is running a function of the registration, leaves the update to that
+  // call and returns true. Returns false if the initialise function failed.
   bool Update(Lock& lock, InitializerRegistration& registration) {
     while (!registration.isRunning &&
            ShouldBeInitialized(registration) != (registration.initializationOrder != 0)) {

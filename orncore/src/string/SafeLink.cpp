@@ -23,9 +23,9 @@ bool IsURLCharacter(char character) {
   return IsAlphanumericOrIn("-._~:/?#[]@!$&'()*+,;=%", character);
 }
 
-// Returns `authority` without the port at its end and the colon before the port, if it has them.
-// Never removes a part of a valid host name: only an IP address in brackets contains colons, and it
-// ends with a bracket.
+// If `authority` ends with a colon and zero or more digits (a port), returns the string before the
+// colon. Otherwise, returns `authority`. Never removes a part of a valid host name: only an IP
+// address in brackets contains colons, and it ends with a bracket.
 std::string_view WithoutPort(std::string_view authority) {
   std::string_view host = authority;
   while (!host.empty() && IsDigit(host.back())) host.remove_suffix(1);

@@ -115,9 +115,9 @@ bool LooksLikeSpace(UChar32 character) {
          (u_charType(character) == U_SPACE_SEPARATOR || character == kBlankBraillePattern);
 }
 
-// Returns the first character of `text` (UTF-8), or 0 if `text` is empty. Returns a backslash
-// instead of ill-formed UTF-8, an invisible character, or one that looks like a space, because
-// `EscapeInvisible` can replace these with an escape. A joiner before an escape would be invisible.
+// Returns the first character of `text` (UTF-8), or 0 if `text` is empty. Returns a backslash if
+// the first character is ill-formed, is invisible or looks like a space, because `EscapeInvisible`
+// can replace such a character with an escape. A joiner before an escape would be invisible.
 UChar32 NextVisibleCharacter(std::string_view text) {
   if (text.empty()) return 0;
   std::size_t end = 0;

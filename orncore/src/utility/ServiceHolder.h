@@ -15,8 +15,8 @@ namespace orncore::utility {
 /// The last service is not destroyed when the process ends.
 ///
 /// If `std::mutex` has a constexpr constructor, the variable is usable before any static
-/// constructor runs. The variables are not declared `constinit`, because the code would not compile
-/// on systems without such a constructor.
+/// constructor runs. The library does not declare these variables `constinit`, because its code
+/// would not compile on systems without such a constructor.
 ///
 /// Threads: safe to use from any thread.
 template <class Service>

@@ -23,10 +23,11 @@ bool IsInFolder(const fs::path& path, const fs::path& folder) {
   return std::ranges::mismatch(folder, path).in1 == folder.end();
 }
 
-// Returns the path of the resource's file with all links resolved. Resolves links before it checks
-// the folder, because a link in the folder can refer to a file outside the folder. Returns
-// `std::nullopt` in these cases:
-// - `name` is empty or absolute, or contains the element "..", NUL or an unpaired surrogate.
+// Returns the path of the resource's file with all symbolic links resolved. Resolves the links
+// before it checks that the file is in the folder, because a link in the folder can refer to a file
+// outside the folder. Returns `std::nullopt` in these cases:
+// - `name` is empty or absolute, or has the element "..".
+// - `name` contains NUL or an unpaired surrogate.
 // - The file does not exist, or is not in the folder.
 std::optional<fs::path> FindFile(const fs::path& folder, const UTF16String& name,
                                  const UTF16String& type) {

@@ -58,8 +58,8 @@ class AsyncReadTest : public FileFixture {
     released_.notify_all();
   }
 
-  // Starts a read. Its continuation stores the outcome and the ID of its thread, and rethrows a
-  // failure.
+  // Starts a read. The continuation stores the outcome and the ID of the thread that runs it, and
+  // rethrows a failure.
   UntypedFuture Read(const fs::path& path) { return Read(FileAt(path)); }
   UntypedFuture Read(const File& file) {
     return ReadFileToRecycledMemory(file, executor_, [this](const ReadOutcome& outcome) {

@@ -195,8 +195,8 @@ TEST_F(RegularFileTest, RefusesAFileThatGrowsBeyondTheLimit) {
   }
 }
 
-// The test skips the check before the open, as if another process had replaced the file between the
-// check and the open.
+// The test skips the check that `ReadRegularFile` performs before it opens a file, as if another
+// process had replaced the file after this check.
 TEST_F(RegularFileTest, RefusesOtherFilesAfterTheOpenWithoutWaiting) {
   EXPECT_EQ(ResultOfReading(MakeFifo(), 1), -EOPNOTSUPP);
   EXPECT_EQ(ResultOfReading("/dev/null", 1), -EOPNOTSUPP);

@@ -93,7 +93,7 @@ TEST(CaseMapping, MapsPureAsciiLikeAsciiInOtherText) {
   for (int round = 0; round < 2000; ++round) {
     std::u16string text(random() % 60, u'\0');
     for (char16_t& unit : text) unit = static_cast<char16_t>(random() % 0x80);
-    // The ideograph has no case, so it must not change the mapping of the ASCII letters.
+    // An ideograph has no case, so appending it must not change the mapping of the ASCII letters.
     ASSERT_EQ(LowerCase(text) + u"\u65E5", LowerCase(text + u"\u65E5"));
     ASSERT_EQ(UpperCase(text) + u"\u65E5", UpperCase(text + u"\u65E5"));
     const std::string utf8 = UTF16to8(text);
