@@ -131,9 +131,9 @@ void MessageTemplate::AddKeyText(const std::string& reference, std::string_view 
   if (isNew) entries_.push_back({key, defaultText, {}, {}});
   Entry& entry = entries_[index->second];
   if (entry.defaultText != defaultText) {
-    warnings_.push_back(reference + ": the key '" + key + "' has another default text in " +
+    warnings_.push_back(reference + ": the key '" + key + "' has a different default text in " +
                         entry.references.front() +
-                        "; the template contains only that one, so use the same text or another "
+                        "; the template contains only that text, so use the same text or another "
                         "key");
     return;
   }

@@ -21,12 +21,12 @@ inline constexpr auto kLintCodes = std::to_array<LintCodeInfo>({
      "UTF-16 \"Unicode text\".",
      "Save the file as UTF-8."},
     {LintCode::kFileNotUTF8, "file-not-utf8", Severity::kError, "bytes that are not UTF-8",
-     "Users see the replacement character U+FFFD instead of these bytes. Such bytes usually "
-     "come from a file in Latin-1 or Windows-1252.",
+     "Users see the replacement character U+FFFD instead of bytes that are not valid UTF-8. "
+     "Usually, the encoding of the file is Latin-1 or Windows-1252.",
      "Save the file as UTF-8."},
     {LintCode::kFileLineEnds, "file-line-ends", Severity::kError, "a line ends in CR alone",
-     "The library removes the CR and joins the two lines into one row, which then has the "
-     "wrong number of fields or the wrong text.",
+     "A CR without LF does not end a row. The library removes the CR and joins the lines before "
+     "and after it into one row, which then has the wrong number of fields or the wrong text.",
      "Use LF or CR LF line endings. --fix replaces CR line endings with LF if each line is a "
      "complete row."},
     {LintCode::kFileEmpty, "file-empty", Severity::kError, "the file is empty",
@@ -50,8 +50,8 @@ inline constexpr auto kLintCodes = std::to_array<LintCodeInfo>({
      "Insert a header row with ten column names before the first row."},
     {LintCode::kHeaderWidth, "header-width", Severity::kError,
      "the header does not have ten fields",
-     "The library skips this row and uses the next row as the header. The change or the "
-     "version in that row is lost.",
+     "The library skips a header that does not have ten fields, and uses the next row as the "
+     "header. The change or the version in that row is lost.",
      "Write exactly ten column names. Put quotes around a name that contains a comma."},
     {LintCode::kHeaderSecondNameEmpty, "header-second-name-empty", Severity::kError,
      "the second column of the header has no name",
@@ -60,9 +60,8 @@ inline constexpr auto kLintCodes = std::to_array<LintCodeInfo>({
      "Write a name for the second column."},
     {LintCode::kHeaderOverLines, "header-over-lines", Severity::kError,
      "the header continues on the next line",
-     "Every line feed ends a row, even between quotes. The library skips both parts of the "
-     "header and uses the next row as the header. The change or the version in that row is "
-     "lost.",
+     "Every line feed ends a row, even between quotes. The library skips the lines of such a "
+     "header and uses the next row as the header. The change or the version in that row is lost.",
      "Write the header on one line."},
     {LintCode::kHeaderRepeated, "header-repeated", Severity::kError, "a second header row",
      "The library reads the second header as a change, which internal users see. Joining two "
@@ -70,12 +69,12 @@ inline constexpr auto kLintCodes = std::to_array<LintCodeInfo>({
      "Delete the row."},
     {LintCode::kHeaderOrder, "header-order", Severity::kError, "the columns are in the wrong order",
      "The library identifies a column by its position and ignores its name. The library therefore "
-     "reads the values of these columns as values of other columns.",
+     "reads the values of a misplaced column as values of another column.",
      "Put the columns in the order that the manual lists."},
     {LintCode::kChangesSinceBeforeHeader, "changes-since-before-header", Severity::kError,
      "a Changes-Since row before the header",
-     "The library uses this row as the header. The version in the row is lost, and the library "
-     "reads the real header as a change.",
+     "If a Changes-Since row precedes the header, the library uses this row as the header. The "
+     "version in the row is lost, and the library reads the real header as a change.",
      "Move the row below the header."},
     {LintCode::kFieldCount, "field-count", Severity::kError, "the row does not have ten fields",
      "The library skips the row, so its change is lost.",
@@ -91,13 +90,13 @@ inline constexpr auto kLintCodes = std::to_array<LintCodeInfo>({
      "and the change is lost. If the field is quoted, users see the comma.",
      "Write the version with points."},
     {LintCode::kWrongQuotes, "wrong-quotes", Severity::kError,
-     "typographic or single quotes around a text with commas",
+     "typographic or single quotes around text with commas",
      "Only the double quote (U+0022) protects a comma. The row has too many fields, so the "
      "library skips it and the change is lost.",
      "Put double quotes around the text."},
     {LintCode::kIssueList, "issue-list", Severity::kError, "several issues in one row",
-     "A row can contain only one story ID. The other issues shift all fields after them, so the "
-     "library skips the row and the change is lost.",
+     "A row can contain only one story ID. Each additional issue key shifts the fields after it, "
+     "so the library skips the row and the change is lost.",
      "Keep one story ID, or write one row for each issue."},
     {LintCode::kMissingComma, "missing-comma", Severity::kError, "commas are missing",
      "The row has too few fields, so the library skips it and the change is lost.",
@@ -110,7 +109,7 @@ inline constexpr auto kLintCodes = std::to_array<LintCodeInfo>({
      "too few fields, and the library skips it.",
      "Close the quote. For inches, write the character U+2033."},
     {LintCode::kTextOverLines, "text-over-lines", Severity::kError,
-     "a text continues on the next line",
+     "the text continues on the next line",
      "Every line feed ends a row, even between quotes. Either users see only the first line of "
      "the text, or the library skips the row. The other lines are lost.",
      "Write the text on one line. In the default text of a key, #{endl} starts a new line."},
@@ -118,7 +117,7 @@ inline constexpr auto kLintCodes = std::to_array<LintCodeInfo>({
      "The library skips a row without a grouping ID, so the change is lost.",
      "Write the key of a feature or a section into the second column."},
     {LintCode::kTextMissing, "text-missing", Severity::kError, "the row has no text and no effect",
-     "Users do not see a change without text. Such a row is useful only if it requests a "
+     "Users do not see a change without text. A row without text is useful only if it requests a "
      "rating, hides or unhides a feature, or sets the link of its feature or section.",
      "Write the text, or delete the row."},
     {LintCode::kGroupingIDUnknown, "grouping-id-unknown", Severity::kError,
@@ -134,8 +133,8 @@ inline constexpr auto kLintCodes = std::to_array<LintCodeInfo>({
      "Write a keyword from the manual, or leave the field empty."},
     {LintCode::kSalienceTwoWords, "salience-two-words", Severity::kError,
      "several words in the salience",
-     "The salience is one keyword. The library ignores any other text, so none of the words "
-     "has an effect and the change is shown.",
+     "The salience is one keyword. If the field contains several words, none of them has an effect "
+     "and the change is shown.",
      "Keep one keyword."},
     {LintCode::kKeywordColumn, "keyword-column", Severity::kError,
      "a keyword is in the wrong column",
@@ -160,7 +159,7 @@ inline constexpr auto kLintCodes = std::to_array<LintCodeInfo>({
      "a line after the Changes-Since row replaces its version",
      "A row with fewer than ten fields inherits the missing fields from the row before it. A line "
      "with one field after a Changes-Since row is therefore a second Changes-Since row, and the "
-     "heading shows its text. A comment line without a comma has the same effect.",
+     "heading shows its text. A comment line without a comma also replaces the version.",
      "Move the line away from the Changes-Since row."},
     {LintCode::kChangesSinceVersion, "changes-since-version", Severity::kError,
      "the Changes-Since version is empty, begins with a v, or contains a comma",
@@ -191,11 +190,11 @@ inline constexpr auto kLintCodes = std::to_array<LintCodeInfo>({
      "component above 999 changes the component to its left, and a component that is not a "
      "number counts as 0. With seven components or more, the number can be too large for its 64 "
      "bits.",
-     "Write each component as a number from 0 to 999, and at most six components."},
+     "Write at most six components, each of them a number from 0 to 999."},
     {LintCode::kBoundsNoVersion, "bounds-no-version", Severity::kError,
      "the change has an earliest version but no version",
-     "The change affects only versions below the version in the first column. If this column is "
-     "empty, the change affects no version, and a panel that is filtered by version never shows "
+     "The change affects only versions below the version in the first column. If the first column "
+     "is empty, the change affects no version, and a panel that is filtered by version never shows "
      "the change.",
      "Write the version that contains the change into the first column."},
     {LintCode::kBoundsOrder, "bounds-order", Severity::kError,
@@ -205,9 +204,9 @@ inline constexpr auto kLintCodes = std::to_array<LintCodeInfo>({
      "the change into the first column."},
     {LintCode::kBoundsHost, "bounds-host", Severity::kError,
      "the full version of the host cannot be compared with the versions of the change",
-     "The library compares both versions with the application's full version, which is its "
-     "version and its build number. If the numbers of components differ, or if a component is "
-     "above 999, the results of the comparisons are meaningless.",
+     "The library compares both versions of the change with the full version of the application, "
+     "which consists of its version and its build number. If the numbers of components differ, or "
+     "if a component is above 999, the results of the comparisons are meaningless.",
      "Write as many components as the full version has. If the build number is above 999, "
      "leave the sixth column empty."},
     {LintCode::kLinkNotHttps, "link-not-https", Severity::kError,
@@ -234,17 +233,17 @@ inline constexpr auto kLintCodes = std::to_array<LintCodeInfo>({
      "Add = and a default text after the key."},
     {LintCode::kHostEpicKeyEmpty, "host-epic-key-empty", Severity::kError,
      "a feature of the host has no epic key",
-     "Every change with an empty third column belongs to this feature, unless its grouping ID "
-     "is INTERNAL or its salience is Unreviewed.",
+     "Every change with an empty third column belongs to the feature without an epic key, unless "
+     "the grouping ID of the change is INTERNAL or its salience is Unreviewed.",
      "Give the feature an epic key in the feature table of the host."},
     {LintCode::kHostEpicKeyTwice, "host-epic-key-twice", Severity::kError,
      "two features of the host have the same epic key",
-     "The list has only the feature whose internal key sorts first. The other feature is "
-     "never shown.",
+     "If several features have the same epic key, the list contains only the feature whose "
+     "internal key sorts first. The panel never shows the other features.",
      "Give each feature its own epic key."},
     {LintCode::kQuotesVanish, "quotes-vanish", Severity::kWarning,
      "quotes inside a field are removed",
-     "The library removes every double quote, even a doubled one. Users do not see the quote.",
+     "The library removes every double quote, even a doubled one, so users do not see it.",
      "Write typographic quotes, or the character U+2033 for inches."},
     {LintCode::kLinkInSection, "link-in-section", Severity::kWarning, "a link in a section",
      "The first link of a section becomes the link of its title. The change itself gets no "
@@ -274,8 +273,8 @@ inline constexpr auto kLintCodes = std::to_array<LintCodeInfo>({
      "Delete one of the rows."},
     {LintCode::kKeyTwoDefaults, "key-two-defaults", Severity::kWarning,
      "a localisation key has two default texts",
-     "A dictionary has one translation for a key, so translated panels show the same text "
-     "for both changes.",
+     "A dictionary has one translation for a key, so translated panels show the same text for "
+     "every change with this key.",
      "Use two keys, or the same default text."},
     {LintCode::kMarkupOutsideKey, "markup-outside-key", Severity::kWarning,
      "markup outside a key text",
@@ -298,8 +297,9 @@ inline constexpr auto kLintCodes = std::to_array<LintCodeInfo>({
      "Write the commit ID, and format the column of the spreadsheet as text."},
     {LintCode::kOuterSpaces, "outer-spaces", Severity::kWarning,
      "spaces at the start or the end of a field",
-     "The library keeps the spaces. A field with such spaces matches no key and no keyword. In "
-     "every column except column 5, the spaces affect the identity of the change.",
+     "The library keeps spaces at the start and the end of a field. A field with such spaces "
+     "matches no key and no keyword. In every column except column 5, these spaces affect the "
+     "identity of the change.",
      "Delete the spaces. --fix deletes them in columns 2, 3, 4, 6 and 7, but keeps a grouping ID "
      "that consists of spaces."},
     {LintCode::kFeatureUnseen, "feature-unseen", Severity::kWarning,
@@ -343,8 +343,7 @@ inline constexpr auto kLintCodes = std::to_array<LintCodeInfo>({
     {LintCode::kCommentLine, "comment-line", Severity::kNote, "a comment line",
      "The format has no comments. The library skips the line because it does not have ten "
      "fields.",
-     "The line has no effect here. Do not write a comment line directly after a Changes-Since "
-     "row."},
+     "No action is needed. Do not write a comment line directly after a Changes-Since row."},
     {LintCode::kBaselineNew, "baseline-new", Severity::kNote, "a new row",
      "The change is not in the earlier file, so it is new for every user.", "No action is needed."},
     {LintCode::kBaselineNewAgain, "baseline-new-again", Severity::kWarning,
@@ -358,9 +357,9 @@ inline constexpr auto kLintCodes = std::to_array<LintCodeInfo>({
      "Restore the row if users still need it."},
     {LintCode::kBaselineRatedAgain, "baseline-rated-again", Severity::kWarning,
      "a feature requests a rating again",
-     "The rating requests of the feature changed. Users who rated the feature are asked "
+     "The rating requests of the feature changed. Users who rated the feature are asked to rate it "
      "again.",
-     "Restore the earlier rating requests if the answers are still valid."},
+     "Restore the earlier rating requests if the ratings are still valid."},
 });
 
 }  // namespace hosts::author

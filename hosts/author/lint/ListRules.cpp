@@ -65,7 +65,7 @@ void CheckDefaults(LintContext& context) {
     if (isNew || found->second->Value(DataColumn::kDescription) == text) continue;
     Finding& finding = context.ReportField(
         LintCode::kKeyTwoDefaults, row, DataColumn::kDescription,
-        "the key " + Quoted(found->first) + " has another default text on line " +
+        "the key " + Quoted(found->first) + " has a different default text on line " +
             std::to_string(found->second->data.lineNumber) +
             ", but a translation replaces both; use another key");
     finding.related.push_back(context.Related(*found->second, "the other default text"));
