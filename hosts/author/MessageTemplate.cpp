@@ -123,8 +123,9 @@ void MessageTemplate::AddKeyText(const std::string& reference, std::string_view 
   const std::string defaultText(rest.substr(0, mark));
   if (defaultText.empty()) return;
   if (text.find('\0') != std::string_view::npos) {
-    warnings_.push_back(reference + ": the key text '" + std::string(text) +
-                        "' contains a NUL and is not in the template; remove the NUL");
+    warnings_.push_back(
+        reference + ": the key text '" + std::string(text) +
+        "' contains a NUL character, so the template omits it; remove the character");
     return;
   }
   const auto [index, isNew] = indexes_.emplace(key, entries_.size());

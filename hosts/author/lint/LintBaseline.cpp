@@ -167,7 +167,7 @@ class Comparison {
       if (old->second->GetItemRatedGuid() == row->item->GetItemRatedGuid()) continue;
       context_.ReportField(LintCode::kBaselineRatedAgain, *row, DataColumn::kRatingRequest,
                            "users who rated the feature " + Quoted(key) +
-                               " are asked again, because its rating requests changed");
+                               " are asked to rate it again, because its rating requests changed");
     }
   }
 
