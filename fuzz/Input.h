@@ -28,8 +28,8 @@ class Input {
   std::vector<std::string_view> ReadParts();
 
   /// Returns whether a fuzzer runs its slow checks for this input. The sum of the bytes that have
-  /// not been read yet selects about a third of all inputs. A switch would select most inputs,
-  /// because libFuzzer prefers inputs that execute more code.
+  /// not been read yet selects about a third of all inputs. If a byte of the input enabled the slow
+  /// checks, most inputs would run them, because libFuzzer prefers inputs that execute more code.
   bool HasSlowChecks() const;
 
   /// Returns the bytes that have not been read yet.

@@ -196,7 +196,7 @@ class ORN_EXPORT FeatureListDetail {
   /// Returns `VersionNumber(version)`, which does not depend on the change.
   std::int64_t ParseVersionStringToNumber(const UTF8String& version) const;
 
-  /// Returns whether the change is relevant to a user who opened What's New in the given versions.
+  /// Returns whether the change is relevant to a user who opened the panel in the given versions.
   /// `versionNumbers` are results of `VersionNumber` in ascending order. The change is relevant if
   /// one of them is at least the earliest relevant version and less than the version that added the
   /// change. A change without an earliest relevant version is relevant to every user.

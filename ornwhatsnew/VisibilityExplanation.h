@@ -55,7 +55,7 @@ enum class HidingRule : std::uint8_t {
   /// compatibility.
   kHeadlinesOnly,
   /// `kFilterRelevantVersion`: the change is relevant neither to the current version nor to any
-  /// other version in which the user opened What's New.
+  /// other version in which the user opened the panel.
   kOtherVersion,
   /// `kRatingView`: the change does not request a rating.
   kNoRatingRequest,

@@ -109,8 +109,8 @@ stage_xvfb() { ensure_packages xvfb && test_companion_in_windows; }
 stage_kills() { command_kills 10000; }
 stage_robustness() { command_robustness --seed 1 && write_settings_in_several_programs; }
 
-# Tests the pages of the program in headless Chromium, and writes screenshots to build/browser/pages. Uses
-# npm to download axe-core, which finds accessibility problems.
+# Tests the HTML pages of `ornwhatsnew` in headless Chromium, and writes screenshots to build/browser/pages.
+# Uses npm to download axe-core, which finds accessibility problems.
 stage_browser() {
   local folder=build/browser axe=axe-core@4.10.3
   ensure_packages browser

@@ -88,7 +88,7 @@ class CatalogTables {
       const bool isInside = offset < bytes_.size() && length < bytes_.size() - offset;
       if (!isInside) Fail("a string is outside of the file");
       if (bytes_[offset + length] != '\0') Fail("a string does not end with NUL");
-      // Without this limit, a small file could contain a long string many times.
+      // Many entries could refer to the same long string, which would take much time and memory.
       total += length + 1;
       if (total > bytes_.size()) Fail("its strings are longer than the file");
       strings.push_back(bytes_.substr(offset, length));

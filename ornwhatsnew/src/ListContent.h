@@ -28,10 +28,10 @@ struct SeenState {
   IdentitySet seenGuids;
   /// The identities that displays and `MarkAllSeen` have added since the state was read.
   IdentitySet newlySeenGuids;
-  /// The full version in which the user had last opened What's New when the state was read. It is
+  /// The full version in which the user had last opened the panel when the state was read. It is
   /// empty for a new user.
   UTF8String lastVersionSeen;
-  /// The full versions in which the user opened What's New, including the current version. The set
+  /// The full versions in which the user opened the panel, including the current version. The set
   /// is empty until the state is read.
   VersionSet seenVersions;
   /// The `VersionNumber` of each element of `seenVersions`, in ascending order.

@@ -19,9 +19,9 @@ namespace ornwhatsnew {
 /// The key of the identities of all items and changes that the user has seen or rated. The value is
 /// a persisted list.
 extern ORN_EXPORT const UTF8String kAllSeenItemsKey;
-/// The key of the full version in which the user last opened What's New.
+/// The key of the full version in which the user last opened the panel.
 extern ORN_EXPORT const UTF8String kLastVersionSeenKey;
-/// The key of all full versions in which the user opened What's New. The value is a persisted list.
+/// The key of all full versions in which the user opened the panel. The value is a persisted list.
 extern ORN_EXPORT const UTF8String kAllVersionsSeenKey;
 
 /// Returns the elements of a persisted list as views into `list`. An empty string has no elements.

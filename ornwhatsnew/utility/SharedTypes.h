@@ -36,7 +36,7 @@ inline constexpr DisplayOptions kShowOnlyNew{0x01};
 /// Hides changes that are relevant only to a platform other than the host's.
 inline constexpr DisplayOptions kFilterRelevantPlatform{0x02};
 /// Hides changes that are relevant neither to the current version nor to any other version in which
-/// the user opened What's New; see `FeatureListDetail::IsRelevantToVersions`.
+/// the user opened the panel; see `FeatureListDetail::IsRelevantToVersions`.
 inline constexpr DisplayOptions kFilterRelevantVersion{0x04};
 /// Hides changes whose salience is not malformed. This rule is kept for compatibility.
 inline constexpr DisplayOptions kFilterHeadlinesOnly{0x08};
@@ -47,7 +47,7 @@ inline constexpr DisplayOptions kRatingView{0x10};
 /// The identities that a user has seen or rated. Hosts pass them to functions such as
 /// `FeatureListItem::ItemHasBeenSeen`.
 using GuidSet = std::unordered_set<Guid>;
-/// The full versions in which a user opened What's New.
+/// The full versions in which a user opened the panel.
 using VersionSet = std::unordered_set<UTF8String>;
 
 /// The role of a range of the panel's text. Hosts map the values to fonts, so the values never

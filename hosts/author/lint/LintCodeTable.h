@@ -305,7 +305,7 @@ inline constexpr auto kLintCodes = std::to_array<LintCodeInfo>({
     {LintCode::kFeatureUnseen, "feature-unseen", Severity::kWarning,
      "no user of this host sees the feature",
      "The panel shows neither the feature nor its changes. Either the feature is switched off and "
-     "users may not switch it on, or its visibility is 1 and no change has the salience "
+     "users cannot switch it on, or its visibility is 1 and no change has the salience "
      "UnhideBetaFeature.",
      "Switch the feature on in the host, add UnhideBetaFeature, or keep the changes for a "
      "later version."},

@@ -128,8 +128,8 @@ WhyReport::WhyReport(const ornwhatsnew::FeatureListData& list, std::string fileN
   ReadDataFile();
 }
 
-// A list does not store lines. It adds the changes of a file to their items in file order. The n-th
-// row that belongs to an item is therefore the n-th change of this item.
+// A list does not store line numbers. It adds the changes of a file to their items in file order.
+// The n-th row that belongs to an item is therefore the n-th change of this item.
 void WhyReport::ReadDataFile() {
   const LintedFile file(fileName_, text_);
   const auto changes = file.ChangesByKey();

@@ -45,7 +45,7 @@ class SeenIdentities {
 class VisibilityFilter {
  public:
   /// Creates a filter. `versionNumbers` contains the `VersionNumber` of each version in which the
-  /// user opened What's New, in ascending order. Does not query the host.
+  /// user opened the panel, in ascending order. Does not query the host.
   VisibilityFilter(const DisplayOptions& options, SeenIdentities seen,
                    std::span<const std::int64_t> versionNumbers);
 

@@ -1,5 +1,5 @@
-// Tests some rules of `lint` with several data files for each rule. LintCodesTest uses only one
-// data file for each code.
+// Tests special cases of the rules of `lint`, such as other separators and very long rows.
+// LintCodesTest tests each code with one data file.
 #include <string>
 #include <utility>
 #include <vector>
