@@ -18,6 +18,7 @@
 #include "fuzz/PanelProperties.h"
 #include "fuzz/Property.h"
 #include "fuzz/World.h"
+#include "ornwhatsnew/src/rules/JoinPersistedList.h"
 #include "tests/support/PlainText.h"
 
 namespace fuzz {

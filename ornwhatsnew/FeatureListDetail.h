@@ -50,7 +50,7 @@ class ORN_EXPORT FeatureListDetail {
   static const UTF8String kSalienceUnhideBetaFeature;  ///< see `Salience::kUnhideBetaFeature`
   static const UTF8String kSalienceUnreviewed;         ///< see `Salience::kUnreviewed`
   /// See `Salience::kRatingHidesBetaFeatureDescription`. Compatibility: the keyword contains
-  /// "Hides", although the name of the constant contains "Hide".
+  /// "Hides", although the name of the constant contains "Hide" (docs/compatibility.md).
   static const UTF8String kSalienceRatingHideBetaFeatureDescription;
   /// The rating request "RequestRating", in any letter case. Any other rating request is a custom
   /// question.

@@ -51,8 +51,8 @@ enum class HidingRule : std::uint8_t {
 
   /// `kFilterRelevantPlatform`: the change is relevant only on another platform.
   kOtherPlatform,
-  /// `kFilterHeadlinesOnly`: the salience of the change is not malformed. This rule is kept for
-  /// compatibility.
+  /// `kFilterHeadlinesOnly`: the salience of the change is not malformed. Compatibility: the option
+  /// also hides changes with the salience "Headline" (docs/compatibility.md).
   kHeadlinesOnly,
   /// `kFilterRelevantVersion`: the change is relevant neither to the current version nor to any
   /// other version in which the user opened the panel.

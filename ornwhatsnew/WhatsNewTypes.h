@@ -1,5 +1,5 @@
-// Declares constants and queries for hosts. The constants are section keys, sizes and typographic
-// marks. The queries return unlock states, debug switches and the full version.
+// Declares constants, unlock states and queries for hosts. The constants are section keys, sizes
+// and typographic marks. The queries return a debug switch and the full version.
 #ifndef ORNWHATSNEW_WHATSNEWTYPES_H_
 #define ORNWHATSNEW_WHATSNEWTYPES_H_
 
@@ -58,7 +58,8 @@ inline constexpr std::array<std::string_view, 12> kTypographicMarks = {
     "\xE2\x80\x95",  // horizontal bar
 };
 
-/// The unlock state of an item, which the unlock label after its title shows.
+/// The unlock state of an item, which the unlock label after its title shows. The state of a
+/// feature depends on the visibility in the host's feature table.
 enum class ItemUnlockState {
   /// The item is a section that only internal users see. For internal users, a feature also has
   /// this state if its visibility is `kInternal`, or if it is not public and has the internal
@@ -78,21 +79,11 @@ enum class ItemUnlockState {
   Unlabelled,
 };
 
-/// Returns the unlock state of an item. For a feature, queries the host at each call, and uses the
-/// visibility in the host's feature table instead of the visibility of the item.
-ORN_EXPORT ItemUnlockState GetItemUnlockState(const FeatureListItem& item);
-
 /// Returns whether the debug switch
 /// "ornappsupport.betafeature.SimulateShowingAllOffFeaturesInWhatsNew" is on. While it is on, the
 /// list also shows features that are switched off and that the user cannot switch on. Always
 /// returns false for external users. For internal users, reads the debug database at each call.
 ORN_EXPORT bool ShowingAllOffFeaturesInternally();
-
-/// Returns whether the debug switch
-/// "ornappsupport.betafeature.SimulateShowingAllUnlockCodesInWhatsNew" is on. The panel then shows
-/// the internal key after a feature's title. Always returns false for external users. For internal
-/// users, reads the debug database at each call.
-ORN_EXPORT bool ShowingAllUnlockCodesInternally();
 
 /// Returns the full version of the host: the version, a dot and the build number. If the version
 /// has exactly two components, inserts a third component 0. With the build number `42`, the version

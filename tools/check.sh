@@ -199,8 +199,8 @@ tidy_each() {
 # Prints the sources that a preset compiles.
 compiled_files() { sed -n 's/^  "file": "\(.*\)"$/\1/p' "build/$1/compile_commands.json"; }
 
-# Runs moc, because sources of the companion include the files that moc generates. Does nothing without Qt.
-# Does not build the targets of moc, because they depend on the compiled library.
+# Runs moc, because sources of the companion include the files that moc generates. Does not build the
+# targets of moc, because they depend on the compiled library.
 make_qt_sources() {
   find "build/$1" -name AutogenInfo.json -print0 | xargs -0 -I{} cmake -E cmake_autogen {} ''
 }

@@ -80,10 +80,8 @@ command_robustness() {
 }
 
 # Tests that four programs can change the settings of the Qt companion at the same time, 500 times each.
-# Does nothing without Qt.
 write_settings_in_several_programs() {
   local test=ornwhatsnewqt_SettingsStoreProgramsTest
-  grep -q "^build bin/$test:" build/release/build.ninja || return 0
   build release --target "$test" && ORNWHATSNEWQT_TEST_ROUNDS=500 "build/release/bin/$test"
 }
 
@@ -93,7 +91,7 @@ test_companion_in_windows() {
   local tests=() test home status=0
   configure release || return
   mapfile -t tests < <(sed -n 's/^build bin\/\(ornwhatsnewqt_[A-Za-z]*Test\):.*/\1/p' build/release/build.ninja)
-  ((${#tests[@]} > 0)) || { echo 'skipped: Qt is missing' && return 77; }
+  ((${#tests[@]} > 0)) || { echo 'FAILED: no tests' && return 1; }
   build release --target "${tests[@]}" || return
   home=$(mktemp -d)
   for test in "${tests[@]}"; do

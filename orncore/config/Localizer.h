@@ -14,7 +14,6 @@
 #include <functional>
 #include <map>
 #include <memory>
-#include <mutex>
 #include <optional>
 #include <span>
 #include <string>
@@ -83,8 +82,6 @@ class ORN_EXPORT Localizer {
   /// Returns the localiser of the process. It is never destroyed, so static destructors may use it.
   static Localizer& Get();
 
-  /// Creates a separate localiser without a dictionary.
-  Localizer() = default;
   Localizer(const Localizer&) = delete;
   Localizer& operator=(const Localizer&) = delete;
 
@@ -116,10 +113,7 @@ class ORN_EXPORT Localizer {
   void SetDictionary(std::shared_ptr<const DictionarySource> dictionary);
 
  private:
-  std::shared_ptr<const DictionarySource> CurrentDictionary() const;
-
-  mutable std::mutex mutex_;
-  std::shared_ptr<const DictionarySource> dictionary_;  // guarded by mutex_
+  Localizer() = default;
 };
 
 }  // namespace orncore::config

@@ -66,22 +66,18 @@ class ORN_EXPORT MemoryDebugStore final : public DebugStore {
   EntryMap entries_;
 };
 
-/// Reads and writes debug entries. Every call uses the store, and nothing is cached.
-///
-/// A `DebugDatabase` is not copyable, so that all callers share the same entries.
+/// Reads and writes debug entries. Every call uses the store, and nothing is cached. A process has
+/// one database, so that all callers share the same entries.
 ///
 /// Threads: safe to use from any thread if the store is safe to use from any thread.
 class ORN_EXPORT DebugDatabase {
  public:
-  /// Returns the database of the process. The database is never destroyed, so static constructors
-  /// and destructors may use it.
+  /// Returns the database of the process. Its store is an empty `MemoryDebugStore` at first. The
+  /// database is never destroyed, so static constructors and destructors may use it.
   static DebugDatabase& Instance();
 
-  /// Creates a separate database with an empty `MemoryDebugStore`.
-  DebugDatabase();
   DebugDatabase(const DebugDatabase&) = delete;
   DebugDatabase& operator=(const DebugDatabase&) = delete;
-  ~DebugDatabase();
 
   /// Returns the string stored under `key`, or an empty string if there is no entry.
   [[nodiscard]] string::UTF8String GetEntry(std::string_view key) const;
@@ -109,10 +105,7 @@ class ORN_EXPORT DebugDatabase {
   void SetStore(std::shared_ptr<DebugStore> store);
 
  private:
-  std::shared_ptr<DebugStore> CurrentStore() const;
-
-  mutable std::mutex mutex_;
-  std::shared_ptr<DebugStore> store_;  // never null, guarded by mutex_
+  DebugDatabase();
 };
 
 }  // namespace orncore::debug

@@ -30,11 +30,6 @@ class Flags {
     return (*this & wanted) == wanted;
   }
 
-  /// Adds the bits of `other` to this set.
-  constexpr Flags& operator|=(Flags other) noexcept { return *this = *this | other; }
-  /// Keeps only the bits that are also in `other`.
-  constexpr Flags& operator&=(Flags other) noexcept { return *this = *this & other; }
-
   /// Returns the bits that are in at least one of the two sets.
   friend constexpr Flags operator|(Flags left, Flags right) noexcept {
     return Flags(static_cast<T>(left.bits_ | right.bits_));

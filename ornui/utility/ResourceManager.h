@@ -2,13 +2,11 @@
 // and a type.
 //
 // A host passes a ResourceManager to the constructor of a list. The list loads its data file
-// through this object. The host can use one of the two implementations in this header or its own.
+// through this object. The host can use FolderResourceManager or its own implementation.
 #ifndef ORNUI_UTILITY_RESOURCEMANAGER_H_
 #define ORNUI_UTILITY_RESOURCEMANAGER_H_
 
 #include <filesystem>
-#include <map>
-#include <utility>
 #include <vector>
 
 #include <orncore/Export.h>
@@ -65,27 +63,6 @@ class ORN_EXPORT FolderResourceManager final : public ResourceManager {
 
  private:
   std::filesystem::path folder_;
-};
-
-/// Loads resources from memory. Names and types must match exactly, including letter case.
-/// `ResourceManager` documents the overridden method.
-///
-/// Threads: `LoadResource` is safe to call from any thread while no thread calls `Add`.
-class ORN_EXPORT MemoryResourceManager final : public ResourceManager {
- public:
-  /// Creates a manager without resources.
-  MemoryResourceManager();
-  ~MemoryResourceManager() override;
-
-  /// Adds a resource and takes ownership of `bytes`. If a resource with the same name and type
-  /// exists, replaces it.
-  void Add(UTF16String name, UTF16String type, std::vector<unsigned char> bytes);
-
-  bool LoadResource(const UTF16String& name, const UTF16String& type,
-                    std::vector<unsigned char>& bytes) const override;
-
- private:
-  std::map<std::pair<UTF16String, UTF16String>, std::vector<unsigned char>> resources_;
 };
 
 }  // namespace ornui::utility

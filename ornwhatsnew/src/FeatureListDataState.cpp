@@ -10,6 +10,7 @@
 
 #include "ornwhatsnew/src/FeatureListDataImpl.h"
 #include "ornwhatsnew/src/ScopedCount.h"
+#include "ornwhatsnew/src/rules/JoinPersistedList.h"
 #include "ornwhatsnew/src/rules/Keywords.h"
 #include "ornwhatsnew/src/rules/VisibilityRules.h"
 

@@ -4,6 +4,7 @@
 #include <iterator>
 #include <utility>
 
+#include "ornwhatsnew/src/rules/JoinPersistedList.h"
 #include "ornwhatsnew/src/rules/Keywords.h"
 
 namespace ornwhatsnew {
@@ -23,17 +24,6 @@ std::vector<std::string_view> SplitPersistedList(std::string_view list) {
   }
   elements.push_back(list.substr(begin));
   return elements;
-}
-
-UTF8String JoinPersistedList(std::vector<std::string_view> elements) {
-  std::ranges::sort(elements);
-  elements.erase(std::unique(elements.begin(), elements.end()), elements.end());
-  UTF8String list;
-  for (const std::string_view element : elements) {
-    if (!list.empty()) list += ' ';
-    list += element;
-  }
-  return list;
 }
 
 UTF8String MergePersistedValue(std::string_view key, std::string_view stored, std::string_view read,

@@ -29,10 +29,6 @@ extern ORN_EXPORT const UTF8String kAllVersionsSeenKey;
 /// empty elements.
 ORN_EXPORT std::vector<std::string_view> SplitPersistedList(std::string_view list);
 
-/// Returns a persisted list of the elements, without duplicates. Omits empty elements. An element
-/// must not contain a space, because `SplitPersistedList` would split it.
-ORN_EXPORT UTF8String JoinPersistedList(std::vector<std::string_view> elements);
-
 /// Returns the value that a program should store under `key`, so that programs that share a store
 /// do not overwrite each other's elements. `stored` is the value that is in the store now. `read`
 /// is the value that the program read, and `written` is the value that it writes.

@@ -38,7 +38,8 @@ inline constexpr DisplayOptions kFilterRelevantPlatform{0x02};
 /// Hides changes that are relevant neither to the current version nor to any other version in which
 /// the user opened the panel; see `FeatureListDetail::IsRelevantToVersions`.
 inline constexpr DisplayOptions kFilterRelevantVersion{0x04};
-/// Hides changes whose salience is not malformed. This rule is kept for compatibility.
+/// Hides changes whose salience is not malformed. Compatibility: the option also hides changes with
+/// the salience "Headline", despite its name (docs/compatibility.md).
 inline constexpr DisplayOptions kFilterHeadlinesOnly{0x08};
 /// Shows only features that the user has seen but not rated, and of their changes only those that
 /// request a rating. `HidingRule` lists all rules.

@@ -11,7 +11,6 @@
 #include <ornappsupport/Services.h>
 #include <orncore/debug/DebugDatabase.h>
 #include <orncore/string/Conversion.h>
-#include <ornui/utility/ResourceManager.h>
 #include <ornwhatsnew/FeatureListData.h>
 #include <ornwhatsnew/WhatsNew.h>
 #include <nlohmann/json.hpp>
@@ -19,6 +18,7 @@
 #include "tests/conformance/CallFunctions.h"
 #include "tests/conformance/ResultJson.h"
 #include "tests/support/FakeStateStore.h"
+#include "tests/support/MemoryResourceManager.h"
 
 namespace conformance {
 
@@ -80,7 +80,7 @@ class ScenarioWorld {
 
   json Do(const LoadResourceStep& step) {
     const UTF16String path = UTF8to16(step.path);
-    ornui::utility::MemoryResourceManager resources;
+    test_support::MemoryResourceManager resources;
     if (step.data) resources.Add(path, u"csv", {step.data->begin(), step.data->end()});
     list_ = GetWhatsNew(path, &resources, Getter(), Setter());
     return nullptr;

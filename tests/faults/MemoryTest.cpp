@@ -19,6 +19,7 @@
 #include "tests/support/Allocations.h"
 #include "tests/support/Builders.h"
 #include "tests/support/Matchers.h"
+#include "tests/support/MemoryResourceManager.h"
 #include "tests/support/TemporaryFolder.h"
 
 namespace faults {
@@ -142,7 +143,7 @@ TEST_F(MemoryTest, ConstructionCanBeRepeated) {
 TEST_F(MemoryTest, GetWhatsNewCanBeRepeated) {
   const std::string text = LoadedData();
   const UTF16String path = u"a path that is too long for the small-string optimization";
-  ornui::utility::MemoryResourceManager resources;
+  test_support::MemoryResourceManager resources;
   resources.Add(path, u"csv", {text.begin(), text.end()});
   const std::string expected = MakeWorld().Snapshot();
   FailEach(

@@ -8,6 +8,8 @@
 #include <ornwhatsnew/FeatureListData.h>
 #include <ornwhatsnew/WhatsNewTypes.h>
 
+#include "ornwhatsnew/src/panel/UnlockState.h"
+#include "ornwhatsnew/src/rules/DebugSwitches.h"
 #include "tests/support/Builders.h"
 #include "tests/support/FakeHost.h"
 #include "tests/support/Matchers.h"
@@ -276,16 +278,16 @@ TEST_F(BetaFeatures, DebugSwitchRequiresTheExactWordTrueAndPermission) {
     host_.SetDebugEntry("ornappsupport.betafeature.SimulateShowingAllOffFeaturesInWhatsNew", text);
     host_.SetDebugEntry("ornappsupport.betafeature.SimulateShowingAllUnlockCodesInWhatsNew", text);
     EXPECT_FALSE(ShowingAllOffFeaturesInternally()) << text;
-    EXPECT_FALSE(ShowingAllUnlockCodesInternally()) << text;
+    EXPECT_FALSE(IsInternalDebugSwitchOn(kShowAllUnlockCodes)) << text;
   }
   host_.ShowAllOffFeatures(true);
   EXPECT_TRUE(ShowingAllOffFeaturesInternally());
-  EXPECT_FALSE(ShowingAllUnlockCodesInternally());
+  EXPECT_FALSE(IsInternalDebugSwitchOn(kShowAllUnlockCodes));
   host_.ShowAllUnlockCodes(true);
-  EXPECT_TRUE(ShowingAllUnlockCodesInternally());
+  EXPECT_TRUE(IsInternalDebugSwitchOn(kShowAllUnlockCodes));
   host_.SetInternalFeaturesAllowed(false);
   EXPECT_FALSE(ShowingAllOffFeaturesInternally());
-  EXPECT_FALSE(ShowingAllUnlockCodesInternally());
+  EXPECT_FALSE(IsInternalDebugSwitchOn(kShowAllUnlockCodes));
 }
 
 }  // namespace

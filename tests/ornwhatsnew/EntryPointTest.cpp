@@ -15,6 +15,7 @@
 #include "tests/support/Builders.h"
 #include "tests/support/FakeHost.h"
 #include "tests/support/Matchers.h"
+#include "tests/support/MemoryResourceManager.h"
 #include "tests/support/Threads.h"
 
 namespace ornwhatsnew {
@@ -77,7 +78,7 @@ TEST_F(EntryPoint, UsesTheBytesEvenIfTheManagerReturnsFalse) {
 }
 
 TEST_F(EntryPoint, CreatesAListWithoutChangesForAnUnknownResource) {
-  const ornui::utility::MemoryResourceManager nothing;
+  const test_support::MemoryResourceManager nothing;
   const auto list = GetWhatsNew(u"unknown", &nothing, host_.Getter(), host_.Setter());
   EXPECT_THAT(KeyOrder(*list), ElementsAre("UNREVIEWED", "EPIC-2", "EPIC-3", "EPIC-1", "MISC",
                                            "BUGFIX", "INTERNAL"));
@@ -87,7 +88,7 @@ TEST_F(EntryPoint, CreatesAListWithoutChangesForAnUnknownResource) {
 }
 
 TEST_F(EntryPoint, LoadsFromResourcesInMemory) {
-  ornui::utility::MemoryResourceManager resources;
+  test_support::MemoryResourceManager resources;
   resources.Add(u"WhatsNew", u"csv", {data_.begin(), data_.end()});
   resources.Add(u"WhatsNew", u"txt", {'x'});
   const auto list = GetWhatsNew(u"WhatsNew", &resources, host_.Getter(), host_.Setter());
@@ -189,11 +190,11 @@ TEST_F(EntryPoint, LoadingReadsTheStateAndWritesNothing) {
 }
 
 TEST_F(EntryPoint, SummaryStatesWhetherTheResourceWasFound) {
-  const ornui::utility::MemoryResourceManager nothing;
+  const test_support::MemoryResourceManager nothing;
   const auto missing = GetWhatsNew(u"unknown", &nothing, host_.Getter(), host_.Setter());
   EXPECT_EQ(missing->GetDataFileSummary(), (DataFileSummary{.isFound = false}));
 
-  ornui::utility::MemoryResourceManager resources;
+  test_support::MemoryResourceManager resources;
   resources.Add(u"WhatsNew", u"csv", {data_.begin(), data_.end()});
   const auto found = GetWhatsNew(u"WhatsNew", &resources, host_.Getter(), host_.Setter());
   EXPECT_EQ(found->GetDataFileSummary(), (DataFileSummary{.isFound = true, .changes = 3}));

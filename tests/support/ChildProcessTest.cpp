@@ -31,7 +31,7 @@ bool ForbidKill() {
 // If `ChildProcess` called `kill` after `Wait`, it would end all processes of the user. The test
 // therefore forbids calls to `kill`, and first checks that they are forbidden.
 TEST(ChildProcess, SendsNoSignalAfterTheEndOfTheProgram) {
-  if (!InChildProcess(&ForbidKill)) GTEST_SKIP() << "the system cannot forbid calls of kill";
+  if (!InChildProcess(&ForbidKill)) GTEST_SKIP() << "the system cannot forbid calls to kill";
   ASSERT_FALSE(InChildProcess([] { return ForbidKill() && ::kill(::getpid(), 0) == 0; }));
   EXPECT_TRUE(InChildProcess([] {
     ChildProcess program("/bin/true", {});

@@ -8,7 +8,7 @@
 #include <orncore/string/Conversion.h>
 #include <orncore/string/Replace.h>
 
-#include "orncore/src/utility/NoDestructor.h"
+#include "orncore/src/utility/ServiceHolder.h"
 
 namespace orncore::config {
 namespace {
@@ -17,6 +17,8 @@ struct Markup {
   std::u16string_view mark;
   char16_t character;
 };
+
+utility::ServiceHolder<const DictionarySource> dictionaryHolder;
 
 constexpr std::array kMarkup = {Markup{u"#{endl}", u'\n'},      Markup{u"#{tab}", u'\t'},
                                 Markup{u"#{mdash}", u'\u2014'}, Markup{u"#{ndash}", u'\u2013'},
@@ -75,13 +77,14 @@ std::optional<UTF8String> MapDictionary::Find(std::string_view key) const {
 }
 
 Localizer& Localizer::Get() {
-  static utility::NoDestructor<Localizer> localizer;
-  return *localizer;
+  // The localiser has no members, so it needs no destruction.
+  static Localizer localizer;
+  return localizer;
 }
 
 UTF16String Localizer::ZString(std::string_view keyText) const {
   const std::size_t equals = keyText.find('=');
-  if (const auto dictionary = CurrentDictionary()) {
+  if (const auto dictionary = dictionaryHolder.Get()) {
     const std::optional<UTF8String> text = dictionary->Find(keyText.substr(0, equals));
     if (text) return ConvertAndExpand(*text);
   }
@@ -100,17 +103,7 @@ UTF16String Localizer::ZString(std::string_view keyText,
 }
 
 void Localizer::SetDictionary(std::shared_ptr<const DictionarySource> dictionary) {
-  // The swap makes the parameter own the previous dictionary. The parameter is destroyed after the
-  // lock is released, because the destructor of that dictionary may use the localiser.
-  const std::lock_guard lock(mutex_);
-  dictionary_.swap(dictionary);
-}
-
-// Returns a shared pointer, because another thread or the dictionary itself can replace the
-// dictionary while the caller uses it.
-std::shared_ptr<const DictionarySource> Localizer::CurrentDictionary() const {
-  const std::lock_guard lock(mutex_);
-  return dictionary_;
+  dictionaryHolder.Set(std::move(dictionary));
 }
 
 }  // namespace orncore::config

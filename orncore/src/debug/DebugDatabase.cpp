@@ -2,9 +2,16 @@
 
 #include <utility>
 
-#include "orncore/src/utility/NoDestructor.h"
+#include "orncore/src/utility/ServiceHolder.h"
 
 namespace orncore::debug {
+namespace {
+
+// The constructor of the database sets the first store, so the store is not null while the database
+// is in use.
+utility::ServiceHolder<DebugStore> storeHolder;
+
+}  // namespace
 
 using string::UTF8String;
 
@@ -32,40 +39,31 @@ void MemoryDebugStore::Store(std::string_view key, std::string_view value) {
 }
 
 DebugDatabase& DebugDatabase::Instance() {
-  static utility::NoDestructor<DebugDatabase> instance;
-  return *instance;
+  // The database has no members, so it needs no destruction.
+  static DebugDatabase instance;
+  return instance;
 }
 
-DebugDatabase::DebugDatabase() : store_(std::make_shared<MemoryDebugStore>()) {}
-
-DebugDatabase::~DebugDatabase() = default;
+DebugDatabase::DebugDatabase() {
+  SetStore(nullptr);
+}
 
 UTF8String DebugDatabase::GetEntry(std::string_view key) const {
   return GetEntry(key, {});
 }
 
 UTF8String DebugDatabase::GetEntry(std::string_view key, std::string_view defaultText) const {
-  std::optional<UTF8String> entry = CurrentStore()->Find(key);
+  std::optional<UTF8String> entry = storeHolder.Get()->Find(key);
   return entry ? *std::move(entry) : UTF8String(defaultText);
 }
 
 void DebugDatabase::SetEntry(std::string_view key, std::string_view value) {
-  CurrentStore()->Store(key, value);
+  storeHolder.Get()->Store(key, value);
 }
 
 void DebugDatabase::SetStore(std::shared_ptr<DebugStore> store) {
   if (!store) store = std::make_shared<MemoryDebugStore>();
-  // The swap makes the parameter own the previous store. The parameter is destroyed after the lock
-  // is released, because the destructor of that store may use the database.
-  const std::lock_guard lock(mutex_);
-  store_.swap(store);
-}
-
-// Returns a shared pointer, because another thread or the store itself can replace the store while
-// the caller uses it.
-std::shared_ptr<DebugStore> DebugDatabase::CurrentStore() const {
-  const std::lock_guard lock(mutex_);
-  return store_;
+  storeHolder.Set(std::move(store));
 }
 
 }  // namespace orncore::debug

@@ -4,6 +4,7 @@
 #include <cstring>
 #include <optional>
 #include <system_error>
+#include <utility>
 
 #include <orncore/config/TopLevel.h>
 #include <orncore/filesupport/File.h>
@@ -63,26 +64,6 @@ bool FolderResourceManager::LoadResource(const UTF16String& name, const UTF16Str
   } catch (const orncore::config::ResultError&) {
     return false;
   }
-}
-
-MemoryResourceManager::MemoryResourceManager() = default;
-
-MemoryResourceManager::~MemoryResourceManager() = default;
-
-void MemoryResourceManager::Add(UTF16String name, UTF16String type,
-                                std::vector<unsigned char> bytes) {
-  resources_.insert_or_assign({std::move(name), std::move(type)}, std::move(bytes));
-}
-
-bool MemoryResourceManager::LoadResource(const UTF16String& name, const UTF16String& type,
-                                         std::vector<unsigned char>& bytes) const {
-  const auto resource = resources_.find({name, type});
-  if (resource == resources_.end()) {
-    bytes.clear();
-    return false;
-  }
-  bytes = resource->second;
-  return true;
 }
 
 }  // namespace ornui::utility

@@ -12,6 +12,8 @@
 #include <ornwhatsnew/utility/TextHelpers.h>
 
 #include "ornwhatsnew/src/panel/Localization.h"
+#include "ornwhatsnew/src/panel/UnlockState.h"
+#include "ornwhatsnew/src/rules/DebugSwitches.h"
 #include "ornwhatsnew/src/rules/Keywords.h"
 
 namespace ornwhatsnew {
@@ -131,7 +133,7 @@ void PanelFormatter::WriteTitleLine(const FeatureListItem& item) {
 
   const std::string& internalKey = item.BetaFeatureInternalKey();
   if (isInternalUser_ && !item.IsSection() && !internalKey.empty() &&
-      ShowingAllUnlockCodesInternally()) {
+      IsInternalDebugSwitchOn(kShowAllUnlockCodes)) {
     writer_.AppendStyled(kStyleInternalCode, templates_.internalDash);
     WriteFilled(kStyleInternalCode, templates_.internalCode, UTF8to16(internalKey));
   }

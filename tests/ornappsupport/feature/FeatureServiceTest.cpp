@@ -8,6 +8,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "tests/support/Threads.h"
+
 namespace ornappsupport::feature {
 namespace {
 
@@ -145,6 +147,30 @@ TEST_F(FeatureServiceTest, AServiceMayReplaceItselfDuringAQuery) {
   install();
   EXPECT_TRUE(IsEntitlementSetToInternalFeaturesAllowed());
   EXPECT_FALSE(IsEntitlementSetToInternalFeaturesAllowed());
+}
+
+// The threads do not use the feature table, because a reference to it is only valid until the
+// service is replaced.
+TEST_F(FeatureServiceTest, SeveralThreadsMayQueryDuringAReplacement) {
+  constexpr int kCalls = 2'000;
+  const auto set = [] {
+    auto service = std::make_shared<FixedFeatureService>();
+    service->Add("a", Feature(), true, true);
+    service->SetInternalFeaturesAllowed(true);
+    SetFeatureService(std::move(service));
+  };
+  set();
+  test_support::ThreadCounter positiveResults;
+  test_support::RunOnThreads(
+      [&positiveResults] {
+        for (int call = 0; call < kCalls; ++call) {
+          const bool areAllPositive = IsFeatureEnabled("a") && IsAvailableForUserEnablement("a") &&
+                                      IsEntitlementSetToInternalFeaturesAllowed();
+          positiveResults.Add(areAllPositive ? 1 : 0);
+        }
+      },
+      set);
+  EXPECT_EQ(positiveResults.Value(), test_support::kThreadCount * kCalls);
 }
 
 }  // namespace

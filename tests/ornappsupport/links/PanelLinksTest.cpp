@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include "tests/support/Threads.h"
+
 namespace ornappsupport::links {
 namespace {
 
@@ -94,6 +96,39 @@ TEST_F(PanelLinksTest, ConvertsTheIssuePrefixToUpperCase) {
   links.issuePrefix = u"map-\u00E9";
   EXPECT_TRUE(SetPanelLinks(links));
   EXPECT_EQ(GetPanelLinks().issuePrefix, u"MAP-\u00C9");
+}
+
+// The two sets of links have different members, so that a mixture of both would be noticed.
+TEST_F(PanelLinksTest, SeveralThreadsMayQueryDuringAReplacement) {
+  constexpr int kCalls = 2'000;
+  const auto linksOf = [](const UTF16String& name) {
+    const UTF16String page = u"https://" + name + u".example/of-the-host";
+    PanelLinks links;
+    links.issueLink = page + u"/issues/@0";
+    links.commitLink = page + u"/commits/@0";
+    links.privacyPage = page + u"/privacy";
+    links.issuePrefix = name;
+    return links;
+  };
+  const auto set = [&linksOf] {
+    EXPECT_TRUE(SetPanelLinks(linksOf(u"FIRST")));
+    EXPECT_TRUE(SetPanelLinks(linksOf(u"SECOND")));
+  };
+  set();
+  test_support::ThreadCounter consistentResults;
+  test_support::RunOnThreads(
+      [&] {
+        for (int call = 0; call < kCalls; ++call) {
+          const PanelLinks links = GetPanelLinks();
+          const PanelLinks expected = linksOf(links.issuePrefix);
+          const bool isConsistent = links.issueLink == expected.issueLink &&
+                                    links.commitLink == expected.commitLink &&
+                                    links.privacyPage == expected.privacyPage;
+          consistentResults.Add(isConsistent ? 1 : 0);
+        }
+      },
+      set);
+  EXPECT_EQ(consistentResults.Value(), test_support::kThreadCount * kCalls);
 }
 
 }  // namespace

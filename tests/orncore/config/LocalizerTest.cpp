@@ -14,6 +14,13 @@
 namespace orncore::config {
 namespace {
 
+class LocalizerTest : public testing::Test {
+ protected:
+  ~LocalizerTest() override { localizer_.SetDictionary(nullptr); }
+
+  Localizer& localizer_ = Localizer::Get();
+};
+
 struct MarkupCase {
   std::u16string_view text;
   std::u16string_view expanded;
@@ -22,7 +29,8 @@ struct MarkupCase {
 class MarkupTest : public testing::TestWithParam<MarkupCase> {};
 
 TEST_P(MarkupTest, ExpandsMarkup) {
-  EXPECT_EQ(Localizer().ZString("key=" + string::UTF16to8(GetParam().text)), GetParam().expanded);
+  EXPECT_EQ(Localizer::Get().ZString("key=" + string::UTF16to8(GetParam().text)),
+            GetParam().expanded);
 }
 
 INSTANTIATE_TEST_SUITE_P(EveryMarkup, MarkupTest,
@@ -61,7 +69,7 @@ struct KeyCase {
   std::u16string_view shown;
 };
 
-class KeyTest : public testing::TestWithParam<KeyCase> {
+class KeyTest : public LocalizerTest, public testing::WithParamInterface<KeyCase> {
  protected:
   KeyTest() {
     localizer_.SetDictionary(std::make_shared<MapDictionary>(
@@ -72,8 +80,6 @@ class KeyTest : public testing::TestWithParam<KeyCase> {
                              {"", "for the empty key"},
                              {"plain", "a plain key"}}));
   }
-
-  Localizer localizer_;
 };
 
 TEST_P(KeyTest, LooksUpTheKey) {
@@ -96,21 +102,19 @@ INSTANTIATE_TEST_SUITE_P(
                     KeyCase{"$$$/new=@0 \xC3\xBC", u"@0 \u00FC"}, KeyCase{"$$$/ill=x", u"\uFFFD"},
                     KeyCase{"$$$/new=\xC3(", u"\uFFFD("}));
 
-TEST(Localizer, ReturnsTheDefaultTextWithoutADictionary) {
-  Localizer localizer;
-  EXPECT_EQ(localizer.ZString("$$$/key=text"), u"text");
-  EXPECT_EQ(localizer.ZString(""), u"");
+TEST_F(LocalizerTest, ReturnsTheDefaultTextWithoutADictionary) {
+  EXPECT_EQ(localizer_.ZString("$$$/key=text"), u"text");
+  EXPECT_EQ(localizer_.ZString(""), u"");
 }
 
-TEST(Localizer, NullRemovesTheDictionary) {
-  Localizer localizer;
-  localizer.SetDictionary(std::make_shared<MapDictionary>(MapDictionary::Texts{{"k", "found"}}));
-  EXPECT_EQ(localizer.ZString("k=default"), u"found");
-  localizer.SetDictionary(nullptr);
-  EXPECT_EQ(localizer.ZString("k=default"), u"default");
+TEST_F(LocalizerTest, NullRemovesTheDictionary) {
+  localizer_.SetDictionary(std::make_shared<MapDictionary>(MapDictionary::Texts{{"k", "found"}}));
+  EXPECT_EQ(localizer_.ZString("k=default"), u"found");
+  localizer_.SetDictionary(nullptr);
+  EXPECT_EQ(localizer_.ZString("k=default"), u"default");
 }
 
-TEST(Localizer, PassesTheKeyToTheDictionaryUnchanged) {
+TEST_F(LocalizerTest, PassesTheKeyToTheDictionaryUnchanged) {
   class Recorder final : public DictionarySource {
    public:
     std::optional<UTF8String> Find(std::string_view key) const override {
@@ -120,9 +124,8 @@ TEST(Localizer, PassesTheKeyToTheDictionaryUnchanged) {
     mutable std::vector<std::string> keys;
   };
   const auto recorder = std::make_shared<Recorder>();
-  Localizer localizer;
-  localizer.SetDictionary(recorder);
-  localizer.ZString("$$$/A^B#{endl} =x=y");
+  localizer_.SetDictionary(recorder);
+  localizer_.ZString("$$$/A^B#{endl} =x=y");
   EXPECT_EQ(recorder->keys, std::vector<std::string>{"$$$/A^B#{endl} "});
 }
 
@@ -135,7 +138,7 @@ struct ArgumentCase {
 class ArgumentTest : public testing::TestWithParam<ArgumentCase> {};
 
 TEST_P(ArgumentTest, ReplacesArguments) {
-  EXPECT_EQ(Localizer().ZString(GetParam().keyText, GetParam().arguments), GetParam().shown);
+  EXPECT_EQ(Localizer::Get().ZString(GetParam().keyText, GetParam().arguments), GetParam().shown);
 }
 
 INSTANTIATE_TEST_SUITE_P(
@@ -160,51 +163,44 @@ INSTANTIATE_TEST_SUITE_P(
 
 // The panel localises several strings for each change, so `ZString` may allocate memory only for
 // its result.
-TEST(Localizer, AllocatesOnlyTheResult) {
+TEST_F(LocalizerTest, AllocatesOnlyTheResult) {
   const std::string keyText = "$$$/path/to/a/key=" + std::string(100, 'x') + "^B and #{mdash}";
-  const Localizer localizer;
   UTF16String shown;
-  EXPECT_LE(test_support::CountAllocations([&] { shown = localizer.ZString(keyText); }), 1U);
+  EXPECT_LE(test_support::CountAllocations([&] { shown = localizer_.ZString(keyText); }), 1U);
   EXPECT_EQ(shown, UTF16String(100, u'x') + u"\u2022 and \u2014");
 }
 
-TEST(Localizer, HasOneInstancePerProcess) {
+TEST_F(LocalizerTest, HasOneInstancePerProcess) {
   EXPECT_EQ(&Localizer::Get(), &Localizer::Get());
 }
 
-TEST(Localizer, ADictionaryMayReplaceItselfDuringAQuery) {
+TEST_F(LocalizerTest, ADictionaryMayReplaceItselfDuringAQuery) {
   class SelfReplacing final : public DictionarySource,
                               public std::enable_shared_from_this<SelfReplacing> {
    public:
-    explicit SelfReplacing(Localizer& localizer) : localizer_(localizer) {}
     std::optional<UTF8String> Find(std::string_view key) const override {
       const auto self = weak_from_this();
-      localizer_.SetDictionary(nullptr);
+      Localizer::Get().SetDictionary(nullptr);
       EXPECT_FALSE(self.expired());
       return UTF8String(key) + " in the old dictionary";
     }
-
-   private:
-    Localizer& localizer_;
   };
-  Localizer localizer;
-  localizer.SetDictionary(std::make_shared<SelfReplacing>(localizer));
-  EXPECT_EQ(localizer.ZString("$key=default"), u"$key in the old dictionary");
-  EXPECT_EQ(localizer.ZString("$key=default"), u"default");
+  localizer_.SetDictionary(std::make_shared<SelfReplacing>());
+  EXPECT_EQ(localizer_.ZString("$key=default"), u"$key in the old dictionary");
+  EXPECT_EQ(localizer_.ZString("$key=default"), u"default");
 }
 
-TEST(Localizer, SeveralThreadsMayQueryDuringAReplacement) {
+TEST_F(LocalizerTest, SeveralThreadsMayQueryDuringAReplacement) {
   constexpr int kCalls = 2'000;
-  Localizer localizer;
-  const auto set = [&localizer] {
-    localizer.SetDictionary(std::make_shared<MapDictionary>(MapDictionary::Texts{{"k", "found"}}));
+  const auto set = [this] {
+    localizer_.SetDictionary(std::make_shared<MapDictionary>(MapDictionary::Texts{{"k", "found"}}));
   };
   set();
   test_support::ThreadCounter foundTexts;
   test_support::RunOnThreads(
       [&] {
         for (int call = 0; call < kCalls; ++call) {
-          foundTexts.Add(localizer.ZString("k=default") == u"found" ? 1 : 0);
+          foundTexts.Add(localizer_.ZString("k=default") == u"found" ? 1 : 0);
         }
       },
       set);

@@ -28,139 +28,125 @@ class FailingStore final : public DebugStore {
 // reference to the store.
 class SelfReplacingStore final : public DebugStore {
  public:
-  explicit SelfReplacingStore(DebugDatabase& database) : database_(database) {}
   std::optional<string::UTF8String> Find(std::string_view) const override {
-    database_.SetStore(nullptr);
+    DebugDatabase::Instance().SetStore(nullptr);
     return text_;
   }
   void Store(std::string_view, std::string_view value) override {
-    database_.SetStore(nullptr);
+    DebugDatabase::Instance().SetStore(nullptr);
     text_ = value;
   }
 
  private:
-  DebugDatabase& database_;
   std::string text_ = "from the old store";
 };
 
-TEST(DebugDatabase, ReturnsAnEmptyStringForAMissingEntry) {
-  const DebugDatabase database;
-  EXPECT_EQ(database.GetEntry("missing"), "");
+class DebugDatabaseTest : public testing::Test {
+ protected:
+  ~DebugDatabaseTest() override { database_.SetStore(nullptr); }
+
+  DebugDatabase& database_ = DebugDatabase::Instance();
+};
+
+TEST_F(DebugDatabaseTest, ReturnsAnEmptyStringForAMissingEntry) {
+  EXPECT_EQ(database_.GetEntry("missing"), "");
 }
 
-TEST(DebugDatabase, ReturnsTheDefaultForAMissingEntry) {
-  const DebugDatabase database;
-  EXPECT_EQ(database.GetEntry("missing", "default"), "default");
+TEST_F(DebugDatabaseTest, ReturnsTheDefaultForAMissingEntry) {
+  EXPECT_EQ(database_.GetEntry("missing", "default"), "default");
 }
 
-TEST(DebugDatabase, ReturnsTheLastStoredText) {
-  DebugDatabase database;
-  database.SetEntry("key", "one");
-  database.SetEntry("key", "two");
-  EXPECT_EQ(database.GetEntry("key"), "two");
-  EXPECT_EQ(database.GetEntry("key", "default"), "two");
+TEST_F(DebugDatabaseTest, ReturnsTheLastStoredText) {
+  database_.SetEntry("key", "one");
+  database_.SetEntry("key", "two");
+  EXPECT_EQ(database_.GetEntry("key"), "two");
+  EXPECT_EQ(database_.GetEntry("key", "default"), "two");
 }
 
-TEST(DebugDatabase, AnEmptyTextIsAnEntry) {
-  DebugDatabase database;
-  database.SetEntry("key", "");
-  EXPECT_EQ(database.GetEntry("key", "default"), "");
+TEST_F(DebugDatabaseTest, AnEmptyTextIsAnEntry) {
+  database_.SetEntry("key", "");
+  EXPECT_EQ(database_.GetEntry("key", "default"), "");
 }
 
-TEST(DebugDatabase, KeepsNulCharactersInKeysAndTexts) {
-  DebugDatabase database;
-  database.SetEntry("a\0b"s, "c\0d"s);
-  EXPECT_EQ(database.GetEntry("a\0b"s), "c\0d"s);
-  EXPECT_EQ(database.GetEntry("a"), "");
+TEST_F(DebugDatabaseTest, KeepsNulCharactersInKeysAndTexts) {
+  database_.SetEntry("a\0b"s, "c\0d"s);
+  EXPECT_EQ(database_.GetEntry("a\0b"s), "c\0d"s);
+  EXPECT_EQ(database_.GetEntry("a"), "");
 }
 
-TEST(DebugDatabase, ConvertsOnlyTheTextTrueToTrue) {
+TEST_F(DebugDatabaseTest, ConvertsOnlyTheTextTrueToTrue) {
   for (const char* text : {"True", "TRUE", "1", "", " true", "true ", "yes", "false"}) {
-    DebugDatabase database;
-    database.SetEntry("switch", text);
-    EXPECT_FALSE(database.GetEntryAs<bool>("switch", false)) << text;
-    EXPECT_FALSE(database.GetEntryAs<bool>("switch", true)) << text;
+    database_.SetEntry("switch", text);
+    EXPECT_FALSE(database_.GetEntryAs<bool>("switch", false)) << text;
+    EXPECT_FALSE(database_.GetEntryAs<bool>("switch", true)) << text;
   }
-  DebugDatabase database;
-  database.SetEntry("switch", "true");
-  EXPECT_TRUE(database.GetEntryAs<bool>("switch", false));
+  database_.SetEntry("switch", "true");
+  EXPECT_TRUE(database_.GetEntryAs<bool>("switch", false));
 }
 
-TEST(DebugDatabase, ReturnsTheDefaultForAMissingSwitch) {
-  const DebugDatabase database;
-  EXPECT_TRUE(database.GetEntryAs<bool>("switch", true));
-  EXPECT_FALSE(database.GetEntryAs<bool>("switch", false));
+TEST_F(DebugDatabaseTest, ReturnsTheDefaultForAMissingSwitch) {
+  EXPECT_TRUE(database_.GetEntryAs<bool>("switch", true));
+  EXPECT_FALSE(database_.GetEntryAs<bool>("switch", false));
 }
 
-TEST(DebugDatabase, UsesTheStoreOfTheHost) {
-  DebugDatabase database;
+TEST_F(DebugDatabaseTest, UsesTheStoreOfTheHost) {
   const auto store =
       std::make_shared<MemoryDebugStore>(MemoryDebugStore::EntryMap{{"key", "host"}});
-  database.SetStore(store);
-  EXPECT_EQ(database.GetEntry("key"), "host");
-  database.SetEntry("other", "text");
+  database_.SetStore(store);
+  EXPECT_EQ(database_.GetEntry("key"), "host");
+  database_.SetEntry("other", "text");
   EXPECT_EQ(store->Find("key"), "host");
   EXPECT_EQ(store->Find("other"), "text");
 }
 
-TEST(DebugDatabase, CachesNothing) {
-  DebugDatabase database;
+TEST_F(DebugDatabaseTest, CachesNothing) {
   const auto store = std::make_shared<MemoryDebugStore>();
-  database.SetStore(store);
-  EXPECT_EQ(database.GetEntry("key"), "");
+  database_.SetStore(store);
+  EXPECT_EQ(database_.GetEntry("key"), "");
   store->Store("key", "later");
-  EXPECT_EQ(database.GetEntry("key"), "later");
+  EXPECT_EQ(database_.GetEntry("key"), "later");
 }
 
-TEST(DebugDatabase, StartsEmptyWhenTheStoreIsReset) {
-  DebugDatabase database;
-  database.SetEntry("key", "text");
-  database.SetStore(nullptr);
-  EXPECT_EQ(database.GetEntry("key"), "");
-  database.SetEntry("key", "again");
-  EXPECT_EQ(database.GetEntry("key"), "again");
+TEST_F(DebugDatabaseTest, StartsEmptyWhenTheStoreIsReset) {
+  database_.SetEntry("key", "text");
+  database_.SetStore(nullptr);
+  EXPECT_EQ(database_.GetEntry("key"), "");
+  database_.SetEntry("key", "again");
+  EXPECT_EQ(database_.GetEntry("key"), "again");
 }
 
-TEST(DebugDatabase, ReleasesTheOldStore) {
-  DebugDatabase database;
+TEST_F(DebugDatabaseTest, ReleasesTheOldStore) {
   auto store = std::make_shared<MemoryDebugStore>();
   const std::weak_ptr<MemoryDebugStore> watched = store;
-  database.SetStore(std::move(store));
+  database_.SetStore(std::move(store));
   EXPECT_FALSE(watched.expired());
-  database.SetStore(nullptr);
+  database_.SetStore(nullptr);
   EXPECT_TRUE(watched.expired());
 }
 
-TEST(DebugDatabase, AStoreMayReplaceItselfDuringACall) {
-  DebugDatabase database;
-  database.SetStore(std::make_shared<SelfReplacingStore>(database));
-  EXPECT_EQ(database.GetEntry("key"), "from the old store");
-  database.SetStore(std::make_shared<SelfReplacingStore>(database));
-  database.SetEntry("key", "text");
-  EXPECT_EQ(database.GetEntry("key"), "");
+TEST_F(DebugDatabaseTest, AStoreMayReplaceItselfDuringACall) {
+  database_.SetStore(std::make_shared<SelfReplacingStore>());
+  EXPECT_EQ(database_.GetEntry("key"), "from the old store");
+  database_.SetStore(std::make_shared<SelfReplacingStore>());
+  database_.SetEntry("key", "text");
+  EXPECT_EQ(database_.GetEntry("key"), "");
 }
 
-TEST(DebugDatabase, PropagatesExceptionsOfTheStore) {
-  DebugDatabase database;
-  database.SetStore(std::make_shared<FailingStore>());
-  EXPECT_THROW(static_cast<void>(database.GetEntry("key")), std::runtime_error);
-  EXPECT_THROW(static_cast<void>(database.GetEntryAs<bool>("key", true)), std::runtime_error);
-  EXPECT_THROW(database.SetEntry("key", "text"), std::runtime_error);
+TEST_F(DebugDatabaseTest, PropagatesExceptionsOfTheStore) {
+  database_.SetStore(std::make_shared<FailingStore>());
+  EXPECT_THROW(static_cast<void>(database_.GetEntry("key")), std::runtime_error);
+  EXPECT_THROW(static_cast<void>(database_.GetEntryAs<bool>("key", true)), std::runtime_error);
+  EXPECT_THROW(database_.SetEntry("key", "text"), std::runtime_error);
 }
 
-TEST(DebugDatabase, HasOneInstancePerProcess) {
+TEST_F(DebugDatabaseTest, HasOneInstancePerProcess) {
   EXPECT_EQ(&DebugDatabase::Instance(), &DebugDatabase::Instance());
-  DebugDatabase::Instance().SetEntry("key", "text");
-  EXPECT_EQ(DebugDatabase::Instance().GetEntry("key"), "text");
-  EXPECT_EQ(DebugDatabase().GetEntry("key"), "");
-  DebugDatabase::Instance().SetStore(nullptr);
 }
 
-TEST(DebugDatabase, SeveralThreadsMayUseTheDatabaseDuringAReplacement) {
+TEST_F(DebugDatabaseTest, SeveralThreadsMayUseTheDatabaseDuringAReplacement) {
   constexpr int kCalls = 2'000;
-  DebugDatabase database;
-  const auto set = [&database] {
-    database.SetStore(
+  const auto set = [this] {
+    database_.SetStore(
         std::make_shared<MemoryDebugStore>(MemoryDebugStore::EntryMap{{"key", "host"}}));
   };
   set();
@@ -168,17 +154,16 @@ TEST(DebugDatabase, SeveralThreadsMayUseTheDatabaseDuringAReplacement) {
   test_support::RunOnThreads(
       [&] {
         for (int call = 0; call < kCalls; ++call) {
-          database.SetEntry("other", "text");
-          foundEntries.Add(database.GetEntry("key") == "host" ? 1 : 0);
+          database_.SetEntry("other", "text");
+          foundEntries.Add(database_.GetEntry("key") == "host" ? 1 : 0);
         }
       },
       set);
   EXPECT_EQ(foundEntries.Value(), test_support::kThreadCount * kCalls);
 }
 
-TEST(DebugDatabase, SeveralThreadsMayUseTheStoreInMemory) {
+TEST_F(DebugDatabaseTest, SeveralThreadsMayUseTheStoreInMemory) {
   constexpr int kEntries = 500;
-  DebugDatabase database;
   std::atomic<int> thread = 0;
   test_support::ThreadCounter foundEntries;
   test_support::RunOnThreads(
@@ -186,11 +171,11 @@ TEST(DebugDatabase, SeveralThreadsMayUseTheStoreInMemory) {
         const std::string prefix = "thread " + std::to_string(thread++) + ' ';
         for (int number = 0; number < kEntries; ++number) {
           const std::string key = prefix + std::to_string(number);
-          database.SetEntry(key, "text");
-          foundEntries.Add(database.GetEntry(key) == "text" ? 1 : 0);
+          database_.SetEntry(key, "text");
+          foundEntries.Add(database_.GetEntry(key) == "text" ? 1 : 0);
         }
       },
-      [&database] { EXPECT_EQ(database.GetEntry("missing"), ""); });
+      [this] { EXPECT_EQ(database_.GetEntry("missing"), ""); });
   EXPECT_EQ(foundEntries.Value(), test_support::kThreadCount * kEntries);
 }
 

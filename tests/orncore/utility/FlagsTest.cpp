@@ -42,15 +42,6 @@ TEST(Flags, ConvertsFromAnInteger) {
   EXPECT_NE(ByteFlags(0xFF), ByteFlags(0x7F));
 }
 
-TEST(Flags, AssignmentOperatorsAddAndMaskBits) {
-  ByteFlags flags;
-  flags |= kLow;
-  flags |= kHigh;
-  EXPECT_EQ(flags, ByteFlags(0x81));
-  flags &= kHigh;
-  EXPECT_EQ(flags, kHigh);
-}
-
 TEST(Flags, SupportsWiderIntegers) {
   const Flags<std::uint64_t> top{std::uint64_t{1} << 63};
   EXPECT_TRUE((top | Flags<std::uint64_t>{1}).Has(top));

@@ -166,28 +166,5 @@ TEST_F(FolderResourceManagerTest, LoadsOnlyRegularFiles) {
   EXPECT_EQ(Load(manager_, u"fifo"), std::nullopt);
 }
 
-TEST(MemoryResourceManager, FindsResourcesByExactNameAndType) {
-  MemoryResourceManager manager;
-  manager.Add(u"news", u"csv", {'a', 0, 0xFF});
-  EXPECT_EQ(Load(manager, u"news", u"csv"), std::string("a\0\xFF", 3));
-  EXPECT_EQ(Load(manager, u"news", u"txt"), std::nullopt);
-  EXPECT_EQ(Load(manager, u"News", u"csv"), std::nullopt);
-  EXPECT_EQ(Load(manager, u"", u""), std::nullopt);
-}
-
-TEST(MemoryResourceManager, DistinguishesAnEmptyResourceFromAMissingOne) {
-  MemoryResourceManager manager;
-  manager.Add(u"empty", u"csv", {});
-  EXPECT_EQ(Load(manager, u"empty"), "");
-  EXPECT_EQ(Load(manager, u"other"), std::nullopt);
-}
-
-TEST(MemoryResourceManager, AddReplacesAResource) {
-  MemoryResourceManager manager;
-  manager.Add(u"news", u"csv", {'a'});
-  manager.Add(u"news", u"csv", {'b'});
-  EXPECT_EQ(Load(manager, u"news"), "b");
-}
-
 }  // namespace
 }  // namespace ornui::utility

@@ -7,6 +7,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "ornwhatsnew/src/rules/JoinPersistedList.h"
 #include "tests/support/PlainText.h"
 #include "tests/support/RandomSource.h"
 

@@ -1,4 +1,5 @@
-// A host that loads a list from memory and fails unless the list can be displayed.
+// A host that loads a list with its own resource manager and fails unless the list can be
+// displayed.
 #ifdef EVERY_HEADER
 #include <every_header.h>
 // Public headers must not include Boost or ICU, because a host may use other versions of these
@@ -20,13 +21,20 @@
 
 bool AnyRunOf(const ornwhatsnew::StyleRunMap& runs, ornwhatsnew::StyleID style);
 
-int main() {
-  constexpr std::string_view kData =
-      "Version,Group,Story,Salience,Rating,First,Platform,URL,SHA,Text\n"
-      "25.1,MISC,,,,,,,,Found from outside\n";
-  ornui::utility::MemoryResourceManager resources;
-  resources.Add(u"news", u"csv", std::vector<unsigned char>(kData.begin(), kData.end()));
+class BuiltInResources final : public ornui::utility::ResourceManager {
+ public:
+  bool LoadResource(const std::u16string&, const std::u16string&,
+                    std::vector<unsigned char>& bytes) const override {
+    constexpr std::string_view kData =
+        "Version,Group,Story,Salience,Rating,First,Platform,URL,SHA,Text\n"
+        "25.1,MISC,,,,,,,,Found from outside\n";
+    bytes.assign(kData.begin(), kData.end());
+    return true;
+  }
+};
 
+int main() {
+  const BuiltInResources resources;
   std::map<std::string, std::string> settings;
   const auto list = ornwhatsnew::GetWhatsNew(
       u"news", &resources, [&](const std::string& key) { return settings[key]; },
