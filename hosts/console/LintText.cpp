@@ -110,9 +110,7 @@ std::string Excerpt(const Finding& finding, std::string_view line) {
     const std::u16string& character = characters[i - first];
     text += character;
     const char mark = i < begin ? ' ' : '^';
-    if (i < std::max(end, begin + 1)) {
-      carets.append(orncore::string::DisplayWidth(character), mark);
-    }
+    if (i < end) carets.append(orncore::string::DisplayWidth(character), mark);
   }
   if (carets.find('^') == carets.npos) carets += '^';
   return "  " + orncore::string::UTF16to8(text) + "\n  " + carets + "\n";

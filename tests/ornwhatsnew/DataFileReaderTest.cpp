@@ -290,6 +290,7 @@ TEST(FindDataFields, ReportsAnOpenQuote) {
 
 TEST(FindDataFields, ClosedQuotesAreNotOpen) {
   EXPECT_EQ(FindDataFields("\"b\"\"c\"").at(0).openQuote, std::nullopt);
+  EXPECT_EQ(FindDataFields("ab,cd,\"e").at(1).openQuote, std::nullopt);
 }
 
 TEST(FindDataFields, BlankRowHasNoFields) {

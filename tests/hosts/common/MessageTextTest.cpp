@@ -1,4 +1,5 @@
 #include <string>
+#include <string_view>
 
 #include <gtest/gtest.h>
 
@@ -20,6 +21,11 @@ TEST(MessageText, ALongTextLosesItsMiddle) {
 TEST(MessageText, ALongTextWithoutCharacterStartsLosesAtMostThreeMoreBytesAtEachCut) {
   const std::string kept(97, '\x80');
   EXPECT_EQ(kept + " ... " + kept, WithoutMiddle(std::string(300, '\x80')));
+}
+
+TEST(MessageText, APrefixOfTheWholeLengthIsTheWholeText) {
+  const std::string_view text = "ab\x80";
+  EXPECT_EQ("ab", Prefix(text.substr(0, 2), 2));
 }
 
 TEST(MessageText, AQuotedTextIsOneShortLineOfVisibleCharacters) {

@@ -1,5 +1,8 @@
 #include <memory>
+#include <string>
+#include <vector>
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <ornwhatsnew/FeatureListItem.h>
 #include <nlohmann/json.hpp>
@@ -68,6 +71,18 @@ TEST(PanelJson, WritesEachParagraphWithItsSpans) {
     {"kind": "change", "indentLevel": 1, "bullet": "•", "hasText": false, "itemKey": "MISC",
      "isSection": true, "text": "", "spans": []}])"),
             ParagraphsJson(builder.Layout()));
+}
+
+TEST(PanelJson, NamesTheKindOfEachParagraph) {
+  using enum ornwhatsnew::ParagraphKind;
+  test_support::LayoutBuilder builder;
+  for (const auto kind : {kHeader, kTitle, kDescription, kChange, kNotice, kRatingRequest})
+    builder.Begin(kind, "MISC");
+  std::vector<std::string> names;
+  for (const json& paragraph : ParagraphsJson(builder.Layout()))
+    names.push_back(paragraph.at("kind"));
+  EXPECT_THAT(names, testing::ElementsAre("header", "title", "description", "change", "notice",
+                                          "ratingRequest"));
 }
 
 TEST(PanelJson, WritesTheRatingRequestInItsParagraph) {

@@ -7,6 +7,7 @@
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include "hosts/common/PrivateFolder.h"
 #include "tests/support/TemporaryFolder.h"
@@ -43,6 +44,16 @@ class PrivateFolderTest : public testing::Test {
  protected:
   test_support::TemporaryFolder folder_;
 };
+
+TEST_F(PrivateFolderTest, OpensAFileAlsoIfStandardInputIsClosed) {
+  const PrivateFolder folder(folder_.Path());
+  const int standardInput = ::dup(STDIN_FILENO);
+  ::close(STDIN_FILENO);
+  const int error = ErrorOf([&] { folder.Open("file", O_CREAT | O_WRONLY); });
+  ::dup2(standardInput, STDIN_FILENO);
+  ::close(standardInput);
+  EXPECT_EQ(error, 0);
+}
 
 TEST_F(PrivateFolderTest, DoesNotFollowALinkThatReplacedAFolder) {
   fs::create_directory(folder_.Path() / "a");

@@ -189,6 +189,7 @@ TEST(Arguments, HelpAndVersionAreTextToPrint) {
     EXPECT_THAT(answer.text, HasSubstr("Exit status:"));
   }
   EXPECT_THAT(ParseAs<Answer>({"show", "--help"}).text, HasSubstr("--only-new"));
+  EXPECT_THAT(ParseAs<Answer>({"lint", "--help"}).text, HasSubstr("Exit with status 1 if a"));
   EXPECT_THAT(ParseAs<Answer>({"--version"}).text, HasSubstr("ornwhatsnew "));
 }
 

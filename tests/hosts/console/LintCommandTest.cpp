@@ -145,6 +145,14 @@ TEST_F(LintCommandTest, LineWithCaretsHasNoLineEnd) {
               HasSubstr("  4.3,bugfix,ORN-1,,,,,,,Text\n      ^^^^^^\n"));
 }
 
+TEST_F(LintCommandTest, CaretsAreBelowTheTextAfterEmoji) {
+  const std::string row = "\U0001F600,MISC,ORN-1,,,,,,,\U0001F600 #{endl} end";
+  folder_.Write("whats new.csv", "4.2,Changes-Since\n" + row + "\n");
+  EXPECT_THAT(Run({"lint", "{data}", "--color", "always"}).output,
+              AllOf(HasSubstr("\n  4.2,Changes-Since\n  ^^^^^^^^^^^^^^^^^\n"),
+                    HasSubstr("\n  " + row + "\n  " + std::string(23, ' ') + "^^^^^^^\n")));
+}
+
 TEST_F(LintCommandTest, PointsShowWhereALongLineIsShortened) {
   WriteData("4.2,Changes-Since\n4.3,bugfix,ORN-1,,,,,,," + std::string(60, 'x') + "\n");
   EXPECT_THAT(Run({"lint", "{data}", "--color", "always"}).output,

@@ -16,6 +16,10 @@ TEST(File, KeepsThePathUnchanged) {
   EXPECT_EQ(File(u"").Path(), u"");
 }
 
+TEST(File, MayHaveTwoGibibytes) {
+  EXPECT_EQ(kMaxFileBytes, 2'147'483'648U);
+}
+
 struct PathCase {
   std::u16string_view path;
   std::u16string_view full;

@@ -6,6 +6,8 @@
 #include <string>
 #include <vector>
 
+#include <sys/resource.h>
+
 #include <gtest/gtest.h>
 
 #include <orncore/config/TopLevel.h>
@@ -58,6 +60,23 @@ TEST_F(PortableFileTest, RefusesADirectory) {
 
 TEST_F(PortableFileTest, FailsOnAMissingFile) {
   EXPECT_LT(ResultOf(folder_.Path() / "missing", kNoLimit), 0);
+}
+
+TEST_F(PortableFileTest, FailsOnAFileThatCannotBeOpened) {
+  const fs::path path = folder_.Write("file", "x");
+  rlimit limit{};
+  ASSERT_EQ(::getrlimit(RLIMIT_NOFILE, &limit), 0);
+  const rlimit noMoreFiles{0, limit.rlim_max};
+  ASSERT_EQ(::setrlimit(RLIMIT_NOFILE, &noMoreFiles), 0);
+  const int result = ResultOf(path, kNoLimit);
+  ASSERT_EQ(::setrlimit(RLIMIT_NOFILE, &limit), 0);
+  EXPECT_EQ(result, -EACCES);
+}
+
+// Reading /proc/self/mem fails at offset 0, because no memory is mapped at address 0.
+TEST_F(PortableFileTest, FailsOnAFileThatCannotBeRead) {
+  if (!fs::exists("/proc/self/mem")) GTEST_SKIP() << "this system has no '/proc/self/mem'";
+  EXPECT_EQ(ResultOf("/proc/self/mem", kNoLimit), -EIO);
 }
 
 TEST_F(PortableFileTest, ReadsAFileUpToTheLimit) {

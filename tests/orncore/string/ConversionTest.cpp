@@ -235,6 +235,14 @@ TEST(FindIllFormedUTF8, ReturnsTheOffsetOfTheFirstIllFormedSequence) {
   EXPECT_EQ(FindIllFormedUTF8("\xC3\xA4\xE2\x82"), 2U);
 }
 
+TEST(FindIllFormedUTF8, FindsOneByteThatIsNotASCIIAtAnyOffset) {
+  for (std::size_t offset = 0; offset < 17; ++offset) {
+    std::string text(17, '\0');
+    text[offset] = '\x80';
+    EXPECT_EQ(FindIllFormedUTF8(text), offset);
+  }
+}
+
 TEST(FindIllFormedUTF8, WellFormedTextHasNoOffset) {
   EXPECT_EQ(FindIllFormedUTF8(""), std::string_view::npos);
   EXPECT_EQ(FindIllFormedUTF8("a\xC3\xA4"), std::string_view::npos);
