@@ -140,6 +140,7 @@ TEST(MarkdownRenderer, LabelsAreCodeSpansWithASufficientFence) {
   EXPECT_EQ("## x ```A``B```\n", render(u"A``B"));
   EXPECT_EQ("## x `` `A ``\n", render(u"`A"));
   EXPECT_EQ("## x `  A  `\n", render(u" A "));
+  EXPECT_EQ("## x `A `\n", render(u"A "));
   EXPECT_EQ("## x `A B`\n", render(u"A\u2028B"));
   EXPECT_EQ("## x\n", render(u" \u202A"));
 }

@@ -51,7 +51,6 @@ UTF16String EscapeTarget(std::u16string_view target) {
 void MarkdownWriter::BeginBlock(const MarkdownBlock& block) {
   block_ = block;
   isStarted_ = false;
-  lineBreaks_ = 0;
   spaces_ = 0;
 }
 
