@@ -75,7 +75,8 @@ TEST(MessageTemplate, MergesEqualTextsAndReportsDifferentOnes) {
   messages.AddDataFile("b.csv", std::string(kHeader) + ",MISC,,,,,,,,$$$/a=B\n");
   EXPECT_EQ("#. note\n#: a.csv:2\n#: a.csv:3\nmsgctxt \"$$$/a\"\nmsgid \"A\"\nmsgstr \"\"\n",
             EntriesOf(messages));
-  EXPECT_THAT(messages.Warnings(), ElementsAre(HasSubstr("b.csv:2: the key '$$$/a' has another")));
+  EXPECT_THAT(messages.Warnings(),
+              ElementsAre(HasSubstr("b.csv:2: the key '$$$/a' has a different default text")));
 }
 
 TEST(MessageTemplate, ReportsATextThatGettextCannotContain) {
