@@ -59,6 +59,7 @@ class NewsPageTest : public QObject {
   void copiesPlainText();
   void wrapsVeryLongWords();
   void rightToLeftTextFitsTheView();
+  void rightToLeftLinesAreAlignedAfterTheBullet();
   void keepsTheParagraphAtTheTop();
   void laysOutTheEndAfterTheFirstPaint();
   void itemsHaveCards();
@@ -211,6 +212,22 @@ void NewsPageTest::rightToLeftTextFitsTheView() {
     const int textEnd = page_->viewport()->width() - 16 - 26;
     QVERIFY2(qAbs(text.right() - textEnd) <= 2, qPrintable(QString::number(text.right())));
   }
+}
+
+void NewsPageTest::rightToLeftLinesAreAlignedAfterTheBullet() {
+  TestLayout layout;
+  std::u16string words;
+  for (int i = 0; i < 30; ++i) words += u"\u05DE\u05E4\u05D4 ";
+  layout.change(words);
+  show(layout.layout());
+  const int end = page_->document()->characterCount() - 1;
+  // The first two characters are the bullet and a tab.
+  const QList<QRectF> lines = NewsDecoration::textRects(*page_->document(), 2, end);
+  QVERIFY(lines.size() > 1);
+  QVERIFY2(qAbs(lines[0].right() - lines[1].right()) < 1,
+           qPrintable(QString::number(lines[0].right() - lines[1].right())));
+  const QRectF bullet = NewsDecoration::textRects(*page_->document(), 0, 1).constFirst();
+  QVERIFY(bullet.left() > lines[0].right() + 5);
 }
 
 void NewsPageTest::keepsTheParagraphAtTheTop() {
