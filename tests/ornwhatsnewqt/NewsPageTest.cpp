@@ -64,12 +64,14 @@ class NewsPageTest : public QObject {
   void laysOutTheEndAfterTheFirstPaint();
   void itemsHaveCards();
   void labelsHaveBoxes();
+  void aLatinLabelInAHebrewTitleHasABox();
   void centersTheColumn();
   void printsBlackOnWhite();
 
  private:
   void show(const PanelLayout& layout);
-  QPoint centerOf(const QString& text) const;
+  QRect rectOf(const QString& text) const;
+  QPoint centerOf(const QString& text) const { return rectOf(text).center(); }
 
   std::unique_ptr<NewsPage> page_;
 };
@@ -91,15 +93,13 @@ void NewsPageTest::show(const PanelLayout& layout) {
   page_->showLayout(layout, style());
 }
 
-/// Returns the centre of the first occurrence of `text`, in the coordinates of the viewport.
-QPoint NewsPageTest::centerOf(const QString& text) const {
+/// Returns the rectangle of the first occurrence of `text`, in the coordinates of the viewport.
+QRect NewsPageTest::rectOf(const QString& text) const {
   const QTextCursor found = page_->document()->find(text);
-  return page_
-      ->elementRect({ornwhatsnewqt::NewsElement::Kind::Paragraph,
-                     found.selectionStart(),
-                     static_cast<int>(text.size()),
-                     {}})
-      .center();
+  return page_->elementRect({ornwhatsnewqt::NewsElement::Kind::Paragraph,
+                             found.selectionStart(),
+                             static_cast<int>(text.size()),
+                             {}});
 }
 
 void NewsPageTest::tabMovesTheFocusFromLinkToLink() {
@@ -276,12 +276,24 @@ void NewsPageTest::itemsHaveCards() {
 
 void NewsPageTest::labelsHaveBoxes() {
   show(layoutWithLinks());
-  const QTextCursor label = page_->document()->find(QStringLiteral("OFF"));
-  const QRect rect = page_->elementRect(
-      {ornwhatsnewqt::NewsElement::Kind::Paragraph, label.selectionStart(), 3, {}});
+  const QRect rect = rectOf(QStringLiteral("OFF"));
   const QImage image = page_->viewport()->grab().toImage();
   QCOMPARE(image.pixelColor(rect.right() + 3, rect.center().y()), style().accentFill);
   QCOMPARE(image.pixelColor(rect.right() + 20, rect.center().y()), style().card);
+}
+
+void NewsPageTest::aLatinLabelInAHebrewTitleHasABox() {
+  show(layoutWithLinks());
+  const int width = rectOf(QStringLiteral("OFF")).width();
+  show(TestLayout().title(u"\u05DE\u05E4\u05D4", u"OFF").layout());
+  const QRect label = rectOf(QStringLiteral("OFF"));
+  QVERIFY(label.right() < rectOf(QStringLiteral("\u05DE\u05E4\u05D4")).left());
+  QVERIFY2(qAbs(label.width() - width) <= 1, qPrintable(QString::number(label.width())));
+  const QImage image = page_->viewport()->grab().toImage();
+  for (const int x : {label.left() - 3, label.right() + 3})
+    QCOMPARE(image.pixelColor(x, label.center().y()), style().accentFill);
+  for (const int x : {label.left() - 20, label.right() + 20})
+    QCOMPARE(image.pixelColor(x, label.center().y()), style().card);
 }
 
 void NewsPageTest::centersTheColumn() {
