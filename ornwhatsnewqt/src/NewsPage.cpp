@@ -13,16 +13,16 @@
 #include <QtWidgets/QScrollBar>
 #include <QtWidgets/QToolTip>
 
-#include "ornwhatsnewqt/src/NewsAccessibility.h"
 #include "ornwhatsnewqt/src/NewsDecoration.h"
 #include "ornwhatsnewqt/src/NewsFormats.h"
+#include "ornwhatsnewqt/src/PanelAccessibility.h"
 
 namespace ornwhatsnewqt {
 NewsPage::NewsPage(QWidget* parent)
     : QTextBrowser(parent),
       style_(palette(), font()),
       document_(std::make_unique<NewsDocument>(ornwhatsnew::PanelLayout(), style_)) {
-  installNewsAccessibility();
+  installPanelAccessibility();
   setDocument(document_.get());
   setFrameShape(QFrame::NoFrame);
   setOpenLinks(false);

@@ -77,6 +77,7 @@ class PanelAccessibilityTest : public QObject {
   void missingMatchesAreAnnounced();
   void everyControlHasANameAndADescription();
   void ratingsAreRadioButtonsInANamedGroup();
+  void filtersAreANamedGroup();
 
  private:
   QAccessibleInterface* pageInterface() const {
@@ -319,7 +320,19 @@ void PanelAccessibilityTest::ratingsAreRadioButtonsInANamedGroup() {
   QCOMPARE(choice->role(), QAccessible::RadioButton);
   QCOMPARE(choice->text(QAccessible::Name), QStringLiteral("Very good"));
   QCOMPARE(choice->text(QAccessible::Description), QStringLiteral("4 of 5 stars, Map"));
+  QCOMPARE(choice->parent()->role(), QAccessible::Grouping);
   QCOMPARE(choice->parent()->text(QAccessible::Name), QStringLiteral("Do you like it?"));
+}
+
+void PanelAccessibilityTest::filtersAreANamedGroup() {
+  test_support::TestWorld world;
+  world.writeData({});
+  WhatsNew whatsNew(world.dataFile(), world.settings());
+  const PanelWidget panel(&whatsNew);
+  QAccessibleInterface* const filter =
+      QAccessible::queryAccessibleInterface(panel.findChild<QWidget*>(QStringLiteral("onlyNew")));
+  QCOMPARE(filter->parent()->role(), QAccessible::Grouping);
+  QCOMPARE(filter->parent()->text(QAccessible::Name), QStringLiteral("Filters"));
 }
 
 }  // namespace
