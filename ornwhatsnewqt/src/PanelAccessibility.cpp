@@ -243,8 +243,15 @@ QRect PageInterface::characterRect(int offset) const {
 
 int PageInterface::offsetAtPoint(const QPoint& point) const {
   const QPoint position = page().viewport()->mapFromGlobal(point);
-  const bool isInside = page().viewport()->rect().contains(position);
-  return isInside ? page().cursorForPosition(position).position() : -1;
+  if (!page().viewport()->rect().contains(position)) return -1;
+  // The nearest position of the text cursor is before or after the character at the point.
+  QTextCursor cursor = page().cursorForPosition(position);
+  const int after = cursor.position();
+  cursor.movePosition(QTextCursor::PreviousCharacter);
+  for (const int offset : {cursor.position(), after}) {
+    if (characterRect(offset).contains(point)) return offset;
+  }
+  return -1;
 }
 
 void PageInterface::scrollToSubstring(int startIndex, int endIndex) {
