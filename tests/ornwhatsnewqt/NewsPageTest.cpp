@@ -54,6 +54,9 @@ class NewsPageTest : public QObject {
   void opensNoLinkItself();
   void linksHaveAHandAndATooltip();
   void theLinkWithTheFocusHasARing();
+  void theLinkKeepsTheFocusInANewLayout();
+  void anotherLinkDoesNotReceiveTheFocus();
+  void keepingTheFocusOfALinkDoesNotScroll();
   void shiftAndArrowSelectText();
   void showsNoTextCursorBeforeItIsMoved();
   void copiesPlainText();
@@ -161,6 +164,47 @@ void NewsPageTest::theLinkWithTheFocusHasARing() {
   QCOMPARE(colorThere(), style().card);
   QTest::keyClick(page_.get(), Qt::Key_Tab);
   QCOMPARE(colorThere(), style().accent);
+}
+
+void NewsPageTest::theLinkKeepsTheFocusInANewLayout() {
+  show(layoutWithLinks());
+  QTest::keyClick(page_.get(), Qt::Key_Tab);
+  QTest::keyClick(page_.get(), Qt::Key_Tab);
+  const int link = page_->focusedLink();
+  QVERIFY(link > 0);
+  const QImage before = page_->grab().toImage();
+  show(layoutWithLinks());
+  QCOMPARE(page_->focusedLink(), link);
+  QCOMPARE(page_->grab().toImage(), before);
+  QTest::keyClick(page_.get(), Qt::Key_Backtab);
+  QCOMPARE(page_->textCursor().selectedText(), QStringLiteral("one"));
+}
+
+void NewsPageTest::anotherLinkDoesNotReceiveTheFocus() {
+  show(layoutWithLinks());
+  QTest::keyClick(page_.get(), Qt::Key_Tab);
+  TestLayout other;
+  other.title(u"Map", u"OFF");
+  other.change({{u"one", StyleID::kStyleIssueLink, u"https://a.example/other"}});
+  show(other.layout());
+  QCOMPARE(page_->focusedLink(), -1);
+  QVERIFY(!page_->textCursor().hasSelection());
+}
+
+void NewsPageTest::keepingTheFocusOfALinkDoesNotScroll() {
+  TestLayout layout;
+  layout.title(u"Map");
+  layout.change({{u"one", StyleID::kStyleIssueLink, u"https://a.example/1"}});
+  for (int i = 0; i < 100; ++i) layout.change(u"Faster");
+  show(layout.layout());
+  QTest::keyClick(page_.get(), Qt::Key_Tab);
+  QScrollBar& bar = *page_->verticalScrollBar();
+  for (const int value : {bar.maximum(), 10}) {
+    bar.setValue(value);
+    show(layout.layout());
+    QCOMPARE(bar.value(), value);
+    QVERIFY(page_->focusedLink() > 0);
+  }
 }
 
 void NewsPageTest::shiftAndArrowSelectText() {
