@@ -9,7 +9,6 @@
 #include <QtGui/QImage>
 #include <QtGui/QTextBlock>
 #include <QtGui/QTextLayout>
-#include <QtPrintSupport/QPrinter>
 #include <QtTest/QSignalSpy>
 #include <QtTest/QTest>
 #include <QtWidgets/QApplication>
@@ -69,7 +68,6 @@ class NewsPageTest : public QObject {
   void labelsHaveBoxes();
   void aLatinLabelInAHebrewTitleHasABox();
   void centersTheColumn();
-  void printsBlackOnWhite();
 
  private:
   void show(const PanelLayout& layout);
@@ -345,17 +343,6 @@ void NewsPageTest::centersTheColumn() {
   QCOMPARE(page_->viewport()->x(), (1400 - 820) / 2);
   page_->resize(500, 400);
   QCOMPARE(page_->viewport()->x(), 0);
-}
-
-void NewsPageTest::printsBlackOnWhite() {
-  QTemporaryDir folder;
-  QPrinter printer;
-  printer.setOutputFormat(QPrinter::PdfFormat);
-  printer.setOutputFileName(folder.filePath(QStringLiteral("news.pdf")));
-  ornwhatsnewqt::printNews(longLayout(200), QFont(), printer);
-  QFile file(printer.outputFileName());
-  QVERIFY(file.open(QIODevice::ReadOnly));
-  QVERIFY(file.size() > 1000);
 }
 
 }  // namespace
