@@ -5,6 +5,7 @@
 
 #include "ornwhatsnewqt/src/FlowLayout.h"
 #include "ornwhatsnewqt/src/LocalizedText.h"
+#include "ornwhatsnewqt/src/PanelAccessibility.h"
 #include "ornwhatsnewqt/src/PanelController.h"
 #include "ornwhatsnewqt/src/PanelStrings.h"
 #include "ornwhatsnewqt/src/PillButton.h"
@@ -25,6 +26,8 @@ void showFilter(QCheckBox& box, bool isChecked, const char* name, const char* de
 
 FilterBar::FilterBar(PanelController* controller, QWidget* parent)
     : QWidget(parent), controller_(controller) {
+  // The accessible interface can be created as soon as the bar has an accessible name.
+  installPanelAccessibility();
   setLayout(new FlowLayout(2));
   onlyNew_ = addFilter("onlyNew");
   thisPlatform_ = addFilter("thisPlatform");

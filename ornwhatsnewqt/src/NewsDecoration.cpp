@@ -1,9 +1,11 @@
 #include "ornwhatsnewqt/src/NewsDecoration.h"
 
 #include <algorithm>
+#include <utility>
 
 #include <QtGui/QAbstractTextDocumentLayout>
 #include <QtGui/QFontMetricsF>
+#include <QtGui/QGlyphRun>
 #include <QtGui/QPainter>
 #include <QtGui/QTextDocument>
 #include <QtGui/QTextLayout>
@@ -21,6 +23,17 @@ constexpr qreal kInvisibleDistance = 2 * kCardRadius;
 /// Returns the `ItemPart` of `block`, or 0 if the block is outside of items.
 int partOf(const QTextBlock& block) {
   return block.blockFormat().intProperty(NewsDocument::Part);
+}
+
+/// Returns the left and the right edge of the text from `begin` to `end` in `line`.
+std::pair<qreal, qreal> horizontalRange(const QTextLine& line, int begin, int end) {
+  // Where the direction of the text changes, one position of the text cursor has two x-coordinates.
+  // Therefore use the glyphs.
+  QRectF glyphs;
+  for (const QGlyphRun& run : line.glyphRuns(begin, end - begin)) glyphs |= run.boundingRect();
+  if (!glyphs.isEmpty()) return {glyphs.left(), glyphs.right()};
+  // Tabs and the spaces at the end of a line have no glyphs.
+  return std::minmax({line.cursorToX(begin), line.cursorToX(end)});
 }
 
 }  // namespace
@@ -111,7 +124,7 @@ QList<QRectF> NewsDecoration::textRects(const QTextDocument& document, int begin
     const int first = std::max(begin - block.position(), line.textStart());
     const int last = std::min(end - block.position(), line.textStart() + line.textLength());
     if (first >= last) continue;
-    const auto [left, right] = std::minmax({line.cursorToX(first), line.cursorToX(last)});
+    const auto [left, right] = horizontalRange(line, first, last);
     rects.append(QRectF(left, line.y(), right - left, line.ascent() + line.descent())
                      .translated(layout.position().x(), origin.y() - layout.boundingRect().top()));
   }

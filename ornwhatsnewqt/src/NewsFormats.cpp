@@ -148,7 +148,9 @@ QTextBlockFormat NewsFormats::makeBlock(const BlockKey& key) const {
   }
   if (indent > 0) {
     format.setTextIndent(-indent);
-    format.setTabPositions({QTextOption::Tab(indent, QTextOption::LeftTab)});
+    // Qt exchanges left and right tabs in right-to-left paragraphs.
+    const auto tab = isRightToLeft ? QTextOption::RightTab : QTextOption::LeftTab;
+    format.setTabPositions({QTextOption::Tab(indent, tab)});
   }
   return format;
 }

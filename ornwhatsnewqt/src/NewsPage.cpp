@@ -13,16 +13,16 @@
 #include <QtWidgets/QScrollBar>
 #include <QtWidgets/QToolTip>
 
-#include "ornwhatsnewqt/src/NewsAccessibility.h"
 #include "ornwhatsnewqt/src/NewsDecoration.h"
 #include "ornwhatsnewqt/src/NewsFormats.h"
+#include "ornwhatsnewqt/src/PanelAccessibility.h"
 
 namespace ornwhatsnewqt {
 NewsPage::NewsPage(QWidget* parent)
     : QTextBrowser(parent),
       style_(palette(), font()),
       document_(std::make_unique<NewsDocument>(ornwhatsnew::PanelLayout(), style_)) {
-  installNewsAccessibility();
+  installPanelAccessibility();
   setDocument(document_.get());
   setFrameShape(QFrame::NoFrame);
   setOpenLinks(false);
@@ -57,6 +57,9 @@ void NewsPage::showLayout(const ornwhatsnew::PanelLayout& layout, const PanelSty
   const qreal distance =
       scrollOffset().y() - document_->documentLayout()->blockBoundingRect(top).top();
   const int topNumber = top.blockNumber();
+  const int scroll = verticalScrollBar()->value();
+  const int link = selectedLink();
+  const QString href = link < 0 ? QString() : elements()[static_cast<std::size_t>(link)].href;
   auto document = std::make_unique<NewsDocument>(layout, style);
   setDocument(document.get());
   document_ = std::move(document);
@@ -64,13 +67,30 @@ void NewsPage::showLayout(const ornwhatsnew::PanelLayout& layout, const PanelSty
   // Qt stores the cursor width in the layout of the document, so hide the text cursor again in the
   // new document.
   setCursorWidth(0);
+  // The text cursor of the new document is at the start of the text. Move it before scrolling,
+  // because Qt scrolls to the text cursor.
+  if (link >= 0) restoreLinkFocus(static_cast<std::size_t>(link), href);
   const QTextBlock block = document_->findBlockByNumber(topNumber);
   if (block.isValid() && topNumber > 0) {
     const QRectF rect = document_->documentLayout()->blockBoundingRect(block);
     verticalScrollBar()->setValue(qRound(rect.top() + distance));
+  } else {
+    verticalScrollBar()->setValue(scroll);
   }
   QAccessibleEvent event(this, QAccessible::ObjectReorder);
   QAccessible::updateAccessibility(&event);
+}
+
+void NewsPage::restoreLinkFocus(std::size_t index, const QString& href) {
+  if (index >= elements().size() || elements()[index].href != href) return;
+  const int position = elements()[index].position;
+  // Select the character before the link, so that the link is the next one. A link that
+  // setTextCursor selects would look like selected text.
+  QTextCursor before(document_.get());
+  before.setPosition(std::max(0, position - 1));
+  before.setPosition(position, QTextCursor::KeepAnchor);
+  setTextCursor(before);
+  QTextBrowser::focusNextPrevChild(true);
 }
 
 QPointF NewsPage::scrollOffset() const {
@@ -89,8 +109,12 @@ QRect NewsPage::elementRect(const NewsElement& element) const {
 }
 
 int NewsPage::focusedLink() const {
+  return hasFocus() ? selectedLink() : -1;
+}
+
+int NewsPage::selectedLink() const {
   const QTextCursor cursor = textCursor();
-  if (!hasFocus() || !cursor.hasSelection()) return -1;
+  if (!cursor.hasSelection()) return -1;
   const auto isSelected = [&cursor](const NewsElement& element) {
     return element.kind == NewsElement::Kind::Link && element.position == cursor.selectionStart() &&
            element.position + element.length == cursor.selectionEnd();

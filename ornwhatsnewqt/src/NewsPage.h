@@ -2,6 +2,7 @@
 #ifndef ORNWHATSNEWQT_SRC_NEWSPAGE_H_
 #define ORNWHATSNEWQT_SRC_NEWSPAGE_H_
 
+#include <cstddef>
 #include <memory>
 #include <vector>
 
@@ -26,7 +27,8 @@ class NewsPage : public QTextBrowser {
   ~NewsPage() override;
 
   /// Shows `layout`. Does not refer to `layout` after the call. If the new layout has enough
-  /// paragraphs, the paragraph at the top of the view has the same index as before.
+  /// paragraphs, the paragraph at the top of the view has the same index as before. The link with
+  /// the focus keeps the focus if it has the same index and target in the new layout.
   void showLayout(const ornwhatsnew::PanelLayout& layout, const PanelStyle& style);
 
   /// Returns the elements of the page, which are valid until the next call to `showLayout`.
@@ -47,6 +49,11 @@ class NewsPage : public QTextBrowser {
   bool viewportEvent(QEvent* event) override;
 
  private:
+  /// Returns the index in `elements()` of the link that the text cursor selects, or -1. A link that
+  /// has the focus remains selected while the window is inactive.
+  int selectedLink() const;
+  /// Moves the focus in the page to the link with `index` if its target is `href`.
+  void restoreLinkFocus(std::size_t index, const QString& href);
   QPointF scrollOffset() const;
   void centerColumn();
 

@@ -9,7 +9,6 @@
 #include <QtGui/QImage>
 #include <QtGui/QTextBlock>
 #include <QtGui/QTextLayout>
-#include <QtPrintSupport/QPrinter>
 #include <QtTest/QSignalSpy>
 #include <QtTest/QTest>
 #include <QtWidgets/QApplication>
@@ -54,21 +53,26 @@ class NewsPageTest : public QObject {
   void opensNoLinkItself();
   void linksHaveAHandAndATooltip();
   void theLinkWithTheFocusHasARing();
+  void theLinkKeepsTheFocusInANewLayout();
+  void anotherLinkDoesNotReceiveTheFocus();
+  void keepingTheFocusOfALinkDoesNotScroll();
   void shiftAndArrowSelectText();
   void showsNoTextCursorBeforeItIsMoved();
   void copiesPlainText();
   void wrapsVeryLongWords();
   void rightToLeftTextFitsTheView();
+  void rightToLeftLinesAreAlignedAfterTheBullet();
   void keepsTheParagraphAtTheTop();
   void laysOutTheEndAfterTheFirstPaint();
   void itemsHaveCards();
   void labelsHaveBoxes();
+  void aLatinLabelInAHebrewTitleHasABox();
   void centersTheColumn();
-  void printsBlackOnWhite();
 
  private:
   void show(const PanelLayout& layout);
-  QPoint centerOf(const QString& text) const;
+  QRect rectOf(const QString& text) const;
+  QPoint centerOf(const QString& text) const { return rectOf(text).center(); }
 
   std::unique_ptr<NewsPage> page_;
 };
@@ -90,15 +94,13 @@ void NewsPageTest::show(const PanelLayout& layout) {
   page_->showLayout(layout, style());
 }
 
-/// Returns the centre of the first occurrence of `text`, in the coordinates of the viewport.
-QPoint NewsPageTest::centerOf(const QString& text) const {
+/// Returns the rectangle of the first occurrence of `text`, in the coordinates of the viewport.
+QRect NewsPageTest::rectOf(const QString& text) const {
   const QTextCursor found = page_->document()->find(text);
-  return page_
-      ->elementRect({ornwhatsnewqt::NewsElement::Kind::Paragraph,
-                     found.selectionStart(),
-                     static_cast<int>(text.size()),
-                     {}})
-      .center();
+  return page_->elementRect({ornwhatsnewqt::NewsElement::Kind::Paragraph,
+                             found.selectionStart(),
+                             static_cast<int>(text.size()),
+                             {}});
 }
 
 void NewsPageTest::tabMovesTheFocusFromLinkToLink() {
@@ -162,6 +164,47 @@ void NewsPageTest::theLinkWithTheFocusHasARing() {
   QCOMPARE(colorThere(), style().accent);
 }
 
+void NewsPageTest::theLinkKeepsTheFocusInANewLayout() {
+  show(layoutWithLinks());
+  QTest::keyClick(page_.get(), Qt::Key_Tab);
+  QTest::keyClick(page_.get(), Qt::Key_Tab);
+  const int link = page_->focusedLink();
+  QVERIFY(link > 0);
+  const QImage before = page_->grab().toImage();
+  show(layoutWithLinks());
+  QCOMPARE(page_->focusedLink(), link);
+  QCOMPARE(page_->grab().toImage(), before);
+  QTest::keyClick(page_.get(), Qt::Key_Backtab);
+  QCOMPARE(page_->textCursor().selectedText(), QStringLiteral("one"));
+}
+
+void NewsPageTest::anotherLinkDoesNotReceiveTheFocus() {
+  show(layoutWithLinks());
+  QTest::keyClick(page_.get(), Qt::Key_Tab);
+  TestLayout other;
+  other.title(u"Map", u"OFF");
+  other.change({{u"one", StyleID::kStyleIssueLink, u"https://a.example/other"}});
+  show(other.layout());
+  QCOMPARE(page_->focusedLink(), -1);
+  QVERIFY(!page_->textCursor().hasSelection());
+}
+
+void NewsPageTest::keepingTheFocusOfALinkDoesNotScroll() {
+  TestLayout layout;
+  layout.title(u"Map");
+  layout.change({{u"one", StyleID::kStyleIssueLink, u"https://a.example/1"}});
+  for (int i = 0; i < 100; ++i) layout.change(u"Faster");
+  show(layout.layout());
+  QTest::keyClick(page_.get(), Qt::Key_Tab);
+  QScrollBar& bar = *page_->verticalScrollBar();
+  for (const int value : {bar.maximum(), 10}) {
+    bar.setValue(value);
+    show(layout.layout());
+    QCOMPARE(bar.value(), value);
+    QVERIFY(page_->focusedLink() > 0);
+  }
+}
+
 void NewsPageTest::shiftAndArrowSelectText() {
   show(layoutWithLinks());
   for (int i = 0; i < 3; ++i) QTest::keyClick(page_.get(), Qt::Key_Right, Qt::ShiftModifier);
@@ -213,6 +256,22 @@ void NewsPageTest::rightToLeftTextFitsTheView() {
   }
 }
 
+void NewsPageTest::rightToLeftLinesAreAlignedAfterTheBullet() {
+  TestLayout layout;
+  std::u16string words;
+  for (int i = 0; i < 30; ++i) words += u"\u05DE\u05E4\u05D4 ";
+  layout.change(words);
+  show(layout.layout());
+  const int end = page_->document()->characterCount() - 1;
+  // The first two characters are the bullet and a tab.
+  const QList<QRectF> lines = NewsDecoration::textRects(*page_->document(), 2, end);
+  QVERIFY(lines.size() > 1);
+  QVERIFY2(qAbs(lines[0].right() - lines[1].right()) < 1,
+           qPrintable(QString::number(lines[0].right() - lines[1].right())));
+  const QRectF bullet = NewsDecoration::textRects(*page_->document(), 0, 1).constFirst();
+  QVERIFY(bullet.left() > lines[0].right() + 5);
+}
+
 void NewsPageTest::keepsTheParagraphAtTheTop() {
   show(longLayout(400));
   const auto topBlock = [this] {
@@ -259,12 +318,24 @@ void NewsPageTest::itemsHaveCards() {
 
 void NewsPageTest::labelsHaveBoxes() {
   show(layoutWithLinks());
-  const QTextCursor label = page_->document()->find(QStringLiteral("OFF"));
-  const QRect rect = page_->elementRect(
-      {ornwhatsnewqt::NewsElement::Kind::Paragraph, label.selectionStart(), 3, {}});
+  const QRect rect = rectOf(QStringLiteral("OFF"));
   const QImage image = page_->viewport()->grab().toImage();
   QCOMPARE(image.pixelColor(rect.right() + 3, rect.center().y()), style().accentFill);
   QCOMPARE(image.pixelColor(rect.right() + 20, rect.center().y()), style().card);
+}
+
+void NewsPageTest::aLatinLabelInAHebrewTitleHasABox() {
+  show(layoutWithLinks());
+  const int width = rectOf(QStringLiteral("OFF")).width();
+  show(TestLayout().title(u"\u05DE\u05E4\u05D4", u"OFF").layout());
+  const QRect label = rectOf(QStringLiteral("OFF"));
+  QVERIFY(label.right() < rectOf(QStringLiteral("\u05DE\u05E4\u05D4")).left());
+  QVERIFY2(qAbs(label.width() - width) <= 1, qPrintable(QString::number(label.width())));
+  const QImage image = page_->viewport()->grab().toImage();
+  for (const int x : {label.left() - 3, label.right() + 3})
+    QCOMPARE(image.pixelColor(x, label.center().y()), style().accentFill);
+  for (const int x : {label.left() - 20, label.right() + 20})
+    QCOMPARE(image.pixelColor(x, label.center().y()), style().card);
 }
 
 void NewsPageTest::centersTheColumn() {
@@ -272,17 +343,6 @@ void NewsPageTest::centersTheColumn() {
   QCOMPARE(page_->viewport()->x(), (1400 - 820) / 2);
   page_->resize(500, 400);
   QCOMPARE(page_->viewport()->x(), 0);
-}
-
-void NewsPageTest::printsBlackOnWhite() {
-  QTemporaryDir folder;
-  QPrinter printer;
-  printer.setOutputFormat(QPrinter::PdfFormat);
-  printer.setOutputFileName(folder.filePath(QStringLiteral("news.pdf")));
-  ornwhatsnewqt::printNews(longLayout(200), QFont(), printer);
-  QFile file(printer.outputFileName());
-  QVERIFY(file.open(QIODevice::ReadOnly));
-  QVERIFY(file.size() > 1000);
 }
 
 }  // namespace

@@ -71,12 +71,14 @@ class PanelAccessibilityTest : public QObject {
   void elementsHaveTheirPosition();
   void elementsFollowTheLayout();
   void thePageHasAText();
+  void bothHalvesOfACharacterHaveItsOffset();
   void offsetsInTheTextArePositionsInTheDocument();
   void theTextHasASelection();
   void thanksAreAnnounced();
   void missingMatchesAreAnnounced();
   void everyControlHasANameAndADescription();
   void ratingsAreRadioButtonsInANamedGroup();
+  void filtersAreANamedGroup();
 
  private:
   QAccessibleInterface* pageInterface() const {
@@ -187,8 +189,9 @@ void PanelAccessibilityTest::elementsHaveTheirPosition() {
   const QRect rect = link->rect();
   QVERIFY(rect.width() > 20);
   QVERIFY(pageInterface()->rect().contains(rect));
-  const QPoint center = rect.center();
-  QCOMPARE(pageInterface()->childAt(center.x(), center.y()), link);
+  for (const int x : {rect.left() + 1, rect.center().x(), rect.right() - 1})
+    QCOMPARE(pageInterface()->childAt(x, rect.center().y()), link);
+  QCOMPARE(pageInterface()->childAt(rect.right() + 20, rect.center().y()), nullptr);
   QVERIFY(!link->state().offscreen);
   page_->resize(500, 60);
   QVERIFY(link->state().offscreen);
@@ -217,8 +220,6 @@ void PanelAccessibilityTest::thePageHasAText() {
   QVERIFY(text->text(0, 1000)
               .remove(QChar(0x2060))
               .startsWith(QStringLiteral("Changes since v4.2\nMap UNLOCKED\n")));
-  const QRect first = text->characterRect(0);
-  QCOMPARE(text->offsetAtPoint(first.center() - QPoint(1, 0)), 0);
   int begin = -1;
   int end = -1;
   QCOMPARE(text->textAtOffset(1, QAccessible::WordBoundary, &begin, &end),
@@ -226,6 +227,21 @@ void PanelAccessibilityTest::thePageHasAText() {
   text->attributes(1, &begin, &end);
   QCOMPARE(begin, 0);
   QCOMPARE(end, 18);
+}
+
+void PanelAccessibilityTest::bothHalvesOfACharacterHaveItsOffset() {
+  TestLayout layout;
+  layout.header(u"Map \U0001F389");  // an emoji, which has two UTF-16 code units
+  page_->showLayout(layout.layout(), PanelStyle(QApplication::palette(), QFont()));
+  QAccessibleTextInterface* const text = pageInterface()->textInterface();
+  for (const int offset : {0, 1, 4}) {
+    const QRect rect = text->characterRect(offset);
+    const QPoint quarter(rect.width() / 4, 0);
+    QCOMPARE(text->offsetAtPoint(rect.center() - quarter), offset);
+    QCOMPARE(text->offsetAtPoint(rect.center() + quarter), offset);
+  }
+  QCOMPARE(text->offsetAtPoint(text->characterRect(4).center() + QPoint(100, 0)), -1);
+  QCOMPARE(text->offsetAtPoint(text->characterRect(0).center() + QPoint(0, 100)), -1);
 }
 
 // The document has an invisible character before each label.
@@ -319,7 +335,19 @@ void PanelAccessibilityTest::ratingsAreRadioButtonsInANamedGroup() {
   QCOMPARE(choice->role(), QAccessible::RadioButton);
   QCOMPARE(choice->text(QAccessible::Name), QStringLiteral("Very good"));
   QCOMPARE(choice->text(QAccessible::Description), QStringLiteral("4 of 5 stars, Map"));
+  QCOMPARE(choice->parent()->role(), QAccessible::Grouping);
   QCOMPARE(choice->parent()->text(QAccessible::Name), QStringLiteral("Do you like it?"));
+}
+
+void PanelAccessibilityTest::filtersAreANamedGroup() {
+  test_support::TestWorld world;
+  world.writeData({});
+  WhatsNew whatsNew(world.dataFile(), world.settings());
+  const PanelWidget panel(&whatsNew);
+  QAccessibleInterface* const filter =
+      QAccessible::queryAccessibleInterface(panel.findChild<QWidget*>(QStringLiteral("onlyNew")));
+  QCOMPARE(filter->parent()->role(), QAccessible::Grouping);
+  QCOMPARE(filter->parent()->text(QAccessible::Name), QStringLiteral("Filters"));
 }
 
 }  // namespace

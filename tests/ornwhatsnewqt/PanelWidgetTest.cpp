@@ -12,6 +12,7 @@
 #include <QtGui/QKeyEvent>
 #include <QtGui/QResizeEvent>
 #include <QtGui/QShowEvent>
+#include <QtPrintSupport/QPrintDialog>
 #include <QtTest/QSignalSpy>
 #include <QtTest/QTest>
 #include <QtWidgets/QApplication>
@@ -140,6 +141,7 @@ class PanelWidgetTest : public QObject {
   void filtersAreAppliedAndRemembered();
   void controlAndFSearches();
   void escapeClosesTheSearchFirst();
+  void controlAndPOpensThePrintDialog();
   void opensLinksInTheBrowser();
   void keyboardReachesEveryControl();
   void reloadKeepsThePanelOpen();
@@ -259,6 +261,17 @@ void PanelWidgetTest::escapeClosesTheSearchFirst() {
   QVERIFY(dialog.isVisible());
   QTest::keyClick(QApplication::focusWidget(), Qt::Key_Escape);
   QVERIFY(!dialog.isVisible());
+}
+
+void PanelWidgetTest::controlAndPOpensThePrintDialog() {
+  open();
+  QVERIFY(panel_->findChild<QPrintDialog*>() == nullptr);
+  QTest::keyClick(&find<NewsPage>("newsPage"), Qt::Key_P, Qt::ControlModifier);
+  const QPointer<QPrintDialog> dialog = panel_->findChild<QPrintDialog*>();
+  QVERIFY(dialog != nullptr);
+  QVERIFY(dialog->isVisible());
+  dialog->close();
+  QTRY_VERIFY(dialog.isNull());
 }
 
 void PanelWidgetTest::opensLinksInTheBrowser() {

@@ -1,4 +1,4 @@
-#include "ornwhatsnewqt/src/NewsAccessibility.h"
+#include "ornwhatsnewqt/src/PanelAccessibility.h"
 
 #include <algorithm>
 
@@ -11,7 +11,9 @@
 #include <QtWidgets/QAccessibleWidget>
 #include <QtWidgets/QScrollBar>
 
+#include "ornwhatsnewqt/src/FilterBar.h"
 #include "ornwhatsnewqt/src/NewsPage.h"
+#include "ornwhatsnewqt/src/RatingCard.h"
 
 namespace ornwhatsnewqt {
 namespace {
@@ -241,8 +243,15 @@ QRect PageInterface::characterRect(int offset) const {
 
 int PageInterface::offsetAtPoint(const QPoint& point) const {
   const QPoint position = page().viewport()->mapFromGlobal(point);
-  const bool isInside = page().viewport()->rect().contains(position);
-  return isInside ? page().cursorForPosition(position).position() : -1;
+  if (!page().viewport()->rect().contains(position)) return -1;
+  // The nearest position of the text cursor is before or after the character at the point.
+  QTextCursor cursor = page().cursorForPosition(position);
+  const int after = cursor.position();
+  cursor.movePosition(QTextCursor::PreviousCharacter);
+  for (const int offset : {cursor.position(), after}) {
+    if (characterRect(offset).contains(point)) return offset;
+  }
+  return -1;
 }
 
 void PageInterface::scrollToSubstring(int startIndex, int endIndex) {
@@ -262,15 +271,24 @@ QString PageInterface::attributes(int offset, int* startOffset, int* endOffset) 
   return QStringLiteral("text-align:left;");
 }
 
-QAccessibleInterface* createInterface(const QString& className, QObject* object) {
-  const bool isPage = className == QLatin1String(NewsPage::staticMetaObject.className());
-  if (!isPage) return nullptr;
-  return new PageInterface(static_cast<NewsPage*>(object));
+/// Returns whether the accessible name of `object` is the name of a group of controls.
+bool isGroup(const QObject& object) {
+  const bool isChoices = object.objectName() == QStringLiteral("choices") &&
+                         qobject_cast<const RatingCard*>(object.parent()) != nullptr;
+  return isChoices || qobject_cast<const FilterBar*>(&object) != nullptr;
+}
+
+QAccessibleInterface* createInterface(const QString& /*className*/, QObject* object) {
+  if (auto* const page = qobject_cast<NewsPage*>(object)) return new PageInterface(page);
+  // Screen readers skip the name of a widget whose role is Client, the default.
+  if (isGroup(*object))
+    return new QAccessibleWidget(static_cast<QWidget*>(object), QAccessible::Grouping);
+  return nullptr;
 }
 
 }  // namespace
 
-void installNewsAccessibility() {
+void installPanelAccessibility() {
   // QAccessible adds a factory only once.
   QAccessible::installFactory(createInterface);
 }
