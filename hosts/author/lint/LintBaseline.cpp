@@ -42,7 +42,7 @@ std::string IDsAndText(const LintRow& row) {
 /// Returns the key of the change's item, or the grouping ID of an unmatched change. Without a host,
 /// the changes of every feature are unmatched.
 std::string ItemKey(const LintRow& row) {
-  return row.isUnmatched ? row.change->GetJIRAEpicID() : row.item->FeatureJiraIDKey();
+  return row.IsUnmatched() ? row.change->GetJIRAEpicID() : row.item->FeatureJiraIDKey();
 }
 
 struct RowPair {

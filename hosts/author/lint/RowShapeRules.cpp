@@ -219,9 +219,10 @@ bool CanBeIn(DataColumn column, std::string_view text) {
   }
 }
 
-/// Returns whether the excess commas of the row are probably part of the field in `column`. Each
-/// part of this field must contain text, and each other field must be possible in its column. The
-/// part after the first comma must not be possible in the next column.
+/// Returns whether the excess commas of the row are probably part of the field in `column`, which
+/// must not be the last column. Each part of this field must contain text, and each other field
+/// must be possible in its column. The part after the first comma must not be possible in the next
+/// column.
 bool IsSplitAt(const Shape& shape, DataColumn column) {
   const std::size_t index = ColumnIndex(column);
   const std::size_t excess = shape.Count() - kDataColumnCount;
@@ -229,9 +230,7 @@ bool IsSplitAt(const Shape& shape, DataColumn column) {
     if (shape.Field(i).empty()) return false;
   }
   const std::size_t next = index + 1;
-  if (next < kDataColumnCount && CanBeIn(static_cast<DataColumn>(next), shape.Field(next))) {
-    return false;
-  }
+  if (CanBeIn(static_cast<DataColumn>(next), shape.Field(next))) return false;
   for (std::size_t i = 0; i < kDataColumnCount; ++i) {
     const std::string_view field = shape.Field(i > index ? i + excess : i);
     if (i != index && !CanBeIn(static_cast<DataColumn>(i), field)) return false;
@@ -240,9 +239,7 @@ bool IsSplitAt(const Shape& shape, DataColumn column) {
 }
 
 /// Reports an unquoted comma in the rating request or the URL. Returns whether it has reported one.
-/// Returns false if the comma can be part of the text of the change.
 bool CheckUnquotedComma(LintContext& context, const Shape& shape) {
-  if (IsSplitAt(shape, DataColumn::kDescription)) return false;
   for (const DataColumn column : {DataColumn::kRatingRequest, DataColumn::kURL}) {
     if (!IsSplitAt(shape, column)) continue;
     const std::size_t comma = shape.fields[ColumnIndex(column) + 1].begin - 1;
@@ -373,7 +370,7 @@ bool CheckMisspeltChangesSince(LintContext& context, const LintRow& row) {
   });
 }
 
-void ReportFieldCount(LintContext& context, LintRow& row) {
+void ReportFieldCount(LintContext& context, const LintRow& row) {
   if (TrimSpaces(row.data.text).starts_with('#')) {
     context.ReportRow(LintCode::kCommentLine, row, "a comment line has no effect here");
     return;
@@ -421,7 +418,6 @@ void CheckRows(LintContext& context) {
     } else {
       ReportFieldCount(context, row);
     }
-    row.isExplained = true;
   }
 }
 
