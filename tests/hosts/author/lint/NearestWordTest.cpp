@@ -68,6 +68,12 @@ TEST(NearestWord, FindsAWordWithASuffix) {
 TEST(NearestWord, AllowsOneDifferenceInAKeyWithDigits) {
   EXPECT_EQ(NearestWord("ORN-1205", kWords), "ORN-1204");
   EXPECT_EQ(NearestWord("ORN-1215", kWords), std::nullopt);
+  for (const std::string digit : {"0", "9"}) {
+    const std::string key = "ORANGE-" + digit;
+    const std::string_view word = key;
+    EXPECT_EQ(NearestWord("ORANGA-" + digit, std::span(&word, 1)), key);
+    EXPECT_EQ(NearestWord("ORANAA-" + digit, std::span(&word, 1)), std::nullopt);
+  }
 }
 
 TEST(NearestWord, UnrelatedTextHasNoNearestWord) {
