@@ -32,6 +32,13 @@ TEST(Fold, RemovesEveryKindOfSpaceAndInvisibleCharacter) {
   }
 }
 
+TEST(Fold, ReplacesEveryKindOfDashWithAHyphen) {
+  for (const std::string dash : {"_", "\u2010", "\u2015", "\u2212", "\uFE58", "\uFE63", "\uFF0D"}) {
+    EXPECT_EQ(Fold("a" + dash + "b"), u"a-b") << testing::PrintToString(dash);
+  }
+  EXPECT_EQ(Fold("a\u2016b"), u"a\u2016b");
+}
+
 TEST(NearestWord, FindsAWordWithExchangedOrMissingCharacters) {
   EXPECT_EQ(NearestWord("BUGIFX", kWords), "BUGFIX");
   EXPECT_EQ(NearestWord("Unreviwed", kWords), "Unreviewed");
