@@ -182,13 +182,13 @@ std::optional<std::size_t> FindWord(const Shape& shape, DataColumn column) {
 /// Returns the index of a field that is in the wrong column because the number of commas before it
 /// is wrong. Returns `std::nullopt` if no such field is found.
 std::optional<std::size_t> FindShiftedField(const Shape& shape) {
+  const bool isMissing = shape.Count() < kDataColumnCount;
   for (const DataColumn column : {DataColumn::kSalience, DataColumn::kPlatform, DataColumn::kURL}) {
     const std::optional<std::size_t> index = FindWord(shape, column);
-    if (!index || *index == ColumnIndex(column)) continue;
     // A keyword or a URL after the tenth field is probably a part of the text.
-    if (shape.Count() > kDataColumnCount && *index >= kDataColumnCount) continue;
-    const bool isMissing = shape.Count() < kDataColumnCount;
-    if (isMissing == (*index < ColumnIndex(column))) return index;
+    if (!index || *index >= kDataColumnCount) continue;
+    const std::size_t expected = ColumnIndex(column);
+    if (isMissing ? *index < expected : *index > expected) return index;
   }
   return std::nullopt;
 }
