@@ -31,6 +31,33 @@ TEST(LintRules, TranslatedHeaderIsAHeader) {
               Not(Contains("header-missing")));
 }
 
+TEST(LintRules, NamesTheFirstWrongColumnOfTheHeader) {
+  const LintReport report = LintText(
+      "Jira ID,Grouping ID,App Version,Salience,Rating,First Version,Platform,URL,Commit,"
+      "Message\n4.2,Changes-Since\n4.3,MISC,ORN-1,,,,,,,Text\n");
+  ASSERT_THAT(CodesOf(report), testing::ElementsAre("header-order"));
+  EXPECT_EQ(report.findings.front().fieldNumber, 1U);
+}
+
+TEST(LintRules, ListsTheFirstTenFeaturesWithoutAChange) {
+  LintHost host;
+  for (int i = 10; i < 21; ++i) {
+    const std::string number = std::to_string(i);
+    host.description.betaFeatures.push_back(
+        {"feature." + number, "EPIC-" + number, "Feature", "", 0, true, true});
+  }
+  common::InstallHost(host.description);
+  const std::string text = kHeaderRows + "4.3,EPIC-10,,,,,,,,Text\n";
+  const auto message = [&host](const std::string& rows) {
+    const LintReport report = LintDataFile("data.csv", rows, &host);
+    EXPECT_THAT(CodesOf(report), testing::ElementsAre("feature-without-change"));
+    return report.findings.front().message;
+  };
+  EXPECT_THAT(message(text), testing::EndsWith("'EPIC-19', 'EPIC-20'"));
+  EXPECT_THAT(message(kHeaderRows + "4.3,MISC,,,,,,,,Text\n"),
+              testing::EndsWith("'EPIC-18', 'EPIC-19' and others"));
+}
+
 TEST(LintRules, NamesTheSeparatorOfAFileWithoutCommas) {
   for (const auto& [separator, name] :
        {std::pair(';', "semicolons"), std::pair('\t', "tabs"), std::pair('|', "vertical bars")}) {
