@@ -86,7 +86,7 @@ TEST(TextEncoding, ReportsTheLineOfInvalidBytes) {
     std::size_t line;
     std::string_view part;
   } cases[] = {
-      {"a\nb\r\nc\rd\xFF", "UTF-8", 4, "FF are not valid UTF-8"},
+      {"a\nb\r\nc\rd\xFF", "UTF-8", 4, "the bytes FF are not valid UTF-8"},
       {"\xC3", "UTF-8", 1, "C3"},
       {"\x3D\xD8M\0"sv, "UTF-16LE", 1, "UTF-16LE"},
       {"\0"sv, "UTF-16LE", 1, "UTF-16LE"},

@@ -81,7 +81,8 @@ TEST(LintRules, TextWithAnOpenQuoteDoesNotContinueInAnotherChange) {
 TEST(LintRules, FindsQuotesThatVanish) {
   for (const std::string row :
        {R"(4.3,MISC,"ORN-1",,,,,,,The "start" window)", R"(4.3,MISC,ORN-1,,,,,,,"Start" window)",
-        R"(4.3,MISC,ORN-1,,,,,,,The "start")", R"(4.3,MISC,ORN-1,,,,,,,A"start")"}) {
+        R"(4.3,MISC,ORN-1,,,,,,,"Start"~window)", R"(4.3,MISC,ORN-1,,,,,,,The "start")",
+        R"(4.3,MISC,ORN-1,,,,,,,A"start")"}) {
     EXPECT_THAT(CodesOf(LintText(kHeaderRows + row + "\n")), testing::ElementsAre("quotes-vanish"))
         << row;
   }
