@@ -137,7 +137,6 @@ class Comparison {
   void ReportEdit(const RowPair& pair) {
     if (!IsShown(*pair.before)) return ReportNew(*pair.after);
     if (!IsShown(*pair.after)) return ReportVanished(*pair.before);
-    if (Identity(*pair.before) == Identity(*pair.after)) return;
     Finding& finding = context_.ReportRow(
         LintCode::kBaselineNewAgain, *pair.after,
         "users who saw the change see it as new, because it was edited: " + ChangedFields(pair));
