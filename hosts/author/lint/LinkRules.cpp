@@ -62,7 +62,7 @@ void CheckLink(LintContext& context, const LintRow& row) {
 /// Returns whether the item of a change is known. It is unknown if the change is unreviewed or
 /// unmatched. Without a host, every change of a feature is unmatched.
 bool IsPlaced(const LintRow& row) {
-  return !row.isUnmatched && !row.change->DetailInternalOverrideUnreviewed();
+  return !row.IsUnmatched() && !row.change->DetailInternalOverrideUnreviewed();
 }
 
 void CheckSection(LintContext& context, const LintRow& row) {
@@ -106,7 +106,7 @@ bool HasEffect(const LintContext& context, const LintRow& row) {
     return true;
   }
   if (change.HasMalformedURL() || change.HasDuplicateURL()) return false;
-  const bool isUnknown = row.isUnmatched && context.Host() == nullptr;
+  const bool isUnknown = row.IsUnmatched() && context.Host() == nullptr;
   return isUnknown || IsPlaced(row);
 }
 

@@ -42,7 +42,7 @@ std::string IDsAndText(const LintRow& row) {
 /// Returns the key of the change's item, or the grouping ID of an unmatched change. Without a host,
 /// the changes of every feature are unmatched.
 std::string ItemKey(const LintRow& row) {
-  return row.isUnmatched ? row.change->GetJIRAEpicID() : row.item->FeatureJiraIDKey();
+  return row.IsUnmatched() ? row.change->GetJIRAEpicID() : row.item->FeatureJiraIDKey();
 }
 
 struct RowPair {
@@ -137,7 +137,6 @@ class Comparison {
   void ReportEdit(const RowPair& pair) {
     if (!IsShown(*pair.before)) return ReportNew(*pair.after);
     if (!IsShown(*pair.after)) return ReportVanished(*pair.before);
-    if (Identity(*pair.before) == Identity(*pair.after)) return;
     Finding& finding = context_.ReportRow(
         LintCode::kBaselineNewAgain, *pair.after,
         "users who saw the change see it as new, because it was edited: " + ChangedFields(pair));

@@ -25,12 +25,11 @@ std::string UnknownCodeMessage(std::string_view name) {
 
 std::optional<std::filesystem::path> FindLintConfig(const std::filesystem::path& dataFile) {
   std::error_code error;
-  std::filesystem::path folder = std::filesystem::absolute(dataFile, error).parent_path();
-  while (!error && !folder.empty()) {
-    std::filesystem::path config = folder / kLintConfigName;
+  std::filesystem::path path = std::filesystem::absolute(dataFile, error);
+  while (!error && path.has_relative_path()) {
+    path = path.parent_path();
+    std::filesystem::path config = path / kLintConfigName;
     if (std::filesystem::exists(config, error)) return config;
-    if (folder == folder.parent_path()) break;
-    folder = folder.parent_path();
   }
   return std::nullopt;
 }

@@ -76,7 +76,6 @@ void LintedFile::AddChange(std::shared_ptr<ornwhatsnew::FeatureListDetail> chang
   row.identity = change->GetItemSeenGuid();
   row.change = change.get();
   row.item = placement.item;
-  row.isUnmatched = placement.unmatched;
   placement.item->AddFeatureDetail(std::move(change));
   ++changeCount_;
 }

@@ -33,12 +33,14 @@ struct LintRow {
   const ornwhatsnew::FeatureListItem* item = nullptr;
   /// The identity under which the change counts as seen.
   ornwhatsnew::Guid identity;
-  bool isUnmatched = false;
-  /// True if a finding explains what is wrong with the whole row. The rules for changes then ignore
-  /// the row.
+  /// If true, a finding explains what is wrong with the whole row, and the later rules ignore the
+  /// row.
   bool isExplained = false;
 
   std::string_view Value(ornwhatsnew::DataColumn column) const { return data.Value(column); }
+  /// Returns whether neither the grouping ID nor the story ID is the key of an item. The row must
+  /// be a change.
+  bool IsUnmatched() const { return change->DetailInternalCouldNotMatchBetaFeature(); }
 };
 
 /// The rows of each item by the key of the item.

@@ -182,13 +182,13 @@ std::optional<std::size_t> FindWord(const Shape& shape, DataColumn column) {
 /// Returns the index of a field that is in the wrong column because the number of commas before it
 /// is wrong. Returns `std::nullopt` if no such field is found.
 std::optional<std::size_t> FindShiftedField(const Shape& shape) {
+  const bool isMissing = shape.Count() < kDataColumnCount;
   for (const DataColumn column : {DataColumn::kSalience, DataColumn::kPlatform, DataColumn::kURL}) {
     const std::optional<std::size_t> index = FindWord(shape, column);
-    if (!index || *index == ColumnIndex(column)) continue;
     // A keyword or a URL after the tenth field is probably a part of the text.
-    if (shape.Count() > kDataColumnCount && *index >= kDataColumnCount) continue;
-    const bool isMissing = shape.Count() < kDataColumnCount;
-    if (isMissing == (*index < ColumnIndex(column))) return index;
+    if (!index || *index >= kDataColumnCount) continue;
+    const std::size_t expected = ColumnIndex(column);
+    if (isMissing ? *index < expected : *index > expected) return index;
   }
   return std::nullopt;
 }
@@ -219,9 +219,10 @@ bool CanBeIn(DataColumn column, std::string_view text) {
   }
 }
 
-/// Returns whether the excess commas of the row are probably part of the field in `column`. This is
-/// true if no part of this field is empty, and `CanBeIn` returns true for every other field. In
-/// addition, the part after the first comma must not be a possible field of the next column.
+/// Returns whether the excess commas of the row are probably part of the field in `column`, which
+/// must not be the last column. Each part of this field must contain text, and each other field
+/// must be possible in its column. The part after the first comma must not be possible in the next
+/// column.
 bool IsSplitAt(const Shape& shape, DataColumn column) {
   const std::size_t index = ColumnIndex(column);
   const std::size_t excess = shape.Count() - kDataColumnCount;
@@ -229,9 +230,7 @@ bool IsSplitAt(const Shape& shape, DataColumn column) {
     if (shape.Field(i).empty()) return false;
   }
   const std::size_t next = index + 1;
-  if (next < kDataColumnCount && CanBeIn(static_cast<DataColumn>(next), shape.Field(next))) {
-    return false;
-  }
+  if (CanBeIn(static_cast<DataColumn>(next), shape.Field(next))) return false;
   for (std::size_t i = 0; i < kDataColumnCount; ++i) {
     const std::string_view field = shape.Field(i > index ? i + excess : i);
     if (i != index && !CanBeIn(static_cast<DataColumn>(i), field)) return false;
@@ -240,9 +239,7 @@ bool IsSplitAt(const Shape& shape, DataColumn column) {
 }
 
 /// Reports an unquoted comma in the rating request or the URL. Returns whether it has reported one.
-/// Returns false if the comma can be part of the text of the change.
 bool CheckUnquotedComma(LintContext& context, const Shape& shape) {
-  if (IsSplitAt(shape, DataColumn::kDescription)) return false;
   for (const DataColumn column : {DataColumn::kRatingRequest, DataColumn::kURL}) {
     if (!IsSplitAt(shape, column)) continue;
     const std::size_t comma = shape.fields[ColumnIndex(column) + 1].begin - 1;
@@ -373,7 +370,7 @@ bool CheckMisspeltChangesSince(LintContext& context, const LintRow& row) {
   });
 }
 
-void ReportFieldCount(LintContext& context, LintRow& row) {
+void ReportFieldCount(LintContext& context, const LintRow& row) {
   if (TrimSpaces(row.data.text).starts_with('#')) {
     context.ReportRow(LintCode::kCommentLine, row, "a comment line has no effect here");
     return;
@@ -421,7 +418,6 @@ void CheckRows(LintContext& context) {
     } else {
       ReportFieldCount(context, row);
     }
-    row.isExplained = true;
   }
 }
 

@@ -135,14 +135,13 @@ constexpr auto kMojibakeStarts = std::to_array<std::string_view>(
     {"\xC3\x83", "\xC3\x82", "\xC3\xA2\xE2\x82\xAC", "\xC3\xB0\xC5\xB8"});
 
 /// Returns whether `text` can begin with a character that Windows-1252 assigns to 0x80 to 0xBF, the
-/// continuation bytes of UTF-8. Usually checks only the first byte of the character.
+/// continuation bytes of UTF-8. Checks only the first byte of the character.
 bool BeginsWithContinuation(std::string_view text) {
-  if (text.size() < 2) return false;
-  const auto lead = static_cast<unsigned char>(text[0]);
-  const auto next = static_cast<unsigned char>(text[1]);
-  if (lead == 0xC2) return next >= 0x80;
-  // The first UTF-8 bytes of the letters and marks that Windows-1252 assigns to 0x80 to 0x9F.
-  return lead == 0xC5 || lead == 0xC6 || lead == 0xCB || lead == 0xE2;
+  if (text.empty()) return false;
+  const auto lead = static_cast<unsigned char>(text.front());
+  // 0xC2 begins the characters from U+0080 to U+00BF. The other bytes begin the letters and marks
+  // that Windows-1252 assigns to 0x80 to 0x9F.
+  return lead == 0xC2 || lead == 0xC5 || lead == 0xC6 || lead == 0xCB || lead == 0xE2;
 }
 
 std::string_view FindMojibake(std::string_view text) {
@@ -221,12 +220,7 @@ std::optional<Edit> TrimEdit(LintContext& context, const LintRow& row, std::size
               std::move(trimmed)};
 }
 
-bool IsGraphicASCII(char c) {
-  return c > ' ' && c < 0x7F;
-}
-
 bool HasOuterSpaces(std::string_view text) {
-  if (text.empty() || (IsGraphicASCII(text.front()) && IsGraphicASCII(text.back()))) return false;
   return TrimSpaces(text).size() != text.size();
 }
 

@@ -116,7 +116,7 @@ std::optional<Edit> SectionKeyEdit(LintContext& context, const LintRow& row, std
 }
 
 void CheckGroupingID(LintContext& context, const LintRow& row) {
-  if (!row.isUnmatched || context.HasFinding(row, DataColumn::kGroupingID)) return;
+  if (!row.IsUnmatched() || context.HasFinding(row, DataColumn::kGroupingID)) return;
   const std::string text(row.Value(DataColumn::kGroupingID));
   if (IsMisspeltChangesSince(text)) {
     context.ReportField(LintCode::kChangesSinceSpelling, row, DataColumn::kGroupingID,
@@ -154,7 +154,7 @@ void CheckStoryID(LintContext& context, const LintRow& row) {
                             context.Column(DataColumn::kGroupingID));
     return;
   }
-  if (row.isUnmatched || row.item->FeatureJiraIDKey() != storyID) return;
+  if (row.IsUnmatched() || row.item->FeatureJiraIDKey() != storyID) return;
   context.ReportField(LintCode::kStoryIDWins, row, DataColumn::kStoryID,
                       Quoted(storyID) +
                           " is the key of an item, so the change belongs to it and "

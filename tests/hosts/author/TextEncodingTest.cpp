@@ -56,11 +56,18 @@ TEST(TextEncoding, DetectsTheEncoding) {
   }
 }
 
+TEST(TextEncoding, SaysWhyItSelectedTheEncoding) {
+  EXPECT_EQ("as --encoding requires", DecodeText("", "UTF-8").reason);
+  EXPECT_EQ("because of its byte order mark", DecodeText("\xFF\xFE", std::nullopt).reason);
+  EXPECT_EQ("because all of its bytes are valid UTF-8", DecodeText("M", std::nullopt).reason);
+  EXPECT_EQ("because it is not valid UTF-8; use --encoding to select another encoding",
+            DecodeText("M\xFC", std::nullopt).reason);
+}
+
 TEST(TextEncoding, UsesTheNamedEncoding) {
   EXPECT_EQ("Mü", DecodeText("M\xFC", "ISO-8859-1").text);
   EXPECT_EQ("MÃ¼", DecodeText("M\xC3\xBC", "windows-1252").text);
   EXPECT_EQ("ü", DecodeText("\x81", "IBM850").text);
-  EXPECT_EQ("as --encoding requires", DecodeText("", "UTF-8").reason);
   // The decoded text does not contain the byte order mark, even if the caller names the encoding.
   EXPECT_EQ("M", DecodeText("\xFF\xFEM\0"sv, "UTF-16LE").text);
   EXPECT_EQ("M", DecodeText("\xFE\xFF\0M"sv, "UTF-16").text);
@@ -79,7 +86,7 @@ TEST(TextEncoding, ReportsTheLineOfInvalidBytes) {
     std::size_t line;
     std::string_view part;
   } cases[] = {
-      {"a\nb\r\nc\rd\xFF", "UTF-8", 4, "FF are not valid UTF-8"},
+      {"a\nb\r\nc\rd\xFF", "UTF-8", 4, "the bytes FF are not valid UTF-8"},
       {"\xC3", "UTF-8", 1, "C3"},
       {"\x3D\xD8M\0"sv, "UTF-16LE", 1, "UTF-16LE"},
       {"\0"sv, "UTF-16LE", 1, "UTF-16LE"},

@@ -98,6 +98,19 @@ TEST(GitFile, FailureHasTheFirstErrorLineOfGit) {
   EXPECT_THAT(ProblemOf("HEAD", file), HasSubstr("does not exist in 'HEAD'"));
 }
 
+TEST(GitFile, ErrorsOfGitAreInEnglish) {
+  const test_support::TemporaryFolder folder;
+  folder.Write("git", "#!/bin/sh\necho \"the language is $LC_ALL\" >&2\nexit 1\n");
+  std::filesystem::permissions(folder.Path() / "git", std::filesystem::perms::owner_all);
+  const std::string path = std::getenv("PATH");
+  ::setenv("PATH", folder.Path().c_str(), 1);
+  ::setenv("LC_ALL", "C.UTF-8", 1);
+  const std::string problem = ProblemOf("HEAD", folder.Path() / "data.csv");
+  ::unsetenv("LC_ALL");
+  ::setenv("PATH", path.c_str(), 1);
+  EXPECT_THAT(problem, testing::EndsWith("git: the language is C"));
+}
+
 TEST(GitFile, MissingRevisionOfAShallowCloneHasAHint) {
   const test_support::TemporaryFolder folder;
   const std::filesystem::path origin = folder.Path() / "origin";

@@ -137,7 +137,13 @@ TEST(LintSarif, DescribesAFinding) {
   EXPECT_EQ(result["ruleId"], "grouping-id-unknown");
   EXPECT_EQ(result["level"], "error");
   const std::size_t index = result["ruleIndex"].get<std::size_t>();
-  EXPECT_EQ(run["tool"]["driver"]["rules"].at(index)["id"], "grouping-id-unknown");
+  const LintCodeInfo& info = InfoOf(LintCode::kGroupingIDUnknown);
+  EXPECT_EQ(run["tool"]["driver"]["rules"].at(index),
+            json({{"id", "grouping-id-unknown"},
+                  {"shortDescription", {{"text", info.summary}}},
+                  {"fullDescription", {{"text", info.explanation}}},
+                  {"help", {{"text", info.remedy}}},
+                  {"defaultConfiguration", {{"level", "error"}}}}));
   const json& place = result["locations"].at(0)["physicalLocation"];
   EXPECT_EQ(place["artifactLocation"]["uri"], "data.csv");
   EXPECT_EQ(place["region"],

@@ -31,6 +31,33 @@ TEST(LintRules, TranslatedHeaderIsAHeader) {
               Not(Contains("header-missing")));
 }
 
+TEST(LintRules, NamesTheFirstWrongColumnOfTheHeader) {
+  const LintReport report = LintText(
+      "Jira ID,Grouping ID,App Version,Salience,Rating,First Version,Platform,URL,Commit,"
+      "Message\n4.2,Changes-Since\n4.3,MISC,ORN-1,,,,,,,Text\n");
+  ASSERT_THAT(CodesOf(report), testing::ElementsAre("header-order"));
+  EXPECT_EQ(report.findings.front().fieldNumber, 1U);
+}
+
+TEST(LintRules, ListsTheFirstTenFeaturesWithoutAChange) {
+  LintHost host;
+  for (int i = 10; i < 21; ++i) {
+    const std::string number = std::to_string(i);
+    host.description.betaFeatures.push_back(
+        {"feature." + number, "EPIC-" + number, "Feature", "", 0, true, true});
+  }
+  common::InstallHost(host.description);
+  const std::string text = kHeaderRows + "4.3,EPIC-10,,,,,,,,Text\n";
+  const auto message = [&host](const std::string& rows) {
+    const LintReport report = LintDataFile("data.csv", rows, &host);
+    EXPECT_THAT(CodesOf(report), testing::ElementsAre("feature-without-change"));
+    return report.findings.front().message;
+  };
+  EXPECT_THAT(message(text), testing::EndsWith("'EPIC-19', 'EPIC-20'"));
+  EXPECT_THAT(message(kHeaderRows + "4.3,MISC,,,,,,,,Text\n"),
+              testing::EndsWith("'EPIC-18', 'EPIC-19' and others"));
+}
+
 TEST(LintRules, NamesTheSeparatorOfAFileWithoutCommas) {
   for (const auto& [separator, name] :
        {std::pair(';', "semicolons"), std::pair('\t', "tabs"), std::pair('|', "vertical bars")}) {
@@ -43,14 +70,58 @@ TEST(LintRules, NamesTheSeparatorOfAFileWithoutCommas) {
 }
 
 TEST(LintRules, TextWithAnOpenQuoteDoesNotContinueInAnotherChange) {
-  EXPECT_THAT(CodesOf(LintText(kHeaderRows + "4.3,MISC,ORN-1,,,,,,,Fits a 27\" display\n"
-                                             "4.3,MISC,ORN-2,,,,,,,Fits a 32\" display\n")),
-              testing::ElementsAre("quotes-vanish", "quotes-vanish"));
+  const std::string first = "4.3,MISC,ORN-1,,,,,,,Fits a 27\" display\n";
+  for (const std::string start : {"4.3,MISC", ",MISC", "4.3,MAP-7"}) {
+    const LintReport report =
+        LintText(kHeaderRows + first + start + ",ORN-2,,,,,,,Fits a 32\" display\n");
+    EXPECT_EQ(std::ranges::count(CodesOf(report), "quotes-vanish"), 2) << start;
+  }
 }
 
-TEST(LintRules, FindsQuotesThatVanishAfterAFieldInQuotes) {
-  EXPECT_THAT(CodesOf(LintText(kHeaderRows + "4.3,MISC,\"ORN-1\",,,,,,,The \"start\" window\n")),
-              testing::ElementsAre("quotes-vanish"));
+TEST(LintRules, FindsQuotesThatVanish) {
+  for (const std::string row :
+       {R"(4.3,MISC,"ORN-1",,,,,,,The "start" window)", R"(4.3,MISC,ORN-1,,,,,,,"Start" window)",
+        R"(4.3,MISC,ORN-1,,,,,,,"Start"~window)", R"(4.3,MISC,ORN-1,,,,,,,The "start")",
+        R"(4.3,MISC,ORN-1,,,,,,,A"start")"}) {
+    EXPECT_THAT(CodesOf(LintText(kHeaderRows + row + "\n")), testing::ElementsAre("quotes-vanish"))
+        << row;
+  }
+}
+
+TEST(LintRules, FindsEachKindOfWrongQuotes) {
+  for (const std::string text :
+       {"\u201Cfast, small, new\u201D", "\u201Efast, small, new\u201C",
+        "\u201Efast, small, new\u201D", "\u00ABfast, small, new\u00BB",
+        "\u00BBfast, small, new\u00AB", "\u2018fast, small, new\u2019", "'fast, small, new'"}) {
+    EXPECT_THAT(CodesOf(LintText(kHeaderRows + "4.3,MISC,ORN-1,,,,,,," + text + "\n")),
+                Contains("wrong-quotes"))
+        << text;
+  }
+}
+
+TEST(LintRules, FindsUTF16WithoutLatinLetters) {
+  EXPECT_THAT(CodesOf(LintText("\xFF\xFE\x48\x72")), testing::ElementsAre("file-utf16"));
+  EXPECT_THAT(CodesOf(LintText("\xFE\xFF\x72\x48")), testing::ElementsAre("file-utf16"));
+}
+
+TEST(LintRules, FindsAByteOrderMarkAfterTheFirstCharacter) {
+  EXPECT_THAT(CodesOf(LintText("A\uFEFF" + kHeaderRows.substr(1) + "4.3,MISC,ORN-1,,,,,,,Text\n")),
+              Contains("inner-byte-order-mark"));
+}
+
+TEST(LintRules, FindsMojibakeOfLettersMarksAndEmoji) {
+  for (const std::string text :
+       {"\u00C3\u00B6", "\u00C3\u0160", "\u00C3\u0192", "\u00C3\u02C6", "\u00C3\u20AC",
+        "\u00C2\u00A9", "\u00E2\u20AC\u2122", "\u00F0\u0178\u02DC\u20AC"}) {
+    EXPECT_THAT(CodesOf(LintText(kHeaderRows + "4.3,MISC,ORN-1,,,,,,," + text + "\n")),
+                testing::ElementsAre("mojibake"))
+        << text;
+  }
+  for (const std::string text : {"S\u00C3O", "S\u00C3", "\u00C3\u00C0"}) {
+    EXPECT_THAT(CodesOf(LintText(kHeaderRows + "4.3,MISC,ORN-1,,,,,,," + text + "\n")),
+                testing::IsEmpty())
+        << text;
+  }
 }
 
 TEST(LintRules, FindsEveryTagAndEntity) {
@@ -101,6 +172,19 @@ TEST(LintRules, ShortensALongColumnName) {
                                      "4.3,MISC,,,,,,,,See https://a.example\n");
   ASSERT_THAT(CodesOf(report), testing::ElementsAre("link-in-text"));
   EXPECT_THAT(report.findings.front().fieldName, testing::SizeIs(testing::Lt(300U)));
+}
+
+TEST(LintRules, MessageOmitsTheParenthesisOfALongColumnName) {
+  const LintReport report = LintText(
+      "App Version,Grouping ID (Jira Epic / BUGFIX / INTERNAL / MISC),Jira ID (Story / Task / Bug),"
+      "Salience,Rating,First Version,Platform,URL,Commit,Message\n"
+      "4.2,Changes-Since\n"
+      "4.3,,ORN-1,,,,,,,Text\n"
+      "4.3,MISC,Headline,,,,,,,Text\n");
+  ASSERT_THAT(CodesOf(report), testing::ElementsAre("grouping-id-empty", "keyword-column"));
+  EXPECT_THAT(report.findings[0].message, testing::EndsWith(" into \"Grouping ID\""));
+  EXPECT_THAT(report.findings[1].message,
+              testing::HasSubstr(" in \"Jira ID (Story / Task / Bug)\";"));
 }
 
 TEST(LintRules, DoesNotExplainARowWithVeryManyFields) {

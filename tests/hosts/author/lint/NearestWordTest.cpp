@@ -32,6 +32,13 @@ TEST(Fold, RemovesEveryKindOfSpaceAndInvisibleCharacter) {
   }
 }
 
+TEST(Fold, ReplacesEveryKindOfDashWithAHyphen) {
+  for (const std::string dash : {"_", "\u2010", "\u2015", "\u2212", "\uFE58", "\uFE63", "\uFF0D"}) {
+    EXPECT_EQ(Fold("a" + dash + "b"), u"a-b") << testing::PrintToString(dash);
+  }
+  EXPECT_EQ(Fold("a\u2016b"), u"a\u2016b");
+}
+
 TEST(NearestWord, FindsAWordWithExchangedOrMissingCharacters) {
   EXPECT_EQ(NearestWord("BUGIFX", kWords), "BUGFIX");
   EXPECT_EQ(NearestWord("Unreviwed", kWords), "Unreviewed");
@@ -68,6 +75,12 @@ TEST(NearestWord, FindsAWordWithASuffix) {
 TEST(NearestWord, AllowsOneDifferenceInAKeyWithDigits) {
   EXPECT_EQ(NearestWord("ORN-1205", kWords), "ORN-1204");
   EXPECT_EQ(NearestWord("ORN-1215", kWords), std::nullopt);
+  for (const std::string digit : {"0", "9"}) {
+    const std::string key = "ORANGE-" + digit;
+    const std::string_view word = key;
+    EXPECT_EQ(NearestWord("ORANGA-" + digit, std::span(&word, 1)), key);
+    EXPECT_EQ(NearestWord("ORANAA-" + digit, std::span(&word, 1)), std::nullopt);
+  }
 }
 
 TEST(NearestWord, UnrelatedTextHasNoNearestWord) {

@@ -251,8 +251,13 @@ TEST(PreviewPage, WithoutAnEarlierFileThereIsNoSuchUser) {
 TEST(PreviewPage, NavigationLinksToAllSections) {
   const std::string page = PreviewPage(MakeInput());
   const std::size_t begin = page.find("<nav ");
-  EXPECT_THAT(LinksIn(page.substr(begin, page.find("</nav>") - begin)),
+  const std::string navigation = page.substr(begin, page.find("</nav>") - begin);
+  EXPECT_THAT(LinksIn(navigation),
               ElementsAre("#outside", "#internal", "#first-start", "#rating", "#findings"));
+  EXPECT_THAT(navigation, HasSubstr("<li><a href=\"#outside\">External user</a></li>\n"
+                                    "<li><a href=\"#internal\">Internal user</a></li>\n"
+                                    "<li><a href=\"#first-start\">First start</a></li>\n"));
+  EXPECT_THAT(navigation, HasSubstr("\n<li><a href=\"#findings\">Findings (3)</a></li>\n</ul>"));
 }
 
 TEST(PreviewPage, EveryLinkWithinThePageHasATarget) {
