@@ -93,6 +93,8 @@ void PanelController::markAllSeen() {
 
 void PanelController::reload() {
   loadList();
+  // The data file can contain a new request for a feature that was rated.
+  ratedKeys_.clear();
   if (marksAllSeen_) markAllSeen();
   displayAgain();
 }
@@ -161,6 +163,8 @@ bool PanelController::canRate() const {
 }
 
 void PanelController::rate(const QString& featureKey, int stars, const QString& comment) {
+  if (ratedKeys_.contains(featureKey)) return;
+  ratedKeys_.insert(featureKey);
   list_.MarkItemHasBeenRated(featureKey.toStdString());
   store_.commit();
   Q_EMIT rated(featureKey, stars, comment);

@@ -122,6 +122,9 @@ void PanelWidget::Impl::connectWidgets() {
     draw();
   });
   connect(controller, &PanelController::countChanged, panel, [this] { updateHeader(); });
+  connect(controller, &PanelController::rated, panel, [this] {
+    if (page == PanelPage::Ratings) draw();
+  });
   connect(controller, &PanelController::stateErrorChanged, panel, [this] { showErrors(); });
   connect(header, &PanelHeader::newsRequested, panel, &PanelWidget::showNews);
   connect(header, &PanelHeader::ratingsRequested, panel, &PanelWidget::showRatings);

@@ -81,6 +81,8 @@ class PanelControllerTest : public QObject {
   void offersNoRatingsWithoutUsageLogging();
   void theRatingPageLeavesTheStateUnchanged();
   void reportsAndStoresARating();
+  void reportsOneRatingOfAFeature();
+  void reportsASecondRatingAfterANewRequest();
   void offersRatingsOnceInASession();
   void opensSafeLinksOnly();
   void reportsAStoreThatCannotBeWritten();
@@ -313,6 +315,34 @@ void PanelControllerTest::reportsAndStoresARating() {
   QCOMPARE(ratings.front(), QVariantList({QStringLiteral("EPIC-1"), 4, QStringLiteral("fine")}));
   QVERIFY(!controller->canRate());
   QVERIFY(!controllerFor(world, settingsWithLogging(world))->canRate());
+}
+
+void PanelControllerTest::reportsOneRatingOfAFeature() {
+  const TestWorld world;
+  world.writeData({kRequest});
+  const auto controller = controllerFor(world, settingsWithLogging(world));
+  const QSignalSpy ratings(controller.get(), &PanelController::rated);
+  controller->rate(QStringLiteral("EPIC-1"), 4, {});
+  controller->rate(QStringLiteral("EPIC-1"), 2, {});
+  QCOMPARE(ratings.count(), 1);
+}
+
+void PanelControllerTest::reportsASecondRatingAfterANewRequest() {
+  const TestWorld world;
+  world.writeData({kRequest});
+  const auto controller = controllerFor(world, settingsWithLogging(world));
+  QSignalSpy ratings(controller.get(), &PanelController::rated);
+  controller->rate(QStringLiteral("EPIC-1"), 4, {});
+  ChangeRow newRequest = kRequest;
+  newRequest.ratingRequest = "Is printing faster?";
+  world.writeData({kRequest, newRequest});
+  controller->reload();
+  // A rating request is shown only after the news.
+  controller->display();
+  QCOMPARE(controller->ratingLayout().ratingRequests.size(), std::size_t{1});
+  controller->rate(QStringLiteral("EPIC-1"), 2, {});
+  QCOMPARE(ratings.count(), 2);
+  QVERIFY(controller->ratingLayout().ratingRequests.empty());
 }
 
 void PanelControllerTest::offersRatingsOnceInASession() {

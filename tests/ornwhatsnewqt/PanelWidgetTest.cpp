@@ -59,6 +59,29 @@ const ChangeRow kRating{.version = "4.3",
                         .ratingRequest = "RequestRating",
                         .description = "Rate it"};
 
+const ChangeRow kScannerRating{.version = "4.3",
+                               .groupingID = "EPIC-2",
+                               .ratingRequest = "RequestRating",
+                               .description = "Rate it, too"};
+
+/// Adds the feature "EPIC-2", which is called "Scanner".
+void addScanner(TestWorld& world) {
+  using ornappsupport::feature::BetaFeature;
+  using ornappsupport::feature::VisibilityInAllClientApps;
+  world.features().Add(
+      "app.scanner",
+      BetaFeature("EPIC-2", u"Scanner", u"Reads labels.", VisibilityInAllClientApps::kUnlabelled),
+      true, true);
+}
+
+/// Returns the keys of the features whose cards `page` shows.
+QStringList visibleCards(const RatingPage& page) {
+  QStringList keys;
+  for (const RatingCard* card : page.findChildren<RatingCard*>())
+    if (card->isVisible()) keys.append(card->itemKey());
+  return keys;
+}
+
 /// Receives the links that the panel would otherwise open in a browser.
 class Browser : public QObject {
   Q_OBJECT
@@ -155,6 +178,8 @@ class PanelWidgetTest : public QObject {
   void showsRatingsInPlaceOfTheNews();
   void theNewsRemainAfterAVisitToTheRatings();
   void storesARating();
+  void twoPanelsReportOneRating();
+  void aRatingInOnePanelLeavesTheNewsInAnother();
   void hasNoChoiceOfPagesWithoutRatings();
   void twoPanelsShowTheSameNews();
   void twoObjectsOfOneApplicationAreIndependent();
@@ -416,6 +441,45 @@ void PanelWidgetTest::storesARating() {
   find<QRadioButton>("news").click();
   find<QRadioButton>("ratings").click();
   QVERIFY(find<QLabel>("thanks").isVisible());
+}
+
+void PanelWidgetTest::twoPanelsReportOneRating() {
+  addScanner(*world_);
+  world_->writeData({kRating, kScannerRating});
+  open(settingsWithRatings());
+  const QSignalSpy spy(whatsNew_.get(), &WhatsNew::rated);
+  PanelWidget second(whatsNew_.get());
+  second.show();
+  second.showRatings();
+  panel_->showRatings();
+  auto& firstPage = find<RatingPage>("ratingPage");
+  auto& secondPage = *second.findChild<RatingPage*>();
+  auto& obsoleteSend = *secondPage.findChild<QPushButton*>(QStringLiteral("send"));
+  secondPage.findChildren<QRadioButton*>().at(1)->click();
+  firstPage.findChildren<QRadioButton*>().at(4)->click();
+  firstPage.findChild<QPushButton*>(QStringLiteral("send"))->click();
+  QVERIFY(firstPage.findChild<QLabel*>(QStringLiteral("thanks"))->isVisible());
+  QCOMPARE(visibleCards(firstPage),
+           (QStringList{QStringLiteral("EPIC-1"), QStringLiteral("EPIC-2")}));
+  QCOMPARE(visibleCards(secondPage), QStringList{QStringLiteral("EPIC-2")});
+  // The widgets of the obsolete card exist until the event loop runs.
+  obsoleteSend.click();
+  QCOMPARE(spy.size(), 1);
+}
+
+void PanelWidgetTest::aRatingInOnePanelLeavesTheNewsInAnother() {
+  world_->writeData({kFaster, kRating});
+  open(settingsWithRatings());
+  PanelWidget second(whatsNew_.get());
+  second.show();
+  auto& page = find<NewsPage>("newsPage");
+  page.selectAll();
+  second.showRatings();
+  auto& ratingPage = *second.findChild<RatingPage*>();
+  ratingPage.findChildren<QRadioButton*>().at(4)->click();
+  ratingPage.findChild<QPushButton*>(QStringLiteral("send"))->click();
+  QVERIFY(ratingPage.findChild<QLabel*>(QStringLiteral("thanks"))->isVisible());
+  QVERIFY(page.textCursor().hasSelection());
 }
 
 void PanelWidgetTest::hasNoChoiceOfPagesWithoutRatings() {
