@@ -105,10 +105,12 @@ class PanelController : public QObject {
   void setAnnouncesUpdates(bool announces);
 
  Q_SIGNALS:
-  void changed();            ///< the layout, the ratings or the language have changed: redraw
-  void stateErrorChanged();  ///< `stateError()` has changed
-  void announcementDue();    ///< the panel should open now
-  void countChanged();       ///< `countNew()`, `canRate()` or the language may have changed
+  void changed();  ///< the layout, the ratings or the language have changed: redraw
+  /// `errorString()` or `stateError()` has changed. Not emitted for a translation into a new
+  /// language.
+  void errorsChanged();
+  void announcementDue();  ///< the panel should open now
+  void countChanged();     ///< `countNew()`, `canRate()` or the language may have changed
   /// A feature was rated; see `WhatsNew`. Redraw the rating pages, because the request is obsolete.
   void rated(const QString& featureKey, int stars, const QString& comment);
   void linkActivated(const QUrl& url);  ///< see `WhatsNew`

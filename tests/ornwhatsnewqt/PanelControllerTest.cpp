@@ -384,7 +384,7 @@ void PanelControllerTest::reportsAStoreThatCannotBeWritten() {
   settings.settingsFile = obstacle.fileName() + QStringLiteral("/settings.ini");
   settings.firstStart = FirstStart::ShowAll;
   const auto controller = controllerFor(world, settings);
-  const QSignalSpy errors(controller.get(), &PanelController::stateErrorChanged);
+  const QSignalSpy errors(controller.get(), &PanelController::errorsChanged);
   QVERIFY(!controller->stateError().isEmpty());
   // Although the store cannot be written, items and changes that were shown count as seen until the
   // program ends.

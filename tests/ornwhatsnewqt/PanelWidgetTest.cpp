@@ -169,6 +169,7 @@ class PanelWidgetTest : public QObject {
   void reportsAStoreThatCannotBeWritten();
   void reportsThatTheHostCannotStoreTheState();
   void aDismissedMessageStaysDismissed();
+  void aDismissedMessageStaysDismissedInANewLanguage();
   void reportsAMissingDataFile();
   void followsTheLanguage();
   void followsThePalette();
@@ -349,12 +350,34 @@ void PanelWidgetTest::aDismissedMessageStaysDismissed() {
   QVERIFY(!find<QWidget>("messageBar").isVisible());
 }
 
+void PanelWidgetTest::aDismissedMessageStaysDismissedInANewLanguage() {
+  QFile::remove(world_->dataFile());
+  open();
+  whatsNew_->setStateError(QStringLiteral("the disk is full"));
+  const QString english = find<QLabel>("message").text();
+  find<QAbstractButton>("dismiss").click();
+  QTranslator german;
+  QVERIFY(german.load(QStringLiteral(":/ornwhatsnewqt/ornwhatsnew_de.qm")));
+  QCoreApplication::installTranslator(&german);
+  QTRY_VERIFY(find<QLabel>("message").text() != english);
+  QVERIFY(!find<QWidget>("messageBar").isVisible());
+  // A new error is shown.
+  whatsNew_->setStateError(QStringLiteral("the disk is read-only"));
+  QVERIFY(find<QWidget>("messageBar").isVisible());
+}
+
 void PanelWidgetTest::reportsAMissingDataFile() {
   QFile::remove(world_->dataFile());
   open();
   QVERIFY(find<QWidget>("messageBar").isVisible());
   QVERIFY(find<QLabel>("message").text().contains(world_->dataFile()));
   world_->writeData({kFaster});
+  whatsNew_->refresh();
+  QVERIFY(!find<QWidget>("messageBar").isVisible());
+  QFile::remove(world_->dataFile());
+  whatsNew_->refresh();
+  QVERIFY(find<QWidget>("messageBar").isVisible());
+  find<QAbstractButton>("dismiss").click();
   whatsNew_->refresh();
   QVERIFY(!find<QWidget>("messageBar").isVisible());
 }
