@@ -82,6 +82,29 @@ QStringList visibleCards(const RatingPage& page) {
   return keys;
 }
 
+/// Presses Tab until the focus returns to the widget that has it. Returns the widgets that receive
+/// the focus.
+QSet<QWidget*> widgetsReachedByTab() {
+  constexpr int kMaximumKeys = 100;
+  QSet<QWidget*> reached;
+  const QWidget* const first = QApplication::focusWidget();
+  for (int i = 0; i < kMaximumKeys; ++i) {
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+    reached.insert(QApplication::focusWidget());
+    if (QApplication::focusWidget() == first) break;
+  }
+  return reached;
+}
+
+QStringList sortedNames(const QSet<QWidget*>& widgets) {
+  QStringList names;
+  for (const QWidget* widget : widgets) {
+    names.append(QLatin1String(widget->metaObject()->className()) + u' ' + widget->objectName());
+  }
+  names.sort();
+  return names;
+}
+
 /// Receives the links that the panel would otherwise open in a browser.
 class Browser : public QObject {
   Q_OBJECT
@@ -165,6 +188,7 @@ class PanelWidgetTest : public QObject {
   void escapeClosesTheSearchFirst();
   void opensLinksInTheBrowser();
   void keyboardReachesEveryControl();
+  void keyboardReachesEveryControlOfTheRatingPage();
   void reloadKeepsThePanelOpen();
   void reportsAStoreThatCannotBeWritten();
   void reportsThatTheHostCannotStoreTheState();
@@ -197,6 +221,7 @@ class PanelWidgetTest : public QObject {
   Widget& find(const char* name) const {
     return *panel_->findChild<Widget*>(QLatin1String(name));
   }
+  QSet<QWidget*> visibleControls() const;
   QString news() const { return find<NewsPage>("newsPage").toPlainText(); }
 
   std::unique_ptr<TestWorld> world_;
@@ -229,6 +254,15 @@ Settings PanelWidgetTest::settingsWithRatings() const {
   Settings settings = world_->settings();
   settings.usageLogging = [] { return true; };
   return settings;
+}
+
+QSet<QWidget*> PanelWidgetTest::visibleControls() const {
+  QSet<QWidget*> controls;
+  for (QWidget* const widget : panel_->findChildren<QWidget*>()) {
+    const bool isControl = (widget->focusPolicy() & Qt::TabFocus) != 0;
+    if (isControl && widget->isVisible()) controls.insert(widget);
+  }
+  return controls;
 }
 
 void PanelWidgetTest::displaysTheNewsWhenItBecomesVisible() {
@@ -300,14 +334,39 @@ void PanelWidgetTest::opensLinksInTheBrowser() {
 }
 
 void PanelWidgetTest::keyboardReachesEveryControl() {
+  world_->writeData({kFaster, kLink, kRating});
+  Settings settings = settingsWithRatings();
+  settings.announcesUpdates = true;
+  open(settings);
+  whatsNew_->setStateError(QStringLiteral("the disk is full"));
+  QTest::keyClick(panel_.get(), Qt::Key_F, Qt::ControlModifier);
+  QTest::keyClicks(QApplication::focusWidget(), QStringLiteral("map"));
+  const QSet<QWidget*> reached = widgetsReachedByTab();
+  QCOMPARE(sortedNames(reached), sortedNames(visibleControls()));
+  for (const char* name :
+       {"announce", "closeSearch", "dismiss", "myVersions", "news", "newsPage", "nextMatch",
+        "onlyNew", "previousMatch", "print", "search", "searchField", "thisPlatform"})
+    QVERIFY2(reached.contains(&find<QWidget>(name)), name);
+}
+
+void PanelWidgetTest::keyboardReachesEveryControlOfTheRatingPage() {
+  world_->writeData({kRating});
   open(settingsWithRatings());
-  QSet<QString> reached;
-  for (int i = 0; i < 20; ++i) {
-    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
-    reached.insert(QApplication::focusWidget()->objectName());
-  }
-  for (const char* name : {"newsPage", "search", "print", "onlyNew", "thisPlatform", "myVersions"})
-    QVERIFY2(reached.contains(QLatin1String(name)), name);
+  find<QWidget>("news").setFocus();
+  const auto press = [](Qt::Key key) { QTest::keyClick(QApplication::focusWidget(), key); };
+  press(Qt::Key_Right);
+  auto& page = find<RatingPage>("ratingPage");
+  QVERIFY(page.isVisible());
+  // Move the focus to the first choice. Select the second choice, because the button that sends the
+  // rating is disabled until the user has selected a choice.
+  press(Qt::Key_Space);
+  press(Qt::Key_Space);
+  press(Qt::Key_Right);
+  const QSet<QWidget*> reached = widgetsReachedByTab();
+  QCOMPARE(sortedNames(reached), sortedNames(visibleControls()));
+  for (const char* name : {"ratings", "comment", "send"})
+    QVERIFY2(reached.contains(&find<QWidget>(name)), name);
+  QVERIFY(reached.contains(page.findChildren<QRadioButton*>().at(1)));
 }
 
 void PanelWidgetTest::reloadKeepsThePanelOpen() {
