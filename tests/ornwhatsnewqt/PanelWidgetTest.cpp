@@ -64,16 +64,6 @@ const ChangeRow kScannerRating{.version = "4.3",
                                .ratingRequest = "RequestRating",
                                .description = "Rate it, too"};
 
-/// Adds the feature "EPIC-2", which is called "Scanner".
-void addScanner(TestWorld& world) {
-  using ornappsupport::feature::BetaFeature;
-  using ornappsupport::feature::VisibilityInAllClientApps;
-  world.features().Add(
-      "app.scanner",
-      BetaFeature("EPIC-2", u"Scanner", u"Reads labels.", VisibilityInAllClientApps::kUnlabelled),
-      true, true);
-}
-
 /// Returns the keys of the features whose cards `page` shows.
 QStringList visibleCards(const RatingPage& page) {
   QStringList keys;
@@ -526,7 +516,7 @@ void PanelWidgetTest::storesARating() {
 }
 
 void PanelWidgetTest::twoPanelsReportOneRating() {
-  addScanner(*world_);
+  world_->addScanner();
   world_->writeData({kRating, kScannerRating});
   open(settingsWithRatings());
   const QSignalSpy spy(whatsNew_.get(), &WhatsNew::rated);
