@@ -12,8 +12,8 @@
 # except tidy-changed. The tier for CI instead runs clang-tidy on the library, programs and examples.
 contributor_stages=(scripts format includes release tidy-changed)
 ci_stages=(scripts format includes docs release headers windows package sanitize thread tidy cppcheck)
-release_stages=("${ci_stages[@]}" static xvfb tidy-tests valgrind growth fuzz kills robustness browser
-  mutation coverage)
+release_stages=("${ci_stages[@]}" static xvfb tidy-tests valgrind growth bench fuzz kills robustness
+  browser mutation coverage)
 
 stage_title() {
   case $1 in
@@ -35,6 +35,7 @@ stage_title() {
     cppcheck) echo "cppcheck: library and programs" ;;
     valgrind) echo "valgrind: the panel of the example" ;;
     growth) echo "callgrind: instructions grow linearly" ;;
+    bench) echo "Qt companion: time and memory of the panel" ;;
     fuzz) echo "every fuzzer for 30 minutes" ;;
     kills) echo "10,000 killed writers lose no data" ;;
     robustness) echo "failing system calls, kills, damaged stores" ;;

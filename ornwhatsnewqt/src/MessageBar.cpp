@@ -23,19 +23,24 @@ MessageBar::MessageBar(QWidget* parent)
   layout->addWidget(text_, 1);
   layout->addWidget(dismissButton_, 0, Qt::AlignTop);
   connect(dismissButton_, &QAbstractButton::clicked, this, &QWidget::hide);
-  retranslate();
+  retranslate({});
   hide();
 }
 
-void MessageBar::retranslate() {
+void MessageBar::retranslate(const QString& message) {
+  setText(message);
   dismissButton_->setNames(localizedText(strings::kDismiss),
                            localizedText(strings::kDismissDescription));
 }
 
-void MessageBar::setMessage(const QString& message) {
-  if (message == text_->text()) return;
+void MessageBar::setText(const QString& message) {
   text_->setText(message);
   text_->setAccessibleName(message);
+}
+
+void MessageBar::setMessage(const QString& message) {
+  if (message == text_->text()) return;
+  setText(message);
   setVisible(!message.isEmpty());
   if (message.isEmpty()) return;
   QAccessibleEvent event(text_, QAccessible::Alert);

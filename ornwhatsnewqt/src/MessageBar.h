@@ -24,14 +24,16 @@ class MessageBar : public QFrame {
   /// hidden remains hidden.
   void setMessage(const QString& message);
 
-  /// Sets the name and the description of the button in the current language. The message remains
-  /// unchanged.
-  void retranslate();
+  /// Sets the strings of the bar in the current language. `message` is the current message in this
+  /// language. Unlike `setMessage`, neither shows nor announces the message.
+  void retranslate(const QString& message);
 
  protected:
   void paintEvent(QPaintEvent* event) override;
 
  private:
+  void setText(const QString& message);
+
   QLabel* text_;
   GlyphButton* dismissButton_;
 };

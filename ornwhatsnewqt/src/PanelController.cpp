@@ -47,7 +47,7 @@ PanelController::PanelController(const QString& dataFile, const Settings& settin
       list_([this](const auto& key) { return store_.state(key); },
             [this](const auto& key, const auto& value) { store_.setState(key, value); }),
       filters_(readFilters(store_)) {
-  connect(&store_, &SettingsStore::errorChanged, this, &PanelController::stateErrorChanged);
+  connect(&store_, &SettingsStore::errorChanged, this, &PanelController::errorsChanged);
   loadList();
   if (settings.announcesUpdates) {
     announcement_.emplace(store_, [this] { return list_.IsAnythingNew(optionsForNews()); });
@@ -76,8 +76,10 @@ QString PanelController::errorString() const {
 }
 
 void PanelController::loadList() {
+  const QString previousError = fileError_;
   readDataFile();
   list_.InitWithData(dataText_);
+  if (fileError_ != previousError) Q_EMIT errorsChanged();
 }
 
 // If the data file cannot be read, the stored state remains empty. The user therefore remains a new
@@ -93,6 +95,8 @@ void PanelController::markAllSeen() {
 
 void PanelController::reload() {
   loadList();
+  // The data file can contain a new request for a feature that was rated.
+  ratedKeys_.clear();
   if (marksAllSeen_) markAllSeen();
   displayAgain();
 }
@@ -161,6 +165,8 @@ bool PanelController::canRate() const {
 }
 
 void PanelController::rate(const QString& featureKey, int stars, const QString& comment) {
+  if (ratedKeys_.contains(featureKey)) return;
+  ratedKeys_.insert(featureKey);
   list_.MarkItemHasBeenRated(featureKey.toStdString());
   store_.commit();
   Q_EMIT rated(featureKey, stars, comment);
@@ -176,7 +182,7 @@ void PanelController::activateLink(const QUrl& url) {
 void PanelController::setStateError(const QString& reason) {
   if (reason == hostStateError_) return;
   hostStateError_ = reason;
-  Q_EMIT stateErrorChanged();
+  Q_EMIT errorsChanged();
 }
 
 bool PanelController::announcesUpdates() const {

@@ -5,6 +5,7 @@
 #include <optional>
 
 #include <QtCore/QObject>
+#include <QtCore/QSet>
 #include <QtCore/QString>
 #include <QtCore/QUrl>
 
@@ -76,7 +77,8 @@ class PanelController : public QObject {
   /// Returns whether the user can rate a feature; see `WhatsNew::rateAction`.
   bool canRate() const;
 
-  /// Records that the user has rated the feature, and emits `rated`.
+  /// Records that the user has rated the feature, and emits `rated`. If the feature was already
+  /// rated since the last `reload`, does nothing, because several panels can show the same request.
   void rate(const QString& featureKey, int stars, const QString& comment);
 
   /// If `url` is a safe link, emits `linkActivated` and opens `url` in a browser.
@@ -103,12 +105,15 @@ class PanelController : public QObject {
   void setAnnouncesUpdates(bool announces);
 
  Q_SIGNALS:
-  void changed();            ///< the layout, the ratings or the language have changed: redraw
-  void stateErrorChanged();  ///< `stateError()` has changed
-  void announcementDue();    ///< the panel should open now
-  void countChanged();       ///< `countNew()`, `canRate()` or the language may have changed
-  void rated(const QString& featureKey, int stars, const QString& comment);  ///< see `WhatsNew`
-  void linkActivated(const QUrl& url);                                       ///< see `WhatsNew`
+  void changed();  ///< the layout, the ratings or the language have changed: redraw
+  /// `errorString()` or `stateError()` has changed. Not emitted for a translation into a new
+  /// language.
+  void errorsChanged();
+  void announcementDue();  ///< the panel should open now
+  void countChanged();     ///< `countNew()`, `canRate()` or the language may have changed
+  /// A feature was rated; see `WhatsNew`. Redraw the rating pages, because the request is obsolete.
+  void rated(const QString& featureKey, int stars, const QString& comment);
+  void linkActivated(const QUrl& url);  ///< see `WhatsNew`
 
  protected:
   bool eventFilter(QObject* watched, QEvent* event) override;
@@ -126,6 +131,7 @@ class PanelController : public QObject {
   QString hostStateError_;  ///< why the host cannot store the state, or an empty string
   SettingsStore store_;
   RatingPolicy ratingPolicy_;
+  QSet<QString> ratedKeys_;  ///< the features that were rated since the data file was read
   ornwhatsnew::FeatureListData list_;
   std::optional<Announcement> announcement_;
   Filters filters_;

@@ -44,7 +44,7 @@ struct PanelWidget::Impl {
   void drawRatings(const PanelStyle& style);
   void retranslate();
   void updateHeader();
-  void showErrors();
+  QString errorText() const;
   void startSearch();
   void print();
 
@@ -118,11 +118,14 @@ void PanelWidget::Impl::centerTop() {
 void PanelWidget::Impl::connectWidgets() {
   connect(controller, &PanelController::changed, panel, [this] {
     retranslate();
-    showErrors();
     draw();
   });
   connect(controller, &PanelController::countChanged, panel, [this] { updateHeader(); });
-  connect(controller, &PanelController::stateErrorChanged, panel, [this] { showErrors(); });
+  connect(controller, &PanelController::rated, panel, [this] {
+    if (page == PanelPage::Ratings) draw();
+  });
+  connect(controller, &PanelController::errorsChanged, panel,
+          [this] { message->setMessage(errorText()); });
   connect(header, &PanelHeader::newsRequested, panel, &PanelWidget::showNews);
   connect(header, &PanelHeader::ratingsRequested, panel, &PanelWidget::showRatings);
   connect(header, &PanelHeader::searchRequested, panel, [this] { startSearch(); });
@@ -195,7 +198,7 @@ void PanelWidget::Impl::retranslate() {
   ratings->setAccessibleDescription(localizedText(strings::kRatingsDescription));
   header->retranslate();
   filters->refresh();
-  message->retranslate();
+  message->retranslate(errorText());
   announce->setText(localizedText(strings::kAnnounce));
   announce->setAccessibleDescription(localizedText(strings::kAnnounceDescription));
   announce->setChecked(controller->announcesUpdates());
@@ -207,7 +210,7 @@ void PanelWidget::Impl::updateHeader() {
   announce->setVisible(page == PanelPage::News && controller && controller->offersAnnouncements());
 }
 
-void PanelWidget::Impl::showErrors() {
+QString PanelWidget::Impl::errorText() const {
   QStringList errors;
   if (!controller->isLoaded()) {
     errors.append(localizedText(strings::kDataError, {controller->errorString()}));
@@ -215,7 +218,7 @@ void PanelWidget::Impl::showErrors() {
   if (!controller->stateError().isEmpty()) {
     errors.append(localizedText(strings::kStateError, {controller->stateError()}));
   }
-  message->setMessage(errors.join(u'\n'));
+  return errors.join(u'\n');
 }
 
 void PanelWidget::Impl::startSearch() {
@@ -242,8 +245,9 @@ PanelWidget::PanelWidget(WhatsNew* whatsNew, QWidget* parent)
   impl_->createWidgets();
   impl_->layOutWidgets();
   impl_->connectWidgets();
+  // Show the errors before the call to retranslate, which does not show a message.
+  impl_->message->setMessage(impl_->errorText());
   impl_->retranslate();
-  impl_->showErrors();
   impl_->updateHeader();
 }
 

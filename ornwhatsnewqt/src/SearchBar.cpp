@@ -5,6 +5,7 @@
 #include <QtCore/QLocale>
 #include <QtGui/QAccessible>
 #include <QtGui/QKeyEvent>
+#include <QtGui/QTextBlock>
 #include <QtGui/QTextCursor>
 #include <QtWidgets/QHBoxLayout>
 #include <QtWidgets/QLabel>
@@ -20,6 +21,15 @@
 #include "ornwhatsnewqt/src/PillButton.h"
 
 namespace ornwhatsnewqt {
+namespace {
+
+/// Returns whether `character` is an invisible format character, such as a direction mark or the
+/// word joiner before the labels of a `NewsDocument`.
+bool isInvisible(QChar character) {
+  return character.category() == QChar::Other_Format;
+}
+
+}  // namespace
 
 SearchBar::SearchBar(QTextEdit* view, QWidget* parent)
     : QWidget(parent),
@@ -44,7 +54,7 @@ SearchBar::SearchBar(QTextEdit* view, QWidget* parent)
   for (QWidget* widget : {static_cast<QWidget*>(result_), static_cast<QWidget*>(previousButton_),
                           static_cast<QWidget*>(nextButton_), static_cast<QWidget*>(closeButton_)})
     layout->addWidget(widget);
-  connect(field_, &QLineEdit::textChanged, this, &SearchBar::searchFromSelection);
+  connect(field_, &QLineEdit::textChanged, this, &SearchBar::searchWhileTyping);
   connect(previousButton_, &QAbstractButton::clicked, this, &SearchBar::selectPrevious);
   connect(nextButton_, &QAbstractButton::clicked, this, &SearchBar::selectNext);
   connect(closeButton_, &QAbstractButton::clicked, this, &SearchBar::endSearch);
@@ -76,35 +86,59 @@ void SearchBar::refresh() {
   closeButton_->setNames(localizedText(strings::kCloseSearch),
                          localizedText(strings::kCloseSearchDescription),
                          QKeySequence(Qt::Key_Escape));
-  findMatches();
-  showResult();
+  search();
 }
 
 void SearchBar::findMatches() {
   matches_.clear();
   current_ = 0;
-  const QString pattern = field_->text();
+  QString pattern = field_->text();
+  pattern.removeIf(isInvisible);
   if (pattern.isEmpty()) return;
   // An offset in the plain text is a position in the document.
   const QString text = view_->toPlainText();
-  qsizetype found = text.indexOf(pattern, 0, Qt::CaseInsensitive);
+  QString visible;
+  std::vector<int> positions;  // the position in the document of each character in `visible`
+  visible.reserve(text.size());
+  positions.reserve(static_cast<std::size_t>(text.size()));
+  for (int position = 0; position < text.size(); ++position) {
+    if (isInvisible(text[position])) continue;
+    visible.append(text[position]);
+    positions.push_back(position);
+  }
+  qsizetype found = visible.indexOf(pattern, 0, Qt::CaseInsensitive);
   while (found >= 0) {
-    matches_.push_back(static_cast<int>(found));
-    found = text.indexOf(pattern, found + pattern.size(), Qt::CaseInsensitive);
+    const qsizetype end = found + pattern.size();
+    matches_.push_back({positions[static_cast<std::size_t>(found)],
+                        positions[static_cast<std::size_t>(end - 1)] + 1});
+    found = visible.indexOf(pattern, end, Qt::CaseInsensitive);
   }
 }
 
-void SearchBar::searchFromSelection() {
+// Without a selection, the search begins at the top of the view, because the text cursor is
+// invisible and at the beginning of each new document.
+int SearchBar::startOfSearch() const {
+  const QTextCursor cursor = view_->textCursor();
+  return cursor.hasSelection() ? cursor.selectionStart()
+                               : view_->cursorForPosition(QPoint(0, 0)).block().position();
+}
+
+void SearchBar::search() {
   findMatches();
-  QTextCursor cursor = view_->textCursor();
-  const auto next = std::ranges::lower_bound(matches_, cursor.selectionStart());
   if (matches_.empty()) {
-    cursor.setPosition(cursor.selectionStart());
-    view_->setTextCursor(cursor);
     showResult();
-  } else {
-    select(next == matches_.end() ? 0 : static_cast<std::size_t>(next - matches_.begin()));
+    return;
   }
+  const auto next = std::ranges::lower_bound(matches_, startOfSearch(), {}, &Match::begin);
+  select(next == matches_.end() ? 0 : static_cast<std::size_t>(next - matches_.begin()));
+}
+
+void SearchBar::searchWhileTyping() {
+  search();
+  if (!matches_.empty()) return;
+  QTextCursor cursor = view_->textCursor();
+  cursor.setPosition(cursor.selectionStart());
+  view_->setTextCursor(cursor);
 }
 
 void SearchBar::selectNext() {
@@ -118,9 +152,8 @@ void SearchBar::selectPrevious() {
 void SearchBar::select(std::size_t match) {
   current_ = match;
   QTextCursor cursor = view_->textCursor();
-  cursor.setPosition(matches_[match]);
-  cursor.setPosition(matches_[match] + static_cast<int>(field_->text().size()),
-                     QTextCursor::KeepAnchor);
+  cursor.setPosition(matches_[match].begin);
+  cursor.setPosition(matches_[match].end, QTextCursor::KeepAnchor);
   view_->setTextCursor(cursor);
   showResult();
 }

@@ -17,22 +17,24 @@ namespace ornwhatsnewqt {
 
 class GlyphButton;
 
-/// Searches the text of a view without regard to case, selects a match, and shows the number of
-/// matches. Enter selects the next match, and Shift+Enter selects the previous one.
+/// Searches the text of a view without regard to case and invisible characters, selects a match,
+/// and shows its number and the number of matches. Enter selects the next match, and Shift+Enter
+/// selects the previous one.
 class SearchBar : public QWidget {
   Q_OBJECT
  public:
   /// Creates a hidden bar for `view`, which must outlive the bar.
   SearchBar(QTextEdit* view, QWidget* parent);
 
-  /// Shows the bar, and moves the focus to its field.
+  /// Shows the bar, repeats the search, and moves the focus to the field of the bar.
   void startSearch();
 
   /// Hides the bar, and moves the focus to the view. The current match remains selected.
   void endSearch();
 
-  /// Sets the strings of the bar in the current language, and repeats the search. Call this
-  /// function after the language or the document of the view has changed.
+  /// Sets the strings of the bar in the current language, and repeats the search. If the selection
+  /// is a match, this match remains selected. Call this function after the language or the document
+  /// of the view has changed.
   void refresh();
 
   /// Select the next and the previous match. The first match follows the last one. If there is no
@@ -44,8 +46,16 @@ class SearchBar : public QWidget {
   void keyPressEvent(QKeyEvent* event) override;
 
  private:
+  /// The positions of a match in the document.
+  struct Match {
+    int begin;
+    int end;
+  };
+
   void findMatches();
-  void searchFromSelection();
+  int startOfSearch() const;
+  void search();
+  void searchWhileTyping();
   void select(std::size_t match);
   void showResult();
 
@@ -55,8 +65,8 @@ class SearchBar : public QWidget {
   GlyphButton* previousButton_;
   GlyphButton* nextButton_;
   GlyphButton* closeButton_;
-  std::vector<int> matches_;  // the positions in the document
-  std::size_t current_ = 0;   // the index of the selected match
+  std::vector<Match> matches_;  // in the order of the document
+  std::size_t current_ = 0;     // the index of the selected match
 };
 
 }  // namespace ornwhatsnewqt

@@ -81,6 +81,8 @@ class PanelControllerTest : public QObject {
   void offersNoRatingsWithoutUsageLogging();
   void theRatingPageLeavesTheStateUnchanged();
   void reportsAndStoresARating();
+  void reportsOneRatingOfAFeature();
+  void reportsASecondRatingAfterANewRequest();
   void offersRatingsOnceInASession();
   void opensSafeLinksOnly();
   void reportsAStoreThatCannotBeWritten();
@@ -315,6 +317,34 @@ void PanelControllerTest::reportsAndStoresARating() {
   QVERIFY(!controllerFor(world, settingsWithLogging(world))->canRate());
 }
 
+void PanelControllerTest::reportsOneRatingOfAFeature() {
+  const TestWorld world;
+  world.writeData({kRequest});
+  const auto controller = controllerFor(world, settingsWithLogging(world));
+  const QSignalSpy ratings(controller.get(), &PanelController::rated);
+  controller->rate(QStringLiteral("EPIC-1"), 4, {});
+  controller->rate(QStringLiteral("EPIC-1"), 2, {});
+  QCOMPARE(ratings.count(), 1);
+}
+
+void PanelControllerTest::reportsASecondRatingAfterANewRequest() {
+  const TestWorld world;
+  world.writeData({kRequest});
+  const auto controller = controllerFor(world, settingsWithLogging(world));
+  QSignalSpy ratings(controller.get(), &PanelController::rated);
+  controller->rate(QStringLiteral("EPIC-1"), 4, {});
+  ChangeRow newRequest = kRequest;
+  newRequest.ratingRequest = "Is printing faster?";
+  world.writeData({kRequest, newRequest});
+  controller->reload();
+  // A rating request is shown only after the news.
+  controller->display();
+  QCOMPARE(controller->ratingLayout().ratingRequests.size(), std::size_t{1});
+  controller->rate(QStringLiteral("EPIC-1"), 2, {});
+  QCOMPARE(ratings.count(), 2);
+  QVERIFY(controller->ratingLayout().ratingRequests.empty());
+}
+
 void PanelControllerTest::offersRatingsOnceInASession() {
   const TestWorld world;
   world.writeData({kRequest});
@@ -354,7 +384,7 @@ void PanelControllerTest::reportsAStoreThatCannotBeWritten() {
   settings.settingsFile = obstacle.fileName() + QStringLiteral("/settings.ini");
   settings.firstStart = FirstStart::ShowAll;
   const auto controller = controllerFor(world, settings);
-  const QSignalSpy errors(controller.get(), &PanelController::stateErrorChanged);
+  const QSignalSpy errors(controller.get(), &PanelController::errorsChanged);
   QVERIFY(!controller->stateError().isEmpty());
   // Although the store cannot be written, items and changes that were shown count as seen until the
   // program ends.

@@ -60,6 +60,42 @@ const ChangeRow kRating{.version = "4.3",
                         .ratingRequest = "RequestRating",
                         .description = "Rate it"};
 
+const ChangeRow kScannerRating{.version = "4.3",
+                               .groupingID = "EPIC-2",
+                               .ratingRequest = "RequestRating",
+                               .description = "Rate it, too"};
+
+/// Returns the keys of the features whose cards `page` shows.
+QStringList visibleCards(const RatingPage& page) {
+  QStringList keys;
+  for (const RatingCard* card : page.findChildren<RatingCard*>())
+    if (card->isVisible()) keys.append(card->itemKey());
+  return keys;
+}
+
+/// Presses Tab until the focus returns to the widget that has it. Returns the widgets that receive
+/// the focus.
+QSet<QWidget*> widgetsReachedByTab() {
+  constexpr int kMaximumKeys = 100;
+  QSet<QWidget*> reached;
+  const QWidget* const first = QApplication::focusWidget();
+  for (int i = 0; i < kMaximumKeys; ++i) {
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+    reached.insert(QApplication::focusWidget());
+    if (QApplication::focusWidget() == first) break;
+  }
+  return reached;
+}
+
+QStringList sortedNames(const QSet<QWidget*>& widgets) {
+  QStringList names;
+  for (const QWidget* widget : widgets) {
+    names.append(QLatin1String(widget->metaObject()->className()) + u' ' + widget->objectName());
+  }
+  names.sort();
+  return names;
+}
+
 /// Receives the links that the panel would otherwise open in a browser.
 class Browser : public QObject {
   Q_OBJECT
@@ -144,10 +180,12 @@ class PanelWidgetTest : public QObject {
   void controlAndPOpensThePrintDialog();
   void opensLinksInTheBrowser();
   void keyboardReachesEveryControl();
+  void keyboardReachesEveryControlOfTheRatingPage();
   void reloadKeepsThePanelOpen();
   void reportsAStoreThatCannotBeWritten();
   void reportsThatTheHostCannotStoreTheState();
   void aDismissedMessageStaysDismissed();
+  void aDismissedMessageStaysDismissedInANewLanguage();
   void reportsAMissingDataFile();
   void followsTheLanguage();
   void followsThePalette();
@@ -157,6 +195,8 @@ class PanelWidgetTest : public QObject {
   void showsRatingsInPlaceOfTheNews();
   void theNewsRemainAfterAVisitToTheRatings();
   void storesARating();
+  void twoPanelsReportOneRating();
+  void aRatingInOnePanelLeavesTheNewsInAnother();
   void hasNoChoiceOfPagesWithoutRatings();
   void twoPanelsShowTheSameNews();
   void twoObjectsOfOneApplicationAreIndependent();
@@ -173,6 +213,7 @@ class PanelWidgetTest : public QObject {
   Widget& find(const char* name) const {
     return *panel_->findChild<Widget*>(QLatin1String(name));
   }
+  QSet<QWidget*> visibleControls() const;
   QString news() const { return find<NewsPage>("newsPage").toPlainText(); }
 
   std::unique_ptr<TestWorld> world_;
@@ -205,6 +246,15 @@ Settings PanelWidgetTest::settingsWithRatings() const {
   Settings settings = world_->settings();
   settings.usageLogging = [] { return true; };
   return settings;
+}
+
+QSet<QWidget*> PanelWidgetTest::visibleControls() const {
+  QSet<QWidget*> controls;
+  for (QWidget* const widget : panel_->findChildren<QWidget*>()) {
+    const bool isControl = (widget->focusPolicy() & Qt::TabFocus) != 0;
+    if (isControl && widget->isVisible()) controls.insert(widget);
+  }
+  return controls;
 }
 
 void PanelWidgetTest::displaysTheNewsWhenItBecomesVisible() {
@@ -287,14 +337,39 @@ void PanelWidgetTest::opensLinksInTheBrowser() {
 }
 
 void PanelWidgetTest::keyboardReachesEveryControl() {
+  world_->writeData({kFaster, kLink, kRating});
+  Settings settings = settingsWithRatings();
+  settings.announcesUpdates = true;
+  open(settings);
+  whatsNew_->setStateError(QStringLiteral("the disk is full"));
+  QTest::keyClick(panel_.get(), Qt::Key_F, Qt::ControlModifier);
+  QTest::keyClicks(QApplication::focusWidget(), QStringLiteral("map"));
+  const QSet<QWidget*> reached = widgetsReachedByTab();
+  QCOMPARE(sortedNames(reached), sortedNames(visibleControls()));
+  for (const char* name :
+       {"announce", "closeSearch", "dismiss", "myVersions", "news", "newsPage", "nextMatch",
+        "onlyNew", "previousMatch", "print", "search", "searchField", "thisPlatform"})
+    QVERIFY2(reached.contains(&find<QWidget>(name)), name);
+}
+
+void PanelWidgetTest::keyboardReachesEveryControlOfTheRatingPage() {
+  world_->writeData({kRating});
   open(settingsWithRatings());
-  QSet<QString> reached;
-  for (int i = 0; i < 20; ++i) {
-    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
-    reached.insert(QApplication::focusWidget()->objectName());
-  }
-  for (const char* name : {"newsPage", "search", "print", "onlyNew", "thisPlatform", "myVersions"})
-    QVERIFY2(reached.contains(QLatin1String(name)), name);
+  find<QWidget>("news").setFocus();
+  const auto press = [](Qt::Key key) { QTest::keyClick(QApplication::focusWidget(), key); };
+  press(Qt::Key_Right);
+  auto& page = find<RatingPage>("ratingPage");
+  QVERIFY(page.isVisible());
+  // Move the focus to the first choice. Select the second choice, because the button that sends the
+  // rating is disabled until the user has selected a choice.
+  press(Qt::Key_Space);
+  press(Qt::Key_Space);
+  press(Qt::Key_Right);
+  const QSet<QWidget*> reached = widgetsReachedByTab();
+  QCOMPARE(sortedNames(reached), sortedNames(visibleControls()));
+  for (const char* name : {"ratings", "comment", "send"})
+    QVERIFY2(reached.contains(&find<QWidget>(name)), name);
+  QVERIFY(reached.contains(page.findChildren<QRadioButton*>().at(1)));
 }
 
 void PanelWidgetTest::reloadKeepsThePanelOpen() {
@@ -337,12 +412,34 @@ void PanelWidgetTest::aDismissedMessageStaysDismissed() {
   QVERIFY(!find<QWidget>("messageBar").isVisible());
 }
 
+void PanelWidgetTest::aDismissedMessageStaysDismissedInANewLanguage() {
+  QFile::remove(world_->dataFile());
+  open();
+  whatsNew_->setStateError(QStringLiteral("the disk is full"));
+  const QString english = find<QLabel>("message").text();
+  find<QAbstractButton>("dismiss").click();
+  QTranslator german;
+  QVERIFY(german.load(QStringLiteral(":/ornwhatsnewqt/ornwhatsnew_de.qm")));
+  QCoreApplication::installTranslator(&german);
+  QTRY_VERIFY(find<QLabel>("message").text() != english);
+  QVERIFY(!find<QWidget>("messageBar").isVisible());
+  // A new error is shown.
+  whatsNew_->setStateError(QStringLiteral("the disk is read-only"));
+  QVERIFY(find<QWidget>("messageBar").isVisible());
+}
+
 void PanelWidgetTest::reportsAMissingDataFile() {
   QFile::remove(world_->dataFile());
   open();
   QVERIFY(find<QWidget>("messageBar").isVisible());
   QVERIFY(find<QLabel>("message").text().contains(world_->dataFile()));
   world_->writeData({kFaster});
+  whatsNew_->refresh();
+  QVERIFY(!find<QWidget>("messageBar").isVisible());
+  QFile::remove(world_->dataFile());
+  whatsNew_->refresh();
+  QVERIFY(find<QWidget>("messageBar").isVisible());
+  find<QAbstractButton>("dismiss").click();
   whatsNew_->refresh();
   QVERIFY(!find<QWidget>("messageBar").isVisible());
 }
@@ -429,6 +526,45 @@ void PanelWidgetTest::storesARating() {
   find<QRadioButton>("news").click();
   find<QRadioButton>("ratings").click();
   QVERIFY(find<QLabel>("thanks").isVisible());
+}
+
+void PanelWidgetTest::twoPanelsReportOneRating() {
+  world_->addScanner();
+  world_->writeData({kRating, kScannerRating});
+  open(settingsWithRatings());
+  const QSignalSpy spy(whatsNew_.get(), &WhatsNew::rated);
+  PanelWidget second(whatsNew_.get());
+  second.show();
+  second.showRatings();
+  panel_->showRatings();
+  auto& firstPage = find<RatingPage>("ratingPage");
+  auto& secondPage = *second.findChild<RatingPage*>();
+  auto& obsoleteSend = *secondPage.findChild<QPushButton*>(QStringLiteral("send"));
+  secondPage.findChildren<QRadioButton*>().at(1)->click();
+  firstPage.findChildren<QRadioButton*>().at(4)->click();
+  firstPage.findChild<QPushButton*>(QStringLiteral("send"))->click();
+  QVERIFY(firstPage.findChild<QLabel*>(QStringLiteral("thanks"))->isVisible());
+  QCOMPARE(visibleCards(firstPage),
+           (QStringList{QStringLiteral("EPIC-1"), QStringLiteral("EPIC-2")}));
+  QCOMPARE(visibleCards(secondPage), QStringList{QStringLiteral("EPIC-2")});
+  // The widgets of the obsolete card exist until the event loop runs.
+  obsoleteSend.click();
+  QCOMPARE(spy.size(), 1);
+}
+
+void PanelWidgetTest::aRatingInOnePanelLeavesTheNewsInAnother() {
+  world_->writeData({kFaster, kRating});
+  open(settingsWithRatings());
+  PanelWidget second(whatsNew_.get());
+  second.show();
+  auto& page = find<NewsPage>("newsPage");
+  page.selectAll();
+  second.showRatings();
+  auto& ratingPage = *second.findChild<RatingPage*>();
+  ratingPage.findChildren<QRadioButton*>().at(4)->click();
+  ratingPage.findChild<QPushButton*>(QStringLiteral("send"))->click();
+  QVERIFY(ratingPage.findChild<QLabel*>(QStringLiteral("thanks"))->isVisible());
+  QVERIFY(page.textCursor().hasSelection());
 }
 
 void PanelWidgetTest::hasNoChoiceOfPagesWithoutRatings() {

@@ -2,12 +2,17 @@
 
 #include <memory>
 
+#include <QtGui/QTextBlock>
 #include <QtTest/QTest>
 #include <QtWidgets/QAbstractButton>
 #include <QtWidgets/QLabel>
 #include <QtWidgets/QLineEdit>
+#include <QtWidgets/QScrollBar>
 #include <QtWidgets/QTextEdit>
 #include <QtWidgets/QVBoxLayout>
+
+#include "ornwhatsnewqt/src/NewsPage.h"
+#include "tests/ornwhatsnewqt/TestLayout.h"
 
 namespace {
 
@@ -21,11 +26,16 @@ class SearchBarTest : public QObject {
   void cleanup();
   void selectsTheFirstMatchWhileTheUserTypes();
   void ignoresCase();
+  void ignoresInvisibleCharacters();
+  void findsATitleWithItsLabel();
+  void beginsAtTheTopOfTheView();
   void enterSelectsTheNextMatchAndBeginsAgain();
   void shiftAndEnterSelectThePreviousMatch();
   void theButtonsSelectMatches();
   void reportsThatThereIsNoMatch();
   void searchesANewDocument();
+  void keepsTheSelectedMatchWhenItIsOpenedAgain();
+  void keepsTheSelectionIfTheFieldIsEmpty();
   void closingReturnsTheFocusToTheView();
 
  private:
@@ -82,6 +92,41 @@ void SearchBarTest::ignoresCase() {
   QCOMPARE(result(), QStringLiteral("1 of 3"));
 }
 
+void SearchBarTest::ignoresInvisibleCharacters() {
+  view_->setPlainText(QStringLiteral("\u200EMap \u2060UNLOCKED, m\u00ADap"));
+  field_->setText(QStringLiteral("p unlo\u2060cked"));
+  QCOMPARE(view_->textCursor().selectedText(), QStringLiteral("p \u2060UNLOCKED"));
+  field_->clear();
+  field_->setText(QStringLiteral("map"));
+  QCOMPARE(result(), QStringLiteral("1 of 2"));
+  QCOMPARE(selectionStart(), 1);
+  QTest::keyClick(field_, Qt::Key_Return);
+  QCOMPARE(view_->textCursor().selectedText(), QStringLiteral("m\u00ADap"));
+  field_->setText(QStringLiteral("\u2060"));
+  QVERIFY(!view_->textCursor().hasSelection());
+}
+
+void SearchBarTest::findsATitleWithItsLabel() {
+  using ornwhatsnewqt::PanelStyle;
+  ornwhatsnewqt::NewsPage page;
+  page.showLayout(test_support::TestLayout().title(u"Map", u"UNLOCKED").layout(),
+                  PanelStyle(page.palette(), page.font()));
+  SearchBar bar(&page, nullptr);
+  bar.findChild<QLineEdit*>()->setText(QStringLiteral("Map UNLOCKED"));
+  QVERIFY(page.textCursor().hasSelection());
+  QCOMPARE(page.textCursor().selectionEnd(), page.toPlainText().size());
+}
+
+void SearchBarTest::beginsAtTheTopOfTheView() {
+  view_->setPlainText(QStringLiteral("A map\n").repeated(500));
+  QScrollBar& scrollBar = *view_->verticalScrollBar();
+  scrollBar.setValue(scrollBar.maximum() / 2);
+  const int top = view_->cursorForPosition(QPoint(0, 0)).block().position();
+  QVERIFY(top > 0);
+  type(QStringLiteral("map"));
+  QCOMPARE(selectionStart(), top + 2);
+}
+
 void SearchBarTest::enterSelectsTheNextMatchAndBeginsAgain() {
   type(QStringLiteral("map"));
   QCOMPARE(selectionStart(), 0);
@@ -121,11 +166,31 @@ void SearchBarTest::reportsThatThereIsNoMatch() {
 
 void SearchBarTest::searchesANewDocument() {
   type(QStringLiteral("map"));
-  view_->setPlainText(QStringLiteral("One map"));
-  bar_->refresh();
-  QCOMPARE(result(), QStringLiteral("1 of 1"));
   QTest::keyClick(field_, Qt::Key_Return);
+  view_->setPlainText(QStringLiteral("One map, two maps and no more maps"));
+  bar_->refresh();
+  QCOMPARE(result(), QStringLiteral("1 of 3"));
   QCOMPARE(selectionStart(), 4);
+  QTest::keyClick(field_, Qt::Key_Return);
+  QCOMPARE(selectionStart(), 13);
+}
+
+void SearchBarTest::keepsTheSelectedMatchWhenItIsOpenedAgain() {
+  type(QStringLiteral("map"));
+  QTest::keyClick(field_, Qt::Key_Return);
+  bar_->endSearch();
+  bar_->startSearch();
+  QCOMPARE(result(), QStringLiteral("2 of 3"));
+  QCOMPARE(selectionStart(), 5);
+  QTest::keyClick(field_, Qt::Key_Return);
+  QCOMPARE(selectionStart(), 13);
+}
+
+void SearchBarTest::keepsTheSelectionIfTheFieldIsEmpty() {
+  bar_->endSearch();
+  view_->selectAll();
+  bar_->startSearch();
+  QVERIFY(view_->textCursor().hasSelection());
 }
 
 void SearchBarTest::closingReturnsTheFocusToTheView() {

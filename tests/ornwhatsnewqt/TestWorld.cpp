@@ -21,6 +21,13 @@ TestWorld::TestWorld() : features_(std::make_shared<FixedFeatureService>()) {
                  true, true);
 }
 
+void TestWorld::addScanner() const {
+  features_->Add(
+      "app.scanner",
+      BetaFeature("EPIC-2", u"Scanner", u"Reads labels.", VisibilityInAllClientApps::kUnlabelled),
+      true, true);
+}
+
 TestWorld::~TestWorld() {
   ornappsupport::ResetServices();
 }

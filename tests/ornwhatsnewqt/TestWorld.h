@@ -50,6 +50,9 @@ class TestWorld {
   /// Returns the path of a file in the folder.
   QString filePath(const QString& name) const { return folder_.filePath(name); }
 
+  /// Adds the feature "EPIC-2", which is called "Scanner".
+  void addScanner() const;
+
   ornappsupport::feature::FixedFeatureService& features() { return *features_; }
 
  private:

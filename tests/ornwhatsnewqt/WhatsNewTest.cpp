@@ -26,6 +26,8 @@ using test_support::ChangeRow;
 using test_support::TestWorld;
 
 const ChangeRow kMapChange{.version = "4.3", .groupingID = "EPIC-1", .description = "Faster map"};
+const ChangeRow kScannerChange{
+    .version = "4.3", .groupingID = "EPIC-2", .description = "Reads faster"};
 
 /// Returns the open window, or null if no window is open.
 QDialog* openWindow() {
@@ -46,6 +48,8 @@ class WhatsNewTest : public QObject {
   void theActionShowsADotIfOnlyAFeatureIsNew();
   void thePanelClearsTheNumber();
   void refreshUpdatesTheActions();
+  void refreshReadsTheBetaFeaturesAgain();
+  void refreshShowsANewBetaFeatureInTheOpenPanel();
   void escapeClosesTheWindowAndReturnsTheFocus();
   void aSecondTriggerKeepsTheWindow();
   void aClosedWindowIsDeleted();
@@ -102,6 +106,28 @@ void WhatsNewTest::refreshUpdatesTheActions() {
   world_->writeData({kMapChange, other});
   whatsNew.refresh();
   QCOMPARE(whatsNew.showAction()->text(), QStringLiteral("What's New (2)"));
+}
+
+void WhatsNewTest::refreshReadsTheBetaFeaturesAgain() {
+  world_->writeData({kMapChange, kScannerChange});
+  WhatsNew whatsNew(world_->dataFile(), world_->settings());
+  QCOMPARE(whatsNew.showAction()->text(), QStringLiteral("What's New (1)"));
+  world_->addScanner();
+  whatsNew.refresh();
+  QCOMPARE(whatsNew.showAction()->text(), QStringLiteral("What's New (2)"));
+}
+
+void WhatsNewTest::refreshShowsANewBetaFeatureInTheOpenPanel() {
+  world_->writeData({kMapChange, kScannerChange});
+  WhatsNew whatsNew(world_->dataFile(), world_->settings());
+  whatsNew.showAction()->trigger();
+  const auto* const page = openWindow()->findChild<QTextBrowser*>();
+  QVERIFY(!page->toPlainText().contains(QStringLiteral("Reads faster")));
+  world_->addScanner();
+  whatsNew.refresh();
+  QVERIFY(page->toPlainText().contains(QStringLiteral("Scanner")));
+  QVERIFY(page->toPlainText().contains(QStringLiteral("Reads faster")));
+  QVERIFY(page->toPlainText().contains(QStringLiteral("Faster map")));
 }
 
 void WhatsNewTest::escapeClosesTheWindowAndReturnsTheFocus() {
