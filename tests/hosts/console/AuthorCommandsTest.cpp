@@ -65,8 +65,12 @@ TEST_F(AuthorCommands, ImportWritesNothingIfTheTableHasAnError) {
   const auto result = Run({"import", PathOf("table.csv"), "--output", PathOf("data.csv")});
   EXPECT_EQ(kInput, result.exitStatus);
   EXPECT_THAT(result.errors, HasSubstr("table.csv:1: the column 'Owner' is unknown"));
-  EXPECT_THAT(result.errors, HasSubstr("separated by semicolons; nothing was written"));
+  EXPECT_THAT(result.errors,
+              HasSubstr("found one error in the table, whose columns are separated by "
+                        "semicolons; nothing was written"));
   EXPECT_EQ("old", ReadFile("data.csv"));
+  folder_.Write("table.csv", "Grouping ID,Message,Owner\n,a,b\n");
+  EXPECT_THAT(Run({"import", PathOf("table.csv")}).errors, HasSubstr("separated by commas;"));
 }
 
 TEST_F(AuthorCommands, ImportReportsFilesThatItCannotUse) {
