@@ -177,9 +177,9 @@ void CheckHeaderOrder(LintContext& context) {
     if (IsNameOf(name, kDataColumns[i]) || column == kDataColumns.end()) continue;
     const std::string message = "the name " + Quoted(name) + " belongs to column " +
                                 std::to_string(column - kDataColumns.begin() + 1) +
-                                ", but the library reads column " + std::to_string(i + 1) + " as " +
-                                Quoted(kDataColumns[i].header) +
-                                "; put the columns in the order given in ornwhatsnew(5)";
+                                ", but the library reads column " + std::to_string(i + 1) +
+                                " as \"" + std::string(kDataColumns[i].header) +
+                                "\"; put the columns in the order given in ornwhatsnew(5)";
     context.ReportField(LintCode::kHeaderOrder, row, static_cast<DataColumn>(i), message);
     context.File().IgnoreHeaderNames();
     return;

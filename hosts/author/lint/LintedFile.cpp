@@ -103,12 +103,10 @@ std::size_t LintedFile::OffsetOf(const LintRow& row) const {
 Place LintedFile::PlaceOf(const LintRow& row, std::size_t begin, std::size_t end) const {
   std::string_view text = row.data.text;
   while (text.ends_with('\r')) text.remove_suffix(1);
-  begin = std::min(begin, text.size());
-  end = std::clamp(end, begin, text.size());
   const std::size_t mark =
       OffsetOf(row) == 0 ? text.size() - common::WithoutByteOrderMark(text).size() : 0;
-  begin = std::max(begin, mark);
-  end = std::max(end, mark);
+  begin = std::clamp(begin, mark, text.size());
+  end = std::clamp(end, begin, text.size());
   const std::size_t column = 1 + CountCodePoints(text.substr(mark, begin - mark));
   const std::size_t line = row.data.lineNumber;
   return {line, column, line, column + CountCodePoints(text.substr(begin, end - begin))};

@@ -86,6 +86,13 @@ TEST(GettextCatalog, RefusesAStringThatDoesNotEndWithNUL) {
   EXPECT_THAT(ErrorOf(bytes), HasSubstr("does not end with NUL"));
 }
 
+TEST(GettextCatalog, RefusesATableOutsideOfTheFile) {
+  std::string bytes = CatalogBytes({Properties(), {InContext("$$$/a", "One"), "Eins"}});
+  // The offset of the first table is at offset 12.
+  bytes[14] = '\x7F';
+  EXPECT_THAT(ErrorOf(bytes), HasSubstr("a table is outside of the file"));
+}
+
 TEST(GettextCatalog, RefusesEveryDamagedNumberAndEveryPrefix) {
   const std::string good = CatalogBytes({Properties(), {InContext("$$$/a", "One"), "Eins"}});
   for (std::size_t size = 0; size < good.size(); ++size) {

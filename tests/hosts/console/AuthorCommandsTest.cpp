@@ -249,6 +249,14 @@ TEST_F(AuthorCommands, AddReportsItsOwnMistakeEvenIfManyRowsHaveIt) {
   EXPECT_THAT(result.errors, HasSubstr("found one error in the new row; nothing was written\n"));
 }
 
+TEST_F(AuthorCommands, AddRequiresAHeaderRow) {
+  folder_.Write("data.csv", "4.3,MISC\n");
+  const auto result = Run({"add", PathOf("data.csv"), "--grouping-id", "MISC", "--app-version",
+                           "25.1", "--message", "new"});
+  EXPECT_EQ(kInput, result.exitStatus);
+  EXPECT_THAT(result.errors, HasSubstr("data.csv: the file has no header row with ten columns"));
+}
+
 TEST_F(AuthorCommands, AddRefusesAFileThatLintCannotJudge) {
   folder_.Write("data.csv", "a,a,a,a,a,a,a,a,a,a\n;;;;;;;;;\n;;;;;;;;;\n;;;;;;;;;\n");
   const auto result = Run({"add", PathOf("data.csv"), "--grouping-id", "MISC", "--app-version",

@@ -31,6 +31,11 @@ TEST(LintRules, TranslatedHeaderIsAHeader) {
               Not(Contains("header-missing")));
 }
 
+TEST(LintRules, FiveColumnNamesInAnotherLanguageAreAShortHeader) {
+  EXPECT_THAT(CodesOf(LintText("Fassung,Gruppe,Vorgang,Rang,Frage\n4.3,MISC,ORN-1,,,,,,,Text\n")),
+              Contains("header-width"));
+}
+
 TEST(LintRules, NamesTheFirstWrongColumnOfTheHeader) {
   const LintReport report = LintText(
       "Jira ID,Grouping ID,App Version,Salience,Rating,First Version,Platform,URL,Commit,"
@@ -149,6 +154,16 @@ TEST(LintRules, AWordThatIsNoQuestionIsNoRatingRequest) {
                 Contains("rating-request-word"))
         << word;
   }
+}
+
+TEST(LintRules, AShortQuestionIsARatingRequest) {
+  EXPECT_THAT(CodesOf(LintText(kHeaderRows + "4.3,MAP-7,ORN-1,,RequestRatin?,,,,,Text\n")),
+              Not(Contains("rating-request-word")));
+}
+
+TEST(LintRules, FindsAKeywordBeforeAnotherWord) {
+  EXPECT_THAT(CodesOf(LintText(kHeaderRows + "4.3,MISC,ORN-1,Headline now,,,,,,Text\n")),
+              testing::ElementsAre("salience-two-words"));
 }
 
 TEST(LintRules, FindsClosingTagsInAnyLetterCase) {
