@@ -23,9 +23,9 @@
 
 namespace orncore::config {
 
-/// The contexts of a host. The values are bits and can be combined. A registration belongs to any
-/// number of contexts. A context is live from the `InitializeContexts` call that starts it to the
-/// `ShutdownContexts` call that ends it.
+/// The contexts of a host. The values are bits and can be combined. A registration can belong to
+/// several contexts, or to none. A context is live from the `InitializeContexts` call that starts
+/// it to the `ShutdownContexts` call that ends it.
 enum class EInitializerContextFlags : std::uint32_t {
   /// No context.
   kNone = 0,
@@ -54,7 +54,7 @@ constexpr EInitializerContextFlags operator&(EInitializerContextFlags a,
 /// The content of a registration. Only the implementation uses this type.
 struct InitializerRegistration;
 
-/// Registers a pair of functions for one or more contexts. The registration ends when the object is
+/// Registers a pair of functions for any number of contexts. The registration ends when the object is
 /// destroyed.
 ///
 /// The initialise function runs when the first context of the registration becomes live. If one of

@@ -18,7 +18,9 @@ namespace orncore::debug {
 /// Replaces the sink. An empty function restores the default, which writes to standard error. A
 /// thread that is logging during the call may still use the previous sink.
 ///
-/// The sink receives each line as UTF-8 without a line end. The view is valid during the call.
+/// The sink receives each line as it was passed to `Log`, without an additional line end. The line
+/// can contain control characters or ill-formed UTF-8, for example in the message of an exception.
+/// The view is valid during the call.
 /// Several threads may call the sink at the same time.
 ///
 /// If memory runs out, throws `std::bad_alloc` and keeps the previous sink.

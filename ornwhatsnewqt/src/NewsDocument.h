@@ -40,9 +40,9 @@ class NewsDocument : public QTextDocument {
 
   /// The format properties that `NewsDecoration` reads.
   enum Property {
-    /// Of a block: an `ItemPart`. A block outside of items has none.
+    /// The `ItemPart` of a block. Blocks outside of items do not have this property.
     Part = QTextFormat::UserProperty + 1,
-    /// Of characters: whether they are part of a label, which needs a box.
+    /// Whether characters are part of a label, which needs a box.
     IsLabel,
   };
 

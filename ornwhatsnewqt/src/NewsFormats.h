@@ -30,8 +30,9 @@ inline constexpr int kCardRadius = 10;
 /// The maximum width of a page. Longer lines are hard to read.
 inline constexpr int kMaximumColumnWidth = 820;
 
-/// The formats of a `NewsDocument`. Each format is created only once, except the formats of links,
-/// because creating a format takes longer than inserting a span.
+/// The formats of a `NewsDocument`. Creates each format only once, because creating a format takes
+/// longer than inserting a span. Does not keep the formats of links, because each link has its own
+/// target.
 class NewsFormats {
  public:
   explicit NewsFormats(const PanelStyle& style);

@@ -227,7 +227,7 @@ TEST(Arguments, FixIsSafeUnlessItsValueIsAll) {
   EXPECT_EQ(std::nullopt, ParseAs<LintArguments>({"lint", "d"}).fix);
   EXPECT_EQ(author::FixScope::kSafe, ParseAs<LintArguments>({"lint", "d", "--fix"}).fix);
   EXPECT_EQ(author::FixScope::kAll, ParseAs<LintArguments>({"lint", "d", "--fix=all"}).fix);
-  EXPECT_EQ("--fix: 'some' is not 'all'. Run 'ornwhatsnew lint --help' for usage.",
+  EXPECT_EQ("--fix: the value 'some' is not 'all'. Run 'ornwhatsnew lint --help' for usage.",
             ErrorOf({"lint", "d", "--fix=some"}));
 }
 
