@@ -55,8 +55,8 @@ class Importer {
       const std::optional<DataColumn> column = FindColumn(cell.text);
       if (!column && !cell.text.empty()) {
         AddError(cell.line, "the column '" + common::WithoutMiddle(cell.text) +
-                                "' is unknown; remove it, or give it one of the column names of "
-                                "ornwhatsnew(5)");
+                                "' is unknown; remove it, or rename it to a column that "
+                                "ornwhatsnew(5) lists");
       } else if (column && HasColumn(*column)) {
         AddError(cell.line,
                  "there are two columns named " + QuotedHeader(*column) + "; remove one");

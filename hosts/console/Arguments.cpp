@@ -91,7 +91,9 @@ constexpr const char* kLintExitStatusHelp = R"(Exit status of lint:
 std::optional<author::FixScope> ParseFixScope(const std::string& word) {
   if (word.empty()) return std::nullopt;
   if (word == "true") return author::FixScope::kSafe;
-  if (word != "all") throw CLI::ValidationError("--fix", "the value '" + word + "' is not 'all'");
+  if (word != "all")
+    throw CLI::ValidationError("--fix",
+                               "invalid value '" + word + "'; write '--fix' or '--fix=all'");
   return author::FixScope::kAll;
 }
 

@@ -54,8 +54,8 @@ constexpr EInitializerContextFlags operator&(EInitializerContextFlags a,
 /// The content of a registration. Only the implementation uses this type.
 struct InitializerRegistration;
 
-/// Registers a pair of functions for any number of contexts. The registration ends when the object is
-/// destroyed.
+/// Registers a pair of functions for any number of contexts. The registration ends when the object
+/// is destroyed.
 ///
 /// The initialise function runs when the first context of the registration becomes live. If one of
 /// the contexts is already live, the constructor runs the function.

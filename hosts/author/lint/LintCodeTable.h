@@ -314,7 +314,7 @@ inline constexpr auto kLintCodes = std::to_array<LintCodeInfo>({
      "The salience HideBetaFeature hides the whole feature and all its changes from everyone.",
      "Delete the other changes, or the salience."},
     {LintCode::kInternalWithFeatureKey, "internal-with-feature-key", Severity::kWarning,
-     "INTERNAL with the key of a feature",
+     "the grouping ID is INTERNAL, and the story ID is the key of a feature",
      "The grouping ID INTERNAL takes precedence over the third column. Only internal users see "
      "the change, in the section INTERNAL.",
      "If external users should see the change, write the key of the feature into the second "

@@ -227,8 +227,10 @@ TEST(Arguments, FixIsSafeUnlessItsValueIsAll) {
   EXPECT_EQ(std::nullopt, ParseAs<LintArguments>({"lint", "d"}).fix);
   EXPECT_EQ(author::FixScope::kSafe, ParseAs<LintArguments>({"lint", "d", "--fix"}).fix);
   EXPECT_EQ(author::FixScope::kAll, ParseAs<LintArguments>({"lint", "d", "--fix=all"}).fix);
-  EXPECT_EQ("--fix: the value 'some' is not 'all'. Run 'ornwhatsnew lint --help' for usage.",
-            ErrorOf({"lint", "d", "--fix=some"}));
+  EXPECT_EQ(
+      "--fix: invalid value 'some'; write '--fix' or '--fix=all'. Run 'ornwhatsnew lint --help' "
+      "for usage.",
+      ErrorOf({"lint", "d", "--fix=some"}));
 }
 
 TEST(Arguments, NameAnUnknownCommandOrOption) {
