@@ -10,6 +10,7 @@
 #include <QtWidgets/QHBoxLayout>
 #include <QtWidgets/QLabel>
 #include <QtWidgets/QLineEdit>
+#include <QtWidgets/QScrollBar>
 #include <QtWidgets/QTextEdit>
 
 #include <ornwhatsnew/WhatsNewTypes.h>
@@ -63,6 +64,8 @@ SearchBar::SearchBar(QTextEdit* view, QWidget* parent)
 
 void SearchBar::startSearch() {
   refresh();
+  start_.reset();
+  search();
   show();
   field_->selectAll();
   field_->setFocus(Qt::ShortcutFocusReason);
@@ -86,15 +89,29 @@ void SearchBar::refresh() {
   closeButton_->setNames(localizedText(strings::kCloseSearch),
                          localizedText(strings::kCloseSearchDescription),
                          QKeySequence(Qt::Key_Escape));
-  search();
+  findMatches();
+  if (matches_.empty()) {
+    current_ = 0;
+    start_.reset();
+  } else {
+    current_ = std::min(current_, matches_.size() - 1);
+    start_ = matches_[current_].begin;
+    // A view with the focus can show the focus of a link, which a selected match would remove.
+    if (!view_->hasFocus()) selectWithoutScrolling();
+  }
+  showResult();
+}
+
+QString SearchBar::pattern() const {
+  QString text = field_->text();
+  text.removeIf(isInvisible);
+  return text;
 }
 
 void SearchBar::findMatches() {
   matches_.clear();
-  current_ = 0;
-  QString pattern = field_->text();
-  pattern.removeIf(isInvisible);
-  if (pattern.isEmpty()) return;
+  const QString searched = pattern();
+  if (searched.isEmpty()) return;
   // An offset in the plain text is a position in the document.
   const QString text = view_->toPlainText();
   QString visible;
@@ -106,17 +123,17 @@ void SearchBar::findMatches() {
     visible.append(text[position]);
     positions.push_back(position);
   }
-  qsizetype found = visible.indexOf(pattern, 0, Qt::CaseInsensitive);
+  qsizetype found = visible.indexOf(searched, 0, Qt::CaseInsensitive);
   while (found >= 0) {
-    const qsizetype end = found + pattern.size();
+    const qsizetype end = found + searched.size();
     matches_.push_back({positions[static_cast<std::size_t>(found)],
                         positions[static_cast<std::size_t>(end - 1)] + 1});
-    found = visible.indexOf(pattern, end, Qt::CaseInsensitive);
+    found = visible.indexOf(searched, end, Qt::CaseInsensitive);
   }
 }
 
-// Without a selection, the search begins at the top of the view, because the text cursor is
-// invisible and at the beginning of each new document.
+// Without a selection, the search begins at the top of the view, because the text cursor is at the
+// beginning of each new document.
 int SearchBar::startOfSearch() const {
   const QTextCursor cursor = view_->textCursor();
   return cursor.hasSelection() ? cursor.selectionStart()
@@ -126,10 +143,12 @@ int SearchBar::startOfSearch() const {
 void SearchBar::search() {
   findMatches();
   if (matches_.empty()) {
+    if (pattern().isEmpty()) start_.reset();
     showResult();
     return;
   }
-  const auto next = std::ranges::lower_bound(matches_, startOfSearch(), {}, &Match::begin);
+  if (!start_) start_ = startOfSearch();
+  const auto next = std::ranges::lower_bound(matches_, *start_, {}, &Match::begin);
   select(next == matches_.end() ? 0 : static_cast<std::size_t>(next - matches_.begin()));
 }
 
@@ -142,11 +161,17 @@ void SearchBar::searchWhileTyping() {
 }
 
 void SearchBar::selectNext() {
-  if (!matches_.empty()) select((current_ + 1) % matches_.size());
+  step(1);
 }
 
 void SearchBar::selectPrevious() {
-  if (!matches_.empty()) select((current_ + matches_.size() - 1) % matches_.size());
+  step(matches_.size() - 1);
+}
+
+void SearchBar::step(std::size_t matches) {
+  if (matches_.empty()) return;
+  select((current_ + matches) % matches_.size());
+  start_ = matches_[current_].begin;
 }
 
 void SearchBar::select(std::size_t match) {
@@ -158,9 +183,16 @@ void SearchBar::select(std::size_t match) {
   showResult();
 }
 
+void SearchBar::selectWithoutScrolling() {
+  QScrollBar* const bar = view_->verticalScrollBar();
+  const int position = bar->value();
+  select(current_);
+  bar->setValue(position);
+}
+
 void SearchBar::showResult() {
   const bool hasMatch = !matches_.empty();
-  const bool hasNoMatch = !hasMatch && !field_->text().isEmpty();
+  const bool hasNoMatch = !hasMatch && !pattern().isEmpty();
   previousButton_->setEnabled(hasMatch);
   nextButton_->setEnabled(hasMatch);
   const auto number = [](std::size_t value) {

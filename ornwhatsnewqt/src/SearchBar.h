@@ -3,6 +3,7 @@
 #define ORNWHATSNEWQT_SRC_SEARCHBAR_H_
 
 #include <cstddef>
+#include <optional>
 #include <vector>
 
 #include <QtWidgets/QWidget>
@@ -32,9 +33,9 @@ class SearchBar : public QWidget {
   /// Hides the bar, and moves the focus to the view. The current match remains selected.
   void endSearch();
 
-  /// Sets the strings of the bar in the current language, and repeats the search. If the selection
-  /// is a match, this match remains selected. Call this function after the language or the document
-  /// of the view has changed.
+  /// Sets the strings of the bar in the current language, and repeats the search. The current match
+  /// keeps its index. Selects this match if the view does not have the focus. Does not scroll. Call
+  /// this function after the language or the document of the view has changed.
   void refresh();
 
   /// Select the next and the previous match. The first match follows the last one. If there is no
@@ -52,11 +53,14 @@ class SearchBar : public QWidget {
     int end;
   };
 
+  QString pattern() const;
   void findMatches();
   int startOfSearch() const;
   void search();
   void searchWhileTyping();
+  void step(std::size_t matches);
   void select(std::size_t match);
+  void selectWithoutScrolling();
   void showResult();
 
   QTextEdit* view_;
@@ -67,6 +71,9 @@ class SearchBar : public QWidget {
   GlyphButton* closeButton_;
   std::vector<Match> matches_;  // in the order of the document
   std::size_t current_ = 0;     // the index of the selected match
+  // The position in the document at which the search begins while the user types. Null until the
+  // first match.
+  std::optional<int> start_;
 };
 
 }  // namespace ornwhatsnewqt

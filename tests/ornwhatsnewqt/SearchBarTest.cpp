@@ -34,6 +34,9 @@ class SearchBarTest : public QObject {
   void theButtonsSelectMatches();
   void reportsThatThereIsNoMatch();
   void searchesANewDocument();
+  void aNewDocumentKeepsTheTextCursorOfAViewWithTheFocus();
+  void aNewDocumentDoesNotScroll();
+  void aCorrectedWordIsFoundAtTheSameMatch();
   void keepsTheSelectedMatchWhenItIsOpenedAgain();
   void keepsTheSelectionIfTheFieldIsEmpty();
   void closingReturnsTheFocusToTheView();
@@ -169,10 +172,41 @@ void SearchBarTest::searchesANewDocument() {
   QTest::keyClick(field_, Qt::Key_Return);
   view_->setPlainText(QStringLiteral("One map, two maps and no more maps"));
   bar_->refresh();
-  QCOMPARE(result(), QStringLiteral("1 of 3"));
-  QCOMPARE(selectionStart(), 4);
-  QTest::keyClick(field_, Qt::Key_Return);
+  QCOMPARE(result(), QStringLiteral("2 of 3"));
   QCOMPARE(selectionStart(), 13);
+  QTest::keyClick(field_, Qt::Key_Return);
+  QCOMPARE(selectionStart(), 30);
+}
+
+void SearchBarTest::aNewDocumentKeepsTheTextCursorOfAViewWithTheFocus() {
+  type(QStringLiteral("map"));
+  view_->setFocus();
+  view_->setPlainText(QStringLiteral("One map, two maps and no more maps"));
+  bar_->refresh();
+  QCOMPARE(result(), QStringLiteral("1 of 3"));
+  QVERIFY(!view_->textCursor().hasSelection());
+}
+
+void SearchBarTest::aNewDocumentDoesNotScroll() {
+  const QString text = QStringLiteral("A map\n").repeated(500);
+  view_->setPlainText(text);
+  type(QStringLiteral("map"));
+  view_->setPlainText(text);
+  QScrollBar& scrollBar = *view_->verticalScrollBar();
+  const int middle = scrollBar.maximum() / 2;
+  scrollBar.setValue(middle);
+  bar_->refresh();
+  QCOMPARE(scrollBar.value(), middle);
+}
+
+void SearchBarTest::aCorrectedWordIsFoundAtTheSameMatch() {
+  type(QStringLiteral("map"));
+  QTest::keyClick(field_, Qt::Key_Return);
+  QTest::keyClick(field_, Qt::Key_X);
+  QCOMPARE(result(), QStringLiteral("No matches"));
+  QTest::keyClick(field_, Qt::Key_Backspace);
+  QCOMPARE(result(), QStringLiteral("2 of 3"));
+  QCOMPARE(selectionStart(), 5);
 }
 
 void SearchBarTest::keepsTheSelectedMatchWhenItIsOpenedAgain() {
