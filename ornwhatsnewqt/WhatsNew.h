@@ -71,6 +71,7 @@ class ORNWHATSNEWQT_EXPORT WhatsNew : public QObject {
  Q_SIGNALS:
   /// The user has rated a feature. `featureKey` is the epic key of the feature, `stars` is between
   /// 1 and 5, and `comment` can be empty. The application should send the rating to its developers.
+  /// Emitted at most once for each feature until `refresh` is called.
   void rated(const QString& featureKey, int stars, const QString& comment);
 
   /// The window with the panel was opened. Not emitted for a `PanelWidget` that the application

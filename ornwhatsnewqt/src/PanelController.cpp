@@ -169,6 +169,8 @@ void PanelController::rate(const QString& featureKey, int stars, const QString& 
   ratedKeys_.insert(featureKey);
   list_.MarkItemHasBeenRated(featureKey.toStdString());
   store_.commit();
+  // Redraw the panels before a host is notified, because its function may open a dialog.
+  Q_EMIT ratingsChanged();
   Q_EMIT rated(featureKey, stars, comment);
   Q_EMIT countChanged();
 }

@@ -121,7 +121,7 @@ void PanelWidget::Impl::connectWidgets() {
     draw();
   });
   connect(controller, &PanelController::countChanged, panel, [this] { updateHeader(); });
-  connect(controller, &PanelController::rated, panel, [this] {
+  connect(controller, &PanelController::ratingsChanged, panel, [this] {
     if (page == PanelPage::Ratings) draw();
   });
   connect(controller, &PanelController::errorsChanged, panel,
