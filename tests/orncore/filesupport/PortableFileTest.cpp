@@ -6,13 +6,12 @@
 #include <string>
 #include <vector>
 
-#include <sys/resource.h>
-
 #include <gtest/gtest.h>
 
 #include <orncore/config/TopLevel.h>
 
 #include "orncore/src/filesupport/RegularFile.h"
+#include "tests/orncore/filesupport/FileFixture.h"
 #include "tests/support/TemporaryFolder.h"
 
 namespace orncore::filesupport {
@@ -62,15 +61,12 @@ TEST_F(PortableFileTest, FailsOnAMissingFile) {
   EXPECT_LT(ResultOf(folder_.Path() / "missing", kNoLimit), 0);
 }
 
-TEST_F(PortableFileTest, FailsOnAFileThatCannotBeOpened) {
-  const fs::path path = folder_.Write("file", "x");
-  rlimit limit{};
-  ASSERT_EQ(::getrlimit(RLIMIT_NOFILE, &limit), 0);
-  const rlimit noMoreFiles{0, limit.rlim_max};
-  ASSERT_EQ(::setrlimit(RLIMIT_NOFILE, &noMoreFiles), 0);
-  const int result = ResultOf(path, kNoLimit);
-  ASSERT_EQ(::setrlimit(RLIMIT_NOFILE, &limit), 0);
-  EXPECT_EQ(result, -EACCES);
+TEST_F(PortableFileTest, FailsOnAnUnreadableFile) {
+  const fs::path path = folder_.Write("secret", "x");
+  fs::permissions(folder_.Path(), fs::perms::all);
+  fs::permissions(path, fs::perms::none);
+  const NotRoot notRoot;
+  EXPECT_EQ(ResultOf(path, kNoLimit), -EACCES);
 }
 
 // Reading /proc/self/mem fails at offset 0, because no memory is mapped at address 0.
