@@ -47,11 +47,11 @@ command_bench() {
     esac
   done
   ((${#subjects[@]} > 0)) || subjects=("${bench_subjects[@]}")
-  ensure_packages bench
-  configure bench
+  ensure_packages bench || return
+  configure bench || return
   say "Building the benchmarks in build/bench (first time: 2 to 4 minutes on two cores)"
   build bench --target benchmarks >&2 || return
-  mkdir -p build/bench/results
+  mkdir -p build/bench/results || return
   for subject in "${subjects[@]}"; do
     say "Measuring: $subject"
     run_benchmark "$subject"
@@ -61,8 +61,8 @@ command_bench() {
   say "Wrote the table to build/bench/table.md and all measurements to build/bench/results/"
 }
 
-# Implements the stage "bench" of ./dev check. Fails if the benchmark of the panel fails. Does not fail if the
-# benchmark misses a goal, because times differ between machines.
+# Implements the stage "bench" of ./dev check. Fails if the benchmark of the panel fails. Does not fail if
+# the benchmark misses a goal, because times differ between machines.
 stage_bench() { command_bench panel; }
 
 # Implements the stage "growth" of ./dev check. Counts instructions, because run times depend on other load
