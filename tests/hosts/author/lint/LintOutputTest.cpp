@@ -148,6 +148,20 @@ TEST(LintSarif, DescribesAFinding) {
   EXPECT_EQ(place["artifactLocation"]["uri"], "data.csv");
   EXPECT_EQ(place["region"],
             json({{"startLine", 3}, {"startColumn", 5}, {"endLine", 3}, {"endColumn", 11}}));
+  EXPECT_FALSE(result.contains("relatedLocations"));
+}
+
+TEST(LintSarif, ListsTheRelatedPlaces) {
+  const std::string header = kHeaderRows.substr(0, kHeaderRows.find('\n') + 1);
+  const json log = json::parse(LintSarif(LintText(kHeaderRows + header)));
+  const json& result = log["runs"].at(0)["results"].at(0);
+  EXPECT_EQ(result["ruleId"], "header-repeated");
+  const json& related = result["relatedLocations"].at(0);
+  EXPECT_EQ(related["id"], 0);
+  EXPECT_EQ(related["message"]["text"], "the first header");
+  const json& place = related["physicalLocation"];
+  EXPECT_EQ(place["artifactLocation"]["uri"], "data.csv");
+  EXPECT_EQ(place["region"], json({{"startLine", 1}, {"startColumn", 1}}));
 }
 
 TEST(LintSarif, EscapesPaths) {
