@@ -111,7 +111,7 @@ class PanelController : public QObject {
   void errorsChanged();
   void announcementDue();  ///< the panel should open now
   void countChanged();     ///< `countNew()`, `canRate()` or the language may have changed
-  void ratingsChanged();  ///< a feature was rated, so its request is obsolete: redraw
+  void ratingsChanged();   ///< a feature was rated, so its request is obsolete: redraw
   /// A feature was rated; see `WhatsNew`.
   void rated(const QString& featureKey, int stars, const QString& comment);
   void linkActivated(const QUrl& url);  ///< see `WhatsNew`
