@@ -47,9 +47,9 @@ std::shared_ptr<ornwhatsnew::FeatureListData> LoadNewsOfNewUser(Preferences& pre
   return list;
 }
 
-// Starts loading the list on another thread. Until the get() of the returned future ends, no other
-// thread may use the preferences or replace a service. Afterwards, only the thread that called
-// get() may use the list.
+// Starts loading the list on another thread. Until get() of the returned future returns, only that
+// thread may use the preferences, and no thread may replace a service. Afterwards, only the thread
+// that called get() may use the list.
 std::future<std::shared_ptr<ornwhatsnew::FeatureListData>> StartLoadingNews(
     Preferences& preferences) {
   return std::async(std::launch::async, [&preferences] { return LoadNews(preferences); });
@@ -78,8 +78,8 @@ void ShowPanel(ornwhatsnew::FeatureListData& list, ornwhatsnew::DisplayOptions o
   }
 }
 
-// Draws a span of a paragraph and its link. A graphical application would use the font and the
-// colour of the style.
+// Draws a span and its link. A graphical application would use the font and the colour of the
+// style.
 void DrawSpan(std::string_view text, std::optional<ornwhatsnew::StyleID> style,
               const std::string& link) {
   const std::string_view mark = style == ornwhatsnew::kStyleFeatureTitle ? "**" : "";

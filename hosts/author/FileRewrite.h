@@ -12,9 +12,9 @@ namespace hosts::author {
 // All functions in this header follow symbolic links. They keep the mode of an existing file as
 // `FileReplacement::CopyModeAndOwner` does, and lock an existing file until they return. If another
 // program has locked the file, they wait up to 5 seconds. On failure, they throw
-// `std::system_error`, and the file is unchanged. If only the sync of its folder fails, the file
-// already has its new content. A killed program can leave the file "ornwhatsnew-NUMBER.tmp" in the
-// folder.
+// `std::system_error` and leave the file unchanged. However, if only the sync of the folder fails,
+// the file already has its new content. A killed program can leave the file
+// "ornwhatsnew-NUMBER.tmp" in the folder.
 
 /// Replaces the content of `file` with `bytes`. Creates the file if it does not exist.
 void WriteWholeFile(const std::filesystem::path& file, std::string_view bytes);

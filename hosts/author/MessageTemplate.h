@@ -34,8 +34,8 @@ class MessageTemplate {
   /// Returns the template in the format of a PO file, in UTF-8.
   std::string Format() const;
 
-  /// Returns a warning for each key text that was omitted because it contains a NUL, or because the
-  /// entry with the same key has a different default text.
+  /// Returns the warnings about omitted key texts. A key text is omitted with a warning if it
+  /// contains a NUL, or if its key already has a different default text.
   const std::vector<std::string>& Warnings() const { return warnings_; }
 
  private:

@@ -34,7 +34,7 @@ struct Spreadsheet {
 
 /// Reads a table from `text` (UTF-8). Throws `InputError` if a quote is missing or misplaced.
 ///
-/// If the first line is "sep=" followed by one ASCII character except a double quote, this
+/// If the first line is "sep=" followed by one ASCII character other than a double quote, this
 /// character is the separator. Some spreadsheet programs write such a line. Otherwise, the
 /// separator is a comma, a semicolon or a tab. The header is the first row that has values. The
 /// function splits it with each of these separators, and selects the separator that yields the most

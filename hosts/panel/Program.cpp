@@ -47,7 +47,8 @@ Settings MakeSettings(common::StateStore& store, QTimer& commitTimer) {
   return settings;
 }
 
-// Writes the store. Returns the error message if the write fails, and otherwise an empty string.
+// Writes the store. If the write fails, returns the error message. Otherwise, returns an empty
+// string.
 QString CommitError(common::StateStore& store) {
   try {
     store.Commit();
@@ -58,8 +59,8 @@ QString CommitError(common::StateStore& store) {
   }
 }
 
-// Prints a rating. If that fails, stores the error in `outputError`, because an exception must not
-// reach the event loop.
+// Prints a rating. If the rating cannot be printed, stores the error in `outputError`, because an
+// exception must not reach the event loop.
 void PrintRating(const QString& featureKey, int stars, const QString& comment,
                  std::optional<ToolError>& outputError) {
   std::string line = "rated " + featureKey.toStdString() + ": " + std::to_string(stars) + " of 5";

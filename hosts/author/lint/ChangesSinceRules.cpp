@@ -44,8 +44,8 @@ void ReportOverwritten(LintContext& context, const LintRow& row, const LintRow* 
   if (named != nullptr) finding.related.push_back(context.Related(*named, "the Changes-Since row"));
 }
 
-// A row with a single field inherits the grouping ID of the row before it. After a Changes-Since
-// row, it is therefore another Changes-Since row, which its author did not intend.
+// A row with a single field inherits the grouping ID of the previous row. After a Changes-Since
+// row, such a row is therefore another Changes-Since row, although its author did not intend this.
 void CheckChangesSinceRows(LintContext& context) {
   const LintRow* named = nullptr;
   for (const LintRow& row : context.File().Rows()) {

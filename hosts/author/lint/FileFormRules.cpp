@@ -110,8 +110,8 @@ void CheckLineEnds(LintContext& context) {
             Counted(static_cast<std::size_t>(std::ranges::count(text, '\r')) + 1, "line") +
             " are read as one row; use LF or CR LF line endings");
     const std::size_t offset = context.File().OffsetOf(row);
-    // A CR at the end of a row belongs to a CR LF line ending, unless the row is at the end of the
-    // file.
+    // A CR at the end of a row usually belongs to a CR LF line ending. At the end of the file, no
+    // LF follows the CR, so the edit must replace the CR.
     const bool isAtEnd = offset + row.data.text.size() == context.File().Text().size();
     finding.edit = LineEndEdit(isAtEnd ? row.data.text : text, offset);
     row.isExplained = true;

@@ -1,5 +1,5 @@
-// Defines a finding of `ornwhatsnew lint`: a message about a position in a file, and the edit that
-// corrects the mistake, if there is one.
+// Defines a finding of `ornwhatsnew lint`: a message about a position in a file, and an optional
+// edit that corrects the mistake.
 #ifndef HOSTS_AUTHOR_LINT_FINDING_H_
 #define HOSTS_AUTHOR_LINT_FINDING_H_
 
@@ -12,9 +12,9 @@
 
 namespace hosts::author {
 
-/// A range of a file. Lines and columns start at 1. Columns count code points, without a byte order
-/// mark at the start of the file and without line endings. `endColumn` is the column after the last
-/// character. For a finding about the whole file, the range is 1:1 to 1:1.
+/// A range of a file. Line and column numbers start at 1. Column numbers count code points, without
+/// a byte order mark at the start of the file and without line endings. `endColumn` is the column
+/// number after the last character. For a finding about the whole file, the range is 1:1 to 1:1.
 struct Place {
   std::size_t line = 1;
   std::size_t column = 1;

@@ -31,7 +31,7 @@ constexpr std::size_t kMaximumErrors = 4096;
   throw std::runtime_error(problem + ": " + std::generic_category().message(error));
 }
 
-/// The file actions of posix_spawn(3) that connect standard input to /dev/null, standard output to
+/// File actions for posix_spawn(3). They connect standard input to /dev/null, standard output to
 /// the file descriptor `output`, and standard error to the file descriptor `errors`.
 class SpawnActions {
  public:

@@ -21,8 +21,8 @@ using ornwhatsnew::DataRowSkipReason;
 using ornwhatsnew::kDataColumnCount;
 using ornwhatsnew::kDataColumns;
 
-/// A row with at least this number of fields can be a header in another language, which contains no
-/// column name of the manual.
+/// A row with at least this number of fields can be a header in another language. Such a header
+/// contains none of the column names that ornwhatsnew(5) lists.
 constexpr std::size_t kFieldsOfTranslatedHeader = 5;
 
 /// Returns whether `name` and the header of `column` are equal, or one of them begins with the
@@ -69,7 +69,7 @@ bool ContinuesOnNextLine(const DataRow& row, const DataRow& next) {
 }
 
 /// If the library skips `rows[index]` and the row was probably intended as the header, returns the
-/// code of the mistake. Otherwise returns `std::nullopt`. The row must be before the header.
+/// code of the mistake. Otherwise, returns `std::nullopt`. The row must be before the header.
 std::optional<LintCode> HeaderMistake(const std::vector<LintRow>& rows, std::size_t index) {
   const DataRow& row = rows[index].data;
   if (rows[index].isExplained || row.text.starts_with('#') || IsEmptyRow(row)) return std::nullopt;

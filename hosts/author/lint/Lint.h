@@ -17,15 +17,14 @@
 
 namespace hosts::author {
 
-/// The severities that replace those in the table of codes.
+/// The configured severities of codes. They replace the severities in the table of codes.
 using SeverityOverrides = std::map<LintCode, Severity>;
 
 /// The findings in one or more files.
 struct LintReport {
-  /// The findings. `FinishReport` sorts them by file and position.
+  /// The listed findings. `FinishReport` sorts them by file and position.
   std::vector<Finding> findings;
-  /// For each code: the findings that are not in `findings`, because they exceed `kMaximumFindings`
-  /// or are outside the scope.
+  /// For each code, the findings that are not listed; see `OmittedFindings`.
   std::map<LintCode, OmittedFindings> omitted;
   std::size_t files = 0;
   std::size_t changes = 0;

@@ -57,7 +57,7 @@ struct Pairing {
   Rows after;
   std::vector<RowPair> pairs;
 
-  /// Pairs the changes with equal `key(row)`, in file order.
+  /// Pairs the changes for which `key` returns the same string, in file order.
   template <class Key>
   void PairBy(Key key) {
     std::map<std::string, std::vector<const LintRow*>> beforeByKey;

@@ -108,7 +108,7 @@ enum class LintCode : std::size_t {
   kStoryIDWins,
   kUnreviewedLeft,
   kCommentLine,
-  // Findings of --baseline.
+  // The comparison with a baseline.
   kBaselineNew,
   kBaselineNewAgain,
   kBaselineVanished,

@@ -29,8 +29,8 @@ SeverityOverrides ConfiguredSeverities(const std::filesystem::path& dataFile);
 /// unknown code or severity. The error message begins with `sourceName`.
 SeverityOverrides ParseLintConfig(std::string_view json, std::string_view sourceName);
 
-/// Returns the error message for `name`, which is not a code. Suggests the most similar code, if
-/// there is one.
+/// Returns the error message for `name`, which is not a code. Suggests the most similar code. If no
+/// code is similar, the message refers to `--list-codes`.
 std::string UnknownCodeMessage(std::string_view name);
 
 /// Adds the severity of a command-line argument such as "unreviewed-left=error" to `overrides`.

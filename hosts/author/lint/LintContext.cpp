@@ -57,7 +57,8 @@ Finding& LintContext::Add(LintCode code, std::string message, std::string_view c
 void LintContext::StartLine(std::size_t line) {
   line_ = line;
   fieldFindings_ = {};
-  // Keep only the edits, because the number of findings that are not listed has no limit.
+  // Keep only the edits. The number of findings that are not listed has no limit, so complete
+  // findings could need too much memory.
   for (Finding& finding : omittedOnLine_) {
     if (finding.edit) omitted_[finding.code].edits.push_back(*std::move(finding.edit));
   }

@@ -42,17 +42,17 @@ enum class LintScope {
   kLastRow,  ///< the last row, even if many earlier rows have the same mistake
 };
 
-/// The findings of a code that are not listed: those that are reported after `kMaximumFindings`
-/// findings of this code in a file, and those outside the scope. `--fix` applies their edits like
-/// those of listed findings.
+/// The findings of a code that are not listed. A finding is not listed if it is outside the scope,
+/// or if `kMaximumFindings` findings of its code are already listed for the file. `--fix` also
+/// applies the edits of these findings.
 struct OmittedFindings {
   std::size_t count = 0;
   std::vector<Edit> edits;
 };
 
 /// A file, its host, and the findings so far. Each `Report` function returns a reference to the new
-/// finding, which is valid until a finding on another row, on the whole file or on the host
-/// description is reported. Not copyable, because it contains pointers to its findings.
+/// finding. The reference is valid until a finding on another row, on the whole file or on the host
+/// description is reported. Not copyable, because a context contains pointers to its findings.
 class LintContext {
  public:
   /// `host` is null if no host is known. `file` and `host` must outlive the context.
@@ -85,8 +85,8 @@ class LintContext {
   RelatedPlace Related(const LintRow& row, std::string message) const;
 
   /// Returns the last finding that `ReportField` or `ReportPart` has reported on this field.
-  /// Returns null if there is none, or if a finding on another row, on the whole file or on the
-  /// host description has been reported since then.
+  /// Ignores findings before the last finding on another row, on the whole file or on the host
+  /// description. Returns null if there is no such finding.
   Finding* FindingOn(const LintRow& row, ornwhatsnew::DataColumn column);
   bool HasFinding(const LintRow& row, ornwhatsnew::DataColumn column) {
     return FindingOn(row, column) != nullptr;
@@ -130,7 +130,7 @@ class LintContext {
   LintedFile& file_;
   const LintHost* host_;
   LintScope scope_;
-  /// A deque, because a new element does not move the others.
+  /// If an element is added to a deque, pointers to the other elements remain valid.
   std::deque<Finding> findings_;
   std::map<LintCode, std::size_t> counts_;
   std::map<LintCode, OmittedFindings> omitted_;

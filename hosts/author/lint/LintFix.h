@@ -12,7 +12,7 @@ namespace hosts::author {
 
 /// The corrections to make.
 enum class FixScope {
-  kSafe,  ///< only those that do not announce a change again
+  kSafe,  ///< only corrections that do not announce a change again
   kAll,
 };
 

@@ -20,7 +20,7 @@ namespace hosts::author {
 /// replacement of the finding's characters corrects the mistake.
 std::string LintJson(const LintReport& report);
 
-/// Returns the report as a SARIF 2.1.0 log with one run. Columns count code points.
+/// Returns the report as a SARIF 2.1.0 log with one run. Column numbers count code points.
 std::string LintSarif(const LintReport& report);
 
 /// Returns one workflow command of GitHub Actions for each finding.

@@ -38,7 +38,7 @@ struct LintRow {
   bool isExplained = false;
 
   std::string_view Value(ornwhatsnew::DataColumn column) const { return data.Value(column); }
-  /// Returns whether neither the grouping ID nor the story ID is the key of an item. The row must
+  /// Returns true if neither the grouping ID nor the story ID is the key of an item. The row must
   /// be a change.
   bool IsUnmatched() const { return change->DetailInternalCouldNotMatchBetaFeature(); }
 };
@@ -74,12 +74,13 @@ class LintedFile {
 
   /// Returns the index of the header in `Rows()`, or the number of rows if there is no header.
   std::size_t HeaderIndex() const { return headerIndex_; }
-  /// Returns the name of a column in the header of the file. Returns the name from the manual if
-  /// the header has no name for the column, if there is no header, or after `IgnoreHeaderNames`.
-  /// Shortens a long name. Returns an empty string if `index` is not the index of a column.
+  /// Returns the name of a column in the header of the file. Returns the name that ornwhatsnew(5)
+  /// lists if the header has no name for the column, if there is no header, or after
+  /// `IgnoreHeaderNames`. Shortens a long name. Returns an empty string if `index` is not the index
+  /// of a column.
   std::string ColumnName(std::size_t index) const;
-  /// Makes `ColumnName` return the names from the manual. Call this function if names in the
-  /// header are missing or wrong.
+  /// Makes `ColumnName` return the names that ornwhatsnew(5) lists. Call this function if names in
+  /// the header are missing or wrong.
   void IgnoreHeaderNames() { usesHeaderNames_ = false; }
 
   /// Returns the offset in the file of the first byte of `row`.

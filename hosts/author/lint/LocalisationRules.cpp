@@ -25,8 +25,8 @@ void CheckKeySpace(LintContext& context, const LintRow& row) {
   }
 }
 
-/// Returns whether `text` begins with exactly two or more than three dollar signs, followed by a
-/// slash.
+/// Returns whether `text` begins with dollar signs and a slash, and the number of dollar signs is
+/// two or at least four.
 bool HasMisspeltKeyPrefix(std::string_view text) {
   const std::size_t dollars = text.find_first_not_of('$');
   return dollars != text.npos && text[dollars] == '/' && (dollars == 2 || dollars > 3);

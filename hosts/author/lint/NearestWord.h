@@ -19,8 +19,8 @@ std::u16string Fold(std::string_view text);
 /// 1. a word for which `Fold` returns the same string
 /// 2. the word with the smallest edit distance. The limit for the distance is 0 to 3, depending on
 ///    the length of the shorter string. For a word with digits, the limit is at most 1.
-/// 3. a word that is a prefix of `text`, or of which `text` is a prefix, if both have at least
-///    three characters and neither contains digits
+/// 3. a word that begins with `text`, or with which `text` begins. Both must have at least three
+///    characters and no digits.
 ///
 /// Returns `std::nullopt` if there is no such word.
 std::optional<std::string> NearestWord(std::string_view text,

@@ -162,9 +162,9 @@ bool CheckIssueList(LintContext& context, const Shape& shape) {
   return true;
 }
 
-/// Returns the index of the first field that contains a value of `column`, which is the salience,
-/// the platform or the URL. Searches only the first 20 fields. Returns `std::nullopt` if there is
-/// no such field.
+/// Returns the index of the first field that contains a value of `column`, which must be the
+/// salience, the platform or the URL. Searches only the first 20 fields. Returns `std::nullopt` if
+/// there is no such field.
 std::optional<std::size_t> FindWord(const Shape& shape, DataColumn column) {
   // If the value is in a later field, its position does not show how many commas are wrong.
   const std::size_t end = std::min(shape.Count(), 2 * kDataColumnCount);
@@ -238,7 +238,8 @@ bool IsSplitAt(const Shape& shape, DataColumn column) {
   return true;
 }
 
-/// Reports an unquoted comma in the rating request or the URL. Returns whether it has reported one.
+/// Reports an unquoted comma in the rating request or the URL. Returns whether there is such a
+/// comma.
 bool CheckUnquotedComma(LintContext& context, const Shape& shape) {
   for (const DataColumn column : {DataColumn::kRatingRequest, DataColumn::kURL}) {
     if (!IsSplitAt(shape, column)) continue;
@@ -312,7 +313,7 @@ std::optional<std::size_t> FindClosingRow(const std::vector<LintRow>& rows, std:
   return std::nullopt;
 }
 
-/// Reports a quoted field that continues on the next lines. Returns whether there is one.
+/// Reports a quoted field that continues on the next lines. Returns whether there is such a field.
 bool CheckTextOverLines(LintContext& context, std::size_t index) {
   std::vector<LintRow>& rows = context.File().Rows();
   LintRow& row = rows[index];
@@ -352,7 +353,7 @@ bool IsChangesSince(std::string_view field) {
 }
 
 /// Reports a misspelt or misplaced "Changes-Since" in the first field of `row` for which
-/// `isMistake` returns true. Returns whether there is one.
+/// `isMistake` returns true. Returns whether there is such a field.
 template <class Predicate>
 bool CheckChangesSinceField(LintContext& context, const LintRow& row, Predicate isMistake) {
   const auto found = std::ranges::find_if(row.data.values, isMistake);

@@ -17,7 +17,7 @@ namespace hosts::author {
 /// Checks the whole file.
 using FileRule = void (*)(LintContext& context);
 
-/// Checks one change. Does not run for a row with `LintRow::isExplained`.
+/// Checks one change. Does not run if `LintRow::isExplained` is true for the row.
 using ChangeRule = void (*)(LintContext& context, const LintRow& row);
 
 // The rules for the file. `FileFormRules`, `HeaderRules` and `RowShapeRules` run before the rules
@@ -39,8 +39,8 @@ std::span<const ChangeRule> LocalisationRules();
 std::span<const ChangeRule> TextRules();
 
 /// Returns whether the fields look like the names of columns. At least three fields, at any
-/// position, must match a column name of the manual. A field matches a name if one of them begins
-/// with the other. Ignores the letter case.
+/// position, must match a column name that ornwhatsnew(5) lists. A field matches a name if one of
+/// them begins with the other. Ignores the letter case.
 bool LooksLikeHeader(const ornwhatsnew::DataRow& row);
 
 /// Returns whether at least one field looks like a field of a change: a version in the first

@@ -77,7 +77,7 @@ constexpr auto kEntities =
                                      "&mdash;", "&ndash;", "&hellip;", "&#8217;", "&rsquo;"});
 
 /// Returns the ASCII letters and digits at the start of `text`, but at most seven. No name in
-/// `kTags` has more than six.
+/// `kTags` has more than six characters.
 std::string_view TagName(std::string_view text) {
   constexpr std::size_t kLongestName = 6;
   text = text.substr(0, kLongestName + 1);
@@ -202,7 +202,7 @@ constexpr std::array<DataColumn, 5> kTrimmedColumns = {
 
 /// Returns the edit that deletes the spaces around a field. Returns `std::nullopt` if the field has
 /// quotes other than the two that enclose it. Also returns `std::nullopt` if the field is a
-/// grouping ID of spaces, because the library skips a row without a grouping ID.
+/// grouping ID that contains only spaces, because the library skips a row without a grouping ID.
 std::optional<Edit> TrimEdit(LintContext& context, const LintRow& row, std::size_t index) {
   const std::vector<DataField> fields = ornwhatsnew::FindDataFields(row.data.text);
   const DataField& field = fields[index];

@@ -162,8 +162,8 @@ std::optional<std::int64_t> SmallNumber(std::string_view component) {
   return isSmall ? std::optional(number) : std::nullopt;
 }
 
-/// Reports the version in `column` if the library cannot compare it correctly. Returns whether
-/// there is a finding.
+/// Reports the version in `column` if the library cannot compare it correctly. Returns whether the
+/// function has reported the version.
 bool CheckComparison(LintContext& context, const LintRow& row, DataColumn column) {
   const std::string_view version = row.Value(column);
   const std::string mistake = ComparisonMistake(version);

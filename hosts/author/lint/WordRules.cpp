@@ -55,7 +55,7 @@ std::vector<std::string_view> WordsOf(DataColumn column) {
 
 /// Returns the column to which the keyword `text` belongs. Returns `std::nullopt` if `text` is not
 /// a keyword, or if it is a keyword in `column`. "Unreviewed" is both a salience and the key of a
-/// section. Authors mean the salience, so the function returns its column.
+/// section. Authors mean the salience, so the function returns the salience column.
 std::optional<DataColumn> ColumnOfKeyword(std::string_view text, DataColumn column) {
   std::optional<DataColumn> found;
   for (const Keyword& keyword : Keywords()) {
@@ -87,7 +87,7 @@ void CheckKeywordColumn(LintContext& context, const LintRow& row) {
 // ---- grouping ID
 
 /// Returns the remedy for the grouping ID `text` if it is the internal key or the name of a
-/// feature. Otherwise returns an empty string.
+/// feature. Otherwise, returns an empty string.
 std::string FeatureRemedy(LintContext& context, std::string_view text) {
   const common::BetaFeatureDescription* const feature = context.FindFeature(text);
   if (feature == nullptr) return "";
@@ -102,8 +102,9 @@ std::string KeyRemedy(const std::string& text, const std::string& key) {
   return "write " + Quoted(key);
 }
 
-/// If `key` is a section key, and the grouping ID of `row` differs from `key` only in its letter
-/// case and outer spaces, returns the edit that writes `key`. Otherwise, returns `std::nullopt`.
+/// Returns the edit that replaces the grouping ID of `row` with the section key `key`. Returns
+/// `std::nullopt` if `key` is not a section key, or if the two strings differ in more than letter
+/// case and outer spaces.
 std::optional<Edit> SectionKeyEdit(LintContext& context, const LintRow& row, std::string_view key) {
   const std::string_view written = TrimSpaces(row.Value(DataColumn::kGroupingID));
   if (!ornwhatsnew::IsSpecialCaseSection(key) || !CaseInsensitiveEqual(written, key)) {
@@ -127,7 +128,7 @@ void CheckGroupingID(LintContext& context, const LintRow& row) {
   }
   std::string remedy = FeatureRemedy(context, text);
   const std::optional<std::string> nearest = context.NearestKey(text);
-  // Without a host description, the grouping ID can be an epic key, unless it consists of spaces.
+  // Without a host description, any grouping ID that contains more than spaces can be an epic key.
   const bool canBeEpicKey = context.Host() == nullptr && !TrimSpaces(text).empty();
   if (canBeEpicKey && !nearest) return;
   if (remedy.empty() && nearest) remedy = KeyRemedy(text, *nearest);

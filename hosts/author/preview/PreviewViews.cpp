@@ -28,7 +28,7 @@ constexpr DisplayOptions kRelevant =
     ornwhatsnew::kFilterRelevantPlatform | ornwhatsnew::kFilterRelevantVersion;
 
 using Lines = std::vector<std::size_t>;
-/// The lines of the shown changes of each item, by the key of the item.
+/// The line numbers of the shown changes of each item, by the key of the item.
 using ShownLinesByKey = std::map<std::string_view, Lines>;
 
 /// A user of the application: the description of the user's host, and the user's state.
@@ -53,8 +53,8 @@ std::unique_ptr<FeatureListData> LoadList(const std::string& data, User& user) {
       [&user](const std::string& key, const std::string& value) { user.state[key] = value; });
 }
 
-/// Returns the lines of the changes that a display shows. `changes` contains all changes of the
-/// list.
+/// Returns the line numbers of the changes that a display shows. `changes` contains all changes of
+/// the list.
 ShownLinesByKey ShownLines(const FeatureListData& list, const DisplayOptions& options,
                            const RowsByKey& changes) {
   ShownLinesByKey shown;
@@ -71,8 +71,8 @@ ShownLinesByKey ShownLines(const FeatureListData& list, const DisplayOptions& op
   return shown;
 }
 
-/// Sets `paragraphIDs` and `idsByLine` of `view`. `shown` contains the lines of the changes that
-/// the panel shows.
+/// Sets `paragraphIDs` and `idsByLine` of `view`. `shown` contains the line numbers of the changes
+/// that the panel shows.
 void SetIDs(PreviewView& view, const ShownLinesByKey& shown) {
   const std::vector<LayoutParagraph>& paragraphs = view.layout.paragraphs;
   view.paragraphIDs.resize(paragraphs.size());

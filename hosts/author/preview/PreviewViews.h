@@ -41,8 +41,8 @@ struct PreviewView {
   /// The `id` of each paragraph of `layout`, or an empty string for a paragraph that needs none.
   /// See `ornwhatsnew::HTMLOptions`.
   std::vector<std::string> paragraphIDs = {};
-  /// For each line of the data file with a change in the panel: the `id` of the paragraph that
-  /// shows this change.
+  /// Maps the line number of each change in the panel to the `id` of the paragraph that shows this
+  /// change.
   std::map<std::size_t, std::string> idsByLine = {};
 };
 
@@ -60,9 +60,9 @@ std::string PhraseWith(std::string_view words, std::string_view value);
 ///   the versions of this user. Without an earlier data file, this panel is missing.
 /// - The rating view shows what an external user who has seen the data file can rate.
 ///
-/// The user who saw the earlier data file had one of the versions of its changes: the highest
-/// version that is not later than the version of the host. If there is no such version, the user
-/// had the version of the host.
+/// The user who saw the earlier data file last ran a version from column 1 of this file. The
+/// function selects the highest version that is not later than the version of the host. If there is
+/// no such version, the user last ran the version of the host.
 std::vector<PreviewView> MakePreviewViews(const PreviewInput& input, const LintedFile& file);
 
 }  // namespace hosts::author

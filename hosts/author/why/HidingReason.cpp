@@ -104,11 +104,11 @@ std::string UserVersionsMistake(const std::string& first, const std::string& add
       others.push_back(version);
       continue;
     }
-    // A version with a component that is not a number has no numbers.
+    // `VersionNumbers` returns no value if a component of the version is not a number.
     const std::optional<std::vector<std::int64_t>> numbers = VersionNumbers(version);
     const bool isInRange = numbers >= VersionNumbers(first) && numbers < VersionNumbers(added);
-    // If a version of the user is in the range although the change is hidden, the only possible
-    // reason is that the library cannot compare this version.
+    // If a version of the user is in the range although the change is hidden, the library cannot
+    // compare this version.
     if (!numbers || isInRange) return "the user's " + ComparisonReason(version);
   }
   if (others.empty()) return "";

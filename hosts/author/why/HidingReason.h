@@ -14,7 +14,7 @@ namespace hosts::author {
 /// The visibility of an item and of its changes, and the line number of each change.
 struct ExplainedItem {
   ornwhatsnew::ItemVisibility visibility;
-  /// The line numbers of the changes of the item in the data file, in ascending order.
+  /// The line numbers of the item's changes in the data file, in ascending order.
   std::vector<std::size_t> lines;
 };
 

@@ -35,9 +35,9 @@ std::string NameOf(const ExplainedItem& item) {
   return "the " + Noun(item) + " " + Quoted(item.visibility.item->FeatureJiraIDKey());
 }
 
-/// If `row`, which the library uses as the header, looks like a change or a Changes-Since row,
-/// returns a clause that states what is lost and how to fix the file. Otherwise, returns an empty
-/// string.
+/// `row` is the row that the library uses as the header. If this row looks like a change or a
+/// Changes-Since row, returns a clause that states what is lost and how to fix the file. Otherwise,
+/// returns an empty string.
 std::string LossByHeader(const DataRow& row, const ornwhatsnew::FeatureMap& items) {
   if (!LooksLikeHeader(row) &&
       CaseInsensitiveEqual(row.Value(DataColumn::kGroupingID), ornwhatsnew::kChangesSinceKey)) {
