@@ -1,5 +1,6 @@
-// Loads a data file with the given number of rows, displays it, and checks for new changes. The
-// command `./dev check growth` counts the instructions of several methods of the list.
+// Loads a list from a data file with the given number of rows, displays the list, and checks for
+// new changes. The command `./dev check growth` counts the instructions of several methods of the
+// list.
 #include <cstdlib>
 #include <iostream>
 

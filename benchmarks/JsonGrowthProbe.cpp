@@ -19,7 +19,7 @@ namespace {
 enum class Reader { kHostDescription, kState };
 
 /// Describes an input that consists of `begin`, many copies of `item`, and `end`. In each copy, the
-/// index of the copy replaces each "#". `isValid` says whether the reader must accept the input.
+/// index of the copy replaces each "#". `isValid` states whether the reader must accept the input.
 struct Shape {
   std::string begin;
   std::string item;

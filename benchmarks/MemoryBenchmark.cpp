@@ -1,5 +1,5 @@
-// Measures the memory of a loaded list and the number of allocations during the load, both per row.
-// The memory does not include the size of the data file.
+// Measures the memory of a loaded list, minus the size of the data file, and the number of
+// allocations during the load. Divides both by the number of rows.
 #include <memory>
 #include <string>
 

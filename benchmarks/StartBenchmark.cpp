@@ -35,9 +35,9 @@ std::optional<double> ProcessorSeconds(std::string path) {
   return Seconds(usage.ru_utime) + Seconds(usage.ru_stime);
 }
 
-// The first three programs are empty. `start_runtime` loads the C++ runtime. `start_bare` loads
-// only the C library. `start_third_party` loads the C++ runtime and the dependencies of the
-// library.
+// `start_library` loads the library. The other programs are empty. `start_runtime` loads the C++
+// runtime, and `start_bare` loads only the C library. `start_third_party` loads the C++ runtime and
+// the dependencies of the library.
 constexpr std::array<const char*, 4> kPrograms = {"start_runtime", "start_bare",
                                                   "start_third_party", "start_library"};
 

@@ -31,8 +31,8 @@ GOALS = {
     "Panel": Goal(2, smallest=10_000),
 }
 
-# For each subject: a small size, a large size, and the goal for the ratio of the two times per row.
-# The ratio is the time at the large size divided by the time at the small size.
+# For each subject: a small size, a large size, and the largest allowed ratio of the times per row. The
+# ratio is the time at the large size divided by the time at the small size.
 GROWTH = {"Load": (10_000, 1_000_000, 1.8), "Display": (10_000, 1_000_000, 2.5)}
 
 # The largest allowed memory per row in bytes. The size of the data file is subtracted first.
@@ -40,7 +40,7 @@ MEMORY_GOAL = 650
 # The largest allowed startup time of a program with the library, minus that of an empty program, in
 # milliseconds.
 START_GOAL = 0.3
-# For each number of changes: the largest allowed time to open the panel, in milliseconds.
+# The largest allowed time to open the panel, in milliseconds, by the number of changes.
 PANEL_GOALS = {300: 16, 10_000: 1_000}
 # The largest allowed 99th percentile of the processor times of the scroll steps, in milliseconds.
 SCROLL_GOAL = 16

@@ -1,4 +1,4 @@
-// Splits a fuzzer's input into a line of switches and parts.
+// Splits a fuzzer's input into parts, and reads the line of switches at the start of an input.
 //
 // The byte 0xFF, which never occurs in UTF-8, separates the parts. A part can contain any other
 // bytes, so it can be ill-formed UTF-8.

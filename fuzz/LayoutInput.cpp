@@ -34,7 +34,7 @@ std::string ComposedLink(unsigned flags, std::string_view text) {
 }
 
 // Replaces U+E000 to U+E7FF with surrogates. If the result ends with a high surrogate, adds a full
-// stop, so that the surrogate does not form a pair with the start of the next span.
+// stop. Otherwise, the surrogate could form a pair with the start of the next span.
 std::u16string WithSurrogates(std::u16string text) {
   for (char16_t& unit : text) {
     if (unit >= 0xE000 && unit < 0xE800) unit = static_cast<char16_t>(unit - 0x800);

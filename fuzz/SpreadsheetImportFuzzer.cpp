@@ -1,8 +1,9 @@
 // Fuzzes the import of spreadsheets and the addition of a change to a data file.
 //
-// The input consists of a line with two switches and of the bytes of a file. The first switch
-// selects the encoding of a spreadsheet. If the second switch is odd, the file is a data file, and
-// the line of switches is also the text of the new change.
+// The input consists of a line with two switches and of the bytes of a file. If the second switch
+// is even, the file is a spreadsheet, and the first switch selects its encoding. If the second
+// switch is odd, the file is a data file, and the line of switches is also the text of the new
+// change.
 #include <algorithm>
 #include <array>
 #include <cstddef>

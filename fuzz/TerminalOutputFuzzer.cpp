@@ -3,7 +3,8 @@
 // The input consists of a line of two switches and of a layout (LayoutInput.h). The switches are:
 //
 //   0  the width in columns, modulo 128; 0 means no limit
-//   1  flags: 0x01 no styles; 0x02 either styles or hyperlinks (without this flag: both or neither)
+//   1  flags: 0x01 switches styles off. Hyperlinks are on if styles are on. 0x02 inverts this rule:
+//      hyperlinks are on if styles are off.
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
@@ -134,8 +135,9 @@ void RequireVisibleHost(const std::string& link) {
           "a target shows its host");
 }
 
-// Returns the text that the terminal must show. It contains the printed target after each link in
-// the style `kStyleHotSpot`, unless the link equals its text or the renderer writes a hyperlink.
+// Returns the text that the terminal must show. After each link in the style `kStyleHotSpot`, it
+// contains the printed target. Omits the target if the link equals its text, or if the renderer
+// writes a hyperlink.
 std::string ExpectedText(const PanelLayout& layout, const TerminalOptions& options) {
   std::u16string expected;
   for (const ornwhatsnew::LayoutParagraph& paragraph : layout.paragraphs) {

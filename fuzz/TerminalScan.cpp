@@ -61,8 +61,8 @@ bool IsUrlByte(char c) {
 }
 
 // Interprets the output as a terminal does: tracks whether a style and a hyperlink are active.
-// Aborts the process if a character or an escape sequence is not allowed, or if a style or a
-// hyperlink is active at the end of a line.
+// Aborts the process if a character or an escape sequence is not allowed. Also aborts the process
+// if a style or a hyperlink is active at the end of a line.
 class Terminal {
  public:
   explicit Terminal(std::string_view output) : rest_(output) {}

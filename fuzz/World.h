@@ -19,7 +19,7 @@ inline constexpr std::size_t kWorldSwitches = 5;
 ///   1  flags: 0x01 internal features allowed, 0x02 no usage logging, 0x04 terminating, 0x08 show
 ///      features that are off, 0x10 show internal keys, 0x20 the platform is "Win"
 ///   2  features that are switched off, one bit each
-///   3  features that the user may switch on, one bit each
+///   3  features that the user can switch on, one bit each
 ///   4  flags: 0x01 use a rating placeholder, 0x02 use a dictionary
 class World {
  public:

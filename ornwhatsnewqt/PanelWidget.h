@@ -18,10 +18,10 @@ class WhatsNew;
 
 /// A panel with a news page and a rating page.
 ///
-/// The panel uses the colours and the font of the desktop and the language of the application, and
-/// adapts when they change. Ctrl+F searches the news, and Ctrl+P prints it. Escape closes an open
-/// search. If no search is open, the panel ignores Escape, so that a dialog that contains the panel
-/// closes.
+/// The panel uses the colours and the font of the desktop, and the language of the application. If
+/// one of these changes, the panel adapts. Ctrl+F searches the news, and Ctrl+P prints the news.
+/// Escape closes an open search. If no search is open, the panel ignores Escape, so that a dialog
+/// that contains the panel closes.
 ///
 /// When the panel becomes visible without an open page, it displays the news, which then counts as
 /// seen. When the panel is hidden, it closes its page and frees the memory of both pages. A
@@ -48,14 +48,14 @@ class ORNWHATSNEWQT_EXPORT PanelWidget : public QWidget {
  protected:
   /// Redraws the panel after a change of the palette, the font or the style.
   void changeEvent(QEvent* event) override;
-  /// Closes the open page, unless the window system hides the window, for example because the user
-  /// minimises it.
+  /// Closes the open page. If the window system hides the window, for example because the user
+  /// minimises it, keeps the page open.
   void hideEvent(QHideEvent* event) override;
   /// Ends an open search if the key is Escape.
   void keyPressEvent(QKeyEvent* event) override;
   /// Keeps the bars above the page centred.
   void resizeEvent(QResizeEvent* event) override;
-  /// Displays the news, unless a page is already open.
+  /// Displays the news if no page is open.
   void showEvent(QShowEvent* event) override;
 
  private:

@@ -1,5 +1,5 @@
-// Defines the settings of a `WhatsNew`: the services to install, the location of the state, and the
-// behaviour at the first start of the application and after an update.
+// Defines the settings of a `WhatsNew`. The settings select the services to install, the location
+// of the state, and the behaviour at the first start of the application and after an update.
 #ifndef ORNWHATSNEWQT_SETTINGS_H_
 #define ORNWHATSNEWQT_SETTINGS_H_
 
@@ -22,8 +22,8 @@ namespace ornwhatsnewqt {
 enum class FirstStart {
   /// Everything counts as seen, because the user is new. Only later changes are new.
   MarkAllSeen,
-  /// Everything is new. Choose this for the first release with a What's New panel if most users
-  /// update from an earlier release. The state of these users is also empty.
+  /// Everything is new. Choose this value for the first release with a What's New panel if most
+  /// users update from an earlier release. The state of these users is also empty.
   ShowAll,
 };
 

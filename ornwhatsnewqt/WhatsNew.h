@@ -63,9 +63,8 @@ class ORNWHATSNEWQT_EXPORT WhatsNew : public QObject {
   /// the data file cannot be read, keeps the changes that were read before.
   void refresh();
 
-  /// Shows an error message in the panels: `Settings::stateSetter` could not store the state.
-  /// `reason` is the cause, preferably in the user's language. If `reason` is empty, hides the
-  /// message.
+  /// Shows in all panels that `Settings::stateSetter` could not store the state. `reason` is the
+  /// cause, preferably in the user's language. If `reason` is empty, hides the message.
   void setStateError(const QString& reason);
 
  Q_SIGNALS:

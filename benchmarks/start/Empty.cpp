@@ -1,3 +1,3 @@
-// Does nothing. Three programs are built from this file: with the C library only, with the C++
-// runtime, and with the dependencies of the library.
+// Does nothing. The programs start_bare, start_runtime and start_third_party are built from this
+// file. The programs differ in the libraries that they load.
 int main() {}

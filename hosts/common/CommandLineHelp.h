@@ -1,5 +1,5 @@
 // Defines descriptions that the help texts of several programs contain, and the width of the column
-// with the names.
+// to the left of the descriptions.
 #ifndef HOSTS_COMMON_COMMANDLINEHELP_H_
 #define HOSTS_COMMON_COMMANDLINEHELP_H_
 
@@ -7,8 +7,8 @@
 
 namespace hosts::common {
 
-/// The number of terminal columns for the names in help texts. If the terminal has 80 columns, 56
-/// of them remain for the descriptions.
+/// The number of terminal columns for names, such as "--host", in help texts. If the terminal has
+/// 80 columns, 56 of them remain for the descriptions.
 inline constexpr std::size_t kHelpNameColumns = 24;
 
 inline constexpr const char* kDataHelp = "The What's New data file";

@@ -32,15 +32,16 @@ class FileReplacement {
   FileReplacement(const PrivateFolder& folder, const std::string& name,
                   TemporaryName temporaryName = TemporaryName::kFixed);
 
-  /// Deletes the temporary file unless `Commit` has renamed it or another program has replaced it.
+  /// Deletes the temporary file. Does nothing if `Commit` has renamed this file, or if another
+  /// program has replaced it.
   ~FileReplacement();
   FileReplacement(const FileReplacement&) = delete;
   FileReplacement& operator=(const FileReplacement&) = delete;
 
   /// Copies the permissions of `replaced`, the open file that `Commit` will replace, to the
   /// temporary file. Copies the group and the owner if the user may set them. If the group cannot
-  /// be set, omits the permissions of the group. Throws if the user may not write to the file that
-  /// `Commit` will replace.
+  /// be set, omits the permissions of the group. Throws if the user does not have permission to
+  /// write to the file that `Commit` will replace.
   void CopyModeAndOwner(const FileDescriptor& replaced) const;
 
   /// Gives the temporary file the mode that the umask of the process allows for a new file. Without

@@ -72,8 +72,8 @@ class CatalogTables {
 
   /// Returns the strings of the table whose offset is at `offsetOfTable`. A table consists of the
   /// length and the offset of each string. A NUL, which the length does not include, follows each
-  /// string. Throws `CatalogError` if the table or a string is outside of the file, if the NUL
-  /// after a string is missing, or if all strings together are longer than the file.
+  /// string. Throws `CatalogError` if the table or a string is outside of the file, or if the NUL
+  /// after a string is missing. Also throws it if all strings together are longer than the file.
   std::vector<std::string_view> ReadTable(std::size_t offsetOfTable, std::uint32_t count) const {
     constexpr std::size_t kEntrySize = 8;
     const std::size_t begin = NumberAt(offsetOfTable);

@@ -85,8 +85,7 @@ std::vector<BetaFeatureDescription> ReadBetaFeatures(const JsonReader& array) {
 
 /// Copies the member `name` of `object`, if it exists, to the member `link` of `links`. Throws
 /// `JsonError` if the member of `object` is not a string or not a valid link. The error message
-/// contains `expected`, a description of a valid link.
-/// The other members of `links` must be valid.
+/// contains `expected`, a description of a valid link. REQUIRES: all members of `links` are valid.
 void ReadLink(const JsonReader& object, std::string_view name, std::string_view expected,
               PanelLinks& links, UTF16String PanelLinks::*link) {
   const auto member = object.Find(name);

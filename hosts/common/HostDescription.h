@@ -98,12 +98,16 @@ std::vector<std::filesystem::path> DictionaryPaths(const HostDescription& host,
 /// - The version, the build number or the platform contains a control character.
 HostDescription ParseHostDescription(std::string_view json, std::string_view sourceName);
 
-/// Replaces each member of `host` that `object` contains. Ignores unknown members of `object`, and
-/// accepts control characters in every string.
+/// Replaces each member of `host` that `object` contains. Ignores unknown members of `object`.
+/// Unlike `ParseHostDescription`, accepts control characters in the version, the build number and
+/// the platform.
 ///
-/// Throws `JsonError` if `object` is not a JSON object, if a member has the wrong type or is out of
-/// range, if a beta feature or the links have an unknown member, or if `SetPanelLinks` does not
-/// accept a link. Some members of `host` may already have been replaced when it throws.
+/// On failure, throws `JsonError`, and some members of `host` may already have been replaced. These
+/// are failures:
+/// - `object` is not a JSON object.
+/// - A member has the wrong type or is out of range.
+/// - A beta feature or the links have an unknown member.
+/// - `SetPanelLinks` does not accept a link.
 void ReadHostMembers(const JsonReader& object, HostDescription& host);
 
 /// Configures the services of this process from `host`: client information, features, permissions,

@@ -23,7 +23,7 @@ constexpr std::size_t kMaximumName = 100;
 constexpr std::size_t kMaximumQuotation = 60;
 
 /// Returns the line and the column of the byte at `position`. Positions, lines and columns are
-/// counted from 1. A column is a number of characters, as in editors.
+/// counted from 1. Columns are counted in characters, as in editors.
 std::string LineAndColumn(std::string_view text, std::size_t position) {
   const std::string_view before = text.substr(0, position == 0 ? 0 : position - 1);
   const auto lines = std::ranges::count(before, '\n');

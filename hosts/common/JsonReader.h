@@ -48,7 +48,7 @@ class JsonReader {
   /// string.
   std::map<std::string, std::string, std::less<>> Texts() const;
 
-  /// Throws `JsonError` unless the value is an object and each of its members has a name in
+  /// Throws `JsonError` if the value is not an object, or if it has a member whose name is not in
   /// `known`.
   void RequireObject(Names known) const;
   void RequireObject(std::initializer_list<std::string_view> known) const {

@@ -47,9 +47,9 @@ nlohmann::json SafeLinksJson(const ornwhatsnew::StyleRunMap& runs);
 nlohmann::json ParagraphsJson(const ornwhatsnew::PanelLayout& layout);
 
 /// Returns an object with the members "text", "runs", "safeLinks", "ratingItems" and "paragraphs".
-/// `text` is the panel's text, `runs` are its style runs, `items` is the rating map of the same
-/// display, and `layout` is the layout of the same panel. A script that opens links or writes a web
-/// page must use only the links in "safeLinks".
+/// `text`, `runs` and `items` are the results of one display: the panel's text, its style runs and
+/// its rating map. `layout` is the layout of the same panel. A script that opens links or writes a
+/// web page must use only the links in "safeLinks".
 nlohmann::json PanelJson(std::u16string_view text, const ornwhatsnew::StyleRunMap& runs,
                          const std::shared_ptr<const ornwhatsnew::RatingMap>& items,
                          const ornwhatsnew::PanelLayout& layout);

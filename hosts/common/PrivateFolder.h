@@ -29,7 +29,7 @@ std::filesystem::path ResolveLinks(std::filesystem::path file);
 mode_t ReadUmask();
 
 /// An open folder. All operations refer to the folder that was opened, even if another program
-/// moves it or replaces a part of its path. They never follow symbolic links. All of them
+/// moves it or replaces a part of its path. No operation follows symbolic links. All operations
 /// except `IsNameOf` throw `std::system_error` on failure.
 class PrivateFolder {
  public:

@@ -143,8 +143,8 @@ StateValues ChangeResolved(const std::filesystem::path& file, std::chrono::milli
   if (!IsStoreInPlace(folder, file.filename(), store)) FailReplaced(file, "the file");
   if (!lock.IsInPlace()) FailReplaced(file, "its lock file");
   if (!replacement.Commit()) FailReplaced(file, "the file");
-  // If the lock file was replaced, a third program may have read the old store. It would then
-  // overwrite the new store.
+  // If another program has replaced the lock file, a third program may have read the old store and
+  // could overwrite the new store.
   if (!lock.IsInPlace()) FailReplaced(file, "its lock file");
   return after;
 }

@@ -26,8 +26,9 @@ std::optional<StateValues> ReadStateFile(const std::filesystem::path& file);
 /// waits at most `patience` for this lock.
 ///
 /// Throws `StateStoreError` on failure, and if another program replaces the file or the lock file
-/// during the call. The file is then unchanged, unless only the sync of its folder has failed, or
-/// another program replaced a file during the rename; see `FileReplacement::Commit`.
+/// during the call. The file is then unchanged, with two exceptions. If only the sync of its folder
+/// fails, the file already has its new content. If another program replaces the file or the lock
+/// file during the rename, the content of the file is unspecified.
 StateValues ChangeStateFile(const std::filesystem::path& file, std::chrono::milliseconds patience,
                             const std::function<void(StateValues&)>& change);
 

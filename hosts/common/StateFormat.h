@@ -22,7 +22,7 @@ namespace hosts::common {
 /// The maximum size of a state file in bytes. A million identities take 37 MB. `FormatState` writes
 /// each non-ASCII character as an escape of 6 or 12 bytes. If another program writes these
 /// characters without escapes, the file can therefore be small enough to read, but too large after
-/// a change.
+/// the next write.
 inline constexpr std::size_t kMaximumStateSize = std::size_t{64} << 20;
 
 /// Returns the values in the text of a state file. Throws `StateStoreError` if the text is empty,

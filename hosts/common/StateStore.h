@@ -1,6 +1,7 @@
 // Stores the state of lists. The state contains the identities of the items and changes that the
-// user has seen or rated, and the versions of the application in which the user has opened the
-// panel. By default, each user has one JSON file, which all programs that show a list share.
+// user has seen or rated. It also contains the versions of the application in which the user has
+// opened the panel. By default, each user has one JSON file, which all programs that show a list
+// share.
 #ifndef HOSTS_COMMON_STATESTORE_H_
 #define HOSTS_COMMON_STATESTORE_H_
 
@@ -18,11 +19,10 @@
 
 namespace hosts::common {
 
-/// Thrown if the store cannot be read or written. `what()` contains the problem, and usually the
-/// file and what the user can do. The stored values are then unchanged, with two exceptions. If
-/// only the sync of the folder fails, the new values are stored, but a power failure can undo them.
-/// If another program replaces the store or its lock file during the write, the stored values are
-/// unspecified.
+/// Thrown if the store cannot be read or written. `what()` states the problem and, usually, the
+/// file and a remedy. The stored values are then unchanged, with two exceptions. If only the sync
+/// of the folder fails, the new values are stored, but a power failure can undo them. If another
+/// program replaces the store or its lock file during the write, the stored values are unspecified.
 class StateStoreError : public std::runtime_error {
  public:
   using std::runtime_error::runtime_error;
@@ -51,9 +51,9 @@ std::filesystem::path StateLocation(const std::optional<std::filesystem::path>& 
 ///
 /// `Set` buffers a value. `Commit` writes all buffered values and replaces the file atomically.
 /// Either all three values of a display are stored or none, even if the program is killed or the
-/// power fails. When `Commit` returns, the values are on the disk. `Commit` merges lists of
-/// identities and versions with the elements that other programs have written since the last read.
-/// For every other key, `Commit` overwrites the stored value.
+/// power fails. When `Commit` returns, the values are on the disk. `Commit` keeps the identities
+/// and versions that other programs have added since the last read. For every other key, `Commit`
+/// overwrites the stored value.
 ///
 /// The store opens the file for each read and each write, and closes it afterwards. The first
 /// `Commit` creates the file with the mode 0600, and missing folders with the mode 0700. A file
@@ -72,8 +72,8 @@ class StateStore {
   /// Reads the values at `location`, which is a file or `kMemoryLocation`. If the file does not
   /// exist, the store is empty. Throws `StateStoreError` if `location` is empty or cannot be
   /// resolved to an absolute path. Also throws it if the file cannot be read, is not a state store,
-  /// or was written in a newer format than this version of the program supports. `patience` is the
-  /// maximum time that each later write waits for other programs.
+  /// or has a newer format than this program supports. `patience` is the maximum time that each
+  /// later write waits for other programs.
   explicit StateStore(const std::filesystem::path& location,
                       std::chrono::milliseconds patience = kDefaultPatience);
 

@@ -40,7 +40,7 @@ class ToolError : public std::runtime_error {
 
 /// Calls `run` with the command line of a program, and returns the exit status that `run` returns.
 /// If `run` throws, returns the exit status for the exception. Before that, calls `report` with the
-/// error message, unless the message is empty.
+/// error message if the message is not empty.
 int RunReportingErrors(int argc, const char* const* argv,
                        ExitStatus (*run)(int argc, const char* const* argv),
                        void (*report)(std::string_view message)) noexcept;

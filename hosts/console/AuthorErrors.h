@@ -12,7 +12,8 @@
 
 namespace hosts::console {
 
-/// Returns a message about a line of a file: "FILE:LINE: MESSAGE". Omits the line if it is 0.
+/// Returns a message about a line of a file: "FILE:LINE: MESSAGE". If `line` is 0, returns
+/// "FILE: MESSAGE".
 inline std::string MessageAt(const std::filesystem::path& file, std::size_t line,
                              std::string_view message) {
   return file.native() + ":" + (line == 0 ? "" : std::to_string(line) + ":") + " " +

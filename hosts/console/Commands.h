@@ -122,8 +122,8 @@ struct ConsoleArguments {
 /// `kLintFindings` if a finding has at least the severity `failOn`. On any failure, throws
 /// `ToolError` with the status `kLintFailed`.
 ///
-/// If `explained` is present or `listsCodes` is true, prints the explanation or the list of codes
-/// and checks no file.
+/// If `explained` is present, prints the explanation of this code. Otherwise, if `listsCodes` is
+/// true, prints all codes. In both cases, checks no file.
 ExitStatus Run(const LintArguments& arguments);
 /// Writes a page with the panels of several users and the findings of `lint`. Replaces the output
 /// file atomically. If `watches` is true, rewrites the page whenever an input file changes, until

@@ -13,10 +13,10 @@ namespace hosts::console {
 using FileTexts = std::map<std::string, std::string>;
 
 /// Returns one line "FILE:LINE:COLUMN: severity: message [code]" for each finding. If `isStyled` is
-/// true, colours the severity, and adds two lines: an excerpt of the line in the file, and carets
-/// below the range of the finding. Omits both lines if this range is empty, or if `texts` does not
-/// contain the file. In the excerpt, replaces control characters, and shortens a long line with
-/// "...".
+/// true, colours the severity and adds two lines. The first added line is an excerpt of the line in
+/// the file, and the second contains carets below the range of the finding. Omits both lines if
+/// this range is empty, or if `texts` does not contain the file. In the excerpt, replaces control
+/// characters, and shortens a long line with "...".
 std::string LintText(const author::LintReport& report, const FileTexts& texts, bool isStyled);
 
 }  // namespace hosts::console

@@ -17,8 +17,9 @@ std::string FullName(const CLI::App& command) {
   return (parent == nullptr ? "" : FullName(*parent) + " ") + command.get_name();
 }
 
-/// Returns the error message for a missing or unknown command. The message of CLI11 cannot be used,
-/// because it reports an unknown command as missing and does not contain its name.
+/// Returns the error message for a missing command, an unknown command, or an unknown option in
+/// place of a command. The message of CLI11 cannot be used, because it reports each of these errors
+/// as a missing command.
 std::string MissingCommandMessage(const CLI::App& command) {
   const std::vector<std::string> words = command.remaining();
   if (words.empty()) return "no command given";

@@ -13,8 +13,8 @@ class ParseError;
 namespace hosts::console {
 
 /// Returns the text to print for `error`, which the parser `app` has thrown. If the user requests
-/// the help or the version, returns it. Otherwise, returns an error message with a hint about
-/// `--help`.
+/// the help or the version, returns the requested text. Otherwise, returns an error message with a
+/// hint about `--help`.
 Answer AnswerTo(const CLI::App& app, const CLI::ParseError& error);
 
 }  // namespace hosts::console

@@ -56,8 +56,8 @@ std::vector<fs::path> InputFiles(const PreviewArguments& arguments) {
   return files;
 }
 
-/// The time of the last change and the size of a file. If the file is missing, they are the values
-/// that `std::filesystem` returns on errors.
+/// The modification time and the size of a file. If the file is missing, both are the values that
+/// `std::filesystem` returns on errors.
 using FileStamp = std::pair<fs::file_time_type, std::uintmax_t>;
 
 std::vector<FileStamp> InputStamps(const PreviewArguments& arguments) {

@@ -26,7 +26,8 @@ void showFilter(QCheckBox& box, bool isChecked, const char* name, const char* de
 
 FilterBar::FilterBar(PanelController* controller, QWidget* parent)
     : QWidget(parent), controller_(controller) {
-  // The accessible interface can be created as soon as the bar has an accessible name.
+  // Call this function first, because Qt can create the accessible interface of the bar as soon as
+  // the bar has an accessible name.
   installPanelAccessibility();
   setLayout(new FlowLayout(2));
   onlyNew_ = addFilter("onlyNew");

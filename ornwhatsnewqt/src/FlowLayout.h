@@ -30,8 +30,8 @@ class FlowLayout : public QLayout {
   void setGeometry(const QRect& rect) override;
 
  private:
-  /// Returns the rectangles of the widgets, arranged in rows from left to right. A row is at most
-  /// `width` pixels wide, unless it has only one widget.
+  /// Returns the rectangles of the widgets, arranged in rows from left to right. A row with several
+  /// widgets is at most `width` pixels wide.
   std::vector<QRect> arrange(int width) const;
 
   std::vector<std::unique_ptr<QLayoutItem>> items_;

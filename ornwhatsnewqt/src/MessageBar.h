@@ -25,7 +25,7 @@ class MessageBar : public QFrame {
   void setMessage(const QString& message);
 
   /// Sets the strings of the bar in the current language. `message` is the current message in this
-  /// language. Unlike `setMessage`, neither shows nor announces the message.
+  /// language. Unlike `setMessage`, does not show a hidden bar and does not announce the message.
   void retranslate(const QString& message);
 
  protected:

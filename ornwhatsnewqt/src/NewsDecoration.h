@@ -16,7 +16,7 @@ QT_END_NAMESPACE
 namespace ornwhatsnewqt {
 
 /// Draws the shapes around the text of a `NewsDocument`. All coordinates are those of the document.
-/// Drawing takes time proportional to the visible part of the document.
+/// Drawing takes time proportional to the size of the visible part of the document.
 class NewsDecoration {
  public:
   /// Creates an object that draws in the part `visible` of `document`. The document must be laid

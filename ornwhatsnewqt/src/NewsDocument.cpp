@@ -21,8 +21,8 @@ using ornwhatsnew::LayoutSpan;
 using ornwhatsnew::ParagraphKind;
 using ornwhatsnew::StyleID;
 
-// An invisible character before each label, in the font size of the title. Without it, Qt would
-// draw a label that is alone on its line too high, so that it overlaps the line above.
+// An invisible character before each label, in the font size of the title. Without this character,
+// a label that is alone on its line would be too high and would overlap the line above.
 constexpr QChar kLabelStrut(0x2060);
 
 /// Writes a layout into an empty document.

@@ -98,8 +98,8 @@ void NewsFormats::addParagraphFormats() {
 }
 
 const QTextCharFormat& NewsFormats::ofSpan(ParagraphKind kind, std::optional<StyleID> style) const {
-  // Use the text colour for a notice, although its style is that of a header, because a notice is
-  // the main text of a page without items.
+  // A notice has the style of a header, but it is the main text of a page without items. Therefore
+  // use the text colour.
   const bool isNotice = kind == ParagraphKind::kNotice && style == StyleID::kStyleHeader;
   if (style && !isNotice) {
     const auto found = spans_.constFind(static_cast<int>(*style));

@@ -63,8 +63,8 @@ class NewsFormats {
   QTextBlockFormat makeBlock(const BlockKey& key) const;
   qreal hangingIndent(const QString& bullet) const;
   QTextCharFormat characters(float size, QFont::Weight weight, const QColor& color) const;
-  /// Returns the distance by which a label is raised to centre it on the title beside it, in
-  /// percent of the height of `labelFont`.
+  /// Returns the distance by which to raise a label, in percent of the height of `labelFont`. This
+  /// distance centres the label vertically on the title beside the label.
   qreal labelOffset(const QFont& labelFont) const;
   void addSpanFormats();
   void addParagraphFormats();

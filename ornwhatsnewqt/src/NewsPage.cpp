@@ -84,8 +84,8 @@ void NewsPage::showLayout(const ornwhatsnew::PanelLayout& layout, const PanelSty
 void NewsPage::restoreLinkFocus(std::size_t index, const QString& href) {
   if (index >= elements().size() || elements()[index].href != href) return;
   const int position = elements()[index].position;
-  // Select the character before the link, so that the link is the next one. A link that
-  // setTextCursor selects would look like selected text.
+  // Select the character before the link, so that focusNextPrevChild moves the focus to the link. A
+  // link that setTextCursor selects would look like selected text.
   QTextCursor before(document_.get());
   before.setPosition(std::max(0, position - 1));
   before.setPosition(position, QTextCursor::KeepAnchor);
@@ -165,7 +165,7 @@ void NewsPage::paintEvent(QPaintEvent* event) {
   QTextBrowser::paintEvent(event);
   if (!std::exchange(isPainted_, true)) {
     // Qt lays out the end of a long document while the user scrolls, in steps that take several
-    // frames. Lay it out after the first paint instead.
+    // frames. Lay out the whole document after the first paint instead.
     QMetaObject::invokeMethod(
         document_.get(), [this] { document_->documentLayout()->documentSize(); },
         Qt::QueuedConnection);

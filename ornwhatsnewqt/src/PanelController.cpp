@@ -83,7 +83,7 @@ void PanelController::loadList() {
 }
 
 // If the data file cannot be read, the stored state remains empty. The user therefore remains a new
-// user, for whom the first data file that can be read counts as seen, even in a later session.
+// user. The first data file that can be read then counts as seen, even in a later session.
 void PanelController::markAllSeen() {
   list_.MarkAllSeen();
   if (isLoaded()) {
@@ -169,7 +169,8 @@ void PanelController::rate(const QString& featureKey, int stars, const QString& 
   ratedKeys_.insert(featureKey);
   list_.MarkItemHasBeenRated(featureKey.toStdString());
   store_.commit();
-  // Redraw the panels before a host is notified, because its function may open a dialog.
+  // Redraw the panels before the application receives the rating, because the application may then
+  // open a dialog.
   Q_EMIT ratingsChanged();
   Q_EMIT rated(featureKey, stars, comment);
   Q_EMIT countChanged();

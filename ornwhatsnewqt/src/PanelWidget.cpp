@@ -240,8 +240,8 @@ void PanelWidget::Impl::print() {
 
 PanelWidget::PanelWidget(WhatsNew* whatsNew, QWidget* parent)
     : QWidget(parent), impl_(std::make_unique<Impl>(this, whatsNew->controller())) {
-  // Create the widgets after `impl_`, because an event handler of this object, which uses `impl_`,
-  // can be called as soon as this object has a child. The handlers ignore null widgets.
+  // Create the widgets after `impl_`, because Qt can call the event handlers of this object as soon
+  // as this object has a child. The handlers use `impl_`, and ignore null widgets.
   impl_->createWidgets();
   impl_->layOutWidgets();
   impl_->connectWidgets();

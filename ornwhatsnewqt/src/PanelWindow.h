@@ -9,8 +9,8 @@
 
 namespace ornwhatsnewqt {
 
-/// A window with a panel. It does not block the application, and Escape closes it. When it is
-/// closed, the window deletes itself and returns the focus to the widget that had it before.
+/// A window with a panel. The window does not block the application. Escape closes the window. A
+/// closed window deletes itself and returns the focus to the widget that had the focus before.
 class PanelWindow : public QDialog {
   Q_OBJECT
  public:

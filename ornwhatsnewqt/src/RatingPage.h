@@ -16,15 +16,15 @@ namespace ornwhatsnewqt {
 
 class RatingCard;
 
-/// A list of cards, one for each rating request. After the user sends a rating, moves the focus
-/// to the next card that is not rated.
+/// A column of cards, one for each rating request. After the user sends a rating, the page moves
+/// the focus to the next card that is not rated.
 class RatingPage : public QScrollArea {
   Q_OBJECT
  public:
   explicit RatingPage(QWidget* parent);
 
-  /// Shows `requests`. Keeps the cards that the user has answered. Of the other cards, removes
-  /// those whose request is not in `requests`, and keeps the user's choices in the rest.
+  /// Shows `requests`. Removes each card that is not rated and whose request is not in `requests`.
+  /// Keeps the other cards and the user's choices in these cards.
   void showRequests(const std::vector<ornwhatsnew::RatingRequest>& requests);
 
   /// Removes all cards.

@@ -96,7 +96,8 @@ void SearchBar::refresh() {
   } else {
     current_ = std::min(current_, matches_.size() - 1);
     start_ = matches_[current_].begin;
-    // A view with the focus can show the focus of a link, which a selected match would remove.
+    // If the view has the focus, do not select a match. The selection could remove the focus from a
+    // link in the view.
     if (!view_->hasFocus()) selectWithoutScrolling();
   }
   showResult();

@@ -71,8 +71,8 @@ class SearchBar : public QWidget {
   GlyphButton* closeButton_;
   std::vector<Match> matches_;  // in the order of the document
   std::size_t current_ = 0;     // the index of the selected match
-  // The position in the document at which the search begins while the user types. Null until the
-  // first match.
+  // The position in the document at which the search begins while the user types. Has no value
+  // before the first match.
   std::optional<int> start_;
 };
 

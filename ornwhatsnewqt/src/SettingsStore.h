@@ -62,8 +62,8 @@ class SettingsStore : public QObject {
   /// Returns a value of the companion, or an invalid `QVariant` if there is none.
   QVariant value(const QString& key) const;
 
-  /// Stores values of the companion. Returns whether this call changed a stored value. Of several
-  /// programs that store the same values, only one receives true.
+  /// Stores values of the companion. Returns whether this call changed a stored value. If several
+  /// programs store the same values, only one program receives true.
   bool setValues(const QVariantMap& values);
   bool setValue(const QString& key, const QVariant& value) { return setValues({{key, value}}); }
 
