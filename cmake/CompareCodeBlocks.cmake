@@ -1,6 +1,6 @@
 # Fails unless each C++, CMake and YAML code block of the Markdown file PAGE occurs unchanged in a source
 # file. Also fails if PAGE contains no such block. CODE is the list of source files, separated by commas. In
-# the source file, the block may be indented by two more spaces.
+# the source file, each line of the block may have two additional spaces of indentation.
 cmake_minimum_required(VERSION 3.25)
 
 string(REPLACE "," ";" files "${CODE}")

@@ -3,9 +3,9 @@
 # orn_quote_desktop_argument(VARIABLE ARGUMENT)
 # Sets VARIABLE to ARGUMENT in the syntax of the key Exec of a desktop entry.
 function(orn_quote_desktop_argument variable argument)
-  # Within quotes, these four characters need a backslash.
+  # Within double quotes, these four characters must be escaped with a backslash.
   string(REGEX REPLACE "([\"`$\\])" "\\\\\\1" quoted "${argument}")
-  # The value of each key is a string, in which a backslash needs a backslash.
+  # In each value of a desktop entry, backslashes must be escaped with another backslash.
   string(REPLACE "\\" "\\\\" quoted "${quoted}")
   # A single percent sign would begin a field code.
   string(REPLACE "%" "%%" quoted "${quoted}")

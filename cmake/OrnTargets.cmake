@@ -37,7 +37,8 @@ function(orn_add_library)
 endfunction()
 
 # orn_set_shared_library_options()
-# Sets the options of the shared library that only some compilers and linkers support.
+# Sets compiler and linker options for the shared library. Omits options that the compiler or the linker
+# does not support.
 function(orn_set_shared_library_options)
   # With -fno-semantic-interposition and -Bsymbolic-functions, the library calls its own exported
   # functions directly. Otherwise, the loader would have to look up each of these functions in the
@@ -52,8 +53,8 @@ function(orn_set_shared_library_options)
 endfunction()
 
 # orn_link_option_if_supported(OPTION VARIABLE)
-# Links the library with OPTION if the linker supports it. Stores in the cache variable VARIABLE whether
-# the linker supports it.
+# If the linker supports OPTION, links the library with this option. Stores in the cache variable VARIABLE
+# whether the linker supports OPTION.
 function(orn_link_option_if_supported option variable)
   include(CheckLinkerFlag)
   check_linker_flag(CXX ${option} ${variable})

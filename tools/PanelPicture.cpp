@@ -1,6 +1,6 @@
-// Runs in a copy of the program `ornwhatsnew-panel` that ./dev picture builds. Saves a screenshot
-// of the window and closes the window. The environment variable PANEL_PICTURE contains the path of
-// the screenshot, and PANEL_COLORS selects the palette of the desktop: "light" or "dark".
+// Part of panel_picture, a variant of the program `ornwhatsnew-panel` that ./dev picture builds.
+// Saves a screenshot of the window and closes the window. The environment variable PANEL_PICTURE
+// contains the path of the screenshot. PANEL_COLORS selects the palette: "light" or "dark".
 #include <QtCore/QCoreApplication>
 #include <QtCore/QTimer>
 #include <QtGui/QPalette>

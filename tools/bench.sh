@@ -132,8 +132,8 @@ require_linear_bytes() {
 }
 
 # Runs a probe on input of the given shape and size. Prints the number of instructions that the measured
-# functions and their callees execute, the actual size of the input in bytes, and the peak memory use in
-# bytes.
+# functions and their callees execute. Then prints the actual size of the input and the peak memory use,
+# both in bytes.
 measure_bytes() {
   local probe=$1 shape=$2 bytes=$3 counts
   counts=$(log_file "growth-$shape-$bytes")

@@ -101,8 +101,8 @@ check_qt_headers() {
 }
 
 # Compiles the sources of the library for Windows. Checks only the syntax, because the libraries for
-# Windows are not installed. Of the headers of this system, the include path contains only those of ICU,
-# because they are the same on every system.
+# Windows are not installed. The only headers of this system in the include path are ICU's headers, because
+# they are the same on every system.
 stage_windows() {
   local include=build/windows/include
   mkdir -p "$include" &&
@@ -142,7 +142,7 @@ stage_valgrind() {
       --host examples/herbarium/internal.json --state :memory: --format json
 }
 
-# The preset "tidy" joins up to ten sources in one file, because clang-tidy spends most of its time on
+# The preset "tidy" joins up to ten sources into one file, because clang-tidy spends most of its time on
 # common headers. The builds with g++ do not join sources, so they still find missing includes.
 stage_tidy() {
   configure tidy && make_qt_sources tidy || return
@@ -223,15 +223,15 @@ build_and_test() {
   configure "$preset" && build "$preset" && run_tests "$preset" "$@"
 }
 
-# Prints the number of tests or files in the log of a stage, such as "412 tests", or the reason why the
-# stage was skipped. Prints nothing if the log contains neither.
+# Prints the summary in the log of a stage. A summary is the number of tests, such as "412 tests", the
+# number of files, or the reason why the stage was skipped. Prints nothing if the log contains no summary.
 summary_of_log() {
   sed -n -e 's/^[0-9]*% tests passed, [0-9]* tests* failed out of \([0-9]*\)$/\1 tests/p' \
     -e '/^[0-9]* files$/p' -e 's/^skipped: //p' "$1" | tail -n 1
 }
 
-# Returns whether a skipped stage is a failure. In CI, a skipped stage is a failure, because the message
-# about the skipped stage could remain unnoticed.
+# Returns whether a skipped stage is a failure. This is true in CI, where the message about the skipped
+# stage could remain unnoticed.
 skipping_fails() { [[ ${CI:-} == true ]]; }
 
 run_stage() {

@@ -1,6 +1,7 @@
 # shellcheck shell=bash
 
-# Part of ./dev: defines functions that print messages, configure and build presets, and run tests.
+# Part of ./dev: defines functions that print messages, configure and build presets, run tests, and list
+# files.
 
 # Prints a progress message to stderr, because stdout may contain the output of a program.
 say() { printf '== %s\n' "$*" >&2; }

@@ -48,8 +48,8 @@ fuzz_target() {
     -print_final_stats=1 </dev/null >"$(log_file "fuzz-$target")" 2>&1
 }
 
-# Prints one line about the run of a target. The line contains the number of executions, in total and per
-# second, the number of covered edges, the number of inputs in the corpus, and the result.
+# Prints one line about the run of a target: the executions in total and per second, the number of covered
+# edges, the number of inputs in the corpus, and the result.
 report_target() {
   local target=$1 status=$2 log executions speed coverage inputs verdict=ok
   log=$(log_file "fuzz-$target")
@@ -68,7 +68,7 @@ fuzz_targets_for() {
   local seconds=$1 at_a_time=$2 failed=0 running=() target
   shift 2
   for target in "$@"; do
-    # All targets run for the same time, so wait for the one that started first.
+    # All targets run for the same time, so wait for the target that started first.
     if ((${#running[@]} >= at_a_time)); then
       wait "${running[0]}" || failed=1
       running=("${running[@]:1}")

@@ -18,7 +18,7 @@ MAN_SOURCE = re.compile(r"\.[1-9]$")
 MAN_INLINE = re.compile(r"^\.(Nm|Ar|Cm|Fl|Ql|Pa|Ev|Em|Sy|Li) ?")
 SENTENCE_END = re.compile(r"(?<=[.!?])\s+(?=[A-Z`\"(\[*])")
 # LITERAL matches one C++ string literal. JOINED_LITERALS also matches adjacent literals, which the
-# compiler joins.
+# compiler concatenates.
 LITERAL = r'"((?:[^"\\\n]|\\.)*)"'
 JOINED_LITERALS = re.compile(rf"{LITERAL}(?:\s*{LITERAL})*")
 SHORTEST_SENTENCE = 4  # words

@@ -56,8 +56,8 @@ command_kills() {
   kill_in hosts_console_tests ProgramKillTest "$kills"
 }
 
-# Runs the tests of a suite whose names begin with "EveryKill". Prints the line of their output that
-# contains the number of kills.
+# Runs the tests "EveryKill*" of a suite. Prints the line of their output that contains the number of
+# kills.
 kill_in() {
   local program=$1 suite=$2 kills=$3 log
   log=$(log_file "kills-$suite")
@@ -86,7 +86,7 @@ write_settings_in_several_programs() {
 }
 
 # Runs the tests of the Qt companion in a virtual X server, where the tests open real windows. './dev test'
-# runs the same tests without a display. In both cases, the settings are separate from those of the user.
+# runs the same tests offscreen. In both cases, the tests do not use the settings of the user.
 test_companion_in_windows() {
   local tests=() test home status=0
   configure release || return
@@ -107,8 +107,8 @@ stage_xvfb() { ensure_packages xvfb && test_companion_in_windows; }
 stage_kills() { command_kills 10000; }
 stage_robustness() { command_robustness --seed 1 && write_settings_in_several_programs; }
 
-# Tests the HTML pages of `ornwhatsnew` in headless Chromium, and writes screenshots to build/browser/pages.
-# Uses npm to download axe-core, which finds accessibility problems.
+# Tests the HTML pages that `ornwhatsnew` writes, in headless Chromium. Writes screenshots to
+# build/browser/pages. Uses npm to download axe-core, which finds accessibility problems.
 stage_browser() {
   local folder=build/browser axe=axe-core@4.10.3
   ensure_packages browser

@@ -24,7 +24,7 @@ class ORN_EXPORT ResultError : public std::runtime_error {
   ResultError(int result, const std::string& what);
   /// Copies the exception, as `throw` requires.
   ResultError(const ResultError&) = default;
-  /// Assigns the exception. It is assignable, like the exceptions of the standard library.
+  /// Allows assignment, as the exceptions of the standard library do.
   ResultError& operator=(const ResultError&) = default;
   ~ResultError() override;
 
@@ -41,7 +41,7 @@ class ORN_EXPORT FutureCancelled : public std::exception {
   FutureCancelled() = default;
   /// Copies the exception, as `throw` requires.
   FutureCancelled(const FutureCancelled&) = default;
-  /// Assigns the exception. It is assignable, like the exceptions of the standard library.
+  /// Allows assignment, as the exceptions of the standard library do.
   FutureCancelled& operator=(const FutureCancelled&) = default;
   ~FutureCancelled() override;
 

@@ -24,9 +24,9 @@ using string::UTF16String;
 
 /// A stream for the output of a command. Use `Write` for strings and `put` for single UTF-16 units.
 ///
-/// Standard libraries have no facets for `char16_t`. Therefore, `<<` of a number writes nothing and
-/// sets the stream's bad bit, and `std::endl` and `std::setfill` throw `std::bad_cast`. Convert
-/// numbers to strings first, and write `u"\n"` for a line end.
+/// Standard libraries have no facets for `char16_t`. Therefore, `stream << number` writes nothing
+/// and sets the bad bit of the stream. `std::endl` and `std::setfill` throw `std::bad_cast`.
+/// Convert numbers to strings first, and write `u"\n"` for a line end.
 using UTF16OutputStream = std::basic_ostream<char16_t>;
 
 /// Writes `text` to `stream` without formatting. A failure sets the state bits of `stream`, as for
@@ -43,7 +43,7 @@ class ORN_EXPORT CommandRegistry {
   /// for success. Several threads may call it at the same time.
   using CommandFunction = std::function<int(const UTF16String& arguments, UTF16OutputStream&)>;
 
-  /// The name and the help of a command. `ListCommands` returns one object for each command.
+  /// The name and the help text of a command. `ListCommands` returns one object for each command.
   struct Command {
     UTF16String name;  ///< the first word of a line that runs the command
     UTF16String help;  ///< the text that follows the name in the usage line
@@ -78,9 +78,9 @@ class ORN_EXPORT CommandRegistry {
   /// Runs the command that `line` names and returns its result. Returns `std::nullopt` if no
   /// command has this name.
   ///
-  /// The name is the first word after any leading spaces. A space ends the name, and everything
-  /// after that one space is the argument text, unchanged. Exceptions from the command propagate to
-  /// the caller.
+  /// The name is the first word after any leading spaces. A space ends the name. The rest of the
+  /// line after this space is the argument text. Exceptions from the command propagate to the
+  /// caller.
   std::optional<int> RunLine(std::u16string_view line, UTF16OutputStream& stream) const;
 
  private:

@@ -72,8 +72,9 @@ class ORN_EXPORT MemoryDebugStore final : public DebugStore {
 /// Threads: safe to use from any thread if the store is safe to use from any thread.
 class ORN_EXPORT DebugDatabase {
  public:
-  /// Returns the database of the process. Its store is an empty `MemoryDebugStore` at first. The
-  /// database is never destroyed, so static constructors and destructors may use it.
+  /// Returns the database of the process. Its store is an empty `MemoryDebugStore` at first. Static
+  /// constructors and destructors may use the database, because the first call creates it and it is
+  /// never destroyed.
   static DebugDatabase& Instance();
 
   DebugDatabase(const DebugDatabase&) = delete;

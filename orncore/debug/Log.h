@@ -4,7 +4,7 @@
 //   orncore::debug::SetLogSink([](std::string_view line) { hostLog.Append(line); });
 //
 // `SetLogSink` and `Log` are safe to call from any thread, and from static constructors and
-// destructors. The sink may call both functions, but a call to `Log` calls the sink recursively.
+// destructors. The sink may call both functions, but `Log` then calls the sink recursively.
 #ifndef ORNCORE_DEBUG_LOG_H_
 #define ORNCORE_DEBUG_LOG_H_
 
@@ -20,8 +20,7 @@ namespace orncore::debug {
 ///
 /// The sink receives each line as it was passed to `Log`, without an additional line end. The line
 /// can contain control characters or ill-formed UTF-8, for example in the message of an exception.
-/// The view is valid during the call.
-/// Several threads may call the sink at the same time.
+/// The view is valid during the call. Several threads may call the sink at the same time.
 ///
 /// If memory runs out, throws `std::bad_alloc` and keeps the previous sink.
 ORN_EXPORT void SetLogSink(std::function<void(std::string_view line)> sink);

@@ -117,13 +117,13 @@ class ORN_EXPORT UntypedFuture {
 ORN_EXPORT UntypedFuture ReadFileToRecycledMemory(
     const File& file, Executor& executor, std::function<void(const ReadOutcome&)> continuation);
 
-/// Waits until the continuation has returned or `deadline` has passed. Returns true if the
-/// continuation returned in time, and rethrows its exception if it threw one.
+/// Waits until the continuation has ended or `deadline` has passed. If the continuation ends in
+/// time, returns true, or rethrows the exception of the continuation.
 ///
 /// If the deadline passes first, the result depends on `cancelAtDeadline`:
 /// - false: The function returns false. The read continues, and the caller may wait again.
-/// - true: The function cancels the read and waits until the continuation has returned.
-///   Then it returns false, or rethrows the exception of the continuation.
+/// - true: The function cancels the read and waits until the continuation has ended. Then it
+///   returns false, or rethrows the exception of the continuation.
 ///
 /// `future` must be a result of `ReadFileToRecycledMemory`. Do not wait again after a call that
 /// returned true, threw, or cancelled the read.

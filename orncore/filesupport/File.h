@@ -68,11 +68,11 @@ inline constexpr std::size_t kMaxFileBytes = std::size_t{2} << 30;
 
 /// Reads all bytes of the regular file `path` and returns them. Follows symbolic links.
 ///
-/// If the read fails, throws `config::ResultError`. Its message names the file, and its code is one
-/// of these or another negated error number of the system:
+/// If the read fails, throws `config::ResultError`. Its message names the file. Its code is a
+/// negated error number of the system, such as:
 ///
 ///   -ENOENT       the file does not exist
-///   -EACCES       the user may not read the file
+///   -EACCES       the user has no permission to read the file
 ///   -EISDIR       the path names a directory
 ///   -EOPNOTSUPP   the path names a FIFO, a device or a socket
 ///   -EINVAL       the path contains NUL

@@ -1,4 +1,4 @@
-// Decodes Base64. Scenarios use it for data files that are not UTF-8.
+// Decodes Base64. Scenarios use Base64 for data files that are not UTF-8.
 #ifndef TESTS_CONFORMANCE_BASE64_H_
 #define TESTS_CONFORMANCE_BASE64_H_
 

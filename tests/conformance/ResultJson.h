@@ -17,7 +17,7 @@
 
 namespace conformance {
 
-/// Returns `value` as JSON on one line, in ASCII. Escapes all other characters, because some of
+/// Returns `value` as JSON on one line. Escapes all characters that are not ASCII, because some of
 /// them, such as U+0085, start a new line on a terminal.
 std::string LineOf(const nlohmann::json& value);
 

@@ -104,7 +104,7 @@ using Step =
 
 struct Scenario {
   std::string name;
-  /// The rule that the scenario shows. Empty if it shows no rule.
+  /// The rule that the scenario shows. Empty if the scenario shows no rule.
   std::string intent;
   /// True if results contain persisted lists as strings instead of sorted arrays.
   bool exactTexts = false;

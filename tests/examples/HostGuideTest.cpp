@@ -20,7 +20,7 @@ using Texts = std::map<std::string, std::string>;
 
 // Adds the default texts of the key texts in a C++ source to `texts`, by key.
 void AddDefaultTexts(const std::string& source, Texts& texts) {
-  // Matches all adjacent literals together, because the compiler joins them.
+  // Matches adjacent string literals together, because the compiler concatenates them.
   static const std::regex adjacentLiterals(R"re((?:u?"(?:[^"\\\n]|\\.)*"\s*)+)re");
   static const std::regex betweenLiterals(R"re("\s*u?")re");
   const std::sregex_iterator end;

@@ -57,9 +57,8 @@ void ExpectPageShowsWhatItsCommandsPrint(const std::string& page) {
   }
 }
 
-// Prepares the environment for the commands of a page. The folder of the example is the current
-// folder, PATH contains the folder of the program, the state store is empty, and COLUMNS is not
-// set.
+// Prepares the environment for the commands of a page. Changes to the folder of the example, adds
+// the folder of the program to PATH, and unsets COLUMNS. The state store is empty.
 class ExamplePage : public ::testing::Test {
  protected:
   void SetUp() override {

@@ -198,9 +198,9 @@ TEST_F(MemoryOfCommandTest, ReportsAFailureOfTheFirstCommandInAProcess) {
     std::size_t n = 0;
     int processes = 0;
     do {
-      // Try every allocation until the thread has started. After that, try only a sample. The later
-      // allocations are the same in every command, and ReportsAFailureAndWorksAgain tries all of
-      // them.
+      // Until the thread has started, make every allocation fail in turn. After that, use only a
+      // sample, because the later allocations are the same in every command.
+      // ReportsAFailureAndWorksAgain makes all of them fail.
       n += n < kAllocationsOfStart ? 1 : 7;
       ++processes;
       test_support::ProgramCall call;

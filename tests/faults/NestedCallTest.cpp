@@ -152,7 +152,7 @@ class HookedDictionary : public orncore::config::DictionarySource {
   explicit HookedDictionary(std::function<void()> hook) : hook_(std::move(hook)) {}
   std::optional<UTF8String> Find(std::string_view key) const override {
     // Ignore the keys of templates, because the list looks them up before it iterates over its
-    // items. It looks up this key during the iteration.
+    // items. The list looks up this key during the iteration.
     if (key == "$$$/ornwhatsnew/Change/Localized") hook_();
     return std::nullopt;
   }
@@ -231,7 +231,7 @@ TEST_F(NestedCallTest, AServiceMayReplaceItselfDuringAQuery) {
   const std::string expected = other.Snapshot();
   const std::string expectedText = Format(*other.list).text;
 
-  // Create a new `FaultHost`, because it reinstalls the feature table, which the service copies.
+  // Create a new `FaultHost` to reinstall the feature table, which `SelfReplacingFeatures` copies.
   FaultHost host;
   ornappsupport::feature::SetFeatureService(std::make_shared<SelfReplacingFeatures>());
   world.list->BubbleUnlockedItemsToTheTop();

@@ -104,8 +104,7 @@ class StrangeStateTest : public FaultTest, public testing::WithParamInterface<St
     const auto after = GuidsOf(store.Text(kAllSeenItems));
     for (const Guid& identity : before) EXPECT_TRUE(after.contains(identity));
     if (key == kAllVersions) ExpectVersionsKept(text, store.Text(kAllVersions));
-    // The first display may normalise the stored strings. A second display must not change them
-    // again.
+    // The first display may normalise the stored strings. The second display must not change them.
     const auto texts = store.AllTexts();
     list.InitWithData(LoadedData());
     EXPECT_FALSE(list.IsAnythingNew(kShowOnlyNew));

@@ -24,8 +24,8 @@ struct ProgramCall {
   bool isOnTerminal = false;
   /// The width of the terminal in characters.
   unsigned short columns = 80;
-  /// The input that a user types on the terminal. "\x04" represents Ctrl-D. REQUIRES: unless
-  /// `typed` is empty, `isOnTerminal` is true and `input` is empty.
+  /// The input that a user types on the terminal. "\x04" represents Ctrl-D. REQUIRES: if
+  /// `typed` is not empty, `isOnTerminal` is true and `input` is empty.
   std::string typed = {};
   /// A function that the new process calls before it executes the program, for example to set
   /// resource limits. It must not allocate memory.
@@ -36,13 +36,13 @@ struct ProgramCall {
 struct ProgramResult {
   /// The exit status, or the negated signal number if a signal ended the program.
   int exitStatus = 0;
-  /// The bytes that the program wrote to standard output, without those that `ReadOutput` returned.
+  /// The bytes that the program wrote to standard output and that `ReadOutput` did not return.
   std::string output;
   /// The bytes that the program wrote to standard error.
   std::string errors;
 };
 
-/// A running program. Unless `Wait` has returned, the destructor kills the program and waits for
+/// A running program. If `Wait` has not returned, the destructor kills the program and waits for
 /// its end. Not thread-safe.
 class ChildProcess {
  public:

@@ -14,8 +14,8 @@
 namespace test_support {
 namespace {
 
-/// Makes the system end the calling process instead of executing a call to `kill`. Returns whether
-/// the system supports this.
+/// Makes the system end the calling process if the process calls `kill`. Returns whether the system
+/// supports this.
 bool ForbidKill() {
   std::array<sock_filter, 4> filter = {
       sock_filter BPF_STMT(BPF_LD | BPF_W | BPF_ABS, offsetof(seccomp_data, nr)),

@@ -66,8 +66,8 @@ class FakeHost {
   /// Sets the debug switch that shows internal users the internal keys.
   void ShowAllUnlockCodes(bool show);
 
-  /// Adds the translation `text` of `key` to the dictionary, or replaces it. `key` is the part of a
-  /// key text before the `=`.
+  /// Adds `text` to the dictionary as the translation of `key`. Replaces an existing translation of
+  /// `key`. `key` is the part of a key text before the `=`.
   void AddTranslation(std::string_view key, std::string_view text);
 
   /// Return the state store, and a getter and a setter that use it.

@@ -13,7 +13,7 @@ namespace test_support {
 /// Builds a layout paragraph by paragraph. Unlike a list, adds all strings unchanged.
 class LayoutBuilder {
  public:
-  /// Begins a paragraph. A change gets the bullet "•".
+  /// Begins a paragraph. If `kind` is `kChange`, the paragraph has the bullet "•".
   LayoutBuilder& Begin(ornwhatsnew::ParagraphKind kind, std::string itemKey = {}) {
     using ornwhatsnew::ParagraphKind;
     if (!layout_.paragraphs.empty()) layout_.text += u'\n';
@@ -26,7 +26,7 @@ class LayoutBuilder {
     return *this;
   }
 
-  /// Adds a span to the last paragraph. Adds none if `text` is empty.
+  /// Adds a span to the last paragraph. If `text` is empty, does nothing.
   LayoutBuilder& Span(const std::u16string& text, std::optional<ornwhatsnew::StyleID> style = {},
                       std::u16string link = {}) {
     if (text.empty()) return *this;

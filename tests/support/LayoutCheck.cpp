@@ -132,7 +132,7 @@ void AddVisible(std::u16string_view text, std::optional<StyleID> style, const st
 std::vector<Character> CharactersOf(const PanelLayout& layout) {
   std::vector<Character> characters;
   for (const LayoutParagraph& paragraph : layout.paragraphs) {
-    // A layout omits the white space around a bullet, so do not compare it.
+    // A layout omits the white space around a bullet, so do not compare this white space.
     for (std::u16string_view rest = paragraph.bullet; !rest.empty();) {
       const std::size_t length = IsHigh(rest.front()) ? 2 : 1;
       characters.push_back(

@@ -25,7 +25,7 @@ const ornwhatsnew::FeatureListItem& ItemOf(const ornwhatsnew::FeatureListData& l
 /// Returns the descriptions of an item's changes, in order.
 std::vector<std::string> ChangeDescriptions(const ornwhatsnew::FeatureListItem& item);
 
-/// Returns the sorted elements of a persisted list. If the string is empty, there are no elements.
+/// Returns the elements of the string `persistedList`, sorted. An empty string has no elements.
 std::vector<std::string> SortedPieces(std::string_view persistedList);
 
 /// The results of a display. `text` is UTF-8.

@@ -25,8 +25,8 @@ class ThreadCounter {
 /// The number of threads on which `RunOnThreads` runs `work`.
 inline constexpr int kThreadCount = 3;
 
-/// Runs `work` once on each of `kThreadCount` threads. Runs `meanwhile` on the calling thread, once
-/// and then repeatedly until all threads have finished. All threads start at the same time.
+/// Runs `work` once on each of `kThreadCount` threads. Runs `meanwhile` on the calling thread at
+/// least once, and repeats it until all threads have finished. All threads start at the same time.
 template <class Work, class Meanwhile>
 void RunOnThreads(const Work& work, const Meanwhile& meanwhile) {
   std::atomic<int> running = kThreadCount;

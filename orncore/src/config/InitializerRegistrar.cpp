@@ -111,10 +111,10 @@ class Registry {
     return registration.isRegistered && Overlap(registration.contexts, liveContexts_);
   }
 
-  // Runs the initialise or shutdown function until the state of the registration matches the live
-  // contexts. The loop is needed because the live contexts may change while a function runs without
-  // the lock. If another call is running a function of the registration, leaves the update to that
-  // call and returns true. Returns false if the initialise function failed.
+  // If the live contexts require this, initialises or shuts down the registration. Repeats the
+  // check afterwards, because the live contexts may change while a function runs without the lock.
+  // If another call is running a function of the registration, leaves the update to that call and
+  // returns true. Returns false if the initialise function failed.
   bool Update(Lock& lock, InitializerRegistration& registration) {
     while (!registration.isRunning &&
            ShouldBeInitialized(registration) != (registration.initializationOrder != 0)) {

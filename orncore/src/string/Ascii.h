@@ -1,5 +1,5 @@
-// Detects ASCII quickly. Nearly all strings are ASCII, so the conversions test eight bytes at a
-// time.
+// Finds the ASCII prefix of a string. Tests eight bytes at a time, because nearly all strings are
+// ASCII.
 #ifndef ORNCORE_SRC_STRING_ASCII_H_
 #define ORNCORE_SRC_STRING_ASCII_H_
 

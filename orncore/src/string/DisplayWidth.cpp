@@ -47,7 +47,7 @@ std::size_t DisplayWidth(std::u16string_view text) noexcept {
   std::size_t position = 0;
   while (position < text.size()) {
     const UChar32 character = NextCodePoint(text, position);
-    // The selector for emoji presentation makes the narrow character before it wide.
+    // U+FE0F after a narrow character selects its emoji presentation, which is wide.
     const bool widens = character == kEmojiSelector && previousWidth == 1;
     const std::size_t width = widens ? 1 : CharacterWidth(character);
     columns += width;

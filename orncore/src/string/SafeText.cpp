@@ -45,8 +45,8 @@ bool IsTransparent(UChar32 character) {
 }
 
 // Returns whether `joiner`, which is between `before` and `after`, changes how the text looks.
-// Joiners affect cursive scripts, Indic scripts and emoji. Between other characters, they are
-// invisible, and two different strings would look the same.
+// Joiners affect cursive scripts, Indic scripts and emoji. Between other characters, joiners are
+// invisible, so two different strings could look the same.
 bool IsJoinerNeeded(UChar32 joiner, UChar32 before, UChar32 after) {
   if (u_getCombiningClass(before) == kViramaClass) return u_isalpha(after) != 0;
   if (joiner == kJoiner && EndsEmoji(before)) return IsPictograph(after);
@@ -116,8 +116,8 @@ bool LooksLikeSpace(UChar32 character) {
 }
 
 // Returns the first character of `text` (UTF-8), or 0 if `text` is empty. Returns a backslash if
-// the first character is ill-formed, is invisible or looks like a space, because `EscapeInvisible`
-// can replace such a character with an escape. A joiner before an escape would be invisible.
+// the first character is ill-formed, is invisible or looks like a space. `EscapeInvisible` can
+// replace such a character with an escape, and a joiner before an escape would be invisible.
 UChar32 NextVisibleCharacter(std::string_view text) {
   if (text.empty()) return 0;
   std::size_t end = 0;

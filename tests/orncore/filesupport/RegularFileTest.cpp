@@ -83,8 +83,8 @@ TEST_F(RegularFileTest, ReadsAFileThatIsMuchLongerThanItsReportedSize) {
   EXPECT_TRUE(text.ends_with('\n'));
 }
 
-// A file in /sys reports the size of a memory page, but usually contains only one short line, like
-// a file that shrank after its size was queried.
+// A file in /sys reports the size of a memory page, but usually contains only one short line. Such
+// a file behaves like a file that shrank after its size was queried.
 TEST_F(RegularFileTest, ReadsAFileThatIsShorterThanItsReportedSize) {
   const fs::path path = "/sys/kernel/profiling";
   if (!fs::exists(path)) GTEST_SKIP() << "this system has no file " << path;

@@ -35,7 +35,7 @@ INSTANTIATE_TEST_SUITE_P(
                     SafeCase{u"\x1B]0;title\x07", u"\u241B]0;title\u2407"},
                     SafeCase{u"a\rb\bc\x7F", u"a\u240Db\u2408c\u2421"},
                     SafeCase{std::u16string(1, u'\0'), u"\u2400"},
-                    // U+009B starts an escape sequence, and U+0085 ends a line.
+                    // U+009B starts a control sequence, and U+0085 ends a line.
                     SafeCase{u"\u009B31m\u0085", u"\uFFFD31m\uFFFD"},
                     SafeCase{u"a\u2028b\u2029c", u"a b c"}));
 

@@ -18,8 +18,8 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// Returns the bytes of a resource, or std::nullopt if the manager does not find it. The buffer is
-// not empty before the load, because a failed load must clear it.
+// Returns the bytes of a resource, or std::nullopt if the manager does not find it. Expects that a
+// failed load clears the buffer.
 std::optional<std::string> Load(const ResourceManager& manager, const UTF16String& name,
                                 const UTF16String& type = u"csv") {
   std::vector<unsigned char> bytes{'o', 'l', 'd'};
