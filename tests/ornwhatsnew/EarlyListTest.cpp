@@ -45,7 +45,7 @@ TEST(EarlyList, HasSectionsAndChanges) {
   EXPECT_FALSE(change->HasMalformedSalience());
 }
 
-// These static objects use literal keys, because the exported constants of the library may not be
+// These static objects use literal keys, because the exported constants of the library might not be
 // initialised yet.
 const std::string kMergedItems = MergePersistedValue("WhatsNew.AllSeenItems", "a", "", "b");
 const std::string kMergedVersions =

@@ -102,8 +102,8 @@ TEST_F(HostQueries, OfADisplayHaveAFixedOrder) {
                "text SpaceWitDash", "text ParenthesizedCode", "text DisplayTemplate",
                "text DisplayTemplate", "text displaytemplate", "text optedOutOfAnalyticsPart1",
                "text optedOutOfAnalyticsPart2", "text nonewratings",
-               // The results of these two queries determine whether the list adds notes to changes,
-               // and whether it shows the feature.
+               // The first of these two queries determines whether the list adds notes to changes.
+               // The second query determines whether the list shows the feature.
                "internal user", "enabled export",
                // The results of these three queries determine the unlock label.
                "internal user", "debug SimulateShowingAllOffFeaturesInWhatsNew", "enabled export",

@@ -74,7 +74,7 @@ TEST(LinkTarget, ShowsTheHostOfALinkWithAnotherScheme) {
 
 TEST(LinkTarget, IsCutBetweenEscapes) {
   const std::string spaces(100, ' ');
-  // Each space becomes the escape "%20", which has three bytes. A cut at a fixed length would
+  // Each space becomes the escape "%20", which has three bytes. Truncation at a fixed length would
   // therefore split an escape for two of these three words.
   for (const std::string word : {"", "a", "ab"}) {
     EXPECT_THAT(

@@ -93,9 +93,8 @@ TEST(MarkdownRenderer, EscapesANumberThatSeveralSpansForm) {
   EXPECT_EQ("12\\. x\n", Render(LayoutBuilder().Begin(kNotice).Span(u"1").Span(u"2").Span(u". x")));
 }
 
-// CommonMark limits the numbers of ordered lists to nine digits. The renderer searches for such a
-// number only if the line has at most nine characters before the period. Otherwise, the running
-// time would be quadratic.
+// CommonMark limits the numbers of ordered lists to nine digits. The renderer does not check longer
+// lines, because checking the line at each period would take quadratic time.
 TEST(MarkdownRenderer, EscapesOnlyNumbersThatCanBeginAList) {
   EXPECT_EQ("123456789\\. x\n", RenderNotice(u"123456789. x"));
   EXPECT_EQ("1234567890. x\n", RenderNotice(u"1234567890. x"));

@@ -53,7 +53,7 @@ class VisibilityExplanation : public test_support::FakeHostTest {
   std::vector<HidingRule> RulesOfItem(std::string_view key, DisplayOptions options) const {
     return Explain(key, options).hidingRules;
   }
-  /// Returns the hiding rules of the first change of the feature.
+  /// Returns the hiding rules of the first change of the feature "EPIC-1".
   std::vector<HidingRule> RulesOfChange(DisplayOptions options) const {
     return Explain("EPIC-1", options).changes.at(0).hidingRules;
   }

@@ -23,9 +23,16 @@ using test_support::PlainVersions;
 
 constexpr unsigned kOptionCombinations = 32;
 
-// Each bit of an element is a property of a host. From the lowest bit: feature enabled, feature
-// available to the user, internal user, debug switch that shows disabled features, usage logging
-// off, application terminating. The omitted combinations would not test further rules.
+// Each bit of an element is a property of a host:
+//
+//    1: The feature is enabled.
+//    2: The feature is available to the user.
+//    4: The user is an internal user.
+//    8: The debug switch that shows disabled features is on.
+//   16: Usage logging is off.
+//   32: The application is terminating.
+//
+// The omitted combinations would not test further rules.
 constexpr unsigned kHosts[] = {0, 1, 2, 4, 5, 6, 8, 12, 13, 16 + 1, 16 + 5, 32 + 1, 32 + 5};
 
 std::string Describe(const ChangeRow& row) {
@@ -79,10 +86,10 @@ class VisibilityGrid : public test_support::FakeHostTest {
     }
   }
 
-  // Compares the two implementations for items that have this key, this visibility, and various
-  // changes. The set of seen identities is empty at first. The function then adds the seen identity
-  // of the first change, the item's seen identity and the item's rated identity. It compares the
-  // results at the start and after each addition.
+  // Compares the library with the plain implementation for items with the key `groupingKey`, the
+  // visibility `visibility`, and various changes. The set of seen identities is empty at first. The
+  // function then adds the seen identity of the first change, the item's seen identity and the
+  // item's rated identity. It compares the results at the start and after each addition.
   void ExpectSameItems(const std::string& groupingKey, std::int32_t visibility) {
     const ChangeRow plain = {.description = "Plain"};
     const ChangeRow other = {.platform = "Win", .description = "Other"};

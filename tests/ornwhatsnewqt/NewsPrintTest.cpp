@@ -45,7 +45,7 @@ class RecordingPaintEngine : public QPaintEngine {
   QHash<QChar, QColor> colors_;  // the last colour of each character
 };
 
-/// Controls a printer with A4 paper and 96 dots per inch, which prints nothing.
+/// Simulates a printer with A4 paper and 96 dots per inch. Counts the pages.
 class RecordingPrintEngine : public QPrintEngine {
  public:
   void setProperty(PrintEnginePropertyKey /*key*/, const QVariant& /*value*/) override {}

@@ -337,7 +337,7 @@ void PanelControllerTest::reportsASecondRatingAfterANewRequest() {
   newRequest.ratingRequest = "Is printing faster?";
   world.writeData({kRequest, newRequest});
   controller->reload();
-  // A rating request is shown only after the news.
+  // The rating page shows a rating request only after a display has shown the feature.
   controller->display();
   QCOMPARE(controller->ratingLayout().ratingRequests.size(), std::size_t{1});
   controller->rate(QStringLiteral("EPIC-1"), 2, {});

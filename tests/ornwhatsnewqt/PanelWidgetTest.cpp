@@ -73,8 +73,8 @@ QStringList visibleCards(const RatingPage& page) {
   return keys;
 }
 
-/// Presses Tab until the focus returns to the widget that has it. Returns the widgets that receive
-/// the focus.
+/// Presses Tab until the focus returns to the initial widget, but at most 100 times. Returns the
+/// widgets that receive the focus.
 QSet<QWidget*> widgetsReachedByTab() {
   constexpr int kMaximumKeys = 100;
   QSet<QWidget*> reached;
@@ -423,7 +423,7 @@ void PanelWidgetTest::aDismissedMessageStaysDismissedInANewLanguage() {
   QCoreApplication::installTranslator(&german);
   QTRY_VERIFY(find<QLabel>("message").text() != english);
   QVERIFY(!find<QWidget>("messageBar").isVisible());
-  // A new error is shown.
+  // A different error makes the message visible again.
   whatsNew_->setStateError(QStringLiteral("the disk is read-only"));
   QVERIFY(find<QWidget>("messageBar").isVisible());
 }

@@ -18,8 +18,8 @@ using ornwhatsnewqt::Settings;
 using ornwhatsnewqt::SettingsStore;
 
 constexpr int kPrograms = 4;
-// The environment variable ORNWHATSNEWQT_TEST_ROUNDS overrides this number. ./dev check --release
-// sets it to 500.
+// The number of rounds if the environment variable ORNWHATSNEWQT_TEST_ROUNDS is not set.
+// `./dev check --release` sets this variable to 500.
 constexpr int kDefaultRounds = 25;
 
 int rounds() {
@@ -27,8 +27,8 @@ int rounds() {
   return number > 0 ? number : kDefaultRounds;
 }
 
-/// Adds one element to the persisted list in each round, as a display does. Returns the exit status
-/// of the program.
+/// Adds one element to the value of `kAllSeenItemsKey` in each round, as a display does. Returns
+/// the exit status of the program.
 int runWriter(const QString& file, const std::string& name) {
   Settings settings;
   settings.settingsFile = file;

@@ -24,7 +24,7 @@ using ornwhatsnewqt::Settings;
 using ornwhatsnewqt::SettingsStore;
 using test_support::TestWorld;
 
-/// Limits the size of the files that this process writes, as if the disk were full.
+/// Limits the size of the files that this process writes, to simulate a full disk.
 class FileSizeLimit {
  public:
   explicit FileSizeLimit(rlim_t bytes) {
@@ -162,8 +162,8 @@ void SettingsStoreTest::aFullDiskLeavesTheSettingsUnchanged() {
   QCOMPARE(SettingsStore(world.settings()).state(kAllSeenItemsKey), "a " + added);
 }
 
-// QSettings writes the letters after the escape `\x1` as escapes of four bytes, because they are
-// hexadecimal digits.
+// After the escape `\x1`, QSettings writes each `b` as an escape of four bytes, because `b` is a
+// hexadecimal digit.
 void SettingsStoreTest::aFullDiskLeavesTheSettingsUnchangedIfAValueNeedsEscapes() {
   const TestWorld world;
   SettingsStore store(world.settings());

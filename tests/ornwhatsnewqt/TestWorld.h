@@ -40,8 +40,8 @@ class TestWorld {
   /// Stores the state of a user who opened the panel in `version`. The user has seen no items.
   void storeEarlierUse(const QString& version = QStringLiteral("4.2.0.97")) const;
 
-  /// Stores `time` as the time of the first start. The user may rate features if this time was at
-  /// least 14 days ago.
+  /// Stores `time` as the time of the first start. The panel offers ratings only if this time was
+  /// at least 14 days ago.
   void storeFirstStart(const QDateTime& time) const;
 
   /// Returns the value of `key` in the settings file.

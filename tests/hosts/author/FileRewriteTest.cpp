@@ -110,8 +110,8 @@ TEST_F(FileRewrite, CreatesNoFileToChange) {
   EXPECT_EQ(0U, CountFiles());
 }
 
-// If `WriteWholeFile` did not lock the file, it could replace the file while `ChangeWholeFile`
-// changes it, and `ChangeWholeFile` would then fail.
+// If `WriteWholeFile` did not lock the file, it could replace the file during a call to
+// `ChangeWholeFile`. This call would then fail.
 TEST_F(FileRewrite, WritersWaitForEachOther) {
   constexpr int kWrites = 15;
   folder_.Write("data.csv", "old");

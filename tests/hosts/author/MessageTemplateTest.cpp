@@ -20,7 +20,7 @@ using std::string_literals::operator""s;
 
 constexpr std::string_view kHeader = "h1,h2,h3,h4,h5,h6,h7,h8,h9,h10\n";
 
-/// Returns the entries of a template without the header entry.
+/// Returns the entries of `messages` without the header entry.
 std::string EntriesOf(const MessageTemplate& messages) {
   const std::string text = messages.Format();
   const std::size_t end = text.find("\n\n");

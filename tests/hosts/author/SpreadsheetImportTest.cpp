@@ -223,8 +223,8 @@ RandomTable MakeTable(RandomSource& random) {
   return table;
 }
 
-/// Encodes `text`, which is UTF-8, as UTF-8 or UTF-16 at random. A UTF-16 result always begins with
-/// a byte order mark. A UTF-8 result begins with one at random.
+/// Returns `text`, which is UTF-8, in a random encoding: UTF-8 with or without a byte order mark,
+/// or UTF-16 with a byte order mark.
 std::string RandomEncoding(RandomSource& random, const std::string& text) {
   if (random.Flip()) return random.Flip() ? text : "\xEF\xBB\xBF" + text;
   const bool isBigEndian = random.Flip();

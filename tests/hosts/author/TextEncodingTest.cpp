@@ -15,9 +15,9 @@ namespace {
 
 using std::string_view_literals::operator""sv;
 
-// Memory functions for ICU, which fail to allocate memory if `hasICUMemory` is false. They call the
-// functions that ICU calls by default, so ICU can use them to free memory that it allocated before
-// the test installs them.
+// Memory functions that the test installs in ICU. If `hasICUMemory` is false, they fail to allocate
+// memory. They call `std::malloc` and `std::free`, as ICU does by default, so they can free memory
+// that ICU allocated earlier.
 bool hasICUMemory = true;
 
 void* Allocate(const void*, std::size_t size) {

@@ -10,7 +10,8 @@
 
 namespace hosts::common {
 
-/// The source text and the translation of each entry of a catalog, sorted by source text.
+/// The entries of a catalog, sorted by source text. Each entry consists of a source text and its
+/// translation.
 using CatalogEntries = std::vector<std::pair<std::string, std::string>>;
 
 /// Returns the header entry of a catalog, which specifies the character set `charset`.

@@ -140,7 +140,8 @@ int fsync(int file) {
 }
 
 int flock(int file, int operation) noexcept {
-  // A lock changes no file, so the failing disk neither records it nor makes it fail.
+  // Locking a file does not change the file, so the failing disk neither records the call nor makes
+  // the call fail.
   if (currentDisk != nullptr) currentDisk->RunActionBefore(CallOf("flock", PathOf(file)));
   return static_cast<int>(::syscall(SYS_flock, file, operation));
 }

@@ -46,10 +46,10 @@ class FailingDisk {
   /// Returns the number of calls that have failed since `FailAt`.
   int Failures() const { return failures_; }
 
-  /// Returns the calls that change or sync files, since construction or the last `FailAt`. Omits
-  /// the calls that this object made fail. Each element has the name of the function and the name
-  /// of the file without its folder, for example "fsync state.json". For a rename, the element has
-  /// the new name of the file.
+  /// Returns the calls to change or sync files since construction or the last `FailAt`. Omits the
+  /// calls that this object made fail. Each element consists of the name of the function and the
+  /// name of the file without its folder, for example "fsync state.json". For a rename, the element
+  /// contains the new name of the file.
   const std::vector<std::string>& Calls() const { return calls_; }
 
   /// Calls `action` before each following call that equals `call`. Tests use `action` to simulate
@@ -61,8 +61,9 @@ class FailingDisk {
   /// action. Does nothing while the action runs.
   void RunActionBefore(const std::string& call);
 
-  /// First passes the call to `function` for the file `path` to `RunActionBefore`. If the failing
-  /// disk makes the call fail, returns the error number. Otherwise, records the call and returns 0.
+  /// Decides whether a call to `function` for the file `path` must fail. First runs the action that
+  /// `RunBefore` set for this call. If the call must fail, returns the error number. Otherwise,
+  /// records the call and returns 0.
   int ErrorOf(std::string_view function, const std::string& path);
 
  private:

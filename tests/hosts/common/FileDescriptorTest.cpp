@@ -14,7 +14,7 @@
 namespace hosts::common {
 namespace {
 
-/// A pipe. Its read end is non-blocking.
+/// A pipe whose read end is non-blocking.
 class Pipe {
  public:
   Pipe() {
@@ -74,7 +74,7 @@ TEST(FileDescriptor, ReadsToTheEndOfTheInput) {
   EXPECT_EQ("", ReadToEnd(pipe.Input(), 10, "the pipe"));
 }
 
-// The write end stays open, so a further read would wait forever.
+// The write end remains open, so another read would wait forever.
 TEST(FileDescriptor, StopsReadingIfTheInputIsTooLong) {
   const Pipe pipe;
   pipe.Write("some bytes");

@@ -98,8 +98,8 @@ TEST(GettextCatalog, RefusesEveryDamagedNumberAndEveryPrefix) {
   for (std::size_t size = 0; size < good.size(); ++size) {
     EXPECT_NE("", ErrorOf(good.substr(0, size))) << size;
   }
-  // A number begins at each offset: the number of strings, the offset of a table, the length of a
-  // string, or the offset of a string.
+  // A number begins at each of these offsets: the number of strings, the offset of a table, the
+  // length of a string, or the offset of a string.
   for (const std::size_t offset : {8U, 12U, 16U, 28U, 32U, 36U, 40U, 44U, 48U, 52U, 56U}) {
     std::string bad = good;
     bad[offset + 3] = '\x7F';

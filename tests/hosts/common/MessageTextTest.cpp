@@ -13,7 +13,7 @@ TEST(MessageText, ALongTextLosesItsMiddle) {
   EXPECT_EQ(text, WithoutMiddle(text));
   EXPECT_EQ(std::string(100, 'a') + " ... " + std::string(100, 'b'),
             WithoutMiddle(std::string(100, 'a') + "c" + std::string(100, 'b')));
-  // A cut 100 bytes from either end would split a character.
+  // A prefix or a suffix of 100 bytes would split a character.
   EXPECT_EQ(std::string(99, 'a') + " ... " + std::string(99, 'b'),
             WithoutMiddle(std::string(99, 'a') + "\u00E9" + "\u00E9" + std::string(99, 'b')));
 }

@@ -1,8 +1,8 @@
-// Tests the store on a disk that fails. The test repeats each kind of write, and makes another
-// system call fail each time, until every call that the fault affects has failed. After each
-// failure, the store must contain the new state if the file was replaced, and otherwise the old
-// state. The next write must succeed. Further tests check when a write syncs the files, and that
-// each error message names the failed action and its file.
+// Tests the state store on a disk that fails. The test repeats each kind of write, with a different
+// failing system call each time, until every call that the fault affects has failed. If the failed
+// write has replaced the file, the store must contain the new state. Otherwise, the store must
+// contain the old state. The next write must succeed. Further tests check when a write syncs the
+// files, and that each error message names the failed action and its file.
 #include <algorithm>
 #include <filesystem>
 #include <iostream>
@@ -119,8 +119,8 @@ class StateStoreDiskTest : public testing::TestWithParam<Case> {
 
   std::filesystem::path FileBefore() const { return folder_.Path() / "before.json"; }
 
-  /// Deletes the state folder. Unless the tested write creates the store, recreates the folder with
-  /// the store as it is before the write. Returns the path of the store.
+  /// Deletes the folder of the store. If the store exists before the tested write, recreates the
+  /// folder with this store. Returns the path of the store.
   std::filesystem::path NewStore() const {
     const std::filesystem::path folder = folder_.Path() / "tested";
     std::filesystem::remove_all(folder);

@@ -1,6 +1,6 @@
-// Tests files that are not state stores, stores that cannot be read or written, and stores that
-// another program has locked. An operation that fails must report a message with advice, and must
-// not lose data.
+// Tests operations on files that are not state stores, on stores that cannot be read or written,
+// and on locked stores. An operation that fails must report a message with advice, and must not
+// lose data.
 #include <chrono>
 #include <csignal>
 #include <cstdint>
@@ -100,7 +100,7 @@ TEST_F(StateStoreFaultTest, RejectsTheJsonOfAnotherProgram) {
 }
 
 TEST_F(StateStoreFaultTest, RejectsAStoreOfANewerVersion) {
-  // The newer version may have other members, and its values may have another form.
+  // A newer format may have other members, and `values` may have another type.
   folder_.Write("state.json",
                 R"({"format": "ornwhatsnew state", "formatVersion": 2, "values": [], "more": 1})");
   ExpectRejected(
@@ -363,8 +363,8 @@ TEST_F(StateStoreFaultTest, AReadOnlyStoreIsNotReplaced) {
 }
 
 TEST_F(StateStoreFaultTest, FailsIfItsLockFileIsReplaced) {
-  // If the store did not check its lock file, a program that locks the new file could write at the
-  // same time.
+  // If the store did not check its lock file, a program that locks the new lock file could write at
+  // the same time.
   WriteValue(kKey, "old");
   const auto replaceLock = [this](StateValues& values) {
     values.insert_or_assign(std::string(kKey), "new");

@@ -1,6 +1,7 @@
-// Tests the store at paths with links. Tests it with files of every kind at the paths of its lock
-// file and its temporary file. Tests forged stores, and temporary files that a power failure or a
-// killed program has left. Further tests check the modes and owners of the files and folders.
+// Tests the state store at paths with links, and with files of every kind at the paths of its lock
+// file and its temporary file. Tests stores with invalid members, and temporary files that a power
+// failure or a killed program has left. Further tests check the modes and owners of the files and
+// folders.
 #include <array>
 #include <chrono>
 #include <filesystem>

@@ -113,8 +113,7 @@ std::chrono::microseconds TimeToKill(std::mt19937& random) {
   return std::chrono::microseconds(random() % (isEarly ? 2'000 : 50'000));
 }
 
-/// A store whose writers are killed. Records which pass of each writer is the last one in the
-/// store.
+/// A store whose writers are killed. Records the last pass of each writer in the store.
 class KilledStore {
  public:
   explicit KilledStore(std::filesystem::path file) : file_(std::move(file)) {

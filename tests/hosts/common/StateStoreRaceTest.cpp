@@ -1,6 +1,6 @@
-// Tests the store while another program replaces the files of the store between two system calls.
-// The write must fail or use the files that it has opened. It must not report success if its values
-// are not stored.
+// Tests writes to the state store while another program replaces the files of the store between two
+// system calls. A write must fail or use the files that it has opened. It must not report success
+// if its values are not stored.
 #include <chrono>
 #include <filesystem>
 #include <functional>

@@ -19,8 +19,8 @@ void Record(std::string_view message) {
   reported += std::string(message) + "\n";
 }
 
-/// Returns the exit status of a program that throws `exception`. Sets `reported` to its error
-/// message.
+/// Returns the exit status of a program that throws `exception`. Sets `reported` to the program's
+/// error message.
 template <class Exception>
 ExitStatus StatusAfter(const Exception& exception) {
   static const Exception* thrown;

@@ -355,8 +355,8 @@ std::vector<std::string> SubcommandsIn(const std::string& help) {
   return names;
 }
 
-/// Returns each command as the list of its words, such as {"state", "reset"}. The first list is
-/// empty and represents the program without a command.
+/// Returns the words of each command, such as {"state", "reset"}. The first element is empty and
+/// represents the program without a command.
 std::vector<std::vector<std::string>> AllCommands() {
   std::vector<std::vector<std::string>> commands = {{}};
   for (std::size_t i = 0; i < commands.size(); ++i) {

@@ -68,8 +68,8 @@ class PreviewCommand : public ProgramTest {
     return names;
   }
 
-  /// Starts the program with `--watch`. `interrupt` is its initial disposition of SIGINT: SIG_DFL
-  /// or SIG_IGN. Redirects its standard error to the file `ErrorFile()`.
+  /// Starts the program with `--watch`. `interrupt` is the program's initial disposition of SIGINT:
+  /// SIG_DFL or SIG_IGN. Redirects the program's standard error to the file `ErrorFile()`.
   std::unique_ptr<ChildProcess> StartWatching(sighandler_t interrupt = SIG_DFL) const {
     std::vector<std::string> words = Words();
     words.emplace_back("--watch");
@@ -157,7 +157,8 @@ TEST_F(PreviewCommand, DoesNotReplaceFilesThatItsInputRefersTo) {
   }
 }
 
-// `lint` and the next preview would fail, because they would read the page as their configuration.
+// If `preview` wrote its page to this file, `lint` and the next preview would read the page as
+// their configuration and fail.
 TEST_F(PreviewCommand, DoesNotCreateAConfigurationOfLint) {
   const std::string file = folder_.Path() / ".ornwhatsnew-lint.json";
   const ProgramResult result = Run({"preview", "{data}", "{host}", "-o", file});

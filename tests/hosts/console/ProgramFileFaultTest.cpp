@@ -37,8 +37,7 @@ constexpr uid_t kNobody = 65534;
 
 class ProgramFileFaultTest : public ProgramTest {
  protected:
-  /// Returns command lines with `file` as a data file. The next two functions return command lines
-  /// with `file` as the host description and as the state store.
+  /// Returns command lines with `file` as a data file.
   static std::vector<std::vector<std::string>> CommandsWithData(const std::string& file) {
     return {{"show", file, "{host}"},
             {"status", file, "{host}"},
@@ -95,7 +94,7 @@ class ProgramFileFaultTest : public ProgramTest {
                  HasSubstr("with result: " + std::to_string(-error)));
   }
 
-  /// Gives up the privileges of root, because file permissions do not apply to root.
+  /// Drops the privileges of root, because file permissions do not apply to root.
   static void BecomeNobody() {
     const bool isDone = ::getuid() != 0 || (::setgid(kNobody) == 0 && ::setuid(kNobody) == 0);
     if (!isDone) ::_exit(99);

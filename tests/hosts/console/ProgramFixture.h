@@ -26,7 +26,7 @@ class ProgramTest : public testing::Test {
   /// data file, and `{host}` with `--host` and the path of the host description.
   test_support::ProgramCall Call(const std::vector<std::string>& words) const;
 
-  /// Runs the program with the call that `Call` returns, and returns the result.
+  /// Runs the program with `Call(words)` and returns the result.
   test_support::ProgramResult Run(const std::vector<std::string>& words) const;
 
   /// Runs the program like `Run` and returns its standard output. Expects success and no error

@@ -180,8 +180,8 @@ class ProgramKillTest : public ProgramTest {
   }
 
   /// Returns `count` random times at which the programs of a round are killed, in ascending order.
-  /// The longest possible time depends on the duration of a run on this machine. Some programs
-  /// therefore end before they are killed.
+  /// The longest possible time is usually twice the duration of a run, so that some programs end
+  /// before they are killed.
   std::vector<std::chrono::microseconds> TimesToKill(std::mt19937& random,
                                                      std::size_t count) const {
     const std::chrono::microseconds longest = std::clamp<std::chrono::microseconds>(

@@ -66,7 +66,7 @@ class StatusPropertyTest : public ProgramTest {
     return json::parse(OutputOf(words));
   }
 
-  /// Expects that, with these filters, `status` reports new items if and only if `show` shows new
+  /// Expects that, with `filters`, `status` reports new items if and only if `show` shows new
   /// items. Expects the same for items that need a rating.
   void RequireAgreement(const Words& filters) const {
     const json status = JsonOf({"status"}, filters);

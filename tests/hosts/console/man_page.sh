@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Compares the man page with the program's help. Both must name the same commands, options, arguments and
-# exit statuses, and the help must describe each of them. The program need not have commands.
+# exit statuses, and the help must describe each of them. The script accepts programs without commands.
 # usage: man_page.sh PAGE PROGRAM
 set -euo pipefail
 export LC_ALL=C

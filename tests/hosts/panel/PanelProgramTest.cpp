@@ -1,6 +1,6 @@
-// Runs the program `ornwhatsnew-panel` without a display. WindowObserver.cpp is a part of the
-// tested program. It prints the content of the window, rates a feature if the window shows ratings,
-// and closes the window.
+// Runs the program `ornwhatsnew-panel` without a screen. The tested program contains
+// WindowObserver.cpp, which operates the window. The observer prints the panel or rates a feature,
+// and then closes the window.
 #include <filesystem>
 #include <sstream>
 #include <string>

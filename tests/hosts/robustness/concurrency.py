@@ -24,8 +24,8 @@ class Rounds:
         self._program = program
         self._folder = folder
         self._random = random.Random(seed)
-        # One program of each round rates a feature, and one reads the store. Each other program
-        # shows an edition that no earlier round with the same store has shown.
+        # In each round, one program rates a feature, and another program reads the store. Each of the
+        # remaining programs shows an edition that no other program has shown with the same store.
         self._shows = PROGRAMS - 2
         self._editions = [program.edition(number)
                           for number in range(self._shows * ROUNDS_PER_STORE)]

@@ -10,7 +10,7 @@ from pathlib import Path
 
 from program import DONE, EMPTY, UNUSABLE_STORE, Broken, require
 
-# Byte sequences that programs often handle wrongly, such as control characters and the syntax of JSON.
+# Byte sequences that programs often handle wrongly, such as control characters and tokens of JSON.
 SHORT_TOKENS = (b'"', b"{", b"}", b"[", b"]", b",", b":", b"\\", b"\\u0000", b"\\ud800",
                 b"\\u001b", b"\0", b"\x1b[31m", b"\xff", b"\xc0\x80", b"\xe2\x80\xae", b"null",
                 b"true", b"-1", b"1e999")

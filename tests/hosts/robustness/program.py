@@ -15,7 +15,7 @@ from typing import NamedTuple
 # within one more second.
 LONGEST_RUN = 6.0
 
-# The additional duration of a run under strace, in seconds. strace stops the program at each system
+# The additional time that a run under strace may take, in seconds. strace stops the program at each system
 # call.
 STRACE_TIME = 2.0
 

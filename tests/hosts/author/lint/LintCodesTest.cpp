@@ -68,7 +68,7 @@ LintReport ReportOn(const std::string& code) {
     report.Append(
         CompareWithBaseline("data.csv", text, "old.csv", common::ReadTextFile(old), &installed));
   }
-  // Omit the code `feature-without-change` in the tests of other codes, because their data files do
+  // Switch off `feature-without-change` in the tests of other codes, because their data files do
   // not contain a change for each feature.
   if (code != "feature-without-change") {
     ApplySeverities(report, {{LintCode::kFeatureWithoutChange, Severity::kOff}});

@@ -17,12 +17,12 @@ inline std::filesystem::path TestFile(std::string_view name) {
   return std::filesystem::path(LINT_TEST_FOLDER) / name;
 }
 
-/// The first two rows of the data files of tests: a header row and a Changes-Since row.
+/// The first two rows of most data files in tests: a header row and a `Changes-Since` row.
 inline const std::string kHeaderRows =
     "App Version,Grouping ID,Jira ID,Salience,Rating,First Version,Platform,URL,Commit,Message\n"
     "4.2,Changes-Since\n";
 
-/// Checks `text` without a host and returns the finished report.
+/// Checks the data file `text` without a host description. Returns the finished report.
 inline LintReport LintText(const std::string& text) {
   InstallNoLintHost();
   LintReport report = LintDataFile("data.csv", text, nullptr);

@@ -120,8 +120,8 @@ std::vector<std::string> LinksIn(const std::string& html) {
   return links;
 }
 
-/// A user whose state persists between displays. Creates panels with the library only, without the
-/// code under test.
+/// A user whose state persists between displays. Calls the library directly, so the layouts do not
+/// depend on the code under test.
 class LibraryUser {
  public:
   explicit LibraryUser(common::HostDescription host) : host_(std::move(host)) {}
