@@ -47,8 +47,8 @@ inline constexpr auto kLintCodes = std::to_array<LintCodeInfo>({
      "Delete the byte order mark."},
     {LintCode::kHeaderMissing, "header-missing", Severity::kError,
      "the first row is a change, not a header",
-     "The library uses the first row that it does not skip as the header, even if the row contains "
-     "a change. This change is lost.",
+     "The first row that the library does not skip is the header, even if the row contains a "
+     "change. This change is lost.",
      "Insert a header row with ten column names before the first row."},
     {LintCode::kHeaderWidth, "header-width", Severity::kError,
      "the header does not have ten fields",
@@ -237,8 +237,8 @@ inline constexpr auto kLintCodes = std::to_array<LintCodeInfo>({
      "Add = and a default text after the key."},
     {LintCode::kHostEpicKeyEmpty, "host-epic-key-empty", Severity::kError,
      "a feature of the host has no epic key",
-     "Every change with an empty third column belongs to this feature. The exceptions are changes "
-     "with the grouping ID INTERNAL or the salience Unreviewed.",
+     "Every change with an empty third column belongs to the feature without an epic key. The "
+     "exceptions are changes with the grouping ID INTERNAL or the salience Unreviewed.",
      "Give the feature an epic key in the feature table of the host."},
     {LintCode::kHostEpicKeyTwice, "host-epic-key-twice", Severity::kError,
      "two features of the host have the same epic key",
@@ -338,7 +338,7 @@ inline constexpr auto kLintCodes = std::to_array<LintCodeInfo>({
     {LintCode::kFeatureWithoutChange, "feature-without-change", Severity::kNote,
      "some features have no change",
      "For a feature without changes, the panel shows only the title and the description.",
-     "If one of these features is new or different, add a change for it."},
+     "If a feature without changes is new or different, add a change for the feature."},
     {LintCode::kStoryIDWins, "story-id-wins", Severity::kNote, "the story ID is the key of an item",
      "The library looks up the key in the third column first. The change therefore belongs to the "
      "item with this key, and not to the item of its grouping ID.",
