@@ -20,59 +20,63 @@ inline constexpr auto kLintCodes = std::to_array<LintCodeInfo>({
      "users see no changes, and internal users see unreadable text. Spreadsheet programs call "
      "UTF-16 \"Unicode text\".",
      "Save the file as UTF-8."},
-    {LintCode::kFileNotUTF8, "file-not-utf8", Severity::kError, "bytes that are not UTF-8",
+    {LintCode::kFileNotUTF8, "file-not-utf8", Severity::kError,
+     "the file contains bytes that are not UTF-8",
      "Users see the replacement character U+FFFD instead of bytes that are not valid UTF-8. "
      "Usually, the encoding of the file is Latin-1 or Windows-1252.",
      "Save the file as UTF-8."},
     {LintCode::kFileLineEnds, "file-line-ends", Severity::kError, "a line ends in CR alone",
-     "A CR without LF does not end a row. The library removes the CR and joins the lines before "
-     "and after it into one row, which then has the wrong number of fields or the wrong text.",
-     "Use LF or CR LF line endings. --fix replaces CR line endings with LF if each line is a "
-     "complete row."},
+     "A CR without LF does not end a row. The library removes the CR and joins the lines into one "
+     "row. This row has the wrong number of fields or the wrong text.",
+     "Use LF or CR LF line endings. --fix replaces CR line endings with LF if each resulting line "
+     "is a complete row."},
     {LintCode::kFileEmpty, "file-empty", Severity::kError, "the file is empty",
      "Users see no changes.", "Add the header row and the changes."},
-    {LintCode::kNulByte, "nul-byte", Severity::kError, "a NUL byte",
+    {LintCode::kNulByte, "nul-byte", Severity::kError, "a field contains a NUL byte",
      "The library keeps the NUL byte in the field, but many views truncate the text at this byte.",
      "Delete the NUL byte."},
-    {LintCode::kConflictMark, "conflict-mark", Severity::kError, "a merge-conflict marker",
+    {LintCode::kConflictMark, "conflict-mark", Severity::kError,
+     "the line is a merge-conflict marker",
      "The file contains both versions of the conflicting lines, so users can see a change twice.",
      "Resolve the conflict and delete the markers."},
     {LintCode::kInnerByteOrderMark, "inner-byte-order-mark", Severity::kError,
-     "a byte order mark inside the file",
+     "a byte order mark is not at the start of the file",
      "The library removes a byte order mark only at the start of the header row. Any other "
      "byte order mark becomes an invisible character of its field, so the field matches no key "
      "and no keyword. Joining two files can leave such a byte order mark.",
      "Delete the byte order mark."},
     {LintCode::kHeaderMissing, "header-missing", Severity::kError,
      "the first row is a change, not a header",
-     "The library uses the first row as the header, regardless of its content. The change in this "
-     "row is lost.",
+     "The first row that the library does not skip is the header, even if the row contains a "
+     "change. This change is lost.",
      "Insert a header row with ten column names before the first row."},
     {LintCode::kHeaderWidth, "header-width", Severity::kError,
      "the header does not have ten fields",
      "The library skips a header that does not have ten fields, and uses the next row as the "
-     "header. The change or the version in that row is lost.",
-     "Write exactly ten column names. Put quotes around a name that contains a comma."},
+     "header. The content of the next row is lost.",
+     "Write exactly ten column names. If a name contains a comma, put double quotes around the "
+     "name."},
     {LintCode::kHeaderSecondNameEmpty, "header-second-name-empty", Severity::kError,
      "the second column of the header has no name",
-     "The library skips a row whose second field is empty, and uses the next row as the "
-     "header. The change or the version in that row is lost.",
+     "The library skips a row whose second field is empty, and uses the next row as the header. "
+     "The content of the next row is lost.",
      "Write a name for the second column."},
     {LintCode::kHeaderOverLines, "header-over-lines", Severity::kError,
      "the header continues on the next line",
-     "Every line feed ends a row, even between quotes. The library skips the lines of such a "
-     "header and uses the next row as the header. The change or the version in that row is lost.",
+     "Every line feed ends a row, even between quotes. The library skips a header on several "
+     "lines, and uses the next row as the header. The content of the next row is lost.",
      "Write the header on one line."},
-    {LintCode::kHeaderRepeated, "header-repeated", Severity::kError, "a second header row",
+    {LintCode::kHeaderRepeated, "header-repeated", Severity::kError,
+     "the file has a second header row",
      "The library reads the second header as a change, which internal users see. Joining two "
      "files can leave such a row.",
      "Delete the row."},
     {LintCode::kHeaderOrder, "header-order", Severity::kError, "the columns are in the wrong order",
      "The library identifies a column by its position and ignores its name. The library therefore "
      "reads the values of a misplaced column as values of another column.",
-     "Put the columns in the order that the manual lists."},
+     "Put the columns in the order given in ornwhatsnew(5)."},
     {LintCode::kChangesSinceBeforeHeader, "changes-since-before-header", Severity::kError,
-     "a Changes-Since row before the header",
+     "a Changes-Since row precedes the header",
      "If a Changes-Since row precedes the header, the library uses this row as the header. The "
      "version in the row is lost, and the library reads the real header as a change.",
      "Move the row below the header."},
@@ -84,27 +88,28 @@ inline constexpr auto kLintCodes = std::to_array<LintCodeInfo>({
      "A comma outside quotes ends a field. The row has too many fields, so the library skips "
      "it and the change is lost.",
      "Put double quotes around the field."},
-    {LintCode::kDecimalComma, "decimal-comma", Severity::kError,
-     "a version is written with a comma",
+    {LintCode::kDecimalComma, "decimal-comma", Severity::kError, "a version contains a comma",
      "Outside quotes, the comma splits the version into two fields, so the library skips the row "
      "and the change is lost. If the field is quoted, users see the comma.",
-     "Write the version with points."},
+     "Write the version with points instead of commas."},
     {LintCode::kWrongQuotes, "wrong-quotes", Severity::kError,
-     "typographic or single quotes around text with commas",
+     "a field with commas is in typographic or single quotes",
      "Only the double quote (U+0022) protects a comma. The row has too many fields, so the "
      "library skips it and the change is lost.",
-     "Put double quotes around the text."},
-    {LintCode::kIssueList, "issue-list", Severity::kError, "several issues in one row",
+     "Replace the quotes with double quotes."},
+    {LintCode::kIssueList, "issue-list", Severity::kError,
+     "the story ID contains several issue keys",
      "A row can contain only one story ID. Each additional issue key shifts the fields after it, "
      "so the library skips the row and the change is lost.",
      "Keep one story ID, or write one row for each issue."},
-    {LintCode::kMissingComma, "missing-comma", Severity::kError, "commas are missing",
+    {LintCode::kMissingComma, "missing-comma", Severity::kError, "the row has too few commas",
      "The row has too few fields, so the library skips it and the change is lost.",
      "Add the missing commas. A complete row has nine commas outside quotes."},
-    {LintCode::kTrailingComma, "trailing-comma", Severity::kError, "commas after the last field",
+    {LintCode::kTrailingComma, "trailing-comma", Severity::kError,
+     "the row has commas after the last field",
      "The row has too many fields, so the library skips it and the change is lost.",
      "Delete the commas after the text."},
-    {LintCode::kOpenQuote, "open-quote", Severity::kError, "an open quote hides commas",
+    {LintCode::kOpenQuote, "open-quote", Severity::kError, "a quote before commas is not closed",
      "The quote is not closed, so the commas after it do not separate fields. The row has "
      "too few fields, and the library skips it.",
      "Close the quote. For inches, write the character U+2033."},
@@ -117,22 +122,22 @@ inline constexpr auto kLintCodes = std::to_array<LintCodeInfo>({
      "The library skips a row without a grouping ID, so the change is lost.",
      "Write the key of a feature or a section into the second column."},
     {LintCode::kTextMissing, "text-missing", Severity::kError, "the row has no text and no effect",
-     "Users do not see a change without text. A row without text is useful only if it requests a "
-     "rating, hides or unhides a feature, or sets the link of its feature or section.",
+     "Users do not see a change without text. A row without text has an effect only if it requests "
+     "a rating, hides or shows a feature, or sets the link of an item.",
      "Write the text, or delete the row."},
     {LintCode::kGroupingIDUnknown, "grouping-id-unknown", Severity::kError,
      "the grouping ID matches no feature and no section",
-     "The change belongs to the section INTERNAL, so only internal users see it. A key must "
-     "match exactly, including its letter case. Without --host, lint reports only misspelt "
-     "section keys and grouping IDs that consist of spaces.",
+     "The change belongs to the section INTERNAL, so only internal users see it. Except for "
+     "INTERNAL, a key must match exactly, including its letter case. Without --host, lint reports "
+     "only misspelt section keys and grouping IDs that consist of spaces.",
      "Write the epic key of a feature, or MISC, BUGFIX or INTERNAL."},
     {LintCode::kSalienceUnknown, "salience-unknown", Severity::kError,
      "the salience is not a keyword",
      "The library ignores an unknown salience. The change is shown, even if its author "
      "intended to hide the change or the feature.",
-     "Write a keyword from the manual, or leave the field empty."},
+     "Write a keyword that ornwhatsnew(5) lists, or leave the field empty."},
     {LintCode::kSalienceTwoWords, "salience-two-words", Severity::kError,
-     "several words in the salience",
+     "the salience contains several words",
      "The salience is one keyword. If the field contains several words, none of them has an effect "
      "and the change is shown.",
      "Keep one keyword."},
@@ -152,8 +157,8 @@ inline constexpr auto kLintCodes = std::to_array<LintCodeInfo>({
      "Write RequestRating, or a question, or leave the field empty."},
     {LintCode::kChangesSinceSpelling, "changes-since-spelling", Severity::kError,
      "Changes-Since is misspelt or in the wrong column",
-     "The row does not set the version in the heading. The library skips the row, or shows it "
-     "to internal users as a change.",
+     "The row does not set the version in the heading. The library skips the row, or reads the row "
+     "as a change.",
      "Write the version into the first column and Changes-Since into the second column."},
     {LintCode::kChangesSinceOverwritten, "changes-since-overwritten", Severity::kError,
      "a line after the Changes-Since row replaces its version",
@@ -180,19 +185,18 @@ inline constexpr auto kLintCodes = std::to_array<LintCodeInfo>({
      "Users see the version unchanged, for example v4.x.",
      "Write the version that contains the change."},
     {LintCode::kBoundsComponents, "bounds-components", Severity::kError,
-     "the two versions have different numbers of components",
+     "the versions in columns 1 and 6 have different numbers of components",
      "The library does not add missing components, so 4.3 is less than 4.2.0.0. The change "
      "therefore affects the wrong versions or no version.",
      "Write both versions with as many components as the full version of the application."},
     {LintCode::kBoundsNumber, "bounds-number", Severity::kError,
-     "a component is not a number below 1000, or there are too many components",
-     "The library combines the components of a version into one number in base 1000. A "
-     "component above 999 changes the component to its left, and a component that is not a "
-     "number counts as 0. With seven components or more, the number can be too large for its 64 "
-     "bits.",
+     "a version has too many components, or a component that is not a number below 1000",
+     "The library combines the components of a version into one number in base 1000. A component "
+     "above 999 increases the component to its left. A component that is not a number counts as 0. "
+     "With seven components or more, the number can be too large for 64 bits.",
      "Write at most six components, each of them a number from 0 to 999."},
     {LintCode::kBoundsNoVersion, "bounds-no-version", Severity::kError,
-     "the change has an earliest version but no version",
+     "the change has a version in column 6, but no version in column 1",
      "The change affects only versions below the version in the first column. If the first column "
      "is empty, the change affects no version, and a panel that is filtered by version never shows "
      "the change.",
@@ -205,36 +209,36 @@ inline constexpr auto kLintCodes = std::to_array<LintCodeInfo>({
     {LintCode::kBoundsHost, "bounds-host", Severity::kError,
      "the full version of the host cannot be compared with the versions of the change",
      "The library compares both versions of the change with the full version of the application, "
-     "which consists of its version and its build number. If the numbers of components differ, or "
-     "if a component is above 999, the results of the comparisons are meaningless.",
+     "which consists of a version and a build number. If the numbers of components differ, or if a "
+     "component is above 999, the results of the comparisons are meaningless.",
      "Write as many components as the full version has. If the build number is above 999, "
      "leave the sixth column empty."},
     {LintCode::kLinkNotHttps, "link-not-https", Severity::kError,
      "the link does not begin with https://",
      "The library ignores the link. Only internal users see a note about it.",
      "Write a link that begins with https:// in lower case."},
-    {LintCode::kLinkSpace, "link-space", Severity::kError, "a space in the link",
+    {LintCode::kLinkSpace, "link-space", Severity::kError, "the link contains a space",
      "The library ignores a link with a leading space. A link with a space at another position "
      "does not open.",
      "Delete the space, or write it as %20."},
-    {LintCode::kLinkTwo, "link-two", Severity::kError, "two links in one field",
+    {LintCode::kLinkTwo, "link-two", Severity::kError, "the field for the link contains two links",
      "The library reads the field as one link, which does not open.", "Keep one link."},
-    {LintCode::kKeySpace, "key-space", Severity::kError, "a space before a localisation key",
+    {LintCode::kKeySpace, "key-space", Severity::kError, "a space precedes a localisation key",
      "The text does not begin with $$$/, so users see the key instead of its translation.",
      "Delete the space."},
     {LintCode::kKeyPrefix, "key-prefix", Severity::kError,
-     "a localisation key with two dollar signs, or with more than three",
+     "a localisation key begins with two dollar signs, or with more than three",
      "The text does not begin with $$$/, so users see the key instead of its translation.",
      "Begin the key with $$$/."},
     {LintCode::kKeyNoDefault, "key-no-default", Severity::kError,
-     "a localisation key without a default text",
+     "a localisation key has no default text",
      "Without a default text and without a translation in the host's dictionary, users see "
      "the key. Without --host, the dictionary is unknown and the severity is warning.",
      "Add = and a default text after the key."},
     {LintCode::kHostEpicKeyEmpty, "host-epic-key-empty", Severity::kError,
      "a feature of the host has no epic key",
-     "Every change with an empty third column belongs to the feature without an epic key, unless "
-     "the grouping ID of the change is INTERNAL or its salience is Unreviewed.",
+     "Every change with an empty third column belongs to the feature without an epic key. The "
+     "exceptions are changes with the grouping ID INTERNAL or the salience Unreviewed.",
      "Give the feature an epic key in the feature table of the host."},
     {LintCode::kHostEpicKeyTwice, "host-epic-key-twice", Severity::kError,
      "two features of the host have the same epic key",
@@ -245,20 +249,21 @@ inline constexpr auto kLintCodes = std::to_array<LintCodeInfo>({
      "quotes inside a field are removed",
      "The library removes every double quote, even a doubled one, so users do not see it.",
      "Write typographic quotes, or the character U+2033 for inches."},
-    {LintCode::kLinkInSection, "link-in-section", Severity::kWarning, "a link in a section",
+    {LintCode::kLinkInSection, "link-in-section", Severity::kWarning,
+     "a change in a section has a link",
      "The first link of a section becomes the link of its title. The change itself gets no "
      "\"View more\" link.",
      "Delete the link, or move the change to a feature."},
-    {LintCode::kLinkInText, "link-in-text", Severity::kWarning, "a link in the text",
+    {LintCode::kLinkInText, "link-in-text", Severity::kWarning, "the text contains a link",
      "The panel shows the link as plain text, so users cannot open it.",
-     "Write the link into the column for links."},
+     "Move the link into column 8."},
     {LintCode::kRatingInSection, "rating-in-section", Severity::kWarning,
-     "a rating request in a section",
+     "a change in a section requests a rating",
      "Sections cannot be rated, so the rating request has no effect.",
      "Delete the rating request, or move the change to a feature."},
     {LintCode::kChangesSinceMissing, "changes-since-missing", Severity::kWarning,
      "there is no Changes-Since row",
-     "The heading of the panel has no version. Users read \"Changes since v\".",
+     "The heading of the panel has no version. Users see \"Changes since v\".",
      "After the header, add a row with the version in column 1 and Changes-Since in column 2."},
     {LintCode::kChangesSinceRepeated, "changes-since-repeated", Severity::kWarning,
      "there are several Changes-Since rows", "Only the last Changes-Since row has an effect.",
@@ -268,8 +273,8 @@ inline constexpr auto kLintCodes = std::to_array<LintCodeInfo>({
      "Write the version that contains the change into the first column."},
     {LintCode::kSameIdentity, "same-identity", Severity::kWarning,
      "two changes have the same identity",
-     "Users see the change twice. When one of the two rows counts as seen, the other row counts "
-     "as seen, too.",
+     "Users see the change twice. If one of the rows counts as seen, the other row counts as seen, "
+     "too.",
      "Delete one of the rows."},
     {LintCode::kKeyTwoDefaults, "key-two-defaults", Severity::kWarning,
      "a localisation key has two default texts",
@@ -277,13 +282,14 @@ inline constexpr auto kLintCodes = std::to_array<LintCodeInfo>({
      "every change with this key.",
      "Use two keys, or the same default text."},
     {LintCode::kMarkupOutsideKey, "markup-outside-key", Severity::kWarning,
-     "markup outside a key text",
+     "the text contains markup, but is not a key text",
      "The library expands markup only in key texts and translations. Users see the markup.",
      "Write the character itself, or make the text a key text."},
-    {LintCode::kMarkupUnknown, "markup-unknown", Severity::kWarning, "unknown markup in a key text",
+    {LintCode::kMarkupUnknown, "markup-unknown", Severity::kWarning,
+     "a key text contains unknown markup",
      "The library does not change unknown markup. Users see the markup.",
-     "Write markup from the manual, for example #{endl}."},
-    {LintCode::kHTML, "html", Severity::kWarning, "HTML in the text",
+     "Write markup that ornwhatsnew(5) lists, for example #{endl}."},
+    {LintCode::kHTML, "html", Severity::kWarning, "the text contains HTML",
      "The panel does not interpret HTML, so users see the tags or entities.", "Write plain text."},
     {LintCode::kMojibake, "mojibake", Severity::kWarning,
      "the text was decoded with the wrong encoding",
@@ -292,23 +298,23 @@ inline constexpr auto kLintCodes = std::to_array<LintCodeInfo>({
      "Restore the characters, and save the file as UTF-8."},
     {LintCode::kCommitNumber, "commit-number", Severity::kWarning,
      "the commit is a number with an exponent or a fraction",
-     "Spreadsheet programs convert commit IDs that consist of digits to numbers. The link to "
-     "the commit does not work.",
+     "Spreadsheet programs convert some commit IDs to numbers, so the links to these commits do "
+     "not work.",
      "Write the commit ID, and format the column of the spreadsheet as text."},
     {LintCode::kOuterSpaces, "outer-spaces", Severity::kWarning,
-     "spaces at the start or the end of a field",
+     "a field begins or ends with a space",
      "The library keeps spaces at the start and the end of a field. A field with such spaces "
      "matches no key and no keyword. In every column except column 5, these spaces affect the "
      "identity of the change.",
      "Delete the spaces. --fix deletes them in columns 2, 3, 4, 6 and 7, but keeps a grouping ID "
      "that consists of spaces."},
     {LintCode::kFeatureUnseen, "feature-unseen", Severity::kWarning,
-     "no user of this host sees the feature",
+     "no user of the host sees the feature",
      "The panel shows neither the feature nor its changes. Either the feature is switched off and "
      "users cannot switch it on, or its visibility is 1 and no change has the salience "
      "UnhideBetaFeature.",
-     "Switch the feature on in the host, add UnhideBetaFeature, or keep the changes for a "
-     "later version."},
+     "If the feature is switched off, switch it on in the host. If its visibility is 1, write "
+     "UnhideBetaFeature into column 4 of a change."},
     {LintCode::kFeatureHidden, "feature-hidden", Severity::kWarning,
      "HideBetaFeature hides other changes of the feature",
      "The salience HideBetaFeature hides the whole feature and all its changes from everyone.",
@@ -322,7 +328,7 @@ inline constexpr auto kLintCodes = std::to_array<LintCodeInfo>({
     {LintCode::kNoChange, "no-change", Severity::kNote, "the file has no change",
      "Users see no changes.", "Add changes below the header."},
     {LintCode::kVersionAboveHost, "version-above-host", Severity::kNote,
-     "the version is above the version of the host",
+     "the version is later than the version of the host",
      "The change belongs to a later version of the application, or the host description is out "
      "of date.",
      "Check the version, or update the host description."},
@@ -330,9 +336,9 @@ inline constexpr auto kLintCodes = std::to_array<LintCodeInfo>({
      "The first well-formed link of a feature becomes its link. The library ignores later links.",
      "Delete the later links, or write the best link first."},
     {LintCode::kFeatureWithoutChange, "feature-without-change", Severity::kNote,
-     "features without a change",
+     "some features have no change",
      "For a feature without changes, the panel shows only the title and the description.",
-     "Add changes if the feature changed."},
+     "If a feature without changes is new or different, add a change for the feature."},
     {LintCode::kStoryIDWins, "story-id-wins", Severity::kNote, "the story ID is the key of an item",
      "The library looks up the key in the third column first. The change therefore belongs to the "
      "item with this key, and not to the item of its grouping ID.",
@@ -340,26 +346,26 @@ inline constexpr auto kLintCodes = std::to_array<LintCodeInfo>({
     {LintCode::kUnreviewedLeft, "unreviewed-left", Severity::kNote, "a change is still unreviewed",
      "Only internal users see the change, in the section UNREVIEWED.",
      "After the review, delete the salience."},
-    {LintCode::kCommentLine, "comment-line", Severity::kNote, "a comment line",
+    {LintCode::kCommentLine, "comment-line", Severity::kNote, "the line is a comment",
      "The format has no comments. The library skips the line because it does not have ten "
      "fields.",
      "No action is needed. Do not write a comment line directly after a Changes-Since row."},
-    {LintCode::kBaselineNew, "baseline-new", Severity::kNote, "a new row",
+    {LintCode::kBaselineNew, "baseline-new", Severity::kNote, "the row is new",
      "The change is not in the earlier file, so it is new for every user.", "No action is needed."},
     {LintCode::kBaselineNewAgain, "baseline-new-again", Severity::kWarning,
      "an edited row is new again",
      "The library identifies a change by its content. Users who saw the earlier row see the "
      "edited row as new.",
-     "Undo the edit if it is not worth an announcement. Edits of quotes, of default texts, and of "
+     "If the edit is not worth an announcement, undo the edit. Edits of quotes, default texts, or "
      "the letter case in columns 2, 3, 4, 6 and 7 do not make a row new again."},
     {LintCode::kBaselineVanished, "baseline-vanished", Severity::kWarning,
      "a row of the earlier file was removed", "Users no longer see the change.",
-     "Restore the row if users still need it."},
+     "If users still need the change, restore the row."},
     {LintCode::kBaselineRatedAgain, "baseline-rated-again", Severity::kWarning,
      "a feature requests a rating again",
      "The rating requests of the feature changed. Users who rated the feature are asked to rate it "
      "again.",
-     "Restore the earlier rating requests if the ratings are still valid."},
+     "If the earlier ratings are still valid, restore the earlier rating requests."},
 });
 
 }  // namespace hosts::author

@@ -236,7 +236,7 @@ TEST_F(LintCommandTest, BaselineReportsEdits) {
 
 TEST_F(LintCommandTest, ExplainsACode) {
   EXPECT_THAT(OutputOf({"lint", "--explain", "open-quote"}),
-              StartsWith("open-quote (error): an open quote hides commas\n\n"));
+              StartsWith("open-quote (error): a quote before commas is not closed\n\n"));
 }
 
 TEST_F(LintCommandTest, UnknownCodeIsReportedWithTheNearestCode) {

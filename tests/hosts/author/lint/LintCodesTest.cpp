@@ -27,8 +27,8 @@ std::string CodePage() {
   std::string text =
       "# Codes of ornwhatsnew lint\n\n"
       "This page is generated from the table that `ornwhatsnew lint --explain CODE` reads. A test\n"
-      "compares it with the table. The [author's manual](data-file.md) explains the format of the\n"
-      "data file.\n\n"
+      "compares this page with the table. The [author's manual](data-file.md) explains the\n"
+      "format of the data file.\n\n"
       "| Code | Severity | Summary |\n"
       "|---|---|---|\n";
   for (const LintCodeInfo& info : LintCodes()) {
