@@ -65,7 +65,7 @@ class ORN_EXPORT FeatureListData {
   /// Rebuilds the list from the persisted state, the host's beta features and `dataText` (UTF-8).
   /// Builds the new content first and then replaces the old content in one step. Until then, the
   /// getter and the services see the old content. If `dataText` does not set a changes-since
-  /// version, the list keeps the previous version.
+  /// version, the list keeps the previous changes-since version.
   void InitWithData(const UTF8String& dataText);
 
   /// Parses `dataText` (UTF-8) and adds its changes to the existing items. Sets the changes-since

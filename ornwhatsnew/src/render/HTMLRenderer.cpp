@@ -64,7 +64,7 @@ std::string ItemID(std::string_view prefix, std::string_view itemKey) {
   return result;
 }
 
-/// Returns the CSS class of spans with this style, or an empty string if they have none.
+/// Returns the CSS class of spans with this style, or an empty string if these spans have no class.
 std::u16string_view SpanClass(std::optional<StyleID> style) {
   if (!style) return {};
   switch (*style) {
@@ -110,7 +110,7 @@ class HTMLRenderer {
 
  private:
   /// Closes the open `ul` element if `paragraph` is not a change. Closes the open `article` element
-  /// and its `ul` element if `paragraph` does not belong to the same item. Opens an `article`
+  /// and its `ul` element if `paragraph` does not belong to the current item. Opens an `article`
   /// element if `paragraph` is the first paragraph of an item.
   void OpenOrCloseElements(const LayoutParagraph& paragraph) {
     const ParagraphKind kind = paragraph.kind;
