@@ -24,8 +24,8 @@ namespace ornappsupport {
 /// Restores the defaults of all services that a host can replace, for example between tests. Does
 /// not change the registered commands and initialisers.
 ///
-/// Do not call while a list or another thread uses a service. If memory runs out, throws
-/// `std::bad_alloc`. Some services then have their defaults, and the others are unchanged.
+/// Do not call this function while a list or another thread uses a service. If memory runs out,
+/// throws `std::bad_alloc`. Some services then have their defaults, and the others are unchanged.
 ORN_EXPORT void ResetServices();
 
 }  // namespace ornappsupport

@@ -17,12 +17,12 @@
 
 namespace ornwhatsnew {
 
-/// Creates changes from rows. Uses the same buffers for all rows, to save allocations. Not
-/// thread-safe: use one maker from one thread at a time.
+/// Creates changes from rows. Uses the same buffers for all rows, to save allocations. A maker is
+/// not thread-safe: use one maker from one thread at a time.
 class ChangeMaker {
  public:
-  /// Returns a change with the current values of `row`. Converts the columns with
-  /// `DataColumnInfo::isLowerCased` to lower case. `HasDuplicateURL` and
+  /// Returns a change with the current values of `row`. If `DataColumnInfo::isLowerCased` of a
+  /// column is true, converts its value to lower case. `HasDuplicateURL` and
   /// `DetailInternalCouldNotMatchBetaFeature` of the change return false. `row` can be of any kind.
   /// The change does not refer to `row`.
   ORN_EXPORT std::shared_ptr<FeatureListDetail> Make(const DataRow& row);
@@ -37,13 +37,14 @@ struct ChangePlacement {
   /// a section that is missing, the pointer is null, and the list drops the change.
   FeatureListItem* item = nullptr;
   /// True if neither ID of the change matches an item. Internal users then see a note in the panel.
-  /// An unmatched change belongs to the section INTERNAL, or to UNREVIEWED if it is unreviewed.
+  /// An unmatched change belongs to the section UNREVIEWED if its salience is "Unreviewed", and
+  /// otherwise to the section INTERNAL.
   bool unmatched = false;
 };
 
 /// Returns the item in `items` to which `change` belongs, and whether `change` is unmatched. `row`
-/// is the row of `change`. Its current values contain the grouping ID and the story ID. The first
-/// rule that applies determines the item:
+/// is the row of `change`. The function reads the grouping ID and the story ID from `row`, because
+/// the IDs in `change` can be in lower case. The first rule that applies determines the item:
 ///
 /// 1. A change with the salience "Unreviewed" belongs to the section UNREVIEWED, regardless of its
 ///    IDs.

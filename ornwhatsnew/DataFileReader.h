@@ -29,7 +29,7 @@ inline constexpr std::string_view kChangesSinceKey = "Changes-Since";
 
 /// The kind of a row, which determines how a list uses the row.
 enum class DataRowKind {
-  /// The row is the first one that is not skipped. A list ignores it, regardless of its content.
+  /// The row is the first row that is not skipped. A list ignores it, regardless of its content.
   kHeader,
   /// The row sets the changes-since version to the value of its version column.
   kChangesSince,
@@ -39,8 +39,8 @@ enum class DataRowKind {
   kSkipped,
 };
 
-/// The reason why a list skips a row. If several reasons apply, the reader reports the first one in
-/// this order. A row whose current grouping ID is "Changes-Since" is never skipped.
+/// The reason why a list skips a row. If several reasons apply, the reader reports the first reason
+/// in this order. A row whose current grouping ID is "Changes-Since" is never skipped.
 enum class DataRowSkipReason {
   /// The row is not skipped.
   kNone,

@@ -34,7 +34,7 @@ namespace ornwhatsnew {
 /// `RefreshInternalSeenState` or `InitWithData`, it must store its value first, because the list
 /// replaces its state with what the getter returns.
 ///
-/// The list queries the host's services while it iterates over its items or builds new ones. During
+/// The list queries the host's services while it iterates over its items or creates items. During
 /// such a query, the service may call only const methods of the list and must not destroy the list.
 /// Debug builds check these rules with assertions.
 ///
@@ -65,7 +65,7 @@ class ORN_EXPORT FeatureListData {
   /// Rebuilds the list from the persisted state, the host's beta features and `dataText` (UTF-8).
   /// Builds the new content first and then replaces the old content in one step. Until then, the
   /// getter and the services see the old content. If `dataText` does not set a changes-since
-  /// version, the list keeps its previous one.
+  /// version, the list keeps the previous changes-since version.
   void InitWithData(const UTF8String& dataText);
 
   /// Parses `dataText` (UTF-8) and adds its changes to the existing items. Sets the changes-since
@@ -121,8 +121,8 @@ class ORN_EXPORT FeatureListData {
   void RefreshInternalSeenState();
 
   /// Returns the identities to persist, as a persisted list. It contains the identities from the
-  /// last read of the state, and those that displays, `MarkAllSeen` and `MarkItemHasBeenRated`
-  /// added since then. Does not call the callbacks.
+  /// last read of the state, and the identities that displays, `MarkAllSeen` and
+  /// `MarkItemHasBeenRated` added since then. Does not call the callbacks.
   UTF8String GetNewSeenState() const;
 
   /// Returns whether a display with these options would show any item. An item that was displayed
@@ -135,11 +135,11 @@ class ORN_EXPORT FeatureListData {
   NewCount CountNew(const DisplayOptions& options) const;
 
   /// Returns which rules hide each item and each change from a display with these options. The
-  /// items are in key order and include the shown ones. The pointers in the result are valid until
-  /// the items of the list change.
+  /// result contains all items in key order, including the shown items. The pointers in the result
+  /// are valid until the items of the list change.
   ///
   /// Does not change the state and does not call the setter. Unlike a display, checks the remaining
-  /// rules after one rule hides an item or a change, and makes the host queries that these rules
+  /// rules after one rule hides an item or a change. Makes the calls to the host that these rules
   /// need.
   std::vector<ItemVisibility> ExplainVisibility(const DisplayOptions& options) const;
 
@@ -154,7 +154,7 @@ class ORN_EXPORT FeatureListData {
   /// Returns the text of the panel for these options.
   ///
   /// Replaces the content of `runs` with the style runs of the text. If `ratingItems` is not null,
-  /// replaces its content with a rating record of each item shown. The caller owns the records. If
+  /// replaces its content with a rating record of each shown item. The caller owns the records. If
   /// `ratingPlaceholder` is not empty, writes it as a paragraph after each item. The host replaces
   /// each placeholder with its rating control. After an exception, `runs` and `ratingItems` are
   /// unspecified.
@@ -172,8 +172,8 @@ class ORN_EXPORT FeatureListData {
   ///
   /// Except in the rating view, makes the same calls to the host, in the same order, as
   /// `GetFormattedTextForDisplay` without `ratingItems`. In the rating view, makes the same calls
-  /// as `GetFormattedTextForDisplay` with `ratingItems`, and also looks up the translation of each
-  /// custom question that is a key text.
+  /// as `GetFormattedTextForDisplay` with `ratingItems`. In addition, looks up the translation of
+  /// each custom question that is a key text.
   ///
   /// After a call to `RefreshInternalSeenState`, a layout with `kShowOnlyNew` contains no change
   /// that was shown and stored before. A view should therefore keep the layout that it shows.

@@ -1,5 +1,4 @@
-// Defines a change, which is one change row of the data file. A change belongs to a feature or a
-// section.
+// Defines a change, which is one row of a data file. A change belongs to a feature or a section.
 #ifndef ORNWHATSNEW_FEATURELISTDETAIL_H_
 #define ORNWHATSNEW_FEATURELISTDETAIL_H_
 
@@ -52,8 +51,7 @@ class ORN_EXPORT FeatureListDetail {
   /// See `Salience::kRatingHidesBetaFeatureDescription`. Compatibility: the keyword contains
   /// "Hides", although the name of the constant contains "Hide" (docs/compatibility.md).
   static const UTF8String kSalienceRatingHideBetaFeatureDescription;
-  /// The rating request "RequestRating", in any letter case. Any other rating request is a custom
-  /// question.
+  /// The rating request "RequestRating". Any other rating request is a custom question.
   static const UTF8String kRequestRating;
   static const UTF8String kPlatformWin;  ///< see `Platform::kWin`
   static const UTF8String kPlatformMac;  ///< see `Platform::kMac`
@@ -198,8 +196,8 @@ class ORN_EXPORT FeatureListDetail {
 
   /// Returns whether the change is relevant to a user who opened the panel in the given versions.
   /// `versionNumbers` are results of `VersionNumber` in ascending order. The change is relevant if
-  /// one of them is at least the earliest relevant version and less than the version that added the
-  /// change. A change without an earliest relevant version is relevant to every user.
+  /// one of the numbers is at least the earliest relevant version and less than the version that
+  /// added the change. A change without an earliest relevant version is relevant to every user.
   bool IsRelevantToVersions(std::span<const std::int64_t> versionNumbers) const;
 
   /// Adds the `ExtractHashablePortion` of nine fields to `mixer`. Omits the rating request, so that
@@ -213,14 +211,14 @@ class ORN_EXPORT FeatureListDetail {
   Guid GetItemRatedGuid() const;
 
   /// Returns whether the change is shown with these options. `seen` contains the identities that
-  /// the user has seen or rated. `versions` contains the full versions in which the user opened
-  /// What's New. Queries the host's platform if the options contain `kFilterRelevantPlatform` and
+  /// count as seen or rated. `versions` contains the full versions in which the user opened the
+  /// panel. Queries the host's platform if the options contain `kFilterRelevantPlatform` and
   /// the platform of the change is "Mac" or "Win". Does not check whether the item is shown.
   bool ShouldShowItemToUser(const DisplayOptions& options, const GuidSet& seen,
                             const VersionSet& versions) const;
-  /// Returns whether the rating view can show the change. The change must request a rating. In
-  /// addition, either `seen` must contain its seen identity, or its description must be empty. Does
-  /// not check other display options.
+  /// Returns whether the rating view can show the change. The result is true if the change requests
+  /// a rating, and either `seen` contains its seen identity or its description is empty. Does not
+  /// check other display options.
   bool ShowForRating(const GuidSet& seen) const;
 
  private:

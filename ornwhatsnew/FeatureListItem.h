@@ -85,8 +85,9 @@ class ORN_EXPORT FeatureListItem {
   /// includes it.
   const UTF8String& GetFeaturePrefsUI() const { return fields_[kPrefsUI]; }
   /// Returns the custom question of a rating record: the rating request of the last shown change
-  /// that has one. The result is empty if that request is the keyword `kRequestRating`, or if no
-  /// shown change has a request. It is also empty in every item that is not a rating record.
+  /// that requests a rating. The result is empty if that request is the keyword `kRequestRating`,
+  /// or if no shown change requests a rating. It is also empty for an item that is not a rating
+  /// record.
   const UTF8String& GetCustomRatingStr() const { return fields_[kCustomRating]; }
   /// Sets the custom question of a rating record.
   void SetCustomRatingStr(const UTF8String& text) { fields_[kCustomRating] = text; }
@@ -109,13 +110,13 @@ class ORN_EXPORT FeatureListItem {
   /// description. Computes it at each call.
   Guid GetItemSeenGuid() const;
   /// Returns the identity under which the item counts as rated. It depends on the internal key and
-  /// the rating requests of the changes. A new rating request changes it, so the feature needs
-  /// rating again. Computes it at each call.
+  /// the rating requests of the changes. A new rating request changes the identity, so the
+  /// feature needs rating again. Computes the identity at each call.
   Guid GetItemRatedGuid() const;
 
-  /// Returns whether the item is shown with these options. `seen` contains the identities that the
-  /// user has seen or rated. `versions` contains the full versions in which the user opened What's
-  /// New. Queries the host's services.
+  /// Returns whether the item is shown with these options. `seen` contains the identities that
+  /// count as seen or rated. `versions` contains the full versions in which the user opened the
+  /// panel. Queries the host's services.
   bool ShouldShowItemToUser(const DisplayOptions& options, const GuidSet& seen,
                             const VersionSet& versions) const;
   /// Returns whether `seen` contains the item's seen identity, but not its rated identity.
@@ -125,8 +126,8 @@ class ORN_EXPORT FeatureListItem {
   /// Returns whether `seen` contains the item's rated identity.
   bool ItemHasBeenRated(const GuidSet& seen) const;
 
-  /// Returns whether usage logging is off. Always returns false for internal users. Queries the
-  /// host at each call.
+  /// Returns whether usage logging is off and the user is an external user. Queries the host at
+  /// each call.
   static bool AnalyticsDisabled();
 
  private:

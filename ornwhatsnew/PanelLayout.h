@@ -66,8 +66,8 @@ template <class String>
 struct BasicLayoutSpan {
   /// The range of the span in the layout's text.
   TextRange range;
-  /// The style. Has no value for text between styled strings, such as the space before an unlock
-  /// label. Is never `kStyleUnlockLabelBox`, because an unlock label has the style
+  /// The style. It has no value for text between styled strings, such as the space before an unlock
+  /// label. It is never `kStyleUnlockLabelBox`, because an unlock label has the style
   /// `kStyleUnlockLabel`.
   std::optional<StyleID> style;
   /// The URL of a title or of a link, or an empty string. The URL can contain any character that an
@@ -175,7 +175,7 @@ struct DataFileSummary {
   /// Whether the resource manager loaded the data file. Has no value if the list was loaded from a
   /// string.
   std::optional<bool> isFound;
-  /// The number of changes in the file, including the unmatched ones.
+  /// The number of changes in the file, including the unmatched changes.
   std::size_t changes = 0;
   /// The number of changes that match no item. Only internal users see them.
   std::size_t unmatched = 0;

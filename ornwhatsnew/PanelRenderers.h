@@ -82,15 +82,15 @@ struct HTMLOptions {
 /// Each item has an `id`, which is the same in all languages and versions: the prefix of
 /// `options` and the key of the item. In the key, `_` and two hexadecimal digits replace each UTF-8
 /// byte that is not an ASCII letter, a digit or a hyphen. If an item occurs several times, its
-/// second `id` ends with `.2`, its third one with `.3`, and so on.
+/// second `id` ends with `.2`, its third `id` ends with `.3`, and so on.
 [[nodiscard]] ORN_EXPORT UTF8String RenderHTML(const PanelLayout& layout,
                                                const HTMLOptions& options = {});
 
 /// Returns a CSS style sheet for the fragment that `RenderHTML` returns. Each of its selectors
-/// begins with a class whose name begins with `ornwhatsnew`. It supports light and dark colour
-/// schemes, narrow pages, both text directions and forced colours. The background and the normal
-/// text have system colours. All other colours are custom properties such as `--ornwhatsnew-muted`,
-/// which a page can set. The string has static storage duration.
+/// begins with a class whose name begins with `ornwhatsnew`. The style sheet supports light and
+/// dark colour schemes, narrow pages, both text directions and forced colours. The background and
+/// the normal text have system colours. All other colours are custom properties such as
+/// `--ornwhatsnew-muted`, which a page can set. The string has static storage duration.
 [[nodiscard]] ORN_EXPORT std::string_view GetHTMLStyleSheet() noexcept;
 
 /// Returns the panel in CommonMark. The header is a heading of level 2. Titles are headings of
@@ -103,9 +103,9 @@ struct HTMLOptions {
 
 /// The properties of a terminal. The default options give plain text.
 struct TerminalOptions {
-  std::size_t width = 0;       ///< the width of a line in columns; 0: no wrapping
-  bool hasStyles = false;      ///< true: colours and attributes (SGR sequences)
-  bool hasHyperlinks = false;  ///< true: safe links are hyperlinks (OSC 8)
+  std::size_t width = 0;       ///< the width of a line in columns, or 0 for no wrapping
+  bool hasStyles = false;      ///< whether to write colours and attributes (SGR sequences)
+  bool hasHyperlinks = false;  ///< whether safe links are hyperlinks (OSC 8)
   /// Returns a line that follows the question of a rating request, such as a command that rates the
   /// feature. The line is never wrapped, so that a user can copy it. Without a function, the
   /// renderer adds no line.

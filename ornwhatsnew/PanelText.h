@@ -16,13 +16,13 @@ namespace ornwhatsnew {
 /// The library's own strings. If the comment of a string mentions "@0" or "@1", the string contains
 /// this placeholder.
 enum class PanelText : std::size_t {
-  /// The label of an item in the state `ItemUnlockState::TarsaOnly`.
+  /// The label of an item with the unlock state `ItemUnlockState::TarsaOnly`.
   kUnlockInternal,
-  /// The label of a feature in the state `ItemUnlockState::Off`.
+  /// The label of a feature with the unlock state `ItemUnlockState::Off`.
   kUnlockOff,
-  /// The label of a feature in the state `ItemUnlockState::Unlocked`.
+  /// The label of a feature with the unlock state `ItemUnlockState::Unlocked`.
   kUnlockUnlocked,
-  /// The label of a feature in the state `ItemUnlockState::InDevelopment`.
+  /// The label of a feature with the unlock state `ItemUnlockState::InDevelopment`.
   kUnlockInDevelopment,
   /// The white space before labels, before descriptions, before "View more", and on both sides of
   /// bullets.

@@ -30,7 +30,7 @@ enum class HidingRule : std::uint8_t {
   /// The visibility of the item is `kInternal`, and none of its changes has the salience
   /// "UnhideBetaFeature".
   kInternalVisibility,
-  /// No change of the item is shown. This rule applies to sections, and with `kRatingView` to
+  /// No change of the item is shown. This rule applies to sections, and with `kRatingView` also to
   /// features.
   kNoShownChange,
   /// `kRatingView`: the item is a section. Only features can be rated.
@@ -40,11 +40,11 @@ enum class HidingRule : std::uint8_t {
 
   // Rules for items and changes.
 
-  /// `kRatingView`: the user has not seen the feature. For a change: the user has not seen the
-  /// change, and the change has a description.
+  /// `kRatingView`: the user has not seen the feature. The rule hides a change if the user has not
+  /// seen the change and the change has a description.
   kNotSeen,
-  /// `kShowOnlyNew` without `kRatingView`: the user has seen the change. For a feature: the user
-  /// has seen the feature, and none of its changes is shown.
+  /// `kShowOnlyNew` without `kRatingView`: the user has seen the change. The rule hides a feature
+  /// if the user has seen the feature and none of its changes is shown.
   kSeen,
 
   // Rules for changes.

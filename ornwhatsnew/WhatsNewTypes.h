@@ -1,5 +1,6 @@
-// Declares constants, unlock states and queries for hosts. The constants are section keys, sizes
-// and typographic marks. The queries return a debug switch and the full version.
+// Declares constants, unlock states and two functions for hosts. The constants are section keys,
+// sizes and typographic marks. The functions return the value of a debug switch and the full
+// version.
 #ifndef ORNWHATSNEW_WHATSNEWTYPES_H_
 #define ORNWHATSNEW_WHATSNEWTYPES_H_
 
@@ -58,7 +59,7 @@ inline constexpr std::array<std::string_view, 12> kTypographicMarks = {
     "\xE2\x80\x95",  // horizontal bar
 };
 
-/// The unlock state of an item, which the unlock label after its title shows. The state of a
+/// The unlock state of an item, which the unlock label after its title shows. The unlock state of a
 /// feature depends on the visibility in the host's feature table.
 enum class ItemUnlockState {
   /// The item is a section that only internal users see. For internal users, a feature also has

@@ -1,4 +1,4 @@
-// Checks whether the application logs its usage, through a query that the host supplies.
+// Checks whether usage logging is on, with a query that the host supplies.
 //
 // The host sets the query once at start:
 //
@@ -19,15 +19,15 @@ namespace ornappsupport::analytics {
 /// safe to call from all of them at the same time.
 class ORN_EXPORT SDMUsageLogger {
  public:
-  /// Not constructible, because all functions are static.
+  /// The class is not constructible, because all its functions are static.
   SDMUsageLogger() = delete;
 
   /// Calls the host's query on the calling thread and returns its result. Returns true if there is
   /// no query. Exceptions from the query propagate to the caller.
   static bool IsLogging();
 
-  /// Replaces the query, which returns whether usage logging is on. An empty function removes it. A
-  /// call to `IsLogging` on another thread may still use the previous query.
+  /// Replaces the query, which returns whether usage logging is on. An empty function removes the
+  /// query. A call to `IsLogging` on another thread may still use the previous query.
   ///
   /// If memory runs out, throws `std::bad_alloc` and keeps the previous query.
   static void SetLoggingQuery(std::function<bool()> query);

@@ -18,19 +18,19 @@ using orncore::string::UTF16String;
 /// determines whether the list shows the feature. The list treats unknown values like
 /// `kUnlabelled`.
 ///
-/// A feature of any visibility is shown only if it is switched on or the user may switch it on. A
+/// A feature of any visibility is shown only if it is switched on or the user can switch it on. A
 /// debug switch removes this restriction for internal users.
 ///
 /// If a change of a feature has the salience "HideBetaFeatureFromExternal", only internal users see
 /// the feature. Its label is then "TARSA ONLY", unless its visibility is `kPublic`.
 enum class VisibilityInAllClientApps : std::int32_t {
   /// A public feature with the label "UNLOCKED", whether it is on or off. While
-  /// `ornwhatsnew::ShowingAllOffFeaturesInternally` returns true, a feature that is off has the
-  /// label "OFF".
+  /// `ornwhatsnew::ShowingAllOffFeaturesInternally` returns true, a public feature that is off has
+  /// the label "OFF".
   kPublic = 0,
   /// A feature that is hidden from all users, including internal users, unless one of its changes
   /// has the salience "UnhideBetaFeature". When the feature is shown, its label is "TARSA ONLY" for
-  /// internal users and "UNLOCKED" for others.
+  /// internal users and "UNLOCKED" for external users.
   kInternal = 1,
   /// A feature in development, with the label "IN DEVELOPMENT".
   kInDevelopment = 2,
@@ -46,9 +46,10 @@ enum class VisibilityInAllClientApps : std::int32_t {
 /// needs exclusive access.
 class ORN_EXPORT BetaFeature {
  public:
-  /// Creates a description. `jiraEpicKey` is the key of the feature's epic in the issue tracker, in
-  /// UTF-8. Changes refer to the feature by this key. An empty key is allowed, but it is equal to
-  /// an empty story ID. The feature can therefore receive changes that are meant for other items.
+  /// Creates an object that describes a beta feature. `jiraEpicKey` is the key of the feature's
+  /// epic in the issue tracker, in UTF-8. Changes refer to the feature by this key. An empty key is
+  /// allowed, but it is equal to an empty story ID. The feature can therefore receive changes that
+  /// are meant for other items.
   ///
   /// `displayName` and `displayDescription` are shown to users. A list localises them if they begin
   /// with "$$$/", and otherwise shows them unchanged.

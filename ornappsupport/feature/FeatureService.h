@@ -22,10 +22,10 @@
 namespace ornappsupport::feature {
 
 /// The interface that a host implements to describe its beta features. A list creates its items
-/// from the feature table when it loads a data file. During each call that needs them, it queries
-/// the switches, the permission, and the visibilities for unlock labels and the key order. It
-/// caches none of these between calls. Exceptions that an implementation throws propagate to the
-/// caller of the list.
+/// from the feature table when it loads a data file. It queries the switches, the permission, and
+/// the visibilities for unlock labels and the key order during each call that uses them. It caches
+/// none of these between calls. Exceptions that an implementation throws propagate to the caller
+/// of the list.
 ///
 /// Threads: the library calls the methods on the thread that uses a list. The console command
 /// `ValidateWhatsNew` uses a list on a background thread while the thread that runs the command
@@ -38,20 +38,21 @@ class ORN_EXPORT FeatureService {
   FeatureService& operator=(const FeatureService&) = delete;
   virtual ~FeatureService();
 
-  /// Returns the feature table. The table must not change, move or be destroyed while a method of a
-  /// list runs. The host may change it between these calls.
+  /// Returns the feature table. The table must not change, move or be destroyed during a call to a
+  /// method of a list. The host may change the table between these calls.
   virtual const BetaFeatureMap& GetBetaFeatures() const = 0;
 
   /// Returns whether the feature is switched on for the user. `internalKey` is always a key of the
   /// table.
   virtual bool IsEnabled(std::string_view internalKey) const = 0;
 
-  /// Returns whether the user may switch the feature on. `internalKey` is always a key of the
+  /// Returns whether the user can switch the feature on. `internalKey` is always a key of the
   /// table.
   virtual bool IsAvailableForUser(std::string_view internalKey) const = 0;
 
-  /// Returns whether the user has the internal-features permission. A list shows internal sections,
-  /// keys and notes only to a user with this permission.
+  /// Returns whether the user has the internal-features permission. A list shows the sections
+  /// INTERNAL and UNREVIEWED, internal keys, issue keys, commit IDs and notes only to a user with
+  /// this permission.
   virtual bool AreInternalFeaturesAllowed() const = 0;
 };
 
@@ -62,7 +63,7 @@ class ORN_EXPORT FeatureService {
 /// `SetInternalFeaturesAllowed`. Call these two methods only while no method of a list runs.
 class ORN_EXPORT FixedFeatureService final : public FeatureService {
  public:
-  /// Creates an empty table. The user does not have the permission.
+  /// Creates a service with an empty feature table. The user does not have the permission.
   FixedFeatureService();
   ~FixedFeatureService() override;
 
@@ -91,8 +92,8 @@ class ORN_EXPORT FixedFeatureService final : public FeatureService {
 /// Replaces the service. The library shares ownership of `service`. Null restores the default: an
 /// empty table and no permission.
 ///
-/// Do not call while a method of a list runs, because the list may use a reference to the table of
-/// the previous service. At other times, the function is safe to call from any thread.
+/// Do not call this function while a method of a list runs. The list may use a reference to the
+/// table of the previous service. At other times, the function is safe to call from any thread.
 ORN_EXPORT void SetFeatureService(std::shared_ptr<const FeatureService> service);
 
 /// Returns the feature table of the host, or an empty table if no service is set. The reference is
@@ -104,7 +105,7 @@ ORN_EXPORT const BetaFeatureMap& GetConstBetaFeatureMap();
 /// or not a key of the table. Queries the service on the calling thread.
 ORN_EXPORT bool IsFeatureEnabled(const char* internalKey);
 
-/// Returns whether the user may switch the feature on. Returns false if `internalKey` is null or
+/// Returns whether the user can switch the feature on. Returns false if `internalKey` is null or
 /// not a key of the table. Queries the service on the calling thread.
 ORN_EXPORT bool IsAvailableForUserEnablement(const char* internalKey);
 

@@ -33,9 +33,9 @@ struct PanelLinks {
   UTF16String commitLink;
   /// The URL of the page on which users allow usage logging. If usage logging is off, the rating
   /// view shows the URL to external users. The URL is both the target and the text of the link. If
-  /// you set it to an empty string, replace the strings before and after the URL through the
-  /// dictionary, because they refer to the URL. These strings are `kOptedOutPart1` and
-  /// `kOptedOutPart2` in `ornwhatsnew/PanelText.h`.
+  /// this member is empty, replace the strings before and after the URL through the dictionary,
+  /// because they refer to the URL. These strings are `kOptedOutPart1` and `kOptedOutPart2` in
+  /// `ornwhatsnew/PanelText.h`.
   UTF16String privacyPage;
   /// The prefix of issue keys, "ORN" by default. Letter case does not matter. The panel shows story
   /// IDs and item keys that begin with this prefix as issues. Only internal users see issues. If

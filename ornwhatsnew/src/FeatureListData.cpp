@@ -46,7 +46,7 @@ FeatureListData::FeatureListData(StateGetter getter, StateSetter setter)
                      // cppcheck-suppress accessMoved
                      .stateSetter = std::move(setter)}) {
   // Compatibility: replace both callbacks if one is empty (docs/compatibility.md). Otherwise the
-  // list would read and write different stores.
+  // list would read one store and write to another.
   if (impl_->stateGetter && impl_->stateSetter) return;
   impl_->stateGetter = [](const UTF8String& key) {
     return DebugDatabase::Instance().GetEntry(key);

@@ -40,8 +40,8 @@ SeenState FeatureListData::Impl::ReadState() {
 }
 
 void FeatureListData::Impl::RecordDisplayPass(const IdentitySet& shown) {
-  // Do all allocations before the state changes. If one failed afterwards, a later rating could
-  // persist the identities of changes that the user never saw.
+  // Do all allocations before the state changes. If an allocation failed afterwards, a later
+  // rating could persist the identities of changes that the user never saw.
   SeenState& state = content.state;
   const UTF8String seenItemsKey(keywords::kAllSeenItems);
   const UTF8String lastVersionKey(keywords::kLastVersionSeen);

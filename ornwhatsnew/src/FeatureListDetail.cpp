@@ -86,7 +86,7 @@ FeatureListDetail::FeatureListDetail(const Fields& fields)
 
 const UTF8String& FeatureListDetail::GetField(std::string_view key) const {
   const auto found = std::ranges::find(kDataColumns, key, &DataColumnInfo::fieldKey);
-  // Compatibility: hosts may compare this message (docs/compatibility.md).
+  // Compatibility: hosts may compare the message with this text (docs/compatibility.md).
   if (found == kDataColumns.end()) throw std::out_of_range("unordered_map::at: key not found");
   return fields_[static_cast<std::size_t>(found - kDataColumns.begin())];
 }

@@ -48,7 +48,7 @@ FeatureListItem::Kind FeatureListItem::KindOf(std::string_view featureJiraIDKey)
 const UTF8String& FeatureListItem::GetField(std::string_view key) const {
   static_assert(kFieldKeys.size() == kFieldCount);
   const auto found = std::ranges::find(kFieldKeys, key);
-  // Compatibility: hosts may compare this message (docs/compatibility.md).
+  // Compatibility: hosts may compare the message with this text (docs/compatibility.md).
   if (found == kFieldKeys.end()) throw std::out_of_range("unordered_map::at: key not found");
   return fields_[static_cast<std::size_t>(found - kFieldKeys.begin())];
 }

@@ -73,7 +73,8 @@ class ValidateCommand {
   UTF16OutputStream& output_;
 };
 
-// Compatibility: always returns 0, even if the file cannot be read (docs/compatibility.md).
+// Compatibility: the command always returns 0, even if it cannot read the file
+// (docs/compatibility.md).
 int Execute(const UTF16String& arguments, UTF16OutputStream& output) {
   if (arguments.empty()) {
     Write(output, kCommandName);

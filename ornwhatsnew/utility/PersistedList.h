@@ -31,7 +31,7 @@ ORN_EXPORT std::vector<std::string_view> SplitPersistedList(std::string_view lis
 
 /// Returns the value that a program should store under `key`, so that programs that share a store
 /// do not overwrite each other's elements. `stored` is the value that is in the store now. `read`
-/// is the value that the program read, and `written` is the value that it writes.
+/// is the value that the program read, and `written` is the new value of the program.
 ///
 /// For `kAllSeenItemsKey` and `kAllVersionsSeenKey`, the result is a persisted list. It contains
 /// the elements of `stored`, and the elements of `written` that are not in `read`. Does not restore

@@ -30,8 +30,8 @@ using orncore::utility::Guid;
 /// set, the display shows everything that is available to the user.
 using DisplayOptions = orncore::utility::Flags<unsigned char>;
 
-/// Hides changes that the user has seen. Hides features that the user has seen if none of their
-/// changes is shown. Has no effect with `kRatingView`.
+/// Hides changes that the user has seen. Hides a feature if the user has seen the feature and none
+/// of its changes is shown. Has no effect with `kRatingView`.
 inline constexpr DisplayOptions kShowOnlyNew{0x01};
 /// Hides changes that are relevant only to a platform other than the host's.
 inline constexpr DisplayOptions kFilterRelevantPlatform{0x02};
@@ -41,11 +41,11 @@ inline constexpr DisplayOptions kFilterRelevantVersion{0x04};
 /// Hides changes whose salience is not malformed. Compatibility: the option also hides changes with
 /// the salience "Headline", despite its name (docs/compatibility.md).
 inline constexpr DisplayOptions kFilterHeadlinesOnly{0x08};
-/// Shows only features that the user has seen but not rated, and of their changes only those that
-/// request a rating. `HidingRule` lists all rules.
+/// Shows only features that the user has seen but not rated, with the changes that request a
+/// rating. `HidingRule` lists all rules.
 inline constexpr DisplayOptions kRatingView{0x10};
 
-/// The identities that a user has seen or rated. Hosts pass them to functions such as
+/// The identities that count as seen or rated. Hosts pass them to functions such as
 /// `FeatureListItem::ItemHasBeenSeen`.
 using GuidSet = std::unordered_set<Guid>;
 /// The full versions in which a user opened the panel.
@@ -95,7 +95,7 @@ using StyleRunMap = std::unordered_map<StyleID, std::vector<StyleRun>>;
 
 /// The items of a list by key. An entry can be empty; see
 /// `FeatureListData::BubbleUnlockedItemsToTheTop`. The library treats an empty entry like a missing
-/// item. Only `InitWithData` removes or replaces the entry.
+/// item. Only `InitWithData` removes or replaces an empty entry.
 using FeatureMap = std::unordered_map<std::string, std::shared_ptr<FeatureListItem>>;
 /// The rating records of a display, by the key of the item. A rating record has the keys, the
 /// visibility, the localised title and the localised description of an item, and a custom question.

@@ -30,11 +30,11 @@ ORN_EXPORT bool CaseInsensitiveEqual(std::string_view a, std::string_view b);
 /// locale.
 ORN_EXPORT UTF8String LowerCase8(std::string_view text);
 
-/// Returns whether `key` is the key of one of the four sections, in any letter case.
+/// Returns whether `key` is the key of one of the four sections, ignoring the letter case.
 ORN_EXPORT bool IsSpecialCaseSection(std::string_view key);
 
-/// Returns whether `key` is "INTERNAL" or "UNREVIEWED", in any letter case. Only internal users see
-/// these two sections.
+/// Returns whether `key` is "INTERNAL" or "UNREVIEWED", ignoring the letter case. Only internal
+/// users see these two sections.
 ORN_EXPORT bool IsInternalSpecialCaseSection(std::string_view key);
 
 /// Returns the number by which versions are compared. Each component of the dotted `version` has

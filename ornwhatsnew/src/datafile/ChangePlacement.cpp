@@ -9,7 +9,7 @@ namespace ornwhatsnew {
 namespace {
 
 // Compatibility: an entry of the map can be empty (docs/compatibility.md). An empty entry counts as
-// a missing one.
+// a missing item.
 FeatureListItem* Find(const FeatureMap& items, std::string_view key) {
   const auto found = items.find(std::string(key));
   return found == items.end() ? nullptr : found->second.get();

@@ -27,7 +27,7 @@ bool IsClean(std::string_view text) {
 std::string_view CleanField(std::string_view field, UTF8String& buffer) {
   if (IsClean(field)) return field;
 
-  // Compatibility: every quote is removed, even a doubled one (docs/compatibility.md).
+  // Compatibility: every quote is removed, even a doubled quote (docs/compatibility.md).
   buffer.assign(field);
   std::erase(buffer, '"');
   if (IsClean(buffer)) return buffer;

@@ -34,7 +34,7 @@ class LayoutWriter final : public PanelWriter {
   bool HasRatingRequests() const override { return true; }
   void AddRatingRequest(const FeatureListItem& item, RatingRequest request) override;
 
-  /// Returns the layout. `hasItems` says whether the panel shows an item. Do not use the writer
+  /// Returns the layout. `hasItems` states whether the panel shows an item. Do not use the writer
   /// afterwards.
   PanelLayout TakeLayout(bool hasItems);
 

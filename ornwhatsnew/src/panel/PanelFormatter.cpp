@@ -262,7 +262,7 @@ void PanelFormatter::AddRating(const FeatureListItem& item, const RatingSummary&
   }
   if (hasRequest) {
     // The strings of a layout are in the user's language. The question of a rating record stays
-    // untranslated, because existing hosts may depend on it.
+    // unlocalised, because existing hosts may depend on the key text.
     writer_.AddRatingRequest(item, {item.GetFeatureJiraIDKey(), std::move(title),
                                     Localize(rating.customText), std::move(description)});
   }

@@ -1,5 +1,5 @@
 // Defines the interface through which the formatter writes a panel. One implementation creates the
-// text with its style runs, and the other one creates the layout.
+// text with its style runs, and the other creates the layout.
 #ifndef ORNWHATSNEW_SRC_PANEL_PANELWRITER_H_
 #define ORNWHATSNEW_SRC_PANEL_PANELWRITER_H_
 
@@ -19,8 +19,8 @@ struct RunAdjustment {
 };
 
 /// Receives the strings of a panel in the order of its text. Each string except the rating
-/// placeholder belongs to the current paragraph: the last one for which `BeginParagraph` was
-/// called.
+/// placeholder belongs to the current paragraph: the last paragraph for which `BeginParagraph`
+/// was called.
 class PanelWriter {
  public:
   PanelWriter() = default;

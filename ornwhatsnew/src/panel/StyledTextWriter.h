@@ -13,8 +13,9 @@
 namespace ornwhatsnew {
 
 /// Adds a run with the style `style` to `runs`. The run begins at the offset
-/// `start + adjustment.start` of the text and has the length `length + adjustment.length`, both in
-/// UTF-8 bytes and modulo 2^32. `runString` is the string of the run: a URL, or empty.
+/// `start + adjustment.start` of the text, and its length is `length + adjustment.length`. Both
+/// sums are in UTF-8 bytes and wrap modulo 2^32. `runString` is the string of the run: a URL, or
+/// empty.
 void RecordStyleRun(StyleID style, std::size_t start, std::size_t length, RunAdjustment adjustment,
                     UTF16String runString, StyleRunMap& runs);
 

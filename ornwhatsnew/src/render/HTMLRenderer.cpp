@@ -64,7 +64,7 @@ std::string ItemID(std::string_view prefix, std::string_view itemKey) {
   return result;
 }
 
-/// Returns the CSS class of spans with this style, or an empty string if they have none.
+/// Returns the CSS class of spans with this style, or an empty string if these spans have no class.
 std::u16string_view SpanClass(std::optional<StyleID> style) {
   if (!style) return {};
   switch (*style) {
@@ -109,9 +109,9 @@ class HTMLRenderer {
   }
 
  private:
-  /// Closes the open list if `paragraph` is not a change. Closes the open item and its list if
-  /// `paragraph` does not belong to this item. Opens an item if `paragraph` is the first paragraph
-  /// of one.
+  /// Closes the open `ul` element if `paragraph` is not a change. Closes the open `article` element
+  /// and its `ul` element if `paragraph` does not belong to the current item. Opens an `article`
+  /// element if `paragraph` is the first paragraph of an item.
   void OpenOrCloseElements(const LayoutParagraph& paragraph) {
     const ParagraphKind kind = paragraph.kind;
     if (kind != ParagraphKind::kChange) CloseList();
@@ -234,7 +234,7 @@ class HTMLRenderer {
   const UTF16String headerElement_;
   const UTF16String titleElement_;
   UTF16String output_;
-  /// The first paragraph of the current item. Null outside items.
+  /// The first paragraph of the current item. The pointer is null outside items.
   const LayoutParagraph* item_ = nullptr;
   bool isListOpen_ = false;
   std::map<std::string, int> occurrences_;

@@ -5,7 +5,7 @@ namespace {
 
 // The system colours Canvas and CanvasText follow the user's preferred colour scheme. The media
 // query `prefers-color-scheme` selects matching values for all other colours. Every other text
-// colour has a contrast ratio of at least 4.5:1 against Canvas and against the tint, as the Web
+// colour has a contrast ratio of at least 4.5:1 against Canvas and `--ornwhatsnew-tint`, as the Web
 // Content Accessibility Guidelines require. Links are underlined and labels have a border, so that
 // no meaning depends on a colour alone.
 constexpr std::string_view kStyleSheet = R"css(.ornwhatsnew {

@@ -133,8 +133,8 @@ std::u16string_view MarkdownWriter::CurrentLine() const {
 }
 
 // Returns whether to escape `unit`, the next character of the current line. Few characters are
-// escaped, so that the text is readable without a renderer. Some of them have a meaning only in
-// GitHub Flavored Markdown: `|`, `~` within a line, `/` in "://", and `.` after "www".
+// escaped, so that the text is readable without a renderer. Some escaped characters have a meaning
+// only in GitHub Flavored Markdown: `|`, `~` within a line, `/` in "://", and `.` after "www".
 bool MarkdownWriter::IsEscaped(char16_t unit) const {
   constexpr std::u16string_view kAlwaysEscaped = u"\\`*_[]<>&#|~";
   constexpr std::u16string_view kEscapedAtLineStart = u"+-=:";

@@ -39,8 +39,8 @@ class MarkdownWriter {
   void AppendText(std::u16string_view text);
   /// Appends `text` as a link. REQUIRES: `IsSafeLink(target)`.
   void AppendLink(std::u16string_view text, std::u16string_view target);
-  /// Appends `text` as a code span, in which line ends become spaces. Appends it as text if it
-  /// contains only spaces or directly follows a backtick.
+  /// Appends `text` as a code span, in which line ends become spaces. If `text` contains only
+  /// spaces or directly follows a backtick, appends `text` as ordinary text.
   void AppendCode(std::u16string_view text);
 
   /// Returns the blocks. Do not use the writer afterwards.

@@ -31,7 +31,7 @@ struct WrappedLine {
 
 /// Wraps paragraphs at a fixed width, according to the Unicode line breaking rules. If a word is
 /// longer than a line, breaks it between graphemes. Puts a grapheme that is wider than a line on a
-/// separate line. Not thread-safe.
+/// separate line. A wrapper is not thread-safe.
 class ParagraphWrapper {
  public:
   /// Creates a wrapper for lines of `width` columns. If `width` is 0, the wrapper never breaks a

@@ -1,4 +1,4 @@
-// Defines a set of the identities that a user has seen or rated, and its conversion from and to a
+// Defines a set of the identities that count as seen or rated, and its conversion from and to a
 // persisted list.
 #ifndef ORNWHATSNEW_SRC_RULES_IDENTITYSET_H_
 #define ORNWHATSNEW_SRC_RULES_IDENTITYSET_H_

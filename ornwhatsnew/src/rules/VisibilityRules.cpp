@@ -39,14 +39,14 @@ bool IsForInternalUsersOnly(const FeatureListItem& item) {
 
 // Each of the following function templates checks some rules in a fixed order. The template calls
 // `hides(rule)` for each rule that hides the change or the item. If a call returns true, the
-// template stops and returns true. A display passes `kStopAtFirstRule`, which avoids unnecessary
-// identities and host queries. `ExplainItem` passes a callback that returns false, because it
-// collects all rules.
+// template stops and returns true. A display passes `kStopAtFirstRule`, to avoid unnecessary
+// hashing and unnecessary queries to the host. `ExplainItem` passes a callback that returns false,
+// because it collects all rules.
 
 constexpr auto kStopAtFirstRule = [](HidingRule) { return true; };
 
 // Returns a callback that adds each rule to `rules` and returns false. Several changes can hide an
-// item by the same rule, so the callback ignores a rule that equals the last one.
+// item by the same rule, so the callback ignores a rule that equals the last rule.
 auto CollectInto(std::vector<HidingRule>& rules) {
   return [&rules](HidingRule rule) {
     if (rules.empty() || rules.back() != rule) rules.push_back(rule);
@@ -126,8 +126,8 @@ bool AnySeenRuleHidesItem(const FeatureListItem& item, const VisibilityFilter& f
 // identity. If `seenGuid` is not null, sets `*seenGuid` to the seen identity of the item. Stops and
 // returns true when a call to `hides` returns true.
 //
-// If `seenGuid` is null and the filter does not depend on what the user has seen, passes nil
-// identities to `isChangeShown`. Computing identities takes longer than checking all rules.
+// If `seenGuid` is null and the filter does not depend on what the user has seen or rated, passes
+// nil identities to `isChangeShown`. Computing identities takes longer than checking all rules.
 template <class IsShown, class Hides>
 bool AnyRuleHidesItem(const FeatureListItem& item, const VisibilityFilter& filter, Guid* seenGuid,
                       IsShown isChangeShown, Hides hides) {

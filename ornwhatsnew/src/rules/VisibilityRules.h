@@ -16,15 +16,15 @@
 
 namespace ornwhatsnew {
 
-/// Returns the platform that `text` names, in any letter case: `kNone` for an empty string, and
-/// `kOther` for an unknown platform. `text` is the platform field of a change, or the host's
-/// platform.
+/// Returns the platform that `text` names, ignoring the letter case. Returns `kNone` for an empty
+/// string, and `kOther` for an unknown platform. `text` is the platform field of a change, or the
+/// host's platform.
 FeatureListDetail::Platform ParsePlatform(std::string_view text);
 
 /// Returns the `VersionNumber` of each version, in ascending order.
 std::vector<std::int64_t> VersionNumbers(const VersionSet& versions);
 
-/// A view of the identities that the user has seen or rated. It refers to the `IdentitySet` of a
+/// A view of the identities that count as seen or rated. It refers to the `IdentitySet` of a
 /// list, or to a `GuidSet` that a host passes to the library.
 class SeenIdentities {
  public:
@@ -70,11 +70,11 @@ bool IsChangeShown(const FeatureListDetail& change, const VisibilityFilter& filt
                    const Guid& seenGuid);
 
 /// Returns whether the rating view can show `change`. The result is true if the change requests a
-/// rating, and the user has seen the change (`isSeen`) or its description is empty.
+/// rating, and either the user has seen the change (`isSeen`) or its description is empty.
 bool IsChangeForRating(const FeatureListDetail& change, bool isSeen);
 
-/// Returns whether the rating view can show a feature: the user has seen it (`isSeen`) and has not
-/// rated it (`isRated`).
+/// Returns whether the rating view can show a feature. The result is true if the user has seen the
+/// feature (`isSeen` is true) and has not rated it (`isRated` is false).
 bool IsItemForRating(bool isRated, bool isSeen);
 
 /// The seen identity and the shown changes of an item that a display shows.
@@ -95,14 +95,14 @@ struct ShownItem {
 void AddSeenIdentities(const ShownItem& shown, const DisplayOptions& options,
                        std::vector<Guid>& identities);
 
-/// Returns whether an item is shown. If `shown` is null, allocates nothing, and computes identities
-/// only if the filter depends on what the user has seen. Otherwise overwrites `*shown`, whose
-/// content is valid only if the result is true.
+/// Returns whether an item is shown. If `shown` is null, allocates nothing, and computes the
+/// identities of changes only if the filter depends on what the user has seen or rated. Otherwise
+/// overwrites `*shown`, whose content is valid only if the result is true.
 bool IsItemShown(const FeatureListItem& item, const VisibilityFilter& filter,
                  ShownItem* shown = nullptr);
 
 /// Returns all rules that hide an item, and for each of its changes all rules that hide the change.
-/// `IsItemShown` checks the same rules, but stops at the first one that hides the item.
+/// `IsItemShown` checks the same rules, but stops at the first rule that hides the item.
 ItemVisibility ExplainItem(const FeatureListItem& item, const VisibilityFilter& filter);
 
 }  // namespace ornwhatsnew
