@@ -116,8 +116,9 @@ class Importer {
     const std::optional<DataRowKind> kind = KindOfRow(fields);
     if (kind == DataRowKind::kChange) return;
     if (kind != DataRowKind::kChangesSince) {
-      AddError(line, "the row has no value in the column " + QuotedHeader(DataColumn::kGroupingID) +
-                         ", so the library would skip it; add the key of a feature or section");
+      AddError(line,
+               "the row has no value in the column " + QuotedHeader(DataColumn::kGroupingID) +
+                   ", so the library would skip the row; add the key of a feature or section");
       return;
     }
     for (std::size_t i = 0; i < fields.size(); ++i) {
@@ -125,7 +126,7 @@ class Importer {
       const bool isUsed = column == DataColumn::kVersion || column == DataColumn::kGroupingID;
       if (isUsed || fields[i].empty()) continue;
       AddError(line, "the library ignores the value in the column " + QuotedHeader(column) +
-                         " of a Changes-Since row; remove it");
+                         " of a Changes-Since row; remove the value");
     }
   }
 

@@ -90,7 +90,7 @@ class CatalogTables {
       if (bytes_[offset + length] != '\0') Fail("a string does not end with NUL");
       // Many entries could refer to the same long string, which would take much time and memory.
       total += length + 1;
-      if (total > bytes_.size()) Fail("its strings are longer than the file");
+      if (total > bytes_.size()) Fail("its strings together are longer than the file");
       strings.push_back(bytes_.substr(offset, length));
     }
     return strings;

@@ -274,7 +274,7 @@ class CommandLine {
         "Without a command, each line of standard input is one command.\n"
         "The command 'help' lists the console commands.\n"
         "ValidateWhatsNew always succeeds, even if it cannot read the file.\n"
-        "A script cannot use it to check a file.");
+        "A script cannot use this command to check a file.");
     consoleCommand_ = &command;
   }
 

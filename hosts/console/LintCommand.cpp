@@ -154,16 +154,23 @@ class LintRun {
 void RequireUsableFiles(const LintArguments& arguments) {
   using author::OptionError;
   const bool hasInput = std::ranges::find(arguments.files, kStandardInput) != arguments.files.end();
-  if (hasInput && arguments.fix) throw OptionError("--fix cannot correct standard input");
+  if (hasInput && arguments.fix) {
+    throw OptionError("--fix cannot correct standard input; name a file");
+  }
   if (arguments.isDryRun && !arguments.fix) throw OptionError("--dry-run requires --fix");
   if (!arguments.baseline) return;
   const bool isGit = arguments.baseline->starts_with("git:");
-  if (isGit && hasInput) throw OptionError("git has no earlier version of standard input");
+  if (isGit && hasInput) {
+    throw OptionError("git has no earlier version of standard input; name a file");
+  }
   if (arguments.baseline == kStandardInput && hasInput) {
-    throw OptionError("standard input cannot be both the data file and the baseline");
+    throw OptionError(
+        "standard input cannot be both the data file and the baseline; name a file for one of "
+        "them");
   }
   if (!isGit && arguments.files.size() > 1) {
-    throw OptionError("a baseline file requires a single data file");
+    throw OptionError(
+        "a baseline file requires a single data file; check each data file separately");
   }
 }
 

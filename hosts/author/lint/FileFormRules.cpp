@@ -125,7 +125,7 @@ void CheckNulBytes(LintContext& context) {
     if (position == row.data.text.npos) continue;
     context.Report(
         LintCode::kNulByte, row, position, position + 1,
-        "the field contains a NUL byte, at which many views truncate the text; delete it");
+        "the field contains a NUL byte, at which many views truncate the text; delete the byte");
   }
 }
 
@@ -166,8 +166,8 @@ void CheckByteOrderMarks(LintContext& context) {
     const std::size_t position = row.data.text.find(kByteOrderMark, from);
     if (position == row.data.text.npos) continue;
     context.Report(LintCode::kInnerByteOrderMark, row, position, position + kByteOrderMark.size(),
-                   "a byte order mark inside the file becomes a part of its field, so the field "
-                   "matches no key and no keyword; delete it");
+                   "a byte order mark inside the file becomes part of a field, so the field "
+                   "matches no key and no keyword; delete the mark");
   }
 }
 

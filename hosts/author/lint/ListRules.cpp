@@ -152,10 +152,11 @@ void CheckLaterLinks(LintContext& context) {
       if (places.size() == kMaximumRelated) break;
       places.push_back(context.Related(*row, "this link is ignored"));
     }
-    Finding& finding = context.ReportField(
-        LintCode::kLinkLater, *first, DataColumn::kURL,
-        "the feature " + Quoted(first->item->FeatureJiraIDKey()) +
-            " already has a link, so later links are ignored (" + Lines(places) + ")");
+    Finding& finding =
+        context.ReportField(LintCode::kLinkLater, *first, DataColumn::kURL,
+                            "the feature " + Quoted(first->item->FeatureJiraIDKey()) +
+                                " already has a link, so later links are ignored (" +
+                                Lines(places) + "); delete these links");
     finding.related = std::move(places);
   }
 }
@@ -167,7 +168,9 @@ void CheckLaterLinks(LintContext& context) {
 void CheckNoChange(LintContext& context) {
   const auto isError = [](const Finding& finding) { return finding.severity == Severity::kError; };
   if (context.File().ChangeCount() > 0 || std::ranges::any_of(context.Findings(), isError)) return;
-  context.ReportFile(LintCode::kNoChange, "the file has no change, so users see no changes");
+  context.ReportFile(
+      LintCode::kNoChange,
+      "the file has no change, so users see no changes; add changes below the header");
 }
 
 void CheckFeaturesWithoutChange(LintContext& context) {
@@ -231,7 +234,7 @@ void CheckBoundsOfHost(LintContext& context, const std::string& running) {
         LintCode::kBoundsHost, row, DataColumn::kFirstVersion,
         mistake.empty() ? "the host's full version " + Quoted(running) + " and " + Quoted(first) +
                               " have different numbers of components, so the wrong users see "
-                              "the change; write versions in the form of the full version"
+                              "the change; write as many components as the full version has"
                         : "the host's full version " + Quoted(running) + " " + mistake +
                               ", so the wrong users see the change; leave the field empty");
     return;

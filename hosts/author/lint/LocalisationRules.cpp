@@ -102,7 +102,7 @@ void CheckMarkupInKey(LintContext& context, const LintRow& row, std::string_view
     context.ReportPart(LintCode::kMarkupUnknown, row, DataColumn::kDescription, markup,
                        "users see " + Quoted(markup) + ", because it is not markup; write " +
                            Quoted(nearest.value_or("#{endl}")) +
-                           (nearest ? "" : " or other markup from the manual"));
+                           (nearest ? "" : " or other markup that ornwhatsnew(5) lists"));
     return;
   }
 }

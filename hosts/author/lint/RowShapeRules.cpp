@@ -373,7 +373,8 @@ bool CheckMisspeltChangesSince(LintContext& context, const LintRow& row) {
 
 void ReportFieldCount(LintContext& context, const LintRow& row) {
   if (TrimSpaces(row.data.text).starts_with('#')) {
-    context.ReportRow(LintCode::kCommentLine, row, "a comment line has no effect here");
+    context.ReportRow(LintCode::kCommentLine, row,
+                      "data files have no comments, so the library skips the line");
     return;
   }
   if (row.data.fieldCount > kMaximumFields) {

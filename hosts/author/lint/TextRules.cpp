@@ -231,9 +231,10 @@ void CheckSpaces(LintContext& context, const LintRow& row) {
     const auto column = static_cast<DataColumn>(i);
     Finding* finding = context.FindingOn(row, column);
     if (finding == nullptr) {
-      finding = &context.ReportField(LintCode::kOuterSpaces, row, column,
-                                     "the spaces around " + Quoted(TrimSpaces(text)) +
-                                         " are a part of the field; delete them");
+      finding =
+          &context.ReportField(LintCode::kOuterSpaces, row, column,
+                               "the spaces around " + Quoted(TrimSpaces(text)) + " in " +
+                                   context.Column(column) + " are part of the field; delete them");
     }
     const bool isTrimmed = std::ranges::find(kTrimmedColumns, column) != kTrimmedColumns.end();
     if (isTrimmed && !finding->edit) finding->edit = TrimEdit(context, row, i);

@@ -158,8 +158,8 @@ void CheckStoryID(LintContext& context, const LintRow& row) {
   if (row.IsUnmatched() || row.item->FeatureJiraIDKey() != storyID) return;
   context.ReportField(LintCode::kStoryIDWins, row, DataColumn::kStoryID,
                       Quoted(storyID) +
-                          " is the key of an item, so the change belongs to it and "
-                          "not to " +
+                          " is the key of an item, so the change belongs to this item "
+                          "and not to " +
                           Quoted(groupingID));
 }
 
@@ -221,7 +221,8 @@ void CheckSalience(LintContext& context, const LintRow& row) {
 void CheckUnreviewed(LintContext& context, const LintRow& row) {
   if (!row.change->DetailInternalOverrideUnreviewed()) return;
   context.ReportField(LintCode::kUnreviewedLeft, row, DataColumn::kSalience,
-                      "the change is still unreviewed, so only internal users see it");
+                      "the change is still unreviewed, so only internal users see it; delete "
+                      "'Unreviewed' after the review");
 }
 
 // ---- platform

@@ -59,7 +59,7 @@ std::string PlatformReason(const FeatureListDetail& change) {
   return "only relevant on " +
          (isMac ? FeatureListDetail::kPlatformMac : FeatureListDetail::kPlatformWin) +
          (host.empty() ? "; the platform in the host description is empty"
-                       : "; this host is " + orncore::string::EscapeInvisible(host));
+                       : "; the host's platform is " + orncore::string::EscapeInvisible(host));
 }
 
 /// Returns a clause that states why the library cannot compare `version`. Returns an empty string
@@ -185,7 +185,7 @@ std::string ChangeReason(HidingRule rule, const FeatureListDetail& change,
     case HidingRule::kNoText:
       return change.GetRatingRequestOptional().empty()
                  ? "it has no text"
-                 : "it has no text, and only the rating view shows such a rating request";
+                 : "it has no text, and only the rating view shows a rating request without text";
     case HidingRule::kTerminating:
     case HidingRule::kUsageLoggingOff:
     case HidingRule::kUnavailable:

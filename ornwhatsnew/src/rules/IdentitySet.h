@@ -16,7 +16,7 @@ namespace ornwhatsnew {
 ///
 /// An index maps the first bits of an identity to the range of positions that can contain the
 /// identity. Identities are hashes, so a range has fewer than four elements on average. Without the
-/// index, a binary search reads more elements, and `IsAnythingNew` takes about 1.5 times as long
+/// index, a binary search reads more elements, and `IsAnythingNew` takes about 1.6 times as long
 /// (docs/performance.md).
 class IdentitySet {
  public:

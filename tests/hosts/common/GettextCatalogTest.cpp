@@ -77,7 +77,7 @@ TEST(GettextCatalog, RefusesStringsThatAreLongerThanTheFile) {
   // Let the translations of b and c refer to the long string. The table of translations begins at
   // offset 60.
   bytes.replace(76, 16, bytes.substr(68, 8) + bytes.substr(68, 8));
-  EXPECT_THAT(ErrorOf(bytes), HasSubstr("strings are longer than the file"));
+  EXPECT_THAT(ErrorOf(bytes), HasSubstr("strings together are longer than the file"));
 }
 
 TEST(GettextCatalog, RefusesAStringThatDoesNotEndWithNUL) {

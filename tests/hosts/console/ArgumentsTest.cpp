@@ -332,7 +332,7 @@ TEST(Arguments, HelpOfConsoleSaysHowToRunCommandsAndThatValidatingSucceeds) {
                        "Without a command, each line of standard input is one command.\n"
                        "The command 'help' lists the console commands.\n"
                        "ValidateWhatsNew always succeeds, even if it cannot read the file.\n"
-                       "A script cannot use it to check a file.\n"));
+                       "A script cannot use this command to check a file.\n"));
 }
 
 std::string HelpOf(const std::vector<std::string>& command) {

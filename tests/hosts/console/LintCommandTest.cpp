@@ -110,7 +110,8 @@ TEST_F(LintCommandTest, StandardInputIsNotItsOwnBaseline) {
   const ProgramResult result = Run({"lint", "-", "--baseline", "-"});
   EXPECT_EQ(result.exitStatus, kFailed);
   EXPECT_EQ(result.errors,
-            "ornwhatsnew: standard input cannot be both the data file and the baseline\n");
+            "ornwhatsnew: standard input cannot be both the data file and the baseline; name a "
+            "file for one of them\n");
 }
 
 TEST_F(LintCommandTest, HostIsJudged) {

@@ -84,7 +84,7 @@ TEST_F(WhyReportTest, GivesEveryReasonOfAChangeInTheOrderOfTheRules) {
   EXPECT_EQ(ExplainLine(2, kFilterRelevantPlatform | kFilterHeadlinesOnly | kFilterRelevantVersion |
                                kShowOnlyNew),
             "data.csv:2: a change of the feature 'MAP-7': 'Zooms'\n"
-            "not shown: only relevant on Win; this host is Mac\n"
+            "not shown: only relevant on Win; the host's platform is Mac\n"
             "not shown: --headlines shows only changes with a malformed salience\n"
             "not shown: only relevant to users of versions from '25.2.0.0' up to, but not "
             "including, '26.0.0.0'; "
@@ -183,9 +183,10 @@ TEST_F(WhyReportTest, SaysThatVersionsOfTheUserCannotBeCompared) {
 
 TEST_F(WhyReportTest, ExplainsAChangeWithoutText) {
   Load(",MAP-7,,,RequestRating,,,,,\n,MAP-7,,,,,,,,\n");
-  EXPECT_EQ(ExplainLine(2),
-            "data.csv:2: a change of the feature 'MAP-7'\n"
-            "not shown: it has no text, and only the rating view shows such a rating request\n");
+  EXPECT_EQ(
+      ExplainLine(2),
+      "data.csv:2: a change of the feature 'MAP-7'\n"
+      "not shown: it has no text, and only the rating view shows a rating request without text\n");
   EXPECT_THAT(ExplainLine(3), EndsWith("\nnot shown: it has no text\n"));
 }
 
@@ -394,7 +395,7 @@ TEST_F(WhyReportTest, GivesEachReasonALineOfTheTable) {
   Load(",MAP-7,,HideBetaFeature,,,Win,,,Zooms\n");
   EXPECT_THAT(Report(kFilterRelevantPlatform).ExplainAll(),
               HasSubstr("  hidden with its feature\n" + std::string(59, ' ') +
-                        "only relevant on Win; this host is Mac\n"));
+                        "only relevant on Win; the host's platform is Mac\n"));
   EXPECT_THAT(Report({}).ExplainAll(), Not(HasSubstr("skipped")));
 }
 
