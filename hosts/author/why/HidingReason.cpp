@@ -59,7 +59,7 @@ std::string PlatformReason(const FeatureListDetail& change) {
   return "only relevant on " +
          (isMac ? FeatureListDetail::kPlatformMac : FeatureListDetail::kPlatformWin) +
          (host.empty() ? "; the platform in the host description is empty"
-                       : "; the host's platform is " + orncore::string::EscapeInvisible(host));
+                       : "; this host is " + orncore::string::EscapeInvisible(host));
 }
 
 /// Returns a clause that states why the library cannot compare `version`. Returns an empty string

@@ -41,7 +41,7 @@ TEST_F(WhyCommand, ExplainsAllChangesWithTheFiltersOfShow) {
 TEST_F(WhyCommand, ExplainsOneLineOrOneKey) {
   EXPECT_THAT(OutputOf({"why", "{data}", "{host}", "--line", "5", "--platform"}),
               EndsWith("/whats new.csv:5: a change of the section 'BUGFIX': 'No crash on full "
-                       "disks'\nnot shown: only relevant on Win; the host's platform is Mac\n"));
+                       "disks'\nnot shown: only relevant on Win; this host is Mac\n"));
   EXPECT_THAT(OutputOf({"why", "{data}", "{host}", "--key=EPIC-9"}),
               HasSubstr("the feature 'EPIC-9': 'Secret'\nnot shown: its visibility is 1"));
 }

@@ -84,7 +84,7 @@ TEST_F(WhyReportTest, GivesEveryReasonOfAChangeInTheOrderOfTheRules) {
   EXPECT_EQ(ExplainLine(2, kFilterRelevantPlatform | kFilterHeadlinesOnly | kFilterRelevantVersion |
                                kShowOnlyNew),
             "data.csv:2: a change of the feature 'MAP-7': 'Zooms'\n"
-            "not shown: only relevant on Win; the host's platform is Mac\n"
+            "not shown: only relevant on Win; this host is Mac\n"
             "not shown: --headlines shows only changes with a malformed salience\n"
             "not shown: only relevant to users of versions from '25.2.0.0' up to, but not "
             "including, '26.0.0.0'; "
@@ -395,7 +395,7 @@ TEST_F(WhyReportTest, GivesEachReasonALineOfTheTable) {
   Load(",MAP-7,,HideBetaFeature,,,Win,,,Zooms\n");
   EXPECT_THAT(Report(kFilterRelevantPlatform).ExplainAll(),
               HasSubstr("  hidden with its feature\n" + std::string(59, ' ') +
-                        "only relevant on Win; the host's platform is Mac\n"));
+                        "only relevant on Win; this host is Mac\n"));
   EXPECT_THAT(Report({}).ExplainAll(), Not(HasSubstr("skipped")));
 }
 
