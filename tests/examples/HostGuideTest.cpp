@@ -18,9 +18,10 @@ namespace {
 
 using Texts = std::map<std::string, std::string>;
 
-// Adds the default texts of the key texts in a C++ source to `texts`, by key.
+// Stores the default text of each key text in `texts` under its key. `source` is the content of a
+// C++ source file.
 void AddDefaultTexts(const std::string& source, Texts& texts) {
-  // Matches adjacent string literals together, because the compiler concatenates them.
+  // Match adjacent string literals as one literal, because the compiler concatenates them.
   static const std::regex adjacentLiterals(R"re((?:u?"(?:[^"\\\n]|\\.)*"\s*)+)re");
   static const std::regex betweenLiterals(R"re("\s*u?")re");
   const std::sregex_iterator end;

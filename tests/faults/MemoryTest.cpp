@@ -50,8 +50,8 @@ class MemoryTest : public FaultTest {
     if (!test_support::AreAllocationsReplaced()) GTEST_SKIP() << "another allocator is in use";
   }
 
-  /// Makes every allocation of the operation fail in turn, each time in a new `World`. Calls
-  /// `check` after each failure.
+  /// Makes every allocation of the operation fail in turn, each time in a new `World`. In a second
+  /// pass, all later allocations also fail. Calls `check` after each failure.
   void FailEach(const Operation& operation, const Check& check) const {
     WarmUp(operation, check);
     for (const FailureExtent extent : {FailureExtent::kOne, FailureExtent::kAllFrom}) {

@@ -35,7 +35,7 @@ SLOW_PROGRAMS = {
 SLOW_SECONDS = 0.15
 # A test that takes at least this time runs only for mutants of the file that it is named after.
 VERY_SLOW_SECONDS = 3.0
-# Maps a program to the GoogleTest filter that selects its tests. The other tests of the program take
+# Maps a program to the GoogleTest filter for the tests to run. The other tests of the program take
 # minutes without optimization.
 FILTERS = {
     "fault_tests": "CallbackTest.*:NestedCallTest.*:RandomStateTest.*:ServiceTest.*:"

@@ -57,8 +57,8 @@ commands() {
 }
 
 # Checks that the synopsis in the man page and the output of --help have the same options and arguments,
-# apart from --help and --version. $1 is the first line of the synopsis. The other arguments name the
-# command. Appends the options of the command to $options.
+# apart from --help and --version. $1 is the first line of the synopsis, and the other parameters of this
+# function are the words of the command. Appends the options of the command to $options.
 compare_synopsis() {
   local line=$1 names
   shift

@@ -1,6 +1,7 @@
-# Checks the desktop entry for an installation folder whose name contains all characters that need quotes
-# or escapes. VALIDATE is the program desktop-file-validate. TEMPLATE is the template of the desktop entry.
-# MODULE is the file that defines orn_quote_desktop_argument. OUTPUT is the file to write.
+# Checks the desktop entry for an installation folder whose path contains a space and all characters that
+# orn_quote_desktop_argument escapes. VALIDATE is the program desktop-file-validate. TEMPLATE is the
+# template of the desktop entry. MODULE is the file that defines orn_quote_desktop_argument. OUTPUT is the
+# file to write.
 cmake_minimum_required(VERSION 3.25)
 
 include(${MODULE})

@@ -124,7 +124,7 @@ KINDS = ("empty", "random", "names the victim", "folder", "full folder", "FIFO",
          "hard link", "not readable", "link", "dangling link", "link to itself", "link to a folder",
          "link to /dev/zero", "link to /dev/full")
 
-# A command must not fail because of a file of one of these kinds next to its store.
+# If only files of these kinds are next to its store, a command must succeed.
 HARMLESS_KINDS = {"empty", "random", "names the victim", "hard link"}
 
 
@@ -138,8 +138,8 @@ def snapshot(path):
 
 
 def make_socket(path):
-    # The address of a socket has space for a path of about 100 bytes. Use a path that is shorter than
-    # `path`.
+    # The address of a socket can contain only about 100 bytes of a path. `path` may be longer, so use a
+    # short path to its folder.
     folder = os.open(path.parent, os.O_RDONLY)
     try:
         with socket.socket(socket.AF_UNIX) as server:

@@ -34,8 +34,8 @@ from program import Program, require
 
 ROOT = Path(__file__).resolve().parents[3]
 
-# The number of rounds or random inputs of these parts, if `--every` is 1. The parts `errors` and `kills`
-# run checks for each system call instead.
+# The number of rounds or random inputs in each of these parts. The option `--every N` divides this number
+# by N. The parts `errors` and `kills` need no such number, because they test every N-th system call.
 COUNTS = {"concurrent": 500, "stores": 1000, "files": 1000, "worlds": 700}
 PARTS = ("errors", "kills", "concurrent", "stores", "files", "worlds")
 

@@ -98,7 +98,7 @@ TEST_F(PanelLinksTest, ConvertsTheIssuePrefixToUpperCase) {
   EXPECT_EQ(GetPanelLinks().issuePrefix, u"MAP-\u00C9");
 }
 
-// The two sets of links have different members, so that the test detects a mixture of both.
+// The two sets of links differ in every member, so that the test detects a mixture of both.
 TEST_F(PanelLinksTest, SeveralThreadsMayQueryDuringAReplacement) {
   constexpr int kCalls = 2'000;
   const auto linksOf = [](const UTF16String& name) {

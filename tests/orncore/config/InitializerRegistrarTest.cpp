@@ -309,7 +309,7 @@ TEST_F(InitializerRegistrarTest, ReleasesTheFunctionsWhenDestroyed) {
 }
 
 // The initialise function yields many times. A destructor that did not wait for this function would
-// therefore return first.
+// therefore return before the function.
 TEST_F(InitializerRegistrarTest, DestructorWaitsForAFunctionOnAnotherThread) {
   std::latch entered(1);
   std::latch isDestroying(1);
@@ -396,8 +396,8 @@ TEST_F(InitializerRegistrarTest, RunsEachFunctionOnceForRegistrationsOnSeveralTh
 }
 
 // Several threads change the same contexts, so the functions of a registration may run several
-// times or never. After each initialisation, the shutdown function must run before the next
-// initialisation, and at the latest when the registration is destroyed.
+// times or never. The shutdown function must run once between two initialisations. After the last
+// initialisation, it must run before the destructor of the registration returns.
 TEST_F(InitializerRegistrarTest, AlternatesTheFunctionsWhileSeveralThreadsChangeContexts) {
   std::vector<std::jthread> threads;
   for (int thread = 0; thread < 4; ++thread) {

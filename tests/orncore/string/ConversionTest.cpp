@@ -187,7 +187,7 @@ TEST(Conversion, ReplacesEachMaximalSubpartOnce) {
       {"\xBF", u"\uFFFD"},
       {"\x80\x80\x80", u"\uFFFD\uFFFD\uFFFD"},
       {"a\x80z", u"a\uFFFDz"},
-      // Truncated sequences: each prefix of a well-formed sequence becomes one U+FFFD.
+      // Truncated sequences: each sequence becomes one U+FFFD.
       {"\xC3", u"\uFFFD"},
       {"\xE2\x82", u"\uFFFD"},
       {"\xF0\x9F", u"\uFFFD"},

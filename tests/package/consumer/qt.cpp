@@ -1,4 +1,4 @@
-// A host with Qt Widgets that fails unless the companion can be used. It has no data file.
+// A host with Qt Widgets that fails unless the Qt companion can be used. It has no data file.
 #include <QtCore/QTemporaryDir>
 #include <QtGui/QAction>
 #include <QtWidgets/QApplication>

@@ -419,7 +419,7 @@ TEST_F(WhyReportTest, ShowsLocalisedTextsOnOneLineWithoutInvisibleCharacters) {
   EXPECT_THAT(Report({}).ExplainAll(), HasSubstr("  shown   MAP-7    Map\\u200b\n"));
 }
 
-// The report assumes that the n-th change of an item is the n-th row that belongs to this item.
+// Checks the report's assumption that the n-th change of an item is the n-th row of this item.
 TEST(WhyReport, FindsTheLineOfEveryChangeInRandomWorlds) {
   constexpr std::uint64_t kWorlds = 200;
   for (std::uint64_t seed = 1; seed <= kWorlds; ++seed) {
