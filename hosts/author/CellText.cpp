@@ -61,7 +61,8 @@ void CountQuote(ConvertedText& converted, char16_t replacement) {
   if (replacement == kInchMark) ++converted.inchMarks;
 }
 
-/// Appends "COUNT WHAT" to the comma-separated `list`, unless `count` is 0.
+/// Appends an element such as "2 line breaks by spaces" to the comma-separated `list`. Does nothing
+/// if `count` is 0.
 void AddToList(std::string& list, std::size_t count, std::string_view what) {
   if (count == 0) return;
   if (!list.empty()) list += ", ";

@@ -11,7 +11,7 @@ namespace hosts::author {
 
 // All functions in this header follow symbolic links. They keep the mode of an existing file as
 // `FileReplacement::CopyModeAndOwner` does, and lock an existing file until they return. If another
-// program has locked the file, they wait up to 5 seconds. On failure, they throw
+// program still holds a lock on the file after 5 seconds, they fail. On failure, they throw
 // `std::system_error` and leave the file unchanged. However, if only the sync of the folder fails,
 // the file already has its new content. A killed program can leave the file
 // "ornwhatsnew-NUMBER.tmp" in the folder.

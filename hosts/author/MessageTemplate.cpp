@@ -64,8 +64,8 @@ std::string Reference(std::string_view name, std::size_t line) {
 
 using LinesByKey = std::map<std::string, std::size_t, std::less<>>;
 
-/// Returns each localisation key with which a JSON string in `json` begins, and the number of the
-/// first line that contains the key. Does not decode JSON escapes in keys.
+/// Returns each localisation key at the start of a JSON string in `json`, and the number of the
+/// first line with this key. Does not decode JSON escapes in keys.
 LinesByKey FindKeys(std::string_view json) {
   constexpr std::string_view kStart = "\"$$$/";
   LinesByKey lines;

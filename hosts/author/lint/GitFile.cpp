@@ -85,7 +85,7 @@ pid_t StartGit(std::vector<std::string> arguments, int output, int errors) {
   return process;
 }
 
-/// Waits until `process` ends. Returns whether its exit status is 0.
+/// Waits for `process` to exit. Returns whether its exit status is 0.
 bool HasSucceeded(pid_t process) {
   int status = 0;
   while (::waitpid(process, &status, 0) < 0) {
@@ -134,8 +134,8 @@ bool IsShallowClone(const std::string& folder) {
 
 std::string ReadGitFile(const std::string& revision, const std::filesystem::path& file,
                         std::size_t maxBytes) {
-  // git would read a revision that begins with '-' as an option. With an empty revision, it would
-  // read the file from the index.
+  // git would interpret a revision that begins with '-' as an option. If the revision were empty,
+  // git would read the file from the index.
   if (revision.empty() || revision.starts_with('-')) {
     throw std::runtime_error("'" + revision + "' is not a git revision");
   }

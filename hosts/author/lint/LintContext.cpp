@@ -20,8 +20,9 @@ using ornwhatsnew::DataColumn;
 using ornwhatsnew::DataField;
 
 /// The maximum number of different strings for which `NearestKey` searches, and the maximum number
-/// of comparisons in all searches. Each search compares a string with the keys of all items.
-/// Without these limits, a file with many unknown keys would take too long.
+/// of comparisons in all searches. Each search compares a string with the keys of all items. If
+/// another search would exceed a limit, `NearestKey` returns `std::nullopt`. Without these limits,
+/// a file with many unknown keys would take too long.
 constexpr std::size_t kMaximumKeySearches = 500;
 constexpr std::size_t kMaximumKeyComparisons = 200'000;
 

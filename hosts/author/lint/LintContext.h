@@ -84,9 +84,9 @@ class LintContext {
   /// Returns a `RelatedPlace` at the start of `row`.
   RelatedPlace Related(const LintRow& row, std::string message) const;
 
-  /// Returns the last finding that `ReportField` or `ReportPart` has reported on this field.
-  /// Ignores findings before the last finding on another row, on the whole file or on the host
-  /// description. Returns null if there is no such finding.
+  /// Returns the last finding that `ReportField` or `ReportPart` reported on this field, or null if
+  /// there is none. Also returns null if a finding on another row, on the whole file or on the host
+  /// description was reported after that finding.
   Finding* FindingOn(const LintRow& row, ornwhatsnew::DataColumn column);
   bool HasFinding(const LintRow& row, ornwhatsnew::DataColumn column) {
     return FindingOn(row, column) != nullptr;
@@ -123,14 +123,15 @@ class LintContext {
  private:
   Finding& Add(LintCode code, std::string message, std::string_view content, bool isInScope = true);
   /// Sets the line of the next findings to `line`, which is 0 if they are about the whole file or
-  /// the host description. Discards the findings on the previous line that are not listed, except
-  /// their edits.
+  /// the host description. Clears `fieldFindings_`. Moves the edits in `omittedOnLine_` to
+  /// `omitted_`, and clears `omittedOnLine_`.
   void StartLine(std::size_t line);
 
   LintedFile& file_;
   const LintHost* host_;
   LintScope scope_;
-  /// If an element is added to a deque, pointers to the other elements remain valid.
+  /// A deque, because callers and `fieldFindings_` refer to its elements. `emplace_back` does not
+  /// invalidate references to the elements of a deque.
   std::deque<Finding> findings_;
   std::map<LintCode, std::size_t> counts_;
   std::map<LintCode, OmittedFindings> omitted_;

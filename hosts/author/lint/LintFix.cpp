@@ -105,9 +105,10 @@ std::vector<LineEdits> CollectEdits(const std::string& name, std::string_view te
   return lines;
 }
 
-/// Returns the lines of `text` for a diff, with `mark` before each line. `text` has no newline at
-/// its end, unless a correction at the end of the file has replaced a CR line ending. If `isAtEnd`
-/// is true and `text` has no newline at its end, adds the line "\ No newline at end of file".
+/// Returns the lines of `text` for a diff, with `mark` before each line. `isAtEnd` states whether
+/// `text` is at the end of the file. `text` ends with a newline only if a correction at the end of
+/// the file has replaced a CR line ending. If `isAtEnd` is true and `text` does not end with a
+/// newline, adds the line "\ No newline at end of file".
 std::string DiffLines(char mark, std::string_view text, bool isAtEnd) {
   const bool hasNewline = isAtEnd && text.ends_with('\n');
   if (hasNewline) text.remove_suffix(1);

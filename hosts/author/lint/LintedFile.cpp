@@ -43,8 +43,8 @@ LintedFile::LintedFile(std::string name, std::string_view text)
     LintRow& added = rows_.emplace_back();
     added.data = *row;
     if (row->kind == DataRowKind::kChange) AddChange(maker.Make(*row), added);
-    // A row inherits missing values from the reader's buffers. Do not copy them: many short rows
-    // after a long one would need the memory of the long row many times.
+    // Clear the missing values, which the row inherited as views of the reader's buffers. If many
+    // short rows follow a long row, a copy of these values for each row would use too much memory.
     for (std::size_t i = 0; i < added.data.values.size(); ++i) {
       std::string_view& value = added.data.values[i];
       if (i >= row->fieldCount) {
@@ -92,7 +92,8 @@ std::string LintedFile::ColumnName(std::size_t index) const {
   const bool hasHeader = usesHeaderNames_ && headerIndex_ < rows_.size();
   const std::string_view name =
       hasHeader ? rows_[headerIndex_].data.values[index] : std::string_view();
-  // Shorten the column name, because every finding on a field contains it.
+  // Shorten the column name. Every finding on a field contains the name, so long names would use
+  // too much memory.
   return common::WithoutMiddle(name.empty() ? ornwhatsnew::kDataColumns[index].header : name);
 }
 

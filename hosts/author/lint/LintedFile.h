@@ -33,8 +33,8 @@ struct LintRow {
   const ornwhatsnew::FeatureListItem* item = nullptr;
   /// The identity under which the change counts as seen.
   ornwhatsnew::Guid identity;
-  /// If true, a finding explains what is wrong with the whole row, and the later rules ignore the
-  /// row.
+  /// If true, a finding explains what is wrong with the whole row, and most of the later rules
+  /// ignore the row.
   bool isExplained = false;
 
   std::string_view Value(ornwhatsnew::DataColumn column) const { return data.Value(column); }
@@ -47,7 +47,7 @@ struct LintRow {
 using RowsByKey = std::unordered_map<std::string_view, std::vector<const LintRow*>>;
 
 /// The rows and the items of a data file. The features come from the feature service of the
-/// process. Not copyable, because the rows contain views.
+/// process. Not copyable, because the rows contain pointers and views to data that the object owns.
 class LintedFile {
  public:
   /// Reads `text`, which must outlive the object. `name` is the path of the file for messages.
@@ -100,7 +100,7 @@ class LintedFile {
   ornwhatsnew::FeatureListData list_;
   std::vector<LintRow> rows_;
   /// Values that differ from the bytes of the file, for example because the library removed a
-  /// quote. Does not contain descriptions, because the changes contain them.
+  /// quote. Does not contain the descriptions of changes, which the changes themselves contain.
   std::deque<std::string> cleanedValues_;
   std::size_t headerIndex_ = 0;
   std::size_t changeCount_ = 0;

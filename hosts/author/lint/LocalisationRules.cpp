@@ -109,7 +109,8 @@ void CheckMarkupInKey(LintContext& context, const LintRow& row, std::string_view
 
 void CheckMarkup(LintContext& context, const LintRow& row) {
   const std::string_view text = row.Value(DataColumn::kDescription);
-  // Do not use `find_first_of`, which would call `memchr` for each character of the text.
+  // Search for each character separately. `find_first_of` is slower, because it calls `memchr` for
+  // each character of the text.
   if (text.find('#') == text.npos && text.find('^') == text.npos) return;
   if (IsZString(text)) {
     CheckMarkupInKey(context, row, text);

@@ -25,9 +25,10 @@ using ornwhatsnew::kDataColumnCount;
 /// unlimited search would take quadratic time, and texts rarely have more lines.
 constexpr std::size_t kMaximumTextLines = 50;
 
-/// The maximum number of fields for which a finding explains the mistake. The positions of the
-/// fields need 32 times as much memory as a row of commas. The widest tables of spreadsheet
-/// programs have fewer columns.
+/// The maximum number of fields in a row for which a finding explains why the number of fields is
+/// wrong. For a row with more fields, the finding only states their number and says to write ten.
+/// The limit bounds the memory for the positions of the fields: 32 bytes for each field, even for
+/// an empty one. The tables of spreadsheet programs have fewer columns.
 constexpr std::size_t kMaximumFields = 20'000;
 
 /// A row, and the positions of the fields in it.
@@ -166,7 +167,8 @@ bool CheckIssueList(LintContext& context, const Shape& shape) {
 /// salience, the platform or the URL. Searches only the first 20 fields. Returns `std::nullopt` if
 /// there is no such field.
 std::optional<std::size_t> FindWord(const Shape& shape, DataColumn column) {
-  // If the value is in a later field, its position does not show how many commas are wrong.
+  // Ignore a value after the 20th field, because its position does not show how many commas are
+  // wrong.
   const std::size_t end = std::min(shape.Count(), 2 * kDataColumnCount);
   for (std::size_t i = 0; i < end; ++i) {
     const std::string_view field = shape.Field(i);
@@ -352,8 +354,8 @@ bool IsChangesSince(std::string_view field) {
          CaseInsensitiveEqual(field, ornwhatsnew::kChangesSinceKey);
 }
 
-/// Reports a misspelt or misplaced "Changes-Since" in the first field of `row` for which
-/// `isMistake` returns true. Returns whether there is such a field.
+/// Searches `row` for the first field for which `isMistake` returns true, and reports it as a
+/// misspelt or misplaced "Changes-Since". Returns whether there is such a field.
 template <class Predicate>
 bool CheckChangesSinceField(LintContext& context, const LintRow& row, Predicate isMistake) {
   const auto found = std::ranges::find_if(row.data.values, isMistake);

@@ -39,8 +39,8 @@ std::span<const ChangeRule> LocalisationRules();
 std::span<const ChangeRule> TextRules();
 
 /// Returns whether the fields look like the names of columns. At least three fields, at any
-/// position, must match a column name that ornwhatsnew(5) lists. A field matches a name if one of
-/// them begins with the other. Ignores the letter case.
+/// position, must match a column name that ornwhatsnew(5) lists. A field matches a name if both
+/// have at least three bytes and one of them begins with the other. Ignores the letter case.
 bool LooksLikeHeader(const ornwhatsnew::DataRow& row);
 
 /// Returns whether at least one field looks like a field of a change: a version in the first

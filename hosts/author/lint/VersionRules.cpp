@@ -136,8 +136,8 @@ void CheckDate(LintContext& context, const LintRow& row) {
 
 /// Checks the versions for mistakes in their form.
 void CheckForm(LintContext& context, const LintRow& row) {
-  // Return early, because most versions consist of digits and points. Such a version can be wrong
-  // only if it has the length of a date.
+  // Return early, because most versions consist of digits and points. Such a version can have only
+  // one mistake in its form: it is a date, which has `kDateLength` characters.
   const auto isCorrect = [&row](DataColumn column) {
     return IsPlainVersion(row.Value(column)) && row.Value(column).size() != kDateLength;
   };

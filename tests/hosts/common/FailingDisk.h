@@ -46,10 +46,10 @@ class FailingDisk {
   /// Returns the number of calls that have failed since `FailAt`.
   int Failures() const { return failures_; }
 
-  /// Returns the calls to change or sync files since construction or the last `FailAt`. Omits the
-  /// calls that this object made fail. Each element consists of the name of the function and the
-  /// name of the file without its folder, for example "fsync state.json". For a rename, the element
-  /// contains the new name of the file.
+  /// Returns the calls to functions that change or sync files, since construction or the last
+  /// `FailAt`. Omits the calls that this object made fail. Each element consists of the name of the
+  /// function and the name of the file without its folder, for example "fsync state.json". For a
+  /// rename, the element contains the new name of the file.
   const std::vector<std::string>& Calls() const { return calls_; }
 
   /// Calls `action` before each following call that equals `call`. Tests use `action` to simulate

@@ -55,7 +55,8 @@ TEST(GettextCatalog, AcceptsAKeyTwiceWithTheSameTranslation) {
 
 TEST(GettextCatalog, IgnoresTheHashTable) {
   std::string bytes = CatalogBytes({Properties(), {InContext("$$$/a", "One"), "Eins"}});
-  // A search in a hash table of two slots would divide by zero.
+  // Set the size of the hash table to two. A search in this table would divide by the size minus
+  // two, which is zero.
   bytes[20] = 2;
   EXPECT_THAT(ParseGettextCatalog(bytes), ElementsAre(Pair("$$$/a", "Eins")));
 }
@@ -75,7 +76,7 @@ TEST(GettextCatalog, RefusesStringsThatAreLongerThanTheFile) {
   const std::string longText(200, 'x');
   std::string bytes = CatalogBytes({Properties(), {"a", longText}, {"b", ""}, {"c", ""}});
   // Let the translations of b and c refer to the long string. The table of translations begins at
-  // offset 60.
+  // offset 60. It has eight bytes for each entry: the header entry, a, b and c.
   bytes.replace(76, 16, bytes.substr(68, 8) + bytes.substr(68, 8));
   EXPECT_THAT(ErrorOf(bytes), HasSubstr("strings together are longer than the file"));
 }
@@ -88,7 +89,7 @@ TEST(GettextCatalog, RefusesAStringThatDoesNotEndWithNUL) {
 
 TEST(GettextCatalog, RefusesATableOutsideOfTheFile) {
   std::string bytes = CatalogBytes({Properties(), {InContext("$$$/a", "One"), "Eins"}});
-  // The offset of the first table is at offset 12.
+  // The bytes 12 to 15 contain the offset of the first table.
   bytes[14] = '\x7F';
   EXPECT_THAT(ErrorOf(bytes), HasSubstr("a table is outside of the file"));
 }

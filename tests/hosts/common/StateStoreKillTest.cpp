@@ -1,7 +1,7 @@
-// Kills writer processes at random times. Each pass of a writer is one commit. A pass adds one
-// element to the list of identities and to the list of versions, and sets the last version. After
-// each round of kills, the store must open. It must contain only complete passes, and every
-// acknowledged pass. A further test checks that concurrent writers lose nothing.
+// Kills writer processes at random times. Each pass of a writer is one commit, which adds one
+// identity and one version to the state, and sets the last version. After each round of kills, the
+// store must open. It must contain only complete passes, and every acknowledged pass. A further
+// test checks that concurrent writers lose nothing.
 //
 // The environment variable ORNWHATSNEW_TEST_KILLS sets the number of kills. `./dev kills` sets a
 // high number.
@@ -113,15 +113,17 @@ std::chrono::microseconds TimeToKill(std::mt19937& random) {
   return std::chrono::microseconds(random() % (isEarly ? 2'000 : 50'000));
 }
 
-/// A store whose writers are killed. Records the last pass of each writer in the store.
+/// Starts processes that write to a store, kills them, and checks the store. Remembers, for each
+/// writer, the last pass that the store contains.
 class KilledStore {
  public:
   explicit KilledStore(std::filesystem::path file) : file_(std::move(file)) {
     lastPasses_.fill(-1);
   }
 
-  /// Starts the writers and kills them after `timeToKill`. Each writer begins with the pass after
-  /// its last pass in the store. Returns the number of passes that the writers added.
+  /// Starts the writers, kills them after `timeToKill`, and checks the store with `ExpectKept`.
+  /// Each writer begins with the pass after its last pass in the store. Returns the number of
+  /// passes that the writers added to the store.
   int KillWriters(std::chrono::microseconds timeToKill) {
     std::vector<Writer> writers;
     for (int i = 0; i < kWriters; ++i) {
