@@ -1,6 +1,6 @@
 // Measures the panel of the Qt companion without a screen: the time to open it, the time to scroll
 // it, and its memory. All changes are new. The baseline opens only a QTextBrowser with the size and
-// the text of the news page, without styles and links.
+// the text of the news page, without styles or links.
 #include <algorithm>
 #include <ctime>
 #include <map>

@@ -2,7 +2,7 @@
 #include <ornwhatsnew/WhatsNew.h>
 
 int main(int argc, char**) {
-  // The program is started without arguments, so the condition is false. The call prevents the
-  // linker from omitting the library.
+  // This call prevents the linker from omitting the library. The program does not execute the call,
+  // because it is started without arguments.
   if (argc > 1'000) ornwhatsnew::GetWhatsNew({}, nullptr, {}, {});
 }

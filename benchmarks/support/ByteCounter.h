@@ -1,6 +1,6 @@
 // Counts the allocations and the allocated bytes of a program. ByteCounter.cpp replaces `operator
-// new` and `operator delete`. The operators are not in this header, because compilers that inline
-// them report mismatched allocation functions.
+// new` and `operator delete`. The operators are not in this header, because compilers would
+// inline them and then report mismatched allocation functions.
 #ifndef BENCHMARKS_SUPPORT_BYTECOUNTER_H_
 #define BENCHMARKS_SUPPORT_BYTECOUNTER_H_
 

@@ -56,8 +56,9 @@ class IcuByHand {
     return static_cast<std::int32_t>(text.size());
   }
 
-  // Makes the buffers large enough for a string of `bytes` bytes. In lower case, a UTF-16 code unit
-  // becomes at most three code units. In UTF-8, a code unit becomes at most three bytes.
+  // Makes the buffers large enough for a string of `bytes` bytes. The conversion to lower case
+  // turns a UTF-16 code unit into at most three code units. The conversion to UTF-8 turns a code
+  // unit into at most three bytes.
   void ResizeBuffers(std::size_t bytes) {
     if (utf16_.size() >= bytes) return;
     utf16_.resize(2 * bytes);

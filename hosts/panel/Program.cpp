@@ -122,8 +122,8 @@ ExitStatus Run(const Arguments& arguments) {
   int argc = 1;
   char* argv[] = {name.data(), nullptr};
   const QApplication application(argc, argv);
-  // `QSettings` stores values of the panel, such as its filters, under this name and the name of
-  // the program.
+  // `QSettings` stores values of the panel, such as its filters, under this organization name and
+  // the name of the program.
   QCoreApplication::setOrganizationName(QStringLiteral("ornwhatsnew"));
   QGuiApplication::setDesktopFileName(QStringLiteral("ornwhatsnew-panel"));
   const std::optional<ToolError> outputError = ShowPanel(arguments, host, store);

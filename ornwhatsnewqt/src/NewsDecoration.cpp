@@ -79,7 +79,8 @@ void NewsDecoration::drawCard(QPainter& painter, qreal top, qreal bottom) const 
                     bottom - top);
   painter.setPen(QPen(style_.cardOutline, 1));
   painter.setBrush(style_.card);
-  // A line of one pixel is sharp if its centre is the centre of a pixel.
+  // Move the edges to the centres of pixels. Otherwise, the outline, which is one pixel wide, would
+  // be blurred.
   painter.drawRoundedRect(card.adjusted(0.5, 0.5, -0.5, -0.5), kCardRadius, kCardRadius);
 }
 

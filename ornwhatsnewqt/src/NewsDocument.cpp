@@ -22,7 +22,7 @@ using ornwhatsnew::ParagraphKind;
 using ornwhatsnew::StyleID;
 
 // An invisible character before each label, in the font size of the title. Without this character,
-// a label that is alone on its line would be too high and would overlap the line above.
+// a label that is alone on its line would be raised too far and would overlap the line above.
 constexpr QChar kLabelStrut(0x2060);
 
 /// Writes a layout into an empty document.
@@ -105,8 +105,8 @@ class Writer {
   void writeSpan(const LayoutParagraph& paragraph, const LayoutSpan& span, const QString& prefix) {
     QString text = prefix + textOf(span.range);
     const bool isLabel = span.style == StyleID::kStyleUnlockLabel;
-    // Do not break the line within a label, which has one box, or within a link such as "View
-    // more".
+    // Use no-break spaces, so that a line break splits neither the box of a label nor a link such
+    // as "View more".
     if (isLabel || span.style == StyleID::kStyleHotSpot) text.replace(u' ', QChar::Nbsp);
     if (!text.isEmpty() && orncore::string::IsSafeLink(span.link) && !isRepeated(paragraph, span)) {
       const QString href = QString::fromStdU16String(span.link);

@@ -24,7 +24,7 @@ constexpr qreal kBulletSpacing = 12;
 qreal spaceAbove(ParagraphKind kind, bool isFirst) {
   switch (kind) {
     case ParagraphKind::kTitle:
-      // Above the first title, there is no card.
+      // The first title has no card above it, so it needs no space for the padding of that card.
       return kCardPadding + kCardSpacing + (isFirst ? 0 : kCardPadding);
     case ParagraphKind::kNotice:
       // The first notice is in the upper third of a page without items.

@@ -28,8 +28,9 @@ NewsPage::NewsPage(QWidget* parent)
   setOpenLinks(false);
   setTextInteractionFlags(Qt::TextBrowserInteraction | Qt::TextSelectableByKeyboard);
   setCursorWidth(0);
-  // The text is as wide as the view. Qt adds the hanging indents of right-to-left paragraphs to the
-  // width of the document, and would scroll into this empty space.
+  // The page must not scroll horizontally, because its text is as wide as the view. Qt would scroll
+  // into empty space: it adds the hanging indents of right-to-left paragraphs to the width of the
+  // document.
   setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
   connect(horizontalScrollBar(), &QScrollBar::rangeChanged, this, [this](int, int maximum) {
     horizontalScrollBar()->setValue(isRightToLeft() ? maximum : 0);
@@ -64,8 +65,7 @@ void NewsPage::showLayout(const ornwhatsnew::PanelLayout& layout, const PanelSty
   setDocument(document.get());
   document_ = std::move(document);
   isPainted_ = false;
-  // Qt stores the cursor width in the layout of the document, so hide the text cursor again in the
-  // new document.
+  // Hide the text cursor again, because Qt stores the width of the text cursor in each document.
   setCursorWidth(0);
   // The text cursor of the new document is at the start of the text. Move it before scrolling,
   // because Qt scrolls to the text cursor.
@@ -94,7 +94,7 @@ void NewsPage::restoreLinkFocus(std::size_t index, const QString& href) {
 }
 
 QPointF NewsPage::scrollOffset() const {
-  // In a right-to-left view, the value 0 of the horizontal scroll bar is its right end.
+  // In a right-to-left view, the horizontal scroll bar has the value 0 at its right end.
   const QScrollBar& bar = *horizontalScrollBar();
   const int x = isRightToLeft() ? bar.maximum() - bar.value() : bar.value();
   return QPointF(x, verticalScrollBar()->value());

@@ -244,7 +244,8 @@ QRect PageInterface::characterRect(int offset) const {
 int PageInterface::offsetAtPoint(const QPoint& point) const {
   const QPoint position = page().viewport()->mapFromGlobal(point);
   if (!page().viewport()->rect().contains(position)) return -1;
-  // The nearest position of the text cursor is before or after the character at the point.
+  // cursorForPosition returns a position directly before or directly after the character at the
+  // point. Check the characters on both sides of this position.
   QTextCursor cursor = page().cursorForPosition(position);
   const int after = cursor.position();
   cursor.movePosition(QTextCursor::PreviousCharacter);
@@ -289,7 +290,7 @@ QAccessibleInterface* createInterface(const QString& /*className*/, QObject* obj
 }  // namespace
 
 void installPanelAccessibility() {
-  // QAccessible adds a factory only once.
+  // This function can be called several times, because QAccessible adds the same factory only once.
   QAccessible::installFactory(createInterface);
 }
 

@@ -123,7 +123,8 @@ void PanelController::openPanel() {
 }
 
 void PanelController::display() {
-  // A user who returns from the rating page, or triggers the action again, sees the same news.
+  // Take only one snapshot, so that a user who returns from the rating page, or triggers the action
+  // again, sees the same news.
   if (!isDisplayed_) store_.takeSnapshot();
   isDisplayed_ = true;
   displayAgain();
@@ -169,8 +170,8 @@ void PanelController::rate(const QString& featureKey, int stars, const QString& 
   ratedKeys_.insert(featureKey);
   list_.MarkItemHasBeenRated(featureKey.toStdString());
   store_.commit();
-  // Redraw the panels before the application receives the rating, because the application may then
-  // open a dialog.
+  // Redraw the panels first, because the application may open a modal dialog when it receives the
+  // rating. A later redraw would wait until the user closes this dialog.
   Q_EMIT ratingsChanged();
   Q_EMIT rated(featureKey, stars, comment);
   Q_EMIT countChanged();

@@ -106,8 +106,8 @@ class PanelController : public QObject {
 
  Q_SIGNALS:
   void changed();  ///< the layout, the ratings or the language have changed: redraw
-  /// `errorString()` or `stateError()` has changed. Not emitted for a translation into a new
-  /// language.
+  /// `errorString()` or `stateError()` has changed. Not emitted if only the language
+  /// of the messages has changed.
   void errorsChanged();
   void announcementDue();  ///< the panel should open now
   void countChanged();     ///< `countNew()`, `canRate()` or the language may have changed

@@ -136,7 +136,8 @@ void PanelWidget::Impl::connectWidgets() {
   connect(ratings, &RatingPage::finished, header, &PanelHeader::focusPage);
   const auto addShortcut = [this](QKeySequence::StandardKey key, void (Impl::*function)()) {
     auto* const shortcut = new QShortcut(key, panel);
-    // In a dock, the shortcuts belong to the main window while the focus is outside of the panel.
+    // If the panel is in a dock widget and does not have the focus, leave the shortcuts to the main
+    // window.
     shortcut->setContext(Qt::WidgetWithChildrenShortcut);
     connect(shortcut, &QShortcut::activated, panel, [this, function] { (this->*function)(); });
   };
@@ -245,7 +246,7 @@ PanelWidget::PanelWidget(WhatsNew* whatsNew, QWidget* parent)
   impl_->createWidgets();
   impl_->layOutWidgets();
   impl_->connectWidgets();
-  // Show the errors before the call to retranslate, which does not show a message.
+  // Show the errors before the call to retranslate, which would not make the message bar visible.
   impl_->message->setMessage(impl_->errorText());
   impl_->retranslate();
   impl_->updateHeader();

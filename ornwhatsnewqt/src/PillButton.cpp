@@ -81,8 +81,8 @@ void paintTab(QPainter& painter, const QAbstractButton& button, const PanelStyle
 QSize pillSize(const QAbstractButton& button, PillLook look) {
   const PanelStyle style(button.palette(), button.font());
   QFont font = fontOf(style, button, look);
-  // Measure the bold text in both states, so that a tab does not change its size when it is
-  // checked.
+  // Measure the text of a tab in bold even if the tab is not checked. Otherwise, the tab would grow
+  // when the user checks it.
   if (look == PillLook::Tab) font.setWeight(QFont::DemiBold);
   const QSize text = QFontMetrics(font).size(Qt::TextSingleLine, button.text());
   const int tick = look == PillLook::Choice ? kTickWidth : 0;

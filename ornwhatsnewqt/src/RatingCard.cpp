@@ -81,7 +81,7 @@ void RatingCard::addComment() {
 
   auto* const sendButton = new Pill<QPushButton>(PillLook::Action, this);
   sendButton->setObjectName(QStringLiteral("send"));
-  // In a dialog, Enter in any widget would otherwise send the rating of the first card.
+  // Without this call, Enter in any widget of a dialog would send the rating of the first card.
   sendButton->setAutoDefault(false);
   sendButton->setEnabled(false);
   sendButton_ = sendButton;

@@ -6,7 +6,7 @@ namespace ornwhatsnewqt {
 
 QString safeText(std::u16string_view text) {
   QString safe = QString::fromStdU16String(orncore::string::SafeForDocument(text));
-  // A QTextDocument uses U+FFFC for images and other inline objects.
+  // Replace U+FFFC, because a QTextDocument would treat it as an image or another inline object.
   return safe.replace(QChar::ObjectReplacementCharacter, QChar::ReplacementCharacter);
 }
 

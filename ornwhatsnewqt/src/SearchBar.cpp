@@ -113,7 +113,7 @@ void SearchBar::findMatches() {
   matches_.clear();
   const QString searched = pattern();
   if (searched.isEmpty()) return;
-  // An offset in the plain text is a position in the document.
+  // Offsets in the plain text are equal to positions in the document.
   const QString text = view_->toPlainText();
   QString visible;
   std::vector<int> positions;  // the position in the document of each character in `visible`
@@ -133,8 +133,8 @@ void SearchBar::findMatches() {
   }
 }
 
-// Without a selection, the search begins at the top of the view, because the text cursor is at the
-// beginning of each new document.
+// Without a selection, the search begins at the top of the view. Does not use the position of the
+// text cursor, because the cursor of each new document is at the beginning.
 int SearchBar::startOfSearch() const {
   const QTextCursor cursor = view_->textCursor();
   return cursor.hasSelection() ? cursor.selectionStart()

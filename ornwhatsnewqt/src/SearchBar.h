@@ -18,9 +18,9 @@ namespace ornwhatsnewqt {
 
 class GlyphButton;
 
-/// Searches the text of a view without regard to case and invisible characters, selects a match,
-/// and shows its number and the number of matches. Enter selects the next match, and Shift+Enter
-/// selects the previous one.
+/// Searches the text of a view and selects a match. Ignores letter case and invisible characters.
+/// Shows the number of the selected match and the number of matches. Enter selects the next match,
+/// and Shift+Enter selects the previous one.
 class SearchBar : public QWidget {
   Q_OBJECT
  public:
@@ -72,7 +72,7 @@ class SearchBar : public QWidget {
   std::vector<Match> matches_;  // in the order of the document
   std::size_t current_ = 0;     // the index of the selected match
   // The position in the document at which the search begins while the user types. Has no value
-  // before the first match.
+  // until the search finds a match.
   std::optional<int> start_;
 };
 

@@ -6,7 +6,7 @@
 // Q_INIT_RESOURCE must not be in a namespace.
 static void initializeResources() {
 #if defined(ORNWHATSNEW_STATIC)
-  // Without this reference, a program would be linked without the resources of a static library.
+  // Without this reference, the linker would omit the resources of the static library.
   Q_INIT_RESOURCE(ornwhatsnewqt);
 #endif
 }

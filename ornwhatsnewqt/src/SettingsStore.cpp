@@ -30,8 +30,8 @@ constexpr std::array kStateKeys = {&ornwhatsnew::kAllSeenItemsKey,
 /// Checks the permissions and the disk space, and leaves `file` unchanged.
 bool canReplace(const QString& file, const QVariantMap& changes) {
   constexpr qint64 kBytesForSyntax = 64;
-  // Any character can become an escape such as `%U20AC` in a key or `\x20ac` in a value. A digit
-  // after an escape also becomes an escape.
+  // QSettings writes at most six bytes for a character, such as the escape `%U20AC` in a key or
+  // `\x20ac` in a value. It also escapes a hexadecimal digit that follows an escape.
   constexpr qint64 kMaximumBytesOfCharacter = 6;
   qint64 bytes = QFileInfo(file).size();
   for (auto change = changes.cbegin(); change != changes.cend(); ++change) {
@@ -76,7 +76,7 @@ SettingsStore::~SettingsStore() = default;
 // the first failure. All objects for one file share their content.
 std::unique_ptr<QSettings> SettingsStore::open() const {
   if (!file_.isEmpty()) return std::make_unique<QSettings>(file_, QSettings::IniFormat);
-  // The native format of Windows is the registry, which `write` cannot lock.
+  // On Windows, QSettings uses the registry by default. `write` cannot lock the registry.
   if (QOperatingSystemVersion::currentType() == QOperatingSystemVersion::Windows) {
     return std::make_unique<QSettings>(QSettings::IniFormat, QSettings::UserScope,
                                        QCoreApplication::organizationName(),
@@ -112,8 +112,8 @@ void SettingsStore::setState(const ornwhatsnew::UTF8String& key,
                              const ornwhatsnew::UTF8String& value) {
   const auto [unsaved, isFirst] = unsaved_.try_emplace(key, value);
   if (isFirst) return;
-  // Merge the values, because the state of a list that uses a snapshot does not contain the
-  // elements that the last commit could not write.
+  // Merge the values. The unsaved value can contain elements that the last commit could not write.
+  // If the list uses a snapshot, `value` does not contain these elements.
   unsaved->second = ornwhatsnew::MergePersistedValue(key, unsaved->second, read_[key], value);
 }
 

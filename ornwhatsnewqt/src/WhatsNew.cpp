@@ -83,7 +83,7 @@ WhatsNew::WhatsNew(const QString& dataFile, const Settings& settings, QObject* p
   impl_->updateActions();
 }
 
-// The window uses the controller, so it must not outlive this object.
+// The window uses the controller, so the window must not outlive this object.
 WhatsNew::~WhatsNew() {
   delete impl_->window;
 }

@@ -90,7 +90,7 @@ class PanelAccessibilityTest : public QObject {
 };
 
 void PanelAccessibilityTest::initTestCase() {
-  // During a test, no assistive technology activates the accessibility events.
+  // Activate the accessibility events, because no assistive technology does this during a test.
   QGuiApplicationPrivate::platformIntegration()->accessibility()->setActive(true);
   QAccessible::installUpdateHandler(recordEvent);
 }

@@ -32,8 +32,8 @@ int rounds() {
 int runWriter(const QString& file, const std::string& name) {
   Settings settings;
   settings.settingsFile = file;
-  // The writers wait for each other. On a busy machine, they could wait longer than the default
-  // maximum time.
+  // Increase the maximum time that a write waits, because the writers wait for each other. On a
+  // busy machine, the default could be too short.
   SettingsStore store(settings, std::chrono::minutes(1));
   for (int round = 0; round < rounds(); ++round) {
     const std::string before = store.state(kAllSeenItemsKey);

@@ -136,10 +136,10 @@ bool AllocationFailure::HasHappened() const noexcept {
 
 }  // namespace test_support
 
-// By default, other forms of `operator new` and `operator delete`, such as `operator new[]`, call
-// the form for one object. Sanitizers replace each form separately, so this file defines each form
-// that the tests use. It does not define the forms for over-aligned types, nor `operator delete`
-// with `std::nothrow`.
+// By default, the other forms of `operator new` and `operator delete`, such as `operator new[]`,
+// call `operator new(std::size_t)` or `operator delete(void*)`. Sanitizers replace each form
+// separately, so this file defines each form that the tests use. It does not define the forms for
+// over-aligned types, nor `operator delete` with `std::nothrow`.
 void* operator new(std::size_t size) {
   return test_support::Allocate(size);
 }

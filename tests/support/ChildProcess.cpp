@@ -60,7 +60,7 @@ Stream Terminal(unsigned short columns, const std::string& typed) {
   Stream stream;
   termios settings{};
   ::cfmakeraw(&settings);
-  // Ctrl-D ends the input only in canonical mode. The echo stays off, because the output of the
+  // Ctrl+D ends the input only in canonical mode. The echo stays off, because the output of the
   // program must not contain the typed input.
   settings.c_lflag |= ICANON;
   settings.c_cc[VEOF] = '\x04';

@@ -24,7 +24,7 @@ struct ProgramCall {
   bool isOnTerminal = false;
   /// The width of the terminal in characters.
   unsigned short columns = 80;
-  /// The input that a user types on the terminal. "\x04" represents Ctrl-D. REQUIRES: if
+  /// The input that a user types on the terminal. "\x04" represents Ctrl+D. REQUIRES: if
   /// `typed` is not empty, `isOnTerminal` is true and `input` is empty.
   std::string typed = {};
   /// A function that the new process calls before it executes the program, for example to set
@@ -42,8 +42,8 @@ struct ProgramResult {
   std::string errors;
 };
 
-/// A running program. If `Wait` has not returned, the destructor kills the program and waits for
-/// its end. Not thread-safe.
+/// A running program. If `Wait` has not returned, the destructor kills the program and waits for it
+/// to exit. Not thread-safe.
 class ChildProcess {
  public:
   /// Starts the program at the path `program`. Throws `std::system_error` if a system call fails.
@@ -53,11 +53,11 @@ class ChildProcess {
   ChildProcess(const ChildProcess&) = delete;
   ChildProcess& operator=(const ChildProcess&) = delete;
 
-  /// Sends SIGKILL to the program and returns without waiting for its end. Does nothing after
+  /// Sends SIGKILL to the program. Does not wait for the program to exit. Does nothing after
   /// `Wait`.
   void Kill();
 
-  /// Sends SIGINT to the program, as Ctrl+C does, and returns without waiting for its end. Does
+  /// Sends SIGINT to the program, as Ctrl+C does. Does not wait for the program to exit. Does
   /// nothing after `Wait`.
   void Interrupt();
 
@@ -69,7 +69,7 @@ class ChildProcess {
   /// Closes the reading end of the program's standard output, like a pager that exits.
   void CloseOutput();
 
-  /// Reads all output of the program, waits for its end, and returns its output and exit status.
+  /// Reads all output of the program, waits for it to exit, and returns its output and exit status.
   /// Throws `std::system_error` if a system call fails. REQUIRES: `Wait` is called at most once.
   ProgramResult Wait();
 
@@ -82,7 +82,7 @@ class ChildProcess {
   int errors_ = -1;
 };
 
-/// Starts the program at the path `program`, waits for its end, and returns its output and exit
+/// Starts the program at the path `program`, waits for it to exit, and returns its output and exit
 /// status. Throws `std::system_error` if a system call fails.
 ProgramResult RunProgram(const std::string& program, const ProgramCall& call);
 

@@ -11,7 +11,7 @@
 
 namespace test_support {
 
-/// Contains resources. Names and types must match exactly, including letter case.
+/// Contains resources. Finds a resource only by its exact name and type, including letter case.
 class MemoryResourceManager final : public ornui::utility::ResourceManager {
  public:
   /// Adds a resource. If a resource with the same name and type exists, replaces it.
