@@ -65,7 +65,7 @@ struct DataRow {
   /// The number of fields, which can be greater than ten. A blank row has no fields.
   std::size_t fieldCount = 0;
   /// The ten current values, indexed by `ColumnIndex`. They are well-formed UTF-8 without quotes
-  /// and carriage returns. A row with fewer than ten fields inherits the missing values from the
+  /// or carriage returns. A row with fewer than ten fields inherits the missing values from the
   /// previous row, even if that row was skipped.
   std::array<std::string_view, kDataColumnCount> values{};
 

@@ -88,7 +88,8 @@ struct BasicLayoutParagraph {
   TextRange range;
   /// The level of indentation: 0 for a title, 1 for all other kinds.
   int indentLevel = 0;
-  /// The bullet of a change in the user's language, without white space. It can be empty.
+  /// The bullet of a change in the user's language, without white space. It is empty if the
+  /// translation contains no visible characters, or if the paragraph is not a change.
   String bullet;
   /// False for a change whose description is empty in the user's language. Such a change can still
   /// have other text, such as its version. True for all other paragraphs.

@@ -49,7 +49,7 @@ struct HTMLOptions {
   std::span<const std::string> paragraphIDs = {};
 };
 
-/// Returns the panel as an HTML fragment without scripts and style attributes: one element, which a
+/// Returns the panel as an HTML fragment without scripts or style attributes: one element, which a
 /// page can contain in its body. `orncore::string::SafeForDocument` replaces or removes unsafe
 /// characters.
 ///
@@ -76,8 +76,8 @@ struct HTMLOptions {
 /// | `a`       | `ornwhatsnew-commit`      | a commit ID                                    |
 ///
 /// `HTMLOptions::headingLevel` changes the elements `h2` and `h3`. If the panel has no header, a
-/// title is an `h2`. The link of a title is an `a` without a class. An unsafe link with a class is
-/// a `span` with this class.
+/// title is an `h2`. The link of a title is an `a` without a class, or only text if it is unsafe.
+/// If any other link is unsafe or empty, a `span` with the same class replaces the `a`.
 ///
 /// Each item has an `id`, which is the same in all languages and versions: the prefix of
 /// `options` and the key of the item. In the key, `_` and two hexadecimal digits replace each UTF-8
@@ -107,7 +107,7 @@ struct TerminalOptions {
   bool hasStyles = false;      ///< whether to write colours and attributes (SGR sequences)
   bool hasHyperlinks = false;  ///< whether safe links are hyperlinks (OSC 8)
   /// Returns a line that follows the question of a rating request, such as a command that rates the
-  /// feature. The line is never wrapped, so that a user can copy it. Without a function, the
+  /// feature. The line is never wrapped, so that a user can copy it. If the function is empty, the
   /// renderer adds no line.
   std::function<UTF16String(const RatingRequest&)> ratingLine = nullptr;
 };
@@ -126,7 +126,7 @@ struct TerminalOptions {
 
 /// Returns the panel as plain text with lines of at most `width` columns, for example for an e-mail
 /// or a log. If `width` is 0, lines are not wrapped. The result is that of `RenderTerminalText`
-/// without styles and hyperlinks.
+/// without styles or hyperlinks.
 [[nodiscard]] ORN_EXPORT UTF8String RenderPlainText(const PanelLayout& layout,
                                                     std::size_t width = 0);
 

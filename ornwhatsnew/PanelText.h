@@ -29,14 +29,14 @@ enum class PanelText : std::size_t {
   kTab,
   /// The bullet of a change.
   kChangeBullet,
-  /// The platform of a change; "@0" is its name.
+  /// The platform of a change, in parentheses; "@0" is the name of the platform.
   kPlatform,
-  /// The version of a change; "@0" is the version.
+  /// The version of a change, in parentheses; "@0" is the version that added the change.
   kVersion,
-  /// The versions of a change; "@0" is the earliest relevant version, and "@1" is the version that
-  /// added the change.
+  /// The versions of a change, in parentheses; "@0" is the earliest relevant version, and "@1" is
+  /// the version that added the change.
   kVersionRange,
-  /// The key of an issue; "@0" is the key.
+  /// A space and the key of an issue; "@0" is the key.
   kIssueKey,
   /// The end of a line.
   kNewline,
@@ -44,7 +44,7 @@ enum class PanelText : std::size_t {
   kViewMore,
   /// The separator before the internal key of a feature.
   kInternalDash,
-  /// The internal key of a feature; "@0" is the key.
+  /// The internal key of a feature, in parentheses; "@0" is the key.
   kInternalCode,
   /// The heading with `kShowOnlyNew`, if the user has opened the panel before; "@0" is the version
   /// in which the user last opened it. The rating view does not use this string.

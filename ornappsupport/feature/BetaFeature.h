@@ -24,9 +24,9 @@ using orncore::string::UTF16String;
 /// If a change of a feature has the salience "HideBetaFeatureFromExternal", only internal users see
 /// the feature. Its label is then "TARSA ONLY", unless its visibility is `kPublic`.
 enum class VisibilityInAllClientApps : std::int32_t {
-  /// A public feature with the label "UNLOCKED", whether it is on or off. While
-  /// `ornwhatsnew::ShowingAllOffFeaturesInternally` returns true, a public feature that is off has
-  /// the label "OFF".
+  /// A public feature. Its label is "OFF" if the feature is off and
+  /// `ornwhatsnew::ShowingAllOffFeaturesInternally` returns true. Otherwise, its label is
+  /// "UNLOCKED".
   kPublic = 0,
   /// A feature that is hidden from all users, including internal users, unless one of its changes
   /// has the salience "UnhideBetaFeature". When the feature is shown, its label is "TARSA ONLY" for

@@ -22,10 +22,10 @@
 namespace ornappsupport::feature {
 
 /// The interface that a host implements to describe its beta features. A list creates its items
-/// from the feature table when it loads a data file. It queries the switches, the permission, and
-/// the visibilities for unlock labels and the key order during each call that uses them. It caches
-/// none of these between calls. Exceptions that an implementation throws propagate to the caller
-/// of the list.
+/// from the feature table when it loads a data file. It queries the switches and the permission
+/// during each call that uses them, and caches neither. It also reads the visibilities from the
+/// table whenever it determines an unlock label or the key order. Exceptions that an
+/// implementation throws propagate to the caller of the list.
 ///
 /// Threads: the library calls the methods on the thread that uses a list. The console command
 /// `ValidateWhatsNew` uses a list on a background thread while the thread that runs the command

@@ -20,8 +20,9 @@ namespace {
 
 using orncore::debug::DebugDatabase;
 
-// The registration is in this file, because every host calls a function of this file. From a static
-// library, a linker includes only the object files that the program uses.
+// The registration is in this file, because every host calls a function of this file. In a
+// separate file, the registration would be missing from hosts that link the library statically,
+// because linkers omit unused object files.
 const orncore::config::InitializerRegistrar kRegistration(
     "ornwhatsnew.FeatureListData", orncore::config::EInitializerContextFlags::kConsole,
     RegisterValidateCommand, UnregisterValidateCommand);

@@ -18,8 +18,8 @@ namespace ornwhatsnew {
 namespace {
 
 // Reserves memory for the panel. Without this function, a display misses its time goal
-// (docs/performance.md). A string that grows by doubling uses up to twice as much memory. The first
-// access to a new memory page takes longer than writing text to that page.
+// (docs/performance.md). The growing text would use up to twice as many memory pages, and the first
+// access to a page takes longer than writing text to it.
 void ReserveFor(const FeatureMap& items, PanelFormatter& panel) {
   std::size_t changes = 0;
   std::size_t descriptionBytes = 0;

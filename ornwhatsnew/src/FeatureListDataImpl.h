@@ -9,8 +9,8 @@
 
 #include "ornwhatsnew/src/ListContent.h"
 
-// A nested class has the symbol visibility of its enclosing class. This attribute keeps the members
-// of `Impl` out of the exported symbols.
+// Without this attribute, `Impl` would have the symbol visibility of `FeatureListData`, and the
+// library would export the members of `Impl`.
 #if defined(__GNUC__) && !defined(_WIN32)
 #define ORN_LOCAL __attribute__((visibility("hidden")))
 #else

@@ -100,9 +100,9 @@ DataFileSummary ListContent::AddChanges(std::string_view dataText) {
   bool isAfterBlank = false;
   while (const DataRow* row = reader.Next()) {
     const bool isBlank = row->fieldCount == 0;
-    // A blank row inherits the version. Copy the version only for the first of several adjacent
-    // blank rows. Otherwise, a file with a long version and many blank rows would take quadratic
-    // time.
+    // A blank row inherits the version of the previous row. Copy the version only for the first of
+    // several adjacent blank rows. Otherwise, a file with a long version and many blank rows would
+    // take quadratic time.
     const bool isRepeated = std::exchange(isAfterBlank, isBlank) && isBlank;
     if (row->kind == DataRowKind::kChangesSince && !isRepeated) {
       changesSinceVersion = row->Value(DataColumn::kVersion);

@@ -73,16 +73,17 @@ struct ListContent {
     });
   }
 
-  // These functions implement, in this order, `InsertFeatureListItem`,
-  // `EnsureSpecialCaseItemExists`, `ParseBetaFeatures`, `ParseWhatsNewData` and
-  // `BubbleUnlockedItemsToTheTop` of `FeatureListData`.
+  /// Implements `FeatureListData::InsertFeatureListItem`.
   void InsertItem(std::shared_ptr<FeatureListItem> item);
+  /// Implements `FeatureListData::EnsureSpecialCaseItemExists`.
   void EnsureSectionExists(std::string_view key, const UTF16String& name,
                            const UTF16String& description);
+  /// Implements `FeatureListData::ParseBetaFeatures`.
   void AddBetaFeatures();
-  /// Adds the changes of a data file (UTF-8). Returns the numbers of its changes, unmatched changes
-  /// and skipped rows. In the result, `isFound` has no value.
+  /// Implements `FeatureListData::ParseWhatsNewData`. Returns the numbers of changes, unmatched
+  /// changes and skipped rows in `dataText`. In the result, `isFound` has no value.
   DataFileSummary AddChanges(std::string_view dataText);
+  /// Implements `FeatureListData::BubbleUnlockedItemsToTheTop`.
   void MoveUnlockedItemsToFront();
 };
 

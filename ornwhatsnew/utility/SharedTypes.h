@@ -76,7 +76,7 @@ enum class StyleID : int {
   kStyleIssueLink = 7,
   /// The unlock label after a title.
   kStyleUnlockLabel = 9,
-  /// A note for internal users: the change is unmatched, or the library ignores one of its fields.
+  /// A note for internal users: the change is unmatched, or one of its fields may be wrong.
   kStyleInternalWarning = 10,
   /// The box around an unlock label. It has the same range as `kStyleUnlockLabel`.
   kStyleUnlockLabelBox = 11,

@@ -101,8 +101,8 @@ TEST_F(ListAllocation, IsAnythingNeedingRatingDoesNotAllocate) {
 }
 
 // Counts the allocations for a small and a large file. The tests limit the count for the small file
-// and the difference of the counts. A limit for each count alone could hide growth that is faster
-// than linear.
+// and the difference between the counts. The difference excludes the allocations that every file
+// needs, so its limit is stricter.
 class LargeListAllocation : public ListAllocation {
  protected:
   static constexpr int kFewRows = 1'000;

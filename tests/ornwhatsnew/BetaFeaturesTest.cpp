@@ -112,8 +112,9 @@ TEST_F(BetaFeatures, WithTheSameEpicKeyBecomeOneItem) {
   host_.AddFeature({.internalKey = "b", .epicKey = "E-1", .name = "Aardvark"});
   host_.AddFeature({.internalKey = "a", .epicKey = "E-1", .name = "Zebra"});
   host_.AddFeature({.internalKey = "c", .epicKey = "E-2", .name = "Middle"});
-  // The list creates the item from the feature whose internal key sorts first. The feature name
-  // that sorts first determines the position of the item.
+  // The features "a" and "b" become one item. The list creates this item from "a", because "a"
+  // sorts before "b". The name "Aardvark" determines the item's position, because this name sorts
+  // before "Zebra".
   EXPECT_THAT(OrderAfterParsing(),
               ElementsAre("E-1", "E-2", "MISC", "BUGFIX", "INTERNAL", "UNREVIEWED"));
   EXPECT_EQ(ItemOf(list_, "E-1").GetBetaFeatureInternalKey(), "a");

@@ -102,8 +102,9 @@ TEST_F(HostQueries, OfADisplayHaveAFixedOrder) {
                "text SpaceWitDash", "text ParenthesizedCode", "text DisplayTemplate",
                "text DisplayTemplate", "text displaytemplate", "text optedOutOfAnalyticsPart1",
                "text optedOutOfAnalyticsPart2", "text nonewratings",
-               // The first of these two queries determines whether the list adds notes to changes.
-               // The second query determines whether the list shows the feature.
+               // The result of the first query determines whether the panel can contain notes,
+               // issue keys and commit IDs. The result of the second query determines whether the
+               // list shows the feature.
                "internal user", "enabled export",
                // The results of these three queries determine the unlock label.
                "internal user", "debug SimulateShowingAllOffFeaturesInWhatsNew", "enabled export",

@@ -74,8 +74,8 @@ TEST(LinkTarget, ShowsTheHostOfALinkWithAnotherScheme) {
 
 TEST(LinkTarget, IsCutBetweenEscapes) {
   const std::string spaces(100, ' ');
-  // Each space becomes the escape "%20", which has three bytes. Truncation at a fixed length would
-  // therefore split an escape for two of these three words.
+  // Each space becomes the escape "%20", which has three bytes. The words move the escapes by 0, 1
+  // and 2 bytes. For two of the words, truncation at a fixed length would split an escape.
   for (const std::string word : {"", "a", "ab"}) {
     EXPECT_THAT(
         PrintedLinkTarget("https://x/" + word + spaces),

@@ -154,8 +154,8 @@ TEST(MarkdownRenderer, ReplacesControlCharactersAndUnpairedSurrogates) {
   EXPECT_EQ("\uFFFD\uFFFD a\uFFFD\n", RenderNotice({0x1B, 0x85, u'\t', u'a', char16_t{0xDC00}}));
 }
 
-// Markdown parsers remove a byte order mark at the start of a document, so the next character would
-// begin a line.
+// Markdown parsers remove a byte order mark at the start of a document. If the renderer wrote it,
+// the "-" after it would be unescaped and would begin a list.
 TEST(MarkdownRenderer, OmitsByteOrderMarks) {
   EXPECT_EQ("\\- a\n", RenderNotice(u"\uFEFF- a"));
 }

@@ -17,7 +17,7 @@ using orncore::string::IsSafeLink;
 orncore::utility::ServiceHolder<const PanelLinks> panelLinksHolder;
 
 bool IsLinkTemplate(std::u16string_view text) noexcept {
-  // The host name of a safe link contains no "@", so each `@0` is after the host name.
+  // Any position of `@0` is valid, because the host name of a safe link contains no "@".
   return IsSafeLink(text) && text.find(u"@0") != std::u16string_view::npos;
 }
 

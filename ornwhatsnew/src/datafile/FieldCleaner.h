@@ -21,7 +21,7 @@ std::size_t FindFieldEnd(std::string_view row, std::size_t begin);
 /// clean.
 bool IsClean(std::string_view text);
 
-/// Returns the field without quotes and carriage returns. Replaces each maximal subpart of an
+/// Returns the field without quotes or carriage returns. Replaces each maximal subpart of an
 /// ill-formed UTF-8 sequence with U+FFFD. The result is a view of `field` or of `buffer`. The
 /// function can overwrite `buffer`.
 std::string_view CleanField(std::string_view field, UTF8String& buffer);

@@ -188,7 +188,7 @@ void LayoutWriter::CleanText(std::size_t begin) {
     const bool isSecondOfLineEnd = endsWithCarriageReturn_ && unit == u'\n';
     endsWithCarriageReturn_ = unit == u'\r';
     if (isSecondOfLineEnd || unit == kByteOrderMark) continue;
-    // Remove white space at the start of the paragraph, as `BasicLayoutParagraph` promises.
+    // A paragraph of a layout must not begin with white space; see `BasicLayoutParagraph`.
     if (end == paragraph_.range.begin && IsWhiteSpace(unit)) continue;
     text[end++] = IsLineEnd(unit) ? kUnicodeLineSeparator : unit == u'\t' ? u' ' : unit;
   }

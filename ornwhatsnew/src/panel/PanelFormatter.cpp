@@ -74,7 +74,7 @@ PanelFormatter::PanelFormatter(DisplayOptions options, const UTF16String& rating
 
 void PanelFormatter::Reserve(std::size_t items, std::size_t changes, std::size_t descriptionBytes) {
   // The estimated number of UTF-16 units for the bullet, platform, version and newline of a change
-  // line. In the description, a byte of UTF-8 becomes at most one UTF-16 unit.
+  // line. A description has at most as many UTF-16 units as bytes of UTF-8.
   constexpr std::size_t kUnitsBesideDescription = 40;
   // Count a paragraph for each change, for the title and the description of each item, and for the
   // header.

@@ -48,8 +48,11 @@ class PanelFormatter {
   void WriteTitleLine(const FeatureListItem& item);
   void WriteDescription(const FeatureListItem& item);
   void WriteChangeLine(const FeatureListDetail& change, const FeatureListItem& item);
-  /// Writes a note if `change` is unmatched, and a note for each field that the library ignores.
-  /// Only internal users see these notes.
+  /// Writes a note for each condition that is true. Only internal users see the notes.
+  /// - `change` is unmatched.
+  /// - `change` has a URL that is malformed, is a duplicate, or belongs to a section.
+  /// - `change` has a malformed platform.
+  /// - `change` has a malformed salience.
   void WriteNotes(const FeatureListDetail& change, const FeatureListItem& item);
   void WriteIgnoredURLNote(const FeatureListDetail& change, const FeatureListItem& item);
   void WritePlatform(const FeatureListDetail& change);

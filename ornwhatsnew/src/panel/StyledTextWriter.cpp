@@ -8,8 +8,8 @@
 namespace ornwhatsnew {
 namespace {
 
-// In UTF-8, two unpaired surrogates become two U+FFFD of 3 bytes each. A surrogate pair becomes one
-// character of 4 bytes.
+// A surrogate pair has 4 bytes in UTF-8. Two unpaired surrogates become two U+FFFD, which have 6
+// bytes together.
 constexpr std::size_t kBytesSavedByPairing = 2;
 
 int WrappingSum(std::size_t bytes, int adjustment) {

@@ -90,7 +90,8 @@ void MarkdownWriter::AppendCode(std::u16string_view text) {
   }
   WritePending();
   const UTF16String fence(LongestRun(code, u'`') + 1, u'`');
-  // If a code span begins and ends with a space, CommonMark removes both spaces.
+  // If a code span begins and ends with a space, CommonMark removes both spaces. The padding
+  // preserves the spaces of `code`, and separates its backticks from the fence.
   const bool isPadded = code.starts_with(u'`') || code.ends_with(u'`') ||
                         (code.starts_with(u' ') && code.ends_with(u' '));
   const std::u16string_view padding = isPadded ? u" " : u"";
@@ -133,7 +134,7 @@ std::u16string_view MarkdownWriter::CurrentLine() const {
 }
 
 // Returns whether to escape `unit`, the next character of the current line. Few characters are
-// escaped, so that the text is readable without a renderer. Some escaped characters have a meaning
+// escaped, so that the Markdown source is easy to read. Some escaped characters have a meaning
 // only in GitHub Flavored Markdown: `|`, `~` within a line, `/` in "://", and `.` after "www".
 bool MarkdownWriter::IsEscaped(char16_t unit) const {
   constexpr std::u16string_view kAlwaysEscaped = u"\\`*_[]<>&#|~";

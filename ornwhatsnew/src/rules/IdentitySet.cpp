@@ -17,7 +17,7 @@ IdentitySet::IdentitySet(std::vector<Guid> identities) : identities_(std::move(i
   const auto bits = std::max(1U, static_cast<unsigned>(std::bit_width(ranges)));
   shift_ = kLeadingBits - bits;
   rangeBegins_.assign((std::size_t{1} << bits) + 1, size());
-  // Iterate backwards, so that the index of the first identity of each range is written last.
+  // Iterate backwards, so that the last index written for a range is that of its first identity.
   for (std::size_t i = size(); i > 0; --i) rangeBegins_[IndexOf(identities_[i - 1])] = i - 1;
   for (std::size_t i = rangeBegins_.size() - 1; i > 0; --i) {
     rangeBegins_[i - 1] = std::min(rangeBegins_[i - 1], rangeBegins_[i]);
