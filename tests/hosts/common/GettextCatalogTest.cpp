@@ -90,7 +90,7 @@ TEST(GettextCatalog, RefusesATableOutsideOfTheFile) {
   std::string bytes = CatalogBytes({Properties(), {InContext("$$$/a", "One"), "Eins"}});
   // The offset of the first table is at offset 12.
   bytes[14] = '\x7F';
-  EXPECT_THAT(ErrorOf(bytes), HasSubstr("a table is outside of the file"));
+  EXPECT_THAT(ErrorOf(bytes), HasSubstr("a table is outside the file"));
 }
 
 TEST(GettextCatalog, RefusesEveryDamagedNumberAndEveryPrefix) {
