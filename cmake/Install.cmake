@@ -38,7 +38,7 @@ install(FILES
   ${PROJECT_BINARY_DIR}/package/ornwhatsnewConfigVersion.cmake
   DESTINATION ${ORN_CMAKE_DIR} COMPONENT development)
 
-# A host that does not use the companion does not need Qt. The companion therefore has its own export set
+# A host that does not use the Qt companion does not need Qt. The companion therefore has its own export set
 # and its own install components.
 if(TARGET ornwhatsnewqt)
   install(TARGETS ornwhatsnewqt EXPORT ornwhatsnewQtTargets

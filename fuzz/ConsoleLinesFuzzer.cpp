@@ -36,7 +36,8 @@ constexpr std::string_view kValidate = "ValidateWhatsNew";
 constexpr std::string_view kProbe = "probe";
 constexpr std::string_view kHelp = "help";
 
-// The arguments of the probe command and the number of logged lines in one run.
+// The results of running one input: the argument of each call to the probe command, and the number
+// of lines in the log.
 struct Observed {
   std::vector<std::u16string> probeArguments;
   std::size_t logged = 0;
@@ -47,7 +48,7 @@ Observed& Observations() {
   return observed;
 }
 
-// Implements the probe command, which records and prints its argument. The command fails if the
+// Implements the probe command, which stores and prints its argument. The command fails if the
 // argument starts with 'f'. The prefix "probe: " distinguishes its output from the output of other
 // commands.
 int Probe(const std::u16string& arguments, UTF16OutputStream& stream) {

@@ -104,8 +104,8 @@ void RequireSafeText(std::string_view text) {
   }
 }
 
-// Checks that the printed target of `link` contains only visible ASCII characters, without angle
-// brackets and double quotes. If the link is safe, the target must equal it. Otherwise, the target
+// Checks that the printed target of `link` contains only visible ASCII characters, but no angle
+// brackets or double quotes. If the link is safe, the target must equal it. Otherwise, the target
 // must have at most `kMaximumPrintedTarget` bytes.
 void RequireOneTarget(const std::string& link) {
   const std::string target = PrintedLinkTarget(link);

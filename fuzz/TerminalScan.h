@@ -8,8 +8,8 @@
 
 namespace fuzz {
 
-/// Returns whether a terminal shows nothing for the code point. Joiners and presentation selectors
-/// are invisible, too.
+/// Returns whether a terminal shows nothing for the code point. Returns true for joiners and
+/// presentation selectors, too.
 bool IsInvisible(char32_t codePoint);
 
 /// Checks that a panel consists of harmless characters, newlines, and escape sequences for styles

@@ -10,8 +10,8 @@ using test_support::FakeFeature;
 namespace {
 
 // Together, the features have every visibility from 0 to 3 and an unknown visibility. Two of them
-// share an epic key, one has no epic key, and one has the key of a section. One has a key and a
-// name with non-ASCII letters.
+// share an epic key, one has an empty epic key, and one has the key of the section MISC in lower
+// case. One has an epic key and a name with non-ASCII letters.
 const FakeFeature kFeatures[] = {
     {.internalKey = "export", .epicKey = "EPIC-1", .name = "Export", .description = "Hands on"},
     {.internalKey = "keys",

@@ -11,7 +11,7 @@
 namespace {
 
 constexpr QSize kWindowSize(760, 900);
-// The time, in milliseconds, after which the window has its size, its colours and the focus.
+// The time, in milliseconds, after which the window has its final size and colours, and the focus.
 constexpr int kPatience = 1500;
 
 QPalette darkPalette() {

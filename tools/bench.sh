@@ -98,7 +98,7 @@ count_instructions() {
 }
 
 # Fails if a function executes more than twelve times as many instructions for 10,000 rows as for 1,000.
-# Also fails if it executes at most 100,000 instructions for 1,000 rows, because so low a count means that
+# Also fails if it executes at most 100,000 instructions for 1,000 rows, because such a low count means that
 # the measurement is wrong.
 require_linear() {
   local function=$1 few many

@@ -81,8 +81,8 @@ stage_release() { build_and_test release; }
 # only clang, because the builds compile the same headers with g++.
 stage_headers() {
   list_files 'orn*.h' | grep -zv -e '/src/' -e '^ornwhatsnewqt/' | check_headers || return
-  # Compile the headers of the companion twice, because applications may use Qt with or without its keywords
-  # and its implicit conversions.
+  # Compile the headers of the Qt companion twice, because applications may use Qt with or without its
+  # keywords and its implicit conversions.
   list_files 'ornwhatsnewqt/*.h' | grep -zv '/src/' | check_qt_headers || return
   list_files 'ornwhatsnewqt/*.h' | grep -zv '/src/' |
     check_qt_headers -DQT_NO_KEYWORDS -DQT_NO_CAST_FROM_ASCII -DQT_NO_CAST_TO_ASCII
@@ -116,9 +116,10 @@ stage_windows() {
 
 stage_static() { build_and_test static; }
 
-# Uses clang and the static library, so that CI needs no other builds to test them. Skips the package
-# tests, because they build hosts without sanitizers. Such hosts cannot link a library with sanitizers.
-# Skips the schema test, because it runs the program 1,000 times, and the fuzzers test the same reader.
+# Builds the static library with clang, so that CI needs no separate builds to test clang and the static
+# library. Skips the package tests, because they build hosts without sanitizers. Such hosts cannot link a
+# library with sanitizers. Skips the schema test, because it runs the program 1,000 times, and the fuzzers
+# test the same reader.
 stage_sanitize() {
   ASAN_OPTIONS=strict_string_checks=1:detect_stack_use_after_return=1 \
   UBSAN_OPTIONS=print_stacktrace=1 \
@@ -201,8 +202,8 @@ tidy_each() {
 # Prints the sources that a preset compiles.
 compiled_files() { sed -n 's/^  "file": "\(.*\)"$/\1/p' "build/$1/compile_commands.json"; }
 
-# Runs moc, because sources of the companion include the files that moc generates. Does not build the
-# targets of moc, because they depend on the compiled library.
+# Runs moc, because sources of the Qt companion include the files that moc generates. Does not build
+# CMake's autogen targets, which also run moc, because they depend on the compiled library.
 make_qt_sources() {
   find "build/$1" -name AutogenInfo.json -print0 | xargs -0 -I{} cmake -E cmake_autogen {} ''
 }
@@ -223,8 +224,9 @@ build_and_test() {
   configure "$preset" && build "$preset" && run_tests "$preset" "$@"
 }
 
-# Prints the summary in the log of a stage. A summary is the number of tests, such as "412 tests", the
-# number of files, or the reason why the stage was skipped. Prints nothing if the log contains no summary.
+# Reads the log of a stage, and prints the summary that it contains. A summary is the number of tests, such
+# as "412 tests", the number of files, or the reason why the stage was skipped. Prints nothing if the log
+# contains no summary.
 summary_of_log() {
   sed -n -e 's/^[0-9]*% tests passed, [0-9]* tests* failed out of \([0-9]*\)$/\1 tests/p' \
     -e '/^[0-9]* files$/p' -e 's/^skipped: //p' "$1" | tail -n 1

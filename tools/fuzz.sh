@@ -27,7 +27,7 @@ fuzz_usage() {
 usage: ./dev fuzz [TARGET...] [SECONDS]
 
 Runs the named targets, or all targets, one after the other. Each target runs for SECONDS (default: 60).
-  --long   run each target for 30 minutes, with one target per core at the same time
+  --long   run each target for 30 minutes, in parallel, one target per core
   --list   print the targets
 TEXT
 }

@@ -13,7 +13,7 @@ import pathlib
 import re
 import sys
 
-# Maps each module, and the companion, to the modules whose headers it may include.
+# Maps each module, and the Qt companion, to the modules whose headers it may include.
 MODULES = {
     "orncore": {"orncore"},
     "ornappsupport": {"ornappsupport", "orncore"},
@@ -22,7 +22,7 @@ MODULES = {
     "ornwhatsnewqt": {"ornwhatsnewqt", "ornwhatsnew", "ornappsupport", "ornui", "orncore"},
 }
 
-# The companion links the library as a host does, so it must not include private headers of the modules.
+# The Qt companion links the library as a host does, so it must not include private headers of the modules.
 COMPANION = "ornwhatsnewqt"
 
 # The private folders from the highest to the lowest layer. The sources of ornwhatsnew/utility belong to

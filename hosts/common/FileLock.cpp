@@ -10,8 +10,8 @@
 namespace hosts::common {
 namespace {
 
-/// The time between two attempts to lock the file. A write of the state store to a local disk takes
-/// about the same time.
+/// The time between two attempts to lock the file. It is about as long as one write of the state
+/// store to a local disk.
 constexpr std::chrono::milliseconds kRetryInterval{5};
 
 }  // namespace

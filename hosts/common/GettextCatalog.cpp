@@ -70,15 +70,16 @@ class CatalogTables {
     return isSwapped_ ? __builtin_bswap32(number) : number;
   }
 
-  /// Returns the strings of the table whose offset is at `offsetOfTable`. A table consists of the
-  /// length and the offset of each string. A NUL, which the length does not include, follows each
-  /// string. Throws `CatalogError` if the table or a string is outside of the file, or if the NUL
-  /// after a string is missing. Also throws it if all strings together are longer than the file.
+  /// Returns the strings of a table. The header contains the offset of this table at
+  /// `offsetOfTable`. A table consists of the length and the offset of each string. A NUL, which
+  /// the length does not include, follows each string. Throws `CatalogError` if the table or a
+  /// string is outside the file, or if the NUL after a string is missing. Also throws it if all
+  /// strings together are longer than the file.
   std::vector<std::string_view> ReadTable(std::size_t offsetOfTable, std::uint32_t count) const {
     constexpr std::size_t kEntrySize = 8;
     const std::size_t begin = NumberAt(offsetOfTable);
     if (begin > bytes_.size() || count > (bytes_.size() - begin) / kEntrySize) {
-      Fail("a table is outside of the file");
+      Fail("a table is outside the file");
     }
     std::vector<std::string_view> strings;
     std::size_t total = 0;
@@ -86,9 +87,9 @@ class CatalogTables {
       const std::size_t length = NumberAt(entry);
       const std::size_t offset = NumberAt(entry + 4);
       const bool isInside = offset < bytes_.size() && length < bytes_.size() - offset;
-      if (!isInside) Fail("a string is outside of the file");
+      if (!isInside) Fail("a string is outside the file");
       if (bytes_[offset + length] != '\0') Fail("a string does not end with NUL");
-      // Many entries could refer to the same long string, which would take much time and memory.
+      // Limit the total, because many entries of a small file could refer to the same long string.
       total += length + 1;
       if (total > bytes_.size()) Fail("its strings together are longer than the file");
       strings.push_back(bytes_.substr(offset, length));

@@ -40,13 +40,13 @@ namespace {
 constexpr std::string_view kSchemaMember = "$schema";
 
 /// The nesting depth of a beta feature: the description, the array of features, and the feature.
-/// `JsonDocument::Parse` rejects deeper input early, because an empty array needs about thirty
-/// times as much memory as its two bytes of text.
+/// `JsonDocument::Parse` rejects deeper input early, because nested arrays and objects take up to
+/// thirty times as much memory as their text.
 constexpr std::size_t kDescriptionDepth = 3;
 
 /// The maximum number of beta features and dictionary files together. A description contains no
-/// other array. `JsonDocument::Parse` rejects more elements early, because a feature without
-/// members takes 70 times as much memory as its text.
+/// other array. `JsonDocument::Parse` rejects more elements early, because features without
+/// members take 70 times as much memory as their text.
 constexpr std::size_t kMaximumElements = 20'000;
 
 void ReadText(const JsonReader& object, std::string_view name, std::string& text) {

@@ -99,7 +99,7 @@ class DocumentBuilder : public nlohmann::json_sax<json> {
 
  private:
   /// An array or object whose end nlohmann-json has not reported yet. For an object, `member` and
-  /// `slot` are the name and the value of its last member.
+  /// `slot` are the name and the value of the member that nlohmann-json reported last.
   struct Frame {
     json* container;
     const std::string* member = nullptr;

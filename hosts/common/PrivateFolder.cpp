@@ -12,7 +12,8 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// The maximum number of symbolic links to follow in a row. Linux has the same limit.
+/// The maximum number of links in a chain of symbolic links. Following a longer chain fails, as in
+/// Linux.
 constexpr int kMaximumLinks = 40;
 
 /// Sets the umask of the process while the object exists, so that new files and folders have
@@ -101,9 +102,9 @@ void ThrowIf(const std::error_code& error, const fs::path& file) {
   if (error) throw std::system_error(error, "cannot open '" + file.native() + "'");
 }
 
-/// Throws if a ".." in the path of the folder of `file` does not follow an existing folder. The
-/// system cannot open such a path, but `weakly_canonical` would remove the ".." and the name before
-/// it. A write would then create a file that a read of the same path does not find.
+/// Throws if a ".." in `file.parent_path()` does not follow an existing folder. The system cannot
+/// open such a path, but `weakly_canonical` would remove the ".." and the name before it. A write
+/// would then create a file that a read of the same path does not find.
 void RequireFoldersBeforeParents(const fs::path& file) {
   fs::path path;
   for (const fs::path& name : file.parent_path()) {

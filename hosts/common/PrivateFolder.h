@@ -53,8 +53,8 @@ class PrivateFolder {
   /// symbolic link to this file, or if a system call fails.
   bool IsNameOf(const std::string& name, const FileDescriptor& file) const;
 
-  /// Waits until all changes to the names in this folder are on the disk. Does nothing if the file
-  /// system cannot sync folders.
+  /// Waits until all changes to the entries of this folder are on the disk. Does nothing if the
+  /// file system cannot sync folders.
   void Sync() const;
 
  private:

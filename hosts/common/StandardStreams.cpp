@@ -17,8 +17,8 @@
 namespace hosts::common {
 namespace {
 
-// The time, in milliseconds, that a reader has to close the pipe. On an idle machine, 200 of 200
-// readers that exited early closed it within 20 ms.
+// The maximum time, in milliseconds, to wait for the reader to close the pipe. On an idle machine,
+// 200 of 200 readers that exited early closed it within 20 ms.
 constexpr int kReaderPatience = 100;
 
 /// Writes all of `text` to the file descriptor. Returns 0 on success and the value of errno on

@@ -20,9 +20,9 @@
 namespace hosts::common {
 
 /// The maximum size of a state file in bytes. A million identities take 37 MB. `FormatState` writes
-/// each non-ASCII character as an escape of 6 or 12 bytes. If another program writes these
-/// characters without escapes, the file can therefore be small enough to read, but too large after
-/// the next write.
+/// each non-ASCII character as an escape of 6 or 12 bytes. Another program may write these
+/// characters without escapes. `ParseState` can then accept a file whose values `FormatState`
+/// cannot write within this limit.
 inline constexpr std::size_t kMaximumStateSize = std::size_t{64} << 20;
 
 /// Returns the values in the text of a state file. Throws `StateStoreError` if the text is empty,

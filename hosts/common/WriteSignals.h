@@ -1,5 +1,5 @@
-// Ignores the signals with which certain failed writes would otherwise end the process. These
-// writes then return errors.
+// Ignores the signals that the system sends for certain failed writes. These writes then return
+// errors and do not end the process.
 #ifndef HOSTS_COMMON_WRITESIGNALS_H_
 #define HOSTS_COMMON_WRITESIGNALS_H_
 

@@ -19,7 +19,7 @@
 namespace hosts::console {
 
 // Each `Add` function below adds options or arguments to `command`. The parser stores their values
-// in the second object that the function receives by non-const reference. This object must live as
+// in the object to which the function's other non-const reference refers. This object must live as
 // long as the command.
 
 /// Adds the required argument for the data file.

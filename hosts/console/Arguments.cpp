@@ -366,8 +366,8 @@ class CommandLine {
 
   /// Returns the words of the command line in reverse order, as the parser of CLI11 expects them.
   ///
-  /// Splits `--name=value` into two words if the option requires a value. Otherwise, CLI11 would
-  /// use the next word as the value of `--name=`, instead of an empty value.
+  /// Splits `--name=value` into two words if the option requires a value. Without this split, CLI11
+  /// would use the next word as the value of `--name=`, instead of an empty value.
   ///
   /// Moves the words of a console command to `console_`, because CLI11 would parse the options
   /// among them.

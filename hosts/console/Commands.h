@@ -132,9 +132,10 @@ ExitStatus Run(const PreviewArguments& arguments);
 /// Prints the panel, and then marks its content as seen. Stores nothing if `storesNothing` is
 /// true, if the output fails, or if the reader of the output closes it early.
 ExitStatus Run(const ShowArguments& arguments);
-/// Prints whether `show --only-new` and `show --rating` with the same filters would show any item.
-/// Stores nothing. If `setsExitStatus` is true, returns the exit status for the result. Otherwise,
-/// returns `kDone`.
+/// Prints whether `show --only-new` would show any item, and whether `show --rating` would, each
+/// with the same filters. Stores nothing. If `setsExitStatus` is false, returns `kDone`. Otherwise,
+/// returns `kSomethingNew`, `kSomethingToRate`, `kNewAndToRate`, or `kDone` if neither command
+/// would show an item.
 ExitStatus Run(const StatusArguments& arguments);
 /// Prints which features and changes the command `show` would print with the same options, and why
 /// it would hide the others. Stores nothing. Throws `author::OptionError` if the data file does not

@@ -76,7 +76,7 @@ std::string ErrorMessage(const CLI::App& app, const CLI::ParseError& error) {
       return UnexpectedWordsMessage(app);
     case CLI::ExitCodes::RequiredError:
       if (command.get_require_subcommand_min() > 0) return MissingCommandMessage(command);
-      // A misspelt option is the likely reason why a required argument is missing.
+      // If there is an unknown option, report it. It is probably a misspelt required option.
       if (const std::string option = UnknownOption(command); !option.empty()) {
         return "unknown option '" + option + "'";
       }

@@ -40,8 +40,8 @@ ExitStatus Run(const StatusArguments& arguments) {
   common::StateStore store(common::StateLocation(arguments.sources.state));
   const std::shared_ptr<ornwhatsnew::FeatureListData> list =
       LoadWhatsNew(arguments.sources.data, store.Getter(), store.Setter());
-  // Do not call `IsAnythingNeedingRating`. Unlike `show --rating`, it always filters by platform
-  // and version.
+  // Do not call `IsAnythingNeedingRating`, because this function always filters by platform and
+  // version. `show --rating` filters only if the options request it.
   const Status status = {list->IsAnythingNew(arguments.options | ornwhatsnew::kShowOnlyNew),
                          list->IsAnythingNew(arguments.options | ornwhatsnew::kRatingView)};
   common::WriteOutput(Describe(status, arguments.format));

@@ -12,8 +12,9 @@
 
 namespace hosts::console {
 
-/// The maximum size in bytes of a file that a command for authors reads. Lists of findings, cells
-/// and errors need up to a hundred times as much memory as the file.
+/// The maximum size, in bytes, of a file that a command for authors reads. The limit bounds the
+/// memory for lists of findings, cells and errors, which take up to a hundred times as much memory
+/// as the file.
 inline constexpr std::size_t kMaximumAuthorFile = std::size_t{16} << 20;
 
 /// The file name that selects standard output.

@@ -91,7 +91,7 @@ void CheckLinkInText(LintContext& context, const LintRow& row) {
     const std::size_t end = std::min(text.find_first_of(" \t\"'<>)", begin), text.size());
     context.ReportPart(
         LintCode::kLinkInText, row, DataColumn::kDescription, text.substr(begin, end - begin),
-        "the link in the text cannot be opened; write it into " + context.Column(DataColumn::kURL));
+        "the link in the text cannot be opened; move it to " + context.Column(DataColumn::kURL));
     return;
   }
 }

@@ -109,7 +109,8 @@ inline constexpr auto kLintCodes = std::to_array<LintCodeInfo>({
      "the row has commas after the last field",
      "The row has too many fields, so the library skips it and the change is lost.",
      "Delete the commas after the text."},
-    {LintCode::kOpenQuote, "open-quote", Severity::kError, "a quote before commas is not closed",
+    {LintCode::kOpenQuote, "open-quote", Severity::kError,
+     "a quote is not closed, and commas follow it",
      "The quote is not closed, so the commas after it do not separate fields. The row has "
      "too few fields, and the library skips it.",
      "Close the quote. For inches, write the character U+2033."},
@@ -179,7 +180,7 @@ inline constexpr auto kLintCodes = std::to_array<LintCodeInfo>({
     {LintCode::kVersionDate, "version-date", Severity::kError, "the version is a date",
      "Spreadsheet programs convert versions such as 4.3 to dates. Users see the date as the "
      "version.",
-     "Write the version, and format the column of the spreadsheet as text."},
+     "In the spreadsheet, format the column as text, and then write the version again."},
     {LintCode::kVersionPlaceholder, "version-placeholder", Severity::kWarning,
      "a component of the version is a placeholder",
      "Users see the version unchanged, for example v4.x.",
@@ -300,7 +301,7 @@ inline constexpr auto kLintCodes = std::to_array<LintCodeInfo>({
      "the commit is a number with an exponent or a fraction",
      "Spreadsheet programs convert some commit IDs to numbers, so the links to these commits do "
      "not work.",
-     "Write the commit ID, and format the column of the spreadsheet as text."},
+     "In the spreadsheet, format the column as text, and then write the commit ID again."},
     {LintCode::kOuterSpaces, "outer-spaces", Severity::kWarning,
      "a field begins or ends with a space",
      "The library keeps spaces at the start and the end of a field. A field with such spaces "

@@ -187,11 +187,10 @@ bool IsConvertedNumber(std::string_view text) {
 void CheckCommit(LintContext& context, const LintRow& row) {
   const std::string_view commit = row.Value(DataColumn::kSHA);
   if (!IsConvertedNumber(commit)) return;
-  context.ReportField(
-      LintCode::kCommitNumber, row, DataColumn::kSHA,
-      Quoted(commit) + " in " + context.Column(DataColumn::kSHA) +
-          " is a number instead of an ID, so its link does not work; write the ID, and "
-          "format the column as text");
+  context.ReportField(LintCode::kCommitNumber, row, DataColumn::kSHA,
+                      Quoted(commit) + " in " + context.Column(DataColumn::kSHA) +
+                          " is a number instead of an ID, so its link does not work; format the "
+                          "column as text, and write the ID");
 }
 
 // ---- spaces

@@ -250,7 +250,7 @@ void CheckVersionDate(LintContext& context, const LintRow& row, DataColumn colum
   }
   context.ReportField(LintCode::kVersionDate, row, column,
                       "users see the date " + Quoted(text) +
-                          " as the version; write the version, and format the column as text");
+                          " as the version; format the column as text, and write the version");
 }
 
 std::string VersionWithPoints(std::string_view text) {

@@ -80,7 +80,7 @@ void CheckKeywordColumn(LintContext& context, const LintRow& row) {
     if (!owner) continue;
     context.ReportField(LintCode::kKeywordColumn, row, column,
                         Quoted(text) + " has no effect in " + context.Column(column) +
-                            "; write it into " + context.Column(*owner));
+                            "; move it to " + context.Column(*owner));
   }
 }
 

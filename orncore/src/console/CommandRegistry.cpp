@@ -36,8 +36,8 @@ bool CommandRegistry::RegisterCommandFunction(UTF16String name, UTF16String help
 }
 
 bool CommandRegistry::UnregisterCommand(std::u16string_view name) {
-  // The entry is destroyed after the lock is released, because destructors of objects that the
-  // function owns may use the registry.
+  // Declare the entry before the lock, so that the entry is destroyed after the lock is released.
+  // Destructors of objects that the function owns may use the registry.
   std::map<UTF16String, Entry, std::less<>>::node_type removed;
   const std::lock_guard lock(mutex_);
   const auto command = commands_.find(name);

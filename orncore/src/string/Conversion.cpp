@@ -113,7 +113,7 @@ bool RemoveUTF8BOM_IfPresent(UTF8String& text) {
 }
 
 bool StringToNumber(std::string_view text, std::int64_t& value) noexcept {
-  // std::from_chars accepts a minus sign but not a plus sign.
+  // Skip a plus sign, because std::from_chars accepts only a minus sign.
   if (text.starts_with('+')) {
     text.remove_prefix(1);
     if (text.starts_with('-')) return false;

@@ -33,8 +33,8 @@ class ServiceHolder {
 
   /// Replaces the service. Null removes it.
   void Set(std::shared_ptr<Service> service) {
-    // The swap makes the parameter own the previous service. The parameter is destroyed after the
-    // lock is released, because the destructor of that service may use the holder.
+    // Swap, so that the parameter owns the previous service and destroys it after the lock is
+    // released. The destructor of that service may use the holder.
     const std::lock_guard lock(content_->mutex);
     content_->service.swap(service);
   }

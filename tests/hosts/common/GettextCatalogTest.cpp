@@ -91,7 +91,7 @@ TEST(GettextCatalog, RefusesATableOutsideOfTheFile) {
   std::string bytes = CatalogBytes({Properties(), {InContext("$$$/a", "One"), "Eins"}});
   // The bytes 12 to 15 contain the offset of the first table.
   bytes[14] = '\x7F';
-  EXPECT_THAT(ErrorOf(bytes), HasSubstr("a table is outside of the file"));
+  EXPECT_THAT(ErrorOf(bytes), HasSubstr("a table is outside the file"));
 }
 
 TEST(GettextCatalog, RefusesEveryDamagedNumberAndEveryPrefix) {

@@ -237,7 +237,7 @@ TEST_F(LintCommandTest, BaselineReportsEdits) {
 
 TEST_F(LintCommandTest, ExplainsACode) {
   EXPECT_THAT(OutputOf({"lint", "--explain", "open-quote"}),
-              StartsWith("open-quote (error): a quote before commas is not closed\n\n"));
+              StartsWith("open-quote (error): a quote is not closed, and commas follow it\n\n"));
 }
 
 TEST_F(LintCommandTest, UnknownCodeIsReportedWithTheNearestCode) {
