@@ -76,21 +76,21 @@ class ORN_EXPORT FeatureListItem {
   const UTF8String& GetField(std::string_view key) const;
 
   /// Returns the title, which can be a key text or empty.
-  const UTF8String& GetFeatureName() const { return fields_[kName]; }
+  const UTF8String& GetFeatureName() const { return fields_[kNameIndex]; }
   /// Returns the description, which can be a key text or empty.
-  const UTF8String& GetFeatureDescription() const { return fields_[kDescription]; }
+  const UTF8String& GetFeatureDescription() const { return fields_[kDescriptionIndex]; }
   /// Returns the first well-formed URL of the changes, or an empty string if no change has one.
-  const UTF8String& GetFeatureViewMoreURL() const { return fields_[kViewMoreURL]; }
+  const UTF8String& GetFeatureViewMoreURL() const { return fields_[kViewMoreURLIndex]; }
   /// Returns an empty string. The library never sets this field, but the seen identity of the item
   /// includes it.
-  const UTF8String& GetFeaturePrefsUI() const { return fields_[kPrefsUI]; }
+  const UTF8String& GetFeaturePrefsUI() const { return fields_[kPrefsUIIndex]; }
   /// Returns the custom question of a rating record: the rating request of the last shown change
   /// that requests a rating. The result is empty if that request is the keyword `kRequestRating`,
   /// or if no shown change requests a rating. It is also empty for an item that is not a rating
   /// record.
-  const UTF8String& GetCustomRatingStr() const { return fields_[kCustomRating]; }
+  const UTF8String& GetCustomRatingStr() const { return fields_[kCustomRatingIndex]; }
   /// Sets the custom question of a rating record.
-  void SetCustomRatingStr(const UTF8String& text) { fields_[kCustomRating] = text; }
+  void SetCustomRatingStr(const UTF8String& text) { fields_[kCustomRatingIndex] = text; }
 
   /// Appends a change, which must not be null.
   ///
@@ -132,7 +132,15 @@ class ORN_EXPORT FeatureListItem {
 
  private:
   enum class Kind { kFeature, kSection, kInternalSection };
-  enum FieldIndex : std::size_t { kName, kDescription, kViewMoreURL, kPrefsUI, kCustomRating };
+  // The names have a suffix, because clang would otherwise warn that `kDescription` hides the
+  // enumerator of `ParagraphKind` in a source that begins with `using enum ParagraphKind`.
+  enum FieldIndex : std::size_t {
+    kNameIndex,
+    kDescriptionIndex,
+    kViewMoreURLIndex,
+    kPrefsUIIndex,
+    kCustomRatingIndex
+  };
   static constexpr std::size_t kFieldCount = 5;
 
   static Kind KindOf(std::string_view featureJiraIDKey);

@@ -25,11 +25,11 @@ constexpr auto kFieldKeys = std::to_array<std::string_view>({
 
 }  // namespace
 
-const std::string FeatureListItem::kKeyFeatureName{kFieldKeys[kName]};
-const std::string FeatureListItem::kKeyFeatureDescription{kFieldKeys[kDescription]};
-const std::string FeatureListItem::kKeyFeatureViewMoreURL{kFieldKeys[kViewMoreURL]};
-const std::string FeatureListItem::kKeyFeaturePrefsUI{kFieldKeys[kPrefsUI]};
-const std::string FeatureListItem::kKeyCustomRatingRequestStr{kFieldKeys[kCustomRating]};
+const std::string FeatureListItem::kKeyFeatureName{kFieldKeys[kNameIndex]};
+const std::string FeatureListItem::kKeyFeatureDescription{kFieldKeys[kDescriptionIndex]};
+const std::string FeatureListItem::kKeyFeatureViewMoreURL{kFieldKeys[kViewMoreURLIndex]};
+const std::string FeatureListItem::kKeyFeaturePrefsUI{kFieldKeys[kPrefsUIIndex]};
+const std::string FeatureListItem::kKeyCustomRatingRequestStr{kFieldKeys[kCustomRatingIndex]};
 
 FeatureListItem::FeatureListItem(const std::string& featureJiraIDKey,
                                  const std::string& betaFeatureInternalKey, const UTF8String& name,
@@ -64,13 +64,13 @@ void FeatureListItem::AddFeatureDetail(std::shared_ptr<FeatureListDetail> detail
   FeatureListDetail& change = *allChanges_.back();
   if (change.DetailForcingItemToInternalOverride() && !IsSection()) itemInternalOverride_ = true;
   if (isDuplicateURL) change.SetHasDuplicateURL(true);
-  if (setsURL) fields_[kViewMoreURL] = std::move(url);
+  if (setsURL) fields_[kViewMoreURLIndex] = std::move(url);
 }
 
 void FeatureListItem::MixFeatureIntoGuid(orncore::utility::GuidMixer& mixer) const {
   mixer.Mix(featureJiraIDKey_);
   mixer.Mix(betaFeatureInternalKey_);
-  for (const FieldIndex index : {kName, kDescription, kViewMoreURL, kPrefsUI}) {
+  for (const FieldIndex index : {kNameIndex, kDescriptionIndex, kViewMoreURLIndex, kPrefsUIIndex}) {
     MixHashablePortion(mixer, fields_[index]);
   }
 }
