@@ -16,8 +16,8 @@ using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::Pair;
 
-Scenario Read(std::string_view json) {
-  const JsonDocument document = JsonDocument::Parse(json, "file.json");
+Scenario Read(std::string_view text) {
+  const JsonDocument document = JsonDocument::Parse(text, "file.json");
   return ReadScenario(JsonReader(document));
 }
 
@@ -26,9 +26,9 @@ std::string WithSteps(std::string_view steps) {
   return R"({"name":"x","host":{},"steps":[)" + std::string(steps) + "]}";
 }
 
-std::string ErrorOf(std::string_view json) {
+std::string ErrorOf(std::string_view text) {
   try {
-    Read(json);
+    Read(text);
   } catch (const JsonError& error) {
     return error.what();
   }
@@ -145,8 +145,8 @@ TEST(ScenarioReader, ReadsCallbacks) {
                                                      {"setter", Callbacks::kSetter},
                                                      {"none", Callbacks::kNone}};
   for (const auto& [name, callbacks] : names) {
-    const std::string json = R"({"name":"n","host":{"callbacks":")" + name + R"("},"steps":[]})";
-    EXPECT_EQ(Read(json).host.callbacks, callbacks) << name;
+    const std::string text = R"({"name":"n","host":{"callbacks":")" + name + R"("},"steps":[]})";
+    EXPECT_EQ(Read(text).host.callbacks, callbacks) << name;
   }
   for (const std::string value : {"\"Both\"", "\"\"", "null", "0"}) {
     EXPECT_THAT(ErrorOf(R"({"name":"n","host":{"callbacks":)" + value + R"(},"steps":[]})"),
@@ -170,8 +170,8 @@ TEST(ScenarioReader, RejectsMalformedScenarios) {
       {R"({"name":"x","steps":[],"exactTexts":"yes"})", "/exactTexts: expected"},
       {R"({"name":"x","steps":[],"steps":[]})", R"(duplicate member "steps")"},
   };
-  for (const auto& [json, message] : cases) {
-    EXPECT_THAT(ErrorOf(json), HasSubstr(std::string(message))) << json;
+  for (const auto& [text, message] : cases) {
+    EXPECT_THAT(ErrorOf(text), HasSubstr(std::string(message))) << text;
   }
 }
 
@@ -216,8 +216,8 @@ TEST(ScenarioReader, RejectsMalformedSteps) {
       {R"({"do":"bubble","do":"bubble"})", "duplicate member"},
   };
   for (const auto& [step, message] : cases) {
-    const std::string json = WithSteps(R"({"do":"construct"},)" + std::string(step));
-    EXPECT_THAT(ErrorOf(json), HasSubstr(std::string(message))) << step;
+    const std::string text = WithSteps(R"({"do":"construct"},)" + std::string(step));
+    EXPECT_THAT(ErrorOf(text), HasSubstr(std::string(message))) << step;
   }
 }
 

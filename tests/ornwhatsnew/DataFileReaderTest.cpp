@@ -20,6 +20,7 @@ void PrintTo(DataRowKind kind, std::ostream* stream) {
 
 namespace {
 
+using test_support::kSeed;
 using test_support::RandomSource;
 using testing::ElementsAre;
 using testing::IsEmpty;
@@ -27,8 +28,7 @@ using testing::IsEmpty;
 using Kind = DataRowKind;
 using Reason = DataRowSkipReason;
 
-constexpr std::uint64_t kSeed = 20251120;
-constexpr char kHeader[] = "version,grouping,,,,,,,,\n";
+constexpr char kHeaderRow[] = "version,grouping,,,,,,,,\n";
 
 // A copy of a `DataRow`. Tests need copies, because each call to `Next` overwrites the row that the
 // previous call returned.
@@ -80,9 +80,9 @@ TEST(DataFileReader, EmptyTextHasNoRows) {
 }
 
 TEST(DataFileReader, FinalNewlineYieldsABlankRow) {
-  EXPECT_THAT(Kinds(kHeader), ElementsAre(Kind::kHeader, Kind::kSkipped));
-  EXPECT_EQ(Read(kHeader)[1].reason, Reason::kBlank);
-  EXPECT_EQ(Read(kHeader)[1].fieldCount, 0U);
+  EXPECT_THAT(Kinds(kHeaderRow), ElementsAre(Kind::kHeader, Kind::kSkipped));
+  EXPECT_EQ(Read(kHeaderRow)[1].reason, Reason::kBlank);
+  EXPECT_EQ(Read(kHeaderRow)[1].fieldCount, 0U);
 }
 
 TEST(DataFileReader, CountsLinesFromOne) {
@@ -110,7 +110,7 @@ TEST(DataFileReader, SkipsARowWithoutAGroupingIDBeforeTheHeader) {
 }
 
 TEST(DataFileReader, ReportsWhyARowIsSkipped) {
-  const auto rows = Read(std::string(kHeader) +
+  const auto rows = Read(std::string(kHeaderRow) +
                          "\n"
                          "\r\n"
                          "\"\"\n"
@@ -130,19 +130,19 @@ TEST(DataFileReader, ReportsWhyARowIsSkipped) {
 TEST(DataFileReader, ChangesSinceRowMayHaveAnyFieldCount) {
   for (const char* row : {"2.1,Changes-Since", "2.1,changes-since,,,,,,,,",
                           "2.1,CHANGES-SINCE,,,,,,,,,,,,", "2.1,\"Changes-Since\""}) {
-    const auto rows = Read(kHeader + std::string(row));
+    const auto rows = Read(kHeaderRow + std::string(row));
     EXPECT_EQ(rows[1].kind, Kind::kChangesSince) << row;
     EXPECT_EQ(rows[1].values[0], "2.1") << row;
   }
 }
 
 TEST(DataFileReader, ShortRowInheritsItsMissingFields) {
-  EXPECT_THAT(LastValues(std::string(kHeader) + "1,2,3,4,5,6,7,8,9,10\na,b"),
+  EXPECT_THAT(LastValues(std::string(kHeaderRow) + "1,2,3,4,5,6,7,8,9,10\na,b"),
               ElementsAre("a", "b", "3", "4", "5", "6", "7", "8", "9", "10"));
 }
 
 TEST(DataFileReader, SkippedRowOverwritesTheCurrentValues) {
-  EXPECT_THAT(LastValues(std::string(kHeader) + "x,y,z\n"),
+  EXPECT_THAT(LastValues(std::string(kHeaderRow) + "x,y,z\n"),
               ElementsAre("x", "y", "z", "", "", "", "", "", "", ""));
 }
 
@@ -154,25 +154,25 @@ TEST(DataFileReader, RowOfTwoQuotesHasOneEmptyField) {
 }
 
 TEST(DataFileReader, BlankRowAfterAChangesSinceRowRepeatsIt) {
-  const auto rows = Read(std::string(kHeader) + "2.1,Changes-Since\n");
+  const auto rows = Read(std::string(kHeaderRow) + "2.1,Changes-Since\n");
   EXPECT_EQ(rows[2].kind, Kind::kChangesSince);
   EXPECT_EQ(rows[2].values[0], "2.1");
 }
 
 TEST(DataFileReader, OneFieldRowAfterAChangesSinceRowSetsAnotherVersion) {
-  const auto rows = Read(std::string(kHeader) + "2.1,Changes-Since\n3.0");
+  const auto rows = Read(std::string(kHeaderRow) + "2.1,Changes-Since\n3.0");
   EXPECT_EQ(rows[2].kind, Kind::kChangesSince);
   EXPECT_EQ(rows[2].values[0], "3.0");
 }
 
 TEST(DataFileReader, BlankRowAfterAChangeIsSkipped) {
-  EXPECT_THAT(Kinds(std::string(kHeader) + "1,EPIC-1,,,,,,,,\n\n"),
+  EXPECT_THAT(Kinds(std::string(kHeaderRow) + "1,EPIC-1,,,,,,,,\n\n"),
               ElementsAre(Kind::kHeader, Kind::kChange, Kind::kSkipped, Kind::kSkipped));
 }
 
 TEST(DataFileReader, CarriageReturnsBeforeNewlinesDoNotAffectTheRows) {
   const std::string plain =
-      std::string(kHeader) + "2.1,Changes-Since\n\n1,EPIC-1,,,,,,,,\"a,b\"\n\nx\n";
+      std::string(kHeaderRow) + "2.1,Changes-Since\n\n1,EPIC-1,,,,,,,,\"a,b\"\n\nx\n";
   std::string withReturns;
   for (const char c : plain) withReturns += c == '\n' ? std::string("\r\n") : std::string(1, c);
   const auto expected = Read(plain);
@@ -257,7 +257,7 @@ TEST(DataFileReader, KeepsTheByteOrderMarkOfASkippedFirstRow) {
 }
 
 TEST(DataFileReader, KeepsAByteOrderMarkAfterTheHeader) {
-  const auto rows = Read(std::string(kHeader) +
+  const auto rows = Read(std::string(kHeaderRow) +
                          "\xEF\xBB\xBF"
                          "1,EPIC-1,,,,,,,,");
   EXPECT_EQ(rows[1].values[0],

@@ -20,6 +20,7 @@ using test_support::ChangeRow;
 using test_support::DataFile;
 using test_support::Display;
 using test_support::Format;
+using test_support::kURL;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
@@ -27,8 +28,7 @@ using testing::Not;
 using testing::Pair;
 using testing::UnorderedElementsAre;
 
-constexpr char kURL[] = "https://a.example/1";
-constexpr char kHeader[] = "\n\tChanges since v\n\n";
+constexpr char kHeading[] = "\n\tChanges since v\n\n";
 constexpr char kIssues[] = ORNWHATSNEW_ISSUE_TRACKER "/browse/";
 constexpr char kCommits[] = ORNWHATSNEW_COMMIT_BROWSER "/ORN/orn/commit/";
 constexpr char kPrivacy[] = ORNWHATSNEW_PRIVACY_PAGE;
@@ -51,8 +51,8 @@ class DisplayText : public test_support::FakeHostTest {
   // Displays a new list with these changes and returns the text after the panel's header.
   std::string Body(const std::vector<ChangeRow>& rows, DisplayOptions options = {}) {
     const std::string text = Show(rows, options).text;
-    EXPECT_THAT(text, testing::StartsWith(kHeader));
-    return text.substr(std::string(kHeader).size());
+    EXPECT_THAT(text, testing::StartsWith(kHeading));
+    return text.substr(std::string(kHeading).size());
   }
 
   void AddFeature(std::int32_t visibility = 0, const std::string& epic = "EPIC-7") {
@@ -204,7 +204,7 @@ TEST_F(DisplayText, NamesAndDescriptionsAreLocalised) {
 TEST_F(DisplayText, SectionsShowTheirNames) {
   const Display display = Show({{.groupingID = "MISC", .description = "One"},
                                 {.groupingID = "BUGFIX", .description = "Two"}});
-  EXPECT_EQ(display.text, std::string(kHeader) +
+  EXPECT_EQ(display.text, std::string(kHeading) +
                               "Miscellaneous\n\t\u2022 \tOne\n"
                               "Bug fixes\n\t\u2022 \tTwo\n");
 }
@@ -377,7 +377,7 @@ TEST_F(DisplayText, ExternalUsersSeeNoIssueKeyCommitOrNote) {
                                  .url = "http://a.example",
                                  .sha = "abc",
                                  .description = "Text"}});
-  EXPECT_EQ(display.text, std::string(kHeader) +
+  EXPECT_EQ(display.text, std::string(kHeading) +
                               "Export\tUNLOCKED\n\uFEFF\uFEFF\tExports files\n\t\u2022 \tText\n");
   for (const StyleID style : {kStyleIssueLink, kStyleCommitLink, kStyleInternalWarning}) {
     EXPECT_FALSE(display.runs.contains(style)) << static_cast<int>(style);
@@ -392,7 +392,7 @@ TEST_F(DisplayText, NotesAreShownBeforePlatformAndDescription) {
                                  .url = "http://a.example",
                                  .description = "Text"}});
   EXPECT_EQ(display.text,
-            std::string(kHeader) +
+            std::string(kHeading) +
                 "Internal notes\tTARSA ONLY\n\t\u2022 \t(Unknown Jira Issue none-1) "
                 "(View More URL ignored: malformed and in INTERNAL section) "
                 "(Malformed platform ignored: linux) (Malformed salience ignored: loud) Text\n");
@@ -498,7 +498,7 @@ TEST_F(DisplayText, EveryLineEndsWithTheLocalisedNewline) {
   host_.AddTranslation("$$$/private/ornwhatsnew/Feature/Newline", "|");
   EXPECT_EQ(
       Show({{.groupingID = "EPIC-7", .description = "Text"}}, {}, "?").text,
-      std::string(kHeader) + "Export\tUNLOCKED|\uFEFF\uFEFF\tExports files|\t\u2022 \tText||?|");
+      std::string(kHeading) + "Export\tUNLOCKED|\uFEFF\uFEFF\tExports files|\t\u2022 \tText||?|");
   const Display rating = Show({}, kRatingView);
   EXPECT_THAT(rating.Pieces(kStyleHeader).at(0), "||");
 }
@@ -511,7 +511,7 @@ TEST_F(DisplayText, TextWithAnEmptyTranslationStillHasARun) {
   const Display display =
       Show({{.groupingID = "EPIC-7", .platform = "Mac", .description = "$$$/change=Text"}});
   EXPECT_EQ(display.text,
-            std::string(kHeader) + "Export\t\n\uFEFF\uFEFF\tExports files\n\t\u2022 \t\n");
+            std::string(kHeading) + "Export\t\n\uFEFF\uFEFF\tExports files\n\t\u2022 \t\n");
   EXPECT_THAT(display.Pieces(kStyleUnlockLabel), ElementsAre(""));
   EXPECT_THAT(display.Pieces(kStyleUnlockLabelBox), ElementsAre(""));
   EXPECT_THAT(display.Pieces(kStyleChangeText), ElementsAre("\t\u2022 \t", "", ""));
@@ -521,7 +521,7 @@ TEST_F(DisplayText, RatingPlaceholderFollowsEachItem) {
   AddFeature();
   const std::vector<ChangeRow> rows = {{.groupingID = "MISC", .description = "Text"}};
   const Display display = Show(rows, {}, "RATE");
-  EXPECT_EQ(display.text, std::string(kHeader) +
+  EXPECT_EQ(display.text, std::string(kHeading) +
                               "Export\tUNLOCKED\n\uFEFF\uFEFF\tExports files\n\nRATE\n"
                               "Miscellaneous\n\t\u2022 \tText\n\nRATE\n");
   EXPECT_THAT(display.Pieces(kStyleRatingPlaceholder), ElementsAre("\nRATE\n", "\nRATE\n"));

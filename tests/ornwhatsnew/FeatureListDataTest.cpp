@@ -23,7 +23,7 @@ using test_support::MakeItem;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-constexpr char kLastVersionKey[] = "WhatsNew.LastVersionSeenWhatsNew";
+constexpr char kStoredVersionKey[] = "WhatsNew.LastVersionSeenWhatsNew";
 
 static_assert(!std::is_copy_constructible_v<FeatureListData>);
 static_assert(!std::is_polymorphic_v<FeatureListData>);
@@ -44,26 +44,26 @@ TEST_F(FeatureList, StartsEmptyAndDoesNotReadTheState) {
 TEST_F(FeatureList, ReadsTheRunningVersionInTheConstructor) {
   host_.SetClientVersion("30.0");
   Format(list_);
-  EXPECT_EQ(host_.State().Text(kLastVersionKey), "25.1.0.42");
+  EXPECT_EQ(host_.State().Text(kStoredVersionKey), "25.1.0.42");
 }
 
 TEST_F(FeatureList, UsesTheGivenCallbacks) {
-  host_.SetDebugEntry(kLastVersionKey, "debug");
+  host_.SetDebugEntry(kStoredVersionKey, "debug");
   list_.RefreshInternalSeenState();
   Format(list_);
   EXPECT_EQ(host_.State().GetterCalls(), 3);
   EXPECT_EQ(host_.State().SetterCalls(), 3);
-  EXPECT_EQ(host_.DebugEntry(kLastVersionKey), "debug");
+  EXPECT_EQ(host_.DebugEntry(kStoredVersionKey), "debug");
 }
 
 // Loads and displays a list with the callbacks `getter` and `setter`. Expects that the list uses
 // the debug database as its state store and calls neither callback.
 void ExpectStateInDebugDatabase(test_support::FakeHost& host, StateGetter getter,
                                 StateSetter setter) {
-  host.SetDebugEntry(kLastVersionKey, "24.0.0.1");
+  host.SetDebugEntry(kStoredVersionKey, "24.0.0.1");
   FeatureListData list("", std::move(getter), std::move(setter));
   EXPECT_THAT(Format(list, kShowOnlyNew).text, testing::HasSubstr("opened in v24.0.0.1"));
-  EXPECT_EQ(host.DebugEntry(kLastVersionKey), "25.1.0.42");
+  EXPECT_EQ(host.DebugEntry(kStoredVersionKey), "25.1.0.42");
   EXPECT_EQ(host.State().GetterCalls(), 0);
   EXPECT_EQ(host.State().SetterCalls(), 0);
 }

@@ -15,13 +15,13 @@ namespace ornwhatsnew {
 namespace {
 
 using test_support::ChangeRow;
+using test_support::kURL;
 using test_support::MakeDetail;
 using test_support::MakeItem;
 using testing::ElementsAre;
 using testing::IsEmpty;
 using Visibility = FeatureListItem::Visibility;
 
-constexpr char kURL[] = "https://a.example/1";
 constexpr char kOtherURL[] = "https://a.example/2";
 
 FeatureListItem Feature() {

@@ -11,12 +11,11 @@
 namespace ornwhatsnew {
 namespace {
 
+using test_support::kSeed;
 using test_support::PlainUTF16to8;
 using test_support::PlainUTF8to16;
 using test_support::RandomSource;
 using testing::ElementsAre;
-
-constexpr std::uint64_t kSeed = 20251120;
 
 std::string PlainClean(const std::string& field) {
   std::string bytes = field;

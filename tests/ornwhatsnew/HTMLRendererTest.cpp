@@ -17,7 +17,7 @@ using testing::HasSubstr;
 using testing::Not;
 
 // Returns the HTML inside the element of the panel.
-std::string Render(const LayoutBuilder& builder, HTMLOptions options = {}) {
+std::string HTMLOf(const LayoutBuilder& builder, HTMLOptions options = {}) {
   options.idPrefix = "x-";
   const std::string html = RenderHTML(builder.Layout(), options);
   const std::string begin = "<section class=\"ornwhatsnew\" dir=\"auto\">\n";
@@ -30,14 +30,14 @@ std::string Render(const LayoutBuilder& builder, HTMLOptions options = {}) {
 std::string RenderSpan(const std::u16string& text, std::optional<StyleID> style = {},
                        std::u16string link = {}) {
   const std::string html =
-      Render(LayoutBuilder().Begin(kNotice).Span(text, style, std::move(link)));
+      HTMLOf(LayoutBuilder().Begin(kNotice).Span(text, style, std::move(link)));
   const std::string begin = "<p class=\"ornwhatsnew-notice\">";
   EXPECT_TRUE(html.starts_with(begin)) << html;
   return html.substr(begin.size(), html.find("</p>") - begin.size());
 }
 
 TEST(HTMLRenderer, AnEmptyPanelIsAnEmptyElement) {
-  EXPECT_EQ("", Render({}));
+  EXPECT_EQ("", HTMLOf({}));
 }
 
 TEST(HTMLRenderer, WritesAnElementForEachParagraph) {
@@ -64,18 +64,18 @@ TEST(HTMLRenderer, WritesAnElementForEachParagraph) {
       "<article class=\"ornwhatsnew-item ornwhatsnew-section\" id=\"x-MISC\">\n"
       "<h3 class=\"ornwhatsnew-title\">Other</h3>\n"
       "</article>\n",
-      Render(builder));
+      HTMLOf(builder));
 }
 
 TEST(HTMLRenderer, TitlesOfAPanelWithoutAHeaderSkipNoHeadingLevel) {
-  EXPECT_THAT(Render(LayoutBuilder().Begin(kTitle).Span(u"Title")),
+  EXPECT_THAT(HTMLOf(LayoutBuilder().Begin(kTitle).Span(u"Title")),
               HasSubstr("<h2 class=\"ornwhatsnew-title\">Title</h2>"));
 }
 
 TEST(HTMLRenderer, HeadingsBeginAtTheLevelOfTheOptions) {
   LayoutBuilder builder;
   builder.Begin(kHeader).Span(u"Header").Begin(kTitle, "a").Span(u"Title");
-  const std::string html = Render(builder, {.headingLevel = 5});
+  const std::string html = HTMLOf(builder, {.headingLevel = 5});
   EXPECT_THAT(html, HasSubstr("<h5 class=\"ornwhatsnew-header\">Header</h5>"));
   EXPECT_THAT(html, HasSubstr("<h6 class=\"ornwhatsnew-title\">Title</h6>"));
 }
@@ -85,7 +85,7 @@ TEST(HTMLRenderer, ParagraphsHaveTheIDsOfTheOptions) {
   builder.Begin(kTitle, "a").Span(u"Title").Begin(kChange, "a").Span(u"One");
   builder.Begin(kChange, "a").Span(u"Two").Rating(u"Good?").Begin(kNotice).Span(u"Notice");
   const std::vector<std::string> ids = {"", "one", "a\"b", "rating"};
-  const std::string html = Render(builder, {.paragraphIDs = ids});
+  const std::string html = HTMLOf(builder, {.paragraphIDs = ids});
   EXPECT_THAT(html, HasSubstr("<h2 class=\"ornwhatsnew-title\">"));
   EXPECT_THAT(html, HasSubstr("<li class=\"ornwhatsnew-change\" id=\"one\">One</li>"));
   EXPECT_THAT(html, HasSubstr("<li class=\"ornwhatsnew-change\" id=\"a&quot;b\">Two</li>"));
@@ -95,16 +95,16 @@ TEST(HTMLRenderer, ParagraphsHaveTheIDsOfTheOptions) {
 
 TEST(HTMLRenderer, WritesNoticesOutsideOfItems) {
   EXPECT_EQ("<p class=\"ornwhatsnew-notice\">a</p>\n<p class=\"ornwhatsnew-notice\">b</p>\n",
-            Render(LayoutBuilder().Begin(kNotice).Span(u"a").Begin(kNotice).Span(u"b")));
+            HTMLOf(LayoutBuilder().Begin(kNotice).Span(u"a").Begin(kNotice).Span(u"b")));
 }
 
 TEST(HTMLRenderer, ARatingRequestHasDescriptionAndQuestion) {
-  EXPECT_THAT(Render(LayoutBuilder().Rating(u"Good?", u"A <feature>")),
+  EXPECT_THAT(HTMLOf(LayoutBuilder().Rating(u"Good?", u"A <feature>")),
               HasSubstr("<div class=\"ornwhatsnew-rating\">\n"
                         "<p class=\"ornwhatsnew-description\">A &lt;feature&gt;</p>\n"
                         "<p class=\"ornwhatsnew-question\">Good?</p>\n"
                         "</div>\n</article>\n"));
-  EXPECT_THAT(Render(LayoutBuilder().Rating(u"")),
+  EXPECT_THAT(HTMLOf(LayoutBuilder().Rating(u"")),
               HasSubstr("rating\">\n<p class=\"ornwhatsnew-question\">How do you like it?</p>"));
 }
 
@@ -147,12 +147,12 @@ TEST(HTMLRenderer, KeepsDirectionMarksButNoOverrides) {
 }
 
 TEST(HTMLRenderer, OmitsChangesWithoutText) {
-  EXPECT_THAT(Render(LayoutBuilder().Begin(kChange)), Not(HasSubstr("<li")));
+  EXPECT_THAT(HTMLOf(LayoutBuilder().Begin(kChange)), Not(HasSubstr("<li")));
 }
 
 TEST(HTMLRenderer, EncodesTheKeyInTheID) {
   const auto render = [](const char* key) {
-    return Render(LayoutBuilder().Begin(kTitle, key).Span(u"x"));
+    return HTMLOf(LayoutBuilder().Begin(kTitle, key).Span(u"x"));
   };
   EXPECT_THAT(render("a_b c\""), HasSubstr("id=\"x-a_5Fb_20c_22\""));
   EXPECT_THAT(render("\u00E9"), HasSubstr("id=\"x-_C3_A9\""));
@@ -162,7 +162,7 @@ TEST(HTMLRenderer, EncodesTheKeyInTheID) {
 TEST(HTMLRenderer, AnItemThatOccursTwiceHasTwoIDs) {
   LayoutBuilder builder;
   for (int i = 0; i < 3; ++i) builder.Begin(kTitle, "k").Span(u"x");
-  const std::string html = Render(builder);
+  const std::string html = HTMLOf(builder);
   EXPECT_THAT(html, HasSubstr("id=\"x-k\""));
   EXPECT_THAT(html, HasSubstr("id=\"x-k.2\""));
   EXPECT_THAT(html, HasSubstr("id=\"x-k.3\""));
@@ -172,7 +172,7 @@ TEST(HTMLRenderer, AnItemWithoutATitleHasAnElement) {
   LayoutBuilder builder;
   builder.Begin(kChange, "a").Span(u"x").Begin(kChange, "b").Span(u"y");
   EXPECT_EQ(2U, test_support::ParseHTML(RenderHTML(builder.Layout())).size());
-  EXPECT_THAT(Render(builder), HasSubstr("id=\"x-b\""));
+  EXPECT_THAT(HTMLOf(builder), HasSubstr("id=\"x-b\""));
 }
 
 TEST(HTMLRenderer, TheStyleSheetContainsNothingThatEndsAStyleElement) {

@@ -16,11 +16,10 @@
 namespace ornwhatsnew {
 namespace {
 
+using test_support::kSeed;
 using test_support::PlainHash;
 using test_support::RandomSource;
 using testing::ElementsAre;
-
-constexpr std::uint64_t kSeed = 20251120;
 
 const Guid kFirst("01234567-89ab-cdef-0123-456789abcdef");
 const Guid kSecond("7f000000-0000-0000-0000-000000000001");

@@ -16,12 +16,11 @@ namespace ornwhatsnew {
 namespace {
 
 using test_support::ChangeRow;
+using test_support::kSeed;
 using test_support::MakeDetail;
 using test_support::MakeItem;
 using test_support::PlainHash;
 using test_support::RandomSource;
-
-constexpr std::uint64_t kSeed = 20251120;
 
 const ChangeRow kFullRow = {.version = "25.1",
                             .groupingID = "epic-7",

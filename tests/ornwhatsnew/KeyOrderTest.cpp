@@ -11,9 +11,9 @@ namespace ornwhatsnew {
 namespace {
 
 using Order = std::list<std::string>;
+using test_support::kSeed;
 using test_support::RandomSource;
 
-constexpr std::uint64_t kSeed = 20251120;
 constexpr const char* kKeys[] = {"", "A", "B", "C", "D", "E", "F", "a", "UNREVIEWED"};
 
 Order RandomOrder(RandomSource& random) {

@@ -18,20 +18,20 @@ using test_support::ParseMarkdown;
 using test_support::RenderedBlock;
 using testing::ElementsAre;
 
-std::string Render(const LayoutBuilder& builder) {
+std::string MarkdownOf(const LayoutBuilder& builder) {
   return RenderMarkdown(builder.Layout());
 }
 
 std::string RenderNotice(const std::u16string& text) {
-  return Render(LayoutBuilder().Begin(kNotice).Span(text));
+  return MarkdownOf(LayoutBuilder().Begin(kNotice).Span(text));
 }
 
 std::string RenderLink(const std::u16string& text, std::u16string link) {
-  return Render(LayoutBuilder().Begin(kNotice).Span(text, kStyleHotSpot, std::move(link)));
+  return MarkdownOf(LayoutBuilder().Begin(kNotice).Span(text, kStyleHotSpot, std::move(link)));
 }
 
 TEST(MarkdownRenderer, AnEmptyPanelIsEmpty) {
-  EXPECT_EQ("", Render({}));
+  EXPECT_EQ("", MarkdownOf({}));
 }
 
 TEST(MarkdownRenderer, WritesABlockForEachParagraph) {
@@ -50,7 +50,7 @@ TEST(MarkdownRenderer, WritesABlockForEachParagraph) {
       "- One (v1.2)\n- Two\n\n"
       "> A feature\\\n> Good?\n\n"
       "> How do you like it?\n",
-      Render(builder));
+      MarkdownOf(builder));
 }
 
 TEST(MarkdownRenderer, EscapesInlineSyntax) {
@@ -64,7 +64,7 @@ TEST(MarkdownRenderer, EscapesInlineSyntax) {
 TEST(MarkdownRenderer, AURLInATextIsNoLink) {
   EXPECT_EQ("http:/\\/x www\\.x\n", RenderNotice(u"http://x www.x"));
   EXPECT_EQ("http:/\\/x\n", RenderNotice(u"http:\u202E/\uFEFF/x"));
-  EXPECT_EQ("http:/\\/x\n", Render(LayoutBuilder().Begin(kNotice).Span(u"http:").Span(u"//x")));
+  EXPECT_EQ("http:/\\/x\n", MarkdownOf(LayoutBuilder().Begin(kNotice).Span(u"http:").Span(u"//x")));
 }
 
 TEST(MarkdownRenderer, EscapesSyntaxAtTheStartOfEachLine) {
@@ -78,19 +78,21 @@ TEST(MarkdownRenderer, EscapesSyntaxAtTheStartOfEachLine) {
       const std::string element = kind == kNotice ? "p" : kind == kChange ? "li" : "h2";
       LayoutBuilder builder;
       builder.Begin(kind).Span(start);
-      EXPECT_THAT(ParseMarkdown(Render(builder)), ElementsAre(RenderedBlock{element, visible, {}}))
-          << Render(builder);
+      EXPECT_THAT(ParseMarkdown(MarkdownOf(builder)),
+                  ElementsAre(RenderedBlock{element, visible, {}}))
+          << MarkdownOf(builder);
       if (kind == kTitle) continue;
       builder.Span(u"\u2028").Span(start);
-      EXPECT_THAT(ParseMarkdown(Render(builder)),
+      EXPECT_THAT(ParseMarkdown(MarkdownOf(builder)),
                   ElementsAre(RenderedBlock{element, visible + "\n" + visible, {}}))
-          << Render(builder);
+          << MarkdownOf(builder);
     }
   }
 }
 
 TEST(MarkdownRenderer, EscapesANumberThatSeveralSpansForm) {
-  EXPECT_EQ("12\\. x\n", Render(LayoutBuilder().Begin(kNotice).Span(u"1").Span(u"2").Span(u". x")));
+  EXPECT_EQ("12\\. x\n",
+            MarkdownOf(LayoutBuilder().Begin(kNotice).Span(u"1").Span(u"2").Span(u". x")));
 }
 
 // CommonMark limits the numbers of ordered lists to nine digits. The renderer does not check longer
@@ -103,8 +105,8 @@ TEST(MarkdownRenderer, EscapesOnlyNumbersThatCanBeginAList) {
 TEST(MarkdownRenderer, LineEndsAreHardBreaks) {
   EXPECT_EQ("a\\\nb\n", RenderNotice(u" a \u2028  b "));
   EXPECT_EQ("a\\\n\\\nb\n", RenderNotice(u"a\u2028\u2028b"));
-  EXPECT_EQ("- a\\\n  b\n", Render(LayoutBuilder().Begin(kChange).Span(u"a\u2028b")));
-  EXPECT_EQ("## a b\n", Render(LayoutBuilder().Begin(kTitle).Span(u"a\u2028b")));
+  EXPECT_EQ("- a\\\n  b\n", MarkdownOf(LayoutBuilder().Begin(kChange).Span(u"a\u2028b")));
+  EXPECT_EQ("## a b\n", MarkdownOf(LayoutBuilder().Begin(kTitle).Span(u"a\u2028b")));
   EXPECT_EQ("a\n", RenderNotice(u"\u2028a\u2028\u202A"));
 }
 
@@ -128,12 +130,12 @@ TEST(MarkdownRenderer, ALinkThatIsItsOwnTextKeepsAnAmpersand) {
 TEST(MarkdownRenderer, ALinkAfterAnExclamationMarkIsNoImage) {
   LayoutBuilder builder;
   builder.Begin(kNotice).Span(u"Wow!").Span(u"x", kStyleHotSpot, u"https://x");
-  EXPECT_EQ("Wow\\![x](https://x)\n", Render(builder));
+  EXPECT_EQ("Wow\\![x](https://x)\n", MarkdownOf(builder));
 }
 
 TEST(MarkdownRenderer, LabelsAreCodeSpansWithASufficientFence) {
   const auto render = [](const std::u16string& label) {
-    return Render(LayoutBuilder().Begin(kTitle).Span(u"x ").Span(label, kStyleUnlockLabel));
+    return MarkdownOf(LayoutBuilder().Begin(kTitle).Span(u"x ").Span(label, kStyleUnlockLabel));
   };
   EXPECT_EQ("## x `A *B*`\n", render(u"A *B*"));
   EXPECT_EQ("## x ```A``B```\n", render(u"A``B"));
@@ -147,7 +149,7 @@ TEST(MarkdownRenderer, LabelsAreCodeSpansWithASufficientFence) {
 TEST(MarkdownRenderer, ALabelAfterALabelIsText) {
   LayoutBuilder builder;
   builder.Begin(kTitle).Span(u"A", kStyleUnlockLabel).Span(u"B", kStyleUnlockLabel);
-  EXPECT_EQ("## `A`B\n", Render(builder));
+  EXPECT_EQ("## `A`B\n", MarkdownOf(builder));
 }
 
 TEST(MarkdownRenderer, ReplacesControlCharactersAndUnpairedSurrogates) {
@@ -161,14 +163,14 @@ TEST(MarkdownRenderer, OmitsByteOrderMarks) {
 }
 
 TEST(MarkdownRenderer, OmitsBlocksWithoutText) {
-  EXPECT_EQ("a\n\nb\n", Render(LayoutBuilder()
-                                   .Begin(kNotice)
-                                   .Span(u"a")
-                                   .Begin(kChange)
-                                   .Begin(kNotice)
-                                   .Span(u"\u202A")
-                                   .Begin(kNotice)
-                                   .Span(u"b")));
+  EXPECT_EQ("a\n\nb\n", MarkdownOf(LayoutBuilder()
+                                       .Begin(kNotice)
+                                       .Span(u"a")
+                                       .Begin(kChange)
+                                       .Begin(kNotice)
+                                       .Span(u"\u202A")
+                                       .Begin(kNotice)
+                                       .Span(u"b")));
 }
 
 }  // namespace

@@ -26,11 +26,11 @@ namespace {
 
 using test_support::ChangeRow;
 using test_support::DataFile;
+using test_support::kURL;
 using testing::ElementsAre;
 using testing::Field;
 using testing::IsEmpty;
 
-constexpr char kURL[] = "https://a.example/1";
 constexpr char kNewlineKey[] = "$$$/private/ornwhatsnew/Feature/Newline";
 constexpr char kTabKey[] = "$$$/ornwhatsnew/Feature/Detail/Plain/DisplayTemplate/Tab";
 constexpr char kBulletKey[] = "$$$/ornwhatsnew/Feature/Detail/Plain/DisplayTemplate";

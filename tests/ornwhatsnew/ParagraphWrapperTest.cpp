@@ -10,10 +10,12 @@
 #include <orncore/string/DisplayWidth.h>
 
 #include "ornwhatsnew/src/render/ParagraphWrapper.h"
+#include "tests/support/RandomSource.h"
 
 namespace ornwhatsnew {
 namespace {
 
+using test_support::kSeed;
 using testing::ElementsAre;
 
 /// Returns the lines of the paragraph `text`, each with its indent, as they appear in plain text
@@ -108,7 +110,6 @@ TEST(ParagraphWrapper, WrapsSeveralParagraphs) {
 }
 
 TEST(ParagraphWrapper, KeepsAllTextAndFitsAtEveryWidth) {
-  constexpr unsigned kSeed = 80'120;
   SCOPED_TRACE(testing::Message() << "seed " << kSeed);
   std::mt19937 random(kSeed);
   const std::vector<std::u16string> fragments = {

@@ -16,19 +16,19 @@ namespace {
 using test_support::ExplainedVisibilities;
 using test_support::FirstDifference;
 using test_support::FormatWithLibrary;
+using test_support::kSeed;
 using test_support::PlainPanel;
 using test_support::RandomSource;
 using test_support::RandomWorld;
 
-constexpr std::uint64_t kSeed = 20251120;
 constexpr int kWorlds = 250;
 constexpr int kStepsPerWorld = 12;
 
 // A list of the library, and a list of the plain implementation with the same content. Each list
 // has its own state store. Both stores must always have the same content.
-class Pair {
+class ListPair {
  public:
-  explicit Pair(RandomWorld& world)
+  explicit ListPair(RandomWorld& world)
       : world_(world),
         store_(world.Host().State().AllTexts()),
         list_(world.Host().Getter(), world.Host().Setter()),
@@ -104,7 +104,7 @@ TEST(PlainPanel, MatchesTheLibraryInRandomWorlds) {
     SCOPED_TRACE("seed " + std::to_string(seed));
     RandomSource random(seed);
     RandomWorld world(random);
-    Pair pair(world);
+    ListPair pair(world);
     const std::string dataText = world.DataFile();
     pair.Load(dataText);
     for (int step = 0; step < kStepsPerWorld; ++step) {

@@ -13,10 +13,10 @@
 namespace ornwhatsnew {
 namespace {
 
+using test_support::kSeed;
 using test_support::PlainUTF8to16;
 using test_support::RandomSource;
 
-constexpr std::uint64_t kSeed = 20251120;
 constexpr int kMax = std::numeric_limits<int>::max();
 constexpr int kMin = std::numeric_limits<int>::min();
 

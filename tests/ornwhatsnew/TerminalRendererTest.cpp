@@ -11,30 +11,33 @@
 #include <ornwhatsnew/PanelRenderers.h>
 
 #include "tests/support/LayoutBuilder.h"
+#include "tests/support/RandomSource.h"
 
 namespace ornwhatsnew {
 namespace {
 
 using enum ParagraphKind;
+using test_support::kSeed;
 using test_support::LayoutBuilder;
 using testing::HasSubstr;
 using testing::Not;
 
 const TerminalOptions kStyled = {0, true, true};
 
-std::string Render(const LayoutBuilder& builder, const TerminalOptions& options = {}) {
+std::string TerminalTextOf(const LayoutBuilder& builder, const TerminalOptions& options = {}) {
   return RenderTerminalText(builder.Layout(), options);
 }
 
 std::string RenderChange(const std::u16string& text, std::size_t width = 0) {
-  return Render(LayoutBuilder().Begin(kChange).Span(text, kStyleChangeText), {.width = width});
+  return TerminalTextOf(LayoutBuilder().Begin(kChange).Span(text, kStyleChangeText),
+                        {.width = width});
 }
 
 std::string RenderBullet(const std::u16string& bullet) {
   LayoutBuilder builder;
   builder.Begin(kChange).Span(u"text", kStyleChangeText);
   builder.Last().bullet = bullet;
-  return Render(builder);
+  return TerminalTextOf(builder);
 }
 
 LayoutBuilder WithLink(StyleID style, const std::u16string& text, std::u16string link) {
@@ -42,7 +45,7 @@ LayoutBuilder WithLink(StyleID style, const std::u16string& text, std::u16string
 }
 
 TEST(TerminalRenderer, AnEmptyPanelIsAnEmptyLine) {
-  EXPECT_EQ("\n", Render({}));
+  EXPECT_EQ("\n", TerminalTextOf({}));
 }
 
 TEST(TerminalRenderer, IndentsAllParagraphsExceptTitles) {
@@ -50,7 +53,7 @@ TEST(TerminalRenderer, IndentsAllParagraphsExceptTitles) {
   builder.Begin(kTitle).Span(u"Title", kStyleFeatureTitle);
   builder.Begin(kDescription).Span(u"Description", kStyleFeatureDescription);
   builder.Begin(kChange).Span(u"Change", kStyleChangeText);
-  EXPECT_EQ("Title\n   Description\n   \u2022  Change\n", Render(builder));
+  EXPECT_EQ("Title\n   Description\n   \u2022  Change\n", TerminalTextOf(builder));
 }
 
 TEST(TerminalRenderer, AChangeBeginsAtTheNextIndentAfterItsBullet) {
@@ -62,7 +65,7 @@ TEST(TerminalRenderer, AChangeBeginsAtTheNextIndentAfterItsBullet) {
 }
 
 TEST(TerminalRenderer, AChangeWithoutTextIsABullet) {
-  EXPECT_EQ("   \u2022\n", Render(LayoutBuilder().Begin(kChange)));
+  EXPECT_EQ("   \u2022\n", TerminalTextOf(LayoutBuilder().Begin(kChange)));
 }
 
 TEST(TerminalRenderer, AGapSeparatesLabelsAndLinksFromTheText) {
@@ -73,13 +76,13 @@ TEST(TerminalRenderer, AGapSeparatesLabelsAndLinksFromTheText) {
       .Span(u"NEW", kStyleUnlockLabel);
   builder.Begin(kDescription).Span(u"Text", kStyleFeatureDescription);
   builder.Span(u" ").Span(u"ORN-1", kStyleIssueLink).Span(u" ").Span(u"More", kStyleHotSpot);
-  EXPECT_EQ("Title   NEW\n   Text ORN-1   More\n", Render(builder));
+  EXPECT_EQ("Title   NEW\n   Text ORN-1   More\n", TerminalTextOf(builder));
 }
 
 TEST(TerminalRenderer, ATranslatedGapIsUnchanged) {
   LayoutBuilder builder;
   builder.Begin(kTitle).Span(u"Title", kStyleFeatureTitle).Span(u" | ");
-  EXPECT_EQ("Title | NEW\n", Render(builder.Span(u"NEW", kStyleUnlockLabel)));
+  EXPECT_EQ("Title | NEW\n", TerminalTextOf(builder.Span(u"NEW", kStyleUnlockLabel)));
 }
 
 TEST(TerminalRenderer, WrapsWithHangingIndents) {
@@ -88,7 +91,7 @@ TEST(TerminalRenderer, WrapsWithHangingIndents) {
   LayoutBuilder builder;
   builder.Begin(kDescription).Span(u"one two three four five six seven eight nine");
   EXPECT_EQ("   one two three four five six seven\n   eight nine\n",
-            Render(builder, {.width = 40}));
+            TerminalTextOf(builder, {.width = 40}));
 }
 
 TEST(TerminalRenderer, TheFirstWordIsOnTheLineOfTheBulletEvenIfItDoesNotFit) {
@@ -107,22 +110,22 @@ TEST(TerminalRenderer, ALongBulletDoesNotIndentEachLineByItsWidth) {
   builder.Begin(kChange).Span(u"one\u2028two");
   builder.Last().bullet = std::u16string(60, u'-');
   EXPECT_EQ("   " + std::string(60, '-') + "   one\n" + std::string(40, ' ') + "two\n",
-            Render(builder));
+            TerminalTextOf(builder));
 }
 
 TEST(TerminalRenderer, NarrowTerminalsHaveNarrowIndents) {
   const LayoutBuilder builder = LayoutBuilder().Begin(kDescription).Span(u"ab");
-  EXPECT_EQ("   ab\n", Render(builder, {.width = 40}));
-  EXPECT_EQ("  ab\n", Render(builder, {.width = 39}));
-  EXPECT_EQ(" ab\n", Render(builder, {.width = 19}));
-  EXPECT_EQ("a\nb\n", Render(builder, {.width = 1}));
+  EXPECT_EQ("   ab\n", TerminalTextOf(builder, {.width = 40}));
+  EXPECT_EQ("  ab\n", TerminalTextOf(builder, {.width = 39}));
+  EXPECT_EQ(" ab\n", TerminalTextOf(builder, {.width = 19}));
+  EXPECT_EQ("a\nb\n", TerminalTextOf(builder, {.width = 1}));
 }
 
 TEST(TerminalRenderer, TitlesHaveAHangingIndent) {
   LayoutBuilder builder;
   builder.Begin(kTitle).Span(u"A long title", kStyleFeatureTitle).Span(u" ");
   EXPECT_EQ("A long\n title\n LABEL\n",
-            Render(builder.Span(u"LABEL", kStyleUnlockLabel), {.width = 7}));
+            TerminalTextOf(builder.Span(u"LABEL", kStyleUnlockLabel), {.width = 7}));
 }
 
 TEST(TerminalRenderer, EmptyLinesSeparateItemsHeaderNoticesAndRatings) {
@@ -132,13 +135,15 @@ TEST(TerminalRenderer, EmptyLinesSeparateItemsHeaderNoticesAndRatings) {
   builder.Begin(kTitle).Span(u"One").Begin(kChange).Span(u"change").Rating(u"Good?");
   builder.Begin(kTitle).Span(u"Two");
   EXPECT_EQ("   Header\n\n   Notice\n\n   More\n\nOne\n   \u2022  change\n\n   Good?\n\nTwo\n",
-            Render(builder));
+            TerminalTextOf(builder));
 }
 
 TEST(TerminalRenderer, RatingRequestsHaveTheirOwnOrTheDefaultQuestion) {
-  EXPECT_EQ("   Good?\n   rate it\n", Render(LayoutBuilder().Rating(u"Good?\nrate it", u"hidden")));
-  EXPECT_EQ("   How do you like it?\n", Render(LayoutBuilder().Rating(u"")));
-  EXPECT_EQ("   \x1B[3;94mGood?\x1B[0m\n", Render(LayoutBuilder().Rating(u"Good?"), kStyled));
+  EXPECT_EQ("   Good?\n   rate it\n",
+            TerminalTextOf(LayoutBuilder().Rating(u"Good?\nrate it", u"hidden")));
+  EXPECT_EQ("   How do you like it?\n", TerminalTextOf(LayoutBuilder().Rating(u"")));
+  EXPECT_EQ("   \x1B[3;94mGood?\x1B[0m\n",
+            TerminalTextOf(LayoutBuilder().Rating(u"Good?"), kStyled));
 }
 
 TEST(TerminalRenderer, TheLineOfARatingRequestIsNotWrapped) {
@@ -148,35 +153,36 @@ TEST(TerminalRenderer, TheLineOfARatingRequestIsNotWrapped) {
   };
   EXPECT_EQ(
       " Is it good\n enough?\n rate 'Is it good enough?'\n\n How do you\n like it?\n rate ''\n",
-      Render(LayoutBuilder().Rating(u"Is it good enough?").Rating(u""), options));
+      TerminalTextOf(LayoutBuilder().Rating(u"Is it good enough?").Rating(u""), options));
 }
 
 TEST(TerminalRenderer, TheLineOfARatingRequestIsOneSafeLine) {
   TerminalOptions options = kStyled;
   options.ratingLine = [](const ornwhatsnew::RatingRequest&) { return u"a\x1B\n\tb"; };
   EXPECT_EQ("   \x1B[3;94mGood?\x1B[0m\n   \x1B[3;94ma\u241B  b\x1B[0m\n",
-            Render(LayoutBuilder().Rating(u"Good?"), options));
+            TerminalTextOf(LayoutBuilder().Rating(u"Good?"), options));
 }
 
 TEST(TerminalRenderer, SwitchesStylesOnAndOffOnEachLine) {
   LayoutBuilder builder;
   builder.Begin(kTitle).Span(u"a ").Span(u"b c", kStyleFeatureTitle);
-  EXPECT_EQ("a \x1B[1mb c\x1B[0m\n", Render(builder, kStyled));
-  EXPECT_EQ("a \x1B[1mb\x1B[0m\n \x1B[1mc\x1B[0m\n", Render(builder, {3, true, true}));
-  EXPECT_EQ("a b c\n", Render(builder));
+  EXPECT_EQ("a \x1B[1mb c\x1B[0m\n", TerminalTextOf(builder, kStyled));
+  EXPECT_EQ("a \x1B[1mb\x1B[0m\n \x1B[1mc\x1B[0m\n", TerminalTextOf(builder, {3, true, true}));
+  EXPECT_EQ("a b c\n", TerminalTextOf(builder));
 }
 
 TEST(TerminalRenderer, LabelsAreInABox) {
   const LayoutBuilder builder = LayoutBuilder().Begin(kTitle).Span(u"NEW", kStyleUnlockLabel);
-  EXPECT_EQ("\x1B[94;7m\u00A0NEW\u00A0\x1B[0m\n", Render(builder, kStyled));
-  EXPECT_EQ("NEW\n", Render(builder));
+  EXPECT_EQ("\x1B[94;7m\u00A0NEW\u00A0\x1B[0m\n", TerminalTextOf(builder, kStyled));
+  EXPECT_EQ("NEW\n", TerminalTextOf(builder));
 }
 
 TEST(TerminalRenderer, LinksAreHyperlinksThatEndWithTheLine) {
   LayoutBuilder builder;
   builder.Begin(kTitle).Span(u"see ").Span(u"View more", kStyleHotSpot, u"https://x");
-  EXPECT_THAT(Render(builder, kStyled), HasSubstr("\x1B]8;id=1;https://x\x1B\\View more\x1B]8;;"));
-  std::istringstream lines(Render(builder, {8, true, true}));
+  EXPECT_THAT(TerminalTextOf(builder, kStyled),
+              HasSubstr("\x1B]8;id=1;https://x\x1B\\View more\x1B]8;;"));
+  std::istringstream lines(TerminalTextOf(builder, {8, true, true}));
   int count = 0;
   for (std::string line; std::getline(lines, line); ++count) {
     EXPECT_THAT(line, HasSubstr("id=1;"));
@@ -190,30 +196,31 @@ TEST(TerminalRenderer, EachLinkHasItsOwnNumber) {
   builder.Begin(kChange).Span(u"a", kStyleIssueLink, u"https://x");
   builder.Span(u"b", kStyleCommitLink, u"https://x");
   EXPECT_EQ("   \u2022  \x1B]8;id=1;https://x\x1B\\a\x1B]8;id=2;https://x\x1B\\b\x1B]8;;\x1B\\\n",
-            Render(builder, {0, false, true}));
+            TerminalTextOf(builder, {0, false, true}));
 }
 
 TEST(TerminalRenderer, ColoursAndHyperlinksAreSeparate) {
   const LayoutBuilder builder = WithLink(kStyleHotSpot, u"more", u"https://x");
   EXPECT_EQ("   \x1B]8;id=1;https://x\x1B\\more\x1B]8;;\x1B\\\n",
-            Render(builder, {0, false, true}));
-  EXPECT_EQ("   \x1B[4;94mmore <https://x>\x1B[0m\n", Render(builder, {0, true, false}));
+            TerminalTextOf(builder, {0, false, true}));
+  EXPECT_EQ("   \x1B[4;94mmore <https://x>\x1B[0m\n", TerminalTextOf(builder, {0, true, false}));
 }
 
 TEST(TerminalRenderer, UnsafeLinksAreTextWithTheirTarget) {
   EXPECT_EQ("   \x1B[4;94mView <https://x%1B\\%1B[31m>\x1B[0m\n",
-            Render(WithLink(kStyleHotSpot, u"View", u"https://x\x1B\\\x1B[31m"), kStyled));
-  EXPECT_EQ("   View <https://x/caf%C3%A9>\n",
-            Render(WithLink(kStyleHotSpot, u"View", u"https://x/caf\u00E9"), {0, false, true}));
+            TerminalTextOf(WithLink(kStyleHotSpot, u"View", u"https://x\x1B\\\x1B[31m"), kStyled));
+  EXPECT_EQ(
+      "   View <https://x/caf%C3%A9>\n",
+      TerminalTextOf(WithLink(kStyleHotSpot, u"View", u"https://x/caf\u00E9"), {0, false, true}));
 }
 
 TEST(TerminalRenderer, PlainTextHasTheTargetAfterTheLink) {
   EXPECT_EQ("   View more <https://x>\n",
-            Render(WithLink(kStyleHotSpot, u"View more", u"https://x")));
-  EXPECT_EQ("   https://x\n", Render(WithLink(kStyleHotSpot, u"https://x", u"https://x")));
-  EXPECT_EQ("   Title\n", Render(WithLink(kStyleFeatureTitle, u"Title", u"https://x")));
+            TerminalTextOf(WithLink(kStyleHotSpot, u"View more", u"https://x")));
+  EXPECT_EQ("   https://x\n", TerminalTextOf(WithLink(kStyleHotSpot, u"https://x", u"https://x")));
+  EXPECT_EQ("   Title\n", TerminalTextOf(WithLink(kStyleFeatureTitle, u"Title", u"https://x")));
   EXPECT_EQ("   View <https://x%1B[31m%0A>\n",
-            Render(WithLink(kStyleHotSpot, u"View", u"https://x\x1B[31m\n")));
+            TerminalTextOf(WithLink(kStyleHotSpot, u"View", u"https://x\x1B[31m\n")));
 }
 
 TEST(TerminalRenderer, EscapeSequencesInTheTextAreMadeVisible) {
@@ -263,7 +270,6 @@ std::string WithoutOwnSequences(std::string_view line) {
 }
 
 TEST(TerminalRenderer, RandomTextIsSafeForTheTerminal) {
-  constexpr unsigned kSeed = 18'191;
   SCOPED_TRACE(testing::Message() << "seed " << kSeed);
   std::mt19937 random(kSeed);
   const std::vector<std::u16string> fragments = {u"\x1B",   u"[",      u"]8;;",   u"\x07",   u"\\",
@@ -279,7 +285,7 @@ TEST(TerminalRenderer, RandomTextIsSafeForTheTerminal) {
       builder.Begin(static_cast<ParagraphKind>(random() % 5));
       builder.Span(text, static_cast<StyleID>(random() % 14), link).Span(text);
     }
-    std::istringstream lines(Render(builder, {random() % 20, true, random() % 2 == 0}));
+    std::istringstream lines(TerminalTextOf(builder, {random() % 20, true, random() % 2 == 0}));
     for (std::string line; std::getline(lines, line);) {
       const std::string bare = WithoutOwnSequences(line);
       for (const char byte : bare) ASSERT_TRUE(byte < 0 || byte >= 0x20) << bare;

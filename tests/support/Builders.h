@@ -15,6 +15,9 @@
 
 namespace test_support {
 
+/// A link that hosts may open.
+inline constexpr char kURL[] = "https://a.example/1";
+
 /// The ten fields of a change row, in column order.
 struct ChangeRow {
   std::string version = {};

@@ -11,6 +11,7 @@
 #include <utility>
 #include <vector>
 
+#include "tests/support/PlainRecords.h"
 #include "tests/support/PlainText.h"
 
 namespace test_support {
@@ -297,8 +298,7 @@ std::u16string CleanedString(const std::string& string) {
 
 std::string FirstRatingError(const PanelLayout& layout, unsigned options,
                              const PanelOutcome& panel) {
-  constexpr unsigned kRatingView = 0x10;
-  if ((options & kRatingView) == 0) {
+  if ((options & kRatingBit) == 0) {
     return layout.ratingRequests.empty() ? "" : "a rating request outside the rating view";
   }
   std::set<std::string> keys;

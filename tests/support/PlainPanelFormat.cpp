@@ -21,9 +21,6 @@ namespace {
 
 using namespace std::string_view_literals;
 
-constexpr unsigned kOnlyNew = 0x01;
-constexpr unsigned kRating = 0x10;
-
 std::u16string ZString(std::string_view keyText) {
   return orncore::config::Localizer::Get().ZString(keyText);
 }
@@ -62,7 +59,7 @@ class PlainPanel::Formatting {
  public:
   Formatting(unsigned options, std::u16string_view placeholder, PanelOutcome& outcome)
       : options_(options),
-        rating_((options & kRating) != 0),
+        rating_((options & kRatingBit) != 0),
         internal_(feature::IsEntitlementSetToInternalFeaturesAllowed()),
         placeholder_(placeholder),
         out_(outcome) {}
@@ -71,7 +68,7 @@ class PlainPanel::Formatting {
     std::u16string header;
     if (rating_) {
       header = newline_ + newline_;
-    } else if ((options_ & kOnlyNew) != 0 && !lastVersion.empty()) {
+    } else if ((options_ & kOnlyNewBit) != 0 && !lastVersion.empty()) {
       header = Fill(ZString("$$$/ornwhatsnew/Feature/ChangesSince/LastOpened/DisplayTemplate="
                             "#{endl}\tChanges since last opened in v@0#{endl}#{endl}"),
                     PlainUTF8to16(lastVersion));
@@ -290,7 +287,7 @@ PanelOutcome PlainPanel::Format(unsigned options, std::u16string_view ratingPlac
     for (const PlainChange& change : item->changes) {
       if (!change.IsShown(options, seen_, versions_)) continue;
       changes.push_back(&change);
-      if ((options & kRating) == 0) newlySeen_.insert(change.Seen());
+      if ((options & kRatingBit) == 0) newlySeen_.insert(change.Seen());
     }
     panel.Feature(*item, changes);
   }

@@ -19,12 +19,6 @@ namespace feature = ornappsupport::feature;
 
 namespace {
 
-constexpr unsigned kOnlyNew = 0x01;
-constexpr unsigned kPlatform = 0x02;
-constexpr unsigned kVersion = 0x04;
-constexpr unsigned kHeadlines = 0x08;
-constexpr unsigned kRating = 0x10;
-
 void AppendBytes(const Guid& guid, std::string& bytes) {
   for (const std::uint8_t byte : guid.GuidToBytes()) bytes += static_cast<char>(byte);
 }
@@ -73,26 +67,26 @@ Guid PlainChange::Rated() const {
 
 bool PlainChange::IsShown(unsigned options, const PlainGuids& seen,
                           const PlainVersions& versions) const {
-  if ((options & kPlatform) != 0 && !platform.empty() && !HasMalformedPlatform()) {
+  if ((options & kPlatformBit) != 0 && !platform.empty() && !HasMalformedPlatform()) {
     if (!PlainEqualIgnoringCase(platform, orncore::config::GetClientPlatform())) return false;
   }
-  if ((options & kHeadlines) != 0 && !HasMalformedSalience()) {
+  if ((options & kHeadlinesBit) != 0 && !HasMalformedSalience()) {
     if (!salience.empty()) return false;
     if (!PlainEqualIgnoringCase(salience, "Headline")) return false;
   }
-  if ((options & kVersion) != 0 && !firstVersion.empty()) {
+  if ((options & kVersionBit) != 0 && !firstVersion.empty()) {
     if (versions.empty()) return false;
     if (!RanRelevantVersion(*this, versions)) return false;
   }
-  if ((options & kOnlyNew) != 0 && (options & kRating) == 0) {
+  if ((options & kOnlyNewBit) != 0 && (options & kRatingBit) == 0) {
     if (seen.contains(Seen())) return false;
     if (!ratingRequest.empty() && description.empty()) return false;
   }
-  if ((options & kRating) != 0) {
+  if ((options & kRatingBit) != 0) {
     if (ratingRequest.empty()) return false;
     if (!seen.contains(Seen()) && !description.empty()) return false;
   }
-  return !description.empty() || (options & kRating) != 0;
+  return !description.empty() || (options & kRatingBit) != 0;
 }
 
 void PlainItem::Add(PlainChange change) {
@@ -128,7 +122,7 @@ Guid PlainItem::Rated() const {
 
 bool PlainItem::IsShown(unsigned options, const PlainGuids& seen,
                         const PlainVersions& versions) const {
-  const bool rating = (options & kRating) != 0;
+  const bool rating = (options & kRatingBit) != 0;
   if (rating && orncore::appstatemanager::IsTerminating()) return false;
   if (rating && PlainAnalyticsDisabled()) return false;
 
@@ -157,7 +151,7 @@ bool PlainItem::IsShown(unsigned options, const PlainGuids& seen,
     if (seen.contains(Rated())) return false;
     return seen.contains(Seen()) && anyShown;
   }
-  if ((options & kOnlyNew) != 0) return !seen.contains(Seen()) || anyShown;
+  if ((options & kOnlyNewBit) != 0) return !seen.contains(Seen()) || anyShown;
   return true;
 }
 

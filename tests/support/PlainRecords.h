@@ -14,6 +14,13 @@
 
 namespace test_support {
 
+/// The bits of the display options, as the plain implementation interprets them.
+inline constexpr unsigned kOnlyNewBit = 0x01;
+inline constexpr unsigned kPlatformBit = 0x02;
+inline constexpr unsigned kVersionBit = 0x04;
+inline constexpr unsigned kHeadlinesBit = 0x08;
+inline constexpr unsigned kRatingBit = 0x10;
+
 using PlainGuids = std::set<orncore::utility::Guid>;
 using PlainVersions = std::set<std::string>;
 

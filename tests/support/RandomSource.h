@@ -10,6 +10,9 @@
 
 namespace test_support {
 
+/// The seed of the random data in tests that use a single seed.
+inline constexpr std::uint64_t kSeed = 20251120;
+
 /// A source of random data. Tests print its seed on failure. Not thread-safe.
 class RandomSource {
  public:

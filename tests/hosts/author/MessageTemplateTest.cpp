@@ -18,7 +18,7 @@ using ::testing::Not;
 
 using std::string_literals::operator""s;
 
-constexpr std::string_view kHeader = "h1,h2,h3,h4,h5,h6,h7,h8,h9,h10\n";
+constexpr std::string_view kHeaderLine = "h1,h2,h3,h4,h5,h6,h7,h8,h9,h10\n";
 
 /// Returns the entries of `messages` without the header entry.
 std::string EntriesOf(const MessageTemplate& messages) {
@@ -29,14 +29,14 @@ std::string EntriesOf(const MessageTemplate& messages) {
 
 std::string EntriesOfDescription(std::string_view description) {
   MessageTemplate messages;
-  messages.AddDataFile("a.csv",
-                       std::string(kHeader) + ",MISC,,,,,,,," + std::string(description) + "\n");
+  messages.AddDataFile(
+      "a.csv", std::string(kHeaderLine) + ",MISC,,,,,,,," + std::string(description) + "\n");
   return EntriesOf(messages);
 }
 
 TEST(MessageTemplate, ContainsTheLocalisedColumnsOfADataFile) {
   MessageTemplate messages;
-  messages.AddDataFile("a b.csv", std::string(kHeader) +
+  messages.AddDataFile("a b.csv", std::string(kHeaderLine) +
                                       "$$$/v=4.3,MISC,,,$$$/rating=R,$$$/F=4.2,,,,$$$/text=Text\n"
                                       "$$$/since=4.1,Changes-Since\n"
                                       "1,,,,,,,,,$$$/skipped=Skipped\n");
@@ -70,9 +70,9 @@ TEST(MessageTemplate, EscapesTheStringsOfAPoFile) {
 
 TEST(MessageTemplate, MergesEqualTextsAndReportsDifferentOnes) {
   MessageTemplate messages;
-  messages.AddDataFile("a.csv", std::string(kHeader) + ",MISC,,,,,,,,$$$/a=A\n" +
+  messages.AddDataFile("a.csv", std::string(kHeaderLine) + ",MISC,,,,,,,,$$$/a=A\n" +
                                     ",MISC,,,,,,,,$$$/a=A#{comment}note\n");
-  messages.AddDataFile("b.csv", std::string(kHeader) + ",MISC,,,,,,,,$$$/a=B\n");
+  messages.AddDataFile("b.csv", std::string(kHeaderLine) + ",MISC,,,,,,,,$$$/a=B\n");
   EXPECT_EQ("#. note\n#: a.csv:2\n#: a.csv:3\nmsgctxt \"$$$/a\"\nmsgid \"A\"\nmsgstr \"\"\n",
             EntriesOf(messages));
   EXPECT_THAT(messages.Warnings(),
@@ -81,7 +81,7 @@ TEST(MessageTemplate, MergesEqualTextsAndReportsDifferentOnes) {
 
 TEST(MessageTemplate, ReportsATextThatGettextCannotContain) {
   MessageTemplate messages;
-  messages.AddDataFile("a.csv", std::string(kHeader) + ",MISC,,,,,,,,$$$/a=A\0B\n"s);
+  messages.AddDataFile("a.csv", std::string(kHeaderLine) + ",MISC,,,,,,,,$$$/a=A\0B\n"s);
   EXPECT_EQ("", EntriesOf(messages));
   EXPECT_THAT(messages.Warnings(), ElementsAre(HasSubstr("a.csv:2: ")));
 }

@@ -30,7 +30,7 @@ using ::testing::IsEmpty;
 using ::testing::Pair;
 using ::testing::StartsWith;
 
-std::string ErrorOf(std::string_view json) {
+std::string HostErrorOf(std::string_view json) {
   try {
     ParseHostDescription(json, "host.json");
   } catch (const JsonError& error) {
@@ -120,8 +120,8 @@ TEST(HostDescription, LimitsTheNumberOfFeatures) {
     for (int i = 1; i < features; ++i) text += ",{}";
     return text + "]}";
   };
-  EXPECT_EQ(ErrorOf(description(20'000)), "");
-  EXPECT_EQ(ErrorOf(description(20'001)),
+  EXPECT_EQ(HostErrorOf(description(20'000)), "");
+  EXPECT_EQ(HostErrorOf(description(20'001)),
             "host.json: /betaFeatures: all arrays together have more than 20000 elements");
 }
 
@@ -177,14 +177,14 @@ TEST(HostDescription, ErrorsNameTheFileThePathAndTheProblem) {
       {R"({"callbacks":"both"})", "host.json: ", R"(unknown member "callbacks")"},
   };
   for (const auto& [json, location, message] : cases) {
-    EXPECT_THAT(ErrorOf(json),
+    EXPECT_THAT(HostErrorOf(json),
                 AllOf(StartsWith(std::string(location)), HasSubstr(std::string(message))))
         << json;
   }
 }
 
 TEST(HostDescription, OtherMembersMayHaveControlCharacters) {
-  EXPECT_EQ(ErrorOf(R"({"betaFeatures":[{"name":"\n"}],"debug":{"\t":"\t"},
+  EXPECT_EQ(HostErrorOf(R"({"betaFeatures":[{"name":"\n"}],"debug":{"\t":"\t"},
                         "dictionary":{"$$$/a":"\n"}})"),
             "");
 }
@@ -192,7 +192,7 @@ TEST(HostDescription, OtherMembersMayHaveControlCharacters) {
 // The JSON schema in schema/ lists the same members. If you change the members here, change the
 // schema too.
 TEST(HostDescription, TheErrorForAnUnknownMemberListsAllMembers) {
-  EXPECT_EQ(ErrorOf(R"({"x":1})"),
+  EXPECT_EQ(HostErrorOf(R"({"x":1})"),
             R"(host.json: unknown member "x"; known members: "clientVersion", "buildNumber", )"
             R"("platform", "terminating", "usageLogging", "internalFeaturesAllowed", )"
             R"("betaFeatures", "links", "debug", "dictionary", "dictionaryFiles", "$schema")");

@@ -14,7 +14,7 @@ using ::testing::AllOf;
 using ::testing::HasSubstr;
 
 /// Parses `text`. Returns the error message, or an empty string if `text` is valid.
-std::string ErrorOf(std::string_view text) {
+std::string JsonErrorOf(std::string_view text) {
   try {
     JsonDocument::Parse(text, "file.json");
   } catch (const JsonError& error) {
@@ -63,7 +63,7 @@ TEST(JsonDocument, ReportsLineAndColumnOfInvalidJson) {
       {"// note\n[]", "line 1, column 1"},
   };
   for (const auto& [text, location] : cases) {
-    const std::string error = ErrorOf(text);
+    const std::string error = JsonErrorOf(text);
     EXPECT_THAT(error, HasSubstr("file.json: " + std::string(location) + ": not valid JSON: "))
         << text;
   }
@@ -72,24 +72,25 @@ TEST(JsonDocument, ReportsLineAndColumnOfInvalidJson) {
 TEST(JsonDocument, ReportsIllFormedUTF8InWellFormedMessages) {
   const std::string_view texts[] = {"[\"\xFF\"]", "\xFF", "[\"\xED\xA0\x80\"]", "{\"\xC3\":1}"};
   for (const std::string_view text : texts) {
-    const std::string error = ErrorOf(text);
+    const std::string error = JsonErrorOf(text);
     EXPECT_THAT(error, HasSubstr("not valid JSON"));
     EXPECT_TRUE(orncore::string::IsWellFormedUTF8(error)) << error;
   }
 }
 
 TEST(JsonDocument, RejectsNumbersBeyondTheRangeOfADouble) {
-  EXPECT_THAT(ErrorOf("[1e400]"), HasSubstr("number overflow"));
+  EXPECT_THAT(JsonErrorOf("[1e400]"), HasSubstr("number overflow"));
 }
 
 TEST(JsonDocument, ShortensLongMessages) {
   const std::string text = "[\"" + std::string(100'000, 'x');
-  EXPECT_LT(ErrorOf(text).size(), 400U);
-  EXPECT_THAT(ErrorOf(text), AllOf(HasSubstr("not valid JSON: syntax error"), HasSubstr(" ... ")));
+  EXPECT_LT(JsonErrorOf(text).size(), 400U);
+  EXPECT_THAT(JsonErrorOf(text),
+              AllOf(HasSubstr("not valid JSON: syntax error"), HasSubstr(" ... ")));
 }
 
 TEST(JsonDocument, WritesMessagesOnOneLine) {
-  EXPECT_EQ(ErrorOf("{\"a\n").find('\n'), std::string::npos);
+  EXPECT_EQ(JsonErrorOf("{\"a\n").find('\n'), std::string::npos);
   EXPECT_EQ(JsonMessage("a\nb", "/c\nd\x7F", ""), "a\\u000ab: /c\\u000ad\\u007f");
   EXPECT_EQ(JsonMessage("a\xC2\x9B", "", "\xC3\xA9\xC2\t"), "a\\u009b: \xC3\xA9\\xc2\\u0009");
 }
@@ -97,16 +98,17 @@ TEST(JsonDocument, WritesMessagesOnOneLine) {
 // In messages, nlohmann-json quotes invalid input. It does not escape DEL or the characters U+0080
 // to U+009F.
 TEST(JsonDocument, EscapesControlCharactersThatTheParserQuotes) {
-  EXPECT_THAT(ErrorOf("{\x7F}"), HasSubstr("\\u007f"));
-  EXPECT_THAT(ErrorOf("[\"\xC2\x9B\" x"), HasSubstr("\\u009b"));
+  EXPECT_THAT(JsonErrorOf("{\x7F}"), HasSubstr("\\u007f"));
+  EXPECT_THAT(JsonErrorOf("[\"\xC2\x9B\" x"), HasSubstr("\\u009b"));
 }
 
 TEST(JsonDocument, LimitsTheDepth) {
-  EXPECT_EQ(ErrorOf(Nested(JsonDocument::kMaximumDepth)), "");
-  EXPECT_THAT(ErrorOf(Nested(JsonDocument::kMaximumDepth + 1)),
+  EXPECT_EQ(JsonErrorOf(Nested(JsonDocument::kMaximumDepth)), "");
+  EXPECT_THAT(JsonErrorOf(Nested(JsonDocument::kMaximumDepth + 1)),
               HasSubstr("nested more than 100 deep"));
-  EXPECT_THAT(ErrorOf(std::string(1'000'000, '[')), HasSubstr("nested more than 100 deep"));
-  EXPECT_THAT(ErrorOf(R"({"a":[0,)" + std::string(99, '[')), HasSubstr("file.json: /a/1/0/0/0"));
+  EXPECT_THAT(JsonErrorOf(std::string(1'000'000, '[')), HasSubstr("nested more than 100 deep"));
+  EXPECT_THAT(JsonErrorOf(R"({"a":[0,)" + std::string(99, '[')),
+              HasSubstr("file.json: /a/1/0/0/0"));
 }
 
 TEST(JsonDocument, LimitsTheElementsOfAllArraysTogether) {
@@ -135,25 +137,25 @@ TEST(JsonDocument, RejectsNul) {
                {std::string("{\n\"a\": \"\0\"}", 11), "line 2, column 7"},
                {std::string("{\0}\0", 5), "line 1, column 2"}};
   for (const auto& [text, location] : cases) {
-    EXPECT_EQ(ErrorOf(text), "file.json: " + std::string(location) +
-                                 ": not valid JSON: the text contains a NUL character");
+    EXPECT_EQ(JsonErrorOf(text), "file.json: " + std::string(location) +
+                                     ": not valid JSON: the text contains a NUL character");
   }
 }
 
 TEST(JsonDocument, ReportsTheFirstOfManyDuplicates) {
   std::string text = "{";
   for (int i = 0; i < 1000; ++i) text += R"("a":{"b":1,"b":2},)";
-  EXPECT_EQ(ErrorOf(text), R"(file.json: /a: duplicate member "b"; keep only one)");
+  EXPECT_EQ(JsonErrorOf(text), R"(file.json: /a: duplicate member "b"; keep only one)");
 }
 
 TEST(JsonDocument, ShortensPathsInMessages) {
   const std::string name = "\"" + std::string(5000, 'x') + "\":";
-  EXPECT_EQ(ErrorOf("{" + name + R"({"e":1,"e":2}})"),
+  EXPECT_EQ(JsonErrorOf("{" + name + R"({"e":1,"e":2}})"),
             "file.json: /" + std::string(100, 'x') + R"(...: duplicate member "e"; keep only one)");
   std::string deep;
   for (int i = 0; i < 100; ++i) deep += "{" + name;
-  EXPECT_LT(ErrorOf(deep + "{").size(), 400U);
-  EXPECT_THAT(ErrorOf(deep + "{"), HasSubstr(" ... xxx"));
+  EXPECT_LT(JsonErrorOf(deep + "{").size(), 400U);
+  EXPECT_THAT(JsonErrorOf(deep + "{"), HasSubstr(" ... xxx"));
   EXPECT_EQ(JsonPath("/a", std::string(99, 'x') + "\u00E9"), "/a/" + std::string(99, 'x') + "...");
   EXPECT_EQ(JsonPath("/a", std::string(98, 'x') + "\u00E9"),
             "/a/" + std::string(98, 'x') + "\u00E9");
@@ -165,12 +167,12 @@ TEST(JsonDocument, ShortensQuotationsBetweenCharacters) {
 }
 
 TEST(JsonDocument, RejectsDuplicateMembers) {
-  EXPECT_EQ(ErrorOf(R"({"a":[0,{"b":1,"c":2,"b":3}]})"),
+  EXPECT_EQ(JsonErrorOf(R"({"a":[0,{"b":1,"c":2,"b":3}]})"),
             R"(file.json: /a/1: duplicate member "b"; keep only one)");
-  EXPECT_EQ(ErrorOf(R"({"d/~":{"e":1,"e":2}})"),
+  EXPECT_EQ(JsonErrorOf(R"({"d/~":{"e":1,"e":2}})"),
             R"(file.json: /d~1~0: duplicate member "e"; keep only one)");
-  EXPECT_EQ(ErrorOf(R"({"a":{},"a":{}})"), R"(file.json: duplicate member "a"; keep only one)");
-  EXPECT_EQ(ErrorOf(R"({"a":{"b":1},"c":{"b":1}})"), "");
+  EXPECT_EQ(JsonErrorOf(R"({"a":{},"a":{}})"), R"(file.json: duplicate member "a"; keep only one)");
+  EXPECT_EQ(JsonErrorOf(R"({"a":{"b":1},"c":{"b":1}})"), "");
 }
 
 }  // namespace

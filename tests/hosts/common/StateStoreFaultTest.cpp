@@ -39,7 +39,6 @@ using testing::HasSubstr;
 using testing::StartsWith;
 
 constexpr std::string_view kKey = "A.Key";
-constexpr uid_t kNobody = 65534;
 constexpr char kWriteAdvice[] =
     "; check the permissions of the file and its folder, or name a file elsewhere with --state";
 
@@ -322,6 +321,7 @@ TEST_F(StateStoreFaultTest, AFullDiskLosesNothing) {
 /// root. Returns the result of `work`, or false if the privileges cannot be dropped.
 bool AsOrdinaryUser(const std::function<bool()>& work) {
   return InChildProcess([&work] {
+    constexpr uid_t kNobody = 65534;
     if (::getuid() == 0 && (::setgid(kNobody) != 0 || ::setuid(kNobody) != 0)) return false;
     return work();
   });

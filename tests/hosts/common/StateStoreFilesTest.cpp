@@ -31,17 +31,16 @@ namespace fs = std::filesystem;
 using testing::AllOf;
 using testing::HasSubstr;
 
-constexpr std::string_view kKey = "A.Key";
 constexpr std::string_view kVictim = "the content of a file that must not change";
 
 void WriteValue(const fs::path& file, std::string_view value) {
   StateStore store(file, std::chrono::milliseconds(50));
-  store.Set(kKey, value);
+  store.Set("A.Key", value);
   store.Commit();
 }
 
 std::string StoredValue(const fs::path& file) {
-  return StateStore(file).Get(kKey);
+  return StateStore(file).Get("A.Key");
 }
 
 unsigned ModeOf(const fs::path& file) {
@@ -225,7 +224,7 @@ TEST_P(StateStoreNeighbour, EveryOperationEndsAndChangesNoOtherFile) {
   EXPECT_FALSE(fs::exists(folder_.Path() / "nowhere"));
 }
 
-std::string NameOf(const testing::TestParamInfo<NeighbourCase>& info) {
+std::string NameOfNeighbour(const testing::TestParamInfo<NeighbourCase>& info) {
   const auto& [kind, suffix] = info.param;
   return std::string(kind.name) + (suffix == ".tmp" ? "AsTemporaryFile" : "AsLockFile");
 }
@@ -233,7 +232,7 @@ std::string NameOf(const testing::TestParamInfo<NeighbourCase>& info) {
 INSTANTIATE_TEST_SUITE_P(Files, StateStoreNeighbour,
                          testing::Combine(testing::ValuesIn(kFileKinds),
                                           testing::Values(".lock", ".tmp")),
-                         NameOf);
+                         NameOfNeighbour);
 
 using StateStoreForgery = StateStoreFilesTest;
 

@@ -61,9 +61,9 @@ std::string Element(int writer, int pass) {
 }
 
 /// A process that writes passes until it is killed.
-class Writer {
+class WriterProcess {
  public:
-  Writer(const std::filesystem::path& file, int writer, int firstPass) {
+  WriterProcess(const std::filesystem::path& file, int writer, int firstPass) {
     std::array<int, 2> ends{};
     if (::pipe(ends.data()) != 0) std::abort();
     process_ = ::fork();
@@ -125,7 +125,7 @@ class KilledStore {
   /// Each writer begins with the pass after its last pass in the store. Returns the number of
   /// passes that the writers added to the store.
   int KillWriters(std::chrono::microseconds timeToKill) {
-    std::vector<Writer> writers;
+    std::vector<WriterProcess> writers;
     for (int i = 0; i < kWriters; ++i) {
       writers.emplace_back(file_, i, lastPasses_[static_cast<std::size_t>(i)] + 1);
     }

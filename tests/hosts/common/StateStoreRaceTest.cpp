@@ -25,8 +25,8 @@ namespace {
 namespace fs = std::filesystem;
 using testing::HasSubstr;
 
-constexpr std::string_view kKey = "A.Key";
-constexpr std::string_view kOtherKey = "B.Key";
+constexpr std::string_view kOwnKey = "A.Key";
+constexpr std::string_view kForeignKey = "B.Key";
 
 /// System calls of a write. The write opens the lock file after it has resolved all links, and
 /// creates the temporary file after it has read the store.
@@ -51,7 +51,7 @@ class StateStoreRaceTest : public testing::Test {
   std::string ErrorOfWrite(const char* call, const std::function<void()>& action) const {
     FailingDisk disk;
     disk.RunBefore(call, action);
-    return StoreErrorOf([this] { WriteValue(File(), kKey, "new"); });
+    return StoreErrorOf([this] { WriteValue(File(), kOwnKey, "new"); });
   }
 
   void ReplaceStoreByLink() const {
@@ -63,16 +63,16 @@ class StateStoreRaceTest : public testing::Test {
 };
 
 TEST_F(StateStoreRaceTest, DoesNotMergeAStoreThatALinkReplacesBeforeTheRead) {
-  WriteValue(File(), kKey, "old");
-  WriteValue(Victim(), kOtherKey, "secret");
+  WriteValue(File(), kOwnKey, "old");
+  WriteValue(Victim(), kForeignKey, "secret");
   EXPECT_THAT(ErrorOfWrite(kLock, [this] { ReplaceStoreByLink(); }),
               HasSubstr("it is not a regular file"));
   EXPECT_TRUE(fs::is_symlink(File()));
 }
 
 TEST_F(StateStoreRaceTest, ReadsAndWritesInTheFolderThatItHasOpened) {
-  WriteValue(File(), kOtherKey, "old");
-  WriteValue(Victim(), kOtherKey, "secret");
+  WriteValue(File(), kForeignKey, "old");
+  WriteValue(Victim(), kForeignKey, "secret");
   const std::string victim = ReadTextFile(Victim());
   const fs::path moved = folder_.Path() / "moved";
   const auto replaceFolder = [&] {
@@ -80,18 +80,18 @@ TEST_F(StateStoreRaceTest, ReadsAndWritesInTheFolderThatItHasOpened) {
     fs::create_directory_symlink(Victim().parent_path(), Folder());
   };
   EXPECT_EQ("", ErrorOfWrite(kLock, replaceFolder));
-  EXPECT_EQ("old", StateStore(moved / "state.json").Get(kOtherKey));
-  EXPECT_EQ("new", StateStore(moved / "state.json").Get(kKey));
+  EXPECT_EQ("old", StateStore(moved / "state.json").Get(kForeignKey));
+  EXPECT_EQ("new", StateStore(moved / "state.json").Get(kOwnKey));
   EXPECT_EQ(victim, ReadTextFile(Victim()));
 }
 
 TEST_F(StateStoreRaceTest, DoesNotTakeTheModeOfALinkThatReplacesTheStoreAfterTheRead) {
-  WriteValue(File(), kKey, "old");
-  WriteValue(Victim(), kKey, "victim");
+  WriteValue(File(), kOwnKey, "old");
+  WriteValue(Victim(), kOwnKey, "victim");
   EXPECT_THAT(ErrorOfWrite(kCreate, [this] { ReplaceStoreByLink(); }),
               HasSubstr("another program has deleted or replaced the file; try again"));
   EXPECT_TRUE(fs::is_symlink(File()));
-  EXPECT_EQ("victim", StateStore(Victim()).Get(kKey));
+  EXPECT_EQ("victim", StateStore(Victim()).Get(kOwnKey));
 }
 
 TEST_F(StateStoreRaceTest, DoesNotReplaceAFileThatAppearsOrChangesAfterTheRead) {
@@ -103,12 +103,12 @@ TEST_F(StateStoreRaceTest, DoesNotReplaceAFileThatAppearsOrChangesAfterTheRead) 
     EXPECT_THAT(ErrorOfWrite(kCreate, replace), HasSubstr("deleted or replaced the file"));
     EXPECT_EQ(content, ReadTextFile(File()));
     fs::remove(File());
-    WriteValue(File(), kKey, "old");
+    WriteValue(File(), kOwnKey, "old");
   }
 }
 
 TEST_F(StateStoreRaceTest, FailsIfItsTemporaryFileIsReplacedBeforeTheRename) {
-  WriteValue(File(), kKey, "old");
+  WriteValue(File(), kOwnKey, "old");
   const auto replace = [this] {
     fs::rename(folder_.Write("forged", "{}"), File().native() + ".tmp");
   };
@@ -116,20 +116,20 @@ TEST_F(StateStoreRaceTest, FailsIfItsTemporaryFileIsReplacedBeforeTheRename) {
 }
 
 TEST_F(StateStoreRaceTest, FailsIfItsLockFileIsDeletedBeforeTheRename) {
-  WriteValue(File(), kKey, "old");
+  WriteValue(File(), kOwnKey, "old");
   EXPECT_THAT(ErrorOfWrite(kRename, [this] { fs::remove(File().native() + ".lock"); }),
               HasSubstr("deleted or replaced its lock file"));
 }
 
 TEST_F(StateStoreRaceTest, FailsIfAnotherProgramWritesBecauseTheLockFileIsDeleted) {
-  WriteValue(File(), kKey, "old");
+  WriteValue(File(), kOwnKey, "old");
   const auto writeWithoutLock = [this] {
     fs::remove(File().native() + ".lock");
-    WriteValue(File(), kOtherKey, "other");
+    WriteValue(File(), kForeignKey, "other");
   };
   EXPECT_THAT(ErrorOfWrite(kRename, writeWithoutLock), HasSubstr("cannot replace"));
-  EXPECT_EQ("other", StateStore(File()).Get(kOtherKey));
-  EXPECT_EQ("old", StateStore(File()).Get(kKey));
+  EXPECT_EQ("other", StateStore(File()).Get(kForeignKey));
+  EXPECT_EQ("old", StateStore(File()).Get(kOwnKey));
 }
 
 TEST_F(StateStoreRaceTest, DeletesOnlyItsOwnTemporaryFile) {

@@ -15,7 +15,6 @@
 #include "hosts/author/DataFileWriter.h"
 #include "hosts/author/lint/LintContext.h"
 #include "hosts/common/TextFile.h"
-#include "hosts/common/ToolError.h"
 #include "tests/hosts/console/ProgramFixture.h"
 
 namespace hosts::console {
@@ -25,10 +24,6 @@ using ::testing::AllOf;
 using ::testing::ContainsRegex;
 using ::testing::EndsWith;
 using ::testing::HasSubstr;
-
-constexpr int kUsage = static_cast<int>(common::ExitStatus::kUsage);
-constexpr int kInput = static_cast<int>(common::ExitStatus::kInput);
-constexpr int kOutput = static_cast<int>(common::ExitStatus::kOutput);
 
 class AuthorCommands : public ProgramTest {
  protected:

@@ -241,14 +241,14 @@ TEST_F(LintCommandTest, ExplainsACode) {
 }
 
 TEST_F(LintCommandTest, UnknownCodeIsReportedWithTheNearestCode) {
-  constexpr const char* kUsage = ". Run 'ornwhatsnew lint --help' for usage.\n";
+  constexpr const char* kUsageHint = ". Run 'ornwhatsnew lint --help' for usage.\n";
   EXPECT_EQ(Run({"lint", "--explain", "open-qoute"}).errors,
             std::string("ornwhatsnew: --explain: unknown code 'open-qoute'; write 'open-quote'") +
-                kUsage);
+                kUsageHint);
   EXPECT_EQ(Run({"lint", "{data}", "--severity", "12345=off"}).errors,
             std::string("ornwhatsnew: --severity: unknown code '12345'; --list-codes lists all "
                         "codes") +
-                kUsage);
+                kUsageHint);
 }
 
 TEST_F(LintCommandTest, ListsAllCodes) {

@@ -13,14 +13,12 @@
 #include <unistd.h>
 
 #include "hosts/common/TextFile.h"
-#include "hosts/common/ToolError.h"
 #include "tests/hosts/common/CatalogBytes.h"
 #include "tests/hosts/console/ProgramFixture.h"
 
 namespace hosts::console {
 namespace {
 
-using common::ExitStatus;
 using test_support::ChildProcess;
 using test_support::ProgramResult;
 using testing::AllOf;
@@ -29,10 +27,6 @@ using testing::EndsWith;
 using testing::HasSubstr;
 using testing::Not;
 using testing::StartsWith;
-
-constexpr int kUsage = static_cast<int>(ExitStatus::kUsage);
-constexpr int kInput = static_cast<int>(ExitStatus::kInput);
-constexpr int kOutput = static_cast<int>(ExitStatus::kOutput);
 
 class PreviewCommand : public ProgramTest {
  protected:

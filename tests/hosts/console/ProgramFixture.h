@@ -10,10 +10,16 @@
 
 #include <gtest/gtest.h>
 
+#include "hosts/common/ToolError.h"
 #include "tests/support/ChildProcess.h"
 #include "tests/support/TemporaryFolder.h"
 
 namespace hosts::console {
+
+/// The exit statuses that several tests expect.
+inline constexpr int kUsage = static_cast<int>(common::ExitStatus::kUsage);
+inline constexpr int kInput = static_cast<int>(common::ExitStatus::kInput);
+inline constexpr int kOutput = static_cast<int>(common::ExitStatus::kOutput);
 
 /// Runs the program. The host description has two public features and one internal feature. The
 /// data file has a change with a rating request for each public feature, a bug fix, and an

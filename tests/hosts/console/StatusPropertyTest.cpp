@@ -14,7 +14,7 @@ namespace {
 
 using nlohmann::json;
 using test_support::RandomSource;
-using Words = std::vector<std::string>;
+using ArgumentList = std::vector<std::string>;
 
 // Returns the number of random hosts: the value of ORNWHATSNEW_TEST_WORLDS, or 50 if it is not set.
 // `./dev robustness` sets this variable.
@@ -60,7 +60,7 @@ class StatusPropertyTest : public ProgramTest {
     WriteData(rows);
   }
 
-  json JsonOf(Words words, const Words& filters) const {
+  json JsonOf(ArgumentList words, const ArgumentList& filters) const {
     words.insert(words.end(), {"{data}", "{host}", "--format", "json"});
     words.insert(words.end(), filters.begin(), filters.end());
     return json::parse(OutputOf(words));
@@ -68,7 +68,7 @@ class StatusPropertyTest : public ProgramTest {
 
   /// Expects that, with `filters`, `status` reports new items if and only if `show` shows new
   /// items. Expects the same for items that need a rating.
-  void RequireAgreement(const Words& filters) const {
+  void RequireAgreement(const ArgumentList& filters) const {
     const json status = JsonOf({"status"}, filters);
     const json rating = JsonOf({"show", "--no-remember", "--rating"}, filters);
     EXPECT_EQ(status["anythingNeedingRating"], !rating["ratingItems"].empty());
@@ -86,7 +86,7 @@ TEST_F(StatusPropertyTest, AgreesWithShowWithTheSameFilters) {
     OutputOf({"state", "reset"});
     if (!random.OneIn(4)) OutputOf({"show", "{data}", "{host}"});
     WriteRandomHost(random, "25.3");
-    Words filters;
+    ArgumentList filters;
     for (const char* filter : {"--platform", "--relevant-versions", "--headlines"}) {
       if (random.OneIn(3)) filters.emplace_back(filter);
     }

@@ -10,13 +10,13 @@
 #include <orncore/string/Conversion.h>
 
 #include "tests/support/Allocations.h"
+#include "tests/support/RandomSource.h"
 
 namespace orncore::string {
 namespace {
 
 using namespace std::string_literals;
-
-constexpr std::uint32_t kSeed = 20251120;
+using test_support::kSeed;
 
 TEST(CaseMapping, LowerCaseUsesTheFullUnicodeMapping) {
   const struct {

@@ -11,14 +11,14 @@
 #include <gtest/gtest.h>
 
 #include "tests/support/Allocations.h"
+#include "tests/support/RandomSource.h"
 #include "tests/support/TextAtPageEnd.h"
 
 namespace orncore::string {
 namespace {
 
 using namespace std::string_literals;
-
-constexpr std::uint32_t kSeed = 20251120;
+using test_support::kSeed;
 
 // One row of the Unicode standard's table "Well-Formed UTF-8 Byte Sequences". Contains a range of
 // lead bytes, the range of second bytes that they allow, and the number of bytes that follow a lead

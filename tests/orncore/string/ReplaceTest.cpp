@@ -8,13 +8,13 @@
 #include <gtest/gtest.h>
 
 #include "tests/support/Allocations.h"
+#include "tests/support/RandomSource.h"
 
 namespace orncore::string {
 namespace {
 
 using namespace std::string_literals;
-
-constexpr std::uint32_t kSeed = 20251120;
+using test_support::kSeed;
 
 // Returns the expected result of `ReplaceInString`: at each position of `text`, replaces the first
 // of the patterns that matches there. Ignores empty patterns. If no pattern matches, copies one

@@ -10,11 +10,12 @@
 #include <murmurhash.h>
 
 #include "tests/support/Allocations.h"
+#include "tests/support/RandomSource.h"
 
 namespace orncore::utility {
 namespace {
 
-constexpr std::uint32_t kSeed = 20251120;
+using test_support::kSeed;
 
 // Returns the hash of `bytes`, computed by an independent implementation in one call.
 Guid ReferenceHash(std::string_view bytes) {

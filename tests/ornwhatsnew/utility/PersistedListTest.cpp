@@ -14,11 +14,10 @@
 namespace ornwhatsnew {
 namespace {
 
+using test_support::kSeed;
 using test_support::RandomSource;
 using testing::ElementsAre;
 using testing::IsEmpty;
-
-constexpr std::uint64_t kSeed = 20251120;
 
 TEST(PersistedList, EmptyTextHasNoElements) {
   EXPECT_THAT(SplitPersistedList(""), IsEmpty());

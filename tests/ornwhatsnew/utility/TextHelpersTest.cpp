@@ -11,9 +11,8 @@
 namespace ornwhatsnew {
 namespace {
 
+using test_support::kSeed;
 using test_support::RandomSource;
-
-constexpr std::uint64_t kSeed = 20251120;
 
 std::string Encode(char32_t codePoint) {
   const auto byte = [](char32_t value) { return static_cast<char>(value); };

@@ -57,7 +57,7 @@ std::string Describe(const Finding& finding) {
   return text;
 }
 
-LintReport ReportOn(const std::string& code) {
+LintReport ReportOnCode(const std::string& code) {
   const std::filesystem::path host = TestFile("codes/" + code + ".host.json");
   const bool hasHost = std::filesystem::exists(host);
   const LintHost installed = InstallLintHost((hasHost ? host : TestFile("host.json")).native());
@@ -84,7 +84,7 @@ class LintCodesTest : public testing::TestWithParam<LintCodeInfo> {};
 /// baseline.
 TEST_P(LintCodesTest, DataFileHasExactlyTheExpectedFindings) {
   const std::string code(GetParam().name);
-  const LintReport report = ReportOn(code);
+  const LintReport report = ReportOnCode(code);
   std::string findings;
   for (const Finding& finding : report.findings) findings += Describe(finding);
   EXPECT_EQ(findings, common::ReadTextFile(TestFile("codes/" + code + ".expected")));

@@ -34,7 +34,7 @@ using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::Not;
 
-constexpr std::string_view kHeader =
+constexpr std::string_view kDataHeader =
     "App Version,Grouping ID,Jira ID,Salience,Rating,First Version,Platform,URL,Commit,Message\n"
     "4.2,Changes-Since\n";
 
@@ -52,7 +52,7 @@ constexpr std::string_view kRows =
 
 PreviewInput MakeInput(std::string_view rows = kRows) {
   PreviewInput input;
-  input.data = {"folder/news.csv", std::string(kHeader) + std::string(rows)};
+  input.data = {"folder/news.csv", std::string(kDataHeader) + std::string(rows)};
   input.hostName = "host.json";
   input.host = common::ParseHostDescription(
       R"({"clientVersion": "4.3", "buildNumber": "118", "betaFeatures": [
@@ -150,7 +150,7 @@ void ExpectPanel(const std::string& html, const PanelLayout& layout) {
 
 TEST(PreviewPage, PanelsAreThoseOfTheLibrary) {
   PreviewInput input = MakeInput();
-  const std::string old = std::string(kHeader) + "4.2,MISC,,,,,,,,Was there before\n";
+  const std::string old = std::string(kDataHeader) + "4.2,MISC,,,,,,,,Was there before\n";
   input.seen = PreviewFile{"old.csv", old};
   auto panels = PanelsOf(PreviewPage(input));
   EXPECT_EQ(panels.size(), 5U);
@@ -172,7 +172,8 @@ TEST(PreviewPage, PanelsAreThoseOfTheLibrary) {
 
 TEST(PreviewPage, UsersSeeDifferentChanges) {
   PreviewInput input = MakeInput();
-  input.seen = PreviewFile{"old.csv", std::string(kHeader) + "4.2,MISC,,,,,,,,Was there before\n"};
+  input.seen =
+      PreviewFile{"old.csv", std::string(kDataHeader) + "4.2,MISC,,,,,,,,Was there before\n"};
   auto panels = PanelsOf(PreviewPage(input));
   for (const auto& [id, panel] : panels) EXPECT_THAT(panel, Not(HasSubstr("Windows only"))) << id;
   EXPECT_THAT(panels["outside"], AllOf(HasSubstr("Zooms with the wheel"),
@@ -199,7 +200,7 @@ TEST(PreviewPage, SaysWhatLintDoesNotList) {
 
 TEST(PreviewPage, OmitsEmptyMembersOfTheHostDescription) {
   PreviewInput input = MakeInput();
-  input.seen = PreviewFile{"old.csv", std::string(kHeader)};
+  input.seen = PreviewFile{"old.csv", std::string(kDataHeader)};
   input.host.clientVersion = "";
   input.host.buildNumber = "";
   input.host.platform = "";
@@ -229,7 +230,7 @@ TEST(PreviewPage, PermissionAndTerminationOfTheHostDescriptionHaveNoEffect) {
 TEST(PreviewPage, UserOfTheEarlierFileOpenedItInItsNewestVersion) {
   PreviewInput input = MakeInput();
   const auto headingAfter = [&](const std::string& rows) {
-    input.seen = PreviewFile{"old.csv", std::string(kHeader) + rows};
+    input.seen = PreviewFile{"old.csv", std::string(kDataHeader) + rows};
     const std::string panel = PanelsOf(PreviewPage(input))["seen"];
     const std::size_t begin = panel.find("opened in v") + std::string_view("opened in v").size();
     return panel.substr(begin, panel.find('<', begin) - begin);
@@ -334,7 +335,7 @@ TEST(PreviewPage, HostileTextsAddNoElementAndNoAttribute) {
   const std::string hostile =
       "</style></title><script>alert(1)</script><img src=x onerror=\"a\">' \"";
   PreviewInput input = MakeInput();
-  input.seen = PreviewFile{"old.csv", std::string(kHeader) + "4.2,MISC,,,,,,,,An old change\n"};
+  input.seen = PreviewFile{"old.csv", std::string(kDataHeader) + "4.2,MISC,,,,,,,,An old change\n"};
   const std::set<std::string> known = TagsOf(PreviewPage(input));
   input.data.name = "<b>" + hostile + "\xFF\u202E.csv";
   input.hostName = hostile;
