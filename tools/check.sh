@@ -144,7 +144,8 @@ stage_valgrind() {
 }
 
 # The preset "tidy" joins up to ten sources into one file, because clang-tidy spends most of its time on
-# common headers. The builds with g++ do not join sources, so they still find missing includes.
+# common headers. The builds with g++ do not join the sources of the library and the programs, so they still
+# find missing includes.
 stage_tidy() {
   configure tidy && make_qt_sources tidy || return
   local joined=() sources
