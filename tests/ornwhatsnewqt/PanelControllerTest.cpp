@@ -15,9 +15,9 @@ using ornwhatsnewqt::FirstStart;
 using ornwhatsnewqt::PanelController;
 using ornwhatsnewqt::Settings;
 using test_support::ChangeRow;
+using test_support::kMapChange;
 using test_support::TestWorld;
 
-const ChangeRow kMapChange{.version = "4.3", .groupingID = "EPIC-1", .description = "Faster map"};
 const ChangeRow kWinChange{
     .version = "4.3", .groupingID = "MISC", .platform = "Win", .description = "New tray icon"};
 const ChangeRow kRequest{.version = "4.3",

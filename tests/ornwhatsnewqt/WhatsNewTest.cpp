@@ -23,9 +23,9 @@ using ornwhatsnewqt::Settings;
 using ornwhatsnewqt::WhatsNew;
 using ornwhatsnewqt::WhatsNewBadge;
 using test_support::ChangeRow;
+using test_support::kMapChange;
 using test_support::TestWorld;
 
-const ChangeRow kMapChange{.version = "4.3", .groupingID = "EPIC-1", .description = "Faster map"};
 const ChangeRow kScannerChange{
     .version = "4.3", .groupingID = "EPIC-2", .description = "Reads faster"};
 
