@@ -9,6 +9,7 @@
 #include <QtCore/QTranslator>
 #include <QtTest/QTest>
 
+#include "tests/ornwhatsnewqt/QtTests.h"
 #include "tests/ornwhatsnewqt/TestWorld.h"
 
 namespace {
@@ -129,7 +130,8 @@ void LocalizedTextTest::germanTextsKeepThePlaceholders() {
   }
 }
 
+const test_support::RegisteredTest<LocalizedTextTest, QCoreApplication> kLocalizedTextTest;
+
 }  // namespace
 
-QTEST_GUILESS_MAIN(LocalizedTextTest)
 #include "LocalizedTextTest.moc"

@@ -6,6 +6,7 @@
 
 #include <ornwhatsnew/WhatsNewTypes.h>
 
+#include "tests/ornwhatsnewqt/QtTests.h"
 #include "tests/ornwhatsnewqt/TestLayout.h"
 
 namespace {
@@ -288,7 +289,8 @@ void NewsDocumentTest::itemsBeginWithTheirTitle() {
   QCOMPARE(parts, (QList<int>{0, first, later, first, later}));
 }
 
+const test_support::RegisteredTest<NewsDocumentTest> kNewsDocumentTest;
+
 }  // namespace
 
-QTEST_MAIN(NewsDocumentTest)
 #include "NewsDocumentTest.moc"

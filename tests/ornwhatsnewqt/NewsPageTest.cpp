@@ -16,6 +16,7 @@
 #include <QtWidgets/QToolTip>
 
 #include "ornwhatsnewqt/src/NewsDecoration.h"
+#include "tests/ornwhatsnewqt/QtTests.h"
 #include "tests/ornwhatsnewqt/TestLayout.h"
 
 namespace {
@@ -345,7 +346,8 @@ void NewsPageTest::centersTheColumn() {
   QCOMPARE(page_->viewport()->x(), 0);
 }
 
+const test_support::RegisteredTest<NewsPageTest> kNewsPageTest;
+
 }  // namespace
 
-QTEST_MAIN(NewsPageTest)
 #include "NewsPageTest.moc"

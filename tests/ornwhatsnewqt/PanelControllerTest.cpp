@@ -7,6 +7,7 @@
 #include <QtTest/QTest>
 
 #include "ornwhatsnewqt/src/Services.h"
+#include "tests/ornwhatsnewqt/QtTests.h"
 #include "tests/ornwhatsnewqt/TestWorld.h"
 
 namespace {
@@ -442,7 +443,8 @@ void PanelControllerTest::reportsErrorsInANewLanguage() {
   QVERIFY(!controller->stateError().startsWith(QStringLiteral("cannot write")));
 }
 
+const test_support::RegisteredTest<PanelControllerTest> kPanelControllerTest;
+
 }  // namespace
 
-QTEST_MAIN(PanelControllerTest)
 #include "PanelControllerTest.moc"

@@ -32,6 +32,7 @@
 #include "ornwhatsnewqt/src/PanelHeader.h"
 #include "ornwhatsnewqt/src/RatingCard.h"
 #include "ornwhatsnewqt/src/RatingPage.h"
+#include "tests/ornwhatsnewqt/QtTests.h"
 #include "tests/ornwhatsnewqt/TestWorld.h"
 
 namespace {
@@ -652,7 +653,8 @@ void PanelWidgetTest::outlivesItsObject() {
   find<QAbstractButton>("print").click();
 }
 
+const test_support::RegisteredTest<PanelWidgetTest> kPanelWidgetTest;
+
 }  // namespace
 
-QTEST_MAIN(PanelWidgetTest)
 #include "PanelWidgetTest.moc"

@@ -15,6 +15,7 @@
 #include <ornwhatsnewqt/PanelWidget.h>
 #include <ornwhatsnewqt/WhatsNewBadge.h>
 
+#include "tests/ornwhatsnewqt/QtTests.h"
 #include "tests/ornwhatsnewqt/TestWorld.h"
 
 namespace {
@@ -279,7 +280,8 @@ void WhatsNewTest::theBadgeIsDisabledWithoutItsObject() {
   QVERIFY(!badge.isEnabled());
 }
 
+const test_support::RegisteredTest<WhatsNewTest> kWhatsNewTest;
+
 }  // namespace
 
-QTEST_MAIN(WhatsNewTest)
 #include "WhatsNewTest.moc"
