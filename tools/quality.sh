@@ -81,22 +81,21 @@ command_robustness() {
 
 # Tests that four programs can change the settings of the Qt companion at the same time, 500 times each.
 write_settings_in_several_programs() {
-  local test=ornwhatsnewqt_SettingsStoreProgramsTest
-  build release --target "$test" && ORNWHATSNEWQT_TEST_ROUNDS=500 "build/release/bin/$test"
+  build release --target ornwhatsnewqt_tests &&
+    ORNWHATSNEWQT_TEST_ROUNDS=500 build/release/bin/ornwhatsnewqt_tests SettingsStoreProgramsTest
 }
 
 # Runs the tests of the Qt companion in a virtual X server, where the tests open real windows. './dev test'
 # runs the same tests offscreen. In both cases, the tests do not use the settings of the user.
 test_companion_in_windows() {
-  local tests=() test home status=0
-  configure release || return
-  mapfile -t tests < <(sed -n 's/^build bin\/\(ornwhatsnewqt_[A-Za-z]*Test\):.*/\1/p' build/release/build.ninja)
-  ((${#tests[@]} > 0)) || { echo 'FAILED: no tests' && return 1; }
-  build release --target "${tests[@]}" || return
+  local program=build/release/bin/ornwhatsnewqt_tests classes=() class home status=0
+  configure release && build release --target ornwhatsnewqt_tests || return
+  mapfile -t classes < <("$program" --list)
+  ((${#classes[@]} > 0)) || { echo 'FAILED: no tests' && return 1; }
   home=$(mktemp -d)
-  for test in "${tests[@]}"; do
+  for class in "${classes[@]}"; do
     HOME=$home XDG_CONFIG_HOME=$home/.config LC_ALL=C.UTF-8 QT_QPA_PLATFORM=xcb \
-      xvfb-run --auto-servernum timeout 120 "build/release/bin/$test" || status=1
+      xvfb-run --auto-servernum timeout 120 "$program" "$class" || status=1
   done
   rm -rf "$home"
   return "$status"

@@ -8,6 +8,7 @@
 
 #include "ornwhatsnewqt/src/Services.h"
 #include "ornwhatsnewqt/src/SettingsStore.h"
+#include "tests/ornwhatsnewqt/QtTests.h"
 #include "tests/ornwhatsnewqt/TestWorld.h"
 
 namespace {
@@ -154,7 +155,8 @@ void AnnouncementTest::waitsUntilAModalDialogIsClosed() {
   QVERIFY(due.wait());
 }
 
+const test_support::RegisteredTest<AnnouncementTest> kAnnouncementTest;
+
 }  // namespace
 
-QTEST_MAIN(AnnouncementTest)
 #include "AnnouncementTest.moc"

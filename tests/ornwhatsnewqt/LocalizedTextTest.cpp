@@ -9,6 +9,7 @@
 #include <QtCore/QTranslator>
 #include <QtTest/QTest>
 
+#include "tests/ornwhatsnewqt/QtTests.h"
 #include "tests/ornwhatsnewqt/TestWorld.h"
 
 namespace {
@@ -16,7 +17,7 @@ namespace {
 using ornwhatsnewqt::localizedText;
 using ornwhatsnewqt::TranslatorDictionary;
 
-QString contentOf(const QString& path) {
+QString textOfFile(const QString& path) {
   QFile file(path);
   if (!file.open(QIODevice::ReadOnly)) qFatal("cannot open '%s'", qPrintable(path));
   return QString::fromUtf8(file.readAll());
@@ -32,7 +33,7 @@ QSet<QString> keysInSources() {
                        {QStringLiteral("*.cpp"), QStringLiteral("*.h")}, QDir::Files,
                        QDirIterator::Subdirectories);
     while (files.hasNext()) {
-      const QString text = contentOf(files.next());
+      const QString text = textOfFile(files.next());
       // Remove the comments, because their examples are not strings of the library.
       static const QRegularExpression comment(QStringLiteral("//[^\n]*"));
       auto matches = key.globalMatch(QString(text).remove(comment));
@@ -103,7 +104,7 @@ void LocalizedTextTest::germanHasATextForEveryKey() {
 void LocalizedTextTest::germanHasNoTextForAnUnknownKey() {
   static const QRegularExpression entry(QStringLiteral("\nmsgid \"(.+)\""));
   const QSet<QString> keys = keysInSources();
-  auto entries = entry.globalMatch(contentOf(
+  auto entries = entry.globalMatch(textOfFile(
       QStringLiteral(ORNWHATSNEW_SOURCES "/ornwhatsnewqt/translations/ornwhatsnew_de.po")));
   QVERIFY(entries.hasNext());
   while (entries.hasNext()) {
@@ -117,7 +118,7 @@ void LocalizedTextTest::germanHasNoTextForAnUnknownKey() {
 void LocalizedTextTest::germanTextsKeepThePlaceholders() {
   static const QRegularExpression entry(
       QStringLiteral("#\\. (.+)\nmsgctxt .+\nmsgid .+\nmsgstr \"(.*)\""));
-  auto entries = entry.globalMatch(contentOf(
+  auto entries = entry.globalMatch(textOfFile(
       QStringLiteral(ORNWHATSNEW_SOURCES "/ornwhatsnewqt/translations/ornwhatsnew_de.po")));
   QVERIFY(entries.hasNext());
   while (entries.hasNext()) {
@@ -129,7 +130,8 @@ void LocalizedTextTest::germanTextsKeepThePlaceholders() {
   }
 }
 
+const test_support::RegisteredTest<LocalizedTextTest, QCoreApplication> kLocalizedTextTest;
+
 }  // namespace
 
-QTEST_GUILESS_MAIN(LocalizedTextTest)
 #include "LocalizedTextTest.moc"

@@ -6,6 +6,7 @@
 
 #include <ornwhatsnew/WhatsNewTypes.h>
 
+#include "tests/ornwhatsnewqt/QtTests.h"
 #include "tests/ornwhatsnewqt/TestLayout.h"
 
 namespace {
@@ -16,7 +17,7 @@ using ornwhatsnewqt::NewsElement;
 using ornwhatsnewqt::PanelStyle;
 using test_support::TestLayout;
 
-PanelStyle style() {
+PanelStyle defaultStyle() {
   return PanelStyle(QPalette(), QFont());
 }
 
@@ -66,7 +67,7 @@ class NewsDocumentTest : public QObject {
 };
 
 void NewsDocumentTest::everyStyleHasItsSizeAndColor_data() {
-  const PanelStyle colors = style();
+  const PanelStyle colors = defaultStyle();
   QTest::addColumn<int>("id");
   QTest::addColumn<int>("size");
   QTest::addColumn<QColor>("color");
@@ -92,7 +93,7 @@ void NewsDocumentTest::everyStyleHasItsSizeAndColor() {
   QFETCH(QColor, color);
   TestLayout layout;
   layout.change({{u"before "}, {u"styled", static_cast<StyleID>(id)}});
-  const NewsDocument document(layout.layout(), style());
+  const NewsDocument document(layout.layout(), defaultStyle());
   const QTextCharFormat format = formatOf(document, QStringLiteral("styled"));
   QCOMPARE(format.font().pixelSize(), size);
   QCOMPARE(format.foreground().color(), color);
@@ -104,8 +105,8 @@ void NewsDocumentTest::stylesBeginAtTheirPosition() {
   // document count code units, not characters.
   layout.change({{u"\U0001F389 party ", StyleID::kStyleChangeText},
                  {u"(v4.3)", StyleID::kStyleInternalCode}});
-  const NewsDocument document(layout.layout(), style());
-  const QColor secondary = style().secondary;
+  const NewsDocument document(layout.layout(), defaultStyle());
+  const QColor secondary = defaultStyle().secondary;
   QTextCursor cursor = document.find(QStringLiteral("(v4.3)"));
   cursor.setPosition(cursor.selectionStart());
   QVERIFY(cursor.charFormat().foreground().color() != secondary);
@@ -120,7 +121,7 @@ void NewsDocumentTest::onlySafeLinksAreLinks() {
         u"https://a.example@b.example/", u"HTTPS://a.example/"}) {
     layout.change({{u"View more", StyleID::kStyleHotSpot, link}});
   }
-  const NewsDocument document(layout.layout(), style());
+  const NewsDocument document(layout.layout(), defaultStyle());
   QCOMPARE(linksOf(document), QStringList(QStringLiteral("https://a.example/x")));
   int anchors = 0;
   for (QTextBlock block = document.begin(); block.isValid(); block = block.next()) {
@@ -134,14 +135,14 @@ void NewsDocumentTest::linksAreUnderlinedExceptTitles() {
   TestLayout layout;
   layout.title(u"Map", {}, u"https://a.example/map");
   layout.change({{u"ORN-1", StyleID::kStyleIssueLink, u"https://a.example/1"}});
-  const NewsDocument document(layout.layout(), style());
+  const NewsDocument document(layout.layout(), defaultStyle());
   const QTextCharFormat title = formatOf(document, QStringLiteral("Map"));
   QVERIFY(title.isAnchor());
   QVERIFY(!title.fontUnderline());
-  QCOMPARE(title.foreground().color(), style().text);
+  QCOMPARE(title.foreground().color(), defaultStyle().text);
   const QTextCharFormat issue = formatOf(document, QStringLiteral("ORN-1"));
   QVERIFY(issue.fontUnderline());
-  QCOMPARE(issue.foreground().color(), style().link);
+  QCOMPARE(issue.foreground().color(), defaultStyle().link);
 }
 
 void NewsDocumentTest::aTitleIsNoLinkIfItsDescriptionRepeatsTheLink() {
@@ -149,7 +150,7 @@ void NewsDocumentTest::aTitleIsNoLinkIfItsDescriptionRepeatsTheLink() {
   TestLayout layout;
   layout.title(u"Map", {}, link).description({{u"View more", StyleID::kStyleHotSpot, link}});
   layout.title(u"Scanner", {}, link).change(u"Faster");
-  const NewsDocument document(layout.layout(), style());
+  const NewsDocument document(layout.layout(), defaultStyle());
   QVERIFY(!formatOf(document, QStringLiteral("Map")).isAnchor());
   QVERIFY(formatOf(document, QStringLiteral("View more")).isAnchor());
   QVERIFY(formatOf(document, QStringLiteral("Scanner")).isAnchor());
@@ -158,7 +159,7 @@ void NewsDocumentTest::aTitleIsNoLinkIfItsDescriptionRepeatsTheLink() {
 void NewsDocumentTest::changesHaveAHangingIndent() {
   TestLayout layout;
   layout.change(u"Faster").change({{u"Smaller", StyleID::kStyleChangeText}}, u"");
-  const NewsDocument document(layout.layout(), style());
+  const NewsDocument document(layout.layout(), defaultStyle());
   const QTextBlock block = document.begin();
   QCOMPARE(block.text(), QStringLiteral("\u2022\tFaster"));
   const QTextBlockFormat format = block.blockFormat();
@@ -172,7 +173,7 @@ void NewsDocumentTest::changesHaveAHangingIndent() {
 void NewsDocumentTest::paragraphsFollowTheDirectionOfTheirText() {
   TestLayout layout;
   layout.change(u"1. \u05D4\u05E1\u05D5\u05E8\u05E7 A4").change(u"1. A4 \u05D4\u05E1");
-  const NewsDocument document(layout.layout(), style());
+  const NewsDocument document(layout.layout(), defaultStyle());
   const QTextBlockFormat hebrew = document.begin().blockFormat();
   QCOMPARE(hebrew.layoutDirection(), Qt::RightToLeft);
   QVERIFY(hebrew.rightMargin() > hebrew.leftMargin());
@@ -184,7 +185,7 @@ void NewsDocumentTest::surrogatesHaveNoDirection() {
   layout.change(u"\U0001F389 \u05D4\u05E1");  // an emoji, which has no direction, and Hebrew
   layout.change(u"\U0001E900 A4");            // a letter of Adlam, a right-to-left script
   layout.change(u"\U00020000 \u05D4\u05E1");  // an ideograph, which is left-to-right
-  const NewsDocument document(layout.layout(), style());
+  const NewsDocument document(layout.layout(), defaultStyle());
   QList<Qt::LayoutDirection> directions;
   for (QTextBlock block = document.begin(); block.isValid(); block = block.next())
     directions.append(block.blockFormat().layoutDirection());
@@ -196,7 +197,7 @@ void NewsDocumentTest::controlCharactersAddNoBlocks() {
   TestLayout layout;
   layout.change({{u"a\u2029b\uFDD0c\uFDD1d\uFFFCe\rf\u0007g\u0085h", StyleID::kStyleChangeText}},
                 u"\u0007");
-  const NewsDocument document(layout.layout(), style());
+  const NewsDocument document(layout.layout(), defaultStyle());
   QCOMPARE(document.blockCount(), 1);
   const QString replacement(QChar::ReplacementCharacter);
   QCOMPARE(document.begin().text(), QStringLiteral("%1\ta%1b%1c%1d%1e%1f%1g%1h").arg(replacement));
@@ -208,23 +209,24 @@ void NewsDocumentTest::textsCannotChangeTheDirectionOfOtherText() {
                  {u"\u2066", StyleID::kStyleIssueLink, u"https://a.example/"},
                  {u" (v4.3\u202C)", StyleID::kStyleInternalCode}},
                 u"\u2067\u2022");
-  const NewsDocument document(layout.layout(), style());
+  const NewsDocument document(layout.layout(), defaultStyle());
   QCOMPARE(document.begin().text(), QStringLiteral("\u2022\tab (v4.3)"));
-  QCOMPARE(formatOf(document, QStringLiteral("(v4.3)")).foreground().color(), style().secondary);
+  QCOMPARE(formatOf(document, QStringLiteral("(v4.3)")).foreground().color(),
+           defaultStyle().secondary);
   QVERIFY(linksOf(document).isEmpty());
 }
 
 void NewsDocumentTest::changesWithoutTextAreLeftOut() {
   TestLayout layout;
   layout.change({}).change(u"Faster");
-  NewsDocument document(layout.layout(), style());
+  NewsDocument document(layout.layout(), defaultStyle());
   QCOMPARE(plainText(document), QStringLiteral("\u2022 Faster"));
 }
 
 void NewsDocumentTest::aLineEndInAParagraphKeepsItsBlock() {
   TestLayout layout;
   layout.change(u"first\u2028second");
-  NewsDocument document(layout.layout(), style());
+  NewsDocument document(layout.layout(), defaultStyle());
   QCOMPARE(document.blockCount(), 1);
   QCOMPARE(plainText(document), QStringLiteral("\u2022 first\nsecond"));
 }
@@ -233,7 +235,7 @@ void NewsDocumentTest::plainTextContainsNoInvisibleUnits() {
   TestLayout layout;
   layout.header(u"Changes since v4.2").title(u"Map", u"IN DEVELOPMENT");
   layout.description({{u"Shows finds.", StyleID::kStyleFeatureDescription}}).change(u"Faster");
-  NewsDocument document(layout.layout(), style());
+  NewsDocument document(layout.layout(), defaultStyle());
   QCOMPARE(plainText(document),
            QStringLiteral("Changes since v4.2\nMap IN DEVELOPMENT\nShows finds.\n\u2022 Faster"));
 }
@@ -241,7 +243,7 @@ void NewsDocumentTest::plainTextContainsNoInvisibleUnits() {
 void NewsDocumentTest::labelsStayInOneLine() {
   TestLayout layout;
   layout.title(u"Map", u"IN DEVELOPMENT");
-  const NewsDocument document(layout.layout(), style());
+  const NewsDocument document(layout.layout(), defaultStyle());
   QVERIFY(document.begin().text().endsWith(QStringLiteral("IN\u00A0DEVELOPMENT")));
   QVERIFY(formatOf(document, QStringLiteral("DEVELOPMENT")).boolProperty(NewsDocument::IsLabel));
 }
@@ -251,7 +253,7 @@ void NewsDocumentTest::viewMoreStaysInOneLine() {
   layout.description({{u"Shows finds.", StyleID::kStyleFeatureDescription},
                       {u" "},
                       {u"View more", StyleID::kStyleHotSpot, u"https://a.example/"}});
-  NewsDocument document(layout.layout(), style());
+  NewsDocument document(layout.layout(), defaultStyle());
   QCOMPARE(document.begin().text(), QStringLiteral("Shows finds. View\u00A0more"));
   QCOMPARE(plainText(document), QStringLiteral("Shows finds. View more"));
 }
@@ -262,7 +264,7 @@ void NewsDocumentTest::elementsAreHeadingsListItemsAndLinks() {
       .title(u"Map")
       .change({{u"Faster ", StyleID::kStyleChangeText},
                {u"ORN-1", StyleID::kStyleIssueLink, u"https://a.example/1"}});
-  const NewsDocument document(layout.layout(), style());
+  const NewsDocument document(layout.layout(), defaultStyle());
   QList<NewsElement::Kind> kinds;
   for (const NewsElement& element : document.elements()) kinds.append(element.kind);
   using Kind = NewsElement::Kind;
@@ -278,7 +280,7 @@ void NewsDocumentTest::elementsAreHeadingsListItemsAndLinks() {
 void NewsDocumentTest::itemsBeginWithTheirTitle() {
   TestLayout layout;
   layout.header(u"Changes").title(u"Map").change(u"Faster").title(u"Map").change(u"Smaller");
-  const NewsDocument document(layout.layout(), style());
+  const NewsDocument document(layout.layout(), defaultStyle());
   QList<int> parts;
   for (QTextBlock block = document.begin(); block.isValid(); block = block.next())
     parts.append(block.blockFormat().intProperty(NewsDocument::Part));
@@ -287,7 +289,8 @@ void NewsDocumentTest::itemsBeginWithTheirTitle() {
   QCOMPARE(parts, (QList<int>{0, first, later, first, later}));
 }
 
+const test_support::RegisteredTest<NewsDocumentTest> kNewsDocumentTest;
+
 }  // namespace
 
-QTEST_MAIN(NewsDocumentTest)
 #include "NewsDocumentTest.moc"

@@ -16,6 +16,7 @@
 #include <QtWidgets/QToolTip>
 
 #include "ornwhatsnewqt/src/NewsDecoration.h"
+#include "tests/ornwhatsnewqt/QtTests.h"
 #include "tests/ornwhatsnewqt/TestLayout.h"
 
 namespace {
@@ -28,7 +29,7 @@ using ornwhatsnewqt::PanelStyle;
 using test_support::longLayout;
 using test_support::TestLayout;
 
-PanelStyle style() {
+PanelStyle applicationStyle() {
   return PanelStyle(QApplication::palette(), QApplication::font());
 }
 
@@ -91,7 +92,7 @@ void NewsPageTest::cleanup() {
 }
 
 void NewsPageTest::show(const PanelLayout& layout) {
-  page_->showLayout(layout, style());
+  page_->showLayout(layout, applicationStyle());
 }
 
 /// Returns the rectangle of the first occurrence of `text`, in the coordinates of the viewport.
@@ -159,9 +160,9 @@ void NewsPageTest::theLinkWithTheFocusHasARing() {
   const auto colorThere = [&] {
     return page_->viewport()->grab().toImage().pixelColor(leftOfLink);
   };
-  QCOMPARE(colorThere(), style().card);
+  QCOMPARE(colorThere(), applicationStyle().card);
   QTest::keyClick(page_.get(), Qt::Key_Tab);
-  QCOMPARE(colorThere(), style().accent);
+  QCOMPARE(colorThere(), applicationStyle().accent);
 }
 
 void NewsPageTest::theLinkKeepsTheFocusInANewLayout() {
@@ -320,8 +321,8 @@ void NewsPageTest::labelsHaveBoxes() {
   show(layoutWithLinks());
   const QRect rect = rectOf(QStringLiteral("OFF"));
   const QImage image = page_->viewport()->grab().toImage();
-  QCOMPARE(image.pixelColor(rect.right() + 3, rect.center().y()), style().accentFill);
-  QCOMPARE(image.pixelColor(rect.right() + 20, rect.center().y()), style().card);
+  QCOMPARE(image.pixelColor(rect.right() + 3, rect.center().y()), applicationStyle().accentFill);
+  QCOMPARE(image.pixelColor(rect.right() + 20, rect.center().y()), applicationStyle().card);
 }
 
 void NewsPageTest::aLatinLabelInAHebrewTitleHasABox() {
@@ -333,9 +334,9 @@ void NewsPageTest::aLatinLabelInAHebrewTitleHasABox() {
   QVERIFY2(qAbs(label.width() - width) <= 1, qPrintable(QString::number(label.width())));
   const QImage image = page_->viewport()->grab().toImage();
   for (const int x : {label.left() - 3, label.right() + 3})
-    QCOMPARE(image.pixelColor(x, label.center().y()), style().accentFill);
+    QCOMPARE(image.pixelColor(x, label.center().y()), applicationStyle().accentFill);
   for (const int x : {label.left() - 20, label.right() + 20})
-    QCOMPARE(image.pixelColor(x, label.center().y()), style().card);
+    QCOMPARE(image.pixelColor(x, label.center().y()), applicationStyle().card);
 }
 
 void NewsPageTest::centersTheColumn() {
@@ -345,7 +346,8 @@ void NewsPageTest::centersTheColumn() {
   QCOMPARE(page_->viewport()->x(), 0);
 }
 
+const test_support::RegisteredTest<NewsPageTest> kNewsPageTest;
+
 }  // namespace
 
-QTEST_MAIN(NewsPageTest)
 #include "NewsPageTest.moc"

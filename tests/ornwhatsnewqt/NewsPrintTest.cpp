@@ -10,6 +10,7 @@
 #include <QtTest/QTest>
 #include <QtWidgets/QApplication>
 
+#include "tests/ornwhatsnewqt/QtTests.h"
 #include "tests/ornwhatsnewqt/TestLayout.h"
 
 namespace {
@@ -133,7 +134,8 @@ void NewsPrintTest::printsAllPages() {
   QCOMPARE(printer.painted().text().count(QStringLiteral("A change")), 200);
 }
 
+const test_support::RegisteredTest<NewsPrintTest> kNewsPrintTest;
+
 }  // namespace
 
-QTEST_MAIN(NewsPrintTest)
 #include "NewsPrintTest.moc"

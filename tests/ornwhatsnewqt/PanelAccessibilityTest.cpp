@@ -20,6 +20,7 @@
 #include "ornwhatsnewqt/src/RatingCard.h"
 #include "ornwhatsnewqt/src/RatingPage.h"
 #include "ornwhatsnewqt/src/SearchBar.h"
+#include "tests/ornwhatsnewqt/QtTests.h"
 #include "tests/ornwhatsnewqt/TestLayout.h"
 #include "tests/ornwhatsnewqt/TestWorld.h"
 
@@ -350,7 +351,8 @@ void PanelAccessibilityTest::filtersAreANamedGroup() {
   QCOMPARE(filter->parent()->text(QAccessible::Name), QStringLiteral("Filters"));
 }
 
+const test_support::RegisteredTest<PanelAccessibilityTest> kPanelAccessibilityTest;
+
 }  // namespace
 
-QTEST_MAIN(PanelAccessibilityTest)
 #include "PanelAccessibilityTest.moc"

@@ -7,6 +7,7 @@
 #include <QtTest/QTest>
 
 #include "ornwhatsnewqt/src/Services.h"
+#include "tests/ornwhatsnewqt/QtTests.h"
 #include "tests/ornwhatsnewqt/TestWorld.h"
 
 namespace {
@@ -15,9 +16,9 @@ using ornwhatsnewqt::FirstStart;
 using ornwhatsnewqt::PanelController;
 using ornwhatsnewqt::Settings;
 using test_support::ChangeRow;
+using test_support::kMapChange;
 using test_support::TestWorld;
 
-const ChangeRow kMapChange{.version = "4.3", .groupingID = "EPIC-1", .description = "Faster map"};
 const ChangeRow kWinChange{
     .version = "4.3", .groupingID = "MISC", .platform = "Win", .description = "New tray icon"};
 const ChangeRow kRequest{.version = "4.3",
@@ -442,7 +443,8 @@ void PanelControllerTest::reportsErrorsInANewLanguage() {
   QVERIFY(!controller->stateError().startsWith(QStringLiteral("cannot write")));
 }
 
+const test_support::RegisteredTest<PanelControllerTest> kPanelControllerTest;
+
 }  // namespace
 
-QTEST_MAIN(PanelControllerTest)
 #include "PanelControllerTest.moc"

@@ -8,6 +8,8 @@
 
 #include <ornwhatsnew/WhatsNewTypes.h>
 
+#include "tests/ornwhatsnewqt/QtTests.h"
+
 namespace {
 
 using ornwhatsnewqt::PanelStyle;
@@ -97,7 +99,8 @@ void PanelStyleTest::noTextIsSmallerThanTheDesktopFont() {
   QCOMPARE(style.font(ornwhatsnew::kFontSize_Title).pixelSize(), 42);
 }
 
+const test_support::RegisteredTest<PanelStyleTest> kPanelStyleTest;
+
 }  // namespace
 
-QTEST_MAIN(PanelStyleTest)
 #include "PanelStyleTest.moc"

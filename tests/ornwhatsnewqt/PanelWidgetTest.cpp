@@ -32,6 +32,7 @@
 #include "ornwhatsnewqt/src/PanelHeader.h"
 #include "ornwhatsnewqt/src/RatingCard.h"
 #include "ornwhatsnewqt/src/RatingPage.h"
+#include "tests/ornwhatsnewqt/QtTests.h"
 #include "tests/ornwhatsnewqt/TestWorld.h"
 
 namespace {
@@ -44,9 +45,9 @@ using ornwhatsnewqt::RatingPage;
 using ornwhatsnewqt::Settings;
 using ornwhatsnewqt::WhatsNew;
 using test_support::ChangeRow;
+using test_support::kMapChange;
 using test_support::TestWorld;
 
-const ChangeRow kFaster{.version = "4.3", .groupingID = "EPIC-1", .description = "Faster map"};
 const ChangeRow kWindows{.version = "4.3",
                          .groupingID = "EPIC-1",
                          .platform = "Win",
@@ -223,7 +224,7 @@ class PanelWidgetTest : public QObject {
 
 void PanelWidgetTest::init() {
   world_ = std::make_unique<TestWorld>();
-  world_->writeData({kFaster, kWindows, kLink});
+  world_->writeData({kMapChange, kWindows, kLink});
   world_->storeEarlierUse();
 }
 
@@ -337,7 +338,7 @@ void PanelWidgetTest::opensLinksInTheBrowser() {
 }
 
 void PanelWidgetTest::keyboardReachesEveryControl() {
-  world_->writeData({kFaster, kLink, kRating});
+  world_->writeData({kMapChange, kLink, kRating});
   Settings settings = settingsWithRatings();
   settings.announcesUpdates = true;
   open(settings);
@@ -375,7 +376,7 @@ void PanelWidgetTest::keyboardReachesEveryControlOfTheRatingPage() {
 void PanelWidgetTest::reloadKeepsThePanelOpen() {
   open();
   world_->writeData(
-      {kFaster, {.version = "4.3", .groupingID = "EPIC-1", .description = "Smaller"}});
+      {kMapChange, {.version = "4.3", .groupingID = "EPIC-1", .description = "Smaller"}});
   whatsNew_->refresh();
   QVERIFY(news().contains(QStringLiteral("Smaller")));
   QVERIFY(news().contains(QStringLiteral("Faster map")));
@@ -433,7 +434,7 @@ void PanelWidgetTest::reportsAMissingDataFile() {
   open();
   QVERIFY(find<QWidget>("messageBar").isVisible());
   QVERIFY(find<QLabel>("message").text().contains(world_->dataFile()));
-  world_->writeData({kFaster});
+  world_->writeData({kMapChange});
   whatsNew_->refresh();
   QVERIFY(!find<QWidget>("messageBar").isVisible());
   QFile::remove(world_->dataFile());
@@ -505,7 +506,7 @@ void PanelWidgetTest::showsRatingsInPlaceOfTheNews() {
 }
 
 void PanelWidgetTest::theNewsRemainAfterAVisitToTheRatings() {
-  world_->writeData({kFaster, kRating});
+  world_->writeData({kMapChange, kRating});
   open(settingsWithRatings());
   find<QRadioButton>("ratings").click();
   find<QRadioButton>("news").click();
@@ -553,7 +554,7 @@ void PanelWidgetTest::twoPanelsReportOneRating() {
 }
 
 void PanelWidgetTest::aRatingInOnePanelLeavesTheNewsInAnother() {
-  world_->writeData({kFaster, kRating});
+  world_->writeData({kMapChange, kRating});
   open(settingsWithRatings());
   PanelWidget second(whatsNew_.get());
   second.show();
@@ -652,7 +653,8 @@ void PanelWidgetTest::outlivesItsObject() {
   find<QAbstractButton>("print").click();
 }
 
+const test_support::RegisteredTest<PanelWidgetTest> kPanelWidgetTest;
+
 }  // namespace
 
-QTEST_MAIN(PanelWidgetTest)
 #include "PanelWidgetTest.moc"

@@ -12,6 +12,7 @@
 #include <QtWidgets/QRadioButton>
 
 #include "ornwhatsnewqt/src/RatingCard.h"
+#include "tests/ornwhatsnewqt/QtTests.h"
 
 namespace {
 
@@ -210,7 +211,8 @@ void RatingPageTest::fitsANarrowPanel() {
   QVERIFY(choice(0, 5).y() > choice(0, 1).y());
 }
 
+const test_support::RegisteredTest<RatingPageTest> kRatingPageTest;
+
 }  // namespace
 
-QTEST_MAIN(RatingPageTest)
 #include "RatingPageTest.moc"

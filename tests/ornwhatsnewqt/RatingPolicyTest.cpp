@@ -3,6 +3,7 @@
 #include <QtTest/QTest>
 
 #include "ornwhatsnewqt/src/SettingsStore.h"
+#include "tests/ornwhatsnewqt/QtTests.h"
 #include "tests/ornwhatsnewqt/TestWorld.h"
 
 namespace {
@@ -73,7 +74,8 @@ void RatingPolicyTest::asksOnceInASession() {
   QVERIFY(RatingPolicy(store, [] { return onDay(100); }).allowsRequest());
 }
 
+const test_support::RegisteredTest<RatingPolicyTest, QCoreApplication> kRatingPolicyTest;
+
 }  // namespace
 
-QTEST_GUILESS_MAIN(RatingPolicyTest)
 #include "RatingPolicyTest.moc"

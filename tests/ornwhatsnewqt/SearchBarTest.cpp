@@ -12,6 +12,7 @@
 #include <QtWidgets/QVBoxLayout>
 
 #include "ornwhatsnewqt/src/NewsPage.h"
+#include "tests/ornwhatsnewqt/QtTests.h"
 #include "tests/ornwhatsnewqt/TestLayout.h"
 
 namespace {
@@ -233,7 +234,8 @@ void SearchBarTest::closingReturnsTheFocusToTheView() {
   QVERIFY(view_->hasFocus());
 }
 
+const test_support::RegisteredTest<SearchBarTest> kSearchBarTest;
+
 }  // namespace
 
-QTEST_MAIN(SearchBarTest)
 #include "SearchBarTest.moc"

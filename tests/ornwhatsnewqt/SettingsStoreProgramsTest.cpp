@@ -9,6 +9,7 @@
 #include <ornwhatsnew/utility/PersistedList.h>
 
 #include "ornwhatsnewqt/src/SettingsStore.h"
+#include "tests/ornwhatsnewqt/QtTests.h"
 #include "tests/ornwhatsnewqt/TestWorld.h"
 
 namespace {
@@ -62,7 +63,8 @@ void SettingsStoreProgramsTest::severalProgramsLoseNothing() {
     writers.push_back(std::make_unique<QProcess>());
     writers.back()->setProcessChannelMode(QProcess::ForwardedChannels);
     writers.back()->start(QCoreApplication::applicationFilePath(),
-                          {QStringLiteral("--writer"), file, QString::number(program)});
+                          {QLatin1String(staticMetaObject.className()), QStringLiteral("--writer"),
+                           file, QString::number(program)});
   }
   for (const auto& writer : writers) {
     QVERIFY(writer->waitForFinished(-1));
@@ -74,9 +76,7 @@ void SettingsStoreProgramsTest::severalProgramsLoseNothing() {
            static_cast<std::size_t>(kPrograms * rounds()));
 }
 
-}  // namespace
-
-int main(int argc, char** argv) {
+int runTestOrWriter(int argc, char** argv) {
   const QCoreApplication application(argc, argv);
   const QStringList arguments = QCoreApplication::arguments();
   if (arguments.value(1) == QStringLiteral("--writer")) {
@@ -85,5 +85,10 @@ int main(int argc, char** argv) {
   SettingsStoreProgramsTest test;
   return QTest::qExec(&test, argc, argv);
 }
+
+const test_support::RegisteredMain kSettingsStoreProgramsTest(
+    SettingsStoreProgramsTest::staticMetaObject.className(), &runTestOrWriter);
+
+}  // namespace
 
 #include "SettingsStoreProgramsTest.moc"

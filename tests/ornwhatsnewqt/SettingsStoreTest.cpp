@@ -13,6 +13,7 @@
 
 #include <ornwhatsnew/utility/PersistedList.h>
 
+#include "tests/ornwhatsnewqt/QtTests.h"
 #include "tests/ornwhatsnewqt/TestWorld.h"
 
 namespace {
@@ -274,7 +275,8 @@ void SettingsStoreTest::storesSeveralValuesAtOnce() {
   QCOMPARE(world.stored(second), QStringLiteral("3"));
 }
 
+const test_support::RegisteredTest<SettingsStoreTest, QCoreApplication> kSettingsStoreTest;
+
 }  // namespace
 
-QTEST_GUILESS_MAIN(SettingsStoreTest)
 #include "SettingsStoreTest.moc"

@@ -17,6 +17,10 @@
 
 namespace test_support {
 
+/// A change of the feature "EPIC-1" in version 4.3.
+inline const ChangeRow kMapChange{
+    .version = "4.3", .groupingID = "EPIC-1", .description = "Faster map"};
+
 /// An application with version 4.3, build 118, platform Mac and the feature "EPIC-1", which is
 /// called "Map". Its settings and data file are in a temporary folder. The constructor and the
 /// destructor restore the default services.

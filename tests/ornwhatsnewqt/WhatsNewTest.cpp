@@ -15,6 +15,7 @@
 #include <ornwhatsnewqt/PanelWidget.h>
 #include <ornwhatsnewqt/WhatsNewBadge.h>
 
+#include "tests/ornwhatsnewqt/QtTests.h"
 #include "tests/ornwhatsnewqt/TestWorld.h"
 
 namespace {
@@ -23,9 +24,9 @@ using ornwhatsnewqt::Settings;
 using ornwhatsnewqt::WhatsNew;
 using ornwhatsnewqt::WhatsNewBadge;
 using test_support::ChangeRow;
+using test_support::kMapChange;
 using test_support::TestWorld;
 
-const ChangeRow kMapChange{.version = "4.3", .groupingID = "EPIC-1", .description = "Faster map"};
 const ChangeRow kScannerChange{
     .version = "4.3", .groupingID = "EPIC-2", .description = "Reads faster"};
 
@@ -279,7 +280,8 @@ void WhatsNewTest::theBadgeIsDisabledWithoutItsObject() {
   QVERIFY(!badge.isEnabled());
 }
 
+const test_support::RegisteredTest<WhatsNewTest> kWhatsNewTest;
+
 }  // namespace
 
-QTEST_MAIN(WhatsNewTest)
 #include "WhatsNewTest.moc"
