@@ -64,20 +64,20 @@ std::string Reference(std::string_view name, std::size_t line) {
 
 using LinesByKey = std::map<std::string, std::size_t, std::less<>>;
 
-/// Returns each localisation key at the start of a JSON string in `json`, and the number of the
+/// Returns each localisation key at the start of a JSON string in `content`, and the number of the
 /// first line with this key. Does not decode JSON escapes in keys.
-LinesByKey FindKeys(std::string_view json) {
+LinesByKey FindKeys(std::string_view content) {
   constexpr std::string_view kStart = "\"$$$/";
   LinesByKey lines;
   std::size_t line = 1;
   std::size_t position = 0;
   for (;;) {
-    const std::size_t quote = json.find(kStart, position);
+    const std::size_t quote = content.find(kStart, position);
     if (quote == std::string_view::npos) return lines;
-    const auto newlines = std::ranges::count(json.substr(position, quote - position), '\n');
+    const auto newlines = std::ranges::count(content.substr(position, quote - position), '\n');
     line += static_cast<std::size_t>(newlines);
-    position = std::min(json.find_first_of("=\"", quote + 1), json.size());
-    lines.emplace(json.substr(quote + 1, position - quote - 1), line);
+    position = std::min(content.find_first_of("=\"", quote + 1), content.size());
+    lines.emplace(content.substr(quote + 1, position - quote - 1), line);
   }
 }
 

@@ -15,7 +15,7 @@
 namespace hosts::author {
 namespace {
 
-constexpr char16_t kByteOrderMark = u'\uFEFF';
+constexpr char16_t kUTF16ByteOrderMark = u'\uFEFF';
 
 using Converter = std::unique_ptr<UConverter, decltype(&ucnv_close)>;
 
@@ -123,7 +123,7 @@ DecodedText DecodeText(std::string_view bytes, const std::optional<std::string>&
   const std::u16string text = Decode(bytes, decoded.encoding);
   RequireNoNul(text);
   std::u16string_view content = text;
-  if (content.starts_with(kByteOrderMark)) content.remove_prefix(1);
+  if (content.starts_with(kUTF16ByteOrderMark)) content.remove_prefix(1);
   decoded.text = orncore::string::UTF16to8(content);
   return decoded;
 }

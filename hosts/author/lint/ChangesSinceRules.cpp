@@ -83,12 +83,12 @@ void CheckMissing(LintContext& context) {
       "a version; add the row '4.2,Changes-Since' with your version");
 }
 
-constexpr FileRule kRules[] = {CheckChangesSinceRows, CheckMissing};
+constexpr FileRule kChangesSinceRules[] = {CheckChangesSinceRows, CheckMissing};
 
 }  // namespace
 
 std::span<const FileRule> ChangesSinceRules() {
-  return kRules;
+  return kChangesSinceRules;
 }
 
 bool IsMisspeltChangesSince(std::string_view text) {

@@ -171,13 +171,14 @@ void CheckByteOrderMarks(LintContext& context) {
   }
 }
 
-constexpr FileRule kRules[] = {CheckUTF16,    CheckEmpty, CheckSeparator,     CheckLineEnds,
-                               CheckNulBytes, CheckUTF8,  CheckConflictMarks, CheckByteOrderMarks};
+constexpr FileRule kFileFormRules[] = {CheckUTF16,         CheckEmpty,         CheckSeparator,
+                                       CheckLineEnds,      CheckNulBytes,      CheckUTF8,
+                                       CheckConflictMarks, CheckByteOrderMarks};
 
 }  // namespace
 
 std::span<const FileRule> FileFormRules() {
-  return kRules;
+  return kFileFormRules;
 }
 
 }  // namespace hosts::author

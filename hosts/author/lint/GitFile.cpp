@@ -25,7 +25,7 @@ using common::FileDescriptor;
 
 /// The number of bytes of git's standard error after which reading stops. The same limit applies to
 /// git's output in `IsShallowClone`.
-constexpr std::size_t kMaximumErrors = 4096;
+constexpr std::size_t kMaximumErrorBytes = 4096;
 
 [[noreturn]] void FailGit(const std::string& problem, int error) {
   throw std::runtime_error(problem + ": " + std::generic_category().message(error));
@@ -119,14 +119,15 @@ GitResult RunGit(const std::vector<std::string>& arguments, std::size_t maxBytes
   output = FileDescriptor(-1);
   result.hasSucceeded = HasSucceeded(process);
   ::lseek(errors.Number(), 0, SEEK_SET);
-  const std::string text = common::ReadToEnd(errors.Number(), kMaximumErrors, "the errors of git");
+  const std::string text =
+      common::ReadToEnd(errors.Number(), kMaximumErrorBytes, "the errors of git");
   result.error = text.substr(0, text.find('\n'));
   return result;
 }
 
 bool IsShallowClone(const std::string& folder) {
   const GitResult result =
-      RunGit({"-C", folder, "rev-parse", "--is-shallow-repository"}, kMaximumErrors);
+      RunGit({"-C", folder, "rev-parse", "--is-shallow-repository"}, kMaximumErrorBytes);
   return result.hasSucceeded && result.output == "true\n";
 }
 

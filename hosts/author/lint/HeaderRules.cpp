@@ -39,13 +39,13 @@ bool IsNameOf(std::string_view name, const DataColumnInfo& column) {
 
 /// Returns the first column for which `IsNameOf` returns true. Returns the end of `kDataColumns` if
 /// there is none.
-auto FindColumn(std::string_view name) {
+auto FindSimilarColumn(std::string_view name) {
   return std::ranges::find_if(
       kDataColumns, [name](const DataColumnInfo& column) { return IsNameOf(name, column); });
 }
 
 bool IsNameOfAnyColumn(std::string_view name) {
-  return FindColumn(name) != kDataColumns.end();
+  return FindSimilarColumn(name) != kDataColumns.end();
 }
 
 /// Returns whether `text` is a version of digits and points, such as "4.2" or "v4.2". It must begin
@@ -173,7 +173,7 @@ void CheckHeaderOrder(LintContext& context) {
   const LintRow& row = rows[index];
   for (std::size_t i = 0; i < kDataColumnCount; ++i) {
     const std::string_view name = row.data.values[i];
-    const auto column = FindColumn(name);
+    const auto column = FindSimilarColumn(name);
     if (IsNameOf(name, kDataColumns[i]) || column == kDataColumns.end()) continue;
     const std::string message = "the name " + Quoted(name) + " belongs to column " +
                                 std::to_string(column - kDataColumns.begin() + 1) +
@@ -209,13 +209,13 @@ void CheckRepeatedHeader(LintContext& context) {
   }
 }
 
-constexpr FileRule kRules[] = {CheckRowsBeforeHeader, CheckTakenHeader, CheckHeaderOrder,
-                               CheckRepeatedHeader};
+constexpr FileRule kHeaderRules[] = {CheckRowsBeforeHeader, CheckTakenHeader, CheckHeaderOrder,
+                                     CheckRepeatedHeader};
 
 }  // namespace
 
 std::span<const FileRule> HeaderRules() {
-  return kRules;
+  return kHeaderRules;
 }
 
 bool LooksLikeHeader(const DataRow& row) {

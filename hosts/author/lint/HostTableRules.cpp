@@ -32,12 +32,12 @@ void CheckEpicKeys(LintContext& context) {
   }
 }
 
-constexpr FileRule kRules[] = {CheckEpicKeys};
+constexpr FileRule kHostTableRules[] = {CheckEpicKeys};
 
 }  // namespace
 
 std::span<const FileRule> HostTableRules() {
-  return kRules;
+  return kHostTableRules;
 }
 
 }  // namespace hosts::author

@@ -120,12 +120,12 @@ void CheckText(LintContext& context, const LintRow& row) {
                           context.Column(DataColumn::kDescription) + ", or delete the row");
 }
 
-constexpr ChangeRule kRules[] = {CheckLink, CheckSection, CheckLinkInText, CheckText};
+constexpr ChangeRule kLinkRules[] = {CheckLink, CheckSection, CheckLinkInText, CheckText};
 
 }  // namespace
 
 std::span<const ChangeRule> LinkRules() {
-  return kRules;
+  return kLinkRules;
 }
 
 }  // namespace hosts::author

@@ -19,10 +19,8 @@ using ornwhatsnew::ExtractHashablePortion;
 using ornwhatsnew::FeatureListDetail;
 using ornwhatsnew::FeatureListItem;
 
-using Rows = std::vector<const LintRow*>;
-
-Rows Changes(const LintedFile& file) {
-  Rows changes;
+LintRows Changes(const LintedFile& file) {
+  LintRows changes;
   for (const LintRow& row : file.Rows()) {
     if (row.change != nullptr) changes.push_back(&row);
   }
@@ -53,14 +51,14 @@ struct RowPair {
 /// Pairs the changes of two files. `before` and `after` contain the changes that have no partner
 /// yet.
 struct Pairing {
-  Rows before;
-  Rows after;
+  LintRows before;
+  LintRows after;
   std::vector<RowPair> pairs;
 
   /// Pairs the changes for which `key` returns the same string, in file order.
   template <class Key>
   void PairBy(Key key) {
-    std::map<std::string, std::vector<const LintRow*>> beforeByKey;
+    std::map<std::string, LintRows> beforeByKey;
     for (auto row = before.rbegin(); row != before.rend(); ++row) {
       beforeByKey[key(**row)].push_back(*row);
     }

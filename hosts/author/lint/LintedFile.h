@@ -43,8 +43,11 @@ struct LintRow {
   bool IsUnmatched() const { return change->DetailInternalCouldNotMatchBetaFeature(); }
 };
 
+/// Some rows of a `LintedFile`, which owns them.
+using LintRows = std::vector<const LintRow*>;
+
 /// The rows of each item by the key of the item.
-using RowsByKey = std::unordered_map<std::string_view, std::vector<const LintRow*>>;
+using RowsByKey = std::unordered_map<std::string_view, LintRows>;
 
 /// The rows and the items of a data file. The features come from the feature service of the
 /// process. Not copyable, because the rows contain pointers and views to data that the object owns.

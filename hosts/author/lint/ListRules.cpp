@@ -24,9 +24,7 @@ using ornwhatsnew::HidingRule;
 /// on a feature with many changes would need too much memory.
 constexpr std::size_t kMaximumRelated = 50;
 
-using Rows = std::vector<const LintRow*>;
-
-std::string Lines(const std::vector<RelatedPlace>& places) {
+std::string LineList(const std::vector<RelatedPlace>& places) {
   constexpr std::size_t kMaximumLines = 10;
   std::string text = places.size() == 1 ? "line " : "lines ";
   for (std::size_t i = 0; i < std::min(places.size(), kMaximumLines); ++i) {
@@ -74,7 +72,7 @@ void CheckDefaults(LintContext& context) {
 
 // ---- visibility
 
-void ReportHidden(LintContext& context, const Rows& rows) {
+void ReportHidden(LintContext& context, const LintRows& rows) {
   const auto hiding = std::ranges::find_if(
       rows, [](const LintRow* row) { return row->change->DetailForcingItemToHiddenOverride(); });
   std::vector<RelatedPlace> others;
@@ -85,12 +83,12 @@ void ReportHidden(LintContext& context, const Rows& rows) {
   if (others.empty()) return;
   Finding& finding = context.ReportField(
       LintCode::kFeatureHidden, **hiding, DataColumn::kSalience,
-      "the salience hides the whole feature, so nobody sees its other changes (" + Lines(others) +
-          "); delete the salience, or these changes");
+      "the salience hides the whole feature, so nobody sees its other changes (" +
+          LineList(others) + "); delete the salience, or these changes");
   finding.related = std::move(others);
 }
 
-void ReportUnseen(LintContext& context, const Rows& rows, bool isOff) {
+void ReportUnseen(LintContext& context, const LintRows& rows, bool isOff) {
   const LintRow& row = *rows.front();
   const std::string reason =
       isOff ? " is off and users cannot switch it on, so nobody sees its " +
@@ -136,17 +134,17 @@ void CheckVisibility(LintContext& context) {
 // ---- links
 
 void CheckLaterLinks(LintContext& context) {
-  std::unordered_map<const FeatureListItem*, Rows> later;
-  Rows firstRows;
+  std::unordered_map<const FeatureListItem*, LintRows> later;
+  LintRows firstRows;
   for (const LintRow& row : context.File().Rows()) {
     if (row.change == nullptr || row.item->IsSection() || !row.change->HasDuplicateURL()) continue;
-    Rows& rows = later[row.item];
+    LintRows& rows = later[row.item];
     if (rows.empty()) firstRows.push_back(&row);
     rows.push_back(&row);
   }
   // Report the features in file order, so that every run lists the same findings.
   for (const LintRow* const first : firstRows) {
-    const Rows& rows = later[first->item];
+    const LintRows& rows = later[first->item];
     std::vector<RelatedPlace> places;
     for (const LintRow* const row : rows) {
       if (places.size() == kMaximumRelated) break;
@@ -156,7 +154,7 @@ void CheckLaterLinks(LintContext& context) {
         context.ReportField(LintCode::kLinkLater, *first, DataColumn::kURL,
                             "the feature " + Quoted(first->item->FeatureJiraIDKey()) +
                                 " already has a link, so later links are ignored (" +
-                                Lines(places) + "); delete these links");
+                                LineList(places) + "); delete these links");
     finding.related = std::move(places);
   }
 }
@@ -248,14 +246,14 @@ void CheckHostVersion(LintContext& context) {
   CheckBoundsOfHost(context, running);
 }
 
-constexpr FileRule kRules[] = {CheckIdentities, CheckDefaults, CheckVisibility,
-                               CheckLaterLinks, CheckNoChange, CheckFeaturesWithoutChange,
-                               CheckHostVersion};
+constexpr FileRule kListRules[] = {CheckIdentities, CheckDefaults, CheckVisibility,
+                                   CheckLaterLinks, CheckNoChange, CheckFeaturesWithoutChange,
+                                   CheckHostVersion};
 
 }  // namespace
 
 std::span<const FileRule> ListRules() {
-  return kRules;
+  return kListRules;
 }
 
 }  // namespace hosts::author

@@ -119,12 +119,12 @@ void CheckMarkup(LintContext& context, const LintRow& row) {
   }
 }
 
-constexpr ChangeRule kRules[] = {CheckKeys, CheckMarkup};
+constexpr ChangeRule kLocalisationRules[] = {CheckKeys, CheckMarkup};
 
 }  // namespace
 
 std::span<const ChangeRule> LocalisationRules() {
-  return kRules;
+  return kLocalisationRules;
 }
 
 }  // namespace hosts::author

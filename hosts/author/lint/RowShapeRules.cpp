@@ -425,7 +425,7 @@ void CheckRows(LintContext& context) {
   }
 }
 
-constexpr FileRule kRules[] = {CheckRows};
+constexpr FileRule kRowShapeRules[] = {CheckRows};
 
 }  // namespace
 
@@ -449,7 +449,7 @@ bool IsSalience(std::string_view text) {
 }
 
 std::span<const FileRule> RowShapeRules() {
-  return kRules;
+  return kRowShapeRules;
 }
 
 }  // namespace hosts::author

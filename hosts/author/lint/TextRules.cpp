@@ -240,12 +240,13 @@ void CheckSpaces(LintContext& context, const LintRow& row) {
   }
 }
 
-constexpr ChangeRule kRules[] = {CheckQuotes, CheckHTML, CheckMojibake, CheckCommit, CheckSpaces};
+constexpr ChangeRule kTextRules[] = {CheckQuotes, CheckHTML, CheckMojibake, CheckCommit,
+                                     CheckSpaces};
 
 }  // namespace
 
 std::span<const ChangeRule> TextRules() {
-  return kRules;
+  return kTextRules;
 }
 
 }  // namespace hosts::author

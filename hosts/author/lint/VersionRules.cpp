@@ -222,7 +222,7 @@ void CheckMissingVersion(LintContext& context, const LintRow& row) {
                           context.Column(DataColumn::kVersion));
 }
 
-constexpr ChangeRule kRules[] = {CheckForm, CheckBounds, CheckMissingVersion};
+constexpr ChangeRule kVersionRules[] = {CheckForm, CheckBounds, CheckMissingVersion};
 
 }  // namespace
 
@@ -295,7 +295,7 @@ std::string ComparisonMistake(std::string_view version) {
 }
 
 std::span<const ChangeRule> VersionRules() {
-  return kRules;
+  return kVersionRules;
 }
 
 }  // namespace hosts::author

@@ -283,14 +283,14 @@ void CheckRatingRequest(LintContext& context, const LintRow& row) {
                           "; write 'RequestRating' or a question, or leave the field empty");
 }
 
-constexpr ChangeRule kRules[] = {CheckKeywordColumn, CheckGroupingID, CheckStoryID,
-                                 CheckSalience,      CheckUnreviewed, CheckPlatform,
-                                 CheckRatingRequest};
+constexpr ChangeRule kWordRules[] = {CheckKeywordColumn, CheckGroupingID, CheckStoryID,
+                                     CheckSalience,      CheckUnreviewed, CheckPlatform,
+                                     CheckRatingRequest};
 
 }  // namespace
 
 std::span<const ChangeRule> WordRules() {
-  return kRules;
+  return kWordRules;
 }
 
 }  // namespace hosts::author

@@ -94,7 +94,7 @@ std::string BelongingReason(const FeatureListItem& item,
 }
 
 /// Returns advice for the user about a key that no item has.
-std::string KeyRemedy(std::string_view key, std::span<const ExplainedItem> items) {
+std::string UnknownKeyRemedy(std::string_view key, std::span<const ExplainedItem> items) {
   // Search the feature table instead of the items. If several features have the same epic key, they
   // share one item, which has only one of their internal keys.
   const ornappsupport::feature::BetaFeatureMap& features =
@@ -210,7 +210,7 @@ std::string WhyReport::ExplainKey(const std::string& key) const {
     return item.visibility.item->FeatureJiraIDKey();
   });
   if (found == items_.end()) {
-    Fail("no feature or section has the key " + Quoted(key) + "; " + KeyRemedy(key, items_));
+    Fail("no feature or section has the key " + Quoted(key) + "; " + UnknownKeyRemedy(key, items_));
   }
   const std::string name = QuotedText(found->visibility.item->GetFeatureName());
   const std::string head = NameOf(*found) + ": " + name + "\n" + Verdict(ItemReasons(*found));
