@@ -28,8 +28,9 @@ struct ConvertedText {
 ///   U+2029.
 ConvertedText ConvertText(std::string_view text);
 
-/// Returns a description of the replacements, for example "1 '"' by '″', 2 line breaks by spaces".
-/// Returns an empty string if there are no replacements.
+/// Returns a list of the replacements. In a message, the list follows the word "replaced", for
+/// example "1 '"' by '″', 2 line breaks by spaces". Returns an empty string if there are no
+/// replacements.
 std::string DescribeReplacements(const ConvertedText& converted);
 
 /// Returns why `value` must not be a field of a data file, and what to do, for example "is not

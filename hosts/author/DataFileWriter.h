@@ -22,9 +22,9 @@ std::string HeaderRow();
 /// a comma.
 std::string FormatRow(const DataFields& fields);
 
-/// Returns the kind that the row `FormatRow(fields)` has below a header row. Returns `std::nullopt`
-/// if the library would read other fields from the row, for example because a field contains a
-/// quote.
+/// Returns the kind of the row `FormatRow(fields)` in a file that begins with a header row. Returns
+/// `std::nullopt` if the library would read other fields from the row, for example because a field
+/// contains a quote.
 std::optional<ornwhatsnew::DataRowKind> KindOfRow(const DataFields& fields);
 
 /// Returns `dataFile`, the content of a data file, with a row for the change `fields` at its end.

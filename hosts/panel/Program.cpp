@@ -35,8 +35,8 @@ Settings MakeSettings(common::StateStore& store, QTimer& commitTimer) {
   Settings settings = Settings::withoutServices();
   settings.usesTranslators = true;
   settings.stateGetter = store.Getter();
-  // A display sets three strings. The timer expires after the display, so that one write stores all
-  // three strings.
+  // A display sets the three strings of the state. The timer expires after the display, so that one
+  // write stores all of them.
   settings.stateSetter = [&store, &commitTimer](const ornwhatsnew::UTF8String& key,
                                                 const ornwhatsnew::UTF8String& value) {
     store.Set(key, value);

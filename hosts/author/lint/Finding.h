@@ -56,7 +56,7 @@ struct Finding {
   /// Identifies the finding in later runs. Depends on the code and on the bytes of the row, but not
   /// on the line number of the row. For a finding about the whole file, depends only on the code.
   /// For a finding about the host description, depends on the code and the message. `FinishReport`
-  /// makes equal fingerprints in a file different.
+  /// makes the fingerprints in each file unique.
   std::string fingerprint;
 };
 

@@ -21,8 +21,8 @@ void CheckEpicKeys(LintContext& context) {
       continue;
     }
     const auto [found, isNew] = internalKeys.emplace(feature.epicKey, feature.internalKey);
-    // Do not report two features with the same internal key, because the later feature replaces the
-    // earlier one.
+    // Features with the same internal key do not conflict, because the later one replaces the
+    // earlier one in the feature table.
     if (isNew || found->second == feature.internalKey) continue;
     context.ReportHost(LintCode::kHostEpicKeyTwice,
                        "the features " + Quoted(found->second) + " and " +

@@ -59,9 +59,9 @@ LintReport LintDataFile(const std::string& name, std::string_view text, const Li
 /// with the severity `kOff`, including those that are not listed.
 void ApplySeverities(LintReport& report, const SeverityOverrides& overrides);
 
-/// Sorts the findings by file and position, removes duplicates, and makes equal fingerprints
-/// different. For each code with findings that are not listed, adds a clause with their number to
-/// `notJudged`.
+/// Sorts the findings by file and position, removes duplicates, and makes the fingerprints in each
+/// file unique. For each code with findings that are not listed, adds a clause to `notJudged` that
+/// states how many there are.
 void FinishReport(LintReport& report);
 
 }  // namespace hosts::author

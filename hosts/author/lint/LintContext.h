@@ -72,8 +72,8 @@ class LintContext {
   /// Reports a finding on a field of `row`, or on all of `row` if it does not have this field.
   Finding& ReportField(LintCode code, const LintRow& row, ornwhatsnew::DataColumn column,
                        std::string message);
-  /// Reports a finding on the first occurrence of `part` in a field, or on the whole field if it
-  /// does not contain `part`.
+  /// Reports a finding on the first occurrence of `part` in a field. If `part` is not found,
+  /// reports the finding on the same range as `ReportField`.
   Finding& ReportPart(LintCode code, const LintRow& row, ornwhatsnew::DataColumn column,
                       std::string_view part, std::string message);
   /// Reports a finding on the whole data file.
@@ -102,8 +102,8 @@ class LintContext {
   const common::BetaFeatureDescription* FindFeature(std::string_view text);
 
   /// Returns the section key or epic key that is most similar to `text`. Returns `std::nullopt` if
-  /// no key is similar, or if another search would exceed a limit. The limits do not apply if
-  /// `text` differs from a section key only in its letter case and outer spaces.
+  /// no key is similar, or if the number of searches in the file has reached its limit. The limit
+  /// does not apply if `text` differs from a section key only in its letter case and outer spaces.
   std::optional<std::string> NearestKey(const std::string& text);
 
   /// Returns whether at least one change has a version that consists of digits and points.

@@ -34,7 +34,8 @@ std::string Apply(std::string_view line, std::size_t lineBegin, const std::vecto
   return result.append(line.substr(copied));
 }
 
-/// Determines which edits of rows announce a change again.
+/// Determines which edits of rows announce a change again: users who have seen the change see it as
+/// new.
 class Announcements {
  public:
   explicit Announcements(const LintHost* host)

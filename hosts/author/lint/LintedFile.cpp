@@ -43,8 +43,9 @@ LintedFile::LintedFile(std::string name, std::string_view text)
     LintRow& added = rows_.emplace_back();
     added.data = *row;
     if (row->kind == DataRowKind::kChange) AddChange(maker.Make(*row), added);
-    // Clear the missing values, which the row inherited as views of the reader's buffers. If many
-    // short rows follow a long row, a copy of these values for each row would use too much memory.
+    // Clear the inherited values. They can be views of the reader's buffers, which are valid only
+    // until the reader reads the next row. Copies would need too much memory if many short rows
+    // followed a long row.
     for (std::size_t i = 0; i < added.data.values.size(); ++i) {
       std::string_view& value = added.data.values[i];
       if (i >= row->fieldCount) {

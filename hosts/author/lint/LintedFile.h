@@ -46,7 +46,7 @@ struct LintRow {
 /// Some rows of a `LintedFile`, which owns them.
 using LintRows = std::vector<const LintRow*>;
 
-/// The rows of each item by the key of the item.
+/// Maps the key of each item to rows of this item.
 using RowsByKey = std::unordered_map<std::string_view, LintRows>;
 
 /// The rows and the items of a data file. The features come from the feature service of the
@@ -69,8 +69,8 @@ class LintedFile {
   std::vector<ornwhatsnew::ItemVisibility> ExplainVisibility() const {
     return list_.ExplainVisibility({});
   }
-  /// Returns the changes of each item by the key of the item, in file order. The pointers and the
-  /// keys are valid until the `LintedFile` is changed or destroyed.
+  /// Returns the changes, grouped by the keys of their items, in file order. Omits items without
+  /// changes. The pointers and the keys are valid until the `LintedFile` is changed or destroyed.
   RowsByKey ChangesByKey() const;
   /// Returns the number of change rows.
   std::size_t ChangeCount() const { return changeCount_; }

@@ -161,8 +161,8 @@ void CheckLaterLinks(LintContext& context) {
 
 // ---- missing changes
 
-// Does not report a file with an error, because it may contain changes that the library cannot
-// read.
+// Reports a file without changes. If another finding is an error, reports nothing, because the file
+// may contain changes that the library cannot read.
 void CheckNoChange(LintContext& context) {
   const auto isError = [](const Finding& finding) { return finding.severity == Severity::kError; };
   if (context.File().ChangeCount() > 0 || std::ranges::any_of(context.Findings(), isError)) return;

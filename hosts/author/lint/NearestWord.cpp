@@ -29,8 +29,10 @@ bool HasDigit(std::u16string_view text) {
   return std::ranges::any_of(text, [](char16_t unit) { return unit >= u'0' && unit <= u'9'; });
 }
 
-/// Returns the edit distance: the minimum number of insertions, deletions, substitutions and
-/// transpositions that convert `a` to `b`. A transposition exchanges two adjacent characters.
+/// Returns the edit distance (optimal string alignment): the minimum number of insertions,
+/// deletions, substitutions and transpositions that convert `a` to `b`. A transposition exchanges
+/// two adjacent characters. No other operation changes these two characters or inserts a character
+/// between them.
 std::size_t EditDistance(std::u16string_view a, std::u16string_view b) {
   std::vector<std::size_t> beforePrevious(b.size() + 1);
   std::vector<std::size_t> previous(b.size() + 1);

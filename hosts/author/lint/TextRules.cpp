@@ -34,8 +34,8 @@ std::size_t FindVanishingQuote(std::string_view field) {
   return second + 1 == field.size() ? field.npos : second;
 }
 
-/// Returns whether `row` has no quotes, or only two quotes, which enclose a field. This is true for
-/// most rows, and their fields need not be searched.
+/// Returns whether `row` has no quotes, or only two quotes, which enclose a field. Most rows are
+/// like this, and need no further search for quotes.
 bool HasSimpleQuotes(std::string_view row) {
   const std::size_t first = row.find('"');
   if (first == row.npos) return true;
@@ -139,8 +139,8 @@ constexpr auto kMojibakeStarts = std::to_array<std::string_view>(
 bool BeginsWithContinuation(std::string_view text) {
   if (text.empty()) return false;
   const auto lead = static_cast<unsigned char>(text.front());
-  // 0xC2 begins the characters from U+0080 to U+00BF. The other bytes begin the letters and marks
-  // that Windows-1252 assigns to 0x80 to 0x9F.
+  // 0xC2 begins the characters from U+0080 to U+00BF. The other bytes in the condition begin the
+  // letters and marks that Windows-1252 assigns to 0x80 to 0x9F.
   return lead == 0xC2 || lead == 0xC5 || lead == 0xC6 || lead == 0xCB || lead == 0xE2;
 }
 

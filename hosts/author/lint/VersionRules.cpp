@@ -116,9 +116,9 @@ bool HasForm(std::string_view text, std::string_view pattern) {
   });
 }
 
-/// Returns whether `text` is a date as spreadsheet programs write it. An application can use ISO
-/// dates as versions. An ISO date is therefore a mistake only if `hasPlainVersion` is true, which
-/// means that another version consists of digits and points.
+/// Returns whether `text` is a date as spreadsheet programs write it. For an ISO date, returns true
+/// only if `hasPlainVersion` is true, which means that another version consists of digits and
+/// points. Otherwise, the application may use ISO dates as versions.
 bool IsDate(std::string_view text, bool hasPlainVersion) {
   static constexpr std::array<std::string_view, 7> kForms = {
       "99/99/9999", "9/99/9999", "99/9/9999", "9/9/9999", "99/99/99", "99.99.9999", "9999/99/99"};
@@ -136,8 +136,8 @@ void CheckDate(LintContext& context, const LintRow& row) {
 
 /// Checks the versions for mistakes in their form.
 void CheckForm(LintContext& context, const LintRow& row) {
-  // Return early, because most versions consist of digits and points. Such a version can have only
-  // one mistake in its form: it is a date, which has `kDateLength` characters.
+  // Return early, because most versions consist of digits and points. The form of such a version is
+  // wrong only if it is a date, which has `kDateLength` characters.
   const auto isCorrect = [&row](DataColumn column) {
     return IsPlainVersion(row.Value(column)) && row.Value(column).size() != kDateLength;
   };
@@ -150,7 +150,8 @@ void CheckForm(LintContext& context, const LintRow& row) {
 
 // ---- bounds
 
-/// The weight of a component, relative to the weight of the next component.
+/// When the library compares versions, a component has this many times the weight of the next
+/// component.
 constexpr std::int64_t kWeight = 1000;
 
 /// Returns the number that `component` contains. Returns `std::nullopt` if it is not a number below

@@ -73,7 +73,8 @@ void CheckKeywordColumn(LintContext& context, const LintRow& row) {
   for (std::size_t i = 0; i < ColumnIndex(DataColumn::kDescription); ++i) {
     const auto column = static_cast<DataColumn>(i);
     const std::string_view text = row.data.values[i];
-    // Skip fields that end with a digit. Most versions, keys and commits do, but no keyword does.
+    // Skip fields that end with a digit, as most versions, keys and commits do. No keyword ends
+    // with a digit.
     if (text.size() < kShortestWord || IsDigit(text.back())) continue;
     if (i == ColumnIndex(DataColumn::kVersion) && text.front() <= '9') continue;
     const std::optional<DataColumn> owner = ColumnOfKeyword(TrimSpaces(text), column);

@@ -28,7 +28,7 @@ constexpr DisplayOptions kRelevant =
     ornwhatsnew::kFilterRelevantPlatform | ornwhatsnew::kFilterRelevantVersion;
 
 using Lines = std::vector<std::size_t>;
-/// The line numbers of the shown changes of each item, by the key of the item.
+/// Maps the key of each item to the line numbers of its shown changes.
 using ShownLinesByKey = std::map<std::string_view, Lines>;
 
 /// A user of the application: the description of the user's host, and the user's state.
@@ -97,10 +97,10 @@ void SetIDs(PreviewView& view, const ShownLinesByKey& shown) {
   }
 }
 
-/// Returns the highest version that a change in `file` has and that is not later than `current`.
-/// The result has as many components as `current`: excess components are omitted, and missing
-/// components are 0. Returns `current` if there is no such version, or if a component of `current`
-/// is not a number.
+/// Returns the highest version of a change in `file` that is not later than `current`. Before the
+/// comparison, omits components that `current` does not have. In the result, missing components are
+/// 0. Returns `current` if there is no such version, or if a component of `current` is not a
+/// number.
 std::string NewestVersion(const LintedFile& file, const std::string& current) {
   const auto running = VersionNumbers(current);
   if (!running) return current;

@@ -39,8 +39,8 @@ std::vector<std::string> ItemReasonsForChanges(const ExplainedItem& item);
 
 /// Returns why a display hides the change with the index `index` of an item, without the reasons
 /// that `ItemReasonsForChanges` returns. `userVersions` contains the full versions in which the
-/// user opened the panel. A reason names at most three of these versions, so the running version
-/// must be the first one.
+/// user opened the panel. The running version must be the first one, because a reason names at most
+/// three versions.
 std::vector<std::string> ChangeReasons(const ExplainedItem& item, std::size_t index,
                                        std::span<const std::string> userVersions);
 

@@ -93,7 +93,7 @@ std::string BelongingReason(const FeatureListItem& item,
   return isByStoryID ? ", because its story ID is that key" : "";
 }
 
-/// Returns advice for the user about a key that no item has.
+/// Returns advice for the author about `key`, which is not the key of an item.
 std::string UnknownKeyRemedy(std::string_view key, std::span<const ExplainedItem> items) {
   // Search the feature table instead of the items. If several features have the same epic key, they
   // share one item, which has only one of their internal keys.

@@ -22,7 +22,7 @@ namespace hosts::author {
 /// section has the given key.
 class WhyReport {
  public:
-  /// Queries the host. `list` contains exactly the changes of the data file `text`. Both must
+  /// Queries the host. `list` must contain exactly the changes of the data file `text`. Both must
   /// outlive the report, and the list must not change. `fileName` is the name of the file for
   /// messages. For `userVersions`, see `ChangeReasons`.
   WhyReport(const ornwhatsnew::FeatureListData& list, std::string fileName, std::string_view text,
@@ -33,12 +33,12 @@ class WhyReport {
   /// header. Adds a line with the number of skipped rows if there are any.
   std::string ExplainAll() const;
 
-  /// Returns whether the change on a line is shown, and each reason why it is not. If the line
-  /// contains no change, describes the line.
+  /// Returns text that states whether the change on the line `line` is shown, and each reason why
+  /// it is not. If the line contains no change, describes the line.
   std::string ExplainLine(std::size_t line) const;
 
-  /// Returns whether the feature or section with a key is shown, each reason why it is not, and a
-  /// table of its changes.
+  /// Returns text that states whether the feature or section with the key `key` is shown, and each
+  /// reason why it is not. A table of its changes follows.
   std::string ExplainKey(const std::string& key) const;
 
  private:
