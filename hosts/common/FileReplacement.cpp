@@ -17,7 +17,8 @@ std::string NameOfTemporaryFile(const std::string& name, TemporaryName temporary
 }
 
 /// Creates the file `name`. If `temporaryName` is `kFixed`, first deletes an existing file with
-/// this name. Does not truncate the existing file, because the name may be a link to another file.
+/// this name. Does not truncate that file instead, because the name may be a link to a file that
+/// the user needs.
 FileDescriptor CreateTemporaryFile(const PrivateFolder& folder, const std::string& name,
                                    TemporaryName temporaryName) {
   const bool isFixed = temporaryName == TemporaryName::kFixed;

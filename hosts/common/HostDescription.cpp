@@ -39,7 +39,7 @@ namespace {
 /// `ReadHostDescription` does not open it.
 constexpr std::string_view kSchemaMember = "$schema";
 
-/// The nesting depth of a beta feature: the description, the array of features, and the feature.
+/// The nesting depth of a beta feature, which is an object in an array in the root object.
 /// `JsonDocument::Parse` rejects deeper input early, because nested arrays and objects take up to
 /// thirty times as much memory as their text.
 constexpr std::size_t kDescriptionDepth = 3;

@@ -25,8 +25,8 @@ constexpr std::string_view kValuesMember = "values";
 constexpr std::size_t kStateDepth = 2;
 
 /// The maximum number of array elements. This version of the format has no arrays, but a newer
-/// version may have some. The limit allows arrays, so that the error message states that the
-/// store is newer.
+/// version may have some. `JsonDocument::Parse` must accept them, so that the error message can
+/// state that the store is newer.
 constexpr std::size_t kMaximumStateElements = 1000;
 
 [[noreturn]] void FailFormatting(const std::filesystem::path& file, std::string_view reason) {

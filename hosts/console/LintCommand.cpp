@@ -185,7 +185,7 @@ ExitStatus RunLint(const LintArguments& arguments) {
   }
   RequireUsableFiles(arguments);
   LintRun run(arguments);
-  // Check each file only once, because standard input cannot be read twice.
+  // If the user names a file twice, check it only once. Standard input cannot be read twice.
   std::set<std::string_view> checked;
   for (const std::string& file : arguments.files) {
     if (checked.insert(file).second) run.Check(file);

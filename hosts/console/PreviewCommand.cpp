@@ -34,13 +34,13 @@ constexpr long kInterval = 300'000'000;
 std::vector<fs::path> DictionaryFiles(const fs::path& hostFile) {
   std::vector<fs::path> files;
   try {
-    // `ReadHostDescription` fails if a dictionary file is invalid, but `--watch` must notice when
-    // the author corrects this file.
+    // Do not call `ReadHostDescription`, which fails if a dictionary file is invalid. `--watch`
+    // must notice when the author corrects this file.
     const common::HostDescription host =
         common::ParseHostDescription(common::ReadTextFile(hostFile), hostFile.native());
     files = common::DictionaryPaths(host, hostFile);
   } catch (const std::exception&) {
-    // Ignore the error. `WritePage` also reads the host description, and reports the error.
+    // Ignore the error. `WritePage` also reads the host description, and throws an exception.
   }
   return files;
 }
@@ -96,9 +96,9 @@ bool IsIgnored(int signal) {
   return action.sa_handler == SIG_IGN;
 }
 
-/// Blocks SIGHUP, SIGINT and SIGTERM while the object exists. Otherwise, a signal during a write
-/// would leave a temporary file in the output folder. Does not block ignored signals, because
-/// `sigtimedwait` would also return these.
+/// Blocks SIGHUP, SIGINT and SIGTERM while the object exists. An unblocked signal during a write
+/// would end the program and leave a temporary file in the output folder. Does not block ignored
+/// signals, because `sigtimedwait` would also return these.
 class BlockedInterrupts {
  public:
   BlockedInterrupts() {
@@ -155,8 +155,8 @@ ExitStatus Run(const PreviewArguments& arguments) {
     return ExitStatus::kDone;
   }
   const BlockedInterrupts interrupts;
-  // Read the stamps before the first write, so that a change during this write leads to another
-  // write.
+  // Read the modification times and the sizes before the first write of the page. A change during
+  // this write then leads to another write.
   std::vector<FileStamp> stamps = InputStamps(arguments);
   WritePage(arguments);
   Watch(arguments, interrupts, std::move(stamps));

@@ -18,8 +18,8 @@ namespace {
 
 using ornwhatsnew::HidingRule;
 
-/// `rule` hides an item from the rating view. Returns whether `rule` depends on what the user has
-/// seen or rated, or on whether a change of the item is shown.
+/// Returns whether the hiding rule `rule` depends on what the user has seen or rated, or on whether
+/// a change of the item is shown.
 bool DependsOnStateOrChanges(HidingRule rule) {
   return rule == HidingRule::kRated || rule == HidingRule::kNotSeen ||
          rule == HidingRule::kNoShownChange;

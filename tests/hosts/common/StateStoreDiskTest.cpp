@@ -119,8 +119,8 @@ class StateStoreDiskTest : public testing::TestWithParam<Case> {
 
   std::filesystem::path FileBefore() const { return folder_.Path() / "before.json"; }
 
-  /// Deletes the folder of the store. If the store exists before the tested write, recreates the
-  /// folder with this store. Returns the path of the store.
+  /// Deletes the folder of the store. Unless the tested write creates the store, recreates the
+  /// folder with a copy of `FileBefore()` as the store. Returns the path of the store.
   std::filesystem::path NewStore() const {
     const std::filesystem::path folder = folder_.Path() / "tested";
     std::filesystem::remove_all(folder);

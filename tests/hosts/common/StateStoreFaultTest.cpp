@@ -99,7 +99,7 @@ TEST_F(StateStoreFaultTest, RejectsTheJsonOfAnotherProgram) {
 }
 
 TEST_F(StateStoreFaultTest, RejectsAStoreOfANewerVersion) {
-  // A newer format may have other members, and `values` may have another type.
+  // A newer format may have more members, and its member `values` may have another type.
   folder_.Write("state.json",
                 R"({"format": "ornwhatsnew state", "formatVersion": 2, "values": [], "more": 1})");
   ExpectRejected(
@@ -363,8 +363,8 @@ TEST_F(StateStoreFaultTest, AReadOnlyStoreIsNotReplaced) {
 }
 
 TEST_F(StateStoreFaultTest, FailsIfItsLockFileIsReplaced) {
-  // If the store did not check its lock file, a program that locks the new lock file could write at
-  // the same time.
+  // After the replacement, another program can lock the new lock file and write at the same time.
+  // The store must therefore check that its lock file is still in place.
   WriteValue(kKey, "old");
   const auto replaceLock = [this](StateValues& values) {
     values.insert_or_assign(std::string(kKey), "new");

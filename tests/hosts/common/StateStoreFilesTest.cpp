@@ -1,5 +1,6 @@
-// Tests the state store at paths with links, and with files of every kind at the paths of its lock
-// file and its temporary file. Tests stores with invalid members, and temporary files that a power
+// Tests state stores whose paths contain symbolic links, and a store with a second hard link. Tests
+// stores next to other files, such as FIFOs, links or folders, that have the name of the lock file
+// or the temporary file. Tests stores with invalid members, and temporary files that a power
 // failure or a killed program has left. Further tests check the modes and owners of the files and
 // folders.
 #include <array>

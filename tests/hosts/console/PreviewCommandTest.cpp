@@ -151,8 +151,8 @@ TEST_F(PreviewCommand, DoesNotReplaceFilesThatItsInputRefersTo) {
   }
 }
 
-// If `preview` wrote its page to this file, `lint` and the next preview would read the page as
-// their configuration and fail.
+// If `preview` wrote its page to the configuration file of `lint`, `lint` and the next preview
+// would read the page as their configuration and fail.
 TEST_F(PreviewCommand, DoesNotCreateAConfigurationOfLint) {
   const std::string file = folder_.Path() / ".ornwhatsnew-lint.json";
   const ProgramResult result = Run({"preview", "{data}", "{host}", "-o", file});

@@ -279,8 +279,8 @@ TEST_F(ProgramFaultTest, AShortPanelIsNotStoredIfItsReaderExitsEarly) {
     EXPECT_EQ(kClosedOutput + "; nothing was stored\n", result.errors);
     EXPECT_FALSE(std::filesystem::exists(file));
   }
-  // The program waits only for a limited time until the pipe is closed. On a busy machine, the test
-  // may close the pipe too late. Therefore, the program may succeed in up to ten attempts.
+  // The program waits only a limited time for the test to close the pipe. On a busy machine, the
+  // test may close the pipe too late, and the program then succeeds. Allow up to ten such attempts.
   EXPECT_GE(noticed, 90);
 }
 

@@ -1,7 +1,7 @@
 // Runs several programs at the same time with one store, and kills them at random times. After each
 // round, the store must open. For each program, the store must contain either all of the state that
 // the program stores or none of it. It must contain the state of every program that ended normally.
-// A further test kills no program.
+// A further test checks that programs that are not killed lose nothing.
 //
 // The environment variable ORNWHATSNEW_TEST_KILLS sets the number of kills. `./dev kills` sets a
 // high number.

@@ -45,8 +45,8 @@ for text in 'de:Map' 'de:Shows sheets.' 'de:View more' 'de:Zooms “twice”' 'd
   [[ $output == *"$text"* ]] || fail "the panel does not contain '$text':"$'\n'"$output"
 done
 
-# A changed default text makes the translation fuzzy, and the panel shows the new default text. The
-# translations of unchanged default texts remain.
+# If a default text changes, msgmerge marks its translation as fuzzy, and the panel shows the new default
+# text. All other translations remain.
 sed -i 's/Starts faster/Starts much faster/' 'whats new.csv'
 "$program" messages 'whats new.csv' --host host.json >news.pot
 msgmerge --quiet --update --backup=none de.po news.pot

@@ -25,7 +25,8 @@ class Rounds:
         self._folder = folder
         self._random = random.Random(seed)
         # In each round, one program rates a feature, and another program reads the store. Each of the
-        # remaining programs shows an edition that no other program has shown with the same store.
+        # remaining programs shows a version of the application that no other program shows with this
+        # store.
         self._shows = PROGRAMS - 2
         self._editions = [program.edition(number)
                           for number in range(self._shows * ROUNDS_PER_STORE)]

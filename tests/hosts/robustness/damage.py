@@ -10,7 +10,7 @@ from pathlib import Path
 
 from program import DONE, EMPTY, UNUSABLE_STORE, Broken, require
 
-# Byte sequences that programs often handle wrongly, such as control characters and tokens of JSON.
+# Byte sequences that programs often handle wrongly, such as control characters and JSON tokens.
 SHORT_TOKENS = (b'"', b"{", b"}", b"[", b"]", b",", b":", b"\\", b"\\u0000", b"\\ud800",
                 b"\\u001b", b"\0", b"\x1b[31m", b"\xff", b"\xc0\x80", b"\xe2\x80\xae", b"null",
                 b"true", b"-1", b"1e999")
@@ -20,7 +20,7 @@ TOKENS = (*SHORT_TOKENS, b"9" * 400, b"[" * 100_000, b'{"a":' * 10_000, b"\n" * 
 # The size of a huge store in bytes. The file is sparse, so it takes little disk space.
 HUGE = 1 << 40
 
-# Suffixes of auxiliary files, such as backups. Programs append them to the name of the main file.
+# Suffixes that programs append to the name of a file to name auxiliary files, such as backups.
 ENDINGS = ("", ".lock", ".tmp", ".new", ".bak", "~", "-journal", "-wal", "-shm", ".0", ".swp")
 
 
@@ -124,7 +124,7 @@ KINDS = ("empty", "random", "names the victim", "folder", "full folder", "FIFO",
          "hard link", "not readable", "link", "dangling link", "link to itself", "link to a folder",
          "link to /dev/zero", "link to /dev/full")
 
-# If only files of these kinds are next to its store, a command must succeed.
+# If all files next to a store are of these kinds, every command with this store must succeed.
 HARMLESS_KINDS = {"empty", "random", "names the victim", "hard link"}
 
 

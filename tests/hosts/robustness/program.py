@@ -84,8 +84,8 @@ class Edition:
     """One version of the application: its data file, its host description and its version."""
 
     def __init__(self, folder, number):
-        # The files contain control characters, and so do their names. These characters must not reach
-        # the output.
+        # The data file, the host description and their names contain control characters. These
+        # characters must not reach the output.
         self.data = folder / f"data\x1b[31m{number}.csv"
         self.host = folder / f"host\x07{number}.json"
         self.version = f"25.{number}"

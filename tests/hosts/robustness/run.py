@@ -34,8 +34,8 @@ from program import Program, require
 
 ROOT = Path(__file__).resolve().parents[3]
 
-# The number of rounds or random inputs in each of these parts. The option `--every N` divides this number
-# by N. The parts `errors` and `kills` need no such number, because they test every N-th system call.
+# The number of rounds or random inputs of each part. The option `--every N` divides this number by N. The
+# parts `errors` and `kills` have no such number, because they test every N-th system call.
 COUNTS = {"concurrent": 500, "stores": 1000, "files": 1000, "worlds": 700}
 PARTS = ("errors", "kills", "concurrent", "stores", "files", "worlds")
 
@@ -183,7 +183,7 @@ def run_worlds(run):
         ended = subprocess.run(command, env={**os.environ, WORLDS_VARIABLE: str(count)},
                                stdout=subprocess.PIPE, stderr=subprocess.STDOUT, check=False)
         output = ended.stdout.decode(errors="replace")
-        # The exit status is 0 even if no test matches the filter, so check the output too.
+        # GoogleTest returns the exit status 0 even if no test matches the filter, so check the output too.
         require(ended.returncode == 0 and "[       OK ] StatusPropertyTest." in output,
                 output[-3000:])
         return f"run with {count} worlds"
