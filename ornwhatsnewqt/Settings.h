@@ -38,7 +38,7 @@ struct ORNWHATSNEWQT_EXPORT Settings {
   /// Creates settings with the version of `QCoreApplication` and the platform of the build.
   Settings();
 
-  /// Returns settings that select no service, for the second `WhatsNew` of a process.
+  /// Returns settings that select no service, for a second `WhatsNew` in the process.
   static Settings withoutServices();
 
   /// The version of the application, such as "4.3". Without a value, the client information is not
@@ -49,13 +49,14 @@ struct ORNWHATSNEWQT_EXPORT Settings {
   /// The platform, as in data files: "Mac" or "Win". On other systems, the default is "Linux", so
   /// that the platform filter hides changes for Mac and Win.
   QString platform;
-  /// The beta features and the internal-features permission. Null installs nothing.
+  /// The beta features and the internal-features permission. If null, no feature service is
+  /// installed.
   std::shared_ptr<const ornappsupport::feature::FeatureService> features;
   /// Returns whether the user allows usage logging. If it returns false, the user cannot rate
-  /// features. The default function returns false. An empty function installs nothing.
+  /// features. The default function returns false. If the function is empty, it is not installed.
   std::function<bool()> usageLogging;
-  /// Whether the translators of the application translate the strings of the library, with the
-  /// context "ornwhatsnew". False installs no dictionary.
+  /// Whether the library translates its strings with the translators of the application. The
+  /// context of the translations is "ornwhatsnew". If false, no dictionary is installed.
   bool usesTranslators = true;
 
   /// The path of the INI file that contains the state and the other values of the companion. If the

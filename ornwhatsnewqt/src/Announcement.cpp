@@ -23,8 +23,8 @@ QString runningVersion() {
   return QString::fromStdU16String(ornwhatsnew::GetFullClientVersionString());
 }
 
-/// Records the running version. Returns true if this call recorded it. Returns false if it was
-/// already recorded, or if the write failed.
+/// Stores the running version as the announced version. Returns true if this call stored it.
+/// Returns false if it was already stored, or if the write failed.
 bool recordRunningVersion(SettingsStore& store) {
   return store.setValue(kAnnouncedVersionKey, runningVersion());
 }
@@ -70,8 +70,8 @@ void Announcement::announceUnlessBlocked() {
   timer_.stop();
   // Check again, because the user may have opened the panel while a modal window was open.
   if (!isUpdate(store_)) return;
-  // Announce the update only if this call records the version. If the version cannot be recorded,
-  // the panel would otherwise open at every start.
+  // Announce the update only if this call stores the version. Otherwise, another instance has
+  // stored it, or the write failed and the panel would open at every start.
   const bool isFirst = recordRunningVersion(store_);
   if (isFirst && isWanted(store_) && isAnythingNew_()) Q_EMIT due();
 }

@@ -23,8 +23,8 @@ class Announcement : public QObject {
   /// Checks whether this is the first start after an update. If it is, starts a timer. When the
   /// timer expires, the object emits `due` if the user wants announcements and `isAnythingNew`
   /// returns true. At the first start of the application, the constructor only stores the version.
-  /// Construct the object before the state of a new user is changed. `store` must outlive this
-  /// object.
+  /// Construct this object before the state of a new user is stored, because an empty state
+  /// identifies a new user. `store` must outlive this object.
   Announcement(SettingsStore& store, std::function<bool()> isAnythingNew);
   ~Announcement() override;
 

@@ -16,8 +16,8 @@
 namespace ornwhatsnewqt {
 namespace {
 
-// An edge of a card, including its rounded corners, is not visible at this distance from the
-// visible part of the document.
+// If an edge of a card is this far outside the visible part of the document, the edge and its
+// rounded corners are invisible.
 constexpr qreal kInvisibleDistance = 2 * kCardRadius;
 
 /// Returns the `ItemPart` of `block`, or 0 if the block is outside of items.

@@ -28,8 +28,9 @@ QTextCursor selectionOf(const NewsPage& page, int begin, int end) {
   return cursor;
 }
 
-/// The accessible interface of the element with a given index. After a change of the layout, the
-/// interface describes the new element with this index, and is invalid if there is none.
+/// The accessible interface of the element with a given index. After the layout has changed, the
+/// interface describes the element that now has this index. If there is no such element, the
+/// interface is invalid.
 class ElementInterface final : public QAccessibleInterface, public QAccessibleActionInterface {
  public:
   ElementInterface(NewsPage* page, int index) : page_(page), index_(index) {}
@@ -272,7 +273,7 @@ QString PageInterface::attributes(int offset, int* startOffset, int* endOffset) 
   return QStringLiteral("text-align:left;");
 }
 
-/// Returns whether the accessible name of `object` is the name of a group of controls.
+/// Returns whether `object` is a group of controls: a `FilterBar` or the choices of a `RatingCard`.
 bool isGroup(const QObject& object) {
   const bool isChoices = object.objectName() == QStringLiteral("choices") &&
                          qobject_cast<const RatingCard*>(object.parent()) != nullptr;

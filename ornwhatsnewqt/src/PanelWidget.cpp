@@ -246,7 +246,8 @@ PanelWidget::PanelWidget(WhatsNew* whatsNew, QWidget* parent)
   impl_->createWidgets();
   impl_->layOutWidgets();
   impl_->connectWidgets();
-  // Show the errors before the call to retranslate, which would not make the message bar visible.
+  // Call setMessage before retranslate. After retranslate, the bar would already contain the
+  // message, and setMessage would not make the bar visible.
   impl_->message->setMessage(impl_->errorText());
   impl_->retranslate();
   impl_->updateHeader();

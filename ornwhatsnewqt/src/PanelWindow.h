@@ -10,7 +10,8 @@
 namespace ornwhatsnewqt {
 
 /// A window with a panel. The window does not block the application. Escape closes the window. A
-/// closed window deletes itself and returns the focus to the widget that had the focus before.
+/// closed window deletes itself and returns the focus to the widget that had it before the window
+/// was created.
 class PanelWindow : public QDialog {
   Q_OBJECT
  public:

@@ -34,8 +34,9 @@ class SearchBar : public QWidget {
   void endSearch();
 
   /// Sets the strings of the bar in the current language, and repeats the search. The current match
-  /// keeps its index. Selects this match if the view does not have the focus. Does not scroll. Call
-  /// this function after the language or the document of the view has changed.
+  /// keeps its index; if there are now fewer matches, the last match becomes the current match.
+  /// Selects the current match if the view does not have the focus. Does not scroll. Call this
+  /// function after the language or the document of the view has changed.
   void refresh();
 
   /// Select the next and the previous match. The first match follows the last one. If there is no

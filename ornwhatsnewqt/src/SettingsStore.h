@@ -63,7 +63,7 @@ class SettingsStore : public QObject {
   QVariant value(const QString& key) const;
 
   /// Stores values of the companion. Returns whether this call changed a stored value. If several
-  /// programs store the same values, only one program receives true.
+  /// programs store the same values, only one of their calls returns true.
   bool setValues(const QVariantMap& values);
   bool setValue(const QString& key, const QVariant& value) { return setValues({{key, value}}); }
 

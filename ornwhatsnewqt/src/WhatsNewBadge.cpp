@@ -19,8 +19,8 @@ WhatsNewBadge::WhatsNewBadge(const WhatsNew* whatsNew, QWidget* parent) : QToolB
 
 WhatsNewBadge::~WhatsNewBadge() = default;
 
-// The text of the action can end with a number or a dot, whose meaning the tooltip explains.
-// Assistive technologies read the tooltip as the description of the button.
+// The accessible name omits the number or the dot at the end of the action's text. The tooltip
+// explains this number or dot. Assistive technologies read the tooltip as the button's description.
 void WhatsNewBadge::updateName() {
   setAccessibleName(localizedText("$$$/ornwhatsnewqt/Action/Show=What's New"));
 }

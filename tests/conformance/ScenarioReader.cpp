@@ -192,8 +192,8 @@ void ReadScenarioHost(const JsonReader& object, std::initializer_list<std::strin
   if (const auto callbacks = object.Find("callbacks")) host.callbacks = ReadCallbacks(*callbacks);
 }
 
-/// Reads the steps of one scenario. They must be read in order. A step may need a list that an
-/// earlier step creates, and a host step contains only the members that it changes.
+/// Reads the steps of one scenario. The steps must be read in order, because a step may need a list
+/// that an earlier step creates. A host step also inherits members from the previous host.
 class StepReader {
  public:
   explicit StepReader(const ScenarioHost& host) : host_(host) {}

@@ -361,8 +361,8 @@ void PanelWidgetTest::keyboardReachesEveryControlOfTheRatingPage() {
   press(Qt::Key_Right);
   auto& page = find<RatingPage>("ratingPage");
   QVERIFY(page.isVisible());
-  // Move the focus to the first choice. Select the second choice, because the button that sends the
-  // rating is disabled until the user has selected a choice.
+  // Move the focus to the first choice, and then select a choice. Without a selected choice, the
+  // button that sends the rating is disabled, and Tab skips it.
   press(Qt::Key_Space);
   press(Qt::Key_Space);
   press(Qt::Key_Right);

@@ -10,8 +10,8 @@ namespace {
 
 using test_support::RegisteredMain;
 
-// A static local, because the constructors of the registered objects use the map before `main`
-// starts.
+// A local static variable, because the constructors of global `RegisteredMain` objects use the map.
+// A global map might be constructed after these objects.
 std::map<std::string_view, RegisteredMain::Main>& registeredMains() {
   static std::map<std::string_view, RegisteredMain::Main> mains;
   return mains;

@@ -142,7 +142,8 @@ void SettingsStoreTest::keepsUnsavedStringsUntilAWriteSucceeds() {
   QCOMPARE(SettingsStore(settings).state(kAllSeenItemsKey), std::string("a"));
 }
 
-// On a full disk, QSettings in Qt 6.4 would truncate the file and report success.
+// On a full disk, QSettings in Qt 6.4 can truncate the file and report success. `SettingsStore`
+// must prevent this.
 void SettingsStoreTest::aFullDiskLeavesTheSettingsUnchanged() {
   const TestWorld world;
   SettingsStore store(world.settings());
@@ -181,7 +182,8 @@ void SettingsStoreTest::aFullDiskLeavesTheSettingsUnchangedIfAValueNeedsEscapes(
   QVERIFY(contentOf(world.settings().settingsFile).size() > 3000);
 }
 
-// After a failed write, QSettings would write the values with the next sync, without a merge.
+// After a failed write, QSettings keeps the values. The next sync writes them without merging them
+// with the values of other programs. `SettingsStore` must prevent this.
 void SettingsStoreTest::aFailedWriteDoesNotOverwriteLaterValues() {
   const TestWorld world;
   const QString file = world.settings().settingsFile;

@@ -114,7 +114,7 @@ list_files() {
     -o -path "$root/var/log" \) -prune -o -printf '%y %P\n' | sort
 }
 
-# Runs a shell command in the clean system, as an unprivileged user, in the folder of the example.
+# Runs a shell command in the clean system, as an unprivileged user, in the folder examples/herbarium.
 as_user() {
   in_root chroot --userspec=nobody:nogroup / env -i HOME=/tmp/home PATH=/usr/bin:/bin \
     sh -c "cd /usr/share/ornwhatsnew/examples/herbarium && $1"

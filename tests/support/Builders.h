@@ -15,7 +15,7 @@
 
 namespace test_support {
 
-/// A link that hosts may open.
+/// A safe link, which hosts may open.
 inline constexpr char kURL[] = "https://a.example/1";
 
 /// The ten fields of a change row, in column order.

@@ -27,8 +27,8 @@ using ornwhatsnew::TextRange;
 namespace {
 
 // A visible character with its style and link. `gap` is the white space before the character,
-// converted as in a layout. In a layout, `isFirst` is true for the first character of a paragraph
-// and for each character of a bullet. `gap` is not compared for these characters.
+// converted as in a layout. `isFirst` is true only for characters of a layout: the first character
+// of a paragraph and each character of a bullet. The `gap` of these characters is not compared.
 struct Character {
   std::u16string units;
   std::optional<StyleID> style;

@@ -33,7 +33,7 @@ std::vector<std::string> PlainSplit(std::string_view text, char separator);
 std::vector<std::string> PlainCut(const std::string& text, const std::string& separator,
                                   const std::string& quote);
 /// Returns the fields of a row. Replaces ill-formed UTF-8 with U+FFFD, and removes carriage returns
-/// and newlines. A row that is empty or consists of carriage returns has no fields.
+/// and newlines. A row that is empty or consists only of carriage returns has no fields.
 std::vector<std::string> PlainFields(const std::string& row);
 
 /// Returns the UTF-8 string `text` in lower case.
