@@ -160,9 +160,9 @@ class ORN_EXPORT FeatureListData {
   /// unspecified.
   ///
   /// At the end, adds the identities of the shown items and changes to the state. In the rating
-  /// view, adds only the identities of the items. Then calls the setter once for each of the three
-  /// persisted values, even if nothing was shown. Makes no other call to the host between the three
-  /// setter calls, so a host can store the values in one transaction.
+  /// view, adds only the seen identities of the items. Then calls the setter once for each of the
+  /// three persisted values, even if nothing was shown. Makes no other call to the host between the
+  /// three setter calls, so a host can store the values in one transaction.
   UTF16String GetFormattedTextForDisplay(const DisplayOptions& options,
                                          const UTF16String& ratingPlaceholder, StyleRunMap& runs,
                                          std::shared_ptr<RatingMap> ratingItems);

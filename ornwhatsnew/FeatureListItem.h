@@ -132,8 +132,9 @@ class ORN_EXPORT FeatureListItem {
 
  private:
   enum class Kind { kFeature, kSection, kInternalSection };
-  // The names have a suffix, because clang would otherwise warn that `kDescription` hides the
-  // enumerator of `ParagraphKind` in a source that begins with `using enum ParagraphKind`.
+  // The enumerators have the suffix `Index`, because a host can write `using enum ParagraphKind`
+  // before it includes this header. Without the suffix, clang would then warn that `kDescription`
+  // hides `ParagraphKind::kDescription`.
   enum FieldIndex : std::size_t {
     kNameIndex,
     kDescriptionIndex,

@@ -18,8 +18,8 @@ namespace ornappsupport::links {
 
 using orncore::string::UTF16String;
 
-/// The links of a panel. If a link template is empty, the panel shows the key of the issue or the
-/// commit ID without a link.
+/// The links of a panel. If a link template is empty, the panel shows the issue key or the commit
+/// ID without a link.
 struct PanelLinks {
   /// Sets each member to its default. Build options of the library determine the base URLs in the
   /// default link templates, and the default `privacyPage`.

@@ -90,8 +90,8 @@ void FeatureListData::InitWithData(const UTF8String& dataText) {
   if (!rebuilt.changesSinceVersion) {
     rebuilt.changesSinceVersion = std::move(content.changesSinceVersion);
   }
-  // The old items are destroyed after the exchange, because a host can derive an item class whose
-  // destructor queries the list.
+  // Destroy the old items only after the exchange. A host can derive an item class whose destructor
+  // queries the list, and the list must be complete by then.
   const ListContent old = std::exchange(content, std::move(rebuilt));
 }
 

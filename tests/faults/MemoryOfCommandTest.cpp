@@ -198,9 +198,9 @@ TEST_F(MemoryOfCommandTest, ReportsAFailureOfTheFirstCommandInAProcess) {
     std::size_t n = 0;
     int processes = 0;
     do {
-      // Until the thread has started, make every allocation fail in turn. After that, use only a
-      // sample, because the later allocations are the same in every command.
-      // ReportsAFailureAndWorksAgain makes all of them fail.
+      // Make each of the first `kAllocationsOfStart` allocations fail in turn. Of the later
+      // allocations, test only every seventh, because they are the same in every command.
+      // ReportsAFailureAndWorksAgain makes each of them fail.
       n += n < kAllocationsOfStart ? 1 : 7;
       ++processes;
       test_support::ProgramCall call;

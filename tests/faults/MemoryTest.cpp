@@ -211,7 +211,7 @@ TEST_F(MemoryTest, AddingAChangeToAnItemSucceedsOrChangesNothing) {
                                                 .salience = "HideBetaFeatureFromExternal",
                                                 .url = "https://help.tarsa.example/added",
                                                 .description = "A change that the host adds"});
-  // The first item already has a link. The second item receives its link from the change.
+  // The item "EPIC-7" already has a URL. The other item receives its URL from the change.
   for (const char* const key : {"EPIC-7", "ORN-1000000000000000"}) {
     SCOPED_TRACE(key);
     ExpectAllOrNothing([&](World& world) {

@@ -49,7 +49,7 @@ class ReentrantList {
  private:
   void Execute(std::function<void(FeatureListData&)>& action) {
     if (!action || list == nullptr) return;
-    // Reset the member first, because the action can cause further calls of the callbacks.
+    // Reset the member first, because the action can cause further calls to the callbacks.
     const auto current = std::exchange(action, nullptr);
     current(*list);
     ++executedActions;
@@ -151,8 +151,8 @@ class HookedDictionary : public orncore::config::DictionarySource {
  public:
   explicit HookedDictionary(std::function<void()> hook) : hook_(std::move(hook)) {}
   std::optional<UTF8String> Find(std::string_view key) const override {
-    // Ignore the keys of templates, because the list looks them up before it iterates over its
-    // items. The list looks up this key during the iteration.
+    // The list looks up this key while it iterates over its items. Ignore the keys of templates,
+    // because the list looks them up before the iteration.
     if (key == "$$$/ornwhatsnew/Change/Localized") hook_();
     return std::nullopt;
   }

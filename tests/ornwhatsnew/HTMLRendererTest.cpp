@@ -16,7 +16,7 @@ using test_support::LayoutBuilder;
 using testing::HasSubstr;
 using testing::Not;
 
-// Returns the HTML inside the element of the panel.
+// Returns the HTML inside the `section` element of the panel.
 std::string HTMLOf(const LayoutBuilder& builder, HTMLOptions options = {}) {
   options.idPrefix = "x-";
   const std::string html = RenderHTML(builder.Layout(), options);
@@ -26,7 +26,7 @@ std::string HTMLOf(const LayoutBuilder& builder, HTMLOptions options = {}) {
   return html.substr(begin.size(), html.size() - begin.size() - end.size());
 }
 
-// Returns the HTML inside a notice with one span.
+// Renders a panel whose notice has one span. Returns the HTML inside the `p` element of the notice.
 std::string RenderSpan(const std::u16string& text, std::optional<StyleID> style = {},
                        std::u16string link = {}) {
   const std::string html =

@@ -95,8 +95,8 @@ TEST(MarkdownRenderer, EscapesANumberThatSeveralSpansForm) {
             MarkdownOf(LayoutBuilder().Begin(kNotice).Span(u"1").Span(u"2").Span(u". x")));
 }
 
-// CommonMark limits the numbers of ordered lists to nine digits. The renderer does not check longer
-// lines, because checking the line at each period would take quadratic time.
+// In CommonMark, the numbers of an ordered list have at most nine digits. A longer number does not
+// begin a list, so the renderer does not escape the period after it.
 TEST(MarkdownRenderer, EscapesOnlyNumbersThatCanBeginAList) {
   EXPECT_EQ("123456789\\. x\n", RenderNotice(u"123456789. x"));
   EXPECT_EQ("1234567890. x\n", RenderNotice(u"1234567890. x"));

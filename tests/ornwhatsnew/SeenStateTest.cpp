@@ -131,8 +131,8 @@ TEST_F(SeenState, MalformedIdentityBecomesTheNilIdentity) {
 
 TEST_F(SeenState, EmptyVersionIsKeptInMemoryButNotWritten) {
   State().Put(kVersionsKey, "24.0.0.1  25.0.0.1");
-  // The two adjacent spaces in the list give an empty version, whose `VersionNumber` is 0. The
-  // change is relevant only to versions with this number.
+  // The two adjacent spaces in the stored value give an empty version, whose `VersionNumber` is 0.
+  // The change is relevant only to versions with this number.
   FeatureListData& list =
       Load({{.version = "1", .groupingID = "MISC", .firstVersion = "0", .description = "Text"}});
   EXPECT_THAT(Format(list, kFilterRelevantVersion).text, HasSubstr("Text"));

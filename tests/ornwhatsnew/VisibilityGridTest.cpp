@@ -23,7 +23,7 @@ using test_support::PlainVersions;
 
 constexpr unsigned kOptionCombinations = 32;
 
-// Each bit of an element is a property of a host:
+// Each number describes a host. The bits of the number have these meanings:
 //
 //    1: The feature is enabled.
 //    2: The feature is available to the user.

@@ -17,7 +17,8 @@ using orncore::string::IsSafeLink;
 orncore::utility::ServiceHolder<const PanelLinks> panelLinksHolder;
 
 bool IsLinkTemplate(std::u16string_view text) noexcept {
-  // Any position of `@0` is valid, because the host name of a safe link contains no "@".
+  // The host name of a safe link contains no "@", so each `@0` is after it. The string that
+  // replaces `@0` therefore cannot change the host name.
   return IsSafeLink(text) && text.find(u"@0") != std::u16string_view::npos;
 }
 

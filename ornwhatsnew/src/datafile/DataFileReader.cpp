@@ -98,8 +98,8 @@ DataRowSkipReason DataFileReader::ReasonToSkip() const {
                                                      : DataRowSkipReason::kNone;
 }
 
-// Removes a byte order mark from the current value of column 1, because a later row without fields
-// inherits this value.
+// Removes a byte order mark from the current value of column 1. A list ignores the header row, but
+// a blank row can inherit this value as the changes-since version.
 void DataFileReader::RemoveByteOrderMark() {
   constexpr auto kColumn = static_cast<std::size_t>(DataColumn::kVersion);
   UTF8String version(row_.values[kColumn]);

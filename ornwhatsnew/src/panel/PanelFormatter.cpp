@@ -74,7 +74,8 @@ PanelFormatter::PanelFormatter(DisplayOptions options, const UTF16String& rating
 
 void PanelFormatter::Reserve(std::size_t items, std::size_t changes, std::size_t descriptionBytes) {
   // The estimated number of UTF-16 units for the bullet, platform, version and newline of a change
-  // line. A description has at most as many UTF-16 units as bytes of UTF-8.
+  // line. The number of bytes is the estimate for the descriptions, because a string never has more
+  // UTF-16 units than bytes of UTF-8.
   constexpr std::size_t kUnitsBesideDescription = 40;
   // Count a paragraph for each change, for the title and the description of each item, and for the
   // header.

@@ -116,7 +116,7 @@ class HTMLRenderer {
     const ParagraphKind kind = paragraph.kind;
     if (kind != ParagraphKind::kChange) CloseList();
     const bool isInItem = kind != ParagraphKind::kHeader && kind != ParagraphKind::kNotice;
-    // An item without a title begins with another kind of paragraph.
+    // An item without a title begins with another kind of paragraph, so compare the item keys, too.
     const bool isNewItem = isInItem && (kind == ParagraphKind::kTitle || item_ == nullptr ||
                                         item_->itemKey != paragraph.itemKey);
     if (!isInItem || isNewItem) CloseItem();

@@ -66,8 +66,8 @@ void MarkdownWriter::AppendText(std::u16string_view text) {
 
 void MarkdownWriter::AppendLink(std::u16string_view text, std::u16string_view target) {
   WritePending();
-  // In an autolink (`<URL>`), some parsers interpret character references, and CommonMark has no
-  // escape for an ampersand there.
+  // Do not write a target with an ampersand as an autolink (`<URL>`). Some parsers interpret
+  // character references in an autolink, and CommonMark has no escape for an ampersand there.
   if (text == target && target.find(u'&') == std::u16string_view::npos) {
     output_.append(u"<").append(target).append(u">");
     return;
@@ -146,8 +146,8 @@ bool MarkdownWriter::IsEscaped(char16_t unit) const {
   if (unit == u'/') return line.ends_with(u":/");
   if (unit == u'.' && line.ends_with(u"www")) return true;
   // At the start of a line, a number of at most nine digits with a period or a closing parenthesis
-  // would begin an ordered list. Do not check longer lines, because checking the line at each
-  // period would take quadratic time.
+  // would begin an ordered list. Check the length of the line first, because reading the whole
+  // line at each period could take quadratic time.
   return (unit == u'.' || unit == u')') && line.size() <= 9 && std::ranges::all_of(line, IsDigit);
 }
 

@@ -122,9 +122,9 @@ bool AnySeenRuleHidesItem(const FeatureListItem& item, const VisibilityFilter& f
          hides(HidingRule::kSeen);
 }
 
-// Checks all rules for an item. Calls `isChangeShown(change, guid)` for each change with its seen
-// identity. If `seenGuid` is not null, sets `*seenGuid` to the seen identity of the item. Stops and
-// returns true when a call to `hides` returns true.
+// Checks all rules for an item. Calls `isChangeShown(change, guid)` for each change, where `guid`
+// is the seen identity of the change. If `seenGuid` is not null, sets `*seenGuid` to the seen
+// identity of the item. Stops and returns true when a call to `hides` returns true.
 //
 // If `seenGuid` is null and the filter does not depend on what the user has seen or rated, passes
 // nil identities to `isChangeShown`. Computing identities takes longer than checking all rules.

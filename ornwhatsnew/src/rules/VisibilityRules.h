@@ -91,7 +91,7 @@ struct ShownItem {
 };
 
 /// Adds to `identities` the seen identity of a shown item and the seen identities of its shown
-/// changes. In the rating view, adds only the identity of the item.
+/// changes. In the rating view, adds only the seen identity of the item.
 void AddSeenIdentities(const ShownItem& shown, const DisplayOptions& options,
                        std::vector<Guid>& identities);
 
