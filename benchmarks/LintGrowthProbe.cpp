@@ -21,7 +21,8 @@ namespace {
 using hosts::author::LintHost;
 using hosts::author::LintReport;
 
-/// A part of a data file: `begin`, and then copies of `item`, in which numbers replace "#".
+/// A part of a data file: `begin`, and then copies of `item`. In each copy, the index of the copy
+/// replaces each "#".
 struct Part {
   std::string begin;
   std::string item;

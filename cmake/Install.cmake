@@ -54,10 +54,10 @@ if(TARGET ornwhatsnewqt)
 endif()
 
 # The installed documents have the same relative paths as in the repository, so that the links between them
-# work. The documents link to the examples and the headers, and the examples link to the documents.
-# Symbolic links in the documentation folder and in the data folder make these links work. Debian
-# requires a documentation folder for each package. The folders of the other packages are symbolic links
-# to the folder of ornwhatsnew.
+# work. The documents refer to the examples and the headers, and the examples refer to the documents.
+# Therefore, the documentation folder contains symbolic links to the examples and the headers, and the data
+# folder contains one to the documents. Debian requires a documentation folder for each package. For the
+# other packages, this folder is a symbolic link to the folder of ornwhatsnew.
 set(ORN_DOC_DIR ${CMAKE_INSTALL_DATADIR}/doc/ornwhatsnew)
 install(FILES README.md CHANGELOG.md ARCHITECTURE.md CONTRIBUTING.md SECURITY.md
         DESTINATION ${ORN_DOC_DIR})

@@ -1,7 +1,7 @@
 # Defines a function that quotes arguments in desktop entries.
 
 # orn_quote_desktop_argument(VARIABLE ARGUMENT)
-# Sets VARIABLE to ARGUMENT in the syntax of the key Exec of a desktop entry.
+# Sets VARIABLE to ARGUMENT, quoted for the key `Exec` of a desktop entry.
 function(orn_quote_desktop_argument variable argument)
   # Within double quotes, these four characters must be escaped with a backslash.
   string(REGEX REPLACE "([\"`$\\])" "\\\\\\1" quoted "${argument}")

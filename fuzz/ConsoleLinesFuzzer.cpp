@@ -91,8 +91,8 @@ std::string WithDataFile(std::string_view lines) {
   return result + std::string(lines);
 }
 
-// The effects that the given lines must have. The members are the arguments that the probe command
-// receives, the number of messages of each kind, and whether all commands succeed.
+// The effects that the given lines must have: the arguments that the probe command receives, the
+// numbers of refused lines, usage messages and validations, and whether all commands succeed.
 struct Expected {
   explicit Expected(const std::string& lines) {
     std::vector<std::string> all = PlainSplit(lines, '\n');

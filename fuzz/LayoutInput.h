@@ -14,10 +14,10 @@
 //   0  no link
 //   1  the text is the link
 //   2  the link is composed of "https://", `kComposedHost` and the text. Each of four bits
-//      inserts an element that is longer than `ornwhatsnew::kMaximumPrintedTarget`, so that the
-//      renderer must shorten an unsafe link: 0x04 slashes, 0x08 user information, 0x10 a
-//      subdomain, 0x20 a port. The bit 0x80 inserts the text, without the characters `/`, `?`,
-//      `#` and `\`, as user information.
+//      inserts a long element: 0x04 slashes, 0x08 user information, 0x10 a subdomain, 0x20 a
+//      port. Each long element is longer than `ornwhatsnew::kMaximumPrintedTarget`, so the
+//      renderer must shorten an unsafe link that contains it. The bit 0x80 inserts the text,
+//      without the characters `/`, `?`, `#` and `\`, as user information.
 //   3  a fixed link
 //
 // The text is UTF-8. U+E000 to U+E7FF represent surrogates, which can be unpaired.

@@ -20,11 +20,10 @@ void RequireChangesOnce(const ornwhatsnew::FeatureListData& list, std::size_t ro
 /// invalid element becomes the nil identity.
 ornwhatsnew::GuidSet StoredIdentities(const test_support::PlainPanel::Texts& stored);
 
-/// Checks that the panel has as many titles and rating records as the list has visible items.
-/// Checks that it has two runs with the style `kStyleChangeText` for each visible change, and a
-/// third run if the change has a usable platform. `options` is the bitwise OR of the
-/// `DisplayOptions` values of the display call. `seen` contains the identities that were stored
-/// when the list was loaded.
+/// Checks that the panel has one title and one rating record for each visible item of the list.
+/// Checks that each visible change has two runs with the style `kStyleChangeText`, and a third run
+/// if the change has a usable platform. `options` is the bitwise OR of the `DisplayOptions` values
+/// of the display call. `seen` contains the identities that were stored when the list was loaded.
 void RequireWrittenOnce(const ornwhatsnew::FeatureListData& list, unsigned options,
                         const ornwhatsnew::GuidSet& seen, const test_support::PanelOutcome& panel);
 

@@ -135,8 +135,8 @@ void RequireVisibleHost(const std::string& link) {
           "a target shows its host");
 }
 
-// Returns the text that the terminal must show. After each link in the style `kStyleHotSpot`, it
-// contains the printed target. Omits the target if the link equals its text, or if the renderer
+// Returns the text that the terminal must show. Adds the printed target after each link in the
+// style `kStyleHotSpot`. Adds nothing if the link equals the text of its span, or if the renderer
 // writes a hyperlink.
 std::string ExpectedText(const PanelLayout& layout, const TerminalOptions& options) {
   std::u16string expected;

@@ -4,8 +4,8 @@
 #ifndef ORNCORE_EXPORT_H_
 #define ORNCORE_EXPORT_H_
 
-// Fail here in an older language mode. Otherwise, the compiler would report a syntax error in
-// another header.
+// Stop the compilation here if the compiler uses a version of C++ before C++20. Otherwise, it would
+// report a syntax error in another header.
 #if (defined(_MSVC_LANG) ? _MSVC_LANG : __cplusplus) < 202002L
 #error "ornwhatsnew requires C++20: compile with -std=c++20 or newer (/std:c++20)"
 #endif

@@ -11,7 +11,8 @@
 namespace {
 
 constexpr QSize kWindowSize(760, 900);
-// The time, in milliseconds, after which the window has its final size and colours, and the focus.
+// The time to wait before the screenshot, in milliseconds. After this time, the window has the
+// focus, its final size and its final colours.
 constexpr int kPatience = 1500;
 
 QPalette darkPalette() {

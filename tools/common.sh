@@ -13,9 +13,9 @@ fail() {
 
 jobs_count() { getconf _NPROCESSORS_ONLN; }
 
-# Makes the builds use ccache if it is installed. In a fresh clone, the build of the Debian packages then
-# reuses all objects of the build in build/release. Makes ccache store paths relative to the root of the
-# clone, so that several clones share the cached objects.
+# Makes the builds use ccache if it is installed. For example, the build of the Debian packages then reuses
+# the objects of the build in build/release. Makes ccache store paths relative to the root of the clone, so
+# that several clones share the cached objects.
 use_compiler_cache() {
   command -v ccache >/dev/null || return 0
   export CMAKE_CXX_COMPILER_LAUNCHER=${CMAKE_CXX_COMPILER_LAUNCHER:-ccache}

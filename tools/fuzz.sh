@@ -68,7 +68,7 @@ fuzz_targets_for() {
   local seconds=$1 at_a_time=$2 failed=0 running=() target
   shift 2
   for target in "$@"; do
-    # All targets run for the same time, so wait for the target that started first.
+    # Wait for the target that started first. It ends first, because all targets run for the same time.
     if ((${#running[@]} >= at_a_time)); then
       wait "${running[0]}" || failed=1
       running=("${running[@]:1}")

@@ -84,11 +84,12 @@ write_panel_picture() {
     fail "cannot write the picture '$name'"
 }
 
-# Writes screenshots of the panel's two pages in a window. Each page has screenshots in light and dark
-# colours, for screens with the scale factors 1 and 2.
+# Writes screenshots of the panel's window with each of its two pages, in light and dark colours, for
+# screens with the scale factors 1 and 2.
 write_panel_pictures() {
   local folder=$1 colors scale suffix
-  # The rating page shows only features that the user has seen.
+  # Mark all features as seen in this state store, because the rating page shows only features that the
+  # user has seen.
   build/release/bin/ornwhatsnew show "$picture_data" --host "$picture_host" --state "$folder/seen.json" \
     >/dev/null
   for colors in light dark; do

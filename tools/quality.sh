@@ -79,7 +79,8 @@ command_robustness() {
   nice -n 10 python3 tests/hosts/robustness/run.py "$@"
 }
 
-# Tests that four programs can change the settings of the Qt companion at the same time, 500 times each.
+# Tests that four programs can change the settings of the Qt companion at the same time. Each program
+# changes the settings 500 times.
 write_settings_in_several_programs() {
   build release --target ornwhatsnewqt_tests &&
     ORNWHATSNEWQT_TEST_ROUNDS=500 build/release/bin/ornwhatsnewqt_tests SettingsStoreProgramsTest

@@ -38,7 +38,7 @@ std::string ReadDataFile(const std::string& file) {
   if (file != kStandardInput) return common::ReadInputFile(file, kMaximumAuthorFile);
   std::string text = common::ReadToEnd(STDIN_FILENO, kMaximumAuthorFile, "standard input");
   if (text.size() > kMaximumAuthorFile) {
-    throw author::InputError(0, "standard input is larger than 16 MiB");
+    throw author::InputError(0, "cannot read standard input: larger than 16 MiB");
   }
   return text;
 }

@@ -59,7 +59,7 @@ class ORN_EXPORT Murmur3MixerState {
   }
 
   // Copies `length` bytes. Most hashed strings are short. For a short string, a call to memcpy
-  // takes longer than the copy itself. With such calls, `IsAnythingNew` would miss its time goal
+  // takes longer than the copy itself. With such calls, `IsAnythingNew` would be slower
   // (docs/performance.md).
   static void Copy(const unsigned char* from, std::size_t length, unsigned char* to) noexcept {
     if (length > 32) {

@@ -18,8 +18,8 @@ namespace {
 
 using Texts = std::map<std::string, std::string>;
 
-// Stores the default text of each key text in `texts` under its key. `source` is the content of a
-// C++ source file.
+// Finds the key texts in `source`, the content of a C++ source file. Adds the default text of each
+// one to `texts`, under the key of the key text.
 void AddDefaultTexts(const std::string& source, Texts& texts) {
   // Match adjacent string literals as one literal, because the compiler concatenates them.
   static const std::regex adjacentLiterals(R"re((?:u?"(?:[^"\\\n]|\\.)*"\s*)+)re");

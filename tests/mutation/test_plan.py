@@ -33,7 +33,7 @@ SLOW_PROGRAMS = {
     "hosts/console": ("hosts_console_tests",),
 }
 SLOW_SECONDS = 0.15
-# A test that takes at least this time runs only for mutants of the file that it is named after.
+# A test that takes at least this many seconds runs only for mutants of the file that it is named after.
 VERY_SLOW_SECONDS = 3.0
 # Maps a program to the GoogleTest filter for the tests to run. The other tests of the program take
 # minutes without optimization.
@@ -43,7 +43,7 @@ FILTERS = {
                    "MemoryTest.AddingAChangeToAnItem*:MemoryOfCommandTest.ReportsAFailureAndWorks*",
 }
 MEMORY_LIMIT = 3 << 30
-# The number of kills in each kill test. The tests read it from an environment variable.
+# The number of programs that each kill test kills. The tests read it from an environment variable.
 KILLS = "20"
 FAILED_LINE = re.compile(r"^\[  FAILED  \] (\S+?\.\S+?)(?:,.*)? \(\d+ ms\)$", re.M)
 # Some tests fail even without a mutant, because build_tree.py links the programs differently from CMake.

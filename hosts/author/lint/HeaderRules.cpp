@@ -115,8 +115,8 @@ void ReportHeaderMistake(LintContext& context, LintCode code, std::size_t index)
       taken < rows.size() && IsChangeUsedAsHeader(rows[taken].data, context.File().Items());
   std::string message = MistakeMessage(code, row.data);
   if (isLost) {
-    message += ", and line " + std::to_string(rows[taken].data.lineNumber) +
-               " is used as the header and lost";
+    message += "; line " + std::to_string(rows[taken].data.lineNumber) +
+               " is used as the header instead, and its content is lost";
   }
   context.File().IgnoreHeaderNames();
   Finding& finding = context.ReportRow(code, row, message + MistakeRemedy(code));

@@ -111,10 +111,12 @@ class Registry {
     return registration.isRegistered && Overlap(registration.contexts, liveContexts_);
   }
 
-  // If the live contexts require this, initialises or shuts down the registration. Repeats the
-  // check afterwards, because the live contexts may change while a function runs without the lock.
-  // If another call is running a function of the registration, leaves the update to that call and
-  // returns true. Returns false if the initialise function failed.
+  // Initialises the registration if one of its contexts is live. Shuts it down if none of them is
+  // live or if the registration has ended. Then checks again, because the live contexts may change
+  // while a function runs without the lock. Returns false if the initialise function failed.
+  //
+  // If another call is running a function of the registration, does nothing and returns true. The
+  // other call then checks the live contexts again.
   bool Update(Lock& lock, InitializerRegistration& registration) {
     while (!registration.isRunning &&
            ShouldBeInitialized(registration) != (registration.initializationOrder != 0)) {
