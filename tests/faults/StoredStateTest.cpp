@@ -3,6 +3,7 @@
 #include <array>
 #include <cstdint>
 #include <functional>
+#include <set>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -25,13 +26,9 @@ constexpr char kAllSeenItems[] = "WhatsNew.AllSeenItems";
 constexpr char kLastVersion[] = "WhatsNew.LastVersionSeenWhatsNew";
 constexpr char kAllVersions[] = "WhatsNew.AllVersionSeenWhatsNew";
 
-/// Returns the identities in `persistedList` in ascending order, each only once.
-std::vector<Guid> GuidsOf(std::string_view persistedList) {
-  std::vector<Guid> guids;
-  for (const std::string_view element : SplitPersistedList(persistedList))
-    guids.emplace_back(element);
-  std::ranges::sort(guids);
-  guids.erase(std::unique(guids.begin(), guids.end()), guids.end());
+std::set<Guid> GuidsOf(std::string_view persistedList) {
+  std::set<Guid> guids;
+  for (const std::string_view element : SplitPersistedList(persistedList)) guids.emplace(element);
   return guids;
 }
 
@@ -105,7 +102,7 @@ class StrangeStateTest : public FaultTest, public testing::WithParamInterface<St
     list.MarkItemHasBeenRated("EPIC-7");
 
     const auto after = GuidsOf(store.Text(kAllSeenItems));
-    EXPECT_TRUE(std::ranges::includes(after, before));
+    for (const Guid& identity : before) EXPECT_TRUE(after.contains(identity));
     if (key == kAllVersions) ExpectVersionsKept(text, store.Text(kAllVersions));
     // The first display may normalise the stored strings. The second display must not change them.
     const auto texts = store.AllTexts();
