@@ -147,7 +147,8 @@ void PanelController::displayAgain() {
     store_.useSnapshot(true);
     list_.RefreshInternalSeenState();
     layout_ = list_.GetLayoutForDisplay(optionsOf(filters_));
-    store_.commit();
+    // Until the data file of a new user can be read, keep the stored state empty.
+    if (!marksAllSeen_) store_.commit();
     store_.useSnapshot(false);
     list_.RefreshInternalSeenState();
   }

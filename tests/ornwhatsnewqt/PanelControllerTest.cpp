@@ -65,6 +65,7 @@ class PanelControllerTest : public QObject {
  private Q_SLOTS:
   void aNewUserHasSeenEverything();
   void aNewUserHasSeenADataFileThatArrivesLater();
+  void aPanelWithoutADataFileLeavesANewUserNew();
   void aNewUserSeesEverythingIfTheApplicationWantsIt();
   void aDisplayMarksItsChangesAsSeen();
   void otherFiltersKeepWhatThePanelHasShown();
@@ -113,6 +114,18 @@ void PanelControllerTest::aNewUserHasSeenADataFileThatArrivesLater() {
   controller->reload();
   QCOMPARE(controller->countNew(), (ornwhatsnew::NewCount{1, 1}));
   QCOMPARE(controllerFor(world)->countNew(), (ornwhatsnew::NewCount{1, 1}));
+}
+
+void PanelControllerTest::aPanelWithoutADataFileLeavesANewUserNew() {
+  const TestWorld world;
+  const auto controller = controllerFor(world);
+  controller->openPanel();
+  controller->display();
+  controller->closePanel();
+  QVERIFY(world.stored(QStringLiteral("WhatsNew.LastVersionSeenWhatsNew")).isEmpty());
+  // The application downloads its data file after the session.
+  world.writeData({kMapChange});
+  QCOMPARE(controllerFor(world)->countNew(), ornwhatsnew::NewCount{});
 }
 
 void PanelControllerTest::aNewUserSeesEverythingIfTheApplicationWantsIt() {
