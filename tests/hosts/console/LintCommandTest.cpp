@@ -252,8 +252,11 @@ TEST_F(LintCommandTest, UnknownCodeIsReportedWithTheNearestCode) {
 }
 
 TEST_F(LintCommandTest, ListsAllCodes) {
-  EXPECT_THAT(OutputOf({"lint", "--list-codes"}),
-              AllOf(HasSubstr("file-separator"), HasSubstr("baseline-rated-again")));
+  const std::string codes = OutputOf({"lint", "--list-codes"});
+  EXPECT_THAT(codes, AllOf(HasSubstr("file-separator"), HasSubstr("baseline-rated-again")));
+  // The severities and the titles are aligned.
+  EXPECT_THAT(codes, AllOf(HasSubstr("\nhtml                         warning  "),
+                           HasSubstr("\nchanges-since-before-header  error    ")));
 }
 
 }  // namespace
