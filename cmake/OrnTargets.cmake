@@ -102,7 +102,8 @@ endfunction()
 # orn_add_tests(NAME SOURCES source... [PRIVATE library...])
 # Declares a GoogleTest program. Each of its tests is a separate CTest test. The build runs the program
 # to get the list of its tests. With AddressSanitizer, starting a process takes longer than most tests. In
-# such builds, a CTest test is a shard of the program instead, which runs a quarter of its tests.
+# such builds, a CTest test is a shard of the program instead, which runs a quarter of its tests;
+# 'ctest -R' then cannot select a single test.
 function(orn_add_tests name)
   cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SOURCES;PRIVATE")
   orn_add_program(${name} SOURCES ${arg_SOURCES} PRIVATE ${arg_PRIVATE} GTest::gmock_main)
