@@ -131,7 +131,7 @@ std::optional<std::string> ProblemWith(std::string_view value) {
     }
     if (u_charType(character) == U_CONTROL_CHAR && character != '\t') {
       return "contains the control character " + CodePoint(character) +
-             "; remove it, or check the encoding of the file";
+             "; remove it, or check the encoding of the input";
     }
   }
   return std::nullopt;

@@ -95,7 +95,7 @@ const char* EncodingOfMark(std::string_view bytes) {
 /// Returns a `DecodedText` that contains the selected encoding and the reason for the selection.
 /// The member `text` is empty.
 DecodedText SelectEncoding(std::string_view bytes, const std::optional<std::string>& encoding) {
-  if (encoding) return {"", *encoding, "as --encoding requires"};
+  if (encoding) return {"", *encoding, "because of --encoding"};
   if (const char* const marked = EncodingOfMark(bytes)) {
     return {"", marked, "because of its byte order mark"};
   }

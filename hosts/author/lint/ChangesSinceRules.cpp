@@ -20,9 +20,9 @@ constexpr std::array<LintCode, 6> kReasonsForMissingRow = {
 
 void CheckVersion(LintContext& context, const LintRow& row) {
   const std::string_view version = row.Value(DataColumn::kVersion);
-  const std::string withPoints = VersionWithPoints(version);
+  const std::string withDots = VersionWithDots(version);
   const std::size_t prefix = VersionPrefixLength(version);
-  if (prefix == 0 && withPoints.empty() && !version.empty()) {
+  if (prefix == 0 && withDots.empty() && !version.empty()) {
     return CheckVersionDate(context, row, DataColumn::kVersion);
   }
   context.ReportField(
@@ -31,7 +31,7 @@ void CheckVersion(LintContext& context, const LintRow& row) {
           ? "the Changes-Since row has no version, so the heading shows only 'v'; write "
             "the version"
           : "the heading shows " + Quoted("v" + std::string(version)) + "; write " +
-                Quoted(withPoints.empty() ? version.substr(prefix) : withPoints));
+                Quoted(withDots.empty() ? version.substr(prefix) : withDots));
 }
 
 void ReportOverwritten(LintContext& context, const LintRow& row, const LintRow* named) {

@@ -66,7 +66,7 @@ void CheckSeparator(LintContext& context) {
     if (2 * count <= static_cast<std::ptrdiff_t>(rows.size())) continue;
     context.ReportFile(LintCode::kFileSeparator,
                        "the fields are separated by " + std::string(name) +
-                           ", so the rows are lost; export the table with commas");
+                           ", so the rows are lost; export the table with commas as separators");
     context.Stop();
     return;
   }

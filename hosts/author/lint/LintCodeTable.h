@@ -63,8 +63,8 @@ inline constexpr auto kLintCodes = std::to_array<LintCodeInfo>({
      "Write a name for the second column."},
     {LintCode::kHeaderOverLines, "header-over-lines", Severity::kError,
      "the header continues on the next line",
-     "Every line feed ends a row, even between quotes. The library skips a header on several "
-     "lines, and uses the next row as the header. The content of the next row is lost.",
+     "Every line feed ends a row, even between quotes. The library skips a header that continues "
+     "on the next line, and uses a later row as the header. The content of the later row is lost.",
      "Write the header on one line."},
     {LintCode::kHeaderRepeated, "header-repeated", Severity::kError,
      "the file has a second header row",
@@ -91,7 +91,7 @@ inline constexpr auto kLintCodes = std::to_array<LintCodeInfo>({
     {LintCode::kDecimalComma, "decimal-comma", Severity::kError, "a version contains a comma",
      "Outside quotes, the comma splits the version into two fields, so the library skips the row "
      "and the change is lost. If the field is quoted, users see the comma.",
-     "Write the version with points instead of commas."},
+     "Write the version with dots instead of commas."},
     {LintCode::kWrongQuotes, "wrong-quotes", Severity::kError,
      "a field with commas is in typographic or single quotes",
      "Only the double quote (U+0022) protects a comma. The row has too many fields, so the "
@@ -165,14 +165,15 @@ inline constexpr auto kLintCodes = std::to_array<LintCodeInfo>({
      "a line after the Changes-Since row replaces its version",
      "A row with fewer than ten fields inherits the missing fields from the row before it. A line "
      "with one field after a Changes-Since row is therefore a second Changes-Since row, and the "
-     "heading shows its text. A comment line without a comma also replaces the version.",
+     "heading shows the text of this line. A comment line without a comma also replaces the "
+     "version.",
      "Move the line away from the Changes-Since row."},
     {LintCode::kChangesSinceVersion, "changes-since-version", Severity::kError,
      "the Changes-Since version is empty, begins with a v, or contains a comma",
      "The heading adds a v before the version. If the version is empty, users see only this v. If "
      "the version begins with a v, users see a second v. If the version contains a comma, users "
      "see the comma.",
-     "Write the version as numbers and points, for example 4.2."},
+     "Write the version as numbers separated by dots, for example 4.2."},
     {LintCode::kVersionPrefix, "version-prefix", Severity::kError, "the version begins with a v",
      "The panel adds a v before the version, so users see a second v. In a comparison of "
      "versions, the component with the v counts as 0.",
@@ -184,7 +185,7 @@ inline constexpr auto kLintCodes = std::to_array<LintCodeInfo>({
     {LintCode::kVersionPlaceholder, "version-placeholder", Severity::kWarning,
      "a component of the version is a placeholder",
      "Users see the version unchanged, for example v4.x.",
-     "Write the version that contains the change."},
+     "Write the version that introduced the change."},
     {LintCode::kBoundsComponents, "bounds-components", Severity::kError,
      "the versions in columns 1 and 6 have different numbers of components",
      "The library does not add missing components, so 4.3 is less than 4.2.0.0. The change "
@@ -198,15 +199,15 @@ inline constexpr auto kLintCodes = std::to_array<LintCodeInfo>({
      "Write at most six components, each of them a number from 0 to 999."},
     {LintCode::kBoundsNoVersion, "bounds-no-version", Severity::kError,
      "the change has a version in column 6, but no version in column 1",
-     "The change affects only versions below the version in the first column. If the first column "
-     "is empty, the change affects no version, and a panel that is filtered by version never shows "
-     "the change.",
-     "Write the version that contains the change into the first column."},
+     "The change affects only versions earlier than the version in the first column. If the first "
+     "column is empty, the change affects no version, and a panel that is filtered by version "
+     "never shows the change.",
+     "Write the version that introduced the change into the first column."},
     {LintCode::kBoundsOrder, "bounds-order", Severity::kError,
-     "the earliest version in column 6 is not below the version in column 1",
+     "the version in column 6 is not earlier than the version in column 1",
      "The change affects no version, so a panel that is filtered by version never shows it.",
-     "Write the first affected version into the sixth column, and the version that contains "
-     "the change into the first column."},
+     "Write the first affected version into the sixth column, and the version that "
+     "introduced the change into the first column."},
     {LintCode::kBoundsHost, "bounds-host", Severity::kError,
      "the full version of the host cannot be compared with the versions of the change",
      "The library compares both versions of the change with the full version of the application, "
@@ -233,8 +234,8 @@ inline constexpr auto kLintCodes = std::to_array<LintCodeInfo>({
      "Begin the key with $$$/."},
     {LintCode::kKeyNoDefault, "key-no-default", Severity::kError,
      "a localisation key has no default text",
-     "Without a default text and without a translation in the host's dictionary, users see "
-     "the key. Without --host, the dictionary is unknown and the severity is warning.",
+     "If a key has neither a default text nor a translation in the host's dictionary, users see "
+     "the key. Without --host, the dictionary is unknown, and the finding is a warning.",
      "Add = and a default text after the key."},
     {LintCode::kHostEpicKeyEmpty, "host-epic-key-empty", Severity::kError,
      "a feature of the host has no epic key",
@@ -247,7 +248,7 @@ inline constexpr auto kLintCodes = std::to_array<LintCodeInfo>({
      "internal key sorts first. The panel never shows the other features.",
      "Give each feature its own epic key."},
     {LintCode::kQuotesVanish, "quotes-vanish", Severity::kWarning,
-     "quotes inside a field are removed",
+     "the library removes double quotes inside a field",
      "The library removes every double quote, even a doubled one, so users do not see it.",
      "Write typographic quotes, or the character U+2033 for inches."},
     {LintCode::kLinkInSection, "link-in-section", Severity::kWarning,
@@ -271,7 +272,7 @@ inline constexpr auto kLintCodes = std::to_array<LintCodeInfo>({
      "Keep one Changes-Since row."},
     {LintCode::kVersionMissing, "version-missing", Severity::kWarning, "the change has no version",
      "The panel shows the change without a version.",
-     "Write the version that contains the change into the first column."},
+     "Write the version that introduced the change into the first column."},
     {LintCode::kSameIdentity, "same-identity", Severity::kWarning,
      "two changes have the same identity",
      "Users see the change twice. If one of the rows counts as seen, the other row counts as seen, "
@@ -279,8 +280,8 @@ inline constexpr auto kLintCodes = std::to_array<LintCodeInfo>({
      "Delete one of the rows."},
     {LintCode::kKeyTwoDefaults, "key-two-defaults", Severity::kWarning,
      "a localisation key has two default texts",
-     "A dictionary has one translation for a key, so translated panels show the same text for "
-     "every change with this key.",
+     "A dictionary has only one translation for each key, so translated panels show the same text "
+     "for every change with this key.",
      "Use two keys, or the same default text."},
     {LintCode::kMarkupOutsideKey, "markup-outside-key", Severity::kWarning,
      "the text contains markup, but is not a key text",
@@ -298,7 +299,7 @@ inline constexpr auto kLintCodes = std::to_array<LintCodeInfo>({
      "Users see the wrong characters.",
      "Restore the characters, and save the file as UTF-8."},
     {LintCode::kCommitNumber, "commit-number", Severity::kWarning,
-     "the commit is a number with an exponent or a fraction",
+     "the commit ID is a number with an exponent or a fraction",
      "Spreadsheet programs convert some commit IDs to numbers, so the links to these commits do "
      "not work.",
      "In the spreadsheet, format the column as text, and then write the commit ID again."},
@@ -326,7 +327,7 @@ inline constexpr auto kLintCodes = std::to_array<LintCodeInfo>({
      "the change, in the section INTERNAL.",
      "If external users should see the change, write the key of the feature into the second "
      "column."},
-    {LintCode::kNoChange, "no-change", Severity::kNote, "the file has no change",
+    {LintCode::kNoChange, "no-change", Severity::kNote, "the file contains no changes",
      "Users see no changes.", "Add changes below the header."},
     {LintCode::kVersionAboveHost, "version-above-host", Severity::kNote,
      "the version is later than the version of the host",
@@ -337,13 +338,13 @@ inline constexpr auto kLintCodes = std::to_array<LintCodeInfo>({
      "The first well-formed link of a feature becomes its link. The library ignores later links.",
      "Delete the later links, or write the best link first."},
     {LintCode::kFeatureWithoutChange, "feature-without-change", Severity::kNote,
-     "some features have no change",
+     "some features have no changes",
      "For a feature without changes, the panel shows only the title and the description.",
      "If a feature without changes is new or different, add a change for the feature."},
     {LintCode::kStoryIDWins, "story-id-wins", Severity::kNote, "the story ID is the key of an item",
-     "The library looks up the key in the third column first. The change therefore belongs to the "
-     "item with this key, and not to the item of its grouping ID.",
-     "To make the row easier to understand, write the key of this item into the second column."},
+     "The story ID takes precedence over the grouping ID. The change therefore belongs to the item "
+     "whose key is the story ID.",
+     "To make the row easier to understand, write the story ID into the second column, too."},
     {LintCode::kUnreviewedLeft, "unreviewed-left", Severity::kNote, "a change is still unreviewed",
      "Only internal users see the change, in the section UNREVIEWED.",
      "After the review, delete the salience."},
@@ -355,10 +356,10 @@ inline constexpr auto kLintCodes = std::to_array<LintCodeInfo>({
      "The change is not in the earlier file, so it is new for every user.", "No action is needed."},
     {LintCode::kBaselineNewAgain, "baseline-new-again", Severity::kWarning,
      "an edited row is new again",
-     "The library identifies a change by its content. Users who saw the earlier row see the "
-     "edited row as new.",
-     "If the edit is not worth an announcement, undo the edit. Edits of quotes, default texts, or "
-     "the letter case in columns 2, 3, 4, 6 and 7 do not make a row new again."},
+     "The library identifies a change by its content. Users who saw the earlier version of the "
+     "row see the edited row as new.",
+     "If the edit is not worth an announcement, undo the edit. Edits of double quotes, default "
+     "texts, or the letter case in columns 2, 3, 4, 6 and 7 do not make a row new again."},
     {LintCode::kBaselineVanished, "baseline-vanished", Severity::kWarning,
      "a row of the earlier file was removed", "Users no longer see the change.",
      "If users still need the change, restore the row."},

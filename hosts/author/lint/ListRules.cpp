@@ -168,7 +168,7 @@ void CheckNoChange(LintContext& context) {
   if (context.File().ChangeCount() > 0 || std::ranges::any_of(context.Findings(), isError)) return;
   context.ReportFile(
       LintCode::kNoChange,
-      "the file has no change, so users see no changes; add changes below the header");
+      "the file contains no changes, so users see none; add changes below the header");
 }
 
 void CheckFeaturesWithoutChange(LintContext& context) {
@@ -212,9 +212,8 @@ void CheckVersionAbove(LintContext& context, const std::string& running) {
     const std::string_view version = row.Value(DataColumn::kVersion);
     if (row.change == nullptr || row.isExplained) continue;
     if (!checked.insert(version).second || !IsAbove(version, *numbers)) continue;
-    context.ReportField(
-        LintCode::kVersionAboveHost, row, DataColumn::kVersion,
-        Quoted(version) + " is above the version " + Quoted(running) + " of the host");
+    context.ReportField(LintCode::kVersionAboveHost, row, DataColumn::kVersion,
+                        Quoted(version) + " is later than the host's version " + Quoted(running));
   }
 }
 

@@ -328,7 +328,7 @@ bool CheckTextOverLines(LintContext& context, std::size_t index) {
       context.Report(LintCode::kTextOverLines, row, quote, row.data.text.size(),
                      std::string("the text continues on the next line, so ") +
                          (isRead ? "users see only its first line" : "the change is lost") +
-                         "; write it on one line");
+                         "; write the text on one line");
   const Place end = context.File().PlaceOf(rows[*last], 0, rows[*last].data.text.size());
   finding.place.endLine = end.endLine;
   finding.place.endColumn = end.endColumn;
@@ -342,10 +342,9 @@ bool CheckOpenQuote(LintContext& context, const Shape& shape) {
     return false;
   }
   context.Report(LintCode::kOpenQuote, shape.row, *quote, *quote + 1,
-                 "the quote is not closed and hides " +
-                     Counted(CountCommasAfter(shape, *quote), "comma") + "; the row has " +
-                     Counted(shape.Count(), "field") +
-                     " instead of ten, so its change is lost; close or delete the quote");
+                 "the quote before " + Counted(CountCommasAfter(shape, *quote), "comma") +
+                     " is not closed, so the row has " + Counted(shape.Count(), "field") +
+                     " instead of ten and its change is lost; close or delete the quote");
   return true;
 }
 

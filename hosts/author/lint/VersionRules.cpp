@@ -27,7 +27,7 @@ bool IsKeyText(std::string_view text) {
 }
 
 /// Returns the first component of `version` for which `predicate` returns true. Returns
-/// `std::nullopt` if there is none. Points separate the components, which can be empty.
+/// `std::nullopt` if there is none. Dots separate the components, which can be empty.
 template <class Predicate>
 std::optional<std::string_view> FindComponent(std::string_view version, Predicate predicate) {
   for (std::size_t begin = 0; begin <= version.size();) {
@@ -53,7 +53,7 @@ void CheckPrefix(LintContext& context, const LintRow& row) {
 void CheckComma(LintContext& context, const LintRow& row) {
   for (const DataColumn column : {DataColumn::kVersion, DataColumn::kFirstVersion}) {
     const std::string_view text = row.Value(column);
-    const std::string version = VersionWithPoints(text);
+    const std::string version = VersionWithDots(text);
     if (version.empty()) continue;
     context.ReportField(
         LintCode::kDecimalComma, row, column,
@@ -79,7 +79,7 @@ void CheckPlaceholder(LintContext& context, const LintRow& row) {
   if (!HasPlaceholder(text)) return;
   context.ReportField(LintCode::kVersionPlaceholder, row, DataColumn::kVersion,
                       "users see " + Quoted("v" + std::string(text)) +
-                          "; write the version that contains the change");
+                          "; write the version that introduced the change");
 }
 
 // ---- dates
@@ -118,7 +118,7 @@ bool HasForm(std::string_view text, std::string_view pattern) {
 
 /// Returns whether `text` is a date as spreadsheet programs write it. For an ISO date, returns true
 /// only if `hasPlainVersion` is true, which means that another version consists of digits and
-/// points. Otherwise, the application may use ISO dates as versions.
+/// dots. Otherwise, the application may use ISO dates as versions.
 bool IsDate(std::string_view text, bool hasPlainVersion) {
   static constexpr std::array<std::string_view, 7> kForms = {
       "99/99/9999", "9/99/9999", "99/9/9999", "9/9/9999", "99/99/99", "99.99.9999", "9999/99/99"};
@@ -136,7 +136,7 @@ void CheckDate(LintContext& context, const LintRow& row) {
 
 /// Checks the versions for mistakes in their form.
 void CheckForm(LintContext& context, const LintRow& row) {
-  // Return early, because most versions consist of digits and points. The form of such a version is
+  // Return early, because most versions consist of digits and dots. The form of such a version is
   // wrong only if it is a date, which has `kDateLength` characters.
   const auto isCorrect = [&row](DataColumn column) {
     return IsPlainVersion(row.Value(column)) && row.Value(column).size() != kDateLength;
@@ -190,8 +190,8 @@ void CheckBounds(LintContext& context, const LintRow& row) {
   }
   if (version.empty()) {
     context.ReportField(LintCode::kBoundsNoVersion, row, DataColumn::kVersion,
-                        "without a version, a panel that is filtered by version never shows "
-                        "the change; write the version that contains it into " +
+                        "the change has no version, so a panel that is filtered by version never "
+                        "shows it; write the version that introduced the change into " +
                             context.Column(DataColumn::kVersion));
     return;
   }
@@ -208,7 +208,7 @@ void CheckBounds(LintContext& context, const LintRow& row) {
   }
   if (ornwhatsnew::VersionNumber(first) < ornwhatsnew::VersionNumber(version)) return;
   context.ReportField(LintCode::kBoundsOrder, row, DataColumn::kFirstVersion,
-                      Quoted(first) + " is not before " + Quoted(version) +
+                      Quoted(first) + " is not earlier than " + Quoted(version) +
                           ", so a panel that is filtered by version never shows the change; write "
                           "the first affected version");
 }
@@ -254,7 +254,7 @@ void CheckVersionDate(LintContext& context, const LintRow& row, DataColumn colum
                           " as the version; format the column as text, and write the version");
 }
 
-std::string VersionWithPoints(std::string_view text) {
+std::string VersionWithDots(std::string_view text) {
   if (text.find(',') == text.npos) return "";
   std::string version(TrimSpaces(text));
   if (version.find_first_not_of("0123456789,.") != version.npos) return "";

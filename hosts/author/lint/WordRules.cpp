@@ -99,7 +99,7 @@ std::string FeatureRemedy(LintContext& context, std::string_view text) {
 
 std::string KeyRemedy(const std::string& text, const std::string& key) {
   if (CaseInsensitiveEqual(text, key)) return "write " + Quoted(key) + " in this letter case";
-  if (CaseInsensitiveEqual(TrimSpaces(text), key)) return "delete the space around " + Quoted(key);
+  if (CaseInsensitiveEqual(TrimSpaces(text), key)) return "delete the spaces around " + Quoted(key);
   return "write " + Quoted(key);
 }
 

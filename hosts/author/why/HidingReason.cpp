@@ -90,7 +90,8 @@ std::string BoundsMistake(const std::string& first, const std::string& added) {
   }
   return VersionNumbers(first) < VersionNumbers(added)
              ? ""
-             : Quoted(first) + " is not before " + Quoted(added) + ", so no version is affected";
+             : Quoted(first) + " is not earlier than " + Quoted(added) +
+                   ", so no version is affected";
 }
 
 /// Returns a clause that names versions of the user that the library cannot compare with `first`

@@ -214,7 +214,7 @@ std::string WhyReport::ExplainKey(const std::string& key) const {
   }
   const std::string name = QuotedText(found->visibility.item->GetFeatureName());
   const std::string head = NameOf(*found) + ": " + name + "\n" + Verdict(ItemReasons(*found));
-  if (found->lines.empty()) return head + "no change\n";
+  if (found->lines.empty()) return head + "it has no changes\n";
   return head + "\n" + ChangeTable(list_, userVersions_, *found);
 }
 

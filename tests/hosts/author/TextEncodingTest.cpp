@@ -57,7 +57,7 @@ TEST(TextEncoding, DetectsTheEncoding) {
 }
 
 TEST(TextEncoding, SaysWhyItSelectedTheEncoding) {
-  EXPECT_EQ("as --encoding requires", DecodeText("", "UTF-8").reason);
+  EXPECT_EQ("because of --encoding", DecodeText("", "UTF-8").reason);
   EXPECT_EQ("because of its byte order mark", DecodeText("\xFF\xFE", std::nullopt).reason);
   EXPECT_EQ("because all of its bytes are valid UTF-8", DecodeText("M", std::nullopt).reason);
   EXPECT_EQ("because it is not valid UTF-8; use --encoding to select another encoding",

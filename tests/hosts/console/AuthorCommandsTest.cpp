@@ -51,7 +51,7 @@ TEST_F(AuthorCommands, ImportUsesTheNamedEncoding) {
   folder_.Write("table.csv", "Grouping ID,Message\nMISC,\x81\n");
   const auto result = Run({"import", "--encoding=IBM850", PathOf("table.csv")});
   EXPECT_THAT(result.output, HasSubstr(",MISC,,,,,,,,ü\n"));
-  EXPECT_THAT(result.errors, HasSubstr("read as IBM850, as --encoding requires"));
+  EXPECT_THAT(result.errors, HasSubstr("read as IBM850, because of --encoding"));
 }
 
 TEST_F(AuthorCommands, ImportWritesNothingIfTheTableHasAnError) {

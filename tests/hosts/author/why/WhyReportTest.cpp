@@ -135,9 +135,9 @@ TEST_F(WhyReportTest, SaysThatARangeOfVersionsIsInvalid) {
             "not shown: '4.1.0.0' and '4.3' have different numbers of components, so they cannot "
             "be compared\n");
   EXPECT_EQ(reason("4.3.0.0", "4.3.0.0"),
-            "not shown: '4.3.0.0' is not before '4.3.0.0', so no version is affected\n");
+            "not shown: '4.3.0.0' is not earlier than '4.3.0.0', so no version is affected\n");
   EXPECT_EQ(reason("4.3.0.1", "4.3.0.0"),
-            "not shown: '4.3.0.1' is not before '4.3.0.0', so no version is affected\n");
+            "not shown: '4.3.0.1' is not earlier than '4.3.0.0', so no version is affected\n");
 }
 
 // The library combines the components of a version into one signed 64-bit number, which can
@@ -362,10 +362,10 @@ TEST_F(WhyReportTest, ExplainsAFeatureWithoutChanges) {
   EXPECT_EQ(ExplainKey("PEN-2"),
             "the feature 'PEN-2': 'Stylus'\n"
             "not shown: its visibility is 1, and no change has the salience UnhideBetaFeature\n"
-            "no change\n");
+            "it has no changes\n");
   Show();
   EXPECT_EQ(ExplainKey("MAP-7", kShowOnlyNew),
-            "the feature 'MAP-7': 'Map'\nnot shown: seen already\nno change\n");
+            "the feature 'MAP-7': 'Map'\nnot shown: seen already\nit has no changes\n");
   EXPECT_THAT(ExplainKey("MAP-7", kRatingView),
               HasSubstr("\nnot shown: none of its changes is shown\n"));
 }
