@@ -48,7 +48,7 @@ bool IsNameOfAnyColumn(std::string_view name) {
   return FindSimilarColumn(name) != kDataColumns.end();
 }
 
-/// Returns whether `text` is a version of digits and points, such as "4.2" or "v4.2". It must begin
+/// Returns whether `text` is a version of digits and dots, such as "4.2" or "v4.2". It must begin
 /// with a digit or with a v and a digit. Ignores spaces around `text`.
 bool LooksLikeVersion(std::string_view text) {
   text = TrimSpaces(text);

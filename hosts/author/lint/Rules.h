@@ -63,11 +63,11 @@ constexpr bool IsDigit(char c) {
   return c >= '0' && c <= '9';
 }
 
-/// Returns whether `version` consists of digits and points. This is true for an empty version.
+/// Returns whether `version` consists only of digits and dots. This is true for an empty version.
 bool IsPlainVersion(std::string_view version);
 
 /// Returns the number of bytes before the first digit of `text` if these bytes are "v" or
-/// "version". Otherwise, returns 0. Ignores the letter case, spaces around the word, and a point at
+/// "version". Otherwise, returns 0. Ignores the letter case, spaces around the word, and a dot at
 /// the end of the word.
 std::size_t VersionPrefixLength(std::string_view text);
 
@@ -75,11 +75,11 @@ std::size_t VersionPrefixLength(std::string_view text);
 /// dates.
 void CheckVersionDate(LintContext& context, const LintRow& row, ornwhatsnew::DataColumn column);
 
-/// Returns `text` with points instead of commas if it is a version with a comma, such as "4,3".
+/// Returns `text` with dots instead of commas if it is a version with a comma, such as "4,3".
 /// Returns an empty string for any other text.
 std::string VersionWithPoints(std::string_view text);
 
-/// Returns the number of components of `version`. Points separate the components. An empty version
+/// Returns the number of components of `version`. Dots separate the components. An empty version
 /// has one empty component.
 std::size_t CountVersionComponents(std::string_view version);
 

@@ -27,7 +27,7 @@ bool IsKeyText(std::string_view text) {
 }
 
 /// Returns the first component of `version` for which `predicate` returns true. Returns
-/// `std::nullopt` if there is none. Points separate the components, which can be empty.
+/// `std::nullopt` if there is none. Dots separate the components, which can be empty.
 template <class Predicate>
 std::optional<std::string_view> FindComponent(std::string_view version, Predicate predicate) {
   for (std::size_t begin = 0; begin <= version.size();) {
@@ -118,7 +118,7 @@ bool HasForm(std::string_view text, std::string_view pattern) {
 
 /// Returns whether `text` is a date as spreadsheet programs write it. For an ISO date, returns true
 /// only if `hasPlainVersion` is true, which means that another version consists of digits and
-/// points. Otherwise, the application may use ISO dates as versions.
+/// dots. Otherwise, the application may use ISO dates as versions.
 bool IsDate(std::string_view text, bool hasPlainVersion) {
   static constexpr std::array<std::string_view, 7> kForms = {
       "99/99/9999", "9/99/9999", "99/9/9999", "9/9/9999", "99/99/99", "99.99.9999", "9999/99/99"};
@@ -136,7 +136,7 @@ void CheckDate(LintContext& context, const LintRow& row) {
 
 /// Checks the versions for mistakes in their form.
 void CheckForm(LintContext& context, const LintRow& row) {
-  // Return early, because most versions consist of digits and points. The form of such a version is
+  // Return early, because most versions consist of digits and dots. The form of such a version is
   // wrong only if it is a date, which has `kDateLength` characters.
   const auto isCorrect = [&row](DataColumn column) {
     return IsPlainVersion(row.Value(column)) && row.Value(column).size() != kDateLength;
