@@ -12,7 +12,7 @@ namespace fuzz {
 /// Checks that no key occurs twice in the key order. `InitWithData` guarantees this property.
 void RequireKeysOnce(const ornwhatsnew::FeatureListData& list);
 
-/// Checks that the list contains no change twice and has at most `rows` changes. `rows` is the
+/// Checks that the list contains no duplicate changes and at most `rows` changes. `rows` is the
 /// number of change rows in the data file.
 void RequireChangesOnce(const ornwhatsnew::FeatureListData& list, std::size_t rows);
 

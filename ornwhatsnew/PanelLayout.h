@@ -110,8 +110,9 @@ struct BasicLayoutParagraph {
 };
 
 /// A request to rate a feature. Only the rating view contains requests. The title, the question and
-/// the description are in the user's language, and neither begin nor end with white space. Each
-/// line end in them is U+2028, and each tab is a space. They contain no U+FEFF.
+/// the description are in the user's language, and neither begin nor end with white space. The
+/// library replaces each line end in them with U+2028 and each tab with a space, and removes
+/// U+FEFF.
 template <class String>
 struct BasicRatingRequest {
   /// The key of the feature, for `MarkItemHasBeenRated`.

@@ -34,8 +34,8 @@ namespace ornwhatsnew {
 /// The question that the renderers write for a rating request without a question.
 inline constexpr std::u16string_view kDefaultRatingQuestion = u"How do you like it?";
 
-/// Describes the page that contains the result of `RenderHTML`. The default is a page with one
-/// panel.
+/// The options of `RenderHTML`: the heading levels and the `id` attributes of the HTML. The
+/// defaults are suitable for a page that contains one panel.
 struct HTMLOptions {
   /// The start of the `id` of each item. It must be a non-empty UTF-8 string without white space.
   /// If a page contains several panels, use a different prefix for each of them.

@@ -42,7 +42,7 @@ class ORNWHATSNEWQT_EXPORT WhatsNew : public QObject {
   ~WhatsNew() override;
 
   /// Returns the action that opens the panel. Its text contains the number of new changes. If no
-  /// change is new, but a feature or section is, the text contains a dot. This object owns the
+  /// change is new, but a feature or section is, the text contains a bullet. This object owns the
   /// action.
   QAction* showAction() const;
 

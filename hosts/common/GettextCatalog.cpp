@@ -73,8 +73,8 @@ class CatalogTables {
   /// Returns the strings of a table. The header contains the offset of this table at
   /// `offsetOfTable`. A table consists of the length and the offset of each string. A NUL, which
   /// the length does not include, follows each string. Throws `CatalogError` if the table or a
-  /// string is outside the file, or if the NUL after a string is missing. Also throws it if all
-  /// strings together are longer than the file.
+  /// string is outside the file, or if the NUL after a string is missing. Also throws it if the
+  /// strings are longer in total than the file.
   std::vector<std::string_view> ReadTable(std::size_t offsetOfTable, std::uint32_t count) const {
     constexpr std::size_t kEntrySize = 8;
     const std::size_t begin = NumberAt(offsetOfTable);
@@ -91,7 +91,7 @@ class CatalogTables {
       if (bytes_[offset + length] != '\0') Fail("a string does not end with NUL");
       // Limit the total, because many entries of a small file could refer to the same long string.
       total += length + 1;
-      if (total > bytes_.size()) Fail("its strings together are longer than the file");
+      if (total > bytes_.size()) Fail("its strings are longer in total than the file");
       strings.push_back(bytes_.substr(offset, length));
     }
     return strings;

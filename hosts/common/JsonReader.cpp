@@ -89,7 +89,7 @@ std::vector<JsonReader> JsonReader::Elements() const {
 }
 
 std::map<std::string, std::string, std::less<>> JsonReader::Texts() const {
-  if (!value_->is_object()) FailExpecting("an object of strings");
+  if (!value_->is_object()) FailExpecting("an object whose values are strings");
   std::map<std::string, std::string, std::less<>> texts;
   for (const auto& [name, value] : value_->items()) {
     texts.emplace_hint(texts.end(), name, JsonReader(*document_, value).Text());

@@ -43,11 +43,12 @@ std::string_view AdviceFor(const std::error_code& error) {
 }
 
 [[noreturn]] void FailReading(const std::filesystem::path& file, int error) {
-  const auto refuse = [&file](const std::string& reason) {
-    throw StateStoreError("cannot use " + Named(file) + ": " + reason +
-                          "; move the file, or name another one with --state");
+  const auto refuse = [&file](const std::string& reason,
+                              const std::string& advice = "move the file, or name another one") {
+    throw StateStoreError("cannot use " + Named(file) + ": " + reason + "; " + advice +
+                          " with --state");
   };
-  if (error == EISDIR) refuse("it is a folder");
+  if (error == EISDIR) refuse("it is a folder", "name a file");
   if (error == EOPNOTSUPP) refuse("it is not a regular file");
   if (error == EFBIG) refuse("it is larger than 64 MiB");
   const std::error_code code(error, std::generic_category());

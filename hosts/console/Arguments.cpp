@@ -231,7 +231,7 @@ class CommandLine {
 
   void AddImport() {
     CLI::App& command =
-        AddCommand(app_, "import", "Convert a spreadsheet's CSV file to a data file", import_);
+        AddCommand(app_, "import", "Convert a CSV file from a spreadsheet to a data file", import_);
     command.add_option("TABLE", import_.table, "The CSV file of the spreadsheet")
         ->required()
         ->type_name("");

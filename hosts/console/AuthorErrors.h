@@ -20,7 +20,8 @@ inline std::string MessageAt(const std::filesystem::path& file, std::size_t line
          std::string(message);
 }
 
-/// Returns the exception that ends the program because `file` cannot be used.
+/// Converts `error`, which is about `file`, to a `ToolError` with the status `kInput`. The message
+/// is the result of `MessageAt`.
 inline common::ToolError ToToolError(const std::filesystem::path& file,
                                      const author::InputError& error) {
   return {common::ExitStatus::kInput, MessageAt(file, error.Line(), error.what())};

@@ -14,7 +14,7 @@ namespace hosts::console {
 
 void RequireUsableOutput(const std::filesystem::path& output,
                          std::span<const std::filesystem::path> inputs) {
-  constexpr std::string_view kRemedy = "; write it to another file";
+  constexpr std::string_view kRemedy = "; write the output to another file";
   for (const std::filesystem::path& input : inputs) {
     std::error_code ignored;
     if (!std::filesystem::equivalent(input, output, ignored)) continue;

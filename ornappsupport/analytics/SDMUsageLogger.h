@@ -1,6 +1,6 @@
 // Checks whether usage logging is on, with a query that the host supplies.
 //
-// The host sets the query once at start:
+// The host sets the query once at startup:
 //
 //   ornappsupport::analytics::SDMUsageLogger::SetLoggingQuery([] { return prefs.LogUsage(); });
 #ifndef ORNAPPSUPPORT_ANALYTICS_SDMUSAGELOGGER_H_

@@ -1,7 +1,7 @@
 // Gives the library access to the beta features of the host, to their switches, and to the
 // internal-features permission.
 //
-// A host implements FeatureService with its own switches and registers it once at start:
+// A host implements FeatureService with its own switches and registers it once at startup:
 //
 //   ornappsupport::feature::SetFeatureService(std::make_shared<MySwitches>());
 //

@@ -1,7 +1,7 @@
 // Lets the host set the URLs of the library's own links: to issues, to commits, and to the page on
 // which users allow usage logging.
 //
-// The host sets the links once at start:
+// The host sets the links once at startup:
 //
 //   ornappsupport::links::PanelLinks links;
 //   links.issueLink = u"https://issues.example/browse/@0";

@@ -1,6 +1,6 @@
 // Checks whether the application is terminating, through a query that the host supplies.
 //
-// The host sets the query once at start:
+// The host sets the query once at startup:
 //
 //   orncore::appstatemanager::SetTerminationQuery([] { return theApplication->IsQuitting(); });
 #ifndef ORNCORE_APPSTATEMANAGER_APPSTATEMANAGER_H_

@@ -1,6 +1,6 @@
 // Gives the library access to the version, the build number and the platform of the host.
 //
-// A host sets these values once at start:
+// A host sets these values once at startup:
 //
 //   orncore::config::SetClientInfo(std::make_shared<orncore::config::FixedClientInfo>(
 //       u"25.1", u"42", "Mac"));

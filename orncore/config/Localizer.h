@@ -1,7 +1,7 @@
 // Localises strings. The translations are in a dictionary that the host supplies. The default texts
 // are part of the key texts. Translations and default texts can contain markup.
 //
-// A host sets the dictionary at start, and again when the user changes the language:
+// A host sets the dictionary at startup, and again when the user changes the language:
 //
 //   orncore::config::Localizer::Get().SetDictionary(
 //       std::make_shared<orncore::config::MapDictionary>(std::move(texts)));
@@ -43,7 +43,7 @@ class ORN_EXPORT DictionarySource {
   /// the default text.
   ///
   /// `key` is the part of the key text before the first `=`, or the whole key text if it contains
-  /// no `=`. The view is valid during the call. Exceptions propagate to the caller of the
+  /// no `=`. The view is valid only during the call. Exceptions propagate to the caller of the
   /// localiser.
   virtual std::optional<UTF8String> Find(std::string_view key) const = 0;
 };

@@ -34,11 +34,11 @@ class ORN_EXPORT DebugStore {
   virtual ~DebugStore();
 
   /// Returns the string stored under `key`. This string may be empty. Returns `std::nullopt` if
-  /// there is no entry. The view `key` is valid during the call.
+  /// there is no entry. The view `key` is valid only during the call.
   [[nodiscard]] virtual std::optional<string::UTF8String> Find(std::string_view key) const = 0;
 
-  /// Stores `value` under `key` and replaces the previous value. The views are valid during the
-  /// call.
+  /// Stores a copy of `value` under `key`, and replaces any previous value. The views are valid
+  /// only during the call.
   virtual void Store(std::string_view key, std::string_view value) = 0;
 
  protected:

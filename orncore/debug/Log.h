@@ -20,7 +20,7 @@ namespace orncore::debug {
 ///
 /// The sink receives each line as it was passed to `Log`, without an additional line end. The line
 /// can contain control characters or ill-formed UTF-8, for example in the message of an exception.
-/// The view is valid during the call. Several threads may call the sink at the same time.
+/// The view is valid only during the call. Several threads may call the sink at the same time.
 ///
 /// If memory runs out, throws `std::bad_alloc` and keeps the previous sink.
 ORN_EXPORT void SetLogSink(std::function<void(std::string_view line)> sink);

@@ -104,8 +104,8 @@ class ORN_EXPORT UntypedFuture {
 ///
 /// The task always calls `continuation` with the outcome, whether the read succeeds, fails or is
 /// cancelled. It then destroys `continuation`. Both happen on the executor's thread. The reference
-/// to the outcome is valid during the call. The continuation may copy `memory` and use the copy
-/// after the call.
+/// to the outcome is valid only during the call. The continuation may copy `memory` and use the
+/// copy after the call.
 ///
 /// If the read does not succeed, `ReadOutcome::failure` is one of these exceptions:
 /// - `config::FutureCancelled` if `WaitForUntypedUntil` or `Executor::Join` cancels the read;

@@ -87,8 +87,8 @@ struct ListContent {
   void MoveUnlockedItemsToFront();
 };
 
-// A reload moves the new content into the list. The move must not fail after it has replaced some
-// of the members.
+// A reload moves the new content into the list. The move must not throw, because the list would
+// then have only some of the new members.
 static_assert(std::is_nothrow_move_constructible_v<ListContent> &&
               std::is_nothrow_move_assignable_v<ListContent>);
 

@@ -35,7 +35,7 @@ struct NewsElement {
 class NewsDocument : public QTextDocument {
   Q_OBJECT
  public:
-  /// The position of a block in its item.
+  /// Whether a block is the first block of its item.
   enum ItemPart { FirstBlock = 1, LaterBlock };
 
   /// The format properties that `NewsDecoration` reads.

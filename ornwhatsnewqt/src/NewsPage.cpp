@@ -147,7 +147,7 @@ void NewsPage::keyPressEvent(QKeyEvent* event) {
   QTextBrowser::keyPressEvent(event);
   const QTextCursor after = textCursor();
   const bool isMoved = before.position() != after.position() || before.anchor() != after.anchor();
-  // The page is for reading, so the text cursor is invisible until the user moves it.
+  // The page is read-only, so the text cursor is invisible until the user moves it.
   if (isMoved) setCursorWidth(1);
 }
 

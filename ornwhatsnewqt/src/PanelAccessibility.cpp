@@ -182,7 +182,7 @@ QAccessibleInterface* PageInterface::child(int index) const {
 QAccessibleInterface* PageInterface::childAt(int x, int y) const {
   const int offset = offsetAtPoint(QPoint(x, y));
   const std::vector<NewsElement>& elements = page().elements();
-  // Search from the end, because a link follows the paragraph that contains it.
+  // Search from the end, so that the search finds a link before the paragraph that contains it.
   for (int i = childCount() - 1; offset >= 0 && i >= 0; --i) {
     if (elements[static_cast<std::size_t>(i)].contains(offset)) return child(i);
   }

@@ -42,7 +42,7 @@ class RatingPage : public QScrollArea {
   /// The user has rated a feature.
   void rated(const QString& featureKey, int stars, const QString& comment);
 
-  /// The user has rated all features.
+  /// The user has rated the last unrated feature on the page.
   void finished();
 
  private:

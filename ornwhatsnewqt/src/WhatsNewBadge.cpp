@@ -19,8 +19,9 @@ WhatsNewBadge::WhatsNewBadge(const WhatsNew* whatsNew, QWidget* parent) : QToolB
 
 WhatsNewBadge::~WhatsNewBadge() = default;
 
-// The accessible name omits the number or the dot at the end of the action's text. The tooltip
-// explains this number or dot. Assistive technologies read the tooltip as the button's description.
+// The accessible name omits the number or the bullet at the end of the action's text. The tooltip
+// explains this number or bullet. Assistive technologies read the tooltip as the button's
+// description.
 void WhatsNewBadge::updateName() {
   setAccessibleName(localizedText("$$$/ornwhatsnewqt/Action/Show=What's New"));
 }

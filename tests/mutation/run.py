@@ -193,8 +193,8 @@ def run_mutants(arguments, results, equivalents):
         wanted = [m for m in mutants if m.identity not in known]
     print(f"{len(wanted)} mutants to try; preparation took {time.monotonic() - start:.0f} s",
           flush=True)
-    # With the option --survivors, compile all sources that include the changed header. A sample could omit
-    # the sources through which a test would notice the mutant.
+    # With the option --survivors, compile all library sources that include the changed header. With only a
+    # sample of them, the tests could run code that does not contain the mutant, and the mutant would survive.
     samples = [None if arguments.survivors else random.Random(f"{arguments.seed} {number}").sample
                for number in range(len(trees))]
     workers = [Worker(tree, plan, sample) for tree, sample in zip(trees, samples)]
@@ -216,7 +216,7 @@ def parse_arguments():
                         help="mutate only files whose path contains this string")
     parser.add_argument("--survivors", action="store_true",
                         help="try the survivors of earlier runs again; for a mutant of a header, "
-                             "recompile all sources that include the header")
+                             "recompile all library sources that include the header")
     parser.add_argument("--fresh", action="store_true",
                         help="delete the results of earlier runs first")
     parser.add_argument("--report", action="store_true",

@@ -20,8 +20,7 @@ using test_support::ChangeRow;
 using test_support::CountAllocations;
 using test_support::DataFile;
 
-// A string that is longer than the internal buffer of std::string, so that each copy allocates
-// memory.
+// A string that is too long for the small-string optimization, so that each copy allocates memory.
 const std::string kLong(200, 'x');
 
 ChangeRow LongRow(const std::string& groupingID) {

@@ -106,7 +106,7 @@ class LintContext {
   /// does not apply if `text` differs from a section key only in its letter case and outer spaces.
   std::optional<std::string> NearestKey(const std::string& text);
 
-  /// Returns whether at least one change has a non-empty version that consists of digits and
+  /// Returns whether at least one change has a non-empty version that consists only of digits and
   /// dots.
   bool HasPlainVersion();
 

@@ -63,7 +63,7 @@ constexpr bool IsDigit(char c) {
   return c >= '0' && c <= '9';
 }
 
-/// Returns whether `version` consists of digits and dots. This is true for an empty version.
+/// Returns whether `version` consists only of digits and dots. This is true for an empty version.
 bool IsPlainVersion(std::string_view version);
 
 /// Returns the number of bytes before the first digit of `text` if these bytes are "v" or

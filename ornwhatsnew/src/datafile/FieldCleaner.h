@@ -26,8 +26,8 @@ bool IsClean(std::string_view text);
 /// function can overwrite `buffer`.
 std::string_view CleanField(std::string_view field, UTF8String& buffer);
 
-/// Returns `field`, which must be clean, in lower case. The function overwrites `buffer` and
-/// returns a view of it.
+/// Returns `field` in lower case, as a view of `buffer`. Overwrites `buffer`. REQUIRES: `field` is
+/// clean.
 std::string_view LowerField(std::string_view field, UTF8String& buffer);
 
 }  // namespace ornwhatsnew

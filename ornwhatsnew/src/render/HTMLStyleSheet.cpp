@@ -4,10 +4,10 @@ namespace ornwhatsnew {
 namespace {
 
 // The system colours Canvas and CanvasText follow the user's preferred colour scheme. The media
-// query `prefers-color-scheme` selects matching values for all other colours. Every other text
-// colour has a contrast ratio of at least 4.5:1 against Canvas and `--ornwhatsnew-tint`, as the Web
-// Content Accessibility Guidelines require. Links are underlined and labels have a border, so that
-// no meaning depends on a colour alone.
+// query `prefers-color-scheme` selects matching values for all other colours. Each of the other
+// text colours has a contrast ratio of at least 4.5:1 against Canvas and `--ornwhatsnew-tint`, as
+// the Web Content Accessibility Guidelines require. Links are underlined and labels have a border,
+// so that no meaning depends on a colour alone.
 constexpr std::string_view kStyleSheet = R"css(.ornwhatsnew {
   --ornwhatsnew-muted: #59636e;
   --ornwhatsnew-link: #0550ae;

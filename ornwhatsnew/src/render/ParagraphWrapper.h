@@ -11,8 +11,8 @@ namespace ornwhatsnew {
 
 /// The indents of a paragraph, and the length of its prefix, such as a bullet and the gap after it.
 /// `firstIndent` is the indent of the first line, and `hangingIndent` is the indent of the other
-/// lines, both in columns. `unbrokenPrefix` is the number of UTF-16 units of the prefix. The
-/// prefix is broken only if it does not fit into a line.
+/// lines, both in columns. `unbrokenPrefix` is the number of UTF-16 code units of the prefix.
+/// The prefix is broken only if it does not fit on one line.
 struct ParagraphShape {
   std::size_t firstIndent = 0;
   std::size_t hangingIndent = 0;

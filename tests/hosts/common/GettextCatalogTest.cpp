@@ -78,7 +78,7 @@ TEST(GettextCatalog, RefusesStringsThatAreLongerThanTheFile) {
   // Let the translations of b and c refer to the long string. The table of translations begins at
   // offset 60. It has eight bytes for each entry: the header entry, a, b and c.
   bytes.replace(76, 16, bytes.substr(68, 8) + bytes.substr(68, 8));
-  EXPECT_THAT(ErrorOf(bytes), HasSubstr("strings together are longer than the file"));
+  EXPECT_THAT(ErrorOf(bytes), HasSubstr("strings are longer in total than the file"));
 }
 
 TEST(GettextCatalog, RefusesAStringThatDoesNotEndWithNUL) {

@@ -161,7 +161,7 @@ TEST(HostDescription, ErrorsNameTheFileThePathAndTheProblem) {
       {R"({"links":{"privacyPage":"a b"}})", "host.json: /links/privacyPage: ",
        R"(expected an https URL, or an empty string, found the string "a b")"},
       {R"({"debug":{"a":true}})", "host.json: /debug/a: ", "expected a string, found true"},
-      {R"({"debug":[]})", "host.json: /debug: ", "expected an object of strings"},
+      {R"({"debug":[]})", "host.json: /debug: ", "expected an object whose values are strings"},
       {R"({"dictionary":{"$$$/a":1}})", "host.json: /dictionary/$$$~1a: ", "expected a string"},
       {R"({"dictionary":{"a":"","a":""}})", "host.json: /dictionary: ", "duplicate member"},
       {R"({"$schema":1})", "host.json: /$schema: ", "expected a string, found the number 1"},

@@ -136,7 +136,7 @@ TEST(JsonReader, ReadsObjectsOfStrings) {
   EXPECT_EQ(ErrorOf(R"({"a":1})", [](const JsonReader& reader) { reader.Texts(); }),
             "file.json: /a: expected a string, found the number 1");
   EXPECT_EQ(ErrorOf("[]", [](const JsonReader& reader) { reader.Texts(); }),
-            "file.json: expected an object of strings, found an array of 0 elements");
+            "file.json: expected an object whose values are strings, found an array of 0 elements");
 }
 
 }  // namespace

@@ -197,7 +197,7 @@ TEST_F(StateStoreFaultTest, DoesNotWriteIllFormedText) {
 
 TEST_F(StateStoreFaultTest, RejectsAFolder) {
   std::filesystem::create_directory(File());
-  ExpectRejected("it is a folder");
+  ExpectRejected("it is a folder", "; name a file with --state");
 }
 
 TEST_F(StateStoreFaultTest, RejectsAPipeWithoutWaitingForIt) {

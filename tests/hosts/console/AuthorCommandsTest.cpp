@@ -89,7 +89,7 @@ TEST_F(AuthorCommands, ImportDoesNotReplaceItsTable) {
     const auto result = Run({"import", PathOf("table.csv"), "-o", PathOf(name)});
     EXPECT_EQ(kUsage, result.exitStatus) << name;
     EXPECT_EQ("ornwhatsnew: the output would replace the input file '" + PathOf("table.csv") +
-                  "'; write it to another file\n",
+                  "'; write the output to another file\n",
               result.errors);
   }
   EXPECT_EQ(table, ReadFile("table.csv"));

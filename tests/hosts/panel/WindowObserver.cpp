@@ -1,6 +1,7 @@
-// A part of the program that PanelProgramTest.cpp runs. Prints the title of the window to standard
-// output, and its message if there is one. If the window shows the panel, prints the panel. If it
-// shows ratings, rates the first feature. Then closes the window.
+// Observes the window of `panel_observed`, which is `ornwhatsnew-panel` linked with this file.
+// Prints the title of the window and any message to standard output. If the window shows the news
+// page, prints the text of this page. Otherwise, rates the first feature on the rating page. Then
+// closes the window.
 #include <cstdio>
 
 #include <QtCore/QCoreApplication>
