@@ -157,10 +157,11 @@ TEST_F(PreviewCommand, DoesNotCreateAConfigurationOfLint) {
   const std::string file = folder_.Path() / ".ornwhatsnew-lint.json";
   const ProgramResult result = Run({"preview", "{data}", "{host}", "-o", file});
   EXPECT_EQ(result.exitStatus, kUsage);
-  EXPECT_EQ(result.errors,
-            "ornwhatsnew: the output '" + file +
-                "' has the name of the configuration file of 'ornwhatsnew lint'; write it to "
-                "another file\n");
+  EXPECT_EQ(
+      result.errors,
+      "ornwhatsnew: the output '" + file +
+          "' has the name of the configuration file of 'ornwhatsnew lint'; write the output to "
+          "another file\n");
   EXPECT_FALSE(std::filesystem::exists(file));
 }
 
