@@ -100,6 +100,12 @@ TEST(FileRules, EditOfLineEndsExtendsFromTheFirstToTheLastCR) {
   EXPECT_EQ(two.replacement, "\n" + second.substr(0, second.size() - 1) + "\n");
 }
 
+TEST(FileRules, CRInsideATextHasNoEdit) {
+  const LintReport report = LintText(kHeaderRows + "4.3,MISC,ORN-1,,,,,,,One\rTwo\n");
+  ASSERT_THAT(CodesOf(report), ElementsAre("file-line-ends"));
+  EXPECT_FALSE(report.findings.front().edit.has_value());
+}
+
 TEST(FileRules, FindsConflictMarksBeforeCRLF) {
   for (const std::string mark : {"<<<<<<<", "=======", ">>>>>>>", "<<<<<<< HEAD"}) {
     EXPECT_THAT(CodesIn(kHeaderRows + kChange + mark + "\r\n"), ElementsAre("conflict-mark"))
