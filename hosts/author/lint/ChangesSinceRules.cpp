@@ -14,9 +14,9 @@ using ornwhatsnew::DataColumn;
 using ornwhatsnew::DataRowKind;
 
 /// The codes of findings that explain why the library reads no Changes-Since row.
-constexpr std::array<LintCode, 6> kReasonsForMissingRow = {
-    LintCode::kChangesSinceSpelling,  LintCode::kChangesSinceBeforeHeader, LintCode::kHeaderWidth,
-    LintCode::kHeaderSecondNameEmpty, LintCode::kHeaderOverLines,          LintCode::kConflictMark};
+constexpr auto kReasonsForMissingRow = std::to_array<LintCode>(
+    {LintCode::kChangesSinceSpelling, LintCode::kChangesSinceBeforeHeader, LintCode::kHeaderWidth,
+     LintCode::kHeaderSecondNameEmpty, LintCode::kHeaderOverLines, LintCode::kConflictMark});
 
 void CheckVersion(LintContext& context, const LintRow& row) {
   const std::string_view version = row.Value(DataColumn::kVersion);
@@ -94,7 +94,7 @@ std::span<const FileRule> ChangesSinceRules() {
 bool IsMisspeltChangesSince(std::string_view text) {
   constexpr std::size_t kShortest = 10;
   constexpr std::size_t kLongest = 24;
-  static constexpr std::array<std::string_view, 1> kWord = {ornwhatsnew::kChangesSinceKey};
+  static constexpr auto kWord = std::to_array<std::string_view>({ornwhatsnew::kChangesSinceKey});
   if (text.size() < kShortest || text.size() > kLongest) return false;
   return !ornwhatsnew::CaseInsensitiveEqual(text, ornwhatsnew::kChangesSinceKey) &&
          NearestWord(text, kWord).has_value();

@@ -42,6 +42,8 @@ void CheckEmpty(LintContext& context) {
   context.Stop();
 }
 
+/// Returns whether `row` contains `separator` at least `kManySeparators` times. Returns false if
+/// commas already separate ten fields.
 bool HasManyOf(char separator, const LintRow& row) {
   return row.data.fieldCount != ornwhatsnew::kDataColumnCount &&
          std::ranges::count(row.data.text, separator) >= kManySeparators;
@@ -52,14 +54,11 @@ struct Separator {
   std::string_view name;
 };
 
-constexpr std::array<Separator, 3> kSeparators = {
-    {{';', "semicolons"}, {'\t', "tabs"}, {'|', "vertical bars"}}};
+constexpr auto kSeparators =
+    std::to_array<Separator>({{';', "semicolons"}, {'\t', "tabs"}, {'|', "vertical bars"}});
 
 void CheckSeparator(LintContext& context) {
   const std::vector<LintRow>& rows = context.File().Rows();
-  // The library reads a row as a change only if commas separate its ten fields. If at least half of
-  // the rows are changes, no other character is the separator.
-  if (2 * context.File().ChangeCount() >= rows.size()) return;
   for (const auto& [separator, name] : kSeparators) {
     const auto count = std::ranges::count_if(
         rows, [separator = separator](const LintRow& row) { return HasManyOf(separator, row); });
@@ -160,7 +159,6 @@ void CheckConflictMarks(LintContext& context) {
 }
 
 void CheckByteOrderMarks(LintContext& context) {
-  if (context.File().Text().find(kByteOrderMark, 1) == std::string_view::npos) return;
   for (const LintRow& row : context.File().Rows()) {
     const std::size_t from = context.File().OffsetOf(row) == 0 ? 1 : 0;
     const std::size_t position = row.data.text.find(kByteOrderMark, from);

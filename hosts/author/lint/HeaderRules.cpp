@@ -53,8 +53,7 @@ bool IsNameOfAnyColumn(std::string_view name) {
 bool LooksLikeVersion(std::string_view text) {
   text = TrimSpaces(text);
   if (text.starts_with('v') || text.starts_with('V')) text.remove_prefix(1);
-  const bool hasDigit = !text.empty() && text.front() >= '0' && text.front() <= '9';
-  return hasDigit && IsPlainVersion(text);
+  return !text.empty() && IsDigit(text.front()) && IsPlainVersion(text);
 }
 
 bool IsEmptyRow(const DataRow& row) {
@@ -78,7 +77,7 @@ std::optional<LintCode> HeaderMistake(const std::vector<LintRow>& rows, std::siz
   if (row.skipReason == DataRowSkipReason::kNoGroupingID) return LintCode::kHeaderSecondNameEmpty;
   const bool isContinued =
       index + 1 < rows.size() && ContinuesOnNextLine(row, rows[index + 1].data);
-  if (isContinued && (isNamed || row.fieldCount > 1)) return LintCode::kHeaderOverLines;
+  if (isContinued && row.fieldCount > 1) return LintCode::kHeaderOverLines;
   const bool isNamedOrLong = isNamed || row.fieldCount >= kFieldsOfTranslatedHeader ||
                              IsNameOfAnyColumn(row.values.front());
   return isNamedOrLong ? std::optional(LintCode::kHeaderWidth) : std::nullopt;
@@ -191,8 +190,7 @@ void CheckRepeatedHeader(LintContext& context) {
   const std::size_t header = context.File().HeaderIndex();
   if (header == rows.size()) return;
   const std::string_view name = rows[header].Value(DataColumn::kGroupingID);
-  for (std::size_t i = header + 1; i < rows.size(); ++i) {
-    LintRow& row = rows[i];
+  for (LintRow& row : rows) {
     const std::string_view groupingID = row.Value(DataColumn::kGroupingID);
     const bool isPossible =
         groupingID == name ||

@@ -84,7 +84,7 @@ void CheckLinkInText(LintContext& context, const LintRow& row) {
   // Return early, because most texts contain neither "://" nor "www.". A search for "http" is
   // slower, because it stops at each "h" of the text.
   if (text.find("://") == text.npos && text.find("www.") == text.npos) return;
-  static constexpr std::array<std::string_view, 3> kStarts = {"https://", "http://", "www."};
+  static constexpr auto kStarts = std::to_array<std::string_view>({"https://", "http://", "www."});
   for (const std::string_view start : kStarts) {
     const std::size_t begin = text.find(start);
     if (begin == text.npos) continue;

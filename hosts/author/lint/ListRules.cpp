@@ -114,7 +114,7 @@ void CheckVisibility(LintContext& context) {
   const auto isUnseen = [](const auto& entry) { return IsUnseenFeature(*entry.second); };
   // Return early if every feature with changes is shown, because `ExplainVisibility` allocates
   // memory for each change.
-  if (context.Host() == nullptr || std::ranges::none_of(context.File().Items(), isUnseen)) return;
+  if (std::ranges::none_of(context.File().Items(), isUnseen)) return;
   const RowsByKey changes = context.File().ChangesByKey();
   for (const ornwhatsnew::ItemVisibility& explained : context.File().ExplainVisibility()) {
     const auto rows = changes.find(explained.item->FeatureJiraIDKey());
@@ -172,7 +172,7 @@ void CheckNoChange(LintContext& context) {
 }
 
 void CheckFeaturesWithoutChange(LintContext& context) {
-  if (context.Host() == nullptr || context.File().ChangeCount() == 0) return;
+  if (context.File().ChangeCount() == 0) return;
   constexpr std::size_t kMaximumKeys = 10;
   std::vector<std::string> keys;
   for (const auto& [key, item] : context.File().Items()) {
@@ -193,15 +193,13 @@ void CheckFeaturesWithoutChange(LintContext& context) {
 
 /// Returns whether `version` is later than `running`. A missing component counts as 0. Returns
 /// false if a component of `version` is not a number.
-bool IsAbove(std::string_view version, const std::vector<std::int64_t>& running) {
+bool IsAbove(std::string_view version, std::vector<std::int64_t> running) {
   const std::optional<std::vector<std::int64_t>> numbers = VersionNumbers(version);
   if (!numbers) return false;
-  for (std::size_t i = 0; i < std::max(numbers->size(), running.size()); ++i) {
-    const std::int64_t number = i < numbers->size() ? (*numbers)[i] : 0;
-    const std::int64_t other = i < running.size() ? running[i] : 0;
-    if (number != other) return number > other;
-  }
-  return false;
+  // `numbers` needs no additional zeros, because a shorter vector is less than a longer vector that
+  // begins with it.
+  running.resize(std::max(running.size(), numbers->size()));
+  return *numbers > running;
 }
 
 void CheckVersionAbove(LintContext& context, const std::string& running) {
