@@ -92,12 +92,13 @@ std::string_view FindClosingTag(std::string_view text) {
     const std::size_t begin = at + (isClosing ? 2 : 1);
     const std::string_view name = TagName(text.substr(begin));
     const std::size_t end = begin + name.size();
-    for (std::size_t i = 0; i < kTags.size(); ++i) {
-      if (!CaseInsensitiveEqual(kTags[i], name)) continue;
-      if (!isClosing) isOpened[i] = true;
-      const bool isWhole = isClosing && text.substr(end).starts_with('>');
-      if (isWhole && isOpened[i]) return text.substr(at, end + 1 - at);
-    }
+    const auto tag = std::ranges::find_if(
+        kTags, [name](std::string_view known) { return CaseInsensitiveEqual(known, name); });
+    if (tag == kTags.end()) continue;
+    bool& isOpen = isOpened[static_cast<std::size_t>(tag - kTags.begin())];
+    if (!isClosing) isOpen = true;
+    const bool isWhole = isClosing && text.substr(end).starts_with('>');
+    if (isWhole && isOpen) return text.substr(at, end + 1 - at);
   }
   return {};
 }
