@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cstddef>
+#include <limits>
 #include <numeric>
 #include <vector>
 
@@ -34,9 +35,9 @@ bool HasDigit(std::u16string_view text) {
 /// two adjacent characters. No other operation changes these two characters or inserts a character
 /// between them.
 std::size_t EditDistance(std::u16string_view a, std::u16string_view b) {
-  std::vector<std::size_t> beforePrevious(b.size() + 1);
   std::vector<std::size_t> previous(b.size() + 1);
-  std::vector<std::size_t> current(b.size() + 1);
+  std::vector<std::size_t> beforePrevious(previous.size());
+  std::vector<std::size_t> current(previous.size());
   std::iota(previous.begin(), previous.end(), 0);
   for (std::size_t i = 1; i <= a.size(); ++i) {
     current[0] = i;
@@ -91,7 +92,7 @@ std::optional<std::string> NearestWord(std::string_view text,
                                        std::span<const std::string_view> words) {
   const std::u16string folded = Fold(text.substr(0, 4 * kMaximumLength));
   std::optional<std::string> nearest;
-  std::size_t least = kMaximumLength + 1;
+  std::size_t least = std::numeric_limits<std::size_t>::max();
   for (const std::string_view word : words) {
     const std::optional<std::size_t> difference = Difference(folded, Fold(word));
     if (!difference || *difference >= least) continue;

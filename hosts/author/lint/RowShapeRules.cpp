@@ -58,11 +58,10 @@ bool IsDigits(std::string_view text) {
 /// Returns whether `text` is the key or the number of an issue, such as ORN-12, orn-12 or #12.
 bool IsIssueKey(std::string_view text) {
   if (text.starts_with('#')) return IsDigits(text.substr(1));
-  const std::size_t dash = text.find('-');
-  if (dash == text.npos || dash == 0 || !IsDigits(text.substr(dash + 1))) return false;
-  return std::ranges::all_of(text.substr(0, dash), [](char c) {
-    return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z');
-  });
+  const auto afterLetters = std::ranges::find_if_not(
+      text, [](char c) { return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z'); });
+  const std::string_view number(afterLetters, text.end());
+  return number.size() < text.size() && number.starts_with('-') && IsDigits(number.substr(1));
 }
 
 bool IsURL(std::string_view text) {
@@ -164,15 +163,13 @@ bool CheckIssueList(LintContext& context, const Shape& shape) {
 }
 
 /// Returns the index of the first field that contains a value of `column`, which must be the
-/// salience, the platform or the URL. Searches only the first 20 fields. Returns `std::nullopt` if
+/// salience, the platform or the URL. Searches only the first ten fields. Returns `std::nullopt` if
 /// there is no such field.
 std::optional<std::size_t> FindWord(const Shape& shape, DataColumn column) {
-  // Ignore a value after the 20th field, because its position does not show how many commas are
-  // wrong.
-  const std::size_t end = std::min(shape.Count(), 2 * kDataColumnCount);
+  // A keyword or a URL after the tenth field is probably a part of the text.
+  const std::size_t end = std::min(shape.Count(), kDataColumnCount);
   for (std::size_t i = 0; i < end; ++i) {
     const std::string_view field = shape.Field(i);
-    if (field.empty()) continue;
     const bool isWord = column == DataColumn::kSalience   ? IsSalience(field)
                         : column == DataColumn::kPlatform ? IsPlatform(field)
                                                           : IsURL(field);
@@ -187,8 +184,7 @@ std::optional<std::size_t> FindShiftedField(const Shape& shape) {
   const bool isMissing = shape.Count() < kDataColumnCount;
   for (const DataColumn column : {DataColumn::kSalience, DataColumn::kPlatform, DataColumn::kURL}) {
     const std::optional<std::size_t> index = FindWord(shape, column);
-    // A keyword or a URL after the tenth field is probably a part of the text.
-    if (!index || *index >= kDataColumnCount) continue;
+    if (!index) continue;
     const std::size_t expected = ColumnIndex(column);
     if (isMissing ? *index < expected : *index > expected) return index;
   }

@@ -50,7 +50,7 @@ void CheckQuotes(LintContext& context, const LintRow& row) {
   while (text.ends_with('\r')) text.remove_suffix(1);
   if (HasSimpleQuotes(text)) return;
   const std::vector<DataField> fields = ornwhatsnew::FindDataFields(text);
-  for (std::size_t i = 0; i < std::min(fields.size(), kDataColumnCount); ++i) {
+  for (std::size_t i = 0; i < fields.size(); ++i) {
     const std::string_view field = text.substr(fields[i].begin, fields[i].end - fields[i].begin);
     const std::size_t quote = FindVanishingQuote(field);
     if (quote == field.npos) continue;
@@ -76,11 +76,8 @@ constexpr auto kEntities =
     std::to_array<std::string_view>({"&amp;", "&lt;", "&gt;", "&quot;", "&nbsp;", "&apos;", "&#39;",
                                      "&mdash;", "&ndash;", "&hellip;", "&#8217;", "&rsquo;"});
 
-/// Returns the ASCII letters and digits at the start of `text`, but at most seven. No name in
-/// `kTags` has more than six characters.
+/// Returns the ASCII letters and digits at the start of `text`.
 std::string_view TagName(std::string_view text) {
-  constexpr std::size_t kLongestName = 6;
-  text = text.substr(0, kLongestName + 1);
   const auto isInName = [](unsigned char c) { return c < 0x80 && std::isalnum(c) != 0; };
   return {text.begin(), std::ranges::find_if_not(text, isInName)};
 }
@@ -95,12 +92,13 @@ std::string_view FindClosingTag(std::string_view text) {
     const std::size_t begin = at + (isClosing ? 2 : 1);
     const std::string_view name = TagName(text.substr(begin));
     const std::size_t end = begin + name.size();
-    for (std::size_t i = 0; i < kTags.size(); ++i) {
-      if (!CaseInsensitiveEqual(kTags[i], name)) continue;
-      if (!isClosing) isOpened[i] = true;
-      const bool isWhole = isClosing && text.substr(end).starts_with('>');
-      if (isWhole && isOpened[i]) return text.substr(at, end + 1 - at);
-    }
+    const auto tag = std::ranges::find_if(
+        kTags, [name](std::string_view known) { return CaseInsensitiveEqual(known, name); });
+    if (tag == kTags.end()) continue;
+    bool& isOpen = isOpened[static_cast<std::size_t>(tag - kTags.begin())];
+    if (!isClosing) isOpen = true;
+    const bool isWhole = isClosing && text.substr(end).starts_with('>');
+    if (isWhole && isOpen) return text.substr(at, end + 1 - at);
   }
   return {};
 }
@@ -206,7 +204,7 @@ std::optional<Edit> TrimEdit(LintContext& context, const LintRow& row, std::size
   const std::vector<DataField> fields = ornwhatsnew::FindDataFields(row.data.text);
   const DataField& field = fields[index];
   std::string_view text = row.data.text.substr(field.begin, field.end - field.begin);
-  const bool isQuoted = text.size() >= 2 && text.front() == '"' && text.back() == '"';
+  const bool isQuoted = text.starts_with('"') && text.ends_with('"');
   if (isQuoted) text = text.substr(1, text.size() - 2);
   if (text.find('"') != text.npos) return std::nullopt;
   const std::string_view quote = isQuoted ? "\"" : "";

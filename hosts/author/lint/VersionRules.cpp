@@ -22,10 +22,6 @@ using ornwhatsnew::DataColumn;
 /// The length of a date such as 03.04.2025.
 constexpr std::size_t kDateLength = 10;
 
-bool IsKeyText(std::string_view text) {
-  return ornwhatsnew::IsZString(TrimSpaces(text));
-}
-
 /// Returns the first component of `version` for which `predicate` returns true. Returns
 /// `std::nullopt` if there is none. Dots separate the components, which can be empty.
 template <class Predicate>
@@ -120,8 +116,8 @@ bool HasForm(std::string_view text, std::string_view pattern) {
 /// only if `hasPlainVersion` is true, which means that another version consists of digits and
 /// dots. Otherwise, the application may use ISO dates as versions.
 bool IsDate(std::string_view text, bool hasPlainVersion) {
-  static constexpr std::array<std::string_view, 7> kForms = {
-      "99/99/9999", "9/99/9999", "99/9/9999", "9/9/9999", "99/99/99", "99.99.9999", "9999/99/99"};
+  static constexpr auto kForms = std::to_array<std::string_view>(
+      {"99/99/9999", "9/99/9999", "99/9/9999", "9/9/9999", "99/99/99", "99.99.9999", "9999/99/99"});
   const bool isForm =
       std::ranges::any_of(kForms, [text](std::string_view form) { return HasForm(text, form); });
   const bool isISODate = HasForm(text.substr(0, 10), "9999-99-99");
@@ -243,12 +239,7 @@ std::size_t VersionPrefixLength(std::string_view text) {
 
 void CheckVersionDate(LintContext& context, const LintRow& row, DataColumn column) {
   const std::string_view text = row.Value(column);
-  const bool isPlain = IsPlainVersion(text);
-  const bool canBeDate = !isPlain || (text.size() == kDateLength && text.find('.') == 2);
-  if (text.empty() || !canBeDate || IsKeyText(text) ||
-      !IsDate(TrimSpaces(text), !isPlain && context.HasPlainVersion())) {
-    return;
-  }
+  if (!IsDate(TrimSpaces(text), context.HasPlainVersion())) return;
   context.ReportField(LintCode::kVersionDate, row, column,
                       "users see the date " + Quoted(text) +
                           " as the version; format the column as text, and write the version");

@@ -39,6 +39,10 @@ TEST(Fold, ReplacesEveryKindOfDashWithAHyphen) {
   EXPECT_EQ(Fold("a\u2016b"), u"a\u2016b");
 }
 
+TEST(Fold, KeepsTheCharacterBeforeTheSpaces) {
+  EXPECT_EQ(Fold("a\u1FFFb"), u"a\u1FFFb");
+}
+
 TEST(NearestWord, FindsAWordWithExchangedOrMissingCharacters) {
   EXPECT_EQ(NearestWord("BUGIFX", kWords), "BUGFIX");
   EXPECT_EQ(NearestWord("Unreviwed", kWords), "Unreviewed");
@@ -66,10 +70,40 @@ TEST(NearestWord, AllowsMoreDifferencesInALongerWord) {
 TEST(NearestWord, CountsAnExchangeOfAdjacentCharactersAsOneDifference) {
   EXPECT_EQ(NearestWord("IMSC", kWords), "MISC");
   EXPECT_EQ(NearestWord("IMCS", kWords), std::nullopt);
+  for (const std::string_view twoDifferences : {"XMSC", "IXSC", "XICS"}) {
+    EXPECT_EQ(NearestWord(twoDifferences, kWords), std::nullopt) << twoDifferences;
+  }
+}
+
+TEST(NearestWord, CountsAMissingOrAnExtraCharacterAsOneDifference) {
+  EXPECT_EQ(NearestWord("MSC", kWords), "MISC");
+  EXPECT_EQ(NearestWord("MIISC", kWords), "MISC");
+  constexpr std::array<std::string_view, 1> kWord = {"abcdef"};
+  EXPECT_EQ(NearestWord("xyabcd", kWord), std::nullopt);
+}
+
+TEST(NearestWord, PrefersAnEqualWordAndThenTheFirstWord) {
+  constexpr std::array<std::string_view, 2> kSimilarWords = {"MAPS", "MAP"};
+  EXPECT_EQ(NearestWord("map", kSimilarWords), "MAP");
+  constexpr std::array<std::string_view, 2> kEquallySimilarWords = {"abx", "aby"};
+  EXPECT_EQ(NearestWord("abz", kEquallySimilarWords), "abx");
+}
+
+TEST(NearestWord, ComparesWordsOfAtMost64Characters) {
+  for (const std::size_t length : {64U, 65U}) {
+    const std::string word(length, 'a');
+    const std::string_view view = word;
+    EXPECT_EQ(NearestWord("b" + word.substr(1), std::span(&view, 1)).has_value(), length == 64)
+        << length;
+  }
 }
 
 TEST(NearestWord, FindsAWordWithASuffix) {
   EXPECT_EQ(NearestWord("Miscellaneous", kWords), "MISC");
+  constexpr std::array<std::string_view, 1> kShortWord = {"abc"};
+  EXPECT_EQ(NearestWord("abcxyz", kShortWord), "abc");
+  constexpr std::array<std::string_view, 1> kTooShortWord = {"ab"};
+  EXPECT_EQ(NearestWord("abxyz", kTooShortWord), std::nullopt);
 }
 
 TEST(NearestWord, AllowsOneDifferenceInAKeyWithDigits) {
