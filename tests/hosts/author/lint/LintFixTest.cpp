@@ -164,6 +164,17 @@ TEST(LintFix, CorrectsSeveralFieldsOfARowWhoseMistakesAreNotListed) {
   EXPECT_TRUE(Fix(text, FixScope::kAll).text == expected);
 }
 
+TEST(LintFix, OmitsACorrectionThatOverlapsAnEarlierOne) {
+  const std::string text = kHeaderRows + "4.3,misc,,,,,,,,Text\n";
+  LintReport report = LintText(text);
+  Finding finding = report.findings.at(0);
+  finding.edit = Edit{finding.edit->offset + 1, 1, "X"};
+  report.findings.push_back(finding);
+  const FixedFile fixed = FixDataFile("data.csv", text, report, FixScope::kAll, nullptr);
+  EXPECT_EQ(fixed.text, kHeaderRows + "4.3,MISC,,,,,,,,Text\n");
+  EXPECT_EQ(fixed.corrected, 1U);
+}
+
 TEST(LintFix, CleanFileHasNoDiff) {
   const std::string text = kHeaderRows + "4.3,MISC,,,,,,,,Text\n";
   EXPECT_EQ(Fix(text).diff, "");
