@@ -49,6 +49,7 @@ TEST(LintConfig, RejectsAnUnknownCodeAndNamesTheNearest) {
 
 TEST(LintConfig, RejectsAnUnknownSeverity) {
   EXPECT_THAT(ProblemOf(R"({"severity": {"html": "fatal"}})"), HasSubstr("'warning'"));
+  EXPECT_THAT(ProblemOf(R"({"severity": {"html": []}})"), HasSubstr("more than 2 deep"));
 }
 
 TEST(LintConfig, RejectsAnUnknownMember) {
