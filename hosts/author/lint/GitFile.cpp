@@ -88,10 +88,8 @@ pid_t StartGit(std::vector<std::string> arguments, int output, int errors) {
 /// Waits for `process` to exit. Returns whether its exit status is 0.
 bool HasSucceeded(pid_t process) {
   int status = 0;
-  while (::waitpid(process, &status, 0) < 0) {
-    if (errno != EINTR) return false;
-  }
-  return WIFEXITED(status) && WEXITSTATUS(status) == 0;
+  const pid_t ended = common::RetryInterrupted([&] { return ::waitpid(process, &status, 0); });
+  return ended == process && WIFEXITED(status) && WEXITSTATUS(status) == 0;
 }
 
 /// The result of running git.
@@ -140,14 +138,17 @@ std::string ReadGitFile(const std::string& revision, const std::filesystem::path
   if (revision.empty() || revision.starts_with('-')) {
     throw std::runtime_error("'" + revision + "' is not a git revision");
   }
-  const std::string folder =
-      file.has_parent_path() ? file.parent_path().native() : std::string(".");
+  // If the folder is empty, git stays in the current folder.
+  const std::string folder = file.parent_path().native();
   const std::string object = revision + ":./" + file.filename().native();
   GitResult result = RunGit({"-C", folder, "cat-file", "blob", object}, maxBytes);
-  if (result.output.size() > maxBytes) throw std::runtime_error("the file in git is too large");
+  std::string problem = "cannot read '" + file.native() + "' in the revision '" + revision + "': ";
+  if (result.output.size() > maxBytes) {
+    throw std::runtime_error(problem + "larger than " + std::to_string(maxBytes >> 20) +
+                             " MiB; name a revision in which the file is smaller");
+  }
   if (result.hasSucceeded) return std::move(result.output);
-  std::string problem = "cannot read '" + file.native() + "' in the revision '" + revision +
-                        "': git: " + (result.error.empty() ? "unknown error" : result.error);
+  problem += "git: " + (result.error.empty() ? "unknown error" : result.error);
   if (IsShallowClone(folder)) {
     problem +=
         "; this is a shallow clone, so fetch the revision if it is missing, for example with "

@@ -14,7 +14,7 @@ namespace hosts::author {
 /// - git cannot be run.
 /// - git fails, for example because the commit does not exist or does not contain the file. The
 ///   message of the exception contains the first line of git's message.
-/// - The content has more than `maxBytes` bytes.
+/// - The content has more than `maxBytes` bytes. The message states `maxBytes` in MiB.
 std::string ReadGitFile(const std::string& revision, const std::filesystem::path& file,
                         std::size_t maxBytes);
 

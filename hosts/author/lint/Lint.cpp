@@ -20,8 +20,8 @@ void RunFileRules(LintContext& context, std::span<const FileRule> rules) {
 }
 
 void RunChangeRules(LintContext& context) {
-  const std::array<std::span<const ChangeRule>, 5> subjects = {
-      WordRules(), VersionRules(), LinkRules(), LocalisationRules(), TextRules()};
+  const auto subjects = std::to_array<std::span<const ChangeRule>>(
+      {WordRules(), VersionRules(), LinkRules(), LocalisationRules(), TextRules()});
   for (const LintRow& row : context.File().Rows()) {
     if (row.change == nullptr || row.isExplained) continue;
     for (const std::span<const ChangeRule> rules : subjects) {

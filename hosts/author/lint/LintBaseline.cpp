@@ -84,13 +84,14 @@ class Comparison {
     pairing_.before = Changes(before);
     pairing_.after = Changes(context.File());
     pairing_.PairBy(Identity);
-    unchanged_ = pairing_.pairs.size();
+    // For users, two changes with the same identity are the same change.
+    pairing_.pairs.clear();
     pairing_.PairBy(IDsAndText);
     pairing_.PairBy(ItemKey);
   }
 
   void Report() {
-    for (std::size_t i = unchanged_; i < pairing_.pairs.size(); ++i) ReportEdit(pairing_.pairs[i]);
+    for (const RowPair& pair : pairing_.pairs) ReportEdit(pair);
     for (const LintRow* const row : pairing_.after) ReportNew(*row);
     for (const LintRow* const row : pairing_.before) ReportVanished(*row);
     ReportRatings();
@@ -171,7 +172,6 @@ class Comparison {
   LintContext& context_;
   const LintedFile& before_;
   Pairing pairing_;
-  std::size_t unchanged_ = 0;
 };
 
 }  // namespace

@@ -8,7 +8,8 @@
 namespace hosts::author {
 namespace {
 
-constexpr std::array<std::string_view, 4> kSeverityNames = {"off", "note", "warning", "error"};
+constexpr auto kSeverityNames =
+    std::to_array<std::string_view>({"off", "note", "warning", "error"});
 
 constexpr bool IsInOrder() {
   for (std::size_t i = 0; i < kLintCodes.size(); ++i) {

@@ -17,8 +17,8 @@ using ornwhatsnew::DataRowKind;
 
 /// A line of the file and its edits, in the order of their offsets.
 struct LineEdits {
-  std::size_t begin = 0;
-  std::size_t end = 0;
+  std::size_t begin;
+  std::size_t end;
   std::vector<Edit> edits;
 };
 
@@ -56,7 +56,7 @@ class Announcements {
  private:
   struct Change {
     ornwhatsnew::Guid identity;
-    bool isVisible = false;
+    bool isVisible;
   };
 
   std::optional<Change> Read(std::string_view text) {
@@ -79,13 +79,11 @@ class Announcements {
   bool hasHost_;
 };
 
-/// Returns the edits of the findings on the file `name`, grouped by line. If two edits overlap,
-/// omits the second one.
-std::vector<LineEdits> CollectEdits(const std::string& name, std::string_view text,
-                                    const LintReport& report) {
+/// Returns the edits of the findings, grouped by line. If two edits overlap, omits the second one.
+std::vector<LineEdits> CollectEdits(std::string_view text, const LintReport& report) {
   std::vector<Edit> edits;
   for (const Finding& finding : report.findings) {
-    if (finding.file == name && finding.edit) edits.push_back(*finding.edit);
+    if (finding.edit) edits.push_back(*finding.edit);
   }
   for (const auto& [code, omitted] : report.omitted) {
     edits.insert(edits.end(), omitted.edits.begin(), omitted.edits.end());
@@ -189,7 +187,7 @@ class FixBuilder {
 FixedFile FixDataFile(const std::string& name, std::string_view text, const LintReport& report,
                       FixScope scope, const LintHost* host) {
   FixBuilder builder(text, scope, host);
-  for (const LineEdits& line : CollectEdits(name, text, report)) builder.Add(line);
+  for (const LineEdits& line : CollectEdits(text, report)) builder.Add(line);
   FixedFile fixed = builder.Finish();
   if (fixed.diff.empty()) return fixed;
   const std::string shown = orncore::string::EscapeInvisible(name);

@@ -127,9 +127,15 @@ TEST(LintCodes, SeverityNamesCanBeReadBack) {
 TEST(LintCodes, ExplanationContainsTheWholeEntry) {
   const LintCodeInfo& info = InfoOf(LintCode::kOpenQuote);
   const std::string text = Explanation(LintCode::kOpenQuote);
-  for (const std::string_view part : {info.name, info.summary, info.explanation, info.remedy}) {
-    EXPECT_THAT(text, HasSubstr(std::string(part)));
-  }
+  EXPECT_EQ(text, "open-quote (error): " + std::string(info.summary) + "\n\n" +
+                      std::string(info.explanation) + "\n\n" + std::string(info.remedy) + "\n");
+}
+
+TEST(LintCodes, ListIsATable) {
+  EXPECT_THAT(CodeList(),
+              testing::AllOf(testing::StartsWith("file-separator               error    the "),
+                             HasSubstr("\nchanges-since-before-header  error    "),
+                             HasSubstr("\nsame-identity                warning  ")));
 }
 
 TEST(LintCodes, PageInTheManualIsCurrent) {

@@ -28,6 +28,18 @@ TEST(LintConfig, ReadsSeverities) {
       ParseLintConfig(R"({"severity": {"unreviewed-left": "error", "html": "off"}})", "config");
   EXPECT_EQ(overrides.at(LintCode::kUnreviewedLeft), Severity::kError);
   EXPECT_EQ(overrides.at(LintCode::kHTML), Severity::kOff);
+  EXPECT_THAT(ParseLintConfig("{}", "config"), testing::IsEmpty());
+}
+
+TEST(LintConfig, ReadsAFileOfAtMostAMillionBytes) {
+  const test_support::TemporaryFolder folder;
+  const std::string json = R"({"severity": {"html": "off"}})";
+  const std::string spaces(1'000'000 - json.size(), ' ');
+  folder.Write(kLintConfigName, json + spaces);
+  EXPECT_THAT(ConfiguredSeverities(folder.Path() / "data.csv"),
+              testing::ElementsAre(testing::Pair(LintCode::kHTML, Severity::kOff)));
+  folder.Write(kLintConfigName, json + spaces + " ");
+  EXPECT_THROW(ConfiguredSeverities(folder.Path() / "data.csv"), common::JsonError);
 }
 
 TEST(LintConfig, RejectsAnUnknownCodeAndNamesTheNearest) {
@@ -37,6 +49,7 @@ TEST(LintConfig, RejectsAnUnknownCodeAndNamesTheNearest) {
 
 TEST(LintConfig, RejectsAnUnknownSeverity) {
   EXPECT_THAT(ProblemOf(R"({"severity": {"html": "fatal"}})"), HasSubstr("'warning'"));
+  EXPECT_THAT(ProblemOf(R"({"severity": {"html": []}})"), HasSubstr("more than 2 deep"));
 }
 
 TEST(LintConfig, RejectsAnUnknownMember) {
@@ -47,6 +60,7 @@ TEST(LintConfig, IsFoundInTheNearestFolderAbove) {
   const test_support::TemporaryFolder folder;
   std::filesystem::create_directories(folder.Path() / "a/b");
   const std::filesystem::path config = folder.Path() / kLintConfigName;
+  EXPECT_EQ(FindLintConfig(folder.Path() / "a/b/data.csv"), std::nullopt);
   std::ofstream(config) << "{}";
   EXPECT_EQ(FindLintConfig(folder.Path() / "a/b/data.csv"), config);
   std::ofstream(folder.Path() / "a" / kLintConfigName) << "{}";
@@ -59,7 +73,9 @@ TEST(LintConfig, CommandLineSeverityNeedsACodeAndALevel) {
   EXPECT_EQ(overrides.at(LintCode::kHTML), Severity::kError);
   EXPECT_THAT(AddSeverity("htm=error", overrides), HasSubstr("unknown code"));
   EXPECT_THAT(AddSeverity("html", overrides), HasSubstr("does not contain a valid severity"));
-  EXPECT_THAT(AddSeverity("html=fatal", overrides), HasSubstr("does not contain a valid severity"));
+  EXPECT_THAT(AddSeverity("html=fatal", overrides),
+              testing::AllOf(HasSubstr("does not contain a valid severity"),
+                             testing::EndsWith(" after '='")));
 }
 
 }  // namespace

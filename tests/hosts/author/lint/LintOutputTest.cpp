@@ -4,6 +4,7 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <ornwhatsnew/Version.h>
 #include <nlohmann/json.hpp>
 
 #include "tests/hosts/author/lint/LintTestFiles.h"
@@ -18,7 +19,8 @@ using testing::IsEmpty;
 const std::string kBugfixRow = "4.3,bugfix,,,,,,,,Text\n";
 
 TEST(LintJson, DescribesAFinding) {
-  const json report = json::parse(LintJson(LintText(kHeaderRows + kBugfixRow)));
+  const LintReport linted = LintText(kHeaderRows + kBugfixRow);
+  const json report = json::parse(LintJson(linted));
   EXPECT_EQ(report["version"], 1);
   const json& finding = report["findings"].at(0);
   EXPECT_EQ(finding["file"], "data.csv");
@@ -31,7 +33,28 @@ TEST(LintJson, DescribesAFinding) {
   EXPECT_EQ(finding["code"], "grouping-id-unknown");
   EXPECT_EQ(finding["related"], json::array());
   EXPECT_EQ(finding["fix"], json({{"replacement", "BUGFIX"}}));
-  EXPECT_FALSE(finding["fingerprint"].get<std::string>().empty());
+  EXPECT_EQ(finding["message"], linted.findings.at(0).message);
+  EXPECT_EQ(finding["fingerprint"], linted.findings.at(0).fingerprint);
+}
+
+TEST(LintJson, FindingOnTheWholeFileHasNoFieldAndNoFix) {
+  const json report = json::parse(LintJson(LintText("")));
+  const json& finding = report["findings"].at(0);
+  EXPECT_EQ(finding["code"], "file-empty");
+  EXPECT_EQ(finding["line"], 1);
+  EXPECT_EQ(finding["endColumn"], 1);
+  EXPECT_EQ(finding["field"], nullptr);
+  EXPECT_EQ(finding["fix"], nullptr);
+  EXPECT_EQ(report["summary"]["changes"], 0);
+}
+
+TEST(LintJson, ListsTheRelatedPlaces) {
+  const std::string header = kHeaderRows.substr(0, kHeaderRows.find('\n') + 1);
+  const json report = json::parse(LintJson(LintText(kHeaderRows + header)));
+  EXPECT_EQ(
+      report["findings"].at(0)["related"],
+      json::array(
+          {{{"file", "data.csv"}, {"line", 1}, {"column", 1}, {"message", "the first header"}}}));
 }
 
 TEST(LintJson, FindingOnLineEndsHasAFixIfThereIsOnlyOne) {
@@ -42,7 +65,7 @@ TEST(LintJson, FindingOnLineEndsHasAFixIfThereIsOnlyOne) {
   };
   const std::string row = "4.3,MISC,,,,,,,,One";
   EXPECT_EQ(fix(row + "\r" + row + "\n"), json({{"replacement", "\n"}}));
-  EXPECT_EQ(fix(row + "\r" + row + "\r" + row + "\n"), nullptr);
+  EXPECT_EQ(fix(row + "\r\r" + row + "\n"), nullptr);
 }
 
 TEST(LintJson, SummaryCountsFindingsFilesAndChanges) {
@@ -52,15 +75,17 @@ TEST(LintJson, SummaryCountsFindingsFilesAndChanges) {
   EXPECT_EQ(summary["notes"], 0);
   EXPECT_EQ(summary["files"], 1);
   EXPECT_EQ(summary["changes"], 1);
-  EXPECT_EQ(summary["notJudged"].size(), 1U);
+  EXPECT_EQ(summary["notJudged"],
+            json::array({"features, their keys and the version of the host are checked only with "
+                         "--host"}));
 }
 
 TEST(LintJson, PositionsCountCodePoints) {
-  const json report = json::parse(
-      LintJson(LintText("\xEF\xBB\xBF" + kHeaderRows + "4.3,MISC,\xF0\x9F\x98\x80 ,,,,,,,T\n")));
+  const json report = json::parse(LintJson(LintText(
+      "\uFEFF" + kHeaderRows + "4.3,MISC,\U00010000\U000103FF\U0010FC00\uE000 ,,,,,,,T\n")));
   const json& finding = report["findings"].at(0);
   EXPECT_EQ(finding["column"], 10);
-  EXPECT_EQ(finding["endColumn"], 12);
+  EXPECT_EQ(finding["endColumn"], 15);
 }
 
 TEST(LintReport, FingerprintDoesNotDependOnTheLine) {
@@ -71,7 +96,32 @@ TEST(LintReport, FingerprintDoesNotDependOnTheLine) {
 
 TEST(LintReport, EqualRowsHaveDifferentFingerprints) {
   const LintReport report = LintText(kHeaderRows + kBugfixRow + kBugfixRow);
-  EXPECT_NE(report.findings.at(0).fingerprint, report.findings.at(1).fingerprint);
+  ASSERT_EQ(report.findings.at(2).code, LintCode::kGroupingIDUnknown);
+  EXPECT_EQ(report.findings.at(2).fingerprint, report.findings.at(0).fingerprint + "/2");
+}
+
+// A service that receives the findings of every version recognises a known finding by this string.
+TEST(LintReport, FingerprintIsTheSameInEveryVersion) {
+  EXPECT_EQ(LintText(kHeaderRows + kBugfixRow).findings.at(0).fingerprint,
+            "6d01a544-42a8-2c34-add6-120ca4478c28");
+}
+
+TEST(LintReport, AppendAddsTheFindingsAndTheCounts) {
+  const LintHost host = InstallLintHost(TestFile("codes/host-epic-key-empty.host.json").native());
+  std::string text = kHeaderRows;
+  for (std::size_t i = 0; i < kMaximumFindings + 5; ++i) text += "4.3,misc,ORN-1,,,,,,,Text\n";
+  LintReport report;
+  report.Append(LintDataFile("a.csv", text, &host));
+  report.Append(LintDataFile("b.csv", text, &host));
+  FinishReport(report);
+  EXPECT_EQ(report.files, 2U);
+  EXPECT_EQ(report.changes, 2 * (kMaximumFindings + 5));
+  EXPECT_THAT(
+      report.notJudged,
+      testing::Contains("10 more findings with the code grouping-id-unknown are not listed"));
+  // The host description has one finding, which the check of each file reports.
+  EXPECT_EQ(std::ranges::count(CodesOf(report), "host-epic-key-empty"), 1);
+  EXPECT_EQ(std::ranges::count(report.findings, host.file, &Finding::file), 1);
 }
 
 TEST(LintReport, SeverityOffRemovesAFinding) {
@@ -85,10 +135,12 @@ TEST(LintReport, ListsALimitedNumberOfFindingsOfACode) {
   for (std::size_t i = 0; i < kMaximumFindings + 5; ++i) text += kBugfixRow;
   LintReport report = LintText(text);
   ApplySeverities(report, {{LintCode::kSameIdentity, Severity::kOff}});
-  EXPECT_EQ(report.findings.size(), kMaximumFindings);
-  EXPECT_THAT(
-      report.notJudged,
-      testing::Contains("5 more findings with the code grouping-id-unknown are not listed"));
+  EXPECT_EQ(report.findings.size(), 1000U);
+  EXPECT_THAT(report.notJudged,
+              testing::ElementsAre(
+                  "4 more findings with the code same-identity are not listed",
+                  "5 more findings with the code grouping-id-unknown are not listed",
+                  "features, their keys and the version of the host are checked only with --host"));
 }
 
 TEST(LintReport, ListsTheFirstFeaturesWithLaterLinks) {
@@ -129,13 +181,20 @@ TEST(LintReport, FindingThatIsNotListedDoesNotChangeAListedOne) {
 }
 
 TEST(LintSarif, DescribesAFinding) {
-  const json log = json::parse(LintSarif(LintText(kHeaderRows + kBugfixRow)));
+  const LintReport report = LintText(kHeaderRows + kBugfixRow);
+  const json log = json::parse(LintSarif(report));
   EXPECT_EQ(log["version"], "2.1.0");
+  EXPECT_EQ(log["$schema"], "https://json.schemastore.org/sarif-2.1.0.json");
   const json& run = log["runs"].at(0);
+  EXPECT_EQ(run["tool"]["driver"]["name"], "ornwhatsnew lint");
+  EXPECT_EQ(run["tool"]["driver"]["version"], ornwhatsnew::kVersionText);
   EXPECT_EQ(run["columnKind"], "unicodeCodePoints");
   const json& result = run["results"].at(0);
   EXPECT_EQ(result["ruleId"], "grouping-id-unknown");
   EXPECT_EQ(result["level"], "error");
+  EXPECT_EQ(result["message"], json({{"text", report.findings.at(0).message}}));
+  EXPECT_EQ(result["partialFingerprints"],
+            json({{"ornwhatsnewLint/v1", report.findings.at(0).fingerprint}}));
   const std::size_t index = result["ruleIndex"].get<std::size_t>();
   const LintCodeInfo& info = InfoOf(LintCode::kGroupingIDUnknown);
   EXPECT_EQ(run["tool"]["driver"]["rules"].at(index),
@@ -166,8 +225,8 @@ TEST(LintSarif, ListsTheRelatedPlaces) {
 
 TEST(LintSarif, EscapesPaths) {
   LintReport report = LintText(kHeaderRows + kBugfixRow);
-  report.findings.at(0).file = "new files/what's new%.csv";
-  EXPECT_THAT(LintSarif(report), HasSubstr("\"new%20files/what%27s%20new%25.csv\""));
+  report.findings.at(0).file = "new files/what's n\u00F6w%.csv";
+  EXPECT_THAT(LintSarif(report), HasSubstr("\"new%20files/what%27s%20n%C3%B6w%25.csv\""));
 }
 
 TEST(LintSarif, AbsolutePathIsAFileURI) {
@@ -179,10 +238,10 @@ TEST(LintSarif, AbsolutePathIsAFileURI) {
 TEST(LintGithub, EscapesPropertiesAndMessages) {
   LintReport report = LintText(kHeaderRows + kBugfixRow);
   report.findings.at(0).file = "a,b:c%.csv";
-  report.findings.at(0).message = "100%, and: this\nthat";
+  report.findings.at(0).message = "100%, and: this\nor\rthat";
   EXPECT_EQ(LintGithub(report),
             "::error file=a%2Cb%3Ac%25.csv,line=3,endLine=3,col=5,endColumn=11,"
-            "title=grouping-id-unknown::100%25, and: this%0Athat\n");
+            "title=grouping-id-unknown::100%25, and: this%0Aor%0Dthat\n");
 }
 
 TEST(LintGithub, NoteIsANotice) {

@@ -191,7 +191,7 @@ TEST(LintRules, ShortensALongColumnName) {
 
 TEST(LintRules, MessageOmitsTheParenthesisOfALongColumnName) {
   const LintReport report = LintText(
-      "App Version,Grouping ID (Jira Epic / BUGFIX / INTERNAL / MISC),Jira ID (Story / Task / Bug),"
+      "App Version,Grouping ID (BUGFIX/MISC/EPICS),Jira ID (Story / Task / Error),"
       "Salience,Rating,First Version,Platform,URL,Commit,Message\n"
       "4.2,Changes-Since\n"
       "4.3,,ORN-1,,,,,,,Text\n"
@@ -199,7 +199,7 @@ TEST(LintRules, MessageOmitsTheParenthesisOfALongColumnName) {
   ASSERT_THAT(CodesOf(report), testing::ElementsAre("grouping-id-empty", "keyword-column"));
   EXPECT_THAT(report.findings[0].message, testing::EndsWith(" into \"Grouping ID\""));
   EXPECT_THAT(report.findings[1].message,
-              testing::HasSubstr(" in \"Jira ID (Story / Task / Bug)\";"));
+              testing::HasSubstr(" in \"Jira ID (Story / Task / Error)\";"));
 }
 
 TEST(LintRules, DoesNotExplainARowWithVeryManyFields) {
