@@ -119,9 +119,9 @@ TEST(LintReport, AppendAddsTheFindingsAndTheCounts) {
   EXPECT_THAT(
       report.notJudged,
       testing::Contains("10 more findings with the code grouping-id-unknown are not listed"));
-  // The host description has one finding, which the check of each file reports.
-  EXPECT_EQ(std::ranges::count(CodesOf(report), "host-epic-key-empty"), 1);
-  EXPECT_EQ(std::ranges::count(report.findings, host.file, &Finding::file), 1);
+  // The host description has two findings, which the check of each file reports.
+  EXPECT_EQ(std::ranges::count(CodesOf(report), "host-epic-key-empty"), 2);
+  EXPECT_EQ(std::ranges::count(report.findings, host.file, &Finding::file), 2);
 }
 
 TEST(LintReport, SeverityOffRemovesAFinding) {
