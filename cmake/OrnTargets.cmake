@@ -116,7 +116,10 @@ function(orn_add_tests name)
         ENVIRONMENT "GTEST_TOTAL_SHARDS=4;GTEST_SHARD_INDEX=${shard}" TIMEOUT 600)
     endforeach()
   else()
-    gtest_discover_tests(${name} TEST_PREFIX "${name}." DISCOVERY_TIMEOUT 60 PROPERTIES TIMEOUT 120)
+    # Omit the values of parameters from the names of the tests, because many values contain addresses, which
+    # differ between builds.
+    gtest_discover_tests(${name} TEST_PREFIX "${name}." NO_PRETTY_VALUES DISCOVERY_TIMEOUT 60
+                         PROPERTIES TIMEOUT 120)
   endif()
 endfunction()
 

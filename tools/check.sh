@@ -111,8 +111,8 @@ stage_windows() {
 }
 
 # compile_for_windows FILE...: compiles the files as one unit, because common headers take most of the time.
-# The preset "release" finds most missing includes.
-# In such a unit, g++ wrongly warns about classes with members from an unnamed namespace.
+# In such a unit, g++ wrongly warns about classes that have members with types from an unnamed namespace.
+# The preset "release", which compiles each file separately, keeps this warning and finds missing includes.
 compile_for_windows() {
   printf '#include "%s"\n' "$@" |
     x86_64-w64-mingw32-g++-posix -std=c++20 -fsyntax-only -Wall -Wextra -Wshadow -Wconversion -Werror \
