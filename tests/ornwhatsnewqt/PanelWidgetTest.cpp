@@ -1,17 +1,10 @@
 #include <ornwhatsnewqt/PanelWidget.h>
 
-#include <array>
-#include <cstddef>
-#include <initializer_list>
 #include <memory>
-#include <new>
 
 #include <QtCore/QPointer>
 #include <QtCore/QTranslator>
 #include <QtGui/QDesktopServices>
-#include <QtGui/QKeyEvent>
-#include <QtGui/QResizeEvent>
-#include <QtGui/QShowEvent>
 #include <QtPrintSupport/QPrintDialog>
 #include <QtTest/QSignalSpy>
 #include <QtTest/QTest>
@@ -29,7 +22,6 @@
 #include <ornwhatsnewqt/WhatsNew.h>
 
 #include "ornwhatsnewqt/src/NewsPage.h"
-#include "ornwhatsnewqt/src/PanelHeader.h"
 #include "ornwhatsnewqt/src/RatingCard.h"
 #include "ornwhatsnewqt/src/RatingPage.h"
 #include "tests/ornwhatsnewqt/QtTests.h"
@@ -38,7 +30,6 @@
 namespace {
 
 using ornwhatsnewqt::NewsPage;
-using ornwhatsnewqt::PanelHeader;
 using ornwhatsnewqt::PanelWidget;
 using ornwhatsnewqt::RatingCard;
 using ornwhatsnewqt::RatingPage;
@@ -130,43 +121,6 @@ class GermanTranslator : public QTranslator {
   bool isEmpty() const override { return false; }
 };
 
-/// Sends events to each `Widget` to which a child is added. An event filter of an application can
-/// do the same.
-template <class Widget>
-class EventSender : public QObject {
- public:
-  EventSender() { QCoreApplication::instance()->installEventFilter(this); }
-
-  bool eventFilter(QObject* watched, QEvent* event) override {
-    const bool isDue =
-        event->type() == QEvent::ChildAdded && qobject_cast<Widget*>(watched) != nullptr;
-    if (!isDue) return false;
-    QEvent change(QEvent::FontChange);
-    QResizeEvent resize(QSize(20, 20), QSize(10, 10));
-    QKeyEvent escape(QEvent::KeyPress, Qt::Key_Escape, Qt::NoModifier);
-    QShowEvent show;
-    for (QEvent* const sent : std::initializer_list<QEvent*>{&change, &resize, &escape, &show}) {
-      QCoreApplication::sendEvent(watched, sent);
-      ++events;
-    }
-    return false;
-  }
-
-  int events = 0;
-};
-
-/// Constructs a `Widget` in memory that contains no zero bytes, and sends events to it during
-/// construction. Returns the number of events. An access through an uninitialised pointer probably
-/// crashes the program.
-template <class Widget, class... Arguments>
-int constructDuringEvents(const Arguments&... arguments) {
-  alignas(Widget) std::array<std::byte, sizeof(Widget)> memory;
-  memory.fill(std::byte{0xA5});
-  EventSender<Widget> sender;
-  std::destroy_at(new (memory.data()) Widget(arguments...));
-  return sender.events;
-}
-
 class PanelWidgetTest : public QObject {
   Q_OBJECT
 
@@ -190,9 +144,6 @@ class PanelWidgetTest : public QObject {
   void reportsAMissingDataFile();
   void followsTheLanguage();
   void followsThePalette();
-  void aPanelCanReceiveEventsDuringItsConstruction();
-  void aHeaderCanReceiveEventsDuringItsConstruction();
-  void aCardCanReceiveEventsDuringItsConstruction();
   void showsRatingsInPlaceOfTheNews();
   void theNewsRemainAfterAVisitToTheRatings();
   void storesARating();
@@ -472,22 +423,6 @@ void PanelWidgetTest::followsThePalette() {
   const QColor corner = page.viewport()->grab().toImage().pixelColor(2, 2);
   QCOMPARE(corner, QColor(30, 30, 32));
   QApplication::setPalette(before);
-}
-
-void PanelWidgetTest::aPanelCanReceiveEventsDuringItsConstruction() {
-  whatsNew_ = std::make_unique<WhatsNew>(world_->dataFile(), world_->settings());
-  QVERIFY(constructDuringEvents<PanelWidget>(whatsNew_.get()) > 0);
-}
-
-void PanelWidgetTest::aHeaderCanReceiveEventsDuringItsConstruction() {
-  QWidget parent;
-  QVERIFY(constructDuringEvents<PanelHeader>(&parent) > 0);
-}
-
-void PanelWidgetTest::aCardCanReceiveEventsDuringItsConstruction() {
-  QWidget parent;
-  const ornwhatsnew::RatingRequest request{"EPIC-1", u"Map", u"", u""};
-  QVERIFY(constructDuringEvents<RatingCard>(request, &parent) > 0);
 }
 
 void PanelWidgetTest::showsRatingsInPlaceOfTheNews() {
