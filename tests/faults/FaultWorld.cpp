@@ -19,7 +19,7 @@ constexpr unsigned kAllOptions = 32;
 constexpr std::string_view kOldVersion = "24.0.0.1000000000000001";
 // The number of old versions that the state contains in addition to `kOldVersion`. A list allocates
 // memory for each version when it reads its state.
-constexpr int kOldVersions = 70;
+constexpr int kOldVersions = 8;
 
 DataFile SeenFile() {
   DataFile file;
