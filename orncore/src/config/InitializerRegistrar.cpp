@@ -88,14 +88,12 @@ class Registry {
     bool succeeded = true;
     // Find the next registration by the ID of the current one, because the map may change while a
     // registered function runs.
-    std::uint64_t id = 0;
-    for (auto next = registrations_.begin(); next != registrations_.end();
-         next = registrations_.upper_bound(id)) {
-      id = next->first;
-      InitializerRegistration& registration = *next->second;
-      if (Overlap(registration.contexts, contexts) && !Update(lock, registration)) {
+    for (auto next = registrations_.begin(); next != registrations_.end();) {
+      const auto [id, registration] = *next;
+      if (Overlap(registration->contexts, contexts) && !Update(lock, *registration)) {
         succeeded = false;
       }
+      next = registrations_.upper_bound(id);
     }
     return succeeded;
   }
