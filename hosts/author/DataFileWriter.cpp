@@ -24,20 +24,15 @@ bool HasFields(const DataRow& row, const DataFields& fields) {
   return row.fieldCount == kDataColumnCount && std::ranges::equal(row.values, fields);
 }
 
-/// The number of rows in a data file, and the number of header rows among them.
-struct RowCounts {
-  std::size_t rows = 0;
-  std::size_t headers = 0;
-};
-
-RowCounts CountRows(std::string_view dataFile) {
-  RowCounts counts;
-  DataFileReader reader(dataFile);
+/// Returns whether a data file without a byte order mark has rows, but no header row.
+bool HasRowsWithoutHeader(std::string_view content) {
+  DataFileReader reader(content);
+  bool hasRows = false;
   while (const DataRow* const row = reader.Next()) {
-    ++counts.rows;
-    if (row->kind == DataRowKind::kHeader) ++counts.headers;
+    if (row->kind == DataRowKind::kHeader) return false;
+    hasRows = true;
   }
-  return counts;
+  return hasRows;
 }
 
 /// Throws `OptionError` if `ProblemWith` rejects one of `fields`, or if a row with these fields
@@ -60,13 +55,13 @@ void RequireChange(const DataFields& fields) {
       "the library skips a row without a grouping ID; specify the key of a feature or section");
 }
 
-/// Throws `InputError` if `dataFile` is not valid UTF-8, or if it has rows but no header row.
-/// `counts` is the result of `CountRows` for this file.
-void RequireExtensible(std::string_view dataFile, const RowCounts& counts) {
-  if (!orncore::string::IsWellFormedUTF8(dataFile)) {
+/// Throws `InputError` if a data file without a byte order mark is not valid UTF-8, or if it has
+/// rows but no header row.
+void RequireExtensible(std::string_view content) {
+  if (!orncore::string::IsWellFormedUTF8(content)) {
     throw InputError(0, "the file is not valid UTF-8; convert it with 'ornwhatsnew import'");
   }
-  if (counts.rows > 0 && counts.headers == 0) {
+  if (HasRowsWithoutHeader(content)) {
     throw InputError(0,
                      "the file has no header row with ten columns, so the library would use the "
                      "new row as the header; add a header row as the first line");
@@ -114,8 +109,7 @@ std::optional<DataRowKind> KindOfRow(const DataFields& fields) {
 std::string AppendChange(std::string_view dataFile, const DataFields& fields) {
   RequireChange(fields);
   const std::string_view content = common::WithoutByteOrderMark(dataFile);
-  const RowCounts before = CountRows(content);
-  RequireExtensible(dataFile, before);
+  RequireExtensible(content);
   const std::string_view lineEnd = LineEndOf(dataFile);
   std::string extended(dataFile);
   if (content.empty()) extended += HeaderRow();
