@@ -73,7 +73,6 @@ std::vector<Finding> LintContext::TakeFindings() {
 }
 
 std::map<LintCode, OmittedFindings> LintContext::TakeOmitted() {
-  StartLine(0);
   return std::exchange(omitted_, {});
 }
 

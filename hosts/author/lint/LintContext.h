@@ -118,7 +118,8 @@ class LintContext {
   const std::deque<Finding>& Findings() const { return findings_; }
   /// Returns the listed findings, and removes them from this object.
   std::vector<Finding> TakeFindings();
-  /// Returns the findings that are not listed, and removes them from this object.
+  /// Returns the findings that are not listed, and removes them from this object. Call
+  /// `TakeFindings` first.
   std::map<LintCode, OmittedFindings> TakeOmitted();
 
  private:
