@@ -137,7 +137,7 @@ class PageWriter {
   /// no panel shows the change, or if the row is not a change, the paragraph says so. Returns an
   /// empty string if the finding is not about a row of the data file.
   std::string PanelLinks(const Finding& finding) const {
-    if (!IsOnRow(finding) || finding.file != input_.data.name) return {};
+    if (!IsOnRow(finding)) return {};
     const std::size_t line = finding.place.line;
     if (!changeLines_.contains(line)) {
       return Paragraph("preview-muted", "This row is not a change.");

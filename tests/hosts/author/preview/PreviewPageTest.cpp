@@ -198,6 +198,14 @@ TEST(PreviewPage, SaysWhatLintDoesNotList) {
               HasSubstr("one more finding with the code salience-unknown is not listed</p>"));
 }
 
+TEST(PreviewPage, NamesThePlatformOfTheHost) {
+  PreviewInput input = MakeInput();
+  input.host.platform = "Win";
+  EXPECT_THAT(
+      PreviewPage(input),
+      HasSubstr("without the internal-features permission can see on the platform Win.</p>"));
+}
+
 TEST(PreviewPage, OmitsEmptyMembersOfTheHostDescription) {
   PreviewInput input = MakeInput();
   input.seen = PreviewFile{"old.csv", std::string(kDataHeader)};
@@ -294,7 +302,8 @@ TEST(PreviewPage, FindingOnARowThatIsNoChangeSaysSo) {
 
 TEST(PreviewPage, FindingOnAFileNamesTheFile) {
   PreviewInput input = MakeInput("");
-  EXPECT_THAT(FindingWithCode(PreviewPage(input), "no-change"), HasSubstr("</strong> news.csv"));
+  EXPECT_THAT(FindingWithCode(PreviewPage(input), "no-change"),
+              AllOf(HasSubstr("</strong> news.csv"), Not(HasSubstr("This row"))));
   input.host.betaFeatures.at(0).epicKey = "";
   EXPECT_THAT(FindingWithCode(PreviewPage(input), "host-epic-key-empty"),
               HasSubstr("</strong> host.json"));
