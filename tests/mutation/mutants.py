@@ -80,8 +80,9 @@ def mask(text):
     newlines.
     """
     pattern = re.compile(
-        r"//[^\n]*|/\*.*?\*/|^[ \t]*#(?:[^\n\\]|\\.)*|R\"\((?:.*?)\)\"|"
-        r"(?P<literal>\"(?:[^\"\\\n]|\\.)*\"|(?<![0-9a-fA-F])'(?:[^'\\\n]|\\.)+')",
+        r"//[^\n]*|/\*.*?\*/|^[ \t]*#(?:[^\n\\]|\\.)*|"
+        r"(?P<literal>R\"(?P<delimiter>[^(\s]*)\(.*?\)(?P=delimiter)\"|"
+        r"\"(?:[^\"\\\n]|\\.)*\"|(?<![0-9a-fA-F])'(?:[^'\\\n]|\\.)+')",
         re.S | re.M)
     literals = []
     parts = []
@@ -127,7 +128,7 @@ def constant_changes(masked, text, literals):
         if number > 0:
             yield match.start(1), match.end(1), str(number - 1), "number"
     for begin, end in literals:
-        if text[begin] == '"' and end - begin > 2:
+        if text[begin] in 'R"' and end - begin > 2:
             yield begin, end, '""', "text"
         elif text[begin] == "'":
             yield begin, end, "'~'", "character"
