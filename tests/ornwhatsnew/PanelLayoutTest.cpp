@@ -377,9 +377,10 @@ TEST_F(Layout, OptedOutNoticeHasTwoParagraphsAndALinkInTheSecond) {
 
 TEST_F(Layout, BlankLineOfANoticeStartsAParagraphAndASingleLineEndDoesNot) {
   const char key[] = "$$$/ornwhatsnew/feature/nonewchanges/displaytemplate";
-  host_.AddTranslation(key, "#{endl}#{endl}One#{endl}two \r\n\t\r\nthree#{endl}#{endl}#{endl}four");
+  host_.AddTranslation(key,
+                       "#{endl}#{endl}One#{endl}2#{endl}3 \r\n\t\r\nfour#{endl}#{endl}#{endl}five");
   const PanelLayout layout = LayOut({});
-  EXPECT_EQ(layout.text, u"Changes since v\nOne\u2028two\nthree\nfour");
+  EXPECT_EQ(layout.text, u"Changes since v\nOne\u20282\u20283\nfour\nfive");
   EXPECT_THAT(KindsOf(layout), ElementsAre(kHeader, kNotice, kNotice, kNotice));
 }
 

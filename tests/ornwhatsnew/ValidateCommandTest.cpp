@@ -2,6 +2,7 @@
 #include <chrono>
 #include <condition_variable>
 #include <filesystem>
+#include <iterator>
 #include <mutex>
 #include <sstream>
 #include <string>
@@ -177,6 +178,23 @@ TEST_F(ValidateCommand, LogsACancelledReadAndPrintsNothing) {
   EXPECT_NE(logged.find("Future Is Cancelled"), std::string::npos) << logged;
 
   EXPECT_EQ(Validate(path), "Reading What's New file at \"" + path + "\" finished\n");
+}
+
+TEST_F(ValidateCommand, TheEndOfItsContextEndsTheThreadOfTheRead) {
+  const auto countThreads = [] {
+    const std::filesystem::directory_iterator threads("/proc/self/task");
+    return std::distance(begin(threads), end(threads));
+  };
+  const auto before = countThreads();
+  Validate(folder_.Write("data.csv", "").string());
+  EXPECT_GT(countThreads(), before);
+  orncore::config::ShutdownContexts(EInitializerContextFlags::kConsole);
+  // The system can list a thread for a short time after it has been joined.
+  const auto deadline = std::chrono::steady_clock::now() + kLongestDelay;
+  while (countThreads() > before && std::chrono::steady_clock::now() < deadline) {
+    std::this_thread::sleep_for(std::chrono::milliseconds(1));
+  }
+  EXPECT_EQ(countThreads(), before);
 }
 
 }  // namespace

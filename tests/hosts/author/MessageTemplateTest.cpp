@@ -103,7 +103,8 @@ TEST(MessageTemplate, ContainsTheLibrarysOwnTexts) {
   MessageTemplate messages;
   messages.AddPanelTexts();
   const std::string entries = EntriesOf(messages);
-  EXPECT_THAT(entries, HasSubstr("msgctxt \"$$$/ornwhatsnew/Feature/Item/ViewMore/ViewMore\"\n"
+  EXPECT_THAT(entries, HasSubstr("#: ornwhatsnew/PanelText.h\n"
+                                 "msgctxt \"$$$/ornwhatsnew/Feature/Item/ViewMore/ViewMore\"\n"
                                  "msgid \"View more\"\n"));
   EXPECT_THAT(entries, HasSubstr("msgid \"\\tYou^}re all caught up.#{endl}#{endl}\"\n"));
   EXPECT_THAT(entries, HasSubstr("#. this is followed by a URL, and then Part2;"));

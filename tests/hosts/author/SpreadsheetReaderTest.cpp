@@ -34,6 +34,7 @@ TEST(SpreadsheetReader, SelectsTheSeparatorByTheColumnNames) {
       {"\"Platform\";\"Message\"\n\"Mac\";\"a, b; c\td\"\n", ';'},
       {"sep=;\nPlatform;Message\nMac;\"a, b; c\td\"\n", ';'},
       {"sep=|\r\nPlatform|Message\r\nMac|\"a, b; c\td\"\r\n", '|'},
+      {"sep=~\nPlatform~Message\nMac~\"a, b; c\td\"\n", '~'},
       {"\n\r\nPlatform;Message\nMac;\"a, b; c\td\"", ';'},
   };
   for (const auto& testCase : cases) {

@@ -29,7 +29,7 @@ TEST(PanelPage, ContainsThePanelAndItsStyleSheet) {
   builder.Begin(ornwhatsnew::ParagraphKind::kHeader).Span(u"Changes");
   const std::string page = PanelPage(builder.Layout());
   EXPECT_THAT(page,
-              AllOf(StartsWith("<!DOCTYPE html>\n"),
+              AllOf(StartsWith("<!DOCTYPE html>\n"), HasSubstr("<title>What’s New</title>"),
                     HasSubstr(ornwhatsnew::RenderHTML(builder.Layout())), EndsWith("</html>\n")));
   EXPECT_THAT(StyleOf(page), EndsWith(std::string(ornwhatsnew::GetHTMLStyleSheet())));
 }

@@ -79,7 +79,7 @@ TEST(JsonDocument, ReportsIllFormedUTF8InWellFormedMessages) {
 }
 
 TEST(JsonDocument, RejectsNumbersBeyondTheRangeOfADouble) {
-  EXPECT_THAT(JsonErrorOf("[1e400]"), HasSubstr("number overflow"));
+  EXPECT_THAT(JsonErrorOf("[1e400]"), HasSubstr("not valid JSON: number overflow"));
 }
 
 TEST(JsonDocument, ShortensLongMessages) {

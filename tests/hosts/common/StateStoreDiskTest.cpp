@@ -9,6 +9,7 @@
 #include <ostream>
 #include <string>
 #include <string_view>
+#include <system_error>
 #include <tuple>
 
 #include <gmock/gmock.h>
@@ -16,6 +17,8 @@
 
 #include <ornwhatsnew/FeatureListData.h>
 
+#include "hosts/common/FileReplacement.h"
+#include "hosts/common/PrivateFolder.h"
 #include "hosts/common/StateStore.h"
 #include "tests/hosts/common/FailingDisk.h"
 #include "tests/hosts/common/StoreErrorOf.h"
@@ -286,6 +289,14 @@ TEST_F(StateStoreErrors, NameTheFailedActionAndItsFile) {
   EXPECT_EQ(message("cannot replace '" + file + "'"), errorOfCall(7));
   EXPECT_EQ(message("cannot sync the folder '" + folder + "'"), errorOfCall(8));
   EXPECT_EQ("", errorOfCall(9));
+}
+
+TEST_F(StateStoreErrors, ANewFileWhoseModeCannotBeSetIsAnError) {
+  const PrivateFolder folder(folder_.Path());
+  const FileReplacement replacement(folder, "new.csv");
+  FailingDisk disk;
+  disk.FailAt(1, DiskFault::kBroken, DiskFaultExtent::kOnce);
+  EXPECT_THROW(replacement.SetModeOfNewFiles(), std::system_error);
 }
 
 }  // namespace

@@ -16,6 +16,7 @@ namespace {
 
 using testing::EndsWith;
 using testing::HasSubstr;
+using testing::StartsWith;
 
 Request Parse(std::initializer_list<const char*> arguments) {
   std::vector<const char*> words = {"ornwhatsnew"};
@@ -319,6 +320,10 @@ TEST(Arguments, ChoicesAcceptOnlyTheListedWords) {
                   "usage.",
               ErrorOf({"state", "show", "--format", word.c_str()}));
   }
+  EXPECT_THAT(ErrorOf({"show", "d", "--host", "h", "--format", "xml"}),
+              StartsWith("--format: 'xml' is not a format; write text, plain, html, markdown or"));
+  EXPECT_THAT(ErrorOf({"lint", "d", "--format", "xml"}),
+              StartsWith("--format: 'xml' is not a format; write text, json, sarif or github."));
   EXPECT_EQ(
       "--fail-on: 'off' is not a severity; write note, warning or error. Run 'ornwhatsnew lint "
       "--help' for usage.",

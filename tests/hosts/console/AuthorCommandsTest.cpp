@@ -249,7 +249,10 @@ TEST_F(AuthorCommands, AddRequiresAHeaderRow) {
   const auto result = Run({"add", PathOf("data.csv"), "--grouping-id", "MISC", "--app-version",
                            "25.1", "--message", "new"});
   EXPECT_EQ(kInput, result.exitStatus);
-  EXPECT_THAT(result.errors, HasSubstr("data.csv: the file has no header row with ten columns"));
+  EXPECT_THAT(result.errors,
+              HasSubstr("data.csv: the file has no header row with ten columns, so the "
+                        "library would use the new row as the header; add a header "
+                        "row as the first line\n"));
 }
 
 TEST_F(AuthorCommands, AddRefusesAFileThatLintCannotJudge) {
@@ -298,6 +301,7 @@ TEST_F(AuthorCommands, AddRefusesWhatADataFileCannotContain) {
   EXPECT_EQ(kUsage, result.exitStatus);
   EXPECT_THAT(result.errors, HasSubstr("the value of 'Public/Internal message' contains a double"));
   EXPECT_EQ(kUsage, Run({"add", "{data}", "--grouping-id", ""}).exitStatus);
+  EXPECT_EQ(kUsage, Run({"add", "{data}", "--message", "new"}).exitStatus);
   EXPECT_EQ(before, common::ReadTextFile(DataFile()));
   EXPECT_EQ(kInput, Run({"add", PathOf("missing.csv"), "--grouping-id", "MISC"}).exitStatus);
   EXPECT_FALSE(std::filesystem::exists(PathOf("missing.csv")));

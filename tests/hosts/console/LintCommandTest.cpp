@@ -89,6 +89,18 @@ TEST_F(LintCommandTest, ReadsStandardInput) {
   EXPECT_EQ(report["findings"].at(0)["line"], 3);
 }
 
+TEST_F(LintCommandTest, ReadsAtMost16MiBOfStandardInput) {
+  const auto runWithInput = [this](std::size_t size) {
+    const std::string input = folder_.Write("input", std::string(size, 'x'));
+    return test_support::RunProgram(
+        "/bin/sh", Call({"-c", "exec \"$@\" <\"$0\"", input, ProgramFile(), "lint", "-"}));
+  };
+  constexpr std::size_t kMaximum = std::size_t{16} << 20;
+  EXPECT_EQ(runWithInput(kMaximum).exitStatus, kFindings);
+  EXPECT_THAT(runWithInput(kMaximum + 1).errors,
+              HasSubstr("cannot read standard input: larger than 16 MiB\n"));
+}
+
 TEST_F(LintCommandTest, ChecksSeveralFiles) {
   const std::string other = folder_.Path() / "other.csv";
   folder_.Write("other.csv", "");
@@ -141,9 +153,11 @@ TEST_F(LintCommandTest, EachSeverityHasItsOwnColor) {
 }
 
 TEST_F(LintCommandTest, LineWithCaretsHasNoLineEnd) {
-  WriteData("4.2,Changes-Since\r\n4.3,bugfix,ORN-1,,,,,,,Text\r\n");
-  EXPECT_THAT(Run({"lint", "{data}", "--color", "always"}).output,
-              HasSubstr("  4.3,bugfix,ORN-1,,,,,,,Text\n      ^^^^^^\n"));
+  for (const std::string lineEnd : {"\r\n", ""}) {
+    WriteData("4.2,Changes-Since\r\n4.3,bugfix,ORN-1,,,,,,,Text" + lineEnd);
+    EXPECT_THAT(Run({"lint", "{data}", "--color", "always"}).output,
+                HasSubstr("  4.3,bugfix,ORN-1,,,,,,,Text\n      ^^^^^^\n"));
+  }
 }
 
 TEST_F(LintCommandTest, CaretsAreBelowTheTextAfterEmoji) {
@@ -224,6 +238,7 @@ TEST_F(LintCommandTest, DryRunPrintsADiffAndKeepsTheFile) {
   const std::string before = Content();
   const ProgramResult result = Run({"lint", "{data}", "--fix", "--dry-run"});
   EXPECT_THAT(result.output, AllOf(StartsWith("--- a/"), HasSubstr("\n+4.3,BUGFIX,ORN-1,")));
+  EXPECT_THAT(result.errors, HasSubstr("would correct one mistake in"));
   EXPECT_EQ(Content(), before);
 }
 

@@ -131,6 +131,13 @@ TEST(FileRules, ColumnNamesHaveAtLeastThreeBytes) {
   EXPECT_THAT(CodesIn("Ap,Gr,Ji\n" + kChange), Contains("header-missing"));
 }
 
+TEST(FileRules, SpacesAndAByteOrderMarkAreNotPartOfAColumnName) {
+  EXPECT_THAT(CodesIn("\xEF\xBB\xBF"
+                      "App Version, Grouping ID ,Jira ID\n" +
+                      kChange),
+              Contains("header-width"));
+}
+
 TEST(FileRules, FirstRowWithAFieldOfAChangeIsNoHeader) {
   for (const std::string row :
        {"4.3,X,,,,,,,,", "v4.3,X,,,,,,,,", "V4.3,X,,,,,,,,", "0.9,X,,,,,,,,", "9.1,X,,,,,,,,",

@@ -151,6 +151,7 @@ TEST_F(WhyReportTest, SaysThatAVersionHasTooManyComponents) {
               EndsWith("\nnot shown: '10.0.0.0.0.0.0' has too many components, so it cannot be "
                        "compared\n"));
   EXPECT_THAT(explain("9.223.372.036.854.775.808"), HasSubstr(" has too many components"));
+  EXPECT_THAT(explain("10.0.0.0.0.0.0.x"), HasSubstr(" has too many components"));
   versions_ = {"1.0.0.0.0.0.0"};
   EXPECT_THAT(explain("9.223.372.036.854.775.807"), EndsWith("; this user ran '1.0.0.0.0.0.0'\n"));
 }
@@ -409,6 +410,13 @@ TEST_F(WhyReportTest, AlignsWideAndShortensLongTextsAndKeys) {
               HasSubstr("        shown   " + key + "  \u5730\u56F3\n     2  shown   " + key + "  " +
                         std::string(29, 'x') + "...\n     3  hidden  " + key + "  " +
                         std::string(32, 'y') + "  only relevant on Win"));
+}
+
+TEST_F(WhyReportTest, KeepsTextsOfFourByteCharactersThatFit) {
+  std::string text;
+  for (int i = 0; i < 32; ++i) text += "\U0001D41A";
+  Load(",MISC,,,,,,,," + text + "\n");
+  EXPECT_THAT(Report({}).ExplainAll(), HasSubstr("  shown   MISC     " + text + "\n"));
 }
 
 TEST_F(WhyReportTest, ShowsLocalisedTextsOnOneLineWithoutInvisibleCharacters) {
