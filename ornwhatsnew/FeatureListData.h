@@ -70,21 +70,22 @@ class ORN_EXPORT FeatureListData {
 
   /// Parses `dataText` (UTF-8) and adds its changes to the existing items. Sets the changes-since
   /// version if `dataText` contains one. Moves the keys of the features that received changes to
-  /// the end, and the key "UNREVIEWED" after them. Inserts the key "UNREVIEWED" if it is missing.
-  /// Ignores the header row and the rows that `DataFileReader` reports as skipped. No input is an
-  /// error. If an allocation fails, the changes added so far remain, and a second call would add
-  /// them again. Call `InitWithData` to start over.
+  /// the end of the key order, and the key "UNREVIEWED" after them. Inserts the key "UNREVIEWED" if
+  /// it is missing. Ignores the header row and the rows that `DataFileReader` reports as skipped.
+  /// No input is an error. If an allocation fails, the changes added so far remain, and a second
+  /// call would add them again. Call `InitWithData` to start over.
   void ParseWhatsNewData(const UTF8String& dataText);
 
   /// Adds an item for each of the host's beta features, unless the items already have an entry for
-  /// its key. Moves the keys of these features to the front, sorted by the UTF-8 bytes of the
-  /// unlocalised feature names. Then adds the missing sections at the end. After an exception, the
-  /// items and keys added so far remain.
+  /// its key. Moves the keys of these features to the front of the key order, sorted by the UTF-8
+  /// bytes of the unlocalised feature names. Then adds the missing sections at the end. After an
+  /// exception, the items and keys added so far remain.
   void ParseBetaFeatures();
 
-  /// Moves the key "UNREVIEWED" to the front, and the keys of the unlocked features directly after
-  /// it. Inserts the key "UNREVIEWED" if it is missing. For each ordered key without an entry in
-  /// the items, adds an empty entry. After an exception, the entries added so far remain.
+  /// Moves the key "UNREVIEWED" to the front of the key order, and the keys of the unlocked
+  /// features directly after it. Inserts the key "UNREVIEWED" if it is missing. For each ordered
+  /// key without an entry in the items, adds an empty entry. After an exception, the entries added
+  /// so far remain.
   void BubbleUnlockedItemsToTheTop();
 
   /// Adds `item`, which must not be null. If the items already have an entry for its key, keeps

@@ -38,9 +38,9 @@ std::vector<std::string> ItemReasons(const ExplainedItem& item);
 std::vector<std::string> ItemReasonsForChanges(const ExplainedItem& item);
 
 /// Returns why a display hides the change with the index `index` of an item, without the reasons
-/// that `ItemReasonsForChanges` returns. `userVersions` contains the full versions in which the
-/// user opened the panel. The running version must be the first one, because a reason names at most
-/// three versions.
+/// that `ItemReasonsForChanges` returns. `userVersions` contains the running version, and then the
+/// other full versions in which the user opened the panel. A reason may name only the first
+/// elements, so the running version must be the first one.
 std::vector<std::string> ChangeReasons(const ExplainedItem& item, std::size_t index,
                                        std::span<const std::string> userVersions);
 
