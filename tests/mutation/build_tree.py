@@ -42,7 +42,9 @@ SUPPORT_FOLDERS = ("tests/support", "tests/conformance")
 # header.
 REPLACES_FUNCTIONS = "tests/support/Allocations.cpp"
 
-COMPILER_FLAGS = ("-std=c++20", "-O0", "-g0", "-fPIC", "-w", "-DGTEST_HAS_PTHREAD=1")
+# With the assertions of libstdc++, an access beyond the end of a container ends the program.
+COMPILER_FLAGS = ("-std=c++20", "-O0", "-g0", "-fPIC", "-w", "-D_GLIBCXX_ASSERTIONS",
+                  "-DGTEST_HAS_PTHREAD=1")
 DEFINITIONS = {
     "ORNWHATSNEW_COMMIT_BROWSER": "https://source.tarsa.example",
     "ORNWHATSNEW_ISSUE_TRACKER": "https://issues.tarsa.example",
