@@ -301,7 +301,8 @@ TEST_F(AuthorCommands, AddRefusesWhatADataFileCannotContain) {
   EXPECT_EQ(kUsage, result.exitStatus);
   EXPECT_THAT(result.errors, HasSubstr("the value of 'Public/Internal message' contains a double"));
   EXPECT_EQ(kUsage, Run({"add", "{data}", "--grouping-id", ""}).exitStatus);
-  EXPECT_EQ(kUsage, Run({"add", "{data}", "--message", "new"}).exitStatus);
+  EXPECT_THAT(Run({"add", "{data}", "--message", "new"}).errors,
+              HasSubstr("--grouping-id is required"));
   EXPECT_EQ(before, common::ReadTextFile(DataFile()));
   EXPECT_EQ(kInput, Run({"add", PathOf("missing.csv"), "--grouping-id", "MISC"}).exitStatus);
   EXPECT_FALSE(std::filesystem::exists(PathOf("missing.csv")));

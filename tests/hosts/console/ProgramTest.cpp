@@ -23,6 +23,7 @@ using test_support::ProgramResult;
 using testing::AllOf;
 using testing::HasSubstr;
 using testing::IsEmpty;
+using testing::MatchesRegex;
 using testing::Not;
 using testing::StartsWith;
 
@@ -513,7 +514,7 @@ TEST_F(HelpTest, ListsCommandsAndExitStatus) {
               AllOf(HasSubstr("show"), HasSubstr("status"), HasSubstr("rate"), HasSubstr("state"),
                     HasSubstr("console"), HasSubstr("Exit status:"),
                     HasSubstr("or standard input cannot be used")));
-  EXPECT_THAT(OutputOf({"--version"}), StartsWith("ornwhatsnew "));
+  EXPECT_THAT(OutputOf({"--version"}), MatchesRegex("ornwhatsnew [0-9]+\\.[0-9]+\\.[0-9]+\n"));
 }
 
 TEST_F(HelpTest, DoesNotOfferValidateWhatsNewAsACheck) {

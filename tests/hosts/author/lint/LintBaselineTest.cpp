@@ -67,6 +67,11 @@ TEST(LintBaseline, PairsAnEditedRowByItsIDsAndItsText) {
   EXPECT_THAT(report.findings[1].message, EndsWith(": \"App Version\" was '4.3'"));
 }
 
+TEST(LintBaseline, IDsThatAreEqualOnlyTogetherAreNoPair) {
+  const LintReport report = Compare("4.3,MAP~7,ORN-1,,,,,,,One\n", "4.3,MAP,7~ORN-1,,,,,,,One\n");
+  EXPECT_THAT(CodesOf(report), ElementsAre("baseline-vanished", "baseline-new"));
+}
+
 TEST(LintBaseline, PairsEditedTextsByTheOrderWithinTheirItem) {
   const LintReport report = Compare(
       std::string(kTwo) + kOne, "4.3,MISC,ORN-2,,,,,,,Two more\n4.3,MISC,ORN-1,,,,,,,One more\n");
