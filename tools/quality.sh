@@ -29,7 +29,7 @@ measure_coverage() {
   mkdir -p build/coverage/report
   # Exclude the branches for exceptions, because every call has such a branch and tests cannot cover
   # all of them. The fault tests cover the relevant branches. Exclude portable_file_tests, because this
-  # program compiles another part of RegularFile.cpp than the library. gcovr cannot merge their counts.
+  # program compiles a different part of RegularFile.cpp from the library. gcovr cannot merge their counts.
   gcovr --root . "${filters[@]}" --exclude-throw-branches --exclude-unreachable-branches \
     --exclude-directories '.*portable_file_tests.*' \
     --sort-percentage --txt build/coverage/report/summary.txt \

@@ -24,7 +24,8 @@ bool HasFields(const DataRow& row, const DataFields& fields) {
   return row.fieldCount == kDataColumnCount && std::ranges::equal(row.values, fields);
 }
 
-/// Returns whether a data file without a byte order mark has rows, but no header row.
+/// Returns whether a data file has rows, but no header row. `content` is the file without its byte
+/// order mark.
 bool HasRowsWithoutHeader(std::string_view content) {
   DataFileReader reader(content);
   bool hasRows = false;
@@ -55,8 +56,8 @@ void RequireChange(const DataFields& fields) {
       "the library skips a row without a grouping ID; specify the key of a feature or section");
 }
 
-/// Throws `InputError` if a data file without a byte order mark is not valid UTF-8, or if it has
-/// rows but no header row.
+/// Throws `InputError` if a data file is not valid UTF-8, or if it has rows but no header row.
+/// `content` is the file without its byte order mark.
 void RequireExtensible(std::string_view content) {
   if (!orncore::string::IsWellFormedUTF8(content)) {
     throw InputError(0, "the file is not valid UTF-8; convert it with 'ornwhatsnew import'");

@@ -42,7 +42,8 @@ SUPPORT_FOLDERS = ("tests/support", "tests/conformance")
 # header.
 REPLACES_FUNCTIONS = "tests/support/Allocations.cpp"
 
-# With the assertions of libstdc++, an access beyond the end of a container ends the program.
+# With the assertions of libstdc++, operator[] and similar functions end the program if the index is beyond
+# the end.
 COMPILER_FLAGS = ("-std=c++20", "-O0", "-g0", "-fPIC", "-w", "-D_GLIBCXX_ASSERTIONS",
                   "-DGTEST_HAS_PTHREAD=1")
 DEFINITIONS = {

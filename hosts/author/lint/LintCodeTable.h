@@ -189,7 +189,7 @@ inline constexpr auto kLintCodes = std::to_array<LintCodeInfo>({
     {LintCode::kBoundsComponents, "bounds-components", Severity::kError,
      "the versions in columns 1 and 6 have different numbers of components",
      "The library does not add missing components, so 4.3 is less than 4.2.0.0. The change "
-     "therefore affects the wrong versions or no version.",
+     "is therefore relevant to the wrong versions or to no version.",
      "Write both versions with as many components as the full version of the application."},
     {LintCode::kBoundsNumber, "bounds-number", Severity::kError,
      "a version has too many components, or a component that is not a number below 1000",
@@ -199,14 +199,14 @@ inline constexpr auto kLintCodes = std::to_array<LintCodeInfo>({
      "Write at most six components, each of them a number from 0 to 999."},
     {LintCode::kBoundsNoVersion, "bounds-no-version", Severity::kError,
      "the change has a version in column 6, but no version in column 1",
-     "The change affects only versions earlier than the version in the first column. If the first "
-     "column is empty, the change affects no version, and a panel that is filtered by version "
-     "never shows the change.",
+     "The change is relevant only to versions earlier than the version in the first column. If the "
+     "first column is empty, the change is relevant to no version, and a panel that is filtered by "
+     "version never shows the change.",
      "Write the version that introduced the change into the first column."},
     {LintCode::kBoundsOrder, "bounds-order", Severity::kError,
      "the version in column 6 is not earlier than the version in column 1",
-     "The change affects no version, so a panel that is filtered by version never shows it.",
-     "Write the first affected version into the sixth column, and the version that "
+     "The change is relevant to no version, so a panel that is filtered by version never shows it.",
+     "Write the first relevant version into the sixth column, and the version that "
      "introduced the change into the first column."},
     {LintCode::kBoundsHost, "bounds-host", Severity::kError,
      "the full version of the host cannot be compared with the versions of the change",

@@ -116,10 +116,11 @@ class LintContext {
   bool IsStopped() const { return isStopped_; }
 
   const std::deque<Finding>& Findings() const { return findings_; }
-  /// Returns the listed findings, and removes them from this object.
+  /// Returns the listed findings, and removes them from this object. Also moves the edits of the
+  /// last line to the findings that are not listed.
   std::vector<Finding> TakeFindings();
   /// Returns the findings that are not listed, and removes them from this object. Call
-  /// `TakeFindings` first.
+  /// `TakeFindings` first; otherwise, the edits of the last line are missing.
   std::map<LintCode, OmittedFindings> TakeOmitted();
 
  private:

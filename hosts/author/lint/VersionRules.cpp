@@ -206,7 +206,7 @@ void CheckBounds(LintContext& context, const LintRow& row) {
   context.ReportField(LintCode::kBoundsOrder, row, DataColumn::kFirstVersion,
                       Quoted(first) + " is not earlier than " + Quoted(version) +
                           ", so a panel that is filtered by version never shows the change; write "
-                          "the first affected version");
+                          "the first relevant version");
 }
 
 void CheckMissingVersion(LintContext& context, const LintRow& row) {

@@ -79,7 +79,7 @@ std::string QuotedVersions(std::span<const std::string> versions) {
 /// empty, or if the library cannot compare its bounds, returns a clause that states the reason.
 /// Otherwise, returns an empty string.
 std::string BoundsMistake(const std::string& first, const std::string& added) {
-  if (added.empty()) return "it has no version in column 1, so no version is affected";
+  if (added.empty()) return "it has no version in column 1, so it is relevant to no version";
   for (const std::string& version : {first, added}) {
     std::string reason = ComparisonReason(version);
     if (!reason.empty()) return reason;
@@ -91,7 +91,7 @@ std::string BoundsMistake(const std::string& first, const std::string& added) {
   return VersionNumbers(first) < VersionNumbers(added)
              ? ""
              : Quoted(first) + " is not earlier than " + Quoted(added) +
-                   ", so no version is affected";
+                   ", so it is relevant to no version";
 }
 
 /// Returns a clause that names versions of the user that the library cannot compare with `first`

@@ -2,7 +2,8 @@
 // failing system call each time, until every call that the fault affects has failed. If the failed
 // write has replaced the file, the store must contain the new state. Otherwise, the store must
 // contain the old state. The next write must succeed. Further tests check when a write syncs the
-// files, and that each error message names the failed action and its file.
+// files, and that each error message of the store and of a `FileReplacement` names the failed
+// action and its file.
 #include <algorithm>
 #include <filesystem>
 #include <iostream>
@@ -291,12 +292,15 @@ TEST_F(StateStoreErrors, NameTheFailedActionAndItsFile) {
   EXPECT_EQ("", errorOfCall(9));
 }
 
-TEST_F(StateStoreErrors, ANewFileWhoseModeCannotBeSetIsAnError) {
+TEST_F(StateStoreErrors, NameTheNewFileWhoseModeCannotBeSet) {
   const PrivateFolder folder(folder_.Path());
   const FileReplacement replacement(folder, "new.csv");
   FailingDisk disk;
   disk.FailAt(1, DiskFault::kBroken, DiskFaultExtent::kOnce);
-  EXPECT_THROW(replacement.SetModeOfNewFiles(), std::system_error);
+  EXPECT_THAT([&replacement] { replacement.SetModeOfNewFiles(); },
+              testing::ThrowsMessage<std::system_error>("cannot set the mode of '" +
+                                                        folder_.Path().native() +
+                                                        "/new.csv.tmp': Input/output error"));
 }
 
 }  // namespace

@@ -295,14 +295,18 @@ TEST_F(AuthorCommands, AddLosesNoChangeOfAnotherProgram) {
   EXPECT_EQ(expected, common::ReadTextFile(DataFile()));
 }
 
+TEST_F(AuthorCommands, AddRequiresAGroupingID) {
+  const auto result = Run({"add", "{data}", "--message", "new"});
+  EXPECT_EQ(kUsage, result.exitStatus);
+  EXPECT_THAT(result.errors, HasSubstr("--grouping-id is required"));
+}
+
 TEST_F(AuthorCommands, AddRefusesWhatADataFileCannotContain) {
   const std::string before = common::ReadTextFile(DataFile());
   const auto result = Run({"add", "{data}", "--grouping-id", "MISC", "--message", "5\" screens"});
   EXPECT_EQ(kUsage, result.exitStatus);
   EXPECT_THAT(result.errors, HasSubstr("the value of 'Public/Internal message' contains a double"));
   EXPECT_EQ(kUsage, Run({"add", "{data}", "--grouping-id", ""}).exitStatus);
-  EXPECT_THAT(Run({"add", "{data}", "--message", "new"}).errors,
-              HasSubstr("--grouping-id is required"));
   EXPECT_EQ(before, common::ReadTextFile(DataFile()));
   EXPECT_EQ(kInput, Run({"add", PathOf("missing.csv"), "--grouping-id", "MISC"}).exitStatus);
   EXPECT_FALSE(std::filesystem::exists(PathOf("missing.csv")));

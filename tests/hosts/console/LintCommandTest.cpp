@@ -1,4 +1,5 @@
 // Runs `ornwhatsnew lint` as an author or a script would.
+#include <cstddef>
 #include <filesystem>
 #include <string>
 #include <utility>
@@ -97,8 +98,9 @@ TEST_F(LintCommandTest, ReadsAtMost16MiBOfStandardInput) {
   };
   constexpr std::size_t kMaximum = std::size_t{16} << 20;
   EXPECT_EQ(runWithInput(kMaximum).exitStatus, kFindings);
-  EXPECT_THAT(runWithInput(kMaximum + 1).errors,
-              HasSubstr("cannot read standard input: larger than 16 MiB\n"));
+  const ProgramResult result = runWithInput(kMaximum + 1);
+  EXPECT_EQ(result.exitStatus, kFailed);
+  EXPECT_THAT(result.errors, HasSubstr("cannot read standard input: larger than 16 MiB\n"));
 }
 
 TEST_F(LintCommandTest, ChecksSeveralFiles) {

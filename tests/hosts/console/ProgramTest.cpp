@@ -514,6 +514,9 @@ TEST_F(HelpTest, ListsCommandsAndExitStatus) {
               AllOf(HasSubstr("show"), HasSubstr("status"), HasSubstr("rate"), HasSubstr("state"),
                     HasSubstr("console"), HasSubstr("Exit status:"),
                     HasSubstr("or standard input cannot be used")));
+}
+
+TEST_F(HelpTest, PrintsTheVersion) {
   EXPECT_THAT(OutputOf({"--version"}), MatchesRegex("ornwhatsnew [0-9]+\\.[0-9]+\\.[0-9]+\n"));
 }
 

@@ -136,6 +136,8 @@ TEST(FileRules, SpacesAndAByteOrderMarkAreNotPartOfAColumnName) {
                       "App Version, Grouping ID ,Jira ID\n" +
                       kChange),
               Contains("header-width"));
+  EXPECT_THAT(CodesIn("Fassung, Grouping ID ,Jira ID,Salience\n" + kChange),
+              Contains("header-width"));
 }
 
 TEST(FileRules, FirstRowWithAFieldOfAChangeIsNoHeader) {

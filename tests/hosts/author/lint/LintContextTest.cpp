@@ -46,7 +46,8 @@ TEST(LintContext, KnowsWhichFieldsOfTheCurrentRowHaveAFinding) {
 TEST(LintContext, FindingOnAMissingFieldOrPartIsOnTheRowOrTheField) {
   InstallNoLintHost();
   const std::string x64(64, 'x');
-  const std::string text = kHeaderRows + "4.3,MISC,ORN-1,,,,,,,a " + x64 + "yy\n";
+  const std::string text = kHeaderRows + "4.3,MISC,ORN-1,,,,,,,a " + x64 + "yy\n" +
+                           "4.3,MISC,ORN-1,,,,,,," + x64 + "\"\"y " + x64 + "y\n";
   LintedFile file("data.csv", text);
   LintContext context(file, nullptr);
   const auto columnsOf = [&context, &file](std::size_t row, DataColumn column,
@@ -61,6 +62,7 @@ TEST(LintContext, FindingOnAMissingFieldOrPartIsOnTheRowOrTheField) {
   EXPECT_EQ(columnsOf(2, DataColumn::kDescription, "yy"), std::pair(88UL, 90UL));
   EXPECT_EQ(columnsOf(2, DataColumn::kDescription, x64 + "y"), std::pair(24UL, 89UL));
   EXPECT_EQ(columnsOf(2, DataColumn::kDescription, x64 + "z"), std::pair(22UL, 90UL));
+  EXPECT_EQ(columnsOf(3, DataColumn::kDescription, x64 + "y"), std::pair(22UL, 155UL));
 }
 
 TEST(LintContext, OnlyVersionsOfChangesArePlainVersions) {

@@ -118,7 +118,7 @@ TEST_F(WhyReportTest, SaysThatARangeOfVersionsIsInvalid) {
     return explained.substr(explained.find('\n') + 1);
   };
   EXPECT_EQ(reason("4.1", ""),
-            "not shown: it has no version in column 1, so no version is affected\n");
+            "not shown: it has no version in column 1, so it is relevant to no version\n");
   EXPECT_EQ(reason("next", "4.3"),
             "not shown: 'next' has a component that is not a number from 0 to 999, so it cannot be "
             "compared\n");
@@ -134,10 +134,12 @@ TEST_F(WhyReportTest, SaysThatARangeOfVersionsIsInvalid) {
   EXPECT_EQ(reason("4.1.0.0", "4.3"),
             "not shown: '4.1.0.0' and '4.3' have different numbers of components, so they cannot "
             "be compared\n");
-  EXPECT_EQ(reason("4.3.0.0", "4.3.0.0"),
-            "not shown: '4.3.0.0' is not earlier than '4.3.0.0', so no version is affected\n");
-  EXPECT_EQ(reason("4.3.0.1", "4.3.0.0"),
-            "not shown: '4.3.0.1' is not earlier than '4.3.0.0', so no version is affected\n");
+  EXPECT_EQ(
+      reason("4.3.0.0", "4.3.0.0"),
+      "not shown: '4.3.0.0' is not earlier than '4.3.0.0', so it is relevant to no version\n");
+  EXPECT_EQ(
+      reason("4.3.0.1", "4.3.0.0"),
+      "not shown: '4.3.0.1' is not earlier than '4.3.0.0', so it is relevant to no version\n");
 }
 
 // The library combines the components of a version into one signed 64-bit number, which can
@@ -410,6 +412,13 @@ TEST_F(WhyReportTest, AlignsWideAndShortensLongTextsAndKeys) {
               HasSubstr("        shown   " + key + "  \u5730\u56F3\n     2  shown   " + key + "  " +
                         std::string(29, 'x') + "...\n     3  hidden  " + key + "  " +
                         std::string(32, 'y') + "  only relevant on Win"));
+}
+
+TEST_F(WhyReportTest, ShortensTextsWithMoreThanFourBytesForAColumn) {
+  std::string text;
+  for (int i = 0; i < 32; ++i) text += "e\u0301\u0302";
+  Load(",MISC,,,,,,,," + text + "\n");
+  EXPECT_THAT(Report({}).ExplainAll(), HasSubstr("\u0302...\n"));
 }
 
 TEST_F(WhyReportTest, KeepsTextsOfFourByteCharactersThatFit) {
