@@ -26,8 +26,7 @@ function(orn_add_library)
     VISIBILITY_INLINES_HIDDEN ON
     POSITION_INDEPENDENT_CODE ON
     VERSION ${PROJECT_VERSION}
-    SOVERSION ${ORN_SOVERSION}
-    INSTALL_RPATH "$ORIGIN")
+    SOVERSION ${ORN_SOVERSION})
   target_link_libraries(ornwhatsnew PRIVATE $<BUILD_INTERFACE:orn_warnings>)
   if(ORNWHATSNEW_SHARED)
     orn_set_shared_library_options()
