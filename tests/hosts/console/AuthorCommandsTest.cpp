@@ -264,6 +264,14 @@ TEST_F(AuthorCommands, AddRefusesAFileThatLintCannotJudge) {
   EXPECT_THAT(result.errors, HasSubstr("found one error in the file; nothing was written\n"));
 }
 
+TEST_F(AuthorCommands, MessagesContainTheFeatureTableOfTheHost) {
+  folder_.Write("map.json",
+                R"({"betaFeatures": [{"internalKey": "map", "name": "$$$/map/name=Map"}]})");
+  EXPECT_THAT(OutputOf({"messages", "{data}", "--host", PathOf("map.json")}),
+              HasSubstr("msgctxt \"$$$/map/name\"\nmsgid \"Map\"\n"));
+  EXPECT_THAT(OutputOf({"messages", "{data}"}), Not(HasSubstr("$$$/map/name")));
+}
+
 TEST_F(AuthorCommands, RefuseFilesThatNeedTooMuchMemory) {
   folder_.Write("large.csv", "");
   std::filesystem::resize_file(PathOf("large.csv"), (std::size_t{16} << 20) + 1);

@@ -25,8 +25,8 @@ INSTANTIATE_TEST_SUITE_P(
                     WidthCase{u"\U0001F600", 2}, WidthCase{u"\u2764", 1},
                     WidthCase{u"\u2764\uFE0F", 2}, WidthCase{u"1\uFE0F\u20E3", 2},
                     WidthCase{u"a\uFE0F", 2}, WidthCase{u"a\uFE0F\uFE0F", 2},
-                    WidthCase{u"a\u0301\uFE0F", 1}, WidthCase{u"\U0001F600\uFE0F", 2},
-                    WidthCase{u"\U0001F468\u200D\U0001F469", 4},
+                    WidthCase{u"a\u0301\uFE0F", 1}, WidthCase{u"\uFE0F", 0},
+                    WidthCase{u"\U0001F600\uFE0F", 2}, WidthCase{u"\U0001F468\u200D\U0001F469", 4},
                     // The Arabic number sign is a format character, but it is visible.
                     WidthCase{u"\u200B\u0600", 1},
                     // Both strings represent the same Hangul syllable. The first one consists of

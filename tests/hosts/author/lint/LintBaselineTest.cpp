@@ -1,7 +1,6 @@
 #include "hosts/author/lint/LintBaseline.h"
 
 #include <string>
-#include <utility>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -71,12 +70,8 @@ TEST(LintBaseline, PairsAnEditedRowByItsIDsAndItsText) {
 }
 
 TEST(LintBaseline, DoesNotPairRowsWhoseIDsAreEqualOnlyWhenJoined) {
-  for (const auto& [before, after] :
-       {std::pair("MAP-7,ORN-1", "MAP-,7ORN-1"), std::pair("MAP~7,ORN-1", "MAP,7~ORN-1")}) {
-    const LintReport report = Compare("4.3," + std::string(before) + ",,,,,,,One\n",
-                                      "4.3," + std::string(after) + ",,,,,,,One\n");
-    EXPECT_THAT(CodesOf(report), ElementsAre("baseline-vanished", "baseline-new"));
-  }
+  const LintReport report = Compare("4.3,MAP~7,ORN-1,,,,,,,One\n", "4.3,MAP,7~ORN-1,,,,,,,One\n");
+  EXPECT_THAT(CodesOf(report), ElementsAre("baseline-vanished", "baseline-new"));
 }
 
 TEST(LintBaseline, PairsEditedTextsByTheOrderWithinTheirItem) {

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <map>
+#include <regex>
 #include <set>
 #include <string>
 #include <string_view>
@@ -32,6 +33,7 @@ using ornwhatsnew::PanelLayout;
 using testing::AllOf;
 using testing::ElementsAre;
 using testing::HasSubstr;
+using testing::IsEmpty;
 using testing::Not;
 
 constexpr std::string_view kDataHeader =
@@ -204,6 +206,30 @@ TEST(PreviewPage, NamesThePlatformOfTheHost) {
   EXPECT_THAT(
       PreviewPage(input),
       HasSubstr("without the internal-features permission can see on the platform Win.</p>"));
+}
+
+/// Expects that each element of `page` has an end tag, except the elements that HTML defines
+/// without one, and that elements do not overlap.
+void ExpectMatchingTags(const std::string& page) {
+  static const std::regex kTag("<(/?)([a-z][a-z0-9]*)[^>]*>");
+  std::vector<std::string> open;
+  for (std::sregex_iterator tag(page.begin(), page.end(), kTag), end; tag != end; ++tag) {
+    const std::string name = (*tag)[2];
+    if ((*tag)[1].length() == 0) {
+      if (name != "meta" && name != "br") open.push_back(name);
+    } else {
+      ASSERT_FALSE(open.empty()) << name;
+      ASSERT_EQ(open.back(), name);
+      open.pop_back();
+    }
+  }
+  EXPECT_THAT(open, IsEmpty());
+}
+
+TEST(PreviewPage, ElementsHaveMatchingTags) {
+  PreviewInput input = MakeInput();
+  input.seen = PreviewFile{"old.csv", std::string(kDataHeader)};
+  ExpectMatchingTags(PreviewPage(input));
 }
 
 TEST(PreviewPage, OmitsEmptyMembersOfTheHostDescription) {
