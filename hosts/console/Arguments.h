@@ -2,8 +2,6 @@
 #ifndef HOSTS_CONSOLE_ARGUMENTS_H_
 #define HOSTS_CONSOLE_ARGUMENTS_H_
 
-#include <filesystem>
-#include <optional>
 #include <string>
 #include <variant>
 

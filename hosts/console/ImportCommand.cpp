@@ -1,5 +1,4 @@
 #include <string>
-#include <string_view>
 #include <system_error>
 #include <utility>
 #include <vector>

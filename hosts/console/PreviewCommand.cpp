@@ -1,12 +1,9 @@
-#include <chrono>
 #include <csignal>
 #include <cstdint>
 #include <ctime>
 #include <exception>
 #include <filesystem>
-#include <optional>
 #include <string>
-#include <string_view>
 #include <system_error>
 #include <utility>
 #include <vector>

@@ -1,6 +1,5 @@
 #include <string>
 #include <string_view>
-#include <vector>
 
 #include <orncore/string/SafeText.h>
 #include <ornwhatsnew/utility/PersistedList.h>

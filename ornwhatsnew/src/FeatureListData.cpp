@@ -28,8 +28,8 @@ const orncore::config::InitializerRegistrar kRegistration(
     RegisterValidateCommand, UnregisterValidateCommand);
 
 // Returns the bytes of the resource, and sets `isFound` to the result of the resource manager. A
-// missing resource is not an error, and the list then has no changes. Returns the loaded bytes even
-// if `isFound` is false, because existing resource managers may load a resource and return false.
+// missing resource is not an error, and the list then has no changes. Compatibility: returns the
+// loaded bytes even if `isFound` is false (docs/compatibility.md).
 UTF8String LoadDataText(const UTF16String& path, const ornui::utility::ResourceManager& resources,
                         bool& isFound) {
   std::vector<unsigned char> bytes;

@@ -1,7 +1,6 @@
 #include "ornwhatsnew/src/ListContent.h"
 
 #include <algorithm>
-#include <array>
 #include <utility>
 
 #include <ornappsupport/feature/FeatureService.h>

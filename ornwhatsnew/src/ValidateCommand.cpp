@@ -2,7 +2,6 @@
 
 #include <chrono>
 #include <exception>
-#include <memory>
 #include <string>
 
 #include <orncore/config/TopLevel.h>
@@ -22,7 +21,8 @@ using orncore::filesupport::File;
 using orncore::filesupport::ReadOutcome;
 
 constexpr std::u16string_view kCommandName = u"ValidateWhatsNew";
-// The usage line consists of the command name and this string, without a separator.
+// The usage line consists of the command name and this string, without a separator. Compatibility:
+// "commiting" keeps its spelling (docs/compatibility.md).
 constexpr std::u16string_view kCommandHelp =
     u" filepath - Parse a What's New file to validate changes before commiting to version control";
 constexpr std::chrono::hours kReadDeadline{24};

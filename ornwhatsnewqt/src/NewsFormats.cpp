@@ -1,7 +1,5 @@
 #include "ornwhatsnewqt/src/NewsFormats.h"
 
-#include <algorithm>
-
 #include <QtGui/QFontMetricsF>
 #include <QtGui/QTextOption>
 

@@ -138,6 +138,12 @@ TEST(TerminalRenderer, EmptyLinesSeparateItemsHeaderNoticesAndRatings) {
             TerminalTextOf(builder));
 }
 
+TEST(TerminalRenderer, AnEmptyLineFollowsAHeaderBeforeAChangeWithoutTitle) {
+  LayoutBuilder builder;
+  builder.Begin(kHeader).Span(u"Header").Begin(kChange).Span(u"change");
+  EXPECT_EQ("   Header\n\n   \u2022  change\n", TerminalTextOf(builder));
+}
+
 TEST(TerminalRenderer, RatingRequestsHaveTheirOwnOrTheDefaultQuestion) {
   EXPECT_EQ("   Good?\n   rate it\n",
             TerminalTextOf(LayoutBuilder().Rating(u"Good?\nrate it", u"hidden")));

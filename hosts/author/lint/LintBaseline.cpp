@@ -1,10 +1,8 @@
 #include "hosts/author/lint/LintBaseline.h"
 
 #include <algorithm>
-#include <array>
 #include <map>
 #include <string_view>
-#include <utility>
 #include <vector>
 
 #include <ornwhatsnew/utility/TextHelpers.h>

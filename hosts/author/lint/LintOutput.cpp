@@ -1,6 +1,5 @@
 #include "hosts/author/lint/LintOutput.h"
 
-#include <algorithm>
 #include <cctype>
 #include <string_view>
 

@@ -5,7 +5,6 @@
 #include <cstddef>
 #include <optional>
 #include <string_view>
-#include <utility>
 #include <vector>
 
 #include <ornwhatsnew/PanelLayout.h>

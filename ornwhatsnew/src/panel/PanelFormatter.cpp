@@ -262,8 +262,8 @@ void PanelFormatter::AddRating(const FeatureListItem& item, const RatingSummary&
     (*ratingItems_)[item.GetFeatureJiraIDKey()] = std::move(record);
   }
   if (hasRequest) {
-    // The strings of a layout are in the user's language. The question of a rating record stays
-    // unlocalised, because existing hosts may depend on the key text.
+    // The strings of a layout are in the user's language. Compatibility: the question of a rating
+    // record is not localised (docs/compatibility.md).
     writer_.AddRatingRequest(item, {item.GetFeatureJiraIDKey(), std::move(title),
                                     Localize(rating.customText), std::move(description)});
   }

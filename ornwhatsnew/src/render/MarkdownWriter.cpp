@@ -1,7 +1,6 @@
 #include "ornwhatsnew/src/render/MarkdownWriter.h"
 
 #include <algorithm>
-#include <utility>
 
 #include <orncore/string/SafeText.h>
 

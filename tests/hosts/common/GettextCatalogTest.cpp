@@ -72,6 +72,12 @@ TEST(GettextCatalog, RefusesFilesThatAreNoCatalog) {
   EXPECT_THAT(ErrorOf(CatalogBytes({{"", longText}})), HasSubstr("more than 2048 bytes"));
 }
 
+TEST(GettextCatalog, AcceptsAHeaderEntryOfTheMaximumSize) {
+  auto properties = Properties();
+  properties.second.resize(2048, '\n');
+  EXPECT_THAT(ParseGettextCatalog(CatalogBytes({properties})), IsEmpty());
+}
+
 TEST(GettextCatalog, RefusesStringsThatAreLongerThanTheFile) {
   const std::string longText(200, 'x');
   std::string bytes = CatalogBytes({Properties(), {"a", longText}, {"b", ""}, {"c", ""}});

@@ -255,6 +255,13 @@ TEST_F(AuthorCommands, AddRequiresAHeaderRow) {
                         "row as the first line\n"));
 }
 
+TEST_F(AuthorCommands, AddRefusesAFileThatIsNotUTF8) {
+  WriteData("25.1,MISC,,,,,,,,\xFF\n");
+  const auto result = Run({"add", "{data}", "--grouping-id", "MISC", "--message", "new"});
+  EXPECT_EQ(kInput, result.exitStatus);
+  EXPECT_THAT(result.errors, HasSubstr("whats new.csv: the file is not valid UTF-8; convert it"));
+}
+
 TEST_F(AuthorCommands, AddRefusesAFileThatLintCannotJudge) {
   folder_.Write("data.csv", "a,a,a,a,a,a,a,a,a,a\n;;;;;;;;;\n;;;;;;;;;\n;;;;;;;;;\n");
   const auto result = Run({"add", PathOf("data.csv"), "--grouping-id", "MISC", "--app-version",

@@ -62,11 +62,14 @@ class PreviewCommand : public ProgramTest {
     return names;
   }
 
-  /// Starts the program with `--watch`. `interrupt` is the program's initial disposition of SIGINT:
-  /// SIG_DFL or SIG_IGN. Redirects the program's standard error to the file `ErrorFile()`.
-  std::unique_ptr<ChildProcess> StartWatching(sighandler_t interrupt = SIG_DFL) const {
+  /// Starts the program with `--watch` and `options`. `interrupt` is the program's initial
+  /// disposition of SIGINT: SIG_DFL or SIG_IGN. Redirects the program's standard error to the file
+  /// `ErrorFile()`.
+  std::unique_ptr<ChildProcess> StartWatching(sighandler_t interrupt = SIG_DFL,
+                                              const std::vector<std::string>& options = {}) const {
     std::vector<std::string> words = Words();
     words.emplace_back("--watch");
+    words.insert(words.end(), options.begin(), options.end());
     test_support::ProgramCall call = Call(words);
     const std::string errors = ErrorFile();
     call.beforeStart = [&errors, interrupt] {
@@ -185,6 +188,16 @@ TEST_F(PreviewCommand, WatchNoticesANewConfigurationOfLint) {
   EXPECT_THAT(Page(), Not(HasSubstr(noteOnTheUnknownID)));
   folder_.Write(".ornwhatsnew-lint.json", R"({"severity": {"grouping-id-unknown": "note"}})");
   WaitUntilFileContains(PageFile(), noteOnTheUnknownID);
+  program->Interrupt();
+  EXPECT_EQ(program->Wait().exitStatus, 0);
+}
+
+TEST_F(PreviewCommand, WatchNoticesChangesOfTheEarlierFile) {
+  const std::string old = folder_.Write("old.csv", "v,g,,,,,,,,\n25.0,MISC,,,,,,,,a\n");
+  const auto program = StartWatching(SIG_DFL, {"--seen", old});
+  WaitUntilFileContains(PageFile(), "in old.csv with version 25.0.0.42");
+  folder_.Write("old.csv", "v,g,,,,,,,,\n24.9,MISC,,,,,,,,a\n");
+  WaitUntilFileContains(PageFile(), "in old.csv with version 24.9.0.42");
   program->Interrupt();
   EXPECT_EQ(program->Wait().exitStatus, 0);
 }

@@ -227,6 +227,11 @@ TEST_F(WhyReportTest, NamesTheRowsThatHideTheFeature) {
             "not shown: the feature is hidden: lines 3 and 4 have the salience HideBetaFeature\n");
 }
 
+TEST_F(WhyReportTest, NamesTheOnlyRowOfTheFeatureIfItHidesTheFeature) {
+  Load(",MAP-7,,HideBetaFeature,,,,,,Pans\n");
+  EXPECT_THAT(ExplainLine(2), EndsWith("line 2 has the salience HideBetaFeature\n"));
+}
+
 TEST_F(WhyReportTest, ExplainsFeaturesThatAreOffOrHaveAnInternalVisibility) {
   host_.SetFeatureEnabled("map", false);
   Load(",MAP-7,,,,,,,,Zooms\n,PEN-2,,,,,,,,Draws\n");
