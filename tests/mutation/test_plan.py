@@ -17,7 +17,7 @@ PROGRAMS = {
     "ornui": ("ornui_tests", "ornwhatsnew_tests", "fault_tests", "hosts_console_tests"),
     "ornwhatsnew": ("ornwhatsnew_tests", "scenarios", "allocation_tests", "early_list_tests",
                     "fault_tests", "hosts_common_tests", "hosts_console_tests"),
-    "hosts/common": ("hosts_common_tests", "hosts_console_tests", "scenarios"),
+    "hosts/common": ("hosts_common_tests", "hosts_console_tests", "scenarios", "scripts"),
     "hosts/author": ("hosts_author_tests", "hosts_console_tests"),
     "hosts/console": ("hosts_console_tests", "scripts"),
 }
@@ -189,7 +189,8 @@ class TestPlan:
             "scenarios": ("bin/scenario_runner", "--check", *files),
         }
         # The scripts need the absolute path of the program, which is different in each tree.
-        for script, argument in (("man_page.sh", page), ("completion.sh", completions)):
+        for script, argument in (("man_page.sh", page), ("completion.sh", completions),
+                                 ("help.sh", f"{console}/help.txt")):
             if (self._source.parent / console / script).exists():
                 commands[f"scripts: {script}"] = (
                     "sh", "-c", 'exec "$0" "$1" "$PWD/bin/ornwhatsnew"',

@@ -4,6 +4,7 @@
 #include <condition_variable>
 #include <filesystem>
 #include <mutex>
+#include <ostream>
 #include <sstream>
 #include <stop_token>
 #include <string>
@@ -179,6 +180,25 @@ TEST_F(ValidateCommand, LogsACancelledReadAndPrintsNothing) {
   EXPECT_NE(logged.find("Future Is Cancelled"), std::string::npos) << logged;
 
   EXPECT_EQ(Validate(path), "Reading What's New file at \"" + path + "\" finished\n");
+}
+
+/// Counts the flushes of its stream.
+class CountingBuffer : public std::basic_stringbuf<char16_t> {
+ public:
+  int flushes = 0;
+
+ private:
+  int sync() override {
+    ++flushes;
+    return 0;
+  }
+};
+
+TEST_F(ValidateCommand, FlushesItsOutput) {
+  CountingBuffer buffer;
+  std::basic_ostream<char16_t> output(&buffer);
+  CommandRegistry::Instance().RunLine(u"ValidateWhatsNew missing.csv", output);
+  EXPECT_EQ(buffer.flushes, 1);
 }
 
 std::atomic<bool> hasThreadEnded = false;

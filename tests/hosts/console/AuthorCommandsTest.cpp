@@ -66,6 +66,8 @@ TEST_F(AuthorCommands, ImportWritesNothingIfTheTableHasAnError) {
   EXPECT_EQ("old", ReadFile("data.csv"));
   folder_.Write("table.csv", "Grouping ID,Message,Owner\n,a,b\n");
   EXPECT_THAT(Run({"import", PathOf("table.csv")}).errors, HasSubstr("separated by commas;"));
+  folder_.Write("table.csv", "Grouping ID\tMessage\tOwner\n\ta\tb\n");
+  EXPECT_THAT(Run({"import", PathOf("table.csv")}).errors, HasSubstr("separated by tabs;"));
 }
 
 TEST_F(AuthorCommands, ImportReportsFilesThatItCannotUse) {

@@ -162,12 +162,16 @@ TEST_F(LintCommandTest, LineWithCaretsHasNoLineEnd) {
   }
 }
 
-TEST_F(LintCommandTest, CaretsAreBelowTheTextAfterEmoji) {
-  const std::string row = "\U0001F600,MISC,ORN-1,,,,,,,\U0001F600 #{endl} end";
-  folder_.Write("whats new.csv", "4.2,Changes-Since\n" + row + "\n");
-  EXPECT_THAT(Run({"lint", "{data}", "--color", "always"}).output,
-              AllOf(HasSubstr("\n  4.2,Changes-Since\n  ^^^^^^^^^^^^^^^^^\n"),
-                    HasSubstr("\n  " + row + "\n  " + std::string(23, ' ') + "^^^^^^^\n")));
+TEST_F(LintCommandTest, CaretsAreBelowTheTextAfterSurrogatePairs) {
+  for (const auto& [character, column] :
+       {std::pair("\U0001F600", 23U), std::pair("\U00010000", 21U)}) {
+    const std::string row =
+        character + std::string(",MISC,ORN-1,,,,,,,") + character + " #{endl} end";
+    folder_.Write("whats new.csv", "4.2,Changes-Since\n" + row + "\n");
+    EXPECT_THAT(Run({"lint", "{data}", "--color", "always"}).output,
+                AllOf(HasSubstr("\n  4.2,Changes-Since\n  ^^^^^^^^^^^^^^^^^\n"),
+                      HasSubstr("\n  " + row + "\n  " + std::string(column, ' ') + "^^^^^^^\n")));
+  }
 }
 
 TEST_F(LintCommandTest, PointsShowWhereALongLineIsShortened) {
