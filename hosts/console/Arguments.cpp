@@ -1,6 +1,7 @@
 #include "hosts/console/Arguments.h"
 
 #include <algorithm>
+#include <optional>
 #include <span>
 #include <string_view>
 #include <vector>
@@ -193,7 +194,8 @@ class CommandLine {
     AddFilters(command, status_.options);
     AddFormat(command, status_.format);
     command.add_flag("--exit-status", status_.setsExitStatus,
-                     "Report the result in the exit status");
+                     "Report in the exit status whether anything is new or\n"
+                     "can be rated");
   }
 
   void AddWhy() {

@@ -18,7 +18,7 @@ PROGRAMS = {
     "ornwhatsnew": ("ornwhatsnew_tests", "scenarios", "allocation_tests", "early_list_tests",
                     "fault_tests", "hosts_common_tests", "hosts_console_tests"),
     "hosts/common": ("hosts_common_tests", "hosts_console_tests", "scenarios", "scripts"),
-    "hosts/author": ("hosts_author_tests", "hosts_console_tests"),
+    "hosts/author": ("hosts_author_tests", "hosts_console_tests", "scripts"),
     "hosts/console": ("hosts_console_tests", "scripts"),
 }
 # Maps each folder to the programs whose slow tests run for mutants of the files in this folder. Slow tests

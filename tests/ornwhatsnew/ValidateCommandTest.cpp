@@ -197,7 +197,7 @@ class CountingBuffer : public std::basic_stringbuf<char16_t> {
 TEST_F(ValidateCommand, FlushesItsOutput) {
   CountingBuffer buffer;
   std::basic_ostream<char16_t> output(&buffer);
-  CommandRegistry::Instance().RunLine(u"ValidateWhatsNew missing.csv", output);
+  CommandRegistry::Instance().RunLine(UTF8to16("ValidateWhatsNew " + Path("missing.csv")), output);
   EXPECT_EQ(buffer.flushes, 1);
 }
 

@@ -138,8 +138,8 @@ bool AllocationFailure::HasHappened() const noexcept {
 
 // By default, the other forms of `operator new` and `operator delete`, such as `operator new[]`,
 // call `operator new(std::size_t)` or `operator delete(void*)`. Sanitizers replace each form
-// separately, so this file defines each form that the tests use. It does not define the forms for
-// over-aligned types, nor `operator delete` with `std::nothrow`.
+// separately, so this file defines each form that the tests use. The forms with an alignment do not
+// accept over-aligned types. This file does not define `operator delete` with `std::nothrow`.
 void* operator new(std::size_t size) {
   return test_support::Allocate(size);
 }
@@ -160,6 +160,14 @@ void* operator new[](std::size_t size, const std::nothrow_t& tag) noexcept {
   return ::operator new(size, tag);
 }
 
+// `std::pmr::new_delete_resource` uses this form for every alignment.
+void* operator new(std::size_t size, std::align_val_t alignment) {
+  if (static_cast<std::size_t>(alignment) > alignof(std::max_align_t)) {
+    test_support::Die("an over-aligned block was allocated\n");
+  }
+  return test_support::Allocate(size);
+}
+
 void operator delete(void* block) noexcept {
   test_support::Free(block);
 }
@@ -176,5 +184,13 @@ void operator delete(void* block, std::size_t size) noexcept {
 }
 
 void operator delete[](void* block, std::size_t size) noexcept {
+  ::operator delete(block, size);
+}
+
+void operator delete(void* block, std::align_val_t) noexcept {
+  ::operator delete(block);
+}
+
+void operator delete(void* block, std::size_t size, std::align_val_t) noexcept {
   ::operator delete(block, size);
 }

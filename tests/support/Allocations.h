@@ -1,7 +1,8 @@
 // Counts allocations, makes them fail, and checks every freed block. Tests use these functions to
 // check that code allocates nothing, or that a failed allocation loses no data. Linking
-// `test_allocations` replaces `operator new` and `operator delete` in a program, except the forms
-// for over-aligned types. A program can have only one replacement, so all tests share this one.
+// `test_allocations` replaces `operator new` and `operator delete` in a program. A program that
+// allocates an over-aligned type then ends with an error. A program can have only one replacement,
+// so all tests share this one.
 #ifndef TESTS_SUPPORT_ALLOCATIONS_H_
 #define TESTS_SUPPORT_ALLOCATIONS_H_
 

@@ -39,6 +39,12 @@ TEST_F(Allocations, AreCountedInEveryForm) {
   EXPECT_EQ(CountAllocations([] { ::operator delete[](::operator new[](8)); }), 1U);
   EXPECT_EQ(CountAllocations([] { ::operator delete(::operator new(8, std::nothrow)); }), 1U);
   EXPECT_EQ(CountAllocations([] { ::operator delete[](::operator new[](8, std::nothrow)); }), 1U);
+  constexpr std::align_val_t kAlignment{8};
+  EXPECT_EQ(CountAllocations([] {
+              ::operator delete(::operator new(8, kAlignment), kAlignment);
+              ::operator delete(::operator new(8, kAlignment), 8, kAlignment);
+            }),
+            2U);
 }
 
 TEST_F(Allocations, ReturnNullOnFailureWithNothrow) {

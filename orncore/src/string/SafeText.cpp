@@ -73,7 +73,7 @@ bool IsInvisible(UChar32 character) {
 UChar32 Substitute(UChar32 character, UChar32 before, UChar32 after) {
   if (character < 0x20) return kControlPictures + character;
   if (character == 0x7F) return kDeletePicture;
-  if (character < 0xA0) return character < 0x7F ? character : kReplacement;
+  if (character < 0xA0) return IsPrintableAscii(character) ? character : kReplacement;
   if (character == kJoiner || character == kNonJoiner) {
     return IsJoinerNeeded(character, before, after) ? character : 0;
   }

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <iterator>
+#include <utility>
 
 #include <orncore/string/Conversion.h>
 #include <unicode/utf16.h>

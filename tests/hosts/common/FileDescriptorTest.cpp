@@ -9,6 +9,7 @@
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
+#include <poll.h>
 #include <sys/time.h>
 
 namespace hosts::common {
@@ -64,6 +65,10 @@ TEST(FileDescriptor, WaitingContinuesAfterASignal) {
   ASSERT_EQ(0, ::setitimer(ITIMER_REAL, &never, nullptr));
   ASSERT_EQ(0, ::sigaction(SIGALRM, &before, nullptr));
   pipe.CloseForWriting();
+}
+
+TEST(FileDescriptor, AnInterruptedCallIsRepeatedWithoutWaiting) {
+  EXPECT_TRUE(ShouldRepeat(EINTR, -1, POLLIN));
 }
 
 TEST(FileDescriptor, ReadsToTheEndOfTheInput) {

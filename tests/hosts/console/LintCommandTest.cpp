@@ -162,7 +162,7 @@ TEST_F(LintCommandTest, LineWithCaretsHasNoLineEnd) {
   }
 }
 
-TEST_F(LintCommandTest, CaretsAreBelowTheTextAfterSurrogatePairs) {
+TEST_F(LintCommandTest, CaretsAreBelowTheTextAfterSupplementaryCharacters) {
   for (const auto& [character, column] :
        {std::pair("\U0001F600", 23U), std::pair("\U00010000", 21U)}) {
     const std::string row =

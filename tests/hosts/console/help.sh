@@ -6,19 +6,19 @@ set -euo pipefail
 
 file=$1 program=$2
 
+# Omits empty lines, because their number depends on the version of CLI11.
 print_help() {
   local command words
-  "$program" --help
-  for command in show status why rate state 'state show' 'state reset' import add messages console lint \
+  for command in '' show status why rate state 'state show' 'state reset' import add messages console lint \
     preview; do
     read -r -a words <<<"$command"
-    printf '\n$ ornwhatsnew %s --help\n' "$command"
+    printf '$ ornwhatsnew %s--help\n' "${command:+$command }"
     "$program" "${words[@]}" --help
-  done
+  done | sed '/^$/d'
 }
 
 if [[ $file == - ]]; then
   print_help
 else
-  diff --unified --label "$file" --label "the program's help" "$file" <(print_help)
+  print_help | diff --unified --label "$file" --label "the program's help" "$file" -
 fi

@@ -208,8 +208,8 @@ TEST(PreviewPage, NamesThePlatformOfTheHost) {
       HasSubstr("without the internal-features permission can see on the platform Win.</p>"));
 }
 
-/// Expects that each element of `page` has an end tag, except the elements that HTML defines
-/// without one, and that elements do not overlap.
+/// Expects that each element of `page` has an end tag, except `meta` and `br`, and that elements do
+/// not overlap.
 void ExpectMatchingTags(const std::string& page) {
   static const std::regex kTag("<(/?)([a-z][a-z0-9]*)[^>]*>");
   std::vector<std::string> open;
