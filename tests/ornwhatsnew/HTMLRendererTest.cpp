@@ -175,6 +175,12 @@ TEST(HTMLRenderer, AnItemWithoutATitleHasAnElement) {
   EXPECT_THAT(HTMLOf(builder), HasSubstr("id=\"x-b\""));
 }
 
+TEST(HTMLRenderer, TheStyleSheetHasRulesForTheClassesOfParagraphs) {
+  for (const std::string name : {"header", "notice", "title", "description", "change", "rating"}) {
+    EXPECT_THAT(GetHTMLStyleSheet(), HasSubstr("\n.ornwhatsnew-" + name)) << name;
+  }
+}
+
 TEST(HTMLRenderer, TheStyleSheetContainsNothingThatEndsAStyleElement) {
   EXPECT_EQ(std::string_view::npos, GetHTMLStyleSheet().find('<'));
 }

@@ -113,7 +113,10 @@ TEST(SpreadsheetImport, ReportsWhatADataFileCannotContain) {
        "2: the value 'b' is in column 3, which has no name in the first row; name the column or "
        "remove the value"},
       {"Grouping ID,Message\n,a\n", "2: the row has no value in the column 'Grouping ID"},
-      {"Grouping ID,Message\nChanges-Since,a\n", "2: the library ignores the value"},
+      {"Grouping ID,Message\nChanges-Since,a\n",
+       "2: the library ignores the value in the column 'Public/Internal message' of a "
+       "Changes-Since "
+       "row; remove the value"},
       {"Grouping ID,Message,URL\nMISC,a,\"b\nc\"\n", "2: the value in the column 'URL To"},
       {"Grouping ID,Message\n\"a\"\"b\",c\n", "2: the value in the column 'Grouping ID"},
       {"Grouping ID,Message\nMISC,\x1B[1m\n", "2: the value in the column 'Public/Internal"},

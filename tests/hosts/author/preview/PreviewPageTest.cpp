@@ -208,6 +208,11 @@ TEST(PreviewPage, NamesThePlatformOfTheHost) {
       HasSubstr("without the internal-features permission can see on the platform Win.</p>"));
 }
 
+TEST(PreviewPage, ExplainsTheRatings) {
+  EXPECT_THAT(PreviewPage(MakeInput()),
+              HasSubstr(">What an external user who has seen all changes can rate.</p>"));
+}
+
 /// Expects that each element of `page` has an end tag, except `meta` and `br`, and that elements do
 /// not overlap.
 void ExpectMatchingTags(const std::string& page) {
