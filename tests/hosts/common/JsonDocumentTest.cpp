@@ -135,7 +135,7 @@ TEST(JsonDocument, RejectsNul) {
                {std::string("{}\0", 3), "line 1, column 3"},
                {std::string("\0{}", 3), "line 1, column 1"},
                {std::string("{\n\"a\": \"\0\"}", 11), "line 2, column 7"},
-               {std::string("{\0}\0", 5), "line 1, column 2"}};
+               {std::string("{\0}\0", 4), "line 1, column 2"}};
   for (const auto& [text, location] : cases) {
     EXPECT_EQ(JsonErrorOf(text), "file.json: " + std::string(location) +
                                      ": not valid JSON: the text contains a NUL character");
