@@ -214,6 +214,7 @@ class ThreadEnd {
 };
 
 TEST_F(ValidateCommand, TheEndOfItsContextEndsTheThreadOfTheRead) {
+  hasThreadEnded = false;
   Validate(folder_.Write("data.csv", "").string());
   orncore::filesupport::GetDefaultExecutor().Submit([](const std::stop_token&) {
     static const thread_local ThreadEnd end;
